@@ -1,0 +1,15 @@
+# embed_texts(TARGET NAME FILE...): compiles text files into a target, so that it needs no files at
+# run time. The target gets the header embedded/NAME.h with
+#   std::span<const embedded::Text> embedded::NAME()   each with the file's name and its text.
+function(embed_texts target name)
+    set(directory ${CMAKE_CURRENT_BINARY_DIR}/embedded_${name})
+    set(script ${PROJECT_SOURCE_DIR}/cmake/embed_text.cmake)
+    add_custom_command(
+        OUTPUT ${directory}/embedded/${name}.h ${directory}/${name}.cpp
+        COMMAND ${CMAKE_COMMAND} -D NAME=${name} -D "FILES=${ARGN}" -D DIRECTORY=${directory}
+                -P ${script}
+        DEPENDS ${script} ${ARGN}
+        VERBATIM)
+    target_sources(${target} PRIVATE ${directory}/embedded/${name}.h ${directory}/${name}.cpp)
+    target_include_directories(${target} PRIVATE ${directory})
+endfunction()

@@ -1,0 +1,53 @@
+# The script behind embed_texts(): NAME, FILES and DIRECTORY are given.
+set(texts "")
+foreach(file IN LISTS FILES)
+    file(READ ${file} text)
+    get_filename_component(file_name ${file} NAME)
+    # Compilers limit one literal, not a row of them: the text is cut into pieces.
+    string(LENGTH "${text}" length)
+    set(pieces "")
+    set(at 0)
+    while(at LESS length)
+        string(SUBSTRING "${text}" ${at} 8000 piece)
+        string(APPEND pieces "\n     R\"embedded(${piece})embedded\"")
+        math(EXPR at "${at} + 8000")
+    endwhile()
+    string(APPEND texts "    {\"${file_name}\",${pieces}},\n")
+endforeach()
+
+file(WRITE ${DIRECTORY}/embedded/${NAME}.h
+"#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace embedded {
+
+#ifndef EMBEDDED_TEXT
+#define EMBEDDED_TEXT
+struct Text {
+    std::string_view file_name;
+    std::string_view text;
+};
+#endif
+
+std::span<const Text> ${NAME}();
+
+} // namespace embedded
+")
+
+file(WRITE ${DIRECTORY}/${NAME}.cpp
+"#include \"embedded/${NAME}.h\"
+
+namespace {
+
+constexpr embedded::Text kTexts[] = {
+${texts}};
+
+} // namespace
+
+std::span<const embedded::Text> embedded::${NAME}()
+{
+    return kTexts;
+}
+")

@@ -1,0 +1,64 @@
+/*
+ * Control of the simulated gateway: a device-access library whose device is a model of one home.
+ *
+ * The device functions themselves are those of smart_router_service/device_access.h. What is here
+ * is for the host that loads the library: which home it simulates, where it keeps its state, which
+ * calls it lets fail, and what it writes down of them.
+ *
+ * A host that knows nothing of this header gets a gateway all the same: the first device call opens
+ * it with the settings of the environment.
+ *
+ *   SIMULATED_GATEWAY_SCENARIO      as scenario below
+ *   SIMULATED_GATEWAY_STATE         as state_file below
+ *   SIMULATED_GATEWAY_FAULTS        as faults below, separated by commas
+ *   SIMULATED_GATEWAY_TRACE         as trace below
+ *   SIMULATED_GATEWAY_SHOW_SECRETS  "1" as show_secrets below
+ *
+ * If those do not hold, the reason goes to standard error and every device call fails with -1.
+ */
+#ifndef SIMULATED_GATEWAY_SIMULATED_GATEWAY_H
+#define SIMULATED_GATEWAY_SIMULATED_GATEWAY_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#define SIMULATED_GATEWAY_API __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Each setting may be left NULL (or 0); the environment then has its say, then the default. */
+typedef struct SimulatedGatewayOptions {
+    /* Name of a scenario that is built in, or the path of a scenario file (a text with a '/' or
+     * ending in ".json"). Default: "three_storey_house", or the home in the state file. */
+    const char *scenario;
+    /* File that keeps the home's state between runs. It is made when it is missing. Default: the
+     * state lives in memory and ends with the process. */
+    const char *state_file;
+    /* Fault plan, as an array that ends in NULL: "FUNCTION=RESULT[*COUNT][@DELAYms]" each. */
+    const char *const *faults;
+    /* File that a line is appended to for every device call; "-" is standard error. */
+    const char *trace;
+    /* Not 0: passwords and keys are written to the trace in clear instead of masked. */
+    int32_t show_secrets;
+} SimulatedGatewayOptions;
+
+/*
+ * Opens the gateway; it must not be open already. options may be NULL. Result: 0, or -1 with a text
+ * of one line in error (error_size bytes) that says what is wrong and where.
+ */
+SIMULATED_GATEWAY_API int32_t simulated_gateway_open(const SimulatedGatewayOptions *options,
+                                                     char *error, size_t error_size);
+
+/* Closes the gateway: its state is saved, and the next device call would open another one. */
+SIMULATED_GATEWAY_API void simulated_gateway_close(void);
+
+/* Switches the gateway off and on again: its state is saved and its uptime starts at 0. */
+SIMULATED_GATEWAY_API void simulated_gateway_power_cycle(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

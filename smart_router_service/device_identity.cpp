@@ -1,0 +1,76 @@
+// Who the router is: serial number, description, and the version report that the agent keeps.
+#include "handler_support.h"
+
+#include <string.h>
+
+using namespace smart_router;
+
+char *info_wersion = nullptr;
+
+namespace
+{
+
+constexpr auto kSnFields = fields_of<SnInfo>({
+    FIELD(SnInfo, "MAC", MAC),
+    FIELD(SnInfo, "tslinkstatus", tslinkstatus),
+    FIELD(SnInfo, "DeviceType", DeviceType),
+});
+
+constexpr auto kSystemFields = fields_of<SystemInfo>({
+    FIELD(SystemInfo, "SWVersion", SWVersion),
+    FIELD(SystemInfo, "HDVersion", HDVersion),
+    FIELD(SystemInfo, "ProductCLass", ProductCLass),
+    FIELD(SystemInfo, "CPUClass", CPUClass),
+    FIELD(SystemInfo, "DEVType", DEVType),
+    FIELD(SystemInfo, "DEVType1", DEVType1),
+    FIELD(SystemInfo, "Capability", Capability),
+    FIELD(SystemInfo, "Card", Card),
+    FIELD(SystemInfo, "UPLink", UPLink),
+    FIELD(SystemInfo, "Cardno", Cardno),
+    FIELD(SystemInfo, "IPV6", IPV6),
+    FIELD(SystemInfo, "VLANbind", VLANbind),
+    FIELD(SystemInfo, "LED", LED),
+    FIELD(SystemInfo, "NFC", NFC),
+    FIELD(SystemInfo, "VLANCapability", VLANCapability),
+});
+
+// Keeps the printed report for the agent, whole or not at all.
+void keep_version_report(const char *report)
+{
+    const size_t length = strlen(report);
+    if (length >= HG_VERSION_INFO_SIZE) {
+        LOG_DEBUG("json_response_router_version is too long\n");
+        return;
+    }
+    if (info_wersion == nullptr) {
+        // What is missing is the buffer; platforms search their logs for this text.
+        LOG_DEBUG("the time of json_response_router_version is too long\n");
+        return;
+    }
+    memcpy(info_wersion, report, length + 1);
+}
+
+} // namespace
+
+HANDLER(json_get_sn_info, query<devapi_get_sn_info>(kSnFields, "get sn failed"))
+
+HANDLER(json_query_sys_info,
+        query<devapi_get_system_info>(kSystemFields, "Get System Info Failed From Gdbus"))
+
+int32_t json_response_router_version(cJSON *obj)
+{
+    const char *version = text_of(cJSON_GetObjectItem(obj, "VersionInfo"));
+    const bool answered = version != nullptr && version[0] != '\0';
+
+    Reply reply;
+    reply.text(kStatus, answered ? "0" : "1");
+    // The report is the whole object, so without its status there is none to keep.
+    const PrintedJson report(reply.join(obj) ? cJSON_Print(obj) : nullptr);
+    if (report.text() == nullptr) {
+        LOG_DEBUG("cJSON_Print json fail\n");
+        return -1;
+    }
+    LOG_DEBUG("json_response_router_version out = %s\n", report.text());
+    keep_version_report(report.text());
+    return 0;
+}

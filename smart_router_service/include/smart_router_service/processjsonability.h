@@ -1,0 +1,63 @@
+/*
+ * The plug-in as the management agent sees it.
+ *
+ * Conventions
+ *
+ * Objects: a command object is a cJSON object that belongs to the agent. The agent creates it from
+ * the request, hands it in, and prints and deletes it afterwards. A handler adds its reply to that
+ * same object and takes out the request keys that it has consumed; whatever it adds belongs to the
+ * object. The keys that it adds are constants of this library, which therefore stays in memory
+ * until the process ends, also after dlclose().
+ *
+ * Memory: the library and the agent must use the same cJSON library. When memory runs out, a
+ * command answers with its failure text, or, when not even that can be allocated, adds nothing.
+ *
+ * Results: a failed command is not a failed call. Failures travel inside the object, as "Status"
+ * "1" with a "FailReason".
+ *
+ * Threads: commands may be called from any thread, but one command object only by one thread at a
+ * time. The library takes no lock around a command.
+ */
+#ifndef SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
+#define SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
+
+#include <cjson/cJSON.h>
+#include <stdint.h>
+
+#define SMART_ROUTER_API __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Result of hg_process_json_cmd() for a name that is not in the table of commands. */
+#define HG_NO_SUCH_COMMAND (-3)
+
+/* Width of the buffer behind info_wersion, in bytes, terminator included. */
+#define HG_VERSION_INFO_SIZE 2048
+
+/*
+ * Runs one command.
+ *
+ * cmd: the command's name, compared byte for byte; NULL names no command.
+ * obj: the command object: the request's keys on entry, the reply's on return. To anything but an
+ *      object (NULL, an array, a text …) no reply can be added.
+ *
+ * Result: 0 when the name was found and its handler was called, whatever the handler answered;
+ * HG_NO_SUCH_COMMAND when there is no such command, and then obj is untouched.
+ */
+SMART_ROUTER_API int32_t hg_process_json_cmd(const char *cmd, cJSON *obj);
+
+/*
+ * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last answered RESPONSE_ROUTER_VERSION,
+ * as formatted JSON text. NULL, as at the start, when the agent wants no copy. The agent sets it
+ * and keeps the buffer alive; the library writes into it during that command only, and leaves it
+ * untouched when the text with its terminator would not fit.
+ */
+extern SMART_ROUTER_API char *info_wersion;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
