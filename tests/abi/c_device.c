@@ -6,6 +6,9 @@
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 
 #define NOT_SUPPORTED(result, name, parameters, arguments)                                         \
-    __attribute__((weak)) result name parameters { return -1; }
+    __attribute__((weak)) result name parameters                                                   \
+    {                                                                                              \
+        return -1;                                                                                 \
+    }
 
 DEVICE_FUNCTIONS(NOT_SUPPORTED)
