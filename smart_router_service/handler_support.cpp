@@ -2,31 +2,7 @@
 
 #include <string.h>
 
-namespace smart_router
-{
-
-namespace
-{
-
-// cJSON_CreateString() wants a terminated text; a record's field need not be one. Building the item
-// from its length reads the field once and allocates no more than cJSON would.
-bool add_text_of_length(cJSON *object, const char *key, const char *text, size_t length)
-{
-    cJSON *item = cJSON_CreateNull();
-    char *copy = static_cast<char *>(item != nullptr ? cJSON_malloc(length + 1) : nullptr);
-    if (copy == nullptr) {
-        cJSON_Delete(item);
-        return false;
-    }
-    memcpy(copy, text, length);
-    copy[length] = '\0';
-    item->type = cJSON_String;
-    item->valuestring = copy;
-    cJSON_AddItemToObjectCS(object, key, item);
-    return true;
-}
-
-} // namespace
+namespace smart_router {
 
 const char *text_of(const cJSON *item)
 {
@@ -70,14 +46,23 @@ void copy_items(FieldList fields, cJSON *const *items, void *record)
     }
 }
 
-bool add_text(cJSON *object, const char *key, const char *text)
-{
-    return add_text_of_length(object, key, text, strlen(text));
-}
-
+// cJSON_CreateString() wants a terminated text; a record's field need not be one. Building the item
+// from its length reads the field once and allocates no more than cJSON would.
 bool add_text(cJSON *object, const char *key, const char *text, size_t width)
 {
-    return add_text_of_length(object, key, text, strnlen(text, width));
+    const size_t length = strnlen(text, width);
+    cJSON *item = cJSON_CreateNull();
+    char *copy = static_cast<char *>(item != nullptr ? cJSON_malloc(length + 1) : nullptr);
+    if (copy == nullptr) {
+        cJSON_Delete(item);
+        return false;
+    }
+    memcpy(copy, text, length);
+    copy[length] = '\0';
+    item->type = cJSON_String;
+    item->valuestring = copy;
+    cJSON_AddItemToObjectCS(object, key, item);
+    return true;
 }
 
 bool add_fields(cJSON *object, FieldList fields, const void *record)
@@ -100,11 +85,6 @@ bool Reply::join(cJSON *obj)
         cJSON_AddItemToArray(obj, cJSON_DetachItemViaPointer(&root_, root_.child));
     }
     return true;
-}
-
-void fail(cJSON *obj, const char *reason)
-{
-    fail(obj, reason, reason != nullptr ? strlen(reason) : 0);
 }
 
 void fail(cJSON *obj, const char *reason, size_t width)
@@ -142,38 +122,60 @@ void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
     answer(obj, reply, failure);
 }
 
-bool SettingRun::begin(void *record, const MissingTexts &missing, const char *failure, Consume when)
+int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure)
+{
+    Reply done;
+    done.success();
+    if (cJSON_IsObject(obj) == 0 || !done.complete()) {
+        fail(obj, failure);
+        return -1;
+    }
+    const int32_t result = call();
+    if (result == 0) {
+        done.join(obj);
+    } else {
+        fail(obj, failure);
+    }
+    return result;
+}
+
+bool SettingSteps::find(const MissingTexts &missing)
 {
     const char *wrong = find_required(obj_, fields_, missing, items_);
-    if (wrong != nullptr) {
-        if (when == Consume::kAlways) {
-            consume_items();
-        }
-        fail(obj_, wrong);
-        return false;
+    if (wrong == nullptr) {
+        return true;
     }
+    if (when_ == Consume::kAlways) {
+        consume_items();
+    }
+    fail(obj_, wrong);
+    return false;
+}
+
+bool SettingSteps::fill_record(void *record, const char *failure, size_t width)
+{
     success_.success();
     if (!success_.complete()) {
-        end(true, failure, when);
+        end(true, failure, width);
         return false;
     }
     copy_items(fields_, items_, record);
     return true;
 }
 
-void SettingRun::end(bool failed, const char *failure, Consume when)
+void SettingSteps::end(bool failed, const char *failure, size_t width)
 {
-    if (when != Consume::kOnSuccess || !failed) {
+    if (when_ != Consume::kOnSuccess || !failed) {
         consume_items();
     }
     if (failed) {
-        fail(obj_, failure);
+        fail(obj_, failure, width);
     } else {
         success_.join(obj_);
     }
 }
 
-void SettingRun::consume_items()
+void SettingSteps::consume_items()
 {
     for (size_t at = 0; at < fields_.count; ++at) {
         consume(obj_, items_[at]);

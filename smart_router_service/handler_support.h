@@ -9,15 +9,14 @@
 
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
+#include <string.h>
 
 // The host's log names its sources by module. The levels are the two that it knows from us.
 #define SMART_ROUTER_LOG_MODULE "libtsiotAgtd"
 #define LOG_ERROR(...) ts_mod_log_printf(SMART_ROUTER_LOG_MODULE, 3, __VA_ARGS__)
 #define LOG_DEBUG(...) ts_mod_log_printf(SMART_ROUTER_LOG_MODULE, 7, __VA_ARGS__)
 
-namespace smart_router
-{
+namespace smart_router {
 
 constexpr char kStatus[] = "Status";
 constexpr char kFailReason[] = "FailReason";
@@ -121,6 +120,12 @@ template <size_t width> void copy_text(char (&field)[width], const char *text)
     copy_text(field, width, text);
 }
 
+// Whether the field holds exactly this text.
+template <size_t width> bool holds(const char (&field)[width], const char *text)
+{
+    return strncmp(field, text, width) == 0;
+}
+
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
 
@@ -148,18 +153,16 @@ void copy_items(FieldList fields, cJSON *const *items, void *record);
 
 // ---- Replies -----------------------------------------------------------------------------------
 
-// Appends a text item to an object; with a width, no more than so many bytes of text are read. The
-// key has to be a constant. Result: false when memory ran out, and then nothing was added.
-bool add_text(cJSON *object, const char *key, const char *text);
-bool add_text(cJSON *object, const char *key, const char *text, size_t width);
+// Appends a text item to an object; of text no more than width bytes are read. The key has to be a
+// constant. Result: false when memory ran out, and then nothing was added.
+bool add_text(cJSON *object, const char *key, const char *text, size_t width = SIZE_MAX);
 
 // Appends the record's fields in the table's order, up to the first that memory fails.
 bool add_fields(cJSON *object, FieldList fields, const void *record);
 
 // A reply under construction. It is built in an object of its own and moved over in one go, so that
 // memory that runs out half-way leaves no half reply behind.
-class Reply
-{
+class Reply {
   public:
     Reply() { root_.type = cJSON_Object; }
     ~Reply() { cJSON_Delete(root_.child); }
@@ -167,11 +170,7 @@ class Reply
     Reply &operator=(const Reply &) = delete;
 
     // Append to the reply. The keys have to be constants.
-    void text(const char *key, const char *text)
-    {
-        complete_ = complete_ && add_text(&root_, key, text);
-    }
-    void text(const char *key, const char *text, size_t width)
+    void text(const char *key, const char *text, size_t width = SIZE_MAX)
     {
         complete_ = complete_ && add_text(&root_, key, text, width);
     }
@@ -194,9 +193,8 @@ class Reply
 };
 
 // Adds "Status" "1" and the "FailReason", both or none of them; the status alone for a null reason.
-void fail(cJSON *obj, const char *reason);
-// The same with a reason that the device library left in a field.
-void fail(cJSON *obj, const char *reason, size_t width);
+// Of a reason that the device library left in a field, no more than width bytes are read.
+void fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
 
 // Joins the reply, or fails with the reason when it could not be built.
 void answer(cJSON *obj, Reply &reply, const char *reason);
@@ -204,8 +202,7 @@ void answer(cJSON *obj, Reply &reply, const char *reason);
 // ---- Owners ------------------------------------------------------------------------------------
 
 // A JSON tree that has not been handed over to another one.
-class JsonTree
-{
+class JsonTree {
   public:
     explicit JsonTree(cJSON *tree) : tree_(tree) {}
     ~JsonTree() { cJSON_Delete(tree_); }
@@ -225,8 +222,7 @@ class JsonTree
 };
 
 // A text printed by cJSON; null when printing failed.
-class PrintedJson
-{
+class PrintedJson {
   public:
     explicit PrintedJson(char *text) : text_(text) {}
     ~PrintedJson() { cJSON_free(text_); }
@@ -279,20 +275,34 @@ constexpr auto query(const Fields<Record, count> &fields, const char *failure)
     };
 }
 
-// A setting on its way: what was found in the request, and the reply to success, which is allocated
-// before the device is changed so that memory cannot fail a change that was made.
-class SettingRun
+// An action without parameters. It is not carried out where there is no object to answer in.
+int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure);
+
+template <auto call> constexpr auto action(const char *failure)
 {
+    return [failure](cJSON *obj) -> int32_t {
+        return carry_out(obj, call, failure);
+    };
+}
+
+// A setting on its way: what was found in the request, and the reply to success, which is allocated
+// before the device is changed so that memory cannot fail a change that was made. The steps are
+// taken in the order in which they stand here; one that returns false has answered the request.
+class SettingSteps {
   public:
-    SettingRun(cJSON *obj, FieldList fields, cJSON **items)
-        : obj_(obj), fields_(fields), items_(items)
+    // Finds the required keys.
+    bool find(const MissingTexts &missing);
+    // What the request gave for the field at the position, uncut.
+    const char *text(size_t position) const { return text_of(items_[position]); }
+    // Once the device was called: replies, and takes the keys out.
+    void end(bool failed, const char *failure, size_t width = SIZE_MAX);
+
+  protected:
+    SettingSteps(cJSON *obj, FieldList fields, cJSON **items, Consume when)
+        : obj_(obj), fields_(fields), items_(items), when_(when)
     {
     }
-
-    // Result: true when the record is filled and the device may be called; else the request has
-    // been answered.
-    bool begin(void *record, const MissingTexts &missing, const char *failure, Consume when);
-    void end(bool failed, const char *failure, Consume when);
+    bool fill_record(void *record, const char *failure, size_t width);
 
   private:
     void consume_items();
@@ -300,7 +310,24 @@ class SettingRun
     cJSON *obj_;
     FieldList fields_;
     cJSON **items_;
+    Consume when_;
     Reply success_;
+};
+
+template <class Record, size_t count> class SettingRun : public SettingSteps {
+  public:
+    SettingRun(cJSON *obj, const Fields<Record, count> &fields, Consume when)
+        : SettingSteps(obj, fields, found_, when)
+    {
+    }
+    // Copies what was found into the record; after that the device may be called.
+    bool fill(Record *record, const char *failure, size_t width = SIZE_MAX)
+    {
+        return fill_record(record, failure, width);
+    }
+
+  private:
+    cJSON *found_[count];
 };
 
 // A setting whose request keys are all required: finds them, copies them into a zeroed record,
@@ -312,13 +339,12 @@ constexpr auto setting(const Fields<Record, count> &fields, const char *failure,
 {
     return [&fields, failure, missing](cJSON *obj) -> int32_t {
         Record record = {};
-        cJSON *items[count];
-        SettingRun run(obj, fields, items);
-        if (!run.begin(&record, missing, failure, when)) {
+        SettingRun<Record, count> run(obj, fields, when);
+        if (!run.find(missing) || !run.fill(&record, failure)) {
             return -1;
         }
         const int32_t result = call(&record);
-        run.end(failed(result), failure, when);
+        run.end(failed(result), failure);
         return result;
     };
 }

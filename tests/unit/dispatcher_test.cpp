@@ -5,8 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace
-{
+namespace {
 
 struct Row {
     const char *name;
@@ -17,9 +16,7 @@ struct Row {
 constexpr Row kRows[] = {SMART_ROUTER_COMMANDS(ROW)};
 #undef ROW
 
-class DispatcherTest : public HandlerTest
-{
-};
+class DispatcherTest : public HandlerTest {};
 
 // The result and what the object holds afterwards.
 std::pair<int32_t, std::string> dispatch(const char *name, const std::string &object)
@@ -61,6 +58,37 @@ TEST_F(DispatcherTest, KeepsTheOrderOfTheProtocolsList)
     EXPECT_EQ(names, (std::vector<std::string_view>{
                          "GET_SN_INFO",
                          "QUERY_SYSTEM_INFO",
+                         "GET_HG_BASE_INFO",
+                         "SET_HG_BASE_INFO",
+                         "SET_HG_PPPOE_INFO",
+                         "GET_HG_SLEEP_INFO",
+                         "GET_HG_PPPOE_INFO",
+                         "SET_HG_DHCP_INFO",
+                         "GET_HG_DHCP_INFO",
+                         "SET_HG_SLEEP_INFO",
+                         "HG_WIFI_INSPECTION",
+                         "HG_WIFI_OPTIMIZATION",
+                         "SET_LAN_IP_INFO",
+                         "GET_LAN_IP_INFO",
+                         "GET_GATEWAY_NET_FAULT",
+                         "HG_WIFI_CHANNEL_POWER_OPTIMIZATION",
+                         "HG_RESOURCE_INSPECTION",
+                         "HG_RESOURCE_OPTIMIZATION",
+                         "GET_HG_REBOOT_INFO",
+                         "SET_HG_REBOOT_INFO",
+                         "GET_HG_UPLINK_STATUS",
+                         "HG_INSPECTION",
+                         "RP_HG_REBOOT",
+                         "GET_ADMIN_INFO",
+                         "SET_ADMIN_INFO",
+                         "SET_WEB_LOGIN_TYPE",
+                         "GET_WEB_LOGIN_INFO",
+                         "SET_WEB_LOGIN_INFO",
+                         "HG_NETCONN_INSPECTION",
+                         "HG_NETCONN_OPTIMIZATION",
+                         "HG_NETQUAL_INSPECTION",
+                         "HG_NETQUAL_OPTIMIZATION",
+                         "HG_LOCAL_RECOVERY",
                          "RESPONSE_ROUTER_VERSION",
                      }));
 }

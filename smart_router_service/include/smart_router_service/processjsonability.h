@@ -41,12 +41,25 @@ extern "C" {
  *
  * cmd: the command's name, compared byte for byte; NULL names no command.
  * obj: the command object: the request's keys on entry, the reply's on return. To anything but an
- *      object (NULL, an array, a text …) no reply can be added.
+ *      object (NULL, an array, a text …) no reply can be added, and so nothing is changed for it.
  *
  * Result: 0 when the name was found and its handler was called, whatever the handler answered;
  * HG_NO_SUCH_COMMAND when there is no such command, and then obj is untouched.
  */
 SMART_ROUTER_API int32_t hg_process_json_cmd(const char *cmd, cJSON *obj);
+
+/* ---- Reports that the agent asks for by itself; no command leads to them ----------------------
+ */
+
+/*
+ * Adds what a home page shows of the gateway: "Status" "0", then "Devname", "UploadSpeed",
+ * "DownloadSpeed", "GameSpeed", "GamePort", "GameBand", "CpuRate", "MemRate" and "CpuTemperature",
+ * all texts; or "Status" "1" and "FailReason". Result: that of the device call, 0 on success.
+ */
+SMART_ROUTER_API int32_t json_get_home_page_info(cJSON *obj);
+
+/* ---- State shared with the agent --------------------------------------------------------------
+ */
 
 /*
  * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last answered RESPONSE_ROUTER_VERSION,
