@@ -13,7 +13,7 @@ namespace
 class GatewayProcess
 {
   public:
-    GatewayProcess(const std::string &state, const std::string &count)
+    explicit GatewayProcess(std::vector<std::string> arguments)
     {
         int input[2];
         int output[2];
@@ -24,9 +24,12 @@ class GatewayProcess
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-        std::string arguments[] = {GATEWAY_PROCESS, state, count};
-        char *argv[] = {arguments[0].data(), arguments[1].data(), arguments[2].data(), nullptr};
-        if (posix_spawn(&pid_, GATEWAY_PROCESS, &actions, nullptr, argv, environ) != 0) {
+        std::vector<char *> argv = {const_cast<char *>(GATEWAY_PROCESS)};
+        for (std::string &argument : arguments) {
+            argv.push_back(argument.data());
+        }
+        argv.push_back(nullptr);
+        if (posix_spawn(&pid_, GATEWAY_PROCESS, &actions, nullptr, argv.data(), environ) != 0) {
             throw std::runtime_error("no process");
         }
         posix_spawn_file_actions_destroy(&actions);
@@ -78,12 +81,36 @@ class GatewayProcess
 
 using KillTest = GatewayTest;
 
+TEST_F(KillTest, AKillAtEveryStepLeavesTheOldStateOrTheNew)
+{
+    int step = 0;
+    for (bool killed = true; killed; ++step) {
+        const std::string state = path("state" + std::to_string(step));
+        GatewayProcess process({state, "2", std::to_string(step)});
+        int64_t dots = 0;
+        while (dots < 3 && process.wait_for(1)) {
+            ++dots;
+        }
+        killed = WIFSIGNALED(process.end());
+
+        // Before the first dot there may be no state yet, and opening makes it.
+        ASSERT_EQ(open({.state_file = state}), "") << "killed at step " << step;
+        EXPECT_EQ(mac(), "3C:6A:D2:10:4F:20");
+        close();
+        const int64_t boots = json_of(state).at("boot_count");
+        EXPECT_GE(boots, dots) << "killed at step " << step;
+        EXPECT_LE(boots, dots + 1) << "killed at step " << step;
+    }
+    // Opening, two power cycles and closing save with six steps each.
+    EXPECT_GT(step, 4 * 6);
+}
+
 TEST_F(KillTest, AKillAtAnyMomentLeavesTheOldStateOrTheNew)
 {
-    constexpr int kills = 40;
+    constexpr int kills = 20;
     int64_t least_boots = 1;
     for (int times = 0; times < kills; ++times) {
-        GatewayProcess process(path("state"), "1000000");
+        GatewayProcess process({path("state"), "1000000"});
         const int dots = 1 + times % 5;
         ASSERT_TRUE(process.wait_for(dots));
         usleep(static_cast<useconds_t>(times * 97 % 1500));
@@ -110,7 +137,7 @@ TEST_F(KillTest, WhatAKilledProcessLeftDoesNoHarm)
 
 TEST_F(KillTest, AStateBelongsToOneProcessAtATime)
 {
-    GatewayProcess process(path("state"), "0");
+    GatewayProcess process({path("state"), "0"});
     ASSERT_TRUE(process.wait_for(1));
     EXPECT_EQ(open({.state_file = path("state")}),
               path("state") + ": is in use by another gateway");
