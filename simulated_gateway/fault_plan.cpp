@@ -18,7 +18,7 @@ constexpr std::string_view kFunctions[] = {
 #undef FUNCTION_NAME
 };
 
-constexpr int64_t kLongestDelayMs = 3600 * 1000;
+constexpr int64_t kLongestDelayMs = 3'600'000;
 
 // Takes a number off the front of the text.
 int64_t take_number(std::string_view &text, int64_t least, int64_t most, const char *meaning)
