@@ -34,12 +34,36 @@ try {
     return -1;
 }
 
-void put_text(char *field, size_t width, const std::string &text)
+Argument reply_text(const char *name, const char *text)
+{
+    return {name, text, true, [](const void *value, bool) {
+                return in_quotes(static_cast<const char *>(value));
+            }};
+}
+
+Argument number(const char *name, const int32_t &value)
+{
+    return {name, &value, false, [](const void *number, bool) {
+                return std::to_string(*static_cast<const int32_t *>(number));
+            }};
+}
+
+void refuse_unless_empty(const char *name, const std::string &complaint)
+{
+    if (!complaint.empty()) {
+        throw Error(std::string(name) + " " + complaint);
+    }
+}
+
+void put_text(std::span<char> field, const std::string &text)
 {
     const std::string &shown = text.empty() ? "NULL" : text;
-    const size_t length = std::min(shown.size(), width - 1);
-    std::memcpy(field, shown.data(), length);
-    field[length] = '\0';
+    std::string_view fitting = shown;
+    if (fitting.size() >= field.size()) {
+        fitting = whole_letters(fitting.substr(0, field.size() - 1));
+    }
+    std::ranges::copy(fitting, field.begin());
+    field[fitting.size()] = '\0';
 }
 
 } // namespace simulated_gateway

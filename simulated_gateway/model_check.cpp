@@ -1,5 +1,7 @@
 #include "model_check.h"
 
+#include "radio_channels.h"
+
 #include <algorithm>
 #include <map>
 
@@ -60,10 +62,12 @@ class CoherenceChecker {
 
     void check()
     {
+        check_schedules();
         check_lan();
         check_wan();
         check_radios();
         check_ssids();
+        check_neighbours();
         check_child_routers();
         check_hosts();
     }
@@ -71,11 +75,25 @@ class CoherenceChecker {
   private:
     static uint32_t number(const std::string &ip) { return *parse_ipv4(ip); }
 
+    void check_schedules()
+    {
+        const RebootSchedule &reboot = home_.reboot_schedule;
+        if (reboot.enabled && (reboot.time.empty() || reboot.days.empty())) {
+            refuse(path_ + "/reboot_schedule/enabled", "needs time and days");
+        }
+        const SleepSchedule &sleep = home_.sleep;
+        if (sleep.gateway || sleep.wifi || sleep.leds) {
+            if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {
+                refuse(path_ + "/sleep", "needs a start and another end");
+            }
+        }
+    }
+
     void check_lan()
     {
         const Lan &lan = home_.lan;
         const uint32_t host_bits = ~number(lan.subnet_mask);
-        if ((host_bits & (host_bits + 1)) != 0 || host_bits < 3) {
+        if ((host_bits & (host_bits + 1)) != 0 || host_bits < 3 || host_bits > 0xffffff) {
             refuse(path_ + "/lan/subnet_mask", lan.subnet_mask + " is no mask of a LAN");
         }
         claim_lan_address(lan.ip, path_ + "/lan/ip");
@@ -85,6 +103,10 @@ class CoherenceChecker {
             refuse(path_ + "/lan/dhcp_pool/end",
                    lan.dhcp_pool.end + " lies before the start of the pool");
         }
+        if (number(lan.dhcp_pool.start) <= number(lan.ip) &&
+            number(lan.ip) <= number(lan.dhcp_pool.end)) {
+            refuse(path_ + "/lan/dhcp_pool", "holds the address of the router");
+        }
         claim_mac(home_.identity.mac, path_ + "/identity/mac");
     }
 
@@ -93,6 +115,10 @@ class CoherenceChecker {
         const Wan &wan = home_.wan;
         if (wan.connected && (wan.ip.empty() || wan.gateway.empty() || wan.primary_dns.empty())) {
             refuse(path_ + "/wan/connected", "needs ip, gateway and primary_dns");
+        }
+        if (wan.connected != wan.fault.empty()) {
+            refuse(path_ + "/wan/fault", wan.connected ? "stands beside a connection"
+                                                       : "is missing, and there is no connection");
         }
         if (wan.mode == "PPPoE" && wan.pppoe_account.empty()) {
             refuse(path_ + "/wan/pppoe_account", "is missing, and the mode is PPPoE");
@@ -107,12 +133,8 @@ class CoherenceChecker {
             if (radio_of(radio.band) != &radio) {
                 refuse(path + "/band", "there is another radio for " + radio.band);
             }
-            const bool low = radio.channel <= 14;
-            if (low != (radio.band == "2.4GHz") || (!low && radio.channel < 36)) {
-                refuse(path + "/channel",
-                       std::to_string(radio.channel) + " is no channel of " + radio.band);
-            }
-            if (low && radio.bandwidth_mhz > 40) {
+            check_channel(radio.band, radio.channel, path + "/channel");
+            if (radio.band == "2.4GHz" && radio.bandwidth_mhz > 40) {
                 refuse(path + "/bandwidth_mhz",
                        std::to_string(radio.bandwidth_mhz) + " is too wide for " + radio.band);
             }
@@ -131,6 +153,22 @@ class CoherenceChecker {
             if (ssid.encryption != "OPEN" && ssid.password.size() < 8) {
                 refuse(path + "/password", "needs at least 8 characters");
             }
+        }
+    }
+
+    void check_neighbours()
+    {
+        for (size_t at = 0; at < home_.neighbours.size(); ++at) {
+            const Neighbour &neighbour = home_.neighbours[at];
+            check_channel(neighbour.band, neighbour.channel,
+                          item(path_ + "/neighbours", at) + "/channel");
+        }
+    }
+
+    static void check_channel(const std::string &band, int64_t channel, const std::string &path)
+    {
+        if (band_of(channel) != band) {
+            refuse(path, std::to_string(channel) + " is no channel of " + band);
         }
     }
 
