@@ -1,0 +1,122 @@
+// The control interface: settings from the host and the environment, and the one open gateway.
+#include "control.h"
+
+#include "simulated_gateway/simulated_gateway.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace simulated_gateway
+{
+namespace
+{
+
+struct Control {
+    std::mutex mutex;
+    std::shared_ptr<Gateway> gateway;
+    bool environment_failed = false; // said once, not at every call
+};
+
+// Never destroyed: a worker thread may call the device while the process ends.
+Control &control()
+{
+    static Control &only = *new Control;
+    return only;
+}
+
+std::optional<std::string> given(const char *option, const char *variable)
+{
+    const char *value = option != nullptr ? option : std::getenv(variable);
+    return value != nullptr && *value != '\0' ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::vector<std::string> split(const std::string &list)
+{
+    std::vector<std::string> parts(1);
+    for (const char letter : list) {
+        if (letter == ',') {
+            parts.emplace_back();
+        } else {
+            parts.back() += letter;
+        }
+    }
+    return parts;
+}
+
+Settings settings_from(const SimulatedGatewayOptions &options)
+{
+    Settings settings;
+    settings.scenario = given(options.scenario, "SIMULATED_GATEWAY_SCENARIO");
+    settings.state_file = given(options.state_file, "SIMULATED_GATEWAY_STATE");
+    settings.trace = given(options.trace, "SIMULATED_GATEWAY_TRACE");
+    if (options.faults != nullptr) {
+        for (const char *const *fault = options.faults; *fault != nullptr; ++fault) {
+            settings.faults.emplace_back(*fault);
+        }
+    } else if (const auto faults = given(nullptr, "SIMULATED_GATEWAY_FAULTS")) {
+        settings.faults = split(*faults);
+    }
+    const std::string shown = given(nullptr, "SIMULATED_GATEWAY_SHOW_SECRETS").value_or("0");
+    if (shown != "0" && shown != "1") {
+        throw Error("SIMULATED_GATEWAY_SHOW_SECRETS: " + in_quotes(shown) + " is neither 0 nor 1");
+    }
+    settings.show_secrets = options.show_secrets != 0 || shown == "1";
+    return settings;
+}
+
+} // namespace
+
+std::shared_ptr<Gateway> current_gateway()
+{
+    const std::lock_guard lock(control().mutex);
+    if (control().gateway == nullptr && !control().environment_failed) {
+        try {
+            control().gateway = std::make_shared<Gateway>(settings_from({}));
+        } catch (const std::exception &failure) {
+            control().environment_failed = true;
+            write_all(STDERR_FILENO, "simulated gateway: " + printable(failure.what()) + "\n");
+        }
+    }
+    return control().gateway;
+}
+
+} // namespace simulated_gateway
+
+using namespace simulated_gateway;
+
+int32_t simulated_gateway_open(const SimulatedGatewayOptions *options, char *error,
+                               size_t error_size)
+try {
+    const std::lock_guard lock(control().mutex);
+    if (control().gateway != nullptr) {
+        throw Error("the gateway is open already");
+    }
+    const SimulatedGatewayOptions none = {};
+    control().gateway = std::make_shared<Gateway>(settings_from(options ? *options : none));
+    control().environment_failed = false;
+    return 0;
+} catch (const std::exception &failure) {
+    if (error != nullptr && error_size > 0) {
+        std::snprintf(error, error_size, "%s", printable(failure.what()).c_str());
+    }
+    return -1;
+}
+
+void simulated_gateway_close()
+{
+    const std::lock_guard lock(control().mutex);
+    if (control().gateway != nullptr) {
+        control().gateway->close();
+        control().gateway = nullptr;
+    }
+    control().environment_failed = false;
+}
+
+void simulated_gateway_power_cycle()
+{
+    const std::lock_guard lock(control().mutex);
+    if (control().gateway != nullptr) {
+        control().gateway->power_cycle();
+    }
+}

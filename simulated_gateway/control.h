@@ -1,0 +1,14 @@
+// The gateway that the process has open.
+#pragma once
+
+#include "gateway.h"
+
+#include <memory>
+
+namespace simulated_gateway
+{
+
+// Opens one by the environment where none is open. Null when that failed, now or before.
+std::shared_ptr<Gateway> current_gateway();
+
+} // namespace simulated_gateway

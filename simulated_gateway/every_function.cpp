@@ -1,0 +1,11 @@
+// Takes the address of every device function, so that one that this library lacks is an undefined
+// reference with its name when the library is linked, and not a surprise when it is called.
+#include "device_functions.h"
+#include "smart_router_service/device_access.h"
+
+extern const void *const simulated_gateway_every_function[];
+
+#define FUNCTION_ADDRESS(result, name, parameters, arguments) reinterpret_cast<const void *>(name),
+__attribute__((used))
+const void *const simulated_gateway_every_function[] = {DEVICE_FUNCTIONS(FUNCTION_ADDRESS)};
+#undef FUNCTION_ADDRESS

@@ -1,0 +1,35 @@
+// The fault plan: which device calls fail instead of doing their work.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace simulated_gateway
+{
+
+struct Fault {
+    int32_t result = 0;
+    std::optional<int64_t> calls_left; // nothing: every call from now on
+    std::chrono::milliseconds delay{0};
+};
+
+class FaultPlan
+{
+  public:
+    // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]", behind what is planned for the function already.
+    // Throws an Error that quotes the spec.
+    void add(std::string_view spec);
+
+    // What the function's next call has to answer; nothing when it may do its work.
+    std::optional<Fault> next(const std::string &function);
+
+  private:
+    std::map<std::string, std::deque<Fault>> faults_;
+};
+
+} // namespace simulated_gateway

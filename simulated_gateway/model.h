@@ -1,0 +1,267 @@
+// The home that the gateway stands in, and the state that it is in.
+//
+// Each struct describes its fields once, in describe(): name, place, rule. Reading a scenario,
+// reading and writing the state file and checking values all go by that description.
+#pragma once
+
+#include "rules.h"
+#include "smart_router_service/device_access.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace simulated_gateway
+{
+
+// What the router is and can do.
+struct Identity {
+    std::string mac;
+    std::string device_type;
+    std::string software_version;
+    std::string hardware_version;
+    std::string product_class;
+    std::string cpu_class;
+    std::string kind;
+    std::string second_kind;
+    std::string capability;
+    std::string card;
+    std::string uplink;
+    std::string card_number;
+    bool ipv6 = false;
+    bool vlan_binding = false;
+    bool led = false;
+    bool nfc = false;
+    std::string vlan_capability;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        constexpr auto optional = Presence::kOptional;
+        visit.field("mac", self.mac, Mac{});
+        visit.field("device_type", self.device_type, Text{sizeof(SnInfo::DeviceType)});
+        visit.field("software_version", self.software_version, Text{sizeof(SystemInfo::SWVersion)});
+        visit.field("hardware_version", self.hardware_version, Text{sizeof(SystemInfo::HDVersion)});
+        visit.field("product_class", self.product_class, Text{sizeof(SystemInfo::ProductCLass)});
+        visit.field("cpu_class", self.cpu_class, Text{sizeof(SystemInfo::CPUClass)});
+        visit.field("kind", self.kind, Text{sizeof(SystemInfo::DEVType)});
+        visit.field("second_kind", self.second_kind, Text{sizeof(SystemInfo::DEVType1), optional});
+        visit.field("capability", self.capability, Text{sizeof(SystemInfo::Capability), optional});
+        visit.field("card", self.card, Text{sizeof(SystemInfo::Card), optional});
+        visit.field("uplink", self.uplink, Text{sizeof(SystemInfo::UPLink), optional});
+        visit.field("card_number", self.card_number, Text{sizeof(SystemInfo::Cardno), optional});
+        visit.field("ipv6", self.ipv6, Flag{});
+        visit.field("vlan_binding", self.vlan_binding, Flag{});
+        visit.field("led", self.led, Flag{});
+        visit.field("nfc", self.nfc, Flag{});
+        visit.field("vlan_capability", self.vlan_capability,
+                    Text{sizeof(SystemInfo::VLANCapability), optional});
+    }
+};
+
+// A radio of the main router.
+struct Radio {
+    std::string band;
+    std::string mac;
+    bool enabled = false;
+    int64_t channel = 0;
+    int64_t bandwidth_mhz = 0;
+    int64_t power_percent = 0;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("band", self.band, one_of("2.4GHz", "5GHz"));
+        visit.field("mac", self.mac, Mac{});
+        visit.field("enabled", self.enabled, Flag{});
+        visit.field("channel", self.channel, Range{1, 165});
+        visit.field("bandwidth_mhz", self.bandwidth_mhz, one_of(20, 40, 80, 160));
+        visit.field("power_percent", self.power_percent, Range{0, 100});
+    }
+};
+
+// A wireless network. SSIDs are numbered from 1, by their place in the list.
+struct Ssid {
+    std::string name;
+    std::string band;
+    bool enabled = false;
+    bool hidden = false;
+    std::string encryption;
+    std::string password;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("name", self.name, Text{33});
+        visit.field("band", self.band, one_of("2.4GHz", "5GHz"));
+        visit.field("enabled", self.enabled, Flag{});
+        visit.field("hidden", self.hidden, Flag{Presence::kOptional});
+        visit.field("encryption", self.encryption, one_of("OPEN", "WPA2", "WPA3", "WPA2/3"));
+        visit.field("password", self.password, Text{64, Presence::kOptional});
+    }
+};
+
+struct DhcpPool {
+    bool enabled = false;
+    std::string start;
+    std::string end;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("enabled", self.enabled, Flag{});
+        visit.field("start", self.start, Ipv4{});
+        visit.field("end", self.end, Ipv4{});
+    }
+};
+
+struct Lan {
+    std::string ip;
+    std::string subnet_mask;
+    DhcpPool dhcp_pool;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("ip", self.ip, Ipv4{});
+        visit.field("subnet_mask", self.subnet_mask, Ipv4{});
+        visit.object("dhcp_pool", self.dhcp_pool);
+    }
+};
+
+struct Wan {
+    std::string mode;
+    bool connected = false;
+    std::string ip;
+    std::string gateway;
+    std::string primary_dns;
+    std::string secondary_dns;
+    std::string pppoe_account;
+    std::string pppoe_password;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        constexpr auto optional = Presence::kOptional;
+        visit.field("mode", self.mode, one_of("DHCP", "PPPoE", "Static"));
+        visit.field("connected", self.connected, Flag{});
+        visit.field("ip", self.ip, Ipv4{optional});
+        visit.field("gateway", self.gateway, Ipv4{optional});
+        visit.field("primary_dns", self.primary_dns, Ipv4{optional});
+        visit.field("secondary_dns", self.secondary_dns, Ipv4{optional});
+        visit.field("pppoe_account", self.pppoe_account, Text{64, optional});
+        visit.field("pppoe_password", self.pppoe_password, Text{64, optional});
+    }
+};
+
+// How a child router reaches its parent.
+struct MeshLink {
+    std::string kind;
+    int64_t speed_mbps = 0;
+    int64_t signal_dbm = 0;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("kind", self.kind, one_of("cable", "2.4GHz", "5GHz"));
+        visit.field("speed_mbps", self.speed_mbps, Range{1, 10000});
+        visit.field("signal_dbm", self.signal_dbm, Range{-110, -1, Presence::kOptional});
+    }
+};
+
+struct ChildRouter {
+    std::string name;
+    std::string mac;
+    std::string ip;
+    std::string device_type;
+    std::string software_version;
+    std::string hardware_version;
+    std::string parent; // MAC address of the router that it hangs from
+    MeshLink link;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("name", self.name, Text{64});
+        visit.field("mac", self.mac, Mac{});
+        visit.field("ip", self.ip, Ipv4{});
+        visit.field("device_type", self.device_type, Text{32});
+        visit.field("software_version", self.software_version, Text{32});
+        visit.field("hardware_version", self.hardware_version, Text{16});
+        visit.field("parent", self.parent, Mac{});
+        visit.object("link", self.link);
+    }
+};
+
+// The mesh of which the gateway is the main router.
+struct Mesh {
+    bool link_layer_up = false;
+    std::vector<ChildRouter> child_routers;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("link_layer_up", self.link_layer_up, Flag{});
+        visit.list("child_routers", self.child_routers, 8);
+    }
+};
+
+// A device attached to one of the routers.
+struct Host {
+    std::string name;
+    std::string mac;
+    std::string ip;
+    std::string kind;
+    bool online = false;
+    std::string router;     // MAC address of the router that it is attached to
+    int64_t ssid = 0;       // number of the SSID; 0 for a cable
+    int64_t signal_dbm = 0; // only by radio
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        constexpr auto optional = Presence::kOptional;
+        visit.field("name", self.name, Text{32});
+        visit.field("mac", self.mac, Mac{});
+        visit.field("ip", self.ip, Ipv4{optional});
+        visit.field("kind", self.kind,
+                    one_of("Computer", "Phone", "Tablet", "TV", "Console", "Camera", "Printer",
+                           "Speaker", "Other"));
+        visit.field("online", self.online, Flag{});
+        visit.field("router", self.router, Mac{});
+        visit.field("ssid", self.ssid, Range{1, 8, optional});
+        visit.field("signal_dbm", self.signal_dbm, Range{-110, -1, optional});
+    }
+};
+
+// Everything that a scenario tells.
+struct Home {
+    Identity identity;
+    Lan lan;
+    Wan wan;
+    std::vector<Radio> radios;
+    std::vector<Ssid> ssids;
+    Mesh mesh;
+    std::vector<Host> hosts;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.object("identity", self.identity);
+        visit.object("lan", self.lan);
+        visit.object("wan", self.wan);
+        visit.list("radios", self.radios, 2);
+        visit.list("ssids", self.ssids, 8);
+        visit.object("mesh", self.mesh);
+        visit.list("hosts", self.hosts, 128);
+    }
+};
+
+// Everything that the gateway keeps: the home as it is and as it left the factory.
+struct State {
+    std::string scenario;  // name of the scenario that the home was made from
+    int64_t boot_time = 0; // seconds since 1970
+    int64_t boot_count = 0;
+    Home home;
+    Home factory;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("scenario", self.scenario, Text{256});
+        visit.field("boot_time", self.boot_time, Range{0, INT32_MAX * int64_t{1000}});
+        visit.field("boot_count", self.boot_count, Range{1, INT64_MAX});
+        visit.object("home", self.home);
+        visit.object("factory", self.factory);
+    }
+};
+
+} // namespace simulated_gateway

@@ -1,0 +1,33 @@
+// The file that keeps the gateway's state between runs.
+#pragma once
+
+#include "files.h"
+#include "model.h"
+
+#include <optional>
+#include <string>
+
+namespace simulated_gateway
+{
+
+class StateFile
+{
+  public:
+    // Locks the state for as long as the object lives. Throws an Error, also when another process
+    // holds the lock.
+    explicit StateFile(const std::string &path);
+
+    // Nothing when there is no file yet. Throws an Error when the file does not hold.
+    std::optional<State> load() const;
+
+    // Replaces the file whole. Throws an Error, and then the old state is in place.
+    void save(const State &state) const;
+
+  private:
+    // Absolute and without links: the host may change its folder, and two names for one file have
+    // to share a lock.
+    std::string path_;
+    FileDescriptor lock_;
+};
+
+} // namespace simulated_gateway

@@ -1,0 +1,90 @@
+#include "text.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <numeric>
+#include <utf8.h>
+#include <vector>
+
+namespace simulated_gateway
+{
+namespace
+{
+
+void append_byte(std::string &out, char byte)
+{
+    constexpr char digits[] = "0123456789abcdef";
+    const auto value = static_cast<uint8_t>(byte);
+    out += "\\x";
+    out += digits[value >> 4];
+    out += digits[value & 15];
+}
+
+bool is_control(uint32_t letter)
+{
+    return letter < 0x20 || (letter >= 0x7f && letter < 0xa0);
+}
+
+void append_escaped(std::string &out, std::string_view text, bool escape_quotes)
+{
+    for (auto at = text.begin(); at != text.end();) {
+        const auto start = at;
+        bool plain = false;
+        try {
+            plain = !is_control(utf8::next(at, text.end()));
+        } catch (const utf8::exception &) {
+            at = start + 1;
+        }
+        if (*start == '\n') {
+            out += "\\n";
+        } else if (escape_quotes && (*start == '"' || *start == '\\')) {
+            out += {'\\', *start};
+        } else if (plain) {
+            out.append(start, at);
+        } else {
+            std::for_each(start, at, [&](char byte) { append_byte(out, byte); });
+        }
+    }
+}
+
+// Levenshtein's distance: letters to insert, delete or replace.
+size_t distance(std::string_view left, std::string_view right)
+{
+    std::vector<size_t> row(right.size() + 1);
+    std::iota(row.begin(), row.end(), size_t{0});
+    for (size_t i = 0; i < left.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (size_t j = 0; j < right.size(); ++j) {
+            const size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+} // namespace
+
+std::string printable(std::string_view text)
+{
+    std::string out;
+    append_escaped(out, text, false);
+    return out;
+}
+
+std::string in_quotes(std::string_view text)
+{
+    std::string out = "\"";
+    append_escaped(out, text, true);
+    return out + '"';
+}
+
+std::string_view nearest(std::string_view name, std::span<const std::string_view> candidates)
+{
+    const auto best = std::ranges::min_element(
+        candidates, {}, [&](std::string_view candidate) { return distance(name, candidate); });
+    return best != candidates.end() ? *best : std::string_view();
+}
+
+} // namespace simulated_gateway

@@ -1,0 +1,76 @@
+#include "trace.h"
+
+#include "text.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace simulated_gateway
+{
+namespace
+{
+
+FileDescriptor open_trace(const std::string &file)
+{
+    if (file == "-") {
+        return FileDescriptor(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0));
+    }
+    // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
+    FileDescriptor opened(::open(
+        file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
+    if (opened.is_open()) {
+        fcntl(opened.get(), F_SETFL, O_APPEND);
+    }
+    return opened;
+}
+
+} // namespace
+
+void Trace::open(const std::string &file, bool show_secrets)
+{
+    show_secrets_ = show_secrets;
+    file_ = open_trace(file);
+    if (!file_.is_open()) {
+        refuse_file(file);
+    }
+}
+
+void Trace::call(int64_t uptime, const Call &call)
+{
+    std::string text = std::string(call.function) + "(";
+    const char *separator = "";
+    for (const Argument &argument : call.arguments) {
+        text += separator;
+        text += std::string(argument.name) + "=";
+        separator = ", ";
+        if (argument.value == nullptr) {
+            text += "null";
+        } else if (argument.is_reply && !call.filled) {
+            text += "unset";
+        } else {
+            RecordText record(show_secrets_);
+            argument.describe(record, argument.value);
+            text += record.text();
+        }
+    }
+    text += ") = " + std::to_string(call.result) + " in " + std::to_string(call.duration.count()) +
+            " us";
+    if (!call.note.empty()) {
+        text += ", " + printable(call.note);
+    }
+    event(uptime, text);
+}
+
+void Trace::event(int64_t uptime, const std::string &text)
+{
+    if (!is_on()) {
+        return;
+    }
+    const std::string line = "[" + std::to_string(uptime) + "] " + text + "\n";
+    const std::lock_guard lock(mutex_);
+    // A trace that cannot be written is no reason to let the device call fail.
+    write_all(file_.get(), line);
+}
+
+} // namespace simulated_gateway

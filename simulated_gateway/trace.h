@@ -1,0 +1,40 @@
+// The trace: one line for every device call.
+#pragma once
+
+#include "device_call.h"
+#include "files.h"
+
+#include <chrono>
+#include <initializer_list>
+#include <mutex>
+#include <string>
+
+namespace simulated_gateway
+{
+
+class Trace
+{
+  public:
+    // Appends to the file from now on; "-" is standard error. Throws an Error.
+    void open(const std::string &file, bool show_secrets);
+    bool is_on() const { return file_.is_open(); }
+
+    struct Call {
+        const char *function;
+        std::initializer_list<Argument> arguments;
+        bool filled; // whether the body ran to its end, so that the records for the reply hold
+        int32_t result;
+        std::chrono::microseconds duration;
+        std::string note; // what else is to be said of the call; may be empty
+    };
+    // Write a line, which opens with the gateway's uptime in seconds; nothing without a file.
+    void call(int64_t uptime, const Call &call);
+    void event(int64_t uptime, const std::string &text);
+
+  private:
+    FileDescriptor file_;
+    bool show_secrets_ = false;
+    std::mutex mutex_; // lines are written whole
+};
+
+} // namespace simulated_gateway
