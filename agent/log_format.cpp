@@ -3,6 +3,7 @@
 #include "secrets.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -28,7 +29,8 @@ struct Piece {
     std::string literal;
     std::string flags;
     std::string width;     // digits, "*", or none
-    std::string precision; // with its point, such as ".3", ".*" and ".", or none
+    std::string precision; // digits, "*", or none
+    bool has_precision = false;
     std::string length;
     char conversion = '\0';
 };
@@ -94,7 +96,8 @@ std::optional<std::vector<Piece>> pieces_of(std::string_view rest)
             piece.width = take_while(rest, "0123456789*");
             if (rest.starts_with('.')) {
                 rest.remove_prefix(1);
-                piece.precision = "." + take_while(rest, "0123456789*");
+                piece.precision = take_while(rest, "0123456789*");
+                piece.has_precision = true;
             }
             piece.length = take_while(rest, "hljztLq");
             piece.conversion = rest.empty() ? '\0' : rest.front();
@@ -164,17 +167,16 @@ uintmax_t unsigned_argument(const std::string &length, Arguments &arguments)
 }
 
 // The bytes of a text argument: with a precision, it need not end in NUL.
-std::string_view text_argument(const std::string &precision, Arguments &arguments)
+std::string_view text_argument(const Piece &piece, Arguments &arguments)
 {
     const char *text = va_arg(arguments.list, const char *);
     if (text == nullptr) {
         return "(null)";
     }
-    if (precision.empty()) {
+    if (!piece.has_precision) {
         return text;
     }
-    const size_t limit = strtoul(precision.c_str() + 1, nullptr, 10);
-    return {text, strnlen(text, limit)};
+    return {text, strnlen(text, strtoul(piece.precision.c_str(), nullptr, 10))};
 }
 
 std::string padded(const Piece &piece, const std::string &text)
@@ -192,24 +194,26 @@ void resolve_asterisks(Piece &piece, Arguments &arguments)
         piece.flags += width < 0 ? "-" : "";
         piece.width = std::to_string(std::abs(width));
     }
-    if (piece.precision == ".*") {
+    if (piece.precision == "*") {
         const int precision = va_arg(arguments.list, int);
-        const bool is_text = piece.conversion == 's';
-        piece.precision =
-            precision < 0
-                ? ""
-                : "." + std::to_string(is_text ? precision : std::min(precision, kMaxWidth));
+        const int limit = piece.conversion == 's' ? INT_MAX : kMaxWidth;
+        piece.has_precision = precision >= 0;
+        piece.precision = std::to_string(std::min(precision, limit));
     }
 }
 
 std::string render(Piece piece, Arguments &arguments, bool show_secrets)
 {
     resolve_asterisks(piece, arguments);
-    const std::string format = "%" + piece.flags + piece.width + piece.precision;
+    std::string format = "%";
+    format += piece.flags + piece.width;
+    if (piece.has_precision) {
+        format += '.' + piece.precision;
+    }
     const std::string conversion(1, piece.conversion);
     switch (piece.conversion) {
     case 's': {
-        const std::string_view text = text_argument(piece.precision, arguments);
+        const std::string_view text = text_argument(piece, arguments);
         return padded(piece, show_secrets ? std::string(text) : mask_json(text));
     }
     case 'd':

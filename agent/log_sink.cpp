@@ -40,8 +40,13 @@ void log_arguments(const char *module, int32_t level, const char *format, va_lis
     }
     try {
         const std::string text = format_log_text(settings.show_secrets, format, arguments);
-        const std::string line = "<" + std::to_string(level) + "> " + one_line(module) + ": " +
-                                 one_line(without_line_end(text)) + "\n";
+        std::string line = "<";
+        line += std::to_string(level);
+        line += "> ";
+        line += one_line(module);
+        line += ": ";
+        line += one_line(without_line_end(text));
+        line += '\n';
         fputs(line.c_str(), stderr);
     } catch (const std::bad_alloc &) {
         // The callers cannot handle exceptions, and a lost line is no reason to end the agent.

@@ -28,11 +28,10 @@ Examples:
   echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
 )";
 
-// CLI11 takes a word in brackets for a list of words and lets an option with several values eat
-// what follows it. Neither is wanted: every word is one value as it stands.
-void one_word_each(CLI::Option *option)
+// A check that the help does not spell out: the value's own name says it.
+CLI::Validator silent(CLI::Validator check)
 {
-    option->allow_extra_args(false);
+    return check.description("");
 }
 
 void add_host_options(CLI::App &app, Options &options)
@@ -48,21 +47,33 @@ void add_host_options(CLI::App &app, Options &options)
         ->type_name("NAME|FILE");
     app.add_option("--state", host.state, "File in which the simulated gateway keeps its state")
         ->type_name("FILE");
-    one_word_each(
-        app.add_option("--fault", host.faults,
-                       "Let a device call fail: FUNCTION=RESULT[*COUNT][@DELAYms]; may be "
-                       "repeated")
-            ->type_name("SPEC"));
+    app.add_option("--fault", host.faults,
+                   "Let a device call fail: FUNCTION=RESULT[*COUNT][@DELAYms]; may be repeated")
+        ->type_name("SPEC")
+        ->allow_extra_args(false); // else it would eat the subcommand as well
     app.add_option("--trace", host.trace,
                    "File to which every device call is written; - is standard error")
         ->type_name("FILE|-");
     app.add_option("--log-level", options.log_level,
                    "Highest level of log lines that are shown: 3 errors, 7 everything")
         ->type_name("0..7")
-        ->check(CLI::Range(0, 7))
+        ->check(silent(CLI::Range(0, 7)))
         ->capture_default_str();
     app.add_flag("--show-secrets", host.show_secrets,
                  "Show passwords and keys in the log and in the trace");
+}
+
+// Takes the words behind the name as they stand. CLI11's own list of words would take a JSON array
+// for a list.
+void take_request(const CLI::App &call, Options &options)
+{
+    options.subcommand = Subcommand::kCall;
+    options.call.request = call.remaining();
+    for (const std::string &word : options.call.request) {
+        if (word.starts_with('-') && word != "-") {
+            throw CLI::ExtrasError("call", {word});
+        }
+    }
 }
 
 void add_call(CLI::App &app, Options &options)
@@ -71,12 +82,12 @@ void add_call(CLI::App &app, Options &options)
     call->add_option("NAME", options.call.command, "Name of the command")
         ->type_name("")
         ->required();
-    one_word_each(call->add_option("REQUEST", options.call.request,
-                                   "The request: a JSON object, - to read it from standard input, "
-                                   "or KEY=VALUE words, each a text; without it {}")
-                      ->type_name("")
-                      ->expected(0, CLI::detail::expected_max_vector_size));
-    call->callback([&options] { options.subcommand = Subcommand::kCall; });
+    call->allow_extras();
+    call->footer(R"(
+hgagent call NAME [JSON | - | KEY=VALUE ...]
+The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a text, in their
+order; without any of them {}.)");
+    call->callback([call, &options] { take_request(*call, options); });
 }
 
 void add_serve(CLI::App &app, Options &options)
@@ -85,7 +96,7 @@ void add_serve(CLI::App &app, Options &options)
         "serve", "Answer requests, one JSON object a line, from standard input on standard output");
     serve->add_option("--max-line", options.serve.max_line, "Longest line that is served")
         ->type_name("BYTES")
-        ->check(CLI::PositiveNumber)
+        ->check(silent(CLI::PositiveNumber))
         ->capture_default_str();
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
@@ -120,7 +131,6 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     app.set_version_flag("--version", "hgagent " HGAGENT_VERSION);
     app.footer(kFooter);
     app.require_subcommand(1);
-    app.fallthrough(); // the agent's options may stand behind the subcommand as well
     add_host_options(app, options);
     add_call(app, options);
     add_serve(app, options);

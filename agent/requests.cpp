@@ -2,6 +2,7 @@
 
 #include "text.h"
 
+#include <algorithm>
 #include <new>
 #include <nlohmann/json.hpp>
 #include <utf8.h>
@@ -15,11 +16,20 @@ namespace
 constexpr char kSpace[] = " \t\r\n";
 constexpr size_t kMaxMessage = 200;
 
+// " at line 2, column 7": behind what has been read.
+std::string place(std::string_view read)
+{
+    const size_t line_begin = read.rfind('\n') + 1; // 0 where there is none
+    return " at line " + std::to_string(std::count(read.begin(), read.end(), '\n') + 1) +
+           ", column " + std::to_string(read.size() - line_begin + 1);
+}
+
 // Checks the grammar. cJSON would let pass what is no JSON (control characters in texts, numbers
 // such as 01) and could not say what is wrong; this parser can, and it needs no stack for depth.
 class SyntaxCheck : public nlohmann::json_sax<nlohmann::json>
 {
   public:
+    explicit SyntaxCheck(std::string_view text) : text_(text) {}
     const std::string &error() const { return error_; }
 
     bool null() override { return true; }
@@ -35,11 +45,15 @@ class SyntaxCheck : public nlohmann::json_sax<nlohmann::json>
     bool start_array(size_t) override { return true; }
     bool end_array() override { return true; }
 
-    bool parse_error(size_t, const std::string &, const nlohmann::json::exception &problem) override
+    bool parse_error(size_t position, const std::string &,
+                     const nlohmann::json::exception &problem) override
     {
         // "[json.exception.parse_error.101] parse error at line 1, column 2: …"
         error_ = problem.what();
         error_.erase(0, error_.find("] ") + 2);
+        if (!error_.starts_with("parse error")) {
+            error_ += place(text_.substr(0, position));
+        }
         return false;
     }
 
@@ -54,6 +68,7 @@ class SyntaxCheck : public nlohmann::json_sax<nlohmann::json>
         return true;
     }
 
+    std::string_view text_;
     std::string error_;
 };
 
@@ -62,9 +77,9 @@ void check_syntax(std::string_view text)
     // The parser takes a NUL byte for the end of the text and would not see what follows.
     const size_t nul = text.find('\0');
     if (nul != std::string_view::npos) {
-        throw BadRequest("NUL byte at byte " + std::to_string(nul + 1));
+        throw BadRequest("NUL byte" + place(text.substr(0, nul)));
     }
-    SyntaxCheck check;
+    SyntaxCheck check(text);
     if (!nlohmann::json::sax_parse(text, &check)) {
         throw BadRequest(one_line(check.error(), kMaxMessage));
     }
@@ -74,7 +89,7 @@ void check_syntax(std::string_view text)
 class Cursor
 {
   public:
-    explicit Cursor(std::string_view text) : rest_(text) {}
+    explicit Cursor(std::string_view text) : text_(text), rest_(text) {}
 
     char next() const { return rest_.empty() ? '\0' : rest_.front(); }
 
@@ -94,7 +109,8 @@ class Cursor
         Json item(cJSON_ParseWithLengthOpts(rest_.data(), size(), &end, 0));
         if (item == nullptr) {
             // What JSON allows and cJSON does not.
-            throw BadRequest("nested too deep, or a number with too many digits");
+            throw BadRequest("nested too deep, or a number with too many digits," +
+                             place(text_.substr(0, static_cast<size_t>(end - text_.data()))));
         }
         const size_t length = static_cast<size_t>(end - rest_.data());
         if (text != nullptr) {
@@ -108,6 +124,7 @@ class Cursor
   private:
     size_t size() const { return rest_.size(); }
 
+    std::string_view text_;
     std::string_view rest_;
 };
 
