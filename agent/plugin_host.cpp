@@ -1,8 +1,8 @@
 #include "plugin_host.h"
 
+#include "library_file.h"
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/processjsonability.h"
-#include "symbols.h"
 
 #include <dlfcn.h>
 #include <filesystem>
@@ -44,6 +44,9 @@ void *load(const std::string &kind, const std::string &path, int flags)
     // Opening anything else might wait for ever, a pipe for one.
     if (!std::filesystem::is_regular_file(path, problem)) {
         throw HostError(kCannotLoad, message + (problem ? problem.message() : "no regular file"));
+    }
+    if (is_cut_off(path)) {
+        throw HostError(kCannotLoad, message + "the file is cut off");
     }
     void *library = dlopen(path.c_str(), flags);
     if (library == nullptr) {

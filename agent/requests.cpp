@@ -108,8 +108,8 @@ class Cursor
         const char *end = nullptr;
         Json item(cJSON_ParseWithLengthOpts(rest_.data(), size(), &end, 0));
         if (item == nullptr) {
-            // What JSON allows and cJSON does not.
-            throw BadRequest("nested too deep, or a number with too many digits," +
+            // What JSON allows and cJSON does not: more than 1000 levels.
+            throw BadRequest("nested too deep or too large" +
                              place(text_.substr(0, static_cast<size_t>(end - text_.data()))));
         }
         const size_t length = static_cast<size_t>(end - rest_.data());

@@ -1,10 +1,10 @@
-#include "symbols.h"
+#include "library_file.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <gelf.h>
 #include <libelf.h>
-#include <memory>
 #include <unistd.h>
 
 namespace agent
@@ -12,6 +12,30 @@ namespace agent
 
 namespace
 {
+
+// A file that is open for reading; what is no ELF file has no sections and no segments.
+class ElfFile
+{
+  public:
+    explicit ElfFile(const std::string &path)
+        : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC)),
+          elf_(elf_version(EV_CURRENT) != EV_NONE ? elf_begin(file_, ELF_C_READ, nullptr) : nullptr)
+    {
+    }
+    ~ElfFile()
+    {
+        elf_end(elf_);
+        close(file_);
+    }
+    ElfFile(const ElfFile &) = delete;
+    ElfFile &operator=(const ElfFile &) = delete;
+
+    Elf *get() const { return elf_kind(elf_) == ELF_K_ELF ? elf_ : nullptr; }
+
+  private:
+    int file_;
+    Elf *elf_;
+};
 
 // What the dynamic sections of a library say.
 struct Needs {
@@ -61,12 +85,7 @@ void read_symbols(Elf *elf, const GElf_Shdr &section, Elf_Data *data, Needs &nee
 Needs read_needs(const std::string &path)
 {
     Needs needs;
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0 || elf_version(EV_CURRENT) == EV_NONE) {
-        return needs;
-    }
-    const std::unique_ptr<Elf, decltype(&elf_end)> elf(elf_begin(file, ELF_C_READ, nullptr),
-                                                       elf_end);
+    const ElfFile elf(path);
     for (Elf_Scn *at = elf_nextscn(elf.get(), nullptr); at != nullptr;
          at = elf_nextscn(elf.get(), at)) {
         GElf_Shdr section;
@@ -80,11 +99,31 @@ Needs read_needs(const std::string &path)
             read_symbols(elf.get(), section, data, needs);
         }
     }
-    close(file);
     return needs;
 }
 
 } // namespace
+
+bool is_cut_off(const std::string &path)
+{
+    std::error_code problem; // leaves the greatest size
+    const uintmax_t size = std::filesystem::file_size(path, problem);
+    const ElfFile elf(path);
+    size_t count = 0;
+    if (elf_getphdrnum(elf.get(), &count) != 0) {
+        return false; // the loader says what is wrong with it
+    }
+    for (size_t at = 0; at < count; ++at) {
+        GElf_Phdr segment;
+        if (gelf_getphdr(elf.get(), static_cast<int>(at), &segment) == nullptr) {
+            return true;
+        }
+        if (segment.p_offset > size || segment.p_filesz > size - segment.p_offset) {
+            return true;
+        }
+    }
+    return false;
+}
 
 std::vector<std::string> missing_symbols(const std::string &path)
 {
