@@ -25,8 +25,12 @@ Control &control()
     return only;
 }
 
-std::optional<std::string> given(const char *option, const char *variable)
+// An empty variable is none, but an empty option is a mistake of the host's user.
+std::optional<std::string> given(const char *name, const char *option, const char *variable)
 {
+    if (option != nullptr && *option == '\0') {
+        throw Error(std::string(name) + ": is empty");
+    }
     const char *value = option != nullptr ? option : std::getenv(variable);
     return value != nullptr && *value != '\0' ? std::optional<std::string>(value) : std::nullopt;
 }
@@ -47,17 +51,18 @@ std::vector<std::string> split(const std::string &list)
 Settings settings_from(const SimulatedGatewayOptions &options)
 {
     Settings settings;
-    settings.scenario = given(options.scenario, "SIMULATED_GATEWAY_SCENARIO");
-    settings.state_file = given(options.state_file, "SIMULATED_GATEWAY_STATE");
-    settings.trace = given(options.trace, "SIMULATED_GATEWAY_TRACE");
+    settings.scenario = given("scenario", options.scenario, "SIMULATED_GATEWAY_SCENARIO");
+    settings.state_file = given("state file", options.state_file, "SIMULATED_GATEWAY_STATE");
+    settings.trace = given("trace", options.trace, "SIMULATED_GATEWAY_TRACE");
     if (options.faults != nullptr) {
         for (const char *const *fault = options.faults; *fault != nullptr; ++fault) {
             settings.faults.emplace_back(*fault);
         }
-    } else if (const auto faults = given(nullptr, "SIMULATED_GATEWAY_FAULTS")) {
+    } else if (const auto faults = given("faults", nullptr, "SIMULATED_GATEWAY_FAULTS")) {
         settings.faults = split(*faults);
     }
-    const std::string shown = given(nullptr, "SIMULATED_GATEWAY_SHOW_SECRETS").value_or("0");
+    const std::string shown =
+        given("secrets", nullptr, "SIMULATED_GATEWAY_SHOW_SECRETS").value_or("0");
     if (shown != "0" && shown != "1") {
         throw Error("SIMULATED_GATEWAY_SHOW_SECRETS: " + in_quotes(shown) + " is neither 0 nor 1");
     }
@@ -75,7 +80,7 @@ std::shared_ptr<Gateway> current_gateway()
             control().gateway = std::make_shared<Gateway>(settings_from({}));
         } catch (const std::exception &failure) {
             control().environment_failed = true;
-            write_all(STDERR_FILENO, "simulated gateway: " + printable(failure.what()) + "\n");
+            write_all(STDERR_FILENO, std::string("simulated gateway: ") + failure.what() + "\n");
         }
     }
     return control().gateway;
@@ -98,7 +103,7 @@ try {
     return 0;
 } catch (const std::exception &failure) {
     if (error != nullptr && error_size > 0) {
-        std::snprintf(error, error_size, "%s", printable(failure.what()).c_str());
+        std::snprintf(error, error_size, "%s", failure.what());
     }
     return -1;
 }

@@ -9,6 +9,8 @@
 //       });
 //   }
 //
+// The body runs under the gateway's lock: it calls no device function.
+//
 // A record is described once, for the trace:
 //
 //   static void describe(RecordText &text, const SnInfo &info)

@@ -75,8 +75,7 @@ void FaultPlan::add(std::string_view spec)
         }
         const std::string_view function = spec.substr(0, equals);
         if (std::ranges::find(kFunctions, function) == std::end(kFunctions)) {
-            throw Error("there is no such device function; did you mean " +
-                        std::string(nearest(function, kFunctions)) + "?");
+            throw Error("there is no such device function" + did_you_mean(function, kFunctions));
         }
         std::deque<Fault> &planned = faults_[std::string(function)];
         if (!planned.empty() && !planned.back().calls_left) {

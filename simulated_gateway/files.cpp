@@ -20,34 +20,38 @@ namespace
 
 constexpr size_t kLargestFile = 4 * 1024 * 1024;
 
-// Keeps SIGPIPE from the thread: a write to a pipe that nobody reads is a failure, not the end.
-class WithoutSigpipe
+// Keeps from the thread what a failing write raises besides its result: SIGPIPE where nobody reads
+// a pipe, SIGXFSZ where a file grows beyond its limit. Either would end the host's process.
+class WithoutWriteSignals
 {
   public:
-    WithoutSigpipe()
+    WithoutWriteSignals()
     {
-        sigemptyset(&sigpipe_);
-        sigaddset(&sigpipe_, SIGPIPE);
         sigset_t pending;
         sigpending(&pending);
-        was_pending_ = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &sigpipe_, &before_);
+        sigemptyset(&raised_);
+        for (const int signal : {SIGPIPE, SIGXFSZ}) {
+            if (sigismember(&pending, signal) == 0) {
+                sigaddset(&raised_, signal);
+            }
+        }
+        pthread_sigmask(SIG_BLOCK, &raised_, &before_);
     }
-    ~WithoutSigpipe()
+    ~WithoutWriteSignals()
     {
-        if (!was_pending_) {
-            const timespec at_once = {};
-            sigtimedwait(&sigpipe_, nullptr, &at_once);
+        const int reason = errno;
+        const timespec at_once = {};
+        while (sigtimedwait(&raised_, nullptr, &at_once) > 0) {
         }
         pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+        errno = reason;
     }
-    WithoutSigpipe(const WithoutSigpipe &) = delete;
-    WithoutSigpipe &operator=(const WithoutSigpipe &) = delete;
+    WithoutWriteSignals(const WithoutWriteSignals &) = delete;
+    WithoutWriteSignals &operator=(const WithoutWriteSignals &) = delete;
 
   private:
-    sigset_t sigpipe_;
+    sigset_t raised_; // by our writes, if at all: these were not pending before
     sigset_t before_;
-    bool was_pending_;
 };
 
 std::string folder_of(const std::string &path)
@@ -130,7 +134,7 @@ void replace_file(const std::string &path, std::string_view text)
 
 bool write_all(int fd, std::string_view text)
 {
-    const WithoutSigpipe without_sigpipe;
+    const WithoutWriteSignals without_signals;
     while (!text.empty()) {
         const ssize_t written = write(fd, text.data(), text.size());
         if (written < 0 && errno != EINTR) {

@@ -30,7 +30,8 @@ std::string read_file(const std::string &path);
 // the old text or the new one. Throws an Error, and then the old text is in place.
 void replace_file(const std::string &path, std::string_view text);
 
-// Writes to the descriptor until all is written. Never raises SIGPIPE. Result: false on failure.
+// Writes to the descriptor until all is written. No signal is
+// raised by it. Result: false on failure, with errno set.
 bool write_all(int fd, std::string_view text);
 
 // Throws an Error: the file and what errno says.

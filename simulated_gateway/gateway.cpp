@@ -94,11 +94,9 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
     const int64_t up = uptime();
     lock.unlock();
 
-    if (trace_.is_on()) {
-        call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
-            std::chrono::steady_clock::now() - start);
-        trace_.call(up, call);
-    }
+    call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::steady_clock::now() - start);
+    trace_.call(up, call);
     return call.result;
 }
 
@@ -122,16 +120,15 @@ void Gateway::power_cycle()
     if (closed_) {
         return;
     }
-    std::string event = "power cycle";
     try {
         State changed = state_;
         changed.boot_time = std::time(nullptr);
         ++changed.boot_count;
         keep(std::move(changed));
+        trace_.event(uptime(), "power cycle");
     } catch (const std::exception &failure) {
-        event += std::string(" failed, ") + printable(failure.what());
+        trace_.event(uptime(), "power cycle failed", failure.what());
     }
-    trace_.event(uptime(), event);
 }
 
 void Gateway::close()
@@ -142,7 +139,7 @@ void Gateway::close()
     try {
         keep(state_);
     } catch (const std::exception &failure) {
-        trace_.event(uptime(), "close failed, " + printable(failure.what()));
+        trace_.event(uptime(), "close failed", failure.what());
     }
     state_file_.reset();
 }

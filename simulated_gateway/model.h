@@ -257,8 +257,8 @@ struct State {
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
         visit.field("scenario", self.scenario, Text{256});
-        visit.field("boot_time", self.boot_time, Range{0, INT32_MAX * int64_t{1000}});
-        visit.field("boot_count", self.boot_count, Range{1, INT64_MAX});
+        visit.field("boot_time", self.boot_time, Range{0, INT64_MAX});
+        visit.field("boot_count", self.boot_count, Range{1, INT32_MAX});
         visit.object("home", self.home);
         visit.object("factory", self.factory);
     }

@@ -132,9 +132,6 @@ class CoherenceChecker
             if (radio_of(ssid.band) == nullptr) {
                 refuse(path + "/band", "there is no radio for " + ssid.band);
             }
-            if (ssid.encryption == "OPEN" && !ssid.password.empty()) {
-                refuse(path + "/password", "an open network has none");
-            }
             if (ssid.encryption != "OPEN" && ssid.password.size() < 8) {
                 refuse(path + "/password", "needs at least 8 characters");
             }

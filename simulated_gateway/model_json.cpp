@@ -71,16 +71,18 @@ class ParseObserver
     std::vector<Level> levels_;
 };
 
-// The library's text without its own preamble: "line 3, column 7: ...".
+// The library's text without its own preamble: "line 3, column 7: ...". It quotes what it read
+// last, which may be most of the file.
 std::string reason(const Json::exception &error)
 {
-    const std::string text = error.what();
-    for (const std::string_view preamble : {"parse error at ", "parse error: ", "] "}) {
-        if (const size_t at = text.find(preamble); at != std::string::npos) {
-            return text.substr(at + preamble.size());
-        }
+    constexpr size_t longest = 200;
+    std::string text = error.what();
+    text.erase(0, text.find("] ") + 2);
+    constexpr std::string_view preamble = "parse error at ";
+    if (text.starts_with(preamble)) {
+        text.erase(0, preamble.size());
     }
-    return text;
+    return text.size() <= longest ? text : text.substr(0, longest) + "...";
 }
 
 } // namespace
@@ -123,8 +125,7 @@ void JsonReader::refuse_unknown_keys() const
 {
     for (const auto &[key, value] : object_.items()) {
         if (std::ranges::find(names_, key) == names_.end()) {
-            throw Error(path_ + "/" + key + ": there is no such field; did you mean " +
-                        in_quotes(nearest(key, names_)) + "?");
+            throw Error(path_ + "/" + key + ": there is no such field" + did_you_mean(key, names_));
         }
     }
 }

@@ -16,7 +16,10 @@ namespace
 std::string real_path(const std::string &path)
 {
     std::error_code failure;
-    const auto real = std::filesystem::weakly_canonical(std::filesystem::absolute(path), failure);
+    std::filesystem::path real = std::filesystem::absolute(path, failure);
+    if (!failure) {
+        real = std::filesystem::weakly_canonical(real, failure);
+    }
     if (failure) {
         throw Error(path + ": " + failure.message());
     }
@@ -25,7 +28,7 @@ std::string real_path(const std::string &path)
 
 } // namespace
 
-StateFile::StateFile(const std::string &path) : path_(real_path(path))
+StateFile::StateFile(const std::string &path) : name_(path), path_(real_path(path))
 {
     // The lock has a file of its own, because the state's file is another one after every change.
     // It stays behind: removing it would let two processes lock two files of the same name.
@@ -38,7 +41,7 @@ StateFile::StateFile(const std::string &path) : path_(real_path(path))
     }
     if (flock(lock_.get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno == EWOULDBLOCK) {
-            throw Error(path + ": is in use by another gateway");
+            throw Error(name_ + ": is in use by another gateway");
         }
         refuse_file(lock_path);
     }
@@ -46,10 +49,13 @@ StateFile::StateFile(const std::string &path) : path_(real_path(path))
 
 std::optional<State> StateFile::load() const
 {
-    if (!std::filesystem::exists(path_)) {
+    // A link to nowhere is there, but not a missing file: saving would put a file in its place.
+    std::error_code failure;
+    if (symlink_status(std::filesystem::path(path_), failure).type() ==
+        std::filesystem::file_type::not_found) {
         return std::nullopt;
     }
-    return read_document<State>(path_, read_file(path_), kStateFormat);
+    return read_document<State>(name_, read_file(path_), kStateFormat);
 }
 
 void StateFile::save(const State &state) const

@@ -24,6 +24,7 @@ class StateFile
     void save(const State &state) const;
 
   private:
+    std::string name_; // as the host gave it
     // Absolute and without links: the host may change its folder, and two names for one file have
     // to share a lock.
     std::string path_;

@@ -80,11 +80,16 @@ std::string in_quotes(std::string_view text)
     return out + '"';
 }
 
-std::string_view nearest(std::string_view name, std::span<const std::string_view> candidates)
+std::string did_you_mean(std::string_view name, std::span<const std::string_view> candidates)
 {
-    const auto best = std::ranges::min_element(
-        candidates, {}, [&](std::string_view candidate) { return distance(name, candidate); });
-    return best != candidates.end() ? *best : std::string_view();
+    const auto distance_to = [&](std::string_view candidate) {
+        return distance(name, candidate);
+    };
+    const auto best = std::ranges::min_element(candidates, {}, distance_to);
+    if (best == candidates.end() || distance_to(*best) * 2 > best->size()) {
+        return {};
+    }
+    return "; did you mean " + std::string(*best) + "?";
 }
 
 } // namespace simulated_gateway

@@ -9,21 +9,22 @@
 namespace simulated_gateway
 {
 
-// Why something that came from outside does not hold: one line that says where and what.
-class Error : public std::runtime_error
-{
-  public:
-    using std::runtime_error::runtime_error;
-};
-
 // The text with control characters and bytes that are no UTF-8 written as \n or \x1b, so that it
 // stays on one line and cannot steer a terminal.
 std::string printable(std::string_view text);
 
+// Why something that came from outside does not hold: one printable line that says where and what.
+class Error : public std::runtime_error
+{
+  public:
+    explicit Error(const std::string &text) : std::runtime_error(printable(text)) {}
+};
+
 // The same in double quotes, which are escaped within.
 std::string in_quotes(std::string_view text);
 
-// The candidate that differs from the name in the fewest letters; empty when there is none.
-std::string_view nearest(std::string_view name, std::span<const std::string_view> candidates);
+// "; did you mean NAME?" with the candidate that differs from the name in the fewest letters; empty
+// when not even that one is like it.
+std::string did_you_mean(std::string_view name, std::span<const std::string_view> candidates);
 
 } // namespace simulated_gateway

@@ -36,13 +36,31 @@ void Trace::open(const std::string &file, bool show_secrets)
     }
 }
 
-void Trace::call(int64_t uptime, const Call &call)
+void Trace::call(int64_t uptime, const Call &call) noexcept
+try {
+    if (is_on()) {
+        write(uptime, text_of(call));
+    }
+} catch (const std::exception &) {
+}
+
+void Trace::event(int64_t uptime, const char *text, const char *note) noexcept
+try {
+    if (is_on()) {
+        write(uptime, text + std::string(*note != '\0' ? ", " : "") + note);
+    }
+} catch (const std::exception &) {
+}
+
+std::string Trace::text_of(const Call &call) const
 {
-    std::string text = std::string(call.function) + "(";
+    std::string text = call.function;
+    text += '(';
     const char *separator = "";
     for (const Argument &argument : call.arguments) {
         text += separator;
-        text += std::string(argument.name) + "=";
+        text += argument.name;
+        text += '=';
         separator = ", ";
         if (argument.value == nullptr) {
             text += "null";
@@ -56,20 +74,13 @@ void Trace::call(int64_t uptime, const Call &call)
     }
     text += ") = " + std::to_string(call.result) + " in " + std::to_string(call.duration.count()) +
             " us";
-    if (!call.note.empty()) {
-        text += ", " + printable(call.note);
-    }
-    event(uptime, text);
+    return call.note.empty() ? text : text + ", " + call.note;
 }
 
-void Trace::event(int64_t uptime, const std::string &text)
+void Trace::write(int64_t uptime, const std::string &text)
 {
-    if (!is_on()) {
-        return;
-    }
-    const std::string line = "[" + std::to_string(uptime) + "] " + text + "\n";
+    const std::string line = "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
     const std::lock_guard lock(mutex_);
-    // A trace that cannot be written is no reason to let the device call fail.
     write_all(file_.get(), line);
 }
 

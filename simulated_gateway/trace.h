@@ -27,11 +27,15 @@ class Trace
         std::chrono::microseconds duration;
         std::string note; // what else is to be said of the call; may be empty
     };
-    // Write a line, which opens with the gateway's uptime in seconds; nothing without a file.
-    void call(int64_t uptime, const Call &call);
-    void event(int64_t uptime, const std::string &text);
+    // Write a line, which opens with the gateway's uptime in seconds; nothing without a file. What
+    // was done is done: a line that cannot be written is lost, and nothing else.
+    void call(int64_t uptime, const Call &call) noexcept;
+    void event(int64_t uptime, const char *text, const char *note = "") noexcept;
 
   private:
+    std::string text_of(const Call &call) const;
+    void write(int64_t uptime, const std::string &text);
+
     FileDescriptor file_;
     bool show_secrets_ = false;
     std::mutex mutex_; // lines are written whole

@@ -14,7 +14,11 @@
  *   SIMULATED_GATEWAY_TRACE         as trace below
  *   SIMULATED_GATEWAY_SHOW_SECRETS  "1" as show_secrets below
  *
- * If those do not hold, the reason goes to standard error and every device call fails with -1.
+ * If those do not hold, the reason goes to standard error and every device call fails with -1,
+ * until the host opens a gateway itself.
+ *
+ * All functions may be called at any time from any thread. docs/simulated_gateway.md has the forms
+ * of scenarios, faults and the trace.
  */
 #ifndef SIMULATED_GATEWAY_SIMULATED_GATEWAY_H
 #define SIMULATED_GATEWAY_SIMULATED_GATEWAY_H
@@ -38,7 +42,7 @@ typedef struct SimulatedGatewayOptions {
     const char *state_file;
     /* Fault plan, as an array that ends in NULL: "FUNCTION=RESULT[*COUNT][@DELAYms]" each. */
     const char *const *faults;
-    /* File that a line is appended to for every device call; "-" is standard error. */
+    /* File to which a line is appended for every device call; "-" is standard error. */
     const char *trace;
     /* Not 0: passwords and keys are written to the trace in clear instead of masked. */
     int32_t show_secrets;
@@ -51,10 +55,18 @@ typedef struct SimulatedGatewayOptions {
 SIMULATED_GATEWAY_API int32_t simulated_gateway_open(const SimulatedGatewayOptions *options,
                                                      char *error, size_t error_size);
 
-/* Closes the gateway: its state is saved, and the next device call would open another one. */
+/*
+ * Closes the gateway: its state is saved and its state file is free for others. Calls that are
+ * under way end with a failure; the next device call would open another gateway. A process that
+ * ends without closing loses nothing, since every change has been saved. Nothing happens when no
+ * gateway is open.
+ */
 SIMULATED_GATEWAY_API void simulated_gateway_close(void);
 
-/* Switches the gateway off and on again: its state is saved and its uptime starts at 0. */
+/*
+ * Switches the gateway off and on again: its uptime starts at 0, and its state is saved. Nothing
+ * happens when no gateway is open.
+ */
 SIMULATED_GATEWAY_API void simulated_gateway_power_cycle(void);
 
 #ifdef __cplusplus

@@ -1,0 +1,11 @@
+#!/bin/sh
+# check_exports.sh NM LIBRARY: the library exports device functions and its control, nothing else.
+set -eu
+exports=$("$1" -D --defined-only "$2" | awk '{print $NF}')
+foreign=$(echo "$exports" | grep -Ev '^(devapi|simulated_gateway)_[a-z0-9_]+$' || true)
+if [ -n "$foreign" ]; then
+    echo "exported, but not part of the interface:"
+    echo "$foreign"
+    exit 1
+fi
+echo "$exports" | grep -qx simulated_gateway_open

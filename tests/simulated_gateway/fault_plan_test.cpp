@@ -1,0 +1,96 @@
+#include "gateway_fixture.h"
+
+#include <cstring>
+
+namespace
+{
+
+using FaultPlanTest = GatewayTest;
+
+TEST_F(FaultPlanTest, AFaultWithoutCountLasts)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_sn_info=-1"}}), "");
+    for (int times = 0; times < 5; ++times) {
+        EXPECT_EQ(call(), -1);
+    }
+    SystemInfo info = {};
+    EXPECT_EQ(devapi_get_system_info(&info), 0);
+}
+
+TEST_F(FaultPlanTest, FaultsOfAFunctionApplyOneAfterTheOther)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_sn_info=5*2", "devapi_get_system_info=1",
+                               "devapi_get_sn_info=-7*1@1ms"}}),
+              "");
+    EXPECT_EQ(call(), 5);
+    EXPECT_EQ(call(), 5);
+    EXPECT_EQ(call(), -7);
+    EXPECT_EQ(call(), 0);
+    EXPECT_EQ(call(), 0);
+}
+
+TEST_F(FaultPlanTest, AFaultedCallTouchesNoRecord)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_sn_info=0*1"}}), "");
+    SnInfo info;
+    std::memset(&info, 0x5a, sizeof(info));
+    const SnInfo before = info;
+    EXPECT_EQ(devapi_get_sn_info(&info), 0);
+    EXPECT_EQ(std::memcmp(&info, &before, sizeof(info)), 0);
+}
+
+TEST_F(FaultPlanTest, AFaultMayTakeItsTime)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_sn_info=-1@60ms"}, .trace = path("trace")}), "");
+    EXPECT_EQ(call(), -1);
+    const std::string line = lines(path("trace")).at(0);
+    const size_t at = line.find(" in ");
+    ASSERT_NE(at, std::string::npos) << line;
+    EXPECT_GE(std::stol(line.substr(at + 4)), 60000) << line;
+}
+
+TEST_F(FaultPlanTest, AnUnknownFunctionSuggestsTheNearest)
+{
+    EXPECT_EQ(open({.faults = {"devapi_get_sn_inof=-1"}}),
+              "fault \"devapi_get_sn_inof=-1\": there is no such device function; did you mean "
+              "devapi_get_sn_info?");
+    EXPECT_EQ(open({.faults = {"=-1"}}), "fault \"=-1\": there is no such device function");
+}
+
+TEST_F(FaultPlanTest, MalformedSpecsAreQuoted)
+{
+    const struct {
+        const char *spec;
+        const char *complaint;
+    } malformed[] = {
+        {"", "has to be FUNCTION=RESULT[*COUNT][@DELAYms]"},
+        {"devapi_get_sn_info", "has to be FUNCTION=RESULT[*COUNT][@DELAYms]"},
+        {"devapi_get_sn_info=", "the result is missing"},
+        {"devapi_get_sn_info=x", "the result is missing"},
+        {"devapi_get_sn_info=2147483648", "the result is not within -2147483648 to 2147483647"},
+        {"devapi_get_sn_info=99999999999999999999",
+         "the result is not within -2147483648 to 2147483647"},
+        {"devapi_get_sn_info=-1*", "the count is missing"},
+        {"devapi_get_sn_info=-1*0", "the count is not within 1 to 2147483647"},
+        {"devapi_get_sn_info=-1*-2", "the count is not within 1 to 2147483647"},
+        {"devapi_get_sn_info=-1@", "the delay is missing"},
+        {"devapi_get_sn_info=-1@5", "the delay needs \"ms\" behind it"},
+        {"devapi_get_sn_info=-1@-5ms", "the delay is not within 0 to 3600000"},
+        {"devapi_get_sn_info=-1@9999999ms", "the delay is not within 0 to 3600000"},
+        {"devapi_get_sn_info=-1@5ms*2", "there is something behind the end, \"*2\""},
+        {"devapi_get_sn_info=-1 ", "there is something behind the end, \" \""},
+    };
+    for (const auto &[spec, complaint] : malformed) {
+        EXPECT_EQ(open({.faults = {spec}}), "fault \"" + std::string(spec) + "\": " + complaint);
+    }
+}
+
+TEST_F(FaultPlanTest, AFaultThatNothingReachesIsAnError)
+{
+    EXPECT_EQ(
+        open({.faults = {"devapi_get_sn_info=-1", "devapi_get_sn_info=5"}}),
+        "fault \"devapi_get_sn_info=5\": is never reached: the one before it for this function "
+        "has no count");
+}
+
+} // namespace

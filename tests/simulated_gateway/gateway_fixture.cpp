@@ -1,0 +1,93 @@
+#include "gateway_fixture.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+GatewayTest::GatewayTest()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "gateway_test_XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("no temporary folder");
+    }
+    folder_ = name;
+    for (const char *variable :
+         {"SIMULATED_GATEWAY_SCENARIO", "SIMULATED_GATEWAY_STATE", "SIMULATED_GATEWAY_FAULTS",
+          "SIMULATED_GATEWAY_TRACE", "SIMULATED_GATEWAY_SHOW_SECRETS"}) {
+        unsetenv(variable);
+    }
+}
+
+GatewayTest::~GatewayTest()
+{
+    close();
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+std::string GatewayTest::open(const Options &options)
+{
+    const auto text_or_null = [](const std::string &text) {
+        return text.empty() ? nullptr : text.c_str();
+    };
+    std::vector<const char *> faults;
+    for (const std::string &fault : options.faults) {
+        faults.push_back(fault.c_str());
+    }
+    faults.push_back(nullptr);
+
+    SimulatedGatewayOptions given = {};
+    given.scenario = text_or_null(options.scenario);
+    given.state_file = text_or_null(options.state_file);
+    given.faults = options.faults.empty() ? nullptr : faults.data();
+    given.trace = text_or_null(options.trace);
+    given.show_secrets = options.show_secrets ? 1 : 0;
+
+    char error[1024] = "no reason given";
+    return simulated_gateway_open(&given, error, sizeof(error)) == 0 ? "" : error;
+}
+
+std::string GatewayTest::write(const std::string &name, const std::string &text) const
+{
+    std::ofstream(path(name), std::ios::binary) << text;
+    return path(name);
+}
+
+std::string GatewayTest::read(const std::string &path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> GatewayTest::lines(const std::string &path)
+{
+    std::vector<std::string> lines;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+nlohmann::json GatewayTest::house()
+{
+    return json_of(SCENARIO_FOLDER "/three_storey_house.json");
+}
+
+nlohmann::json GatewayTest::json_of(const std::string &path)
+{
+    return nlohmann::json::parse(read(path));
+}
+
+int32_t GatewayTest::call()
+{
+    SnInfo info = {};
+    return devapi_get_sn_info(&info);
+}
+
+std::string GatewayTest::mac()
+{
+    SnInfo info = {};
+    return devapi_get_sn_info(&info) == 0 ? info.MAC : "";
+}

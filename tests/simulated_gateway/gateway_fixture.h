@@ -1,0 +1,45 @@
+// A gateway that is opened with settings of the test, in a folder of its own.
+#pragma once
+
+#include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/device_access.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+class GatewayTest : public testing::Test
+{
+  protected:
+    GatewayTest();
+    ~GatewayTest() override;
+
+    // Empty texts are left NULL. Result: empty on success, else the error.
+    struct Options {
+        std::string scenario = {};
+        std::string state_file = {};
+        std::vector<std::string> faults = {};
+        std::string trace = {};
+        bool show_secrets = false;
+    };
+    static std::string open(const Options &options);
+    static void close() { simulated_gateway_close(); }
+
+    std::string path(const std::string &name) const { return (folder_ / name).string(); }
+    std::string write(const std::string &name, const std::string &text) const;
+    static std::string read(const std::string &path);
+    static std::vector<std::string> lines(const std::string &path);
+
+    // The built-in scenario, to be varied.
+    static nlohmann::json house();
+    static nlohmann::json json_of(const std::string &path);
+
+    // One device call: its result, and the MAC address that it brought.
+    static int32_t call();
+    static std::string mac();
+
+  private:
+    std::filesystem::path folder_;
+};

@@ -1,0 +1,87 @@
+// gateway_process STATE COUNT [STEP]: opens a gateway on the state file and power-cycles it so many
+// times, saying "." when it is open and after each time; then keeps it open until its input ends.
+//
+// With a STEP it kills itself at that step of its work on files, counted from 0. For that it puts
+// itself between the library and the system.
+#include "simulated_gateway/simulated_gateway.h"
+
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace
+{
+
+long steps_left = -1;
+
+bool is_last_step()
+{
+    return steps_left >= 0 && steps_left-- == 0;
+}
+
+void die_at_last_step()
+{
+    if (is_last_step()) {
+        raise(SIGKILL);
+    }
+}
+
+} // namespace
+
+extern "C" int open(const char *path, int flags, ...)
+{
+    die_at_last_step();
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+extern "C" ssize_t write(int fd, const void *data, size_t size)
+{
+    if (is_last_step()) {
+        syscall(SYS_write, fd, data, size / 2);
+        raise(SIGKILL);
+    }
+    return syscall(SYS_write, fd, data, size);
+}
+
+extern "C" int fsync(int fd)
+{
+    die_at_last_step();
+    return static_cast<int>(syscall(SYS_fsync, fd));
+}
+
+extern "C" int rename(const char *from, const char *to) noexcept
+{
+    die_at_last_step();
+    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+
+int main(int argc, char **argv)
+{
+    if (argc < 3) {
+        return 2;
+    }
+    steps_left = argc > 3 ? std::atol(argv[3]) : -1;
+    SimulatedGatewayOptions options = {};
+    options.state_file = argv[1];
+    char error[512];
+    if (simulated_gateway_open(&options, error, sizeof(error)) != 0) {
+        std::fprintf(stderr, "%s\n", error);
+        return 1;
+    }
+    for (long times = std::atol(argv[2]); write(STDOUT_FILENO, ".", 1) == 1 && times > 0; --times) {
+        simulated_gateway_power_cycle();
+    }
+    char end_of_input;
+    while (read(STDIN_FILENO, &end_of_input, 1) > 0) {
+    }
+    simulated_gateway_close();
+    return 0;
+}

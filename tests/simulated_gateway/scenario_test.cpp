@@ -1,0 +1,227 @@
+#include "gateway_fixture.h"
+
+namespace
+{
+
+class ScenarioTest : public GatewayTest
+{
+  protected:
+    // What opening a file with this text says, without the folder of the test.
+    std::string error_of(const std::string &text)
+    {
+        const std::string file = write("my.json", text);
+        const std::string error = open({.scenario = file});
+        close();
+        return error.starts_with(file) ? "my.json" + error.substr(file.size()) : error;
+    }
+
+    // The same for the house with one value changed.
+    std::string error_with(const std::string &pointer, const nlohmann::json &value)
+    {
+        nlohmann::json home = house();
+        home[nlohmann::json::json_pointer(pointer)] = value;
+        return error_of(home.dump());
+    }
+
+    std::string error_without(const std::string &parent, const std::string &key)
+    {
+        nlohmann::json home = house();
+        home[nlohmann::json::json_pointer(parent)].erase(key);
+        return error_of(home.dump());
+    }
+};
+
+TEST_F(ScenarioTest, IsChosenByNameOrByFile)
+{
+    ASSERT_EQ(open({.scenario = "three_storey_house"}), "");
+    EXPECT_EQ(mac(), "3C:6A:D2:10:4F:20");
+    close();
+
+    nlohmann::json home = house();
+    home["mesh"]["child_routers"] = nlohmann::json::array();
+    home["hosts"] = nlohmann::json::array();
+    home["identity"]["mac"] = "3C:6A:D2:10:4F:99";
+    ASSERT_EQ(open({.scenario = write("flat.json", home.dump())}), "");
+    EXPECT_EQ(mac(), "3C:6A:D2:10:4F:99");
+}
+
+TEST_F(ScenarioTest, TheHouseIsAMeshWithTwoChildRoutersAndADozenHosts)
+{
+    const nlohmann::json home = house();
+    EXPECT_EQ(home["mesh"]["child_routers"].size(), 2u);
+    EXPECT_EQ(home["hosts"].size(), 12u);
+    EXPECT_EQ(home["ssids"].size(), 8u);
+    EXPECT_EQ(home["radios"].size(), 2u);
+    EXPECT_EQ(error_of(home.dump()), "");
+}
+
+TEST_F(ScenarioTest, AnUnknownNameListsTheKnownOnes)
+{
+    EXPECT_EQ(
+        open({.scenario = "castle"}),
+        "there is no scenario \"castle\"; built in: three_storey_house; a file is named with a "
+        "'/' or ends in \".json\"");
+}
+
+TEST_F(ScenarioTest, FilesThatCannotBeRead)
+{
+    EXPECT_EQ(open({.scenario = path("none.json")}),
+              path("none.json") + ": No such file or directory");
+    EXPECT_EQ(open({.scenario = path("")}), path("") + ": is no regular file");
+    EXPECT_EQ(open({.scenario = "/dev/zero"}), "/dev/zero: is no regular file");
+    EXPECT_EQ(error_of(std::string(5 * 1024 * 1024, ' ')), "my.json: is longer than 4194304 bytes");
+}
+
+TEST_F(ScenarioTest, TextsThatAreNoJson)
+{
+    EXPECT_EQ(error_of(""), "my.json: is empty");
+    EXPECT_EQ(error_of("[]"), "my.json: the document is no object");
+    EXPECT_EQ(error_of("{\n  \"format\": 1,\n  ]\n}").substr(0, 26), "my.json: line 3, column 3:");
+    EXPECT_EQ(error_of("{\"a\": 1e999}"), "my.json: number overflow parsing '1e999'");
+    EXPECT_EQ(error_of("{\"format\": \"\xff\"}").substr(0, 28), "my.json: line 1, column 13: ");
+    EXPECT_LT(error_of("{\"a\": \"" + std::string(1000000, 'x')).size(), 300u);
+}
+
+TEST_F(ScenarioTest, EveryTruncationIsAnError)
+{
+    const std::string whole = house().dump();
+    for (size_t length = 0; length < whole.size(); length += 7) {
+        ASSERT_NE(error_of(whole.substr(0, length)), "") << length;
+    }
+}
+
+TEST_F(ScenarioTest, NestingHasABound)
+{
+    EXPECT_EQ(error_of(std::string(1000000, '[')),
+              "my.json: /0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0: is nested too deep");
+    std::string objects;
+    for (int depth = 0; depth < 100000; ++depth) {
+        objects += "{\"a\":";
+    }
+    EXPECT_EQ(error_of(objects), "my.json: /a/a/a/a/a/a/a/a/a/a/a/a/a/a/a/a: is nested too deep");
+}
+
+TEST_F(ScenarioTest, ARepeatedKeyIsAnErrorWhereverItStands)
+{
+    EXPECT_EQ(error_of("{\"format\": \"x\", \"format\": \"x\"}"), "my.json: /format: stands twice");
+    EXPECT_EQ(error_of("{\"hosts\": [{}, {\"ip\": 1, \"ip\": 2}]}"),
+              "my.json: /hosts/1/ip: stands twice");
+}
+
+TEST_F(ScenarioTest, FormatAndVersionHaveToFit)
+{
+    EXPECT_EQ(error_of("{}"), "my.json: /format: is missing");
+    EXPECT_EQ(error_with("/format", "shopping list"),
+              "my.json: /format: is \"shopping list\", not \"simulated gateway scenario\"");
+    EXPECT_EQ(error_with("/version", 2), "my.json: /version: is 2, not 1");
+    EXPECT_EQ(error_with("/version", "1"), "my.json: /version: is no whole number");
+    EXPECT_EQ(error_without("", "version"), "my.json: /version: is missing");
+}
+
+TEST_F(ScenarioTest, KeysHaveToFit)
+{
+    EXPECT_EQ(error_with("/lan/subnet_msak", "255.255.255.0"),
+              "my.json: /lan/subnet_msak: there is no such field; did you mean subnet_mask?");
+    EXPECT_EQ(error_with("/garden", 1), "my.json: /garden: there is no such field");
+    EXPECT_EQ(error_without("/identity", "mac"), "my.json: /identity/mac: is missing");
+    EXPECT_EQ(error_without("/lan", "dhcp_pool"), "my.json: /lan/dhcp_pool: is missing");
+    EXPECT_EQ(error_without("", "hosts"), "my.json: /hosts: is missing");
+    EXPECT_EQ(error_with("/bad\nkey\x1b[2J", 1).substr(0, 32),
+              "my.json: /bad\\nkey\\x1b[2J: there");
+}
+
+struct WrongValue {
+    const char *pointer;
+    nlohmann::json value;
+    const char *complaint;
+};
+
+TEST_F(ScenarioTest, ValuesHaveToFit)
+{
+    const WrongValue wrong_values[] = {
+        {"/identity/mac", 7, "is no text"},
+        {"/identity/mac", "3c:6a:d2:10:4f:20",
+         "\"3c:6a:d2:10:4f:20\" is no MAC address like \"3C:6A:D2:10:4F:20\""},
+        {"/identity/mac", "3C:6A:D2:10:4F:2",
+         "\"3C:6A:D2:10:4F:2\" is no MAC address like \"3C:6A:D2:10:4F:20\""},
+        {"/identity/mac", "3C-6A-D2-10-4F-20",
+         "\"3C-6A-D2-10-4F-20\" is no MAC address like \"3C:6A:D2:10:4F:20\""},
+        {"/identity/device_type", std::string(256, 'x'), "is longer than 255 bytes"},
+        {"/identity/software_version", std::string(64, 'x'), "is longer than 63 bytes"},
+        {"/identity/vlan_capability", std::string(192, 'x'), "is longer than 191 bytes"},
+        {"/identity/software_version", "", "is empty"},
+        {"/identity/software_version", nullptr, "is no text"},
+        {"/identity/software_version", "V1\n", "holds control characters or is no UTF-8"},
+        {"/identity/software_version", std::string("V1\0x", 4),
+         "holds control characters or is no UTF-8"},
+        {"/identity/ipv6", 1, "is neither true nor false"},
+        {"/identity", "x", "is no object"},
+        {"/lan/ip", "192.168.1.256", "\"192.168.1.256\" is no IPv4 address"},
+        {"/lan/ip", std::string("192.168.1.1\0", 12), "\"192.168.1.1\\x00\" is no IPv4 address"},
+        {"/wan/mode", "modem", "\"modem\" is none of \"DHCP\", \"PPPoE\", \"Static\""},
+        {"/radios/0/channel", 0, "0 is not within 1 to 165"},
+        {"/radios/0/channel", 6.5, "is no whole number"},
+        {"/radios/0/channel", UINT64_MAX, "is too large"},
+        {"/radios/0/channel", INT64_MIN, "-9223372036854775808 is not within 1 to 165"},
+        {"/radios/1/bandwidth_mhz", 60, "60 is none of 20, 40, 80, 160"},
+        {"/hosts", nlohmann::json::object(), "is no list"},
+        {"/hosts", nlohmann::json(129, nullptr), "holds more than 128"},
+        {"/hosts/3", 1, "is no object"},
+        {"/ssids", nlohmann::json(9, nullptr), "holds more than 8"},
+    };
+    for (const WrongValue &wrong : wrong_values) {
+        EXPECT_EQ(error_with(wrong.pointer, wrong.value),
+                  std::string("my.json: ") + wrong.pointer + ": " + wrong.complaint);
+    }
+}
+
+TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
+{
+    const WrongValue wrong_values[] = {
+        {"/lan/subnet_mask", "255.0.255.0", "255.0.255.0 is no mask of a LAN"},
+        {"/lan/subnet_mask", "255.255.255.255", "255.255.255.255 is no mask of a LAN"},
+        {"/lan/ip", "192.168.1.0", "192.168.1.0 is no address of the LAN"},
+        {"/lan/dhcp_pool/start", "192.168.2.5", "192.168.2.5 is no address of the LAN"},
+        {"/lan/dhcp_pool/end", "192.168.1.255", "192.168.1.255 is no address of the LAN"},
+        {"/lan/dhcp_pool/end", "192.168.1.5", "192.168.1.5 lies before the start of the pool"},
+        {"/wan/gateway", "", "needs ip, gateway and primary_dns"},
+        {"/wan/pppoe_account", "", "is missing, and the mode is PPPoE"},
+        {"/radios/1/band", "2.4GHz", "there is another radio for 2.4GHz"},
+        {"/radios/0/channel", 36, "36 is no channel of 2.4GHz"},
+        {"/radios/1/channel", 20, "20 is no channel of 5GHz"},
+        {"/radios/0/bandwidth_mhz", 80, "80 is too wide for 2.4GHz"},
+        {"/radios/0/mac", "3C:6A:D2:10:4F:20", "3C:6A:D2:10:4F:20 belongs to /identity/mac"},
+        {"/ssids/0/password", "short", "needs at least 8 characters"},
+        {"/mesh/child_routers/1/ip", "192.168.1.2",
+         "192.168.1.2 belongs to /mesh/child_routers/0/ip"},
+        {"/mesh/child_routers/0/parent", "3C:6A:D2:00:00:00",
+         "there is no router 3C:6A:D2:00:00:00"},
+        {"/mesh/child_routers/0/parent", "3C:6A:D2:22:81:80", "the links form a ring"},
+        {"/mesh/child_routers/0/link/signal_dbm", -50, "there is no link by radio"},
+        {"/mesh/child_routers/1/link/signal_dbm", 0, "is missing, and the link is by radio"},
+        {"/hosts/4/mac", "A4:BB:6D:31:07:5E", "A4:BB:6D:31:07:5E belongs to /hosts/0/mac"},
+        {"/hosts/4/ip", "192.168.1.1", "192.168.1.1 belongs to /lan/ip"},
+        {"/hosts/4/ip", "10.0.0.1", "10.0.0.1 is no address of the LAN"},
+        {"/hosts/4/ip", "", "is missing, and the host is online"},
+        {"/hosts/4/router", "3C:6A:D2:00:00:00", "there is no router 3C:6A:D2:00:00:00"},
+        {"/hosts/0/signal_dbm", -40, "there is no link by radio"},
+    };
+    for (const WrongValue &wrong : wrong_values) {
+        const std::string pointer =
+            wrong.pointer == std::string("/wan/gateway") ? "/wan/connected" : wrong.pointer;
+        EXPECT_EQ(error_with(wrong.pointer, wrong.value),
+                  "my.json: " + pointer + ": " + wrong.complaint);
+    }
+    nlohmann::json fewer_networks = house();
+    fewer_networks["ssids"].erase(5);
+    fewer_networks["ssids"].erase(5);
+    fewer_networks["ssids"].erase(4);
+    EXPECT_EQ(error_of(fewer_networks.dump()), "");
+    fewer_networks["ssids"].erase(4);
+    EXPECT_EQ(error_of(fewer_networks.dump()), "my.json: /hosts/2/ssid: there is no SSID 5");
+    nlohmann::json one_radio = house();
+    one_radio["radios"].erase(1);
+    EXPECT_EQ(error_of(one_radio.dump()), "my.json: /ssids/4/band: there is no radio for 5GHz");
+}
+
+} // namespace

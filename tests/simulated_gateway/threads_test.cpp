@@ -1,0 +1,85 @@
+#include "gateway_fixture.h"
+
+#include <atomic>
+#include <latch>
+#include <thread>
+
+namespace
+{
+
+using ThreadsTest = GatewayTest;
+
+TEST_F(ThreadsTest, CallsPowerCyclesAndReopeningMix)
+{
+    setenv("SIMULATED_GATEWAY_TRACE", path("trace").c_str(), 1);
+    ASSERT_EQ(open({.state_file = path("state"), .faults = {"devapi_get_system_info=-1*50@1ms"}}),
+              "");
+    constexpr int callers = 4;
+    constexpr int calls = 200;
+    std::atomic<int> wrong = 0;
+    std::latch start(callers + 2);
+    std::vector<std::thread> threads;
+    for (int caller = 0; caller < callers; ++caller) {
+        threads.emplace_back([&] {
+            start.arrive_and_wait();
+            for (int times = 0; times < calls; ++times) {
+                SnInfo sn = {};
+                SystemInfo system = {};
+                const int32_t sn_result = devapi_get_sn_info(&sn);
+                const int32_t system_result = devapi_get_system_info(&system);
+                // A call that its gateway was closed under fails, and any other is whole.
+                const bool sn_right = sn_result == 0 ? std::string("3C:6A:D2:10:4F:20") == sn.MAC
+                                                     : sn_result == -1 && sn.MAC[0] == '\0';
+                const bool system_right = system_result == 0
+                                              ? std::string("V2.4.1") == system.SWVersion
+                                              : system_result == -1 && system.SWVersion[0] == '\0';
+                wrong += sn_right && system_right ? 0 : 1;
+            }
+        });
+    }
+    threads.emplace_back([&] {
+        start.arrive_and_wait();
+        for (int times = 0; times < 50; ++times) {
+            simulated_gateway_power_cycle();
+        }
+    });
+    threads.emplace_back([&] {
+        start.arrive_and_wait();
+        for (int times = 0; times < 50; ++times) {
+            simulated_gateway_close();
+            simulated_gateway_open(nullptr, nullptr, 0);
+        }
+    });
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
+
+    // Every line of the trace is whole, and there is one for each call.
+    int called = 0;
+    for (const std::string &line : lines(path("trace"))) {
+        EXPECT_EQ(line.substr(0, 1), "[") << line;
+        EXPECT_EQ(line.find('[', 1), std::string::npos) << line;
+        called += line.find("] devapi_") != std::string::npos ? 1 : 0;
+    }
+    EXPECT_EQ(called, callers * calls * 2);
+}
+
+TEST_F(ThreadsTest, ADelayedFaultHoldsUpNoOtherCallAndEndsWithTheGateway)
+{
+    // For a call that comes only after the gateway was closed.
+    setenv("SIMULATED_GATEWAY_FAULTS", "devapi_get_system_info=-4", 1);
+    ASSERT_EQ(open({.faults = {"devapi_get_system_info=-4@3600000ms"}}), "");
+    std::thread delayed([] {
+        SystemInfo info = {};
+        EXPECT_EQ(devapi_get_system_info(&info), -4);
+    });
+    for (int times = 0; times < 100; ++times) {
+        EXPECT_EQ(call(), 0);
+        std::this_thread::yield();
+    }
+    simulated_gateway_close();
+    delayed.join();
+}
+
+} // namespace
