@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <filesystem>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -73,6 +74,18 @@ TEST(Serve, PassesOverALineThatIsTooLong)
                 ElementsAre(kAnswer,
                             R"({"id":null,"error":"the line is longer than 1048576 bytes"})",
                             kAnswer));
+}
+
+TEST(Serve, DoesNotKeepALineThatIsTooLong)
+{
+    const size_t line = 512 * 1024 * 1024;
+    AgentProcess agent({"serve"});
+    const std::string part(1024 * 1024, 'x');
+    for (size_t sent = 0; sent < line; sent += part.size()) {
+        agent.send(part);
+    }
+    EXPECT_EQ(ask(agent, ""), R"({"id":null,"error":"the line is longer than 1048576 bytes"})");
+    EXPECT_LT(agent.finish().peak_kilobytes, static_cast<long>(line / 1024));
 }
 
 TEST(Serve, TakesTheLengthOfALineAsAnOption)
@@ -185,9 +198,11 @@ TEST(Serve, EndsOnASignal)
         const std::string state = test_file("signal" + std::to_string(signal) + ".json");
         AgentProcess agent({"--state", state, "serve"});
         EXPECT_EQ(ask(agent, kRequest), kAnswer);
+        std::filesystem::remove(state);
         agent.signal(signal);
         const AgentResult result = agent.wait();
         EXPECT_EQ(result.exit_status, 128 + signal);
+        EXPECT_TRUE(std::filesystem::exists(state)) << "the gateway was not closed";
         EXPECT_THAT(result.output, IsEmpty());
         EXPECT_THAT(result.error, IsEmpty());
     }
@@ -205,13 +220,10 @@ TEST(Serve, AnswersTheLineDuringWhichASignalArrives)
 TEST(Serve, EndsOnASignalThoughNobodyReads)
 {
     AgentProcess agent({"serve"});
-    // The answers are more than a pipe holds, so the agent comes to wait for a reader.
-    const std::string report(30000, 'v');
-    const std::string line =
-        R"({"command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":")" + report + "\"}}\n";
-    for (int count = 0; count < 4; ++count) {
-        agent.send(line);
-    }
+    // The answer is more than a pipe holds, so the agent comes to wait for a reader.
+    const std::string report(300000, 'v');
+    agent.send(R"({"command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":")" + report +
+               "\"}}\n");
     agent.signal(SIGTERM);
     agent.await_end();
     EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <pty.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
@@ -78,6 +79,7 @@ void AgentProcess::start(const std::vector<std::string> &arguments, int input, i
         dup2(input, STDIN_FILENO);
         dup2(output, STDOUT_FILENO);
         dup2(error_, STDERR_FILENO);
+        std::signal(SIGPIPE, SIG_DFL); // ignoring it would be inherited
         execv(words[0], words.data());
         _exit(127);
     }
@@ -155,10 +157,11 @@ AgentResult AgentProcess::wait()
     }
     close_output();
     int status = 0;
-    checked(waitpid(process_, &status, 0), "waitpid");
+    rusage usage = {};
+    checked(wait4(process_, &status, 0, &usage), "wait4");
     process_ = -1;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), std::move(unread_),
-            content_of(error_)};
+            content_of(error_), usage.ru_maxrss};
 }
 
 AgentResult run_agent(const std::vector<std::string> &arguments, std::string_view input)

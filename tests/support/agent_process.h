@@ -11,6 +11,7 @@ struct AgentResult {
     int exit_status = 0; // or minus the number of the signal that killed it
     std::string output;
     std::string error;
+    long peak_kilobytes = 0; // the most memory that it had in use
 };
 
 enum class OutputTo { kPipe, kTerminal, kFullDevice };
