@@ -31,6 +31,8 @@ std::optional<std::string> given(const char *name, const char *option, const cha
     if (option != nullptr && *option == '\0') {
         throw Error(std::string(name) + ": is empty");
     }
+    // Reading the environment is safe as long as nobody writes it; a host with threads does not.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
     const char *value = option != nullptr ? option : std::getenv(variable);
     return value != nullptr && *value != '\0' ? std::optional<std::string>(value) : std::nullopt;
 }

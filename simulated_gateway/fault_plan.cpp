@@ -18,7 +18,7 @@ constexpr std::string_view kFunctions[] = {
 #undef FUNCTION_NAME
 };
 
-constexpr int64_t kLongestDelayMs = 3600 * 1000;
+constexpr int64_t kLongestDelayMs = 3'600'000;
 
 // Takes a number off the front of the text.
 int64_t take_number(std::string_view &text, int64_t least, int64_t most, const char *meaning)
@@ -66,14 +66,14 @@ Fault parse_fault(std::string_view text)
 
 } // namespace
 
-void FaultPlan::add(std::string_view spec)
+void FaultPlan::add(std::string_view text)
 {
     try {
-        const size_t equals = spec.find('=');
+        const size_t equals = text.find('=');
         if (equals == std::string_view::npos) {
             throw Error("has to be FUNCTION=RESULT[*COUNT][@DELAYms]");
         }
-        const std::string_view function = spec.substr(0, equals);
+        const std::string_view function = text.substr(0, equals);
         if (std::ranges::find(kFunctions, function) == std::end(kFunctions)) {
             throw Error("there is no such device function" + did_you_mean(function, kFunctions));
         }
@@ -81,9 +81,9 @@ void FaultPlan::add(std::string_view spec)
         if (!planned.empty() && !planned.back().calls_left) {
             throw Error("is never reached: the one before it for this function has no count");
         }
-        planned.push_back(parse_fault(spec.substr(equals + 1)));
+        planned.push_back(parse_fault(text.substr(equals + 1)));
     } catch (const Error &error) {
-        throw Error("fault " + in_quotes(spec) + ": " + error.what());
+        throw Error("fault " + in_quotes(text) + ": " + error.what());
     }
 }
 

@@ -22,8 +22,8 @@ class FaultPlan
 {
   public:
     // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]", behind what is planned for the function already.
-    // Throws an Error that quotes the spec.
-    void add(std::string_view spec);
+    // Throws an Error that quotes it.
+    void add(std::string_view text);
 
     // What the function's next call has to answer; nothing when it may do its work.
     std::optional<Fault> next(const std::string &function);

@@ -79,7 +79,8 @@ std::string Trace::text_of(const Call &call) const
 
 void Trace::write(int64_t uptime, const std::string &text)
 {
-    const std::string line = "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
+    std::string line = "[";
+    line += std::to_string(uptime) + "] " + printable(text) + "\n";
     const std::lock_guard lock(mutex_);
     write_all(file_.get(), line);
 }

@@ -30,7 +30,7 @@ bool add_text_of_length(cJSON *object, const char *key, const char *text, size_t
 
 const char *text_of(const cJSON *item)
 {
-    return cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
+    return item != nullptr && cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
 }
 
 void copy_text(char *field, size_t width, const char *text)

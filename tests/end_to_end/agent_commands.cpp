@@ -28,7 +28,7 @@ std::string print(const cJSON *item)
 void record_call(const std::string &command, const std::string &request, const AgentResult &result)
 {
     if (result.exit_status == 0 || result.exit_status == 1) {
-        record_traffic(command, request, result.output);
+        record(command, request, result.output);
     }
 }
 
@@ -87,6 +87,12 @@ AgentResult serve(const std::string &input, const std::vector<std::string> &opti
         record_line(asked[at], answered[at]);
     }
     return result;
+}
+
+void record(const std::string &command, const std::string &request, const std::string &reply)
+{
+    // One record is one line, whatever form the texts came in.
+    record_traffic(command, print(parse(request).get()), print(parse(reply).get()));
 }
 
 std::vector<std::string> lines_of(const std::string &text)

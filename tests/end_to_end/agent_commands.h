@@ -21,4 +21,7 @@ std::string ask(AgentProcess &serving, const std::string &line);
 AgentResult serve(const std::string &input, const std::vector<std::string> &options = {},
                   const std::vector<std::string> &serve_options = {});
 
+// Records a command that was run in another way.
+void record(const std::string &command, const std::string &request, const std::string &reply);
+
 std::vector<std::string> lines_of(const std::string &text);

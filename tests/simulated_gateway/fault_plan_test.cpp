@@ -57,10 +57,10 @@ TEST_F(FaultPlanTest, AnUnknownFunctionSuggestsTheNearest)
     EXPECT_EQ(open({.faults = {"=-1"}}), "fault \"=-1\": there is no such device function");
 }
 
-TEST_F(FaultPlanTest, MalformedSpecsAreQuoted)
+TEST_F(FaultPlanTest, MalformedFaultsAreQuoted)
 {
     const struct {
-        const char *spec;
+        const char *fault;
         const char *complaint;
     } malformed[] = {
         {"", "has to be FUNCTION=RESULT[*COUNT][@DELAYms]"},
@@ -80,8 +80,8 @@ TEST_F(FaultPlanTest, MalformedSpecsAreQuoted)
         {"devapi_get_sn_info=-1@5ms*2", "there is something behind the end, \"*2\""},
         {"devapi_get_sn_info=-1 ", "there is something behind the end, \" \""},
     };
-    for (const auto &[spec, complaint] : malformed) {
-        EXPECT_EQ(open({.faults = {spec}}), "fault \"" + std::string(spec) + "\": " + complaint);
+    for (const auto &[fault, complaint] : malformed) {
+        EXPECT_EQ(open({.faults = {fault}}), "fault \"" + std::string(fault) + "\": " + complaint);
     }
 }
 

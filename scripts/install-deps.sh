@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that the project needs and that are missing; says which.
+#
+#   --cross    also what builds and runs the plug-in for 32-bit MIPS
+#   --checks   also the formatter and the analysers
+set -euo pipefail
+
+packages=(
+    cmake g++ ninja-build
+    libcjson-dev
+    libcli11-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
+    libgtest-dev python3 python3-jsonschema
+)
+foreign=()
+for option in "$@"; do
+    case $option in
+        --cross)
+            packages+=(g++-mipsel-linux-gnu qemu-user)
+            foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
+            ;;
+        --checks)
+            packages+=(clang-format-14 clang-tidy-14 git shellcheck)
+            ;;
+        *)
+            echo "usage: $0 [--cross] [--checks]" >&2
+            exit 2
+            ;;
+    esac
+done
+
+missing=()
+for package in "${packages[@]}" "${foreign[@]}"; do
+    status=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
+    if [ "$status" != installed ]; then
+        missing+=("$package")
+    fi
+done
+if [ ${#missing[@]} -eq 0 ]; then
+    exit 0
+fi
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+fi
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+quietly() {
+    if ! "${as_root[@]}" "$@" >"$log" 2>&1; then
+        cat "$log" >&2
+        exit 1
+    fi
+}
+
+echo "installing ${missing[*]}"
+if [ ${#foreign[@]} -gt 0 ] && ! dpkg --print-foreign-architectures | grep -qx mipsel; then
+    quietly dpkg --add-architecture mipsel
+fi
+quietly apt-get update
+quietly env DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "${missing[@]}"

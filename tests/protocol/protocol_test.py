@@ -1,0 +1,60 @@
+"""The comparison of replies with descriptions has to find every kind of difference."""
+
+import unittest
+
+import protocol
+
+DESCRIBED = {
+    "consumes": ["Name", "Gone"],
+    "keys": [
+        {"key": "Status", "text": "0"},
+        {"key": "Mode", "one_of": ["a", "b"], "optional": True},
+        {"key": "Count", "type": "number", "optional": True},
+        {"key": "List", "type": "array", "items": [{"key": "Id", "max_bytes": 2}]},
+    ],
+}
+REQUEST = '{"name":"x","Other":1,"Name":"y"}'
+
+
+def why(reply, request=REQUEST, described=None):
+    return protocol.mismatch(protocol.parse(reply), protocol.parse(request), described or DESCRIBED)
+
+
+class MismatchTest(unittest.TestCase):
+    def test_what_is_described_matches(self):
+        for added in ('"Status":"0","List":[]', '"Status":"0","Mode":"b","List":[{"Id":"12"}]',
+                      '"Status":"0","Count":-1.5,"List":[{"Id":""},{"Id":"1"}]'):
+            self.assertIsNone(why('{"Other":1,"Name":"y",' + added + "}"), added)
+
+    def test_every_difference_is_found(self):
+        for added, expected in (
+                ('"Status":"1","List":[]', "Status: should be"),
+                ('"Status":0,"List":[]', "Status: should be a text"),
+                ('"List":[],"Status":"0"', "Status should stand where List is"),
+                ('"Status":"0"', "List should stand where the end is"),
+                ('"Status":"0","Mode":"c","List":[]', "Mode: "),
+                ('"Status":"0","Count":"1","List":[]', "Count: should be a number"),
+                ('"Status":"0","Count":true,"List":[]', "Count: should be a number"),
+                ('"Status":"0","List":{}', "List: should be an array"),
+                ('"Status":"0","List":["x"]', "List: its elements"),
+                ('"Status":"0","List":[{"Id":"123"}]', "List: Id: 3 bytes"),
+                ('"Status":"0","List":[{}]', "List: Id should stand"),
+                ('"Status":"0","List":[{"Id":"1","Id":"1"}]', "List: Id is not described"),
+                ('"Status":"0","List":[],"Status":"0"', "Status is not described")):
+            found = why('{"Other":1,"Name":"y",' + added + "}")
+            self.assertIsNotNone(found, added)
+            self.assertTrue(found.startswith(expected), found)
+
+    def test_the_request_is_followed(self):
+        tail = '"Status":"0","List":[]}'
+        for rest in ('{"name":"x","Other":1,"Name":"y",', '{"name":"x","Other":1,', '{"Other":1,',
+                     '{"Name":"y","Other":1,', '{"Other":2,"Name":"y",', "{"):
+            self.assertIn("should be left as", why(rest + tail) or "", rest)
+
+    def test_bytes_are_counted_not_letters(self):
+        described = {"keys": [{"key": "a", "max_bytes": 2}]}
+        self.assertIsNone(why('{"a":"é"}', "{}", described))
+        self.assertIn("4 bytes", why('{"a":"éé"}', "{}", described))
+
+
+unittest.main()

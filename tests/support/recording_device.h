@@ -1,0 +1,83 @@
+// A device-access library for unit tests: it writes down every call with the bytes that reached it,
+// and answers what the test has programmed. The functions themselves are made from device_access.h,
+// so there is nothing to add here for a new one.
+#pragma once
+
+#include "smart_router_service/device_access.h"
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace recording_device
+{
+
+struct Call {
+    std::string function;
+    // What each argument held when the call came: the bytes of a record, a text, or a number.
+    std::vector<std::string> arguments;
+
+    bool operator==(const Call &) const = default;
+};
+
+// The calls since the last reset, in order.
+std::vector<Call> calls();
+std::vector<std::string> called_functions();
+
+// The record that was handed to the call as an argument, as it was when the call came.
+template <class Record> Record record(const Call &call, size_t argument = 0)
+{
+    Record copy;
+    std::memcpy(&copy, call.arguments.at(argument).data(), sizeof copy);
+    return copy;
+}
+
+// Forgets the calls and every programmed answer.
+void reset();
+
+void write_down(const char *function, std::vector<std::string> arguments);
+void at_reset(std::function<void()> forget);
+
+inline std::string contents(const char *text)
+{
+    return text != nullptr ? text : "(null)";
+}
+inline std::string contents(int32_t number)
+{
+    return std::to_string(number);
+}
+template <class Record> std::string contents(Record *record)
+{
+    static_assert(std::is_trivially_copyable_v<Record>);
+    return std::string(reinterpret_cast<const char *>(record), sizeof *record);
+}
+
+template <class Function> struct Answer;
+template <class Result, class... Arguments> struct Answer<Result (*)(Arguments...)> {
+    using Type = std::function<Result(Arguments...)>;
+};
+
+template <auto function> typename Answer<decltype(function)>::Type &answer()
+{
+    static typename Answer<decltype(function)>::Type programmed;
+    return programmed;
+}
+
+// Programs what a device function does from now on: a callable with the function's own signature.
+// An unprogrammed function writes nothing and returns 0.
+template <auto function, class Callable> void when(Callable callable)
+{
+    answer<function>() = callable;
+    at_reset([] { answer<function>() = nullptr; });
+}
+
+template <auto function, class... Arguments> auto call(const char *name, Arguments... arguments)
+{
+    write_down(name, {contents(arguments)...});
+    using Result = decltype(function(arguments...));
+    return answer<function>() ? answer<function>()(arguments...) : Result();
+}
+
+} // namespace recording_device

@@ -1,0 +1,30 @@
+// The host agent's services for unit tests: the log is kept for the test to look at.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace recording_host
+{
+
+struct LogLine {
+    int32_t level;
+    std::string text;
+
+    bool operator==(const LogLine &) const = default;
+};
+
+inline void PrintTo(const LogLine &line, std::ostream *out)
+{
+    *out << "level " << line.level << ": \"" << line.text << '"';
+}
+
+// The lines since the last reset, in order. A line of a module other than the plug-in's own fails
+// the running test.
+std::vector<LogLine> log_lines();
+
+void reset();
+
+} // namespace recording_host

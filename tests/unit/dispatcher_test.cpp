@@ -1,0 +1,113 @@
+#include "commands.h"
+#include "handler_test.h"
+
+#include <cctype>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+
+struct Row {
+    const char *name;
+    int32_t (*handler)(cJSON *);
+};
+
+#define ROW(name, handler) {name, handler},
+constexpr Row kRows[] = {SMART_ROUTER_COMMANDS(ROW)};
+#undef ROW
+
+class DispatcherTest : public HandlerTest
+{
+};
+
+// The result and what the object holds afterwards.
+std::pair<int32_t, std::string> dispatch(const char *name, const std::string &object)
+{
+    const Json json = parse(object);
+    const int32_t result = hg_process_json_cmd(name, json.get());
+    return {result, print(json.get())};
+}
+
+TEST_F(DispatcherTest, FindsEveryCommandOfTheTable)
+{
+    for (const Row &row : kRows) {
+        EXPECT_EQ(dispatch(row.name, "{}").first, 0) << row.name;
+    }
+}
+
+TEST_F(DispatcherTest, CallsTheHandlerOfTheName)
+{
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(row.name);
+        recording_device::reset();
+        const std::string reply = dispatch(row.name, "{}").second;
+        const auto calls = recording_device::calls();
+
+        recording_device::reset();
+        const Json direct = parse("{}");
+        row.handler(direct.get());
+        EXPECT_EQ(reply, print(direct.get()));
+        EXPECT_EQ(calls, recording_device::calls());
+    }
+}
+
+TEST_F(DispatcherTest, KeepsTheOrderOfTheProtocolsList)
+{
+    std::vector<std::string_view> names;
+    for (const Row &row : kRows) {
+        names.push_back(row.name);
+    }
+    EXPECT_EQ(names, (std::vector<std::string_view>{
+                         "GET_SN_INFO",
+                         "QUERY_SYSTEM_INFO",
+                         "RESPONSE_ROUTER_VERSION",
+                     }));
+}
+
+TEST_F(DispatcherTest, AnUnknownNameIsAnsweredWithMinusThreeAndNothingElse)
+{
+    EXPECT_EQ(HG_NO_SUCH_COMMAND, -3);
+    const std::string object = R"({"VersionInfo":"1.0","Status":"7"})";
+    for (const char *name :
+         {"", " ", "GET_SN_INFO ", " GET_SN_INFO", "GET_SN_INF", "GET_SN_INFOS", "get_sn_info", "A",
+          "ZZZ", "GET_SN_INFO\n", "\xff", "RESPONSE_ROUTER_VERSIO", "RESPONSE_ROUTER_VERSION_",
+          "NO_SUCH_COMMAND", static_cast<const char *>(nullptr)}) {
+        EXPECT_EQ(dispatch(name, object), std::pair(HG_NO_SUCH_COMMAND, object));
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(DispatcherTest, AnUnknownNameOfAMegabyteIsUnknown)
+{
+    EXPECT_EQ(dispatch(std::string(1 << 20, 'G').c_str(), "{}"),
+              std::pair(HG_NO_SUCH_COMMAND, std::string("{}")));
+}
+
+TEST_F(DispatcherTest, NoObjectNoReply)
+{
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(hg_process_json_cmd(row.name, nullptr), 0);
+        for (const char *other :
+             {"[]", "[1,{\"VersionInfo\":\"1\"}]", "\"text\"", "7", "null", "true"}) {
+            EXPECT_EQ(dispatch(row.name, other), std::pair(0, std::string(other)));
+        }
+    }
+}
+
+TEST_F(DispatcherTest, AnUnknownNameWithoutAnObject)
+{
+    EXPECT_EQ(hg_process_json_cmd("NO_SUCH_COMMAND", nullptr), HG_NO_SUCH_COMMAND);
+    EXPECT_EQ(hg_process_json_cmd(nullptr, nullptr), HG_NO_SUCH_COMMAND);
+}
+
+TEST_F(DispatcherTest, AFailedCommandIsStillAResultOfZero)
+{
+    recording_device::when<devapi_get_sn_info>([](SnInfo *) { return -1; });
+    EXPECT_EQ(dispatch("GET_SN_INFO", "{}"),
+              std::pair(0, std::string(R"({"Status":"1","FailReason":"get sn failed"})")));
+}
+
+} // namespace
