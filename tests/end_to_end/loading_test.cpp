@@ -159,10 +159,9 @@ TEST(Loading, ReadsADeviceLibrarysTextsNoFurtherThanTheirFields)
 {
     const AgentResult identity = call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE});
     EXPECT_EQ(identity.exit_status, 0);
-    EXPECT_EQ(identity.output,
-              "{\"Status\":\"0\",\"MAC\":\"" + std::string(64, 'M') +
-                  "\",\"tslinkstatus\":\"\ufffd\ufffd\\\"\ufffd\",\"DeviceType\":\"" +
-                  std::string(256, 'D') + "\"}\n");
+    EXPECT_EQ(identity.output, "{\"Status\":\"0\",\"MAC\":\"" + std::string(64, 'M') +
+                                   "\",\"tslinkstatus\":\"\ufffd\\\"\ufffd\",\"DeviceType\":\"" +
+                                   std::string(256, 'D') + "\"}\n");
 
     const AgentResult system = call("QUERY_SYSTEM_INFO", "{}", {"--device", BRIM_DEVICE});
     EXPECT_EQ(system.exit_status, 0);

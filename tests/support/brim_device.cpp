@@ -9,7 +9,7 @@
 int32_t devapi_get_sn_info(SnInfo *info)
 {
     memset(info->MAC, 'M', sizeof(info->MAC));
-    memcpy(info->tslinkstatus, "\xd6\xd0\"\x80", 4); // no UTF-8, and a quote between
+    memcpy(info->tslinkstatus, "\xd6\"\x80", 3); // no UTF-8 around a quote
     memset(info->DeviceType, 'D', sizeof(info->DeviceType));
     return 0;
 }
