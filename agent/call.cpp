@@ -16,7 +16,7 @@ namespace agent
 namespace
 {
 
-constexpr size_t kMaxRequest = 16 * 1024 * 1024;
+constexpr size_t kMaxRequest = 16UL * 1024 * 1024;
 
 bool looks_like_json(const std::string &word)
 {

@@ -73,8 +73,8 @@ void getmd5(const char *text, char *out)
         EVP_Digest(text, strlen(text), digest, &length, EVP_md5(), nullptr) != 1) {
         return;
     }
-    for (unsigned at = 0; at < length; ++at) {
-        snprintf(out + 2 * at, 3, "%02x", digest[at]);
+    for (unsigned at = 0; at < length; ++at, out += 2) {
+        snprintf(out, 3, "%02x", digest[at]);
     }
 }
 

@@ -22,7 +22,7 @@ namespace
 
 // A width or precision that comes as an argument may ask for gigabytes of blanks.
 constexpr int kMaxWidth = 1000;
-constexpr size_t kMaxUnknownText = 64 * 1024;
+constexpr size_t kMaxUnknownText = 64UL * 1024;
 
 // Text as it stands in the format, then a conversion; the last piece may have none.
 struct Piece {
@@ -43,7 +43,7 @@ struct Arguments {
 std::string take_while(std::string_view &rest, std::string_view letters)
 {
     const size_t length = std::min(rest.find_first_not_of(letters), rest.size());
-    const std::string taken(rest.substr(0, length));
+    std::string taken(rest.substr(0, length));
     rest.remove_prefix(length);
     return taken;
 }

@@ -27,7 +27,7 @@ struct CallOptions {
 };
 
 struct ServeOptions {
-    size_t max_line = 1024 * 1024; // bytes of a line, its end not counted
+    size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
 };
 
 enum class Subcommand { kCall, kServe, kList, kDescribe };

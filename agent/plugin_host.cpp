@@ -50,6 +50,7 @@ void *load(const std::string &kind, const std::string &path, int flags)
     }
     void *library = dlopen(path.c_str(), flags);
     if (library == nullptr) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): each thread has a text of its own
         const std::string reason = dlerror();
         const std::vector<std::string> missing = missing_symbols(path);
         throw HostError(kCannotLoad,

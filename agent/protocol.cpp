@@ -86,6 +86,7 @@ std::vector<std::string> nearest_commands(std::string_view name)
     ranked.resize(std::min(ranked.size(), kMaxNearest));
 
     std::vector<std::string> names;
+    names.reserve(ranked.size());
     for (const auto &[distance, command] : ranked) {
         names.push_back(command);
     }

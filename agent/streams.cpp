@@ -5,10 +5,10 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace agent
@@ -17,11 +17,11 @@ namespace agent
 namespace
 {
 
-constexpr size_t kReadSize = 64 * 1024;
+constexpr size_t kReadSize = 64UL * 1024;
 
 [[noreturn]] void fail(const char *what)
 {
-    throw StreamError(std::string(what) + ": " + strerror(errno));
+    throw StreamError(std::string(what) + ": " + std::generic_category().message(errno));
 }
 
 // As read(), but goes on after a signal that somebody handles.
