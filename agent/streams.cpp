@@ -11,11 +11,9 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr size_t kReadSize = 64 * 1024;
 
