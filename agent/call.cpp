@@ -10,11 +10,9 @@
 
 #include <cstring>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr size_t kMaxRequest = 16UL * 1024 * 1024;
 

@@ -3,8 +3,7 @@
 
 #include "options.h"
 
-namespace agent
-{
+namespace agent {
 
 // Runs the command and prints its reply. Result: the exit status.
 int run_call(const HostOptions &host, const CallOptions &options);

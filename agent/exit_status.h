@@ -1,8 +1,7 @@
 // What the agent's exit status says.
 #pragma once
 
-namespace agent
-{
+namespace agent {
 
 enum ExitStatus {
     kSuccess = 0,

@@ -17,8 +17,7 @@
 
 using agent::kLogError;
 
-namespace
-{
+namespace {
 
 constexpr size_t kMaxMacText = 17;
 

@@ -7,15 +7,12 @@
 #include <libelf.h>
 #include <unistd.h>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 // A file that is open for reading; what is no ELF file has no sections and no segments.
-class ElfFile
-{
+class ElfFile {
   public:
     explicit ElfFile(const std::string &path)
         : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC)),

@@ -4,8 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace agent
-{
+namespace agent {
 
 // Whether the file ends before what its header says is in it. Loading such a library would kill the
 // process.

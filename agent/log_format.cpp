@@ -14,11 +14,9 @@
 // Formats come from the callers of the log, whom the compiler checks by the format attribute.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 // A width or precision that comes as an argument may ask for gigabytes of blanks.
 constexpr int kMaxWidth = 1000;

@@ -4,8 +4,7 @@
 #include <cstdarg>
 #include <string>
 
-namespace agent
-{
+namespace agent {
 
 // The text of a log call. Unless secrets are shown, an argument whose label in front of it names a
 // secret is rendered as "***", whatever its conversion, and JSON in a text argument is rendered

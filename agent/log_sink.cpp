@@ -7,11 +7,9 @@
 #include <new>
 #include <string>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 LogSettings settings;
 

@@ -4,8 +4,7 @@
 #include <cstdarg>
 #include <cstdint>
 
-namespace agent
-{
+namespace agent {
 
 constexpr int32_t kLogError = 3;
 

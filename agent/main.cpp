@@ -9,8 +9,7 @@
 #include "streams.h"
 #include "text.h"
 
-namespace
-{
+namespace {
 
 int run(const agent::Options &options)
 {

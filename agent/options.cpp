@@ -4,11 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr char kFooter[] = R"(
 Exit status:

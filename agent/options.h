@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace agent
-{
+namespace agent {
 
 // Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
 // the gateway's environment and defaults.

@@ -8,11 +8,9 @@
 #include <filesystem>
 #include <vector>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr char kDeviceLibrary[] = "libsimulated_gateway.so";
 constexpr char kPlugin[] = "libsmart_router_service.so";

@@ -9,12 +9,10 @@
 #include <stdexcept>
 #include <string>
 
-namespace agent
-{
+namespace agent {
 
 // Why the libraries could not be brought up, and what the agent ends with.
-class HostError : public std::runtime_error
-{
+class HostError : public std::runtime_error {
   public:
     HostError(ExitStatus status, const std::string &message)
         : std::runtime_error(message), status_(status)
@@ -28,8 +26,7 @@ class HostError : public std::runtime_error
 
 // The device library. When it is the simulated gateway, it is opened with the options that were
 // given, and closed at the end of this object's life.
-class DeviceLibrary
-{
+class DeviceLibrary {
   public:
     explicit DeviceLibrary(const HostOptions &options); // throws HostError
     ~DeviceLibrary();
@@ -41,8 +38,7 @@ class DeviceLibrary
 };
 
 // The plug-in, ready to answer commands.
-class PluginHost
-{
+class PluginHost {
   public:
     explicit PluginHost(const HostOptions &options); // throws HostError
 

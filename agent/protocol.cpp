@@ -6,11 +6,9 @@
 #include <algorithm>
 #include <numeric>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr size_t kMaxNearest = 3;
 // No command's name is longer; comparing more of a hostile name would only take time.

@@ -9,8 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace agent
-{
+namespace agent {
 
 using Description = nlohmann::ordered_json;
 

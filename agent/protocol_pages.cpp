@@ -10,11 +10,9 @@
 #include <iostream>
 #include <sstream>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 bool matches(const std::string &name, const std::string &pattern)
 {
@@ -25,8 +23,7 @@ bool matches(const std::string &name, const std::string &pattern)
 }
 
 // Rows of two columns: what something is, and what is to be said of it.
-class Table
-{
+class Table {
   public:
     void row(const std::string &left, const std::string &right) { rows_.emplace_back(left, right); }
 

@@ -3,8 +3,7 @@
 
 #include <string>
 
-namespace agent
-{
+namespace agent {
 
 // Prints name and summary of the commands whose names contain the pattern or, where it has * ? or
 // [, match it; upper or lower case is the same. Result: the exit status.

@@ -7,11 +7,9 @@
 #include <nlohmann/json.hpp>
 #include <utf8.h>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr char kSpace[] = " \t\r\n";
 constexpr size_t kMaxMessage = 200;
@@ -26,8 +24,7 @@ std::string place(std::string_view read)
 
 // Checks the grammar. cJSON would let pass what is no JSON (control characters in texts, numbers
 // such as 01) and could not say what is wrong; this parser can, and it needs no stack for depth.
-class SyntaxCheck : public nlohmann::json_sax<nlohmann::json>
-{
+class SyntaxCheck : public nlohmann::json_sax<nlohmann::json> {
   public:
     explicit SyntaxCheck(std::string_view text) : text_(text) {}
     const std::string &error() const { return error_; }
@@ -86,8 +83,7 @@ void check_syntax(std::string_view text)
 }
 
 // Walks over a text whose grammar has been checked.
-class Cursor
-{
+class Cursor {
   public:
     explicit Cursor(std::string_view text) : text_(text), rest_(text) {}
 

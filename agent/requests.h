@@ -10,8 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace agent
-{
+namespace agent {
 
 struct DeleteJson {
     void operator()(cJSON *item) const { cJSON_Delete(item); }
@@ -19,8 +18,7 @@ struct DeleteJson {
 using Json = std::unique_ptr<cJSON, DeleteJson>;
 
 // A text that is no request; what() says where and what is wrong.
-class BadRequest : public std::runtime_error
-{
+class BadRequest : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };

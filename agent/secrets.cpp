@@ -6,11 +6,9 @@
 #include <algorithm>
 #include <array>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr std::array<std::string_view, 5> kSecretEndings = {"password", "passwd", "pwd",
                                                             "passphrase", "psk"};

@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace agent
-{
+namespace agent {
 
 constexpr char kMask[] = "***";
 

@@ -5,11 +5,9 @@
 #include "requests.h"
 #include "streams.h"
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 std::string error_answer(const std::string &id, const std::string &error)
 {

@@ -3,8 +3,7 @@
 
 #include "options.h"
 
-namespace agent
-{
+namespace agent {
 
 // Serves until the input ends, the output is closed, or SIGTERM or SIGINT arrives. Result: the exit
 // status.

@@ -11,11 +11,9 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 constexpr size_t kReadSize = 64UL * 1024;
 

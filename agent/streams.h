@@ -6,12 +6,10 @@
 #include <string>
 #include <string_view>
 
-namespace agent
-{
+namespace agent {
 
 // Standard input or output failed; what() says how.
-class StreamError : public std::runtime_error
-{
+class StreamError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
@@ -22,8 +20,7 @@ class StreamError : public std::runtime_error
 void secure_standard_streams();
 
 // The signals SIGTERM and SIGINT, held back until somebody waits. To be made before any thread is.
-class StopSignals
-{
+class StopSignals {
   public:
     StopSignals();
     ~StopSignals();
@@ -43,8 +40,7 @@ class StopSignals
 };
 
 // Reads lines from standard input. A line that is too long is passed over without being kept.
-class LineReader
-{
+class LineReader {
   public:
     enum class Result { kLine, kTooLong, kEnd, kStopped };
 
@@ -66,8 +62,7 @@ class LineReader
 
 // Standard output, kept for replies: what a library prints goes to standard error from here on, so
 // that it cannot get between them.
-class ReplyOutput
-{
+class ReplyOutput {
   public:
     ReplyOutput();
     ~ReplyOutput();

@@ -5,11 +5,9 @@
 #include <iterator>
 #include <utf8.h>
 
-namespace agent
-{
+namespace agent {
 
-namespace
-{
+namespace {
 
 std::string escape(char32_t control)
 {

@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace agent
-{
+namespace agent {
 
 // The text with every sequence that is no UTF-8 replaced by U+FFFD.
 std::string to_utf8(std::string_view bytes);

@@ -7,10 +7,8 @@
 #include <cstdlib>
 #include <unistd.h>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 struct Control {
     std::mutex mutex;

@@ -5,8 +5,7 @@
 
 #include <memory>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // Opens one by the environment where none is open. Null when that failed, now or before.
 std::shared_ptr<Gateway> current_gateway();

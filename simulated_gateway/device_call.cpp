@@ -5,8 +5,7 @@
 
 #include <algorithm>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 void RecordText::add(const char *name, const std::string &value)
 {

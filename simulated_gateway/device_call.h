@@ -26,12 +26,10 @@
 #include <initializer_list>
 #include <string>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // A record in readable form: {MAC="3C:6A:D2:10:4F:20", tslinkstatus="1"}.
-class RecordText
-{
+class RecordText {
   public:
     explicit RecordText(bool show_secrets) : show_secrets_(show_secrets) {}
 

@@ -1,9 +1,7 @@
 #include "document.h"
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 constexpr int64_t kVersion = 1;
 

@@ -4,8 +4,7 @@
 #include "model_check.h"
 #include "model_json.h"
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 constexpr char kScenarioFormat[] = "simulated gateway scenario";
 constexpr char kStateFormat[] = "simulated gateway state";

@@ -7,10 +7,8 @@
 #include <charconv>
 #include <limits>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 constexpr std::string_view kFunctions[] = {
 #define FUNCTION_NAME(result, name, parameters, arguments) #name,

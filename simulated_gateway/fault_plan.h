@@ -9,8 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 struct Fault {
     int32_t result = 0;
@@ -18,8 +17,7 @@ struct Fault {
     std::chrono::milliseconds delay{0};
 };
 
-class FaultPlan
-{
+class FaultPlan {
   public:
     // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]", behind what is planned for the function already.
     // Throws an Error that quotes it.

@@ -13,17 +13,14 @@
 #include <unistd.h>
 #include <utility>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 constexpr size_t kLargestFile = 4U << 20;
 
 // Keeps from the thread what a failing write raises besides its result: SIGPIPE where nobody reads
 // a pipe, SIGXFSZ where a file grows beyond its limit. Either would end the host's process.
-class WithoutWriteSignals
-{
+class WithoutWriteSignals {
   public:
     WithoutWriteSignals()
     {

@@ -4,12 +4,10 @@
 #include <string>
 #include <string_view>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // Owns a file descriptor.
-class FileDescriptor
-{
+class FileDescriptor {
   public:
     explicit FileDescriptor(int fd = -1) : fd_(fd) {}
     ~FileDescriptor();

@@ -6,10 +6,8 @@
 #include <algorithm>
 #include <ctime>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 State new_state(const std::string &scenario)
 {

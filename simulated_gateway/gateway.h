@@ -14,8 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 struct Settings {
     std::optional<std::string> scenario;
@@ -25,8 +24,7 @@ struct Settings {
     bool show_secrets = false;
 };
 
-class Gateway
-{
+class Gateway {
   public:
     // Throws an Error when the settings do not hold.
     explicit Gateway(const Settings &settings);

@@ -11,8 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // What the router is and can do.
 struct Identity {

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <map>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 [[noreturn]] void refuse(const std::string &path, const std::string &reason)
 {
@@ -19,8 +17,7 @@ std::string item(const std::string &list, size_t at)
 }
 
 // Holds every field against its rule.
-class RuleChecker
-{
+class RuleChecker {
   public:
     explicit RuleChecker(std::string path) : path_(std::move(path)) {}
 
@@ -57,8 +54,7 @@ class RuleChecker
 };
 
 // Holds the parts of a home against each other. The rules hold already: every address parses.
-class CoherenceChecker
-{
+class CoherenceChecker {
   public:
     CoherenceChecker(const Home &home, const std::string &path) : home_(home), path_(path) {}
 

@@ -3,8 +3,7 @@
 
 #include "model.h"
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // Throws an Error that names the first field that does not hold, such as
 // "/lan/dhcp_pool/end: 192.168.1.5 lies before the start of the pool".

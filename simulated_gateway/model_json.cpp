@@ -3,16 +3,13 @@
 #include <algorithm>
 #include <set>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 constexpr size_t kDeepestNesting = 16;
 
 // Follows the parser to see what the finished document cannot show.
-class ParseObserver
-{
+class ParseObserver {
   public:
     bool operator()(int, Json::parse_event_t event, const Json &parsed)
     {

@@ -8,8 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // Keeps the keys in the order in which the model describes them.
 using Json = nlohmann::ordered_json;
@@ -18,8 +17,7 @@ using Json = nlohmann::ordered_json;
 Json parse_json(std::string_view text);
 
 // Reads the fields of one described struct out of a JSON object.
-class JsonReader
-{
+class JsonReader {
   public:
     JsonReader(const Json &object, std::string path);
 
@@ -74,8 +72,7 @@ void JsonReader::list(const char *name, std::vector<Struct> &values, size_t most
 }
 
 // Writes the fields of one described struct; optional fields without a value are left out.
-class JsonWriter
-{
+class JsonWriter {
   public:
     template <class Value, class Rule>
     void field(const char *name, const Value &value, const Rule &rule)

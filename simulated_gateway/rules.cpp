@@ -4,8 +4,7 @@
 #include <arpa/inet.h>
 #include <utf8.h>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 std::string complaint(const std::string &value, const Text &rule)
 {

@@ -12,8 +12,7 @@
 #include <string_view>
 #include <type_traits>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // An optional field may be left out; it then has no value (empty, 0, false).
 enum class Presence { kRequired, kOptional };

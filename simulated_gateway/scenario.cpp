@@ -6,10 +6,8 @@
 
 #include <filesystem>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 bool is_file(const std::string &name_or_file)
 {

@@ -5,8 +5,7 @@
 
 #include <string>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 constexpr char kDefaultScenario[] = "three_storey_house";
 

@@ -8,10 +8,8 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 std::string real_path(const std::string &path)
 {

@@ -7,11 +7,9 @@
 #include <optional>
 #include <string>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
-class StateFile
-{
+class StateFile {
   public:
     // Locks the state for as long as the object lives. Throws an Error, also when another process
     // holds the lock.

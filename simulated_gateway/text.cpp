@@ -6,10 +6,8 @@
 #include <utf8.h>
 #include <vector>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 void append_byte(std::string &out, char byte)
 {

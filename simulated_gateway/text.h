@@ -6,16 +6,14 @@
 #include <string>
 #include <string_view>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
 // The text with control characters and bytes that are no UTF-8 written as \n or \x1b, so that it
 // stays on one line and cannot steer a terminal.
 std::string printable(std::string_view text);
 
 // Why something that came from outside does not hold: one printable line that says where and what.
-class Error : public std::runtime_error
-{
+class Error : public std::runtime_error {
   public:
     explicit Error(const std::string &text) : std::runtime_error(printable(text)) {}
 };

@@ -6,10 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace simulated_gateway
-{
-namespace
-{
+namespace simulated_gateway {
+namespace {
 
 FileDescriptor open_trace(const std::string &file)
 {

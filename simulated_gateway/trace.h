@@ -9,11 +9,9 @@
 #include <mutex>
 #include <string>
 
-namespace simulated_gateway
-{
+namespace simulated_gateway {
 
-class Trace
-{
+class Trace {
   public:
     // Appends to the file from now on; "-" is standard error. Throws an Error.
     void open(const std::string &file, bool show_secrets);

@@ -7,8 +7,7 @@ using namespace smart_router;
 
 char *info_wersion = nullptr;
 
-namespace
-{
+namespace {
 
 constexpr auto kSnFields = fields_of<SnInfo>({
     FIELD(SnInfo, "MAC", MAC),

@@ -2,11 +2,9 @@
 
 #include <string.h>
 
-namespace smart_router
-{
+namespace smart_router {
 
-namespace
-{
+namespace {
 
 // cJSON_CreateString() wants a terminated text; a record's field need not be one. Building the item
 // from its length reads the field once and allocates no more than cJSON would.

@@ -16,8 +16,7 @@
 #define LOG_ERROR(...) ts_mod_log_printf(SMART_ROUTER_LOG_MODULE, 3, __VA_ARGS__)
 #define LOG_DEBUG(...) ts_mod_log_printf(SMART_ROUTER_LOG_MODULE, 7, __VA_ARGS__)
 
-namespace smart_router
-{
+namespace smart_router {
 
 constexpr char kStatus[] = "Status";
 constexpr char kFailReason[] = "FailReason";
@@ -158,8 +157,7 @@ bool add_fields(cJSON *object, FieldList fields, const void *record);
 
 // A reply under construction. It is built in an object of its own and moved over in one go, so that
 // memory that runs out half-way leaves no half reply behind.
-class Reply
-{
+class Reply {
   public:
     Reply() { root_.type = cJSON_Object; }
     ~Reply() { cJSON_Delete(root_.child); }
@@ -204,8 +202,7 @@ void answer(cJSON *obj, Reply &reply, const char *reason);
 // ---- Owners ------------------------------------------------------------------------------------
 
 // A JSON tree that has not been handed over to another one.
-class JsonTree
-{
+class JsonTree {
   public:
     explicit JsonTree(cJSON *tree) : tree_(tree) {}
     ~JsonTree() { cJSON_Delete(tree_); }
@@ -225,8 +222,7 @@ class JsonTree
 };
 
 // A text printed by cJSON; null when printing failed.
-class PrintedJson
-{
+class PrintedJson {
   public:
     explicit PrintedJson(char *text) : text_(text) {}
     ~PrintedJson() { cJSON_free(text_); }
@@ -281,8 +277,7 @@ constexpr auto query(const Fields<Record, count> &fields, const char *failure)
 
 // A setting on its way: what was found in the request, and the reply to success, which is allocated
 // before the device is changed so that memory cannot fail a change that was made.
-class SettingRun
-{
+class SettingRun {
   public:
     SettingRun(cJSON *obj, FieldList fields, cJSON **items)
         : obj_(obj), fields_(fields), items_(items)

@@ -7,8 +7,7 @@
 #include <cstring>
 #include <string>
 
-namespace
-{
+namespace {
 
 std::string base64_of(const char *text)
 {

@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 
-namespace
-{
+namespace {
 
 __attribute__((format(printf, 2, 3))) std::string format(bool show_secrets, const char *text, ...)
 {

@@ -10,12 +10,10 @@
 #include <unistd.h>
 #include <vector>
 
-namespace
-{
+namespace {
 
 // Standard error, kept in a file for as long as this lives.
-class Captured
-{
+class Captured {
   public:
     Captured() : file_(memfd_create("log", 0)), before_(dup(STDERR_FILENO))
     {

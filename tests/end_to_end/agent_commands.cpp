@@ -8,8 +8,7 @@
 #include <memory>
 #include <sstream>
 
-namespace
-{
+namespace {
 
 using Json = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
 

@@ -8,8 +8,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-namespace
-{
+namespace {
 
 constexpr char kSnReply[] = R"({"Status":"0","MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1",)"
                             R"("DeviceType":"HGU-AX3000"})"

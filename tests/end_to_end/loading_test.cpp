@@ -13,8 +13,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-namespace
-{
+namespace {
 
 // The agent with these options: it must end with status 4 and one line that says why.
 std::string refusal(const std::vector<std::string> &options)

@@ -8,8 +8,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-namespace
-{
+namespace {
 
 std::vector<std::string> log_of(const std::string &text, std::vector<std::string> options)
 {

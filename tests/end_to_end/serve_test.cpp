@@ -11,8 +11,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-namespace
-{
+namespace {
 
 constexpr char kRequest[] = R"({"id":"last","command":"GET_SN_INFO"})";
 constexpr char kAnswer[] = R"({"id":"last","result":0,"reply":{"Status":"0",)"

@@ -7,8 +7,7 @@
 
 using testing::HasSubstr;
 
-namespace
-{
+namespace {
 
 AgentResult run_system(const std::string &command, std::vector<std::string> options = {})
 {

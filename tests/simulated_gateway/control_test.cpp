@@ -2,8 +2,7 @@
 
 #include <cstdlib>
 
-namespace
-{
+namespace {
 
 using ControlTest = GatewayTest;
 

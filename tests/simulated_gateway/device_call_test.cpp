@@ -7,8 +7,7 @@
 
 using namespace simulated_gateway;
 
-namespace
-{
+namespace {
 
 struct WifiRecord {
     int32_t index;
@@ -44,8 +43,7 @@ int32_t test_set_wifi(const WifiRecord *record)
     });
 }
 
-class DeviceCallTest : public GatewayTest
-{
+class DeviceCallTest : public GatewayTest {
   protected:
     static WifiRecord wifi()
     {

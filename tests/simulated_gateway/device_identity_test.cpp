@@ -2,11 +2,9 @@
 
 #include "embedded/protocol_commands.h"
 
-namespace
-{
+namespace {
 
-class DeviceIdentityTest : public GatewayTest
-{
+class DeviceIdentityTest : public GatewayTest {
   protected:
     // The reply of the command's example, as the protocol describes it.
     static nlohmann::json example(const std::string &command)

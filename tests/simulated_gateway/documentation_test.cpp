@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-namespace
-{
+namespace {
 
-class FieldNames
-{
+class FieldNames {
   public:
     template <class Value, class Rule> void field(const char *name, const Value &, const Rule &)
     {

@@ -10,8 +10,7 @@
 #include <string>
 #include <vector>
 
-class GatewayTest : public testing::Test
-{
+class GatewayTest : public testing::Test {
   protected:
     GatewayTest();
     ~GatewayTest() override;

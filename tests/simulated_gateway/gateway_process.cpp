@@ -13,8 +13,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace
-{
+namespace {
 
 long steps_left = -1;
 

@@ -6,12 +6,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace
-{
+namespace {
 
 // A gateway_process and the two pipes to it.
-class GatewayProcess
-{
+class GatewayProcess {
   public:
     explicit GatewayProcess(std::vector<std::string> arguments)
     {

@@ -1,10 +1,8 @@
 #include "gateway_fixture.h"
 
-namespace
-{
+namespace {
 
-class ScenarioTest : public GatewayTest
-{
+class ScenarioTest : public GatewayTest {
   protected:
     // What opening a file with this text says, without the folder of the test.
     std::string error_of(const std::string &text)

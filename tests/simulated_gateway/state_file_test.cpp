@@ -3,11 +3,9 @@
 #include <ctime>
 #include <sys/resource.h>
 
-namespace
-{
+namespace {
 
-class StateFileTest : public GatewayTest
-{
+class StateFileTest : public GatewayTest {
   protected:
     std::string state() const { return path("state.json"); }
 

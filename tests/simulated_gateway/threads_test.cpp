@@ -4,8 +4,7 @@
 #include <latch>
 #include <thread>
 
-namespace
-{
+namespace {
 
 using ThreadsTest = GatewayTest;
 

@@ -4,8 +4,7 @@
 #include <regex>
 #include <unistd.h>
 
-namespace
-{
+namespace {
 
 using TraceTest = GatewayTest;
 

@@ -15,8 +15,7 @@
 #include <thread>
 #include <unistd.h>
 
-namespace
-{
+namespace {
 
 // Result of a system call, whose failure is a failure of the test.
 int checked(int result, const char *what)

@@ -18,8 +18,7 @@ enum class OutputTo { kPipe, kTerminal, kFullDevice };
 
 // An agent that is running. A test that fails half-way does not leave it behind: its input ends
 // with this object, and its end is awaited.
-class AgentProcess
-{
+class AgentProcess {
   public:
     explicit AgentProcess(const std::vector<std::string> &arguments,
                           OutputTo output = OutputTo::kPipe);

@@ -3,8 +3,7 @@
 #include <cjson/cJSON.h>
 #include <cstdlib>
 
-namespace
-{
+namespace {
 
 size_t count;
 size_t first_failure;

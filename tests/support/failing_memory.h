@@ -5,8 +5,7 @@
 
 // While it lives, allocations of cJSON from number first (counted from 0) on fail: that one only,
 // or all that follow as well.
-class FailingMemory
-{
+class FailingMemory {
   public:
     enum class Fail { kOnce, kLastingly };
 

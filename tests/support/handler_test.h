@@ -33,8 +33,7 @@ template <size_t width> void fill(char (&field)[width])
     text_of_length(width).copy(field, width);
 }
 
-class HandlerTest : public testing::Test
-{
+class HandlerTest : public testing::Test {
   protected:
     HandlerTest()
     {

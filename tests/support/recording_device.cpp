@@ -4,11 +4,9 @@
 
 #include <mutex>
 
-namespace recording_device
-{
+namespace recording_device {
 
-namespace
-{
+namespace {
 
 std::mutex mutex;
 std::vector<Call> recorded;

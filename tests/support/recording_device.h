@@ -11,8 +11,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace recording_device
-{
+namespace recording_device {
 
 struct Call {
     std::string function;

@@ -7,11 +7,9 @@
 #include <gtest/gtest.h>
 #include <mutex>
 
-namespace recording_host
-{
+namespace recording_host {
 
-namespace
-{
+namespace {
 
 std::mutex mutex;
 std::vector<LogLine> recorded;

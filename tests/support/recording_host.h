@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace recording_host
-{
+namespace recording_host {
 
 struct LogLine {
     int32_t level;

@@ -3,15 +3,12 @@
 
 #include <cstring>
 
-namespace
-{
+namespace {
 
 using recording_device::when;
 using recording_host::LogLine;
 
-class DeviceIdentityTest : public HandlerTest
-{
-};
+class DeviceIdentityTest : public HandlerTest {};
 
 TEST_F(DeviceIdentityTest, SnInfoIsReportedAfterTheStatus)
 {
@@ -167,8 +164,7 @@ TEST_F(DeviceIdentityTest, AQueryWithoutMemory)
 
 // ---- RESPONSE_ROUTER_VERSION -------------------------------------------------------------------
 
-class VersionReportTest : public HandlerTest
-{
+class VersionReportTest : public HandlerTest {
   protected:
     VersionReportTest()
     {

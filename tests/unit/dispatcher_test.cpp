@@ -5,8 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace
-{
+namespace {
 
 struct Row {
     const char *name;
@@ -17,9 +16,7 @@ struct Row {
 constexpr Row kRows[] = {SMART_ROUTER_COMMANDS(ROW)};
 #undef ROW
 
-class DispatcherTest : public HandlerTest
-{
-};
+class DispatcherTest : public HandlerTest {};
 
 // The result and what the object holds afterwards.
 std::pair<int32_t, std::string> dispatch(const char *name, const std::string &object)

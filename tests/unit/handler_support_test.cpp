@@ -6,8 +6,7 @@
 #include <climits>
 #include <cstring>
 
-namespace
-{
+namespace {
 
 using namespace smart_router;
 
@@ -43,8 +42,7 @@ int32_t set_lamp(Lamp *in)
     return result;
 }
 
-class HandlerSupportTest : public HandlerTest
-{
+class HandlerSupportTest : public HandlerTest {
   protected:
     HandlerSupportTest()
     {

@@ -3,8 +3,7 @@
 
 using namespace smart_router;
 
-namespace
-{
+namespace {
 
 struct One {
     char Name[8];
