@@ -69,6 +69,16 @@ void copy_items(FieldList fields, cJSON *const *items, void *record)
     }
 }
 
+int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record)
+{
+    if (item == nullptr || record == nullptr ||
+        find_required(item, fields, kNodeOrValueNull, items) != nullptr) {
+        return -1;
+    }
+    copy_items(fields, items, record);
+    return 0;
+}
+
 void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
 {
     for (const Field &field : fields) {

@@ -142,6 +142,17 @@ template <size_t width> bool holds(const char (&field)[width], const char *text)
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
 
+// Fills a record from the keys of an item, all of which are required. Result: 0, or -1 when an
+// argument is null or a key has no text, and then the record is untouched.
+int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record);
+
+template <class Record, size_t count>
+int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *record)
+{
+    cJSON *items[count];
+    return read_items(item, fields, items, record);
+}
+
 // Tells the device to leave a setting as it is.
 constexpr char kUnchanged[] = "-1";
 
@@ -171,6 +182,15 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
 
 // Copies the items' texts into the fields of the record.
 void copy_items(FieldList fields, cJSON *const *items, void *record);
+
+// The entries to read of an array, by a count that the device library gave.
+constexpr size_t clamped(int32_t count, size_t most)
+{
+    if (count <= 0) {
+        return 0;
+    }
+    return static_cast<size_t>(count) < most ? static_cast<size_t>(count) : most;
+}
 
 // ---- Replies -----------------------------------------------------------------------------------
 
