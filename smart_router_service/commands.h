@@ -10,8 +10,19 @@
 #define SMART_ROUTER_COMMANDS(COMMAND)                                                             \
     COMMAND("GET_SN_INFO", json_get_sn_info)                                                       \
     COMMAND("QUERY_SYSTEM_INFO", json_query_sys_info)                                              \
+    COMMAND("GET_SCAN_WIFI_SSIDLIST", json_scan_wifi_ssid_list)                                    \
+    COMMAND("GET_WIFI_INFO", json_get_wifi_info)                                                   \
+    COMMAND("SET_WIFI_INFO", json_set_wifi_info)                                                   \
+    COMMAND("GET_WIFI_LIST_INFO", json_get_wifi_list_info)                                         \
+    COMMAND("SET_WIFI_INFO_LIST", json_set_wifi_info_list)                                         \
+    COMMAND("SET_UPLINK_WIFI_INFO", json_set_uplink_wifi_info)                                     \
+    COMMAND("GET_SCAN_CHANNEL_POWER", json_get_scan_channle_power_list)                            \
+    COMMAND("GET_WIFI_SLEEP_SCHEDULE", json_get_wifi_sleep_info)                                   \
+    COMMAND("SET_WIFI_SLEEP_SCHEDULE", json_set_wifi_sleep_info)                                   \
     COMMAND("GET_HG_BASE_INFO", json_get_hg_base_info)                                             \
     COMMAND("SET_HG_BASE_INFO", json_set_hg_base_info)                                             \
+    COMMAND("SET_HG_GUEST_SSID", json_set_hg_guest_ssid)                                           \
+    COMMAND("GET_HG_GUEST_SSID", json_get_hg_guest_ssid)                                           \
     COMMAND("SET_HG_PPPOE_INFO", json_set_hg_pppoe_info)                                           \
     COMMAND("GET_HG_SLEEP_INFO", json_get_hg_sleep_info)                                           \
     COMMAND("GET_HG_PPPOE_INFO", json_get_hg_pppoe_info)                                           \
@@ -40,6 +51,7 @@
     COMMAND("HG_NETCONN_OPTIMIZATION", json_optimize_net_connect)                                  \
     COMMAND("HG_NETQUAL_INSPECTION", json_inspect_net_quality)                                     \
     COMMAND("HG_NETQUAL_OPTIMIZATION", json_optimize_net_quality)                                  \
+    COMMAND("GET_WIFI_CHANNEL_LIST", json_get_all_wifi_channel_list)                               \
     COMMAND("HG_LOCAL_RECOVERY", json_set_recovery)                                                \
     COMMAND("RESPONSE_ROUTER_VERSION", json_response_router_version)
 

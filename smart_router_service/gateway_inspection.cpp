@@ -107,19 +107,18 @@ constexpr auto optimization(const Fields<WifiInspectInfo, wished> &wishes,
                             const Fields<WifiInspectInfo, chosen> &choices, const char *failure)
 {
     return [&wishes, &choices, failure](cJSON *obj) -> int32_t {
-        cJSON *items[wished];
-        const char *missing = find_required(obj, wishes, kNodeOrValueNull, items);
-        if (missing != nullptr) {
-            fail(obj, missing);
+        WifiInspectInfo info = {};
+        SettingRun run(obj, wishes, Consume::kAfterCall);
+        if (!run.find(kNodeOrValueNull)) {
             return -1;
         }
-        WifiInspectInfo info = {};
-        copy_items(wishes, items, &info);
-        const int32_t result = call(&info);
-        for (cJSON *item : items) {
-            consume(obj, item);
+        run.success().reserve(choices);
+        if (!run.fill(&info, failure)) {
+            return -1;
         }
-        answer_query(obj, result != 0, choices, &info, failure, StatusAt::kFirst);
+        const int32_t result = call(&info);
+        run.success().set_reserved(choices, &info);
+        run.end(result != 0, failure);
         return result;
     };
 }

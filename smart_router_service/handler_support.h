@@ -23,12 +23,15 @@ constexpr char kFailReason[] = "FailReason";
 
 // ---- Fields ------------------------------------------------------------------------------------
 
-// One text field of a record and the JSON key that it travels under. The key is stored in place,
-// not as a pointer, so that the tables need no relocation and stay in read-only memory.
+// One field of a record and the JSON key that it travels under, as a text in any case. The key is
+// stored in place, not as a pointer, so that the tables need no relocation and stay in read-only
+// memory.
 struct Field {
     char key[24];
     uint16_t offset;
-    uint16_t width;
+    uint16_t width; // of a text field; 0 for a 32-bit number
+
+    bool is_number() const { return width == 0; }
 };
 
 // The same, marked with the record that it belongs to, so that a table cannot mix records.
@@ -55,9 +58,12 @@ struct FieldList {
 // Never defined: reaching it while a table is built at compile time is the error message.
 void this_key_stands_twice_in_the_table();
 
-template <class T> struct TextWidth;
-template <size_t width> struct TextWidth<char[width]> {
+template <class Member> struct FieldWidth;
+template <size_t width> struct FieldWidth<char[width]> {
     static constexpr size_t value = width;
+};
+template <> struct FieldWidth<int32_t> {
+    static constexpr size_t value = 0;
 };
 
 template <class Record, class Member, size_t key_size>
@@ -70,11 +76,11 @@ constexpr FieldOf<Record> field_of(const char (&key)[key_size], size_t offset)
         field.key[at] = key[at];
     }
     field.offset = static_cast<uint16_t>(offset);
-    field.width = static_cast<uint16_t>(TextWidth<Member>::value);
+    field.width = static_cast<uint16_t>(FieldWidth<Member>::value);
     return field;
 }
 
-// The text member of the record under the key; the width follows from the member.
+// The record's member under the key: a text, whose width follows from the member, or a number.
 #define FIELD(Record, key, member)                                                                 \
     smart_router::field_of<Record, decltype(Record::member)>(key, offsetof(Record, member))
 
@@ -113,6 +119,13 @@ constexpr Fields<Record, count> fields_of(const FieldOf<Record> (&list)[count])
 // The item's text, or null where there is no item or it is not a text.
 const char *text_of(const cJSON *item);
 
+// The number that a decimal text begins with, as atoi() reads it; 0 where there is none, and the
+// nearest 32-bit number for one that is too large.
+int32_t number_of(const char *text);
+
+// The item under the key when it is an array; anything else counts as absent.
+cJSON *array_of(const cJSON *obj, const char *key);
+
 // Copies text into a field, cut at the field's width less one; the field always ends in NUL.
 void copy_text(char *field, size_t width, const char *text);
 template <size_t width> void copy_text(char (&field)[width], const char *text)
@@ -128,6 +141,25 @@ template <size_t width> bool holds(const char (&field)[width], const char *text)
 
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
+
+// Fills a record from the keys of an item, all of which are required. Result: 0, or -1 when an
+// argument is null or a key has no text, and then the record is untouched.
+int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record);
+
+template <class Record, size_t count>
+int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *record)
+{
+    cJSON *items[count];
+    return read_items(item, fields, items, record);
+}
+
+// Tells the device to leave a setting as it is.
+constexpr char kUnchanged[] = "-1";
+
+// Fills the text fields that a request may leave out: with the key's text, or with kUnchanged.
+// Found texts are taken out of obj where asked for; a key without a text stays.
+enum class Found { kStays, kIsConsumed };
+void copy_optional(cJSON *obj, FieldList fields, void *record, Found found);
 
 // What a command answers when a required key is absent, and when it is there without a text.
 struct MissingTexts {
@@ -150,6 +182,15 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
 
 // Copies the items' texts into the fields of the record.
 void copy_items(FieldList fields, cJSON *const *items, void *record);
+
+// The entries to read of an array, by a count that the device library gave.
+constexpr size_t clamped(int32_t count, size_t most)
+{
+    if (count <= 0) {
+        return 0;
+    }
+    return static_cast<size_t>(count) < most ? static_cast<size_t>(count) : most;
+}
 
 // ---- Replies -----------------------------------------------------------------------------------
 
@@ -180,6 +221,16 @@ class Reply {
     }
     void success() { text(kStatus, "0"); }
 
+    // Appends a text for each field, to be set once the device has filled the record: what a device
+    // was changed by has to be answered, so the memory comes first.
+    void reserve(FieldList fields);
+    void set_reserved(FieldList fields, const void *record);
+
+    // Appends an empty array, which belongs to the reply; null when memory has run out.
+    cJSON *list(const char *key);
+    // Appends an object with the fields to an array of this reply.
+    void append(cJSON *list, FieldList fields, const void *record);
+
     // False as soon as memory has run out for one item.
     bool complete() const { return complete_; }
 
@@ -188,6 +239,8 @@ class Reply {
     bool join(cJSON *obj);
 
   private:
+    void item(const char *key, cJSON *item);
+
     cJSON root_ = {};
     bool complete_ = true;
 };
@@ -292,6 +345,8 @@ class SettingSteps {
   public:
     // Finds the required keys.
     bool find(const MissingTexts &missing);
+    // The reply to success, for what it holds beside the status.
+    Reply &success() { return success_; }
     // What the request gave for the field at the position, uncut.
     const char *text(size_t position) const { return text_of(items_[position]); }
     // Once the device was called: replies, and takes the keys out.

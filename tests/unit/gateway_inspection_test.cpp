@@ -110,6 +110,11 @@ struct Optimization {
     const char *failure;
 };
 
+void PrintTo(const Optimization &optimization, std::ostream *out)
+{
+    *out << optimization.command;
+}
+
 class OptimizationTest : public HandlerTest, public testing::WithParamInterface<Optimization> {
   protected:
     OptimizationTest()
@@ -205,9 +210,10 @@ TEST_P(OptimizationTest, AFailureConsumesItsKeysToo)
     }
 }
 
-TEST_P(OptimizationTest, WithoutMemoryForTheReplyFails)
+TEST_P(OptimizationTest, WithoutMemoryDoesNotReachTheDevice)
 {
     for (size_t first = 0;; ++first) {
+        recording_device::reset();
         const Json object = parse(request());
         bool out_of_memory;
         {
@@ -216,10 +222,27 @@ TEST_P(OptimizationTest, WithoutMemoryForTheReplyFails)
             out_of_memory = memory.has_failed();
         }
         if (!out_of_memory) {
-            EXPECT_EQ(print(object.get()), reply());
+            EXPECT_EQ(first, optimization.with_power ? 8u : 6u);
+            EXPECT_EQ(recording_device::calls().size(), 1u);
             break;
         }
         EXPECT_EQ(print(object.get()), failed(R"({"First":1,"Last":2})", optimization.failure));
+        EXPECT_TRUE(recording_device::calls().empty());
+    }
+}
+
+TEST_P(OptimizationTest, ReadsNoFurtherThanTheChosenFields)
+{
+    const auto to_the_brim = [](WifiInspectInfo *info) {
+        memset(info, 'x', sizeof *info);
+        return 0;
+    };
+    when<devapi_optimize_hg_wifi>(to_the_brim);
+    when<devapi_optimize_wifi_channel_power>(to_the_brim);
+    const Json object = parse(run(optimization.command, request()));
+    for (const cJSON *item = cJSON_GetObjectItem(object.get(), "Channel"); item != nullptr;
+         item = item->next) {
+        EXPECT_EQ(item->valuestring, std::string(8, 'x')) << item->string;
     }
 }
 

@@ -39,6 +39,11 @@
     static_assert(offsetof(record, field) == (offset) && sizeof(((record *)0)->field) == (width),  \
                   #record "." #field " has to be " #width " bytes at " #offset)
 
+/* A record with pointers has its layout on the 32-bit processors that it is meant for. */
+#define DEVAPI_RECORD_SIZE_32(record, size)                                                        \
+    static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
+                  #record " has to be " #size " bytes")
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -484,6 +489,249 @@ int32_t devapi_get_uplink_status(char *status, int32_t size);
 /* Writes why the network fails as a text with its NUL into reason, which has 16 bytes. Any result
  * but 0 is a failure. */
 int32_t devapi_get_net_fault_info(char *reason);
+
+/* ---- Wi-Fi networks ------------------------------------------------------------------------- */
+
+/* Settings of one SSID. A setting whose Bandwidth, Mode, AdvertisementEnable or Beamforming is "-1"
+ * leaves that as it is. */
+typedef struct SsidInfo {
+    int32_t SSIDIndex;           /* number of the SSID, from 1 */
+    char SSID[64];               /* network name */
+    char PWD[64];                /* password */
+    char ENCRYPT[8];             /* kind of encryption */
+    char PowerLevel[64];         /* transmit power */
+    char Channel[8];             /* channel that is set */
+    char UsedChannel[8];         /* channel in use; only read */
+    char Enable[8];              /* "1" when the network is on */
+    char Bandwidth[16];          /* bandwidth of the channel */
+    char Type[16];               /* number of the band: not 0 for the upper one; only read */
+    char Mode[8];                /* wireless standards in use */
+    char AdvertisementEnable[8]; /* "1" when the name is broadcast */
+    char Beamforming[8];         /* "1" when beamforming is on */
+    char PermissionProperty[8];  /* what clients may do; only read */
+} SsidInfo;
+
+DEVAPI_RECORD_SIZE(SsidInfo, 292);
+DEVAPI_RECORD_FIELD(SsidInfo, SSIDIndex, 0, 4);
+DEVAPI_RECORD_FIELD(SsidInfo, SSID, 4, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, PWD, 68, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, ENCRYPT, 132, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, PowerLevel, 140, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, Channel, 204, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, UsedChannel, 212, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Enable, 220, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Bandwidth, 228, 16);
+DEVAPI_RECORD_FIELD(SsidInfo, Type, 244, 16);
+DEVAPI_RECORD_FIELD(SsidInfo, Mode, 260, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, AdvertisementEnable, 268, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Beamforming, 276, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, PermissionProperty, 284, 8);
+
+/* Fills info for the SSID of SSIDIndex, which may be any number. Any result but 0 is a failure. */
+int32_t devapi_get_ssid_info(SsidInfo *info);
+
+/* Applies the settings to the SSID of SSIDIndex, which may be any number; Bandwidth is empty and
+ * means nothing. Any result but 0 is a failure. */
+int32_t devapi_set_ssid_info(const SsidInfo *info);
+
+/* Sets the transmit power of the 5 GHz radio. The result is not looked at. */
+int32_t devapi_set_5gwifi_powerlevel(const char *level);
+
+/* Writes the number of SSIDs. Any result but 0 is a failure. */
+int32_t devapi_get_ssid_num(int32_t *count);
+
+/* Writes 1 when stations are steered between the radios, another number when they are not. Any
+ * result but 0 is a failure. */
+int32_t devapi_get_wifi_stactrl(int32_t *state);
+
+/* Writes the state of fast roaming as a text with its NUL into enable, which has 8 bytes; an empty
+ * text when it is not known. Any result but 0 is a failure. */
+int32_t devapi_get_wifi_fastroaming_enable(char *enable);
+
+/* Writes the number of the main SSID of the 5 GHz radio; index is 0 before. The result is not
+ * looked at. */
+int32_t devapi_get_5g_wifi_index(int32_t *index);
+
+/* Writes 1 when the mesh is on; enable is 0 before. The callers say what they make of the result.
+ */
+int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
+
+/* The three calls by which the plug-in's worker applies a list of settings: the switch of station
+ * control, the switch of fast roaming (which may be empty), and each SSID, with Bandwidth. Their
+ * results are not looked at. */
+int32_t devapi_set_wifi_stactrl(const char *enable);
+int32_t devapi_set_wifi_fastroaming(const char *enable);
+int32_t devapi_set_ssid_list_info(const SsidInfo *info);
+
+/* ---- Wi-Fi schedule, scans and channels ----------------------------------------------------- */
+
+/* One of the three periods in which the Wi-Fi sleeps. Period k has the timers 2k-1 and 2k. */
+typedef struct WifiSleepInfo {
+    int32_t StartTimer;  /* number of the timer that begins the period */
+    int32_t EndTimer;    /* number of the timer that ends it */
+    char Enable[16];     /* "1" when the period is on */
+    char StartTime[32];  /* when the sleep begins */
+    char EndTime[32];    /* when the sleep ends */
+    char DaysOfWeek[32]; /* days of the week */
+} WifiSleepInfo;
+
+DEVAPI_RECORD_SIZE(WifiSleepInfo, 120);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTimer, 0, 4);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTimer, 4, 4);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, Enable, 8, 16);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTime, 24, 32);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTime, 56, 32);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, DaysOfWeek, 88, 32);
+
+/* Fills info for the period of the timers that are set in it. Any result but 0 is a failure: the
+ * period is left out. */
+int32_t devapi_get_wifi_sleep_info(WifiSleepInfo *info);
+
+/* Removes all periods. Any result but 0 is a failure. */
+int32_t devapi_del_all_wifi_timerinfo(void);
+
+/* Adds timers for one more period and then sets what they do. The timers of the first call's record
+ * are 0: the device numbers them, and may write the numbers for the second call. Any result but 0
+ * is a failure. */
+int32_t devapi_add_wifi_timer(WifiSleepInfo *info);
+int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
+
+/* One network found by a scan. */
+typedef struct ScanEntry {
+    char SSID[64];       /* network name */
+    char PowerLevel[64]; /* received power */
+    char ENCRYPT[64];    /* kind of encryption */
+    char WPACypher[64];  /* cipher of WPA */
+    char WPA2Cypher[64]; /* cipher of WPA2 */
+    char Band[64];       /* frequency band */
+    char Connected[64];  /* "1" when the router is connected to it */
+} ScanEntry;
+
+DEVAPI_RECORD_SIZE(ScanEntry, 448);
+DEVAPI_RECORD_FIELD(ScanEntry, SSID, 0, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, PowerLevel, 64, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, ENCRYPT, 128, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, WPACypher, 192, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, WPA2Cypher, 256, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, Band, 320, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, Connected, 384, 64);
+
+/* What a scan found. */
+typedef struct ScanResult {
+    int32_t reserved0;      /* not read */
+    ScanEntry *entries[60]; /* networks in any of the slots, the others null */
+} ScanResult;
+
+DEVAPI_RECORD_SIZE_32(ScanResult, 244);
+
+/* Fills the slots with entries that it allocates with malloc(), each on its own; the plug-in frees
+ * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure.
+ */
+int32_t devapi_get_scan_ssid(ScanResult *result);
+
+/* Received power of one network. */
+typedef struct ChannelPower {
+    char name[64];    /* network name */
+    char dbpower[64]; /* received power */
+} ChannelPower;
+
+DEVAPI_RECORD_SIZE(ChannelPower, 128);
+DEVAPI_RECORD_FIELD(ChannelPower, name, 0, 64);
+DEVAPI_RECORD_FIELD(ChannelPower, dbpower, 64, 64);
+
+/* Received power of all networks. */
+typedef struct ChannelPowerResult {
+    int32_t count;         /* number of entries; none when it is negative */
+    ChannelPower *entries; /* array of so many entries */
+} ChannelPowerResult;
+
+DEVAPI_RECORD_SIZE_32(ChannelPowerResult, 8);
+
+/* Fills result with an array that it allocates with malloc(); the plug-in frees it, also after a
+ * failure. Any result but 0 is a failure. */
+int32_t devapi_scan_channel_power(ChannelPowerResult *result);
+
+/* Channels that the radios may use. */
+typedef struct WifiChannelList {
+    int32_t count_24g;        /* number of channels at 2.4 GHz, at most 64 */
+    int32_t count_5g;         /* number of channels at 5 GHz, at most 64 */
+    int16_t channels_24g[64]; /* their numbers */
+    int16_t channels_5g[64];
+} WifiChannelList;
+
+DEVAPI_RECORD_SIZE(WifiChannelList, 264);
+DEVAPI_RECORD_FIELD(WifiChannelList, channels_24g, 8, 128);
+DEVAPI_RECORD_FIELD(WifiChannelList, channels_5g, 136, 128);
+
+/* Fills list. The callers say which results are failures. */
+int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
+
+/* ---- Guest Wi-Fi ---------------------------------------------------------------------------- */
+
+/* The guest network of one band. A text "-1" means that the value was not given. */
+typedef struct GuestWifiInfo {
+    char reserved0[4];           /* not used */
+    char RadioEnable[8];         /* "1" when the band's radio is on; only read */
+    char Enable[16];             /* "1" when the guest network is on */
+    char SSID[64];               /* network name */
+    char Band[16];               /* the band */
+    char ContinueTime[8];        /* whole days that it stays open */
+    char HourTime[8];            /* hours that it stays open */
+    char EndTimestamp[16];       /* seconds that it stays open, reckoned from days and hours */
+    char Remainingtime[16];      /* time left; only read */
+    char PWD[64];                /* password */
+    char ENCRYPT[16];            /* kind of encryption */
+    char Mode[8];                /* wireless standards in use */
+    char AdvertisementEnable[8]; /* "1" when the name is broadcast */
+    char PermissionProperty[8];  /* what guests may do; only read */
+} GuestWifiInfo;
+
+DEVAPI_RECORD_SIZE(GuestWifiInfo, 260);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, reserved0, 0, 4);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, RadioEnable, 4, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Enable, 12, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, SSID, 28, 64);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Band, 92, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, ContinueTime, 108, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, HourTime, 116, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, EndTimestamp, 124, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Remainingtime, 140, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, PWD, 156, 64);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, ENCRYPT, 220, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Mode, 236, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, AdvertisementEnable, 244, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, PermissionProperty, 252, 8);
+
+/* Fills info for the guest network of Band. Any result but 0 is a failure. */
+int32_t devapi_get_guest_wifi_info(GuestWifiInfo *info);
+
+/* Sets up the guest network of Band. -2 says that the band's radio is off; any other result but 0
+ * is a failure as well. */
+int32_t devapi_set_guest_wifi_info(const GuestWifiInfo *info);
+
+/* ---- Uplink Wi-Fi --------------------------------------------------------------------------- */
+
+/* The network that the router joins as a repeater. */
+typedef struct UplinkWifiInfo {
+    char SSID[64];       /* network name; after a success that of the network joined */
+    char PWD[64];        /* password */
+    char ENCRYPT[64];    /* kind of encryption */
+    char WPACypher[64];  /* cipher of WPA */
+    char WPA2Cypher[64]; /* cipher of WPA2 */
+    char Band[128];      /* frequency band */
+} UplinkWifiInfo;
+
+DEVAPI_RECORD_SIZE(UplinkWifiInfo, 448);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, SSID, 0, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, PWD, 64, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, ENCRYPT, 128, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPACypher, 192, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPA2Cypher, 256, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, Band, 320, 128);
+
+/* Joins the network. 0 is success, -1 a failure, -2 says that another client uses the repeater; of
+ * any other result the client is told nothing. */
+int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
 #ifdef __cplusplus
 }
