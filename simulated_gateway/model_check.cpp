@@ -92,8 +92,7 @@ class CoherenceChecker {
     void check_lan()
     {
         const Lan &lan = home_.lan;
-        const uint32_t host_bits = ~number(lan.subnet_mask);
-        if ((host_bits & (host_bits + 1)) != 0 || host_bits < 3 || host_bits > 0xffffff) {
+        if (!is_lan_mask(number(lan.subnet_mask))) {
             refuse(path_ + "/lan/subnet_mask", lan.subnet_mask + " is no mask of a LAN");
         }
         claim_lan_address(lan.ip, path_ + "/lan/ip");
