@@ -79,7 +79,7 @@ class CoherenceChecker {
     {
         const RebootSchedule &reboot = home_.reboot_schedule;
         if (reboot.enabled && (reboot.time.empty() || reboot.days.empty())) {
-            refuse(path_ + "/reboot_schedule/enabled", "needs time and days");
+            refuse(path_ + "/reboot_schedule", "needs time and days");
         }
         const SleepSchedule &sleep = home_.sleep;
         if (sleep.gateway || sleep.wifi || sleep.leds) {
