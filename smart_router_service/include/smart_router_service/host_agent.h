@@ -27,6 +27,46 @@ extern "C" {
 __attribute__((format(printf, 3, 4))) void ts_mod_log_printf(const char *module, int32_t level,
                                                              const char *format, ...);
 
+/*
+ * Encodes a text in base64, on one line, padded.
+ *
+ * Result: a newly allocated text that the caller releases with free() or free_str_buf(); NULL when
+ * text is NULL or when memory runs out.
+ */
+char *base64_encode(const char *text);
+
+/* Width of the buffer that getmd5() writes into, in bytes, terminator included. */
+#define HG_MD5_TEXT_SIZE 33
+
+/*
+ * Writes the MD5 digest of a text into out, which is at least HG_MD5_TEXT_SIZE bytes wide: 32
+ * hexadecimal digits in lower case and the terminator. The empty text when text is NULL or when the
+ * digest cannot be made.
+ */
+void getmd5(const char *text, char *out);
+
+/* The forms of a MAC address that mac_form_translate() writes. */
+#define HG_MAC_WITH_COLONS 0 /* "3C:6A:D2:10:4F:20" */
+#define HG_MAC_BARE 1        /* "3C6AD2104F20" */
+
+/* Width of the buffer that mac_form_translate() writes into, in bytes, terminator included. */
+#define HG_MAC_TEXT_SIZE 18
+
+/*
+ * Writes a MAC address in another form into out, which is at least HG_MAC_TEXT_SIZE bytes wide.
+ *
+ * in:   the address with or without colons or dashes between its bytes, or with points between its
+ *       pairs of bytes; upper or lower case.
+ * form: HG_MAC_WITH_COLONS or HG_MAC_BARE; the digits are written in upper case.
+ *
+ * The empty text when in is NULL or no MAC address, or when there is no such form.
+ */
+void mac_form_translate(const char *in, int32_t form, char *out);
+
+/* Releases the text that the pointer holds, if any, and sets the pointer to NULL. NULL is allowed.
+ */
+void free_str_buf(char **text);
+
 #ifdef __cplusplus
 }
 #endif

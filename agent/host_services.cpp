@@ -1,0 +1,120 @@
+// What the agent provides to the plug-in and to device libraries. These are the symbols that the
+// executable exports (exports.list).
+#include "smart_router_service/host_agent.h"
+
+#include "log_sink.h"
+#include "simulated_gateway/simulated_gateway.h"
+
+#include <cctype>
+#include <climits>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <openssl/evp.h>
+#include <regex>
+
+using agent::kLogError;
+
+namespace {
+
+constexpr size_t kMaxMacText = 17;
+
+bool is_mac(const char *text)
+{
+    // Bare, with colons or dashes between bytes, or with points between pairs of bytes.
+    static const std::regex forms("[0-9A-Fa-f]{2}([:-]?)[0-9A-Fa-f]{2}(\\1[0-9A-Fa-f]{2}){4}|"
+                                  "[0-9A-Fa-f]{4}(\\.[0-9A-Fa-f]{4}){2}");
+    return strnlen(text, kMaxMacText + 1) <= kMaxMacText && std::regex_match(text, forms);
+}
+
+// The device library is the simulated gateway when it has this function.
+void power_cycle()
+{
+    const auto cycle = reinterpret_cast<decltype(&simulated_gateway_power_cycle)>(
+        dlsym(RTLD_DEFAULT, "simulated_gateway_power_cycle"));
+    if (cycle != nullptr) {
+        cycle();
+    }
+}
+
+} // namespace
+
+void ts_mod_log_printf(const char *module, int32_t level, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    agent::log_arguments(module, level, format, arguments);
+    va_end(arguments);
+}
+
+char *base64_encode(const char *text)
+{
+    const size_t length = text != nullptr ? strlen(text) : 0;
+    if (text == nullptr || length > INT_MAX) {
+        return nullptr;
+    }
+    auto *encoded = static_cast<unsigned char *>(malloc((length + 2) / 3 * 4 + 1));
+    if (encoded != nullptr) {
+        EVP_EncodeBlock(encoded, reinterpret_cast<const unsigned char *>(text),
+                        static_cast<int>(length));
+    }
+    return reinterpret_cast<char *>(encoded);
+}
+
+void getmd5(const char *text, char *out)
+{
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned length = 0;
+    out[0] = '\0';
+    if (text == nullptr ||
+        EVP_Digest(text, strlen(text), digest, &length, EVP_md5(), nullptr) != 1) {
+        return;
+    }
+    for (unsigned at = 0; at < length; ++at, out += 2) {
+        snprintf(out, 3, "%02x", digest[at]);
+    }
+}
+
+void mac_form_translate(const char *in, int32_t form, char *out)
+{
+    if (in != nullptr && (form == HG_MAC_WITH_COLONS || form == HG_MAC_BARE) && is_mac(in)) {
+        int digits = 0;
+        for (; *in != '\0'; ++in) {
+            if (isxdigit(static_cast<unsigned char>(*in)) == 0) {
+                continue;
+            }
+            if (form == HG_MAC_WITH_COLONS && digits > 0 && digits % 2 == 0) {
+                *out++ = ':';
+            }
+            *out++ = static_cast<char>(toupper(static_cast<unsigned char>(*in)));
+            ++digits;
+        }
+    }
+    *out = '\0';
+}
+
+void free_str_buf(char **text)
+{
+    if (text != nullptr) {
+        free(*text);
+        *text = nullptr;
+    }
+}
+
+// Takes the place of the C library's function for everything in the process: a plug-in on a
+// developer's machine must not be able to reboot it, nor to run anything else there.
+int system(const char *command)
+{
+    if (command == nullptr) {
+        return 0; // there is no shell
+    }
+    if (strcmp(command, "sync;reboot") == 0) {
+        agent::log_line(kLogError, "the gateway reboots");
+        power_cycle();
+        return 0;
+    }
+    agent::log_line(kLogError, "refused to run a command: %s", command);
+    return -1;
+}

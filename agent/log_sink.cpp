@@ -1,0 +1,62 @@
+#include "log_sink.h"
+
+#include "log_format.h"
+#include "text.h"
+
+#include <cstdio>
+#include <new>
+#include <string>
+
+namespace agent {
+
+namespace {
+
+LogSettings settings;
+
+// What ends the text is the line's own end.
+std::string_view without_line_end(std::string_view text)
+{
+    for (const char end : {'\n', '\r'}) {
+        if (text.ends_with(end)) {
+            text.remove_suffix(1);
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+void set_log(const LogSettings &wanted)
+{
+    settings = wanted;
+}
+
+void log_arguments(const char *module, int32_t level, const char *format, va_list arguments)
+{
+    if (level > settings.level) {
+        return;
+    }
+    try {
+        const std::string text = format_log_text(settings.show_secrets, format, arguments);
+        std::string line = "<";
+        line += std::to_string(level);
+        line += "> ";
+        line += one_line(module);
+        line += ": ";
+        line += one_line(without_line_end(text));
+        line += '\n';
+        fputs(line.c_str(), stderr);
+    } catch (const std::bad_alloc &) {
+        // The callers cannot handle exceptions, and a lost line is no reason to end the agent.
+    }
+}
+
+void log_line(int32_t level, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    log_arguments("hgagent", level, format, arguments);
+    va_end(arguments);
+}
+
+} // namespace agent

@@ -1,0 +1,147 @@
+#include "options.h"
+
+#include "exit_status.h"
+
+#include <CLI/CLI.hpp>
+
+namespace agent {
+
+namespace {
+
+constexpr char kFooter[] = R"(
+Exit status:
+  0  done; for call: the reply's "Status" is "0", or there is none
+  1  call: the reply's "Status" is anything else; list: nothing found
+  2  wrong usage, or a request that is no JSON object
+  3  no such command
+  4  a library cannot be loaded, or the simulated gateway not be opened
+  5  standard input or output failed
+  128 + N  serve was ended by signal N
+
+Examples:
+  hgagent call GET_SN_INFO
+  hgagent call RESPONSE_ROUTER_VERSION VersionInfo="app 5.2.0"
+  hgagent call RESPONSE_ROUTER_VERSION '{"VersionInfo": "app 5.2.0"}'
+  hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO
+  echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
+)";
+
+// A check that the help does not spell out: the value's own name says it.
+CLI::Validator silent(CLI::Validator check)
+{
+    return check.description("");
+}
+
+void add_host_options(CLI::App &app, Options &options)
+{
+    HostOptions &host = options.host;
+    app.add_option("--device", host.device,
+                   "Device library to load instead of the simulated gateway")
+        ->type_name("LIB");
+    app.add_option("--plugin", host.plugin, "Plug-in to load instead of the one beside the agent")
+        ->type_name("LIB");
+    app.add_option("--scenario", host.scenario,
+                   "Home that the simulated gateway starts from: a built-in name or a file")
+        ->type_name("NAME|FILE");
+    app.add_option("--state", host.state, "File in which the simulated gateway keeps its state")
+        ->type_name("FILE");
+    app.add_option("--fault", host.faults,
+                   "Let a device call fail: FUNCTION=RESULT[*COUNT][@DELAYms]; may be repeated")
+        ->type_name("FAULT")
+        ->allow_extra_args(false); // else it would eat the subcommand as well
+    app.add_option("--trace", host.trace,
+                   "File to which every device call is written; - is standard error")
+        ->type_name("FILE|-");
+    app.add_option("--log-level", options.log_level,
+                   "Highest level of log lines that are shown: 3 errors, 7 everything")
+        ->type_name("0..7")
+        ->check(silent(CLI::Range(0, 7)))
+        ->capture_default_str();
+    app.add_flag("--show-secrets", host.show_secrets,
+                 "Show passwords and keys in the log and in the trace");
+}
+
+// Takes the words behind the name as they stand. CLI11's own list of words would take a JSON array
+// for a list.
+void take_request(const CLI::App &call, Options &options)
+{
+    options.subcommand = Subcommand::kCall;
+    options.call.request = call.remaining();
+    for (const std::string &word : options.call.request) {
+        if (word.starts_with('-') && word != "-") {
+            throw CLI::ExtrasError("call", {word});
+        }
+    }
+}
+
+void add_call(CLI::App &app, Options &options)
+{
+    CLI::App *call = app.add_subcommand("call", "Run one command and print its reply");
+    call->add_option("NAME", options.call.command, "Name of the command")
+        ->type_name("")
+        ->required();
+    call->allow_extras();
+    call->footer(R"(
+hgagent call NAME [JSON | - | KEY=VALUE ...]
+The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a text, in their
+order; without any of them {}.)");
+    call->callback([call, &options] { take_request(*call, options); });
+}
+
+void add_serve(CLI::App &app, Options &options)
+{
+    CLI::App *serve = app.add_subcommand(
+        "serve", "Answer requests, one JSON object a line, from standard input on standard output");
+    serve->add_option("--max-line", options.serve.max_line, "Longest line that is served")
+        ->type_name("BYTES")
+        ->check(silent(CLI::PositiveNumber))
+        ->capture_default_str();
+    serve->footer(R"(
+Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
+Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
+A line that is no request is answered with {"id": null, "error": "..."}.)");
+    serve->callback([&options] { options.subcommand = Subcommand::kServe; });
+}
+
+void add_protocol_pages(CLI::App &app, Options &options)
+{
+    CLI::App *list = app.add_subcommand("list", "List the commands");
+    list->add_option("PATTERN", options.pattern, "Part of the names, or a pattern with * and ?")
+        ->type_name("");
+    list->callback([&options] { options.subcommand = Subcommand::kList; });
+
+    CLI::App *describe = app.add_subcommand("describe", "Show what a command takes and replies");
+    describe->add_option("NAME", options.described, "Name of the command")
+        ->type_name("")
+        ->required();
+    describe->callback([&options] { options.subcommand = Subcommand::kDescribe; });
+}
+
+} // namespace
+
+std::optional<Options> parse_options(int count, char **words, int &exit_status)
+{
+    Options options;
+    CLI::App app(
+        "Reference agent: loads the plug-in and a device library as a gateway's agent does, "
+        "runs commands and prints the replies.",
+        "hgagent");
+    app.set_version_flag("--version", "hgagent " HGAGENT_VERSION);
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    add_host_options(app, options);
+    add_call(app, options);
+    add_serve(app, options);
+    add_protocol_pages(app, options);
+
+    try {
+        app.parse(count, words);
+    } catch (const CLI::ParseError &outcome) {
+        const bool all_well = app.exit(outcome) == 0;
+        exit_status = all_well ? kSuccess : kWrongUsage;
+        return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace agent

@@ -1,0 +1,48 @@
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace agent {
+
+// Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
+// the gateway's environment and defaults.
+struct HostOptions {
+    std::string device; // path of the device library; empty: the one that is installed beside us
+    std::string plugin; // the same of the plug-in
+    std::optional<std::string> scenario;
+    std::optional<std::string> state;
+    std::vector<std::string> faults;
+    std::optional<std::string> trace;
+    bool show_secrets = false;
+};
+
+struct CallOptions {
+    std::string command;
+    std::vector<std::string> request; // nothing, a JSON text, "-", or KEY=VALUE words
+};
+
+struct ServeOptions {
+    size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
+};
+
+enum class Subcommand { kCall, kServe, kList, kDescribe };
+
+struct Options {
+    HostOptions host;
+    int32_t log_level = 3;
+    Subcommand subcommand = Subcommand::kCall;
+    CallOptions call;
+    ServeOptions serve;
+    std::string pattern;   // of list
+    std::string described; // the command of describe
+};
+
+// Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then
+// exit_status is what the process ends with.
+std::optional<Options> parse_options(int count, char **words, int &exit_status);
+
+} // namespace agent

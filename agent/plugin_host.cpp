@@ -1,0 +1,135 @@
+#include "plugin_host.h"
+
+#include "library_file.h"
+#include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/processjsonability.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <vector>
+
+namespace agent {
+
+namespace {
+
+constexpr char kDeviceLibrary[] = "libsimulated_gateway.so";
+constexpr char kPlugin[] = "libsmart_router_service.so";
+constexpr size_t kMaxGatewayError = 1024;
+
+// Libraries stand beside the executable's folder, wherever that has been installed.
+std::string library_path(const std::string &given, const char *standard)
+{
+    namespace fs = std::filesystem;
+    if (!given.empty()) {
+        return fs::absolute(given); // dlopen() would search a bare name elsewhere
+    }
+    return fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "lib" / standard;
+}
+
+std::string list_of(const std::vector<std::string> &names)
+{
+    std::string list;
+    for (const std::string &name : names) {
+        list += (list.empty() ? "" : ", ") + name;
+    }
+    return list;
+}
+
+void *load(const std::string &kind, const std::string &path, int flags)
+{
+    const std::string message = "cannot load the " + kind + " " + path + ": ";
+    std::error_code problem;
+    // Opening anything else might wait for ever, a pipe for one.
+    if (!std::filesystem::is_regular_file(path, problem)) {
+        throw HostError(kCannotLoad, message + (problem ? problem.message() : "no regular file"));
+    }
+    if (is_cut_off(path)) {
+        throw HostError(kCannotLoad, message + "the file is cut off");
+    }
+    void *library = dlopen(path.c_str(), flags);
+    if (library == nullptr) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): each thread has a text of its own
+        const std::string reason = dlerror();
+        const std::vector<std::string> missing = missing_symbols(path);
+        throw HostError(kCannotLoad,
+                        message +
+                            (missing.empty()
+                                 ? reason
+                                 : "provided neither by the device library nor by the agent: " +
+                                       list_of(missing)));
+    }
+    return library;
+}
+
+template <class Function> Function *function_of(void *library, const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(library, name));
+}
+
+const char *text_or_null(const std::optional<std::string> &text)
+{
+    return text ? text->c_str() : nullptr;
+}
+
+} // namespace
+
+DeviceLibrary::DeviceLibrary(const HostOptions &options)
+{
+    const std::string path = library_path(options.device, kDeviceLibrary);
+    void *library = load("device library", path, RTLD_NOW | RTLD_GLOBAL);
+    const auto open =
+        function_of<decltype(simulated_gateway_open)>(library, "simulated_gateway_open");
+    if (open == nullptr) {
+        if (options.scenario || options.state || options.trace || !options.faults.empty()) {
+            throw HostError(kWrongUsage, "--scenario, --state, --fault and --trace are for the "
+                                         "simulated gateway, and the device library " +
+                                             path + " is none");
+        }
+        return;
+    }
+
+    std::vector<const char *> faults;
+    for (const std::string &fault : options.faults) {
+        faults.push_back(fault.c_str());
+    }
+    faults.push_back(nullptr);
+
+    SimulatedGatewayOptions gateway = {};
+    gateway.scenario = text_or_null(options.scenario);
+    gateway.state_file = text_or_null(options.state);
+    gateway.faults = options.faults.empty() ? nullptr : faults.data();
+    gateway.trace = text_or_null(options.trace);
+    gateway.show_secrets = options.show_secrets ? 1 : 0;
+    char error[kMaxGatewayError] = "";
+    if (open(&gateway, error, sizeof(error)) != 0) {
+        throw HostError(kCannotLoad, error);
+    }
+    close_ = function_of<decltype(simulated_gateway_close)>(library, "simulated_gateway_close");
+}
+
+DeviceLibrary::~DeviceLibrary()
+{
+    // The library itself stays loaded: workers of the plug-in may still be calling it.
+    if (close_ != nullptr) {
+        close_();
+    }
+}
+
+PluginHost::PluginHost(const HostOptions &options) : device_(options)
+{
+    const std::string path = library_path(options.plugin, kPlugin);
+    void *library = load("plug-in", path, RTLD_NOW);
+    process_ = function_of<decltype(hg_process_json_cmd)>(library, "hg_process_json_cmd");
+    if (process_ == nullptr) {
+        throw HostError(kCannotLoad,
+                        "the plug-in " + path + " has no function hg_process_json_cmd");
+    }
+
+    static char version_info[HG_VERSION_INFO_SIZE];
+    const auto kept = static_cast<char **>(dlsym(library, "info_wersion"));
+    if (kept != nullptr) {
+        *kept = version_info;
+    }
+}
+
+} // namespace agent

@@ -1,0 +1,56 @@
+// The two libraries in one process: the device library, and the plug-in on top of it.
+#pragma once
+
+#include "exit_status.h"
+#include "options.h"
+
+#include <cjson/cJSON.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace agent {
+
+// Why the libraries could not be brought up, and what the agent ends with.
+class HostError : public std::runtime_error {
+  public:
+    HostError(ExitStatus status, const std::string &message)
+        : std::runtime_error(message), status_(status)
+    {
+    }
+    ExitStatus status() const { return status_; }
+
+  private:
+    ExitStatus status_;
+};
+
+// The device library. When it is the simulated gateway, it is opened with the options that were
+// given, and closed at the end of this object's life.
+class DeviceLibrary {
+  public:
+    explicit DeviceLibrary(const HostOptions &options); // throws HostError
+    ~DeviceLibrary();
+    DeviceLibrary(const DeviceLibrary &) = delete;
+    DeviceLibrary &operator=(const DeviceLibrary &) = delete;
+
+  private:
+    void (*close_)() = nullptr;
+};
+
+// The plug-in, ready to answer commands.
+class PluginHost {
+  public:
+    explicit PluginHost(const HostOptions &options); // throws HostError
+
+    // Runs one command; its reply is in the object afterwards. Result: that of the dispatcher.
+    int32_t process(const std::string &command, cJSON *object) const
+    {
+        return process_(command.c_str(), object);
+    }
+
+  private:
+    DeviceLibrary device_;
+    int32_t (*process_)(const char *, cJSON *) = nullptr;
+};
+
+} // namespace agent

@@ -1,0 +1,117 @@
+#include "protocol.h"
+
+#include "embedded/protocol_commands.h"
+#include "text.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace agent {
+
+namespace {
+
+constexpr size_t kMaxNearest = 3;
+// No command's name is longer; comparing more of a hostile name would only take time.
+constexpr size_t kMaxCompared = 64;
+
+std::vector<Description> parse_descriptions()
+{
+    std::vector<Description> all;
+    for (const embedded::Text &file : embedded::protocol_commands()) {
+        all.push_back(Description::parse(file.text));
+    }
+    std::sort(all.begin(), all.end(), [](const Description &left, const Description &right) {
+        return left["command"] < right["command"];
+    });
+    return all;
+}
+
+void collect_secret_keys(const Description &part, std::set<std::string> &keys)
+{
+    if (part.is_object() && part.contains("key") && part.value("secret", false)) {
+        keys.insert(lower_case(part["key"].get<std::string>()));
+    }
+    if (part.is_structured()) {
+        for (const Description &inner : part) {
+            collect_secret_keys(inner, keys);
+        }
+    }
+}
+
+// How many letters have to be put in, taken out or replaced to make one text the other.
+size_t edit_distance(std::string_view from, std::string_view to)
+{
+    std::vector<size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (size_t i = 0; i < from.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (size_t j = 0; j < to.size(); ++j) {
+            const size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+} // namespace
+
+const std::vector<Description> &descriptions()
+{
+    static const std::vector<Description> all = parse_descriptions();
+    return all;
+}
+
+const Description *find_description(std::string_view command)
+{
+    const auto &all = descriptions();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Description &description) {
+        return description["command"] == command;
+    });
+    return found != all.end() ? &*found : nullptr;
+}
+
+std::vector<std::string> nearest_commands(std::string_view name)
+{
+    const std::string wanted = lower_case(name.substr(0, kMaxCompared));
+    std::vector<std::pair<size_t, std::string>> ranked;
+    for (const Description &description : descriptions()) {
+        const std::string command = description["command"];
+        ranked.emplace_back(edit_distance(wanted, lower_case(command)), command);
+    }
+    std::sort(ranked.begin(), ranked.end());
+    ranked.resize(std::min(ranked.size(), kMaxNearest));
+
+    std::vector<std::string> names;
+    names.reserve(ranked.size());
+    for (const auto &[distance, command] : ranked) {
+        names.push_back(command);
+    }
+    return names;
+}
+
+std::string no_such_command(std::string_view name)
+{
+    std::string message = "no command \"" + one_line(name, kMaxCompared) + "\"; the nearest are";
+    const char *separator = " ";
+    for (const std::string &command : nearest_commands(name)) {
+        message += separator + command;
+        separator = ", ";
+    }
+    return message;
+}
+
+const std::set<std::string> &secret_keys()
+{
+    static const std::set<std::string> all = [] {
+        std::set<std::string> keys;
+        for (const Description &description : descriptions()) {
+            collect_secret_keys(description, keys);
+        }
+        return keys;
+    }();
+    return all;
+}
+
+} // namespace agent

@@ -1,0 +1,187 @@
+#include "protocol_pages.h"
+
+#include "exit_status.h"
+#include "protocol.h"
+#include "text.h"
+
+#include <algorithm>
+#include <fnmatch.h>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+
+namespace agent {
+
+namespace {
+
+bool matches(const std::string &name, const std::string &pattern)
+{
+    if (pattern.find_first_of("*?[") != std::string::npos) {
+        return fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0;
+    }
+    return lower_case(name).find(lower_case(pattern)) != std::string::npos;
+}
+
+// Rows of two columns: what something is, and what is to be said of it.
+class Table {
+  public:
+    void row(const std::string &left, const std::string &right) { rows_.emplace_back(left, right); }
+
+    void print(std::ostream &out, const std::string &indent) const
+    {
+        size_t width = 0;
+        for (const auto &[left, right] : rows_) {
+            width = std::max(width, left.size());
+        }
+        for (const auto &[left, right] : rows_) {
+            out << indent << left;
+            if (!right.empty()) {
+                out << std::string(width - left.size() + 2, ' ') << right;
+            }
+            out << '\n';
+        }
+    }
+
+    bool empty() const { return rows_.empty(); }
+
+  private:
+    std::vector<std::pair<std::string, std::string>> rows_;
+};
+
+std::string joined(const std::vector<std::string> &words, const std::string &separator)
+{
+    std::string text;
+    for (const std::string &word : words) {
+        text += (text.empty() ? "" : separator) + word;
+    }
+    return text;
+}
+
+// Everything about a key but its name, in the order in which one asks for it.
+std::string about(const Description &key, bool in_request)
+{
+    std::vector<std::string> parts;
+    if (in_request) {
+        parts.emplace_back(key["required"] ? "required" : "optional");
+    } else if (key.value("optional", false)) {
+        parts.emplace_back("not always");
+    }
+    if (key.contains("type") && key["type"] != "text") {
+        parts.push_back(key["type"]);
+    }
+    if (key.contains("text")) {
+        parts.push_back(key["text"].dump());
+    }
+    if (key.contains("one_of")) {
+        std::vector<std::string> texts;
+        for (const Description &text : key["one_of"]) {
+            texts.push_back(text.dump());
+        }
+        parts.push_back(joined(texts, " or "));
+    }
+    if (key.contains("max_bytes")) {
+        parts.push_back((in_request ? "cut at " : "at most ") + key["max_bytes"].dump() + " bytes");
+    }
+    if (key.value("secret", false)) {
+        parts.emplace_back("secret");
+    }
+    if (key.contains("meaning")) {
+        parts.push_back(key["meaning"]);
+    }
+    return joined(parts, "; ");
+}
+
+void add_keys(Table &table, const Description &keys, bool in_request, const std::string &indent)
+{
+    for (const Description &key : keys) {
+        table.row(indent + key["key"].get<std::string>(), about(key, in_request));
+        if (key.contains("items")) {
+            add_keys(table, key["items"], in_request, indent + "  ");
+        }
+    }
+}
+
+void print_keys(std::ostream &page, const Description &keys, bool in_request)
+{
+    Table table;
+    add_keys(table, keys, in_request, "");
+    if (table.empty()) {
+        table.row("(no keys)", "");
+    }
+    table.print(page, "    ");
+}
+
+void print_page(std::ostream &page, const Description &command)
+{
+    page << command["command"].get<std::string>() << " - " << command["summary"].get<std::string>()
+         << "\n\n";
+    if (command.contains("details")) {
+        page << command["details"].get<std::string>() << "\n\n";
+    }
+    const std::vector<std::string> calls = command["device_calls"];
+    Table facts;
+    facts.row("Subject", command["subject"]);
+    facts.row("Handler", command["handler"]);
+    facts.row("Device calls", calls.empty() ? "none" : joined(calls, ", "));
+    facts.print(page, "");
+
+    page << "\nRequest\n";
+    print_keys(page, command["request"], true);
+
+    for (const Description &reply : command["replies"]) {
+        page << "\nReply, " << reply["outcome"].get<std::string>() << ": "
+             << reply["when"].get<std::string>() << '\n';
+        print_keys(page, reply["keys"], false);
+        const std::vector<std::string> consumed =
+            reply.value("consumes", std::vector<std::string>());
+        if (!consumed.empty()) {
+            page << "    Taken out of the object: " << joined(consumed, ", ") << '\n';
+        }
+    }
+
+    page << "\nExample\n    " << command["example"]["request"].dump() << "\n    "
+         << command["example"]["reply"].dump() << '\n';
+}
+
+int show(const std::string &page)
+{
+    std::cout << page << std::flush;
+    if (!std::cout) {
+        complain("cannot write to standard output");
+        return kCannotWrite;
+    }
+    return kSuccess;
+}
+
+} // namespace
+
+int run_list(const std::string &pattern)
+{
+    Table table;
+    for (const Description &description : descriptions()) {
+        if (matches(description["command"], pattern)) {
+            table.row(description["command"], description["summary"]);
+        }
+    }
+    if (table.empty()) {
+        complain("no command matches \"" + pattern + "\"");
+        return kCommandFailed;
+    }
+    std::ostringstream page;
+    table.print(page, "");
+    return show(page.str());
+}
+
+int run_describe(const std::string &command)
+{
+    const Description *description = find_description(command);
+    if (description == nullptr) {
+        complain(no_such_command(command));
+        return kUnknownCommand;
+    }
+    std::ostringstream page;
+    print_page(page, *description);
+    return show(page.str());
+}
+
+} // namespace agent

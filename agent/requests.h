@@ -1,0 +1,49 @@
+// Requests as they come in, and replies as they go out. The trees are cJSON's, as the plug-in's own
+// are: they keep the order of keys, and keys that stand twice.
+#pragma once
+
+#include <cjson/cJSON.h>
+
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace agent {
+
+struct DeleteJson {
+    void operator()(cJSON *item) const { cJSON_Delete(item); }
+};
+using Json = std::unique_ptr<cJSON, DeleteJson>;
+
+// A text that is no request; what() says where and what is wrong.
+class BadRequest : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// The JSON object that the text is. Throws BadRequest.
+Json parse_object(std::string_view text);
+
+// An object of texts from words of the form KEY=VALUE, in their order. Throws BadRequest.
+Json object_from_words(std::span<const std::string> words);
+
+// One line that serve reads: {"id": ANY, "command": "NAME", "params": {…}}.
+struct Call {
+    std::string id = "null"; // the JSON text as it came, so that no number loses a digit
+    std::string command;
+    Json params;
+    std::string error; // what is wrong with the call; empty when nothing is
+};
+
+// Throws BadRequest for a line that is no JSON object: it has no id to answer to.
+Call parse_call(std::string_view line);
+
+// The item as JSON text in UTF-8, indented or on one line.
+std::string print(const cJSON *item, bool indented = false);
+
+// The text as a JSON text, in quotes.
+std::string quoted(std::string_view text);
+
+} // namespace agent

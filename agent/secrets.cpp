@@ -1,0 +1,109 @@
+#include "secrets.h"
+
+#include "protocol.h"
+#include "text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace agent {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kSecretEndings = {"password", "passwd", "pwd",
+                                                            "passphrase", "psk"};
+constexpr char kSpace[] = " \t\r\n";
+
+bool is_word_letter(char letter)
+{
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
+           (letter >= '0' && letter <= '9') || letter == '_';
+}
+
+size_t after_space(std::string_view text, size_t at)
+{
+    return std::min(text.find_first_not_of(kSpace, at), text.size());
+}
+
+// Where the string ends that begins at the quote: behind its closing quote, or at the text's end.
+size_t end_of_string(std::string_view text, size_t quote)
+{
+    for (size_t at = quote + 1; at < text.size(); ++at) {
+        if (text[at] == '\\') {
+            ++at;
+        } else if (text[at] == '"') {
+            return at + 1;
+        }
+    }
+    return text.size();
+}
+
+size_t end_of_value(std::string_view text, size_t begin)
+{
+    size_t depth = 0;
+    for (size_t at = begin; at < text.size(); ++at) {
+        const char mark = text[at];
+        if (mark == '"') {
+            at = end_of_string(text, at) - 1;
+        } else if (mark == '{' || mark == '[') {
+            ++depth;
+        } else if (depth > 0 && (mark == '}' || mark == ']')) {
+            --depth;
+        } else if (depth == 0 && std::string_view(",}] \t\r\n").find(mark) != std::string::npos) {
+            return at;
+        } else {
+            continue; // inside a number or a literal
+        }
+        if (depth == 0) {
+            return std::min(at + 1, text.size());
+        }
+    }
+    return text.size();
+}
+
+} // namespace
+
+bool is_secret_name(std::string_view name)
+{
+    const std::string lower = lower_case(name);
+    return std::any_of(kSecretEndings.begin(), kSecretEndings.end(),
+                       [&](std::string_view ending) { return lower.ends_with(ending); }) ||
+           secret_keys().contains(lower);
+}
+
+bool labels_a_secret(std::string_view text)
+{
+    size_t end = text.size();
+    while (end > 0 && !is_word_letter(text[end - 1])) {
+        --end;
+    }
+    size_t begin = end;
+    while (begin > 0 && is_word_letter(text[begin - 1])) {
+        --begin;
+    }
+    return is_secret_name(text.substr(begin, end - begin));
+}
+
+std::string mask_json(std::string_view text)
+{
+    std::string shown;
+    size_t at = 0;
+    while (at < text.size()) {
+        const size_t quote = std::min(text.find('"', at), text.size());
+        const size_t end = quote < text.size() ? end_of_string(text, quote) : quote;
+        shown += text.substr(at, end - at);
+        at = end;
+        const size_t colon = after_space(text, end);
+        if (colon == text.size() || text[colon] != ':' || quote + 1 >= end ||
+            !is_secret_name(text.substr(quote + 1, end - quote - 2))) {
+            continue;
+        }
+        const size_t value = after_space(text, colon + 1);
+        shown += text.substr(end, value - end);
+        shown += std::string("\"") + kMask + '"';
+        at = end_of_value(text, value);
+    }
+    return shown;
+}
+
+} // namespace agent

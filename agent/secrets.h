@@ -1,0 +1,23 @@
+// Which values are secret, and how a log shows a text without them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace agent {
+
+constexpr char kMask[] = "***";
+
+// Whether a value of this name is secret: the name ends in one of a short list of words such as
+// "password", or the protocol's descriptions mark it as secret. Upper or lower case is the same.
+bool is_secret_name(std::string_view name);
+
+// Whether the text names what follows it as secret: the last word in it is a secret name, with
+// nothing but punctuation behind ("Account:%s|Password:", "pwd = ").
+bool labels_a_secret(std::string_view text);
+
+// The text with the values of secret keys in every piece of JSON in it replaced by "***"; all else
+// stays as it is. JSON that is broken or cut off is masked as well.
+std::string mask_json(std::string_view text);
+
+} // namespace agent

@@ -1,0 +1,85 @@
+// Standard input and output, as serve needs them: lines of bounded length in, whole lines out, and
+// an end when a signal asks for it.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace agent {
+
+// Standard input or output failed; what() says how.
+class StreamError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Makes sure that descriptors 0 to 2 are taken: a file that is opened later must not become the
+// standard output of a process that was started without one. Also lets writing to a closed pipe
+// fail instead of ending the process.
+void secure_standard_streams();
+
+// The signals SIGTERM and SIGINT, held back until somebody waits. To be made before any thread is.
+class StopSignals {
+  public:
+    StopSignals();
+    ~StopSignals();
+    StopSignals(const StopSignals &) = delete;
+    StopSignals &operator=(const StopSignals &) = delete;
+
+    // The signal that arrived, or 0.
+    int arrived();
+
+    // Waits until the descriptor is ready for the poll() events, or until a signal arrives. Result:
+    // whether the descriptor is ready.
+    bool wait_for(int descriptor, short events);
+
+  private:
+    int descriptor_;
+    int arrived_ = 0;
+};
+
+// Reads lines from standard input. A line that is too long is passed over without being kept.
+class LineReader {
+  public:
+    enum class Result { kLine, kTooLong, kEnd, kStopped };
+
+    LineReader(StopSignals &stop, size_t max_line) : stop_(stop), max_line_(max_line) {}
+
+    // On kLine, line is the line without its end; the last one need not have any. Throws
+    // StreamError.
+    Result next(std::string &line);
+
+  private:
+    bool fill();
+
+    StopSignals &stop_;
+    const size_t max_line_;
+    std::string buffer_;
+    size_t begin_ = 0; // where the next line starts in the buffer
+    bool ended_ = false;
+};
+
+// Standard output, kept for replies: what a library prints goes to standard error from here on, so
+// that it cannot get between them.
+class ReplyOutput {
+  public:
+    ReplyOutput();
+    ~ReplyOutput();
+    ReplyOutput(const ReplyOutput &) = delete;
+    ReplyOutput &operator=(const ReplyOutput &) = delete;
+
+    bool is_terminal() const;
+
+    // Writes the text and a line end. Result: false when nobody reads any more. Throws StreamError.
+    // With signals, gives up and returns false when one arrives while nobody reads.
+    bool write_line(std::string text, StopSignals *stop = nullptr) const;
+
+  private:
+    int descriptor_;
+};
+
+// All of standard input. Throws StreamError, also when it is longer than max_bytes.
+std::string read_all_input(size_t max_bytes);
+
+} // namespace agent

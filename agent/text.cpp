@@ -1,0 +1,101 @@
+#include "text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <utf8.h>
+
+namespace agent {
+
+namespace {
+
+std::string escape(char32_t control)
+{
+    switch (control) {
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        char text[8];
+        snprintf(text, sizeof(text), "\\x%02x", static_cast<unsigned>(control));
+        return text;
+    }
+}
+
+// Terminals obey the second range as they obey the first.
+bool is_control(char32_t character)
+{
+    return character < 0x20 || (character >= 0x7f && character < 0xa0);
+}
+
+// The longest beginning of the text that is no longer than max_bytes and cuts no character.
+std::string_view beginning(std::string_view text, size_t max_bytes)
+{
+    if (text.size() <= max_bytes) {
+        return text;
+    }
+    size_t end = max_bytes;
+    while (end > 0 && (text[end] & 0xc0) == 0x80) { // inside a character
+        --end;
+    }
+    return text.substr(0, end);
+}
+
+char lower(char letter)
+{
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+} // namespace
+
+std::string to_utf8(std::string_view bytes)
+{
+    std::string text;
+    text.reserve(bytes.size());
+    utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(text));
+    return text;
+}
+
+std::string one_line(std::string_view bytes, size_t max_bytes)
+{
+    const std::string_view kept = beginning(bytes, max_bytes);
+    const std::string text = to_utf8(kept);
+    std::string line;
+    for (auto at = text.begin(); at != text.end();) {
+        const auto start = at;
+        const char32_t character = utf8::unchecked::next(at);
+        if (is_control(character)) {
+            line += escape(character);
+        } else {
+            line.append(start, at);
+        }
+    }
+    if (kept.size() < bytes.size()) {
+        line += " [" + std::to_string(bytes.size() - kept.size()) + " more bytes]";
+    }
+    return line;
+}
+
+bool same_text(std::string_view left, std::string_view right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char one, char other) { return lower(one) == lower(other); });
+}
+
+std::string lower_case(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), lower);
+    return result;
+}
+
+void complain(std::string_view message)
+{
+    const std::string line = "hgagent: " + one_line(message) + "\n";
+    fputs(line.c_str(), stderr);
+}
+
+} // namespace agent

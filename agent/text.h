@@ -1,0 +1,25 @@
+// Texts at the agent's edge. Device libraries and requests may hand over any bytes; what leaves the
+// agent is UTF-8, and what goes to a person is also one line.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace agent {
+
+// The text with every sequence that is no UTF-8 replaced by U+FFFD.
+std::string to_utf8(std::string_view bytes);
+
+// The text as UTF-8 on one line: control characters become escapes such as \n or \x1b, so that
+// nothing can end a line early or steer a terminal. Anything beyond max_bytes is cut off, and the
+// line says so.
+std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
+
+// Whether the letters are the same, upper or lower case.
+bool same_text(std::string_view left, std::string_view right);
+std::string lower_case(std::string_view text);
+
+// Writes "hgagent: MESSAGE" to standard error, on one line.
+void complain(std::string_view message);
+
+} // namespace agent

@@ -1,0 +1,66 @@
+// Which values are secret, and JSON without them.
+#include "secrets.h"
+
+#include <gtest/gtest.h>
+
+using agent::is_secret_name;
+using agent::labels_a_secret;
+using agent::mask_json;
+
+TEST(SecretNames, EndInOneOfTheWords)
+{
+    for (const char *name : {"Password", "PPPOE_PASSWORD", "passwd", "PWD", "GuestPwd",
+                             "passphrase", "wpa_psk", "PSK"}) {
+        EXPECT_TRUE(is_secret_name(name)) << name;
+    }
+    for (const char *name : {"", "SSID", "PasswordHint", "pw", "encrypt"}) {
+        EXPECT_FALSE(is_secret_name(name)) << name;
+    }
+}
+
+TEST(SecretLabels, StandRightBeforeTheValue)
+{
+    for (const char *label : {"Password:", "pwd = ", "PPPOE_PASSWORD= ", "a|b:c|Pwd: \"", "psk\t",
+                              "the passphrase ("}) {
+        EXPECT_TRUE(labels_a_secret(label)) << label;
+    }
+    for (const char *label : {"", " = ", "Password of ", "pwd = x, ssid = ", "password1 "}) {
+        EXPECT_FALSE(labels_a_secret(label)) << label;
+    }
+}
+
+TEST(MaskJson, ReplacesSecretValuesOnly)
+{
+    EXPECT_EQ(mask_json(R"({"SSID":"a","PWD":"b","List":[{"Password" : "c"}],"n":1})"),
+              R"({"SSID":"a","PWD":"***","List":[{"Password" : "***"}],"n":1})");
+    EXPECT_EQ(mask_json("{\n\t\"pwd\":\t\"x\\\"y\\\\\",\n\t\"a\":\t1\n}"),
+              "{\n\t\"pwd\":\t\"***\",\n\t\"a\":\t1\n}");
+    EXPECT_EQ(mask_json("before {\"PSK\":\"x\"} after"), "before {\"PSK\":\"***\"} after");
+}
+
+TEST(MaskJson, ReplacesValuesOfEveryType)
+{
+    EXPECT_EQ(mask_json(R"({"pwd":12345,"a":1})"), R"({"pwd":"***","a":1})");
+    EXPECT_EQ(mask_json(R"({"pwd":true})"), R"({"pwd":"***"})");
+    EXPECT_EQ(mask_json(R"({"pwd":{"x":["]}",{}]},"a":1})"), R"({"pwd":"***","a":1})");
+    EXPECT_EQ(mask_json(R"({"pwd":[1,{"y":2}] ,"a":1})"), R"({"pwd":"***" ,"a":1})");
+    EXPECT_EQ(mask_json(R"({"pwd":""})"), R"({"pwd":"***"})");
+}
+
+TEST(MaskJson, MasksWhatIsCutOff)
+{
+    EXPECT_EQ(mask_json(R"({"pwd":"hid)"), R"({"pwd":"***")");
+    EXPECT_EQ(mask_json(R"({"pwd":"hid\)"), R"({"pwd":"***")");
+    EXPECT_EQ(mask_json(R"({"pwd":{"a":"hid)"), R"({"pwd":"***")");
+    EXPECT_EQ(mask_json(R"({"pwd":12)"), R"({"pwd":"***")");
+    EXPECT_EQ(mask_json(R"({"pwd":)"), R"({"pwd":"***")");
+}
+
+TEST(MaskJson, LeavesOtherTextsAlone)
+{
+    for (const char *text :
+         {"", "\"", "\"pwd\"", "\"pwd", "plain: text", "{\"a\":\"pwd\"}", "\"\":1",
+          "{\"text\":\"say \\\"pwd\\\": no\"}", "pwd: x", ":::\"\"\""}) {
+        EXPECT_EQ(mask_json(text), text);
+    }
+}

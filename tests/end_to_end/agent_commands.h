@@ -1,0 +1,27 @@
+// Commands to the real plug-in by way of the agent. What is asked and answered is recorded for the
+// check of the protocol.
+#pragma once
+
+#include "agent_process.h"
+
+#include <string>
+#include <vector>
+
+// Runs "hgagent [options] call COMMAND REQUEST".
+AgentResult call(const std::string &command, const std::string &request = "{}",
+                 const std::vector<std::string> &options = {});
+
+// The same with the request on standard input.
+AgentResult call_with_input(const std::string &command, const std::string &request);
+
+// Sends a line to a serving agent and reads its answer.
+std::string ask(AgentProcess &serving, const std::string &line);
+
+// Runs "hgagent [options] serve [serve options]" over an input.
+AgentResult serve(const std::string &input, const std::vector<std::string> &options = {},
+                  const std::vector<std::string> &serve_options = {});
+
+// Records a command that was run in another way.
+void record(const std::string &command, const std::string &request, const std::string &reply);
+
+std::vector<std::string> lines_of(const std::string &text);

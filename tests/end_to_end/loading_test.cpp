@@ -1,0 +1,180 @@
+// What the agent says when a library, or the simulated gateway in it, cannot be brought up.
+#include "agent_commands.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+// The agent with these options: it must end with status 4 and one line that says why.
+std::string refusal(const std::vector<std::string> &options)
+{
+    const AgentResult result = call("GET_SN_INFO", "{}", options);
+    EXPECT_EQ(result.exit_status, 4) << testing::PrintToString(options);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_EQ(lines_of(result.error).size(), 1U) << result.error;
+    EXPECT_THAT(result.error, StartsWith("hgagent: "));
+    return result.error;
+}
+
+std::string beginning_of(const std::string &file, size_t size)
+{
+    std::string content(size, '\0');
+    std::ifstream(file, std::ios::binary).read(content.data(), static_cast<std::streamsize>(size));
+    return content;
+}
+
+} // namespace
+
+TEST(Loading, TakesGivenLibraries)
+{
+    const AgentResult result =
+        call("GET_SN_INFO", "{}", {"--device", SIMULATED_GATEWAY_PATH, "--plugin", PLUGIN_PATH});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, HasSubstr("HGU-AX3000"));
+}
+
+TEST(Loading, TakesABareNameForAFile)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::path(PROBE_PLUGIN).parent_path());
+    const AgentResult result = run_agent(
+        {"--plugin", std::filesystem::path(PROBE_PLUGIN).filename(), "call", "LOG", "text=found"});
+    std::filesystem::current_path(before);
+    EXPECT_EQ(result.exit_status, 0) << result.error;
+}
+
+TEST(Loading, RefusesWhatIsNoLibrary)
+{
+    const std::string text = test_file("text.so", std::string(100, 'x'));
+    const std::string empty = test_file("empty.so", "");
+    const std::string cut = test_file("cut.so", beginning_of(PLUGIN_PATH, 2000));
+    const std::string pipe = test_file("pipe.so");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string &path : {text, empty, cut, pipe, std::string("/"),
+                                    std::string("/dev/null"), test_file("missing.so")}) {
+        EXPECT_THAT(refusal({"--plugin", path}), HasSubstr("cannot load the plug-in " + path));
+        EXPECT_THAT(refusal({"--device", path}),
+                    HasSubstr("cannot load the device library " + path));
+    }
+    EXPECT_THAT(refusal({"--plugin", text}), HasSubstr("invalid ELF header"));
+    EXPECT_THAT(refusal({"--plugin", cut}), HasSubstr("the file is cut off"));
+    EXPECT_THAT(refusal({"--plugin", pipe}), HasSubstr("no regular file"));
+}
+
+TEST(Loading, NamesEverySymbolThatIsMissing)
+{
+    EXPECT_THAT(refusal({"--plugin", MISSING_SYMBOLS_PLUGIN}),
+                AllOf(HasSubstr("cannot load the plug-in " MISSING_SYMBOLS_PLUGIN),
+                      HasSubstr("devapi_of_another_router"), HasSubstr("global_of_another_agent"),
+                      Not(HasSubstr("ts_mod_log_printf")), Not(HasSubstr("hg_process_json_cmd"))));
+}
+
+TEST(Loading, NamesEveryFunctionThatADeviceLibraryLacks)
+{
+    EXPECT_THAT(refusal({"--device", PROBE_PLUGIN}),
+                AllOf(HasSubstr("cannot load the plug-in "), HasSubstr("devapi_get_sn_info"),
+                      HasSubstr("devapi_get_system_info"), Not(HasSubstr("cJSON"))));
+}
+
+TEST(Loading, NamesTheDispatcherThatAPluginLacks)
+{
+    EXPECT_THAT(
+        refusal({"--plugin", SIMULATED_GATEWAY_PATH}),
+        HasSubstr("the plug-in " SIMULATED_GATEWAY_PATH " has no function hg_process_json_cmd"));
+}
+
+TEST(Loading, WantsTheSimulatedGatewayForItsOptions)
+{
+    for (const std::string option : {"--scenario", "--state", "--fault", "--trace"}) {
+        const AgentResult result =
+            call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, option, "-"});
+        EXPECT_EQ(result.exit_status, 2) << option;
+        EXPECT_THAT(
+            result.error,
+            HasSubstr("for the simulated gateway, and the device library " BRIM_DEVICE " is none"));
+    }
+}
+
+TEST(Loading, PassesOnWhatTheGatewaySaysOfItsScenario)
+{
+    const std::string empty = test_file("empty.json", "");
+    const std::string cut = test_file("cut.json", "{\"format\": \"simulated gateway scenario\", ");
+    const std::string other = test_file(
+        "other.json", "{\"format\": \"simulated gateway scenario\", \"version\": 1000000}");
+    for (const std::string &file : {empty, cut, other, test_file("missing.json")}) {
+        EXPECT_THAT(refusal({"--scenario", file}), HasSubstr(file));
+    }
+    EXPECT_THAT(refusal({"--scenario", other}), HasSubstr("version"));
+    EXPECT_THAT(refusal({"--scenario", "no_such_house"}), HasSubstr("no_such_house"));
+}
+
+TEST(Loading, PassesOnWhatTheGatewaySaysOfItsOtherOptions)
+{
+    EXPECT_THAT(refusal({"--fault", "devapi_no_such_function=-1"}),
+                HasSubstr("devapi_no_such_function"));
+    EXPECT_THAT(refusal({"--fault", "rubbish"}), HasSubstr("rubbish"));
+    const std::string broken = test_file("broken_state.json", "{");
+    EXPECT_THAT(refusal({"--state", broken}), HasSubstr(broken));
+    const std::string nowhere = test_file("no_folder") + "/trace";
+    EXPECT_THAT(refusal({"--trace", nowhere}), HasSubstr(nowhere));
+}
+
+TEST(Loading, HandsTheGatewayItsOptions)
+{
+    const std::string state = test_file("state.json");
+    const std::string trace = test_file("trace.txt");
+    const AgentResult result =
+        call("GET_SN_INFO", "{}",
+             {"--scenario", "three_storey_house", "--state", state, "--trace", trace, "--fault",
+              "devapi_get_sn_info=-7", "--fault", "devapi_get_system_info=-1"});
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_TRUE(std::filesystem::exists(state));
+    EXPECT_THAT(beginning_of(trace, 4096), AllOf(HasSubstr("devapi_get_sn_info"), HasSubstr("-7")));
+
+    const AgentResult traced = call("GET_SN_INFO", "{}", {"--trace", "-"});
+    EXPECT_THAT(traced.error, HasSubstr("devapi_get_sn_info"));
+    EXPECT_THAT(traced.output, StartsWith("{\"Status\":\"0\""));
+}
+
+TEST(Loading, LeavesTheRestToTheGatewaysEnvironment)
+{
+    setenv("SIMULATED_GATEWAY_FAULTS", "devapi_get_sn_info=-1", 1);
+    const AgentResult result = call("GET_SN_INFO");
+    unsetenv("SIMULATED_GATEWAY_FAULTS");
+    EXPECT_EQ(result.exit_status, 1);
+}
+
+TEST(Loading, ReadsADeviceLibrarysTextsNoFurtherThanTheirFields)
+{
+    const AgentResult identity = call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE});
+    EXPECT_EQ(identity.exit_status, 0);
+    EXPECT_EQ(identity.output, "{\"Status\":\"0\",\"MAC\":\"" + std::string(64, 'M') +
+                                   "\",\"tslinkstatus\":\"\ufffd\\\"\ufffd\",\"DeviceType\":\"" +
+                                   std::string(256, 'D') + "\"}\n");
+
+    const AgentResult system = call("QUERY_SYSTEM_INFO", "{}", {"--device", BRIM_DEVICE});
+    EXPECT_EQ(system.exit_status, 0);
+    EXPECT_THAT(system.output,
+                AllOf(HasSubstr("\"NFC\":\"" + std::string(64, 'S') + "\""),
+                      HasSubstr("\"VLANCapability\":\"" + std::string(192, 'S') + "\"}")));
+}
+
+TEST(HostServices, AnswerThePlugin)
+{
+    const AgentResult result = run_agent(
+        {"--plugin", PROBE_PLUGIN, "call", "SERVICES", "text=any text", "mac=3c-6a-d2-10-4f-20"});
+    EXPECT_EQ(result.exit_status, 0) << result.error;
+    EXPECT_THAT(result.output, HasSubstr(R"("base64":"YW55IHRleHQ=",)"
+                                         R"("md5":"ae821dc7991e1b65351446ab46f47d17",)"
+                                         R"("bare_mac":"3C6AD2104F20","freed":true)"));
+}

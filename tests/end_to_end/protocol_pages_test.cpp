@@ -1,0 +1,95 @@
+// hgagent list and describe.
+#include "agent_commands.h"
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+TEST(List, ShowsNameAndSummaryInColumns)
+{
+    const AgentResult result = run_agent({"list"});
+    EXPECT_EQ(result.exit_status, 0);
+    const std::vector<std::string> lines = lines_of(result.output);
+    ASSERT_GE(lines.size(), 3U);
+    EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end()));
+    const size_t column = lines[0].find("  ");
+    for (const std::string &line : lines) {
+        const size_t summary = line.find_first_not_of(' ', line.find(' '));
+        EXPECT_EQ(summary, lines[0].find_first_not_of(' ', column)) << line;
+    }
+}
+
+TEST(List, FindsPartsOfNamesAndPatterns)
+{
+    for (const std::string pattern :
+         {"sn_inf", "SN_INFO", "*_sn_info", "get_s?_info", "GET_[S]N_*"}) {
+        const AgentResult result = run_agent({"list", pattern});
+        EXPECT_EQ(result.exit_status, 0) << pattern;
+        EXPECT_THAT(lines_of(result.output),
+                    ElementsAre("GET_SN_INFO  Serial number and kind of the router"))
+            << pattern;
+    }
+}
+
+TEST(List, SaysThatNothingWasFound)
+{
+    for (const std::string pattern : {"no such name", "sn?", "["}) {
+        const AgentResult result = run_agent({"list", pattern});
+        EXPECT_EQ(result.exit_status, 1) << pattern;
+        EXPECT_EQ(result.error, "hgagent: no command matches \"" + pattern + "\"\n");
+        EXPECT_THAT(result.output, IsEmpty());
+    }
+}
+
+TEST(Describe, ShowsAllOfACommand)
+{
+    const AgentResult result = run_agent({"describe", "RESPONSE_ROUTER_VERSION"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, StartsWith("RESPONSE_ROUTER_VERSION - Hands the agent"));
+    for (const char *part : {"json_response_router_version", "device_identity", "Request",
+                             "VersionInfo  required; the version report",
+                             "Reply, success: ", "Reply, failure: ", "Status  \"1\"", "2048",
+                             "{\"VersionInfo\":\"app 5.2.0\",\"Status\":\"0\"}"}) {
+        EXPECT_THAT(result.output, HasSubstr(part));
+    }
+}
+
+TEST(Describe, ShowsTheKeysOfAReplyInOrder)
+{
+    const AgentResult result = run_agent({"describe", "GET_SN_INFO"});
+    EXPECT_THAT(result.output, HasSubstr("Device calls  devapi_get_sn_info\n"));
+    EXPECT_THAT(result.output, HasSubstr("    (no keys)\n"));
+    EXPECT_THAT(
+        result.output,
+        HasSubstr(
+            "    Status        \"0\"\n"
+            "    MAC           at most 64 bytes; MAC address that serves as the serial number\n"
+            "    tslinkstatus  at most 8 bytes; state of the mesh link layer, \"1\" when it is "
+            "up\n"
+            "    DeviceType    at most 256 bytes; kind of device\n"));
+    EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
+}
+
+TEST(Describe, NamesTheNearestOfAnUnknownCommand)
+{
+    const AgentResult result = run_agent({"describe", "QUERY_SYSTEMINFO"});
+    EXPECT_EQ(result.exit_status, 3);
+    EXPECT_THAT(result.error,
+                StartsWith("hgagent: no command \"QUERY_SYSTEMINFO\"; the nearest are "
+                           "QUERY_SYSTEM_INFO, "));
+    EXPECT_THAT(result.output, IsEmpty());
+}
+
+TEST(ProtocolPages, SayWhenTheyCannotBeWritten)
+{
+    for (const std::vector<std::string> &words :
+         {std::vector<std::string>{"list"}, std::vector<std::string>{"describe", "GET_SN_INFO"}}) {
+        AgentProcess agent(words, OutputTo::kFullDevice);
+        const AgentResult result = agent.finish();
+        EXPECT_EQ(result.exit_status, 5);
+        EXPECT_EQ(result.error, "hgagent: cannot write to standard output\n");
+    }
+}

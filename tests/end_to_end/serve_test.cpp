@@ -1,0 +1,239 @@
+// hgagent serve: a line in, a line out, whatever stands on the line.
+#include "agent_commands.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+constexpr char kRequest[] = R"({"id":"last","command":"GET_SN_INFO"})";
+constexpr char kAnswer[] = R"({"id":"last","result":0,"reply":{"Status":"0",)"
+                           R"("MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1",)"
+                           R"("DeviceType":"HGU-AX3000"}})";
+
+} // namespace
+
+TEST(Serve, AnswersWhileItsInputIsOpen)
+{
+    AgentProcess agent({"serve"});
+    EXPECT_EQ(ask(agent, kRequest), kAnswer);
+    EXPECT_EQ(ask(agent, "rubbish").find(R"({"id":null,"error":")"), 0U);
+    EXPECT_EQ(ask(agent, kRequest), kAnswer);
+    const AgentResult result = agent.finish();
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.error, IsEmpty());
+}
+
+TEST(Serve, GoesOnAfterEveryBadLine)
+{
+    const std::string nul(1, '\0');
+    const std::string bad_lines[] = {
+        "rubbish",
+        "",
+        " ",
+        "{",
+        "null",
+        "\"text\"",
+        "12",
+        "[]",
+        R"([{"command":"GET_SN_INFO"}])",
+        R"({"id":1,"command":"GET_SN_INFO"} {})",
+        R"({"id":1,"command":"GET_SN_INFO"}})",
+        "{\"id\":1,\"command\":\"GET_SN_INFO\"}" + nul,
+        "{\"id\":1,\"command\":\"GET_SN_INFO\",\"params\":{\"a\":\"\xff\"}}",
+        R"({"id":1,"command":"GET_SN_INFO","params":{"a":"\u0000"}})",
+        R"({"id":1,"command":"GET_SN_INFO","params":{"a":)" + std::string(5000, '[') +
+            std::string(5000, ']') + "}}",
+        std::string(500000, '['),
+        R"({"id":1,"command":"GET_SN_INFO","params":{"a":1e999}})",
+    };
+    for (const std::string &bad : bad_lines) {
+        const AgentResult result = serve(bad + "\n" + kRequest + "\n");
+        EXPECT_EQ(result.exit_status, 0) << bad.substr(0, 100);
+        EXPECT_THAT(lines_of(result.output),
+                    ElementsAre(StartsWith(R"({"id":null,"error":")"), kAnswer));
+        EXPECT_LT(result.output.size(), 1000U);
+    }
+}
+
+TEST(Serve, PassesOverALineThatIsTooLong)
+{
+    const std::string fits =
+        kRequest + std::string(1024 * 1024 - std::string(kRequest).size(), ' ');
+    const AgentResult result = serve(fits + "\n" + fits + " \n" + kRequest + "\n");
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(lines_of(result.output),
+                ElementsAre(kAnswer,
+                            R"({"id":null,"error":"the line is longer than 1048576 bytes"})",
+                            kAnswer));
+}
+
+TEST(Serve, DoesNotKeepALineThatIsTooLong)
+{
+    const size_t line = 512 * 1024 * 1024;
+    AgentProcess agent({"serve"});
+    const std::string part(1024 * 1024, 'x');
+    for (size_t sent = 0; sent < line; sent += part.size()) {
+        agent.send(part);
+    }
+    EXPECT_EQ(ask(agent, ""), R"({"id":null,"error":"the line is longer than 1048576 bytes"})");
+    EXPECT_LT(agent.finish().peak_kilobytes, static_cast<long>(line / 1024));
+}
+
+TEST(Serve, TakesTheLengthOfALineAsAnOption)
+{
+    const std::string size = std::to_string(std::string(kRequest).size());
+    const AgentResult result = serve(std::string(kRequest) + "\n" + kRequest + " \n" +
+                                         std::string(300000, 'x') + "\n" + kRequest,
+                                     {}, {"--max-line", size});
+    const std::string too_long =
+        "{\"id\":null,\"error\":\"the line is longer than " + size + " bytes\"}";
+    EXPECT_THAT(lines_of(result.output), ElementsAre(kAnswer, too_long, too_long, kAnswer));
+}
+
+TEST(Serve, ServesALastLineWithoutItsEnd)
+{
+    EXPECT_THAT(lines_of(serve(kRequest).output), ElementsAre(kAnswer));
+    EXPECT_THAT(lines_of(serve("{}\n" + std::string(2000000, 'x')).output),
+                ElementsAre(HasSubstr("command"), HasSubstr("the line is longer")));
+}
+
+TEST(Serve, EndsWithItsInput)
+{
+    const AgentResult result = serve("");
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.error, IsEmpty());
+}
+
+TEST(Serve, GivesBackAnyId)
+{
+    for (const std::string id : {"1", "-0", "12345678901234567890123456789", "1.50", "1E2", "null",
+                                 "true", "\"\"", R"("\u4e2d\"")", "[1, {\"a\":1,\"a\":2}]", "{}"}) {
+        const AgentResult result = serve("{\"id\": " + id + " , \"command\": \"GET_SN_INFO\"}\n");
+        EXPECT_THAT(result.output, StartsWith("{\"id\":" + id + ",\"result\":0,\"reply\":{"));
+    }
+    EXPECT_THAT(serve(R"({"command":"GET_SN_INFO"})").output,
+                StartsWith(R"({"id":null,"result":0,)"));
+    EXPECT_THAT(serve(R"({"id":1,"id":2,"command":"GET_SN_INFO"})").output,
+                StartsWith(R"({"id":1,"result":0,)"));
+}
+
+TEST(Serve, SaysWhatIsWrongWithARequest)
+{
+    const std::string no_command = R"("error":"\"command\" is missing or no text"})";
+    const std::string no_object = R"("error":"\"params\" is no object"})";
+    const std::pair<std::string, std::string> cases[] = {
+        {"{}", "{\"id\":null," + no_command},
+        {R"({"id":1})", "{\"id\":1," + no_command},
+        {R"({"id":2,"command":null})", "{\"id\":2," + no_command},
+        {R"({"id":3,"command":3})", "{\"id\":3," + no_command},
+        {R"({"id":4,"command":["GET_SN_INFO"]})", "{\"id\":4," + no_command},
+        {R"({"id":5,"Command":"GET_SN_INFO"})", "{\"id\":5," + no_command},
+        {R"({"id":6,"command":"GET_SN_INFO","params":null})", "{\"id\":6," + no_object},
+        {R"({"id":7,"command":"GET_SN_INFO","params":[]})", "{\"id\":7," + no_object},
+        {R"({"id":8,"command":"GET_SN_INFO","params":"{}"})", "{\"id\":8," + no_object},
+    };
+    std::string input;
+    std::vector<std::string> answers;
+    for (const auto &[request, answer] : cases) {
+        input += request + "\n";
+        answers.push_back(answer);
+    }
+    EXPECT_EQ(lines_of(serve(input).output), answers);
+}
+
+TEST(Serve, LeavesTheParamsOfAnUnknownCommand)
+{
+    for (const std::string name :
+         {"", " ", "GET_SN_INFO ", "get_sn_info", "NO_SUCH", "\\u0001", "\u4e2d"}) {
+        const AgentResult result =
+            serve("{\"id\":1,\"command\":\"" + name + "\",\"params\":{\"b\":[1],\"a\":\"x\"}}");
+        EXPECT_EQ(result.output, "{\"id\":1,\"result\":-3,\"reply\":{\"b\":[1],\"a\":\"x\"}}\n");
+        EXPECT_EQ(result.exit_status, 0);
+    }
+}
+
+TEST(Serve, KeepsRepeatedKeysAndTheirOrder)
+{
+    const AgentResult result =
+        serve(R"({"extra":[],"params":{"VersionInfo":"1","b":2,"VersionInfo":"3"},)"
+              R"("command":"RESPONSE_ROUTER_VERSION","id":9})");
+    EXPECT_EQ(result.output, R"({"id":9,"result":0,"reply":{"VersionInfo":"1","b":2,)"
+                             R"("VersionInfo":"3","Status":"0"}})"
+                             "\n");
+}
+
+TEST(Serve, KeepsStateFromLineToLine)
+{
+    const std::string line = std::string(kRequest) + "\n";
+    const AgentResult result = serve(line + line + line, {"--fault", "devapi_get_sn_info=5*2"});
+    EXPECT_THAT(lines_of(result.output),
+                ElementsAre(HasSubstr("get sn failed"), HasSubstr("get sn failed"), kAnswer));
+}
+
+TEST(Serve, EndsQuietlyWhenNobodyReads)
+{
+    AgentProcess agent({"serve"});
+    EXPECT_EQ(ask(agent, kRequest), kAnswer);
+    agent.close_output();
+    agent.send(std::string(kRequest) + "\n");
+    // The input stays open: it is the output that ends the agent.
+    const AgentResult result = agent.wait();
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.error, IsEmpty());
+}
+
+TEST(Serve, EndsOnASignal)
+{
+    for (const int signal : {SIGTERM, SIGINT}) {
+        const std::string state = test_file("signal" + std::to_string(signal) + ".json");
+        AgentProcess agent({"--state", state, "serve"});
+        EXPECT_EQ(ask(agent, kRequest), kAnswer);
+        std::filesystem::remove(state);
+        agent.signal(signal);
+        const AgentResult result = agent.wait();
+        EXPECT_EQ(result.exit_status, 128 + signal);
+        EXPECT_TRUE(std::filesystem::exists(state)) << "the gateway was not closed";
+        EXPECT_THAT(result.output, IsEmpty());
+        EXPECT_THAT(result.error, IsEmpty());
+    }
+}
+
+TEST(Serve, AnswersTheLineDuringWhichASignalArrives)
+{
+    const AgentResult result =
+        run_agent({"--plugin", PROBE_PLUGIN, "serve"},
+                  "{\"id\":1,\"command\":\"STOP\"}\n{\"id\":2,\"command\":\"STOP\"}\n");
+    EXPECT_EQ(result.exit_status, 128 + SIGTERM);
+    EXPECT_EQ(result.output, "{\"id\":1,\"result\":0,\"reply\":{}}\n");
+}
+
+TEST(Serve, EndsOnASignalThoughNobodyReads)
+{
+    AgentProcess agent({"serve"});
+    // The answer is more than a pipe holds, so the agent comes to wait for a reader.
+    const std::string report(300000, 'v');
+    agent.send(R"({"command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":")" + report +
+               "\"}}\n");
+    agent.signal(SIGTERM);
+    agent.await_end();
+    EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
+}
+
+TEST(Serve, KeepsWhatLibrariesPrintOutOfItsAnswers)
+{
+    const AgentResult result =
+        run_agent({"--plugin", PROBE_PLUGIN, "serve"},
+                  R"({"id":1,"command":"PRINT","params":{"text":"{\"id\":1}"}})");
+    EXPECT_EQ(result.output, R"({"id":1,"result":0,"reply":{"text":"{\"id\":1}"}})"
+                             "\n");
+    EXPECT_EQ(result.error, "{\"id\":1}\n");
+}

@@ -1,0 +1,53 @@
+// What becomes of system() in a process that must not touch the machine that it runs on.
+#include "agent_commands.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+using testing::HasSubstr;
+
+namespace {
+
+AgentResult run_system(const std::string &command, std::vector<std::string> options = {})
+{
+    options.insert(options.end(),
+                   {"--plugin", PROBE_PLUGIN, "call", "SYSTEM", "command=" + command});
+    return run_agent(options);
+}
+
+} // namespace
+
+TEST(System, RefusesEveryCommand)
+{
+    const std::string file = test_file("touched");
+    for (const std::string &command : {"touch " + file, std::string("reboot"), std::string(),
+                                       "sync;reboot; touch " + file, std::string("sync; reboot")}) {
+        const AgentResult result = run_system(command);
+        EXPECT_THAT(result.output, HasSubstr(R"("result":-1,"children":"none")")) << command;
+        EXPECT_EQ(result.error, "<3> hgagent: refused to run a command: " + command + "\n");
+    }
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST(System, LetsTheSimulatedGatewayReboot)
+{
+    const AgentResult result = run_system("sync;reboot", {"--trace", "-"});
+    EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
+    EXPECT_THAT(result.error, HasSubstr("<3> hgagent: the gateway reboots\n"));
+    EXPECT_THAT(result.error, HasSubstr("power cycle\n"));
+}
+
+TEST(System, PowerCyclesWhateverDeviceCanBe)
+{
+    const AgentResult result = run_system("sync;reboot", {"--device", BRIM_DEVICE});
+    EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
+    EXPECT_EQ(result.error, "<3> hgagent: the gateway reboots\npower cycle\n");
+}
+
+TEST(System, OnlyLogsTheRebootOfADeviceThatCannotBe)
+{
+    const AgentResult result = run_system("sync;reboot", {"--device", PROBE_PLUGIN});
+    EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
+    EXPECT_EQ(result.error, "<3> hgagent: the gateway reboots\n");
+}

@@ -1,0 +1,201 @@
+#include "agent_process.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <pty.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// Result of a system call, whose failure is a failure of the test.
+int checked(int result, const char *what)
+{
+    if (result < 0) {
+        throw std::system_error(errno, std::generic_category(), what);
+    }
+    return result;
+}
+
+std::string content_of(int file)
+{
+    std::string content(static_cast<size_t>(checked(lseek(file, 0, SEEK_END), "lseek")), '\0');
+    checked(static_cast<int>(pread(file, content.data(), content.size(), 0)), "pread");
+    return content;
+}
+
+} // namespace
+
+AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo output)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    error_ = checked(memfd_create("standard error", MFD_CLOEXEC), "memfd_create");
+    std::array<int, 2> in = {};
+    std::array<int, 2> out = {};
+    checked(pipe2(in.data(), O_CLOEXEC), "pipe2");
+    if (output == OutputTo::kTerminal) {
+        checked(openpty(&out[0], &out[1], nullptr, nullptr, nullptr), "openpty");
+    } else if (output == OutputTo::kFullDevice) {
+        out = {checked(open("/dev/null", O_RDONLY | O_CLOEXEC), "/dev/null"),
+               checked(open("/dev/full", O_WRONLY | O_CLOEXEC), "/dev/full")};
+    } else {
+        checked(pipe2(out.data(), O_CLOEXEC), "pipe2");
+    }
+    input_ = in[1];
+    output_ = out[0];
+    start(arguments, in[0], out[1]);
+    close(in[0]);
+    close(out[1]);
+}
+
+AgentProcess::~AgentProcess()
+{
+    if (process_ > 0) {
+        finish();
+    }
+    close(error_);
+}
+
+void AgentProcess::start(const std::vector<std::string> &arguments, int input, int output)
+{
+    std::vector<char *> words = {const_cast<char *>(HGAGENT_PATH)};
+    for (const std::string &argument : arguments) {
+        words.push_back(const_cast<char *>(argument.c_str()));
+    }
+    words.push_back(nullptr);
+
+    process_ = checked(fork(), "fork");
+    if (process_ == 0) {
+        dup2(input, STDIN_FILENO);
+        dup2(output, STDOUT_FILENO);
+        dup2(error_, STDERR_FILENO);
+        std::signal(SIGPIPE, SIG_DFL); // ignoring it would be inherited
+        execv(words[0], words.data());
+        _exit(127);
+    }
+}
+
+void AgentProcess::send(std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = write(input_, text.data(), text.size());
+        if (written < 0) {
+            return;
+        }
+        text.remove_prefix(static_cast<size_t>(written));
+    }
+}
+
+void AgentProcess::close_input()
+{
+    if (input_ >= 0) {
+        close(input_);
+        input_ = -1;
+    }
+}
+
+bool AgentProcess::read_more()
+{
+    std::array<char, 65536> buffer;
+    // A terminal whose other side is closed gives an error instead of an end.
+    const ssize_t count = output_ >= 0 ? read(output_, buffer.data(), buffer.size()) : 0;
+    if (count > 0) {
+        unread_.append(buffer.data(), static_cast<size_t>(count));
+    }
+    return count > 0;
+}
+
+std::string AgentProcess::read_line()
+{
+    size_t end = unread_.find('\n');
+    while (end == std::string::npos && read_more()) {
+        end = unread_.find('\n');
+    }
+    const std::string line = unread_.substr(0, end);
+    unread_.erase(0, end == std::string::npos ? end : end + 1);
+    return line;
+}
+
+void AgentProcess::close_output()
+{
+    if (output_ >= 0) {
+        close(output_);
+        output_ = -1;
+    }
+}
+
+void AgentProcess::signal(int number)
+{
+    checked(kill(process_, number), "kill");
+}
+
+void AgentProcess::await_end() const
+{
+    siginfo_t info;
+    checked(waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOWAIT), "waitid");
+}
+
+AgentResult AgentProcess::finish()
+{
+    close_input();
+    return wait();
+}
+
+AgentResult AgentProcess::wait()
+{
+    while (read_more()) {
+    }
+    close_output();
+    int status = 0;
+    rusage usage = {};
+    checked(wait4(process_, &status, 0, &usage), "wait4");
+    process_ = -1;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), std::move(unread_),
+            content_of(error_), usage.ru_maxrss};
+}
+
+AgentResult run_agent(const std::vector<std::string> &arguments, std::string_view input)
+{
+    AgentProcess agent(arguments);
+    // The agent answers while it reads: somebody has to read the answers while this writes.
+    std::thread writer([&] {
+        agent.send(input);
+        agent.close_input();
+    });
+    AgentResult result = agent.wait();
+    writer.join();
+    return result;
+}
+
+std::string test_file(const std::string &name)
+{
+    static const struct Folder {
+        std::filesystem::path path = std::filesystem::temp_directory_path() / "agent_test.XXXXXX";
+        Folder()
+        {
+            std::string made = path;
+            if (mkdtemp(made.data()) == nullptr) {
+                throw std::system_error(errno, std::generic_category(), made);
+            }
+            path = made;
+        }
+        ~Folder() { std::filesystem::remove_all(path); }
+    } folder;
+    return folder.path / name;
+}
+
+std::string test_file(const std::string &name, std::string_view content)
+{
+    const std::string path = test_file(name);
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}

@@ -1,0 +1,26 @@
+// A device library that is no simulated gateway and has no manners: it fills text fields to the
+// last byte, hands over what is no UTF-8, and can be power-cycled but not opened.
+#include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/device_access.h"
+
+#include <cstdio>
+#include <cstring>
+
+int32_t devapi_get_sn_info(SnInfo *info)
+{
+    memset(info->MAC, 'M', sizeof(info->MAC));
+    memcpy(info->tslinkstatus, "\xd6\"\x80", 3); // no UTF-8 around a quote
+    memset(info->DeviceType, 'D', sizeof(info->DeviceType));
+    return 0;
+}
+
+int32_t devapi_get_system_info(SystemInfo *info)
+{
+    memset(info, 'S', sizeof(*info));
+    return 0;
+}
+
+void simulated_gateway_power_cycle(void)
+{
+    fputs("power cycle\n", stderr);
+}

@@ -1,0 +1,77 @@
+/*
+ * A plug-in that shows its test what an agent does for plug-ins. Its commands:
+ *
+ *   SYSTEM    runs "command" with system(); replies with the result, and whether the process has
+ *             any child then
+ *   SERVICES  replies with what the agent makes of "text" and "mac"
+ *   LOG       logs "text" in many ways
+ *   PRINT     prints "text" to standard output
+ *   STOP      raises SIGTERM
+ */
+#include "smart_router_service/host_agent.h"
+#include "smart_router_service/processjsonability.h"
+
+#include <errno.h>
+#include <signal.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+SMART_ROUTER_API char *info_wersion;
+
+static const char *text_of(cJSON *obj, const char *key)
+{
+    return cJSON_GetStringValue(cJSON_GetObjectItem(obj, key));
+}
+
+static void run_command(cJSON *obj)
+{
+    cJSON_AddNumberToObject(obj, "result", system(text_of(obj, "command")));
+    const int none = waitpid(-1, NULL, WNOHANG) == -1 && errno == ECHILD;
+    cJSON_AddStringToObject(obj, "children", none ? "none" : "some");
+}
+
+static void use_services(cJSON *obj)
+{
+    char md5[HG_MD5_TEXT_SIZE];
+    char mac[HG_MAC_TEXT_SIZE];
+    char *encoded = base64_encode(text_of(obj, "text"));
+    getmd5(text_of(obj, "text"), md5);
+    mac_form_translate(text_of(obj, "mac"), HG_MAC_BARE, mac);
+    cJSON_AddStringToObject(obj, "base64", encoded);
+    cJSON_AddStringToObject(obj, "md5", md5);
+    cJSON_AddStringToObject(obj, "bare_mac", mac);
+    free_str_buf(&encoded);
+    cJSON_AddBoolToObject(obj, "freed", encoded == NULL);
+    memset(info_wersion, 'x', HG_VERSION_INFO_SIZE);
+}
+
+static void log_text(cJSON *obj)
+{
+    const char *text = text_of(obj, "text");
+    ts_mod_log_printf("probe", 3, "error %s", text);
+    ts_mod_log_printf("probe", 3, "ended by itself %s\n", text);
+    ts_mod_log_printf("probe", 7, "trace %s", text);
+    ts_mod_log_printf("probe", 3, "Account:%s|Password:%s|Enable:%s", text, text, text);
+}
+
+int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
+{
+    if (strcmp(cmd, "SYSTEM") == 0) {
+        run_command(obj);
+    } else if (strcmp(cmd, "SERVICES") == 0) {
+        use_services(obj);
+    } else if (strcmp(cmd, "LOG") == 0) {
+        log_text(obj);
+    } else if (strcmp(cmd, "PRINT") == 0) {
+        puts(text_of(obj, "text"));
+        fflush(stdout);
+    } else if (strcmp(cmd, "STOP") == 0) {
+        kill(getpid(), SIGTERM);
+    } else {
+        return HG_NO_SUCH_COMMAND;
+    }
+    return 0;
+}
