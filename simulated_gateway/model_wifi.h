@@ -1,6 +1,7 @@
 // The Wi-Fi of the home: radios, networks, and the networks of others.
 #pragma once
 
+#include "model_settings.h"
 #include "rules.h"
 #include "smart_router_service/device_access.h"
 
@@ -9,7 +10,6 @@
 
 namespace simulated_gateway {
 
-constexpr auto kBands = one_of("2.4GHz", "5GHz");
 constexpr auto kEncryptions = one_of("OPEN", "WPA2", "WPA3", "WPA2/3");
 constexpr char kNoEncryption[] = "OPEN";
 
