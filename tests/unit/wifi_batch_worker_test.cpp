@@ -1,52 +1,15 @@
-// The batch with its worker: each test decides when the worker goes on.
-#include "handler_test.h"
-#include "request.h"
+// One batch at a time, from the reply to the end of its worker.
 #include "wifi.h"
-#include "worker_control.h"
-
-#include <atomic>
-#include <cstring>
-#include <thread>
+#include "wifi_batch_fixture.h"
 
 namespace {
 
-using recording_device::Call;
 using recording_device::contents;
 using recording_device::when;
 using Names = std::vector<std::string>;
 
-constexpr char kSuccess[] = R"({"Status":"0"})";
-
 // The request to turn off the mesh first, as the apps have to receive it.
 constexpr char kMeshWarning[] = "\xC7\xEB\xCF\xC8\xB9\xD8\xB1\xD5mesh\xBF\xAA\xB9\xD8!";
-
-const Request kElement({{"SSIDIndex", R"("2")"},
-                        {"SSID", R"("home")"},
-                        {"PWD", R"("secret")"},
-                        {"ENCRYPT", R"("WPA2")"},
-                        {"PowerLevel", R"("80")"},
-                        {"Channel", R"("6")"},
-                        {"Enable", R"("1")"}});
-
-std::string element(int32_t index, const std::string &enable = "1")
-{
-    return kElement.with("SSIDIndex", quoted(std::to_string(index)))
-        .with("Enable", quoted(enable))
-        .json();
-}
-
-std::string element_record(int32_t index, const std::string &enable = "1")
-{
-    SsidInfo record = {index, "home", "secret", "WPA2", "80", "6",  "",
-                       "",    "-1",   "",       "-1",   "-1", "-1", ""};
-    strcpy(record.Enable, enable.c_str());
-    return contents(&record);
-}
-
-Request batch(const std::string &elements, const std::string &station_control = "1")
-{
-    return Request({{"WIFILIST", "[" + elements + "]"}, {"StaCtrl", quoted(station_control)}});
-}
 
 void mesh_is(int32_t state, int32_t result = 0)
 {
@@ -63,43 +26,6 @@ void main_5g_ssid_is(int32_t index, int32_t result = 0)
         return result;
     });
 }
-
-class WifiBatchTest : public HandlerTest {
-  protected:
-    WifiBatchTest()
-    {
-        g_set_wifi_array_size = 0;
-        memset(g_stactrl_enable, 0, sizeof g_stactrl_enable);
-        memset(g_fastroaming_enable, 0, sizeof g_fastroaming_enable);
-    }
-
-    std::string send(const Request &request) { return run("SET_WIFI_INFO_LIST", request.json()); }
-
-    // What the worker has done so far, its sleeps among the device's calls.
-    static std::vector<Call> worker_calls()
-    {
-        std::vector<Call> calls = recording_device::calls();
-        std::erase_if(calls,
-                      [](const Call &call) { return call.function.starts_with("devapi_get_"); });
-        return calls;
-    }
-
-    static std::vector<Call> whole_life(const std::string &station_control,
-                                        const std::string &fast_roaming,
-                                        const std::vector<std::string> &records)
-    {
-        std::vector<Call> calls = {{"sleep", {"1"}},
-                                   {"devapi_set_wifi_stactrl", {station_control}},
-                                   {"sleep", {"5"}},
-                                   {"devapi_set_wifi_fastroaming", {fast_roaming}}};
-        for (const std::string &record : records) {
-            calls.push_back({"devapi_set_ssid_list_info", {record}});
-        }
-        return calls;
-    }
-
-    WorkerControl control;
-};
 
 // ---- The life of a batch -----------------------------------------------------------------------
 
@@ -285,103 +211,6 @@ TEST_F(WifiBatchTest, TheMeshWarningComesForAMainSsidThatGoesOff)
         control.wait_until_idle();
     }
     EXPECT_EQ(control.workers(), std::size(cases));
-}
-
-// ---- Several batches ---------------------------------------------------------------------------
-
-TEST_F(WifiBatchTest, ASecondBatchWaitsInsideTheCommand)
-{
-    control.hold_sleeps();
-    send(batch(element(1)));
-    control.wait_for_sleep(1);
-    std::atomic<bool> answered = false;
-    std::thread second([&] {
-        EXPECT_EQ(send(batch(element(2) + "," + element(3))), kSuccess);
-        answered = true;
-    });
-    control.wait_for_waiting_batch();
-    EXPECT_FALSE(answered);
-    EXPECT_EQ(control.workers(), 1u);
-    EXPECT_EQ(g_set_wifi_array_size, 1);
-
-    control.end_all_sleeps();
-    second.join();
-    control.wait_until_idle();
-    std::vector<Call> expected = whole_life("1", "", {element_record(1)});
-    for (const Call &call : whole_life("1", "", {element_record(2), element_record(3)})) {
-        expected.push_back(call);
-    }
-    EXPECT_EQ(worker_calls(), expected);
-    EXPECT_EQ(control.workers(), 2u);
-}
-
-TEST_F(WifiBatchTest, ABatchWhileAWorkerSleepsChangesWhatThatOneApplies)
-{
-    for (const size_t sleeping : {1u, 2u}) {
-        recording_device::reset();
-        const size_t before = control.sleeps().size();
-        control.hold_sleeps();
-        send(batch(element(1), "one").with("FastRoaming", R"("first")"));
-        control.wait_for_sleep(before + 1);
-        if (sleeping == 2) {
-            control.end_sleep();
-            control.wait_for_sleep(before + 2);
-        }
-        std::thread second(
-            [&] { send(batch(element(2), "two").with("FastRoaming", R"("second")")); });
-        control.wait_for_waiting_batch();
-        control.end_all_sleeps();
-        second.join();
-        control.wait_until_idle();
-        std::vector<Call> expected =
-            whole_life(sleeping == 1 ? "two" : "one", "second", {element_record(1)});
-        for (const Call &call : whole_life("two", "second", {element_record(2)})) {
-            expected.push_back(call);
-        }
-        EXPECT_EQ(worker_calls(), expected) << "in sleep " << sleeping;
-    }
-}
-
-TEST_F(WifiBatchTest, ARefusedBatchWhileAWorkerSleepsChangesItsSwitchesToo)
-{
-    control.hold_sleeps();
-    send(batch(element(1), "one"));
-    control.wait_for_sleep(1);
-    EXPECT_EQ(send(batch("{}", "two").with("FastRoaming", R"("second")")),
-              R"({"StaCtrl":"two","FastRoaming":"second",)" + failure("set ssid failed") + "}");
-    control.end_all_sleeps();
-    control.wait_until_idle();
-    EXPECT_EQ(worker_calls(), whole_life("two", "second", {element_record(1)}));
-}
-
-TEST_F(WifiBatchTest, ManyBatchesAtOnceAreAppliedOneAfterTheOther)
-{
-    constexpr int32_t kThreads = 4;
-    constexpr int32_t kBatches = 10;
-    std::vector<std::thread> threads;
-    for (int32_t number = 1; number <= kThreads; ++number) {
-        threads.emplace_back([this, number] {
-            for (int32_t round = 0; round < kBatches; ++round) {
-                EXPECT_EQ(send(batch(element(number) + "," + element(number), "1")
-                                   .with("FastRoaming", R"("1")")),
-                          kSuccess);
-            }
-        });
-    }
-    for (std::thread &thread : threads) {
-        thread.join();
-    }
-    control.wait_until_idle();
-    const std::vector<Call> calls = worker_calls();
-    ASSERT_EQ(calls.size(), kThreads * kBatches * 6u);
-    std::vector<int32_t> applied(kThreads + 1);
-    for (size_t at = 0; at < calls.size(); at += 6) {
-        const auto index = recording_device::record<SsidInfo>(calls[at + 4]).SSIDIndex;
-        EXPECT_EQ(std::vector<Call>(calls.begin() + at, calls.begin() + at + 6),
-                  whole_life("1", "1", {element_record(index), element_record(index)}));
-        ++applied[index];
-    }
-    EXPECT_EQ(applied, (std::vector<int32_t>{0, kBatches, kBatches, kBatches, kBatches}));
 }
 
 } // namespace
