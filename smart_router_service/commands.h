@@ -10,6 +10,49 @@
 #define SMART_ROUTER_COMMANDS(COMMAND)                                                             \
     COMMAND("GET_SN_INFO", json_get_sn_info)                                                       \
     COMMAND("QUERY_SYSTEM_INFO", json_query_sys_info)                                              \
+    COMMAND("GET_SCAN_WIFI_SSIDLIST", json_scan_wifi_ssid_list)                                    \
+    COMMAND("GET_WIFI_INFO", json_get_wifi_info)                                                   \
+    COMMAND("SET_WIFI_INFO", json_set_wifi_info)                                                   \
+    COMMAND("GET_WIFI_LIST_INFO", json_get_wifi_list_info)                                         \
+    COMMAND("SET_WIFI_INFO_LIST", json_set_wifi_info_list)                                         \
+    COMMAND("SET_UPLINK_WIFI_INFO", json_set_uplink_wifi_info)                                     \
+    COMMAND("GET_SCAN_CHANNEL_POWER", json_get_scan_channle_power_list)                            \
+    COMMAND("GET_WIFI_SLEEP_SCHEDULE", json_get_wifi_sleep_info)                                   \
+    COMMAND("SET_WIFI_SLEEP_SCHEDULE", json_set_wifi_sleep_info)                                   \
+    COMMAND("GET_HG_BASE_INFO", json_get_hg_base_info)                                             \
+    COMMAND("SET_HG_BASE_INFO", json_set_hg_base_info)                                             \
+    COMMAND("SET_HG_GUEST_SSID", json_set_hg_guest_ssid)                                           \
+    COMMAND("GET_HG_GUEST_SSID", json_get_hg_guest_ssid)                                           \
+    COMMAND("SET_HG_PPPOE_INFO", json_set_hg_pppoe_info)                                           \
+    COMMAND("GET_HG_SLEEP_INFO", json_get_hg_sleep_info)                                           \
+    COMMAND("GET_HG_PPPOE_INFO", json_get_hg_pppoe_info)                                           \
+    COMMAND("SET_HG_DHCP_INFO", json_set_hg_dhcp_info)                                             \
+    COMMAND("GET_HG_DHCP_INFO", json_get_hg_dhcp_info)                                             \
+    COMMAND("SET_HG_SLEEP_INFO", json_set_hg_sleep_info)                                           \
+    COMMAND("HG_WIFI_INSPECTION", json_inspect_hg_wifi)                                            \
+    COMMAND("HG_WIFI_OPTIMIZATION", json_optimize_hg_wifi)                                         \
+    COMMAND("SET_LAN_IP_INFO", json_set_hg_lanip_info)                                             \
+    COMMAND("GET_LAN_IP_INFO", json_get_hg_lanip_info)                                             \
+    COMMAND("GET_GATEWAY_NET_FAULT", json_get_hg_net_status)                                       \
+    COMMAND("HG_WIFI_CHANNEL_POWER_OPTIMIZATION", json_optimize_wifi_channel_power)                \
+    COMMAND("HG_RESOURCE_INSPECTION", json_inspect_hg_resource)                                    \
+    COMMAND("HG_RESOURCE_OPTIMIZATION", json_optimize_hg_resource)                                 \
+    COMMAND("GET_HG_REBOOT_INFO", json_get_reboot_info)                                            \
+    COMMAND("SET_HG_REBOOT_INFO", json_set_reboot_info)                                            \
+    COMMAND("GET_HG_UPLINK_STATUS", json_get_uplink_status)                                        \
+    COMMAND("HG_INSPECTION", json_inspect_hg)                                                      \
+    COMMAND("RP_HG_REBOOT", json_reboot)                                                           \
+    COMMAND("GET_ADMIN_INFO", json_get_admin_info)                                                 \
+    COMMAND("SET_ADMIN_INFO", json_set_admin_info)                                                 \
+    COMMAND("SET_WEB_LOGIN_TYPE", json_set_web_login_type)                                         \
+    COMMAND("GET_WEB_LOGIN_INFO", json_get_web_login_info)                                         \
+    COMMAND("SET_WEB_LOGIN_INFO", json_set_web_login_info)                                         \
+    COMMAND("HG_NETCONN_INSPECTION", json_inspect_net_connect)                                     \
+    COMMAND("HG_NETCONN_OPTIMIZATION", json_optimize_net_connect)                                  \
+    COMMAND("HG_NETQUAL_INSPECTION", json_inspect_net_quality)                                     \
+    COMMAND("HG_NETQUAL_OPTIMIZATION", json_optimize_net_quality)                                  \
+    COMMAND("GET_WIFI_CHANNEL_LIST", json_get_all_wifi_channel_list)                               \
+    COMMAND("HG_LOCAL_RECOVERY", json_set_recovery)                                                \
     COMMAND("RESPONSE_ROUTER_VERSION", json_response_router_version)
 
 // A handler reads its parameters from the command object and adds its reply to it. What it returns

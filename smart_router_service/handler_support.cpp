@@ -1,34 +1,29 @@
 #include "handler_support.h"
 
+#include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 namespace smart_router {
 
-namespace {
-
-// cJSON_CreateString() wants a terminated text; a record's field need not be one. Building the item
-// from its length reads the field once and allocates no more than cJSON would.
-bool add_text_of_length(cJSON *object, const char *key, const char *text, size_t length)
-{
-    cJSON *item = cJSON_CreateNull();
-    char *copy = static_cast<char *>(item != nullptr ? cJSON_malloc(length + 1) : nullptr);
-    if (copy == nullptr) {
-        cJSON_Delete(item);
-        return false;
-    }
-    memcpy(copy, text, length);
-    copy[length] = '\0';
-    item->type = cJSON_String;
-    item->valuestring = copy;
-    cJSON_AddItemToObjectCS(object, key, item);
-    return true;
-}
-
-} // namespace
-
 const char *text_of(const cJSON *item)
 {
     return item != nullptr && cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
+}
+
+int32_t number_of(const char *text)
+{
+    const long number = strtol(text, nullptr, 10);
+    if (number > INT32_MAX) {
+        return INT32_MAX;
+    }
+    return number < INT32_MIN ? INT32_MIN : static_cast<int32_t>(number);
+}
+
+cJSON *array_of(const cJSON *obj, const char *key)
+{
+    cJSON *item = cJSON_GetObjectItem(obj, key);
+    return cJSON_IsArray(item) != 0 ? item : nullptr;
 }
 
 void copy_text(char *field, size_t width, const char *text)
@@ -64,29 +59,131 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
 void copy_items(FieldList fields, cJSON *const *items, void *record)
 {
     for (const Field &field : fields) {
-        copy_text(static_cast<char *>(record) + field.offset, field.width, text_of(*items++));
+        void *place = static_cast<char *>(record) + field.offset;
+        const char *text = text_of(*items++);
+        if (field.is_number()) {
+            *static_cast<int32_t *>(place) = number_of(text);
+        } else {
+            copy_text(static_cast<char *>(place), field.width, text);
+        }
     }
 }
 
-bool add_text(cJSON *object, const char *key, const char *text)
+int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record)
 {
-    return add_text_of_length(object, key, text, strlen(text));
+    if (item == nullptr || record == nullptr ||
+        find_required(item, fields, kNodeOrValueNull, items) != nullptr) {
+        return -1;
+    }
+    copy_items(fields, items, record);
+    return 0;
 }
 
+void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
+{
+    for (const Field &field : fields) {
+        char *place = static_cast<char *>(record) + field.offset;
+        cJSON *item = cJSON_GetObjectItem(obj, field.key);
+        const char *text = text_of(item);
+        copy_text(place, field.width, text != nullptr ? text : kUnchanged);
+        if (text != nullptr && found == Found::kIsConsumed) {
+            consume(obj, item);
+        }
+    }
+}
+
+// A text item with room for so many bytes and the NUL behind them; null when memory ran out.
+static cJSON *create_text(size_t size)
+{
+    cJSON *item = cJSON_CreateNull();
+    char *text = static_cast<char *>(item != nullptr ? cJSON_malloc(size + 1) : nullptr);
+    if (text == nullptr) {
+        cJSON_Delete(item);
+        return nullptr;
+    }
+    text[0] = '\0';
+    text[size] = '\0';
+    item->type = cJSON_String;
+    item->valuestring = text;
+    return item;
+}
+
+// cJSON_CreateString() wants a terminated text; a record's field need not be one. Building the item
+// from its length reads the field once and allocates no more than cJSON would.
 bool add_text(cJSON *object, const char *key, const char *text, size_t width)
 {
-    return add_text_of_length(object, key, text, strnlen(text, width));
+    const size_t length = strnlen(text, width);
+    cJSON *item = create_text(length);
+    if (item == nullptr) {
+        return false;
+    }
+    memcpy(item->valuestring, text, length);
+    cJSON_AddItemToObjectCS(object, key, item);
+    return true;
 }
 
 bool add_fields(cJSON *object, FieldList fields, const void *record)
 {
     for (const Field &field : fields) {
-        const char *text = static_cast<const char *>(record) + field.offset;
-        if (!add_text(object, field.key, text, field.width)) {
+        const void *place = static_cast<const char *>(record) + field.offset;
+        char number[12];
+        const char *text = static_cast<const char *>(place);
+        size_t width = field.width;
+        if (field.is_number()) {
+            snprintf(number, sizeof number, "%d", *static_cast<const int32_t *>(place));
+            text = number;
+            width = sizeof number;
+        }
+        if (!add_text(object, field.key, text, width)) {
             return false;
         }
     }
     return true;
+}
+
+void Reply::item(const char *key, cJSON *item)
+{
+    complete_ = complete_ && item != nullptr;
+    if (item != nullptr) {
+        cJSON_AddItemToObjectCS(&root_, key, item);
+    }
+}
+
+void Reply::reserve(FieldList fields)
+{
+    for (const Field &field : fields) {
+        item(field.key, create_text(field.width));
+    }
+}
+
+void Reply::set_reserved(FieldList fields, const void *record)
+{
+    for (const Field &field : fields) {
+        const char *text = static_cast<const char *>(record) + field.offset;
+        char *reserved = cJSON_GetObjectItem(&root_, field.key)->valuestring;
+        const size_t length = strnlen(text, field.width);
+        memcpy(reserved, text, length);
+        reserved[length] = '\0';
+    }
+}
+
+cJSON *Reply::list(const char *key)
+{
+    cJSON *list = cJSON_CreateArray();
+    item(key, list);
+    return list;
+}
+
+void Reply::append(cJSON *list, FieldList fields, const void *record)
+{
+    if (!complete_) {
+        return;
+    }
+    cJSON *object = cJSON_CreateObject();
+    complete_ = object != nullptr && add_fields(object, fields, record);
+    if (object != nullptr) {
+        cJSON_AddItemToArray(list, object);
+    }
 }
 
 bool Reply::join(cJSON *obj)
@@ -98,11 +195,6 @@ bool Reply::join(cJSON *obj)
         cJSON_AddItemToArray(obj, cJSON_DetachItemViaPointer(&root_, root_.child));
     }
     return true;
-}
-
-void fail(cJSON *obj, const char *reason)
-{
-    fail(obj, reason, reason != nullptr ? strlen(reason) : 0);
 }
 
 void fail(cJSON *obj, const char *reason, size_t width)
@@ -140,38 +232,60 @@ void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
     answer(obj, reply, failure);
 }
 
-bool SettingRun::begin(void *record, const MissingTexts &missing, const char *failure, Consume when)
+int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure)
+{
+    Reply done;
+    done.success();
+    if (cJSON_IsObject(obj) == 0 || !done.complete()) {
+        fail(obj, failure);
+        return -1;
+    }
+    const int32_t result = call();
+    if (result == 0) {
+        done.join(obj);
+    } else {
+        fail(obj, failure);
+    }
+    return result;
+}
+
+bool SettingSteps::find(const MissingTexts &missing)
 {
     const char *wrong = find_required(obj_, fields_, missing, items_);
-    if (wrong != nullptr) {
-        if (when == Consume::kAlways) {
-            consume_items();
-        }
-        fail(obj_, wrong);
-        return false;
+    if (wrong == nullptr) {
+        success_.success();
+        return true;
     }
-    success_.success();
+    if (when_ == Consume::kAlways) {
+        consume_items();
+    }
+    fail(obj_, wrong);
+    return false;
+}
+
+bool SettingSteps::fill_record(void *record, const char *failure, size_t width)
+{
     if (!success_.complete()) {
-        end(true, failure, when);
+        end(true, failure, width);
         return false;
     }
     copy_items(fields_, items_, record);
     return true;
 }
 
-void SettingRun::end(bool failed, const char *failure, Consume when)
+void SettingSteps::end(bool failed, const char *failure, size_t width)
 {
-    if (when != Consume::kOnSuccess || !failed) {
+    if (when_ != Consume::kOnSuccess || !failed) {
         consume_items();
     }
     if (failed) {
-        fail(obj_, failure);
+        fail(obj_, failure, width);
     } else {
         success_.join(obj_);
     }
 }
 
-void SettingRun::consume_items()
+void SettingSteps::consume_items()
 {
     for (size_t at = 0; at < fields_.count; ++at) {
         consume(obj_, items_[at]);

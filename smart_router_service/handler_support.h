@@ -9,7 +9,7 @@
 
 #include <stddef.h>
 #include <stdint.h>
-#include <stdlib.h>
+#include <string.h>
 
 // The host's log names its sources by module. The levels are the two that it knows from us.
 #define SMART_ROUTER_LOG_MODULE "libtsiotAgtd"
@@ -23,12 +23,15 @@ constexpr char kFailReason[] = "FailReason";
 
 // ---- Fields ------------------------------------------------------------------------------------
 
-// One text field of a record and the JSON key that it travels under. The key is stored in place,
-// not as a pointer, so that the tables need no relocation and stay in read-only memory.
+// One field of a record and the JSON key that it travels under, as a text in any case. The key is
+// stored in place, not as a pointer, so that the tables need no relocation and stay in read-only
+// memory.
 struct Field {
     char key[24];
     uint16_t offset;
-    uint16_t width;
+    uint16_t width; // of a text field; 0 for a 32-bit number
+
+    bool is_number() const { return width == 0; }
 };
 
 // The same, marked with the record that it belongs to, so that a table cannot mix records.
@@ -55,9 +58,12 @@ struct FieldList {
 // Never defined: reaching it while a table is built at compile time is the error message.
 void this_key_stands_twice_in_the_table();
 
-template <class T> struct TextWidth;
-template <size_t width> struct TextWidth<char[width]> {
+template <class Member> struct FieldWidth;
+template <size_t width> struct FieldWidth<char[width]> {
     static constexpr size_t value = width;
+};
+template <> struct FieldWidth<int32_t> {
+    static constexpr size_t value = 0;
 };
 
 template <class Record, class Member, size_t key_size>
@@ -70,11 +76,11 @@ constexpr FieldOf<Record> field_of(const char (&key)[key_size], size_t offset)
         field.key[at] = key[at];
     }
     field.offset = static_cast<uint16_t>(offset);
-    field.width = static_cast<uint16_t>(TextWidth<Member>::value);
+    field.width = static_cast<uint16_t>(FieldWidth<Member>::value);
     return field;
 }
 
-// The text member of the record under the key; the width follows from the member.
+// The record's member under the key: a text, whose width follows from the member, or a number.
 #define FIELD(Record, key, member)                                                                 \
     smart_router::field_of<Record, decltype(Record::member)>(key, offsetof(Record, member))
 
@@ -113,6 +119,13 @@ constexpr Fields<Record, count> fields_of(const FieldOf<Record> (&list)[count])
 // The item's text, or null where there is no item or it is not a text.
 const char *text_of(const cJSON *item);
 
+// The number that a decimal text begins with, as atoi() reads it; 0 where there is none, and the
+// nearest 32-bit number for one that is too large.
+int32_t number_of(const char *text);
+
+// The item under the key when it is an array; anything else counts as absent.
+cJSON *array_of(const cJSON *obj, const char *key);
+
 // Copies text into a field, cut at the field's width less one; the field always ends in NUL.
 void copy_text(char *field, size_t width, const char *text);
 template <size_t width> void copy_text(char (&field)[width], const char *text)
@@ -120,8 +133,33 @@ template <size_t width> void copy_text(char (&field)[width], const char *text)
     copy_text(field, width, text);
 }
 
+// Whether the field holds exactly this text.
+template <size_t width> bool holds(const char (&field)[width], const char *text)
+{
+    return strncmp(field, text, width) == 0;
+}
+
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
+
+// Fills a record from the keys of an item, all of which are required. Result: 0, or -1 when an
+// argument is null or a key has no text, and then the record is untouched.
+int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record);
+
+template <class Record, size_t count>
+int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *record)
+{
+    cJSON *items[count];
+    return read_items(item, fields, items, record);
+}
+
+// Tells the device to leave a setting as it is.
+constexpr char kUnchanged[] = "-1";
+
+// Fills the text fields that a request may leave out: with the key's text, or with kUnchanged.
+// Found texts are taken out of obj where asked for; a key without a text stays.
+enum class Found { kStays, kIsConsumed };
+void copy_optional(cJSON *obj, FieldList fields, void *record, Found found);
 
 // What a command answers when a required key is absent, and when it is there without a text.
 struct MissingTexts {
@@ -145,12 +183,20 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
 // Copies the items' texts into the fields of the record.
 void copy_items(FieldList fields, cJSON *const *items, void *record);
 
+// The entries to read of an array, by a count that the device library gave.
+constexpr size_t clamped(int32_t count, size_t most)
+{
+    if (count <= 0) {
+        return 0;
+    }
+    return static_cast<size_t>(count) < most ? static_cast<size_t>(count) : most;
+}
+
 // ---- Replies -----------------------------------------------------------------------------------
 
-// Appends a text item to an object; with a width, no more than so many bytes of text are read. The
-// key has to be a constant. Result: false when memory ran out, and then nothing was added.
-bool add_text(cJSON *object, const char *key, const char *text);
-bool add_text(cJSON *object, const char *key, const char *text, size_t width);
+// Appends a text item to an object; of text no more than width bytes are read. The key has to be a
+// constant. Result: false when memory ran out, and then nothing was added.
+bool add_text(cJSON *object, const char *key, const char *text, size_t width = SIZE_MAX);
 
 // Appends the record's fields in the table's order, up to the first that memory fails.
 bool add_fields(cJSON *object, FieldList fields, const void *record);
@@ -165,11 +211,7 @@ class Reply {
     Reply &operator=(const Reply &) = delete;
 
     // Append to the reply. The keys have to be constants.
-    void text(const char *key, const char *text)
-    {
-        complete_ = complete_ && add_text(&root_, key, text);
-    }
-    void text(const char *key, const char *text, size_t width)
+    void text(const char *key, const char *text, size_t width = SIZE_MAX)
     {
         complete_ = complete_ && add_text(&root_, key, text, width);
     }
@@ -179,6 +221,16 @@ class Reply {
     }
     void success() { text(kStatus, "0"); }
 
+    // Appends a text for each field, to be set once the device has filled the record: what a device
+    // was changed by has to be answered, so the memory comes first.
+    void reserve(FieldList fields);
+    void set_reserved(FieldList fields, const void *record);
+
+    // Appends an empty array, which belongs to the reply; null when memory has run out.
+    cJSON *list(const char *key);
+    // Appends an object with the fields to an array of this reply.
+    void append(cJSON *list, FieldList fields, const void *record);
+
     // False as soon as memory has run out for one item.
     bool complete() const { return complete_; }
 
@@ -187,14 +239,15 @@ class Reply {
     bool join(cJSON *obj);
 
   private:
+    void item(const char *key, cJSON *item);
+
     cJSON root_ = {};
     bool complete_ = true;
 };
 
 // Adds "Status" "1" and the "FailReason", both or none of them; the status alone for a null reason.
-void fail(cJSON *obj, const char *reason);
-// The same with a reason that the device library left in a field.
-void fail(cJSON *obj, const char *reason, size_t width);
+// Of a reason that the device library left in a field, no more than width bytes are read.
+void fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
 
 // Joins the reply, or fails with the reason when it could not be built.
 void answer(cJSON *obj, Reply &reply, const char *reason);
@@ -275,19 +328,36 @@ constexpr auto query(const Fields<Record, count> &fields, const char *failure)
     };
 }
 
+// An action without parameters. It is not carried out where there is no object to answer in.
+int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure);
+
+template <auto call> constexpr auto action(const char *failure)
+{
+    return [failure](cJSON *obj) -> int32_t {
+        return carry_out(obj, call, failure);
+    };
+}
+
 // A setting on its way: what was found in the request, and the reply to success, which is allocated
-// before the device is changed so that memory cannot fail a change that was made.
-class SettingRun {
+// before the device is changed so that memory cannot fail a change that was made. The steps are
+// taken in the order in which they stand here; one that returns false has answered the request.
+class SettingSteps {
   public:
-    SettingRun(cJSON *obj, FieldList fields, cJSON **items)
-        : obj_(obj), fields_(fields), items_(items)
+    // Finds the required keys.
+    bool find(const MissingTexts &missing);
+    // The reply to success, for what it holds beside the status.
+    Reply &success() { return success_; }
+    // What the request gave for the field at the position, uncut.
+    const char *text(size_t position) const { return text_of(items_[position]); }
+    // Once the device was called: replies, and takes the keys out.
+    void end(bool failed, const char *failure, size_t width = SIZE_MAX);
+
+  protected:
+    SettingSteps(cJSON *obj, FieldList fields, cJSON **items, Consume when)
+        : obj_(obj), fields_(fields), items_(items), when_(when)
     {
     }
-
-    // Result: true when the record is filled and the device may be called; else the request has
-    // been answered.
-    bool begin(void *record, const MissingTexts &missing, const char *failure, Consume when);
-    void end(bool failed, const char *failure, Consume when);
+    bool fill_record(void *record, const char *failure, size_t width);
 
   private:
     void consume_items();
@@ -295,7 +365,24 @@ class SettingRun {
     cJSON *obj_;
     FieldList fields_;
     cJSON **items_;
+    Consume when_;
     Reply success_;
+};
+
+template <class Record, size_t count> class SettingRun : public SettingSteps {
+  public:
+    SettingRun(cJSON *obj, const Fields<Record, count> &fields, Consume when)
+        : SettingSteps(obj, fields, found_, when)
+    {
+    }
+    // Copies what was found into the record; after that the device may be called.
+    bool fill(Record *record, const char *failure, size_t width = SIZE_MAX)
+    {
+        return fill_record(record, failure, width);
+    }
+
+  private:
+    cJSON *found_[count];
 };
 
 // A setting whose request keys are all required: finds them, copies them into a zeroed record,
@@ -307,13 +394,12 @@ constexpr auto setting(const Fields<Record, count> &fields, const char *failure,
 {
     return [&fields, failure, missing](cJSON *obj) -> int32_t {
         Record record = {};
-        cJSON *items[count];
-        SettingRun run(obj, fields, items);
-        if (!run.begin(&record, missing, failure, when)) {
+        SettingRun<Record, count> run(obj, fields, when);
+        if (!run.find(missing) || !run.fill(&record, failure)) {
             return -1;
         }
         const int32_t result = call(&record);
-        run.end(failed(result), failure, when);
+        run.end(failed(result), failure);
         return result;
     };
 }

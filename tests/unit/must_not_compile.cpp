@@ -8,7 +8,7 @@ namespace {
 struct One {
     char Name[8];
     char Other[8];
-    int32_t Number;
+    double Number;
 };
 
 struct Two {

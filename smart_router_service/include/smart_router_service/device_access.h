@@ -39,6 +39,11 @@
     static_assert(offsetof(record, field) == (offset) && sizeof(((record *)0)->field) == (width),  \
                   #record "." #field " has to be " #width " bytes at " #offset)
 
+/* A record with pointers has its layout on the 32-bit processors that it is meant for. */
+#define DEVAPI_RECORD_SIZE_32(record, size)                                                        \
+    static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
+                  #record " has to be " #size " bytes")
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -98,6 +103,635 @@ DEVAPI_RECORD_FIELD(SystemInfo, VLANCapability, 896, 192);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_system_info(SystemInfo *info);
+
+/* ---- Gateway settings ----------------------------------------------------------------------- */
+
+/* Identity and state of the gateway. */
+typedef struct HgBaseInfo {
+    char Name[64];                    /* name given by the user */
+    char Mac[32];                     /* MAC address */
+    char NetStatus[16];               /* state of the Internet connection */
+    char UpSpeed[32];                 /* upstream rate at this moment */
+    char DownSpeed[32];               /* downstream rate at this moment */
+    char WiFiStatus1[32];             /* state of the first radio, "up" or "1" when it is on */
+    char WiFiStatus2[32];             /* state of the second radio */
+    char SSID1[32];                   /* network name of the first radio */
+    char SSID2[32];                   /* network name of the second radio */
+    char Wlan1Mac[32];                /* MAC address of the second wireless interface */
+    char Wlan0Mac[32];                /* MAC address of the first wireless interface */
+    char ip[32];                      /* IP address of the gateway */
+    char HWVersion[32];               /* hardware version */
+    char FWVersion[32];               /* firmware version */
+    char FWDATA[32];                  /* date of the firmware */
+    char UpTime[32];                  /* time since the system started */
+    char WanUptime[32];               /* time since the WAN connection came up */
+    char DeviceType[32];              /* kind of device */
+    char AreaCode[32];                /* code of the operator's area */
+    char AddressType[16];             /* kind of addressing on the WAN side */
+    char Cpu[8];                      /* CPU load */
+    char QQGameAcceleratorEnable[16]; /* switch of the game accelerator */
+    char QosAcceleratorEnable[16];    /* switch of the QoS accelerator */
+    char FireWallEnable[16];          /* switch of the firewall */
+    char LedLight[8];                 /* brightness of the LEDs */
+    char LedSwitch[8];                /* switch of the LEDs */
+    char Memory[8];                   /* memory load */
+    char WanLinkMode[8];              /* kind of WAN connection */
+    char ConfiguerStatus[128];        /* state of the first configuration */
+} HgBaseInfo;
+
+DEVAPI_RECORD_SIZE(HgBaseInfo, 856);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Name, 0, 64);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Mac, 64, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, NetStatus, 96, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, UpSpeed, 112, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, DownSpeed, 144, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WiFiStatus1, 176, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WiFiStatus2, 208, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, SSID1, 240, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, SSID2, 272, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Wlan1Mac, 304, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Wlan0Mac, 336, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, ip, 368, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, HWVersion, 400, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, FWVersion, 432, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, FWDATA, 464, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, UpTime, 496, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WanUptime, 528, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, DeviceType, 560, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, AreaCode, 592, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, AddressType, 624, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Cpu, 640, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, QQGameAcceleratorEnable, 648, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, QosAcceleratorEnable, 664, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, FireWallEnable, 680, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, LedLight, 696, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, LedSwitch, 704, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Memory, 712, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WanLinkMode, 720, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, ConfiguerStatus, 728, 128);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_hg_base_info(HgBaseInfo *info);
+
+/* Gives the gateway another Name; all other fields are empty and mean nothing. Any result but 0 is
+ * a failure. */
+int32_t devapi_set_hg_base_info(const HgBaseInfo *info);
+
+/* Address plan of the LAN side. */
+typedef struct LanIpInfo {
+    char GatewayLanIP[32]; /* address of the gateway */
+    char SubnetMask[32];   /* mask of the subnet */
+    char StartIp[32];      /* first address of the DHCP pool */
+    char EndIp[32];        /* last address of the DHCP pool */
+} LanIpInfo;
+
+DEVAPI_RECORD_SIZE(LanIpInfo, 128);
+DEVAPI_RECORD_FIELD(LanIpInfo, GatewayLanIP, 0, 32);
+DEVAPI_RECORD_FIELD(LanIpInfo, SubnetMask, 32, 32);
+DEVAPI_RECORD_FIELD(LanIpInfo, StartIp, 64, 32);
+DEVAPI_RECORD_FIELD(LanIpInfo, EndIp, 96, 32);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_lan_ip_info(LanIpInfo *info);
+
+/* A setting with room behind it for the reason why the device refuses. */
+typedef struct LanIpSetting {
+    LanIpInfo info;
+    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+} LanIpSetting;
+
+DEVAPI_RECORD_SIZE(LanIpSetting, 192);
+DEVAPI_RECORD_FIELD(LanIpSetting, FailReason, 128, 64);
+
+/* Applies the address plan. Only -1 is a failure. */
+int32_t devapi_set_lan_ip_info(LanIpSetting *setting);
+
+/* Addresses of the WAN side. */
+typedef struct WanIpInfo {
+    char ip[34];              /* IP address */
+    char Dns[65];             /* DNS servers */
+    char WanGateWay[32];      /* address of the next gateway */
+    char ConnectionState[32]; /* "Connected", "Connecting" or another text */
+} WanIpInfo;
+
+DEVAPI_RECORD_SIZE(WanIpInfo, 163);
+DEVAPI_RECORD_FIELD(WanIpInfo, ip, 0, 34);
+DEVAPI_RECORD_FIELD(WanIpInfo, Dns, 34, 65);
+DEVAPI_RECORD_FIELD(WanIpInfo, WanGateWay, 99, 32);
+DEVAPI_RECORD_FIELD(WanIpInfo, ConnectionState, 131, 32);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_wan_ip_info(WanIpInfo *info);
+
+/* What a home page shows of the gateway. */
+typedef struct HomePageInfo {
+    char Devname[64];        /* name given by the user */
+    char UploadSpeed[64];    /* upstream rate at this moment */
+    char DownloadSpeed[64];  /* downstream rate at this moment */
+    char GameSpeed[8];       /* whether games are accelerated */
+    char GamePort[8];        /* port for games */
+    char GameBand[8];        /* band for games */
+    char CpuRate[64];        /* CPU load */
+    char MemRate[64];        /* memory load */
+    char CpuTemperature[64]; /* temperature of the CPU */
+} HomePageInfo;
+
+DEVAPI_RECORD_SIZE(HomePageInfo, 408);
+DEVAPI_RECORD_FIELD(HomePageInfo, Devname, 0, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, UploadSpeed, 64, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, DownloadSpeed, 128, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, GameSpeed, 192, 8);
+DEVAPI_RECORD_FIELD(HomePageInfo, GamePort, 200, 8);
+DEVAPI_RECORD_FIELD(HomePageInfo, GameBand, 208, 8);
+DEVAPI_RECORD_FIELD(HomePageInfo, CpuRate, 216, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, MemRate, 280, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, CpuTemperature, 344, 64);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_home_page_info(HomePageInfo *info);
+
+/* The DHCP server of the LAN side. */
+typedef struct DhcpInfo {
+    char Enable[16];     /* "1" when the server is on */
+    char IPAddress[64];  /* address of the server */
+    char SubNetMask[64]; /* mask of the subnet */
+    char GateWay[64];    /* gateway that the server names */
+} DhcpInfo;
+
+DEVAPI_RECORD_SIZE(DhcpInfo, 208);
+DEVAPI_RECORD_FIELD(DhcpInfo, Enable, 0, 16);
+DEVAPI_RECORD_FIELD(DhcpInfo, IPAddress, 16, 64);
+DEVAPI_RECORD_FIELD(DhcpInfo, SubNetMask, 80, 64);
+DEVAPI_RECORD_FIELD(DhcpInfo, GateWay, 144, 64);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_hg_dhcp_info(DhcpInfo *info);
+
+/* A setting with room behind it for the reason why the device refuses. */
+typedef struct DhcpSetting {
+    DhcpInfo info;
+    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+} DhcpSetting;
+
+DEVAPI_RECORD_SIZE(DhcpSetting, 272);
+DEVAPI_RECORD_FIELD(DhcpSetting, FailReason, 208, 64);
+
+/* Switches the DHCP server by Enable; the address fields are empty and mean nothing. Only -1 is a
+ * failure. */
+int32_t devapi_set_hg_dhcp_info(DhcpSetting *setting);
+
+/* The PPPoE account. */
+typedef struct PppoeInfo {
+    char Account[64];  /* name of the account */
+    char Password[64]; /* its password */
+    char Enable[16];   /* "1" when the gateway dials in by PPPoE */
+} PppoeInfo;
+
+DEVAPI_RECORD_SIZE(PppoeInfo, 144);
+DEVAPI_RECORD_FIELD(PppoeInfo, Account, 0, 64);
+DEVAPI_RECORD_FIELD(PppoeInfo, Password, 64, 64);
+DEVAPI_RECORD_FIELD(PppoeInfo, Enable, 128, 16);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_hg_pppoe_info(PppoeInfo *info);
+
+/* A setting with room behind it for the reason why the device refuses. */
+typedef struct PppoeSetting {
+    PppoeInfo info;
+    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+} PppoeSetting;
+
+DEVAPI_RECORD_SIZE(PppoeSetting, 208);
+DEVAPI_RECORD_FIELD(PppoeSetting, FailReason, 144, 64);
+
+/* Applies account and switch. Any result but 0 is a failure. */
+int32_t devapi_set_hg_pppoe_info(PppoeSetting *setting);
+
+/* ---- Administration ------------------------------------------------------------------------- */
+
+/* The administrator's account and the web login. Each function uses some of the fields. */
+typedef struct LoginInfo {
+    char WebLoginType[8]; /* kind of web login */
+    char Type[8];         /* kind of administrator account */
+    char Name[128];       /* name of the administrator */
+    char Password[128];   /* password of the account or of the web login */
+    char WebLoginIp[64];  /* address of the web login */
+} LoginInfo;
+
+DEVAPI_RECORD_SIZE(LoginInfo, 336);
+DEVAPI_RECORD_FIELD(LoginInfo, WebLoginType, 0, 8);
+DEVAPI_RECORD_FIELD(LoginInfo, Type, 8, 8);
+DEVAPI_RECORD_FIELD(LoginInfo, Name, 16, 128);
+DEVAPI_RECORD_FIELD(LoginInfo, Password, 144, 128);
+DEVAPI_RECORD_FIELD(LoginInfo, WebLoginIp, 272, 64);
+
+/* Fills Name and Password of the administrator. Any result but 0 is a failure. */
+int32_t devapi_get_admin_info(LoginInfo *info);
+
+/* Sets Type, Name and Password of the administrator. Any result but 0 is a failure. */
+int32_t devapi_set_admin_info(const LoginInfo *info);
+
+/* Sets WebLoginType. Any result but 0 is a failure. */
+int32_t devapi_set_web_login_type(const LoginInfo *info);
+
+/* Fills Password, WebLoginType and WebLoginIp of the web login. Any result but 0 is a failure. */
+int32_t devapi_get_web_login_info(LoginInfo *info);
+
+/* Sets WebLoginType and Password of the web login. Any result but 0 is a failure. */
+int32_t devapi_set_web_login_info(const LoginInfo *info);
+
+/* Goes back to the factory settings. Any result but 0 is a failure. */
+int32_t devapi_recovery(void);
+
+/* Restarts the gateway, at once or after the call. Any result but 0 is a failure. */
+int32_t devapi_reboot(void);
+
+/* Schedule of the restarts. */
+typedef struct RebootInfo {
+    char GatewayRebootEnable[8]; /* "1" when the schedule is on */
+    char Time[8];                /* time of the day */
+    char DaysOfWeek[16];         /* days of the week */
+} RebootInfo;
+
+DEVAPI_RECORD_SIZE(RebootInfo, 32);
+DEVAPI_RECORD_FIELD(RebootInfo, GatewayRebootEnable, 0, 8);
+DEVAPI_RECORD_FIELD(RebootInfo, Time, 8, 8);
+DEVAPI_RECORD_FIELD(RebootInfo, DaysOfWeek, 16, 16);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_reboot_info(RebootInfo *info);
+
+/* Sets the schedule. Any result but 0 is a failure. */
+int32_t devapi_set_reboot_info(const RebootInfo *info);
+
+/* When the gateway, its Wi-Fi and its LEDs sleep. */
+typedef struct HgSleepInfo {
+    char GatewaySleepEnable[8]; /* "1" when the gateway sleeps */
+    char WiFiSleepEnable[8];    /* "1" when the Wi-Fi sleeps */
+    char LedSleepEnable[8];     /* "1" when the LEDs sleep */
+    char StartTime[8];          /* when the sleep begins */
+    char EndTime[8];            /* when the sleep ends */
+} HgSleepInfo;
+
+DEVAPI_RECORD_SIZE(HgSleepInfo, 40);
+DEVAPI_RECORD_FIELD(HgSleepInfo, GatewaySleepEnable, 0, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, WiFiSleepEnable, 8, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, LedSleepEnable, 16, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, StartTime, 24, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, EndTime, 32, 8);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_hg_sleep_info(HgSleepInfo *info);
+
+/* Sets the sleep. Any result but 0 is a failure. */
+int32_t devapi_set_hg_sleep_info(const HgSleepInfo *info);
+
+/* ---- Inspection and optimisation ------------------------------------------------------------ */
+
+/* State of the network connection. The reserved parts are the device's own. */
+typedef struct NetInspectInfo {
+    char reserved0[128];   /* not read */
+    char WanStatus[64];    /* state of the WAN connection */
+    char NetStatus[392];   /* state of the Internet connection */
+    char WanIP[64];        /* IP address of the WAN side */
+    char NetMask[256];     /* mask of the WAN side */
+    char DnsStatus[8];     /* state of the name resolution */
+    char NetQuality[1032]; /* quality of the connection */
+} NetInspectInfo;
+
+DEVAPI_RECORD_SIZE(NetInspectInfo, 1944);
+DEVAPI_RECORD_FIELD(NetInspectInfo, reserved0, 0, 128);
+DEVAPI_RECORD_FIELD(NetInspectInfo, WanStatus, 128, 64);
+DEVAPI_RECORD_FIELD(NetInspectInfo, NetStatus, 192, 392);
+DEVAPI_RECORD_FIELD(NetInspectInfo, WanIP, 584, 64);
+DEVAPI_RECORD_FIELD(NetInspectInfo, NetMask, 648, 256);
+DEVAPI_RECORD_FIELD(NetInspectInfo, DnsStatus, 904, 8);
+DEVAPI_RECORD_FIELD(NetInspectInfo, NetQuality, 912, 1032);
+
+/* Measures the quality of the connection and fills NetQuality. Any result but 0 is a failure. */
+int32_t devapi_inspect_net_quality(NetInspectInfo *info);
+
+/* Improves the quality of the connection and fills NetQuality. Any result but 0 is a failure. */
+int32_t devapi_optimize_net_quality(NetInspectInfo *info);
+
+/* Examines the connection and fills DnsStatus and WanStatus. Any result but 0 is a failure. */
+int32_t devapi_inspect_net_connect(NetInspectInfo *info);
+
+/* Repairs the connection and fills DnsStatus. Any result but 0 is a failure. */
+int32_t devapi_optimize_net_connect(NetInspectInfo *info);
+
+/* State of the Wi-Fi. */
+typedef struct WifiInspectInfo {
+    char WiFiDevNum[8];     /* number of Wi-Fi clients */
+    char Security[8];       /* how safe the encryption is */
+    char Channel[8];        /* channel in use */
+    char Congestion[8];     /* how busy the channel is */
+    char PowerLevel[8];     /* transmit power */
+    char FireWallEnable[4]; /* switch of the firewall */
+} WifiInspectInfo;
+
+DEVAPI_RECORD_SIZE(WifiInspectInfo, 44);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, WiFiDevNum, 0, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, Security, 8, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, Channel, 16, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, Congestion, 24, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, PowerLevel, 32, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, FireWallEnable, 40, 4);
+
+/* Fills WiFiDevNum, Security, Channel and Congestion. Any result but 0 is a failure. */
+int32_t devapi_inspect_hg_wifi(WifiInspectInfo *info);
+
+/* Moves the Wi-Fi from Channel to a better one; writes the new Channel and its Congestion. Any
+ * result but 0 is a failure. */
+int32_t devapi_optimize_hg_wifi(WifiInspectInfo *info);
+
+/* The same with the transmit power: writes the new Channel, Congestion and PowerLevel. Any result
+ * but 0 is a failure. */
+int32_t devapi_optimize_wifi_channel_power(WifiInspectInfo *info);
+
+/* State of the firmware. The reserved part is the device's own. */
+typedef struct FwInspectInfo {
+    char FWVersion[64];   /* firmware version */
+    char reserved0[1024]; /* not read */
+} FwInspectInfo;
+
+DEVAPI_RECORD_SIZE(FwInspectInfo, 1088);
+DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 64);
+DEVAPI_RECORD_FIELD(FwInspectInfo, reserved0, 64, 1024);
+
+/* Examines everything and fills the three records. Any result but 0 is a failure. */
+int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net);
+
+/* Load of the gateway. */
+typedef struct ResourceInfo {
+    char CpuPercent[8];      /* CPU load in percent */
+    char MemPercent[8];      /* memory load in percent */
+    char LanDevNum[8];       /* number of attached devices */
+    char ProtectedDevNum[8]; /* number of devices under parental control */
+} ResourceInfo;
+
+DEVAPI_RECORD_SIZE(ResourceInfo, 32);
+DEVAPI_RECORD_FIELD(ResourceInfo, CpuPercent, 0, 8);
+DEVAPI_RECORD_FIELD(ResourceInfo, MemPercent, 8, 8);
+DEVAPI_RECORD_FIELD(ResourceInfo, LanDevNum, 16, 8);
+DEVAPI_RECORD_FIELD(ResourceInfo, ProtectedDevNum, 24, 8);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_inspect_hg_resource(ResourceInfo *info);
+
+/* Frees resources and fills CpuPercent and MemPercent. Any result but 0 is a failure. */
+int32_t devapi_optimize_hg_resource(ResourceInfo *info);
+
+/* Writes the state of the uplink as a text with its NUL into status, which has size bytes (8). Any
+ * result but 0 is a failure. */
+int32_t devapi_get_uplink_status(char *status, int32_t size);
+
+/* Writes why the network fails as a text with its NUL into reason, which has 16 bytes. Any result
+ * but 0 is a failure. */
+int32_t devapi_get_net_fault_info(char *reason);
+
+/* ---- Wi-Fi networks ------------------------------------------------------------------------- */
+
+/* Settings of one SSID. A setting whose Bandwidth, Mode, AdvertisementEnable or Beamforming is "-1"
+ * leaves that as it is. */
+typedef struct SsidInfo {
+    int32_t SSIDIndex;           /* number of the SSID, from 1 */
+    char SSID[64];               /* network name */
+    char PWD[64];                /* password */
+    char ENCRYPT[8];             /* kind of encryption */
+    char PowerLevel[64];         /* transmit power */
+    char Channel[8];             /* channel that is set */
+    char UsedChannel[8];         /* channel in use; only read */
+    char Enable[8];              /* "1" when the network is on */
+    char Bandwidth[16];          /* bandwidth of the channel */
+    char Type[16];               /* number of the band: not 0 for the upper one; only read */
+    char Mode[8];                /* wireless standards in use */
+    char AdvertisementEnable[8]; /* "1" when the name is broadcast */
+    char Beamforming[8];         /* "1" when beamforming is on */
+    char PermissionProperty[8];  /* what clients may do; only read */
+} SsidInfo;
+
+DEVAPI_RECORD_SIZE(SsidInfo, 292);
+DEVAPI_RECORD_FIELD(SsidInfo, SSIDIndex, 0, 4);
+DEVAPI_RECORD_FIELD(SsidInfo, SSID, 4, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, PWD, 68, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, ENCRYPT, 132, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, PowerLevel, 140, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, Channel, 204, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, UsedChannel, 212, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Enable, 220, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Bandwidth, 228, 16);
+DEVAPI_RECORD_FIELD(SsidInfo, Type, 244, 16);
+DEVAPI_RECORD_FIELD(SsidInfo, Mode, 260, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, AdvertisementEnable, 268, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Beamforming, 276, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, PermissionProperty, 284, 8);
+
+/* Fills info for the SSID of SSIDIndex, which may be any number. Any result but 0 is a failure. */
+int32_t devapi_get_ssid_info(SsidInfo *info);
+
+/* Applies the settings to the SSID of SSIDIndex, which may be any number; Bandwidth is empty and
+ * means nothing. Any result but 0 is a failure. */
+int32_t devapi_set_ssid_info(const SsidInfo *info);
+
+/* Sets the transmit power of the 5 GHz radio. The result is not looked at. */
+int32_t devapi_set_5gwifi_powerlevel(const char *level);
+
+/* Writes the number of SSIDs. Any result but 0 is a failure. */
+int32_t devapi_get_ssid_num(int32_t *count);
+
+/* Writes 1 when stations are steered between the radios, another number when they are not. Any
+ * result but 0 is a failure. */
+int32_t devapi_get_wifi_stactrl(int32_t *state);
+
+/* Writes the state of fast roaming as a text with its NUL into enable, which has 8 bytes; an empty
+ * text when it is not known. Any result but 0 is a failure. */
+int32_t devapi_get_wifi_fastroaming_enable(char *enable);
+
+/* Writes the number of the main SSID of the 5 GHz radio; index is 0 before. The result is not
+ * looked at. */
+int32_t devapi_get_5g_wifi_index(int32_t *index);
+
+/* Writes 1 when the mesh is on; enable is 0 before. The callers say what they make of the result.
+ */
+int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
+
+/* The three calls by which the plug-in's worker applies a list of settings: the switch of station
+ * control, the switch of fast roaming (which may be empty), and each SSID, with Bandwidth. Their
+ * results are not looked at. */
+int32_t devapi_set_wifi_stactrl(const char *enable);
+int32_t devapi_set_wifi_fastroaming(const char *enable);
+int32_t devapi_set_ssid_list_info(const SsidInfo *info);
+
+/* ---- Wi-Fi schedule, scans and channels ----------------------------------------------------- */
+
+/* One of the three periods in which the Wi-Fi sleeps. Period k has the timers 2k-1 and 2k. */
+typedef struct WifiSleepInfo {
+    int32_t StartTimer;  /* number of the timer that begins the period */
+    int32_t EndTimer;    /* number of the timer that ends it */
+    char Enable[16];     /* "1" when the period is on */
+    char StartTime[32];  /* when the sleep begins */
+    char EndTime[32];    /* when the sleep ends */
+    char DaysOfWeek[32]; /* days of the week */
+} WifiSleepInfo;
+
+DEVAPI_RECORD_SIZE(WifiSleepInfo, 120);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTimer, 0, 4);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTimer, 4, 4);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, Enable, 8, 16);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTime, 24, 32);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTime, 56, 32);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, DaysOfWeek, 88, 32);
+
+/* Fills info for the period of the timers that are set in it. Any result but 0 is a failure: the
+ * period is left out. */
+int32_t devapi_get_wifi_sleep_info(WifiSleepInfo *info);
+
+/* Removes all periods. Any result but 0 is a failure. */
+int32_t devapi_del_all_wifi_timerinfo(void);
+
+/* Adds timers for one more period and then sets what they do. The timers of the first call's record
+ * are 0: the device numbers them, and may write the numbers for the second call. Any result but 0
+ * is a failure. */
+int32_t devapi_add_wifi_timer(WifiSleepInfo *info);
+int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
+
+/* One network found by a scan. */
+typedef struct ScanEntry {
+    char SSID[64];       /* network name */
+    char PowerLevel[64]; /* received power */
+    char ENCRYPT[64];    /* kind of encryption */
+    char WPACypher[64];  /* cipher of WPA */
+    char WPA2Cypher[64]; /* cipher of WPA2 */
+    char Band[64];       /* frequency band */
+    char Connected[64];  /* "1" when the router is connected to it */
+} ScanEntry;
+
+DEVAPI_RECORD_SIZE(ScanEntry, 448);
+DEVAPI_RECORD_FIELD(ScanEntry, SSID, 0, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, PowerLevel, 64, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, ENCRYPT, 128, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, WPACypher, 192, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, WPA2Cypher, 256, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, Band, 320, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, Connected, 384, 64);
+
+/* What a scan found. */
+typedef struct ScanResult {
+    int32_t reserved0;      /* not read */
+    ScanEntry *entries[60]; /* networks in any of the slots, the others null */
+} ScanResult;
+
+DEVAPI_RECORD_SIZE_32(ScanResult, 244);
+
+/* Fills the slots with entries that it allocates with malloc(), each on its own; the plug-in frees
+ * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure.
+ */
+int32_t devapi_get_scan_ssid(ScanResult *result);
+
+/* Received power of one network. */
+typedef struct ChannelPower {
+    char name[64];    /* network name */
+    char dbpower[64]; /* received power */
+} ChannelPower;
+
+DEVAPI_RECORD_SIZE(ChannelPower, 128);
+DEVAPI_RECORD_FIELD(ChannelPower, name, 0, 64);
+DEVAPI_RECORD_FIELD(ChannelPower, dbpower, 64, 64);
+
+/* Received power of all networks. */
+typedef struct ChannelPowerResult {
+    int32_t count;         /* number of entries; none when it is negative */
+    ChannelPower *entries; /* array of so many entries */
+} ChannelPowerResult;
+
+DEVAPI_RECORD_SIZE_32(ChannelPowerResult, 8);
+
+/* Fills result with an array that it allocates with malloc(); the plug-in frees it, also after a
+ * failure. Any result but 0 is a failure. */
+int32_t devapi_scan_channel_power(ChannelPowerResult *result);
+
+/* Channels that the radios may use. */
+typedef struct WifiChannelList {
+    int32_t count_24g;        /* number of channels at 2.4 GHz, at most 64 */
+    int32_t count_5g;         /* number of channels at 5 GHz, at most 64 */
+    int16_t channels_24g[64]; /* their numbers */
+    int16_t channels_5g[64];
+} WifiChannelList;
+
+DEVAPI_RECORD_SIZE(WifiChannelList, 264);
+DEVAPI_RECORD_FIELD(WifiChannelList, channels_24g, 8, 128);
+DEVAPI_RECORD_FIELD(WifiChannelList, channels_5g, 136, 128);
+
+/* Fills list. The callers say which results are failures. */
+int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
+
+/* ---- Guest Wi-Fi ---------------------------------------------------------------------------- */
+
+/* The guest network of one band. A text "-1" means that the value was not given. */
+typedef struct GuestWifiInfo {
+    char reserved0[4];           /* not used */
+    char RadioEnable[8];         /* "1" when the band's radio is on; only read */
+    char Enable[16];             /* "1" when the guest network is on */
+    char SSID[64];               /* network name */
+    char Band[16];               /* the band */
+    char ContinueTime[8];        /* whole days that it stays open */
+    char HourTime[8];            /* hours that it stays open */
+    char EndTimestamp[16];       /* seconds that it stays open, reckoned from days and hours */
+    char Remainingtime[16];      /* time left; only read */
+    char PWD[64];                /* password */
+    char ENCRYPT[16];            /* kind of encryption */
+    char Mode[8];                /* wireless standards in use */
+    char AdvertisementEnable[8]; /* "1" when the name is broadcast */
+    char PermissionProperty[8];  /* what guests may do; only read */
+} GuestWifiInfo;
+
+DEVAPI_RECORD_SIZE(GuestWifiInfo, 260);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, reserved0, 0, 4);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, RadioEnable, 4, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Enable, 12, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, SSID, 28, 64);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Band, 92, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, ContinueTime, 108, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, HourTime, 116, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, EndTimestamp, 124, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Remainingtime, 140, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, PWD, 156, 64);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, ENCRYPT, 220, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Mode, 236, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, AdvertisementEnable, 244, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, PermissionProperty, 252, 8);
+
+/* Fills info for the guest network of Band. Any result but 0 is a failure. */
+int32_t devapi_get_guest_wifi_info(GuestWifiInfo *info);
+
+/* Sets up the guest network of Band. -2 says that the band's radio is off; any other result but 0
+ * is a failure as well. */
+int32_t devapi_set_guest_wifi_info(const GuestWifiInfo *info);
+
+/* ---- Uplink Wi-Fi --------------------------------------------------------------------------- */
+
+/* The network that the router joins as a repeater. */
+typedef struct UplinkWifiInfo {
+    char SSID[64];       /* network name; after a success that of the network joined */
+    char PWD[64];        /* password */
+    char ENCRYPT[64];    /* kind of encryption */
+    char WPACypher[64];  /* cipher of WPA */
+    char WPA2Cypher[64]; /* cipher of WPA2 */
+    char Band[128];      /* frequency band */
+} UplinkWifiInfo;
+
+DEVAPI_RECORD_SIZE(UplinkWifiInfo, 448);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, SSID, 0, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, PWD, 64, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, ENCRYPT, 128, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPACypher, 192, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPA2Cypher, 256, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, Band, 320, 128);
+
+/* Joins the network. 0 is success, -1 a failure, -2 says that another client uses the repeater; of
+ * any other result the client is told nothing. */
+int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
 #ifdef __cplusplus
 }

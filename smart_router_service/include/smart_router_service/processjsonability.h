@@ -21,7 +21,10 @@
 #ifndef SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
 #define SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
 
+#include "smart_router_service/device_access.h"
+
 #include <cjson/cJSON.h>
+#include <pthread.h>
 #include <stdint.h>
 
 #define SMART_ROUTER_API __attribute__((visibility("default")))
@@ -41,12 +44,33 @@ extern "C" {
  *
  * cmd: the command's name, compared byte for byte; NULL names no command.
  * obj: the command object: the request's keys on entry, the reply's on return. To anything but an
- *      object (NULL, an array, a text …) no reply can be added.
+ *      object (NULL, an array, a text …) no reply can be added, and so nothing is changed for it.
  *
  * Result: 0 when the name was found and its handler was called, whatever the handler answered;
  * HG_NO_SUCH_COMMAND when there is no such command, and then obj is untouched.
  */
 SMART_ROUTER_API int32_t hg_process_json_cmd(const char *cmd, cJSON *obj);
+
+/* ---- Reports that the agent asks for by itself; no command leads to them ----------------------
+ */
+
+/*
+ * Adds what a home page shows of the gateway: "Status" "0", then "Devname", "UploadSpeed",
+ * "DownloadSpeed", "GameSpeed", "GamePort", "GameBand", "CpuRate", "MemRate" and "CpuTemperature",
+ * all texts; or "Status" "1" and "FailReason". Result: that of the device call, 0 on success.
+ */
+SMART_ROUTER_API int32_t json_get_home_page_info(cJSON *obj);
+
+/*
+ * Fills an SSID record from an object of the agent's own: SSIDIndex, SSID, PowerLevel, Channel,
+ * Enable and PWD, all required, all texts. The record's other fields stay as they are, ENCRYPT
+ * among them. Result: 0, or -1 when an argument is NULL or a key has no text, and then the record
+ * is untouched.
+ */
+SMART_ROUTER_API int32_t parse_wifi_set_info_from_json(SsidInfo *record, cJSON *item);
+
+/* ---- State shared with the agent --------------------------------------------------------------
+ */
 
 /*
  * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last answered RESPONSE_ROUTER_VERSION,
@@ -55,6 +79,22 @@ SMART_ROUTER_API int32_t hg_process_json_cmd(const char *cmd, cJSON *obj);
  * untouched when the text with its terminator would not fit.
  */
 extern SMART_ROUTER_API char *info_wersion;
+
+/*
+ * Held while a batch of SET_WIFI_INFO_LIST waits to be applied or is being applied by its worker,
+ * for about six seconds. A second batch waits for it inside the command. An agent that wants to end
+ * in peace takes and releases it first.
+ */
+extern SMART_ROUTER_API pthread_mutex_t setwifilistlock;
+
+/*
+ * The batch that is being applied: the number of its records, guarded by setwifilistlock, and the
+ * last "StaCtrl" and the last non-empty "FastRoaming" that were received, which are not guarded: a
+ * batch that arrives while another waits changes what that one applies.
+ */
+extern SMART_ROUTER_API int32_t g_set_wifi_array_size;
+extern SMART_ROUTER_API char g_stactrl_enable[8];
+extern SMART_ROUTER_API char g_fastroaming_enable[8];
 
 #ifdef __cplusplus
 }

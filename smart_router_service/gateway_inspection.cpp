@@ -1,0 +1,177 @@
+// The check-up: what the gateway finds when it examines itself, and what it does about it.
+#include "handler_support.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kNetQuality = fields_of<NetInspectInfo>({
+    FIELD(NetInspectInfo, "NetQuality", NetQuality),
+});
+
+constexpr auto kNetConnection = fields_of<NetInspectInfo>({
+    FIELD(NetInspectInfo, "DnsStatus", DnsStatus),
+    FIELD(NetInspectInfo, "WanStatus", WanStatus),
+});
+
+constexpr auto kDnsStatus = fields_of<NetInspectInfo>({
+    FIELD(NetInspectInfo, "DnsStatus", DnsStatus),
+});
+
+constexpr auto kWholeNet = fields_of<NetInspectInfo>({
+    FIELD(NetInspectInfo, "WanStatus", WanStatus),
+    FIELD(NetInspectInfo, "NetStatus", NetStatus),
+    FIELD(NetInspectInfo, "WanIP", WanIP),
+    FIELD(NetInspectInfo, "NetMask", NetMask),
+});
+
+constexpr auto kFirmware = fields_of<FwInspectInfo>({
+    FIELD(FwInspectInfo, "FWVersion", FWVersion),
+});
+
+constexpr auto kWifi = fields_of<WifiInspectInfo>({
+    FIELD(WifiInspectInfo, "WiFiDevNum", WiFiDevNum),
+    FIELD(WifiInspectInfo, "Security", Security),
+    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, "Congestion", Congestion),
+});
+
+constexpr auto kPowerAndFirewall = fields_of<WifiInspectInfo>({
+    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+    FIELD(WifiInspectInfo, "FireWallEnable", FireWallEnable),
+});
+
+constexpr auto kChannel = fields_of<WifiInspectInfo>({
+    FIELD(WifiInspectInfo, "Channel", Channel),
+});
+
+constexpr auto kChosenChannel = fields_of<WifiInspectInfo>({
+    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, "Congestion", Congestion),
+});
+
+constexpr auto kChannelAndPower = fields_of<WifiInspectInfo>({
+    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+});
+
+constexpr auto kChosenChannelAndPower = fields_of<WifiInspectInfo>({
+    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, "Congestion", Congestion),
+    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+});
+
+constexpr auto kResources = fields_of<ResourceInfo>({
+    FIELD(ResourceInfo, "CpuPercent", CpuPercent),
+    FIELD(ResourceInfo, "MemPercent", MemPercent),
+    FIELD(ResourceInfo, "LanDevNum", LanDevNum),
+    FIELD(ResourceInfo, "ProtectedDevNum", ProtectedDevNum),
+});
+
+constexpr auto kFreedResources = fields_of<ResourceInfo>({
+    FIELD(ResourceInfo, "CpuPercent", CpuPercent),
+    FIELD(ResourceInfo, "MemPercent", MemPercent),
+});
+
+// Two calls hand over a bare text; as a record they are queries like the others.
+struct UplinkStatus {
+    char UpLinkStatus[8];
+};
+
+int32_t get_uplink_status(UplinkStatus *status)
+{
+    return devapi_get_uplink_status(status->UpLinkStatus, sizeof status->UpLinkStatus);
+}
+
+constexpr auto kUplinkStatus = fields_of<UplinkStatus>({
+    FIELD(UplinkStatus, "UpLinkStatus", UpLinkStatus),
+});
+
+struct NetFault {
+    char NetFaultReason[16];
+};
+
+int32_t get_net_fault(NetFault *fault)
+{
+    return devapi_get_net_fault_info(fault->NetFaultReason);
+}
+
+constexpr auto kNetFault = fields_of<NetFault>({
+    FIELD(NetFault, "NetFaultReason", NetFaultReason),
+});
+
+// An optimisation starts from the request's values and answers with those that the device chose,
+// under the same keys.
+template <auto call, size_t wished, size_t chosen>
+constexpr auto optimization(const Fields<WifiInspectInfo, wished> &wishes,
+                            const Fields<WifiInspectInfo, chosen> &choices, const char *failure)
+{
+    return [&wishes, &choices, failure](cJSON *obj) -> int32_t {
+        WifiInspectInfo info = {};
+        SettingRun run(obj, wishes, Consume::kAfterCall);
+        if (!run.find(kNodeOrValueNull)) {
+            return -1;
+        }
+        run.success().reserve(choices);
+        if (!run.fill(&info, failure)) {
+            return -1;
+        }
+        const int32_t result = call(&info);
+        run.success().set_reserved(choices, &info);
+        run.end(result != 0, failure);
+        return result;
+    };
+}
+
+} // namespace
+
+HANDLER(json_inspect_net_quality,
+        query<devapi_inspect_net_quality>(kNetQuality, "Net quality inspection failed"))
+HANDLER(json_optimize_net_quality,
+        query<devapi_optimize_net_quality>(kNetQuality, "Net quality optimize failed"))
+
+HANDLER(json_inspect_net_connect,
+        query<devapi_inspect_net_connect>(kNetConnection, "get net connect inspection failed"))
+HANDLER(json_optimize_net_connect,
+        query<devapi_optimize_net_connect>(kDnsStatus, "Net connect optimize failed"))
+
+int32_t json_inspect_hg(cJSON *obj)
+{
+    constexpr char kFailure[] = "inspect hg failed";
+    WifiInspectInfo wifi = {};
+    FwInspectInfo firmware = {};
+    NetInspectInfo net = {};
+    const int32_t result = devapi_inspect_hg(&wifi, &firmware, &net);
+    if (result != 0) {
+        fail(obj, kFailure);
+        return result;
+    }
+    Reply reply;
+    reply.success();
+    reply.fields(kWifi, &wifi);
+    reply.fields(kFirmware, &firmware);
+    reply.fields(kWholeNet, &net);
+    reply.fields(kPowerAndFirewall, &wifi);
+    answer(obj, reply, kFailure);
+    return result;
+}
+
+HANDLER(json_get_uplink_status, query<get_uplink_status>(kUplinkStatus, "get uplink status failed"))
+
+HANDLER(json_inspect_hg_resource,
+        query<devapi_inspect_hg_resource>(kResources, "get resource inspection info failed"))
+// Apps know the inspection's text from here as well.
+HANDLER(json_optimize_hg_resource,
+        query<devapi_optimize_hg_resource>(kFreedResources, "get resource inspection info failed"))
+
+HANDLER(json_inspect_hg_wifi,
+        query<devapi_inspect_hg_wifi>(kWifi, "get wifi inspection info failed"))
+// The sleep setting's text; apps know it from here as well.
+HANDLER(json_optimize_hg_wifi,
+        optimization<devapi_optimize_hg_wifi>(kChannel, kChosenChannel, "SET_HG_SLEEP_INFO_FAIL"))
+HANDLER(json_optimize_wifi_channel_power,
+        optimization<devapi_optimize_wifi_channel_power>(kChannelAndPower, kChosenChannelAndPower,
+                                                         "wifi channel power optimize failed"))
+
+// A fault that cannot be found out has no reason to give.
+HANDLER(json_get_hg_net_status, (query<get_net_fault, StatusAt::kLast>(kNetFault, nullptr)))

@@ -1,0 +1,210 @@
+// Base information and home page of the gateway, its LAN addresses, DHCP server and PPPoE account.
+#include "handler_support.h"
+
+using namespace smart_router;
+
+namespace {
+
+// ---- Base information --------------------------------------------------------------------------
+
+constexpr auto kBaseFields = fields_of<HgBaseInfo>({
+    FIELD(HgBaseInfo, "Name", Name),
+    FIELD(HgBaseInfo, "Mac", Mac),
+    FIELD(HgBaseInfo, "NetStatus", NetStatus),
+    FIELD(HgBaseInfo, "UpSpeed", UpSpeed),
+    FIELD(HgBaseInfo, "DownSpeed", DownSpeed),
+    FIELD(HgBaseInfo, "WiFiStatus1", WiFiStatus1),
+    FIELD(HgBaseInfo, "WiFiStatus2", WiFiStatus2),
+    FIELD(HgBaseInfo, "SSID1", SSID1),
+    FIELD(HgBaseInfo, "SSID2", SSID2),
+    FIELD(HgBaseInfo, "ip", ip),
+    FIELD(HgBaseInfo, "HWVersion", HWVersion),
+    FIELD(HgBaseInfo, "FWVersion", FWVersion),
+    FIELD(HgBaseInfo, "FWDATA", FWDATA),
+    FIELD(HgBaseInfo, "UpTime", UpTime),
+    FIELD(HgBaseInfo, "DeviceType", DeviceType),
+    FIELD(HgBaseInfo, "AreaCode", AreaCode),
+    FIELD(HgBaseInfo, "Wlan0Mac", Wlan0Mac),
+    FIELD(HgBaseInfo, "Wlan1Mac", Wlan1Mac),
+    FIELD(HgBaseInfo, "WanLinkMode", WanLinkMode),
+    FIELD(HgBaseInfo, "Cpu", Cpu),
+    FIELD(HgBaseInfo, "Memory", Memory),
+});
+
+constexpr auto kBaseLanFields = fields_of<LanIpInfo>({
+    FIELD(LanIpInfo, "LanIp", GatewayLanIP),
+});
+
+constexpr auto kBaseWanFields = fields_of<WanIpInfo>({
+    FIELD(WanIpInfo, "WanGateWay", WanGateWay),
+    FIELD(WanIpInfo, "Dns", Dns),
+});
+
+constexpr auto kNameField = fields_of<HgBaseInfo>({FIELD(HgBaseInfo, "Name", Name)});
+
+constexpr auto kHomePageFields = fields_of<HomePageInfo>({
+    FIELD(HomePageInfo, "Devname", Devname),
+    FIELD(HomePageInfo, "UploadSpeed", UploadSpeed),
+    FIELD(HomePageInfo, "DownloadSpeed", DownloadSpeed),
+    FIELD(HomePageInfo, "GameSpeed", GameSpeed),
+    FIELD(HomePageInfo, "GamePort", GamePort),
+    FIELD(HomePageInfo, "GameBand", GameBand),
+    FIELD(HomePageInfo, "CpuRate", CpuRate),
+    FIELD(HomePageInfo, "MemRate", MemRate),
+    FIELD(HomePageInfo, "CpuTemperature", CpuTemperature),
+});
+
+// Reads a record; one whose read failed is empty, whatever the failed call wrote into it.
+template <auto call, class Record> bool read_or_empty(Record &record)
+{
+    record = {};
+    if (call(&record) == 0) {
+        return true;
+    }
+    record = {};
+    return false;
+}
+
+// ---- LAN, DHCP and PPPoE -----------------------------------------------------------------------
+
+constexpr auto kLanFields = fields_of<LanIpInfo>({
+    FIELD(LanIpInfo, "GatewayLanIP", GatewayLanIP),
+    FIELD(LanIpInfo, "SubnetMask", SubnetMask),
+    FIELD(LanIpInfo, "StartIp", StartIp),
+    FIELD(LanIpInfo, "EndIp", EndIp),
+});
+
+constexpr auto kDhcpFields = fields_of<DhcpInfo>({
+    FIELD(DhcpInfo, "Enable", Enable),
+    FIELD(DhcpInfo, "IPAddress", IPAddress),
+    FIELD(DhcpInfo, "SubNetMask", SubNetMask),
+    FIELD(DhcpInfo, "GateWay", GateWay),
+});
+
+constexpr auto kDhcpSwitch = fields_of<DhcpInfo>({FIELD(DhcpInfo, "Enable", Enable)});
+
+constexpr auto kPppoeFields = fields_of<PppoeInfo>({
+    FIELD(PppoeInfo, "Account", Account),
+    FIELD(PppoeInfo, "Password", Password),
+    FIELD(PppoeInfo, "Enable", Enable),
+});
+
+constexpr auto kPppoeAccountFields = fields_of<PppoeInfo>({
+    FIELD(PppoeInfo, "Enable", Enable),
+    FIELD(PppoeInfo, "Account", Account),
+    FIELD(PppoeInfo, "Password", Password),
+});
+
+// The three settings refuse a bad request in the place where the device leaves its own reason.
+constexpr char kInvalidParam[] = "INVALID_PARAM";
+
+constexpr char kPppoeFailure[] = "get hg pppoe info failed";
+
+} // namespace
+
+int32_t json_get_hg_base_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "get base info error!";
+    HgBaseInfo base;
+    LanIpInfo lan;
+    WanIpInfo wan;
+    const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
+    const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
+    const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
+    // A gateway that knows part of itself is still worth showing.
+    if (!has_base && !has_lan && !has_wan) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.success();
+    reply.fields(kBaseFields, &base);
+    reply.fields(kBaseLanFields, &lan);
+    reply.fields(kBaseWanFields, &wan);
+    reply.text("MeshInfo", "[]"); // a text, which apps parse for themselves
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+HANDLER(json_set_hg_base_info, (setting<devapi_set_hg_base_info, Consume::kOnSuccess>(
+                                   kNameField, "set hg base info failed", "param format error")))
+
+HANDLER(json_get_home_page_info,
+        query<devapi_get_home_page_info>(kHomePageFields, "get home page info failed"))
+
+HANDLER(json_get_hg_lanip_info, query<devapi_get_lan_ip_info>(kLanFields, "get lan ip info failed"))
+
+int32_t json_set_hg_lanip_info(cJSON *obj)
+{
+    LanIpSetting lan = {};
+    SettingRun run(obj, kLanFields, Consume::kAlways);
+    if (!run.find(kInvalidParam)) {
+        // The PPPoE setting's text; whoever watches the log knows it from here as well.
+        LOG_ERROR("json_set_hg_pppoe_info : Err, null param");
+        return -1;
+    }
+    LOG_DEBUG("json_set_hg_lanip_info, GatewayLanIP:%s| SubnetMask:%s| StartIp:%s| EndIp:%s",
+              run.text(0), run.text(1), run.text(2), run.text(3));
+    if (!run.fill(&lan.info, lan.FailReason)) {
+        return -1;
+    }
+    const int32_t result = devapi_set_lan_ip_info(&lan);
+    run.end(minus_one(result), lan.FailReason, sizeof lan.FailReason);
+    return result;
+}
+
+HANDLER(json_get_hg_dhcp_info, query<devapi_get_hg_dhcp_info>(kDhcpFields, "get hg dhcp failed"))
+
+int32_t json_set_hg_dhcp_info(cJSON *obj)
+{
+    DhcpSetting dhcp = {};
+    SettingRun run(obj, kDhcpSwitch, Consume::kAlways);
+    if (!run.find(kInvalidParam)) {
+        LOG_ERROR("json_set_hg_dhcp_info : Err, null param");
+        return -1;
+    }
+    LOG_DEBUG("json_set_hg_dhcp_info,Enable:%s", run.text(0));
+    if (!run.fill(&dhcp.info, dhcp.FailReason)) {
+        return -1;
+    }
+    const int32_t result = devapi_set_hg_dhcp_info(&dhcp);
+    run.end(minus_one(result), dhcp.FailReason, sizeof dhcp.FailReason);
+    return result;
+}
+
+int32_t json_get_hg_pppoe_info(cJSON *obj)
+{
+    PppoeInfo pppoe = {};
+    const int32_t result = devapi_get_hg_pppoe_info(&pppoe);
+    if (result != 0) {
+        fail(obj, kPppoeFailure);
+        return result;
+    }
+    Reply reply;
+    reply.success();
+    if (holds(pppoe.Enable, "1")) {
+        reply.fields(kPppoeAccountFields, &pppoe);
+    } else {
+        reply.text("Enable", "0"); // an account that is not in use stays on the gateway
+    }
+    answer(obj, reply, kPppoeFailure);
+    return result;
+}
+
+int32_t json_set_hg_pppoe_info(cJSON *obj)
+{
+    PppoeSetting pppoe = {};
+    SettingRun run(obj, kPppoeFields, Consume::kAlways);
+    if (!run.find(kInvalidParam)) {
+        LOG_ERROR("json_set_hg_pppoe_info : Err, null param");
+        return -1;
+    }
+    LOG_DEBUG("json_set_hg_pppoe_info, Account:%s|Password:%s|Enable:%s", run.text(0), run.text(1),
+              run.text(2));
+    if (!run.fill(&pppoe.info, pppoe.FailReason)) {
+        return -1;
+    }
+    const int32_t result = devapi_set_hg_pppoe_info(&pppoe);
+    run.end(non_zero(result), pppoe.FailReason, sizeof pppoe.FailReason);
+    return result;
+}

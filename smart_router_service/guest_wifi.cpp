@@ -1,0 +1,108 @@
+// The guest network of one band, and for how long it stays open.
+#include "handler_support.h"
+
+#include <stdio.h>
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kGuestReply = fields_of<GuestWifiInfo>({
+    FIELD(GuestWifiInfo, "Enable", Enable),
+    FIELD(GuestWifiInfo, "PermissionProperty", PermissionProperty),
+    FIELD(GuestWifiInfo, "SSID", SSID),
+    FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
+    FIELD(GuestWifiInfo, "RadioEnable", RadioEnable),
+    FIELD(GuestWifiInfo, "HourTime", HourTime),
+    FIELD(GuestWifiInfo, "EndTimestamp", EndTimestamp),
+    FIELD(GuestWifiInfo, "Remainingtime", Remainingtime),
+    FIELD(GuestWifiInfo, "PWD", PWD),
+    FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
+    FIELD(GuestWifiInfo, "Mode", Mode),
+    FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
+});
+
+constexpr auto kGuestSetting = fields_of<GuestWifiInfo>({
+    FIELD(GuestWifiInfo, "Enable", Enable),
+    FIELD(GuestWifiInfo, "SSID", SSID),
+    FIELD(GuestWifiInfo, "Band", Band),
+    FIELD(GuestWifiInfo, "PWD", PWD),
+    FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
+});
+
+constexpr auto kGuestTimes = fields_of<GuestWifiInfo>({
+    FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
+    FIELD(GuestWifiInfo, "HourTime", HourTime),
+});
+
+constexpr auto kGuestOptions = fields_of<GuestWifiInfo>({
+    FIELD(GuestWifiInfo, "Mode", Mode),
+    FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
+});
+
+constexpr char kSetFailure[] = "set guest ssid failed";
+
+// Reckons the seconds that the network stays open. A negative number was not given; it counts all
+// the same where the other one was. The arithmetic wraps at 32 bits, as the devices expect.
+void reckon_end(GuestWifiInfo &guest)
+{
+    const int32_t days = number_of(guest.ContinueTime);
+    const int32_t hours = number_of(guest.HourTime);
+    if (days < 0 && hours < 0) {
+        copy_text(guest.EndTimestamp, kUnchanged);
+        return;
+    }
+    uint32_t seconds = static_cast<uint32_t>(days) * 86400;
+    if (days <= 0 || hours >= 0) {
+        seconds += static_cast<uint32_t>(hours) * 3600;
+    }
+    snprintf(guest.EndTimestamp, sizeof guest.EndTimestamp, "%u", seconds);
+}
+
+const char *failure_of(int32_t result)
+{
+    return result == -2 ? "radio enable is closed,need to open" : kSetFailure;
+}
+
+} // namespace
+
+int32_t json_get_hg_guest_ssid(cJSON *obj)
+{
+    const char *band = text_of(cJSON_GetObjectItem(obj, "Band"));
+    if (band == nullptr) {
+        fail(obj, "json :get band failed");
+        return -1;
+    }
+    GuestWifiInfo guest = {};
+    copy_text(guest.Band, band);
+    const int32_t result = devapi_get_guest_wifi_info(&guest);
+    answer_query(obj, result != 0, kGuestReply, &guest, "get guest wifi info failed",
+                 StatusAt::kLast);
+    return result;
+}
+
+int32_t json_set_hg_guest_ssid(cJSON *obj)
+{
+    if (obj == nullptr) {
+        LOG_ERROR("param is null.\n");
+        return -1;
+    }
+    GuestWifiInfo guest = {};
+    SettingRun run(obj, kGuestSetting, Consume::kAfterCall);
+    if (!run.find("parse guest ssid failed")) {
+        LOG_ERROR("string is null.\n");
+        return -1;
+    }
+    if (!run.fill(&guest, kSetFailure)) {
+        return -1;
+    }
+    copy_optional(obj, kGuestTimes, &guest, Found::kStays);
+    reckon_end(guest);
+    copy_optional(obj, kGuestOptions, &guest, Found::kIsConsumed);
+    cJSON_DeleteItemFromObject(obj, "ContinueTime");
+    cJSON_DeleteItemFromObject(obj, "HourTime");
+    cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the reckoned one
+    const int32_t result = devapi_set_guest_wifi_info(&guest);
+    run.end(result != 0, failure_of(result));
+    return result;
+}

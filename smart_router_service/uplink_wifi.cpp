@@ -1,0 +1,74 @@
+// The network that the router joins as a repeater.
+#include "handler_support.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kUplinkFields = fields_of<UplinkWifiInfo>({
+    FIELD(UplinkWifiInfo, "SSID", SSID),
+    FIELD(UplinkWifiInfo, "PWD", PWD),
+    FIELD(UplinkWifiInfo, "ENCRYPT", ENCRYPT),
+    FIELD(UplinkWifiInfo, "WPACypher", WPACypher),
+    FIELD(UplinkWifiInfo, "WPA2Cypher", WPA2Cypher),
+    FIELD(UplinkWifiInfo, "Band", Band),
+});
+
+// The names that the log knows the keys by.
+constexpr const char *kLoggedNames[] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
+
+constexpr auto kConnectedSsid = fields_of<UplinkWifiInfo>({
+    FIELD(UplinkWifiInfo, "ConnectedSSID", SSID),
+});
+
+constexpr char kFailure[] = "SET_UPLINK_WIFI_INFO_FAIL";
+
+// The status that says that another client uses the repeater, which no other command has.
+void answer_in_use(cJSON *obj)
+{
+    Reply reply;
+    reply.text(kStatus, "2");
+    reply.text(kFailReason, "SOMEONE_USING_REPEATER");
+    reply.join(obj);
+}
+
+} // namespace
+
+int32_t json_set_uplink_wifi_info(cJSON *obj)
+{
+    constexpr size_t kCount = sizeof kUplinkFields.field / sizeof kUplinkFields.field[0];
+    cJSON *items[kCount];
+    const char *wrong = find_required(obj, kUplinkFields, kNodeOrValueNull, items);
+    for (size_t at = 0; at < kCount; ++at) {
+        if (items[at] == nullptr) {
+            LOG_ERROR("can not find %s object!\n", kLoggedNames[at]);
+        }
+    }
+    if (wrong != nullptr) {
+        LOG_ERROR("some object is NULL !\n");
+        fail(obj, wrong);
+        return -1;
+    }
+    LOG_ERROR("ssid = %s,pwd = %s,encrypt = %s, cypher1 = %s, cypher2 = %s, band = %s\r\n",
+              text_of(items[0]), text_of(items[1]), text_of(items[2]), text_of(items[3]),
+              text_of(items[4]), text_of(items[5]));
+
+    UplinkWifiInfo uplink = {};
+    copy_items(kUplinkFields, items, &uplink);
+    Reply success;
+    success.success();
+    success.reserve(kConnectedSsid);
+    const int32_t result = success.complete() ? devapi_set_uplink_wifi_info(&uplink) : -1;
+    for (cJSON *item : items) {
+        consume(obj, item);
+    }
+    if (result == 0) {
+        success.set_reserved(kConnectedSsid, &uplink);
+        success.join(obj);
+    } else if (result == -1) {
+        fail(obj, kFailure);
+    } else if (result == -2) {
+        answer_in_use(obj);
+    }
+    return result; // of any other result the client is told nothing
+}

@@ -1,0 +1,229 @@
+// All SSIDs at once: the list, and the batch of settings that a worker applies after the reply, so
+// that the reply gets out before the radios restart.
+#include "handler_support.h"
+#include "wifi.h"
+
+#include <pthread.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+using namespace smart_router;
+
+// Held from the moment a batch is handed over until its worker has applied it, and so released by
+// another thread than the one that took it: a default mutex allows that.
+pthread_mutex_t setwifilistlock = PTHREAD_MUTEX_INITIALIZER;
+int32_t g_set_wifi_array_size = 0;
+char g_stactrl_enable[8] = "";
+char g_fastroaming_enable[8] = "";
+
+namespace {
+
+constexpr auto kListElement = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+    FIELD(SsidInfo, "SSID", SSID),
+    FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+    FIELD(SsidInfo, "PowerLevel", PowerLevel),
+    FIELD(SsidInfo, "Channel", Channel),
+    FIELD(SsidInfo, "Enable", Enable),
+    FIELD(SsidInfo, "PermissionProperty", PermissionProperty),
+    FIELD(SsidInfo, "Type", Type),
+    FIELD(SsidInfo, "Bandwidth", Bandwidth),
+    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(SsidInfo, "Mode", Mode),
+    FIELD(SsidInfo, "Beamforming", Beamforming),
+});
+
+constexpr auto kElementRequired = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "SSID", SSID),
+    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+    FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+    FIELD(SsidInfo, "PowerLevel", PowerLevel),
+    FIELD(SsidInfo, "Channel", Channel),
+    FIELD(SsidInfo, "Enable", Enable),
+});
+
+constexpr auto kElementOptions = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "Bandwidth", Bandwidth),
+    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(SsidInfo, "Mode", Mode),
+    FIELD(SsidInfo, "Beamforming", Beamforming),
+});
+
+constexpr char kSetFailure[] = "set ssid failed";
+
+// Asks for the mesh switch to be turned off first; in GBK, the encoding that the apps expect here.
+constexpr char kMeshWarning[] = "\xC7\xEB\xCF\xC8\xB9\xD8\xB1\xD5"
+                                "mesh"
+                                "\xBF\xAA\xB9\xD8"
+                                "!";
+static_assert(sizeof kMeshWarning - 1 == 17, "the warning is 17 bytes long");
+
+// Converts the elements into the records. Result: false at the first element that lacks a key.
+bool convert(const cJSON *elements, SsidInfo *records)
+{
+    cJSON *element;
+    cJSON_ArrayForEach(element, elements)
+    {
+        if (parse_wifi_info_from_json(records++, element) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Whether a batch turns off one of the main SSIDs, without which the mesh has no link.
+bool turns_main_ssid_off(const SsidInfo *records, int32_t count, int32_t main_5g_index)
+{
+    for (int32_t at = 0; at < count; ++at) {
+        const SsidInfo &ssid = records[at];
+        if ((ssid.SSIDIndex == 1 || ssid.SSIDIndex == main_5g_index) &&
+            number_of(ssid.Enable) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Hands the records over to a worker. Result: false, with the records and the lock as before, when
+// it could not be started.
+bool start_worker(SsidInfo *records, int32_t count)
+{
+    pthread_mutex_lock(&setwifilistlock);
+    g_set_wifi_array_size = count;
+    pthread_t worker;
+    if (pthread_create(&worker, nullptr, set_wifi_list_arr_thread, records) != 0) {
+        pthread_mutex_unlock(&setwifilistlock);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int32_t json_get_wifi_list_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "get ssid_num error";
+    int32_t count = 0;
+    int32_t station_control = 1;
+    int32_t result = devapi_get_ssid_num(&count);
+    if (result != 0) {
+        LOG_ERROR("devapi_get_ssid_num error! return =%d!\n", result);
+        fail(obj, kFailure);
+        return -1;
+    }
+    LOG_DEBUG("devapi_get_ssid_num %d!\n", count);
+    result = devapi_get_wifi_stactrl(&station_control);
+    if (result != 0) {
+        LOG_ERROR("devapi_get_wifi_stactrl error! return =%d!\n", result);
+        fail(obj, "get stactrl error");
+        return -1;
+    }
+    LOG_DEBUG("devapi_get_wifi_stactrl %d!\n", station_control);
+
+    Reply reply;
+    cJSON *list = reply.list("WIFIList");
+    for (int32_t index = 1; index > 0 && index <= count && reply.complete(); ++index) {
+        SsidInfo ssid = {};
+        ssid.SSIDIndex = index;
+        result = devapi_get_ssid_info(&ssid);
+        if (result != 0) {
+            char text[16];
+            snprintf(text, sizeof text, "%d", index);
+            LOG_DEBUG("json_get_wifi_list_info error! return =%d! index=%s\n", result, text);
+            continue;
+        }
+        ssid.SSIDIndex = index;
+        reply.append(list, kListElement, &ssid);
+    }
+    reply.text("StaCtrl", station_control == 1 ? "1" : "0");
+    char fast_roaming[8] = "";
+    if (devapi_get_wifi_fastroaming_enable(fast_roaming) == 0 && fast_roaming[0] != '\0') {
+        reply.text("FastRoaming", fast_roaming, sizeof fast_roaming);
+    }
+    reply.success();
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t parse_wifi_info_from_json(SsidInfo *record, cJSON *item)
+{
+    if (read_fields(item, kElementRequired, record) != 0) {
+        return -1;
+    }
+    copy_optional(item, kElementOptions, record, Found::kStays);
+    return 0;
+}
+
+int32_t json_set_wifi_info_list(cJSON *obj)
+{
+    cJSON *elements = array_of(obj, "WIFILIST");
+    if (elements == nullptr) {
+        fail(obj, "json node: wifilist not found");
+        return -1;
+    }
+    cJSON *station_control = cJSON_GetObjectItem(obj, "StaCtrl");
+    if (text_of(station_control) == nullptr) {
+        fail(obj, "json node: StaCtrl not found");
+        return -1;
+    }
+    // Both switches are the worker's from here on, also the worker's of the batch before.
+    copy_text(g_stactrl_enable, text_of(station_control));
+    cJSON *fast_roaming = cJSON_GetObjectItem(obj, "FastRoaming");
+    if (text_of(fast_roaming) != nullptr && text_of(fast_roaming)[0] != '\0') {
+        copy_text(g_fastroaming_enable, text_of(fast_roaming));
+    }
+
+    const int32_t count = cJSON_GetArraySize(elements);
+    // One record at least: what calloc() gives for none may be null, which is no failure here.
+    auto *records = static_cast<SsidInfo *>(
+        calloc(static_cast<size_t>(count > 0 ? count : 1), sizeof(SsidInfo)));
+    int32_t main_5g_index = 0;
+    devapi_get_5g_wifi_index(&main_5g_index);
+
+    // Both replies are there before the worker is: once it runs, it cannot be called back.
+    Reply success;
+    success.success();
+    Reply warning;
+    warning.text(kStatus, "1");
+    warning.text(kFailReason, kMeshWarning);
+    const bool sound = records != nullptr && success.complete() && warning.complete() &&
+                       convert(elements, records);
+    const bool main_ssid_off = sound && turns_main_ssid_off(records, count, main_5g_index);
+    if (!sound || !start_worker(records, count)) {
+        free(records);
+        consume(obj, elements);
+        fail(obj, kSetFailure);
+        return -1;
+    }
+
+    int32_t mesh = 0;
+    devapi_get_Multi_Ap_enable(&mesh);
+    consume(obj, elements);
+    consume(obj, station_control);
+    if (mesh == 1 && main_ssid_off) {
+        warning.join(obj); // only a warning: the worker applies the batch all the same
+    } else {
+        consume(obj, fast_roaming);
+        success.join(obj);
+    }
+    return 0;
+}
+
+void *set_wifi_list_arr_thread(void *array)
+{
+    auto *records = static_cast<SsidInfo *>(array);
+    pthread_detach(pthread_self());
+    sleep(1);
+    devapi_set_wifi_stactrl(g_stactrl_enable);
+    sleep(5);
+    devapi_set_wifi_fastroaming(g_fastroaming_enable);
+    for (int32_t at = 0; at < g_set_wifi_array_size; ++at) {
+        devapi_set_ssid_list_info(&records[at]);
+    }
+    free(records);
+    pthread_mutex_unlock(&setwifilistlock);
+    return nullptr;
+}

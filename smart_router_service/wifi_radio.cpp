@@ -1,0 +1,208 @@
+// The Wi-Fi's sleep schedule, scans of the neighbourhood, and the channels of the radios.
+#include "handler_support.h"
+#include "wifi.h"
+
+#include <stdlib.h>
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kSleepFields = fields_of<WifiSleepInfo>({
+    FIELD(WifiSleepInfo, "Enable", Enable),
+    FIELD(WifiSleepInfo, "StartTime", StartTime),
+    FIELD(WifiSleepInfo, "EndTime", EndTime),
+    FIELD(WifiSleepInfo, "DaysOfWeek", DaysOfWeek),
+});
+
+constexpr int32_t kSleepPeriods = 3;
+
+constexpr auto kScanFields = fields_of<ScanEntry>({
+    FIELD(ScanEntry, "SSID", SSID),
+    FIELD(ScanEntry, "PowerLevel", PowerLevel),
+    FIELD(ScanEntry, "ENCRYPT", ENCRYPT),
+    FIELD(ScanEntry, "WPACypher", WPACypher),
+    FIELD(ScanEntry, "WPA2Cypher", WPA2Cypher),
+    FIELD(ScanEntry, "Band", Band),
+    FIELD(ScanEntry, "Connected", Connected),
+});
+
+// A phone's screen has no use for more.
+constexpr size_t kReportedSlots = 20;
+
+constexpr auto kPowerFields = fields_of<ChannelPower>({
+    FIELD(ChannelPower, "name", name),
+    FIELD(ChannelPower, "dbpower", dbpower),
+});
+
+// What a scan found, with the entries that it left behind.
+class ScanOwner {
+  public:
+    ScanOwner() = default;
+    ~ScanOwner()
+    {
+        for (ScanEntry *entry : result.entries) {
+            free(entry);
+        }
+    }
+    ScanOwner(const ScanOwner &) = delete;
+    ScanOwner &operator=(const ScanOwner &) = delete;
+
+    ScanResult result = {};
+};
+
+class ChannelPowerOwner {
+  public:
+    ChannelPowerOwner() = default;
+    ~ChannelPowerOwner() { free(result.entries); }
+    ChannelPowerOwner(const ChannelPowerOwner &) = delete;
+    ChannelPowerOwner &operator=(const ChannelPowerOwner &) = delete;
+
+    ChannelPowerResult result = {};
+};
+
+struct ChannelName {
+    int32_t number;
+};
+
+constexpr auto kChannelName = fields_of<ChannelName>({FIELD(ChannelName, "Name", number)});
+
+template <size_t most>
+void list_channels(Reply &reply, const char *key, const int16_t (&channels)[most], int32_t count)
+{
+    cJSON *list = reply.list(key);
+    const size_t listed = clamped(count, most);
+    for (size_t at = 0; at < listed; ++at) {
+        const ChannelName name = {channels[at]};
+        reply.append(list, kChannelName, &name);
+    }
+}
+
+// Adds the periods of the list one by one; the record goes from element to element as the device
+// leaves it. Result: null, or the text to answer.
+const char *add_sleep_periods(const cJSON *list)
+{
+    WifiSleepInfo period = {};
+    cJSON *element;
+    cJSON_ArrayForEach(element, list)
+    {
+        if (parse_wifi_sleep_info_from_json(&period, element) != 0) {
+            return "parse sleep info failed";
+        }
+        if (devapi_add_wifi_timer(&period) != 0) {
+            return "add wifi timer failed";
+        }
+        if (devapi_set_wifi_sleep_info(&period) != 0) {
+            return "set ssid failed"; // the SSID settings' text; apps know it from here as well
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+int32_t json_get_wifi_sleep_info(cJSON *obj)
+{
+    Reply reply;
+    cJSON *list = reply.list("WIFISleepList");
+    for (int32_t number = 1; number <= kSleepPeriods; ++number) {
+        WifiSleepInfo period = {};
+        period.StartTimer = 2 * number - 1;
+        period.EndTimer = 2 * number;
+        const int32_t result = devapi_get_wifi_sleep_info(&period);
+        if (result != 0) {
+            LOG_ERROR("json_get_wifi_sleep_info error! return =%d! index=%d\n", result, number);
+            continue;
+        }
+        reply.append(list, kSleepFields, &period);
+    }
+    reply.success();
+    answer(obj, reply, nullptr);
+    return 0;
+}
+
+int32_t parse_wifi_sleep_info_from_json(WifiSleepInfo *record, cJSON *item)
+{
+    return read_fields(item, kSleepFields, record);
+}
+
+int32_t json_set_wifi_sleep_info(cJSON *obj)
+{
+    cJSON *list = array_of(obj, "WIFISleepList");
+    if (list == nullptr) {
+        fail(obj, "json node: WIFISleepList not found");
+        return -1;
+    }
+    // The old schedule goes before the new one is looked at.
+    Reply success;
+    success.success();
+    const char *wrong = "del all wifi timerinfo failed";
+    if (success.complete() && devapi_del_all_wifi_timerinfo() == 0) {
+        wrong = add_sleep_periods(list);
+    }
+    consume(obj, list);
+    if (wrong != nullptr) {
+        fail(obj, wrong);
+        return -1;
+    }
+    success.join(obj);
+    return 0;
+}
+
+int32_t json_scan_wifi_ssid_list(cJSON *obj)
+{
+    constexpr char kFailure[] = "get scan rssi failed";
+    ScanOwner scan;
+    const int32_t result = devapi_get_scan_ssid(&scan.result);
+    if (result != 0) {
+        fail(obj, kFailure);
+        return result;
+    }
+    Reply reply;
+    cJSON *list = reply.list("SSIDList");
+    for (size_t slot = 0; slot < kReportedSlots; ++slot) {
+        if (scan.result.entries[slot] != nullptr) {
+            reply.append(list, kScanFields, scan.result.entries[slot]);
+        }
+    }
+    reply.success();
+    answer(obj, reply, kFailure);
+    return result;
+}
+
+int32_t json_get_scan_channle_power_list(cJSON *obj)
+{
+    constexpr char kFailure[] = "get channel rssi failed";
+    ChannelPowerOwner power;
+    const int32_t result = devapi_scan_channel_power(&power.result);
+    if (result != 0) {
+        fail(obj, kFailure);
+        return result;
+    }
+    Reply reply;
+    cJSON *list = reply.list("SSIDList");
+    const int32_t count = power.result.entries != nullptr ? power.result.count : 0;
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        reply.append(list, kPowerFields, &power.result.entries[at]);
+    }
+    reply.success();
+    answer(obj, reply, kFailure);
+    return result;
+}
+
+int32_t json_get_all_wifi_channel_list(cJSON *obj)
+{
+    constexpr char kFailure[] = "Get Wifi channel error";
+    WifiChannelList channels = {};
+    const int32_t result = devapi_get_all_wifi_channel_list(&channels);
+    if (result != 0) {
+        fail(obj, kFailure);
+        return result;
+    }
+    Reply reply;
+    list_channels(reply, "List24g", channels.channels_24g, channels.count_24g);
+    list_channels(reply, "List58g", channels.channels_5g, channels.count_5g);
+    reply.success();
+    answer(obj, reply, kFailure);
+    return result;
+}
