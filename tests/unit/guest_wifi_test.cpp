@@ -306,7 +306,7 @@ TEST_F(GuestWifiTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
 TEST_F(GuestWifiTest, WithoutMemoryNoSettingReachesTheDevice)
 {
     const size_t allocations = sweep_memory(
-        "SET_HG_GUEST_SSID", kGuest.json(), [] {},
+        "SET_HG_GUEST_SSID", kGuestWithOptions.with("EndTimestamp", R"("7")").json(), [] {},
         [](const std::string &object, FailingMemory::Fail how) {
             EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
                                   ? "{" + failure("set guest ssid failed") + "}"

@@ -176,6 +176,20 @@ TEST_F(UplinkWifiTest, WithoutMemoryIsNotJoined)
     EXPECT_EQ(allocations, 4u);
 }
 
+// No reply at all would say that the device had another result.
+TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
+{
+    const size_t allocations = sweep_memory(
+        kCommand, kUplink.json(),
+        [] { when<devapi_set_uplink_wifi_info>([](UplinkWifiInfo *) { return -2; }); },
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"
+                                  : "{}");
+        });
+    EXPECT_EQ(allocations, 8u);
+}
+
 TEST_F(UplinkWifiTest, WhatIsNoObjectIsLeftAlone)
 {
     EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);

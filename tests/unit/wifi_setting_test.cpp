@@ -185,7 +185,7 @@ TEST_F(WifiSettingTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
 
 TEST_F(WifiSettingTest, WithoutMemoryNoSettingReachesTheDevice)
 {
-    const Request request = kSetting.with("SSIDIndex", R"("1")");
+    const Request request = kSettingWithOptions.with("SSIDIndex", R"("1")");
     const size_t allocations = sweep_memory(
         "SET_WIFI_INFO", request.json(), [] {},
         [](const std::string &object, FailingMemory::Fail how) {
