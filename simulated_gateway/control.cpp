@@ -1,8 +1,10 @@
 // The control interface: settings from the host and the environment, and the one open gateway.
 #include "control.h"
 
+#include "clock.h"
 #include "simulated_gateway/simulated_gateway.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
@@ -48,6 +50,22 @@ std::vector<std::string> split(const std::string &list)
     return parts;
 }
 
+std::optional<int64_t> fixed_time()
+{
+    const auto text = given("time", nullptr, "SIMULATED_GATEWAY_TIME");
+    if (!text) {
+        return std::nullopt;
+    }
+    int64_t time = 0;
+    const char *end = text->data() + text->size();
+    const auto [rest, error] = std::from_chars(text->data(), end, time);
+    if (error != std::errc() || rest != end || time < 0) {
+        throw Error("SIMULATED_GATEWAY_TIME: " + in_quotes(*text) +
+                    " is no number of seconds since 1970");
+    }
+    return time;
+}
+
 Settings settings_from(const SimulatedGatewayOptions &options)
 {
     Settings settings;
@@ -67,6 +85,7 @@ Settings settings_from(const SimulatedGatewayOptions &options)
         throw Error("SIMULATED_GATEWAY_SHOW_SECRETS: " + in_quotes(shown) + " is neither 0 nor 1");
     }
     settings.show_secrets = options.show_secrets != 0 || shown == "1";
+    settings.fixed_time = fixed_time();
     return settings;
 }
 

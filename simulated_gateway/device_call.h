@@ -21,9 +21,11 @@
 
 #include "model.h"
 
+#include <concepts>
 #include <cstring>
 #include <functional>
 #include <initializer_list>
+#include <span>
 #include <string>
 
 namespace simulated_gateway {
@@ -59,30 +61,68 @@ class RecordText {
     std::string fields_;
 };
 
-// One argument of a device call, as the trace shows it.
+// One argument of a device call.
 struct Argument {
     const char *name;
     const void *value;
-    bool is_reply; // filled by the function
-    void (*describe)(RecordText &text, const void *value);
+    bool is_reply; // filled by the function, and unset before
+    std::string (*shown)(const void *value, bool show_secrets); // as the trace shows it
+    std::span<char> fail_reason = {}; // where the device says why it refuses
 };
 
-template <class Record> void describe_record(RecordText &text, const void *record)
+template <class Record> std::string shown_record(const void *record, bool show_secrets)
 {
+    RecordText text(show_secrets);
     describe(text, *static_cast<const Record *>(record));
+    return text.text();
 }
 
 // A record that the function reads.
 template <class Record> Argument request(const char *name, const Record *record)
 {
-    return {name, record, false, describe_record<Record>};
+    return {name, record, false, shown_record<Record>};
 }
 
 // A record that the function fills.
 template <class Record> Argument reply(const char *name, Record *record)
 {
-    return {name, record, true, describe_record<Record>};
+    return {name, record, true, shown_record<Record>};
 }
+
+// A record that the function reads and then fills; the trace shows it as it is after the call.
+template <class Record> Argument exchange(const char *name, Record *record)
+{
+    return {name, record, false, shown_record<Record>};
+}
+
+// A setting with a FailReason behind it, which says why the call failed.
+template <class Setting> Argument request_with_reason(const char *name, Setting *setting)
+{
+    Argument argument = exchange(name, setting);
+    if (setting != nullptr) {
+        argument.fail_reason = setting->FailReason;
+    }
+    return argument;
+}
+
+// A bare text that the function fills.
+Argument reply_text(const char *name, const char *text);
+
+// A bare text that the function reads.
+Argument request_text(const char *name, const char *text);
+
+// A bare number that the function fills.
+Argument reply_number(const char *name, const int32_t *number);
+
+// A number; it has to outlive the call.
+Argument number(const char *name, const int32_t &value);
+
+// Throws an Error with the name in front of the complaint, if there is one.
+void refuse_for(const char *name, const std::string &complaint);
+
+// What a text says; they throw an Error in the given name when it says nothing of the kind.
+bool flag_of(const char *name, const std::string &text);
+int64_t number_of(const char *name, const std::string &text);
 
 // Runs a device call that looks at the state. Fails with -1 when an argument is null or the gateway
 // cannot be opened.
@@ -91,19 +131,56 @@ int32_t query(const char *function, std::initializer_list<Argument> arguments,
 
 // Runs a device call that changes the state. The change takes effect when the body returns 0, the
 // model still holds and the state could be saved; else nothing has changed, and where the body had
-// no objection the call fails with -1.
+// no objection the call fails with -1. A body refuses by throwing an Error: then the call fails
+// with -1, and trace and FailReason say why.
 int32_t setting(const char *function, std::initializer_list<Argument> arguments,
                 const std::function<int32_t(State &)> &body);
 
-// Puts a text into a record's field, cut at its width; a field without a value says "NULL".
-void put_text(char *field, size_t width, const std::string &text);
+// Puts a text into a record's field, cut at its width behind a whole letter; a field without a
+// value says "NULL".
+void put_text(std::span<char> field, const std::string &text);
 template <size_t width> void put(char (&field)[width], const std::string &text)
 {
-    put_text(field, width, text);
+    put_text(field, text);
 }
-template <size_t width> void put(char (&field)[width], bool flag)
+// A number, or a flag as "1" or "0".
+template <size_t width, std::integral Number> void put(char (&field)[width], Number value)
 {
-    put_text(field, width, flag ? "1" : "0");
+    put_text(field, std::to_string(value));
+}
+
+// A text that comes in by a record's field: read no further than the field, and without the part of
+// a letter that the plug-in's cut may have left at its end.
+template <size_t width> std::string taken(const char (&field)[width])
+{
+    return std::string(whole_letters({field, strnlen(field, width)}));
+}
+// The same for a text that has to hold by a rule, and for a flag. They refuse in the name of the
+// field.
+template <size_t width, class Rule>
+std::string taken(const char *name, const char (&field)[width], const Rule &rule)
+{
+    std::string text = taken(field);
+    refuse_for(name, complaint(text, rule));
+    return text;
+}
+template <size_t width> std::string taken_text(const char *name, const char (&field)[width])
+{
+    return taken(name, field, Text{width});
+}
+template <size_t width> bool taken_flag(const char *name, const char (&field)[width])
+{
+    return flag_of(name, taken(field));
+}
+template <size_t width> int64_t taken_number(const char *name, const char (&field)[width])
+{
+    return number_of(name, taken(field));
+}
+
+// A setting that says "-1" of something leaves that as it is.
+template <size_t width> bool is_given(const char (&field)[width])
+{
+    return taken(field) != "-1";
 }
 
 } // namespace simulated_gateway

@@ -1,10 +1,10 @@
 #include "gateway.h"
 
+#include "clock.h"
 #include "model_check.h"
 #include "scenario.h"
 
 #include <algorithm>
-#include <ctime>
 
 namespace simulated_gateway {
 namespace {
@@ -13,10 +13,9 @@ State new_state(const std::string &scenario)
 {
     State state;
     state.scenario = scenario_name(scenario);
-    state.boot_time = std::time(nullptr);
-    state.boot_count = 1;
     state.home = load_scenario(scenario);
     state.factory = state.home;
+    boot(state);
     return state;
 }
 
@@ -24,6 +23,7 @@ State new_state(const std::string &scenario)
 
 Gateway::Gateway(const Settings &settings)
 {
+    fix_clock(settings.fixed_time);
     for (const std::string &fault : settings.faults) {
         faults_.add(fault);
     }
@@ -50,7 +50,10 @@ Gateway::Gateway(const Settings &settings)
 int32_t Gateway::query(const char *function, std::initializer_list<Argument> arguments,
                        const std::function<int32_t(const State &)> &body)
 {
-    return run(function, arguments, [&] { return body(state_); });
+    return run(function, arguments, [&] {
+        let_time_pass(state_);
+        return body(state_);
+    });
 }
 
 int32_t Gateway::setting(const char *function, std::initializer_list<Argument> arguments,
@@ -58,6 +61,7 @@ int32_t Gateway::setting(const char *function, std::initializer_list<Argument> a
 {
     return run(function, arguments, [&] {
         State changed = state_;
+        let_time_pass(changed);
         const int32_t result = body(changed);
         if (result == 0) {
             keep(std::move(changed));
@@ -87,6 +91,11 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
             call.filled = true;
         } catch (const std::exception &failure) {
             call.note = failure.what();
+            for (const Argument &argument : arguments) {
+                if (!argument.fail_reason.empty()) {
+                    put_text(argument.fail_reason, call.note);
+                }
+            }
         }
     }
     const int64_t up = uptime();
@@ -101,6 +110,8 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
 void Gateway::keep(State changed)
 {
     check(changed);
+    // What has just begun has to end on time for those as well who read the file.
+    let_time_pass(changed);
     if (state_file_) {
         state_file_->save(changed);
     }
@@ -109,7 +120,7 @@ void Gateway::keep(State changed)
 
 int64_t Gateway::uptime() const
 {
-    return std::max<int64_t>(0, std::time(nullptr) - state_.boot_time);
+    return seconds_since(state_.boot_time);
 }
 
 void Gateway::power_cycle()
@@ -120,8 +131,7 @@ void Gateway::power_cycle()
     }
     try {
         State changed = state_;
-        changed.boot_time = std::time(nullptr);
-        ++changed.boot_count;
+        boot(changed);
         keep(std::move(changed));
         trace_.event(uptime(), "power cycle");
     } catch (const std::exception &failure) {

@@ -22,6 +22,7 @@ struct Settings {
     std::vector<std::string> faults;
     std::optional<std::string> trace;
     bool show_secrets = false;
+    std::optional<int64_t> fixed_time; // seconds since 1970, else the clock runs
 };
 
 class Gateway {

@@ -7,11 +7,16 @@
 #include "rules.h"
 #include "smart_router_service/device_access.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace simulated_gateway {
+
+constexpr auto kBands = one_of("2.4GHz", "5GHz");
+constexpr auto kEncryptions = one_of("OPEN", "WPA2", "WPA3", "WPA2/3");
+constexpr char kNoEncryption[] = "OPEN";
 
 // What the router is and can do.
 struct Identity {
@@ -19,6 +24,8 @@ struct Identity {
     std::string device_type;
     std::string software_version;
     std::string hardware_version;
+    std::string firmware_date;
+    std::string area_code;
     std::string product_class;
     std::string cpu_class;
     std::string kind;
@@ -40,6 +47,8 @@ struct Identity {
         visit.field("device_type", self.device_type, Text{sizeof(SnInfo::DeviceType)});
         visit.field("software_version", self.software_version, Text{sizeof(SystemInfo::SWVersion)});
         visit.field("hardware_version", self.hardware_version, Text{sizeof(SystemInfo::HDVersion)});
+        visit.field("firmware_date", self.firmware_date, Text{sizeof(HgBaseInfo::FWDATA)});
+        visit.field("area_code", self.area_code, Text{sizeof(HgBaseInfo::AreaCode), optional});
         visit.field("product_class", self.product_class, Text{sizeof(SystemInfo::ProductCLass)});
         visit.field("cpu_class", self.cpu_class, Text{sizeof(SystemInfo::CPUClass)});
         visit.field("kind", self.kind, Text{sizeof(SystemInfo::DEVType)});
@@ -57,22 +66,157 @@ struct Identity {
     }
 };
 
+// The user's own administrator, or the operator's.
+constexpr auto kAdminTypes = one_of("1", "2");
+// With the administrator's account, or with a password of its own.
+constexpr auto kWebLoginTypes = one_of("0", "1");
+
+// The administrator's account, and the login to the router's web pages.
+struct Administration {
+    std::string admin_type;
+    std::string admin_name;
+    std::string admin_password;
+    std::string web_login_type;
+    std::string web_login_password;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("admin_type", self.admin_type, kAdminTypes);
+        visit.field("admin_name", self.admin_name, Text{sizeof(LoginInfo::Name)});
+        visit.field("admin_password", self.admin_password, Text{sizeof(LoginInfo::Password)});
+        visit.field("web_login_type", self.web_login_type, kWebLoginTypes);
+        visit.field("web_login_password", self.web_login_password,
+                    Text{sizeof(LoginInfo::Password)});
+    }
+};
+
+// When the router restarts by itself.
+struct RebootSchedule {
+    bool enabled = false;
+    std::string time;
+    std::string days;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("enabled", self.enabled, Flag{});
+        visit.field("time", self.time, TimeOfDay{Presence::kOptional});
+        visit.field("days", self.days, DaysOfWeek{Presence::kOptional});
+    }
+};
+
+// When the router, its Wi-Fi and its LEDs sleep.
+struct SleepSchedule {
+    bool gateway = false;
+    bool wifi = false;
+    bool leds = false;
+    std::string start;
+    std::string end;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("gateway", self.gateway, Flag{});
+        visit.field("wifi", self.wifi, Flag{});
+        visit.field("leds", self.leds, Flag{});
+        visit.field("start", self.start, TimeOfDay{Presence::kOptional});
+        visit.field("end", self.end, TimeOfDay{Presence::kOptional});
+    }
+};
+
+constexpr size_t kMostWifiSleepPeriods = 3;
+
+// One of the periods in which only the Wi-Fi sleeps.
+struct WifiSleepPeriod {
+    bool enabled = false;
+    std::string start;
+    std::string end;
+    std::string days;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("enabled", self.enabled, Flag{});
+        visit.field("start", self.start, TimeOfDay{});
+        visit.field("end", self.end, TimeOfDay{});
+        visit.field("days", self.days, DaysOfWeek{});
+    }
+};
+
+// What the router does for the traffic.
+struct Services {
+    bool firewall = false;
+    bool qos_acceleration = false;
+    bool game_acceleration = false;
+    int64_t game_port = 0;
+    std::string game_band;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        constexpr auto optional = Presence::kOptional;
+        visit.field("firewall", self.firewall, Flag{});
+        visit.field("qos_acceleration", self.qos_acceleration, Flag{});
+        visit.field("game_acceleration", self.game_acceleration, Flag{});
+        visit.field("game_port", self.game_port, Range{1, 8, optional});
+        visit.field("game_band", self.game_band, or_none(kBands));
+    }
+};
+
+struct Leds {
+    bool on = false;
+    int64_t brightness_percent = 0;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("on", self.on, Flag{});
+        visit.field("brightness_percent", self.brightness_percent, Range{0, 100});
+    }
+};
+
+// What is measured on an ordinary day: the values around which the measurements vary, by the seed.
+struct OrdinaryDay {
+    int64_t seed = 0;
+    int64_t cpu_percent = 0;
+    int64_t memory_percent = 0;
+    int64_t cpu_celsius = 0;
+    int64_t up_kbps = 0;
+    int64_t down_kbps = 0;
+    int64_t delay_ms = 0;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("seed", self.seed, Range{0, INT32_MAX});
+        visit.field("cpu_percent", self.cpu_percent, Range{0, 100});
+        visit.field("memory_percent", self.memory_percent, Range{0, 100});
+        visit.field("cpu_celsius", self.cpu_celsius, Range{0, 120});
+        visit.field("up_kbps", self.up_kbps, Range{0, 10'000'000});
+        visit.field("down_kbps", self.down_kbps, Range{0, 10'000'000});
+        visit.field("delay_ms", self.delay_ms, Range{1, 10'000});
+    }
+};
+
+constexpr auto kStandards24 = one_of("11b", "11g", "11n", "11ax");
+constexpr auto kStandards5 = one_of("11a", "11n", "11ac", "11ax");
+
 // A radio of the main router.
 struct Radio {
     std::string band;
     std::string mac;
     bool enabled = false;
     int64_t channel = 0;
+    bool automatic_channel = false; // chosen by the radio, and not by the user
     int64_t bandwidth_mhz = 0;
+    std::string standard; // the newest one that it offers; the older ones of its band come with it
+    bool beamforming = false;
     int64_t power_percent = 0;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
-        visit.field("band", self.band, one_of("2.4GHz", "5GHz"));
+        visit.field("band", self.band, kBands);
         visit.field("mac", self.mac, Mac{});
         visit.field("enabled", self.enabled, Flag{});
         visit.field("channel", self.channel, Range{1, 165});
+        visit.field("automatic_channel", self.automatic_channel, Flag{Presence::kOptional});
         visit.field("bandwidth_mhz", self.bandwidth_mhz, one_of(20, 40, 80, 160));
+        visit.field("standard", self.standard, Text{sizeof(SsidInfo::Mode)});
+        visit.field("beamforming", self.beamforming, Flag{Presence::kOptional});
         visit.field("power_percent", self.power_percent, Range{0, 100});
     }
 };
@@ -89,10 +233,73 @@ struct Ssid {
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
         visit.field("name", self.name, Text{33});
-        visit.field("band", self.band, one_of("2.4GHz", "5GHz"));
+        visit.field("band", self.band, kBands);
         visit.field("enabled", self.enabled, Flag{});
         visit.field("hidden", self.hidden, Flag{Presence::kOptional});
-        visit.field("encryption", self.encryption, one_of("OPEN", "WPA2", "WPA3", "WPA2/3"));
+        visit.field("encryption", self.encryption, kEncryptions);
+        visit.field("password", self.password, Text{64, Presence::kOptional});
+    }
+};
+
+// The SSID that guests use on one band, and how long it stays open once it is on.
+struct GuestNetwork {
+    int64_t ssid = 0; // number of the SSID
+    int64_t days = 0; // as they were asked for, for the next one who asks; -1 for none
+    int64_t hours = 0;
+    int64_t seconds = 0;  // what came of days and hours; -1 for no end
+    int64_t end_time = 0; // of the opening under way, in seconds since 1970
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("ssid", self.ssid, Range{1, 8});
+        visit.field("days", self.days, Range{-999'999, 9'999'999});
+        visit.field("hours", self.hours, Range{-999'999, 9'999'999});
+        visit.field("seconds", self.seconds, Range{-1, UINT32_MAX});
+        visit.field("end_time", self.end_time, Range{0, INT64_MAX, Presence::kOptional});
+    }
+};
+
+// Where clients find the best radio and stay connected on the way to it.
+struct Roaming {
+    bool station_control = false;
+    bool fast_roaming = false;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("station_control", self.station_control, Flag{});
+        visit.field("fast_roaming", self.fast_roaming, Flag{});
+    }
+};
+
+// The router as a client of a neighbour's network.
+struct Repeater {
+    bool used_by_another = false; // another client has the repeater in use
+    int64_t neighbour = 0;        // number of the neighbour that it has joined; 0 for none
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("used_by_another", self.used_by_another, Flag{});
+        visit.field("neighbour", self.neighbour, Range{1, 60, Presence::kOptional});
+    }
+};
+
+// A wireless network of somebody else, within the reach of the radios. Neighbours are numbered from
+// 1, by their place in the list.
+struct Neighbour {
+    std::string name;
+    std::string band;
+    int64_t channel = 0;
+    int64_t signal_dbm = 0;
+    std::string encryption;
+    std::string password; // without one nobody can join
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("name", self.name, Text{33, Presence::kOptional});
+        visit.field("band", self.band, kBands);
+        visit.field("channel", self.channel, Range{1, 165});
+        visit.field("signal_dbm", self.signal_dbm, Range{-110, -1});
+        visit.field("encryption", self.encryption, kEncryptions);
         visit.field("password", self.password, Text{64, Presence::kOptional});
     }
 };
@@ -123,10 +330,17 @@ struct Lan {
     }
 };
 
+// The last three end when the router connects anew; only hands can plug in a cable.
+constexpr char kCableFault[] = "LINK_DOWN";
+constexpr char kAddressFault[] = "NO_ADDRESS";
+constexpr auto kWanFaults = one_of(kCableFault, kAddressFault, "AUTH_FAILED", "DNS_FAILED");
+
 struct Wan {
     std::string mode;
     bool connected = false;
+    std::string fault; // why it is not connected
     std::string ip;
+    std::string subnet_mask;
     std::string gateway;
     std::string primary_dns;
     std::string secondary_dns;
@@ -138,7 +352,9 @@ struct Wan {
         constexpr auto optional = Presence::kOptional;
         visit.field("mode", self.mode, one_of("DHCP", "PPPoE", "Static"));
         visit.field("connected", self.connected, Flag{});
+        visit.field("fault", self.fault, or_none(kWanFaults));
         visit.field("ip", self.ip, Ipv4{optional});
+        visit.field("subnet_mask", self.subnet_mask, Ipv4{optional});
         visit.field("gateway", self.gateway, Ipv4{optional});
         visit.field("primary_dns", self.primary_dns, Ipv4{optional});
         visit.field("secondary_dns", self.secondary_dns, Ipv4{optional});
@@ -186,11 +402,13 @@ struct ChildRouter {
 
 // The mesh of which the gateway is the main router.
 struct Mesh {
+    bool enabled = false;
     bool link_layer_up = false;
     std::vector<ChildRouter> child_routers;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
+        visit.field("enabled", self.enabled, Flag{});
         visit.field("link_layer_up", self.link_layer_up, Flag{});
         visit.list("child_routers", self.child_routers, 8);
     }
@@ -203,9 +421,10 @@ struct Host {
     std::string ip;
     std::string kind;
     bool online = false;
-    std::string router;     // MAC address of the router that it is attached to
-    int64_t ssid = 0;       // number of the SSID; 0 for a cable
-    int64_t signal_dbm = 0; // only by radio
+    std::string router;        // MAC address of the router that it is attached to
+    int64_t ssid = 0;          // number of the SSID; 0 for a cable
+    int64_t signal_dbm = 0;    // only by radio
+    bool is_protected = false; // under parental control
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -220,26 +439,53 @@ struct Host {
         visit.field("router", self.router, Mac{});
         visit.field("ssid", self.ssid, Range{1, 8, optional});
         visit.field("signal_dbm", self.signal_dbm, Range{-110, -1, optional});
+        visit.field("protected", self.is_protected, Flag{optional});
     }
 };
 
 // Everything that a scenario tells.
 struct Home {
+    std::string name; // given by the user
+    bool configured = false;
     Identity identity;
+    Administration administration;
+    RebootSchedule reboot_schedule;
+    SleepSchedule sleep;
+    std::vector<WifiSleepPeriod> wifi_sleep;
+    Services services;
+    Leds leds;
+    OrdinaryDay ordinary_day;
     Lan lan;
     Wan wan;
     std::vector<Radio> radios;
     std::vector<Ssid> ssids;
+    std::vector<GuestNetwork> guest_networks;
+    Roaming roaming;
+    Repeater repeater;
+    std::vector<Neighbour> neighbours;
     Mesh mesh;
     std::vector<Host> hosts;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
+        visit.field("name", self.name, Text{sizeof(HgBaseInfo::Name)});
+        visit.field("configured", self.configured, Flag{});
         visit.object("identity", self.identity);
+        visit.object("administration", self.administration);
+        visit.object("reboot_schedule", self.reboot_schedule);
+        visit.object("sleep", self.sleep);
+        visit.list("wifi_sleep", self.wifi_sleep, kMostWifiSleepPeriods);
+        visit.object("services", self.services);
+        visit.object("leds", self.leds);
+        visit.object("ordinary_day", self.ordinary_day);
         visit.object("lan", self.lan);
         visit.object("wan", self.wan);
         visit.list("radios", self.radios, 2);
         visit.list("ssids", self.ssids, 8);
+        visit.list("guest_networks", self.guest_networks, 2);
+        visit.object("roaming", self.roaming);
+        visit.object("repeater", self.repeater);
+        visit.list("neighbours", self.neighbours, 60);
         visit.object("mesh", self.mesh);
         visit.list("hosts", self.hosts, 128);
     }
@@ -250,6 +496,8 @@ struct State {
     std::string scenario;  // name of the scenario that the home was made from
     int64_t boot_time = 0; // seconds since 1970
     int64_t boot_count = 0;
+    int64_t wan_time = 0;          // since when the WAN is connected
+    int64_t optimization_time = 0; // when resources were last freed; 0 when not since the boot
     Home home;
     Home factory;
 
@@ -258,9 +506,37 @@ struct State {
         visit.field("scenario", self.scenario, Text{256});
         visit.field("boot_time", self.boot_time, Range{0, INT64_MAX});
         visit.field("boot_count", self.boot_count, Range{1, INT32_MAX});
+        visit.field("wan_time", self.wan_time, Range{0, INT64_MAX});
+        visit.field("optimization_time", self.optimization_time,
+                    Range{0, INT64_MAX, Presence::kOptional});
         visit.object("home", self.home);
         visit.object("factory", self.factory);
     }
 };
+
+// Starts the router anew with the home as it is.
+void boot(State &state);
+
+// What the clock brings about: guest networks that have come on start their time, and go off at its
+// end.
+void let_time_pass(State &state);
+
+// The radio of a band; null when there is none.
+template <class AnyHome> auto *radio_of(AnyHome &home, const std::string &band)
+{
+    const auto found = std::ranges::find(home.radios, band, &Radio::band);
+    return found != home.radios.end() ? &*found : nullptr;
+}
+
+// Switches a network on or off. A radio comes on with any of its networks and goes off with the
+// last.
+void switch_network(Home &home, Ssid &ssid, bool on);
+
+// Connects the WAN anew. Nothing comes of it while the cable is out, or where the home has no
+// addresses for it.
+void reconnect(State &state);
+
+// "Connected" or "Disconnected".
+const char *connection_state(const Wan &wan);
 
 } // namespace simulated_gateway

@@ -1,5 +1,7 @@
 #include "model_check.h"
 
+#include "radio_channels.h"
+
 #include <algorithm>
 #include <map>
 
@@ -60,10 +62,15 @@ class CoherenceChecker {
 
     void check()
     {
+        check_schedules();
         check_lan();
         check_wan();
         check_radios();
         check_ssids();
+        check_guest_networks();
+        check_neighbours();
+        check_repeater();
+        check_mesh();
         check_child_routers();
         check_hosts();
     }
@@ -71,11 +78,29 @@ class CoherenceChecker {
   private:
     static uint32_t number(const std::string &ip) { return *parse_ipv4(ip); }
 
+    void check_schedules()
+    {
+        const RebootSchedule &reboot = home_.reboot_schedule;
+        if (reboot.enabled && (reboot.time.empty() || reboot.days.empty())) {
+            refuse(path_ + "/reboot_schedule", "needs time and days");
+        }
+        const SleepSchedule &sleep = home_.sleep;
+        if (sleep.gateway || sleep.wifi || sleep.leds) {
+            if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {
+                refuse(path_ + "/sleep", "needs a start and another end");
+            }
+        }
+        for (size_t at = 0; at < home_.wifi_sleep.size(); ++at) {
+            if (home_.wifi_sleep[at].start == home_.wifi_sleep[at].end) {
+                refuse(item(path_ + "/wifi_sleep", at), "ends when it starts");
+            }
+        }
+    }
+
     void check_lan()
     {
         const Lan &lan = home_.lan;
-        const uint32_t host_bits = ~number(lan.subnet_mask);
-        if ((host_bits & (host_bits + 1)) != 0 || host_bits < 3) {
+        if (!is_lan_mask(number(lan.subnet_mask))) {
             refuse(path_ + "/lan/subnet_mask", lan.subnet_mask + " is no mask of a LAN");
         }
         claim_lan_address(lan.ip, path_ + "/lan/ip");
@@ -85,6 +110,10 @@ class CoherenceChecker {
             refuse(path_ + "/lan/dhcp_pool/end",
                    lan.dhcp_pool.end + " lies before the start of the pool");
         }
+        if (number(lan.dhcp_pool.start) <= number(lan.ip) &&
+            number(lan.ip) <= number(lan.dhcp_pool.end)) {
+            refuse(path_ + "/lan/dhcp_pool", "holds the address of the router");
+        }
         claim_mac(home_.identity.mac, path_ + "/identity/mac");
     }
 
@@ -93,6 +122,10 @@ class CoherenceChecker {
         const Wan &wan = home_.wan;
         if (wan.connected && (wan.ip.empty() || wan.gateway.empty() || wan.primary_dns.empty())) {
             refuse(path_ + "/wan/connected", "needs ip, gateway and primary_dns");
+        }
+        if (wan.connected != wan.fault.empty()) {
+            refuse(path_ + "/wan/fault", wan.connected ? "stands beside a connection"
+                                                       : "is missing, and there is no connection");
         }
         if (wan.mode == "PPPoE" && wan.pppoe_account.empty()) {
             refuse(path_ + "/wan/pppoe_account", "is missing, and the mode is PPPoE");
@@ -104,15 +137,19 @@ class CoherenceChecker {
         for (size_t at = 0; at < home_.radios.size(); ++at) {
             const Radio &radio = home_.radios[at];
             const std::string path = item(path_ + "/radios", at);
-            if (radio_of(radio.band) != &radio) {
+            if (radio_of(home_, radio.band) != &radio) {
                 refuse(path + "/band", "there is another radio for " + radio.band);
             }
-            const bool low = radio.channel <= 14;
-            if (low != (radio.band == "2.4GHz") || (!low && radio.channel < 36)) {
-                refuse(path + "/channel",
-                       std::to_string(radio.channel) + " is no channel of " + radio.band);
+            const std::vector<int64_t> &channels = channels_of(radio.band);
+            if (std::ranges::find(channels, radio.channel) == channels.end()) {
+                refuse_channel(radio.band, radio.channel, path + "/channel");
             }
-            if (low && radio.bandwidth_mhz > 40) {
+            const std::string wrong =
+                complaint(radio.standard, radio.band == "2.4GHz" ? kStandards24 : kStandards5);
+            if (!wrong.empty()) {
+                refuse(path + "/standard", wrong);
+            }
+            if (radio.band == "2.4GHz" && radio.bandwidth_mhz > 40) {
                 refuse(path + "/bandwidth_mhz",
                        std::to_string(radio.bandwidth_mhz) + " is too wide for " + radio.band);
             }
@@ -125,12 +162,75 @@ class CoherenceChecker {
         for (size_t at = 0; at < home_.ssids.size(); ++at) {
             const Ssid &ssid = home_.ssids[at];
             const std::string path = item(path_ + "/ssids", at);
-            if (radio_of(ssid.band) == nullptr) {
+            if (radio_of(home_, ssid.band) == nullptr) {
                 refuse(path + "/band", "there is no radio for " + ssid.band);
             }
-            if (ssid.encryption != "OPEN" && ssid.password.size() < 8) {
-                refuse(path + "/password", "needs at least 8 characters");
+            check_password(ssid.encryption, ssid.password, path);
+        }
+    }
+
+    void check_guest_networks()
+    {
+        std::map<std::string, std::string> bands;
+        for (size_t at = 0; at < home_.guest_networks.size(); ++at) {
+            const int64_t ssid = home_.guest_networks[at].ssid;
+            const std::string path = item(path_ + "/guest_networks", at);
+            check_ssid_number(ssid, path);
+            const std::string &band = home_.ssids[static_cast<size_t>(ssid - 1)].band;
+            if (!bands.emplace(band, path).second) {
+                refuse(path + "/ssid", "there is another guest network for " + band);
             }
+        }
+    }
+
+    void check_neighbours()
+    {
+        for (size_t at = 0; at < home_.neighbours.size(); ++at) {
+            const Neighbour &neighbour = home_.neighbours[at];
+            const std::string path = item(path_ + "/neighbours", at);
+            if (band_of(neighbour.channel) != neighbour.band) {
+                refuse_channel(neighbour.band, neighbour.channel, path + "/channel");
+            }
+            if (!neighbour.password.empty()) {
+                check_password(neighbour.encryption, neighbour.password, path);
+            }
+        }
+    }
+
+    [[noreturn]] static void refuse_channel(const std::string &band, int64_t channel,
+                                            const std::string &path)
+    {
+        refuse(path, std::to_string(channel) + " is no channel of " + band);
+    }
+
+    static void check_password(const std::string &encryption, const std::string &password,
+                               const std::string &path)
+    {
+        if (encryption != kNoEncryption && password.size() < 8) {
+            refuse(path + "/password", "needs at least 8 characters");
+        }
+    }
+
+    void check_ssid_number(int64_t number, const std::string &path) const
+    {
+        if (number > static_cast<int64_t>(home_.ssids.size())) {
+            refuse(path + "/ssid", "there is no SSID " + std::to_string(number));
+        }
+    }
+
+    void check_repeater()
+    {
+        const Repeater &repeater = home_.repeater;
+        if (repeater.neighbour > static_cast<int64_t>(home_.neighbours.size())) {
+            refuse(path_ + "/repeater/neighbour",
+                   "there is no neighbour " + std::to_string(repeater.neighbour));
+        }
+    }
+
+    void check_mesh()
+    {
+        if (home_.mesh.link_layer_up && !home_.mesh.enabled) {
+            refuse(path_ + "/mesh/link_layer_up", "the mesh is off");
         }
     }
 
@@ -175,9 +275,7 @@ class CoherenceChecker {
             if (host.router != home_.identity.mac && child_router(host.router) == nullptr) {
                 refuse(path + "/router", "there is no router " + host.router);
             }
-            if (host.ssid > static_cast<int64_t>(home_.ssids.size())) {
-                refuse(path + "/ssid", "there is no SSID " + std::to_string(host.ssid));
-            }
+            check_ssid_number(host.ssid, path);
             check_signal(host.online && host.ssid != 0, host.signal_dbm, path + "/signal_dbm");
         }
     }
@@ -217,12 +315,6 @@ class CoherenceChecker {
         if (!is_new) {
             refuse(path, address + " belongs to " + owner->second);
         }
-    }
-
-    const Radio *radio_of(const std::string &band) const
-    {
-        const auto found = std::ranges::find(home_.radios, band, &Radio::band);
-        return found != home_.radios.end() ? &*found : nullptr;
     }
 
     const ChildRouter *child_router(const std::string &mac) const

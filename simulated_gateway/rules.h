@@ -45,6 +45,16 @@ struct Flag {
     Presence presence = Presence::kRequired;
 };
 
+// A time of the day, such as 04:30.
+struct TimeOfDay {
+    Presence presence = Presence::kRequired;
+};
+
+// Days of the week from 1, Monday, to 7, each at most once, such as 1,3,7.
+struct DaysOfWeek {
+    Presence presence = Presence::kRequired;
+};
+
 // One of a few texts or numbers.
 template <class Value, size_t count> struct OneOf {
     std::array<Value, count> values;
@@ -56,9 +66,18 @@ template <class... Values> constexpr auto one_of(Values... values)
     return OneOf<std::common_type_t<Values...>, sizeof...(Values)>{{values...}};
 }
 
+// The same rule for a field that may be left out.
+template <class Rule> constexpr Rule or_none(Rule rule)
+{
+    rule.presence = Presence::kOptional;
+    return rule;
+}
+
 std::string complaint(const std::string &value, const Text &rule);
 std::string complaint(const std::string &value, const Mac &rule);
 std::string complaint(const std::string &value, const Ipv4 &rule);
+std::string complaint(const std::string &value, const TimeOfDay &rule);
+std::string complaint(const std::string &value, const DaysOfWeek &rule);
 std::string complaint(int64_t value, const Range &rule);
 std::string complaint(bool value, const Flag &rule);
 
@@ -86,5 +105,9 @@ std::string complaint(const Value &value, const OneOf<Allowed, count> &rule)
 
 // The address as a number; nothing for a text that is no address.
 std::optional<uint32_t> parse_ipv4(const std::string &text);
+std::string ipv4_text(uint32_t address);
+
+// From a /8 to a /30: a shorter mask is that of no LAN, a longer one leaves no room for a host.
+bool is_lan_mask(uint32_t mask);
 
 } // namespace simulated_gateway

@@ -45,6 +45,19 @@ void append_escaped(std::string &out, std::string_view text, bool escape_quotes)
     }
 }
 
+// Whether it opens a letter of more bytes than there are.
+bool is_cut_letter(std::string_view text)
+{
+    try {
+        auto at = text.begin();
+        utf8::next(at, text.end());
+    } catch (const utf8::not_enough_room &) {
+        return true;
+    } catch (const utf8::exception &) {
+    }
+    return false;
+}
+
 // Levenshtein's distance: letters to insert, delete or replace.
 size_t distance(std::string_view left, std::string_view right)
 {
@@ -76,6 +89,20 @@ std::string in_quotes(std::string_view text)
     std::string out = "\"";
     append_escaped(out, text, true);
     return out + '"';
+}
+
+std::string_view whole_letters(std::string_view text)
+{
+    constexpr size_t longest_letter = 4;
+    for (size_t length = 1; length <= std::min(longest_letter - 1, text.size()); ++length) {
+        const std::string_view end = text.substr(text.size() - length);
+        const auto first = static_cast<uint8_t>(end.front());
+        const bool continues = (first & 0xc0) == 0x80;
+        if (!continues) {
+            return is_cut_letter(end) ? text.substr(0, text.size() - length) : text;
+        }
+    }
+    return text;
 }
 
 std::string did_you_mean(std::string_view name, std::span<const std::string_view> candidates)

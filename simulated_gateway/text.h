@@ -21,6 +21,10 @@ class Error : public std::runtime_error {
 // The same in double quotes, which are escaped within.
 std::string in_quotes(std::string_view text);
 
+// The text without the part of a letter at its end: what is left of a longer text that was cut by
+// bytes. Whatever else is no UTF-8 stays.
+std::string_view whole_letters(std::string_view text);
+
 // "; did you mean NAME?" with the candidate that differs from the name in the fewest letters; empty
 // when not even that one is like it.
 std::string did_you_mean(std::string_view name, std::span<const std::string_view> candidates);

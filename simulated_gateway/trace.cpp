@@ -65,9 +65,7 @@ std::string Trace::text_of(const Call &call) const
         } else if (argument.is_reply && !call.filled) {
             text += "unset";
         } else {
-            RecordText record(show_secrets_);
-            argument.describe(record, argument.value);
-            text += record.text();
+            text += argument.shown(argument.value, show_secrets_);
         }
     }
     text += ") = " + std::to_string(call.result) + " in " + std::to_string(call.duration.count()) +

@@ -13,6 +13,8 @@
  *   SIMULATED_GATEWAY_FAULTS        as faults below, separated by commas
  *   SIMULATED_GATEWAY_TRACE         as trace below
  *   SIMULATED_GATEWAY_SHOW_SECRETS  "1" as show_secrets below
+ *   SIMULATED_GATEWAY_TIME          a clock that stands still at so many seconds since 1970, for
+ *                                   answers that are the same at every run; there is no option
  *
  * If those do not hold, the reason goes to standard error and every device call fails with -1,
  * until the host opens a gateway itself.

@@ -1,0 +1,122 @@
+#include "address_plan.h"
+
+#include <algorithm>
+#include <set>
+
+namespace simulated_gateway {
+namespace {
+
+uint32_t address(const char *field, const std::string &text)
+{
+    const std::optional<uint32_t> parsed = parse_ipv4(text);
+    if (!parsed) {
+        throw Error(std::string(field) + " is no IPv4 address");
+    }
+    return *parsed;
+}
+
+struct Subnet {
+    uint32_t mask;
+    uint32_t first; // the address of the network itself
+    uint32_t last;  // the one that reaches all hosts
+
+    Subnet(uint32_t member, uint32_t its_mask)
+        : mask(its_mask), first(member & its_mask), last(member | ~its_mask)
+    {
+    }
+    bool holds(uint32_t address) const { return first <= address && address <= last; }
+    bool is_host(uint32_t address) const { return first < address && address < last; }
+};
+
+// Neither this network, nor the loopback, nor multicast and what is reserved.
+bool is_unicast(uint32_t address)
+{
+    const uint32_t first_byte = address >> 24;
+    return first_byte != 0 && first_byte != 127 && first_byte < 224;
+}
+
+Subnet accepted_subnet(const Home &home, const Lan &plan)
+{
+    const uint32_t gateway = address("GatewayLanIP", plan.ip);
+    const uint32_t mask = address("SubnetMask", plan.subnet_mask);
+    if (!is_lan_mask(mask)) {
+        throw Error("SubnetMask is no mask of a LAN");
+    }
+    if (!is_unicast(gateway)) {
+        throw Error("GatewayLanIP is no address of a host");
+    }
+    const Subnet subnet(gateway, mask);
+    if (gateway == subnet.first) {
+        throw Error("GatewayLanIP is the address of the network");
+    }
+    if (gateway == subnet.last) {
+        throw Error("GatewayLanIP is the broadcast address");
+    }
+    const std::optional<uint32_t> wan = parse_ipv4(home.wan.ip);
+    if (wan && subnet.holds(*wan)) {
+        throw Error("the subnet holds the address of the WAN");
+    }
+    const uint32_t start = address("StartIp", plan.dhcp_pool.start);
+    const uint32_t end = address("EndIp", plan.dhcp_pool.end);
+    if (!subnet.is_host(start)) {
+        throw Error("StartIp is outside the subnet");
+    }
+    if (!subnet.is_host(end)) {
+        throw Error("EndIp is outside the subnet");
+    }
+    if (end < start) {
+        throw Error("EndIp lies before StartIp");
+    }
+    if (start <= gateway && gateway <= end) {
+        throw Error("the pool from StartIp to EndIp holds GatewayLanIP");
+    }
+    return subnet;
+}
+
+// Everything but the gateway that holds an address of the LAN.
+std::vector<std::string *> held_addresses(Home &home)
+{
+    std::vector<std::string *> held;
+    for (ChildRouter &router : home.mesh.child_routers) {
+        held.push_back(&router.ip);
+    }
+    for (Host &host : home.hosts) {
+        if (!host.ip.empty()) {
+            held.push_back(&host.ip);
+        }
+    }
+    return held;
+}
+
+} // namespace
+
+void move_lan(Home &home, const Lan &plan)
+{
+    const Subnet subnet = accepted_subnet(home, plan);
+    const uint32_t old_mask = *parse_ipv4(home.lan.subnet_mask);
+    std::set<uint32_t> taken = {*parse_ipv4(plan.ip)};
+    std::vector<std::string *> homeless;
+    for (std::string *ip : held_addresses(home)) {
+        const uint32_t old = *parse_ipv4(*ip);
+        const uint32_t kept = subnet.is_host(old) ? old : subnet.first + (old & ~old_mask);
+        if (subnet.is_host(kept) && taken.insert(kept).second) {
+            *ip = ipv4_text(kept);
+        } else {
+            homeless.push_back(ip);
+        }
+    }
+    const uint32_t end = *parse_ipv4(plan.dhcp_pool.end);
+    uint32_t next = *parse_ipv4(plan.dhcp_pool.start);
+    for (std::string *ip : homeless) {
+        while (next <= end && !taken.insert(next).second) {
+            ++next;
+        }
+        if (next > end) {
+            throw Error("the pool is too small for the attached devices");
+        }
+        *ip = ipv4_text(next);
+    }
+    home.lan = plan;
+}
+
+} // namespace simulated_gateway

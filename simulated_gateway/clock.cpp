@@ -1,0 +1,31 @@
+#include "clock.h"
+
+#include <algorithm>
+#include <atomic>
+#include <ctime>
+
+namespace simulated_gateway {
+namespace {
+
+constexpr int64_t kRuns = -1;
+std::atomic<int64_t> fixed_time = kRuns;
+
+} // namespace
+
+int64_t now()
+{
+    const int64_t fixed = fixed_time;
+    return fixed != kRuns ? fixed : std::time(nullptr);
+}
+
+int64_t seconds_since(int64_t time)
+{
+    return std::max<int64_t>(0, now() - time);
+}
+
+void fix_clock(std::optional<int64_t> time)
+{
+    fixed_time = time.value_or(kRuns);
+}
+
+} // namespace simulated_gateway
