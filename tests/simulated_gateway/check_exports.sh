@@ -2,7 +2,7 @@
 # check_exports.sh NM LIBRARY: the library exports device functions and its control, nothing else.
 set -eu
 exports=$("$1" -D --defined-only "$2" | awk '{print $NF}')
-foreign=$(echo "$exports" | grep -Ev '^(devapi|simulated_gateway)_[a-z0-9_]+$' || true)
+foreign=$(echo "$exports" | grep -Ev '^(devapi|simulated_gateway)_[A-Za-z0-9_]+$' || true)
 if [ -n "$foreign" ]; then
     echo "exported, but not part of the interface:"
     echo "$foreign"
