@@ -47,7 +47,7 @@ void add_host_options(CLI::App &app, Options &options)
         ->type_name("FILE");
     app.add_option("--fault", host.faults,
                    "Let a device call fail: FUNCTION=RESULT[*COUNT][@DELAYms]; may be repeated")
-        ->type_name("SPEC")
+        ->type_name("FAULT")
         ->allow_extra_args(false); // else it would eat the subcommand as well
     app.add_option("--trace", host.trace,
                    "File to which every device call is written; - is standard error")

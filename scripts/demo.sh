@@ -35,7 +35,11 @@ say 'What reaches the device'
 show hgagent --trace - call GET_SN_INFO
 
 say 'A home that keeps its state, served line by line; rubbish does no harm'
-printf '%s\n' '{"id":1,"command":"QUERY_SYSTEM_INFO"}' 'rubbish' \
-    '{"id":"two","command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":"app 5.2.0"}}' \
-    '{"id":3,"command":"GET_SN"}' |
-    tee /dev/stderr | show hgagent --state "$state/home.json" serve
+cat >"$state/requests" <<'REQUESTS'
+{"id":1,"command":"QUERY_SYSTEM_INFO"}
+rubbish
+{"id":"two","command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":"app 5.2.0"}}
+{"id":3,"command":"GET_SN"}
+REQUESTS
+cat "$state/requests"
+show hgagent --state "$state/home.json" serve <"$state/requests"

@@ -28,10 +28,15 @@ for option in "$@"; do
     esac
 done
 
+native=$(dpkg --print-architecture)
 missing=()
 for package in "${packages[@]}" "${foreign[@]}"; do
-    status=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
-    if [ "$status" != installed ]; then
+    case $package in
+        *:*) architecture=${package#*:} ;;
+        *) architecture="($native|all)" ;;
+    esac
+    if ! dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null |
+        grep -Eqx "$architecture installed"; then
         missing+=("$package")
     fi
 done
