@@ -28,13 +28,6 @@ struct Subnet {
     bool is_host(uint32_t address) const { return first < address && address < last; }
 };
 
-// From a /8 to a /30: less is more than a LAN, more leaves no room for a host.
-bool is_lan_mask(uint32_t mask)
-{
-    const uint32_t host_bits = ~mask;
-    return (host_bits & (host_bits + 1)) == 0 && host_bits >= 3 && host_bits <= 0xffffff;
-}
-
 // Neither this network, nor the loopback, nor multicast and what is reserved.
 bool is_unicast(uint32_t address)
 {
@@ -104,7 +97,8 @@ void move_lan(Home &home, const Lan &plan)
     std::set<uint32_t> taken = {*parse_ipv4(plan.ip)};
     std::vector<std::string *> homeless;
     for (std::string *ip : held_addresses(home)) {
-        const uint32_t kept = subnet.first + (*parse_ipv4(*ip) & ~old_mask);
+        const uint32_t old = *parse_ipv4(*ip);
+        const uint32_t kept = subnet.is_host(old) ? old : subnet.first + (old & ~old_mask);
         if (subnet.is_host(kept) && taken.insert(kept).second) {
             *ip = ipv4_text(kept);
         } else {

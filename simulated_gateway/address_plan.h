@@ -5,9 +5,9 @@
 
 namespace simulated_gateway {
 
-// Puts the plan in the place of the home's own. Whatever holds an address of the LAN keeps the host
-// part of it in the new subnet; where that is taken or does not fit, it gets the first address of
-// the pool that is free.
+// Puts the plan in the place of the home's own. Whatever holds an address of the LAN keeps it where
+// it is one of the new subnet as well, and else keeps its host part. Where that is taken or does
+// not fit, it gets the first address of the pool that is free.
 //
 // Throws an Error, of at most 63 bytes, that says what is wrong with the plan.
 void move_lan(Home &home, const Lan &plan);

@@ -48,7 +48,7 @@ Argument number(const char *name, const int32_t &value)
             }};
 }
 
-void refuse_unless_empty(const char *name, const std::string &complaint)
+void refuse_for(const char *name, const std::string &complaint)
 {
     if (!complaint.empty()) {
         throw Error(std::string(name) + " " + complaint);

@@ -112,7 +112,7 @@ Argument reply_text(const char *name, const char *text);
 Argument number(const char *name, const int32_t &value);
 
 // Throws an Error with the name in front of the complaint, if there is one.
-void refuse_unless_empty(const char *name, const std::string &complaint);
+void refuse_for(const char *name, const std::string &complaint);
 
 // Runs a device call that looks at the state. Fails with -1 when an argument is null or the gateway
 // cannot be opened.
@@ -151,7 +151,7 @@ template <size_t width, class Rule>
 std::string taken(const char *name, const char (&field)[width], const Rule &rule)
 {
     std::string text = taken(field);
-    refuse_unless_empty(name, complaint(text, rule));
+    refuse_for(name, complaint(text, rule));
     return text;
 }
 template <size_t width> std::string taken_text(const char *name, const char (&field)[width])

@@ -273,12 +273,13 @@ int32_t devapi_set_hg_pppoe_info(PppoeSetting *wanted)
         if (enable || !taken(info.Password).empty()) {
             wan.pppoe_password = taken_text("Password", info.Password);
         }
-        if (enable) {
-            wan.mode = "PPPoE";
-        } else if (wan.mode == "PPPoE") {
-            wan.mode = "DHCP";
+        const bool was_enabled = wan.mode == "PPPoE";
+        if (enable != was_enabled) {
+            wan.mode = enable ? "PPPoE" : "DHCP";
         }
-        reconnect(state);
+        if (enable || was_enabled) {
+            reconnect(state);
+        }
         return 0;
     });
 }

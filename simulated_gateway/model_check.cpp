@@ -79,7 +79,7 @@ class CoherenceChecker {
     {
         const RebootSchedule &reboot = home_.reboot_schedule;
         if (reboot.enabled && (reboot.time.empty() || reboot.days.empty())) {
-            refuse(path_ + "/reboot_schedule/enabled", "needs time and days");
+            refuse(path_ + "/reboot_schedule", "needs time and days");
         }
         const SleepSchedule &sleep = home_.sleep;
         if (sleep.gateway || sleep.wifi || sleep.leds) {
@@ -92,8 +92,7 @@ class CoherenceChecker {
     void check_lan()
     {
         const Lan &lan = home_.lan;
-        const uint32_t host_bits = ~number(lan.subnet_mask);
-        if ((host_bits & (host_bits + 1)) != 0 || host_bits < 3 || host_bits > 0xffffff) {
+        if (!is_lan_mask(number(lan.subnet_mask))) {
             refuse(path_ + "/lan/subnet_mask", lan.subnet_mask + " is no mask of a LAN");
         }
         claim_lan_address(lan.ip, path_ + "/lan/ip");

@@ -81,6 +81,12 @@ std::optional<uint32_t> parse_ipv4(const std::string &text)
     return ntohl(address.s_addr);
 }
 
+bool is_lan_mask(uint32_t mask)
+{
+    const uint32_t host_bits = ~mask;
+    return (host_bits & (host_bits + 1)) == 0 && host_bits >= 3 && host_bits <= 0xffffff;
+}
+
 std::string ipv4_text(uint32_t address)
 {
     const in_addr network_order = {htonl(address)};

@@ -107,4 +107,7 @@ std::string complaint(const Value &value, const OneOf<Allowed, count> &rule)
 std::optional<uint32_t> parse_ipv4(const std::string &text);
 std::string ipv4_text(uint32_t address);
 
+// From a /8 to a /30: a shorter mask is that of no LAN, a longer one leaves no room for a host.
+bool is_lan_mask(uint32_t mask);
+
 } // namespace simulated_gateway

@@ -91,6 +91,29 @@ TEST_F(ControlTest, ABadEnvironmentIsSaidOnceAndFailsEveryCall)
     EXPECT_EQ(call(), 0);
 }
 
+TEST_F(ControlTest, TheClockOfTheEnvironmentStandsStill)
+{
+    setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1);
+    EXPECT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(json_of(path("state")).at("boot_time"), 1767225600);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(json_of(path("state")).at("boot_time"), 1767225600);
+
+    unsetenv("SIMULATED_GATEWAY_TIME");
+    EXPECT_EQ(reopen({.state_file = path("state")}), "");
+    simulated_gateway_power_cycle();
+    EXPECT_NE(json_of(path("state")).at("boot_time"), 1767225600);
+}
+
+TEST_F(ControlTest, ATimeThatIsNoneIsAnError)
+{
+    for (const char *time : {"now", "-1", "1.5", "12 ", "99999999999999999999"}) {
+        setenv("SIMULATED_GATEWAY_TIME", time, 1);
+        EXPECT_EQ(open({}), "SIMULATED_GATEWAY_TIME: \"" + std::string(time) +
+                                "\" is no number of seconds since 1970");
+    }
+}
+
 TEST_F(ControlTest, SecretsAreShownForOneOnly)
 {
     setenv("SIMULATED_GATEWAY_SHOW_SECRETS", "yes", 1);

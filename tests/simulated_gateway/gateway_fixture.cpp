@@ -13,7 +13,7 @@ GatewayTest::GatewayTest()
     folder_ = name;
     for (const char *variable :
          {"SIMULATED_GATEWAY_SCENARIO", "SIMULATED_GATEWAY_STATE", "SIMULATED_GATEWAY_FAULTS",
-          "SIMULATED_GATEWAY_TRACE", "SIMULATED_GATEWAY_SHOW_SECRETS"}) {
+          "SIMULATED_GATEWAY_TRACE", "SIMULATED_GATEWAY_SHOW_SECRETS", "SIMULATED_GATEWAY_TIME"}) {
         unsetenv(variable);
     }
 }
@@ -68,6 +68,25 @@ std::vector<std::string> GatewayTest::lines(const std::string &path)
         lines.push_back(line);
     }
     return lines;
+}
+
+std::string GatewayTest::reopen(const Options &options)
+{
+    close();
+    return open(options);
+}
+
+std::string GatewayTest::open_at(int64_t time, const Options &options)
+{
+    setenv("SIMULATED_GATEWAY_TIME", std::to_string(time).c_str(), 1);
+    return reopen(options);
+}
+
+std::string GatewayTest::reason() const
+{
+    const std::string line = lines(path("trace")).back();
+    const size_t end_of_duration = line.find(" us", line.rfind(") = "));
+    return line.substr(std::min(line.size(), end_of_duration + std::string(" us, ").size()));
 }
 
 nlohmann::json GatewayTest::house()

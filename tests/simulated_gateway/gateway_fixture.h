@@ -4,6 +4,7 @@
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 
+#include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -25,6 +26,14 @@ class GatewayTest : public testing::Test {
     };
     static std::string open(const Options &options);
     static void close() { simulated_gateway_close(); }
+    static std::string reopen(const Options &options);
+
+    // The same with a clock that stands still.
+    static constexpr int64_t kTime = 1767225600;
+    static std::string open_at(int64_t time, const Options &options);
+
+    // Why the last call failed, as the trace in the file "trace" says.
+    std::string reason() const;
 
     std::string path(const std::string &name) const { return (folder_ / name).string(); }
     std::string write(const std::string &name, const std::string &text) const;
@@ -42,3 +51,15 @@ class GatewayTest : public testing::Test {
   private:
     std::filesystem::path folder_;
 };
+
+// Puts a text into a record's field as the plug-in does: cut at its width, and with a NUL.
+template <size_t width> void set(char (&field)[width], const std::string &text)
+{
+    field[text.copy(field, width - 1)] = '\0';
+}
+
+// Fills a field to the brim, without a NUL.
+template <size_t width> void fill_to_the_brim(char (&field)[width], char letter)
+{
+    std::memset(field, letter, width);
+}

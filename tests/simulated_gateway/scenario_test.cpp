@@ -50,6 +50,7 @@ TEST_F(ScenarioTest, TheHouseIsAMeshWithTwoChildRoutersAndADozenHosts)
     EXPECT_EQ(home["hosts"].size(), 12u);
     EXPECT_EQ(home["ssids"].size(), 8u);
     EXPECT_EQ(home["radios"].size(), 2u);
+    EXPECT_EQ(home["neighbours"].size(), 8u);
     EXPECT_EQ(error_of(home.dump()), "");
 }
 
@@ -156,6 +157,20 @@ TEST_F(ScenarioTest, ValuesHaveToFit)
         {"/identity", "x", "is no object"},
         {"/lan/ip", "192.168.1.256", "\"192.168.1.256\" is no IPv4 address"},
         {"/lan/ip", std::string("192.168.1.1\0", 12), "\"192.168.1.1\\x00\" is no IPv4 address"},
+        {"/reboot_schedule/time", "24:00", "\"24:00\" is no time like \"04:30\""},
+        {"/reboot_schedule/time", "4:30", "\"4:30\" is no time like \"04:30\""},
+        {"/sleep/start", "12:60", "\"12:60\" is no time like \"04:30\""},
+        {"/sleep/end", "1::00", "\"1::00\" is no time like \"04:30\""},
+        {"/sleep/end", "12:3:", "\"12:3:\" is no time like \"04:30\""},
+        {"/reboot_schedule/days", "0", "\"0\" is no list of days like \"1,3,7\""},
+        {"/reboot_schedule/days", "1,8", "\"1,8\" is no list of days like \"1,3,7\""},
+        {"/reboot_schedule/days", "1,", "\"1,\" is no list of days like \"1,3,7\""},
+        {"/reboot_schedule/days", "1,2,1", "\"1,2,1\" is no list of days like \"1,3,7\""},
+        {"/ordinary_day/seed", -1, "-1 is not within 0 to 2147483647"},
+        {"/services/game_band", "6GHz", "\"6GHz\" is none of \"2.4GHz\", \"5GHz\""},
+        {"/administration/web_login_type", "2", "\"2\" is none of \"0\", \"1\""},
+        {"/neighbours/0/signal_dbm", 0, "0 is not within -110 to -1"},
+        {"/neighbours", nlohmann::json(61, nullptr), "holds more than 60"},
         {"/wan/mode", "modem", "\"modem\" is none of \"DHCP\", \"PPPoE\", \"Static\""},
         {"/radios/0/channel", 0, "0 is not within 1 to 165"},
         {"/radios/0/channel", 6.5, "is no whole number"},
@@ -178,10 +193,22 @@ TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
     const WrongValue wrong_values[] = {
         {"/lan/subnet_mask", "255.0.255.0", "255.0.255.0 is no mask of a LAN"},
         {"/lan/subnet_mask", "255.255.255.255", "255.255.255.255 is no mask of a LAN"},
+        {"/lan/subnet_mask", "0.0.0.0", "0.0.0.0 is no mask of a LAN"},
+        {"/lan/subnet_mask", "255.255.255.254", "255.255.255.254 is no mask of a LAN"},
         {"/lan/ip", "192.168.1.0", "192.168.1.0 is no address of the LAN"},
         {"/lan/dhcp_pool/start", "192.168.2.5", "192.168.2.5 is no address of the LAN"},
         {"/lan/dhcp_pool/end", "192.168.1.255", "192.168.1.255 is no address of the LAN"},
         {"/lan/dhcp_pool/end", "192.168.1.5", "192.168.1.5 lies before the start of the pool"},
+        {"/lan/dhcp_pool",
+         {{"enabled", true}, {"start", "192.168.1.1"}, {"end", "192.168.1.9"}},
+         "holds the address of the router"},
+        {"/reboot_schedule", {{"enabled", true}, {"time", "04:30"}}, "needs time and days"},
+        {"/sleep",
+         {{"gateway", true}, {"wifi", false}, {"leds", false}},
+         "needs a start and another end"},
+        {"/wan/fault", "LINK_DOWN", "stands beside a connection"},
+        {"/neighbours/0/channel", 36, "36 is no channel of 2.4GHz"},
+        {"/neighbours/5/channel", 15, "15 is no channel of 5GHz"},
         {"/wan/gateway", "", "needs ip, gateway and primary_dns"},
         {"/wan/pppoe_account", "", "is missing, and the mode is PPPoE"},
         {"/radios/1/band", "2.4GHz", "there is another radio for 2.4GHz"},

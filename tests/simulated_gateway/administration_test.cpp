@@ -1,0 +1,293 @@
+#include "gateway_fixture.h"
+
+namespace {
+
+class AdministrationTest : public GatewayTest {
+  protected:
+    static std::string admin()
+    {
+        LoginInfo info = {};
+        EXPECT_EQ(devapi_get_admin_info(&info), 0);
+        return std::string(info.Name) + " " + info.Password;
+    }
+    static int32_t set_admin(const std::string &type, const std::string &name,
+                             const std::string &password)
+    {
+        LoginInfo info = {};
+        set(info.Type, type);
+        set(info.Name, name);
+        set(info.Password, password);
+        return devapi_set_admin_info(&info);
+    }
+    static std::string web_login()
+    {
+        LoginInfo info = {};
+        EXPECT_EQ(devapi_get_web_login_info(&info), 0);
+        return std::string(info.WebLoginType) + " " + info.Password + " " + info.WebLoginIp;
+    }
+    static int32_t set_web_login(const std::string &type, const std::string &password)
+    {
+        LoginInfo info = {};
+        set(info.WebLoginType, type);
+        set(info.Password, password);
+        return devapi_set_web_login_info(&info);
+    }
+    static int32_t set_web_login_type(const std::string &type)
+    {
+        LoginInfo info = {};
+        set(info.WebLoginType, type);
+        return devapi_set_web_login_type(&info);
+    }
+    static std::string reboot_schedule()
+    {
+        RebootInfo info = {};
+        EXPECT_EQ(devapi_get_reboot_info(&info), 0);
+        return std::string(info.GatewayRebootEnable) + " " + info.Time + " " + info.DaysOfWeek;
+    }
+    static int32_t set_reboot_schedule(const std::string &enable, const std::string &time,
+                                       const std::string &days)
+    {
+        RebootInfo info = {};
+        set(info.GatewayRebootEnable, enable);
+        set(info.Time, time);
+        set(info.DaysOfWeek, days);
+        return devapi_set_reboot_info(&info);
+    }
+    static std::string sleep()
+    {
+        HgSleepInfo info = {};
+        EXPECT_EQ(devapi_get_hg_sleep_info(&info), 0);
+        return std::string(info.GatewaySleepEnable) + info.WiFiSleepEnable + info.LedSleepEnable +
+               " " + info.StartTime + " " + info.EndTime;
+    }
+    static int32_t set_sleep(const std::string &gateway, const std::string &wifi,
+                             const std::string &leds, const std::string &start,
+                             const std::string &end)
+    {
+        HgSleepInfo info = {};
+        set(info.GatewaySleepEnable, gateway);
+        set(info.WiFiSleepEnable, wifi);
+        set(info.LedSleepEnable, leds);
+        set(info.StartTime, start);
+        set(info.EndTime, end);
+        return devapi_set_hg_sleep_info(&info);
+    }
+    static std::string uptime()
+    {
+        HgBaseInfo info = {};
+        EXPECT_EQ(devapi_get_hg_base_info(&info), 0);
+        return info.UpTime;
+    }
+    Options kept() const { return {.state_file = path("state"), .trace = path("trace")}; }
+};
+
+TEST_F(AdministrationTest, TheAdministratorIsReportedAndKept)
+{
+    ASSERT_EQ(open(kept()), "");
+    EXPECT_EQ(admin(), "admin zaun-und-tor-58");
+    EXPECT_EQ(set_admin("2", std::string(127, 'n'), std::string(127, 'p')), 0);
+    ASSERT_EQ(reopen(kept()), "");
+    EXPECT_EQ(admin(), std::string(127, 'n') + " " + std::string(127, 'p'));
+    EXPECT_EQ(json_of(path("state"))["home"]["administration"]["admin_type"], "2");
+    EXPECT_EQ(web_login(), "1 kirschbluete-11 192.168.1.1");
+}
+
+TEST_F(AdministrationTest, AnAdministratorThatIsNoneIsRefused)
+{
+    ASSERT_EQ(open(kept()), "");
+    EXPECT_EQ(set_admin("3", "root", "secret"), -1);
+    EXPECT_EQ(reason(), "Type \"3\" is none of \"1\", \"2\"");
+    EXPECT_EQ(set_admin("1", "", "secret"), -1);
+    EXPECT_EQ(reason(), "Name is empty");
+    EXPECT_EQ(set_admin("1", "root", ""), -1);
+    EXPECT_EQ(reason(), "Password is empty");
+    EXPECT_EQ(set_admin("1",
+                        "ro\xc3"
+                        "ot",
+                        "secret"),
+              -1);
+    EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+    LoginInfo brim = {};
+    set(brim.Type, "1");
+    fill_to_the_brim(brim.Name, 'n');
+    set(brim.Password, "secret");
+    EXPECT_EQ(devapi_set_admin_info(&brim), -1);
+    EXPECT_EQ(reason(), "Name is longer than 127 bytes");
+    EXPECT_EQ(admin(), "admin zaun-und-tor-58");
+}
+
+TEST_F(AdministrationTest, TheWebLoginIsReportedAndKept)
+{
+    ASSERT_EQ(open(kept()), "");
+    EXPECT_EQ(set_web_login("0", "battery staple"), 0);
+    ASSERT_EQ(reopen(kept()), "");
+    EXPECT_EQ(web_login(), "0 battery staple 192.168.1.1");
+    EXPECT_EQ(set_web_login_type("1"), 0);
+    EXPECT_EQ(web_login(), "1 battery staple 192.168.1.1");
+    EXPECT_EQ(admin(), "admin zaun-und-tor-58");
+}
+
+TEST_F(AdministrationTest, TheWebLoginIsAtTheAddressOfTheLan)
+{
+    ASSERT_EQ(open({}), "");
+    LanIpSetting lan = {};
+    set(lan.info.GatewayLanIP, "10.0.0.1");
+    set(lan.info.SubnetMask, "255.255.255.0");
+    set(lan.info.StartIp, "10.0.0.20");
+    set(lan.info.EndIp, "10.0.0.99");
+    EXPECT_EQ(devapi_set_lan_ip_info(&lan), 0);
+    EXPECT_EQ(web_login(), "1 kirschbluete-11 10.0.0.1");
+}
+
+TEST_F(AdministrationTest, AWebLoginThatIsNoneIsRefused)
+{
+    ASSERT_EQ(open(kept()), "");
+    for (const char *type : {"", "2", "web"}) {
+        const std::string expected =
+            "WebLoginType \"" + std::string(type) + "\" is none of \"0\", \"1\"";
+        EXPECT_EQ(set_web_login_type(type), -1);
+        EXPECT_EQ(reason(), expected);
+        EXPECT_EQ(set_web_login(type, "secret"), -1);
+        EXPECT_EQ(reason(), expected);
+    }
+    EXPECT_EQ(set_web_login("0", ""), -1);
+    EXPECT_EQ(reason(), "Password is empty");
+    LoginInfo brim = {};
+    fill_to_the_brim(brim.WebLoginType, '1');
+    EXPECT_EQ(devapi_set_web_login_type(&brim), -1);
+    EXPECT_EQ(web_login(), "1 kirschbluete-11 192.168.1.1");
+}
+
+TEST_F(AdministrationTest, TheTraceMasksPasswords)
+{
+    ASSERT_EQ(open(kept()), "");
+    set_admin("1", "root", "top-secret");
+    admin();
+    web_login();
+    EXPECT_EQ(lines(path("trace")).size(), 3u);
+    for (const char *secret : {"top-secret", "kirschbluete-11"}) {
+        EXPECT_EQ(read(path("trace")).find(secret), std::string::npos);
+    }
+}
+
+TEST_F(AdministrationTest, TheRebootScheduleIsReportedAndKept)
+{
+    ASSERT_EQ(open(kept()), "");
+    EXPECT_EQ(reboot_schedule(), "1 04:30 1,4");
+    EXPECT_EQ(set_reboot_schedule("1", "23:59", "1,2,3,4,5,6,7"), 0);
+    ASSERT_EQ(reopen(kept()), "");
+    EXPECT_EQ(reboot_schedule(), "1 23:59 1,2,3,4,5,6,7");
+    EXPECT_EQ(set_reboot_schedule("0", "", ""), 0);
+    EXPECT_EQ(reboot_schedule(), "0 NULL NULL");
+}
+
+TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
+{
+    const struct {
+        const char *enable, *time, *days, *reason;
+    } schedules[] = {
+        {"on", "04:30", "1", "GatewayRebootEnable \"on\" is none of \"0\", \"1\""},
+        {"1", "24:00", "1", "/home/reboot_schedule/time: \"24:00\" is no time like \"04:30\""},
+        {"1", "04:60", "1", "/home/reboot_schedule/time: \"04:60\" is no time like \"04:30\""},
+        {"0", "4:30", "1", "/home/reboot_schedule/time: \"4:30\" is no time like \"04:30\""},
+        {"1", "04:30", "8", "/home/reboot_schedule/days: \"8\" is no list of days like \"1,3,7\""},
+        {"1", "04:30", "1;2",
+         "/home/reboot_schedule/days: \"1;2\" is no list of days like \"1,3,7\""},
+        {"1", "", "1", "/home/reboot_schedule: needs time and days"},
+        {"1", "04:30", "", "/home/reboot_schedule: needs time and days"},
+    };
+    ASSERT_EQ(open(kept()), "");
+    for (const auto &schedule : schedules) {
+        EXPECT_EQ(set_reboot_schedule(schedule.enable, schedule.time, schedule.days), -1);
+        EXPECT_EQ(reason(), schedule.reason);
+    }
+    RebootInfo brim = {};
+    set(brim.GatewayRebootEnable, "1");
+    set(brim.Time, "04:30");
+    fill_to_the_brim(brim.DaysOfWeek, '1');
+    EXPECT_EQ(devapi_set_reboot_info(&brim), -1);
+    EXPECT_EQ(reason(), "/home/reboot_schedule/days: \"1111111111111111\" is no list of days like "
+                        "\"1,3,7\"");
+    EXPECT_EQ(reboot_schedule(), "1 04:30 1,4");
+}
+
+TEST_F(AdministrationTest, TheSleepIsReportedAndKept)
+{
+    ASSERT_EQ(open(kept()), "");
+    EXPECT_EQ(sleep(), "001 22:30 06:30");
+    EXPECT_EQ(set_sleep("1", "1", "0", "00:00", "05:15"), 0);
+    ASSERT_EQ(reopen(kept()), "");
+    EXPECT_EQ(sleep(), "110 00:00 05:15");
+    EXPECT_EQ(set_sleep("0", "0", "0", "", ""), 0);
+    EXPECT_EQ(sleep(), "000 NULL NULL");
+}
+
+TEST_F(AdministrationTest, ASleepThatIsNoneIsRefused)
+{
+    const struct {
+        const char *gateway, *wifi, *leds, *start, *end, *reason;
+    } sleeps[] = {
+        {"2", "0", "0", "23:00", "06:00", "GatewaySleepEnable \"2\" is none of \"0\", \"1\""},
+        {"0", "x", "0", "23:00", "06:00", "WiFiSleepEnable \"x\" is none of \"0\", \"1\""},
+        {"0", "0", "", "23:00", "06:00", "LedSleepEnable \"\" is none of \"0\", \"1\""},
+        {"1", "0", "0", "25:00", "06:00", "/home/sleep/start: \"25:00\" is no time like \"04:30\""},
+        {"0", "0", "0", "23:00", "6", "/home/sleep/end: \"6\" is no time like \"04:30\""},
+        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and another end"},
+        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and another end"},
+        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and another end"},
+    };
+    ASSERT_EQ(open(kept()), "");
+    for (const auto &wanted : sleeps) {
+        EXPECT_EQ(set_sleep(wanted.gateway, wanted.wifi, wanted.leds, wanted.start, wanted.end),
+                  -1);
+        EXPECT_EQ(reason(), wanted.reason);
+    }
+    EXPECT_EQ(sleep(), "001 22:30 06:30");
+}
+
+TEST_F(AdministrationTest, ARebootResetsTheUptimeAndKeepsTheSettings)
+{
+    ASSERT_EQ(open_at(kTime, kept()), "");
+    EXPECT_EQ(set_admin("1", "root", "secret"), 0);
+    ASSERT_EQ(open_at(kTime + 500, kept()), "");
+    EXPECT_EQ(uptime(), "500");
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(uptime(), "0");
+    EXPECT_EQ(json_of(path("state")).at("boot_count"), 2);
+    ASSERT_EQ(open_at(kTime + 530, kept()), "");
+    EXPECT_EQ(uptime(), "30");
+    EXPECT_EQ(admin(), "root secret");
+}
+
+TEST_F(AdministrationTest, FactoryRecoveryBringsBackTheScenario)
+{
+    ASSERT_EQ(open_at(kTime, kept()), "");
+    const nlohmann::json made = json_of(path("state"));
+    EXPECT_EQ(set_admin("1", "root", "secret"), 0);
+    EXPECT_EQ(set_sleep("1", "1", "1", "01:00", "02:00"), 0);
+    ASSERT_EQ(open_at(kTime + 500, kept()), "");
+    EXPECT_NE(json_of(path("state")).at("home"), made.at("home"));
+    EXPECT_EQ(devapi_recovery(), 0);
+    EXPECT_EQ(uptime(), "0");
+    EXPECT_EQ(json_of(path("state")).at("home"), made.at("home"));
+    EXPECT_EQ(json_of(path("state")).at("factory"), made.at("factory"));
+    EXPECT_EQ(json_of(path("state")).at("boot_count"), 2);
+    ASSERT_EQ(open_at(kTime + 501, kept()), "");
+    EXPECT_EQ(admin(), "admin zaun-und-tor-58");
+}
+
+TEST_F(AdministrationTest, NullRecordsAreFailedCalls)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(devapi_get_admin_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_admin_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_web_login_type(nullptr), -1);
+    EXPECT_EQ(devapi_get_web_login_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_web_login_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_reboot_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_reboot_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_hg_sleep_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_hg_sleep_info(nullptr), -1);
+}
+
+} // namespace

@@ -1,0 +1,524 @@
+#include "gateway_fixture.h"
+
+#include <set>
+
+namespace {
+
+class GatewaySettingsTest : public GatewayTest {
+  protected:
+    static HgBaseInfo base()
+    {
+        HgBaseInfo info = {};
+        EXPECT_EQ(devapi_get_hg_base_info(&info), 0);
+        return info;
+    }
+    static WanIpInfo wan()
+    {
+        WanIpInfo info = {};
+        EXPECT_EQ(devapi_get_wan_ip_info(&info), 0);
+        return info;
+    }
+    static HomePageInfo home_page()
+    {
+        HomePageInfo info = {};
+        EXPECT_EQ(devapi_get_home_page_info(&info), 0);
+        return info;
+    }
+    static int32_t rename(const std::string &name)
+    {
+        HgBaseInfo info = {};
+        set(info.Name, name);
+        return devapi_set_hg_base_info(&info);
+    }
+
+    static std::string lan()
+    {
+        LanIpInfo info = {};
+        EXPECT_EQ(devapi_get_lan_ip_info(&info), 0);
+        return std::string(info.GatewayLanIP) + " " + info.SubnetMask + " " + info.StartIp + " " +
+               info.EndIp;
+    }
+    static LanIpSetting lan_setting(const std::string &ip, const std::string &mask,
+                                    const std::string &start, const std::string &end)
+    {
+        LanIpSetting setting = {};
+        set(setting.info.GatewayLanIP, ip);
+        set(setting.info.SubnetMask, mask);
+        set(setting.info.StartIp, start);
+        set(setting.info.EndIp, end);
+        return setting;
+    }
+    // Empty on success, else the reason.
+    static std::string set_lan(const std::string &ip, const std::string &mask,
+                               const std::string &start, const std::string &end)
+    {
+        LanIpSetting setting = lan_setting(ip, mask, start, end);
+        const int32_t result = devapi_set_lan_ip_info(&setting);
+        EXPECT_EQ(result, setting.FailReason[0] == '\0' ? 0 : -1);
+        return setting.FailReason;
+    }
+
+    static DhcpInfo dhcp()
+    {
+        DhcpInfo info = {};
+        EXPECT_EQ(devapi_get_hg_dhcp_info(&info), 0);
+        return info;
+    }
+    static std::string set_dhcp(const std::string &enable)
+    {
+        DhcpSetting setting = {};
+        set(setting.info.Enable, enable);
+        const int32_t result = devapi_set_hg_dhcp_info(&setting);
+        EXPECT_EQ(result, setting.FailReason[0] == '\0' ? 0 : -1);
+        return setting.FailReason;
+    }
+
+    static std::string pppoe()
+    {
+        PppoeInfo info = {};
+        EXPECT_EQ(devapi_get_hg_pppoe_info(&info), 0);
+        return std::string(info.Account) + " " + info.Password + " " + info.Enable;
+    }
+    static std::string set_pppoe(const std::string &account, const std::string &password,
+                                 const std::string &enable)
+    {
+        PppoeSetting setting = {};
+        set(setting.info.Account, account);
+        set(setting.info.Password, password);
+        set(setting.info.Enable, enable);
+        const int32_t result = devapi_set_hg_pppoe_info(&setting);
+        EXPECT_EQ(result, setting.FailReason[0] == '\0' ? 0 : -1);
+        return setting.FailReason;
+    }
+
+    // The address of a host or a child router in the state file.
+    nlohmann::json ip_of_host(size_t at) const { return saved_home().at("hosts").at(at)["ip"]; }
+    nlohmann::json saved_home() const { return json_of(path("state")).at("home"); }
+
+    std::string open_with(const std::string &pointer, const nlohmann::json &value)
+    {
+        nlohmann::json home = house();
+        home[nlohmann::json::json_pointer(pointer)] = value;
+        return open_at(kTime,
+                       {.scenario = write("home.json", home.dump()), .trace = path("trace")});
+    }
+    std::string open_without_wan(const std::string &fault)
+    {
+        nlohmann::json wan = house().at("wan");
+        wan["connected"] = false;
+        wan["fault"] = fault;
+        return open_with("/wan", wan);
+    }
+};
+
+TEST_F(GatewaySettingsTest, BaseInformationIsThatOfTheHome)
+{
+    ASSERT_EQ(open_at(kTime, {}), "");
+    const HgBaseInfo info = base();
+    EXPECT_STREQ(info.Name, "Lindenhof");
+    EXPECT_STREQ(info.Mac, "3C:6A:D2:10:4F:20");
+    EXPECT_STREQ(info.NetStatus, "1");
+    EXPECT_STREQ(info.WiFiStatus1, "1");
+    EXPECT_STREQ(info.WiFiStatus2, "1");
+    EXPECT_STREQ(info.SSID1, "Lindenhof");
+    EXPECT_STREQ(info.SSID2, "Lindenhof-5G");
+    EXPECT_STREQ(info.Wlan0Mac, "3C:6A:D2:10:4F:21");
+    EXPECT_STREQ(info.Wlan1Mac, "3C:6A:D2:10:4F:25");
+    EXPECT_STREQ(info.ip, "192.168.1.1");
+    EXPECT_STREQ(info.HWVersion, "V1.2");
+    EXPECT_STREQ(info.FWVersion, "V2.4.1");
+    EXPECT_STREQ(info.FWDATA, "2025-11-18");
+    EXPECT_STREQ(info.DeviceType, "HGU-AX3000");
+    EXPECT_STREQ(info.AreaCode, "NORTH-07");
+    EXPECT_STREQ(info.AddressType, "Dynamic");
+    EXPECT_STREQ(info.QQGameAcceleratorEnable, "1");
+    EXPECT_STREQ(info.QosAcceleratorEnable, "0");
+    EXPECT_STREQ(info.FireWallEnable, "1");
+    EXPECT_STREQ(info.LedLight, "60");
+    EXPECT_STREQ(info.LedSwitch, "1");
+    EXPECT_STREQ(info.WanLinkMode, "PPPoE");
+    EXPECT_STREQ(info.ConfiguerStatus, "1");
+}
+
+TEST_F(GatewaySettingsTest, AHomeWithoutRadiosHasNothingToSayOfThem)
+{
+    nlohmann::json home = house();
+    home["radios"] = home["ssids"] = home["hosts"] = nlohmann::json::array();
+    ASSERT_EQ(open({.scenario = write("home.json", home.dump())}), "");
+    const HgBaseInfo info = base();
+    EXPECT_STREQ(info.WiFiStatus1, "NULL");
+    EXPECT_STREQ(info.SSID2, "NULL");
+    EXPECT_STREQ(info.Wlan1Mac, "NULL");
+}
+
+TEST_F(GatewaySettingsTest, TheHomePageShowsTheSameAsTheBaseInformation)
+{
+    ASSERT_EQ(open_at(kTime, {}), "");
+    const HgBaseInfo info = base();
+    const HomePageInfo page = home_page();
+    EXPECT_STREQ(page.Devname, info.Name);
+    EXPECT_STREQ(page.UploadSpeed, info.UpSpeed);
+    EXPECT_STREQ(page.DownloadSpeed, info.DownSpeed);
+    EXPECT_STREQ(page.CpuRate, info.Cpu);
+    EXPECT_STREQ(page.MemRate, info.Memory);
+    EXPECT_STREQ(page.GameSpeed, "1");
+    EXPECT_STREQ(page.GamePort, "2");
+    EXPECT_STREQ(page.GameBand, "5GHz");
+    EXPECT_GE(std::stoi(page.CpuTemperature), 50);
+    EXPECT_LE(std::stoi(page.CpuTemperature), 58);
+}
+
+TEST_F(GatewaySettingsTest, UptimeRuns)
+{
+    ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
+    EXPECT_STREQ(base().UpTime, "0");
+    ASSERT_EQ(open_at(kTime + 3700, {.state_file = path("state")}), "");
+    EXPECT_STREQ(base().UpTime, "3700");
+    EXPECT_STREQ(base().WanUptime, "3700");
+    ASSERT_EQ(open_at(kTime - 5, {.state_file = path("state")}), "");
+    EXPECT_STREQ(base().UpTime, "0");
+}
+
+TEST_F(GatewaySettingsTest, MeasurementsVaryByTimeAndSeedAndByNothingElse)
+{
+    const auto measured = [&](int64_t time, int64_t seed) {
+        nlohmann::json home = house();
+        home["ordinary_day"]["seed"] = seed;
+        EXPECT_EQ(open_at(time, {.scenario = write("home.json", home.dump())}), "");
+        const HgBaseInfo info = base();
+        return std::string(info.UpSpeed) + " " + info.DownSpeed + " " + info.Cpu + " " +
+               info.Memory;
+    };
+    const std::string first = measured(kTime, 7);
+    EXPECT_EQ(measured(kTime, 7), first);
+    EXPECT_EQ(measured(kTime + 4, 7), first);
+    EXPECT_NE(measured(kTime + 5, 7), first);
+    EXPECT_NE(measured(kTime, 8), first);
+}
+
+TEST_F(GatewaySettingsTest, MeasurementsStayNearThoseOfAnOrdinaryDay)
+{
+    std::string last;
+    int changes = 0;
+    for (int slot = 0; slot < 100; ++slot) {
+        ASSERT_EQ(open_at(kTime + 5 * slot, {}), "");
+        const HgBaseInfo info = base();
+        EXPECT_GE(std::stoi(info.UpSpeed), 1800 * 6 / 10);
+        EXPECT_LE(std::stoi(info.UpSpeed), 1800 * 14 / 10);
+        EXPECT_GE(std::stoi(info.DownSpeed), 14500 * 6 / 10);
+        EXPECT_LE(std::stoi(info.DownSpeed), 14500 * 14 / 10);
+        EXPECT_GE(std::stoi(info.Cpu), 22 * 7 / 10);
+        EXPECT_LE(std::stoi(info.Cpu), 22 * 13 / 10);
+        EXPECT_GE(std::stoi(info.Memory), 45);
+        EXPECT_LE(std::stoi(info.Memory), 51);
+        changes += last == info.DownSpeed ? 0 : 1;
+        last = info.DownSpeed;
+    }
+    EXPECT_GT(changes, 90);
+}
+
+TEST_F(GatewaySettingsTest, ANewNameIsReportedAndKept)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(rename("Haus am See"), 0);
+    EXPECT_STREQ(base().Name, "Haus am See");
+    EXPECT_STREQ(home_page().Devname, "Haus am See");
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_STREQ(base().Name, "Haus am See");
+    EXPECT_STREQ(base().Mac, "3C:6A:D2:10:4F:20");
+}
+
+TEST_F(GatewaySettingsTest, ANameOfFullWidthIsReportedWhole)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(rename(std::string(63, 'n')), 0);
+    EXPECT_EQ(base().Name, std::string(63, 'n'));
+}
+
+TEST_F(GatewaySettingsTest, ANameThatWasCutWithinALetterLosesThePart)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(rename(std::string(62, 'n') + "ü"), 0);
+    EXPECT_EQ(base().Name, std::string(62, 'n'));
+    EXPECT_EQ(rename(std::string(60, 'n') + "🏠"), 0);
+    EXPECT_EQ(base().Name, std::string(60, 'n'));
+}
+
+TEST_F(GatewaySettingsTest, ANameThatIsNoneIsRefused)
+{
+    ASSERT_EQ(open({.trace = path("trace")}), "");
+    EXPECT_EQ(rename(""), -1);
+    EXPECT_EQ(reason(), "Name is empty");
+    for (const char *name : {"a\xff"
+                             "b",
+                             "\x80", "line\nbreak", "\x1b[2J"}) {
+        EXPECT_EQ(rename(name), -1);
+        EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+    }
+    HgBaseInfo info = {};
+    fill_to_the_brim(info.Name, 'n');
+    info.Mac[0] = 'x';
+    EXPECT_EQ(devapi_set_hg_base_info(&info), -1);
+    EXPECT_EQ(reason(), "Name is longer than 63 bytes");
+    EXPECT_STREQ(base().Name, "Lindenhof");
+}
+
+TEST_F(GatewaySettingsTest, AnAddressPlanIsReportedAndKept)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(lan(), "192.168.1.1 255.255.255.0 192.168.1.100 192.168.1.249");
+    EXPECT_EQ(set_lan("10.1.2.254", "255.255.255.0", "10.1.2.10", "10.1.2.99"), "");
+    EXPECT_EQ(lan(), "10.1.2.254 255.255.255.0 10.1.2.10 10.1.2.99");
+    EXPECT_STREQ(base().ip, "10.1.2.254");
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_EQ(lan(), "10.1.2.254 255.255.255.0 10.1.2.10 10.1.2.99");
+    EXPECT_STREQ(dhcp().Enable, "1");
+    EXPECT_STREQ(dhcp().IPAddress, "10.1.2.254");
+    EXPECT_STREQ(dhcp().SubNetMask, "255.255.255.0");
+    EXPECT_STREQ(dhcp().GateWay, "10.1.2.254");
+}
+
+TEST_F(GatewaySettingsTest, AMoveTakesHostsAndChildRoutersAlong)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(set_lan("10.1.2.1", "255.255.255.0", "10.1.2.100", "10.1.2.249"), "");
+    EXPECT_EQ(ip_of_host(0), "10.1.2.101");
+    EXPECT_EQ(ip_of_host(6), "10.1.2.10");
+    const nlohmann::json children = saved_home().at("mesh").at("child_routers");
+    EXPECT_EQ(children.at(0).at("ip"), "10.1.2.2");
+    EXPECT_EQ(children.at(1).at("ip"), "10.1.2.3");
+    EXPECT_FALSE(saved_home().at("hosts").at(11).contains("ip"));
+}
+
+TEST_F(GatewaySettingsTest, AWiderSubnetLeavesTheAddressesAlone)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(set_lan("192.168.0.1", "255.255.0.0", "192.168.7.1", "192.168.7.9"), "");
+    EXPECT_EQ(ip_of_host(0), "192.168.1.101");
+}
+
+TEST_F(GatewaySettingsTest, AnAddressThatIsTakenOrDoesNotFitIsReplacedFromThePool)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    // The NAS has .10, which the gateway wants.
+    EXPECT_EQ(set_lan("192.168.1.10", "255.255.255.0", "192.168.1.101", "192.168.1.200"), "");
+    EXPECT_EQ(ip_of_host(6), "192.168.1.103");
+
+    // Of the old addresses only those below .30 fit; the others share the pool.
+    EXPECT_EQ(set_lan("10.0.0.1", "255.255.255.224", "10.0.0.4", "10.0.0.30"), "");
+    std::set<std::string> addresses = {"10.0.0.1"};
+    const nlohmann::json home = saved_home();
+    for (const nlohmann::json &child : home.at("mesh").at("child_routers")) {
+        addresses.insert(child.at("ip"));
+    }
+    for (const nlohmann::json &host : home.at("hosts")) {
+        addresses.insert(host.value("ip", ""));
+    }
+    addresses.erase("");
+    EXPECT_EQ(addresses.size(), 14u);
+    EXPECT_EQ(home.at("hosts").at(0).at("ip"), "10.0.0.4");
+}
+
+TEST_F(GatewaySettingsTest, AMoveIntoASubnetThatIsTooSmallIsRefused)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(set_lan("10.0.0.1", "255.255.255.0", "10.0.0.100", "10.0.0.249"), "");
+    EXPECT_EQ(set_lan("10.0.0.1", "255.255.255.240", "10.0.0.4", "10.0.0.6"),
+              "the pool is too small for the attached devices");
+    EXPECT_EQ(lan(), "10.0.0.1 255.255.255.0 10.0.0.100 10.0.0.249");
+}
+
+TEST_F(GatewaySettingsTest, AnAddressPlanThatIsNoneIsRefusedWithAReason)
+{
+    const struct {
+        const char *ip, *mask, *start, *end, *reason;
+    } plans[] = {
+        {"", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is no IPv4 address"},
+        {"10.0.0.256", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is no IPv4 address"},
+        {"10.0.0.1", "24", "10.0.0.2", "10.0.0.9", "SubnetMask is no IPv4 address"},
+        {"10.0.0.1", "255.0.255.0", "10.0.0.2", "10.0.0.9", "SubnetMask is no mask of a LAN"},
+        {"10.0.0.1", "0.0.0.0", "10.0.0.2", "10.0.0.9", "SubnetMask is no mask of a LAN"},
+        {"10.0.0.1", "255.255.255.255", "10.0.0.1", "10.0.0.1", "SubnetMask is no mask of a LAN"},
+        {"0.0.0.1", "255.0.0.0", "0.0.0.2", "0.0.0.9", "GatewayLanIP is no address of a host"},
+        {"127.0.0.1", "255.0.0.0", "127.0.0.2", "127.0.0.9",
+         "GatewayLanIP is no address of a host"},
+        {"224.0.0.1", "255.255.255.0", "224.0.0.2", "224.0.0.9",
+         "GatewayLanIP is no address of a host"},
+        {"10.0.0.0", "255.255.255.0", "10.0.0.2", "10.0.0.9",
+         "GatewayLanIP is the address of the network"},
+        {"10.0.0.255", "255.255.255.0", "10.0.0.2", "10.0.0.9",
+         "GatewayLanIP is the broadcast address"},
+        {"100.72.18.1", "255.255.255.0", "100.72.18.2", "100.72.18.9",
+         "the subnet holds the address of the WAN"},
+        {"10.0.0.1", "255.255.255.0", "x", "10.0.0.9", "StartIp is no IPv4 address"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "", "EndIp is no IPv4 address"},
+        {"10.0.0.1", "255.255.255.0", "10.0.1.2", "10.0.0.9", "StartIp is outside the subnet"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.0", "10.0.0.9", "StartIp is outside the subnet"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.1.9", "EndIp is outside the subnet"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.0.255", "EndIp is outside the subnet"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.9", "10.0.0.8", "EndIp lies before StartIp"},
+        {"10.0.0.5", "255.255.255.0", "10.0.0.5", "10.0.0.9",
+         "the pool from StartIp to EndIp holds GatewayLanIP"},
+        {"10.0.0.5", "255.255.255.0", "10.0.0.2", "10.0.0.5",
+         "the pool from StartIp to EndIp holds GatewayLanIP"},
+    };
+    ASSERT_EQ(open({.state_file = path("state"), .trace = path("trace")}), "");
+    const std::string before = read(path("state"));
+    for (const auto &plan : plans) {
+        EXPECT_EQ(set_lan(plan.ip, plan.mask, plan.start, plan.end), plan.reason);
+        EXPECT_EQ(reason(), plan.reason);
+    }
+    EXPECT_EQ(read(path("state")), before);
+}
+
+TEST_F(GatewaySettingsTest, AddressesAreReadNoFurtherThanTheirFields)
+{
+    ASSERT_EQ(open({}), "");
+    LanIpSetting setting = lan_setting("10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.0.9");
+    fill_to_the_brim(setting.info.EndIp, '1');
+    EXPECT_EQ(devapi_set_lan_ip_info(&setting), -1);
+    EXPECT_STREQ(setting.FailReason, "EndIp is no IPv4 address");
+}
+
+TEST_F(GatewaySettingsTest, AChangeThatCannotBeSavedSaysSo)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    std::filesystem::create_directory(path("state.tmp"));
+    EXPECT_EQ(set_dhcp("0"), (path("state.tmp") + ": Is a directory").substr(0, 63));
+    EXPECT_STREQ(dhcp().Enable, "1");
+}
+
+TEST_F(GatewaySettingsTest, AFaultLeavesTheReasonAsItIs)
+{
+    ASSERT_EQ(open({.faults = {"devapi_set_hg_dhcp_info=-1"}}), "");
+    DhcpSetting setting = {};
+    set(setting.info.Enable, "2");
+    EXPECT_EQ(devapi_set_hg_dhcp_info(&setting), -1);
+    EXPECT_STREQ(setting.FailReason, "");
+}
+
+TEST_F(GatewaySettingsTest, TheDhcpServerIsSwitched)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(set_dhcp("0"), "");
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_STREQ(dhcp().Enable, "0");
+    EXPECT_EQ(set_dhcp("1"), "");
+    EXPECT_STREQ(dhcp().Enable, "1");
+    for (const char *enable : {"", "2", "01", "true"}) {
+        EXPECT_EQ(set_dhcp(enable),
+                  "Enable \"" + std::string(enable) + "\" is none of \"0\", \"1\"");
+    }
+    DhcpSetting setting = {};
+    fill_to_the_brim(setting.info.Enable, '1');
+    EXPECT_EQ(devapi_set_hg_dhcp_info(&setting), -1);
+    EXPECT_STREQ(dhcp().Enable, "1");
+}
+
+TEST_F(GatewaySettingsTest, AWanWithoutAConnectionHasNoAddressesAndNoRates)
+{
+    ASSERT_EQ(open_with("/wan/secondary_dns", ""), "");
+    EXPECT_STREQ(wan().ip, "100.72.18.203");
+    EXPECT_STREQ(wan().Dns, "100.64.0.53");
+    EXPECT_STREQ(wan().WanGateWay, "100.72.0.1");
+    EXPECT_STREQ(wan().ConnectionState, "Connected");
+    ASSERT_EQ(open_without_wan("LINK_DOWN"), "");
+    EXPECT_STREQ(wan().ip, "NULL");
+    EXPECT_STREQ(wan().Dns, "NULL");
+    EXPECT_STREQ(wan().WanGateWay, "NULL");
+    EXPECT_STREQ(wan().ConnectionState, "Disconnected");
+    EXPECT_STREQ(base().NetStatus, "0");
+    EXPECT_STREQ(base().UpSpeed, "0");
+    EXPECT_STREQ(base().DownSpeed, "0");
+    EXPECT_STREQ(base().WanUptime, "0");
+}
+
+TEST_F(GatewaySettingsTest, APppoeAccountIsReportedAndKept)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    EXPECT_EQ(pppoe(), "k4471902@fibre.example Lh7-pq2-Vw9 1");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "1"), "");
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_EQ(pppoe(), "smith s3cret 1");
+}
+
+TEST_F(GatewaySettingsTest, PppoeSwitchedOffKeepsTheAccountAndGoesByDhcp)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(set_pppoe("", "", "0"), "");
+    EXPECT_EQ(pppoe(), "k4471902@fibre.example Lh7-pq2-Vw9 0");
+    EXPECT_STREQ(base().WanLinkMode, "DHCP");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "0"), "");
+    EXPECT_EQ(pppoe(), "smith s3cret 0");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "1"), "");
+    EXPECT_STREQ(base().WanLinkMode, "PPPoE");
+}
+
+TEST_F(GatewaySettingsTest, PppoeConnectsTheWanAnew)
+{
+    ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
+    ASSERT_EQ(open_at(kTime + 1000, {.state_file = path("state")}), "");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "1"), "");
+    ASSERT_EQ(open_at(kTime + 1060, {.state_file = path("state")}), "");
+    EXPECT_STREQ(base().WanUptime, "60");
+    EXPECT_STREQ(base().UpTime, "1060");
+
+    ASSERT_EQ(open_without_wan("AUTH_FAILED"), "");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "1"), "");
+    EXPECT_STREQ(base().NetStatus, "1");
+    ASSERT_EQ(open_without_wan("LINK_DOWN"), "");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "1"), "");
+    EXPECT_STREQ(base().NetStatus, "0");
+}
+
+TEST_F(GatewaySettingsTest, APppoeAccountThatIsNoneIsRefusedWithAReason)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(set_pppoe("", "s3cret", "1"), "Account is empty");
+    EXPECT_EQ(set_pppoe("smith", "", "1"), "Password is empty");
+    EXPECT_EQ(set_pppoe("smith", "s3cret", "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
+    EXPECT_EQ(set_pppoe("smi\xffth", "s3cret", "1"),
+              "Account holds control characters or is no UTF-8");
+    EXPECT_EQ(set_pppoe("smith", "s3\ncret", "0"),
+              "Password holds control characters or is no UTF-8");
+    PppoeSetting setting = {};
+    set(setting.info.Account, "smith");
+    fill_to_the_brim(setting.info.Password, '1');
+    set(setting.info.Enable, "1");
+    EXPECT_EQ(devapi_set_hg_pppoe_info(&setting), -1);
+    EXPECT_STREQ(setting.FailReason, "Password is longer than 63 bytes");
+    EXPECT_EQ(pppoe(), "k4471902@fibre.example Lh7-pq2-Vw9 1");
+    EXPECT_EQ(set_pppoe(std::string(63, 'a'), std::string(63, 'p'), "1"), "");
+    EXPECT_EQ(pppoe(), std::string(63, 'a') + " " + std::string(63, 'p') + " 1");
+}
+
+TEST_F(GatewaySettingsTest, TheTraceMasksThePasswordAndShowsTheReason)
+{
+    ASSERT_EQ(open({.trace = path("trace")}), "");
+    set_pppoe("", "s3cret", "1");
+    EXPECT_NE(lines(path("trace"))
+                  .back()
+                  .find("devapi_set_hg_pppoe_info(setting={Account=\"\", Password=***, "
+                        "Enable=\"1\", FailReason=\"Account is empty\"}) = -1 in "),
+              std::string::npos);
+    pppoe();
+    EXPECT_EQ(read(path("trace")).find("s3cret"), std::string::npos);
+    EXPECT_EQ(read(path("trace")).find("Lh7-pq2-Vw9"), std::string::npos);
+}
+
+TEST_F(GatewaySettingsTest, NullRecordsAreFailedCalls)
+{
+    ASSERT_EQ(open({}), "");
+    EXPECT_EQ(devapi_get_hg_base_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_hg_base_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_home_page_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_lan_ip_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_lan_ip_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_wan_ip_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_hg_dhcp_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_hg_dhcp_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_hg_pppoe_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_hg_pppoe_info(nullptr), -1);
+}
+
+} // namespace
