@@ -1,19 +1,37 @@
-// Every example in the description of the protocol holds for a new simulated gateway.
+// Every example in the description of the protocol holds for a new simulated gateway, whose clock
+// stands still so that uptime and rates are those of the examples.
 #include "agent_commands.h"
 #include "embedded/protocol_commands.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdlib>
+
 using Json = nlohmann::ordered_json;
 
-TEST(Examples, AreWhatTheCommandsReply)
+namespace {
+
+class Examples : public testing::TestWithParam<embedded::Text> {
+  protected:
+    Examples() { setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1); }
+    ~Examples() override { unsetenv("SIMULATED_GATEWAY_TIME"); }
+};
+
+std::string command_of(const testing::TestParamInfo<embedded::Text> &file)
 {
-    ASSERT_FALSE(embedded::protocol_commands().empty());
-    for (const embedded::Text &file : embedded::protocol_commands()) {
-        const Json description = Json::parse(file.text);
-        const Json &example = description["example"];
-        const AgentResult result = call(description["command"], example["request"].dump());
-        EXPECT_EQ(result.output, example["reply"].dump() + "\n") << file.file_name;
-    }
+    return Json::parse(file.param.text)["command"];
 }
+
+} // namespace
+
+TEST_P(Examples, AreWhatTheCommandsReply)
+{
+    const Json description = Json::parse(GetParam().text);
+    const Json &example = description["example"];
+    const AgentResult result = call(description["command"], example["request"].dump());
+    EXPECT_EQ(result.output, example["reply"].dump() + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(embedded::protocol_commands()),
+                         command_of);
