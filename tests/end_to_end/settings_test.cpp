@@ -1,10 +1,8 @@
 // Settings of the gateway: what one agent sets, the next one finds.
-#include "agent_commands.h"
+#include "gateway_test.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-
-#include <cstdlib>
 
 using testing::AllOf;
 using testing::HasSubstr;
@@ -12,41 +10,7 @@ using testing::Not;
 
 namespace {
 
-constexpr char kDone[] = "{\"Status\":\"0\"}\n";
-
-// A gateway whose state stays in a file from one agent to the next. Its clock stands still at a
-// time of the test's, so that what depends on the time can be told.
-class Settings : public testing::Test {
-  protected:
-    Settings() { set_time(1767225600); }
-    ~Settings() override { unsetenv("SIMULATED_GATEWAY_TIME"); }
-
-    static void set_time(int64_t time)
-    {
-        setenv("SIMULATED_GATEWAY_TIME", std::to_string(time).c_str(), 1);
-    }
-
-    std::string reply(const std::string &command, const std::string &request = "{}") const
-    {
-        return call(command, request, {"--state", state_}).output;
-    }
-
-    // Sets, and expects the keys in what is asked for afterwards.
-    void expect_kept(const std::string &setting, const std::string &request,
-                     const std::string &query, const std::string &keys) const
-    {
-        EXPECT_EQ(reply(setting, request), kDone) << request;
-        EXPECT_THAT(reply(query), AllOf(HasSubstr(R"("Status":"0")"), HasSubstr(keys))) << setting;
-    }
-
-    std::string text(const std::string &command, const std::string &key) const
-    {
-        return nlohmann::json::parse(reply(command))[key];
-    }
-
-    std::string state_ = test_file(
-        std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) + ".json");
-};
+class Settings : public GatewayTest {};
 
 } // namespace
 
@@ -70,10 +34,8 @@ TEST_F(Settings, SayWhyALanIsRefused)
 {
     const std::string before = reply("GET_LAN_IP_INFO");
     const AgentResult refused =
-        call("SET_LAN_IP_INFO",
-             R"({"GatewayLanIP":"192.168.1.1","SubnetMask":"255.255.255.0",)"
-             R"("StartIp":"10.0.0.1","EndIp":"10.0.0.2"})",
-             {"--state", state_});
+        run("SET_LAN_IP_INFO", R"({"GatewayLanIP":"192.168.1.1","SubnetMask":"255.255.255.0",)"
+                               R"("StartIp":"10.0.0.1","EndIp":"10.0.0.2"})");
     EXPECT_EQ(refused.exit_status, 1);
     EXPECT_EQ(refused.output,
               "{\"Status\":\"1\",\"FailReason\":\"StartIp is outside the subnet\"}\n");
@@ -147,11 +109,11 @@ TEST_F(Settings, KeepTheSleepSchedule)
 TEST_F(Settings, OutliveAReboot)
 {
     EXPECT_EQ(reply("SET_HG_BASE_INFO", R"({"Name":"Cellar"})"), kDone);
-    set_time(1767225600 + 5000);
+    set_time(kStart + 5000);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "5000");
     EXPECT_EQ(reply("RP_HG_REBOOT"), kDone);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "0");
-    set_time(1767225600 + 5070);
+    set_time(kStart + 5070);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "70");
     EXPECT_EQ(text("GET_HG_BASE_INFO", "Name"), "Cellar");
 }
