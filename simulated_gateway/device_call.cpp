@@ -4,8 +4,17 @@
 #include "gateway.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace simulated_gateway {
+namespace {
+
+std::string shown_number(const void *number, bool)
+{
+    return std::to_string(*static_cast<const int32_t *>(number));
+}
+
+} // namespace
 
 void RecordText::add(const char *name, const std::string &value)
 {
@@ -41,11 +50,21 @@ Argument reply_text(const char *name, const char *text)
             }};
 }
 
+Argument request_text(const char *name, const char *text)
+{
+    Argument argument = reply_text(name, text);
+    argument.is_reply = false;
+    return argument;
+}
+
+Argument reply_number(const char *name, const int32_t *number)
+{
+    return {name, number, true, shown_number};
+}
+
 Argument number(const char *name, const int32_t &value)
 {
-    return {name, &value, false, [](const void *number, bool) {
-                return std::to_string(*static_cast<const int32_t *>(number));
-            }};
+    return {name, &value, false, shown_number};
 }
 
 void refuse_for(const char *name, const std::string &complaint)
@@ -53,6 +72,23 @@ void refuse_for(const char *name, const std::string &complaint)
     if (!complaint.empty()) {
         throw Error(std::string(name) + " " + complaint);
     }
+}
+
+bool flag_of(const char *name, const std::string &text)
+{
+    refuse_for(name, complaint(text, one_of("0", "1")));
+    return text == "1";
+}
+
+int64_t number_of(const char *name, const std::string &text)
+{
+    int64_t number = 0;
+    const char *end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end) {
+        throw Error(std::string(name) + " is no number");
+    }
+    return number;
 }
 
 void put_text(std::span<char> field, const std::string &text)

@@ -108,11 +108,21 @@ template <class Setting> Argument request_with_reason(const char *name, Setting 
 // A bare text that the function fills.
 Argument reply_text(const char *name, const char *text);
 
+// A bare text that the function reads.
+Argument request_text(const char *name, const char *text);
+
+// A bare number that the function fills.
+Argument reply_number(const char *name, const int32_t *number);
+
 // A number; it has to outlive the call.
 Argument number(const char *name, const int32_t &value);
 
 // Throws an Error with the name in front of the complaint, if there is one.
 void refuse_for(const char *name, const std::string &complaint);
+
+// What a text says; they throw an Error in the given name when it says nothing of the kind.
+bool flag_of(const char *name, const std::string &text);
+int64_t number_of(const char *name, const std::string &text);
 
 // Runs a device call that looks at the state. Fails with -1 when an argument is null or the gateway
 // cannot be opened.
@@ -160,7 +170,17 @@ template <size_t width> std::string taken_text(const char *name, const char (&fi
 }
 template <size_t width> bool taken_flag(const char *name, const char (&field)[width])
 {
-    return taken(name, field, one_of("0", "1")) == "1";
+    return flag_of(name, taken(field));
+}
+template <size_t width> int64_t taken_number(const char *name, const char (&field)[width])
+{
+    return number_of(name, taken(field));
+}
+
+// A setting that says "-1" of something leaves that as it is.
+template <size_t width> bool is_given(const char (&field)[width])
+{
+    return taken(field) != "-1";
 }
 
 } // namespace simulated_gateway

@@ -50,7 +50,10 @@ Gateway::Gateway(const Settings &settings)
 int32_t Gateway::query(const char *function, std::initializer_list<Argument> arguments,
                        const std::function<int32_t(const State &)> &body)
 {
-    return run(function, arguments, [&] { return body(state_); });
+    return run(function, arguments, [&] {
+        let_time_pass(state_);
+        return body(state_);
+    });
 }
 
 int32_t Gateway::setting(const char *function, std::initializer_list<Argument> arguments,
@@ -58,6 +61,7 @@ int32_t Gateway::setting(const char *function, std::initializer_list<Argument> a
 {
     return run(function, arguments, [&] {
         State changed = state_;
+        let_time_pass(changed);
         const int32_t result = body(changed);
         if (result == 0) {
             keep(std::move(changed));
@@ -106,6 +110,8 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
 void Gateway::keep(State changed)
 {
     check(changed);
+    // What has just begun has to end on time for those as well who read the file.
+    let_time_pass(changed);
     if (state_file_) {
         state_file_->save(changed);
     }

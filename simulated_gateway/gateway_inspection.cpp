@@ -5,7 +5,6 @@
 #include "radio_channels.h"
 
 #include <algorithm>
-#include <charconv>
 
 using namespace simulated_gateway;
 
@@ -152,18 +151,6 @@ int32_t devapi_inspect_hg_wifi(WifiInspectInfo *info)
         fill(*info, state.home, inspected_radio(state.home));
         return 0;
     });
-}
-
-template <size_t width> static int64_t taken_number(const char *name, const char (&field)[width])
-{
-    const std::string text = taken(field);
-    int64_t number = 0;
-    const char *end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end) {
-        throw Error(std::string(name) + " is no number");
-    }
-    return number;
 }
 
 // Moves the radio of the channel's band to the best channel there.

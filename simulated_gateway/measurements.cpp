@@ -7,7 +7,7 @@
 namespace simulated_gateway {
 namespace {
 
-enum class Quantity : uint64_t { kCpu = 1, kMemory, kTemperature, kUp, kDown, kDelay };
+enum class Quantity : uint64_t { kCpu = 1, kMemory, kTemperature, kUp, kDown, kDelay, kSignal };
 
 // Mixes bits well (the finalizer of SplitMix64): neighbouring seeds and times share nothing.
 uint64_t mixed(uint64_t bits)
@@ -18,17 +18,22 @@ uint64_t mixed(uint64_t bits)
     return bits ^ (bits >> 31);
 }
 
-// The ordinary value, more or less up to so many percent. It stays for a few seconds, so that what
-// is asked for at one time fits together.
-int64_t varied(const State &state, Quantity quantity, int64_t ordinary, int64_t most_percent)
+// A number from -most to most, for one of the sources of a quantity. It stays for a few seconds, so
+// that what is asked for at one time fits together.
+int64_t deviation(const State &state, Quantity quantity, uint64_t source, int64_t most)
 {
     constexpr int64_t slot_seconds = 5;
     const auto seed = static_cast<uint64_t>(state.home.ordinary_day.seed);
     const auto slot = static_cast<uint64_t>(now() / slot_seconds);
-    const uint64_t bits = mixed(mixed(mixed(seed) + static_cast<uint64_t>(quantity)) + slot);
-    const auto steps = static_cast<uint64_t>(2 * most_percent + 1);
-    const int64_t percent = 100 - most_percent + static_cast<int64_t>(bits % steps);
-    return ordinary * percent / 100;
+    const uint64_t start = mixed(mixed(seed) + static_cast<uint64_t>(quantity)) + slot;
+    const uint64_t bits = mixed(source == 0 ? start : mixed(start) + source);
+    return static_cast<int64_t>(bits % static_cast<uint64_t>(2 * most + 1)) - most;
+}
+
+// The ordinary value, more or less up to so many percent.
+int64_t varied(const State &state, Quantity quantity, int64_t ordinary, int64_t most_percent)
+{
+    return ordinary * (100 + deviation(state, quantity, 0, most_percent)) / 100;
 }
 
 // Freed resources fill up again.
@@ -82,15 +87,32 @@ int64_t delay_ms(const State &state)
                                     waiting);
 }
 
+int64_t received_dbm(const State &state, uint64_t transmitter, int64_t ordinary_dbm)
+{
+    constexpr int64_t most_db = 3;
+    return std::min<int64_t>(-1, ordinary_dbm +
+                                     deviation(state, Quantity::kSignal, transmitter, most_db));
+}
+
+bool is_online(const Home &home, const Host &host)
+{
+    if (host.ssid == 0) {
+        return host.online;
+    }
+    const Ssid &ssid = home.ssids[static_cast<size_t>(host.ssid - 1)];
+    return host.online && ssid.enabled && radio_of(home, ssid.band)->enabled;
+}
+
 int64_t online_hosts(const Home &home)
 {
-    return std::ranges::count_if(home.hosts, [](const Host &host) { return host.online; });
+    return std::ranges::count_if(home.hosts,
+                                 [&](const Host &host) { return is_online(home, host); });
 }
 
 int64_t online_wifi_clients(const Home &home)
 {
-    return std::ranges::count_if(home.hosts,
-                                 [](const Host &host) { return host.online && host.ssid != 0; });
+    return std::ranges::count_if(
+        home.hosts, [&](const Host &host) { return host.ssid != 0 && is_online(home, host); });
 }
 
 int64_t protected_hosts(const Home &home)

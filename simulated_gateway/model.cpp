@@ -2,6 +2,8 @@
 
 #include "clock.h"
 
+#include <algorithm>
+
 namespace simulated_gateway {
 
 void boot(State &state)
@@ -10,6 +12,35 @@ void boot(State &state)
     ++state.boot_count;
     state.wan_time = state.boot_time;
     state.optimization_time = 0;
+}
+
+void let_time_pass(State &state)
+{
+    Home &home = state.home;
+    for (GuestNetwork &guest : home.guest_networks) {
+        Ssid &ssid = home.ssids[static_cast<size_t>(guest.ssid - 1)];
+        if (!ssid.enabled || guest.seconds < 0) {
+            guest.end_time = 0;
+            continue;
+        }
+        if (guest.end_time == 0) {
+            guest.end_time = now() + guest.seconds;
+        }
+        if (guest.end_time <= now()) {
+            switch_network(home, ssid, false);
+            guest.end_time = 0;
+        }
+    }
+}
+
+void switch_network(Home &home, Ssid &ssid, bool on)
+{
+    ssid.enabled = on;
+    const bool last_went_off = std::ranges::none_of(
+        home.ssids, [&](const Ssid &it) { return it.band == ssid.band && it.enabled; });
+    if (on || last_went_off) {
+        radio_of(home, ssid.band)->enabled = on;
+    }
 }
 
 void reconnect(State &state)

@@ -67,7 +67,10 @@ class CoherenceChecker {
         check_wan();
         check_radios();
         check_ssids();
+        check_guest_networks();
         check_neighbours();
+        check_repeater();
+        check_mesh();
         check_child_routers();
         check_hosts();
     }
@@ -85,6 +88,11 @@ class CoherenceChecker {
         if (sleep.gateway || sleep.wifi || sleep.leds) {
             if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {
                 refuse(path_ + "/sleep", "needs a start and another end");
+            }
+        }
+        for (size_t at = 0; at < home_.wifi_sleep.size(); ++at) {
+            if (home_.wifi_sleep[at].start == home_.wifi_sleep[at].end) {
+                refuse(item(path_ + "/wifi_sleep", at), "ends when it starts");
             }
         }
     }
@@ -129,10 +137,18 @@ class CoherenceChecker {
         for (size_t at = 0; at < home_.radios.size(); ++at) {
             const Radio &radio = home_.radios[at];
             const std::string path = item(path_ + "/radios", at);
-            if (radio_of(radio.band) != &radio) {
+            if (radio_of(home_, radio.band) != &radio) {
                 refuse(path + "/band", "there is another radio for " + radio.band);
             }
-            check_channel(radio.band, radio.channel, path + "/channel");
+            const std::vector<int64_t> &channels = channels_of(radio.band);
+            if (std::ranges::find(channels, radio.channel) == channels.end()) {
+                refuse_channel(radio.band, radio.channel, path + "/channel");
+            }
+            const std::string wrong =
+                complaint(radio.standard, radio.band == "2.4GHz" ? kStandards24 : kStandards5);
+            if (!wrong.empty()) {
+                refuse(path + "/standard", wrong);
+            }
             if (radio.band == "2.4GHz" && radio.bandwidth_mhz > 40) {
                 refuse(path + "/bandwidth_mhz",
                        std::to_string(radio.bandwidth_mhz) + " is too wide for " + radio.band);
@@ -146,11 +162,23 @@ class CoherenceChecker {
         for (size_t at = 0; at < home_.ssids.size(); ++at) {
             const Ssid &ssid = home_.ssids[at];
             const std::string path = item(path_ + "/ssids", at);
-            if (radio_of(ssid.band) == nullptr) {
+            if (radio_of(home_, ssid.band) == nullptr) {
                 refuse(path + "/band", "there is no radio for " + ssid.band);
             }
-            if (ssid.encryption != "OPEN" && ssid.password.size() < 8) {
-                refuse(path + "/password", "needs at least 8 characters");
+            check_password(ssid.encryption, ssid.password, path);
+        }
+    }
+
+    void check_guest_networks()
+    {
+        std::map<std::string, std::string> bands;
+        for (size_t at = 0; at < home_.guest_networks.size(); ++at) {
+            const int64_t ssid = home_.guest_networks[at].ssid;
+            const std::string path = item(path_ + "/guest_networks", at);
+            check_ssid_number(ssid, path);
+            const std::string &band = home_.ssids[static_cast<size_t>(ssid - 1)].band;
+            if (!bands.emplace(band, path).second) {
+                refuse(path + "/ssid", "there is another guest network for " + band);
             }
         }
     }
@@ -159,15 +187,50 @@ class CoherenceChecker {
     {
         for (size_t at = 0; at < home_.neighbours.size(); ++at) {
             const Neighbour &neighbour = home_.neighbours[at];
-            check_channel(neighbour.band, neighbour.channel,
-                          item(path_ + "/neighbours", at) + "/channel");
+            const std::string path = item(path_ + "/neighbours", at);
+            if (band_of(neighbour.channel) != neighbour.band) {
+                refuse_channel(neighbour.band, neighbour.channel, path + "/channel");
+            }
+            if (!neighbour.password.empty()) {
+                check_password(neighbour.encryption, neighbour.password, path);
+            }
         }
     }
 
-    static void check_channel(const std::string &band, int64_t channel, const std::string &path)
+    [[noreturn]] static void refuse_channel(const std::string &band, int64_t channel,
+                                            const std::string &path)
     {
-        if (band_of(channel) != band) {
-            refuse(path, std::to_string(channel) + " is no channel of " + band);
+        refuse(path, std::to_string(channel) + " is no channel of " + band);
+    }
+
+    static void check_password(const std::string &encryption, const std::string &password,
+                               const std::string &path)
+    {
+        if (encryption != kNoEncryption && password.size() < 8) {
+            refuse(path + "/password", "needs at least 8 characters");
+        }
+    }
+
+    void check_ssid_number(int64_t number, const std::string &path) const
+    {
+        if (number > static_cast<int64_t>(home_.ssids.size())) {
+            refuse(path + "/ssid", "there is no SSID " + std::to_string(number));
+        }
+    }
+
+    void check_repeater()
+    {
+        const Repeater &repeater = home_.repeater;
+        if (repeater.neighbour > static_cast<int64_t>(home_.neighbours.size())) {
+            refuse(path_ + "/repeater/neighbour",
+                   "there is no neighbour " + std::to_string(repeater.neighbour));
+        }
+    }
+
+    void check_mesh()
+    {
+        if (home_.mesh.link_layer_up && !home_.mesh.enabled) {
+            refuse(path_ + "/mesh/link_layer_up", "the mesh is off");
         }
     }
 
@@ -212,9 +275,7 @@ class CoherenceChecker {
             if (host.router != home_.identity.mac && child_router(host.router) == nullptr) {
                 refuse(path + "/router", "there is no router " + host.router);
             }
-            if (host.ssid > static_cast<int64_t>(home_.ssids.size())) {
-                refuse(path + "/ssid", "there is no SSID " + std::to_string(host.ssid));
-            }
+            check_ssid_number(host.ssid, path);
             check_signal(host.online && host.ssid != 0, host.signal_dbm, path + "/signal_dbm");
         }
     }
@@ -254,12 +315,6 @@ class CoherenceChecker {
         if (!is_new) {
             refuse(path, address + " belongs to " + owner->second);
         }
-    }
-
-    const Radio *radio_of(const std::string &band) const
-    {
-        const auto found = std::ranges::find(home_.radios, band, &Radio::band);
-        return found != home_.radios.end() ? &*found : nullptr;
     }
 
     const ChildRouter *child_router(const std::string &mac) const

@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <vector>
 
 namespace simulated_gateway {
 namespace {
 
+const std::vector<int64_t> kChannels24 = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
+const std::vector<int64_t> kChannels5 = {36, 40, 44, 48, 52, 56, 60, 64, 149, 153, 157, 161, 165};
+
 // Those that do not overlap, and those that no radar has a right to.
-const std::vector<int64_t> kChannels24 = {1, 6, 11};
-const std::vector<int64_t> kChannels5 = {36, 40, 44, 48, 149, 153, 157, 161};
+const std::vector<int64_t> kBestChannels24 = {1, 6, 11};
+const std::vector<int64_t> kBestChannels5 = {36, 40, 44, 48, 149, 153, 157, 161};
 
 // The lowest channel of the block that the channel lies in: channels of 5 GHz are 20 MHz wide,
 // numbered every 5 MHz and bound to wider ones in fixed blocks.
@@ -46,6 +48,11 @@ std::string band_of(int64_t channel)
     return channel >= 36 && channel <= 165 ? "5GHz" : "";
 }
 
+const std::vector<int64_t> &channels_of(const std::string &band)
+{
+    return band == "2.4GHz" ? kChannels24 : kChannels5;
+}
+
 int64_t congestion(const Home &home, const Radio &radio, int64_t channel)
 {
     // A network at the noise floor costs nothing, one in the next room a third of the time.
@@ -61,7 +68,7 @@ int64_t congestion(const Home &home, const Radio &radio, int64_t channel)
 int64_t best_channel(const Home &home, const Radio &radio)
 {
     int64_t best = radio.channel;
-    for (const int64_t channel : radio.band == "2.4GHz" ? kChannels24 : kChannels5) {
+    for (const int64_t channel : radio.band == "2.4GHz" ? kBestChannels24 : kBestChannels5) {
         if (congestion(home, radio, channel) < congestion(home, radio, best)) {
             best = channel;
         }

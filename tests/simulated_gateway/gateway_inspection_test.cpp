@@ -208,7 +208,8 @@ TEST_F(GatewayInspectionTest, ARadioThatIsOffOrNotThereIsNotOptimised)
     EXPECT_EQ(optimize("36"), "refused");
     EXPECT_EQ(reason(), "the radio of 5GHz is off");
 
-    home["radios"] = home["ssids"] = home["hosts"] = nlohmann::json::array();
+    home["radios"] = home["ssids"] = home["guest_networks"] = nlohmann::json::array();
+    home["hosts"] = nlohmann::json::array();
     ASSERT_EQ(open_home(home), "");
     EXPECT_EQ(optimize("36"), "refused");
     WifiInspectInfo info = {};

@@ -143,7 +143,8 @@ TEST_F(GatewaySettingsTest, BaseInformationIsThatOfTheHome)
 TEST_F(GatewaySettingsTest, AHomeWithoutRadiosHasNothingToSayOfThem)
 {
     nlohmann::json home = house();
-    home["radios"] = home["ssids"] = home["hosts"] = nlohmann::json::array();
+    home["radios"] = home["ssids"] = home["guest_networks"] = nlohmann::json::array();
+    home["hosts"] = nlohmann::json::array();
     ASSERT_EQ(open({.scenario = write("home.json", home.dump())}), "");
     const HgBaseInfo info = base();
     EXPECT_STREQ(info.WiFiStatus1, "NULL");

@@ -166,6 +166,12 @@ TEST_F(ScenarioTest, ValuesHaveToFit)
         {"/reboot_schedule/days", "1,8", "\"1,8\" is no list of days like \"1,3,7\""},
         {"/reboot_schedule/days", "1,", "\"1,\" is no list of days like \"1,3,7\""},
         {"/reboot_schedule/days", "1,2,1", "\"1,2,1\" is no list of days like \"1,3,7\""},
+        {"/wifi_sleep", nlohmann::json(4, nullptr), "holds more than 3"},
+        {"/wifi_sleep/0/days", "", "\"\" is no list of days like \"1,3,7\""},
+        {"/guest_networks", nlohmann::json(3, nullptr), "holds more than 2"},
+        {"/guest_networks/0/seconds", -2, "-2 is not within -1 to 4294967295"},
+        {"/guest_networks/0/end_time", -1, "-1 is not within 0 to 9223372036854775807"},
+        {"/repeater/neighbour", 61, "61 is not within 1 to 60"},
         {"/ordinary_day/seed", -1, "-1 is not within 0 to 2147483647"},
         {"/services/game_band", "6GHz", "\"6GHz\" is none of \"2.4GHz\", \"5GHz\""},
         {"/administration/web_login_type", "2", "\"2\" is none of \"0\", \"1\""},
@@ -206,6 +212,9 @@ TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
         {"/sleep",
          {{"gateway", true}, {"wifi", false}, {"leds", false}},
          "needs a start and another end"},
+        {"/wifi_sleep/1",
+         {{"enabled", false}, {"start", "01:00"}, {"end", "01:00"}, {"days", "1"}},
+         "ends when it starts"},
         {"/wan/fault", "LINK_DOWN", "stands beside a connection"},
         {"/neighbours/0/channel", 36, "36 is no channel of 2.4GHz"},
         {"/neighbours/5/channel", 15, "15 is no channel of 5GHz"},
@@ -216,7 +225,17 @@ TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
         {"/radios/1/channel", 20, "20 is no channel of 5GHz"},
         {"/radios/0/bandwidth_mhz", 80, "80 is too wide for 2.4GHz"},
         {"/radios/0/mac", "3C:6A:D2:10:4F:20", "3C:6A:D2:10:4F:20 belongs to /identity/mac"},
+        {"/radios/0/channel", 14, "14 is no channel of 2.4GHz"},
+        {"/radios/1/channel", 37, "37 is no channel of 5GHz"},
+        {"/radios/0/standard", "11ac",
+         "\"11ac\" is none of \"11b\", \"11g\", \"11n\", \"11ax\""},
+        {"/radios/1/standard", "11g",
+         "\"11g\" is none of \"11a\", \"11n\", \"11ac\", \"11ax\""},
         {"/ssids/0/password", "short", "needs at least 8 characters"},
+        {"/guest_networks/1/ssid", 4, "there is another guest network for 2.4GHz"},
+        {"/neighbours/0/password", "short", "needs at least 8 characters"},
+        {"/repeater/neighbour", 9, "there is no neighbour 9"},
+        {"/mesh/enabled", false, "the mesh is off"},
         {"/mesh/child_routers/1/ip", "192.168.1.2",
          "192.168.1.2 belongs to /mesh/child_routers/0/ip"},
         {"/mesh/child_routers/0/parent", "3C:6A:D2:00:00:00",
@@ -232,15 +251,23 @@ TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
         {"/hosts/0/signal_dbm", -40, "there is no link by radio"},
     };
     for (const WrongValue &wrong : wrong_values) {
-        const std::string pointer =
-            wrong.pointer == std::string("/wan/gateway") ? "/wan/connected" : wrong.pointer;
+        std::string pointer = wrong.pointer;
+        if (pointer == "/wan/gateway") {
+            pointer = "/wan/connected";
+        } else if (pointer == "/mesh/enabled") {
+            pointer = "/mesh/link_layer_up";
+        }
         EXPECT_EQ(error_with(wrong.pointer, wrong.value),
                   "my.json: " + pointer + ": " + wrong.complaint);
     }
     nlohmann::json fewer_networks = house();
     fewer_networks["ssids"].erase(5);
+    EXPECT_EQ(error_of(fewer_networks.dump()), "");
     fewer_networks["ssids"].erase(5);
     fewer_networks["ssids"].erase(4);
+    EXPECT_EQ(error_of(fewer_networks.dump()),
+              "my.json: /guest_networks/1/ssid: there is no SSID 6");
+    fewer_networks["guest_networks"].erase(1);
     EXPECT_EQ(error_of(fewer_networks.dump()), "");
     fewer_networks["ssids"].erase(4);
     EXPECT_EQ(error_of(fewer_networks.dump()), "my.json: /hosts/2/ssid: there is no SSID 5");
