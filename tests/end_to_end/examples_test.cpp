@@ -10,6 +10,16 @@
 
 using Json = nlohmann::ordered_json;
 
+namespace embedded {
+
+// What GoogleTest says of the example that failed.
+static void PrintTo(const Text &file, std::ostream *out)
+{
+    *out << file.file_name;
+}
+
+} // namespace embedded
+
 namespace {
 
 class Examples : public testing::TestWithParam<embedded::Text> {

@@ -17,14 +17,14 @@ namespace {
 constexpr char kWaiting[] = "hgagent: waiting for the Wi-Fi settings to be applied\n";
 
 // A batch of the SSIDs 1 and 5, one on each band, under new names.
-std::string batch(const std::string &name, const std::string &channel = "11")
+std::string batch(const std::string &name)
 {
-    const auto element = [&](const std::string &index, const std::string &its_channel) {
+    const auto element = [&](const std::string &index, const std::string &channel) {
         return R"({"SSIDIndex":")" + index + R"(","SSID":")" + name + index +
                R"(","PWD":"correct horse","ENCRYPT":"WPA2","PowerLevel":"80","Channel":")" +
-               its_channel + R"(","Enable":"1"})";
+               channel + R"(","Enable":"1"})";
     };
-    return R"({"WIFILIST":[)" + element("1", channel) + "," + element("5", "36") +
+    return R"({"WIFILIST":[)" + element("1", "11") + "," + element("5", "36") +
            R"(],"StaCtrl":"0","FastRoaming":"1"})";
 }
 
@@ -34,6 +34,7 @@ class Wifi : public GatewayTest {
     {
         return Json::parse(reply("GET_WIFI_INFO", R"({"SSIDIndex":")" + index + "\"}"))["SSID"];
     }
+    Json scan() const { return Json::parse(reply("GET_SCAN_WIFI_SSIDLIST"))["SSIDList"]; }
 };
 
 } // namespace
@@ -132,7 +133,7 @@ TEST_F(Wifi, KeepsTheSleepSchedule)
 TEST_F(Wifi, JoinsANetworkThatAScanHears)
 {
     Json heard;
-    for (const Json &network : Json::parse(reply("GET_SCAN_WIFI_SSIDLIST"))["SSIDList"]) {
+    for (const Json &network : scan()) {
         EXPECT_EQ(network["Connected"], "0");
         if (network["SSID"] == "FamilieBrandt-5G") {
             heard = network;
@@ -150,7 +151,7 @@ TEST_F(Wifi, JoinsANetworkThatAScanHears)
     request["PWD"] = "heckenrose-1908";
     EXPECT_THAT(reply("SET_UPLINK_WIFI_INFO", request.dump()),
                 HasSubstr(R"("Status":"0","ConnectedSSID":"FamilieBrandt-5G")"));
-    for (const Json &network : Json::parse(reply("GET_SCAN_WIFI_SSIDLIST"))["SSIDList"]) {
+    for (const Json &network : scan()) {
         EXPECT_EQ(network["Connected"], network["SSID"] == heard["SSID"] ? "1" : "0") << network;
     }
 }
@@ -158,7 +159,7 @@ TEST_F(Wifi, JoinsANetworkThatAScanHears)
 TEST_F(Wifi, MeasuresTheNetworksThatAScanHears)
 {
     const Json powers = Json::parse(reply("GET_SCAN_CHANNEL_POWER"))["SSIDList"];
-    const Json networks = Json::parse(reply("GET_SCAN_WIFI_SSIDLIST"))["SSIDList"];
+    const Json networks = scan();
     ASSERT_FALSE(networks.empty());
     ASSERT_EQ(powers.size(), networks.size());
     for (size_t at = 0; at < networks.size(); ++at) {

@@ -20,12 +20,6 @@ int32_t devapi_get_home_page_info(HomePageInfo *info)
     return 0;
 }
 
-int32_t devapi_get_Multi_Ap_enable(int32_t *enable)
-{
-    *enable = 1;
-    return 0;
-}
-
 int32_t devapi_get_system_info(SystemInfo *info)
 {
     memset(info, 'S', sizeof(*info));
