@@ -155,6 +155,15 @@ TEST_F(GuestWifiTest, TheTimeRunsOnlyWhileItIsOpen)
     EXPECT_STREQ(guest().Enable, "0");
 }
 
+TEST_F(GuestWifiTest, SwitchedOnAfterItsTimeItIsOpenForAsLongAgain)
+{
+    EXPECT_EQ(open_for("3600"), 0);
+    const SsidInfo switched_on = ssid(2);
+    ASSERT_EQ(open_after(3600), "");
+    EXPECT_EQ(devapi_set_ssid_info(&switched_on), 0); // the first call after the end
+    EXPECT_EQ(remaining(), "3600");
+}
+
 TEST_F(GuestWifiTest, TheLargestAndTheSmallestTime)
 {
     EXPECT_EQ(open_for("4294963696"), 0);
