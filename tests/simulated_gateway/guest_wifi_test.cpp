@@ -1,0 +1,255 @@
+#include "gateway_fixture.h"
+
+namespace {
+
+class GuestWifiTest : public GatewayTest {
+  protected:
+    std::string open_after(int64_t seconds)
+    {
+        return open_at(kTime + seconds, {.state_file = path("state"), .trace = path("trace")});
+    }
+    void SetUp() override { ASSERT_EQ(open_after(0), ""); }
+
+    static GuestWifiInfo guest(const std::string &band = "2.4GHz")
+    {
+        GuestWifiInfo info = {};
+        set(info.Band, band);
+        EXPECT_EQ(devapi_get_guest_wifi_info(&info), 0);
+        return info;
+    }
+    // The guest network as it is, open for so many seconds.
+    static int32_t open_for(const std::string &seconds, const std::string &band = "2.4GHz")
+    {
+        GuestWifiInfo info = guest(band);
+        set(info.Enable, "1");
+        set(info.EndTimestamp, seconds);
+        return devapi_set_guest_wifi_info(&info);
+    }
+    static SsidInfo ssid(int32_t index)
+    {
+        SsidInfo info = {};
+        info.SSIDIndex = index;
+        EXPECT_EQ(devapi_get_ssid_info(&info), 0);
+        return info;
+    }
+    static void switch_ssid(int32_t index, const char *enable)
+    {
+        SsidInfo info = ssid(index);
+        set(info.Enable, enable);
+        EXPECT_EQ(devapi_set_ssid_info(&info), 0);
+    }
+    static std::string remaining() { return guest().Remainingtime; }
+};
+
+TEST_F(GuestWifiTest, ReportsEveryField)
+{
+    const GuestWifiInfo info = guest();
+    EXPECT_STREQ(info.RadioEnable, "1");
+    EXPECT_STREQ(info.Enable, "1");
+    EXPECT_STREQ(info.SSID, "Lindenhof-Guest");
+    EXPECT_STREQ(info.Band, "2.4GHz");
+    EXPECT_STREQ(info.ContinueTime, "-1");
+    EXPECT_STREQ(info.HourTime, "-1");
+    EXPECT_STREQ(info.EndTimestamp, "-1");
+    EXPECT_STREQ(info.Remainingtime, "-1");
+    EXPECT_STREQ(info.PWD, "willkommen24");
+    EXPECT_STREQ(info.ENCRYPT, "WPA2");
+    EXPECT_STREQ(info.Mode, "11ax");
+    EXPECT_STREQ(info.AdvertisementEnable, "1");
+    EXPECT_STREQ(info.PermissionProperty, "GUEST");
+    EXPECT_STREQ(guest("5GHz").SSID, "Lindenhof-Guest-5G");
+}
+
+TEST_F(GuestWifiTest, SetsEveryFieldAndTheSsidOfTheGuestsReportsIt)
+{
+    GuestWifiInfo info = {};
+    set(info.Band, "5GHz");
+    set(info.Enable, "1");
+    set(info.SSID, "Hoffest");
+    set(info.PWD, "apfelwein");
+    set(info.ENCRYPT, "WPA3");
+    set(info.ContinueTime, "2");
+    set(info.HourTime, "3");
+    set(info.EndTimestamp, "183600");
+    set(info.Mode, "11ac");
+    set(info.AdvertisementEnable, "0");
+    ASSERT_EQ(devapi_set_guest_wifi_info(&info), 0) << reason();
+    ASSERT_EQ(open_after(0), "");
+
+    const GuestWifiInfo kept = guest("5GHz");
+    EXPECT_STREQ(kept.SSID, "Hoffest");
+    EXPECT_STREQ(kept.PWD, "apfelwein");
+    EXPECT_STREQ(kept.ENCRYPT, "WPA3");
+    EXPECT_STREQ(kept.ContinueTime, "2");
+    EXPECT_STREQ(kept.HourTime, "3");
+    EXPECT_STREQ(kept.EndTimestamp, "183600");
+    EXPECT_STREQ(kept.Remainingtime, "183600");
+    EXPECT_STREQ(kept.Mode, "11ac");
+    EXPECT_STREQ(kept.AdvertisementEnable, "0");
+    EXPECT_STREQ(ssid(6).SSID, "Hoffest");
+    EXPECT_STREQ(ssid(6).AdvertisementEnable, "0");
+    EXPECT_STREQ(guest("2.4GHz").SSID, "Lindenhof-Guest");
+}
+
+TEST_F(GuestWifiTest, MinusOneLeavesModeAndAdvertisementAsTheyAre)
+{
+    GuestWifiInfo info = guest();
+    set(info.Mode, "-1");
+    set(info.AdvertisementEnable, "-1");
+    EXPECT_EQ(devapi_set_guest_wifi_info(&info), 0);
+    EXPECT_STREQ(guest().Mode, "11ax");
+    EXPECT_STREQ(guest().AdvertisementEnable, "1");
+}
+
+TEST_F(GuestWifiTest, ClosesByTheTimeGiven)
+{
+    EXPECT_EQ(open_for("3600"), 0);
+    EXPECT_EQ(remaining(), "3600");
+    ASSERT_EQ(open_after(1000), "");
+    EXPECT_EQ(remaining(), "2600");
+    ASSERT_EQ(open_after(3599), "");
+    EXPECT_EQ(remaining(), "1");
+    EXPECT_STREQ(guest().Enable, "1");
+    ASSERT_EQ(open_after(3600), "");
+    EXPECT_STREQ(ssid(2).Enable, "0"); // whatever is asked first
+    EXPECT_STREQ(guest().Enable, "0");
+    EXPECT_EQ(remaining(), "0");
+    EXPECT_STREQ(guest().EndTimestamp, "3600");
+    EXPECT_STREQ(ssid(1).Enable, "1");
+    // It stays closed, also when the clock goes back.
+    ASSERT_EQ(open_after(0), "");
+    EXPECT_STREQ(guest().Enable, "0");
+}
+
+TEST_F(GuestWifiTest, EachBandHasATimeOfItsOwn)
+{
+    EXPECT_EQ(open_for("100", "2.4GHz"), 0);
+    EXPECT_EQ(open_for("200", "5GHz"), 0);
+    ASSERT_EQ(open_after(150), "");
+    EXPECT_STREQ(guest("2.4GHz").Enable, "0");
+    EXPECT_STREQ(guest("5GHz").Enable, "1");
+    EXPECT_STREQ(guest("5GHz").Remainingtime, "50");
+}
+
+TEST_F(GuestWifiTest, AFreshSettingStartsTheTimeAnew)
+{
+    EXPECT_EQ(open_for("3600"), 0);
+    ASSERT_EQ(open_after(3000), "");
+    EXPECT_EQ(open_for("3600"), 0);
+    EXPECT_EQ(remaining(), "3600");
+    EXPECT_EQ(open_for("-1"), 0);
+    EXPECT_EQ(remaining(), "-1");
+    ASSERT_EQ(open_after(10'000'000), "");
+    EXPECT_STREQ(guest().Enable, "1");
+}
+
+TEST_F(GuestWifiTest, TheTimeRunsOnlyWhileItIsOpen)
+{
+    EXPECT_EQ(open_for("3600"), 0);
+    switch_ssid(2, "0");
+    EXPECT_EQ(remaining(), "0");
+    ASSERT_EQ(open_after(5000), "");
+    switch_ssid(2, "1");
+    EXPECT_EQ(remaining(), "3600");
+    ASSERT_EQ(open_after(8600), "");
+    EXPECT_STREQ(guest().Enable, "0");
+}
+
+TEST_F(GuestWifiTest, SwitchedOnAfterItsTimeItIsOpenForAsLongAgain)
+{
+    EXPECT_EQ(open_for("3600"), 0);
+    const SsidInfo switched_on = ssid(2);
+    ASSERT_EQ(open_after(3600), "");
+    EXPECT_EQ(devapi_set_ssid_info(&switched_on), 0); // the first call after the end
+    EXPECT_EQ(remaining(), "3600");
+}
+
+TEST_F(GuestWifiTest, TheLargestAndTheSmallestTime)
+{
+    EXPECT_EQ(open_for("4294963696"), 0);
+    EXPECT_EQ(remaining(), "4294963696");
+    EXPECT_EQ(open_for("0"), 0);
+    EXPECT_STREQ(guest().Enable, "0");
+    for (const char *seconds : {"", "-2", "4294967296", "soon", "99999999999999"}) {
+        EXPECT_EQ(open_for(seconds), -1) << seconds;
+    }
+}
+
+TEST_F(GuestWifiTest, AScenarioMayStartWithALimit)
+{
+    nlohmann::json home = house();
+    home["guest_networks"][0]["seconds"] = 60;
+    const std::string scenario = write("home.json", home.dump());
+    ASSERT_EQ(open_at(kTime, {.scenario = scenario, .state_file = path("limited")}), "");
+    EXPECT_EQ(remaining(), "60");
+    ASSERT_EQ(open_at(kTime + 60, {.state_file = path("limited")}), "");
+    EXPECT_STREQ(guest().Enable, "0");
+}
+
+TEST_F(GuestWifiTest, FactoryRecoveryEndsTheLimit)
+{
+    EXPECT_EQ(open_for("3600"), 0);
+    EXPECT_EQ(devapi_recovery(), 0);
+    EXPECT_EQ(remaining(), "-1");
+}
+
+TEST_F(GuestWifiTest, ARadioThatIsOffHasToBeSwitchedOnFirst)
+{
+    for (const int32_t index : {5, 6, 7}) {
+        switch_ssid(index, "0");
+    }
+    EXPECT_STREQ(guest("5GHz").RadioEnable, "0");
+    EXPECT_EQ(open_for("60", "5GHz"), -2);
+    EXPECT_STREQ(guest("5GHz").EndTimestamp, "-1");
+    EXPECT_EQ(open_for("60", "2.4GHz"), 0);
+    switch_ssid(5, "1");
+    EXPECT_EQ(open_for("60", "5GHz"), 0);
+}
+
+TEST_F(GuestWifiTest, ABandWithoutAGuestNetworkIsRefused)
+{
+    for (const char *band : {"", "2.4", "6GHz", "5ghz"}) {
+        GuestWifiInfo info = {};
+        set(info.Band, band);
+        EXPECT_EQ(devapi_get_guest_wifi_info(&info), -1);
+        EXPECT_EQ(reason(), "Band \"" + std::string(band) + "\" has no guest network");
+        EXPECT_EQ(devapi_set_guest_wifi_info(&info), -1);
+    }
+}
+
+TEST_F(GuestWifiTest, BadTextsAreRefusedAndChangeNothing)
+{
+    const std::string before = read(path("state"));
+    const auto refused = [&](auto field, const std::string &text) {
+        GuestWifiInfo info = guest();
+        set(info.*field, text);
+        EXPECT_EQ(devapi_set_guest_wifi_info(&info), -1);
+        const std::string why = reason();
+        EXPECT_EQ(read(path("state")), before);
+        return why;
+    };
+    EXPECT_EQ(refused(&GuestWifiInfo::Enable, "on"), "Enable \"on\" is none of \"0\", \"1\"");
+    EXPECT_EQ(refused(&GuestWifiInfo::SSID, ""), "SSID is empty");
+    EXPECT_EQ(refused(&GuestWifiInfo::PWD, "1234567"),
+              "/home/ssids/1/password: needs at least 8 characters");
+    EXPECT_EQ(refused(&GuestWifiInfo::ENCRYPT, "WPA"),
+              "ENCRYPT \"WPA\" is none of \"OPEN\", \"WPA2\", \"WPA3\", \"WPA2/3\"");
+    EXPECT_EQ(refused(&GuestWifiInfo::ContinueTime, "two"), "ContinueTime is no number");
+    EXPECT_EQ(refused(&GuestWifiInfo::HourTime, ""), "HourTime is no number");
+    EXPECT_EQ(refused(&GuestWifiInfo::AdvertisementEnable, "2"),
+              "AdvertisementEnable \"2\" is none of \"0\", \"1\"");
+    EXPECT_EQ(refused(&GuestWifiInfo::Mode, "11a"),
+              "/home/radios/0/standard: \"11a\" is none of \"11b\", \"11g\", \"11n\", \"11ax\"");
+}
+
+TEST_F(GuestWifiTest, NullsAreRefusedAndTheTraceShowsNoPassword)
+{
+    EXPECT_EQ(devapi_get_guest_wifi_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_guest_wifi_info(nullptr), -1);
+    guest();
+    const std::string shown = lines(path("trace")).back();
+    EXPECT_NE(shown.find("Band=\"2.4GHz\""), std::string::npos);
+    EXPECT_NE(shown.find("PWD=***"), std::string::npos);
+}
+
+} // namespace
