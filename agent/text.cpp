@@ -73,6 +73,7 @@ std::string from_gbk(std::string_view text)
     std::string in(text);
     std::string out(text.size() * kReplacement.size(), '\0'); // no byte becomes more
     iconv_t converter = iconv_open("UTF-8", "GBK");
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv_open() answers so
     if (converter == reinterpret_cast<iconv_t>(-1)) {
         return replace_invalid(text); // a C library that has been installed without GBK
     }

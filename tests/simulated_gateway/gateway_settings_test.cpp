@@ -202,7 +202,7 @@ TEST_F(GatewaySettingsTest, MeasurementsStayNearThoseOfAnOrdinaryDay)
     std::string last;
     int changes = 0;
     for (int slot = 0; slot < 100; ++slot) {
-        ASSERT_EQ(open_at(kTime + 5 * slot, {}), "");
+        ASSERT_EQ(open_at(kTime + int64_t{5} * slot, {}), "");
         const HgBaseInfo info = base();
         EXPECT_GE(std::stoi(info.UpSpeed), 1800 * 6 / 10);
         EXPECT_LE(std::stoi(info.UpSpeed), 1800 * 14 / 10);

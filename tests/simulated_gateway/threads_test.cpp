@@ -81,4 +81,42 @@ TEST_F(ThreadsTest, ADelayedFaultHoldsUpNoOtherCallAndEndsWithTheGateway)
     delayed.join();
 }
 
+TEST_F(ThreadsTest, SettingsAndQueriesMix)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    const auto move_to = [](const std::string &subnet) {
+        LanIpSetting setting = {};
+        set(setting.info.GatewayLanIP, subnet + "1");
+        set(setting.info.SubnetMask, "255.255.255.0");
+        set(setting.info.StartIp, subnet + "20");
+        set(setting.info.EndIp, subnet + "99");
+        EXPECT_EQ(devapi_set_lan_ip_info(&setting), 0);
+    };
+    move_to("10.0.0.");
+    std::atomic<int> torn = 0;
+    std::vector<std::thread> threads;
+    for (const char *subnet : {"10.0.0.", "10.0.1."}) {
+        threads.emplace_back([&, subnet] {
+            for (int times = 0; times < 50; ++times) {
+                move_to(subnet);
+            }
+        });
+        threads.emplace_back([&] {
+            for (int times = 0; times < 200; ++times) {
+                LanIpInfo info = {};
+                ResourceInfo resources = {};
+                EXPECT_EQ(devapi_get_lan_ip_info(&info), 0);
+                EXPECT_EQ(devapi_optimize_hg_resource(&resources), 0);
+                const std::string seen = std::string(info.GatewayLanIP) + " " + info.EndIp;
+                const bool whole = seen == "10.0.0.1 10.0.0.99" || seen == "10.0.1.1 10.0.1.99";
+                torn += whole ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(torn, 0);
+}
+
 } // namespace
