@@ -202,9 +202,10 @@ void *set_wifi_list_arr_thread(void *array)
 {
     auto *records = static_cast<SsidInfo *>(array);
     pthread_detach(pthread_self());
-    sleep(1);
+    // What sleep() shares between threads is the alarm signal, which nobody uses here.
+    sleep(1); // NOLINT(concurrency-mt-unsafe)
     devapi_set_wifi_stactrl(g_stactrl_enable);
-    sleep(5);
+    sleep(5); // NOLINT(concurrency-mt-unsafe)
     devapi_set_wifi_fastroaming(g_fastroaming_enable);
     for (int32_t at = 0; at < g_set_wifi_array_size; ++at) {
         devapi_set_ssid_list_info(&records[at]);

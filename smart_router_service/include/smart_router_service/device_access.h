@@ -44,10 +44,9 @@
     static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
                   #record " has to be " #size " bytes")
 
-#define DEVAPI_RECORD_FIELD_32(record, field, offset, width)                                       \
-    static_assert(sizeof(void *) != 4 || (offsetof(record, field) == (offset) &&                   \
-                                          sizeof(((record *)0)->field) == (width)),                \
-                  #record "." #field " has to be " #width " bytes at " #offset)
+#define DEVAPI_RECORD_OFFSET_32(record, field, offset)                                             \
+    static_assert(sizeof(void *) != 4 || offsetof(record, field) == (offset),                      \
+                  #record "." #field " has to be at " #offset)
 
 #ifdef __cplusplus
 extern "C" {
@@ -632,7 +631,7 @@ typedef struct ScanResult {
 } ScanResult;
 
 DEVAPI_RECORD_SIZE_32(ScanResult, 244);
-DEVAPI_RECORD_FIELD_32(ScanResult, entries, 4, 240);
+DEVAPI_RECORD_OFFSET_32(ScanResult, entries, 4);
 
 /* Fills the slots with entries that it allocates with malloc(), each on its own; the plug-in frees
  * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure.
@@ -656,7 +655,7 @@ typedef struct ChannelPowerResult {
 } ChannelPowerResult;
 
 DEVAPI_RECORD_SIZE_32(ChannelPowerResult, 8);
-DEVAPI_RECORD_FIELD_32(ChannelPowerResult, entries, 4, 4);
+DEVAPI_RECORD_OFFSET_32(ChannelPowerResult, entries, 4);
 
 /* Fills result with an array that it allocates with malloc(); the plug-in frees it, also after a
  * failure. Any result but 0 is a failure. */
