@@ -3,10 +3,12 @@
 #include "exit_status.h"
 #include "plugin_host.h"
 #include "protocol.h"
+#include "reply.h"
 #include "requests.h"
 #include "smart_router_service/processjsonability.h"
 #include "streams.h"
 #include "text.h"
+#include "workers.h"
 
 #include <cstring>
 
@@ -34,44 +36,29 @@ Json request_of(const std::vector<std::string> &words)
     return object_from_words(words);
 }
 
-// A request may bring a "Status" of its own, which comes first.
-ExitStatus status_of(const cJSON *reply)
-{
-    ExitStatus status = kSuccess;
-    const cJSON *item = nullptr;
-    cJSON_ArrayForEach(item, reply)
-    {
-        if (strcmp(item->string, "Status") == 0) {
-            const bool success = cJSON_IsString(item) != 0 && strcmp(item->valuestring, "0") == 0;
-            status = success ? kSuccess : kCommandFailed;
-        }
-    }
-    return status;
-}
-
 } // namespace
 
-int run_call(const HostOptions &host_options, const CallOptions &options)
+int run_call(const Options &options)
 {
     Json object;
     try {
-        object = request_of(options.request);
+        object = request_of(options.call.request);
     } catch (const BadRequest &problem) {
         complain("bad request: " + std::string(problem.what()));
         return kWrongUsage;
     }
 
+    StopSignals stop;
     const ReplyOutput output;
-    const PluginHost host(host_options);
-    if (host.process(options.command, object.get()) == HG_NO_SUCH_COMMAND) {
-        complain(no_such_command(options.command));
-        return kUnknownCommand;
-    }
-    if (!output.write_line(print(object.get(), output.is_terminal()))) {
-        complain("nobody reads the reply");
-        return kCannotWrite;
-    }
-    return status_of(object.get());
+    const PluginHost host(options.host);
+    return until_workers_end(host, stop, [&]() -> int {
+        const std::string &command = options.call.command;
+        if (host.process(command, object.get()) == HG_NO_SUCH_COMMAND) {
+            complain(no_such_command(command));
+            return kUnknownCommand;
+        }
+        return write_reply(object.get(), options.raw_bytes, output, &stop);
+    });
 }
 
 } // namespace agent

@@ -5,7 +5,8 @@
 
 namespace agent {
 
-// Runs the command and prints its reply. Result: the exit status.
-int run_call(const HostOptions &host, const CallOptions &options);
+// Runs the command, prints its reply, and waits until all that it started has come to its end.
+// Result: the exit status.
+int run_call(const Options &options);
 
 } // namespace agent

@@ -5,9 +5,13 @@
 #include "options.h"
 #include "plugin_host.h"
 #include "protocol_pages.h"
+#include "report.h"
 #include "serve.h"
 #include "streams.h"
 #include "text.h"
+
+#include <cstdio>
+#include <unistd.h>
 
 namespace {
 
@@ -15,9 +19,11 @@ int run(const agent::Options &options)
 {
     switch (options.subcommand) {
     case agent::Subcommand::kCall:
-        return agent::run_call(options.host, options.call);
+        return agent::run_call(options);
     case agent::Subcommand::kServe:
-        return agent::run_serve(options.host, options.serve);
+        return agent::run_serve(options);
+    case agent::Subcommand::kReport:
+        return agent::run_report(options);
     case agent::Subcommand::kList:
         return agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
@@ -38,7 +44,13 @@ int main(int count, char **words)
             return exit_status;
         }
         agent::set_log({options->log_level, options->host.show_secrets});
-        return run(*options);
+        exit_status = run(*options);
+        if (exit_status > agent::kSignalled) {
+            // A worker of the plug-in may still run: nothing that it uses may be taken from it.
+            fflush(nullptr);
+            _exit(exit_status);
+        }
+        return exit_status;
     } catch (const agent::HostError &problem) {
         agent::complain(problem.what());
         return problem.status();

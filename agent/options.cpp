@@ -10,18 +10,19 @@ namespace {
 
 constexpr char kFooter[] = R"(
 Exit status:
-  0  done; for call: the reply's "Status" is "0", or there is none
-  1  call: the reply's "Status" is anything else; list: nothing found
+  0  done; for call and report: the reply's "Status" is "0", or there is none
+  1  call, report: the reply's "Status" is anything else; list: nothing found
   2  wrong usage, or a request that is no JSON object
-  3  no such command
+  3  no such command or report
   4  a library cannot be loaded, or the simulated gateway not be opened
   5  standard input or output failed
-  128 + N  serve was ended by signal N
+  128 + N  call or serve was ended by signal N
 
 Examples:
   hgagent call GET_SN_INFO
   hgagent call RESPONSE_ROUTER_VERSION VersionInfo="app 5.2.0"
   hgagent call RESPONSE_ROUTER_VERSION '{"VersionInfo": "app 5.2.0"}'
+  hgagent report home-page
   hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO
   echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
 )";
@@ -59,6 +60,8 @@ void add_host_options(CLI::App &app, Options &options)
         ->capture_default_str();
     app.add_flag("--show-secrets", host.show_secrets,
                  "Show passwords and keys in the log and in the trace");
+    app.add_flag("--raw-bytes", options.raw_bytes,
+                 "Print replies as the plug-in leaves them, whatever their encoding");
 }
 
 // Takes the words behind the name as they stand. CLI11's own list of words would take a JSON array
@@ -103,6 +106,14 @@ A line that is no request is answered with {"id": null, "error": "..."}.)");
     serve->callback([&options] { options.subcommand = Subcommand::kServe; });
 }
 
+void add_report(CLI::App &app, Options &options)
+{
+    CLI::App *report = app.add_subcommand(
+        "report", "Print a report that the plug-in builds without any command, or list them");
+    report->add_option("NAME", options.report, "Name of the report")->type_name("");
+    report->callback([&options] { options.subcommand = Subcommand::kReport; });
+}
+
 void add_protocol_pages(CLI::App &app, Options &options)
 {
     CLI::App *list = app.add_subcommand("list", "List the commands");
@@ -132,6 +143,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_host_options(app, options);
     add_call(app, options);
     add_serve(app, options);
+    add_report(app, options);
     add_protocol_pages(app, options);
 
     try {

@@ -29,14 +29,16 @@ struct ServeOptions {
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
 };
 
-enum class Subcommand { kCall, kServe, kList, kDescribe };
+enum class Subcommand { kCall, kServe, kReport, kList, kDescribe };
 
 struct Options {
     HostOptions host;
     int32_t log_level = 3;
+    bool raw_bytes = false; // of replies: as the plug-in left them
     Subcommand subcommand = Subcommand::kCall;
     CallOptions call;
     ServeOptions serve;
+    std::string report;    // the name of a builder; empty: all are listed
     std::string pattern;   // of list
     std::string described; // the command of describe
 };

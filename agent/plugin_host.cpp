@@ -115,21 +115,26 @@ DeviceLibrary::~DeviceLibrary()
     }
 }
 
-PluginHost::PluginHost(const HostOptions &options) : device_(options)
+PluginHost::PluginHost(const HostOptions &options)
+    : device_(options), path_(library_path(options.plugin, kPlugin)),
+      library_(load("plug-in", path_, RTLD_NOW)),
+      process_(function_of<decltype(hg_process_json_cmd)>(library_, "hg_process_json_cmd"))
 {
-    const std::string path = library_path(options.plugin, kPlugin);
-    void *library = load("plug-in", path, RTLD_NOW);
-    process_ = function_of<decltype(hg_process_json_cmd)>(library, "hg_process_json_cmd");
     if (process_ == nullptr) {
         throw HostError(kCannotLoad,
-                        "the plug-in " + path + " has no function hg_process_json_cmd");
+                        "the plug-in " + path_ + " has no function hg_process_json_cmd");
     }
 
     static char version_info[HG_VERSION_INFO_SIZE];
-    const auto kept = static_cast<char **>(dlsym(library, "info_wersion"));
+    const auto kept = static_cast<char **>(symbol("info_wersion"));
     if (kept != nullptr) {
         *kept = version_info;
     }
+}
+
+void *PluginHost::symbol(const char *name) const
+{
+    return dlsym(library_, name);
 }
 
 } // namespace agent

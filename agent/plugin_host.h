@@ -48,8 +48,15 @@ class PluginHost {
         return process_(command.c_str(), object);
     }
 
+    // What the plug-in exports beside the dispatcher; null when this plug-in does not.
+    void *symbol(const char *name) const;
+
+    const std::string &path() const { return path_; }
+
   private:
     DeviceLibrary device_;
+    std::string path_;
+    void *library_;
     int32_t (*process_)(const char *, cJSON *) = nullptr;
 };
 

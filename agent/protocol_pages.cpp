@@ -1,13 +1,12 @@
 #include "protocol_pages.h"
 
 #include "exit_status.h"
+#include "pages.h"
 #include "protocol.h"
 #include "text.h"
 
 #include <algorithm>
 #include <fnmatch.h>
-#include <iomanip>
-#include <iostream>
 #include <sstream>
 
 namespace agent {
@@ -21,32 +20,6 @@ bool matches(const std::string &name, const std::string &pattern)
     }
     return lower_case(name).find(lower_case(pattern)) != std::string::npos;
 }
-
-// Rows of two columns: what something is, and what is to be said of it.
-class Table {
-  public:
-    void row(const std::string &left, const std::string &right) { rows_.emplace_back(left, right); }
-
-    void print(std::ostream &out, const std::string &indent) const
-    {
-        size_t width = 0;
-        for (const auto &[left, right] : rows_) {
-            width = std::max(width, left.size());
-        }
-        for (const auto &[left, right] : rows_) {
-            out << indent << left;
-            if (!right.empty()) {
-                out << std::string(width - left.size() + 2, ' ') << right;
-            }
-            out << '\n';
-        }
-    }
-
-    bool empty() const { return rows_.empty(); }
-
-  private:
-    std::vector<std::pair<std::string, std::string>> rows_;
-};
 
 std::string joined(const std::vector<std::string> &words, const std::string &separator)
 {
@@ -141,16 +114,6 @@ void print_page(std::ostream &page, const Description &command)
 
     page << "\nExample\n    " << command["example"]["request"].dump() << "\n    "
          << command["example"]["reply"].dump() << '\n';
-}
-
-int show(const std::string &page)
-{
-    std::cout << page << std::flush;
-    if (!std::cout) {
-        complain("cannot write to standard output");
-        return kCannotWrite;
-    }
-    return kSuccess;
 }
 
 } // namespace

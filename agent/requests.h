@@ -40,8 +40,13 @@ struct Call {
 // Throws BadRequest for a line that is no JSON object: it has no id to answer to.
 Call parse_call(std::string_view line);
 
-// The item as JSON text in UTF-8, indented or on one line.
-std::string print(const cJSON *item, bool indented = false);
+// How a reply is written.
+struct Form {
+    bool indented = false;  // or on one line
+    bool raw_bytes = false; // texts as the plug-in left them, or as UTF-8
+};
+
+std::string print(const cJSON *item, const Form &form = {});
 
 // The text as a JSON text, in quotes.
 std::string quoted(std::string_view text);

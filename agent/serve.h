@@ -5,8 +5,8 @@
 
 namespace agent {
 
-// Serves until the input ends, the output is closed, or SIGTERM or SIGINT arrives. Result: the exit
-// status.
-int run_serve(const HostOptions &host, const ServeOptions &options);
+// Serves until the input ends or the output is closed, and then until all that the commands started
+// has come to its end; or until SIGTERM or SIGINT arrives. Result: the exit status.
+int run_serve(const Options &options);
 
 } // namespace agent

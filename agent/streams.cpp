@@ -95,6 +95,14 @@ bool StopSignals::wait_for(int descriptor, short events)
     }
 }
 
+void StopSignals::wait(std::chrono::milliseconds time)
+{
+    pollfd signals = {descriptor_, POLLIN, 0};
+    if (poll(&signals, 1, static_cast<int>(time.count())) < 0 && errno != EINTR) {
+        fail("cannot wait for signals");
+    }
+}
+
 // Adds what there is to read to the buffer. Result: false when a signal came first.
 bool LineReader::fill()
 {

@@ -1,7 +1,8 @@
-// Standard input and output, as serve needs them: lines of bounded length in, whole lines out, and
-// an end when a signal asks for it.
+// Standard input and output: lines of bounded length in, whole lines out, and an end when a signal
+// asks for it.
 #pragma once
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -33,6 +34,9 @@ class StopSignals {
     // Waits until the descriptor is ready for the poll() events, or until a signal arrives. Result:
     // whether the descriptor is ready.
     bool wait_for(int descriptor, short events);
+
+    // Waits for a signal, but no longer than the time.
+    void wait(std::chrono::milliseconds time);
 
   private:
     int descriptor_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iconv.h>
 #include <iterator>
 #include <utf8.h>
 
@@ -44,14 +45,7 @@ std::string_view beginning(std::string_view text, size_t max_bytes)
     return text.substr(0, end);
 }
 
-char lower(char letter)
-{
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-} // namespace
-
-std::string to_utf8(std::string_view bytes)
+std::string replace_invalid(std::string_view bytes)
 {
     std::string text;
     text.reserve(bytes.size());
@@ -59,10 +53,61 @@ std::string to_utf8(std::string_view bytes)
     return text;
 }
 
+// Also when the last character lacks its end: texts are cut to the width of a field by bytes.
+bool is_utf8(std::string_view text)
+{
+    auto at = utf8::find_invalid(text.begin(), text.end());
+    try {
+        utf8::next(at, text.end());
+        return false;
+    } catch (const utf8::not_enough_room &) {
+        return true;
+    } catch (const utf8::exception &) {
+        return false;
+    }
+}
+
+std::string from_gbk(std::string_view text)
+{
+    constexpr std::string_view kReplacement = "\ufffd";
+    std::string in(text);
+    std::string out(text.size() * kReplacement.size(), '\0'); // no byte becomes more
+    iconv_t converter = iconv_open("UTF-8", "GBK");
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv_open() answers so
+    if (converter == reinterpret_cast<iconv_t>(-1)) {
+        return replace_invalid(text); // a C library that has been installed without GBK
+    }
+    char *from = in.data();
+    size_t left = in.size();
+    char *to = out.data();
+    size_t room = out.size();
+    while (iconv(converter, &from, &left, &to, &room) == static_cast<size_t>(-1)) {
+        ++from;
+        --left;
+        to = std::copy(kReplacement.begin(), kReplacement.end(), to);
+        room -= kReplacement.size();
+    }
+    iconv_close(converter);
+    out.resize(out.size() - room);
+    return out;
+}
+
+char lower(char letter)
+{
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+} // namespace
+
+std::string to_utf8(std::string_view text)
+{
+    return is_utf8(text) ? replace_invalid(text) : from_gbk(text);
+}
+
 std::string one_line(std::string_view bytes, size_t max_bytes)
 {
     const std::string_view kept = beginning(bytes, max_bytes);
-    const std::string text = to_utf8(kept);
+    const std::string text = replace_invalid(kept);
     std::string line;
     for (auto at = text.begin(); at != text.end();) {
         const auto start = at;

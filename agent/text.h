@@ -7,12 +7,15 @@
 
 namespace agent {
 
-// The text with every sequence that is no UTF-8 replaced by U+FFFD.
-std::string to_utf8(std::string_view bytes);
+// The text as UTF-8. One that is not is taken for GBK, in which the plug-in and the libraries of
+// some routers speak to their users; what is no GBK either becomes U+FFFD. Only one text at a time
+// can be judged so: where the two encodings stand side by side, one of them would be misread.
+std::string to_utf8(std::string_view text);
 
 // The text as UTF-8 on one line: control characters become escapes such as \n or \x1b, so that
-// nothing can end a line early or steer a terminal. Anything beyond max_bytes is cut off, and the
-// line says so.
+// nothing can end a line early or steer a terminal. A line may be put together from texts of any
+// encoding: what is no UTF-8 becomes U+FFFD. Anything beyond max_bytes is cut off, and the line
+// says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
 
 // Whether the letters are the same, upper or lower case.

@@ -9,7 +9,7 @@ packages=(
     cmake g++ ninja-build
     libcjson-dev
     libcli11-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
-    libgtest-dev python3 python3-jsonschema
+    libgmock-dev libgtest-dev python3 python3-jsonschema valgrind
 )
 foreign=()
 for option in "$@"; do

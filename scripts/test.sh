@@ -1,24 +1,28 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: natively under the address and undefined-behaviour
-# sanitizers, what uses threads under the thread sanitizer, and the plug-in's own tests as 32-bit
-# MIPS under qemu.
+# sanitizers, what uses threads under the thread sanitizer, the plug-in's own tests as 32-bit MIPS
+# under qemu, and what counts instructions as it ships.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh --cross
 
+# build PRESET [OPTION...]
 build() {
     echo "== $1: build"
     cmake --preset "$1" >/dev/null
-    cmake --build --preset "$1" -- --quiet
+    cmake --build --preset "$@" -- --quiet
 }
 
 build tsan
 build mipsel
+build release --target measurements
 build debug
 echo "== tsan: tests with threads"
 ctest --preset tsan
 echo "== mipsel: the plug-in's own tests"
 ctest --preset mipsel
+echo "== release: measurements"
+ctest --preset release --tests-regex '^performance' --verbose | grep -v ^UpdateCTest
 echo "== debug: all tests"
 ctest --preset debug

@@ -63,8 +63,12 @@ int32_t json_response_router_version(cJSON *obj)
 
     Reply reply;
     reply.text(kStatus, answered ? "0" : "1");
+    const bool joined = reply.join(obj);
+    if (!joined) {
+        fail(obj, nullptr);
+    }
     // The report is the whole object, so without its status there is none to keep.
-    const PrintedJson report(reply.join(obj) ? cJSON_Print(obj) : nullptr);
+    const PrintedJson report(joined ? cJSON_Print(obj) : nullptr);
     if (report.text() == nullptr) {
         LOG_DEBUG("cJSON_Print json fail\n");
         return -1;

@@ -100,8 +100,8 @@ constexpr auto kNetFault = fields_of<NetFault>({
     FIELD(NetFault, "NetFaultReason", NetFaultReason),
 });
 
-// An optimisation starts from the request's values and answers with those that the device chose,
-// under the same keys.
+// An optimisation of the Wi-Fi starts from the request's values and answers with those that the
+// device chose, under the same keys.
 template <auto call, size_t wished, size_t chosen>
 constexpr auto optimization(const Fields<WifiInspectInfo, wished> &wishes,
                             const Fields<WifiInspectInfo, chosen> &choices, const char *failure)
@@ -128,12 +128,12 @@ constexpr auto optimization(const Fields<WifiInspectInfo, wished> &wishes,
 HANDLER(json_inspect_net_quality,
         query<devapi_inspect_net_quality>(kNetQuality, "Net quality inspection failed"))
 HANDLER(json_optimize_net_quality,
-        query<devapi_optimize_net_quality>(kNetQuality, "Net quality optimize failed"))
+        reporting_action<devapi_optimize_net_quality>(kNetQuality, "Net quality optimize failed"))
 
 HANDLER(json_inspect_net_connect,
         query<devapi_inspect_net_connect>(kNetConnection, "get net connect inspection failed"))
 HANDLER(json_optimize_net_connect,
-        query<devapi_optimize_net_connect>(kDnsStatus, "Net connect optimize failed"))
+        reporting_action<devapi_optimize_net_connect>(kDnsStatus, "Net connect optimize failed"))
 
 int32_t json_inspect_hg(cJSON *obj)
 {
@@ -162,7 +162,8 @@ HANDLER(json_inspect_hg_resource,
         query<devapi_inspect_hg_resource>(kResources, "get resource inspection info failed"))
 // Apps know the inspection's text from here as well.
 HANDLER(json_optimize_hg_resource,
-        query<devapi_optimize_hg_resource>(kFreedResources, "get resource inspection info failed"))
+        reporting_action<devapi_optimize_hg_resource>(kFreedResources,
+                                                      "get resource inspection info failed"))
 
 HANDLER(json_inspect_hg_wifi,
         query<devapi_inspect_hg_wifi>(kWifi, "get wifi inspection info failed"))

@@ -42,14 +42,15 @@ constexpr auto kGuestOptions = fields_of<GuestWifiInfo>({
 
 constexpr char kSetFailure[] = "set guest ssid failed";
 
-// Reckons the seconds that the network stays open. A negative number was not given; it counts all
-// the same where the other one was. The arithmetic wraps at 32 bits, as the devices expect.
-void reckon_end(GuestWifiInfo &guest)
+// Computes the seconds that the network stays open, from days and hours that may not be given,
+// which is any negative number. Negative hours count only where there are no whole days; negative
+// days count whenever hours were given. The arithmetic wraps at 32 bits, as the devices expect.
+void set_end_timestamp(GuestWifiInfo &guest)
 {
     const int32_t days = number_of(guest.ContinueTime);
     const int32_t hours = number_of(guest.HourTime);
     if (days < 0 && hours < 0) {
-        copy_text(guest.EndTimestamp, kUnchanged);
+        copy_text(guest.EndTimestamp, kNotGiven);
         return;
     }
     uint32_t seconds = static_cast<uint32_t>(days) * 86400;
@@ -93,15 +94,15 @@ int32_t json_set_hg_guest_ssid(cJSON *obj)
         LOG_ERROR("string is null.\n");
         return -1;
     }
-    if (!run.fill(&guest, kSetFailure)) {
-        return -1;
-    }
     copy_optional(obj, kGuestTimes, &guest, Found::kStays);
-    reckon_end(guest);
+    set_end_timestamp(guest);
     copy_optional(obj, kGuestOptions, &guest, Found::kIsConsumed);
     cJSON_DeleteItemFromObject(obj, "ContinueTime");
     cJSON_DeleteItemFromObject(obj, "HourTime");
     cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the reckoned one
+    if (!run.fill(&guest, kSetFailure)) {
+        return -1;
+    }
     const int32_t result = devapi_set_guest_wifi_info(&guest);
     run.end(result != 0, failure_of(result));
     return result;

@@ -56,16 +56,37 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
     return all_texts ? nullptr : missing.no_text;
 }
 
+// Puts a text into its field of the record.
+static void store(const Field &field, void *record, const char *text)
+{
+    void *place = static_cast<char *>(record) + field.offset;
+    if (field.is_number()) {
+        *static_cast<int32_t *>(place) = number_of(text);
+    } else {
+        copy_text(static_cast<char *>(place), field.width, text);
+    }
+}
+
+// The text of a field of the record: in place, no longer than *width and without a NUL where it is
+// that long, or in number for a number.
+using NumberText = char[12];
+static const char *text_in(const Field &field, const void *record, NumberText &number,
+                           size_t *width)
+{
+    const void *place = static_cast<const char *>(record) + field.offset;
+    if (field.is_number()) {
+        snprintf(number, sizeof number, "%d", *static_cast<const int32_t *>(place));
+        *width = sizeof number;
+        return number;
+    }
+    *width = field.width;
+    return static_cast<const char *>(place);
+}
+
 void copy_items(FieldList fields, cJSON *const *items, void *record)
 {
     for (const Field &field : fields) {
-        void *place = static_cast<char *>(record) + field.offset;
-        const char *text = text_of(*items++);
-        if (field.is_number()) {
-            *static_cast<int32_t *>(place) = number_of(text);
-        } else {
-            copy_text(static_cast<char *>(place), field.width, text);
-        }
+        store(field, record, text_of(*items++));
     }
 }
 
@@ -82,10 +103,9 @@ int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record)
 void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
 {
     for (const Field &field : fields) {
-        char *place = static_cast<char *>(record) + field.offset;
         cJSON *item = cJSON_GetObjectItem(obj, field.key);
         const char *text = text_of(item);
-        copy_text(place, field.width, text != nullptr ? text : kUnchanged);
+        store(field, record, text != nullptr ? text : kNotGiven);
         if (text != nullptr && found == Found::kIsConsumed) {
             consume(obj, item);
         }
@@ -125,15 +145,9 @@ bool add_text(cJSON *object, const char *key, const char *text, size_t width)
 bool add_fields(cJSON *object, FieldList fields, const void *record)
 {
     for (const Field &field : fields) {
-        const void *place = static_cast<const char *>(record) + field.offset;
-        char number[12];
-        const char *text = static_cast<const char *>(place);
-        size_t width = field.width;
-        if (field.is_number()) {
-            snprintf(number, sizeof number, "%d", *static_cast<const int32_t *>(place));
-            text = number;
-            width = sizeof number;
-        }
+        NumberText number;
+        size_t width;
+        const char *text = text_in(field, record, number, &width);
         if (!add_text(object, field.key, text, width)) {
             return false;
         }
@@ -152,16 +166,18 @@ void Reply::item(const char *key, cJSON *item)
 void Reply::reserve(FieldList fields)
 {
     for (const Field &field : fields) {
-        item(field.key, create_text(field.width));
+        item(field.key, create_text(field.is_number() ? sizeof(NumberText) : field.width));
     }
 }
 
 void Reply::set_reserved(FieldList fields, const void *record)
 {
     for (const Field &field : fields) {
-        const char *text = static_cast<const char *>(record) + field.offset;
+        NumberText number;
+        size_t width;
+        const char *text = text_in(field, record, number, &width);
         char *reserved = cJSON_GetObjectItem(&root_, field.key)->valuestring;
-        const size_t length = strnlen(text, field.width);
+        const size_t length = strnlen(text, width);
         memcpy(reserved, text, length);
         reserved[length] = '\0';
     }
@@ -232,20 +248,33 @@ void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
     answer(obj, reply, failure);
 }
 
+bool can_conclude(cJSON *obj, const Reply &success, const char *failure)
+{
+    if (cJSON_IsObject(obj) != 0 && success.complete()) {
+        return true;
+    }
+    fail(obj, failure);
+    return false;
+}
+
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size_t width)
+{
+    if (failed) {
+        fail(obj, failure, width);
+    } else {
+        success.join(obj);
+    }
+}
+
 int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure)
 {
-    Reply done;
-    done.success();
-    if (cJSON_IsObject(obj) == 0 || !done.complete()) {
-        fail(obj, failure);
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, failure)) {
         return -1;
     }
     const int32_t result = call();
-    if (result == 0) {
-        done.join(obj);
-    } else {
-        fail(obj, failure);
-    }
+    conclude(obj, success, result != 0, failure);
     return result;
 }
 
@@ -278,11 +307,7 @@ void SettingSteps::end(bool failed, const char *failure, size_t width)
     if (when_ != Consume::kOnSuccess || !failed) {
         consume_items();
     }
-    if (failed) {
-        fail(obj_, failure, width);
-    } else {
-        success_.join(obj_);
-    }
+    conclude(obj_, success_, failed, failure, width);
 }
 
 void SettingSteps::consume_items()

@@ -143,7 +143,8 @@ template <size_t width> bool holds(const char (&field)[width], const char *text)
 void consume(cJSON *obj, cJSON *item);
 
 // Fills a record from the keys of an item, all of which are required. Result: 0, or -1 when an
-// argument is null or a key has no text, and then the record is untouched.
+// argument is null or a key has no text, and then the record is untouched. items has room for the
+// items that are found.
 int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record);
 
 template <class Record, size_t count>
@@ -153,10 +154,11 @@ int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *re
     return read_items(item, fields, items, record);
 }
 
-// Tells the device to leave a setting as it is.
-constexpr char kUnchanged[] = "-1";
+// Stands in a record for a value that the request does not give: the device leaves the setting as
+// it is, or takes its default.
+constexpr char kNotGiven[] = "-1";
 
-// Fills the text fields that a request may leave out: with the key's text, or with kUnchanged.
+// Fills the fields that a request may leave out: with the key's text, or with kNotGiven.
 // Found texts are taken out of obj where asked for; a key without a text stays.
 enum class Found { kStays, kIsConsumed };
 void copy_optional(cJSON *obj, FieldList fields, void *record, Found found);
@@ -254,26 +256,6 @@ void answer(cJSON *obj, Reply &reply, const char *reason);
 
 // ---- Owners ------------------------------------------------------------------------------------
 
-// A JSON tree that has not been handed over to another one.
-class JsonTree {
-  public:
-    explicit JsonTree(cJSON *tree) : tree_(tree) {}
-    ~JsonTree() { cJSON_Delete(tree_); }
-    JsonTree(const JsonTree &) = delete;
-    JsonTree &operator=(const JsonTree &) = delete;
-
-    cJSON *get() const { return tree_; }
-    cJSON *release()
-    {
-        cJSON *tree = tree_;
-        tree_ = nullptr;
-        return tree;
-    }
-
-  private:
-    cJSON *tree_;
-};
-
 // A text printed by cJSON; null when printing failed.
 class PrintedJson {
   public:
@@ -328,13 +310,39 @@ constexpr auto query(const Fields<Record, count> &fields, const char *failure)
     };
 }
 
-// An action without parameters. It is not carried out where there is no object to answer in.
+// What changes the device without parameters has to be answered like a setting: these are its steps
+// around the call. It is not carried out without an object to answer in or without the reply to
+// success; then the first has failed and returns false.
+bool can_conclude(cJSON *obj, const Reply &success, const char *failure);
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure,
+              size_t width = SIZE_MAX);
+
+// An action without parameters.
 int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure);
 
 template <auto call> constexpr auto action(const char *failure)
 {
     return [failure](cJSON *obj) -> int32_t {
         return carry_out(obj, call, failure);
+    };
+}
+
+// An action that reports what it has come to.
+template <auto call, class Record, size_t count>
+constexpr auto reporting_action(const Fields<Record, count> &fields, const char *failure)
+{
+    return [&fields, failure](cJSON *obj) -> int32_t {
+        Record record = {};
+        Reply success;
+        success.success();
+        success.reserve(fields);
+        if (!can_conclude(obj, success, failure)) {
+            return -1;
+        }
+        const int32_t result = call(&record);
+        success.set_reserved(fields, &record);
+        conclude(obj, success, result != 0, failure);
+        return result;
     };
 }
 

@@ -29,7 +29,7 @@ void answer_in_use(cJSON *obj)
     Reply reply;
     reply.text(kStatus, "2");
     reply.text(kFailReason, "SOMEONE_USING_REPEATER");
-    reply.join(obj);
+    answer(obj, reply, kFailure);
 }
 
 } // namespace

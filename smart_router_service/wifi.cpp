@@ -1,5 +1,5 @@
 // Settings of one SSID.
-#include "handler_support.h"
+#include "wifi.h"
 
 using namespace smart_router;
 
@@ -14,22 +14,6 @@ constexpr auto kSsidReply = fields_of<SsidInfo>({
     FIELD(SsidInfo, "UsedChannel", UsedChannel),
     FIELD(SsidInfo, "Enable", Enable),
     FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
-});
-
-constexpr auto kSsidSetting = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-});
-
-constexpr auto kSsidOptions = fields_of<SsidInfo>({
     FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
     FIELD(SsidInfo, "Mode", Mode),
     FIELD(SsidInfo, "Beamforming", Beamforming),
@@ -85,10 +69,13 @@ int32_t json_set_wifi_info(cJSON *obj)
     constexpr char kFailure[] = "SET_WIFI_INFO_FAIL";
     SsidInfo ssid = {};
     SettingRun run(obj, kSsidSetting, Consume::kAfterCall);
-    if (!run.find(kNodeOrValueNull) || !run.fill(&ssid, kFailure)) {
+    if (!run.find(kNodeOrValueNull)) {
         return -1;
     }
     copy_optional(obj, kSsidOptions, &ssid, Found::kIsConsumed);
+    if (!run.fill(&ssid, kFailure)) {
+        return -1;
+    }
     const int32_t result = devapi_set_ssid_info(&ssid);
     if (ssid.SSIDIndex == kMainSsid) {
         // The radio follows the request even where the SSID could not be written.

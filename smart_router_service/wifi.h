@@ -1,9 +1,28 @@
-// What the Wi-Fi handlers share: helpers that are exported as well, for whoever handles the same
-// objects.
+// What the Wi-Fi handlers share: the keys of an SSID's settings, and helpers that are exported as
+// well, for whoever handles the same objects.
 #pragma once
 
-#include "smart_router_service/device_access.h"
-#include "smart_router_service/processjsonability.h"
+#include "handler_support.h"
+
+namespace smart_router {
+
+inline constexpr auto kSsidSetting = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+    FIELD(SsidInfo, "SSID", SSID),
+    FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+    FIELD(SsidInfo, "PowerLevel", PowerLevel),
+    FIELD(SsidInfo, "Channel", Channel),
+    FIELD(SsidInfo, "Enable", Enable),
+});
+
+inline constexpr auto kSsidOptions = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(SsidInfo, "Mode", Mode),
+    FIELD(SsidInfo, "Beamforming", Beamforming),
+});
+
+} // namespace smart_router
 
 extern "C" {
 

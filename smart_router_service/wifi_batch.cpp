@@ -1,6 +1,5 @@
 // All SSIDs at once: the list, and the batch of settings that a worker applies after the reply, so
 // that the reply gets out before the radios restart.
-#include "handler_support.h"
 #include "wifi.h"
 
 #include <pthread.h>
@@ -35,22 +34,7 @@ constexpr auto kListElement = fields_of<SsidInfo>({
     FIELD(SsidInfo, "Beamforming", Beamforming),
 });
 
-constexpr auto kElementRequired = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-});
-
-constexpr auto kElementOptions = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
-});
+constexpr auto kBandwidth = fields_of<SsidInfo>({FIELD(SsidInfo, "Bandwidth", Bandwidth)});
 
 constexpr char kSetFailure[] = "set ssid failed";
 
@@ -125,7 +109,8 @@ int32_t json_get_wifi_list_info(cJSON *obj)
 
     Reply reply;
     cJSON *list = reply.list("WIFIList");
-    for (int32_t index = 1; index > 0 && index <= count && reply.complete(); ++index) {
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        const int32_t index = at + 1;
         SsidInfo ssid = {};
         ssid.SSIDIndex = index;
         result = devapi_get_ssid_info(&ssid);
@@ -150,10 +135,11 @@ int32_t json_get_wifi_list_info(cJSON *obj)
 
 int32_t parse_wifi_info_from_json(SsidInfo *record, cJSON *item)
 {
-    if (read_fields(item, kElementRequired, record) != 0) {
+    if (read_fields(item, kSsidSetting, record) != 0) {
         return -1;
     }
-    copy_optional(item, kElementOptions, record, Found::kStays);
+    copy_optional(item, kBandwidth, record, Found::kStays);
+    copy_optional(item, kSsidOptions, record, Found::kStays);
     return 0;
 }
 
@@ -216,9 +202,10 @@ void *set_wifi_list_arr_thread(void *array)
 {
     auto *records = static_cast<SsidInfo *>(array);
     pthread_detach(pthread_self());
-    sleep(1);
+    // What sleep() shares between threads is the alarm signal, which nobody uses here.
+    sleep(1); // NOLINT(concurrency-mt-unsafe)
     devapi_set_wifi_stactrl(g_stactrl_enable);
-    sleep(5);
+    sleep(5); // NOLINT(concurrency-mt-unsafe)
     devapi_set_wifi_fastroaming(g_fastroaming_enable);
     for (int32_t at = 0; at < g_set_wifi_array_size; ++at) {
         devapi_set_ssid_list_info(&records[at]);

@@ -1,5 +1,4 @@
 // The Wi-Fi's sleep schedule, scans of the neighbourhood, and the channels of the radios.
-#include "handler_support.h"
 #include "wifi.h"
 
 #include <stdlib.h>
@@ -27,7 +26,7 @@ constexpr auto kScanFields = fields_of<ScanEntry>({
     FIELD(ScanEntry, "Connected", Connected),
 });
 
-// A phone's screen has no use for more.
+// The protocol promises no more networks than the first twenty slots hold.
 constexpr size_t kReportedSlots = 20;
 
 constexpr auto kPowerFields = fields_of<ChannelPower>({
@@ -133,9 +132,9 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
         fail(obj, "json node: WIFISleepList not found");
         return -1;
     }
-    // The old schedule goes before the new one is looked at.
     Reply success;
     success.success();
+    // The old schedule goes before the new one is looked at.
     const char *wrong = "del all wifi timerinfo failed";
     if (success.complete() && devapi_del_all_wifi_timerinfo() == 0) {
         wrong = add_sleep_periods(list);

@@ -13,16 +13,34 @@ TEST(ToUtf8, KeepsWhatIsUtf8)
     EXPECT_EQ(to_utf8(""), "");
 }
 
-TEST(ToUtf8, ReplacesWhatIsNot)
+TEST(ToUtf8, TakesWhatIsNotForGbk)
+{
+    EXPECT_EQ(to_utf8("\xc4\xe3\xba\xc3"), "\u4f60\u597d");
+    EXPECT_EQ(to_utf8("a\xd6\xd0"
+                      "b"),
+              "a\u4e2db");
+    // The second byte of such a character may be a backslash or a letter.
+    EXPECT_EQ(to_utf8("\x81\\\x81"
+                      "A\\"),
+              "\u4e57\u4e04\\");
+}
+
+TEST(ToUtf8, ReplacesWhatIsNoGbkEither)
 {
     EXPECT_EQ(to_utf8("a\xff"
                       "b"),
               "a\ufffdb");
-    EXPECT_EQ(to_utf8("\xc4\xe3\xba\xc3"), "\ufffd\ufffd\ufffd");
-    EXPECT_EQ(to_utf8("cut \xe4\xb8\"quoted\""), "cut \ufffd\"quoted\"");
-    EXPECT_EQ(to_utf8("overlong \xc0\xaf"), "overlong \ufffd");
-    EXPECT_EQ(to_utf8("surrogate \xed\xa0\x80!"), "surrogate \ufffd!");
-    EXPECT_EQ(to_utf8("end \xe4\xb8"), "end \ufffd");
+    EXPECT_EQ(to_utf8("\xff\xff\xd6\"\xd6\xd0"), "\ufffd\ufffd\ufffd\"\u4e2d");
+    EXPECT_EQ(to_utf8("cut \xc4\xe3\xba"), "cut \u4f60\ufffd");
+    EXPECT_EQ(to_utf8("\xd6"), "\ufffd");
+    EXPECT_EQ(to_utf8(std::string(100000, '\xff')).size(), 300000U);
+}
+
+TEST(ToUtf8, KeepsUtf8WhoseEndWasCutOff)
+{
+    EXPECT_EQ(to_utf8("\u4e2d\u6587 \xe4\xb8"), "\u4e2d\u6587 \ufffd");
+    EXPECT_EQ(to_utf8("\U0001f600\xf0\x9f\x98"), "\U0001f600\ufffd");
+    EXPECT_EQ(to_utf8("\u00e4\xc3"), "\u00e4\ufffd");
 }
 
 TEST(OneLine, EscapesControlCharacters)
@@ -30,6 +48,7 @@ TEST(OneLine, EscapesControlCharacters)
     EXPECT_EQ(one_line("a\nb\r\tc\x01\x7f\x1b[31m"), "a\\nb\\r\\tc\\x01\\x7f\\x1b[31m");
     EXPECT_EQ(one_line(std::string_view("nul\0!", 5)), "nul\\x00!");
     EXPECT_EQ(one_line("\u009bm \u00a0\xff"), "\\x9bm \u00a0\ufffd");
+    EXPECT_EQ(one_line("\u4e2d \xd6\xd0"), "\u4e2d \ufffd\ufffd");
 }
 
 TEST(OneLine, CutsLongTextsBetweenCharacters)

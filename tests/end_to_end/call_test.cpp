@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -224,13 +226,21 @@ TEST(Call, SaysWhenNobodyReads)
     EXPECT_EQ(result.error, "hgagent: nobody reads the reply\n");
 }
 
+TEST(Call, PrintsTheReplyOfTheCommandDuringWhichASignalArrives)
+{
+    const AgentResult result = run_agent({"--plugin", PROBE_PLUGIN, "call", "STOP"});
+    EXPECT_EQ(result.exit_status, 128 + SIGTERM);
+    EXPECT_EQ(result.output, "{}\n");
+    EXPECT_THAT(result.error, IsEmpty());
+}
+
 TEST(Usage, HelpAndVersionSucceed)
 {
     const AgentResult help = run_agent({"--help"});
     EXPECT_EQ(help.exit_status, 0);
-    for (const char *word :
-         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace", "--log-level",
-          "--show-secrets", "call", "serve", "list", "describe", "Exit status", "Examples"}) {
+    for (const char *word : {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
+                             "--log-level", "--show-secrets", "--raw-bytes", "call", "serve",
+                             "report", "list", "describe", "Exit status", "Examples"}) {
         EXPECT_THAT(help.output, HasSubstr(word));
     }
     EXPECT_EQ(run_agent({"--version"}).output, "hgagent " PROJECT_VERSION "\n");

@@ -3,21 +3,45 @@
 #include "agent_commands.h"
 #include "embedded/protocol_commands.h"
 
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdlib>
+
 using Json = nlohmann::ordered_json;
 
-TEST(Examples, AreWhatTheCommandsReply)
+namespace embedded {
+
+// What GoogleTest says of the example that failed.
+static void PrintTo(const Text &file, std::ostream *out)
 {
-    ASSERT_FALSE(embedded::protocol_commands().empty());
-    setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1);
-    for (const embedded::Text &file : embedded::protocol_commands()) {
-        const Json description = Json::parse(file.text);
-        const Json &example = description["example"];
-        const AgentResult result = call(description["command"], example["request"].dump());
-        EXPECT_EQ(result.output, example["reply"].dump() + "\n") << file.file_name;
-    }
-    unsetenv("SIMULATED_GATEWAY_TIME");
+    *out << file.file_name;
 }
+
+} // namespace embedded
+
+namespace {
+
+class Examples : public testing::TestWithParam<embedded::Text> {
+  protected:
+    Examples() { setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1); }
+    ~Examples() override { unsetenv("SIMULATED_GATEWAY_TIME"); }
+};
+
+std::string command_of(const testing::TestParamInfo<embedded::Text> &file)
+{
+    return Json::parse(file.param.text)["command"];
+}
+
+} // namespace
+
+TEST_P(Examples, AreWhatTheCommandsReply)
+{
+    const Json description = Json::parse(GetParam().text);
+    const Json &example = description["example"];
+    const AgentResult result = call(description["command"], example["request"].dump());
+    EXPECT_EQ(result.output, example["reply"].dump() + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(embedded::protocol_commands()),
+                         command_of);

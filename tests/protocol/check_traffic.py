@@ -7,6 +7,7 @@ import protocol
 
 
 def main(traffic_file):
+    sys.stdout.reconfigure(errors="backslashreplace")
     descriptions = {description["command"]: description
                     for description in protocol.descriptions().values()}
     unseen = {command: list(range(len(description["replies"])))

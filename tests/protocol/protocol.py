@@ -36,9 +36,10 @@ def device_functions():
 def mismatch(reply, request, described):
     """Why a reply is not the described one for this request, or None when it is."""
     rest = Object(request)
-    for name in described.get("consumes", []):
+    conditional = described.get("consumes_if_text", [])
+    for name in [*described.get("consumes", []), *conditional]:
         first = next((pair for pair in rest if pair[0].lower() == name.lower()), None)
-        if first is not None:
+        if first is not None and (name not in conditional or isinstance(first[1], str)):
             rest.remove(first)
     if reply[: len(rest)] != rest:
         return f"the request's keys should be left as {[key for key, _ in rest]}"

@@ -51,6 +51,13 @@ class MismatchTest(unittest.TestCase):
                      '{"Name":"y","Other":1,', '{"Other":2,"Name":"y",', "{"):
             self.assertIn("should be left as", why(rest + tail) or "", rest)
 
+    def test_a_key_without_text_may_stay(self):
+        described = {"consumes_if_text": ["Mode"], "keys": []}
+        self.assertIsNone(why("{}", '{"mode":"x"}', described))
+        self.assertIsNone(why('{"Mode":7}', '{"Mode":7}', described))
+        self.assertIn("should be left", why("{}", '{"Mode":7}', described))
+        self.assertIn("is not described", why('{"Mode":"x"}', '{"Mode":"x"}', described))
+
     def test_bytes_are_counted_not_letters(self):
         described = {"keys": [{"key": "a", "max_bytes": 2}]}
         self.assertIsNone(why('{"a":"é"}', "{}", described))

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -130,6 +131,29 @@ void AgentProcess::close_output()
     if (output_ >= 0) {
         close(output_);
         output_ = -1;
+    }
+}
+
+bool AgentProcess::has_ended() const
+{
+    siginfo_t info = {};
+    checked(waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOWAIT | WNOHANG),
+            "waitid");
+    return info.si_pid != 0;
+}
+
+bool AgentProcess::await_error(std::string_view text) const
+{
+    bool ended = false;
+    for (;;) {
+        if (content_of(error_).find(text) != std::string::npos) {
+            return true;
+        }
+        if (ended) {
+            return false;
+        }
+        ended = has_ended(); // what it wrote before is looked at once more
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
 }
 

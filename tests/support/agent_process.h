@@ -32,6 +32,9 @@ class AgentProcess {
     // The next line of its standard output without its end; an empty text at the end of output.
     std::string read_line();
     void close_output();
+    // Waits until the text stands on its standard error, or until it has ended. Result: whether the
+    // text is there.
+    bool await_error(std::string_view text) const;
     void signal(int number);
 
     // Ends its input, and waits.
@@ -44,6 +47,7 @@ class AgentProcess {
   private:
     void start(const std::vector<std::string> &arguments, int input, int output);
     bool read_more();
+    bool has_ended() const;
 
     pid_t process_ = -1;
     int input_ = -1;

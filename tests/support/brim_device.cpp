@@ -9,8 +9,14 @@
 int32_t devapi_get_sn_info(SnInfo *info)
 {
     memset(info->MAC, 'M', sizeof(info->MAC));
-    memcpy(info->tslinkstatus, "\xd6\"\x80", 3); // no UTF-8 around a quote
+    memcpy(info->tslinkstatus, "\xd6\"\xff", 3); // no text in any encoding around a quote
     memset(info->DeviceType, 'D', sizeof(info->DeviceType));
+    return 0;
+}
+
+int32_t devapi_get_home_page_info(HomePageInfo *info)
+{
+    memcpy(info->Devname, "\xc4\xe3\xba\xc3", 4); // GBK
     return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include "device_functions.h"
 
+#include <algorithm>
 #include <mutex>
 
 namespace recording_device {
@@ -13,6 +14,20 @@ std::vector<Call> recorded;
 std::vector<std::function<void()>> programmed;
 
 } // namespace
+
+void PrintTo(const Call &call, std::ostream *out)
+{
+    *out << call.function << '(';
+    for (std::string text : call.arguments) {
+        const auto end = std::unique(text.begin(), text.end(), [](char left, char right) {
+            return left == '\0' && right == '\0';
+        });
+        text.erase(end, text.end());
+        std::replace(text.begin(), text.end(), '\0', '|');
+        *out << text << ';';
+    }
+    *out << ')';
+}
 
 std::vector<Call> calls()
 {

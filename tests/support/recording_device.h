@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <functional>
+#include <ostream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -20,6 +21,9 @@ struct Call {
 
     bool operator==(const Call &) const = default;
 };
+
+// For the messages of failing tests: the call with its arguments, each row of NUL bytes as one "|".
+void PrintTo(const Call &call, std::ostream *out);
 
 // The calls since the last reset, in order.
 std::vector<Call> calls();

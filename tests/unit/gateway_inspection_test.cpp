@@ -102,6 +102,31 @@ TEST_F(GatewayInspectionTest, TheUplinkIsToldTheSizeOfItsBuffer)
     EXPECT_EQ(recording_device::calls().at(0).arguments.at(1), "8");
 }
 
+// ---- Optimisations without wishes --------------------------------------------------------------
+
+class PlainOptimizationTest : public HandlerTest,
+                              public testing::WithParamInterface<const char *> {};
+
+TEST_P(PlainOptimizationTest, IsNotCarriedOutWhenItCannotBeAnswered)
+{
+    EXPECT_EQ(hg_process_json_cmd(GetParam(), nullptr), 0);
+    const Json array = parse("[]");
+    EXPECT_EQ(hg_process_json_cmd(GetParam(), array.get()), 0);
+    EXPECT_EQ(print(array.get()), "[]");
+    for (size_t first = 0; first < 4; ++first) {
+        const Json object = parse("{}");
+        const FailingMemory memory(first, FailingMemory::Fail::kOnce);
+        EXPECT_EQ(hg_process_json_cmd(GetParam(), object.get()), 0);
+        EXPECT_TRUE(memory.has_failed());
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, PlainOptimizationTest,
+                         testing::Values("HG_NETQUAL_OPTIMIZATION", "HG_NETCONN_OPTIMIZATION",
+                                         "HG_RESOURCE_OPTIMIZATION"),
+                         [](const auto &test) { return std::string(test.param); });
+
 // ---- Optimisations -----------------------------------------------------------------------------
 
 struct Optimization {

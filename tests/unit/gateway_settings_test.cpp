@@ -267,7 +267,7 @@ void pppoe_is(const char *enable)
     when<devapi_get_hg_pppoe_info>([enable](PppoeInfo *info) {
         strcpy(info->Account, "smith");
         strcpy(info->Password, "secret");
-        strncpy(info->Enable, enable, sizeof info->Enable);
+        std::string(enable).copy(info->Enable, sizeof info->Enable);
         return 0;
     });
 }

@@ -181,15 +181,6 @@ TEST_F(HandlerSupportTest, AnAnswerThatCouldNotBeBuiltFails)
     EXPECT_EQ(print(object.get()), R"({"Status":"1","FailReason":"no memory"})");
 }
 
-TEST_F(HandlerSupportTest, AJsonTreeIsDeletedUnlessReleased)
-{
-    const JsonTree dropped(cJSON_CreateObject());
-    EXPECT_NE(dropped.get(), nullptr);
-    JsonTree kept(cJSON_CreateObject());
-    const Json owner(kept.release());
-    EXPECT_EQ(kept.get(), nullptr);
-}
-
 // ---- Queries -----------------------------------------------------------------------------------
 
 TEST_F(HandlerSupportTest, AQueryPutsItsStatusFirstOrLast)
@@ -215,6 +206,55 @@ TEST_F(HandlerSupportTest, AQueryFailsByItsRule)
             << failing;
     }
     EXPECT_EQ(after(query<get_lamp>(kLampFields, nullptr), "{}"), R"({"Status":"1"})");
+}
+
+// ---- Actions -----------------------------------------------------------------------------------
+
+TEST_F(HandlerSupportTest, AReportingActionReportsWhatTheDeviceLeft)
+{
+    strcpy(lamp.Colour, "green");
+    memcpy(lamp.Level, "full", 4);
+    const auto handler = reporting_action<get_lamp>(kLampFields, "dark");
+    EXPECT_EQ(after(handler, R"({"Colour":"x"})"),
+              R"({"Colour":"x","Status":"0","Colour":"green","Level":"full"})");
+    result = 1;
+    EXPECT_EQ(after(handler, "{}"), R"({"Status":"1","FailReason":"dark"})");
+}
+
+// ---- Numbers -----------------------------------------------------------------------------------
+
+constexpr auto kNumber = fields_of<Lamp>({FIELD(Lamp, "Number", number)});
+
+TEST_F(HandlerSupportTest, ANumberTravelsAsText)
+{
+    for (const auto &[text, number] : {std::pair("7", 7),
+                                       {"-3", -3},
+                                       {" 12x", 12},
+                                       {"x", 0},
+                                       {"", 0},
+                                       {"2147483647", INT_MAX},
+                                       {"2147483648", INT_MAX},
+                                       {"-2147483649", INT_MIN},
+                                       {"99999999999999999999", INT_MAX}}) {
+        const std::string request = std::string(R"({"Number":")") + text + R"("})";
+        EXPECT_EQ(after(setting<set_lamp>(kNumber, "stuck"), request), R"({"Status":"0"})");
+        EXPECT_EQ(lamp.number, number) << text;
+        EXPECT_EQ(after(query<get_lamp>(kNumber, "dark"), "{}"),
+                  R"({"Status":"0","Number":")" + std::to_string(number) + R"("})");
+        EXPECT_EQ(after(reporting_action<get_lamp>(kNumber, "dark"), "{}"),
+                  R"({"Status":"0","Number":")" + std::to_string(number) + R"("})");
+    }
+}
+
+TEST_F(HandlerSupportTest, AnOptionalFieldThatIsNotGivenSaysSo)
+{
+    const Json object = parse(R"({"Level":7,"Colour":"blue","Number":null})");
+    copy_optional(object.get(), kLampFields, &lamp, Found::kIsConsumed);
+    copy_optional(object.get(), kNumber, &lamp, Found::kIsConsumed);
+    EXPECT_STREQ(lamp.Colour, "blue");
+    EXPECT_STREQ(lamp.Level, "-1");
+    EXPECT_EQ(lamp.number, -1);
+    EXPECT_EQ(print(object.get()), R"({"Level":7,"Number":null})");
 }
 
 // ---- Settings ----------------------------------------------------------------------------------

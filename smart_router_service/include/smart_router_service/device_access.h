@@ -15,8 +15,8 @@
  *
  * Texts: every char field holds a text that ends in NUL within the field. The plug-in cuts longer
  * values from a request at the field's width less one, and reads no further than the field where
- * the library leaves no NUL. A field without a value holds the text "NULL" where the function says
- * so. The character set is UTF-8.
+ * the library leaves no NUL. A field without a value holds the text "NULL".
+ * The bytes pass through unchanged; agents expect UTF-8.
  *
  * Layout: the offsets and sizes are fixed and asserted below. Integers are 32 bits wide, signed, in
  * the processor's byte order.
@@ -43,6 +43,10 @@
 #define DEVAPI_RECORD_SIZE_32(record, size)                                                        \
     static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
                   #record " has to be " #size " bytes")
+
+#define DEVAPI_RECORD_OFFSET_32(record, field, offset)                                             \
+    static_assert(sizeof(void *) != 4 || offsetof(record, field) == (offset),                      \
+                  #record "." #field " has to be at " #offset)
 
 #ifdef __cplusplus
 extern "C" {
@@ -534,14 +538,16 @@ int32_t devapi_get_ssid_info(SsidInfo *info);
  * means nothing. Any result but 0 is a failure. */
 int32_t devapi_set_ssid_info(const SsidInfo *info);
 
-/* Sets the transmit power of the 5 GHz radio. The result is not looked at. */
+/* Sets the transmit power of the 5 GHz radio, a text of at most 63 bytes. The result is not looked
+ * at. */
 int32_t devapi_set_5gwifi_powerlevel(const char *level);
 
-/* Writes the number of SSIDs. Any result but 0 is a failure. */
+/* Writes the number of SSIDs; count is 0 before, and a negative one is none. Any result but 0 is a
+ * failure. */
 int32_t devapi_get_ssid_num(int32_t *count);
 
-/* Writes 1 when stations are steered between the radios, another number when they are not. Any
- * result but 0 is a failure. */
+/* Writes 1 when stations are steered between the radios, another number when they are not; state is
+ * 1 before. Any result but 0 is a failure. */
 int32_t devapi_get_wifi_stactrl(int32_t *state);
 
 /* Writes the state of fast roaming as a text with its NUL into enable, which has 8 bytes; an empty
@@ -552,13 +558,14 @@ int32_t devapi_get_wifi_fastroaming_enable(char *enable);
  * looked at. */
 int32_t devapi_get_5g_wifi_index(int32_t *index);
 
-/* Writes 1 when the mesh is on; enable is 0 before. The callers say what they make of the result.
- */
+/* Writes 1 when the mesh is on; enable is 0 before. SET_WIFI_INFO_LIST looks at what was written
+ * and not at the result. */
 int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
 
 /* The three calls by which the plug-in's worker applies a list of settings: the switch of station
- * control, the switch of fast roaming (which may be empty), and each SSID, with Bandwidth. Their
- * results are not looked at. */
+ * control, the switch of fast roaming (which may be empty), and each SSID, with Bandwidth. The two
+ * switches are texts of at most 7 bytes that the next list may change at any time: read them once.
+ * The results are not looked at. */
 int32_t devapi_set_wifi_stactrl(const char *enable);
 int32_t devapi_set_wifi_fastroaming(const char *enable);
 int32_t devapi_set_ssid_list_info(const SsidInfo *info);
@@ -590,9 +597,10 @@ int32_t devapi_get_wifi_sleep_info(WifiSleepInfo *info);
 /* Removes all periods. Any result but 0 is a failure. */
 int32_t devapi_del_all_wifi_timerinfo(void);
 
-/* Adds timers for one more period and then sets what they do. The timers of the first call's record
- * are 0: the device numbers them, and may write the numbers for the second call. Any result but 0
- * is a failure. */
+/* Adds timers for one more period and then sets what they do: the device numbers the timers, and
+ * may write the numbers into the first call's record for the second. Only for the first period of a
+ * schedule is the record zero before; for the others it comes as these two calls left it, with new
+ * texts. Any result but 0 is a failure. */
 int32_t devapi_add_wifi_timer(WifiSleepInfo *info);
 int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
 
@@ -623,6 +631,7 @@ typedef struct ScanResult {
 } ScanResult;
 
 DEVAPI_RECORD_SIZE_32(ScanResult, 244);
+DEVAPI_RECORD_OFFSET_32(ScanResult, entries, 4);
 
 /* Fills the slots with entries that it allocates with malloc(), each on its own; the plug-in frees
  * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure.
@@ -646,6 +655,7 @@ typedef struct ChannelPowerResult {
 } ChannelPowerResult;
 
 DEVAPI_RECORD_SIZE_32(ChannelPowerResult, 8);
+DEVAPI_RECORD_OFFSET_32(ChannelPowerResult, entries, 4);
 
 /* Fills result with an array that it allocates with malloc(); the plug-in frees it, also after a
  * failure. Any result but 0 is a failure. */
@@ -660,28 +670,31 @@ typedef struct WifiChannelList {
 } WifiChannelList;
 
 DEVAPI_RECORD_SIZE(WifiChannelList, 264);
+DEVAPI_RECORD_FIELD(WifiChannelList, count_24g, 0, 4);
+DEVAPI_RECORD_FIELD(WifiChannelList, count_5g, 4, 4);
 DEVAPI_RECORD_FIELD(WifiChannelList, channels_24g, 8, 128);
 DEVAPI_RECORD_FIELD(WifiChannelList, channels_5g, 136, 128);
 
-/* Fills list. The callers say which results are failures. */
+/* Fills list. GET_WIFI_CHANNEL_LIST takes any result but 0 for a failure. */
 int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
 
 /* ---- Guest Wi-Fi ---------------------------------------------------------------------------- */
 
 /* The guest network of one band. A text "-1" means that the value was not given. */
 typedef struct GuestWifiInfo {
-    char reserved0[4];           /* not used */
-    char RadioEnable[8];         /* "1" when the band's radio is on; only read */
-    char Enable[16];             /* "1" when the guest network is on */
-    char SSID[64];               /* network name */
-    char Band[16];               /* the band */
-    char ContinueTime[8];        /* whole days that it stays open */
-    char HourTime[8];            /* hours that it stays open */
-    char EndTimestamp[16];       /* seconds that it stays open, reckoned from days and hours */
-    char Remainingtime[16];      /* time left; only read */
-    char PWD[64];                /* password */
-    char ENCRYPT[16];            /* kind of encryption */
-    char Mode[8];                /* wireless standards in use */
+    char reserved0[4];      /* not used */
+    char RadioEnable[8];    /* "1" when the band's radio is on; only read */
+    char Enable[16];        /* "1" when the guest network is on */
+    char SSID[64];          /* network name */
+    char Band[16];          /* the band */
+    char ContinueTime[8];   /* whole days that it stays open */
+    char HourTime[8];       /* hours that it stays open */
+    char EndTimestamp[16];  /* seconds that it stays open, as the plug-in computed them: "-1", or
+                               a number that may have wrapped at 32 bits */
+    char Remainingtime[16]; /* time left; only read */
+    char PWD[64];           /* password */
+    char ENCRYPT[16];       /* kind of encryption */
+    char Mode[8];           /* wireless standards in use */
     char AdvertisementEnable[8]; /* "1" when the name is broadcast */
     char PermissionProperty[8];  /* what guests may do; only read */
 } GuestWifiInfo;

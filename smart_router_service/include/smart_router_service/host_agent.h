@@ -22,7 +22,8 @@ extern "C" {
  * format: a printf format with its arguments. Some of the texts end in a line feed and some do
  *         not; the agent ends the line where the text does not.
  *
- * Debug traces may carry passwords in clear: an agent that keeps them has to mask them.
+ * Lines of any level may carry passwords in clear (SET_UPLINK_WIFI_INFO logs one at level 3): an
+ * agent that keeps them has to mask them.
  */
 __attribute__((format(printf, 3, 4))) void ts_mod_log_printf(const char *module, int32_t level,
                                                              const char *format, ...);

@@ -13,7 +13,8 @@
  * command answers with its failure text, or, when not even that can be allocated, adds nothing.
  *
  * Results: a failed command is not a failed call. Failures travel inside the object, as "Status"
- * "1" with a "FailReason".
+ * "1", with a "FailReason" wherever the command has one; two commands have answers of their own
+ * beside it, as protocol/commands describes.
  *
  * Threads: commands may be called from any thread, but one command object only by one thread at a
  * time. The library takes no lock around a command.
@@ -57,7 +58,8 @@ SMART_ROUTER_API int32_t hg_process_json_cmd(const char *cmd, cJSON *obj);
 /*
  * Adds what a home page shows of the gateway: "Status" "0", then "Devname", "UploadSpeed",
  * "DownloadSpeed", "GameSpeed", "GamePort", "GameBand", "CpuRate", "MemRate" and "CpuTemperature",
- * all texts; or "Status" "1" and "FailReason". Result: that of the device call, 0 on success.
+ * all texts; or "Status" "1" and "FailReason" "get home page info failed". Result: that of the
+ * device call, 0 on success.
  */
 SMART_ROUTER_API int32_t json_get_home_page_info(cJSON *obj);
 
@@ -73,10 +75,10 @@ SMART_ROUTER_API int32_t parse_wifi_set_info_from_json(SsidInfo *record, cJSON *
  */
 
 /*
- * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last answered RESPONSE_ROUTER_VERSION,
- * as formatted JSON text. NULL, as at the start, when the agent wants no copy. The agent sets it
- * and keeps the buffer alive; the library writes into it during that command only, and leaves it
- * untouched when the text with its terminator would not fit.
+ * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last RESPONSE_ROUTER_VERSION, whatever
+ * its status, as formatted JSON text. NULL, as at the start, when the agent wants no copy. The
+ * agent sets it and keeps the buffer alive; the library writes into it during that command only,
+ * and leaves it untouched when the text with its terminator would not fit.
  */
 extern SMART_ROUTER_API char *info_wersion;
 

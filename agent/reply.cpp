@@ -1,0 +1,40 @@
+#include "reply.h"
+
+#include "requests.h"
+#include "text.h"
+
+#include <cstring>
+
+namespace agent {
+
+namespace {
+
+// A request may bring a "Status" of its own, which comes first.
+ExitStatus status_of(const cJSON *reply)
+{
+    ExitStatus status = kSuccess;
+    const cJSON *item = nullptr;
+    cJSON_ArrayForEach(item, reply)
+    {
+        if (strcmp(item->string, "Status") == 0) {
+            const bool success = cJSON_IsString(item) != 0 && strcmp(item->valuestring, "0") == 0;
+            status = success ? kSuccess : kCommandFailed;
+        }
+    }
+    return status;
+}
+
+} // namespace
+
+ExitStatus write_reply(const cJSON *reply, bool raw_bytes, const ReplyOutput &output,
+                       StopSignals *stop)
+{
+    const Form form = {.indented = output.is_terminal(), .raw_bytes = raw_bytes};
+    if (!output.write_line(print(reply, form), stop)) {
+        complain("nobody reads the reply");
+        return kCannotWrite;
+    }
+    return status_of(reply);
+}
+
+} // namespace agent

@@ -1,0 +1,71 @@
+#include "workers.h"
+
+#include "exit_status.h"
+#include "text.h"
+
+#include <chrono>
+#include <pthread.h>
+#include <string>
+
+namespace agent {
+
+namespace {
+
+// A worker holds a mutex of the plug-in's from before its command's reply to its own end.
+struct Worker {
+    const char *mutex;
+    const char *awaited;
+};
+
+constexpr Worker kWorkers[] = {
+    {"setwifilistlock", "the Wi-Fi settings to be applied"},
+};
+
+// A mutex cannot be waited for together with signals: it is tried again and again instead.
+constexpr std::chrono::milliseconds kPause(50);
+
+bool is_held(pthread_mutex_t *mutex)
+{
+    if (pthread_mutex_trylock(mutex) != 0) {
+        return true;
+    }
+    pthread_mutex_unlock(mutex);
+    return false;
+}
+
+void await(const Worker &worker, const PluginHost &host, StopSignals &stop)
+{
+    auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+    if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
+        return;
+    }
+    complain("waiting for " + std::string(worker.awaited));
+    while (stop.arrived() == 0 && is_held(mutex)) {
+        stop.wait(kPause);
+    }
+}
+
+int status_of(const std::function<int()> &work)
+{
+    try {
+        return work();
+    } catch (const StreamError &problem) {
+        complain(problem.what()); // no reason to break off what has been started
+        return kCannotWrite;
+    }
+}
+
+} // namespace
+
+int until_workers_end(const PluginHost &host, StopSignals &stop, const std::function<int()> &work)
+{
+    const int status = status_of(work);
+    for (const Worker &worker : kWorkers) {
+        if (stop.arrived() == 0) {
+            await(worker, host, stop);
+        }
+    }
+    return stop.arrived() != 0 ? kSignalled + stop.arrived() : status;
+}
+
+} // namespace agent

@@ -1,0 +1,15 @@
+// Threads of the plug-in that go on after the command that started them has replied.
+#pragma once
+
+#include "plugin_host.h"
+#include "streams.h"
+
+#include <functional>
+
+namespace agent {
+
+// Does the work, which may start workers, and then waits until none is at work any more, or a
+// signal arrives. Result: the exit status: that of the work, or that of the signal.
+int until_workers_end(const PluginHost &host, StopSignals &stop, const std::function<int()> &work);
+
+} // namespace agent

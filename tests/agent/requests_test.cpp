@@ -1,0 +1,57 @@
+// Replies as JSON text.
+#include "requests.h"
+
+#include <gtest/gtest.h>
+
+using agent::Json;
+using agent::print;
+
+namespace {
+
+// A key that is a constant and one that is a copy, texts that belong to nobody, and depth.
+Json reply_in_gbk()
+{
+    static const char *const kText = "\xd6\xd0"; // the character U+4E2D
+    Json reply(cJSON_CreateObject());
+    cJSON_AddItemToObjectCS(reply.get(), kText, cJSON_CreateString("\u4e2d"));
+    cJSON_AddItemToObject(reply.get(), kText, cJSON_CreateStringReference(kText));
+    cJSON *list = cJSON_AddArrayToObject(reply.get(), "list");
+    cJSON_AddItemToArray(list, cJSON_CreateString("\xd6\\ \xff\n"));
+    cJSON *inner = cJSON_CreateObject();
+    cJSON_AddItemToArray(list, inner);
+    cJSON_AddStringToObject(inner, "inner", kText);
+    cJSON_AddNumberToObject(inner, "number", 1);
+    return reply;
+}
+
+} // namespace
+
+TEST(Print, MakesEachTextAndKeyUtf8)
+{
+    const Json reply = reply_in_gbk();
+    EXPECT_EQ(print(reply.get()),
+              "{\"\u4e2d\":\"\u4e2d\",\"\u4e2d\":\"\u4e2d\","
+              "\"list\":[\"\u8b00 \ufffd\\n\",{\"inner\":\"\u4e2d\",\"number\":1}]}");
+}
+
+TEST(Print, LeavesTheItemAsItIs)
+{
+    const Json reply = reply_in_gbk();
+    const std::string before = print(reply.get(), {.raw_bytes = true});
+    print(reply.get());
+    EXPECT_EQ(print(reply.get(), {.raw_bytes = true}), before);
+    EXPECT_EQ(before.find("\u8b00"), std::string::npos);
+}
+
+TEST(Print, PassesRawBytesThrough)
+{
+    const Json text(cJSON_CreateString("\xc4\xe3\xff \u4e2d"));
+    EXPECT_EQ(print(text.get(), {.raw_bytes = true}), "\"\xc4\xe3\xff \u4e2d\"");
+}
+
+TEST(Print, IndentsWhatItConverts)
+{
+    const Json reply(cJSON_CreateObject());
+    cJSON_AddStringToObject(reply.get(), "a", "\xd6\xd0");
+    EXPECT_EQ(print(reply.get(), {.indented = true}), "{\n\t\"a\":\t\"\u4e2d\"\n}");
+}

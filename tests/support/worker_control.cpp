@@ -1,0 +1,207 @@
+#include "worker_control.h"
+
+#include "recording_device.h"
+#include "smart_router_service/processjsonability.h"
+
+#include <atomic>
+#include <cerrno>
+#include <condition_variable>
+#include <mutex>
+
+#ifdef __SANITIZE_THREAD__
+#include <sanitizer/tsan_interface.h>
+#endif
+
+namespace {
+
+std::mutex mutex;
+std::condition_variable changed;
+std::vector<WorkerControl::Sleep> begun;
+size_t ended;
+bool held;
+size_t started;
+size_t waiting;
+std::atomic<bool> worker_fails;
+std::atomic<bool> calloc_fails;
+
+// The worker releases a lock that the handler took, after which the thread sanitizer no longer
+// knows that the lock puts one batch before the next. It is told here.
+void order_of_batches_begins()
+{
+#ifdef __SANITIZE_THREAD__
+    __tsan_acquire(&setwifilistlock);
+#endif
+}
+
+void order_of_batches_ends()
+{
+#ifdef __SANITIZE_THREAD__
+    __tsan_release(&setwifilistlock);
+#endif
+}
+
+bool is_detached()
+{
+    pthread_attr_t attributes;
+    int state = PTHREAD_CREATE_JOINABLE;
+    if (pthread_getattr_np(pthread_self(), &attributes) == 0) {
+        pthread_attr_getdetachstate(&attributes, &state);
+        pthread_attr_destroy(&attributes);
+    }
+    return state == PTHREAD_CREATE_DETACHED;
+}
+
+} // namespace
+
+extern "C" {
+
+int __real_pthread_create(pthread_t *, const pthread_attr_t *, void *(*)(void *), void *);
+int __real_pthread_mutex_lock(pthread_mutex_t *);
+int __real_pthread_mutex_unlock(pthread_mutex_t *);
+void *__real_calloc(size_t, size_t);
+
+unsigned __wrap_sleep(unsigned seconds)
+{
+    // Between the device's calls it shows in which order all this happened.
+    recording_device::write_down("sleep", {std::to_string(seconds)});
+    const bool detached = is_detached();
+    std::unique_lock lock(mutex);
+    begun.push_back({seconds, detached});
+    const size_t number = begun.size();
+    changed.notify_all();
+    changed.wait(lock, [&] { return !held || ended >= number; });
+    return 0;
+}
+
+int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
+                          void *(*start)(void *), void *argument)
+{
+    if (worker_fails.exchange(false)) {
+        return EAGAIN;
+    }
+    {
+        const std::lock_guard lock(mutex);
+        ++started;
+    }
+    return __real_pthread_create(thread, attributes, start, argument);
+}
+
+int __wrap_pthread_mutex_lock(pthread_mutex_t *which)
+{
+    if (which != &setwifilistlock) {
+        return __real_pthread_mutex_lock(which);
+    }
+    if (pthread_mutex_trylock(which) != 0) {
+        {
+            const std::lock_guard lock(mutex);
+            ++waiting;
+        }
+        changed.notify_all();
+        __real_pthread_mutex_lock(which);
+        const std::lock_guard lock(mutex);
+        --waiting;
+    }
+    order_of_batches_begins();
+    return 0;
+}
+
+int __wrap_pthread_mutex_unlock(pthread_mutex_t *which)
+{
+    if (which == &setwifilistlock) {
+        order_of_batches_ends();
+    }
+    return __real_pthread_mutex_unlock(which);
+}
+
+void *__wrap_calloc(size_t count, size_t size)
+{
+    return calloc_fails.exchange(false) ? nullptr : __real_calloc(count, size);
+}
+}
+
+WorkerControl::WorkerControl()
+{
+    const std::lock_guard lock(mutex);
+    begun.clear();
+    ended = 0;
+    held = false;
+    started = 0;
+    worker_fails = false;
+    calloc_fails = false;
+}
+
+WorkerControl::~WorkerControl()
+{
+    end_all_sleeps();
+    wait_until_idle();
+}
+
+std::vector<WorkerControl::Sleep> WorkerControl::sleeps() const
+{
+    const std::lock_guard lock(mutex);
+    return begun;
+}
+
+size_t WorkerControl::workers() const
+{
+    const std::lock_guard lock(mutex);
+    return started;
+}
+
+void WorkerControl::hold_sleeps()
+{
+    const std::lock_guard lock(mutex);
+    held = true;
+    ended = begun.size();
+}
+
+void WorkerControl::wait_for_sleep(size_t number) const
+{
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [&] { return begun.size() >= number; });
+}
+
+void WorkerControl::end_sleep()
+{
+    const std::lock_guard lock(mutex);
+    ++ended;
+    changed.notify_all();
+}
+
+void WorkerControl::end_all_sleeps()
+{
+    const std::lock_guard lock(mutex);
+    held = false;
+    changed.notify_all();
+}
+
+void WorkerControl::wait_for_waiting_batch() const
+{
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [] { return waiting > 0; });
+}
+
+void WorkerControl::wait_until_idle() const
+{
+    pthread_mutex_lock(&setwifilistlock);
+    pthread_mutex_unlock(&setwifilistlock);
+}
+
+bool WorkerControl::is_idle() const
+{
+    if (pthread_mutex_trylock(&setwifilistlock) != 0) {
+        return false;
+    }
+    pthread_mutex_unlock(&setwifilistlock);
+    return true;
+}
+
+void WorkerControl::fail_next_worker()
+{
+    worker_fails = true;
+}
+
+void WorkerControl::fail_next_calloc()
+{
+    calloc_fails = true;
+}

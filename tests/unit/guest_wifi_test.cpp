@@ -1,0 +1,334 @@
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+#include <cstring>
+
+namespace {
+
+using recording_device::contents;
+using recording_device::when;
+using recording_host::LogLine;
+
+class GuestWifiTest : public HandlerTest {};
+
+// ---- GET_HG_GUEST_SSID -------------------------------------------------------------------------
+
+int32_t named_guest(GuestWifiInfo *info)
+{
+    *info = {"???", "RadioEn",   "Enable", "SSID",    "?",    "Continu", "Hour",
+             "End", "Remaining", "PWD",    "ENCRYPT", "Mode", "Adverti", "Permiss"};
+    return 0;
+}
+
+constexpr char kNamedReply[] =
+    R"("Enable":"Enable","PermissionProperty":"Permiss","SSID":"SSID","ContinueTime":"Continu",)"
+    R"("RadioEnable":"RadioEn","HourTime":"Hour","EndTimestamp":"End",)"
+    R"("Remainingtime":"Remaining","PWD":"PWD","ENCRYPT":"ENCRYPT","Mode":"Mode",)"
+    R"("AdvertisementEnable":"Adverti","Status":"0")";
+
+TEST_F(GuestWifiTest, ReportsTwelveKeysAndThenTheStatus)
+{
+    when<devapi_get_guest_wifi_info>(named_guest);
+    EXPECT_EQ(run("GET_HG_GUEST_SSID", R"({"band":"5G","Band":"2.4G","SSID":1})"),
+              R"({"band":"5G","Band":"2.4G","SSID":1,)" + std::string(kNamedReply) + "}");
+    GuestWifiInfo asked = {};
+    strcpy(asked.Band, "5G");
+    EXPECT_EQ(recording_device::calls(), (std::vector<recording_device::Call>{
+                                             {"devapi_get_guest_wifi_info", {contents(&asked)}}}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GuestWifiTest, ReadsNoFurtherThanItsFields)
+{
+    when<devapi_get_guest_wifi_info>([](GuestWifiInfo *info) {
+        memset(info, 'x', sizeof *info);
+        return 0;
+    });
+    const Json object = parse(run("GET_HG_GUEST_SSID", R"({"Band":""})"));
+    constexpr size_t kWidths[] = {16, 8, 64, 8, 8, 8, 16, 16, 64, 16, 8, 8};
+    const cJSON *item = object->child;
+    for (const size_t width : kWidths) {
+        item = item->next;
+        EXPECT_EQ(item->valuestring, std::string(width, 'x')) << item->string;
+    }
+}
+
+TEST_F(GuestWifiTest, CutsTheBand)
+{
+    when<devapi_get_guest_wifi_info>(named_guest);
+    for (const size_t length : {0u, 14u, 15u, 16u, 100000u}) {
+        const std::string request = R"({"Band":")" + text_of_length(length) + "\"";
+        EXPECT_EQ(run("GET_HG_GUEST_SSID", request + "}"), request + "," + kNamedReply + "}");
+        GuestWifiInfo asked = {};
+        text_of_length(length).copy(asked.Band, 15);
+        EXPECT_EQ(recording_device::calls().back().arguments[0], contents(&asked));
+    }
+}
+
+TEST_F(GuestWifiTest, NeedsABand)
+{
+    std::vector<Request> requests = {Request({}), Request({}).with("SSID", R"("5G")")};
+    for (const std::string &json : kNoTexts) {
+        requests.push_back(Request({}).with("Band", json));
+    }
+    for (const Request &request : requests) {
+        EXPECT_EQ(run("GET_HG_GUEST_SSID", request.json()),
+                  request.followed_by(failure("json :get band failed")));
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GuestWifiTest, AGuestNetworkThatCannotBeReadFails)
+{
+    for (const int32_t result : {-1, 1, -2, 1000}) {
+        when<devapi_get_guest_wifi_info>([result](GuestWifiInfo *info) {
+            named_guest(info);
+            return result;
+        });
+        EXPECT_EQ(run("GET_HG_GUEST_SSID", R"({"Band":"5G"})"),
+                  R"({"Band":"5G",)" + failure("get guest wifi info failed") + "}");
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GuestWifiTest, IsReportedWholeOrNotAtAll)
+{
+    const size_t allocations = sweep_memory(
+        "GET_HG_GUEST_SSID", R"({"Band":"5G"})",
+        [] { when<devapi_get_guest_wifi_info>(named_guest); },
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? R"({"Band":"5G",)" + failure("get guest wifi info failed") + "}"
+                                  : R"({"Band":"5G"})");
+        });
+    EXPECT_EQ(allocations, 2u * 13);
+}
+
+// ---- SET_HG_GUEST_SSID -------------------------------------------------------------------------
+
+const Request kGuest({{"Enable", R"("1")"},
+                      {"SSID", R"("guests")"},
+                      {"Band", R"("2.4G")"},
+                      {"PWD", R"("welcome1")"},
+                      {"ENCRYPT", R"("WPA2")"}});
+const Request kGuestWithOptions = kGuest.with("ContinueTime", R"("2")")
+                                      .with("HourTime", R"("3")")
+                                      .with("Mode", R"("m")")
+                                      .with("AdvertisementEnable", R"("a")");
+
+GuestWifiInfo set_record(const char *days = "-1", const char *hours = "-1", const char *end = "-1")
+{
+    GuestWifiInfo record = {"", "", "1",        "guests", "2.4G", "",   "",
+                            "", "", "welcome1", "WPA2",   "-1",   "-1", ""};
+    strcpy(record.ContinueTime, days);
+    strcpy(record.HourTime, hours);
+    strcpy(record.EndTimestamp, end);
+    return record;
+}
+
+std::string last_record()
+{
+    return recording_device::calls().back().arguments[0];
+}
+
+TEST_F(GuestWifiTest, ASettingLeavesOutWhatItWasNotGiven)
+{
+    const Request request = kGuest.with("RadioEnable", R"("1")").with("Remainingtime", R"("1")");
+    EXPECT_EQ(run("SET_HG_GUEST_SSID", request.json()),
+              R"({"RadioEnable":"1","Remainingtime":"1","Status":"0"})");
+    const GuestWifiInfo expected = set_record();
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<recording_device::Call>{
+                  {"devapi_set_guest_wifi_info", {contents(&expected)}}}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GuestWifiTest, ASettingTakesItsOptionsAndReckonsTheEndItself)
+{
+    EXPECT_EQ(run("SET_HG_GUEST_SSID", kGuestWithOptions.with("EndTimestamp", R"("7")").json()),
+              R"({"Status":"0"})");
+    GuestWifiInfo expected = set_record("2", "3", "183600");
+    strcpy(expected.Mode, "m");
+    strcpy(expected.AdvertisementEnable, "a");
+    EXPECT_EQ(last_record(), contents(&expected));
+}
+
+struct OpeningTime {
+    const char *days; // null where it is not given
+    const char *hours;
+    const char *end;
+};
+
+TEST_F(GuestWifiTest, TheOpeningTimeIsReckonedInSeconds)
+{
+    const OpeningTime times[] = {
+        // The four signs, and the two zeroes.
+        {"2", "3", "183600"},
+        {"1", nullptr, "86400"},
+        {"1", "-5", "86400"},
+        {"0", "2", "7200"},
+        {"0", "0", "0"},
+        {"0", "-1", "4294963696"},
+        {"0", nullptr, "4294963696"},
+        {"-1", "2", "4294888096"},
+        {nullptr, "2", "4294888096"},
+        {nullptr, "0", "4294880896"},
+        {"-2", "1", "4294798096"},
+        {nullptr, nullptr, "-1"},
+        {"-1", "-1", "-1"},
+        {"-7", "-3", "-1"},
+        {"5", "0", "432000"},
+        // Texts are read as far as they are numbers.
+        {"", "", "0"},
+        {"abc", "1", "3600"},
+        {"1 day", "2 hours", "93600"},
+        {" 1", "+1", "90000"},
+        // The sum wraps at 32 bits.
+        {"49710", "6", "4294965600"},
+        {"49710", "7", "1904"},
+        {"49711", "0", "63104"},
+        {"9999999", "0", "711487104"},
+        {"0", "9999999", "1640258032"},
+        {"-999999", "9999999", "1139690352"},
+        // Only seven characters count.
+        {"00000012", "1", "90000"},
+        {"99999999999", "-1", "711487104"},
+    };
+    for (const OpeningTime &time : times) {
+        Request request = kGuest;
+        if (time.days != nullptr) {
+            request = request.with("ContinueTime", quoted(time.days));
+        }
+        if (time.hours != nullptr) {
+            request = request.with("HourTime", quoted(time.hours));
+        }
+        EXPECT_EQ(run("SET_HG_GUEST_SSID", request.json()), R"({"Status":"0"})");
+        const GuestWifiInfo expected = set_record(
+            std::string(time.days != nullptr ? time.days : "-1").substr(0, 7).c_str(),
+            std::string(time.hours != nullptr ? time.hours : "-1").substr(0, 7).c_str(), time.end);
+        EXPECT_EQ(last_record(), contents(&expected))
+            << request.json() << ": " << last_record().substr(124, 16);
+    }
+}
+
+TEST_F(GuestWifiTest, AnOptionWithoutTextCountsAsLeftOut)
+{
+    const GuestWifiInfo expected = set_record();
+    for (const std::string &json : kNoTexts) {
+        // The times go all the same, the other two stay.
+        const std::string stays = R"("Mode":)" + json + R"(,"AdvertisementEnable":)" + json;
+        const std::string goes =
+            R"("ContinueTime":)" + json + R"(,"HourTime":)" + json + R"(,"EndTimestamp":)" + json;
+        EXPECT_EQ(
+            run("SET_HG_GUEST_SSID", "{" + stays + "," + goes + "," + kGuest.json().substr(1)),
+            "{" + stays + R"(,"Status":"0"})");
+        EXPECT_EQ(last_record(), contents(&expected)) << json;
+    }
+}
+
+TEST_F(GuestWifiTest, ASettingIsCutAtItsFields)
+{
+    for (const size_t length : {0u, 7u, 8u, 15u, 16u, 63u, 64u, 100000u}) {
+        const std::string text = text_of_length(length);
+        Request request({});
+        for (const auto &[key, json] : kGuestWithOptions.keys()) {
+            request = request.with(key, quoted(text));
+        }
+        EXPECT_EQ(run("SET_HG_GUEST_SSID", request.json()), R"({"Status":"0"})");
+        GuestWifiInfo expected = {};
+        for (char *field : {expected.SSID, expected.PWD}) {
+            text.copy(field, 63);
+        }
+        for (char *field : {expected.Enable, expected.Band, expected.ENCRYPT}) {
+            text.copy(field, 15);
+        }
+        for (char *field : {expected.ContinueTime, expected.HourTime, expected.Mode,
+                            expected.AdvertisementEnable}) {
+            text.copy(field, 7);
+        }
+        strcpy(expected.EndTimestamp, "0");
+        EXPECT_EQ(last_record(), contents(&expected)) << length;
+    }
+}
+
+TEST_F(GuestWifiTest, ASettingWithoutOneOfItsKeysIsRefused)
+{
+    for (const auto &[key, json] : kGuest.keys()) {
+        std::vector<Request> requests = {
+            kGuestWithOptions.with("EndTimestamp", R"("7")").without(key)};
+        for (const std::string &no_text : kNoTexts) {
+            requests.push_back(kGuestWithOptions.with(key, no_text));
+        }
+        for (const Request &request : requests) {
+            recording_host::reset();
+            EXPECT_EQ(run("SET_HG_GUEST_SSID", request.json()),
+                      request.followed_by(failure("parse guest ssid failed")));
+            EXPECT_EQ(recording_host::log_lines(),
+                      (std::vector<LogLine>{{3, "string is null.\n"}}));
+        }
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(GuestWifiTest, AFailedSettingConsumesAllItsKeys)
+{
+    for (const int32_t result : {-1, -2, 1, 2, 1000, INT32_MIN}) {
+        when<devapi_set_guest_wifi_info>([result](const GuestWifiInfo *) { return result; });
+        EXPECT_EQ(run("SET_HG_GUEST_SSID", kGuestWithOptions.with("Other", "{}").json()),
+                  R"({"Other":{},)" +
+                      failure(result == -2 ? "radio enable is closed,need to open"
+                                           : "set guest ssid failed") +
+                      "}");
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GuestWifiTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
+{
+    const Request second = kGuestWithOptions.with("EndTimestamp", R"("7")");
+    std::string first = second.json();
+    for (char &letter : first) {
+        letter = static_cast<char>(tolower(letter));
+    }
+    EXPECT_EQ(
+        run("SET_HG_GUEST_SSID", first.substr(0, first.size() - 1) + "," + second.json().substr(1)),
+        second.followed_by(R"("Status":"0")"));
+    GuestWifiInfo expected = set_record("2", "3", "183600");
+    strcpy(expected.Band, "2.4g");
+    strcpy(expected.ENCRYPT, "wpa2");
+    strcpy(expected.Mode, "m");
+    strcpy(expected.AdvertisementEnable, "a");
+    EXPECT_EQ(last_record(), contents(&expected));
+}
+
+TEST_F(GuestWifiTest, WithoutMemoryNoSettingReachesTheDevice)
+{
+    const size_t allocations = sweep_memory(
+        "SET_HG_GUEST_SSID", kGuestWithOptions.with("EndTimestamp", R"("7")").json(), [] {},
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? "{" + failure("set guest ssid failed") + "}"
+                                  : "{}");
+            EXPECT_TRUE(recording_device::calls().empty());
+            EXPECT_TRUE(recording_host::log_lines().empty());
+        });
+    EXPECT_EQ(allocations, 2u);
+}
+
+TEST_F(GuestWifiTest, WhatIsNoObjectIsLeftAlone)
+{
+    for (const char *command : {"GET_HG_GUEST_SSID", "SET_HG_GUEST_SSID"}) {
+        recording_host::reset();
+        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
+        const Json array = parse("[" + kGuest.json() + "]");
+        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
+        EXPECT_EQ(print(array.get()), "[" + kGuest.json() + "]");
+    }
+    EXPECT_EQ(recording_host::log_lines(),
+              (std::vector<LogLine>{{3, "param is null.\n"}, {3, "string is null.\n"}}));
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+} // namespace

@@ -1,0 +1,244 @@
+#include "commands.h"
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+#include <cstring>
+
+namespace {
+
+using recording_device::contents;
+using recording_device::when;
+using Names = std::vector<std::string>;
+
+class WifiSettingTest : public HandlerTest {};
+
+const Request kSetting({{"SSIDIndex", R"("2")"},
+                        {"SSID", R"("home")"},
+                        {"PWD", R"("secret")"},
+                        {"ENCRYPT", R"("WPA2")"},
+                        {"PowerLevel", R"("80")"},
+                        {"Channel", R"("6")"},
+                        {"Enable", R"("1")"}});
+const Request kSettingWithOptions = kSetting.with("Beamforming", R"("b")")
+                                        .with("Mode", R"("m")")
+                                        .with("AdvertisementEnable", R"("a")");
+
+SsidInfo set_record()
+{
+    SsidInfo record = {2,   "home", "secret", "WPA2", "80", "6",  "",
+                       "1", "",     "",       "-1",   "-1", "-1", ""};
+    return record;
+}
+
+TEST_F(WifiSettingTest, ASettingLeavesOutWhatItWasNotGiven)
+{
+    EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("Bandwidth", R"("160")").json()),
+              R"({"Bandwidth":"160","Status":"0"})");
+    const SsidInfo expected = set_record();
+    EXPECT_EQ(recording_device::calls(), (std::vector<recording_device::Call>{
+                                             {"devapi_set_ssid_info", {contents(&expected)}}}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(WifiSettingTest, ASettingTakesItsOptions)
+{
+    EXPECT_EQ(run("SET_WIFI_INFO", kSettingWithOptions.json()), R"({"Status":"0"})");
+    SsidInfo expected = set_record();
+    strcpy(expected.AdvertisementEnable, "a");
+    strcpy(expected.Mode, "m");
+    strcpy(expected.Beamforming, "b");
+    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&expected));
+}
+
+TEST_F(WifiSettingTest, AnOptionWithoutTextCountsAsLeftOutAndStays)
+{
+    const SsidInfo expected = set_record();
+    for (const std::string &json : kNoTexts) {
+        const std::string options =
+            R"("Mode":)" + json + R"(,"AdvertisementEnable":)" + json + R"(,"Beamforming":)" + json;
+        const std::string request = kSetting.json();
+        EXPECT_EQ(run("SET_WIFI_INFO", "{" + options + "," + request.substr(1)),
+                  "{" + options + R"(,"Status":"0"})");
+        EXPECT_EQ(recording_device::calls().back().arguments[0], contents(&expected));
+    }
+}
+
+TEST_F(WifiSettingTest, EmptyTextsAreTexts)
+{
+    Request request = kSettingWithOptions;
+    for (const auto &[key, json] : kSettingWithOptions.keys()) {
+        request = request.with(key, R"("")");
+    }
+    EXPECT_EQ(run("SET_WIFI_INFO", request.json()), R"({"Status":"0"})");
+    EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(292, '\0'));
+}
+
+TEST_F(WifiSettingTest, ASettingIsCutAtItsFields)
+{
+    for (const size_t length : {6u, 7u, 8u, 62u, 63u, 64u, 100000u}) {
+        Request request = kSettingWithOptions;
+        const std::string text = text_of_length(length);
+        for (const auto &[key, json] : kSettingWithOptions.keys()) {
+            request = request.with(key, quoted(text));
+        }
+        EXPECT_EQ(run("SET_WIFI_INFO", request.json()), R"({"Status":"0"})");
+        SsidInfo expected = {};
+        for (char *field : {expected.SSID, expected.PWD, expected.PowerLevel}) {
+            text.copy(field, 63);
+        }
+        for (char *field : {expected.ENCRYPT, expected.Channel, expected.Enable, expected.Mode,
+                            expected.AdvertisementEnable, expected.Beamforming}) {
+            text.copy(field, 7);
+        }
+        EXPECT_EQ(recording_device::calls().back().arguments[0], contents(&expected)) << length;
+    }
+}
+
+TEST_F(WifiSettingTest, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
+{
+    for (const int32_t result : {0, -1, 1, -2, 1000}) {
+        for (const int32_t power_result : {0, -1}) {
+            recording_device::reset();
+            when<devapi_set_ssid_info>([result](const SsidInfo *) { return result; });
+            when<devapi_set_5gwifi_powerlevel>([=](const char *) { return power_result; });
+            EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("SSIDIndex", R"("1")")
+                                               .with("PowerLevel", quoted(text_of_length(100)))
+                                               .json()),
+                      "{" + (result == 0 ? R"("Status":"0")" : failure("SET_WIFI_INFO_FAIL")) +
+                          "}");
+            EXPECT_EQ(recording_device::called_functions(),
+                      (Names{"devapi_set_ssid_info", "devapi_set_5gwifi_powerlevel"}));
+            EXPECT_EQ(recording_device::calls()[1].arguments[0], text_of_length(63));
+        }
+    }
+}
+
+TEST_F(WifiSettingTest, NoOtherIndexReachesTheUpperRadioAndNoneIsRefused)
+{
+    const std::pair<const char *, int32_t> indexes[] = {
+        {"2", 2}, {"0", 0},   {"-1", -1}, {"9", 9},
+        {"", 0},  {"abc", 0}, {"11", 11}, {"99999999999", INT32_MAX},
+    };
+    for (const auto &[text, index] : indexes) {
+        recording_device::reset();
+        EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("SSIDIndex", quoted(text)).json()),
+                  R"({"Status":"0"})");
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_set_ssid_info"}) << text;
+        EXPECT_EQ(recording_device::record<SsidInfo>(recording_device::calls()[0]).SSIDIndex,
+                  index);
+    }
+    run("SET_WIFI_INFO", kSetting.with("SSIDIndex", R"("1st")").json());
+    EXPECT_EQ(recording_device::called_functions().back(), "devapi_set_5gwifi_powerlevel");
+}
+
+TEST_F(WifiSettingTest, ASettingWithoutOneOfItsKeysIsRefused)
+{
+    for (const auto &[key, json] : kSetting.keys()) {
+        const Request request = kSettingWithOptions.without(key);
+        EXPECT_EQ(run("SET_WIFI_INFO", request.json()),
+                  request.followed_by(failure("json node null")));
+        for (const std::string &no_text : kNoTexts) {
+            const Request wrong = kSettingWithOptions.with(key, no_text);
+            EXPECT_EQ(run("SET_WIFI_INFO", wrong.json()),
+                      wrong.followed_by(failure("value string null")));
+            const Request both = wrong.without(key == "SSID" ? "Enable" : "SSID");
+            EXPECT_EQ(run("SET_WIFI_INFO", both.json()),
+                      both.followed_by(failure("json node null")));
+        }
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(WifiSettingTest, TheHandlerReturnsTheDevicesResult)
+{
+    for (const int32_t result : {0, -1, 7, -2}) {
+        when<devapi_set_ssid_info>([result](const SsidInfo *) { return result; });
+        EXPECT_EQ(json_set_wifi_info(parse(kSetting.json()).get()), result);
+        EXPECT_EQ(json_set_wifi_info(parse("{}").get()), -1);
+        EXPECT_EQ(json_set_wifi_info(parse(kSetting.with("SSID", "1").json()).get()), -1);
+    }
+}
+
+TEST_F(WifiSettingTest, AFailedSettingConsumesAllItsKeys)
+{
+    when<devapi_set_ssid_info>([](const SsidInfo *) { return 5; });
+    EXPECT_EQ(run("SET_WIFI_INFO", kSettingWithOptions.with("Other", "[]").json()),
+              R"({"Other":[],)" + failure("SET_WIFI_INFO_FAIL") + "}");
+}
+
+TEST_F(WifiSettingTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
+{
+    const std::string second = kSettingWithOptions.json();
+    std::string first = second;
+    for (char &letter : first) {
+        letter = static_cast<char>(toupper(letter));
+    }
+    EXPECT_EQ(run("SET_WIFI_INFO",
+                  first.substr(0, first.size() - 1) + "," + second.substr(1, second.size())),
+              second.substr(0, second.size() - 1) + R"(,"Status":"0"})");
+    SsidInfo expected = {2,   "HOME", "SECRET", "WPA2", "80", "6", "",
+                         "1", "",     "",       "M",    "A",  "B", ""};
+    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&expected));
+}
+
+TEST_F(WifiSettingTest, WithoutMemoryNoSettingReachesTheDevice)
+{
+    const Request request = kSettingWithOptions.with("SSIDIndex", R"("1")");
+    const size_t allocations = sweep_memory(
+        "SET_WIFI_INFO", request.json(), [] {},
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? "{" + failure("SET_WIFI_INFO_FAIL") + "}"
+                                  : "{}");
+            EXPECT_TRUE(recording_device::calls().empty());
+        });
+    EXPECT_EQ(allocations, 2u);
+}
+
+// ---- parse_wifi_set_info_from_json -------------------------------------------------------------
+
+TEST_F(WifiSettingTest, TheAgentsSettingLeavesTheOtherFieldsAlone)
+{
+    SsidInfo record;
+    memset(&record, '?', sizeof record);
+    SsidInfo expected = record;
+    const Json item = parse(kSettingWithOptions.json());
+    EXPECT_EQ(parse_wifi_set_info_from_json(&record, item.get()), 0);
+    expected.SSIDIndex = 2;
+    strcpy(expected.SSID, "home");
+    strcpy(expected.PWD, "secret");
+    strcpy(expected.PowerLevel, "80");
+    strcpy(expected.Channel, "6");
+    strcpy(expected.Enable, "1");
+    EXPECT_EQ(contents(&record), contents(&expected));
+    EXPECT_EQ(print(item.get()), kSettingWithOptions.json());
+}
+
+TEST_F(WifiSettingTest, TheAgentsSettingNeedsItsKeysButNoEncryption)
+{
+    SsidInfo record = {};
+    EXPECT_EQ(
+        parse_wifi_set_info_from_json(&record, parse(kSetting.without("ENCRYPT").json()).get()), 0);
+    EXPECT_EQ(
+        parse_wifi_set_info_from_json(&record, parse(kSetting.with("ENCRYPT", "7").json()).get()),
+        0);
+    record = {};
+    for (const auto &[key, json] : kSetting.without("ENCRYPT").keys()) {
+        const Json missing = parse(kSetting.without(key).json());
+        EXPECT_EQ(parse_wifi_set_info_from_json(&record, missing.get()), -1) << key;
+        for (const std::string &no_text : kNoTexts) {
+            const Json wrong = parse(kSetting.with(key, no_text).json());
+            EXPECT_EQ(parse_wifi_set_info_from_json(&record, wrong.get()), -1) << key;
+        }
+    }
+    for (const std::string no_object : {"null", "7", R"("x")", "[]", R"(["x"])"}) {
+        EXPECT_EQ(parse_wifi_set_info_from_json(&record, parse(no_object).get()), -1);
+    }
+    EXPECT_EQ(parse_wifi_set_info_from_json(&record, nullptr), -1);
+    EXPECT_EQ(contents(&record), std::string(292, '\0')) << "a refused object leaves it untouched";
+    EXPECT_EQ(parse_wifi_set_info_from_json(nullptr, parse(kSetting.json()).get()), -1);
+}
+
+} // namespace
