@@ -99,7 +99,7 @@ int32_t json_set_hg_guest_ssid(cJSON *obj)
     copy_optional(obj, kGuestOptions, &guest, Found::kIsConsumed);
     cJSON_DeleteItemFromObject(obj, "ContinueTime");
     cJSON_DeleteItemFromObject(obj, "HourTime");
-    cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the reckoned one
+    cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the computed one
     if (!run.fill(&guest, kSetFailure)) {
         return -1;
     }
