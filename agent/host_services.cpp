@@ -95,6 +95,11 @@ void mac_form_translate(const char *in, int32_t form, char *out)
     *out = '\0';
 }
 
+int32_t kaa_device_notice(const char *)
+{
+    return 0;
+}
+
 void free_str_buf(char **text)
 {
     if (text != nullptr) {

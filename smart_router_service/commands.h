@@ -16,7 +16,15 @@
     COMMAND("GET_WIFI_LIST_INFO", json_get_wifi_list_info)                                         \
     COMMAND("SET_WIFI_INFO_LIST", json_set_wifi_info_list)                                         \
     COMMAND("SET_UPLINK_WIFI_INFO", json_set_uplink_wifi_info)                                     \
+    COMMAND("QUERY_WAN_NUM", json_query_wan_num)                                                   \
+    COMMAND("QUERY_WAN_INFO", json_query_wan_info)                                                 \
+    COMMAND("SET_ROUTE_WAN_INFO", json_set_wan_info)                                               \
+    COMMAND("GET_ATTACH_DEVICE_RIGHT", json_get_attach_device_right)                               \
+    COMMAND("SET_ATTACH_DEVICE_RIGHT", json_set_attach_device_right)                               \
     COMMAND("GET_SCAN_CHANNEL_POWER", json_get_scan_channle_power_list)                            \
+    COMMAND("SET_AD_BASE_INFO", json_set_attach_dev_base_info)                                     \
+    COMMAND("GET_AD_BASE_INFO", json_get_attach_dev_base_info)                                     \
+    COMMAND("SET_FIREWALL_SWITCH", json_set_firewall_switch)                                       \
     COMMAND("GET_WIFI_SLEEP_SCHEDULE", json_get_wifi_sleep_info)                                   \
     COMMAND("SET_WIFI_SLEEP_SCHEDULE", json_set_wifi_sleep_info)                                   \
     COMMAND("GET_HG_BASE_INFO", json_get_hg_base_info)                                             \
@@ -51,6 +59,20 @@
     COMMAND("HG_NETCONN_OPTIMIZATION", json_optimize_net_connect)                                  \
     COMMAND("HG_NETQUAL_INSPECTION", json_inspect_net_quality)                                     \
     COMMAND("HG_NETQUAL_OPTIMIZATION", json_optimize_net_quality)                                  \
+    COMMAND("GET_GREENNET_ENABLE", json_get_green_net_enable)                                      \
+    COMMAND("SET_GREENNET_ENABLE", json_set_green_net_enable)                                      \
+    COMMAND("GET_GREENNET_DEVICE_LIST", json_get_green_net_list)                                   \
+    COMMAND("SET_GREENNET_DEVICE_LIST", json_set_green_net_list)                                   \
+    COMMAND("SET_GREENNET_NOTIFY_ENABLE", json_set_green_net_notify)                               \
+    COMMAND("GET_GREENNET_PROTECT_PERIOD_LIST", json_get_protect_period_list)                      \
+    COMMAND("SET_GREENNET_PROTECT_PERIOD_LIST", json_set_protect_period_list)                      \
+    COMMAND("UPDATE_IMMEDIATE", json_update_immediately)                                           \
+    COMMAND("IMAGE_UPDATE", json_image_update)                                                     \
+    COMMAND("PLATEFORM_UPDATE_IMMEDIATE", json_update_all_from_platform)                           \
+    COMMAND("HG_IMAGE_DOWNLOAD", json_hg_image_download)                                           \
+    COMMAND("IMAGE_DOWNLOAD", json_image_download)                                                 \
+    COMMAND("HG_GET_UPDATE_STATUS", json_hg_get_update_status)                                     \
+    COMMAND("HG_IMAGE_UPDATE", json_hg_image_update)                                               \
     COMMAND("GET_WIFI_CHANNEL_LIST", json_get_all_wifi_channel_list)                               \
     COMMAND("HG_LOCAL_RECOVERY", json_set_recovery)                                                \
     COMMAND("RESPONSE_ROUTER_VERSION", json_response_router_version)

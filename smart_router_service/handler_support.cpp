@@ -33,6 +33,12 @@ void copy_text(char *field, size_t width, const char *text)
     field[length] = '\0';
 }
 
+bool holds(const char *field, size_t width, const char *text)
+{
+    const size_t length = strlen(text);
+    return strnlen(field, width) == length && memcmp(field, text, length) == 0;
+}
+
 void consume(cJSON *obj, cJSON *item)
 {
     if (item != nullptr) {
@@ -56,8 +62,7 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
     return all_texts ? nullptr : missing.no_text;
 }
 
-// Puts a text into its field of the record.
-static void store(const Field &field, void *record, const char *text)
+void store(const Field &field, void *record, const char *text)
 {
     void *place = static_cast<char *>(record) + field.offset;
     if (field.is_number()) {
@@ -155,6 +160,16 @@ bool add_fields(cJSON *object, FieldList fields, const void *record)
     return true;
 }
 
+cJSON *object_of(FieldList fields, const void *record)
+{
+    cJSON *object = cJSON_CreateObject();
+    if (object != nullptr && !add_fields(object, fields, record)) {
+        cJSON_Delete(object);
+        return nullptr;
+    }
+    return object;
+}
+
 void Reply::item(const char *key, cJSON *item)
 {
     complete_ = complete_ && item != nullptr;
@@ -195,9 +210,9 @@ void Reply::append(cJSON *list, FieldList fields, const void *record)
     if (!complete_) {
         return;
     }
-    cJSON *object = cJSON_CreateObject();
-    complete_ = object != nullptr && add_fields(object, fields, record);
-    if (object != nullptr) {
+    cJSON *object = object_of(fields, record);
+    complete_ = object != nullptr;
+    if (complete_) {
         cJSON_AddItemToArray(list, object);
     }
 }

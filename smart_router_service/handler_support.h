@@ -134,10 +134,14 @@ template <size_t width> void copy_text(char (&field)[width], const char *text)
 }
 
 // Whether the field holds exactly this text.
+bool holds(const char *field, size_t width, const char *text);
 template <size_t width> bool holds(const char (&field)[width], const char *text)
 {
-    return strncmp(field, text, width) == 0;
+    return holds(field, width, text);
 }
+
+// Puts a text into its field of the record.
+void store(const Field &field, void *record, const char *text);
 
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
@@ -203,6 +207,9 @@ bool add_text(cJSON *object, const char *key, const char *text, size_t width = S
 // Appends the record's fields in the table's order, up to the first that memory fails.
 bool add_fields(cJSON *object, FieldList fields, const void *record);
 
+// A new object with the record's fields; null when memory ran out.
+cJSON *object_of(FieldList fields, const void *record);
+
 // A reply under construction. It is built in an object of its own and moved over in one go, so that
 // memory that runs out half-way leaves no half reply behind.
 class Reply {
@@ -235,6 +242,10 @@ class Reply {
 
     // False as soon as memory has run out for one item.
     bool complete() const { return complete_; }
+
+    // The reply as formatted text, for whom it is not joined but sent; null when it is not complete
+    // or memory has run out. The text belongs to the caller, to be freed with cJSON_free().
+    char *print() const { return complete_ ? cJSON_Print(&root_) : nullptr; }
 
     // Moves the items to the end of obj. Result: false, with obj untouched, when the reply is not
     // complete or obj is no object.

@@ -71,6 +71,24 @@ SIMULATED_GATEWAY_API void simulated_gateway_close(void);
  */
 SIMULATED_GATEWAY_API void simulated_gateway_power_cycle(void);
 
+/*
+ * What a host is told of work that takes its time.
+ *
+ * task:    "firmware" while an image is fetched.
+ * percent: how much of it is done, 0 to 100, never less than before; 100 only once the image is
+ *          whole and verified.
+ */
+typedef void (*SimulatedGatewayProgress)(const char *task, int32_t percent, void *context);
+
+/*
+ * Has report called, with context, whenever such a percentage changes; NULL ends that. It is called
+ * on the thread whose device call does the work, without the gateway's lock, and by one thread at a
+ * time. Once this function has returned, the report set before is not called any more. It may be
+ * called before the gateway is opened, and holds until it is called again.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_on_progress(SimulatedGatewayProgress report,
+                                                         void *context);
+
 #ifdef __cplusplus
 }
 #endif

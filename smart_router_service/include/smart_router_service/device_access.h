@@ -746,6 +746,386 @@ DEVAPI_RECORD_FIELD(UplinkWifiInfo, Band, 320, 128);
  * any other result the client is told nothing. */
 int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
+/* ---- Firmware ------------------------------------------------------------------------------- */
+
+/* The firmware that the router runs. */
+typedef struct UpdateStatusInfo {
+    char Name[64];       /* name of the device or of the image */
+    char HWVersion[64];  /* hardware version */
+    char FWVersion[64];  /* firmware version */
+    char FWDATA[64];     /* date of the firmware */
+    char DeviceType[64]; /* kind of device */
+    char AreaCode[40];   /* code of the operator's area */
+} UpdateStatusInfo;
+
+DEVAPI_RECORD_SIZE(UpdateStatusInfo, 360);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, Name, 0, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, HWVersion, 64, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, FWVersion, 128, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, FWDATA, 192, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, DeviceType, 256, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, AreaCode, 320, 40);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_update_status_info(UpdateStatusInfo *info);
+
+/*
+ * Fetches an image from the address and keeps it, for devapi_update_image() to flash. Returns once
+ * the image is there, which may take minutes; it is called without a lock on the router's settings,
+ * so other functions go on being called meanwhile.
+ *
+ * url:  the address as it came from outside: of any length, with any characters. It must not reach
+ *       a shell.
+ * mode: 0 when a command waits for the download, 1 when the agent's own upgrade does.
+ *
+ * Any result but 0 is a failure. Whatever happens, the running firmware must not be touched.
+ */
+int32_t devapi_download_image(const char *url, int32_t mode);
+
+/* Flashes the image that was downloaded; it runs from the next start on. The router is not
+ * restarted. Any result but 0 is a failure, and then the router starts what it ran before. */
+int32_t devapi_update_image(void);
+
+/* Both in one step: fetches the image from the address and flashes it. The plug-in's worker then
+ * restarts the router with "sync;reboot". Any result but 0 is a failure. */
+int32_t devapi_flash_update_image(const char *url);
+
+/* ---- Notices to the app --------------------------------------------------------------------- */
+
+/* Writes the MAC address by which the platform knows the router into mac, size bytes wide. Any
+ * result but 0 is a failure, and then mac is not read. */
+int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size);
+
+/* ---- WAN connections ------------------------------------------------------------------------ */
+
+/* How many WAN connections there are. */
+typedef struct WanNum {
+    char NUM[8];           /* their number */
+    char Description[200]; /* their names */
+} WanNum;
+
+DEVAPI_RECORD_SIZE(WanNum, 208);
+DEVAPI_RECORD_FIELD(WanNum, NUM, 0, 8);
+DEVAPI_RECORD_FIELD(WanNum, Description, 8, 200);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_wan_num(WanNum *info);
+
+/* One WAN connection; every value is a text, numbers and switches included. */
+typedef struct WanInfo {
+    char INDEX[64];                 /* number of the connection */
+    char IFNAME[64];                /* its network interface */
+    char CONNECTIONSTATUS[64];      /* state of the IPv4 connection */
+    char Reserved1[8];              /* not used; stays zero */
+    char CONNECTIONTYPE[64];        /* routed or bridged */
+    char PROTOCOL[64];              /* protocols on it, IPv4, IPv6 or both */
+    char UPLINKMODE[64];            /* how it gets its addresses, as the platform names it */
+    char WANName[64];               /* its name, which selects it */
+    char SERVICELIST[64];           /* what it is used for */
+    char ADDRESSTYPE[64];           /* how it gets its IPv4 address */
+    char IPADDRESS[64];             /* IPv4 address */
+    char SUBNETMASK[64];            /* IPv4 mask */
+    char GATEWAY[64];               /* IPv4 address of the next gateway */
+    char DNS1[64];                  /* first DNS server, IPv4 */
+    char DNS2[64];                  /* second DNS server, IPv4 */
+    char Reserved2[16];             /* not used; stays zero */
+    char IPV6_CONNECTIONSTATUS[64]; /* state of the IPv6 connection */
+    char IPV6_PRIFIX[64];           /* IPv6 prefix for the LAN */
+    char IPV6_PREFIXLENGTH[64];     /* its length in bits */
+    char IPV6_IPADDRESS[64];        /* IPv6 address */
+    char IPV6_GATEWAY[64];          /* IPv6 address of the next gateway */
+    char IPV6_DNS1[64];             /* first DNS server, IPv6 */
+    char IPV6_DNS2[64];             /* second DNS server, IPv6 */
+    char PPPOE_USR_NAME[64];        /* name of the PPPoE account */
+    char PPPOE_PASSWORD[64];        /* its password */
+    char PPPOE_PROXY[64];           /* whether hosts may dial in themselves */
+    char PPPOE_SERVICENAME[64];     /* name of the PPPoE service */
+    char PPPOE_DIAL_MODE[64];       /* when the connection is dialled */
+    char NATENABLE[64];             /* switch of address translation */
+    char QOSENABLE[64];             /* switch of quality of service */
+    char VLANID[64];                /* number of the VLAN */
+    char VLANPRIORITY[64];          /* its priority, 0 to 7 */
+} WanInfo;
+
+DEVAPI_RECORD_SIZE(WanInfo, 1944);
+DEVAPI_RECORD_FIELD(WanInfo, INDEX, 0, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IFNAME, 64, 64);
+DEVAPI_RECORD_FIELD(WanInfo, CONNECTIONSTATUS, 128, 64);
+DEVAPI_RECORD_FIELD(WanInfo, Reserved1, 192, 8);
+DEVAPI_RECORD_FIELD(WanInfo, CONNECTIONTYPE, 200, 64);
+DEVAPI_RECORD_FIELD(WanInfo, PROTOCOL, 264, 64);
+DEVAPI_RECORD_FIELD(WanInfo, UPLINKMODE, 328, 64);
+DEVAPI_RECORD_FIELD(WanInfo, WANName, 392, 64);
+DEVAPI_RECORD_FIELD(WanInfo, SERVICELIST, 456, 64);
+DEVAPI_RECORD_FIELD(WanInfo, ADDRESSTYPE, 520, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPADDRESS, 584, 64);
+DEVAPI_RECORD_FIELD(WanInfo, SUBNETMASK, 648, 64);
+DEVAPI_RECORD_FIELD(WanInfo, GATEWAY, 712, 64);
+DEVAPI_RECORD_FIELD(WanInfo, DNS1, 776, 64);
+DEVAPI_RECORD_FIELD(WanInfo, DNS2, 840, 64);
+DEVAPI_RECORD_FIELD(WanInfo, Reserved2, 904, 16);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_CONNECTIONSTATUS, 920, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_PRIFIX, 984, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_PREFIXLENGTH, 1048, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_IPADDRESS, 1112, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_GATEWAY, 1176, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_DNS1, 1240, 64);
+DEVAPI_RECORD_FIELD(WanInfo, IPV6_DNS2, 1304, 64);
+DEVAPI_RECORD_FIELD(WanInfo, PPPOE_USR_NAME, 1368, 64);
+DEVAPI_RECORD_FIELD(WanInfo, PPPOE_PASSWORD, 1432, 64);
+DEVAPI_RECORD_FIELD(WanInfo, PPPOE_PROXY, 1496, 64);
+DEVAPI_RECORD_FIELD(WanInfo, PPPOE_SERVICENAME, 1560, 64);
+DEVAPI_RECORD_FIELD(WanInfo, PPPOE_DIAL_MODE, 1624, 64);
+DEVAPI_RECORD_FIELD(WanInfo, NATENABLE, 1688, 64);
+DEVAPI_RECORD_FIELD(WanInfo, QOSENABLE, 1752, 64);
+DEVAPI_RECORD_FIELD(WanInfo, VLANID, 1816, 64);
+DEVAPI_RECORD_FIELD(WanInfo, VLANPRIORITY, 1880, 64);
+
+/* Fills info for the connection named by WANName. Any result but 0 is a failure, and then info is
+ * not read. */
+int32_t devapi_query_wan_info(WanInfo *info);
+
+/*
+ * Applies the settings of the connection named by WANName: SERVICELIST to DNS2 without the first
+ * reserved field, IPV6_PRIFIX to PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. What the request did
+ * not give is empty, WANName included. Any result but 0 is a failure.
+ */
+int32_t devapi_set_route_wan_info(const WanInfo *info);
+
+/* ---- Attached devices ----------------------------------------------------------------------- */
+
+/*
+ * The devices attached to the router are numbered by a host index, from 1 to the count of
+ * devapi_get_host_num(). Numbers may change between two calls, as devices come and go.
+ */
+
+/* Sets *count to the number of attached devices. GET_AD_BASE_INFO takes only -1 as a failure,
+ * GET_ATTACH_DEVICE_RIGHT logs any other result than 0 and goes on with what *count holds. */
+int32_t devapi_get_host_num(int32_t *count);
+
+/* One attached device. */
+typedef struct AdBaseInfo {
+    int32_t Kind;                  /* 1 when the main router's own devices are listed, else 0 */
+    int32_t HostIndex;             /* host index, which selects the device */
+    char Mac[32];                  /* MAC address */
+    char UID[32];                  /* unique identifier */
+    char DevType[32];              /* kind of device */
+    char DevFactory[32];           /* its maker */
+    char Name[32];                 /* its host name */
+    char ByName[32];               /* name given by the user */
+    char OS[32];                   /* operating system */
+    char Version[32];              /* version of it */
+    char NetStatus[8];             /* whether it is online */
+    char NetMonopoly[32];          /* whether it has the bandwidth to itself */
+    char AccessType[32];           /* how it is attached: cable, or the band */
+    char AccessEnable[8];          /* whether it may reach the Internet */
+    char AccessTime[32];           /* since when it is attached */
+    char UpSpeed[32];              /* upstream rate at this moment */
+    char DownSpeed[32];            /* downstream rate at this moment */
+    char ip[64];                   /* IP address */
+    char AccessCode[32];           /* how it is attached as a decimal number; "1" through an SSID */
+    char SSIDIndex[48];            /* number of that SSID, decimal */
+    char LinkStatus[8];            /* state of its link, decimal; "0" when it is offline */
+    char SpeedLimit[8];            /* switch of the speed limits; no command sets it */
+    char DownLimit[16];            /* limit downstream */
+    char UpLimit[16];              /* limit upstream; no command sets it */
+    char GreennetProtectEnable[8]; /* whether it is under parental control */
+    char Dbm[8];                   /* signal strength */
+    char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address */
+} AdBaseInfo;
+
+DEVAPI_RECORD_SIZE(AdBaseInfo, 656);
+DEVAPI_RECORD_FIELD(AdBaseInfo, Kind, 0, 4);
+DEVAPI_RECORD_FIELD(AdBaseInfo, HostIndex, 4, 4);
+DEVAPI_RECORD_FIELD(AdBaseInfo, Mac, 8, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, UID, 40, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, DevType, 72, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, DevFactory, 104, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, Name, 136, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, ByName, 168, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, OS, 200, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, Version, 232, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, NetStatus, 264, 8);
+DEVAPI_RECORD_FIELD(AdBaseInfo, NetMonopoly, 272, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, AccessType, 304, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, AccessEnable, 336, 8);
+DEVAPI_RECORD_FIELD(AdBaseInfo, AccessTime, 344, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, UpSpeed, 376, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, DownSpeed, 408, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, ip, 440, 64);
+DEVAPI_RECORD_FIELD(AdBaseInfo, AccessCode, 504, 32);
+DEVAPI_RECORD_FIELD(AdBaseInfo, SSIDIndex, 536, 48);
+DEVAPI_RECORD_FIELD(AdBaseInfo, LinkStatus, 584, 8);
+DEVAPI_RECORD_FIELD(AdBaseInfo, SpeedLimit, 592, 8);
+DEVAPI_RECORD_FIELD(AdBaseInfo, DownLimit, 600, 16);
+DEVAPI_RECORD_FIELD(AdBaseInfo, UpLimit, 616, 16);
+DEVAPI_RECORD_FIELD(AdBaseInfo, GreennetProtectEnable, 632, 8);
+DEVAPI_RECORD_FIELD(AdBaseInfo, Dbm, 640, 8);
+DEVAPI_RECORD_FIELD(AdBaseInfo, StaticDhcpEnable, 648, 8);
+
+/* Fills info for the device with the host index. Only -1 is a failure for the commands that list
+ * devices; 1000 says that there is no device with this index. */
+int32_t devapi_get_ad_base_info(AdBaseInfo *info);
+
+/* A setting with room behind it for the reason why the device refuses. */
+typedef struct AdBaseSetting {
+    AdBaseInfo info;
+    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+} AdBaseSetting;
+
+DEVAPI_RECORD_SIZE(AdBaseSetting, 720);
+DEVAPI_RECORD_FIELD(AdBaseSetting, FailReason, 656, 64);
+
+/*
+ * Applies what a user sets of the device with the MAC address: DevType, ByName, AccessEnable,
+ * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting as
+ * it is, and ip is then empty; "0" as DownLimit ends the limit. The other fields are empty and mean
+ * nothing. Only -1 is a failure.
+ */
+int32_t devapi_set_ad_base_info(AdBaseSetting *setting);
+
+/* Whether an attached device may reach the Internet. */
+typedef struct AttachDeviceRight {
+    int32_t HostIndex; /* host index, which selects the device of a query; 0 in a setting */
+    char MAC[64];      /* MAC address, which selects the device of a setting */
+    char name[64];     /* its host name */
+    char InternetAccessRight[64]; /* the right */
+} AttachDeviceRight;
+
+DEVAPI_RECORD_SIZE(AttachDeviceRight, 196);
+DEVAPI_RECORD_FIELD(AttachDeviceRight, HostIndex, 0, 4);
+DEVAPI_RECORD_FIELD(AttachDeviceRight, MAC, 4, 64);
+DEVAPI_RECORD_FIELD(AttachDeviceRight, name, 68, 64);
+DEVAPI_RECORD_FIELD(AttachDeviceRight, InternetAccessRight, 132, 64);
+
+/* Fills info for the device with the host index. Any result but 0 is a failure, and then the device
+ * is left out of the list. */
+int32_t devapi_get_attach_device_right(AttachDeviceRight *info);
+
+/* Applies the right of the device with the MAC address. Any result but 0 is a failure. */
+int32_t devapi_set_attach_device_right(const AttachDeviceRight *info);
+
+/* The switch of the firewall. */
+typedef struct FirewallSwitch {
+    char Enable[16]; /* "1" for on, "0" for off */
+} FirewallSwitch;
+
+DEVAPI_RECORD_SIZE(FirewallSwitch, 16);
+DEVAPI_RECORD_FIELD(FirewallSwitch, Enable, 0, 16);
+
+/* Switches the firewall. Any result but 0 is a failure. */
+int32_t devapi_set_firewall_switch(const FirewallSwitch *info);
+
+/* ---- Parental control (green-net) ----------------------------------------------------------- */
+
+/*
+ * The devices under parental control stand in a table of their own, numbered by a host index from 1
+ * to GREENNET_MAX_HOSTS, which is not the host index of the attached devices. Numbers stay with
+ * their entries; between them may be numbers without an entry.
+ */
+#define GREENNET_MAX_HOSTS 64
+
+/* Width of the texts for the switch, in bytes, terminator included. */
+#define GREENNET_SWITCH_SIZE 256
+
+/* Writes the switch of parental control into enable, GREENNET_SWITCH_SIZE bytes wide. Any result
+ * but 0 is a failure, and then enable is not read. */
+int32_t devapi_get_greennet_enable(char *enable);
+
+/* Switches parental control by a text of less than GREENNET_SWITCH_SIZE bytes. Any result but 0 is
+ * a failure. */
+int32_t devapi_set_greennet_enable(const char *enable);
+
+/* Sets *count to the number of entries in the table. Any result but 0 is a failure, and then *count
+ * is not read. */
+int32_t devapi_get_greennet_num(int32_t *count);
+
+/* One device under parental control. */
+typedef struct GreenHostInfo {
+    char HostIndex[8];     /* host index in the table, decimal, which selects the entry */
+    char Mac[64];          /* MAC address */
+    char Name[64];         /* name given by the user */
+    char NotifyEnable[8];  /* whether notices about the device are wanted */
+    char ProtectEnable[8]; /* whether its protect periods are in force; no command sets it */
+    char NewEntry[8];      /* in a setting, "1" when the entry has just been added, else "0" */
+} GreenHostInfo;
+
+DEVAPI_RECORD_SIZE(GreenHostInfo, 160);
+DEVAPI_RECORD_FIELD(GreenHostInfo, HostIndex, 0, 8);
+DEVAPI_RECORD_FIELD(GreenHostInfo, Mac, 8, 64);
+DEVAPI_RECORD_FIELD(GreenHostInfo, Name, 72, 64);
+DEVAPI_RECORD_FIELD(GreenHostInfo, NotifyEnable, 136, 8);
+DEVAPI_RECORD_FIELD(GreenHostInfo, ProtectEnable, 144, 8);
+DEVAPI_RECORD_FIELD(GreenHostInfo, NewEntry, 152, 8);
+
+/* Fills info for the entry with the host index. Any result but 0 is a failure: there is no such
+ * entry. */
+int32_t devapi_get_green_net_info(GreenHostInfo *info);
+
+/* Stores Mac, Name and NotifyEnable of the entry with the host index. Any result but 0 is a
+ * failure. */
+int32_t devapi_set_green_net_info(const GreenHostInfo *info);
+
+/* Stores NotifyEnable of the entry with the host index. Any result but 0 is a failure. */
+int32_t devapi_set_green_net_notify(const GreenHostInfo *info);
+
+/*
+ * Sets *index to the host index of the entry for the MAC address, and to 0 when there is none.
+ * Result: 1 when there is an entry, 0 when there is none, negative on failure. Callers that need an
+ * entry go by the result; the one that adds missing entries goes by *index.
+ */
+int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
+
+/* Adds an entry for the MAC address and sets *index to its host index. Any result but 0 is a
+ * failure, such as a table that is full. */
+int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
+
+/* Removes all entries but those whose MAC addresses stand in the list, each followed by a comma;
+ * all of them for NULL. Any result but 0 is a failure. */
+int32_t devapi_del_green_net_info_by_maclist(const char *list);
+
+/* Switches the restriction of access as such on (1) or off (0). Any result but 0 is a failure. */
+int32_t devapi_set_greenaccess_enable(int32_t enable);
+
+/* A time in which the access of a device is restricted. */
+typedef struct ProtectPeriodInfo {
+    int32_t HostIndex;  /* host index in the table of parental control */
+    int32_t PeriodNum;  /* number of the period, from 1 */
+    char StartTime[8];  /* beginning */
+    char EndTime[8];    /* end */
+    char Enable[8];     /* "1" when the period is in force */
+    char DaysOfWeek[8]; /* days on which it begins */
+} ProtectPeriodInfo;
+
+DEVAPI_RECORD_SIZE(ProtectPeriodInfo, 40);
+DEVAPI_RECORD_FIELD(ProtectPeriodInfo, HostIndex, 0, 4);
+DEVAPI_RECORD_FIELD(ProtectPeriodInfo, PeriodNum, 4, 4);
+DEVAPI_RECORD_FIELD(ProtectPeriodInfo, StartTime, 8, 8);
+DEVAPI_RECORD_FIELD(ProtectPeriodInfo, EndTime, 16, 8);
+DEVAPI_RECORD_FIELD(ProtectPeriodInfo, Enable, 24, 8);
+DEVAPI_RECORD_FIELD(ProtectPeriodInfo, DaysOfWeek, 32, 8);
+
+/* Sets *count to the number of periods of the entry. The result is not looked at: a failure leaves
+ * *count, which starts at 0. */
+int32_t devapi_get_duration_num_by_index(int32_t index, int32_t *count);
+
+/* Fills the texts for host index and number of the period. Any result but 0 is a failure, and then
+ * info is not read. */
+int32_t devapi_get_protect_period_info(ProtectPeriodInfo *info);
+
+/* Removes all periods of the entry. Any result but 0 is a failure. */
+int32_t devapi_del_all_duration(int32_t index);
+
+/* Adds an empty period to the entry and sets *number to its number. Any result but 0 is a failure.
+ */
+int32_t devapi_add_greennet_duration(int32_t index, int32_t *number);
+
+/* Stores the texts of the period with the host index and number. Any result but 0 is a failure. */
+int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info);
+
+/* Switches the protection of the entry on (1) or off (0). Any result but 0 is a failure. */
+int32_t devapi_set_protect_enable(int32_t enable, int32_t index);
+
 #ifdef __cplusplus
 }
 #endif

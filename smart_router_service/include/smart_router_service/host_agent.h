@@ -64,6 +64,16 @@ void getmd5(const char *text, char *out);
  */
 void mac_form_translate(const char *in, int32_t form, char *out);
 
+/*
+ * Hands a message to the IoT agent, which passes it on to the platform and so to the app.
+ *
+ * text: the envelope, a formatted JSON object; it belongs to the caller.
+ *
+ * Result: 0 when the message was accepted. Any other result is a failure; the plug-in logs that it
+ * failed and returns it to whoever raised the message.
+ */
+int32_t kaa_device_notice(const char *text);
+
 /* Releases the text that the pointer holds, if any, and sets the pointer to NULL. NULL is allowed.
  */
 void free_str_buf(char **text);

@@ -40,6 +40,9 @@ extern "C" {
 /* Width of the buffer behind info_wersion, in bytes, terminator included. */
 #define HG_VERSION_INFO_SIZE 2048
 
+/* Width of g_update_url, in bytes, terminator included. */
+#define HG_UPDATE_URL_SIZE 256
+
 /*
  * Runs one command.
  *
@@ -71,6 +74,33 @@ SMART_ROUTER_API int32_t json_get_home_page_info(cJSON *obj);
  */
 SMART_ROUTER_API int32_t parse_wifi_set_info_from_json(SsidInfo *record, cJSON *item);
 
+/* ---- Work that the agent starts by itself -----------------------------------------------------
+ */
+
+/*
+ * Pushes a message to the phone app: wraps it in an envelope (the message in base64, its MD5
+ * digest, the local time and the router's MAC address) and hands that to kaa_device_notice().
+ *
+ * message:     the text, of any length.
+ * plugin_name: the part of the system that raises it.
+ *
+ * Result: 0 when the message was accepted; -1 when an argument is NULL or the envelope could not be
+ * made, and then nothing was sent; else the result of kaa_device_notice(). May be called from any
+ * thread.
+ */
+SMART_ROUTER_API int32_t json_msg_notice_to_app(const char *message, const char *plugin_name);
+
+/*
+ * Fetches the image from g_update_url and flashes it, without restarting the router: a thread entry
+ * for pthread_create(). The agent takes downimagelock with a try-lock, fills g_update_url, and then
+ * starts the thread, which releases the lock at its end, whatever came of it; failures are only
+ * logged. When the thread cannot be started, the agent releases the lock itself. The thread does
+ * not detach itself: the agent joins or detaches it.
+ *
+ * argument: not used. Result: NULL.
+ */
+SMART_ROUTER_API void *pthread_hg_image_upgrade(void *argument);
+
 /* ---- State shared with the agent --------------------------------------------------------------
  */
 
@@ -81,6 +111,20 @@ SMART_ROUTER_API int32_t parse_wifi_set_info_from_json(SsidInfo *record, cJSON *
  * and leaves it untouched when the text with its terminator would not fit.
  */
 extern SMART_ROUTER_API char *info_wersion;
+
+/*
+ * Held while an image is downloaded or flashed: by a worker of UPDATE_IMMEDIATE,
+ * PLATEFORM_UPDATE_IMMEDIATE or IMAGE_DOWNLOAD, by pthread_hg_image_upgrade(), or within
+ * HG_IMAGE_DOWNLOAD and IMAGE_UPDATE. A second one is refused meanwhile; the library only ever
+ * tries the lock. An agent that wants to end in peace waits until it is free.
+ */
+extern SMART_ROUTER_API pthread_mutex_t downimagelock;
+
+/*
+ * The address for pthread_hg_image_upgrade(), a text; empty, as at the start, when there is none.
+ * The agent writes it while it holds downimagelock; the library only reads it.
+ */
+extern SMART_ROUTER_API char g_update_url[HG_UPDATE_URL_SIZE];
 
 /*
  * Held while a batch of SET_WIFI_INFO_LIST waits to be applied or is being applied by its worker,

@@ -1,0 +1,127 @@
+// Placeholders until the functions are there.
+#include "smart_router_service/device_access.h"
+
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+
+__attribute__((weak)) int32_t devapi_get_update_status_info(UpdateStatusInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_download_image(const char *url, int32_t mode)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_update_image()
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_flash_update_image(const char *url)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_wan_num(WanNum *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_query_wan_info(WanInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_route_wan_info(const WanInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_host_num(int32_t *count)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_ad_base_info(AdBaseInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_ad_base_info(AdBaseSetting *setting)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_attach_device_right(AttachDeviceRight *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_attach_device_right(const AttachDeviceRight *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_firewall_switch(const FirewallSwitch *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_greennet_enable(char *enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_greennet_enable(const char *enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_greennet_num(int32_t *count)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_green_net_info(GreenHostInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_green_net_info(const GreenHostInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_green_net_notify(const GreenHostInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_add_greennet_mac(const char *mac, int32_t *index)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_del_green_net_info_by_maclist(const char *list)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_greenaccess_enable(int32_t enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_duration_num_by_index(int32_t index, int32_t *count)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_protect_period_info(ProtectPeriodInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_del_all_duration(int32_t index)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_add_greennet_duration(int32_t index, int32_t *number)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_protect_enable(int32_t enable, int32_t index)
+{
+    return -1;
+}
+#include "simulated_gateway/simulated_gateway.h"
+__attribute__((weak)) void simulated_gateway_on_progress(SimulatedGatewayProgress, void *) {}

@@ -1,0 +1,188 @@
+// The devices attached to the router: who they are, what the user calls and allows them, and the
+// firewall before them all.
+#include "handler_support.h"
+
+#include <stdio.h>
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kBaseInfo = fields_of<AdBaseInfo>({
+    FIELD(AdBaseInfo, "Mac", Mac),
+    FIELD(AdBaseInfo, "UID", UID),
+    FIELD(AdBaseInfo, "DevType", DevType),
+    FIELD(AdBaseInfo, "DevFactory", DevFactory),
+    FIELD(AdBaseInfo, "DevModle", DevType), // apps want a model, and the device knows only the kind
+    FIELD(AdBaseInfo, "Name", Name),
+    FIELD(AdBaseInfo, "ByName", ByName),
+    FIELD(AdBaseInfo, "OS", OS),
+    FIELD(AdBaseInfo, "Version", Version),
+    FIELD(AdBaseInfo, "NetStatus", NetStatus),
+    FIELD(AdBaseInfo, "NetMonopoly", NetMonopoly),
+    FIELD(AdBaseInfo, "AccessType", AccessType),
+    FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
+    FIELD(AdBaseInfo, "AccessTime", AccessTime),
+    FIELD(AdBaseInfo, "UpSpeed", UpSpeed),
+    FIELD(AdBaseInfo, "DownSpeed", DownSpeed),
+    FIELD(AdBaseInfo, "ip", ip),
+    FIELD(AdBaseInfo, "GreennetProtectEnable", GreennetProtectEnable),
+    FIELD(AdBaseInfo, "StaticDhcpEnable", StaticDhcpEnable),
+});
+
+constexpr auto kBaseSetting = fields_of<AdBaseInfo>({
+    FIELD(AdBaseInfo, "MAC", Mac),
+    FIELD(AdBaseInfo, "DevType", DevType),
+    FIELD(AdBaseInfo, "ByName", ByName),
+    FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
+});
+
+// The keys that a base setting may give beside those; it takes them out, whatever comes of it.
+// UpLimit is one of them, though no limit upstream is set: apps send the two limits together.
+constexpr char kBaseOptions[][17] = {
+    "DownLimit", "UpLimit", "SpeedLimit", "StaticDhcpEnable", "ip",
+};
+
+constexpr auto kRight = fields_of<AttachDeviceRight>({
+    FIELD(AttachDeviceRight, "MAC", MAC),
+    FIELD(AttachDeviceRight, "name", name),
+    FIELD(AttachDeviceRight, "InternetAccessRight", InternetAccessRight),
+});
+
+constexpr auto kRightSetting = fields_of<AttachDeviceRight>({
+    FIELD(AttachDeviceRight, "MAC", MAC),
+    FIELD(AttachDeviceRight, "InternetAccessRight", InternetAccessRight),
+});
+
+constexpr char kNoAddressToBind[] = "ip/mac binding: ip addr missing!";
+
+// The limit downstream that a request asks for.
+const char *down_limit_of(const cJSON *obj)
+{
+    const char *limit = text_of(cJSON_GetObjectItem(obj, "DownLimit"));
+    const char *limited = text_of(cJSON_GetObjectItem(obj, "SpeedLimit"));
+    if (limit == nullptr || limited == nullptr) {
+        return kNotGiven;
+    }
+    return strcmp(limited, "0") == 0 ? limited
+                                     : limit; // "0" is also the limit that ends all limits
+}
+
+// Fills the binding of an IP address to the device. Result: false when a binding is asked for
+// without saying to which.
+bool read_binding(const cJSON *obj, AdBaseInfo *device)
+{
+    const char *bound = text_of(cJSON_GetObjectItem(obj, "StaticDhcpEnable"));
+    if (bound == nullptr) {
+        LOG_DEBUG("ip/mac binding: not be used!");
+        copy_text(device->StaticDhcpEnable, kNotGiven);
+        return true;
+    }
+    LOG_DEBUG("ip/mac binding: is using!");
+    copy_text(device->StaticDhcpEnable, bound);
+    const char *ip = text_of(cJSON_GetObjectItem(obj, "ip"));
+    if (ip == nullptr) {
+        LOG_ERROR("%s", kNoAddressToBind);
+        return false;
+    }
+    copy_text(device->ip, ip);
+    return true;
+}
+
+} // namespace
+
+int32_t json_get_attach_dev_base_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "get ad base info error";
+    int32_t count = 0;
+    if (minus_one(devapi_get_host_num(&count))) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    cJSON *list = reply.list("BaseInfo");
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        AdBaseInfo device = {};
+        device.HostIndex = at + 1;
+        if (minus_one(devapi_get_ad_base_info(&device))) {
+            fail(obj, kFailure);
+            return -1;
+        }
+        reply.append(list, kBaseInfo, &device);
+    }
+    reply.success();
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_set_attach_dev_base_info(cJSON *obj)
+{
+    AdBaseSetting setting = {};
+    SettingRun run(obj, kBaseSetting, Consume::kAlways);
+    int32_t result = -1;
+    if (!run.find("INVALID_PARAM")) {
+        LOG_ERROR("json_set_attach_dev_base_info : Err, invalid param\n");
+    } else if (run.fill(&setting.info, setting.FailReason)) {
+        copy_text(setting.info.DownLimit, down_limit_of(obj));
+        if (read_binding(obj, &setting.info)) {
+            result = devapi_set_ad_base_info(&setting);
+            run.end(minus_one(result), setting.FailReason, sizeof setting.FailReason);
+        } else {
+            run.end(true, kNoAddressToBind);
+        }
+    }
+    for (const char *option : kBaseOptions) {
+        cJSON_DeleteItemFromObject(obj, option);
+    }
+    return result;
+}
+
+int32_t json_set_firewall_switch(cJSON *obj)
+{
+    constexpr char kFailure[] = "set firewall switch failed";
+    const char *enable = text_of(cJSON_GetObjectItem(obj, "Enable"));
+    if (enable == nullptr) {
+        return -1; // the one command that says nothing of what it misses
+    }
+    FirewallSwitch firewall = {};
+    copy_text(firewall.Enable, enable);
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, kFailure)) {
+        return -1;
+    }
+    const int32_t result = devapi_set_firewall_switch(&firewall);
+    conclude(obj, success, result != 0, kFailure);
+    return result;
+}
+
+int32_t json_get_attach_device_right(cJSON *obj)
+{
+    int32_t count = 0;
+    int32_t result = devapi_get_host_num(&count);
+    if (result != 0) {
+        LOG_ERROR("host_num error! return =%d!\n", result);
+    }
+    Reply reply;
+    cJSON *list = reply.list("MACList");
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        AttachDeviceRight right = {};
+        right.HostIndex = at + 1;
+        char index[16];
+        snprintf(index, sizeof index, "%d", right.HostIndex);
+        result = devapi_get_attach_device_right(&right);
+        if (result != 0) {
+            // Where the text is, not what it says: whoever reads these lines is used to it.
+            LOG_ERROR("devapi_get_attach_device_right error! return =%d! index=%d\n", result,
+                      static_cast<int32_t>(reinterpret_cast<intptr_t>(index)));
+            continue;
+        }
+        reply.append(list, kRight, &right);
+    }
+    reply.success();
+    answer(obj, reply, nullptr);
+    return 0;
+}
+
+HANDLER(json_set_attach_device_right,
+        setting<devapi_set_attach_device_right>(kRightSetting, "SET_ATTATCH_DEVICE_RIGHT_FAIL"))

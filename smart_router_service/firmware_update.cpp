@@ -1,0 +1,361 @@
+// Firmware: what runs, and the commands that fetch and flash another image. Downloading and
+// flashing take minutes, so most of them hand the work to a worker and reply at once.
+#include "firmware_update.h"
+
+#include <pthread.h>
+#include <signal.h>
+#include <stdlib.h>
+
+using namespace smart_router;
+
+// Held while an image is downloaded or flashed. It is only ever tried, since no command may wait
+// for minutes, and a worker releases what its starter took: a default mutex allows that.
+pthread_mutex_t downimagelock = PTHREAD_MUTEX_INITIALIZER;
+char g_update_url[HG_UPDATE_URL_SIZE] = "";
+
+namespace {
+
+constexpr auto kUpdateStatus = fields_of<UpdateStatusInfo>({
+    FIELD(UpdateStatusInfo, "name", Name),
+    FIELD(UpdateStatusInfo, "HWVersion", HWVersion),
+    FIELD(UpdateStatusInfo, "FWVersion", FWVersion),
+    FIELD(UpdateStatusInfo, "FWDATA", FWDATA),
+    FIELD(UpdateStatusInfo, "DeviceType", DeviceType),
+    FIELD(UpdateStatusInfo, "AreaCode", AreaCode),
+});
+
+// The results of the starter.
+constexpr int32_t kNoAddress = -1; // also no memory for it
+constexpr int32_t kBusy = -2;
+constexpr int32_t kNoThread = -3;
+
+// What the apps are told of them.
+const char *starter_text(int32_t result)
+{
+    switch (result) {
+    case kNoAddress:
+        return "url is null";
+    case kBusy:
+        return "dev is dowing image now";
+    default:
+        return "failed to create down image thread";
+    }
+}
+
+// These commands know no other spelling of their keys than their own.
+cJSON *item_of(const cJSON *obj, const char *key)
+{
+    return cJSON_GetObjectItemCaseSensitive(obj, key);
+}
+
+bool is_flash_now(const char *update)
+{
+    return strcmp(update, "1") == 0;
+}
+
+// Restarts the router into the new firmware.
+void reboot()
+{
+#if defined(__mips__) && defined(__linux__)
+    // The kernel of the target knows the flag under this name; others ignore it.
+    static_assert(SIGCHLD == 18 && SA_NOCLDWAIT == 0x10000, "not the numbers of the target");
+#endif
+    struct sigaction ignore = {};
+    ignore.sa_handler = SIG_IGN;
+    ignore.sa_flags = 0x10000;
+    sigemptyset(&ignore.sa_mask);
+    sigaction(SIGCHLD, &ignore, nullptr);
+    // A fixed command, whose result nobody is left to look at.
+    (void)system("sync;reboot"); // NOLINT(concurrency-mt-unsafe)
+}
+
+// Hands the address to the worker and answers. What held the address is taken out of obj, but not
+// before the worker has its copy.
+int32_t start_and_answer(cJSON *obj, cJSON *holder, const char *url, Reply &success)
+{
+    const int32_t result = success.complete() ? start_prthead_dowing_image(url) : kNoAddress;
+    consume(obj, holder);
+    if (result == 0) {
+        success.join(obj);
+        return result;
+    }
+    Reply refused;
+    refused.text("updateResult", "-1");
+    refused.text(kStatus, "1");
+    refused.text(kFailReason, starter_text(result));
+    answer(obj, refused, starter_text(result));
+    return result;
+}
+
+// Why the platform's update cannot be started; null when it can, with the address in *url.
+const char *platform_update_refusal(const cJSON *image, const char **url)
+{
+    UpdateStatusInfo status = {};
+    if (devapi_get_update_status_info(&status) != 0) {
+        return "get update status error";
+    }
+    if (image == nullptr) {
+        return "json no Image";
+    }
+    if (item_of(image, "Version") == nullptr) {
+        return "get version error";
+    }
+    *url = text_of(item_of(image, "UpdateUrl"));
+    if (*url == nullptr) {
+        return "get UpdateUrl error";
+    }
+    // A platform that has nothing newer gives the version that runs in place of an address.
+    return holds(status.FWVersion, *url) ? "the same version error" : nullptr;
+}
+
+} // namespace
+
+// ---- Workers -----------------------------------------------------------------------------------
+
+int32_t start_prthead_dowing_image(const char *url)
+{
+    if (url == nullptr) {
+        return kNoAddress;
+    }
+    const size_t size = strlen(url) + 1;
+    char *copy = static_cast<char *>(malloc(size));
+    if (copy == nullptr) {
+        return kNoAddress;
+    }
+    memcpy(copy, url, size);
+    if (pthread_mutex_trylock(&downimagelock) != 0) {
+        free(copy);
+        return kBusy;
+    }
+    pthread_t worker;
+    if (pthread_create(&worker, nullptr, dowing_imageing, copy) != 0) {
+        pthread_mutex_unlock(&downimagelock);
+        free(copy);
+        return kNoThread;
+    }
+    return 0;
+}
+
+void *dowing_imageing(void *url)
+{
+    pthread_detach(pthread_self());
+    if (url != nullptr) {
+        if (devapi_flash_update_image(static_cast<char *>(url)) == 0) {
+            reboot();
+        }
+        free(url);
+    }
+    pthread_mutex_unlock(&downimagelock);
+    return nullptr;
+}
+
+void *pthread_hg_image_upgrade(void *)
+{
+    if (g_update_url[0] == '\0') {
+        LOG_ERROR("update_url is err!\n");
+    } else if (devapi_download_image(g_update_url, 1) != 0) {
+        LOG_ERROR("download image failed");
+    } else if (devapi_update_image() != 0) {
+        LOG_ERROR("update image failed");
+    }
+    pthread_mutex_unlock(&downimagelock);
+    return nullptr;
+}
+
+// ---- Commands ----------------------------------------------------------------------------------
+
+int32_t json_hg_get_update_status(cJSON *obj)
+{
+    constexpr char kFailure[] = "get update status info failed";
+    UpdateStatusInfo status = {};
+    const int32_t result = devapi_get_update_status_info(&status);
+    if (result != 0) {
+        fail(obj, kFailure);
+        return result;
+    }
+    Reply reply;
+    reply.success();
+    reply.text("up_status", "0");
+    reply.fields(kUpdateStatus, &status);
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_hg_image_down_and_upgrade(cJSON *image, char *failreason)
+{
+    if (failreason == nullptr) {
+        LOG_ERROR("out_failreason is null!\n");
+        return -1;
+    }
+    const char *url = text_of(item_of(image, "UpdateUrl"));
+    if (url == nullptr) {
+        copy_text(failreason, kUpdateFailureSize, "json no UpdateUrl");
+        return -1;
+    }
+    const int32_t result = start_prthead_dowing_image(url);
+    if (result != 0) {
+        copy_text(failreason, kUpdateFailureSize, starter_text(result));
+        return -1;
+    }
+    return 0;
+}
+
+int32_t json_dpi_features_update(cJSON *, char *)
+{
+    return 0;
+}
+
+int32_t json_dpi_http_features_update()
+{
+    return 0;
+}
+
+int32_t json_update_immediately(cJSON *obj)
+{
+    char reason[kUpdateFailureSize] = "";
+    cJSON *image = item_of(obj, "Image");
+    cJSON *dpi = item_of(obj, "Dpi");
+    cJSON *dpi_http = item_of(obj, "DpiHttp");
+    Reply success;
+    success.success();
+    int32_t result = 0;
+    if (!success.complete()) {
+        copy_text(reason, starter_text(kNoAddress));
+        result = -1;
+    } else {
+        // The last part of an update has the last word: it makes up for an image that failed.
+        if (image != nullptr) {
+            result = json_hg_image_down_and_upgrade(image, reason);
+        }
+        if (dpi != nullptr) {
+            result = json_dpi_features_update(dpi, reason);
+        }
+        if (dpi_http != nullptr) {
+            result = json_dpi_http_features_update();
+        }
+    }
+    consume(obj, image);
+    consume(obj, dpi);
+    consume(obj, dpi_http);
+    conclude(obj, success, result == -1, reason);
+    return result;
+}
+
+int32_t json_update_all_from_platform(cJSON *obj)
+{
+    cJSON *image = item_of(obj, "Image");
+    const char *url = nullptr;
+    const char *refusal = platform_update_refusal(image, &url);
+    if (refusal != nullptr) {
+        // The platform takes the last reason, people read the first.
+        Reply refused;
+        refused.text(kFailReason, refusal);
+        refused.text(kStatus, "1");
+        refused.text(kFailReason, "handle pack error");
+        consume(obj, image);
+        answer(obj, refused, refusal);
+        return -1;
+    }
+    Reply success;
+    success.success();
+    success.text("updateResult", "0");
+    success.text(kFailReason, "success");
+    return start_and_answer(obj, image, url, success);
+}
+
+int32_t json_image_download(cJSON *obj)
+{
+    consume(obj, item_of(obj, "ChildRouter")); // child routers fetch their own images
+    cJSON *router = item_of(obj, "MainRouter");
+    if (router == nullptr) {
+        fail(obj, "Get mainrouter error");
+        return -1;
+    }
+    const char *url = text_of(item_of(router, "UpdateUrl"));
+    if (url == nullptr) {
+        consume(obj, router);
+        fail(obj, "Get UpdateUrl null");
+        return -1;
+    }
+    Reply success;
+    success.success();
+    success.text("updateResult", "0");
+    return start_and_answer(obj, router, url, success);
+}
+
+int32_t json_hg_image_download(cJSON *obj)
+{
+    constexpr char kFailure[] = "hg download image failed";
+    cJSON *item = item_of(obj, "UpdateUrl");
+    if (text_of(item) == nullptr) {
+        fail(obj, "json_url node null");
+        return -1;
+    }
+    UpdateStatusInfo status = {};
+    if (devapi_get_update_status_info(&status) != 0) { // a device that says nothing takes no image
+        fail(obj, "get update status error");
+        return -1;
+    }
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, kFailure)) {
+        return -1;
+    }
+    if (pthread_mutex_trylock(&downimagelock) != 0) {
+        fail(obj, "update status maybe downloading or upgrading");
+        return -1;
+    }
+    const int32_t result = devapi_download_image(text_of(item), 0);
+    if (result == 0) {
+        consume(obj, item);
+    }
+    conclude(obj, success, result != 0, kFailure);
+    pthread_mutex_unlock(&downimagelock);
+    return result;
+}
+
+int32_t json_image_update(cJSON *obj)
+{
+    cJSON *router = item_of(obj, "MainRouter");
+    if (router == nullptr) {
+        fail(obj, "Get MainRouter error");
+        return -1;
+    }
+    const char *update = text_of(item_of(router, "Update"));
+    const char *failure = update == nullptr ? "Get Update error" : "update image failed";
+    Reply success;
+    success.success();
+    int32_t result = update != nullptr && success.complete() ? 0 : -1;
+    if (result == 0 && is_flash_now(update)) {
+        if (pthread_mutex_trylock(&downimagelock) != 0) {
+            failure = "update status maybe downloding or upgrading";
+            result = -1;
+        } else {
+            result = devapi_update_image();
+            pthread_mutex_unlock(&downimagelock);
+        }
+    }
+    consume(obj, router);
+    conclude(obj, success, result != 0, failure);
+    return result;
+}
+
+int32_t json_hg_image_update(cJSON *obj)
+{
+    constexpr char kFailure[] = "gghelper_update_image failed";
+    const char *update = text_of(item_of(obj, "Update"));
+    if (update == nullptr) {
+        fail(obj, "json node null");
+        return -1;
+    }
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, kFailure)) {
+        return -1;
+    }
+    // Without the lock, unlike IMAGE_UPDATE: this is how a user who stands by gets out of a
+    // download that hangs.
+    const int32_t result = is_flash_now(update) ? devapi_update_image() : 0;
+    conclude(obj, success, result != 0, kFailure);
+    return result;
+}

@@ -1,0 +1,393 @@
+// Parental control (green-net): the devices that it protects, and the periods in which it does.
+#include "handler_support.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <strings.h>
+
+using namespace smart_router;
+
+namespace {
+
+// The switch is a bare text; as a record it is a query and a setting like the others.
+struct GreenNetSwitch {
+    char Enable[GREENNET_SWITCH_SIZE];
+};
+
+int32_t set_enable(const GreenNetSwitch *green_net)
+{
+    return devapi_set_greennet_enable(green_net->Enable);
+}
+
+constexpr auto kSwitch = fields_of<GreenNetSwitch>({FIELD(GreenNetSwitch, "Enable", Enable)});
+
+constexpr auto kDevice = fields_of<GreenHostInfo>({
+    FIELD(GreenHostInfo, "Mac", Mac),
+    FIELD(GreenHostInfo, "Name", Name),
+    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+    FIELD(GreenHostInfo, "ProtectEnable", ProtectEnable),
+});
+
+constexpr auto kDeviceSetting = fields_of<GreenHostInfo>({
+    FIELD(GreenHostInfo, "Mac", Mac),
+    FIELD(GreenHostInfo, "Name", Name),
+    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+});
+
+constexpr auto kNotifySetting = fields_of<GreenHostInfo>({
+    FIELD(GreenHostInfo, "Mac", Mac),
+    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+});
+
+constexpr auto kPeriod = fields_of<ProtectPeriodInfo>({
+    FIELD(ProtectPeriodInfo, "StartTime", StartTime),
+    FIELD(ProtectPeriodInfo, "EndTime", EndTime),
+    FIELD(ProtectPeriodInfo, "Enable", Enable),
+    FIELD(ProtectPeriodInfo, "DaysOfWeek", DaysOfWeek),
+});
+
+constexpr char kNoList[] = "json node: list not found"; // also said of the notify switch
+
+// ---- Hosts -------------------------------------------------------------------------------------
+
+// The MAC address by which a request names a host.
+using MacText = char[64];
+
+// Reads the "Mac" of a request. Result: false when there is none, and then the request is answered.
+bool read_mac(cJSON *obj, MacText &mac)
+{
+    const char *text = text_of(cJSON_GetObjectItem(obj, "Mac"));
+    if (text == nullptr) {
+        fail(obj, "json node: mac not found");
+        return false;
+    }
+    copy_text(mac, text);
+    return true;
+}
+
+// Finds a host that has to be in the table already. Result: false when it is not.
+bool find_host(const char *mac, int32_t *index)
+{
+    return devapi_get_greennet_index_by_mac(mac, index) == 1;
+}
+
+bool is_entry(const GreenHostInfo &device)
+{
+    return device.Mac[0] != '\0' && strncasecmp(device.Mac, "NULL", sizeof device.Mac) != 0;
+}
+
+// Writes the index as the text by which the table selects the entry.
+void put_index(GreenHostInfo *device, int32_t index, size_t digits)
+{
+    snprintf(device->HostIndex, digits + 1, "%d", index);
+}
+
+// ---- The list of devices -----------------------------------------------------------------------
+
+// The MAC addresses of a list of devices, each followed by a comma. What does not fit is cut.
+class MacList {
+  public:
+    explicit MacList(size_t devices)
+        : size_(devices * kBytesPerDevice),
+          text_(static_cast<char *>(calloc(devices, kBytesPerDevice)))
+    {
+    }
+    ~MacList() { free(text_); }
+    MacList(const MacList &) = delete;
+    MacList &operator=(const MacList &) = delete;
+
+    const char *text() const { return text_; } // null when memory ran out
+
+    void add(const char *mac)
+    {
+        append(mac);
+        append(",");
+    }
+
+  private:
+    static constexpr size_t kBytesPerDevice = 20; // enough for a MAC address with colons
+
+    void append(const char *text)
+    {
+        const size_t length = strnlen(text, size_ - 1 - used_);
+        memcpy(text_ + used_, text, length); // calloc() has ended it already
+        used_ += length;
+    }
+
+    size_t size_;
+    size_t used_ = 0;
+    char *text_;
+};
+
+// Reads one element of a list into the record and finds its entry in the table, or adds one.
+// Result: false when that is not possible; the log says why.
+bool read_device(cJSON *element, GreenHostInfo *device)
+{
+    if (read_fields(element, kDeviceSetting, device) != 0) {
+        LOG_ERROR("string is null.\n");
+        return false;
+    }
+    int32_t index = 0;
+    if (devapi_get_greennet_index_by_mac(device->Mac, &index) < 0) {
+        LOG_ERROR("get index failed\n");
+        return false;
+    }
+    const bool is_new = index == 0;
+    if (is_new) {
+        LOG_DEBUG("dev mac : %s not exsit, need add!\n", device->Mac);
+        if (devapi_add_greennet_mac(device->Mac, &index) != 0) {
+            LOG_ERROR("add_greennet_mac failed\n");
+            return false;
+        }
+    }
+    copy_text(device->NewEntry, is_new ? "1" : "0");
+    put_index(device, index, sizeof device->HostIndex - 1);
+    return true;
+}
+
+// Stores the elements and lists their MAC addresses. Result: null, or why it stopped; what was
+// stored before stays.
+const char *store_devices(const cJSON *elements, MacList *list)
+{
+    GreenHostInfo device = {}; // one for all: each element overwrites what is its own
+    cJSON *element;
+    cJSON_ArrayForEach(element, elements)
+    {
+        if (!read_device(element, &device)) {
+            return "parse green host info failed";
+        }
+        list->add(device.Mac);
+        if (devapi_set_green_net_info(&device) != 0) {
+            return "set lan host info failed";
+        }
+    }
+    return nullptr;
+}
+
+constexpr char kNoMemory[] = "malloc mac_list failed";
+
+// Makes the table hold the listed devices and no others; *removal is what came of removing those.
+// Result: null, or why it stopped before.
+const char *replace_devices(const cJSON *elements, int32_t *removal)
+{
+    const int count = cJSON_GetArraySize(elements);
+    if (count < 1) {
+        *removal = devapi_del_green_net_info_by_maclist(nullptr);
+        return nullptr;
+    }
+    if (devapi_set_greenaccess_enable(1) != 0) {
+        return "set greenaccess enable failed";
+    }
+    MacList list(static_cast<size_t>(count));
+    if (list.text() == nullptr) {
+        return kNoMemory;
+    }
+    const char *failure = store_devices(elements, &list);
+    if (failure == nullptr) {
+        *removal = devapi_del_green_net_info_by_maclist(list.text());
+    }
+    return failure;
+}
+
+// ---- Protect periods ---------------------------------------------------------------------------
+
+constexpr char kCannotDelete[] = "del duration failed!";
+
+// Stores the elements as periods of the host, and tells whether one is in force. Result: null, or
+// why it stopped; what was stored before stays.
+const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
+{
+    cJSON *element;
+    cJSON_ArrayForEach(element, elements)
+    {
+        ProtectPeriodInfo period = {};
+        period.HostIndex = host;
+        if (read_fields(element, kPeriod, &period) != 0) {
+            LOG_ERROR("string is null.\n");
+            return "parse protect period info failed";
+        }
+        *in_force = *in_force || holds(period.Enable, "1");
+        if (devapi_add_greennet_duration(host, &period.PeriodNum) != 0) {
+            return "add protect period info failed";
+        }
+        if (devapi_set_protect_period_info(&period) != 0) {
+            return "set protect period info failed";
+        }
+    }
+    return nullptr;
+}
+
+// Makes the elements the host's only periods, and switches its protection accordingly. Result:
+// null, or why it stopped; what was done before stays.
+const char *replace_periods(const cJSON *elements, int32_t host)
+{
+    if (devapi_del_all_duration(host) != 0) {
+        return kCannotDelete;
+    }
+    bool in_force = false;
+    const char *failure = store_periods(elements, host, &in_force);
+    if (failure != nullptr) {
+        return failure;
+    }
+    return devapi_set_protect_enable(in_force ? 1 : 0, host) == 0 ? nullptr
+                                                                  : "set PortectEnable failed!";
+}
+
+} // namespace
+
+// ---- Commands ----------------------------------------------------------------------------------
+
+int32_t json_get_green_net_enable(cJSON *obj)
+{
+    GreenNetSwitch green_net = {};
+    const int32_t result = devapi_get_greennet_enable(green_net.Enable);
+    if (result != 0) {
+        // Whoever watches the log searches for this number, wherever the line stands by now.
+        constexpr int kKnownLine = 1612;
+        LOG_ERROR("%s: %d get green net enable failed! ret = %d\n", "json_get_green_net_enable",
+                  kKnownLine, result);
+    }
+    answer_query(obj, result != 0, kSwitch, &green_net, "get green net enable failed",
+                 StatusAt::kLast);
+    return result;
+}
+
+HANDLER(json_set_green_net_enable,
+        setting<set_enable>(kSwitch, "set green net enable failed", "param error"))
+
+int32_t json_get_green_net_list(cJSON *obj)
+{
+    constexpr char kFailure[] = "get host num failed";
+    int32_t count = 0;
+    if (devapi_get_greennet_num(&count) != 0) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.success();
+    cJSON *list = reply.list("DeviceList");
+    int32_t read = 0;
+    for (int32_t index = 1; read < count && index <= GREENNET_MAX_HOSTS; ++index) {
+        GreenHostInfo device = {};
+        put_index(&device, index, 6);
+        if (devapi_get_green_net_info(&device) != 0) {
+            LOG_ERROR("json get host %d info error.\n", index);
+            continue;
+        }
+        ++read;
+        if (list == nullptr || !is_entry(device)) {
+            continue;
+        }
+        cJSON *element = object_of(kDevice, &device);
+        if (element == nullptr) {
+            LOG_ERROR("cJSON_CreateObject error\n");
+            continue;
+        }
+        cJSON_AddItemToArray(list, element);
+    }
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_set_green_net_list(cJSON *obj)
+{
+    cJSON *elements = array_of(obj, "DeviceList");
+    if (elements == nullptr) {
+        fail(obj, kNoList);
+        return -1;
+    }
+    Reply success;
+    success.success();
+    // The devices are stored by then: apps are told of both, and go by the last status.
+    Reply not_removed;
+    not_removed.text(kStatus, "1");
+    not_removed.text(kFailReason, "del green net info failed");
+    not_removed.success();
+
+    int32_t removal = 0;
+    const char *failure = success.complete() && not_removed.complete()
+                              ? replace_devices(elements, &removal)
+                              : kNoMemory;
+    consume(obj, elements);
+    if (failure != nullptr) {
+        fail(obj, failure);
+        return -1;
+    }
+    (removal == 0 ? success : not_removed).join(obj);
+    return removal;
+}
+
+int32_t json_set_green_net_notify(cJSON *obj)
+{
+    constexpr char kFailure[] = "set host notify failed.";
+    GreenHostInfo device = {};
+    SettingRun run(obj, kNotifySetting, Consume::kAfterCall);
+    if (!run.find(kNoList) || !run.fill(&device, kFailure)) {
+        return -1;
+    }
+    int32_t index = 0;
+    if (!find_host(device.Mac, &index)) {
+        run.end(true, "get host index failed.");
+        return -1;
+    }
+    put_index(&device, index, 6);
+    const int32_t result = devapi_set_green_net_notify(&device);
+    run.end(result != 0, kFailure);
+    return result;
+}
+
+int32_t json_get_protect_period_list(cJSON *obj)
+{
+    constexpr char kFailure[] = "get protect period list failed";
+    MacText mac = "";
+    if (!read_mac(obj, mac)) {
+        return -1;
+    }
+    int32_t host = 0;
+    if (!find_host(mac, &host)) {
+        fail(obj, "xml mac index not found");
+        return -1;
+    }
+    int32_t count = 0;
+    devapi_get_duration_num_by_index(host, &count);
+    Reply reply;
+    reply.success();
+    cJSON *list = reply.list("Sleep");
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        ProtectPeriodInfo period = {};
+        period.HostIndex = host;
+        period.PeriodNum = at + 1;
+        if (devapi_get_protect_period_info(&period) != 0) {
+            fail(obj, kFailure);
+            return -1;
+        }
+        reply.append(list, kPeriod, &period);
+    }
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_set_protect_period_list(cJSON *obj)
+{
+    MacText mac = "";
+    if (!read_mac(obj, mac)) {
+        return -1;
+    }
+    int32_t host = 0;
+    if (!find_host(mac, &host)) {
+        fail(obj, "json node: mac index not found");
+        return -1;
+    }
+    LOG_DEBUG("mac_index = %d\n", host);
+    cJSON *elements = array_of(obj, "Sleep");
+    if (elements == nullptr) {
+        fail(obj, kNoList);
+        return -1;
+    }
+    Reply success;
+    success.success();
+    const char *failure = success.complete() ? replace_periods(elements, host) : kCannotDelete;
+    consume(obj, elements);
+    conclude(obj, success, failure != nullptr, failure);
+    return failure != nullptr ? -1 : 0;
+}

@@ -1,0 +1,154 @@
+// The router's connections to the Internet: how many there are, and one of them at a time.
+#include "handler_support.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kWanNum = fields_of<WanNum>({
+    FIELD(WanNum, "NUM", NUM),
+    FIELD(WanNum, "Description", Description),
+});
+
+constexpr auto kWanReply = fields_of<WanInfo>({
+    FIELD(WanInfo, "INDEX", INDEX),
+    FIELD(WanInfo, "IFNAME", IFNAME),
+    FIELD(WanInfo, "CONNECTIONTYPE", CONNECTIONTYPE),
+    FIELD(WanInfo, "CONNECTIONSTATUS", CONNECTIONSTATUS),
+    FIELD(WanInfo, "PROTOCOL", PROTOCOL),
+    FIELD(WanInfo, "UPLINKMODE", UPLINKMODE),
+    FIELD(WanInfo, "SERVICELIST", SERVICELIST),
+    FIELD(WanInfo, "ADDRESSTYPE", ADDRESSTYPE),
+    FIELD(WanInfo, "IPADDRESS", IPADDRESS),
+    FIELD(WanInfo, "SUBNETMASK", SUBNETMASK),
+    FIELD(WanInfo, "GATEWAY", GATEWAY),
+    FIELD(WanInfo, "DNS1", DNS1),
+    FIELD(WanInfo, "DNS2", DNS2),
+    FIELD(WanInfo, "IPV6_CONNECTIONSTATUS", IPV6_CONNECTIONSTATUS),
+    FIELD(WanInfo, "IPV6_IPADDRESS", IPV6_IPADDRESS),
+    FIELD(WanInfo, "IPV6_PRIFIX", IPV6_PRIFIX),
+    FIELD(WanInfo, "IPV6_PREFIXLENGTH", IPV6_PREFIXLENGTH),
+    FIELD(WanInfo, "IPV6_GATEWAY", IPV6_GATEWAY),
+    FIELD(WanInfo, "IPV6_DNS1", IPV6_DNS1),
+    FIELD(WanInfo, "IPV6_DNS2", IPV6_DNS2),
+    FIELD(WanInfo, "PPPOE_USR_NAME", PPPOE_USR_NAME),
+    FIELD(WanInfo, "PPPOE_PASSWORD", PPPOE_PASSWORD),
+    FIELD(WanInfo, "PPPOE_PROXY", PPPOE_PROXY),
+    FIELD(WanInfo, "PPPOE_SERVICENAME", PPPOE_SERVICENAME),
+    FIELD(WanInfo, "PPPOE_DIAL_MODE", PPPOE_DIAL_MODE),
+    FIELD(WanInfo, "NATENABLE", NATENABLE),
+    FIELD(WanInfo, "QOSENABLE", QOSENABLE),
+    FIELD(WanInfo, "VLANID", VLANID),
+    FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
+});
+
+constexpr auto kWanSetting = fields_of<WanInfo>({
+    FIELD(WanInfo, "WANName", WANName),
+    FIELD(WanInfo, "SERVICELIST", SERVICELIST),
+    FIELD(WanInfo, "ADDRESSTYPE", ADDRESSTYPE),
+    FIELD(WanInfo, "IPADDRESS", IPADDRESS),
+    FIELD(WanInfo, "SUBNETMASK", SUBNETMASK),
+    FIELD(WanInfo, "GATEWAY", GATEWAY),
+    FIELD(WanInfo, "DNS1", DNS1),
+    FIELD(WanInfo, "DNS2", DNS2),
+    FIELD(WanInfo, "IPV6_IPADDRESS", IPV6_IPADDRESS),
+    FIELD(WanInfo, "IPV6_PREFIXLENGTH", IPV6_PREFIXLENGTH),
+    FIELD(WanInfo, "IPV6_GATEWAY", IPV6_GATEWAY),
+    FIELD(WanInfo, "IPV6_DNS1", IPV6_DNS1),
+    FIELD(WanInfo, "IPV6_DNS2", IPV6_DNS2),
+    FIELD(WanInfo, "IPV6_PRIFIX", IPV6_PRIFIX),
+    FIELD(WanInfo, "PPPOE_USR_NAME", PPPOE_USR_NAME),
+    FIELD(WanInfo, "PPPOE_PASSWORD", PPPOE_PASSWORD),
+    FIELD(WanInfo, "NATENABLE", NATENABLE),
+    FIELD(WanInfo, "QOSENABLE", QOSENABLE),
+    FIELD(WanInfo, "VLANID", VLANID),
+    FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
+});
+
+// How the setting's trace names its values, up to the sign of equality; in the order of the table.
+constexpr char kTraceNames[][19] = {
+    "wan_name ",      "service_list ", "addr_type ", "IPADDRESS ",      "SUBNETMASK ",
+    "GATEWAY ",       "DNS1 ",         "DNS2 ",      "IPV6_IPADDRESS ", "IPV6_PREFIXLENGTH ",
+    "IPV6_GATEWAY ",  "IPV6_DNS1 ",    "IPV6_DNS2",  "IPV6_PRIFIX",     "PPPOE_USR_NAME",
+    "PPPOE_PASSWORD", "NATENABLE",     "QOSENABLE",  "VLANID",          "VLANPRIORITY",
+};
+static_assert(sizeof kTraceNames / sizeof *kTraceNames == sizeof kWanSetting.field / sizeof(Field),
+              "one name for each key");
+
+// The first keys of the setting are those that a request should not go without.
+constexpr size_t kExpectedKeys = 3;
+
+constexpr char kQueryFailure[] = "QUERY_WAN_INFO_FAIL";
+
+// The fields that apps show as empty rather than as "NULL". Of the others they know the text.
+void empty_missing_values(WanInfo *wan)
+{
+    using WanText = char[64];
+    WanText *const fields[] = {&wan->GATEWAY, &wan->IPV6_IPADDRESS, &wan->IPV6_PRIFIX,
+                               &wan->IPV6_GATEWAY, &wan->PPPOE_DIAL_MODE};
+    for (WanText *field : fields) {
+        if (holds(*field, "NULL")) {
+            (*field)[0] = '\0';
+        }
+    }
+}
+
+} // namespace
+
+HANDLER(json_query_wan_num, query<devapi_get_wan_num>(kWanNum, "QUERY_WAN_NUM_FAIL"))
+
+int32_t json_query_wan_info(cJSON *obj)
+{
+    cJSON *name = cJSON_GetObjectItem(obj, "WANName");
+    if (text_of(name) == nullptr) {
+        LOG_ERROR("can not find WANName object!\n");
+        fail(obj, "json object WANName not found!");
+        return -1;
+    }
+    WanInfo wan = {};
+    copy_text(wan.WANName, text_of(name));
+    const int32_t result = devapi_query_wan_info(&wan);
+    if (result != 0) {
+        fail(obj, kQueryFailure);
+        return result;
+    }
+    empty_missing_values(&wan);
+    Reply reply;
+    reply.success();
+    reply.fields(kWanReply, &wan);
+    if (reply.complete()) {
+        consume(obj, name);
+    }
+    answer(obj, reply, kQueryFailure);
+    return 0;
+}
+
+int32_t json_set_wan_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "SET_ROUTE_WAN_INFO_FAIL";
+    constexpr size_t kKeys = sizeof kWanSetting.field / sizeof(Field);
+    WanInfo wan = {};
+    cJSON *items[kKeys];
+    for (size_t at = 0; at < kKeys; ++at) {
+        const Field &field = kWanSetting.field[at];
+        items[at] = cJSON_GetObjectItem(obj, field.key);
+        const char *text = text_of(items[at]);
+        if (text != nullptr) {
+            LOG_DEBUG("%s= %s \n", kTraceNames[at], text);
+            store(field, &wan, text);
+        } else if (at < kExpectedKeys) {
+            LOG_ERROR("can not find %s object!\n", field.key);
+        } else {
+            LOG_DEBUG("can not find %s object!\n", field.key);
+        }
+    }
+    Reply success;
+    success.success();
+    const bool can_set = cJSON_IsObject(obj) != 0 && success.complete();
+    const int32_t result = can_set ? devapi_set_route_wan_info(&wan) : -1;
+    for (cJSON *item : items) {
+        consume(obj, item);
+    }
+    conclude(obj, success, result != 0, kFailure);
+    return result;
+}
