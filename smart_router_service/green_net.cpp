@@ -123,7 +123,8 @@ class MacList {
 // Result: false when that is not possible; the log says why.
 bool read_device(cJSON *element, GreenHostInfo *device)
 {
-    if (read_fields(element, kDeviceSetting, device) != 0) {
+    cJSON *items[sizeof kDeviceSetting.field / sizeof(Field)];
+    if (read_items(element, kDeviceSetting, items, device) != 0) {
         LOG_ERROR("string is null.\n");
         return false;
     }
@@ -134,7 +135,7 @@ bool read_device(cJSON *element, GreenHostInfo *device)
     }
     const bool is_new = index == 0;
     if (is_new) {
-        LOG_DEBUG("dev mac : %s not exsit, need add!\n", device->Mac);
+        LOG_DEBUG("dev mac : %s not exsit, need add!\n", text_of(items[0]));
         if (devapi_add_greennet_mac(device->Mac, &index) != 0) {
             LOG_ERROR("add_greennet_mac failed\n");
             return false;
