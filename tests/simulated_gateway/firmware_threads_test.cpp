@@ -183,6 +183,60 @@ TEST_F(FirmwareThreadsTest, ClosingEndsADownloadWhoseServerDoesNotAnswer)
     EXPECT_EQ(result, -1);
 }
 
+TEST_F(FirmwareThreadsTest, AReportMayCallTheDeviceWhileTheGatewayIsClosed)
+{
+    ASSERT_EQ(open(options()), "");
+    std::atomic<bool> reported = false;
+    simulated_gateway_on_progress(
+        [](const char *, int32_t, void *context) {
+            *static_cast<std::atomic<bool> *>(context) = true;
+            while (call() == 0) {
+                std::this_thread::yield();
+            }
+        },
+        &reported);
+    std::thread thread(
+        [&] { EXPECT_EQ(devapi_download_image(server_.address("new.image").c_str(), 0), -1); });
+    while (!reported) {
+        std::this_thread::yield();
+    }
+    close();
+    thread.join();
+}
+
+TEST_F(FirmwareThreadsTest, AFlashIsRefusedWhenItsSlotHasBeenStartedMeanwhile)
+{
+    write("large.image", make_image({.version = "V4", .payload_size = 30'000'000}));
+    ASSERT_EQ(open(options()), "");
+    const auto download = [&](const std::string &name) {
+        ASSERT_EQ(devapi_download_image(("file://" + path(name)).c_str(), 0), 0);
+    };
+    // A flash may be done before the restart; then it was not this one.
+    bool refused = false;
+    for (int times = 0; !refused && times < 20; ++times) {
+        download("new.image");
+        ASSERT_EQ(devapi_update_image(), 0);
+        download("large.image");
+        const int64_t slot = json_of(path("state")).at("firmware").at("next");
+        const std::string aside =
+            path("state.firmware/slot_" + std::to_string(slot) + ".image.tmp");
+        int32_t result = 0;
+        std::thread flash([&] { result = devapi_update_image(); });
+        while (!std::filesystem::exists(aside)) {
+            std::this_thread::yield();
+        }
+        simulated_gateway_power_cycle();
+        flash.join();
+        refused = result == -1;
+        EXPECT_EQ(version(), refused ? "V3.2.0" : "V4");
+    }
+    EXPECT_TRUE(refused);
+    EXPECT_EQ(devapi_update_image(), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(version(), "V4");
+    EXPECT_NE(read(path("trace")).find("the router was restarted meanwhile"), std::string::npos);
+}
+
 TEST_F(FirmwareThreadsTest, DownloadsFlashesRestartsAndReopeningMix)
 {
     write("even.image", make_image({.version = "V4"}));
