@@ -43,7 +43,7 @@ AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo o
     std::array<int, 2> in = {};
     std::array<int, 2> out = {};
     checked(pipe2(in.data(), O_CLOEXEC), "pipe2");
-    if (output == OutputTo::kTerminal) {
+    if (output == OutputTo::kTerminal || output == OutputTo::kOneTerminal) {
         checked(openpty(&out[0], &out[1], nullptr, nullptr, nullptr), "openpty");
     } else if (output == OutputTo::kFullDevice) {
         out = {checked(open("/dev/null", O_RDONLY | O_CLOEXEC), "/dev/null"),
@@ -53,7 +53,7 @@ AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo o
     }
     input_ = in[1];
     output_ = out[0];
-    start(arguments, in[0], out[1]);
+    start(arguments, in[0], out[1], output == OutputTo::kOneTerminal ? out[1] : error_);
     close(in[0]);
     close(out[1]);
 }
@@ -66,7 +66,8 @@ AgentProcess::~AgentProcess()
     close(error_);
 }
 
-void AgentProcess::start(const std::vector<std::string> &arguments, int input, int output)
+void AgentProcess::start(const std::vector<std::string> &arguments, int input, int output,
+                         int error)
 {
     std::vector<char *> words = {const_cast<char *>(HGAGENT_PATH)};
     for (const std::string &argument : arguments) {
@@ -78,7 +79,7 @@ void AgentProcess::start(const std::vector<std::string> &arguments, int input, i
     if (process_ == 0) {
         dup2(input, STDIN_FILENO);
         dup2(output, STDOUT_FILENO);
-        dup2(error_, STDERR_FILENO);
+        dup2(error, STDERR_FILENO);
         std::signal(SIGPIPE, SIG_DFL); // ignoring it would be inherited
         execv(words[0], words.data());
         _exit(127);
