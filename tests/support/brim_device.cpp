@@ -4,6 +4,7 @@
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -25,6 +26,28 @@ int32_t devapi_get_system_info(SystemInfo *info)
 {
     memset(info, 'S', sizeof(*info));
     return 0;
+}
+
+int32_t devapi_get_host_num(int32_t *count)
+{
+    *count = 3;
+    return 0;
+}
+
+int32_t devapi_get_ad_base_info(AdBaseInfo *info)
+{
+    switch (info->HostIndex) {
+    case 1:
+        memset(info->Name, 'N', sizeof(AdBaseInfo) - offsetof(AdBaseInfo, Name));
+        return 0;
+    case 2:
+        memcpy(info->ByName, "\xbf\xcd\xcc\xfc", 5); // GBK
+        memcpy(info->Name, "unseen", 7);
+        memcpy(info->Mac, "\n\x1b[31m", 7);
+        return 0;
+    default:
+        return 1000; // there is no such device, which is no failure
+    }
 }
 
 namespace {
