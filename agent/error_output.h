@@ -11,4 +11,13 @@ void write_error_line(const std::string &text);
 // Replaces the status line; an empty text takes it away. For a terminal only.
 void set_status_line(const std::string &text);
 
+// Keeps the status line away while something else is written to the same terminal.
+class WithoutStatusLine {
+  public:
+    WithoutStatusLine();
+    ~WithoutStatusLine();
+    WithoutStatusLine(const WithoutStatusLine &) = delete;
+    WithoutStatusLine &operator=(const WithoutStatusLine &) = delete;
+};
+
 } // namespace agent

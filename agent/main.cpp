@@ -11,6 +11,7 @@
 #include "serve.h"
 #include "streams.h"
 #include "text.h"
+#include "workers.h"
 
 #include <cstdio>
 #include <unistd.h>
@@ -51,7 +52,7 @@ int main(int count, char **words)
         }
         agent::set_log({options->log_level, options->host.show_secrets});
         exit_status = run(*options);
-        if (exit_status > agent::kSignalled) {
+        if (agent::has_other_threads()) {
             // A worker of the plug-in may still run: nothing that it uses may be taken from it.
             fflush(nullptr);
             _exit(exit_status);

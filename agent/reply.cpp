@@ -30,7 +30,7 @@ ExitStatus status_of(const cJSON *reply)
 ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
                        const StopSignals *stop)
 {
-    set_status_line(""); // both may stand on one terminal
+    const WithoutStatusLine status; // both may stand on one terminal
     const Form form = {.indented = output.is_terminal(), .raw_bytes = raw_bytes};
     if (!output.write_line(print(reply, form), stop)) {
         complain("nobody reads the reply");

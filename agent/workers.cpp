@@ -4,8 +4,11 @@
 #include "text.h"
 
 #include <chrono>
+#include <filesystem>
+#include <iterator>
 #include <pthread.h>
 #include <string>
+#include <system_error>
 
 namespace agent {
 
@@ -68,6 +71,14 @@ int until_workers_end(const PluginHost &host, const StopSignals &stop,
         }
     }
     return stop.arrived() != 0 ? kSignalled + stop.arrived() : status;
+}
+
+bool has_other_threads()
+{
+    namespace fs = std::filesystem;
+    std::error_code unknown;
+    const fs::directory_iterator threads("/proc/self/task", unknown);
+    return unknown || std::distance(begin(threads), end(threads)) != 1;
 }
 
 } // namespace agent

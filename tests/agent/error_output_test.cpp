@@ -25,6 +25,24 @@ TEST(ErrorOutput, KeepsTheStatusLineBelowTheLines)
                             "after\n");
 }
 
+TEST(ErrorOutput, HidesTheStatusLine)
+{
+    const CapturedError error;
+    agent::set_status_line("one");
+    {
+        const agent::WithoutStatusLine hidden;
+        agent::write_error_line("line");
+        agent::set_status_line("two");
+    }
+    agent::set_status_line("");
+    {
+        const agent::WithoutStatusLine hidden;
+    }
+    EXPECT_EQ(error.text(), "one"
+                            "\r\x1b[Kline\ntwo"
+                            "\r\x1b[K");
+}
+
 TEST(ErrorOutput, WritesWholeLinesFromManyThreads)
 {
     constexpr int kLines = 500;

@@ -23,9 +23,8 @@ std::string new_folder()
 FirmwareTest::FirmwareTest()
     : folder_(new_folder()), image_(folder_ + "/new.image"), server_(folder_)
 {
-    const std::string make = std::string(HG_MKIMAGE_PATH) +
-                             " --product HGU-AX3000 --version " + kNewVersion +
-                             " --date 2026-01-31 --size 3000000 " + image_;
+    const std::string make = std::string(HG_MKIMAGE_PATH) + " --product HGU-AX3000 --version " +
+                             kNewVersion + " --date 2026-01-31 --size 3000000 " + image_;
     EXPECT_EQ(std::system(make.c_str()), 0);
 }
 

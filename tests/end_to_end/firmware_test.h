@@ -16,9 +16,9 @@ class FirmwareTest : public GatewayTest {
   protected:
     FirmwareTest();
 
-    // The address of a new image; words in front of its name make the server misbehave.
+    // The address of a file; words in front of its name make the server misbehave.
     std::string address(const std::string &path) const { return server_.address(path); }
-    // Serves it under another name as well, cut off, or with a byte that is another.
+    // Serves the image under another name as well, as it is or with one byte that is another.
     void serve_image_as(const std::string &name) const;
     void serve_broken_image(const std::string &name) const;
 

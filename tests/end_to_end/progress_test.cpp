@@ -45,7 +45,7 @@ TEST(Progress, IsABarOnATerminal)
     EXPECT_THAT(result.output, StartsWith(bar("image\\n\\x1b[31m", 0, "0") + erase +
                                           bar("", 20, "50") + erase + bar("image", 40, "100") +
                                           "\r\n" + bar("image", 1, "3") + erase + "{\r\n"));
-    EXPECT_THAT(result.output, EndsWith("\r\n}\r\n"));
+    EXPECT_THAT(result.output, EndsWith("\r\n}\r\n" + bar("image", 1, "3") + erase));
 }
 
 TEST(Progress, IsNotShownWithoutATerminal)
