@@ -8,7 +8,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <new>
+#include <optional>
 #include <thread>
 
 using agent::Json;

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
 
@@ -236,6 +237,17 @@ TEST(Notice, FromAThreadStandsBetweenAnswers)
     }
     EXPECT_GT(answers, 1);
     EXPECT_EQ(agent.finish().exit_status, 0);
+}
+
+TEST(Notice, KeepsNobodyFromEndingOnASignal)
+{
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"});
+    agent.send(R"({"command":"NOTICES","params":{"count":"100","text":")" +
+               std::string(300000, 'n') + "\"}}\n");
+    agent.read_line(); // a thread goes on writing what nobody reads
+    agent.signal(SIGTERM);
+    agent.await_end();
+    EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
 }
 
 TEST(Notice, IsRefusedWhereNobodyReceivesIt)
