@@ -2,61 +2,17 @@
 #include "notice.h"
 
 #include "captured_error.h"
+#include "captured_output.h"
 #include "smart_router_service/host_agent.h"
-#include "streams.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <new>
-#include <optional>
 #include <thread>
 
 using agent::Json;
 using agent::NoticeReceiver;
-
-namespace {
-
-// Standard output as a file for as long as this lives, with the agent's output on it.
-class CapturedOutput {
-  public:
-    CapturedOutput() : before_(dup(STDOUT_FILENO)), file_(memfd_create("output", 0))
-    {
-        fflush(stdout);
-        dup2(file_, STDOUT_FILENO);
-        output_.emplace();
-    }
-    ~CapturedOutput()
-    {
-        dup2(before_, STDOUT_FILENO);
-        close(before_);
-        close(file_);
-    }
-    CapturedOutput(const CapturedOutput &) = delete;
-    CapturedOutput &operator=(const CapturedOutput &) = delete;
-
-    agent::ReplyOutput &output() { return *output_; }
-    std::vector<std::string> lines() const
-    {
-        std::string content(static_cast<size_t>(lseek(file_, 0, SEEK_END)), '\0');
-        EXPECT_EQ(pread(file_, content.data(), content.size(), 0),
-                  static_cast<ssize_t>(content.size()));
-        std::vector<std::string> lines;
-        std::istringstream stream(content);
-        for (std::string line; std::getline(stream, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
-
-  private:
-    int before_;
-    int file_;
-    std::optional<agent::ReplyOutput> output_;
-};
-
-} // namespace
 
 TEST(Notices, GoToTheirReceiver)
 {
@@ -129,15 +85,15 @@ TEST(Notices, FromManyThreadsStandBetweenTheLinesOfOthers)
         });
     }
     const std::string answer(9000, '1');
-    for (int line = 0; line < kLines; ++line) {
+    for (int line = 0; line < kThreads * kLines; ++line) {
         EXPECT_TRUE(captured.output().write_line(answer));
     }
     for (std::thread &thread : threads) {
         thread.join();
     }
     const std::vector<std::string> lines = captured.lines();
-    EXPECT_EQ(lines.size(), static_cast<size_t>((kThreads + 1) * kLines));
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), answer), kLines);
+    EXPECT_EQ(lines.size(), static_cast<size_t>(2 * kThreads * kLines));
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), answer), kThreads * kLines);
     for (const std::string &line : lines) {
         if (line != answer) {
             EXPECT_EQ(line, '"' + std::string(9000, line[1]) + '"');

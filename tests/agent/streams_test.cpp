@@ -1,6 +1,8 @@
 // Standard output and the signals that end waiting for it.
 #include "streams.h"
 
+#include "captured_output.h"
+
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -69,6 +71,30 @@ class PendingSignal {
 };
 
 } // namespace
+
+TEST(ReplyOutput, WritesWholeLinesFromManyThreads)
+{
+    constexpr int kThreads = 4;
+    constexpr int kLines = 500;
+    CapturedOutput captured;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&captured, thread] {
+            const std::string line(9000, static_cast<char>('a' + thread)); // not written at once
+            for (int count = 0; count < kLines; ++count) {
+                EXPECT_TRUE(captured.output().write_line(line));
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    const std::vector<std::string> lines = captured.lines();
+    EXPECT_EQ(lines.size(), static_cast<size_t>(kThreads * kLines));
+    for (const std::string &line : lines) {
+        EXPECT_EQ(line, std::string(9000, line.front()));
+    }
+}
 
 TEST(ReplyOutput, WritesNothingBehindALineThatIsCutOff)
 {
