@@ -222,7 +222,7 @@ TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
 {
     const std::string before = read(path("state"));
     EXPECT_EQ(with(&AdBaseInfo::DevType, "phone"),
-              "DevType \"phone\" is none of \"Computer\", \"Phone\", \"Tablet\", \"");
+              "DevType \"phone\" is none of \"Computer\", \"Phone\", \"Tablet\", \"TV\",");
     EXPECT_EQ(with(&AdBaseInfo::DevType, "").substr(0, 21), "DevType \"\" is none of");
     EXPECT_EQ(with(&AdBaseInfo::ByName, "a\nb"), "ByName holds control characters or is no UTF-8");
     EXPECT_EQ(with(&AdBaseInfo::ByName, "a\xff"

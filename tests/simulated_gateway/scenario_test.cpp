@@ -88,7 +88,7 @@ TEST_F(ScenarioTest, TextsThatAreNoJson)
 TEST_F(ScenarioTest, EveryTruncationIsAnError)
 {
     const std::string whole = house().dump();
-    for (size_t length = 0; length < whole.size(); length += 7) {
+    for (size_t length = 0; length < whole.size(); length += 11) {
         ASSERT_NE(error_of(whole.substr(0, length)), "") << length;
     }
 }
