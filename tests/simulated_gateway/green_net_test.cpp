@@ -3,22 +3,6 @@
 
 namespace {
 
-const char *const kNoMacs[] = {
-    "",
-    "NULL",
-    "x",
-    "72:9B:E0:46:D8",
-    "72:9B:E0:46:D8:15:",
-    " 72:9B:E0:46:D8:15",
-    "72:9B:E0:46:D8:1G",
-    "72-9B-E0:46:D8:15",
-    "72_9B_E0_46_D8_15",
-    "729BE046D81",
-    "729B-E046-D815",
-    "72:9B:E0:46:D8:15,70:F0:88:2C:A6:93",
-    "\xc3\xa4:9B:E0:46:D8:15",
-};
-
 TEST_F(GreenNetTest, TheSwitchIsKept)
 {
     char enable[GREENNET_SWITCH_SIZE] = {};
@@ -67,9 +51,9 @@ TEST_F(GreenNetTest, AnEntryIsFoundByItsMacInEveryForm)
     EXPECT_EQ(number_of("729Be046d815"), 1);
     EXPECT_EQ(number_of("70f0882ca693"), 2);
     EXPECT_EQ(number_of("DA:41:7C:0E:92:B3"), 0); // a device without an entry
-    for (const char *mac : kNoMacs) {
+    for (const std::string &mac : kNoMacs) {
         int32_t number = 77;
-        EXPECT_LT(devapi_get_greennet_index_by_mac(mac, &number), 0) << mac;
+        EXPECT_LT(devapi_get_greennet_index_by_mac(mac.c_str(), &number), 0) << mac;
         EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
         EXPECT_EQ(number, 77);
     }
@@ -108,7 +92,7 @@ TEST_F(GreenNetTest, AnEntryOfADeviceThatNobodyKnowsIsOne)
 TEST_F(GreenNetTest, WhatIsNoEntryIsRefused)
 {
     const std::string before = read(path("state"));
-    for (const char *mac : kNoMacs) {
+    for (const std::string &mac : kNoMacs) {
         EXPECT_EQ(add(mac), 0) << mac;
         EXPECT_EQ(set_entry(1, mac, "Jonas", "1"), -1) << mac;
     }

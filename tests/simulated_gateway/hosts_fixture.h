@@ -3,6 +3,36 @@
 
 #include "gateway_fixture.h"
 
+// MAC addresses that are none.
+inline const std::vector<std::string> kNoMacs = {
+    "",
+    "NULL",
+    "72",
+    "72:9B:E0:46:D8",
+    "72:9B:E0:46:D8:1",
+    "72:9B:E0:46:D8:15:",
+    "72:9B:E0:46:D8:15:00",
+    " 72:9B:E0:46:D8:15",
+    "72:9B:E0:46:D8:15 ",
+    "72:9B:E0:46:D8:1G",
+    "72:9B:E0:46-D8-15",
+    "72-9B:E0:46:D8:15",
+    "72.9B.E0.46.D8.15",
+    "729B.E046.D815",
+    "72 9B E0 46 D8 15",
+    "729BE046D81",
+    "729BE046D8155",
+    "729BE046D81g",
+    ":::::::::::::::::",
+    "------------",
+    "7:29B:E0:46:D8:15",
+    "+2:9B:E0:46:D8:15",
+    "72:9B:E0:46:D8:15,70:F0:88:2C:A6:93",
+    "72_9B_E0_46_D8_15",
+    "\xc3\xa4:9B:E0:46:D8:15",
+    "\xff\xff:9B:E0:46:D8:15",
+};
+
 class HostsTest : public GatewayTest {
   protected:
     static constexpr int64_t kHour = 3600;
