@@ -35,6 +35,14 @@ bool is_unicast(uint32_t address)
     return first_byte != 0 && first_byte != 127 && first_byte < 224;
 }
 
+void refuse_address_of_wan(const Subnet &subnet, const Wan &wan)
+{
+    const std::optional<uint32_t> ip = parse_ipv4(wan.ip);
+    if (ip && subnet.holds(*ip)) {
+        throw Error("the subnet holds the address of the WAN");
+    }
+}
+
 Subnet accepted_subnet(const Home &home, const Lan &plan)
 {
     const uint32_t gateway = address("GatewayLanIP", plan.ip);
@@ -52,9 +60,9 @@ Subnet accepted_subnet(const Home &home, const Lan &plan)
     if (gateway == subnet.last) {
         throw Error("GatewayLanIP is the broadcast address");
     }
-    const std::optional<uint32_t> wan = parse_ipv4(home.wan.ip);
-    if (wan && subnet.holds(*wan)) {
-        throw Error("the subnet holds the address of the WAN");
+    refuse_address_of_wan(subnet, home.wan);
+    for (const Wan &wan : home.other_wans) {
+        refuse_address_of_wan(subnet, wan);
     }
     const uint32_t start = address("StartIp", plan.dhcp_pool.start);
     const uint32_t end = address("EndIp", plan.dhcp_pool.end);
@@ -117,6 +125,28 @@ void move_lan(Home &home, const Lan &plan)
         *ip = ipv4_text(next);
     }
     home.lan = plan;
+}
+
+void require_free_address(const Home &home, const Host &host, const std::string &ip)
+{
+    const uint32_t wanted = address("ip", ip);
+    const Subnet subnet(*parse_ipv4(home.lan.ip), *parse_ipv4(home.lan.subnet_mask));
+    if (!subnet.is_host(wanted)) {
+        throw Error("ip is no address of the LAN");
+    }
+    if (ip == home.lan.ip) {
+        throw Error("ip is the address of the gateway");
+    }
+    for (const ChildRouter &router : home.mesh.child_routers) {
+        if (ip == router.ip) {
+            throw Error("ip belongs to " + router.name);
+        }
+    }
+    for (const Host &other : home.hosts) {
+        if (ip == other.ip && &other != &host) {
+            throw Error("ip belongs to " + other.name);
+        }
+    }
 }
 
 } // namespace simulated_gateway
