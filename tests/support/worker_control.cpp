@@ -1,5 +1,6 @@
 #include "worker_control.h"
 
+#include "failing_memory.h"
 #include "recording_device.h"
 #include "smart_router_service/processjsonability.h"
 
@@ -66,6 +67,7 @@ int __real_pthread_mutex_lock(pthread_mutex_t *);
 int __real_pthread_mutex_trylock(pthread_mutex_t *);
 int __real_pthread_mutex_unlock(pthread_mutex_t *);
 int __real_sigaction(int, const struct sigaction *, struct sigaction *);
+void *__real_malloc(size_t);
 void *__real_calloc(size_t, size_t);
 
 unsigned __wrap_sleep(unsigned seconds)
@@ -144,6 +146,11 @@ int __wrap_sigaction(int signal, const struct sigaction *action, struct sigactio
         "sigaction", {"SIGCHLD", action->sa_handler == SIG_IGN ? "SIG_IGN" : "another handler",
                       flags, sigisemptyset(&action->sa_mask) != 0 ? "no mask" : "a mask"});
     return 0;
+}
+
+void *__wrap_malloc(size_t size)
+{
+    return FailingMemory::next_fails() ? nullptr : __real_malloc(size);
 }
 
 void *__wrap_calloc(size_t count, size_t size)
