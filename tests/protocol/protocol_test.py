@@ -74,6 +74,12 @@ class MismatchTest(unittest.TestCase):
         self.assertIn("should be left", why("{}", '{"Mode":7}', described))
         self.assertIn("is not described", why('{"Mode":"x"}', '{"Mode":"x"}', described))
 
+    def test_a_key_may_be_described_twice(self):
+        described = {"keys": [{"key": "Status", "text": "1"}, {"key": "Status", "text": "0"}]}
+        self.assertIsNone(why('{"Status":"1","Status":"0"}', "{}", described))
+        self.assertIn("Status should stand", why('{"Status":"1"}', "{}", described))
+        self.assertIn("Status: should be", why('{"Status":"0","Status":"0"}', "{}", described))
+
     def test_bytes_are_counted_not_letters(self):
         described = {"keys": [{"key": "a", "max_bytes": 2}]}
         self.assertIsNone(why('{"a":"é"}', "{}", described))
