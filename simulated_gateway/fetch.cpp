@@ -2,13 +2,9 @@
 
 #include "rules.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <curl/curl.h>
 #include <exception>
 #include <memory>
-#include <optional>
 
 namespace simulated_gateway {
 namespace {
