@@ -343,6 +343,10 @@ void check(const State &state)
 {
     RuleChecker rules("");
     State::describe(state, rules);
+    if (state.firmware.slot(state.firmware.running).version.empty()) {
+        refuse("/firmware/slot_" + std::to_string(state.firmware.running) + "/version",
+               "is missing, and it runs");
+    }
     CoherenceChecker(state.home, "/home").check();
     CoherenceChecker(state.factory, "/factory").check();
 }
