@@ -56,6 +56,7 @@ class FirmwareUpdateTest : public HandlerTest {
     {
         control.end_all_sleeps();
         control.wait_until_idle();
+        EXPECT_TRUE(control.is_idle());
         EXPECT_TRUE(recording_host::log_lines().empty());
     }
 

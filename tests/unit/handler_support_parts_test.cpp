@@ -1,0 +1,133 @@
+// The parts of handler_support.h that handlers use one by one, outside the recipes.
+#include "failing_memory.h"
+#include "handler_support.h"
+#include "handler_test.h"
+
+#include <cstring>
+
+namespace {
+
+using namespace smart_router;
+
+// A record of the test's own.
+struct Door {
+    char Name[6];
+    char Code[2];
+    int32_t width;
+};
+
+constexpr auto kDoorFields = fields_of<Door>({
+    FIELD(Door, "Name", Name),
+    FIELD(Door, "Width", width),
+    FIELD(Door, "Code", Code),
+});
+
+class HandlerPartsTest : public HandlerTest {};
+
+TEST_F(HandlerPartsTest, AFieldHoldsATextWhenTheyAreTheSame)
+{
+    char field[6] = "door";
+    EXPECT_TRUE(holds(field, "door"));
+    for (const char *other : {"", "d", "doo", "doors", "Door", "door ", "xoor", "doox"}) {
+        EXPECT_FALSE(holds(field, other)) << other;
+    }
+    memcpy(field, "\0door", 6); // what stands behind the NUL is not the field's text
+    EXPECT_TRUE(holds(field, ""));
+    EXPECT_FALSE(holds(field, "door"));
+}
+
+TEST_F(HandlerPartsTest, AFieldWithoutANulHoldsATextOfItsWidth)
+{
+    struct {
+        char field[6];
+        char behind[6];
+    } place;
+    memcpy(&place, "abcdefghijk", sizeof place);
+    EXPECT_TRUE(holds(place.field, "abcdef"));
+    for (const char *other : {"abcde", "abcdefg", "abcdefghijk", ""}) {
+        EXPECT_FALSE(holds(place.field, other)) << other;
+    }
+}
+
+TEST_F(HandlerPartsTest, ATextIsStoredInItsFieldAndNowhereElse)
+{
+    Door door;
+    memset(&door, '#', sizeof door);
+    store(kDoorFields.field[0], &door, "garden gate");
+    EXPECT_EQ(std::string(door.Name, 6), std::string("garde\0", 6));
+    EXPECT_EQ(std::string(door.Code, 2), "##");
+    store(kDoorFields.field[2], &door, "");
+    EXPECT_EQ(std::string(door.Code, 2), std::string("\0#", 2));
+    EXPECT_EQ(door.width, 0x23232323);
+}
+
+TEST_F(HandlerPartsTest, ANumberIsStoredFromItsText)
+{
+    const struct {
+        const char *text;
+        int32_t number;
+    } numbers[] = {
+        {"80", 80},     {"-7", -7},
+        {"", 0},        {"wide", 0},
+        {" 12 cm", 12}, {"2147483648", INT32_MAX},
+        {"-1e9", -1},   {"-99999999999999999999", INT32_MIN},
+        {"0x10", 0},    {"007", 7},
+    };
+    Door door = {"gate", "1", 5};
+    for (const auto &one : numbers) {
+        store(kDoorFields.field[1], &door, one.text);
+        EXPECT_EQ(door.width, one.number) << one.text;
+    }
+    EXPECT_STREQ(door.Name, "gate");
+    EXPECT_STREQ(door.Code, "1");
+}
+
+TEST_F(HandlerPartsTest, ARecordBecomesAnObject)
+{
+    Door door = {"gate", "1", -80};
+    door.Code[1] = '2'; // no NUL
+    EXPECT_EQ(print(Json(object_of(kDoorFields, &door)).get()),
+              R"({"Name":"gate","Width":"-80","Code":"12"})");
+}
+
+TEST_F(HandlerPartsTest, ARecordBecomesNoHalfObject)
+{
+    const Door door = {"gate", "1", 80};
+    for (size_t first = 0; first < 7; ++first) {
+        const FailingMemory memory(first, FailingMemory::Fail::kOnce);
+        EXPECT_EQ(object_of(kDoorFields, &door), nullptr) << "allocation " << first;
+        EXPECT_TRUE(memory.has_failed());
+    }
+    const FailingMemory memory(7, FailingMemory::Fail::kOnce);
+    EXPECT_NE(Json(object_of(kDoorFields, &door)), nullptr);
+}
+
+TEST_F(HandlerPartsTest, AReplyMayBePrinted)
+{
+    Reply reply;
+    EXPECT_STREQ(PrintedJson(reply.print()).text(), "{\n}");
+    reply.success();
+    reply.text("a", "\"");
+    for (int round = 0; round < 2; ++round) { // printing takes nothing out of it
+        EXPECT_STREQ(PrintedJson(reply.print()).text(),
+                     "{\n\t\"Status\":\t\"0\",\n\t\"a\":\t\"\\\"\"\n}");
+    }
+}
+
+TEST_F(HandlerPartsTest, AReplyThatLacksAnItemIsNotPrinted)
+{
+    Reply reply;
+    reply.success();
+    {
+        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+        EXPECT_EQ(reply.print(), nullptr);
+    }
+    EXPECT_TRUE(reply.complete()) << "memory for the text is none of the reply's";
+    {
+        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+        reply.text("a", "1");
+    }
+    EXPECT_EQ(reply.print(), nullptr);
+}
+
+} // namespace
