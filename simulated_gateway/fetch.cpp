@@ -2,13 +2,9 @@
 
 #include "rules.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <curl/curl.h>
 #include <exception>
 #include <memory>
-#include <optional>
 
 namespace simulated_gateway {
 namespace {
@@ -64,8 +60,7 @@ class Transfer {
     {
         set(CURLOPT_ERRORBUFFER, reason_);
         set(CURLOPT_CURLU, address.get());
-        set(CURLOPT_PROTOCOLS_STR, "http,https");
-        set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+        set(CURLOPT_PROTOCOLS_STR, "http,https"); // behind a redirect, too
         set(CURLOPT_FOLLOWLOCATION, 1L);
         set(CURLOPT_MAXREDIRS, kMostRedirects);
         set(CURLOPT_NOSIGNAL, 1L);
