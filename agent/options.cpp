@@ -135,9 +135,8 @@ void add_notice(CLI::App &app, Options &options)
 
 void add_report(CLI::App &app, Options &options)
 {
-    CLI::App *report =
-        app.add_subcommand("report", "Print a report that the plug-in builds without any command, "
-                                     "upgrade the firmware without one, or list what there is");
+    CLI::App *report = app.add_subcommand(
+        "report", "Let the plug-in report or upgrade without any command, or list what it can");
     CLI::Option *name =
         report->add_option("NAME", options.report, "Name of the report")->type_name("");
     report->add_option("--url", options.update_url, "Address of the image for image-upgrade")
