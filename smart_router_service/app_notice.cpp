@@ -31,6 +31,7 @@ bool tell_time(TimeText &text)
 {
     const time_t now = time(nullptr);
     struct tm local;
+    tzset(); // the user may have moved the router to another time zone since it started
     if (now == static_cast<time_t>(-1) || localtime_r(&now, &local) == nullptr) {
         return false;
     }
@@ -39,8 +40,9 @@ bool tell_time(TimeText &text)
     return true;
 }
 
-// Writes the router's MAC address without colons, or what the host makes of none at all.
 using MacText = char[32];
+
+// Writes the router's MAC address without colons, or what the host makes of none at all.
 void tell_mac(MacText &text)
 {
     MacText mac = "";
@@ -51,25 +53,21 @@ void tell_mac(MacText &text)
     mac_form_translate(mac, HG_MAC_BARE, text);
 }
 
-} // namespace
-
-int32_t json_msg_notice_to_app(const char *message, const char *plugin_name)
+// The envelope as a printed text that belongs to the caller, to be freed with cJSON_free(). Null,
+// with a line in the log, when it could not be made.
+char *print_envelope(const char *message, const char *plugin_name)
 {
-    if (message == nullptr || plugin_name == nullptr) {
-        LOG_ERROR("%s:param is null\n", kName);
-        return -1;
-    }
     const HostText body(base64_encode(message));
     if (body.text() == nullptr) {
         LOG_ERROR("%s:base64_encode err\n", kName);
-        return -1;
+        return nullptr;
     }
     char md5[64] = "";
     getmd5(body.text(), md5);
     TimeText moment = "";
     if (!tell_time(moment)) {
         LOG_ERROR("%s:get time err\n", kName);
-        return -1;
+        return nullptr;
     }
     MacText mac = "";
     tell_mac(mac);
@@ -81,13 +79,27 @@ int32_t json_msg_notice_to_app(const char *message, const char *plugin_name)
     envelope.text("MD5", md5, sizeof md5);
     envelope.text("mac", mac, sizeof mac);
     envelope.text("Message", body.text());
-    const PrintedJson printed(envelope.print());
-    if (printed.text() == nullptr) {
+    char *printed = envelope.print();
+    if (printed == nullptr) {
         LOG_ERROR("%s:create json err\n", kName);
+    }
+    return printed;
+}
+
+} // namespace
+
+int32_t json_msg_notice_to_app(const char *message, const char *plugin_name)
+{
+    if (message == nullptr || plugin_name == nullptr) {
+        LOG_ERROR("%s:param is null\n", kName);
         return -1;
     }
-    LOG_DEBUG("notice to app:\n%s\n", printed.text());
-    const int32_t result = kaa_device_notice(printed.text());
+    const PrintedJson envelope(print_envelope(message, plugin_name));
+    if (envelope.text() == nullptr) {
+        return -1;
+    }
+    LOG_DEBUG("notice to app:\n%s\n", envelope.text());
+    const int32_t result = kaa_device_notice(envelope.text());
     if (result != 0) {
         LOG_ERROR("kaa_device_notice failed!!!\n");
     }

@@ -64,8 +64,8 @@ const char *down_limit_of(const cJSON *obj)
     if (limit == nullptr || limited == nullptr) {
         return kNotGiven;
     }
-    return strcmp(limited, "0") == 0 ? limited
-                                     : limit; // "0" is also the limit that ends all limits
+    const bool is_limited = strcmp(limited, "0") != 0;
+    return is_limited ? limit : "0";
 }
 
 // Fills the binding of an IP address to the device. Result: false when a binding is asked for

@@ -3,15 +3,8 @@
 #include "firmware_update.h"
 
 #include <pthread.h>
-#include <signal.h>
-#include <stdlib.h>
 
 using namespace smart_router;
-
-// Held while an image is downloaded or flashed. It is only ever tried, since no command may wait
-// for minutes, and a worker releases what its starter took: a default mutex allows that.
-pthread_mutex_t downimagelock = PTHREAD_MUTEX_INITIALIZER;
-char g_update_url[HG_UPDATE_URL_SIZE] = "";
 
 namespace {
 
@@ -24,12 +17,7 @@ constexpr auto kUpdateStatus = fields_of<UpdateStatusInfo>({
     FIELD(UpdateStatusInfo, "AreaCode", AreaCode),
 });
 
-// The results of the starter.
-constexpr int32_t kNoAddress = -1; // also no memory for it
-constexpr int32_t kBusy = -2;
-constexpr int32_t kNoThread = -3;
-
-// What the apps are told of them.
+// What the apps are told of the starter's results.
 const char *starter_text(int32_t result)
 {
     switch (result) {
@@ -51,22 +39,6 @@ cJSON *item_of(const cJSON *obj, const char *key)
 bool is_flash_now(const char *update)
 {
     return strcmp(update, "1") == 0;
-}
-
-// Restarts the router into the new firmware.
-void reboot()
-{
-#if defined(__mips__) && defined(__linux__)
-    // The kernel of the target knows the flag under this name; others ignore it.
-    static_assert(SIGCHLD == 18 && SA_NOCLDWAIT == 0x10000, "not the numbers of the target");
-#endif
-    struct sigaction ignore = {};
-    ignore.sa_handler = SIG_IGN;
-    ignore.sa_flags = 0x10000;
-    sigemptyset(&ignore.sa_mask);
-    sigaction(SIGCHLD, &ignore, nullptr);
-    // A fixed command, whose result nobody is left to look at.
-    (void)system("sync;reboot"); // NOLINT(concurrency-mt-unsafe)
 }
 
 // Hands the address to the worker and answers. What held the address is taken out of obj, but not
@@ -109,60 +81,6 @@ const char *platform_update_refusal(const cJSON *image, const char **url)
 }
 
 } // namespace
-
-// ---- Workers -----------------------------------------------------------------------------------
-
-int32_t start_prthead_dowing_image(const char *url)
-{
-    if (url == nullptr) {
-        return kNoAddress;
-    }
-    const size_t size = strlen(url) + 1;
-    char *copy = static_cast<char *>(malloc(size));
-    if (copy == nullptr) {
-        return kNoAddress;
-    }
-    memcpy(copy, url, size);
-    if (pthread_mutex_trylock(&downimagelock) != 0) {
-        free(copy);
-        return kBusy;
-    }
-    pthread_t worker;
-    if (pthread_create(&worker, nullptr, dowing_imageing, copy) != 0) {
-        pthread_mutex_unlock(&downimagelock);
-        free(copy);
-        return kNoThread;
-    }
-    return 0;
-}
-
-void *dowing_imageing(void *url)
-{
-    pthread_detach(pthread_self());
-    if (url != nullptr) {
-        if (devapi_flash_update_image(static_cast<char *>(url)) == 0) {
-            reboot();
-        }
-        free(url);
-    }
-    pthread_mutex_unlock(&downimagelock);
-    return nullptr;
-}
-
-void *pthread_hg_image_upgrade(void *)
-{
-    if (g_update_url[0] == '\0') {
-        LOG_ERROR("update_url is err!\n");
-    } else if (devapi_download_image(g_update_url, 1) != 0) {
-        LOG_ERROR("download image failed");
-    } else if (devapi_update_image() != 0) {
-        LOG_ERROR("update image failed");
-    }
-    pthread_mutex_unlock(&downimagelock);
-    return nullptr;
-}
-
-// ---- Commands ----------------------------------------------------------------------------------
 
 int32_t json_hg_get_update_status(cJSON *obj)
 {
@@ -353,8 +271,8 @@ int32_t json_hg_image_update(cJSON *obj)
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }
-    // Without the lock, unlike IMAGE_UPDATE: this is how a user who stands by gets out of a
-    // download that hangs.
+    // Without the lock, unlike IMAGE_UPDATE: who asks for this one by hand is not to be refused
+    // because the platform has a download under way.
     const int32_t result = is_flash_now(update) ? devapi_update_image() : 0;
     conclude(obj, success, result != 0, kFailure);
     return result;

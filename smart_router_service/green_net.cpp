@@ -1,5 +1,5 @@
-// Parental control (green-net): the devices that it protects, and the periods in which it does.
-#include "handler_support.h"
+// Parental control (green-net): its switch, and the devices that it protects.
+#include "green_net.h"
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -38,38 +38,6 @@ constexpr auto kNotifySetting = fields_of<GreenHostInfo>({
     FIELD(GreenHostInfo, "Mac", Mac),
     FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
 });
-
-constexpr auto kPeriod = fields_of<ProtectPeriodInfo>({
-    FIELD(ProtectPeriodInfo, "StartTime", StartTime),
-    FIELD(ProtectPeriodInfo, "EndTime", EndTime),
-    FIELD(ProtectPeriodInfo, "Enable", Enable),
-    FIELD(ProtectPeriodInfo, "DaysOfWeek", DaysOfWeek),
-});
-
-constexpr char kNoList[] = "json node: list not found"; // also said of the notify switch
-
-// ---- Hosts -------------------------------------------------------------------------------------
-
-// The MAC address by which a request names a host.
-using MacText = char[64];
-
-// Reads the "Mac" of a request. Result: false when there is none, and then the request is answered.
-bool read_mac(cJSON *obj, MacText &mac)
-{
-    const char *text = text_of(cJSON_GetObjectItem(obj, "Mac"));
-    if (text == nullptr) {
-        fail(obj, "json node: mac not found");
-        return false;
-    }
-    copy_text(mac, text);
-    return true;
-}
-
-// Finds a host that has to be in the table already. Result: false when it is not.
-bool find_host(const char *mac, int32_t *index)
-{
-    return devapi_get_greennet_index_by_mac(mac, index) == 1;
-}
 
 bool is_entry(const GreenHostInfo &device)
 {
@@ -123,8 +91,7 @@ class MacList {
 // Result: false when that is not possible; the log says why.
 bool read_device(cJSON *element, GreenHostInfo *device)
 {
-    cJSON *items[sizeof kDeviceSetting.field / sizeof(Field)];
-    if (read_items(element, kDeviceSetting, items, device) != 0) {
+    if (read_fields(element, kDeviceSetting, device) != 0) {
         LOG_ERROR("string is null.\n");
         return false;
     }
@@ -135,7 +102,8 @@ bool read_device(cJSON *element, GreenHostInfo *device)
     }
     const bool is_new = index == 0;
     if (is_new) {
-        LOG_DEBUG("dev mac : %s not exsit, need add!\n", text_of(items[0]));
+        LOG_DEBUG("dev mac : %s not exsit, need add!\n",
+                  text_of(cJSON_GetObjectItem(element, "Mac")));
         if (devapi_add_greennet_mac(device->Mac, &index) != 0) {
             LOG_ERROR("add_greennet_mac failed\n");
             return false;
@@ -190,50 +158,6 @@ const char *replace_devices(const cJSON *elements, int32_t *removal)
     return failure;
 }
 
-// ---- Protect periods ---------------------------------------------------------------------------
-
-constexpr char kCannotDelete[] = "del duration failed!";
-
-// Stores the elements as periods of the host, and tells whether one is in force. Result: null, or
-// why it stopped; what was stored before stays.
-const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
-{
-    cJSON *element;
-    cJSON_ArrayForEach(element, elements)
-    {
-        ProtectPeriodInfo period = {};
-        period.HostIndex = host;
-        if (read_fields(element, kPeriod, &period) != 0) {
-            LOG_ERROR("string is null.\n");
-            return "parse protect period info failed";
-        }
-        *in_force = *in_force || holds(period.Enable, "1");
-        if (devapi_add_greennet_duration(host, &period.PeriodNum) != 0) {
-            return "add protect period info failed";
-        }
-        if (devapi_set_protect_period_info(&period) != 0) {
-            return "set protect period info failed";
-        }
-    }
-    return nullptr;
-}
-
-// Makes the elements the host's only periods, and switches its protection accordingly. Result:
-// null, or why it stopped; what was done before stays.
-const char *replace_periods(const cJSON *elements, int32_t host)
-{
-    if (devapi_del_all_duration(host) != 0) {
-        return kCannotDelete;
-    }
-    bool in_force = false;
-    const char *failure = store_periods(elements, host, &in_force);
-    if (failure != nullptr) {
-        return failure;
-    }
-    return devapi_set_protect_enable(in_force ? 1 : 0, host) == 0 ? nullptr
-                                                                  : "set PortectEnable failed!";
-}
-
 } // namespace
 
 // ---- Commands ----------------------------------------------------------------------------------
@@ -268,7 +192,8 @@ int32_t json_get_green_net_list(cJSON *obj)
     reply.success();
     cJSON *list = reply.list("DeviceList");
     int32_t read = 0;
-    for (int32_t index = 1; read < count && index <= GREENNET_MAX_HOSTS; ++index) {
+    for (int32_t index = 1; reply.complete() && read < count && index <= GREENNET_MAX_HOSTS;
+         ++index) {
         GreenHostInfo device = {};
         put_index(&device, index, 6);
         if (devapi_get_green_net_info(&device) != 0) {
@@ -276,7 +201,7 @@ int32_t json_get_green_net_list(cJSON *obj)
             continue;
         }
         ++read;
-        if (list == nullptr || !is_entry(device)) {
+        if (!is_entry(device)) {
             continue;
         }
         cJSON *element = object_of(kDevice, &device);
@@ -335,60 +260,4 @@ int32_t json_set_green_net_notify(cJSON *obj)
     const int32_t result = devapi_set_green_net_notify(&device);
     run.end(result != 0, kFailure);
     return result;
-}
-
-int32_t json_get_protect_period_list(cJSON *obj)
-{
-    constexpr char kFailure[] = "get protect period list failed";
-    MacText mac = "";
-    if (!read_mac(obj, mac)) {
-        return -1;
-    }
-    int32_t host = 0;
-    if (!find_host(mac, &host)) {
-        fail(obj, "xml mac index not found");
-        return -1;
-    }
-    int32_t count = 0;
-    devapi_get_duration_num_by_index(host, &count);
-    Reply reply;
-    reply.success();
-    cJSON *list = reply.list("Sleep");
-    for (int32_t at = 0; at < count && reply.complete(); ++at) {
-        ProtectPeriodInfo period = {};
-        period.HostIndex = host;
-        period.PeriodNum = at + 1;
-        if (devapi_get_protect_period_info(&period) != 0) {
-            fail(obj, kFailure);
-            return -1;
-        }
-        reply.append(list, kPeriod, &period);
-    }
-    answer(obj, reply, kFailure);
-    return 0;
-}
-
-int32_t json_set_protect_period_list(cJSON *obj)
-{
-    MacText mac = "";
-    if (!read_mac(obj, mac)) {
-        return -1;
-    }
-    int32_t host = 0;
-    if (!find_host(mac, &host)) {
-        fail(obj, "json node: mac index not found");
-        return -1;
-    }
-    LOG_DEBUG("mac_index = %d\n", host);
-    cJSON *elements = array_of(obj, "Sleep");
-    if (elements == nullptr) {
-        fail(obj, kNoList);
-        return -1;
-    }
-    Reply success;
-    success.success();
-    const char *failure = success.complete() ? replace_periods(elements, host) : kCannotDelete;
-    consume(obj, elements);
-    conclude(obj, success, failure != nullptr, failure);
-    return failure != nullptr ? -1 : 0;
 }

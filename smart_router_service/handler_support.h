@@ -1,6 +1,6 @@
-// What the handlers are made of: tables of fields, bounded copies, replies, and the two recipes
-// that cover every regular command. A handler that fits neither recipe is a plain function built
-// from the same parts.
+// What the handlers are made of: tables of fields, bounded copies, replies, and the recipes that
+// cover every regular command. A handler that fits none of them is a plain function built from the
+// same parts.
 #pragma once
 
 #include "commands.h"
@@ -412,9 +412,9 @@ constexpr auto query(const Fields<Record, count> &fields, const char *failure)
     };
 }
 
-// What changes the device without parameters has to be answered like a setting: these are its steps
-// around the call. It is not carried out without an object to answer in or without the reply to
-// success; then the first has failed and returns false.
+// What changes the device has to be answered like a setting, also without parameters that are
+// copied: these are its steps around the call. It is not carried out without an object to answer in
+// or without the reply to success; then the first has failed and returns false.
 bool can_conclude(cJSON *obj, const Reply &success, const char *failure);
 void conclude(cJSON *obj, Reply &success, bool failed, const char *failure,
               size_t width = SIZE_MAX);

@@ -783,11 +783,14 @@ int32_t devapi_get_update_status_info(UpdateStatusInfo *info);
 int32_t devapi_download_image(const char *url, int32_t mode);
 
 /* Flashes the image that was downloaded; it runs from the next start on. The router is not
- * restarted. Any result but 0 is a failure, and then the router starts what it ran before. */
+ * restarted. HG_IMAGE_UPDATE may call it while another image is downloaded or flashed, so the
+ * library has to guard itself. Any result but 0 is a failure, and then the router starts what it
+ * ran before. */
 int32_t devapi_update_image(void);
 
-/* Both in one step: fetches the image from the address and flashes it. The plug-in's worker then
- * restarts the router with "sync;reboot". Any result but 0 is a failure. */
+/* Both in one step: fetches the image from the address, which is as at devapi_download_image(), and
+ * flashes it. The plug-in's worker then restarts the router with "sync;reboot". Any result but 0 is
+ * a failure. */
 int32_t devapi_flash_update_image(const char *url);
 
 /* ---- Notices to the app --------------------------------------------------------------------- */
@@ -886,9 +889,9 @@ DEVAPI_RECORD_FIELD(WanInfo, VLANPRIORITY, 1880, 64);
 int32_t devapi_query_wan_info(WanInfo *info);
 
 /*
- * Applies the settings of the connection named by WANName: SERVICELIST to DNS2 without the first
- * reserved field, IPV6_PRIFIX to PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. What the request did
- * not give is empty, WANName included. Any result but 0 is a failure.
+ * Applies the settings of the connection named by WANName: SERVICELIST to DNS2, IPV6_PRIFIX to
+ * PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. What the request did not give is empty, WANName
+ * included. Any result but 0 is a failure.
  */
 int32_t devapi_set_route_wan_info(const WanInfo *info);
 
@@ -896,7 +899,8 @@ int32_t devapi_set_route_wan_info(const WanInfo *info);
 
 /*
  * The devices attached to the router are numbered by a host index, from 1 to the count of
- * devapi_get_host_num(). Numbers may change between two calls, as devices come and go.
+ * devapi_get_host_num(). Numbers may change between two calls, as devices come and go. The plug-in
+ * walks all of them, however large the count.
  */
 
 /* Sets *count to the number of attached devices. GET_AD_BASE_INFO takes only -1 as a failure,
@@ -964,7 +968,8 @@ DEVAPI_RECORD_FIELD(AdBaseInfo, Dbm, 640, 8);
 DEVAPI_RECORD_FIELD(AdBaseInfo, StaticDhcpEnable, 648, 8);
 
 /* Fills info for the device with the host index. Only -1 is a failure for the commands that list
- * devices; 1000 says that there is no device with this index. */
+ * devices; 1000 says that there is no device with this index. GET_AD_BASE_INFO takes that for an
+ * answer like any other and lists what the record then holds. */
 int32_t devapi_get_ad_base_info(AdBaseInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
@@ -979,8 +984,8 @@ DEVAPI_RECORD_FIELD(AdBaseSetting, FailReason, 656, 64);
 /*
  * Applies what a user sets of the device with the MAC address: DevType, ByName, AccessEnable,
  * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting as
- * it is, and ip is then empty; "0" as DownLimit ends the limit. The other fields are empty and mean
- * nothing. Only -1 is a failure.
+ * it is; "0" as DownLimit ends the limit. ip is empty unless StaticDhcpEnable is given. The other
+ * fields are empty and mean nothing. Only -1 is a failure.
  */
 int32_t devapi_set_ad_base_info(AdBaseSetting *setting);
 
@@ -1046,7 +1051,7 @@ typedef struct GreenHostInfo {
     char Mac[64];          /* MAC address */
     char Name[64];         /* name given by the user */
     char NotifyEnable[8];  /* whether notices about the device are wanted */
-    char ProtectEnable[8]; /* whether its protect periods are in force; no command sets it */
+    char ProtectEnable[8]; /* whether it is protected; set by devapi_set_protect_enable() */
     char NewEntry[8];      /* in a setting, "1" when the entry has just been added, else "0" */
 } GreenHostInfo;
 
@@ -1058,8 +1063,8 @@ DEVAPI_RECORD_FIELD(GreenHostInfo, NotifyEnable, 136, 8);
 DEVAPI_RECORD_FIELD(GreenHostInfo, ProtectEnable, 144, 8);
 DEVAPI_RECORD_FIELD(GreenHostInfo, NewEntry, 152, 8);
 
-/* Fills info for the entry with the host index. Any result but 0 is a failure: there is no such
- * entry. */
+/* Fills info for the entry with the host index; one whose Mac is empty or "NULL" is not listed. Any
+ * result but 0 is a failure: there is no such entry. */
 int32_t devapi_get_green_net_info(GreenHostInfo *info);
 
 /* Stores Mac, Name and NotifyEnable of the entry with the host index. Any result but 0 is a
@@ -1081,7 +1086,9 @@ int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
 int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
 
 /* Removes all entries but those whose MAC addresses stand in the list, each followed by a comma;
- * all of them for NULL. Any result but 0 is a failure. */
+ * all of them for NULL. The list has room for 20 bytes per device: where a request named longer
+ * addresses, it is cut, and what has lost its comma is no whole address. Any result but 0 is a
+ * failure. */
 int32_t devapi_del_green_net_info_by_maclist(const char *list);
 
 /* Switches the restriction of access as such on (1) or off (0). Any result but 0 is a failure. */

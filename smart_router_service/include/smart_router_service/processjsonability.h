@@ -13,8 +13,9 @@
  * command answers with its failure text, or, when not even that can be allocated, adds nothing.
  *
  * Results: a failed command is not a failed call. Failures travel inside the object, as "Status"
- * "1", with a "FailReason" wherever the command has one; two commands have answers of their own
- * beside it, as protocol/commands describes.
+ * "1", with a "FailReason" wherever the command has one. Some commands have answers of their own:
+ * one says nothing of a key that it misses, some repeat a key. protocol/commands describes them
+ * all.
  *
  * Threads: commands may be called from any thread, but one command object only by one thread at a
  * time. The library takes no lock around a command.
@@ -115,8 +116,9 @@ extern SMART_ROUTER_API char *info_wersion;
 /*
  * Held while an image is downloaded or flashed: by a worker of UPDATE_IMMEDIATE,
  * PLATEFORM_UPDATE_IMMEDIATE or IMAGE_DOWNLOAD, by pthread_hg_image_upgrade(), or within
- * HG_IMAGE_DOWNLOAD and IMAGE_UPDATE. A second one is refused meanwhile; the library only ever
- * tries the lock. An agent that wants to end in peace waits until it is free.
+ * HG_IMAGE_DOWNLOAD and IMAGE_UPDATE. A second one is refused meanwhile; only HG_IMAGE_UPDATE
+ * flashes without it. The library only ever tries the lock. An agent that wants to end in peace
+ * waits until it is free.
  */
 extern SMART_ROUTER_API pthread_mutex_t downimagelock;
 
