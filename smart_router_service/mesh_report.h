@@ -16,7 +16,8 @@ void read_model(Model &model);
 using AreaCode = char[32];
 // Reads the code of the operator's area, into so many bytes of it; empty when it is not known.
 void read_area_code(AreaCode &code, int32_t size = sizeof(AreaCode) - 1);
-// Whether the code is that of one of the three operators that want to see the links between routers.
+// Whether the code is that of one of the three operators that want to see the links between
+// routers.
 bool wants_mesh_links(const AreaCode &code);
 
 // Reads the MAC address of the LAN bridge, by which child routers know the main router.
