@@ -119,4 +119,26 @@ void move_lan(Home &home, const Lan &plan)
     home.lan = plan;
 }
 
+void require_free_address(const Home &home, const Host &host, const std::string &ip)
+{
+    const uint32_t wanted = address("ip", ip);
+    const Subnet subnet(*parse_ipv4(home.lan.ip), *parse_ipv4(home.lan.subnet_mask));
+    if (!subnet.is_host(wanted)) {
+        throw Error("ip is no address of the LAN");
+    }
+    if (ip == home.lan.ip) {
+        throw Error("ip is the address of the gateway");
+    }
+    for (const ChildRouter &router : home.mesh.child_routers) {
+        if (ip == router.ip) {
+            throw Error("ip belongs to " + router.name);
+        }
+    }
+    for (const Host &other : home.hosts) {
+        if (ip == other.ip && &other != &host) {
+            throw Error("ip belongs to " + other.name);
+        }
+    }
+}
+
 } // namespace simulated_gateway

@@ -12,4 +12,7 @@ namespace simulated_gateway {
 // Throws an Error, of at most 63 bytes, that says what is wrong with the plan.
 void move_lan(Home &home, const Lan &plan);
 
+// Throws an Error, of at most 63 bytes, unless the host may have the address.
+void require_free_address(const Home &home, const Host &host, const std::string &ip);
+
 } // namespace simulated_gateway

@@ -57,6 +57,14 @@ Argument request_text(const char *name, const char *text)
     return argument;
 }
 
+Argument request_text_or_null(const char *name, const char *const &text)
+{
+    return {name, &text, false, [](const void *value, bool) {
+                const char *shown = *static_cast<const char *const *>(value);
+                return shown != nullptr ? in_quotes(shown) : "null";
+            }};
+}
+
 Argument reply_number(const char *name, const int32_t *number)
 {
     return {name, number, true, shown_number};
@@ -93,7 +101,7 @@ int64_t number_of(const char *name, const std::string &text)
 
 void put_text(std::span<char> field, const std::string &text)
 {
-    const std::string &shown = text.empty() ? "NULL" : text;
+    const std::string &shown = text.empty() ? kNoValue : text;
     std::string_view fitting = shown;
     if (fitting.size() >= field.size()) {
         fitting = whole_letters(fitting.substr(0, field.size() - 1));

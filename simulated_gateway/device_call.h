@@ -111,6 +111,9 @@ Argument reply_text(const char *name, const char *text);
 // A bare text that the function reads.
 Argument request_text(const char *name, const char *text);
 
+// The same for one that may be null; it has to outlive the call.
+Argument request_text_or_null(const char *name, const char *const &text);
+
 // A bare number that the function fills.
 Argument reply_number(const char *name, const int32_t *number);
 
@@ -136,8 +139,11 @@ int32_t query(const char *function, std::initializer_list<Argument> arguments,
 int32_t setting(const char *function, std::initializer_list<Argument> arguments,
                 const std::function<int32_t(State &)> &body);
 
-// Puts a text into a record's field, cut at its width behind a whole letter; a field without a
-// value says "NULL".
+// What a field without a value says.
+constexpr char kNoValue[] = "NULL";
+
+// Puts a text into a record's field, cut at its width behind a whole letter; without one it
+// says that there is no value.
 void put_text(std::span<char> field, const std::string &text);
 template <size_t width> void put(char (&field)[width], const std::string &text)
 {
@@ -167,6 +173,12 @@ std::string taken(const char *name, const char (&field)[width], const Rule &rule
 template <size_t width> std::string taken_text(const char *name, const char (&field)[width])
 {
     return taken(name, field, Text{width});
+}
+// A text that may be taken away, by an empty one or by what the gateway says for none.
+template <size_t width> std::string taken_or_none(const char *name, const char (&field)[width])
+{
+    const std::string text = taken(field);
+    return text.empty() || text == kNoValue ? "" : taken_text(name, field);
 }
 template <size_t width> bool taken_flag(const char *name, const char (&field)[width])
 {

@@ -1,7 +1,7 @@
 // The check-up: what the gateway finds when it examines itself, and what it does about it.
 #include "clock.h"
 #include "device_call.h"
-#include "measurements.h"
+#include "host_activity.h"
 #include "radio_channels.h"
 
 #include <algorithm>

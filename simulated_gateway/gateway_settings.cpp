@@ -255,7 +255,7 @@ int32_t devapi_get_hg_pppoe_info(PppoeInfo *info)
         const Wan &wan = state.home.wan;
         put(info->Account, wan.pppoe_account);
         put(info->Password, wan.pppoe_password);
-        put(info->Enable, wan.mode == "PPPoE");
+        put(info->Enable, wan.mode == kPppoeMode);
         return 0;
     });
 }
@@ -273,9 +273,9 @@ int32_t devapi_set_hg_pppoe_info(PppoeSetting *wanted)
         if (enable || !taken(info.Password).empty()) {
             wan.pppoe_password = taken_text("Password", info.Password);
         }
-        const bool was_enabled = wan.mode == "PPPoE";
+        const bool was_enabled = wan.mode == kPppoeMode;
         if (enable != was_enabled) {
-            wan.mode = enable ? "PPPoE" : "DHCP";
+            wan.mode = enable ? kPppoeMode : "DHCP";
         }
         if (enable || was_enabled) {
             reconnect(state);

@@ -10,6 +10,13 @@ int64_t cpu_percent(const State &state);
 int64_t memory_percent(const State &state);
 int64_t cpu_celsius(const State &state);
 
+// The rates at which the home would send and receive if every host might as it likes.
+struct Rates {
+    int64_t up_kbps = 0;
+    int64_t down_kbps = 0;
+};
+Rates wanted_rates(const State &state);
+
 // Rates in kbit/s, and the time to the next gateway and back in ms; 0 without a connection.
 int64_t up_kbps(const State &state);
 int64_t down_kbps(const State &state);
@@ -17,11 +24,5 @@ int64_t delay_ms(const State &state);
 
 // The power at which a transmitter of that number and ordinary power is received, in dBm.
 int64_t received_dbm(const State &state, uint64_t transmitter, int64_t ordinary_dbm);
-
-// Whether the network that the host has been on is still there for it.
-bool is_online(const Home &home, const Host &host);
-int64_t online_hosts(const Home &home);
-int64_t online_wifi_clients(const Home &home);
-int64_t protected_hosts(const Home &home);
 
 } // namespace simulated_gateway

@@ -35,6 +35,9 @@ void let_time_pass(State &state)
 
 void switch_network(Home &home, Ssid &ssid, bool on)
 {
+    if (on && !ssid.enabled) {
+        ssid.on_since = now();
+    }
     ssid.enabled = on;
     const bool last_went_off = std::ranges::none_of(
         home.ssids, [&](const Ssid &it) { return it.band == ssid.band && it.enabled; });
@@ -43,15 +46,23 @@ void switch_network(Home &home, Ssid &ssid, bool on)
     }
 }
 
-void reconnect(State &state)
+void reconnect(Wan &wan)
 {
-    Wan &wan = state.home.wan;
     if (wan.fault == kCableFault) {
         return;
     }
-    wan.connected = !wan.ip.empty() && !wan.gateway.empty() && !wan.primary_dns.empty();
+    const bool has_addresses = !wan.ip.empty() && !wan.gateway.empty() && !wan.primary_dns.empty();
+    wan.connected = wan.bridged || has_addresses;
     wan.fault = wan.connected ? "" : kAddressFault;
-    state.wan_time = now();
+}
+
+void reconnect(State &state)
+{
+    Wan &wan = state.home.wan;
+    reconnect(wan);
+    if (wan.fault != kCableFault) {
+        state.wan_time = now();
+    }
 }
 
 const char *connection_state(const Wan &wan)

@@ -4,7 +4,10 @@
 // reading and writing the state file and checking values all go by that description.
 #pragma once
 
+#include "model_green_net.h"
+#include "model_hosts.h"
 #include "model_settings.h"
+#include "model_wan.h"
 #include "model_wifi.h"
 #include "rules.h"
 #include "smart_router_service/device_access.h"
@@ -90,39 +93,6 @@ struct Lan {
     }
 };
 
-// The last three end when the router connects anew; only hands can plug in a cable.
-constexpr char kCableFault[] = "LINK_DOWN";
-constexpr char kAddressFault[] = "NO_ADDRESS";
-constexpr auto kWanFaults = one_of(kCableFault, kAddressFault, "AUTH_FAILED", "DNS_FAILED");
-
-struct Wan {
-    std::string mode;
-    bool connected = false;
-    std::string fault; // why it is not connected
-    std::string ip;
-    std::string subnet_mask;
-    std::string gateway;
-    std::string primary_dns;
-    std::string secondary_dns;
-    std::string pppoe_account;
-    std::string pppoe_password;
-
-    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
-    {
-        constexpr auto optional = Presence::kOptional;
-        visit.field("mode", self.mode, one_of("DHCP", "PPPoE", "Static"));
-        visit.field("connected", self.connected, Flag{});
-        visit.field("fault", self.fault, or_none(kWanFaults));
-        visit.field("ip", self.ip, Ipv4{optional});
-        visit.field("subnet_mask", self.subnet_mask, Ipv4{optional});
-        visit.field("gateway", self.gateway, Ipv4{optional});
-        visit.field("primary_dns", self.primary_dns, Ipv4{optional});
-        visit.field("secondary_dns", self.secondary_dns, Ipv4{optional});
-        visit.field("pppoe_account", self.pppoe_account, Text{64, optional});
-        visit.field("pppoe_password", self.pppoe_password, Text{64, optional});
-    }
-};
-
 // How a child router reaches its parent.
 struct MeshLink {
     std::string kind;
@@ -174,34 +144,7 @@ struct Mesh {
     }
 };
 
-// A device attached to one of the routers.
-struct Host {
-    std::string name;
-    std::string mac;
-    std::string ip;
-    std::string kind;
-    bool online = false;
-    std::string router;        // MAC address of the router that it is attached to
-    int64_t ssid = 0;          // number of the SSID; 0 for a cable
-    int64_t signal_dbm = 0;    // only by radio
-    bool is_protected = false; // under parental control
-
-    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
-    {
-        constexpr auto optional = Presence::kOptional;
-        visit.field("name", self.name, Text{32});
-        visit.field("mac", self.mac, Mac{});
-        visit.field("ip", self.ip, Ipv4{optional});
-        visit.field("kind", self.kind,
-                    one_of("Computer", "Phone", "Tablet", "TV", "Console", "Camera", "Printer",
-                           "Speaker", "Other"));
-        visit.field("online", self.online, Flag{});
-        visit.field("router", self.router, Mac{});
-        visit.field("ssid", self.ssid, Range{1, 8, optional});
-        visit.field("signal_dbm", self.signal_dbm, Range{-110, -1, optional});
-        visit.field("protected", self.is_protected, Flag{optional});
-    }
-};
+constexpr size_t kMostOtherWans = 7;
 
 // Everything that a scenario tells.
 struct Home {
@@ -216,7 +159,8 @@ struct Home {
     Leds leds;
     OrdinaryDay ordinary_day;
     Lan lan;
-    Wan wan;
+    Wan wan; // the connection to the Internet
+    std::vector<Wan> other_wans;
     std::vector<Radio> radios;
     std::vector<Ssid> ssids;
     std::vector<GuestNetwork> guest_networks;
@@ -225,6 +169,7 @@ struct Home {
     std::vector<Neighbour> neighbours;
     Mesh mesh;
     std::vector<Host> hosts;
+    GreenNet green_net;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -240,6 +185,7 @@ struct Home {
         visit.object("ordinary_day", self.ordinary_day);
         visit.object("lan", self.lan);
         visit.object("wan", self.wan);
+        visit.list("other_wans", self.other_wans, kMostOtherWans);
         visit.list("radios", self.radios, 2);
         visit.list("ssids", self.ssids, 8);
         visit.list("guest_networks", self.guest_networks, 2);
@@ -248,6 +194,7 @@ struct Home {
         visit.list("neighbours", self.neighbours, 60);
         visit.object("mesh", self.mesh);
         visit.list("hosts", self.hosts, 128);
+        visit.object("green_net", self.green_net);
     }
 };
 
@@ -292,11 +239,7 @@ template <class AnyHome> auto *radio_of(AnyHome &home, const std::string &band)
 // last.
 void switch_network(Home &home, Ssid &ssid, bool on);
 
-// Connects the WAN anew. Nothing comes of it while the cable is out, or where the home has no
-// addresses for it.
+// Connects the WAN to the Internet anew.
 void reconnect(State &state);
-
-// "Connected" or "Disconnected".
-const char *connection_state(const Wan &wan);
 
 } // namespace simulated_gateway

@@ -68,6 +68,7 @@ struct Ssid {
     bool hidden = false;
     std::string encryption;
     std::string password;
+    int64_t on_since = 0; // in seconds since 1970; 0 when it was on from the start
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -77,6 +78,7 @@ struct Ssid {
         visit.field("hidden", self.hidden, Flag{Presence::kOptional});
         visit.field("encryption", self.encryption, kEncryptions);
         visit.field("password", self.password, Text{64, Presence::kOptional});
+        visit.field("on_since", self.on_since, Range{0, INT64_MAX, Presence::kOptional});
     }
 };
 

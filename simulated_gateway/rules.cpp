@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <set>
 #include <utf8.h>
 
 namespace simulated_gateway {
@@ -34,6 +35,30 @@ std::string complaint(const std::string &value, const Mac &)
 std::string complaint(const std::string &value, const Ipv4 &)
 {
     return parse_ipv4(value) ? "" : in_quotes(value) + " is no IPv4 address";
+}
+
+std::string complaint(const std::string &value, const Ipv6 &)
+{
+    in6_addr address = {};
+    const bool right =
+        value.find('\0') == std::string::npos && inet_pton(AF_INET6, value.c_str(), &address) == 1;
+    return right ? "" : in_quotes(value) + " is no IPv6 address";
+}
+
+std::string complaint(const std::string &value, const ServiceList &)
+{
+    std::set<std::string> services;
+    for (const std::string &service : split_at_commas(value)) {
+        const std::string wrong =
+            complaint(service, one_of("INTERNET", "IPTV", "TR069", "VOIP", "OTHER"));
+        if (!wrong.empty()) {
+            return wrong;
+        }
+        if (!services.insert(service).second) {
+            return in_quotes(value) + " names " + service + " twice";
+        }
+    }
+    return {};
 }
 
 std::string complaint(const std::string &value, const TimeOfDay &)
@@ -81,10 +106,16 @@ std::optional<uint32_t> parse_ipv4(const std::string &text)
     return ntohl(address.s_addr);
 }
 
+bool is_mask(uint32_t mask)
+{
+    const uint32_t host_bits = ~mask;
+    return mask != 0 && (host_bits & (host_bits + 1)) == 0;
+}
+
 bool is_lan_mask(uint32_t mask)
 {
     const uint32_t host_bits = ~mask;
-    return (host_bits & (host_bits + 1)) == 0 && host_bits >= 3 && host_bits <= 0xffffff;
+    return is_mask(mask) && host_bits >= 3 && host_bits <= 0xffffff;
 }
 
 std::string ipv4_text(uint32_t address)
@@ -93,6 +124,41 @@ std::string ipv4_text(uint32_t address)
     char text[INET_ADDRSTRLEN] = {};
     inet_ntop(AF_INET, &network_order, text, sizeof(text));
     return text;
+}
+
+std::vector<std::string> split_at_commas(std::string_view text)
+{
+    std::vector<std::string> parts;
+    size_t start = 0;
+    for (size_t comma = 0; comma != std::string_view::npos; start = comma + 1) {
+        comma = text.find(',', start);
+        parts.emplace_back(text.substr(start, comma - start));
+    }
+    return parts;
+}
+
+std::optional<std::string> parse_mac(std::string_view text)
+{
+    const size_t step = text.size() == 12 ? 2 : 3;
+    const char separator = text.size() == 17 ? text[2] : ':';
+    if ((text.size() != 12 && text.size() != 17) || (separator != ':' && separator != '-')) {
+        return std::nullopt;
+    }
+    std::string mac;
+    for (size_t at = 0; at < text.size(); ++at) {
+        const bool between = at % step == 2;
+        if (between && text[at] != separator) {
+            return std::nullopt;
+        }
+        if (at != 0 && at % step == 0) {
+            mac += ':';
+        }
+        if (!between) {
+            const char letter = text[at];
+            mac += letter >= 'a' && letter <= 'f' ? static_cast<char>(letter - 'a' + 'A') : letter;
+        }
+    }
+    return complaint(mac, Mac{}).empty() ? std::optional(mac) : std::nullopt;
 }
 
 } // namespace simulated_gateway

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace simulated_gateway {
 
@@ -30,6 +31,16 @@ struct Mac {
 
 // An IPv4 address, such as 192.168.1.1.
 struct Ipv4 {
+    Presence presence = Presence::kRequired;
+};
+
+// An IPv6 address, such as 2001:db8::1.
+struct Ipv6 {
+    Presence presence = Presence::kRequired;
+};
+
+// What a WAN connection is used for, each at most once, such as TR069,VOIP.
+struct ServiceList {
     Presence presence = Presence::kRequired;
 };
 
@@ -76,6 +87,8 @@ template <class Rule> constexpr Rule or_none(Rule rule)
 std::string complaint(const std::string &value, const Text &rule);
 std::string complaint(const std::string &value, const Mac &rule);
 std::string complaint(const std::string &value, const Ipv4 &rule);
+std::string complaint(const std::string &value, const Ipv6 &rule);
+std::string complaint(const std::string &value, const ServiceList &rule);
 std::string complaint(const std::string &value, const TimeOfDay &rule);
 std::string complaint(const std::string &value, const DaysOfWeek &rule);
 std::string complaint(int64_t value, const Range &rule);
@@ -109,5 +122,15 @@ std::string ipv4_text(uint32_t address);
 
 // From a /8 to a /30: a shorter mask is that of no LAN, a longer one leaves no room for a host.
 bool is_lan_mask(uint32_t mask);
+
+// Of leading ones, at least one, as in 255.255.255.255.
+bool is_mask(uint32_t mask);
+
+// The parts of a text that commas separate.
+std::vector<std::string> split_at_commas(std::string_view text);
+
+// A MAC address in the form of the model, from one in letters of any case, with ':', with '-' or
+// with nothing between its bytes; nothing for a text that is no MAC address.
+std::optional<std::string> parse_mac(std::string_view text);
 
 } // namespace simulated_gateway

@@ -1,0 +1,52 @@
+#include "coherence.h"
+
+namespace simulated_gateway {
+
+void check_signal(bool by_radio, int64_t signal_dbm, const std::string &path)
+{
+    if (by_radio && signal_dbm == 0) {
+        refuse(path, "is missing, and the link is by radio");
+    }
+    if (!by_radio && signal_dbm != 0) {
+        refuse(path, "there is no link by radio");
+    }
+}
+
+const ChildRouter *child_router(const Mesh &mesh, const std::string &mac)
+{
+    const auto found = std::ranges::find(mesh.child_routers, mac, &ChildRouter::mac);
+    return found != mesh.child_routers.end() ? &*found : nullptr;
+}
+
+void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
+{
+    const Mesh &mesh = home.mesh;
+    if (mesh.link_layer_up && !mesh.enabled) {
+        refuse(path + "/link_layer_up", "the mesh is off");
+    }
+    const std::vector<ChildRouter> &children = mesh.child_routers;
+    const std::string list = path + "/child_routers";
+    for (size_t at = 0; at < children.size(); ++at) {
+        addresses.claim_mac(children[at].mac, item(list, at) + "/mac");
+        addresses.claim_lan_address(children[at].ip, item(list, at) + "/ip");
+        check_signal(children[at].link.kind != "cable", children[at].link.signal_dbm,
+                     item(list, at) + "/link/signal_dbm");
+    }
+    for (size_t at = 0; at < children.size(); ++at) {
+        // Up the links from any child router, the main router has to come within as many steps as
+        // there are child routers.
+        const ChildRouter *router = &children[at];
+        for (size_t step = 0; router->parent != home.identity.mac; ++step) {
+            const ChildRouter *parent = child_router(mesh, router->parent);
+            if (parent == nullptr) {
+                refuse(item(list, at) + "/parent", "there is no router " + router->parent);
+            }
+            if (step == children.size()) {
+                refuse(item(list, at) + "/parent", "the links form a ring");
+            }
+            router = parent;
+        }
+    }
+}
+
+} // namespace simulated_gateway
