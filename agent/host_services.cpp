@@ -100,6 +100,16 @@ int32_t kaa_device_notice(const char *)
     return 0;
 }
 
+void ts_sys_mgr_get_brmac(char *mac)
+{
+    *mac = '\0';
+}
+
+int32_t dev_is_exist(int32_t)
+{
+    return 0;
+}
+
 void free_str_buf(char **text)
 {
     if (text != nullptr) {

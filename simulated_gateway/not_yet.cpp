@@ -125,3 +125,124 @@ __attribute__((weak)) int32_t devapi_set_protect_enable(int32_t enable, int32_t 
 }
 #include "simulated_gateway/simulated_gateway.h"
 __attribute__((weak)) void simulated_gateway_on_progress(SimulatedGatewayProgress, void *) {}
+__attribute__((weak)) int32_t devapi_get_update_schedule(UpdateSchedule *schedule)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_update_schedule(const UpdateSchedule *schedule)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_hg_log(const char *url, const char *log_type,
+                                                const char *mac)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_childrouter_list(ChildRouterList *list)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_router_mesh_info(MeshLink *link, int32_t identifier)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_child_mesh_info(ChildMeshInfo *info, int32_t identifier)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac,
+                                                                     ChildMeshList *list)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_childsta_base_info(AdBaseInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_devicemodel(char *model, int32_t size)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_basic_area_code(char *code, int32_t size)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_mesh_type()
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_call_tslink_set_topo_speed()
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_local_timezone(int32_t *hours)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_systerm_timetype()
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_dev_status_info(DevStatusInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_topo_relation_ship(char *text, int32_t size)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_topo_relation_num(int32_t *count)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first)
+{
+    return -1;
+}
+__attribute__((weak)) void devapi_free_topo_list(TopoNode *first) {}
+__attribute__((weak)) int32_t devapi_get_node_dev_info(const TopoNode *node, NodeDevInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_viewmac_by_mac(const char *mac, char *view)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_topo_xml_getinfo(const char *path, char *value)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_node_dev_info_by_newmetod(const char *path,
+                                                                   ChildRouterInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_node_sta_info_by_newmetod(StationList *list,
+                                                                   const char *path)
+{
+    return -1;
+}
