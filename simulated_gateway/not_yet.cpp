@@ -246,3 +246,142 @@ __attribute__((weak)) int32_t devapi_get_node_sta_info_by_newmetod(StationList *
 {
     return -1;
 }
+__attribute__((weak)) int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t
+devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char *method, char **answer)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_setup_mesh(int32_t enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_kaa_heartbeat(const char *heartbeat)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_mesh_status(MeshStatus *status)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_mesh_status(const MeshStatus *status)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_pair_status(const PairStatus *status)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_wps_state(const WpsState *state)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_led_info(LedInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_sta_led(const char *on, const char *colour,
+                                                 const char *light)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_tslink_config(int32_t *state)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_sta_tslink_config(const char *state)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_del_device(const char *mac)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_channel_ap_num(const WifiChannelList *channels,
+                                                        ChannelApNum *counts)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_link_info(LinkInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_ping_check(const char *target)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_uplink_qos_info(QosInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_qos_enable(int32_t enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_qos_app_info(int32_t identifier, const char *priority)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_qos_classification_info(QosRule *rule)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_speedtest_request(SpeedTest *test)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_ap_alg_ability(AlgAbility *ability)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_ap_alg_ability(const AlgAbility *ability)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_upnp_state(UpnpState *state)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_upnp_state(const UpnpState *state)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_tsconf_status(char *status, int32_t size)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_wps_enable(int32_t *enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_wps_enable(int32_t enable)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_get_port_binding_info(PortBindingInfo *info)
+{
+    return -1;
+}
+__attribute__((weak)) int32_t devapi_set_port_binding(const char *index, const char *ports)
+{
+    return -1;
+}
