@@ -21,42 +21,30 @@ int32_t relay(cJSON *obj, const char *other_key, const char *missing, const char
     }
     Reply success;
     success.success();
-    const int32_t result = success.complete() ? json_child_router_common(obj) : -1;
+    if (!can_conclude(obj, success, failure)) {
+        return -1;
+    }
+    const int32_t result = json_child_router_common(obj);
     consume(obj, id);
     consume(obj, other);
     conclude(obj, success, result != 0, failure);
     return result;
 }
 
-// A child router's answer, which the device library has allocated.
-class Answer {
-  public:
-    Answer() = default;
-    ~Answer() { free(text_); }
-    Answer(const Answer &) = delete;
-    Answer &operator=(const Answer &) = delete;
-
-    char **place() { return &text_; }
-    const char *text() const { return text_; }
-
-  private:
-    char *text_ = nullptr;
-};
-
 // Asks the child router for its attached devices. Result: its answer, parsed, which belongs to the
 // caller; null with the reason when there is none.
 cJSON *ask_for_devices(const char *request, const char **reason)
 {
-    constexpr size_t kMethodSize = 64; // device libraries send the whole buffer
-    const char method[kMethodSize] = "get_childrouter_host_info";
-    Answer answer;
-    if (devapi_cmdstring_sendto_tslink_with_retinfo(request, method, answer.place()) != 0 ||
-        answer.text() == nullptr) {
+    const char method[RELAY_METHOD_SIZE] = "get_childrouter_host_info";
+    char *text = nullptr;
+    const int32_t result = devapi_cmdstring_sendto_tslink_with_retinfo(request, method, &text);
+    const Freed answer(text);
+    if (result != 0 || text == nullptr) {
         *reason = "sendto tslink or retinfo fail";
         return nullptr;
     }
     *reason = "Get child_adbaseinfo fail";
-    return cJSON_Parse(answer.text());
+    return cJSON_Parse(text);
 }
 
 } // namespace
@@ -131,6 +119,5 @@ int32_t json_get_child_router_adbaseinfo(cJSON *obj)
     Reply reply;
     reply.add("BaseInfo", printed.text() != nullptr ? cJSON_Parse(printed.text()) : nullptr);
     reply.success();
-    answer(obj, reply, kNotCopied);
-    return 0;
+    return answer(obj, reply, kNotCopied);
 }

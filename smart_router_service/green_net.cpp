@@ -205,8 +205,7 @@ int32_t json_get_green_net_list(cJSON *obj)
             LOG_ERROR("cJSON_CreateObject error\n");
         }
     }
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t json_set_green_net_list(cJSON *obj)

@@ -266,11 +266,13 @@ void fail(cJSON *obj, const char *reason, size_t width)
     reply.join(obj);
 }
 
-void answer(cJSON *obj, Reply &reply, const char *reason)
+int32_t answer(cJSON *obj, Reply &reply, const char *reason)
 {
-    if (!reply.join(obj)) {
-        fail(obj, reason);
+    if (reply.join(obj)) {
+        return 0;
     }
+    fail(obj, reason);
+    return -1;
 }
 
 void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,

@@ -2,16 +2,16 @@
 // signal of a station.
 #include "handler_support.h"
 
-#include <stdio.h>
-
 using namespace smart_router;
 
 namespace {
 
+// What is found of the name resolution is reported of DHCP as well.
 constexpr auto kAddresses = fields_of<LinkInfo>({
-    FIELD(LinkInfo, "LanIP", LanIP), FIELD(LinkInfo, "WanIp", WanIp),
+    FIELD(LinkInfo, "LanIP", LanIP),
+    FIELD(LinkInfo, "WanIp", WanIp),
     FIELD(LinkInfo, "DnsCheck", DnsCheck),
-    FIELD(LinkInfo, "DhcpCheck", DnsCheck), // where names are resolved, addresses have come by DHCP
+    FIELD(LinkInfo, "DhcpCheck", DnsCheck),
 });
 
 constexpr auto kRadios = fields_of<LinkInfo>({
@@ -23,20 +23,23 @@ constexpr auto kRadios = fields_of<LinkInfo>({
     FIELD(LinkInfo, "Wifi58ChannelCheck", Wifi58ChannelCheck),
 });
 
+struct ChannelName {
+    int32_t number;
+};
+
+constexpr auto kChannelName = fields_of<ChannelName>({FIELD(ChannelName, "Name", number)});
+
 // A new object for a channel; null when memory ran out.
-cJSON *channel_object(int16_t channel, int32_t count)
+cJSON *channel_object(int16_t channel, int32_t access_points)
 {
-    char name[16];
-    snprintf(name, sizeof name, "%d", channel);
-    JsonItem object(cJSON_CreateObject());
-    if (object.get() == nullptr || !add_text(object.get(), "Name", name)) {
+    const ChannelName name = {channel};
+    JsonItem object(object_of(kChannelName, &name));
+    cJSON *count = cJSON_CreateNumber(access_points);
+    if (object.get() == nullptr || count == nullptr) {
+        cJSON_Delete(count);
         return nullptr;
     }
-    cJSON *number = cJSON_CreateNumber(count);
-    if (number == nullptr) {
-        return nullptr;
-    }
-    cJSON_AddItemToObjectCS(object.get(), "Count", number);
+    cJSON_AddItemToObjectCS(object.get(), "Count", count);
     return object.release();
 }
 
@@ -59,6 +62,9 @@ int32_t json_get_scan_channel_count(cJSON *obj)
     WifiChannelList channels = {};
     ChannelApNum access_points = {};
     const int32_t list_result = devapi_get_all_wifi_channel_list(&channels);
+    if (minus_one(list_result)) {
+        channels = {};
+    }
     const int32_t count_result = devapi_get_channel_ap_num(&channels, &access_points);
     if (minus_one(list_result) || minus_one(count_result)) {
         fail(obj, kFailure);
@@ -70,22 +76,22 @@ int32_t json_get_scan_channel_count(cJSON *obj)
     add_channels(reply, "List58g", channels.channels_5g, access_points.counts_5g,
                  channels.count_5g);
     reply.success();
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t json_get_link_check(cJSON *obj)
 {
-    LinkInfo link;
-    read_or_empty<devapi_get_link_info>(link);
+    LinkInfo link = {};
+    if (minus_one(devapi_get_link_info(&link))) {
+        link = {};
+    }
     const bool reached = devapi_get_ping_check(SMART_ROUTER_PING_TARGET) == 0;
     Reply reply;
     reply.fields(kAddresses, &link);
     reply.text("PingCheck", reached ? SMART_ROUTER_PING_TARGET : "");
     reply.fields(kRadios, &link);
     reply.success();
-    answer(obj, reply, nullptr);
-    return 0;
+    return answer(obj, reply, nullptr);
 }
 
 int32_t json_get_sta_rssi(cJSON *obj)
@@ -104,6 +110,5 @@ int32_t json_get_sta_rssi(cJSON *obj)
     Reply reply;
     reply.add("Dbm", cJSON_CreateNumber(dbm));
     reply.success();
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }

@@ -115,7 +115,6 @@ constexpr auto kConfigurationState = fields_of<ConfigurationState>({
 
 int32_t json_set_tslink_ssid(cJSON *obj)
 {
-    constexpr char kInvalid[] = "Enable invalid";
     cJSON *item = cJSON_GetObjectItem(obj, "Enable");
     const char *enable = text_of(item);
     if (enable == nullptr) {
@@ -123,18 +122,18 @@ int32_t json_set_tslink_ssid(cJSON *obj)
         return -1;
     }
     const bool on = strcmp(enable, "1") == 0;
-    const bool off = strcmp(enable, "0") == 0;
+    const bool is_valid = on || strcmp(enable, "0") == 0;
     Reply success;
     success.success();
-    const bool can_set = (on || off) && success.complete();
+    const bool can_set = is_valid && success.complete();
     if (can_set) {
         devapi_setup_mesh(on ? 1 : 0);
     }
-    if (can_set && off) {
+    if (can_set && !on) {
         LOG_DEBUG("not set up mesh\n");
     }
     consume(obj, item);
-    conclude(obj, success, !can_set, kInvalid);
+    conclude(obj, success, !can_set, is_valid ? nullptr : "Enable invalid");
     return can_set ? 0 : -1;
 }
 

@@ -7,7 +7,7 @@ namespace {
 
 // ---- Switch and priorities ---------------------------------------------------------------------
 
-// Some settings are numbers to the device; as records of texts they are settings like the others.
+// Some settings are numbers to the device; as records they are settings like the others.
 struct QosSwitch {
     char Enable[8];
 };
@@ -36,7 +36,7 @@ constexpr auto kPriority = fields_of<ApplicationPriority>({
 
 // ---- Rules -------------------------------------------------------------------------------------
 
-constexpr char kAdd[] = "1";
+constexpr int32_t kAdd = 1;
 constexpr char kDelete[] = "2";
 
 constexpr auto kSelection = fields_of<QosRule>({
@@ -72,17 +72,19 @@ constexpr auto kApplication = fields_of<QosApplication>({
 // Reads the types of a rule, as many as it has room for; what comes behind them is not looked at.
 bool read_types(const cJSON *elements, QosRule *rule)
 {
+    int32_t count = 0;
     cJSON *element;
     cJSON_ArrayForEach(element, elements)
     {
-        if (read_fields(element, kType, &rule->types[rule->type_count]) != 0) {
-            return false;
-        }
-        ++rule->type_count;
-        if (rule->type_count == QOS_MAX_TYPES) {
+        if (count == QOS_MAX_TYPES) {
             break;
         }
+        if (read_fields(element, kType, &rule->types[count]) != 0) {
+            return false;
+        }
+        ++count;
     }
+    rule->type_count = count;
     return true;
 }
 
@@ -123,8 +125,9 @@ bool add_applications(Reply &reply, const QosInfo &qos)
     return true;
 }
 
-// Adds the rules. A rule without memory for its types is left out, and the reply says so before the
-// list. Result: false, with the reason in the reply, when there is no memory for the list.
+// Adds the rules. A rule without memory for itself or its types is left out, and the reply says so
+// before the list. Result: false, with the reason in the reply, when there is no memory for the
+// list.
 bool add_rules(Reply &reply, const QosInfo &qos)
 {
     JsonItem list(cJSON_CreateArray());
@@ -166,8 +169,7 @@ int32_t json_get_qos_info(cJSON *obj)
     if (add_applications(reply, *qos.get()) && add_rules(reply, *qos.get())) {
         reply.success();
     }
-    answer(obj, reply, kNoArray);
-    return 0;
+    return answer(obj, reply, kNoArray);
 }
 
 int32_t parse_json_set_qos_cls_info(QosRule *rule, cJSON *obj)
@@ -207,13 +209,11 @@ int32_t json_set_qos_classification_info(cJSON *obj)
         fail(obj, "json param is invalid or miss");
         return -1;
     }
-    // Which of the two it will be, the device says.
-    Reply changed;
-    changed.success();
-    Reply added;
-    added.success();
-    added.reserve(kRuleId);
-    const bool can_set = changed.complete() && added.complete();
+    Reply success;
+    success.success();
+    Reply identifier; // only of a rule that was added, which the device says
+    identifier.reserve(kRuleId);
+    const bool can_set = success.complete() && identifier.complete();
     const int32_t result = can_set ? devapi_set_qos_classification_info(&rule) : -1;
     if (result == 0) {
         cJSON_DeleteItemFromObject(obj, "Id");
@@ -222,11 +222,10 @@ int32_t json_set_qos_classification_info(cJSON *obj)
     for (const char *key : kKeys) {
         cJSON_DeleteItemFromObject(obj, key);
     }
-    if (result == 0 && number_in(rule.Action) == number_of(kAdd)) {
-        added.set_reserved(kRuleId, &rule);
-        added.join(obj);
-    } else {
-        conclude(obj, changed, result != 0, kFailure);
+    conclude(obj, success, result != 0, kFailure);
+    if (result == 0 && number_in(rule.Action) == kAdd) {
+        identifier.set_reserved(kRuleId, &rule);
+        identifier.join(obj);
     }
     return result;
 }

@@ -139,13 +139,13 @@ int32_t json_get_port_statistics(cJSON *obj)
 {
     PortStatisticsInfo info = {};
     const int32_t result = devapi_get_port_statistics_info(&info);
+    const Freed entries(info.entries);
     if (result != 0) {
         fail(obj, "get port statistics info error");
     } else {
         const size_t count = info.entries != nullptr ? clamped(info.count, SIZE_MAX) : 0;
         answer_ports(obj, kPortStatistics, info.entries, count);
     }
-    free(info.entries);
     return result;
 }
 

@@ -675,7 +675,8 @@ DEVAPI_RECORD_FIELD(WifiChannelList, count_5g, 4, 4);
 DEVAPI_RECORD_FIELD(WifiChannelList, channels_24g, 8, 128);
 DEVAPI_RECORD_FIELD(WifiChannelList, channels_5g, 136, 128);
 
-/* Fills list. GET_WIFI_CHANNEL_LIST takes any result but 0 for a failure. */
+/* Fills list. GET_WIFI_CHANNEL_LIST takes any result but 0 for a failure, GET_SCAN_CHANNEL_COUNT
+ * only -1. */
 int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
 
 /* ---- Guest Wi-Fi ---------------------------------------------------------------------------- */
@@ -1476,11 +1477,15 @@ int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path
  */
 int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
 
+/* Width of the method's text, in bytes. */
+#define RELAY_METHOD_SIZE 64
+
 /*
  * Sends a command to the child router that its "DeviceID" names, and waits for the answer.
  *
  * text:   the command's object as formatted JSON text, of any size.
- * method: what is asked for, such as "get_childrouter_host_info".
+ * method: what is asked for, such as "get_childrouter_host_info": a buffer of RELAY_METHOD_SIZE
+ *         bytes, zero behind the text.
  * answer: NULL before; set to the child router's answer, a JSON text from malloc(), which the
  *         plug-in frees by free(), also after a failure. Nothing is taken for granted of what it
  *         says.
@@ -1512,10 +1517,10 @@ DEVAPI_RECORD_FIELD(MeshStatus, MeshMode, 8, 8);
 /* Fills status. Any result but 0 is a failure, and then status is not read. */
 int32_t devapi_get_mesh_status(MeshStatus *status);
 
-/* Results of devapi_set_mesh_status() that clients are told apart; the numbers in the texts are
- * theirs. */
-#define MESH_BUSY_1 3 /* answered as "MESH_BUSY_1" */
-#define MESH_BUSY_0 4 /* answered as "MESH_BUSY_0" */
+/* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; that
+ * the numbers are crossed is what they know. */
+#define MESH_BUSY_1 3
+#define MESH_BUSY_0 4
 
 /* Applies the status. Any result but 0 is a failure. */
 int32_t devapi_set_mesh_status(const MeshStatus *status);
@@ -1530,7 +1535,7 @@ DEVAPI_RECORD_SIZE(PairStatus, 16);
 DEVAPI_RECORD_FIELD(PairStatus, Enable, 0, 8);
 DEVAPI_RECORD_FIELD(PairStatus, Time, 8, 8);
 
-/* Result of devapi_set_pair_status() that clients are told of, as "WIFI_SET_NOT_SUPPORT". */
+/* Result of devapi_set_pair_status() that clients get the reason "WIFI_SET_NOT_SUPPORT" for. */
 #define MESH_PAIRING_NOT_SUPPORTED 2
 
 /* Opens or closes the time. Any result but 0 is a failure. */
@@ -1591,7 +1596,8 @@ DEVAPI_RECORD_SIZE(ChannelApNum, 512);
 DEVAPI_RECORD_FIELD(ChannelApNum, counts_24g, 0, 256);
 DEVAPI_RECORD_FIELD(ChannelApNum, counts_5g, 256, 256);
 
-/* Fills counts for the channels of the list. Only -1 is a failure. */
+/* Fills counts for the channels of the list, which is empty where it could not be read. Only -1 is
+ * a failure. */
 int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum *counts);
 
 /* What a check of the links has found. */
@@ -1620,7 +1626,7 @@ DEVAPI_RECORD_FIELD(LinkInfo, WanIp, 80, 32);
 DEVAPI_RECORD_FIELD(LinkInfo, DnsCheck, 112, 8);
 DEVAPI_RECORD_FIELD(LinkInfo, Reserved, 120, 56);
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Only -1 is a failure, and then info is not read. */
 int32_t devapi_get_link_info(LinkInfo *info);
 
 /* Pings an address. Result: 0 when it answered. */
@@ -1657,7 +1663,7 @@ typedef struct QosRule {
     char Action[8];        /* in a setting: "1" adds it, "2" deletes it, anything else changes it */
     char Name[32];         /* its name */
     char PriorityLevel[8]; /* the priority */
-    int32_t type_count;    /* how many kinds of traffic it speaks of */
+    int32_t type_count;    /* how many, 3 at most; none when it is negative */
     QosType types[QOS_MAX_TYPES]; /* these kinds */
 } QosRule;
 
@@ -1683,11 +1689,11 @@ DEVAPI_RECORD_FIELD(QosApplication, PriorityLevel, 40, 8);
 
 /* Quality of service as a whole. */
 typedef struct QosInfo {
-    char Enable[8];                                    /* "1" when it is on */
-    int32_t application_count;                         /* how many applications there are */
+    char Enable[8];            /* "1" when it is on */
+    int32_t application_count; /* how many, 4 at most; none when it is negative */
     QosApplication applications[QOS_MAX_APPLICATIONS]; /* the applications */
-    int32_t rule_count;                                /* how many rules there are */
-    QosRule rules[QOS_MAX_RULES];                      /* the rules */
+    int32_t rule_count;           /* how many, 6 at most; none when it is negative */
+    QosRule rules[QOS_MAX_RULES]; /* the rules */
 } QosInfo;
 
 DEVAPI_RECORD_SIZE(QosInfo, 4312);
@@ -1700,8 +1706,8 @@ DEVAPI_RECORD_FIELD(QosInfo, rules, 208, 4104);
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_uplink_qos_info(QosInfo *info);
 
-/* Switches quality of service by the number that the request's text begins with. Any result but 0
- * is a failure. */
+/* Switches quality of service by the number that the first 7 bytes of the request's text begin
+ * with. Any result but 0 is a failure. */
 int32_t devapi_set_qos_enable(int32_t enable);
 
 /* Sets the priority, a text of at most 7 bytes, of the application with the identifier. Any result
@@ -1791,11 +1797,13 @@ int32_t devapi_set_upnp_state(const UpnpState *state);
  * but 0 is a failure, and then status is not read. */
 int32_t devapi_get_tsconf_status(char *status, int32_t size);
 
-/* Sets *enable to the switch of WPS; a number of up to 7 digits is reported whole. Any result but 0
+/* Sets *enable to the switch of WPS; up to 7 characters of the number are
+ * reported, its sign included. Any result but 0
  * is a failure. */
 int32_t devapi_get_wps_enable(int32_t *enable);
 
-/* Switches WPS by the number that the request's text begins with. Any result but 0 is a failure. */
+/* Switches WPS by the number that the first 7 bytes of the request's text begin with. Any result
+ * but 0 is a failure. */
 int32_t devapi_set_wps_enable(int32_t enable);
 
 /* The traffic of a port. */
@@ -1816,8 +1824,8 @@ DEVAPI_RECORD_FIELD(PortStatistics, rx_packets, 112, 32);
 
 /* The traffic of all ports. */
 typedef struct PortStatisticsInfo {
-    int32_t count;           /* how many there are */
-    PortStatistics *entries; /* an array from malloc(), which the plug-in frees by free() */
+    int32_t count;           /* entries that are really there; none when it is negative */
+    PortStatistics *entries; /* an array from malloc(), which the plug-in frees; NULL for none */
 } PortStatisticsInfo;
 
 DEVAPI_RECORD_SIZE_32(PortStatisticsInfo, 8);
@@ -1843,7 +1851,7 @@ DEVAPI_RECORD_FIELD(PortBinding, BoundPorts, 48, 288);
 
 /* All bindings. */
 typedef struct PortBindingInfo {
-    int32_t count;                          /* how many there are */
+    int32_t count;                          /* how many, 8 at most; none when it is negative */
     PortBinding entries[PORT_MAX_BINDINGS]; /* the bindings */
 } PortBindingInfo;
 
