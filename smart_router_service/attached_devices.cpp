@@ -111,8 +111,7 @@ int32_t json_get_attach_dev_base_info(cJSON *obj)
         reply.append(list, kBaseInfo, &device);
     }
     reply.success();
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t json_set_attach_dev_base_info(cJSON *obj)
@@ -180,8 +179,7 @@ int32_t json_get_attach_device_right(cJSON *obj)
         reply.append(list, kRight, &right);
     }
     reply.success();
-    answer(obj, reply, nullptr);
-    return 0;
+    return answer(obj, reply, nullptr);
 }
 
 HANDLER(json_set_attach_device_right,

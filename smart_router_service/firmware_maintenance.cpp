@@ -90,9 +90,7 @@ int32_t json_get_update_status(cJSON *obj)
         reply.add("ChildRouter", complete ? children.release() : nullptr);
     }
     reply.success();
-    const bool complete = reply.complete();
-    answer(obj, reply, kFailure);
-    return complete ? 0 : -1;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t json_send_log_to_platform(cJSON *obj)

@@ -95,9 +95,7 @@ int32_t json_hg_get_update_status(cJSON *obj)
     reply.success();
     reply.text("up_status", "0");
     reply.fields(kUpdateStatus, &status);
-    const bool complete = reply.complete();
-    answer(obj, reply, kFailure);
-    return complete ? 0 : -1; // GET_UPDATE_STATUS goes by this
+    return answer(obj, reply, kFailure); // GET_UPDATE_STATUS goes by this
 }
 
 int32_t json_hg_image_down_and_upgrade(cJSON *image, char *failreason)

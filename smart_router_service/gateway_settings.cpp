@@ -111,8 +111,7 @@ int32_t json_get_hg_base_info(cJSON *obj)
     reply.fields(kBaseLanFields, &lan);
     reply.fields(kBaseWanFields, &wan);
     reply.text("MeshInfo", "[]"); // a text, which apps parse for themselves
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }
 
 HANDLER(json_set_hg_base_info, (setting<devapi_set_hg_base_info, Consume::kOnSuccess>(

@@ -190,6 +190,16 @@ cJSON *object_of(FieldList fields, const void *record)
     return object;
 }
 
+bool append_if_possible(cJSON *list, FieldList fields, const void *record)
+{
+    cJSON *object = object_of(fields, record);
+    if (object == nullptr) {
+        return false;
+    }
+    cJSON_AddItemToArray(list, object);
+    return true;
+}
+
 void Reply::add(const char *key, cJSON *item)
 {
     complete_ = complete_ && item != nullptr;
@@ -256,11 +266,13 @@ void fail(cJSON *obj, const char *reason, size_t width)
     reply.join(obj);
 }
 
-void answer(cJSON *obj, Reply &reply, const char *reason)
+int32_t answer(cJSON *obj, Reply &reply, const char *reason)
 {
-    if (!reply.join(obj)) {
-        fail(obj, reason);
+    if (reply.join(obj)) {
+        return 0;
     }
+    fail(obj, reason);
+    return -1;
 }
 
 void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,

@@ -248,6 +248,10 @@ bool add_fields(cJSON *object, FieldList fields, const void *record);
 // A new object with the record's fields; null when memory ran out.
 cJSON *object_of(FieldList fields, const void *record);
 
+// Appends an object with the fields to an array, which is not null and may be short of one. Result:
+// false when memory ran out for it.
+bool append_if_possible(cJSON *list, FieldList fields, const void *record);
+
 // A reply under construction. It is built in an object of its own and moved over in one go, so that
 // memory that runs out half-way leaves no half reply behind.
 class Reply {
@@ -305,8 +309,9 @@ class Reply {
 // Of a reason that the device library left in a field, no more than width bytes are read.
 void fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
 
-// Joins the reply, or fails with the reason when it could not be built.
-void answer(cJSON *obj, Reply &reply, const char *reason);
+// Joins the reply, or fails with the reason when it could not be built. Result: 0, or -1 when it
+// failed.
+int32_t answer(cJSON *obj, Reply &reply, const char *reason);
 
 // Reads a record; one whose read failed is empty, whatever the failed call wrote into it.
 template <auto call, class Record, class... Selectors>
@@ -340,6 +345,20 @@ class JsonItem {
 
   private:
     cJSON *item_;
+};
+
+// Memory that the device library hands over.
+template <class Content> class Freed {
+  public:
+    explicit Freed(Content *content) : content_(content) {}
+    ~Freed() { free(content_); }
+    Freed(const Freed &) = delete;
+    Freed &operator=(const Freed &) = delete;
+
+    Content *get() const { return content_; }
+
+  private:
+    Content *content_;
 };
 
 // A zeroed record that is too large for a small stack.

@@ -98,8 +98,7 @@ int32_t json_get_protect_period_list(cJSON *obj)
         }
         reply.append(list, kPeriod, &period);
     }
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t json_set_protect_period_list(cJSON *obj)

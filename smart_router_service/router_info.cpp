@@ -197,9 +197,7 @@ int32_t json_get_main_router_info(cJSON *obj)
         reply.text("NetQuality", "0");
         reply.fields(kRadioAddresses, &base);
     }
-    const bool complete = reply.complete();
-    answer(obj, reply, kFailure);
-    return complete ? 0 : -1;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t json_get_main_router_baseinfo(cJSON *obj)

@@ -304,7 +304,5 @@ int32_t json_get_tsnk_topo_info(cJSON *obj)
         reply.add("ChildRouter", complete ? children.release() : nullptr);
     }
     reply.success();
-    const bool complete = reply.complete();
-    answer(obj, reply, kFailure);
-    return complete ? 0 : -1;
+    return answer(obj, reply, kFailure);
 }

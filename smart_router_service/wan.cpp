@@ -119,8 +119,7 @@ int32_t json_query_wan_info(cJSON *obj)
     if (reply.complete()) {
         consume(obj, name);
     }
-    answer(obj, reply, kQueryFailure);
-    return 0;
+    return answer(obj, reply, kQueryFailure);
 }
 
 int32_t json_set_wan_info(cJSON *obj)

@@ -129,8 +129,7 @@ int32_t json_get_wifi_list_info(cJSON *obj)
         reply.text("FastRoaming", fast_roaming, sizeof fast_roaming);
     }
     reply.success();
-    answer(obj, reply, kFailure);
-    return 0;
+    return answer(obj, reply, kFailure);
 }
 
 int32_t parse_wifi_info_from_json(SsidInfo *record, cJSON *item)

@@ -50,16 +50,6 @@ class ScanOwner {
     ScanResult result = {};
 };
 
-class ChannelPowerOwner {
-  public:
-    ChannelPowerOwner() = default;
-    ~ChannelPowerOwner() { free(result.entries); }
-    ChannelPowerOwner(const ChannelPowerOwner &) = delete;
-    ChannelPowerOwner &operator=(const ChannelPowerOwner &) = delete;
-
-    ChannelPowerResult result = {};
-};
-
 struct ChannelName {
     int32_t number;
 };
@@ -116,8 +106,7 @@ int32_t json_get_wifi_sleep_info(cJSON *obj)
         reply.append(list, kSleepFields, &period);
     }
     reply.success();
-    answer(obj, reply, nullptr);
-    return 0;
+    return answer(obj, reply, nullptr);
 }
 
 int32_t parse_wifi_sleep_info_from_json(WifiSleepInfo *record, cJSON *item)
@@ -172,17 +161,18 @@ int32_t json_scan_wifi_ssid_list(cJSON *obj)
 int32_t json_get_scan_channle_power_list(cJSON *obj)
 {
     constexpr char kFailure[] = "get channel rssi failed";
-    ChannelPowerOwner power;
-    const int32_t result = devapi_scan_channel_power(&power.result);
+    ChannelPowerResult power = {};
+    const int32_t result = devapi_scan_channel_power(&power);
+    const Freed entries(power.entries);
     if (result != 0) {
         fail(obj, kFailure);
         return result;
     }
     Reply reply;
     cJSON *list = reply.list("SSIDList");
-    const int32_t count = power.result.entries != nullptr ? power.result.count : 0;
+    const int32_t count = power.entries != nullptr ? power.count : 0;
     for (int32_t at = 0; at < count && reply.complete(); ++at) {
-        reply.append(list, kPowerFields, &power.result.entries[at]);
+        reply.append(list, kPowerFields, &power.entries[at]);
     }
     reply.success();
     answer(obj, reply, kFailure);
