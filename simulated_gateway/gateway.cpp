@@ -211,6 +211,13 @@ void Gateway::power_cycle()
     }
 }
 
+// The main router has one MAC address for its bridge and for itself.
+std::string Gateway::bridge_mac()
+{
+    const std::lock_guard lock(mutex_);
+    return state_.home.identity.mac;
+}
+
 void Gateway::end_calls()
 {
     Lock lock(mutex_);

@@ -48,6 +48,7 @@ class Gateway {
     FirmwareStore &firmware() { return *firmware_; }
 
     void power_cycle();
+    std::string bridge_mac();
 
     // Lets every call fail from now on, and waits for the long work that is under way to end.
     void end_calls();

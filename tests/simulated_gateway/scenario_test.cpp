@@ -184,7 +184,7 @@ TEST_F(ScenarioTest, ValuesHaveToFit)
         {"/radios/0/channel", INT64_MIN, "-9223372036854775808 is not within 1 to 165"},
         {"/radios/1/bandwidth_mhz", 60, "60 is none of 20, 40, 80, 160"},
         {"/hosts", nlohmann::json::object(), "is no list"},
-        {"/hosts", nlohmann::json(129, nullptr), "holds more than 128"},
+        {"/hosts", nlohmann::json(1025, nullptr), "holds more than 1024"},
         {"/hosts/3", 1, "is no object"},
         {"/ssids", nlohmann::json(9, nullptr), "holds more than 8"},
     };
