@@ -58,8 +58,8 @@ TEST_F(ScenarioTest, AnUnknownNameListsTheKnownOnes)
 {
     EXPECT_EQ(
         open({.scenario = "castle"}),
-        "there is no scenario \"castle\"; built in: three_storey_house; a file is named with a "
-        "'/' or ends in \".json\"");
+        "there is no scenario \"castle\"; built in: crowded_mesh, operator_variant, short_report, "
+        "single_router, three_storey_house; a file is named with a '/' or ends in \".json\"");
 }
 
 TEST_F(ScenarioTest, FilesThatCannotBeRead)
