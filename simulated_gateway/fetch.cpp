@@ -59,13 +59,12 @@ class Transfer {
   public:
     Transfer(const Address &address, PartialImage &image, const FetchLimits &limits,
              const std::function<bool()> &goes_on)
-        : image_(image), goes_on_(goes_on), curl_(curl_easy_init(), curl_easy_cleanup),
-          headers_(nullptr, curl_slist_free_all)
+        : image_(image), goes_on_(goes_on), headers_(nullptr, curl_slist_free_all),
+          curl_(curl_easy_init(), curl_easy_cleanup)
     {
         set(CURLOPT_ERRORBUFFER, reason_);
         set(CURLOPT_CURLU, address.get());
-        set(CURLOPT_PROTOCOLS_STR, "http,https");
-        set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+        set(CURLOPT_PROTOCOLS_STR, "http,https"); // behind a redirect, too
         set(CURLOPT_FOLLOWLOCATION, 1L);
         set(CURLOPT_MAXREDIRS, kMostRedirects);
         set(CURLOPT_NOSIGNAL, 1L);
@@ -180,13 +179,13 @@ class Transfer {
 
     PartialImage &image_;
     const std::function<bool()> &goes_on_;
-    Owned<CURL> curl_;
     Owned<curl_slist> headers_;
     char reason_[CURL_ERROR_SIZE] = {};
     bool has_begun_ = false; // the body of the last answer, behind all redirects
     bool is_other_part_ = false;
     bool went_on_ = true;
     std::exception_ptr failure_;
+    Owned<CURL> curl_; // ends first, since it refers to the others
 };
 
 void copy_file(const Address &address, PartialImage &image, const std::function<bool()> &goes_on)

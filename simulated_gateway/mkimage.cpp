@@ -110,43 +110,56 @@ void show(const std::string &file)
                 static_cast<uintmax_t>(header.payload_size), hexadecimal(header.sha256).c_str());
 }
 
+// Throws CLI's own complaints, and a wish for help as well.
+Options parse(CLI::App &app, int count, char **words)
+{
+    Options options;
+    options.header.date = today();
+    app.footer(kFooter);
+    CLI::Option *product = app.add_option("--product", options.header.product,
+                                          "Kind of device that the image is for: its device_type");
+    CLI::Option *version =
+        app.add_option("--version", options.header.version, "Version of the firmware");
+    CLI::Option *date = app.add_option("--date", options.header.date, "Its date, else today's");
+    CLI::Option *size =
+        app.add_option("--size", options.size, "Length of a payload that is made up")
+            ->type_name("BYTES")
+            ->check(CLI::PositiveNumber.description(""))
+            ->capture_default_str();
+    CLI::Option *payload =
+        app.add_option("--payload", options.payload, "File with the payload instead")
+            ->type_name("FILE");
+    app.add_flag("--show", options.show, "Verify an image and print its header, nothing else");
+    app.add_option("IMAGE", options.image, "File of the image")->type_name("")->required();
+    app.parse(count, words);
+
+    for (const CLI::Option *option : {product, version}) {
+        if (!options.show && option->count() == 0) {
+            throw CLI::RequiredError(option->get_name());
+        }
+    }
+    for (const CLI::Option *option : {product, version, date, size, payload}) {
+        if (options.show && option->count() > 0) {
+            throw CLI::ExcludesError("--show", option->get_name());
+        }
+    }
+    if (size->count() > 0 && payload->count() > 0) {
+        throw CLI::ExcludesError(size->get_name(), payload->get_name());
+    }
+    return options;
+}
+
 } // namespace
 
 int main(int count, char **words)
 {
-    Options options;
-    options.header.date = today();
     CLI::App app("Makes a firmware image for the simulated gateway.", "hg-mkimage");
-    app.footer(kFooter);
-    auto *product = app.add_option("--product", options.header.product,
-                                   "Kind of device that the image is for, its device_type");
-    auto *version = app.add_option("--version", options.header.version, "Version of the firmware");
-    auto *date = app.add_option("--date", options.header.date, "Its date; today unless given");
-    auto *size = app.add_option("--size", options.size, "Length of a payload that is made up")
-                     ->check(CLI::PositiveNumber)
-                     ->capture_default_str()
-                     ->type_name("BYTES");
-    auto *payload = app.add_option("--payload", options.payload, "File with the payload")
-                        ->type_name("FILE")
-                        ->excludes(size);
-    auto *shown = app.add_flag("--show", options.show, "Verify an image and show its header");
-    for (CLI::Option *option : {product, version, date, size, payload}) {
-        shown->excludes(option);
-    }
-    app.add_option("IMAGE", options.image, "The image")->type_name("FILE")->required();
-    app.callback([&] {
-        if (!options.show && (options.header.product.empty() || options.header.version.empty())) {
-            throw CLI::RequiredError("--product and --version");
-        }
-    });
     try {
-        app.parse(count, words);
-    } catch (const CLI::ParseError &outcome) {
-        return app.exit(outcome) == 0 ? kSuccess : kWrongUsage;
-    }
-    try {
+        const Options options = parse(app, count, words);
         options.show ? show(options.image) : make(options);
         return kSuccess;
+    } catch (const CLI::ParseError &outcome) {
+        return app.exit(outcome) == 0 ? kSuccess : kWrongUsage;
     } catch (const std::exception &failure) {
         std::fprintf(stderr, "hg-mkimage: %s\n", failure.what());
         return kFailed;

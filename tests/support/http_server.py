@@ -9,6 +9,7 @@ space, its Range; with --secure "certificate.pem" is what to trust.
 make it misbehave:
 
   cut              closes the connection half-way, unless a Range is asked for
+  cut-once         closes the connection half-way when the path is asked for the first time
   hold             stops half-way, until standard input says "release"
   hang             does not answer at all, until standard input says "release"
   drip             sends half of it, then one byte a tenth of a second
@@ -39,6 +40,7 @@ folder, work = sys.argv[1:3]
 secure = "--secure" in sys.argv[3:]
 released = threading.Event()
 log_lock = threading.Lock()
+seen_paths = set()
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -51,7 +53,11 @@ class Handler(http.server.BaseHTTPRequestHandler):
         asked = self.headers.get("Range", "")
         with log_lock, open(os.path.join(work, "requests"), "a", encoding="utf-8") as log:
             log.write(f"{self.path} {asked}".rstrip() + "\n")
-        *words, name = self.path.lstrip("/").split("/")
+            is_first = self.path not in seen_paths
+            seen_paths.add(self.path)
+        *words, name = self.path.partition("?")[0].lstrip("/").split("/")
+        if "cut-once" in words and is_first or "cut" in words and not asked:
+            words.append("ends half-way")
         if name == "redirect-loop":
             self.answer(302, {"Location": self.path}, b"moved")
         elif words == ["redirect-to"]:
@@ -111,25 +117,22 @@ class Handler(http.server.BaseHTTPRequestHandler):
         if "more" in words:
             announced //= 2
         self.begin(status, {**headers, "Content-Length": str(announced)})
-        self.send_body(words, body, asked is not None)
+        self.send_body(words, body)
         self.close_connection = True
 
-    def send_body(self, words, body, is_part):
+    def send_body(self, words, body):
         half = len(body) // 2
-        if {"hold", "drip"} & set(words) or ("cut" in words and not is_part):
-            self.wfile.write(body[:half])
-            self.wfile.flush()
-            body = body[half:]
-            if "cut" in words:
-                return
-            if "hold" in words:
-                released.wait()
+        if not {"hold", "drip", "ends half-way"} & set(words):
+            half = len(body)
+        self.wfile.write(body[:half])
+        if "hold" in words:
+            released.wait()
         if "drip" in words:
-            for byte in body:
+            for byte in body[half:]:
                 self.wfile.write(bytes([byte]))
                 time.sleep(0.1)
-        else:
-            self.wfile.write(body)
+        elif "ends half-way" not in words:
+            self.wfile.write(body[half:])
 
 
 class Server(http.server.ThreadingHTTPServer):
