@@ -50,6 +50,10 @@ class Gateway {
     // the gateway is closed meanwhile.
     void wait(std::chrono::milliseconds time);
     FirmwareStore &firmware() { return *firmware_; }
+    const WebLimits &web_limits() const { return web_limits_; }
+    bool is_closed();
+    // What it did last, as lines.
+    std::string recent() { return trace_.recent(); }
 
     void power_cycle();
     std::string bridge_mac();
@@ -68,6 +72,7 @@ class Gateway {
     int64_t uptime() const;
 
     Trace trace_;
+    const WebLimits web_limits_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;
