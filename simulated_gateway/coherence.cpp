@@ -15,8 +15,9 @@ void check_schedules(const Home &home, const std::string &path)
         refuse(path + "/reboot_schedule", "needs time and days");
     }
     const UpdateWindow &update = home.update_schedule;
-    if (update.enabled && (update.start.empty() || update.end.empty())) {
-        refuse(path + "/update_schedule", "needs start and end");
+    if (update.enabled &&
+        (update.start.empty() || update.end.empty() || update.start == update.end)) {
+        refuse(path + "/update_schedule", "needs a start and another end");
     }
     const SleepSchedule &sleep = home.sleep;
     if (sleep.gateway || sleep.wifi || sleep.leds) {

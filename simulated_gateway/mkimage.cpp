@@ -72,7 +72,8 @@ void make(Options options)
             read_file(options.payload, take);
         }
     };
-    // The header goes first and tells of what follows it, so the payload is read twice.
+    // The header goes first and tells of what follows it, so the payload is read anew for each
+    // step.
     with_payload([&](std::string_view bytes) { header.payload_size += bytes.size(); });
     if (header.payload_size == 0) {
         throw Error(options.payload + ": is empty");
@@ -108,6 +109,9 @@ void show(const std::string &file)
     std::printf("product: %s\nversion: %s\ndate: %s\npayload: %ju bytes\nSHA-256: %s\n",
                 header.product.c_str(), header.version.c_str(), header.date.c_str(),
                 static_cast<uintmax_t>(header.payload_size), hexadecimal(header.sha256).c_str());
+    if (std::fflush(stdout) != 0) {
+        refuse_file("standard output");
+    }
 }
 
 // Throws CLI's own complaints, and a wish for help as well.
@@ -149,17 +153,25 @@ Options parse(CLI::App &app, int count, char **words)
     return options;
 }
 
+int run(int count, char **words)
+{
+    CLI::App app("Makes a firmware image for the simulated gateway.", "hg-mkimage");
+    Options options;
+    try {
+        options = parse(app, count, words);
+    } catch (const CLI::ParseError &outcome) {
+        return app.exit(outcome) == 0 ? kSuccess : kWrongUsage;
+    }
+    options.show ? show(options.image) : make(options);
+    return kSuccess;
+}
+
 } // namespace
 
 int main(int count, char **words)
 {
-    CLI::App app("Makes a firmware image for the simulated gateway.", "hg-mkimage");
     try {
-        const Options options = parse(app, count, words);
-        options.show ? show(options.image) : make(options);
-        return kSuccess;
-    } catch (const CLI::ParseError &outcome) {
-        return app.exit(outcome) == 0 ? kSuccess : kWrongUsage;
+        return run(count, words);
     } catch (const std::exception &failure) {
         std::fprintf(stderr, "hg-mkimage: %s\n", failure.what());
         return kFailed;

@@ -1,8 +1,6 @@
 // From the download of an image to its start: what runs, what is kept, what is refused.
 #include "firmware_fixture.h"
 
-#include "firmware_image.h"
-
 #include <sys/resource.h>
 
 namespace {
