@@ -1,10 +1,10 @@
-// cJSON's memory, made to run out at a chosen point.
+// The memory of cJSON and of the plug-in's malloc(), made to run out at a chosen point.
 #pragma once
 
 #include <cstddef>
 
-// While it lives, allocations of cJSON from number first (counted from 0) on fail: that one only,
-// or all that follow as well.
+// While it lives, allocations from number first (counted from 0) on fail: that one only, or all
+// that follow as well.
 class FailingMemory {
   public:
     enum class Fail { kOnce, kLastingly };
