@@ -10,21 +10,30 @@ size_t count;
 size_t first_failure;
 FailingMemory::Fail how;
 
+bool runs_out()
+{
+    if (!alive) {
+        return false;
+    }
+    const size_t number = count++;
+    return how == FailingMemory::Fail::kOnce ? number == first_failure : number >= first_failure;
+}
+
 } // namespace
 
 extern "C" {
 
 void *__real_malloc(size_t size);
+void *__real_calloc(size_t number, size_t size);
 
 void *__wrap_malloc(size_t size)
 {
-    if (!alive) {
-        return __real_malloc(size);
-    }
-    const size_t number = count++;
-    const bool fails =
-        how == FailingMemory::Fail::kOnce ? number == first_failure : number >= first_failure;
-    return fails ? nullptr : __real_malloc(size);
+    return runs_out() ? nullptr : __real_malloc(size);
+}
+
+void *__wrap_calloc(size_t number, size_t size)
+{
+    return runs_out() ? nullptr : __real_calloc(number, size);
 }
 }
 

@@ -1,4 +1,4 @@
-// The memory of cJSON and of the plug-in's malloc(), made to run out at a chosen point.
+// The memory of cJSON and of the plug-in, made to run out at a chosen point.
 #pragma once
 
 #include <cstddef>
