@@ -10,31 +10,21 @@ size_t count;
 size_t first_failure;
 FailingMemory::Fail how;
 
-bool runs_out()
+void *allocate(size_t size)
+{
+    // Not malloc() or calloc(), which a program may have counted by themselves.
+    return FailingMemory::next_fails() ? nullptr : realloc(nullptr, size);
+}
+
+} // namespace
+
+bool FailingMemory::next_fails()
 {
     if (!alive) {
         return false;
     }
     const size_t number = count++;
-    return how == FailingMemory::Fail::kOnce ? number == first_failure : number >= first_failure;
-}
-
-} // namespace
-
-extern "C" {
-
-void *__real_malloc(size_t size);
-void *__real_calloc(size_t number, size_t size);
-
-void *__wrap_malloc(size_t size)
-{
-    return runs_out() ? nullptr : __real_malloc(size);
-}
-
-void *__wrap_calloc(size_t number, size_t size)
-{
-    return runs_out() ? nullptr : __real_calloc(number, size);
-}
+    return how == Fail::kOnce ? number == first_failure : number >= first_failure;
 }
 
 FailingMemory::FailingMemory(size_t first, Fail fail)
@@ -43,7 +33,7 @@ FailingMemory::FailingMemory(size_t first, Fail fail)
     first_failure = first;
     how = fail;
     alive = true;
-    cJSON_Hooks hooks = {__wrap_malloc, free};
+    cJSON_Hooks hooks = {allocate, free};
     cJSON_InitHooks(&hooks);
 }
 

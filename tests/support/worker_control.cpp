@@ -1,5 +1,6 @@
 #include "worker_control.h"
 
+#include "failing_memory.h"
 #include "recording_device.h"
 #include "smart_router_service/processjsonability.h"
 
@@ -25,6 +26,7 @@ bool held;
 size_t started;
 size_t waiting;
 std::atomic<bool> worker_fails;
+std::atomic<bool> calloc_fails;
 
 // The locks that a worker holds while it is at work.
 pthread_mutex_t *const kLocks[] = {&setwifilistlock, &downimagelock};
@@ -65,6 +67,8 @@ int __real_pthread_mutex_lock(pthread_mutex_t *);
 int __real_pthread_mutex_trylock(pthread_mutex_t *);
 int __real_pthread_mutex_unlock(pthread_mutex_t *);
 int __real_sigaction(int, const struct sigaction *, struct sigaction *);
+void *__real_malloc(size_t);
+void *__real_calloc(size_t, size_t);
 
 unsigned __wrap_sleep(unsigned seconds)
 {
@@ -143,6 +147,16 @@ int __wrap_sigaction(int signal, const struct sigaction *action, struct sigactio
                       flags, sigisemptyset(&action->sa_mask) != 0 ? "no mask" : "a mask"});
     return 0;
 }
+
+void *__wrap_malloc(size_t size)
+{
+    return FailingMemory::next_fails() ? nullptr : __real_malloc(size);
+}
+
+void *__wrap_calloc(size_t count, size_t size)
+{
+    return calloc_fails.exchange(false) ? nullptr : __real_calloc(count, size);
+}
 }
 
 WorkerControl::WorkerControl()
@@ -153,6 +167,7 @@ WorkerControl::WorkerControl()
     held = false;
     started = 0;
     worker_fails = false;
+    calloc_fails = false;
 }
 
 WorkerControl::~WorkerControl()
@@ -229,4 +244,9 @@ bool WorkerControl::is_idle() const
 void WorkerControl::fail_next_worker()
 {
     worker_fails = true;
+}
+
+void WorkerControl::fail_next_calloc()
+{
+    calloc_fails = true;
 }

@@ -1,7 +1,8 @@
 // The plug-in's workers, of a batch of Wi-Fi settings and of a firmware update, in the hands of a
-// test. A program that links this has its sleep(), sigaction(), pthread_create() and the workers'
-// locks go through here. Sleeps and the handling of ended children are written down among
-// the device's calls. Waiting for the lock of the downloads fails the test: it is only ever tried.
+// test. A program that links this has its sleep(), sigaction(), pthread_create(), malloc(),
+// calloc() and the workers' locks go through here. Sleeps and the handling of ended children are
+// written down among the device's calls. Waiting for the lock of the downloads fails the test: it
+// is only ever tried.
 #pragma once
 
 #include <cstddef>
@@ -43,6 +44,7 @@ class WorkerControl {
     // Whether the workers' locks are free at this moment.
     bool is_idle() const;
 
-    // The next worker cannot be started.
+    // The next worker cannot be started; the next calloc() finds no memory.
     void fail_next_worker();
+    void fail_next_calloc();
 };

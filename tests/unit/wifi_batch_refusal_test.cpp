@@ -131,11 +131,19 @@ TEST_F(WifiBatchRefusalTest, ForAWorkerThatCannotBeStarted)
               (Names{"devapi_get_5g_wifi_index", "devapi_get_5g_wifi_index"}));
 }
 
+TEST_F(WifiBatchRefusalTest, ForRecordsWithoutMemory)
+{
+    for (const std::string &list : {kElement.json(), std::string()}) {
+        control.fail_next_calloc();
+        EXPECT_EQ(send(batch(list)), refused(batch("")));
+    }
+}
+
 // The worker cannot be called back: what has to be answered is there before it starts.
-TEST_F(WifiBatchRefusalTest, ForRecordsOrAReplyWithoutMemory)
+TEST_F(WifiBatchRefusalTest, ForAReplyWithoutMemory)
 {
     for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
-        for (size_t first = 0; first < 7; ++first) {
+        for (size_t first = 0; first < 6; ++first) {
             const Json object = parse(batch(kElement.json()).json());
             {
                 const FailingMemory memory(first, how);
