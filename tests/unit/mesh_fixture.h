@@ -178,6 +178,15 @@ template <class Record> int32_t spoil(Record *record, int32_t result = -1)
     return result;
 }
 
+// Whether a line of the log is the text behind a file of the project and a line in it.
+inline bool is_line_of(const std::string &file, const std::string &text, const std::string &line)
+{
+    const size_t digits = file.size() + 1;
+    const size_t end = line.find_first_not_of("0123456789", digits);
+    return line.compare(0, digits, file + " ") == 0 && end != std::string::npos && end > digits &&
+           line.substr(end) == " " + text;
+}
+
 // ---- A mesh to report --------------------------------------------------------------------------
 
 class MeshTest : public HandlerTest {

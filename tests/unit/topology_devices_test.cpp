@@ -201,12 +201,10 @@ TEST_F(TopologyDevicesTest, EndsAtADeviceThatCannotBeRead)
         const LogLines lines = recording_host::log_lines();
         ASSERT_EQ(lines.size(), 2u);
         EXPECT_EQ(lines[1].level, 3);
-        const std::string file = "smart_router_service/topology_report.cpp ";
-        EXPECT_EQ(lines[1].text.find(file), 0u) << lines[1].text;
-        const size_t digits = lines[1].text.find_first_not_of("0123456789", file.size());
-        EXPECT_GT(digits, file.size());
-        EXPECT_EQ(lines[1].text.substr(digits),
-                  " get ad base fail ret=" + std::to_string(failure) + "\n");
+        EXPECT_TRUE(is_line_of("smart_router_service/topology_report.cpp",
+                               "get ad base fail ret=" + std::to_string(failure) + "\n",
+                               lines[1].text))
+            << lines[1].text;
     }
 }
 

@@ -1,0 +1,382 @@
+// Child routers from the topology's list of relations.
+#include "relations_fixture.h"
+
+namespace {
+
+using recording_device::when;
+
+class RouterRelationsTest : public RelationsTest {
+  protected:
+    std::string routers() { return report(json_get_topo_router_info); }
+    std::string router_report()
+    {
+        return report(
+            [](cJSON *array) {
+                const TopoNode node = {3, {8, 9}, nullptr};
+                return json_get_child_router_info(&node, array);
+            },
+            "[]");
+    }
+    static std::string list(size_t count, const std::string &object = router(both_devices()).json())
+    {
+        std::string text;
+        for (size_t at = 0; at < count; ++at) {
+            text += (text.empty() ? "" : ",") + object;
+        }
+        return R"({"ChildRouter":[)" + text + "]}";
+    }
+    static LogLines errors()
+    {
+        LogLines lines = recording_host::log_lines();
+        std::erase_if(lines, [](const auto &line) { return line.level == 7; });
+        return lines;
+    }
+};
+
+const std::string kNone = R"({"ChildRouter":[]})";
+
+// ---- json_get_topo_router_info -----------------------------------------------------------------
+
+TEST_F(RouterRelationsTest, AreListedInTheOrderOfTheTopology)
+{
+    attached_are({});
+    when<devapi_get_topo_relation_ship>([](char *text, int32_t) {
+        EXPECT_EQ(std::string(text, 256), std::string(256, '\0'));
+        strcpy(text, "the relations");
+        return 0;
+    });
+    EXPECT_EQ(routers(), list(1, router("[]").json()));
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(
+        recording_device::called_functions(),
+        (Names{"devapi_get_Multi_Ap_enable", "devapi_get_topo_relation_ship",
+               "devapi_get_topo_relation_num", "devapi_handle_topo_struct",
+               "devapi_topo_xml_info_list", "devapi_call_tslink_set_topo_speed",
+               "devapi_get_node_dev_info", "devapi_get_viewmac_by_mac",
+               "devapi_get_basic_area_code", "devapi_get_hostindex_by_mac",
+               "devapi_get_childrouter_info", "ts_sys_mgr_get_brmac", "devapi_get_viewmac_by_mac",
+               "devapi_get_mesh_type", "devapi_get_basic_area_code", "devapi_get_node_baseinfo",
+               "devapi_free_topo_list"}));
+    EXPECT_EQ(given_to("devapi_get_topo_relation_ship", 1), Names{"255"});
+    EXPECT_EQ(given_to("devapi_handle_topo_struct", 0), Names{"the relations"});
+    EXPECT_EQ(given_to("devapi_handle_topo_struct", 1), Names{std::string(sizeof(TopoNode), '\0')});
+    EXPECT_EQ(given_to("devapi_topo_xml_info_list", 0), Names{"5"});
+}
+
+TEST_F(RouterRelationsTest, AreTheNodesFromTheSecondLevelOn)
+{
+    routers_are({1, 2, 0, 3, -1, INT_MAX, INT_MIN});
+    EXPECT_EQ(routers(), list(3));
+    std::vector<int32_t> levels;
+    for (const recording_device::Call &call : recording_device::calls()) {
+        if (call.function == "devapi_get_node_dev_info") {
+            levels.push_back(recording_device::record<TopoNode>(call).level);
+        }
+    }
+    EXPECT_EQ(levels, (std::vector<int32_t>{2, 3, INT_MAX}));
+    when<devapi_handle_topo_struct>([](const char *, TopoNode *first) {
+        first->level = 2; // the plug-in's own node is one like any other
+        return 0;
+    });
+    EXPECT_EQ(routers(), list(1));
+}
+
+TEST_F(RouterRelationsTest, AreNoneWhileTheMeshIsOff)
+{
+    for (const int32_t state : {0, -1, 2, INT_MAX}) {
+        recording_device::reset();
+        when<devapi_get_Multi_Ap_enable>([=](int32_t *on) {
+            *on = state;
+            return 0;
+        });
+        EXPECT_EQ(routers(), kNone);
+        EXPECT_EQ(result, 0);
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_Multi_Ap_enable"});
+    }
+}
+
+TEST_F(RouterRelationsTest, AreNoneWithoutRelationsOrTheirNumber)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_topo_relation_num>([=](int32_t *) { return failure; });
+        EXPECT_EQ(routers(), kNone);
+        EXPECT_EQ(recording_device::called_functions().back(), "devapi_get_topo_relation_num");
+        when<devapi_get_topo_relation_ship>([=](char *, int32_t) { return failure; });
+        EXPECT_EQ(routers(), kNone);
+        EXPECT_EQ(recording_device::called_functions().back(), "devapi_get_topo_relation_ship");
+        recording_device::reset();
+        prepare();
+    }
+    EXPECT_EQ(given_to("devapi_free_topo_list", 0), Names());
+}
+
+TEST_F(RouterRelationsTest, AreThoseThatAFailedListHasLeft)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_device::reset();
+        prepare();
+        routers_are({2, 2}, failure);
+        EXPECT_EQ(routers(), list(2));
+        EXPECT_EQ(given_to("devapi_topo_xml_info_list", 0), Names());
+        EXPECT_EQ(given_to("devapi_free_topo_list", 0).size(), 1u);
+    }
+    when<devapi_topo_xml_info_list>([](int32_t, TopoNode *) { return -1; });
+    routers_are({2});
+    EXPECT_EQ(routers(), list(1));
+}
+
+TEST_F(RouterRelationsTest, AreListedThoughTheSpeedsAreOld)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_host::reset();
+        when<devapi_call_tslink_set_topo_speed>([=] { return failure; });
+        EXPECT_EQ(routers(), list(1));
+        EXPECT_EQ(errors(), (LogLines{{3, "call tslink set topo speed failed\n"}}));
+    }
+}
+
+TEST_F(RouterRelationsTest, ReadTheRelationsNoFurtherThanTheirBuffer)
+{
+    when<devapi_get_topo_relation_ship>([](char *text, int32_t) {
+        text_of_length(256).copy(text, 256);
+        return 0;
+    });
+    routers();
+    EXPECT_EQ(given_to("devapi_handle_topo_struct", 0), Names{text_of_length(256)});
+}
+
+TEST_F(RouterRelationsTest, AreEachOnceWhereTheTopologyRunsIntoItself)
+{
+    for (size_t nodes = 0; nodes <= 5; ++nodes) {
+        for (size_t back_to = 0; back_to <= nodes; ++back_to) {
+            routers_are(std::vector<int32_t>(nodes, 2), 0, back_to);
+            EXPECT_EQ(routers(), list(nodes)) << nodes << " nodes, back to " << back_to;
+        }
+    }
+}
+
+TEST_F(RouterRelationsTest, OfWhatIsNoObjectAddNothing)
+{
+    EXPECT_EQ(report(json_get_topo_router_info, "[]"), "[]");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(json_get_topo_router_info(nullptr), -1);
+}
+
+// ---- json_get_child_router_info ----------------------------------------------------------------
+
+TEST_F(RouterRelationsTest, HaveAReportOfTheirOwn)
+{
+    EXPECT_EQ(router_report(), "[" + router(both_devices()).json() + "]");
+    EXPECT_EQ(result, 0);
+    const auto first = recording_device::calls()[0];
+    EXPECT_EQ(first.function, "devapi_get_node_dev_info");
+    EXPECT_EQ(recording_device::record<TopoNode>(first).level, 3);
+    EXPECT_EQ(first.arguments[1], std::string(192, '\0'));
+    EXPECT_EQ(given_to("devapi_get_viewmac_by_mac", 0), (Names{"node Mac", "ParentMac"}));
+    EXPECT_EQ(given_to("devapi_get_basic_area_code", 1), (Names{"31", "31"}));
+    EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), (Names{"node Mac", "first", "second"}));
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names{std::string(1100, '\0')});
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), Names{"7"});
+    EXPECT_EQ(recording_device::record<TopoNode>(
+                  *std::find_if(
+                      recording_device::calls().begin(), recording_device::calls().end(),
+                      [](const auto &call) { return call.function == "devapi_get_node_baseinfo"; }))
+                  .level,
+              3);
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{7, "child router mac = node Mac\n"}, {7, "get host_index = 7\n"}}));
+}
+
+TEST_F(RouterRelationsTest, AreLeftOutWhenTheNodeCannotBeRead)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_device::reset();
+        when<devapi_get_node_dev_info>(
+            [=](const TopoNode *, NodeDevInfo *info) { return spoil(info, failure); });
+        EXPECT_EQ(router_report(), "[]");
+        EXPECT_EQ(result, failure);
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_node_dev_info"});
+    }
+}
+
+TEST_F(RouterRelationsTest, HaveTheirMacsAsTheyStandWithoutAnother)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_viewmac_by_mac>([=](const char *, char *view) {
+            EXPECT_EQ(std::string(view, 32), std::string(32, '\0'));
+            strcpy(view, "rubbish");
+            return failure;
+        });
+        EXPECT_EQ(router_report(), "[" +
+                                       router(both_devices())
+                                           .with("Mac", R"("node Mac")")
+                                           .with("ParentMacAddress", R"("ParentMac")")
+                                           .json() +
+                                       "]");
+    }
+}
+
+TEST_F(RouterRelationsTest, ReportNoFurtherThanTheirFields)
+{
+    NodeDevInfo node = {};
+    fill_places(&node, kNodeRecord, brim_of);
+    node_is(node);
+    ChildRouterInfo record = {};
+    fill_places(&record, kChildRouterRecord, brim_of);
+    child_router_is(record);
+    when<devapi_get_viewmac_by_mac>([](const char *, char *view) {
+        text_of_length(32).copy(view, 32);
+        return 0;
+    });
+    attached_are({});
+    Request expected = router("[]");
+    for (const Place &place : kNodeRecord) {
+        expected = expected.with(place.key, quoted(brim_of(place)));
+    }
+    expected = expected.with("Mac", quoted(text_of_length(32)));
+    expected = expected.with("ParentMacAddress", quoted(text_of_length(32)));
+    for (const Place &place :
+         select(kChildRouterRecord, {"RouterDeviceID", "Name", "NetStatus", "ChildRouterAccessType",
+                                     "UpSpeed", "DownSpeed", "FWDATA", "HWVersion", "AreaCode",
+                                     "UpTime", "DeviceType", "Wlan0Mac", "Wlan1Mac"})) {
+        expected = expected.with(place.key, quoted(brim_of(place)));
+    }
+    EXPECT_EQ(router_report(), "[" + expected.json() + "]");
+    EXPECT_EQ(given_to("devapi_get_viewmac_by_mac", 0),
+              (Names{text_of_length(64), text_of_length(32)}));
+    EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), Names{text_of_length(64)});
+    EXPECT_EQ(recording_host::log_lines()[0].text,
+              "child router mac = " + text_of_length(64) + "\n");
+}
+
+TEST_F(RouterRelationsTest, AreKnownToTheTopologyAloneInOneArea)
+{
+    for (const char *code : {"OLV", "olv", "th_olv", "xxOlvyy"}) {
+        recording_host::reset();
+        area_code_is(code);
+        const bool brief = std::string(code) == "th_olv";
+        const std::string devices =
+            brief ? "[" + in_brief("first").json() + "," + in_brief("second").json() + "]"
+                  : both_devices();
+        EXPECT_EQ(router_report(),
+                  "[" + known_to_the_topology().with("ChildBaseInfo", devices).json() + "]")
+            << code;
+        EXPECT_TRUE(recording_host::log_lines().empty());
+    }
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names());
+    EXPECT_EQ(given_to("devapi_get_mesh_type", 0), Names());
+    for (const char *code : {"", "OL", "ARVEN"}) {
+        area_code_is(code);
+        EXPECT_EQ(router_report(), "[" + router(both_devices()).json() + "]") << code;
+    }
+}
+
+TEST_F(RouterRelationsTest, AreLeftOutWhenTheyAreNoAttachedDevice)
+{
+    for (const int32_t answer : {0, -1, 2, 1000}) {
+        recording_host::reset();
+        recording_device::reset();
+        prepare();
+        index_is(7, answer);
+        EXPECT_EQ(router_report(), "[]");
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "child router mac = node Mac\n"},
+                                                         {3, "mac:node Mac not found in host\n"}}));
+        EXPECT_EQ(recording_device::called_functions().back(), "devapi_get_hostindex_by_mac");
+    }
+}
+
+TEST_F(RouterRelationsTest, AreListedThoughTheirRecordCannotBeRead)
+{
+    attached_are({});
+    when<devapi_get_childrouter_info>(
+        [](ChildRouterInfo *info, int32_t) { return spoil(info, 1); });
+    bridge_mac_is("3C:6A:D2:10:4F:20");
+    Request expected = router("[]");
+    for (const char *key :
+         {"RouterDeviceID", "Name", "NetStatus", "ChildRouterAccessType", "UpSpeed", "DownSpeed",
+          "FWDATA", "HWVersion", "AreaCode", "UpTime", "DeviceType", "Wlan0Mac", "Wlan1Mac"}) {
+        expected = expected.with(key, R"("")");
+    }
+    EXPECT_EQ(router_report(),
+              "[" + expected.with("ParentMacAddress", R"("view of ")").json() + "]");
+}
+
+TEST_F(RouterRelationsTest, TakeVersionAndAddressFromTheirRecordWhereTheTopologyHasNone)
+{
+    attached_are({});
+    for (const char *unknown : {"", "NULL", "null", "NuLl"}) {
+        NodeDevInfo node = {};
+        fill_places(&node, kNodeRecord, node_value_of);
+        put(node.FWVersion, unknown);
+        node_is(node);
+        const Request one = router("[]");
+        const auto at_the_end = [](Request request, const Names &keys) {
+            Request::Keys list = request.keys();
+            const Request::Keys end(list.end() - 2, list.end());
+            list.erase(list.end() - 2, list.end());
+            for (const std::string &key : keys) {
+                std::erase_if(list, [&](const auto &pair) { return pair.first == key; });
+                list.emplace_back(key, quoted(key));
+            }
+            list.insert(list.end(), end.begin(), end.end());
+            return "[" + Request(list).json() + "]";
+        };
+        EXPECT_EQ(router_report(), at_the_end(one, {"FWVersion"})) << unknown;
+        put(node.ip, unknown);
+        node_is(node);
+        EXPECT_EQ(router_report(), at_the_end(one, {"FWVersion", "ip"})) << unknown;
+        put(node.FWVersion, "node FWVersion");
+        node_is(node);
+        EXPECT_EQ(router_report(), at_the_end(one, {"ip"})) << unknown;
+        for (const char *known : {"NUL", "NULLs", " "}) {
+            put(node.FWVersion, known);
+            put(node.ip, known);
+            node_is(node);
+            EXPECT_EQ(router_report(),
+                      "[" + one.with("FWVersion", quoted(known)).with("ip", quoted(known)).json() +
+                          "]");
+        }
+    }
+}
+
+TEST_F(RouterRelationsTest, HangFromTheMainRouterByItsExactMac)
+{
+    attached_are({});
+    ChildRouterInfo record = child_router();
+    put(record.ParentMac, "3C:6A:D2:10:4F:20");
+    child_router_is(record);
+    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+        EXPECT_EQ(std::string(mac, 32), std::string(32, '\0'));
+        strcpy(mac, "our own");
+        return 0;
+    });
+    when<ts_sys_mgr_get_brmac>([](char *mac) {
+        EXPECT_EQ(std::string(mac, 32), std::string(32, '\0'));
+        strcpy(mac, "3C:6A:D2:10:4F:20");
+    });
+    EXPECT_EQ(router_report(),
+              "[" + router("[]").with("ParentMacAddress", R"("our own")").json() + "]");
+    EXPECT_EQ(given_to("devapi_get_iotagtd_device_mac", 1), Names{"32"});
+    EXPECT_EQ(given_to("devapi_get_viewmac_by_mac", 0), Names{"node Mac"});
+    for (const char *bridge : {"3c:6a:d2:10:4f:20", "3C:6A:D2:10:4F:2", ""}) {
+        bridge_mac_is(bridge);
+        EXPECT_EQ(
+            router_report(),
+            "[" + router("[]").with("ParentMacAddress", R"("view of 3C:6A:D2:10:4F:20")").json() +
+                "]");
+    }
+    bridge_mac_is("3C:6A:D2:10:4F:20");
+    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+        text_of_length(32).copy(mac, 32);
+        return 0;
+    });
+    EXPECT_EQ(router_report(),
+              "[" + router("[]").with("ParentMacAddress", quoted(text_of_length(32))).json() + "]");
+    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+        strcpy(mac, "rubbish");
+        return 1;
+    });
+    EXPECT_EQ(router_report(), "[" + router("[]").with("ParentMacAddress", R"("")").json() + "]");
+}
+
+} // namespace
