@@ -1,87 +1,11 @@
-// The devices attached to the main router in the topology report.
-#include "mesh_fixture.h"
-#include "topology_report.h"
+// Which devices attached to the main router are in the topology report.
+#include "topology_devices_fixture.h"
 
 namespace {
 
 using recording_device::when;
 
-const Names kDeviceKeys = {"Mac",
-                           "UID",
-                           "DevType",
-                           "DevFactory",
-                           "DevModle",
-                           "Name",
-                           "ByName",
-                           "OS",
-                           "Version",
-                           "NetStatus",
-                           "NetMonopoly",
-                           "AccessType",
-                           "AccessEnable",
-                           "AccessTime",
-                           "UpSpeed",
-                           "DownSpeed",
-                           "ip",
-                           "SpeedLimit",
-                           "DownLimit",
-                           "UpLimit",
-                           "GreennetProtectEnable",
-                           "dbm",
-                           "StaticDhcpEnable"};
-
-class TopologyDevicesTest : public MeshTest {
-  protected:
-    TopologyDevicesTest()
-    {
-        g_dev_num = 0;
-        g_active_num = 0;
-        devices_are(1);
-        when<devapi_get_ad_base_info>([this](AdBaseInfo *info) {
-            *info = device;
-            return 0;
-        });
-    }
-
-    static void devices_are(int32_t number)
-    {
-        when<devapi_get_dev_tol_num>([number](int32_t *count, int32_t) {
-            EXPECT_EQ(*count, 0);
-            *count = number;
-            return 0;
-        });
-    }
-
-    // The device as it is reported.
-    static Request reported(std::string (*text)(const Place &) = value_of)
-    {
-        Places places = kAttachedDevice;
-        places.push_back({"DevModle", 0, 32});
-        return expected(select(places, kDeviceKeys), text)
-            .with("DevType", R"("0")")
-            .with("DevFactory", R"("unknow")")
-            .with("DevModle", R"("3")")
-            .with("OS", R"("3")")
-            .with("NetStatus", R"("LinkSta")")
-            .with("NetMonopoly", R"("0")")
-            .with("AccessTime", R"("100")");
-    }
-
-    std::string devices(int32_t kind = 1)
-    {
-        return report([=](cJSON *array) { return put_to_json(&array, 5, kind); }, "[]");
-    }
-
-    // The one device's value under the key.
-    std::string value(const char *key)
-    {
-        const Json array = parse(devices());
-        const cJSON *item = cJSON_GetObjectItem(cJSON_GetArrayItem(array.get(), 0), key);
-        return item != nullptr ? item->valuestring : "(none)";
-    }
-
-    AdBaseInfo device = attached_device();
-};
+class TopologyDevicesTest : public TopologyDevices {};
 
 // ---- The walk ----------------------------------------------------------------------------------
 
@@ -248,141 +172,6 @@ TEST_F(TopologyDevicesTest, OfNoArrayAreNone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-// ---- Values ------------------------------------------------------------------------------------
-
-TEST_F(TopologyDevicesTest, HasNoValueForNullOneByOne)
-{
-    const Request whole = reported();
-    const std::vector<std::pair<const char *, Request>> cases = {
-        {"Mac", whole.with("Mac", R"("")")},
-        {"UID", whole.with("UID", R"("")")},
-        {"DevType", whole.with("DevType", R"("")").with("DevModle", R"("")")},
-        {"DevFactory", whole.with("DevFactory", R"("")")},
-        {"Name", whole.with("Name", R"("")")},
-        {"ByName", whole.with("ByName", R"("Name")")},
-        {"OS", whole.with("OS", R"("")")},
-        {"Version", whole.with("Version", R"("")")},
-        {"NetStatus", whole.with("NetStatus", R"("")")},
-        {"LinkStatus", whole.with("NetStatus", R"("NULL")")},
-        {"NetMonopoly", whole.with("NetMonopoly", R"("")")},
-        {"AccessType", whole.with("AccessType", R"("NULL")")},
-        {"AccessEnable", whole.with("AccessEnable", R"("NULL")")},
-        {"AccessTime", whole.with("AccessTime", R"("")")},
-        {"UpSpeed", whole.with("UpSpeed", R"("NULL")")},
-        {"DownSpeed", whole.with("DownSpeed", R"("NULL")")},
-        {"ip", whole.with("ip", R"("")")},
-        {"SpeedLimit", whole.with("SpeedLimit", R"("NULL")")},
-        {"DownLimit", whole.with("DownLimit", R"("NULL")")},
-        {"UpLimit", whole.with("UpLimit", R"("NULL")")},
-        {"GreennetProtectEnable", whole.with("GreennetProtectEnable", R"("NULL")")},
-        {"dbm", whole.with("dbm", R"("NULL")")},
-        {"StaticDhcpEnable", whole.with("StaticDhcpEnable", R"("NULL")")},
-        {"AccessCode", whole},
-        {"SSIDIndex", whole},
-    };
-    ASSERT_EQ(cases.size(), kAttachedDevice.size());
-    for (const auto &[key, request] : cases) {
-        device = attached_device();
-        fill_places(&device, select(kAttachedDevice, {key}),
-                    [](const Place &) { return std::string("NULL"); });
-        EXPECT_EQ(devices(), "[" + request.json() + "]") << key;
-        g_dev_num = 0;
-    }
-}
-
-TEST_F(TopologyDevicesTest, KnowsNullByItsExactTextAlone)
-{
-    for (const char *text : {"", "null", "NUL", "NULLx", " NULL"}) {
-        device = attached_device();
-        for (const char *key : {"Mac", "DevType", "DevFactory", "OS", "NetStatus", "NetMonopoly"}) {
-            fill_places(&device, select(kAttachedDevice, {key}),
-                        [](const Place &) -> std::string { return ""; });
-            memcpy(reinterpret_cast<char *>(&device) + select(kAttachedDevice, {key})[0].offset,
-                   text, strlen(text));
-        }
-        EXPECT_EQ(devices(), "[" + reported().with("Mac", quoted(text)).json() + "]") << text;
-    }
-}
-
-TEST_F(TopologyDevicesTest, HasACodeForTheKindOfDevice)
-{
-    const std::pair<const char *, const char *> kinds[] = {
-        {"Computer", "3"}, {"Phone", "0"}, {"computer", "0"}, {"Computers", "0"},
-        {"Compute", "0"},  {"", "0"},      {"3", "0"},        {"NULL", ""}};
-    for (const auto &[kind, code] : kinds) {
-        put(device.DevType, kind);
-        EXPECT_EQ(value("DevType"), code) << kind;
-        EXPECT_EQ(value("DevModle"), *code != '\0' ? "3" : "") << kind;
-    }
-}
-
-TEST_F(TopologyDevicesTest, CallsADeviceByItsHostNameWithoutAnotherName)
-{
-    put(device.ByName, "");
-    EXPECT_EQ(value("ByName"), "Name");
-    put(device.Name, "NULL");
-    EXPECT_EQ(value("ByName"), "NULL");
-    EXPECT_EQ(value("Name"), "");
-    put(device.ByName, "NULL");
-    EXPECT_EQ(value("ByName"), "NULL");
-    put(device.ByName, "null");
-    EXPECT_EQ(value("ByName"), "null");
-}
-
-// ---- Elapsed time ------------------------------------------------------------------------------
-
-TEST_F(TopologyDevicesTest, HasTheTimeThatHasPassed)
-{
-    const std::pair<std::string, std::string> times[] = {
-        {std::to_string(kNow), "0"},
-        {std::to_string(kNow + 5), "-5"},
-        {"", std::to_string(kNow)},
-        {"yesterday", std::to_string(kNow)},
-        {"0", std::to_string(kNow)},
-        {" 1767225500 s", "100"},
-        {"-100", std::to_string(kNow + 100)},
-        {"-2147483648", "-380258048"},                     // more than 32 bits hold
-        {"4294967296", std::to_string(kNow)},              // the same in 32 bits
-        {"9223372036854775807", std::to_string(kNow + 1)}, // likewise
-        {"99999999999999999999999999999999", std::to_string(kNow + 1)},
-        {"-99999999999999999999999999999999", std::to_string(kNow)},
-    };
-    for (const auto &[start, elapsed] : times) {
-        put(device.AccessTime, start.substr(0, 32));
-        EXPECT_EQ(value("AccessTime"), elapsed) << start;
-    }
-}
-
-TEST_F(TopologyDevicesTest, CorrectsLocalTimesByTheZone)
-{
-    const std::pair<int32_t, std::string> zones[] = {
-        {0, "100"}, {8, "-28700"}, {-5, "18100"}, {INT_MAX, "3700"}, {INT_MIN, "100"}};
-    for (const auto &[hours, elapsed] : zones) {
-        zone_is(hours);
-        time_type_is(1);
-        EXPECT_EQ(value("AccessTime"), elapsed) << hours;
-        for (const int32_t type : {0, 2, -1}) {
-            time_type_is(type);
-            EXPECT_EQ(value("AccessTime"), "100") << hours;
-        }
-    }
-    time_type_is(1);
-    when<devapi_get_local_timezone>([](int32_t *hours) {
-        EXPECT_EQ(*hours, 0);
-        *hours = 8;
-        return -1;
-    });
-    EXPECT_EQ(value("AccessTime"), "100") << "a zone that could not be read";
-}
-
-TEST_F(TopologyDevicesTest, AsksForNoZoneWithoutATime)
-{
-    put(device.AccessTime, "NULL");
-    devices();
-    EXPECT_EQ(recording_device::called_functions(),
-              (Names{"devapi_get_dev_tol_num", "dev_is_exist", "devapi_get_ad_base_info"}));
-}
-
 // ---- In the report -----------------------------------------------------------------------------
 
 TEST_F(TopologyDevicesTest, AreCountedAnewInEachReport)
@@ -404,10 +193,12 @@ TEST_F(TopologyDevicesTest, AreLeftOutOfTheReportWhenOneCannotBeRead)
 {
     for (const int32_t failure : {-1, 1}) {
         when<devapi_get_ad_base_info>([=](AdBaseInfo *info) { return spoil(info, failure); });
-        const Json router = parse(report(json_get_hg_base_info_copy));
-        EXPECT_EQ(cJSON_GetObjectItem(router.get(), "MainBaseInfo"), nullptr);
-        EXPECT_STREQ(cJSON_GetObjectItem(router.get(), "FailReason")->valuestring,
+        const Json reply = parse(run("GET_TSLINK_TOPOLOGY_INFO"));
+        const cJSON *router = cJSON_GetObjectItem(reply.get(), "MainRouter");
+        EXPECT_EQ(cJSON_GetObjectItem(router, "MainBaseInfo"), nullptr);
+        EXPECT_STREQ(cJSON_GetObjectItem(router, "FailReason")->valuestring,
                      "get main base info error!");
+        EXPECT_STREQ(cJSON_GetObjectItem(reply.get(), "Status")->valuestring, "0");
     }
 }
 
