@@ -13,7 +13,11 @@ FailingMemory::Fail how;
 void *allocate(size_t size)
 {
     // Not malloc() or calloc(), which a program may have counted by themselves.
-    return FailingMemory::next_fails() ? nullptr : realloc(nullptr, size);
+    void *memory = nullptr;
+    return !FailingMemory::next_fails() &&
+                   posix_memalign(&memory, alignof(std::max_align_t), size) == 0
+               ? memory
+               : nullptr;
 }
 
 } // namespace

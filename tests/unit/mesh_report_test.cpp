@@ -107,6 +107,15 @@ TEST_F(MeshReportTest, SurvivesAnyTime)
     EXPECT_EQ(elapsed_since("0"), "-1");
 }
 
+TEST_F(MeshReportTest, ReadsTheTimeNoFurtherThanItsField)
+{
+    AdBaseInfo device = attached_device();
+    put(device.AccessTime, std::string(22, '0') + std::to_string(kNow - 100));
+    put(device.UpSpeed, "7");
+    put_elapsed(&device, 0);
+    EXPECT_STREQ(device.AccessTime, "100");
+}
+
 TEST_F(MeshReportTest, ReplacesTheTimeAlone)
 {
     AdBaseInfo device = attached_device();

@@ -172,11 +172,8 @@ class RelationsTest : public MeshTest {
         return quoted(text(select(kAttachedDevice, {key})[0]));
     }
 
-    // The device library's own memory: not from malloc() or calloc(), which tests let fail.
-    template <class Node> static Node *device_memory()
-    {
-        return new (realloc(nullptr, sizeof(Node))) Node();
-    }
+    // The device library's own memory: not from calloc(), which tests let fail.
+    template <class Node> static Node *device_memory() { return new (malloc(sizeof(Node))) Node(); }
 
     template <class Node> static void chain(const std::vector<Node *> &nodes, size_t back_to)
     {

@@ -101,8 +101,8 @@ TEST_F(TopologyStationsTest, CallAStationByItsHostNameWithoutAnotherName)
     put(record.ByName, "");
     EXPECT_EQ(station_object(&record), station().with("ByName", R"("Name")").json());
     record = attached_device();
-    put(record.ByName, "null");
-    EXPECT_EQ(station_object(&record), station().with("ByName", R"("null")").json());
+    put(record.ByName, "NULL");
+    EXPECT_EQ(station_object(&record), station().with("ByName", R"("NULL")").json());
 }
 
 TEST_F(TopologyStationsTest, CorrectTheTimeByTheZoneInAnyTimeType)
