@@ -268,6 +268,20 @@ TEST_F(AttachedToAChildTest, AreCalledByTheirHostNameWithoutAnotherName)
                    "]"));
 }
 
+TEST_F(AttachedToAChildTest, HaveAHostNameWithoutAnEndInBothPlaces)
+{
+    attached_are({"first"});
+    when<devapi_get_childsta_base_info>([](AdBaseInfo *info) {
+        *info = attached_device();
+        put(info->ByName, "");
+        fill(info->Name);
+        return 0;
+    });
+    const std::string name = quoted(text_of_length(32));
+    EXPECT_EQ(devices(),
+              list("[" + attached("first").with("ByName", name).with("Name", name).json() + "]"));
+}
+
 TEST_F(AttachedToAChildTest, AreReportedInBriefInOneArea)
 {
     for (const char *code : {"TH_OLV", "th_olv", "xTh_OlVx"}) {
@@ -299,6 +313,9 @@ TEST_F(AttachedToAChildTest, OfWhatIsNoObjectAddNothing)
 {
     const TopoNode node = {};
     EXPECT_EQ(json_get_child_router_baseinfo(&node, nullptr), -1);
+    EXPECT_EQ(report([](cJSON *object) { return json_get_child_router_baseinfo(nullptr, object); }),
+              "{}");
+    EXPECT_EQ(result, -1);
     EXPECT_EQ(
         report([&](cJSON *array) { return json_get_child_router_baseinfo(&node, array); }, "[]"),
         "[]");

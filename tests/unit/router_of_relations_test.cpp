@@ -232,4 +232,14 @@ TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
     EXPECT_EQ(router_report(), "[" + router("[]").with("ParentMacAddress", R"("")").json() + "]");
 }
 
+TEST_F(RouterOfRelationsTest, AreNoneWithoutAnArgument)
+{
+    EXPECT_EQ(report([](cJSON *array) { return json_get_child_router_info(nullptr, array); }, "[]"),
+              "[]");
+    EXPECT_EQ(result, -1);
+    const TopoNode node = {};
+    EXPECT_EQ(json_get_child_router_info(&node, nullptr), -1);
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
 } // namespace

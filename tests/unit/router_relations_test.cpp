@@ -84,6 +84,14 @@ TEST_F(RouterRelationsTest, AreNoneWhileTheMeshIsOff)
         EXPECT_EQ(result, 0);
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_Multi_Ap_enable"});
     }
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_Multi_Ap_enable>([=](int32_t *on) {
+            *on = 1;
+            return failure;
+        });
+        EXPECT_EQ(routers(), kNone);
+    }
+    EXPECT_EQ(given_to("devapi_get_topo_relation_ship", 0), Names());
 }
 
 TEST_F(RouterRelationsTest, AreNoneWithoutRelationsOrTheirNumber)
@@ -101,19 +109,35 @@ TEST_F(RouterRelationsTest, AreNoneWithoutRelationsOrTheirNumber)
     EXPECT_EQ(given_to("devapi_free_topo_list", 0), Names());
 }
 
-TEST_F(RouterRelationsTest, AreThoseThatAFailedListHasLeft)
+TEST_F(RouterRelationsTest, AreNoneOfAListThatCouldNotBeMade)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         recording_device::reset();
         prepare();
         routers_are({2, 2}, failure);
-        EXPECT_EQ(routers(), list(2));
+        EXPECT_EQ(routers(), kNone);
+        EXPECT_EQ(result, 0);
         EXPECT_EQ(given_to("devapi_topo_xml_info_list", 0), Names());
+        EXPECT_EQ(given_to("devapi_get_node_dev_info", 0), Names());
         EXPECT_EQ(given_to("devapi_free_topo_list", 0).size(), 1u);
     }
     when<devapi_topo_xml_info_list>([](int32_t, TopoNode *) { return -1; });
     routers_are({2});
     EXPECT_EQ(routers(), list(1));
+}
+
+TEST_F(RouterRelationsTest, AreCompletedForNoNegativeNumber)
+{
+    for (const int32_t number : {0, -1, INT_MIN}) {
+        recording_device::reset();
+        prepare();
+        when<devapi_get_topo_relation_num>([=](int32_t *count) {
+            *count = number;
+            return 0;
+        });
+        EXPECT_EQ(routers(), list(1));
+        EXPECT_EQ(given_to("devapi_topo_xml_info_list", 0), Names{"0"});
+    }
 }
 
 TEST_F(RouterRelationsTest, AreListedThoughTheSpeedsAreOld)

@@ -63,7 +63,15 @@ TEST_F(RouterStationsTest, AreTheMainRoutersOrAChilds)
     for (const char *which : {"sub", "", "Main", "MAIN", "main ", "mai", "xmain"}) {
         EXPECT_EQ(stations(which), R"({"ChildBaseInfo":[]})") << which;
     }
-    EXPECT_EQ(stations(nullptr, nullptr), R"({"ChildBaseInfo":[]})");
+    EXPECT_EQ(stations(nullptr), R"({"ChildBaseInfo":[]})");
+}
+
+TEST_F(RouterStationsTest, AreNoneWithoutAPath)
+{
+    stations_are(attached_device(), 2);
+    EXPECT_EQ(stations("sub", nullptr), R"({"ChildBaseInfo":[]})");
+    EXPECT_EQ(result, 0);
+    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 TEST_F(RouterStationsTest, AreThirtyTwoAtMost)

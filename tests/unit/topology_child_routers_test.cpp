@@ -43,6 +43,12 @@ TEST_F(TopologyChildRoutersTest, AreNoneForACountBelowOneOrAFailedList)
     EXPECT_EQ(recording_device::called_functions().back(), "devapi_call_tslink_set_topo_speed");
 }
 
+TEST_F(TopologyChildRoutersTest, AreNoneWithoutAnArray)
+{
+    EXPECT_EQ(json_get_child_router_topo_info(nullptr), -1);
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
 TEST_F(TopologyChildRoutersTest, AreEightAtMost)
 {
     for (const int32_t count : {9, INT_MAX}) {

@@ -77,6 +77,8 @@ TEST_F(TopologyDeviceValuesTest, CallsADeviceByItsHostNameWithoutAnotherName)
 {
     put(device.ByName, "");
     EXPECT_EQ(value("ByName"), "Name");
+    fill(device.Name); // without an end
+    EXPECT_EQ(value("ByName"), text_of_length(32));
     put(device.Name, "NULL");
     EXPECT_EQ(value("ByName"), "NULL");
     EXPECT_EQ(value("Name"), "");

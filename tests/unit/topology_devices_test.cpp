@@ -47,7 +47,7 @@ TEST_F(TopologyDevicesTest, ReadsNoFurtherThanTheFieldsOfADevice)
     fill_places(&device, kAttachedDevice, brim_of);
     EXPECT_EQ(devices(), "[" +
                              reported(brim_of)
-                                 .with("NetStatus", quoted(text_of_length(7)))
+                                 .with("NetStatus", quoted(text_of_length(8)))
                                  .with("AccessTime", quoted(std::to_string(kNow)))
                                  .json() +
                              "]");
@@ -162,6 +162,14 @@ TEST_F(TopologyDevicesTest, CountsOnAcrossCalls)
     EXPECT_EQ(devices(1), "[]");
     EXPECT_EQ(g_dev_num, 34);
     EXPECT_EQ(g_active_num, 20);
+}
+
+TEST_F(TopologyDevicesTest, CountNoFurtherThanANumberGoes)
+{
+    g_dev_num = INT_MAX;
+    EXPECT_EQ(devices(), "[]");
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(g_dev_num, INT_MAX);
 }
 
 TEST_F(TopologyDevicesTest, OfNoArrayAreNone)

@@ -101,6 +101,11 @@ TEST_F(TopologyStationsTest, CallAStationByItsHostNameWithoutAnotherName)
     put(record.ByName, "");
     EXPECT_EQ(station_object(&record), station().with("ByName", R"("Name")").json());
     record = attached_device();
+    put(record.ByName, "");
+    fill(record.Name); // without an end
+    const std::string name = quoted(text_of_length(32));
+    EXPECT_EQ(station_object(&record), station().with("Name", name).with("ByName", name).json());
+    record = attached_device();
     put(record.ByName, "NULL");
     EXPECT_EQ(station_object(&record), station().with("ByName", R"("NULL")").json());
 }
