@@ -2,6 +2,7 @@
 
 #include "exit_status.h"
 #include "plugin_host.h"
+#include "progress.h"
 #include "protocol.h"
 #include "reply.h"
 #include "requests.h"
@@ -48,9 +49,10 @@ int run_call(const Options &options)
         return kWrongUsage;
     }
 
-    StopSignals stop;
-    const ReplyOutput output;
+    const StopSignals stop;
+    ReplyOutput output;
     const PluginHost host(options.host);
+    const ProgressBar bar(host);
     return until_workers_end(host, stop, [&]() -> int {
         const std::string &command = options.call.command;
         if (host.process(command, object.get()) == HG_NO_SUCH_COMMAND) {

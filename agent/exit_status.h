@@ -5,12 +5,12 @@ namespace agent {
 
 enum ExitStatus {
     kSuccess = 0,
-    kCommandFailed = 1,  // the reply's "Status" is not "0"; list found nothing
+    kCommandFailed = 1,  // the reply's "Status" is not "0"; refused, failed, nothing found
     kWrongUsage = 2,     // also a request that is no JSON object
     kUnknownCommand = 3, // no such command or report
     kCannotLoad = 4,     // a library cannot be loaded, or the simulated gateway not be opened
     kCannotWrite = 5,    // standard input or output failed
-    kSignalled = 128,    // plus the number of the signal that ended call or serve
+    kSignalled = 128,    // plus the number of the signal that ended the work
 };
 
 } // namespace agent

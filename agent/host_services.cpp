@@ -3,6 +3,7 @@
 #include "smart_router_service/host_agent.h"
 
 #include "log_sink.h"
+#include "notice.h"
 #include "simulated_gateway/simulated_gateway.h"
 
 #include <cctype>
@@ -95,9 +96,9 @@ void mac_form_translate(const char *in, int32_t form, char *out)
     *out = '\0';
 }
 
-int32_t kaa_device_notice(const char *)
+int32_t kaa_device_notice(const char *text)
 {
-    return 0;
+    return agent::receive_notice(text);
 }
 
 void ts_sys_mgr_get_brmac(char *mac)

@@ -1,9 +1,10 @@
 #include "log_sink.h"
 
+#include "error_output.h"
 #include "log_format.h"
 #include "text.h"
 
-#include <cstdio>
+#include <atomic>
 #include <new>
 #include <string>
 
@@ -12,6 +13,7 @@ namespace agent {
 namespace {
 
 LogSettings settings;
+std::atomic<uint64_t> library_errors = 0;
 
 // What ends the text is the line's own end.
 std::string_view without_line_end(std::string_view text)
@@ -24,14 +26,7 @@ std::string_view without_line_end(std::string_view text)
     return text;
 }
 
-} // namespace
-
-void set_log(const LogSettings &wanted)
-{
-    settings = wanted;
-}
-
-void log_arguments(const char *module, int32_t level, const char *format, va_list arguments)
+void write(const char *module, int32_t level, const char *format, va_list arguments)
 {
     if (level > settings.level) {
         return;
@@ -44,18 +39,37 @@ void log_arguments(const char *module, int32_t level, const char *format, va_lis
         line += one_line(module);
         line += ": ";
         line += one_line(without_line_end(text));
-        line += '\n';
-        fputs(line.c_str(), stderr);
+        write_error_line(line);
     } catch (const std::bad_alloc &) {
         // The callers cannot handle exceptions, and a lost line is no reason to end the agent.
     }
+}
+
+} // namespace
+
+void set_log(const LogSettings &wanted)
+{
+    settings = wanted;
+}
+
+void log_arguments(const char *module, int32_t level, const char *format, va_list arguments)
+{
+    if (level <= kLogError) {
+        ++library_errors;
+    }
+    write(module, level, format, arguments);
+}
+
+uint64_t errors_of_libraries()
+{
+    return library_errors;
 }
 
 void log_line(int32_t level, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    log_arguments("hgagent", level, format, arguments);
+    write("hgagent", level, format, arguments);
     va_end(arguments);
 }
 

@@ -16,12 +16,15 @@ struct LogSettings {
 // To be called before other threads log.
 void set_log(const LogSettings &settings);
 
-// Writes one line, whole, whoever else writes at the same time. The text of a line is cut at 4096
-// bytes; line ends and control characters inside it become escapes, so that an argument cannot
-// forge a line.
+// Writes one line of a library, whole, whoever else writes at the same time. The text of a line is
+// cut at 4096 bytes; line ends and control characters inside it become escapes, so that an argument
+// cannot forge a line.
 void log_arguments(const char *module, int32_t level, const char *format, va_list arguments);
 
-// The same for the agent itself.
+// How many errors libraries have logged, also those that are not shown.
+uint64_t errors_of_libraries();
+
+// Writes a line of the agent itself.
 __attribute__((format(printf, 2, 3))) void log_line(int32_t level, const char *format, ...);
 
 } // namespace agent

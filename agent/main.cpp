@@ -1,7 +1,9 @@
 // hgagent, the reference agent: hosts the plug-in and a device library as a gateway's agent does.
 #include "call.h"
 #include "exit_status.h"
+#include "hosts.h"
 #include "log_sink.h"
+#include "notice.h"
 #include "options.h"
 #include "plugin_host.h"
 #include "protocol_pages.h"
@@ -9,6 +11,7 @@
 #include "serve.h"
 #include "streams.h"
 #include "text.h"
+#include "workers.h"
 
 #include <cstdio>
 #include <unistd.h>
@@ -22,8 +25,12 @@ int run(const agent::Options &options)
         return agent::run_call(options);
     case agent::Subcommand::kServe:
         return agent::run_serve(options);
+    case agent::Subcommand::kNotice:
+        return agent::run_notice(options);
     case agent::Subcommand::kReport:
         return agent::run_report(options);
+    case agent::Subcommand::kHosts:
+        return agent::run_hosts(options);
     case agent::Subcommand::kList:
         return agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
@@ -45,7 +52,7 @@ int main(int count, char **words)
         }
         agent::set_log({options->log_level, options->host.show_secrets});
         exit_status = run(*options);
-        if (exit_status > agent::kSignalled) {
+        if (agent::has_other_threads()) {
             // A worker of the plug-in may still run: nothing that it uses may be taken from it.
             fflush(nullptr);
             _exit(exit_status);

@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include "exit_status.h"
+#include "image_upgrade.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,18 +12,20 @@ namespace {
 constexpr char kFooter[] = R"(
 Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
-  1  call, report: the reply's "Status" is anything else; list: nothing found
+  1  call, report, hosts: the reply's "Status" is anything else; notice: refused;
+     report image-upgrade: an error was logged; list: nothing found
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
   4  a library cannot be loaded, or the simulated gateway not be opened
   5  standard input or output failed
-  128 + N  call or serve was ended by signal N
+  128 + N  call, serve or report image-upgrade was ended by signal N
 
 Examples:
   hgagent call GET_SN_INFO
   hgagent call RESPONSE_ROUTER_VERSION VersionInfo="app 5.2.0"
   hgagent call RESPONSE_ROUTER_VERSION '{"VersionInfo": "app 5.2.0"}'
   hgagent report home-page
+  hgagent notice --plugin-name parental_control "A new phone is in the home"
   hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO
   echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
 )";
@@ -60,6 +63,10 @@ void add_host_options(CLI::App &app, Options &options)
         ->capture_default_str();
     app.add_flag("--show-secrets", host.show_secrets,
                  "Show passwords and keys in the log and in the trace");
+    app.add_option("--refuse-notices", options.notice_refusal,
+                   "Answer every notice to the app with this result, which is not 0")
+        ->type_name("RESULT")
+        ->allow_extra_args(false);
     app.add_flag("--raw-bytes", options.raw_bytes,
                  "Print replies as the plug-in leaves them, whatever their encoding");
 }
@@ -102,16 +109,57 @@ void add_serve(CLI::App &app, Options &options)
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
 Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
-A line that is no request is answered with {"id": null, "error": "..."}.)");
+A line that is no request is answered with {"id": null, "error": "..."}.
+A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}, and
+answered with {"id": ANY, "result": 0} when it was accepted.
+Between answers there are lines {"notice": {...}} for what is pushed to the app, and
+{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched.)");
     serve->callback([&options] { options.subcommand = Subcommand::kServe; });
+}
+
+void add_notice(CLI::App &app, Options &options)
+{
+    CLI::App *notice =
+        app.add_subcommand("notice", "Raise a notice to the app and print what is pushed");
+    notice
+        ->add_option("--plugin-name", options.notice.plugin_name,
+                     "Part of the system that raises it")
+        ->type_name("NAME")
+        ->required()
+        ->allow_extra_args(false);
+    notice->add_option("TEXT", options.notice.text, "Text of the notice, or - for standard input")
+        ->type_name("")
+        ->required();
+    notice->callback([&options] { options.subcommand = Subcommand::kNotice; });
 }
 
 void add_report(CLI::App &app, Options &options)
 {
-    CLI::App *report = app.add_subcommand(
-        "report", "Print a report that the plug-in builds without any command, or list them");
-    report->add_option("NAME", options.report, "Name of the report")->type_name("");
-    report->callback([&options] { options.subcommand = Subcommand::kReport; });
+    CLI::App *report =
+        app.add_subcommand("report", "Print a report that the plug-in builds without any command, "
+                                     "upgrade the firmware without one, or list what there is");
+    CLI::Option *name =
+        report->add_option("NAME", options.report, "Name of the report")->type_name("");
+    report->add_option("--url", options.update_url, "Address of the image for image-upgrade")
+        ->type_name("URL")
+        ->needs(name)
+        ->allow_extra_args(false);
+    report->footer(R"(
+hgagent report image-upgrade --url URL
+Fetches the image and flashes it; the new firmware runs after the next reboot. The exit status is 1
+when the plug-in logged an error meanwhile.)");
+    report->callback([report, &options] {
+        options.subcommand = Subcommand::kReport;
+        if (report->count("--url") > 0 && options.report != kImageUpgrade) {
+            throw CLI::ExtrasError("report", {"--url"});
+        }
+    });
+}
+
+void add_hosts(CLI::App &app, Options &options)
+{
+    CLI::App *hosts = app.add_subcommand("hosts", "Show the devices attached to the gateway");
+    hosts->callback([&options] { options.subcommand = Subcommand::kHosts; });
 }
 
 void add_protocol_pages(CLI::App &app, Options &options)
@@ -143,7 +191,9 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_host_options(app, options);
     add_call(app, options);
     add_serve(app, options);
+    add_notice(app, options);
     add_report(app, options);
+    add_hosts(app, options);
     add_protocol_pages(app, options);
 
     try {

@@ -29,7 +29,12 @@ struct ServeOptions {
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
 };
 
-enum class Subcommand { kCall, kServe, kReport, kList, kDescribe };
+struct NoticeOptions {
+    std::string plugin_name;
+    std::string text; // or "-"
+};
+
+enum class Subcommand { kCall, kServe, kNotice, kReport, kHosts, kList, kDescribe };
 
 struct Options {
     HostOptions host;
@@ -38,9 +43,12 @@ struct Options {
     Subcommand subcommand = Subcommand::kCall;
     CallOptions call;
     ServeOptions serve;
-    std::string report;    // the name of a builder; empty: all are listed
-    std::string pattern;   // of list
-    std::string described; // the command of describe
+    NoticeOptions notice;
+    int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
+    std::string report;         // empty: all are listed
+    std::string update_url;     // of the report that upgrades
+    std::string pattern;        // of list
+    std::string described;      // the command of describe
 };
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then

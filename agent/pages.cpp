@@ -8,16 +8,30 @@
 
 namespace agent {
 
+namespace {
+
+constexpr size_t kGap = 2;
+
+} // namespace
+
 void Table::print(std::ostream &out, const std::string &indent) const
 {
-    size_t width = 0;
-    for (const auto &[left, right] : rows_) {
-        width = std::max(width, left.size());
+    std::vector<size_t> widths;
+    for (const auto &cells : rows_) {
+        widths.resize(std::max(widths.size(), cells.size()));
+        for (size_t at = 0; at < cells.size(); ++at) {
+            widths[at] = std::max(widths[at], columns_of(cells[at]));
+        }
     }
-    for (const auto &[left, right] : rows_) {
-        out << indent << left;
-        if (!right.empty()) {
-            out << std::string(width - left.size() + 2, ' ') << right;
+    for (const auto &cells : rows_) {
+        out << indent;
+        size_t missing = 0; // blanks up to where the next cell begins
+        for (size_t at = 0; at < cells.size(); ++at) {
+            if (!cells[at].empty()) {
+                out << std::string(missing, ' ') << cells[at];
+                missing = 0;
+            }
+            missing += widths[at] - columns_of(cells[at]) + kGap;
         }
         out << '\n';
     }

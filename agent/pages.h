@@ -8,16 +8,16 @@
 
 namespace agent {
 
-// Rows of two columns: what something is, and what is to be said of it.
+// Rows of aligned cells. A row may have fewer cells than others.
 class Table {
   public:
-    void row(const std::string &left, const std::string &right) { rows_.emplace_back(left, right); }
+    void row(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
     bool empty() const { return rows_.empty(); }
 
     void print(std::ostream &out, const std::string &indent) const;
 
   private:
-    std::vector<std::pair<std::string, std::string>> rows_;
+    std::vector<std::vector<std::string>> rows_;
 };
 
 // Writes the page to standard output. Result: the exit status.

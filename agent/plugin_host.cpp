@@ -76,9 +76,9 @@ const char *text_or_null(const std::optional<std::string> &text)
 DeviceLibrary::DeviceLibrary(const HostOptions &options)
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
-    void *library = load("device library", path, RTLD_NOW | RTLD_GLOBAL);
+    library_ = load("device library", path, RTLD_NOW | RTLD_GLOBAL);
     const auto open =
-        function_of<decltype(simulated_gateway_open)>(library, "simulated_gateway_open");
+        function_of<decltype(simulated_gateway_open)>(library_, "simulated_gateway_open");
     if (open == nullptr) {
         if (options.scenario || options.state || options.trace || !options.faults.empty()) {
             throw HostError(kWrongUsage, "--scenario, --state, --fault and --trace are for the "
@@ -104,7 +104,7 @@ DeviceLibrary::DeviceLibrary(const HostOptions &options)
     if (open(&gateway, error, sizeof(error)) != 0) {
         throw HostError(kCannotLoad, error);
     }
-    close_ = function_of<decltype(simulated_gateway_close)>(library, "simulated_gateway_close");
+    close_ = function_of<decltype(simulated_gateway_close)>(library_, "simulated_gateway_close");
 }
 
 DeviceLibrary::~DeviceLibrary()
@@ -113,6 +113,11 @@ DeviceLibrary::~DeviceLibrary()
     if (close_ != nullptr) {
         close_();
     }
+}
+
+void *DeviceLibrary::symbol(const char *name) const
+{
+    return dlsym(library_, name);
 }
 
 PluginHost::PluginHost(const HostOptions &options)
@@ -135,6 +140,15 @@ PluginHost::PluginHost(const HostOptions &options)
 void *PluginHost::symbol(const char *name) const
 {
     return dlsym(library_, name);
+}
+
+void *PluginHost::required_symbol(const char *name) const
+{
+    void *found = symbol(name);
+    if (found == nullptr) {
+        throw HostError(kCannotLoad, "the plug-in " + path_ + " does not export " + name);
+    }
+    return found;
 }
 
 } // namespace agent

@@ -33,7 +33,11 @@ class DeviceLibrary {
     DeviceLibrary(const DeviceLibrary &) = delete;
     DeviceLibrary &operator=(const DeviceLibrary &) = delete;
 
+    // Null when the library does not export it.
+    void *symbol(const char *name) const;
+
   private:
+    void *library_;
     void (*close_)() = nullptr;
 };
 
@@ -50,6 +54,10 @@ class PluginHost {
 
     // What the plug-in exports beside the dispatcher; null when this plug-in does not.
     void *symbol(const char *name) const;
+    // The same, but throws HostError.
+    void *required_symbol(const char *name) const;
+    // What the device library exports; null when it does not.
+    void *device_symbol(const char *name) const { return device_.symbol(name); }
 
     const std::string &path() const { return path_; }
 

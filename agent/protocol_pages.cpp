@@ -67,7 +67,7 @@ std::string about(const Description &key, bool in_request)
 void add_keys(Table &table, const Description &keys, bool in_request, const std::string &indent)
 {
     for (const Description &key : keys) {
-        table.row(indent + key["key"].get<std::string>(), about(key, in_request));
+        table.row({indent + key["key"].get<std::string>(), about(key, in_request)});
         if (key.contains("items")) {
             add_keys(table, key["items"], in_request, indent + "  ");
         }
@@ -79,7 +79,7 @@ void print_keys(std::ostream &page, const Description &keys, bool in_request)
     Table table;
     add_keys(table, keys, in_request, "");
     if (table.empty()) {
-        table.row("(no keys)", "");
+        table.row({"(no keys)"});
     }
     table.print(page, "    ");
 }
@@ -93,9 +93,9 @@ void print_page(std::ostream &page, const Description &command)
     }
     const std::vector<std::string> calls = command["device_calls"];
     Table facts;
-    facts.row("Subject", command["subject"]);
-    facts.row("Handler", command["handler"]);
-    facts.row("Device calls", calls.empty() ? "none" : joined(calls, ", "));
+    facts.row({"Subject", command["subject"]});
+    facts.row({"Handler", command["handler"]});
+    facts.row({"Device calls", calls.empty() ? "none" : joined(calls, ", ")});
     facts.print(page, "");
 
     page << "\nRequest\n";
@@ -123,7 +123,7 @@ int run_list(const std::string &pattern)
     Table table;
     for (const Description &description : descriptions()) {
         if (matches(description["command"], pattern)) {
-            table.row(description["command"], description["summary"]);
+            table.row({description["command"], description["summary"]});
         }
     }
     if (table.empty()) {

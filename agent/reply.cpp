@@ -1,5 +1,6 @@
 #include "reply.h"
 
+#include "error_output.h"
 #include "requests.h"
 #include "text.h"
 
@@ -26,9 +27,10 @@ ExitStatus status_of(const cJSON *reply)
 
 } // namespace
 
-ExitStatus write_reply(const cJSON *reply, bool raw_bytes, const ReplyOutput &output,
-                       StopSignals *stop)
+ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
+                       const StopSignals *stop)
 {
+    const WithoutStatusLine status; // both may stand on one terminal
     const Form form = {.indented = output.is_terminal(), .raw_bytes = raw_bytes};
     if (!output.write_line(print(reply, form), stop)) {
         complain("nobody reads the reply");

@@ -11,7 +11,7 @@ namespace agent {
 // Writes the reply, indented on a terminal. With signals, gives up when one arrives while nobody
 // reads. Result: what the reply, or the lack of a reader, makes of the exit status. Throws
 // StreamError.
-ExitStatus write_reply(const cJSON *reply, bool raw_bytes, const ReplyOutput &output,
-                       StopSignals *stop = nullptr);
+ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
+                       const StopSignals *stop = nullptr);
 
 } // namespace agent

@@ -1,6 +1,7 @@
 #include "report.h"
 
 #include "exit_status.h"
+#include "image_upgrade.h"
 #include "pages.h"
 #include "plugin_host.h"
 #include "reply.h"
@@ -32,8 +33,9 @@ int list_reports()
 {
     Table table;
     for (const Builder &builder : kBuilders) {
-        table.row(builder.name, builder.summary);
+        table.row({builder.name, builder.summary});
     }
+    table.row({kImageUpgrade, "Fetch the image at --url and flash it, as an agent does by itself"});
     std::ostringstream page;
     table.print(page, "");
     return show(page.str());
@@ -41,13 +43,9 @@ int list_reports()
 
 int build(const Builder &builder, const Options &options)
 {
-    const ReplyOutput output;
+    ReplyOutput output;
     const PluginHost host(options.host);
-    const auto function = reinterpret_cast<Build>(host.symbol(builder.symbol));
-    if (function == nullptr) {
-        throw HostError(kCannotLoad,
-                        "the plug-in " + host.path() + " has no function " + builder.symbol);
-    }
+    const auto function = reinterpret_cast<Build>(host.required_symbol(builder.symbol));
     const Json report(cJSON_CreateObject());
     function(report.get()); // its result says no more than the "Status"
     return write_reply(report.get(), options.raw_bytes, output);
@@ -59,6 +57,9 @@ int run_report(const Options &options)
 {
     if (options.report.empty()) {
         return list_reports();
+    }
+    if (options.report == kImageUpgrade) {
+        return run_image_upgrade(options);
     }
     const auto *builder =
         std::ranges::find(kBuilders, options.report, [](const Builder &one) { return one.name; });

@@ -184,6 +184,36 @@ void make_utf8(cJSON *item)
     }
 }
 
+// The text behind the key; null when there is none.
+const char *text_in(const Json &object, const char *key)
+{
+    return cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
+}
+
+// Both fill in what is asked for, or what is wrong with it.
+void read_command(const Json &command, Json params, Call &call)
+{
+    call.params = params != nullptr ? std::move(params) : Json(cJSON_CreateObject());
+    if (cJSON_IsString(command.get()) == 0) {
+        call.error = "\"command\" is missing or no text";
+    } else if (cJSON_IsObject(call.params.get()) == 0) {
+        call.error = "\"params\" is no object";
+    } else {
+        call.command = command->valuestring;
+    }
+}
+
+void read_notice(const Json &notice, Call &call)
+{
+    const char *plugin_name = text_in(notice, "plugin_name");
+    const char *text = text_in(notice, "text");
+    if (plugin_name == nullptr || text == nullptr) {
+        call.error = "\"notice\" needs the texts \"plugin_name\" and \"text\"";
+    } else {
+        call.notice = Notice{plugin_name, text};
+    }
+}
+
 } // namespace
 
 Json parse_object(std::string_view text)
@@ -217,6 +247,7 @@ Call parse_call(std::string_view line)
     Json id;
     Json command;
     Json params;
+    Json notice;
     Call call;
     cursor.skip_mark();
     while (cursor.next() != '}') {
@@ -235,16 +266,15 @@ Call parse_call(std::string_view line)
             command = std::move(value);
         } else if (name == "params" && params == nullptr) {
             params = std::move(value);
+        } else if (name == "notice" && notice == nullptr) {
+            notice = std::move(value);
         }
     }
 
-    call.params = params != nullptr ? std::move(params) : Json(cJSON_CreateObject());
-    if (cJSON_IsString(command.get()) == 0) {
-        call.error = "\"command\" is missing or no text";
-    } else if (cJSON_IsObject(call.params.get()) == 0) {
-        call.error = "\"params\" is no object";
+    if (command == nullptr && notice != nullptr) {
+        read_notice(notice, call);
     } else {
-        call.command = command->valuestring;
+        read_command(command, std::move(params), call);
     }
     return call;
 }

@@ -5,6 +5,7 @@
 #include <cjson/cJSON.h>
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -29,11 +30,19 @@ Json parse_object(std::string_view text);
 // An object of texts from words of the form KEY=VALUE, in their order. Throws BadRequest.
 Json object_from_words(std::span<const std::string> words);
 
-// One line that serve reads: {"id": ANY, "command": "NAME", "params": {…}}.
+// What the plug-in is asked to push to the app.
+struct Notice {
+    std::string plugin_name;
+    std::string text;
+};
+
+// One line that serve reads: {"id": ANY, "command": "NAME", "params": {…}}, or instead of a command
+// {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}.
 struct Call {
     std::string id = "null"; // the JSON text as it came, so that no number loses a digit
     std::string command;
     Json params;
+    std::optional<Notice> notice;
     std::string error; // what is wrong with the call; empty when nothing is
 };
 

@@ -69,16 +69,20 @@ StopSignals::~StopSignals()
     close(descriptor_);
 }
 
-int StopSignals::arrived()
+int StopSignals::arrived() const
 {
-    signalfd_siginfo info;
-    if (arrived_ == 0 && read(descriptor_, &info, sizeof(info)) == sizeof(info)) {
-        arrived_ = static_cast<int>(info.ssi_signo);
+    // It is never taken, so that it wakes every thread that waits.
+    sigset_t pending;
+    sigpending(&pending);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        if (sigismember(&pending, signal) == 1) {
+            return signal;
+        }
     }
-    return arrived_;
+    return 0;
 }
 
-bool StopSignals::wait_for(int descriptor, short events)
+bool StopSignals::wait_for(int descriptor, short events) const
 {
     std::array<pollfd, 2> both = {pollfd{descriptor, events, 0}, pollfd{descriptor_, POLLIN, 0}};
     for (;;) {
@@ -95,7 +99,7 @@ bool StopSignals::wait_for(int descriptor, short events)
     }
 }
 
-void StopSignals::wait(std::chrono::milliseconds time)
+void StopSignals::wait(std::chrono::milliseconds time) const
 {
     pollfd signals = {descriptor_, POLLIN, 0};
     if (poll(&signals, 1, static_cast<int>(time.count())) < 0 && errno != EINTR) {
@@ -162,12 +166,14 @@ bool ReplyOutput::is_terminal() const
     return isatty(descriptor_) != 0;
 }
 
-bool ReplyOutput::write_line(std::string text, StopSignals *stop) const
+bool ReplyOutput::write_line(std::string text, const StopSignals *stop)
 {
     text += '\n';
     std::string_view rest = text;
+    const std::lock_guard lock(mutex_);
     while (!rest.empty()) {
-        if (stop != nullptr && !stop->wait_for(descriptor_, POLLOUT)) {
+        given_up_ = given_up_ || (stop != nullptr && !stop->wait_for(descriptor_, POLLOUT));
+        if (given_up_) {
             return false;
         }
         // A pipe that is ready takes so much without waiting; more could wait for ever.

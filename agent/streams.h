@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -20,7 +21,8 @@ class StreamError : public std::runtime_error {
 // fail instead of ending the process.
 void secure_standard_streams();
 
-// The signals SIGTERM and SIGINT, held back until somebody waits. To be made before any thread is.
+// The signals SIGTERM and SIGINT, held back until somebody waits. To be made before any thread is;
+// then every thread may ask and wait.
 class StopSignals {
   public:
     StopSignals();
@@ -29,18 +31,17 @@ class StopSignals {
     StopSignals &operator=(const StopSignals &) = delete;
 
     // The signal that arrived, or 0.
-    int arrived();
+    int arrived() const;
 
     // Waits until the descriptor is ready for the poll() events, or until a signal arrives. Result:
     // whether the descriptor is ready.
-    bool wait_for(int descriptor, short events);
+    bool wait_for(int descriptor, short events) const;
 
     // Waits for a signal, but no longer than the time.
-    void wait(std::chrono::milliseconds time);
+    void wait(std::chrono::milliseconds time) const;
 
   private:
     int descriptor_;
-    int arrived_ = 0;
 };
 
 // Reads lines from standard input. A line that is too long is passed over without being kept.
@@ -48,7 +49,7 @@ class LineReader {
   public:
     enum class Result { kLine, kTooLong, kEnd, kStopped };
 
-    LineReader(StopSignals &stop, size_t max_line) : stop_(stop), max_line_(max_line) {}
+    LineReader(const StopSignals &stop, size_t max_line) : stop_(stop), max_line_(max_line) {}
 
     // On kLine, line is the line without its end; the last one need not have any. Throws
     // StreamError.
@@ -57,7 +58,7 @@ class LineReader {
   private:
     bool fill();
 
-    StopSignals &stop_;
+    const StopSignals &stop_;
     const size_t max_line_;
     std::string buffer_;
     size_t begin_ = 0; // where the next line starts in the buffer
@@ -65,7 +66,7 @@ class LineReader {
 };
 
 // Standard output, kept for replies: what a library prints goes to standard error from here on, so
-// that it cannot get between them.
+// that it cannot get between them. Several threads may write: each line comes out whole.
 class ReplyOutput {
   public:
     ReplyOutput();
@@ -76,11 +77,14 @@ class ReplyOutput {
     bool is_terminal() const;
 
     // Writes the text and a line end. Result: false when nobody reads any more. Throws StreamError.
-    // With signals, gives up and returns false when one arrives while nobody reads.
-    bool write_line(std::string text, StopSignals *stop = nullptr) const;
+    // With signals, gives up and returns false when one arrives while nobody reads; no further line
+    // is written then, since a part of this one may stand there.
+    bool write_line(std::string text, const StopSignals *stop = nullptr);
 
   private:
     int descriptor_;
+    std::mutex mutex_;
+    bool given_up_ = false;
 };
 
 // All of standard input. Throws StreamError, also when it is longer than max_bytes.

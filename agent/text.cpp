@@ -1,7 +1,11 @@
 #include "text.h"
 
+#include "error_output.h"
+
 #include <algorithm>
+#include <clocale>
 #include <cstdio>
+#include <cwchar>
 #include <iconv.h>
 #include <iterator>
 #include <utf8.h>
@@ -124,6 +128,23 @@ std::string one_line(std::string_view bytes, size_t max_bytes)
     return line;
 }
 
+size_t columns_of(std::string_view utf8_text)
+{
+    // The C library knows the widths, but tells them only in a locale of UTF-8.
+    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    const locale_t before = locale != nullptr ? uselocale(locale) : nullptr;
+    size_t columns = 0;
+    const std::string text = replace_invalid(utf8_text);
+    for (auto at = text.begin(); at != text.end();) {
+        const int width = wcwidth(static_cast<wchar_t>(utf8::unchecked::next(at)));
+        columns += width < 0 ? 1 : static_cast<size_t>(width);
+    }
+    if (before != nullptr) {
+        uselocale(before);
+    }
+    return columns;
+}
+
 bool same_text(std::string_view left, std::string_view right)
 {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -139,8 +160,7 @@ std::string lower_case(std::string_view text)
 
 void complain(std::string_view message)
 {
-    const std::string line = "hgagent: " + one_line(message) + "\n";
-    fputs(line.c_str(), stderr);
+    write_error_line("hgagent: " + one_line(message));
 }
 
 } // namespace agent

@@ -18,6 +18,9 @@ std::string to_utf8(std::string_view text);
 // says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
 
+// How many columns a terminal takes for a text on one line.
+size_t columns_of(std::string_view utf8_text);
+
 // Whether the letters are the same, upper or lower case.
 bool same_text(std::string_view left, std::string_view right);
 std::string lower_case(std::string_view text);

@@ -4,8 +4,11 @@
 #include "text.h"
 
 #include <chrono>
+#include <filesystem>
+#include <iterator>
 #include <pthread.h>
 #include <string>
+#include <system_error>
 
 namespace agent {
 
@@ -19,6 +22,7 @@ struct Worker {
 
 constexpr Worker kWorkers[] = {
     {"setwifilistlock", "the Wi-Fi settings to be applied"},
+    {"downimagelock", "the firmware to be installed"},
 };
 
 // A mutex cannot be waited for together with signals: it is tried again and again instead.
@@ -33,7 +37,7 @@ bool is_held(pthread_mutex_t *mutex)
     return false;
 }
 
-void await(const Worker &worker, const PluginHost &host, StopSignals &stop)
+void await(const Worker &worker, const PluginHost &host, const StopSignals &stop)
 {
     auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
     if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
@@ -57,7 +61,8 @@ int status_of(const std::function<int()> &work)
 
 } // namespace
 
-int until_workers_end(const PluginHost &host, StopSignals &stop, const std::function<int()> &work)
+int until_workers_end(const PluginHost &host, const StopSignals &stop,
+                      const std::function<int()> &work)
 {
     const int status = status_of(work);
     for (const Worker &worker : kWorkers) {
@@ -66,6 +71,14 @@ int until_workers_end(const PluginHost &host, StopSignals &stop, const std::func
         }
     }
     return stop.arrived() != 0 ? kSignalled + stop.arrived() : status;
+}
+
+bool has_other_threads()
+{
+    namespace fs = std::filesystem;
+    std::error_code unknown;
+    const fs::directory_iterator threads("/proc/self/task", unknown);
+    return unknown || std::distance(begin(threads), end(threads)) != 1;
 }
 
 } // namespace agent

@@ -10,6 +10,11 @@ namespace agent {
 
 // Does the work, which may start workers, and then waits until none is at work any more, or a
 // signal arrives. Result: the exit status: that of the work, or that of the signal.
-int until_workers_end(const PluginHost &host, StopSignals &stop, const std::function<int()> &work);
+int until_workers_end(const PluginHost &host, const StopSignals &stop,
+                      const std::function<int()> &work);
+
+// Whether any thread but the caller's is left: a worker that was not waited for, or one that has
+// done its work and is about to end.
+bool has_other_threads();
 
 } // namespace agent

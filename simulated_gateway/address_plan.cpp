@@ -35,6 +35,14 @@ bool is_unicast(uint32_t address)
     return first_byte != 0 && first_byte != 127 && first_byte < 224;
 }
 
+void refuse_address_of_wan(const Subnet &subnet, const Wan &wan)
+{
+    const std::optional<uint32_t> ip = parse_ipv4(wan.ip);
+    if (ip && subnet.holds(*ip)) {
+        throw Error("the subnet holds the address of the WAN");
+    }
+}
+
 Subnet accepted_subnet(const Home &home, const Lan &plan)
 {
     const uint32_t gateway = address("GatewayLanIP", plan.ip);
@@ -52,9 +60,9 @@ Subnet accepted_subnet(const Home &home, const Lan &plan)
     if (gateway == subnet.last) {
         throw Error("GatewayLanIP is the broadcast address");
     }
-    const std::optional<uint32_t> wan = parse_ipv4(home.wan.ip);
-    if (wan && subnet.holds(*wan)) {
-        throw Error("the subnet holds the address of the WAN");
+    refuse_address_of_wan(subnet, home.wan);
+    for (const Wan &wan : home.other_wans) {
+        refuse_address_of_wan(subnet, wan);
     }
     const uint32_t start = address("StartIp", plan.dhcp_pool.start);
     const uint32_t end = address("EndIp", plan.dhcp_pool.end);

@@ -50,20 +50,38 @@ std::vector<std::string> split(const std::string &list)
     return parts;
 }
 
-std::optional<int64_t> fixed_time()
+std::optional<int64_t> number_in(const char *variable, const Range &range, const char *meaning)
 {
-    const auto text = given("time", nullptr, "SIMULATED_GATEWAY_TIME");
+    const auto text = given(variable, nullptr, variable);
     if (!text) {
         return std::nullopt;
     }
-    int64_t time = 0;
+    int64_t number = 0;
     const char *end = text->data() + text->size();
-    const auto [rest, error] = std::from_chars(text->data(), end, time);
-    if (error != std::errc() || rest != end || time < 0) {
-        throw Error("SIMULATED_GATEWAY_TIME: " + in_quotes(*text) +
-                    " is no number of seconds since 1970");
+    const auto [rest, error] = std::from_chars(text->data(), end, number);
+    if (error != std::errc() || rest != end || !complaint(number, range).empty()) {
+        throw Error(std::string(variable) + ": " + in_quotes(*text) + " is no " + meaning);
     }
-    return time;
+    return number;
+}
+
+FetchLimits fetch_limits()
+{
+    constexpr Range seconds{1, 86400};
+    constexpr char meaning[] = "number of seconds from 1 to 86400";
+    FetchLimits limits;
+    if (const auto bytes = number_in("SIMULATED_GATEWAY_LARGEST_IMAGE", {1, INT64_C(1) << 40},
+                                     "number of bytes from 1 to 2^40")) {
+        limits.largest_image = static_cast<uint64_t>(*bytes);
+    }
+    if (const auto time = number_in("SIMULATED_GATEWAY_CONNECT_TIMEOUT", seconds, meaning)) {
+        limits.connect_timeout = std::chrono::seconds(*time);
+    }
+    if (const auto time = number_in("SIMULATED_GATEWAY_STALL_TIMEOUT", seconds, meaning)) {
+        limits.stall_timeout = std::chrono::seconds(*time);
+    }
+    limits.ca_file = given("CA file", nullptr, "SIMULATED_GATEWAY_CA_FILE").value_or("");
+    return limits;
 }
 
 Settings settings_from(const SimulatedGatewayOptions &options)
@@ -85,7 +103,9 @@ Settings settings_from(const SimulatedGatewayOptions &options)
         throw Error("SIMULATED_GATEWAY_SHOW_SECRETS: " + in_quotes(shown) + " is neither 0 nor 1");
     }
     settings.show_secrets = options.show_secrets != 0 || shown == "1";
-    settings.fixed_time = fixed_time();
+    settings.fixed_time =
+        number_in("SIMULATED_GATEWAY_TIME", {0, INT64_MAX}, "number of seconds since 1970");
+    settings.fetch_limits = fetch_limits();
     return settings;
 }
 
@@ -129,9 +149,18 @@ try {
 
 void simulated_gateway_close()
 {
+    // Without the lock of the control: work that ends here may have to report to the host, which
+    // may call the gateway from there.
+    const std::shared_ptr<Gateway> closing = [] {
+        const std::lock_guard lock(control().mutex);
+        return control().gateway;
+    }();
+    if (closing != nullptr) {
+        closing->end_calls();
+    }
     const std::lock_guard lock(control().mutex);
-    if (control().gateway != nullptr) {
-        control().gateway->close();
+    if (closing != nullptr && control().gateway == closing) {
+        closing->close();
         control().gateway = nullptr;
     }
     control().environment_failed = false;

@@ -43,6 +43,15 @@ try {
     return -1;
 }
 
+int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
+                  const std::function<int32_t(Gateway &)> &body)
+try {
+    const std::shared_ptr<Gateway> gateway = current_gateway();
+    return gateway ? gateway->long_work(function, arguments, body) : -1;
+} catch (const std::exception &) {
+    return -1;
+}
+
 Argument reply_text(const char *name, const char *text)
 {
     return {name, text, true, [](const void *value, bool) {

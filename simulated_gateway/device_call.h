@@ -1,5 +1,5 @@
 // What a device function is made of. A function is its name, its arguments and a body that works on
-// the state; fault plan, trace, lock and saving come with query() and setting():
+// the state; fault plan, trace, lock and saving come with query(), setting() and long_work():
 //
 //   int32_t devapi_get_sn_info(SnInfo *info)
 //   {
@@ -9,7 +9,7 @@
 //       });
 //   }
 //
-// The body runs under the gateway's lock: it calls no device function.
+// The body of the first two runs under the gateway's lock: it calls no device function.
 //
 // A record is described once, for the trace:
 //
@@ -29,6 +29,8 @@
 #include <string>
 
 namespace simulated_gateway {
+
+class Gateway;
 
 // A record in readable form: {MAC="3C:6A:D2:10:4F:20", tslinkstatus="1"}.
 class RecordText {
@@ -138,6 +140,12 @@ int32_t query(const char *function, std::initializer_list<Argument> arguments,
 // with -1, and trace and FailReason say why.
 int32_t setting(const char *function, std::initializer_list<Argument> arguments,
                 const std::function<int32_t(State &)> &body);
+
+// Runs a device call that takes its time: the body works without the gateway's lock, and other
+// calls go on meanwhile. For its steps on the state it asks the gateway (gateway.h). A body refuses
+// as it does in a setting.
+int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
+                  const std::function<int32_t(Gateway &)> &body);
 
 // What a field without a value says.
 constexpr char kNoValue[] = "NULL";

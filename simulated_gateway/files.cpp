@@ -18,39 +18,6 @@ namespace {
 
 constexpr size_t kLargestFile = 4U << 20;
 
-// Keeps from the thread what a failing write raises besides its result: SIGPIPE where nobody reads
-// a pipe, SIGXFSZ where a file grows beyond its limit. Either would end the host's process.
-class WithoutWriteSignals {
-  public:
-    WithoutWriteSignals()
-    {
-        sigset_t pending;
-        sigpending(&pending);
-        sigemptyset(&raised_);
-        for (const int signal : {SIGPIPE, SIGXFSZ}) {
-            if (sigismember(&pending, signal) == 0) {
-                sigaddset(&raised_, signal);
-            }
-        }
-        pthread_sigmask(SIG_BLOCK, &raised_, &before_);
-    }
-    ~WithoutWriteSignals()
-    {
-        const int reason = errno;
-        const timespec at_once = {};
-        while (sigtimedwait(&raised_, nullptr, &at_once) > 0) {
-        }
-        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-        errno = reason;
-    }
-    WithoutWriteSignals(const WithoutWriteSignals &) = delete;
-    WithoutWriteSignals &operator=(const WithoutWriteSignals &) = delete;
-
-  private:
-    sigset_t raised_; // by our writes, if at all: these were not pending before
-    sigset_t before_;
-};
-
 std::string folder_of(const std::string &path)
 {
     const size_t slash = path.rfind('/');
@@ -58,6 +25,29 @@ std::string folder_of(const std::string &path)
 }
 
 } // namespace
+
+WithoutWriteSignals::WithoutWriteSignals()
+{
+    sigset_t pending;
+    sigpending(&pending);
+    sigemptyset(&raised_);
+    for (const int signal : {SIGPIPE, SIGXFSZ}) {
+        if (sigismember(&pending, signal) == 0) {
+            sigaddset(&raised_, signal);
+        }
+    }
+    pthread_sigmask(SIG_BLOCK, &raised_, &before_);
+}
+
+WithoutWriteSignals::~WithoutWriteSignals()
+{
+    const int reason = errno;
+    const timespec at_once = {};
+    while (sigtimedwait(&raised_, nullptr, &at_once) > 0) {
+    }
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    errno = reason;
+}
 
 FileDescriptor::~FileDescriptor()
 {
@@ -77,7 +67,7 @@ void refuse_file(const std::string &path)
     throw Error(path + ": " + std::generic_category().message(errno));
 }
 
-std::string read_file(const std::string &path)
+void read_file(const std::string &path, const std::function<void(std::string_view)> &take)
 {
     // Without O_NONBLOCK a pipe in the file's place would make us wait for its writer.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -88,45 +78,89 @@ std::string read_file(const std::string &path)
     if (!S_ISREG(info.st_mode)) {
         throw Error(path + ": is no regular file");
     }
-    std::string text;
     char block[16384];
     for (;;) {
         const ssize_t length = read(file.get(), block, sizeof(block));
         if (length == 0) {
-            return text;
+            return;
         }
         if (length < 0 && errno != EINTR) {
             refuse_file(path);
         }
         if (length > 0) {
-            text.append(block, static_cast<size_t>(length));
-        }
-        if (text.size() > kLargestFile) {
-            throw Error(path + ": is longer than " + std::to_string(kLargestFile) + " bytes");
+            take({block, static_cast<size_t>(length)});
         }
     }
 }
 
+std::string read_file(const std::string &path)
+{
+    std::string text;
+    read_file(path, [&](std::string_view block) {
+        text.append(block);
+        if (text.size() > kLargestFile) {
+            throw Error(path + ": is longer than " + std::to_string(kLargestFile) + " bytes");
+        }
+    });
+    return text;
+}
+
+// One fixed name aside: what a killed process left there is overwritten by the next.
+NewFile::NewFile(std::string path)
+    : path_(std::move(path)), temporary_(path_ + ".tmp"),
+      file_(open(temporary_.c_str(),
+                 O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                 S_IRUSR | S_IWUSR)),
+      folder_(open(folder_of(path_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+{
+    if (!file_.is_open() || !folder_.is_open()) {
+        refuse_file(temporary_);
+    }
+}
+
+NewFile::NewFile(NewFile &&other) noexcept
+    : path_(std::move(other.path_)), temporary_(std::exchange(other.temporary_, {})),
+      file_(std::move(other.file_)), folder_(std::move(other.folder_))
+{
+}
+
+NewFile::~NewFile()
+{
+    if (!temporary_.empty()) {
+        unlink(temporary_.c_str());
+    }
+}
+
+void NewFile::write(std::string_view text)
+{
+    if (!write_all(file_.get(), text)) {
+        refuse_file(path_);
+    }
+}
+
+void NewFile::sync()
+{
+    if (fsync(file_.get()) != 0) {
+        refuse_file(path_);
+    }
+}
+
+void NewFile::replace()
+{
+    sync();
+    if (rename(temporary_.c_str(), path_.c_str()) != 0) {
+        refuse_file(path_);
+    }
+    temporary_.clear();
+    // The new file is in place already; where a file system cannot sync a folder, it has to do.
+    fsync(folder_.get());
+}
+
 void replace_file(const std::string &path, std::string_view text)
 {
-    // One fixed name: what a killed process left there is overwritten by the next.
-    const std::string temporary = path + ".tmp";
-    FileDescriptor file(open(temporary.c_str(),
-                             O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
-                             S_IRUSR | S_IWUSR));
-    const FileDescriptor folder(open(folder_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!file.is_open() || !folder.is_open()) {
-        refuse_file(temporary);
-    }
-    if (!write_all(file.get(), text) || fsync(file.get()) != 0 ||
-        rename(temporary.c_str(), path.c_str()) != 0) {
-        const int reason = errno;
-        unlink(temporary.c_str());
-        errno = reason;
-        refuse_file(path);
-    }
-    // The new text is in place already; where a file system cannot sync a folder, it has to do.
-    fsync(folder.get());
+    NewFile file(path);
+    file.write(text);
+    file.replace();
 }
 
 bool write_all(int fd, std::string_view text)

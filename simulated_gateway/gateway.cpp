@@ -9,12 +9,16 @@
 namespace simulated_gateway {
 namespace {
 
+constexpr char kClosed[] = "the gateway was closed";
+
 State new_state(const std::string &scenario)
 {
     State state;
     state.scenario = scenario_name(scenario);
     state.home = load_scenario(scenario);
     state.factory = state.home;
+    state.firmware.slot(1) = {state.home.identity.software_version,
+                              state.home.identity.firmware_date, ""};
     boot(state);
     return state;
 }
@@ -35,6 +39,8 @@ Gateway::Gateway(const Settings &settings)
         state_file_.emplace(*settings.state_file);
         kept = state_file_->load();
     }
+    firmware_.emplace(state_file_ ? std::optional(state_file_->path() + ".firmware") : std::nullopt,
+                      settings.fetch_limits);
     if (!kept) {
         keep(new_state(settings.scenario.value_or(kDefaultScenario)));
         return;
@@ -50,7 +56,7 @@ Gateway::Gateway(const Settings &settings)
 int32_t Gateway::query(const char *function, std::initializer_list<Argument> arguments,
                        const std::function<int32_t(const State &)> &body)
 {
-    return run(function, arguments, [&] {
+    return run(function, arguments, [&](Lock &) {
         let_time_pass(state_);
         return body(state_);
     });
@@ -59,7 +65,7 @@ int32_t Gateway::query(const char *function, std::initializer_list<Argument> arg
 int32_t Gateway::setting(const char *function, std::initializer_list<Argument> arguments,
                          const std::function<int32_t(State &)> &body)
 {
-    return run(function, arguments, [&] {
+    return run(function, arguments, [&](Lock &) {
         State changed = state_;
         let_time_pass(changed);
         const int32_t result = body(changed);
@@ -70,14 +76,56 @@ int32_t Gateway::setting(const char *function, std::initializer_list<Argument> a
     });
 }
 
+int32_t Gateway::long_work(const char *function, std::initializer_list<Argument> arguments,
+                           const std::function<int32_t(Gateway &)> &body)
+{
+    return run(function, arguments, [&](Lock &lock) {
+        // Without the lock for as long as this lives.
+        struct LongCall {
+            LongCall(Gateway &gateway, Lock &lock) : gateway_(gateway), lock_(lock)
+            {
+                ++gateway_.long_calls_;
+                lock_.unlock();
+            }
+            ~LongCall()
+            {
+                lock_.lock();
+                --gateway_.long_calls_;
+                gateway_.closing_.notify_all();
+            }
+            Gateway &gateway_;
+            Lock &lock_;
+        } long_call(*this, lock);
+        return body(*this);
+    });
+}
+
+State Gateway::state()
+{
+    const std::lock_guard lock(mutex_);
+    return state_;
+}
+
+void Gateway::change(const std::function<void(State &)> &body)
+{
+    const std::lock_guard lock(mutex_);
+    if (closed_) {
+        throw Error(kClosed);
+    }
+    State changed = state_;
+    let_time_pass(changed);
+    body(changed);
+    keep(std::move(changed));
+}
+
 int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
-                     const std::function<int32_t()> &body)
+                     const std::function<int32_t(Lock &)> &body)
 {
     const auto start = std::chrono::steady_clock::now();
     Trace::Call call = {function, arguments, false, -1, {}, {}};
-    std::unique_lock lock(mutex_);
+    Lock lock(mutex_);
     if (closed_) {
-        call.note = "the gateway was closed";
+        call.note = kClosed;
     } else if (const std::optional<Fault> fault = faults_.next(function)) {
         // Waiting lets go of the lock; a gateway that is closed waits no longer.
         closing_.wait_for(lock, fault->delay, [&] { return closed_; });
@@ -87,7 +135,7 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
         call.note = "an argument is null";
     } else {
         try {
-            call.result = body();
+            call.result = body(lock);
             call.filled = true;
         } catch (const std::exception &failure) {
             call.note = failure.what();
@@ -109,6 +157,7 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
 
 void Gateway::keep(State changed)
 {
+    const std::string started = start_firmware(changed);
     check(changed);
     // What has just begun has to end on time for those as well who read the file.
     let_time_pass(changed);
@@ -116,6 +165,29 @@ void Gateway::keep(State changed)
         state_file_->save(changed);
     }
     state_ = std::move(changed);
+    if (!started.empty()) {
+        trace_.event(uptime(), started.c_str());
+    }
+}
+
+// Where a restart has started the other slot: only with an image that holds, else the router goes
+// on with what it ran before. Says what happened.
+std::string Gateway::start_firmware(State &changed)
+{
+    Firmware &firmware = changed.firmware;
+    if (firmware.running == state_.firmware.running) {
+        return {};
+    }
+    const FirmwareSlot &started = firmware.slot(firmware.running);
+    const std::string name = "firmware " + started.version;
+    try {
+        firmware_->check(firmware.running, started, changed.home.identity.device_type);
+        return name + " starts";
+    } catch (const Error &failure) {
+        firmware.next = state_.firmware.running;
+        simulated_gateway::start_firmware(changed);
+        return name + " does not start, " + failure.what();
+    }
 }
 
 int64_t Gateway::uptime() const
@@ -139,16 +211,26 @@ void Gateway::power_cycle()
     }
 }
 
+void Gateway::end_calls()
+{
+    Lock lock(mutex_);
+    closed_ = true;
+    if (firmware_) {
+        firmware_->stop();
+    }
+    closing_.notify_all();
+    closing_.wait(lock, [&] { return long_calls_ == 0; });
+}
+
 void Gateway::close()
 {
     const std::lock_guard lock(mutex_);
-    closed_ = true;
-    closing_.notify_all();
     try {
         keep(state_);
     } catch (const std::exception &failure) {
         trace_.event(uptime(), "close failed", failure.what());
     }
+    firmware_.reset();
     state_file_.reset();
 }
 

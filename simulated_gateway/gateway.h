@@ -3,6 +3,7 @@
 
 #include "device_call.h"
 #include "fault_plan.h"
+#include "firmware_store.h"
 #include "state_file.h"
 #include "trace.h"
 
@@ -23,6 +24,7 @@ struct Settings {
     std::optional<std::string> trace;
     bool show_secrets = false;
     std::optional<int64_t> fixed_time; // seconds since 1970, else the clock runs
+    FetchLimits fetch_limits;
 };
 
 class Gateway {
@@ -30,29 +32,44 @@ class Gateway {
     // Throws an Error when the settings do not hold.
     explicit Gateway(const Settings &settings);
 
-    // As query() and setting() in device_call.h.
+    // As query(), setting() and long_work() in device_call.h.
     int32_t query(const char *function, std::initializer_list<Argument> arguments,
                   const std::function<int32_t(const State &)> &body);
     int32_t setting(const char *function, std::initializer_list<Argument> arguments,
                     const std::function<int32_t(State &)> &body);
 
+    int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
+                      const std::function<int32_t(Gateway &)> &body);
+
+    // For the bodies of long work: the state at this moment, and a step of change as in a setting,
+    // which throws an Error when the change did not take effect.
+    State state();
+    void change(const std::function<void(State &)> &body);
+    FirmwareStore &firmware() { return *firmware_; }
+
     void power_cycle();
 
-    // Saves the state and lets go of its file. Calls that are still under way fail.
+    // Lets every call fail from now on, and waits for the long work that is under way to end.
+    void end_calls();
+    // Saves the state and lets go of its file. No long work may be under way.
     void close();
 
   private:
+    using Lock = std::unique_lock<std::mutex>;
     int32_t run(const char *function, std::initializer_list<Argument> arguments,
-                const std::function<int32_t()> &body);
+                const std::function<int32_t(Lock &)> &body);
     void keep(State changed);
+    std::string start_firmware(State &changed);
     int64_t uptime() const;
 
     Trace trace_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;
+    int long_calls_ = 0; // under way
     FaultPlan faults_;
     std::optional<StateFile> state_file_;
+    std::optional<FirmwareStore> firmware_; // has a lock of its own
     State state_;
 };
 

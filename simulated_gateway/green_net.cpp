@@ -151,14 +151,15 @@ int32_t devapi_add_greennet_mac(const char *mac, int32_t *index)
 // The MAC addresses of a list in which each is followed by a comma.
 static std::set<std::string> listed_macs(std::string_view list)
 {
+    std::set<std::string> macs;
+    if (list.empty()) {
+        return macs;
+    }
     if (list.ends_with(',')) {
         list.remove_suffix(1);
     }
-    std::set<std::string> macs;
-    if (!list.empty()) {
-        for (const std::string &mac : split_at_commas(list)) {
-            macs.insert(mac_of("list", mac));
-        }
+    for (const std::string &mac : split_at_commas(list)) {
+        macs.insert(mac_of("list", mac));
     }
     return macs;
 }

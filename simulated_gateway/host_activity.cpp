@@ -131,7 +131,7 @@ int64_t attached_since(const State &state, const Host &host)
         }
         since = std::max(since, slot * kSlotSeconds);
     }
-    return since;
+    return std::min(since, now()); // also when the clock has gone back
 }
 
 int64_t online_hosts(const Home &home)

@@ -12,6 +12,16 @@ void boot(State &state)
     ++state.boot_count;
     state.wan_time = state.boot_time;
     state.optimization_time = 0;
+    start_firmware(state);
+}
+
+void start_firmware(State &state)
+{
+    Firmware &firmware = state.firmware;
+    firmware.running = firmware.next;
+    const FirmwareSlot &started = firmware.slot(firmware.running);
+    state.home.identity.software_version = started.version;
+    state.home.identity.firmware_date = started.date;
 }
 
 void let_time_pass(State &state)

@@ -4,6 +4,7 @@
 // reading and writing the state file and checking values all go by that description.
 #pragma once
 
+#include "model_firmware.h"
 #include "model_green_net.h"
 #include "model_hosts.h"
 #include "model_settings.h"
@@ -198,13 +199,14 @@ struct Home {
     }
 };
 
-// Everything that the gateway keeps: the home as it is and as it left the factory.
+// Everything that the gateway keeps: its firmware, the home as it is and as it left the factory.
 struct State {
     std::string scenario;  // name of the scenario that the home was made from
     int64_t boot_time = 0; // seconds since 1970
     int64_t boot_count = 0;
     int64_t wan_time = 0;          // since when the WAN is connected
     int64_t optimization_time = 0; // when resources were last freed; 0 when not since the boot
+    Firmware firmware;
     Home home;
     Home factory;
 
@@ -216,13 +218,15 @@ struct State {
         visit.field("wan_time", self.wan_time, Range{0, INT64_MAX});
         visit.field("optimization_time", self.optimization_time,
                     Range{0, INT64_MAX, Presence::kOptional});
+        visit.object("firmware", self.firmware);
         visit.object("home", self.home);
         visit.object("factory", self.factory);
     }
 };
 
-// Starts the router anew with the home as it is.
+// Starts the router anew with the home as it is, and with the firmware that is to be next.
 void boot(State &state);
+void start_firmware(State &state);
 
 // What the clock brings about: guest networks that have come on start their time, and go off at its
 // end.

@@ -55,6 +55,10 @@ void check(const State &state)
 {
     RuleChecker rules("");
     State::describe(state, rules);
+    if (state.firmware.slot(state.firmware.running).version.empty()) {
+        refuse("/firmware/slot_" + std::to_string(state.firmware.running) + "/version",
+               "is missing, and it runs");
+    }
     check_coherence(state.home, "/home");
     check_coherence(state.factory, "/factory");
 }

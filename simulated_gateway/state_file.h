@@ -18,13 +18,15 @@ class StateFile {
     // Nothing when there is no file yet. Throws an Error when the file does not hold.
     std::optional<State> load() const;
 
+    // Where it is: absolute and without links.
+    const std::string &path() const { return path_; }
+
     // Replaces the file whole. Throws an Error, and then the old state is in place.
     void save(const State &state) const;
 
   private:
     std::string name_; // as the host gave it
-    // Absolute and without links: the host may change its folder, and two names for one file have
-    // to share a lock.
+    // The host may change its folder, and two names for one file have to share a lock.
     std::string path_;
     FileDescriptor lock_;
 };

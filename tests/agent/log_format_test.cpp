@@ -66,6 +66,8 @@ TEST(LogFormat, MasksLabelledSecrets)
         format(false, "WPA PSK: \"%s\", Passwd <%-8s>, passphrase %d, next %d", "x", "y", 12, 34),
         "WPA PSK: \"***\", Passwd <***>, passphrase ***, next 34");
     EXPECT_EQ(format(false, "%s = %s", "GuestPwd", "x"), "GuestPwd = ***");
+    EXPECT_EQ(format(false, "%s= %s \n", "PPPOE_PASSWORD", "x"), "PPPOE_PASSWORD= *** \n");
+    EXPECT_EQ(format(false, "%s= %s \n", "PPPOE_USERNAME", "x"), "PPPOE_USERNAME= x \n");
     EXPECT_EQ(format(true, "Password:%s", "x"), "Password:x");
 }
 

@@ -1,53 +1,17 @@
 // The log's lines on standard error.
+#include "captured_error.h"
 #include "log_sink.h"
+#include "smart_router_service/host_agent.h"
 
 #include <gmock/gmock.h>
 
-#include <sstream>
 #include <string>
-#include <sys/mman.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
-
-namespace {
-
-// Standard error, kept in a file for as long as this lives.
-class Captured {
-  public:
-    Captured() : file_(memfd_create("log", 0)), before_(dup(STDERR_FILENO))
-    {
-        dup2(file_, STDERR_FILENO);
-    }
-    ~Captured()
-    {
-        dup2(before_, STDERR_FILENO);
-        close(before_);
-        close(file_);
-    }
-    std::vector<std::string> lines() const
-    {
-        std::string content(static_cast<size_t>(lseek(file_, 0, SEEK_END)), '\0');
-        const ssize_t count = pread(file_, content.data(), content.size(), 0);
-        EXPECT_EQ(count, static_cast<ssize_t>(content.size()));
-        std::vector<std::string> lines;
-        std::istringstream stream(content);
-        for (std::string line; std::getline(stream, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
-
-  private:
-    int file_;
-    int before_;
-};
-
-} // namespace
 
 TEST(LogSink, WritesOneLineForEachCall)
 {
-    const Captured error;
+    const CapturedError error;
     agent::log_line(3, "no end");
     agent::log_line(3, "an end\n");
     agent::log_line(0, "another end\r\n");
@@ -63,7 +27,7 @@ TEST(LogSink, WritesWholeLinesFromManyThreads)
 {
     constexpr int kThreads = 8;
     constexpr int kLines = 500;
-    const Captured error;
+    const CapturedError error;
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([thread] {
@@ -81,4 +45,20 @@ TEST(LogSink, WritesWholeLinesFromManyThreads)
     for (const std::string &line : lines) {
         EXPECT_EQ(line, "<3> hgagent: " + std::string(300, line.back()));
     }
+}
+
+TEST(LogSink, CountsTheErrorsOfLibraries)
+{
+    const CapturedError error;
+    const uint64_t before = agent::errors_of_libraries();
+    agent::log_line(3, "of the agent itself");
+    ts_mod_log_printf("library", 4, "no error");
+    EXPECT_EQ(agent::errors_of_libraries(), before);
+    agent::set_log({.level = 2});
+    ts_mod_log_printf("library", 3, "not shown");
+    agent::set_log({});
+    ts_mod_log_printf("library", 0, "shown");
+    EXPECT_EQ(agent::errors_of_libraries(), before + 2);
+    EXPECT_THAT(error.lines(),
+                testing::ElementsAre("<3> hgagent: of the agent itself", "<0> library: shown"));
 }

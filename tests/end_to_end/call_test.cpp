@@ -238,9 +238,10 @@ TEST(Usage, HelpAndVersionSucceed)
 {
     const AgentResult help = run_agent({"--help"});
     EXPECT_EQ(help.exit_status, 0);
-    for (const char *word : {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
-                             "--log-level", "--show-secrets", "--raw-bytes", "call", "serve",
-                             "report", "list", "describe", "Exit status", "Examples"}) {
+    for (const char *word :
+         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace", "--log-level",
+          "--show-secrets", "--raw-bytes", "--refuse-notices", "call", "serve", "notice", "report",
+          "hosts", "list", "describe", "Exit status", "Examples"}) {
         EXPECT_THAT(help.output, HasSubstr(word));
     }
     EXPECT_EQ(run_agent({"--version"}).output, "hgagent " PROJECT_VERSION "\n");

@@ -5,9 +5,13 @@
 
 #include <cstdlib>
 
-GatewayTest::GatewayTest()
-    : state_(test_file(std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) +
-                       ".json"))
+static std::string name_of_test()
+{
+    const testing::TestInfo &test = *testing::UnitTest::GetInstance()->current_test_info();
+    return std::string(test.test_suite_name()) + "." + test.name();
+}
+
+GatewayTest::GatewayTest() : state_(test_file(name_of_test() + ".json"))
 {
     set_time(kStart);
 }

@@ -1,9 +1,5 @@
-// Handles one SET_WIFI_INFO_LIST with as many elements as the argument says, for a profiler that
-// counts what the handler does. The worker is left out.
-#include "handler_test.h"
-
-#include <cstdio>
-#include <cstdlib>
+// One SET_WIFI_INFO_LIST. The worker is left out.
+#include "list_cost.h"
 
 extern "C" {
 
@@ -18,22 +14,10 @@ int __wrap_pthread_create(pthread_t *, const pthread_attr_t *, void *(*)(void *)
 
 int main(int argc, char **argv)
 {
-    const int count = argc == 2 ? atoi(argv[1]) : 0;
-    const Json element =
-        parse(R"({"SSIDIndex":"1","SSID":"home","PWD":"correct horse","ENCRYPT":"WPA2",)"
-              R"("PowerLevel":"80","Channel":"6","Enable":"1","Bandwidth":"20",)"
-              R"("AdvertisementEnable":"1","Mode":"bgn","Beamforming":"1"})");
-    const Json object = parse(R"({"WIFILIST":[],"StaCtrl":"1"})");
-    for (int at = 0; at < count; ++at) {
-        cJSON_AddItemToArray(object->child, cJSON_Duplicate(element.get(), 1));
-    }
-
-    hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get());
-
-    if (print(object.get()) != R"({"Status":"0"})" || recording_device::calls().size() != 2 ||
-        !recording_host::log_lines().empty()) {
-        fprintf(stderr, "the batch was not handled as it should be\n");
-        return 1;
-    }
-    return 0;
+    return handle_list({"SET_WIFI_INFO_LIST", R"({"WIFILIST":[],"StaCtrl":"1"})",
+                        R"({"SSIDIndex":"1","SSID":"home","PWD":"correct horse","ENCRYPT":"WPA2",)"
+                        R"("PowerLevel":"80","Channel":"6","Enable":"1","Bandwidth":"20",)"
+                        R"("AdvertisementEnable":"1","Mode":"bgn","Beamforming":"1"})",
+                        2, 0},
+                       argc, argv);
 }

@@ -23,7 +23,7 @@ def main(traffic_file):
             if command not in descriptions:
                 faults.append(f"{command} is not described")
                 continue
-            fault, matched = check(record, descriptions[command]["replies"])
+            fault, matched = check(record, descriptions[command])
             if fault:
                 faults.append(f"{command}: {fault}\n  {line[:1000].rstrip()}")
             unseen[command] = [reply for reply in unseen[command] if reply not in matched]
@@ -38,9 +38,12 @@ def main(traffic_file):
     return 1 if faults or count == 0 else 0
 
 
-def check(record, replies):
+def check(record, description):
     """The fault of one reply, or None, and the positions of the described replies that it is."""
-    faults = [protocol.mismatch(record["reply"], record["request"], reply) for reply in replies]
+    replies = description["replies"]
+    case_sensitive = description.get("case_sensitive", False)
+    faults = [protocol.mismatch(record["reply"], record["request"], reply, case_sensitive)
+              for reply in replies]
     matched = [position for position, fault in enumerate(faults) if fault is None]
     if matched:
         return None, matched

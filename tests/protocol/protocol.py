@@ -33,12 +33,13 @@ def device_functions():
     return set(re.findall(r"^\w+ (devapi_\w+)\(", header.read_text(encoding="utf-8"), re.M))
 
 
-def mismatch(reply, request, described):
+def mismatch(reply, request, described, case_sensitive=False):
     """Why a reply is not the described one for this request, or None when it is."""
     rest = Object(request)
+    spelling = str if case_sensitive else str.lower
     conditional = described.get("consumes_if_text", [])
     for name in [*described.get("consumes", []), *conditional]:
-        first = next((pair for pair in rest if pair[0].lower() == name.lower()), None)
+        first = next((pair for pair in rest if spelling(pair[0]) == spelling(name)), None)
         if first is not None and (name not in conditional or isinstance(first[1], str)):
             rest.remove(first)
     if reply[: len(rest)] != rest:

@@ -16,8 +16,9 @@ DESCRIBED = {
 REQUEST = '{"name":"x","Other":1,"Name":"y"}'
 
 
-def why(reply, request=REQUEST, described=None):
-    return protocol.mismatch(protocol.parse(reply), protocol.parse(request), described or DESCRIBED)
+def why(reply, request=REQUEST, described=None, case_sensitive=False):
+    return protocol.mismatch(protocol.parse(reply), protocol.parse(request), described or DESCRIBED,
+                             case_sensitive)
 
 
 class MismatchTest(unittest.TestCase):
@@ -51,12 +52,33 @@ class MismatchTest(unittest.TestCase):
                      '{"Name":"y","Other":1,', '{"Other":2,"Name":"y",', "{"):
             self.assertIn("should be left as", why(rest + tail) or "", rest)
 
+    def test_letter_case_counts_where_it_is_said(self):
+        tail = '"Status":"0","List":[]}'
+        left = '{"name":"x","Other":1,'
+        self.assertIsNone(why(left + tail, case_sensitive=True))
+        self.assertIn("should be left", why(left + tail))
+        self.assertIn("should be left", why('{"Other":1,"Name":"y",' + tail, case_sensitive=True))
+        described = {"consumes_if_text": ["Mode"], "keys": []}
+        self.assertIsNone(why('{"mode":"x"}', '{"mode":"x"}', described, case_sensitive=True))
+
+    def test_a_key_may_stand_twice(self):
+        described = {"keys": [{"key": "a", "text": "1"}, {"key": "b"}, {"key": "a", "text": "2"}]}
+        self.assertIsNone(why('{"a":"1","b":"","a":"2"}', "{}", described))
+        self.assertIn("a: should be", why('{"a":"2","b":"","a":"1"}', "{}", described))
+        self.assertIn("should stand where the end", why('{"a":"1","b":""}', "{}", described))
+
     def test_a_key_without_text_may_stay(self):
         described = {"consumes_if_text": ["Mode"], "keys": []}
         self.assertIsNone(why("{}", '{"mode":"x"}', described))
         self.assertIsNone(why('{"Mode":7}', '{"Mode":7}', described))
         self.assertIn("should be left", why("{}", '{"Mode":7}', described))
         self.assertIn("is not described", why('{"Mode":"x"}', '{"Mode":"x"}', described))
+
+    def test_a_key_may_be_described_twice(self):
+        described = {"keys": [{"key": "Status", "text": "1"}, {"key": "Status", "text": "0"}]}
+        self.assertIsNone(why('{"Status":"1","Status":"0"}', "{}", described))
+        self.assertIn("Status should stand", why('{"Status":"1"}', "{}", described))
+        self.assertIn("Status: should be", why('{"Status":"0","Status":"0"}', "{}", described))
 
     def test_bytes_are_counted_not_letters(self):
         described = {"keys": [{"key": "a", "max_bytes": 2}]}

@@ -84,7 +84,7 @@ class GatewayInspectionTest : public GatewayTest {
 
 TEST_F(GatewayInspectionTest, TheWifiIsMeasuredOnTheModel)
 {
-    ASSERT_EQ(open({}), "");
+    ASSERT_EQ(open_at(kTime, {}), "");
     // On channel 6: -61 dBm counts 17, -68 dBm 13, and channel 3 at -79 dBm two fifths of 8.
     EXPECT_EQ(wifi(), "8 MEDIUM 6 33 100 1");
 }
@@ -122,10 +122,10 @@ TEST_F(GatewayInspectionTest, SecurityIsThatOfTheWeakestNetworkThatIsOn)
 
 TEST_F(GatewayInspectionTest, AnOptimisationMovesTheChannelAndALaterInspectionShowsIt)
 {
-    ASSERT_EQ(open({.state_file = path("state")}), "");
+    ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
     EXPECT_EQ(optimize("6"), "8 MEDIUM 11 6 100 1");
     EXPECT_EQ(wifi(), "8 MEDIUM 11 6 100 1");
-    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
     EXPECT_EQ(wifi(), "8 MEDIUM 11 6 100 1");
     // What is best already stays.
     EXPECT_EQ(optimize("6"), "8 MEDIUM 11 6 100 1");
@@ -133,7 +133,7 @@ TEST_F(GatewayInspectionTest, AnOptimisationMovesTheChannelAndALaterInspectionSh
 
 TEST_F(GatewayInspectionTest, TheChannelOfTheRequestTellsTheRadio)
 {
-    ASSERT_EQ(open({.state_file = path("state")}), "");
+    ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
     EXPECT_EQ(optimize("36"), "8 MEDIUM 149 4 100 1");
     EXPECT_EQ(wifi(), "8 MEDIUM 6 33 100 1");
     const nlohmann::json radios = json_of(path("state")).at("home").at("radios");
@@ -143,7 +143,7 @@ TEST_F(GatewayInspectionTest, TheChannelOfTheRequestTellsTheRadio)
 
 TEST_F(GatewayInspectionTest, ThePowerIsSetWithTheChannel)
 {
-    ASSERT_EQ(open({}), "");
+    ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_EQ(optimize("6", "50"), "8 MEDIUM 11 6 50 1");
     EXPECT_EQ(wifi(), "8 MEDIUM 11 6 50 1");
     EXPECT_EQ(optimize("11", "0"), "8 MEDIUM 11 6 0 1");
@@ -180,7 +180,7 @@ TEST_F(GatewayInspectionTest, CongestionGrowsWithSignalAndNearnessUpToAHundred)
 
 TEST_F(GatewayInspectionTest, AnOptimisationWithoutAChannelOfARadioIsRefused)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
+    ASSERT_EQ(open_at(kTime, {.trace = path("trace")}), "");
     for (const char *channel : {"", "six", "6a", " 6"}) {
         EXPECT_EQ(optimize(channel), "refused");
         EXPECT_EQ(reason(), "Channel is no number");
@@ -219,7 +219,7 @@ TEST_F(GatewayInspectionTest, ARadioThatIsOffOrNotThereIsNotOptimised)
 
 TEST_F(GatewayInspectionTest, TheTraceShowsWhatAnOptimisationChose)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
+    ASSERT_EQ(open_at(kTime, {.trace = path("trace")}), "");
     optimize("6");
     EXPECT_NE(lines(path("trace")).back().find("devapi_optimize_hg_wifi(info={WiFiDevNum=\"8\", "),
               std::string::npos);
@@ -231,7 +231,7 @@ TEST_F(GatewayInspectionTest, TheTraceShowsWhatAnOptimisationChose)
 
 TEST_F(GatewayInspectionTest, EverythingIsInspectedTogether)
 {
-    ASSERT_EQ(open({}), "");
+    ASSERT_EQ(open_at(kTime, {}), "");
     WifiInspectInfo wifi_info = {};
     FwInspectInfo firmware = {};
     NetInspectInfo net_info = {};
@@ -249,7 +249,7 @@ TEST_F(GatewayInspectionTest, EverythingIsInspectedTogether)
 
 TEST_F(GatewayInspectionTest, AConnectionWithoutFault)
 {
-    ASSERT_EQ(open({}), "");
+    ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_STREQ(net<devapi_inspect_net_connect>().DnsStatus, "1");
     EXPECT_STREQ(net<devapi_inspect_net_connect>().WanStatus, "Connected");
     EXPECT_EQ(uplink(), "1");
@@ -300,7 +300,7 @@ TEST_F(GatewayInspectionTest, ARepairLeavesAConnectionThatWorks)
 
 TEST_F(GatewayInspectionTest, TheQualityIsThatOfTheDelayAndGetsBetter)
 {
-    ASSERT_EQ(open({}), "");
+    ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_STREQ(net<devapi_inspect_net_quality>().NetQuality, "FAIR");
     EXPECT_STREQ(net<devapi_optimize_net_quality>().NetQuality, "GOOD");
     EXPECT_STREQ(net<devapi_inspect_net_quality>().NetQuality, "GOOD");
@@ -343,7 +343,7 @@ TEST_F(GatewayInspectionTest, FreedResourcesStayFreeForAWhile)
 
 TEST_F(GatewayInspectionTest, AShortBufferIsNotOverrun)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
+    ASSERT_EQ(open_at(kTime, {.trace = path("trace")}), "");
     char status[8];
     std::memset(status, 'x', sizeof(status));
     EXPECT_EQ(devapi_get_uplink_status(status, 1), 0);
@@ -357,7 +357,7 @@ TEST_F(GatewayInspectionTest, AShortBufferIsNotOverrun)
 
 TEST_F(GatewayInspectionTest, NullRecordsAreFailedCalls)
 {
-    ASSERT_EQ(open({}), "");
+    ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_EQ(devapi_inspect_net_quality(nullptr), -1);
     EXPECT_EQ(devapi_optimize_net_quality(nullptr), -1);
     EXPECT_EQ(devapi_inspect_net_connect(nullptr), -1);

@@ -1,9 +1,11 @@
-// gateway_process STATE COUNT [STEP]: opens a gateway on the state file and power-cycles it so many
-// times, saying "." when it is open and after each time; then keeps it open until its input ends.
+// gateway_process STATE COUNT STEP [ADDRESS...]: opens a gateway on the state file and power-cycles
+// it so many times, having flashed the image of each address before; then keeps it open until its
+// input ends. It says "." when it is open, after each flash and after each power cycle.
 //
-// With a STEP it kills itself at that step of its work on files, counted from 0. For that it puts
+// It kills itself at that step of its work on files, counted from 0; -1 is none. For that it puts
 // itself between the library and the system.
 #include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/device_access.h"
 
 #include <csignal>
 #include <cstdarg>
@@ -62,12 +64,43 @@ extern "C" int rename(const char *from, const char *to) noexcept
     return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
 }
 
+extern "C" int unlink(const char *path) noexcept
+{
+    die_at_last_step();
+    return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+
+extern "C" int mkdir(const char *path, mode_t mode) noexcept
+{
+    die_at_last_step();
+    return static_cast<int>(syscall(SYS_mkdirat, AT_FDCWD, path, mode));
+}
+
+namespace {
+
+bool say_dot()
+{
+    return syscall(SYS_write, STDOUT_FILENO, ".", 1) == 1;
+}
+
+bool flash(char **addresses)
+{
+    for (; *addresses != nullptr; ++addresses) {
+        if (devapi_flash_update_image(*addresses) != 0 || !say_dot()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
-    if (argc < 3) {
+    if (argc < 4) {
         return 2;
     }
-    steps_left = argc > 3 ? std::atol(argv[3]) : -1;
+    steps_left = std::atol(argv[3]);
     SimulatedGatewayOptions options = {};
     options.state_file = argv[1];
     char error[512];
@@ -75,7 +108,10 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "%s\n", error);
         return 1;
     }
-    for (long times = std::atol(argv[2]); write(STDOUT_FILENO, ".", 1) == 1 && times > 0; --times) {
+    for (long times = std::atol(argv[2]); say_dot() && times > 0; --times) {
+        if (!flash(argv + 4)) {
+            return 1;
+        }
         simulated_gateway_power_cycle();
     }
     char end_of_input;

@@ -143,6 +143,8 @@ TEST_F(LanTest, AnAddressPlanThatIsNoneIsRefusedWithAReason)
          "GatewayLanIP is the broadcast address"},
         {"100.72.18.1", "255.255.255.0", "100.72.18.2", "100.72.18.9",
          "the subnet holds the address of the WAN"},
+        {"172.24.9.1", "255.255.255.0", "172.24.9.2", "172.24.9.9",
+         "the subnet holds the address of the WAN"},
         {"10.0.0.1", "255.255.255.0", "x", "10.0.0.9", "StartIp is no IPv4 address"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.2", "", "EndIp is no IPv4 address"},
         {"10.0.0.1", "255.255.255.0", "10.0.1.2", "10.0.0.9", "StartIp is outside the subnet"},

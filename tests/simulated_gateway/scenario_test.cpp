@@ -1,5 +1,7 @@
 #include "gateway_fixture.h"
 
+#include <map>
+
 namespace {
 
 class ScenarioTest : public GatewayTest {
@@ -48,6 +50,8 @@ TEST_F(ScenarioTest, TheHouseIsAMeshWithTwoChildRoutersAndADozenHosts)
     const nlohmann::json home = house();
     EXPECT_EQ(home["mesh"]["child_routers"].size(), 2u);
     EXPECT_EQ(home["hosts"].size(), 12u);
+    EXPECT_EQ(home["other_wans"].size(), 3u);
+    EXPECT_EQ(home["green_net"]["hosts"].size(), 2u);
     EXPECT_EQ(home["ssids"].size(), 8u);
     EXPECT_EQ(home["radios"].size(), 2u);
     EXPECT_EQ(home["neighbours"].size(), 8u);
@@ -84,7 +88,7 @@ TEST_F(ScenarioTest, TextsThatAreNoJson)
 TEST_F(ScenarioTest, EveryTruncationIsAnError)
 {
     const std::string whole = house().dump();
-    for (size_t length = 0; length < whole.size(); length += 7) {
+    for (size_t length = 0; length < whole.size(); length += 11) {
         ASSERT_NE(error_of(whole.substr(0, length)), "") << length;
     }
 }
@@ -186,6 +190,15 @@ TEST_F(ScenarioTest, ValuesHaveToFit)
         {"/hosts", nlohmann::json::object(), "is no list"},
         {"/hosts", nlohmann::json(129, nullptr), "holds more than 128"},
         {"/hosts/3", 1, "is no object"},
+        {"/hosts/3/presence_percent", 100, "100 is not within 1 to 99"},
+        {"/hosts/3/down_limit_kbps", -1, "-1 is not within 1 to 10000000"},
+        {"/other_wans", nlohmann::json(8, nullptr), "holds more than 7"},
+        {"/wan/ipv6_gateway", "fe80", "\"fe80\" is no IPv6 address"},
+        {"/wan/ipv6_gateway", std::string("fe80::1\0", 8), "\"fe80::1\\x00\" is no IPv6 address"},
+        {"/wan/vlan_id", 4095, "4095 is not within 1 to 4094"},
+        {"/green_net/hosts", nlohmann::json(65, nullptr), "holds more than 64"},
+        {"/green_net/hosts/0/number", 65, "65 is not within 1 to 64"},
+        {"/green_net/hosts/0/periods", nlohmann::json(17, nullptr), "holds more than 16"},
         {"/ssids", nlohmann::json(9, nullptr), "holds more than 8"},
     };
     for (const WrongValue &wrong : wrong_values) {
@@ -247,14 +260,41 @@ TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
         {"/hosts/4/ip", "", "is missing, and the host is online"},
         {"/hosts/4/router", "3C:6A:D2:00:00:00", "there is no router 3C:6A:D2:00:00:00"},
         {"/hosts/0/signal_dbm", -40, "there is no link by radio"},
+        {"/hosts/2/away_until", "07:40", "is the time of leaving"},
+        {"/hosts/0/away_from", "07:40", "needs away_until and away_days, and they need it"},
+        {"/hosts/11/address_bound", true, "is missing, and the address is bound"},
+        {"/wan/mode", "", "is missing, and the connection is not bridged"},
+        {"/wan/bridged", true, "leaves no room for addresses, an account or nat"},
+        {"/wan/ip", "192.168.1.9", "192.168.1.9 lies in the LAN"},
+        {"/wan/services", "OTHER", "are without INTERNET"},
+        {"/other_wans/0/nat", true, "leaves no room for addresses, an account or nat"},
+        {"/other_wans/0/vlan_id", 0, "needs a vlan_id"},
+        {"/other_wans/1/services", "INTERNET", "INTERNET is that of /wan"},
+        {"/other_wans/1/name", "IPTV", "there is another \"IPTV\""},
+        {"/other_wans/1/interface", "ppp0", "there is another \"ppp0\""},
+        {"/other_wans/2/gateway", "172.25.0.1", "172.25.0.1 lies outside the subnet"},
+        {"/other_wans/2/subnet_mask", "", "needs ip, subnet_mask, gateway and primary_dns"},
+        {"/green_net/hosts/1/number", 1, "there is another entry 1"},
+        {"/green_net/hosts/1/mac", "72:9B:E0:46:D8:15",
+         "72:9B:E0:46:D8:15 belongs to /green_net/hosts/0/mac"},
+        {"/green_net/hosts/0/periods/1/days", "", "needs start, end and days"},
+        {"/green_net/hosts/0/periods/1/end", "22:00", "ends when it starts"},
+    };
+    // Where it is another field that does not hold.
+    const std::map<std::string, std::string> named_instead = {
+        {"/wan/gateway", "/wan/connected"},
+        {"/mesh/enabled", "/mesh/link_layer_up"},
+        {"/hosts/11/address_bound", "/hosts/11/ip"},
+        {"/other_wans/0/nat", "/other_wans/0/bridged"},
+        {"/other_wans/0/vlan_id", "/other_wans/0/vlan_priority"},
+        {"/other_wans/2/subnet_mask", "/other_wans/2/mode"},
+        {"/green_net/hosts/0/periods/1/days", "/green_net/hosts/0/periods/1"},
+        {"/green_net/hosts/0/periods/1/end", "/green_net/hosts/0/periods/1"},
     };
     for (const WrongValue &wrong : wrong_values) {
-        std::string pointer = wrong.pointer;
-        if (pointer == "/wan/gateway") {
-            pointer = "/wan/connected";
-        } else if (pointer == "/mesh/enabled") {
-            pointer = "/mesh/link_layer_up";
-        }
+        const auto named = named_instead.find(wrong.pointer);
+        const std::string pointer =
+            named != named_instead.end() ? named->second : std::string(wrong.pointer);
         EXPECT_EQ(error_with(wrong.pointer, wrong.value),
                   "my.json: " + pointer + ": " + wrong.complaint);
     }

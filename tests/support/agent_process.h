@@ -14,7 +14,8 @@ struct AgentResult {
     long peak_kilobytes = 0; // the most memory that it had in use
 };
 
-enum class OutputTo { kPipe, kTerminal, kFullDevice };
+// kOneTerminal: standard error goes to the same terminal, and comes out with the output.
+enum class OutputTo { kPipe, kTerminal, kOneTerminal, kFullDevice };
 
 // An agent that is running. A test that fails half-way does not leave it behind: its input ends
 // with this object, and its end is awaited.
@@ -45,7 +46,7 @@ class AgentProcess {
     AgentResult wait();
 
   private:
-    void start(const std::vector<std::string> &arguments, int input, int output);
+    void start(const std::vector<std::string> &arguments, int input, int output, int error);
     bool read_more();
     bool has_ended() const;
 

@@ -1,8 +1,10 @@
 // A device library that is no simulated gateway and has no manners: it fills text fields to the
-// last byte, hands over what is no UTF-8, and can be power-cycled but not opened.
+// last byte, hands over what is no UTF-8, reports progress that cannot be, and can be power-cycled
+// but not opened.
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -23,6 +25,62 @@ int32_t devapi_get_home_page_info(HomePageInfo *info)
 int32_t devapi_get_system_info(SystemInfo *info)
 {
     memset(info, 'S', sizeof(*info));
+    return 0;
+}
+
+int32_t devapi_get_host_num(int32_t *count)
+{
+    *count = 3;
+    return 0;
+}
+
+int32_t devapi_get_ad_base_info(AdBaseInfo *info)
+{
+    switch (info->HostIndex) {
+    case 1:
+        memset(info->Name, 'N', sizeof(AdBaseInfo) - offsetof(AdBaseInfo, Name));
+        return 0;
+    case 2:
+        memcpy(info->ByName, "\xbf\xcd\xcc\xfc", 5); // GBK
+        memcpy(info->Name, "unseen", 7);
+        memcpy(info->Mac, "\n\x1b[31m", 7);
+        return 0;
+    default:
+        return 1000; // there is no such device, which is no failure
+    }
+}
+
+namespace {
+
+SimulatedGatewayProgress report = nullptr;
+void *report_context = nullptr;
+
+void tell(const char *task, int32_t percent)
+{
+    if (report != nullptr) {
+        report(task, percent, report_context);
+    }
+}
+
+} // namespace
+
+void simulated_gateway_on_progress(SimulatedGatewayProgress progress, void *context)
+{
+    report = progress;
+    report_context = context;
+}
+
+int32_t devapi_download_image(const char *, int32_t)
+{
+    tell("image\n\x1b[31m", -5);
+    tell(nullptr, 50);
+    tell("image", 1000);
+    tell("image", 3);
+    return -1;
+}
+
+int32_t devapi_get_update_status_info(UpdateStatusInfo *)
+{
     return 0;
 }
 

@@ -3,8 +3,9 @@
 
 #include <cstddef>
 
-// While it lives, allocations of cJSON from number first (counted from 0) on fail: that one only,
-// or all that follow as well.
+// While it lives, allocations from number first (counted from 0) on fail: that one only, or all
+// that follow as well. Those of cJSON are counted, and those of malloc() in a program that links
+// worker_control.
 class FailingMemory {
   public:
     enum class Fail { kOnce, kLastingly };
@@ -16,4 +17,8 @@ class FailingMemory {
 
     // Whether any allocation has failed; when none has, the sweep over first is done.
     bool has_failed() const;
+
+    // Counts one more allocation, of somebody other than cJSON. Result: whether it is to fail;
+    // false while none of these lives.
+    static bool next_fails();
 };

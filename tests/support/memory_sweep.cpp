@@ -3,7 +3,8 @@
 #include "handler_test.h"
 
 size_t sweep_memory(const std::string &command, const std::string &request,
-                    const std::function<void()> &prepare, const AfterFailure &check)
+                    const std::function<void()> &prepare, const AfterFailure &check,
+                    const std::function<void()> &finish)
 {
     size_t allocations[2] = {};
     for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
@@ -20,6 +21,7 @@ size_t sweep_memory(const std::string &command, const std::string &request,
                 EXPECT_EQ(hg_process_json_cmd(command.c_str(), object.get()), 0);
                 failed = memory.has_failed();
             }
+            finish();
             if (!failed) {
                 allocations[how == FailingMemory::Fail::kLastingly] = first;
                 break;

@@ -6,12 +6,15 @@
  *   SERVICES  replies with what the agent makes of "text" and "mac"
  *   LOG       logs "text" in many ways
  *   PRINT     prints "text" to standard output
+ *   NOTICE    hands "text" to kaa_device_notice(); replies with the result
+ *   NOTICES   lets a thread hand over "text" "count" times, and does not wait for it
  *   STOP      raises SIGTERM
  */
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"
 
 #include <errno.h>
+#include <pthread.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -57,6 +60,29 @@ static void log_text(cJSON *obj)
     ts_mod_log_printf("probe", 3, "Account:%s|Password:%s|Enable:%s", text, text, text);
 }
 
+static void hand_over(cJSON *obj)
+{
+    cJSON_AddNumberToObject(obj, "result", kaa_device_notice(text_of(obj, "text")));
+}
+
+static void *hand_over_all(void *notices)
+{
+    cJSON *obj = notices;
+    const int count = atoi(text_of(obj, "count"));
+    for (int done = 0; done < count; ++done) {
+        kaa_device_notice(text_of(obj, "text"));
+    }
+    cJSON_Delete(obj);
+    return NULL;
+}
+
+static void hand_over_from_a_thread(const cJSON *obj)
+{
+    pthread_t thread;
+    pthread_create(&thread, NULL, hand_over_all, cJSON_Duplicate(obj, 1));
+    pthread_detach(thread);
+}
+
 int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
 {
     if (strcmp(cmd, "SYSTEM") == 0) {
@@ -68,6 +94,10 @@ int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
     } else if (strcmp(cmd, "PRINT") == 0) {
         puts(text_of(obj, "text"));
         fflush(stdout);
+    } else if (strcmp(cmd, "NOTICE") == 0) {
+        hand_over(obj);
+    } else if (strcmp(cmd, "NOTICES") == 0) {
+        hand_over_from_a_thread(obj);
     } else if (strcmp(cmd, "STOP") == 0) {
         kill(getpid(), SIGTERM);
     } else {

@@ -1,9 +1,10 @@
 #include "recording_host.h"
 
-#include "smart_router_service/host_agent.h"
+#include "recording_device.h"
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <mutex>
 
@@ -42,4 +43,38 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     const std::lock_guard lock(recording_host::mutex);
     recording_host::recorded.push_back({level, std::string(text, static_cast<size_t>(length))});
     free(text);
+}
+
+char *base64_encode(const char *text)
+{
+    return recording_device::call<base64_encode>("base64_encode", text);
+}
+
+void getmd5(const char *text, char *out)
+{
+    recording_device::call<getmd5>("getmd5", text, out);
+}
+
+void mac_form_translate(const char *in, int32_t form, char *out)
+{
+    recording_device::call<mac_form_translate>("mac_form_translate", in, form, out);
+}
+
+int32_t kaa_device_notice(const char *text)
+{
+    return recording_device::call<kaa_device_notice>("kaa_device_notice", text);
+}
+
+void free_str_buf(char **text)
+{
+    const char *held = *text;
+    recording_device::write_down("free_str_buf", {recording_device::contents(held)});
+    free(*text);
+    *text = nullptr;
+}
+
+// Takes the place of the C library's function: no test may restart the machine that it runs on.
+int system(const char *command)
+{
+    return recording_device::call<system>("system", command);
 }

@@ -1,5 +1,9 @@
-// The host agent's services for unit tests: the log is kept for the test to look at.
+// The host agent's services for unit tests: the log is kept for the test to look at. The other
+// services, and system() with them, are written down and programmed as the device's functions are,
+// so that one list shows what was called in which order.
 #pragma once
+
+#include "smart_router_service/host_agent.h"
 
 #include <cstdint>
 #include <ostream>

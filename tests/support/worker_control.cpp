@@ -1,11 +1,15 @@
 #include "worker_control.h"
 
+#include "failing_memory.h"
 #include "recording_device.h"
 #include "smart_router_service/processjsonability.h"
 
 #include <atomic>
 #include <cerrno>
 #include <condition_variable>
+#include <csignal>
+#include <cstdio>
+#include <gtest/gtest.h>
 #include <mutex>
 
 #ifdef __SANITIZE_THREAD__
@@ -24,19 +28,22 @@ size_t waiting;
 std::atomic<bool> worker_fails;
 std::atomic<bool> calloc_fails;
 
-// The worker releases a lock that the handler took, after which the thread sanitizer no longer
-// knows that the lock puts one batch before the next. It is told here.
-void order_of_batches_begins()
+// The locks that a worker holds while it is at work.
+pthread_mutex_t *const kLocks[] = {&setwifilistlock, &downimagelock};
+
+// A worker releases a lock that its starter took, after which the thread sanitizer no longer knows
+// that the lock puts one worker before the next. It is told here.
+void order_begins([[maybe_unused]] pthread_mutex_t *lock)
 {
 #ifdef __SANITIZE_THREAD__
-    __tsan_acquire(&setwifilistlock);
+    __tsan_acquire(lock);
 #endif
 }
 
-void order_of_batches_ends()
+void order_ends([[maybe_unused]] pthread_mutex_t *lock)
 {
 #ifdef __SANITIZE_THREAD__
-    __tsan_release(&setwifilistlock);
+    __tsan_release(lock);
 #endif
 }
 
@@ -57,7 +64,10 @@ extern "C" {
 
 int __real_pthread_create(pthread_t *, const pthread_attr_t *, void *(*)(void *), void *);
 int __real_pthread_mutex_lock(pthread_mutex_t *);
+int __real_pthread_mutex_trylock(pthread_mutex_t *);
 int __real_pthread_mutex_unlock(pthread_mutex_t *);
+int __real_sigaction(int, const struct sigaction *, struct sigaction *);
+void *__real_malloc(size_t);
 void *__real_calloc(size_t, size_t);
 
 unsigned __wrap_sleep(unsigned seconds)
@@ -88,6 +98,10 @@ int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
 
 int __wrap_pthread_mutex_lock(pthread_mutex_t *which)
 {
+    if (which == &downimagelock) {
+        ADD_FAILURE() << "somebody waits for the lock of the downloads";
+        return EBUSY;
+    }
     if (which != &setwifilistlock) {
         return __real_pthread_mutex_lock(which);
     }
@@ -98,19 +112,45 @@ int __wrap_pthread_mutex_lock(pthread_mutex_t *which)
         }
         changed.notify_all();
         __real_pthread_mutex_lock(which);
+        order_begins(which);
         const std::lock_guard lock(mutex);
         --waiting;
     }
-    order_of_batches_begins();
     return 0;
+}
+
+int __wrap_pthread_mutex_trylock(pthread_mutex_t *which)
+{
+    const int result = __real_pthread_mutex_trylock(which);
+    if (result == 0) {
+        order_begins(which);
+    }
+    return result;
 }
 
 int __wrap_pthread_mutex_unlock(pthread_mutex_t *which)
 {
-    if (which == &setwifilistlock) {
-        order_of_batches_ends();
-    }
+    order_ends(which);
     return __real_pthread_mutex_unlock(which);
+}
+
+// Only what becomes of an ended child is kept from this process, whose tests run children.
+int __wrap_sigaction(int signal, const struct sigaction *action, struct sigaction *former)
+{
+    if (signal != SIGCHLD || action == nullptr) {
+        return __real_sigaction(signal, action, former);
+    }
+    char flags[16];
+    snprintf(flags, sizeof flags, "%#x", static_cast<unsigned>(action->sa_flags));
+    recording_device::write_down(
+        "sigaction", {"SIGCHLD", action->sa_handler == SIG_IGN ? "SIG_IGN" : "another handler",
+                      flags, sigisemptyset(&action->sa_mask) != 0 ? "no mask" : "a mask"});
+    return 0;
+}
+
+void *__wrap_malloc(size_t size)
+{
+    return FailingMemory::next_fails() ? nullptr : __real_malloc(size);
 }
 
 void *__wrap_calloc(size_t count, size_t size)
@@ -183,16 +223,21 @@ void WorkerControl::wait_for_waiting_batch() const
 
 void WorkerControl::wait_until_idle() const
 {
-    pthread_mutex_lock(&setwifilistlock);
-    pthread_mutex_unlock(&setwifilistlock);
+    for (pthread_mutex_t *lock : kLocks) {
+        __real_pthread_mutex_lock(lock);
+        order_begins(lock);
+        pthread_mutex_unlock(lock);
+    }
 }
 
 bool WorkerControl::is_idle() const
 {
-    if (pthread_mutex_trylock(&setwifilistlock) != 0) {
-        return false;
+    for (pthread_mutex_t *lock : kLocks) {
+        if (pthread_mutex_trylock(lock) != 0) {
+            return false;
+        }
+        pthread_mutex_unlock(lock);
     }
-    pthread_mutex_unlock(&setwifilistlock);
     return true;
 }
 

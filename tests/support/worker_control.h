@@ -1,5 +1,8 @@
-// The worker of a batch of Wi-Fi settings, in the hands of a test. A program that links this has
-// its sleep(), pthread_create(), calloc() and the lock of the batches go through here.
+// The plug-in's workers, of a batch of Wi-Fi settings and of a firmware update, in the hands of a
+// test. A program that links this has its sleep(), sigaction(), pthread_create(), malloc(),
+// calloc() and the workers' locks go through here. Sleeps and the handling of ended children are
+// written down among the device's calls. Waiting for the lock of the downloads fails the test: it
+// is only ever tried.
 #pragma once
 
 #include <cstddef>
@@ -38,7 +41,7 @@ class WorkerControl {
     void wait_for_waiting_batch() const;
     // Waits until no worker runs, with all that it did done.
     void wait_until_idle() const;
-    // Whether the lock is free at this moment.
+    // Whether the workers' locks are free at this moment.
     bool is_idle() const;
 
     // The next worker cannot be started; the next calloc() finds no memory.

@@ -16,6 +16,13 @@
  *   SIMULATED_GATEWAY_TIME          a clock that stands still at so many seconds since 1970, for
  *                                   answers that are the same at every run; there is no option
  *
+ * For fetching firmware there are, without options:
+ *
+ *   SIMULATED_GATEWAY_LARGEST_IMAGE    bytes that an image may have, its header included
+ *   SIMULATED_GATEWAY_CONNECT_TIMEOUT  seconds that connecting to a server may take
+ *   SIMULATED_GATEWAY_STALL_TIMEOUT    seconds after which a download that stands still is given up
+ *   SIMULATED_GATEWAY_CA_FILE          file with the certificates to trust in place of the system's
+ *
  * If those do not hold, the reason goes to standard error and every device call fails with -1,
  * until the host opens a gateway itself.
  *
@@ -59,9 +66,9 @@ SIMULATED_GATEWAY_API int32_t simulated_gateway_open(const SimulatedGatewayOptio
 
 /*
  * Closes the gateway: its state is saved and its state file is free for others. Calls that are
- * under way end with a failure; the next device call would open another gateway. A process that
- * ends without closing loses nothing, since every change has been saved. Nothing happens when no
- * gateway is open.
+ * under way end with a failure, a download too; the next device call would open another gateway. A
+ * process that ends without closing loses nothing, since every change has been saved. Nothing
+ * happens when no gateway is open.
  */
 SIMULATED_GATEWAY_API void simulated_gateway_close(void);
 
@@ -83,7 +90,8 @@ typedef void (*SimulatedGatewayProgress)(const char *task, int32_t percent, void
 /*
  * Has report called, with context, whenever such a percentage changes; NULL ends that. It is called
  * on the thread whose device call does the work, without the gateway's lock, and by one thread at a
- * time. Once this function has returned, the report set before is not called any more. It may be
+ * time. It may call device functions, but neither this function nor simulated_gateway_close().
+ * Once this function has returned, the report set before is not called any more. It may be
  * called before the gateway is opened, and holds until it is called again.
  */
 SIMULATED_GATEWAY_API void simulated_gateway_on_progress(SimulatedGatewayProgress report,

@@ -1,0 +1,26 @@
+// Fetching an image from an address.
+#pragma once
+
+#include "partial_image.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace simulated_gateway {
+
+struct FetchLimits {
+    uint64_t largest_image = 64U << 20;
+    std::chrono::seconds connect_timeout{10};
+    std::chrono::seconds stall_timeout{30}; // with fewer than 1000 bytes a second
+    std::string ca_file;                    // empty: those of the system
+};
+
+// Fetches the rest of the image, or the whole where the server cannot go on. goes_on is asked about
+// every second and whenever something has arrived; the fetching ends when it says no. Throws an
+// Error; what has arrived by then stays in the image unless it does not hold.
+void fetch(const std::string &address, PartialImage &image, const FetchLimits &limits,
+           const std::function<bool()> &goes_on);
+
+} // namespace simulated_gateway

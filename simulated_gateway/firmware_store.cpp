@@ -1,0 +1,100 @@
+#include "firmware_store.h"
+
+#include "progress.h"
+#include "text.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <sys/stat.h>
+
+namespace simulated_gateway {
+namespace {
+
+FirmwareSlot content_of(const ImageHeader &header)
+{
+    return {header.version, header.date, hexadecimal(header.sha256)};
+}
+
+} // namespace
+
+FirmwareStore::FirmwareStore(std::optional<std::string> folder, const FetchLimits &limits)
+    : limits_(limits), is_temporary_(!folder), folder_(std::move(folder))
+{
+}
+
+FirmwareStore::~FirmwareStore()
+{
+    if (is_temporary_ && folder_) {
+        std::error_code ignored;
+        std::filesystem::remove_all(*folder_, ignored);
+    }
+}
+
+std::string FirmwareStore::path(const std::string &name)
+{
+    const std::lock_guard lock(making_folder_);
+    if (!folder_) {
+        std::string made = std::filesystem::temp_directory_path() / "simulated_gateway.XXXXXX";
+        if (mkdtemp(made.data()) == nullptr) {
+            refuse_file(made);
+        }
+        folder_ = made;
+    } else if (mkdir(folder_->c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        refuse_file(*folder_);
+    }
+    return *folder_ + "/" + name;
+}
+
+std::unique_lock<std::mutex> FirmwareStore::begin_download()
+{
+    std::unique_lock right(downloading_, std::try_to_lock);
+    if (!right) {
+        throw Error("another download is under way");
+    }
+    return right;
+}
+
+void FirmwareStore::download(const std::string &address, const std::string &product)
+{
+    Progress progress("firmware");
+    PartialImage image(path("download.part"), address, product, limits_.largest_image);
+    fetch(address, image, limits_, [&] {
+        progress.report(image.percent());
+        return !stopped_;
+    });
+    image.finish(downloaded_path());
+    progress.report(100);
+}
+
+std::string FirmwareStore::slot_path(int64_t slot)
+{
+    return path("slot_" + std::to_string(slot) + ".image");
+}
+
+FirmwareStore::SlotImage FirmwareStore::copy_for(int64_t slot, const std::string &product)
+{
+    if (!std::filesystem::exists(downloaded_path())) {
+        throw Error("no image was downloaded");
+    }
+    NewFile file(slot_path(slot));
+    ImageCheck check(product, limits_.largest_image);
+    read_file(downloaded_path(), [&](std::string_view bytes) {
+        check.add(bytes);
+        file.write(bytes);
+    });
+    const FirmwareSlot content = content_of(check.finish());
+    file.sync();
+    return {std::move(file), content};
+}
+
+void FirmwareStore::check(int64_t slot, const FirmwareSlot &content, const std::string &product)
+{
+    ImageCheck check(product, UINT64_MAX);
+    read_file(slot_path(slot), [&](std::string_view bytes) { check.add(bytes); });
+    if (content_of(check.finish()).sha256 != content.sha256) {
+        throw Error(slot_path(slot) + ": is another image");
+    }
+}
+
+} // namespace simulated_gateway

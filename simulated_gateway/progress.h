@@ -1,0 +1,20 @@
+// What the host is told of work that takes its time.
+#pragma once
+
+#include <cstdint>
+
+namespace simulated_gateway {
+
+// The progress of one piece of work. Only what has changed is reported.
+class Progress {
+  public:
+    explicit Progress(const char *task) : task_(task) {}
+
+    void report(int32_t percent);
+
+  private:
+    const char *task_;
+    int32_t last_ = -1;
+};
+
+} // namespace simulated_gateway

@@ -1,0 +1,262 @@
+// Firmware: images that are fetched from a server, flashed and started, by commands.
+#include "firmware_test.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+constexpr char kStarted[] = R"({"Status":"0","updateResult":"0"})";
+constexpr char kBusy[] =
+    R"({"updateResult":"-1","Status":"1","FailReason":"dev is dowing image now"})";
+constexpr char kWaiting[] = "hgagent: waiting for the firmware to be installed\n";
+constexpr char kReboots[] = "<3> hgagent: the gateway reboots\n";
+
+std::string line(const char *reply)
+{
+    return std::string(reply) + "\n";
+}
+
+// The request of IMAGE_DOWNLOAD.
+std::string main_router(const std::string &address)
+{
+    return Json{{"MainRouter", {{"UpdateUrl", address}}}}.dump();
+}
+
+// The programs that a reboot runs, in a folder that comes first for whoever looks for programs.
+// They leave a file each, and touch nothing of this machine.
+class RebootPrograms {
+  public:
+    RebootPrograms() : folder_(test_file("programs")), path_(getenv("PATH"))
+    {
+        std::filesystem::create_directory(folder_);
+        for (const std::string program : {"sync", "reboot"}) {
+            const std::string file = folder_ + "/" + program;
+            std::ofstream(file) << "#!/bin/sh\n: >" << file << ".was_run\n";
+            EXPECT_EQ(chmod(file.c_str(), 0700), 0);
+        }
+        setenv("PATH", (folder_ + ":" + path_).c_str(), 1);
+    }
+    ~RebootPrograms()
+    {
+        setenv("PATH", path_.c_str(), 1);
+        std::filesystem::remove_all(folder_);
+    }
+    RebootPrograms(const RebootPrograms &) = delete;
+    RebootPrograms &operator=(const RebootPrograms &) = delete;
+
+    bool were_run() const
+    {
+        return std::filesystem::exists(folder_ + "/sync.was_run") ||
+               std::filesystem::exists(folder_ + "/reboot.was_run");
+    }
+
+  private:
+    std::string folder_;
+    std::string path_;
+};
+
+class FirmwareUpdate : public FirmwareTest {
+  protected:
+    // An agent that fetches an image of which the server holds the second half back.
+    AgentProcess call_held(OutputTo output = OutputTo::kPipe) const
+    {
+        return AgentProcess(
+            {"--state", state_, "call", "IMAGE_DOWNLOAD", main_router(address("hold/new.image"))},
+            output);
+    }
+    // Runs an update that goes wrong, and expects that all is as before.
+    void expect_no_update(const std::string &from) const
+    {
+        const AgentResult result = run("IMAGE_DOWNLOAD", main_router(from));
+        EXPECT_EQ(result.exit_status, 0) << from;
+        EXPECT_EQ(result.output, line(kStarted)) << from;
+        EXPECT_THAT(result.error, Not(HasSubstr("reboots"))) << from;
+        expect_version(kOldVersion);
+        EXPECT_EQ(reply("RP_HG_REBOOT"), kDone);
+        expect_version(kOldVersion);
+    }
+};
+
+} // namespace
+
+TEST_F(FirmwareUpdate, FetchesFlashesAndReboots)
+{
+    const RebootPrograms programs;
+    expect_version(kOldVersion);
+    set_time(kStart + 5000);
+    EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "5000");
+
+    ServingAgent agent({"--state", state_});
+    EXPECT_EQ(agent.ask("IMAGE_DOWNLOAD", main_router(address("new.image"))), kStarted);
+    agent.await_progress(100);
+    const AgentResult result = agent.process().finish();
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.error, HasSubstr(kReboots));
+    EXPECT_FALSE(programs.were_run()) << "the machine of the test was to be rebooted";
+
+    const std::vector<int> &progress = agent.progress();
+    EXPECT_GT(progress.size(), 1U);
+    EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end(), std::less_equal<>()));
+    EXPECT_EQ(progress.back(), 100);
+
+    expect_version(kNewVersion);
+    EXPECT_EQ(text("GET_HG_BASE_INFO", "FWDATA"), "2026-01-31");
+    EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "0");
+}
+
+TEST_F(FirmwareUpdate, IsSeenByAnAgentThatServesOn)
+{
+    ServingAgent agent({"--state", state_});
+    EXPECT_EQ(agent.ask("IMAGE_DOWNLOAD", main_router(address("new.image"))), kStarted);
+    EXPECT_TRUE(agent.process().await_error(kReboots));
+    Json status;
+    while (status["FWVersion"] != kNewVersion) {
+        status = Json::parse(agent.ask("HG_GET_UPDATE_STATUS"));
+    }
+    EXPECT_THAT(agent.ask("GET_HG_BASE_INFO"),
+                HasSubstr(std::string(R"("FWVersion":")") + kNewVersion + R"(")"));
+}
+
+TEST_F(FirmwareUpdate, KeepsASecondOneOut)
+{
+    ServingAgent agent({"--state", state_});
+    EXPECT_EQ(agent.ask("IMAGE_DOWNLOAD", main_router(address("hold/new.image"))), kStarted);
+    agent.await_progress(40);
+    EXPECT_EQ(agent.ask("IMAGE_DOWNLOAD", main_router(address("new.image"))), kBusy);
+    EXPECT_EQ(agent.ask("UPDATE_IMMEDIATE",
+                        Json{{"Image", {{"UpdateUrl", address("new.image")}}}}.dump()),
+              R"({"Status":"1","FailReason":"dev is dowing image now"})");
+    EXPECT_THAT(agent.ask("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address("new.image")}}.dump()),
+                HasSubstr(R"("FailReason":"update status maybe downloading or upgrading")"));
+    EXPECT_THAT(agent.ask("IMAGE_UPDATE", R"({"MainRouter":{"Update":"1"}})"),
+                HasSubstr(R"("FailReason":"update status maybe downloding or upgrading")"));
+    EXPECT_THAT(agent.ask("GET_SN_INFO"), HasSubstr(R"("Status":"0")"));
+
+    agent.process().close_input();
+    EXPECT_TRUE(agent.process().await_error(kWaiting));
+    server_.release();
+    EXPECT_EQ(agent.process().finish().exit_status, 0);
+    EXPECT_EQ(server_.requests().size(), 1U);
+    expect_version(kNewVersion);
+}
+
+TEST_F(FirmwareUpdate, ChangesNothingWhenItGoesWrong)
+{
+    serve_broken_image("broken.image");
+    std::ofstream(folder_ + "/page.html") << "<html>This is no firmware.</html>\n";
+    expect_no_update(address("broken.image"));
+    expect_no_update(address("page.html"));
+    expect_no_update(address("missing.image"));
+    expect_no_update(address("less/new.image"));
+    expect_no_update("ftp://127.0.0.1/new.image");
+    expect_no_update("");
+}
+
+TEST_F(FirmwareUpdate, RunsNothingThatStandsInAnAddress)
+{
+    const std::string touched = test_file("touched");
+    const std::string inner = "touch " + touched;
+    for (const std::string &address :
+         {";" + inner + ";", "$(" + inner + ")", "`" + inner + "`", "| " + inner,
+          "http://127.0.0.1/\"; " + inner + "; \"", "http://127.0.0.1/'; " + inner + " #",
+          "http://127.0.0.1/\n" + inner + "\n", "--output " + touched}) {
+        const AgentResult result = run("IMAGE_DOWNLOAD", main_router(address));
+        EXPECT_EQ(result.output, line(kStarted)) << address;
+        EXPECT_THAT(result.error, Not(HasSubstr("refused to run"))) << address;
+        EXPECT_FALSE(std::filesystem::exists(touched)) << address;
+    }
+    expect_version(kOldVersion);
+
+    const std::string name = "$(reboot);`reboot`&'reboot'|reboot";
+    serve_image_as(name);
+    EXPECT_EQ(reply("IMAGE_DOWNLOAD", main_router(address(name))), line(kStarted));
+    expect_version(kNewVersion);
+}
+
+TEST_F(FirmwareUpdate, GoesStepByStep)
+{
+    const Json download = {{"UpdateUrl", address("new.image")}};
+    const AgentResult nothing_there = run("HG_IMAGE_UPDATE", R"({"Update":"1"})");
+    EXPECT_EQ(nothing_there.exit_status, 1);
+    EXPECT_THAT(nothing_there.output, HasSubstr("gghelper_update_image failed"));
+
+    EXPECT_EQ(reply("HG_IMAGE_DOWNLOAD", download.dump()), kDone);
+    EXPECT_EQ(reply("HG_IMAGE_UPDATE", R"({"Update":"0"})"),
+              "{\"Update\":\"0\",\"Status\":\"0\"}\n");
+    EXPECT_EQ(reply("RP_HG_REBOOT"), kDone);
+    expect_version(kOldVersion);
+    EXPECT_EQ(reply("HG_IMAGE_UPDATE", R"({"Update":"1"})"),
+              "{\"Update\":\"1\",\"Status\":\"0\"}\n");
+    expect_version(kOldVersion);
+    EXPECT_EQ(reply("RP_HG_REBOOT"), kDone);
+    expect_version(kNewVersion);
+}
+
+TEST_F(FirmwareUpdate, ShowsABarOnATerminal)
+{
+    AgentProcess agent({"--state", state_, "call", "HG_IMAGE_DOWNLOAD",
+                        Json{{"UpdateUrl", address("new.image")}}.dump()},
+                       OutputTo::kOneTerminal);
+    const AgentResult result = agent.finish();
+    EXPECT_EQ(result.exit_status, 0);
+    const std::string whole = "firmware [" + std::string(40, '#') + "] 100 %\r\n";
+    EXPECT_THAT(result.output, HasSubstr("firmware [####"));
+    EXPECT_THAT(result.output, testing::EndsWith(whole + "{\r\n\t\"Status\":\t\"0\"\r\n}\r\n"));
+}
+
+TEST_F(FirmwareUpdate, KeepsItsBarBelowTheLines)
+{
+    AgentProcess agent = call_held(OutputTo::kOneTerminal);
+    const std::string waiting = "hgagent: waiting for the firmware to be installed\r\n";
+    std::string seen;
+    while (seen.find(waiting) == std::string::npos) {
+        seen += agent.read_line() + "\n";
+    }
+    server_.release();
+    const AgentResult result = agent.finish();
+    EXPECT_EQ(result.exit_status, 0);
+    // It begins its line, whether the bar stood there before or not.
+    EXPECT_THAT(seen, AnyOf(HasSubstr("\n" + waiting), HasSubstr("\r\x1b[K" + waiting)));
+    EXPECT_THAT(result.output, testing::EndsWith("\n<3> hgagent: the gateway reboots\r\n"));
+    expect_version(kNewVersion);
+}
+
+TEST_F(FirmwareUpdate, EndsWithASignal)
+{
+    for (const int signal : {SIGTERM, SIGINT}) {
+        AgentProcess called = call_held();
+        EXPECT_TRUE(called.await_error(kWaiting));
+        called.signal(signal);
+        const AgentResult result = called.wait();
+        EXPECT_EQ(result.exit_status, 128 + signal);
+        EXPECT_EQ(result.output, line(kStarted));
+        EXPECT_EQ(result.error, kWaiting);
+
+        ServingAgent serving({"--state", state_});
+        EXPECT_EQ(serving.ask("IMAGE_DOWNLOAD", main_router(address("hold/new.image"))), kStarted);
+        serving.await_progress(40);
+        serving.process().signal(signal);
+        EXPECT_EQ(serving.process().wait().exit_status, 128 + signal);
+
+        expect_version(kOldVersion);
+    }
+    server_.release();
+    EXPECT_EQ(reply("IMAGE_DOWNLOAD", main_router(address("new.image"))), line(kStarted));
+    expect_version(kNewVersion);
+}

@@ -1,0 +1,258 @@
+// Notices to the app: hgagent notice, and what serve shows of them.
+#include "agent_commands.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+constexpr char kText[] = "A new phone is in the home";
+constexpr char kEncoded[] = "QSBuZXcgcGhvbmUgaXMgaW4gdGhlIGhvbWU=";
+
+std::string local_time()
+{
+    const time_t now = time(nullptr);
+    struct tm local;
+    localtime_r(&now, &local);
+    char text[32];
+    strftime(text, sizeof(text), "%Y%m%d%H%M%S", &local);
+    return text;
+}
+
+void expect_envelope(const Json &envelope, const std::string &plugin_name)
+{
+    std::vector<std::string> keys;
+    for (const auto &[key, value] : envelope.items()) {
+        keys.push_back(key);
+    }
+    EXPECT_THAT(keys, ElementsAre("RPCMethod", "Plugin_Name", "time", "MD5", "mac", "Message"));
+    EXPECT_EQ(envelope["RPCMethod"], "Push");
+    EXPECT_EQ(envelope["Plugin_Name"], plugin_name);
+    EXPECT_EQ(envelope["MD5"], "6bcb66baf01b64bac5f2455fa74231a8"); // of the encoded text
+    EXPECT_EQ(envelope["mac"], "3C6AD2104F20");
+    EXPECT_EQ(envelope["Message"], kEncoded);
+}
+
+AgentResult notice(std::vector<std::string> options, const std::string &text,
+                   std::string_view input = "")
+{
+    options.insert(options.end(), {"notice", "--plugin-name", "parental_control", text});
+    return run_agent(options, input);
+}
+
+// A line of serve that raises a notice.
+std::string request(const std::string &id, const std::string &members)
+{
+    return "{\"id\":" + id + ",\"notice\":" + members + "}\n";
+}
+
+} // namespace
+
+TEST(Notice, PrintsTheEnvelope)
+{
+    setenv("TZ", "XYZ-5:30", 1);
+    tzset();
+    const std::string before = local_time();
+    const AgentResult result = notice({}, kText);
+    const std::string after = local_time();
+    unsetenv("TZ");
+    tzset();
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.error, IsEmpty());
+    EXPECT_EQ(lines_of(result.output).size(), 1U);
+    const Json envelope = Json::parse(result.output);
+    expect_envelope(envelope, "parental_control");
+    EXPECT_GE(envelope["time"], before);
+    EXPECT_LE(envelope["time"], after);
+}
+
+TEST(Notice, IsIndentedOnATerminal)
+{
+    AgentProcess agent({"notice", "--plugin-name", "p", kText}, OutputTo::kTerminal);
+    const AgentResult result = agent.finish();
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, StartsWith("{\r\n\t\"RPCMethod\":\t\"Push\",\r\n"));
+    EXPECT_THAT(result.output, EndsWith("\"\r\n}\r\n"));
+}
+
+TEST(Notice, TakesItsTextFromStandardInput)
+{
+    const AgentResult result = notice({}, "-", "\u4f60\u597d, \"phone\"\n");
+    EXPECT_EQ(result.exit_status, 0);
+    const Json envelope = Json::parse(result.output);
+    EXPECT_EQ(envelope["Message"], "5L2g5aW9LCAicGhvbmUiCg==");
+    EXPECT_EQ(envelope["MD5"], "d5ae6098a4a6e67634879db4c61a3dc5");
+}
+
+TEST(Notice, HasAnyTextUpToAMegabyte)
+{
+    EXPECT_EQ(Json::parse(notice({}, "").output)["Message"], "");
+    EXPECT_EQ(Json::parse(notice({}, "-", "\xff\x01").output)["Message"], "/wE=");
+    const std::string most(1024 * 1024, 'x');
+    const AgentResult longest = notice({}, "-", most);
+    EXPECT_EQ(longest.exit_status, 0);
+    EXPECT_EQ(Json::parse(longest.output)["Message"].get<std::string>().size(),
+              (most.size() + 2) / 3 * 4);
+    const AgentResult too_long = notice({}, "-", most + "x");
+    EXPECT_EQ(too_long.exit_status, 5);
+    EXPECT_EQ(too_long.error, "hgagent: standard input is longer than 1048576 bytes\n");
+}
+
+TEST(Notice, SaysWhatCannotBeSent)
+{
+    const AgentResult nul = notice({}, "-", std::string("a\0b", 3));
+    EXPECT_EQ(nul.exit_status, 2);
+    EXPECT_EQ(nul.error, "hgagent: bad notice: a NUL byte would end its text\n");
+    const AgentResult name = run_agent({"notice", "--plugin-name", "\xd6\xd0", "text"});
+    EXPECT_EQ(name.exit_status, 2);
+    EXPECT_EQ(name.error, "hgagent: bad notice: the plug-in's name is not UTF-8\n");
+    for (const std::vector<std::string> &words :
+         {std::vector<std::string>{"notice", "text"},
+          std::vector<std::string>{"notice", "--plugin-name", "p"},
+          std::vector<std::string>{"notice", "--plugin-name", "p", "two", "texts"}}) {
+        EXPECT_EQ(run_agent(words).exit_status, 2) << testing::PrintToString(words);
+    }
+}
+
+TEST(Notice, FailsWhenItIsRefused)
+{
+    for (const std::string result : {"1", "-7", "2147483647"}) {
+        const AgentResult refused = notice({"--refuse-notices", result}, kText);
+        EXPECT_EQ(refused.exit_status, 1);
+        EXPECT_THAT(refused.output, IsEmpty());
+        EXPECT_THAT(lines_of(refused.error),
+                    ElementsAre("<3> libtsiotAgtd: kaa_device_notice failed!!!",
+                                "hgagent: the notice was refused with " + result));
+    }
+}
+
+TEST(Notice, NeedsAPluginThatKnowsIt)
+{
+    const AgentResult result = notice({"--plugin", PROBE_PLUGIN}, kText);
+    EXPECT_EQ(result.exit_status, 4);
+    EXPECT_EQ(result.error,
+              "hgagent: the plug-in " PROBE_PLUGIN " does not export json_msg_notice_to_app\n");
+}
+
+TEST(Notice, SaysWhenItCannotBeWritten)
+{
+    AgentProcess agent({"notice", "--plugin-name", "p", kText}, OutputTo::kFullDevice);
+    EXPECT_EQ(agent.finish().exit_status, 5);
+}
+
+TEST(Notice, StandsBeforeTheAnswerOfServe)
+{
+    const AgentResult result =
+        run_agent({"serve"}, request(R"("a")", R"({"plugin_name":"first","text":")" +
+                                                   std::string(kText) + R"("})") +
+                                 R"({"id":2,"command":"GET_SN_INFO"})");
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.error, IsEmpty());
+    const std::vector<std::string> lines = lines_of(result.output);
+    ASSERT_EQ(lines.size(), 3U);
+    const Json line = Json::parse(lines[0]);
+    EXPECT_EQ(line.size(), 1U);
+    expect_envelope(line["notice"], "first");
+    EXPECT_EQ(lines[1], R"({"id":"a","result":0})");
+    EXPECT_THAT(lines[2], StartsWith(R"({"id":2,"result":0,"reply":{"Status":"0")"));
+}
+
+TEST(Notice, IsRefusedInServe)
+{
+    const AgentResult result = run_agent({"--refuse-notices", "-7", "serve"},
+                                         request("1", R"({"plugin_name":"p","text":"t"})"));
+    EXPECT_EQ(result.output, "{\"id\":1,\"result\":-7}\n");
+    EXPECT_EQ(result.error, "<3> libtsiotAgtd: kaa_device_notice failed!!!\n");
+}
+
+TEST(Notice, OfServeNeedsItsTexts)
+{
+    const std::string error =
+        R"("error":"\"notice\" needs the texts \"plugin_name\" and \"text\""})";
+    std::string input;
+    std::vector<std::string> answers;
+    for (const std::string bad :
+         {"null", "[]", "\"text\"", "{}", R"({"plugin_name":"p"})", R"({"text":"t"})",
+          R"({"plugin_name":1,"text":"t"})", R"({"plugin_name":"p","text":null})"}) {
+        input += request(std::to_string(answers.size()), bad);
+        answers.push_back("{\"id\":" + std::to_string(answers.size()) + "," + error);
+    }
+    EXPECT_EQ(lines_of(run_agent({"serve"}, input).output), answers);
+    EXPECT_EQ(run_agent({"--plugin", PROBE_PLUGIN, "serve"},
+                        request("[1]", R"({"plugin_name":"p","text":"t"})"))
+                  .output,
+              "{\"id\":[1],\"error\":\"the plug-in " PROBE_PLUGIN
+              " does not export json_msg_notice_to_app\"}\n");
+}
+
+TEST(Notice, OfAnotherPluginNeedBeNoJson)
+{
+    const AgentResult result =
+        run_agent({"--plugin", PROBE_PLUGIN, "serve"},
+                  R"({"id":1,"command":"NOTICE","params":{"text":"say \"hi\""}})"
+                  "\n"
+                  R"({"id":2,"command":"NOTICE","params":{"text":"[1, {\"a\":2}]"}})");
+    EXPECT_THAT(lines_of(result.output),
+                ElementsAre(R"({"notice":"say \"hi\""})",
+                            R"({"id":1,"result":0,"reply":{"text":"say \"hi\"","result":0}})",
+                            R"({"notice":[1,{"a":2}]})", StartsWith(R"({"id":2,)")));
+}
+
+TEST(Notice, FromAThreadStandsBetweenAnswers)
+{
+    constexpr int kCount = 200;
+    const std::string text(20000, 'n'); // more than is written at once
+    const std::string long_answer(20000, 'a');
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"});
+    agent.send(R"({"command":"NOTICES","params":{"text":")" + text + "\",\"count\":\"" +
+               std::to_string(kCount) + "\"}}\n");
+    int notices = 0;
+    int answers = 0;
+    // Asks on until both have come to their ends, so that they are written at the same time.
+    for (bool asked = true; notices < kCount || asked;) {
+        const Json line = Json::parse(agent.read_line());
+        if (line.contains("notice")) {
+            EXPECT_EQ(line["notice"], text);
+            ++notices;
+        } else {
+            EXPECT_EQ(line["result"], answers == 0 ? 0 : -3);
+            ++answers;
+            asked = notices < kCount;
+            if (asked) {
+                agent.send(R"({"command":"NONE","params":{"a":")" + long_answer + "\"}}\n");
+            }
+        }
+    }
+    EXPECT_GT(answers, 1);
+    EXPECT_EQ(agent.finish().exit_status, 0);
+}
+
+TEST(Notice, KeepsNobodyFromEndingOnASignal)
+{
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"});
+    agent.send(R"({"command":"NOTICES","params":{"count":"100","text":")" +
+               std::string(300000, 'n') + "\"}}\n");
+    agent.read_line(); // a thread goes on writing what nobody reads
+    agent.signal(SIGTERM);
+    agent.await_end();
+    EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
+}
+
+TEST(Notice, IsRefusedWhereNobodyReceivesIt)
+{
+    const AgentResult result = run_agent({"--plugin", PROBE_PLUGIN, "call", "NOTICE", "text={}"});
+    EXPECT_THAT(result.output, HasSubstr(R"("result":-1)"));
+    EXPECT_EQ(result.error, "<3> hgagent: nobody receives notices\n");
+}

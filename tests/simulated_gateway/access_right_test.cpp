@@ -1,0 +1,64 @@
+// Who of the attached devices may reach the Internet, and the firewall before them all.
+#include "hosts_fixture.h"
+
+namespace {
+
+TEST_F(HostsTest, RightAndAccessEnableAreOne)
+{
+    EXPECT_EQ(right(1), "ALLOW");
+    EXPECT_EQ(set_right("A4:BB:6D:31:07:5E", "DENY"), 0);
+    EXPECT_EQ(right(1), "DENY");
+    EXPECT_STREQ(host(1).AccessEnable, "0");
+    EXPECT_EQ(with(&AdBaseInfo::AccessEnable, "1"), "");
+    EXPECT_EQ(right(1), "ALLOW");
+    EXPECT_EQ(with(&AdBaseInfo::AccessEnable, "0"), "");
+    ASSERT_EQ(open_when(kTime), "");
+    EXPECT_EQ(right(1), "DENY");
+    EXPECT_EQ(right(2), "ALLOW");
+    for (const char *wrong : {"", "0", "1", "deny", "NULL"}) {
+        EXPECT_EQ(set_right("A4:BB:6D:31:07:5E", wrong), -1);
+        EXPECT_EQ(reason(), "InternetAccessRight \"" + std::string(wrong) +
+                                "\" is none of \"ALLOW\", \"DENY\"");
+    }
+    EXPECT_EQ(right(1), "DENY");
+    AttachDeviceRight info = {};
+    info.HostIndex = 1;
+    EXPECT_EQ(devapi_get_attach_device_right(&info), 0);
+    EXPECT_STREQ(info.MAC, "A4:BB:6D:31:07:5E");
+    EXPECT_STREQ(info.name, "workshop-pc");
+}
+
+TEST_F(HostsTest, TheFirewallIsSwitched)
+{
+    const auto switched = [](const char *enable) {
+        FirewallSwitch info = {};
+        set(info.Enable, enable);
+        return devapi_set_firewall_switch(&info);
+    };
+    EXPECT_STREQ(base().FireWallEnable, "1");
+    EXPECT_EQ(switched("0"), 0);
+    ASSERT_EQ(open_when(kTime), "");
+    EXPECT_STREQ(base().FireWallEnable, "0");
+    WifiInspectInfo inspection = {};
+    EXPECT_EQ(devapi_inspect_hg_wifi(&inspection), 0);
+    EXPECT_STREQ(inspection.FireWallEnable, "0");
+    for (const char *wrong : {"", "2", "01", "on", "111111111111111"}) {
+        EXPECT_EQ(switched(wrong), -1);
+        EXPECT_EQ(reason(), "Enable \"" + std::string(wrong) + "\" is none of \"0\", \"1\"");
+    }
+    FirewallSwitch brim = {};
+    fill_to_the_brim(brim.Enable, '1');
+    EXPECT_EQ(devapi_set_firewall_switch(&brim), -1);
+    EXPECT_STREQ(base().FireWallEnable, "0");
+    EXPECT_EQ(switched("1"), 0);
+    EXPECT_STREQ(base().FireWallEnable, "1");
+}
+
+TEST_F(HostsTest, NullRightsAreFailedCalls)
+{
+    EXPECT_EQ(devapi_get_attach_device_right(nullptr), -1);
+    EXPECT_EQ(devapi_set_attach_device_right(nullptr), -1);
+    EXPECT_EQ(devapi_set_firewall_switch(nullptr), -1);
+}
+
+} // namespace

@@ -1,0 +1,276 @@
+// The attached devices: what is reported of them, and what a user sets.
+#include "hosts_fixture.h"
+
+namespace {
+
+TEST_F(HostsTest, AllHostsAreListed)
+{
+    int32_t count = 0;
+    EXPECT_EQ(devapi_get_host_num(&count), 0);
+    EXPECT_EQ(count, kHosts);
+    EXPECT_STREQ(host(1).Name, "workshop-pc");
+    EXPECT_STREQ(host(kHosts).Name, "Omas-Phone");
+    for (const int32_t index : {0, -1, kHosts + 1, INT32_MAX, INT32_MIN}) {
+        AdBaseInfo info = {};
+        info.HostIndex = index;
+        EXPECT_EQ(devapi_get_ad_base_info(&info), 1000);
+        EXPECT_STREQ(info.Mac, "");
+        AttachDeviceRight right = {};
+        right.HostIndex = index;
+        EXPECT_EQ(devapi_get_attach_device_right(&right), -1);
+        EXPECT_EQ(reason(), "there is no device " + std::to_string(index));
+    }
+}
+
+TEST_F(HostsTest, ReportsEveryFieldOfAHostByRadio)
+{
+    ASSERT_EQ(open_when(kTime + 100), "");
+    const AdBaseInfo info = host(kAnnasPhone);
+    EXPECT_STREQ(info.Mac, "DA:41:7C:0E:92:B3");
+    EXPECT_STREQ(info.UID, "DA417C0E92B3");
+    EXPECT_STREQ(info.DevType, "Phone");
+    EXPECT_STREQ(info.DevFactory, "NULL");
+    EXPECT_STREQ(info.Name, "Annas-Phone");
+    EXPECT_STREQ(info.ByName, "Anna");
+    EXPECT_STREQ(info.OS, "Android");
+    EXPECT_STREQ(info.Version, "14");
+    EXPECT_STREQ(info.NetStatus, "1");
+    EXPECT_STREQ(info.NetMonopoly, "0");
+    EXPECT_STREQ(info.AccessType, "5GHz");
+    EXPECT_STREQ(info.AccessEnable, "1");
+    EXPECT_STREQ(info.AccessTime, "1767225600");
+    EXPECT_GT(std::stoi(info.UpSpeed), 0);
+    EXPECT_GT(std::stoi(info.DownSpeed), 0);
+    EXPECT_STREQ(info.ip, "192.168.1.110");
+    EXPECT_STREQ(info.AccessCode, "1");
+    EXPECT_STREQ(info.SSIDIndex, "5");
+    EXPECT_STREQ(info.LinkStatus, "1");
+    EXPECT_STREQ(info.SpeedLimit, "0");
+    EXPECT_STREQ(info.DownLimit, "0");
+    EXPECT_STREQ(info.UpLimit, "0");
+    EXPECT_STREQ(info.GreennetProtectEnable, "0");
+    EXPECT_LE(std::abs(std::stoi(info.Dbm) + 47), 3);
+    EXPECT_STREQ(info.StaticDhcpEnable, "0");
+}
+
+TEST_F(HostsTest, AHostOnACableHasNothingOfARadio)
+{
+    const AdBaseInfo info = host(7);
+    EXPECT_STREQ(info.DevFactory, "Speicherberg");
+    EXPECT_STREQ(info.AccessType, "cable");
+    EXPECT_STREQ(info.AccessCode, "0");
+    EXPECT_STREQ(info.SSIDIndex, "NULL");
+    EXPECT_STREQ(info.Dbm, "NULL");
+    EXPECT_STREQ(info.StaticDhcpEnable, "1");
+    EXPECT_STREQ(host(kConsole).SpeedLimit, "1");
+    EXPECT_STREQ(host(kConsole).DownLimit, "20000");
+    EXPECT_STREQ(host(kConsole).GreennetProtectEnable, "1");
+}
+
+TEST_F(HostsTest, AHostThatIsOfflineIsListedAsSuch)
+{
+    const AdBaseInfo info = host(kOmasPhone);
+    EXPECT_STREQ(info.NetStatus, "0");
+    EXPECT_STREQ(info.LinkStatus, "0");
+    EXPECT_STREQ(info.AccessTime, "NULL");
+    EXPECT_STREQ(info.UpSpeed, "0");
+    EXPECT_STREQ(info.DownSpeed, "0");
+    EXPECT_STREQ(info.ip, "NULL");
+    EXPECT_STREQ(info.Dbm, "NULL");
+    EXPECT_STREQ(info.AccessEnable, "1");
+    EXPECT_STREQ(info.SSIDIndex, "2");
+}
+
+TEST_F(HostsTest, WithKindOneOnlyTheDevicesOfTheMainRouterAreThere)
+{
+    std::string own;
+    for (int32_t index = 1; index <= kHosts; ++index) {
+        AdBaseInfo info = {};
+        info.Kind = 1;
+        info.HostIndex = index;
+        const int32_t result = devapi_get_ad_base_info(&info);
+        EXPECT_EQ(result, info.Mac[0] != '\0' ? 0 : 1000);
+        own += result == 0 ? std::to_string(index) + " " : "";
+    }
+    EXPECT_EQ(own, "1 2 3 4 5 6 12 ");
+}
+
+TEST_F(HostsTest, ASettingIsReportedAndKept)
+{
+    AdBaseSetting setting = {};
+    set(setting.info.Mac, "DA:41:7C:0E:92:B3");
+    set(setting.info.DevType, "Tablet");
+    set(setting.info.ByName, "Annas Gerät");
+    set(setting.info.AccessEnable, "0");
+    set(setting.info.DownLimit, "512");
+    set(setting.info.StaticDhcpEnable, "1");
+    set(setting.info.ip, "192.168.1.50");
+    EXPECT_EQ(applied(setting), "");
+    ASSERT_EQ(open_when(kTime), "");
+    const AdBaseInfo info = host(kAnnasPhone);
+    EXPECT_STREQ(info.DevType, "Tablet");
+    EXPECT_STREQ(info.ByName, "Annas Gerät");
+    EXPECT_STREQ(info.Name, "Annas-Phone");
+    EXPECT_STREQ(info.AccessEnable, "0");
+    EXPECT_STREQ(info.SpeedLimit, "1");
+    EXPECT_STREQ(info.DownLimit, "512");
+    EXPECT_STREQ(info.StaticDhcpEnable, "1");
+    EXPECT_STREQ(info.ip, "192.168.1.50");
+
+    EXPECT_EQ(devapi_recovery(), 0);
+    EXPECT_STREQ(host(kAnnasPhone).DevType, "Phone");
+    EXPECT_STREQ(host(kAnnasPhone).ip, "192.168.1.110");
+}
+
+TEST_F(HostsTest, WhatWasReadCanBeWrittenBack)
+{
+    const std::string before = read(path("state"));
+    for (int32_t index = 1; index <= kHosts; ++index) {
+        AdBaseSetting setting = setting_of(index);
+        EXPECT_EQ(applied(setting), "");
+    }
+    EXPECT_EQ(read(path("state")), before);
+}
+
+TEST_F(HostsTest, AMacAddressIsKnownInEveryForm)
+{
+    for (const char *mac :
+         {"729be046d815", "729BE046D815", "72-9b-e0-46-d8-15", "72:9b:E0:46:d8:15", kTabletMac}) {
+        EXPECT_EQ(with(&AdBaseInfo::ByName, mac, kTablet), "");
+        AdBaseSetting setting = setting_of(kTablet);
+        set(setting.info.Mac, mac);
+        set(setting.info.ByName, "a");
+        EXPECT_EQ(applied(setting), "");
+        EXPECT_STREQ(host(kTablet).ByName, "a");
+        EXPECT_EQ(set_right(mac, "DENY"), 0);
+        EXPECT_EQ(right(kTablet), "DENY");
+        EXPECT_EQ(set_right(mac, "ALLOW"), 0);
+    }
+}
+
+TEST_F(HostsTest, AMacAddressThatIsNoneOrThatNobodyHasIsRefused)
+{
+    const std::string before = read(path("state"));
+    for (const std::string &mac : kNoMacs) {
+        EXPECT_EQ(with(&AdBaseInfo::Mac, mac, kTablet).substr(0, 4), "MAC ") << mac;
+        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_EQ(set_right(mac, "DENY"), -1);
+        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+    }
+    EXPECT_EQ(with(&AdBaseInfo::Mac, "00:00:00:00:00:01"), "there is no device 00:00:00:00:00:01");
+    // A router of the home is no attached device.
+    EXPECT_EQ(set_right("3C:6A:D2:10:4F:20", "DENY"), -1);
+    EXPECT_EQ(reason(), "there is no device 3C:6A:D2:10:4F:20");
+    AdBaseSetting setting = setting_of(1);
+    fill_to_the_brim(setting.info.Mac, 'A');
+    EXPECT_EQ(devapi_set_ad_base_info(&setting), -1);
+    EXPECT_EQ(read(path("state")), before);
+}
+
+TEST_F(HostsTest, AnAliasIsTakenAwayByAnEmptyOneOrByNull)
+{
+    for (const char *none : {"", "NULL"}) {
+        EXPECT_EQ(with(&AdBaseInfo::ByName, "x", kAnnasPhone), "");
+        EXPECT_STREQ(host(kAnnasPhone).ByName, "x");
+        EXPECT_EQ(with(&AdBaseInfo::ByName, none, kAnnasPhone), "");
+        EXPECT_STREQ(host(kAnnasPhone).ByName, "NULL");
+    }
+    EXPECT_FALSE(
+        json_of(path("state")).at("home").at("hosts").at(kAnnasPhone - 1).contains("alias"));
+}
+
+TEST_F(HostsTest, AnAliasThatWasCutWithinALetterLosesThePart)
+{
+    EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(31, 'n')), "");
+    EXPECT_EQ(host(1).ByName, std::string(31, 'n'));
+    EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(30, 'n') + "ü"), "");
+    EXPECT_EQ(host(1).ByName, std::string(30, 'n'));
+    EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(29, 'n') + "🏠"), "");
+    EXPECT_EQ(host(1).ByName, std::string(29, 'n'));
+    EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(63, 'm') + "ü"), "");
+    EXPECT_EQ(host(1).ByName, std::string(31, 'm'));
+}
+
+TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
+{
+    const std::string before = read(path("state"));
+    EXPECT_EQ(with(&AdBaseInfo::DevType, "phone"),
+              "DevType \"phone\" is none of \"Computer\", \"Phone\", \"Tablet\", \"TV\",");
+    EXPECT_EQ(with(&AdBaseInfo::DevType, "").substr(0, 21), "DevType \"\" is none of");
+    EXPECT_EQ(with(&AdBaseInfo::ByName, "a\nb"), "ByName holds control characters or is no UTF-8");
+    EXPECT_EQ(with(&AdBaseInfo::ByName, "a\xff"
+                                        "b"),
+              "ByName holds control characters or is no UTF-8");
+    for (const char *enable : {"", "2", "-1", "on", "1 "}) {
+        EXPECT_EQ(with(&AdBaseInfo::AccessEnable, enable),
+                  "AccessEnable \"" + std::string(enable) + "\" is none of \"0\", \"1\"");
+    }
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, ""), "DownLimit is no number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "fast"), "DownLimit is no number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "1.5"), "DownLimit is no number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "-2"), "DownLimit -2 is not within 1 to 10000000");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "10000001"),
+              "DownLimit 10000001 is not within 1 to 10000000");
+    EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, "2"),
+              "StaticDhcpEnable \"2\" is none of \"0\", \"1\"");
+    EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, ""),
+              "StaticDhcpEnable \"\" is none of \"0\", \"1\"");
+    AdBaseSetting setting = setting_of(1);
+    fill_to_the_brim(setting.info.ByName, 'n');
+    EXPECT_EQ(applied(setting), "ByName is longer than 31 bytes");
+    EXPECT_EQ(read(path("state")), before);
+}
+
+TEST_F(HostsTest, AnAddressIsBoundAndStaysWhenItIsFreed)
+{
+    EXPECT_EQ(bind("192.168.1.77"), "");
+    EXPECT_STREQ(host(1).ip, "192.168.1.77");
+    EXPECT_STREQ(host(1).StaticDhcpEnable, "1");
+    EXPECT_EQ(bind("192.168.1.77"), ""); // its own
+    EXPECT_EQ(with(&AdBaseInfo::ByName, "x"), "");
+    EXPECT_STREQ(host(1).StaticDhcpEnable, "1"); // "-1" leaves it alone
+    EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, "0"), "");
+    EXPECT_STREQ(host(1).StaticDhcpEnable, "0");
+    EXPECT_STREQ(host(1).ip, "192.168.1.77");
+    EXPECT_EQ(bind("192.168.1.60", kOmasPhone), ""); // also of one that is offline
+    EXPECT_STREQ(host(kOmasPhone).ip, "192.168.1.60");
+}
+
+TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
+{
+    EXPECT_EQ(bind("192.168.1.60", kOmasPhone), "");
+    const std::string before = read(path("state"));
+    const struct {
+        const char *ip, *reason;
+    } refusals[] = {
+        {"", "ip is no IPv4 address"},
+        {"NULL", "ip is no IPv4 address"},
+        {"192.168.1", "ip is no IPv4 address"},
+        {"192.168.1.300", "ip is no IPv4 address"},
+        {"fe80::1", "ip is no IPv4 address"},
+        {"192.168.2.7", "ip is no address of the LAN"},
+        {"192.168.1.0", "ip is no address of the LAN"},
+        {"192.168.1.255", "ip is no address of the LAN"},
+        {"192.168.1.1", "ip is the address of the gateway"},
+        {"192.168.1.2", "ip belongs to First floor"},
+        {"192.168.1.102", "ip belongs to living-room-tv"},
+        {"192.168.1.60", "ip belongs to Omas-Phone"},
+    };
+    for (const auto &refusal : refusals) {
+        EXPECT_EQ(bind(refusal.ip), refusal.reason);
+    }
+    AdBaseSetting setting = setting_of(1);
+    set(setting.info.StaticDhcpEnable, "1");
+    fill_to_the_brim(setting.info.ip, '1');
+    EXPECT_EQ(applied(setting), "ip is no IPv4 address");
+    EXPECT_EQ(read(path("state")), before);
+}
+
+TEST_F(HostsTest, NullRecordsAreFailedCalls)
+{
+    EXPECT_EQ(devapi_get_host_num(nullptr), -1);
+    EXPECT_EQ(devapi_get_ad_base_info(nullptr), -1);
+    EXPECT_EQ(devapi_set_ad_base_info(nullptr), -1);
+}
+
+} // namespace

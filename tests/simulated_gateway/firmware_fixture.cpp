@@ -1,0 +1,61 @@
+#include "firmware_fixture.h"
+
+#include "firmware_image.h"
+
+#include <cstdlib>
+
+using namespace simulated_gateway;
+
+FirmwareTest::FirmwareTest() : server_(path(""))
+{
+    setenv("no_proxy", "*", 1);
+    write("new.image", make_image());
+}
+
+std::string make_image(const ImageOptions &options)
+{
+    std::string payload(options.payload_size, '\0');
+    uint32_t number = 1;
+    for (char &byte : payload) {
+        number = number * 1664525 + 1013904223;
+        byte = static_cast<char>(number >> 24);
+    }
+    ImageHeader header = {options.product, options.version, options.date, payload.size(), {}};
+    Sha256 digest;
+    digest.add(header.encode());
+    digest.add(payload);
+    header.sha256 = digest.finish();
+    return header.encode() + payload;
+}
+
+void FirmwareTest::set_limit(const std::string &name, const std::string &value)
+{
+    setenv(("SIMULATED_GATEWAY_" + name).c_str(), value.c_str(), 1);
+}
+
+std::string FirmwareTest::refusal(const std::string &address) const
+{
+    EXPECT_EQ(devapi_download_image(address.c_str(), 0), -1) << address.substr(0, 200);
+    return reason();
+}
+
+std::string FirmwareTest::version_after_flash()
+{
+    EXPECT_EQ(devapi_update_image(), 0);
+    simulated_gateway_power_cycle();
+    return version();
+}
+
+std::string FirmwareTest::version()
+{
+    UpdateStatusInfo status = {};
+    SystemInfo system = {};
+    HgBaseInfo base = {};
+    EXPECT_EQ(devapi_get_update_status_info(&status), 0);
+    EXPECT_EQ(devapi_get_system_info(&system), 0);
+    EXPECT_EQ(devapi_get_hg_base_info(&base), 0);
+    EXPECT_STREQ(status.FWVersion, system.SWVersion);
+    EXPECT_STREQ(status.FWVersion, base.FWVersion);
+    EXPECT_STREQ(status.FWDATA, base.FWDATA);
+    return status.FWVersion;
+}

@@ -1,0 +1,108 @@
+// A process that is killed while it downloads, flashes and restarts leaves a gateway that runs one
+// of the firmwares, whole.
+#include "firmware_fixture.h"
+#include "process_fixture.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+class FirmwareKillTest : public FirmwareTest {
+  protected:
+    FirmwareKillTest()
+    {
+        write("first.image", make_image({.version = "V3", .payload_size = 40'000}));
+        write("second.image", make_image({.version = "V4", .payload_size = 40'000}));
+    }
+    std::vector<std::string> process(const std::string &count, const std::string &step) const
+    {
+        return {path("state"), count, step, server_.address("first.image"),
+                server_.address("second.image")};
+    }
+    void start_over() const
+    {
+        for (const char *name : {"state", "state.lock", "state.firmware"}) {
+            std::filesystem::remove_all(path(name));
+        }
+    }
+
+    // What runs after a kill and what a restart makes of it; and that nothing is in the way of the
+    // next image, also of one whose download broke off.
+    struct Versions {
+        std::string before;
+        std::string after;
+    };
+    Versions versions_after_kill() const
+    {
+        EXPECT_EQ(open({.state_file = path("state")}), "");
+        Versions versions = {version(), ""};
+        simulated_gateway_power_cycle();
+        versions.after = version();
+        EXPECT_EQ(devapi_flash_update_image(server_.address("second.image").c_str()), 0);
+        EXPECT_EQ(devapi_flash_update_image(server_.address("first.image").c_str()), 0);
+        simulated_gateway_power_cycle();
+        EXPECT_EQ(version(), "V3");
+        EXPECT_FALSE(has_partial());
+        close();
+        return versions;
+    }
+};
+
+TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneFirmwareWhole)
+{
+    // By the dots that were said: open, first flash, second flash, power cycle.
+    const std::vector<std::string> may_run_before[] = {
+        {"V2.4.1"}, {"V2.4.1"}, {"V2.4.1"}, {"V2.4.1", "V4"}, {"V4"}};
+    // While the second image replaces the first, neither is complete for a moment.
+    const std::vector<std::string> may_run_after[] = {
+        {"V2.4.1"}, {"V2.4.1", "V3"}, {"V2.4.1", "V3", "V4"}, {"V4"}, {"V4"}};
+    int kills = 0;
+    for (bool killed = true; killed;) {
+        SCOPED_TRACE("killed at step " + std::to_string(kills));
+        start_over();
+        GatewayProcess victim(process("1", std::to_string(kills)));
+        size_t dots = 0;
+        while (dots < 4 && victim.wait_for(1)) {
+            ++dots;
+        }
+        const int status = victim.end();
+        killed = WIFSIGNALED(status);
+        kills += killed ? 1 : 0;
+        ASSERT_TRUE(killed || status == 0) << status;
+
+        const Versions versions = versions_after_kill();
+        EXPECT_TRUE(std::ranges::count(may_run_before[dots], versions.before) == 1)
+            << versions.before << " after " << dots << " dots";
+        EXPECT_TRUE(std::ranges::count(may_run_after[dots], versions.after) == 1)
+            << versions.after << " after " << dots << " dots";
+        ASSERT_FALSE(HasFailure());
+    }
+    // Opening and closing save, and so do two flashes and a power cycle, with six steps each; the
+    // rest is work on images.
+    EXPECT_GT(kills, 5 * 6 + 2 * 20);
+    std::printf("killed at %d steps\n", kills);
+    const auto requests = server_.requests();
+    EXPECT_TRUE(std::ranges::any_of(requests, [](auto &it) {
+        return it.find("bytes=") != std::string::npos;
+    })) << "no download went on where a kill had ended it";
+}
+
+TEST_F(FirmwareKillTest, AKillAtAnyMomentLeavesOneFirmwareWhole)
+{
+    constexpr int kills = 20;
+    for (int times = 0; times < kills; ++times) {
+        GatewayProcess victim(process("1000000", "-1"));
+        ASSERT_TRUE(victim.wait_for(1 + times % 4));
+        usleep(static_cast<useconds_t>(times * 997 % 40'000));
+        victim.kill();
+        const Versions versions = versions_after_kill();
+        const std::vector<std::string> possible = {"V2.4.1", "V3", "V4"};
+        EXPECT_EQ(std::ranges::count(possible, versions.before), 1) << versions.before;
+        EXPECT_EQ(std::ranges::count(possible, versions.after), 1) << versions.after;
+    }
+}
+
+} // namespace

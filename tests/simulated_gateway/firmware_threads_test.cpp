@@ -1,0 +1,291 @@
+// What goes on while an image is fetched or flashed.
+#include "firmware_fixture.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+// What the gateway has reported.
+class Reports {
+  public:
+    Reports() { simulated_gateway_on_progress(note, this); }
+    ~Reports() { simulated_gateway_on_progress(nullptr, nullptr); }
+    Reports(const Reports &) = delete;
+    Reports &operator=(const Reports &) = delete;
+
+    void await(int32_t percent)
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return !percents_.empty() && percents_.back() >= percent; });
+    }
+    std::vector<int32_t> take()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(percents_, {});
+    }
+
+  private:
+    static void note(const char *task, int32_t percent, void *context)
+    {
+        auto *self = static_cast<Reports *>(context);
+        const std::lock_guard lock(self->mutex_);
+        EXPECT_STREQ(task, "firmware");
+        self->percents_.push_back(percent);
+        self->changed_.notify_all();
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<int32_t> percents_;
+};
+
+class FirmwareThreadsTest : public FirmwareTest {
+  protected:
+    // A download that is half-way, and stays there until the server lets go.
+    std::thread half_download(int32_t &result)
+    {
+        std::thread thread([&result, address = server_.address("hold/new.image")] {
+            result = devapi_download_image(address.c_str(), 0);
+        });
+        reports_.await(40);
+        return thread;
+    }
+    Reports reports_;
+};
+
+void expect_rising(const std::vector<int32_t> &percents)
+{
+    ASSERT_FALSE(percents.empty());
+    EXPECT_EQ(percents.front(), 0);
+    for (size_t at = 1; at < percents.size(); ++at) {
+        EXPECT_GT(percents[at], percents[at - 1]);
+    }
+}
+
+TEST_F(FirmwareThreadsTest, ProgressRisesToAHundredOnceTheImageIsVerified)
+{
+    ASSERT_EQ(open(options()), "");
+    for (const std::string &address :
+         {server_.address("new.image"), "file://" + path("new.image")}) {
+        ASSERT_EQ(devapi_download_image(address.c_str(), 0), 0);
+        const std::vector<int32_t> percents = reports_.take();
+        expect_rising(percents);
+        EXPECT_EQ(percents.back(), 100);
+        EXPECT_GE(percents.size(), 3u);
+    }
+    std::string damaged = make_image();
+    damaged.back() = static_cast<char>(~damaged.back());
+    write("wrong.image", damaged);
+    refusal(server_.address("wrong.image"));
+    const std::vector<int32_t> percents = reports_.take();
+    expect_rising(percents);
+    EXPECT_LT(percents.back(), 100);
+}
+
+TEST_F(FirmwareThreadsTest, ProgressDoesNotFallWhenADownloadStartsOver)
+{
+    ASSERT_EQ(open(options()), "");
+    refusal(server_.address("cut/no-range/new.image"));
+    reports_.take();
+    EXPECT_EQ(devapi_download_image(server_.address("cut/no-range/new.image").c_str(), 0), 0);
+    const std::vector<int32_t> percents = reports_.take();
+    EXPECT_GE(percents.front(), 40);
+    for (size_t at = 1; at < percents.size(); ++at) {
+        EXPECT_GT(percents[at], percents[at - 1]);
+    }
+}
+
+TEST_F(FirmwareThreadsTest, NobodyIsToldAnyMoreOnceTheReportIsTakenBack)
+{
+    ASSERT_EQ(open(options()), "");
+    int32_t result = -1;
+    std::thread thread = half_download(result);
+    simulated_gateway_on_progress(nullptr, nullptr);
+    reports_.take();
+    server_.release();
+    thread.join();
+    EXPECT_EQ(result, 0);
+    EXPECT_TRUE(reports_.take().empty());
+}
+
+TEST_F(FirmwareThreadsTest, AReportMayCallTheDevice)
+{
+    ASSERT_EQ(open(options()), "");
+    int calls = 0;
+    simulated_gateway_on_progress(
+        [](const char *, int32_t, void *context) {
+            ++*static_cast<int *>(context);
+            EXPECT_EQ(mac(), "3C:6A:D2:10:4F:20");
+        },
+        &calls);
+    EXPECT_EQ(devapi_download_image(server_.address("new.image").c_str(), 0), 0);
+    EXPECT_GT(calls, 1);
+}
+
+TEST_F(FirmwareThreadsTest, OtherCallsGoOnAndASecondDownloadIsRefused)
+{
+    ASSERT_EQ(open(options()), "");
+    ASSERT_EQ(devapi_download_image(("file://" + path("new.image")).c_str(), 0), 0);
+    reports_.take();
+    int32_t result = -1;
+    std::thread thread = half_download(result);
+    EXPECT_EQ(version(), "V2.4.1");
+    HgBaseInfo info = {};
+    set(info.Name, "Renamed");
+    EXPECT_EQ(devapi_set_hg_base_info(&info), 0);
+    EXPECT_EQ(refusal(server_.address("new.image")), "another download is under way");
+    EXPECT_EQ(devapi_flash_update_image(server_.address("new.image").c_str()), -1);
+    EXPECT_EQ(reason(), "another download is under way");
+
+    // What is flashed is the image that was whole last.
+    write("new.image", "is not asked for any more");
+    EXPECT_EQ(version_after_flash(), "V3.2.0");
+
+    server_.release();
+    thread.join();
+    EXPECT_EQ(result, 0);
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_EQ(devapi_get_hg_base_info(&info), 0);
+    EXPECT_STREQ(info.Name, "Renamed");
+}
+
+TEST_F(FirmwareThreadsTest, ClosingEndsADownloadThatGoesOnLater)
+{
+    ASSERT_EQ(open(options()), "");
+    int32_t result = 0;
+    std::thread thread = half_download(result);
+    close();
+    EXPECT_NE(reason().find("the gateway was closed"), std::string::npos);
+    ASSERT_EQ(open(options()), "");
+    thread.join();
+    EXPECT_EQ(result, -1);
+    EXPECT_TRUE(has_partial());
+
+    server_.release();
+    EXPECT_EQ(devapi_download_image(server_.address("hold/new.image").c_str(), 0), 0);
+    EXPECT_EQ(server_.requests().back().substr(0, 22), "/hold/new.image bytes=");
+}
+
+TEST_F(FirmwareThreadsTest, ClosingEndsADownloadWhoseServerDoesNotAnswer)
+{
+    ASSERT_EQ(open(options()), "");
+    int32_t result = 0;
+    std::thread thread(
+        [&] { result = devapi_download_image(server_.address("hang/new.image").c_str(), 0); });
+    while (server_.requests().empty()) {
+        std::this_thread::yield();
+    }
+    close();
+    thread.join();
+    EXPECT_EQ(result, -1);
+}
+
+TEST_F(FirmwareThreadsTest, AReportMayCallTheDeviceWhileTheGatewayIsClosed)
+{
+    ASSERT_EQ(open(options()), "");
+    std::atomic<bool> reported = false;
+    simulated_gateway_on_progress(
+        [](const char *, int32_t, void *context) {
+            *static_cast<std::atomic<bool> *>(context) = true;
+            while (call() == 0) {
+                std::this_thread::yield();
+            }
+        },
+        &reported);
+    std::thread thread(
+        [&] { EXPECT_EQ(devapi_download_image(server_.address("new.image").c_str(), 0), -1); });
+    while (!reported) {
+        std::this_thread::yield();
+    }
+    close();
+    thread.join();
+}
+
+TEST_F(FirmwareThreadsTest, AFlashIsRefusedWhenItsSlotHasBeenStartedMeanwhile)
+{
+    write("large.image", make_image({.version = "V4", .payload_size = 30'000'000}));
+    ASSERT_EQ(open(options()), "");
+    const auto download = [&](const std::string &name) {
+        ASSERT_EQ(devapi_download_image(("file://" + path(name)).c_str(), 0), 0);
+    };
+    // A flash may be done before the restart; then it was not this one.
+    bool refused = false;
+    for (int times = 0; !refused && times < 20; ++times) {
+        download("new.image");
+        ASSERT_EQ(devapi_update_image(), 0);
+        download("large.image");
+        const int64_t slot = json_of(path("state")).at("firmware").at("next");
+        const std::string aside =
+            path("state.firmware/slot_" + std::to_string(slot) + ".image.tmp");
+        int32_t result = 0;
+        std::thread flash([&] { result = devapi_update_image(); });
+        while (!std::filesystem::exists(aside)) {
+            std::this_thread::yield();
+        }
+        simulated_gateway_power_cycle();
+        flash.join();
+        refused = result == -1;
+        EXPECT_EQ(version(), refused ? "V3.2.0" : "V4");
+    }
+    EXPECT_TRUE(refused);
+    EXPECT_EQ(devapi_update_image(), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(version(), "V4");
+    EXPECT_NE(read(path("trace")).find("the router was restarted meanwhile"), std::string::npos);
+}
+
+TEST_F(FirmwareThreadsTest, DownloadsFlashesRestartsAndReopeningMix)
+{
+    write("even.image", make_image({.version = "V4"}));
+    write("odd.image", make_image({.version = "V5"}));
+    setenv("SIMULATED_GATEWAY_STATE", path("state").c_str(), 1);
+    setenv("SIMULATED_GATEWAY_TRACE", path("trace").c_str(), 1);
+    ASSERT_EQ(open({}), "");
+    std::atomic<int> wrong = 0;
+    std::atomic<bool> ended = false;
+    std::vector<std::thread> threads;
+    for (const char *name : {"even.image", "odd.image"}) {
+        threads.emplace_back([&, name] {
+            for (int times = 0; times < 10; ++times) {
+                devapi_flash_update_image(server_.address(name).c_str());
+                devapi_download_image(("file://" + path(name)).c_str(), 1);
+            }
+        });
+    }
+    threads.emplace_back([&] {
+        for (int times = 0; times < 20; ++times) {
+            devapi_update_image();
+        }
+    });
+    std::thread restarts([&] {
+        while (!ended) {
+            devapi_reboot();
+            simulated_gateway_close();
+            simulated_gateway_open(nullptr, nullptr, 0);
+        }
+    });
+    std::thread queries([&] {
+        while (!ended) {
+            UpdateStatusInfo info = {};
+            if (devapi_get_update_status_info(&info) == 0) {
+                const std::string seen = info.FWVersion;
+                wrong += seen == "V2.4.1" || seen == "V4" || seen == "V5" ? 0 : 1;
+            }
+        }
+    });
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    ended = true;
+    restarts.join();
+    queries.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(devapi_flash_update_image(server_.address("new.image").c_str()), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(version(), "V3.2.0");
+}
+
+} // namespace

@@ -1,0 +1,149 @@
+// The form of images, byte by byte.
+#include "firmware_fixture.h"
+#include "firmware_image.h"
+#include "text.h"
+
+using namespace simulated_gateway;
+
+namespace {
+
+class ImageTest : public testing::Test {
+  protected:
+    // What is wrong with the image; empty when it holds.
+    static std::string complaint_about(const std::string &image, uint64_t largest = 1'000'000)
+    {
+        ImageCheck check("HGU-AX3000", largest);
+        try {
+            check.add(image);
+            check.finish();
+            return "";
+        } catch (const Error &error) {
+            return error.what();
+        }
+    }
+    // An image whose bytes are changed and whose digest holds all the same.
+    static std::string changed(size_t offset, const std::string &bytes)
+    {
+        std::string image = make_image();
+        image.replace(offset, bytes.size(), bytes);
+        Sha256 digest;
+        digest.add(std::string_view(image).substr(0, ImageHeader::kDigestOffset));
+        digest.add(std::string_view(image).substr(ImageHeader::kSize));
+        return image.replace(ImageHeader::kDigestOffset, Sha256::kSize, digest.finish());
+    }
+};
+
+TEST_F(ImageTest, HasTheFormThatIsWrittenDown)
+{
+    const std::string whole = make_image({.payload_size = 0x01020304});
+    EXPECT_EQ(whole.substr(0, 20), std::string("HGIMAGE\0\1\0\0\0\4\3\2\1\0\0\0\0", 20));
+    EXPECT_STREQ(whole.data() + 20, "HGU-AX3000");
+    EXPECT_STREQ(whole.data() + 276, "V3.2.0");
+    EXPECT_STREQ(whole.data() + 340, "2026-02-01");
+    EXPECT_EQ(whole.size(), 404u + 0x01020304);
+    EXPECT_EQ(complaint_about(whole, whole.size()), "");
+}
+
+TEST_F(ImageTest, HoldsInWhateverPiecesItComes)
+{
+    const std::string whole = make_image({.payload_size = 700});
+    for (size_t piece = 1; piece < whole.size(); piece = piece * 3 + 1) {
+        ImageCheck check(std::nullopt, whole.size());
+        int32_t percent = 0;
+        for (size_t at = 0; at < whole.size(); at += piece) {
+            check.add(std::string_view(whole).substr(at, piece));
+            EXPECT_GE(check.percent(), percent);
+            percent = check.percent();
+        }
+        EXPECT_EQ(percent, 99);
+        const ImageHeader header = check.finish();
+        EXPECT_EQ(header.product, "HGU-AX3000");
+        EXPECT_EQ(header.version, "V3.2.0");
+        EXPECT_EQ(header.date, "2026-02-01");
+        EXPECT_EQ(header.payload_size, 700u);
+        EXPECT_EQ(header.sha256, whole.substr(ImageHeader::kDigestOffset, Sha256::kSize));
+    }
+}
+
+TEST_F(ImageTest, AFieldThatDoesNotHoldIsNamed)
+{
+    const struct {
+        size_t offset;
+        std::string bytes;
+        const char *complaint;
+    } wrong_fields[] = {
+        {0, "h", "the image is none: it does not open with an image's magic"},
+        {7, "!", "the image is none: it does not open with an image's magic"},
+        {8, "\2", "the image has format version 2, not 1"},
+        {11, "\1", "the image has format version 16777217, not 1"},
+        {12, std::string(8, '\0'), "the image has no payload"},
+        {12, std::string(8, '\xff'),
+         "the image has a payload of 18446744073709551615 bytes; no more than 1000000 bytes are "
+         "taken in all"},
+        {20, std::string(256, 'x'),
+         "the image does not hold: its product is longer than 255 bytes"},
+        {20, "hgu", "the image is for \"hgu-AX3000\", not for \"HGU-AX3000\""},
+        {276, std::string(1, '\0'), "the image does not hold: its version is empty"},
+        {276, "V3\n",
+         "the image does not hold: its version holds control characters or is no UTF-8"},
+        {276, "\xff",
+         "the image does not hold: its version holds control characters or is no UTF-8"},
+        {276, std::string(64, 'x'), "the image does not hold: its version is longer than 63 bytes"},
+        {340, std::string(32, 'x'), "the image does not hold: its date is longer than 31 bytes"},
+    };
+    for (const auto &[offset, bytes, complaint] : wrong_fields) {
+        EXPECT_EQ(complaint_about(changed(offset, bytes)), complaint);
+    }
+}
+
+TEST_F(ImageTest, EveryCutIsNoticed)
+{
+    const std::string whole = make_image({.payload_size = 300});
+    EXPECT_EQ(complaint_about(""), "the image is empty");
+    for (size_t size = 1; size < whole.size(); ++size) {
+        EXPECT_EQ(complaint_about(whole.substr(0, size)),
+                  "the image ends after " + std::to_string(size) + " of " +
+                      std::to_string(size < 404 ? 404 : whole.size()) + " bytes");
+    }
+}
+
+TEST_F(ImageTest, EveryFlippedBitIsNoticed)
+{
+    const std::string whole = make_image({.payload_size = 40});
+    for (size_t bit = 0; bit < whole.size() * 8; ++bit) {
+        std::string flipped = whole;
+        flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << bit % 8));
+        EXPECT_NE(complaint_about(flipped), "") << "bit " << bit;
+    }
+    std::string damaged = whole;
+    damaged.back() = static_cast<char>(~damaged.back());
+    EXPECT_EQ(complaint_about(damaged),
+              "the image is damaged: its SHA-256 is not the one in its header");
+}
+
+TEST_F(ImageTest, WhatFollowsItIsNotTaken)
+{
+    const std::string whole = make_image({.payload_size = 300});
+    EXPECT_EQ(complaint_about(whole + "x"),
+              "the image goes on behind the 704 bytes that its header tells of");
+}
+
+TEST_F(ImageTest, TheLargestOneIsTakenAndALargerOneNot)
+{
+    const std::string whole = make_image({.payload_size = 300});
+    EXPECT_EQ(complaint_about(whole, 704), "");
+    for (const uint64_t largest : {703, 404, 300, 1}) {
+        EXPECT_EQ(complaint_about(whole, largest),
+                  "the image has a payload of 300 bytes; no more than " + std::to_string(largest) +
+                      " bytes are taken in all");
+    }
+}
+
+TEST_F(ImageTest, IsNotMadeOfFieldsThatDoNotHold)
+{
+    EXPECT_THROW(make_image({.product = ""}), Error);
+    EXPECT_THROW(make_image({.version = std::string(64, 'x')}), Error);
+    EXPECT_THROW(make_image({.date = "2026\n"}), Error);
+}
+
+} // namespace

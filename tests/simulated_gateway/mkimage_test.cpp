@@ -1,0 +1,129 @@
+// hg-mkimage as a user runs it.
+#include "firmware_fixture.h"
+
+#include <ctime>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+namespace {
+
+class MkimageTest : public GatewayTest {
+  protected:
+    struct Outcome {
+        int exit_status;
+        std::string output;
+        std::string error;
+    };
+    Outcome run(std::vector<std::string> words) const
+    {
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC;
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, path("out").c_str(), flags, 0600);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, path("err").c_str(), flags, 0600);
+        std::vector<char *> argv = {const_cast<char *>(MKIMAGE)};
+        for (std::string &word : words) {
+            argv.push_back(word.data());
+        }
+        argv.push_back(nullptr);
+        pid_t process = 0;
+        EXPECT_EQ(posix_spawn(&process, MKIMAGE, &actions, nullptr, argv.data(), environ), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        int status = 0;
+        waitpid(process, &status, 0);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read(path("out")), read(path("err"))};
+    }
+    Outcome make(std::vector<std::string> words) const
+    {
+        const std::vector<std::string> usual = {"--product", "HGU-AX3000", "--version", "V3.2.0"};
+        words.insert(words.begin(), usual.begin(), usual.end());
+        return run(words);
+    }
+};
+
+TEST_F(MkimageTest, MakesTheImageOfAPayload)
+{
+    const std::string image = make_image();
+    write("payload", image.substr(404));
+    const Outcome made =
+        make({"--date", "2026-02-01", "--payload", path("payload"), path("image")});
+    EXPECT_EQ(made.exit_status, 0) << made.error;
+    EXPECT_EQ(made.output + made.error, "");
+    EXPECT_EQ(read(path("image")), image);
+}
+
+TEST_F(MkimageTest, MakesUpAPayloadThatIsTheSameAtEveryRun)
+{
+    for (const char *name : {"one", "two"}) {
+        EXPECT_EQ(make({"--size", "70000", path(name)}).exit_status, 0);
+    }
+    EXPECT_EQ(read(path("one")).size(), 70000u + 404);
+    EXPECT_EQ(read(path("one")), read(path("two")));
+    EXPECT_EQ(run({"--product", "HGU-AX3000", "--version", "V4", path("other")}).exit_status, 0);
+    EXPECT_EQ(read(path("other")).size(), (1u << 20) + 404);
+    EXPECT_NE(read(path("other")).substr(404, 1000), read(path("one")).substr(404, 1000));
+}
+
+TEST_F(MkimageTest, ShowsAnImageThatHolds)
+{
+    write("image", make_image());
+    const Outcome shown = run({"--show", path("image")});
+    EXPECT_EQ(shown.exit_status, 0);
+    const std::string start = "product: HGU-AX3000\nversion: V3.2.0\ndate: 2026-02-01\n"
+                              "payload: 100000 bytes\nSHA-256: ";
+    EXPECT_EQ(shown.output.substr(0, start.size()), start);
+    EXPECT_EQ(shown.output.size(), start.size() + 64 + 1);
+}
+
+TEST_F(MkimageTest, SaysWhyAnImageDoesNotHold)
+{
+    write("image", make_image().substr(0, 1000));
+    const Outcome shown = run({"--show", path("image")});
+    EXPECT_EQ(shown.exit_status, 1);
+    EXPECT_EQ(shown.output, "");
+    EXPECT_EQ(shown.error,
+              "hg-mkimage: " + path("image") + ": the image ends after 1000 of 100404 bytes\n");
+    EXPECT_EQ(run({"--show", path("none")}).error,
+              "hg-mkimage: " + path("none") + ": No such file or directory\n");
+}
+
+TEST_F(MkimageTest, AFailureLeavesTheImageBefore)
+{
+    write("image", "as before");
+    write("empty", "");
+    EXPECT_EQ(make({"--payload", path("empty"), path("image")}).error,
+              "hg-mkimage: " + path("empty") + ": is empty\n");
+    EXPECT_EQ(make({"--payload", path("none"), path("image")}).exit_status, 1);
+    EXPECT_EQ(make({"--date", "long after the last day of the year", path("image")}).error,
+              "hg-mkimage: the image does not hold: its date is longer than 31 bytes\n");
+    EXPECT_EQ(make({path("no/image")}).exit_status, 1);
+    EXPECT_EQ(read(path("image")), "as before");
+    EXPECT_FALSE(std::filesystem::exists(path("image.tmp")));
+}
+
+TEST_F(MkimageTest, WrongUsageHasAStatusOfItsOwn)
+{
+    write("image", make_image());
+    const std::vector<std::vector<std::string>> wrong_usages = {
+        {},
+        {path("image")},
+        {"--product", "HGU-AX3000", path("image")},
+        {"--version", "V3.2.0", path("image")},
+        {"--product", "HGU-AX3000", "--version", "V3.2.0"},
+        {"--product", "HGU-AX3000", "--version", "V3.2.0", "--size", "0", path("image")},
+        {"--product", "P", "--version", "V", "--size", "9", "--payload", "p", path("image")},
+        {"--show"},
+        {"--show", "--size", "9", path("image")},
+        {"--shew", path("image")},
+    };
+    for (const auto &words : wrong_usages) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.exit_status, 2) << testing::PrintToString(words);
+        EXPECT_NE(outcome.error, "");
+    }
+    EXPECT_EQ(read(path("image")), make_image());
+    EXPECT_EQ(run({"--help"}).exit_status, 0);
+}
+
+} // namespace

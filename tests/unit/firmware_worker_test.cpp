@@ -1,0 +1,289 @@
+// The worker that fetches and flashes an image, who starts it, and the agent's own upgrade.
+#include "failing_memory.h"
+#include "firmware_update.h"
+#include "firmware_update_fixture.h"
+
+#include <cstring>
+#include <unistd.h>
+
+namespace {
+
+using recording_device::when;
+using recording_host::LogLine;
+using smart_router::kUpdateFailureSize;
+
+// ---- The starter -------------------------------------------------------------------------------
+
+TEST_F(FirmwareUpdateTest, TheStarterStartsAWorker)
+{
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), 0);
+    EXPECT_EQ(calls(), whole_update(kAddress));
+    EXPECT_EQ(control.workers(), 1u);
+}
+
+TEST_F(FirmwareUpdateTest, TheWorkerHasACopyOfTheAddress)
+{
+    when<devapi_flash_update_image>([](const char *address) {
+        sleep(1);
+        recording_device::write_down("after a while", {address});
+        return 1;
+    });
+    control.hold_sleeps();
+    {
+        std::string address = kAddress;
+        EXPECT_EQ(start_prthead_dowing_image(address.c_str()), 0);
+        control.wait_for_sleep(1);
+        address.assign(address.size(), '#');
+    }
+    control.end_all_sleeps();
+    EXPECT_EQ(calls().back(), (Call{"after a while", {kAddress}}));
+}
+
+TEST_F(FirmwareUpdateTest, TheStarterNeedsAnAddress)
+{
+    EXPECT_EQ(start_prthead_dowing_image(nullptr), -1);
+    EXPECT_FALSE(is_busy());
+    const Busy busy; // looked at before the lock
+    EXPECT_EQ(start_prthead_dowing_image(nullptr), -1);
+    EXPECT_TRUE(is_busy());
+    EXPECT_EQ(control.workers(), 0u);
+}
+
+TEST_F(FirmwareUpdateTest, TheStarterNeedsMemoryForTheCopy)
+{
+    const Busy busy; // taken before the lock is tried
+    const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), -1);
+    EXPECT_TRUE(memory.has_failed());
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), -2);
+}
+
+TEST_F(FirmwareUpdateTest, TheStarterNeedsTheLock)
+{
+    const Busy busy;
+    control.fail_next_worker(); // which nobody asks for
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), -2);
+    EXPECT_TRUE(is_busy());
+}
+
+TEST_F(FirmwareUpdateTest, TheStarterNeedsAThread)
+{
+    control.fail_next_worker();
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), -3);
+    EXPECT_FALSE(is_busy());
+    EXPECT_EQ(control.workers(), 0u);
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), 0);
+    EXPECT_EQ(calls(), whole_update(kAddress));
+}
+
+// ---- The worker --------------------------------------------------------------------------------
+
+TEST_F(FirmwareUpdateTest, TheWorkerHoldsTheLockUntilTheRouterRestarts)
+{
+    when<devapi_flash_update_image>([](const char *) {
+        sleep(60);
+        return 0;
+    });
+    when<system>([](const char *) {
+        sleep(30);
+        return -1; // nobody looks at it
+    });
+    control.hold_sleeps();
+    EXPECT_EQ(start_prthead_dowing_image(kAddress), 0);
+    for (const size_t number : {1u, 2u}) {
+        control.wait_for_sleep(number);
+        EXPECT_TRUE(is_busy());
+        EXPECT_EQ(start_prthead_dowing_image("second"), -2);
+        control.end_sleep();
+    }
+    control.wait_until_idle();
+    EXPECT_EQ(control.sleeps(), (std::vector<WorkerControl::Sleep>{{60, true}, {30, true}}))
+        << "the worker is to be detached";
+    Calls expected = whole_update(kAddress);
+    expected.insert(expected.begin() + 1, {"sleep", {"60"}});
+    expected.push_back({"sleep", {"30"}});
+    EXPECT_EQ(calls(), expected);
+    EXPECT_EQ(control.workers(), 1u);
+}
+
+TEST_F(FirmwareUpdateTest, AFailedFlashDoesNotRestartTheRouter)
+{
+    for (const int32_t result : kFailures) {
+        start_over();
+        when<devapi_flash_update_image>([result](const char *) { return result; });
+        EXPECT_EQ(start_prthead_dowing_image(kAddress), 0);
+        EXPECT_EQ(calls(), (Calls{{"devapi_flash_update_image", {kAddress}}}));
+        EXPECT_FALSE(is_busy());
+    }
+}
+
+TEST_F(FirmwareUpdateTest, AWorkerWithoutAnAddressOnlyReleasesTheLock)
+{
+    ASSERT_EQ(pthread_mutex_trylock(&downimagelock), 0);
+    pthread_t worker;
+    ASSERT_EQ(pthread_create(&worker, nullptr, dowing_imageing, nullptr), 0);
+    EXPECT_EQ(calls(), Calls());
+}
+
+// ---- The agent's upgrade -----------------------------------------------------------------------
+
+class AgentsUpgradeTest : public FirmwareUpdateTest {
+  protected:
+    using Lines = std::vector<LogLine>;
+
+    ~AgentsUpgradeTest() override
+    {
+        memset(g_update_url, 0, sizeof g_update_url);
+        recording_host::reset();
+    }
+
+    // Starts the upgrade as the agent does, and waits until it has ended.
+    void upgrade(const std::string &address)
+    {
+        start_over_with_log();
+        strcpy(g_update_url, address.c_str());
+        EXPECT_EQ(pthread_mutex_trylock(&downimagelock), 0);
+        pthread_t thread;
+        ASSERT_EQ(pthread_create(&thread, nullptr, pthread_hg_image_upgrade, &thread), 0);
+        void *result = &thread;
+        EXPECT_EQ(pthread_join(thread, &result), 0);
+        EXPECT_EQ(result, nullptr);
+        EXPECT_FALSE(is_busy());
+        EXPECT_EQ(g_update_url, address);
+    }
+
+    // What the device says next to each of the two calls.
+    void device_says(int32_t downloading, int32_t flashing)
+    {
+        downloading_ = downloading;
+        flashing_ = flashing;
+    }
+
+  private:
+    void start_over_with_log()
+    {
+        start_over();
+        recording_host::reset();
+        when<devapi_download_image>([result = downloading_](const char *, int32_t) {
+            sleep(60);
+            EXPECT_TRUE(is_busy());
+            return result;
+        });
+        when<devapi_update_image>([result = flashing_] {
+            EXPECT_TRUE(is_busy());
+            return result;
+        });
+    }
+
+    int32_t downloading_ = 0;
+    int32_t flashing_ = 0;
+};
+
+TEST_F(AgentsUpgradeTest, DownloadsAndFlashesWithoutARestart)
+{
+    for (const std::string &address : {std::string(kAddress), std::string(255, ';')}) {
+        upgrade(address);
+        EXPECT_EQ(calls(), (Calls{{"devapi_download_image", {address, "1"}},
+                                  {"sleep", {"60"}},
+                                  {"devapi_update_image", {}}}));
+        EXPECT_EQ(recording_host::log_lines(), Lines());
+        EXPECT_EQ(control.sleeps().back(), (WorkerControl::Sleep{60, false}))
+            << "the agent joins it";
+    }
+}
+
+TEST_F(AgentsUpgradeTest, NeedsAnAddress)
+{
+    upgrade("");
+    EXPECT_EQ(calls(), Calls());
+    EXPECT_EQ(recording_host::log_lines(), (Lines{{3, "update_url is err!\n"}}));
+}
+
+TEST_F(AgentsUpgradeTest, FlashesNothingThatWasNotDownloaded)
+{
+    for (const int32_t result : kFailures) {
+        device_says(result, 0);
+        upgrade(kAddress);
+        EXPECT_EQ(calls(), (Calls{{"devapi_download_image", {kAddress, "1"}}, {"sleep", {"60"}}}));
+        EXPECT_EQ(recording_host::log_lines(), (Lines{{3, "download image failed"}}));
+    }
+}
+
+TEST_F(AgentsUpgradeTest, SaysThatFlashingFailed)
+{
+    for (const int32_t result : kFailures) {
+        device_says(0, result);
+        upgrade(kAddress);
+        EXPECT_EQ(calls().back(), (Call{"devapi_update_image", {}}));
+        EXPECT_EQ(recording_host::log_lines(), (Lines{{3, "update image failed"}}));
+    }
+}
+
+// ---- The helpers of UPDATE_IMMEDIATE -----------------------------------------------------------
+
+class ImageUpgradeTest : public FirmwareUpdateTest {
+  protected:
+    // The result, and what stands in a buffer that was full of other things.
+    std::pair<int32_t, std::string> upgrade(const std::string &image)
+    {
+        char reason[kUpdateFailureSize + 1];
+        memset(reason, '#', sizeof reason);
+        const Json json = parse(image);
+        const int32_t result = json_hg_image_down_and_upgrade(json.get(), reason);
+        EXPECT_EQ(print(json.get()), image) << "the object belongs to the caller";
+        EXPECT_EQ(reason[kUpdateFailureSize], '#');
+        reason[kUpdateFailureSize] = '\0';
+        return {result, reason};
+    }
+};
+
+const std::string kUntouched(kUpdateFailureSize, '#');
+
+TEST_F(ImageUpgradeTest, StartsTheWorker)
+{
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(0, kUntouched));
+    EXPECT_EQ(calls(), whole_update("x"));
+}
+
+TEST_F(ImageUpgradeTest, SaysWhyItDidNot)
+{
+    EXPECT_EQ(upgrade("{}"), std::pair(-1, std::string("json no UpdateUrl")));
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":7})"), std::pair(-1, std::string("json no UpdateUrl")));
+    control.fail_next_worker();
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(-1, std::string(kNoThread)));
+    const Busy busy;
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(-1, std::string(kDownloading)));
+    char reason[kUpdateFailureSize] = "";
+    EXPECT_EQ(json_hg_image_down_and_upgrade(nullptr, reason), -1);
+    EXPECT_STREQ(reason, "json no UpdateUrl");
+    const Json image = parse(R"({"UpdateUrl":"x"})");
+    const FailingMemory memory(0, FailingMemory::Fail::kLastingly);
+    EXPECT_EQ(json_hg_image_down_and_upgrade(image.get(), reason), -1);
+    EXPECT_STREQ(reason, kUrlIsNull);
+}
+
+TEST_F(ImageUpgradeTest, NeedsSomewhereToSayIt)
+{
+    const Json image = parse(R"({"UpdateUrl":"x"})");
+    for (cJSON *item : {image.get(), static_cast<cJSON *>(nullptr)}) {
+        EXPECT_EQ(json_hg_image_down_and_upgrade(item, nullptr), -1);
+        EXPECT_EQ(recording_host::log_lines(),
+                  (std::vector<LogLine>{{3, "out_failreason is null!\n"}}));
+        recording_host::reset();
+    }
+    EXPECT_EQ(control.workers(), 0u);
+}
+
+TEST_F(ImageUpgradeTest, TheOtherPartsAreTakenAsDone)
+{
+    char reason[kUpdateFailureSize] = "as before";
+    const Json item = parse(R"({"x":1})");
+    EXPECT_EQ(json_dpi_features_update(item.get(), reason), 0);
+    EXPECT_EQ(json_dpi_features_update(nullptr, nullptr), 0);
+    EXPECT_EQ(json_dpi_http_features_update(), 0);
+    EXPECT_STREQ(reason, "as before");
+    EXPECT_EQ(print(item.get()), R"({"x":1})");
+    EXPECT_EQ(calls(), Calls());
+}
+
+} // namespace

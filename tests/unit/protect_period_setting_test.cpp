@@ -1,0 +1,313 @@
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+#include <cstring>
+
+namespace {
+
+using recording_device::Call;
+using recording_device::contents;
+using recording_device::when;
+using recording_host::LogLine;
+using Names = std::vector<std::string>;
+
+constexpr char kCommand[] = "SET_GREENNET_PROTECT_PERIOD_LIST";
+
+const Request kPeriod({{"StartTime", R"("21:00")"},
+                       {"EndTime", R"("06:30")"},
+                       {"Enable", R"("1")"},
+                       {"DaysOfWeek", R"("12345")"}});
+
+const LogLine kIndex = {7, "mac_index = 7\n"};
+const LogLine kNoText = {3, "string is null.\n"};
+
+std::string list_of(const std::string &elements)
+{
+    return R"({"Mac":"AA:BB","Sleep":[)" + elements + R"(],"Last":2})";
+}
+
+std::string reply(const std::string &members)
+{
+    return R"({"Mac":"AA:BB","Last":2,)" + members + "}";
+}
+
+void index_is(int32_t index, int32_t result = 1)
+{
+    when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
+        *out = index;
+        return result;
+    });
+}
+
+class ProtectPeriodSettingTest : public HandlerTest {
+  protected:
+    ProtectPeriodSettingTest() { index_is(7); }
+
+    static void forget()
+    {
+        recording_device::reset();
+        recording_host::reset();
+        index_is(7);
+    }
+};
+
+TEST_F(ProtectPeriodSettingTest, ReplacesThePeriodsOfADevice)
+{
+    when<devapi_add_greennet_duration>([number = 40](int32_t, int32_t *out) mutable {
+        EXPECT_EQ(*out, 0);
+        *out = ++number;
+        return 0;
+    });
+    const std::string off = kPeriod.with("Enable", R"("0")").json();
+    EXPECT_EQ(run(kCommand, list_of(off + "," + kPeriod.json())), reply(R"("Status":"0")"));
+    const int32_t none = 0;
+    const ProtectPeriodInfo first = {7, 41, "21:00", "06:30", "0", "12345"};
+    const ProtectPeriodInfo second = {7, 42, "21:00", "06:30", "1", "12345"};
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                                 {"devapi_del_all_duration", {"7"}},
+                                 {"devapi_add_greennet_duration", {"7", contents(&none)}},
+                                 {"devapi_set_protect_period_info", {contents(&first)}},
+                                 {"devapi_add_greennet_duration", {"7", contents(&none)}},
+                                 {"devapi_set_protect_period_info", {contents(&second)}},
+                                 {"devapi_set_protect_enable", {"1", "7"}}}));
+    EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+}
+
+TEST_F(ProtectPeriodSettingTest, AnEmptyListRemovesAllPeriodsAndSwitchesProtectionOff)
+{
+    EXPECT_EQ(run(kCommand, list_of("")), reply(R"("Status":"0")"));
+    const int32_t none = 0;
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                                 {"devapi_del_all_duration", {"7"}},
+                                 {"devapi_set_protect_enable", {"0", "7"}}}));
+}
+
+TEST_F(ProtectPeriodSettingTest, ProtectionIsOnWhenOnePeriodIs)
+{
+    const std::pair<std::vector<const char *>, const char *> switches[] = {
+        {{"0"}, "0"},
+        {{"1"}, "1"},
+        {{"0", "0", "0"}, "0"},
+        {{"1", "0", "0"}, "1"},
+        {{"0", "1"}, "1"},
+        {{"1", "1"}, "1"},
+        {{""}, "0"},
+        {{"01"}, "0"},
+        {{"1 "}, "0"},
+        {{"11"}, "0"},
+        {{"2", "on"}, "0"},
+        {{"10000000"}, "0"},
+    };
+    for (const auto &[enables, enabled] : switches) {
+        std::string elements;
+        for (const char *enable : enables) {
+            elements +=
+                (elements.empty() ? "" : ",") + kPeriod.with("Enable", quoted(enable)).json();
+        }
+        EXPECT_EQ(run(kCommand, list_of(elements)), reply(R"("Status":"0")"));
+        EXPECT_EQ(recording_device::calls().back(),
+                  (Call{"devapi_set_protect_enable", {enabled, "7"}}))
+            << elements;
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, NeedsAMac)
+{
+    std::vector<Request> requests = {Request({}), Request({}).with("Sleep", "[]")};
+    for (const std::string &no_text : kNoTexts) {
+        requests.push_back(Request({{"Mac", no_text}, {"Sleep", "[]"}}));
+    }
+    for (const Request &request : requests) {
+        EXPECT_EQ(run(kCommand, request.json()),
+                  request.followed_by(failure("json node: mac not found")));
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(ProtectPeriodSettingTest, NeedsADeviceOfTheTable)
+{
+    const std::string members = R"({"Mac":"AA:BB","Sleep":[],)";
+    for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
+        forget();
+        index_is(7, result);
+        EXPECT_EQ(run(kCommand, R"({"Mac":"AA:BB","Sleep":[]})"),
+                  members + failure("json node: mac index not found") + "}");
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
+        EXPECT_TRUE(recording_host::log_lines().empty());
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, WhatIsNoListNeverRemovesAnything)
+{
+    const Request mac = Request({}).with("Mac", R"("AA:BB")");
+    std::vector<Request> requests = {mac, mac.with("Sleeps", "[]")};
+    for (const std::string json :
+         {"7", "true", "false", "null", R"("")", R"("[]")", "{}", R"({"Sleep":[]})"}) {
+        requests.push_back(mac.with("Sleep", json));
+    }
+    for (const Request &request : requests) {
+        forget();
+        EXPECT_EQ(run(kCommand, request.json()),
+                  request.followed_by(failure("json node: list not found")));
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
+        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, StopsWhenTheOldPeriodsStay)
+{
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
+        forget();
+        when<devapi_del_all_duration>([result](int32_t) { return result; });
+        EXPECT_EQ(run(kCommand, list_of(kPeriod.json())), reply(failure("del duration failed!")));
+        EXPECT_EQ(recording_device::called_functions(),
+                  (Names{"devapi_get_greennet_index_by_mac", "devapi_del_all_duration"}));
+        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+    }
+}
+
+// What was stored before the element stays stored; protection is not switched.
+TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstElementWithoutOneOfItsKeys)
+{
+    std::vector<std::string> wrong = {
+        "null", "7", "true", R"("Enable")", "[]", "{}", "[" + kPeriod.json() + "]"};
+    for (const auto &[key, json] : kPeriod.keys()) {
+        wrong.push_back(kPeriod.without(key).json());
+        for (const std::string &no_text : kNoTexts) {
+            wrong.push_back(kPeriod.with(key, no_text).json());
+        }
+    }
+    for (const std::string &bad : wrong) {
+        forget();
+        EXPECT_EQ(run(kCommand, list_of(kPeriod.json() + "," + bad + "," + kPeriod.json())),
+                  reply(failure("parse protect period info failed")));
+        EXPECT_EQ(recording_device::called_functions(),
+                  (Names{"devapi_get_greennet_index_by_mac", "devapi_del_all_duration",
+                         "devapi_add_greennet_duration", "devapi_set_protect_period_info"}))
+            << bad;
+        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{kIndex, kNoText}));
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
+{
+    const std::string three = kPeriod.json() + "," + kPeriod.json() + "," + kPeriod.json();
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
+        forget();
+        int countdown = 2;
+        when<devapi_set_protect_period_info>(
+            [&](const ProtectPeriodInfo *) { return --countdown == 0 ? result : 0; });
+        EXPECT_EQ(run(kCommand, list_of(three)), reply(failure("set protect period info failed")));
+        EXPECT_EQ(recording_device::calls().size(), 2u + 2 * 2);
+
+        forget();
+        countdown = 2;
+        when<devapi_add_greennet_duration>(
+            [&](int32_t, int32_t *) { return --countdown == 0 ? result : 0; });
+        EXPECT_EQ(run(kCommand, list_of(three)), reply(failure("add protect period info failed")));
+        EXPECT_EQ(recording_device::calls().size(), 2u + 2 + 1);
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, ProtectionThatCannotBeSwitchedFails)
+{
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
+        when<devapi_set_protect_enable>([result](int32_t, int32_t) { return result; });
+        for (const std::string &elements : {kPeriod.json(), std::string()}) {
+            EXPECT_EQ(run(kCommand, list_of(elements)),
+                      reply(failure("set PortectEnable failed!")));
+        }
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, CutsItsTexts)
+{
+    for (const size_t length : {0u, 6u, 7u, 8u, 63u, 64u, 10000u}) {
+        forget();
+        index_is(INT32_MIN);
+        const std::string text = text_of_length(length);
+        Request request({});
+        for (const auto &[key, json] : kPeriod.keys()) {
+            request = request.with(key, quoted(text));
+        }
+        const Request mac = Request({}).with("Mac", quoted(text));
+        EXPECT_EQ(run(kCommand, mac.with("Sleep", "[" + request.json() + "]").json()),
+                  mac.followed_by(R"("Status":"0")"));
+        ProtectPeriodInfo expected = {INT32_MIN, 0, "", "", "", ""};
+        for (char *field :
+             {expected.StartTime, expected.EndTime, expected.Enable, expected.DaysOfWeek}) {
+            text.copy(field, 7);
+        }
+        EXPECT_EQ(recording_device::calls().at(0).arguments[0], text.substr(0, 63));
+        EXPECT_EQ(recording_device::calls().at(3).arguments[0], contents(&expected));
+        EXPECT_EQ(recording_host::log_lines(),
+                  (std::vector<LogLine>{{7, "mac_index = -2147483648\n"}}));
+    }
+}
+
+TEST_F(ProtectPeriodSettingTest, TakesHundredsOfPeriods)
+{
+    std::string elements = kPeriod.json();
+    for (int at = 1; at < 300; ++at) {
+        elements += "," + kPeriod.json();
+    }
+    EXPECT_EQ(run(kCommand, list_of(elements)), reply(R"("Status":"0")"));
+    EXPECT_EQ(recording_device::calls().size(), 2u + 2 * 300 + 1);
+}
+
+TEST_F(ProtectPeriodSettingTest, OnlyTheFirstOfRepeatedKeysIsRead)
+{
+    const std::string twice = R"({"starttime":"1","ENDTIME":"2","enable":"3","daysofweek":"4",)" +
+                              kPeriod.json().substr(1);
+    EXPECT_EQ(run(kCommand,
+                  R"({"mac":"a","Mac":"b","sleep":[)" + twice + R"(],"Sleep":[7],"SLEEP":"x"})"),
+              R"({"mac":"a","Mac":"b","Sleep":[7],"SLEEP":"x","Status":"0"})");
+    const ProtectPeriodInfo expected = {7, 0, "1", "2", "3", "4"};
+    EXPECT_EQ(recording_device::calls().at(0).arguments[0], "a");
+    EXPECT_EQ(recording_device::calls().at(3).arguments[0], contents(&expected));
+}
+
+TEST_F(ProtectPeriodSettingTest, WithoutMemoryTheOldPeriodsStay)
+{
+    const size_t allocations = sweep_memory(
+        kCommand, list_of(kPeriod.json()), [] { index_is(7); },
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? reply(failure("del duration failed!"))
+                                  : R"({"Mac":"AA:BB","Last":2})");
+            EXPECT_EQ(recording_device::called_functions(),
+                      Names{"devapi_get_greennet_index_by_mac"});
+        });
+    EXPECT_EQ(allocations, 2u);
+}
+
+TEST_F(ProtectPeriodSettingTest, WithoutMemoryARefusalIsSilent)
+{
+    sweep_memory(
+        kCommand, list_of(kPeriod.json()),
+        [] {
+            index_is(7);
+            when<devapi_set_protect_enable>([](int32_t, int32_t) { return -1; });
+        },
+        [](const std::string &object, FailingMemory::Fail how) {
+            const bool reached = recording_device::calls().size() > 1;
+            EXPECT_EQ(object, reached || how == FailingMemory::Fail::kLastingly
+                                  ? R"({"Mac":"AA:BB","Last":2})"
+                                  : reply(failure("del duration failed!")));
+        });
+}
+
+TEST_F(ProtectPeriodSettingTest, WhatIsNoObjectIsLeftAlone)
+{
+    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
+    const Json array = parse("[" + list_of("") + "]");
+    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
+    EXPECT_EQ(print(array.get()), "[" + list_of("") + "]");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+} // namespace
