@@ -14,6 +14,10 @@ void check_schedules(const Home &home, const std::string &path)
     if (reboot.enabled && (reboot.time.empty() || reboot.days.empty())) {
         refuse(path + "/reboot_schedule", "needs time and days");
     }
+    const UpdateWindow &update = home.update_schedule;
+    if (update.enabled && (update.start.empty() || update.end.empty())) {
+        refuse(path + "/update_schedule", "needs start and end");
+    }
     const SleepSchedule &sleep = home.sleep;
     if (sleep.gateway || sleep.wifi || sleep.leds) {
         if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {
@@ -95,6 +99,7 @@ void check_coherence(const Home &home, const std::string &path)
     check_wifi(home, path, addresses);
     check_mesh(home, path + "/mesh", addresses);
     check_hosts(home, path, addresses);
+    check_services(home, path);
     check_green_net(home.green_net, path + "/green_net");
 }
 

@@ -48,7 +48,28 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
         }
         check_ssid_number(home, host.ssid, place);
         check_signal(host.online && host.ssid != 0, host.signal_dbm, place + "/signal_dbm");
+        if (host.roams && host.ssid == 0) {
+            refuse(place + "/roams", "there is no link by radio");
+        }
         check_absence(host, place);
+    }
+}
+
+void check_removed_hosts(const State &state, const std::string &path)
+{
+    const Home &home = state.home;
+    std::set<std::string> macs;
+    for (const Host &host : home.hosts) {
+        macs.insert(host.mac);
+    }
+    for (size_t at = 0; at < state.removed_hosts.size(); ++at) {
+        const Host &host = state.removed_hosts[at];
+        const std::string place = item(path, at);
+        check_ssid_number(home, host.ssid, place);
+        check_absence(host, place);
+        if (!macs.insert(host.mac).second) {
+            refuse(place + "/mac", "there is another device " + host.mac);
+        }
     }
 }
 

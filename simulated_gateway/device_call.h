@@ -22,9 +22,11 @@
 #include "model.h"
 
 #include <concepts>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <initializer_list>
+#include <new>
 #include <span>
 #include <string>
 
@@ -116,6 +118,9 @@ Argument request_text(const char *name, const char *text);
 // The same for one that may be null; it has to outlive the call.
 Argument request_text_or_null(const char *name, const char *const &text);
 
+// An address of the web, in which a password may stand.
+Argument request_address(const char *name, const char *address);
+
 // A bare number that the function fills.
 Argument reply_number(const char *name, const int32_t *number);
 
@@ -146,6 +151,16 @@ int32_t setting(const char *function, std::initializer_list<Argument> arguments,
 // as it does in a setting.
 int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
                   const std::function<int32_t(Gateway &)> &body);
+
+// Zeroed memory for what the caller frees.
+template <class Entry> Entry *allocated(size_t count)
+{
+    auto *entries = static_cast<Entry *>(std::calloc(count, sizeof(Entry)));
+    if (entries == nullptr) {
+        throw std::bad_alloc();
+    }
+    return entries;
+}
 
 // What a field without a value says.
 constexpr char kNoValue[] = "NULL";

@@ -7,6 +7,7 @@
 #include "state_file.h"
 #include "trace.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -45,9 +46,17 @@ class Gateway {
     // which throws an Error when the change did not take effect.
     State state();
     void change(const std::function<void(State &)> &body);
+    // Lets the time pass that something takes, unless the clock stands still; throws an Error when
+    // the gateway is closed meanwhile.
+    void wait(std::chrono::milliseconds time);
     FirmwareStore &firmware() { return *firmware_; }
+    const WebLimits &web_limits() const { return web_limits_; }
+    bool is_closed();
+    // What it did last, as lines.
+    std::string recent() { return trace_.recent(); }
 
     void power_cycle();
+    std::string bridge_mac();
 
     // Lets every call fail from now on, and waits for the long work that is under way to end.
     void end_calls();
@@ -63,6 +72,7 @@ class Gateway {
     int64_t uptime() const;
 
     Trace trace_;
+    const WebLimits web_limits_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;

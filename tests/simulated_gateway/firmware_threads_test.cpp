@@ -87,10 +87,13 @@ TEST_F(FirmwareThreadsTest, ProgressRisesToAHundredOnceTheImageIsVerified)
 
 TEST_F(FirmwareThreadsTest, ProgressDoesNotFallWhenADownloadStartsOver)
 {
+    // Large, so that there is something to report on the way.
+    write("large.image", make_image({.payload_size = 30'000'000}));
     ASSERT_EQ(open(options()), "");
-    refusal(server_.address("cut/no-range/new.image"));
+    const std::string address = server_.address("cut/no-range/large.image");
+    refusal(address);
     reports_.take();
-    EXPECT_EQ(devapi_download_image(server_.address("cut/no-range/new.image").c_str(), 0), 0);
+    EXPECT_EQ(devapi_download_image(address.c_str(), 0), 0);
     const std::vector<int32_t> percents = reports_.take();
     EXPECT_GE(percents.front(), 40);
     for (size_t at = 1; at < percents.size(); ++at) {
