@@ -3,6 +3,7 @@
 #include "handler_test.h"
 #include "memory_sweep.h"
 #include "request.h"
+#include "traffic.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -142,7 +143,11 @@ TEST_F(PortListsTest, APortWithoutMemoryIsLeftOut)
     const size_t allocations = sweep_memory(
         kStatistics, "{}", [] { statistics_are(2, 2); },
         [&](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? replies[number++] : "{}");
+            const bool once = how == FailingMemory::Fail::kOnce;
+            EXPECT_EQ(object, once ? replies[number++] : "{}");
+            if (once) {
+                record_traffic(kStatistics, "{}", object);
+            }
         });
     EXPECT_EQ(allocations, replies.size());
 }
@@ -227,7 +232,11 @@ TEST_F(PortListsTest, ABindingWithoutMemoryIsLeftOut)
     const size_t allocations = sweep_memory(
         kBinding, "{}", [] { bindings_are(2); },
         [&](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? replies[number++] : "{}");
+            const bool once = how == FailingMemory::Fail::kOnce;
+            EXPECT_EQ(object, once ? replies[number++] : "{}");
+            if (once) {
+                record_traffic(kBinding, "{}", object);
+            }
         });
     EXPECT_EQ(allocations, replies.size());
 }

@@ -2,6 +2,7 @@
 #include "handler_test.h"
 #include "memory_sweep.h"
 #include "request.h"
+#include "traffic.h"
 
 #include <algorithm>
 #include <cstring>
@@ -202,7 +203,11 @@ TEST_F(QosReportTest, EachStepWithoutMemoryHasItsReply)
     const size_t allocations = sweep_memory(
         kCommand, "{}", [] { qos_is(report_of(1, 2)); },
         [&](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? replies[number++] : "{}");
+            const bool once = how == FailingMemory::Fail::kOnce;
+            EXPECT_EQ(object, once ? replies[number++] : "{}");
+            if (once) {
+                record_traffic(kCommand, "{}", object);
+            }
             EXPECT_TRUE(recording_host::log_lines().empty());
         });
     EXPECT_EQ(allocations, replies.size());
