@@ -65,6 +65,11 @@ void free_str_buf(char **text)
     *text = NULL;
 }
 
+int32_t kaa_update_profile_info(void)
+{
+    return -1;
+}
+
 static int expect(int32_t (*process)(const char *, cJSON *), const char *command, int32_t result,
                   const char *reply)
 {

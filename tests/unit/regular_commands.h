@@ -5,6 +5,7 @@
 #include "recording_device.h"
 
 #include <functional>
+#include <map>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -22,6 +23,20 @@ template <auto function> void program(Body body)
     });
 }
 
+// As wide as no text of these tests is long: the place of a text that is handed on whole.
+constexpr size_t kWhole = 1 << 17;
+
+// The same for a device function that takes nothing but texts: the body gets them side by side,
+// each in a place of its own.
+template <auto function> void program_texts(Body body)
+{
+    recording_device::when<function>([body](auto... texts) {
+        std::string places;
+        (places.append(texts).resize((places.size() / kWhole + 1) * kWhole), ...);
+        return body(places.data());
+    });
+}
+
 struct Place {
     const char *key;
     size_t offset;
@@ -36,6 +51,7 @@ struct RegularQuery {
     std::vector<Place> keys;
     const char *failure; // null where a failure gives no reason
     bool status_last = false;
+    bool only_minus_one_fails = false;
 };
 
 struct RegularSetting {
@@ -51,6 +67,8 @@ struct RegularSetting {
     const char *failure; // null where the device says it, in the 64 bytes at the record's end
     Consumes consumes = Consumes::kAfterCall;
     bool only_minus_one_fails = false;
+    std::map<int32_t, const char *> failures_told_apart = {}; // by the device's result
+    const char *then = nullptr; // what is called next when the device agreed
 };
 
 extern const std::vector<RegularQuery> kRegularQueries;

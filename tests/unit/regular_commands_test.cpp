@@ -25,15 +25,15 @@ class RegularQueryTest : public HandlerTest, public testing::WithParamInterface<
 
     // A device that fills every field that is reported up to so many bytes, and everything else
     // with rubbish.
-    void answer_with(size_t (*length)(const Place &))
+    void answer_with(size_t (*length)(const Place &), int32_t result = 0)
     {
-        query.program([this, length](char *record) {
+        query.program([=, this](char *record) {
             memset(record, '?', query.record_size);
             for (const Place &place : query.keys) {
                 memset(record + place.offset, '\0', place.width);
                 text_for(place, length(place)).copy(record + place.offset, place.width);
             }
-            return 0;
+            return result;
         });
     }
 
@@ -97,14 +97,12 @@ TEST_P(RegularQueryTest, CallsOnceWithAZeroedRecord)
     EXPECT_EQ(recording_device::called_functions(), std::vector<std::string>{query.function});
 }
 
-TEST_P(RegularQueryTest, FailsOnEveryResultButZero)
+TEST_P(RegularQueryTest, FailsByTheDevicesResult)
 {
     for (const int32_t result : {-1, 1, -2, 2, 1000, INT32_MIN, INT32_MAX}) {
-        query.program([&](char *record) {
-            memset(record, '?', query.record_size);
-            return result;
-        });
-        EXPECT_EQ(run(query.command), failure()) << result;
+        answer_with(short_of_the_width, result);
+        const bool fails = result == -1 || !query.only_minus_one_fails;
+        EXPECT_EQ(run(query.command), fails ? failure() : reply_with(short_of_the_width)) << result;
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
@@ -201,7 +199,19 @@ class RegularSettingTest : public HandlerTest, public testing::WithParamInterfac
     }
     std::string device_failure() const
     {
+        const auto told_apart = setting.failures_told_apart.find(result);
+        if (told_apart != setting.failures_told_apart.end()) {
+            return failed_with(told_apart->second);
+        }
         return failed_with(setting.failure != nullptr ? setting.failure : device_text);
+    }
+    std::vector<std::string> functions() const
+    {
+        std::vector<std::string> names = {setting.function};
+        if (setting.then != nullptr) {
+            names.push_back(setting.then);
+        }
+        return names;
     }
     std::string keys_after_missing(const std::string &keys) const
     {
@@ -223,7 +233,7 @@ TEST_P(RegularSettingTest, FillsTheRecordAndConsumesTheKeys)
     EXPECT_EQ(run(setting.command, R"({"First":1,)" + all_keys() + R"(,"Last":[{}]})"),
               R"({"First":1,"Last":[{}],"Status":"0"})");
     EXPECT_EQ(record, expected_record());
-    EXPECT_EQ(recording_device::called_functions(), std::vector<std::string>{setting.function});
+    EXPECT_EQ(recording_device::called_functions(), functions());
 }
 
 TEST_P(RegularSettingTest, CutsEachTextAtItsWidthLessOne)
@@ -301,7 +311,7 @@ TEST_P(RegularSettingTest, TakesTheFirstOfRepeatedKeysInAnyLetterCase)
 
 TEST_P(RegularSettingTest, FailsByTheDevicesResult)
 {
-    for (const int32_t value : {-1, 1, -2, 2, 1000, INT32_MIN, INT32_MAX}) {
+    for (const int32_t value : {-1, 1, -2, 2, 3, 4, 5, -3, -4, 1000, INT32_MIN, INT32_MAX}) {
         result = value;
         const bool fails = value == -1 || !setting.only_minus_one_fails;
         EXPECT_EQ(run(setting.command, "{" + all_keys() + "}"),

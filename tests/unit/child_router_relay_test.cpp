@@ -1,0 +1,258 @@
+// Commands that travel on to a child router as they came. What is not freed is found by the address
+// sanitizer.
+#include "child_router_relay.h"
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+#include <algorithm>
+
+namespace {
+
+using recording_device::Call;
+using recording_device::when;
+using recording_host::LogLine;
+
+constexpr char kSend[] = "devapi_cmdstring_sendto_tslink";
+
+struct Relay {
+    const char *command;
+    std::vector<std::string> required;
+    const char *missing;
+    const char *failure;
+    std::vector<std::string> consumed;
+    bool always_consumes = false;
+};
+
+void PrintTo(const Relay &relay, std::ostream *out)
+{
+    *out << relay.command;
+}
+
+const std::vector<Relay> kRelays = {
+    {"RP_CHILD_HG_REBOOT",
+     {"DeviceID"},
+     "DeviceID Not Found",
+     "send json to child err",
+     {"DeviceID"}},
+    {"CHILD_HG_LOCAL_RECOVERY",
+     {"DeviceID"},
+     "DeviceID Not Found",
+     "send json to child err",
+     {"DeviceID"}},
+    {"SET_CHILD_ROUTER_HG_BASE_INFO",
+     {"DeviceID", "Name"},
+     "param json not found",
+     "set childrouter info failed",
+     {"DeviceID", "Name"}},
+    {"SET_CHILD_ROUTERAD_BASE_INFO",
+     {"DeviceID"},
+     "DeviceID Not Found",
+     "send json to child err",
+     {"DeviceID", "Mac", "DevType", "ByName", "NetMonopoly", "AccessEnable"},
+     true},
+};
+
+// Every key that one of the commands knows, between two that none does.
+const Request kRequest({{"First", R"([1,{"x":null}])"},
+                        {"DeviceID", R"("3C6AD2228140")"},
+                        {"Name", R"("Attic")"},
+                        {"Mac", R"("72:9B")"},
+                        {"DevType", "7"},
+                        {"ByName", "null"},
+                        {"NetMonopoly", R"("0")"},
+                        {"AccessEnable", R"(["1"])"},
+                        {"Last", "{}"}});
+
+Request without_all(Request request, const std::vector<std::string> &keys)
+{
+    for (const std::string &key : keys) {
+        request = request.without(key);
+    }
+    return request;
+}
+
+Request lower_case(const Request &request)
+{
+    Request::Keys keys = request.keys();
+    for (auto &[key, value] : keys) {
+        std::transform(key.begin(), key.end(), key.begin(), tolower);
+        std::transform(value.begin(), value.end(), value.begin(), tolower);
+    }
+    return Request(keys);
+}
+
+// The text that an object travels as.
+std::string formatted(const std::string &json)
+{
+    const Json object = parse(json);
+    const std::unique_ptr<char, decltype(&cJSON_free)> text(cJSON_Print(object.get()), cJSON_free);
+    return text.get();
+}
+
+Call sent(const std::string &json)
+{
+    const std::string text = formatted(json);
+    return {kSend, {text, std::to_string(text.size())}};
+}
+
+void sending_gives(int32_t result)
+{
+    when<devapi_cmdstring_sendto_tslink>([result](const char *, int32_t) { return result; });
+}
+
+class ChildRouterRelayTest : public HandlerTest, public testing::WithParamInterface<Relay> {
+  protected:
+    const Relay &relay = GetParam();
+};
+
+TEST_P(ChildRouterRelayTest, SendsTheObjectAsItCame)
+{
+    EXPECT_EQ(run(relay.command, kRequest.json()),
+              without_all(kRequest, relay.consumed).followed_by(R"("Status":"0")"));
+    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(kRequest.json())});
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_P(ChildRouterRelayTest, SendsFormattedTextWithItsLength)
+{
+    run(relay.command, R"({"DeviceID":"A\"é","Name":""})");
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{
+                  {kSend, {"{\n\t\"DeviceID\":\t\"A\\\"é\",\n\t\"Name\":\t\"\"\n}", "37"}}}));
+}
+
+TEST_P(ChildRouterRelayTest, SendsWhatIsEmpty)
+{
+    const Request request({{"DeviceID", R"("")"}, {"Name", R"("")"}});
+    EXPECT_EQ(run(relay.command, request.json()),
+              without_all(request, relay.consumed).followed_by(R"("Status":"0")"));
+    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(request.json())});
+}
+
+TEST_P(ChildRouterRelayTest, SendsAMegabyte)
+{
+    const Request request = kRequest.with("Load", quoted(text_of_length(1 << 20)));
+    EXPECT_EQ(run(relay.command, request.json()),
+              without_all(request, relay.consumed).followed_by(R"("Status":"0")"));
+    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(request.json())});
+}
+
+TEST_P(ChildRouterRelayTest, WithoutARequiredTextNothingIsSent)
+{
+    for (const std::string &key : relay.required) {
+        std::vector<Request> requests = {kRequest.without(key), Request({})};
+        for (const std::string &no_text : kNoTexts) {
+            requests.push_back(kRequest.with(key, no_text));
+        }
+        for (const Request &request : requests) {
+            const Request left =
+                relay.always_consumes ? without_all(request, relay.consumed) : request;
+            EXPECT_EQ(run(relay.command, request.json()), left.followed_by(failure(relay.missing)));
+        }
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_P(ChildRouterRelayTest, EveryResultButZeroIsAFailureAndLogged)
+{
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
+        recording_device::reset();
+        recording_host::reset();
+        sending_gives(result);
+        EXPECT_EQ(run(relay.command, kRequest.json()),
+                  without_all(kRequest, relay.consumed).followed_by(failure(relay.failure)))
+            << result;
+        EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(kRequest.json())});
+        EXPECT_EQ(recording_host::log_lines(),
+                  (std::vector<LogLine>{{3, "cmdstring sendto tslink failed \n"}}));
+    }
+}
+
+TEST_P(ChildRouterRelayTest, OnlyTheFirstOfRepeatedKeysIsConsumed)
+{
+    Request::Keys keys = lower_case(kRequest).keys();
+    Request::Keys left = lower_case(without_all(kRequest, relay.consumed)).keys();
+    for (const auto &pair : kRequest.keys()) {
+        keys.push_back(pair);
+        left.push_back(pair);
+    }
+    const std::string request = Request(keys).json();
+    for (const int32_t result : {0, -1}) {
+        sending_gives(result);
+        EXPECT_EQ(
+            run(relay.command, request),
+            Request(left).followed_by(result == 0 ? R"("Status":"0")" : failure(relay.failure)));
+        EXPECT_EQ(recording_device::calls().back(), sent(request));
+    }
+}
+
+// The first allocations are the reply's, the others the text's.
+TEST_P(ChildRouterRelayTest, WithoutMemoryNothingIsSent)
+{
+    for (const size_t length : {1u, 1000u}) {
+        const Request request = kRequest.with("Load", quoted(text_of_length(length)));
+        size_t number = 0;
+        size_t in_a_round = 0;
+        const size_t allocations = sweep_memory(
+            relay.command, request.json(), [] {},
+            [&](const std::string &object, FailingMemory::Fail how) {
+                const bool once = how == FailingMemory::Fail::kOnce;
+                in_a_round += once;
+                const bool printing = (number++ % in_a_round) >= 2;
+                EXPECT_EQ(object, without_all(request, relay.consumed)
+                                      .followed_by(once ? failure(relay.failure) : ""));
+                EXPECT_TRUE(recording_device::calls().empty());
+                EXPECT_EQ(recording_host::log_lines(),
+                          printing ? (std::vector<LogLine>{{3, "cmdstring is null\n"}})
+                                   : std::vector<LogLine>{});
+            });
+        EXPECT_GE(allocations, 2u + 2);
+    }
+}
+
+TEST_P(ChildRouterRelayTest, WhatIsNoObjectIsLeftAlone)
+{
+    EXPECT_EQ(hg_process_json_cmd(relay.command, nullptr), 0);
+    const Json array = parse("[" + kRequest.json() + "]");
+    EXPECT_EQ(hg_process_json_cmd(relay.command, array.get()), 0);
+    EXPECT_EQ(print(array.get()), "[" + kRequest.json() + "]");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, ChildRouterRelayTest, testing::ValuesIn(kRelays),
+                         [](const auto &test) { return std::string(test.param.command); });
+
+// ---- json_child_router_common ------------------------------------------------------------------
+
+class ChildRouterCommonTest : public HandlerTest {};
+
+TEST_F(ChildRouterCommonTest, GivesTheResultOfTheDevice)
+{
+    const Json object = parse(kRequest.json());
+    for (const int32_t result : {0, -1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
+        recording_host::reset();
+        sending_gives(result);
+        EXPECT_EQ(json_child_router_common(object.get()), result);
+        EXPECT_EQ(print(object.get()), kRequest.json());
+        EXPECT_EQ(recording_device::calls().back(), sent(kRequest.json()));
+        EXPECT_EQ(recording_host::log_lines().size(), result == 0 ? 0u : 1);
+    }
+}
+
+TEST_F(ChildRouterCommonTest, SendsAnEmptyObject)
+{
+    const Json object = parse("{}");
+    EXPECT_EQ(json_child_router_common(object.get()), 0);
+    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent("{}")});
+}
+
+TEST_F(ChildRouterCommonTest, WithoutAnObjectNothingIsSent)
+{
+    EXPECT_EQ(json_child_router_common(nullptr), -1);
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "cmdstring is null\n"}}));
+}
+
+} // namespace

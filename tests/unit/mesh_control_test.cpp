@@ -1,0 +1,262 @@
+// Mesh, pairing, LEDs and the first configuration, as far as they follow no pattern.
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+namespace {
+
+using recording_device::Call;
+using recording_device::when;
+using recording_host::LogLine;
+using Names = std::vector<std::string>;
+
+constexpr int32_t kResults[] = {0, -1, 1, 2, -2, 3, 4, 1000, INT32_MIN, INT32_MAX};
+
+class MeshControlTest : public HandlerTest {};
+
+// ---- SET_TSLINK_SSID ---------------------------------------------------------------------------
+
+constexpr char kSetUp[] = "SET_TSLINK_SSID";
+const Request kOn = Request({}).with("Enable", R"("1")");
+const Request kOff = Request({}).with("Enable", R"("0")");
+
+TEST_F(MeshControlTest, SetsTheMeshUpWhateverTheDeviceSays)
+{
+    for (const int32_t result : kResults) {
+        recording_device::reset();
+        when<devapi_setup_mesh>([result](int32_t) { return result; });
+        EXPECT_EQ(run(kSetUp, kOn.with("Other", "[]").json()), R"({"Other":[],"Status":"0"})");
+        EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"1"}}}));
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(MeshControlTest, TakesTheMeshDownWhateverTheDeviceSays)
+{
+    for (const int32_t result : kResults) {
+        recording_device::reset();
+        recording_host::reset();
+        when<devapi_setup_mesh>([result](int32_t) { return result; });
+        EXPECT_EQ(run(kSetUp, kOff.with("Other", "[]").json()), R"({"Other":[],"Status":"0"})");
+        EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"0"}}}));
+        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{7, "not set up mesh\n"}}));
+    }
+}
+
+TEST_F(MeshControlTest, TheMeshKnowsNothingButOnAndOff)
+{
+    for (const std::string &text :
+         {std::string("2"), std::string(""), std::string("01"), std::string("10"),
+          std::string("1 "), std::string(" 1"), std::string("-0"), std::string("on"),
+          std::string("00"), text_of_length(100000)}) {
+        const Request request({{"Other", "1"}, {"Enable", quoted(text)}});
+        EXPECT_EQ(run(kSetUp, request.json()),
+                  request.without("Enable").followed_by(failure("Enable invalid")));
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(MeshControlTest, TheMeshNeedsItsSwitch)
+{
+    std::vector<Request> requests = {Request({}), Request({}).with("Other", R"("1")")};
+    for (const std::string &no_text : kNoTexts) {
+        requests.push_back(kOn.with("Enable", no_text).with("Other", "1"));
+    }
+    for (const Request &request : requests) {
+        EXPECT_EQ(run(kSetUp, request.json()),
+                  request.followed_by(failure("Enable missing or not string")));
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(MeshControlTest, OnlyTheFirstOfRepeatedSwitchesIsReadAndConsumed)
+{
+    EXPECT_EQ(run(kSetUp, R"({"ENABLE":"0","Enable":"1"})"), kOn.followed_by(R"("Status":"0")"));
+    EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"0"}}}));
+    EXPECT_EQ(run(kSetUp, R"({"enable":"7","Enable":"1"})"),
+              kOn.followed_by(failure("Enable invalid")));
+    EXPECT_EQ(run(kSetUp, R"({"enable":7,"Enable":"1"})"),
+              R"({"enable":7,"Enable":"1",)" + failure("Enable missing or not string") + "}");
+    EXPECT_EQ(recording_device::calls().size(), 1u);
+}
+
+TEST_F(MeshControlTest, WithoutMemoryTheMeshStaysAsItIs)
+{
+    for (const Request &request : {kOn, kOff}) {
+        const size_t allocations = sweep_memory(
+            kSetUp, request.json(), [] {},
+            [](const std::string &object, FailingMemory::Fail how) {
+                EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                      ? "{" + failure("Enable invalid") + "}"
+                                      : "{}");
+                EXPECT_TRUE(recording_device::calls().empty());
+                EXPECT_TRUE(recording_host::log_lines().empty());
+            });
+        EXPECT_EQ(allocations, 2u);
+    }
+}
+
+// ---- Results that clients are told apart -------------------------------------------------------
+
+TEST_F(MeshControlTest, ABusyMeshIsToldByItsResult)
+{
+    const std::pair<int32_t, const char *> failures[] = {{3, "MESH_BUSY_1"},
+                                                         {4, "MESH_BUSY_0"},
+                                                         {1, "Set mesh status failed"},
+                                                         {2, "Set mesh status failed"},
+                                                         {5, "Set mesh status failed"}};
+    for (const auto &[result, text] : failures) {
+        when<devapi_set_mesh_status>([result = result](const MeshStatus *) { return result; });
+        EXPECT_EQ(run("SET_MESH_STATUS", R"({"MeshEnable":"1","MeshMode":"2"})"),
+                  "{" + failure(text) + "}");
+    }
+}
+
+TEST_F(MeshControlTest, AMeshThatCannotPairIsToldByItsResult)
+{
+    const std::pair<int32_t, const char *> failures[] = {{2, "WIFI_SET_NOT_SUPPORT"},
+                                                         {1, "Set pair status failed"},
+                                                         {3, "Set pair status failed"},
+                                                         {4, "Set pair status failed"}};
+    for (const auto &[result, text] : failures) {
+        when<devapi_set_pair_status>([result = result](const PairStatus *) { return result; });
+        EXPECT_EQ(run("SET_MESH_PAIR", R"({"Enable":"1","Time":"120"})"),
+                  "{" + failure(text) + "}");
+    }
+}
+
+// ---- LEDs --------------------------------------------------------------------------------------
+
+TEST_F(MeshControlTest, LedsAreSetBySwitchColourAndBrightness)
+{
+    EXPECT_EQ(
+        run("SET_LED_STATUS", R"({"LedCoLor":"blue","LedLight":"80","LedSwitch":"1","Other":1})"),
+        R"({"Other":1,"Status":"0"})");
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_set_sta_led", {"1", "blue", "80"}}}));
+}
+
+TEST_F(MeshControlTest, LedsNeedAllThreeKeys)
+{
+    const Request request({{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}});
+    EXPECT_EQ(run("SET_LED_STATUS", request.json()),
+              request.followed_by(failure("LedCoLor, LedLight or Led_Switch is NULL")));
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+// ---- SET_TSLINK_CONFIG_STATUS ------------------------------------------------------------------
+
+constexpr char kConfigure[] = "SET_TSLINK_CONFIG_STATUS";
+const Request kConfigured = Request({}).with("ConfiguerStatus", R"("1")");
+
+TEST_F(MeshControlTest, TheAgentLearnsOnceOfANewConfigurationState)
+{
+    for (const int32_t result : kResults) {
+        for (const int32_t agents : kResults) {
+            recording_device::reset();
+            when<devapi_set_sta_tslink_config>([result](const char *) { return result; });
+            when<kaa_update_profile_info>([agents] { return agents; });
+            const Call set = {"devapi_set_sta_tslink_config", {"1"}};
+            const Call tell = {"kaa_update_profile_info", {}};
+            const bool failed = result == -1;
+            EXPECT_EQ(run(kConfigure, kConfigured.json()),
+                      failed ? kConfigured.followed_by(failure("set tslink config failed"))
+                             : R"({"Status":"0"})");
+            EXPECT_EQ(recording_device::calls(),
+                      failed ? std::vector<Call>{set} : (std::vector<Call>{set, tell}));
+        }
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(MeshControlTest, WithoutASettingTheAgentLearnsNothing)
+{
+    run(kConfigure);
+    run(kConfigure, R"({"ConfiguerStatus":1})");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+// ---- QUERY_TSLINK_CONFIG_STATUS ----------------------------------------------------------------
+
+constexpr char kIsConfigured[] = "QUERY_TSLINK_CONFIG_STATUS";
+
+void state_is(int32_t state, int32_t result = 0)
+{
+    when<devapi_get_tslink_config>([=](int32_t *out) {
+        EXPECT_EQ(*out, 0);
+        *out = state;
+        return result;
+    });
+}
+
+TEST_F(MeshControlTest, TheConfigurationStateIsReportedAsZeroOrOne)
+{
+    const std::pair<int32_t, const char *> states[] = {{0, "0"},         {1, "1"},        {2, "1"},
+                                                       {5, "1"},         {-1, "0"},       {-3, "0"},
+                                                       {INT32_MIN, "0"}, {INT32_MAX, "1"}};
+    for (const auto &[state, text] : states) {
+        state_is(state);
+        EXPECT_EQ(run(kIsConfigured, R"({"ConfiguerStatus":7})"),
+                  R"({"ConfiguerStatus":7,"ConfiguerStatus":)" + quoted(text) +
+                      R"(,"Status":"0"})");
+    }
+    EXPECT_EQ(recording_device::called_functions(),
+              Names(std::size(states), "devapi_get_tslink_config"));
+}
+
+TEST_F(MeshControlTest, AConfigurationStateThatCannotBeReadFails)
+{
+    for (const int32_t result : kResults) {
+        state_is(1, result);
+        EXPECT_EQ(run(kIsConfigured, R"({"Other":1})"),
+                  result == 0
+                      ? R"({"Other":1,"ConfiguerStatus":"1","Status":"0"})"
+                      : R"({"Other":1,)" + failure("devapi get tslink config failed") + "}");
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(MeshControlTest, TheConfigurationStateIsReportedWholeOrNotAtAll)
+{
+    const size_t allocations = sweep_memory(
+        kIsConfigured, "{}", [] { state_is(1); },
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? "{" + failure("devapi get tslink config failed") + "}"
+                                  : "{}");
+        });
+    EXPECT_EQ(allocations, 4u);
+}
+
+// ---- All ---------------------------------------------------------------------------------------
+
+TEST_F(MeshControlTest, SettingsAreNotLogged)
+{
+    const std::string request =
+        R"({"Enable":"1","Time":"9","MeshEnable":"1","MeshMode":"1","Radio":"1","Action":"1",)"
+        R"("heartbeat":"5","MAC":"A","LedSwitch":"1","LedCoLor":"1","LedLight":"1"})";
+    for (const char *command : {"SET_MESH_STATUS", "SET_MESH_PAIR", "SET_WPS_STATE",
+                                "SET_KAA_HEARTBEAT", "DEL_LAN_DEVICE", "SET_LED_STATUS"}) {
+        run(command, request);
+        run(command);
+    }
+    EXPECT_EQ(recording_device::calls().size(), 6u);
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(MeshControlTest, WhatIsNoObjectIsLeftAlone)
+{
+    const std::string text = R"([{"Enable":"1","ConfiguerStatus":"1","MAC":"A","heartbeat":"5"}])";
+    for (const char *command : {kSetUp, kConfigure, kIsConfigured, "DEL_LAN_DEVICE",
+                                "SET_KAA_HEARTBEAT", "SET_LED_STATUS", "SET_MESH_PAIR"}) {
+        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
+        const Json array = parse(text);
+        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
+        EXPECT_EQ(print(array.get()), text) << command;
+    }
+    EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_tslink_config"));
+}
+
+} // namespace

@@ -1,0 +1,171 @@
+// Switches of network services, as far as they follow no pattern.
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+namespace {
+
+using recording_device::Call;
+using recording_device::when;
+using Names = std::vector<std::string>;
+
+constexpr int32_t kFailures[] = {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX};
+
+class ServiceSwitchesTest : public HandlerTest {};
+
+// ---- GET_TSCONF_STATUS -------------------------------------------------------------------------
+
+TEST_F(ServiceSwitchesTest, TheConfigurationServiceIsTakenInEightBytes)
+{
+    run("GET_TSCONF_STATUS");
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_get_tsconf_status", {std::string(1, '\0'), "8"}}}));
+}
+
+// ---- GET_WPS_ENABLE ----------------------------------------------------------------------------
+
+constexpr char kGetWps[] = "GET_WPS_ENABLE";
+
+void wps_is(int32_t enable, int32_t result = 0)
+{
+    when<devapi_get_wps_enable>([=](int32_t *out) {
+        EXPECT_EQ(*out, 0);
+        *out = enable;
+        return result;
+    });
+}
+
+TEST_F(ServiceSwitchesTest, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
+{
+    const std::pair<int32_t, const char *> switches[] = {{1, "1"},
+                                                         {0, "0"},
+                                                         {-1, "-1"},
+                                                         {9999999, "9999999"},
+                                                         {-999999, "-999999"},
+                                                         {12345678, "1234567"},
+                                                         {INT32_MAX, "2147483"},
+                                                         {INT32_MIN, "-214748"}};
+    for (const auto &[enable, text] : switches) {
+        wps_is(enable);
+        EXPECT_EQ(run(kGetWps, R"({"Enable":7})"),
+                  R"({"Enable":7,"Enable":)" + quoted(text) + R"(,"Status":"0"})");
+    }
+    EXPECT_EQ(recording_device::called_functions(),
+              Names(std::size(switches), "devapi_get_wps_enable"));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(ServiceSwitchesTest, WpsThatCannotBeReadFails)
+{
+    for (const int32_t result : kFailures) {
+        wps_is(1, result);
+        EXPECT_EQ(run(kGetWps, R"({"Other":1})"),
+                  R"({"Other":1,)" + failure("Get wps enable failed") + "}");
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(ServiceSwitchesTest, WpsIsReportedWholeOrNotAtAll)
+{
+    const size_t allocations = sweep_memory(
+        kGetWps, "{}", [] { wps_is(1); },
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? "{" + failure("Get wps enable failed") + "}"
+                                  : "{}");
+        });
+    EXPECT_EQ(allocations, 4u);
+}
+
+// ---- SET_WPS_ENABLE ----------------------------------------------------------------------------
+
+constexpr char kSetWps[] = "SET_WPS_ENABLE";
+const Request kOn = Request({}).with("Enable", R"("1")");
+
+TEST_F(ServiceSwitchesTest, WpsIsSwitchedByTheNumberThatTheTextBeginsWith)
+{
+    const std::pair<const char *, const char *> numbers[] = {{"1", "1"},
+                                                             {"0", "0"},
+                                                             {"abc", "0"},
+                                                             {"", "0"},
+                                                             {" 12x", "12"},
+                                                             {"-3", "-3"},
+                                                             {"x1", "0"},
+                                                             {"1.9", "1"},
+                                                             {"9999999", "9999999"},
+                                                             {"12345678", "1234567"},
+                                                             {"-1234567", "-123456"}};
+    for (const auto &[text, number] : numbers) {
+        EXPECT_EQ(run(kSetWps, kOn.with("Enable", quoted(text)).with("Other", "1").json()),
+                  R"({"Other":1,"Status":"0"})");
+        EXPECT_EQ(recording_device::calls().back(), (Call{"devapi_set_wps_enable", {number}}))
+            << text;
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(ServiceSwitchesTest, WpsNeedsItsSwitch)
+{
+    std::vector<Request> requests = {Request({}), Request({}).with("Other", R"("1")")};
+    for (const std::string &no_text : kNoTexts) {
+        requests.push_back(kOn.with("Enable", no_text));
+    }
+    for (const Request &request : requests) {
+        EXPECT_EQ(run(kSetWps, request.json()),
+                  request.followed_by(failure("get param:enable err")));
+    }
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(ServiceSwitchesTest, AWpsSwitchThatFailsIsConsumedToo)
+{
+    for (const int32_t result : kFailures) {
+        when<devapi_set_wps_enable>([result](int32_t) { return result; });
+        EXPECT_EQ(run(kSetWps, R"({"enable":"1","Enable":"2"})"),
+                  R"({"Enable":"2",)" + failure("Set wps enable failed") + "}");
+        EXPECT_EQ(recording_device::calls().back().arguments[0], "1");
+    }
+}
+
+TEST_F(ServiceSwitchesTest, WithoutMemoryWpsIsNotSwitched)
+{
+    const size_t allocations = sweep_memory(
+        kSetWps, kOn.json(), [] {},
+        [](const std::string &object, FailingMemory::Fail how) {
+            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                  ? "{" + failure("Set wps enable failed") + "}"
+                                  : "{}");
+            EXPECT_TRUE(recording_device::calls().empty());
+        });
+    EXPECT_EQ(allocations, 2u);
+}
+
+// ---- All ---------------------------------------------------------------------------------------
+
+TEST_F(ServiceSwitchesTest, SettingsAreNotLogged)
+{
+    const std::string request =
+        R"({"Mode":"1","Enable":"1","Index":"1","BoundPorts":"1","PPTP":"1","FTP":"1",)"
+        R"("IPSEC":"1","L2TP":"1","RTSP":"1","H323":"1","SIP":"1"})";
+    for (const char *command : {"SET_AP_MULTISERVICE_MODE", "SET_AP_ALG_ABILITY", "SET_UPNP_STATE",
+                                "SET_WPS_ENABLE", "SET_PORT_BINDING"}) {
+        run(command, request);
+        run(command);
+    }
+    EXPECT_EQ(recording_device::calls().size(), 5u);
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(ServiceSwitchesTest, WhatIsNoObjectIsLeftAlone)
+{
+    const std::string text = R"([{"Enable":"1","Mode":"1"}])";
+    for (const char *command :
+         {kGetWps, kSetWps, "SET_AP_MULTISERVICE_MODE", "GET_TSCONF_STATUS"}) {
+        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
+        const Json array = parse(text);
+        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
+        EXPECT_EQ(print(array.get()), text) << command;
+    }
+}
+
+} // namespace
