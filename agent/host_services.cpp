@@ -101,6 +101,16 @@ int32_t kaa_device_notice(const char *text)
     return agent::receive_notice(text);
 }
 
+void ts_sys_mgr_get_brmac(char *mac)
+{
+    *mac = '\0';
+}
+
+int32_t dev_is_exist(int32_t)
+{
+    return 0;
+}
+
 void free_str_buf(char **text)
 {
     if (text != nullptr) {

@@ -1,18 +1,11 @@
 // The devices attached to the routers: what is known of them, what the user calls and allows them,
 // and the firewall before them all.
 #include "address_plan.h"
-#include "device_call.h"
+#include "attached_device.h"
 #include "host_activity.h"
-#include "parental_control.h"
+#include "host_place.h"
 
 using namespace simulated_gateway;
-
-static const Host *host_at(const Home &home, int32_t index)
-{
-    return index >= 1 && static_cast<size_t>(index) <= home.hosts.size()
-               ? &home.hosts[static_cast<size_t>(index - 1)]
-               : nullptr;
-}
 
 static Host &named_host(Home &home, const char *name, const std::string &mac)
 {
@@ -37,84 +30,6 @@ int32_t devapi_get_host_num(int32_t *count)
     });
 }
 
-static void describe(RecordText &text, const AdBaseInfo &info)
-{
-    text.field("Kind", info.Kind);
-    text.field("HostIndex", info.HostIndex);
-    text.field("Mac", info.Mac);
-    text.field("UID", info.UID);
-    text.field("DevType", info.DevType);
-    text.field("DevFactory", info.DevFactory);
-    text.field("Name", info.Name);
-    text.field("ByName", info.ByName);
-    text.field("OS", info.OS);
-    text.field("Version", info.Version);
-    text.field("NetStatus", info.NetStatus);
-    text.field("NetMonopoly", info.NetMonopoly);
-    text.field("AccessType", info.AccessType);
-    text.field("AccessEnable", info.AccessEnable);
-    text.field("AccessTime", info.AccessTime);
-    text.field("UpSpeed", info.UpSpeed);
-    text.field("DownSpeed", info.DownSpeed);
-    text.field("ip", info.ip);
-    text.field("AccessCode", info.AccessCode);
-    text.field("SSIDIndex", info.SSIDIndex);
-    text.field("LinkStatus", info.LinkStatus);
-    text.field("SpeedLimit", info.SpeedLimit);
-    text.field("DownLimit", info.DownLimit);
-    text.field("UpLimit", info.UpLimit);
-    text.field("GreennetProtectEnable", info.GreennetProtectEnable);
-    text.field("Dbm", info.Dbm);
-    text.field("StaticDhcpEnable", info.StaticDhcpEnable);
-}
-
-static std::string number_or_none(int64_t number)
-{
-    return number != 0 ? std::to_string(number) : "";
-}
-
-// The MAC address without its colons.
-static std::string identifier_of(const Host &host)
-{
-    std::string identifier = host.mac;
-    std::erase(identifier, ':');
-    return identifier;
-}
-
-static void fill(AdBaseInfo &info, const State &state, const Host &host)
-{
-    const Home &home = state.home;
-    const bool online = is_online(home, host);
-    const Rates rates = rates_of(state, host);
-    const bool by_radio = host.ssid != 0;
-    put(info.Mac, host.mac);
-    put(info.UID, identifier_of(host));
-    put(info.DevType, host.kind);
-    put(info.DevFactory, host.maker);
-    put(info.Name, host.name);
-    put(info.ByName, host.alias);
-    put(info.OS, host.os);
-    put(info.Version, host.os_version);
-    put(info.NetStatus, online);
-    put(info.NetMonopoly, false);
-    put(info.AccessType,
-        by_radio ? home.ssids[static_cast<size_t>(host.ssid - 1)].band : std::string("cable"));
-    put(info.AccessEnable, has_access(home, host));
-    put(info.AccessTime, number_or_none(attached_since(state, host)));
-    put(info.UpSpeed, rates.up_kbps);
-    put(info.DownSpeed, rates.down_kbps);
-    put(info.ip, host.ip);
-    put(info.AccessCode, by_radio);
-    put(info.SSIDIndex, number_or_none(host.ssid));
-    put(info.LinkStatus, online);
-    put(info.SpeedLimit, host.down_limit_kbps != 0);
-    put(info.DownLimit, host.down_limit_kbps);
-    put(info.UpLimit, 0);
-    put(info.GreennetProtectEnable, is_protected(home, host.mac));
-    put(info.Dbm, number_or_none(signal_dbm(state, host)));
-    put(info.StaticDhcpEnable, host.address_bound);
-}
-
 int32_t devapi_get_ad_base_info(AdBaseInfo *info)
 {
     constexpr int32_t main_routers_own = 1;
@@ -123,10 +38,10 @@ int32_t devapi_get_ad_base_info(AdBaseInfo *info)
         const Home &home = state.home;
         const Host *host = host_at(home, info->HostIndex);
         if (host == nullptr ||
-            (info->Kind == main_routers_own && host->router != home.identity.mac)) {
+            (info->Kind == main_routers_own && place_of(home, *host).router != nullptr)) {
             return no_device;
         }
-        fill(*info, state, *host);
+        fill(*info, state, *host, home.local_times ? Clock::kLocal : Clock::kUtc);
         return 0;
     });
 }

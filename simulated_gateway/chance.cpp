@@ -16,6 +16,18 @@ uint64_t mixed(uint64_t bits)
 
 } // namespace
 
+uint64_t source_of(const std::string &mac)
+{
+    uint64_t number = 0;
+    for (const char digit : mac) {
+        if (digit != ':') {
+            number =
+                number << 4 | static_cast<uint64_t>(digit <= '9' ? digit - '0' : digit - 'A' + 10);
+        }
+    }
+    return number;
+}
+
 uint64_t draw(const Home &home, Quantity quantity, uint64_t source, uint64_t slot)
 {
     const auto seed = static_cast<uint64_t>(home.ordinary_day.seed);

@@ -16,8 +16,14 @@ enum class Quantity : uint64_t {
     kSignal,
     kPresence,
     kHostUp,
-    kHostDown
+    kHostDown,
+    kPlace,
+    kDistance,
+    kLinkSpeed
 };
+
+// What tells devices apart where chance is concerned.
+uint64_t source_of(const std::string &mac);
 
 // Bits at random, for one of the sources of a quantity in a slot of time.
 uint64_t draw(const Home &home, Quantity quantity, uint64_t source, uint64_t slot);

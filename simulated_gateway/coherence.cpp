@@ -14,6 +14,11 @@ void check_schedules(const Home &home, const std::string &path)
     if (reboot.enabled && (reboot.time.empty() || reboot.days.empty())) {
         refuse(path + "/reboot_schedule", "needs time and days");
     }
+    const UpdateWindow &update = home.update_schedule;
+    if (update.enabled &&
+        (update.start.empty() || update.end.empty() || update.start == update.end)) {
+        refuse(path + "/update_schedule", "needs a start and another end");
+    }
     const SleepSchedule &sleep = home.sleep;
     if (sleep.gateway || sleep.wifi || sleep.leds) {
         if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {

@@ -48,6 +48,9 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
         }
         check_ssid_number(home, host.ssid, place);
         check_signal(host.online && host.ssid != 0, host.signal_dbm, place + "/signal_dbm");
+        if (host.roams && host.ssid == 0) {
+            refuse(place + "/roams", "there is no link by radio");
+        }
         check_absence(host, place);
     }
 }

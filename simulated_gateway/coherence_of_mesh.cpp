@@ -18,6 +18,23 @@ const ChildRouter *child_router(const Mesh &mesh, const std::string &mac)
     return found != mesh.child_routers.end() ? &*found : nullptr;
 }
 
+static void check_child_router(const Home &home, const ChildRouter &router, const std::string &path,
+                               Addresses &addresses)
+{
+    addresses.claim_mac(router.mac, path + "/mac");
+    if (!router.mac_24ghz.empty()) {
+        addresses.claim_mac(router.mac_24ghz, path + "/mac_24ghz");
+    }
+    if (!router.mac_5ghz.empty()) {
+        addresses.claim_mac(router.mac_5ghz, path + "/mac_5ghz");
+    }
+    addresses.claim_lan_address(router.ip, path + "/ip");
+    check_signal(router.link.kind != kCable, router.link.signal_dbm, path + "/link/signal_dbm");
+    if (home.mesh.type == kStar && router.parent != home.identity.mac) {
+        refuse(path + "/parent", "is not the main router, and the mesh is a star");
+    }
+}
+
 void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
 {
     const Mesh &mesh = home.mesh;
@@ -27,10 +44,7 @@ void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
     const std::vector<ChildRouter> &children = mesh.child_routers;
     const std::string list = path + "/child_routers";
     for (size_t at = 0; at < children.size(); ++at) {
-        addresses.claim_mac(children[at].mac, item(list, at) + "/mac");
-        addresses.claim_lan_address(children[at].ip, item(list, at) + "/ip");
-        check_signal(children[at].link.kind != "cable", children[at].link.signal_dbm,
-                     item(list, at) + "/link/signal_dbm");
+        check_child_router(home, children[at], item(list, at), addresses);
     }
     for (size_t at = 0; at < children.size(); ++at) {
         // Up the links from any child router, the main router has to come within as many steps as

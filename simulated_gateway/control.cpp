@@ -173,3 +173,20 @@ void simulated_gateway_power_cycle()
         control().gateway->power_cycle();
     }
 }
+
+int32_t simulated_gateway_bridge_mac(char *mac, size_t size)
+try {
+    if (mac == nullptr || size == 0) {
+        return -1;
+    }
+    *mac = '\0';
+    const std::shared_ptr<Gateway> gateway = current_gateway();
+    const std::string own = gateway ? gateway->bridge_mac() : "";
+    if (own.empty() || size <= own.size()) {
+        return -1;
+    }
+    put_text({mac, size}, own);
+    return 0;
+} catch (const std::exception &) {
+    return -1;
+}

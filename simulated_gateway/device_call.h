@@ -116,6 +116,9 @@ Argument request_text(const char *name, const char *text);
 // The same for one that may be null; it has to outlive the call.
 Argument request_text_or_null(const char *name, const char *const &text);
 
+// An address of the web, in which a password may stand.
+Argument request_address(const char *name, const char *address);
+
 // A bare number that the function fills.
 Argument reply_number(const char *name, const int32_t *number);
 

@@ -2,19 +2,16 @@
 #pragma once
 
 #include "partial_image.h"
+#include "web_transfer.h"
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
 
 namespace simulated_gateway {
 
-struct FetchLimits {
+struct FetchLimits : WebLimits {
     uint64_t largest_image = 64U << 20;
-    std::chrono::seconds connect_timeout{10};
-    std::chrono::seconds stall_timeout{30}; // with fewer than 1000 bytes a second
-    std::string ca_file;                    // empty: those of the system
 };
 
 // Fetches the rest of the image, or the whole where the server cannot go on. goes_on is asked about

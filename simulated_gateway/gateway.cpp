@@ -25,7 +25,7 @@ State new_state(const std::string &scenario)
 
 } // namespace
 
-Gateway::Gateway(const Settings &settings)
+Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
 {
     fix_clock(settings.fixed_time);
     for (const std::string &fault : settings.faults) {
@@ -209,6 +209,19 @@ void Gateway::power_cycle()
     } catch (const std::exception &failure) {
         trace_.event(uptime(), "power cycle failed", failure.what());
     }
+}
+
+bool Gateway::is_closed()
+{
+    const std::lock_guard lock(mutex_);
+    return closed_;
+}
+
+// The main router has one MAC address for its bridge and for itself.
+std::string Gateway::bridge_mac()
+{
+    const std::lock_guard lock(mutex_);
+    return state_.home.identity.mac;
 }
 
 void Gateway::end_calls()

@@ -46,8 +46,13 @@ class Gateway {
     State state();
     void change(const std::function<void(State &)> &body);
     FirmwareStore &firmware() { return *firmware_; }
+    const WebLimits &web_limits() const { return web_limits_; }
+    bool is_closed();
+    // What it did last, as lines.
+    std::string recent() { return trace_.recent(); }
 
     void power_cycle();
+    std::string bridge_mac();
 
     // Lets every call fail from now on, and waits for the long work that is under way to end.
     void end_calls();
@@ -63,6 +68,7 @@ class Gateway {
     int64_t uptime() const;
 
     Trace trace_;
+    const WebLimits web_limits_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;

@@ -2,31 +2,23 @@
 
 #include "chance.h"
 #include "clock.h"
+#include "host_place.h"
 #include "parental_control.h"
 #include "weekly_period.h"
-
-#include <charconv>
 
 namespace simulated_gateway {
 namespace {
 
 constexpr int64_t kSlotSeconds = 3600;
 
-// What tells the devices apart where chance is concerned.
-uint64_t source_of(const Host &host)
-{
-    std::string digits;
-    std::ranges::copy_if(host.mac, std::back_inserter(digits), [](char it) { return it != ':'; });
-    uint64_t number = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
-    return number;
-}
-
 bool is_in_slot(const Home &home, const Host &host, int64_t slot)
 {
+    if (host.presence_percent == 0) {
+        return true;
+    }
     const uint64_t bits =
-        draw(home, Quantity::kPresence, source_of(host), static_cast<uint64_t>(slot));
-    return host.presence_percent == 0 || static_cast<int64_t>(bits % 100) < host.presence_percent;
+        draw(home, Quantity::kPresence, source_of(host.mac), static_cast<uint64_t>(slot));
+    return static_cast<int64_t>(bits % 100) < host.presence_percent;
 }
 
 bool is_away(const Host &host)
@@ -61,20 +53,22 @@ Rates appetite(const Home &home, const Host &host)
     constexpr int64_t most_percent = 60;
     const auto &ordinary = *std::ranges::find(kAppetites, host.kind, &Appetite::kind);
     const auto varied = [&](Quantity quantity, int64_t value) {
-        return value * (100 + deviation(home, quantity, source_of(host), most_percent));
+        return value * (100 + deviation(home, quantity, source_of(host.mac), most_percent));
     };
     return {varied(Quantity::kHostUp, ordinary.up), varied(Quantity::kHostDown, ordinary.down)};
 }
 
-Rates sum_of_appetites(const Home &home)
+Rates sum_of_appetites(const State &state)
 {
-    Rates sum;
-    for (const Host &host : home.hosts) {
-        const Rates one = appetite(home, host);
-        sum.up_kbps += one.up_kbps;
-        sum.down_kbps += one.down_kbps;
-    }
-    return sum;
+    return state.appetites.at(now(), [&] {
+        Rates sum;
+        for (const Host &host : state.home.hosts) {
+            const Rates one = appetite(state.home, host);
+            sum.up_kbps += one.up_kbps;
+            sum.down_kbps += one.down_kbps;
+        }
+        return sum;
+    });
 }
 
 int64_t share(int64_t of, int64_t part, int64_t whole)
@@ -102,13 +96,18 @@ Rates allowed(const Home &home, const Host &host, const Rates &wanted)
 
 } // namespace
 
-bool is_online(const Home &home, const Host &host)
+bool is_there(const Home &home, const Host &host)
 {
     if (!host.online || is_away(host) || !is_in_slot(home, host, now() / kSlotSeconds)) {
         return false;
     }
     const Ssid *ssid = ssid_of(home, host);
     return ssid == nullptr || (ssid->enabled && radio_of(home, ssid->band)->enabled);
+}
+
+bool is_online(const Home &home, const Host &host)
+{
+    return is_there(home, host) && place_of(home, host).is_reached;
 }
 
 int64_t attached_since(const State &state, const Host &host)
@@ -159,14 +158,13 @@ bool has_access(const Home &home, const Host &host)
 
 Rates rates_of(const State &state, const Host &host)
 {
-    const Home &home = state.home;
-    return allowed(home, host, wanted_by(state, host, sum_of_appetites(home)));
+    return allowed(state.home, host, wanted_by(state, host, sum_of_appetites(state)));
 }
 
 Rates withheld_rates(const State &state)
 {
     const Home &home = state.home;
-    const Rates sum = sum_of_appetites(home);
+    const Rates sum = sum_of_appetites(state);
     Rates withheld;
     for (const Host &host : home.hosts) {
         const Rates wanted = wanted_by(state, host, sum);
@@ -182,7 +180,7 @@ int64_t signal_dbm(const State &state, const Host &host)
     if (host.ssid == 0 || !is_online(state.home, host)) {
         return 0;
     }
-    return received_dbm(state, source_of(host), host.signal_dbm);
+    return received_dbm(state, source_of(host.mac), place_of(state.home, host).signal_dbm);
 }
 
 } // namespace simulated_gateway

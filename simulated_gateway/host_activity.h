@@ -14,7 +14,10 @@ template <class AnyHome> auto *host_with_mac(AnyHome &home, const std::string &m
     return found != home.hosts.end() ? &*found : nullptr;
 }
 
-// Whether it is attached at this moment, and the network that it has been on is there for it.
+// Whether it is at home at this moment, and the network that it has been on is there for it.
+bool is_there(const Home &home, const Host &host);
+
+// Whether it is attached to a router that is there for it as well.
 bool is_online(const Home &home, const Host &host);
 
 // Since when it is attached, in seconds since 1970; 0 while it is not.

@@ -11,10 +11,6 @@ int64_t memory_percent(const State &state);
 int64_t cpu_celsius(const State &state);
 
 // The rates at which the home would send and receive if every host might as it likes.
-struct Rates {
-    int64_t up_kbps = 0;
-    int64_t down_kbps = 0;
-};
 Rates wanted_rates(const State &state);
 
 // Rates in kbit/s, and the time to the next gateway and back in ms; 0 without a connection.

@@ -12,6 +12,7 @@ void boot(State &state)
     ++state.boot_count;
     state.wan_time = state.boot_time;
     state.optimization_time = 0;
+    state.link_speed_time = 0;
     start_firmware(state);
 }
 

@@ -7,9 +7,11 @@
 #include "model_firmware.h"
 #include "model_green_net.h"
 #include "model_hosts.h"
+#include "model_mesh.h"
 #include "model_settings.h"
 #include "model_wan.h"
 #include "model_wifi.h"
+#include "remembered.h"
 #include "rules.h"
 #include "smart_router_service/device_access.h"
 
@@ -24,6 +26,7 @@ namespace simulated_gateway {
 struct Identity {
     std::string mac;
     std::string device_type;
+    std::string model;
     std::string software_version;
     std::string hardware_version;
     std::string firmware_date;
@@ -47,6 +50,7 @@ struct Identity {
         constexpr auto optional = Presence::kOptional;
         visit.field("mac", self.mac, Mac{});
         visit.field("device_type", self.device_type, Text{sizeof(SnInfo::DeviceType)});
+        visit.field("model", self.model, Text{32, optional});
         visit.field("software_version", self.software_version, Text{sizeof(SystemInfo::SWVersion)});
         visit.field("hardware_version", self.hardware_version, Text{sizeof(SystemInfo::HDVersion)});
         visit.field("firmware_date", self.firmware_date, Text{sizeof(HgBaseInfo::FWDATA)});
@@ -94,66 +98,18 @@ struct Lan {
     }
 };
 
-// How a child router reaches its parent.
-struct MeshLink {
-    std::string kind;
-    int64_t speed_mbps = 0;
-    int64_t signal_dbm = 0;
-
-    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
-    {
-        visit.field("kind", self.kind, one_of("cable", "2.4GHz", "5GHz"));
-        visit.field("speed_mbps", self.speed_mbps, Range{1, 10000});
-        visit.field("signal_dbm", self.signal_dbm, Range{-110, -1, Presence::kOptional});
-    }
-};
-
-struct ChildRouter {
-    std::string name;
-    std::string mac;
-    std::string ip;
-    std::string device_type;
-    std::string software_version;
-    std::string hardware_version;
-    std::string parent; // MAC address of the router that it hangs from
-    MeshLink link;
-
-    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
-    {
-        visit.field("name", self.name, Text{64});
-        visit.field("mac", self.mac, Mac{});
-        visit.field("ip", self.ip, Ipv4{});
-        visit.field("device_type", self.device_type, Text{32});
-        visit.field("software_version", self.software_version, Text{32});
-        visit.field("hardware_version", self.hardware_version, Text{16});
-        visit.field("parent", self.parent, Mac{});
-        visit.object("link", self.link);
-    }
-};
-
-// The mesh of which the gateway is the main router.
-struct Mesh {
-    bool enabled = false;
-    bool link_layer_up = false;
-    std::vector<ChildRouter> child_routers;
-
-    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
-    {
-        visit.field("enabled", self.enabled, Flag{});
-        visit.field("link_layer_up", self.link_layer_up, Flag{});
-        visit.list("child_routers", self.child_routers, 8);
-    }
-};
-
 constexpr size_t kMostOtherWans = 7;
 
 // Everything that a scenario tells.
 struct Home {
     std::string name; // given by the user
     bool configured = false;
+    int64_t hours_behind_utc = 0; // of local time
+    bool local_times = false;     // whether the table of attached devices gives local times
     Identity identity;
     Administration administration;
     RebootSchedule reboot_schedule;
+    UpdateWindow update_schedule;
     SleepSchedule sleep;
     std::vector<WifiSleepPeriod> wifi_sleep;
     Services services;
@@ -176,9 +132,12 @@ struct Home {
     {
         visit.field("name", self.name, Text{sizeof(HgBaseInfo::Name)});
         visit.field("configured", self.configured, Flag{});
+        visit.field("hours_behind_utc", self.hours_behind_utc, Range{-14, 12, Presence::kOptional});
+        visit.field("local_times", self.local_times, Flag{Presence::kOptional});
         visit.object("identity", self.identity);
         visit.object("administration", self.administration);
         visit.object("reboot_schedule", self.reboot_schedule);
+        visit.object("update_schedule", self.update_schedule);
         visit.object("sleep", self.sleep);
         visit.list("wifi_sleep", self.wifi_sleep, kMostWifiSleepPeriods);
         visit.object("services", self.services);
@@ -194,9 +153,14 @@ struct Home {
         visit.object("repeater", self.repeater);
         visit.list("neighbours", self.neighbours, 60);
         visit.object("mesh", self.mesh);
-        visit.list("hosts", self.hosts, 128);
+        visit.list("hosts", self.hosts, kMostHosts);
         visit.object("green_net", self.green_net);
     }
+};
+
+struct Rates {
+    int64_t up_kbps = 0;
+    int64_t down_kbps = 0;
 };
 
 // Everything that the gateway keeps: its firmware, the home as it is and as it left the factory.
@@ -206,9 +170,11 @@ struct State {
     int64_t boot_count = 0;
     int64_t wan_time = 0;          // since when the WAN is connected
     int64_t optimization_time = 0; // when resources were last freed; 0 when not since the boot
+    int64_t link_speed_time = 0;   // when the links of the mesh were last measured; likewise
     Firmware firmware;
     Home home;
     Home factory;
+    mutable Remembered<Rates> appetites; // of all hosts together (host_activity.cpp)
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -217,6 +183,8 @@ struct State {
         visit.field("boot_count", self.boot_count, Range{1, INT32_MAX});
         visit.field("wan_time", self.wan_time, Range{0, INT64_MAX});
         visit.field("optimization_time", self.optimization_time,
+                    Range{0, INT64_MAX, Presence::kOptional});
+        visit.field("link_speed_time", self.link_speed_time,
                     Range{0, INT64_MAX, Presence::kOptional});
         visit.object("firmware", self.firmware);
         visit.object("home", self.home);

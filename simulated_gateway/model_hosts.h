@@ -13,6 +13,9 @@ constexpr auto kHostKinds =
     one_of("Computer", "Phone", "Tablet", "TV", "Console", "Camera", "Printer", "Speaker", "Other");
 constexpr Range kRateLimits = {1, 10'000'000, Presence::kOptional};
 
+// Eight child routers with as many stations as they report, and the main router's own.
+constexpr size_t kMostHosts = 1024;
+
 struct Host {
     std::string name;
     std::string mac;
@@ -30,6 +33,7 @@ struct Host {
     std::string router;           // MAC address of the router that it is attached to
     int64_t ssid = 0;             // number of the SSID; 0 for a cable
     int64_t signal_dbm = 0;       // only by radio
+    bool roams = false;           // by day it wanders from router to router
     bool blocked = false;         // by the user
     int64_t down_limit_kbps = 0;  // 0 for none
     bool address_bound = false;   // the DHCP server keeps the address for it
@@ -53,6 +57,7 @@ struct Host {
         visit.field("router", self.router, Mac{});
         visit.field("ssid", self.ssid, Range{1, 8, optional});
         visit.field("signal_dbm", self.signal_dbm, Range{-110, -1, optional});
+        visit.field("roams", self.roams, Flag{optional});
         visit.field("blocked", self.blocked, Flag{optional});
         visit.field("down_limit_kbps", self.down_limit_kbps, kRateLimits);
         visit.field("address_bound", self.address_bound, Flag{optional});

@@ -69,6 +69,20 @@ struct SleepSchedule {
     }
 };
 
+// When the router may update itself.
+struct UpdateWindow {
+    bool enabled = false;
+    std::string start;
+    std::string end;
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.field("enabled", self.enabled, Flag{});
+        visit.field("start", self.start, TimeOfDay{Presence::kOptional});
+        visit.field("end", self.end, TimeOfDay{Presence::kOptional});
+    }
+};
+
 // What the router does for the traffic.
 struct Services {
     bool firewall = false;

@@ -1,6 +1,7 @@
 #include "neighbourhood.h"
 
 #include "measurements.h"
+#include "mesh.h"
 
 #include <algorithm>
 #include <functional>
@@ -20,17 +21,13 @@ bool hears(const Home &home, const std::string &band)
     return radio != nullptr && radio->enabled;
 }
 
-bool has_child_routers(const Mesh &mesh)
-{
-    return mesh.link_layer_up && !mesh.child_routers.empty();
-}
-
 } // namespace
 
 std::vector<HeardNetwork> heard_networks(const State &state)
 {
     const Home &home = state.home;
     std::vector<HeardNetwork> heard;
+    const bool has_child_routers = !active_routers(home).empty();
     uint64_t transmitter = 0;
     const auto receive = [&](const auto &network, const std::string &name, int64_t ordinary_dbm,
                              int64_t neighbour) {
@@ -46,7 +43,7 @@ std::vector<HeardNetwork> heard_networks(const State &state)
     }
     for (const Ssid &ssid : home.ssids) {
         ++transmitter;
-        if (ssid.enabled && has_child_routers(home.mesh)) {
+        if (ssid.enabled && has_child_routers) {
             receive(ssid, ssid.hidden ? "" : ssid.name, kChildRouterDbm, 0);
         }
     }

@@ -36,24 +36,37 @@ void Trace::open(const std::string &file, bool show_secrets)
 
 void Trace::call(int64_t uptime, const Call &call) noexcept
 try {
+    const std::string outcome = outcome_of(call);
+    remember(uptime, call.function + outcome);
     if (is_on()) {
-        write(uptime, text_of(call));
+        write(uptime, call.function + arguments_of(call) + outcome);
     }
 } catch (const std::exception &) {
 }
 
 void Trace::event(int64_t uptime, const char *text, const char *note) noexcept
 try {
+    const std::string whole = text + std::string(*note != '\0' ? ", " : "") + note;
+    remember(uptime, whole);
     if (is_on()) {
-        write(uptime, text + std::string(*note != '\0' ? ", " : "") + note);
+        write(uptime, whole);
     }
 } catch (const std::exception &) {
 }
 
-std::string Trace::text_of(const Call &call) const
+std::string Trace::recent()
 {
-    std::string text = call.function;
-    text += '(';
+    const std::lock_guard lock(mutex_);
+    std::string lines;
+    for (const std::string &line : recent_) {
+        lines += line;
+    }
+    return lines;
+}
+
+std::string Trace::arguments_of(const Call &call) const
+{
+    std::string text = "(";
     const char *separator = "";
     for (const Argument &argument : call.arguments) {
         text += separator;
@@ -68,17 +81,39 @@ std::string Trace::text_of(const Call &call) const
             text += argument.shown(argument.value, show_secrets_);
         }
     }
-    text += ") = " + std::to_string(call.result) + " in " + std::to_string(call.duration.count()) +
-            " us";
+    return text + ")";
+}
+
+std::string Trace::outcome_of(const Call &call)
+{
+    const std::string text = " = " + std::to_string(call.result) + " in " +
+                             std::to_string(call.duration.count()) + " us";
     return call.note.empty() ? text : text + ", " + call.note;
+}
+
+static std::string line_of(int64_t uptime, const std::string &text)
+{
+    return "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
 }
 
 void Trace::write(int64_t uptime, const std::string &text)
 {
-    std::string line = "[";
-    line += std::to_string(uptime) + "] " + printable(text) + "\n";
+    const std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
     write_all(file_.get(), line);
+}
+
+void Trace::remember(int64_t uptime, const std::string &text)
+{
+    constexpr size_t most_bytes = 64U << 10;
+    std::string line = line_of(uptime, text);
+    const std::lock_guard lock(mutex_);
+    recent_size_ += line.size();
+    recent_.push_back(std::move(line));
+    while (recent_size_ > most_bytes) {
+        recent_size_ -= recent_.front().size();
+        recent_.pop_front();
+    }
 }
 
 } // namespace simulated_gateway

@@ -5,6 +5,7 @@
 #include "files.h"
 
 #include <chrono>
+#include <deque>
 #include <initializer_list>
 #include <mutex>
 #include <string>
@@ -30,13 +31,20 @@ class Trace {
     void call(int64_t uptime, const Call &call) noexcept;
     void event(int64_t uptime, const char *text, const char *note = "") noexcept;
 
+    // The last lines of any trace, also of one without a file, with the calls' arguments left out.
+    std::string recent();
+
   private:
-    std::string text_of(const Call &call) const;
+    std::string arguments_of(const Call &call) const;
+    static std::string outcome_of(const Call &call);
     void write(int64_t uptime, const std::string &text);
+    void remember(int64_t uptime, const std::string &text);
 
     FileDescriptor file_;
     bool show_secrets_ = false;
-    std::mutex mutex_; // lines are written whole
+    std::mutex mutex_; // lines are written whole; guards what is below
+    std::deque<std::string> recent_;
+    size_t recent_size_ = 0;
 };
 
 } // namespace simulated_gateway

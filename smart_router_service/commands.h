@@ -74,7 +74,12 @@
     COMMAND("HG_GET_UPDATE_STATUS", json_hg_get_update_status)                                     \
     COMMAND("HG_IMAGE_UPDATE", json_hg_image_update)                                               \
     COMMAND("GET_WIFI_CHANNEL_LIST", json_get_all_wifi_channel_list)                               \
+    COMMAND("GET_TSLINK_TOPOLOGY_INFO", json_get_tsnk_topo_info)                                   \
     COMMAND("HG_LOCAL_RECOVERY", json_set_recovery)                                                \
+    COMMAND("GET_HG_LOG", json_send_log_to_platform)                                               \
+    COMMAND("SET_UPDATE_SCHEDULE", json_set_update_schedule)                                       \
+    COMMAND("GET_UPDATE_SCHEDULE", json_get_update_schedule)                                       \
+    COMMAND("GET_UPDATE_STATUS", json_get_update_status)                                           \
     COMMAND("RESPONSE_ROUTER_VERSION", json_response_router_version)
 
 // A handler reads its parameters from the command object and adds its reply to it. What it returns

@@ -95,8 +95,9 @@ int32_t json_hg_get_update_status(cJSON *obj)
     reply.success();
     reply.text("up_status", "0");
     reply.fields(kUpdateStatus, &status);
+    const bool complete = reply.complete();
     answer(obj, reply, kFailure);
-    return 0;
+    return complete ? 0 : -1; // GET_UPDATE_STATUS goes by this
 }
 
 int32_t json_hg_image_down_and_upgrade(cJSON *image, char *failreason)

@@ -54,17 +54,6 @@ constexpr auto kHomePageFields = fields_of<HomePageInfo>({
     FIELD(HomePageInfo, "CpuTemperature", CpuTemperature),
 });
 
-// Reads a record; one whose read failed is empty, whatever the failed call wrote into it.
-template <auto call, class Record> bool read_or_empty(Record &record)
-{
-    record = {};
-    if (call(&record) == 0) {
-        return true;
-    }
-    record = {};
-    return false;
-}
-
 // ---- LAN, DHCP and PPPoE -----------------------------------------------------------------------
 
 constexpr auto kLanFields = fields_of<LanIpInfo>({

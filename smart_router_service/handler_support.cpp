@@ -3,6 +3,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <strings.h>
 
 namespace smart_router {
 
@@ -37,6 +38,25 @@ bool holds(const char *field, size_t width, const char *text)
 {
     const size_t length = strlen(text);
     return strnlen(field, width) == length && memcmp(field, text, length) == 0;
+}
+
+bool holds_any_case(const char *field, size_t width, const char *text)
+{
+    const size_t length = strlen(text);
+    return strnlen(field, width) == length && strncasecmp(field, text, length) == 0;
+}
+
+bool contains(const char *field, size_t width, const char *text, Case letters)
+{
+    const auto compare = letters == Case::kMatters ? strncmp : strncasecmp;
+    const size_t length = strlen(text);
+    const size_t field_length = strnlen(field, width);
+    for (size_t at = 0; at + length <= field_length; ++at) {
+        if (compare(field + at, text, length) == 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void consume(cJSON *obj, cJSON *item)
@@ -170,7 +190,7 @@ cJSON *object_of(FieldList fields, const void *record)
     return object;
 }
 
-void Reply::item(const char *key, cJSON *item)
+void Reply::add(const char *key, cJSON *item)
 {
     complete_ = complete_ && item != nullptr;
     if (item != nullptr) {
@@ -181,7 +201,7 @@ void Reply::item(const char *key, cJSON *item)
 void Reply::reserve(FieldList fields)
 {
     for (const Field &field : fields) {
-        item(field.key, create_text(field.is_number() ? sizeof(NumberText) : field.width));
+        add(field.key, create_text(field.is_number() ? sizeof(NumberText) : field.width));
     }
 }
 
@@ -201,19 +221,17 @@ void Reply::set_reserved(FieldList fields, const void *record)
 cJSON *Reply::list(const char *key)
 {
     cJSON *list = cJSON_CreateArray();
-    item(key, list);
+    add(key, list);
     return list;
 }
 
-void Reply::append(cJSON *list, FieldList fields, const void *record)
+void Reply::append(cJSON *list, cJSON *element)
 {
-    if (!complete_) {
-        return;
-    }
-    cJSON *object = object_of(fields, record);
-    complete_ = object != nullptr;
+    complete_ = complete_ && element != nullptr;
     if (complete_) {
-        cJSON_AddItemToArray(list, object);
+        cJSON_AddItemToArray(list, element);
+    } else {
+        cJSON_Delete(element);
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <stddef.h>
 #include <stdint.h>
+#include <stdlib.h>
 #include <string.h>
 
 // The host's log names its sources by module. The levels are the two that it knows from us.
@@ -140,6 +141,43 @@ template <size_t width> bool holds(const char (&field)[width], const char *text)
     return holds(field, width, text);
 }
 
+// Whether the field holds this text, or has it in it, without regard to case.
+bool holds_any_case(const char *field, size_t width, const char *text);
+template <size_t width> bool holds_any_case(const char (&field)[width], const char *text)
+{
+    return holds_any_case(field, width, text);
+}
+
+// Whether the text stands somewhere in the field.
+enum class Case { kMatters, kIsIgnored };
+bool contains(const char *field, size_t width, const char *text, Case letters);
+template <size_t width>
+bool contains(const char (&field)[width], const char *text, Case letters = Case::kMatters)
+{
+    return contains(field, width, text, letters);
+}
+
+// A field's text with the NUL that the device library may have left out, for functions that take no
+// width.
+template <size_t width> class Ended {
+  public:
+    explicit Ended(const char (&field)[width])
+    {
+        const size_t length = strnlen(field, width);
+        memcpy(text_, field, length);
+        text_[length] = '\0';
+    }
+    const char *text() const { return text_; }
+
+  private:
+    char text_[width + 1];
+};
+
+template <size_t width> int32_t number_in(const char (&field)[width])
+{
+    return number_of(Ended(field).text());
+}
+
 // Puts a text into its field of the record.
 void store(const Field &field, void *record, const char *text);
 
@@ -235,10 +273,17 @@ class Reply {
     void reserve(FieldList fields);
     void set_reserved(FieldList fields, const void *record);
 
-    // Appends an empty array, which belongs to the reply; null when memory has run out.
+    // Appends an item, which belongs to the reply from here on; null is one that memory failed.
+    void add(const char *key, cJSON *item);
+    // Appends an empty array; null when memory has run out.
     cJSON *list(const char *key);
-    // Appends an object with the fields to an array of this reply.
-    void append(cJSON *list, FieldList fields, const void *record);
+    // Appends an element to an array of this reply; null is one that memory failed.
+    void append(cJSON *list, cJSON *element);
+    // Appends an object with the fields.
+    void append(cJSON *list, FieldList fields, const void *record)
+    {
+        append(list, complete_ ? object_of(fields, record) : nullptr);
+    }
 
     // False as soon as memory has run out for one item.
     bool complete() const { return complete_; }
@@ -252,8 +297,6 @@ class Reply {
     bool join(cJSON *obj);
 
   private:
-    void item(const char *key, cJSON *item);
-
     cJSON root_ = {};
     bool complete_ = true;
 };
@@ -265,7 +308,55 @@ void fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
 // Joins the reply, or fails with the reason when it could not be built.
 void answer(cJSON *obj, Reply &reply, const char *reason);
 
+// Reads a record; one whose read failed is empty, whatever the failed call wrote into it.
+template <auto call, class Record, class... Selectors>
+bool read_or_empty(Record &record, Selectors... selectors)
+{
+    record = {};
+    if (call(&record, selectors...) == 0) {
+        return true;
+    }
+    record = {};
+    return false;
+}
+
 // ---- Owners ------------------------------------------------------------------------------------
+
+// An item that is still to find its place.
+class JsonItem {
+  public:
+    explicit JsonItem(cJSON *item) : item_(item) {}
+    ~JsonItem() { cJSON_Delete(item_); }
+    JsonItem(const JsonItem &) = delete;
+    JsonItem &operator=(const JsonItem &) = delete;
+
+    cJSON *get() const { return item_; }
+    cJSON *release()
+    {
+        cJSON *item = item_;
+        item_ = nullptr;
+        return item;
+    }
+
+  private:
+    cJSON *item_;
+};
+
+// Memory from malloc() or calloc(), for records that are too large for a small stack, and for what
+// the device library hands over.
+template <class Record> class Allocated {
+  public:
+    Allocated() : record_(static_cast<Record *>(calloc(1, sizeof(Record)))) {}
+    ~Allocated() { free(record_); }
+    Allocated(const Allocated &) = delete;
+    Allocated &operator=(const Allocated &) = delete;
+
+    Record *get() const { return record_; } // null when memory ran out
+    Record *operator->() const { return record_; }
+
+  private:
+    Record *record_;
+};
 
 // A text printed by cJSON; null when printing failed.
 class PrintedJson {

@@ -8,7 +8,9 @@
 #define NOT_SUPPORTED(result, name, parameters, arguments)                                         \
     __attribute__((weak)) result name parameters                                                   \
     {                                                                                              \
-        return -1;                                                                                 \
+        NOT_SUPPORTED_##result;                                                                    \
     }
+#define NOT_SUPPORTED_int32_t return -1
+#define NOT_SUPPORTED_void
 
 DEVICE_FUNCTIONS(NOT_SUPPORTED)

@@ -62,8 +62,8 @@ TEST_F(ScenarioTest, AnUnknownNameListsTheKnownOnes)
 {
     EXPECT_EQ(
         open({.scenario = "castle"}),
-        "there is no scenario \"castle\"; built in: three_storey_house; a file is named with a "
-        "'/' or ends in \".json\"");
+        "there is no scenario \"castle\"; built in: crowded_mesh, operator_variant, short_report, "
+        "single_router, three_storey_house; a file is named with a '/' or ends in \".json\"");
 }
 
 TEST_F(ScenarioTest, FilesThatCannotBeRead)
@@ -188,7 +188,7 @@ TEST_F(ScenarioTest, ValuesHaveToFit)
         {"/radios/0/channel", INT64_MIN, "-9223372036854775808 is not within 1 to 165"},
         {"/radios/1/bandwidth_mhz", 60, "60 is none of 20, 40, 80, 160"},
         {"/hosts", nlohmann::json::object(), "is no list"},
-        {"/hosts", nlohmann::json(129, nullptr), "holds more than 128"},
+        {"/hosts", nlohmann::json(1025, nullptr), "holds more than 1024"},
         {"/hosts/3", 1, "is no object"},
         {"/hosts/3/presence_percent", 100, "100 is not within 1 to 99"},
         {"/hosts/3/down_limit_kbps", -1, "-1 is not within 1 to 10000000"},

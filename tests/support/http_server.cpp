@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <spawn.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -25,6 +26,16 @@ std::array<int, 2> make_pipe()
         fail(errno, "pipe2");
     }
     return ends;
+}
+
+std::vector<std::string> lines_of(const std::string &path)
+{
+    std::vector<std::string> lines;
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 } // namespace
@@ -85,10 +96,16 @@ void HttpServer::release() const
 
 std::vector<std::string> HttpServer::requests() const
 {
-    std::vector<std::string> requests;
-    std::ifstream log(work_ + "/requests");
-    for (std::string line; std::getline(log, line);) {
-        requests.push_back(line);
+    return lines_of(work_ + "/requests");
+}
+
+std::vector<HttpServer::Upload> HttpServer::uploads() const
+{
+    std::vector<Upload> uploads;
+    for (const std::string &path : lines_of(work_ + "/uploads")) {
+        std::ostringstream body;
+        body << std::ifstream(work_ + "/upload_" + std::to_string(uploads.size() + 1)).rdbuf();
+        uploads.push_back({path, body.str()});
     }
-    return requests;
+    return uploads;
 }

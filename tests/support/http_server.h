@@ -24,8 +24,16 @@ class HttpServer {
     // Lets everything go on that the server holds back, now and later.
     void release() const;
 
-    // What was asked for until now: a path each and, behind a space, a Range.
+    // What was asked for until now: a path each, with "PUT " in front and a Range behind where there
+    // is one.
     std::vector<std::string> requests() const;
+
+    // What was put until now.
+    struct Upload {
+        std::string path;
+        std::string body;
+    };
+    std::vector<Upload> uploads() const;
 
   private:
     std::string work_;

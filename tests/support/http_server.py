@@ -2,8 +2,8 @@
 """http_server.py FOLDER WORK [--secure]: serves the files of a folder, well or badly.
 
 It listens on a free port of 127.0.0.1, prints the port, and ends when its standard input ends. WORK
-is a folder for what it writes: "requests" gets a line for each request, its path and, behind a
-space, its Range; with --secure "certificate.pem" is what to trust.
+is a folder for what it writes: "requests" gets a line for each request, its path, "PUT" in front and
+its Range behind where there is one; with --secure "certificate.pem" is what to trust.
 
 /NAME is a file, with Range, If-Range and ETag. Words in front of the name, as in /cut/no-etag/NAME,
 make it misbehave:
@@ -24,10 +24,15 @@ make it misbehave:
   status           answers with the status that the name is
 
 /redirect-loop redirects to itself, /redirect-to/ADDRESS to the address (with %-escapes).
+
+What is PUT is kept in WORK: "uploads" gets a line for each, its path, and "upload_N" is the Nth body
+from 1. Of the words, redirect (which keeps the method), status, hang, cut (no answer at all) and
+chatter (an answer without an end) make a difference.
 """
 
 import hashlib
 import http.server
+import itertools
 import os
 import ssl
 import subprocess
@@ -41,6 +46,7 @@ secure = "--secure" in sys.argv[3:]
 released = threading.Event()
 log_lock = threading.Lock()
 seen_paths = set()
+upload_numbers = itertools.count(1)
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -51,8 +57,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def do_GET(self):
         asked = self.headers.get("Range", "")
-        with log_lock, open(os.path.join(work, "requests"), "a", encoding="utf-8") as log:
-            log.write(f"{self.path} {asked}".rstrip() + "\n")
+        self.note("requests", f"{self.path} {asked}".rstrip())
+        with log_lock:
             is_first = self.path not in seen_paths
             seen_paths.add(self.path)
         *words, name = self.path.partition("?")[0].lstrip("/").split("/")
@@ -69,6 +75,33 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.answer(int(name), {}, b"no image")
         else:
             self.send_file(words, name)
+
+    @staticmethod
+    def note(name, line):
+        with log_lock, open(os.path.join(work, name), "a", encoding="utf-8") as log:
+            log.write(line + "\n")
+
+    def do_PUT(self):
+        self.note("requests", f"PUT {self.path}")
+        *words, name = self.path.partition("?")[0].lstrip("/").split("/")
+        if "hang" in words:
+            released.wait()
+        body = self.rfile.read(int(self.headers["Content-Length"]))
+        if "redirect" in words:
+            words.remove("redirect")
+            self.answer(307, {"Location": "/" + "/".join([*words, name])}, b"moved")
+            return
+        with open(os.path.join(work, f"upload_{next(upload_numbers)}"), "wb") as file:
+            file.write(body)
+        self.note("uploads", self.path)
+        if "chatter" in words:
+            self.begin(200, {})
+            for _ in itertools.count():
+                self.wfile.write(b"thank you very much\n")
+        elif "cut" in words:
+            self.close_connection = True
+        else:
+            self.answer(int(name) if "status" in words else 201, {}, b"")
 
     def answer(self, status, headers, body):
         self.begin(status, {**headers, "Content-Length": str(len(body))})

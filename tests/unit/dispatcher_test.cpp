@@ -122,7 +122,12 @@ TEST_F(DispatcherTest, KeepsTheOrderOfTheProtocolsList)
                          "HG_GET_UPDATE_STATUS",
                          "HG_IMAGE_UPDATE",
                          "GET_WIFI_CHANNEL_LIST",
+                         "GET_TSLINK_TOPOLOGY_INFO",
                          "HG_LOCAL_RECOVERY",
+                         "GET_HG_LOG",
+                         "SET_UPDATE_SCHEDULE",
+                         "GET_UPDATE_SCHEDULE",
+                         "GET_UPDATE_STATUS",
                          "RESPONSE_ROUTER_VERSION",
                      }));
 }

@@ -97,6 +97,14 @@ typedef void (*SimulatedGatewayProgress)(const char *task, int32_t percent, void
 SIMULATED_GATEWAY_API void simulated_gateway_on_progress(SimulatedGatewayProgress report,
                                                          void *context);
 
+/*
+ * Writes the MAC address of the router's LAN bridge into mac (size bytes, of which it takes 18), as
+ * 3C:6A:D2:10:4F:20. Child routers name it as that of their parent when they hang from the main
+ * router. Result: 0, or -1 when no gateway can be opened or there is no room; mac then holds an
+ * empty text, unless size is 0.
+ */
+SIMULATED_GATEWAY_API int32_t simulated_gateway_bridge_mac(char *mac, size_t size);
+
 #ifdef __cplusplus
 }
 #endif

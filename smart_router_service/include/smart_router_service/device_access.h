@@ -1133,6 +1133,331 @@ int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info);
 /* Switches the protection of the entry on (1) or off (0). Any result but 0 is a failure. */
 int32_t devapi_set_protect_enable(int32_t enable, int32_t index);
 
+/* ---- Update schedule and log upload --------------------------------------------------------- */
+
+/* The time of the day in which the router may update itself. */
+typedef struct UpdateSchedule {
+    char Enable[2];      /* "1" when it may */
+    char StartHour[8];   /* hour of the beginning */
+    char StartMinute[8]; /* its minute */
+    char EndHour[8];     /* hour of the end */
+    char EndMinute[8];   /* its minute */
+} UpdateSchedule;
+
+DEVAPI_RECORD_SIZE(UpdateSchedule, 34);
+DEVAPI_RECORD_FIELD(UpdateSchedule, Enable, 0, 2);
+DEVAPI_RECORD_FIELD(UpdateSchedule, StartHour, 2, 8);
+DEVAPI_RECORD_FIELD(UpdateSchedule, StartMinute, 10, 8);
+DEVAPI_RECORD_FIELD(UpdateSchedule, EndHour, 18, 8);
+DEVAPI_RECORD_FIELD(UpdateSchedule, EndMinute, 26, 8);
+
+/* Fills schedule. Any result but 0 is a failure, and then schedule is not read. */
+int32_t devapi_get_update_schedule(UpdateSchedule *schedule);
+
+/* Applies the schedule. Only -1 is a failure. */
+int32_t devapi_set_update_schedule(const UpdateSchedule *schedule);
+
+/*
+ * Sends the router's log to an address.
+ *
+ * url:      the address as it came from outside, of any length.
+ * log_type: which log, as the platform names it.
+ * mac:      the router's MAC address without colons.
+ *
+ * The result is not looked at.
+ */
+int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac);
+
+/* ---- Mesh: routers and stations ------------------------------------------------------------- */
+
+/* The most child routers of a mesh, stations of a child router, mesh links of a router and children
+ * of a child router that are reported. */
+#define MESH_MAX_CHILD_ROUTERS 8
+#define MESH_MAX_STATIONS 64
+#define MESH_MAX_LINKS 8
+#define MESH_MAX_CHILDREN 32
+
+/* The child routers of the mesh. */
+typedef struct ChildRouterList {
+    int32_t identifiers[MESH_MAX_CHILD_ROUTERS]; /* by which the other functions know them */
+    int32_t count;                               /* how many there are */
+} ChildRouterList;
+
+DEVAPI_RECORD_SIZE(ChildRouterList, 36);
+DEVAPI_RECORD_FIELD(ChildRouterList, identifiers, 0, 32);
+DEVAPI_RECORD_FIELD(ChildRouterList, count, 32, 4);
+
+/* Fills list. Any result but 0 is a failure, and then list is not read. */
+int32_t devapi_get_childrouter_list(ChildRouterList *list);
+
+/* A link of a router to another one. */
+typedef struct MeshLink {
+    char nexthopMAC[32]; /* MAC address of the other router */
+    char interface[24];  /* network interface */
+    char dbm[16];        /* signal strength */
+} MeshLink;
+
+DEVAPI_RECORD_SIZE(MeshLink, 72);
+DEVAPI_RECORD_FIELD(MeshLink, nexthopMAC, 0, 32);
+DEVAPI_RECORD_FIELD(MeshLink, interface, 32, 24);
+DEVAPI_RECORD_FIELD(MeshLink, dbm, 56, 16);
+
+/* Fills the link by which the main router reaches the child router. Any result but 0 is a failure,
+ * and then the child router is left out. */
+int32_t devapi_get_router_mesh_info(MeshLink *link, int32_t identifier);
+
+/* A child router. */
+typedef struct ChildRouterInfo {
+    char RouterDeviceID[32];        /* identifier of the device */
+    char Name[64];                  /* its name */
+    char Mac[64];                   /* MAC address, which selects its stations */
+    char NetStatus[8];              /* whether it is online */
+    char ChildRouterAccessType[8];  /* how it reaches its parent */
+    char UpSpeed[16];               /* upstream rate at this moment */
+    char DownSpeed[16];             /* downstream rate at this moment */
+    char ip[32];                    /* IP address */
+    char FWVersion[32];             /* firmware version */
+    char FWDATA[32];                /* date of the firmware */
+    char UpTime[16];                /* time since it started */
+    char DeviceType[32];            /* kind of device */
+    char AreaCode[16];              /* code of the operator's area */
+    char HWVersion[16];             /* hardware version */
+    char Wlan1Mac[32];              /* MAC address of the second wireless interface */
+    char Wlan0Mac[32];              /* MAC address of the first wireless interface */
+    char ParentMac[32];             /* MAC address of the router that it hangs from */
+    char dbm[8];                    /* signal strength */
+    MeshLink links[MESH_MAX_LINKS]; /* its mesh links */
+    int32_t link_count;             /* how many there are */
+    char Reserved[16];              /* not used */
+    char LinkSpeed[16]; /* speed of its link; only filled for a path of the parameter tree */
+} ChildRouterInfo;
+
+DEVAPI_RECORD_SIZE(ChildRouterInfo, 1100);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, RouterDeviceID, 0, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, Name, 32, 64);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, Mac, 96, 64);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, NetStatus, 160, 8);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, ChildRouterAccessType, 168, 8);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, UpSpeed, 176, 16);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, DownSpeed, 192, 16);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, ip, 208, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, FWVersion, 240, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, FWDATA, 272, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, UpTime, 304, 16);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, DeviceType, 320, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, AreaCode, 352, 16);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, HWVersion, 368, 16);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, Wlan1Mac, 384, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, Wlan0Mac, 416, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, ParentMac, 448, 32);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, dbm, 480, 8);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, links, 488, 576);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, link_count, 1064, 4);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, Reserved, 1068, 16);
+DEVAPI_RECORD_FIELD(ChildRouterInfo, LinkSpeed, 1084, 16);
+
+/* Fills info for the identifier of a child router, or for the host index of one. Any result but 0
+ * is a failure, and then info is not read. */
+int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
+
+/* Where a child router hangs in the mesh. */
+typedef struct ChildMeshInfo {
+    char Mac[32];       /* MAC address of the mesh interface */
+    char ChildMac[32];  /* MAC address of the child router */
+    char ParentMac[32]; /* MAC address of the router that it hangs from */
+    char Reserved[104]; /* not used */
+} ChildMeshInfo;
+
+DEVAPI_RECORD_SIZE(ChildMeshInfo, 200);
+DEVAPI_RECORD_FIELD(ChildMeshInfo, Mac, 0, 32);
+DEVAPI_RECORD_FIELD(ChildMeshInfo, ChildMac, 32, 32);
+DEVAPI_RECORD_FIELD(ChildMeshInfo, ParentMac, 64, 32);
+DEVAPI_RECORD_FIELD(ChildMeshInfo, Reserved, 96, 104);
+
+/* Fills info for the identifier of a child router. Any result but 0 is a failure, and then the
+ * child router is left out. */
+int32_t devapi_get_child_mesh_info(ChildMeshInfo *info, int32_t identifier);
+
+/* The routers that hang from a child router. */
+typedef struct ChildMeshList {
+    int32_t count;                             /* how many there are */
+    ChildMeshInfo children[MESH_MAX_CHILDREN]; /* of each of which only Mac is read */
+} ChildMeshList;
+
+DEVAPI_RECORD_SIZE(ChildMeshList, 6404);
+DEVAPI_RECORD_FIELD(ChildMeshList, count, 0, 4);
+DEVAPI_RECORD_FIELD(ChildMeshList, children, 4, 6400);
+
+/* Fills list for the child router with the MAC address. Any result but 0 is a failure, and then
+ * list is not read. */
+int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list);
+
+/* The stations of a child router. */
+typedef struct ChildStationList {
+    int32_t indexes[MESH_MAX_STATIONS]; /* by which devapi_get_childsta_base_info() knows them */
+    int32_t count;                      /* how many there are */
+} ChildStationList;
+
+DEVAPI_RECORD_SIZE(ChildStationList, 260);
+DEVAPI_RECORD_FIELD(ChildStationList, indexes, 0, 256);
+DEVAPI_RECORD_FIELD(ChildStationList, count, 256, 4);
+
+/* Fills list for the child router with the MAC address. Any result but 0 is a failure, and then
+ * list is not read. */
+int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
+
+/* Fills info for the station with the index in HostIndex. Any result but 0 is a failure: there is
+ * no such station. */
+int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
+
+/* Sets *count to the number of places in the table of attached devices, also those without a
+ * device: devapi_get_ad_base_info() answers 1000 for these. argument is not used by the plug-in,
+ * which hands over 0. Any result but 0 is a failure. */
+int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument);
+
+/* Writes the model of the router into model; size is one less than its width. Any result but 0 is a
+ * failure, and then model is not read. */
+int32_t devapi_get_devicemodel(char *model, int32_t size);
+
+/* Writes the code of the operator's area into code, size bytes at most. Any result but 0 is a
+ * failure, and then code is not read. */
+int32_t devapi_get_basic_area_code(char *code, int32_t size);
+
+/* The kind of mesh; 2 is one in which child routers may hang from each other. */
+int32_t devapi_get_mesh_type(void);
+
+/* Has the mesh measure the speed of its links anew. Any result but 0 is a failure, which is only
+ * logged. */
+int32_t devapi_call_tslink_set_topo_speed(void);
+
+/* Sets *hours to the offset of local time from UTC; it is 0 before. The result is not looked at. */
+int32_t devapi_get_local_timezone(int32_t *hours);
+
+/* 1 when the table of attached devices gives times in local time, else they are in UTC. */
+int32_t devapi_get_systerm_timetype(void);
+
+/* The load of the router. */
+typedef struct DevStatusInfo {
+    char Reserved[64]; /* not used */
+    char Cpu[32];      /* CPU load */
+    char Memory[32];   /* memory load */
+} DevStatusInfo;
+
+DEVAPI_RECORD_SIZE(DevStatusInfo, 128);
+DEVAPI_RECORD_FIELD(DevStatusInfo, Reserved, 0, 64);
+DEVAPI_RECORD_FIELD(DevStatusInfo, Cpu, 64, 32);
+DEVAPI_RECORD_FIELD(DevStatusInfo, Memory, 96, 32);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_dev_status_info(DevStatusInfo *info);
+
+/* ---- Mesh: the topology as a list of relations ---------------------------------------------- */
+
+/* Width of the text of devapi_get_topo_relation_ship(), in bytes. */
+#define TOPO_RELATION_SIZE 256
+
+/* Writes the relations of the mesh as a text for devapi_handle_topo_struct() into text; size is one
+ * less than its width. Any result but 0 is a failure, and then text is not read. */
+int32_t devapi_get_topo_relation_ship(char *text, int32_t size);
+
+/* Sets *count to the number of relations. Any result but 0 is a failure. */
+int32_t devapi_get_topo_relation_num(int32_t *count);
+
+/* A router in the topology, in a list. */
+typedef struct TopoNode {
+    int32_t level;         /* steps from the Internet: the main router has 1, child routers more */
+    int32_t Reserved[2];   /* the device library's own */
+    struct TopoNode *next; /* NULL at the end */
+} TopoNode;
+
+DEVAPI_RECORD_SIZE_32(TopoNode, 16);
+DEVAPI_RECORD_OFFSET_32(TopoNode, next, 12);
+
+/* Makes a list of the relations: fills first, which the plug-in has taken from calloc(), and
+ * appends further nodes. Any result but 0 is a failure; the list as it is then is walked all the
+ * same. */
+int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first);
+
+/* Completes the list for the number of relations. The result is not looked at. */
+int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first);
+
+/* Frees the whole list, first included, by free(). */
+void devapi_free_topo_list(TopoNode *first);
+
+/* A router of the topology. */
+typedef struct NodeDevInfo {
+    char Mac[64];       /* MAC address */
+    char ip[32];        /* IP address */
+    char AccessType[8]; /* how it reaches its parent */
+    char dbm[8];        /* signal strength */
+    char FWVersion[64]; /* firmware version */
+    char LinkSpeed[16]; /* speed of its link */
+} NodeDevInfo;
+
+DEVAPI_RECORD_SIZE(NodeDevInfo, 192);
+DEVAPI_RECORD_FIELD(NodeDevInfo, Mac, 0, 64);
+DEVAPI_RECORD_FIELD(NodeDevInfo, ip, 64, 32);
+DEVAPI_RECORD_FIELD(NodeDevInfo, AccessType, 96, 8);
+DEVAPI_RECORD_FIELD(NodeDevInfo, dbm, 104, 8);
+DEVAPI_RECORD_FIELD(NodeDevInfo, FWVersion, 112, 64);
+DEVAPI_RECORD_FIELD(NodeDevInfo, LinkSpeed, 176, 16);
+
+/* Fills info for the node. Any result but 0 is a failure, and then the node is left out. */
+int32_t devapi_get_node_dev_info(const TopoNode *node, NodeDevInfo *info);
+
+/* A device attached to a router of the topology, in a list. */
+typedef struct NodeBaseInfo {
+    int32_t Kind;              /* 1 for the list's own first node, which is no device */
+    char Mac[96];              /* MAC address */
+    struct NodeBaseInfo *next; /* NULL at the end */
+} NodeBaseInfo;
+
+DEVAPI_RECORD_SIZE_32(NodeBaseInfo, 104);
+DEVAPI_RECORD_FIELD(NodeBaseInfo, Kind, 0, 4);
+DEVAPI_RECORD_FIELD(NodeBaseInfo, Mac, 4, 96);
+DEVAPI_RECORD_OFFSET_32(NodeBaseInfo, next, 100);
+
+/* Appends the devices attached to the node's router to the list that begins with first. The plug-in
+ * frees every node by free(), also after a failure, so they have to come from malloc() one by one.
+ * Any result but 0 is a failure, and then the list is not read. */
+int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first);
+
+/* Width of the text of devapi_get_viewmac_by_mac(), in bytes. */
+#define VIEW_MAC_SIZE 32
+
+/* Writes the form in which users know a router's MAC address into view. Any result but 0 is a
+ * failure, and then view is not read. */
+int32_t devapi_get_viewmac_by_mac(const char *mac, char *view);
+
+/* Sets *index to the host index of the device with the MAC address. Result: 1 when there is one;
+ * anything else is a failure, and then *index is not read. */
+int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
+
+/* ---- Mesh: the topology as a tree of parameters --------------------------------------------- */
+
+/* Width of the values of the parameter tree, in bytes. */
+#define TOPO_VALUE_SIZE 32
+
+/* Writes the value of a parameter, such as
+ * "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.X_TS_Active", into value. Any result but 0 is a
+ * failure, which ends the report. */
+int32_t devapi_topo_xml_getinfo(const char *path, char *value);
+
+/* Fills info for a router by its path, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
+ * Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *info);
+
+/* The stations of a router. */
+typedef struct StationList {
+    int32_t count;                          /* how many there are */
+    AdBaseInfo stations[MESH_MAX_STATIONS]; /* the stations themselves */
+} StationList;
+
+DEVAPI_RECORD_SIZE(StationList, 41988);
+
+/* Fills list for a router by its path. Any result but 0 is a failure, and then list is not read. */
+int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);
+
 #ifdef __cplusplus
 }
 #endif

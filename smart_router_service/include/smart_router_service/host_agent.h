@@ -64,6 +64,17 @@ void getmd5(const char *text, char *out);
  */
 void mac_form_translate(const char *in, int32_t form, char *out);
 
+/* Width of the buffer that ts_sys_mgr_get_brmac() writes into, in bytes, terminator included. */
+#define HG_BRIDGE_MAC_SIZE 32
+
+/* Writes the MAC address of the router's LAN bridge into mac, HG_BRIDGE_MAC_SIZE bytes wide and
+ * zeroed before; it stays empty when the address is not known. */
+void ts_sys_mgr_get_brmac(char *mac);
+
+/* Whether the device with the host index is left out of the topology report, because something else
+ * in the report stands for it: 0 when it is not. */
+int32_t dev_is_exist(int32_t index);
+
 /*
  * Hands a message to the IoT agent, which passes it on to the platform and so to the app.
  *

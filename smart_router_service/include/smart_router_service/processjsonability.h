@@ -75,6 +75,36 @@ SMART_ROUTER_API int32_t json_get_home_page_info(cJSON *obj);
  */
 SMART_ROUTER_API int32_t parse_wifi_set_info_from_json(SsidInfo *record, cJSON *item);
 
+/*
+ * Adds what is known of the main router: "Status" "0" and its state, addresses and versions, at
+ * length or, for an area code with "TH_OLV", in short; or "Status" "1" and "FailReason" "get base
+ * info error!" when nothing is known at all. Result: 0, or -1 on failure.
+ */
+SMART_ROUTER_API int32_t json_get_main_router_info(cJSON *obj);
+
+/* Adds "MainBaseInfo", an array of the devices attached to the main router that are online. Result:
+ * 0, or -1, with obj untouched, when memory ran out. */
+SMART_ROUTER_API int32_t json_get_main_router_baseinfo(cJSON *obj);
+
+/* Adds "ChildRouter", an array of the child routers with their stations, from the topology's list
+ * of relations; empty while the mesh is off. Result: 0, or -1, with obj untouched, when memory ran
+ * out. */
+SMART_ROUTER_API int32_t json_get_topo_router_info(cJSON *obj);
+
+/* The same from the tree of parameters. Result: 0, or -1, with obj untouched, when a parameter
+ * could not be read or memory ran out. */
+SMART_ROUTER_API int32_t json_get_topo_router_agent_info_bynewmethod(cJSON *obj);
+
+/*
+ * Adds the stations of one router in the tree of parameters, 32 at most.
+ *
+ * which: "main" adds them as "MainBaseInfo", anything else as "ChildBaseInfo".
+ * path:  the router's, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
+ *
+ * Result: 0, or -1, with obj untouched, when memory ran out.
+ */
+SMART_ROUTER_API int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path);
+
 /* ---- Work that the agent starts by itself -----------------------------------------------------
  */
 
@@ -112,6 +142,14 @@ SMART_ROUTER_API void *pthread_hg_image_upgrade(void *argument);
  * and leaves it untouched when the text with its terminator would not fit.
  */
 extern SMART_ROUTER_API char *info_wersion;
+
+/*
+ * How many devices the last topology report came to, and how many of them are the main router's
+ * own. GET_TSLINK_TOPOLOGY_INFO sets both to 0 and counts; the first ends at 33 where there were
+ * more than the 32 that are reported. Not guarded.
+ */
+extern SMART_ROUTER_API int32_t g_dev_num;
+extern SMART_ROUTER_API int32_t g_active_num;
 
 /*
  * Held while an image is downloaded or flashed: by a worker of UPDATE_IMMEDIATE,

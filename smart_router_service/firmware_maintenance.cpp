@@ -1,0 +1,126 @@
+// Around firmware: when the router may update itself, what all routers of the mesh run, and the log
+// that the platform asks for when something went wrong.
+#include "firmware_maintenance.h"
+
+#include "firmware_update.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kSchedule = fields_of<UpdateSchedule>({
+    FIELD(UpdateSchedule, "Enable", Enable),
+    FIELD(UpdateSchedule, "StartHour", StartHour),
+    FIELD(UpdateSchedule, "StartMinute", StartMinute),
+    FIELD(UpdateSchedule, "EndHour", EndHour),
+    FIELD(UpdateSchedule, "EndMinute", EndMinute),
+});
+
+constexpr auto kChildFirmware = fields_of<ChildRouterInfo>({
+    FIELD(ChildRouterInfo, "DeviceID", RouterDeviceID),
+    FIELD(ChildRouterInfo, "name", Name),
+    FIELD(ChildRouterInfo, "HWVersion", HWVersion),
+    FIELD(ChildRouterInfo, "FWVersion", FWVersion),
+    FIELD(ChildRouterInfo, "FWDATA", FWDATA),
+    FIELD(ChildRouterInfo, "DeviceType", DeviceType),
+    FIELD(ChildRouterInfo, "AreaCode", AreaCode),
+});
+
+} // namespace
+
+HANDLER(json_get_update_schedule,
+        (query<devapi_get_update_schedule, StatusAt::kLast>(kSchedule,
+                                                            "Get update schedule failed")))
+HANDLER(json_set_update_schedule, (setting<devapi_set_update_schedule, Consume::kAlways, minus_one>(
+                                      kSchedule, "Set update schedule failed", "parameter error")))
+
+int32_t json_insert_childrouter_update_info(cJSON *item, const ChildRouterInfo *router)
+{
+    if (item == nullptr || router == nullptr) {
+        LOG_ERROR("child_router_info is NULL\n");
+        return -1;
+    }
+    Reply reply;
+    reply.text("up_status", "0");
+    reply.fields(kChildFirmware, router);
+    return reply.join(item) ? 0 : -1;
+}
+
+int32_t json_get_child_router_update_info(cJSON *array)
+{
+    ChildRouterList children;
+    read_or_empty<devapi_get_childrouter_list>(children);
+    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+        JsonItem item(cJSON_CreateObject());
+        if (item.get() == nullptr) {
+            LOG_ERROR("create child_router_itme err\n");
+            return -1;
+        }
+        ChildRouterInfo router = {};
+        const int32_t result = devapi_get_childrouter_info(&router, children.identifiers[at]);
+        if (result != 0) {
+            LOG_ERROR("get child_router_info err %d\n", result);
+            continue;
+        }
+        if (json_insert_childrouter_update_info(item.get(), &router) != 0) {
+            LOG_ERROR("create child_router_itme err\n");
+            return -1;
+        }
+        cJSON_AddItemToArray(array, item.release());
+    }
+    return 0;
+}
+
+int32_t json_get_update_status(cJSON *obj)
+{
+    constexpr char kFailure[] = "Get mainrouter update status failed";
+    JsonItem router(cJSON_CreateObject());
+    if (router.get() == nullptr || json_hg_get_update_status(router.get()) != 0) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.add("MainRouter", router.release());
+    cJSON *children = cJSON_CreateArray();
+    if (children != nullptr) {
+        json_get_child_router_update_info(children);
+        reply.add("ChildRouter", children);
+    }
+    reply.success();
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_send_log_to_platform(cJSON *obj)
+{
+    constexpr char kNoMac[] = "json node: get dev mac error";
+    char mac[24] = "";
+    if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
+        fail(obj, kNoMac);
+        return -1;
+    }
+    mac[sizeof mac - 1] = '\0';
+    char bare_mac[24] = "";
+    mac_form_translate(mac, HG_MAC_BARE, bare_mac);
+    LOG_DEBUG("dev_mac = %s br0_mac = %s\n", mac, bare_mac);
+    cJSON *url = cJSON_GetObjectItem(obj, "UploadUrl");
+    if (text_of(url) == nullptr) {
+        fail(obj, "json node: UploadUrl not found");
+        return -1;
+    }
+    const char *log_type = text_of(cJSON_GetObjectItem(obj, "LogType"));
+    if (log_type == nullptr) {
+        fail(obj, "json node: LogType not found");
+        return -1;
+    }
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, kNoMac)) {
+        return -1;
+    }
+    // Sending takes as long as it takes; the platform sees for itself whether a log arrives.
+    devapi_get_hg_log(text_of(url), log_type, bare_mac);
+    consume(obj, url);
+    success.join(obj);
+    return 0;
+}

@@ -1,0 +1,85 @@
+#include "mesh_report.h"
+
+#include <stdio.h>
+#include <time.h>
+
+namespace smart_router {
+
+namespace {
+
+constexpr auto kMeshLink = fields_of<MeshLink>({
+    FIELD(MeshLink, "nexthopMAC", nexthopMAC),
+    FIELD(MeshLink, "dbm", dbm),
+    FIELD(MeshLink, "interface", interface),
+});
+
+} // namespace
+
+void read_model(Model &model)
+{
+    memset(model, 0, sizeof model);
+    if (devapi_get_devicemodel(model, sizeof model - 1) != 0) {
+        model[0] = '\0';
+    }
+}
+
+void read_area_code(AreaCode &code, int32_t size)
+{
+    memset(code, 0, sizeof code);
+    if (devapi_get_basic_area_code(code, size) != 0) {
+        code[0] = '\0';
+    }
+}
+
+bool wants_mesh_links(const AreaCode &code)
+{
+    return contains(code, "ARVEN") || contains(code, "KOLM") || contains(code, "SEDRANO");
+}
+
+void read_bridge_mac(BridgeMac &mac)
+{
+    memset(mac, 0, sizeof mac);
+    ts_sys_mgr_get_brmac(mac);
+}
+
+cJSON *mesh_links_of(const ChildRouterInfo &router)
+{
+    JsonItem links(cJSON_CreateArray());
+    if (links.get() == nullptr) {
+        LOG_ERROR("create mesh_json err");
+        return nullptr;
+    }
+    for (size_t at = 0; at < clamped(router.link_count, MESH_MAX_LINKS); ++at) {
+        cJSON *link = object_of(kMeshLink, &router.links[at]);
+        if (link == nullptr) {
+            return nullptr;
+        }
+        cJSON_AddItemToArray(links.get(), link);
+    }
+    return links.release();
+}
+
+void complete_station(ReportedDevice *station)
+{
+    copy_text(station->DevModle, "Tessaline");
+    copy_text(station->OS, "3");
+}
+
+int32_t zone_hours()
+{
+    int32_t hours = 0;
+    return devapi_get_local_timezone(&hours) == 0 ? hours : 0;
+}
+
+void put_elapsed(AdBaseInfo *device, int32_t hours_ahead)
+{
+    // Unsigned, so that no time that a device makes up can overflow.
+    const auto now = static_cast<uint64_t>(time(nullptr));
+    const auto start =
+        static_cast<uint64_t>(strtoll(Ended(device->AccessTime).text(), nullptr, 10));
+    const uint64_t ahead = static_cast<uint64_t>(static_cast<int64_t>(hours_ahead) * 3600);
+    snprintf(device->AccessTime, sizeof device->AccessTime, "%d",
+             static_cast<int32_t>(now - start - ahead));
+}
+
+} // namespace smart_router

@@ -1,0 +1,47 @@
+// What the two families of mesh reports share: the operators' area codes, the devices attached to a
+// router, and the links between routers.
+#pragma once
+
+#include "handler_support.h"
+
+namespace smart_router {
+
+// The model that operators sell, and whose mesh is reported in their own way.
+constexpr char kOperatorModel[] = "QX2040B";
+
+using Model = char[32];
+// Reads the model of the router; empty when it is not known.
+void read_model(Model &model);
+
+using AreaCode = char[32];
+// Reads the code of the operator's area, into so many bytes of it; empty when it is not known.
+void read_area_code(AreaCode &code, int32_t size = sizeof(AreaCode) - 1);
+// Whether the code is that of one of the three operators that want to see the links between
+// routers.
+bool wants_mesh_links(const AreaCode &code);
+
+// Reads the MAC address of the LAN bridge, by which child routers know the main router.
+using BridgeMac = char[HG_BRIDGE_MAC_SIZE];
+void read_bridge_mac(BridgeMac &mac);
+
+// The mesh links of a router, as an array that belongs to the caller; null when memory ran out.
+cJSON *mesh_links_of(const ChildRouterInfo &router);
+
+// An attached device as it is reported: its record, and what is said of it beside.
+struct ReportedDevice {
+    AdBaseInfo info;
+    char DevModle[10];
+    char OS[2];
+};
+
+// Completes a station of a child router, for which model and operating system are fixed.
+void complete_station(ReportedDevice *station);
+
+// The offset of local time from UTC in hours; 0 when it is not known.
+int32_t zone_hours();
+
+// Replaces the time since when the device is attached by the seconds that have passed since then. A
+// time that was given in local time is so many hours ahead.
+void put_elapsed(AdBaseInfo *device, int32_t hours_ahead);
+
+} // namespace smart_router

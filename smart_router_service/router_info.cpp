@@ -1,0 +1,252 @@
+// The main router, the devices attached to it, and the stations of any router, as the agent reports
+// them by itself.
+#include "router_info.h"
+
+#include <stdio.h>
+
+using namespace smart_router;
+
+namespace {
+
+// ---- The main router ---------------------------------------------------------------------------
+
+constexpr auto kRouterInBrief = fields_of<HgBaseInfo>({
+    FIELD(HgBaseInfo, "DeviceType", DeviceType),
+    FIELD(HgBaseInfo, "WiFiStatus1", WiFiStatus1),
+    FIELD(HgBaseInfo, "WiFiStatus2", WiFiStatus2),
+    FIELD(HgBaseInfo, "Name", Name),
+    FIELD(HgBaseInfo, "FWVersion", FWVersion),
+});
+
+constexpr auto kWanAddress = fields_of<WanIpInfo>({FIELD(WanIpInfo, "ip", ip)});
+
+constexpr auto kLoad = fields_of<DevStatusInfo>({
+    FIELD(DevStatusInfo, "Cpu", Cpu),
+    FIELD(DevStatusInfo, "Memory", Memory),
+});
+
+constexpr auto kLanAddress = fields_of<LanIpInfo>({FIELD(LanIpInfo, "LanIp", GatewayLanIP)});
+
+constexpr auto kWanNeighbours = fields_of<WanIpInfo>({
+    FIELD(WanIpInfo, "WanGateWay", WanGateWay),
+    FIELD(WanIpInfo, "Dns", Dns),
+});
+
+constexpr auto kRouterAtLength = fields_of<HgBaseInfo>({
+    FIELD(HgBaseInfo, "Mac", Mac),
+    FIELD(HgBaseInfo, "UpSpeed", UpSpeed),
+    FIELD(HgBaseInfo, "DownSpeed", DownSpeed),
+    FIELD(HgBaseInfo, "SSID1", SSID1),
+    FIELD(HgBaseInfo, "SSID2", SSID2),
+    FIELD(HgBaseInfo, "HWVersion", HWVersion),
+    FIELD(HgBaseInfo, "FWDATA", FWDATA),
+    FIELD(HgBaseInfo, "UpTime", UpTime),
+    FIELD(HgBaseInfo, "WanUptime", WanUptime),
+    FIELD(HgBaseInfo, "ConfiguerStatus", ConfiguerStatus),
+    FIELD(HgBaseInfo, "WanConMode", WanLinkMode),
+    FIELD(HgBaseInfo, "AddressType", AddressType),
+    FIELD(HgBaseInfo, "cpuusage", Cpu),
+    FIELD(HgBaseInfo, "ramusage", Memory),
+    FIELD(HgBaseInfo, "FireWallEnable", FireWallEnable),
+});
+
+constexpr auto kRadioAddresses = fields_of<HgBaseInfo>({
+    FIELD(HgBaseInfo, "Wlan0Mac", Wlan0Mac),
+    FIELD(HgBaseInfo, "Wlan1Mac", Wlan1Mac),
+});
+
+bool is_connected(const WanIpInfo &wan)
+{
+    return holds(wan.ConnectionState, "Connected") || holds(wan.ConnectionState, "Connecting");
+}
+
+// ---- The devices attached to the main router ---------------------------------------------------
+
+// The result of devapi_get_ad_base_info() for an index without a device.
+constexpr int32_t kNoDevice = 1000;
+
+constexpr auto kDeviceKind = fields_of<ReportedDevice>({
+    FIELD(ReportedDevice, "DevType", DevModle),
+    FIELD(ReportedDevice, "DevModle", info.DevType),
+});
+
+constexpr auto kDevice = fields_of<AdBaseInfo>({
+    FIELD(AdBaseInfo, "AccessType", AccessType),
+    FIELD(AdBaseInfo, "NetStatus", NetStatus),
+    FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
+    FIELD(AdBaseInfo, "Mac", Mac),
+    FIELD(AdBaseInfo, "Name", Name),
+    FIELD(AdBaseInfo, "ByName", ByName),
+    FIELD(AdBaseInfo, "DevFactory", DevFactory),
+    FIELD(AdBaseInfo, "AccessTime", AccessTime),
+    FIELD(AdBaseInfo, "ip", ip),
+    FIELD(AdBaseInfo, "UpSpeed", UpSpeed),
+    FIELD(AdBaseInfo, "DownSpeed", DownSpeed),
+});
+
+const char *kind_code(const AdBaseInfo &device)
+{
+    if (holds(device.DevType, "Computer")) {
+        return "3";
+    }
+    return holds(device.DevType, "Phone") ? "1" : "0";
+}
+
+// What the app calls a cable, and each of the bands.
+const char *access_code(const AdBaseInfo &device)
+{
+    if (holds(device.AccessCode, "0")) {
+        return "1";
+    }
+    if (!holds(device.AccessCode, "1")) {
+        return "0";
+    }
+    SsidInfo ssid = {};
+    ssid.SSIDIndex = number_in(device.SSIDIndex);
+    if (devapi_get_ssid_info(&ssid) != 0) {
+        return "0";
+    }
+    return number_in(ssid.Type) != 0 ? "4" : "2";
+}
+
+// Devices count in kilobits, the app in bytes.
+template <size_t width> void put_bytes_per_second(char (&speed)[width])
+{
+    const double kilobits = strtod(Ended(speed).text(), nullptr);
+    snprintf(speed, width, "%.02f", kilobits * 1000.0 * 0.125);
+}
+
+// A new object for the device; null when memory ran out. Systems that the device knows by name are
+// left out: the app knows a code for none at all only.
+cJSON *device_object(ReportedDevice *device)
+{
+    AdBaseInfo &info = device->info;
+    copy_text(device->DevModle, kind_code(info));
+    const char *online = number_in(info.NetStatus) != 0 ? "1" : "0";
+    copy_text(info.AccessType, access_code(info));
+    copy_text(info.NetStatus, online);
+    copy_text(info.AccessEnable, online);
+    info.DevFactory[0] = '\0';
+    put_bytes_per_second(info.UpSpeed);
+    put_bytes_per_second(info.DownSpeed);
+
+    JsonItem object(object_of(kDeviceKind, device));
+    const bool complete = object.get() != nullptr &&
+                          (info.OS[0] != '\0' || add_text(object.get(), "OS", "0")) &&
+                          add_fields(object.get(), kDevice, &info);
+    return complete ? object.release() : nullptr;
+}
+
+// ---- Stations ----------------------------------------------------------------------------------
+
+constexpr int32_t kMostStations = 32;
+
+// A new object for a station of a router in the tree of parameters; null when memory ran out.
+cJSON *station_object(const AdBaseInfo &info)
+{
+    ReportedDevice station = {};
+    station.info = info;
+    complete_station(&station);
+    put_elapsed(&station.info, zone_hours());
+    JsonItem object(cJSON_CreateObject());
+    const bool complete = object.get() != nullptr &&
+                          add_text(object.get(), "Mac", station.info.Mac, sizeof info.Mac) &&
+                          add_fields(object.get(), kStation, &station) &&
+                          add_fields(object.get(), kStationDetails, &station);
+    return complete ? object.release() : nullptr;
+}
+
+} // namespace
+
+bool smart_router::wants_short_report(const AreaCode &area)
+{
+    return contains(area, "TH_OLV", Case::kIsIgnored);
+}
+
+bool smart_router::add_own_mac(cJSON *object, const char *key)
+{
+    char mac[32] = "";
+    if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
+        mac[0] = '\0';
+    }
+    return add_text(object, key, mac, sizeof mac);
+}
+
+int32_t json_get_main_router_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "get base info error!";
+    AreaCode area;
+    read_area_code(area);
+    LOG_DEBUG("area_code = %s\n", Ended(area).text());
+    DevStatusInfo status;
+    LanIpInfo lan;
+    WanIpInfo wan;
+    HgBaseInfo base;
+    const bool has_status = read_or_empty<devapi_get_dev_status_info>(status);
+    const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
+    const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
+    const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
+    // A gateway that knows part of itself is still worth showing.
+    if (!has_status && !has_lan && !has_wan && !has_base) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.success();
+    reply.text("NetStatus", is_connected(wan) ? "1" : "0");
+    reply.fields(kRouterInBrief, &base);
+    reply.fields(kWanAddress, &wan);
+    if (wants_short_report(area)) {
+        reply.fields(kLoad, &status);
+        reply.fields(kLanAddress, &lan);
+        reply.fields(kWanNeighbours, &wan);
+    } else {
+        reply.fields(kRouterAtLength, &base);
+        reply.text("NetQuality", "0");
+        reply.fields(kRadioAddresses, &base);
+    }
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_get_main_router_baseinfo(cJSON *obj)
+{
+    Reply reply;
+    cJSON *list = reply.list("MainBaseInfo");
+    int32_t count = 0;
+    if (minus_one(devapi_get_host_num(&count))) {
+        count = 0;
+    }
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        ReportedDevice device = {};
+        device.info.HostIndex = at + 1;
+        const int32_t result = devapi_get_ad_base_info(&device.info);
+        if (minus_one(result)) {
+            break;
+        }
+        if (result != kNoDevice && number_in(device.info.LinkStatus) != 0) {
+            reply.append(list, device_object(&device));
+        }
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
+int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path)
+{
+    const bool is_main = which != nullptr && strcmp(which, "main") == 0;
+    Reply reply;
+    cJSON *list = reply.list(is_main ? "MainBaseInfo" : "ChildBaseInfo");
+    Allocated<StationList> stations;
+    if (stations.get() == nullptr) {
+        reply.add(nullptr, nullptr);
+    } else if (devapi_get_node_sta_info_by_newmetod(stations.get(), path) == 0) {
+        for (size_t at = 0; at < clamped(stations->count, kMostStations); ++at) {
+            reply.append(list, station_object(stations->stations[at]));
+        }
+    }
+    if (!reply.join(obj)) {
+        LOG_ERROR("%s %d cjson create array failed\n", __FILE__, __LINE__);
+        return -1;
+    }
+    return 0;
+}

@@ -1,0 +1,266 @@
+// Child routers as the agent reports them by itself, from the topology's list of relations.
+#include "router_info.h"
+
+using namespace smart_router;
+
+namespace {
+
+// Ends a list that runs into itself at its last node, so that it can be walked and freed.
+template <class Node> void end_list(Node *first)
+{
+    Node *slow = first;
+    Node *fast = first;
+    do {
+        if (fast == nullptr || fast->next == nullptr) {
+            return;
+        }
+        slow = slow->next;
+        fast = fast->next->next;
+    } while (slow != fast);
+    // They have met in the circle, as far from its entry as the first node is.
+    for (slow = first; slow != fast; slow = slow->next) {
+        fast = fast->next;
+    }
+    while (slow->next != fast) {
+        slow = slow->next;
+    }
+    slow->next = nullptr;
+}
+
+// The routers of the topology; the device library fills the list and frees it.
+class Topology {
+  public:
+    Topology() : first_(static_cast<TopoNode *>(calloc(1, sizeof(TopoNode)))) {}
+    ~Topology()
+    {
+        if (first_ != nullptr) {
+            devapi_free_topo_list(first_);
+        }
+    }
+    Topology(const Topology &) = delete;
+    Topology &operator=(const Topology &) = delete;
+
+    TopoNode *first() const { return first_; } // null when memory ran out
+
+  private:
+    TopoNode *first_;
+};
+
+// The devices attached to a router; the device library appends them to a node of ours.
+class AttachedList {
+  public:
+    AttachedList() : first_(static_cast<NodeBaseInfo *>(calloc(1, sizeof(NodeBaseInfo)))) {}
+    ~AttachedList()
+    {
+        while (first_ != nullptr) {
+            NodeBaseInfo *next = first_->next;
+            free(first_);
+            first_ = next;
+        }
+    }
+    AttachedList(const AttachedList &) = delete;
+    AttachedList &operator=(const AttachedList &) = delete;
+
+    NodeBaseInfo *first() const { return first_; } // null when memory ran out
+
+  private:
+    NodeBaseInfo *first_;
+};
+
+// The main router's level is 1.
+constexpr int32_t kFirstChildLevel = 2;
+
+// The kind of the node that only opens a list.
+constexpr int32_t kListHead = 1;
+
+constexpr auto kNode = fields_of<NodeDevInfo>({
+    FIELD(NodeDevInfo, "ip", ip),
+    FIELD(NodeDevInfo, "AccessType", AccessType),
+    FIELD(NodeDevInfo, "LinkSpeed", LinkSpeed),
+    FIELD(NodeDevInfo, "dbm", dbm),
+    FIELD(NodeDevInfo, "FWVersion", FWVersion),
+});
+
+constexpr auto kChildMac = fields_of<ChildMeshInfo>({FIELD(ChildMeshInfo, "childMac", ChildMac)});
+
+// Adds the MAC address in the form in which users know it, or as it stands.
+template <size_t width> bool add_view_mac(cJSON *object, const char *key, const char (&mac)[width])
+{
+    char view[VIEW_MAC_SIZE] = "";
+    if (devapi_get_viewmac_by_mac(Ended(mac).text(), view) == 0) {
+        return add_text(object, key, view, sizeof view);
+    }
+    return add_text(object, key, mac, width);
+}
+
+// Replaces what the topology does not know by what the child router says.
+template <size_t width> bool replace(cJSON *object, const char *key, const char (&value)[width])
+{
+    cJSON_DeleteItemFromObject(object, key);
+    return add_text(object, key, value, width);
+}
+
+// Adds the routers that hang from the one with the MAC address. Result: false when memory ran out.
+bool add_children(cJSON *object, const char *router_mac)
+{
+    Reply reply;
+    cJSON *list = reply.list("ChildInfo");
+    ChildRouterList children;
+    read_or_empty<devapi_get_childrouter_list>(children);
+    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+        ChildMeshInfo child;
+        if (read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
+            holds(child.ParentMac, router_mac)) {
+            reply.append(list, is_unknown(child.ChildMac) ? kMeshMac : kChildMac, &child);
+        }
+    }
+    return reply.join(object);
+}
+
+// Finds the child router among the attached devices. Result: false, with a line in the log, when it
+// is none.
+bool find_child_router(const NodeDevInfo &node, int32_t *index)
+{
+    const Ended mac(node.Mac);
+    LOG_DEBUG("child router mac = %s\n", mac.text());
+    if (devapi_get_hostindex_by_mac(mac.text(), index) != 1) {
+        LOG_ERROR("mac:%s not found in host\n", mac.text());
+        return false;
+    }
+    LOG_DEBUG("get host_index = %d\n", *index);
+    return true;
+}
+
+// Adds what is known of the child router as an attached device. Result: false when memory ran out.
+bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
+{
+    ChildRouterInfo router;
+    read_or_empty<devapi_get_childrouter_info>(router, index);
+    if (!add_fields(object, kChildRouter, &router) ||
+        (is_unknown(node.FWVersion) && !replace(object, "FWVersion", router.FWVersion)) ||
+        (is_unknown(node.ip) && !replace(object, "ip", router.ip))) {
+        return false;
+    }
+    BridgeMac bridge;
+    read_bridge_mac(bridge);
+    const bool has_parent = holds(router.ParentMac, Ended(bridge).text())
+                                ? add_own_mac(object, kParentMac)
+                                : add_view_mac(object, kParentMac, router.ParentMac);
+    return has_parent &&
+           (devapi_get_mesh_type() != 2 || add_children(object, Ended(node.Mac).text()));
+}
+
+// A new object for a device attached to a router: empty when the device is not known, null when
+// memory ran out.
+cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
+{
+    JsonItem object(cJSON_CreateObject());
+    ReportedDevice station = {};
+    AdBaseInfo &info = station.info;
+    int32_t index = 0;
+    if (devapi_get_hostindex_by_mac(Ended(node.Mac).text(), &index) == 1) {
+        info.HostIndex = index;
+    }
+    if (devapi_get_childsta_base_info(&info) != 0) {
+        return object.release();
+    }
+    complete_station(&station);
+    if (is_unknown(info.ByName)) {
+        copy_text(info.ByName, Ended(info.Name).text());
+    }
+    const bool is_short = wants_short_report(area);
+    if (!is_short) {
+        put_elapsed(&info, zone_hours());
+    }
+    const bool complete = object.get() != nullptr &&
+                          add_text(object.get(), "Mac", node.Mac, sizeof node.Mac) &&
+                          add_fields(object.get(), kStation, &station) &&
+                          add_text(object.get(), "dbm", info.Dbm, sizeof info.Dbm) &&
+                          (is_short ? add_fields(object.get(), kAccessTime, &station)
+                                    : add_fields(object.get(), kStationDetails, &station));
+    return complete ? object.release() : nullptr;
+}
+
+} // namespace
+
+int32_t json_get_child_router_baseinfo(const TopoNode *node, cJSON *obj)
+{
+    AreaCode area;
+    read_area_code(area);
+    AttachedList attached;
+    if (attached.first() == nullptr) {
+        return -1;
+    }
+    attached.first()->Kind = kListHead;
+    const int32_t result = devapi_get_node_baseinfo(node, attached.first());
+    end_list(attached.first());
+    if (result != 0) {
+        return 0;
+    }
+    Reply reply;
+    cJSON *list = reply.list("ChildBaseInfo");
+    for (const NodeBaseInfo *at = attached.first(); at != nullptr; at = at->next) {
+        if (at->Kind != kListHead && reply.complete()) {
+            reply.append(list, attached_object(*at, area));
+        }
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
+int32_t json_get_child_router_info(const TopoNode *node, cJSON *array)
+{
+    NodeDevInfo info = {};
+    const int32_t result = devapi_get_node_dev_info(node, &info);
+    if (result != 0) {
+        return result;
+    }
+    JsonItem object(cJSON_CreateObject());
+    bool complete = object.get() != nullptr && add_view_mac(object.get(), "Mac", info.Mac) &&
+                    add_fields(object.get(), kNode, &info);
+    AreaCode area;
+    read_area_code(area);
+    // One operator's child routers are known to the topology alone.
+    if (!contains(area, "OLV", Case::kIsIgnored)) {
+        int32_t index = 0;
+        if (!find_child_router(info, &index)) {
+            return -1;
+        }
+        complete = complete && add_child_router(object.get(), info, index);
+    }
+    if (!complete || json_get_child_router_baseinfo(node, object.get()) != 0) {
+        LOG_ERROR("create childinfo_json err");
+        return -1;
+    }
+    cJSON_AddItemToArray(array, object.release());
+    return 0;
+}
+
+int32_t json_get_topo_router_info(cJSON *obj)
+{
+    Reply reply;
+    cJSON *routers = reply.list("ChildRouter");
+    char relations[TOPO_RELATION_SIZE + 1] = ""; // one more, for a text without an end
+    int32_t mesh = 0;
+    int32_t count = 0;
+    devapi_get_Multi_Ap_enable(&mesh);
+    if (mesh == 1 && devapi_get_topo_relation_ship(relations, TOPO_RELATION_SIZE - 1) == 0 &&
+        devapi_get_topo_relation_num(&count) == 0) {
+        Topology topology;
+        if (topology.first() == nullptr) {
+            return -1;
+        }
+        if (devapi_handle_topo_struct(relations, topology.first()) == 0) {
+            devapi_topo_xml_info_list(count, topology.first());
+        }
+        if (devapi_call_tslink_set_topo_speed() != 0) {
+            LOG_ERROR("call tslink set topo speed failed\n");
+        }
+        end_list(topology.first());
+        for (const TopoNode *node = topology.first(); node != nullptr; node = node->next) {
+            if (node->level >= kFirstChildLevel && routers != nullptr) {
+                json_get_child_router_info(node, routers);
+            }
+        }
+    }
+    return reply.join(obj) ? 0 : -1;
+}

@@ -1,0 +1,152 @@
+// The child routers in the topology report, each with its stations.
+#include "topology_report.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kChildRouter = fields_of<ChildRouterInfo>({
+    FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
+    FIELD(ChildRouterInfo, "Name", Name),
+    FIELD(ChildRouterInfo, "Mac", Mac),
+    FIELD(ChildRouterInfo, "NetStatus", NetStatus),
+    FIELD(ChildRouterInfo, "ChildRouterAccessType", ChildRouterAccessType),
+    FIELD(ChildRouterInfo, "UpSpeed", UpSpeed),
+    FIELD(ChildRouterInfo, "DownSpeed", DownSpeed),
+    FIELD(ChildRouterInfo, "ip", ip),
+    FIELD(ChildRouterInfo, "FWVersion", FWVersion),
+    FIELD(ChildRouterInfo, "FWDATA", FWDATA),
+    FIELD(ChildRouterInfo, "UpTime", UpTime),
+    FIELD(ChildRouterInfo, "DeviceType", DeviceType),
+    FIELD(ChildRouterInfo, "AreaCode", AreaCode),
+    FIELD(ChildRouterInfo, "HWVersion", HWVersion),
+    FIELD(ChildRouterInfo, "Wlan0Mac", Wlan0Mac),
+    FIELD(ChildRouterInfo, "Wlan1Mac", Wlan1Mac),
+    FIELD(ChildRouterInfo, "dbm", dbm),
+});
+
+constexpr auto kStation = fields_of<ReportedDevice>({
+    FIELD(ReportedDevice, "Mac", info.Mac),
+    FIELD(ReportedDevice, "UID", info.UID),
+    FIELD(ReportedDevice, "DevType", info.DevType),
+    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
+    FIELD(ReportedDevice, "DevModle", DevModle),
+    FIELD(ReportedDevice, "Name", info.Name),
+    FIELD(ReportedDevice, "ByName", info.ByName),
+    FIELD(ReportedDevice, "OS", OS),
+    FIELD(ReportedDevice, "Version", info.Version),
+    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
+    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
+    FIELD(ReportedDevice, "AccessType", info.AccessType),
+    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
+    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
+    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
+    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
+    FIELD(ReportedDevice, "ip", info.ip),
+    FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
+    FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
+    FIELD(ReportedDevice, "DownLimit", info.DownLimit),
+    FIELD(ReportedDevice, "UpLimit", info.UpLimit),
+    FIELD(ReportedDevice, "dbm", info.Dbm),
+    FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
+});
+
+} // namespace
+
+// ---- Child routers -----------------------------------------------------------------------------
+
+int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router)
+{
+    if (obj == nullptr || router == nullptr) {
+        LOG_ERROR("child_router_info is NULL\n");
+        return -1;
+    }
+    Reply reply;
+    reply.fields(kChildRouter, router);
+    Model model;
+    read_model(model);
+    if (holds_any_case(model, kOperatorModel)) {
+        cJSON *links = mesh_links_of(*router);
+        if (links != nullptr) {
+            reply.add("MeshInfo", links);
+        }
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
+int32_t json_get_child_router_topo_info(cJSON *array)
+{
+    ChildRouterList children;
+    read_or_empty<devapi_get_childrouter_list>(children);
+    if (devapi_call_tslink_set_topo_speed() != 0) {
+        LOG_ERROR("call tslink set topo speed failed!\n");
+    }
+    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+        JsonItem object(cJSON_CreateObject());
+        ChildRouterInfo router = {};
+        const int32_t result = object.get() != nullptr
+                                   ? devapi_get_childrouter_info(&router, children.identifiers[at])
+                                   : 0;
+        if (result != 0) {
+            LOG_ERROR("get child_router_info err %d\n", result);
+            continue;
+        }
+        if (object.get() == nullptr || json_insert_childrouter_info(object.get(), &router) != 0) {
+            LOG_ERROR("create child_router_itme err\n");
+            return -1;
+        }
+        cJSON *stations = cJSON_CreateArray();
+        if (stations == nullptr) {
+            LOG_ERROR("create child_array err!\n");
+            continue;
+        }
+        json_get_childsta_info(stations, Ended(router.Mac).text());
+        cJSON_AddItemToObjectCS(object.get(), "ChildBaseInfo", stations);
+        cJSON_AddItemToArray(array, object.release());
+    }
+    return 0;
+}
+
+// ---- Stations of a child router ----------------------------------------------------------------
+
+void json_get_childsta_info(cJSON *array, const char *mac)
+{
+    if (array == nullptr || mac == nullptr) {
+        LOG_ERROR("param is NULL\n");
+        return;
+    }
+    ChildStationList stations;
+    read_or_empty<devapi_get_childsta_list>(stations, mac);
+    for (size_t at = 0; at < clamped(stations.count, MESH_MAX_STATIONS); ++at) {
+        JsonItem object(cJSON_CreateObject());
+        AdBaseInfo station = {};
+        station.HostIndex = stations.indexes[at];
+        if (object.get() != nullptr && devapi_get_childsta_base_info(&station) != 0) {
+            LOG_ERROR("get ad_base info err\n");
+            continue;
+        }
+        if (object.get() == nullptr || json_insert_childsta_info(object.get(), &station) != 0) {
+            LOG_ERROR("create child_sta_itme err\n");
+            return;
+        }
+        cJSON_AddItemToArray(array, object.release());
+    }
+}
+
+int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
+{
+    if (obj == nullptr || station == nullptr) {
+        LOG_ERROR("child_router_info is NULL\n");
+        return -1;
+    }
+    put_elapsed(station, zone_hours());
+    ReportedDevice reported = {};
+    reported.info = *station;
+    complete_station(&reported);
+    if (reported.info.ByName[0] == '\0') {
+        copy_text(reported.info.ByName, Ended(reported.info.Name).text());
+    }
+    Reply reply;
+    reply.fields(kStation, &reported);
+    return reply.join(obj) ? 0 : -1;
+}

@@ -1,0 +1,309 @@
+// The topology report: the whole mesh in one reply, as the main router sees it.
+#include "topology_report.h"
+
+using namespace smart_router;
+
+// How many devices the report has come to, and how many of them are the main router's own. Agents
+// read them after a report.
+int32_t g_dev_num = 0;
+int32_t g_active_num = 0;
+
+namespace {
+
+// ---- The main router ---------------------------------------------------------------------------
+
+// The main router's own information in the report's order, with what is said of it beside.
+struct ReportedRouter {
+    HgBaseInfo base;
+    char NetQuality[2];
+};
+
+constexpr auto kRouter = fields_of<ReportedRouter>({
+    FIELD(ReportedRouter, "Name", base.Name),
+    FIELD(ReportedRouter, "Mac", base.Mac),
+    FIELD(ReportedRouter, "NetStatus", base.NetStatus),
+    FIELD(ReportedRouter, "UpSpeed", base.UpSpeed),
+    FIELD(ReportedRouter, "DownSpeed", base.DownSpeed),
+    FIELD(ReportedRouter, "WiFiStatus1", base.WiFiStatus1),
+    FIELD(ReportedRouter, "WiFiStatus2", base.WiFiStatus2),
+    FIELD(ReportedRouter, "SSID1", base.SSID1),
+    FIELD(ReportedRouter, "SSID2", base.SSID2),
+    FIELD(ReportedRouter, "ip", base.ip),
+    FIELD(ReportedRouter, "HWVersion", base.HWVersion),
+    FIELD(ReportedRouter, "FWVersion", base.FWVersion),
+    FIELD(ReportedRouter, "FWDATA", base.FWDATA),
+    FIELD(ReportedRouter, "UpTime", base.UpTime),
+    FIELD(ReportedRouter, "WanUptime", base.WanUptime),
+    FIELD(ReportedRouter, "DeviceType", base.DeviceType),
+    FIELD(ReportedRouter, "AreaCode", base.AreaCode),
+    FIELD(ReportedRouter, "ConfiguerStatus", base.ConfiguerStatus),
+    FIELD(ReportedRouter, "WanConMode", base.WanLinkMode),
+    FIELD(ReportedRouter, "AddressType", base.AddressType),
+    FIELD(ReportedRouter, "LedLight", base.LedLight),
+    FIELD(ReportedRouter, "LedSwitch", base.LedSwitch),
+    FIELD(ReportedRouter, "cpuusage", base.Cpu),
+    FIELD(ReportedRouter, "ramusage", base.Memory),
+    FIELD(ReportedRouter, "QosAcceleratorEnable", base.QosAcceleratorEnable),
+    FIELD(ReportedRouter, "QQGameAcceleratorEnable", base.QQGameAcceleratorEnable),
+    FIELD(ReportedRouter, "FireWallEnable", base.FireWallEnable),
+    FIELD(ReportedRouter, "NetQuality", NetQuality),
+    FIELD(ReportedRouter, "Wlan0Mac", base.Wlan0Mac),
+    FIELD(ReportedRouter, "Wlan1Mac", base.Wlan1Mac),
+});
+
+constexpr auto kLinkToChild = fields_of<MeshLink>({
+    FIELD(MeshLink, "nexthopMAC", nexthopMAC),
+    FIELD(MeshLink, "dbm", dbm),
+});
+
+constexpr auto kChild = fields_of<ChildMeshInfo>({FIELD(ChildMeshInfo, "childMac", ChildMac)});
+
+// Devices have two ways of saying that a radio is on.
+template <size_t width> void put_radio_state(char (&state)[width])
+{
+    copy_text(state, holds_any_case(state, "up") || holds(state, "1") ? "1" : "0");
+}
+
+// The links to the child routers. Result: false when there is no memory for the list.
+bool add_mesh_links(Reply &router)
+{
+    ChildRouterList children;
+    read_or_empty<devapi_get_childrouter_list>(children);
+    cJSON *links = cJSON_CreateArray();
+    if (links == nullptr) {
+        LOG_ERROR("create mesh_json err");
+        return false;
+    }
+    router.add("MeshInfo", links);
+    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+        MeshLink link;
+        if (read_or_empty<devapi_get_router_mesh_info>(link, children.identifiers[at])) {
+            router.append(links, kLinkToChild, &link);
+        }
+    }
+    return true;
+}
+
+// The child routers that hang from the main router itself. Result: false when there is no memory
+// for the list.
+bool add_children(Reply &router, const BridgeMac &bridge)
+{
+    cJSON *list = cJSON_CreateArray();
+    if (list == nullptr) {
+        LOG_ERROR("create childinfo_json err");
+        return false;
+    }
+    router.add("ChildInfo", list);
+    ChildRouterList children;
+    read_or_empty<devapi_get_childrouter_list>(children);
+    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+        ChildMeshInfo child;
+        if (read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
+            holds(child.ParentMac, Ended(bridge).text())) {
+            router.append(list, kChild, &child);
+        }
+    }
+    return true;
+}
+
+// The one block that the model has of its mesh, if any. Result: false when there is no memory for
+// it, and then the report of the main router ends here.
+bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
+{
+    BridgeMac bridge;
+    read_bridge_mac(bridge);
+    if (is_operator_model) {
+        return !wants_mesh_links(area) || add_mesh_links(router);
+    }
+    return devapi_get_mesh_type() != 2 || add_children(router, bridge);
+}
+
+// ---- The devices attached to the main router ---------------------------------------------------
+
+// What apps have room for, in one report.
+constexpr int32_t kMostDevices = 32;
+
+// The result of devapi_get_ad_base_info() for a place in the table that is free.
+constexpr int32_t kNoDevice = 1000;
+
+constexpr auto kDevice = fields_of<ReportedDevice>({
+    FIELD(ReportedDevice, "Mac", info.Mac),
+    FIELD(ReportedDevice, "UID", info.UID),
+    FIELD(ReportedDevice, "DevType", info.DevType),
+    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
+    FIELD(ReportedDevice, "DevModle", DevModle),
+    FIELD(ReportedDevice, "Name", info.Name),
+    FIELD(ReportedDevice, "ByName", info.ByName),
+    FIELD(ReportedDevice, "OS", info.OS),
+    FIELD(ReportedDevice, "Version", info.Version),
+    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
+    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
+    FIELD(ReportedDevice, "AccessType", info.AccessType),
+    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
+    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
+    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
+    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
+    FIELD(ReportedDevice, "ip", info.ip),
+    FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
+    FIELD(ReportedDevice, "DownLimit", info.DownLimit),
+    FIELD(ReportedDevice, "UpLimit", info.UpLimit),
+    FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
+    FIELD(ReportedDevice, "dbm", info.Dbm),
+    FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
+});
+
+// Puts the text into a field that has a value, and empties one that has none.
+template <size_t width> void put_if_known(char (&field)[width], const char *text)
+{
+    copy_text(field, holds(field, "NULL") ? "" : text);
+}
+
+template <size_t width> void empty_if_unknown(char (&field)[width])
+{
+    if (holds(field, "NULL")) {
+        field[0] = '\0';
+    }
+}
+
+// Turns the device's own texts into what apps expect here: codes for most of them, which are fixed
+// where the mesh does not tell devices apart.
+void complete_device(ReportedDevice *device)
+{
+    AdBaseInfo &info = device->info;
+    if (info.ByName[0] == '\0' || holds(info.ByName, "NULL")) {
+        copy_text(info.ByName, Ended(info.Name).text());
+    }
+    copy_text(device->DevModle, holds(info.DevType, "NULL") ? "" : "3");
+    put_if_known(info.DevType, holds(info.DevType, "Computer") ? "3" : "0");
+    put_if_known(info.DevFactory, "unknow"); // makers are nobody's business
+    put_if_known(info.OS, "3");
+    put_if_known(info.NetMonopoly, "0");
+    if (!holds(info.NetStatus, "NULL")) {
+        copy_text(info.NetStatus, Ended(info.LinkStatus).text());
+    } else {
+        info.NetStatus[0] = '\0';
+    }
+    empty_if_unknown(info.Mac);
+    empty_if_unknown(info.UID);
+    empty_if_unknown(info.Name);
+    empty_if_unknown(info.Version);
+    empty_if_unknown(info.ip);
+    if (holds(info.AccessTime, "NULL")) {
+        info.AccessTime[0] = '\0';
+    } else {
+        const int32_t hours = zone_hours();
+        put_elapsed(&info, devapi_get_systerm_timetype() == 1 ? hours : 0);
+    }
+}
+
+// Appends the devices attached to the main router, or says why there are none.
+void add_devices(Reply &router)
+{
+    JsonItem devices(cJSON_CreateArray());
+    if (devices.get() == nullptr) {
+        router.text(kFailReason, "cJSON create array failed!");
+        return;
+    }
+    g_dev_num = 0;
+    g_active_num = 0;
+    cJSON *list = devices.get();
+    if (put_to_json(&list, 0, 1) == -1) {
+        router.text(kFailReason, "get main base info error!");
+    } else {
+        router.add("MainBaseInfo", devices.release());
+    }
+}
+
+} // namespace
+
+// ---- The main router ---------------------------------------------------------------------------
+
+int32_t json_get_hg_base_info_copy(cJSON *obj)
+{
+    Reply reply;
+    ReportedRouter router = {};
+    if (devapi_get_hg_base_info(&router.base) != 0) {
+        reply.text(kFailReason, "get base info error!");
+        return reply.join(obj) ? 0 : -1;
+    }
+    Model model;
+    read_model(model);
+    const bool is_operator_model = holds(model, kOperatorModel);
+    if (is_operator_model && contains(router.base.AreaCode, "ARVEN")) {
+        copy_text(router.base.AreaCode, "ARVEN");
+    }
+    put_radio_state(router.base.WiFiStatus1);
+    put_radio_state(router.base.WiFiStatus2);
+    copy_text(router.NetQuality, "0");
+    reply.fields(kRouter, &router);
+    if (add_mesh(reply, is_operator_model, router.base.AreaCode)) {
+        add_devices(reply);
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
+int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
+{
+    if (array == nullptr || *array == nullptr) {
+        return -1;
+    }
+    int32_t count = 0;
+    int32_t result = devapi_get_dev_tol_num(&count, argument);
+    if (result != 0) {
+        LOG_ERROR("get total limit fail ret=%d\n", result);
+        return result;
+    }
+    LOG_DEBUG("get total limit = %d\n", count);
+    for (int32_t at = 0; at < count; ++at) {
+        ReportedDevice device = {};
+        device.info.Kind = kind;
+        device.info.HostIndex = at + 1;
+        if (dev_is_exist(device.info.HostIndex) != 0) {
+            continue;
+        }
+        result = devapi_get_ad_base_info(&device.info);
+        if (result == kNoDevice) {
+            continue;
+        }
+        if (result != 0) {
+            LOG_ERROR("%s %d get ad base fail ret=%d\n", __FILE__, __LINE__, result);
+            return -1;
+        }
+        ++g_dev_num;
+        if (g_dev_num > kMostDevices) {
+            return 0;
+        }
+        if (kind == 1) {
+            ++g_active_num;
+        }
+        complete_device(&device);
+        cJSON *object = object_of(kDevice, &device);
+        if (object == nullptr) {
+            return -1;
+        }
+        cJSON_AddItemToArray(*array, object);
+    }
+    return 0;
+}
+
+// ---- The report --------------------------------------------------------------------------------
+
+int32_t json_get_tsnk_topo_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "Create mainrouter json error";
+    JsonItem router(cJSON_CreateObject());
+    if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.add("MainRouter", router.release());
+    cJSON *children = cJSON_CreateArray();
+    if (children != nullptr) {
+        json_get_child_router_topo_info(children);
+        reply.add("ChildRouter", children);
+    }
+    reply.success();
+    answer(obj, reply, kFailure);
+    return 0;
+}

@@ -1,0 +1,31 @@
+// The pieces of the topology report, which are exported as well.
+#pragma once
+
+#include "mesh_report.h"
+
+extern "C" {
+
+// Fills an object with the main router: its own information, its mesh and the devices attached to
+// it. Result: 0; -1, with the object untouched, when memory ran out for it.
+SMART_ROUTER_API int32_t json_get_hg_base_info_copy(cJSON *obj);
+
+// Appends the devices attached to the main router to *array. argument goes to
+// devapi_get_dev_tol_num(), kind into each record. Result: 0, also when the report is full; -1 when
+// a device could not be read or memory ran out; else the result of the failed count.
+SMART_ROUTER_API int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind);
+
+// Appends the child routers, each with its stations. Result: 0, or -1 when memory ran out.
+SMART_ROUTER_API int32_t json_get_child_router_topo_info(cJSON *array);
+
+// Adds a child router's own information to an object. Result: 0; -1, with nothing added, when an
+// argument is null or memory ran out.
+SMART_ROUTER_API int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router);
+
+// Appends the stations of the child router with the MAC address, up to the first that memory fails.
+SMART_ROUTER_API void json_get_childsta_info(cJSON *array, const char *mac);
+
+// Adds a station to an object, with the time that it has been attached for, which replaces
+// AccessTime in the record. Result: 0; -1, with nothing added, when an argument is null or memory
+// ran out.
+SMART_ROUTER_API int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station);
+}

@@ -1,0 +1,267 @@
+// When the router may update itself, and the log that it sends.
+#include "firmware_fixture.h"
+
+#include <thread>
+
+namespace {
+
+class FirmwareMaintenanceTest : public FirmwareTest {
+  protected:
+    void SetUp() override { ASSERT_EQ(open_at(kTime, options()), ""); }
+
+    static UpdateSchedule schedule(const std::string &enable, const std::string &start_hour,
+                                   const std::string &start_minute, const std::string &end_hour,
+                                   const std::string &end_minute)
+    {
+        UpdateSchedule schedule = {};
+        set(schedule.Enable, enable);
+        set(schedule.StartHour, start_hour);
+        set(schedule.StartMinute, start_minute);
+        set(schedule.EndHour, end_hour);
+        set(schedule.EndMinute, end_minute);
+        return schedule;
+    }
+    static std::string kept()
+    {
+        UpdateSchedule kept = {};
+        EXPECT_EQ(devapi_get_update_schedule(&kept), 0);
+        return std::string(kept.Enable) + " " + kept.StartHour + ":" + kept.StartMinute + " " +
+               kept.EndHour + ":" + kept.EndMinute;
+    }
+    std::string refusal(const UpdateSchedule &schedule) const
+    {
+        EXPECT_EQ(devapi_set_update_schedule(&schedule), -1);
+        return reason();
+    }
+
+    static constexpr char kMac[] = "3C6AD2104F20";
+    static int32_t send(const std::string &address, const std::string &type = "system",
+                        const std::string &mac = kMac)
+    {
+        return devapi_get_hg_log(address.c_str(), type.c_str(), mac.c_str());
+    }
+    // Sends, which has to fail. Result: why it did.
+    std::string log_refusal(const std::string &address, const std::string &type = "system",
+                            const std::string &mac = kMac) const
+    {
+        EXPECT_EQ(send(address, type, mac), -1) << address.substr(0, 200);
+        return reason();
+    }
+};
+
+// ---- Update schedule ---------------------------------------------------------------------------
+
+TEST_F(FirmwareMaintenanceTest, AScheduleIsReportedAndKept)
+{
+    EXPECT_EQ(kept(), "1 2:0 4:0");
+    const UpdateSchedule late = schedule("1", "23", "59", "0", "0");
+    EXPECT_EQ(devapi_set_update_schedule(&late), 0);
+    EXPECT_EQ(kept(), "1 23:59 0:0");
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_EQ(kept(), "1 23:59 0:0");
+    const UpdateSchedule off = schedule("0", "03", "05", "9", "07");
+    EXPECT_EQ(devapi_set_update_schedule(&off), 0);
+    EXPECT_EQ(kept(), "0 3:5 9:7");
+    EXPECT_EQ(devapi_recovery(), 0);
+    EXPECT_EQ(kept(), "1 2:0 4:0");
+}
+
+TEST_F(FirmwareMaintenanceTest, AHomeWithoutTimesHasNone)
+{
+    Options single = options();
+    single.scenario = "single_router";
+    single.state_file = path("single");
+    ASSERT_EQ(reopen(single), "");
+    EXPECT_EQ(kept(), "0 NULL:NULL NULL:NULL");
+}
+
+TEST_F(FirmwareMaintenanceTest, AScheduleThatIsNoneIsRefused)
+{
+    EXPECT_EQ(refusal(schedule("2", "1", "0", "2", "0")), "Enable \"2\" is none of \"0\", \"1\"");
+    EXPECT_EQ(refusal(schedule("", "1", "0", "2", "0")), "Enable \"\" is none of \"0\", \"1\"");
+    EXPECT_EQ(refusal(schedule("1", "24", "0", "2", "0")), "StartHour 24 is not within 0 to 23");
+    EXPECT_EQ(refusal(schedule("1", "1", "60", "2", "0")), "StartMinute 60 is not within 0 to 59");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "-1", "0")), "EndHour -1 is not within 0 to 23");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "60")), "EndMinute 60 is not within 0 to 59");
+    EXPECT_EQ(refusal(schedule("0", "1", "0", "2", "60")), "EndMinute 60 is not within 0 to 59");
+    EXPECT_EQ(refusal(schedule("1", "", "0", "2", "0")), "StartHour is no number");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "NULL", "0")), "EndHour is no number");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "3 ")), "EndMinute is no number");
+    EXPECT_EQ(refusal(schedule("1", "2", "30", "2", "30")),
+              "/home/update_schedule: needs a start and another end");
+    UpdateSchedule overfull = schedule("1", "1", "0", "2", "0");
+    fill_to_the_brim(overfull.EndMinute, '1');
+    EXPECT_EQ(refusal(overfull), "EndMinute 11111111 is not within 0 to 59");
+    EXPECT_EQ(kept(), "1 2:0 4:0");
+    EXPECT_EQ(devapi_set_update_schedule(nullptr), -1);
+    EXPECT_EQ(devapi_get_update_schedule(nullptr), -1);
+}
+
+// ---- Log upload --------------------------------------------------------------------------------
+
+TEST_F(FirmwareMaintenanceTest, TheLogSaysWhatTheRouterIsAndWhatItDid)
+{
+    SystemInfo info = {};
+    EXPECT_EQ(devapi_get_system_info(&info), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(devapi_get_sn_info(nullptr), -1);
+    ASSERT_EQ(send(server_.address("log.txt")), 0) << reason();
+    ASSERT_EQ(server_.uploads().size(), 1u);
+    EXPECT_EQ(server_.uploads()[0].path, "/log.txt");
+    const std::string log = server_.uploads()[0].body;
+    EXPECT_EQ(log.find("log: system\ntime: 20260101T000000Z\n"
+                       "router: HGU-AX3000 3C:6A:D2:10:4F:20\n"
+                       "hardware: V1.2\nfirmware: V2.4.1 of 2025-11-18\n"
+                       "uptime: 0 s\nboots: 2\nwan: Connected\nload: cpu "),
+              0u)
+        << log;
+    EXPECT_NE(log.find("\nchild routers active: 2\n\n"), std::string::npos);
+    const size_t first = log.find("[0] devapi_get_system_info = 0 in ");
+    const size_t second = log.find("\n[0] power cycle\n");
+    const size_t third = log.find("\n[0] devapi_get_sn_info = -1 in ");
+    EXPECT_LT(first, second);
+    EXPECT_LT(second, third);
+    EXPECT_EQ(log.substr(log.size() - 24), "us, an argument is null\n");
+}
+
+TEST_F(FirmwareMaintenanceTest, TheLogHasNoSecretsAlsoWhereTheTraceShowsThem)
+{
+    Options with_secrets = options();
+    with_secrets.show_secrets = true;
+    ASSERT_EQ(reopen(with_secrets), "");
+    LoginInfo login = {};
+    EXPECT_EQ(devapi_get_admin_info(&login), 0);
+    std::string address = server_.address("log.txt");
+    address.insert(std::string("http://").size(), "anna:geheim-77@");
+    EXPECT_EQ(send(address), 0);
+    EXPECT_EQ(send(address), 0);
+    EXPECT_NE(read(path("trace")).find(login.Password), std::string::npos);
+    ASSERT_EQ(server_.uploads().size(), 2u);
+    const std::string log = server_.uploads()[1].body;
+    EXPECT_NE(log.find("devapi_get_hg_log = 0"), std::string::npos);
+    EXPECT_EQ(log.find(login.Password), std::string::npos);
+    EXPECT_EQ(log.find("geheim"), std::string::npos);
+    ASSERT_EQ(reopen(options()), "");
+    std::filesystem::remove(path("trace"));
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_EQ(send(address), 0);
+    EXPECT_EQ(read(path("trace")).find("geheim"), std::string::npos);
+}
+
+TEST_F(FirmwareMaintenanceTest, TheLogIsBounded)
+{
+    ASSERT_EQ(reopen({.faults = {"devapi_get_hg_base_info=-1"}}), "");
+    SnInfo first = {};
+    EXPECT_EQ(devapi_get_sn_info(&first), 0);
+    for (int call = 0; call < 3000; ++call) {
+        HgBaseInfo info = {};
+        EXPECT_EQ(devapi_get_hg_base_info(&info), -1);
+    }
+    ASSERT_EQ(send(server_.address("log.txt")), 0);
+    const std::string log = server_.uploads().at(0).body;
+    EXPECT_GT(log.size(), 60'000u);
+    EXPECT_LT(log.size(), 70'000u);
+    EXPECT_EQ(log.find("devapi_get_sn_info"), std::string::npos);
+}
+
+TEST_F(FirmwareMaintenanceTest, AFolderGetsAFileOfItsOwnForEachLog)
+{
+    EXPECT_EQ(send(server_.address("logs/")), 0);
+    EXPECT_EQ(send(server_.address(""), "../../etc/passwd?x=#%"), 0);
+    EXPECT_EQ(send(server_.address("logs/"), "Wörter"), 0);
+    ASSERT_EQ(server_.uploads().size(), 3u);
+    EXPECT_EQ(server_.uploads()[0].path, "/logs/3C6AD2104F20_system_20260101T000000Z.log");
+    EXPECT_EQ(server_.uploads()[1].path,
+              "/3C6AD2104F20_______etc_passwd_x____20260101T000000Z.log");
+    EXPECT_EQ(server_.uploads()[2].path, "/logs/3C6AD2104F20_W__rter_20260101T000000Z.log");
+}
+
+TEST_F(FirmwareMaintenanceTest, RedirectsAreFollowedWithTheWholeLog)
+{
+    EXPECT_EQ(send(server_.address("redirect/redirect/log.txt")), 0) << reason();
+    ASSERT_EQ(server_.uploads().size(), 1u);
+    EXPECT_EQ(server_.uploads()[0].path, "/log.txt");
+    EXPECT_EQ(server_.uploads()[0].body.find("log: system\n"), 0u);
+    EXPECT_EQ(server_.requests().size(), 3u);
+}
+
+TEST_F(FirmwareMaintenanceTest, HttpsServersHaveToBeTrusted)
+{
+    const HttpServer secure(path(""), HttpServer::Protocol::kHttps);
+    EXPECT_NE(log_refusal(secure.address("log.txt")).find("certificate"), std::string::npos);
+    EXPECT_TRUE(secure.uploads().empty());
+    set_limit("CA_FILE", secure.ca_file());
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_EQ(send(secure.address("log.txt")), 0) << reason();
+    EXPECT_EQ(secure.uploads().size(), 1u);
+}
+
+TEST_F(FirmwareMaintenanceTest, AnAnswerThatIsNoSuccessIsAFailure)
+{
+    for (const char *status : {"200", "201", "204"}) {
+        EXPECT_EQ(send(server_.address(std::string("status/") + status)), 0) << reason();
+    }
+    for (const char *status : {"304", "401", "403", "404", "405", "500", "507"}) {
+        EXPECT_EQ(log_refusal(server_.address(std::string("status/") + status)),
+                  std::string("the server answers with HTTP status ") + status);
+    }
+    EXPECT_FALSE(log_refusal(server_.address("cut/log.txt")).empty());
+    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")),
+              "the server does not stop answering");
+    EXPECT_FALSE(log_refusal("http://127.0.0.1:1/log.txt").empty());
+}
+
+TEST_F(FirmwareMaintenanceTest, WhatIsNoAddressOfTheWebIsRefused)
+{
+    const std::string bad = "the address does not hold: ";
+    EXPECT_EQ(log_refusal(""), "the address is empty");
+    EXPECT_EQ(log_refusal("file://" + path("log.txt")), bad + "its scheme is none of http, https");
+    EXPECT_EQ(log_refusal("ftp://127.0.0.1/log.txt"), bad + "its scheme is none of http, https");
+    EXPECT_EQ(log_refusal("; rm -rf /").find(bad), 0u);
+    EXPECT_EQ(log_refusal("http://127.0.0.1/" + std::string(1 << 20, 'a')),
+              "the address is longer than 2047 bytes");
+    EXPECT_EQ(log_refusal("http://127.0.0.1/\n"),
+              "the address holds control characters or is no UTF-8");
+    EXPECT_FALSE(std::filesystem::exists(path("log.txt")));
+}
+
+TEST_F(FirmwareMaintenanceTest, ATypeOrAnAddressThatIsNoneIsRefused)
+{
+    const std::string address = server_.address("logs/");
+    EXPECT_EQ(log_refusal(address, ""), "log_type is empty");
+    EXPECT_EQ(log_refusal(address, std::string(64, 'a')), "log_type is longer than 63 bytes");
+    EXPECT_EQ(log_refusal(address, "a\nb"), "log_type holds control characters or is no UTF-8");
+    EXPECT_EQ(log_refusal(address, "system", "../.."), "mac \"../..\" is no MAC address");
+    EXPECT_EQ(devapi_get_hg_log(nullptr, "system", kMac), -1);
+    EXPECT_EQ(devapi_get_hg_log(address.c_str(), nullptr, kMac), -1);
+    EXPECT_EQ(devapi_get_hg_log(address.c_str(), "system", nullptr), -1);
+    EXPECT_TRUE(server_.requests().empty());
+}
+
+TEST_F(FirmwareMaintenanceTest, AServerThatSaysNothingIsGivenUp)
+{
+    set_limit("STALL_TIMEOUT", "1");
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_EQ(log_refusal(server_.address("hang/log.txt")).find("Operation too slow"), 0u)
+        << reason();
+    server_.release();
+}
+
+TEST_F(FirmwareMaintenanceTest, OtherCallsGoOnMeanwhileAndAClosedGatewayGivesUp)
+{
+    int32_t result = 0;
+    std::thread sender(
+        [&result, address = server_.address("hang/log.txt")] { result = send(address); });
+    while (server_.requests().empty()) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(call(), 0);
+    simulated_gateway_close();
+    sender.join();
+    EXPECT_EQ(result, -1);
+    EXPECT_NE(read(path("trace")).find("= -1 in "), std::string::npos);
+    EXPECT_NE(read(path("trace")).find(" us, the gateway was closed"), std::string::npos);
+    server_.release();
+}
+
+} // namespace

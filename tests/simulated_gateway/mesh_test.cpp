@@ -1,0 +1,360 @@
+// The routers of the mesh one by one, and what the topology report knows of the main router.
+#include "mesh_fixture.h"
+
+namespace {
+
+TEST_F(MeshTest, AChildRouterIsReportedWithAllThatIsKnownOfIt)
+{
+    EXPECT_EQ(identifiers(), (std::vector{kFirstFloorIndex, kAtticIndex}));
+    ChildRouterInfo attic = router(kAtticIndex);
+    EXPECT_STREQ(attic.RouterDeviceID, "3C6AD2228180");
+    EXPECT_STREQ(attic.Name, "Attic");
+    EXPECT_STREQ(attic.Mac, kAttic);
+    EXPECT_STREQ(attic.NetStatus, "1");
+    EXPECT_STREQ(attic.ChildRouterAccessType, "5GHz");
+    EXPECT_STREQ(attic.ip, "192.168.1.3");
+    EXPECT_STREQ(attic.FWVersion, "V2.4.0");
+    EXPECT_STREQ(attic.FWDATA, "2025-10-02");
+    EXPECT_STREQ(attic.UpTime, "0");
+    EXPECT_STREQ(attic.DeviceType, "MAP-AX1800");
+    EXPECT_STREQ(attic.AreaCode, "NORTH-07");
+    EXPECT_STREQ(attic.HWVersion, "V1.1");
+    EXPECT_STREQ(attic.Wlan0Mac, "3C:6A:D2:22:81:81");
+    EXPECT_STREQ(attic.Wlan1Mac, "3C:6A:D2:22:81:85");
+    EXPECT_STREQ(attic.ParentMac, kFirstFloor);
+    EXPECT_NEAR(std::stoi(attic.dbm), -58, 3);
+    EXPECT_STREQ(attic.LinkSpeed, "");
+    ASSERT_EQ(attic.link_count, 1);
+    EXPECT_STREQ(attic.links[0].nexthopMAC, kFirstFloor);
+    EXPECT_STREQ(attic.links[0].interface, "wlan1");
+
+    const ChildRouterInfo floor = router(kFirstFloorIndex);
+    EXPECT_STREQ(floor.ChildRouterAccessType, "cable");
+    EXPECT_STREQ(floor.dbm, "NULL");
+    EXPECT_STREQ(floor.ParentMac, kMain);
+    ASSERT_EQ(floor.link_count, 2);
+    EXPECT_STREQ(floor.links[0].nexthopMAC, kMain);
+    EXPECT_STREQ(floor.links[0].interface, "eth0");
+    EXPECT_STREQ(floor.links[0].dbm, "NULL");
+    EXPECT_STREQ(floor.links[1].nexthopMAC, kAttic);
+    EXPECT_EQ(stations(kFirstFloor),
+              (Macs{"00:11:32:C8:55:E1", "F4:D4:88:5B:3F:72", "30:05:5C:8D:41:F8"}));
+    EXPECT_EQ(stations("3c-6a-d2-22-81-80"), (Macs{"72:9B:E0:46:D8:15", "70:F0:88:2C:A6:93"}));
+}
+
+TEST_F(MeshTest, AMACAddressOrATextThatIsMissingIsNull)
+{
+    nlohmann::json home = house();
+    home["mesh"]["child_routers"][0].erase("mac_24ghz");
+    home["mesh"]["child_routers"][0].erase("firmware_date");
+    home["identity"].erase("model");
+    home["identity"].erase("area_code");
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_STREQ(router(kFirstFloorIndex).Wlan0Mac, "NULL");
+    EXPECT_STREQ(router(kFirstFloorIndex).FWDATA, "NULL");
+    EXPECT_STREQ(router(kFirstFloorIndex).AreaCode, "NULL");
+    char text[32] = "";
+    EXPECT_EQ(devapi_get_devicemodel(text, sizeof(text) - 1), 0);
+    EXPECT_STREQ(text, "NULL");
+    EXPECT_EQ(devapi_get_basic_area_code(text, sizeof(text) - 1), 0);
+    EXPECT_STREQ(text, "NULL");
+}
+
+TEST_F(MeshTest, ChildRoutersRestartWithTheMainRouter)
+{
+    const Options options = {.state_file = path("state")};
+    ASSERT_EQ(open_at(kTime, options), "");
+    ASSERT_EQ(open_at(kTime + 500, options), "");
+    EXPECT_STREQ(router(kAtticIndex).UpTime, "500");
+    simulated_gateway_power_cycle();
+    EXPECT_STREQ(router(kAtticIndex).UpTime, "0");
+}
+
+// ---- What is down ------------------------------------------------------------------------------
+
+TEST_F(MeshTest, ARouterThatIsOffTakesThoseBelowAlong)
+{
+    nlohmann::json home = house();
+    home["mesh"]["child_routers"][0]["offline"] = true;
+    ASSERT_EQ(open_home(home), "");
+    for (const int32_t identifier : {kFirstFloorIndex, kAtticIndex}) {
+        const ChildRouterInfo info = router(identifier);
+        EXPECT_STREQ(info.NetStatus, "0");
+        EXPECT_STREQ(info.UpTime, "NULL");
+        EXPECT_STREQ(info.dbm, "NULL");
+        EXPECT_STREQ(info.UpSpeed, "0");
+        EXPECT_EQ(info.link_count, 0);
+    }
+    EXPECT_EQ(relations(), "");
+    EXPECT_STREQ(device("00:11:32:C8:55:E1").NetStatus, "0"); // the NAS, by cable
+    EXPECT_STREQ(device("70:F0:88:2C:A6:93").NetStatus, "0"); // the console, by radio
+    EXPECT_STREQ(device("72:9B:E0:46:D8:15").NetStatus, "1"); // the tablet finds the main router
+    EXPECT_EQ(router_of("72:9B:E0:46:D8:15"), "main");
+    EXPECT_LT(std::stoi(device("72:9B:E0:46:D8:15").Dbm), -49 - 6);
+}
+
+TEST_F(MeshTest, ALinkByRadioNeedsTheRadio)
+{
+    nlohmann::json home = house();
+    home["mesh"]["child_routers"][1]["link"]["kind"] = "2.4GHz";
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_STREQ(router(kAtticIndex).links[0].interface, "wlan0");
+    for (SsidInfo ssid = {}; ssid.SSIDIndex < 4;) {
+        ++ssid.SSIDIndex;
+        EXPECT_EQ(devapi_get_ssid_info(&ssid), 0);
+        set(ssid.Enable, "0");
+        EXPECT_EQ(devapi_set_ssid_info(&ssid), 0);
+    }
+    EXPECT_STREQ(router(kFirstFloorIndex).NetStatus, "1");
+    EXPECT_STREQ(router(kAtticIndex).NetStatus, "0");
+    EXPECT_STREQ(device("70:F0:88:2C:A6:93").NetStatus, "0"); // on the other band, and cut off
+}
+
+TEST_F(MeshTest, WithoutTheLinkLayerNobodyIsReached)
+{
+    nlohmann::json home = house();
+    home["mesh"]["link_layer_up"] = false;
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_EQ(identifiers().size(), 2u);
+    EXPECT_STREQ(router(kFirstFloorIndex).NetStatus, "0");
+    EXPECT_EQ(devapi_call_tslink_set_topo_speed(), -1);
+    EXPECT_EQ(reason(), "the link layer of the mesh is down");
+}
+
+TEST_F(MeshTest, AMeshThatIsOffHasNoChildRouters)
+{
+    nlohmann::json home = house();
+    home["mesh"]["enabled"] = false;
+    home["mesh"]["link_layer_up"] = false;
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_TRUE(identifiers().empty());
+    EXPECT_EQ(place_count(), 12);
+    EXPECT_EQ(devapi_get_mesh_type(), 0);
+    EXPECT_EQ(devices(1).size(), 12u);
+    EXPECT_STREQ(device("00:11:32:C8:55:E1").NetStatus, "0");
+    ChildRouterInfo info = {};
+    EXPECT_EQ(devapi_get_childrouter_info(&info, kFirstFloorIndex), -1);
+    EXPECT_EQ(reason(), "there is no child router 13");
+}
+
+TEST_F(MeshTest, RestrictedToAStarOrNotIsTheHomesAffair)
+{
+    EXPECT_EQ(devapi_get_mesh_type(), 2);
+    nlohmann::json home = house();
+    home["mesh"]["type"] = 1;
+    EXPECT_EQ(open_home(home), path("home.json") +
+                                   ": /mesh/child_routers/1/parent: is not the main router, and "
+                                   "the mesh is a star");
+    home["mesh"]["child_routers"][1]["parent"] = kMain;
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_EQ(devapi_get_mesh_type(), 1);
+}
+
+// ---- In the course of time ---------------------------------------------------------------------
+
+TEST_F(MeshTest, SignalsAndRatesMoveWithTime)
+{
+    std::set<std::string> signals;
+    std::set<std::string> rates;
+    for (int64_t seconds = 0; seconds < 300; seconds += 5) {
+        ASSERT_EQ(open_when(kTime + seconds), "");
+        const ChildRouterInfo attic = router(kAtticIndex);
+        EXPECT_NEAR(std::stoi(attic.dbm), -58, 3);
+        signals.insert(attic.dbm);
+        rates.insert(attic.DownSpeed);
+    }
+    EXPECT_EQ(signals.size(), 7u);
+    EXPECT_GT(rates.size(), 30u);
+}
+
+TEST_F(MeshTest, LinkSpeedsAreThoseOfTheLastMeasurement)
+{
+    const auto speed = [] {
+        return std::stoi(tree_router(3).LinkSpeed);
+    };
+    const Options options = {.state_file = path("state")};
+    ASSERT_EQ(open_at(kTime, options), "");
+    EXPECT_EQ(speed(), 866);
+    std::set<int> speeds;
+    for (int64_t seconds = 0; seconds < 20; ++seconds) {
+        ASSERT_EQ(open_at(kTime + seconds, options), "");
+        EXPECT_EQ(devapi_call_tslink_set_topo_speed(), 0);
+        const int measured = speed();
+        EXPECT_GE(measured, 866 * 60 / 100);
+        EXPECT_LE(measured, 866);
+        speeds.insert(measured);
+        ASSERT_EQ(open_at(kTime + seconds + 100, options), "");
+        EXPECT_EQ(speed(), measured);
+        EXPECT_STREQ(tree_router(2).LinkSpeed, "1000"); // a cable is always the same
+    }
+    EXPECT_GT(speeds.size(), 5u);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(speed(), 866);
+}
+
+TEST_F(MeshTest, WhoRoamsIsWithTheRouterThatItHearsBest)
+{
+    constexpr char phone[] = "DA:41:7C:0E:92:B3";
+    const int64_t saturday = kTime + 2 * kDay;
+    std::map<std::string, int> seen;
+    std::string first_run;
+    for (int run = 0; run < 2; ++run) {
+        std::string places;
+        for (int64_t quarter = 0; quarter < 96; ++quarter) {
+            ASSERT_EQ(open_when(saturday + quarter * 900), "");
+            const std::string place = router_of(phone);
+            places += place + " ";
+            const int hour = static_cast<int>(quarter / 4);
+            if (hour < 6 || hour >= 22) {
+                EXPECT_EQ(place, "main") << quarter;
+                EXPECT_NEAR(std::stoi(device(phone).Dbm), -47, 3);
+            }
+            ++seen[place];
+            const int dbm = std::stoi(device(phone).Dbm);
+            EXPECT_GE(dbm, -67); // next to a router, wherever that is
+            EXPECT_LE(dbm, -42);
+        }
+        EXPECT_TRUE(run == 0 || places == first_run);
+        first_run = places;
+    }
+    EXPECT_EQ(seen.size(), 3u);
+    EXPECT_GT(seen["main"], seen[kFirstFloor]);
+    EXPECT_GT(seen[kFirstFloor], 4);
+    EXPECT_GT(seen[kAttic], 4);
+}
+
+TEST_F(MeshTest, WhoIsAwayOrDoesNotRoamStaysWhereItBelongs)
+{
+    for (int64_t quarter = 0; quarter < 96; ++quarter) {
+        ASSERT_EQ(open_when(kTime + quarter * 900), "");
+        EXPECT_EQ(router_of("8C:79:F5:62:1A:09"), "main");
+        EXPECT_EQ(router_of("70:F0:88:2C:A6:93"), kAttic);
+        if (device("DA:41:7C:0E:92:B3").NetStatus == std::string("0")) {
+            EXPECT_EQ(router_of("DA:41:7C:0E:92:B3"), "main");
+        }
+    }
+}
+
+TEST_F(MeshTest, OnlyWhoIsOnTheRadioCanRoam)
+{
+    nlohmann::json home = house();
+    home["hosts"][0]["roams"] = true;
+    EXPECT_EQ(open_home(home), path("home.json") + ": /hosts/0/roams: there is no link by radio");
+}
+
+// ---- The main router ---------------------------------------------------------------------------
+
+TEST_F(MeshTest, ModelAndAreaCodeFitIntoTheRoomThatThereIs)
+{
+    char text[32];
+    std::ranges::fill(text, '#');
+    EXPECT_EQ(devapi_get_devicemodel(text, sizeof(text) - 1), 0);
+    EXPECT_STREQ(text, "HGU-AX3000");
+    EXPECT_EQ(devapi_get_basic_area_code(text, 5), 0);
+    EXPECT_STREQ(text, "NORT");
+    EXPECT_EQ(devapi_get_basic_area_code(text, 0), -1);
+    EXPECT_EQ(devapi_get_devicemodel(text, -1), -1);
+    EXPECT_EQ(reason(), "there is no room for the text");
+}
+
+TEST_F(MeshTest, TheLoadIsThatOfTheBaseInformation)
+{
+    DevStatusInfo status = {};
+    HgBaseInfo base = {};
+    EXPECT_EQ(devapi_get_dev_status_info(&status), 0);
+    EXPECT_EQ(devapi_get_hg_base_info(&base), 0);
+    EXPECT_STREQ(status.Cpu, base.Cpu);
+    EXPECT_STREQ(status.Memory, base.Memory);
+}
+
+TEST_F(MeshTest, LocalTimeIsBehindUtcByTheHoursOfTheHome)
+{
+    constexpr char nas[] = "00:11:32:C8:55:E1";
+    const auto hours = [] {
+        int32_t answer = 99;
+        EXPECT_EQ(devapi_get_local_timezone(&answer), 0);
+        return answer;
+    };
+    EXPECT_EQ(hours(), 0);
+    EXPECT_EQ(devapi_get_systerm_timetype(), 0);
+    for (const bool local_times : {false, true}) {
+        nlohmann::json home = house();
+        home["hours_behind_utc"] = -2;
+        home["local_times"] = local_times;
+        ASSERT_EQ(open_home(home), "");
+        EXPECT_EQ(hours(), -2);
+        EXPECT_EQ(devapi_get_systerm_timetype(), local_times ? 1 : 0);
+        const std::string local = std::to_string(kTime + 2 * kHour);
+        EXPECT_EQ(device(nas).AccessTime, local_times ? local : std::to_string(kTime));
+        EXPECT_EQ(station(index_of(nas)).AccessTime, local);
+        EXPECT_EQ(tree_stations(2).front().AccessTime, local);
+    }
+}
+
+TEST_F(MeshTest, TheBridgesAddressIsThatByWhichChildRoutersKnowTheMainRouter)
+{
+    EXPECT_EQ(bridge_mac(), router(kFirstFloorIndex).ParentMac);
+    char mac[18] = "";
+    EXPECT_EQ(simulated_gateway_bridge_mac(mac, sizeof(mac)), 0);
+    EXPECT_STREQ(mac, kMain);
+    EXPECT_EQ(simulated_gateway_bridge_mac(mac, sizeof(mac) - 1), -1);
+    EXPECT_STREQ(mac, "");
+    EXPECT_EQ(simulated_gateway_bridge_mac(mac, 0), -1);
+    EXPECT_EQ(simulated_gateway_bridge_mac(nullptr, 32), -1);
+    close();
+    setenv("SIMULATED_GATEWAY_SCENARIO", "castle", 1);
+    EXPECT_EQ(simulated_gateway_bridge_mac(mac, sizeof(mac)), -1);
+    EXPECT_STREQ(mac, "");
+}
+
+// ---- Refusals ----------------------------------------------------------------------------------
+
+TEST_F(MeshTest, AnIdentifierOrAnAddressOfNoChildRouterIsRefused)
+{
+    for (const int32_t identifier : {INT32_MIN, -1, 0, 1, 12, 15, INT32_MAX}) {
+        const std::string why = "there is no child router " + std::to_string(identifier);
+        ChildRouterInfo info = {};
+        EXPECT_EQ(devapi_get_childrouter_info(&info, identifier), -1);
+        EXPECT_EQ(reason(), why);
+        ChildMeshInfo mesh = {};
+        EXPECT_EQ(devapi_get_child_mesh_info(&mesh, identifier), -1);
+        EXPECT_EQ(reason(), why);
+        MeshLink link = {};
+        EXPECT_EQ(devapi_get_router_mesh_info(&link, identifier), -1);
+        EXPECT_EQ(reason(), why);
+    }
+    for (const char *mac : {"", "NULL", "Attic", kMain, "3C:6A:D2:22:81:8", "\xff"}) {
+        ChildStationList list = {};
+        EXPECT_EQ(devapi_get_childsta_list(&list, mac), -1) << mac;
+        EXPECT_EQ(reason().find("there is no child router \""), 0u) << mac;
+    }
+}
+
+TEST_F(MeshTest, AnIndexOfNoStationIsRefused)
+{
+    for (const int32_t index : {INT32_MIN, -1, 0, 1, kFirstFloorIndex, 15, INT32_MAX}) {
+        AdBaseInfo info = {};
+        info.HostIndex = index;
+        EXPECT_EQ(devapi_get_childsta_base_info(&info), -1) << index;
+        EXPECT_EQ(reason(), "there is no station " + std::to_string(index) + " of a child router");
+    }
+}
+
+TEST_F(MeshTest, NullPointersAreFailedCalls)
+{
+    EXPECT_EQ(devapi_get_childrouter_list(nullptr), -1);
+    EXPECT_EQ(devapi_get_childrouter_info(nullptr, kFirstFloorIndex), -1);
+    EXPECT_EQ(devapi_get_router_mesh_info(nullptr, kFirstFloorIndex), -1);
+    EXPECT_EQ(devapi_get_child_mesh_info(nullptr, kFirstFloorIndex), -1);
+    ChildStationList list = {};
+    EXPECT_EQ(devapi_get_childsta_list(nullptr, kAttic), -1);
+    EXPECT_EQ(devapi_get_childsta_list(&list, nullptr), -1);
+    EXPECT_EQ(devapi_get_childsta_base_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_dev_tol_num(nullptr, 0), -1);
+    EXPECT_EQ(devapi_get_devicemodel(nullptr, 31), -1);
+    EXPECT_EQ(devapi_get_basic_area_code(nullptr, 31), -1);
+    EXPECT_EQ(devapi_get_local_timezone(nullptr), -1);
+    EXPECT_EQ(devapi_get_dev_status_info(nullptr), -1);
+}
+
+} // namespace
