@@ -42,6 +42,17 @@ void mac_form_translate(const char *in, int32_t form, char *out)
     *out = '\0';
 }
 
+void ts_sys_mgr_get_brmac(char *mac)
+{
+    *mac = '\0';
+}
+
+int32_t dev_is_exist(int32_t index)
+{
+    (void)index;
+    return 0;
+}
+
 int32_t kaa_device_notice(const char *text)
 {
     (void)text;

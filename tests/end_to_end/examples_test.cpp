@@ -2,11 +2,10 @@
 // stands still so that uptime and rates are those of the examples.
 #include "agent_commands.h"
 #include "embedded/protocol_commands.h"
+#include "standing_clock.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-
-#include <cstdlib>
 
 using Json = nlohmann::ordered_json;
 
@@ -23,9 +22,7 @@ static void PrintTo(const Text &file, std::ostream *out)
 namespace {
 
 class Examples : public testing::TestWithParam<embedded::Text> {
-  protected:
-    Examples() { setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1); }
-    ~Examples() override { unsetenv("SIMULATED_GATEWAY_TIME"); }
+    const StandingClock clock_;
 };
 
 std::string command_of(const testing::TestParamInfo<embedded::Text> &file)

@@ -12,8 +12,12 @@ FailingMemory::Fail how;
 
 void *allocate(size_t size)
 {
-    // Not malloc(), which a program may have counted by itself.
-    return FailingMemory::next_fails() ? nullptr : calloc(1, size);
+    // Not malloc() or calloc(), which a program may have counted by themselves.
+    void *memory = nullptr;
+    return !FailingMemory::next_fails() &&
+                   posix_memalign(&memory, alignof(std::max_align_t), size) == 0
+               ? memory
+               : nullptr;
 }
 
 } // namespace

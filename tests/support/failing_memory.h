@@ -4,8 +4,8 @@
 #include <cstddef>
 
 // While it lives, allocations from number first (counted from 0) on fail: that one only, or all
-// that follow as well. Those of cJSON are counted, and those of malloc() in a program that links
-// worker_control.
+// that follow as well. Those of cJSON are counted, those of malloc() in a program that links
+// worker_control, and those of calloc() in one that links counted_calloc.
 class FailingMemory {
   public:
     enum class Fail { kOnce, kLastingly };

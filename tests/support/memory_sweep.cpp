@@ -2,7 +2,7 @@
 
 #include "handler_test.h"
 
-size_t sweep_memory(const std::string &command, const std::string &request,
+size_t sweep_memory(const std::function<void(cJSON *)> &act, const std::string &request,
                     const std::function<void()> &prepare, const AfterFailure &check,
                     const std::function<void()> &finish)
 {
@@ -18,7 +18,7 @@ size_t sweep_memory(const std::string &command, const std::string &request,
             bool failed;
             {
                 const FailingMemory memory(first, how);
-                EXPECT_EQ(hg_process_json_cmd(command.c_str(), object.get()), 0);
+                act(object.get());
                 failed = memory.has_failed();
             }
             finish();
@@ -31,4 +31,13 @@ size_t sweep_memory(const std::string &command, const std::string &request,
     }
     EXPECT_EQ(allocations[0], allocations[1]);
     return allocations[0];
+}
+
+size_t sweep_memory(const std::string &command, const std::string &request,
+                    const std::function<void()> &prepare, const AfterFailure &check,
+                    const std::function<void()> &finish)
+{
+    return sweep_memory(
+        [&](cJSON *object) { EXPECT_EQ(hg_process_json_cmd(command.c_str(), object), 0); }, request,
+        prepare, check, finish);
 }

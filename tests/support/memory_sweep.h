@@ -1,8 +1,9 @@
-// A command run with every allocation failing in turn.
+// A command or a report run with every allocation failing in turn.
 #pragma once
 
 #include "failing_memory.h"
 
+#include <cjson/cJSON.h>
 #include <functional>
 #include <string>
 
@@ -16,3 +17,9 @@ using AfterFailure = std::function<void(const std::string &object, FailingMemory
 size_t sweep_memory(
     const std::string &command, const std::string &request, const std::function<void()> &prepare,
     const AfterFailure &check, const std::function<void()> &finish = [] {});
+
+// The same for what else is done to an object, or to an array where the request is one.
+size_t sweep_memory(
+    const std::function<void(cJSON *)> &act, const std::string &request,
+    const std::function<void()> &prepare, const AfterFailure &check,
+    const std::function<void()> &finish = [] {});

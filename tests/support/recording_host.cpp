@@ -65,6 +65,16 @@ int32_t kaa_device_notice(const char *text)
     return recording_device::call<kaa_device_notice>("kaa_device_notice", text);
 }
 
+void ts_sys_mgr_get_brmac(char *mac)
+{
+    recording_device::call<ts_sys_mgr_get_brmac>("ts_sys_mgr_get_brmac", mac);
+}
+
+int32_t dev_is_exist(int32_t index)
+{
+    return recording_device::call<dev_is_exist>("dev_is_exist", index);
+}
+
 void free_str_buf(char **text)
 {
     const char *held = *text;

@@ -1,0 +1,13 @@
+// A program that links this has its calloc() counted among the allocations that FailingMemory lets
+// fail.
+#include "failing_memory.h"
+
+extern "C" {
+
+void *__real_calloc(size_t number, size_t size);
+
+void *__wrap_calloc(size_t number, size_t size)
+{
+    return FailingMemory::next_fails() ? nullptr : __real_calloc(number, size);
+}
+}

@@ -1,0 +1,310 @@
+// The firmware of all routers of the mesh, and the upload of the log. The update schedule stands
+// among the regular commands.
+#include "firmware_maintenance.h"
+
+#include "memory_sweep.h"
+#include "mesh_fixture.h"
+
+namespace {
+
+using recording_device::when;
+
+const std::string kMainRouter =
+    R"({"Status":"0","up_status":"0","name":"n","HWVersion":"h","FWVersion":"f","FWDATA":"d",)"
+    R"("DeviceType":"t","AreaCode":"a"})";
+
+class FirmwareMaintenanceTest : public MeshTest {
+  protected:
+    FirmwareMaintenanceTest() { prepare(); }
+
+    static void prepare()
+    {
+        when<devapi_get_update_status_info>([](UpdateStatusInfo *status) {
+            strcpy(status->Name, "n");
+            strcpy(status->HWVersion, "h");
+            strcpy(status->FWVersion, "f");
+            strcpy(status->FWDATA, "d");
+            strcpy(status->DeviceType, "t");
+            strcpy(status->AreaCode, "a");
+            return 0;
+        });
+        child_router_is(child_router());
+        when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+            strcpy(mac, "3c:6a:d2:10:4f:20");
+            return 0;
+        });
+        when<mac_form_translate>([](const char *, int32_t, char *out) { strcpy(out, "3C6AD2"); });
+    }
+
+    static std::string child(std::string (*text)(const Place &) = value_of)
+    {
+        Request::Keys keys = {{"up_status", R"("0")"}};
+        const std::pair<const char *, const char *> names[] = {
+            {"DeviceID", "RouterDeviceID"}, {"name", "Name"},     {"HWVersion", "HWVersion"},
+            {"FWVersion", "FWVersion"},     {"FWDATA", "FWDATA"}, {"DeviceType", "DeviceType"},
+            {"AreaCode", "AreaCode"},
+        };
+        for (const auto &[key, place] : names) {
+            keys.emplace_back(key, quoted(text(select(kChildRouterRecord, {place})[0])));
+        }
+        return Request(keys).json();
+    }
+
+    std::string children() { return report(json_get_child_router_update_info, "[]"); }
+};
+
+// ---- GET_UPDATE_STATUS -------------------------------------------------------------------------
+
+TEST_F(FirmwareMaintenanceTest, TellsTheFirmwareOfAllRouters)
+{
+    child_routers_are({4, 2});
+    EXPECT_EQ(run("GET_UPDATE_STATUS", R"({"First":1})"),
+              R"({"First":1,"MainRouter":)" + kMainRouter + R"(,"ChildRouter":[)" + child() + "," +
+                  child() + R"(],"Status":"0"})");
+    EXPECT_EQ(recording_device::called_functions(),
+              (Names{"devapi_get_update_status_info", "devapi_get_childrouter_list",
+                     "devapi_get_childrouter_info", "devapi_get_childrouter_info"}));
+    EXPECT_EQ(given_to("devapi_get_childrouter_list", 0), Names{std::string(36, '\0')});
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names(2, std::string(1100, '\0')));
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), (Names{"4", "2"}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(FirmwareMaintenanceTest, HasAnEmptyListWithoutChildRouters)
+{
+    for (const int32_t count : {0, -1, INT_MIN}) {
+        child_routers_are({4}, count);
+        EXPECT_EQ(run("GET_UPDATE_STATUS"),
+                  R"({"MainRouter":)" + kMainRouter + R"(,"ChildRouter":[],"Status":"0"})");
+    }
+    when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list, 1); });
+    EXPECT_EQ(run("GET_UPDATE_STATUS"),
+              R"({"MainRouter":)" + kMainRouter + R"(,"ChildRouter":[],"Status":"0"})");
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names());
+}
+
+TEST_F(FirmwareMaintenanceTest, FailsWithTheMainRouter)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_update_status_info>(
+            [=](UpdateStatusInfo *status) { return spoil(status, failure); });
+        EXPECT_EQ(run("GET_UPDATE_STATUS"),
+                  R"({"Status":"1","FailReason":"Get mainrouter update status failed"})");
+    }
+    EXPECT_EQ(recording_device::called_functions(), Names(3, "devapi_get_update_status_info"));
+}
+
+TEST_F(FirmwareMaintenanceTest, HasEightChildRoutersAtMost)
+{
+    for (const int32_t count : {8, 9, INT_MAX}) {
+        child_routers_are({1, 2, 3, 4, 5, 6, 7, 8}, count);
+        const Json array = parse(children());
+        EXPECT_EQ(cJSON_GetArraySize(array.get()), 8) << count;
+        EXPECT_EQ(result, 0);
+    }
+}
+
+TEST_F(FirmwareMaintenanceTest, LeavesOutAChildRouterThatCannotBeRead)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        for (const int32_t position : {0, 1, 2}) {
+            recording_host::reset();
+            child_routers_are({0, 1, 2});
+            when<devapi_get_childrouter_info>([=](ChildRouterInfo *info, int32_t identifier) {
+                *info = child_router();
+                return identifier == position ? spoil(info, failure) : 0;
+            });
+            EXPECT_EQ(children(), "[" + child() + "," + child() + "]");
+            EXPECT_EQ(result, 0);
+            EXPECT_EQ(
+                recording_host::log_lines(),
+                (LogLines{{3, "get child_router_info err " + std::to_string(failure) + "\n"}}));
+        }
+    }
+}
+
+TEST_F(FirmwareMaintenanceTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
+{
+    ChildRouterInfo router = {};
+    fill_places(&router, kChildRouterRecord, brim_of);
+    EXPECT_EQ(
+        report([&](cJSON *object) { return json_insert_childrouter_update_info(object, &router); }),
+        child(brim_of));
+    EXPECT_EQ(result, 0);
+}
+
+TEST_F(FirmwareMaintenanceTest, InsertsNothingWithoutAnArgument)
+{
+    const ChildRouterInfo router = child_router();
+    EXPECT_EQ(json_insert_childrouter_update_info(nullptr, &router), -1);
+    EXPECT_EQ(
+        report([](cJSON *object) { return json_insert_childrouter_update_info(object, nullptr); }),
+        "{}");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
+}
+
+TEST_F(FirmwareMaintenanceTest, OfWhatIsNoObjectTellsNothing)
+{
+    EXPECT_EQ(hg_process_json_cmd("GET_UPDATE_STATUS", nullptr), 0);
+    EXPECT_EQ(hg_process_json_cmd("GET_HG_LOG", nullptr), 0);
+    const Json array = parse("[]");
+    EXPECT_EQ(hg_process_json_cmd("GET_UPDATE_STATUS", array.get()), 0);
+    EXPECT_EQ(hg_process_json_cmd("GET_HG_LOG", array.get()), 0);
+    EXPECT_EQ(print(array.get()), "[]");
+    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
+}
+
+// A list that memory has cut short is said to be so in the log; without memory for the list itself
+// the key is left out.
+TEST_F(FirmwareMaintenanceTest, IsToldWholeOrSaysSo)
+{
+    const std::string main = R"({"MainRouter":)" + kMainRouter;
+    const auto with = [&](const std::string &list) {
+        return main + R"(,"ChildRouter":)" + list + R"(,"Status":"0"})";
+    };
+    std::vector<std::pair<std::string, bool>> allowed = {
+        {R"({"Status":"1","FailReason":"Get mainrouter update status failed"})", false},
+        {main + R"(,"Status":"0"})", false},
+        {with("[]"), true},
+        {with("[" + child() + "]"), true},
+    };
+    std::vector<size_t> seen(allowed.size());
+    const size_t allocations = sweep_memory(
+        "GET_UPDATE_STATUS", "{}",
+        [] {
+            prepare();
+            child_routers_are({4, 2});
+        },
+        [&](const std::string &object, FailingMemory::Fail how) {
+            if (how == FailingMemory::Fail::kLastingly) {
+                EXPECT_EQ(object, "{}"); // not even the status can be added
+                return;
+            }
+            const bool logged = !recording_host::log_lines().empty();
+            const auto found = std::find(allowed.begin(), allowed.end(), std::pair(object, logged));
+            ASSERT_NE(found, allowed.end()) << object;
+            ++seen[static_cast<size_t>(found - allowed.begin())];
+            if (logged) {
+                EXPECT_EQ(recording_host::log_lines(),
+                          (LogLines{{3, "create child_router_itme err\n"}}));
+            }
+        });
+    EXPECT_EQ(allocations, 1u + 2 * 8 + 1 + 2 * (1 + 2 * 8) + 2);
+    EXPECT_EQ(seen, (std::vector<size_t>{1 + 2 * 8 + 2, 1, 17, 17}));
+}
+
+// ---- GET_HG_LOG --------------------------------------------------------------------------------
+
+const Request kUpload({{"First", "1"},
+                       {"UploadUrl", R"("http://logs.example/a?b=c")"},
+                       {"LogType", R"("syslog")"},
+                       {"Last", "{}"}});
+
+TEST_F(FirmwareMaintenanceTest, UploadsTheLog)
+{
+    EXPECT_EQ(run("GET_HG_LOG", kUpload.json()),
+              kUpload.without("UploadUrl").followed_by(R"("Status":"0")"));
+    const std::string no_text(1, '\0');
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<recording_device::Call>{
+                  {"devapi_get_iotagtd_device_mac", {no_text, "24"}},
+                  {"mac_form_translate", {"3c:6a:d2:10:4f:20", "1", no_text}},
+                  {"devapi_get_hg_log", {"http://logs.example/a?b=c", "syslog", "3C6AD2"}}}));
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{7, "dev_mac = 3c:6a:d2:10:4f:20 br0_mac = 3C6AD2\n"}}));
+}
+
+TEST_F(FirmwareMaintenanceTest, ZeroesBothAddressBuffers)
+{
+    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+        EXPECT_EQ(std::string(mac, 24), std::string(24, '\0'));
+        memset(mac, 'm', 24);
+        return 0;
+    });
+    when<mac_form_translate>([](const char *mac, int32_t, char *out) {
+        EXPECT_EQ(mac, std::string(23, 'm'));
+        EXPECT_EQ(std::string(out, 24), std::string(24, '\0'));
+    });
+    run("GET_HG_LOG", kUpload.json());
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{7, "dev_mac = " + std::string(23, 'm') + " br0_mac = \n"}}));
+}
+
+TEST_F(FirmwareMaintenanceTest, UploadsToAnAddressAsItCame)
+{
+    for (const std::string &text : {std::string(), text_of_length(100000)}) {
+        recording_device::reset();
+        run("GET_HG_LOG",
+            kUpload.with("UploadUrl", quoted(text)).with("LogType", quoted(text)).json());
+        EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names{text});
+        EXPECT_EQ(given_to("devapi_get_hg_log", 1), Names{text});
+    }
+}
+
+TEST_F(FirmwareMaintenanceTest, SucceedsWhateverTheUploadSays)
+{
+    for (const int32_t answer : {-1, 1, 1000}) {
+        when<devapi_get_hg_log>([=](const char *, const char *, const char *) { return answer; });
+        EXPECT_EQ(run("GET_HG_LOG", kUpload.json()),
+                  kUpload.without("UploadUrl").followed_by(R"("Status":"0")"));
+    }
+}
+
+TEST_F(FirmwareMaintenanceTest, TakesTheFirstOfRepeatedAddressesInAnyCase)
+{
+    EXPECT_EQ(run("GET_HG_LOG", R"({"uploadurl":"a","UploadUrl":"b","LOGTYPE":"c","LogType":"d"})"),
+              R"({"UploadUrl":"b","LOGTYPE":"c","LogType":"d","Status":"0"})");
+    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names{"a"});
+    EXPECT_EQ(given_to("devapi_get_hg_log", 1), Names{"c"});
+}
+
+TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAKey)
+{
+    const std::string no_url = failure("json node: UploadUrl not found");
+    const std::string no_type = failure("json node: LogType not found");
+    const auto refuses = [](const Request &request, const std::string &members) {
+        EXPECT_EQ(run("GET_HG_LOG", request.json()), request.followed_by(members));
+    };
+    refuses(Request({}), no_url);
+    refuses(kUpload.without("UploadUrl"), no_url);
+    refuses(kUpload.without("LogType"), no_type);
+    for (const std::string &json : kNoTexts) {
+        refuses(kUpload.with("UploadUrl", json), no_url);
+        refuses(kUpload.with("UploadUrl", json).without("LogType"), no_url);
+        refuses(kUpload.with("LogType", json), no_type);
+    }
+    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
+}
+
+TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAnAddressOfItsOwn)
+{
+    for (const int32_t answer : {-1, 1, 1000}) {
+        recording_device::reset();
+        when<devapi_get_iotagtd_device_mac>([=](char *mac, int32_t) {
+            strcpy(mac, "3c:6a:d2:10:4f:20");
+            return answer;
+        });
+        for (const Request &request : {kUpload, Request({})}) {
+            EXPECT_EQ(run("GET_HG_LOG", request.json()),
+                      request.followed_by(failure("json node: get dev mac error")));
+        }
+        EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_iotagtd_device_mac"));
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(FirmwareMaintenanceTest, UploadsNothingThatCannotBeAnswered)
+{
+    EXPECT_EQ(sweep_memory("GET_HG_LOG", kUpload.json(), prepare,
+                           [](const std::string &object, FailingMemory::Fail how) {
+                               EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
+                                                     ? kUpload.followed_by(
+                                                           failure("json node: get dev mac error"))
+                                                     : kUpload.json());
+                               EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
+                           }),
+              2u);
+}
+
+} // namespace

@@ -1,0 +1,198 @@
+// The reports that the agent asks for by itself, with every allocation failing in turn.
+#include "memory_sweep.h"
+#include "relations_fixture.h"
+
+#include <set>
+
+namespace {
+
+using recording_device::when;
+
+class RouterMemoryTest : public RelationsTest {
+  protected:
+    // What memory that fails has left in the object, and in the log.
+    using Outcomes = std::set<std::pair<std::string, std::string>>;
+
+    template <class Builder>
+    static Outcomes sweep(Builder builder, const std::function<void()> &prepare, size_t allocations)
+    {
+        Outcomes seen;
+        EXPECT_EQ(sweep_memory([&](cJSON *object) { builder(object); }, "{}", prepare,
+                               [&](const std::string &object, auto) {
+                                   seen.insert({object, last_error()});
+                               }),
+                  allocations);
+        return seen;
+    }
+
+    // The last error in the log, without the source file and line of it.
+    static std::string last_error()
+    {
+        for (const auto &line : recording_host::log_lines()) {
+            if (line.level == 3) {
+                const size_t text = line.text.find("cjson");
+                return text != std::string::npos ? line.text.substr(text) : line.text;
+            }
+        }
+        return "";
+    }
+
+    static void nothing() {}
+};
+
+// ---- The main router ---------------------------------------------------------------------------
+
+TEST_F(RouterMemoryTest, OfTheMainRouterFailsOrAddsNothing)
+{
+    for (const char *code : {"", "TH_OLV"}) {
+        const size_t keys = *code == '\0' ? 26 : 13;
+        EXPECT_EQ(sweep(
+                      json_get_main_router_info, [=] { area_code_is(code); }, 2 * keys),
+                  (Outcomes{{"{" + failure("get base info error!") + "}", ""}, {"{}", ""}}));
+    }
+}
+
+TEST_F(RouterMemoryTest, OfTheDevicesOfTheMainRouterAddsNothing)
+{
+    const auto two_devices = [] {
+        when<devapi_get_host_num>([](int32_t *count) {
+            *count = 2;
+            return 0;
+        });
+        when<devapi_get_ad_base_info>([](AdBaseInfo *info) {
+            put(info->LinkStatus, "1");
+            return 0;
+        });
+    };
+    EXPECT_EQ(sweep(json_get_main_router_baseinfo, two_devices, 1 + 2 * (1 + 2 * 14)),
+              (Outcomes{{"{}", ""}}));
+    two_devices();
+    const Json object = parse("{}");
+    const FailingMemory memory(3, FailingMemory::Fail::kOnce);
+    EXPECT_EQ(json_get_main_router_baseinfo(object.get()), -1);
+}
+
+// The list itself comes from calloc().
+TEST_F(RouterMemoryTest, OfStationsAddsNothingAndSaysSo)
+{
+    const auto two_stations = [] {
+        when<devapi_get_node_sta_info_by_newmetod>([](StationList *list, const char *) {
+            list->count = 2;
+            return 0;
+        });
+    };
+    const auto builder = [](cJSON *object) {
+        const int32_t answer = json_get_router_sta_info(object, "sub", "");
+        EXPECT_EQ(answer, object->child == nullptr ? -1 : 0);
+    };
+    EXPECT_EQ(sweep(builder, two_stations, 1 + 1 + 2 * (1 + 2 * 21)),
+              (Outcomes{{"{}", "cjson create array failed\n"}}));
+}
+
+// ---- The topology's relations ------------------------------------------------------------------
+
+TEST_F(RouterMemoryTest, OfDevicesOfAChildRouterAddsNothing)
+{
+    const TopoNode node = {};
+    const auto builder = [&](cJSON *object) {
+        const int32_t answer = json_get_child_router_baseinfo(&node, object);
+        EXPECT_EQ(answer, object->child == nullptr ? -1 : 0);
+    };
+    EXPECT_EQ(sweep(builder, prepare, 1 + 1 + 2 * (1 + 2 * 22)), (Outcomes{{"{}", ""}}));
+    const auto unknown_devices = [] {
+        prepare();
+        when<devapi_get_childsta_base_info>([](AdBaseInfo *) { return -1; });
+    };
+    EXPECT_EQ(sweep(builder, unknown_devices, 1 + 1 + 2), (Outcomes{{"{}", ""}}));
+}
+
+TEST_F(RouterMemoryTest, OfChildRoutersLeavesThemOutAndSaysSo)
+{
+    const auto two_routers = [] {
+        prepare();
+        mesh_type_is(2);
+        child_routers_are({1});
+        when<devapi_get_child_mesh_info>([](ChildMeshInfo *info, int32_t) {
+            put(info->ParentMac, "node Mac");
+            return 0;
+        });
+        routers_are({2, 2});
+    };
+    two_routers();
+    const std::string none = R"({"ChildRouter":[]})";
+    const Json whole = parse(report(json_get_topo_router_info));
+    cJSON_DeleteItemFromArray(whole->child, 1);
+    const size_t each = 1 + 2 * (6 + 13 + 1) + (1 + 1 + 2) + (1 + 1 + 2 * (1 + 2 * 22));
+    EXPECT_EQ(sweep(json_get_topo_router_info, two_routers, 1 + 1 + 2 * each),
+              (Outcomes{{"{}", ""}, // no list, or no node for the topology
+                        {none, "create childinfo_json err"},
+                        {print(whole.get()), "create childinfo_json err"}}));
+}
+
+// ---- The tree of parameters --------------------------------------------------------------------
+
+class TreeMemoryTest : public RouterMemoryTest {
+  protected:
+    static void two_entries()
+    {
+        when<devapi_topo_xml_getinfo>([](const char *path, char *value) {
+            const bool is_count = strstr(path, "NumberOfEntries") != nullptr;
+            strcpy(value, is_count ? "2" : "1");
+            return 0;
+        });
+        when<devapi_get_node_dev_info_by_newmetod>([](const char *, ChildRouterInfo *info) {
+            info->link_count = 1;
+            return 0;
+        });
+        when<devapi_get_child_mesh_info_bynewmethod>([](const char *, ChildMeshList *list) {
+            list->count = 1;
+            return 0;
+        });
+        when<devapi_get_node_sta_info_by_newmetod>([](StationList *list, const char *) {
+            list->count = 1;
+            return 0;
+        });
+    }
+
+    // The whole report less the stations of one child router.
+    std::string without_stations(int position)
+    {
+        const Json whole = parse(report(json_get_topo_router_agent_info_bynewmethod));
+        cJSON_DeleteItemFromObject(cJSON_GetArrayItem(whole->child, position), "ChildBaseInfo");
+        return print(whole.get());
+    }
+
+    static constexpr size_t kRouter = 1 + 2 * 21;
+    static constexpr size_t kStations = 1 + 1 + (1 + 2 * 21);
+};
+
+// A router without its stations is told from one that has none: it has no list of them.
+TEST_F(TreeMemoryTest, OfChildRoutersAddsNothing)
+{
+    two_entries();
+    EXPECT_EQ(sweep(json_get_topo_router_agent_info_bynewmethod, two_entries,
+                    1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
+              (Outcomes{{"{}", "create childinfo_json err"},
+                        {"{}", "cjson create array failed\n"},
+                        {without_stations(0), "cjson create array failed\n"},
+                        {without_stations(1), "cjson create array failed\n"}}));
+}
+
+TEST_F(TreeMemoryTest, OfChildRoutersWithLinksAddsNothing)
+{
+    const auto prepare = [] {
+        two_entries();
+        area_code_is("ARVEN");
+    };
+    prepare();
+    EXPECT_EQ(sweep(json_get_topo_router_agent_info_bynewmethod, prepare,
+                    1 + 2 * (kRouter + (1 + (1 + 2 * 3)) + kStations)),
+              (Outcomes{{"{}", "create childinfo_json err"},
+                        {"{}", "create mesh_json err"},
+                        {"{}", ""},
+                        {"{}", "cjson create array failed\n"},
+                        {without_stations(0), "cjson create array failed\n"},
+                        {without_stations(1), "cjson create array failed\n"}}));
+}
+
+} // namespace

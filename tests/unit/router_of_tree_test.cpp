@@ -1,0 +1,156 @@
+// One child router from the gateway's tree of parameters.
+#include "router_tree_fixture.h"
+
+namespace {
+
+using recording_device::when;
+
+class RouterOfTreeTest : public RouterTree {};
+
+TEST_F(RouterOfTreeTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
+{
+    ChildRouterInfo record = {};
+    fill_places(&record, kChildRouterRecord, brim_of);
+    record_is(record);
+    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", brim_of, text_of_length(32))));
+    EXPECT_EQ(given_to("devapi_get_child_mesh_info_bynewmethod", 0), Names{text_of_length(64)});
+}
+
+TEST_F(RouterOfTreeTest, HasAChildRouterWhoseRecordCannotBeRead)
+{
+    for (const int32_t answer : {-1, 1, 1000}) {
+        when<devapi_get_node_dev_info_by_newmetod>(
+            [=](const char *, ChildRouterInfo *info) { return spoil(info, answer); });
+        EXPECT_EQ(routers(),
+                  list(reported(
+                      "ChildInfo", "[]", [](const Place &) { return std::string(); }, "")));
+    }
+}
+
+TEST_F(RouterOfTreeTest, HangsFromTheMainRouterByItsMacInAnyCase)
+{
+    ChildRouterInfo record = child_router();
+    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+        EXPECT_EQ(std::string(mac, 32), std::string(32, '\0'));
+        strcpy(mac, "our own");
+        return 0;
+    });
+    for (const char *parent : {"bridge", "BRIDGE", "BridgE"}) {
+        put(record.ParentMac, parent);
+        record_is(record);
+        EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", value_of, "our own"))) << parent;
+    }
+    EXPECT_EQ(given_to("devapi_get_iotagtd_device_mac", 1), Names(3, "32"));
+    for (const char *parent : {"", "bridg", "bridges", "NULL"}) {
+        put(record.ParentMac, parent);
+        record_is(record);
+        EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", value_of, parent))) << parent;
+    }
+    EXPECT_EQ(given_to("devapi_get_iotagtd_device_mac", 1).size(), 3u);
+    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
+        strcpy(mac, "rubbish");
+        return -1;
+    });
+    put(record.ParentMac, "bridge");
+    record_is(record);
+    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", value_of, "")));
+}
+
+TEST_F(RouterOfTreeTest, HasStationsOfAChildRouter)
+{
+    when<devapi_get_node_sta_info_by_newmetod>([](StationList *list, const char *) {
+        list->count = 1;
+        put(list->stations[0].Mac, "station");
+        put(list->stations[0].AccessTime, std::to_string(kNow));
+        return 0;
+    });
+    const std::string text = routers();
+    EXPECT_NE(text.find(R"("ChildBaseInfo":[{"Mac":"station","DevType":)"), std::string::npos)
+        << text;
+}
+
+// ---- The mesh of a child router ----------------------------------------------------------------
+
+TEST_F(RouterOfTreeTest, HasTheChildrenOfAChildRouterInMostAreas)
+{
+    children_are("child", 2);
+    mesh_type_is(2);
+    for (const char *code : {"", "arven", "Kolm", "SEDRAN", "TH_OLV", "NULL"}) {
+        area_code_is(code);
+        EXPECT_EQ(routers(),
+                  list(reported("ChildInfo", R"([{"childMac":"child"},{"childMac":"child"}])")))
+            << code;
+    }
+    when<devapi_get_basic_area_code>([](char *code, int32_t) {
+        strcpy(code, "ARVEN");
+        return -1;
+    });
+    EXPECT_EQ(routers(),
+              list(reported("ChildInfo", R"([{"childMac":"child"},{"childMac":"child"}])")));
+    EXPECT_EQ(given_to("devapi_get_mesh_type", 0), Names());
+}
+
+TEST_F(RouterOfTreeTest, HasThirtyTwoChildrenOfAChildRouterAtMost)
+{
+    const std::pair<int32_t, int> counts[] = {{0, 0},   {-1, 0},  {INT_MIN, 0},
+                                              {32, 32}, {33, 32}, {INT_MAX, 32}};
+    for (const auto &[given, listed] : counts) {
+        children_are(text_of_length(32), given);
+        const Json object = parse(routers());
+        const cJSON *children = cJSON_GetObjectItem(
+            cJSON_GetArrayItem(cJSON_GetObjectItem(object.get(), "ChildRouter"), 0), "ChildInfo");
+        EXPECT_EQ(cJSON_GetArraySize(children), listed) << given;
+        if (listed > 0) {
+            EXPECT_EQ(print(cJSON_GetArrayItem(children, 31)),
+                      R"({"childMac":)" + quoted(text_of_length(32)) + "}");
+        }
+    }
+    children_are("child", 2, 1);
+    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]")));
+}
+
+TEST_F(RouterOfTreeTest, HasTheLinksOfAChildRouterInThreeAreas)
+{
+    ChildRouterInfo record = child_router();
+    record.link_count = 2;
+    for (MeshLink &link : record.links) {
+        put(link.nexthopMAC, "hop");
+        put(link.interface, "ath0");
+        fill(link.dbm);
+    }
+    record_is(record);
+    const std::string link =
+        R"({"nexthopMAC":"hop","dbm":)" + quoted(text_of_length(16)) + R"(,"interface":"ath0"})";
+    for (const char *code : {"ARVEN", "KOLM", "SEDRANO", "xxARVENyy", "xKOLMy", "xSEDRANOy"}) {
+        area_code_is(code);
+        EXPECT_EQ(routers(), list(reported("MeshInfo", "[" + link + "," + link + "]"))) << code;
+    }
+    EXPECT_EQ(given_to("devapi_get_child_mesh_info_bynewmethod", 0), Names());
+    when<devapi_get_basic_area_code>([](char *code, int32_t) {
+        memset(code, 'x', 28);
+        memcpy(code + 28, "KOLM", 4); // ends without a NUL
+        return 0;
+    });
+    EXPECT_EQ(routers(), list(reported("MeshInfo", "[" + link + "," + link + "]")));
+    for (const int32_t count : {0, -1, INT_MIN}) {
+        record.link_count = count;
+        record_is(record);
+        EXPECT_EQ(routers(), list(reported("MeshInfo", "[]")));
+    }
+    record.link_count = INT_MAX;
+    record_is(record);
+    const Json object = parse(routers());
+    EXPECT_EQ(
+        cJSON_GetArraySize(cJSON_GetObjectItem(
+            cJSON_GetArrayItem(cJSON_GetObjectItem(object.get(), "ChildRouter"), 0), "MeshInfo")),
+        8);
+}
+
+TEST_F(RouterOfTreeTest, OfWhatIsNoObjectAddsNothing)
+{
+    EXPECT_EQ(report(json_get_topo_router_agent_info_bynewmethod, "[]"), "[]");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(json_get_topo_router_agent_info_bynewmethod(nullptr), -1);
+}
+
+} // namespace

@@ -1,0 +1,184 @@
+// The child routers in the topology report.
+#include "topology_child_routers_fixture.h"
+
+namespace {
+
+using recording_device::when;
+
+class TopologyChildRoutersTest : public TopologyChildRouters {};
+
+// ---- json_get_child_router_topo_info -----------------------------------------------------------
+
+TEST_F(TopologyChildRoutersTest, AreListedWithTheirStations)
+{
+    child_routers_are({7, -3});
+    stations_are({5}, 1);
+    station_is(attached_device());
+    const std::string object = with_stations("[" + station().json() + "]");
+    EXPECT_EQ(routers(), "[" + object + "," + object + "]");
+    EXPECT_EQ(result, 0);
+    const Names each = {"devapi_get_childrouter_info", "devapi_get_devicemodel",
+                        "devapi_get_childsta_list", "devapi_get_childsta_base_info",
+                        "devapi_get_local_timezone"};
+    Names all = {"devapi_get_childrouter_list", "devapi_call_tslink_set_topo_speed"};
+    all.insert(all.end(), each.begin(), each.end());
+    all.insert(all.end(), each.begin(), each.end());
+    EXPECT_EQ(recording_device::called_functions(), all);
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names(2, std::string(1100, '\0')));
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), (Names{"7", "-3"}));
+    EXPECT_EQ(given_to("devapi_get_childsta_list", 1), (Names{"Mac", "Mac"}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(TopologyChildRoutersTest, AreNoneForACountBelowOneOrAFailedList)
+{
+    for (const int32_t count : {0, -1, INT_MIN}) {
+        child_routers_are({7}, count);
+        EXPECT_EQ(routers(), "[]");
+        EXPECT_EQ(result, 0);
+    }
+    when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list, 1); });
+    EXPECT_EQ(routers(), "[]");
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names());
+    EXPECT_EQ(recording_device::called_functions().back(), "devapi_call_tslink_set_topo_speed");
+}
+
+TEST_F(TopologyChildRoutersTest, AreEightAtMost)
+{
+    for (const int32_t count : {9, INT_MAX}) {
+        child_routers_are({1, 2, 3, 4, 5, 6, 7, 8}, count);
+        const Json array = parse(routers());
+        EXPECT_EQ(cJSON_GetArraySize(array.get()), 8);
+    }
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 1).back(), "8");
+}
+
+TEST_F(TopologyChildRoutersTest, AreListedThoughTheSpeedsAreOld)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_host::reset();
+        when<devapi_call_tslink_set_topo_speed>([=] { return failure; });
+        EXPECT_EQ(routers(), "[" + with_stations("[]") + "]");
+        EXPECT_EQ(recording_host::log_lines(),
+                  (LogLines{{3, "call tslink set topo speed failed!\n"}}));
+    }
+}
+
+TEST_F(TopologyChildRoutersTest, AreLeftOutWhenTheyCannotBeRead)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        for (const int32_t position : {0, 1, 2}) {
+            recording_host::reset();
+            child_routers_are({0, 1, 2});
+            when<devapi_get_childrouter_info>([=](ChildRouterInfo *info, int32_t identifier) {
+                *info = child_router();
+                return identifier == position ? spoil(info, failure) : 0;
+            });
+            EXPECT_EQ(routers(), "[" + with_stations("[]") + "," + with_stations("[]") + "]");
+            EXPECT_EQ(result, 0);
+            EXPECT_EQ(
+                recording_host::log_lines(),
+                (LogLines{{3, "get child_router_info err " + std::to_string(failure) + "\n"}}));
+        }
+    }
+}
+
+TEST_F(TopologyChildRoutersTest, AskForTheStationsOfAMacWithoutAnEnd)
+{
+    ChildRouterInfo record = child_router();
+    fill(record.Mac);
+    child_router_is(record);
+    routers();
+    EXPECT_EQ(given_to("devapi_get_childsta_list", 1), Names{text_of_length(64)});
+}
+
+TEST_F(TopologyChildRoutersTest, StandInTheWholeReport)
+{
+    stations_are({5}, 1);
+    station_is(attached_device());
+    const std::string object = with_stations("[" + station().json() + "]");
+    const std::string reply = run("GET_TSLINK_TOPOLOGY_INFO");
+    const std::string end = R"(,"ChildRouter":[)" + object + R"(],"Status":"0"})";
+    ASSERT_GT(reply.size(), end.size());
+    EXPECT_EQ(reply.substr(reply.size() - end.size()), end);
+}
+
+// ---- json_insert_childrouter_info --------------------------------------------------------------
+
+TEST_F(TopologyChildRoutersTest, ReportNoFurtherThanTheirFields)
+{
+    ChildRouterInfo record = child_router();
+    EXPECT_EQ(router(record), expected(kRouterPlaces).json());
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(given_to("devapi_get_devicemodel", 1), Names{"31"});
+    fill_places(&record, kChildRouterRecord, brim_of);
+    EXPECT_EQ(router(record), expected(kRouterPlaces, brim_of).json());
+}
+
+TEST_F(TopologyChildRoutersTest, HaveLinksForTheOperatorsModelInAnyCase)
+{
+    ChildRouterInfo record = child_router();
+    record.link_count = 2;
+    for (MeshLink &link : record.links) {
+        const std::string number = std::to_string(&link - record.links);
+        put(link.nexthopMAC, "hop" + number);
+        put(link.interface, "ath" + number);
+        put(link.dbm, "-5" + number);
+    }
+    for (const char *model : {"", "QX3060", "QX2040", "QX2040B2"}) {
+        model_is(model);
+        EXPECT_EQ(router(record), expected(kRouterPlaces).json()) << model;
+    }
+    const Request with_links = expected(kRouterPlaces)
+                                   .with("MeshInfo", R"([{"nexthopMAC":"hop0","dbm":"-50",)"
+                                                     R"("interface":"ath0"},{"nexthopMAC":"hop1",)"
+                                                     R"("dbm":"-51","interface":"ath1"}])");
+    for (const char *model : {"QX2040B", "qx2040b", "Qx2040B"}) {
+        model_is(model);
+        EXPECT_EQ(router(record), with_links.json()) << model;
+    }
+    child_router_is(record);
+    EXPECT_EQ(routers(), "[" + with_stations("[]", with_links) + "]");
+    when<devapi_get_devicemodel>([](char *model, int32_t) {
+        strcpy(model, "QX2040B");
+        return -1;
+    });
+    EXPECT_EQ(router(record), expected(kRouterPlaces).json());
+}
+
+TEST_F(TopologyChildRoutersTest, HaveEightLinksAtMost)
+{
+    model_is("qx2040b");
+    ChildRouterInfo record = {};
+    for (MeshLink &link : record.links) {
+        fill(link.nexthopMAC);
+        fill(link.interface);
+        fill(link.dbm);
+    }
+    const std::pair<int32_t, int> counts[] = {{0, 0}, {-1, 0}, {INT_MIN, 0}, {1, 1},
+                                              {8, 8}, {9, 8},  {INT_MAX, 8}};
+    for (const auto &[count, links] : counts) {
+        record.link_count = count;
+        const Json object = parse(router(record));
+        const cJSON *list = cJSON_GetObjectItem(object.get(), "MeshInfo");
+        ASSERT_NE(list, nullptr);
+        EXPECT_EQ(cJSON_GetArraySize(list), links) << count;
+        if (links > 0) {
+            EXPECT_EQ(print(cJSON_GetArrayItem(list, links - 1)),
+                      R"({"nexthopMAC":")" + text_of_length(32) + R"(","dbm":")" +
+                          text_of_length(16) + R"(","interface":")" + text_of_length(24) + R"("})");
+        }
+    }
+}
+
+TEST_F(TopologyChildRoutersTest, AreNothingWithoutAnArgument)
+{
+    const ChildRouterInfo record = child_router();
+    EXPECT_EQ(json_insert_childrouter_info(nullptr, &record), -1);
+    EXPECT_EQ(report([](cJSON *object) { return json_insert_childrouter_info(object, nullptr); }),
+              "{}");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
+}
+
+} // namespace
