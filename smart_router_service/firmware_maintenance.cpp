@@ -48,6 +48,9 @@ int32_t json_insert_childrouter_update_info(cJSON *item, const ChildRouterInfo *
 
 int32_t json_get_child_router_update_info(cJSON *array)
 {
+    if (array == nullptr) {
+        return -1;
+    }
     ChildRouterList children;
     read_or_empty<devapi_get_childrouter_list>(children);
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
@@ -81,14 +84,15 @@ int32_t json_get_update_status(cJSON *obj)
     }
     Reply reply;
     reply.add("MainRouter", router.release());
-    cJSON *children = cJSON_CreateArray();
-    if (children != nullptr) {
-        json_get_child_router_update_info(children);
-        reply.add("ChildRouter", children);
+    JsonItem children(cJSON_CreateArray());
+    if (children.get() != nullptr) {
+        const bool complete = json_get_child_router_update_info(children.get()) == 0;
+        reply.add("ChildRouter", complete ? children.release() : nullptr);
     }
     reply.success();
+    const bool complete = reply.complete();
     answer(obj, reply, kFailure);
-    return 0;
+    return complete ? 0 : -1;
 }
 
 int32_t json_send_log_to_platform(cJSON *obj)

@@ -5,7 +5,8 @@
 
 extern "C" {
 
-// Appends the firmware of each child router to an array. Result: 0, or -1 when memory ran out.
+// Appends the firmware of each child router to an array. Result: 0, or -1 when array is null or
+// memory ran out.
 SMART_ROUTER_API int32_t json_get_child_router_update_info(cJSON *array);
 
 // Adds a child router's firmware to an object. Result: 0; -1, with nothing added, when an argument

@@ -141,7 +141,7 @@ template <size_t width> bool holds(const char (&field)[width], const char *text)
     return holds(field, width, text);
 }
 
-// Whether the field holds this text, or has it in it, without regard to case.
+// Whether the field holds exactly this text, without regard to case.
 bool holds_any_case(const char *field, size_t width, const char *text);
 template <size_t width> bool holds_any_case(const char (&field)[width], const char *text)
 {
@@ -342,8 +342,7 @@ class JsonItem {
     cJSON *item_;
 };
 
-// Memory from malloc() or calloc(), for records that are too large for a small stack, and for what
-// the device library hands over.
+// A zeroed record that is too large for a small stack.
 template <class Record> class Allocated {
   public:
     Allocated() : record_(static_cast<Record *>(calloc(1, sizeof(Record)))) {}

@@ -34,14 +34,28 @@ struct ReportedDevice {
     char OS[2];
 };
 
+// The result of devapi_get_ad_base_info() for an index without a device.
+constexpr int32_t kNoDevice = 1000;
+
+// The MAC address of a router that hangs from the main router.
+inline constexpr auto kChildMac = fields_of<ChildMeshInfo>({
+    FIELD(ChildMeshInfo, "childMac", ChildMac),
+});
+
+// Moves a text from field to field, with or without its end.
+template <size_t width> void assign(char (&to)[width], const char (&from)[width])
+{
+    memcpy(to, from, width);
+}
+
 // Completes a station of a child router, for which model and operating system are fixed.
 void complete_station(ReportedDevice *station);
 
 // The offset of local time from UTC in hours; 0 when it is not known.
 int32_t zone_hours();
 
-// Replaces the time since when the device is attached by the seconds that have passed since then. A
-// time that was given in local time is so many hours ahead.
+// Replaces the time since when the device is attached by the seconds that have passed since then,
+// by a clock that runs so many hours ahead of the device's times.
 void put_elapsed(AdBaseInfo *device, int32_t hours_ahead);
 
 } // namespace smart_router

@@ -62,14 +62,6 @@ bool is_connected(const WanIpInfo &wan)
 
 // ---- The devices attached to the main router ---------------------------------------------------
 
-// The result of devapi_get_ad_base_info() for an index without a device.
-constexpr int32_t kNoDevice = 1000;
-
-constexpr auto kDeviceKind = fields_of<ReportedDevice>({
-    FIELD(ReportedDevice, "DevType", DevModle),
-    FIELD(ReportedDevice, "DevModle", info.DevType),
-});
-
 constexpr auto kDevice = fields_of<AdBaseInfo>({
     FIELD(AdBaseInfo, "AccessType", AccessType),
     FIELD(AdBaseInfo, "NetStatus", NetStatus),
@@ -116,12 +108,17 @@ template <size_t width> void put_bytes_per_second(char (&speed)[width])
     snprintf(speed, width, "%.02f", kilobits * 1000.0 * 0.125);
 }
 
-// A new object for the device; null when memory ran out. Systems that the device knows by name are
-// left out: the app knows a code for none at all only.
-cJSON *device_object(ReportedDevice *device)
+// A new object for the device; null when memory ran out.
+cJSON *device_object(AdBaseInfo &info)
 {
-    AdBaseInfo &info = device->info;
-    copy_text(device->DevModle, kind_code(info));
+    // The kinds of devices are codes to the app, and the device's own word for them is their model.
+    JsonItem object(cJSON_CreateObject());
+    bool complete = object.get() != nullptr && add_text(object.get(), "DevType", kind_code(info)) &&
+                    add_text(object.get(), "DevModle", info.DevType, sizeof info.DevType);
+    // The app has no code for systems that are known, only one for those that are not.
+    if (complete && info.OS[0] == '\0') {
+        complete = add_text(object.get(), "OS", "0");
+    }
     const char *online = number_in(info.NetStatus) != 0 ? "1" : "0";
     copy_text(info.AccessType, access_code(info));
     copy_text(info.NetStatus, online);
@@ -129,12 +126,7 @@ cJSON *device_object(ReportedDevice *device)
     info.DevFactory[0] = '\0';
     put_bytes_per_second(info.UpSpeed);
     put_bytes_per_second(info.DownSpeed);
-
-    JsonItem object(object_of(kDeviceKind, device));
-    const bool complete = object.get() != nullptr &&
-                          (info.OS[0] != '\0' || add_text(object.get(), "OS", "0")) &&
-                          add_fields(object.get(), kDevice, &info);
-    return complete ? object.release() : nullptr;
+    return complete && add_fields(object.get(), kDevice, &info) ? object.release() : nullptr;
 }
 
 // ---- Stations ----------------------------------------------------------------------------------
@@ -151,7 +143,7 @@ cJSON *station_object(const AdBaseInfo &info)
     JsonItem object(cJSON_CreateObject());
     const bool complete = object.get() != nullptr &&
                           add_text(object.get(), "Mac", station.info.Mac, sizeof info.Mac) &&
-                          add_fields(object.get(), kStation, &station) &&
+                          add_fields(object.get(), kMeshStation, &station) &&
                           add_fields(object.get(), kStationDetails, &station);
     return complete ? object.release() : nullptr;
 }
@@ -163,13 +155,13 @@ bool smart_router::wants_short_report(const AreaCode &area)
     return contains(area, "TH_OLV", Case::kIsIgnored);
 }
 
-bool smart_router::add_own_mac(cJSON *object, const char *key)
+bool smart_router::add_own_mac(cJSON *object)
 {
     char mac[32] = "";
     if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
         mac[0] = '\0';
     }
-    return add_text(object, key, mac, sizeof mac);
+    return add_text(object, kParentMac, mac, sizeof mac);
 }
 
 int32_t json_get_main_router_info(cJSON *obj)
@@ -205,8 +197,9 @@ int32_t json_get_main_router_info(cJSON *obj)
         reply.text("NetQuality", "0");
         reply.fields(kRadioAddresses, &base);
     }
+    const bool complete = reply.complete();
     answer(obj, reply, kFailure);
-    return 0;
+    return complete ? 0 : -1;
 }
 
 int32_t json_get_main_router_baseinfo(cJSON *obj)
@@ -218,14 +211,14 @@ int32_t json_get_main_router_baseinfo(cJSON *obj)
         count = 0;
     }
     for (int32_t at = 0; at < count && reply.complete(); ++at) {
-        ReportedDevice device = {};
-        device.info.HostIndex = at + 1;
-        const int32_t result = devapi_get_ad_base_info(&device.info);
+        AdBaseInfo device = {};
+        device.HostIndex = at + 1;
+        const int32_t result = devapi_get_ad_base_info(&device);
         if (minus_one(result)) {
             break;
         }
-        if (result != kNoDevice && number_in(device.info.LinkStatus) != 0) {
-            reply.append(list, device_object(&device));
+        if (result != kNoDevice && number_in(device.LinkStatus) != 0) {
+            reply.append(list, device_object(device));
         }
     }
     return reply.join(obj) ? 0 : -1;
@@ -237,14 +230,13 @@ int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path
     Reply reply;
     cJSON *list = reply.list(is_main ? "MainBaseInfo" : "ChildBaseInfo");
     Allocated<StationList> stations;
-    if (stations.get() == nullptr) {
-        reply.add(nullptr, nullptr);
-    } else if (devapi_get_node_sta_info_by_newmetod(stations.get(), path) == 0) {
-        for (size_t at = 0; at < clamped(stations->count, kMostStations); ++at) {
-            reply.append(list, station_object(stations->stations[at]));
-        }
+    const bool has_list = stations.get() != nullptr && path != nullptr &&
+                          devapi_get_node_sta_info_by_newmetod(stations.get(), path) == 0;
+    const size_t count = has_list ? clamped(stations->count, kMostStations) : 0;
+    for (size_t at = 0; at < count && reply.complete(); ++at) {
+        reply.append(list, station_object(stations->stations[at]));
     }
-    if (!reply.join(obj)) {
+    if (stations.get() == nullptr || !reply.join(obj)) {
         LOG_ERROR("%s %d cjson create array failed\n", __FILE__, __LINE__);
         return -1;
     }

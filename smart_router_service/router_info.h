@@ -6,7 +6,7 @@
 namespace smart_router {
 
 // A station's keys after its MAC address, up to those that only some reports have.
-inline constexpr auto kStation = fields_of<ReportedDevice>({
+inline constexpr auto kMeshStation = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "DevType", info.DevType),
     FIELD(ReportedDevice, "DevFactory", info.DevFactory),
     FIELD(ReportedDevice, "DevModle", DevModle),
@@ -37,7 +37,7 @@ inline constexpr auto kStationDetails = fields_of<ReportedDevice>({
 });
 
 // A child router's keys after those of its link.
-inline constexpr auto kChildRouter = fields_of<ChildRouterInfo>({
+inline constexpr auto kMeshRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
     FIELD(ChildRouterInfo, "Name", Name),
     FIELD(ChildRouterInfo, "NetStatus", NetStatus),
@@ -53,7 +53,7 @@ inline constexpr auto kChildRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "Wlan1Mac", Wlan1Mac),
 });
 
-// The MAC address by which the mesh knows a router.
+// The MAC address by which the mesh knows a router that hangs from another one.
 inline constexpr auto kMeshMac = fields_of<ChildMeshInfo>({FIELD(ChildMeshInfo, "childMac", Mac)});
 
 inline constexpr char kParentMac[] = "ParentMacAddress";
@@ -66,20 +66,20 @@ template <size_t width> bool is_unknown(const char (&field)[width])
 // One operator's app shows the router on a single small page.
 bool wants_short_report(const AreaCode &area);
 
-// Adds the MAC address by which the platform knows the router. Result: false when memory ran
-// out.
-bool add_own_mac(cJSON *object, const char *key);
+// Adds the MAC address by which the platform knows the main router as that of the parent. Result:
+// false when memory ran out.
+bool add_own_mac(cJSON *object);
 
 } // namespace smart_router
 
 extern "C" {
 
 // Appends one child router, with its stations, to an array. Result: 0; the device's result when the
-// node could not be read; -1 when it is no attached device or memory ran out, and then nothing was
-// appended.
+// node could not be read; -1 when an argument is null, the node is no attached device or memory ran
+// out. Nothing is appended unless it is 0.
 SMART_ROUTER_API int32_t json_get_child_router_info(const TopoNode *node, cJSON *array);
 
 // Adds "ChildBaseInfo", the devices attached to the node's router, to an object; nothing when they
-// could not be read. Result: 0, or -1, with nothing added, when memory ran out.
+// could not be read. Result: 0; -1, with nothing added, when node is null or memory ran out.
 SMART_ROUTER_API int32_t json_get_child_router_baseinfo(const TopoNode *node, cJSON *obj);
 }

@@ -81,8 +81,6 @@ constexpr auto kNode = fields_of<NodeDevInfo>({
     FIELD(NodeDevInfo, "FWVersion", FWVersion),
 });
 
-constexpr auto kChildMac = fields_of<ChildMeshInfo>({FIELD(ChildMeshInfo, "childMac", ChildMac)});
-
 // Adds the MAC address in the form in which users know it, or as it stands.
 template <size_t width> bool add_view_mac(cJSON *object, const char *key, const char (&mac)[width])
 {
@@ -109,7 +107,8 @@ bool add_children(cJSON *object, const char *router_mac)
     read_or_empty<devapi_get_childrouter_list>(children);
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
         ChildMeshInfo child;
-        if (read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
+        if (reply.complete() &&
+            read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
             holds(child.ParentMac, router_mac)) {
             reply.append(list, is_unknown(child.ChildMac) ? kMeshMac : kChildMac, &child);
         }
@@ -136,7 +135,7 @@ bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
 {
     ChildRouterInfo router;
     read_or_empty<devapi_get_childrouter_info>(router, index);
-    if (!add_fields(object, kChildRouter, &router) ||
+    if (!add_fields(object, kMeshRouter, &router) ||
         (is_unknown(node.FWVersion) && !replace(object, "FWVersion", router.FWVersion)) ||
         (is_unknown(node.ip) && !replace(object, "ip", router.ip))) {
         return false;
@@ -144,7 +143,7 @@ bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
     BridgeMac bridge;
     read_bridge_mac(bridge);
     const bool has_parent = holds(router.ParentMac, Ended(bridge).text())
-                                ? add_own_mac(object, kParentMac)
+                                ? add_own_mac(object)
                                 : add_view_mac(object, kParentMac, router.ParentMac);
     return has_parent &&
            (devapi_get_mesh_type() != 2 || add_children(object, Ended(node.Mac).text()));
@@ -166,7 +165,7 @@ cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
     }
     complete_station(&station);
     if (is_unknown(info.ByName)) {
-        copy_text(info.ByName, Ended(info.Name).text());
+        assign(info.ByName, info.Name);
     }
     const bool is_short = wants_short_report(area);
     if (!is_short) {
@@ -174,17 +173,74 @@ cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
     }
     const bool complete = object.get() != nullptr &&
                           add_text(object.get(), "Mac", node.Mac, sizeof node.Mac) &&
-                          add_fields(object.get(), kStation, &station) &&
+                          add_fields(object.get(), kMeshStation, &station) &&
                           add_text(object.get(), "dbm", info.Dbm, sizeof info.Dbm) &&
                           (is_short ? add_fields(object.get(), kAccessTime, &station)
                                     : add_fields(object.get(), kStationDetails, &station));
     return complete ? object.release() : nullptr;
 }
 
+// A child router as it is reported, or why it is not.
+struct RouterReport {
+    cJSON *object;  // belongs to the caller; null when the router is left out
+    int32_t result; // the device's where it failed; -1 when the router is no attached device
+    bool complete;  // false when memory ran out
+};
+
+RouterReport report_router(const TopoNode &node)
+{
+    NodeDevInfo info = {};
+    const int32_t result = devapi_get_node_dev_info(&node, &info);
+    if (result != 0) {
+        return {nullptr, result, true};
+    }
+    JsonItem object(cJSON_CreateObject());
+    bool complete = object.get() != nullptr && add_view_mac(object.get(), "Mac", info.Mac) &&
+                    add_fields(object.get(), kNode, &info);
+    AreaCode area;
+    read_area_code(area);
+    // One operator's child routers are known to the topology alone.
+    if (!contains(area, "OLV", Case::kIsIgnored)) {
+        int32_t index = 0;
+        if (!find_child_router(info, &index)) {
+            return {nullptr, -1, true};
+        }
+        complete = complete && add_child_router(object.get(), info, index);
+    }
+    if (!complete || json_get_child_router_baseinfo(&node, object.get()) != 0) {
+        LOG_ERROR("create childinfo_json err");
+        return {nullptr, -1, false};
+    }
+    return {object.release(), 0, true};
+}
+
+// Appends the child routers of a topology.
+void add_routers(Reply &reply, cJSON *list, const TopoNode *first)
+{
+    for (const TopoNode *node = first; node != nullptr && reply.complete(); node = node->next) {
+        if (node->level < kFirstChildLevel) {
+            continue;
+        }
+        const RouterReport report = report_router(*node);
+        if (report.object != nullptr || !report.complete) {
+            reply.append(list, report.object);
+        }
+    }
+}
+
+bool is_mesh_on()
+{
+    int32_t state = 0;
+    return devapi_get_Multi_Ap_enable(&state) == 0 && state == 1;
+}
+
 } // namespace
 
 int32_t json_get_child_router_baseinfo(const TopoNode *node, cJSON *obj)
 {
+    if (node == nullptr) {
+        return -1;
+    }
     AreaCode area;
     read_area_code(area);
     AttachedList attached;
@@ -209,57 +265,41 @@ int32_t json_get_child_router_baseinfo(const TopoNode *node, cJSON *obj)
 
 int32_t json_get_child_router_info(const TopoNode *node, cJSON *array)
 {
-    NodeDevInfo info = {};
-    const int32_t result = devapi_get_node_dev_info(node, &info);
-    if (result != 0) {
-        return result;
-    }
-    JsonItem object(cJSON_CreateObject());
-    bool complete = object.get() != nullptr && add_view_mac(object.get(), "Mac", info.Mac) &&
-                    add_fields(object.get(), kNode, &info);
-    AreaCode area;
-    read_area_code(area);
-    // One operator's child routers are known to the topology alone.
-    if (!contains(area, "OLV", Case::kIsIgnored)) {
-        int32_t index = 0;
-        if (!find_child_router(info, &index)) {
-            return -1;
-        }
-        complete = complete && add_child_router(object.get(), info, index);
-    }
-    if (!complete || json_get_child_router_baseinfo(node, object.get()) != 0) {
-        LOG_ERROR("create childinfo_json err");
+    if (node == nullptr || array == nullptr) {
         return -1;
     }
-    cJSON_AddItemToArray(array, object.release());
-    return 0;
+    const RouterReport report = report_router(*node);
+    if (report.object != nullptr) {
+        cJSON_AddItemToArray(array, report.object);
+    }
+    return report.result;
 }
 
 int32_t json_get_topo_router_info(cJSON *obj)
 {
     Reply reply;
     cJSON *routers = reply.list("ChildRouter");
+    if (routers == nullptr) {
+        return -1;
+    }
     char relations[TOPO_RELATION_SIZE + 1] = ""; // one more, for a text without an end
-    int32_t mesh = 0;
     int32_t count = 0;
-    devapi_get_Multi_Ap_enable(&mesh);
-    if (mesh == 1 && devapi_get_topo_relation_ship(relations, TOPO_RELATION_SIZE - 1) == 0 &&
+    if (is_mesh_on() && devapi_get_topo_relation_ship(relations, TOPO_RELATION_SIZE - 1) == 0 &&
         devapi_get_topo_relation_num(&count) == 0) {
         Topology topology;
         if (topology.first() == nullptr) {
             return -1;
         }
-        if (devapi_handle_topo_struct(relations, topology.first()) == 0) {
-            devapi_topo_xml_info_list(count, topology.first());
+        const bool is_known = devapi_handle_topo_struct(relations, topology.first()) == 0;
+        if (is_known) {
+            devapi_topo_xml_info_list(count > 0 ? count : 0, topology.first());
         }
         if (devapi_call_tslink_set_topo_speed() != 0) {
             LOG_ERROR("call tslink set topo speed failed\n");
         }
         end_list(topology.first());
-        for (const TopoNode *node = topology.first(); node != nullptr; node = node->next) {
-            if (node->level >= kFirstChildLevel && routers != nullptr) {
-                json_get_child_router_info(node, routers);
-            }
+        if (is_known) {
+            add_routers(reply, routers, topology.first());
         }
     }
     return reply.join(obj) ? 0 : -1;

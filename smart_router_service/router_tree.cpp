@@ -101,10 +101,10 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
     const bool hangs_from_us = holds_any_case(router.ParentMac, Ended(bridge).text());
     JsonItem object(cJSON_CreateObject());
     if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
-        !add_fields(object.get(), kChildRouter, &router) ||
+        !add_fields(object.get(), kMeshRouter, &router) ||
         !add_fields(object.get(), kTreeAddress, &router) ||
         !(hangs_from_us
-              ? add_own_mac(object.get(), kParentMac)
+              ? add_own_mac(object.get())
               : add_text(object.get(), kParentMac, router.ParentMac, sizeof router.ParentMac))) {
         LOG_ERROR("create childinfo_json err");
         return nullptr;
@@ -119,8 +119,7 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
         return nullptr;
     }
     cJSON_AddItemToObjectCS(object.get(), by_links ? "MeshInfo" : "ChildInfo", mesh);
-    json_get_router_sta_info(object.get(), "sub", path);
-    return object.release();
+    return json_get_router_sta_info(object.get(), "sub", path) == 0 ? object.release() : nullptr;
 }
 
 } // namespace
@@ -139,7 +138,9 @@ int32_t json_get_topo_router_agent_info_bynewmethod(cJSON *obj)
         LOG_ERROR("create childinfo_json err");
         return -1;
     }
-    for (int32_t position = 1, count = number_in(entries); position <= count; ++position) {
+    const int32_t count = number_in(entries);
+    for (int32_t at = 0; at < count; ++at) {
+        const int32_t position = at + 1;
         bool is_child = false;
         if (!read_is_child(position, bridge, &is_child)) {
             return -1;

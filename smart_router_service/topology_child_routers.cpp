@@ -5,7 +5,7 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kChildRouter = fields_of<ChildRouterInfo>({
+constexpr auto kReportedRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
     FIELD(ChildRouterInfo, "Name", Name),
     FIELD(ChildRouterInfo, "Mac", Mac),
@@ -25,7 +25,7 @@ constexpr auto kChildRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "dbm", dbm),
 });
 
-constexpr auto kStation = fields_of<ReportedDevice>({
+constexpr auto kReportedStation = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "Mac", info.Mac),
     FIELD(ReportedDevice, "UID", info.UID),
     FIELD(ReportedDevice, "DevType", info.DevType),
@@ -51,6 +51,10 @@ constexpr auto kStation = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
 });
 
+// What the log says when memory ran out for one of them.
+constexpr char kNoRouter[] = "create child_router_itme err\n";
+constexpr char kNoStation[] = "create child_sta_itme err\n";
+
 } // namespace
 
 // ---- Child routers -----------------------------------------------------------------------------
@@ -62,7 +66,7 @@ int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router)
         return -1;
     }
     Reply reply;
-    reply.fields(kChildRouter, router);
+    reply.fields(kReportedRouter, router);
     Model model;
     read_model(model);
     if (holds_any_case(model, kOperatorModel)) {
@@ -76,6 +80,9 @@ int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router)
 
 int32_t json_get_child_router_topo_info(cJSON *array)
 {
+    if (array == nullptr) {
+        return -1;
+    }
     ChildRouterList children;
     read_or_empty<devapi_get_childrouter_list>(children);
     if (devapi_call_tslink_set_topo_speed() != 0) {
@@ -83,16 +90,18 @@ int32_t json_get_child_router_topo_info(cJSON *array)
     }
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
         JsonItem object(cJSON_CreateObject());
+        if (object.get() == nullptr) {
+            LOG_ERROR(kNoRouter);
+            return -1;
+        }
         ChildRouterInfo router = {};
-        const int32_t result = object.get() != nullptr
-                                   ? devapi_get_childrouter_info(&router, children.identifiers[at])
-                                   : 0;
+        const int32_t result = devapi_get_childrouter_info(&router, children.identifiers[at]);
         if (result != 0) {
             LOG_ERROR("get child_router_info err %d\n", result);
             continue;
         }
-        if (object.get() == nullptr || json_insert_childrouter_info(object.get(), &router) != 0) {
-            LOG_ERROR("create child_router_itme err\n");
+        if (json_insert_childrouter_info(object.get(), &router) != 0) {
+            LOG_ERROR(kNoRouter);
             return -1;
         }
         cJSON *stations = cJSON_CreateArray();
@@ -119,14 +128,18 @@ void json_get_childsta_info(cJSON *array, const char *mac)
     read_or_empty<devapi_get_childsta_list>(stations, mac);
     for (size_t at = 0; at < clamped(stations.count, MESH_MAX_STATIONS); ++at) {
         JsonItem object(cJSON_CreateObject());
+        if (object.get() == nullptr) {
+            LOG_ERROR(kNoStation);
+            return;
+        }
         AdBaseInfo station = {};
         station.HostIndex = stations.indexes[at];
-        if (object.get() != nullptr && devapi_get_childsta_base_info(&station) != 0) {
+        if (devapi_get_childsta_base_info(&station) != 0) {
             LOG_ERROR("get ad_base info err\n");
             continue;
         }
-        if (object.get() == nullptr || json_insert_childsta_info(object.get(), &station) != 0) {
-            LOG_ERROR("create child_sta_itme err\n");
+        if (json_insert_childsta_info(object.get(), &station) != 0) {
+            LOG_ERROR(kNoStation);
             return;
         }
         cJSON_AddItemToArray(array, object.release());
@@ -144,9 +157,9 @@ int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
     reported.info = *station;
     complete_station(&reported);
     if (reported.info.ByName[0] == '\0') {
-        copy_text(reported.info.ByName, Ended(reported.info.Name).text());
+        assign(reported.info.ByName, reported.info.Name);
     }
     Reply reply;
-    reply.fields(kStation, &reported);
+    reply.fields(kReportedStation, &reported);
     return reply.join(obj) ? 0 : -1;
 }

@@ -56,8 +56,6 @@ constexpr auto kLinkToChild = fields_of<MeshLink>({
     FIELD(MeshLink, "dbm", dbm),
 });
 
-constexpr auto kChild = fields_of<ChildMeshInfo>({FIELD(ChildMeshInfo, "childMac", ChildMac)});
-
 // Devices have two ways of saying that a radio is on.
 template <size_t width> void put_radio_state(char (&state)[width])
 {
@@ -75,7 +73,8 @@ bool add_mesh_links(Reply &router)
         return false;
     }
     router.add("MeshInfo", links);
-    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+    const size_t count = clamped(children.count, MESH_MAX_CHILD_ROUTERS);
+    for (size_t at = 0; at < count && router.complete(); ++at) {
         MeshLink link;
         if (read_or_empty<devapi_get_router_mesh_info>(link, children.identifiers[at])) {
             router.append(links, kLinkToChild, &link);
@@ -96,11 +95,12 @@ bool add_children(Reply &router, const BridgeMac &bridge)
     router.add("ChildInfo", list);
     ChildRouterList children;
     read_or_empty<devapi_get_childrouter_list>(children);
-    for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
+    const size_t count = clamped(children.count, MESH_MAX_CHILD_ROUTERS);
+    for (size_t at = 0; at < count && router.complete(); ++at) {
         ChildMeshInfo child;
         if (read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
             holds(child.ParentMac, Ended(bridge).text())) {
-            router.append(list, kChild, &child);
+            router.append(list, kChildMac, &child);
         }
     }
     return true;
@@ -122,9 +122,6 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 
 // What apps have room for, in one report.
 constexpr int32_t kMostDevices = 32;
-
-// The result of devapi_get_ad_base_info() for a place in the table that is free.
-constexpr int32_t kNoDevice = 1000;
 
 constexpr auto kDevice = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "Mac", info.Mac),
@@ -165,21 +162,22 @@ template <size_t width> void empty_if_unknown(char (&field)[width])
     }
 }
 
-// Turns the device's own texts into what apps expect here: codes for most of them, which are fixed
-// where the mesh does not tell devices apart.
+// Turns the device's own texts into what apps expect here: empty texts for values that are missing,
+// and codes, most of which are the same for all devices.
 void complete_device(ReportedDevice *device)
 {
     AdBaseInfo &info = device->info;
     if (info.ByName[0] == '\0' || holds(info.ByName, "NULL")) {
-        copy_text(info.ByName, Ended(info.Name).text());
+        assign(info.ByName, info.Name);
     }
     copy_text(device->DevModle, holds(info.DevType, "NULL") ? "" : "3");
     put_if_known(info.DevType, holds(info.DevType, "Computer") ? "3" : "0");
     put_if_known(info.DevFactory, "unknow"); // makers are nobody's business
     put_if_known(info.OS, "3");
     put_if_known(info.NetMonopoly, "0");
+    // The first state only says whether there is one; the second is the link's own.
     if (!holds(info.NetStatus, "NULL")) {
-        copy_text(info.NetStatus, Ended(info.LinkStatus).text());
+        assign(info.NetStatus, info.LinkStatus);
     } else {
         info.NetStatus[0] = '\0';
     }
@@ -269,7 +267,9 @@ int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
             LOG_ERROR("%s %d get ad base fail ret=%d\n", __FILE__, __LINE__, result);
             return -1;
         }
-        ++g_dev_num;
+        if (g_dev_num < INT32_MAX) { // whoever reads it may also have written it
+            ++g_dev_num;
+        }
         if (g_dev_num > kMostDevices) {
             return 0;
         }
@@ -298,12 +298,13 @@ int32_t json_get_tsnk_topo_info(cJSON *obj)
     }
     Reply reply;
     reply.add("MainRouter", router.release());
-    cJSON *children = cJSON_CreateArray();
-    if (children != nullptr) {
-        json_get_child_router_topo_info(children);
-        reply.add("ChildRouter", children);
+    JsonItem children(cJSON_CreateArray());
+    if (children.get() != nullptr) {
+        const bool complete = json_get_child_router_topo_info(children.get()) == 0;
+        reply.add("ChildRouter", complete ? children.release() : nullptr);
     }
     reply.success();
+    const bool complete = reply.complete();
     answer(obj, reply, kFailure);
-    return 0;
+    return complete ? 0 : -1;
 }

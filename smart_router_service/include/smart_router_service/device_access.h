@@ -559,7 +559,7 @@ int32_t devapi_get_wifi_fastroaming_enable(char *enable);
 int32_t devapi_get_5g_wifi_index(int32_t *index);
 
 /* Writes 1 when the mesh is on; enable is 0 before. SET_WIFI_INFO_LIST looks at what was written
- * and not at the result. */
+ * and not at the result; for reports, any result but 0 says that the mesh is off. */
 int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
 
 /* The three calls by which the plug-in's worker applies a list of settings: the switch of station
@@ -967,9 +967,10 @@ DEVAPI_RECORD_FIELD(AdBaseInfo, GreennetProtectEnable, 632, 8);
 DEVAPI_RECORD_FIELD(AdBaseInfo, Dbm, 640, 8);
 DEVAPI_RECORD_FIELD(AdBaseInfo, StaticDhcpEnable, 648, 8);
 
-/* Fills info for the device with the host index. Only -1 is a failure for the commands that list
- * devices; 1000 says that there is no device with this index. GET_AD_BASE_INFO takes that for an
- * answer like any other and lists what the record then holds. */
+/* Fills info for the device with the host index; 1000 says that there is none. Only -1 is a failure
+ * for GET_AD_BASE_INFO, which takes 1000 for an answer like any other and lists what the record
+ * then holds, and for the report of the main router's devices; GET_TSLINK_TOPOLOGY_INFO takes any
+ * result but 0 and 1000 for one. */
 int32_t devapi_get_ad_base_info(AdBaseInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
@@ -1311,8 +1312,9 @@ int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
 int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
 
 /* Sets *count to the number of places in the table of attached devices, also those without a
- * device: devapi_get_ad_base_info() answers 1000 for these. argument is not used by the plug-in,
- * which hands over 0. Any result but 0 is a failure. */
+ * device: devapi_get_ad_base_info() answers 1000 for these. argument is 0 for
+ * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(). The plug-in walks all
+ * places, however many. Any result but 0 is a failure. */
 int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument);
 
 /* Writes the model of the router into model; size is one less than its width. Any result but 0 is a
@@ -1330,10 +1332,12 @@ int32_t devapi_get_mesh_type(void);
  * logged. */
 int32_t devapi_call_tslink_set_topo_speed(void);
 
-/* Sets *hours to the offset of local time from UTC; it is 0 before. The result is not looked at. */
+/* Sets *hours to the offset of local time from UTC; it is 0 before. Any result but 0 is a failure,
+ * and then it counts as 0. */
 int32_t devapi_get_local_timezone(int32_t *hours);
 
-/* 1 when the table of attached devices gives times in local time, else they are in UTC. */
+/* 1 when the router's clock, as time() tells it, runs in local time while the table of attached
+ * devices gives times in UTC. The stations of child routers are always taken so. */
 int32_t devapi_get_systerm_timetype(void);
 
 /* The load of the router. */
@@ -1374,8 +1378,7 @@ DEVAPI_RECORD_SIZE_32(TopoNode, 16);
 DEVAPI_RECORD_OFFSET_32(TopoNode, next, 12);
 
 /* Makes a list of the relations: fills first, which the plug-in has taken from calloc(), and
- * appends further nodes. Any result but 0 is a failure; the list as it is then is walked all the
- * same. */
+ * appends further nodes. Any result but 0 is a failure, and then the list is only freed. */
 int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first);
 
 /* Completes the list for the number of relations. The result is not looked at. */
@@ -1440,7 +1443,8 @@ int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
 
 /* Writes the value of a parameter, such as
  * "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.X_TS_Active", into value. Any result but 0 is a
- * failure, which ends the report. */
+ * failure, which ends the report. The plug-in walks as many routers as the parameter
+ * "APDeviceNumberOfEntries" says. */
 int32_t devapi_topo_xml_getinfo(const char *path, char *value);
 
 /* Fills info for a router by its path, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
@@ -1454,6 +1458,8 @@ typedef struct StationList {
 } StationList;
 
 DEVAPI_RECORD_SIZE(StationList, 41988);
+DEVAPI_RECORD_FIELD(StationList, count, 0, 4);
+DEVAPI_RECORD_FIELD(StationList, stations, 4, 41984);
 
 /* Fills list for a router by its path. Any result but 0 is a failure, and then list is not read. */
 int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);

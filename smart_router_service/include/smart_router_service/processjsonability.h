@@ -87,8 +87,8 @@ SMART_ROUTER_API int32_t json_get_main_router_info(cJSON *obj);
 SMART_ROUTER_API int32_t json_get_main_router_baseinfo(cJSON *obj);
 
 /* Adds "ChildRouter", an array of the child routers with their stations, from the topology's list
- * of relations; empty while the mesh is off. Result: 0, or -1, with obj untouched, when memory ran
- * out. */
+ * of relations; empty while the mesh is off or its relations are not known. Result: 0, or -1, with
+ * obj untouched, when memory ran out. */
 SMART_ROUTER_API int32_t json_get_topo_router_info(cJSON *obj);
 
 /* The same from the tree of parameters. Result: 0, or -1, with obj untouched, when a parameter
@@ -101,7 +101,7 @@ SMART_ROUTER_API int32_t json_get_topo_router_agent_info_bynewmethod(cJSON *obj)
  * which: "main" adds them as "MainBaseInfo", anything else as "ChildBaseInfo".
  * path:  the router's, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
  *
- * Result: 0, or -1, with obj untouched, when memory ran out.
+ * Result: 0, or -1, with obj untouched, when memory ran out. Without a path there are none.
  */
 SMART_ROUTER_API int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path);
 
@@ -145,8 +145,8 @@ extern SMART_ROUTER_API char *info_wersion;
 
 /*
  * How many devices the last topology report came to, and how many of them are the main router's
- * own. GET_TSLINK_TOPOLOGY_INFO sets both to 0 and counts; the first ends at 33 where there were
- * more than the 32 that are reported. Not guarded.
+ * own. GET_TSLINK_TOPOLOGY_INFO sets both to 0 when it begins to list devices, and counts; the
+ * first ends at 33 where there were more than the 32 that are reported. Not guarded.
  */
 extern SMART_ROUTER_API int32_t g_dev_num;
 extern SMART_ROUTER_API int32_t g_active_num;
