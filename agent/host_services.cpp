@@ -111,6 +111,11 @@ int32_t dev_is_exist(int32_t)
     return 0;
 }
 
+int32_t kaa_update_profile_info()
+{
+    return 0;
+}
+
 void free_str_buf(char **text)
 {
     if (text != nullptr) {

@@ -149,4 +149,23 @@ void require_free_address(const Home &home, const Host &host, const std::string 
     }
 }
 
+std::optional<std::string> free_pool_address(const Home &home)
+{
+    std::set<std::string> held;
+    for (const ChildRouter &router : home.mesh.child_routers) {
+        held.insert(router.ip);
+    }
+    for (const Host &host : home.hosts) {
+        held.insert(host.ip);
+    }
+    const uint32_t end = *parse_ipv4(home.lan.dhcp_pool.end);
+    for (uint32_t next = *parse_ipv4(home.lan.dhcp_pool.start); next <= end; ++next) {
+        std::string ip = ipv4_text(next);
+        if (!held.contains(ip)) {
+            return ip;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace simulated_gateway

@@ -3,6 +3,8 @@
 
 #include "model.h"
 
+#include <optional>
+
 namespace simulated_gateway {
 
 // Puts the plan in the place of the home's own. Whatever holds an address of the LAN keeps it where
@@ -14,5 +16,8 @@ void move_lan(Home &home, const Lan &plan);
 
 // Throws an Error, of at most 63 bytes, unless the host may have the address.
 void require_free_address(const Home &home, const Host &host, const std::string &ip);
+
+// The first address of the pool that nobody holds; nothing when there is none.
+std::optional<std::string> free_pool_address(const Home &home);
 
 } // namespace simulated_gateway

@@ -70,6 +70,7 @@ int32_t devapi_recovery()
 {
     return setting(__func__, {}, [](State &state) {
         state.home = state.factory;
+        state.removed_hosts.clear();
         boot(state);
         return 0;
     });

@@ -60,6 +60,19 @@ int32_t index_of(const Home &home, const Host &host)
     return static_cast<int32_t>(&host - home.hosts.data()) + 1;
 }
 
+Host &named_host(Home &home, const char *name, const std::string &mac)
+{
+    const std::optional<std::string> parsed = parse_mac(mac);
+    if (!parsed) {
+        throw Error(std::string(name) + " " + in_quotes(mac) + " is no MAC address");
+    }
+    Host *host = host_with_mac(home, *parsed);
+    if (host == nullptr) {
+        throw Error("there is no device " + *parsed);
+    }
+    return *host;
+}
+
 // Since when it is attached, by the clock; nothing while it is not.
 static std::string access_time(const State &state, const Host &host, Clock clock)
 {

@@ -16,6 +16,10 @@ void fill(AdBaseInfo &info, const State &state, const Host &host, Clock clock);
 const Host *host_at(const Home &home, int64_t index);
 int32_t index_of(const Home &home, const Host &host);
 
+// The host with the MAC address in any form; throws an Error, in the given name, when there is
+// none.
+Host &named_host(Home &home, const char *name, const std::string &mac);
+
 // The number, or nothing for 0.
 std::string number_or_none(int64_t number);
 

@@ -7,19 +7,6 @@
 
 using namespace simulated_gateway;
 
-static Host &named_host(Home &home, const char *name, const std::string &mac)
-{
-    const std::optional<std::string> parsed = parse_mac(mac);
-    if (!parsed) {
-        throw Error(std::string(name) + " " + in_quotes(mac) + " is no MAC address");
-    }
-    Host *host = host_with_mac(home, *parsed);
-    if (host == nullptr) {
-        throw Error("there is no device " + *parsed);
-    }
-    return *host;
-}
-
 // ---- The list ----------------------------------------------------------------------------------
 
 int32_t devapi_get_host_num(int32_t *count)

@@ -110,7 +110,7 @@ void fill(ChildRouterInfo &info, const State &state, const ChildRouter &router)
     put(info.ip, router.ip);
     put(info.FWVersion, router.software_version);
     put(info.FWDATA, router.firmware_date);
-    put(info.UpTime, active ? std::to_string(seconds_since(state.boot_time)) : "");
+    put(info.UpTime, active ? std::to_string(seconds_since(up_since(state, &router))) : "");
     put(info.DeviceType, router.device_type);
     put(info.AreaCode, state.home.identity.area_code);
     put(info.HWVersion, router.hardware_version);

@@ -28,4 +28,9 @@ void fix_clock(std::optional<int64_t> time)
     fixed_time = time.value_or(kRuns);
 }
 
+bool clock_runs()
+{
+    return fixed_time == kRuns;
+}
+
 } // namespace simulated_gateway

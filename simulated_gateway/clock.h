@@ -15,5 +15,6 @@ int64_t seconds_since(int64_t time);
 // Stops the clock at a time, so that every value that goes by it stays the same; without one it
 // runs with that of the machine.
 void fix_clock(std::optional<int64_t> time);
+bool clock_runs();
 
 } // namespace simulated_gateway

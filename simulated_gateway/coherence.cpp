@@ -100,6 +100,7 @@ void check_coherence(const Home &home, const std::string &path)
     check_wifi(home, path, addresses);
     check_mesh(home, path + "/mesh", addresses);
     check_hosts(home, path, addresses);
+    check_services(home, path);
     check_green_net(home.green_net, path + "/green_net");
 }
 

@@ -38,8 +38,10 @@ void check_wifi(const Home &home, const std::string &path, Addresses &addresses)
 void check_ssid_number(const Home &home, int64_t number, const std::string &path);
 void check_mesh(const Home &home, const std::string &path, Addresses &addresses);
 void check_hosts(const Home &home, const std::string &path, Addresses &addresses);
+void check_services(const Home &home, const std::string &path);
 void check_green_net(const GreenNet &green_net, const std::string &path);
 void check_signal(bool by_radio, int64_t signal_dbm, const std::string &path);
+void check_removed_hosts(const State &state, const std::string &path);
 const ChildRouter *child_router(const Mesh &mesh, const std::string &mac);
 
 } // namespace simulated_gateway

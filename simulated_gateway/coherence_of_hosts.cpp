@@ -55,6 +55,24 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
     }
 }
 
+void check_removed_hosts(const State &state, const std::string &path)
+{
+    const Home &home = state.home;
+    std::set<std::string> macs;
+    for (const Host &host : home.hosts) {
+        macs.insert(host.mac);
+    }
+    for (size_t at = 0; at < state.removed_hosts.size(); ++at) {
+        const Host &host = state.removed_hosts[at];
+        const std::string place = item(path, at);
+        check_ssid_number(home, host.ssid, place);
+        check_absence(host, place);
+        if (!macs.insert(host.mac).second) {
+            refuse(place + "/mac", "there is another device " + host.mac);
+        }
+    }
+}
+
 void check_green_net(const GreenNet &green_net, const std::string &path)
 {
     std::set<int64_t> numbers;

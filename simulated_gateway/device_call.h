@@ -22,9 +22,11 @@
 #include "model.h"
 
 #include <concepts>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <initializer_list>
+#include <new>
 #include <span>
 #include <string>
 
@@ -149,6 +151,16 @@ int32_t setting(const char *function, std::initializer_list<Argument> arguments,
 // as it does in a setting.
 int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
                   const std::function<int32_t(Gateway &)> &body);
+
+// Zeroed memory for what the caller frees.
+template <class Entry> Entry *allocated(size_t count)
+{
+    auto *entries = static_cast<Entry *>(std::calloc(count, sizeof(Entry)));
+    if (entries == nullptr) {
+        throw std::bad_alloc();
+    }
+    return entries;
+}
 
 // What a field without a value says.
 constexpr char kNoValue[] = "NULL";

@@ -118,6 +118,14 @@ void Gateway::change(const std::function<void(State &)> &body)
     keep(std::move(changed));
 }
 
+void Gateway::wait(std::chrono::milliseconds time)
+{
+    Lock lock(mutex_);
+    if (clock_runs() && closing_.wait_for(lock, time, [&] { return closed_; })) {
+        throw Error(kClosed);
+    }
+}
+
 int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
                      const std::function<int32_t(Lock &)> &body)
 {

@@ -7,6 +7,7 @@
 #include "state_file.h"
 #include "trace.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -45,6 +46,9 @@ class Gateway {
     // which throws an Error when the change did not take effect.
     State state();
     void change(const std::function<void(State &)> &body);
+    // Lets the time pass that something takes, unless the clock stands still; throws an Error when
+    // the gateway is closed meanwhile.
+    void wait(std::chrono::milliseconds time);
     FirmwareStore &firmware() { return *firmware_; }
     const WebLimits &web_limits() const { return web_limits_; }
     bool is_closed();

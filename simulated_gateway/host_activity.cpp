@@ -116,7 +116,7 @@ int64_t attached_since(const State &state, const Host &host)
     if (!is_online(home, host)) {
         return 0;
     }
-    int64_t since = state.boot_time;
+    int64_t since = reached_since(state, place_of(home, host).router);
     if (const Ssid *ssid = ssid_of(home, host)) {
         since = std::max(since, ssid->on_since);
     }

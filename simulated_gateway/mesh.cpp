@@ -1,6 +1,7 @@
 #include "mesh.h"
 
 #include "chance.h"
+#include "clock.h"
 #include "measurements.h"
 
 namespace simulated_gateway {
@@ -62,7 +63,7 @@ bool is_active(const Home &home, const ChildRouter &router)
     }
     const ChildRouter *at = &router;
     for (; at != nullptr; at = parent_of(home, *at)) {
-        if (at->offline || !is_up(home, at->link)) {
+        if (at->offline || at->start_time > now() || !is_up(home, at->link)) {
             return false;
         }
     }
@@ -96,6 +97,20 @@ bool is_below(const Home &home, const ChildRouter *router, const ChildRouter &ot
         router = parent_of(home, *router);
     }
     return router != nullptr;
+}
+
+int64_t up_since(const State &state, const ChildRouter *router)
+{
+    return router != nullptr ? std::max(state.boot_time, router->start_time) : state.boot_time;
+}
+
+int64_t reached_since(const State &state, const ChildRouter *router)
+{
+    int64_t since = state.boot_time;
+    for (; router != nullptr; router = parent_of(state.home, *router)) {
+        since = std::max(since, router->start_time);
+    }
+    return since;
 }
 
 int64_t link_speed_mbps(const State &state, const ChildRouter &router)

@@ -22,8 +22,8 @@ int32_t index_of(const Home &home, const ChildRouter &router);
 const std::string &mac_of(const Home &home, const ChildRouter *router);
 const ChildRouter *parent_of(const Home &home, const ChildRouter &router);
 
-// Whether it is reached from the main router: neither it nor a router between the two is off, and
-// no link between them is down.
+// Whether it is reached from the main router: neither it nor a router between the two is off or
+// starts, and no link between them is down.
 bool is_active(const Home &home, const ChildRouter &router);
 
 // The active ones, parents before their children; all of them, or those that hang from a router.
@@ -32,6 +32,10 @@ std::vector<const ChildRouter *> active_children(const Home &home, const ChildRo
 
 // Whether the router is the other one, or hangs from it at any depth.
 bool is_below(const Home &home, const ChildRouter *router, const ChildRouter &other);
+
+// Since when a router runs, and since when it and all routers above it do.
+int64_t up_since(const State &state, const ChildRouter *router);
+int64_t reached_since(const State &state, const ChildRouter *router);
 
 // The link to the parent: its speed as it was last measured, and the power at which the two hear
 // each other, in dBm, 0 unless it is by radio.

@@ -1,6 +1,8 @@
 #include "model.h"
 
 #include "clock.h"
+#include "port_counters.h"
+#include "removed_hosts.h"
 
 #include <algorithm>
 
@@ -13,6 +15,9 @@ void boot(State &state)
     state.wan_time = state.boot_time;
     state.optimization_time = 0;
     state.link_speed_time = 0;
+    state.under_way = {};
+    state.port_counters = {state.boot_time, {}};
+    let_all_attach_anew(state);
     start_firmware(state);
 }
 
@@ -27,6 +32,7 @@ void start_firmware(State &state)
 
 void let_time_pass(State &state)
 {
+    count_traffic(state);
     Home &home = state.home;
     for (GuestNetwork &guest : home.guest_networks) {
         Ssid &ssid = home.ssids[static_cast<size_t>(guest.ssid - 1)];
@@ -42,6 +48,7 @@ void let_time_pass(State &state)
             guest.end_time = 0;
         }
     }
+    let_removed_hosts_attach(state);
 }
 
 void switch_network(Home &home, Ssid &ssid, bool on)

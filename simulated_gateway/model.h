@@ -8,6 +8,7 @@
 #include "model_green_net.h"
 #include "model_hosts.h"
 #include "model_mesh.h"
+#include "model_services.h"
 #include "model_settings.h"
 #include "model_wan.h"
 #include "model_wifi.h"
@@ -113,6 +114,10 @@ struct Home {
     SleepSchedule sleep;
     std::vector<WifiSleepPeriod> wifi_sleep;
     Services services;
+    ServiceSwitches service_switches;
+    Qos qos;
+    Ports ports;
+    Line line;
     Leds leds;
     OrdinaryDay ordinary_day;
     Lan lan;
@@ -125,6 +130,7 @@ struct Home {
     Repeater repeater;
     std::vector<Neighbour> neighbours;
     Mesh mesh;
+    MeshControl mesh_control;
     std::vector<Host> hosts;
     GreenNet green_net;
 
@@ -141,6 +147,10 @@ struct Home {
         visit.object("sleep", self.sleep);
         visit.list("wifi_sleep", self.wifi_sleep, kMostWifiSleepPeriods);
         visit.object("services", self.services);
+        visit.object("service_switches", self.service_switches);
+        visit.object("qos", self.qos);
+        visit.object("ports", self.ports);
+        visit.object("line", self.line);
         visit.object("leds", self.leds);
         visit.object("ordinary_day", self.ordinary_day);
         visit.object("lan", self.lan);
@@ -153,6 +163,7 @@ struct Home {
         visit.object("repeater", self.repeater);
         visit.list("neighbours", self.neighbours, 60);
         visit.object("mesh", self.mesh);
+        visit.object("mesh_control", self.mesh_control);
         visit.list("hosts", self.hosts, kMostHosts);
         visit.object("green_net", self.green_net);
     }
@@ -171,7 +182,10 @@ struct State {
     int64_t wan_time = 0;          // since when the WAN is connected
     int64_t optimization_time = 0; // when resources were last freed; 0 when not since the boot
     int64_t link_speed_time = 0;   // when the links of the mesh were last measured; likewise
+    UnderWay under_way;
+    PortCounters port_counters;
     Firmware firmware;
+    std::vector<Host> removed_hosts; // until they attach anew
     Home home;
     Home factory;
     mutable Remembered<Rates> appetites; // of all hosts together (host_activity.cpp)
@@ -186,7 +200,10 @@ struct State {
                     Range{0, INT64_MAX, Presence::kOptional});
         visit.field("link_speed_time", self.link_speed_time,
                     Range{0, INT64_MAX, Presence::kOptional});
+        visit.object("under_way", self.under_way);
+        visit.object("port_counters", self.port_counters);
         visit.object("firmware", self.firmware);
+        visit.list("removed_hosts", self.removed_hosts, kMostHosts);
         visit.object("home", self.home);
         visit.object("factory", self.factory);
     }
@@ -196,8 +213,8 @@ struct State {
 void boot(State &state);
 void start_firmware(State &state);
 
-// What the clock brings about: guest networks that have come on start their time, and go off at its
-// end.
+// What the clock brings about: ports count what they have carried, guest networks that have come on
+// start their time and go off at its end, removed hosts attach anew.
 void let_time_pass(State &state);
 
 // The radio of a band; null when there is none.

@@ -61,6 +61,7 @@ void check(const State &state)
     }
     check_coherence(state.home, "/home");
     check_coherence(state.factory, "/factory");
+    check_removed_hosts(state, "/removed_hosts");
 }
 
 } // namespace simulated_gateway

@@ -37,8 +37,9 @@ struct ChildRouter {
     std::string firmware_date;
     std::string mac_24ghz; // of its radios
     std::string mac_5ghz;
-    bool offline = false; // switched off
-    std::string parent;   // MAC address of the router that it hangs from
+    bool offline = false;   // switched off
+    int64_t start_time = 0; // when it has last restarted, or will have, in seconds since 1970
+    std::string parent;     // MAC address of the router that it hangs from
     RouterLink link;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
@@ -57,6 +58,7 @@ struct ChildRouter {
         visit.field("mac_24ghz", self.mac_24ghz, Mac{optional});
         visit.field("mac_5ghz", self.mac_5ghz, Mac{optional});
         visit.field("offline", self.offline, Flag{optional});
+        visit.field("start_time", self.start_time, Range{0, INT64_MAX, optional});
         visit.field("parent", self.parent, Mac{});
         visit.object("link", self.link);
     }

@@ -102,13 +102,17 @@ struct Services {
     }
 };
 
+constexpr auto kLedColours = one_of("WHITE", "BLUE", "GREEN", "ORANGE", "RED");
+
 struct Leds {
     bool on = false;
+    std::string colour;
     int64_t brightness_percent = 0;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
         visit.field("on", self.on, Flag{});
+        visit.field("colour", self.colour, kLedColours);
         visit.field("brightness_percent", self.brightness_percent, Range{0, 100});
     }
 };

@@ -11,6 +11,7 @@ namespace simulated_gateway {
 struct HeardNetwork {
     std::string name; // empty for a hidden network
     std::string band;
+    int64_t channel;
     std::string encryption;
     int64_t signal_dbm;
     int64_t neighbour; // its number; 0 for a network of the home, which the child routers repeat

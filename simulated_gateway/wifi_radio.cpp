@@ -4,7 +4,6 @@
 #include "radio_channels.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 using namespace simulated_gateway;
 
@@ -83,16 +82,6 @@ int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info)
 }
 
 // ---- Scans -------------------------------------------------------------------------------------
-
-// The networks go to the plug-in in memory that it frees.
-template <class Entry> static Entry *allocated(size_t count)
-{
-    auto *entries = static_cast<Entry *>(std::calloc(count, sizeof(Entry)));
-    if (entries == nullptr) {
-        throw std::bad_alloc();
-    }
-    return entries;
-}
 
 static void describe(RecordText &text, const ScanResult &result)
 {

@@ -75,11 +75,47 @@
     COMMAND("HG_IMAGE_UPDATE", json_hg_image_update)                                               \
     COMMAND("GET_WIFI_CHANNEL_LIST", json_get_all_wifi_channel_list)                               \
     COMMAND("GET_TSLINK_TOPOLOGY_INFO", json_get_tsnk_topo_info)                                   \
+    COMMAND("GET_SCAN_CHANNEL_COUNT", json_get_scan_channel_count)                                 \
+    COMMAND("LINK_CHECK", json_get_link_check)                                                     \
+    COMMAND("GET_STA_RSSI", json_get_sta_rssi)                                                     \
+    COMMAND("SET_LED_STATUS", json_set_led)                                                        \
+    COMMAND("GET_LED_STATUS", json_get_led)                                                        \
+    COMMAND("SET_TSLINK_CONFIG_STATUS", json_set_tslink_config)                                    \
+    COMMAND("QUERY_TSLINK_CONFIG_STATUS", json_query_tslink_config)                                \
     COMMAND("HG_LOCAL_RECOVERY", json_set_recovery)                                                \
     COMMAND("GET_HG_LOG", json_send_log_to_platform)                                               \
+    COMMAND("DEL_LAN_DEVICE", json_del_device)                                                     \
     COMMAND("SET_UPDATE_SCHEDULE", json_set_update_schedule)                                       \
     COMMAND("GET_UPDATE_SCHEDULE", json_get_update_schedule)                                       \
+    COMMAND("RP_CHILD_HG_REBOOT", json_child_hg_reboot)                                            \
+    COMMAND("CHILD_HG_LOCAL_RECOVERY", json_child_hg_local_recovery)                               \
     COMMAND("GET_UPDATE_STATUS", json_get_update_status)                                           \
+    COMMAND("GET_CHILD_ROUTER_AD_BASE_INFO", json_get_child_router_adbaseinfo)                     \
+    COMMAND("SET_CHILD_ROUTERAD_BASE_INFO", json_set_child_routerad_base_info)                     \
+    COMMAND("SET_CHILD_ROUTER_HG_BASE_INFO", json_set_child_router_base_info)                      \
+    COMMAND("SET_TSLINK_SSID", json_set_tslink_ssid)                                               \
+    COMMAND("SET_KAA_HEARTBEAT", json_set_kaa_heartbeat)                                           \
+    COMMAND("SET_MESH_STATUS", json_set_mesh_status)                                               \
+    COMMAND("GET_MESH_STATUS", json_get_mesh_status)                                               \
+    COMMAND("SET_MESH_PAIR", json_set_mesh_pair)                                                   \
+    COMMAND("SET_WPS_STATE", json_set_wps_state)                                                   \
+    COMMAND("SET_AP_MULTISERVICE_MODE", json_set_ap_multiservice_mode)                             \
+    COMMAND("GET_AP_MULTISERVICE_MODE", json_get_ap_multiservice_mode)                             \
+    COMMAND("HG_SPEEDTEST_REQUEST", json_hg_speedtest_request)                                     \
+    COMMAND("SET_AP_ALG_ABILITY", json_set_ap_alg_ability)                                         \
+    COMMAND("GET_AP_ALG_ABILITY", json_get_ap_alg_ability)                                         \
+    COMMAND("SET_UPNP_STATE", json_set_upnp_state)                                                 \
+    COMMAND("GET_UPNP_STATE", json_get_upnp_state)                                                 \
+    COMMAND("GET_TSCONF_STATUS", json_get_tsconf_status)                                           \
+    COMMAND("GET_WPS_ENABLE", json_get_wps_enable)                                                 \
+    COMMAND("SET_WPS_ENABLE", json_set_wps_enable)                                                 \
+    COMMAND("GET_PORT_STATISTICS", json_get_port_statistics)                                       \
+    COMMAND("GET_PORT_BINDING", json_get_port_binding)                                             \
+    COMMAND("SET_PORT_BINDING", json_set_port_binding)                                             \
+    COMMAND("SET_QOS_ENABLE", json_set_qos_enable)                                                 \
+    COMMAND("GET_QOS_INFO", json_get_qos_info)                                                     \
+    COMMAND("SET_QOS_APP_INFO", json_set_qos_app_info)                                             \
+    COMMAND("SET_QOS_CLASSIFICATION_INFO", json_set_qos_classification_info)                       \
     COMMAND("RESPONSE_ROUTER_VERSION", json_response_router_version)
 
 // A handler reads its parameters from the command object and adds its reply to it. What it returns

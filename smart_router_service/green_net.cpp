@@ -201,15 +201,9 @@ int32_t json_get_green_net_list(cJSON *obj)
             continue;
         }
         ++read;
-        if (!is_entry(device)) {
-            continue;
-        }
-        cJSON *element = object_of(kDevice, &device);
-        if (element == nullptr) {
+        if (is_entry(device) && !append_if_possible(list, kDevice, &device)) {
             LOG_ERROR("cJSON_CreateObject error\n");
-            continue;
         }
-        cJSON_AddItemToArray(list, element);
     }
     answer(obj, reply, kFailure);
     return 0;

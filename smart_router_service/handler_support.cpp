@@ -190,6 +190,16 @@ cJSON *object_of(FieldList fields, const void *record)
     return object;
 }
 
+bool append_if_possible(cJSON *list, FieldList fields, const void *record)
+{
+    cJSON *object = object_of(fields, record);
+    if (object == nullptr) {
+        return false;
+    }
+    cJSON_AddItemToArray(list, object);
+    return true;
+}
+
 void Reply::add(const char *key, cJSON *item)
 {
     complete_ = complete_ && item != nullptr;

@@ -248,6 +248,10 @@ bool add_fields(cJSON *object, FieldList fields, const void *record);
 // A new object with the record's fields; null when memory ran out.
 cJSON *object_of(FieldList fields, const void *record);
 
+// Appends an object with the fields to an array that may be short of one. Result: false when memory
+// ran out for it.
+bool append_if_possible(cJSON *list, FieldList fields, const void *record);
+
 // A reply under construction. It is built in an object of its own and moved over in one go, so that
 // memory that runs out half-way leaves no half reply behind.
 class Reply {

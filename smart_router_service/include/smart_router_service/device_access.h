@@ -1464,6 +1464,400 @@ DEVAPI_RECORD_FIELD(StationList, stations, 4, 41984);
 /* Fills list for a router by its path. Any result but 0 is a failure, and then list is not read. */
 int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);
 
+/* ---- Child routers: relay of commands ------------------------------------------------------- */
+
+/*
+ * Sends a command to the child router that its "DeviceID" names; no answer is waited for.
+ *
+ * text:   the command's object as formatted JSON text, of any size.
+ * length: its length in bytes, without the NUL.
+ *
+ * Any result but 0 is a failure.
+ */
+int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
+
+/*
+ * Sends a command to the child router that its "DeviceID" names, and waits for the answer.
+ *
+ * text:   the command's object as formatted JSON text, of any size.
+ * method: what is asked for, such as "get_childrouter_host_info".
+ * answer: NULL before; set to the child router's answer, a JSON text from malloc(), which the
+ *         plug-in frees by free(), also after a failure. Nothing is taken for granted of what it
+ *         says.
+ *
+ * Any result but 0 is a failure, and so is an answer that stays NULL.
+ */
+int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char *method,
+                                                    char **answer);
+
+/* ---- Mesh control --------------------------------------------------------------------------- */
+
+/* Sets the mesh up (1) or takes it down (0). The result is not looked at. */
+int32_t devapi_setup_mesh(int32_t enable);
+
+/* Sets how often the agent reports to the platform: the request's text, of any length. Any result
+ * but 0 is a failure. */
+int32_t devapi_set_kaa_heartbeat(const char *heartbeat);
+
+/* The switch of the mesh and how it works. */
+typedef struct MeshStatus {
+    char MeshEnable[8]; /* "1" when the mesh is on */
+    char MeshMode[8];   /* its mode */
+} MeshStatus;
+
+DEVAPI_RECORD_SIZE(MeshStatus, 16);
+DEVAPI_RECORD_FIELD(MeshStatus, MeshEnable, 0, 8);
+DEVAPI_RECORD_FIELD(MeshStatus, MeshMode, 8, 8);
+
+/* Fills status. Any result but 0 is a failure, and then status is not read. */
+int32_t devapi_get_mesh_status(MeshStatus *status);
+
+/* Results of devapi_set_mesh_status() that clients are told apart; the numbers in the texts are
+ * theirs. */
+#define MESH_BUSY_1 3 /* answered as "MESH_BUSY_1" */
+#define MESH_BUSY_0 4 /* answered as "MESH_BUSY_0" */
+
+/* Applies the status. Any result but 0 is a failure. */
+int32_t devapi_set_mesh_status(const MeshStatus *status);
+
+/* The time in which new routers may join the mesh. */
+typedef struct PairStatus {
+    char Enable[8]; /* "1" to open it, "0" to close it */
+    char Time[8];   /* how long it stays open */
+} PairStatus;
+
+DEVAPI_RECORD_SIZE(PairStatus, 16);
+DEVAPI_RECORD_FIELD(PairStatus, Enable, 0, 8);
+DEVAPI_RECORD_FIELD(PairStatus, Time, 8, 8);
+
+/* Result of devapi_set_pair_status() that clients are told of, as "WIFI_SET_NOT_SUPPORT". */
+#define MESH_PAIRING_NOT_SUPPORTED 2
+
+/* Opens or closes the time. Any result but 0 is a failure. */
+int32_t devapi_set_pair_status(const PairStatus *status);
+
+/* What a radio is to do about WPS. */
+typedef struct WpsState {
+    char Radio[8];  /* the radio */
+    char Action[8]; /* what it is to do */
+} WpsState;
+
+DEVAPI_RECORD_SIZE(WpsState, 16);
+DEVAPI_RECORD_FIELD(WpsState, Radio, 0, 8);
+DEVAPI_RECORD_FIELD(WpsState, Action, 8, 8);
+
+/* Starts or ends WPS. Any result but 0 is a failure. */
+int32_t devapi_set_wps_state(const WpsState *state);
+
+/* The LEDs. */
+typedef struct LedInfo {
+    char LedSwitch[2]; /* "1" when they are on */
+    char LedCoLor[8];  /* their colour */
+    char LedLight[10]; /* their brightness */
+} LedInfo;
+
+DEVAPI_RECORD_SIZE(LedInfo, 20);
+DEVAPI_RECORD_FIELD(LedInfo, LedSwitch, 0, 2);
+DEVAPI_RECORD_FIELD(LedInfo, LedCoLor, 2, 8);
+DEVAPI_RECORD_FIELD(LedInfo, LedLight, 10, 10);
+
+/* Fills info. Only -1 is a failure. */
+int32_t devapi_get_led_info(LedInfo *info);
+
+/* Applies the three texts of a request, of any length. Only -1 is a failure. */
+int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light);
+
+/* Sets *state to the state of the first configuration: 1 or more when it is done. Any result but 0
+ * is a failure. */
+int32_t devapi_get_tslink_config(int32_t *state);
+
+/* Stores the state of the first configuration: the request's text, of any length. Only -1 is a
+ * failure. */
+int32_t devapi_set_sta_tslink_config(const char *state);
+
+/* Removes an attached device, by the request's MAC address, a text of any length. Only -1 is a
+ * failure. */
+int32_t devapi_del_device(const char *mac);
+
+/* ---- Checks of channels, links and signals -------------------------------------------------- */
+
+/* How many access points are in use on each channel of a WifiChannelList, in its order. */
+typedef struct ChannelApNum {
+    int32_t counts_24g[64]; /* of the 2.4 GHz channels */
+    int32_t counts_5g[64];  /* of the 5 GHz channels */
+} ChannelApNum;
+
+DEVAPI_RECORD_SIZE(ChannelApNum, 512);
+DEVAPI_RECORD_FIELD(ChannelApNum, counts_24g, 0, 256);
+DEVAPI_RECORD_FIELD(ChannelApNum, counts_5g, 256, 256);
+
+/* Fills counts for the channels of the list. Only -1 is a failure. */
+int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum *counts);
+
+/* What a check of the links has found. */
+typedef struct LinkInfo {
+    char Wifi24Enable[8];       /* "1" when the 2.4 GHz radio is on */
+    char Wifi24Channel[8];      /* its channel */
+    char Wifi24ChannelCheck[8]; /* how that channel does */
+    char Wifi58Enable[8];       /* "1" when the 5 GHz radio is on */
+    char Wifi58ChannelCheck[8]; /* how its channel does */
+    char Wifi58Channel[8];      /* that channel */
+    char LanIP[32];             /* IP address on the LAN side */
+    char WanIp[32];             /* IP address on the WAN side */
+    char DnsCheck[8];           /* how the name resolution does; reported of DHCP as well */
+    char Reserved[56];          /* not used */
+} LinkInfo;
+
+DEVAPI_RECORD_SIZE(LinkInfo, 176);
+DEVAPI_RECORD_FIELD(LinkInfo, Wifi24Enable, 0, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, Wifi24Channel, 8, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, Wifi24ChannelCheck, 16, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, Wifi58Enable, 24, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, Wifi58ChannelCheck, 32, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, Wifi58Channel, 40, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, LanIP, 48, 32);
+DEVAPI_RECORD_FIELD(LinkInfo, WanIp, 80, 32);
+DEVAPI_RECORD_FIELD(LinkInfo, DnsCheck, 112, 8);
+DEVAPI_RECORD_FIELD(LinkInfo, Reserved, 120, 56);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_link_info(LinkInfo *info);
+
+/* Pings an address. Result: 0 when it answered. */
+int32_t devapi_get_ping_check(const char *target);
+
+/* Sets *dbm to the signal strength of the station with the IP address, a text of any length; it is
+ * 0 before. Only -1 is a failure. */
+int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
+
+/* ---- Quality of service --------------------------------------------------------------------- */
+
+/* The most applications, rules, and types of a rule. */
+#define QOS_MAX_APPLICATIONS 4
+#define QOS_MAX_RULES 6
+#define QOS_MAX_TYPES 3
+
+/* A kind of traffic that a rule speaks of. */
+typedef struct QosType {
+    char Type[16];     /* what is compared */
+    char Min[64];      /* the least value */
+    char Max[64];      /* the greatest value */
+    char Reserved[64]; /* not used; stays zero */
+} QosType;
+
+DEVAPI_RECORD_SIZE(QosType, 208);
+DEVAPI_RECORD_FIELD(QosType, Type, 0, 16);
+DEVAPI_RECORD_FIELD(QosType, Min, 16, 64);
+DEVAPI_RECORD_FIELD(QosType, Max, 80, 64);
+DEVAPI_RECORD_FIELD(QosType, Reserved, 144, 64);
+
+/* A rule that gives traffic a priority. */
+typedef struct QosRule {
+    char Id[8];            /* its identifier */
+    char Action[8];        /* in a setting: "1" adds it, "2" deletes it, anything else changes it */
+    char Name[32];         /* its name */
+    char PriorityLevel[8]; /* the priority */
+    int32_t type_count;    /* how many kinds of traffic it speaks of */
+    QosType types[QOS_MAX_TYPES]; /* these kinds */
+} QosRule;
+
+DEVAPI_RECORD_SIZE(QosRule, 684);
+DEVAPI_RECORD_FIELD(QosRule, Id, 0, 8);
+DEVAPI_RECORD_FIELD(QosRule, Action, 8, 8);
+DEVAPI_RECORD_FIELD(QosRule, Name, 16, 32);
+DEVAPI_RECORD_FIELD(QosRule, PriorityLevel, 48, 8);
+DEVAPI_RECORD_FIELD(QosRule, type_count, 56, 4);
+DEVAPI_RECORD_FIELD(QosRule, types, 60, 624);
+
+/* An application that the router knows. */
+typedef struct QosApplication {
+    char Id[8];            /* its identifier */
+    char Name[32];         /* its name */
+    char PriorityLevel[8]; /* its priority */
+} QosApplication;
+
+DEVAPI_RECORD_SIZE(QosApplication, 48);
+DEVAPI_RECORD_FIELD(QosApplication, Id, 0, 8);
+DEVAPI_RECORD_FIELD(QosApplication, Name, 8, 32);
+DEVAPI_RECORD_FIELD(QosApplication, PriorityLevel, 40, 8);
+
+/* Quality of service as a whole. */
+typedef struct QosInfo {
+    char Enable[8];                                    /* "1" when it is on */
+    int32_t application_count;                         /* how many applications there are */
+    QosApplication applications[QOS_MAX_APPLICATIONS]; /* the applications */
+    int32_t rule_count;                                /* how many rules there are */
+    QosRule rules[QOS_MAX_RULES];                      /* the rules */
+} QosInfo;
+
+DEVAPI_RECORD_SIZE(QosInfo, 4312);
+DEVAPI_RECORD_FIELD(QosInfo, Enable, 0, 8);
+DEVAPI_RECORD_FIELD(QosInfo, application_count, 8, 4);
+DEVAPI_RECORD_FIELD(QosInfo, applications, 12, 192);
+DEVAPI_RECORD_FIELD(QosInfo, rule_count, 204, 4);
+DEVAPI_RECORD_FIELD(QosInfo, rules, 208, 4104);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_uplink_qos_info(QosInfo *info);
+
+/* Switches quality of service by the number that the request's text begins with. Any result but 0
+ * is a failure. */
+int32_t devapi_set_qos_enable(int32_t enable);
+
+/* Sets the priority, a text of at most 7 bytes, of the application with the identifier. Any result
+ * but 0 is a failure. */
+int32_t devapi_set_qos_app_info(int32_t identifier, const char *priority);
+
+/*
+ * Adds, deletes or changes a rule, by its Action. To delete one, only Id and Action are filled. A
+ * rule that was added has its identifier written into Id; whether it was added is read from Action
+ * after the call. Any result but 0 is a failure.
+ */
+int32_t devapi_set_qos_classification_info(QosRule *rule);
+
+/* ---- Service switches ----------------------------------------------------------------------- */
+
+/* How the access point carries several services. */
+typedef struct MultiserviceMode {
+    char Mode[8]; /* the mode */
+} MultiserviceMode;
+
+DEVAPI_RECORD_SIZE(MultiserviceMode, 8);
+DEVAPI_RECORD_FIELD(MultiserviceMode, Mode, 0, 8);
+
+/* Fills mode. Any result but 0 is a failure, and then mode is not read. */
+int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode);
+
+/* Applies the mode. Any result but 0 is a failure. */
+int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode);
+
+/* What a speed test has measured. */
+typedef struct SpeedTest {
+    char DownBandWidth[8]; /* bandwidth downstream */
+    char UpBandWidth[8];   /* bandwidth upstream */
+    char Delay[8];         /* delay */
+} SpeedTest;
+
+DEVAPI_RECORD_SIZE(SpeedTest, 24);
+DEVAPI_RECORD_FIELD(SpeedTest, DownBandWidth, 0, 8);
+DEVAPI_RECORD_FIELD(SpeedTest, UpBandWidth, 8, 8);
+DEVAPI_RECORD_FIELD(SpeedTest, Delay, 16, 8);
+
+/* Runs a speed test, which takes its time, and fills test. Any result but 0 is a failure, and then
+ * test is not read. */
+int32_t devapi_speedtest_request(SpeedTest *test);
+
+/* Which protocols are helped through address translation, each "1" or "0". */
+typedef struct AlgAbility {
+    char PPTP[8];  /* PPTP */
+    char FTP[8];   /* FTP */
+    char IPSEC[8]; /* IPsec */
+    char L2TP[8];  /* L2TP */
+    char RTSP[8];  /* RTSP */
+    char H323[8];  /* H.323 */
+    char SIP[8];   /* SIP */
+} AlgAbility;
+
+DEVAPI_RECORD_SIZE(AlgAbility, 56);
+DEVAPI_RECORD_FIELD(AlgAbility, PPTP, 0, 8);
+DEVAPI_RECORD_FIELD(AlgAbility, FTP, 8, 8);
+DEVAPI_RECORD_FIELD(AlgAbility, IPSEC, 16, 8);
+DEVAPI_RECORD_FIELD(AlgAbility, L2TP, 24, 8);
+DEVAPI_RECORD_FIELD(AlgAbility, RTSP, 32, 8);
+DEVAPI_RECORD_FIELD(AlgAbility, H323, 40, 8);
+DEVAPI_RECORD_FIELD(AlgAbility, SIP, 48, 8);
+
+/* Fills ability. Any result but 0 is a failure, and then ability is not read. */
+int32_t devapi_get_ap_alg_ability(AlgAbility *ability);
+
+/* Applies the switches. Any result but 0 is a failure. */
+int32_t devapi_set_ap_alg_ability(const AlgAbility *ability);
+
+/* The switch of UPnP. */
+typedef struct UpnpState {
+    char Enable[8]; /* "1" when it is on */
+} UpnpState;
+
+DEVAPI_RECORD_SIZE(UpnpState, 8);
+DEVAPI_RECORD_FIELD(UpnpState, Enable, 0, 8);
+
+/* Fills state. Any result but 0 is a failure, and then state is not read. */
+int32_t devapi_get_upnp_state(UpnpState *state);
+
+/* Applies the switch. Any result but 0 is a failure. */
+int32_t devapi_set_upnp_state(const UpnpState *state);
+
+/* Writes the state of the maker's configuration service into status, size bytes wide. Any result
+ * but 0 is a failure, and then status is not read. */
+int32_t devapi_get_tsconf_status(char *status, int32_t size);
+
+/* Sets *enable to the switch of WPS; a number of up to 7 digits is reported whole. Any result but 0
+ * is a failure. */
+int32_t devapi_get_wps_enable(int32_t *enable);
+
+/* Switches WPS by the number that the request's text begins with. Any result but 0 is a failure. */
+int32_t devapi_set_wps_enable(int32_t enable);
+
+/* The traffic of a port. */
+typedef struct PortStatistics {
+    char Port[16];       /* name of the port */
+    char tx_traffic[32]; /* bytes sent */
+    char rx_traffic[32]; /* bytes received */
+    char tx_packets[32]; /* packets sent */
+    char rx_packets[32]; /* packets received */
+} PortStatistics;
+
+DEVAPI_RECORD_SIZE(PortStatistics, 144);
+DEVAPI_RECORD_FIELD(PortStatistics, Port, 0, 16);
+DEVAPI_RECORD_FIELD(PortStatistics, tx_traffic, 16, 32);
+DEVAPI_RECORD_FIELD(PortStatistics, rx_traffic, 48, 32);
+DEVAPI_RECORD_FIELD(PortStatistics, tx_packets, 80, 32);
+DEVAPI_RECORD_FIELD(PortStatistics, rx_packets, 112, 32);
+
+/* The traffic of all ports. */
+typedef struct PortStatisticsInfo {
+    int32_t count;           /* how many there are */
+    PortStatistics *entries; /* an array from malloc(), which the plug-in frees by free() */
+} PortStatisticsInfo;
+
+DEVAPI_RECORD_SIZE_32(PortStatisticsInfo, 8);
+DEVAPI_RECORD_OFFSET_32(PortStatisticsInfo, entries, 4);
+
+/* Fills info. Any result but 0 is a failure; entries is freed all the same where it is set. */
+int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info);
+
+/* Which ports a WAN connection serves. */
+typedef struct PortBinding {
+    char Index[16];       /* number of the connection */
+    char WANName[32];     /* its name */
+    char BoundPorts[288]; /* the ports */
+} PortBinding;
+
+DEVAPI_RECORD_SIZE(PortBinding, 336);
+DEVAPI_RECORD_FIELD(PortBinding, Index, 0, 16);
+DEVAPI_RECORD_FIELD(PortBinding, WANName, 16, 32);
+DEVAPI_RECORD_FIELD(PortBinding, BoundPorts, 48, 288);
+
+/* The most bindings that are reported. */
+#define PORT_MAX_BINDINGS 8
+
+/* All bindings. */
+typedef struct PortBindingInfo {
+    int32_t count;                          /* how many there are */
+    PortBinding entries[PORT_MAX_BINDINGS]; /* the bindings */
+} PortBindingInfo;
+
+DEVAPI_RECORD_SIZE(PortBindingInfo, 2692);
+DEVAPI_RECORD_FIELD(PortBindingInfo, count, 0, 4);
+DEVAPI_RECORD_FIELD(PortBindingInfo, entries, 4, 2688);
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_port_binding_info(PortBindingInfo *info);
+
+/* Binds ports, a text of less than 256 bytes, to the connection with the number, a text of less
+ * than 8 bytes. Any result but 0 is a failure. */
+int32_t devapi_set_port_binding(const char *index, const char *ports);
+
 #ifdef __cplusplus
 }
 #endif

@@ -85,6 +85,10 @@ int32_t dev_is_exist(int32_t index);
  */
 int32_t kaa_device_notice(const char *text);
 
+/* Tells the IoT agent that the profile of the device has changed, so that it reports it anew. The
+ * result is not looked at. */
+int32_t kaa_update_profile_info(void);
+
 /* Releases the text that the pointer holds, if any, and sets the pointer to NULL. NULL is allowed.
  */
 void free_str_buf(char **text);

@@ -1,0 +1,136 @@
+// Commands for child routers: they travel on as they came, and the child router carries them out.
+#include "child_router_relay.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr char kDeviceId[] = "DeviceID";
+constexpr char kNoDeviceId[] = "DeviceID Not Found";
+constexpr char kNotSent[] = "send json to child err";
+
+// Relays a command that needs a "DeviceID" and perhaps another key, and takes both out once it was
+// sent, or could not be.
+int32_t relay(cJSON *obj, const char *other_key, const char *missing, const char *failure)
+{
+    cJSON *id = cJSON_GetObjectItem(obj, kDeviceId);
+    cJSON *other = other_key != nullptr ? cJSON_GetObjectItem(obj, other_key) : nullptr;
+    if (text_of(id) == nullptr || (other_key != nullptr && text_of(other) == nullptr)) {
+        fail(obj, missing);
+        return -1;
+    }
+    Reply success;
+    success.success();
+    const int32_t result = success.complete() ? json_child_router_common(obj) : -1;
+    consume(obj, id);
+    consume(obj, other);
+    conclude(obj, success, result != 0, failure);
+    return result;
+}
+
+// A child router's answer, which the device library has allocated.
+class Answer {
+  public:
+    Answer() = default;
+    ~Answer() { free(text_); }
+    Answer(const Answer &) = delete;
+    Answer &operator=(const Answer &) = delete;
+
+    char **place() { return &text_; }
+    const char *text() const { return text_; }
+
+  private:
+    char *text_ = nullptr;
+};
+
+// Asks the child router for its attached devices. Result: its answer, parsed, which belongs to the
+// caller; null with the reason when there is none.
+cJSON *ask_for_devices(const char *request, const char **reason)
+{
+    constexpr size_t kMethodSize = 64; // device libraries send the whole buffer
+    const char method[kMethodSize] = "get_childrouter_host_info";
+    Answer answer;
+    if (devapi_cmdstring_sendto_tslink_with_retinfo(request, method, answer.place()) != 0 ||
+        answer.text() == nullptr) {
+        *reason = "sendto tslink or retinfo fail";
+        return nullptr;
+    }
+    *reason = "Get child_adbaseinfo fail";
+    return cJSON_Parse(answer.text());
+}
+
+} // namespace
+
+int32_t json_child_router_common(cJSON *obj)
+{
+    const PrintedJson command(cJSON_Print(obj));
+    if (command.text() == nullptr || command.text()[0] == '\0') {
+        LOG_ERROR("cmdstring is null\n");
+        return -1;
+    }
+    const int32_t result = devapi_cmdstring_sendto_tslink(
+        command.text(), static_cast<int32_t>(strlen(command.text())));
+    if (result != 0) {
+        LOG_ERROR("cmdstring sendto tslink failed \n");
+    }
+    return result;
+}
+
+int32_t json_child_hg_reboot(cJSON *obj)
+{
+    return relay(obj, nullptr, kNoDeviceId, kNotSent);
+}
+
+int32_t json_child_hg_local_recovery(cJSON *obj)
+{
+    return relay(obj, nullptr, kNoDeviceId, kNotSent);
+}
+
+int32_t json_set_child_router_base_info(cJSON *obj)
+{
+    return relay(obj, "Name", "param json not found", "set childrouter info failed");
+}
+
+int32_t json_set_child_routerad_base_info(cJSON *obj)
+{
+    // What the child router was to set is taken out whatever comes of it.
+    constexpr char kKeys[][14] = {"DeviceID", "Mac",         "DevType",
+                                  "ByName",   "NetMonopoly", "AccessEnable"};
+    const bool has_id = text_of(cJSON_GetObjectItem(obj, kDeviceId)) != nullptr;
+    Reply success;
+    success.success();
+    const int32_t result = has_id && success.complete() ? json_child_router_common(obj) : -1;
+    for (const char *key : kKeys) {
+        cJSON_DeleteItemFromObject(obj, key);
+    }
+    conclude(obj, success, result != 0, has_id ? kNotSent : kNoDeviceId);
+    return result;
+}
+
+int32_t json_get_child_router_adbaseinfo(cJSON *obj)
+{
+    constexpr char kNotCopied[] = "cJSON_Print fail";
+    if (cJSON_GetObjectItem(obj, kDeviceId) == nullptr) {
+        fail(obj, kNoDeviceId);
+        return -1;
+    }
+    const char *reason = "Get json_str fail";
+    const PrintedJson request(cJSON_Print(obj));
+    const JsonItem devices(request.text() != nullptr ? ask_for_devices(request.text(), &reason)
+                                                     : nullptr);
+    if (devices.get() == nullptr) {
+        fail(obj, reason);
+        return -1;
+    }
+    const cJSON *base_info = cJSON_GetObjectItem(devices.get(), "BaseInfo");
+    if (base_info == nullptr) {
+        fail(obj, "BaseInfo is NULL");
+        return -1;
+    }
+    const PrintedJson printed(cJSON_Print(base_info));
+    Reply reply;
+    reply.add("BaseInfo", printed.text() != nullptr ? cJSON_Parse(printed.text()) : nullptr);
+    reply.success();
+    answer(obj, reply, kNotCopied);
+    return 0;
+}

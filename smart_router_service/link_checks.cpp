@@ -1,0 +1,109 @@
+// Looks at the air and at the links: access points on each channel, one check of the links, and the
+// signal of a station.
+#include "handler_support.h"
+
+#include <stdio.h>
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kAddresses = fields_of<LinkInfo>({
+    FIELD(LinkInfo, "LanIP", LanIP), FIELD(LinkInfo, "WanIp", WanIp),
+    FIELD(LinkInfo, "DnsCheck", DnsCheck),
+    FIELD(LinkInfo, "DhcpCheck", DnsCheck), // where names are resolved, addresses have come by DHCP
+});
+
+constexpr auto kRadios = fields_of<LinkInfo>({
+    FIELD(LinkInfo, "Wifi24Enable", Wifi24Enable),
+    FIELD(LinkInfo, "Wifi24Channel", Wifi24Channel),
+    FIELD(LinkInfo, "Wifi24ChannelCheck", Wifi24ChannelCheck),
+    FIELD(LinkInfo, "Wifi58Enable", Wifi58Enable),
+    FIELD(LinkInfo, "Wifi58Channel", Wifi58Channel),
+    FIELD(LinkInfo, "Wifi58ChannelCheck", Wifi58ChannelCheck),
+});
+
+// A new object for a channel; null when memory ran out.
+cJSON *channel_object(int16_t channel, int32_t count)
+{
+    char name[16];
+    snprintf(name, sizeof name, "%d", channel);
+    JsonItem object(cJSON_CreateObject());
+    if (object.get() == nullptr || !add_text(object.get(), "Name", name)) {
+        return nullptr;
+    }
+    cJSON *number = cJSON_CreateNumber(count);
+    if (number == nullptr) {
+        return nullptr;
+    }
+    cJSON_AddItemToObjectCS(object.get(), "Count", number);
+    return object.release();
+}
+
+// Adds the channels of a band, each with its access points.
+template <size_t most>
+void add_channels(Reply &reply, const char *key, const int16_t (&channels)[most],
+                  const int32_t (&counts)[most], int32_t count)
+{
+    cJSON *list = reply.list(key);
+    for (size_t at = 0; at < clamped(count, most) && reply.complete(); ++at) {
+        reply.append(list, channel_object(channels[at], counts[at]));
+    }
+}
+
+} // namespace
+
+int32_t json_get_scan_channel_count(cJSON *obj)
+{
+    constexpr char kFailure[] = "Get Wifi channel error";
+    WifiChannelList channels = {};
+    ChannelApNum access_points = {};
+    const int32_t list_result = devapi_get_all_wifi_channel_list(&channels);
+    const int32_t count_result = devapi_get_channel_ap_num(&channels, &access_points);
+    if (minus_one(list_result) || minus_one(count_result)) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    add_channels(reply, "List24g", channels.channels_24g, access_points.counts_24g,
+                 channels.count_24g);
+    add_channels(reply, "List58g", channels.channels_5g, access_points.counts_5g,
+                 channels.count_5g);
+    reply.success();
+    answer(obj, reply, kFailure);
+    return 0;
+}
+
+int32_t json_get_link_check(cJSON *obj)
+{
+    LinkInfo link;
+    read_or_empty<devapi_get_link_info>(link);
+    const bool reached = devapi_get_ping_check(SMART_ROUTER_PING_TARGET) == 0;
+    Reply reply;
+    reply.fields(kAddresses, &link);
+    reply.text("PingCheck", reached ? SMART_ROUTER_PING_TARGET : "");
+    reply.fields(kRadios, &link);
+    reply.success();
+    answer(obj, reply, nullptr);
+    return 0;
+}
+
+int32_t json_get_sta_rssi(cJSON *obj)
+{
+    constexpr char kFailure[] = "get scan rssi failed";
+    const char *ip = text_of(cJSON_GetObjectItem(obj, "IP"));
+    if (ip == nullptr) {
+        fail(obj, "rssi get ip is NULL");
+        return -1;
+    }
+    int32_t dbm = 0;
+    if (minus_one(devapi_get_sta_rssi_by_ip(ip, &dbm))) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.add("Dbm", cJSON_CreateNumber(dbm));
+    reply.success();
+    answer(obj, reply, kFailure);
+    return 0;
+}

@@ -1,0 +1,207 @@
+// Mesh, pairing and WPS, and what else of the router's presence in the mesh can be set: the agent's
+// heartbeat, LEDs, the state of the first configuration, and devices to forget.
+#include "handler_support.h"
+
+using namespace smart_router;
+
+namespace {
+
+constexpr auto kMeshStatus = fields_of<MeshStatus>({
+    FIELD(MeshStatus, "MeshEnable", MeshEnable),
+    FIELD(MeshStatus, "MeshMode", MeshMode),
+});
+
+constexpr auto kPairStatus = fields_of<PairStatus>({
+    FIELD(PairStatus, "Enable", Enable),
+    FIELD(PairStatus, "Time", Time),
+});
+
+constexpr auto kWpsState = fields_of<WpsState>({
+    FIELD(WpsState, "Radio", Radio),
+    FIELD(WpsState, "Action", Action),
+});
+
+constexpr auto kLed = fields_of<LedInfo>({
+    FIELD(LedInfo, "LedSwitch", LedSwitch),
+    FIELD(LedInfo, "LedCoLor", LedCoLor),
+    FIELD(LedInfo, "LedLight", LedLight),
+});
+
+const char *mesh_failure(int32_t result)
+{
+    switch (result) {
+    case MESH_BUSY_0:
+        return "MESH_BUSY_0";
+    case MESH_BUSY_1:
+        return "MESH_BUSY_1";
+    default:
+        return "Set mesh status failed";
+    }
+}
+
+const char *pair_failure(int32_t result)
+{
+    return result == MESH_PAIRING_NOT_SUPPORTED ? "WIFI_SET_NOT_SUPPORT" : "Set pair status failed";
+}
+
+// A setting whose failure texts tell the device's results apart.
+template <auto call, auto failure_text, class Record, size_t count>
+constexpr auto setting_with_results(const Fields<Record, count> &fields, const char *missing)
+{
+    return [&fields, missing](cJSON *obj) -> int32_t {
+        Record record = {};
+        SettingRun<Record, count> run(obj, fields, Consume::kAfterCall);
+        if (!run.find(missing) || !run.fill(&record, failure_text(-1))) {
+            return -1;
+        }
+        const int32_t result = call(&record);
+        run.end(result != 0, failure_text(result));
+        return result;
+    };
+}
+
+// Hands the text under a key to the device as it stands; the key is taken out when the device
+// agreed.
+int32_t set_text(cJSON *obj, const char *key, const MissingTexts &missing,
+                 int32_t (*call)(const char *), FailureRule failed, const char *failure)
+{
+    cJSON *item = cJSON_GetObjectItem(obj, key);
+    if (text_of(item) == nullptr) {
+        fail(obj, item == nullptr ? missing.absent : missing.no_text);
+        return -1;
+    }
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, failure)) {
+        return -1;
+    }
+    const int32_t result = call(text_of(item));
+    if (!failed(result)) {
+        consume(obj, item);
+    }
+    conclude(obj, success, failed(result), failure);
+    return result;
+}
+
+// The platform has to learn of the new state.
+int32_t set_configuration_state(const char *state)
+{
+    const int32_t result = devapi_set_sta_tslink_config(state);
+    if (!minus_one(result)) {
+        kaa_update_profile_info();
+    }
+    return result;
+}
+
+struct ConfigurationState {
+    char ConfiguerStatus[2];
+};
+
+int32_t get_configuration_state(ConfigurationState *configuration)
+{
+    int32_t state = 0;
+    const int32_t result = devapi_get_tslink_config(&state);
+    copy_text(configuration->ConfiguerStatus, state < 1 ? "0" : "1");
+    return result;
+}
+
+constexpr auto kConfigurationState = fields_of<ConfigurationState>({
+    FIELD(ConfigurationState, "ConfiguerStatus", ConfiguerStatus),
+});
+
+} // namespace
+
+// ---- Mesh, pairing and WPS ---------------------------------------------------------------------
+
+int32_t json_set_tslink_ssid(cJSON *obj)
+{
+    constexpr char kInvalid[] = "Enable invalid";
+    cJSON *item = cJSON_GetObjectItem(obj, "Enable");
+    const char *enable = text_of(item);
+    if (enable == nullptr) {
+        fail(obj, "Enable missing or not string");
+        return -1;
+    }
+    const bool on = strcmp(enable, "1") == 0;
+    const bool off = strcmp(enable, "0") == 0;
+    Reply success;
+    success.success();
+    const bool can_set = (on || off) && success.complete();
+    if (can_set) {
+        devapi_setup_mesh(on ? 1 : 0);
+    }
+    if (can_set && off) {
+        LOG_DEBUG("not set up mesh\n");
+    }
+    consume(obj, item);
+    conclude(obj, success, !can_set, kInvalid);
+    return can_set ? 0 : -1;
+}
+
+HANDLER(json_get_mesh_status,
+        (query<devapi_get_mesh_status, StatusAt::kLast>(kMeshStatus, "Get mesh status failed")))
+HANDLER(json_set_mesh_status, (setting_with_results<devapi_set_mesh_status, mesh_failure>(
+                                  kMeshStatus, "get MeshEnable and MeshMode err")))
+HANDLER(json_set_mesh_pair,
+        (setting_with_results<devapi_set_pair_status, pair_failure>(kPairStatus,
+                                                                    "get Enable and Time err")))
+HANDLER(json_set_wps_state, setting<devapi_set_wps_state>(kWpsState, "Set wps state failed",
+                                                          "get radio and action err"))
+
+// ---- Heartbeat, configuration state, device removal --------------------------------------------
+
+int32_t json_set_kaa_heartbeat(cJSON *obj)
+{
+    return set_text(obj, "heartbeat", "get json_heartbeat err", devapi_set_kaa_heartbeat, non_zero,
+                    "set kaa heartbeat err");
+}
+
+int32_t json_set_tslink_config(cJSON *obj)
+{
+    return set_text(obj, "ConfiguerStatus",
+                    {"ConfiguerStatus  is NULL", "ConfiguerStatus  value is NULL"},
+                    set_configuration_state, minus_one, "set tslink config failed");
+}
+
+HANDLER(json_query_tslink_config,
+        (query<get_configuration_state, StatusAt::kLast>(kConfigurationState,
+                                                         "devapi get tslink config failed")))
+
+int32_t json_del_device(cJSON *obj)
+{
+    // The configuration state's text; apps know it from here as well.
+    return set_text(obj, "MAC", {"parama is errer!", "MAC  value is NULL"}, devapi_del_device,
+                    minus_one, "set tslink config failed");
+}
+
+// ---- LEDs --------------------------------------------------------------------------------------
+
+HANDLER(json_get_led,
+        (query<devapi_get_led_info, StatusAt::kFirst, minus_one>(kLed, "get led info failed")))
+
+int32_t json_set_led(cJSON *obj)
+{
+    // The signal check's text; apps know it from here as well.
+    constexpr char kFailure[] = "get scan rssi failed";
+    cJSON *items[sizeof kLed.field / sizeof(Field)];
+    const char *missing =
+        find_required(obj, kLed, "LedCoLor, LedLight or Led_Switch is NULL", items);
+    if (missing != nullptr) {
+        fail(obj, missing);
+        return -1;
+    }
+    Reply success;
+    success.success();
+    if (!can_conclude(obj, success, kFailure)) {
+        return -1;
+    }
+    const int32_t result =
+        devapi_set_sta_led(text_of(items[0]), text_of(items[1]), text_of(items[2]));
+    if (!minus_one(result)) {
+        for (cJSON *item : items) {
+            consume(obj, item);
+        }
+    }
+    conclude(obj, success, minus_one(result), kFailure);
+    return result;
+}

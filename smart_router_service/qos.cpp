@@ -1,0 +1,232 @@
+// Quality of service: its switch, the priorities of known applications, and rules of one's own.
+#include "qos.h"
+
+using namespace smart_router;
+
+namespace {
+
+// ---- Switch and priorities ---------------------------------------------------------------------
+
+// Some settings are numbers to the device; as records of texts they are settings like the others.
+struct QosSwitch {
+    char Enable[8];
+};
+
+int32_t set_enable(const QosSwitch *qos)
+{
+    return devapi_set_qos_enable(number_in(qos->Enable));
+}
+
+constexpr auto kSwitch = fields_of<QosSwitch>({FIELD(QosSwitch, "Enable", Enable)});
+
+struct ApplicationPriority {
+    int32_t Id;
+    char PriorityLevel[8];
+};
+
+int32_t set_priority(const ApplicationPriority *application)
+{
+    return devapi_set_qos_app_info(application->Id, application->PriorityLevel);
+}
+
+constexpr auto kPriority = fields_of<ApplicationPriority>({
+    FIELD(ApplicationPriority, "Id", Id),
+    FIELD(ApplicationPriority, "PriorityLevel", PriorityLevel),
+});
+
+// ---- Rules -------------------------------------------------------------------------------------
+
+constexpr char kAdd[] = "1";
+constexpr char kDelete[] = "2";
+
+constexpr auto kSelection = fields_of<QosRule>({
+    FIELD(QosRule, "Id", Id),
+    FIELD(QosRule, "Action", Action),
+});
+
+constexpr auto kDescription = fields_of<QosRule>({
+    FIELD(QosRule, "Name", Name),
+    FIELD(QosRule, "PriorityLevel", PriorityLevel),
+});
+
+constexpr auto kType = fields_of<QosType>({
+    FIELD(QosType, "Type", Type),
+    FIELD(QosType, "Min", Min),
+    FIELD(QosType, "Max", Max),
+});
+
+constexpr auto kRuleId = fields_of<QosRule>({FIELD(QosRule, "Id", Id)});
+
+constexpr auto kRule = fields_of<QosRule>({
+    FIELD(QosRule, "Id", Id),
+    FIELD(QosRule, "Name", Name),
+    FIELD(QosRule, "PriorityLevel", PriorityLevel),
+});
+
+constexpr auto kApplication = fields_of<QosApplication>({
+    FIELD(QosApplication, "Id", Id),
+    FIELD(QosApplication, "Name", Name),
+    FIELD(QosApplication, "PriorityLevel", PriorityLevel),
+});
+
+// Reads the types of a rule, as many as it has room for; what comes behind them is not looked at.
+bool read_types(const cJSON *elements, QosRule *rule)
+{
+    cJSON *element;
+    cJSON_ArrayForEach(element, elements)
+    {
+        if (read_fields(element, kType, &rule->types[rule->type_count]) != 0) {
+            return false;
+        }
+        ++rule->type_count;
+        if (rule->type_count == QOS_MAX_TYPES) {
+            break;
+        }
+    }
+    return true;
+}
+
+// ---- The list of rules -------------------------------------------------------------------------
+
+constexpr char kNoArray[] = "cJSON_CreateArray error";
+
+void add_array_failure(Reply &reply)
+{
+    reply.text(kStatus, "1");
+    reply.text(kFailReason, kNoArray);
+}
+
+// Adds the types of a rule. Result: false when memory ran out.
+bool add_types(cJSON *object, const QosRule &rule)
+{
+    Reply types;
+    cJSON *list = types.list("type_list");
+    for (size_t at = 0; at < clamped(rule.type_count, QOS_MAX_TYPES); ++at) {
+        types.append(list, kType, &rule.types[at]);
+    }
+    return types.join(object);
+}
+
+// Adds the applications. Result: false, with the reason in the reply, when there is no memory for
+// the list.
+bool add_applications(Reply &reply, const QosInfo &qos)
+{
+    cJSON *list = cJSON_CreateArray();
+    if (list == nullptr) {
+        add_array_failure(reply);
+        return false;
+    }
+    reply.add("app_info_list", list);
+    for (size_t at = 0; at < clamped(qos.application_count, QOS_MAX_APPLICATIONS); ++at) {
+        append_if_possible(list, kApplication, &qos.applications[at]);
+    }
+    return true;
+}
+
+// Adds the rules. A rule without memory for its types is left out, and the reply says so before the
+// list. Result: false, with the reason in the reply, when there is no memory for the list.
+bool add_rules(Reply &reply, const QosInfo &qos)
+{
+    JsonItem list(cJSON_CreateArray());
+    if (list.get() == nullptr) {
+        add_array_failure(reply);
+        return false;
+    }
+    for (size_t at = 0; at < clamped(qos.rule_count, QOS_MAX_RULES); ++at) {
+        const QosRule &rule = qos.rules[at];
+        JsonItem object(object_of(kRule, &rule));
+        if (object.get() == nullptr || !add_types(object.get(), rule)) {
+            add_array_failure(reply);
+            continue;
+        }
+        cJSON_AddItemToArray(list.get(), object.release());
+    }
+    reply.add("classification_info_list", list.release());
+    return true;
+}
+
+} // namespace
+
+HANDLER(json_set_qos_enable,
+        setting<set_enable>(kSwitch, "Set qos enable failed", "get param:enable err"))
+
+HANDLER(json_set_qos_app_info,
+        setting<set_priority>(kPriority, "set qos app info failed", "json param is null"))
+
+int32_t json_get_qos_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "get uplink qos info error";
+    Allocated<QosInfo> qos;
+    if (qos.get() == nullptr || devapi_get_uplink_qos_info(qos.get()) != 0) {
+        fail(obj, kFailure);
+        return -1;
+    }
+    Reply reply;
+    reply.text("Enable", qos->Enable, sizeof qos->Enable);
+    if (add_applications(reply, *qos.get()) && add_rules(reply, *qos.get())) {
+        reply.success();
+    }
+    answer(obj, reply, kNoArray);
+    return 0;
+}
+
+int32_t parse_json_set_qos_cls_info(QosRule *rule, cJSON *obj)
+{
+    constexpr char kName[] = "parse_json_set_qos_cls_info";
+    if (rule == nullptr || obj == nullptr) {
+        return -1;
+    }
+    if (read_fields(obj, kSelection, rule) != 0) {
+        LOG_ERROR("%s:Id,Action is invalid or miss", kName);
+        return -1;
+    }
+    if (holds(rule->Action, kDelete)) {
+        return 0;
+    }
+    if (read_fields(obj, kDescription, rule) != 0) {
+        LOG_ERROR("%s:Name,PriorityLevel is invalid or miss", kName);
+        return -1;
+    }
+    const cJSON *types = array_of(obj, "type_list");
+    if (types == nullptr) {
+        LOG_ERROR("%s:type_list is invalid or miss", kName);
+        return -1;
+    }
+    if (!read_types(types, rule)) {
+        LOG_ERROR("%s:Type,Max,Min is invalid or miss", kName);
+        return -1;
+    }
+    return 0;
+}
+
+int32_t json_set_qos_classification_info(cJSON *obj)
+{
+    constexpr char kFailure[] = "set qos cls info error";
+    QosRule rule = {};
+    if (parse_json_set_qos_cls_info(&rule, obj) != 0) {
+        fail(obj, "json param is invalid or miss");
+        return -1;
+    }
+    // Which of the two it will be, the device says.
+    Reply changed;
+    changed.success();
+    Reply added;
+    added.success();
+    added.reserve(kRuleId);
+    const bool can_set = changed.complete() && added.complete();
+    const int32_t result = can_set ? devapi_set_qos_classification_info(&rule) : -1;
+    if (result == 0) {
+        cJSON_DeleteItemFromObject(obj, "Id");
+    }
+    constexpr char kKeys[][14] = {"Action", "Name", "PriorityLevel", "type_list"};
+    for (const char *key : kKeys) {
+        cJSON_DeleteItemFromObject(obj, key);
+    }
+    if (result == 0 && number_in(rule.Action) == number_of(kAdd)) {
+        added.set_reserved(kRuleId, &rule);
+        added.join(obj);
+    } else {
+        conclude(obj, changed, result != 0, kFailure);
+    }
+    return result;
+}
