@@ -17,6 +17,7 @@
 #include <regex>
 
 using agent::kLogError;
+using agent::kLogInfo;
 
 namespace {
 
@@ -30,11 +31,16 @@ bool is_mac(const char *text)
     return strnlen(text, kMaxMacText + 1) <= kMaxMacText && std::regex_match(text, forms);
 }
 
-// The device library is the simulated gateway when it has this function.
+// Null when the device library is no simulated gateway.
+template <class Function> Function *gateway_function(const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_DEFAULT, name));
+}
+
 void power_cycle()
 {
-    const auto cycle = reinterpret_cast<decltype(&simulated_gateway_power_cycle)>(
-        dlsym(RTLD_DEFAULT, "simulated_gateway_power_cycle"));
+    const auto cycle =
+        gateway_function<decltype(simulated_gateway_power_cycle)>("simulated_gateway_power_cycle");
     if (cycle != nullptr) {
         cycle();
     }
@@ -104,6 +110,11 @@ int32_t kaa_device_notice(const char *text)
 void ts_sys_mgr_get_brmac(char *mac)
 {
     *mac = '\0';
+    const auto bridge_mac =
+        gateway_function<decltype(simulated_gateway_bridge_mac)>("simulated_gateway_bridge_mac");
+    if (bridge_mac != nullptr) {
+        bridge_mac(mac, HG_BRIDGE_MAC_SIZE);
+    }
 }
 
 int32_t dev_is_exist(int32_t)
@@ -113,6 +124,7 @@ int32_t dev_is_exist(int32_t)
 
 int32_t kaa_update_profile_info()
 {
+    agent::log_line(kLogInfo, "the profile has changed: an agent with a platform reports it anew");
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "hosts.h"
 
+#include "device_texts.h"
 #include "exit_status.h"
 #include "pages.h"
 #include "plugin_host.h"
@@ -14,25 +15,9 @@ namespace agent {
 
 namespace {
 
-// What a device says where it has nothing to say.
-constexpr char kNothing[] = "NULL";
-
-// The text behind the key as it is shown; an empty one when there is none.
-std::string text_of(const cJSON *item, const char *key)
-{
-    const char *text = cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(item, key));
-    return text == nullptr || std::string(text) == kNothing ? "" : one_line(to_utf8(text));
-}
-
 std::string cell(const std::string &text)
 {
     return text.empty() ? "-" : text;
-}
-
-std::string name_of(const cJSON *host)
-{
-    const std::string given = text_of(host, "ByName");
-    return given.empty() ? text_of(host, "Name") : given;
 }
 
 std::string state_of(const cJSON *host)

@@ -7,6 +7,7 @@
 namespace agent {
 
 constexpr int32_t kLogError = 3;
+constexpr int32_t kLogInfo = 6;
 
 struct LogSettings {
     int32_t level = kLogError; // lines of a higher level are dropped

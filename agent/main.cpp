@@ -11,6 +11,7 @@
 #include "serve.h"
 #include "streams.h"
 #include "text.h"
+#include "topology.h"
 #include "workers.h"
 
 #include <cstdio>
@@ -31,6 +32,8 @@ int run(const agent::Options &options)
         return agent::run_report(options);
     case agent::Subcommand::kHosts:
         return agent::run_hosts(options);
+    case agent::Subcommand::kTopology:
+        return agent::run_topology(options);
     case agent::Subcommand::kList:
         return agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:

@@ -2,6 +2,7 @@
 
 #include "exit_status.h"
 #include "image_upgrade.h"
+#include "report.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,7 +13,7 @@ namespace {
 constexpr char kFooter[] = R"(
 Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
-  1  call, report, hosts: the reply's "Status" is anything else; notice: refused;
+  1  call, report, hosts, topology: the reply's "Status" is anything else; notice: refused;
      report image-upgrade: an error was logged; list: nothing found
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
@@ -25,6 +26,7 @@ Examples:
   hgagent call RESPONSE_ROUTER_VERSION VersionInfo="app 5.2.0"
   hgagent call RESPONSE_ROUTER_VERSION '{"VersionInfo": "app 5.2.0"}'
   hgagent report home-page
+  hgagent --scenario operator_variant topology
   hgagent notice --plugin-name parental_control "A new phone is in the home"
   hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO
   echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
@@ -133,6 +135,13 @@ void add_notice(CLI::App &app, Options &options)
     notice->callback([&options] { options.subcommand = Subcommand::kNotice; });
 }
 
+void refuse_unless_for(const CLI::App *report, const char *option, bool takes_it)
+{
+    if (report->count(option) > 0 && !takes_it) {
+        throw CLI::ExtrasError("report", {option});
+    }
+}
+
 void add_report(CLI::App &app, Options &options)
 {
     CLI::App *report = app.add_subcommand(
@@ -143,15 +152,21 @@ void add_report(CLI::App &app, Options &options)
         ->type_name("URL")
         ->needs(name)
         ->allow_extra_args(false);
+    report
+        ->add_option("--path", options.router_path,
+                     "Path of the router in the tree of parameters for stations")
+        ->type_name("PATH")
+        ->needs(name)
+        ->allow_extra_args(false)
+        ->capture_default_str();
     report->footer(R"(
 hgagent report image-upgrade --url URL
 Fetches the image and flashes it; the new firmware runs after the next reboot. The exit status is 1
 when the plug-in logged an error meanwhile.)");
     report->callback([report, &options] {
         options.subcommand = Subcommand::kReport;
-        if (report->count("--url") > 0 && options.report != kImageUpgrade) {
-            throw CLI::ExtrasError("report", {"--url"});
-        }
+        refuse_unless_for(report, "--url", options.report == kImageUpgrade);
+        refuse_unless_for(report, "--path", options.report == kStations);
     });
 }
 
@@ -159,6 +174,17 @@ void add_hosts(CLI::App &app, Options &options)
 {
     CLI::App *hosts = app.add_subcommand("hosts", "Show the devices attached to the gateway");
     hosts->callback([&options] { options.subcommand = Subcommand::kHosts; });
+}
+
+void add_topology(CLI::App &app, Options &options)
+{
+    CLI::App *topology =
+        app.add_subcommand("topology", "Draw the routers of the mesh and what is attached to each");
+    CLI::Option *ascii = topology->add_flag("--ascii", options.topology.ascii,
+                                            "Draw with - and | also where the locale is UTF-8");
+    topology->add_flag("--dot", options.topology.dot, "Print a graph for Graphviz instead")
+        ->excludes(ascii);
+    topology->callback([&options] { options.subcommand = Subcommand::kTopology; });
 }
 
 void add_protocol_pages(CLI::App &app, Options &options)
@@ -193,6 +219,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_notice(app, options);
     add_report(app, options);
     add_hosts(app, options);
+    add_topology(app, options);
     add_protocol_pages(app, options);
 
     try {

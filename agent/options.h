@@ -34,7 +34,12 @@ struct NoticeOptions {
     std::string text; // or "-"
 };
 
-enum class Subcommand { kCall, kServe, kNotice, kReport, kHosts, kList, kDescribe };
+struct TopologyOptions {
+    bool ascii = false; // or with the lines that the locale has
+    bool dot = false;   // for Graphviz
+};
+
+enum class Subcommand { kCall, kServe, kNotice, kReport, kHosts, kTopology, kList, kDescribe };
 
 struct Options {
     HostOptions host;
@@ -44,11 +49,14 @@ struct Options {
     CallOptions call;
     ServeOptions serve;
     NoticeOptions notice;
+    TopologyOptions topology;
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades
-    std::string pattern;        // of list
-    std::string described;      // the command of describe
+    // Of the report that speaks of one router; the first entry of the tree is the main router.
+    std::string router_path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
+    std::string pattern;   // of list
+    std::string described; // the command of describe
 };
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then

@@ -6,6 +6,7 @@
 #include "plugin_host.h"
 #include "reply.h"
 #include "requests.h"
+#include "smart_router_service/processjsonability.h"
 #include "text.h"
 
 #include <algorithm>
@@ -18,15 +19,26 @@ namespace {
 
 // What the plug-in exports for a report: a function that writes it into an empty object.
 using Build = int32_t (*)(cJSON *);
+using BuildForPath = decltype(&json_get_router_sta_info);
 
 struct Builder {
     const char *name;
     const char *summary;
     const char *symbol;
+    bool takes_path = false;
 };
 
 constexpr Builder kBuilders[] = {
     {"home-page", "What a home page shows of the gateway", "json_get_home_page_info"},
+    {"main-router", "What is known of the main router", "json_get_main_router_info"},
+    {"main-base", "The devices with the main router that are online",
+     "json_get_main_router_baseinfo"},
+    {"topology", "The child routers with their stations, from the relations of the topology",
+     "json_get_topo_router_info"},
+    {"agent-topology", "The child routers with their stations, from the tree of parameters",
+     "json_get_topo_router_agent_info_bynewmethod"},
+    {kStations, "The stations of one router in the tree of parameters, the main router or --path",
+     "json_get_router_sta_info", true},
 };
 
 int list_reports()
@@ -41,14 +53,25 @@ int list_reports()
     return show(page.str());
 }
 
-int build(const Builder &builder, const Options &options)
+int32_t build(const Builder &builder, void *function, const Options &options, cJSON *report)
+{
+    if (builder.takes_path) {
+        return reinterpret_cast<BuildForPath>(function)(report, "main",
+                                                        options.router_path.c_str());
+    }
+    return reinterpret_cast<Build>(function)(report);
+}
+
+int print_report(const Builder &builder, const Options &options)
 {
     ReplyOutput output;
     const PluginHost host(options.host);
-    const auto function = reinterpret_cast<Build>(host.required_symbol(builder.symbol));
+    void *function = host.required_symbol(builder.symbol);
     const Json report(cJSON_CreateObject());
-    function(report.get()); // its result says no more than the "Status"
-    return write_reply(report.get(), options.raw_bytes, output);
+    const int32_t result = build(builder, function, options, report.get());
+    const ExitStatus written = write_reply(report.get(), options.raw_bytes, output);
+    // Of the reports without a "Status" only the result says that they failed.
+    return written == kSuccess && result != 0 ? kCommandFailed : written;
 }
 
 } // namespace
@@ -67,7 +90,7 @@ int run_report(const Options &options)
         complain("no report \"" + options.report + "\"; hgagent report lists them");
         return kUnknownCommand;
     }
-    return build(*builder, options);
+    return print_report(*builder, options);
 }
 
 } // namespace agent

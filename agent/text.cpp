@@ -30,10 +30,14 @@ std::string escape(char32_t control)
     }
 }
 
-// Terminals obey the second range as they obey the first.
+// Terminals obey the second range as they obey the first. The others turn the direction of writing,
+// and so what a line seems to say.
 bool is_control(char32_t character)
 {
-    return character < 0x20 || (character >= 0x7f && character < 0xa0);
+    return character < 0x20 || (character >= 0x7f && character < 0xa0) || character == 0x061c ||
+           character == 0x200e || character == 0x200f ||
+           (character >= 0x2028 && character <= 0x202e) ||
+           (character >= 0x2066 && character <= 0x2069);
 }
 
 // The longest beginning of the text that is no longer than max_bytes and cuts no character.

@@ -13,9 +13,9 @@ namespace agent {
 std::string to_utf8(std::string_view text);
 
 // The text as UTF-8 on one line: control characters become escapes such as \n or \x1b, so that
-// nothing can end a line early or steer a terminal. A line may be put together from texts of any
-// encoding: what is no UTF-8 becomes U+FFFD. Anything beyond max_bytes is cut off, and the line
-// says so.
+// nothing can end a line early, steer a terminal or turn the direction of writing. A line may be
+// put together from texts of any encoding: what is no UTF-8 becomes U+FFFD. Anything beyond
+// max_bytes is cut off, and the line says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
 
 // How many columns a terminal takes for a text on one line.
