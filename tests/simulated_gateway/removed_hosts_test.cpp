@@ -167,15 +167,16 @@ TEST_F(RemovedHostsTest, AStateFileHasToHold)
     const nlohmann::json kept = json_of(path("state"));
     const auto error_with = [&](const char *field, const nlohmann::json &value) {
         nlohmann::json damaged = kept;
-        damaged["removed_hosts"][0][field] = value;
+        damaged["removed_hosts"][0]["host"][field] = value;
+        close();
         write("state", damaged.dump());
         return open_when(kTime);
     };
     EXPECT_EQ(error_with("ssid", 8), "");
     EXPECT_EQ(error_with("ssid", 9),
-              path("state") + ": /removed_hosts/0/ssid: there is no SSID 9");
+              path("state") + ": /removed_hosts/0/host/ssid: there is no SSID 9");
     EXPECT_EQ(error_with("mac", kTabletMac),
-              path("state") + ": /removed_hosts/0/mac: there is another device " + kTabletMac);
+              path("state") + ": /removed_hosts/0/host/mac: there is another device " + kTabletMac);
 }
 
 } // namespace
