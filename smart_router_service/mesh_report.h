@@ -51,7 +51,7 @@ template <size_t width> void assign(char (&to)[width], const char (&from)[width]
 // Completes a station of a child router, for which model and operating system are fixed.
 void complete_station(ReportedDevice *station);
 
-// The offset of local time from UTC in hours; 0 when it is not known.
+// The hours by which the router's clock is ahead of local time; 0 when they are not known.
 int32_t zone_hours();
 
 // Replaces the time since when the device is attached by the seconds that have passed since then,

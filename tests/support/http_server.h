@@ -24,8 +24,8 @@ class HttpServer {
     // Lets everything go on that the server holds back, now and later.
     void release() const;
 
-    // What was asked for until now: a path each, with "PUT " in front and a Range behind where there
-    // is one.
+    // What was asked for until now: a path each, with "PUT " in front or a Range behind it, where
+    // there is one.
     std::vector<std::string> requests() const;
 
     // What was put until now.

@@ -1333,12 +1333,13 @@ int32_t devapi_get_mesh_type(void);
  * logged. */
 int32_t devapi_call_tslink_set_topo_speed(void);
 
-/* Sets *hours to the offset of local time from UTC; it is 0 before. Any result but 0 is a failure,
- * and then it counts as 0. */
+/* Sets *hours to the hours by which the router's clock, as time() tells it, is ahead of the times
+ * that the device library gives in local time; it is 0 before. Any result but 0 is a failure, and
+ * then it counts as 0. */
 int32_t devapi_get_local_timezone(int32_t *hours);
 
-/* 1 when the router's clock, as time() tells it, runs in local time while the table of attached
- * devices gives times in UTC. The stations of child routers are always taken so. */
+/* 1 when the table of attached devices gives times in local time; else they are those of the
+ * router's clock. The stations of child routers always have local time. */
 int32_t devapi_get_systerm_timetype(void);
 
 /* The load of the router. */
