@@ -136,8 +136,12 @@ TEST_F(LinkChecksTest, BothCallsAreMadeEvenWhenTheFirstFails)
         bands_are(band, 1, band, 1, list, count);
         EXPECT_EQ(run(kCount, R"({"Other":1})"),
                   R"({"Other":1,)" + failure("Get Wifi channel error") + "}");
-        EXPECT_EQ(recording_device::called_functions(),
+        ASSERT_EQ(recording_device::called_functions(),
                   (Names{"devapi_get_all_wifi_channel_list", "devapi_get_channel_ap_num"}));
+        const WifiChannelList sent =
+            recording_device::record<WifiChannelList>(recording_device::calls()[1]);
+        EXPECT_EQ(sent.count_24g, list == -1 ? 0 : 1);
+        EXPECT_EQ(sent.channels_5g[0], list == -1 ? 0 : 7);
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }

@@ -1,285 +1,25 @@
-// Rules of one's own: how they are read from a request, and what the device makes of them.
+// Rules of one's own: what the device makes of them.
 #include "handler_test.h"
 #include "memory_sweep.h"
-#include "qos.h"
-#include "request.h"
+#include "qos_rules_fixture.h"
 
 #include <cstring>
 
 namespace {
 
-using recording_device::Call;
-using recording_device::contents;
 using recording_device::when;
-using recording_host::LogLine;
 
-constexpr char kCommand[] = "SET_QOS_CLASSIFICATION_INFO";
-constexpr char kInvalid[] = "json param is invalid or miss";
-
-const Request kType({{"Type", R"("port")"}, {"Min", R"("80")"}, {"Max", R"("90")"}});
-const Request kRule({{"Id", R"("5")"},
-                     {"Action", R"("3")"},
-                     {"Name", R"("games")"},
-                     {"PriorityLevel", R"("7")"},
-                     {"type_list", "[" + kType.json() + "]"}});
-
-Request action(const std::string &text)
-{
-    return kRule.with("Action", quoted(text));
-}
-
-Request types(const std::string &json)
-{
-    return kRule.with("type_list", json);
-}
-
-QosRule whole_rule()
-{
-    return {"5", "3", "games", "7", 1, {{"port", "80", "90", ""}}};
-}
-
-LogLine missing(const std::string &keys)
-{
-    return {3, "parse_json_set_qos_cls_info:" + keys + " is invalid or miss"};
-}
-
-constexpr char kSelection[] = "Id,Action";
-constexpr char kDescription[] = "Name,PriorityLevel";
-constexpr char kTypeKeys[] = "Type,Max,Min";
-
-// What is left of a request with a rule, once the device was called.
-std::string left_after(const Request &request, bool failed)
-{
-    Request left = request;
-    for (const char *key : {"Action", "Name", "PriorityLevel", "type_list"}) {
-        left = left.without(key);
-    }
-    return failed ? left.followed_by(failure("set qos cls info error"))
-                  : left.without("Id").followed_by(R"("Status":"0")");
-}
+class QosRulesTest : public HandlerTest {};
 
 void device_leaves(const std::string &id, const std::string &action, int32_t result = 0)
 {
     when<devapi_set_qos_classification_info>([=](QosRule *rule) {
         memset(rule, '?', sizeof *rule);
-        id.copy(rule->Id, sizeof rule->Id);
-        action.copy(rule->Action, sizeof rule->Action);
-        if (id.size() < sizeof rule->Id) {
-            rule->Id[id.size()] = '\0';
-        }
-        if (action.size() < sizeof rule->Action) {
-            rule->Action[action.size()] = '\0';
-        }
+        strncpy(rule->Id, id.c_str(), sizeof rule->Id);
+        strncpy(rule->Action, action.c_str(), sizeof rule->Action);
         return result;
     });
 }
-
-class QosRulesTest : public HandlerTest {
-  protected:
-    void expect_sent(const Request &request, const QosRule &rule)
-    {
-        forget();
-        EXPECT_EQ(run(kCommand, request.json()), left_after(request, false));
-        EXPECT_EQ(recording_device::calls(),
-                  (std::vector<Call>{{"devapi_set_qos_classification_info", {contents(&rule)}}}));
-        EXPECT_TRUE(recording_host::log_lines().empty());
-    }
-
-    void expect_refused(const Request &request, const std::string &keys)
-    {
-        forget();
-        EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure(kInvalid)));
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{missing(keys)})
-            << request.json();
-        EXPECT_TRUE(recording_device::calls().empty());
-    }
-
-  private:
-    static void forget()
-    {
-        recording_device::reset();
-        recording_host::reset();
-    }
-};
-
-// ---- Reading
-// -----------------------------------------------------------------------------------
-
-TEST_F(QosRulesTest, SendsARuleWithItsTypes)
-{
-    expect_sent(kRule, whole_rule());
-    expect_sent(kRule.with("Other", R"([{"x":null}])"), whole_rule());
-}
-
-TEST_F(QosRulesTest, ARuleNeedsItsIdAndAction)
-{
-    for (const char *key : {"Id", "Action"}) {
-        expect_refused(kRule.without(key), kSelection);
-        expect_refused(action("2").without(key), kSelection);
-        for (const std::string &no_text : kNoTexts) {
-            expect_refused(kRule.with(key, no_text), kSelection);
-        }
-    }
-    expect_refused(Request({}), kSelection);
-}
-
-TEST_F(QosRulesTest, ARuleNeedsItsNameAndPriority)
-{
-    for (const char *key : {"Name", "PriorityLevel"}) {
-        expect_refused(kRule.without(key), kDescription);
-        for (const std::string &no_text : kNoTexts) {
-            expect_refused(kRule.with(key, no_text).without("type_list"), kDescription);
-        }
-    }
-}
-
-TEST_F(QosRulesTest, ToDeleteARuleTakesNoMoreThanItsIdAndAction)
-{
-    const QosRule rule = {"5", "2", "", "", 0, {}};
-    expect_sent(Request({{"Id", R"("5")"}, {"Action", R"("2")"}}), rule);
-    expect_sent(action("2"), rule);
-    expect_sent(action("2").with("Name", "7").with("type_list", "null"), rule);
-}
-
-TEST_F(QosRulesTest, OnlyATwoDeletes)
-{
-    for (const char *text : {"", "02", "2 ", " 2", "22", "+2", "2.0", "20000000"}) {
-        expect_refused(action(text).without("Name"), kDescription);
-        QosRule rule = whole_rule();
-        strncpy(rule.Action, text, 7);
-        expect_sent(action(text), rule);
-    }
-}
-
-TEST_F(QosRulesTest, ATypeListHasToBeAnArray)
-{
-    expect_refused(kRule.without("type_list"), "type_list");
-    for (const std::string json :
-         {"7", "-0.5", "true", "false", "null", R"("")", R"("[]")", "{}"}) {
-        expect_refused(types(json), "type_list");
-    }
-    expect_refused(types(R"({"0":)" + kType.json() + "}"), "type_list");
-}
-
-TEST_F(QosRulesTest, ATypeListMayBeEmpty)
-{
-    QosRule rule = whole_rule();
-    rule.type_count = 0;
-    rule.types[0] = {};
-    expect_sent(types("[]"), rule);
-}
-
-TEST_F(QosRulesTest, OnlyTheFirstThreeTypesAreRead)
-{
-    QosRule rule = whole_rule();
-    std::string list;
-    for (int count = 1; count <= 5; ++count) {
-        const std::string number = std::to_string(count);
-        list += (count == 1 ? "" : ",") + kType.with("Type", quoted(number)).json();
-        if (count <= 3) {
-            rule.type_count = count;
-            rule.types[count - 1] = {"", "80", "90", ""};
-            strcpy(rule.types[count - 1].Type, number.c_str());
-        }
-        expect_sent(types("[" + list + "]"), rule);
-    }
-    for (const char *behind : {"null", "7", "{}", R"("x")", R"({"Type":1})"}) {
-        const std::string first = list.substr(0, list.find(R"(,{"Type":"4")"));
-        expect_sent(types("[" + first + "," + behind + "]"), rule);
-        expect_sent(types("[" + first + "," + behind + "," + kType.json() + "]"), rule);
-    }
-}
-
-TEST_F(QosRulesTest, EachTypeUpToTheThirdNeedsItsKeys)
-{
-    std::vector<std::string> bad = {
-        "null", "7", "true", R"("Type")", "[]", "{}", "[" + kType.json() + "]"};
-    for (const auto &[key, json] : kType.keys()) {
-        bad.push_back(kType.without(key).json());
-        for (const std::string &no_text : kNoTexts) {
-            bad.push_back(kType.with(key, no_text).json());
-        }
-    }
-    std::string before;
-    for (int position = 0; position < 3; ++position) {
-        for (const std::string &element : bad) {
-            expect_refused(types("[" + before + element + "]"), kTypeKeys);
-            expect_refused(types("[" + before + element + "," + kType.json() + "]"), kTypeKeys);
-        }
-        before += kType.json() + ",";
-    }
-}
-
-TEST_F(QosRulesTest, CutsItsTexts)
-{
-    for (const size_t length : {0u, 7u, 8u, 15u, 16u, 31u, 32u, 63u, 64u, 100000u}) {
-        const std::string text = text_of_length(length);
-        const std::string json = quoted(text);
-        const Request type = kType.with("Type", json).with("Min", json).with("Max", json);
-        const Request request = kRule.with("Id", json)
-                                    .with("Action", json)
-                                    .with("Name", json)
-                                    .with("PriorityLevel", json)
-                                    .with("type_list", "[" + type.json() + "]");
-        QosRule rule = {};
-        text.copy(rule.Id, 7);
-        text.copy(rule.Action, 7);
-        text.copy(rule.Name, 31);
-        text.copy(rule.PriorityLevel, 7);
-        rule.type_count = 1;
-        text.copy(rule.types[0].Type, 15);
-        text.copy(rule.types[0].Min, 63);
-        text.copy(rule.types[0].Max, 63);
-        expect_sent(request, rule);
-    }
-}
-
-TEST_F(QosRulesTest, OnlyTheFirstOfRepeatedKeysIsReadAndConsumed)
-{
-    const std::string first = R"({"ID":"1","ACTION":"4","NAME":"n","PRIORITYLEVEL":"p",)"
-                              R"("TYPE_LIST":[{"type":"t","min":"1","max":"2","Type":"x"}],)";
-    EXPECT_EQ(run(kCommand, first + kRule.json().substr(1)), kRule.followed_by(R"("Status":"0")"));
-    const QosRule rule = {"1", "4", "n", "p", 1, {{"t", "1", "2", ""}}};
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&rule));
-}
-
-// ---- Called directly
-// ---------------------------------------------------------------------------
-
-TEST_F(QosRulesTest, ReadingNeedsARuleAndAnObject)
-{
-    QosRule rule = {};
-    const Json object = parse(kRule.json());
-    EXPECT_EQ(parse_json_set_qos_cls_info(nullptr, object.get()), -1);
-    EXPECT_EQ(parse_json_set_qos_cls_info(&rule, nullptr), -1);
-    EXPECT_EQ(parse_json_set_qos_cls_info(nullptr, nullptr), -1);
-    EXPECT_EQ(contents(&rule), std::string(sizeof rule, '\0'));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(QosRulesTest, ReadingLeavesTheObjectAsItIs)
-{
-    QosRule rule = {};
-    const Json object = parse(kRule.json());
-    EXPECT_EQ(parse_json_set_qos_cls_info(&rule, object.get()), 0);
-    const QosRule expected = whole_rule();
-    EXPECT_EQ(contents(&rule), contents(&expected));
-    EXPECT_EQ(print(object.get()), kRule.json());
-}
-
-TEST_F(QosRulesTest, WhatIsNoObjectHasNoKeys)
-{
-    for (const std::string json : {"[]", "7", "null", R"("Id")", R"([{"Id":"1","Action":"2"}])"}) {
-        recording_host::reset();
-        QosRule rule = {};
-        const Json item = parse(json);
-        EXPECT_EQ(parse_json_set_qos_cls_info(&rule, item.get()), -1);
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{missing(kSelection)});
-    }
-}
-
-// ---- The device's answer
-// -----------------------------------------------------------------------
 
 TEST_F(QosRulesTest, AnAddedRuleIsReportedWithTheIdThatTheDeviceLeft)
 {
@@ -340,7 +80,7 @@ TEST_F(QosRulesTest, WithoutMemoryNoRuleIsSet)
                 EXPECT_TRUE(recording_device::calls().empty());
                 EXPECT_TRUE(recording_host::log_lines().empty());
             });
-        EXPECT_EQ(allocations, 2u + 2 + 2);
+        EXPECT_EQ(allocations, 2u + 2);
     }
 }
 
