@@ -63,8 +63,8 @@ void check_removed_hosts(const State &state, const std::string &path)
         macs.insert(host.mac);
     }
     for (size_t at = 0; at < state.removed_hosts.size(); ++at) {
-        const Host &host = state.removed_hosts[at];
-        const std::string place = item(path, at);
+        const Host &host = state.removed_hosts[at].host;
+        const std::string place = item(path, at) + "/host";
         check_ssid_number(home, host.ssid, place);
         check_absence(host, place);
         if (!macs.insert(host.mac).second) {

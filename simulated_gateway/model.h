@@ -185,7 +185,7 @@ struct State {
     UnderWay under_way;
     PortCounters port_counters;
     Firmware firmware;
-    std::vector<Host> removed_hosts; // until they attach anew
+    std::vector<RemovedHost> removed_hosts;
     Home home;
     Home factory;
     mutable Remembered<Rates> appetites; // of all hosts together (host_activity.cpp)

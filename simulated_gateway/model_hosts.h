@@ -37,7 +37,6 @@ struct Host {
     bool blocked = false;         // by the user
     int64_t down_limit_kbps = 0;  // 0 for none
     bool address_bound = false;   // the DHCP server keeps the address for it
-    int64_t removed_time = 0;     // when the user removed it, in seconds since 1970
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -62,7 +61,18 @@ struct Host {
         visit.field("blocked", self.blocked, Flag{optional});
         visit.field("down_limit_kbps", self.down_limit_kbps, kRateLimits);
         visit.field("address_bound", self.address_bound, Flag{optional});
-        visit.field("removed_time", self.removed_time, Range{0, INT64_MAX, optional});
+    }
+};
+
+// A host that the user has removed from the list. It is listed again when it attaches anew.
+struct RemovedHost {
+    Host host;
+    int64_t time = 0; // when it was removed, in seconds since 1970
+
+    template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
+    {
+        visit.object("host", self.host);
+        visit.field("time", self.time, Range{0, INT64_MAX});
     }
 };
 

@@ -14,36 +14,34 @@ void remove_host(State &state, const Host &host)
     removed.blocked = false;
     removed.down_limit_kbps = 0;
     removed.address_bound = false;
-    removed.removed_time = now();
     std::vector<Host> &hosts = state.home.hosts;
     hosts.erase(hosts.begin() + (&host - hosts.data()));
     // One that is switched off will not come back.
     if (removed.online) {
-        state.removed_hosts.push_back(std::move(removed));
+        state.removed_hosts.push_back({std::move(removed), now()});
     }
 }
 
 void let_removed_hosts_attach(State &state)
 {
-    std::erase_if(state.removed_hosts, [&](Host &host) {
-        if (attached_since(state, host) <= host.removed_time) {
+    std::erase_if(state.removed_hosts, [&](RemovedHost &removed) {
+        if (attached_since(state, removed.host) <= removed.time) {
             return false;
         }
         const std::optional<std::string> ip = free_pool_address(state.home);
         if (!ip) {
             return false;
         }
-        host.ip = *ip;
-        host.removed_time = 0;
-        state.home.hosts.push_back(host);
+        removed.host.ip = *ip;
+        state.home.hosts.push_back(removed.host);
         return true;
     });
 }
 
 void let_all_attach_anew(State &state)
 {
-    for (Host &host : state.removed_hosts) {
-        host.removed_time = state.boot_time - 1;
+    for (RemovedHost &removed : state.removed_hosts) {
+        removed.time = std::max<int64_t>(0, state.boot_time - 1);
     }
 }
 

@@ -1,9 +1,12 @@
 // Device functions of the test's own, made of the parts that all device functions are made of.
 #include "device_call.h"
 
+#include "gateway.h"
 #include "gateway_fixture.h"
 
 #include <cstring>
+#include <latch>
+#include <thread>
 
 using namespace simulated_gateway;
 
@@ -159,6 +162,37 @@ TEST_F(DeviceCallTest, ABodyThatThrowsIsAFailedCall)
     };
     EXPECT_EQ(setting("test_throws", {request("record", &record)}, throws), -1);
     EXPECT_TRUE(lines(path("trace")).back().ends_with("std::bad_alloc"));
+}
+
+TEST_F(DeviceCallTest, WaitingLetsOthersGoOnAndEndsWithTheGateway)
+{
+    ASSERT_EQ(open({.trace = path("trace")}), "");
+    std::latch started(1);
+    int32_t result = 0;
+    std::thread caller([&] {
+        result = long_work("test_wait", {}, [&](Gateway &gateway) {
+            started.count_down();
+            gateway.wait(std::chrono::hours(1000));
+            return 0;
+        });
+    });
+    started.wait();
+    wifi();
+    close();
+    caller.join();
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(reason(), "the gateway was closed");
+}
+
+TEST_F(DeviceCallTest, NobodyWaitsWhileTheClockStandsStill)
+{
+    ASSERT_EQ(open_at(kTime, {}), "");
+    EXPECT_EQ(long_work("test_wait", {},
+                        [](Gateway &gateway) {
+                            gateway.wait(std::chrono::hours(1000));
+                            return 0;
+                        }),
+              0);
 }
 
 } // namespace

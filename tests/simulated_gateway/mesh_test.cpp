@@ -167,6 +167,27 @@ TEST_F(MeshTest, SignalsAndRatesMoveWithTime)
     EXPECT_GT(rates.size(), 30u);
 }
 
+TEST_F(MeshTest, RatesAreSharedOutAnewOnceADeviceHasLeft)
+{
+    const auto expect_shared_out = [] {
+        int sum = 0;
+        for (const std::string &mac : devices()) {
+            sum += std::stoi(device(mac).DownSpeed);
+        }
+        HgBaseInfo base = {};
+        EXPECT_EQ(devapi_get_hg_base_info(&base), 0);
+        EXPECT_LE(sum, std::stoi(base.DownSpeed));
+        EXPECT_GE(sum, std::stoi(base.DownSpeed) - host_count()); // each is rounded down
+    };
+    expect_shared_out();
+    SsidInfo ssid = {};
+    ssid.SSIDIndex = 5;
+    EXPECT_EQ(devapi_get_ssid_info(&ssid), 0);
+    set(ssid.Enable, "0");
+    EXPECT_EQ(devapi_set_ssid_info(&ssid), 0);
+    expect_shared_out();
+}
+
 TEST_F(MeshTest, LinkSpeedsAreThoseOfTheLastMeasurement)
 {
     const auto speed = [] {

@@ -1,0 +1,244 @@
+#include "services_fixture.h"
+
+#include <cstdlib>
+#include <map>
+
+namespace {
+
+class PortsTest : public ServicesTest {
+  protected:
+    struct Counters {
+        int64_t sent;
+        int64_t received;
+        int64_t packets_sent;
+        int64_t packets_received;
+    };
+    using Statistics = std::map<std::string, Counters>;
+
+    static Statistics statistics()
+    {
+        PortStatisticsInfo info = {};
+        EXPECT_EQ(devapi_get_port_statistics_info(&info), 0);
+        Statistics statistics;
+        for (int32_t at = 0; at < info.count; ++at) {
+            const PortStatistics &entry = info.entries[at];
+            statistics[entry.Port] = {std::stoll(entry.tx_traffic), std::stoll(entry.rx_traffic),
+                                      std::stoll(entry.tx_packets), std::stoll(entry.rx_packets)};
+        }
+        std::free(info.entries);
+        return statistics;
+    }
+    static std::vector<std::string> ports()
+    {
+        PortStatisticsInfo info = {};
+        EXPECT_EQ(devapi_get_port_statistics_info(&info), 0);
+        std::vector<std::string> names;
+        for (int32_t at = 0; at < info.count; ++at) {
+            names.push_back(info.entries[at].Port);
+        }
+        std::free(info.entries);
+        return names;
+    }
+
+    // The bindings in one line: "1 Internet: NULL; 2 IPTV: LAN4".
+    static std::string bindings()
+    {
+        PortBindingInfo info = {};
+        EXPECT_EQ(devapi_get_port_binding_info(&info), 0);
+        std::string text;
+        for (int32_t at = 0; at < info.count; ++at) {
+            const PortBinding &entry = info.entries[at];
+            text += (at == 0 ? "" : "; ") + std::string(entry.Index) + " " + entry.WANName + ": " +
+                    entry.BoundPorts;
+        }
+        return text;
+    }
+    std::string refused(const std::string &index, const std::string &bound) const
+    {
+        const std::string before = bindings();
+        EXPECT_EQ(devapi_set_port_binding(index.c_str(), bound.c_str()), -1) << index << bound;
+        std::string why = reason();
+        EXPECT_EQ(bindings(), before);
+        return why;
+    }
+};
+
+TEST_F(PortsTest, ThereIsACounterForEachPort)
+{
+    const std::vector<std::string> expected = {"WAN",  "LAN1",   "LAN2", "LAN3",
+                                               "LAN4", "2.4GHz", "5GHz"};
+    EXPECT_EQ(ports(), expected);
+    for (const auto &[port, counters] : statistics()) {
+        EXPECT_EQ(counters.sent + counters.received, 0) << port;
+        EXPECT_EQ(counters.packets_sent + counters.packets_received, 0) << port;
+    }
+    nlohmann::json home = house();
+    home["ports"] = {{"lan", 1}, {"bindings", nlohmann::json::array()}};
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_EQ(ports().size(), 4u);
+}
+
+TEST_F(PortsTest, TheyCountWithTheTimeWhatTheHostsSendAndReceive)
+{
+    ASSERT_EQ(open_when(kTime + 10), "");
+    const Statistics first = statistics();
+    HgBaseInfo base = {};
+    ASSERT_EQ(devapi_get_hg_base_info(&base), 0);
+    // What is shared out among the hosts is a little less than the rate of the home.
+    EXPECT_NEAR(static_cast<double>(first.at("WAN").sent), std::stod(base.UpSpeed) * 1250, 2e4);
+    EXPECT_NEAR(static_cast<double>(first.at("WAN").received), std::stod(base.DownSpeed) * 1250,
+                2e4);
+    EXPECT_EQ(statistics().at("WAN").sent, first.at("WAN").sent); // the clock stands still
+
+    ASSERT_EQ(open_when(kTime + 3600), "");
+    const Statistics second = statistics();
+    for (const auto &[port, counters] : second) {
+        EXPECT_GE(counters.sent, first.at(port).sent) << port;
+        EXPECT_GE(counters.received, first.at(port).received) << port;
+        EXPECT_GE(counters.packets_sent, first.at(port).packets_sent) << port;
+        EXPECT_GE(counters.packets_received, first.at(port).packets_received) << port;
+    }
+    EXPECT_GT(second.at("WAN").packets_sent, first.at("WAN").packets_sent);
+}
+
+TEST_F(PortsTest, WhatTheWanCarriesTheOtherPortsCarry)
+{
+    ASSERT_EQ(open_when(kTime + 7200), "");
+    const Statistics counted = statistics();
+    int64_t sent = 0;
+    int64_t received = 0;
+    for (const auto &[port, counters] : counted) {
+        if (port != "WAN") {
+            sent += counters.sent;
+            received += counters.received;
+        }
+    }
+    EXPECT_EQ(counted.at("WAN").sent, received);
+    EXPECT_EQ(counted.at("WAN").received, sent);
+    EXPECT_GT(counted.at("LAN1").sent, 0); // the first floor
+    EXPECT_GT(counted.at("2.4GHz").received, 0);
+    EXPECT_EQ(counted.at("LAN4").sent, 0); // nobody's
+}
+
+TEST_F(PortsTest, TheSameHomeCountsTheSame)
+{
+    ASSERT_EQ(open_when(kTime + 600), "");
+    const int64_t first = statistics().at("WAN").sent;
+    close();
+    std::filesystem::remove(path("state"));
+    ASSERT_EQ(open_when(kTime), "");
+    ASSERT_EQ(open_when(kTime + 600), "");
+    EXPECT_EQ(statistics().at("WAN").sent, first);
+    nlohmann::json home = house();
+    home["ordinary_day"]["seed"] = 4711;
+    close();
+    std::filesystem::remove(path("state"));
+    const std::string file = write("other.json", home.dump());
+    ASSERT_EQ(open_at(kTime, {.scenario = file, .state_file = path("state")}), "");
+    ASSERT_EQ(open_at(kTime + 600, {.state_file = path("state")}), "");
+    EXPECT_NE(statistics().at("WAN").sent, first);
+}
+
+TEST_F(PortsTest, ABlockedHostAddsNothingAnyMore)
+{
+    nlohmann::json home = house();
+    home["mesh"]["enabled"] = home["mesh"]["link_layer_up"] = false;
+    home["hosts"] = {home["hosts"][3], home["hosts"][1]};
+    home["hosts"][1].erase("presence_percent");
+    const std::string file = write("home.json", home.dump());
+    close();
+    std::filesystem::remove(path("state"));
+    const Options options = {.state_file = path("state")};
+    ASSERT_EQ(open_at(kTime, {.scenario = file, .state_file = path("state")}), "");
+    ASSERT_EQ(open_at(kTime + 100, options), "");
+    const Statistics before = statistics();
+    EXPECT_GT(before.at("2.4GHz").sent, 0);
+    AttachDeviceRight right = {};
+    set(right.MAC, home["hosts"][0]["mac"].get<std::string>());
+    set(right.InternetAccessRight, "DENY");
+    ASSERT_EQ(devapi_set_attach_device_right(&right), 0);
+    ASSERT_EQ(open_at(kTime + 200, options), "");
+    EXPECT_EQ(statistics().at("2.4GHz").sent, before.at("2.4GHz").sent);
+    EXPECT_GT(statistics().at("LAN1").sent, before.at("LAN1").sent);
+}
+
+TEST_F(PortsTest, ABootStartsThemAnew)
+{
+    ASSERT_EQ(open_when(kTime + 600), "");
+    EXPECT_GT(statistics().at("WAN").sent, 0);
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(statistics().at("WAN").sent, 0);
+}
+
+TEST_F(PortsTest, AClockFarAheadAddsNoMoreThanTheCountersHold)
+{
+    for (int64_t time = 1; time < 100; ++time) {
+        ASSERT_EQ(open_when(INT64_MAX / 100 * time), "");
+        const Counters wan = statistics().at("WAN");
+        EXPECT_GT(wan.sent, 0);
+        EXPECT_GE(wan.packets_sent, 0);
+    }
+}
+
+TEST_F(PortsTest, PortsAreBoundToWanConnections)
+{
+    EXPECT_EQ(bindings(), "1 Internet: NULL; 2 IPTV: LAN4; 3 Management: NULL; 4 Voice: NULL");
+    EXPECT_EQ(devapi_set_port_binding("4", "SSID3,LAN2"), 0);
+    EXPECT_EQ(devapi_set_port_binding("1", "LAN1"), 0);
+    EXPECT_EQ(bindings(),
+              "1 Internet: LAN1; 2 IPTV: LAN4; 3 Management: NULL; 4 Voice: LAN2,SSID3");
+    // A port leaves the connection that it was bound to.
+    EXPECT_EQ(devapi_set_port_binding("2", "LAN1,LAN2"), 0);
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_EQ(bindings(),
+              "1 Internet: NULL; 2 IPTV: LAN1,LAN2; 3 Management: NULL; 4 Voice: SSID3");
+    EXPECT_EQ(devapi_set_port_binding("2", "NULL"), 0);
+    EXPECT_EQ(devapi_set_port_binding("4", ""), 0);
+    EXPECT_EQ(bindings(), "1 Internet: NULL; 2 IPTV: NULL; 3 Management: NULL; 4 Voice: NULL");
+}
+
+TEST_F(PortsTest, AllPortsMayBeBoundToOne)
+{
+    const std::string all = "LAN1,LAN2,LAN3,LAN4,SSID1,SSID2,SSID3,SSID4,SSID5,SSID6,SSID7,SSID8";
+    EXPECT_EQ(devapi_set_port_binding("3", all.c_str()), 0);
+    EXPECT_EQ(bindings(),
+              "1 Internet: NULL; 2 IPTV: NULL; 3 Management: " + all + "; 4 Voice: NULL");
+}
+
+TEST_F(PortsTest, WrongBindingsAreRefused)
+{
+    EXPECT_EQ(refused("0", "LAN1"), "there is no WAN connection 0");
+    EXPECT_EQ(refused("5", "LAN1"), "there is no WAN connection 5");
+    EXPECT_EQ(refused("-1", "LAN1"), "there is no WAN connection -1");
+    EXPECT_EQ(refused("", "LAN1"), "index is no number");
+    EXPECT_EQ(refused("IPTV", "LAN1"), "index is no number");
+    EXPECT_EQ(refused("1", "LAN5"), "there is no port \"LAN5\"");
+    EXPECT_EQ(refused("1", "LAN0"), "there is no port \"LAN0\"");
+    EXPECT_EQ(refused("1", "SSID9"), "there is no port \"SSID9\"");
+    EXPECT_EQ(refused("1", "WAN"), "there is no port \"WAN\"");
+    EXPECT_EQ(refused("1", "lan1"), "there is no port \"lan1\"");
+    EXPECT_EQ(refused("1", "LAN1,"), "there is no port \"\"");
+    EXPECT_EQ(refused("1", "LAN1, LAN2"), "there is no port \" LAN2\"");
+    EXPECT_EQ(refused("1", "LAN1,LAN2,LAN1"), "ports names LAN1 twice");
+    EXPECT_EQ(refused("1", "LAN1\xff"), "there is no port \"LAN1\\xff\"");
+    EXPECT_EQ(devapi_set_port_binding(nullptr, "LAN1"), -1);
+    EXPECT_EQ(devapi_set_port_binding("1", nullptr), -1);
+    EXPECT_EQ(devapi_get_port_binding_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_port_statistics_info(nullptr), -1);
+}
+
+TEST_F(PortsTest, AScenarioHasToHold)
+{
+    const auto bound = [](const char *port, int wan) {
+        return nlohmann::json{{"port", port}, {"wan", wan}};
+    };
+    EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN5", 1)),
+              "/ports/bindings/0/port: there is no port \"LAN5\"");
+    EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN1", 5)),
+              "/ports/bindings/0/wan: there is no WAN connection 5");
+    EXPECT_EQ(error_with("/ports/bindings", {bound("LAN1", 1), bound("LAN1", 2)}),
+              "/ports/bindings/1/port: LAN1 is bound already");
+    EXPECT_EQ(error_with("/ports/lan", 9), "/ports/lan: 9 is not within 1 to 8");
+}
+
+} // namespace

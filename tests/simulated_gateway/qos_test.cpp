@@ -1,0 +1,264 @@
+#include "services_fixture.h"
+
+namespace {
+
+class QosTest : public ServicesTest {
+  protected:
+    static QosInfo qos()
+    {
+        QosInfo info = {};
+        EXPECT_EQ(devapi_get_uplink_qos_info(&info), 0);
+        return info;
+    }
+    // A rule in one line: "2 Chat 3 DPORT 5222..5223".
+    static std::string shown(const QosRule &rule)
+    {
+        std::string text = std::string(rule.Id) + " " + rule.Name + " " + rule.PriorityLevel;
+        for (int32_t at = 0; at < rule.type_count; ++at) {
+            const QosType &type = rule.types[at];
+            text += std::string(" ") + type.Type + " " + type.Min + ".." + type.Max;
+        }
+        return text;
+    }
+    static std::vector<std::string> rules()
+    {
+        const QosInfo info = qos();
+        std::vector<std::string> texts;
+        for (int32_t at = 0; at < info.rule_count; ++at) {
+            texts.push_back(shown(info.rules[at]));
+        }
+        return texts;
+    }
+    static std::string priorities()
+    {
+        const QosInfo info = qos();
+        std::string text;
+        for (int32_t at = 0; at < info.application_count; ++at) {
+            text += std::string(info.applications[at].PriorityLevel) + " ";
+        }
+        return text;
+    }
+
+    static QosRule chat(const std::string &action)
+    {
+        QosRule rule = {};
+        set(rule.Action, action);
+        set(rule.Name, "Chat");
+        set(rule.PriorityLevel, "3");
+        add_type(rule, "DPORT", "5222", "5223");
+        return rule;
+    }
+    static void add_type(QosRule &rule, const std::string &type, const std::string &min,
+                         const std::string &max)
+    {
+        QosType &entry = rule.types[rule.type_count++];
+        set(entry.Type, type);
+        set(entry.Min, min);
+        set(entry.Max, max);
+    }
+    static int32_t apply(QosRule rule) { return devapi_set_qos_classification_info(&rule); }
+    static int32_t remove(const std::string &id)
+    {
+        QosRule rule = {};
+        set(rule.Id, id);
+        set(rule.Action, "2");
+        return apply(rule);
+    }
+    std::string refused(const QosRule &rule) const
+    {
+        const std::string before = state();
+        EXPECT_EQ(apply(rule), -1);
+        EXPECT_EQ(state(), before);
+        return reason();
+    }
+    std::string refused_type(const std::string &type, const std::string &min,
+                             const std::string &max) const
+    {
+        QosRule rule = chat("1");
+        rule.type_count = 0;
+        add_type(rule, type, min, max);
+        return refused(rule);
+    }
+};
+
+constexpr char kOffice[] = "1 Voice of the office 1 SIP 192.168.1.130..192.168.1.139 DSCP 46..46";
+
+TEST_F(QosTest, IsReportedAsTheScenarioHasIt)
+{
+    const QosInfo info = qos();
+    EXPECT_STREQ(info.Enable, "1");
+    ASSERT_EQ(info.application_count, 4);
+    EXPECT_STREQ(info.applications[1].Id, "2");
+    EXPECT_STREQ(info.applications[1].Name, "Games");
+    EXPECT_EQ(priorities(), "1 2 3 4 ");
+    EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
+}
+
+TEST_F(QosTest, IsSwitchedByANumber)
+{
+    EXPECT_EQ(devapi_set_qos_enable(0), 0);
+    EXPECT_STREQ(qos().Enable, "0");
+    for (const int32_t wrong : {-1, 2, INT32_MAX}) {
+        EXPECT_EQ(devapi_set_qos_enable(wrong), -1);
+    }
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_STREQ(qos().Enable, "0");
+    EXPECT_EQ(devapi_set_qos_enable(1), 0);
+    EXPECT_STREQ(qos().Enable, "1");
+}
+
+TEST_F(QosTest, ApplicationsHavePriorities)
+{
+    EXPECT_EQ(devapi_set_qos_app_info(4, "8"), 0);
+    EXPECT_EQ(devapi_set_qos_app_info(1, "5"), 0);
+    ASSERT_EQ(reopen({.state_file = path("state"), .trace = path("trace")}), "");
+    EXPECT_EQ(priorities(), "5 2 3 8 ");
+    for (const int32_t wrong : {0, 5, -1, INT32_MIN}) {
+        EXPECT_EQ(devapi_set_qos_app_info(wrong, "1"), -1);
+    }
+    EXPECT_EQ(reason(), "there is no application -2147483648");
+    for (const char *wrong : {"0", "9", "", "high", "1 ", "-1", "99999999999999999999"}) {
+        EXPECT_EQ(devapi_set_qos_app_info(1, wrong), -1) << wrong;
+    }
+    EXPECT_EQ(reason(), "priority is no number");
+    EXPECT_EQ(devapi_set_qos_app_info(1, nullptr), -1);
+    EXPECT_EQ(priorities(), "5 2 3 8 ");
+}
+
+TEST_F(QosTest, ANewRuleGetsANumberOfItsOwn)
+{
+    QosRule rule = chat("1");
+    set(rule.Id, "77"); // of no concern
+    EXPECT_EQ(devapi_set_qos_classification_info(&rule), 0) << reason();
+    EXPECT_STREQ(rule.Id, "2");
+    EXPECT_STREQ(rule.Action, "1");
+    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    const std::vector<std::string> both = {kOffice, "2 Chat 3 DPORT 5222..5223"};
+    EXPECT_EQ(rules(), both);
+
+    // One that became free is given again.
+    EXPECT_EQ(remove("1"), 0);
+    EXPECT_EQ(devapi_set_qos_classification_info(&rule), 0);
+    EXPECT_STREQ(rule.Id, "1");
+    EXPECT_EQ(rules().size(), 2u);
+}
+
+TEST_F(QosTest, ThereIsRoomForSixRules)
+{
+    for (int32_t count = 2; count <= QOS_MAX_RULES; ++count) {
+        EXPECT_EQ(apply(chat("1")), 0);
+    }
+    EXPECT_EQ(refused(chat("1")), "all rules are in use");
+    EXPECT_EQ(rules().size(), 6u);
+    EXPECT_EQ(remove("4"), 0);
+    EXPECT_EQ(apply(chat("1")), 0);
+    EXPECT_EQ(rules().back(), "4 Chat 3 DPORT 5222..5223");
+}
+
+TEST_F(QosTest, AnyOtherActionChangesARule)
+{
+    for (const char *action : {"3", "0", "", "change", "01"}) {
+        QosRule rule = chat(action);
+        set(rule.Id, "1");
+        set(rule.Name, std::string("Action ") + action);
+        EXPECT_EQ(apply(rule), 0) << reason();
+        EXPECT_EQ(rules(), std::vector<std::string>{std::string("1 Action ") + action +
+                                                    " 3 DPORT 5222..5223"});
+    }
+    // A rule without types holds for everything.
+    QosRule rule = chat("3");
+    set(rule.Id, "1");
+    rule.type_count = 0;
+    EXPECT_EQ(apply(rule), 0);
+    EXPECT_EQ(rules(), std::vector<std::string>{"1 Chat 3"});
+}
+
+TEST_F(QosTest, ARuleThatThereIsNotIsNeitherChangedNorDeleted)
+{
+    for (const char *id : {"2", "0", "7", "-1"}) {
+        EXPECT_EQ(remove(id), -1);
+        EXPECT_EQ(reason(), std::string("there is no rule ") + id);
+        QosRule rule = chat("3");
+        set(rule.Id, id);
+        EXPECT_EQ(refused(rule), std::string("there is no rule ") + id);
+    }
+    EXPECT_EQ(remove(""), -1);
+    EXPECT_EQ(remove("one"), -1);
+    EXPECT_EQ(reason(), "Id is no number");
+    EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
+    EXPECT_EQ(remove("1"), 0);
+    EXPECT_EQ(rules(), std::vector<std::string>());
+    EXPECT_EQ(remove("1"), -1);
+}
+
+TEST_F(QosTest, EachTypeHasItsValues)
+{
+    const auto taken = [](const char *type, const char *min, const char *max) {
+        QosRule rule = chat("3");
+        set(rule.Id, "1");
+        rule.type_count = 0;
+        add_type(rule, type, min, max);
+        return apply(rule) == 0 &&
+               rules().front() == std::string("1 Chat 3 ") + type + " " + min + ".." + max;
+    };
+    EXPECT_TRUE(taken("SMAC", "A4:BB:6D:31:07:5E", "A4:BB:6D:31:07:FF"));
+    EXPECT_TRUE(taken("SMAC", "a4bb6d31075e", "a4-bb-6d-31-07-5e"));
+    EXPECT_TRUE(taken("8021P", "0", "7"));
+    EXPECT_TRUE(taken("SIP", "10.0.0.1", "10.0.0.1"));
+    EXPECT_TRUE(taken("DIP", "0.0.0.0", "255.255.255.255"));
+    EXPECT_TRUE(taken("SPORT", "1", "65535"));
+    EXPECT_TRUE(taken("DPORT", "443", "443"));
+    EXPECT_TRUE(taken("DSCP", "0", "63"));
+
+    const std::string path = "/home/qos/rules/1/traffic/0: ";
+    EXPECT_EQ(refused_type("SMAC", "A4:BB:6D:31:07", "A4:BB:6D:31:07:FF"),
+              path + "\"A4:BB:6D:31:07\" is no value of SMAC");
+    EXPECT_EQ(refused_type("8021P", "0", "8"), path + "\"8\" is no value of 8021P");
+    EXPECT_EQ(refused_type("SIP", "10.0.0", "10.0.0.1"), path + "\"10.0.0\" is no value of SIP");
+    EXPECT_EQ(refused_type("DIP", "10.0.0.2", "10.0.0.1"), path + "10.0.0.1 lies below 10.0.0.2");
+    EXPECT_EQ(refused_type("SPORT", "0", "1"), path + "\"0\" is no value of SPORT");
+    EXPECT_EQ(refused_type("DPORT", "1", "65536"), path + "\"65536\" is no value of DPORT");
+    EXPECT_EQ(refused_type("DPORT", "1", "2x"), path + "\"2x\" is no value of DPORT");
+    EXPECT_EQ(refused_type("DSCP", "-1", "64"), path + "\"-1\" is no value of DSCP");
+    EXPECT_EQ(refused_type("DSCP", "", "6"), "Min is empty");
+    EXPECT_EQ(refused_type("DSCP", "6", ""), "Max is empty");
+    EXPECT_NE(refused_type("TOS", "1", "2").find("Type \"TOS\" is none of \"SMAC\""),
+              std::string::npos);
+}
+
+TEST_F(QosTest, WrongRulesAreRefused)
+{
+    QosRule rule = chat("1");
+    set(rule.Name, "");
+    EXPECT_EQ(refused(rule), "Name is empty");
+    rule = chat("1");
+    set(rule.PriorityLevel, "9");
+    EXPECT_EQ(refused(rule), "PriorityLevel 9 is not within 1 to 8");
+    set(rule.PriorityLevel, "");
+    EXPECT_EQ(refused(rule), "PriorityLevel is no number");
+    for (const int32_t count : {-1, 4, INT32_MIN, INT32_MAX}) {
+        rule = chat("1");
+        rule.type_count = count;
+        EXPECT_EQ(refused(rule), "type_count " + std::to_string(count) + " is not within 0 to 3");
+    }
+    std::memset(&rule, '1', sizeof(rule));
+    EXPECT_EQ(apply(rule), -1);
+    EXPECT_EQ(devapi_set_qos_classification_info(nullptr), -1);
+    EXPECT_EQ(devapi_get_uplink_qos_info(nullptr), -1);
+    EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
+}
+
+TEST_F(QosTest, AScenarioHasToHold)
+{
+    const nlohmann::json rule = house()["qos"]["rules"][0];
+    EXPECT_EQ(error_with("/qos/rules", {rule, rule}),
+              "/qos/rules/1/number: there is another rule 1");
+    EXPECT_EQ(error_with("/qos/rules/0/traffic/1/max", "40"),
+              "/qos/rules/0/traffic/1: 40 lies below 46");
+    EXPECT_EQ(error_with("/qos/rules/0/priority", 0),
+              "/qos/rules/0/priority: 0 is not within 1 to 8");
+    EXPECT_EQ(error_with("/qos/applications", nlohmann::json(5, house()["qos"]["applications"][0])),
+              "/qos/applications: holds more than 4");
+}
+
+} // namespace

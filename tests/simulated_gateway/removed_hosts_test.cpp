@@ -1,0 +1,183 @@
+#include "hosts_fixture.h"
+
+namespace {
+
+class RemovedHostsTest : public HostsTest {
+  protected:
+    static constexpr int32_t kKitchenSpeaker = 4;
+    static constexpr char kSpeakerMac[] = "48:D6:D5:90:3C:11";
+    static constexpr char kAnnasMac[] = "DA:41:7C:0E:92:B3";
+    static constexpr char kOmasMac[] = "BE:27:15:F3:64:0A";
+    static constexpr char kNasMac[] = "00:11:32:C8:55:E1";
+
+    static int32_t count()
+    {
+        int32_t count = -1;
+        EXPECT_EQ(devapi_get_host_num(&count), 0);
+        return count;
+    }
+    // The index of the host; 0 when it is not listed.
+    static int32_t index_of(const std::string &mac)
+    {
+        for (int32_t index = 1; index <= count(); ++index) {
+            if (host(index).Mac == mac) {
+                return index;
+            }
+        }
+        return 0;
+    }
+    static int32_t remove(const std::string &mac) { return devapi_del_device(mac.c_str()); }
+    static int32_t switch_first_ssid(const char *enable)
+    {
+        SsidInfo info = {};
+        info.SSIDIndex = 1;
+        EXPECT_EQ(devapi_get_ssid_info(&info), 0);
+        set(info.Enable, enable);
+        return devapi_set_ssid_info(&info);
+    }
+};
+
+TEST_F(RemovedHostsTest, AHostThatIsSwitchedOffGoesForGood)
+{
+    EXPECT_EQ(remove("be-27-15-f3-64-0a"), 0);
+    EXPECT_EQ(count(), kHosts - 1);
+    EXPECT_EQ(index_of(kOmasMac), 0);
+    EXPECT_EQ(remove(kOmasMac), -1);
+    EXPECT_EQ(reason(), "there is no device BE:27:15:F3:64:0A");
+    EXPECT_EQ(devapi_reboot(), 0);
+    ASSERT_EQ(open_when(kTime + kDay), "");
+    EXPECT_EQ(index_of(kOmasMac), 0);
+}
+
+TEST_F(RemovedHostsTest, OneThatIsOnlineComesBackWhenItAttachesAnew)
+{
+    const std::string neighbour = host(kKitchenSpeaker + 1).Mac;
+    EXPECT_EQ(remove(kSpeakerMac), 0);
+    EXPECT_EQ(count(), kHosts - 1);
+    EXPECT_EQ(host(kKitchenSpeaker).Mac, neighbour);
+    ASSERT_EQ(open_when(kTime + kDay), "");
+    EXPECT_EQ(index_of(kSpeakerMac), 0);
+
+    EXPECT_EQ(switch_first_ssid("0"), 0);
+    EXPECT_EQ(index_of(kSpeakerMac), 0);
+    EXPECT_EQ(switch_first_ssid("1"), 0);
+    EXPECT_EQ(index_of(kSpeakerMac), kHosts);
+    EXPECT_STREQ(host(kHosts).NetStatus, "1");
+    EXPECT_STREQ(host(kHosts).Name, "kitchen-speaker");
+    EXPECT_EQ(host(kHosts).AccessTime, std::to_string(kTime + kDay));
+}
+
+TEST_F(RemovedHostsTest, OneThatIsAwayComesBackWhenItReturns)
+{
+    ASSERT_EQ(open_when(kFriday + 8 * kHour), ""); // Anna is away from 7:40 to 17:15
+    EXPECT_STREQ(host(kAnnasPhone).NetStatus, "0");
+    EXPECT_EQ(remove(kAnnasMac), 0);
+    ASSERT_EQ(open_when(kFriday + 17 * kHour), "");
+    EXPECT_EQ(index_of(kAnnasMac), 0);
+    ASSERT_EQ(open_when(kFriday + 18 * kHour), "");
+    EXPECT_EQ(index_of(kAnnasMac), kHosts);
+}
+
+TEST_F(RemovedHostsTest, ABootAttachesAllAnew)
+{
+    EXPECT_EQ(remove(kSpeakerMac), 0);
+    EXPECT_EQ(remove(kTabletMac), 0);
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_NE(index_of(kSpeakerMac), 0);
+    EXPECT_NE(index_of(kTabletMac), 0);
+    EXPECT_EQ(remove(kSpeakerMac), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_NE(index_of(kSpeakerMac), 0);
+}
+
+TEST_F(RemovedHostsTest, WhatTheUserHasSetIsForgotten)
+{
+    EXPECT_EQ(with(&AdBaseInfo::ByName, "Files", 7), "");
+    EXPECT_EQ(with(&AdBaseInfo::AccessEnable, "0", 7), "");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "500", 7), "");
+    EXPECT_EQ(remove(kNasMac), 0);
+    EXPECT_EQ(devapi_reboot(), 0);
+    const AdBaseInfo nas = host(index_of(kNasMac));
+    EXPECT_STREQ(nas.ByName, "NULL");
+    EXPECT_STREQ(nas.AccessEnable, "1");
+    EXPECT_STREQ(nas.DownLimit, "0");
+    EXPECT_STREQ(nas.StaticDhcpEnable, "0");
+    EXPECT_STREQ(nas.ip, "192.168.1.100"); // the first of the pool, and no longer the bound one
+}
+
+TEST_F(RemovedHostsTest, ItsAddressIsFreeForOthers)
+{
+    EXPECT_EQ(remove(kNasMac), 0);
+    EXPECT_EQ(bind("192.168.1.10"), "");
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_STREQ(host(index_of(kNasMac)).ip, "192.168.1.100");
+}
+
+TEST_F(RemovedHostsTest, WithoutAFreeAddressItHasToWait)
+{
+    nlohmann::json home = house();
+    home["lan"]["dhcp_pool"]["end"] = "192.168.1.102"; // .101 and .102 are held
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_EQ(bind("192.168.1.100", 8), "");
+    EXPECT_EQ(remove(kSpeakerMac), 0);
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(index_of(kSpeakerMac), 0);
+    EXPECT_EQ(bind("192.168.1.130", 7), "");
+    EXPECT_EQ(remove("F4:D4:88:5B:3F:72"), 0);
+    EXPECT_NE(index_of(kSpeakerMac), 0);
+}
+
+TEST_F(RemovedHostsTest, ParentalControlDoesNotForget)
+{
+    EXPECT_EQ(remove(kTabletMac), 0);
+    int32_t index = 0;
+    EXPECT_EQ(devapi_get_greennet_index_by_mac(kTabletMac, &index), 1);
+    EXPECT_EQ(index, 1);
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_STREQ(host(index_of(kTabletMac)).GreennetProtectEnable, "1");
+}
+
+TEST_F(RemovedHostsTest, FactoryRecoveryBringsAllBack)
+{
+    EXPECT_EQ(remove(kSpeakerMac), 0);
+    EXPECT_EQ(remove(kOmasMac), 0);
+    EXPECT_EQ(devapi_recovery(), 0);
+    EXPECT_EQ(count(), kHosts);
+    EXPECT_EQ(index_of(kSpeakerMac), kKitchenSpeaker);
+    EXPECT_EQ(index_of(kOmasMac), kHosts);
+}
+
+TEST_F(RemovedHostsTest, WhoIsNoHostIsRefused)
+{
+    for (const std::string &mac : kNoMacs) {
+        EXPECT_EQ(remove(mac), -1) << mac;
+    }
+    EXPECT_EQ(remove("3C:6A:D2:22:81:40"), -1); // a child router
+    EXPECT_EQ(remove("3C:6A:D2:10:4F:20"), -1); // the gateway itself
+    EXPECT_EQ(reason(), "there is no device 3C:6A:D2:10:4F:20");
+    EXPECT_EQ(remove(std::string(1 << 20, 'A')), -1);
+    EXPECT_EQ(devapi_del_device(nullptr), -1);
+    EXPECT_EQ(count(), kHosts);
+}
+
+TEST_F(RemovedHostsTest, AStateFileHasToHold)
+{
+    EXPECT_EQ(remove(kSpeakerMac), 0);
+    close();
+    nlohmann::json kept = json_of(path("state"));
+    kept["home"]["ssids"].erase(7);
+    const auto error_with = [&](const char *field, const nlohmann::json &value) {
+        nlohmann::json damaged = kept;
+        damaged["removed_hosts"][0]["host"][field] = value;
+        close();
+        write("state", damaged.dump());
+        return open_when(kTime);
+    };
+    EXPECT_EQ(error_with("ssid", 7), "");
+    EXPECT_EQ(error_with("ssid", 8),
+              path("state") + ": /removed_hosts/0/host/ssid: there is no SSID 8");
+    EXPECT_EQ(error_with("mac", kTabletMac),
+              path("state") + ": /removed_hosts/0/host/mac: there is another device " + kTabletMac);
+}
+
+} // namespace
