@@ -31,7 +31,7 @@ struct Builder {
 constexpr Builder kBuilders[] = {
     {"home-page", "What a home page shows of the gateway", "json_get_home_page_info"},
     {"main-router", "What is known of the main router", "json_get_main_router_info"},
-    {"main-base", "The devices with the main router that are online",
+    {"main-base", "The devices that are online, as the main router lists them",
      "json_get_main_router_baseinfo"},
     {"topology", "The child routers with their stations, from the relations of the topology",
      "json_get_topo_router_info"},

@@ -51,6 +51,14 @@ TEST(OneLine, EscapesControlCharacters)
     EXPECT_EQ(one_line("\u4e2d \xd6\xd0"), "\u4e2d \ufffd\ufffd");
 }
 
+TEST(OneLine, EscapesWhatTurnsTheDirectionOfWriting)
+{
+    EXPECT_EQ(one_line("a\u202eb\u2066c\u200fd\u2028e\u061c"),
+              "a\\x202eb\\x2066c\\x200fd\\x2028e\\x61c");
+    EXPECT_EQ(one_line("\u05d0 \u200d\u2010\u202f\u2065\u206a"),
+              "\u05d0 \u200d\u2010\u202f\u2065\u206a");
+}
+
 TEST(OneLine, CutsLongTextsBetweenCharacters)
 {
     EXPECT_EQ(one_line("12345", 5), "12345");

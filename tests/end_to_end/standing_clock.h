@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 // While it lives, agents that are started have their clocks stand, at the time of the examples in
@@ -12,18 +13,32 @@ class StandingClock {
     {
         setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1);
         setenv("LD_PRELOAD", STANDING_CLOCK, 1);
-        // The address sanitizer wants to be the first library otherwise.
-        setenv("ASAN_OPTIONS", (options_ + ":verify_asan_link_order=0").c_str(), 1);
+        // The address sanitizer wants to be the first library otherwise; the other option is that
+        // of all agents, which are not given theirs once there are any.
+        setenv(
+            "ASAN_OPTIONS",
+            (options_.value_or("intercept_tls_get_addr=0") + ":verify_asan_link_order=0").c_str(),
+            1);
     }
     ~StandingClock()
     {
         unsetenv("SIMULATED_GATEWAY_TIME");
         unsetenv("LD_PRELOAD");
-        setenv("ASAN_OPTIONS", options_.c_str(), 1);
+        if (options_) {
+            setenv("ASAN_OPTIONS", options_->c_str(), 1);
+        } else {
+            unsetenv("ASAN_OPTIONS");
+        }
     }
     StandingClock(const StandingClock &) = delete;
     StandingClock &operator=(const StandingClock &) = delete;
 
   private:
-    const std::string options_ = getenv("ASAN_OPTIONS") != nullptr ? getenv("ASAN_OPTIONS") : "";
+    static std::optional<std::string> given_options()
+    {
+        const char *options = getenv("ASAN_OPTIONS");
+        return options != nullptr ? std::optional<std::string>(options) : std::nullopt;
+    }
+
+    const std::optional<std::string> options_ = given_options();
 };
