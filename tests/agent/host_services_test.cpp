@@ -93,6 +93,14 @@ TEST(FreeStrBuf, FreesAndClears)
     EXPECT_EQ(text, nullptr);
 }
 
+TEST(BridgeMac, IsNotKnownWithoutASimulatedGateway)
+{
+    char mac[HG_BRIDGE_MAC_SIZE];
+    memset(mac, 'x', sizeof(mac));
+    ts_sys_mgr_get_brmac(mac);
+    EXPECT_STREQ(mac, "");
+}
+
 TEST(System, HasNoShell)
 {
     EXPECT_EQ(system(nullptr), 0);
