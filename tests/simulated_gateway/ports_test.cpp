@@ -162,6 +162,30 @@ TEST_F(PortsTest, ABlockedHostAddsNothingAnyMore)
     EXPECT_GT(statistics().at("LAN1").sent, before.at("LAN1").sent);
 }
 
+// The traffic is counted while the guest is still there, and shared out anew once it has gone.
+TEST_F(PortsTest, WhenAGuestNetworkEndsTheOthersShareItsRates)
+{
+    nlohmann::json home = house();
+    home["guest_networks"][0]["seconds"] = 100;
+    home["hosts"][0]["ssid"] = 2;
+    home["hosts"][0]["signal_dbm"] = -50;
+    home["hosts"][0].erase("presence_percent");
+    const std::string file = write("home.json", home.dump());
+    close();
+    std::filesystem::remove(path("state"));
+    ASSERT_EQ(open_at(kTime, {.scenario = file, .state_file = path("state")}), "");
+    EXPECT_STREQ(host(1).NetStatus, "1");
+    ASSERT_EQ(open_at(kTime + 100, {.state_file = path("state")}), "");
+    int64_t sum = 0;
+    for (int32_t index = 1; index <= 12; ++index) {
+        sum += std::stoll(host(index).DownSpeed);
+    }
+    EXPECT_STREQ(host(1).NetStatus, "0");
+    HgBaseInfo base = {};
+    ASSERT_EQ(devapi_get_hg_base_info(&base), 0);
+    EXPECT_NEAR(static_cast<double>(sum), std::stod(base.DownSpeed), 12);
+}
+
 TEST_F(PortsTest, ABootStartsThemAnew)
 {
     ASSERT_EQ(open_when(kTime + 600), "");
