@@ -83,7 +83,7 @@ void count_traffic(State &state)
         count(state, kWanPort, up, down);
     }
     state.port_counters.counted_until = now();
-    //state.appetites = {}; // what comes next may change who is there
+    state.appetites = {}; // what comes next may change who is there
 }
 
 PortCounter counter_of(const State &state, const std::string &port)
