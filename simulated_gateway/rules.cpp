@@ -49,7 +49,7 @@ std::string complaint(const std::string &value, const ServiceList &)
 {
     std::set<std::string> services;
     for (const std::string &service : split_at_commas(value)) {
-        const std::string wrong =
+        std::string wrong =
             complaint(service, one_of("INTERNET", "IPTV", "TR069", "VOIP", "OTHER"));
         if (!wrong.empty()) {
             return wrong;

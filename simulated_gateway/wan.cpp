@@ -209,7 +209,7 @@ class WanChange {
     }
     std::string value_of(const char *name, Field field, Presence presence) const
     {
-        const std::string given = text(field);
+        std::string given = text(field);
         if (given != kNoValue) {
             return given;
         }
