@@ -2,6 +2,10 @@
 # exist once for every device function is not written once for every device function:
 #
 #   DEVICE_FUNCTIONS(FUNCTION)  expands FUNCTION(result, name, (parameters), (arguments)) for each.
+#
+# The same for the records and their fields, as far as their layout is pinned there:
+#
+#   DEVICE_RECORDS(RECORD, FIELD)  expands RECORD(name, FIELD(field) FIELD(field) ...) for each.
 set(device_header ${PROJECT_SOURCE_DIR}/smart_router_service/include/smart_router_service/device_access.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${device_header})
 
@@ -24,12 +28,30 @@ foreach(prototype IN LISTS prototypes)
     string(APPEND rows " \\\n    FUNCTION(${result}, ${name}, (${parameters}), (${arguments}))")
 endforeach()
 
+string(REGEX MATCHALL "\nDEVAPI_RECORD_FIELD\\([A-Za-z0-9]+, [A-Za-z0-9_]+," fields "${device_text}")
+set(records "")
+set(record "")
+foreach(row IN LISTS fields)
+    string(REGEX MATCH "\\(([A-Za-z0-9]+), ([A-Za-z0-9_]+)," matched "${row}")
+    if(NOT record STREQUAL CMAKE_MATCH_1)
+        if(record)
+            string(APPEND records ")")
+        endif()
+        set(record ${CMAKE_MATCH_1})
+        string(APPEND records " \\\n    RECORD(${record},")
+    endif()
+    string(APPEND records " FIELD(${CMAKE_MATCH_2})")
+endforeach()
+string(APPEND records ")")
+
 set(generated_dir ${PROJECT_BINARY_DIR}/generated)
 file(CONFIGURE OUTPUT ${generated_dir}/device_functions.h CONTENT
 "// Made from device_access.h.
 #pragma once
 
 #define DEVICE_FUNCTIONS(FUNCTION)@rows@
+
+#define DEVICE_RECORDS(RECORD, FIELD)@records@
 " @ONLY)
 
 add_library(device_functions INTERFACE)

@@ -1,0 +1,7 @@
+#include "answers.h"
+
+fuzz::Answers &fuzz::answers()
+{
+    static Answers only;
+    return only;
+}

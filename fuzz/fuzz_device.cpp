@@ -1,0 +1,153 @@
+// Fuzzes what the device answers. An input is a request, which may lack its object and then has that
+// of the command's example, and behind it the bytes that steer the device (device_answer.cpp):
+//
+//   COMMAND
+//   {"Key": "value"}
+//   bytes
+//
+// In place of a command the functions may be named that the agent calls by itself. Behind the name
+// may stand, after a space, the number of the allocation that finds no memory, with a "+" if none
+// does from then on.
+#include "answers.h"
+#include "memory.h"
+#include "mutator.h"
+#include "protocol_words.h"
+#include "request.h"
+#include "smart_router_service/processjsonability.h"
+#include "workers.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+
+using namespace fuzz;
+
+namespace {
+
+void sta_info_of_main_router(cJSON *object)
+{
+    json_get_router_sta_info(object, "main", "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.");
+}
+
+void notice(cJSON *object)
+{
+    json_msg_notice_to_app(cJSON_GetStringValue(cJSON_GetObjectItem(object, "Message")), "agent");
+}
+
+void image_upgrade(cJSON *object)
+{
+    const char *url = cJSON_GetStringValue(cJSON_GetObjectItem(object, "UpdateUrl"));
+    pthread_mutex_lock(&downimagelock);
+    strncpy(g_update_url, url != nullptr ? url : "", sizeof g_update_url - 1);
+    pthread_hg_image_upgrade(nullptr);
+}
+
+void wifi_set_info(cJSON *object)
+{
+    SsidInfo record = {};
+    parse_wifi_set_info_from_json(&record, object);
+}
+
+constexpr struct {
+    const char *name;
+    void (*call)(cJSON *object);
+} kByTheAgent[] = {
+    {"json_get_home_page_info", [](cJSON *object) { json_get_home_page_info(object); }},
+    {"json_get_main_router_info", [](cJSON *object) { json_get_main_router_info(object); }},
+    {"json_get_main_router_baseinfo", [](cJSON *object) { json_get_main_router_baseinfo(object); }},
+    {"json_get_topo_router_info", [](cJSON *object) { json_get_topo_router_info(object); }},
+    {"json_get_topo_router_agent_info_bynewmethod",
+     [](cJSON *object) { json_get_topo_router_agent_info_bynewmethod(object); }},
+    {"json_get_router_sta_info", sta_info_of_main_router},
+    {"json_msg_notice_to_app", notice},
+    {"parse_wifi_set_info_from_json", wifi_set_info},
+    {"pthread_hg_image_upgrade", image_upgrade},
+};
+
+void run(const std::string &name, cJSON *object)
+{
+    for (const auto &row : kByTheAgent) {
+        if (name == row.name) {
+            row.call(object);
+            return;
+        }
+    }
+    hg_process_json_cmd(name.c_str(), object);
+}
+
+// Takes away what stands behind the name.
+std::string split_failure(std::string &command)
+{
+    const size_t end = std::min(command.find(' '), command.size());
+    const std::string failure = command.substr(std::min(end + 1, command.size()));
+    command.resize(end);
+    return failure;
+}
+
+void give_example(Request &request)
+{
+    const CommandWords *words = find_command(request.command);
+    request.object.reset(words != nullptr ? cJSON_Parse(words->request.c_str())
+                                          : cJSON_CreateObject());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    static char version[HG_VERSION_INFO_SIZE];
+    info_wersion = version;
+    Request request = parse_request(text_of(data, size));
+    const std::string failure = split_failure(request.command);
+    if (request.object == nullptr) {
+        give_example(request);
+    }
+    run_workers_at_once(size % 2 == 0);
+    answers().begin(request.rest);
+    {
+        std::optional<FailingMemory> memory;
+        if (!failure.empty()) {
+            memory.emplace(strtoul(failure.c_str(), nullptr, 10), failure.ends_with('+'));
+        }
+        run(request.command, request.object.get());
+    }
+    check_reply(request.command, request.object.get());
+    run_workers();
+    return 0;
+}
+
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t room, unsigned seed)
+{
+    Mutator mutator(seed);
+    Request request = parse_request(text_of(data, size));
+    const std::string_view steering = request.rest;
+    std::string failure = split_failure(request.command);
+    if (mutator.one_in(8)) {
+        if (request.object == nullptr) {
+            give_example(request);
+        }
+        mutator.change(request);
+    } else if (mutator.one_in(16)) {
+        request = mutator.another_request();
+        request.object = nullptr;
+        if (mutator.one_in(8)) {
+            request.command = kByTheAgent[mutator.below(std::size(kByTheAgent))].name;
+        }
+    }
+    if (mutator.one_in(8)) {
+        failure = std::to_string(mutator.below(mutator.one_in(2) ? 16 : 400));
+        failure += mutator.one_in(2) ? "+" : "";
+    } else if (mutator.one_in(8)) {
+        failure = "";
+    }
+    request.command += failure.empty() ? "" : ' ' + failure;
+    std::string changed;
+    if (!mutator.one_in(8)) {
+        changed = mutator.changed_bytes(steering, std::min(room, steering.size() + 64));
+        request.rest = changed;
+    } else {
+        request.rest = steering;
+    }
+    return write_out(print_request(request), data, size, room);
+}

@@ -1,0 +1,233 @@
+// Fuzzes a whole evening: requests one after the other to one simulated gateway, whose clock stands
+// still. An input has a request on each line. "@NAME" chooses the home, and so begins anew; "!" switches
+// the gateway off and on again.
+//
+//   @crowded_mesh
+//   COMMAND {"Key": "value"}
+//   !
+//
+// The gateway is opened for each input and closed at its end, and its state is in memory. No input
+// reaches the network: curl_easy_perform() goes through here and says that nobody answers. The two
+// images that can be fetched have no names in the file system.
+#include "firmware_image.h"
+#include "mutator.h"
+#include "request.h"
+#include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/processjsonability.h"
+#include "workers.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <curl/curl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+using namespace fuzz;
+
+extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
+
+extern "C" CURLcode __wrap_curl_easy_perform(CURL *)
+{
+    return CURLE_COULDNT_CONNECT;
+}
+
+namespace {
+
+constexpr char kHome[] = "three_storey_house";
+constexpr size_t kMostRequests = 16;
+
+[[noreturn]] void give_up(const char *why)
+{
+    fprintf(stderr, "%s\n", why);
+    abort();
+}
+
+// Result: false when no such home is built in.
+bool open_gateway(const std::string &home)
+{
+    if (home.find_first_of("/.") != std::string::npos) {
+        return false; // a file of this machine
+    }
+    SimulatedGatewayOptions options = {};
+    options.scenario = home.c_str();
+    return simulated_gateway_open(&options, nullptr, 0) == 0;
+}
+
+// An image as file:///proc/self/fd/NUMBER.
+void offer_image(int number, const std::string &bytes)
+{
+    const int file = memfd_create("image", 0);
+    if (file < 0 || write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
+        dup2(file, number) != number) {
+        give_up("no image");
+    }
+    close(file);
+}
+
+std::string image(const char *version)
+{
+    const std::string payload = "firmware";
+    simulated_gateway::ImageHeader header;
+    header.product = "HGU-AX3000";
+    header.version = version;
+    header.date = "2026-01-01";
+    header.payload_size = payload.size();
+    simulated_gateway::Sha256 digest;
+    digest.add(header.encode());
+    digest.add(payload);
+    header.sha256 = digest.finish();
+    return header.encode() + payload;
+}
+
+std::vector<std::string> lines_of(std::string_view input)
+{
+    std::vector<std::string> lines;
+    while (!input.empty() && lines.size() < kMostRequests) {
+        const size_t end = std::min(input.find('\n'), input.size());
+        lines.emplace_back(input.substr(0, end));
+        input.remove_prefix(std::min(end + 1, input.size()));
+    }
+    return lines;
+}
+
+std::string text_of(const std::vector<std::string> &lines)
+{
+    std::string text;
+    for (const std::string &line : lines) {
+        text += line + '\n';
+    }
+    return text;
+}
+
+Request request_of(const std::string &line)
+{
+    Request request;
+    const size_t end = std::min(line.find(' '), line.size());
+    request.command = line.substr(0, end);
+    request.object.reset(end < line.size() ? cJSON_Parse(line.c_str() + end + 1)
+                                           : cJSON_CreateObject());
+    return request;
+}
+
+std::string line_of(const Request &request)
+{
+    return request.command + ' ' + print(request.object.get());
+}
+
+void run_line(const std::string &line)
+{
+    if (line.starts_with('@')) {
+        run_workers();
+        simulated_gateway_close();
+        if (!open_gateway(line.substr(1)) && !open_gateway(kHome)) {
+            give_up("the gateway does not open");
+        }
+        return;
+    }
+    if (line == "!") {
+        simulated_gateway_power_cycle();
+        return;
+    }
+    const Request request = request_of(line);
+    if (request.object != nullptr) {
+        run_command(request.command, request.object.get());
+    }
+}
+
+// The gateway answers these whatever has been done to it.
+void check_home()
+{
+    for (const char *query : {"GET_HG_BASE_INFO", "GET_AD_BASE_INFO", "GET_TSLINK_TOPOLOGY_INFO",
+                              "GET_WIFI_LIST_INFO", "GET_QOS_INFO"}) {
+        const Json object(cJSON_CreateObject());
+        run_command(query, object.get());
+        const char *status =
+            cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), "Status"));
+        if (status == nullptr || std::string_view(status) != "0") {
+            fprintf(stderr, "%s fails: %s\n", query, print(object.get()).c_str());
+            abort();
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
+{
+    setenv("SIMULATED_GATEWAY_TIME", "1767301200", 1);
+    setenv("SIMULATED_GATEWAY_LARGEST_IMAGE", "100000", 1);
+    offer_image(700, image("V3.0.0"));
+    offer_image(701, image("V3.0.1").substr(0, 410) + "damaged");
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    if (!open_gateway(kHome)) {
+        give_up("the gateway does not open");
+    }
+    run_workers_at_once(size % 2 == 0);
+    for (const std::string &line : lines_of(fuzz::text_of(data, size))) {
+        run_line(line);
+    }
+    run_workers();
+    check_home();
+    simulated_gateway_close();
+    return 0;
+}
+
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t room, unsigned seed)
+{
+    Mutator mutator(seed);
+    std::vector<std::string> lines = lines_of(fuzz::text_of(data, size));
+    if (lines.empty()) {
+        lines.push_back(line_of(mutator.another_request()));
+    }
+    const size_t at = mutator.below(lines.size());
+    const auto place = lines.begin() + static_cast<std::ptrdiff_t>(at);
+    switch (mutator.below(10)) {
+    case 0:
+        return LLVMFuzzerMutate(data, size, room);
+    case 1:
+        lines.insert(place, line_of(mutator.another_request()));
+        break;
+    case 2:
+        lines.insert(place, std::string(lines[mutator.below(lines.size())]));
+        break;
+    case 3:
+        lines.erase(place);
+        break;
+    case 4:
+        std::swap(lines[at], lines[mutator.below(lines.size())]);
+        break;
+    case 5: {
+        static constexpr const char *kSteps[] = {"!", "@crowded_mesh", "@operator_variant",
+                                                 "@short_report", "@single_router"};
+        lines.insert(place, kSteps[mutator.below(std::size(kSteps))]);
+        break;
+    }
+    default: {
+        Request request = request_of(lines[at]);
+        mutator.change(request);
+        lines[at] = line_of(request);
+        break;
+    }
+    }
+    return write_out(::text_of(lines), data, size, room);
+}
+
+// The beginning of one evening and the end of another.
+extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
+                                            const uint8_t *second, size_t second_size,
+                                            uint8_t *out, size_t room, unsigned seed)
+{
+    Mutator mutator(seed);
+    std::vector<std::string> lines = lines_of(fuzz::text_of(first, first_size));
+    const std::vector<std::string> others = lines_of(fuzz::text_of(second, second_size));
+    lines.resize(mutator.below(lines.size() + 1));
+    const size_t from = mutator.below(others.size() + 1);
+    lines.insert(lines.end(), others.begin() + static_cast<std::ptrdiff_t>(from), others.end());
+    const std::string text = ::text_of(lines);
+    return write_out(text.empty() ? "!\n" : text, out, 0, room);
+}

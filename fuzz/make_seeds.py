@@ -1,0 +1,115 @@
+#!/usr/bin/env python3
+"""Makes from the protocol's descriptions what the fuzzers begin with.
+
+    make_seeds.py COMMANDS OUT
+
+writes OUT/protocol.dict, the dictionary of all, and the seeds OUT/TARGET/* of each fuzzer. The same
+descriptions always give the same files.
+"""
+
+import json
+import pathlib
+import sys
+
+
+def keys_of(rows):
+    for row in rows:
+        yield row["key"]
+        yield from keys_of(row.get("items", []))
+
+
+def texts_of(item):
+    if isinstance(item, str):
+        yield item
+    elif isinstance(item, dict):
+        for value in item.values():
+            yield from texts_of(value)
+    elif isinstance(item, list):
+        for value in item:
+            yield from texts_of(value)
+
+
+def words_of(description):
+    yield description["command"]
+    yield from keys_of(description["request"])
+    for reply in description["replies"]:
+        yield from keys_of(reply["keys"])
+        for row in reply["keys"]:
+            yield from [row["text"]] if "text" in row else row.get("one_of", [])
+    yield from texts_of(description["example"])
+
+
+def quoted(word):
+    """A word as a line of a dictionary; other letters than printable ones as \\xNN."""
+    letters = (
+        chr(byte) if 32 <= byte < 127 and byte not in b'"\\' else f"\\x{byte:02x}"
+        for byte in word.encode()
+    )
+    return '"' + "".join(letters) + '"'
+
+
+def one_line(item):
+    return json.dumps(item, ensure_ascii=False, separators=(",", ":"))
+
+
+def write(folder, name, text):
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / name).write_text(text, encoding="utf-8")
+
+
+def main():
+    commands = [
+        json.loads(path.read_text(encoding="utf-8"))
+        for path in sorted(pathlib.Path(sys.argv[1]).glob("*.json"))
+    ]
+    out = pathlib.Path(sys.argv[2])
+    words = sorted({word for command in commands for word in words_of(command) if 0 < len(word) <= 64})
+    write(out, "protocol.dict", "".join(quoted(word) + "\n" for word in words))
+
+    # What the agent calls by itself.
+    for name in (
+        "json_get_home_page_info",
+        "json_get_main_router_info",
+        "json_get_main_router_baseinfo",
+        "json_get_topo_router_info",
+        "json_get_topo_router_agent_info_bynewmethod",
+        "json_get_router_sta_info",
+        "parse_wifi_set_info_from_json",
+        "pthread_hg_image_upgrade",
+    ):
+        write(out / "fuzz_device", name, f"{name}\n")
+    for request in (
+        'json_msg_notice_to_app\n{"Message":"new firmware"}\n',
+        'pthread_hg_image_upgrade\n{"UpdateUrl":"http://127.0.0.1/image"}\n',
+    ):
+        write(out / "fuzz_device", request.split("\n", 1)[0] + ".key", request)
+
+    lines = []
+    for command in commands:
+        name, request = command["command"], one_line(command["example"]["request"])
+        lines.append(f"{name} {request}\n")
+        write(out / "fuzz_request", name, f"{name}\n{request}\n")
+        write(out / "fuzz_device", name, f"{name}\n")
+        # Every call tells its fields one by one, then fails, then answers to the brim.
+        for kind, steering in ("field", "\n"), ("failure", "\f"), ("brim", "\t"):
+            write(out / "fuzz_device", f"{name}.{kind}", f"{name}\n{steering * 16}")
+    for at in range(0, len(lines), 4):
+        write(out / "fuzz_session", f"{at:03}", "".join(lines[at : at + 4]))
+    for home in "crowded_mesh", "operator_variant", "short_report", "single_router":
+        reports = [line for line in lines if line.startswith(("GET_TSLINK", "GET_AD_BASE", "GET_CHILD"))]
+        write(out / "fuzz_session", home, f"@{home}\n" + "".join(reports))
+    images = (
+        'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/%d"}\nHG_GET_UPDATE_STATUS {}\n'
+        'HG_IMAGE_UPDATE {"Update":"1"}\n!\nHG_GET_UPDATE_STATUS {}\n'
+    )
+    for number in 700, 701:
+        write(out / "fuzz_session", f"image.{number}", images % number)
+    write(
+        out / "fuzz_session",
+        "image.worker",
+        'UPDATE_IMMEDIATE {"Image":{"UpdateUrl":"file:///proc/self/fd/700"}}\n'
+        'IMAGE_DOWNLOAD {"MainRouter":{"UpdateUrl":"http://127.0.0.1/image"}}\nGET_UPDATE_STATUS {}\n',
+    )
+
+
+main()

@@ -1,0 +1,42 @@
+// A request as an input writes it: a command's name, a line feed, and its object as JSON.
+#pragma once
+
+#include <cjson/cJSON.h>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace fuzz {
+
+struct DeleteJson {
+    void operator()(cJSON *json) const { cJSON_Delete(json); }
+};
+using Json = std::unique_ptr<cJSON, DeleteJson>;
+
+// On one line. Ends the process when there is nothing to print, or no memory for it.
+std::string print(const cJSON *json);
+
+struct Request {
+    std::string command;
+    Json object;           // null when no JSON follows the name
+    std::string_view rest; // of the input, behind the object and one line feed
+};
+
+Request parse_request(std::string_view input);
+std::string print_request(const Request &request);
+
+// Input bytes as text, and the other way round.
+inline std::string_view text_of(const uint8_t *data, size_t size)
+{
+    return {reinterpret_cast<const char *>(data), size};
+}
+
+// Runs a command as the agent would. The process ends when what it leaves behind cannot be printed
+// or read again, or when the plug-in does not tell its commands from other names.
+void run_command(const std::string &command, cJSON *object);
+
+// The same for what another function has left behind.
+void check_reply(const std::string &function, const cJSON *object);
+
+} // namespace fuzz
