@@ -36,18 +36,27 @@ bool is_walked(const char *function)
                        [&](const char *name) { return strcmp(name, function) == 0; });
 }
 
-constexpr int32_t kNumbers[] = {0,  1,  2,  3,   4,   5,    6,    7,       8,      9,      31,
-                                32, 33, 63, 64,  65,  127,  128,  255,     256,    1000,   1001,
+constexpr int32_t kNumbers[] = {0,  1,  2,  3,   4,   5,    6,    7,       8,       9,      31,
+                                32, 33, 63, 64,  65,  127,  128,  255,     256,     1000,   1001,
                                 -1, -2, -8, -33, 100, 4095, 4096, INT_MAX, INT_MIN, 100000, 60};
 constexpr int32_t kResults[] = {-1, -2, 1, 2, 3, 4, 5, 8, 1000, -3, INT_MAX, INT_MIN, 255, 7, 0};
 
-constexpr std::string_view kWords[] = {
-    "1",       "0",          "2",      "NULL",        "-1",     "3C:6A:D2:10:4F:20",
-    "TH_OLV",  "QX2040B",    "-52",    "192.168.1.1", "5GHz",   "2.4GHz",
-    "up",      "1767301200", "64",     "8",           "33",     "Connected",
-    "3",       "4294967295", "-60",    "XX-ARVEN-31", "20:00",  "2147483648",
-    "Bridged", "WPA2",       "999999", "0x10",        "1 2 3",  "\xc4\xe3\xba\xc3",
-    "\"\\\n",  "00:00:00:00:00:00"};
+constexpr std::string_view kWords[] = {"1",       "0",
+                                       "2",       "NULL",
+                                       "-1",      "3C:6A:D2:10:4F:20",
+                                       "TH_OLV",  "QX2040B",
+                                       "-52",     "192.168.1.1",
+                                       "5GHz",    "2.4GHz",
+                                       "up",      "1767301200",
+                                       "64",      "8",
+                                       "33",      "Connected",
+                                       "3",       "4294967295",
+                                       "-60",     "XX-ARVEN-31",
+                                       "20:00",   "2147483648",
+                                       "Bridged", "WPA2",
+                                       "999999",  "0x10",
+                                       "1 2 3",   "\xc4\xe3\xba\xc3",
+                                       "\"\\\n",  "00:00:00:00:00:00"};
 
 // By what its name says.
 std::string_view plausible_text(const char *name, size_t turn)

@@ -1,5 +1,5 @@
-// Fuzzes what the device answers. An input is a request, which may lack its object and then has that
-// of the command's example, and behind it the bytes that steer the device (device_answer.cpp):
+// Fuzzes what the device answers. An input is a request, which may lack its object and then has
+// that of the command's example, and behind it the bytes that steer the device (device_answer.cpp):
 //
 //   COMMAND
 //   {"Key": "value"}
@@ -53,12 +53,26 @@ constexpr struct {
     const char *name;
     void (*call)(cJSON *object);
 } kByTheAgent[] = {
-    {"json_get_home_page_info", [](cJSON *object) { json_get_home_page_info(object); }},
-    {"json_get_main_router_info", [](cJSON *object) { json_get_main_router_info(object); }},
-    {"json_get_main_router_baseinfo", [](cJSON *object) { json_get_main_router_baseinfo(object); }},
-    {"json_get_topo_router_info", [](cJSON *object) { json_get_topo_router_info(object); }},
+    {"json_get_home_page_info",
+     [](cJSON *object) {
+         json_get_home_page_info(object);
+     }},
+    {"json_get_main_router_info",
+     [](cJSON *object) {
+         json_get_main_router_info(object);
+     }},
+    {"json_get_main_router_baseinfo",
+     [](cJSON *object) {
+         json_get_main_router_baseinfo(object);
+     }},
+    {"json_get_topo_router_info",
+     [](cJSON *object) {
+         json_get_topo_router_info(object);
+     }},
     {"json_get_topo_router_agent_info_bynewmethod",
-     [](cJSON *object) { json_get_topo_router_agent_info_bynewmethod(object); }},
+     [](cJSON *object) {
+         json_get_topo_router_agent_info_bynewmethod(object);
+     }},
     {"json_get_router_sta_info", sta_info_of_main_router},
     {"json_msg_notice_to_app", notice},
     {"parse_wifi_set_info_from_json", wifi_set_info},

@@ -1,6 +1,6 @@
 // Fuzzes a whole evening: requests one after the other to one simulated gateway, whose clock stands
-// still. An input has a request on each line. "@NAME" chooses the home, and so begins anew; "!" switches
-// the gateway off and on again.
+// still. An input has a request on each line. "@NAME" chooses the home, and so begins anew; "!"
+// switches the gateway off and on again.
 //
 //   @crowded_mesh
 //   COMMAND {"Key": "value"}
@@ -219,8 +219,8 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
 
 // The beginning of one evening and the end of another.
 extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
-                                            const uint8_t *second, size_t second_size,
-                                            uint8_t *out, size_t room, unsigned seed)
+                                            const uint8_t *second, size_t second_size, uint8_t *out,
+                                            size_t room, unsigned seed)
 {
     Mutator mutator(seed);
     std::vector<std::string> lines = lines_of(fuzz::text_of(first, first_size));

@@ -32,7 +32,8 @@ char *base64_encode(const char *text)
     for (size_t at = 0; at < bytes.size(); at += 3) {
         unsigned group = 0;
         for (size_t of = 0; of < 3; ++of) {
-            group = group << 8 | (at + of < bytes.size() ? static_cast<uint8_t>(bytes[at + of]) : 0U);
+            group =
+                group << 8 | (at + of < bytes.size() ? static_cast<uint8_t>(bytes[at + of]) : 0U);
         }
         for (size_t of = 0; of < 4; ++of) {
             encoded += at + of <= bytes.size() ? digits[group >> (18 - 6 * of) & 63] : '=';

@@ -5,8 +5,8 @@
 
 namespace fuzz {
 
-// From here on the cJSON library's allocation of that number fails, 0 for the next one, and if it is
-// to last all that follow it. As long as this lives.
+// From here on the cJSON library's allocation of that number fails, 0 for the next one, and if it
+// is to last all that follow it. As long as this lives.
 class FailingMemory {
   public:
     FailingMemory(size_t allocation, bool lasts);

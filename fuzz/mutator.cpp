@@ -86,9 +86,10 @@ std::string Mutator::text(const std::string &command)
     static constexpr size_t kWidths[] = {2,  7,  8,   9,   15,  16,  17,  31,  32,   33,
                                          63, 64, 127, 128, 255, 256, 257, 511, 2047, 4096};
     static constexpr const char *kTexts[] = {
-        "",  "-1",    "0",      "1",     "2",    "8",     "33",
-        "9", "00:00", "-00001", "65536", "NULL", "1,2,3", "2147483648",
-        ",", "%s%n",  "\xff",   "24:00", "\n",   "9999999999999999999999"};
+        "",      "-1",   "0",     "1",          "2",
+        "8",     "33",   "9",     "00:00",      "-00001",
+        "65536", "NULL", "1,2,3", "2147483648", ",",
+        "%s%n",  "\xff", "24:00", "\n",         "9999999999999999999999"};
     switch (below(4)) {
     case 0:
         return std::string(kWidths[below(std::size(kWidths))], static_cast<char>('0' + below(80)));

@@ -35,8 +35,8 @@ class Mutator {
     std::minstd_rand random_;
 };
 
-// What LLVMFuzzerCustomMutator() ends with: the text in place of the data, and the new size. One for
-// which there is no room leaves the data as it is: half a request is none.
+// What LLVMFuzzerCustomMutator() ends with: the text in place of the data, and the new size. One
+// for which there is no room leaves the data as it is: half a request is none.
 size_t write_out(std::string_view text, uint8_t *data, size_t size, size_t room);
 
 } // namespace fuzz

@@ -33,7 +33,10 @@ void add_texts(const cJSON *item, std::vector<std::string> &texts)
         texts.emplace_back(cJSON_GetStringValue(item));
     }
     const cJSON *child;
-    cJSON_ArrayForEach(child, item) { add_texts(child, texts); }
+    cJSON_ArrayForEach(child, item)
+    {
+        add_texts(child, texts);
+    }
 }
 
 // The fixed texts that a reply's description names.
@@ -78,8 +81,9 @@ std::vector<CommandWords> read_all()
     for (const embedded::Text &file : embedded::protocol_commands()) {
         all.push_back(words_of(file.text));
     }
-    std::sort(all.begin(), all.end(),
-              [](const CommandWords &one, const CommandWords &other) { return one.name < other.name; });
+    std::sort(all.begin(), all.end(), [](const CommandWords &one, const CommandWords &other) {
+        return one.name < other.name;
+    });
     return all;
 }
 

@@ -187,7 +187,8 @@ void take_all(const char *function, DeviceAnswer &, const char *text, int32_t le
 // Completes a list that it has made before.
 void take_all(const char *, DeviceAnswer &, int32_t, TopoNode *) {}
 
-template <class Result, class... Arguments> Result call(const char *function, Arguments... arguments)
+template <class Result, class... Arguments>
+Result call(const char *function, Arguments... arguments)
 {
     if constexpr (std::is_void_v<Result>) {
         static_assert(std::is_same_v<std::tuple<Arguments...>, std::tuple<TopoNode *>>);

@@ -1,0 +1,143 @@
+#!/usr/bin/env bash
+# Fuzzes the plug-in and the simulated gateway (docs/testing.md).
+#
+#   fuzz.sh [SECONDS [TARGET...]]   so long, 600 seconds by default, all targets at the same time
+#   fuzz.sh --short [TARGET...]     the same few runs every time
+#   fuzz.sh --minimise [TARGET...]  keeps in fuzz/corpus what long runs have found worth keeping
+#   fuzz.sh --coverage [TARGET...]  the lines that the corpora reach
+#
+# The targets are fuzz_request, fuzz_device and fuzz_session, all of them by default. When one finds
+# something, the exit status is not 0, the input is in build/fuzz/findings, and the last line about
+# the target repeats it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+mode=long
+seconds=600
+case ${1-} in
+    --short | --minimise | --coverage)
+        mode=${1#--}
+        shift
+        ;;
+    [0-9]*)
+        seconds=$1
+        shift
+        ;;
+esac
+targets=("$@")
+if [ $# -eq 0 ]; then
+    targets=(fuzz_request fuzz_device fuzz_session)
+fi
+for target in "${targets[@]}"; do
+    if [ ! -f "fuzz/$target.cpp" ] || [[ $target != fuzz_* ]]; then
+        sed -n 's/^#   \(fuzz.sh\)/usage: \1/p' "$0" >&2
+        exit 2
+    fi
+done
+
+# What long runs work with and leave behind.
+home=build/fuzz
+mkdir -p "$home/findings"
+# An input takes milliseconds; where the machine is busy, a second. These end one that never ends.
+limits=(-max_len=4096 -timeout=120 -rss_limit_mb=2560)
+# An allocation's way is shown in part only, and freed memory kept for a shorter time, for speed.
+export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
+
+# build DIRECTORY [OPTION...]
+build() {
+    scripts/install-deps.sh --fuzz
+    cmake --preset fuzz -B "$@" >/dev/null
+    cmake --build "$1" --target "${targets[@]}" -- --quiet
+}
+
+# fuzz DIRECTORY TARGET OPTION... : runs a target, and says what came of it.
+fuzz() {
+    local program=$1/bin/$2 log=$1/$2.log
+    local status=0
+    "$program" "${limits[@]}" -print_final_stats=1 -dict="$1/seeds/protocol.dict" \
+        -artifact_prefix="$home/findings/$2-" "${@:3}" >"$log" 2>&1 || status=$?
+    if [ "$status" -ne 0 ]; then
+        cat "$log"
+        sed -n "s|^.*Test unit written to |$2: repeat it with $program |p" "$log"
+        return 1
+    fi
+    printf '%s: %s runs, %s a second; %s\n' "$2" \
+        "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" \
+        "$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")" \
+        "$(sed -n 's/^#[0-9]*\tDONE *\(cov: [0-9]* ft: [0-9]*\).*/\1/p' "$log")"
+}
+
+long() {
+    local target worker workers=() status=0
+    build "$home"
+    for target in "${targets[@]}"; do
+        mkdir -p "$home/corpus/$target"
+        fuzz "$home" "$target" -max_total_time="$seconds" \
+            "$home/corpus/$target" "fuzz/corpus/$target" "$home/seeds/$target" &
+        workers+=($!)
+    done
+    for worker in "${workers[@]}"; do
+        wait "$worker" || status=1
+    done
+    return "$status"
+}
+
+# By count and from a fixed seed, so that it is the same every time. Built without optimisation,
+# which takes half the time, and that is most of it.
+short() {
+    local -A runs=([fuzz_request]=20000 [fuzz_device]=8000 [fuzz_session]=300)
+    local target status=0
+    build build/fuzz_short -D CMAKE_CXX_FLAGS_DEBUG="-O0 -g1"
+    for target in "${targets[@]}"; do
+        rm -rf "build/fuzz_short/corpus/$target"
+        mkdir -p "build/fuzz_short/corpus/$target"
+        fuzz build/fuzz_short "$target" -runs="${runs[$target]}" -seed=1 -reload=0 \
+            "build/fuzz_short/corpus/$target" "fuzz/corpus/$target" \
+            "build/fuzz_short/seeds/$target" || status=1
+    done
+    return "$status"
+}
+
+# Only what adds something to the seeds, which are made by every build.
+minimise() {
+    local target merged seed
+    build "$home"
+    for target in "${targets[@]}"; do
+        merged=$home/minimised/$target
+        rm -rf "$merged"
+        mkdir -p "$merged" "$home/corpus/$target"
+        cp "$home/seeds/$target"/* "$merged"
+        "$home/bin/$target" "${limits[@]}" -set_cover_merge=1 \
+            "$merged" "fuzz/corpus/$target" "$home/corpus/$target" >"$home/$target.log" 2>&1
+        for seed in "$home/seeds/$target"/*; do
+            rm "$merged/$(basename "$seed")"
+        done
+        rm -rf "fuzz/corpus/$target"
+        mv "$merged" "fuzz/corpus/$target"
+        printf '%s: %s inputs, %s\n' "$target" "$(find "fuzz/corpus/$target" -type f | wc -l)" \
+            "$(du -sh --apparent-size "fuzz/corpus/$target" | cut -f1)"
+    done
+}
+
+coverage() {
+    local target profile sources
+    local there=build/fuzz_coverage
+    build "$there" -D SMART_ROUTER_SANITIZERS= \
+        -D CMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping"
+    for target in "${targets[@]}"; do
+        profile=$there/$target.profile
+        mkdir -p "$home/corpus/$target"
+        LLVM_PROFILE_FILE=$profile.raw "$there/bin/$target" -runs=0 \
+            "$home/corpus/$target" "fuzz/corpus/$target" "$there/seeds/$target" 2>/dev/null
+        llvm-profdata-14 merge -o "$profile" "$profile.raw"
+        sources=(smart_router_service/*.cpp)
+        if [ "$target" = fuzz_session ]; then
+            sources+=(simulated_gateway/*.cpp)
+        fi
+        printf '== %s: lines of each file\n' "$target"
+        llvm-cov-14 export -summary-only -instr-profile="$profile" "$there/bin/$target" \
+            "${sources[@]/#/$PWD/}" | python3 fuzz/coverage_table.py
+    done
+}
+
+"$mode"
