@@ -85,6 +85,25 @@ void put(std::span<char> field, std::string_view text)
     text.copy(field.data(), field.size());
 }
 
+// As the next byte says.
+void fill_by_byte(const char *name, std::span<char> field, size_t turn)
+{
+    const uint8_t how = answers().byte();
+    if (how < 4) {
+        put(field, plausible_text(name, turn));
+    } else if (how < 6) {
+        put(field, "");
+    } else if (how < 10) { // to the brim
+        std::fill(field.begin(), field.end(), how == 9 ? '9' : static_cast<char>(0x80 + how));
+    } else if (how < 20) {
+        put(field, answers().text(how % 10 * 4));
+    } else if (how < 30) { // the longest text
+        put(field, std::string(field.size() - 1, static_cast<char>('a' + how)));
+    } else {
+        put(field, kWords[how % std::size(kWords)]);
+    }
+}
+
 } // namespace
 
 DeviceAnswer::DeviceAnswer(const char *function)
@@ -130,8 +149,6 @@ DeviceAnswer::DeviceAnswer(const char *function)
 void DeviceAnswer::fill_text(const char *name, std::span<char> field)
 {
     const size_t turn = answers().next_word();
-    std::string_view text;
-    uint8_t how = 0;
     switch (content_) {
     case Content::kNothing:
         return;
@@ -148,27 +165,12 @@ void DeviceAnswer::fill_text(const char *name, std::span<char> field)
         put(field, answers().text(field.size()));
         break;
     case Content::kFieldByField:
-        how = answers().byte();
-        if (how < 4) {
-            put(field, plausible_text(name, turn));
-        } else if (how < 6) {
-            put(field, "");
-        } else if (how < 10) {
-            std::fill(field.begin(), field.end(), how == 9 ? '9' : static_cast<char>(0x80 + how));
-        } else if (how < 20) {
-            put(field, answers().text(how % 10 * 4));
-        } else if (how < 30) {
-            put(field, std::string(field.size() - 1, static_cast<char>('a' + how)));
-        } else {
-            put(field, kWords[how % std::size(kWords)]);
-        }
+        fill_by_byte(name, field, turn);
         break;
     }
-    if (is_walked(function_)) {
-        text = {field.data(), strnlen(field.data(), field.size())};
-        if (strtol(std::string(text).c_str(), nullptr, 10) > kMostWalked) {
-            put(field, "70");
-        }
+    const std::string text(field.data(), strnlen(field.data(), field.size()));
+    if (is_walked(function_) && strtol(text.c_str(), nullptr, 10) > kMostWalked) {
+        put(field, std::to_string(kMostWalked));
     }
 }
 
@@ -219,7 +221,9 @@ bool DeviceAnswer::free_text(std::string &text)
     case Content::kBrim:
         text = std::string(5000, '[');
         return true;
-    case Content::kPlausible:
+    case Content::kPlausible: // as another router would answer that is asked for its devices
+        text = find_command("GET_AD_BASE_INFO")->reply;
+        return true;
     case Content::kFieldByField:
         text = commands()[answers().byte() % commands().size()].reply;
         return true;

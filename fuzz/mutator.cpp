@@ -3,7 +3,7 @@
 #include "protocol_words.h"
 
 #include <algorithm>
-#include <cctype>
+#include <cstdlib>
 #include <cstring>
 
 extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
@@ -13,6 +13,9 @@ namespace {
 
 // Objects nested deeper than this cost time, and cJSON refuses them before long.
 constexpr int kDeepest = 40;
+
+// Of numbers in texts that are counted on from.
+constexpr int64_t kLargest = INT64_MAX / 2;
 
 struct Place {
     cJSON *parent;
@@ -100,6 +103,16 @@ std::string Mutator::text(const std::string &command)
     }
 }
 
+std::string Mutator::changed_text(const std::string &command, const std::string &old)
+{
+    char *end = nullptr;
+    const int64_t number = std::clamp<int64_t>(strtol(old.c_str(), &end, 10), -kLargest, kLargest);
+    if (end != old.c_str() && !one_in(3)) { // one near by, and what stood behind it
+        return std::to_string(number - 4 + static_cast<int64_t>(below(9))) + end;
+    }
+    return one_in(2) ? text(command) : changed_bytes(old, 80);
+}
+
 Json Mutator::value(const std::string &command)
 {
     switch (below(12)) {
@@ -171,7 +184,7 @@ void Mutator::change_object(const std::string &command, cJSON *object)
             add(place.parent, key_of(place.item), cJSON_Duplicate(place.item, 1));
         }
         break;
-    case 7: { // two change places
+    case 7: { // a text from elsewhere
         const Place other = places[below(places.size())];
         if (cJSON_IsString(other.item)) {
             replace(place, cJSON_Duplicate(other.item, 1));
@@ -184,9 +197,7 @@ void Mutator::change_object(const std::string &command, cJSON *object)
         break;
     default:
         if (cJSON_IsString(place.item)) {
-            const std::string changed =
-                one_in(2) ? text(command)
-                          : changed_bytes(cJSON_GetStringValue(place.item), 80).c_str();
+            const std::string changed = changed_text(command, cJSON_GetStringValue(place.item));
             replace(place, cJSON_CreateString(changed.c_str()));
         } else {
             replace(place, value(command).release());

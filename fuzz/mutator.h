@@ -28,6 +28,7 @@ class Mutator {
   private:
     std::string word(const std::string &command);
     std::string text(const std::string &command);
+    std::string changed_text(const std::string &command, const std::string &old);
     std::string key(const std::string &command);
     Json value(const std::string &command);
     void change_object(const std::string &command, cJSON *object);

@@ -123,7 +123,7 @@ coverage() {
     local target profile sources
     local there=build/fuzz_coverage
     build "$there" -D SMART_ROUTER_SANITIZERS= \
-        -D CMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping"
+        -D CMAKE_CXX_FLAGS_DEBUG="-O0 -fprofile-instr-generate -fcoverage-mapping"
     for target in "${targets[@]}"; do
         profile=$there/$target.profile
         mkdir -p "$home/corpus/$target"
