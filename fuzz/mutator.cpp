@@ -151,7 +151,7 @@ void Mutator::change_object(const std::string &command, cJSON *object)
         return;
     }
     const Place place = places[below(places.size())];
-    switch (below(11)) {
+    switch (below(18)) { // half of the time another value
     case 0:
         replace(place, value(command).release());
         break;

@@ -38,8 +38,8 @@ done
 # What long runs work with and leave behind.
 home=build/fuzz
 mkdir -p "$home/findings"
-# An input takes milliseconds; where the machine is busy, a second. These end one that never ends.
-limits=(-max_len=4096 -timeout=120 -rss_limit_mb=2560)
+# No input is given a time: a machine that is busy, or stops for a while, would have it for a finding.
+limits=(-max_len=4096 -timeout=0 -rss_limit_mb=2560)
 # An allocation's way is shown in part only, and freed memory kept for a shorter time, for speed.
 export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
 
@@ -98,7 +98,8 @@ short() {
     return "$status"
 }
 
-# Only what adds something to the seeds, which are made by every build.
+# Only what reaches places that the seeds, which are made by every build, do not; how often it gets
+# there makes no difference.
 minimise() {
     local target merged seed
     build "$home"
@@ -107,7 +108,7 @@ minimise() {
         rm -rf "$merged"
         mkdir -p "$merged" "$home/corpus/$target"
         cp "$home/seeds/$target"/* "$merged"
-        "$home/bin/$target" "${limits[@]}" -set_cover_merge=1 \
+        "$home/bin/$target" "${limits[@]}" -use_counters=0 -set_cover_merge=1 \
             "$merged" "fuzz/corpus/$target" "$home/corpus/$target" >"$home/$target.log" 2>&1
         for seed in "$home/seeds/$target"/*; do
             rm "$merged/$(basename "$seed")"
