@@ -1,21 +1,31 @@
 #!/usr/bin/env python3
-"""Prints what llvm-cov exports as one line for each file, the poorest first, and a total."""
+"""Prints what llvm-cov exports as one line for each file of the given folders, the poorest first, and
+a total.
+
+    llvm-cov export -summary-only ... | coverage_table.py FOLDER...
+"""
 
 import json
 import os
 import sys
 
 
-def row(name, lines):
-    return f"{lines['percent']:6.2f} %  {lines['covered']:6} of {lines['count']:6}  {name}"
+def row(name, lines, covered):
+    return f"{100 * covered / lines:6.2f} %  {covered:6} of {lines:6}  {name}"
 
 
 def main():
-    data = json.load(sys.stdin)["data"][0]
-    files = sorted(data["files"], key=lambda file: (file["summary"]["lines"]["percent"], file["filename"]))
-    for file in files:
-        print(row(os.path.relpath(file["filename"]), file["summary"]["lines"]))
-    print(row("total", data["totals"]["lines"]))
+    table = []
+    for file in json.load(sys.stdin)["data"][0]["files"]:
+        name = os.path.relpath(file["filename"])
+        lines = file["summary"]["lines"]
+        if name.split(os.sep)[0] in sys.argv[1:] and lines["count"] > 0:
+            table.append((name, lines["count"], lines["covered"]))
+    for entry in sorted(table, key=lambda entry: entry[2] / entry[1]):
+        print(row(*entry))
+    for folder in sys.argv[1:]:
+        rows = [entry for entry in table if entry[0].startswith(folder + os.sep)]
+        print(row("all of " + folder, *(sum(column) for column in list(zip(*rows))[1:])))
 
 
 main()

@@ -8,6 +8,7 @@
 // In place of a command the functions may be named that the agent calls by itself. Behind the name
 // may stand, after a space, the number of the allocation that finds no memory, with a "+" if none
 // does from then on.
+#include "agent_calls.h"
 #include "answers.h"
 #include "memory.h"
 #include "mutator.h"
@@ -24,71 +25,6 @@
 using namespace fuzz;
 
 namespace {
-
-void sta_info_of_main_router(cJSON *object)
-{
-    json_get_router_sta_info(object, "main", "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.");
-}
-
-void notice(cJSON *object)
-{
-    json_msg_notice_to_app(cJSON_GetStringValue(cJSON_GetObjectItem(object, "Message")), "agent");
-}
-
-void image_upgrade(cJSON *object)
-{
-    const char *url = cJSON_GetStringValue(cJSON_GetObjectItem(object, "UpdateUrl"));
-    pthread_mutex_lock(&downimagelock);
-    strncpy(g_update_url, url != nullptr ? url : "", sizeof g_update_url - 1);
-    pthread_hg_image_upgrade(nullptr);
-}
-
-void wifi_set_info(cJSON *object)
-{
-    SsidInfo record = {};
-    parse_wifi_set_info_from_json(&record, object);
-}
-
-constexpr struct {
-    const char *name;
-    void (*call)(cJSON *object);
-} kByTheAgent[] = {
-    {"json_get_home_page_info",
-     [](cJSON *object) {
-         json_get_home_page_info(object);
-     }},
-    {"json_get_main_router_info",
-     [](cJSON *object) {
-         json_get_main_router_info(object);
-     }},
-    {"json_get_main_router_baseinfo",
-     [](cJSON *object) {
-         json_get_main_router_baseinfo(object);
-     }},
-    {"json_get_topo_router_info",
-     [](cJSON *object) {
-         json_get_topo_router_info(object);
-     }},
-    {"json_get_topo_router_agent_info_bynewmethod",
-     [](cJSON *object) {
-         json_get_topo_router_agent_info_bynewmethod(object);
-     }},
-    {"json_get_router_sta_info", sta_info_of_main_router},
-    {"json_msg_notice_to_app", notice},
-    {"parse_wifi_set_info_from_json", wifi_set_info},
-    {"pthread_hg_image_upgrade", image_upgrade},
-};
-
-void run(const std::string &name, cJSON *object)
-{
-    for (const auto &row : kByTheAgent) {
-        if (name == row.name) {
-            row.call(object);
-            return;
-        }
-    }
-    hg_process_json_cmd(name.c_str(), object);
-}
 
 // Takes away what stands behind the name.
 std::string split_failure(std::string &command)
@@ -124,7 +60,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         if (!failure.empty()) {
             memory.emplace(strtoul(failure.c_str(), nullptr, 10), failure.ends_with('+'));
         }
-        run(request.command, request.object.get());
+        if (!call_of_the_agent(request.command, request.object.get())) {
+            hg_process_json_cmd(request.command.c_str(), request.object.get());
+        }
     }
     check_reply(request.command, request.object.get());
     run_workers();
@@ -145,9 +83,6 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
     } else if (mutator.one_in(16)) {
         request = mutator.another_request();
         request.object = nullptr;
-        if (mutator.one_in(8)) {
-            request.command = kByTheAgent[mutator.below(std::size(kByTheAgent))].name;
-        }
     }
     if (mutator.one_in(8)) {
         failure = std::to_string(mutator.below(mutator.one_in(2) ? 16 : 400));

@@ -12,6 +12,22 @@ import pathlib
 import sys
 
 
+# What the agent calls by itself, and the keys that the call takes its arguments from.
+AGENT_CALLS = {
+    "json_get_home_page_info": {},
+    "json_get_main_router_info": {},
+    "json_get_main_router_baseinfo": {},
+    "json_get_topo_router_info": {},
+    "json_get_topo_router_agent_info_bynewmethod": {},
+    "json_get_router_sta_info": {},
+    "json_msg_notice_to_app": {"Message": "new firmware"},
+    "pthread_hg_image_upgrade": {"UpdateUrl": "file:///proc/self/fd/700"},
+    "parse_wifi_set_info_from_json": {
+        "SSIDIndex": "1", "SSID": "home", "PowerLevel": "80", "Channel": "6", "Enable": "1", "PWD": "secret",
+    },
+}
+
+
 def keys_of(rows):
     for row in rows:
         yield row["key"]
@@ -66,25 +82,9 @@ def main():
     words = sorted({word for command in commands for word in words_of(command) if 0 < len(word) <= 64})
     write(out, "protocol.dict", "".join(quoted(word) + "\n" for word in words))
 
-    # What the agent calls by itself.
-    for name in (
-        "json_get_home_page_info",
-        "json_get_main_router_info",
-        "json_get_main_router_baseinfo",
-        "json_get_topo_router_info",
-        "json_get_topo_router_agent_info_bynewmethod",
-        "json_get_router_sta_info",
-        "parse_wifi_set_info_from_json",
-        "pthread_hg_image_upgrade",
-    ):
-        write(out / "fuzz_device", name, f"{name}\n")
-    for request in (
-        'json_msg_notice_to_app\n{"Message":"new firmware"}\n',
-        'pthread_hg_image_upgrade\n{"UpdateUrl":"http://127.0.0.1/image"}\n',
-    ):
-        write(out / "fuzz_device", request.split("\n", 1)[0] + ".key", request)
-
-    lines = []
+    lines = [f"{name} {one_line(request)}\n" for name, request in AGENT_CALLS.items()]
+    for name, request in AGENT_CALLS.items():
+        write(out / "fuzz_device", name, f"{name}\n{one_line(request)}\n")
     for command in commands:
         name, request = command["command"], one_line(command["example"]["request"])
         lines.append(f"{name} {request}\n")
@@ -96,7 +96,7 @@ def main():
     for at in range(0, len(lines), 4):
         write(out / "fuzz_session", f"{at:03}", "".join(lines[at : at + 4]))
     for home in "crowded_mesh", "operator_variant", "short_report", "single_router":
-        reports = [line for line in lines if line.startswith(("GET_TSLINK", "GET_AD_BASE", "GET_CHILD"))]
+        reports = [line for line in lines if line.startswith(("GET_TSLINK", "GET_AD_BASE", "json_get"))]
         write(out / "fuzz_session", home, f"@{home}\n" + "".join(reports))
     images = (
         'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/%d"}\nHG_GET_UPDATE_STATUS {}\n'

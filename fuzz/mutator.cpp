@@ -1,5 +1,6 @@
 #include "mutator.h"
 
+#include "agent_calls.h"
 #include "protocol_words.h"
 
 #include <algorithm>
@@ -212,6 +213,9 @@ Request Mutator::another_request()
     Request request;
     request.command = words.name;
     request.object.reset(cJSON_Parse(words.request.c_str()));
+    if (one_in(12)) {
+        request.command = agent_calls()[below(agent_calls().size())];
+    }
     return request;
 }
 

@@ -1,5 +1,6 @@
 #include "request.h"
 
+#include "agent_calls.h"
 #include "protocol_words.h"
 #include "smart_router_service/processjsonability.h"
 
@@ -60,6 +61,10 @@ std::string print_request(const Request &request)
 
 void run_command(const std::string &command, cJSON *object)
 {
+    if (call_of_the_agent(command, object)) {
+        check_reply(command, object);
+        return;
+    }
     const bool is_known = find_command(command.c_str()) != nullptr;
     const std::string before = is_known ? "" : print(object);
     const int32_t result = hg_process_json_cmd(command.c_str(), object);

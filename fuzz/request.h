@@ -32,8 +32,8 @@ inline std::string_view text_of(const uint8_t *data, size_t size)
     return {reinterpret_cast<const char *>(data), size};
 }
 
-// Runs a command as the agent would. The process ends when what it leaves behind cannot be printed
-// or read again, or when the plug-in does not tell its commands from other names.
+// Runs a command, or what the agent calls by itself. The process ends when what it leaves behind
+// cannot be printed or read again, or when the plug-in does not tell its commands from other names.
 void run_command(const std::string &command, cJSON *object);
 
 // The same for what another function has left behind.

@@ -129,7 +129,7 @@ minimise() {
 }
 
 coverage() {
-    local target profile sources
+    local target profile folders
     local there=build/fuzz_coverage
     build "$there" -D SMART_ROUTER_SANITIZERS= \
         -D CMAKE_CXX_FLAGS_DEBUG="-O0 -fprofile-instr-generate -fcoverage-mapping"
@@ -139,13 +139,13 @@ coverage() {
         LLVM_PROFILE_FILE=$profile.raw "$there/bin/$target" -runs=0 \
             "$home/corpus/$target" "fuzz/corpus/$target" "$there/seeds/$target" 2>/dev/null
         llvm-profdata-14 merge -o "$profile" "$profile.raw"
-        sources=(smart_router_service/*.cpp)
+        folders=(smart_router_service)
         if [ "$target" = fuzz_session ]; then
-            sources+=(simulated_gateway/*.cpp)
+            folders+=(simulated_gateway)
         fi
         printf '== %s: lines of each file\n' "$target"
-        llvm-cov-14 export -summary-only -instr-profile="$profile" "$there/bin/$target" \
-            "${sources[@]/#/$PWD/}" | python3 fuzz/coverage_table.py
+        llvm-cov-14 export -summary-only -instr-profile="$profile" "$there/bin/$target" |
+            python3 fuzz/coverage_table.py "${folders[@]}"
     done
 }
 
