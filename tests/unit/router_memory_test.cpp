@@ -106,7 +106,8 @@ TEST_F(RouterMemoryTest, OfDevicesOfAChildRouterAddsNothing)
     EXPECT_EQ(sweep(builder, unknown_devices, 1 + 1 + 2), (Outcomes{{"{}", ""}}));
 }
 
-TEST_F(RouterMemoryTest, OfChildRoutersAddsNothing)
+// Only a router without the list of those that hang from it is left out alone.
+TEST_F(RouterMemoryTest, OfChildRoutersAddsNothingOrLeavesOneOut)
 {
     const auto two_routers = [] {
         prepare();
@@ -119,9 +120,14 @@ TEST_F(RouterMemoryTest, OfChildRoutersAddsNothing)
         routers_are({2, 2});
     };
     const size_t each = 1 + 2 * (6 + 13 + 1) + (1 + 1 + 2) + (1 + 1 + 2 * (1 + 2 * 22));
+    two_routers();
+    const Json one_router = parse("{}");
+    json_get_topo_router_info(one_router.get());
+    cJSON_DeleteItemFromArray(cJSON_GetObjectItem(one_router.get(), "ChildRouter"), 0);
     EXPECT_EQ(sweep(json_get_topo_router_info, two_routers, 1 + 1 + 2 * each),
               (Outcomes{{"{}", ""}, // no list, or no node for the topology
-                        {"{}", "create childinfo_json err"}}));
+                        {"{}", "create childinfo_json err"},
+                        {print(one_router.get()), "create childinfo_json err"}}));
 }
 
 // ---- The tree of parameters --------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include "memory_sweep.h"
 #include "mesh_fixture.h"
 #include "topology_report.h"
+#include "traffic.h"
 
 #include <set>
 
@@ -269,6 +270,7 @@ TEST_F(TopologyMemoryTest, OfTheWholeReport)
                            [&](const std::string &object, auto how) {
                                if (how == FailingMemory::Fail::kOnce) {
                                    seen.insert({object, errors()});
+                                   record_traffic("GET_TSLINK_TOPOLOGY_INFO", "{}", object);
                                } else {
                                    EXPECT_EQ(object, "{}"); // no success that is not whole
                                }
