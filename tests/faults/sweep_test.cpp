@@ -1,0 +1,196 @@
+// Failure as a dimension of every command and builder: each allocation fails in turn, and each call
+// of the device fails or misbehaves in every way. A failing case prints the line that repeats it
+// alone: the environment variable FAULT_CASE names it.
+#include "handler_test.h"
+#include "sweep_run.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <set>
+
+namespace {
+
+using rich_device::Fault;
+
+// ---- Figures -----------------------------------------------------------------------------------
+
+size_t allocations_swept;
+size_t calls_swept;
+size_t cases_run;
+
+// Tells what a run of the whole program has come to.
+class Figures : public testing::Environment {
+  public:
+    void TearDown() override
+    {
+        printf("%zu allocations, %zu device calls, %zu cases\n", allocations_swept, calls_swept,
+               cases_run);
+    }
+};
+const testing::Environment *const figures = testing::AddGlobalTestEnvironment(new Figures);
+
+// ---- Cases -------------------------------------------------------------------------------------
+
+class FaultTest : public testing::TestWithParam<Subject> {
+  protected:
+    // Runs the subject untouched.
+    void SetUp() override
+    {
+        request = request_for(subject);
+        ASSERT_NE(request, "") << "there is no rich request for " << subject.name;
+        whole = sweep_run(subject, request, {}, {});
+        ASSERT_EQ(damage(subject, whole), "") << whole.object;
+        ASSERT_TRUE(whole.succeeded(subject)) << whole.object;
+    }
+
+    void TearDown() override
+    {
+        EXPECT_TRUE(only == nullptr || cases > 0) << "this test has no such case";
+        cases_run += cases;
+        printf("%zu cases\n", cases);
+    }
+
+    // Counts a case. Result: whether it is to be run.
+    bool is_wanted(const std::string &name)
+    {
+        const bool wanted = only == nullptr || name == only;
+        cases += wanted;
+        return wanted;
+    }
+
+    // Tells what is wrong with a case. Result: whether nothing is.
+    static bool holds(const std::string &name, const SweepRun &expected, const SweepRun &run,
+                      const std::string &verdict)
+    {
+        if (verdict.empty()) {
+            return true;
+        }
+        const auto *test = testing::UnitTest::GetInstance()->current_test_info();
+        ADD_FAILURE() << verdict << "\n  with " << name << ": " << run.object.substr(0, 2000)
+                      << "\n  without: " << expected.object.substr(0, 2000)
+                      << "\n  repeat: FAULT_CASE=" << name << ' ' << program_invocation_name
+                      << " --gtest_filter=" << test->test_suite_name() << '.' << test->name();
+        return false;
+    }
+
+    const Subject &subject = GetParam();
+    const char *const only = getenv("FAULT_CASE");
+    std::string request;
+    SweepRun whole;
+    size_t cases = 0;
+};
+
+class MemoryFaultTest : public FaultTest {
+  protected:
+    // Fails each allocation of a run that is else the same, up to the first case that is wrong.
+    void sweep(const std::string &name, const std::string &of_request, const Fault &device)
+    {
+        const SweepRun sufficing = sweep_run(subject, of_request, {}, device);
+        allocations_swept += sufficing.allocations;
+        for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
+            for (size_t first = 0; first < sufficing.allocations; ++first) {
+                const MemoryFault memory = {first, how};
+                if (!is_wanted(name + memory.name())) {
+                    continue;
+                }
+                const SweepRun run = sweep_run(subject, of_request, memory, device);
+                if (!holds(name + memory.name(), sufficing, run,
+                           memory_verdict(subject, sufficing, run, how))) {
+                    return;
+                }
+            }
+        }
+        // Nothing of all this has left a trace.
+        const SweepRun again = sweep_run(subject, of_request, {sufficing.allocations}, device);
+        EXPECT_EQ(again.object, sufficing.object) << name;
+        EXPECT_EQ(again.calls, sufficing.calls) << name;
+        EXPECT_EQ(again.allocations, sufficing.allocations) << name;
+    }
+};
+
+TEST_P(MemoryFaultTest, LeavesNothingHalfDone)
+{
+    sweep("", request, {});
+    sweep("refused:", request, {.call = 0, .result = -1});
+    if (request != "{}" && subject.builder == nullptr) {
+        sweep("empty:", "{}", {});
+    }
+}
+
+class DeviceFaultTest : public FaultTest {};
+
+TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
+{
+    const std::vector<Fault> faults = rich_device::possible_faults();
+    calls_swept += faults.empty() ? 0 : faults.back().call + 1;
+    for (const Fault &fault : faults) {
+        if (!is_wanted(fault.name())) {
+            continue;
+        }
+        const SweepRun run = sweep_run(subject, request, {}, fault);
+        if (!holds(fault.name(), whole, run, device_verdict(subject, whole, run, fault))) {
+            return;
+        }
+    }
+}
+
+std::string name_of(const testing::TestParamInfo<Subject> &info)
+{
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, MemoryFaultTest, testing::ValuesIn(subjects()), name_of);
+INSTANTIATE_TEST_SUITE_P(Every, DeviceFaultTest, testing::ValuesIn(subjects()), name_of);
+
+// ---- Requests ----------------------------------------------------------------------------------
+
+// Whether the items have all keys that are described, and each list two elements at least. Names
+// what is missing in why.
+bool has_all(const cJSON *object, const cJSON *keys, std::string &why)
+{
+    const cJSON *key;
+    cJSON_ArrayForEach(key, keys)
+    {
+        const char *name = cJSON_GetStringValue(cJSON_GetObjectItem(key, "key"));
+        const cJSON *item = cJSON_GetObjectItem(object, name);
+        const cJSON *inner = cJSON_GetObjectItem(key, "items");
+        const cJSON *first = cJSON_IsArray(item) != 0 ? item->child : item;
+        if (item == nullptr || (cJSON_IsArray(item) != 0 && cJSON_GetArraySize(item) < 2) ||
+            !has_all(first, inner, why)) {
+            why += std::string(" ") + name;
+            return false;
+        }
+    }
+    return true;
+}
+
+// The longest way through a command is the one on which everything can fail.
+TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
+{
+    std::map<std::string, std::set<std::string>> made;
+    for (const Subject &subject : subjects()) {
+        const std::string request = request_for(subject);
+        ASSERT_NE(request, "") << "there is no rich request for " << subject.name;
+        for (const auto &call : sweep_run(subject, request, {}, {}).calls) {
+            made[subject.command].insert(call.function);
+        }
+        const cJSON *description = description_of(subject.command);
+        std::string why;
+        EXPECT_TRUE(has_all(parse(request).get(), cJSON_GetObjectItem(description, "request"), why))
+            << subject.name << ":" << why;
+    }
+    for (const Subject &subject : subjects()) {
+        const cJSON *call;
+        cJSON_ArrayForEach(call,
+                           cJSON_GetObjectItem(description_of(subject.command), "device_calls"))
+        {
+            EXPECT_EQ(made[subject.command].count(call->valuestring), 1U)
+                << subject.name << " does not call " << call->valuestring;
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,324 @@
+#include "described_reply.h"
+#include "handler_test.h"
+#include "sweep_run.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+// ---- What a command may leave out when memory ends ---------------------------------------------
+
+struct LeftOut {
+    const char *name; // of the command or builder
+    const char *why;
+    std::vector<std::string_view> keys = {};  // that may be missing
+    std::vector<std::string_view> lists = {}; // that may be short of elements
+    const char *logged = nullptr;             // what the log says of a list that is
+    std::vector<std::string_view> added = {}; // keys that tell of it
+    const char *called = nullptr; // the change of the device that goes before what fails
+    std::vector<std::string_view> before = {}; // keys that stay before a failure
+    bool keeps = true;                         // whether what is kept elsewhere has to be there
+    bool calls = true;                         // whether every call has to be made
+};
+
+const LeftOut kLeftOut[] = {
+    {.name = "GET_GREENNET_DEVICE_LIST",
+     .why = "an entry without memory is skipped, and the log tells of it",
+     .lists = {"DeviceList"},
+     .logged = "cJSON_CreateObject error\n"},
+    {.name = "GET_PORT_STATISTICS",
+     .why = "an entry without memory is skipped",
+     .lists = {"port_stat_list"}},
+    {.name = "GET_PORT_BINDING",
+     .why = "an entry without memory is skipped",
+     .lists = {"port_stat_list"}},
+    {.name = "GET_QOS_INFO",
+     .why =
+         "an application without memory is skipped; so is a rule, and the reply tells of it; what "
+         "stands before a list without memory stays",
+     .lists = {"app_info_list", "classification_info_list"},
+     .added = {"Status", "FailReason"},
+     .before = {"Enable", "app_info_list"}},
+    {.name = "GET_TSLINK_TOPOLOGY_INFO",
+     .why =
+         "the parts of the report stand for themselves: a key that is not there, a reason in the "
+         "place of the devices, a line in the log for a child router or station",
+     .keys = {"MeshInfo", "ChildInfo", "MainBaseInfo", "ChildRouter"},
+     .lists = {"ChildRouter", "ChildBaseInfo"},
+     .logged = "create child_",
+     .added = {"FailReason"}},
+    {.name = "GET_UPDATE_STATUS",
+     .why = "without the array the child routers' key is left out",
+     .keys = {"ChildRouter"}},
+    {.name = "RESPONSE_ROUTER_VERSION",
+     .why = "a report that cannot be printed is not kept for the agent",
+     .keeps = false},
+    {.name = "SET_GREENNET_DEVICE_LIST",
+     .why = "restrictions are switched on before the list is made",
+     .called = "devapi_set_greenaccess_enable"},
+    {.name = "UPDATE_IMMEDIATE",
+     .why = "the rules that come with an image that failed make up for it",
+     .calls = false},
+};
+
+// The changes whose result nobody looks at.
+constexpr std::string_view kNotLookedAt[] = {
+    "devapi_get_hg_log",           "devapi_set_5gwifi_powerlevel", "devapi_set_ssid_list_info",
+    "devapi_set_wifi_fastroaming", "devapi_set_wifi_stactrl",      "devapi_setup_mesh",
+    "devapi_flash_update_image",
+};
+
+const LeftOut &left_out(const Subject &subject)
+{
+    static const LeftOut kNothing = {.name = "", .why = ""};
+    const std::string &name = subject.builder != nullptr ? subject.name : subject.command;
+    const auto *found = std::find_if(std::begin(kLeftOut), std::end(kLeftOut),
+                                     [&](const LeftOut &row) { return row.name == name; });
+    return found != std::end(kLeftOut) ? *found : kNothing;
+}
+
+template <class List> bool has(const List &list, std::string_view name)
+{
+    return std::find(list.begin(), list.end(), name) != list.end();
+}
+
+// Whether the item is what the whole one is, but for what may be left out. Sets *is_short when a
+// list is short of an element.
+bool is_thinned(const cJSON *item, const cJSON *whole, const LeftOut &may, bool *is_short)
+{
+    if (item->type % 256 != whole->type % 256) {
+        return false;
+    }
+    if (cJSON_IsObject(whole) == 0 && cJSON_IsArray(whole) == 0) {
+        return cJSON_Compare(item, whole, 1) != 0;
+    }
+    const bool is_list = cJSON_IsArray(whole) != 0;
+    const bool may_be_short = whole->string != nullptr && has(may.lists, whole->string);
+    const cJSON *at = item->child;
+    const cJSON *other;
+    cJSON_ArrayForEach(other, whole)
+    {
+        while (!is_list && at != nullptr && std::string_view(at->string) != other->string &&
+               has(may.added, at->string)) {
+            at = at->next;
+        }
+        const bool is_same = at != nullptr &&
+                             (is_list || std::string_view(at->string) == other->string) &&
+                             is_thinned(at, other, may, is_short);
+        if (is_same) {
+            at = at->next;
+        } else if (is_list && may_be_short) {
+            *is_short = true;
+        } else if (is_list || !has(may.keys, other->string)) {
+            return false;
+        }
+    }
+    while (!is_list && at != nullptr && has(may.added, at->string)) {
+        at = at->next;
+    }
+    return at == nullptr;
+}
+
+// ---- Calls -------------------------------------------------------------------------------------
+
+// Whether a device function only tells something.
+bool is_question(const std::string &function)
+{
+    for (const char *start :
+         {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
+          "devapi_handle_topo_", "devapi_free_topo_", "devapi_call_tslink_set_topo_speed",
+          "devapi_speedtest_", "devapi_cmdstring_sendto_tslink_with_retinfo"}) {
+        if (function.starts_with(start)) {
+            return function != "devapi_get_hg_log"; // sends it
+        }
+    }
+    return !function.starts_with("devapi_") && function != "kaa_device_notice" &&
+           function != "kaa_update_profile_info" && function != "system";
+}
+
+std::string described(const recording_device::Call &call)
+{
+    std::ostringstream text;
+    recording_device::PrintTo(call, &text);
+    return text.str();
+}
+
+// Why the calls are not some of the whole run's, in its order and with the same bytes.
+std::string other_calls(const std::vector<recording_device::Call> &calls,
+                        const std::vector<recording_device::Call> &whole)
+{
+    auto next = whole.begin();
+    for (const recording_device::Call &call : calls) {
+        next = std::find(next, whole.end(), call);
+        if (next == whole.end()) {
+            return "a call that is not made, or not here or not so, when nothing fails: " +
+                   described(call);
+        }
+        ++next;
+    }
+    return "";
+}
+
+// ---- Replies -----------------------------------------------------------------------------------
+
+// Whether the object is the request, less some of its keys, and what is left is the tail.
+bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
+{
+    const cJSON *item = object->child;
+    const cJSON *sent;
+    cJSON_ArrayForEach(sent, request)
+    {
+        if (item != nullptr && std::string_view(item->string) == sent->string &&
+            cJSON_Compare(item, sent, 1) != 0) {
+            item = item->next;
+        }
+    }
+    *tail = item;
+    return item == nullptr || cJSON_GetObjectItem(request, item->string) == nullptr;
+}
+
+// Whether the items are a failure's: its status, with a reason or, where there is none, alone.
+bool is_failure(const cJSON *item)
+{
+    const auto take = [&item](std::string_view key, std::string_view text) {
+        const bool is_there = item != nullptr && item->string == key && cJSON_IsString(item) != 0 &&
+                              (text.empty() || text == item->valuestring);
+        item = is_there ? item->next : item;
+        return is_there;
+    };
+    take("updateResult", "-1");
+    if (!take("Status", "1")) {
+        return false;
+    }
+    take("FailReason", "");
+    return item == nullptr;
+}
+
+// What is wrong with the reply to a command, or the end of a builder, that failed.
+std::string failure_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                            FailingMemory::Fail how)
+{
+    if (run.object == whole.object) {
+        return "";
+    }
+    const LeftOut &may = left_out(subject);
+    const Json request = parse(run.request);
+    const Json object = parse(run.object);
+    const Json whole_object = parse(whole.object);
+    const cJSON *tail;
+    if (!splits(request.get(), object.get(), &tail)) {
+        return "the request's keys are not left as they were";
+    }
+    bool is_short = false;
+    while (
+        tail != nullptr && has(may.before, tail->string) &&
+        is_thinned(tail, cJSON_GetObjectItem(whole_object.get(), tail->string), may, &is_short)) {
+        tail = tail->next;
+    }
+    if (tail != nullptr) {
+        return is_failure(tail) ? "" : "what is told is neither a success nor a failure";
+    }
+    // Only a failure that was to be told anyhow has no memory to fall back on.
+    const bool is_owed =
+        how == FailingMemory::Fail::kOnce && subject.builder == nullptr && whole.succeeded(subject);
+    return is_owed ? "nothing is answered, though there is memory for it" : "";
+}
+
+} // namespace
+
+std::string damage(const Subject &subject, const SweepRun &run)
+{
+    if (subject.builder == nullptr && run.result != 0) {
+        return "the dispatcher returned " + std::to_string(run.result);
+    }
+    if (!run.is_idle) {
+        return "a lock is held";
+    }
+    if (run.blocks != 0) {
+        return std::to_string(run.blocks) + " blocks were not freed";
+    }
+    return run.is_json ? "" : "the object cannot be read back";
+}
+
+std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                           FailingMemory::Fail how)
+{
+    const LeftOut &may = left_out(subject);
+    std::string fault = damage(subject, run);
+    if (fault.empty()) {
+        fault = other_calls(run.calls, whole.calls);
+    }
+    if (!fault.empty()) {
+        return fault;
+    }
+    if (!run.succeeded(subject)) {
+        const auto change = std::find_if(run.calls.begin(), run.calls.end(), [&](const auto &call) {
+            return !is_question(call.function) &&
+                   (may.called == nullptr || call.function != may.called);
+        });
+        return change != run.calls.end() && whole.succeeded(subject)
+                   ? "a failure is told, though the device was changed: " + described(*change)
+                   : failure_verdict(subject, whole, run, how);
+    }
+    if (!whole.succeeded(subject)) {
+        return "a success is told of what fails";
+    }
+    if (run.kept != whole.kept && (may.keeps || !run.kept.empty())) {
+        return "a success is told, though something else is kept";
+    }
+    if (run.object == whole.object) {
+        return run.calls == whole.calls || !may.calls
+                   ? ""
+                   : "a success is told, though calls are missing";
+    }
+    bool is_short = false;
+    const Json object = parse(run.object);
+    const Json whole_object = parse(whole.object);
+    if (!is_thinned(object.get(), whole_object.get(), may, &is_short)) {
+        return "a success is told, though the reply is not whole";
+    }
+    const bool is_logged =
+        may.logged == nullptr ||
+        std::any_of(run.log.begin(), run.log.end(), [&](const recording_host::LogLine &line) {
+            return line.level == 3 && line.text.starts_with(may.logged);
+        });
+    return is_short && !is_logged ? "a list is short, and nothing in the log tells of it" : "";
+}
+
+std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                           const rich_device::Fault &fault)
+{
+    const std::string harm = damage(subject, run);
+    if (!harm.empty()) {
+        return harm;
+    }
+    // Up to the call that failed nothing may be different.
+    const std::string *failed = nullptr;
+    size_t counted = 0;
+    for (size_t at = 0; failed == nullptr; ++at) {
+        const std::string &function = whole.calls.at(at).function;
+        if (at >= run.calls.size() || !(run.calls[at] == whole.calls[at])) {
+            return "another call before the failure: " + described(whole.calls[at]);
+        }
+        if (rich_device::is_counted(function) && counted++ == fault.call) {
+            failed = &function;
+        }
+    }
+    const bool is_refusal = fault.result == -1 && !is_question(*failed) &&
+                            std::find(std::begin(kNotLookedAt), std::end(kNotLookedAt), *failed) ==
+                                std::end(kNotLookedAt);
+    const Json request = parse(run.request);
+    const Json object = parse(run.object);
+    // Of one refusal apps are told by a status of its own before the last one.
+    const cJSON *status = cJSON_GetObjectItem(object.get(), "Status");
+    const bool tells_of_failure =
+        cJSON_IsString(status) != 0 && std::string_view(status->valuestring) == "1";
+    if (is_refusal && run.succeeded(subject) && !tells_of_failure) {
+        return "a success is told of what the device refused: " + *failed;
+    }
+    if (subject.builder != nullptr) {
+        return "";
+    }
+    return undescribed(description_of(subject.command), request.get(), object.get());
+}
