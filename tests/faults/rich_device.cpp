@@ -1,8 +1,9 @@
 #include "rich_device.h"
 
-#include "device_fields.h"
 #include "failing_memory.h"
+#include "record_fields.h"
 #include "recording_device.h"
+#include "rich_values.h"
 #include "smart_router_service/host_agent.h"
 
 #include <algorithm>
@@ -19,148 +20,6 @@ namespace {
 
 using recording_device::Argument;
 
-// ---- The records -------------------------------------------------------------------------------
-
-struct Field {
-    std::type_index record;
-    std::string_view name;
-    size_t offset;
-    std::type_index type; // of an element, where it is an array
-    size_t width;         // of an element
-    size_t count;
-};
-
-template <class Member> struct Shape {
-    using Element = Member;
-    static constexpr size_t kCount = 1;
-};
-template <size_t width> struct Shape<char[width]> {
-    using Element = char[width];
-    static constexpr size_t kCount = 1;
-};
-template <class Entry, size_t count> struct Shape<Entry[count]> {
-    using Element = Entry;
-    static constexpr size_t kCount = count;
-};
-
-// All texts are of one type here, whatever their width.
-template <class Element> struct TypeOf {
-    using Type = Element;
-};
-template <size_t width> struct TypeOf<char[width]> {
-    using Type = char;
-};
-
-template <class Member>
-Field field_of(const std::type_info &record, std::string_view name, size_t offset)
-{
-    using Element = typename Shape<Member>::Element;
-    return {record,          name,
-            offset,          typeid(typename TypeOf<Element>::Type),
-            sizeof(Element), Shape<Member>::kCount};
-}
-
-const std::vector<Field> &fields_of(std::type_index record)
-{
-    static const auto kRecords = [] {
-#define FIELD(record, member)                                                                      \
-    field_of<decltype(record::member)>(typeid(record), #member, offsetof(record, member)),
-        std::map<std::type_index, std::vector<Field>> records;
-        for (const Field &field : {DEVICE_FIELDS(FIELD)}) {
-            records[field.record].push_back(field);
-        }
-#undef FIELD
-        return records;
-    }();
-    static const std::vector<Field> kNone;
-    const auto found = kRecords.find(record);
-    return found != kRecords.end() ? found->second : kNone;
-}
-
-// ---- What the device knows ---------------------------------------------------------------------
-
-Home home;
-
-// Values that lead on; every other field holds its own name.
-std::string text_for(std::string_view name)
-{
-    static const std::map<std::string_view, std::string> kTexts = {
-        {"AccessCode", "1"},
-        {"AccessTime", "1699990000"},
-        {"ConnectionState", "Connected"},
-        {"DevType", "Computer"},
-        {"Enable", "1"},
-        {"LinkStatus", "1"},
-        {"Mac", kBridgeMac},
-        {"NetStatus", "1"},
-        {"ParentMac", kBridgeMac},
-        {"SSIDIndex", "1"},
-        {"Type", "1"},
-        {"WiFiStatus1", "up"},
-        {"devapi_get_iotagtd_device_mac", kBridgeMac},
-        {"devapi_get_viewmac_by_mac", kBridgeMac},
-        {"devapi_get_wifi_fastroaming_enable", "1"},
-        {"ts_sys_mgr_get_brmac", kBridgeMac},
-    };
-    if (name == "AreaCode" || name == "devapi_get_basic_area_code") {
-        return home.area;
-    }
-    if (name == "devapi_get_devicemodel") {
-        return home.model;
-    }
-    const auto found = kTexts.find(name);
-    return found != kTexts.end() ? found->second : std::string(name);
-}
-
-// The parameters of a main router and two child routers.
-std::string parameter(std::string_view path)
-{
-    const auto ends_with = [&](std::string_view end) {
-        return path.ends_with(end);
-    };
-    if (ends_with("NumberOfEntries")) {
-        return "3";
-    }
-    if (ends_with("X_TS_ParentMACAddress")) {
-        return ends_with(".1.X_TS_ParentMACAddress") ? "" : kBridgeMac;
-    }
-    return ends_with("X_TS_Active") ? "1" : "3C:6A:D2:22:81:40";
-}
-
-// The width of a bare text whose size is not handed in.
-size_t width_for(std::string_view function)
-{
-    static const std::map<std::string_view, size_t> kWidths = {
-        {"devapi_get_greennet_enable", GREENNET_SWITCH_SIZE},
-        {"devapi_get_net_fault_info", 16},
-        {"devapi_get_viewmac_by_mac", VIEW_MAC_SIZE},
-        {"devapi_get_wifi_fastroaming_enable", 8},
-        {"devapi_topo_xml_getinfo", TOPO_VALUE_SIZE},
-        {"getmd5", HG_MD5_TEXT_SIZE},
-        {"mac_form_translate", HG_MAC_TEXT_SIZE},
-        {"ts_sys_mgr_get_brmac", HG_BRIDGE_MAC_SIZE},
-    };
-    return kWidths.at(function);
-}
-
-int32_t number_for(std::string_view function)
-{
-    return function == "devapi_get_Multi_Ap_enable" || function == "devapi_get_wifi_stactrl" ? 1
-                                                                                             : 2;
-}
-
-int32_t result_for(std::string_view function)
-{
-    if (function == "devapi_get_mesh_type") {
-        return 2;
-    }
-    return function == "devapi_get_hostindex_by_mac" ||
-                   function == "devapi_get_greennet_index_by_mac" ||
-                   function == "devapi_get_systerm_timetype"
-               ? 1
-               : 0;
-}
-
 // ---- A run -------------------------------------------------------------------------------------
 
 // What can go wrong in a call.
@@ -170,6 +29,7 @@ struct Call {
     std::vector<std::vector<int32_t>> numbers; // the values to try for each of them
 };
 
+Home home;
 Fault fault;
 bool is_endless;
 std::vector<Call> made;
@@ -216,12 +76,12 @@ class Pen {
     void record(std::type_index type, void *address)
     {
         std::vector<int32_t> values = {INT_MIN, -1, INT_MAX};
-        for (const Field &field : fields_of(type)) {
+        for (const RecordField &field : fields_of(type)) {
             if (field.count > 1) {
                 values.push_back(static_cast<int32_t>(field.count) + 1);
             }
         }
-        for (const Field &field : fields_of(type)) {
+        for (const RecordField &field : fields_of(type)) {
             const size_t entries = std::min<size_t>(field.count, 3);
             for (size_t at = 0; at < entries; ++at) {
                 entry(field, static_cast<char *>(address) + field.offset + at * field.width, at,
@@ -289,10 +149,10 @@ class Pen {
     }
 
   private:
-    void entry(const Field &field, char *place, size_t at, const std::vector<int32_t> &values)
+    void entry(const RecordField &field, char *place, size_t at, const std::vector<int32_t> &values)
     {
         if (field.type == typeid(char)) {
-            text(place, field.width, text_for(field.name));
+            text(place, field.width, text_for(field.name, home));
         } else if (field.type == typeid(int32_t) && field.count == 1) {
             number(*reinterpret_cast<int32_t *>(place), 2, values);
         } else if (field.type == typeid(int32_t) || field.type == typeid(int16_t)) {
@@ -341,7 +201,7 @@ void write(std::string_view function, std::initializer_list<Argument> arguments,
             pen.text(static_cast<char *>(place),
                      has_size ? static_cast<size_t>(next->number) : width_for(function),
                      function == "devapi_topo_xml_getinfo" ? parameter(text_at(*arguments.begin()))
-                                                           : text_for(function));
+                                                           : text_for(function, home));
         } else if (type == typeid(int32_t)) {
             pen.number(*static_cast<int32_t *>(place), number_for(function),
                        {INT_MIN, -1, GREENNET_MAX_HOSTS + 1, INT_MAX});

@@ -1,6 +1,6 @@
 // Failure as a dimension of every command and builder: each allocation fails in turn, and each call
 // of the device fails or misbehaves in every way. A failing case prints the line that repeats it
-// alone: the environment variable FAULT_CASE names it.
+// alone, also when the case ends the program: the environment variable FAULT_CASE names it.
 #include "handler_test.h"
 #include "sweep_run.h"
 
@@ -10,6 +10,10 @@
 #include <cstdlib>
 #include <map>
 #include <set>
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/common_interface_defs.h>
+#endif
 
 namespace {
 
@@ -32,6 +36,26 @@ class Figures : public testing::Environment {
 };
 const testing::Environment *const figures = testing::AddGlobalTestEnvironment(new Figures);
 
+// ---- The case that runs ------------------------------------------------------------------------
+
+std::string running;
+
+std::string repeating_line()
+{
+    const auto *test = testing::UnitTest::GetInstance()->current_test_info();
+    return "repeat: FAULT_CASE=" + running + ' ' + program_invocation_name +
+           " --gtest_filter=" + test->test_suite_name() + '.' + test->name();
+}
+
+#ifdef __SANITIZE_ADDRESS__
+void tell_last_case()
+{
+    if (!running.empty()) {
+        fprintf(stderr, "%s\n", repeating_line().c_str());
+    }
+}
+#endif
+
 // ---- Cases -------------------------------------------------------------------------------------
 
 class FaultTest : public testing::TestWithParam<Subject> {
@@ -39,6 +63,9 @@ class FaultTest : public testing::TestWithParam<Subject> {
     // Runs the subject untouched.
     void SetUp() override
     {
+#ifdef __SANITIZE_ADDRESS__
+        __sanitizer_set_death_callback(tell_last_case);
+#endif
         request = request_for(subject);
         ASSERT_NE(request, "") << "there is no rich request for " << subject.name;
         whole = sweep_run(subject, request, {}, {});
@@ -48,32 +75,30 @@ class FaultTest : public testing::TestWithParam<Subject> {
 
     void TearDown() override
     {
+        running.clear();
         EXPECT_TRUE(only == nullptr || cases > 0) << "this test has no such case";
         cases_run += cases;
         printf("%zu cases\n", cases);
     }
 
-    // Counts a case. Result: whether it is to be run.
+    // Begins a case. Result: whether it is to be run.
     bool is_wanted(const std::string &name)
     {
         const bool wanted = only == nullptr || name == only;
         cases += wanted;
+        running = name;
         return wanted;
     }
 
-    // Tells what is wrong with a case. Result: whether nothing is.
-    static bool holds(const std::string &name, const SweepRun &expected, const SweepRun &run,
-                      const std::string &verdict)
+    // Tells what is wrong with the case. Result: whether nothing is.
+    static bool holds(const SweepRun &expected, const SweepRun &run, const std::string &verdict)
     {
-        if (verdict.empty()) {
-            return true;
+        if (!verdict.empty()) {
+            ADD_FAILURE() << verdict << "\n  with it: " << run.object.substr(0, 2000)
+                          << "\n  without: " << expected.object.substr(0, 2000) << "\n  "
+                          << repeating_line();
         }
-        const auto *test = testing::UnitTest::GetInstance()->current_test_info();
-        ADD_FAILURE() << verdict << "\n  with " << name << ": " << run.object.substr(0, 2000)
-                      << "\n  without: " << expected.object.substr(0, 2000)
-                      << "\n  repeat: FAULT_CASE=" << name << ' ' << program_invocation_name
-                      << " --gtest_filter=" << test->test_suite_name() << '.' << test->name();
-        return false;
+        return verdict.empty();
     }
 
     const Subject &subject = GetParam();
@@ -97,8 +122,7 @@ class MemoryFaultTest : public FaultTest {
                     continue;
                 }
                 const SweepRun run = sweep_run(subject, of_request, memory, device);
-                if (!holds(name + memory.name(), sufficing, run,
-                           memory_verdict(subject, sufficing, run, how))) {
+                if (!holds(sufficing, run, memory_verdict(subject, sufficing, run, how))) {
                     return;
                 }
             }
@@ -131,7 +155,7 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
             continue;
         }
         const SweepRun run = sweep_run(subject, request, {}, fault);
-        if (!holds(fault.name(), whole, run, device_verdict(subject, whole, run, fault))) {
+        if (!holds(whole, run, device_verdict(subject, whole, run, fault))) {
             return;
         }
     }

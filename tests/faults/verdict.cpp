@@ -1,66 +1,12 @@
 #include "described_reply.h"
 #include "handler_test.h"
+#include "leeway.h"
 #include "sweep_run.h"
 
 #include <algorithm>
 #include <sstream>
 
 namespace {
-
-// ---- What a command may leave out when memory ends ---------------------------------------------
-
-struct LeftOut {
-    const char *name; // of the command or builder
-    const char *why;
-    std::vector<std::string_view> keys = {};  // that may be missing
-    std::vector<std::string_view> lists = {}; // that may be short of elements
-    const char *logged = nullptr;             // what the log says of a list that is
-    std::vector<std::string_view> added = {}; // keys that tell of it
-    const char *called = nullptr; // the change of the device that goes before what fails
-    std::vector<std::string_view> before = {}; // keys that stay before a failure
-    bool keeps = true;                         // whether what is kept elsewhere has to be there
-    bool calls = true;                         // whether every call has to be made
-};
-
-const LeftOut kLeftOut[] = {
-    {.name = "GET_GREENNET_DEVICE_LIST",
-     .why = "an entry without memory is skipped, and the log tells of it",
-     .lists = {"DeviceList"},
-     .logged = "cJSON_CreateObject error\n"},
-    {.name = "GET_PORT_STATISTICS",
-     .why = "an entry without memory is skipped",
-     .lists = {"port_stat_list"}},
-    {.name = "GET_PORT_BINDING",
-     .why = "an entry without memory is skipped",
-     .lists = {"port_stat_list"}},
-    {.name = "GET_QOS_INFO",
-     .why =
-         "an application without memory is skipped; so is a rule, and the reply tells of it; what "
-         "stands before a list without memory stays",
-     .lists = {"app_info_list", "classification_info_list"},
-     .added = {"Status", "FailReason"},
-     .before = {"Enable", "app_info_list"}},
-    {.name = "GET_TSLINK_TOPOLOGY_INFO",
-     .why =
-         "the parts of the report stand for themselves: a key that is not there, a reason in the "
-         "place of the devices, a line in the log for a child router or station",
-     .keys = {"MeshInfo", "ChildInfo", "MainBaseInfo", "ChildRouter"},
-     .lists = {"ChildRouter", "ChildBaseInfo"},
-     .logged = "create child_",
-     .added = {"FailReason"}},
-    {.name = "GET_UPDATE_STATUS",
-     .why = "without the array the child routers' key is left out",
-     .keys = {"ChildRouter"}},
-    {.name = "RESPONSE_ROUTER_VERSION",
-     .why = "a report that cannot be printed is not kept for the agent",
-     .keeps = false},
-    {.name = "SET_GREENNET_DEVICE_LIST",
-     .why = "restrictions are switched on before the list is made",
-     .called = "devapi_set_greenaccess_enable"},
-    {.name = "UPDATE_IMMEDIATE",
-     .why = "the rules that come with an image that failed make up for it",
-     .calls = false},
-};
 
 // The changes whose result nobody looks at.
 constexpr std::string_view kNotLookedAt[] = {
@@ -69,15 +15,6 @@ constexpr std::string_view kNotLookedAt[] = {
     "devapi_flash_update_image",
 };
 
-const LeftOut &left_out(const Subject &subject)
-{
-    static const LeftOut kNothing = {.name = "", .why = ""};
-    const std::string &name = subject.builder != nullptr ? subject.name : subject.command;
-    const auto *found = std::find_if(std::begin(kLeftOut), std::end(kLeftOut),
-                                     [&](const LeftOut &row) { return row.name == name; });
-    return found != std::end(kLeftOut) ? *found : kNothing;
-}
-
 template <class List> bool has(const List &list, std::string_view name)
 {
     return std::find(list.begin(), list.end(), name) != list.end();
@@ -85,7 +22,7 @@ template <class List> bool has(const List &list, std::string_view name)
 
 // Whether the item is what the whole one is, but for what may be left out. Sets *is_short when a
 // list is short of an element.
-bool is_thinned(const cJSON *item, const cJSON *whole, const LeftOut &may, bool *is_short)
+bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may, bool *is_short)
 {
     if (item->type % 256 != whole->type % 256) {
         return false;
@@ -178,8 +115,28 @@ bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
     return item == nullptr || cJSON_GetObjectItem(request, item->string) == nullptr;
 }
 
+// Whether one of the replies of the command gives the reason, or gives the device's own.
+bool knows_reason(const cJSON *description, std::string_view reason)
+{
+    const cJSON *reply;
+    cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
+    {
+        const cJSON *key;
+        cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, "keys"))
+        {
+            const cJSON *name = cJSON_GetObjectItem(key, "key");
+            const cJSON *text = cJSON_GetObjectItem(key, "text");
+            if (std::string_view(name->valuestring) == "FailReason" &&
+                (text == nullptr || text->valuestring == reason)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 // Whether the items are a failure's: its status, with a reason or, where there is none, alone.
-bool is_failure(const cJSON *item)
+bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
 {
     const auto take = [&item](std::string_view key, std::string_view text) {
         const bool is_there = item != nullptr && item->string == key && cJSON_IsString(item) != 0 &&
@@ -191,8 +148,10 @@ bool is_failure(const cJSON *item)
     if (!take("Status", "1")) {
         return false;
     }
-    take("FailReason", "");
-    return item == nullptr;
+    const cJSON *reason = item;
+    return item == nullptr || (take("FailReason", "") && item == nullptr &&
+                               (description == nullptr || has(may.reasons, reason->valuestring) ||
+                                knows_reason(description, reason->valuestring)));
 }
 
 // What is wrong with the reply to a command, or the end of a builder, that failed.
@@ -202,7 +161,7 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
     if (run.object == whole.object) {
         return "";
     }
-    const LeftOut &may = left_out(subject);
+    const Leeway &may = leeway_of(subject);
     const Json request = parse(run.request);
     const Json object = parse(run.object);
     const Json whole_object = parse(whole.object);
@@ -217,7 +176,9 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
         tail = tail->next;
     }
     if (tail != nullptr) {
-        return is_failure(tail) ? "" : "what is told is neither a success nor a failure";
+        return is_failure(tail, description_of(subject.command), may)
+                   ? ""
+                   : "what is told is neither a success nor a failure";
     }
     // Only a failure that was to be told anyhow has no memory to fall back on.
     const bool is_owed =
@@ -244,7 +205,7 @@ std::string damage(const Subject &subject, const SweepRun &run)
 std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            FailingMemory::Fail how)
 {
-    const LeftOut &may = left_out(subject);
+    const Leeway &may = leeway_of(subject);
     std::string fault = damage(subject, run);
     if (fault.empty()) {
         fault = other_calls(run.calls, whole.calls);
@@ -312,6 +273,10 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     const Json object = parse(run.object);
     // Of one refusal apps are told by a status of its own before the last one.
     const cJSON *status = cJSON_GetObjectItem(object.get(), "Status");
+    if (fault.result == -1 && fault.written == rich_device::Written::kBrim &&
+        is_question(*failed) && run.object.find("99999999") != std::string::npos) {
+        return "the reply shows what a failed call left: " + *failed;
+    }
     const bool tells_of_failure =
         cJSON_IsString(status) != 0 && std::string_view(status->valuestring) == "1";
     if (is_refusal && run.succeeded(subject) && !tells_of_failure) {
