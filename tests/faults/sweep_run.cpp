@@ -34,6 +34,15 @@ std::vector<recording_device::Call> comparable_calls()
     return calls;
 }
 
+// So that no later run waits for a lock that this one has kept.
+void release_locks()
+{
+    for (pthread_mutex_t *lock : {&setwifilistlock, &downimagelock}) {
+        pthread_mutex_trylock(lock);
+        pthread_mutex_unlock(lock);
+    }
+}
+
 bool reads_back(const std::string &text)
 {
     const Json again(cJSON_ParseWithLength(text.data(), text.size()));
@@ -76,6 +85,7 @@ SweepRun sweep_run(const Subject &subject, const std::string &request,
     run.calls = comparable_calls();
     run.log = recording_host::log_lines();
     run.is_idle = control.is_idle();
+    release_locks();
     run.is_json = reads_back(run.object);
     object.reset();
     run.blocks = memory.blocks();
