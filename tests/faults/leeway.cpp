@@ -20,6 +20,7 @@ const Leeway kLeeways[] = {
          "an application without memory is skipped; so is a rule, of which the reply tells; what "
          "stands before a list without memory stays",
      .lists = {"app_info_list", "classification_info_list"},
+     .told = {"classification_info_list"},
      .added = {"Status", "FailReason"},
      .before = {"Enable", "app_info_list"}},
     {.name = "GET_TSLINK_TOPOLOGY_INFO",

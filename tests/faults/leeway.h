@@ -14,7 +14,8 @@ struct Leeway {
     Names keys = {};              // that may be missing
     Names lists = {};             // that may be short of elements
     const char *logged = nullptr; // what the log then says, where it has to say something
-    Names added = {};             // keys that then tell of it
+    Names told = {};              // of the lists, those of which an added key then tells
+    Names added = {};             // keys that tell of what is left out
     Names before = {};            // keys that stay before a failure
     Names reasons = {};           // that are given of memory alone
     const char *called = nullptr; // the change of the device that goes before what fails

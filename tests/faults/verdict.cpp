@@ -20,9 +20,10 @@ template <class List> bool has(const List &list, std::string_view name)
     return std::find(list.begin(), list.end(), name) != list.end();
 }
 
-// Whether the item is what the whole one is, but for what may be left out. Sets *is_short when a
-// list is short of an element.
-bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may, bool *is_short)
+// Whether the item is what the whole one is, but for what may be left out. Names the lists that are
+// short of an element.
+bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may,
+                Leeway::Names &short_lists)
 {
     if (item->type % 256 != whole->type % 256) {
         return false;
@@ -42,11 +43,11 @@ bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may, bool *
         }
         const bool is_same = at != nullptr &&
                              (is_list || std::string_view(at->string) == other->string) &&
-                             is_thinned(at, other, may, is_short);
+                             is_thinned(at, other, may, short_lists);
         if (is_same) {
             at = at->next;
         } else if (is_list && may_be_short) {
-            *is_short = true;
+            short_lists.push_back(whole->string);
         } else if (is_list || !has(may.keys, other->string)) {
             return false;
         }
@@ -154,6 +155,14 @@ bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
                                 knows_reason(description, reason->valuestring)));
 }
 
+// Whether a failure's status stands in the object, be it before one that tells of a success: some
+// commands have both.
+bool tells_of_failure(const cJSON *object)
+{
+    const char *status = cJSON_GetStringValue(cJSON_GetObjectItem(object, "Status"));
+    return status != nullptr && std::string_view(status) == "1";
+}
+
 // What is wrong with the reply to a command, or the end of a builder, that failed.
 std::string failure_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                             FailingMemory::Fail how)
@@ -169,16 +178,16 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
     if (!splits(request.get(), object.get(), &tail)) {
         return "the request's keys are not left as they were";
     }
-    bool is_short = false;
+    Leeway::Names short_lists;
     while (
         tail != nullptr && has(may.before, tail->string) &&
-        is_thinned(tail, cJSON_GetObjectItem(whole_object.get(), tail->string), may, &is_short)) {
+        is_thinned(tail, cJSON_GetObjectItem(whole_object.get(), tail->string), may, short_lists)) {
         tail = tail->next;
     }
     if (tail != nullptr) {
         return is_failure(tail, description_of(subject.command), may)
                    ? ""
-                   : "what is told is neither a success nor a failure";
+                   : "what is told is neither a success nor a failure of this command";
     }
     // Only a failure that was to be told anyhow has no memory to fall back on.
     const bool is_owed =
@@ -233,10 +242,10 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
                    ? ""
                    : "a success is told, though calls are missing";
     }
-    bool is_short = false;
+    Leeway::Names short_lists;
     const Json object = parse(run.object);
     const Json whole_object = parse(whole.object);
-    if (!is_thinned(object.get(), whole_object.get(), may, &is_short)) {
+    if (!is_thinned(object.get(), whole_object.get(), may, short_lists)) {
         return "a success is told, though the reply is not whole";
     }
     const bool is_logged =
@@ -244,7 +253,15 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
         std::any_of(run.log.begin(), run.log.end(), [&](const recording_host::LogLine &line) {
             return line.level == 3 && line.text.starts_with(may.logged);
         });
-    return is_short && !is_logged ? "a list is short, and nothing in the log tells of it" : "";
+    if (!short_lists.empty() && !is_logged) {
+        return "a list is short, and nothing in the log tells of it";
+    }
+    const bool is_to_be_told =
+        std::any_of(short_lists.begin(), short_lists.end(),
+                    [&](std::string_view list) { return has(may.told, list); });
+    return is_to_be_told && !tells_of_failure(object.get())
+               ? "a list is short, and nothing in the reply tells of it"
+               : "";
 }
 
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
@@ -271,15 +288,11 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
                                 std::end(kNotLookedAt);
     const Json request = parse(run.request);
     const Json object = parse(run.object);
-    // Of one refusal apps are told by a status of its own before the last one.
-    const cJSON *status = cJSON_GetObjectItem(object.get(), "Status");
     if (fault.result == -1 && fault.written == rich_device::Written::kBrim &&
         is_question(*failed) && run.object.find("99999999") != std::string::npos) {
         return "the reply shows what a failed call left: " + *failed;
     }
-    const bool tells_of_failure =
-        cJSON_IsString(status) != 0 && std::string_view(status->valuestring) == "1";
-    if (is_refusal && run.succeeded(subject) && !tells_of_failure) {
+    if (is_refusal && run.succeeded(subject) && !tells_of_failure(object.get())) {
         return "a success is told of what the device refused: " + *failed;
     }
     if (subject.builder != nullptr) {
