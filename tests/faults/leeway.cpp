@@ -1,7 +1,5 @@
 #include "leeway.h"
 
-#include <algorithm>
-
 namespace {
 
 const Leeway kLeeways[] = {
@@ -50,6 +48,9 @@ const Leeway kLeeways[] = {
      .why = "an address that cannot be copied is none; the rules beside an image make up for it",
      .reasons = {"url is null"},
      .calls = false},
+    {.name = "UPDATE_IMMEDIATE_of_an_image",
+     .why = "an address that cannot be copied is none",
+     .reasons = {"url is null"}},
 };
 
 } // namespace
@@ -57,7 +58,12 @@ const Leeway kLeeways[] = {
 const Leeway &leeway_of(const Subject &subject)
 {
     static const Leeway kNone = {.name = "", .why = ""};
-    const auto *found = std::find_if(std::begin(kLeeways), std::end(kLeeways),
-                                     [&](const auto &row) { return row.name == subject.command; });
-    return found != std::end(kLeeways) ? *found : kNone;
+    for (const std::string &name : {subject.name, subject.command}) {
+        for (const Leeway &row : kLeeways) {
+            if (row.name == name) {
+                return row;
+            }
+        }
+    }
+    return kNone;
 }

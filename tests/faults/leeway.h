@@ -9,7 +9,7 @@
 struct Leeway {
     using Names = std::vector<std::string_view>;
 
-    const char *name; // of the command
+    const char *name; // of the subject, or else of its command
     const char *why;
     Names keys = {};              // that may be missing
     Names lists = {};             // that may be short of elements

@@ -25,12 +25,14 @@ const std::map<std::string_view, const char *> kRequests = {
     {"SET_GREENNET_PROTECT_PERIOD_LIST", R"({"Mac":"72:9B:E0:46:D8:15","Sleep":[
         {"StartTime":"21:00","EndTime":"06:30","Enable":"0","DaysOfWeek":"12345"},
         {"StartTime":"13:00","EndTime":"14:30","Enable":"1","DaysOfWeek":"67"}]})"},
+    {"SET_GREENNET_DEVICE_LIST_of_none", R"({"DeviceList":[]})"},
     {"SET_HG_GUEST_SSID", R"({"Enable":"1","SSID":"guests","Band":"2.4GHz","PWD":"welcome-2026",
         "ENCRYPT":"WPA2","ContinueTime":"2","HourTime":"3","EndTimestamp":"7","Mode":"bgn",
         "AdvertisementEnable":"1"})"},
     {"SET_QOS_CLASSIFICATION_INFO", R"({"Id":"0","Action":"1","Name":"Backup","PriorityLevel":"8",
         "type_list":[{"Type":"DPORT","Min":"873","Max":"873"},
         {"Type":"SIP","Min":"10.0.0.1","Max":"10.0.0.9"}]})"},
+    {"SET_QOS_CLASSIFICATION_INFO_to_delete", R"({"Id":"3","Action":"2"})"},
     {"SET_ROUTE_WAN_INFO", R"({"WANName":"Voice","SERVICELIST":"VOIP","ADDRESSTYPE":"Static",
         "IPADDRESS":"172.24.9.20","SUBNETMASK":"255.255.255.0","GATEWAY":"172.24.9.1",
         "DNS1":"172.24.9.53","DNS2":"172.24.9.54","IPV6_IPADDRESS":"2001:db8::20",
@@ -51,6 +53,7 @@ const std::map<std::string_view, const char *> kRequests = {
         {"Enable":"1","StartTime":"23:00","EndTime":"06:30","DaysOfWeek":"1,2,3,4,5"},
         {"Enable":"1","StartTime":"13:00","EndTime":"14:30","DaysOfWeek":"6,7"}]})"},
     {"UPDATE_IMMEDIATE", R"({"Image":{"UpdateUrl":"http://u"},"Dpi":{},"DpiHttp":{}})"},
+    {"UPDATE_IMMEDIATE_of_an_image", R"({"Image":{"UpdateUrl":"http://u"}})"},
     {"parse_wifi_set_info_from_json", R"({"SSIDIndex":"5","SSID":"home-5G","PowerLevel":"100",
         "Channel":"36","Enable":"1","PWD":"correct horse"})"},
 };
@@ -105,25 +108,32 @@ std::vector<Subject> make_subjects()
 #define ADD_COMMAND(name, handler) list.push_back({name, name});
     SMART_ROUTER_COMMANDS(ADD_COMMAND)
 #undef ADD_COMMAND
+    // What else leads another way.
     list.push_back(
         {"GET_TSLINK_TOPOLOGY_INFO_of_operators", "GET_TSLINK_TOPOLOGY_INFO", nullptr, kOperators});
-#define ADD_BUILDER(name, run) list.push_back({name, "", run});
-    ADD_BUILDER("json_msg_notice_to_app", send_notice)
-    ADD_BUILDER("pthread_hg_image_upgrade", upgrade)
-    ADD_BUILDER("json_get_home_page_info", build_home_page)
-    ADD_BUILDER("parse_wifi_set_info_from_json", parse_setting)
-    ADD_BUILDER("json_get_router_sta_info", list_stations)
-#undef ADD_BUILDER
-    // The reports of the mesh come in more than one form.
-#define ADD_REPORT(name)                                                                           \
-    list.push_back({#name, "", run_builder<name>});                                                \
-    list.push_back({#name "_of_operators", "", run_builder<name>, kOperators});                    \
-    list.push_back({#name "_on_a_small_page", "", run_builder<name>, kSmallPage});
-    ADD_REPORT(json_get_main_router_info)
-    ADD_REPORT(json_get_main_router_baseinfo)
-    ADD_REPORT(json_get_topo_router_info)
-    ADD_REPORT(json_get_topo_router_agent_info_bynewmethod)
-#undef ADD_REPORT
+    list.push_back({"SET_GREENNET_DEVICE_LIST_of_none", "SET_GREENNET_DEVICE_LIST"});
+    list.push_back({"SET_QOS_CLASSIFICATION_INFO_to_delete", "SET_QOS_CLASSIFICATION_INFO"});
+    list.push_back({"UPDATE_IMMEDIATE_of_an_image", "UPDATE_IMMEDIATE"});
+
+    const auto add_builder = [&](const char *name, Builder builder, rich_device::Home home = {}) {
+        list.push_back({name, "", builder, home});
+    };
+    add_builder("json_msg_notice_to_app", send_notice);
+    add_builder("pthread_hg_image_upgrade", upgrade);
+    add_builder("json_get_home_page_info", build_home_page);
+    add_builder("parse_wifi_set_info_from_json", parse_setting);
+    add_builder("json_get_main_router_info", run_builder<json_get_main_router_info>);
+    add_builder("json_get_main_router_info_on_a_small_page", run_builder<json_get_main_router_info>,
+                kSmallPage);
+    add_builder("json_get_main_router_baseinfo", run_builder<json_get_main_router_baseinfo>);
+    add_builder("json_get_topo_router_info", run_builder<json_get_topo_router_info>);
+    add_builder("json_get_topo_router_info_on_a_small_page", run_builder<json_get_topo_router_info>,
+                kSmallPage);
+    add_builder("json_get_topo_router_agent_info_bynewmethod",
+                run_builder<json_get_topo_router_agent_info_bynewmethod>);
+    add_builder("json_get_topo_router_agent_info_bynewmethod_of_operators",
+                run_builder<json_get_topo_router_agent_info_bynewmethod>, kOperators);
+    add_builder("json_get_router_sta_info", list_stations);
     return list;
 }
 
@@ -154,9 +164,11 @@ const cJSON *description_of(const std::string &command)
 
 std::string request_for(const Subject &subject)
 {
-    const auto written = kRequests.find(subject.builder ? subject.name : subject.command);
-    if (written != kRequests.end()) {
-        return written->second;
+    for (const std::string &name : {subject.name, subject.command}) {
+        const auto written = kRequests.find(name);
+        if (written != kRequests.end()) {
+            return written->second;
+        }
     }
     if (subject.builder != nullptr) {
         return "{}";

@@ -14,7 +14,7 @@
 using Builder = int32_t (*)(cJSON *object, std::string &kept);
 
 struct Subject {
-    std::string name;    // in the tests' names: the command's or the builder's, and the home's
+    std::string name;    // in the tests' names: the command's or builder's, and what is different
     std::string command; // empty for a builder
     Builder builder = nullptr;
     rich_device::Home home = {};
