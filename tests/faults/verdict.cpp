@@ -222,6 +222,10 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
     if (!fault.empty()) {
         return fault;
     }
+    const Json kept(cJSON_Parse(run.kept.c_str()));
+    if (!run.kept.empty() && run.kept != whole.kept && print(kept.get()) != run.object) {
+        return "what is kept is not what is told";
+    }
     if (!run.succeeded(subject)) {
         const auto change = std::find_if(run.calls.begin(), run.calls.end(), [&](const auto &call) {
             return !is_question(call.function) &&
