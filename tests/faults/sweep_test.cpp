@@ -1,6 +1,7 @@
 // Failure as a dimension of every command and builder: each allocation fails in turn, and each call
 // of the device fails or misbehaves in every way. A failing case prints the line that repeats it
 // alone, also when the case ends the program: the environment variable FAULT_CASE names it.
+#include "device_functions.h"
 #include "handler_test.h"
 #include "sweep_run.h"
 
@@ -116,6 +117,7 @@ class MemoryFaultTest : public FaultTest {
     {
         const SweepRun sufficing = sweep_run(subject, of_request, {}, device);
         allocations_swept += sufficing.allocations;
+        printf("%s%zu allocations\n", name.c_str(), sufficing.allocations);
         for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
             for (size_t first = 0; first < sufficing.allocations; ++first) {
                 const MemoryFault memory = {first, how};
@@ -192,6 +194,10 @@ bool has_all(const cJSON *object, const cJSON *keys, std::string &why)
     return true;
 }
 
+#define NAME_OF(result, name, parameters, arguments) #name,
+constexpr const char *kDeviceFunctions[] = {DEVICE_FUNCTIONS(NAME_OF)};
+#undef NAME_OF
+
 // The longest way through a command is the one on which everything can fail.
 TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
 {
@@ -207,6 +213,13 @@ TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
         EXPECT_TRUE(subject.name != subject.command ||
                     has_all(parse(request).get(), cJSON_GetObjectItem(description, "request"), why))
             << subject.name << ":" << why;
+    }
+    std::set<std::string> all;
+    for (const auto &[command, functions] : made) {
+        all.insert(functions.begin(), functions.end());
+    }
+    for (const char *function : kDeviceFunctions) {
+        EXPECT_EQ(all.count(function), 1U) << function << " is not swept";
     }
     for (const Subject &subject : subjects()) {
         const cJSON *call;
