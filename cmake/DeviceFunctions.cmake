@@ -2,6 +2,10 @@
 # exist once for every device function is not written once for every device function:
 #
 #   DEVICE_FUNCTIONS(FUNCTION)  expands FUNCTION(result, name, (parameters), (arguments)) for each.
+#
+# and the records' fields into generated/device_fields.h:
+#
+#   DEVICE_FIELDS(FIELD)        expands FIELD(record, field) for each that is no pointer.
 set(device_header ${PROJECT_SOURCE_DIR}/smart_router_service/include/smart_router_service/device_access.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${device_header})
 
@@ -30,6 +34,17 @@ file(CONFIGURE OUTPUT ${generated_dir}/device_functions.h CONTENT
 #pragma once
 
 #define DEVICE_FUNCTIONS(FUNCTION)@rows@
+" @ONLY)
+
+string(REGEX MATCHALL "\nDEVAPI_RECORD_FIELD\\([A-Za-z0-9_]+,[ \n]*[A-Za-z0-9_]+" fields "${device_text}")
+list(TRANSFORM fields REPLACE "\nDEVAPI_RECORD_FIELD\\(([A-Za-z0-9_]+),[ \n]*" " \\\\\n    FIELD(\\1, ")
+list(TRANSFORM fields APPEND ")")
+list(JOIN fields "" rows)
+file(CONFIGURE OUTPUT ${generated_dir}/device_fields.h CONTENT
+"// Made from device_access.h.
+#pragma once
+
+#define DEVICE_FIELDS(FIELD)@rows@
 " @ONLY)
 
 add_library(device_functions INTERFACE)
