@@ -124,6 +124,29 @@ TEST_F(RouterMemoryTest, OfChildRoutersAddsNothing)
                         {"{}", "create childinfo_json err"}}));
 }
 
+TEST_F(RouterMemoryTest, OfWhatOnlyTheRecordKnowsAddsNothing)
+{
+    const auto unknown_to_the_topology = [] {
+        prepare();
+        node_is({});
+        attached_are({});
+    };
+    const size_t router = 1 + 2 * (6 + 13 + 2 + 1);
+    EXPECT_EQ(sweep(json_get_topo_router_info, unknown_to_the_topology, 1 + 1 + router + (1 + 1)),
+              (Outcomes{{"{}", ""}, {"{}", "create childinfo_json err"}}));
+}
+
+TEST_F(RouterMemoryTest, OfChildRoutersInBriefAddsNothing)
+{
+    const auto in_brief = [] {
+        prepare();
+        area_code_is("th_olv");
+    };
+    EXPECT_EQ(sweep(json_get_topo_router_info, in_brief,
+                    1 + 1 + (1 + 2 * 6) + (1 + 1 + 2 * (1 + 2 * 15))),
+              (Outcomes{{"{}", ""}, {"{}", "create childinfo_json err"}}));
+}
+
 // ---- The tree of parameters --------------------------------------------------------------------
 
 class TreeMemoryTest : public RouterMemoryTest {
@@ -157,6 +180,18 @@ TEST_F(TreeMemoryTest, OfChildRoutersAddsNothing)
 {
     EXPECT_EQ(
         sweep(json_get_topo_router_agent_info_bynewmethod, two_entries,
+              1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
+        (Outcomes{{"{}", "create childinfo_json err"}, {"{}", "cjson create array failed\n"}}));
+}
+
+TEST_F(TreeMemoryTest, OfRoutersBelowAChildRouterAddsNothing)
+{
+    const auto below = [] {
+        two_entries();
+        bridge_mac_is("bridge");
+    };
+    EXPECT_EQ(
+        sweep(json_get_topo_router_agent_info_bynewmethod, below,
               1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
         (Outcomes{{"{}", "create childinfo_json err"}, {"{}", "cjson create array failed\n"}}));
 }
