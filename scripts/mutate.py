@@ -48,7 +48,7 @@ PRESET = {
     "sanitized": [],
 }
 # Seconds of processor time, and bytes, for one run of a program. The sanitizers need more of both.
-LIMITS = {"plain": f"ulimit -t 30 -v {4 << 20}", "sanitized": "ulimit -t 120"}
+LIMITS = {"plain": f"ulimit -t 10; ulimit -v {4 << 20}", "sanitized": "ulimit -t 60"}
 # The one unit that reads the table. Of the others only prototypes change, which make no code.
 TABLE, READER = "commands.h", "processjsonability.cpp"
 # So often in a row all threads are found asleep, and no time used, before they count as stuck.
