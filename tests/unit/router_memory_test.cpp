@@ -124,6 +124,17 @@ TEST_F(RouterMemoryTest, OfChildRoutersAddsNothing)
                         {"{}", "create childinfo_json err"}}));
 }
 
+TEST_F(RouterMemoryTest, OfTheListOfChildRoutersAsksNoDevice)
+{
+    const Json object = parse("{}");
+    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
+        const FailingMemory memory(0, how);
+        EXPECT_EQ(json_get_topo_router_info(object.get()), -1);
+    }
+    EXPECT_EQ(print(object.get()), "{}");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
 TEST_F(RouterMemoryTest, OfWhatOnlyTheRecordKnowsAddsNothing)
 {
     const auto unknown_to_the_topology = [] {
@@ -182,6 +193,20 @@ TEST_F(TreeMemoryTest, OfChildRoutersAddsNothing)
         sweep(json_get_topo_router_agent_info_bynewmethod, two_entries,
               1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
         (Outcomes{{"{}", "create childinfo_json err"}, {"{}", "cjson create array failed\n"}}));
+}
+
+TEST_F(TreeMemoryTest, OfAChildRouterEndsTheWalk)
+{
+    two_entries();
+    const Json object = parse("{}");
+    {
+        const FailingMemory memory(1, FailingMemory::Fail::kOnce); // the list takes the first
+        EXPECT_EQ(json_get_topo_router_agent_info_bynewmethod(object.get()), -1);
+    }
+    EXPECT_EQ(print(object.get()), "{}");
+    EXPECT_EQ(last_error(), "create childinfo_json err");
+    EXPECT_EQ(given_to("devapi_get_node_dev_info_by_newmetod", 0).size(), 1u);
+    EXPECT_EQ(recording_device::called_functions().back(), "devapi_get_node_dev_info_by_newmetod");
 }
 
 TEST_F(TreeMemoryTest, OfRoutersBelowAChildRouterAddsNothing)
