@@ -121,7 +121,7 @@ TEST_F(HandlerResultTest, TellsSuccessFromFailure)
         expect_result(handler, Request({}));
         for (const auto &[key, value] : handler.request.keys()) {
             expect_result(handler, handler.request.without(key));
-            for (const char *other : {"7", "[]", "{}", R"("0")"}) {
+            for (const char *other : {"7", "{}", R"("0")"}) {
                 expect_result(handler, handler.request.with(key, other));
             }
         }
