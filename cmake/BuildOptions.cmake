@@ -26,7 +26,10 @@ if(SMART_ROUTER_SANITIZERS)
         -fsanitize=${SMART_ROUTER_SANITIZERS} ${options})
 endif()
 if(SMART_ROUTER_COVERAGE)
-    target_link_options(test_instrumentation INTERFACE --coverage)
-    target_link_options(instrumentation INTERFACE --coverage)
-    target_compile_options(instrumentation INTERFACE --coverage)
+    # A test that includes a header of the plug-in brings its functions along, and the linker may take
+    # that copy of them: it has to count as well.
+    foreach(counted instrumentation test_instrumentation)
+        target_link_options(${counted} INTERFACE --coverage)
+        target_compile_options(${counted} INTERFACE --coverage)
+    endforeach()
 endif()

@@ -185,6 +185,18 @@ TEST_F(TopologyMemoryTest, OfTheMainRouterWithItsChildren)
               kRouterAllocations + 1 + 2 * 3 + 1 + 2 * kDeviceAllocations);
 }
 
+TEST_F(TopologyMemoryTest, OfTheReasonAlone)
+{
+    const auto no_router = [] {
+        when<devapi_get_hg_base_info>([](HgBaseInfo *) { return -1; });
+    };
+    const auto act = [](cJSON *object) {
+        const int32_t answer = json_get_hg_base_info_copy(object);
+        EXPECT_EQ(answer, object->child == nullptr ? -1 : 0);
+    };
+    EXPECT_EQ(sweep(act, "{}", no_router, {{"{}", {}}}, {{"{}", {}}}), 2u);
+}
+
 TEST_F(TopologyMemoryTest, OfTheMainRouterWithItsLinks)
 {
     prepare_operators_model();
