@@ -146,6 +146,15 @@ TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNoHostOrCannotBegin)
     }
 }
 
+TEST_F(HandlerResultTest, IsMinusOneForAListWhoseLengthIsNotKnown)
+{
+    const Json object = parse("{}");
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_device::when<devapi_get_ssid_num>([=](int32_t *) { return failure; });
+        EXPECT_EQ(json_get_wifi_list_info(object.get()), -1);
+    }
+}
+
 TEST_F(HandlerResultTest, IsMinusOneWithoutMemory)
 {
     for (const Handler &handler : kHandlers) {
