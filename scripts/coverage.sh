@@ -7,10 +7,9 @@ cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 programs=(unit unit_mesh unit_threads)
 cmake --preset coverage >/dev/null
-cmake --build --preset coverage --target "${programs[@]}" -- --quiet
-
 # What earlier runs and earlier sources have counted says nothing about this run.
 find build/coverage -name '*.gcda' -delete
+cmake --build --preset coverage --target "${programs[@]}" -- --quiet
 for program in "${programs[@]}"; do
     "build/coverage/bin/$program" --gtest_brief=1
 done

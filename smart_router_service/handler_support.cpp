@@ -137,8 +137,8 @@ void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
     }
 }
 
-// A text item with room for so many bytes, to be written by the caller, and the NUL behind them; null
-// when memory ran out.
+// A text item with room for so many bytes, to be written by the caller, and the NUL behind them;
+// null when memory ran out.
 static cJSON *create_text(size_t size)
 {
     cJSON *item = cJSON_CreateNull();

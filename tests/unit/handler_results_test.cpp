@@ -98,14 +98,13 @@ class HandlerResultTest : public HandlerTest {
   protected:
     static void prepare()
     {
-        recording_device::when<devapi_get_hostindex_by_mac>([](const char *, int32_t *index) {
+        recording_device::when<devapi_get_greennet_index_by_mac>([](const char *, int32_t *index) {
             *index = 1;
             return 1;
         });
     }
     static void expect_result(const Handler &handler, const Request &request)
     {
-        prepare();
         const Json object = parse(request.json());
         const int32_t result = handler.function(object.get());
         const std::string answered = print(object.get());
@@ -116,6 +115,7 @@ class HandlerResultTest : public HandlerTest {
 
 TEST_F(HandlerResultTest, TellsSuccessFromFailure)
 {
+    prepare();
     for (const Handler &handler : kHandlers) {
         expect_result(handler, handler.request);
         expect_result(handler, Request({}));
@@ -125,6 +125,33 @@ TEST_F(HandlerResultTest, TellsSuccessFromFailure)
                 expect_result(handler, handler.request.with(key, other));
             }
         }
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNoHostOrCannotBegin)
+{
+    const auto fails = [](auto...) {
+        return -1;
+    };
+    recording_device::when<devapi_get_update_status_info>(fails);
+    recording_device::when<devapi_del_all_duration>(fails);
+    recording_device::when<devapi_del_all_wifi_timerinfo>(fails);
+    recording_device::when<devapi_get_greennet_index_by_mac>(fails);
+    for (const Handler &handler : kHandlers) {
+        expect_result(handler, handler.request);
+    }
+    prepare();
+    for (const Handler &handler : kHandlers) {
+        expect_result(handler, handler.request);
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneForAListWhoseLengthIsNotKnown)
+{
+    const Json object = parse("{}");
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_device::when<devapi_get_ssid_num>([=](int32_t *) { return failure; });
+        EXPECT_EQ(json_get_wifi_list_info(object.get()), -1);
     }
 }
 
