@@ -51,6 +51,11 @@ const Leeway kLeeways[] = {
     {.name = "UPDATE_IMMEDIATE_of_an_image",
      .why = "an address that cannot be copied is none",
      .reasons = {"url is null"}},
+    {.name = "json_get_topo_router_info",
+     .why =
+         "a child router is left out whose list of children has no memory, and the log tells of it",
+     .lists = {"ChildRouter"},
+     .logged = "create childinfo_json err"},
 };
 
 } // namespace
