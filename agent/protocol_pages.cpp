@@ -98,7 +98,8 @@ void print_page(std::ostream &page, const Description &command)
     facts.row({"Device calls", calls.empty() ? "none" : joined(calls, ", ")});
     facts.print(page, "");
 
-    page << "\nRequest\n";
+    page << "\nRequest" << (command.value("case_sensitive", false) ? " (capitals as here)" : "")
+         << '\n';
     print_keys(page, command["request"], true);
 
     for (const Description &reply : command["replies"]) {

@@ -3,7 +3,7 @@
 #
 #   DEVICE_FUNCTIONS(FUNCTION)  expands FUNCTION(result, name, (parameters), (arguments)) for each.
 #
-# The same for the records and their fields, as far as their layout is pinned there:
+# The same for the records and their fields, as far as their layout is pinned there: pointers are not.
 #
 #   DEVICE_RECORDS(RECORD, FIELD)  expands RECORD(name, FIELD(field) FIELD(field) ...) for each.
 set(device_header ${PROJECT_SOURCE_DIR}/smart_router_service/include/smart_router_service/device_access.h)
@@ -28,11 +28,11 @@ foreach(prototype IN LISTS prototypes)
     string(APPEND rows " \\\n    FUNCTION(${result}, ${name}, (${parameters}), (${arguments}))")
 endforeach()
 
-string(REGEX MATCHALL "\nDEVAPI_RECORD_FIELD\\([A-Za-z0-9]+, [A-Za-z0-9_]+," fields "${device_text}")
+string(REGEX MATCHALL "\nDEVAPI_RECORD_FIELD\\([A-Za-z0-9_]+,[ \n]*[A-Za-z0-9_]+," fields "${device_text}")
 set(records "")
 set(record "")
 foreach(row IN LISTS fields)
-    string(REGEX MATCH "\\(([A-Za-z0-9]+), ([A-Za-z0-9_]+)," matched "${row}")
+    string(REGEX MATCH "\\(([A-Za-z0-9_]+),[ \n]*([A-Za-z0-9_]+)," matched "${row}")
     if(NOT record STREQUAL CMAKE_MATCH_1)
         if(record)
             string(APPEND records ")")

@@ -91,6 +91,6 @@ REQUESTS
 cat "$home/requests"
 show hgagent serve <"$home/requests"
 
-say 'Everything that the plug-in answers, and what one command takes'
-show hgagent list
+say 'What it answers about Wi-Fi, and what one command takes'
+show hgagent list wifi
 show hgagent describe SET_AD_BASE_INFO

@@ -64,7 +64,7 @@ void count(State &state, const std::string &port, int64_t sent, int64_t received
 
 void count_traffic(State &state)
 {
-    constexpr int64_t longest = 366 * 86'400; // so that no sum overflows
+    constexpr int64_t longest = int64_t{366} * 86'400; // so that no sum overflows
     constexpr int64_t bytes_of_kbit = 125;
     const Home &home = state.home;
     const int64_t seconds = std::min(seconds_since(state.port_counters.counted_until), longest);

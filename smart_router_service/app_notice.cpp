@@ -64,7 +64,7 @@ char *print_envelope(const char *message, const char *plugin_name)
     }
     char md5[64] = "";
     getmd5(body.text(), md5);
-    TimeText moment = "";
+    TimeText moment;
     if (!tell_time(moment)) {
         LOG_ERROR("%s:get time err\n", kName);
         return nullptr;

@@ -82,7 +82,7 @@ int32_t json_set_child_router_base_info(cJSON *obj)
 int32_t json_set_child_routerad_base_info(cJSON *obj)
 {
     // What the child router was to set is taken out whatever comes of it.
-    constexpr char kKeys[][14] = {"DeviceID", "Mac",         "DevType",
+    constexpr char kKeys[][13] = {"DeviceID", "Mac",         "DevType",
                                   "ByName",   "NetMonopoly", "AccessEnable"};
     const bool has_id = text_of(cJSON_GetObjectItem(obj, kDeviceId)) != nullptr;
     Reply success;

@@ -137,7 +137,8 @@ void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
     }
 }
 
-// A text item with room for so many bytes and the NUL behind them; null when memory ran out.
+// A text item with room for so many bytes, to be written by the caller, and the NUL behind them;
+// null when memory ran out.
 static cJSON *create_text(size_t size)
 {
     cJSON *item = cJSON_CreateNull();
@@ -146,7 +147,6 @@ static cJSON *create_text(size_t size)
         cJSON_Delete(item);
         return nullptr;
     }
-    text[0] = '\0';
     text[size] = '\0';
     item->type = cJSON_String;
     item->valuestring = text;

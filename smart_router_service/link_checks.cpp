@@ -2,6 +2,8 @@
 // signal of a station.
 #include "handler_support.h"
 
+#include <stdio.h>
+
 using namespace smart_router;
 
 namespace {
@@ -23,19 +25,14 @@ constexpr auto kRadios = fields_of<LinkInfo>({
     FIELD(LinkInfo, "Wifi58ChannelCheck", Wifi58ChannelCheck),
 });
 
-struct ChannelName {
-    int32_t number;
-};
-
-constexpr auto kChannelName = fields_of<ChannelName>({FIELD(ChannelName, "Name", number)});
-
 // A new object for a channel; null when memory ran out.
 cJSON *channel_object(int16_t channel, int32_t access_points)
 {
-    const ChannelName name = {channel};
-    JsonItem object(object_of(kChannelName, &name));
+    char name[8];
+    snprintf(name, sizeof name, "%d", channel);
+    JsonItem object(cJSON_CreateObject());
     cJSON *count = cJSON_CreateNumber(access_points);
-    if (object.get() == nullptr || count == nullptr) {
+    if (object.get() == nullptr || count == nullptr || !add_text(object.get(), "Name", name)) {
         cJSON_Delete(count);
         return nullptr;
     }

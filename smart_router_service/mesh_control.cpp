@@ -128,9 +128,9 @@ int32_t json_set_tslink_ssid(cJSON *obj)
     const bool can_set = is_valid && success.complete();
     if (can_set) {
         devapi_setup_mesh(on ? 1 : 0);
-    }
-    if (can_set && !on) {
-        LOG_DEBUG("not set up mesh\n");
+        if (!on) {
+            LOG_DEBUG("not set up mesh\n");
+        }
     }
     consume(obj, item);
     conclude(obj, success, !can_set, is_valid ? nullptr : "Enable invalid");

@@ -62,7 +62,7 @@ cJSON *mesh_links_of(const ChildRouterInfo &router)
 void complete_station(ReportedDevice *station)
 {
     copy_text(station->DevModle, "Tessaline");
-    copy_text(station->OS, "3");
+    copy_text(station->info.OS, "3");
 }
 
 int32_t zone_hours()

@@ -31,7 +31,6 @@ cJSON *mesh_links_of(const ChildRouterInfo &router);
 struct ReportedDevice {
     AdBaseInfo info;
     char DevModle[10];
-    char OS[2];
 };
 
 // The result of devapi_get_ad_base_info() for an index without a device.

@@ -18,8 +18,6 @@ constexpr auto kRouterInBrief = fields_of<HgBaseInfo>({
     FIELD(HgBaseInfo, "FWVersion", FWVersion),
 });
 
-constexpr auto kWanAddress = fields_of<WanIpInfo>({FIELD(WanIpInfo, "ip", ip)});
-
 constexpr auto kLoad = fields_of<DevStatusInfo>({
     FIELD(DevStatusInfo, "Cpu", Cpu),
     FIELD(DevStatusInfo, "Memory", Memory),
@@ -187,7 +185,7 @@ int32_t json_get_main_router_info(cJSON *obj)
     reply.success();
     reply.text("NetStatus", is_connected(wan) ? "1" : "0");
     reply.fields(kRouterInBrief, &base);
-    reply.fields(kWanAddress, &wan);
+    reply.text("ip", wan.ip, sizeof wan.ip);
     if (wants_short_report(area)) {
         reply.fields(kLoad, &status);
         reply.fields(kLanAddress, &lan);

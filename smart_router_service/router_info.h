@@ -21,14 +21,10 @@ inline constexpr auto kMeshStation = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "ip", info.ip),
 });
 
-inline constexpr auto kAccessTime = fields_of<ReportedDevice>({
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-});
-
 inline constexpr auto kStationDetails = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "AccessTime", info.AccessTime),
     FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "OS", OS),
+    FIELD(ReportedDevice, "OS", info.OS),
     FIELD(ReportedDevice, "Version", info.Version),
     FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
     FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),

@@ -98,22 +98,23 @@ template <size_t width> bool replace(cJSON *object, const char *key, const char 
     return add_text(object, key, value, width);
 }
 
-// Adds the routers that hang from the one with the MAC address. Result: false when memory ran out.
-bool add_children(cJSON *object, const char *router_mac)
+// Appends the routers that hang from the one with the MAC address. Result: false when memory ran
+// out.
+bool append_children(cJSON *list, const char *router_mac)
 {
-    Reply reply;
-    cJSON *list = reply.list("ChildInfo");
+    bool complete = true;
     ChildRouterList children;
     read_or_empty<devapi_get_childrouter_list>(children);
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
         ChildMeshInfo child;
-        if (reply.complete() &&
+        if (complete &&
             read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
             holds(child.ParentMac, router_mac)) {
-            reply.append(list, is_unknown(child.ChildMac) ? kMeshMac : kChildMac, &child);
+            complete =
+                append_if_possible(list, is_unknown(child.ChildMac) ? kMeshMac : kChildMac, &child);
         }
     }
-    return reply.join(object);
+    return complete;
 }
 
 // Finds the child router among the attached devices. Result: false, with a line in the log, when it
@@ -142,11 +143,9 @@ bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
     }
     BridgeMac bridge;
     read_bridge_mac(bridge);
-    const bool has_parent = holds(router.ParentMac, Ended(bridge).text())
-                                ? add_own_mac(object)
-                                : add_view_mac(object, kParentMac, router.ParentMac);
-    return has_parent &&
-           (devapi_get_mesh_type() != 2 || add_children(object, Ended(node.Mac).text()));
+    return holds(router.ParentMac, Ended(bridge).text())
+               ? add_own_mac(object)
+               : add_view_mac(object, kParentMac, router.ParentMac);
 }
 
 // A new object for a device attached to a router: empty when the device is not known, null when
@@ -171,19 +170,19 @@ cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
     if (!is_short) {
         put_elapsed(&info, zone_hours());
     }
-    const bool complete = object.get() != nullptr &&
-                          add_text(object.get(), "Mac", node.Mac, sizeof node.Mac) &&
-                          add_fields(object.get(), kMeshStation, &station) &&
-                          add_text(object.get(), "dbm", info.Dbm, sizeof info.Dbm) &&
-                          (is_short ? add_fields(object.get(), kAccessTime, &station)
-                                    : add_fields(object.get(), kStationDetails, &station));
+    const bool complete =
+        object.get() != nullptr && add_text(object.get(), "Mac", node.Mac, sizeof node.Mac) &&
+        add_fields(object.get(), kMeshStation, &station) &&
+        add_text(object.get(), "dbm", info.Dbm, sizeof info.Dbm) &&
+        (is_short ? add_text(object.get(), "AccessTime", info.AccessTime, sizeof info.AccessTime)
+                  : add_fields(object.get(), kStationDetails, &station));
     return complete ? object.release() : nullptr;
 }
 
 // A child router as it is reported, or why it is not.
 struct RouterReport {
     cJSON *object;  // belongs to the caller; null when the router is left out
-    int32_t result; // the device's where it failed; -1 when the router is no attached device
+    int32_t result; // the device's where it failed; -1 for no attached device and without memory
     bool complete;  // false when memory ran out
 };
 
@@ -206,6 +205,15 @@ RouterReport report_router(const TopoNode &node)
             return {nullptr, -1, true};
         }
         complete = complete && add_child_router(object.get(), info, index);
+        if (complete && devapi_get_mesh_type() == 2) {
+            JsonItem children(cJSON_CreateArray());
+            if (children.get() == nullptr) {
+                LOG_ERROR("create childinfo_json err");
+                return {nullptr, -1, true};
+            }
+            complete = append_children(children.get(), Ended(info.Mac).text());
+            cJSON_AddItemToObjectCS(object.get(), "ChildInfo", children.release());
+        }
     }
     if (!complete || json_get_child_router_baseinfo(&node, object.get()) != 0) {
         LOG_ERROR("create childinfo_json err");

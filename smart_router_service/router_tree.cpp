@@ -18,9 +18,6 @@ constexpr auto kTreeRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "FWVersion", FWVersion),
 });
 
-// Some apps read the address here.
-constexpr auto kTreeAddress = fields_of<ChildRouterInfo>({FIELD(ChildRouterInfo, "ip", ip)});
-
 using Path = char[128];
 using Value = char[TOPO_VALUE_SIZE];
 
@@ -102,7 +99,8 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
     JsonItem object(cJSON_CreateObject());
     if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
         !add_fields(object.get(), kMeshRouter, &router) ||
-        !add_fields(object.get(), kTreeAddress, &router) ||
+        // Once more: some apps read the address here.
+        !add_text(object.get(), "ip", router.ip, sizeof router.ip) ||
         !(hangs_from_us
               ? add_own_mac(object.get())
               : add_text(object.get(), kParentMac, router.ParentMac, sizeof router.ParentMac))) {

@@ -33,7 +33,7 @@ constexpr auto kReportedStation = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "DevModle", DevModle),
     FIELD(ReportedDevice, "Name", info.Name),
     FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "OS", OS),
+    FIELD(ReportedDevice, "OS", info.OS),
     FIELD(ReportedDevice, "Version", info.Version),
     FIELD(ReportedDevice, "NetStatus", info.NetStatus),
     FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),

@@ -267,13 +267,14 @@ int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
             LOG_ERROR("%s %d get ad base fail ret=%d\n", __FILE__, __LINE__, result);
             return -1;
         }
-        if (g_dev_num < INT32_MAX) { // whoever reads it may also have written it
+        // Whoever reads the counters may also have written them.
+        if (g_dev_num < INT32_MAX) {
             ++g_dev_num;
         }
         if (g_dev_num > kMostDevices) {
             return 0;
         }
-        if (kind == 1) {
+        if (kind == 1 && g_active_num < INT32_MAX) {
             ++g_active_num;
         }
         complete_device(&device);

@@ -38,6 +38,7 @@ TEST_P(Examples, AreWhatTheCommandsReply)
     const Json &example = description["example"];
     const AgentResult result = call(description["command"], example["request"].dump());
     EXPECT_EQ(result.output, example["reply"].dump() + "\n");
+    EXPECT_EQ(result.exit_status, example["reply"].value("Status", "0") == "0" ? 0 : 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(embedded::protocol_commands()),

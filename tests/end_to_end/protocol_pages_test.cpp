@@ -73,6 +73,13 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 
+TEST(Describe, SaysWhoseKeysAreFoundOnlyAsTheyAreSpelt)
+{
+    EXPECT_THAT(run_agent({"describe", "HG_IMAGE_UPDATE"}).output,
+                HasSubstr("\nRequest (capitals as here)\n"));
+    EXPECT_THAT(run_agent({"describe", "GET_SN_INFO"}).output, HasSubstr("\nRequest\n"));
+}
+
 TEST(Describe, NamesTheNearestOfAnUnknownCommand)
 {
     const AgentResult result = run_agent({"describe", "QUERY_SYSTEMINFO"});

@@ -12,6 +12,7 @@ namespace {
 std::mutex mutex;
 std::vector<Call> recorded;
 std::vector<std::function<void()>> programmed;
+AnswerForAll for_all;
 
 } // namespace
 
@@ -52,6 +53,17 @@ void reset()
         forget();
     }
     programmed.clear();
+    for_all = nullptr;
+}
+
+void answer_all(AnswerForAll answer)
+{
+    for_all = answer;
+}
+
+AnswerForAll answer_for_all()
+{
+    return for_all;
 }
 
 void write_down(const char *function, std::vector<std::string> arguments)

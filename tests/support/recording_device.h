@@ -7,9 +7,11 @@
 
 #include <cstring>
 #include <functional>
+#include <initializer_list>
 #include <ostream>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 namespace recording_device {
@@ -76,10 +78,39 @@ template <auto function, class Callable> void when(Callable callable)
     at_reset([] { answer<function>() = nullptr; });
 }
 
+// An argument as it reaches whoever answers for all functions.
+struct Argument {
+    const std::type_info *type; // of a number, or of what the address leads to
+    void *address;              // null for a number
+    bool is_read_only;          // whether the function may not write there
+    int32_t number;             // 0 for an address
+};
+
+inline Argument argument(int32_t number)
+{
+    return {&typeid(number), nullptr, true, number};
+}
+template <class Content> Argument argument(Content *content)
+{
+    return {&typeid(Content), const_cast<std::remove_const_t<Content> *>(content),
+            std::is_const_v<Content>, 0};
+}
+
+// Has one answer for every function that returns a number or nothing, until the next reset. What a
+// single function is programmed to do counts for the others only.
+using AnswerForAll = int32_t (*)(const char *function, std::initializer_list<Argument> arguments);
+void answer_all(AnswerForAll answer);
+AnswerForAll answer_for_all(); // null when there is none
+
 template <auto function, class... Arguments> auto call(const char *name, Arguments... arguments)
 {
     write_down(name, {contents(arguments)...});
     using Result = decltype(function(arguments...));
+    if constexpr (std::is_void_v<Result> || std::is_same_v<Result, int32_t>) {
+        if (const AnswerForAll for_all = answer_for_all()) {
+            return static_cast<Result>(for_all(name, {argument(arguments)...}));
+        }
+    }
     return answer<function>() ? answer<function>()(arguments...) : Result();
 }
 

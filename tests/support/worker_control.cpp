@@ -29,6 +29,7 @@ size_t finished;
 size_t waiting;
 std::atomic<bool> worker_fails;
 std::atomic<bool> calloc_fails;
+std::atomic<bool> everything_counts;
 
 // The locks that a worker holds while it is at work.
 pthread_mutex_t *const kLocks[] = {&setwifilistlock, &downimagelock};
@@ -87,6 +88,7 @@ int __real_pthread_mutex_unlock(pthread_mutex_t *);
 int __real_sigaction(int, const struct sigaction *, struct sigaction *);
 void *__real_malloc(size_t);
 void *__real_calloc(size_t, size_t);
+void __real_free(void *);
 
 unsigned __wrap_sleep(unsigned seconds)
 {
@@ -104,7 +106,7 @@ unsigned __wrap_sleep(unsigned seconds)
 int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
                           void *(*start)(void *), void *argument)
 {
-    if (worker_fails.exchange(false)) {
+    if (worker_fails.exchange(false) || (everything_counts && FailingMemory::next_fails())) {
         return EAGAIN;
     }
     {
@@ -168,12 +170,21 @@ int __wrap_sigaction(int signal, const struct sigaction *action, struct sigactio
 
 void *__wrap_malloc(size_t size)
 {
-    return FailingMemory::next_fails() ? nullptr : __real_malloc(size);
+    return FailingMemory::next_fails() ? nullptr : FailingMemory::allocated(__real_malloc(size));
 }
 
 void *__wrap_calloc(size_t count, size_t size)
 {
-    return calloc_fails.exchange(false) ? nullptr : __real_calloc(count, size);
+    if (calloc_fails.exchange(false) || (everything_counts && FailingMemory::next_fails())) {
+        return nullptr;
+    }
+    return FailingMemory::allocated(__real_calloc(count, size));
+}
+
+void __wrap_free(void *block)
+{
+    FailingMemory::freed(block);
+    __real_free(block);
 }
 }
 
@@ -187,6 +198,7 @@ WorkerControl::WorkerControl()
     finished = 0;
     worker_fails = false;
     calloc_fails = false;
+    everything_counts = false;
 }
 
 WorkerControl::~WorkerControl()
@@ -265,4 +277,9 @@ void WorkerControl::fail_next_worker()
 void WorkerControl::fail_next_calloc()
 {
     calloc_fails = true;
+}
+
+void WorkerControl::count_everything()
+{
+    everything_counts = true;
 }

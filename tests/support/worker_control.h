@@ -1,8 +1,8 @@
 // The plug-in's workers, of a batch of Wi-Fi settings and of a firmware update, in the hands of a
 // test. A program that links this has its sleep(), sigaction(), pthread_create(), malloc(),
-// calloc() and the workers' locks go through here. Sleeps and the handling of ended children are
-// written down among the device's calls. Waiting for the lock of the downloads fails the test: it
-// is only ever tried.
+// calloc(), free() and the workers' locks go through here. Sleeps and the handling of ended
+// children are written down among the device's calls. Waiting for the lock of the downloads fails
+// the test: it is only ever tried.
 #pragma once
 
 #include <cstddef>
@@ -47,4 +47,7 @@ class WorkerControl {
     // The next worker cannot be started; the next calloc() finds no memory.
     void fail_next_worker();
     void fail_next_calloc();
+
+    // From here on calloc() and the start of a worker are allocations as well for FailingMemory.
+    void count_everything();
 };

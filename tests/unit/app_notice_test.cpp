@@ -128,6 +128,16 @@ TEST_F(AppNoticeTest, TellsTheLocalTime)
     }
 }
 
+TEST_F(AppNoticeTest, FollowsTheRouterToAnotherTimeZone)
+{
+    for (const auto &[zone, text] :
+         {std::pair("CST-8", "20250107170503"), std::pair("EST5", "20250107040503")}) {
+        setenv("TZ", zone, 1);
+        EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), 0);
+        EXPECT_EQ(sent(), envelope("guard", text, "a digest", "3C6AD2", "base64 of hello"));
+    }
+}
+
 TEST_F(AppNoticeTest, IsRefusedWithoutATextOrAName)
 {
     for (const auto &[message, name] : {std::pair<const char *, const char *>(nullptr, "guard"),

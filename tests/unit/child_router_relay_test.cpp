@@ -257,4 +257,12 @@ TEST_F(ChildRouterCommonTest, WithoutAnObjectNothingIsSent)
     EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "cmdstring is null\n"}}));
 }
 
+TEST_F(ChildRouterCommonTest, WhatHasNoTextIsNotSent)
+{
+    const Json nothing(cJSON_CreateRaw(""));
+    EXPECT_EQ(json_child_router_common(nothing.get()), -1);
+    EXPECT_TRUE(recording_device::calls().empty());
+    EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "cmdstring is null\n"}}));
+}
+
 } // namespace

@@ -106,7 +106,8 @@ TEST_F(RouterMemoryTest, OfDevicesOfAChildRouterAddsNothing)
     EXPECT_EQ(sweep(builder, unknown_devices, 1 + 1 + 2), (Outcomes{{"{}", ""}}));
 }
 
-TEST_F(RouterMemoryTest, OfChildRoutersAddsNothing)
+// Only a router without the list of those that hang from it is left out alone.
+TEST_F(RouterMemoryTest, OfChildRoutersAddsNothingOrLeavesOneOut)
 {
     const auto two_routers = [] {
         prepare();
@@ -119,9 +120,48 @@ TEST_F(RouterMemoryTest, OfChildRoutersAddsNothing)
         routers_are({2, 2});
     };
     const size_t each = 1 + 2 * (6 + 13 + 1) + (1 + 1 + 2) + (1 + 1 + 2 * (1 + 2 * 22));
+    two_routers();
+    const Json one_router = parse("{}");
+    json_get_topo_router_info(one_router.get());
+    cJSON_DeleteItemFromArray(cJSON_GetObjectItem(one_router.get(), "ChildRouter"), 0);
     EXPECT_EQ(sweep(json_get_topo_router_info, two_routers, 1 + 1 + 2 * each),
               (Outcomes{{"{}", ""}, // no list, or no node for the topology
-                        {"{}", "create childinfo_json err"}}));
+                        {"{}", "create childinfo_json err"},
+                        {print(one_router.get()), "create childinfo_json err"}}));
+}
+
+TEST_F(RouterMemoryTest, OfTheListOfChildRoutersAsksNoDevice)
+{
+    const Json object = parse("{}");
+    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
+        const FailingMemory memory(0, how);
+        EXPECT_EQ(json_get_topo_router_info(object.get()), -1);
+    }
+    EXPECT_EQ(print(object.get()), "{}");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(RouterMemoryTest, OfWhatOnlyTheRecordKnowsAddsNothing)
+{
+    const auto unknown_to_the_topology = [] {
+        prepare();
+        node_is({});
+        attached_are({});
+    };
+    const size_t router = 1 + 2 * (6 + 13 + 2 + 1);
+    EXPECT_EQ(sweep(json_get_topo_router_info, unknown_to_the_topology, 1 + 1 + router + (1 + 1)),
+              (Outcomes{{"{}", ""}, {"{}", "create childinfo_json err"}}));
+}
+
+TEST_F(RouterMemoryTest, OfChildRoutersInBriefAddsNothing)
+{
+    const auto in_brief = [] {
+        prepare();
+        area_code_is("th_olv");
+    };
+    EXPECT_EQ(sweep(json_get_topo_router_info, in_brief,
+                    1 + 1 + (1 + 2 * 6) + (1 + 1 + 2 * (1 + 2 * 15))),
+              (Outcomes{{"{}", ""}, {"{}", "create childinfo_json err"}}));
 }
 
 // ---- The tree of parameters --------------------------------------------------------------------
@@ -157,6 +197,32 @@ TEST_F(TreeMemoryTest, OfChildRoutersAddsNothing)
 {
     EXPECT_EQ(
         sweep(json_get_topo_router_agent_info_bynewmethod, two_entries,
+              1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
+        (Outcomes{{"{}", "create childinfo_json err"}, {"{}", "cjson create array failed\n"}}));
+}
+
+TEST_F(TreeMemoryTest, OfAChildRouterEndsTheWalk)
+{
+    two_entries();
+    const Json object = parse("{}");
+    {
+        const FailingMemory memory(1, FailingMemory::Fail::kOnce); // the list takes the first
+        EXPECT_EQ(json_get_topo_router_agent_info_bynewmethod(object.get()), -1);
+    }
+    EXPECT_EQ(print(object.get()), "{}");
+    EXPECT_EQ(last_error(), "create childinfo_json err");
+    EXPECT_EQ(given_to("devapi_get_node_dev_info_by_newmetod", 0).size(), 1u);
+    EXPECT_EQ(recording_device::called_functions().back(), "devapi_get_node_dev_info_by_newmetod");
+}
+
+TEST_F(TreeMemoryTest, OfRoutersBelowAChildRouterAddsNothing)
+{
+    const auto below = [] {
+        two_entries();
+        bridge_mac_is("bridge");
+    };
+    EXPECT_EQ(
+        sweep(json_get_topo_router_agent_info_bynewmethod, below,
               1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
         (Outcomes{{"{}", "create childinfo_json err"}, {"{}", "cjson create array failed\n"}}));
 }

@@ -72,6 +72,26 @@ TEST_F(RouterRelationsTest, AreTheNodesFromTheSecondLevelOn)
     EXPECT_EQ(routers(), list(1));
 }
 
+TEST_F(RouterRelationsTest, AreListedWithoutThoseThatCannotBeRead)
+{
+    routers_are({2, 3, 4, 5});
+    NodeDevInfo known = {};
+    fill_places(&known, kNodeRecord, node_value_of);
+    when<devapi_get_node_dev_info>([=](const TopoNode *node, NodeDevInfo *info) {
+        *info = known;
+        if (node->level == 4) {
+            put(info->Mac, "no attached device");
+        }
+        return node->level == 2 ? 1 : 0;
+    });
+    when<devapi_get_hostindex_by_mac>([](const char *mac, int32_t *) {
+        return std::string(mac) == "no attached device" ? 0 : 1;
+    });
+    EXPECT_EQ(routers(), list(2));
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(errors(), (LogLines{{3, "mac:no attached device not found in host\n"}}));
+}
+
 TEST_F(RouterRelationsTest, AreNoneWhileTheMeshIsOff)
 {
     for (const int32_t state : {0, -1, 2, INT_MAX}) {

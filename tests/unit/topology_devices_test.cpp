@@ -170,6 +170,10 @@ TEST_F(TopologyDevicesTest, CountNoFurtherThanANumberGoes)
     EXPECT_EQ(devices(), "[]");
     EXPECT_EQ(result, 0);
     EXPECT_EQ(g_dev_num, INT_MAX);
+    g_dev_num = 0;
+    g_active_num = INT_MAX;
+    EXPECT_NE(devices(1), "[]");
+    EXPECT_EQ(g_active_num, INT_MAX);
 }
 
 TEST_F(TopologyDevicesTest, OfNoArrayAreNone)

@@ -3,6 +3,7 @@
 #include "memory_sweep.h"
 #include "mesh_fixture.h"
 #include "topology_report.h"
+#include "traffic.h"
 
 #include <set>
 
@@ -184,6 +185,18 @@ TEST_F(TopologyMemoryTest, OfTheMainRouterWithItsChildren)
               kRouterAllocations + 1 + 2 * 3 + 1 + 2 * kDeviceAllocations);
 }
 
+TEST_F(TopologyMemoryTest, OfTheReasonAlone)
+{
+    const auto no_router = [] {
+        when<devapi_get_hg_base_info>([](HgBaseInfo *) { return -1; });
+    };
+    const auto act = [](cJSON *object) {
+        const int32_t answer = json_get_hg_base_info_copy(object);
+        EXPECT_EQ(answer, object->child == nullptr ? -1 : 0);
+    };
+    EXPECT_EQ(sweep(act, "{}", no_router, {{"{}", {}}}, {{"{}", {}}}), 2u);
+}
+
 TEST_F(TopologyMemoryTest, OfTheMainRouterWithItsLinks)
 {
     prepare_operators_model();
@@ -269,6 +282,7 @@ TEST_F(TopologyMemoryTest, OfTheWholeReport)
                            [&](const std::string &object, auto how) {
                                if (how == FailingMemory::Fail::kOnce) {
                                    seen.insert({object, errors()});
+                                   record_traffic("GET_TSLINK_TOPOLOGY_INFO", "{}", object);
                                } else {
                                    EXPECT_EQ(object, "{}"); // no success that is not whole
                                }

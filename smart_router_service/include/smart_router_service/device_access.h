@@ -904,8 +904,9 @@ int32_t devapi_set_route_wan_info(const WanInfo *info);
  * walks all of them, however large the count.
  */
 
-/* Sets *count to the number of attached devices. GET_AD_BASE_INFO takes only -1 as a failure,
- * GET_ATTACH_DEVICE_RIGHT logs any other result than 0 and goes on with what *count holds. */
+/* Sets *count to the number of attached devices. GET_AD_BASE_INFO and the report of the main
+ * router's devices take only -1 as a failure; GET_ATTACH_DEVICE_RIGHT logs any other result than 0
+ * and goes on with what *count holds. */
 int32_t devapi_get_host_num(int32_t *count);
 
 /* One attached device. */
@@ -1798,9 +1799,8 @@ int32_t devapi_set_upnp_state(const UpnpState *state);
  * but 0 is a failure, and then status is not read. */
 int32_t devapi_get_tsconf_status(char *status, int32_t size);
 
-/* Sets *enable to the switch of WPS; up to 7 characters of the number are
- * reported, its sign included. Any result but 0
- * is a failure. */
+/* Sets *enable to the switch of WPS; up to 7 characters of the number are reported, its sign
+ * included. Any result but 0 is a failure. */
 int32_t devapi_get_wps_enable(int32_t *enable);
 
 /* Switches WPS by the number that the first 7 bytes of the request's text begin with. Any result

@@ -1,0 +1,150 @@
+#include "described_reply.h"
+
+#include <cstring>
+#include <strings.h>
+
+namespace {
+
+const char *text_of(const cJSON *object, const char *key)
+{
+    return cJSON_GetStringValue(cJSON_GetObjectItem(object, key));
+}
+
+std::string keys_undescribed(const cJSON *item, const cJSON *keys);
+
+std::string text_undescribed(const cJSON *value, const cJSON *key)
+{
+    const char *text = cJSON_GetStringValue(value);
+    if (text == nullptr) {
+        return "should be a text";
+    }
+    const char *fixed = text_of(key, "text");
+    if (fixed != nullptr && strcmp(text, fixed) != 0) {
+        return "should be \"" + std::string(fixed) + '"';
+    }
+    const cJSON *choices = cJSON_GetObjectItem(key, "one_of");
+    bool is_chosen = choices == nullptr;
+    const cJSON *choice;
+    cJSON_ArrayForEach(choice, choices)
+    {
+        is_chosen = is_chosen || strcmp(text, choice->valuestring) == 0;
+    }
+    if (!is_chosen) {
+        return "should be another text";
+    }
+    const cJSON *most = cJSON_GetObjectItem(key, "max_bytes");
+    return most != nullptr && strlen(text) > static_cast<size_t>(most->valueint) ? "is too long"
+                                                                                 : "";
+}
+
+std::string value_undescribed(const cJSON *value, const cJSON *key)
+{
+    const char *type = text_of(key, "type");
+    const cJSON *items = cJSON_GetObjectItem(key, "items");
+    if (type == nullptr) {
+        return text_undescribed(value, key);
+    }
+    if (strcmp(type, "number") == 0) {
+        return cJSON_IsNumber(value) != 0 ? "" : "should be a number";
+    }
+    if (strcmp(type, "object") == 0) {
+        if (cJSON_IsObject(value) == 0) {
+            return "should be an object";
+        }
+        return items != nullptr ? keys_undescribed(value->child, items) : "";
+    }
+    if (strcmp(type, "array") == 0 && cJSON_IsArray(value) == 0) {
+        return "should be an array";
+    }
+    if (strcmp(type, "array") == 0 && items != nullptr) {
+        const cJSON *element;
+        cJSON_ArrayForEach(element, value)
+        {
+            const std::string why = cJSON_IsObject(element) != 0
+                                        ? keys_undescribed(element->child, items)
+                                        : "should hold objects";
+            if (!why.empty()) {
+                return why;
+            }
+        }
+    }
+    return "";
+}
+
+// Holds an item and all behind it against the keys.
+std::string keys_undescribed(const cJSON *item, const cJSON *keys)
+{
+    const cJSON *key;
+    cJSON_ArrayForEach(key, keys)
+    {
+        const std::string name = text_of(key, "key");
+        if (item != nullptr && name == item->string) {
+            const std::string why = value_undescribed(item, key);
+            if (!why.empty()) {
+                return name + " " + why;
+            }
+            item = item->next;
+        } else if (cJSON_IsTrue(cJSON_GetObjectItem(key, "optional")) == 0) {
+            return name + " is missing";
+        }
+    }
+    return item == nullptr ? "" : std::string(item->string) + " is not described";
+}
+
+// Takes the keys out of the request that the reply says are taken out.
+void consume(cJSON *request, const cJSON *reply, const char *list, bool is_case_sensitive,
+             bool only_texts)
+{
+    const cJSON *key;
+    cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, list))
+    {
+        cJSON *item = is_case_sensitive
+                          ? cJSON_GetObjectItemCaseSensitive(request, key->valuestring)
+                          : cJSON_GetObjectItem(request, key->valuestring);
+        if (item != nullptr && (!only_texts || cJSON_IsString(item) != 0)) {
+            cJSON_Delete(cJSON_DetachItemViaPointer(request, item));
+        }
+    }
+}
+
+// Why the object is not this reply to the request.
+std::string other_than(const cJSON *reply, const cJSON *request, const cJSON *object,
+                       bool is_case_sensitive)
+{
+    cJSON *rest = cJSON_Duplicate(request, 1);
+    consume(rest, reply, "consumes", is_case_sensitive, false);
+    consume(rest, reply, "consumes_if_text", is_case_sensitive, true);
+    const cJSON *item = object->child;
+    std::string why;
+    const cJSON *left;
+    cJSON_ArrayForEach(left, rest)
+    {
+        if (item == nullptr || strcmp(item->string, left->string) != 0 ||
+            cJSON_Compare(item, left, 1) == 0) {
+            why = std::string(left->string) + " of the request should be left";
+            break;
+        }
+        item = item->next;
+    }
+    cJSON_Delete(rest);
+    return why.empty() ? keys_undescribed(item, cJSON_GetObjectItem(reply, "keys")) : why;
+}
+
+} // namespace
+
+std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object)
+{
+    const bool is_case_sensitive =
+        cJSON_IsTrue(cJSON_GetObjectItem(description, "case_sensitive")) != 0;
+    std::string reasons;
+    const cJSON *reply;
+    cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
+    {
+        const std::string why = other_than(reply, request, object, is_case_sensitive);
+        if (why.empty()) {
+            return "";
+        }
+        reasons += "\n  not when " + std::string(text_of(reply, "when")) + ": " + why;
+    }
+    return "no described reply" + reasons;
+}

@@ -1,0 +1,9 @@
+// Holds a reply against the description of its command.
+#pragma once
+
+#include <cjson/cJSON.h>
+#include <string>
+
+// Why the object is none of the replies that the command can give to the request; empty when it is
+// one.
+std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object);

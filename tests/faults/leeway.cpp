@@ -1,0 +1,74 @@
+#include "leeway.h"
+
+namespace {
+
+const Leeway kLeeways[] = {
+    {.name = "GET_GREENNET_DEVICE_LIST",
+     .why = "an entry without memory is skipped, and the log tells of it",
+     .lists = {"DeviceList"},
+     .logged = "cJSON_CreateObject error\n"},
+    {.name = "GET_PORT_BINDING",
+     .why = "an entry without memory is skipped",
+     .lists = {"port_stat_list"}},
+    {.name = "GET_PORT_STATISTICS",
+     .why = "an entry without memory is skipped",
+     .lists = {"port_stat_list"}},
+    {.name = "GET_QOS_INFO",
+     .why =
+         "an application without memory is skipped; so is a rule, of which the reply tells; what "
+         "stands before a list without memory stays",
+     .lists = {"app_info_list", "classification_info_list"},
+     .told = {"classification_info_list"},
+     .added = {"Status", "FailReason"},
+     .before = {"Enable", "app_info_list"}},
+    {.name = "GET_TSLINK_TOPOLOGY_INFO",
+     .why = "its parts stand for themselves: a key that is missing, a reason in the place of the "
+            "devices, a line in the log for a child router or a station",
+     .keys = {"MeshInfo", "ChildInfo", "MainBaseInfo", "ChildRouter"},
+     .lists = {"ChildRouter", "ChildBaseInfo"},
+     .logged = "create child_",
+     .added = {"FailReason"},
+     .reasons = {"Create mainrouter json error"}},
+    {.name = "GET_UPDATE_STATUS",
+     .why = "the child routers' key is missing where there is no memory for the list",
+     .keys = {"ChildRouter"}},
+    {.name = "IMAGE_DOWNLOAD",
+     .why = "an address that cannot be copied is none",
+     .reasons = {"url is null"}},
+    {.name = "PLATEFORM_UPDATE_IMMEDIATE",
+     .why = "an address that cannot be copied is none",
+     .reasons = {"url is null"}},
+    {.name = "RESPONSE_ROUTER_VERSION",
+     .why = "a report that cannot be printed is not kept for the agent",
+     .keeps = false},
+    {.name = "SET_GREENNET_DEVICE_LIST",
+     .why = "restrictions are switched on before the list is made",
+     .called = "devapi_set_greenaccess_enable"},
+    {.name = "UPDATE_IMMEDIATE",
+     .why = "an address that cannot be copied is none; the rules beside an image make up for it",
+     .reasons = {"url is null"},
+     .calls = false},
+    {.name = "UPDATE_IMMEDIATE_of_an_image",
+     .why = "an address that cannot be copied is none",
+     .reasons = {"url is null"}},
+    {.name = "json_get_topo_router_info",
+     .why =
+         "a child router is left out whose list of children has no memory, and the log tells of it",
+     .lists = {"ChildRouter"},
+     .logged = "create childinfo_json err"},
+};
+
+} // namespace
+
+const Leeway &leeway_of(const Subject &subject)
+{
+    static const Leeway kNone = {.name = "", .why = ""};
+    for (const std::string &name : {subject.name, subject.command}) {
+        for (const Leeway &row : kLeeways) {
+            if (row.name == name) {
+                return row;
+            }
+        }
+    }
+    return kNone;
+}

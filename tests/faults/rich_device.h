@@ -1,0 +1,61 @@
+// A device library that answers every call as richly as it can, whatever the call: each text has a
+// value, each list two entries at least. One call of a run can be made to fail or to misbehave. The
+// fields that it fills are read from device_access.h, so there is little to add here for a new
+// function.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace rich_device {
+
+// What the reports of the mesh go by.
+struct Home {
+    const char *model = "HGU-AX3000";
+    const char *area = "NORTH-07";
+};
+
+enum class Written {
+    kWhole,    // everything, as it should be
+    kNothing,  // the record stays zero
+    kGarbage,  // any bytes, with or without an end
+    kBrim,     // each text to the last byte of its field, without a NUL
+    kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
+    kNumber,   // one of the numbers is another
+};
+
+// What goes wrong in a run.
+struct Fault {
+    static constexpr size_t kNoCall = SIZE_MAX;
+
+    size_t call = kNoCall; // the position of the call, from 0
+    std::optional<int32_t> result = {};
+    Written written = Written::kWhole;
+    size_t number = 0; // which of the call's numbers, and its value
+    int32_t value = 0;
+
+    std::string name() const; // such as "3:result=-1"
+};
+
+// Answers for all device and host functions until recording_device is reset. A walk of which the
+// device cannot hope to see the end, as no failure ends it, gets counts of kLongWalk at most.
+void furnish(const Home &home, const Fault &fault, bool has_endless_walk);
+
+// After so many calls in a run the device fails, which ends every other walk over a count that the
+// plug-in takes as it is.
+constexpr int32_t kLongWalk = 1000;
+
+// Whether a function's calls are counted among those that may fail.
+bool is_counted(std::string_view function);
+
+// Everything that can go wrong in the calls made since the device was furnished.
+std::vector<Fault> possible_faults();
+
+// The bridge's MAC address, by which child routers know the main router.
+constexpr char kBridgeMac[] = "3C:6A:D2:10:4F:20";
+
+} // namespace rich_device

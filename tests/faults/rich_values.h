@@ -1,0 +1,27 @@
+// What the rich device has to tell.
+#pragma once
+
+#include "rich_device.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace rich_device {
+
+// The value of a field, or of the bare text that a function hands over: one that leads on where it
+// matters, else the name itself.
+std::string text_for(std::string_view name, const Home &home);
+
+// A parameter of the tree, which holds a main router and two child routers.
+std::string parameter(std::string_view path);
+
+// The width of a bare text whose size is not handed in.
+size_t width_for(std::string_view function);
+
+// A bare number that a function hands over, and the function's result.
+int32_t number_for(std::string_view function);
+int32_t result_for(std::string_view function);
+
+} // namespace rich_device

@@ -1,0 +1,40 @@
+// What the sweeps run: every command with a request that takes its longest path, and every builder
+// that the agent calls by itself.
+#pragma once
+
+#include "rich_device.h"
+
+#include <cjson/cJSON.h>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+// A builder, run on an object; kept gets what it leaves elsewhere. Result: 0 when it succeeded.
+using Builder = int32_t (*)(cJSON *object, std::string &kept);
+
+struct Subject {
+    std::string name;    // in the tests' names: the command's or builder's, and what is different
+    std::string command; // empty for a builder
+    Builder builder = nullptr;
+    rich_device::Home home = {};
+};
+
+inline void PrintTo(const Subject &subject, std::ostream *out)
+{
+    *out << subject.name;
+}
+
+// All of them: the commands are those of the dispatcher's own table.
+const std::vector<Subject> &subjects();
+
+// The request to run it with: the one that is written for it, else the example of its description.
+// Empty when there is neither.
+std::string request_for(const Subject &subject);
+
+// The description of the command in protocol/commands; null when there is none. It lasts as long as
+// the process.
+const cJSON *description_of(const std::string &command);
+
+// Whether a walk of the command over a count of the device's is ended by nothing but its end.
+bool has_endless_walk(const Subject &subject);

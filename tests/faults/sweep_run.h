@@ -1,0 +1,48 @@
+// One run of a subject with one thing going wrong, and what is to be said of it.
+#pragma once
+
+#include "failing_memory.h"
+#include "recording_device.h"
+#include "recording_host.h"
+#include "subject.h"
+
+#include <string>
+#include <vector>
+
+struct SweepRun {
+    std::string request;
+    int32_t result = 0; // the dispatcher's or the builder's
+    std::string object; // what the object holds afterwards
+    std::string kept;   // what was left elsewhere
+    std::vector<recording_device::Call> calls;
+    std::vector<recording_host::LogLine> log;
+    size_t allocations = 0;
+    size_t blocks = 0; // that were not freed
+    bool is_idle = false;
+    bool is_json = false;
+
+    // Whether it reports a success.
+    bool succeeded(const Subject &subject) const;
+};
+
+// Which allocations fail.
+struct MemoryFault {
+    size_t first = SIZE_MAX;
+    FailingMemory::Fail how = FailingMemory::Fail::kOnce;
+
+    std::string name() const; // such as "once:17"
+};
+
+SweepRun sweep_run(const Subject &subject, const std::string &request, const MemoryFault &memory,
+                   const rich_device::Fault &device);
+
+// What is wrong with a run, whatever failed in it; empty when nothing is.
+std::string damage(const Subject &subject, const SweepRun &run);
+
+// What is wrong with a run in which memory failed, next to the one in which it sufficed.
+std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                           FailingMemory::Fail how);
+
+// What is wrong with a run in which the device failed, next to the one in which nothing did.
+std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                           const rich_device::Fault &fault);

@@ -1,0 +1,243 @@
+// Failure as a dimension of every command and builder: each allocation fails in turn, and each call
+// of the device fails or misbehaves in every way. A failing case prints the line that repeats it
+// alone, also when the case ends the program: the environment variable FAULT_CASE names it.
+#include "device_functions.h"
+#include "handler_test.h"
+#include "sweep_run.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <set>
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/common_interface_defs.h>
+#endif
+
+namespace {
+
+using rich_device::Fault;
+
+// ---- Figures -----------------------------------------------------------------------------------
+
+size_t allocations_swept;
+size_t calls_swept;
+size_t cases_run;
+
+// Tells what a run of the whole program has come to.
+class Figures : public testing::Environment {
+  public:
+    void TearDown() override
+    {
+        printf("%zu allocations, %zu device calls, %zu cases\n", allocations_swept, calls_swept,
+               cases_run);
+    }
+};
+const testing::Environment *const figures = testing::AddGlobalTestEnvironment(new Figures);
+
+// ---- The case that runs ------------------------------------------------------------------------
+
+std::string running;
+
+std::string repeating_line()
+{
+    const auto *test = testing::UnitTest::GetInstance()->current_test_info();
+    return "repeat: FAULT_CASE=" + running + ' ' + program_invocation_name +
+           " --gtest_filter=" + test->test_suite_name() + '.' + test->name();
+}
+
+#ifdef __SANITIZE_ADDRESS__
+void tell_last_case()
+{
+    if (!running.empty()) {
+        fprintf(stderr, "%s\n", repeating_line().c_str());
+    }
+}
+#endif
+
+// ---- Cases -------------------------------------------------------------------------------------
+
+class FaultTest : public testing::TestWithParam<Subject> {
+  protected:
+    // Runs the subject untouched.
+    void SetUp() override
+    {
+#ifdef __SANITIZE_ADDRESS__
+        __sanitizer_set_death_callback(tell_last_case);
+#endif
+        request = request_for(subject);
+        ASSERT_NE(request, "") << "there is no rich request for " << subject.name;
+        whole = sweep_run(subject, request, {}, {});
+        ASSERT_EQ(damage(subject, whole), "") << whole.object;
+        ASSERT_TRUE(whole.succeeded(subject)) << whole.object;
+    }
+
+    void TearDown() override
+    {
+        running.clear();
+        EXPECT_TRUE(only == nullptr || cases > 0) << "this test has no such case";
+        cases_run += cases;
+        printf("%zu cases\n", cases);
+    }
+
+    // Begins a case. Result: whether it is to be run.
+    bool is_wanted(const std::string &name)
+    {
+        const bool wanted = only == nullptr || name == only;
+        cases += wanted;
+        running = name;
+        return wanted;
+    }
+
+    // Tells what is wrong with the case. Result: whether nothing is.
+    static bool holds(const SweepRun &expected, const SweepRun &run, const std::string &verdict)
+    {
+        if (!verdict.empty()) {
+            ADD_FAILURE() << verdict << "\n  with it: " << run.object.substr(0, 2000)
+                          << "\n  without: " << expected.object.substr(0, 2000) << "\n  "
+                          << repeating_line();
+        }
+        return verdict.empty();
+    }
+
+    const Subject &subject = GetParam();
+    const char *const only = getenv("FAULT_CASE");
+    std::string request;
+    SweepRun whole;
+    size_t cases = 0;
+};
+
+class MemoryFaultTest : public FaultTest {
+  protected:
+    // Fails each allocation of a run that is else the same, up to the first case that is wrong.
+    // Result: whether there is none.
+    bool sweep(const std::string &name, const std::string &of_request, const Fault &device)
+    {
+        const SweepRun sufficing = sweep_run(subject, of_request, {}, device);
+        allocations_swept += sufficing.allocations;
+        printf("%s%zu allocations\n", name.c_str(), sufficing.allocations);
+        for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
+            for (size_t first = 0; first < sufficing.allocations; ++first) {
+                const MemoryFault memory = {first, how};
+                if (!is_wanted(name + memory.name())) {
+                    continue;
+                }
+                const SweepRun run = sweep_run(subject, of_request, memory, device);
+                if (!holds(sufficing, run, memory_verdict(subject, sufficing, run, how))) {
+                    return false;
+                }
+            }
+        }
+        // Nothing of all this has left a trace.
+        const SweepRun again = sweep_run(subject, of_request, {sufficing.allocations}, device);
+        EXPECT_EQ(again.object, sufficing.object) << name;
+        EXPECT_EQ(again.calls, sufficing.calls) << name;
+        EXPECT_EQ(again.allocations, sufficing.allocations) << name;
+        return true;
+    }
+};
+
+TEST_P(MemoryFaultTest, LeavesNothingHalfDone)
+{
+    if (sweep("", request, {}) && sweep("refused:", request, {.call = 0, .result = -1}) &&
+        request != "{}" && subject.builder == nullptr) {
+        sweep("empty:", "{}", {});
+    }
+}
+
+class DeviceFaultTest : public FaultTest {};
+
+TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
+{
+    const std::vector<Fault> faults = rich_device::possible_faults();
+    calls_swept += faults.empty() ? 0 : faults.back().call + 1;
+    for (const Fault &fault : faults) {
+        if (!is_wanted(fault.name())) {
+            continue;
+        }
+        const SweepRun run = sweep_run(subject, request, {}, fault);
+        if (!holds(whole, run, device_verdict(subject, whole, run, fault))) {
+            return;
+        }
+    }
+}
+
+std::string name_of(const testing::TestParamInfo<Subject> &info)
+{
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, MemoryFaultTest, testing::ValuesIn(subjects()), name_of);
+INSTANTIATE_TEST_SUITE_P(Every, DeviceFaultTest, testing::ValuesIn(subjects()), name_of);
+
+// ---- Requests ----------------------------------------------------------------------------------
+
+// Whether the items have all keys that are described, and each list two elements at least. Names
+// what is missing in why.
+bool has_all(const cJSON *object, const cJSON *keys, std::string &why)
+{
+    const cJSON *key;
+    cJSON_ArrayForEach(key, keys)
+    {
+        const char *name = cJSON_GetStringValue(cJSON_GetObjectItem(key, "key"));
+        const cJSON *item = cJSON_GetObjectItem(object, name);
+        const cJSON *inner = cJSON_GetObjectItem(key, "items");
+        const cJSON *first = cJSON_IsArray(item) != 0 ? item->child : item;
+        if (item == nullptr || (cJSON_IsArray(item) != 0 && cJSON_GetArraySize(item) < 2) ||
+            !has_all(first, inner, why)) {
+            why += std::string(" ") + name;
+            return false;
+        }
+    }
+    return true;
+}
+
+#define NAME_OF(result, name, parameters, arguments) #name,
+constexpr const char *kDeviceFunctions[] = {DEVICE_FUNCTIONS(NAME_OF)};
+#undef NAME_OF
+
+// The longest way through a command is the one on which everything can fail.
+TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
+{
+    std::map<std::string, std::set<std::string>> made;
+    for (const Subject &subject : subjects()) {
+        const std::string request = request_for(subject);
+        ASSERT_NE(request, "") << "there is no rich request for " << subject.name;
+        for (const auto &call : sweep_run(subject, request, {}, {}).calls) {
+            made[subject.command].insert(call.function);
+        }
+        const cJSON *description = description_of(subject.command);
+        std::string why;
+        EXPECT_TRUE(subject.name != subject.command ||
+                    has_all(parse(request).get(), cJSON_GetObjectItem(description, "request"), why))
+            << subject.name << ":" << why;
+    }
+    std::set<std::string> all;
+    for (const auto &[command, functions] : made) {
+        all.insert(functions.begin(), functions.end());
+    }
+    for (const char *function : kDeviceFunctions) {
+        EXPECT_EQ(all.count(function), 1U) << function << " is not swept";
+    }
+    for (const Subject &subject : subjects()) {
+        const cJSON *call;
+        cJSON_ArrayForEach(call,
+                           cJSON_GetObjectItem(description_of(subject.command), "device_calls"))
+        {
+            EXPECT_EQ(made[subject.command].count(call->valuestring), 1U)
+                << subject.name << " does not call " << call->valuestring;
+        }
+    }
+}
+
+} // namespace
+
+#ifdef __SANITIZE_ADDRESS__
+// The sanitizer of undefined behaviour does not call back at the end, but before it reports.
+extern "C" void __ubsan_on_report()
+{
+    tell_last_case();
+}
+#endif

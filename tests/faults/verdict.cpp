@@ -1,0 +1,306 @@
+#include "described_reply.h"
+#include "handler_test.h"
+#include "leeway.h"
+#include "sweep_run.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+// The changes whose result nobody looks at.
+constexpr std::string_view kNotLookedAt[] = {
+    "devapi_get_hg_log",           "devapi_set_5gwifi_powerlevel", "devapi_set_ssid_list_info",
+    "devapi_set_wifi_fastroaming", "devapi_set_wifi_stactrl",      "devapi_setup_mesh",
+    "devapi_flash_update_image",
+};
+
+template <class List> bool has(const List &list, std::string_view name)
+{
+    return std::find(list.begin(), list.end(), name) != list.end();
+}
+
+// Whether the item is what the whole one is, but for what may be left out. Names the lists that are
+// short of an element.
+bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may,
+                Leeway::Names &short_lists)
+{
+    if (item->type % 256 != whole->type % 256) {
+        return false;
+    }
+    if (cJSON_IsObject(whole) == 0 && cJSON_IsArray(whole) == 0) {
+        return cJSON_Compare(item, whole, 1) != 0;
+    }
+    const bool is_list = cJSON_IsArray(whole) != 0;
+    const bool may_be_short = whole->string != nullptr && has(may.lists, whole->string);
+    const cJSON *at = item->child;
+    const cJSON *other;
+    cJSON_ArrayForEach(other, whole)
+    {
+        while (!is_list && at != nullptr && std::string_view(at->string) != other->string &&
+               has(may.added, at->string)) {
+            at = at->next;
+        }
+        const bool is_same = at != nullptr &&
+                             (is_list || std::string_view(at->string) == other->string) &&
+                             is_thinned(at, other, may, short_lists);
+        if (is_same) {
+            at = at->next;
+        } else if (is_list && may_be_short) {
+            short_lists.push_back(whole->string);
+        } else if (is_list || !has(may.keys, other->string)) {
+            return false;
+        }
+    }
+    while (!is_list && at != nullptr && has(may.added, at->string)) {
+        at = at->next;
+    }
+    return at == nullptr;
+}
+
+// ---- Calls -------------------------------------------------------------------------------------
+
+// Whether a device function only tells something.
+bool is_question(const std::string &function)
+{
+    for (const char *start :
+         {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
+          "devapi_handle_topo_", "devapi_free_topo_", "devapi_call_tslink_set_topo_speed",
+          "devapi_speedtest_", "devapi_cmdstring_sendto_tslink_with_retinfo"}) {
+        if (function.starts_with(start)) {
+            return function != "devapi_get_hg_log"; // sends it
+        }
+    }
+    return !function.starts_with("devapi_") && function != "kaa_device_notice" &&
+           function != "kaa_update_profile_info" && function != "system";
+}
+
+std::string described(const recording_device::Call &call)
+{
+    std::ostringstream text;
+    recording_device::PrintTo(call, &text);
+    return text.str();
+}
+
+// Why the calls are not some of the whole run's, in its order and with the same bytes.
+std::string other_calls(const std::vector<recording_device::Call> &calls,
+                        const std::vector<recording_device::Call> &whole)
+{
+    auto next = whole.begin();
+    for (const recording_device::Call &call : calls) {
+        next = std::find(next, whole.end(), call);
+        if (next == whole.end()) {
+            return "a call that is not made, or not here or not so, when nothing fails: " +
+                   described(call);
+        }
+        ++next;
+    }
+    return "";
+}
+
+// ---- Replies -----------------------------------------------------------------------------------
+
+// Whether the object is the request, less some of its keys, and what is left is the tail.
+bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
+{
+    const cJSON *item = object->child;
+    const cJSON *sent;
+    cJSON_ArrayForEach(sent, request)
+    {
+        if (item != nullptr && std::string_view(item->string) == sent->string &&
+            cJSON_Compare(item, sent, 1) != 0) {
+            item = item->next;
+        }
+    }
+    *tail = item;
+    return item == nullptr || cJSON_GetObjectItem(request, item->string) == nullptr;
+}
+
+// Whether one of the replies of the command gives the reason, or gives the device's own.
+bool knows_reason(const cJSON *description, std::string_view reason)
+{
+    const cJSON *reply;
+    cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
+    {
+        const cJSON *key;
+        cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, "keys"))
+        {
+            const cJSON *name = cJSON_GetObjectItem(key, "key");
+            const cJSON *text = cJSON_GetObjectItem(key, "text");
+            if (std::string_view(name->valuestring) == "FailReason" &&
+                (text == nullptr || text->valuestring == reason)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// Whether the items are a failure's: its status, with a reason or, where there is none, alone.
+bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
+{
+    const auto take = [&item](std::string_view key, std::string_view text) {
+        const bool is_there = item != nullptr && item->string == key && cJSON_IsString(item) != 0 &&
+                              (text.empty() || text == item->valuestring);
+        item = is_there ? item->next : item;
+        return is_there;
+    };
+    take("updateResult", "-1");
+    if (!take("Status", "1")) {
+        return false;
+    }
+    const cJSON *reason = item;
+    return item == nullptr || (take("FailReason", "") && item == nullptr &&
+                               (description == nullptr || has(may.reasons, reason->valuestring) ||
+                                knows_reason(description, reason->valuestring)));
+}
+
+// Whether a failure's status stands in the object, be it before one that tells of a success: some
+// commands have both.
+bool tells_of_failure(const cJSON *object)
+{
+    const char *status = cJSON_GetStringValue(cJSON_GetObjectItem(object, "Status"));
+    return status != nullptr && std::string_view(status) == "1";
+}
+
+// What is wrong with the reply to a command, or the end of a builder, that failed.
+std::string failure_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                            FailingMemory::Fail how)
+{
+    if (run.object == whole.object) {
+        return "";
+    }
+    const Leeway &may = leeway_of(subject);
+    const Json request = parse(run.request);
+    const Json object = parse(run.object);
+    const Json whole_object = parse(whole.object);
+    const cJSON *tail;
+    if (!splits(request.get(), object.get(), &tail)) {
+        return "the request's keys are not left as they were";
+    }
+    Leeway::Names short_lists;
+    while (
+        tail != nullptr && has(may.before, tail->string) &&
+        is_thinned(tail, cJSON_GetObjectItem(whole_object.get(), tail->string), may, short_lists)) {
+        tail = tail->next;
+    }
+    if (tail != nullptr) {
+        return is_failure(tail, description_of(subject.command), may)
+                   ? ""
+                   : "what is told is neither a success nor a failure of this command";
+    }
+    // Only a failure that was to be told anyhow has no memory to fall back on.
+    const bool is_owed =
+        how == FailingMemory::Fail::kOnce && subject.builder == nullptr && whole.succeeded(subject);
+    return is_owed ? "nothing is answered, though there is memory for it" : "";
+}
+
+} // namespace
+
+std::string damage(const Subject &subject, const SweepRun &run)
+{
+    if (subject.builder == nullptr && run.result != 0) {
+        return "the dispatcher returned " + std::to_string(run.result);
+    }
+    if (!run.is_idle) {
+        return "a lock is held";
+    }
+    if (run.blocks != 0) {
+        return std::to_string(run.blocks) + " blocks were not freed";
+    }
+    const Json kept(cJSON_Parse(run.kept.c_str()));
+    if (subject.builder == nullptr && !run.kept.empty() && print(kept.get()) != run.object) {
+        return "what is kept is not what is told";
+    }
+    return run.is_json ? "" : "the object cannot be read back";
+}
+
+std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                           FailingMemory::Fail how)
+{
+    const Leeway &may = leeway_of(subject);
+    std::string fault = damage(subject, run);
+    if (fault.empty()) {
+        fault = other_calls(run.calls, whole.calls);
+    }
+    if (!fault.empty()) {
+        return fault;
+    }
+    if (!run.succeeded(subject)) {
+        const auto change = std::find_if(run.calls.begin(), run.calls.end(), [&](const auto &call) {
+            return !is_question(call.function) &&
+                   (may.called == nullptr || call.function != may.called);
+        });
+        return change != run.calls.end() && whole.succeeded(subject)
+                   ? "a failure is told, though the device was changed: " + described(*change)
+                   : failure_verdict(subject, whole, run, how);
+    }
+    if (!whole.succeeded(subject)) {
+        return "a success is told of what fails";
+    }
+    if (run.kept != whole.kept && (may.keeps || !run.kept.empty())) {
+        return "a success is told, though something else is kept";
+    }
+    if (run.object == whole.object) {
+        return run.calls == whole.calls || !may.calls
+                   ? ""
+                   : "a success is told, though calls are missing";
+    }
+    Leeway::Names short_lists;
+    const Json object = parse(run.object);
+    const Json whole_object = parse(whole.object);
+    if (!is_thinned(object.get(), whole_object.get(), may, short_lists)) {
+        return "a success is told, though the reply is not whole";
+    }
+    const bool is_logged =
+        may.logged == nullptr ||
+        std::any_of(run.log.begin(), run.log.end(), [&](const recording_host::LogLine &line) {
+            return line.level == 3 && line.text.starts_with(may.logged);
+        });
+    if (!short_lists.empty() && !is_logged) {
+        return "a list is short, and nothing in the log tells of it";
+    }
+    const bool is_to_be_told =
+        std::any_of(short_lists.begin(), short_lists.end(),
+                    [&](std::string_view list) { return has(may.told, list); });
+    return is_to_be_told && !tells_of_failure(object.get())
+               ? "a list is short, and nothing in the reply tells of it"
+               : "";
+}
+
+std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
+                           const rich_device::Fault &fault)
+{
+    const std::string harm = damage(subject, run);
+    if (!harm.empty()) {
+        return harm;
+    }
+    // Up to the call that failed nothing may be different.
+    const std::string *failed = nullptr;
+    size_t counted = 0;
+    for (size_t at = 0; failed == nullptr; ++at) {
+        const std::string &function = whole.calls.at(at).function;
+        if (at >= run.calls.size() || !(run.calls[at] == whole.calls[at])) {
+            return "another call before the failure: " + described(whole.calls[at]);
+        }
+        if (rich_device::is_counted(function) && counted++ == fault.call) {
+            failed = &function;
+        }
+    }
+    const bool is_refusal = fault.result == -1 && !is_question(*failed) &&
+                            std::find(std::begin(kNotLookedAt), std::end(kNotLookedAt), *failed) ==
+                                std::end(kNotLookedAt);
+    const Json request = parse(run.request);
+    const Json object = parse(run.object);
+    if (fault.result == -1 && fault.written == rich_device::Written::kBrim &&
+        is_question(*failed) && run.object.find("99999999") != std::string::npos) {
+        return "the reply shows what a failed call left: " + *failed;
+    }
+    if (is_refusal && run.succeeded(subject) && !tells_of_failure(object.get())) {
+        return "a success is told of what the device refused: " + *failed;
+    }
+    if (subject.builder != nullptr) {
+        return "";
+    }
+    return undescribed(description_of(subject.command), request.get(), object.get());
+}

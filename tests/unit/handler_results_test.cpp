@@ -1,0 +1,185 @@
+// What a handler returns to callers within the process: with a device that agrees to everything, 0
+// for a success, and -1 for whatever is refused or cannot be answered.
+#include "commands.h"
+#include "handler_test.h"
+#include "memory_sweep.h"
+#include "request.h"
+
+namespace {
+
+struct Handler {
+    int32_t (*function)(cJSON *);
+    Request request;
+};
+
+Request texts(const std::vector<const char *> &keys)
+{
+    Request request({});
+    for (const char *key : keys) {
+        request = request.with(key, R"("1")");
+    }
+    return request;
+}
+
+// The handlers that take keys, with all of them; lists and objects hold nothing that a worker could
+// be started with.
+const Handler kHandlers[] = {
+    {json_get_wifi_info, texts({"SSIDIndex"})},
+    {json_set_wifi_info, texts({"SSIDIndex", "SSID", "PWD", "ENCRYPT", "PowerLevel", "Channel",
+                                "Enable", "AdvertisementEnable", "Mode", "Beamforming"})},
+    {json_set_wifi_info_list, texts({"StaCtrl", "FastRoaming"}).with("WIFILIST", "[{}]")},
+    {json_set_uplink_wifi_info,
+     texts({"SSID", "PWD", "ENCRYPT", "WPACypher", "WPA2Cypher", "Band"})},
+    {json_query_wan_info, texts({"WANName"})},
+    {json_set_wan_info,
+     texts({"WANName",        "SERVICELIST", "ADDRESSTYPE", "IPADDRESS",      "SUBNETMASK",
+            "GATEWAY",        "DNS1",        "DNS2",        "IPV6_IPADDRESS", "IPV6_PREFIXLENGTH",
+            "IPV6_GATEWAY",   "IPV6_DNS1",   "IPV6_DNS2",   "IPV6_PRIFIX",    "PPPOE_USR_NAME",
+            "PPPOE_PASSWORD", "NATENABLE",   "QOSENABLE",   "VLANID",         "VLANPRIORITY"})},
+    {json_set_attach_device_right, texts({"MAC", "InternetAccessRight"})},
+    {json_set_attach_dev_base_info, texts({"MAC", "DevType", "ByName", "AccessEnable", "DownLimit",
+                                           "SpeedLimit", "StaticDhcpEnable", "ip"})},
+    {json_set_firewall_switch, texts({"Enable"})},
+    {json_set_wifi_sleep_info, texts({}).with("WIFISleepList", "[]")},
+    {json_set_hg_base_info, texts({"Name"})},
+    {json_set_hg_guest_ssid, texts({"Enable", "SSID", "Band", "PWD", "ENCRYPT", "ContinueTime",
+                                    "HourTime", "Mode", "AdvertisementEnable"})},
+    {json_get_hg_guest_ssid, texts({"Band"})},
+    {json_set_hg_pppoe_info, texts({"Account", "Password", "Enable"})},
+    {json_set_hg_dhcp_info, texts({"Enable"})},
+    {json_set_hg_sleep_info,
+     texts({"GatewaySleepEnable", "WiFiSleepEnable", "LedSleepEnable", "StartTime", "EndTime"})},
+    {json_optimize_hg_wifi, texts({"Channel"})},
+    {json_set_hg_lanip_info, texts({"GatewayLanIP", "SubnetMask", "StartIp", "EndIp"})},
+    {json_optimize_wifi_channel_power, texts({"Channel", "PowerLevel"})},
+    {json_set_reboot_info, texts({"GatewayRebootEnable", "Time", "DaysOfWeek"})},
+    {json_set_admin_info, texts({"Type", "Name", "Password"})},
+    {json_set_web_login_type, texts({"Type"})},
+    {json_set_web_login_info, texts({"WebLoginType", "Password"})},
+    {json_set_green_net_enable, texts({"Enable"})},
+    {json_set_green_net_list, texts({}).with("DeviceList", "[]")},
+    {json_set_green_net_notify, texts({"Mac", "NotifyEnable"})},
+    {json_get_protect_period_list, texts({"Mac"})},
+    {json_set_protect_period_list, texts({"Mac"}).with("Sleep", "[]")},
+    {json_update_immediately, texts({}).with("Image", "{}")},
+    {json_image_update, texts({}).with("MainRouter", "{}")},
+    {json_update_all_from_platform, texts({}).with("Image", "{}")},
+    {json_hg_image_download, texts({"UpdateUrl"})},
+    {json_image_download, texts({}).with("MainRouter", "{}")},
+    {json_hg_image_update, texts({"Update"})},
+    {json_get_sta_rssi, texts({"IP"})},
+    {json_set_led, texts({"LedSwitch", "LedCoLor", "LedLight"})},
+    {json_set_tslink_config, texts({"ConfiguerStatus"})},
+    {json_send_log_to_platform, texts({"UploadUrl", "LogType"})},
+    {json_del_device, texts({"MAC"})},
+    {json_set_update_schedule,
+     texts({"Enable", "StartHour", "StartMinute", "EndHour", "EndMinute"})},
+    {json_child_hg_reboot, texts({"DeviceID"})},
+    {json_child_hg_local_recovery, texts({"DeviceID"})},
+    {json_set_child_routerad_base_info, texts({"DeviceID"})},
+    {json_set_child_router_base_info, texts({"DeviceID", "Name"})},
+    {json_set_tslink_ssid, texts({"Enable"})},
+    {json_set_kaa_heartbeat, texts({"heartbeat"})},
+    {json_set_mesh_status, texts({"MeshEnable", "MeshMode"})},
+    {json_set_mesh_pair, texts({"Enable", "Time"})},
+    {json_set_wps_state, texts({"Radio", "Action"})},
+    {json_set_ap_multiservice_mode, texts({"Mode"})},
+    {json_set_ap_alg_ability, texts({"PPTP", "FTP", "IPSEC", "L2TP", "RTSP", "H323", "SIP"})},
+    {json_set_upnp_state, texts({"Enable"})},
+    {json_set_wps_enable, texts({"Enable"})},
+    {json_set_port_binding, texts({"Index", "BoundPorts"})},
+    {json_set_qos_enable, texts({"Enable"})},
+    {json_set_qos_app_info, texts({"Id", "PriorityLevel"})},
+    {json_set_qos_classification_info,
+     texts({"Id", "Action", "Name", "PriorityLevel"}).with("type_list", "[]")},
+};
+
+class HandlerResultTest : public HandlerTest {
+  protected:
+    static void prepare()
+    {
+        recording_device::when<devapi_get_greennet_index_by_mac>([](const char *, int32_t *index) {
+            *index = 1;
+            return 1;
+        });
+    }
+    static void expect_result(const Handler &handler, const Request &request)
+    {
+        const Json object = parse(request.json());
+        const int32_t result = handler.function(object.get());
+        const std::string answered = print(object.get());
+        const bool success = answered.find(R"("Status":"0")") != std::string::npos;
+        EXPECT_EQ(result, success ? 0 : -1) << request.json() << " became " << answered;
+    }
+};
+
+TEST_F(HandlerResultTest, TellsSuccessFromFailure)
+{
+    prepare();
+    for (const Handler &handler : kHandlers) {
+        expect_result(handler, handler.request);
+        expect_result(handler, Request({}));
+        for (const auto &[key, value] : handler.request.keys()) {
+            expect_result(handler, handler.request.without(key));
+            for (const char *other : {"7", "{}", R"("0")"}) {
+                expect_result(handler, handler.request.with(key, other));
+            }
+        }
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNoHostOrCannotBegin)
+{
+    const auto fails = [](auto...) {
+        return -1;
+    };
+    recording_device::when<devapi_get_update_status_info>(fails);
+    recording_device::when<devapi_del_all_duration>(fails);
+    recording_device::when<devapi_del_all_wifi_timerinfo>(fails);
+    recording_device::when<devapi_get_greennet_index_by_mac>(fails);
+    for (const Handler &handler : kHandlers) {
+        expect_result(handler, handler.request);
+    }
+    prepare();
+    for (const Handler &handler : kHandlers) {
+        expect_result(handler, handler.request);
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneForAListWhoseLengthIsNotKnown)
+{
+    const Json object = parse("{}");
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_device::when<devapi_get_ssid_num>([=](int32_t *) { return failure; });
+        EXPECT_EQ(json_get_wifi_list_info(object.get()), -1);
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneWithoutMemory)
+{
+    for (const Handler &handler : kHandlers) {
+        if (handler.function == json_get_wifi_info || handler.function == json_get_hg_guest_ssid) {
+            continue; // a query returns what the device has returned, also where it cannot answer
+        }
+        int32_t result = 0;
+        const auto act = [&](cJSON *object) {
+            result = handler.function(object);
+        };
+        sweep_memory(act, handler.request.json(), prepare, [&](const std::string &object, auto) {
+            EXPECT_EQ(result, -1) << handler.request.json() << " became " << object;
+        });
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneWithoutAnObject)
+{
+    for (const Handler &handler : kHandlers) {
+        if (handler.function == json_update_immediately) {
+            continue; // an update of nothing is no failure
+        }
+        EXPECT_EQ(handler.function(nullptr), -1) << handler.request.json();
+        EXPECT_EQ(handler.function(parse("[]").get()), -1) << handler.request.json();
+    }
+}
+
+} // namespace
