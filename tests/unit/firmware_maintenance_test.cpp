@@ -5,7 +5,7 @@
 #include "memory_sweep.h"
 #include "mesh_fixture.h"
 
-namespace {
+namespace firmware_maintenance_test {
 
 using recording_device::when;
 
@@ -307,4 +307,4 @@ TEST_F(FirmwareMaintenanceTest, UploadsNothingThatCannotBeAnswered)
               2u);
 }
 
-} // namespace
+} // namespace firmware_maintenance_test

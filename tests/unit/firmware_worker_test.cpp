@@ -6,7 +6,7 @@
 #include <cstring>
 #include <unistd.h>
 
-namespace {
+namespace firmware_worker_test {
 
 using recording_device::when;
 using recording_host::LogLine;
@@ -286,4 +286,4 @@ TEST_F(ImageUpgradeTest, TheOtherPartsAreTakenAsDone)
     EXPECT_EQ(calls(), Calls());
 }
 
-} // namespace
+} // namespace firmware_worker_test

@@ -5,7 +5,7 @@
 #include "memory_sweep.h"
 #include "request.h"
 
-namespace {
+namespace handler_results_test {
 
 struct Handler {
     int32_t (*function)(cJSON *);
@@ -182,4 +182,4 @@ TEST_F(HandlerResultTest, IsMinusOneWithoutAnObject)
     }
 }
 
-} // namespace
+} // namespace handler_results_test
