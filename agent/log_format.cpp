@@ -109,7 +109,7 @@ std::optional<std::vector<Piece>> pieces_of(std::string_view rest)
     return pieces;
 }
 
-template <class Value> std::string print(const std::string &format, Value value)
+template <class Value> std::string formatted(const std::string &format, Value value)
 {
     const int length = snprintf(nullptr, 0, format.c_str(), value);
     std::string text(static_cast<size_t>(std::max(length, 0)) + 1, '\0');
@@ -216,20 +216,20 @@ std::string render(Piece piece, Arguments &arguments, bool show_secrets)
     }
     case 'd':
     case 'i':
-        return print(format + "j" + conversion, signed_argument(piece.length, arguments));
+        return formatted(format + "j" + conversion, signed_argument(piece.length, arguments));
     case 'u':
     case 'o':
     case 'x':
     case 'X':
-        return print(format + "j" + conversion, unsigned_argument(piece.length, arguments));
+        return formatted(format + "j" + conversion, unsigned_argument(piece.length, arguments));
     case 'c':
-        return print(format + conversion, va_arg(arguments.list, int));
+        return formatted(format + conversion, va_arg(arguments.list, int));
     case 'p':
-        return print(format + conversion, va_arg(arguments.list, void *));
+        return formatted(format + conversion, va_arg(arguments.list, void *));
     default:
         return piece.length == "L"
-                   ? print(format + "L" + conversion, va_arg(arguments.list, long double))
-                   : print(format + conversion, va_arg(arguments.list, double));
+                   ? formatted(format + "L" + conversion, va_arg(arguments.list, long double))
+                   : formatted(format + conversion, va_arg(arguments.list, double));
     }
 }
 

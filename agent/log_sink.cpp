@@ -26,7 +26,7 @@ std::string_view without_line_end(std::string_view text)
     return text;
 }
 
-void write(const char *module, int32_t level, const char *format, va_list arguments)
+void write_message(const char *module, int32_t level, const char *format, va_list arguments)
 {
     if (level > settings.level) {
         return;
@@ -57,7 +57,7 @@ void log_arguments(const char *module, int32_t level, const char *format, va_lis
     if (level <= kLogError) {
         ++library_errors;
     }
-    write(module, level, format, arguments);
+    write_message(module, level, format, arguments);
 }
 
 uint64_t errors_of_libraries()
@@ -69,7 +69,7 @@ void log_line(int32_t level, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    write("hgagent", level, format, arguments);
+    write_message("hgagent", level, format, arguments);
     va_end(arguments);
 }
 

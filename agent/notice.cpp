@@ -20,7 +20,7 @@ namespace {
 constexpr int32_t kNotPassedOn = -1;
 constexpr size_t kMaxText = 1024UL * 1024;
 
-std::mutex mutex; // held while the receiver is at work, so that it cannot go meanwhile
+std::mutex receiver_lock; // held while the receiver is at work, so that it cannot go meanwhile
 const NoticeReceiver *receiver = nullptr;
 
 Json json_of(const char *text)
@@ -40,13 +40,13 @@ Json json_of(const char *text)
 NoticeReceiver::NoticeReceiver(int32_t refusal, PassOn pass_on)
     : refusal_(refusal), pass_on_(std::move(pass_on))
 {
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(receiver_lock);
     receiver = this;
 }
 
 NoticeReceiver::~NoticeReceiver()
 {
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(receiver_lock);
     receiver = nullptr;
 }
 
@@ -63,7 +63,7 @@ int32_t receive_notice(const char *text)
     if (text == nullptr) {
         return kNotPassedOn;
     }
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(receiver_lock);
     if (receiver == nullptr) {
         log_line(kLogError, "nobody receives notices");
         return kNotPassedOn;

@@ -12,7 +12,6 @@ namespace agent {
 
 namespace {
 
-constexpr char kSpace[] = " \t\r\n";
 constexpr size_t kMaxMessage = 200;
 
 // " at line 2, column 7": behind what has been read.

@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::array<std::string_view, 5> kSecretEndings = {"password", "passwd", "pwd",
                                                             "passphrase", "psk"};
-constexpr char kSpace[] = " \t\r\n";
 
 bool is_word_letter(char letter)
 {

@@ -14,7 +14,7 @@ namespace {
 
 std::string error_answer(const std::string &id, const std::string &error)
 {
-    return "{\"id\":" + id + ",\"error\":" + quoted(error) + "}";
+    return "{\"id\":" + id + ",\"error\":" + agent::quoted(error) + "}";
 }
 
 std::string answer_to(const Call &call, const PluginHost &host, bool raw_bytes)
@@ -51,8 +51,8 @@ std::string notice_line(const Json &notice, bool raw_bytes)
 
 std::string progress_line(const std::string &task, int32_t percent)
 {
-    return "{\"progress\":{\"task\":" + quoted(task) + ",\"percent\":" + std::to_string(percent) +
-           "}}";
+    return "{\"progress\":{\"task\":" + agent::quoted(task) +
+           ",\"percent\":" + std::to_string(percent) + "}}";
 }
 
 // Until the input ends, nobody reads the answers, or a signal arrives.

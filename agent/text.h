@@ -18,6 +18,9 @@ std::string to_utf8(std::string_view text);
 // max_bytes is cut off, and the line says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
 
+// What JSON takes for space.
+constexpr char kSpace[] = " \t\r\n";
+
 // How many columns a terminal takes for a text on one line.
 size_t columns_of(std::string_view utf8_text);
 

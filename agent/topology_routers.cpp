@@ -20,7 +20,7 @@ std::string mac_of(const cJSON *item, const char *key)
     return mac;
 }
 
-std::string state_of(const cJSON *item)
+std::string link_state_of(const cJSON *item)
 {
     const bool is_offline = text_of(item, "NetStatus") == "0";
     const bool is_blocked = text_of(item, "AccessEnable") == "0";
@@ -34,7 +34,7 @@ MeshNode node_of(const cJSON *item, const char *access_key)
 {
     const std::string name = name_of(item);
     return {name.empty() ? text_of(item, "Mac") : name, text_of(item, access_key),
-            text_of(item, "dbm"), state_of(item)};
+            text_of(item, "dbm"), link_state_of(item)};
 }
 
 std::vector<MeshNode> devices_of(const cJSON *list)

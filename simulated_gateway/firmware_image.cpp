@@ -21,7 +21,7 @@ constexpr std::array<TextField, 3> kTextFields = {{{"product", 20, 256, &ImageHe
                                                    {"version", 276, 64, &ImageHeader::version},
                                                    {"date", 340, 32, &ImageHeader::date}}};
 
-[[noreturn]] void refuse(const std::string &reason)
+[[noreturn]] void refuse_image(const std::string &reason)
 {
     throw Error("the image " + reason);
 }
@@ -30,7 +30,7 @@ void check_field(const TextField &field, const std::string &text)
 {
     const std::string wrong = complaint(text, Text{field.width});
     if (!wrong.empty()) {
-        refuse(std::string("does not hold: its ") + field.name + " " + wrong);
+        refuse_image(std::string("does not hold: its ") + field.name + " " + wrong);
     }
 }
 
@@ -79,7 +79,7 @@ void ImageCheck::add(std::string_view bytes)
         bytes.remove_prefix(part);
         // A file of another kind shows in its first bytes, and may be shorter than a header.
         if (!kMagic.starts_with(std::string_view(header_bytes_).substr(0, kMagic.size()))) {
-            refuse("is none: it does not open with an image's magic");
+            refuse_image("is none: it does not open with an image's magic");
         }
         if (header_bytes_.size() < ImageHeader::kSize) {
             return;
@@ -87,8 +87,8 @@ void ImageCheck::add(std::string_view bytes)
         take_header();
     }
     if (size_ > header_->image_size()) {
-        refuse("goes on behind the " + std::to_string(header_->image_size()) +
-               " bytes that its header tells of");
+        refuse_image("goes on behind the " + std::to_string(header_->image_size()) +
+                     " bytes that its header tells of");
     }
     digest_.add(bytes);
 }
@@ -98,18 +98,19 @@ void ImageCheck::take_header()
     const std::string_view bytes = header_bytes_;
     const uint64_t format = number_in(bytes.substr(8, 4));
     if (format != kFormatVersion) {
-        refuse("has format version " + std::to_string(format) + ", not " +
-               std::to_string(kFormatVersion));
+        refuse_image("has format version " + std::to_string(format) + ", not " +
+                     std::to_string(kFormatVersion));
     }
     ImageHeader header;
     header.payload_size = number_in(bytes.substr(12, 8));
     if (header.payload_size == 0) {
-        refuse("has no payload");
+        refuse_image("has no payload");
     }
     if (largest_image_ < ImageHeader::kSize ||
         header.payload_size > largest_image_ - ImageHeader::kSize) {
-        refuse("has a payload of " + std::to_string(header.payload_size) + " bytes; no more than " +
-               std::to_string(largest_image_) + " bytes are taken in all");
+        refuse_image("has a payload of " + std::to_string(header.payload_size) +
+                     " bytes; no more than " + std::to_string(largest_image_) +
+                     " bytes are taken in all");
     }
     for (const TextField &field : kTextFields) {
         const std::string_view text = bytes.substr(field.offset, field.width);
@@ -117,7 +118,7 @@ void ImageCheck::take_header()
         check_field(field, header.*field.value);
     }
     if (product_ && header.product != *product_) {
-        refuse("is for " + in_quotes(header.product) + ", not for " + in_quotes(*product_));
+        refuse_image("is for " + in_quotes(header.product) + ", not for " + in_quotes(*product_));
     }
     header.sha256 = bytes.substr(ImageHeader::kDigestOffset);
     digest_.add(bytes.substr(0, ImageHeader::kDigestOffset));
@@ -132,14 +133,15 @@ int32_t ImageCheck::percent() const
 ImageHeader ImageCheck::finish()
 {
     if (size_ == 0) {
-        refuse("is empty");
+        refuse_image("is empty");
     }
     const uint64_t whole = header_ ? header_->image_size() : ImageHeader::kSize;
     if (size_ < whole) {
-        refuse("ends after " + std::to_string(size_) + " of " + std::to_string(whole) + " bytes");
+        refuse_image("ends after " + std::to_string(size_) + " of " + std::to_string(whole) +
+                     " bytes");
     }
     if (digest_.finish() != header_->sha256) {
-        refuse("is damaged: its SHA-256 is not the one in its header");
+        refuse_image("is damaged: its SHA-256 is not the one in its header");
     }
     return *header_;
 }

@@ -7,7 +7,7 @@
 namespace simulated_gateway {
 namespace {
 
-constexpr int64_t kSlotSeconds = 900;
+constexpr int64_t kDrawSeconds = 900;
 
 // By night people and their devices are where they belong.
 bool is_night()
@@ -20,7 +20,7 @@ uint64_t draw_for(const Home &home, Quantity quantity, const Host &host,
                   const std::string &router = {})
 {
     const uint64_t source = source_of(host.mac) ^ (source_of(router) << 16);
-    return draw(home, quantity, source, static_cast<uint64_t>(now() / kSlotSeconds));
+    return draw(home, quantity, source, static_cast<uint64_t>(now() / kDrawSeconds));
 }
 
 // Where a wandering host is: next to a router, and so strong there.

@@ -11,12 +11,6 @@ using namespace simulated_gateway;
 
 // ---- Channels ----------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const WifiChannelList &list)
-{
-    text.field("count_24g", list.count_24g);
-    text.field("count_5g", list.count_5g);
-}
-
 static void describe(RecordText &text, const ChannelApNum &counts)
 {
     const auto sum = [](std::span<const int32_t> all) {

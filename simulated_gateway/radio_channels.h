@@ -1,6 +1,7 @@
 // Radio channels: which there are, who is on them, which is the best.
 #pragma once
 
+#include "device_call.h"
 #include "model.h"
 
 #include <string>
@@ -20,5 +21,7 @@ int64_t congestion(const Home &home, const Radio &radio, int64_t channel);
 // The channel that a radio would choose: the least congested one. Among several, the one that it is
 // on, else the lowest.
 int64_t best_channel(const Home &home, const Radio &radio);
+
+void describe(RecordText &text, const WifiChannelList &list);
 
 } // namespace simulated_gateway

@@ -137,12 +137,6 @@ int32_t devapi_scan_channel_power(ChannelPowerResult *result)
 
 // ---- Channels ----------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const WifiChannelList &list)
-{
-    text.field("count_24g", list.count_24g);
-    text.field("count_5g", list.count_5g);
-}
-
 // A home without a radio for the band may use no channel of it.
 static int32_t put_channels(std::span<int16_t> numbers, const Home &home, const std::string &band)
 {

@@ -102,6 +102,7 @@ static const char *text_in(const Field &field, const void *record, NumberText &n
     if (field.is_number()) {
         snprintf(number, sizeof number, "%d", *static_cast<const int32_t *>(place));
         *width = sizeof number;
+        // cppcheck-suppress CastIntegerToAddressAtReturn ; it is an array of characters
         return number;
     }
     *width = field.width;
@@ -111,7 +112,7 @@ static const char *text_in(const Field &field, const void *record, NumberText &n
 void copy_items(FieldList fields, cJSON *const *items, void *record)
 {
     for (const Field &field : fields) {
-        store(field, record, text_of(*items++));
+        store(field, record, (*items++)->valuestring);
     }
 }
 
@@ -220,10 +221,10 @@ void Reply::set_reserved(FieldList fields, const void *record)
     for (const Field &field : fields) {
         NumberText number;
         size_t width;
-        const char *text = text_in(field, record, number, &width);
+        const char *value = text_in(field, record, number, &width);
         char *reserved = cJSON_GetObjectItem(&root_, field.key)->valuestring;
-        const size_t length = strnlen(text, width);
-        memcpy(reserved, text, length);
+        const size_t length = strnlen(value, width);
+        memcpy(reserved, value, length);
         reserved[length] = '\0';
     }
 }

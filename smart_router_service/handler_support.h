@@ -49,6 +49,7 @@ struct FieldList {
     size_t count;
 
     template <class Record, size_t n>
+    // cppcheck-suppress noExplicitConstructor ; a table is handed over as it is
     constexpr FieldList(const Fields<Record, n> &fields) : first(fields.field), count(n)
     {
     }
@@ -210,6 +211,7 @@ struct MissingTexts {
     const char *absent;
     const char *no_text;
 
+    // cppcheck-suppress noExplicitConstructor ; most commands have one text for both
     constexpr MissingTexts(const char *either) : absent(either), no_text(either) {}
     constexpr MissingTexts(const char *absent_key, const char *key_without_text)
         : absent(absent_key), no_text(key_without_text)
@@ -499,6 +501,7 @@ class SettingSteps {
 
 template <class Record, size_t count> class SettingRun : public SettingSteps {
   public:
+    // cppcheck-suppress uninitMemberVar ; find() fills it
     SettingRun(cJSON *obj, const Fields<Record, count> &fields, Consume when)
         : SettingSteps(obj, fields, found_, when)
     {

@@ -22,6 +22,7 @@ using Path = char[128];
 using Value = char[TOPO_VALUE_SIZE];
 
 // Reads a parameter of a router, or of all of them for position 0. Result: false when that failed.
+// cppcheck-suppress constParameter ; the device writes it
 bool read_parameter(int32_t position, const char *name, Value &value)
 {
     Path path;

@@ -84,6 +84,7 @@ constexpr char kQueryFailure[] = "QUERY_WAN_INFO_FAIL";
 void empty_missing_values(WanInfo *wan)
 {
     using WanText = char[64];
+    // cppcheck-suppress constVariable ; the texts are written below
     WanText *const fields[] = {&wan->GATEWAY, &wan->IPV6_IPADDRESS, &wan->IPV6_PRIFIX,
                                &wan->IPV6_GATEWAY, &wan->PPPOE_DIAL_MODE};
     for (WanText *field : fields) {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-namespace {
+namespace host_services_test {
 
 std::string base64_of(const char *text)
 {
@@ -32,8 +32,6 @@ std::string mac_of(const char *text, int32_t form)
     mac_form_translate(text, form, mac);
     return mac;
 }
-
-} // namespace
 
 TEST(Base64, EncodesTexts)
 {
@@ -105,3 +103,5 @@ TEST(System, HasNoShell)
 {
     EXPECT_EQ(system(nullptr), 0);
 }
+
+} // namespace host_services_test

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 
-namespace {
+namespace log_format_test {
 
 __attribute__((format(printf, 2, 3))) std::string format(bool show_secrets, const char *text, ...)
 {
@@ -17,8 +17,6 @@ __attribute__((format(printf, 2, 3))) std::string format(bool show_secrets, cons
     va_end(arguments);
     return result;
 }
-
-} // namespace
 
 // What the C library makes of the same call.
 #define EXPECT_AS_PRINTF(...)                                                                      \
@@ -101,3 +99,5 @@ TEST(LogFormat, WithholdsArgumentsItDoesNotUnderstand)
     EXPECT_EQ(format(true, "%ls, password %s", L"wide", "x"), "wide, password x");
     EXPECT_EQ(format(false, "%ls %s", L"wide", R"({"PWD":"x"})"), R"(wide {"PWD":"***"})");
 }
+
+} // namespace log_format_test

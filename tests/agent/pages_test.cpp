@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-namespace {
+namespace pages_test {
 
 std::string printed(const agent::Table &table, const std::string &indent = "")
 {
@@ -13,8 +13,6 @@ std::string printed(const agent::Table &table, const std::string &indent = "")
     table.print(page, indent);
     return page.str();
 }
-
-} // namespace
 
 TEST(Table, AlignsItsCells)
 {
@@ -48,3 +46,5 @@ TEST(Table, LeavesNoBlanksAtTheEndOfALine)
     table.row({"none", "", ""});
     EXPECT_EQ(printed(table), "long left  right\nshort\nnone\n");
 }
+
+} // namespace pages_test

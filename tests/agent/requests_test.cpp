@@ -6,7 +6,7 @@
 using agent::Json;
 using agent::print;
 
-namespace {
+namespace requests_test {
 
 // A key that is a constant and one that is a copy, texts that belong to nobody, and depth.
 Json reply_in_gbk()
@@ -23,8 +23,6 @@ Json reply_in_gbk()
     cJSON_AddNumberToObject(inner, "number", 1);
     return reply;
 }
-
-} // namespace
 
 TEST(Print, MakesEachTextAndKeyUtf8)
 {
@@ -55,3 +53,5 @@ TEST(Print, IndentsWhatItConverts)
     cJSON_AddStringToObject(reply.get(), "a", "\xd6\xd0");
     EXPECT_EQ(print(reply.get(), {.indented = true}), "{\n\t\"a\":\t\"\u4e2d\"\n}");
 }
+
+} // namespace requests_test

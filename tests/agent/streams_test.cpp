@@ -13,7 +13,7 @@
 #include <thread>
 #include <unistd.h>
 
-namespace {
+namespace streams_test {
 
 // Standard output as a pipe for as long as this lives, with the agent's output on it.
 class Pipe {
@@ -69,8 +69,6 @@ class PendingSignal {
     PendingSignal(const PendingSignal &) = delete;
     PendingSignal &operator=(const PendingSignal &) = delete;
 };
-
-} // namespace
 
 TEST(ReplyOutput, WritesWholeLinesFromManyThreads)
 {
@@ -136,3 +134,5 @@ TEST(StopSignals, WakeEveryThread)
     other.join();
     EXPECT_EQ(stop.arrived(), SIGTERM);
 }
+
+} // namespace streams_test

@@ -10,7 +10,7 @@ using agent::graph_of;
 using agent::Router;
 using agent::tree_of;
 
-namespace {
+namespace topology_drawing_test {
 
 const std::vector<Router> kChain = {
     {{"main", "", "", ""}, {{"tv", "cable", "", ""}}, false, {1, 2}},
@@ -40,8 +40,6 @@ void expect_syntax(const std::string &graph)
     }
     EXPECT_EQ(graph.back(), '}');
 }
-
-} // namespace
 
 TEST(TopologyTree, HasALineForEachLink)
 {
@@ -102,3 +100,5 @@ TEST(TopologyGraph, QuotesNames)
     EXPECT_NE(graph_of(named("a\"b\\N&lt;")).find("label=\"a\\\"b\\\\N&amp;lt;\""),
               std::string::npos);
 }
+
+} // namespace topology_drawing_test

@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-namespace {
+namespace topology_routers_test {
 
 std::string router(int number)
 {
@@ -57,8 +57,6 @@ MeshNode node(const std::string &device)
         agent::parse_object(R"({"MainRouter":{"MainBaseInfo":[)" + device + "]}}");
     return agent::routers_of(topology.get(), nullptr).front().devices.at(0);
 }
-
-} // namespace
 
 TEST(TopologyRouters, HangAsTheTreeSays)
 {
@@ -129,3 +127,5 @@ TEST(TopologyRouters, SayWhatIsUnusual)
     const agent::Json topology = agent::parse_object(R"({"MainRouter":{"NetStatus":"0"}})");
     EXPECT_EQ(agent::routers_of(topology.get(), nullptr).front().self.state, "no Internet");
 }
+
+} // namespace topology_routers_test

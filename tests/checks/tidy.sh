@@ -1,16 +1,24 @@
 #!/usr/bin/env bash
 # Runs clang-tidy over the sources of the product: tidy.sh BUILD_FOLDER. The plug-in is built in
-# several ways; each of its files is looked at once.
+# several ways, and other sources are compiled several at a time; each file is looked at by itself, once.
 set -euo pipefail
 build=$1
 once=$build/tidy
 mkdir -p "$once"
 /usr/bin/python3 - "$build/compile_commands.json" "$once/compile_commands.json" <<'END'
 import json
+import pathlib
+import re
 import sys
 
+by_file = {}
 with open(sys.argv[1], encoding="utf-8") as file:
-    by_file = {entry["file"]: entry for entry in json.load(file)}
+    for entry in json.load(file):
+        source = pathlib.Path(entry["file"])
+        together = source.parent.name == "Unity"
+        for each in re.findall('#include "(.*)"', source.read_text()) if together else [str(source)]:
+            command = entry["command"].replace(str(source), each)
+            by_file[each] = dict(entry, file=each, command=command)
 with open(sys.argv[2], "w", encoding="utf-8") as file:
     json.dump(list(by_file.values()), file)
 END

@@ -10,9 +10,9 @@
 
 namespace {
 
-using Json = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
+using JsonItem = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
 
-Json parse(const std::string &text)
+JsonItem parse(const std::string &text)
 {
     return {cJSON_Parse(text.c_str()), cJSON_Delete};
 }
@@ -33,13 +33,13 @@ void record_call(const std::string &command, const std::string &request, const A
 
 void record_line(const std::string &line, const std::string &answer)
 {
-    const Json answered = parse(answer);
+    const JsonItem answered = parse(answer);
     const cJSON *reply = cJSON_GetObjectItem(answered.get(), "reply");
     const cJSON *result = cJSON_GetObjectItem(answered.get(), "result");
     if (reply == nullptr || cJSON_GetNumberValue(result) != 0) {
         return;
     }
-    const Json asked = parse(line);
+    const JsonItem asked = parse(line);
     const cJSON *params = cJSON_GetObjectItem(asked.get(), "params");
     record_traffic(cJSON_GetStringValue(cJSON_GetObjectItem(asked.get(), "command")),
                    params != nullptr ? print(params) : "{}", print(reply));

@@ -13,7 +13,7 @@ using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
-namespace {
+namespace attached_devices_test {
 
 constexpr char kTvMac[] = "8C:79:F5:62:1A:09";
 
@@ -46,8 +46,6 @@ class AttachedDevices : public GatewayTest {
                   kDone);
     }
 };
-
-} // namespace
 
 TEST_F(AttachedDevices, AreATable)
 {
@@ -140,3 +138,5 @@ TEST_F(AttachedDevices, SayWhenTheyCannotBeWritten)
     EXPECT_EQ(full.finish().exit_status, 5);
     EXPECT_EQ(run_agent({"hosts", "all"}).exit_status, 2);
 }
+
+} // namespace attached_devices_test

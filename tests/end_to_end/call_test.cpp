@@ -10,7 +10,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-namespace {
+namespace call_test {
 
 constexpr char kSnReply[] = R"({"Status":"0","MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1",)"
                             R"("DeviceType":"HGU-AX3000"})"
@@ -21,8 +21,6 @@ std::string nested(size_t depth)
     return R"({"VersionInfo": "deep", "inner": )" + std::string(depth, '[') +
            std::string(depth, ']') + "}";
 }
-
-} // namespace
 
 TEST(Call, PrintsTheReplyOnOneLine)
 {
@@ -246,3 +244,5 @@ TEST(Usage, HelpAndVersionSucceed)
     }
     EXPECT_EQ(run_agent({"--version"}).output, "hgagent " PROJECT_VERSION "\n");
 }
+
+} // namespace call_test

@@ -8,7 +8,7 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
 
-namespace {
+namespace child_router_relay_test {
 
 constexpr char kFloor[] = R"({"DeviceID":"3C6AD2228140"})";
 constexpr char kAttic[] = R"({"DeviceID":"3C6AD2228180"})"; // hangs from the first floor
@@ -23,8 +23,6 @@ class ChildRouters : public GatewayTest {
     }
     std::string devices_of_attic() const { return reply("GET_CHILD_ROUTER_AD_BASE_INFO", kAttic); }
 };
-
-} // namespace
 
 TEST_F(ChildRouters, TakeAName)
 {
@@ -87,3 +85,5 @@ TEST_F(ChildRouters, HaveToBeKnown)
     EXPECT_EQ(reply("RP_CHILD_HG_REBOOT"),
               "{\"Status\":\"1\",\"FailReason\":\"DeviceID Not Found\"}\n");
 }
+
+} // namespace child_router_relay_test

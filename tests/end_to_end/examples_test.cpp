@@ -19,7 +19,7 @@ static void PrintTo(const Text &file, std::ostream *out)
 
 } // namespace embedded
 
-namespace {
+namespace examples_test {
 
 class Examples : public testing::TestWithParam<embedded::Text> {
     const StandingClock clock_;
@@ -29,8 +29,6 @@ std::string command_of(const testing::TestParamInfo<embedded::Text> &file)
 {
     return Json::parse(file.param.text)["command"];
 }
-
-} // namespace
 
 TEST_P(Examples, AreWhatTheCommandsReply)
 {
@@ -43,3 +41,5 @@ TEST_P(Examples, AreWhatTheCommandsReply)
 
 INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(embedded::protocol_commands()),
                          command_of);
+
+} // namespace examples_test

@@ -6,8 +6,6 @@
 
 namespace fs = std::filesystem;
 
-using Json = nlohmann::ordered_json;
-
 namespace {
 
 std::string new_folder()
@@ -59,13 +57,13 @@ ServingAgent::ServingAgent(const std::vector<std::string> &options)
 {
 }
 
-Json ServingAgent::read()
+nlohmann::ordered_json ServingAgent::read()
 {
     const std::string line = process_.read_line();
     if (line.empty()) {
         throw std::runtime_error("the agent has ended");
     }
-    Json read = Json::parse(line);
+    nlohmann::ordered_json read = nlohmann::ordered_json::parse(line);
     if (!read.contains("progress")) {
         return read;
     }
@@ -79,7 +77,7 @@ Json ServingAgent::read()
 std::string ServingAgent::ask(const std::string &command, const std::string &request)
 {
     process_.send(R"({"command":")" + command + R"(","params":)" + request + "}\n");
-    Json answer;
+    nlohmann::ordered_json answer;
     while (answer.is_null()) {
         answer = read();
     }

@@ -18,7 +18,7 @@ using testing::Not;
 
 using Json = nlohmann::ordered_json;
 
-namespace {
+namespace firmware_update_test {
 
 constexpr char kStarted[] = R"({"Status":"0","updateResult":"0"})";
 constexpr char kBusy[] =
@@ -91,8 +91,6 @@ class FirmwareUpdate : public FirmwareTest {
         expect_version(kOldVersion);
     }
 };
-
-} // namespace
 
 TEST_F(FirmwareUpdate, FetchesFlashesAndReboots)
 {
@@ -260,3 +258,5 @@ TEST_F(FirmwareUpdate, EndsWithASignal)
     EXPECT_EQ(reply("IMAGE_DOWNLOAD", main_router(address("new.image"))), line(kStarted));
     expect_version(kNewVersion);
 }
+
+} // namespace firmware_update_test

@@ -9,7 +9,7 @@ using testing::HasSubstr;
 
 using Json = nlohmann::ordered_json;
 
-namespace {
+namespace green_net_test {
 
 constexpr char kPhone[] = "DA:41:7C:0E:92:B3";
 constexpr char kLaptop[] = "F4:D4:88:5B:3F:72";
@@ -58,8 +58,6 @@ class GreenNet : public GatewayTest {
     const Json laptop_ = device(kLaptop, "Laptop", "0");
     const Json console_ = device(kConsole, "Games", "1");
 };
-
-} // namespace
 
 TEST_F(GreenNet, KeepsTheListAsItIsSet)
 {
@@ -122,3 +120,5 @@ TEST_F(GreenNet, KeepsWhoWantsToBeToldOfADevice)
         EXPECT_EQ(entry["NotifyEnable"], "1") << entry;
     }
 }
+
+} // namespace green_net_test

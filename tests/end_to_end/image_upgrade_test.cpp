@@ -11,7 +11,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-namespace {
+namespace image_upgrade_test {
 
 constexpr char kNotInstalled[] = "hgagent: the firmware was not installed";
 
@@ -35,8 +35,6 @@ class ImageUpgrade : public FirmwareTest {
         EXPECT_EQ(lines.back(), kNotInstalled);
     }
 };
-
-} // namespace
 
 TEST_F(ImageUpgrade, InstallsWhatRunsAfterAReboot)
 {
@@ -108,3 +106,5 @@ TEST_F(ImageUpgrade, IsTheOnlyReportWithAnAddress)
     EXPECT_EQ(run_agent({"report", "home-page", "--url", "http://x/"}).exit_status, 2);
     EXPECT_EQ(run_agent({"report", "--url", "http://x/"}).exit_status, 2);
 }
+
+} // namespace image_upgrade_test

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-namespace {
+namespace loading_test {
 
 // The agent with these options: it must end with status 4 and one line that says why.
 std::string refusal(const std::vector<std::string> &options)
@@ -32,8 +32,6 @@ std::string beginning_of(const std::string &file, size_t size)
     std::ifstream(file, std::ios::binary).read(content.data(), static_cast<std::streamsize>(size));
     return content;
 }
-
-} // namespace
 
 TEST(Loading, TakesGivenLibraries)
 {
@@ -178,3 +176,5 @@ TEST(HostServices, AnswerThePlugin)
                                          R"("md5":"ae821dc7991e1b65351446ab46f47d17",)"
                                          R"("bare_mac":"3C6AD2104F20","freed":true)"));
 }
+
+} // namespace loading_test

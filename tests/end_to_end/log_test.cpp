@@ -8,15 +8,13 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-namespace {
+namespace log_test {
 
 std::vector<std::string> log_of(const std::string &text, std::vector<std::string> options)
 {
     options.insert(options.end(), {"--plugin", PROBE_PLUGIN, "call", "LOG", "text=" + text});
     return lines_of(run_agent(options).error);
 }
-
-} // namespace
 
 TEST(Log, ShowsErrorsUnlessTold)
 {
@@ -76,3 +74,5 @@ TEST(Log, KeepsTheVersionReportInTheAgentsBuffer)
         call("RESPONSE_ROUTER_VERSION", R"({"VersionInfo":"1"})", {"--log-level", "7"});
     EXPECT_THAT(result.error, Not(HasSubstr("the time of")));
 }
+
+} // namespace log_test

@@ -6,7 +6,7 @@
 using testing::HasSubstr;
 using testing::Not;
 
-namespace {
+namespace mesh_control_test {
 
 constexpr char kOn[] = R"({"MeshEnable":"1","MeshMode":"2"})";
 constexpr char kOff[] = R"({"MeshEnable":"0","MeshMode":"2"})";
@@ -25,8 +25,6 @@ class MeshControl : public GatewayTest {
         return run_agent({"--state", state_, "topology", "--ascii"}).output;
     }
 };
-
-} // namespace
 
 TEST_F(MeshControl, IsBusyAfterAChange)
 {
@@ -63,3 +61,5 @@ TEST_F(MeshControl, LightsTheLeds)
                 HasSubstr(R"("Status":"1")"));
     EXPECT_THAT(reply("GET_LED_STATUS"), HasSubstr(leds));
 }
+
+} // namespace mesh_control_test

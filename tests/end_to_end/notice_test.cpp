@@ -16,7 +16,7 @@ using testing::StartsWith;
 
 using Json = nlohmann::ordered_json;
 
-namespace {
+namespace notice_test {
 
 constexpr char kText[] = "A new phone is in the home";
 constexpr char kEncoded[] = "QSBuZXcgcGhvbmUgaXMgaW4gdGhlIGhvbWU=";
@@ -57,8 +57,6 @@ std::string request(const std::string &id, const std::string &members)
 {
     return "{\"id\":" + id + ",\"notice\":" + members + "}\n";
 }
-
-} // namespace
 
 TEST(Notice, PrintsTheEnvelope)
 {
@@ -256,3 +254,5 @@ TEST(Notice, IsRefusedWhereNobodyReceivesIt)
     EXPECT_THAT(result.output, HasSubstr(R"("result":-1)"));
     EXPECT_EQ(result.error, "<3> hgagent: nobody receives notices\n");
 }
+
+} // namespace notice_test

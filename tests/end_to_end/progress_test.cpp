@@ -10,7 +10,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-namespace {
+namespace progress_test {
 
 constexpr char kDownload[] = R"({"UpdateUrl":"http://192.0.2.1/image"})";
 
@@ -19,8 +19,6 @@ std::string bar(const std::string &task, size_t done, const std::string &percent
     return task + " [" + std::string(done, '#') + std::string(40 - done, '.') + "] " + percent +
            " %";
 }
-
-} // namespace
 
 TEST(Progress, IsALineOfServe)
 {
@@ -66,3 +64,5 @@ TEST(Progress, IsNotAskedOfADeviceThatTellsNone)
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.output, "{\"id\":null,\"result\":-3,\"reply\":{}}\n");
 }
+
+} // namespace progress_test

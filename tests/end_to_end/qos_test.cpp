@@ -9,7 +9,7 @@ using testing::HasSubstr;
 
 using Json = nlohmann::ordered_json;
 
-namespace {
+namespace qos_test {
 
 std::string failed(const std::string &number)
 {
@@ -42,8 +42,6 @@ class Qos : public GatewayTest {
     }
 };
 
-} // namespace
-
 TEST_F(Qos, AddsAndDeletesRules)
 {
     EXPECT_THAT(rules(), ElementsAre("1 Voice of the office"));
@@ -74,3 +72,5 @@ TEST_F(Qos, KeepsSwitchAndPriorities)
     expect_kept("SET_QOS_APP_INFO", R"({"Id":"3","PriorityLevel":"8"})", "GET_QOS_INFO",
                 R"({"Id":"3","Name":"Video","PriorityLevel":"8"})");
 }
+
+} // namespace qos_test

@@ -12,7 +12,7 @@
 
 using testing::HasSubstr;
 
-namespace {
+namespace router_report_test {
 
 using Json = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
 
@@ -68,8 +68,6 @@ std::string name_of(const testing::TestParamInfo<RouterReports::ParamType> &test
     std::ranges::replace(name, '-', '_');
     return name;
 }
-
-} // namespace
 
 TEST_P(RouterReports, AreWhatIsKnownOfTheHome)
 {
@@ -136,3 +134,5 @@ TEST(RouterReport, HasRoomForACrowd)
     EXPECT_EQ(sizes(tree.get(), "ChildBaseInfo"), Sizes(8, 32));
     EXPECT_EQ(sizes(crowded({"stations"}).get(), "MainBaseInfo"), Sizes{32});
 }
+
+} // namespace router_report_test

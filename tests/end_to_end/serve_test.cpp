@@ -11,14 +11,12 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-namespace {
+namespace serve_test {
 
 constexpr char kRequest[] = R"({"id":"last","command":"GET_SN_INFO"})";
 constexpr char kAnswer[] = R"({"id":"last","result":0,"reply":{"Status":"0",)"
                            R"("MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1",)"
                            R"("DeviceType":"HGU-AX3000"}})";
-
-} // namespace
 
 TEST(Serve, AnswersWhileItsInputIsOpen)
 {
@@ -237,3 +235,5 @@ TEST(Serve, KeepsWhatLibrariesPrintOutOfItsAnswers)
                              "\n");
     EXPECT_EQ(result.error, "{\"id\":1}\n");
 }
+
+} // namespace serve_test

@@ -8,11 +8,9 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-namespace {
+namespace settings_test {
 
 class Settings : public GatewayTest {};
-
-} // namespace
 
 TEST_F(Settings, KeepTheBaseName)
 {
@@ -148,3 +146,5 @@ TEST_F(Settings, MoveTheChannelByAnOptimisation)
     EXPECT_EQ(text("HG_WIFI_INSPECTION", "Channel"), optimised["Channel"]);
     EXPECT_EQ(text("HG_WIFI_INSPECTION", "Congestion"), optimised["Congestion"]);
 }
+
+} // namespace settings_test

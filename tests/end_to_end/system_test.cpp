@@ -7,7 +7,7 @@
 
 using testing::HasSubstr;
 
-namespace {
+namespace system_test {
 
 AgentResult run_system(const std::string &command, std::vector<std::string> options = {})
 {
@@ -15,8 +15,6 @@ AgentResult run_system(const std::string &command, std::vector<std::string> opti
                    {"--plugin", PROBE_PLUGIN, "call", "SYSTEM", "command=" + command});
     return run_agent(options);
 }
-
-} // namespace
 
 TEST(System, RefusesEveryCommand)
 {
@@ -51,3 +49,5 @@ TEST(System, OnlyLogsTheRebootOfADeviceThatCannotBe)
     EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
     EXPECT_EQ(result.error, "<3> hgagent: the gateway reboots\n");
 }
+
+} // namespace system_test

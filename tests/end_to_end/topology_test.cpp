@@ -15,7 +15,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-namespace {
+namespace topology_test {
 
 // While it lives, agents that are started have the locale.
 class Locale {
@@ -44,8 +44,6 @@ std::string name_of(const testing::TestParamInfo<const char *> &home)
 {
     return home.param;
 }
-
-} // namespace
 
 TEST_P(Topology, IsDrawnAsATree)
 {
@@ -131,3 +129,5 @@ TEST(TopologyDrawing, HasOneForm)
     AgentProcess full({"topology"}, OutputTo::kFullDevice);
     EXPECT_EQ(full.finish().exit_status, 5);
 }
+
+} // namespace topology_test

@@ -10,7 +10,7 @@ using testing::Not;
 
 using Json = nlohmann::ordered_json;
 
-namespace {
+namespace wan_test {
 
 constexpr char kNewAccount[] =
     R"({"WANName":"Internet","SERVICELIST":"INTERNET","ADDRESSTYPE":"PPPoE",)"
@@ -24,8 +24,6 @@ class Wan : public GatewayTest {
         return Json::parse(reply("QUERY_WAN_INFO", R"({"WANName":")" + name + "\"}"));
     }
 };
-
-} // namespace
 
 TEST_F(Wan, IsKeptAsItIsSet)
 {
@@ -92,3 +90,5 @@ TEST_F(Wan, ShowsItsPasswordOnlyWhenTold)
                 AllOf(HasSubstr("<7> libtsiotAgtd: PPPOE_PASSWORD= very hidden \n"),
                       HasSubstr("PPPOE_PASSWORD=\"very hidden\"")));
 }
+
+} // namespace wan_test

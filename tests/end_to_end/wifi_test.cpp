@@ -12,7 +12,7 @@ using testing::SizeIs;
 
 using Json = nlohmann::ordered_json;
 
-namespace {
+namespace wifi_test {
 
 constexpr char kWaiting[] = "hgagent: waiting for the Wi-Fi settings to be applied\n";
 
@@ -36,8 +36,6 @@ class Wifi : public GatewayTest {
     }
     Json scan() const { return Json::parse(reply("GET_SCAN_WIFI_SSIDLIST"))["SSIDList"]; }
 };
-
-} // namespace
 
 TEST_F(Wifi, KeepsAnSsid)
 {
@@ -190,3 +188,5 @@ TEST_F(Wifi, ClosesTheGuestNetworkInTime)
     EXPECT_THAT(reply("GET_HG_GUEST_SSID", R"({"Band":"2.4GHz"})"),
                 AllOf(HasSubstr(R"("Enable":"0")"), HasSubstr(R"("Status":"0")")));
 }
+
+} // namespace wifi_test

@@ -11,7 +11,7 @@
 
 using testing::HasSubstr;
 
-namespace {
+namespace workers_test {
 
 constexpr char kWaiting[] = "hgagent: waiting for the Wi-Fi settings to be applied\n";
 constexpr char kDone[] = "the worker has done its work\n";
@@ -43,8 +43,6 @@ class HeldWorker {
     std::string pipe_;
     int writer_ = -1;
 };
-
-} // namespace
 
 TEST(Workers, AreWaitedForAfterTheReply)
 {
@@ -115,3 +113,5 @@ TEST(Workers, DoNotKeepTheAgentFromEndingOnASignal)
         EXPECT_EQ(serving.wait().exit_status, 128 + signal);
     }
 }
+
+} // namespace workers_test

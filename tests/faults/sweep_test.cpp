@@ -16,7 +16,7 @@
 #include <sanitizer/common_interface_defs.h>
 #endif
 
-namespace {
+namespace sweep_test {
 
 using rich_device::Fault;
 
@@ -232,8 +232,6 @@ TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
     }
 }
 
-} // namespace
-
 #ifdef __SANITIZE_ADDRESS__
 // The sanitizer of undefined behaviour does not call back at the end, but before it reports.
 extern "C" void __ubsan_on_report()
@@ -241,3 +239,5 @@ extern "C" void __ubsan_on_report()
     tell_last_case();
 }
 #endif
+
+} // namespace sweep_test

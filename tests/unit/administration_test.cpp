@@ -1,7 +1,7 @@
 #include "failing_memory.h"
 #include "handler_test.h"
 
-namespace {
+namespace administration_test {
 
 using recording_device::when;
 
@@ -62,4 +62,4 @@ TEST_P(ActionTest, IsNotCarriedOutWhenItCannotBeAnswered)
 INSTANTIATE_TEST_SUITE_P(Commands, ActionTest, testing::ValuesIn(kActions),
                          [](const auto &test) { return std::string(test.param.command); });
 
-} // namespace
+} // namespace administration_test

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <thread>
 
-namespace {
+namespace app_notice_test {
 
 using recording_device::when;
 using recording_host::LogLine;
@@ -294,4 +294,4 @@ TEST_F(AppNoticeTest, MayBeRaisedByAnyThread)
     }
 }
 
-} // namespace
+} // namespace app_notice_test

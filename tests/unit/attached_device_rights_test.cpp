@@ -7,7 +7,7 @@
 #include <cstring>
 #include <regex>
 
-namespace {
+namespace attached_device_rights_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -242,4 +242,4 @@ TEST_F(AttachedDeviceRightsTest, WhatIsNoObjectIsLeftAlone)
     }
 }
 
-} // namespace
+} // namespace attached_device_rights_test

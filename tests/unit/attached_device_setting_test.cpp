@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace attached_device_setting_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -274,4 +274,4 @@ TEST_F(AttachedDeviceSettingTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace attached_device_setting_test

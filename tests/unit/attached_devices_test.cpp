@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace attached_devices_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -193,4 +193,4 @@ TEST_F(AttachedDevicesTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_EQ(print(array.get()), "[{}]");
 }
 
-} // namespace
+} // namespace attached_devices_test

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <optional>
 
-namespace {
+namespace child_router_answer_test {
 
 using recording_device::when;
 using Names = std::vector<std::string>;
@@ -220,4 +220,4 @@ TEST_F(ChildRouterAnswerTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace child_router_answer_test

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace {
+namespace child_router_relay_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -265,4 +265,4 @@ TEST_F(ChildRouterCommonTest, WhatHasNoTextIsNotSent)
     EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "cmdstring is null\n"}}));
 }
 
-} // namespace
+} // namespace child_router_relay_test

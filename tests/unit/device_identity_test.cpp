@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-namespace {
+namespace device_identity_test {
 
 using recording_host::LogLine;
 
@@ -158,4 +158,4 @@ TEST_F(VersionReportTest, WithoutMemoryToPrintNothingIsKept)
     }
 }
 
-} // namespace
+} // namespace device_identity_test

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace {
+namespace dispatcher_test {
 
 struct Row {
     const char *name;
@@ -213,4 +213,4 @@ TEST_F(DispatcherTest, AFailedCommandIsStillAResultOfZero)
               std::pair(0, std::string(R"({"Status":"1","FailReason":"get sn failed"})")));
 }
 
-} // namespace
+} // namespace dispatcher_test

@@ -5,7 +5,7 @@
 #include "memory_sweep.h"
 #include "mesh_fixture.h"
 
-namespace {
+namespace firmware_maintenance_test {
 
 using recording_device::when;
 
@@ -194,6 +194,22 @@ TEST_F(FirmwareMaintenanceTest, HasNoChildRoutersWithoutAnArray)
     EXPECT_EQ(json_get_child_router_update_info(nullptr), -1);
 }
 
+TEST_F(FirmwareMaintenanceTest, ItsPiecesAreMinusOneWithoutMemory)
+{
+    const auto is_minus_one = [this](const std::string &, auto) {
+        EXPECT_EQ(result, -1);
+    };
+    sweep_memory([this](cJSON *array) { result = json_get_child_router_update_info(array); }, "[]",
+                 [] {
+                     prepare();
+                     child_routers_are({4, 2});
+                 },
+                 is_minus_one);
+    const ChildRouterInfo router = child_router();
+    sweep_memory([&](cJSON *item) { result = json_insert_childrouter_update_info(item, &router); },
+                 "{}", prepare, is_minus_one);
+}
+
 // ---- GET_HG_LOG --------------------------------------------------------------------------------
 
 const Request kUpload({{"First", "1"},
@@ -307,4 +323,4 @@ TEST_F(FirmwareMaintenanceTest, UploadsNothingThatCannotBeAnswered)
               2u);
 }
 
-} // namespace
+} // namespace firmware_maintenance_test

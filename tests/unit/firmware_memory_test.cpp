@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace {
+namespace firmware_memory_test {
 
 using recording_device::when;
 
@@ -206,4 +206,4 @@ TEST_F(FirmwareMemoryTest, OfCommandsWhoseWorkerCannotBeStarted)
     EXPECT_FALSE(is_busy());
 }
 
-} // namespace
+} // namespace firmware_memory_test

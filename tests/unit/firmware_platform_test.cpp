@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-namespace {
+namespace firmware_platform_test {
 
 using recording_device::when;
 
@@ -154,4 +154,4 @@ TEST_F(FirmwareUpdateTest, ThePlatformsFirstOfRepeatedKeysCounts)
               pack_error("get version error", second));
 }
 
-} // namespace
+} // namespace firmware_platform_test

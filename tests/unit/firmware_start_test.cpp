@@ -1,7 +1,7 @@
 // UPDATE_IMMEDIATE and IMAGE_DOWNLOAD, which hand the address to a worker and answer at once.
 #include "firmware_update_fixture.h"
 
-namespace {
+namespace firmware_start_test {
 
 using recording_device::when;
 
@@ -229,4 +229,4 @@ TEST_F(FirmwareUpdateTest, ADownloadConsumesTheFirstOfRepeatedKeys)
     EXPECT_EQ(calls(), whole_update("one"));
 }
 
-} // namespace
+} // namespace firmware_start_test

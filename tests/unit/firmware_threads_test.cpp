@@ -6,7 +6,7 @@
 #include <map>
 #include <thread>
 
-namespace {
+namespace firmware_threads_test {
 
 using recording_device::when;
 
@@ -140,4 +140,4 @@ TEST_F(FirmwareThreadsTest, AnUpdateFollowsTheOther)
     }
 }
 
-} // namespace
+} // namespace firmware_threads_test

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-namespace {
+namespace firmware_update_test {
 
 using recording_device::when;
 
@@ -303,4 +303,4 @@ TEST_F(FirmwareUpdateTest, AnUnguardedFlashNeedsAnUpdateText)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace firmware_update_test

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <unistd.h>
 
-namespace {
+namespace firmware_worker_test {
 
 using recording_device::when;
 using recording_host::LogLine;
@@ -179,9 +179,18 @@ class AgentsUpgradeTest : public FirmwareUpdateTest {
     int32_t flashing_ = 0;
 };
 
+// Taken before any test runs.
+const char kFirstOfTheAddress = g_update_url[0];
+
+TEST_F(AgentsUpgradeTest, HasNoAddressAtFirst)
+{
+    EXPECT_EQ(kFirstOfTheAddress, '\0');
+}
+
 TEST_F(AgentsUpgradeTest, DownloadsAndFlashesWithoutARestart)
 {
-    for (const std::string &address : {std::string(kAddress), std::string(255, ';')}) {
+    for (const std::string &address :
+         {std::string(kAddress), std::string("a"), std::string(255, ';')}) {
         upgrade(address);
         EXPECT_EQ(calls(), (Calls{{"devapi_download_image", {address, "1"}},
                                   {"sleep", {"60"}},
@@ -286,4 +295,4 @@ TEST_F(ImageUpgradeTest, TheOtherPartsAreTakenAsDone)
     EXPECT_EQ(calls(), Calls());
 }
 
-} // namespace
+} // namespace firmware_worker_test

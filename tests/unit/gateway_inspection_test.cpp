@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-namespace {
+namespace gateway_inspection_test {
 
 using recording_device::when;
 
@@ -278,4 +278,4 @@ INSTANTIATE_TEST_SUITE_P(Commands, OptimizationTest,
                                                       "wifi channel power optimize failed"}),
                          [](const auto &test) { return std::string(test.param.command); });
 
-} // namespace
+} // namespace gateway_inspection_test

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-namespace {
+namespace gateway_settings_test {
 
 using recording_device::when;
 using recording_host::LogLine;
@@ -314,4 +314,4 @@ TEST_F(GatewaySettingsTest, PppoeThatCannotBeReadFails)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-} // namespace
+} // namespace gateway_settings_test

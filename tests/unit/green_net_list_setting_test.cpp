@@ -5,7 +5,7 @@
 #include <cstring>
 #include <map>
 
-namespace {
+namespace green_net_list_setting_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -343,4 +343,4 @@ TEST_F(GreenNetListSettingTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace green_net_list_setting_test

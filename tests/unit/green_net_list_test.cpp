@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
+namespace green_net_list_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -213,4 +213,4 @@ TEST_F(GreenNetListTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_EQ(print(array.get()), "[{}]");
 }
 
-} // namespace
+} // namespace green_net_list_test

@@ -2,7 +2,7 @@
 #include "handler_test.h"
 #include "request.h"
 
-namespace {
+namespace green_net_mac_list_test {
 
 using recording_device::when;
 
@@ -77,4 +77,4 @@ TEST_F(GreenNetMacListTest, IsCutAtItsRoom)
     EXPECT_EQ(list_for({text_of_length(10000), "BC"}), text_of_length(39));
 }
 
-} // namespace
+} // namespace green_net_mac_list_test

@@ -4,7 +4,7 @@
 #include "request.h"
 #include "worker_control.h"
 
-namespace {
+namespace green_net_memory_test {
 
 class GreenNetMemoryTest : public HandlerTest {
   protected:
@@ -22,4 +22,4 @@ TEST_F(GreenNetMemoryTest, WithoutRoomForTheAddressesTheTableStays)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-} // namespace
+} // namespace green_net_memory_test

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace {
+namespace green_net_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -200,4 +200,4 @@ TEST_F(GreenNetTest, WhatIsNoObjectIsLeftAlone)
     }
 }
 
-} // namespace
+} // namespace green_net_test

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace guest_wifi_test {
 
 using recording_device::contents;
 using recording_device::when;
@@ -331,4 +331,4 @@ TEST_F(GuestWifiTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace guest_wifi_test

@@ -5,7 +5,9 @@
 #include "memory_sweep.h"
 #include "request.h"
 
-namespace {
+#include <cstring>
+
+namespace handler_results_test {
 
 struct Handler {
     int32_t (*function)(cJSON *);
@@ -146,6 +148,63 @@ TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNoHostOrCannotBegin)
     }
 }
 
+TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNothing)
+{
+    const auto fails = [](auto...) {
+        return -1;
+    };
+    recording_device::when<devapi_get_host_num>(fails);
+    recording_device::when<devapi_get_greennet_num>(fails);
+    recording_device::when<devapi_get_update_status_info>(fails);
+    recording_device::when<devapi_get_iotagtd_device_mac>(fails);
+    recording_device::when<devapi_get_hg_base_info>(fails);
+    recording_device::when<devapi_get_lan_ip_info>(fails);
+    recording_device::when<devapi_get_wan_ip_info>(fails);
+    recording_device::when<devapi_get_channel_ap_num>(fails);
+    recording_device::when<devapi_cmdstring_sendto_tslink_with_retinfo>(fails);
+    const Handler handlers[] = {
+        {json_get_attach_dev_base_info, texts({})},
+        {json_get_green_net_list, texts({})},
+        {json_get_update_status, texts({})},
+        {json_send_log_to_platform, texts({"UploadUrl", "LogType"})},
+        {json_get_hg_base_info, texts({})},
+        {json_get_scan_channel_count, texts({})},
+        {json_get_child_router_adbaseinfo, texts({})},
+        {json_get_child_router_adbaseinfo, texts({"DeviceID"})},
+    };
+    for (const Handler &handler : handlers) {
+        EXPECT_EQ(handler.function(parse(handler.request.json()).get()), -1) << &handler - handlers;
+    }
+}
+
+TEST_F(HandlerResultTest, IsMinusOneWhereADeviceOfTheListCannotBeRead)
+{
+    recording_device::when<devapi_get_host_num>([](int32_t *count) {
+        *count = 1;
+        return 0;
+    });
+    recording_device::when<devapi_get_ad_base_info>([](AdBaseInfo *) { return -1; });
+    EXPECT_EQ(json_get_attach_dev_base_info(parse("{}").get()), -1);
+}
+
+TEST_F(HandlerResultTest, IsMinusOneForAnAnswerWithoutWhatWasAskedFor)
+{
+    recording_device::when<devapi_cmdstring_sendto_tslink_with_retinfo>(
+        [](const char *, const char *, char **answer) {
+            *answer = strdup("{}");
+            return 0;
+        });
+    EXPECT_EQ(json_get_child_router_adbaseinfo(parse(texts({"DeviceID"}).json()).get()), -1);
+}
+
+TEST_F(HandlerResultTest, IsMinusOneWhileAnotherImageIsUnderWay)
+{
+    ASSERT_EQ(pthread_mutex_trylock(&downimagelock), 0);
+    EXPECT_EQ(json_hg_image_download(parse(texts({"UpdateUrl"}).json()).get()), -1);
+    EXPECT_EQ(json_image_update(parse(R"({"MainRouter":{"Update":"1"}})").get()), -1);
+    pthread_mutex_unlock(&downimagelock);
+}
+
 TEST_F(HandlerResultTest, IsMinusOneForAListWhoseLengthIsNotKnown)
 {
     const Json object = parse("{}");
@@ -182,4 +241,4 @@ TEST_F(HandlerResultTest, IsMinusOneWithoutAnObject)
     }
 }
 
-} // namespace
+} // namespace handler_results_test

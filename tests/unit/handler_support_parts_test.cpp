@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace {
+namespace handler_support_parts_test {
 
 using namespace smart_router;
 
@@ -130,4 +130,4 @@ TEST_F(HandlerPartsTest, AReplyThatLacksAnItemIsNotPrinted)
     EXPECT_EQ(reply.print(), nullptr);
 }
 
-} // namespace
+} // namespace handler_support_parts_test

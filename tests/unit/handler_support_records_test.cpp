@@ -7,7 +7,7 @@
 #include <climits>
 #include <cstring>
 
-namespace {
+namespace handler_support_records_test {
 
 using namespace smart_router;
 
@@ -213,4 +213,4 @@ TEST_F(HandlerSupportRecordsTest, AReplyWithoutMemoryForAListOrAnElementIsIncomp
     }
 }
 
-} // namespace
+} // namespace handler_support_records_test

@@ -6,7 +6,7 @@
 #include <climits>
 #include <cstring>
 
-namespace {
+namespace handler_support_test {
 
 using namespace smart_router;
 
@@ -385,4 +385,4 @@ TEST_F(HandlerSupportTest, ARequestThatIsNoObjectHasNoKeys)
     EXPECT_EQ(lamp_calls, 0);
 }
 
-} // namespace
+} // namespace handler_support_test

@@ -7,7 +7,7 @@
 #include <arpa/inet.h>
 #include <cstring>
 
-namespace {
+namespace link_checks_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -331,4 +331,4 @@ TEST_F(LinkChecksTest, TheSignalIsReportedWholeOrNotAtAll)
     EXPECT_EQ(allocations, 1u + 2);
 }
 
-} // namespace
+} // namespace link_checks_test

@@ -3,7 +3,7 @@
 #include "memory_sweep.h"
 #include "request.h"
 
-namespace {
+namespace mesh_control_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -257,4 +257,4 @@ TEST_F(MeshControlTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_tslink_config"));
 }
 
-} // namespace
+} // namespace mesh_control_test

@@ -4,7 +4,7 @@
 #include "memory_sweep.h"
 #include "mesh_fixture.h"
 
-namespace {
+namespace mesh_report_test {
 
 using recording_device::when;
 using namespace smart_router;
@@ -170,4 +170,4 @@ TEST_F(MeshReportTest, ListsLinksWholeOrNotAtAll)
                                   R"({"nexthopMAC":"","dbm":"","interface":""}])");
 }
 
-} // namespace
+} // namespace mesh_report_test

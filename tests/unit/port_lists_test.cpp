@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
+namespace port_lists_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -266,4 +266,4 @@ TEST_F(PortListsTest, WhatIsNoObjectIsLeftAlone)
     }
 }
 
-} // namespace
+} // namespace port_lists_test

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace protect_period_setting_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -310,4 +310,4 @@ TEST_F(ProtectPeriodSettingTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace protect_period_setting_test

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace protect_period_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -177,4 +177,4 @@ TEST_F(ProtectPeriodTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace protect_period_test

@@ -3,7 +3,7 @@
 #include "request.h"
 #include "worker_control.h"
 
-namespace {
+namespace qos_memory_test {
 
 class QosMemoryTest : public HandlerTest {
   protected:
@@ -19,4 +19,4 @@ TEST_F(QosMemoryTest, WithoutRoomForTheRecordTheDeviceIsNotAsked)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-} // namespace
+} // namespace qos_memory_test

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
+namespace qos_report_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -221,4 +221,4 @@ TEST_F(QosReportTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_EQ(print(array.get()), "[{}]");
 }
 
-} // namespace
+} // namespace qos_report_test

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace qos_rule_reading_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -251,4 +251,4 @@ TEST_F(QosRuleReadingTest, WhatIsNoObjectHasNoKeys)
     }
 }
 
-} // namespace
+} // namespace qos_rule_reading_test

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace {
+namespace qos_rules_test {
 
 using recording_device::when;
 
@@ -84,4 +84,4 @@ TEST_F(QosRulesTest, WithoutMemoryNoRuleIsSet)
     }
 }
 
-} // namespace
+} // namespace qos_rules_test

@@ -3,7 +3,7 @@
 #include "memory_sweep.h"
 #include "request.h"
 
-namespace {
+namespace qos_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -166,4 +166,4 @@ TEST_F(QosTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace qos_test

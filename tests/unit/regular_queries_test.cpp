@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-namespace {
+namespace regular_queries_test {
 
 class RegularQueryTest : public HandlerTest, public testing::WithParamInterface<RegularQuery> {
   protected:
@@ -141,4 +141,4 @@ TEST_P(RegularQueryTest, WithoutMemoryFailsOrAddsNothing)
 INSTANTIATE_TEST_SUITE_P(Commands, RegularQueryTest, testing::ValuesIn(kRegularQueries),
                          [](const auto &test) { return std::string(test.param.command); });
 
-} // namespace
+} // namespace regular_queries_test

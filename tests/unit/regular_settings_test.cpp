@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-namespace {
+namespace regular_settings_test {
 
 class RegularSettingTest : public HandlerTest, public testing::WithParamInterface<RegularSetting> {
   protected:
@@ -231,4 +231,4 @@ TEST_P(RegularSettingTest, WithoutMemoryDoesNotReachTheDevice)
 INSTANTIATE_TEST_SUITE_P(Commands, RegularSettingTest, testing::ValuesIn(kRegularSettings),
                          [](const auto &test) { return std::string(test.param.command); });
 
-} // namespace
+} // namespace regular_settings_test

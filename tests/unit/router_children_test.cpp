@@ -2,7 +2,7 @@
 // child routers, and the devices attached to it.
 #include "relations_fixture.h"
 
-namespace {
+namespace router_children_test {
 
 using recording_device::when;
 
@@ -322,4 +322,4 @@ TEST_F(AttachedToAChildTest, OfWhatIsNoObjectAddNothing)
     EXPECT_EQ(result, -1);
 }
 
-} // namespace
+} // namespace router_children_test

@@ -2,7 +2,7 @@
 #include "mesh_fixture.h"
 #include "router_info.h"
 
-namespace {
+namespace router_devices_test {
 
 using recording_device::when;
 
@@ -301,4 +301,4 @@ TEST_F(RouterDevicesTest, ReportNoFurtherThanTheirFields)
                                    .with("DownSpeed", R"("0.00")")}));
 }
 
-} // namespace
+} // namespace router_devices_test

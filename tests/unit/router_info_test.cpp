@@ -3,7 +3,7 @@
 
 #include "mesh_fixture.h"
 
-namespace {
+namespace router_info_test {
 
 using recording_device::when;
 
@@ -235,4 +235,4 @@ TEST_F(RouterInfoTest, OfWhatIsNoObjectAddsNothing)
     }
 }
 
-} // namespace
+} // namespace router_info_test

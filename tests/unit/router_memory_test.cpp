@@ -4,7 +4,7 @@
 
 #include <set>
 
-namespace {
+namespace router_memory_test {
 
 using recording_device::when;
 
@@ -241,4 +241,4 @@ TEST_F(TreeMemoryTest, OfChildRoutersWithLinksAddsNothing)
                         {"{}", "cjson create array failed\n"}}));
 }
 
-} // namespace
+} // namespace router_memory_test

@@ -1,7 +1,7 @@
 // One child router from the topology's list of relations.
 #include "relations_fixture.h"
 
-namespace {
+namespace router_of_relations_test {
 
 using recording_device::when;
 
@@ -242,4 +242,4 @@ TEST_F(RouterOfRelationsTest, AreNoneWithoutAnArgument)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace router_of_relations_test

@@ -1,7 +1,7 @@
 // One child router from the gateway's tree of parameters.
 #include "router_tree_fixture.h"
 
-namespace {
+namespace router_of_tree_test {
 
 using recording_device::when;
 
@@ -153,4 +153,4 @@ TEST_F(RouterOfTreeTest, OfWhatIsNoObjectAddsNothing)
     EXPECT_EQ(json_get_topo_router_agent_info_bynewmethod(nullptr), -1);
 }
 
-} // namespace
+} // namespace router_of_tree_test

@@ -1,7 +1,7 @@
 // Child routers from the topology's list of relations.
 #include "relations_fixture.h"
 
-namespace {
+namespace router_relations_test {
 
 using recording_device::when;
 
@@ -197,4 +197,4 @@ TEST_F(RouterRelationsTest, OfWhatIsNoObjectAddNothing)
     EXPECT_EQ(json_get_topo_router_info(nullptr), -1);
 }
 
-} // namespace
+} // namespace router_relations_test

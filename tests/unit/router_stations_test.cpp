@@ -2,7 +2,7 @@
 #include "mesh_fixture.h"
 #include "router_info.h"
 
-namespace {
+namespace router_stations_test {
 
 using recording_device::when;
 
@@ -135,4 +135,4 @@ TEST_F(RouterStationsTest, OfWhatIsNoObjectAreLoggedAndNone)
     EXPECT_EQ(json_get_router_sta_info(nullptr, "sub", "x"), -1);
 }
 
-} // namespace
+} // namespace router_stations_test

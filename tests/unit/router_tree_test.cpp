@@ -1,7 +1,7 @@
 // Child routers from the gateway's tree of parameters.
 #include "router_tree_fixture.h"
 
-namespace {
+namespace router_tree_test {
 
 class RouterTreeTest : public RouterTree {};
 
@@ -137,4 +137,4 @@ TEST_F(RouterTreeTest, IsNoneAtAllWhenAParameterCannotBeRead)
     }
 }
 
-} // namespace
+} // namespace router_tree_test

@@ -3,7 +3,7 @@
 #include "memory_sweep.h"
 #include "request.h"
 
-namespace {
+namespace service_switches_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -168,4 +168,4 @@ TEST_F(ServiceSwitchesTest, WhatIsNoObjectIsLeftAlone)
     }
 }
 
-} // namespace
+} // namespace service_switches_test

@@ -1,7 +1,7 @@
 // The child routers in the topology report.
 #include "topology_child_routers_fixture.h"
 
-namespace {
+namespace topology_child_routers_test {
 
 using recording_device::when;
 
@@ -187,4 +187,4 @@ TEST_F(TopologyChildRoutersTest, AreNothingWithoutAnArgument)
     EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
 }
 
-} // namespace
+} // namespace topology_child_routers_test

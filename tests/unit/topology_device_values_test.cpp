@@ -1,7 +1,7 @@
 // What the topology report says of a device attached to the main router.
 #include "topology_devices_fixture.h"
 
-namespace {
+namespace topology_device_values_test {
 
 using recording_device::when;
 
@@ -142,4 +142,4 @@ TEST_F(TopologyDeviceValuesTest, AsksForNoZoneWithoutATime)
               (Names{"devapi_get_dev_tol_num", "dev_is_exist", "devapi_get_ad_base_info"}));
 }
 
-} // namespace
+} // namespace topology_device_values_test

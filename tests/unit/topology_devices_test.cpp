@@ -1,7 +1,7 @@
 // Which devices attached to the main router are in the topology report.
 #include "topology_devices_fixture.h"
 
-namespace {
+namespace topology_devices_test {
 
 using recording_device::when;
 
@@ -225,4 +225,4 @@ TEST_F(TopologyDevicesTest, AreNoneInTheReportWhenTheCountFails)
     }
 }
 
-} // namespace
+} // namespace topology_devices_test

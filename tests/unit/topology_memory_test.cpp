@@ -7,7 +7,7 @@
 
 #include <set>
 
-namespace {
+namespace topology_memory_test {
 
 using recording_device::when;
 
@@ -292,4 +292,4 @@ TEST_F(TopologyMemoryTest, OfTheWholeReport)
     EXPECT_EQ(seen, once);
 }
 
-} // namespace
+} // namespace topology_memory_test

@@ -1,7 +1,7 @@
 // The mesh of the main router in the topology report.
 #include "topology_report_fixture.h"
 
-namespace {
+namespace topology_mesh_test {
 
 using recording_device::when;
 
@@ -142,4 +142,4 @@ TEST_F(TopologyMeshTest, ListsTheChildrenThatHangFromTheMainRouter)
     EXPECT_EQ(value("ChildInfo"), R"([{"childMac":""},{"childMac":""}])");
 }
 
-} // namespace
+} // namespace topology_mesh_test

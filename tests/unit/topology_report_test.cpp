@@ -1,7 +1,7 @@
 // The main router's own information in the topology report, and the report as a whole.
 #include "topology_report_fixture.h"
 
-namespace {
+namespace topology_report_test {
 
 using recording_device::when;
 
@@ -144,4 +144,4 @@ TEST_F(TopologyReportTest, OfWhatIsNoObjectAddsNothing)
     EXPECT_EQ(print(array.get()), "[]");
 }
 
-} // namespace
+} // namespace topology_report_test

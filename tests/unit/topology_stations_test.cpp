@@ -1,7 +1,7 @@
 // The stations of the child routers in the topology report.
 #include "topology_child_routers_fixture.h"
 
-namespace {
+namespace topology_stations_test {
 
 using recording_device::when;
 
@@ -133,4 +133,4 @@ TEST_F(TopologyStationsTest, HaveNoStationWithoutAnArgument)
     EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
 }
 
-} // namespace
+} // namespace topology_stations_test

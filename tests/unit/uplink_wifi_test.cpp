@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace uplink_wifi_test {
 
 using recording_device::contents;
 using recording_device::when;
@@ -199,4 +199,4 @@ TEST_F(UplinkWifiTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace uplink_wifi_test

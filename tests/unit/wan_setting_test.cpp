@@ -2,7 +2,7 @@
 #include "memory_sweep.h"
 #include "request.h"
 
-namespace {
+namespace wan_setting_test {
 
 using recording_device::Call;
 using recording_device::when;
@@ -195,4 +195,4 @@ TEST_F(WanSettingTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace wan_setting_test

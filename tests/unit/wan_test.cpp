@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
+namespace wan_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -207,4 +207,4 @@ TEST_F(WanTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace wan_test

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-namespace {
+namespace wifi_batch_refusal_test {
 
 using recording_device::when;
 using Names = std::vector<std::string>;
@@ -168,4 +168,4 @@ TEST_F(WifiBatchRefusalTest, OfWhatIsNoObject)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace wifi_batch_refusal_test

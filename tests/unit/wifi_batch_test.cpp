@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
+namespace wifi_batch_test {
 
 using recording_device::contents;
 using recording_device::when;
@@ -319,4 +319,4 @@ TEST_F(WifiElementTest, ReadsItsIndexAsANumber)
     }
 }
 
-} // namespace
+} // namespace wifi_batch_test

@@ -2,7 +2,7 @@
 #include "wifi.h"
 #include "wifi_batch_fixture.h"
 
-namespace {
+namespace wifi_batch_worker_test {
 
 using recording_device::contents;
 using recording_device::when;
@@ -213,4 +213,4 @@ TEST_F(WifiBatchTest, TheMeshWarningComesForAMainSsidThatGoesOff)
     EXPECT_EQ(control.workers(), std::size(cases));
 }
 
-} // namespace
+} // namespace wifi_batch_worker_test

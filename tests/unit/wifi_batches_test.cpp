@@ -4,7 +4,7 @@
 #include <atomic>
 #include <thread>
 
-namespace {
+namespace wifi_batches_test {
 
 class WifiBatchesTest : public WifiBatchTest {};
 
@@ -103,4 +103,4 @@ TEST_F(WifiBatchesTest, ManyBatchesAtOnceAreAppliedOneAfterTheOther)
     EXPECT_EQ(applied, (std::vector<int32_t>{0, kBatches, kBatches, kBatches, kBatches}));
 }
 
-} // namespace
+} // namespace wifi_batches_test

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace {
+namespace wifi_radio_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -279,4 +279,4 @@ TEST_F(SleepScheduleTest, AnElementFillsTheTextsOfARecord)
     EXPECT_EQ(contents(&record), contents(&expected)) << "a refused element leaves it untouched";
 }
 
-} // namespace
+} // namespace wifi_radio_test

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
+namespace wifi_scan_test {
 
 using recording_device::Call;
 using recording_device::contents;
@@ -315,4 +315,4 @@ TEST_F(WifiScanTest, WhatIsNoObjectIsLeftAlone)
     }
 }
 
-} // namespace
+} // namespace wifi_scan_test

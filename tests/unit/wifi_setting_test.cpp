@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-namespace {
+namespace wifi_setting_test {
 
 using recording_device::contents;
 using recording_device::when;
@@ -241,4 +241,4 @@ TEST_F(WifiSettingTest, TheAgentsSettingNeedsItsKeysButNoEncryption)
     EXPECT_EQ(parse_wifi_set_info_from_json(nullptr, parse(kSetting.json()).get()), -1);
 }
 
-} // namespace
+} // namespace wifi_setting_test

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace {
+namespace wifi_test {
 
 using recording_device::contents;
 using recording_device::when;
@@ -172,4 +172,4 @@ TEST_F(WifiTest, WhatIsNoObjectIsLeftAlone)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace
+} // namespace wifi_test
