@@ -45,7 +45,7 @@ export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
 
 # build DIRECTORY [OPTION...]
 build() {
-    scripts/install-deps.sh --fuzz
+    scripts/install-deps.sh --clang
     cmake --preset fuzz -B "$@" >/dev/null
     cmake --build "$1" --target "${targets[@]}" -- --quiet
 }

@@ -3,7 +3,7 @@
 #
 #   --cross    also what builds and runs the plug-in for 32-bit MIPS
 #   --checks   also the formatter and the analysers
-#   --fuzz     also what builds the fuzzers
+#   --clang    also the other compiler, which builds the fuzzers
 set -euo pipefail
 
 packages=(
@@ -22,11 +22,11 @@ for option in "$@"; do
         --checks)
             packages+=(clang-format-14 clang-tidy-14 cppcheck git shellcheck)
             ;;
-        --fuzz)
+        --clang)
             packages+=(clang-14 libclang-rt-14-dev llvm-14)
             ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--fuzz]" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang]" >&2
             exit 2
             ;;
     esac
