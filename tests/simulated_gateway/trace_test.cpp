@@ -18,8 +18,8 @@ TEST_F(TraceTest, OneLineForEveryCall)
     simulated_gateway_power_cycle();
 
     const char *const expected[] = {
-        R"(\[\d+\] devapi_get_sn_info\(info=\{MAC="3C:6A:D2:10:4F:20", tslinkstatus="1", )"
-        R"(DeviceType="HGU-AX3000"\}\) = 0 in \d+ us)",
+        (R"(\[\d+\] devapi_get_sn_info\(info=\{MAC="3C:6A:D2:10:4F:20", tslinkstatus="1", )"
+         R"(DeviceType="HGU-AX3000"\}\) = 0 in \d+ us)"),
         R"(\[\d+\] devapi_get_system_info\(info=unset\) = 5 in \d+ us, fault)",
         R"(\[\d+\] devapi_get_sn_info\(info=null\) = -1 in \d+ us, an argument is null)",
         R"(\[\d+\] power cycle)",
