@@ -2,6 +2,7 @@
 #include "wifi.h"
 
 #include <stdlib.h>
+#include <string.h>
 
 using namespace smart_router;
 
@@ -37,7 +38,8 @@ constexpr auto kPowerFields = fields_of<ChannelPower>({
 // What a scan found, with the entries that it left behind.
 class ScanOwner {
   public:
-    ScanOwner() = default;
+    // All of it, also what lies between the members: a device may take the record as bytes.
+    ScanOwner() { memset(&result, 0, sizeof result); }
     ~ScanOwner()
     {
         for (ScanEntry *entry : result.entries) {
@@ -47,7 +49,7 @@ class ScanOwner {
     ScanOwner(const ScanOwner &) = delete;
     ScanOwner &operator=(const ScanOwner &) = delete;
 
-    ScanResult result = {};
+    ScanResult result;
 };
 
 struct ChannelName {
