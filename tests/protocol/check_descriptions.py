@@ -82,17 +82,20 @@ def relation_faults():
 
 
 def read_back_faults(description, back, told):
-    renamed, given = back.get("keys", {}), back.get("given", {})
+    renamed, given, without = back.get("keys", {}), back.get("given", {}), back.get("without", [])
     changed = [back["change"]["key"]] if "change" in back else []
     request = {key["key"]: key for key in description["request"]}
     read = {key: told[renamed.get(key, key)] for key in request
-            if renamed.get(key, key) in told and key not in given}
+            if renamed.get(key, key) in told and key not in {*given, *without}}
     if not read:
         yield f"{back['command']} tells none of the keys"
-    for key in {*renamed, *given, *changed} - set(request):
+    for key in {*renamed, *given, *without, *changed} - set(request):
         yield f"{key} is no key of the request"
     for key in {*renamed, *changed} - set(read):
         yield f"{back['command']} does not tell {key}"
+    for key in without:
+        if request[key]["required"]:
+            yield f"{key} cannot be left out"
     if "list" in back and not any("found_in" in key for key in request.values()):
         yield f"nothing selects an element of {back['list']}"
     for key, place in read.items():
