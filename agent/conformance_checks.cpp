@@ -99,7 +99,7 @@ CheckResult judge(bool success, const std::string &reason, const std::vector<Dev
     }
     // -1 also says that there is no such thing in a list.
     std::erase_if(unsupported, [&](const auto &function) { return supported.contains(function); });
-    if (success) {
+    if (success && (unsupported.empty() || !supported.empty())) {
         return {Verdict::kPassed, unsupported.empty()
                                       ? std::vector<std::string>()
                                       : std::vector{"without " + joined(unsupported)}};
@@ -260,8 +260,8 @@ class CommandCheck {
     const Description &command_;
     const std::string name_;
     const Ask ask_ = [this](const std::string &command, Json request) -> Json {
-        const CheckResult result = run_command(host_, command, request.get());
-        return result.verdict == Verdict::kPassed ? std::move(request) : nullptr;
+        run_command(host_, command, request.get());
+        return status_of(request.get()) == kSuccess ? std::move(request) : nullptr;
     };
 };
 
