@@ -10,21 +10,6 @@ namespace agent {
 
 namespace {
 
-const char *word_for(Verdict verdict)
-{
-    switch (verdict) {
-    case Verdict::kPassed:
-        return "passed";
-    case Verdict::kFailed:
-        return "failed";
-    case Verdict::kNotSupported:
-        return "not supported";
-    case Verdict::kSkipped:
-        return "skipped";
-    }
-    return "";
-}
-
 // As a part of an XML document: one line, without what XML has no room for.
 std::string xml(const std::string &text)
 {
@@ -84,6 +69,21 @@ void write_case(std::ostream &page, const Check &check, const CheckResult &resul
 }
 
 } // namespace
+
+const char *word_for(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::kPassed:
+        return "passed";
+    case Verdict::kFailed:
+        return "failed";
+    case Verdict::kNotSupported:
+        return "not supported";
+    case Verdict::kSkipped:
+        return "skipped";
+    }
+    return "";
+}
 
 size_t count_of(const CheckResults &results, Verdict verdict)
 {

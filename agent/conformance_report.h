@@ -11,6 +11,9 @@ namespace agent {
 
 using CheckResults = std::vector<std::pair<Check, CheckResult>>;
 
+// As people are told of it.
+const char *word_for(Verdict verdict);
+
 size_t count_of(const CheckResults &results, Verdict verdict);
 
 // Rows of a table and a line with the sums, without the last line's end.

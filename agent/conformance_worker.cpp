@@ -1,6 +1,7 @@
 #include "conformance_worker.h"
 
 #include "conformance_checks.h"
+#include "conformance_report.h"
 #include "text.h"
 
 #include <algorithm>
@@ -34,6 +35,7 @@ enum Word : char {
     kVerdict = 'V',  // the end of the check: its verdict
 };
 
+constexpr int kPause = 50;         // milliseconds between two looks at the signals
 constexpr size_t kMostFaults = 20; // of one check
 
 // The worker's end of the pipe.
@@ -71,7 +73,7 @@ class Teller {
             for (const std::string &detail : result.details) {
                 teller.say(kDetail, detail);
             }
-            teller.say(kVerdict, std::to_string(static_cast<int>(result.verdict)));
+            teller.say(kVerdict, word_for(result.verdict));
         }
     } catch (const HostError &problem) {
         teller.say(kNotUp, std::to_string(problem.status()) + ' ' + problem.what());
@@ -85,7 +87,7 @@ class Worker {
   public:
     Worker(const std::vector<Check> &checks, size_t first, const Options &options,
            const StopSignals &stop)
-        : patience_(options.conformance.patience)
+        : stop_(stop), patience_(options.conformance.patience)
     {
         int ends[2];
         if (pipe2(ends, O_CLOEXEC) != 0) {
@@ -121,14 +123,14 @@ class Worker {
         if (!line) {
             throw HostError(kCannotLoad, "the libraries cannot be loaded: " + end_of_process());
         }
-        if (line->front() != kUp) {
+        if (line->c_str()[0] != kUp) {
             char *message = nullptr;
             const long status = strtol(line->c_str() + 1, &message, 10);
             throw HostError(static_cast<ExitStatus>(status), message + 1);
         }
     }
 
-    // The result of its next check; none when it has stopped between two.
+    // The result of its next check; none when it was told to stop before that.
     std::optional<CheckResult> next_result()
     {
         const Clock::time_point end = deadline();
@@ -139,10 +141,11 @@ class Worker {
         while (true) {
             const std::optional<std::string> line = next_line(end);
             if (!line) {
-                return began ? std::optional(broken_off(faults, function)) : std::nullopt;
+                return began || stop_.arrived() == 0 ? std::optional(broken_off(faults, function))
+                                                     : std::nullopt;
             }
-            const std::string text = line->substr(1);
-            switch (line->front()) {
+            const std::string text = line->substr(std::min<size_t>(line->size(), 1));
+            switch (line->c_str()[0]) {
             case kBegins:
                 began = true;
                 break;
@@ -163,7 +166,7 @@ class Worker {
                 result.details.push_back(text);
                 break;
             default:
-                return with_faults(static_cast<Verdict>(std::stoi(text)), result.details, faults);
+                return with_faults(verdict_of(text), result.details, faults);
             }
         }
     }
@@ -172,6 +175,18 @@ class Worker {
 
   private:
     Clock::time_point deadline() const { return Clock::now() + patience_; }
+
+    // Anything else has been written by the library.
+    static Verdict verdict_of(const std::string &text)
+    {
+        for (const Verdict verdict :
+             {Verdict::kPassed, Verdict::kNotSupported, Verdict::kSkipped}) {
+            if (text == word_for(verdict)) {
+                return verdict;
+            }
+        }
+        return Verdict::kFailed;
+    }
 
     static CheckResult with_faults(Verdict verdict, std::vector<std::string> details,
                                    std::vector<std::string> faults)
@@ -216,22 +231,21 @@ class Worker {
     {
         size_t length = unread_.find('\n');
         while (length == std::string::npos) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-            pollfd wanted = {pipe_, POLLIN, 0};
-            const int ready =
-                poll(&wanted, 1, static_cast<int>(std::max(left, left.zero()).count()));
-            if (ready == 0) {
+            pass_on_signal();
+            if (Clock::now() >= end) {
                 is_late_ = true;
                 return std::nullopt;
             }
+            pollfd wanted = {pipe_, POLLIN, 0};
+            if (poll(&wanted, 1, kPause) <= 0) {
+                continue;
+            }
             char part[4096];
-            const ssize_t count = ready > 0 ? read(pipe_, part, sizeof part) : -1;
-            if (count == 0) {
+            const ssize_t count = read(pipe_, part, sizeof part);
+            if (count <= 0) {
                 return std::nullopt;
             }
-            if (count > 0) {
-                unread_.append(part, static_cast<size_t>(count));
-            }
+            unread_.append(part, static_cast<size_t>(count));
             length = unread_.find('\n');
         }
         std::string line = unread_.substr(0, length);
@@ -239,12 +253,23 @@ class Worker {
         return line;
     }
 
+    // Only a signal from a terminal comes to both of us.
+    void pass_on_signal()
+    {
+        if (!is_told_ && stop_.arrived() != 0) {
+            is_told_ = true;
+            kill(process_, stop_.arrived());
+        }
+    }
+
+    const StopSignals &stop_;
     const std::chrono::seconds patience_;
     pid_t process_ = -1;
     int pipe_ = -1;
     std::string unread_;
     std::string last_function_;
     bool is_late_ = false;
+    bool is_told_ = false; // to stop
 };
 
 } // namespace
@@ -259,7 +284,7 @@ void run_checks(const std::vector<Check> &checks, const Options &options, const 
         while (next < checks.size() && worker.is_alive()) {
             std::optional<CheckResult> result = worker.next_result();
             if (!result) {
-                break;
+                return;
             }
             take(checks[next++], std::move(*result));
         }

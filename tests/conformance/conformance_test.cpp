@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <csignal>
 #include <fstream>
 
 using testing::AllOf;
@@ -111,6 +112,20 @@ INSTANTIATE_TEST_SUITE_P(
                   "ChannelPowerResult.entries has no room for the 3 of the count"},
         FaultCase{"foreign_entry", "GET_SCAN_WIFI_SSIDLIST",
                   "ScanResult.entries[7] is not from malloc()"},
+        FaultCase{"negative_inner_count", "GET_UPDATE_STATUS", "ChildRouterInfo.link_count is -1"},
+        FaultCase{"foreign_answer", "GET_CHILD_ROUTER_AD_BASE_INFO",
+                  "the answer is not from malloc()"},
+        FaultCase{"no_answer", "GET_CHILD_ROUTER_AD_BASE_INFO",
+                  "it answers 0 and leaves no answer"},
+        FaultCase{"wide_relations", "report topology",
+                  "devapi_get_topo_relation_ship: it writes behind what it is given"},
+        FaultCase{"foreign_node", "report topology",
+                  "devapi_handle_topo_struct: a node of the list is not from malloc()"},
+        FaultCase{"endless_list", "report topology", "the list has no end"},
+        FaultCase{"unterminated_node", "report topology",
+                  "NodeBaseInfo.Mac does not end within its 96 bytes"},
+        FaultCase{"unterminated_view", "report topology",
+                  "devapi_get_viewmac_by_mac: the text does not end within its 32 bytes"},
         FaultCase{"crash", "GET_SN_INFO", "it crashes (ABRT) in devapi_get_sn_info"},
         FaultCase{"exit", "GET_SN_INFO", "it ends the process with status 3 in devapi_get_sn_info"},
         FaultCase{"writes_into_setting", "SET_UPNP_STATE",
@@ -135,6 +150,22 @@ TEST(Conformance, LosesItsPatience)
                     AllOf(HasSubstr("failed"),
                           HasSubstr("does not come to an end within 1 seconds"), HasSubstr(where)));
     }
+}
+
+TEST(Conformance, EndsAfterTheCheckAtHandWhenItIsTold)
+{
+    setenv("FAULT", "hang", 1);
+    AgentProcess agent({"--device", FAULTY_DEVICE, "conformance", "--patience", "1", "--command",
+                        "GET_LED_STATUS", "--command", "GET_SN_INFO", "--command",
+                        "GET_UPNP_STATE"});
+    unsetenv("FAULT");
+    ASSERT_TRUE(agent.await_error("hanging"));
+    agent.signal(SIGTERM);
+    const AgentResult result = agent.finish();
+    EXPECT_EQ(result.exit_status, 128 + SIGTERM);
+    EXPECT_THAT(row_of(result, "GET_LED_STATUS"), HasSubstr("passed"));
+    EXPECT_THAT(row_of(result, "GET_SN_INFO"), HasSubstr("failed"));
+    EXPECT_THAT(row_of(result, "GET_UPNP_STATE"), IsEmpty());
 }
 
 TEST(Conformance, GoesOnAfterACrash)
