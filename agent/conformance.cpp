@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <map>
 
 namespace agent {
 
@@ -55,6 +56,33 @@ std::string unknown_name(const std::vector<Check> &checks, const ConformanceOpti
     return "";
 }
 
+// In the order of the checks; after a signal without those that were not reached.
+CheckResults results_of(const std::vector<Check> &checks, const Options &options,
+                        const StopSignals &stop)
+{
+    std::map<std::string, CheckResult> done;
+    std::vector<Check> wanted;
+    for (const Check &check : checks) {
+        const std::string reason = reason_to_skip(check, options.conformance);
+        if (reason.empty()) {
+            wanted.push_back(check);
+        } else {
+            done[check.name] = {Verdict::kSkipped, {reason}};
+        }
+    }
+    run_checks(wanted, options, stop, [&](const Check &check, CheckResult result) {
+        done[check.name] = std::move(result);
+    });
+
+    CheckResults results;
+    for (const Check &check : checks) {
+        if (done.contains(check.name)) {
+            results.emplace_back(check, done[check.name]);
+        }
+    }
+    return results;
+}
+
 bool write_junit(const CheckResults &results, const Options &options)
 {
     const std::string &file = options.conformance.junit;
@@ -79,7 +107,9 @@ int run_conformance(const Options &options)
     const ConformanceOptions &conformance = options.conformance;
     const std::string unknown = unknown_name(checks, conformance);
     if (!unknown.empty()) {
-        complain(no_such_command(unknown));
+        complain(find_description(unknown) == nullptr
+                     ? no_such_command(unknown)
+                     : unknown + " calls no function of the device library");
         return kUnknownCommand;
     }
     if (!conformance.commands.empty()) {
@@ -88,28 +118,7 @@ int run_conformance(const Options &options)
 
     const StopSignals stop;
     ReplyOutput output;
-    CheckResults results;
-    std::vector<Check> run;
-    for (const Check &check : checks) {
-        if (reason_to_skip(check, conformance).empty()) {
-            run.push_back(check);
-        }
-    }
-    CheckResults ran;
-    run_checks(run, options, stop, [&](const Check &check, CheckResult result) {
-        ran.emplace_back(check, std::move(result));
-    });
-
-    for (const Check &check : checks) {
-        const std::string reason = reason_to_skip(check, conformance);
-        const auto done =
-            std::ranges::find(ran, check.name, [](const auto &row) { return row.first.name; });
-        if (!reason.empty()) {
-            results.emplace_back(check, CheckResult{Verdict::kSkipped, {reason}});
-        } else if (done != ran.end()) {
-            results.push_back(*done);
-        }
-    }
+    const CheckResults results = results_of(checks, options, stop);
     if (!output.write_line(table_of(results), &stop)) {
         complain("nobody reads the table");
         return kCannotWrite;

@@ -228,7 +228,7 @@ class CommandCheck {
     // With the values that are in force.
     CheckResult set_again(const cJSON *selected, const cJSON *before)
     {
-        const CheckResult result = make(selected, before);
+        CheckResult result = make(selected, before);
         const std::string missing = key_without_value(before);
         if (result.verdict == Verdict::kPassed) {
             return {Verdict::kPassed, {"with the values in force only"}};

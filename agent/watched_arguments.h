@@ -30,13 +30,19 @@ inline void check_guard(const Call &call, const Guard &guard, const char *where)
     }
 }
 
+// Whether two records are the same to the last byte, padding included.
+inline bool same_bytes(const void *left, const void *right, size_t size)
+{
+    return memcmp(left, right, size) == 0;
+}
+
 // A value between guards.
 template <class Value> struct Guarded {
     Guard before = new_guard();
     Value value;
     Guard behind = new_guard();
 
-    explicit Guarded(const Value &from) : value(from) {}
+    explicit Guarded(const Value &from) { memcpy(&value, &from, sizeof value); }
     void check(const Call &call) const
     {
         check_guard(call, before, "before");
@@ -66,13 +72,16 @@ template <class Type> class Argument {
 // A record to fill.
 template <class Record> class Argument<Record *> {
   public:
-    Argument(const Call &, Record *own) : own_(own), given_(*own), guarded_(*own) {}
+    Argument(const Call &, Record *own) : own_(own), guarded_(*own)
+    {
+        memcpy(&given_, own, sizeof given_);
+    }
     Record *handed() { return &guarded_.value; }
     // Result: whether anything was written.
     bool finish(const Call &call, int32_t result)
     {
         guarded_.check(call);
-        const bool wrote = memcmp(&given_, &guarded_.value, sizeof(Record)) != 0;
+        const bool wrote = !same_bytes(&given_, &guarded_.value, sizeof(Record));
         if (result == 0 && !wrote && is_query(call) && has_texts(given_)) {
             call.fault("it answers 0 and fills nothing in");
         }
@@ -92,12 +101,15 @@ template <class Record> class Argument<Record *> {
 // A record to read.
 template <class Record> class Argument<const Record *> {
   public:
-    Argument(const Call &, const Record *own) : given_(*own), guarded_(*own) {}
+    Argument(const Call &, const Record *own) : guarded_(*own)
+    {
+        memcpy(&given_, own, sizeof given_);
+    }
     const Record *handed() { return &guarded_.value; }
     bool finish(const Call &call, int32_t)
     {
         guarded_.check(call);
-        if (memcmp(&given_, &guarded_.value, sizeof(Record)) != 0) {
+        if (!same_bytes(&given_, &guarded_.value, sizeof(Record))) {
             call.fault("it writes into what it may only read");
         }
         return false;

@@ -222,6 +222,8 @@ TEST(Conformance, RefusesWhatItCannotTest)
     const AgentResult unknown = conformance(FAULTY_DEVICE, {"--command", "SET_UPNP"});
     EXPECT_EQ(unknown.exit_status, 3);
     EXPECT_THAT(unknown.error, HasSubstr("SET_UPNP_STATE"));
+    EXPECT_THAT(conformance(FAULTY_DEVICE, {"--command", "RESPONSE_ROUTER_VERSION"}).error,
+                HasSubstr("RESPONSE_ROUTER_VERSION calls no function of the device library"));
     EXPECT_EQ(conformance(FAULTY_DEVICE, {"--patience", "0"}).exit_status, 2);
     const AgentResult none = conformance(test_file("none.so"));
     EXPECT_EQ(none.exit_status, 4);
