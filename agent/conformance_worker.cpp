@@ -277,6 +277,8 @@ class Worker {
 void run_checks(const std::vector<Check> &checks, const Options &options, const StopSignals &stop,
                 const std::function<void(const Check &, CheckResult)> &take)
 {
+    signal(SIGCHLD,
+           SIG_DFL); // or, if we were started otherwise, nobody learns how a worker has ended
     size_t next = 0;
     while (next < checks.size() && stop.arrived() == 0) {
         Worker worker(checks, next, options, stop);
