@@ -94,7 +94,7 @@ def read_back_faults(description, back, told):
     for key in {*renamed, *changed} - set(read):
         yield f"{back['command']} does not tell {key}"
     for key in without:
-        if request[key]["required"]:
+        if request.get(key, {}).get("required"):
             yield f"{key} cannot be left out"
     if "list" in back and not any("found_in" in key for key in request.values()):
         yield f"nothing selects an element of {back['list']}"
