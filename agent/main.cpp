@@ -1,5 +1,6 @@
 // hgagent, the reference agent: hosts the plug-in and a device library as a gateway's agent does.
 #include "call.h"
+#include "conformance.h"
 #include "exit_status.h"
 #include "hosts.h"
 #include "log_sink.h"
@@ -38,6 +39,8 @@ int run(const agent::Options &options)
         return agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
         return agent::run_describe(options.described);
+    case agent::Subcommand::kConformance:
+        return agent::run_conformance(options);
     }
     return agent::kWrongUsage;
 }

@@ -14,12 +14,12 @@ constexpr char kFooter[] = R"(
 Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
   1  call, report, hosts, topology: the reply's "Status" is anything else; notice: refused;
-     report image-upgrade: an error was logged; list: nothing found
+     report image-upgrade: an error was logged; list: nothing found; conformance: a check failed
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
   4  a library cannot be loaded, or the simulated gateway not be opened
   5  standard input or output failed
-  128 + N  call, serve or report image-upgrade was ended by signal N
+  128 + N  call, serve, report image-upgrade or conformance was ended by signal N
 
 Examples:
   hgagent call GET_SN_INFO
@@ -201,6 +201,32 @@ void add_protocol_pages(CLI::App &app, Options &options)
     describe->callback([&options] { options.subcommand = Subcommand::kDescribe; });
 }
 
+void add_conformance(CLI::App &app, Options &options)
+{
+    ConformanceOptions &conformance = options.conformance;
+    CLI::App *subcommand = app.add_subcommand(
+        "conformance", "Test a device library against what the plug-in relies on");
+    subcommand->add_flag("--allow-writes", conformance.allow_writes,
+                         "Run settings as well: change, read back, restore");
+    subcommand
+        ->add_option("--command", conformance.commands,
+                     "Test only this command, also one that cannot be undone; may be repeated")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    subcommand
+        ->add_option("--patience", conformance.patience,
+                     "How long one check may take before it counts as hanging")
+        ->type_name("SECONDS")
+        ->check(silent(CLI::Range(1, 86400)))
+        ->capture_default_str();
+    subcommand->add_option("--junit", conformance.junit, "File for the results in JUnit's format")
+        ->type_name("FILE");
+    subcommand->footer(R"(
+A command that cannot be undone runs only when it is named and writes are allowed.
+The exit status is 1 when a check has failed; what is not supported or skipped is no failure.)");
+    subcommand->callback([&options] { options.subcommand = Subcommand::kConformance; });
+}
+
 } // namespace
 
 std::optional<Options> parse_options(int count, char **words, int &exit_status)
@@ -221,6 +247,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_hosts(app, options);
     add_topology(app, options);
     add_protocol_pages(app, options);
+    add_conformance(app, options);
 
     try {
         app.parse(count, words);

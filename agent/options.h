@@ -39,7 +39,24 @@ struct TopologyOptions {
     bool dot = false;   // for Graphviz
 };
 
-enum class Subcommand { kCall, kServe, kNotice, kReport, kHosts, kTopology, kList, kDescribe };
+struct ConformanceOptions {
+    bool allow_writes = false;
+    std::vector<std::string> commands; // empty: all that can be undone
+    int32_t patience = 60;             // seconds for one check
+    std::string junit;                 // file; empty: none
+};
+
+enum class Subcommand {
+    kCall,
+    kServe,
+    kNotice,
+    kReport,
+    kHosts,
+    kTopology,
+    kList,
+    kDescribe,
+    kConformance
+};
 
 struct Options {
     HostOptions host;
@@ -50,6 +67,7 @@ struct Options {
     ServeOptions serve;
     NoticeOptions notice;
     TopologyOptions topology;
+    ConformanceOptions conformance;
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades

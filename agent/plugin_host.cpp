@@ -6,6 +6,7 @@
 
 #include <dlfcn.h>
 #include <filesystem>
+#include <type_traits>
 #include <vector>
 
 namespace agent {
@@ -13,6 +14,7 @@ namespace agent {
 namespace {
 
 constexpr char kDeviceLibrary[] = "libsimulated_gateway.so";
+constexpr char kDeviceWatch[] = "libdevice_watch.so";
 constexpr char kPlugin[] = "libsmart_router_service.so";
 constexpr size_t kMaxGatewayError = 1024;
 
@@ -71,12 +73,35 @@ const char *text_or_null(const std::optional<std::string> &text)
     return text ? text->c_str() : nullptr;
 }
 
+// A library that is loaded later finds the watch's functions before those of the device library,
+// which has found its own by now.
+void put_watch_before(void *device, const std::string &path, const DeviceWatcher &watcher)
+{
+    void *watch = load("device watch", library_path("", kDeviceWatch), RTLD_NOW | RTLD_GLOBAL);
+    const auto start =
+        function_of<std::remove_pointer_t<StartDeviceWatch>>(watch, kStartDeviceWatch);
+    if (start == nullptr) {
+        throw HostError(kCannotLoad, "the device watch cannot be started");
+    }
+    start(device, &watcher);
+    dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL | RTLD_NOLOAD);
+}
+
 } // namespace
 
-DeviceLibrary::DeviceLibrary(const HostOptions &options)
+DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher)
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
-    library_ = load("device library", path, RTLD_NOW | RTLD_GLOBAL);
+    library_ =
+        load("device library", path, RTLD_NOW | (watcher != nullptr ? RTLD_LOCAL : RTLD_GLOBAL));
+    if (watcher != nullptr) {
+        put_watch_before(library_, path, *watcher);
+    }
+    open_gateway(path, options);
+}
+
+void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &options)
+{
     const auto open =
         function_of<decltype(simulated_gateway_open)>(library_, "simulated_gateway_open");
     if (open == nullptr) {
@@ -120,8 +145,8 @@ void *DeviceLibrary::symbol(const char *name) const
     return dlsym(library_, name);
 }
 
-PluginHost::PluginHost(const HostOptions &options)
-    : device_(options), path_(library_path(options.plugin, kPlugin)),
+PluginHost::PluginHost(const HostOptions &options, const DeviceWatcher *watcher)
+    : device_(options, watcher), path_(library_path(options.plugin, kPlugin)),
       library_(load("plug-in", path_, RTLD_NOW)),
       process_(function_of<decltype(hg_process_json_cmd)>(library_, "hg_process_json_cmd"))
 {

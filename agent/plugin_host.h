@@ -1,6 +1,7 @@
 // The two libraries in one process: the device library, and the plug-in on top of it.
 #pragma once
 
+#include "device_watch.h"
 #include "exit_status.h"
 #include "options.h"
 
@@ -25,10 +26,11 @@ class HostError : public std::runtime_error {
 };
 
 // The device library. When it is the simulated gateway, it is opened with the options that were
-// given, and closed at the end of this object's life.
+// given, and closed at the end of this object's life. With a watcher, the plug-in that is loaded
+// next calls it by way of the device watch.
 class DeviceLibrary {
   public:
-    explicit DeviceLibrary(const HostOptions &options); // throws HostError
+    DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher); // throws HostError
     ~DeviceLibrary();
     DeviceLibrary(const DeviceLibrary &) = delete;
     DeviceLibrary &operator=(const DeviceLibrary &) = delete;
@@ -37,6 +39,8 @@ class DeviceLibrary {
     void *symbol(const char *name) const;
 
   private:
+    void open_gateway(const std::string &path, const HostOptions &options);
+
     void *library_;
     void (*close_)() = nullptr;
 };
@@ -44,7 +48,8 @@ class DeviceLibrary {
 // The plug-in, ready to answer commands.
 class PluginHost {
   public:
-    explicit PluginHost(const HostOptions &options); // throws HostError
+    // Throws HostError.
+    explicit PluginHost(const HostOptions &options, const DeviceWatcher *watcher = nullptr);
 
     // Runs one command; its reply is in the object afterwards. Result: that of the dispatcher.
     int32_t process(const std::string &command, cJSON *object) const

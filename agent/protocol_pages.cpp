@@ -61,7 +61,18 @@ std::string about(const Description &key, bool in_request)
     if (key.contains("meaning")) {
         parts.push_back(key["meaning"]);
     }
+    if (key.contains("found_in")) {
+        parts.push_back("told by " + key["found_in"]["command"].get<std::string>());
+    }
     return joined(parts, "; ");
+}
+
+std::string changes_of(const Description &command)
+{
+    if (command.contains("read_back")) {
+        return "a setting, told by " + command["read_back"]["command"].get<std::string>();
+    }
+    return command["effect"] == "none" ? "nothing" : "what it cannot change back";
 }
 
 void add_keys(Table &table, const Description &keys, bool in_request, const std::string &indent)
@@ -96,6 +107,7 @@ void print_page(std::ostream &page, const Description &command)
     facts.row({"Subject", command["subject"]});
     facts.row({"Handler", command["handler"]});
     facts.row({"Device calls", calls.empty() ? "none" : joined(calls, ", ")});
+    facts.row({"Changes", changes_of(command)});
     facts.print(page, "");
 
     page << "\nRequest" << (command.value("case_sensitive", false) ? " (capitals as here)" : "")

@@ -8,9 +8,6 @@
 
 namespace agent {
 
-namespace {
-
-// A request may bring a "Status" of its own, which comes first.
 ExitStatus status_of(const cJSON *reply)
 {
     ExitStatus status = kSuccess;
@@ -24,8 +21,6 @@ ExitStatus status_of(const cJSON *reply)
     }
     return status;
 }
-
-} // namespace
 
 ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
                        const StopSignals *stop)

@@ -8,6 +8,10 @@
 
 namespace agent {
 
+// What the reply's last "Status" makes of the exit status: a request may bring one of its own,
+// which comes first.
+ExitStatus status_of(const cJSON *reply);
+
 // Writes the reply, indented on a terminal. With signals, gives up when one arrives while nobody
 // reads. Result: what the reply, or the lack of a reader, makes of the exit status. Throws
 // StreamError.

@@ -53,22 +53,19 @@ int list_reports()
     return show(page.str());
 }
 
-int32_t build(const Builder &builder, void *function, const Options &options, cJSON *report)
+const Builder *find_builder(const std::string &name)
 {
-    if (builder.takes_path) {
-        return reinterpret_cast<BuildForPath>(function)(report, "main",
-                                                        options.router_path.c_str());
-    }
-    return reinterpret_cast<Build>(function)(report);
+    const auto *builder =
+        std::ranges::find(kBuilders, name, [](const Builder &one) { return one.name; });
+    return builder != std::end(kBuilders) ? builder : nullptr;
 }
 
-int print_report(const Builder &builder, const Options &options)
+int print_report(const Options &options)
 {
     ReplyOutput output;
     const PluginHost host(options.host);
-    void *function = host.required_symbol(builder.symbol);
     const Json report(cJSON_CreateObject());
-    const int32_t result = build(builder, function, options, report.get());
+    const int32_t result = build_report(host, options.report, options.router_path, report.get());
     const ExitStatus written = write_reply(report.get(), options.raw_bytes, output);
     // Of the reports without a "Status" only the result says that they failed.
     return written == kSuccess && result != 0 ? kCommandFailed : written;
@@ -84,13 +81,31 @@ int run_report(const Options &options)
     if (options.report == kImageUpgrade) {
         return run_image_upgrade(options);
     }
-    const auto *builder =
-        std::ranges::find(kBuilders, options.report, [](const Builder &one) { return one.name; });
-    if (builder == std::end(kBuilders)) {
+    if (find_builder(options.report) == nullptr) {
         complain("no report \"" + options.report + "\"; hgagent report lists them");
         return kUnknownCommand;
     }
-    return print_report(*builder, options);
+    return print_report(options);
+}
+
+std::vector<std::string> reports_that_tell()
+{
+    std::vector<std::string> names;
+    for (const Builder &builder : kBuilders) {
+        names.emplace_back(builder.name);
+    }
+    return names;
+}
+
+int32_t build_report(const PluginHost &host, const std::string &name,
+                     const std::string &router_path, cJSON *report)
+{
+    const Builder &builder = *find_builder(name);
+    void *function = host.required_symbol(builder.symbol);
+    if (builder.takes_path) {
+        return reinterpret_cast<BuildForPath>(function)(report, "main", router_path.c_str());
+    }
+    return reinterpret_cast<Build>(function)(report);
 }
 
 } // namespace agent

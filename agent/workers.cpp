@@ -9,6 +9,7 @@
 #include <pthread.h>
 #include <string>
 #include <system_error>
+#include <thread>
 
 namespace agent {
 
@@ -71,6 +72,16 @@ int until_workers_end(const PluginHost &host, const StopSignals &stop,
         }
     }
     return stop.arrived() != 0 ? kSignalled + stop.arrived() : status;
+}
+
+void await_workers(const PluginHost &host)
+{
+    for (const Worker &worker : kWorkers) {
+        auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+        while (mutex != nullptr && is_held(mutex)) {
+            std::this_thread::sleep_for(kPause);
+        }
+    }
 }
 
 bool has_other_threads()

@@ -13,6 +13,9 @@ namespace agent {
 int until_workers_end(const PluginHost &host, const StopSignals &stop,
                       const std::function<int()> &work);
 
+// Waits until no worker is at work any more, whatever signals arrive.
+void await_workers(const PluginHost &host);
+
 // Whether any thread but the caller's is left: a worker that was not waited for, or one that has
 // done its work and is about to end.
 bool has_other_threads();

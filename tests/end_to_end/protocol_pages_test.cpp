@@ -73,6 +73,17 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 
+TEST(Describe, SaysWhatACommandChangesAndWhoTellsIt)
+{
+    EXPECT_THAT(run_agent({"describe", "GET_SN_INFO"}).output,
+                HasSubstr("Changes       nothing\n"));
+    EXPECT_THAT(run_agent({"describe", "RP_HG_REBOOT"}).output,
+                HasSubstr("Changes       what it cannot change back\n"));
+    const std::string page = run_agent({"describe", "SET_WIFI_INFO"}).output;
+    EXPECT_THAT(page, HasSubstr("Changes       a setting, told by GET_WIFI_INFO\n"));
+    EXPECT_THAT(page, HasSubstr("for the device to say; told by GET_WIFI_LIST_INFO\n"));
+}
+
 TEST(Describe, SaysWhoseKeysAreFoundOnlyAsTheyAreSpelt)
 {
     EXPECT_THAT(run_agent({"describe", "HG_IMAGE_UPDATE"}).output,

@@ -53,8 +53,59 @@ def example_faults():
             yield f"{file.name}: the example is no described success: {'; '.join(faults)}"
 
 
+def reply_keys(descriptions, command, list_key=None):
+    """The keys of a command's successful replies, or of the elements of a list in them, by their names."""
+    keys = {}
+    for reply in descriptions.get(command, {}).get("replies", []):
+        if reply["outcome"] == "success":
+            keys |= {key["key"]: key for key in reply["keys"]}
+    if list_key is None:
+        return keys
+    return {key["key"]: key for key in keys.get(list_key, {}).get("items", [])}
+
+
+def relation_faults():
+    """What descriptions say of other commands: where values are found and settings are read back."""
+    descriptions = {description["command"]: description
+                    for description in protocol.descriptions().values()}
+    for name, description in descriptions.items():
+        for key in description["request"]:
+            place = key.get("found_in")
+            if place and place["key"] not in reply_keys(descriptions, place["command"], place.get("list")):
+                yield f"{name}: {key['key']} is not found in {place['command']}"
+            if place and descriptions[place["command"]]["effect"] != "none":
+                yield f"{name}: {place['command']} does more than tell"
+        back = description.get("read_back")
+        if back:
+            told = reply_keys(descriptions, back["command"], back.get("list"))
+            yield from (f"{name}: {fault}" for fault in read_back_faults(description, back, told))
+
+
+def read_back_faults(description, back, told):
+    renamed, given, without = back.get("keys", {}), back.get("given", {}), back.get("without", [])
+    changed = [back["change"]["key"]] if "change" in back else []
+    request = {key["key"]: key for key in description["request"]}
+    read = {key: told[renamed.get(key, key)] for key in request
+            if renamed.get(key, key) in told and key not in {*given, *without}}
+    if not read:
+        yield f"{back['command']} tells none of the keys"
+    for key in {*renamed, *given, *without, *changed} - set(request):
+        yield f"{key} is no key of the request"
+    for key in {*renamed, *changed} - set(read):
+        yield f"{back['command']} does not tell {key}"
+    for key in without:
+        if request.get(key, {}).get("required"):
+            yield f"{key} cannot be left out"
+    if "list" in back and not any("found_in" in key for key in request.values()):
+        yield f"nothing selects an element of {back['list']}"
+    for key, place in read.items():
+        wanted = {inner["key"] for inner in request[key].get("items", []) if inner["required"]}
+        for inner in wanted - {inner["key"] for inner in place.get("items", [])}:
+            yield f"{back['command']} does not tell {inner} of {key}"
+
+
 def main():
-    faults = [*schema_faults()] or [*table_faults(), *example_faults()]
+    faults = [*schema_faults()] or [*table_faults(), *example_faults(), *relation_faults()]
     for fault in faults:
         print(fault)
     print(f"{len(protocol.descriptions())} descriptions, {len(faults)} faults")

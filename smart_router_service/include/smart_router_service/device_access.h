@@ -9,6 +9,10 @@
  *
  * Results: 0 is success. Which other results are failures is stated at each function.
  *
+ * Not supported: every function has to be there. One that the device has no use for answers -1 and
+ * writes nothing. To the plug-in that is a failure like any other; "hgagent conformance" tells it
+ * from one. -1 is also the answer where there is no such thing as was asked for, such as a period.
+ *
  * Records: a function exchanges a record, a plain structure at the address that it is given. The
  * record belongs to the plug-in, has been filled with zero bytes and, for a query, only its
  * selecting fields have been set. The library must not keep the address.

@@ -1,4 +1,11 @@
-/* A device library in C that supports nothing: what a function of c_host.c does not replace. */
+/*
+ * Every device function, answering that it is not supported: -1, with nothing written.
+ * device_functions.h is made from device_access.h when the project is configured, so none is ever
+ * missing.
+ *
+ * The functions are weak. One that another file of the library defines takes the place of its own
+ * here; in this way a library grows function by function.
+ */
 #include "smart_router_service/device_access.h"
 
 #include "device_functions.h"

@@ -1,0 +1,299 @@
+#include "conformance_checks.h"
+
+#include "conformance_requests.h"
+#include "device_functions.h"
+#include "device_texts.h"
+#include "reply.h"
+#include "report.h"
+#include "smart_router_service/processjsonability.h"
+#include "workers.h"
+
+#include <algorithm>
+#include <iterator>
+#include <mutex>
+#include <set>
+
+namespace agent {
+
+namespace {
+
+struct DeviceCall {
+    std::string function;
+    int32_t result;
+    bool wrote;
+};
+
+// What the watch tells of the check at hand. The watch knows functions only, so there is one of it.
+struct Watched {
+    std::mutex mutex;
+    CheckListener listener;
+    std::vector<DeviceCall> calls;
+    std::vector<std::string> functions; // whose faults matter; empty: all
+};
+Watched watched;
+
+void calling(const char *function)
+{
+    const std::lock_guard lock(watched.mutex);
+    watched.listener.calling(function);
+}
+
+void answered(const char *function, int32_t result, bool wrote)
+{
+    const std::lock_guard lock(watched.mutex);
+    watched.calls.push_back({function, result, wrote});
+    watched.listener.answered();
+}
+
+void fault(const char *function, const char *what)
+{
+    const std::lock_guard lock(watched.mutex);
+    const auto &functions = watched.functions;
+    if (functions.empty() ||
+        std::find(functions.begin(), functions.end(), function) != functions.end()) {
+        watched.listener.fault(std::string(function) + ": " + what);
+    }
+}
+
+std::vector<DeviceCall> take_calls()
+{
+    const std::lock_guard lock(watched.mutex);
+    return std::exchange(watched.calls, {});
+}
+
+// Their results other than 0 are answers.
+bool is_answer(const DeviceCall &call)
+{
+    static const std::set<std::string> kAnswering = {
+        "devapi_get_greennet_index_by_mac", "devapi_get_hostindex_by_mac", "devapi_get_mesh_type",
+        "devapi_get_systerm_timetype"};
+    constexpr int32_t kNoSuchDevice = 1000;
+    return call.result == 0 || (call.result > 0 && kAnswering.contains(call.function)) ||
+           (call.result == kNoSuchDevice && call.function == "devapi_get_ad_base_info");
+}
+
+std::string joined(const std::set<std::string> &names)
+{
+    std::string text;
+    for (const std::string &name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text;
+}
+
+// What the plug-in did with the device: -1 with nothing written is how a library says that it does
+// not support something.
+CheckResult judge(bool success, const std::string &reason, const std::vector<DeviceCall> &calls)
+{
+    std::set<std::string> unsupported;
+    std::set<std::string> supported;
+    std::set<std::string> failed;
+    for (const DeviceCall &call : calls) {
+        if (call.result == -1 && !call.wrote) {
+            unsupported.insert(call.function);
+        } else if (is_answer(call)) {
+            supported.insert(call.function);
+        } else {
+            failed.insert(call.function + " answers " + std::to_string(call.result));
+        }
+    }
+    // -1 also says that there is no such thing in a list.
+    std::erase_if(unsupported, [&](const auto &function) { return supported.contains(function); });
+    if (success && (unsupported.empty() || !supported.empty())) {
+        return {Verdict::kPassed, unsupported.empty()
+                                      ? std::vector<std::string>()
+                                      : std::vector{"without " + joined(unsupported)}};
+    }
+    if (!failed.empty()) {
+        return {Verdict::kFailed, {joined(failed)}};
+    }
+    if (!unsupported.empty()) {
+        return {Verdict::kNotSupported, {joined(unsupported)}};
+    }
+    return {Verdict::kFailed, {"no function fails, and still: " + reason}};
+}
+
+CheckResult run_command(const PluginHost &host, const std::string &command, cJSON *object)
+{
+    take_calls();
+    const int32_t result = host.process(command, object);
+    await_workers(host);
+    if (result == HG_NO_SUCH_COMMAND) {
+        return {Verdict::kFailed, {"the plug-in has no such command"}};
+    }
+    return judge(status_of(object) == kSuccess, text_of(object, "FailReason"), take_calls());
+}
+
+CheckResult run_report(const PluginHost &host, const std::string &name)
+{
+    take_calls();
+    const Json report(cJSON_CreateObject());
+    const int32_t result = build_report(host, name, Options().router_path, report.get());
+    return judge(result == 0 && status_of(report.get()) == kSuccess,
+                 "result " + std::to_string(result), take_calls());
+}
+
+CheckResult check_functions(const PluginHost &host)
+{
+#define FUNCTION_NAME(result, name, parameters, arguments) #name,
+    CheckResult result;
+    for (const char *name : {DEVICE_FUNCTIONS(FUNCTION_NAME)}) {
+        if (host.device_symbol(name) == nullptr) {
+            result.verdict = Verdict::kFailed;
+            result.details.push_back(std::string("there is no ") + name);
+        }
+    }
+    return result;
+}
+
+// A command with what it needs of others.
+class CommandCheck {
+  public:
+    CommandCheck(const PluginHost &host, const Description &command)
+        : host_(host), command_(command), name_(command["command"])
+    {
+    }
+
+    // Asks for what there is until one is told.
+    CheckResult query()
+    {
+        const std::vector<Json> requests = this->requests();
+        CheckResult result = nothing_to_select();
+        for (const Json &request : requests) {
+            result = run_command(host_, name_, request.get());
+            if (result.verdict == Verdict::kPassed) {
+                return result;
+            }
+        }
+        return result;
+    }
+
+    // Changes, reads back, restores.
+    CheckResult setting()
+    {
+        const std::vector<Json> requests = this->requests();
+        if (requests.empty()) {
+            return nothing_to_select();
+        }
+        const cJSON *selected = requests.front().get();
+        const Json before = setting_in_force(command_, selected, ask_);
+        if (before == nullptr) {
+            return {
+                Verdict::kSkipped,
+                {"could not be restored: " + command_["read_back"]["command"].get<std::string>() +
+                 " does not tell all of it"}};
+        }
+        const Json changed = changed_setting(command_, before.get());
+        return changed != nullptr ? change_and_restore(selected, changed.get(), before.get())
+                                  : set_again(selected, before.get());
+    }
+
+    // Once, and only because somebody has named it.
+    CheckResult lasting()
+    {
+        const std::vector<Json> requests = this->requests();
+        return requests.empty() ? nothing_to_select()
+                                : run_command(host_, name_, requests.front().get());
+    }
+
+  private:
+    std::vector<Json> requests() const { return requests_for(command_, ask_); }
+
+    CheckResult nothing_to_select() const
+    {
+        for (const Description &key : command_["request"]) {
+            if (key.contains("found_in")) {
+                return {Verdict::kSkipped,
+                        {key["found_in"]["command"].get<std::string>() + " tells no " +
+                         key["key"].get<std::string>()}};
+            }
+        }
+        return {};
+    }
+
+    CheckResult change_and_restore(const cJSON *selected, const cJSON *changed, const cJSON *before)
+    {
+        CheckResult result = make(selected, changed);
+        if (result.verdict == Verdict::kNotSupported) {
+            return result;
+        }
+        const CheckResult restored = make(selected, before);
+        if (restored.verdict != Verdict::kPassed) {
+            result.verdict = Verdict::kFailed;
+            result.details.push_back("not restored: " + restored.details.front());
+        }
+        return result;
+    }
+
+    // With the values that are in force.
+    CheckResult set_again(const cJSON *selected, const cJSON *before)
+    {
+        CheckResult result = make(selected, before);
+        const std::string missing = key_without_value(before);
+        if (result.verdict == Verdict::kPassed) {
+            return {Verdict::kPassed, {"with the values in force only"}};
+        }
+        if (result.verdict == Verdict::kNotSupported && !missing.empty()) {
+            return {Verdict::kSkipped,
+                    {command_["read_back"]["command"].get<std::string>() + " tells no " + missing}};
+        }
+        return result;
+    }
+
+    // Sets, and reads back.
+    CheckResult make(const cJSON *selected, const cJSON *setting)
+    {
+        const Json object(cJSON_Duplicate(setting, 1));
+        CheckResult result = run_command(host_, name_, object.get());
+        if (result.verdict == Verdict::kPassed) {
+            const Json in_force = setting_in_force(command_, selected, ask_);
+            const std::string differs = in_force != nullptr ? difference(setting, in_force.get())
+                                                            : "it can no longer be read";
+            if (!differs.empty()) {
+                result = {Verdict::kFailed, {differs}};
+            }
+        }
+        return result;
+    }
+
+    const PluginHost &host_;
+    const Description &command_;
+    const std::string name_;
+    const Ask ask_ = [this](const std::string &command, Json request) -> Json {
+        run_command(host_, command, request.get());
+        return status_of(request.get()) == kSuccess ? std::move(request) : nullptr;
+    };
+};
+
+} // namespace
+
+CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
+    : watcher_{calling, answered, fault},
+      host_((watched.listener = std::move(listener), options), &watcher_)
+{
+}
+
+CheckedHost::~CheckedHost() = default;
+
+CheckResult CheckedHost::run(const Check &check)
+{
+    {
+        const std::lock_guard lock(watched.mutex);
+        watched.functions = check.command != nullptr
+                                ? (*check.command)["device_calls"].get<std::vector<std::string>>()
+                                : std::vector<std::string>();
+    }
+    if (!check.report.empty()) {
+        return run_report(host_, check.report);
+    }
+    if (check.command == nullptr) {
+        return check_functions(host_);
+    }
+    CommandCheck command(host_, *check.command);
+    const std::string effect = (*check.command)["effect"];
+    return effect == "none"      ? command.query()
+           : effect == "setting" ? command.setting()
+                                 : command.lasting();
+}
+
+} // namespace agent

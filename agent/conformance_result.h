@@ -1,0 +1,29 @@
+// A check of a device library, and what came of it.
+#pragma once
+
+#include "protocol.h"
+
+#include <string>
+#include <vector>
+
+namespace agent {
+
+// The check that all functions are there.
+constexpr char kFunctions[] = "functions";
+
+// What is checked: a command, a report, or the functions as such.
+struct Check {
+    std::string name;
+    std::string subject;
+    const Description *command = nullptr;
+    std::string report = {}; // its name
+};
+
+enum class Verdict { kPassed, kFailed, kNotSupported, kSkipped };
+
+struct CheckResult {
+    Verdict verdict = Verdict::kPassed;
+    std::vector<std::string> details; // one line each
+};
+
+} // namespace agent

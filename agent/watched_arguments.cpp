@@ -1,0 +1,97 @@
+#include "watched_arguments.h"
+
+namespace agent::watch {
+
+namespace {
+
+// Texts whose width is not handed over with them.
+constexpr struct {
+    const char *function;
+    size_t width;
+} kWidths[] = {{"devapi_get_net_fault_info", 16},
+               {"devapi_get_wifi_fastroaming_enable", 8},
+               {"devapi_get_greennet_enable", GREENNET_SWITCH_SIZE},
+               {"devapi_get_viewmac_by_mac", VIEW_MAC_SIZE},
+               {"devapi_topo_xml_getinfo", TOPO_VALUE_SIZE}};
+
+// The size of these is one less than the width.
+constexpr const char *kSizeWithoutEnd[] = {"devapi_get_devicemodel",
+                                           "devapi_get_topo_relation_ship"};
+
+size_t width_of(const Call &call)
+{
+    for (const auto &row : kWidths) {
+        if (strcmp(row.function, call.function()) == 0) {
+            return row.width;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+bool Argument<int32_t *>::finish(const Call &call, int32_t result)
+{
+    guarded_.check(call);
+    // The number of SSIDs is the one of which the header says that it may be negative.
+    if (result == 0 && guarded_.value < 0 && call.has_argument("count") &&
+        strcmp(call.function(), "devapi_get_ssid_num") != 0) {
+        call.fault("the count is " + std::to_string(guarded_.value));
+    }
+    const bool wrote = *own_ != guarded_.value;
+    *own_ = guarded_.value;
+    return wrote;
+}
+
+Argument<char *>::Argument(const Call &call, char *own)
+    : own_(own), width_(width_of(call)),
+      may_fill_size_(
+          std::any_of(std::begin(kSizeWithoutEnd), std::end(kSizeWithoutEnd),
+                      [&](const char *function) { return strcmp(function, call.function()) == 0; }))
+{
+}
+
+void Argument<char *>::take_size(int32_t size)
+{
+    if (width_ == 0) {
+        width_ = static_cast<size_t>(size) + (may_fill_size_ ? 1 : 0);
+    }
+    area_.assign(width_ + 2 * kGuardSize, static_cast<char>(kGuardByte));
+    std::copy_n(own_, width_, handed());
+}
+
+bool Argument<char *>::finish(const Call &call, int32_t result)
+{
+    Guard guard;
+    std::copy_n(area_.begin(), kGuardSize, guard.begin());
+    check_guard(call, guard, "before");
+    std::copy_n(area_.end() - kGuardSize, kGuardSize, guard.begin());
+    check_guard(call, guard, "behind");
+    if (result == 0 && memchr(handed(), '\0', width_) == nullptr) {
+        call.fault("the text does not end within its " + std::to_string(width_) + " bytes");
+    }
+    const bool wrote = memcmp(own_, handed(), width_) != 0;
+    std::copy_n(handed(), width_, own_);
+    return wrote;
+}
+
+bool Argument<char **>::finish(const Call &call, int32_t result)
+{
+    guarded_.check(call);
+    char *answer = guarded_.value;
+    if (answer == nullptr) {
+        if (result == 0) {
+            call.fault("it answers 0 and leaves no answer");
+        }
+    } else if (!may_be_freed(answer)) {
+        call.fault("the answer is not from malloc()");
+        answer = nullptr;
+    } else if (memchr(answer, '\0', room_of(answer)) == nullptr) {
+        call.fault("the answer does not end within its memory");
+        answer[0] = '\0';
+    }
+    *own_ = answer;
+    return answer != nullptr;
+}
+
+} // namespace agent::watch
