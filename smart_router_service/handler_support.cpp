@@ -246,6 +246,16 @@ bool add_text(cJSON *object, const char *key, const char *text, size_t width)
     return true;
 }
 
+bool add_constant(cJSON *object, const char *key, const char *text)
+{
+    cJSON *item = cJSON_CreateStringReference(text);
+    if (item == nullptr) {
+        return false;
+    }
+    append_item(object, key, item);
+    return true;
+}
+
 bool add_fields(cJSON *object, FieldList fields, const void *record)
 {
     for (const Field &field : fields) {

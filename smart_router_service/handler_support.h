@@ -255,6 +255,9 @@ constexpr size_t clamped(int32_t count, size_t most)
 // constant. Result: false when memory ran out, and then nothing was added.
 bool add_text(cJSON *object, const char *key, const char *text, size_t width = SIZE_MAX);
 
+// The same for a text that is a constant as well: the item refers to it.
+bool add_constant(cJSON *object, const char *key, const char *text);
+
 // Appends the record's fields in the table's order, up to the first that memory fails.
 bool add_fields(cJSON *object, FieldList fields, const void *record);
 
@@ -283,7 +286,12 @@ class Reply {
     {
         complete_ = complete_ && add_fields(&root_, fields, record);
     }
-    void status(const char *status) { text(kStatus, status); }
+    // The status is a constant: so the reply that has to be there before a device is changed takes
+    // no more than its item.
+    void status(const char *status)
+    {
+        complete_ = complete_ && add_constant(&root_, kStatus, status);
+    }
     void success() { status("0"); }
 
     // Appends a text for each field, to be set once the device has filled the record: what a device
