@@ -17,6 +17,10 @@ const char *text_of(const cJSON *item)
 
 int32_t number_of(const char *text)
 {
+    const int digit = text[0] - '0';
+    if (digit >= 0 && digit <= 9 && text[1] == '\0') {
+        return digit; // as most are: switches and indexes
+    }
     const long number = strtol(text, nullptr, 10);
     if (number > INT32_MAX) {
         return INT32_MAX;
@@ -146,10 +150,7 @@ void put_number(char *field, size_t width, int32_t number)
     if (number < 0) {
         *--digit = '-';
     }
-    const size_t length = static_cast<size_t>(text + sizeof text - 1 - digit);
-    const size_t kept = length < width ? length : width - 1;
-    memcpy(field, digit, kept);
-    field[kept] = '\0';
+    copy_text(field, width, digit);
 }
 
 void store(const Field &field, void *record, const char *text)
