@@ -10,11 +10,11 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <iterator>
 #include <unistd.h>
+#include <valgrind/callgrind.h>
 
 namespace {
-
-constexpr int kCommands = 1'000'000;
 
 struct Request {
     const char *command;
@@ -60,16 +60,20 @@ void send(Process process, const Request &request)
 
 int main(int argc, char **argv)
 {
-    if (argc != 2) {
-        fprintf(stderr, "usage: %s PLUGIN\n", argv[0]);
+    if (argc != 3) {
+        fprintf(stderr, "usage: %s PLUGIN COMMANDS\n", argv[0]);
         return 2;
     }
+    const long commands = strtol(argv[2], nullptr, 10);
     benchmark_device::set_host_count(4);
     const long before = private_memory();
     const auto start = std::chrono::steady_clock::now();
+    CALLGRIND_START_INSTRUMENTATION;
     void *plugin = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
+    CALLGRIND_STOP_INSTRUMENTATION;
     const std::chrono::duration<double, std::micro> passed =
         std::chrono::steady_clock::now() - start;
+    CALLGRIND_DUMP_STATS_AT("loading");
     const long loaded = private_memory();
     if (plugin == nullptr) {
         fprintf(stderr, "%s\n", dlerror());
@@ -80,11 +84,10 @@ int main(int argc, char **argv)
         send(process, request);
     }
     const long first = private_memory();
-    for (int sent = 0; sent < kCommands; ++sent) {
-        send(process,
-             kRequests[static_cast<size_t>(sent) % (sizeof kRequests / sizeof *kRequests)]);
+    for (long sent = 0; sent < commands; ++sent) {
+        send(process, kRequests[static_cast<size_t>(sent) % std::size(kRequests)]);
     }
-    printf("{\"microseconds\":%.1f,\"before\":%ld,\"loaded\":%ld,\"first\":%ld,\"million\":%ld}\n",
+    printf("{\"microseconds\":%.1f,\"before\":%ld,\"loaded\":%ld,\"first\":%ld,\"last\":%ld}\n",
            passed.count(), before, loaded, first, private_memory());
     return 0;
 }

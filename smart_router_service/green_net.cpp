@@ -223,6 +223,8 @@ int32_t json_set_green_net_list(cJSON *obj)
     // The devices are stored by then: apps are told of both, and go by the last status.
     if (removal == 0 || fail(obj, "del green net info failed")) {
         success.join(obj);
+    } else {
+        fail(obj, kNoMemory);
     }
     return removal;
 }

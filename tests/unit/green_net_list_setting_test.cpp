@@ -319,18 +319,22 @@ TEST_F(GreenNetListSettingTest, WithoutMemoryTheTableStays)
 }
 
 // The devices are stored by then: half of what apps are told of it would say the opposite.
-TEST_F(GreenNetListSettingTest, ARefusedRemovalIsToldWholeOrNotAtAll)
+TEST_F(GreenNetListSettingTest, WithoutMemoryARefusedRemovalIsNotToldByHalf)
 {
     when<devapi_del_green_net_info_by_maclist>([](const char *) { return -1; });
-    for (size_t first = 1; first < 4; ++first) {
-        const Json object = parse(list_of(element("AA:BB")));
-        {
-            const FailingMemory memory(first, FailingMemory::Fail::kOnce);
-            hg_process_json_cmd(kCommand, object.get());
-            EXPECT_TRUE(memory.has_failed());
+    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
+        for (size_t first = 1; first < 4; ++first) {
+            const Json object = parse(list_of(element("AA:BB")));
+            {
+                const FailingMemory memory(first, how);
+                hg_process_json_cmd(kCommand, object.get());
+                EXPECT_TRUE(memory.has_failed());
+            }
+            EXPECT_EQ(print(object.get()), how == FailingMemory::Fail::kOnce
+                                               ? reply(failure("malloc mac_list failed"))
+                                               : R"({"First":1,"Last":2})");
+            EXPECT_EQ(listed(), "AA:BB,");
         }
-        EXPECT_EQ(print(object.get()), R"({"First":1,"Last":2})");
-        EXPECT_EQ(listed(), "AA:BB,");
     }
 }
 
