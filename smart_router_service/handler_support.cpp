@@ -10,9 +10,8 @@ namespace smart_router {
 const char *text_of(const cJSON *item)
 {
     // What cJSON_IsString() asks, without calling it: every text of every request comes by here.
-    constexpr int kBesideType = cJSON_IsReference | cJSON_StringIsConst;
-    return item != nullptr && (item->type & ~kBesideType) == cJSON_String ? item->valuestring
-                                                                          : nullptr;
+    // Its types are the lowest byte, and what else is noted of an item stands above.
+    return item != nullptr && (item->type & 0xFF) == cJSON_String ? item->valuestring : nullptr;
 }
 
 int32_t number_of(const char *text)
