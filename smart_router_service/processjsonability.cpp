@@ -56,7 +56,7 @@ constexpr bool are_same(const char *left, const char *right)
 struct NameIndex {
     static constexpr size_t kSlots = 256;
     static constexpr uint8_t kFree = UINT8_MAX;
-    static_assert(2 * kCommandCount < kSlots && kCommandCount < kFree, "give the index more slots");
+    static_assert(kCommandCount < kSlots / 2 && kCommandCount < kFree, "give the index more slots");
 
     uint8_t position[kSlots] = {};
     uint8_t mark[kSlots] = {}; // of the hash: whether comparing the name is worth it
