@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """Writes what is made from the protocol's descriptions: docs/protocol.md, the manual page hg-protocol(7)
 and the JSON Schemas.
 

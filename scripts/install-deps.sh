@@ -19,7 +19,7 @@ for option in "$@"; do
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
-            packages+=(clang-format-14 clang-tidy-14 git shellcheck)
+            packages+=(clang-format-14 clang-tidy-14 doxygen git mandoc shellcheck)
             ;;
         *)
             echo "usage: $0 [--cross] [--checks]" >&2
