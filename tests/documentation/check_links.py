@@ -18,7 +18,7 @@ def anchors(page):
 
 
 def main():
-    pages = {path: path.read_text(encoding="utf-8") for path in [*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")]}
+    pages = {path: path.read_text(encoding="utf-8") for path in [*ROOT.glob("*.md"), *ROOT.glob("*/*.md")]}
     links, faults = 0, []
     for path, text in pages.items():
         for link in re.findall(r"\]\(([^)\s]+)\)", without_code(text)):
