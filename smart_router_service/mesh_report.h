@@ -37,9 +37,9 @@ struct ReportedDevice {
 constexpr int32_t kNoDevice = 1000;
 
 // The MAC address of a router that hangs from the main router.
-inline constexpr auto kChildMac = fields_of<ChildMeshInfo>({
+inline constexpr auto kChildMac = Fields{
     FIELD(ChildMeshInfo, "childMac", ChildMac),
-});
+};
 
 // Moves a text from field to field, with or without its end.
 template <size_t width> void assign(char (&to)[width], const char (&from)[width])

@@ -7,16 +7,18 @@
 
 namespace {
 
-struct Command {
-    const char *name;
-    int32_t (*handler)(cJSON *obj);
-};
+using Handler = int32_t (*)(cJSON *obj);
 
-#define COMMAND_ROW(name, handler) {name, handler},
-constexpr Command kCommands[] = {SMART_ROUTER_COMMANDS(COMMAND_ROW)};
-#undef COMMAND_ROW
+// The names and the handlers stand apart, in the order of the table: the names are one text, since
+// a pointer to each would take more room than the places where they begin.
+#define COMMAND_HANDLER(name, handler) handler,
+constexpr Handler kHandlers[] = {SMART_ROUTER_COMMANDS(COMMAND_HANDLER)};
+#undef COMMAND_HANDLER
+#define COMMAND_NAME(name, handler) name "\0"
+constexpr char kNames[] = SMART_ROUTER_COMMANDS(COMMAND_NAME);
+#undef COMMAND_NAME
 
-constexpr unsigned kCommandCount = sizeof(kCommands) / sizeof(kCommands[0]);
+constexpr unsigned kCommandCount = sizeof(kHandlers) / sizeof(kHandlers[0]);
 static_assert(kCommandCount == 109, "the protocol has 109 commands; a new one is counted here");
 
 // Every name has these places; together with the length they tell nearly all names apart.
@@ -51,6 +53,28 @@ constexpr bool are_same(const char *left, const char *right)
     return *left == *right;
 }
 
+// Where each name begins.
+struct NamePlaces {
+    uint16_t place[kCommandCount] = {};
+
+    constexpr NamePlaces()
+    {
+        static_assert(sizeof kNames <= UINT16_MAX, "places are kept in 16 bits");
+        size_t at = 0;
+        for (uint16_t &name : place) {
+            name = static_cast<uint16_t>(at);
+            at += length_of(kNames + at) + 1;
+        }
+    }
+};
+
+constexpr NamePlaces kPlaces;
+
+constexpr const char *name_at(unsigned position)
+{
+    return kNames + kPlaces.place[position];
+}
+
 // Positions in the table by the hash of the name, or in the next free slot: the table itself keeps
 // the order of the protocol's list. Twice as many slots as names keep the ways short.
 struct NameIndex {
@@ -73,13 +97,12 @@ struct NameIndex {
             entry = kFree;
         }
         for (unsigned at = 0; at < kCommandCount; ++at) {
-            const char *name = kCommands[at].name;
+            const char *name = name_at(at);
             are_names_long_enough = are_names_long_enough && length_of(name) >= kShortestName;
             const uint32_t hash = hash_of(name, length_of(name));
             size_t slot = first_slot(hash);
             while (position[slot] != kFree) {
-                are_names_unique =
-                    are_names_unique && !are_same(kCommands[position[slot]].name, name);
+                are_names_unique = are_names_unique && !are_same(name_at(position[slot]), name);
                 slot = next_slot(slot);
             }
             position[slot] = static_cast<uint8_t>(at);
@@ -92,7 +115,7 @@ constexpr NameIndex kByName;
 static_assert(kByName.are_names_unique, "two commands have the same name");
 static_assert(kByName.are_names_long_enough, "a name ends before the places that are hashed");
 
-const Command *find_command(const char *name)
+Handler find_handler(const char *name)
 {
     const size_t length = strlen(name);
     if (length < kShortestName) {
@@ -101,9 +124,10 @@ const Command *find_command(const char *name)
     const uint32_t hash = hash_of(name, length);
     size_t slot = NameIndex::first_slot(hash);
     while (kByName.position[slot] != NameIndex::kFree) {
-        const Command &candidate = kCommands[kByName.position[slot]];
-        if (kByName.mark[slot] == NameIndex::mark_of(hash) && strcmp(name, candidate.name) == 0) {
-            return &candidate;
+        const unsigned position = kByName.position[slot];
+        if (kByName.mark[slot] == NameIndex::mark_of(hash) &&
+            strcmp(name, name_at(position)) == 0) {
+            return kHandlers[position];
         }
         slot = NameIndex::next_slot(slot);
     }
@@ -114,10 +138,10 @@ const Command *find_command(const char *name)
 
 int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
 {
-    const Command *command = cmd != nullptr ? find_command(cmd) : nullptr;
-    if (command == nullptr) {
+    const Handler handler = cmd != nullptr ? find_handler(cmd) : nullptr;
+    if (handler == nullptr) {
         return HG_NO_SUCH_COMMAND;
     }
-    command->handler(obj);
+    handler(obj);
     return 0;
 }

@@ -18,7 +18,7 @@ struct ReportedRouter {
     char NetQuality[2];
 };
 
-constexpr auto kRouter = fields_of<ReportedRouter>({
+constexpr auto kRouter = Fields{
     FIELD(ReportedRouter, "Name", base.Name),
     FIELD(ReportedRouter, "Mac", base.Mac),
     FIELD(ReportedRouter, "NetStatus", base.NetStatus),
@@ -49,12 +49,12 @@ constexpr auto kRouter = fields_of<ReportedRouter>({
     FIELD(ReportedRouter, "NetQuality", NetQuality),
     FIELD(ReportedRouter, "Wlan0Mac", base.Wlan0Mac),
     FIELD(ReportedRouter, "Wlan1Mac", base.Wlan1Mac),
-});
+};
 
-constexpr auto kLinkToChild = fields_of<MeshLink>({
+constexpr auto kLinkToChild = Fields{
     FIELD(MeshLink, "nexthopMAC", nexthopMAC),
     FIELD(MeshLink, "dbm", dbm),
-});
+};
 
 // Devices have two ways of saying that a radio is on.
 template <size_t width> void put_radio_state(char (&state)[width])
@@ -69,7 +69,7 @@ bool add_mesh_links(Reply &router)
     read_or_empty<devapi_get_childrouter_list>(children);
     cJSON *links = cJSON_CreateArray();
     if (links == nullptr) {
-        LOG_ERROR("create mesh_json err");
+        log_error("create mesh_json err");
         return false;
     }
     router.add("MeshInfo", links);
@@ -89,7 +89,7 @@ bool add_children(Reply &router, const BridgeMac &bridge)
 {
     cJSON *list = cJSON_CreateArray();
     if (list == nullptr) {
-        LOG_ERROR("create childinfo_json err");
+        log_error("create childinfo_json err");
         return false;
     }
     router.add("ChildInfo", list);
@@ -123,7 +123,7 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 // What apps have room for, in one report.
 constexpr int32_t kMostDevices = 32;
 
-constexpr auto kDevice = fields_of<ReportedDevice>({
+constexpr auto kDevice = Fields{
     FIELD(ReportedDevice, "Mac", info.Mac),
     FIELD(ReportedDevice, "UID", info.UID),
     FIELD(ReportedDevice, "DevType", info.DevType),
@@ -147,7 +147,7 @@ constexpr auto kDevice = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
     FIELD(ReportedDevice, "dbm", info.Dbm),
     FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
-});
+};
 
 // Puts the text into a field that has a value, and empties one that has none.
 template <size_t width> void put_if_known(char (&field)[width], const char *text)
@@ -294,8 +294,7 @@ int32_t json_get_tsnk_topo_info(cJSON *obj)
     constexpr char kFailure[] = "Create mainrouter json error";
     JsonItem router(cJSON_CreateObject());
     if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     reply.add("MainRouter", router.release());
