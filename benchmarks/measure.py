@@ -48,12 +48,13 @@ def read_profile(path):
 
 
 def count(command, *options):
-    """The costs of each profile that the program writes, by label."""
+    """The costs of each profile that the program writes, by label, in the order in which it writes them."""
     with tempfile.TemporaryDirectory() as directory:
         profile = pathlib.Path(directory) / "profile"
         subprocess.run(["valgrind", "--tool=callgrind", "--quiet", f"--callgrind-out-file={profile}",
                         *options, *command], check=True, stdout=subprocess.DEVNULL)
-        return dict(read_profile(path) for path in pathlib.Path(directory).iterdir())
+        parts = sorted(pathlib.Path(directory).glob("profile.*"), key=lambda path: int(path.suffix[1:]))
+        return dict(map(read_profile, parts + [profile]))
 
 
 def count_parts(*command):
@@ -72,7 +73,7 @@ def count_sides(program, which, sizes):
 
 def check_handlers(program):
     broken = 0
-    for case, (plugin, floor) in sorted(count_sides(program, "handler", [10, 100]).items()):
+    for case, (plugin, floor) in count_sides(program, "handler", [10, 100]).items():
         instructions = plugin.instructions / floor.instructions
         allocations = plugin.allocations / floor.allocations
         kept = instructions <= MOST_INSTRUCTIONS and allocations <= MOST_ALLOCATIONS

@@ -20,9 +20,8 @@ void log_debug(const char *text)
 const char *text_of(const cJSON *item)
 {
     // What cJSON_IsString() asks, without calling it: every text of every request comes by here.
-    constexpr int kBesideType = cJSON_IsReference | cJSON_StringIsConst;
-    return item != nullptr && (item->type & ~kBesideType) == cJSON_String ? item->valuestring
-                                                                          : nullptr;
+    // Its types are the lowest byte, and what else is noted of an item stands above.
+    return item != nullptr && (item->type & 0xFF) == cJSON_String ? item->valuestring : nullptr;
 }
 
 const char *text_under(const cJSON *obj, const char *key)

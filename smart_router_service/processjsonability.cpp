@@ -80,7 +80,7 @@ constexpr const char *name_at(unsigned position)
 struct NameIndex {
     static constexpr size_t kSlots = 256;
     static constexpr uint8_t kFree = UINT8_MAX;
-    static_assert(2 * kCommandCount < kSlots && kCommandCount < kFree, "give the index more slots");
+    static_assert(kCommandCount < kSlots / 2 && kCommandCount < kFree, "give the index more slots");
 
     uint8_t position[kSlots] = {};
     uint8_t mark[kSlots] = {}; // of the hash: whether comparing the name is worth it
