@@ -53,18 +53,19 @@ constexpr bool are_same(const char *left, const char *right)
     return *left == *right;
 }
 
-// Where each name begins.
+// Where each name begins, and the last one ends.
 struct NamePlaces {
-    uint16_t place[kCommandCount] = {};
+    uint16_t place[kCommandCount + 1] = {};
 
     constexpr NamePlaces()
     {
         static_assert(sizeof kNames <= UINT16_MAX, "places are kept in 16 bits");
         size_t at = 0;
-        for (uint16_t &name : place) {
-            name = static_cast<uint16_t>(at);
+        for (unsigned position = 0; position < kCommandCount; ++position) {
+            place[position] = static_cast<uint16_t>(at);
             at += length_of(kNames + at) + 1;
         }
+        place[kCommandCount] = static_cast<uint16_t>(at);
     }
 };
 
@@ -75,6 +76,12 @@ constexpr const char *name_at(unsigned position)
     return kNames + kPlaces.place[position];
 }
 
+bool is_name_at(unsigned position, const char *name, size_t length)
+{
+    const size_t size = static_cast<size_t>(kPlaces.place[position + 1] - kPlaces.place[position]);
+    return size == length + 1 && memcmp(name_at(position), name, length) == 0;
+}
+
 // Positions in the table by the hash of the name, or in the next free slot: the table itself keeps
 // the order of the protocol's list. Twice as many slots as names keep the ways short.
 struct NameIndex {
@@ -83,13 +90,11 @@ struct NameIndex {
     static_assert(kCommandCount < kSlots / 2 && kCommandCount < kFree, "give the index more slots");
 
     uint8_t position[kSlots] = {};
-    uint8_t mark[kSlots] = {}; // of the hash: whether comparing the name is worth it
     bool are_names_unique = true;
     bool are_names_long_enough = true;
 
     static constexpr size_t first_slot(uint32_t hash) { return hash % kSlots; }
     static constexpr size_t next_slot(size_t slot) { return (slot + 1) % kSlots; }
-    static constexpr uint8_t mark_of(uint32_t hash) { return hash / kSlots % kSlots; }
 
     constexpr NameIndex()
     {
@@ -106,7 +111,6 @@ struct NameIndex {
                 slot = next_slot(slot);
             }
             position[slot] = static_cast<uint8_t>(at);
-            mark[slot] = mark_of(hash);
         }
     }
 };
@@ -121,12 +125,10 @@ Handler find_handler(const char *name)
     if (length < kShortestName) {
         return nullptr;
     }
-    const uint32_t hash = hash_of(name, length);
-    size_t slot = NameIndex::first_slot(hash);
+    size_t slot = NameIndex::first_slot(hash_of(name, length));
     while (kByName.position[slot] != NameIndex::kFree) {
         const unsigned position = kByName.position[slot];
-        if (kByName.mark[slot] == NameIndex::mark_of(hash) &&
-            strcmp(name, name_at(position)) == 0) {
+        if (is_name_at(position, name, length)) {
             return kHandlers[position];
         }
         slot = NameIndex::next_slot(slot);
