@@ -23,8 +23,8 @@ namespace smart_router {
 void log_error(const char *text);
 void log_debug(const char *text);
 
-constexpr char kStatus[] = "Status";
-constexpr char kFailReason[] = "FailReason";
+inline constexpr char kStatus[] = "Status";
+inline constexpr char kFailReason[] = "FailReason";
 
 // ---- Fields ------------------------------------------------------------------------------------
 
@@ -287,7 +287,7 @@ int32_t read_fields(cJSON *item, const Fields<Record, count, keys_size> &fields,
 
 // Stands in a record for a value that the request does not give: the device leaves the setting as
 // it is, or takes its default.
-constexpr char kNotGiven[] = "-1";
+inline constexpr char kNotGiven[] = "-1";
 
 // Fills the fields that a request may leave out: with the key's text, or with kNotGiven.
 // Found texts are taken out of obj where asked for; a key without a text stays.
@@ -306,7 +306,7 @@ struct MissingTexts {
     }
 };
 
-constexpr MissingTexts kNodeOrValueNull = {"json node null", "value string null"};
+inline constexpr MissingTexts kNodeOrValueNull = {"json node null", "value string null"};
 
 // Finds every key of the table in obj, as cJSON_GetObjectItem() would, and leaves its item in
 // items, in the table's order; null for an absent one.

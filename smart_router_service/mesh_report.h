@@ -7,7 +7,7 @@
 namespace smart_router {
 
 // The model that operators sell, and whose mesh is reported in their own way.
-constexpr char kOperatorModel[] = "QX2040B";
+inline constexpr char kOperatorModel[] = "QX2040B";
 
 using Model = char[32];
 // Reads the model of the router; empty when it is not known.

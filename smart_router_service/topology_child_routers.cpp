@@ -25,24 +25,8 @@ constexpr auto kReportedRouter = Fields{
     FIELD(ChildRouterInfo, "dbm", dbm),
 };
 
-constexpr auto kReportedStation = Fields{
-    FIELD(ReportedDevice, "Mac", info.Mac),
-    FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "DevType", info.DevType),
-    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
-    FIELD(ReportedDevice, "DevModle", DevModle),
-    FIELD(ReportedDevice, "Name", info.Name),
-    FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "OS", info.OS),
-    FIELD(ReportedDevice, "Version", info.Version),
-    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
-    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
-    FIELD(ReportedDevice, "AccessType", info.AccessType),
-    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
-    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
-    FIELD(ReportedDevice, "ip", info.ip),
+// The keys of a station behind those that each attached device has.
+constexpr auto kStationLimits = Fields{
     FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
     FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
     FIELD(ReportedDevice, "DownLimit", info.DownLimit),
@@ -160,6 +144,7 @@ int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
         assign(reported.info.ByName, reported.info.Name);
     }
     Reply reply;
-    reply.fields(kReportedStation, &reported);
+    reply.fields(kAttachedDevice, &reported);
+    reply.fields(kStationLimits, &reported);
     return reply.join(obj) ? 0 : -1;
 }

@@ -123,24 +123,8 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 // What apps have room for, in one report.
 constexpr int32_t kMostDevices = 32;
 
-constexpr auto kDevice = Fields{
-    FIELD(ReportedDevice, "Mac", info.Mac),
-    FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "DevType", info.DevType),
-    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
-    FIELD(ReportedDevice, "DevModle", DevModle),
-    FIELD(ReportedDevice, "Name", info.Name),
-    FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "OS", info.OS),
-    FIELD(ReportedDevice, "Version", info.Version),
-    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
-    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
-    FIELD(ReportedDevice, "AccessType", info.AccessType),
-    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
-    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
-    FIELD(ReportedDevice, "ip", info.ip),
+// Its keys behind those that a child router's station has as well.
+constexpr auto kDeviceLimits = Fields{
     FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
     FIELD(ReportedDevice, "DownLimit", info.DownLimit),
     FIELD(ReportedDevice, "UpLimit", info.UpLimit),
@@ -278,11 +262,11 @@ int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
             ++g_active_num;
         }
         complete_device(&device);
-        cJSON *object = object_of(kDevice, &device);
-        if (object == nullptr) {
+        JsonItem object(object_of(kAttachedDevice, &device));
+        if (object.get() == nullptr || !add_fields(object.get(), kDeviceLimits, &device)) {
             return -1;
         }
-        cJSON_AddItemToArray(*array, object);
+        cJSON_AddItemToArray(*array, object.release());
     }
     return 0;
 }

@@ -15,7 +15,7 @@ constexpr auto kUplinkFields = Fields{
 };
 
 // The names that the log knows the keys by.
-constexpr const char *kLoggedNames[] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
+constexpr char kLoggedNames[][8] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
 
 constexpr auto kConnectedSsid = Fields{
     FIELD(UplinkWifiInfo, "ConnectedSSID", SSID),

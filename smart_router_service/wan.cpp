@@ -65,15 +65,38 @@ constexpr auto kWanSetting = Fields{
     FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
 };
 
-// How the setting's trace names its values, up to the sign of equality; in the order of the table.
-constexpr char kTraceNames[][19] = {
-    "wan_name ",      "service_list ", "addr_type ", "IPADDRESS ",      "SUBNETMASK ",
-    "GATEWAY ",       "DNS1 ",         "DNS2 ",      "IPV6_IPADDRESS ", "IPV6_PREFIXLENGTH ",
-    "IPV6_GATEWAY ",  "IPV6_DNS1 ",    "IPV6_DNS2",  "IPV6_PRIFIX",     "PPPOE_USR_NAME",
-    "PPPOE_PASSWORD", "NATENABLE",     "QOSENABLE",  "VLANID",          "VLANPRIORITY",
-};
-static_assert(sizeof kTraceNames / sizeof *kTraceNames == kWanSetting.kCount,
-              "one name for each key");
+// How the setting's trace names its values, up to the sign of equality; one behind the other, in
+// the order of the table.
+constexpr char kTraceNames[] = "wan_name \0"
+                               "service_list \0"
+                               "addr_type \0"
+                               "IPADDRESS \0"
+                               "SUBNETMASK \0"
+                               "GATEWAY \0"
+                               "DNS1 \0"
+                               "DNS2 \0"
+                               "IPV6_IPADDRESS \0"
+                               "IPV6_PREFIXLENGTH \0"
+                               "IPV6_GATEWAY \0"
+                               "IPV6_DNS1 \0"
+                               "IPV6_DNS2\0"
+                               "IPV6_PRIFIX\0"
+                               "PPPOE_USR_NAME\0"
+                               "PPPOE_PASSWORD\0"
+                               "NATENABLE\0"
+                               "QOSENABLE\0"
+                               "VLANID\0"
+                               "VLANPRIORITY";
+
+constexpr size_t count_names()
+{
+    size_t count = 0;
+    for (const char letter : kTraceNames) {
+        count += letter == '\0' ? 1 : 0;
+    }
+    return count;
+}
+static_assert(count_names() == kWanSetting.kCount, "one name for each key");
 
 // The first keys of the setting are those that a request should not go without.
 constexpr size_t kExpectedKeys = 3;
@@ -127,10 +150,11 @@ int32_t json_set_wan_info(cJSON *obj)
     cJSON *items[kWanSetting.kCount];
     find_items(obj, kWanSetting, items);
     size_t at = 0;
+    const char *name = kTraceNames;
     for (const Field field : FieldList(kWanSetting)) {
         const char *text = text_of(items[at]);
         if (text != nullptr) {
-            LOG_DEBUG("%s= %s \n", kTraceNames[at], text);
+            LOG_DEBUG("%s= %s \n", name, text);
             store(field, &wan, text);
         } else if (at < kExpectedKeys) {
             LOG_ERROR("can not find %s object!\n", field.key);
@@ -138,6 +162,7 @@ int32_t json_set_wan_info(cJSON *obj)
             LOG_DEBUG("can not find %s object!\n", field.key);
         }
         ++at;
+        name += strlen(name) + 1;
     }
     SuccessReply success;
     const bool can_set = cJSON_IsObject(obj) != 0 && success.complete();
