@@ -27,6 +27,9 @@ constexpr Field kLevel = *++FieldList(kLampFields).begin();
 static_assert(kLevel.offset == 12 && kLevel.width == 4);
 static_assert(FieldList(kLampFields).count() == 2 && FieldList(kLampFields).required() == 2);
 static_assert(FieldList(kLampFields).record_size() == sizeof(Lamp));
+constexpr auto kColourRequired = kLampFields.requiring(1);
+static_assert(FieldList(kColourRequired).count() == 2 &&
+              FieldList(kColourRequired).required() == 1);
 
 int32_t result;
 Lamp lamp;
