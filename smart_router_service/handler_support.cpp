@@ -324,6 +324,11 @@ Reply::Reply() : root_(), complete_(true)
     root_.type = cJSON_Object;
 }
 
+void Reply::text(const char *key, const char *text)
+{
+    this->text(key, text, SIZE_MAX);
+}
+
 void Reply::text(const char *key, const char *text, size_t width)
 {
     complete_ = complete_ && add_text(&root_, key, text, width);
@@ -490,6 +495,11 @@ bool can_conclude(cJSON *obj, const Reply &success, const char *failure)
     }
     fail(obj, failure);
     return false;
+}
+
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure)
+{
+    conclude(obj, success, failed, failure, SIZE_MAX);
 }
 
 void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size_t width)

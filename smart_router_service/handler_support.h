@@ -193,7 +193,7 @@ Fields(FieldOf<Record, key_sizes>...) -> Fields<Record, sizeof...(key_sizes), (k
 // ---- Requests ----------------------------------------------------------------------------------
 
 // The item's text, or null where there is no item or it is not a text.
-const char *text_of(const cJSON *item);
+[[gnu::pure]] const char *text_of(const cJSON *item);
 
 // The text under the key, or null where there is none.
 const char *text_under(const cJSON *obj, const char *key);
@@ -357,7 +357,8 @@ class Reply {
     Reply &operator=(const Reply &) = delete;
 
     // Append to the reply. The keys have to be constants.
-    void text(const char *key, const char *text, size_t width = SIZE_MAX);
+    void text(const char *key, const char *text);
+    void text(const char *key, const char *text, size_t width);
     void fields(FieldList fields, const void *record);
     // The status is a constant: so the reply that has to be there before a device is changed takes
     // no more than its item.
@@ -587,8 +588,8 @@ constexpr auto query(const Fields<Record, count, keys_size> &fields, const char 
 // copied: these are its steps around the call. It is not carried out without an object to answer in
 // or without the reply to success; then the first has failed and returns false.
 bool can_conclude(cJSON *obj, const Reply &success, const char *failure);
-void conclude(cJSON *obj, Reply &success, bool failed, const char *failure,
-              size_t width = SIZE_MAX);
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size_t width);
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure);
 
 // An action without parameters.
 int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure);
