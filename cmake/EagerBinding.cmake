@@ -1,7 +1,8 @@
 # eager_binding(OUTPUT): writes a source that takes the address of every function that the plug-in
 # calls and does not have. On MIPS the linker makes a stub of 16 bytes for a function that is only ever
 # called, to look it up at the first call. The plug-in has all of them looked up when it is loaded, and
-# four bytes for each are all that it takes to have no stubs. What is written there is never run.
+# four bytes for each are all that it takes to have no stubs. What is written there is never run: it has
+# to be kept by name, as with -Wl,--undefined=eager_binding.
 function(eager_binding output)
     set(device_header smart_router_service/include/smart_router_service/device_access.h)
     set(needed_list tests/abi/needed.txt)
@@ -16,7 +17,10 @@ function(eager_binding output)
     list(JOIN functions "\n" instructions)
     file(CONFIGURE OUTPUT ${output} CONTENT
 "__asm__(
-    \".section .text.eager_binding, \\\"axR\\\", @progbits\\n\"
+    \".section .text.eager_binding, \\\"ax\\\", @progbits\\n\"
+    \".globl eager_binding\\n\"
+    \".hidden eager_binding\\n\"
+    \"eager_binding:\\n\"
     \".set push\\n\"
     \".set nomips16\\n\"
     \".set noreorder\\n\"
