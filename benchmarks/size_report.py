@@ -69,7 +69,7 @@ class Code:
         for line in run(objdump, "--disassemble", "--no-show-raw-insn", file).splitlines():
             if match := re.match(r"[0-9a-f]{8} <(\S+)>:", line):
                 function = name_of(match[1])
-            elif match := re.search(r"\taddiu\tsp,sp,-(\d+)|\tsave\t(\d+),", line):
+            elif match := re.search(r"\taddiu\tsp,(?:sp,)?-(\d+)|\tsave\t(?:a[^,]*,)?(\d+),", line):
                 self.frame[function] = self.frame.get(function, 0) + int(match[1] or match[2])
 
     def reached(self, root, stop):
