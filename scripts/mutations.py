@@ -36,7 +36,7 @@ OPERATORS = [(re.compile(pattern), new) for pattern, new in (
 NUMBER = re.compile(r"(?<![\w.])(0x[0-9A-Fa-f]+|\d+)(?![\w.])")
 ENUM = re.compile(r"enum class (\w+) \{([^}]*)\}")
 FIELD = re.compile(r'FIELD\((\w+),\s*"(?:\\.|[^"\\])*",\s*(\w+)\)')
-TABLE = re.compile(r"constexpr auto (\w+) = fields_of")
+TABLE = re.compile(r"constexpr auto (\w+) = Fields\{")
 READS_REQUEST = re.compile(r"(setting\w*<[^()]*>\(|read_fields\(\w+,|copy_optional\(\w+,)\s*$")
 COMMAND = re.compile(r'COMMAND\("(\w+)", (\w+)\)')
 

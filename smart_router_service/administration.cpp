@@ -6,43 +6,43 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kAdminFields = fields_of<LoginInfo>({
+constexpr auto kAdminFields = Fields{
     FIELD(LoginInfo, "Name", Name),
     FIELD(LoginInfo, "Password", Password),
-});
+};
 
-constexpr auto kAdminSetting = fields_of<LoginInfo>({
+constexpr auto kAdminSetting = Fields{
     FIELD(LoginInfo, "Type", Type),
     FIELD(LoginInfo, "Name", Name),
     FIELD(LoginInfo, "Password", Password),
-});
+};
 
-constexpr auto kWebLoginType = fields_of<LoginInfo>({FIELD(LoginInfo, "Type", WebLoginType)});
+constexpr auto kWebLoginType = Fields{FIELD(LoginInfo, "Type", WebLoginType)};
 
-constexpr auto kWebLoginFields = fields_of<LoginInfo>({
+constexpr auto kWebLoginFields = Fields{
     FIELD(LoginInfo, "Password", Password),
     FIELD(LoginInfo, "WebLoginType", WebLoginType),
     FIELD(LoginInfo, "WebLoginIp", WebLoginIp),
-});
+};
 
-constexpr auto kWebLoginSetting = fields_of<LoginInfo>({
+constexpr auto kWebLoginSetting = Fields{
     FIELD(LoginInfo, "WebLoginType", WebLoginType),
     FIELD(LoginInfo, "Password", Password),
-});
+};
 
-constexpr auto kRebootFields = fields_of<RebootInfo>({
+constexpr auto kRebootFields = Fields{
     FIELD(RebootInfo, "GatewayRebootEnable", GatewayRebootEnable),
     FIELD(RebootInfo, "Time", Time),
     FIELD(RebootInfo, "DaysOfWeek", DaysOfWeek),
-});
+};
 
-constexpr auto kSleepFields = fields_of<HgSleepInfo>({
+constexpr auto kSleepFields = Fields{
     FIELD(HgSleepInfo, "GatewaySleepEnable", GatewaySleepEnable),
     FIELD(HgSleepInfo, "WiFiSleepEnable", WiFiSleepEnable),
     FIELD(HgSleepInfo, "LedSleepEnable", LedSleepEnable),
     FIELD(HgSleepInfo, "StartTime", StartTime),
     FIELD(HgSleepInfo, "EndTime", EndTime),
-});
+};
 
 } // namespace
 

@@ -102,7 +102,7 @@ int32_t json_msg_notice_to_app(const char *message, const char *plugin_name)
     LOG_DEBUG("notice to app:\n%s\n", envelope.text());
     const int32_t result = kaa_device_notice(envelope.text());
     if (result != 0) {
-        LOG_ERROR("kaa_device_notice failed!!!\n");
+        log_error("kaa_device_notice failed!!!\n");
     }
     return result;
 }

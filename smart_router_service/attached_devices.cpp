@@ -8,7 +8,7 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kBaseInfo = fields_of<AdBaseInfo>({
+constexpr auto kBaseInfo = Fields{
     FIELD(AdBaseInfo, "Mac", Mac),
     FIELD(AdBaseInfo, "UID", UID),
     FIELD(AdBaseInfo, "DevType", DevType),
@@ -28,14 +28,14 @@ constexpr auto kBaseInfo = fields_of<AdBaseInfo>({
     FIELD(AdBaseInfo, "ip", ip),
     FIELD(AdBaseInfo, "GreennetProtectEnable", GreennetProtectEnable),
     FIELD(AdBaseInfo, "StaticDhcpEnable", StaticDhcpEnable),
-});
+};
 
-constexpr auto kBaseSetting = fields_of<AdBaseInfo>({
+constexpr auto kBaseSetting = Fields{
     FIELD(AdBaseInfo, "MAC", Mac),
     FIELD(AdBaseInfo, "DevType", DevType),
     FIELD(AdBaseInfo, "ByName", ByName),
     FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
-});
+};
 
 // The keys that a base setting may give beside those; it takes them out, whatever comes of it.
 // UpLimit is one of them, though no limit upstream is set: apps send the two limits together.
@@ -43,24 +43,24 @@ constexpr char kBaseOptions[][17] = {
     "DownLimit", "UpLimit", "SpeedLimit", "StaticDhcpEnable", "ip",
 };
 
-constexpr auto kRight = fields_of<AttachDeviceRight>({
+constexpr auto kRight = Fields{
     FIELD(AttachDeviceRight, "MAC", MAC),
     FIELD(AttachDeviceRight, "name", name),
     FIELD(AttachDeviceRight, "InternetAccessRight", InternetAccessRight),
-});
+};
 
-constexpr auto kRightSetting = fields_of<AttachDeviceRight>({
+constexpr auto kRightSetting = Fields{
     FIELD(AttachDeviceRight, "MAC", MAC),
     FIELD(AttachDeviceRight, "InternetAccessRight", InternetAccessRight),
-});
+};
 
 constexpr char kNoAddressToBind[] = "ip/mac binding: ip addr missing!";
 
 // The limit downstream that a request asks for.
 const char *down_limit_of(const cJSON *obj)
 {
-    const char *limit = text_of(cJSON_GetObjectItem(obj, "DownLimit"));
-    const char *limited = text_of(cJSON_GetObjectItem(obj, "SpeedLimit"));
+    const char *limit = text_under(obj, "DownLimit");
+    const char *limited = text_under(obj, "SpeedLimit");
     if (limit == nullptr || limited == nullptr) {
         return kNotGiven;
     }
@@ -72,17 +72,17 @@ const char *down_limit_of(const cJSON *obj)
 // without saying to which.
 bool read_binding(const cJSON *obj, AdBaseInfo *device)
 {
-    const char *bound = text_of(cJSON_GetObjectItem(obj, "StaticDhcpEnable"));
+    const char *bound = text_under(obj, "StaticDhcpEnable");
     if (bound == nullptr) {
-        LOG_DEBUG("ip/mac binding: not be used!");
+        log_debug("ip/mac binding: not be used!");
         copy_text(device->StaticDhcpEnable, kNotGiven);
         return true;
     }
-    LOG_DEBUG("ip/mac binding: is using!");
+    log_debug("ip/mac binding: is using!");
     copy_text(device->StaticDhcpEnable, bound);
-    const char *ip = text_of(cJSON_GetObjectItem(obj, "ip"));
+    const char *ip = text_under(obj, "ip");
     if (ip == nullptr) {
-        LOG_ERROR("%s", kNoAddressToBind);
+        log_error(kNoAddressToBind);
         return false;
     }
     copy_text(device->ip, ip);
@@ -96,8 +96,7 @@ int32_t json_get_attach_dev_base_info(cJSON *obj)
     constexpr char kFailure[] = "get ad base info error";
     int32_t count = 0;
     if (minus_one(devapi_get_host_num(&count))) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     cJSON *list = reply.list("BaseInfo");
@@ -105,8 +104,7 @@ int32_t json_get_attach_dev_base_info(cJSON *obj)
         AdBaseInfo device = {};
         device.HostIndex = at + 1;
         if (minus_one(devapi_get_ad_base_info(&device))) {
-            fail(obj, kFailure);
-            return -1;
+            return refuse(obj, kFailure);
         }
         reply.append(list, kBaseInfo, &device);
     }
@@ -120,7 +118,7 @@ int32_t json_set_attach_dev_base_info(cJSON *obj)
     SettingRun run(obj, kBaseSetting, Consume::kAlways);
     int32_t result = -1;
     if (!run.find("INVALID_PARAM")) {
-        LOG_ERROR("json_set_attach_dev_base_info : Err, invalid param\n");
+        log_error("json_set_attach_dev_base_info : Err, invalid param\n");
     } else if (run.fill(&setting.info, setting.FailReason)) {
         copy_text(setting.info.DownLimit, down_limit_of(obj));
         if (read_binding(obj, &setting.info)) {
@@ -139,14 +137,13 @@ int32_t json_set_attach_dev_base_info(cJSON *obj)
 int32_t json_set_firewall_switch(cJSON *obj)
 {
     constexpr char kFailure[] = "set firewall switch failed";
-    const char *enable = text_of(cJSON_GetObjectItem(obj, "Enable"));
+    const char *enable = text_under(obj, "Enable");
     if (enable == nullptr) {
         return -1; // the one command that says nothing of what it misses
     }
     FirewallSwitch firewall = {};
     copy_text(firewall.Enable, enable);
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }

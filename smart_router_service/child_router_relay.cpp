@@ -16,11 +16,9 @@ int32_t relay(cJSON *obj, const char *other_key, const char *missing, const char
     cJSON *id = cJSON_GetObjectItem(obj, kDeviceId);
     cJSON *other = other_key != nullptr ? cJSON_GetObjectItem(obj, other_key) : nullptr;
     if (text_of(id) == nullptr || (other_key != nullptr && text_of(other) == nullptr)) {
-        fail(obj, missing);
-        return -1;
+        return refuse(obj, missing);
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, failure)) {
         return -1;
     }
@@ -53,13 +51,13 @@ int32_t json_child_router_common(cJSON *obj)
 {
     const PrintedJson command(cJSON_Print(obj));
     if (command.text() == nullptr || command.text()[0] == '\0') {
-        LOG_ERROR("cmdstring is null\n");
+        log_error("cmdstring is null\n");
         return -1;
     }
     const int32_t result = devapi_cmdstring_sendto_tslink(
         command.text(), static_cast<int32_t>(strlen(command.text())));
     if (result != 0) {
-        LOG_ERROR("cmdstring sendto tslink failed \n");
+        log_error("cmdstring sendto tslink failed \n");
     }
     return result;
 }
@@ -84,9 +82,8 @@ int32_t json_set_child_routerad_base_info(cJSON *obj)
     // What the child router was to set is taken out whatever comes of it.
     constexpr char kKeys[][13] = {"DeviceID", "Mac",         "DevType",
                                   "ByName",   "NetMonopoly", "AccessEnable"};
-    const bool has_id = text_of(cJSON_GetObjectItem(obj, kDeviceId)) != nullptr;
-    Reply success;
-    success.success();
+    const bool has_id = text_under(obj, kDeviceId) != nullptr;
+    SuccessReply success;
     const int32_t result = has_id && success.complete() ? json_child_router_common(obj) : -1;
     for (const char *key : kKeys) {
         cJSON_DeleteItemFromObject(obj, key);
@@ -99,21 +96,18 @@ int32_t json_get_child_router_adbaseinfo(cJSON *obj)
 {
     constexpr char kNotCopied[] = "cJSON_Print fail";
     if (cJSON_GetObjectItem(obj, kDeviceId) == nullptr) {
-        fail(obj, kNoDeviceId);
-        return -1;
+        return refuse(obj, kNoDeviceId);
     }
     const char *reason = "Get json_str fail";
     const PrintedJson request(cJSON_Print(obj));
     const JsonItem devices(request.text() != nullptr ? ask_for_devices(request.text(), &reason)
                                                      : nullptr);
     if (devices.get() == nullptr) {
-        fail(obj, reason);
-        return -1;
+        return refuse(obj, reason);
     }
     const cJSON *base_info = cJSON_GetObjectItem(devices.get(), "BaseInfo");
     if (base_info == nullptr) {
-        fail(obj, "BaseInfo is NULL");
-        return -1;
+        return refuse(obj, "BaseInfo is NULL");
     }
     const PrintedJson printed(cJSON_Print(base_info));
     Reply reply;

@@ -9,13 +9,13 @@ char *info_wersion = nullptr;
 
 namespace {
 
-constexpr auto kSnFields = fields_of<SnInfo>({
+constexpr auto kSnFields = Fields{
     FIELD(SnInfo, "MAC", MAC),
     FIELD(SnInfo, "tslinkstatus", tslinkstatus),
     FIELD(SnInfo, "DeviceType", DeviceType),
-});
+};
 
-constexpr auto kSystemFields = fields_of<SystemInfo>({
+constexpr auto kSystemFields = Fields{
     FIELD(SystemInfo, "SWVersion", SWVersion),
     FIELD(SystemInfo, "HDVersion", HDVersion),
     FIELD(SystemInfo, "ProductCLass", ProductCLass),
@@ -31,19 +31,19 @@ constexpr auto kSystemFields = fields_of<SystemInfo>({
     FIELD(SystemInfo, "LED", LED),
     FIELD(SystemInfo, "NFC", NFC),
     FIELD(SystemInfo, "VLANCapability", VLANCapability),
-});
+};
 
 // Keeps the printed report for the agent, whole or not at all.
 void keep_version_report(const char *report)
 {
     const size_t length = strlen(report);
     if (length >= HG_VERSION_INFO_SIZE) {
-        LOG_DEBUG("json_response_router_version is too long\n");
+        log_debug("json_response_router_version is too long\n");
         return;
     }
     if (info_wersion == nullptr) {
         // What is missing is the buffer; platforms search their logs for this text.
-        LOG_DEBUG("the time of json_response_router_version is too long\n");
+        log_debug("the time of json_response_router_version is too long\n");
         return;
     }
     memcpy(info_wersion, report, length + 1);
@@ -58,7 +58,7 @@ HANDLER(json_query_sys_info,
 
 int32_t json_response_router_version(cJSON *obj)
 {
-    const char *version = text_of(cJSON_GetObjectItem(obj, "VersionInfo"));
+    const char *version = text_under(obj, "VersionInfo");
     const bool answered = version != nullptr && version[0] != '\0';
 
     Reply reply;
@@ -70,7 +70,7 @@ int32_t json_response_router_version(cJSON *obj)
     // The report is the whole object, so without its status there is none to keep.
     const PrintedJson report(joined ? cJSON_Print(obj) : nullptr);
     if (report.text() == nullptr) {
-        LOG_DEBUG("cJSON_Print json fail\n");
+        log_debug("cJSON_Print json fail\n");
         return -1;
     }
     LOG_DEBUG("json_response_router_version out = %s\n", report.text());

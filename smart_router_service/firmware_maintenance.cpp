@@ -8,15 +8,15 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kSchedule = fields_of<UpdateSchedule>({
+constexpr auto kSchedule = Fields{
     FIELD(UpdateSchedule, "Enable", Enable),
     FIELD(UpdateSchedule, "StartHour", StartHour),
     FIELD(UpdateSchedule, "StartMinute", StartMinute),
     FIELD(UpdateSchedule, "EndHour", EndHour),
     FIELD(UpdateSchedule, "EndMinute", EndMinute),
-});
+};
 
-constexpr auto kChildFirmware = fields_of<ChildRouterInfo>({
+constexpr auto kChildFirmware = Fields{
     FIELD(ChildRouterInfo, "DeviceID", RouterDeviceID),
     FIELD(ChildRouterInfo, "name", Name),
     FIELD(ChildRouterInfo, "HWVersion", HWVersion),
@@ -24,7 +24,7 @@ constexpr auto kChildFirmware = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "FWDATA", FWDATA),
     FIELD(ChildRouterInfo, "DeviceType", DeviceType),
     FIELD(ChildRouterInfo, "AreaCode", AreaCode),
-});
+};
 
 } // namespace
 
@@ -37,7 +37,7 @@ HANDLER(json_set_update_schedule, (setting<devapi_set_update_schedule, Consume::
 int32_t json_insert_childrouter_update_info(cJSON *item, const ChildRouterInfo *router)
 {
     if (item == nullptr || router == nullptr) {
-        LOG_ERROR("child_router_info is NULL\n");
+        log_error("child_router_info is NULL\n");
         return -1;
     }
     Reply reply;
@@ -56,7 +56,7 @@ int32_t json_get_child_router_update_info(cJSON *array)
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
         JsonItem item(cJSON_CreateObject());
         if (item.get() == nullptr) {
-            LOG_ERROR("create child_router_itme err\n");
+            log_error("create child_router_itme err\n");
             return -1;
         }
         ChildRouterInfo router = {};
@@ -66,7 +66,7 @@ int32_t json_get_child_router_update_info(cJSON *array)
             continue;
         }
         if (json_insert_childrouter_update_info(item.get(), &router) != 0) {
-            LOG_ERROR("create child_router_itme err\n");
+            log_error("create child_router_itme err\n");
             return -1;
         }
         cJSON_AddItemToArray(array, item.release());
@@ -79,8 +79,7 @@ int32_t json_get_update_status(cJSON *obj)
     constexpr char kFailure[] = "Get mainrouter update status failed";
     JsonItem router(cJSON_CreateObject());
     if (router.get() == nullptr || json_hg_get_update_status(router.get()) != 0) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     reply.add("MainRouter", router.release());
@@ -98,8 +97,7 @@ int32_t json_send_log_to_platform(cJSON *obj)
     constexpr char kNoMac[] = "json node: get dev mac error";
     char mac[24] = "";
     if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
-        fail(obj, kNoMac);
-        return -1;
+        return refuse(obj, kNoMac);
     }
     mac[sizeof mac - 1] = '\0';
     char bare_mac[24] = "";
@@ -107,16 +105,13 @@ int32_t json_send_log_to_platform(cJSON *obj)
     LOG_DEBUG("dev_mac = %s br0_mac = %s\n", mac, bare_mac);
     cJSON *url = cJSON_GetObjectItem(obj, "UploadUrl");
     if (text_of(url) == nullptr) {
-        fail(obj, "json node: UploadUrl not found");
-        return -1;
+        return refuse(obj, "json node: UploadUrl not found");
     }
-    const char *log_type = text_of(cJSON_GetObjectItem(obj, "LogType"));
+    const char *log_type = text_under(obj, "LogType");
     if (log_type == nullptr) {
-        fail(obj, "json node: LogType not found");
-        return -1;
+        return refuse(obj, "json node: LogType not found");
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, kNoMac)) {
         return -1;
     }

@@ -8,14 +8,14 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kUpdateStatus = fields_of<UpdateStatusInfo>({
+constexpr auto kUpdateStatus = Fields{
     FIELD(UpdateStatusInfo, "name", Name),
     FIELD(UpdateStatusInfo, "HWVersion", HWVersion),
     FIELD(UpdateStatusInfo, "FWVersion", FWVersion),
     FIELD(UpdateStatusInfo, "FWDATA", FWDATA),
     FIELD(UpdateStatusInfo, "DeviceType", DeviceType),
     FIELD(UpdateStatusInfo, "AreaCode", AreaCode),
-});
+};
 
 // What the apps are told of the starter's results.
 const char *starter_text(int32_t result)
@@ -91,8 +91,7 @@ int32_t json_hg_get_update_status(cJSON *obj)
         fail(obj, kFailure);
         return result;
     }
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     reply.text("up_status", "0");
     reply.fields(kUpdateStatus, &status);
     return answer(obj, reply, kFailure); // GET_UPDATE_STATUS goes by this
@@ -101,7 +100,7 @@ int32_t json_hg_get_update_status(cJSON *obj)
 int32_t json_hg_image_down_and_upgrade(cJSON *image, char *failreason)
 {
     if (failreason == nullptr) {
-        LOG_ERROR("out_failreason is null!\n");
+        log_error("out_failreason is null!\n");
         return -1;
     }
     const char *url = text_of(item_of(image, "UpdateUrl"));
@@ -133,8 +132,7 @@ int32_t json_update_immediately(cJSON *obj)
     cJSON *image = item_of(obj, "Image");
     cJSON *dpi = item_of(obj, "Dpi");
     cJSON *dpi_http = item_of(obj, "DpiHttp");
-    Reply success;
-    success.success();
+    SuccessReply success;
     int32_t result = 0;
     if (!success.complete()) {
         copy_text(reason, starter_text(kNoAddress));
@@ -173,8 +171,7 @@ int32_t json_update_all_from_platform(cJSON *obj)
         answer(obj, refused, refusal);
         return -1;
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     success.text("updateResult", "0");
     success.text(kFailReason, "success");
     return start_and_answer(obj, image, url, success);
@@ -185,17 +182,14 @@ int32_t json_image_download(cJSON *obj)
     consume(obj, item_of(obj, "ChildRouter")); // child routers fetch their own images
     cJSON *router = item_of(obj, "MainRouter");
     if (router == nullptr) {
-        fail(obj, "Get mainrouter error");
-        return -1;
+        return refuse(obj, "Get mainrouter error");
     }
     const char *url = text_of(item_of(router, "UpdateUrl"));
     if (url == nullptr) {
         consume(obj, router);
-        fail(obj, "Get UpdateUrl null");
-        return -1;
+        return refuse(obj, "Get UpdateUrl null");
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     success.text("updateResult", "0");
     return start_and_answer(obj, router, url, success);
 }
@@ -205,22 +199,18 @@ int32_t json_hg_image_download(cJSON *obj)
     constexpr char kFailure[] = "hg download image failed";
     cJSON *item = item_of(obj, "UpdateUrl");
     if (text_of(item) == nullptr) {
-        fail(obj, "json_url node null");
-        return -1;
+        return refuse(obj, "json_url node null");
     }
     UpdateStatusInfo status = {};
     if (devapi_get_update_status_info(&status) != 0) { // a device that says nothing takes no image
-        fail(obj, "get update status error");
-        return -1;
+        return refuse(obj, "get update status error");
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }
     if (pthread_mutex_trylock(&downimagelock) != 0) {
-        fail(obj, "update status maybe downloading or upgrading");
-        return -1;
+        return refuse(obj, "update status maybe downloading or upgrading");
     }
     const int32_t result = devapi_download_image(text_of(item), 0);
     if (result == 0) {
@@ -235,13 +225,11 @@ int32_t json_image_update(cJSON *obj)
 {
     cJSON *router = item_of(obj, "MainRouter");
     if (router == nullptr) {
-        fail(obj, "Get MainRouter error");
-        return -1;
+        return refuse(obj, "Get MainRouter error");
     }
     const char *update = text_of(item_of(router, "Update"));
     const char *failure = update == nullptr ? "Get Update error" : "update image failed";
-    Reply success;
-    success.success();
+    SuccessReply success;
     int32_t result = update != nullptr && success.complete() ? 0 : -1;
     if (result == 0 && is_flash_now(update)) {
         if (pthread_mutex_trylock(&downimagelock) != 0) {
@@ -262,11 +250,9 @@ int32_t json_hg_image_update(cJSON *obj)
     constexpr char kFailure[] = "gghelper_update_image failed";
     const char *update = text_of(item_of(obj, "Update"));
     if (update == nullptr) {
-        fail(obj, "json node null");
-        return -1;
+        return refuse(obj, "json node null");
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }

@@ -72,11 +72,11 @@ void *dowing_imageing(void *url)
 void *pthread_hg_image_upgrade(void *)
 {
     if (g_update_url[0] == '\0') {
-        LOG_ERROR("update_url is err!\n");
+        log_error("update_url is err!\n");
     } else if (devapi_download_image(g_update_url, 1) != 0) {
-        LOG_ERROR("download image failed");
+        log_error("download image failed");
     } else if (devapi_update_image() != 0) {
-        LOG_ERROR("update image failed");
+        log_error("update image failed");
     }
     pthread_mutex_unlock(&downimagelock);
     return nullptr;

@@ -5,73 +5,73 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kNetQuality = fields_of<NetInspectInfo>({
+constexpr auto kNetQuality = Fields{
     FIELD(NetInspectInfo, "NetQuality", NetQuality),
-});
+};
 
-constexpr auto kNetConnection = fields_of<NetInspectInfo>({
+constexpr auto kNetConnection = Fields{
     FIELD(NetInspectInfo, "DnsStatus", DnsStatus),
     FIELD(NetInspectInfo, "WanStatus", WanStatus),
-});
+};
 
-constexpr auto kDnsStatus = fields_of<NetInspectInfo>({
+constexpr auto kDnsStatus = Fields{
     FIELD(NetInspectInfo, "DnsStatus", DnsStatus),
-});
+};
 
-constexpr auto kWholeNet = fields_of<NetInspectInfo>({
+constexpr auto kWholeNet = Fields{
     FIELD(NetInspectInfo, "WanStatus", WanStatus),
     FIELD(NetInspectInfo, "NetStatus", NetStatus),
     FIELD(NetInspectInfo, "WanIP", WanIP),
     FIELD(NetInspectInfo, "NetMask", NetMask),
-});
+};
 
-constexpr auto kFirmware = fields_of<FwInspectInfo>({
+constexpr auto kFirmware = Fields{
     FIELD(FwInspectInfo, "FWVersion", FWVersion),
-});
+};
 
-constexpr auto kWifi = fields_of<WifiInspectInfo>({
+constexpr auto kWifi = Fields{
     FIELD(WifiInspectInfo, "WiFiDevNum", WiFiDevNum),
     FIELD(WifiInspectInfo, "Security", Security),
     FIELD(WifiInspectInfo, "Channel", Channel),
     FIELD(WifiInspectInfo, "Congestion", Congestion),
-});
+};
 
-constexpr auto kPowerAndFirewall = fields_of<WifiInspectInfo>({
+constexpr auto kPowerAndFirewall = Fields{
     FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
     FIELD(WifiInspectInfo, "FireWallEnable", FireWallEnable),
-});
+};
 
-constexpr auto kChannel = fields_of<WifiInspectInfo>({
+constexpr auto kChannel = Fields{
     FIELD(WifiInspectInfo, "Channel", Channel),
-});
+};
 
-constexpr auto kChosenChannel = fields_of<WifiInspectInfo>({
-    FIELD(WifiInspectInfo, "Channel", Channel),
-    FIELD(WifiInspectInfo, "Congestion", Congestion),
-});
-
-constexpr auto kChannelAndPower = fields_of<WifiInspectInfo>({
-    FIELD(WifiInspectInfo, "Channel", Channel),
-    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
-});
-
-constexpr auto kChosenChannelAndPower = fields_of<WifiInspectInfo>({
+constexpr auto kChosenChannel = Fields{
     FIELD(WifiInspectInfo, "Channel", Channel),
     FIELD(WifiInspectInfo, "Congestion", Congestion),
-    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
-});
+};
 
-constexpr auto kResources = fields_of<ResourceInfo>({
+constexpr auto kChannelAndPower = Fields{
+    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+};
+
+constexpr auto kChosenChannelAndPower = Fields{
+    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, "Congestion", Congestion),
+    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+};
+
+constexpr auto kResources = Fields{
     FIELD(ResourceInfo, "CpuPercent", CpuPercent),
     FIELD(ResourceInfo, "MemPercent", MemPercent),
     FIELD(ResourceInfo, "LanDevNum", LanDevNum),
     FIELD(ResourceInfo, "ProtectedDevNum", ProtectedDevNum),
-});
+};
 
-constexpr auto kFreedResources = fields_of<ResourceInfo>({
+constexpr auto kFreedResources = Fields{
     FIELD(ResourceInfo, "CpuPercent", CpuPercent),
     FIELD(ResourceInfo, "MemPercent", MemPercent),
-});
+};
 
 // Two calls hand over a bare text; as a record they are queries like the others.
 struct UplinkStatus {
@@ -83,9 +83,9 @@ int32_t get_uplink_status(UplinkStatus *status)
     return devapi_get_uplink_status(status->UpLinkStatus, sizeof status->UpLinkStatus);
 }
 
-constexpr auto kUplinkStatus = fields_of<UplinkStatus>({
+constexpr auto kUplinkStatus = Fields{
     FIELD(UplinkStatus, "UpLinkStatus", UpLinkStatus),
-});
+};
 
 struct NetFault {
     char NetFaultReason[16];
@@ -96,31 +96,28 @@ int32_t get_net_fault(NetFault *fault)
     return devapi_get_net_fault_info(fault->NetFaultReason);
 }
 
-constexpr auto kNetFault = fields_of<NetFault>({
+constexpr auto kNetFault = Fields{
     FIELD(NetFault, "NetFaultReason", NetFaultReason),
-});
+};
 
 // An optimisation of the Wi-Fi starts from the request's values and answers with those that the
 // device chose, under the same keys.
-template <auto call, size_t wished, size_t chosen>
-constexpr auto optimization(const Fields<WifiInspectInfo, wished> &wishes,
-                            const Fields<WifiInspectInfo, chosen> &choices, const char *failure)
+int32_t optimize(cJSON *obj, int32_t (*call)(WifiInspectInfo *), FieldList wishes,
+                 FieldList choices, const char *failure)
 {
-    return [&wishes, &choices, failure](cJSON *obj) -> int32_t {
-        WifiInspectInfo info = {};
-        SettingRun run(obj, wishes, Consume::kAfterCall);
-        if (!run.find(kNodeOrValueNull)) {
-            return -1;
-        }
-        run.success().reserve(choices);
-        if (!run.fill(&info, failure)) {
-            return -1;
-        }
-        const int32_t result = call(&info);
-        run.success().set_reserved(choices, &info);
-        run.end(result != 0, failure);
-        return result;
-    };
+    WifiInspectInfo info = {};
+    SettingSteps run(obj, wishes, Consume::kAfterCall);
+    if (!run.find(kNodeOrValueNull)) {
+        return -1;
+    }
+    run.success().reserve(choices);
+    if (!run.fill_record(&info, failure)) {
+        return -1;
+    }
+    const int32_t result = call(&info);
+    run.success().set_reserved(choices, &info);
+    run.end(result != 0, failure);
+    return result;
 }
 
 } // namespace
@@ -146,8 +143,7 @@ int32_t json_inspect_hg(cJSON *obj)
         fail(obj, kFailure);
         return result;
     }
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     reply.fields(kWifi, &wifi);
     reply.fields(kFirmware, &firmware);
     reply.fields(kWholeNet, &net);
@@ -168,11 +164,17 @@ HANDLER(json_optimize_hg_resource,
 HANDLER(json_inspect_hg_wifi,
         query<devapi_inspect_hg_wifi>(kWifi, "get wifi inspection info failed"))
 // The sleep setting's text; apps know it from here as well.
-HANDLER(json_optimize_hg_wifi,
-        optimization<devapi_optimize_hg_wifi>(kChannel, kChosenChannel, "SET_HG_SLEEP_INFO_FAIL"))
-HANDLER(json_optimize_wifi_channel_power,
-        optimization<devapi_optimize_wifi_channel_power>(kChannelAndPower, kChosenChannelAndPower,
-                                                         "wifi channel power optimize failed"))
+int32_t json_optimize_hg_wifi(cJSON *obj)
+{
+    return optimize(obj, devapi_optimize_hg_wifi, kChannel, kChosenChannel,
+                    "SET_HG_SLEEP_INFO_FAIL");
+}
+
+int32_t json_optimize_wifi_channel_power(cJSON *obj)
+{
+    return optimize(obj, devapi_optimize_wifi_channel_power, kChannelAndPower,
+                    kChosenChannelAndPower, "wifi channel power optimize failed");
+}
 
 // A fault that cannot be found out has no reason to give.
 HANDLER(json_get_hg_net_status, (query<get_net_fault, StatusAt::kLast>(kNetFault, nullptr)))

@@ -7,7 +7,7 @@ namespace {
 
 // ---- Base information --------------------------------------------------------------------------
 
-constexpr auto kBaseFields = fields_of<HgBaseInfo>({
+constexpr auto kBaseFields = Fields{
     FIELD(HgBaseInfo, "Name", Name),
     FIELD(HgBaseInfo, "Mac", Mac),
     FIELD(HgBaseInfo, "NetStatus", NetStatus),
@@ -29,20 +29,20 @@ constexpr auto kBaseFields = fields_of<HgBaseInfo>({
     FIELD(HgBaseInfo, "WanLinkMode", WanLinkMode),
     FIELD(HgBaseInfo, "Cpu", Cpu),
     FIELD(HgBaseInfo, "Memory", Memory),
-});
+};
 
-constexpr auto kBaseLanFields = fields_of<LanIpInfo>({
+constexpr auto kBaseLanFields = Fields{
     FIELD(LanIpInfo, "LanIp", GatewayLanIP),
-});
+};
 
-constexpr auto kBaseWanFields = fields_of<WanIpInfo>({
+constexpr auto kBaseWanFields = Fields{
     FIELD(WanIpInfo, "WanGateWay", WanGateWay),
     FIELD(WanIpInfo, "Dns", Dns),
-});
+};
 
-constexpr auto kNameField = fields_of<HgBaseInfo>({FIELD(HgBaseInfo, "Name", Name)});
+constexpr auto kNameField = Fields{FIELD(HgBaseInfo, "Name", Name)};
 
-constexpr auto kHomePageFields = fields_of<HomePageInfo>({
+constexpr auto kHomePageFields = Fields{
     FIELD(HomePageInfo, "Devname", Devname),
     FIELD(HomePageInfo, "UploadSpeed", UploadSpeed),
     FIELD(HomePageInfo, "DownloadSpeed", DownloadSpeed),
@@ -52,37 +52,37 @@ constexpr auto kHomePageFields = fields_of<HomePageInfo>({
     FIELD(HomePageInfo, "CpuRate", CpuRate),
     FIELD(HomePageInfo, "MemRate", MemRate),
     FIELD(HomePageInfo, "CpuTemperature", CpuTemperature),
-});
+};
 
 // ---- LAN, DHCP and PPPoE -----------------------------------------------------------------------
 
-constexpr auto kLanFields = fields_of<LanIpInfo>({
+constexpr auto kLanFields = Fields{
     FIELD(LanIpInfo, "GatewayLanIP", GatewayLanIP),
     FIELD(LanIpInfo, "SubnetMask", SubnetMask),
     FIELD(LanIpInfo, "StartIp", StartIp),
     FIELD(LanIpInfo, "EndIp", EndIp),
-});
+};
 
-constexpr auto kDhcpFields = fields_of<DhcpInfo>({
+constexpr auto kDhcpFields = Fields{
     FIELD(DhcpInfo, "Enable", Enable),
     FIELD(DhcpInfo, "IPAddress", IPAddress),
     FIELD(DhcpInfo, "SubNetMask", SubNetMask),
     FIELD(DhcpInfo, "GateWay", GateWay),
-});
+};
 
-constexpr auto kDhcpSwitch = fields_of<DhcpInfo>({FIELD(DhcpInfo, "Enable", Enable)});
+constexpr auto kDhcpSwitch = Fields{FIELD(DhcpInfo, "Enable", Enable)};
 
-constexpr auto kPppoeFields = fields_of<PppoeInfo>({
+constexpr auto kPppoeFields = Fields{
     FIELD(PppoeInfo, "Account", Account),
     FIELD(PppoeInfo, "Password", Password),
     FIELD(PppoeInfo, "Enable", Enable),
-});
+};
 
-constexpr auto kPppoeAccountFields = fields_of<PppoeInfo>({
+constexpr auto kPppoeAccountFields = Fields{
     FIELD(PppoeInfo, "Enable", Enable),
     FIELD(PppoeInfo, "Account", Account),
     FIELD(PppoeInfo, "Password", Password),
-});
+};
 
 // The three settings refuse a bad request in the place where the device leaves its own reason.
 constexpr char kInvalidParam[] = "INVALID_PARAM";
@@ -102,11 +102,9 @@ int32_t json_get_hg_base_info(cJSON *obj)
     const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
     // A gateway that knows part of itself is still worth showing.
     if (!has_base && !has_lan && !has_wan) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     reply.fields(kBaseFields, &base);
     reply.fields(kBaseLanFields, &lan);
     reply.fields(kBaseWanFields, &wan);
@@ -128,7 +126,7 @@ int32_t json_set_hg_lanip_info(cJSON *obj)
     SettingRun run(obj, kLanFields, Consume::kAlways);
     if (!run.find(kInvalidParam)) {
         // The PPPoE setting's text; whoever watches the log knows it from here as well.
-        LOG_ERROR("json_set_hg_pppoe_info : Err, null param");
+        log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;
     }
     LOG_DEBUG("json_set_hg_lanip_info, GatewayLanIP:%s| SubnetMask:%s| StartIp:%s| EndIp:%s",
@@ -148,7 +146,7 @@ int32_t json_set_hg_dhcp_info(cJSON *obj)
     DhcpSetting dhcp = {};
     SettingRun run(obj, kDhcpSwitch, Consume::kAlways);
     if (!run.find(kInvalidParam)) {
-        LOG_ERROR("json_set_hg_dhcp_info : Err, null param");
+        log_error("json_set_hg_dhcp_info : Err, null param");
         return -1;
     }
     LOG_DEBUG("json_set_hg_dhcp_info,Enable:%s", run.text(0));
@@ -168,8 +166,7 @@ int32_t json_get_hg_pppoe_info(cJSON *obj)
         fail(obj, kPppoeFailure);
         return result;
     }
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     if (holds(pppoe.Enable, "1")) {
         reply.fields(kPppoeAccountFields, &pppoe);
     } else {
@@ -184,7 +181,7 @@ int32_t json_set_hg_pppoe_info(cJSON *obj)
     PppoeSetting pppoe = {};
     SettingRun run(obj, kPppoeFields, Consume::kAlways);
     if (!run.find(kInvalidParam)) {
-        LOG_ERROR("json_set_hg_pppoe_info : Err, null param");
+        log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;
     }
     LOG_DEBUG("json_set_hg_pppoe_info, Account:%s|Password:%s|Enable:%s", run.text(0), run.text(1),

@@ -18,25 +18,25 @@ int32_t set_enable(const GreenNetSwitch *green_net)
     return devapi_set_greennet_enable(green_net->Enable);
 }
 
-constexpr auto kSwitch = fields_of<GreenNetSwitch>({FIELD(GreenNetSwitch, "Enable", Enable)});
+constexpr auto kSwitch = Fields{FIELD(GreenNetSwitch, "Enable", Enable)};
 
-constexpr auto kDevice = fields_of<GreenHostInfo>({
+constexpr auto kDevice = Fields{
     FIELD(GreenHostInfo, "Mac", Mac),
     FIELD(GreenHostInfo, "Name", Name),
     FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
     FIELD(GreenHostInfo, "ProtectEnable", ProtectEnable),
-});
+};
 
-constexpr auto kDeviceSetting = fields_of<GreenHostInfo>({
+constexpr auto kDeviceSetting = Fields{
     FIELD(GreenHostInfo, "Mac", Mac),
     FIELD(GreenHostInfo, "Name", Name),
     FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
-});
+};
 
-constexpr auto kNotifySetting = fields_of<GreenHostInfo>({
+constexpr auto kNotifySetting = Fields{
     FIELD(GreenHostInfo, "Mac", Mac),
     FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
-});
+};
 
 bool is_entry(const GreenHostInfo &device)
 {
@@ -88,20 +88,19 @@ class MacList {
 bool read_device(cJSON *element, GreenHostInfo *device)
 {
     if (read_fields(element, kDeviceSetting, device) != 0) {
-        LOG_ERROR("string is null.\n");
+        log_error("string is null.\n");
         return false;
     }
     int32_t index = 0;
     if (devapi_get_greennet_index_by_mac(device->Mac, &index) < 0) {
-        LOG_ERROR("get index failed\n");
+        log_error("get index failed\n");
         return false;
     }
     const bool is_new = index == 0;
     if (is_new) {
-        LOG_DEBUG("dev mac : %s not exsit, need add!\n",
-                  text_of(cJSON_GetObjectItem(element, "Mac")));
+        LOG_DEBUG("dev mac : %s not exsit, need add!\n", text_under(element, "Mac"));
         if (devapi_add_greennet_mac(device->Mac, &index) != 0) {
-            LOG_ERROR("add_greennet_mac failed\n");
+            log_error("add_greennet_mac failed\n");
             return false;
         }
     }
@@ -181,11 +180,9 @@ int32_t json_get_green_net_list(cJSON *obj)
     constexpr char kFailure[] = "get host num failed";
     int32_t count = 0;
     if (devapi_get_greennet_num(&count) != 0) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     cJSON *list = reply.list("DeviceList");
     int32_t read = 0;
     for (int32_t index = 1; reply.complete() && read < count && index <= GREENNET_MAX_HOSTS;
@@ -198,7 +195,7 @@ int32_t json_get_green_net_list(cJSON *obj)
         }
         ++read;
         if (is_entry(device) && !append_if_possible(list, kDevice, &device)) {
-            LOG_ERROR("cJSON_CreateObject error\n");
+            log_error("cJSON_CreateObject error\n");
         }
     }
     return answer(obj, reply, kFailure);
@@ -208,17 +205,14 @@ int32_t json_set_green_net_list(cJSON *obj)
 {
     cJSON *elements = array_of(obj, "DeviceList");
     if (elements == nullptr) {
-        fail(obj, kNoList);
-        return -1;
+        return refuse(obj, kNoList);
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     int32_t removal = 0;
     const char *failure = success.complete() ? replace_devices(elements, &removal) : kNoMemory;
     consume(obj, elements);
     if (failure != nullptr) {
-        fail(obj, failure);
-        return -1;
+        return refuse(obj, failure);
     }
     // The devices are stored by then: apps are told of both, and go by the last status.
     if (removal == 0 || fail(obj, "del green net info failed")) {

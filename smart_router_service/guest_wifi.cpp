@@ -7,7 +7,7 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kGuestReply = fields_of<GuestWifiInfo>({
+constexpr auto kGuestReply = Fields{
     FIELD(GuestWifiInfo, "Enable", Enable),
     FIELD(GuestWifiInfo, "PermissionProperty", PermissionProperty),
     FIELD(GuestWifiInfo, "SSID", SSID),
@@ -20,25 +20,23 @@ constexpr auto kGuestReply = fields_of<GuestWifiInfo>({
     FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
     FIELD(GuestWifiInfo, "Mode", Mode),
     FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
-});
+};
 
-constexpr auto kGuestSetting = fields_of<GuestWifiInfo>({
-    FIELD(GuestWifiInfo, "Enable", Enable),
-    FIELD(GuestWifiInfo, "SSID", SSID),
-    FIELD(GuestWifiInfo, "Band", Band),
-    FIELD(GuestWifiInfo, "PWD", PWD),
+constexpr auto kGuestSetting = Fields{
+    FIELD(GuestWifiInfo, "Enable", Enable),   FIELD(GuestWifiInfo, "SSID", SSID),
+    FIELD(GuestWifiInfo, "Band", Band),       FIELD(GuestWifiInfo, "PWD", PWD),
     FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
-});
+};
 
-constexpr auto kGuestTimes = fields_of<GuestWifiInfo>({
+constexpr auto kGuestTimes = Fields{
     FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
     FIELD(GuestWifiInfo, "HourTime", HourTime),
-});
+};
 
-constexpr auto kGuestOptions = fields_of<GuestWifiInfo>({
+constexpr auto kGuestOptions = Fields{
     FIELD(GuestWifiInfo, "Mode", Mode),
     FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
-});
+};
 
 constexpr char kSetFailure[] = "set guest ssid failed";
 
@@ -69,10 +67,9 @@ const char *failure_of(int32_t result)
 
 int32_t json_get_hg_guest_ssid(cJSON *obj)
 {
-    const char *band = text_of(cJSON_GetObjectItem(obj, "Band"));
+    const char *band = text_under(obj, "Band");
     if (band == nullptr) {
-        fail(obj, "json :get band failed");
-        return -1;
+        return refuse(obj, "json :get band failed");
     }
     GuestWifiInfo guest = {};
     copy_text(guest.Band, band);
@@ -85,13 +82,13 @@ int32_t json_get_hg_guest_ssid(cJSON *obj)
 int32_t json_set_hg_guest_ssid(cJSON *obj)
 {
     if (obj == nullptr) {
-        LOG_ERROR("param is null.\n");
+        log_error("param is null.\n");
         return -1;
     }
     GuestWifiInfo guest = {};
     SettingRun run(obj, kGuestSetting, Consume::kAfterCall);
     if (!run.find("parse guest ssid failed")) {
-        LOG_ERROR("string is null.\n");
+        log_error("string is null.\n");
         return -1;
     }
     copy_optional(obj, kGuestTimes, &guest, Found::kStays);

@@ -7,11 +7,26 @@
 
 namespace smart_router {
 
+void log_error(const char *text)
+{
+    LOG_ERROR("%s", text);
+}
+
+void log_debug(const char *text)
+{
+    LOG_DEBUG("%s", text);
+}
+
 const char *text_of(const cJSON *item)
 {
     // What cJSON_IsString() asks, without calling it: every text of every request comes by here.
     // Its types are the lowest byte, and what else is noted of an item stands above.
     return item != nullptr && (item->type & 0xFF) == cJSON_String ? item->valuestring : nullptr;
+}
+
+const char *text_under(const cJSON *obj, const char *key)
+{
+    return text_of(cJSON_GetObjectItem(obj, key));
 }
 
 int32_t number_of(const char *text)
@@ -74,15 +89,14 @@ void consume(cJSON *obj, cJSON *item)
     }
 }
 
-// The field with the key as a request spells it; null when the table has none.
-static const Field *field_with(const char *key, FieldList fields)
+// The field with the key as a request spells it; the end when the table has none.
+static FieldList::Iterator field_with(const char *key, FieldList fields)
 {
-    for (const Field &field : fields) {
-        if (strcasecmp(field.key, key) == 0) {
-            return &field;
-        }
+    auto field = fields.begin();
+    while (field.left() != 0 && strcasecmp((*field).key, key) != 0) {
+        ++field;
     }
-    return nullptr;
+    return field;
 }
 
 // Whoever writes a request keeps to the table's order and spelling more or less, so the field
@@ -90,28 +104,29 @@ static const Field *field_with(const char *key, FieldList fields)
 // each field would take many.
 void find_items(const cJSON *obj, FieldList fields, cJSON **items)
 {
-    for (size_t at = 0; at < fields.count; ++at) {
+    const size_t count = fields.count();
+    for (size_t at = 0; at < count; ++at) {
         items[at] = nullptr;
     }
-    const Field *expected = fields.begin();
+    auto expected = fields.begin();
     cJSON *item;
     cJSON_ArrayForEach(item, obj)
     {
         if (item->string == nullptr) {
             continue;
         }
-        const Field *field = expected;
-        if (strcmp(field->key, item->string) != 0) {
+        auto field = expected;
+        if (strcmp((*field).key, item->string) != 0) {
             field = field_with(item->string, fields);
-            if (field == nullptr) {
+            if (field.left() == 0) {
                 continue;
             }
         }
-        cJSON *&found = items[field - fields.begin()];
+        cJSON *&found = items[count - field.left()];
         if (found == nullptr) {
             found = item; // of a repeated key the first counts
         }
-        expected = field + 1 != fields.end() ? field + 1 : fields.begin();
+        expected = field.left() != 1 ? ++field : fields.begin();
     }
 }
 
@@ -119,7 +134,7 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
 {
     find_items(obj, fields, items);
     const char *wrong = nullptr;
-    for (size_t at = 0; at < fields.required; ++at) {
+    for (size_t at = 0; at < fields.required(); ++at) {
         if (items[at] == nullptr) {
             return missing.absent;
         }
@@ -128,6 +143,20 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
         }
     }
     return wrong;
+}
+
+void end_text(char *text, const char *field, size_t width)
+{
+    const size_t length = strnlen(field, width);
+    memcpy(text, field, length);
+    text[length] = '\0';
+}
+
+int32_t number_in(const char *field, size_t width)
+{
+    char text[kWidestNumber + 1];
+    end_text(text, field, width);
+    return number_of(text);
 }
 
 using NumberText = char[12]; // for every 32-bit number
@@ -180,14 +209,15 @@ static const char *text_in(const Field &field, const void *record, NumberText &n
 
 void copy_items(FieldList fields, cJSON *const *items, void *record)
 {
-    for (const Field &field : fields) {
+    for (const Field field : fields) {
         const char *text = text_of(*items++);
         store(field, record, text != nullptr ? text : kNotGiven);
     }
 }
 
-int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record)
+int32_t read_record(cJSON *item, FieldList fields, void *record)
 {
+    cJSON *items[kMostKeys];
     if (item == nullptr || record == nullptr ||
         find_required(item, fields, kNodeOrValueNull, items) != nullptr) {
         return -1;
@@ -198,7 +228,7 @@ int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record)
 
 void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
 {
-    for (const Field &field : fields) {
+    for (const Field field : fields) {
         cJSON *item = cJSON_GetObjectItem(obj, field.key);
         const char *text = text_of(item);
         store(field, record, text != nullptr ? text : kNotGiven);
@@ -259,7 +289,7 @@ bool add_constant(cJSON *object, const char *key, const char *text)
 
 bool add_fields(cJSON *object, FieldList fields, const void *record)
 {
-    for (const Field &field : fields) {
+    for (const Field field : fields) {
         NumberText number;
         size_t width;
         const char *text = text_in(field, record, number, &width);
@@ -290,6 +320,36 @@ bool append_if_possible(cJSON *list, FieldList fields, const void *record)
     return true;
 }
 
+Reply::Reply() : root_(), complete_(true)
+{
+    root_.type = cJSON_Object;
+}
+
+void Reply::text(const char *key, const char *text)
+{
+    this->text(key, text, SIZE_MAX);
+}
+
+void Reply::text(const char *key, const char *text, size_t width)
+{
+    complete_ = complete_ && add_text(&root_, key, text, width);
+}
+
+void Reply::fields(FieldList fields, const void *record)
+{
+    complete_ = complete_ && add_fields(&root_, fields, record);
+}
+
+void Reply::status(const char *status)
+{
+    complete_ = complete_ && add_constant(&root_, kStatus, status);
+}
+
+void Reply::success()
+{
+    status("0");
+}
+
 void Reply::add(const char *key, cJSON *item)
 {
     complete_ = complete_ && item != nullptr;
@@ -300,14 +360,14 @@ void Reply::add(const char *key, cJSON *item)
 
 void Reply::reserve(FieldList fields)
 {
-    for (const Field &field : fields) {
+    for (const Field field : fields) {
         add(field.key, create_text(field.is_number() ? sizeof(NumberText) : field.width));
     }
 }
 
 void Reply::set_reserved(FieldList fields, const void *record)
 {
-    for (const Field &field : fields) {
+    for (const Field field : fields) {
         NumberText number;
         size_t width;
         const char *value = text_in(field, record, number, &width);
@@ -316,6 +376,11 @@ void Reply::set_reserved(FieldList fields, const void *record)
         memcpy(reserved, value, length);
         reserved[length] = '\0';
     }
+}
+
+void Reply::append(cJSON *list, FieldList fields, const void *record)
+{
+    append(list, complete_ ? object_of(fields, record) : nullptr);
 }
 
 cJSON *Reply::list(const char *key)
@@ -337,7 +402,7 @@ void Reply::append(cJSON *list, cJSON *element)
 
 bool Reply::join(cJSON *obj)
 {
-    if (!complete_ || cJSON_IsObject(obj) == 0) {
+    if (!complete_ || obj == nullptr || cJSON_IsObject(obj) == 0) {
         return false;
     }
     cJSON *first = root_.child;
@@ -356,6 +421,11 @@ bool Reply::join(cJSON *obj)
     return true;
 }
 
+SuccessReply::SuccessReply()
+{
+    success();
+}
+
 bool fail(cJSON *obj, const char *reason, size_t width)
 {
     Reply reply;
@@ -366,13 +436,20 @@ bool fail(cJSON *obj, const char *reason, size_t width)
     return reply.join(obj);
 }
 
-int32_t answer(cJSON *obj, Reply &reply, const char *reason)
+bool fail(cJSON *obj, const char *reason)
 {
-    if (reply.join(obj)) {
-        return 0;
-    }
+    return fail(obj, reason, SIZE_MAX);
+}
+
+int32_t refuse(cJSON *obj, const char *reason)
+{
     fail(obj, reason);
     return -1;
+}
+
+int32_t answer(cJSON *obj, Reply &reply, const char *reason)
+{
+    return reply.join(obj) ? 0 : refuse(obj, reason);
 }
 
 void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
@@ -393,6 +470,25 @@ void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
     answer(obj, reply, failure);
 }
 
+// The engines' record: of whatever kind, and zeroed.
+class RowRecord {
+  public:
+    explicit RowRecord(FieldList fields) { memset(bytes_, 0, fields.record_size()); }
+    void *get() { return bytes_; }
+
+  private:
+    alignas(max_align_t) char bytes_[kLargestRecord];
+};
+
+int32_t run_query(cJSON *obj, FieldList fields, const char *failure, RecordCall call,
+                  StatusAt status, FailureRule failed)
+{
+    RowRecord record(fields);
+    const int32_t result = call(record.get());
+    answer_query(obj, failed(result), fields, record.get(), failure, status);
+    return result;
+}
+
 bool can_conclude(cJSON *obj, const Reply &success, const char *failure)
 {
     if (cJSON_IsObject(obj) != 0 && success.complete()) {
@@ -400,6 +496,11 @@ bool can_conclude(cJSON *obj, const Reply &success, const char *failure)
     }
     fail(obj, failure);
     return false;
+}
+
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure)
+{
+    conclude(obj, success, failed, failure, SIZE_MAX);
 }
 
 void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size_t width)
@@ -413,12 +514,25 @@ void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size
 
 int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure)
 {
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, failure)) {
         return -1;
     }
     const int32_t result = call();
+    conclude(obj, success, result != 0, failure);
+    return result;
+}
+
+int32_t run_reporting_action(cJSON *obj, FieldList fields, const char *failure, RecordCall call)
+{
+    RowRecord record(fields);
+    SuccessReply success;
+    success.reserve(fields);
+    if (!can_conclude(obj, success, failure)) {
+        return -1;
+    }
+    const int32_t result = call(record.get());
+    success.set_reserved(fields, record.get());
     conclude(obj, success, result != 0, failure);
     return result;
 }
@@ -457,11 +571,24 @@ void SettingSteps::end(bool failed, const char *failure, size_t width)
 
 void SettingSteps::consume_items()
 {
-    for (size_t at = 0; at < fields_.count; ++at) {
-        if (at < fields_.required || text_of(items_[at]) != nullptr) {
+    for (size_t at = 0; at < fields_.count(); ++at) {
+        if (at < fields_.required() || text_of(items_[at]) != nullptr) {
             consume(obj_, items_[at]);
         }
     }
+}
+
+int32_t run_setting(cJSON *obj, FieldList fields, const char *failure, RecordCall call,
+                    Consume when, FailureRule failed, const MissingTexts &missing)
+{
+    RowRecord record(fields);
+    SettingSteps steps(obj, fields, when);
+    if (!steps.find(missing) || !steps.fill_record(record.get(), failure, SIZE_MAX)) {
+        return -1;
+    }
+    const int32_t result = call(record.get());
+    steps.end(failed(result), failure);
+    return result;
 }
 
 } // namespace smart_router

@@ -19,49 +19,31 @@
 
 namespace smart_router {
 
-constexpr char kStatus[] = "Status";
-constexpr char kFailReason[] = "FailReason";
+// The same for a text without arguments.
+void log_error(const char *text);
+void log_debug(const char *text);
+
+inline constexpr char kStatus[] = "Status";
+inline constexpr char kFailReason[] = "FailReason";
 
 // ---- Fields ------------------------------------------------------------------------------------
 
-// One field of a record and the JSON key that it travels under, as a text in any case. The key is
-// stored in place, not as a pointer, so that the tables need no relocation and stay in read-only
-// memory.
+// One field of a record, and the JSON key that it travels under, as a text in any case.
 struct Field {
-    char key[24];
+    const char *key;
     uint16_t offset;
     uint16_t width; // of a text field; 0 for a 32-bit number
 
     bool is_number() const { return width == 0; }
 };
 
-// The same, marked with the record that it belongs to, so that a table cannot mix records.
-template <class Record> struct FieldOf : Field {
+// A field while its table is built, marked with the record that it belongs to, so that a table
+// cannot mix records.
+template <class Record, size_t key_size> struct FieldOf {
+    char key[key_size];
+    uint16_t offset;
+    uint16_t width;
 };
-
-template <class Record, size_t count> struct Fields {
-    Field field[count];
-};
-
-// A table whose record the compiler has checked already. A request has to give the first so many of
-// its fields, all of them where nothing else is said, and may leave out the others.
-struct FieldList {
-    const Field *first;
-    uint32_t count;
-    uint32_t required;
-
-    template <class Record, size_t n>
-    // cppcheck-suppress noExplicitConstructor ; a table is handed over as it is
-    constexpr FieldList(const Fields<Record, n> &fields, size_t required_fields = n)
-        : first(fields.field), count(n), required(static_cast<uint32_t>(required_fields))
-    {
-    }
-    const Field *begin() const { return first; }
-    const Field *end() const { return first + count; }
-};
-
-// Never defined: reaching it while a table is built at compile time is the error message.
-void this_key_stands_twice_in_the_table();
 
 template <class Member> struct FieldWidth;
 template <size_t width> struct FieldWidth<char[width]> {
@@ -72,11 +54,12 @@ template <> struct FieldWidth<int32_t> {
 };
 
 template <class Record, class Member, size_t key_size>
-constexpr FieldOf<Record> field_of(const char (&key)[key_size], size_t offset)
+constexpr FieldOf<Record, key_size> field_of(const char (&key)[key_size], size_t offset)
 {
-    static_assert(key_size <= sizeof(Field::key), "make Field::key wide enough for this key");
+    static_assert(key_size <= 32, "the table counts a key's characters in 5 bits");
     static_assert(sizeof(Record) <= UINT16_MAX, "offsets are kept in 16 bits");
-    FieldOf<Record> field = {};
+    static_assert(FieldWidth<Member>::value < 2048, "widths are kept in 11 bits");
+    FieldOf<Record, key_size> field = {};
     for (size_t at = 0; at < key_size; ++at) {
         field.key[at] = key[at];
     }
@@ -104,25 +87,116 @@ constexpr bool same_key(const char *left, const char *right)
     return lower_case(*left) == lower_case(*right);
 }
 
-template <class Record, size_t count>
-constexpr Fields<Record, count> fields_of(const FieldOf<Record> (&list)[count])
-{
-    Fields<Record, count> fields = {};
-    for (size_t at = 0; at < count; ++at) {
-        for (size_t before = 0; before < at; ++before) {
-            if (same_key(list[before].key, list[at].key)) {
+// Never defined: reaching it while a table is built at compile time is the error message.
+void this_key_stands_twice_in_the_table();
+
+// A table of fields as its readers walk it. The bytes hold no pointers, so that they need no
+// relocation and stay in read-only memory, and no gaps, since there are hundreds of fields: the
+// count, how many of them a request has to give, and the size of the record; then for each field
+// its offset, its width in the low 11 bits with the length of the key above them, and the key.
+struct FieldList {
+    static constexpr size_t kHeaderSize = 4;
+    static constexpr size_t kPlaceSize = 4;
+    static constexpr int kWidthBits = 11;
+
+    class Iterator {
+      public:
+        constexpr Iterator(const char *at, size_t left) : at_(at), left_(left) {}
+        constexpr Field operator*() const
+        {
+            return {at_ + kPlaceSize, word_at(at_),
+                    static_cast<uint16_t>(word_at(at_ + 2) & ((1 << kWidthBits) - 1))};
+        }
+        constexpr Iterator &operator++()
+        {
+            at_ += kPlaceSize + (static_cast<unsigned char>(at_[3]) >> (kWidthBits - 8)) + 1;
+            --left_;
+            return *this;
+        }
+        constexpr bool operator!=(const Iterator &other) const { return left_ != other.left_; }
+        constexpr size_t left() const { return left_; } // fields from here to the end
+
+      private:
+        const char *at_;
+        size_t left_;
+    };
+
+    constexpr size_t count() const { return static_cast<unsigned char>(bytes[0]); }
+    // A request has to give the first so many of the fields, and may leave out the others.
+    constexpr size_t required() const { return static_cast<unsigned char>(bytes[1]); }
+    constexpr size_t record_size() const { return word_at(bytes + 2); }
+    constexpr Iterator begin() const { return {bytes + kHeaderSize, count()}; }
+    constexpr Iterator end() const { return {nullptr, 0}; }
+
+    static constexpr uint16_t word_at(const char *at)
+    {
+        return static_cast<uint16_t>(static_cast<unsigned char>(at[0]) |
+                                     static_cast<unsigned char>(at[1]) << 8);
+    }
+
+    const char *bytes;
+};
+
+// A table of fields of one record, each key in it once.
+template <class Record, size_t count, size_t keys_size> class Fields {
+  public:
+    static constexpr size_t kCount = count;
+
+    template <size_t... key_sizes> constexpr Fields(const FieldOf<Record, key_sizes> &...fields)
+    {
+        bytes_[0] = bytes_[1] = static_cast<char>(count);
+        put_word(2, sizeof(Record));
+        size_t end = FieldList::kHeaderSize;
+        size_t appended = 0;
+        ((end = append(fields, end, appended++)), ...);
+    }
+    // The same table for a request that has to give only the first fields.
+    constexpr Fields requiring(size_t required) const
+    {
+        Fields fields = *this;
+        fields.bytes_[1] = static_cast<char>(required);
+        return fields;
+    }
+    constexpr operator FieldList() const { return {bytes_}; }
+
+  private:
+    constexpr void put_word(size_t at, size_t word)
+    {
+        bytes_[at] = static_cast<char>(word & 0xff);
+        bytes_[at + 1] = static_cast<char>(word >> 8);
+    }
+    // Result: the end of what is there now.
+    template <size_t key_size>
+    constexpr size_t append(const FieldOf<Record, key_size> &field, size_t end, size_t appended)
+    {
+        FieldList::Iterator before(bytes_ + FieldList::kHeaderSize, appended);
+        for (; before.left() != 0; ++before) {
+            if (same_key((*before).key, field.key)) {
                 this_key_stands_twice_in_the_table();
             }
         }
-        fields.field[at] = list[at];
+        put_word(end, field.offset);
+        put_word(end + 2, field.width | (key_size - 1) << FieldList::kWidthBits);
+        end += FieldList::kPlaceSize;
+        for (const char letter : field.key) {
+            bytes_[end++] = letter;
+        }
+        return end;
     }
-    return fields;
-}
+
+    char bytes_[FieldList::kHeaderSize + count * FieldList::kPlaceSize + keys_size] = {};
+};
+
+template <class Record, size_t... key_sizes>
+Fields(FieldOf<Record, key_sizes>...) -> Fields<Record, sizeof...(key_sizes), (key_sizes + ...)>;
 
 // ---- Requests ----------------------------------------------------------------------------------
 
 // The item's text, or null where there is no item or it is not a text.
-const char *text_of(const cJSON *item);
+[[gnu::pure]] const char *text_of(const cJSON *item);
+
+// The text under the key, or null where there is none.
+const char *text_under(const cJSON *obj, const char *key);
 
 // The number that a decimal text begins with, as atoi() reads it; 0 where there is none, and the
 // nearest 32-bit number for one that is too large.
@@ -161,25 +235,27 @@ bool contains(const char (&field)[width], const char *text, Case letters = Case:
     return contains(field, width, text, letters);
 }
 
-// A field's text with the NUL that the device library may have left out, for functions that take no
-// width.
+// Copies a field's text and puts the NUL behind it that the device library may have left out; text
+// has room for one byte more than the field.
+void end_text(char *text, const char *field, size_t width);
+
+// A field's text, ended, for functions that take no width.
 template <size_t width> class Ended {
   public:
-    explicit Ended(const char (&field)[width])
-    {
-        const size_t length = strnlen(field, width);
-        memcpy(text_, field, length);
-        text_[length] = '\0';
-    }
+    explicit Ended(const char (&field)[width]) { end_text(text_, field, width); }
     const char *text() const { return text_; }
 
   private:
     char text_[width + 1];
 };
 
+// The number that a field's text begins with.
+constexpr size_t kWidestNumber = 64;
+int32_t number_in(const char *field, size_t width);
 template <size_t width> int32_t number_in(const char (&field)[width])
 {
-    return number_of(Ended(field).text());
+    static_assert(width <= kWidestNumber, "make kWidestNumber larger");
+    return number_in(field, width);
 }
 
 // Writes a number in decimal, cut at the width less one.
@@ -195,21 +271,23 @@ void store(const Field &field, void *record, const char *text);
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
 
-// Fills a record from the keys of an item. Result: 0, or -1 when an argument is null or a required
-// key has no text, and then the record is untouched. items has room for the items that are found.
-int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record);
+// The most keys that a setting has.
+constexpr size_t kMostKeys = 20;
 
-template <class Record, size_t count>
-int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *record,
-                    size_t required = count)
+// Fills a record from the keys of an item. Result: 0, or -1 when an argument is null or a required
+// key has no text, and then the record is untouched.
+int32_t read_record(cJSON *item, FieldList fields, void *record);
+
+template <class Record, size_t count, size_t keys_size>
+int32_t read_fields(cJSON *item, const Fields<Record, count, keys_size> &fields, Record *record)
 {
-    cJSON *items[count];
-    return read_items(item, FieldList(fields, required), items, record);
+    static_assert(count <= kMostKeys, "make kMostKeys larger");
+    return read_record(item, fields, record);
 }
 
 // Stands in a record for a value that the request does not give: the device leaves the setting as
 // it is, or takes its default.
-constexpr char kNotGiven[] = "-1";
+inline constexpr char kNotGiven[] = "-1";
 
 // Fills the fields that a request may leave out: with the key's text, or with kNotGiven.
 // Found texts are taken out of obj where asked for; a key without a text stays.
@@ -229,7 +307,7 @@ struct MissingTexts {
     }
 };
 
-constexpr MissingTexts kNodeOrValueNull = {"json node null", "value string null"};
+inline constexpr MissingTexts kNodeOrValueNull = {"json node null", "value string null"};
 
 // Finds every key of the table in obj, as cJSON_GetObjectItem() would, and leaves its item in
 // items, in the table's order; null for an absent one.
@@ -274,27 +352,19 @@ bool append_if_possible(cJSON *list, FieldList fields, const void *record);
 // memory that runs out half-way leaves no half reply behind.
 class Reply {
   public:
-    Reply() { root_.type = cJSON_Object; }
+    Reply();
     ~Reply() { cJSON_Delete(root_.child); }
     Reply(const Reply &) = delete;
     Reply &operator=(const Reply &) = delete;
 
     // Append to the reply. The keys have to be constants.
-    void text(const char *key, const char *text, size_t width = SIZE_MAX)
-    {
-        complete_ = complete_ && add_text(&root_, key, text, width);
-    }
-    void fields(FieldList fields, const void *record)
-    {
-        complete_ = complete_ && add_fields(&root_, fields, record);
-    }
+    void text(const char *key, const char *text);
+    void text(const char *key, const char *text, size_t width);
+    void fields(FieldList fields, const void *record);
     // The status is a constant: so the reply that has to be there before a device is changed takes
     // no more than its item.
-    void status(const char *status)
-    {
-        complete_ = complete_ && add_constant(&root_, kStatus, status);
-    }
-    void success() { status("0"); }
+    void status(const char *status);
+    void success();
 
     // Appends a text for each field, to be set once the device has filled the record: what a device
     // was changed by has to be answered, so the memory comes first.
@@ -308,10 +378,7 @@ class Reply {
     // Appends an element to an array of this reply; null is one that memory failed.
     void append(cJSON *list, cJSON *element);
     // Appends an object with the fields.
-    void append(cJSON *list, FieldList fields, const void *record)
-    {
-        append(list, complete_ ? object_of(fields, record) : nullptr);
-    }
+    void append(cJSON *list, FieldList fields, const void *record);
 
     // False as soon as memory has run out for one item.
     bool complete() const { return complete_; }
@@ -325,14 +392,24 @@ class Reply {
     bool join(cJSON *obj);
 
   private:
-    cJSON root_ = {};
-    bool complete_ = true;
+    cJSON root_;
+    bool complete_;
+};
+
+// A reply that begins with the status of success.
+class SuccessReply : public Reply {
+  public:
+    SuccessReply();
 };
 
 // Adds "Status" "1" and the "FailReason", both or none of them; the status alone for a null reason.
 // Of a reason that the device library left in a field, no more than width bytes are read. Result:
 // false when nothing could be added.
-bool fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
+bool fail(cJSON *obj, const char *reason, size_t width);
+bool fail(cJSON *obj, const char *reason);
+
+// The same as the last step of a handler. Result: -1.
+int32_t refuse(cJSON *obj, const char *reason);
 
 // Joins the reply, or fails with the reason when it could not be built. Result: 0, or -1 when it
 // failed.
@@ -441,54 +518,105 @@ enum class Consume {
 void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
                   const char *failure, StatusAt status);
 
+// A regular command is a row: its fields, its texts and its device call, and one engine for all
+// rows of a kind, which owns the record. What the engine is given stands in the four registers that
+// a call has for it, so that a row costs little more than naming its parts.
+using RecordCall = int32_t (*)(void *record);
+using Engine = int32_t (*)(cJSON *obj, FieldList fields, const char *texts, RecordCall call);
+
+constexpr size_t kLargestRecord = 2048; // of the rows
+
+template <auto call, class Record> int32_t call_with(void *record)
+{
+    static_assert(sizeof(Record) <= kLargestRecord, "make kLargestRecord larger");
+    return call(static_cast<Record *>(record));
+}
+
+// What a row says: the failure, and where there are two, behind it what it says of a missing key.
+struct OneText {
+    const char *text;
+};
+template <size_t size> struct TwoTexts {
+    char text[size];
+};
+
+template <size_t failure_size, size_t missing_size>
+constexpr TwoTexts<failure_size + missing_size> texts_of(const char (&failure)[failure_size],
+                                                         const char (&missing)[missing_size])
+{
+    TwoTexts<failure_size + missing_size> texts = {};
+    char *at = texts.text;
+    for (const char letter : failure) {
+        *at++ = letter;
+    }
+    for (const char letter : missing) {
+        *at++ = letter;
+    }
+    return texts;
+}
+
+template <Engine engine, RecordCall call, class Texts> struct Row {
+    FieldList fields;
+    Texts texts;
+
+    int32_t operator()(cJSON *obj) const { return run(obj, texts); }
+    int32_t run(cJSON *obj, const Texts &with) const
+    {
+        return engine(obj, {fields.bytes}, with.text, call); // not to be read from the row
+    }
+};
+
+int32_t run_query(cJSON *obj, FieldList fields, const char *failure, RecordCall call,
+                  StatusAt status, FailureRule failed);
+
+template <StatusAt status, FailureRule failed>
+[[gnu::noinline]] int32_t query_engine(cJSON *obj, FieldList fields, const char *failure,
+                                       RecordCall call)
+{
+    return run_query(obj, fields, failure, call, status, failed);
+}
+
 // A query without parameters: zeroes the record, calls, and replies with the fields. Without a
 // failure text it answers a failure with the status alone.
 template <auto call, StatusAt status = StatusAt::kFirst, FailureRule failed = non_zero,
-          class Record, size_t count>
-constexpr auto query(const Fields<Record, count> &fields, const char *failure)
+          class Record, size_t count, size_t keys_size>
+constexpr auto query(const Fields<Record, count, keys_size> &fields, const char *failure)
 {
-    return [&fields, failure](cJSON *obj) -> int32_t {
-        Record record = {};
-        const int32_t result = call(&record);
-        answer_query(obj, failed(result), fields, &record, failure, status);
-        return result;
-    };
+    return Row<query_engine<status, failed>, call_with<call, Record>, OneText>{fields, {failure}};
 }
 
 // What changes the device has to be answered like a setting, also without parameters that are
 // copied: these are its steps around the call. It is not carried out without an object to answer in
 // or without the reply to success; then the first has failed and returns false.
 bool can_conclude(cJSON *obj, const Reply &success, const char *failure);
-void conclude(cJSON *obj, Reply &success, bool failed, const char *failure,
-              size_t width = SIZE_MAX);
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size_t width);
+void conclude(cJSON *obj, Reply &success, bool failed, const char *failure);
 
 // An action without parameters.
 int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure);
 
+template <int32_t (*call)()> struct Action {
+    OneText texts;
+
+    // cppcheck-suppress functionStatic ; rows of all kinds are run alike
+    int32_t run(cJSON *obj, const OneText &failure) const
+    {
+        return carry_out(obj, call, failure.text);
+    }
+};
+
 template <auto call> constexpr auto action(const char *failure)
 {
-    return [failure](cJSON *obj) -> int32_t {
-        return carry_out(obj, call, failure);
-    };
+    return Action<call>{{failure}};
 }
 
 // An action that reports what it has come to.
-template <auto call, class Record, size_t count>
-constexpr auto reporting_action(const Fields<Record, count> &fields, const char *failure)
+int32_t run_reporting_action(cJSON *obj, FieldList fields, const char *failure, RecordCall call);
+
+template <auto call, class Record, size_t count, size_t keys_size>
+constexpr auto reporting_action(const Fields<Record, count, keys_size> &fields, const char *failure)
 {
-    return [&fields, failure](cJSON *obj) -> int32_t {
-        Record record = {};
-        Reply success;
-        success.success();
-        success.reserve(fields);
-        if (!can_conclude(obj, success, failure)) {
-            return -1;
-        }
-        const int32_t result = call(&record);
-        success.set_reserved(fields, &record);
-        conclude(obj, success, result != 0, failure);
-        return result;
-    };
+    return Row<run_reporting_action, call_with<call, Record>, OneText>{fields, {failure}};
 }
 
 // A setting on its way: what was found in the request, and the reply to success, which is allocated
@@ -496,6 +624,11 @@ constexpr auto reporting_action(const Fields<Record, count> &fields, const char 
 // taken in the order in which they stand here; one that returns false has answered the request.
 class SettingSteps {
   public:
+    // cppcheck-suppress uninitMemberVar ; find() fills it
+    SettingSteps(cJSON *obj, FieldList fields, Consume when)
+        : obj_(obj), fields_(fields), when_(when)
+    {
+    }
     // Finds the keys; false when a required one is missing.
     bool find(const MissingTexts &missing);
     // The reply to success, for what it holds beside the status.
@@ -505,65 +638,80 @@ class SettingSteps {
     // Once the device was called: replies, and takes the keys out.
     void end(bool failed, const char *failure, size_t width = SIZE_MAX);
 
-  protected:
-    SettingSteps(cJSON *obj, FieldList fields, cJSON **items, Consume when)
-        : obj_(obj), fields_(fields), items_(items), when_(when)
-    {
-    }
-    bool fill_record(void *record, const char *failure, size_t width);
+    // Copies what was found into the record; after that the device may be called.
+    bool fill_record(void *record, const char *failure, size_t width = SIZE_MAX);
 
   private:
     void consume_items();
 
     cJSON *obj_;
     FieldList fields_;
-    cJSON **items_;
     Consume when_;
+    cJSON *items_[kMostKeys];
     Reply success_;
 };
 
-template <class Record, size_t count> class SettingRun : public SettingSteps {
+// The same with the record that the fields are of.
+template <class Record> class SettingRun : public SettingSteps {
   public:
-    // cppcheck-suppress uninitMemberVar ; find() fills it
-    SettingRun(cJSON *obj, const Fields<Record, count> &fields, Consume when,
-               size_t required = count)
-        : SettingSteps(obj, FieldList(fields, required), found_, when)
+    template <size_t count, size_t keys_size>
+    SettingRun(cJSON *obj, const Fields<Record, count, keys_size> &fields, Consume when)
+        : SettingSteps(obj, fields, when)
     {
+        static_assert(count <= kMostKeys, "make kMostKeys larger");
     }
-    // Copies what was found into the record; after that the device may be called.
     bool fill(Record *record, const char *failure, size_t width = SIZE_MAX)
     {
         return fill_record(record, failure, width);
     }
-
-  private:
-    cJSON *found_[count];
 };
+
+int32_t run_setting(cJSON *obj, FieldList fields, const char *failure, RecordCall call,
+                    Consume when, FailureRule failed, const MissingTexts &missing);
+
+template <Consume when, FailureRule failed>
+[[gnu::noinline]] int32_t setting_engine(cJSON *obj, FieldList fields, const char *failure,
+                                         RecordCall call)
+{
+    return run_setting(obj, fields, failure, call, when, failed, kNodeOrValueNull);
+}
+
+template <Consume when, FailureRule failed>
+[[gnu::noinline]] int32_t setting_engine_with_missing(cJSON *obj, FieldList fields,
+                                                      const char *texts, RecordCall call)
+{
+    return run_setting(obj, fields, texts, call, when, failed, texts + strlen(texts) + 1);
+}
 
 // A setting whose request keys are all required: finds them, copies them into a zeroed record,
 // calls, replies, and takes the keys out.
 template <auto call, Consume when = Consume::kAfterCall, FailureRule failed = non_zero,
-          class Record, size_t count>
-constexpr auto setting(const Fields<Record, count> &fields, const char *failure,
-                       MissingTexts missing = kNodeOrValueNull)
+          class Record, size_t count, size_t keys_size>
+constexpr auto setting(const Fields<Record, count, keys_size> &fields, const char *failure)
 {
-    return [&fields, failure, missing](cJSON *obj) -> int32_t {
-        Record record = {};
-        SettingRun<Record, count> run(obj, fields, when);
-        if (!run.find(missing) || !run.fill(&record, failure)) {
-            return -1;
-        }
-        const int32_t result = call(&record);
-        run.end(failed(result), failure);
-        return result;
-    };
+    static_assert(count <= kMostKeys, "make kMostKeys larger");
+    return Row<setting_engine<when, failed>, call_with<call, Record>, OneText>{fields, {failure}};
 }
 
-// Defines a handler from a recipe, with a symbol of its own.
+// The same with a text of its own for a missing key.
+template <auto call, Consume when = Consume::kAfterCall, FailureRule failed = non_zero,
+          class Record, size_t count, size_t keys_size, size_t failure_size, size_t missing_size>
+constexpr auto setting(const Fields<Record, count, keys_size> &fields,
+                       const char (&failure)[failure_size], const char (&missing)[missing_size])
+{
+    static_assert(count <= kMostKeys, "make kMostKeys larger");
+    return Row<setting_engine_with_missing<when, failed>, call_with<call, Record>,
+               TwoTexts<failure_size + missing_size>>{fields, texts_of(failure, missing)};
+}
+
+// Defines a handler from a recipe, with a symbol of its own. The texts stand apart from the row,
+// which thus leaves nothing behind but the code that names its parts.
 #define HANDLER(name, recipe)                                                                      \
     int32_t name(cJSON *obj)                                                                       \
     {                                                                                              \
-        return (recipe)(obj);                                                                      \
+        static constexpr auto kRow = recipe;                                                       \
+        static constexpr auto kTexts = kRow.texts;                                                 \
+        return kRow.run(obj, kTexts);                                                              \
     }
 
 } // namespace smart_router

@@ -9,21 +9,21 @@ using namespace smart_router;
 namespace {
 
 // What is found of the name resolution is reported of DHCP as well.
-constexpr auto kAddresses = fields_of<LinkInfo>({
+constexpr auto kAddresses = Fields{
     FIELD(LinkInfo, "LanIP", LanIP),
     FIELD(LinkInfo, "WanIp", WanIp),
     FIELD(LinkInfo, "DnsCheck", DnsCheck),
     FIELD(LinkInfo, "DhcpCheck", DnsCheck),
-});
+};
 
-constexpr auto kRadios = fields_of<LinkInfo>({
+constexpr auto kRadios = Fields{
     FIELD(LinkInfo, "Wifi24Enable", Wifi24Enable),
     FIELD(LinkInfo, "Wifi24Channel", Wifi24Channel),
     FIELD(LinkInfo, "Wifi24ChannelCheck", Wifi24ChannelCheck),
     FIELD(LinkInfo, "Wifi58Enable", Wifi58Enable),
     FIELD(LinkInfo, "Wifi58Channel", Wifi58Channel),
     FIELD(LinkInfo, "Wifi58ChannelCheck", Wifi58ChannelCheck),
-});
+};
 
 // A new object for a channel; null when memory ran out.
 cJSON *channel_object(int16_t channel, int32_t access_points)
@@ -64,8 +64,7 @@ int32_t json_get_scan_channel_count(cJSON *obj)
     }
     const int32_t count_result = devapi_get_channel_ap_num(&channels, &access_points);
     if (minus_one(list_result) || minus_one(count_result)) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     add_channels(reply, "List24g", channels.channels_24g, access_points.counts_24g,
@@ -94,15 +93,13 @@ int32_t json_get_link_check(cJSON *obj)
 int32_t json_get_sta_rssi(cJSON *obj)
 {
     constexpr char kFailure[] = "get scan rssi failed";
-    const char *ip = text_of(cJSON_GetObjectItem(obj, "IP"));
+    const char *ip = text_under(obj, "IP");
     if (ip == nullptr) {
-        fail(obj, "rssi get ip is NULL");
-        return -1;
+        return refuse(obj, "rssi get ip is NULL");
     }
     int32_t dbm = 0;
     if (minus_one(devapi_get_sta_rssi_by_ip(ip, &dbm))) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     reply.add("Dbm", cJSON_CreateNumber(dbm));

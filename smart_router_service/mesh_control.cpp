@@ -6,26 +6,26 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kMeshStatus = fields_of<MeshStatus>({
+constexpr auto kMeshStatus = Fields{
     FIELD(MeshStatus, "MeshEnable", MeshEnable),
     FIELD(MeshStatus, "MeshMode", MeshMode),
-});
+};
 
-constexpr auto kPairStatus = fields_of<PairStatus>({
+constexpr auto kPairStatus = Fields{
     FIELD(PairStatus, "Enable", Enable),
     FIELD(PairStatus, "Time", Time),
-});
+};
 
-constexpr auto kWpsState = fields_of<WpsState>({
+constexpr auto kWpsState = Fields{
     FIELD(WpsState, "Radio", Radio),
     FIELD(WpsState, "Action", Action),
-});
+};
 
-constexpr auto kLed = fields_of<LedInfo>({
+constexpr auto kLed = Fields{
     FIELD(LedInfo, "LedSwitch", LedSwitch),
     FIELD(LedInfo, "LedCoLor", LedCoLor),
     FIELD(LedInfo, "LedLight", LedLight),
-});
+};
 
 const char *mesh_failure(int32_t result)
 {
@@ -45,19 +45,16 @@ const char *pair_failure(int32_t result)
 }
 
 // A setting whose failure texts tell the device's results apart.
-template <auto call, auto failure_text, class Record, size_t count>
-constexpr auto setting_with_results(const Fields<Record, count> &fields, const char *missing)
+int32_t set_with_results(cJSON *obj, FieldList fields, void *record, RecordCall call,
+                         const char *(*failure_text)(int32_t result), const char *missing)
 {
-    return [&fields, missing](cJSON *obj) -> int32_t {
-        Record record = {};
-        SettingRun<Record, count> run(obj, fields, Consume::kAfterCall);
-        if (!run.find(missing) || !run.fill(&record, failure_text(-1))) {
-            return -1;
-        }
-        const int32_t result = call(&record);
-        run.end(result != 0, failure_text(result));
-        return result;
-    };
+    SettingSteps run(obj, fields, Consume::kAfterCall);
+    if (!run.find(missing) || !run.fill_record(record, failure_text(-1))) {
+        return -1;
+    }
+    const int32_t result = call(record);
+    run.end(result != 0, failure_text(result));
+    return result;
 }
 
 // Hands the text under a key to the device as it stands; the key is taken out when the device
@@ -67,11 +64,9 @@ int32_t set_text(cJSON *obj, const char *key, const MissingTexts &missing,
 {
     cJSON *item = cJSON_GetObjectItem(obj, key);
     if (text_of(item) == nullptr) {
-        fail(obj, item == nullptr ? missing.absent : missing.no_text);
-        return -1;
+        return refuse(obj, item == nullptr ? missing.absent : missing.no_text);
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, failure)) {
         return -1;
     }
@@ -105,9 +100,9 @@ int32_t get_configuration_state(ConfigurationState *configuration)
     return result;
 }
 
-constexpr auto kConfigurationState = fields_of<ConfigurationState>({
+constexpr auto kConfigurationState = Fields{
     FIELD(ConfigurationState, "ConfiguerStatus", ConfiguerStatus),
-});
+};
 
 } // namespace
 
@@ -118,18 +113,16 @@ int32_t json_set_tslink_ssid(cJSON *obj)
     cJSON *item = cJSON_GetObjectItem(obj, "Enable");
     const char *enable = text_of(item);
     if (enable == nullptr) {
-        fail(obj, "Enable missing or not string");
-        return -1;
+        return refuse(obj, "Enable missing or not string");
     }
     const bool on = strcmp(enable, "1") == 0;
     const bool is_valid = on || strcmp(enable, "0") == 0;
-    Reply success;
-    success.success();
+    SuccessReply success;
     const bool can_set = is_valid && success.complete();
     if (can_set) {
         devapi_setup_mesh(on ? 1 : 0);
         if (!on) {
-            LOG_DEBUG("not set up mesh\n");
+            log_debug("not set up mesh\n");
         }
     }
     consume(obj, item);
@@ -139,11 +132,23 @@ int32_t json_set_tslink_ssid(cJSON *obj)
 
 HANDLER(json_get_mesh_status,
         (query<devapi_get_mesh_status, StatusAt::kLast>(kMeshStatus, "Get mesh status failed")))
-HANDLER(json_set_mesh_status, (setting_with_results<devapi_set_mesh_status, mesh_failure>(
-                                  kMeshStatus, "get MeshEnable and MeshMode err")))
-HANDLER(json_set_mesh_pair,
-        (setting_with_results<devapi_set_pair_status, pair_failure>(kPairStatus,
-                                                                    "get Enable and Time err")))
+
+int32_t json_set_mesh_status(cJSON *obj)
+{
+    MeshStatus status = {};
+    return set_with_results(obj, kMeshStatus, &status,
+                            call_with<devapi_set_mesh_status, MeshStatus>, mesh_failure,
+                            "get MeshEnable and MeshMode err");
+}
+
+int32_t json_set_mesh_pair(cJSON *obj)
+{
+    PairStatus status = {};
+    return set_with_results(obj, kPairStatus, &status,
+                            call_with<devapi_set_pair_status, PairStatus>, pair_failure,
+                            "get Enable and Time err");
+}
+
 HANDLER(json_set_wps_state, setting<devapi_set_wps_state>(kWpsState, "Set wps state failed",
                                                           "get radio and action err"))
 
@@ -182,15 +187,13 @@ int32_t json_set_led(cJSON *obj)
 {
     // The signal check's text; apps know it from here as well.
     constexpr char kFailure[] = "get scan rssi failed";
-    cJSON *items[sizeof kLed.field / sizeof(Field)];
+    cJSON *items[kLed.kCount];
     const char *missing =
         find_required(obj, kLed, "LedCoLor, LedLight or Led_Switch is NULL", items);
     if (missing != nullptr) {
-        fail(obj, missing);
-        return -1;
+        return refuse(obj, missing);
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }

@@ -6,11 +6,11 @@ namespace smart_router {
 
 namespace {
 
-constexpr auto kMeshLink = fields_of<MeshLink>({
+constexpr auto kMeshLink = Fields{
     FIELD(MeshLink, "nexthopMAC", nexthopMAC),
     FIELD(MeshLink, "dbm", dbm),
     FIELD(MeshLink, "interface", interface),
-});
+};
 
 } // namespace
 
@@ -46,7 +46,7 @@ cJSON *mesh_links_of(const ChildRouterInfo &router)
 {
     JsonItem links(cJSON_CreateArray());
     if (links.get() == nullptr) {
-        LOG_ERROR("create mesh_json err");
+        log_error("create mesh_json err");
         return nullptr;
     }
     for (size_t at = 0; at < clamped(router.link_count, MESH_MAX_LINKS); ++at) {

@@ -7,7 +7,7 @@
 namespace smart_router {
 
 // The model that operators sell, and whose mesh is reported in their own way.
-constexpr char kOperatorModel[] = "QX2040B";
+inline constexpr char kOperatorModel[] = "QX2040B";
 
 using Model = char[32];
 // Reads the model of the router; empty when it is not known.
@@ -37,9 +37,9 @@ struct ReportedDevice {
 constexpr int32_t kNoDevice = 1000;
 
 // The MAC address of a router that hangs from the main router.
-inline constexpr auto kChildMac = fields_of<ChildMeshInfo>({
+inline constexpr auto kChildMac = Fields{
     FIELD(ChildMeshInfo, "childMac", ChildMac),
-});
+};
 
 // Moves a text from field to field, with or without its end.
 template <size_t width> void assign(char (&to)[width], const char (&from)[width])

@@ -7,16 +7,18 @@
 
 namespace {
 
-struct Command {
-    const char *name;
-    int32_t (*handler)(cJSON *obj);
-};
+using Handler = int32_t (*)(cJSON *obj);
 
-#define COMMAND_ROW(name, handler) {name, handler},
-constexpr Command kCommands[] = {SMART_ROUTER_COMMANDS(COMMAND_ROW)};
-#undef COMMAND_ROW
+// The names and the handlers stand apart, in the order of the table: the names are one text, since
+// a pointer to each would take more room than the places where they begin.
+#define COMMAND_HANDLER(name, handler) handler,
+constexpr Handler kHandlers[] = {SMART_ROUTER_COMMANDS(COMMAND_HANDLER)};
+#undef COMMAND_HANDLER
+#define COMMAND_NAME(name, handler) name "\0"
+constexpr char kNames[] = SMART_ROUTER_COMMANDS(COMMAND_NAME);
+#undef COMMAND_NAME
 
-constexpr unsigned kCommandCount = sizeof(kCommands) / sizeof(kCommands[0]);
+constexpr unsigned kCommandCount = sizeof(kHandlers) / sizeof(kHandlers[0]);
 
 // Every name has these places; together with the length they tell nearly all names apart.
 constexpr size_t kHashedPlaces[] = {0, 4, 9};
@@ -50,6 +52,35 @@ constexpr bool are_same(const char *left, const char *right)
     return *left == *right;
 }
 
+// Where each name begins, and the last one ends.
+struct NamePlaces {
+    uint16_t place[kCommandCount + 1] = {};
+
+    constexpr NamePlaces()
+    {
+        static_assert(sizeof kNames <= UINT16_MAX, "places are kept in 16 bits");
+        size_t at = 0;
+        for (unsigned position = 0; position < kCommandCount; ++position) {
+            place[position] = static_cast<uint16_t>(at);
+            at += length_of(kNames + at) + 1;
+        }
+        place[kCommandCount] = static_cast<uint16_t>(at);
+    }
+};
+
+constexpr NamePlaces kPlaces;
+
+constexpr const char *name_at(unsigned position)
+{
+    return kNames + kPlaces.place[position];
+}
+
+bool is_name_at(unsigned position, const char *name, size_t length)
+{
+    const size_t size = static_cast<size_t>(kPlaces.place[position + 1] - kPlaces.place[position]);
+    return size == length + 1 && memcmp(name_at(position), name, length) == 0;
+}
+
 // Positions in the table by the hash of the name, or in the next free slot: the table itself keeps
 // the order of the protocol's list. Twice as many slots as names keep the ways short.
 struct NameIndex {
@@ -58,13 +89,11 @@ struct NameIndex {
     static_assert(kCommandCount < kSlots / 2 && kCommandCount < kFree, "give the index more slots");
 
     uint8_t position[kSlots] = {};
-    uint8_t mark[kSlots] = {}; // of the hash: whether comparing the name is worth it
     bool are_names_unique = true;
     bool are_names_long_enough = true;
 
     static constexpr size_t first_slot(uint32_t hash) { return hash % kSlots; }
     static constexpr size_t next_slot(size_t slot) { return (slot + 1) % kSlots; }
-    static constexpr uint8_t mark_of(uint32_t hash) { return hash / kSlots % kSlots; }
 
     constexpr NameIndex()
     {
@@ -72,17 +101,15 @@ struct NameIndex {
             entry = kFree;
         }
         for (unsigned at = 0; at < kCommandCount; ++at) {
-            const char *name = kCommands[at].name;
+            const char *name = name_at(at);
             are_names_long_enough = are_names_long_enough && length_of(name) >= kShortestName;
             const uint32_t hash = hash_of(name, length_of(name));
             size_t slot = first_slot(hash);
             while (position[slot] != kFree) {
-                are_names_unique =
-                    are_names_unique && !are_same(kCommands[position[slot]].name, name);
+                are_names_unique = are_names_unique && !are_same(name_at(position[slot]), name);
                 slot = next_slot(slot);
             }
             position[slot] = static_cast<uint8_t>(at);
-            mark[slot] = mark_of(hash);
         }
     }
 };
@@ -91,18 +118,17 @@ constexpr NameIndex kByName;
 static_assert(kByName.are_names_unique, "two commands have the same name");
 static_assert(kByName.are_names_long_enough, "a name ends before the places that are hashed");
 
-const Command *find_command(const char *name)
+Handler find_handler(const char *name)
 {
     const size_t length = strlen(name);
     if (length < kShortestName) {
         return nullptr;
     }
-    const uint32_t hash = hash_of(name, length);
-    size_t slot = NameIndex::first_slot(hash);
+    size_t slot = NameIndex::first_slot(hash_of(name, length));
     while (kByName.position[slot] != NameIndex::kFree) {
-        const Command &candidate = kCommands[kByName.position[slot]];
-        if (kByName.mark[slot] == NameIndex::mark_of(hash) && strcmp(name, candidate.name) == 0) {
-            return &candidate;
+        const unsigned position = kByName.position[slot];
+        if (is_name_at(position, name, length)) {
+            return kHandlers[position];
         }
         slot = NameIndex::next_slot(slot);
     }
@@ -113,10 +139,10 @@ const Command *find_command(const char *name)
 
 int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
 {
-    const Command *command = cmd != nullptr ? find_command(cmd) : nullptr;
-    if (command == nullptr) {
+    const Handler handler = cmd != nullptr ? find_handler(cmd) : nullptr;
+    if (handler == nullptr) {
         return HG_NO_SUCH_COMMAND;
     }
-    command->handler(obj);
+    handler(obj);
     return 0;
 }

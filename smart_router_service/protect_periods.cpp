@@ -5,12 +5,12 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kPeriod = fields_of<ProtectPeriodInfo>({
+constexpr auto kPeriod = Fields{
     FIELD(ProtectPeriodInfo, "StartTime", StartTime),
     FIELD(ProtectPeriodInfo, "EndTime", EndTime),
     FIELD(ProtectPeriodInfo, "Enable", Enable),
     FIELD(ProtectPeriodInfo, "DaysOfWeek", DaysOfWeek),
-});
+};
 
 // The MAC address by which a request names a host.
 using MacText = char[64];
@@ -18,7 +18,7 @@ using MacText = char[64];
 // Reads the "Mac" of a request. Result: false when there is none, and then the request is answered.
 bool read_mac(cJSON *obj, MacText &mac)
 {
-    const char *text = text_of(cJSON_GetObjectItem(obj, "Mac"));
+    const char *text = text_under(obj, "Mac");
     if (text == nullptr) {
         fail(obj, "json node: mac not found");
         return false;
@@ -39,7 +39,7 @@ const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
         ProtectPeriodInfo period = {};
         period.HostIndex = host;
         if (read_fields(element, kPeriod, &period) != 0) {
-            LOG_ERROR("string is null.\n");
+            log_error("string is null.\n");
             return "parse protect period info failed";
         }
         *in_force = *in_force || holds(period.Enable, "1");
@@ -80,21 +80,18 @@ int32_t json_get_protect_period_list(cJSON *obj)
     }
     int32_t host = 0;
     if (!find_host(mac, &host)) {
-        fail(obj, "xml mac index not found");
-        return -1;
+        return refuse(obj, "xml mac index not found");
     }
     int32_t count = 0;
     devapi_get_duration_num_by_index(host, &count);
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     cJSON *list = reply.list("Sleep");
     for (int32_t at = 0; at < count && reply.complete(); ++at) {
         ProtectPeriodInfo period = {};
         period.HostIndex = host;
         period.PeriodNum = at + 1;
         if (devapi_get_protect_period_info(&period) != 0) {
-            fail(obj, kFailure);
-            return -1;
+            return refuse(obj, kFailure);
         }
         reply.append(list, kPeriod, &period);
     }
@@ -109,17 +106,14 @@ int32_t json_set_protect_period_list(cJSON *obj)
     }
     int32_t host = 0;
     if (!find_host(mac, &host)) {
-        fail(obj, "json node: mac index not found");
-        return -1;
+        return refuse(obj, "json node: mac index not found");
     }
     LOG_DEBUG("mac_index = %d\n", host);
     cJSON *elements = array_of(obj, "Sleep");
     if (elements == nullptr) {
-        fail(obj, kNoList);
-        return -1;
+        return refuse(obj, kNoList);
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     const char *failure = success.complete() ? replace_periods(elements, host) : kCannotDelete;
     consume(obj, elements);
     conclude(obj, success, failure != nullptr, failure);

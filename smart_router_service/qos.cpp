@@ -17,7 +17,7 @@ int32_t set_enable(const QosSwitch *qos)
     return devapi_set_qos_enable(number_in(qos->Enable));
 }
 
-constexpr auto kSwitch = fields_of<QosSwitch>({FIELD(QosSwitch, "Enable", Enable)});
+constexpr auto kSwitch = Fields{FIELD(QosSwitch, "Enable", Enable)};
 
 struct ApplicationPriority {
     int32_t Id;
@@ -29,45 +29,45 @@ int32_t set_priority(const ApplicationPriority *application)
     return devapi_set_qos_app_info(application->Id, application->PriorityLevel);
 }
 
-constexpr auto kPriority = fields_of<ApplicationPriority>({
+constexpr auto kPriority = Fields{
     FIELD(ApplicationPriority, "Id", Id),
     FIELD(ApplicationPriority, "PriorityLevel", PriorityLevel),
-});
+};
 
 // ---- Rules -------------------------------------------------------------------------------------
 
 constexpr int32_t kAdd = 1;
 constexpr char kDelete[] = "2";
 
-constexpr auto kSelection = fields_of<QosRule>({
+constexpr auto kSelection = Fields{
     FIELD(QosRule, "Id", Id),
     FIELD(QosRule, "Action", Action),
-});
+};
 
-constexpr auto kDescription = fields_of<QosRule>({
+constexpr auto kDescription = Fields{
     FIELD(QosRule, "Name", Name),
     FIELD(QosRule, "PriorityLevel", PriorityLevel),
-});
+};
 
-constexpr auto kType = fields_of<QosType>({
+constexpr auto kType = Fields{
     FIELD(QosType, "Type", Type),
     FIELD(QosType, "Min", Min),
     FIELD(QosType, "Max", Max),
-});
+};
 
-constexpr auto kRuleId = fields_of<QosRule>({FIELD(QosRule, "Id", Id)});
+constexpr auto kRuleId = Fields{FIELD(QosRule, "Id", Id)};
 
-constexpr auto kRule = fields_of<QosRule>({
+constexpr auto kRule = Fields{
     FIELD(QosRule, "Id", Id),
     FIELD(QosRule, "Name", Name),
     FIELD(QosRule, "PriorityLevel", PriorityLevel),
-});
+};
 
-constexpr auto kApplication = fields_of<QosApplication>({
+constexpr auto kApplication = Fields{
     FIELD(QosApplication, "Id", Id),
     FIELD(QosApplication, "Name", Name),
     FIELD(QosApplication, "PriorityLevel", PriorityLevel),
-});
+};
 
 // Reads the types of a rule, as many as it has room for; what comes behind them is not looked at.
 bool read_types(const cJSON *elements, QosRule *rule)
@@ -161,8 +161,7 @@ int32_t json_get_qos_info(cJSON *obj)
     constexpr char kFailure[] = "get uplink qos info error";
     Allocated<QosInfo> qos;
     if (qos.get() == nullptr || devapi_get_uplink_qos_info(qos.get()) != 0) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     reply.text("Enable", qos->Enable, sizeof qos->Enable);
@@ -206,11 +205,9 @@ int32_t json_set_qos_classification_info(cJSON *obj)
     constexpr char kFailure[] = "set qos cls info error";
     QosRule rule = {};
     if (parse_json_set_qos_cls_info(&rule, obj) != 0) {
-        fail(obj, "json param is invalid or miss");
-        return -1;
+        return refuse(obj, "json param is invalid or miss");
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     Reply identifier; // only of a rule that was added, which the device says
     identifier.reserve(kRuleId);
     const bool can_set = success.complete() && identifier.complete();

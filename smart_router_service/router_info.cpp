@@ -10,27 +10,25 @@ namespace {
 
 // ---- The main router ---------------------------------------------------------------------------
 
-constexpr auto kRouterInBrief = fields_of<HgBaseInfo>({
-    FIELD(HgBaseInfo, "DeviceType", DeviceType),
-    FIELD(HgBaseInfo, "WiFiStatus1", WiFiStatus1),
-    FIELD(HgBaseInfo, "WiFiStatus2", WiFiStatus2),
-    FIELD(HgBaseInfo, "Name", Name),
+constexpr auto kRouterInBrief = Fields{
+    FIELD(HgBaseInfo, "DeviceType", DeviceType),   FIELD(HgBaseInfo, "WiFiStatus1", WiFiStatus1),
+    FIELD(HgBaseInfo, "WiFiStatus2", WiFiStatus2), FIELD(HgBaseInfo, "Name", Name),
     FIELD(HgBaseInfo, "FWVersion", FWVersion),
-});
+};
 
-constexpr auto kLoad = fields_of<DevStatusInfo>({
+constexpr auto kLoad = Fields{
     FIELD(DevStatusInfo, "Cpu", Cpu),
     FIELD(DevStatusInfo, "Memory", Memory),
-});
+};
 
-constexpr auto kLanAddress = fields_of<LanIpInfo>({FIELD(LanIpInfo, "LanIp", GatewayLanIP)});
+constexpr auto kLanAddress = Fields{FIELD(LanIpInfo, "LanIp", GatewayLanIP)};
 
-constexpr auto kWanNeighbours = fields_of<WanIpInfo>({
+constexpr auto kWanNeighbours = Fields{
     FIELD(WanIpInfo, "WanGateWay", WanGateWay),
     FIELD(WanIpInfo, "Dns", Dns),
-});
+};
 
-constexpr auto kRouterAtLength = fields_of<HgBaseInfo>({
+constexpr auto kRouterAtLength = Fields{
     FIELD(HgBaseInfo, "Mac", Mac),
     FIELD(HgBaseInfo, "UpSpeed", UpSpeed),
     FIELD(HgBaseInfo, "DownSpeed", DownSpeed),
@@ -46,12 +44,12 @@ constexpr auto kRouterAtLength = fields_of<HgBaseInfo>({
     FIELD(HgBaseInfo, "cpuusage", Cpu),
     FIELD(HgBaseInfo, "ramusage", Memory),
     FIELD(HgBaseInfo, "FireWallEnable", FireWallEnable),
-});
+};
 
-constexpr auto kRadioAddresses = fields_of<HgBaseInfo>({
+constexpr auto kRadioAddresses = Fields{
     FIELD(HgBaseInfo, "Wlan0Mac", Wlan0Mac),
     FIELD(HgBaseInfo, "Wlan1Mac", Wlan1Mac),
-});
+};
 
 bool is_connected(const WanIpInfo &wan)
 {
@@ -60,7 +58,7 @@ bool is_connected(const WanIpInfo &wan)
 
 // ---- The devices attached to the main router ---------------------------------------------------
 
-constexpr auto kDevice = fields_of<AdBaseInfo>({
+constexpr auto kDevice = Fields{
     FIELD(AdBaseInfo, "AccessType", AccessType),
     FIELD(AdBaseInfo, "NetStatus", NetStatus),
     FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
@@ -72,7 +70,7 @@ constexpr auto kDevice = fields_of<AdBaseInfo>({
     FIELD(AdBaseInfo, "ip", ip),
     FIELD(AdBaseInfo, "UpSpeed", UpSpeed),
     FIELD(AdBaseInfo, "DownSpeed", DownSpeed),
-});
+};
 
 const char *kind_code(const AdBaseInfo &device)
 {
@@ -178,11 +176,9 @@ int32_t json_get_main_router_info(cJSON *obj)
     const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
     // A gateway that knows part of itself is still worth showing.
     if (!has_status && !has_lan && !has_wan && !has_base) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     reply.text("NetStatus", is_connected(wan) ? "1" : "0");
     reply.fields(kRouterInBrief, &base);
     reply.text("ip", wan.ip, sizeof wan.ip);

@@ -6,7 +6,7 @@
 namespace smart_router {
 
 // A station's keys after its MAC address, up to those that only some reports have.
-inline constexpr auto kMeshStation = fields_of<ReportedDevice>({
+inline constexpr auto kMeshStation = Fields{
     FIELD(ReportedDevice, "DevType", info.DevType),
     FIELD(ReportedDevice, "DevFactory", info.DevFactory),
     FIELD(ReportedDevice, "DevModle", DevModle),
@@ -19,9 +19,9 @@ inline constexpr auto kMeshStation = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
     FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
     FIELD(ReportedDevice, "ip", info.ip),
-});
+};
 
-inline constexpr auto kStationDetails = fields_of<ReportedDevice>({
+inline constexpr auto kStationDetails = Fields{
     FIELD(ReportedDevice, "AccessTime", info.AccessTime),
     FIELD(ReportedDevice, "UID", info.UID),
     FIELD(ReportedDevice, "OS", info.OS),
@@ -30,10 +30,10 @@ inline constexpr auto kStationDetails = fields_of<ReportedDevice>({
     FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
     FIELD(ReportedDevice, "DownLimit", info.DownLimit),
     FIELD(ReportedDevice, "UpLimit", info.UpLimit),
-});
+};
 
 // A child router's keys after those of its link.
-inline constexpr auto kMeshRouter = fields_of<ChildRouterInfo>({
+inline constexpr auto kMeshRouter = Fields{
     FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
     FIELD(ChildRouterInfo, "Name", Name),
     FIELD(ChildRouterInfo, "NetStatus", NetStatus),
@@ -47,10 +47,10 @@ inline constexpr auto kMeshRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "DeviceType", DeviceType),
     FIELD(ChildRouterInfo, "Wlan0Mac", Wlan0Mac),
     FIELD(ChildRouterInfo, "Wlan1Mac", Wlan1Mac),
-});
+};
 
 // The MAC address by which the mesh knows a router that hangs from another one.
-inline constexpr auto kMeshMac = fields_of<ChildMeshInfo>({FIELD(ChildMeshInfo, "childMac", Mac)});
+inline constexpr auto kMeshMac = Fields{FIELD(ChildMeshInfo, "childMac", Mac)};
 
 inline constexpr char kParentMac[] = "ParentMacAddress";
 

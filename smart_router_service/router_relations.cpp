@@ -73,13 +73,13 @@ constexpr int32_t kFirstChildLevel = 2;
 // The kind of the node that only opens a list.
 constexpr int32_t kListHead = 1;
 
-constexpr auto kNode = fields_of<NodeDevInfo>({
+constexpr auto kNode = Fields{
     FIELD(NodeDevInfo, "ip", ip),
     FIELD(NodeDevInfo, "AccessType", AccessType),
     FIELD(NodeDevInfo, "LinkSpeed", LinkSpeed),
     FIELD(NodeDevInfo, "dbm", dbm),
     FIELD(NodeDevInfo, "FWVersion", FWVersion),
-});
+};
 
 // Adds the MAC address in the form in which users know it, or as it stands.
 template <size_t width> bool add_view_mac(cJSON *object, const char *key, const char (&mac)[width])
@@ -208,7 +208,7 @@ RouterReport report_router(const TopoNode &node)
         if (complete && devapi_get_mesh_type() == 2) {
             JsonItem children(cJSON_CreateArray());
             if (children.get() == nullptr) {
-                LOG_ERROR("create childinfo_json err");
+                log_error("create childinfo_json err");
                 return {nullptr, -1, true};
             }
             complete = append_children(children.get(), Ended(info.Mac).text());
@@ -216,7 +216,7 @@ RouterReport report_router(const TopoNode &node)
         }
     }
     if (!complete || json_get_child_router_baseinfo(&node, object.get()) != 0) {
-        LOG_ERROR("create childinfo_json err");
+        log_error("create childinfo_json err");
         return {nullptr, -1, false};
     }
     return {object.release(), 0, true};
@@ -303,7 +303,7 @@ int32_t json_get_topo_router_info(cJSON *obj)
             devapi_topo_xml_info_list(count > 0 ? count : 0, topology.first());
         }
         if (devapi_call_tslink_set_topo_speed() != 0) {
-            LOG_ERROR("call tslink set topo speed failed\n");
+            log_error("call tslink set topo speed failed\n");
         }
         end_list(topology.first());
         if (is_known) {

@@ -9,14 +9,14 @@ namespace {
 
 constexpr char kTree[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice";
 
-constexpr auto kTreeRouter = fields_of<ChildRouterInfo>({
+constexpr auto kTreeRouter = Fields{
     FIELD(ChildRouterInfo, "Mac", Mac),
     FIELD(ChildRouterInfo, "ip", ip),
     FIELD(ChildRouterInfo, "AccessType", ChildRouterAccessType),
     FIELD(ChildRouterInfo, "LinkSpeed", LinkSpeed),
     FIELD(ChildRouterInfo, "dbm", dbm),
     FIELD(ChildRouterInfo, "FWVersion", FWVersion),
-});
+};
 
 using Path = char[128];
 using Value = char[TOPO_VALUE_SIZE];
@@ -72,7 +72,7 @@ cJSON *children_of(const ChildRouterInfo &router)
     JsonItem list(cJSON_CreateArray());
     Allocated<ChildMeshList> children;
     if (list.get() == nullptr || children.get() == nullptr) {
-        LOG_ERROR("create childinfo_json err");
+        log_error("create childinfo_json err");
         return nullptr;
     }
     if (devapi_get_child_mesh_info_bynewmethod(Ended(router.Mac).text(), children.get()) != 0) {
@@ -81,7 +81,7 @@ cJSON *children_of(const ChildRouterInfo &router)
     for (size_t at = 0; at < clamped(children->count, MESH_MAX_CHILDREN); ++at) {
         cJSON *child = object_of(kMeshMac, &children->children[at]);
         if (child == nullptr) {
-            LOG_ERROR("create childinfo_json err");
+            log_error("create childinfo_json err");
             return nullptr;
         }
         cJSON_AddItemToArray(list.get(), child);
@@ -105,7 +105,7 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
         !(hangs_from_us
               ? add_own_mac(object.get())
               : add_text(object.get(), kParentMac, router.ParentMac, sizeof router.ParentMac))) {
-        LOG_ERROR("create childinfo_json err");
+        log_error("create childinfo_json err");
         return nullptr;
     }
     Model model;
@@ -134,7 +134,7 @@ int32_t json_get_topo_router_agent_info_bynewmethod(cJSON *obj)
     Reply reply;
     cJSON *routers = reply.list("ChildRouter");
     if (routers == nullptr) {
-        LOG_ERROR("create childinfo_json err");
+        log_error("create childinfo_json err");
         return -1;
     }
     const int32_t count = number_in(entries);

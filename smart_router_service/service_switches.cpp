@@ -7,25 +7,22 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kMode = fields_of<MultiserviceMode>({FIELD(MultiserviceMode, "Mode", Mode)});
+constexpr auto kMode = Fields{FIELD(MultiserviceMode, "Mode", Mode)};
 
-constexpr auto kSpeedTest = fields_of<SpeedTest>({
+constexpr auto kSpeedTest = Fields{
     FIELD(SpeedTest, "DownBandWidth", DownBandWidth),
     FIELD(SpeedTest, "UpBandWidth", UpBandWidth),
     FIELD(SpeedTest, "Delay", Delay),
-});
+};
 
-constexpr auto kAlg = fields_of<AlgAbility>({
-    FIELD(AlgAbility, "PPTP", PPTP),
-    FIELD(AlgAbility, "FTP", FTP),
-    FIELD(AlgAbility, "IPSEC", IPSEC),
-    FIELD(AlgAbility, "L2TP", L2TP),
-    FIELD(AlgAbility, "RTSP", RTSP),
-    FIELD(AlgAbility, "H323", H323),
+constexpr auto kAlg = Fields{
+    FIELD(AlgAbility, "PPTP", PPTP),   FIELD(AlgAbility, "FTP", FTP),
+    FIELD(AlgAbility, "IPSEC", IPSEC), FIELD(AlgAbility, "L2TP", L2TP),
+    FIELD(AlgAbility, "RTSP", RTSP),   FIELD(AlgAbility, "H323", H323),
     FIELD(AlgAbility, "SIP", SIP),
-});
+};
 
-constexpr auto kUpnp = fields_of<UpnpState>({FIELD(UpnpState, "Enable", Enable)});
+constexpr auto kUpnp = Fields{FIELD(UpnpState, "Enable", Enable)};
 
 constexpr char kNoEnable[] = "get param:enable err";
 
@@ -39,9 +36,9 @@ int32_t get_configuration_service(ConfigurationService *service)
     return devapi_get_tsconf_status(service->TsconfStatus, sizeof service->TsconfStatus);
 }
 
-constexpr auto kConfigurationService = fields_of<ConfigurationService>({
+constexpr auto kConfigurationService = Fields{
     FIELD(ConfigurationService, "TsconfStatus", TsconfStatus),
-});
+};
 
 struct WpsSwitch {
     char Enable[8];
@@ -60,7 +57,7 @@ int32_t set_wps(const WpsSwitch *wps)
     return devapi_set_wps_enable(number_in(wps->Enable));
 }
 
-constexpr auto kWps = fields_of<WpsSwitch>({FIELD(WpsSwitch, "Enable", Enable)});
+constexpr auto kWps = Fields{FIELD(WpsSwitch, "Enable", Enable)};
 
 struct NewPortBinding {
     char Index[8];
@@ -72,36 +69,36 @@ int32_t set_port_binding(const NewPortBinding *binding)
     return devapi_set_port_binding(binding->Index, binding->BoundPorts);
 }
 
-constexpr auto kNewPortBinding = fields_of<NewPortBinding>({
+constexpr auto kNewPortBinding = Fields{
     FIELD(NewPortBinding, "Index", Index),
     FIELD(NewPortBinding, "BoundPorts", BoundPorts),
-});
+};
 
-constexpr auto kPortBinding = fields_of<PortBinding>({
+constexpr auto kPortBinding = Fields{
     FIELD(PortBinding, "Index", Index),
     FIELD(PortBinding, "WANName", WANName),
     FIELD(PortBinding, "BoundPorts", BoundPorts),
-});
+};
 
-constexpr auto kPortStatistics = fields_of<PortStatistics>({
+constexpr auto kPortStatistics = Fields{
     FIELD(PortStatistics, "Port", Port),
     FIELD(PortStatistics, "tx_traffic", tx_traffic),
     FIELD(PortStatistics, "rx_traffic", rx_traffic),
     FIELD(PortStatistics, "tx_packets", tx_packets),
     FIELD(PortStatistics, "rx_packets", rx_packets),
-});
+};
 
 // Answers with a list of records, which may lack some that memory failed. Both lists go by the one
 // key that apps know.
-template <class Record, size_t fields>
-void answer_ports(cJSON *obj, const Fields<Record, fields> &table, const Record *entries,
-                  size_t count)
+void answer_ports(cJSON *obj, FieldList fields, const void *entries, size_t count)
 {
     constexpr char kFailure[] = "cJSON_CreateArray error";
     Reply reply;
     cJSON *list = reply.list("port_stat_list");
+    const char *entry = static_cast<const char *>(entries);
     for (size_t at = 0; at < count && list != nullptr; ++at) {
-        append_if_possible(list, table, &entries[at]);
+        append_if_possible(list, fields, entry);
+        entry += fields.record_size();
     }
     reply.success();
     answer(obj, reply, kFailure);

@@ -5,7 +5,7 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kReportedRouter = fields_of<ChildRouterInfo>({
+constexpr auto kReportedRouter = Fields{
     FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
     FIELD(ChildRouterInfo, "Name", Name),
     FIELD(ChildRouterInfo, "Mac", Mac),
@@ -23,33 +23,17 @@ constexpr auto kReportedRouter = fields_of<ChildRouterInfo>({
     FIELD(ChildRouterInfo, "Wlan0Mac", Wlan0Mac),
     FIELD(ChildRouterInfo, "Wlan1Mac", Wlan1Mac),
     FIELD(ChildRouterInfo, "dbm", dbm),
-});
+};
 
-constexpr auto kReportedStation = fields_of<ReportedDevice>({
-    FIELD(ReportedDevice, "Mac", info.Mac),
-    FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "DevType", info.DevType),
-    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
-    FIELD(ReportedDevice, "DevModle", DevModle),
-    FIELD(ReportedDevice, "Name", info.Name),
-    FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "OS", info.OS),
-    FIELD(ReportedDevice, "Version", info.Version),
-    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
-    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
-    FIELD(ReportedDevice, "AccessType", info.AccessType),
-    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
-    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
-    FIELD(ReportedDevice, "ip", info.ip),
+// The keys of a station behind those that each attached device has.
+constexpr auto kStationLimits = Fields{
     FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
     FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
     FIELD(ReportedDevice, "DownLimit", info.DownLimit),
     FIELD(ReportedDevice, "UpLimit", info.UpLimit),
     FIELD(ReportedDevice, "dbm", info.Dbm),
     FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
-});
+};
 
 // What the log says when memory ran out for one of them.
 constexpr char kNoRouter[] = "create child_router_itme err\n";
@@ -62,7 +46,7 @@ constexpr char kNoStation[] = "create child_sta_itme err\n";
 int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router)
 {
     if (obj == nullptr || router == nullptr) {
-        LOG_ERROR("child_router_info is NULL\n");
+        log_error("child_router_info is NULL\n");
         return -1;
     }
     Reply reply;
@@ -86,12 +70,12 @@ int32_t json_get_child_router_topo_info(cJSON *array)
     ChildRouterList children;
     read_or_empty<devapi_get_childrouter_list>(children);
     if (devapi_call_tslink_set_topo_speed() != 0) {
-        LOG_ERROR("call tslink set topo speed failed!\n");
+        log_error("call tslink set topo speed failed!\n");
     }
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
         JsonItem object(cJSON_CreateObject());
         if (object.get() == nullptr) {
-            LOG_ERROR(kNoRouter);
+            log_error(kNoRouter);
             return -1;
         }
         ChildRouterInfo router = {};
@@ -101,12 +85,12 @@ int32_t json_get_child_router_topo_info(cJSON *array)
             continue;
         }
         if (json_insert_childrouter_info(object.get(), &router) != 0) {
-            LOG_ERROR(kNoRouter);
+            log_error(kNoRouter);
             return -1;
         }
         cJSON *stations = cJSON_CreateArray();
         if (stations == nullptr) {
-            LOG_ERROR("create child_array err!\n");
+            log_error("create child_array err!\n");
             continue;
         }
         json_get_childsta_info(stations, Ended(router.Mac).text());
@@ -121,7 +105,7 @@ int32_t json_get_child_router_topo_info(cJSON *array)
 void json_get_childsta_info(cJSON *array, const char *mac)
 {
     if (array == nullptr || mac == nullptr) {
-        LOG_ERROR("param is NULL\n");
+        log_error("param is NULL\n");
         return;
     }
     ChildStationList stations;
@@ -129,17 +113,17 @@ void json_get_childsta_info(cJSON *array, const char *mac)
     for (size_t at = 0; at < clamped(stations.count, MESH_MAX_STATIONS); ++at) {
         JsonItem object(cJSON_CreateObject());
         if (object.get() == nullptr) {
-            LOG_ERROR(kNoStation);
+            log_error(kNoStation);
             return;
         }
         AdBaseInfo station = {};
         station.HostIndex = stations.indexes[at];
         if (devapi_get_childsta_base_info(&station) != 0) {
-            LOG_ERROR("get ad_base info err\n");
+            log_error("get ad_base info err\n");
             continue;
         }
         if (json_insert_childsta_info(object.get(), &station) != 0) {
-            LOG_ERROR(kNoStation);
+            log_error(kNoStation);
             return;
         }
         cJSON_AddItemToArray(array, object.release());
@@ -149,7 +133,7 @@ void json_get_childsta_info(cJSON *array, const char *mac)
 int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
 {
     if (obj == nullptr || station == nullptr) {
-        LOG_ERROR("child_router_info is NULL\n");
+        log_error("child_router_info is NULL\n");
         return -1;
     }
     put_elapsed(station, zone_hours());
@@ -160,6 +144,7 @@ int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
         assign(reported.info.ByName, reported.info.Name);
     }
     Reply reply;
-    reply.fields(kReportedStation, &reported);
+    reply.fields(kAttachedDevice, &reported);
+    reply.fields(kStationLimits, &reported);
     return reply.join(obj) ? 0 : -1;
 }

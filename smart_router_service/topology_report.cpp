@@ -18,7 +18,7 @@ struct ReportedRouter {
     char NetQuality[2];
 };
 
-constexpr auto kRouter = fields_of<ReportedRouter>({
+constexpr auto kRouter = Fields{
     FIELD(ReportedRouter, "Name", base.Name),
     FIELD(ReportedRouter, "Mac", base.Mac),
     FIELD(ReportedRouter, "NetStatus", base.NetStatus),
@@ -49,12 +49,12 @@ constexpr auto kRouter = fields_of<ReportedRouter>({
     FIELD(ReportedRouter, "NetQuality", NetQuality),
     FIELD(ReportedRouter, "Wlan0Mac", base.Wlan0Mac),
     FIELD(ReportedRouter, "Wlan1Mac", base.Wlan1Mac),
-});
+};
 
-constexpr auto kLinkToChild = fields_of<MeshLink>({
+constexpr auto kLinkToChild = Fields{
     FIELD(MeshLink, "nexthopMAC", nexthopMAC),
     FIELD(MeshLink, "dbm", dbm),
-});
+};
 
 // Devices have two ways of saying that a radio is on.
 template <size_t width> void put_radio_state(char (&state)[width])
@@ -69,7 +69,7 @@ bool add_mesh_links(Reply &router)
     read_or_empty<devapi_get_childrouter_list>(children);
     cJSON *links = cJSON_CreateArray();
     if (links == nullptr) {
-        LOG_ERROR("create mesh_json err");
+        log_error("create mesh_json err");
         return false;
     }
     router.add("MeshInfo", links);
@@ -89,7 +89,7 @@ bool add_children(Reply &router, const BridgeMac &bridge)
 {
     cJSON *list = cJSON_CreateArray();
     if (list == nullptr) {
-        LOG_ERROR("create childinfo_json err");
+        log_error("create childinfo_json err");
         return false;
     }
     router.add("ChildInfo", list);
@@ -123,31 +123,15 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 // What apps have room for, in one report.
 constexpr int32_t kMostDevices = 32;
 
-constexpr auto kDevice = fields_of<ReportedDevice>({
-    FIELD(ReportedDevice, "Mac", info.Mac),
-    FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "DevType", info.DevType),
-    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
-    FIELD(ReportedDevice, "DevModle", DevModle),
-    FIELD(ReportedDevice, "Name", info.Name),
-    FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "OS", info.OS),
-    FIELD(ReportedDevice, "Version", info.Version),
-    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
-    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
-    FIELD(ReportedDevice, "AccessType", info.AccessType),
-    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
-    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
-    FIELD(ReportedDevice, "ip", info.ip),
+// Its keys behind those that a child router's station has as well.
+constexpr auto kDeviceLimits = Fields{
     FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
     FIELD(ReportedDevice, "DownLimit", info.DownLimit),
     FIELD(ReportedDevice, "UpLimit", info.UpLimit),
     FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
     FIELD(ReportedDevice, "dbm", info.Dbm),
     FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
-});
+};
 
 // Puts the text into a field that has a value, and empties one that has none.
 template <size_t width> void put_if_known(char (&field)[width], const char *text)
@@ -278,11 +262,11 @@ int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
             ++g_active_num;
         }
         complete_device(&device);
-        cJSON *object = object_of(kDevice, &device);
-        if (object == nullptr) {
+        JsonItem object(object_of(kAttachedDevice, &device));
+        if (object.get() == nullptr || !add_fields(object.get(), kDeviceLimits, &device)) {
             return -1;
         }
-        cJSON_AddItemToArray(*array, object);
+        cJSON_AddItemToArray(*array, object.release());
     }
     return 0;
 }
@@ -294,8 +278,7 @@ int32_t json_get_tsnk_topo_info(cJSON *obj)
     constexpr char kFailure[] = "Create mainrouter json error";
     JsonItem router(cJSON_CreateObject());
     if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     Reply reply;
     reply.add("MainRouter", router.release());

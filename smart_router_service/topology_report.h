@@ -3,6 +3,31 @@
 
 #include "mesh_report.h"
 
+namespace smart_router {
+
+// The keys that each device begins with, the main router's own or the station of a child router.
+inline constexpr auto kAttachedDevice = Fields{
+    FIELD(ReportedDevice, "Mac", info.Mac),
+    FIELD(ReportedDevice, "UID", info.UID),
+    FIELD(ReportedDevice, "DevType", info.DevType),
+    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
+    FIELD(ReportedDevice, "DevModle", DevModle),
+    FIELD(ReportedDevice, "Name", info.Name),
+    FIELD(ReportedDevice, "ByName", info.ByName),
+    FIELD(ReportedDevice, "OS", info.OS),
+    FIELD(ReportedDevice, "Version", info.Version),
+    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
+    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
+    FIELD(ReportedDevice, "AccessType", info.AccessType),
+    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
+    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
+    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
+    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
+    FIELD(ReportedDevice, "ip", info.ip),
+};
+
+} // namespace smart_router
+
 extern "C" {
 
 // Fills an object with the main router: its own information, its mesh and the devices attached to

@@ -5,21 +5,21 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kUplinkFields = fields_of<UplinkWifiInfo>({
+constexpr auto kUplinkFields = Fields{
     FIELD(UplinkWifiInfo, "SSID", SSID),
     FIELD(UplinkWifiInfo, "PWD", PWD),
     FIELD(UplinkWifiInfo, "ENCRYPT", ENCRYPT),
     FIELD(UplinkWifiInfo, "WPACypher", WPACypher),
     FIELD(UplinkWifiInfo, "WPA2Cypher", WPA2Cypher),
     FIELD(UplinkWifiInfo, "Band", Band),
-});
+};
 
 // The names that the log knows the keys by.
-constexpr const char *kLoggedNames[] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
+constexpr char kLoggedNames[][8] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
 
-constexpr auto kConnectedSsid = fields_of<UplinkWifiInfo>({
+constexpr auto kConnectedSsid = Fields{
     FIELD(UplinkWifiInfo, "ConnectedSSID", SSID),
-});
+};
 
 constexpr char kFailure[] = "SET_UPLINK_WIFI_INFO_FAIL";
 
@@ -36,7 +36,7 @@ void answer_in_use(cJSON *obj)
 
 int32_t json_set_uplink_wifi_info(cJSON *obj)
 {
-    constexpr size_t kCount = sizeof kUplinkFields.field / sizeof kUplinkFields.field[0];
+    constexpr size_t kCount = kUplinkFields.kCount;
     cJSON *items[kCount];
     const char *wrong = find_required(obj, kUplinkFields, kNodeOrValueNull, items);
     for (size_t at = 0; at < kCount; ++at) {
@@ -45,9 +45,8 @@ int32_t json_set_uplink_wifi_info(cJSON *obj)
         }
     }
     if (wrong != nullptr) {
-        LOG_ERROR("some object is NULL !\n");
-        fail(obj, wrong);
-        return -1;
+        log_error("some object is NULL !\n");
+        return refuse(obj, wrong);
     }
     LOG_ERROR("ssid = %s,pwd = %s,encrypt = %s, cypher1 = %s, cypher2 = %s, band = %s\r\n",
               text_of(items[0]), text_of(items[1]), text_of(items[2]), text_of(items[3]),
@@ -55,8 +54,7 @@ int32_t json_set_uplink_wifi_info(cJSON *obj)
 
     UplinkWifiInfo uplink = {};
     copy_items(kUplinkFields, items, &uplink);
-    Reply success;
-    success.success();
+    SuccessReply success;
     success.reserve(kConnectedSsid);
     const int32_t result = success.complete() ? devapi_set_uplink_wifi_info(&uplink) : -1;
     for (cJSON *item : items) {

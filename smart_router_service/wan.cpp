@@ -5,12 +5,12 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kWanNum = fields_of<WanNum>({
+constexpr auto kWanNum = Fields{
     FIELD(WanNum, "NUM", NUM),
     FIELD(WanNum, "Description", Description),
-});
+};
 
-constexpr auto kWanReply = fields_of<WanInfo>({
+constexpr auto kWanReply = Fields{
     FIELD(WanInfo, "INDEX", INDEX),
     FIELD(WanInfo, "IFNAME", IFNAME),
     FIELD(WanInfo, "CONNECTIONTYPE", CONNECTIONTYPE),
@@ -40,9 +40,9 @@ constexpr auto kWanReply = fields_of<WanInfo>({
     FIELD(WanInfo, "QOSENABLE", QOSENABLE),
     FIELD(WanInfo, "VLANID", VLANID),
     FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
-});
+};
 
-constexpr auto kWanSetting = fields_of<WanInfo>({
+constexpr auto kWanSetting = Fields{
     FIELD(WanInfo, "WANName", WANName),
     FIELD(WanInfo, "SERVICELIST", SERVICELIST),
     FIELD(WanInfo, "ADDRESSTYPE", ADDRESSTYPE),
@@ -63,17 +63,40 @@ constexpr auto kWanSetting = fields_of<WanInfo>({
     FIELD(WanInfo, "QOSENABLE", QOSENABLE),
     FIELD(WanInfo, "VLANID", VLANID),
     FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
-});
-
-// How the setting's trace names its values, up to the sign of equality; in the order of the table.
-constexpr char kTraceNames[][19] = {
-    "wan_name ",      "service_list ", "addr_type ", "IPADDRESS ",      "SUBNETMASK ",
-    "GATEWAY ",       "DNS1 ",         "DNS2 ",      "IPV6_IPADDRESS ", "IPV6_PREFIXLENGTH ",
-    "IPV6_GATEWAY ",  "IPV6_DNS1 ",    "IPV6_DNS2",  "IPV6_PRIFIX",     "PPPOE_USR_NAME",
-    "PPPOE_PASSWORD", "NATENABLE",     "QOSENABLE",  "VLANID",          "VLANPRIORITY",
 };
-static_assert(sizeof kTraceNames / sizeof *kTraceNames == sizeof kWanSetting.field / sizeof(Field),
-              "one name for each key");
+
+// How the setting's trace names its values, up to the sign of equality; one behind the other, in
+// the order of the table.
+constexpr char kTraceNames[] = "wan_name \0"
+                               "service_list \0"
+                               "addr_type \0"
+                               "IPADDRESS \0"
+                               "SUBNETMASK \0"
+                               "GATEWAY \0"
+                               "DNS1 \0"
+                               "DNS2 \0"
+                               "IPV6_IPADDRESS \0"
+                               "IPV6_PREFIXLENGTH \0"
+                               "IPV6_GATEWAY \0"
+                               "IPV6_DNS1 \0"
+                               "IPV6_DNS2\0"
+                               "IPV6_PRIFIX\0"
+                               "PPPOE_USR_NAME\0"
+                               "PPPOE_PASSWORD\0"
+                               "NATENABLE\0"
+                               "QOSENABLE\0"
+                               "VLANID\0"
+                               "VLANPRIORITY";
+
+constexpr size_t count_names()
+{
+    size_t count = 0;
+    for (const char letter : kTraceNames) {
+        count += letter == '\0' ? 1 : 0;
+    }
+    return count;
+}
+static_assert(count_names() == kWanSetting.kCount, "one name for each key");
 
 // The first keys of the setting are those that a request should not go without.
 constexpr size_t kExpectedKeys = 3;
@@ -102,9 +125,8 @@ int32_t json_query_wan_info(cJSON *obj)
 {
     cJSON *name = cJSON_GetObjectItem(obj, "WANName");
     if (text_of(name) == nullptr) {
-        LOG_ERROR("can not find WANName object!\n");
-        fail(obj, "json object WANName not found!");
-        return -1;
+        log_error("can not find WANName object!\n");
+        return refuse(obj, "json object WANName not found!");
     }
     WanInfo wan = {};
     copy_text(wan.WANName, text_of(name));
@@ -114,8 +136,7 @@ int32_t json_query_wan_info(cJSON *obj)
         return result;
     }
     empty_missing_values(&wan);
-    Reply reply;
-    reply.success();
+    SuccessReply reply;
     reply.fields(kWanReply, &wan);
     if (reply.complete()) {
         consume(obj, name);
@@ -126,24 +147,25 @@ int32_t json_query_wan_info(cJSON *obj)
 int32_t json_set_wan_info(cJSON *obj)
 {
     constexpr char kFailure[] = "SET_ROUTE_WAN_INFO_FAIL";
-    constexpr size_t kKeys = sizeof kWanSetting.field / sizeof(Field);
     WanInfo wan = {};
-    cJSON *items[kKeys];
+    cJSON *items[kWanSetting.kCount];
     find_items(obj, kWanSetting, items);
-    for (size_t at = 0; at < kKeys; ++at) {
-        const Field &field = kWanSetting.field[at];
+    size_t at = 0;
+    const char *name = kTraceNames;
+    for (const Field field : FieldList(kWanSetting)) {
         const char *text = text_of(items[at]);
         if (text != nullptr) {
-            LOG_DEBUG("%s= %s \n", kTraceNames[at], text);
+            LOG_DEBUG("%s= %s \n", name, text);
             store(field, &wan, text);
         } else if (at < kExpectedKeys) {
             LOG_ERROR("can not find %s object!\n", field.key);
         } else {
             LOG_DEBUG("can not find %s object!\n", field.key);
         }
+        ++at;
+        name += strlen(name) + 1;
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     const bool can_set = cJSON_IsObject(obj) != 0 && success.complete();
     const int32_t result = can_set ? devapi_set_route_wan_info(&wan) : -1;
     for (cJSON *item : items) {

@@ -5,7 +5,7 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kSsidReply = fields_of<SsidInfo>({
+constexpr auto kSsidReply = Fields{
     FIELD(SsidInfo, "SSID", SSID),
     FIELD(SsidInfo, "PWD", PWD),
     FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
@@ -17,30 +17,29 @@ constexpr auto kSsidReply = fields_of<SsidInfo>({
     FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
     FIELD(SsidInfo, "Mode", Mode),
     FIELD(SsidInfo, "Beamforming", Beamforming),
-});
+};
 
-constexpr auto kSsidSetting = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
-});
+constexpr auto kSsidSetting =
+    Fields{
+        FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+        FIELD(SsidInfo, "SSID", SSID),
+        FIELD(SsidInfo, "PWD", PWD),
+        FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+        FIELD(SsidInfo, "PowerLevel", PowerLevel),
+        FIELD(SsidInfo, "Channel", Channel),
+        FIELD(SsidInfo, "Enable", Enable),
+        FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+        FIELD(SsidInfo, "Mode", Mode),
+        FIELD(SsidInfo, "Beamforming", Beamforming),
+    }
+        .requiring(kSsidRequired);
 
 // What the agent's own settings carry; the encryption is not among it.
-constexpr auto kAgentSsidSetting = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "PWD", PWD),
-});
+constexpr auto kAgentSsidSetting = Fields{
+    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),   FIELD(SsidInfo, "SSID", SSID),
+    FIELD(SsidInfo, "PowerLevel", PowerLevel), FIELD(SsidInfo, "Channel", Channel),
+    FIELD(SsidInfo, "Enable", Enable),         FIELD(SsidInfo, "PWD", PWD),
+};
 
 // The SSID whose power level is pushed to the 5 GHz radio as well.
 constexpr int32_t kMainSsid = 1;
@@ -52,24 +51,21 @@ int32_t json_get_wifi_info(cJSON *obj)
     constexpr char kFailure[] = "get ssid info failed";
     cJSON *item = cJSON_GetObjectItem(obj, "SSIDIndex");
     if (text_of(item) == nullptr) {
-        LOG_ERROR("can not find SSIDIndex object!\n");
-        fail(obj, "no index");
-        return -1;
+        log_error("can not find SSIDIndex object!\n");
+        return refuse(obj, "no index");
     }
     char index[64];
     copy_text(index, text_of(item));
     if (index[0] == '\0') {
-        LOG_ERROR("invalid SSIDIndex!\n");
-        fail(obj, "index string null");
-        return -1;
+        log_error("invalid SSIDIndex!\n");
+        return refuse(obj, "index string null");
     }
     SsidInfo ssid = {};
     ssid.SSIDIndex = number_of(index);
     if (ssid.SSIDIndex == 0) {
         // Whatever is no number is 0. Which of the others exist is for the device to say.
-        LOG_ERROR("invalid SSIDIndex 0!\n");
-        fail(obj, "index is 0, (should be 1 to 8)");
-        return -1;
+        log_error("invalid SSIDIndex 0!\n");
+        return refuse(obj, "index is 0, (should be 1 to 8)");
     }
     const int32_t result = devapi_get_ssid_info(&ssid);
     consume(obj, item);
@@ -81,7 +77,7 @@ int32_t json_set_wifi_info(cJSON *obj)
 {
     constexpr char kFailure[] = "SET_WIFI_INFO_FAIL";
     SsidInfo ssid = {};
-    SettingRun run(obj, kSsidSetting, Consume::kAfterCall, kSsidRequired);
+    SettingRun run(obj, kSsidSetting, Consume::kAfterCall);
     if (!run.find(kNodeOrValueNull) || !run.fill(&ssid, kFailure)) {
         return -1;
     }

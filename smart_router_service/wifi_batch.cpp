@@ -18,7 +18,7 @@ char g_fastroaming_enable[8] = "";
 
 namespace {
 
-constexpr auto kListElement = fields_of<SsidInfo>({
+constexpr auto kListElement = Fields{
     FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
     FIELD(SsidInfo, "SSID", SSID),
     FIELD(SsidInfo, "PWD", PWD),
@@ -32,21 +32,23 @@ constexpr auto kListElement = fields_of<SsidInfo>({
     FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
     FIELD(SsidInfo, "Mode", Mode),
     FIELD(SsidInfo, "Beamforming", Beamforming),
-});
+};
 
-constexpr auto kElementSetting = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
-});
+constexpr auto kElementSetting =
+    Fields{
+        FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+        FIELD(SsidInfo, "SSID", SSID),
+        FIELD(SsidInfo, "PWD", PWD),
+        FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+        FIELD(SsidInfo, "PowerLevel", PowerLevel),
+        FIELD(SsidInfo, "Channel", Channel),
+        FIELD(SsidInfo, "Enable", Enable),
+        FIELD(SsidInfo, "Bandwidth", Bandwidth),
+        FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+        FIELD(SsidInfo, "Mode", Mode),
+        FIELD(SsidInfo, "Beamforming", Beamforming),
+    }
+        .requiring(kSsidRequired);
 
 constexpr char kSetFailure[] = "set ssid failed";
 
@@ -107,15 +109,13 @@ int32_t json_get_wifi_list_info(cJSON *obj)
     int32_t result = devapi_get_ssid_num(&count);
     if (result != 0) {
         LOG_ERROR("devapi_get_ssid_num error! return =%d!\n", result);
-        fail(obj, kFailure);
-        return -1;
+        return refuse(obj, kFailure);
     }
     LOG_DEBUG("devapi_get_ssid_num %d!\n", count);
     result = devapi_get_wifi_stactrl(&station_control);
     if (result != 0) {
         LOG_ERROR("devapi_get_wifi_stactrl error! return =%d!\n", result);
-        fail(obj, "get stactrl error");
-        return -1;
+        return refuse(obj, "get stactrl error");
     }
     LOG_DEBUG("devapi_get_wifi_stactrl %d!\n", station_control);
 
@@ -146,20 +146,18 @@ int32_t json_get_wifi_list_info(cJSON *obj)
 
 int32_t parse_wifi_info_from_json(SsidInfo *record, cJSON *item)
 {
-    return read_fields(item, kElementSetting, record, kSsidRequired);
+    return read_fields(item, kElementSetting, record);
 }
 
 int32_t json_set_wifi_info_list(cJSON *obj)
 {
     cJSON *elements = array_of(obj, "WIFILIST");
     if (elements == nullptr) {
-        fail(obj, "json node: wifilist not found");
-        return -1;
+        return refuse(obj, "json node: wifilist not found");
     }
     cJSON *station_control = cJSON_GetObjectItem(obj, "StaCtrl");
     if (text_of(station_control) == nullptr) {
-        fail(obj, "json node: StaCtrl not found");
-        return -1;
+        return refuse(obj, "json node: StaCtrl not found");
     }
     // Both switches are the worker's from here on, also the worker's of the batch before.
     copy_text(g_stactrl_enable, text_of(station_control));
@@ -176,8 +174,7 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     devapi_get_5g_wifi_index(&main_5g_index);
 
     // The replies are there before the worker is: once it runs, it cannot be called back.
-    Reply success;
-    success.success();
+    SuccessReply success;
     const bool sound = records != nullptr && success.complete() && convert(elements, records);
     const bool main_ssid_off = sound && turns_main_ssid_off(records, count, main_5g_index);
     Reply warning;
@@ -188,8 +185,7 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     if (!sound || !warning.complete() || !start_worker(records, count)) {
         free(records);
         consume(obj, elements);
-        fail(obj, kSetFailure);
-        return -1;
+        return refuse(obj, kSetFailure);
     }
 
     int32_t mesh = 0;

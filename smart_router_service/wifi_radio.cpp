@@ -8,16 +8,16 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kSleepFields = fields_of<WifiSleepInfo>({
+constexpr auto kSleepFields = Fields{
     FIELD(WifiSleepInfo, "Enable", Enable),
     FIELD(WifiSleepInfo, "StartTime", StartTime),
     FIELD(WifiSleepInfo, "EndTime", EndTime),
     FIELD(WifiSleepInfo, "DaysOfWeek", DaysOfWeek),
-});
+};
 
 constexpr int32_t kSleepPeriods = 3;
 
-constexpr auto kScanFields = fields_of<ScanEntry>({
+constexpr auto kScanFields = Fields{
     FIELD(ScanEntry, "SSID", SSID),
     FIELD(ScanEntry, "PowerLevel", PowerLevel),
     FIELD(ScanEntry, "ENCRYPT", ENCRYPT),
@@ -25,15 +25,15 @@ constexpr auto kScanFields = fields_of<ScanEntry>({
     FIELD(ScanEntry, "WPA2Cypher", WPA2Cypher),
     FIELD(ScanEntry, "Band", Band),
     FIELD(ScanEntry, "Connected", Connected),
-});
+};
 
 // The protocol promises no more networks than the first twenty slots hold.
 constexpr size_t kReportedSlots = 20;
 
-constexpr auto kPowerFields = fields_of<ChannelPower>({
+constexpr auto kPowerFields = Fields{
     FIELD(ChannelPower, "name", name),
     FIELD(ChannelPower, "dbpower", dbpower),
-});
+};
 
 // What a scan found, with the entries that it left behind.
 class ScanOwner {
@@ -56,7 +56,7 @@ struct ChannelName {
     int32_t number;
 };
 
-constexpr auto kChannelName = fields_of<ChannelName>({FIELD(ChannelName, "Name", number)});
+constexpr auto kChannelName = Fields{FIELD(ChannelName, "Name", number)};
 
 template <size_t most>
 void list_channels(Reply &reply, const char *key, const int16_t (&channels)[most], int32_t count)
@@ -120,11 +120,9 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
 {
     cJSON *list = array_of(obj, "WIFISleepList");
     if (list == nullptr) {
-        fail(obj, "json node: WIFISleepList not found");
-        return -1;
+        return refuse(obj, "json node: WIFISleepList not found");
     }
-    Reply success;
-    success.success();
+    SuccessReply success;
     // The old schedule goes before the new one is looked at.
     const char *wrong = "del all wifi timerinfo failed";
     if (success.complete() && devapi_del_all_wifi_timerinfo() == 0) {
@@ -132,8 +130,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
     }
     consume(obj, list);
     if (wrong != nullptr) {
-        fail(obj, wrong);
-        return -1;
+        return refuse(obj, wrong);
     }
     success.join(obj);
     return 0;

@@ -154,10 +154,10 @@ TEST_F(HandlerSupportRecordsTest, AllocatedMemoryIsZeroed)
 
 // ---- Replies -----------------------------------------------------------------------------------
 
-constexpr auto kFields = fields_of<Brim>({
+constexpr auto kFields = Fields{
     FIELD(Brim, "field", field),
     FIELD(Brim, "behind", behind),
-});
+};
 
 TEST_F(HandlerSupportRecordsTest, AReplyHoldsItemsListsAndElements)
 {

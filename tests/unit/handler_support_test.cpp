@@ -17,13 +17,19 @@ struct Lamp {
     char Level[4];
 };
 
-constexpr auto kLampFields = fields_of<Lamp>({
+constexpr auto kLampFields = Fields{
     FIELD(Lamp, "Colour", Colour),
     FIELD(Lamp, "Level", Level),
-});
+};
 
-static_assert(sizeof kLampFields == 2 * sizeof(Field));
-static_assert(kLampFields.field[1].offset == 12 && kLampFields.field[1].width == 4);
+static_assert(sizeof kLampFields == 4 + (4 + sizeof "Colour") + (4 + sizeof "Level"));
+constexpr Field kLevel = *++FieldList(kLampFields).begin();
+static_assert(kLevel.offset == 12 && kLevel.width == 4);
+static_assert(FieldList(kLampFields).count() == 2 && FieldList(kLampFields).required() == 2);
+static_assert(FieldList(kLampFields).record_size() == sizeof(Lamp));
+constexpr auto kColourRequired = kLampFields.requiring(1);
+static_assert(FieldList(kColourRequired).count() == 2 &&
+              FieldList(kColourRequired).required() == 1);
 
 int32_t result;
 Lamp lamp;
@@ -238,7 +244,7 @@ TEST_F(HandlerSupportTest, AReportingActionReportsWhatTheDeviceLeft)
 
 // ---- Numbers -----------------------------------------------------------------------------------
 
-constexpr auto kNumber = fields_of<Lamp>({FIELD(Lamp, "Number", number)});
+constexpr auto kNumber = Fields{FIELD(Lamp, "Number", number)};
 
 TEST_F(HandlerSupportTest, ANumberTravelsAsText)
 {

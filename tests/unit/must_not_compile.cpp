@@ -21,24 +21,24 @@ int32_t get_two(Two *)
 }
 
 #if CASE == 1
-constexpr auto kFields = fields_of<One>({FIELD(One, "Name", Name), FIELD(One, "name", Other)});
+constexpr auto kFields = Fields{FIELD(One, "Name", Name), FIELD(One, "name", Other)};
 #elif CASE == 2
-constexpr auto kFields = fields_of<One>({FIELD(One, "Name", Name), FIELD(Two, "Other", Name)});
+constexpr auto kFields = Fields{FIELD(One, "Name", Name), FIELD(Two, "Other", Name)};
 #elif CASE == 3
-constexpr auto kFields = fields_of<One>({FIELD(One, "Number", Number)});
+constexpr auto kFields = Fields{FIELD(One, "Number", Number)};
 #elif CASE == 4
-constexpr auto kFields = fields_of<One>({FIELD(One, "ThisKeyIsMuchTooLongForTheTable", Name)});
+constexpr auto kFields = Fields{FIELD(One, "ThisKeyIsMuchTooLongForAnyTableOfFields", Name)};
 #else
-constexpr auto kFields = fields_of<One>({FIELD(One, "Name", Name)});
+constexpr auto kFields = Fields{FIELD(One, "Name", Name)};
 #endif
 
 #if CASE == 5
 HANDLER(handler, query<get_two>(kFields, "no"))
 #else
-constexpr auto kTwoFields = fields_of<Two>({FIELD(Two, "Name", Name)});
+constexpr auto kTwoFields = Fields{FIELD(Two, "Name", Name)};
 HANDLER(handler, query<get_two>(kTwoFields, "no"))
 #endif
 
-static_assert(kFields.field[0].width == 8);
+static_assert((*FieldList(kFields).begin()).width == 8);
 
 } // namespace

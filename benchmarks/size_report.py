@@ -1,0 +1,143 @@
+"""Prints what the plug-in takes on a router: its sections, the code of each handler and the stack that it needs.
+size_report.py [--check] READELF OBJDUMP STRIP PLUGIN OBJECT...; with --check it fails when a promise is broken.
+
+What only one exported function leads to counts as its own; what several share is listed by itself. The objects have
+a section for each function, so their relocations tell who needs whom."""
+
+import collections
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+MOST_FILE = 100 * 1024  # bytes of the stripped file
+MOST_WRITABLE = 4 * 1024
+MOST_STACK = 8 * 1024  # of a handler with all that it calls in the plug-in
+
+SHOWN = 20  # frames
+
+
+def run(*command):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+
+
+def sections_of(readelf, file):
+    """Each section of a file: name, size and flags."""
+    for line in run(readelf, "--section-headers", "--wide", file).splitlines():
+        if match := re.match(r"\s*\[ *\d+\] (\S+)\s+\S+\s+[0-9a-f]{8} [0-9a-f]+ ([0-9a-f]+) \S+ +([A-Za-z]*) ", line):
+            yield match[1], int(match[2], 16), match[3]
+
+
+def exported_by(readelf, plugin):
+    table = run(readelf, "--dyn-syms", "--wide", plugin)
+    return set(re.findall(r" FUNC +GLOBAL +\S+(?: \[.*\])? +(?!UND)\S+ (\w+)$", table, re.M))
+
+
+class Code:
+    """The functions and constants of the objects, as their sections, and who needs whom."""
+
+    def __init__(self, readelf, objdump, objects):
+        self.size, self.frame = {}, {}
+        self.needs = collections.defaultdict(set)
+        for file in objects:
+            self.read_object(readelf, objdump, file)
+
+    def read_object(self, readelf, objdump, file):
+        stem = pathlib.Path(file).name.partition(".")[0]
+        local = set(re.findall(r" LOCAL +DEFAULT(?: \[.*\])? +\d+ (\S+)$",
+                               run(readelf, "--symbols", "--wide", file), re.M))
+        mergeable = set()
+
+        def name_of(symbol):
+            name = re.sub(r"^\.(text|rodata|data\.rel\.ro\.local|data\.rel\.ro)\.", "", symbol)
+            return f"{stem}: {name}" if name in local or name.startswith("_ZL") else name
+
+        for name, size, flags in sections_of(readelf, file):
+            if "M" in flags:
+                mergeable.add(name)
+            elif re.match(r"\.(text|rodata)\.", name) and size:
+                self.size[name_of(name)] = (size, name.startswith(".text"))
+        function = None
+        for line in run(readelf, "--relocs", "--wide", file).splitlines():
+            if match := re.match(r"Relocation section '\.rel(\.\S+)'", line):
+                function = name_of(match[1])
+            elif match := re.match(r"[0-9a-f]{8}  [0-9a-f]{8} R_MIPS\w+ +[0-9a-f]{8} +(\S+)", line):
+                if match[1] not in mergeable:
+                    self.needs[function].add(name_of(match[1]))
+        for line in run(objdump, "--disassemble", "--no-show-raw-insn", file).splitlines():
+            if match := re.match(r"[0-9a-f]{8} <(\S+)>:", line):
+                function = name_of(match[1])
+            elif match := re.search(r"\taddiu\tsp,(?:sp,)?-(\d+)|\tsave\t(?:a[^,]*,)?(\d+),", line):
+                self.frame[function] = self.frame.get(function, 0) + int(match[1] or match[2])
+
+    def reached(self, root, stop):
+        """What the root leads to, itself included, without going through those to stop at."""
+        found, waiting = {root}, [root]
+        while waiting:
+            for name in self.needs[waiting.pop()]:
+                if name in self.size and name not in found and name not in stop:
+                    found.add(name)
+                    waiting.append(name)
+        return found
+
+    def depth(self, function, above=()):
+        """The deepest stack below and with a function."""
+        assert function not in above, f"{function} calls itself, so its stack has no limit"
+        called = [name for name in self.needs[function] if self.size.get(name, (0, False))[1] and name != function]
+        return self.frame.get(function, 0) + max((self.depth(name, (*above, function)) for name in called), default=0)
+
+
+def demangled(names):
+    plain = run("c++filt", *(name.rpartition(": ")[2] for name in names)).splitlines()
+    for name, text in zip(names, plain):
+        yield name.rpartition(": ")[0], re.sub(r"smart_router::|\(anonymous namespace\)::", "", text)
+
+
+def main(readelf, objdump, strip, plugin, *objects, check=False):
+    with tempfile.TemporaryDirectory() as directory:
+        stripped = os.path.join(directory, "plugin.so")
+        subprocess.run([strip, "-o", stripped, plugin], check=True)
+        file_size = os.path.getsize(stripped)
+        sections = list(sections_of(readelf, stripped))
+    writable = sum(size for _, size, flags in sections if "W" in flags)
+    for name, size, _ in sorted(sections, key=lambda section: -section[1]):
+        print(f"{size:8} {name}")
+
+    code = Code(readelf, objdump, objects)
+    exported = exported_by(readelf, plugin) & code.size.keys()
+    leads_to = {root: code.reached(root, exported - {root}) for root in exported}
+    users = collections.Counter(name for names in leads_to.values() for name in names)
+
+    def total(names, is_code):
+        return sum(size for size, what in (code.size[name] for name in names) if what == is_code)
+
+    print("\n    code  constants  stack  exported function, with what only it needs")
+    depths = {root: code.depth(root) for root in exported}
+    rows = {root: [name for name in names if users[name] == 1] for root, names in leads_to.items()}
+    for root, own in sorted(rows.items(), key=lambda row: (-total(row[1], True), row[0])):
+        print(f"{total(own, True):8} {total(own, False):10} {depths[root]:6}  {root}")
+    shared = sorted((name for name in users if users[name] > 1), key=lambda name: (-code.size[name][0], name))
+    print("\n    size  users  shared")
+    for name, (file, text) in zip(shared, demangled(shared)):
+        print(f"{code.size[name][0]:8} {users[name]:6}  {text}{f' ({file})' if file else ''}")
+    largest = sorted(code.frame, key=lambda name: (-code.frame[name], name))[:SHOWN]
+    print("\n   frame  function")
+    for name, (_, text) in zip(largest, demangled(largest)):
+        print(f"{code.frame[name]:8}  {text}")
+
+    deepest = max(depths, key=depths.get)
+    print()
+    broken = 0
+    for what, value, most in (("bytes of the file, stripped", file_size, MOST_FILE),
+                              ("bytes of writable data", writable, MOST_WRITABLE),
+                              (f"bytes of stack in {deepest}", depths[deepest], MOST_STACK)):
+        broken += value > most
+        print(f"{value} {what}, {most} promised{'  <-- too much' if value > most else ''}")
+    return 1 if check and broken else 0
+
+
+if __name__ == "__main__":
+    arguments = [argument for argument in sys.argv[1:] if argument != "--check"]
+    sys.exit(main(*arguments, check=len(arguments) < len(sys.argv) - 1))
