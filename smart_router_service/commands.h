@@ -2,7 +2,8 @@
 //
 // Everything that has to know all commands iterates this table: the dispatcher, the handlers'
 // prototypes below, and the tests. The rows stand in the order of the protocol's own list of
-// commands, which groups them by subject; a handler is found by searching for its name.
+// commands, which groups them by subject, and new ones behind it; a handler is found by searching
+// for its name.
 #pragma once
 
 #include "smart_router_service/processjsonability.h"

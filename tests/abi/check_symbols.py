@@ -1,6 +1,6 @@
 """Compares what built plug-ins export and need with the reviewed lists.
 
-usage: check_symbols.py READELF EXPORTS_MAP NEEDED_TXT DEVICE_ACCESS_H PLUGIN...
+usage: check_symbols.py READELF EXPORTS_MAP COMMANDS_H NEEDED_TXT DEVICE_ACCESS_H PLUGIN...
 
 What a plug-in needs varies with the optimisation, so a plug-in may need no more than the list, and the
 plug-ins together have to need all of it, save what is left to the compiler."""
@@ -21,6 +21,11 @@ def exports_in(map_file):
     with open(map_file, encoding="utf-8") as text:
         listed = re.sub(r"/\*.*?\*/", "", text.read(), flags=re.S)
     return set(re.findall(r"^\s+(\w+);", listed.split("local:")[0], re.M))
+
+
+def handlers_in(command_table):
+    with open(command_table, encoding="utf-8") as text:
+        return set(re.findall(r'COMMAND\("\w+",\s*(\w+)\)', text.read()))
 
 
 def needed_in(list_file):
@@ -68,8 +73,8 @@ def faults_of(readelf, plugin):
         yield "asks for an executable stack"
 
 
-def main(readelf, map_file, list_file, device_header, *plugins):
-    exports, needed = exports_in(map_file), needed_in(list_file)
+def main(readelf, map_file, command_table, list_file, device_header, *plugins):
+    exports, needed = exports_in(map_file) | handlers_in(command_table), needed_in(list_file)
     libraries, weak = needed.pop("libraries"), needed.pop("weak")
     strong = device_functions_in(device_header).union(*needed.values())
     required = strong - needed["compiler"]
@@ -78,7 +83,7 @@ def main(readelf, map_file, list_file, device_header, *plugins):
         exported, undefined = symbols(readelf, plugin)
         ever_undefined |= undefined["GLOBAL"]
         found = set(re.findall(r"\(NEEDED\).*\[(.*)\]", read(readelf, "--dynamic", plugin)))
-        for what, names in (("exports beyond the map", exported - exports),
+        for what, names in (("exports beyond the map and the table", exported - exports),
                             ("does not export", exports - exported),
                             ("needs beyond the list", undefined["GLOBAL"] - strong),
                             ("needs weakly beyond the list", undefined["WEAK"] - weak),

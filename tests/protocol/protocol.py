@@ -3,8 +3,12 @@
 import json
 import pathlib
 import re
+import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "protocol"))
+
+from descriptions import descriptions  # noqa: E402,F401
 
 
 class Object(list):
@@ -13,12 +17,6 @@ class Object(list):
 
 def parse(text):
     return json.loads(text, object_pairs_hook=Object)
-
-
-def descriptions():
-    """The descriptions by file."""
-    files = sorted((ROOT / "protocol/commands").glob("*.json"))
-    return {file: json.loads(file.read_text(encoding="utf-8")) for file in files}
 
 
 def command_table():

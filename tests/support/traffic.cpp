@@ -1,5 +1,6 @@
 #include "traffic.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -14,7 +15,8 @@ void record_traffic(std::string_view command, std::string_view request_json,
         return;
     }
     std::string line = "{\"command\":\"";
-    line.append(command).append("\",\"request\":").append(request_json);
+    line.append(command).append("\",\"by\":\"").append(program_invocation_short_name);
+    line.append("\",\"request\":").append(request_json);
     line.append(",\"reply\":").append(reply_json).append("}\n");
 
     // Tests run side by side: one write to a file opened for appending keeps the lines apart.

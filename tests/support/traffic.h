@@ -3,7 +3,8 @@
 
 #include <string_view>
 
-// Appends one command with its request and its reply, each as JSON text, to the file that the
-// environment variable PROTOCOL_TRAFFIC names; nothing when it is not set.
+// Appends one command with its request and its reply, each as JSON text, and the name of this
+// program to the file that the environment variable PROTOCOL_TRAFFIC names; nothing when it is not
+// set.
 void record_traffic(std::string_view command, std::string_view request_json,
                     std::string_view reply_json);

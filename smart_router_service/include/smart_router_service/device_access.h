@@ -204,7 +204,7 @@ int32_t devapi_get_lan_ip_info(LanIpInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
 typedef struct LanIpSetting {
-    LanIpInfo info;
+    LanIpInfo info;      /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } LanIpSetting;
 
@@ -277,7 +277,7 @@ int32_t devapi_get_hg_dhcp_info(DhcpInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
 typedef struct DhcpSetting {
-    DhcpInfo info;
+    DhcpInfo info;       /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } DhcpSetting;
 
@@ -305,7 +305,7 @@ int32_t devapi_get_hg_pppoe_info(PppoeInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
 typedef struct PppoeSetting {
-    PppoeInfo info;
+    PppoeInfo info;      /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } PppoeSetting;
 
@@ -566,12 +566,16 @@ int32_t devapi_get_5g_wifi_index(int32_t *index);
  * and not at the result; for reports, any result but 0 says that the mesh is off. */
 int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
 
-/* The three calls by which the plug-in's worker applies a list of settings: the switch of station
- * control, the switch of fast roaming (which may be empty), and each SSID, with Bandwidth. The two
- * switches are texts of at most 7 bytes that the next list may change at any time: read them once.
- * The results are not looked at. */
+/* The first of three calls by which the plug-in's worker applies a list of settings: the switch of
+ * station control, a text of at most 7 bytes that the next list may change at any time: read it
+ * once. The result is not looked at. */
 int32_t devapi_set_wifi_stactrl(const char *enable);
+
+/* The second: the switch of fast roaming, a text as before, which may be empty. The result is not
+ * looked at. */
 int32_t devapi_set_wifi_fastroaming(const char *enable);
+
+/* The third, once for each SSID: its settings, with Bandwidth. The result is not looked at. */
 int32_t devapi_set_ssid_list_info(const SsidInfo *info);
 
 /* ---- Wi-Fi schedule, scans and channels ----------------------------------------------------- */
@@ -601,11 +605,13 @@ int32_t devapi_get_wifi_sleep_info(WifiSleepInfo *info);
 /* Removes all periods. Any result but 0 is a failure. */
 int32_t devapi_del_all_wifi_timerinfo(void);
 
-/* Adds timers for one more period and then sets what they do: the device numbers the timers, and
- * may write the numbers into the first call's record for the second. Only for the first period of a
- * schedule is the record zero before; for the others it comes as these two calls left it, with new
- * texts. Any result but 0 is a failure. */
+/* Adds timers for one more period; devapi_set_wifi_sleep_info() then sets what they do. The device
+ * numbers the timers, and may write the numbers into this call's record for that one. Only for the
+ * first period of a schedule is the record zero before; for the others it comes as these two calls
+ * left it, with new texts. Any result but 0 is a failure. */
 int32_t devapi_add_wifi_timer(WifiSleepInfo *info);
+
+/* Sets what the timers do that were just added. Any result but 0 is a failure. */
 int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
 
 /* One network found by a scan. */
@@ -670,7 +676,7 @@ typedef struct WifiChannelList {
     int32_t count_24g;        /* number of channels at 2.4 GHz, at most 64 */
     int32_t count_5g;         /* number of channels at 5 GHz, at most 64 */
     int16_t channels_24g[64]; /* their numbers */
-    int16_t channels_5g[64];
+    int16_t channels_5g[64];  /* likewise at 5 GHz */
 } WifiChannelList;
 
 DEVAPI_RECORD_SIZE(WifiChannelList, 264);
@@ -981,7 +987,7 @@ int32_t devapi_get_ad_base_info(AdBaseInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
 typedef struct AdBaseSetting {
-    AdBaseInfo info;
+    AdBaseInfo info;     /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } AdBaseSetting;
 
@@ -1177,12 +1183,11 @@ int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac
 
 /* ---- Mesh: routers and stations ------------------------------------------------------------- */
 
-/* The most child routers of a mesh, stations of a child router, mesh links of a router and children
- * of a child router that are reported. */
-#define MESH_MAX_CHILD_ROUTERS 8
-#define MESH_MAX_STATIONS 64
-#define MESH_MAX_LINKS 8
-#define MESH_MAX_CHILDREN 32
+/* The most that is reported of a mesh. */
+#define MESH_MAX_CHILD_ROUTERS 8 /* child routers */
+#define MESH_MAX_STATIONS 64     /* stations of a child router */
+#define MESH_MAX_LINKS 8         /* mesh links of a router */
+#define MESH_MAX_CHILDREN 32     /* children of a child router */
 
 /* The child routers of the mesh. */
 typedef struct ChildRouterList {
@@ -1318,7 +1323,7 @@ int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
 int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
 
 /* Sets *count to the number of places in the table of attached devices, also those without a
- * device: devapi_get_ad_base_info() answers 1000 for these. argument is 0 for
+ * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
  * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(). The plug-in walks all
  * places, however many. Any result but 0 is a failure. */
 int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument);
@@ -1525,8 +1530,8 @@ int32_t devapi_get_mesh_status(MeshStatus *status);
 
 /* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; that
  * the numbers are crossed is what they know. */
-#define MESH_BUSY_1 3
-#define MESH_BUSY_0 4
+#define MESH_BUSY_1 3 /* the reason "MESH_BUSY_1" */
+#define MESH_BUSY_0 4 /* the reason "MESH_BUSY_0" */
 
 /* Applies the status. Any result but 0 is a failure. */
 int32_t devapi_set_mesh_status(const MeshStatus *status);
@@ -1644,10 +1649,10 @@ int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
 
 /* ---- Quality of service --------------------------------------------------------------------- */
 
-/* The most applications, rules, and types of a rule. */
-#define QOS_MAX_APPLICATIONS 4
-#define QOS_MAX_RULES 6
-#define QOS_MAX_TYPES 3
+/* The most that there is of each. */
+#define QOS_MAX_APPLICATIONS 4 /* applications */
+#define QOS_MAX_RULES 6        /* rules */
+#define QOS_MAX_TYPES 3        /* types of a rule */
 
 /* A kind of traffic that a rule speaks of. */
 typedef struct QosType {

@@ -144,11 +144,13 @@ SMART_ROUTER_API void *pthread_hg_image_upgrade(void *argument);
 extern SMART_ROUTER_API char *info_wersion;
 
 /*
- * How many devices the last topology report came to, and how many of them are the main router's
- * own. GET_TSLINK_TOPOLOGY_INFO sets both to 0 when it begins to list devices, and counts; the
- * first ends at 33 where there were more than the 32 that are reported. Not guarded.
+ * How many devices the last topology report came to. GET_TSLINK_TOPOLOGY_INFO sets it to 0 when it
+ * begins to list devices, and counts; it ends at 33 where there were more than the 32 that are
+ * reported. Not guarded.
  */
 extern SMART_ROUTER_API int32_t g_dev_num;
+
+/* How many of them are the main router's own; set to 0 and counted with it. */
 extern SMART_ROUTER_API int32_t g_active_num;
 
 /*
@@ -173,13 +175,14 @@ extern SMART_ROUTER_API char g_update_url[HG_UPDATE_URL_SIZE];
  */
 extern SMART_ROUTER_API pthread_mutex_t setwifilistlock;
 
-/*
- * The batch that is being applied: the number of its records, guarded by setwifilistlock, and the
- * last "StaCtrl" and the last non-empty "FastRoaming" that were received, which are not guarded: a
- * batch that arrives while another waits changes what that one applies.
- */
+/* The number of records in the batch that is being applied; guarded by setwifilistlock. */
 extern SMART_ROUTER_API int32_t g_set_wifi_array_size;
+
+/* The last "StaCtrl" that was received. It is not guarded: a batch that arrives while another waits
+ * changes what that one applies. */
 extern SMART_ROUTER_API char g_stactrl_enable[8];
+
+/* The last "FastRoaming" that was received and not empty; not guarded either. */
 extern SMART_ROUTER_API char g_fastroaming_enable[8];
 
 #ifdef __cplusplus

@@ -1,0 +1,60 @@
+#!/usr/bin/python3 -B
+"""Writes what is made from the protocol's descriptions: docs/protocol.md, the manual page hg-protocol(7)
+and the JSON Schemas.
+
+usage: generate.py [--check]
+
+With --check nothing is written: it fails, and names the file, where one is not what it would be.
+"""
+
+import json
+import sys
+
+import man_page
+import reference
+import schemas
+from descriptions import ROOT, descriptions
+
+SCHEMA_FOLDER = ROOT / "protocol/schemas"
+
+
+def made_files():
+    """The text of each file that is made, by its path."""
+    commands = list(descriptions().values())
+    introduction = (ROOT / "protocol/introduction.md").read_text(encoding="utf-8")
+    files = {
+        ROOT / "docs/protocol.md": reference.reference(commands, introduction),
+        ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),
+    }
+    for command in commands:
+        for kind, schema in (("request", schemas.request_schema(command)),
+                             ("reply", schemas.reply_schema(command))):
+            text = json.dumps(schema, indent=2, ensure_ascii=False)
+            files[SCHEMA_FOLDER / f"{command['command']}.{kind}.json"] = text + "\n"
+    return files
+
+
+def main(arguments):
+    if arguments not in ([], ["--check"]):
+        print(__doc__, file=sys.stderr)
+        return 2
+    files = made_files()
+    stale = [path for path, text in files.items()
+             if not path.exists() or path.read_text(encoding="utf-8") != text]
+    left_over = [path for path in SCHEMA_FOLDER.glob("*") if path not in files]
+    if arguments:
+        for path in stale:
+            print(f"{path.relative_to(ROOT)} is not current; run protocol/generate.py")
+        for path in left_over:
+            print(f"{path.relative_to(ROOT)} belongs to no command; run protocol/generate.py")
+        print(f"{len(files)} files made from {len(descriptions())} descriptions")
+        return 1 if stale or left_over or not descriptions() else 0
+    for path in stale:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(files[path], encoding="utf-8")
+    for path in left_over:
+        path.unlink()
+    return 0
+
+
+sys.exit(main(sys.argv[1:]))

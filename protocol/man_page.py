@@ -1,0 +1,89 @@
+"""Makes the manual page hg-protocol(7) from the descriptions: what goes in and comes out, in brief."""
+
+import json
+import re
+import textwrap
+
+HEAD = r""".\" Made from protocol/ by protocol/generate.py.
+.Dd November 21, 2026
+.Dt HG-PROTOCOL 7
+.Os
+.Sh NAME
+.Nm hg-protocol
+.Nd commands of the home-gateway plug-in
+.Sh DESCRIPTION
+"""
+NOTATION = r""".Sh COMMANDS
+The keys of each request and reply stand in their order.
+Brackets are around what need not be there, and braces around the keys of an
+object; dots behind them say that there is a list of such objects.
+A failure that is a text alone comes as
+.Li \(dqStatus\(dq
+.Li \(dq1\(dq
+and
+.Li \(dqFailReason\(dq
+with this text.
+What each key means is shown by
+.Ql hgagent describe NAME .
+"""
+WRAPPING = {"break_long_words": False, "break_on_hyphens": False}
+
+TAIL = r""".Sh SEE ALSO
+.Xr hgagent 1
+"""
+
+
+def man_page(descriptions, introduction):
+    parts = [HEAD, introduction_text(introduction), NOTATION, ".Bl -tag -width 4n\n"]
+    for description in descriptions:
+        parts += entry(description)
+    return "".join([*parts, ".El\n", TAIL])
+
+
+def introduction_text(introduction):
+    return ".Pp\n".join(re.sub(r"`(.*?)`", r"\\fB\1\\fR", text_lines(paragraph))
+                        for paragraph in introduction.strip().split("\n\n"))
+
+
+def entry(description):
+    yield f".It Ic {description['command']}\n"
+    yield text_lines(f"{description['summary']}. {description.get('details', '')}".strip())
+    yield ".Bl -tag -width \"Failures:\" -compact\n"
+    yield part("Request", key_list(description["request"], in_request=True) or "no keys")
+    reasons = []
+    for reply in description["replies"]:
+        keys = key_list(reply["keys"], in_request=False)
+        if reply["outcome"] == "success":
+            yield part("Reply", rf"{keys or 'nothing'} \(en {reply['when']}")
+        else:
+            reasons.append(keys.removeprefix('Status "1", FailReason ') or "nothing")
+    if reasons:
+        yield part("Failures", "; ".join(dict.fromkeys(reasons)))
+    yield ".El\n"
+
+
+def part(head, text):
+    return f".It {head}:\n{text_lines(text)}"
+
+
+def key_list(keys, in_request):
+    return ", ".join(key_text(key, in_request) for key in keys)
+
+
+def key_text(key, in_request):
+    text = key["key"]
+    if "text" in key:
+        text += " " + json.dumps(key["text"], ensure_ascii=False)
+    if "one_of" in key:
+        text += " " + "|".join(json.dumps(one) for one in key["one_of"])
+    if "items" in key:
+        text += " {" + key_list(key["items"], in_request) + "}" + ("..." if key["type"] == "array" else "")
+    optional = not key["required"] if in_request else key.get("optional")
+    return f"[{text}]" if optional else text
+
+
+def text_lines(text):
+    """Text as lines of a manual page: a new one for each sentence, and none that is taken for a macro."""
+    sentences = re.split(r"(?<=[.:;]) (?=[A-Z])", text.replace("  ", r"\~\~"))
+    lines = [line for sentence in sentences for line in textwrap.wrap(sentence, 78, **WRAPPING)]
+    return "".join((r"\&" if line[0] in ".'" else "") + line + "\n" for line in lines)

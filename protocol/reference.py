@@ -1,0 +1,131 @@
+"""Makes docs/protocol.md from the descriptions: every command with its request, replies and example."""
+
+import json
+
+from descriptions import limits
+
+HEADER = "<!-- Made from protocol/ by protocol/generate.py. -->\n# The protocol\n"
+SCHEMAS = """
+The same is there for programs: `protocol/schemas` has two JSON Schemas (2020-12) for each command,
+`NAME.request.json` and `NAME.reply.json`. They cannot express the order of keys, or keys that stand twice.
+The examples are recorded: a new simulated gateway whose clock stands still gives just these replies.
+"""
+
+
+def reference(descriptions, introduction):
+    subjects = {}
+    for description in descriptions:
+        subjects.setdefault(description["subject"], []).append(description)
+    parts = [HEADER, introduction.rstrip() + "\n", SCHEMAS.strip() + "\n",
+             f"## The {len(descriptions)} commands\n"]
+    parts += [f"**{subject_title(subject)}**: "
+              + ", ".join(f"[{one['command']}](#{one['command'].lower()})" for one in subjects[subject])
+              + "\n" for subject in sorted(subjects)]
+    for subject in sorted(subjects):
+        parts.append(f"## {subject_title(subject)}\n")
+        for description in subjects[subject]:
+            parts += command_parts(description)
+    return "\n".join(parts)
+
+
+def subject_title(subject):
+    """The title of a group of commands; parts of names that are abbreviations are spelt as such."""
+    words = [{"wan": "WAN", "wifi": "Wi-Fi", "qos": "QoS"}.get(word, word) for word in subject.split("_")]
+    return words[0][0].upper() + " ".join(words)[1:]
+
+
+def command_parts(description):
+    yield f"### {description['command']}\n"
+    yield f"{description['summary']}.{' ' + description['details'] if 'details' in description else ''}\n"
+    calls = ", ".join(f"`{call}`" for call in description["device_calls"]) or "none"
+    yield f"Handler `{description['handler']}`. Device calls: {calls}.\n"
+
+    capitals = " (capitals count)" if description.get("case_sensitive") else ""
+    if description["request"]:
+        yield f"**Request**{capitals}\n"
+        yield table(("Key", "", "Meaning"), request_rows(description["request"]))
+    else:
+        yield "**Request**: no keys.\n"
+
+    shown = []
+    plain = [reply for reply in description["replies"] if is_plain_failure(reply)]
+    for reply in description["replies"]:
+        if reply not in plain:
+            yield f"**Reply, {reply['outcome']}**: {reply['when']}." + taken_out(reply, description) + "\n"
+            yield table(("Key", "Value", "Meaning"), reply_rows(reply["keys"], shown))
+    if plain:
+        yield "**Failures**: `Status` is `\"1\"`, and then\n"
+        yield table(("`FailReason`", "When", "Taken out"),
+                    [(code(reply["keys"][1]["text"]), reply["when"], consumed(reply, description) or "–")
+                     for reply in plain])
+
+    example = description["example"]
+    yield "**Example**\n"
+    yield "```json\n{}\n{}\n```\n".format(*(json.dumps(example[side], ensure_ascii=False)
+                                           for side in ("request", "reply")))
+
+
+def is_plain_failure(reply):
+    """Whether a reply is a status and a fixed reason, as nearly all failures are."""
+    keys = [(key["key"], key.get("text")) for key in reply["keys"]]
+    return len(keys) == 2 and keys[0] == ("Status", "1") and keys[1][0] == "FailReason" and keys[1][1]
+
+
+def consumed(reply, description):
+    names = reply.get("consumes", [])
+    texts = ", ".join(f"`{name}`" for name in names)
+    if len(names) > 1 and names == [key["key"] for key in description["request"]]:
+        texts = "all request keys"
+    if "consumes_if_text" in reply:
+        named = ", ".join(f"`{name}`" for name in reply["consumes_if_text"])
+        texts += f"{', ' if texts else ''}{named} where it is a text"
+    return texts
+
+
+def taken_out(reply, description):
+    names = consumed(reply, description)
+    return f" Taken out: {names}." if names else ""
+
+
+def request_rows(keys, path=""):
+    for key in keys:
+        name = path + key["key"]
+        kind = key.get("type", "text")
+        need = "required" if key["required"] else "optional"
+        meaning = "; ".join([key["meaning"], *limits(key, in_request=True)])
+        yield f"`{name}`", need if kind == "text" else f"{need}, {kind}", meaning
+        yield from request_rows(key.get("items", []), below(name, kind))
+
+
+def reply_rows(keys, shown, path=""):
+    for key in keys:
+        name = path + key["key"]
+        notes = [*([key["meaning"]] if "meaning" in key else []), *limits(key, in_request=False),
+                 *(["not always there"] if key.get("optional") else [])]
+        # What an earlier reply of the command has shown is not shown again.
+        known = "items" in key and key in shown
+        yield f"`{name}`", value(key), "; ".join([*notes, *(["keys as above"] if known else [])])
+        if "items" in key and not known:
+            shown.append(key)
+            yield from reply_rows(key["items"], shown, below(name, key["type"]))
+
+
+def below(name, kind):
+    return f"{name}[]." if kind == "array" else f"{name}."
+
+
+def value(key):
+    if "text" in key:
+        return code(key["text"])
+    if "one_of" in key:
+        return " or ".join(map(code, key["one_of"]))
+    return key.get("type", "text")
+
+
+def code(text):
+    return f"`{json.dumps(text, ensure_ascii=False)}`"
+
+
+def table(heads, rows):
+    lines = [heads, ["---"] * len(heads), *rows]
+    return "".join("| " + " | ".join(cell.replace("|", "\\|") for cell in line) + " |\n" for line in lines)

@@ -1,0 +1,112 @@
+"""Makes the JSON Schemas of a command's request and reply from its description."""
+
+from descriptions import keys_with_items, limits
+
+DIALECT = "https://json-schema.org/draft/2020-12/schema"
+
+# What a schema cannot say stands in it for people.
+REQUEST_NOTE = ("Keys are found in any letter case; a schema knows one spelling of them only. "
+                "Of a repeated key the first one counts. Other keys are no fault: they stay in the object.")
+CASE_SENSITIVE_NOTE = ("Keys have to be spelt as here. Of a repeated key the first one counts. "
+                       "Other keys are no fault: they stay in the object.")
+REPLY_NOTE = ("The request's keys that were not taken out stand first, then these keys, in the order of "
+              "this schema. A schema can demand neither an order nor a key that stands twice; of repeated "
+              "keys it sees the last one, as most parsers do. It counts letters where the limits are bytes.")
+
+
+def request_schema(description):
+    note = CASE_SENSITIVE_NOTE if description.get("case_sensitive") else REQUEST_NOTE
+    return {
+        "$schema": DIALECT,
+        "title": f"Request of {description['command']}",
+        "description": f"{description['summary']}. {note}",
+        **object_schema(description["request"], in_request=True),
+    }
+
+
+def reply_schema(description):
+    shared = shared_keys(description["replies"])
+    replies = [{"title": f"{reply['outcome']}: {reply['when']}",
+                **object_schema(reply["keys"], in_request=False, shared=shared)}
+               for reply in description["replies"]]
+    schema = {
+        "$schema": DIALECT,
+        "title": f"Reply of {description['command']}",
+        "description": f"{description['summary']}. {REPLY_NOTE}",
+        "anyOf": replies,
+    }
+    if shared:
+        schema["$defs"] = {name: typed_schema(key, False, []) for name, key in shared}
+    return schema
+
+
+def shared_keys(replies):
+    """The keys with described items that several replies have alike, each with a name of its own."""
+    found = []
+    for key in (key for reply in replies for key in keys_with_items(reply["keys"])):
+        entry = next((entry for entry in found if entry[0] == key), None)
+        if entry is None:
+            found.append([key, 1])
+        else:
+            entry[1] += 1
+    repeated = [key for key, count in found if count > 1]
+    names = [key["key"] for key in repeated]
+    return [(name + (str(names[:at].count(name) + 1) if name in names[:at] else ""), key)
+            for at, (name, key) in enumerate(zip(names, repeated))]
+
+
+def object_schema(keys, in_request, shared=(), closed=False):
+    schema = {"type": "object"}
+    required = [key["key"] for key in keys if is_required(key, in_request)]
+    if required:
+        schema["required"] = list(dict.fromkeys(required))
+    properties = {}
+    for key in keys:
+        # Of a key that stands twice the last one is looked at.
+        properties.pop(key["key"], None)
+        properties[key["key"]] = key_schema(key, in_request, shared)
+    if properties:
+        schema["properties"] = properties
+    if closed:
+        schema["additionalProperties"] = False
+    return schema
+
+
+def is_required(key, in_request):
+    return key["required"] if in_request else not key.get("optional")
+
+
+def key_schema(key, in_request, shared):
+    name = next((name for name, other in shared if other == key), None)
+    return {"$ref": f"#/$defs/{name}"} if name else typed_schema(key, in_request, shared)
+
+
+def typed_schema(key, in_request, shared):
+    notes = [*([key["meaning"]] if "meaning" in key else []), *limits(key, in_request)]
+    schema = {"description": "; ".join(notes)} if notes else {}
+    kind = key.get("type", "text")
+    if kind == "text":
+        schema.update(text_schema(key, in_request))
+    elif kind != "any":
+        schema["type"] = kind
+    if "items" in key:
+        items = object_schema(key["items"], in_request, shared, closed=not in_request)
+        if "max_items" in key:
+            # Whatever stands behind those that are read is no fault.
+            schema["prefixItems"] = [items] * key["max_items"]
+        elif kind == "array":
+            schema["items"] = items
+        else:
+            schema.update(items)
+    return schema
+
+
+def text_schema(key, in_request):
+    if "text" in key:
+        return {"const": key["text"]}
+    if "one_of" in key:
+        return {"enum": key["one_of"]}
+    # A request may be longer: it is cut.
+    if "max_bytes" in key and not in_request:
+        return {"type": "string", "maxLength": key["max_bytes"]}
+    return {"type": "string"}

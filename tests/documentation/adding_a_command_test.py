@@ -1,0 +1,125 @@
+"""What docs/adding-a-command.md shows has to be a command once it is put where the page says.
+
+usage: adding_a_command_test.py BUILD_FOLDER
+
+The project's own tree is not touched: the steps are taken in a copy of it.
+"""
+
+import json
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+BUILD = pathlib.Path(sys.argv.pop())
+FOLDERS = ("docs", "protocol", "simulated_gateway", "smart_router_service", "tests/protocol",
+           "tests/support", "tests/unit")
+STEPS = {int(number): code for number, code in re.findall(
+    r"^### (\d)\. .*?^```\w+\n(.*?)^```", (ROOT / "docs/adding-a-command.md").read_text(encoding="utf-8"),
+    re.M | re.S)}
+
+
+def before(mark):
+    return lambda text, code: text.replace(mark, f"{code}\n{mark}", 1)
+
+
+def at_the_end(text, code):
+    return f"{text}\n{code}"
+
+
+def as_last_row(text, code):
+    end = text.index(")\n\n")
+    return f"{text[:end]}) \\\n{code}{text[end + 2:]}"
+
+
+def before_the_last_brace(text, code):
+    end = text.rindex("};")
+    return text[:end] + code + text[end:]
+
+
+PLACES = {
+    1: ("smart_router_service/include/smart_router_service/device_access.h", before("/* ---- Gateway settings")),
+    2: ("smart_router_service/device_identity.cpp", at_the_end),
+    3: ("smart_router_service/commands.h", as_last_row),
+    4: ("protocol/commands/GET_AREA_INFO.json", lambda _, code: code),
+    5: ("simulated_gateway/device_identity.cpp", at_the_end),
+    6: ("tests/unit/regular_queries.cpp", before_the_last_brace),
+}
+
+
+def compile_entries():
+    """How each source is compiled; one that is compiled together with others, as if alone."""
+    entries = {}
+    for entry in json.loads((BUILD / "compile_commands.json").read_text(encoding="utf-8")):
+        source = pathlib.Path(entry["file"])
+        together = source.parent.name == "Unity"
+        for each in re.findall('#include "(.*)"', source.read_text()) if together else [str(source)]:
+            entries[each] = dict(entry, command=entry["command"].replace(str(source), each))
+    return entries
+
+
+@unittest.skipIf((ROOT / PLACES[4][0]).exists(), "the page's example has been added to this tree")
+class AddingACommandTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.tree = pathlib.Path(folder.name)
+        for name in FOLDERS:
+            shutil.copytree(ROOT / name, self.tree / name)
+
+    def take_steps(self, but=None):
+        for step, (path, put) in PLACES.items():
+            if step != but:
+                file = self.tree / path
+                text = file.read_text(encoding="utf-8") if file.exists() else ""
+                file.write_text(put(text, STEPS[step]), encoding="utf-8")
+                self.assertNotEqual(file.read_text(encoding="utf-8"), text, path)
+        self.run_script("protocol/generate.py")
+
+    def run_script(self, *command):
+        run = subprocess.run([sys.executable, "-B", *command], cwd=self.tree, text=True,
+                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        return run.returncode, run.stdout
+
+    def check_descriptions(self):
+        return self.run_script("tests/protocol/check_descriptions.py")
+
+    def test_the_page_has_the_places_of_this_test(self):
+        self.assertEqual(STEPS.keys(), PLACES.keys())
+
+    def test_the_steps_make_a_command(self):
+        self.take_steps()
+        status, output = self.check_descriptions()
+        self.assertEqual(status, 0, output)
+        entries = compile_entries()
+        for step in (2, 5, 6):
+            self.compile(entries[str(ROOT / PLACES[step][0])])
+
+    def compile(self, entry):
+        line = entry["command"]
+        for name in FOLDERS:
+            line = line.replace(str(ROOT / name), str(self.tree / name))
+        words = shlex.split(line)
+        words[words.index("-o"):words.index("-o") + 2] = ["-fsyntax-only"]
+        run = subprocess.run(words, cwd=entry["directory"], text=True,
+                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.assertEqual(run.returncode, 0, run.stdout)
+
+    def test_a_forgotten_step_is_told(self):
+        for step, told in ((1, "device_access.h declares no devapi_get_area_info"),
+                           (3, "GET_AREA_INFO is described but not in the table of commands"),
+                           (4, "GET_AREA_INFO is in the table of commands but not described")):
+            with self.subTest(step=step):
+                self.setUp()
+                self.take_steps(but=step)
+                status, output = self.check_descriptions()
+                self.assertEqual(status, 1)
+                self.assertIn(told, output)
+
+
+unittest.main()

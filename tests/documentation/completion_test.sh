@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# Completes command lines as bash does: completion_test.sh HGAGENT COMPLETION COMMANDS_FOLDER
+set -euo pipefail
+hgagent=$1
+# shellcheck source=/dev/null
+source "$2"
+commands_folder=$3
+faults=0
+
+# completed WORD...: what can stand in place of the last word
+completed()
+{
+    COMP_WORDS=(hgagent "$@")
+    COMP_CWORD=$#
+    _hgagent
+    printf '%s\n' "${COMPREPLY[@]}" | sort
+}
+
+# expect WHAT TEXT TEXT: the same lines in both
+expect()
+{
+    if [ "$2" != "$3" ]; then
+        echo "$1:"
+        diff <(echo "$2") <(echo "$3") || true
+        faults=$((faults + 1))
+    fi
+}
+
+# What the agent's own help lists, by a pattern for its lines.
+in_help() { "$hgagent" "${@:2}" --help | sed -n "$1" | sort; }
+options='s/^  \(-h,\)\?\(--[a-z-]*\).*/\2/p'
+
+complete -p hgagent >/dev/null
+
+names=$(basename -s .json "$commands_folder"/*.json | sort)
+for subcommand in call describe; do
+    expect "$subcommand" "$(completed "$subcommand" '' | grep -v '^--')" "$names"
+done
+expect 'call GET_S' "$(completed call GET_S)" "$(grep ^GET_S <<<"$names")"
+expect 'call behind options' GET_SN_INFO \
+    "$(completed --log-level 7 --trace = call --fault call = '-1*2' @ 50ms --show-secrets call GET_SN_)"
+
+expect subcommands "$(completed '' | grep -v '^-')" \
+    "$(in_help '/^Subcommands/,/^$/ s/^  \([a-z]*\) .*/\1/p')"
+expect options "$(completed --)" "$(in_help "$options")"
+for subcommand in $(completed '' | grep -v '^-'); do
+    before=()
+    [ "$subcommand" = report ] && before=(stations)
+    expect "options of $subcommand" "$(completed "$subcommand" "${before[@]}" --)" \
+        "$(in_help "$options" "$subcommand")"
+done
+expect reports "$(completed report '' | grep -v '^--')" "$("$hgagent" report | sed 's/ .*//' | sort)"
+expect 'no value is known' "$(completed --fault '')" ''
+
+cd "$(mktemp -d)"
+trap 'rm -rf "$PWD"' EXIT
+touch operators_home.json
+expect '--scenario op' "$(completed --scenario op)" $'operator_variant\noperators_home.json'
+expect '--device op' "$(completed --device op)" operators_home.json
+expect '--device=' "$(completed --device =)" operators_home.json
+expect '--device=op' "$(completed --device = op)" operators_home.json
+
+echo "$(wc -l <<<"$names") commands, $faults faults"
+[ "$faults" -eq 0 ] && [ "$(wc -l <<<"$names")" -gt 1 ]

@@ -1,0 +1,89 @@
+"""Holds the traffic of the tests against the JSON Schemas: each reply has to be valid, and so has the
+request of each success; each schema that can refuse requests has to have refused one."""
+
+import json
+import sys
+
+import jsonschema
+
+import protocol
+
+MISSING = object()
+
+
+def main(traffic_file):
+    sys.stdout.reconfigure(errors="backslashreplace")
+    descriptions = {description["command"]: description
+                    for description in protocol.descriptions().values()}
+    schemas = {(command, kind): read_schema(command, kind)
+               for command in descriptions for kind in ("request", "reply")}
+    demanding = {command for command, description in descriptions.items()
+                 if any(key["required"] for key in description["request"])}
+    faults = []
+    with open(traffic_file, encoding="utf-8", errors="surrogateescape") as lines:
+        records = dict.fromkeys(lines)
+    for line in records:
+        record = json.loads(line)
+        command = record["command"]
+        for error in schemas[command, "reply"].iter_errors(record["reply"]):
+            faults.append(f"{command}: the reply: {error.json_path}: {error.message[:200]}\n  {line[:1000]}")
+        ordered = dict(protocol.parse(line))
+        description = descriptions[command]
+        spelling = str if description.get("case_sensitive") else str.lower
+        request = as_read(ordered["request"], description["request"], spelling)
+        error = next(schemas[command, "request"].iter_errors(request), None)
+        if error:
+            demanding.discard(command)
+            if succeeded(ordered, description):
+                faults.append(f"{command}: succeeded though in the request {error.json_path}: "
+                              f"{error.message[:200]}\n  {line[:1000]}")
+    faults += [f"{command}: no test has sent a request that the schema refuses"
+               for command in sorted(demanding)]
+    for fault in faults:
+        print(fault)
+    print(f"{len(records)} exchanges, {len(schemas)} schemas, {len(faults)} faults")
+    return 1 if faults or not records else 0
+
+
+def read_schema(command, kind):
+    schema = json.loads((protocol.ROOT / f"protocol/schemas/{command}.{kind}.json")
+                        .read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
+def succeeded(record, description):
+    """Whether the reply can only be a success: some are the same for a success and a failure."""
+    case_sensitive = description.get("case_sensitive", False)
+    outcomes = {reply["outcome"] for reply in description["replies"]
+                if not protocol.mismatch(record["reply"], record["request"], reply, case_sensitive)}
+    return outcomes == {"success"}
+
+
+def as_read(pairs, keys, spelling):
+    """An object as a command finds it: the first of each key, in the spelling of the description; what
+    holds a value of another type counts as missing."""
+    described = {spelling(key["key"]): key for key in keys}
+    found = {}
+    for name, value in pairs:
+        key = described.get(spelling(name))
+        if key and key["key"] not in found:
+            found[key["key"]] = value_as_read(value, key, spelling)
+    return {name: value for name, value in found.items() if value is not MISSING}
+
+
+def value_as_read(value, key, spelling):
+    kind = key.get("type", "text")
+    if kind == "any":
+        return value
+    if kind == "text":
+        return value if isinstance(value, str) else MISSING
+    if isinstance(value, protocol.Object):
+        return as_read(value, key.get("items", []), spelling) if kind == "object" else MISSING
+    if kind == "array" and isinstance(value, list):
+        return [as_read(element, key.get("items", []), spelling)
+                if isinstance(element, protocol.Object) else element for element in value]
+    return MISSING
+
+
+sys.exit(main(sys.argv[1]))
