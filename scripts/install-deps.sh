@@ -4,6 +4,7 @@
 #   --cross    also what builds and runs the plug-in for 32-bit MIPS
 #   --checks   also the formatter and the analysers
 #   --clang    also the other compiler, which builds the fuzzers
+#   --packages also what builds and checks the Debian packages
 set -euo pipefail
 
 packages=(
@@ -25,8 +26,11 @@ for option in "$@"; do
         --clang)
             packages+=(clang-14 libclang-rt-14-dev llvm-14)
             ;;
+        --packages)
+            packages+=(dpkg-dev fakeroot file lintian man-db pkgconf)
+            ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang]" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--packages]" >&2
             exit 2
             ;;
     esac
