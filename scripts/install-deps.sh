@@ -11,7 +11,8 @@ packages=(
     cmake g++ ninja-build
     libcjson-dev
     libcli11-dev libcurl4-openssl-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
-    ca-certificates libgmock-dev libgtest-dev openssl python3 python3-jsonschema valgrind
+    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl python3 python3-jsonschema
+    valgrind
 )
 foreign=()
 for option in "$@"; do

@@ -62,7 +62,7 @@ int32_t json_response_router_version(cJSON *obj)
     const bool answered = version != nullptr && version[0] != '\0';
 
     Reply reply;
-    reply.text(kStatus, answered ? "0" : "1");
+    reply.status(answered ? "0" : "1");
     const bool joined = reply.join(obj);
     if (!joined) {
         fail(obj, nullptr);

@@ -53,7 +53,7 @@ int32_t start_and_answer(cJSON *obj, cJSON *holder, const char *url, Reply &succ
     }
     Reply refused;
     refused.text("updateResult", "-1");
-    refused.text(kStatus, "1");
+    refused.status("1");
     refused.text(kFailReason, starter_text(result));
     answer(obj, refused, starter_text(result));
     return result;
@@ -167,7 +167,7 @@ int32_t json_update_all_from_platform(cJSON *obj)
         // The platform takes the last reason, people read the first.
         Reply refused;
         refused.text(kFailReason, refusal);
-        refused.text(kStatus, "1");
+        refused.status("1");
         refused.text(kFailReason, "handle pack error");
         consume(obj, image);
         answer(obj, refused, refusal);

@@ -1,7 +1,6 @@
 // Parental control (green-net): its switch, and the devices that it protects.
 #include "green_net.h"
 
-#include <stdio.h>
 #include <stdlib.h>
 #include <strings.h>
 
@@ -47,7 +46,7 @@ bool is_entry(const GreenHostInfo &device)
 // Writes the index as the text by which the table selects the entry.
 void put_index(GreenHostInfo *device, int32_t index, size_t digits)
 {
-    snprintf(device->HostIndex, digits + 1, "%d", index);
+    put_number(device->HostIndex, digits + 1, index);
 }
 
 // ---- The list of devices -----------------------------------------------------------------------
@@ -68,19 +67,16 @@ class MacList {
 
     void add(const char *mac)
     {
-        append(mac);
-        append(",");
+        const size_t length = strnlen(mac, size_ - 1 - used_);
+        memcpy(text_ + used_, mac, length);
+        used_ += length;
+        if (used_ < size_ - 1) {
+            text_[used_++] = ','; // calloc() has ended it already
+        }
     }
 
   private:
     static constexpr size_t kBytesPerDevice = 20; // enough for a MAC address with colons
-
-    void append(const char *text)
-    {
-        const size_t length = strnlen(text, size_ - 1 - used_);
-        memcpy(text_ + used_, text, length); // calloc() has ended it already
-        used_ += length;
-    }
 
     size_t size_;
     size_t used_ = 0;
@@ -217,22 +213,19 @@ int32_t json_set_green_net_list(cJSON *obj)
     }
     Reply success;
     success.success();
-    // The devices are stored by then: apps are told of both, and go by the last status.
-    Reply not_removed;
-    not_removed.text(kStatus, "1");
-    not_removed.text(kFailReason, "del green net info failed");
-    not_removed.success();
-
     int32_t removal = 0;
-    const char *failure = success.complete() && not_removed.complete()
-                              ? replace_devices(elements, &removal)
-                              : kNoMemory;
+    const char *failure = success.complete() ? replace_devices(elements, &removal) : kNoMemory;
     consume(obj, elements);
     if (failure != nullptr) {
         fail(obj, failure);
         return -1;
     }
-    (removal == 0 ? success : not_removed).join(obj);
+    // The devices are stored by then: apps are told of both, and go by the last status.
+    if (removal == 0 || fail(obj, "del green net info failed")) {
+        success.join(obj);
+    } else {
+        fail(obj, kNoMemory);
+    }
     return removal;
 }
 

@@ -9,11 +9,17 @@ namespace smart_router {
 
 const char *text_of(const cJSON *item)
 {
-    return item != nullptr && cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
+    // What cJSON_IsString() asks, without calling it: every text of every request comes by here.
+    // Its types are the lowest byte, and what else is noted of an item stands above.
+    return item != nullptr && (item->type & 0xFF) == cJSON_String ? item->valuestring : nullptr;
 }
 
 int32_t number_of(const char *text)
 {
+    const int digit = text[0] - '0';
+    if (digit >= 0 && digit <= 9 && text[1] == '\0') {
+        return digit; // as most are: switches and indexes
+    }
     const long number = strtol(text, nullptr, 10);
     if (number > INT32_MAX) {
         return INT32_MAX;
@@ -29,9 +35,11 @@ cJSON *array_of(const cJSON *obj, const char *key)
 
 void copy_text(char *field, size_t width, const char *text)
 {
-    const size_t length = strnlen(text, width - 1);
-    memcpy(field, text, length);
-    field[length] = '\0';
+    size_t at = 0; // most texts are too short for measuring and moving to be worth two calls
+    for (; at < width - 1 && text[at] != '\0'; ++at) {
+        field[at] = text[at];
+    }
+    field[at] = '\0';
 }
 
 bool holds(const char *field, size_t width, const char *text)
@@ -66,20 +74,82 @@ void consume(cJSON *obj, cJSON *item)
     }
 }
 
+// The field with the key as a request spells it; null when the table has none.
+static const Field *field_with(const char *key, FieldList fields)
+{
+    for (const Field &field : fields) {
+        if (strcasecmp(field.key, key) == 0) {
+            return &field;
+        }
+    }
+    return nullptr;
+}
+
+// Whoever writes a request keeps to the table's order and spelling more or less, so the field
+// behind the last one is tried first: one comparison for most keys, where searching the object for
+// each field would take many.
+void find_items(const cJSON *obj, FieldList fields, cJSON **items)
+{
+    for (size_t at = 0; at < fields.count; ++at) {
+        items[at] = nullptr;
+    }
+    const Field *expected = fields.begin();
+    cJSON *item;
+    cJSON_ArrayForEach(item, obj)
+    {
+        if (item->string == nullptr) {
+            continue;
+        }
+        const Field *field = expected;
+        if (strcmp(field->key, item->string) != 0) {
+            field = field_with(item->string, fields);
+            if (field == nullptr) {
+                continue;
+            }
+        }
+        cJSON *&found = items[field - fields.begin()];
+        if (found == nullptr) {
+            found = item; // of a repeated key the first counts
+        }
+        expected = field + 1 != fields.end() ? field + 1 : fields.begin();
+    }
+}
+
 const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &missing, cJSON **items)
 {
-    bool all_present = true;
-    bool all_texts = true;
-    for (const Field &field : fields) {
-        cJSON *item = cJSON_GetObjectItem(obj, field.key);
-        all_present = all_present && item != nullptr;
-        all_texts = all_texts && text_of(item) != nullptr;
-        *items++ = item;
+    find_items(obj, fields, items);
+    const char *wrong = nullptr;
+    for (size_t at = 0; at < fields.required; ++at) {
+        if (items[at] == nullptr) {
+            return missing.absent;
+        }
+        if (text_of(items[at]) == nullptr) {
+            wrong = missing.no_text;
+        }
     }
-    if (!all_present) {
-        return missing.absent;
+    return wrong;
+}
+
+using NumberText = char[12]; // for every 32-bit number
+
+// Some reports hold hundreds of numbers, and a printf() costs more than the item that it is for.
+void put_number(char *field, size_t width, int32_t number)
+{
+    NumberText text;
+    char *digit = text + sizeof text - 1;
+    *digit = '\0';
+    auto rest = static_cast<uint32_t>(number);
+    if (number < 0) {
+        rest = 0 - rest;
     }
-    return all_texts ? nullptr : missing.no_text;
+    do {
+        *--digit = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    } while (rest != 0);
+    if (number < 0) {
+        *--digit = '-';
+    }
+    copy_text(field, width, digit);
 }
 
 void store(const Field &field, void *record, const char *text)
@@ -94,13 +164,12 @@ void store(const Field &field, void *record, const char *text)
 
 // The text of a field of the record: in place, no longer than *width and without a NUL where it is
 // that long, or in number for a number.
-using NumberText = char[12];
 static const char *text_in(const Field &field, const void *record, NumberText &number,
                            size_t *width)
 {
     const void *place = static_cast<const char *>(record) + field.offset;
     if (field.is_number()) {
-        snprintf(number, sizeof number, "%d", *static_cast<const int32_t *>(place));
+        put_number(number, *static_cast<const int32_t *>(place));
         *width = sizeof number;
         // cppcheck-suppress CastIntegerToAddressAtReturn ; it is an array of characters
         return number;
@@ -112,7 +181,8 @@ static const char *text_in(const Field &field, const void *record, NumberText &n
 void copy_items(FieldList fields, cJSON *const *items, void *record)
 {
     for (const Field &field : fields) {
-        store(field, record, (*items++)->valuestring);
+        const char *text = text_of(*items++);
+        store(field, record, text != nullptr ? text : kNotGiven);
     }
 }
 
@@ -136,6 +206,15 @@ void copy_optional(cJSON *obj, FieldList fields, void *record, Found found)
             consume(obj, item);
         }
     }
+}
+
+// Appends an item that has no key yet, as cJSON_AddItemToObjectCS() would: to an item without a
+// key, all that adds to appending is the key.
+static void append_item(cJSON *object, const char *key, cJSON *item)
+{
+    item->string = const_cast<char *>(key);
+    item->type |= cJSON_StringIsConst;
+    cJSON_AddItemToArray(object, item);
 }
 
 // A text item with room for so many bytes, to be written by the caller, and the NUL behind them;
@@ -164,7 +243,17 @@ bool add_text(cJSON *object, const char *key, const char *text, size_t width)
         return false;
     }
     memcpy(item->valuestring, text, length);
-    cJSON_AddItemToObjectCS(object, key, item);
+    append_item(object, key, item);
+    return true;
+}
+
+bool add_constant(cJSON *object, const char *key, const char *text)
+{
+    cJSON *item = cJSON_CreateStringReference(text);
+    if (item == nullptr) {
+        return false;
+    }
+    append_item(object, key, item);
     return true;
 }
 
@@ -251,20 +340,30 @@ bool Reply::join(cJSON *obj)
     if (!complete_ || cJSON_IsObject(obj) == 0) {
         return false;
     }
-    while (root_.child != nullptr) {
-        cJSON_AddItemToArray(obj, cJSON_DetachItemViaPointer(&root_, root_.child));
+    cJSON *first = root_.child;
+    root_.child = nullptr;
+    if (obj->child == nullptr) {
+        obj->child = first;
+    } else if (first != nullptr) {
+        cJSON *last = obj->child;
+        while (last->next != nullptr) {
+            last = last->next;
+        }
+        last->next = first;
+        obj->child->prev = first->prev; // where cJSON keeps the end of a list
+        first->prev = last;
     }
     return true;
 }
 
-void fail(cJSON *obj, const char *reason, size_t width)
+bool fail(cJSON *obj, const char *reason, size_t width)
 {
     Reply reply;
-    reply.text(kStatus, "1");
+    reply.status("1");
     if (reason != nullptr) {
         reply.text(kFailReason, reason, width);
     }
-    reply.join(obj);
+    return reply.join(obj);
 }
 
 int32_t answer(cJSON *obj, Reply &reply, const char *reason)
@@ -359,7 +458,9 @@ void SettingSteps::end(bool failed, const char *failure, size_t width)
 void SettingSteps::consume_items()
 {
     for (size_t at = 0; at < fields_.count; ++at) {
-        consume(obj_, items_[at]);
+        if (at < fields_.required || text_of(items_[at]) != nullptr) {
+            consume(obj_, items_[at]);
+        }
     }
 }
 

@@ -43,14 +43,17 @@ template <class Record, size_t count> struct Fields {
     Field field[count];
 };
 
-// A table whose record the compiler has checked already.
+// A table whose record the compiler has checked already. A request has to give the first so many of
+// its fields, all of them where nothing else is said, and may leave out the others.
 struct FieldList {
     const Field *first;
-    size_t count;
+    uint32_t count;
+    uint32_t required;
 
     template <class Record, size_t n>
     // cppcheck-suppress noExplicitConstructor ; a table is handed over as it is
-    constexpr FieldList(const Fields<Record, n> &fields) : first(fields.field), count(n)
+    constexpr FieldList(const Fields<Record, n> &fields, size_t required_fields = n)
+        : first(fields.field), count(n), required(static_cast<uint32_t>(required_fields))
     {
     }
     const Field *begin() const { return first; }
@@ -179,22 +182,29 @@ template <size_t width> int32_t number_in(const char (&field)[width])
     return number_of(Ended(field).text());
 }
 
+// Writes a number in decimal, cut at the width less one.
+void put_number(char *field, size_t width, int32_t number);
+template <size_t width> void put_number(char (&field)[width], int32_t number)
+{
+    put_number(field, width, number);
+}
+
 // Puts a text into its field of the record.
 void store(const Field &field, void *record, const char *text);
 
 // Takes an item that was found in obj out of it and deletes it; nothing for null.
 void consume(cJSON *obj, cJSON *item);
 
-// Fills a record from the keys of an item, all of which are required. Result: 0, or -1 when an
-// argument is null or a key has no text, and then the record is untouched. items has room for the
-// items that are found.
+// Fills a record from the keys of an item. Result: 0, or -1 when an argument is null or a required
+// key has no text, and then the record is untouched. items has room for the items that are found.
 int32_t read_items(cJSON *item, FieldList fields, cJSON **items, void *record);
 
 template <class Record, size_t count>
-int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *record)
+int32_t read_fields(cJSON *item, const Fields<Record, count> &fields, Record *record,
+                    size_t required = count)
 {
     cJSON *items[count];
-    return read_items(item, fields, items, record);
+    return read_items(item, FieldList(fields, required), items, record);
 }
 
 // Stands in a record for a value that the request does not give: the device leaves the setting as
@@ -221,12 +231,15 @@ struct MissingTexts {
 
 constexpr MissingTexts kNodeOrValueNull = {"json node null", "value string null"};
 
-// Finds every key of the table in obj and leaves its item in items, in the table's order; null for
-// an absent one. Result: null when all are there with a text, else the text to answer. Absence is
-// looked at first, over all keys.
+// Finds every key of the table in obj, as cJSON_GetObjectItem() would, and leaves its item in
+// items, in the table's order; null for an absent one.
+void find_items(const cJSON *obj, FieldList fields, cJSON **items);
+
+// The same. Result: null when all that are required are there with a text, else the text to answer.
+// Absence is looked at first, over all keys.
 const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &missing, cJSON **items);
 
-// Copies the items' texts into the fields of the record.
+// Copies the items' texts into the fields of the record, and kNotGiven where there is none.
 void copy_items(FieldList fields, cJSON *const *items, void *record);
 
 // The entries to read of an array, by a count that the device library gave.
@@ -243,6 +256,9 @@ constexpr size_t clamped(int32_t count, size_t most)
 // Appends a text item to an object; of text no more than width bytes are read. The key has to be a
 // constant. Result: false when memory ran out, and then nothing was added.
 bool add_text(cJSON *object, const char *key, const char *text, size_t width = SIZE_MAX);
+
+// The same for a text that is a constant as well: the item refers to it.
+bool add_constant(cJSON *object, const char *key, const char *text);
 
 // Appends the record's fields in the table's order, up to the first that memory fails.
 bool add_fields(cJSON *object, FieldList fields, const void *record);
@@ -272,7 +288,13 @@ class Reply {
     {
         complete_ = complete_ && add_fields(&root_, fields, record);
     }
-    void success() { text(kStatus, "0"); }
+    // The status is a constant: so the reply that has to be there before a device is changed takes
+    // no more than its item.
+    void status(const char *status)
+    {
+        complete_ = complete_ && add_constant(&root_, kStatus, status);
+    }
+    void success() { status("0"); }
 
     // Appends a text for each field, to be set once the device has filled the record: what a device
     // was changed by has to be answered, so the memory comes first.
@@ -308,8 +330,9 @@ class Reply {
 };
 
 // Adds "Status" "1" and the "FailReason", both or none of them; the status alone for a null reason.
-// Of a reason that the device library left in a field, no more than width bytes are read.
-void fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
+// Of a reason that the device library left in a field, no more than width bytes are read. Result:
+// false when nothing could be added.
+bool fail(cJSON *obj, const char *reason, size_t width = SIZE_MAX);
 
 // Joins the reply, or fails with the reason when it could not be built. Result: 0, or -1 when it
 // failed.
@@ -473,7 +496,7 @@ constexpr auto reporting_action(const Fields<Record, count> &fields, const char 
 // taken in the order in which they stand here; one that returns false has answered the request.
 class SettingSteps {
   public:
-    // Finds the required keys.
+    // Finds the keys; false when a required one is missing.
     bool find(const MissingTexts &missing);
     // The reply to success, for what it holds beside the status.
     Reply &success() { return success_; }
@@ -502,8 +525,9 @@ class SettingSteps {
 template <class Record, size_t count> class SettingRun : public SettingSteps {
   public:
     // cppcheck-suppress uninitMemberVar ; find() fills it
-    SettingRun(cJSON *obj, const Fields<Record, count> &fields, Consume when)
-        : SettingSteps(obj, fields, found_, when)
+    SettingRun(cJSON *obj, const Fields<Record, count> &fields, Consume when,
+               size_t required = count)
+        : SettingSteps(obj, FieldList(fields, required), found_, when)
     {
     }
     // Copies what was found into the record; after that the device may be called.

@@ -1,6 +1,5 @@
 #include "mesh_report.h"
 
-#include <stdio.h>
 #include <time.h>
 
 namespace smart_router {
@@ -79,8 +78,7 @@ void put_elapsed(AdBaseInfo *device, int32_t hours_ahead)
     const auto start =
         static_cast<uint64_t>(strtoll(Ended(device->AccessTime).text(), nullptr, 10));
     const uint64_t ahead = static_cast<uint64_t>(static_cast<int64_t>(hours_ahead) * 3600);
-    snprintf(device->AccessTime, sizeof device->AccessTime, "%d",
-             static_cast<int32_t>(now - start - ahead));
+    put_number(device->AccessTime, static_cast<int32_t>(now - start - ahead));
 }
 
 } // namespace smart_router

@@ -94,7 +94,7 @@ constexpr char kNoArray[] = "cJSON_CreateArray error";
 
 void add_array_failure(Reply &reply)
 {
-    reply.text(kStatus, "1");
+    reply.status("1");
     reply.text(kFailReason, kNoArray);
 }
 

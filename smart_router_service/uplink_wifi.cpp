@@ -27,7 +27,7 @@ constexpr char kFailure[] = "SET_UPLINK_WIFI_INFO_FAIL";
 void answer_in_use(cJSON *obj)
 {
     Reply reply;
-    reply.text(kStatus, "2");
+    reply.status("2");
     reply.text(kFailReason, "SOMEONE_USING_REPEATER");
     answer(obj, reply, kFailure);
 }

@@ -129,9 +129,9 @@ int32_t json_set_wan_info(cJSON *obj)
     constexpr size_t kKeys = sizeof kWanSetting.field / sizeof(Field);
     WanInfo wan = {};
     cJSON *items[kKeys];
+    find_items(obj, kWanSetting, items);
     for (size_t at = 0; at < kKeys; ++at) {
         const Field &field = kWanSetting.field[at];
-        items[at] = cJSON_GetObjectItem(obj, field.key);
         const char *text = text_of(items[at]);
         if (text != nullptr) {
             LOG_DEBUG("%s= %s \n", kTraceNames[at], text);

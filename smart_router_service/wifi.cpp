@@ -19,6 +19,19 @@ constexpr auto kSsidReply = fields_of<SsidInfo>({
     FIELD(SsidInfo, "Beamforming", Beamforming),
 });
 
+constexpr auto kSsidSetting = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+    FIELD(SsidInfo, "SSID", SSID),
+    FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+    FIELD(SsidInfo, "PowerLevel", PowerLevel),
+    FIELD(SsidInfo, "Channel", Channel),
+    FIELD(SsidInfo, "Enable", Enable),
+    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(SsidInfo, "Mode", Mode),
+    FIELD(SsidInfo, "Beamforming", Beamforming),
+});
+
 // What the agent's own settings carry; the encryption is not among it.
 constexpr auto kAgentSsidSetting = fields_of<SsidInfo>({
     FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
@@ -68,12 +81,8 @@ int32_t json_set_wifi_info(cJSON *obj)
 {
     constexpr char kFailure[] = "SET_WIFI_INFO_FAIL";
     SsidInfo ssid = {};
-    SettingRun run(obj, kSsidSetting, Consume::kAfterCall);
-    if (!run.find(kNodeOrValueNull)) {
-        return -1;
-    }
-    copy_optional(obj, kSsidOptions, &ssid, Found::kIsConsumed);
-    if (!run.fill(&ssid, kFailure)) {
+    SettingRun run(obj, kSsidSetting, Consume::kAfterCall, kSsidRequired);
+    if (!run.find(kNodeOrValueNull) || !run.fill(&ssid, kFailure)) {
         return -1;
     }
     const int32_t result = devapi_set_ssid_info(&ssid);

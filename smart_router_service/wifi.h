@@ -6,21 +6,8 @@
 
 namespace smart_router {
 
-inline constexpr auto kSsidSetting = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-});
-
-inline constexpr auto kSsidOptions = fields_of<SsidInfo>({
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
-});
+// How many of the fields each setting of an SSID has to give; the tables begin with those.
+inline constexpr size_t kSsidRequired = 7;
 
 } // namespace smart_router
 

@@ -34,7 +34,19 @@ constexpr auto kListElement = fields_of<SsidInfo>({
     FIELD(SsidInfo, "Beamforming", Beamforming),
 });
 
-constexpr auto kBandwidth = fields_of<SsidInfo>({FIELD(SsidInfo, "Bandwidth", Bandwidth)});
+constexpr auto kElementSetting = fields_of<SsidInfo>({
+    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
+    FIELD(SsidInfo, "SSID", SSID),
+    FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
+    FIELD(SsidInfo, "PowerLevel", PowerLevel),
+    FIELD(SsidInfo, "Channel", Channel),
+    FIELD(SsidInfo, "Enable", Enable),
+    FIELD(SsidInfo, "Bandwidth", Bandwidth),
+    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(SsidInfo, "Mode", Mode),
+    FIELD(SsidInfo, "Beamforming", Beamforming),
+});
 
 constexpr char kSetFailure[] = "set ssid failed";
 
@@ -134,12 +146,7 @@ int32_t json_get_wifi_list_info(cJSON *obj)
 
 int32_t parse_wifi_info_from_json(SsidInfo *record, cJSON *item)
 {
-    if (read_fields(item, kSsidSetting, record) != 0) {
-        return -1;
-    }
-    copy_optional(item, kBandwidth, record, Found::kStays);
-    copy_optional(item, kSsidOptions, record, Found::kStays);
-    return 0;
+    return read_fields(item, kElementSetting, record, kSsidRequired);
 }
 
 int32_t json_set_wifi_info_list(cJSON *obj)
@@ -168,16 +175,17 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     int32_t main_5g_index = 0;
     devapi_get_5g_wifi_index(&main_5g_index);
 
-    // Both replies are there before the worker is: once it runs, it cannot be called back.
+    // The replies are there before the worker is: once it runs, it cannot be called back.
     Reply success;
     success.success();
-    Reply warning;
-    warning.text(kStatus, "1");
-    warning.text(kFailReason, kMeshWarning);
-    const bool sound = records != nullptr && success.complete() && warning.complete() &&
-                       convert(elements, records);
+    const bool sound = records != nullptr && success.complete() && convert(elements, records);
     const bool main_ssid_off = sound && turns_main_ssid_off(records, count, main_5g_index);
-    if (!sound || !start_worker(records, count)) {
+    Reply warning;
+    if (main_ssid_off) {
+        warning.status("1");
+        warning.text(kFailReason, kMeshWarning);
+    }
+    if (!sound || !warning.complete() || !start_worker(records, count)) {
         free(records);
         consume(obj, elements);
         fail(obj, kSetFailure);

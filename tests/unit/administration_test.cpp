@@ -48,14 +48,12 @@ TEST_P(ActionTest, IsNotCarriedOutWhenItCannotBeAnswered)
     EXPECT_EQ(hg_process_json_cmd(GetParam().command, nullptr), 0);
     const Json text = parse(R"("no object")");
     EXPECT_EQ(hg_process_json_cmd(GetParam().command, text.get()), 0);
-    for (size_t first = 0; first < 2; ++first) {
-        const Json object = parse("{}");
-        {
-            const FailingMemory memory(first, FailingMemory::Fail::kOnce);
-            hg_process_json_cmd(GetParam().command, object.get());
-        }
-        EXPECT_EQ(print(object.get()), GetParam().failure);
+    const Json object = parse("{}");
+    {
+        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+        hg_process_json_cmd(GetParam().command, object.get());
     }
+    EXPECT_EQ(print(object.get()), GetParam().failure);
     EXPECT_TRUE(recording_device::calls().empty());
 }
 

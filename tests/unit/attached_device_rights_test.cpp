@@ -153,7 +153,7 @@ TEST_F(AttachedDeviceRightsTest, AreReportedAllOrNotAtAll)
         [](const std::string &object, FailingMemory::Fail how) {
             EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
         });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 3) + 2);
+    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 3) + 1);
 }
 
 // ---- SET_ATTACH_DEVICE_RIGHT -------------------------------------------------------------------
@@ -225,7 +225,7 @@ TEST_F(AttachedDeviceRightsTest, WithoutMemoryTheFirewallIsNotSwitched)
                           : R"({"Enable":"1"})");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 // ---- All of them -------------------------------------------------------------------------------

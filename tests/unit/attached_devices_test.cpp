@@ -181,7 +181,7 @@ TEST_F(AttachedDevicesTest, AreReportedAllOrNotAtAll)
         [](const std::string &object, FailingMemory::Fail how) {
             EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? kFailure : "{}");
         });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2 * kReported.size()) + 2);
+    EXPECT_EQ(allocations, 1 + 2 * (1 + 2 * kReported.size()) + 1);
 }
 
 TEST_F(AttachedDevicesTest, WhatIsNoObjectIsLeftAlone)

@@ -190,7 +190,7 @@ TEST_F(ChildRouterAnswerTest, EachStepWithoutMemoryHasItsReason)
     constexpr size_t kPrint = 2;     // the text, and the same at its length
     constexpr size_t kParse = 2 + 4; // the answer and its key, and what the copy needs
     constexpr size_t kCopy = 4;      // the object, its element, a key and a text
-    constexpr size_t kStatus = 2;
+    constexpr size_t kStatus = 1;
     std::vector<std::string> reasons(kPrint, "Get json_str fail");
     reasons.insert(reasons.end(), kParse, kNoJson);
     reasons.insert(reasons.end(), kPrint + kCopy + kStatus, "cJSON_Print fail");

@@ -188,7 +188,7 @@ TEST_P(ChildRouterRelayTest, OnlyTheFirstOfRepeatedKeysIsConsumed)
     }
 }
 
-// The first allocations are the reply's, the others the text's.
+// The first allocation is the reply's, the others are the text's.
 TEST_P(ChildRouterRelayTest, WithoutMemoryNothingIsSent)
 {
     for (const size_t length : {1u, 1000u}) {
@@ -200,7 +200,7 @@ TEST_P(ChildRouterRelayTest, WithoutMemoryNothingIsSent)
             [&](const std::string &object, FailingMemory::Fail how) {
                 const bool once = how == FailingMemory::Fail::kOnce;
                 in_a_round += once;
-                const bool printing = (number++ % in_a_round) >= 2;
+                const bool printing = (number++ % in_a_round) >= 1;
                 const Request left = printing || relay.always_consumes
                                          ? without_all(request, relay.consumed)
                                          : request;
@@ -210,7 +210,7 @@ TEST_P(ChildRouterRelayTest, WithoutMemoryNothingIsSent)
                           printing ? (std::vector<LogLine>{{3, "cmdstring is null\n"}})
                                    : std::vector<LogLine>{});
             });
-        EXPECT_GE(allocations, 2u + 2);
+        EXPECT_GE(allocations, 1u + 2);
     }
 }
 

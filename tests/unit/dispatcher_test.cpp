@@ -176,9 +176,9 @@ TEST_F(DispatcherTest, AnUnknownNameIsAnsweredWithMinusThreeAndNothingElse)
     EXPECT_EQ(HG_NO_SUCH_COMMAND, -3);
     const std::string object = R"({"VersionInfo":"1.0","Status":"7"})";
     for (const char *name :
-         {"", " ", "GET_SN_INFO ", " GET_SN_INFO", "GET_SN_INF", "GET_SN_INFOS", "get_sn_info", "A",
-          "ZZZ", "GET_SN_INFO\n", "\xff", "RESPONSE_ROUTER_VERSIO", "RESPONSE_ROUTER_VERSION_",
-          "NO_SUCH_COMMAND", static_cast<const char *>(nullptr)}) {
+         {"", " ", "GET_SN_INFO ", " GET_SN_INFO", "GET_SN_INF", "GET_SN_INFX", "GET_SN_INFOS",
+          "get_sn_info", "A", "ZZZ", "GET_SN_INFO\n", "\xff", "RESPONSE_ROUTER_VERSIO",
+          "RESPONSE_ROUTER_VERSION_", "NO_SUCH_COMMAND", static_cast<const char *>(nullptr)}) {
         EXPECT_EQ(dispatch(name, object), std::pair(HG_NO_SUCH_COMMAND, object));
     }
     EXPECT_TRUE(recording_device::calls().empty());

@@ -89,7 +89,7 @@ TEST_F(GatewayInspectionTest, TheWholeInspectionWithoutMemory)
             failed = memory.has_failed();
         }
         if (!failed) {
-            EXPECT_EQ(first, 2u * 12);
+            EXPECT_EQ(first, 1 + 2u * 11);
             break;
         }
         EXPECT_EQ(print(object.get()), R"({"Status":"1","FailReason":"inspect hg failed"})");
@@ -113,7 +113,7 @@ TEST_P(PlainOptimizationTest, IsNotCarriedOutWhenItCannotBeAnswered)
     const Json array = parse("[]");
     EXPECT_EQ(hg_process_json_cmd(GetParam(), array.get()), 0);
     EXPECT_EQ(print(array.get()), "[]");
-    for (size_t first = 0; first < 4; ++first) {
+    for (size_t first = 0; first < 3; ++first) {
         const Json object = parse("{}");
         const FailingMemory memory(first, FailingMemory::Fail::kOnce);
         EXPECT_EQ(hg_process_json_cmd(GetParam(), object.get()), 0);
@@ -247,7 +247,7 @@ TEST_P(OptimizationTest, WithoutMemoryDoesNotReachTheDevice)
             out_of_memory = memory.has_failed();
         }
         if (!out_of_memory) {
-            EXPECT_EQ(first, optimization.with_power ? 8u : 6u);
+            EXPECT_EQ(first, optimization.with_power ? 7u : 5u);
             EXPECT_EQ(recording_device::calls().size(), 1u);
             break;
         }

@@ -137,7 +137,7 @@ TEST_F(BaseInfoTest, WithoutMemoryFailsOrAddsNothing)
                 failed = memory.has_failed();
             }
             if (!failed) {
-                EXPECT_EQ(first, 2u * 26);
+                EXPECT_EQ(first, 1 + 2u * 25);
                 break;
             }
             EXPECT_EQ(print(object.get()),

@@ -1,3 +1,4 @@
+#include "failing_memory.h"
 #include "handler_test.h"
 #include "memory_sweep.h"
 #include "request.h"
@@ -313,7 +314,27 @@ TEST_F(GreenNetListSettingTest, WithoutMemoryTheTableStays)
                                       : R"({"First":1,"Last":2})");
                 EXPECT_TRUE(recording_device::calls().empty());
             });
-        EXPECT_EQ(allocations, 2u + 2u * 3) << "both replies to a removal";
+        EXPECT_EQ(allocations, 1u);
+    }
+}
+
+// The devices are stored by then: half of what apps are told of it would say the opposite.
+TEST_F(GreenNetListSettingTest, WithoutMemoryARefusedRemovalIsNotToldByHalf)
+{
+    when<devapi_del_green_net_info_by_maclist>([](const char *) { return -1; });
+    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
+        for (size_t first = 1; first < 4; ++first) {
+            const Json object = parse(list_of(element("AA:BB")));
+            {
+                const FailingMemory memory(first, how);
+                hg_process_json_cmd(kCommand, object.get());
+                EXPECT_TRUE(memory.has_failed());
+            }
+            EXPECT_EQ(print(object.get()), how == FailingMemory::Fail::kOnce
+                                               ? reply(failure("malloc mac_list failed"))
+                                               : R"({"First":1,"Last":2})");
+            EXPECT_EQ(listed(), "AA:BB,");
+        }
     }
 }
 

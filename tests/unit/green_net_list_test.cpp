@@ -189,18 +189,18 @@ TEST_F(GreenNetListTest, ADeviceWithoutMemoryIsLeftOutAndLogged)
         [&number](const std::string &object, FailingMemory::Fail how) {
             const LogLine line = {3, "cJSON_CreateObject error\n"};
             const bool once = how == FailingMemory::Fail::kOnce;
-            const size_t failing = number++ % 21;
-            const size_t lost = failing < 3 ? 0 : !once && failing < 12 ? 2 : 1;
+            const size_t failing = number++ % 20;
+            const size_t lost = failing < 2 ? 0 : !once && failing < 11 ? 2 : 1;
             EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>(lost, line));
-            if (failing < 3) {
+            if (failing < 2) {
                 EXPECT_EQ(object, once ? "{" + failure("get host num failed") + "}" : "{}");
             } else if (lost == 2) {
                 EXPECT_EQ(object, "{" + list_of({}));
             } else {
-                EXPECT_EQ(object, "{" + list_of({failing < 12 ? 2 : 1}));
+                EXPECT_EQ(object, "{" + list_of({failing < 11 ? 2 : 1}));
             }
         });
-    EXPECT_EQ(allocations, 2 + 1 + 2 * (1 + 2u * 4));
+    EXPECT_EQ(allocations, 1 + 1 + 2 * (1 + 2u * 4));
 }
 
 TEST_F(GreenNetListTest, WhatIsNoObjectIsLeftAlone)

@@ -64,7 +64,7 @@ TEST_F(GreenNetTest, TheSwitchIsReportedWholeOrNotAtAll)
                                   : "{}");
             EXPECT_TRUE(recording_host::log_lines().empty());
         });
-    EXPECT_EQ(allocations, 4u);
+    EXPECT_EQ(allocations, 3u);
 }
 
 // ---- SET_GREENNET_NOTIFY_ENABLE ----------------------------------------------------------------
@@ -183,7 +183,7 @@ TEST_F(GreenNetTest, WithoutMemoryNoNoticesAreSwitched)
                                   : "{}");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 // ---- Both --------------------------------------------------------------------------------------

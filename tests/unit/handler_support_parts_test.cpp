@@ -3,6 +3,7 @@
 #include "handler_support.h"
 #include "handler_test.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace handler_support_parts_test {
@@ -80,6 +81,48 @@ TEST_F(HandlerPartsTest, ANumberIsStoredFromItsText)
     }
     EXPECT_STREQ(door.Name, "gate");
     EXPECT_STREQ(door.Code, "1");
+}
+
+TEST_F(HandlerPartsTest, ANumberIsWrittenAsItsText)
+{
+    for (const int32_t number : {0, 7, -7, 10, 4096, -100, INT32_MAX, INT32_MIN}) {
+        char field[16];
+        put_number(field, number);
+        EXPECT_EQ(field, std::to_string(number));
+    }
+}
+
+TEST_F(HandlerPartsTest, ANumberIsCutWithItsField)
+{
+    const std::string texts[] = {"", "-", "-1", "-12", "-123", "-123"};
+    for (size_t width = 1; width <= 6; ++width) {
+        char field[] = "########";
+        put_number(field, width, -123);
+        EXPECT_EQ(field, texts[width - 1]);
+        EXPECT_EQ(std::string(field + width), std::string(8 - width, '#'));
+    }
+}
+
+TEST_F(HandlerPartsTest, KeysAreFoundAsCjsonFindsThem)
+{
+    const FieldList fields = kDoorFields;
+    for (const char *request :
+         {"{}", R"({"Name":"a","Width":"b","Code":"c"})", R"({"Code":"c","Width":"b","Name":"a"})",
+          R"({"name":"a","WIDTH":"b","cODE":"c"})", R"({"Name":1,"Nam":2,"Names":3,"":4,"Code":5})",
+          R"({"Width":"b","width":"c","NAME":1,"Name":"a","Name":2})",
+          R"({"x":1,"Code":"c","y":2})", R"(["Name",{"Name":"a"}])", "7"}) {
+        const Json object = parse(request);
+        cJSON *items[3];
+        find_items(object.get(), fields, items);
+        for (size_t at = 0; at < 3; ++at) {
+            EXPECT_EQ(items[at], cJSON_GetObjectItem(object.get(), fields.first[at].key))
+                << request << " " << fields.first[at].key;
+        }
+    }
+    cJSON untouched;
+    cJSON *items[] = {&untouched, &untouched, &untouched};
+    find_items(nullptr, fields, items);
+    EXPECT_EQ(std::count(items, items + 3, nullptr), 3);
 }
 
 TEST_F(HandlerPartsTest, ARecordBecomesAnObject)

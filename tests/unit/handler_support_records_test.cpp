@@ -174,6 +174,48 @@ TEST_F(HandlerSupportRecordsTest, AReplyHoldsItemsListsAndElements)
               R"({"x":1,"item":true,"list":[7,{"field":"42bC","behind":"D77"}],"empty":[]})");
 }
 
+TEST_F(HandlerSupportRecordsTest, ToAJoinedReplyMoreCanBeJoined)
+{
+    for (const char *request : {"{}", R"({"x":1})", R"({"x":1,"y":2})"}) {
+        const Json object = parse(request);
+        const int before = cJSON_GetArraySize(object.get());
+        EXPECT_TRUE(Reply().join(object.get()));
+        EXPECT_EQ(print(object.get()), request);
+        for (int joined = 1; joined <= 2; ++joined) {
+            Reply reply;
+            reply.add("a", cJSON_CreateTrue());
+            reply.add("b", cJSON_CreateFalse());
+            EXPECT_TRUE(reply.join(object.get()));
+            EXPECT_TRUE(Reply().join(object.get()));
+            EXPECT_EQ(cJSON_GetArraySize(object.get()), before + 2 * joined);
+        }
+        cJSON_AddItemToObject(object.get(), "last", cJSON_CreateNull());
+        cJSON_DeleteItemFromObject(object.get(), "b");
+        std::string keys;
+        const cJSON *previous = nullptr;
+        cJSON *item;
+        cJSON_ArrayForEach(item, object.get())
+        {
+            keys += item->string;
+            EXPECT_TRUE(previous == nullptr || item->prev == previous);
+            previous = item;
+        }
+        EXPECT_EQ(keys.substr(static_cast<size_t>(before)), "aablast");
+        EXPECT_EQ(object->child->prev, previous);
+    }
+}
+
+// Not everything that builds objects keeps where they end.
+TEST_F(HandlerSupportRecordsTest, AReplyFindsTheEndByItself)
+{
+    const Json object = parse(R"({"x":1,"y":2})");
+    object->child->prev = nullptr;
+    Reply reply;
+    reply.add("a", cJSON_CreateTrue());
+    EXPECT_TRUE(reply.join(object.get()));
+    EXPECT_EQ(print(object.get()), R"({"x":1,"y":2,"a":true})");
+}
+
 TEST_F(HandlerSupportRecordsTest, AReplyThatGotNothingIsIncomplete)
 {
     const Json object = parse("{}");

@@ -158,9 +158,24 @@ TEST_F(HandlerSupportTest, AFailureHasItsStatusFirst)
               R"({"Status":"1","FailReason":"abc"})");
 }
 
+// Its text is a constant, which the address sanitizer would see freed.
+TEST_F(HandlerSupportTest, AStatusCanBeCopiedReplacedAndDeleted)
+{
+    const Json object = parse("{}");
+    fail(object.get(), "why");
+    const Json copy(cJSON_Duplicate(object.get(), 1));
+    EXPECT_TRUE(cJSON_ReplaceItemInObject(object.get(), "Status", cJSON_CreateString("2")));
+    EXPECT_EQ(print(object.get()), R"({"Status":"2","FailReason":"why"})");
+    EXPECT_EQ(cJSON_SetValuestring(cJSON_GetObjectItem(copy.get(), "Status"), "3"),
+              std::string("3"));
+    EXPECT_EQ(print(copy.get()), R"({"Status":"3","FailReason":"why"})");
+    cJSON_DeleteItemFromObject(copy.get(), "Status");
+    EXPECT_EQ(print(copy.get()), R"({"FailReason":"why"})");
+}
+
 TEST_F(HandlerSupportTest, AFailureWithoutMemoryAddsNothing)
 {
-    for (size_t first = 0; first < 4; ++first) {
+    for (size_t first = 0; first < 3; ++first) {
         const FailingMemory memory(first, FailingMemory::Fail::kLastingly);
         cJSON object = {};
         object.type = cJSON_Object;
@@ -369,7 +384,7 @@ TEST_F(HandlerSupportTest, ASettingWithoutMemoryDoesNotReachTheDevice)
         }
         EXPECT_EQ(lamp_calls, failed ? 0 : 1);
         if (!failed) {
-            EXPECT_EQ(first, 2u);
+            EXPECT_EQ(first, 1u);
             EXPECT_EQ(print(object.get()), R"({"Other":1,"Status":"0"})");
             break;
         }

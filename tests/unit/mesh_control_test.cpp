@@ -92,7 +92,7 @@ TEST_F(MeshControlTest, WithoutMemoryTheMeshStaysAsItIs)
                 EXPECT_TRUE(recording_device::calls().empty());
                 EXPECT_TRUE(recording_host::log_lines().empty());
             });
-        EXPECT_EQ(allocations, 2u);
+        EXPECT_EQ(allocations, 1u);
     }
 }
 
@@ -225,7 +225,7 @@ TEST_F(MeshControlTest, TheConfigurationStateIsReportedWholeOrNotAtAll)
                                   ? "{" + failure("devapi get tslink config failed") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 4u);
+    EXPECT_EQ(allocations, 3u);
 }
 
 // ---- All ---------------------------------------------------------------------------------------

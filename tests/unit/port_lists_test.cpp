@@ -132,7 +132,7 @@ template <class Reply> std::vector<std::string> replies_without(size_t texts, Re
     std::vector<std::string> replies = {error};
     replies.insert(replies.end(), 1 + 2 * texts, "{" + reply(1, 2));
     replies.insert(replies.end(), 1 + 2 * texts, "{" + reply(0, 1));
-    replies.insert(replies.end(), 2, error);
+    replies.push_back(error); // the status
     return replies;
 }
 

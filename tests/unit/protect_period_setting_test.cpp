@@ -282,7 +282,7 @@ TEST_F(ProtectPeriodSettingTest, WithoutMemoryTheOldPeriodsStay)
             EXPECT_EQ(recording_device::called_functions(),
                       Names{"devapi_get_greennet_index_by_mac"});
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 TEST_F(ProtectPeriodSettingTest, WithoutMemoryARefusalIsSilent)

@@ -165,7 +165,7 @@ TEST_F(ProtectPeriodTest, AreListedAllOrNotAtAll)
                           ? R"({"Mac":"x",)" + failure("get protect period list failed") + "}"
                           : R"({"Mac":"x"})");
         });
-    EXPECT_EQ(allocations, 2 + 1 + 2 * (1 + 2u * 4));
+    EXPECT_EQ(allocations, 1 + 1 + 2 * (1 + 2u * 4));
 }
 
 TEST_F(ProtectPeriodTest, WhatIsNoObjectIsLeftAlone)

@@ -198,7 +198,7 @@ TEST_F(QosReportTest, EachStepWithoutMemoryHasItsReply)
     add(1 + 3 * 2 + 1, enable + applications[1] + error + "," + rules(rule(1, 1)) + status);
     add(1 + 3 * 2 + 1 + 1 + 3 * 2,
         enable + applications[1] + error + "," + rules(rule(0, 0)) + status);
-    add(2, "{" + error + "}"); // Status
+    add(1, "{" + error + "}"); // Status
     size_t number = 0;
     const size_t allocations = sweep_memory(
         kCommand, "{}", [] { qos_is(report_of(1, 2)); },

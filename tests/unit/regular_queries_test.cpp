@@ -129,7 +129,8 @@ TEST_P(RegularQueryTest, WithoutMemoryFailsOrAddsNothing)
                 failed = memory.has_failed();
             }
             if (!failed) {
-                EXPECT_EQ(first, 2 * (query.keys.size() + 1)) << "two allocations for each key";
+                EXPECT_EQ(first, 2 * query.keys.size() + 1)
+                    << "two for each key, one for the status";
                 break;
             }
             EXPECT_EQ(print(object.get()), how == FailingMemory::Fail::kOnce ? failure() : "{}")

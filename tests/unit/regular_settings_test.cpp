@@ -213,7 +213,7 @@ TEST_P(RegularSettingTest, WithoutMemoryDoesNotReachTheDevice)
                 failed = memory.has_failed();
             }
             if (!failed) {
-                EXPECT_EQ(first, 2u);
+                EXPECT_EQ(first, 1u);
                 EXPECT_EQ(print(object.get()), R"({"Status":"0"})");
                 break;
             }

@@ -2,6 +2,7 @@
 #include "memory_sweep.h"
 #include "relations_fixture.h"
 
+#include <algorithm>
 #include <set>
 
 namespace router_memory_test {
@@ -47,7 +48,7 @@ TEST_F(RouterMemoryTest, OfTheMainRouterFailsOrAddsNothing)
     for (const char *code : {"", "TH_OLV"}) {
         const size_t keys = *code == '\0' ? 26 : 13;
         EXPECT_EQ(sweep(
-                      json_get_main_router_info, [=] { area_code_is(code); }, 2 * keys),
+                      json_get_main_router_info, [=] { area_code_is(code); }, 2 * keys - 1),
                   (Outcomes{{"{" + failure("get base info error!") + "}", ""}, {"{}", ""}}));
     }
 }
@@ -104,6 +105,28 @@ TEST_F(RouterMemoryTest, OfDevicesOfAChildRouterAddsNothing)
         when<devapi_get_childsta_base_info>([](AdBaseInfo *) { return -1; });
     };
     EXPECT_EQ(sweep(builder, unknown_devices, 1 + 1 + 2), (Outcomes{{"{}", ""}}));
+}
+
+TEST_F(RouterMemoryTest, AfterAChildWithoutMemoryNoOtherIsAskedFor)
+{
+    std::set<size_t> asked;
+    const auto two_children = [] {
+        prepare();
+        mesh_type_is(2);
+        child_routers_are({1, 2});
+        when<devapi_get_child_mesh_info>([](ChildMeshInfo *info, int32_t) {
+            put(info->ParentMac, "node Mac");
+            return 0;
+        });
+        routers_are({2});
+    };
+    sweep_memory([](cJSON *object) { json_get_topo_router_info(object); }, "{}", two_children,
+                 [&](const std::string &, auto) {
+                     const auto calls = recording_device::called_functions();
+                     asked.insert(static_cast<size_t>(
+                         std::count(calls.begin(), calls.end(), "devapi_get_child_mesh_info")));
+                 });
+    EXPECT_EQ(asked, (std::set<size_t>{0, 1, 2}));
 }
 
 // Only a router without the list of those that hang from it is left out alone.

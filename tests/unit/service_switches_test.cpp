@@ -74,7 +74,7 @@ TEST_F(ServiceSwitchesTest, WpsIsReportedWholeOrNotAtAll)
                                   ? "{" + failure("Get wps enable failed") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 4u);
+    EXPECT_EQ(allocations, 3u);
 }
 
 // ---- SET_WPS_ENABLE ----------------------------------------------------------------------------
@@ -137,7 +137,7 @@ TEST_F(ServiceSwitchesTest, WithoutMemoryWpsIsNotSwitched)
                                   : "{}");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 // ---- All ---------------------------------------------------------------------------------------

@@ -288,7 +288,7 @@ TEST_F(TopologyMemoryTest, OfTheWholeReport)
                                }
                            }),
               1 + kRouterAllocations + 1 + 2 * 5 + 1 + 2 * kDeviceAllocations + 1 +
-                  2 * kChildRouterAllocations + 2);
+                  2 * kChildRouterAllocations + 1);
     EXPECT_EQ(seen, once);
 }
 

@@ -173,7 +173,7 @@ TEST_F(UplinkWifiTest, WithoutMemoryIsNotJoined)
                                   : "{}");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 4u);
+    EXPECT_EQ(allocations, 3u);
 }
 
 // No reply at all would say that the device had another result.
@@ -187,7 +187,7 @@ TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
                                   ? "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 8u);
+    EXPECT_EQ(allocations, 6u);
 }
 
 TEST_F(UplinkWifiTest, WhatIsNoObjectIsLeftAlone)

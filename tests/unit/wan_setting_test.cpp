@@ -183,7 +183,7 @@ TEST_F(WanSettingTest, WithoutMemoryNoConnectionIsSet)
                                   : R"({"Other":1})");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 TEST_F(WanSettingTest, WhatIsNoObjectIsLeftAlone)

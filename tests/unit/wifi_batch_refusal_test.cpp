@@ -143,7 +143,7 @@ TEST_F(WifiBatchRefusalTest, ForRecordsWithoutMemory)
 TEST_F(WifiBatchRefusalTest, ForAReplyWithoutMemory)
 {
     for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
-        for (size_t first = 0; first < 6; ++first) {
+        for (size_t first = 0; first < 4; ++first) {
             const Json object = parse(batch(kElement.json()).json());
             {
                 const FailingMemory memory(first, how);

@@ -221,7 +221,7 @@ TEST_F(WifiListTest, IsReportedWholeOrNotAtAll)
                                   ? "{" + failure("get ssid_num error") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 13) + 2u * 3) << "list, elements, the other texts";
+    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 13) + 2u * 2 + 1) << "list, elements, the other texts";
 }
 
 // ---- parse_wifi_info_from_json -----------------------------------------------------------------

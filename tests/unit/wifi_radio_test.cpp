@@ -94,7 +94,7 @@ TEST_F(SleepScheduleTest, IsReportedWholeOrNotAtAll)
         [](const std::string &object, FailingMemory::Fail how) {
             EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
         });
-    EXPECT_EQ(allocations, 1 + 3 * (1 + 2u * 4) + 2);
+    EXPECT_EQ(allocations, 1 + 3 * (1 + 2u * 4) + 1);
 }
 
 // ---- SET_WIFI_SLEEP_SCHEDULE -------------------------------------------------------------------
@@ -255,7 +255,7 @@ TEST_F(SleepScheduleTest, WithoutMemoryTheOldScheduleStays)
                                   : R"({"First":1,"Last":2})");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 TEST_F(SleepScheduleTest, AnElementFillsTheTextsOfARecord)

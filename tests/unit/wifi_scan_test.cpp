@@ -130,7 +130,7 @@ TEST_F(WifiScanTest, AScanIsReportedWholeOrNotAtAll)
                                   ? "{" + failure("get scan rssi failed") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 7) + 2);
+    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 7) + 1);
 }
 
 // ---- GET_SCAN_CHANNEL_POWER --------------------------------------------------------------------
@@ -212,7 +212,7 @@ TEST_F(WifiScanTest, ThePowersAreReportedWholeOrNotAtAll)
                                   ? "{" + failure("get channel rssi failed") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 2) + 2);
+    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 2) + 1);
 }
 
 // ---- GET_WIFI_CHANNEL_LIST ---------------------------------------------------------------------
@@ -296,7 +296,7 @@ TEST_F(WifiScanTest, TheChannelsAreReportedWholeOrNotAtAll)
                                   ? "{" + failure("Get Wifi channel error") + "}"
                                   : "{}");
         });
-    EXPECT_EQ(allocations, 2 + 3 * (1 + 2u) + 2);
+    EXPECT_EQ(allocations, 2 + 3 * (1 + 2u) + 1);
 }
 
 // ---- All of them -------------------------------------------------------------------------------

@@ -194,7 +194,7 @@ TEST_F(WifiSettingTest, WithoutMemoryNoSettingReachesTheDevice)
                                   : "{}");
             EXPECT_TRUE(recording_device::calls().empty());
         });
-    EXPECT_EQ(allocations, 2u);
+    EXPECT_EQ(allocations, 1u);
 }
 
 // ---- parse_wifi_set_info_from_json -------------------------------------------------------------

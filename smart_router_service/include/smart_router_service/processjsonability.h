@@ -6,8 +6,11 @@
  * Objects: a command object is a cJSON object that belongs to the agent. The agent creates it from
  * the request, hands it in, and prints and deletes it afterwards. A handler adds its reply to that
  * same object and takes out the request keys that it has consumed; whatever it adds belongs to the
- * object. The keys that it adds are constants of this library, which therefore stays in memory
- * until the process ends, also after dlclose().
+ * object. The keys that it adds and the text of "Status" are constants of this library, which
+ * therefore stays in memory until the process ends, also after dlclose(). Their items can be
+ * printed, copied, moved, replaced and deleted like all others; an agent that wants another text in
+ * one replaces the item: the constant itself is neither written to nor freed. cJSON knows them by
+ * cJSON_StringIsConst and cJSON_IsReference.
  *
  * Memory: the library and the agent must use the same cJSON library. When memory runs out, a
  * command answers with its failure text, or, when not even that can be allocated, adds nothing.

@@ -1,4 +1,5 @@
-#include "floor_topology.h"
+// The topology report.
+#include "floor.h"
 
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/host_agent.h"
@@ -9,12 +10,9 @@
 #include <ctime>
 #include <strings.h>
 
-namespace {
+using straight_cjson::add;
 
-void add(cJSON *object, const char *key, const char *value)
-{
-    cJSON_AddStringToObject(object, key, value);
-}
+namespace {
 
 const char *radio_state(const char *state)
 {
@@ -242,7 +240,7 @@ cJSON *child_router(const ChildRouterInfo &info)
 
 } // namespace
 
-void floor_topology_report(cJSON *reply)
+void straight_cjson::get_tsnk_topo_info(cJSON *reply)
 {
     cJSON_AddItemToObject(reply, "MainRouter", main_router());
     cJSON *list = cJSON_CreateArray();

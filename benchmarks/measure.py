@@ -1,0 +1,117 @@
+"""Counts instructions and heap allocations with callgrind. As a program it checks that the plug-in keeps what is
+promised of them: measure.py handlers|elements|dispatch PROGRAM."""
+
+import dataclasses
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+MOST_INSTRUCTIONS = 0.75  # of a handler, of those of straight cJSON code
+MOST_ALLOCATIONS = 0.70
+MOST_GROWTH = 0.05  # of what an element of a list costs, from the shorter list to the longer one
+FLAT_SIZES = (100, 100_000)
+MOST_FOR_A_NAME = 1.5  # of what the command costs that is found most cheaply
+
+ALLOCATORS = {"malloc", "calloc", "realloc"}
+
+
+@dataclasses.dataclass
+class Cost:
+    instructions: int
+    allocations: int
+
+
+def read_profile(path):
+    """The label that the program gave to the profile (None when it ended without one), and its cost."""
+    label, instructions, allocations = None, 0, 0
+    names = {}
+    function = callee = None
+    for line in path.read_text(errors="replace").splitlines():
+        if match := re.match(r"(c?fn)=\((\d+)\)(?: (.*))?", line):
+            kind, number, name = match.groups()
+            if name is not None:
+                names[number] = name
+            if kind == "fn":
+                function = names[number]
+            else:
+                callee = names[number]
+        elif match := re.match(r"calls=(\d+)", line):
+            if callee in ALLOCATORS and function not in ALLOCATORS:
+                allocations += int(match[1])
+        elif match := re.match(r"desc: Trigger: Client Request: (.*)", line):
+            label = match[1]
+        elif match := re.match(r"totals: (\d+)", line):
+            instructions = int(match[1])
+    return label, Cost(instructions, allocations)
+
+
+def count(command, *options):
+    """The costs of each profile that the program writes, by label, in the order in which it writes them."""
+    with tempfile.TemporaryDirectory() as directory:
+        profile = pathlib.Path(directory) / "profile"
+        subprocess.run(["valgrind", "--tool=callgrind", "--quiet", f"--callgrind-out-file={profile}",
+                        *options, *command], check=True, stdout=subprocess.DEVNULL)
+        parts = sorted(pathlib.Path(directory).glob("profile.*"), key=lambda path: int(path.suffix[1:]))
+        return dict(map(read_profile, parts + [profile]))
+
+
+def count_parts(*command):
+    """The costs of what the program measures by itself, less what the device does."""
+    costs = count(command, "--instr-atstart=no", "--toggle-collect=devapi_*", "--collect-atstart=yes")
+    costs.pop(None, None)
+    return costs
+
+
+def count_sides(program, which, sizes):
+    """The costs of the plug-in and of straight cJSON code, by the name of the case."""
+    costs = count_parts(program, which, *map(str, sizes))
+    cases = dict.fromkeys(label.split("|")[0] for label in costs)
+    return {case: (costs[f"{case}|plug-in"], costs[f"{case}|floor"]) for case in cases}
+
+
+def check_handlers(program):
+    broken = 0
+    for case, (plugin, floor) in count_sides(program, "handler", [10, 100]).items():
+        instructions = plugin.instructions / floor.instructions
+        allocations = plugin.allocations / floor.allocations
+        kept = instructions <= MOST_INSTRUCTIONS and allocations <= MOST_ALLOCATIONS
+        broken += not kept
+        print(f"{case}: {plugin.instructions} instructions, {instructions:.2f} of straight cJSON code; "
+              f"{plugin.allocations} allocations, {allocations:.2f} of it{'' if kept else '  <-- too much'}")
+    return broken
+
+
+def check_elements(program):
+    broken = 0
+    costs = count_sides(program, "handler", FLAT_SIZES)
+    short, long = FLAT_SIZES
+    lists = [case for case in costs if case.endswith(f", {short} elements")]
+    for case in lists:
+        per_short = costs[case][0].instructions / short
+        per_long = costs[case.replace(str(short), str(long))][0].instructions / long
+        growth = per_long / per_short - 1
+        kept = abs(growth) <= MOST_GROWTH
+        broken += not kept
+        print(f"{case}: {per_short:.1f} instructions for each, {per_long:.1f} of {long}: "
+              f"{growth:+.1%}{'' if kept else '  <-- too much'}")
+    return broken or not lists
+
+
+def check_dispatch(program):
+    costs = {name: cost.instructions for name, cost in count_parts(program).items()}
+    cheapest, dearest = min(costs, key=costs.get), max(costs, key=costs.get)
+    ratio = costs[dearest] / costs[cheapest]
+    print(f"{len(costs)} names: from {costs[cheapest]} instructions for {cheapest} "
+          f"to {costs[dearest]} for {dearest}, {ratio:.2f} times as many")
+    return ratio > MOST_FOR_A_NAME
+
+
+def main(what, program):
+    checks = {"handlers": check_handlers, "elements": check_elements, "dispatch": check_dispatch}
+    return 1 if checks[what](program) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

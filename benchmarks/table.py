@@ -1,0 +1,128 @@
+"""Runs every measurement and prints one Markdown table: table.py BUILD [DOCUMENT]. A document gets the table in
+place of the one it has, between its two marks. Times are the processor's."""
+
+import json
+import os
+import pathlib
+import platform
+import re
+import subprocess
+import sys
+
+import measure
+
+SIZES = [10, 100, 1_000, 10_000, 100_000]
+COMMANDS = 1_000_000
+RUNS = 30  # of a process, of which the fastest counts: whatever is slower was held up by something else
+
+COLUMNS = ["", "Instructions", "beside", "ratio", "Allocations", "beside", "ratio", "Time", "beside", "Memory"]
+
+
+def number(value):
+    return f"{value:,.0f}"
+
+
+def duration(nanoseconds):
+    for unit, size in (("s", 1e9), ("ms", 1e6), ("µs", 1e3)):
+        if nanoseconds >= size:
+            return f"{nanoseconds / size:.3g} {unit}"
+    return f"{nanoseconds:.0f} ns"
+
+
+def compared(value, beside):
+    return [number(value), number(beside), f"{value / beside:.2f}"]
+
+
+def row(name, instructions=None, allocations=None, times=None, memory=None):
+    """instructions and allocations: a count, or a pair of the plug-in's and what stands beside it; times: the same
+    in nanoseconds; memory: a text. A measurement has the cells that it can fill."""
+    cells = [name]
+    for counts in (instructions, allocations):
+        if isinstance(counts, tuple):
+            cells += compared(*counts)
+        else:
+            cells += [number(counts) if counts is not None else "", "", ""]
+    times = times if isinstance(times, tuple) else (times, None)
+    cells += [duration(value) if value is not None else "" for value in times]
+    cells.append(memory or "")
+    return cells
+
+
+def handlers(build):
+    """Each command, the handler alone and the whole."""
+    output = subprocess.run([build / "bin/times", "--benchmark_format=json", "--benchmark_min_time=0.1"], check=True,
+                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+    nanoseconds = {}
+    for run in json.loads(output)["benchmarks"]:
+        name, _, manual = run["name"].partition("/")
+        nanoseconds[name] = run["real_time" if manual else "cpu_time"]
+    for which, title in (("handler", "{}"), ("whole", "{}, whole")):
+        for case, (plugin, floor) in measure.count_sides(build / "bin/instructions", which, SIZES).items():
+            yield row(title.format(case), (plugin.instructions, floor.instructions),
+                      (plugin.allocations, floor.allocations),
+                      (nanoseconds[f"{case}|plug-in|{which}"], nanoseconds[f"{case}|floor|{which}"]))
+
+
+def dispatch(build):
+    costs = {name: cost.instructions for name, cost in measure.count_parts(build / "bin/dispatch").items()}
+    cheapest, dearest = min(costs, key=costs.get), max(costs, key=costs.get)
+    yield row(f"Finding {dearest}; beside, {cheapest}", (costs[dearest], costs[cheapest]))
+
+
+def loading(build):
+    plugin = build / "lib/libsmart_router_service.so"
+    instructions = measure.count_parts(build / "bin/loading", plugin, "0")["loading"]
+    runs = [json.loads(subprocess.check_output([build / "bin/loading", plugin, "0"])) for _ in range(RUNS)]
+    nanoseconds = 1000 * min(run["microseconds"] for run in runs)
+    memory = json.loads(subprocess.check_output([build / "bin/loading", plugin, str(COMMANDS)]))
+    yield row("Loading the plug-in", instructions.instructions, instructions.allocations, nanoseconds,
+              f"{memory['loaded'] - memory['before']} KiB")
+    yield row("After one of each command", memory=f"{memory['first'] - memory['before']} KiB")
+    yield row(f"After {number(COMMANDS)} commands", memory=f"{memory['last'] - memory['before']} KiB")
+
+
+def processor_time(command):
+    """Nanoseconds of the fastest run."""
+    times = []
+    for _ in range(RUNS):
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
+        _, status, usage = os.wait4(process.pid, 0)
+        assert status == 0
+        times.append(1e9 * (usage.ru_utime + usage.ru_stime))
+    return min(times)
+
+
+def processes(build):
+    """A process with one command, and one that links the same libraries and does nothing."""
+    commands = ([build / "bin/hgagent", "call", "GET_SN_INFO"], [build / "agent/link_check"])
+    costs = [measure.count(command)[None] for command in commands]
+    yield row("hgagent call GET_SN_INFO; beside, its libraries alone",
+              tuple(cost.instructions for cost in costs), tuple(cost.allocations for cost in costs),
+              tuple(processor_time(command) for command in commands))
+
+
+MEASUREMENTS = [handlers, dispatch, loading, processes]
+
+
+def machine():
+    model = re.search(r"^model name\s*: (.*)$", pathlib.Path("/proc/cpuinfo").read_text(), re.M)
+    compiler = subprocess.run(["c++", "--version"], check=True, stdout=subprocess.PIPE, text=True).stdout
+    return f"{model[1] if model else platform.machine()}, {platform.system()} {platform.release()}, " \
+           f"{compiler.splitlines()[0]}"
+
+
+def main(build, document=None):
+    build = pathlib.Path(build)
+    rows = [COLUMNS, ["---"] + ["---:"] * (len(COLUMNS) - 1)]
+    for measurement in MEASUREMENTS:
+        rows += measurement(build)
+    table = f"{machine()}\n\n" + "\n".join("| " + " | ".join(cells) + " |" for cells in rows)
+    print(table)
+    if document is not None:
+        path = pathlib.Path(document)
+        begin, end = "<!-- measured -->\n", "\n<!-- /measured -->"
+        before, rest = path.read_text(encoding="utf-8").split(begin)
+        path.write_text(before + begin + table + end + rest.split(end)[1], encoding="utf-8")
+
+
+main(*sys.argv[1:])

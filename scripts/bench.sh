@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Measures the plug-in as it ships and prints one Markdown table; takes some minutes.
+#
+#   --keep    puts the table into docs/performance.md as well
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+document=()
+if [ $# -gt 0 ]; then
+    if [ "$*" != --keep ]; then
+        echo "usage: $0 [--keep]" >&2
+        exit 2
+    fi
+    document=(docs/performance.md)
+fi
+scripts/install-deps.sh >&2
+cmake --preset release >/dev/null
+cmake --build --preset release --target measurements hgagent link_check simulated_gateway -- --quiet >&2
+exec /usr/bin/python3 -B benchmarks/table.py build/release "${document[@]}"
