@@ -22,7 +22,7 @@ for option in "$@"; do
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
-            packages+=(clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc shellcheck)
+            packages+=(abigail-tools clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc shellcheck)
             ;;
         --clang)
             packages+=(clang-14 libclang-rt-14-dev llvm-14)
