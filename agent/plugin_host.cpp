@@ -26,9 +26,13 @@ std::string library_path(const std::string &given, const char *standard)
     if (!given.empty()) {
         return fs::absolute(given); // dlopen() would search a bare name elsewhere
     }
-    const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path();
+    std::error_code problem;
+    const fs::path folder = fs::read_symlink("/proc/self/exe", problem).parent_path();
+    if (problem) {
+        throw HostError(kCannotLoad, std::string("cannot tell where ") + standard +
+                                         " is: /proc/self/exe: " + problem.message());
+    }
     const fs::path installed = (folder / HGAGENT_LIBRARIES / standard).lexically_normal();
-    std::error_code problem; // then it is not there
     return fs::exists(installed, problem) ? installed : folder.parent_path() / "lib" / standard;
 }
 
