@@ -85,18 +85,15 @@ int StopSignals::arrived() const
 bool StopSignals::wait_for(int descriptor, short events) const
 {
     std::array<pollfd, 2> both = {pollfd{descriptor, events, 0}, pollfd{descriptor_, POLLIN, 0}};
-    for (;;) {
-        const int timeout = arrived() != 0 ? 0 : -1;
-        if (poll(both.data(), both.size(), timeout) < 0 && errno != EINTR) {
+    while (poll(both.data(), both.size(), -1) < 0) {
+        if (errno != EINTR) {
             fail("cannot wait for input or output");
         }
-        if (both[0].revents != 0) {
-            return true;
-        }
-        if (arrived() != 0) {
-            return false;
-        }
     }
+    if (both[1].revents != 0) {
+        seen_ = true;
+    }
+    return both[0].revents != 0;
 }
 
 void StopSignals::wait(std::chrono::milliseconds time) const
@@ -115,10 +112,9 @@ bool LineReader::fill()
     }
     buffer_.erase(0, begin_);
     begin_ = 0;
-    const size_t used = buffer_.size();
-    buffer_.resize(used + kReadSize);
-    const size_t count = read_input(buffer_.data() + used, kReadSize);
-    buffer_.resize(used + count);
+    std::array<char, kReadSize> bytes; // not zeroed, which would cost more than answering a request
+    const size_t count = read_input(bytes.data(), bytes.size());
+    buffer_.append(bytes.data(), count);
     ended_ = count == 0;
     return true;
 }
@@ -127,7 +123,7 @@ LineReader::Result LineReader::next(std::string &line)
 {
     bool too_long = false;
     size_t searched = 0; // bytes of the line that hold no line end
-    while (stop_.arrived() == 0) {
+    while (!stop_.seen()) {
         const size_t end = std::min(buffer_.find('\n', begin_ + searched), buffer_.size());
         const bool has_end = end < buffer_.size();
         const bool started = too_long || end > begin_;

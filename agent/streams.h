@@ -2,6 +2,7 @@
 // asks for it.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <mutex>
 #include <stdexcept>
@@ -37,11 +38,15 @@ class StopSignals {
     // whether the descriptor is ready.
     bool wait_for(int descriptor, short events) const;
 
+    // Whether a signal had arrived when somebody last waited. Costs nothing, unlike arrived().
+    bool seen() const { return seen_; }
+
     // Waits for a signal, but no longer than the time.
     void wait(std::chrono::milliseconds time) const;
 
   private:
     int descriptor_;
+    mutable std::atomic<bool> seen_ = false;
 };
 
 // Reads lines from standard input. A line that is too long is passed over without being kept.

@@ -46,6 +46,14 @@ DECLARATION = re.compile(r"((const|constexpr|static|struct|auto)\s+)*[\w:]+(<[^;
                          r"(\s*[*&]+\s*(const\s+)?|\s+)\w+\s*[\[(={;]")
 LABEL = re.compile(r"\s*(case [^:]+:(?!:)|default:)?\s*")
 BODY = re.compile(r"(\)|\b(const|else|do)|\)\s*->\s*[\w:]+|:)$")
+# What these do is to be seen in their result alone.
+LOOKS_ONLY = {"sizeof", "static_cast", "text_of", "number_of", "number_in", "array_of", "item_of",
+              "clamped", "cJSON_GetObjectItem", "cJSON_GetObjectItemCaseSensitive",
+              "cJSON_GetArraySize", "cJSON_IsObject", "cJSON_IsArray", "strlen", "strnlen",
+              "is_number", "text"}
+CALL = re.compile(r"(\w+)(?:<[^<>()]*>)?\(")
+SET = re.compile(r"(?:(?:const|constexpr|static|auto|\w+(?:<[^<>]*>)?)\s+)*[*&]*\s*(?:const\s+)?(\w+)"
+                 r"(?:(?:\.|->)\w+|\[\w+\])*\s*(?:[-+|&]?=(?!=)|\{)")
 SCOPE = re.compile(r"\b(namespace|struct|class|enum|union|extern)\b[^()]*$")
 
 
@@ -181,6 +189,18 @@ def statements(code):
     return blocks
 
 
+def set_by(statement):
+    """The variable that the statement sets, when that is all it does; None for any other."""
+    found = SET.match(statement)
+    return found.group(1) if found and LOOKS_ONLY.issuperset(CALL.findall(statement)) else None
+
+
+def are_independent(first, second):
+    """Whether neither statement does more than to set a variable that the other does not name."""
+    return all(name and not re.search(rf"\b{name}\b", other)
+               for name, other in ((set_by(first), second), (set_by(second), first)))
+
+
 def changed_statements(text, code):
     for block in statements(code):
         for at, place in enumerate(block):
@@ -200,6 +220,8 @@ def changed_statements(text, code):
                 continue
             if any(DECLARATION.match(one) and "(" not in one for one in (statement, other)):
                 continue  # whatever is declared without a call may be declared earlier or later
+            if are_independent(statement, other):
+                continue
             between = text[place[1]:follower[0]]
             yield ((place[0], follower[1]), text[slice(*follower)] + between + text[slice(*place)],
                    "order")
