@@ -1,10 +1,10 @@
 #include "conformance_checks.h"
 
 #include "conformance_requests.h"
-#include "device_functions.h"
 #include "device_texts.h"
 #include "reply.h"
 #include "report.h"
+#include "smart_router_service/device_functions.h"
 #include "smart_router_service/processjsonability.h"
 #include "workers.h"
 

@@ -2,8 +2,8 @@
 // comes back.
 #include "device_watch.h"
 
-#include "device_functions.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/device_functions.h"
 #include "watched_arguments.h"
 #include "watched_call.h"
 

@@ -18,14 +18,22 @@ constexpr char kDeviceWatch[] = "libdevice_watch.so";
 constexpr char kPlugin[] = "libsmart_router_service.so";
 constexpr size_t kMaxGatewayError = 1024;
 
-// Libraries stand beside the executable's folder, wherever that has been installed.
+// Libraries stand where they were installed with the executable, wherever the whole was moved to,
+// or in the folder lib beside its own.
 std::string library_path(const std::string &given, const char *standard)
 {
     namespace fs = std::filesystem;
     if (!given.empty()) {
         return fs::absolute(given); // dlopen() would search a bare name elsewhere
     }
-    return fs::read_symlink("/proc/self/exe").parent_path().parent_path() / "lib" / standard;
+    std::error_code problem;
+    const fs::path folder = fs::read_symlink("/proc/self/exe", problem).parent_path();
+    if (problem) {
+        throw HostError(kCannotLoad, std::string("cannot tell where ") + standard +
+                                         " is: /proc/self/exe: " + problem.message());
+    }
+    const fs::path installed = (folder / HGAGENT_LIBRARIES / standard).lexically_normal();
+    return fs::exists(installed, problem) ? installed : folder.parent_path() / "lib" / standard;
 }
 
 std::string list_of(const std::vector<std::string> &names)

@@ -2,8 +2,8 @@
 // device_access.h, so a new record needs nothing here, unless it has pointers.
 #pragma once
 
-#include "device_functions.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/device_functions.h"
 #include "watched_call.h"
 
 #include <cstring>

@@ -1,5 +1,6 @@
-# Reads the prototypes in device_access.h into generated/device_functions.h, so that whatever has to
-# exist once for every device function is not written once for every device function:
+# Reads the prototypes in device_access.h into smart_router_service/device_functions.h in the folder
+# generated, so that whatever has to exist once for every device function is not written once for every
+# device function:
 #
 #   DEVICE_FUNCTIONS(FUNCTION)  expands FUNCTION(result, name, (parameters), (arguments)) for each.
 #
@@ -45,7 +46,7 @@ endforeach()
 string(APPEND records ")")
 
 set(generated_dir ${PROJECT_BINARY_DIR}/generated)
-file(CONFIGURE OUTPUT ${generated_dir}/device_functions.h CONTENT
+file(CONFIGURE OUTPUT ${generated_dir}/smart_router_service/device_functions.h CONTENT
 "// Made from device_access.h.
 #pragma once
 
@@ -57,3 +58,5 @@ file(CONFIGURE OUTPUT ${generated_dir}/device_functions.h CONTENT
 add_library(device_functions INTERFACE)
 target_include_directories(device_functions INTERFACE ${generated_dir})
 target_link_libraries(device_functions INTERFACE plugin_headers)
+install(DIRECTORY ${generated_dir}/smart_router_service
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)

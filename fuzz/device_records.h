@@ -2,8 +2,8 @@
 #pragma once
 
 #include "device_answer.h"
-#include "device_functions.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/device_functions.h"
 
 namespace fuzz {
 

@@ -1,8 +1,8 @@
 // A device-access library that answers as the input's bytes say. Its functions are made from
 // device_access.h, and so is what it fills in each record; a new one needs nothing here.
 #include "device_answer.h"
-#include "device_functions.h"
 #include "device_records.h"
+#include "smart_router_service/device_functions.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -4,6 +4,8 @@
 #   --cross    also what builds and runs the plug-in for 32-bit MIPS
 #   --checks   also the formatter and the analysers
 #   --clang    also the other compiler, which builds the fuzzers
+#   --musl     also what builds the plug-in for another C library
+#   --packages also what builds and checks the Debian packages
 set -euo pipefail
 
 packages=(
@@ -21,13 +23,19 @@ for option in "$@"; do
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
-            packages+=(clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc shellcheck)
+            packages+=(abigail-tools clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc shellcheck)
             ;;
         --clang)
             packages+=(clang-14 libclang-rt-14-dev llvm-14)
             ;;
+        --musl)
+            packages+=(dpkg-dev file musl-tools)
+            ;;
+        --packages)
+            packages+=(dpkg-dev fakeroot file lintian man-db pkgconf)
+            ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang]" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages]" >&2
             exit 2
             ;;
     esac

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: natively under the address and undefined-behaviour
 # sanitizers, what uses threads under the thread sanitizer, the plug-in's own tests as 32-bit MIPS
-# under qemu, and what counts instructions as it ships.
+# under qemu, and as it ships what counts instructions and what uses an installation.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,13 +16,13 @@ build() {
 
 build tsan
 build mipsel
-build release --target measurements
+build release --target measurements product
 build debug
 echo "== tsan: tests with threads"
 ctest --preset tsan
 echo "== mipsel: the plug-in's own tests"
 ctest --preset mipsel
-echo "== release: measurements"
-ctest --preset release --tests-regex '^performance' --verbose | grep -v ^UpdateCTest
+echo "== release: measurements, and what is installed"
+ctest --preset release --tests-regex '^(performance|packaging)' --verbose | grep -v ^UpdateCTest
 echo "== debug: all tests"
 ctest --preset debug

@@ -1,7 +1,7 @@
 // Takes the address of every device function, so that one that this library lacks is an undefined
 // reference with its name when the library is linked, and not a surprise when it is called.
-#include "device_functions.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/device_functions.h"
 
 extern const void *const simulated_gateway_every_function[];
 

@@ -1,6 +1,6 @@
 #include "fault_plan.h"
 
-#include "device_functions.h"
+#include "smart_router_service/device_functions.h"
 #include "text.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@
  */
 #include "smart_router_service/device_access.h"
 
-#include "device_functions.h"
+#include "smart_router_service/device_functions.h"
 
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 

@@ -10,6 +10,7 @@ import subprocess
 import sys
 
 EXPECTED_FLAGS = {"NOW", "NODELETE"}
+MUSL, GLIBC = "libc.so", "libc.so.6"
 
 
 def read(readelf, *arguments):
@@ -82,7 +83,8 @@ def main(readelf, map_file, command_table, list_file, device_header, *plugins):
     for plugin in plugins:
         exported, undefined = symbols(readelf, plugin)
         ever_undefined |= undefined["GLOBAL"]
-        found = set(re.findall(r"\(NEEDED\).*\[(.*)\]", read(readelf, "--dynamic", plugin)))
+        found = re.findall(r"\(NEEDED\).*\[(.*)\]", read(readelf, "--dynamic", plugin))
+        found = {GLIBC if library == MUSL else library for library in found}
         for what, names in (("exports beyond the map and the table", exported - exports),
                             ("does not export", exports - exported),
                             ("needs beyond the list", undefined["GLOBAL"] - strong),

@@ -1,7 +1,7 @@
 #include "record_fields.h"
 
-#include "device_functions.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/device_functions.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 // The part of the test's device library that knows every function: each fails, unless another file
 // of the library defines it.
-#include "device_functions.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/device_functions.h"
 
 template <class... Arguments> static void ignore(Arguments...) {}
 

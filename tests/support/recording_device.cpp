@@ -1,6 +1,6 @@
 #include "recording_device.h"
 
-#include "device_functions.h"
+#include "smart_router_service/device_functions.h"
 
 #include <algorithm>
 #include <mutex>

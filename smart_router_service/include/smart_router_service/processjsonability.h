@@ -34,6 +34,15 @@
 
 #define SMART_ROUTER_API __attribute__((visibility("default")))
 
+/*
+ * The version of the library and of its interface: what it exports, what it needs (device_access.h,
+ * host_agent.h), and what its commands take and reply. Semantic versioning: each number grows with
+ * what stands beside it, and those below it begin again at 0.
+ */
+#define SMART_ROUTER_SERVICE_VERSION_MAJOR 0 /* what agents or device libraries have to follow */
+#define SMART_ROUTER_SERVICE_VERSION_MINOR 1 /* additions; before 1.0.0 the former as well */
+#define SMART_ROUTER_SERVICE_VERSION_PATCH 0 /* everything else */
+
 #ifdef __cplusplus
 extern "C" {
 #endif

@@ -1,0 +1,59 @@
+# Three packages: the plug-in for those who run an agent of their own, what it takes to build one, and
+# the reference agent with the simulated gateway.
+set(package_of_runtime smart-router-service)
+set(package_of_development smart-router-service-dev)
+set(package_of_agent hgagent)
+
+set(SMART_ROUTER_PACKAGE_MAINTAINER "The smart_router_service authors <smart-router-service@example.org>"
+    CACHE STRING "Who answers for the Debian packages")
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME smart-router-service)
+set(CPACK_PACKAGE_CONTACT "${SMART_ROUTER_PACKAGE_MAINTAINER}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # else it comes before each package's own
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_COMPONENTS_ALL runtime development agent)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(same_version "(= ${PROJECT_VERSION})")
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
+"command-processing plug-in for home gateways
+A management agent loads this library, hands in the JSON commands of a
+platform or an app, and finds the reply in the same object. The library turns
+each command into calls of the router's device-access library.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "smart-router-service ${same_version}, libcjson-dev")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+"headers of the command-processing plug-in for home gateways
+For those who write an agent that loads the plug-in, or a device-access
+library for it: the headers, a CMake package, a pkg-config file, JSON Schemas
+of all commands, and the smallest agent and device library as examples.")
+
+set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "smart-router-service ${same_version}")
+set(CPACK_DEBIAN_AGENT_DESCRIPTION
+"reference agent and simulated gateway for home-gateway commands
+The program hgagent loads the plug-in as the agent of a gateway does. Its
+device is a simulated gateway, a model of a home that answers queries and
+remembers what is set, or a device-access library that it tests.")
+
+# What every Debian package has to have, and no other installation.
+find_program(GZIP gzip REQUIRED)
+configure_file(debian/changelog.in changelog @ONLY)
+execute_process(COMMAND ${GZIP} --best --no-name --force --keep changelog
+    WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} COMMAND_ERROR_IS_FATAL ANY)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+    string(TOUPPER ${component} COMPONENT)
+    set(CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME ${package_of_${component}})
+    install(FILES debian/copyright ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_of_${component}}
+        COMPONENT ${component} EXCLUDE_FROM_ALL)
+endforeach()
+include(CPack)

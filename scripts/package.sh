@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Builds the Debian packages into build/package: the plug-in, what it takes to develop with it, and the
+# reference agent with the simulated gateway.
+#
+#   package.sh [--test]   also checks them, installs them, tries them and removes them again
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+tests=false
+case ${1-} in
+    '') ;;
+    --test) tests=true ;;
+    *)
+        echo "usage: $0 [--test]" >&2
+        exit 2
+        ;;
+esac
+
+scripts/install-deps.sh --packages
+cmake --preset release >/dev/null
+cmake --build --preset release --target product -- --quiet
+rm -rf build/package
+if ! cpack --config build/release/CPackConfig.cmake -B build/package >build/package.log 2>&1; then
+    cat build/package.log >&2
+    exit 1
+fi
+rm -rf build/package/_CPack_Packages
+ls build/package/*.deb
+if $tests; then
+    tests/packaging/packages_test.sh build/package
+fi

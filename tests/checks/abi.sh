@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Holds the interface that the public headers declare against the one in tests/abi/baseline, as it was
+# when the version was last raised for it: abi.sh BUILD_FOLDER [--update]
+#
+# What the plug-in exports is seen in the plug-in, what it needs of a device library and of an agent in
+# the examples, which have all of it.
+set -euo pipefail
+build=$1/abi
+baseline=tests/abi/baseline
+as_text=(--no-corpus-path --no-comp-dir-path --no-show-locs --no-parameter-names --no-architecture
+    --no-elf-needed --exported-interfaces-only --drop-undefined-syms)
+
+cmake -S . -B "$build" -G Ninja -D CMAKE_BUILD_TYPE=Debug -D SMART_ROUTER_HOST=OFF \
+    -D SMART_ROUTER_TESTS=OFF >/dev/null
+cmake --build "$build" --target smart_router_service minimal_device minimal_host >"$build/log" ||
+    { cat "$build/log"; exit 1; }
+
+changed=0
+for seen_in in lib/libsmart_router_service.so lib/libminimal_device.so bin/minimal_host; do
+    name=$(basename "$seen_in" .so)
+    abidw "${as_text[@]}" --out-file "$build/$name.abi" "$build/$seen_in"
+    if [ "${2-}" = --update ]; then
+        cp "$build/$name.abi" "$baseline"
+    elif ! abidiff "$baseline/$name.abi" "$build/$name.abi"; then
+        changed=1
+    fi
+done
+if [ "$changed" -ne 0 ]; then
+    echo "The interface has changed. Raise the version in processjsonability.h as it says there, and take"
+    echo "the new baseline: tests/checks/abi.sh $1 --update"
+fi
+exit "$changed"

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Builds the example agent and device library outside of the project, with nothing but what is installed
+# under a prefix: by CMake, and by pkg-config. consumer_test.sh PREFIX EXAMPLES
+set -euo pipefail
+prefix=$1
+examples=$2
+here=$(realpath "$(dirname "$0")")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+reply='{"Status":"0","MAC":"02:00:5E:10:00:01","tslinkstatus":"0","DeviceType":"EXAMPLE-1"}'
+
+# expect_reply PROGRAM
+expect_reply()
+{
+    local output
+    output=$("$1" GET_SN_INFO)
+    if [ "$output" != "$reply" ]; then
+        echo "$1: $output" >&2
+        exit 1
+    fi
+}
+
+cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
+    -D "EXAMPLES=$examples" >"$work/log" || { cat "$work/log"; exit 1; }
+cmake --build "$work/cmake" >"$work/log" || { cat "$work/log"; exit 1; }
+expect_reply "$work/cmake/host"
+if cmake -S "$here/consumer" -B "$work/later" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
+    -D "EXAMPLES=$examples" -D WANTED=99 >"$work/log" 2>&1; then
+    echo 'another version was taken for a compatible one' >&2
+    exit 1
+fi
+
+PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name smart_router_service.pc)")
+export PKG_CONFIG_PATH
+read -ra compile < <(pkg-config --cflags smart_router_service)
+read -ra link < <(pkg-config --libs smart_router_service)
+plugin_folder=$(pkg-config --variable=plugindir smart_router_service)
+cc -std=c11 -fPIC -shared "${compile[@]}" "$examples"/minimal_device/*.c -o "$work/libdevice.so"
+cc -std=c11 -rdynamic "${compile[@]}" "$examples/minimal_host.c" -o "$work/host" \
+    -Wl,--no-as-needed "-Wl,-rpath,$work:$plugin_folder" "$work/libdevice.so" "${link[@]}"
+expect_reply "$work/host"
+echo 'built by CMake and by pkg-config against what is installed'

@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Installs a build under another prefix, and uses what is there: install_test.sh BUILD_FOLDER EXAMPLES
+set -euo pipefail
+here=$(realpath "$(dirname "$0")")
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+cmake --install "$1" --prefix "$home/first" >/dev/null
+
+# The whole may be moved.
+mv "$home/first" "$home/second"
+"$home/second/bin/hgagent" call GET_SN_INFO
+"$home/second/bin/hgagent" conformance --command GET_SN_INFO >/dev/null
+"$here/consumer_test.sh" "$home/second" "$2"

@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# Installs the Debian packages of a folder into a root folder of their own, tries what is in them, and
+# removes them again: packages_test.sh FOLDER
+#
+# That root is not entered: programs find their own libraries beside themselves, and all others are this
+# system's, which has to have what the packages depend on.
+set -euo pipefail
+packages=$(realpath "$1")
+here=$(realpath "$(dirname "$0")")
+
+lintian --allow-root --fail-on error,warning "$packages"/*.deb
+
+root=$(mktemp -d)
+trap 'rm -rf "$root"' EXIT
+mkdir -p "$root"/var/lib/dpkg/{info,updates} "$root"/etc
+cp /var/lib/dpkg/status "$root/var/lib/dpkg"
+touch "$root/var/lib/dpkg/available"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    as_root=(fakeroot)
+fi
+in_root()
+{
+    local said
+    if ! said=$("${as_root[@]}" dpkg --root="$root" --log=/dev/null "$@" 2>&1); then
+        grep -v 'files list file for package' <<<"$said" >&2
+        return 1
+    fi
+}
+installed() { (cd "$root" && find . -path ./var/lib/dpkg -prune -o -print | sort); }
+
+# expect WHAT TEXT TEXT: the same
+expect()
+{
+    if [ "$2" != "$3" ]; then
+        printf '%s:\n' "$1" >&2
+        diff <(echo "$2") <(echo "$3") >&2 || true
+        exit 1
+    fi
+}
+
+before=$(installed)
+in_root --install "$packages"/*.deb
+version=$(dpkg-deb --field "$packages"/hgagent_*.deb Version)
+agent=$root/usr/bin/hgagent
+expect version "$("$agent" --version)" "hgagent $version"
+expect call "$("$agent" call GET_SN_INFO)" \
+    '{"Status":"0","MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1","DeviceType":"HGU-AX3000"}'
+"$agent" conformance --command GET_SN_INFO >/dev/null
+"$root/usr/bin/hg-mkimage" --product HGU-AX3000 --version V3.0.0 "$root/image"
+rm "$root/image"
+for page in hgagent.1 hg-mkimage.1 hg-protocol.7; do
+    found=$(man --manpath="$root/usr/share/man" --where "${page%.*}")
+    expect "$page" "$found" "$root/usr/share/man/man${page##*.}/$page.gz"
+done
+bash -c "set -e; source '$root/usr/share/bash-completion/completions/hgagent'; complete -p hgagent" \
+    >/dev/null
+"$here/consumer_test.sh" "$root/usr" "$root/usr/share/doc/smart-router-service-dev/examples"
+
+in_root --purge hgagent smart-router-service-dev smart-router-service
+expect 'left behind' "$(installed)" "$before"
+echo "3 packages of version $version: checked, installed, tried and removed"
