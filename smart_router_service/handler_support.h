@@ -562,7 +562,9 @@ template <Engine engine, RecordCall call, class Texts> struct Row {
     int32_t operator()(cJSON *obj) const { return run(obj, texts); }
     int32_t run(cJSON *obj, const Texts &with) const
     {
-        return engine(obj, {fields.bytes}, with.text, call); // not to be read from the row
+        // Of the table, the pointer: a constant of the code, where a class would be copied from a
+        // row in memory, which the loader has to relocate.
+        return engine(obj, {fields.bytes}, with.text, call);
     }
 };
 

@@ -122,6 +122,16 @@ TEST_F(HandlerSupportTest, AReplyIsJoinedBehindWhatIsThere)
     EXPECT_STREQ(cJSON_GetObjectItem(object.get(), "a")->string, "a");
 }
 
+TEST_F(HandlerSupportTest, AnEmptyReplyAddsNothing)
+{
+    for (const char *text : {"{}", R"({"x":1})"}) {
+        const Json object = parse(text);
+        Reply reply;
+        EXPECT_TRUE(reply.join(object.get()));
+        EXPECT_EQ(print(object.get()), text);
+    }
+}
+
 TEST_F(HandlerSupportTest, AReplyJoinsOnlyAnObject)
 {
     for (const char *other : {"[]", "[1]", "\"text\"", "1", "null"}) {
