@@ -47,12 +47,12 @@ def read_profile(path):
     return label, Cost(instructions, allocations)
 
 
-def count(command, *options):
+def count(command, *options, stdin=None):
     """The costs of each profile that the program writes, by label, in the order in which it writes them."""
     with tempfile.TemporaryDirectory() as directory:
         profile = pathlib.Path(directory) / "profile"
         subprocess.run(["valgrind", "--tool=callgrind", "--quiet", f"--callgrind-out-file={profile}",
-                        *options, *command], check=True, stdout=subprocess.DEVNULL)
+                        *options, *command], check=True, stdin=stdin, stdout=subprocess.DEVNULL)
         parts = sorted(pathlib.Path(directory).glob("profile.*"), key=lambda path: int(path.suffix[1:]))
         return dict(map(read_profile, parts + [profile]))
 

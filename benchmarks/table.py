@@ -8,11 +8,13 @@ import platform
 import re
 import subprocess
 import sys
+import tempfile
 
 import measure
 
 SIZES = [10, 100, 1_000, 10_000, 100_000]
 COMMANDS = 1_000_000
+REQUEST = b'{"id":1,"command":"GET_SN_INFO"}\n'
 RUNS = 30  # of a process, of which the fastest counts: whatever is slower was held up by something else
 
 COLUMNS = ["", "Instructions", "beside", "ratio", "Allocations", "beside", "ratio", "Time", "beside", "Memory"]
@@ -48,14 +50,20 @@ def row(name, instructions=None, allocations=None, times=None, memory=None):
     return cells
 
 
-def handlers(build):
-    """Each command, the handler alone and the whole."""
-    output = subprocess.run([build / "bin/times", "--benchmark_format=json", "--benchmark_min_time=0.1"], check=True,
+def times_of(build, *options):
+    """Nanoseconds by the name of the benchmark."""
+    output = subprocess.run([build / "bin/times", "--benchmark_format=json", *options], check=True,
                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
     nanoseconds = {}
     for run in json.loads(output)["benchmarks"]:
         name, _, manual = run["name"].partition("/")
         nanoseconds[name] = run["real_time" if manual else "cpu_time"]
+    return nanoseconds
+
+
+def handlers(build):
+    """Each command, the handler alone and the whole."""
+    nanoseconds = times_of(build, "--benchmark_min_time=0.1")
     for which, title in (("handler", "{}"), ("whole", "{}, whole")):
         for case, (plugin, floor) in measure.count_sides(build / "bin/instructions", which, SIZES).items():
             yield row(title.format(case), (plugin.instructions, floor.instructions),
@@ -101,7 +109,42 @@ def processes(build):
               tuple(processor_time(command) for command in commands))
 
 
-MEASUREMENTS = [handlers, dispatch, loading, processes]
+def instructions_of_serving(server, requests):
+    with tempfile.TemporaryFile() as lines:
+        lines.write(requests * REQUEST)
+        lines.seek(0)
+        return measure.count(server, stdin=lines)[None].instructions
+
+
+def time_of_serving(server, requests):
+    """The processor's, on one core, for a client that waits for each answer before it asks again."""
+    def used():
+        return int(pathlib.Path(f"/proc/{process.pid}/schedstat").read_text().split()[0])
+
+    def ask(number):
+        for _ in range(number):
+            process.stdin.write(REQUEST)
+            while not os.read(process.stdout.fileno(), 65_536).endswith(b"\n"):
+                pass
+
+    with subprocess.Popen(server, stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0) as process:
+        os.sched_setaffinity(process.pid, {min(os.sched_getaffinity(0))})
+        ask(requests // 10)
+        before = used()
+        ask(requests)
+        return (used() - before) / requests
+
+
+def serving(build):
+    """A request to an agent that serves, and the same command within the process."""
+    server = [build / "bin/hgagent", "serve"]
+    few, many = (instructions_of_serving(server, number) for number in (100, 1_100))
+    within = times_of(build, "--benchmark_filter=^GET_SN_INFO.plug-in.whole")
+    yield row("hgagent serve, for each GET_SN_INFO; beside, within the process", (many - few) / 1_000,
+              times=(time_of_serving(server, 20_000), *within.values()))
+
+
+MEASUREMENTS = [handlers, dispatch, loading, processes, serving]
 
 
 def machine():

@@ -18,7 +18,7 @@ with open(sys.argv[1], encoding="utf-8") as file:
         together = source.parent.name == "Unity"
         for each in re.findall('#include "(.*)"', source.read_text()) if together else [str(source)]:
             command = entry["command"].replace(str(source), each)
-            by_file[each] = dict(entry, file=each, command=command)
+            by_file.setdefault(each, dict(entry, file=each, command=command))
 with open(sys.argv[2], "w", encoding="utf-8") as file:
     json.dump(list(by_file.values()), file)
 END

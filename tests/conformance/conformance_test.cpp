@@ -14,7 +14,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-namespace {
+namespace conformance_test {
 
 AgentResult conformance(const std::string &device, const std::vector<std::string> &options = {})
 {
@@ -64,8 +64,6 @@ nlohmann::json home_in(const std::string &state)
 {
     return nlohmann::json::parse(std::ifstream(state))["home"];
 }
-
-} // namespace
 
 TEST_P(Faults, AreNamed)
 {
@@ -262,3 +260,5 @@ INSTANTIATE_TEST_SUITE_P(Conformance, Homes,
                          testing::Values("three_storey_house", "single_router", "operator_variant",
                                          "short_report", "crowded_mesh"),
                          [](const auto &home) { return std::string(home.param); });
+
+} // namespace conformance_test
