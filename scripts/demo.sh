@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 cmake --preset release >/dev/null
-cmake --build --preset release -- --quiet
+cmake --build --preset release --target product -- --quiet
 
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT

@@ -3,6 +3,7 @@
 #include "memory_sweep.h"
 #include "qos_rules_fixture.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace qos_rules_test {
@@ -15,8 +16,8 @@ void device_leaves(const std::string &id, const std::string &action, int32_t res
 {
     when<devapi_set_qos_classification_info>([=](QosRule *rule) {
         memset(rule, '?', sizeof *rule);
-        strncpy(rule->Id, id.c_str(), sizeof rule->Id);
-        strncpy(rule->Action, action.c_str(), sizeof rule->Action);
+        memcpy(rule->Id, id.c_str(), std::min(id.size() + 1, sizeof rule->Id));
+        memcpy(rule->Action, action.c_str(), std::min(action.size() + 1, sizeof rule->Action));
         return result;
     });
 }
