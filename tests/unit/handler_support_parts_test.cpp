@@ -135,6 +135,17 @@ TEST_F(HandlerPartsTest, KeysAreFoundAsCjsonFindsThem)
     EXPECT_EQ(std::count(items, items + 3, nullptr), 3);
 }
 
+// No parser makes such an object, but an agent may.
+TEST_F(HandlerPartsTest, KeysAreFoundBehindAnItemWithoutOne)
+{
+    const Json object = parse("{}");
+    cJSON_AddItemToArray(object.get(), cJSON_CreateNumber(1));
+    const cJSON *name = cJSON_AddStringToObject(object.get(), "Name", "gate");
+    cJSON *items[3];
+    find_items(object.get(), kDoorFields, items);
+    EXPECT_EQ(items[0], name);
+}
+
 TEST_F(HandlerPartsTest, ARecordBecomesAnObject)
 {
     Door door = {"gate", "1", -80};
