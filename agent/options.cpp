@@ -13,12 +13,13 @@ namespace {
 constexpr char kFooter[] = R"(
 Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
-  1  call, report, hosts, topology: the reply's "Status" is anything else; notice: refused;
-     report image-upgrade: an error was logged; list: nothing found; conformance: a check failed
+  1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
+     failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
+     conformance: a check failed
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
   4  a library cannot be loaded, or the simulated gateway not be opened
-  5  standard input or output failed
+  5  standard input or output failed, or the file of --junit
   128 + N  call, serve, report image-upgrade or conformance was ended by signal N
 
 Examples:
@@ -66,7 +67,7 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_flag("--show-secrets", host.show_secrets,
                  "Show passwords and keys in the log and in the trace");
     app.add_option("--refuse-notices", options.notice_refusal,
-                   "Answer every notice to the app with this result, which is not 0")
+                   "Answer every notice to the app with this result; 0 refuses none")
         ->type_name("RESULT")
         ->allow_extra_args(false);
     app.add_flag("--raw-bytes", options.raw_bytes,

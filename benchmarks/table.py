@@ -85,7 +85,7 @@ def loading(build):
     memory = json.loads(subprocess.check_output([build / "bin/loading", plugin, str(COMMANDS)]))
     yield row("Loading the plug-in", instructions.instructions, instructions.allocations, nanoseconds,
               f"{memory['loaded'] - memory['before']} KiB")
-    yield row("After one of each command", memory=f"{memory['first'] - memory['before']} KiB")
+    yield row("After six commands", memory=f"{memory['first'] - memory['before']} KiB")
     yield row(f"After {number(COMMANDS)} commands", memory=f"{memory['last'] - memory['before']} KiB")
 
 
@@ -150,7 +150,7 @@ MEASUREMENTS = [handlers, dispatch, loading, processes, serving]
 def machine():
     model = re.search(r"^model name\s*: (.*)$", pathlib.Path("/proc/cpuinfo").read_text(), re.M)
     compiler = subprocess.run(["c++", "--version"], check=True, stdout=subprocess.PIPE, text=True).stdout
-    return f"{model[1] if model else platform.machine()}, {platform.system()} {platform.release()}, " \
+    return f"{model[1] if model else platform.machine()}, {platform.system()} {platform.release().partition('-')[0]}, " \
            f"{compiler.splitlines()[0]}"
 
 

@@ -5,7 +5,7 @@
 # to be kept by name, as with -Wl,--undefined=eager_binding.
 function(eager_binding output)
     set(device_header smart_router_service/include/smart_router_service/device_access.h)
-    set(needed_list tests/abi/needed.txt)
+    set(needed_list smart_router_service/needed.txt)
     foreach(list IN ITEMS ${device_header} ${needed_list})
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${list})
     endforeach()

@@ -8,7 +8,8 @@ HEADER = "<!-- Made from protocol/ by protocol/generate.py. -->\n# The protocol\
 SCHEMAS = """
 The same is there for programs: `protocol/schemas` has two JSON Schemas (2020-12) for each command,
 `NAME.request.json` and `NAME.reply.json`. They cannot express the order of keys, or keys that stand twice.
-The examples are recorded: a new simulated gateway whose clock stands still gives just these replies.
+The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=1767225600` gives just these
+replies, but for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which goes by the computer's own clock.
 """
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the project and shows it at work: an evening in one home. The agent loads the plug-in and a
+# Builds what is installed and shows it at work: an evening in one home. The agent loads the plug-in and a
 # simulated gateway, sends commands and prints the replies.
 set -euo pipefail
 cd "$(dirname "$0")/.."

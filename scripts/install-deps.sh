@@ -12,14 +12,14 @@ packages=(
     cmake g++ ninja-build
     libcjson-dev
     libcli11-dev libcurl4-openssl-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
-    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl python3 python3-jsonschema
+    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema
     valgrind
 )
 foreign=()
 for option in "$@"; do
     case $option in
         --cross)
-            packages+=(g++-mipsel-linux-gnu qemu-user)
+            packages+=(g++-mipsel-linux-gnu make qemu-user)
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
@@ -32,7 +32,7 @@ for option in "$@"; do
             packages+=(dpkg-dev file musl-tools)
             ;;
         --packages)
-            packages+=(dpkg-dev fakeroot file lintian man-db pkgconf)
+            packages+=(dpkg-dev fakeroot file lintian man-db)
             ;;
         *)
             echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages]" >&2

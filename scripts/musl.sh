@@ -12,7 +12,9 @@ mkdir -p "$cjson/lists" "$cjson/include/cjson"
 
 if [ ! -d "$cjson/source" ]; then
     # The machine's own package sources may leave out those of source packages.
-    echo 'deb-src http://deb.debian.org/debian bookworm main' >"$cjson/sources.list"
+    # shellcheck disable=SC2016 # they are apt's own variables
+    apt-get indextargets --format 'deb-src $(REPO_URI) $(SUITE) $(COMPONENT)' 'Created-By: Packages' |
+        sort -u >"$cjson/sources.list"
     apt=(apt-get -qq -o "Dir::Etc::sourcelist=$cjson/sources.list" -o Dir::Etc::sourceparts=/dev/null
         -o "Dir::State::lists=$cjson/lists" -o APT::Sandbox::User=root)
     "${apt[@]}" update
@@ -25,7 +27,7 @@ musl-gcc -O2 -fPIC -shared -Wl,-soname,libcjson.so.1 -o "$cjson/libcjson.so.1" "
 cmake --preset musl >/dev/null
 cmake --build --preset musl -- --quiet
 /usr/bin/python3 -B tests/abi/check_symbols.py readelf smart_router_service/exports.map \
-    smart_router_service/commands.h tests/abi/needed.txt \
+    smart_router_service/commands.h smart_router_service/needed.txt \
     smart_router_service/include/smart_router_service/device_access.h \
     "$home/lib/libsmart_router_service.so"
 

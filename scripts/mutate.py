@@ -282,6 +282,10 @@ def chosen(options):
     enums = mutations.enums_of(texts.values())
     found = {file: list(mutations.mutations_of(file, text, enums)) for file, text in texts.items()
              if not options.files or pathlib.Path(file).name in options.files}
+    unknown = set(options.files or ()) - {pathlib.Path(file).name for file in texts}
+    unknown |= set(options.only or ()) - {one.name for of_file in found.values() for one in of_file}
+    if unknown:
+        sys.exit(f"there is no {' '.join(sorted(unknown))}; --list names all mutants")
     if options.only:
         found = {file: [one for one in of_file if one.name in options.only]
                  for file, of_file in found.items()}

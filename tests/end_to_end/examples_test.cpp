@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <set>
+
 using Json = nlohmann::ordered_json;
 
 namespace embedded {
@@ -41,5 +43,56 @@ TEST_P(Examples, AreWhatTheCommandsReply)
 
 INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(embedded::protocol_commands()),
                          command_of);
+
+std::string last_of(const std::string &path)
+{
+    return path.substr(path.rfind('/') + 1);
+}
+
+// The texts in an example that its description calls secret.
+std::set<std::string> secrets_in(const Json &description)
+{
+    std::set<std::string> keys;
+    const Json flat = description.flatten();
+    for (const auto &[path, value] : flat.items()) {
+        if (last_of(path) == "secret" && value == true) {
+            keys.insert(flat[path.substr(0, path.rfind('/')) + "/key"]);
+        }
+    }
+    std::set<std::string> texts;
+    const Json example = description["example"].flatten();
+    for (const auto &[path, value] : example.items()) {
+        if (keys.count(last_of(path)) != 0 && value.is_string() &&
+            value != "NULL") { // which stands for none
+            texts.insert(value);
+        }
+    }
+    return texts;
+}
+
+std::vector<embedded::Text> with_secrets()
+{
+    std::vector<embedded::Text> files;
+    for (const embedded::Text &file : embedded::protocol_commands()) {
+        if (!secrets_in(Json::parse(file.text)).empty()) {
+            files.push_back(file);
+        }
+    }
+    return files;
+}
+
+class SecretExamples : public Examples {};
+
+TEST_P(SecretExamples, AreNotLogged)
+{
+    const Json description = Json::parse(GetParam().text);
+    const AgentResult result = call(description["command"],
+                                    description["example"]["request"].dump(), {"--log-level", "7"});
+    for (const std::string &secret : secrets_in(description)) {
+        EXPECT_THAT(result.error, testing::Not(testing::HasSubstr(secret)));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SecretExamples, testing::ValuesIn(with_secrets()), command_of);
 
 } // namespace examples_test

@@ -22,8 +22,8 @@
  * the library leaves no NUL. A field without a value holds the text "NULL".
  * The bytes pass through unchanged; agents expect UTF-8.
  *
- * Layout: the offsets and sizes are fixed and asserted below. Integers are 32 bits wide, signed, in
- * the processor's byte order.
+ * Layout: the offsets and sizes are fixed and asserted below. Integers are signed, in the
+ * processor's byte order, and 32 bits wide, but for the channels of WifiChannelList, which have 16.
  *
  * Threads: commands run on the agent's threads and on the plug-in's own workers, so every function
  * may be called at any time from several threads.
@@ -1177,6 +1177,7 @@ int32_t devapi_set_update_schedule(const UpdateSchedule *schedule);
  * log_type: which log, as the platform names it.
  * mac:      the router's MAC address without colons.
  *
+ * The reply waits for this function: a library that sends for long does so on a thread of its own.
  * The result is not looked at.
  */
 int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac);

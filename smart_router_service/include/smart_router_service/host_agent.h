@@ -76,7 +76,8 @@ void ts_sys_mgr_get_brmac(char *mac);
 int32_t dev_is_exist(int32_t index);
 
 /*
- * Hands a message to the IoT agent, which passes it on to the platform and so to the app.
+ * Hands a message to the part of the agent that speaks with the platform, which passes it on to the
+ * app.
  *
  * text: the envelope, a formatted JSON object; it belongs to the caller.
  *
@@ -85,7 +86,7 @@ int32_t dev_is_exist(int32_t index);
  */
 int32_t kaa_device_notice(const char *text);
 
-/* Tells the IoT agent that the profile of the device has changed, so that it reports it anew. The
+/* Tells the same part that the profile of the device has changed, so that it reports it anew. The
  * result is not looked at. */
 int32_t kaa_update_profile_info(void);
 

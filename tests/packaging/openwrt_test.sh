@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Takes the steps of the OpenWrt package, with makefiles that stand for those of an SDK, and looks at
+# what would go onto the router.
+#
+# usage: openwrt_test.sh TOOLCHAIN_FILE READELF
+set -euo pipefail
+
+here=$(cd "$(dirname "$0")" && pwd)
+project=$here/../..
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+make --no-print-directory -C "$project/packaging/openwrt/smart-router-service" \
+    TOPDIR="$here/openwrt_sdk" BUILD_DIR="$work" TOOLCHAIN_FILE="$1"
+
+cd "$work/root"
+installed=$(find . -type f)
+if [ "$installed" != ./usr/lib/libsmart_router_service.so ]; then
+    echo "goes onto the router: $installed" >&2
+    exit 1
+fi
+"$2" -h "$installed" | grep -q 'Machine: .*MIPS'
+"$2" -dW "$installed" | grep -q 'NEEDED.*libcjson'
+cd "$work"
+test -f staging/usr/include/smart_router_service/processjsonability.h
+version=$(sed -n 's/^#define SMART_ROUTER_SERVICE_VERSION_[A-Z]* \([0-9]*\).*/\1/p' \
+    staging/usr/include/smart_router_service/processjsonability.h | paste -s -d .)
+test -d "smart-router-service-$version"
