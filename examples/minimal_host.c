@@ -24,8 +24,8 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     if (level > 3) {
         return; /* traces */
     }
-    /* For somebody at a terminal. An agent that keeps the lines has to mask passwords in them, which
-     * lines of any level may carry. */
+    /* For somebody at a terminal. An agent that keeps the lines has to mask passwords in them,
+     * which lines of any level may carry. */
     va_list arguments;
     va_start(arguments, format);
     fprintf(stderr, "%s: ", module);
