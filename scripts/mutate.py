@@ -73,7 +73,9 @@ class Variant:
         last = commands.splitlines()[-1]
         link = shlex.split(next(part for part in last.split(" && ") if f"-o bin/{program} " in part))
         at = link.index("-o")
-        return link[:at], [word for word in link[at + 2:] if "smart_router_service_static" not in word]
+        del link[at:at + 2]
+        first = next(at for at, word in enumerate(link) if word.endswith(".o"))
+        return link[:first], [word for word in link[first:] if "smart_router_service_static" not in word]
 
     def plugin_flags(self):
         """How the plug-in is compiled, but for where its sources are."""
