@@ -96,6 +96,13 @@ const Handler kHandlers[] = {
      texts({"Id", "Action", "Name", "PriorityLevel"}).with("type_list", "[]")},
 };
 
+// Those that carry something out without being told what.
+const Handler kActions[] = {
+    {json_set_recovery, texts({})},         {json_reboot, texts({})},
+    {json_optimize_net_quality, texts({})}, {json_optimize_net_connect, texts({})},
+    {json_optimize_hg_resource, texts({})},
+};
+
 class HandlerResultTest : public HandlerTest {
   protected:
     static void prepare()
@@ -112,6 +119,17 @@ class HandlerResultTest : public HandlerTest {
         const std::string answered = print(object.get());
         const bool success = answered.find(R"("Status":"0")") != std::string::npos;
         EXPECT_EQ(result, success ? 0 : -1) << request.json() << " became " << answered;
+    }
+    // Where the memory for the reply runs out, wherever that is.
+    static void expect_failure_without_memory(const Handler &handler)
+    {
+        int32_t result = 0;
+        const auto act = [&](cJSON *object) {
+            result = handler.function(object);
+        };
+        sweep_memory(act, handler.request.json(), prepare, [&](const std::string &object, auto) {
+            EXPECT_EQ(result, -1) << handler.request.json() << " became " << object;
+        });
     }
 };
 
@@ -220,13 +238,10 @@ TEST_F(HandlerResultTest, IsMinusOneWithoutMemory)
         if (handler.function == json_get_wifi_info || handler.function == json_get_hg_guest_ssid) {
             continue; // a query returns what the device has returned, also where it cannot answer
         }
-        int32_t result = 0;
-        const auto act = [&](cJSON *object) {
-            result = handler.function(object);
-        };
-        sweep_memory(act, handler.request.json(), prepare, [&](const std::string &object, auto) {
-            EXPECT_EQ(result, -1) << handler.request.json() << " became " << object;
-        });
+        expect_failure_without_memory(handler);
+    }
+    for (const Handler &action : kActions) {
+        expect_failure_without_memory(action);
     }
 }
 

@@ -83,6 +83,8 @@ TEST_F(HandlerPartsTest, ANumberIsStoredFromItsText)
         {" 12 cm", 12}, {"2147483648", INT32_MAX},
         {"-1e9", -1},   {"-99999999999999999999", INT32_MIN},
         {"0x10", 0},    {"007", 7},
+        {"/", 0},       {":", 0}, // beside the digits
+        {"\xD5", 0},
     };
     Door door = {"gate", "1", 5};
     for (const auto &one : numbers) {

@@ -212,6 +212,15 @@ TEST_F(QosRuleReadingTest, ReadingNeedsARuleAndAnObject)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
+TEST_F(QosRuleReadingTest, ReadingNeedsEveryKey)
+{
+    for (const auto &[key, value] : kRule.keys()) {
+        QosRule rule = {};
+        const Json object = parse(kRule.without(key).json());
+        EXPECT_EQ(parse_json_set_qos_cls_info(&rule, object.get()), -1) << key;
+    }
+}
+
 TEST_F(QosRuleReadingTest, ReadingCountsTheTypesByItself)
 {
     const std::pair<Request, int32_t> requests[] = {{types("[]"), 0}, {kRule, 1}};
