@@ -298,6 +298,19 @@ TEST_F(AttachedToAChildTest, AreReportedInBriefInOneArea)
     }
 }
 
+TEST_F(AttachedToAChildTest, AreReportedInBriefNoFurtherThanTheirFields)
+{
+    area_code_is("TH_OLV");
+    attached_are({"first"});
+    when<devapi_get_childsta_base_info>([](AdBaseInfo *info) {
+        *info = attached_device();
+        fill(info->AccessTime);
+        return 0;
+    });
+    const std::string time = quoted(text_of_length(sizeof(AdBaseInfo::AccessTime)));
+    EXPECT_EQ(devices(), list("[" + in_brief("first").with("AccessTime", time).json() + "]"));
+}
+
 TEST_F(AttachedToAChildTest, CorrectTheTimeByTheZoneInAnyTimeType)
 {
     attached_are({"first"});

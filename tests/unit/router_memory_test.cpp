@@ -147,10 +147,28 @@ TEST_F(RouterMemoryTest, OfChildRoutersAddsNothingOrLeavesOneOut)
     const Json one_router = parse("{}");
     json_get_topo_router_info(one_router.get());
     cJSON_DeleteItemFromArray(cJSON_GetObjectItem(one_router.get(), "ChildRouter"), 0);
-    EXPECT_EQ(sweep(json_get_topo_router_info, two_routers, 1 + 1 + 2 * each),
+    const auto builder = [](cJSON *object) {
+        const int32_t answer = json_get_topo_router_info(object);
+        EXPECT_EQ(answer, object->child == nullptr ? -1 : 0);
+    };
+    EXPECT_EQ(sweep(builder, two_routers, 1 + 1 + 2 * each),
               (Outcomes{{"{}", ""}, // no list, or no node for the topology
                         {"{}", "create childinfo_json err"},
                         {print(one_router.get()), "create childinfo_json err"}}));
+}
+
+TEST_F(RouterMemoryTest, OfOneChildRouterIsAFailure)
+{
+    const auto with_children = [] {
+        prepare();
+        mesh_type_is(2);
+    };
+    const auto builder = [](cJSON *array) {
+        const TopoNode node = {};
+        const int32_t answer = json_get_child_router_info(&node, array);
+        EXPECT_EQ(answer, array->child == nullptr ? -1 : 0);
+    };
+    EXPECT_GT(sweep_memory(builder, "[]", with_children, [](auto...) {}), 0u);
 }
 
 TEST_F(RouterMemoryTest, OfTheListOfChildRoutersAsksNoDevice)
@@ -222,6 +240,16 @@ TEST_F(TreeMemoryTest, OfChildRoutersAddsNothing)
         sweep(json_get_topo_router_agent_info_bynewmethod, two_entries,
               1 + 2 * (kRouter + (1 + 1 + (1 + 2)) + kStations)),
         (Outcomes{{"{}", "create childinfo_json err"}, {"{}", "cjson create array failed\n"}}));
+}
+
+TEST_F(TreeMemoryTest, OfTheListAsksForNoChildRouter)
+{
+    two_entries();
+    const Json object = parse("{}");
+    const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+    EXPECT_EQ(json_get_topo_router_agent_info_bynewmethod(object.get()), -1);
+    EXPECT_EQ(last_error(), "create childinfo_json err");
+    EXPECT_EQ(given_to("devapi_topo_xml_getinfo", 0).size(), 1u);
 }
 
 TEST_F(TreeMemoryTest, OfAChildRouterEndsTheWalk)

@@ -132,6 +132,7 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheyAreNoAttachedDevice)
         prepare();
         index_is(7, answer);
         EXPECT_EQ(router_report(), "[]");
+        EXPECT_EQ(result, -1);
         EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "child router mac = node Mac\n"},
                                                          {3, "mac:node Mac not found in host\n"}}));
         EXPECT_EQ(recording_device::called_functions().back(), "devapi_get_hostindex_by_mac");

@@ -86,6 +86,8 @@ TEST_F(TopologyDeviceValuesTest, CallsADeviceByItsHostNameWithoutAnotherName)
     EXPECT_EQ(value("ByName"), "NULL");
     put(device.ByName, "null");
     EXPECT_EQ(value("ByName"), "null");
+    put(device.ByName, "B");
+    EXPECT_EQ(value("ByName"), "B");
 }
 
 // ---- Elapsed time ------------------------------------------------------------------------------

@@ -96,6 +96,14 @@ TEST_F(TopologyDevicesTest, SkipsWhatElseStandsFor)
     EXPECT_EQ(g_active_num, 2);
 }
 
+// Before main(), and so before any report.
+const std::pair<int32_t, int32_t> counts_at_start = {g_dev_num, g_active_num};
+
+TEST_F(TopologyDevicesTest, AreCountedFromZero)
+{
+    EXPECT_EQ(counts_at_start, (std::pair<int32_t, int32_t>{0, 0}));
+}
+
 TEST_F(TopologyDevicesTest, SkipsAFreePlaceSilently)
 {
     devices_are(3);

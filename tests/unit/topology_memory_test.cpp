@@ -185,6 +185,21 @@ TEST_F(TopologyMemoryTest, OfTheMainRouterWithItsChildren)
               kRouterAllocations + 1 + 2 * 3 + 1 + 2 * kDeviceAllocations);
 }
 
+TEST_F(TopologyMemoryTest, OfAChildRouterEndsTheListAsAFailure)
+{
+    prepare();
+    const Json array = parse("[]");
+    const Json object = parse("{}");
+    const ChildRouterInfo router = {};
+    for (const size_t first : {0, 1}) { // the router's object, and the first that it holds
+        const FailingMemory memory(first, FailingMemory::Fail::kOnce);
+        EXPECT_EQ(json_get_child_router_topo_info(array.get()), -1);
+    }
+    const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+    EXPECT_EQ(json_insert_childrouter_info(object.get(), &router), -1);
+    EXPECT_EQ(print(array.get()), "[]");
+}
+
 TEST_F(TopologyMemoryTest, OfTheReasonAlone)
 {
     const auto no_router = [] {

@@ -108,6 +108,9 @@ TEST_F(TopologyStationsTest, CallAStationByItsHostNameWithoutAnotherName)
     record = attached_device();
     put(record.ByName, "NULL");
     EXPECT_EQ(station_object(&record), station().with("ByName", R"("NULL")").json());
+    record = attached_device();
+    put(record.ByName, "B");
+    EXPECT_EQ(station_object(&record), station().with("ByName", R"("B")").json());
 }
 
 TEST_F(TopologyStationsTest, CorrectTheTimeByTheZoneInAnyTimeType)
