@@ -112,6 +112,14 @@ TEST_F(WifiListTest, LeavesOutAnSsidThatCannotBeRead)
                                     {7, "json_get_wifi_list_info error! return =102! index=2\n"}}));
 }
 
+TEST_F(WifiListTest, NamesInDecimalWhatCannotBeRead)
+{
+    device_with_ssids(12, {12});
+    run("GET_WIFI_LIST_INFO");
+    EXPECT_EQ(recording_host::log_lines().back().text,
+              "json_get_wifi_list_info error! return =112! index=12\n");
+}
+
 TEST_F(WifiListTest, TheListMayBeEmpty)
 {
     for (const int32_t count : {0, -1, INT32_MIN}) {

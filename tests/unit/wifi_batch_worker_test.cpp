@@ -27,6 +27,16 @@ void main_5g_ssid_is(int32_t index, int32_t result = 0)
     });
 }
 
+// Before main(), and so before any batch.
+const int32_t size_at_start = g_set_wifi_array_size;
+const std::string switches_at_start = std::string(g_stactrl_enable) + g_fastroaming_enable;
+
+TEST_F(WifiBatchTest, NothingIsKnownBeforeTheFirst)
+{
+    EXPECT_EQ(size_at_start, 0);
+    EXPECT_EQ(switches_at_start, "");
+}
+
 // ---- The life of a batch -----------------------------------------------------------------------
 
 TEST_F(WifiBatchTest, IsAppliedAfterTheReply)
