@@ -64,6 +64,13 @@ TEST_F(WifiBatchTest, IsAppliedAfterTheReply)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
+TEST_F(WifiBatchTest, ReturnsZeroOnceItIsAccepted)
+{
+    const Json object = parse(batch(element(3)).json());
+    EXPECT_EQ(json_set_wifi_info_list(object.get()), 0);
+    control.wait_until_idle();
+}
+
 TEST_F(WifiBatchTest, AsksTheDeviceInOrder)
 {
     control.hold_sleeps();
