@@ -52,6 +52,10 @@ LOOKS_ONLY = {"sizeof", "static_cast", "text_of", "number_of", "number_in", "arr
               "cJSON_GetArraySize", "cJSON_IsObject", "cJSON_IsArray", "strlen", "strnlen",
               "is_number", "text"}
 CALL = re.compile(r"(\w+)(?:<[^<>()]*>)?\(")
+# They set the field that they are given first, and look at the others.
+SETTERS = {"copy_text", "assign", "put_if_known", "put_bytes_per_second", "empty_if_unknown", "holds"}
+SET_FIELD = re.compile(rf"(?:{'|'.join(sorted(SETTERS - {'holds'}))})\((\w+(?:(?:\.|->)\w+)*)[,)]|"
+                       r"(\w+(?:(?:\.|->)\w+)+)(?:\[\w+\])? = ")
 SET = re.compile(r"(?:(?:const|constexpr|static|auto|\w+(?:<[^<>]*>)?)\s+)*[*&]*\s*(?:const\s+)?(\w+)"
                  r"(?:(?:\.|->)\w+|\[\w+\])*\s*(?:[-+|&]?=(?!=)|\{)")
 SCOPE = re.compile(r"\b(namespace|struct|class|enum|union|extern)\b[^()]*$")
@@ -190,15 +194,26 @@ def statements(code):
 
 
 def set_by(statement):
-    """The variable that the statement sets, when that is all it does; None for any other."""
-    found = SET.match(statement)
-    return found.group(1) if found and LOOKS_ONLY.issuperset(CALL.findall(statement)) else None
+    """The variable or field that the statement sets, when that is all it does; None for any other."""
+    field = SET_FIELD.match(statement)
+    found = field or SET.match(statement)
+    harmless = LOOKS_ONLY | SETTERS if field else LOOKS_ONLY
+    if not found or not harmless.issuperset(CALL.findall(statement)):
+        return None
+    return next(filter(None, found.groups()))
+
+
+def names(statement, place):
+    """Whether the statement names the place, a part of it, or something that it is a part of."""
+    wholes = [place[:end.start()] for end in re.finditer(r"\.|->", place)]
+    return bool(re.search(rf"\b{re.escape(place)}\b", statement)) or any(
+        re.search(rf"\b{re.escape(whole)}(?![\w.]|->)", statement) for whole in wholes)
 
 
 def are_independent(first, second):
-    """Whether neither statement does more than to set a variable that the other does not name."""
-    return all(name and not re.search(rf"\b{name}\b", other)
-               for name, other in ((set_by(first), second), (set_by(second), first)))
+    """Whether neither statement does more than to set a place that the other does not name."""
+    return all(place and not names(other, place)
+               for place, other in ((set_by(first), second), (set_by(second), first)))
 
 
 def changed_statements(text, code):

@@ -91,6 +91,7 @@ struct NameIndex {
     uint8_t position[kSlots] = {};
     bool are_names_unique = true;
     bool are_names_long_enough = true;
+    unsigned longest_way = 0;
 
     static constexpr size_t first_slot(uint32_t hash) { return hash % kSlots; }
     static constexpr size_t next_slot(size_t slot) { return (slot + 1) % kSlots; }
@@ -105,11 +106,14 @@ struct NameIndex {
             are_names_long_enough = are_names_long_enough && length_of(name) >= kShortestName;
             const uint32_t hash = hash_of(name, length_of(name));
             size_t slot = first_slot(hash);
+            unsigned way = 1;
             while (position[slot] != kFree) {
                 are_names_unique = are_names_unique && !are_same(name_at(position[slot]), name);
                 slot = next_slot(slot);
+                ++way;
             }
             position[slot] = static_cast<uint8_t>(at);
+            longest_way = way > longest_way ? way : longest_way;
         }
     }
 };
@@ -117,6 +121,7 @@ struct NameIndex {
 constexpr NameIndex kByName;
 static_assert(kByName.are_names_unique, "two commands have the same name");
 static_assert(kByName.are_names_long_enough, "a name ends before the places that are hashed");
+static_assert(kByName.longest_way <= 4, "names meet in one slot too often: hash other places");
 
 Handler find_handler(const char *name)
 {
