@@ -1,32 +1,14 @@
 #include "watched_arguments.h"
 
+#include "device_text_widths.h"
+
 namespace agent::watch {
 
 namespace {
 
-// Texts whose width is not handed over with them.
-constexpr struct {
-    const char *function;
-    size_t width;
-} kWidths[] = {{"devapi_get_net_fault_info", 16},
-               {"devapi_get_wifi_fastroaming_enable", 8},
-               {"devapi_get_greennet_enable", GREENNET_SWITCH_SIZE},
-               {"devapi_get_viewmac_by_mac", VIEW_MAC_SIZE},
-               {"devapi_topo_xml_getinfo", TOPO_VALUE_SIZE}};
-
 // The size of these is one less than the width.
 constexpr const char *kSizeWithoutEnd[] = {"devapi_get_devicemodel",
                                            "devapi_get_topo_relation_ship"};
-
-size_t width_of(const Call &call)
-{
-    for (const auto &row : kWidths) {
-        if (strcmp(row.function, call.function()) == 0) {
-            return row.width;
-        }
-    }
-    return 0;
-}
 
 } // namespace
 
@@ -44,7 +26,7 @@ bool Argument<int32_t *>::finish(const Call &call, int32_t result)
 }
 
 Argument<char *>::Argument(const Call &call, char *own)
-    : own_(own), width_(width_of(call)),
+    : own_(own), width_(width_of_text(call.function())),
       may_fill_size_(
           std::any_of(std::begin(kSizeWithoutEnd), std::end(kSizeWithoutEnd),
                       [&](const char *function) { return strcmp(function, call.function()) == 0; }))

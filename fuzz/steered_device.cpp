@@ -1,5 +1,6 @@
 // A device-access library that answers as the input's bytes say. Its functions are made from
 // device_access.h, and so is what it fills in each record; a new one needs nothing here.
+#include "agent/device_text_widths.h"
 #include "device_answer.h"
 #include "device_records.h"
 #include "smart_router_service/device_functions.h"
@@ -112,23 +113,13 @@ void fill_record(DeviceAnswer &answer, NodeBaseInfo &first)
 
 // ---- Arguments ----------------------------------------------------------------------------------
 
-// The widths of texts that come without a size.
 size_t width_of(const char *function)
 {
-    constexpr struct {
-        const char *function;
-        size_t width;
-    } kWidths[] = {{"devapi_get_net_fault_info", 16},
-                   {"devapi_get_wifi_fastroaming_enable", 8},
-                   {"devapi_get_greennet_enable", GREENNET_SWITCH_SIZE},
-                   {"devapi_get_viewmac_by_mac", VIEW_MAC_SIZE},
-                   {"devapi_topo_xml_getinfo", TOPO_VALUE_SIZE}};
-    for (const auto &row : kWidths) {
-        if (strcmp(row.function, function) == 0) {
-            return row.width;
-        }
+    const size_t width = agent::width_of_text(function);
+    if (width == 0) {
+        give_up(function, "a text of unknown width");
     }
-    give_up(function, "a text of unknown width");
+    return width;
 }
 
 void take(const char *, DeviceAnswer &, int32_t) {}

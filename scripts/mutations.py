@@ -50,11 +50,11 @@ BODY = re.compile(r"(\)|\b(const|else|do)|\)\s*->\s*[\w:]+|:)$")
 LOOKS_ONLY = {"sizeof", "static_cast", "text_of", "number_of", "number_in", "array_of", "item_of",
               "clamped", "cJSON_GetObjectItem", "cJSON_GetObjectItemCaseSensitive",
               "cJSON_GetArraySize", "cJSON_IsObject", "cJSON_IsArray", "strlen", "strnlen",
-              "is_number", "text"}
+              "is_number", "text", "holds"}
 CALL = re.compile(r"(\w+)(?:<[^<>()]*>)?\(")
 # They set the field that they are given first, and look at the others.
-SETTERS = {"copy_text", "assign", "put_if_known", "put_bytes_per_second", "empty_if_unknown", "holds"}
-SET_FIELD = re.compile(rf"(?:{'|'.join(sorted(SETTERS - {'holds'}))})\((\w+(?:(?:\.|->)\w+)*)[,)]|"
+SETTERS = {"copy_text", "assign", "put_if_known", "put_bytes_per_second", "empty_if_unknown"}
+SET_FIELD = re.compile(rf"(?:{'|'.join(sorted(SETTERS))})\((\w+(?:(?:\.|->)\w+)*)[,)]|"
                        r"(\w+(?:(?:\.|->)\w+)+)(?:\[\w+\])? = ")
 SET = re.compile(r"(?:(?:const|constexpr|static|auto|\w+(?:<[^<>]*>)?)\s+)*[*&]*\s*(?:const\s+)?(\w+)"
                  r"(?:(?:\.|->)\w+|\[\w+\])*\s*(?:[-+|&]?=(?!=)|\{)")

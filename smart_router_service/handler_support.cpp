@@ -402,6 +402,7 @@ void Reply::append(cJSON *list, cJSON *element)
 
 bool Reply::join(cJSON *obj)
 {
+    // No null is an object either; it stands here for the analyser, which does not know cJSON.
     if (!complete_ || obj == nullptr || cJSON_IsObject(obj) == 0) {
         return false;
     }

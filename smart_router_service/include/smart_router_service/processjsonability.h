@@ -21,7 +21,8 @@
  * all.
  *
  * Threads: commands may be called from any thread, but one command object only by one thread at a
- * time. The library takes no lock around a command.
+ * time. The library takes no lock around a command. Of GET_TSLINK_TOPOLOGY_INFO only one may run at
+ * a time: it counts in g_dev_num and g_active_num.
  */
 #ifndef SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
 #define SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
