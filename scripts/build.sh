@@ -10,14 +10,15 @@ if [ -t 1 ]; then
 fi
 # In a log each tenth of the way is enough, beside what the compiler says.
 NINJA_STATUS='[%f/%t] ' cmake --build --preset "$@" | awk '
+    BEGIN { shown = -1 }
     match($0, /^\[[0-9]+\/[0-9]+\] /) {
         split(substr($0, 2, RLENGTH - 3), step, "/")
         tenth = int(10 * step[1] / step[2])
-        if (tenth > shown) {
+        if (step[1] > 0 && tenth > shown) {
             print "  built " step[1] " of " step[2]
             fflush()
+            shown = tenth
         }
-        shown = tenth
         next
     }
     $0 != "ninja: no work to do."'

@@ -49,8 +49,9 @@ for package in "${packages[@]}" "${foreign[@]}"; do
         *:*) architecture=${package#*:} ;;
         *) architecture="($native|all)" ;;
     esac
-    if ! dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null |
-        grep -Eqx "$architecture installed"; then
+    known=$(dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null) ||
+        known=none
+    if ! grep -Eqx "$architecture installed" <<<"$known"; then
         missing+=("$package")
     fi
 done
