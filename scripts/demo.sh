@@ -32,8 +32,8 @@ say 'Every line behind "$ " can be typed as well. First where the programs and t
 echo 'Each command runs an agent of its own; what one sets in the home the next one finds.'
 show "cd $(printf %q "$PWD")"
 show "export PATH=\"\$(realpath $(printf %q "$build")/bin):\$PATH\""
-show "export DEMO=$(printf %q "$build")/demo"
-show 'rm -rf "$DEMO" && mkdir "$DEMO"'
+show 'export DEMO="$(mktemp -d)"'
+trap 'rm -rf "$DEMO"' EXIT
 show 'export SIMULATED_GATEWAY_STATE="$DEMO/home.json"'
 
 say 'The clock of the home stands still, so that the story is the same every time: 1 January 2026, nine in the evening'
@@ -84,7 +84,7 @@ show 'hgagent hosts'
 
 say 'New firmware: fetched, flashed, and started by a reboot of the simulated gateway'
 show 'hg-mkimage --product HGU-AX3000 --version V3.0.0 --date 2026-01-01 "$DEMO/new.image"'
-show 'hgagent call UPDATE_IMMEDIATE "{\"Image\": {\"UpdateUrl\": \"file://$(realpath "$DEMO/new.image")\"}}"'
+show 'hgagent call UPDATE_IMMEDIATE "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
 show 'hgagent call HG_GET_UPDATE_STATUS'
 
 say 'A message to the phone. It carries the time of the computer, which a library makes that of the home here'

@@ -71,7 +71,7 @@ class DemoTest(unittest.TestCase):
         script = "".join(f"{command}status=$?; ((status)) && echo \"(exit status $status)\"; echo -n '{mark}'\n"
                          for command, _ in self.shown)
         with tempfile.TemporaryDirectory() as elsewhere:
-            outputs = run("bash", "-c", script, cwd=elsewhere).stdout.split(mark)
+            outputs = run("bash", "-c", f"export TMPDIR={elsewhere}\n{script}", cwd=elsewhere).stdout.split(mark)
         for (command, output), copied in zip(self.shown, outputs):
             self.assertEqual(without_times(copied), without_times(output), command)
 
