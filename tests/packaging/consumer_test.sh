@@ -21,7 +21,9 @@ expect_reply()
     fi
 }
 
-cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
+# A linker that leaves out what only another library needs.
+strict=(-fuse-ld=gold "-Wl,--as-needed")
+LDFLAGS=${strict[*]} cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
     -D "EXAMPLES=$examples" >"$work/log" || { cat "$work/log"; exit 1; }
 cmake --build "$work/cmake" >"$work/log" || { cat "$work/log"; exit 1; }
 expect_reply "$work/cmake/host"
@@ -37,7 +39,7 @@ read -ra compile < <(pkg-config --cflags smart_router_service)
 cc -std=gnu11 -fPIC -shared "${compile[@]}" "$examples"/minimal_device/*.c -o "$work/libmy_device.so"
 # Linked with the plug-in; nothing is left for the user to tell but where the own library is.
 read -ra flags < <(pkg-config --cflags --libs smart_router_service)
-cc -std=gnu11 "$examples/minimal_host.c" -o "$work/linked" "${flags[@]}" \
+cc -std=gnu11 "${strict[@]}" "$examples/minimal_host.c" -o "$work/linked" "${flags[@]}" \
     -L"$work" "-Wl,-rpath,$work" -lmy_device
 expect_reply "$work/linked"
 # Loading it.
