@@ -101,6 +101,14 @@ nlohmann::json GatewayTest::json_of(const std::string &path)
     return nlohmann::json::parse(read(path));
 }
 
+nlohmann::json GatewayTest::state_to_vary(const std::string &path)
+{
+    std::filesystem::remove(path + ".good");
+    nlohmann::json state = json_of(path);
+    state.erase("checksum");
+    return state;
+}
+
 int32_t GatewayTest::call()
 {
     SnInfo info = {};
