@@ -16,6 +16,18 @@ FirmwareSlot content_of(const ImageHeader &header)
     return {header.version, header.date, hexadecimal(header.sha256)};
 }
 
+// A link that somebody has put in the folder's place would lead the images elsewhere.
+void refuse_link(const std::string &folder)
+{
+    struct stat info = {};
+    if (lstat(folder.c_str(), &info) != 0) {
+        refuse_file(folder);
+    }
+    if (S_ISLNK(info.st_mode)) {
+        throw Error(folder + ": is a link");
+    }
+}
+
 } // namespace
 
 FirmwareStore::FirmwareStore(std::optional<std::string> folder, const FetchLimits &limits)
@@ -43,6 +55,7 @@ std::string FirmwareStore::path(const std::string &name)
     } else if (mkdir(folder_->c_str(), S_IRWXU) != 0 && errno != EEXIST) {
         refuse_file(*folder_);
     }
+    refuse_link(*folder_);
     return *folder_ + "/" + name;
 }
 
