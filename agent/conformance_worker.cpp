@@ -82,6 +82,16 @@ class Teller {
     _exit(0); // threads of the library may still run
 }
 
+// A name such as ABRT. Realtime signals have none of their own; they are counted from the first.
+std::string name_of_signal(int signal)
+{
+    if (const char *name = sigabbrev_np(signal)) {
+        return name;
+    }
+    return signal >= SIGRTMIN ? "RTMIN+" + std::to_string(signal - SIGRTMIN)
+                              : std::to_string(signal);
+}
+
 // The process, and what it has said of the check at hand.
 class Worker {
   public:
@@ -221,7 +231,7 @@ class Worker {
                    " seconds,";
         }
         if (WIFSIGNALED(status)) {
-            return std::string("it crashes (") + sigabbrev_np(WTERMSIG(status)) + ")";
+            return "it crashes (" + name_of_signal(WTERMSIG(status)) + ")";
         }
         return "it ends the process with status " + std::to_string(WEXITSTATUS(status));
     }

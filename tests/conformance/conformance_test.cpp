@@ -125,6 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"unterminated_view", "report topology",
                   "devapi_get_viewmac_by_mac: the text does not end within its 32 bytes"},
         FaultCase{"crash", "GET_SN_INFO", "it crashes (ABRT) in devapi_get_sn_info"},
+        FaultCase{"realtime_signal", "GET_SN_INFO", "it crashes (RTMIN+1) in devapi_get_sn_info"},
         FaultCase{"exit", "GET_SN_INFO", "it ends the process with status 3 in devapi_get_sn_info"},
         FaultCase{"writes_into_setting", "SET_UPNP_STATE",
                   "devapi_set_upnp_state: it writes into what it may only read"},

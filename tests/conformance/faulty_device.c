@@ -6,6 +6,7 @@
 #include "fault.h"
 #include "smart_router_service/device_access.h"
 
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -30,6 +31,9 @@ int32_t devapi_get_sn_info(SnInfo *info)
 {
     if (has("crash")) {
         abort();
+    }
+    if (has("realtime_signal")) {
+        raise(SIGRTMIN + 1);
     }
     if (has("exit")) {
         _exit(3);
