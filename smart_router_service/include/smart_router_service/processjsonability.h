@@ -21,12 +21,12 @@
  * all.
  *
  * Threads: commands may be called from any thread, but one command object only by one thread at a
- * time. The library takes no lock around a command. Three write into variables that the agent shares
- * and that no lock guards. None of the first two may run beside itself, nor beside a thread of the
- * agent that reads what it writes: RESPONSE_ROUTER_VERSION writes into the buffer behind
- * info_wersion, GET_TSLINK_TOPOLOGY_INFO counts in g_dev_num and g_active_num. SET_WIFI_INFO_LIST
- * writes g_stactrl_enable and g_fastroaming_enable, which its worker reads about six seconds long;
- * beside itself or that worker it may apply a mixture of two switches.
+ * time. The library takes no lock around a command. Three write into variables that the agent
+ * shares and that no lock guards. Neither of the first two may run beside itself, nor beside a
+ * thread of the agent that reads what it writes: RESPONSE_ROUTER_VERSION writes into the buffer
+ * behind info_wersion, GET_TSLINK_TOPOLOGY_INFO counts in g_dev_num and g_active_num.
+ * SET_WIFI_INFO_LIST writes g_stactrl_enable and g_fastroaming_enable, which its worker reads about
+ * six seconds long; beside itself or that worker it may apply a mixture of two switches.
  */
 #ifndef SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
 #define SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
