@@ -1,6 +1,7 @@
 // Which firmware runs, fetching an image, and flashing it.
 #include "device_call.h"
 #include "gateway.h"
+#include "machine.h"
 
 using namespace simulated_gateway;
 
@@ -75,13 +76,17 @@ int32_t devapi_update_image()
 
 int32_t devapi_flash_update_image(const char *url)
 {
-    return long_work(__func__, {request_address("url", url)}, [&](Gateway &gateway) {
+    const auto flash_from = [&](Gateway &gateway) {
+        refuse_real_reboot();
         // Held until the end: what is flashed is the image from this address.
         const std::unique_lock right = gateway.firmware().begin_download();
         download(gateway, url);
         flash(gateway);
         return 0;
-    });
+    };
+    const int32_t result = long_work(__func__, {request_address("url", url)}, flash_from);
+    // A fault plan may have it answer 0 as well.
+    return result == 0 && reboot_would_be_real() ? -1 : result;
 }
 
 // ---- Notices to the app ------------------------------------------------------------------------

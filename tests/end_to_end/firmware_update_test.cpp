@@ -1,14 +1,13 @@
 // Firmware: images that are fetched from a server, flashed and started, by commands.
 #include "firmware_test.h"
+#include "reboot_programs.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sys/stat.h>
 
 using testing::AnyOf;
 using testing::HasSubstr;
@@ -37,39 +36,6 @@ std::string main_router(const std::string &address)
     return Json{{"MainRouter", {{"UpdateUrl", address}}}}.dump();
 }
 
-// The programs that a reboot runs, in a folder that comes first for whoever looks for programs.
-// They leave a file each, and touch nothing of this machine.
-class RebootPrograms {
-  public:
-    RebootPrograms() : folder_(test_file("programs")), path_(getenv("PATH"))
-    {
-        std::filesystem::create_directory(folder_);
-        for (const std::string program : {"sync", "reboot"}) {
-            const std::string file = folder_ + "/" + program;
-            std::ofstream(file) << "#!/bin/sh\n: >" << file << ".was_run\n";
-            EXPECT_EQ(chmod(file.c_str(), 0700), 0);
-        }
-        setenv("PATH", (folder_ + ":" + path_).c_str(), 1);
-    }
-    ~RebootPrograms()
-    {
-        setenv("PATH", path_.c_str(), 1);
-        std::filesystem::remove_all(folder_);
-    }
-    RebootPrograms(const RebootPrograms &) = delete;
-    RebootPrograms &operator=(const RebootPrograms &) = delete;
-
-    bool were_run() const
-    {
-        return std::filesystem::exists(folder_ + "/sync.was_run") ||
-               std::filesystem::exists(folder_ + "/reboot.was_run");
-    }
-
-  private:
-    std::string folder_;
-    std::string path_;
-};
-
 class FirmwareUpdate : public FirmwareTest {
   protected:
     // An agent that fetches an image of which the server holds the second half back.
@@ -95,6 +61,7 @@ class FirmwareUpdate : public FirmwareTest {
 TEST_F(FirmwareUpdate, FetchesFlashesAndReboots)
 {
     const RebootPrograms programs;
+    ASSERT_TRUE(programs.are_found());
     expect_version(kOldVersion);
     set_time(kStart + 5000);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "5000");

@@ -26,6 +26,10 @@
  * If those do not hold, the reason goes to standard error and every device call fails with -1,
  * until the host opens a gateway itself.
  *
+ * The plug-in restarts a router by system("sync;reboot"). The library has a system() that restarts the
+ * model instead and passes every other command on. Where the process would call the C library's,
+ * since it loaded this library later, devapi_flash_update_image fails with -1.
+ *
  * All functions may be called at any time from any thread. docs/simulated_gateway.md has the forms
  * of scenarios, faults and the trace.
  */
