@@ -2,6 +2,7 @@
 // executable exports (exports.list).
 #include "smart_router_service/host_agent.h"
 
+#include "device_reasons.h"
 #include "log_sink.h"
 #include "notice.h"
 #include "simulated_gateway/simulated_gateway.h"
@@ -66,6 +67,11 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     va_start(arguments, format);
     agent::log_arguments(module, level, format, arguments);
     va_end(arguments);
+    if (level <= kLogError) {
+        va_start(arguments, format);
+        agent::take_logged_error(module, format, arguments);
+        va_end(arguments);
+    }
 }
 
 char *base64_encode(const char *text)
@@ -161,5 +167,6 @@ int system(const char *command)
         return 0;
     }
     agent::log_line(kLogError, "refused to run a command: %s", command);
+    agent::take_refused_command(command);
     return -1;
 }

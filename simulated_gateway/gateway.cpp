@@ -2,6 +2,7 @@
 
 #include "clock.h"
 #include "model_check.h"
+#include "refusal.h"
 #include "scenario.h"
 
 #include <algorithm>
@@ -160,6 +161,9 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
     call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now() - start);
     trace_.call(up, call);
+    if (call.result != 0 && !call.note.empty()) {
+        report_refusal(function, call.note);
+    }
     return call.result;
 }
 

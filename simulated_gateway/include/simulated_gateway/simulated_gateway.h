@@ -102,6 +102,23 @@ SIMULATED_GATEWAY_API void simulated_gateway_on_progress(SimulatedGatewayProgres
                                                          void *context);
 
 /*
+ * What a host is told of a device call that did not succeed and has a reason.
+ *
+ * function: its name, as devapi_set_upnp_state.
+ * reason:   why, in one line, as the trace has it; "fault" where the fault plan had it fail.
+ */
+typedef void (*SimulatedGatewayRefusal)(const char *function, const char *reason, void *context);
+
+/*
+ * Has report called, with context, for every such call; NULL ends that. It is called on the thread of
+ * the call, without the gateway's lock, and by one thread at a time. It may call no function of this
+ * library. Once this function has returned, the report set before is not called any more. It may be
+ * called before the gateway is opened, and holds until it is called again.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_on_refusal(SimulatedGatewayRefusal report,
+                                                        void *context);
+
+/*
  * Writes the MAC address of the router's LAN bridge into mac (size bytes, of which it takes 18), as
  * 3C:6A:D2:10:4F:20. Child routers name it as that of their parent when they hang from the main
  * router. Result: 0, or -1 when no gateway can be opened or there is no room; mac then holds an

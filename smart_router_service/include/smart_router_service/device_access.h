@@ -27,6 +27,8 @@
  *
  * Threads: commands run on the agent's threads and on the plug-in's own workers, so every function
  * may be called at any time from several threads.
+ *
+ * Programs: the reference agent refuses every command to system() with -1; routers run them.
  */
 #ifndef SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
 #define SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
