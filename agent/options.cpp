@@ -275,19 +275,19 @@ std::string about_subcommand(const CLI::App &app, const std::string &word)
 }
 
 // Where an option belongs that stands elsewhere; empty when there is no such option.
-std::string place_of(const CLI::App &app, const std::string &option)
+std::string about_place(const CLI::App &app, const std::string &option)
 {
     if (app.get_option_no_throw(option) != nullptr) {
-        return "before the subcommand: hgagent " + option + " ... " +
+        return option + " belongs before the subcommand: hgagent " + option + " ... " +
                app.get_subcommands().front()->get_name() + " ...";
     }
     std::string owners;
     for (const CLI::App *subcommand : subcommands_of(app)) {
         if (subcommand->get_option_no_throw(option) != nullptr) {
-            owners += (owners.empty() ? "behind the subcommand " : " or ") + subcommand->get_name();
+            owners += (owners.empty() ? "" : " or ") + subcommand->get_name();
         }
     }
-    return owners;
+    return owners.empty() ? "" : option + " belongs behind the subcommand " + owners;
 }
 
 // What the words that nobody took tell; empty when they tell nothing.
@@ -296,9 +296,9 @@ std::string hint_for(const CLI::App &app)
     for (const std::string &word : app.remaining(true)) {
         const std::string option = word.substr(0, word.find('='));
         if (option.starts_with("--")) {
-            const std::string place = place_of(app, option);
+            const std::string place = about_place(app, option);
             if (!place.empty()) {
-                return option + " belongs " + place;
+                return place;
             }
         } else if (app.get_subcommands().empty()) {
             return about_subcommand(app, word);

@@ -26,9 +26,9 @@
  * If those do not hold, the reason goes to standard error and every device call fails with -1,
  * until the host opens a gateway itself.
  *
- * The plug-in restarts a router by system("sync;reboot"). The library has a system() that restarts the
- * model instead and passes every other command on. Where the process would call the C library's,
- * since it loaded this library later, devapi_flash_update_image fails with -1.
+ * The plug-in restarts a router by system("sync;reboot"). The library has a system() that restarts
+ * the model instead and passes every other command on. Where the process would call the C
+ * library's, since it loaded this library later, devapi_flash_update_image fails with -1.
  *
  * All functions may be called at any time from any thread. docs/simulated_gateway.md has the forms
  * of scenarios, faults and the trace.
@@ -110,10 +110,10 @@ SIMULATED_GATEWAY_API void simulated_gateway_on_progress(SimulatedGatewayProgres
 typedef void (*SimulatedGatewayRefusal)(const char *function, const char *reason, void *context);
 
 /*
- * Has report called, with context, for every such call; NULL ends that. It is called on the thread of
- * the call, without the gateway's lock, and by one thread at a time. It may call no function of this
- * library. Once this function has returned, the report set before is not called any more. It may be
- * called before the gateway is opened, and holds until it is called again.
+ * Has report called, with context, for every such call; NULL ends that. It is called on the thread
+ * of the call, without the gateway's lock, and by one thread at a time. It may call no function of
+ * this library. Once this function has returned, the report set before is not called any more. It
+ * may be called before the gateway is opened, and holds until it is called again.
  */
 SIMULATED_GATEWAY_API void simulated_gateway_on_refusal(SimulatedGatewayRefusal report,
                                                         void *context);
