@@ -224,7 +224,7 @@ int32_t json_get_hg_base_info_copy(cJSON *obj)
     return reply.join(obj) ? 0 : -1;
 }
 
-int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
+int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
 {
     if (array == nullptr || *array == nullptr) {
         return -1;

@@ -1327,9 +1327,9 @@ int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
 
 /* Sets *count to the number of places in the table of attached devices, also those without a
  * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
- * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(). The plug-in walks all
- * places, however many. Any result but 0 is a failure. */
-int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument);
+ * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(), as wide as a pointer.
+ * The plug-in walks all places, however many. Any result but 0 is a failure. */
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
 
 /* Writes the model of the router into model; size is one less than its width. Any result but 0 is a
  * failure, and then model is not read. */
