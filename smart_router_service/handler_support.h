@@ -642,10 +642,11 @@ class SettingSteps {
 
     // Copies what was found into the record; after that the device may be called.
     bool fill_record(void *record, const char *failure, size_t width = SIZE_MAX);
+    // Takes out the keys from the position on, where they go before the device is called; their
+    // texts go with them.
+    void consume_from(size_t position);
 
   private:
-    void consume_items();
-
     cJSON *obj_;
     FieldList fields_;
     Consume when_;
