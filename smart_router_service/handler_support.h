@@ -415,12 +415,13 @@ int32_t refuse(cJSON *obj, const char *reason);
 // failed.
 int32_t answer(cJSON *obj, Reply &reply, const char *reason);
 
-// Reads a record; one whose read failed is empty, whatever the failed call wrote into it.
-template <auto call, class Record, class... Selectors>
-bool read_or_empty(Record &record, Selectors... selectors)
+// Reads one of several records that are told together even where some could not be read: one whose
+// read failed is empty, whatever the failed call wrote into it. Everywhere else a record is used as
+// the call left it, or not at all.
+template <auto call, class Record> bool read_or_empty(Record &record)
 {
     record = {};
-    if (call(&record, selectors...) == 0) {
+    if (call(&record) == 0) {
         return true;
     }
     record = {};
