@@ -28,7 +28,6 @@ constexpr struct {
                 {"devapi_get_channel_ap_num", {0, -1}},
                 {"devapi_get_host_num", {0, -1}},
                 {"devapi_get_led_info", {0, -1}},
-                {"devapi_get_link_info", {0, -1}},
                 {"devapi_get_sta_rssi_by_ip", {0, -1}},
                 {"devapi_set_ad_base_info", {0, -1}},
                 {"devapi_set_hg_dhcp_info", {0, -1}},

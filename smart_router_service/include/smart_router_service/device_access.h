@@ -7,10 +7,9 @@
  *
  * Conventions
  *
- * Results: 0 is success. Which other results are failures is stated at each function; what a call
- * that failed was to fill is not read. Where a result is not looked at, what the call was to fill
- * is used as the call leaves it, and whatever stands there is reported: a call that fails should
- * leave alone what it is given, which was zeroed before.
+ * Results: 0 is success. Which other results are failures is stated at each function; a record
+ * whose query failed is not read. Where the result is not looked at, the record is used as the call
+ * leaves it, and what stands in it is reported: a call that fails should leave its record alone.
  *
  * Not supported: every function has to be there. One that the device has no use for answers -1 and
  * writes nothing. To the plug-in that is a failure like any other; "hgagent conformance" tells it
@@ -1354,8 +1353,8 @@ int32_t devapi_call_tslink_set_topo_speed(void);
  * is used as the call leaves it. */
 int32_t devapi_get_local_timezone(int32_t *hours);
 
-/* Result: 1 when the table of attached devices gives times in local time; else they are those of the
- * router's clock. The stations of child routers always have local time. */
+/* Result: 1 when the table of attached devices gives times in local time; else they are those of
+ * the router's clock. The stations of child routers always have local time. */
 int32_t devapi_get_systerm_timetype(void);
 
 /* The load of the router. */
