@@ -61,6 +61,12 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--trace", host.trace,
                    "File to which every device call is written; - is standard error")
         ->type_name("FILE|-");
+    app.add_option("--firmware-folder", host.firmware_folder,
+                   "Folder from which file:// addresses may fetch firmware; none without it")
+        ->type_name("FOLDER");
+    app.add_option("--firmware-key", host.firmware_key,
+                   "File with the public key by which firmware has to be signed")
+        ->type_name("FILE");
     app.add_option("--log-level", options.log_level,
                    "Highest level of log lines that are shown: 3 errors, 7 everything")
         ->type_name("0..7")

@@ -18,6 +18,8 @@ struct HostOptions {
     std::vector<std::string> faults;
     std::optional<std::string> trace;
     bool show_secrets = false;
+    std::optional<std::string> firmware_folder;
+    std::optional<std::string> firmware_key;
     bool verbose = false; // name all that a library lacks
 };
 

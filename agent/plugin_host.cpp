@@ -117,9 +117,11 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     const auto open =
         function_of<decltype(simulated_gateway_open)>(library_, "simulated_gateway_open");
     if (open == nullptr) {
-        if (options.scenario || options.state || options.trace || !options.faults.empty()) {
-            throw HostError(kWrongUsage, "--scenario, --state, --fault and --trace are for the "
-                                         "simulated gateway, and the device library " +
+        if (options.scenario || options.state || options.trace || options.firmware_folder ||
+            options.firmware_key || !options.faults.empty()) {
+            throw HostError(kWrongUsage, "--scenario, --state, --fault, --trace, --firmware-folder "
+                                         "and --firmware-key are for the simulated gateway, and "
+                                         "the device library " +
                                              path + " is none");
         }
         return;
@@ -137,6 +139,8 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     gateway.faults = options.faults.empty() ? nullptr : faults.data();
     gateway.trace = text_or_null(options.trace);
     gateway.show_secrets = options.show_secrets ? 1 : 0;
+    gateway.firmware_folder = text_or_null(options.firmware_folder);
+    gateway.firmware_key = text_or_null(options.firmware_key);
     char error[kMaxGatewayError] = "";
     if (open(&gateway, error, sizeof(error)) != 0) {
         throw HostError(kCannotLoad, error);

@@ -8,7 +8,7 @@
 //
 // The gateway is opened for each input and closed at its end, and its state is in memory. No input
 // reaches the network: curl_easy_perform() goes through here and says that nobody answers. Two
-// images that can be fetched, a good one and a damaged one, have no names in the file system.
+// images can be fetched: file:///proc/self/fd/700/good and /damaged.
 #include "firmware_image.h"
 #include "mutator.h"
 #include "request.h"
@@ -20,7 +20,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <curl/curl.h>
-#include <sys/mman.h>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 using namespace fuzz;
@@ -51,18 +53,34 @@ bool open_gateway(const std::string &home)
     }
     SimulatedGatewayOptions options = {};
     options.scenario = home.c_str();
+    options.firmware_folder = images_path.c_str();
     return simulated_gateway_open(&options, nullptr, 0) == 0;
 }
 
-// An image as file:///proc/self/fd/NUMBER.
-void offer_image(int number, const std::string &bytes)
+// A folder of the process, by a path that is the same in every process.
+constexpr int kImages = 700;
+const std::string images_path = "/proc/self/fd/" + std::to_string(kImages);
+
+void make_folder_of_images()
 {
-    const int file = memfd_create("image", 0);
-    if (file < 0 || write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
-        dup2(file, number) != number) {
+    static std::string folder = std::filesystem::temp_directory_path() / "fuzz_session.XXXXXX";
+    const int opened =
+        mkdtemp(folder.data()) != nullptr ? open(folder.c_str(), O_RDONLY | O_DIRECTORY) : -1;
+    if (opened < 0 || dup2(opened, kImages) != kImages) {
+        give_up("no folder for images");
+    }
+    close(opened);
+    atexit([] {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    });
+}
+
+void offer_image(const char *name, const std::string &bytes)
+{
+    if (!(std::ofstream(images_path + "/" + name, std::ios::binary) << bytes)) {
         give_up("no image");
     }
-    close(file);
 }
 
 std::string image(const char *version)
@@ -168,8 +186,9 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     setenv("SIMULATED_GATEWAY_TIME", "1767301200", 1);
     setenv("SIMULATED_GATEWAY_LARGEST_IMAGE", "100000", 1);
-    offer_image(700, image("V3.0.0"));
-    offer_image(701, image("V3.0.1").substr(0, 410) + "damaged");
+    make_folder_of_images();
+    offer_image("good", image("V3.0.0"));
+    offer_image("damaged", image("V3.0.1").substr(0, 410) + "damaged");
     return 0;
 }
 

@@ -21,7 +21,7 @@ AGENT_CALLS = {
     "json_get_topo_router_agent_info_bynewmethod": {},
     "json_get_router_sta_info": {},
     "json_msg_notice_to_app": {"Message": "new firmware"},
-    "pthread_hg_image_upgrade": {"UpdateUrl": "file:///proc/self/fd/700"},
+    "pthread_hg_image_upgrade": {"UpdateUrl": "file:///proc/self/fd/700/good"},
     "parse_wifi_set_info_from_json": {
         "SSIDIndex": "1", "SSID": "home", "PowerLevel": "80", "Channel": "6", "Enable": "1", "PWD": "secret",
     },
@@ -99,15 +99,15 @@ def main():
         reports = [line for line in lines if line.startswith(("GET_TSLINK", "GET_AD_BASE", "json_get"))]
         write(out / "fuzz_session", home, f"@{home}\n" + "".join(reports))
     images = (
-        'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/%d"}\nHG_GET_UPDATE_STATUS {}\n'
+        'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/700/%s"}\nHG_GET_UPDATE_STATUS {}\n'
         'HG_IMAGE_UPDATE {"Update":"1"}\n!\nHG_GET_UPDATE_STATUS {}\n'
     )
-    for number in 700, 701:
-        write(out / "fuzz_session", f"image.{number}", images % number)
+    for name in "good", "damaged":
+        write(out / "fuzz_session", f"image.{name}", images % name)
     write(
         out / "fuzz_session",
         "image.worker",
-        'UPDATE_IMMEDIATE {"Image":{"UpdateUrl":"file:///proc/self/fd/700"}}\n'
+        'UPDATE_IMMEDIATE {"Image":{"UpdateUrl":"file:///proc/self/fd/700/good"}}\n'
         'IMAGE_DOWNLOAD {"MainRouter":{"UpdateUrl":"http://127.0.0.1/image"}}\nGET_UPDATE_STATUS {}\n',
     )
 

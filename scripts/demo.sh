@@ -84,7 +84,8 @@ show 'hgagent hosts'
 
 say 'New firmware: fetched, flashed, and started by a reboot of the simulated gateway'
 show 'hg-mkimage --product HGU-AX3000 --version V3.0.0 --date 2026-01-01 "$DEMO/new.image"'
-show 'hgagent call UPDATE_IMMEDIATE "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
+show 'hgagent --firmware-folder "$DEMO" call UPDATE_IMMEDIATE \
+    "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
 show 'hgagent call HG_GET_UPDATE_STATUS'
 
 say 'A message to the phone. It carries the time of the computer, which a library makes that of the home here'

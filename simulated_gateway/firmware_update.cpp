@@ -33,7 +33,7 @@ int32_t devapi_get_update_status_info(UpdateStatusInfo *info)
 
 static void download(Gateway &gateway, const char *address)
 {
-    gateway.firmware().download(address, gateway.state().home.identity.device_type);
+    gateway.firmware().download(address, router_of(gateway.state()));
 }
 
 // The slot is written without the gateway's lock, and put in its place under it: between the two a
@@ -44,7 +44,7 @@ static void flash(Gateway &gateway)
     const std::unique_lock right = store.begin_flash();
     const State before = gateway.state();
     const int64_t slot = before.firmware.not_running();
-    FirmwareStore::SlotImage image = store.copy_for(slot, before.home.identity.device_type);
+    FirmwareStore::SlotImage image = store.copy_for(slot, router_of(before));
     gateway.change([&](State &state) {
         if (state.firmware.running == slot) {
             throw Error("the router was restarted meanwhile");
@@ -53,6 +53,9 @@ static void flash(Gateway &gateway)
         state.firmware.slot(slot) = image.content;
         state.firmware.next = slot;
     });
+    if (!image.warning.empty()) {
+        gateway.warn("firmware " + image.content.version + " " + image.warning);
+    }
 }
 
 int32_t devapi_download_image(const char *url, int32_t mode)

@@ -8,6 +8,9 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+#include <thread>
 
 using testing::AnyOf;
 using testing::HasSubstr;
@@ -225,6 +228,88 @@ TEST_F(FirmwareUpdate, EndsWithASignal)
     server_.release();
     EXPECT_EQ(reply("IMAGE_DOWNLOAD", main_router(address("new.image"))), line(kStarted));
     expect_version(kNewVersion);
+}
+
+TEST_F(FirmwareUpdate, EndsWithASignalInsideACommand)
+{
+    for (const char *behaviour : {"hang/new.image", "lie/redirect-that-drips", "lie/drip"}) {
+        const std::string request = Json{{"UpdateUrl", address(behaviour)}}.dump();
+        const size_t before = server_.requests().size();
+        const auto await_request = [&](size_t count) {
+            while (server_.requests().size() < before + count) {
+                std::this_thread::yield();
+            }
+        };
+        AgentProcess called({"--state", state_, "call", "HG_IMAGE_DOWNLOAD", request});
+        await_request(1);
+        called.signal(SIGTERM);
+        const AgentResult result = called.wait();
+        EXPECT_EQ(result.exit_status, 128 + SIGTERM) << behaviour;
+        EXPECT_THAT(result.output, HasSubstr(R"("FailReason":"hg download image failed")"));
+
+        AgentProcess serving({"--state", state_, "serve"});
+        serving.send(R"({"command":"HG_IMAGE_DOWNLOAD","params":)" + request + "}\n");
+        await_request(2);
+        serving.signal(SIGTERM);
+        const AgentResult served = serving.wait();
+        EXPECT_EQ(served.exit_status, 128 + SIGTERM) << behaviour;
+        EXPECT_THAT(served.output, HasSubstr(R"("FailReason":"hg download image failed")"));
+    }
+    EXPECT_EQ(reply("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address("new.image")}}.dump()), kDone);
+}
+
+TEST_F(FirmwareUpdate, GoesOnAfterAServerThatLies)
+{
+    const std::string trace = test_file("lies.trace");
+    ServingAgent agent({"--state", state_, "--trace", trace});
+    const auto download = [&](const std::string &from) {
+        return agent.ask("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address(from)}}.dump());
+    };
+    for (const char *lie : {"redirect-with-endless-chunks", "endless-extension-of-a-chunk",
+                            "endless-trailers", "endless-continues", "image-without-end"}) {
+        EXPECT_THAT(download(std::string("lie/") + lie),
+                    HasSubstr(R"("FailReason":"hg download image failed")"))
+            << lie;
+    }
+    EXPECT_EQ(download("new.image"), R"({"Status":"0"})");
+    EXPECT_EQ(agent.process().finish().exit_status, 0);
+    std::ostringstream traced;
+    traced << std::ifstream(trace).rdbuf();
+    EXPECT_THAT(traced.str(), HasSubstr("the server sends more than 4194304 bytes around its "
+                                        "answer"));
+}
+
+TEST_F(FirmwareUpdate, TakesFilesOnlyFromItsFolder)
+{
+    const std::string request = Json{{"UpdateUrl", "file://" + image_}}.dump();
+    const auto download = [&](const std::vector<std::string> &options) {
+        std::vector<std::string> all = {"--state", state_};
+        all.insert(all.end(), options.begin(), options.end());
+        return call("HG_IMAGE_DOWNLOAD", request, all).output;
+    };
+    EXPECT_THAT(download({}), HasSubstr(R"("Status":"1")"));
+    EXPECT_THAT(download({"--firmware-folder", "/usr"}), HasSubstr(R"("Status":"1")"));
+    EXPECT_EQ(download({"--firmware-folder", folder_}), kDone);
+    const AgentResult result = run_agent({"--firmware-folder", folder_ + "/none", "hosts"});
+    EXPECT_EQ(result.exit_status, 4);
+    EXPECT_EQ(result.error, "hgagent: " + folder_ + "/none: No such file or directory\n");
+}
+
+TEST_F(FirmwareUpdate, TakesOnlyWhatItsKeyHasSigned)
+{
+    const std::string key = folder_ + "/key";
+    const std::string make = "openssl genpkey -algorithm ed25519 -out " + key +
+                             " && openssl pkey -in " + key + " -pubout -out " + key + ".pub && " +
+                             HG_MKIMAGE_PATH + " --product HGU-AX3000 --version V9.2 --sign " +
+                             key + " " + folder_ + "/signed.image";
+    ASSERT_EQ(std::system(make.c_str()), 0);
+    const auto download = [&](const std::string &name) {
+        return call("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address(name)}}.dump(),
+                    {"--state", state_, "--firmware-key", key + ".pub"})
+            .output;
+    };
+    EXPECT_THAT(download("new.image"), HasSubstr(R"("Status":"1")"));
+    EXPECT_EQ(download("signed.image"), kDone);
 }
 
 } // namespace firmware_update_test

@@ -23,6 +23,8 @@ class GatewayTest : public testing::Test {
         std::vector<std::string> faults = {};
         std::string trace = {};
         bool show_secrets = false;
+        std::string firmware_folder = {};
+        std::string firmware_key = {};
     };
     static std::string open(const Options &options);
     static void close() { simulated_gateway_close(); }

@@ -13,6 +13,8 @@
  *   SIMULATED_GATEWAY_FAULTS        as faults below, separated by commas
  *   SIMULATED_GATEWAY_TRACE         as trace below
  *   SIMULATED_GATEWAY_SHOW_SECRETS  "1" as show_secrets below
+ *   SIMULATED_GATEWAY_FIRMWARE_FOLDER  as firmware_folder below
+ *   SIMULATED_GATEWAY_FIRMWARE_KEY     as firmware_key below
  *   SIMULATED_GATEWAY_TIME          a clock that stands still at so many seconds since 1970, for
  *                                   answers that are the same at every run; there is no option
  *
@@ -21,6 +23,7 @@
  *   SIMULATED_GATEWAY_LARGEST_IMAGE    bytes that an image may have, its header included
  *   SIMULATED_GATEWAY_CONNECT_TIMEOUT  seconds that connecting to a server may take
  *   SIMULATED_GATEWAY_STALL_TIMEOUT    seconds after which a download that stands still is given up
+ *   SIMULATED_GATEWAY_TRANSFER_TIMEOUT seconds that a download may take in all, redirects included
  *   SIMULATED_GATEWAY_CA_FILE          file with the certificates to trust in place of the system's
  *
  * If those do not hold, the reason goes to standard error and every device call fails with -1,
@@ -59,6 +62,11 @@ typedef struct SimulatedGatewayOptions {
     const char *trace;
     /* Not 0: passwords and keys are written to the trace in clear instead of masked. */
     int32_t show_secrets;
+    /* Folder whose files may be fetched as file:///FOLDER/NAME. Default: file:// is refused. */
+    const char *firmware_folder;
+    /* File with the public Ed25519 key, as PEM, by which every image has to be signed. Default: any
+     * image is taken, and the trace warns of it. */
+    const char *firmware_key;
 } SimulatedGatewayOptions;
 
 /*
@@ -75,6 +83,13 @@ SIMULATED_GATEWAY_API int32_t simulated_gateway_open(const SimulatedGatewayOptio
  * happens when no gateway is open.
  */
 SIMULATED_GATEWAY_API void simulated_gateway_close(void);
+
+/*
+ * Lets downloads and uploads that are under way fail within about a second, and every later one
+ * until the gateway is closed: for a host that has been told to end and cannot close the gateway
+ * yet, because one of its threads is in a device call. Nothing happens when no gateway is open.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_end_transfers(void);
 
 /*
  * Switches the gateway off and on again: its uptime starts at 0, and its state is saved. Nothing
