@@ -79,11 +79,12 @@ class TransferGuard {
         if (ended_ < 0) {
             throw StreamError("cannot wait for signals: " + std::generic_category().message(errno));
         }
-        thread_ = std::thread([this, &stop] {
-            if (!stop.wait_for(ended_, POLLIN)) {
-                end_transfers_();
-            }
-        });
+        try {
+            thread_ = std::thread([this, &stop] { run(stop); });
+        } catch (const std::system_error &problem) {
+            close(ended_);
+            throw StreamError(std::string("cannot wait for signals: ") + problem.what());
+        }
     }
     ~TransferGuard()
     {
@@ -97,6 +98,17 @@ class TransferGuard {
     TransferGuard &operator=(const TransferGuard &) = delete;
 
   private:
+    void run(const StopSignals &stop) const
+    {
+        try {
+            if (!stop.wait_for(ended_, POLLIN)) {
+                end_transfers_();
+            }
+        } catch (const StreamError &problem) { // what is left is to wait for the download
+            complain(problem.what());
+        }
+    }
+
     decltype(&simulated_gateway_end_transfers) end_transfers_;
     int ended_ = -1;
     std::thread thread_;
