@@ -36,6 +36,9 @@ extern "C" CURLcode __wrap_curl_easy_perform(CURL *)
 
 namespace {
 
+// The folder of images, by a path that is the same in every process.
+constexpr int kImages = 700;
+const std::string images_path = "/proc/self/fd/" + std::to_string(kImages);
 constexpr char kHome[] = "three_storey_house";
 constexpr size_t kMostRequests = 16;
 
@@ -56,10 +59,6 @@ bool open_gateway(const std::string &home)
     options.firmware_folder = images_path.c_str();
     return simulated_gateway_open(&options, nullptr, 0) == 0;
 }
-
-// A folder of the process, by a path that is the same in every process.
-constexpr int kImages = 700;
-const std::string images_path = "/proc/self/fd/" + std::to_string(kImages);
 
 void make_folder_of_images()
 {
