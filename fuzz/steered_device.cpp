@@ -36,6 +36,10 @@ template <class Record> void check_record(const char *function, const Record &re
             }
         }
     });
+    // A setting's record has that of the query in it.
+    if constexpr (requires { record.info; }) {
+        check_record(function, record.info);
+    }
 }
 
 void take_text(const char *text)

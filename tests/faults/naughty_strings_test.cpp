@@ -5,8 +5,8 @@
 #include "described_reply.h"
 #include "failing_memory.h"
 #include "handler_test.h"
-#include "record_fields.h"
 #include "rich_device.h"
+#include "smart_router_service/device_functions.h"
 #include "subject.h"
 #include "worker_control.h"
 
@@ -47,27 +47,54 @@ const std::vector<std::string> &strings()
 recording_device::AnswerForAll rich_answer;
 std::string unended; // the field of a record that was handed over with a text without an end
 
-void check_record(std::type_index type, const char *record)
-{
-    for (const RecordField &field : fields_of(type)) {
-        const char *begin = record + field.offset;
-        if (field.type == typeid(char)) {
-            if (memchr(begin, '\0', field.width) == nullptr) {
-                unended = field.name;
-            }
-            continue;
-        }
-        for (size_t at = 0; at < field.count; ++at) {
-            check_record(field.type, begin + at * field.width);
-        }
+#define VISITED_FIELD(field) visit(#field, record.field);
+#define VISITED_RECORD(name, fields)                                                               \
+    template <class Visit> void for_each_field(const name &record, const Visit &visit)             \
+    {                                                                                              \
+        fields                                                                                     \
     }
+DEVICE_RECORDS(VISITED_RECORD, VISITED_FIELD)
+#undef VISITED_FIELD
+#undef VISITED_RECORD
+
+template <class Record> void check_record(const Record &record)
+{
+    for_each_field(record, []<class Field>(const char *name, const Field &field) {
+        using Entry = std::remove_extent_t<Field>;
+        if constexpr (std::is_same_v<Entry, char>) {
+            if (memchr(field, '\0', sizeof field) == nullptr) {
+                unended = name;
+            }
+        } else if constexpr (std::is_array_v<Field> && std::is_class_v<Entry>) {
+            for (const Entry &entry : field) {
+                check_record(entry);
+            }
+        }
+    });
+    // A setting's record has that of the query in it.
+    if constexpr (requires { record.info; }) {
+        check_record(record.info);
+    }
+}
+
+void check(const recording_device::Argument &argument)
+{
+#define CHECKED_RECORD(name, fields)                                                               \
+    if (*argument.type == typeid(name)) {                                                          \
+        check_record(*static_cast<const name *>(argument.address));                                \
+        return;                                                                                    \
+    }
+#define NOT_LOOKED_AT(field)
+    DEVICE_RECORDS(CHECKED_RECORD, NOT_LOOKED_AT)
+#undef CHECKED_RECORD
+#undef NOT_LOOKED_AT
 }
 
 int32_t answer(const char *function, std::initializer_list<recording_device::Argument> arguments)
 {
     for (const recording_device::Argument &argument : arguments) {
-        if (argument.is_read_only && argument.address != nullptr) {
-            check_record(*argument.type, static_cast<const char *>(argument.address));
+        if (argument.address != nullptr) {
+            check(argument);
         }
     }
     return rich_answer(function, arguments);
