@@ -111,7 +111,7 @@ long() {
 # time. Built without optimisation, which takes half the time, and that is most of it.
 short() {
     local -A runs=(
-        [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=4000 [fuzz_state]=400
+        [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_state]=400
     )
     local target workers=()
     build build/fuzz_short -D CMAKE_CXX_FLAGS_DEBUG="-O0 -g1"

@@ -21,7 +21,7 @@ job_fuzzing() {
 job_json_cases() {
     cmake --preset debug >/dev/null
     cmake --build --preset debug --target hgagent smart_router_service simulated_gateway -- --quiet
-    /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 50000 "$seed"
+    /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
 }
 
 jobs=()
