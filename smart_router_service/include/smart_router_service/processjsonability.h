@@ -45,7 +45,7 @@
  * what stands beside it, and those below it begin again at 0.
  */
 #define SMART_ROUTER_SERVICE_VERSION_MAJOR 0 /* what agents or device libraries have to follow */
-#define SMART_ROUTER_SERVICE_VERSION_MINOR 1 /* additions; before 1.0.0 the former as well */
+#define SMART_ROUTER_SERVICE_VERSION_MINOR 2 /* additions; before 1.0.0 the former as well */
 #define SMART_ROUTER_SERVICE_VERSION_PATCH 0 /* everything else */
 
 #ifdef __cplusplus
