@@ -12,11 +12,15 @@ namespace agent {
 // can be judged so: where the two encodings stand side by side, one of them would be misread.
 std::string to_utf8(std::string_view text);
 
-// The text as UTF-8 on one line: control characters become escapes such as \n or \x1b, so that
-// nothing can end a line early, steer a terminal or turn the direction of writing. A line may be
-// put together from texts of any encoding: what is no UTF-8 becomes U+FFFD. Anything beyond
-// max_bytes is cut off, and the line says so.
+// The text as UTF-8 on one line: control characters, those that turn the direction of writing and
+// those without a width become escapes such as \n, \x1b or \x200b, so that nothing can end a line
+// early, steer a terminal or look like another text. A line may be put together from texts of any
+// encoding: what is no UTF-8 becomes U+FFFD. Anything beyond max_bytes is cut off, and the line
+// says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
+
+// The same JSON, in UTF-8, with these characters as JSON's own escapes.
+std::string json_for_terminal(std::string_view json);
 
 // What JSON takes for space.
 constexpr char kSpace[] = " \t\r\n";
