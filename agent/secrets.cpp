@@ -24,19 +24,6 @@ size_t after_space(std::string_view text, size_t at)
     return std::min(text.find_first_not_of(kSpace, at), text.size());
 }
 
-// Where the string ends that begins at the quote: behind its closing quote, or at the text's end.
-size_t end_of_string(std::string_view text, size_t quote)
-{
-    for (size_t at = quote + 1; at < text.size(); ++at) {
-        if (text[at] == '\\') {
-            ++at;
-        } else if (text[at] == '"') {
-            return at + 1;
-        }
-    }
-    return text.size();
-}
-
 size_t end_of_value(std::string_view text, size_t begin)
 {
     size_t depth = 0;

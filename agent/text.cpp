@@ -8,6 +8,7 @@
 #include <cwchar>
 #include <iconv.h>
 #include <iterator>
+#include <new>
 #include <utf8.h>
 
 namespace agent {
@@ -189,6 +190,18 @@ size_t columns_of(std::string_view utf8_text)
     return columns;
 }
 
+size_t end_of_string(std::string_view text, size_t quote)
+{
+    for (size_t at = quote + 1; at < text.size(); ++at) {
+        if (text[at] == '\\') {
+            ++at;
+        } else if (text[at] == '"') {
+            return at + 1;
+        }
+    }
+    return text.size();
+}
+
 bool same_text(std::string_view left, std::string_view right)
 {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -204,7 +217,16 @@ std::string lower_case(std::string_view text)
 
 void complain(std::string_view message)
 {
-    write_error_line("hgagent: " + one_line(message));
+    try {
+        write_error_line("hgagent: " + one_line(message));
+    } catch (const std::bad_alloc &) {
+        complain_of_memory();
+    }
+}
+
+void complain_of_memory()
+{
+    write_error_line("hgagent: out of memory");
 }
 
 } // namespace agent

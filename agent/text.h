@@ -25,6 +25,10 @@ std::string json_for_terminal(std::string_view json);
 // What JSON takes for space.
 constexpr char kSpace[] = " \t\r\n";
 
+// Where the JSON string ends that begins at the quote: behind its closing quote, or at the text's
+// end.
+size_t end_of_string(std::string_view text, size_t quote);
+
 // How many columns a terminal takes for a text on one line.
 size_t columns_of(std::string_view utf8_text);
 
@@ -34,5 +38,8 @@ std::string lower_case(std::string_view text);
 
 // Writes "hgagent: MESSAGE" to standard error, on one line.
 void complain(std::string_view message);
+
+// The same of memory that has run out, without allocating any.
+void complain_of_memory();
 
 } // namespace agent
