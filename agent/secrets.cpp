@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sys/prctl.h>
 
 namespace agent {
 
@@ -68,6 +69,11 @@ bool labels_a_secret(std::string_view text)
         --begin;
     }
     return is_secret_name(text.substr(begin, end - begin));
+}
+
+void forbid_core_dumps()
+{
+    prctl(PR_SET_DUMPABLE, 0);
 }
 
 std::string mask_json(std::string_view text)

@@ -5,6 +5,7 @@
 #include "plugin_host.h"
 #include "progress.h"
 #include "requests.h"
+#include "secrets.h"
 #include "smart_router_service/processjsonability.h"
 #include "streams.h"
 #include "text.h"
@@ -120,6 +121,9 @@ void answer_lines(const Options &options, const PluginHost &host, ReplyOutput &o
 
 int run_serve(const Options &options)
 {
+    if (!options.host.show_secrets) {
+        forbid_core_dumps();
+    }
     const StopSignals stop;
     ReplyOutput output;
     const PluginHost host(options.host);

@@ -21,20 +21,23 @@ namespace {
 constexpr size_t kReadSize = 64UL * 1024;
 constexpr size_t kMostLine = PTRDIFF_MAX / 2; // more than there is memory for
 
-[[noreturn]] void fail(const char *what)
+constexpr char kStandardInput[] = "standard input";
+
+[[noreturn]] void fail(const std::string &what)
 {
-    throw StreamError(std::string(what) + ": " + std::generic_category().message(errno));
+    const int reason = errno;
+    throw StreamError(what + ": " + std::generic_category().message(reason));
 }
 
 // As read(), but goes on after a signal that somebody handles.
-size_t read_input(char *to, size_t size)
+size_t read_some(int descriptor, const std::string &name, char *to, size_t size)
 {
     ssize_t count = 0;
     do {
-        count = read(STDIN_FILENO, to, size);
+        count = read(descriptor, to, size);
     } while (count < 0 && errno == EINTR);
     if (count < 0) {
-        fail("cannot read standard input");
+        fail("cannot read " + name);
     }
     return static_cast<size_t>(count);
 }
@@ -151,7 +154,7 @@ bool LineReader::fill()
         given_ = 0;
         end_ = kept;
     }
-    const size_t count = read_input(buffer_.get() + end_, kReadSize);
+    const size_t count = read_some(STDIN_FILENO, kStandardInput, buffer_.get() + end_, kReadSize);
     end_ += count;
     ended_ = count == 0;
     return true;
@@ -265,21 +268,48 @@ bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const St
     return true;
 }
 
-std::string read_all_input(size_t max_bytes)
+namespace {
+
+std::string read_all(int descriptor, const std::string &name, size_t max_bytes)
 {
     std::string text;
     size_t count = 0;
     do {
         const size_t used = text.size();
         text.resize(used + kReadSize);
-        count = read_input(text.data() + used, kReadSize);
+        count = read_some(descriptor, name, text.data() + used, kReadSize);
         text.resize(used + count);
         if (text.size() > max_bytes) {
-            throw StreamError("standard input is longer than " + std::to_string(max_bytes) +
-                              " bytes");
+            throw StreamError(name + " is longer than " + std::to_string(max_bytes) + " bytes");
         }
     } while (count > 0);
     return text;
+}
+
+} // namespace
+
+std::string read_all_input(size_t max_bytes)
+{
+    return read_all(STDIN_FILENO, kStandardInput, max_bytes);
+}
+
+std::string read_all_of(const std::string &path, size_t max_bytes)
+{
+    struct File {
+        explicit File(const std::string &path)
+            : descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC))
+        {
+        }
+        ~File() { close(descriptor); }
+        File(const File &) = delete;
+        File &operator=(const File &) = delete;
+        const int descriptor;
+    };
+    const File file(path);
+    if (file.descriptor < 0) {
+        fail("cannot open " + path);
+    }
+    return read_all(file.descriptor, path, max_bytes);
 }
 
 } // namespace agent

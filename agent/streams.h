@@ -107,5 +107,7 @@ class ReplyOutput {
 
 // All of standard input. Throws StreamError, also when it is longer than max_bytes.
 std::string read_all_input(size_t max_bytes);
+// The same of a file, which may be a pipe.
+std::string read_all_of(const std::string &path, size_t max_bytes);
 
 } // namespace agent
