@@ -14,7 +14,7 @@
 #include "streams.h"
 #include "text.h"
 #include "topology.h"
-#include "wiped_memory.h"
+#include "process_memory.h"
 #include "workers.h"
 
 #include <cstdio>
@@ -53,7 +53,7 @@ int run(const agent::Options &options)
 int run(int count, char **words)
 {
     try {
-        agent::wipe_json();
+        agent::set_up_memory();
         agent::secure_standard_streams();
         agent::open_error_output();
         int exit_status = agent::kSuccess;

@@ -57,10 +57,24 @@ void run(const Call &call, const PluginHost &host, bool raw_bytes, Answer &answe
     answer.begin = R"(,"result":)";
 }
 
+// Whether there is none for a request. What has begun may live on a reserve; nothing begins on it.
+bool is_memory_short()
+{
+    constexpr size_t kForARequest = 4096;
+    void *memory = cJSON_malloc(kForARequest);
+    cJSON_free(memory);
+    return memory == nullptr;
+}
+
 Answer answer_to(std::string_view line, const PluginHost &host, bool raw_bytes)
 {
     Answer answer;
     answer.begin = kNoMemory; // as above
+    if (is_memory_short()) {
+        malloc_trim(0); // what is free may be of use to others
+        complain_of_memory();
+        return answer;
+    }
     try {
         try {
             const Call call = parse_call(line);
@@ -73,7 +87,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, bool raw_bytes)
         }
     } catch (const std::bad_alloc &) {
         answer.own.clear();
-        malloc_trim(0); // what is free may be of use to others
+        malloc_trim(0);
         complain_of_memory();
     }
     return answer;

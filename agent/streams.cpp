@@ -81,6 +81,7 @@ int StopSignals::arrived() const
 {
     // It is never taken, so that it wakes every thread that waits.
     sigset_t pending;
+    sigemptyset(&pending);
     sigpending(&pending);
     for (const int signal : {SIGINT, SIGTERM}) {
         if (sigismember(&pending, signal) == 1) {
