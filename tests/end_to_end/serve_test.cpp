@@ -262,6 +262,13 @@ TEST(Serve, KeepsWhatLibrariesPrintOutOfItsAnswers)
     EXPECT_EQ(result.error, "{\"id\":1}\n");
 }
 
+// As ask(), of a plug-in whose commands are not the protocol's.
+std::string ask_probe(AgentProcess &agent, const std::string &line)
+{
+    agent.send(line + "\n");
+    return agent.read_line();
+}
+
 constexpr char kLost[] = " lines are missing here: they could not be written in time\n";
 
 // What the agent writes to standard error until it tells what is missing.
@@ -286,7 +293,7 @@ TEST(Serve, IsNotHeldUpByALogThatNobodyReads)
     AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"}, OutputTo::kUnreadError);
     const std::string request = R"({"command":"LOG","params":{"text":")" + text + "\"}}";
     for (size_t count = 0; count < kRequests; ++count) {
-        EXPECT_THAT(ask(agent, request), HasSubstr("\"result\":0"));
+        EXPECT_THAT(ask_probe(agent, request), HasSubstr("\"result\":0"));
     }
 
     const std::vector<std::string> lines = lines_of(error_until_loss_is_told(agent));
@@ -296,7 +303,7 @@ TEST(Serve, IsNotHeldUpByALogThatNobodyReads)
     }
     EXPECT_EQ(lines.back(), "hgagent: " + std::to_string(kRequests * kLines - (lines.size() - 1)) +
                                 " lines are missing here: they could not be written in time");
-    EXPECT_THAT(ask(agent, request), HasSubstr("\"result\":0"));
+    EXPECT_THAT(ask_probe(agent, request), HasSubstr("\"result\":0"));
     EXPECT_THAT(agent.read_error(), StartsWith("<3> probe: error xxx"));
 }
 
@@ -306,7 +313,7 @@ TEST(Serve, EndsOnASignalThoughNobodyReadsTheLog)
     const std::string request =
         R"({"command":"LOG","params":{"text":")" + std::string(4000, 'x') + "\"}}";
     for (int count = 0; count < 30; ++count) { // more than the pipe holds
-        ask(agent, request);
+        ask_probe(agent, request);
     }
     agent.signal(SIGTERM);
     agent.await_end();
@@ -394,9 +401,9 @@ TEST(Serve, WipesSecretsFromItsMemory)
 TEST(Serve, LeavesNoCoreDump)
 {
     const std::string request = R"({"id":1,"command":"DUMPABLE"})";
-    const std::vector<std::string> options = {"--plugin", PROBE_PLUGIN};
-    EXPECT_THAT(serve(request, options).output, HasSubstr("\"dumpable\":0"));
-    EXPECT_THAT(serve(request, {"--plugin", PROBE_PLUGIN, "--show-secrets"}).output,
+    EXPECT_THAT(run_agent({"--plugin", PROBE_PLUGIN, "serve"}, request).output,
+                HasSubstr("\"dumpable\":0"));
+    EXPECT_THAT(run_agent({"--plugin", PROBE_PLUGIN, "--show-secrets", "serve"}, request).output,
                 HasSubstr("\"dumpable\":1"));
 }
 
