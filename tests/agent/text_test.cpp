@@ -55,8 +55,21 @@ TEST(OneLine, EscapesWhatTurnsTheDirectionOfWriting)
 {
     EXPECT_EQ(one_line("a\u202eb\u2066c\u200fd\u2028e\u061c"),
               "a\\x202eb\\x2066c\\x200fd\\x2028e\\x61c");
-    EXPECT_EQ(one_line("\u05d0 \u200d\u2010\u202f\u2065\u206a"),
-              "\u05d0 \u200d\u2010\u202f\u2065\u206a");
+    EXPECT_EQ(one_line("\u05d0 \u2010\u2027\u202f\u205f\u2070"),
+              "\u05d0 \u2010\u2027\u202f\u205f\u2070");
+}
+
+TEST(OneLine, EscapesWhatHasNoWidth)
+{
+    EXPECT_EQ(one_line("a\u200bb\u200d\u2060\ufeff\u00ad\u034f\u180e\ufff9\U000e0041"),
+              "a\\x200bb\\x200d\\x2060\\xfeff\\xad\\x34f\\x180e\\xfff9\\xe0041");
+    EXPECT_EQ(one_line("\u00ae\u0350\u200a\ufefe\U000e0080"), "\u00ae\u0350\u200a\ufefe\U000e0080");
+}
+
+TEST(JsonForTerminal, EscapesAsJsonDoes)
+{
+    EXPECT_EQ(agent::json_for_terminal("{\n\t\"a\": \"\u4e2d\u009b\u202e\u200b\x7f\U000e0041\"\n}"),
+              "{\n\t\"a\": \"\u4e2d\\u009b\\u202e\\u200b\\u007f\\udb40\\udc41\"\n}");
 }
 
 TEST(OneLine, CutsLongTextsBetweenCharacters)
