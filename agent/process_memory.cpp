@@ -143,6 +143,26 @@ void *operator new[](size_t size)
     return operator new(size);
 }
 
+void *operator new(size_t size, const std::nothrow_t &) noexcept
+{
+    return allocate(size);
+}
+
+void *operator new[](size_t size, const std::nothrow_t &) noexcept
+{
+    return allocate(size);
+}
+
+void operator delete(void *memory, const std::nothrow_t &) noexcept
+{
+    release(memory);
+}
+
+void operator delete[](void *memory, const std::nothrow_t &) noexcept
+{
+    release(memory);
+}
+
 void operator delete(void *memory) noexcept
 {
     release(memory);
