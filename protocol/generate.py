@@ -1,6 +1,7 @@
 #!/usr/bin/python3 -B
-"""Writes what is made from the protocol's descriptions: docs/protocol.md, the manual page hg-protocol(7)
-and the JSON Schemas.
+"""Writes what is made from the descriptions: of the commands docs/protocol.md, the manual page
+hg-protocol(7) and the JSON Schemas; of the device interface device_access.h,
+device_functions.h and docs/device_access.md.
 
 usage: generate.py [--check]
 
@@ -10,19 +11,28 @@ With --check nothing is written: it fails, and names the file, where one is not 
 import json
 import sys
 
+import device_functions_header
+import device_header
+import device_reference
 import man_page
 import reference
 import schemas
 from descriptions import ROOT, descriptions
+from device_interface import Interface
 
 SCHEMA_FOLDER = ROOT / "protocol/schemas"
+INCLUDE_FOLDER = ROOT / "smart_router_service/include/smart_router_service"
 
 
 def made_files():
     """The text of each file that is made, by its path."""
     commands = list(descriptions().values())
     introduction = (ROOT / "protocol/introduction.md").read_text(encoding="utf-8")
+    interface = Interface()
     files = {
+        INCLUDE_FOLDER / "device_access.h": device_header.device_header(interface),
+        INCLUDE_FOLDER / "device_functions.h": device_functions_header.device_functions_header(interface),
+        ROOT / "docs/device_access.md": device_reference.device_reference(interface, commands),
         ROOT / "docs/protocol.md": reference.reference(commands, introduction),
         ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),
     }

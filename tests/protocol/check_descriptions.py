@@ -33,7 +33,7 @@ def table_faults():
         if table.get(command, description["handler"]) != description["handler"]:
             yield f"{file.name}: the handler in the table is {table[command]}"
         for function in set(description["device_calls"]) - protocol.device_functions():
-            yield f"{file.name}: device_access.h declares no {function}"
+            yield f"{file.name}: protocol/device describes no {function}"
     for command in set(table) - set(described):
         yield f"{command} is in the table of commands but not described"
     for command in set(described) - set(table):
