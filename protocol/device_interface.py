@@ -2,9 +2,9 @@
 them. Run as a program, it prints the names of the functions."""
 
 import json
+import pathlib
 
-from descriptions import ROOT
-
+ROOT = pathlib.Path(__file__).resolve().parent.parent
 FOLDER = ROOT / "protocol/device"
 INTEGER_SIZES = {"int16_t": 2, "int32_t": 4}
 POINTER_SIZE = 4  # on the processors that the layout of records with pointers is given for
@@ -30,6 +30,13 @@ class Interface:
     def number(self, value):
         """A length, a width or a result: given as a number or as the name of a constant."""
         return self.constants[value] if isinstance(value, str) else value
+
+    def owner(self, path):
+        """What a path names: RECORD.FIELD or FUNCTION.ARGUMENT; None where there is no such thing."""
+        whole, _, part = path.partition(".")
+        parts = (self.records.get(whole, {}).get("fields", [])
+                 + self.functions.get(whole, {}).get("arguments", []))
+        return next((each for each in parts if each["name"] == part), None)
 
     def alignment(self, kind):
         if kind in self.records:

@@ -56,7 +56,7 @@ def listed(names):
 
 def filled_arguments(function):
     for argument in function.get("arguments", []):
-        if argument.get("way") in ("out", "in_out") and argument.get("filled") != ["FailReason"]:
+        if argument.get("way") in ("out", "in_out") and "may_fill" not in argument:
             number = argument["type"] in INTEGER_SIZES
             yield f"*{argument['name']}" if number else argument["name"]
 

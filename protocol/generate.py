@@ -1,6 +1,6 @@
 #!/usr/bin/python3 -B
 """Writes what is made from the descriptions: of the commands docs/protocol.md, the manual page
-hg-protocol(7) and the JSON Schemas; of the device interface device_access.h,
+hg-protocol(7), the JSON Schemas and, with what the device fields say, protocol/complete; of the device interface device_access.h,
 device_functions.h and docs/device_access.md.
 
 usage: generate.py [--check]
@@ -17,10 +17,11 @@ import device_reference
 import man_page
 import reference
 import schemas
-from descriptions import ROOT, descriptions
-from device_interface import Interface
+from descriptions import descriptions
+from device_interface import Interface, ROOT
 
 SCHEMA_FOLDER = ROOT / "protocol/schemas"
+COMPLETE_FOLDER = ROOT / "protocol/complete"
 INCLUDE_FOLDER = ROOT / "smart_router_service/include/smart_router_service"
 
 
@@ -37,11 +38,18 @@ def made_files():
         ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),
     }
     for command in commands:
+        files[COMPLETE_FOLDER / f"{command['command']}.json"] = as_lines(command)
         for kind, schema in (("request", schemas.request_schema(command)),
                              ("reply", schemas.reply_schema(command))):
             text = json.dumps(schema, indent=2, ensure_ascii=False)
             files[SCHEMA_FOLDER / f"{command['command']}.{kind}.json"] = text + "\n"
     return files
+
+
+def as_lines(command):
+    """The description as JSON, with a line for each of its parts."""
+    parts = [f"{json.dumps(name)}: {json.dumps(value, ensure_ascii=False)}" for name, value in command.items()]
+    return "{" + ",\n ".join(parts) + "}\n"
 
 
 def main(arguments):
@@ -51,7 +59,8 @@ def main(arguments):
     files = made_files()
     stale = [path for path, text in files.items()
              if not path.exists() or path.read_text(encoding="utf-8") != text]
-    left_over = [path for path in SCHEMA_FOLDER.glob("*") if path not in files]
+    left_over = [path for folder in (SCHEMA_FOLDER, COMPLETE_FOLDER) for path in folder.glob("*")
+                 if path not in files]
     if arguments:
         for path in stale:
             print(f"{path.relative_to(ROOT)} is not current; run protocol/generate.py")

@@ -9,14 +9,21 @@ import jsonschema
 
 import protocol
 from device_interface import FOLDER, INTEGER_SIZES, Interface, field_kind
+from device_sentences import filled_arguments
 
+FAILING = ("not 0", "-1", "not 1")
 EXPORTS = protocol.ROOT / "smart_router_service/exports.map"
 
 
 def all_faults(interface, commands):
-    faults = [*schema_faults(interface)]
-    return faults or [*naming_faults(interface), *record_faults(interface), *function_faults(interface, commands),
-                      *form_faults(interface)]
+    return [*schema_faults(interface)] or [*rule_faults(interface, commands)]
+
+
+def rule_faults(interface, commands):
+    yield from naming_faults(interface)
+    yield from record_faults(interface)
+    yield from function_faults(interface, commands)
+    yield from form_faults(interface)
 
 
 def schema_faults(interface):
@@ -101,6 +108,12 @@ def function_faults(interface, commands):
         for known in result.get("known", []):
             if not known_amount(interface, known["result"]):
                 yield f"{name}: there is no constant {known['result']}"
+        filled = list(filled_arguments(function))
+        for each in [result, *result.get("callers", [])]:
+            if "then" in each and not filled:
+                yield f"{name}: it fills nothing that could be {each['then']}"
+            if filled and each.get("failure") in FAILING and not {"then", "so"} & each.keys():
+                yield f"{name}: what becomes of {' and '.join(filled)} is not said"
         who = {each for caller in result.get("callers", []) for each in caller["who"]}
         told = {each for each in who if not each.startswith("json_")}
         if who:
@@ -126,7 +139,7 @@ def argument_faults(interface, argument, arguments):
         yield f"{argument['size']} is no size"
     if way is None and kind in interface.records:
         yield "a record by value"
-    for path in (*argument.get("given", []), *argument.get("filled", [])):
+    for path in (*argument.get("given", []), *argument.get("filled", []), *argument.get("may_fill", [])):
         if not has_field(interface, kind, path):
             yield f"{kind} has no {path}"
 

@@ -1,8 +1,10 @@
-"""What check_device.py finds: each case spoils a copy of the descriptions and expects to be told where."""
+"""What check_device.py finds, and check_descriptions.py of the fields that keys name: each case spoils a
+copy of the descriptions and expects to be told where."""
 
 import copy
 import unittest
 
+import check_descriptions
 import check_device
 import protocol
 from device_interface import Interface
@@ -25,16 +27,17 @@ class DeviceDescriptions(unittest.TestCase):
     def argument(self, function, name):
         return named(self.interface.functions[function]["arguments"], name)
 
-    def assert_told(self, *told):
-        faults = list(check_device.all_faults(self.interface, COMMANDS))
-        self.assertTrue(any(all(each in fault for each in told) for fault in faults), (told, faults))
+    def assert_told(self, told):
+        faults = list(check_device.rule_faults(self.interface, COMMANDS))
+        self.assertTrue(any(told in fault for fault in faults), (told, faults))
 
-    def test_they_are_as_they_should_be(self):
-        self.assertEqual(list(check_device.all_faults(self.interface, COMMANDS)), [])
+    def assert_refused(self, *told):
+        faults = list(check_device.schema_faults(self.interface))
+        self.assertTrue(any(all(each in fault for each in told) for fault in faults), (told, faults))
 
     def test_a_text_without_a_width_is_named(self):
         del self.field("RebootInfo", "Time")["width"]
-        self.assert_told("administration.json", "Time", "width")
+        self.assert_refused("administration.json", "Time", "width")
 
     def test_a_text_that_is_written_needs_a_width(self):
         del self.argument("devapi_get_net_fault_info", "reason")["width"]
@@ -80,7 +83,7 @@ class DeviceDescriptions(unittest.TestCase):
 
     def test_what_can_be_put_back_says_what_tells_the_values(self):
         del self.interface.functions["devapi_set_upnp_state"]["effect"]["read_with"]
-        self.assert_told("service_switches.json", "devapi_set_upnp_state", "read_with")
+        self.assert_refused("service_switches.json", "devapi_set_upnp_state", "read_with")
 
     def test_every_caller_has_its_rule(self):
         callers = self.interface.functions["devapi_get_host_num"]["result"]["callers"]
@@ -88,6 +91,12 @@ class DeviceDescriptions(unittest.TestCase):
         self.assert_told("devapi_get_host_num: the rule of GET_ATTACH_DEVICE_RIGHT is missing")
         self.assert_told("devapi_get_host_num: GET_SN_INFO does not call it")
         self.assert_told("devapi_get_host_num: json_get_nothing is not exported")
+
+    def test_what_is_filled_has_its_fate(self):
+        del self.interface.functions["devapi_get_sn_info"]["result"]["then"]
+        self.assert_told("devapi_get_sn_info: what becomes of info is not said")
+        self.interface.functions["devapi_reboot"]["result"]["then"] = "unread"
+        self.assert_told("devapi_reboot: it fills nothing that could be unread")
 
     def test_a_name_stands_once(self):
         fields = self.interface.records["UpnpState"]["fields"]
@@ -102,6 +111,29 @@ class DeviceDescriptions(unittest.TestCase):
                                   "rules": 208})
         self.assertEqual(self.interface.size("WanIpInfo"), 163)
         self.assertEqual(self.interface.size("NodeBaseInfo"), 104)
+
+
+class FieldsOfKeys(unittest.TestCase):
+    def assert_told(self, told, key):
+        command = {"device_calls": ["devapi_get_sn_info"], "request": [], "replies": [{"keys": [key]}]}
+        faults = list(check_descriptions.field_faults(INTERFACE, {"GET_SN_INFO": command}))
+        self.assertEqual(faults, [f"GET_SN_INFO: {told}"] if told else [])
+
+    def test_a_key_names_a_field_that_its_value_travels_by(self):
+        self.assert_told(None, {"key": "MAC", "field": "SnInfo.MAC"})
+        self.assert_told("MAC does not travel by SnInfo.Mac", {"key": "MAC", "field": "SnInfo.Mac"})
+        self.assert_told("MAC does not travel by AdBaseInfo.Mac", {"key": "MAC", "field": "AdBaseInfo.Mac"})
+
+    def test_a_width_that_a_field_has_is_not_typed(self):
+        self.assert_told("the width of MAC is that of a field, such as SnInfo.MAC", {"key": "MAC", "max_bytes": 64})
+        self.assert_told("max_bytes of MAC is that of SnInfo.MAC",
+                         {"key": "MAC", "field": "SnInfo.MAC", "max_bytes": 64})
+        self.assert_told(None, {"key": "MAC", "max_bytes": 11})
+
+    def test_a_width_of_a_key_within_a_list(self):
+        inner = {"key": "MAC", "max_bytes": 64}
+        self.assert_told("the width of MAC is that of a field, such as SnInfo.MAC",
+                         {"key": "List", "type": "array", "items": [inner]})
 
 
 if __name__ == "__main__":

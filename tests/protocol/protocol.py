@@ -8,7 +8,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "protocol"))
 
-from descriptions import descriptions  # noqa: E402,F401
+from descriptions import as_written, descriptions  # noqa: E402,F401
 from device_interface import Interface  # noqa: E402
 
 

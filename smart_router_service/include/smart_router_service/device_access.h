@@ -451,7 +451,7 @@ int32_t devapi_del_all_wifi_timerinfo(void);
 /* Adds timers for one more period; devapi_set_wifi_sleep_info() then sets what they do. The device
  * numbers the timers, and may write the numbers into this call's record for that one. Only for the
  * first period of a schedule is the record zero before; for the others it comes as these two calls
- * left it, with new texts. Any result but 0 is a failure, and then info is not read. */
+ * left it, with new texts. Any result but 0 is a failure. */
 int32_t devapi_add_wifi_timer(WifiSleepInfo *info);
 
 /* Sets what the timers do that were just added. Any result but 0 is a failure. */
@@ -549,7 +549,7 @@ typedef struct UplinkWifiInfo {
 } UplinkWifiInfo;
 
 /* Joins the network. -2 says that another client uses the repeater. Any result but 0 is a failure.
- * Of a result other than 0, -1 and -2 the client is told nothing. */
+ * Of any other result than 0, -1 and -2 the client is told nothing. */
 int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
 /* ---- Firmware ------------------------------------------------------------------------------- */
@@ -1126,7 +1126,8 @@ int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
  *         plug-in frees by free(), also after a failure. Nothing is taken for granted of what it
  *         says.
  *
- * Any result but 0 is a failure. An answer that stays NULL is a failure as well.
+ * Any result but 0 is a failure, and then answer is not read. An answer that stays NULL is a
+ * failure as well.
  */
 int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char *method,
                                                     char **answer);
@@ -1296,7 +1297,7 @@ int32_t devapi_set_qos_app_info(int32_t identifier, const char *priority);
 
 /* Adds, deletes or changes a rule, by its Action. To delete one, only Id and Action are filled. A
  * rule that was added has its identifier written into Id; whether it was added is read from Action
- * after the call. Any result but 0 is a failure, and then rule is not read. */
+ * after the call. Any result but 0 is a failure. */
 int32_t devapi_set_qos_classification_info(QosRule *rule);
 
 /* ---- Service switches ----------------------------------------------------------------------- */
