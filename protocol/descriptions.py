@@ -28,7 +28,7 @@ def complete(interface, keys, in_request):
     for key in keys:
         complete(interface, key.get("items", []), in_request)
         if "field" in key:
-            key.update(said_by_field(interface, interface.owner(key["field"]), in_request))
+            key.update(said_by_field(interface, interface.owner(key["field"]) or {}, in_request))
 
 
 def said_by_field(interface, owner, in_request):
