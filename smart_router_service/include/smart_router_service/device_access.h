@@ -7,7 +7,10 @@
  *
  * Conventions
  *
- * Results: 0 is success. Which other results are failures is stated at each function.
+ * Results: 0 is success. Which other results are failures is stated at each function; what a call
+ * that failed was to fill is not read. Where a result is not looked at, what the call was to fill
+ * is used as the call leaves it, and whatever stands there is reported: a call that fails should
+ * leave alone what it is given, which was zeroed before.
  *
  * Not supported: every function has to be there. One that the device has no use for answers -1 and
  * writes nothing. To the plug-in that is a failure like any other; "hgagent conformance" tells it
@@ -457,15 +460,13 @@ int32_t devapi_optimize_hg_wifi(WifiInspectInfo *info);
  * but 0 is a failure. */
 int32_t devapi_optimize_wifi_channel_power(WifiInspectInfo *info);
 
-/* State of the firmware. The reserved part is the device's own. */
+/* State of the firmware. */
 typedef struct FwInspectInfo {
-    char FWVersion[64];   /* firmware version */
-    char reserved0[1024]; /* not read */
+    char FWVersion[1088]; /* firmware version */
 } FwInspectInfo;
 
 DEVAPI_RECORD_SIZE(FwInspectInfo, 1088);
-DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 64);
-DEVAPI_RECORD_FIELD(FwInspectInfo, reserved0, 64, 1024);
+DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 1088);
 
 /* Examines everything and fills the three records. Any result but 0 is a failure. */
 int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net);
@@ -542,8 +543,8 @@ int32_t devapi_get_ssid_info(SsidInfo *info);
  * means nothing. Any result but 0 is a failure. */
 int32_t devapi_set_ssid_info(const SsidInfo *info);
 
-/* Sets the transmit power of the 5 GHz radio, a text of at most 63 bytes. The result is not looked
- * at. */
+/* Sets the transmit power of the 5 GHz radio: the request's text, of any length. The result is not
+ * looked at. */
 int32_t devapi_set_5gwifi_powerlevel(const char *level);
 
 /* Writes the number of SSIDs; count is 0 before, and a negative one is none. Any result but 0 is a
@@ -559,11 +560,11 @@ int32_t devapi_get_wifi_stactrl(int32_t *state);
 int32_t devapi_get_wifi_fastroaming_enable(char *enable);
 
 /* Writes the number of the main SSID of the 5 GHz radio; index is 0 before. The result is not
- * looked at. */
+ * looked at: *index is used as the call leaves it. */
 int32_t devapi_get_5g_wifi_index(int32_t *index);
 
-/* Writes 1 when the mesh is on; enable is 0 before. SET_WIFI_INFO_LIST looks at what was written
- * and not at the result; for reports, any result but 0 says that the mesh is off. */
+/* Writes 1 when the mesh is on; enable is 0 before. The result is not looked at: *enable is used as
+ * the call leaves it. */
 int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
 
 /* The first of three calls by which the plug-in's worker applies a list of settings: the switch of
@@ -807,7 +808,8 @@ int32_t devapi_flash_update_image(const char *url);
 /* ---- Notices to the app --------------------------------------------------------------------- */
 
 /* Writes the MAC address by which the platform knows the router into mac, size bytes wide. Any
- * result but 0 is a failure, and then mac is not read. */
+ * result but 0 is a failure for GET_HG_LOG; for notices and reports the result is not looked at:
+ * mac is used as the call leaves it. */
 int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size);
 
 /* ---- WAN connections ------------------------------------------------------------------------ */
@@ -1125,8 +1127,8 @@ DEVAPI_RECORD_FIELD(ProtectPeriodInfo, EndTime, 16, 8);
 DEVAPI_RECORD_FIELD(ProtectPeriodInfo, Enable, 24, 8);
 DEVAPI_RECORD_FIELD(ProtectPeriodInfo, DaysOfWeek, 32, 8);
 
-/* Sets *count to the number of periods of the entry. The result is not looked at: a failure leaves
- * *count, which starts at 0. */
+/* Sets *count to the number of periods of the entry; it is 0 before. The result is not looked at:
+ * *count is used as the call leaves it. */
 int32_t devapi_get_duration_num_by_index(int32_t index, int32_t *count);
 
 /* Fills the texts for host index and number of the period. Any result but 0 is a failure, and then
@@ -1200,7 +1202,7 @@ DEVAPI_RECORD_SIZE(ChildRouterList, 36);
 DEVAPI_RECORD_FIELD(ChildRouterList, identifiers, 0, 32);
 DEVAPI_RECORD_FIELD(ChildRouterList, count, 32, 4);
 
-/* Fills list. Any result but 0 is a failure, and then list is not read. */
+/* Fills list. The result is not looked at: list is used as the call leaves it. */
 int32_t devapi_get_childrouter_list(ChildRouterList *list);
 
 /* A link of a router to another one. */
@@ -1270,7 +1272,8 @@ DEVAPI_RECORD_FIELD(ChildRouterInfo, Reserved, 1068, 16);
 DEVAPI_RECORD_FIELD(ChildRouterInfo, LinkSpeed, 1084, 16);
 
 /* Fills info for the identifier of a child router, or for the host index of one. Any result but 0
- * is a failure, and then info is not read. */
+ * is a failure where identifiers are asked for, and then the child router is left out; for a host
+ * index the result is not looked at: info is used as the call leaves it. */
 int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
 
 /* Where a child router hangs in the mesh. */
@@ -1301,8 +1304,8 @@ DEVAPI_RECORD_SIZE(ChildMeshList, 6404);
 DEVAPI_RECORD_FIELD(ChildMeshList, count, 0, 4);
 DEVAPI_RECORD_FIELD(ChildMeshList, children, 4, 6400);
 
-/* Fills list for the child router with the MAC address. Any result but 0 is a failure, and then
- * list is not read. */
+/* Fills list for the child router with the MAC address. The result is not looked at: list is used
+ * as the call leaves it. */
 int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list);
 
 /* The stations of a child router. */
@@ -1315,8 +1318,8 @@ DEVAPI_RECORD_SIZE(ChildStationList, 260);
 DEVAPI_RECORD_FIELD(ChildStationList, indexes, 0, 256);
 DEVAPI_RECORD_FIELD(ChildStationList, count, 256, 4);
 
-/* Fills list for the child router with the MAC address. Any result but 0 is a failure, and then
- * list is not read. */
+/* Fills list for the child router with the MAC address. The result is not looked at: list is used
+ * as the call leaves it. */
 int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
 
 /* Fills info for the station with the index in HostIndex. Any result but 0 is a failure: there is
@@ -1325,19 +1328,19 @@ int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
 
 /* Sets *count to the number of places in the table of attached devices, also those without a
  * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
- * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(). The plug-in walks all
- * places, however many. Any result but 0 is a failure. */
-int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument);
+ * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(), as wide as a pointer.
+ * The plug-in walks all places, however many. Any result but 0 is a failure. */
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
 
-/* Writes the model of the router into model; size is one less than its width. Any result but 0 is a
- * failure, and then model is not read. */
+/* Writes the model of the router into model; size is one less than its width. The result is not
+ * looked at: model is used as the call leaves it. */
 int32_t devapi_get_devicemodel(char *model, int32_t size);
 
-/* Writes the code of the operator's area into code, size bytes at most. Any result but 0 is a
- * failure, and then code is not read. */
+/* Writes the code of the operator's area into code, size bytes at most. The result is not looked
+ * at: code is used as the call leaves it. */
 int32_t devapi_get_basic_area_code(char *code, int32_t size);
 
-/* The kind of mesh; 2 is one in which child routers may hang from each other. */
+/* Result: the kind of mesh; 2 is one in which child routers may hang from each other. */
 int32_t devapi_get_mesh_type(void);
 
 /* Has the mesh measure the speed of its links anew. Any result but 0 is a failure, which is only
@@ -1345,11 +1348,11 @@ int32_t devapi_get_mesh_type(void);
 int32_t devapi_call_tslink_set_topo_speed(void);
 
 /* Sets *hours to the hours by which the router's clock, as time() tells it, is ahead of the times
- * that the device library gives in local time; it is 0 before. Any result but 0 is a failure, and
- * then it counts as 0. */
+ * that the device library gives in local time; it is 0 before. The result is not looked at: *hours
+ * is used as the call leaves it. */
 int32_t devapi_get_local_timezone(int32_t *hours);
 
-/* 1 when the table of attached devices gives times in local time; else they are those of the
+/* Result: 1 when the table of attached devices gives times in local time; else they are those of the
  * router's clock. The stations of child routers always have local time. */
 int32_t devapi_get_systerm_timetype(void);
 
@@ -1391,10 +1394,12 @@ DEVAPI_RECORD_SIZE_32(TopoNode, 16);
 DEVAPI_RECORD_OFFSET_32(TopoNode, next, 12);
 
 /* Makes a list of the relations: fills first, which the plug-in has taken from calloc(), and
- * appends further nodes. Any result but 0 is a failure, and then the list is only freed. */
+ * appends further nodes. Any result but 0 is a failure, and then devapi_topo_xml_info_list() is not
+ * called; the list is used as the call leaves it. */
 int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first);
 
-/* Completes the list for the number of relations. The result is not looked at. */
+/* Completes the list for the number of relations, whatever devapi_get_topo_relation_num() has set
+ * it to. The result is not looked at: the list is used as the call leaves it. */
 int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first);
 
 /* Frees the whole list, first included, by free(). */
@@ -1445,8 +1450,9 @@ int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first);
  * failure, and then view is not read. */
 int32_t devapi_get_viewmac_by_mac(const char *mac, char *view);
 
-/* Sets *index to the host index of the device with the MAC address. Result: 1 when there is one;
- * anything else is a failure, and then *index is not read. */
+/* Sets *index to the host index of the device with the MAC address; it is 0 before. Result: 1 when
+ * there is one; any other is a failure for a child router, which is then left out. For a device
+ * attached to a child router the result is not looked at: *index is used as the call leaves it. */
 int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
 
 /* ---- Mesh: the topology as a tree of parameters --------------------------------------------- */
@@ -1461,7 +1467,7 @@ int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
 int32_t devapi_topo_xml_getinfo(const char *path, char *value);
 
 /* Fills info for a router by its path, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
- * Any result but 0 is a failure, and then info is not read. */
+ * The result is not looked at: info is used as the call leaves it. */
 int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *info);
 
 /* The stations of a router. */
@@ -1474,7 +1480,8 @@ DEVAPI_RECORD_SIZE(StationList, 41988);
 DEVAPI_RECORD_FIELD(StationList, count, 0, 4);
 DEVAPI_RECORD_FIELD(StationList, stations, 4, 41984);
 
-/* Fills list for a router by its path. Any result but 0 is a failure, and then list is not read. */
+/* Fills list for a router by its path. The result is not looked at: list is used as the call leaves
+ * it. */
 int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);
 
 /* ---- Child routers: relay of commands ------------------------------------------------------- */
@@ -1581,7 +1588,8 @@ DEVAPI_RECORD_FIELD(LedInfo, LedLight, 10, 10);
 /* Fills info. Only -1 is a failure. */
 int32_t devapi_get_led_info(LedInfo *info);
 
-/* Applies the three texts of a request, of any length. Only -1 is a failure. */
+/* Applies the three texts of a request, of any length. One that is no text in the request is NULL:
+ * answer -1 to it. Only -1 is a failure. */
 int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light);
 
 /* Sets *state to the state of the first configuration: 1 or more when it is done. Any result but 0
@@ -1608,8 +1616,8 @@ DEVAPI_RECORD_SIZE(ChannelApNum, 512);
 DEVAPI_RECORD_FIELD(ChannelApNum, counts_24g, 0, 256);
 DEVAPI_RECORD_FIELD(ChannelApNum, counts_5g, 256, 256);
 
-/* Fills counts for the channels of the list, which is empty where it could not be read. Only -1 is
- * a failure. */
+/* Fills counts for the channels of the list, which is as devapi_get_all_wifi_channel_list() has
+ * left it, also where that failed. Only -1 is a failure. */
 int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum *counts);
 
 /* What a check of the links has found. */
@@ -1638,7 +1646,7 @@ DEVAPI_RECORD_FIELD(LinkInfo, WanIp, 80, 32);
 DEVAPI_RECORD_FIELD(LinkInfo, DnsCheck, 112, 8);
 DEVAPI_RECORD_FIELD(LinkInfo, Reserved, 120, 56);
 
-/* Fills info. Only -1 is a failure, and then info is not read. */
+/* Fills info. The result is not looked at: info is used as the call leaves it. */
 int32_t devapi_get_link_info(LinkInfo *info);
 
 /* Pings an address. Result: 0 when it answered. */
