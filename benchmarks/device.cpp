@@ -250,7 +250,7 @@ int32_t devapi_get_host_num(int32_t *count)
     return 0;
 }
 
-int32_t devapi_get_dev_tol_num(int32_t *count, int32_t)
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t)
 {
     *count = host_count;
     return 0;

@@ -71,9 +71,12 @@ void straight_cjson::set_wifi_info(cJSON *obj)
         add_failure(obj, "json node null");
         return;
     }
+    cJSON_DeleteItemFromObject(obj, "AdvertisementEnable");
+    cJSON_DeleteItemFromObject(obj, "Mode");
+    cJSON_DeleteItemFromObject(obj, "Beamforming");
     const int32_t result = devapi_set_ssid_info(&info);
     if (info.SSIDIndex == 1) {
-        devapi_set_5gwifi_powerlevel(info.PowerLevel);
+        devapi_set_5gwifi_powerlevel(text(obj, "PowerLevel"));
     }
     cJSON_DeleteItemFromObject(obj, "SSIDIndex");
     cJSON_DeleteItemFromObject(obj, "SSID");
@@ -82,9 +85,6 @@ void straight_cjson::set_wifi_info(cJSON *obj)
     cJSON_DeleteItemFromObject(obj, "PowerLevel");
     cJSON_DeleteItemFromObject(obj, "Channel");
     cJSON_DeleteItemFromObject(obj, "Enable");
-    cJSON_DeleteItemFromObject(obj, "AdvertisementEnable");
-    cJSON_DeleteItemFromObject(obj, "Mode");
-    cJSON_DeleteItemFromObject(obj, "Beamforming");
     if (result == 0) {
         add(obj, "Status", "0");
     } else {

@@ -122,7 +122,7 @@ size_t width_of(const char *function)
     return width;
 }
 
-void take(const char *, DeviceAnswer &, int32_t) {}
+void take(const char *, DeviceAnswer &, int64_t) {}
 void take(const char *, DeviceAnswer &, const char *text)
 {
     take_text(text);

@@ -6,8 +6,8 @@ import pathlib
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 FOLDER = ROOT / "protocol/device"
-INTEGER_SIZES = {"int16_t": 2, "int32_t": 4}
 POINTER_SIZE = 4  # on the processors that the layout of records with pointers is given for
+INTEGER_SIZES = {"int16_t": 2, "int32_t": 4, "intptr_t": POINTER_SIZE}
 
 
 class Interface:

@@ -81,6 +81,11 @@ template <class Record> std::string shown_record(const void *record, bool show_s
     return text.text();
 }
 
+template <std::integral Number> std::string shown_number(const void *number, bool)
+{
+    return std::to_string(*static_cast<const Number *>(number));
+}
+
 // A record that the function reads.
 template <class Record> Argument request(const char *name, const Record *record)
 {
@@ -125,7 +130,10 @@ Argument request_address(const char *name, const char *address);
 Argument reply_number(const char *name, const int32_t *number);
 
 // A number; it has to outlive the call.
-Argument number(const char *name, const int32_t &value);
+template <std::integral Number> Argument number(const char *name, const Number &value)
+{
+    return {name, &value, false, shown_number<Number>};
+}
 
 // Throws an Error with the name in front of the complaint, if there is one.
 void refuse_for(const char *name, const std::string &complaint);

@@ -115,7 +115,7 @@ int32_t devapi_get_childsta_base_info(AdBaseInfo *info)
     });
 }
 
-int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument)
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument)
 {
     return query(__func__, {reply_number("count", count), number("argument", argument)},
                  [&](const State &state) {

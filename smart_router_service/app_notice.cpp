@@ -42,14 +42,12 @@ bool tell_time(TimeText &text)
 
 using MacText = char[32];
 
-// Writes the router's MAC address without colons, or what the host makes of none at all.
+// Writes the router's MAC address without colons, or what the host makes of what the device left.
 // cppcheck-suppress constParameter ; the host writes it
 void tell_mac(MacText &text)
 {
     MacText mac = "";
-    if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
-        mac[0] = '\0';
-    }
+    devapi_get_iotagtd_device_mac(mac, sizeof mac);
     mac[sizeof mac - 1] = '\0';
     mac_form_translate(mac, HG_MAC_BARE, text);
 }

@@ -51,8 +51,8 @@ int32_t json_get_child_router_update_info(cJSON *array)
     if (array == nullptr) {
         return -1;
     }
-    ChildRouterList children;
-    read_or_empty<devapi_get_childrouter_list>(children);
+    ChildRouterList children = {};
+    devapi_get_childrouter_list(&children);
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
         JsonItem item(cJSON_CreateObject());
         if (item.get() == nullptr) {

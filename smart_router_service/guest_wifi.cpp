@@ -100,6 +100,7 @@ int32_t json_set_hg_guest_ssid(cJSON *obj)
     if (!run.fill(&guest, kSetFailure)) {
         return -1;
     }
+    run.consume_from(0);
     const int32_t result = devapi_set_guest_wifi_info(&guest);
     run.end(result != 0, failure_of(result));
     return result;

@@ -546,7 +546,7 @@ bool SettingSteps::find(const MissingTexts &missing)
         return true;
     }
     if (when_ == Consume::kAlways) {
-        consume_items();
+        consume_from(0);
     }
     fail(obj_, wrong);
     return false;
@@ -565,16 +565,17 @@ bool SettingSteps::fill_record(void *record, const char *failure, size_t width)
 void SettingSteps::end(bool failed, const char *failure, size_t width)
 {
     if (when_ != Consume::kOnSuccess || !failed) {
-        consume_items();
+        consume_from(0);
     }
     conclude(obj_, success_, failed, failure, width);
 }
 
-void SettingSteps::consume_items()
+void SettingSteps::consume_from(size_t position)
 {
-    for (size_t at = 0; at < fields_.count(); ++at) {
+    for (size_t at = position; at < fields_.count(); ++at) {
         if (at < fields_.required() || text_of(items_[at]) != nullptr) {
             consume(obj_, items_[at]);
+            items_[at] = nullptr;
         }
     }
 }

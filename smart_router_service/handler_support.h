@@ -415,12 +415,13 @@ int32_t refuse(cJSON *obj, const char *reason);
 // failed.
 int32_t answer(cJSON *obj, Reply &reply, const char *reason);
 
-// Reads a record; one whose read failed is empty, whatever the failed call wrote into it.
-template <auto call, class Record, class... Selectors>
-bool read_or_empty(Record &record, Selectors... selectors)
+// Reads one of several records that are told together even where some could not be read: one whose
+// read failed is empty, whatever the failed call wrote into it. Everywhere else a record is used as
+// the call left it, or not at all.
+template <auto call, class Record> bool read_or_empty(Record &record)
 {
     record = {};
-    if (call(&record, selectors...) == 0) {
+    if (call(&record) == 0) {
         return true;
     }
     record = {};
@@ -642,10 +643,11 @@ class SettingSteps {
 
     // Copies what was found into the record; after that the device may be called.
     bool fill_record(void *record, const char *failure, size_t width = SIZE_MAX);
+    // Takes out the keys from the position on, where they go before the device is called; their
+    // texts go with them.
+    void consume_from(size_t position);
 
   private:
-    void consume_items();
-
     cJSON *obj_;
     FieldList fields_;
     Consume when_;

@@ -59,9 +59,6 @@ int32_t json_get_scan_channel_count(cJSON *obj)
     WifiChannelList channels = {};
     ChannelApNum access_points = {};
     const int32_t list_result = devapi_get_all_wifi_channel_list(&channels);
-    if (minus_one(list_result)) {
-        channels = {};
-    }
     const int32_t count_result = devapi_get_channel_ap_num(&channels, &access_points);
     if (minus_one(list_result) || minus_one(count_result)) {
         return refuse(obj, kFailure);
@@ -78,9 +75,7 @@ int32_t json_get_scan_channel_count(cJSON *obj)
 int32_t json_get_link_check(cJSON *obj)
 {
     LinkInfo link = {};
-    if (minus_one(devapi_get_link_info(&link))) {
-        link = {};
-    }
+    devapi_get_link_info(&link);
     const bool reached = devapi_get_ping_check(SMART_ROUTER_PING_TARGET) == 0;
     Reply reply;
     reply.fields(kAddresses, &link);

@@ -188,15 +188,17 @@ int32_t json_set_led(cJSON *obj)
     // The signal check's text; apps know it from here as well.
     constexpr char kFailure[] = "get scan rssi failed";
     cJSON *items[kLed.kCount];
-    const char *missing =
-        find_required(obj, kLed, "LedCoLor, LedLight or Led_Switch is NULL", items);
-    if (missing != nullptr) {
-        return refuse(obj, missing);
+    find_items(obj, kLed, items);
+    for (const cJSON *item : items) {
+        if (item == nullptr) {
+            return refuse(obj, "LedCoLor, LedLight or Led_Switch is NULL");
+        }
     }
     SuccessReply success;
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }
+    // What is no text reaches the device as a null pointer, for it to refuse.
     const int32_t result =
         devapi_set_sta_led(text_of(items[0]), text_of(items[1]), text_of(items[2]));
     if (!minus_one(result)) {

@@ -17,17 +17,13 @@ constexpr auto kMeshLink = Fields{
 void read_model(Model &model)
 {
     memset(model, 0, sizeof model);
-    if (devapi_get_devicemodel(model, sizeof model - 1) != 0) {
-        model[0] = '\0';
-    }
+    devapi_get_devicemodel(model, sizeof model - 1);
 }
 
 void read_area_code(AreaCode &code, int32_t size)
 {
     memset(code, 0, sizeof code);
-    if (devapi_get_basic_area_code(code, size) != 0) {
-        code[0] = '\0';
-    }
+    devapi_get_basic_area_code(code, size);
 }
 
 bool wants_mesh_links(const AreaCode &code)
@@ -68,7 +64,8 @@ void complete_station(ReportedDevice *station)
 int32_t zone_hours()
 {
     int32_t hours = 0;
-    return devapi_get_local_timezone(&hours) == 0 ? hours : 0;
+    devapi_get_local_timezone(&hours);
+    return hours;
 }
 
 void put_elapsed(AdBaseInfo *device, int32_t hours_ahead)

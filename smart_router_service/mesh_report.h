@@ -10,11 +10,11 @@ namespace smart_router {
 inline constexpr char kOperatorModel[] = "QX2040B";
 
 using Model = char[32];
-// Reads the model of the router; empty when it is not known.
+// Reads the model of the router, as the device leaves it.
 void read_model(Model &model);
 
 using AreaCode = char[32];
-// Reads the code of the operator's area, into so many bytes of it; empty when it is not known.
+// Reads the code of the operator's area, into so many bytes of it, as the device leaves it.
 void read_area_code(AreaCode &code, int32_t size = sizeof(AreaCode) - 1);
 // Whether the code is that of one of the three operators that want to see the links between
 // routers.
@@ -50,7 +50,7 @@ template <size_t width> void assign(char (&to)[width], const char (&from)[width]
 // Completes a station of a child router, for which model and operating system are fixed.
 void complete_station(ReportedDevice *station);
 
-// The hours by which the router's clock is ahead of local time; 0 when they are not known.
+// The hours by which the router's clock is ahead of local time; 0 where the device says nothing.
 int32_t zone_hours();
 
 // Replaces the time since when the device is attached by the seconds that have passed since then,

@@ -154,9 +154,7 @@ bool smart_router::wants_short_report(const AreaCode &area)
 bool smart_router::add_own_mac(cJSON *object)
 {
     char mac[32] = "";
-    if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
-        mac[0] = '\0';
-    }
+    devapi_get_iotagtd_device_mac(mac, sizeof mac);
     return add_text(object, kParentMac, mac, sizeof mac);
 }
 
@@ -222,9 +220,11 @@ int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path
     Reply reply;
     cJSON *list = reply.list(is_main ? "MainBaseInfo" : "ChildBaseInfo");
     Allocated<StationList> stations;
-    const bool has_list = stations.get() != nullptr && path != nullptr &&
-                          devapi_get_node_sta_info_by_newmetod(stations.get(), path) == 0;
-    const size_t count = has_list ? clamped(stations->count, kMostStations) : 0;
+    size_t count = 0;
+    if (stations.get() != nullptr && path != nullptr) {
+        devapi_get_node_sta_info_by_newmetod(stations.get(), path);
+        count = clamped(stations->count, kMostStations);
+    }
     for (size_t at = 0; at < count && reply.complete(); ++at) {
         reply.append(list, station_object(stations->stations[at]));
     }

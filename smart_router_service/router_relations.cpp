@@ -103,12 +103,11 @@ template <size_t width> bool replace(cJSON *object, const char *key, const char 
 bool append_children(cJSON *list, const char *router_mac)
 {
     bool complete = true;
-    ChildRouterList children;
-    read_or_empty<devapi_get_childrouter_list>(children);
+    ChildRouterList children = {};
+    devapi_get_childrouter_list(&children);
     for (size_t at = 0; at < clamped(children.count, MESH_MAX_CHILD_ROUTERS); ++at) {
-        ChildMeshInfo child;
-        if (complete &&
-            read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
+        ChildMeshInfo child = {};
+        if (complete && devapi_get_child_mesh_info(&child, children.identifiers[at]) == 0 &&
             holds(child.ParentMac, router_mac)) {
             complete =
                 append_if_possible(list, is_unknown(child.ChildMac) ? kMeshMac : kChildMac, &child);
@@ -134,8 +133,8 @@ bool find_child_router(const NodeDevInfo &node, int32_t *index)
 // Adds what is known of the child router as an attached device. Result: false when memory ran out.
 bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
 {
-    ChildRouterInfo router;
-    read_or_empty<devapi_get_childrouter_info>(router, index);
+    ChildRouterInfo router = {};
+    devapi_get_childrouter_info(&router, index);
     if (!add_fields(object, kMeshRouter, &router) ||
         (is_unknown(node.FWVersion) && !replace(object, "FWVersion", router.FWVersion)) ||
         (is_unknown(node.ip) && !replace(object, "ip", router.ip))) {
@@ -155,10 +154,7 @@ cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
     JsonItem object(cJSON_CreateObject());
     ReportedDevice station = {};
     AdBaseInfo &info = station.info;
-    int32_t index = 0;
-    if (devapi_get_hostindex_by_mac(Ended(node.Mac).text(), &index) == 1) {
-        info.HostIndex = index;
-    }
+    devapi_get_hostindex_by_mac(Ended(node.Mac).text(), &info.HostIndex);
     if (devapi_get_childsta_base_info(&info) != 0) {
         return object.release();
     }
@@ -239,7 +235,8 @@ void add_routers(Reply &reply, cJSON *list, const TopoNode *first)
 bool is_mesh_on()
 {
     int32_t state = 0;
-    return devapi_get_Multi_Ap_enable(&state) == 0 && state == 1;
+    devapi_get_Multi_Ap_enable(&state);
+    return state == 1;
 }
 
 } // namespace
@@ -298,17 +295,14 @@ int32_t json_get_topo_router_info(cJSON *obj)
         if (topology.first() == nullptr) {
             return -1;
         }
-        const bool is_known = devapi_handle_topo_struct(relations, topology.first()) == 0;
-        if (is_known) {
-            devapi_topo_xml_info_list(count > 0 ? count : 0, topology.first());
+        if (devapi_handle_topo_struct(relations, topology.first()) == 0) {
+            devapi_topo_xml_info_list(count, topology.first());
         }
         if (devapi_call_tslink_set_topo_speed() != 0) {
             log_error("call tslink set topo speed failed\n");
         }
         end_list(topology.first());
-        if (is_known) {
-            add_routers(reply, routers, topology.first());
-        }
+        add_routers(reply, routers, topology.first());
     }
     return reply.join(obj) ? 0 : -1;
 }

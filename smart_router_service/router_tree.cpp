@@ -75,9 +75,7 @@ cJSON *children_of(const ChildRouterInfo &router)
         log_error("create childinfo_json err");
         return nullptr;
     }
-    if (devapi_get_child_mesh_info_bynewmethod(Ended(router.Mac).text(), children.get()) != 0) {
-        return list.release();
-    }
+    devapi_get_child_mesh_info_bynewmethod(Ended(router.Mac).text(), children.get());
     for (size_t at = 0; at < clamped(children->count, MESH_MAX_CHILDREN); ++at) {
         cJSON *child = object_of(kMeshMac, &children->children[at]);
         if (child == nullptr) {
@@ -89,13 +87,12 @@ cJSON *children_of(const ChildRouterInfo &router)
     return list.release();
 }
 
-// A new object for the child router at the path, with its stations; null when memory ran out.
+// A new object for the child router at the path, with its stations where there is memory for them;
+// null when memory ran out for the router itself.
 cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
 {
     ChildRouterInfo router = {};
-    if (devapi_get_node_dev_info_by_newmetod(path, &router) != 0) {
-        router = {};
-    }
+    devapi_get_node_dev_info_by_newmetod(path, &router);
     const bool hangs_from_us = holds_any_case(router.ParentMac, Ended(bridge).text());
     JsonItem object(cJSON_CreateObject());
     if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
@@ -118,7 +115,8 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
         return nullptr;
     }
     cJSON_AddItemToObjectCS(object.get(), by_links ? "MeshInfo" : "ChildInfo", mesh);
-    return json_get_router_sta_info(object.get(), "sub", path) == 0 ? object.release() : nullptr;
+    json_get_router_sta_info(object.get(), "sub", path);
+    return object.release();
 }
 
 } // namespace

@@ -67,8 +67,8 @@ int32_t json_get_child_router_topo_info(cJSON *array)
     if (array == nullptr) {
         return -1;
     }
-    ChildRouterList children;
-    read_or_empty<devapi_get_childrouter_list>(children);
+    ChildRouterList children = {};
+    devapi_get_childrouter_list(&children);
     if (devapi_call_tslink_set_topo_speed() != 0) {
         log_error("call tslink set topo speed failed!\n");
     }
@@ -108,8 +108,8 @@ void json_get_childsta_info(cJSON *array, const char *mac)
         log_error("param is NULL\n");
         return;
     }
-    ChildStationList stations;
-    read_or_empty<devapi_get_childsta_list>(stations, mac);
+    ChildStationList stations = {};
+    devapi_get_childsta_list(&stations, mac);
     for (size_t at = 0; at < clamped(stations.count, MESH_MAX_STATIONS); ++at) {
         JsonItem object(cJSON_CreateObject());
         if (object.get() == nullptr) {

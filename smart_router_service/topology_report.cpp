@@ -65,8 +65,8 @@ template <size_t width> void put_radio_state(char (&state)[width])
 // The links to the child routers. Result: false when there is no memory for the list.
 bool add_mesh_links(Reply &router)
 {
-    ChildRouterList children;
-    read_or_empty<devapi_get_childrouter_list>(children);
+    ChildRouterList children = {};
+    devapi_get_childrouter_list(&children);
     cJSON *links = cJSON_CreateArray();
     if (links == nullptr) {
         log_error("create mesh_json err");
@@ -75,8 +75,8 @@ bool add_mesh_links(Reply &router)
     router.add("MeshInfo", links);
     const size_t count = clamped(children.count, MESH_MAX_CHILD_ROUTERS);
     for (size_t at = 0; at < count && router.complete(); ++at) {
-        MeshLink link;
-        if (read_or_empty<devapi_get_router_mesh_info>(link, children.identifiers[at])) {
+        MeshLink link = {};
+        if (devapi_get_router_mesh_info(&link, children.identifiers[at]) == 0) {
             router.append(links, kLinkToChild, &link);
         }
     }
@@ -93,12 +93,12 @@ bool add_children(Reply &router, const BridgeMac &bridge)
         return false;
     }
     router.add("ChildInfo", list);
-    ChildRouterList children;
-    read_or_empty<devapi_get_childrouter_list>(children);
+    ChildRouterList children = {};
+    devapi_get_childrouter_list(&children);
     const size_t count = clamped(children.count, MESH_MAX_CHILD_ROUTERS);
     for (size_t at = 0; at < count && router.complete(); ++at) {
-        ChildMeshInfo child;
-        if (read_or_empty<devapi_get_child_mesh_info>(child, children.identifiers[at]) &&
+        ChildMeshInfo child = {};
+        if (devapi_get_child_mesh_info(&child, children.identifiers[at]) == 0 &&
             holds(child.ParentMac, Ended(bridge).text())) {
             router.append(list, kChildMac, &child);
         }
@@ -224,7 +224,7 @@ int32_t json_get_hg_base_info_copy(cJSON *obj)
     return reply.join(obj) ? 0 : -1;
 }
 
-int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind)
+int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
 {
     if (array == nullptr || *array == nullptr) {
         return -1;

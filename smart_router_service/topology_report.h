@@ -38,10 +38,10 @@ SMART_ROUTER_API int32_t json_get_hg_base_info_copy(cJSON *obj);
 
 // Appends the devices attached to the main router to *array, and counts them in g_dev_num and, for
 // kind 1, in g_active_num; the report is full when g_dev_num has come to 32. argument goes to
-// devapi_get_dev_tol_num(), kind into each record. Result: 0, also when the report is full; -1 when
-// there is no array, a device could not be read or memory ran out; else the result of the failed
-// count.
-SMART_ROUTER_API int32_t put_to_json(cJSON **array, int32_t argument, int32_t kind);
+// devapi_get_dev_tol_num() as it is, kind into each record. Result: 0, also when the report is
+// full; -1 when there is no array, a device could not be read or memory ran out; else the result of
+// the failed count.
+SMART_ROUTER_API int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind);
 
 // Appends the child routers, each with its stations. Result: 0, or -1 when array is null or memory
 // ran out.

@@ -81,10 +81,12 @@ int32_t json_set_wifi_info(cJSON *obj)
     if (!run.find(kNodeOrValueNull) || !run.fill(&ssid, kFailure)) {
         return -1;
     }
+    run.consume_from(kSsidRequired);
     const int32_t result = devapi_set_ssid_info(&ssid);
     if (ssid.SSIDIndex == kMainSsid) {
-        // The radio follows the request even where the SSID could not be written.
-        devapi_set_5gwifi_powerlevel(ssid.PowerLevel);
+        // The radio follows the request even where the SSID could not be written, and to the
+        // letter.
+        devapi_set_5gwifi_powerlevel(text_under(obj, "PowerLevel"));
     }
     run.end(result != 0, kFailure);
     return result;

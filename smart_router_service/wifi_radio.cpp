@@ -118,8 +118,9 @@ int32_t parse_wifi_sleep_info_from_json(WifiSleepInfo *record, cJSON *item)
 
 int32_t json_set_wifi_sleep_info(cJSON *obj)
 {
-    cJSON *list = array_of(obj, "WIFISleepList");
-    if (list == nullptr) {
+    cJSON *list = cJSON_GetObjectItem(obj, "WIFISleepList");
+    if (cJSON_IsArray(list) == 0) {
+        consume(obj, list);
         return refuse(obj, "json node: WIFISleepList not found");
     }
     SuccessReply success;

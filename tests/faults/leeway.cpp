@@ -54,6 +54,12 @@ const Leeway kLeeways[] = {
     {.name = "UPDATE_IMMEDIATE_of_an_image",
      .why = "an address that cannot be copied is none",
      .reasons = {"url is null"}},
+    {.name = "json_get_topo_router_agent_info_bynewmethod",
+     .why = "a router without memory for its stations is reported without them",
+     .keys = {"ChildBaseInfo"}},
+    {.name = "json_get_topo_router_agent_info_bynewmethod_of_operators",
+     .why = "a router without memory for its stations is reported without them",
+     .keys = {"ChildBaseInfo"}},
     {.name = "json_get_topo_router_info",
      .why =
          "a child router is left out whose list of children has no memory, and the log tells of it",

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <set>
 #include <string_view>
 #include <typeindex>
 
@@ -27,6 +28,16 @@ struct Call {
     bool writes = false;
     bool hands_over = false;
     std::vector<std::vector<int32_t>> numbers; // the values to try for each of them
+
+    // All of those; without numbers, one that stands for none.
+    std::set<int32_t> values() const
+    {
+        std::set<int32_t> all;
+        for (const std::vector<int32_t> &tried : numbers) {
+            all.insert(tried.begin(), tried.end());
+        }
+        return all.empty() ? std::set{0} : all;
+    }
 };
 
 Home home;
@@ -47,7 +58,7 @@ class Pen {
     void text(char *field, size_t width, const std::string &value)
     {
         call_.writes = true;
-        if (how_ == Written::kBrim) {
+        if (fills_to_the_brim()) {
             memset(field, '9', width);
         } else if (how_ == Written::kGarbage) {
             for (size_t at = 0; at < width; ++at) {
@@ -67,7 +78,8 @@ class Pen {
         if (how_ != Written::kNothing) {
             place = how_ == Written::kGarbage ? limited(0x5A5A5A5A) : value;
         }
-        if (how_ == Written::kNumber && fault.number == call_.numbers.size()) {
+        if (how_ == Written::kRubbish ||
+            (how_ == Written::kNumber && fault.number == call_.numbers.size())) {
             place = limited(fault.value);
         }
         call_.numbers.push_back(values);
@@ -141,7 +153,7 @@ class Pen {
         std::string answer = R"({"Count":"2","BaseInfo":[{"Mac":"A"},{"Mac":"B"}]})";
         if (how_ == Written::kGarbage) {
             answer.assign(5000, '[');
-        } else if (how_ == Written::kBrim) {
+        } else if (fills_to_the_brim()) {
             answer = R"({"BaseInfo":")" + std::string(5000, '9') + R"("})";
         }
         *text = static_cast<char *>(FailingMemory::granted(answer.size() + 1));
@@ -149,6 +161,8 @@ class Pen {
     }
 
   private:
+    bool fills_to_the_brim() const { return how_ == Written::kBrim || how_ == Written::kRubbish; }
+
     void entry(const RecordField &field, char *place, size_t at, const std::vector<int32_t> &values)
     {
         if (field.type == typeid(char)) {
@@ -247,7 +261,7 @@ int32_t answer(const char *name, std::initializer_list<Argument> arguments)
         write(function, arguments, pen);
         return 0;
     }
-    const bool fails = made.size() == fault.call;
+    const bool fails = made.size() == fault.call || (fault.lasts && made.size() > fault.call);
     if (made.size() > kLongWalk) {
         return -1;
     }
@@ -272,15 +286,19 @@ bool is_counted(std::string_view function)
 std::string Fault::name() const
 {
     static const std::map<Written, std::string> kNames = {
-        {Written::kNothing, "nothing"},    {Written::kGarbage, "garbage"}, {Written::kBrim, "brim"},
-        {Written::kNoMemory, "no_memory"}, {Written::kNumber, "number"},
+        {Written::kNothing, "nothing"}, {Written::kGarbage, "garbage"},
+        {Written::kBrim, "brim"},       {Written::kNoMemory, "no_memory"},
+        {Written::kNumber, "number"},   {Written::kRubbish, "rubbish"},
     };
-    std::string text = std::to_string(call);
+    std::string text = std::to_string(call) + (lasts ? "+" : "");
     if (written != Written::kWhole) {
         text += ":" + kNames.at(written);
     }
     if (written == Written::kNumber) {
-        text += std::to_string(number) + "=" + std::to_string(value);
+        text += std::to_string(number);
+    }
+    if (written == Written::kNumber || written == Written::kRubbish) {
+        text += "=" + std::to_string(value);
     }
     return result ? text + ":result=" + std::to_string(*result) : text;
 }
@@ -322,6 +340,12 @@ std::vector<Fault> possible_faults()
         for (size_t number = 0; number < call.numbers.size(); ++number) {
             for (const int32_t value : call.numbers[number]) {
                 faults.push_back({at, {}, Written::kNumber, number, value});
+            }
+        }
+        // A library whose calls leave rubbish behind when they fail, once or from then on.
+        for (const int32_t value : call.values()) {
+            for (const bool lasts : {false, true}) {
+                faults.push_back({at, -1, Written::kRubbish, 0, value, lasts});
             }
         }
     }

@@ -26,6 +26,7 @@ enum class Written {
     kBrim,     // each text to the last byte of its field, without a NUL
     kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
     kNumber,   // one of the numbers is another
+    kRubbish,  // each text as in kBrim, and each number the same one
 };
 
 // What goes wrong in a run.
@@ -37,6 +38,7 @@ struct Fault {
     Written written = Written::kWhole;
     size_t number = 0; // which of the call's numbers, and its value
     int32_t value = 0;
+    bool lasts = false; // goes on in all calls behind it
 
     std::string name() const; // such as "3:result=-1"
 };

@@ -43,6 +43,11 @@ std::string damage(const Subject &subject, const SweepRun &run);
 std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            FailingMemory::Fail how);
 
+// Whether the subject takes no notice of what the call with the fault answers, so that it does the
+// same for any result.
+bool is_result_ignored(const Subject &subject, const SweepRun &whole,
+                       const rich_device::Fault &fault);
+
 // What is wrong with a run in which the device failed, next to the one in which nothing did.
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            const rich_device::Fault &fault);

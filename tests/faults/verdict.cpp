@@ -8,11 +8,35 @@
 
 namespace {
 
-// The changes whose result nobody looks at.
-constexpr std::string_view kNotLookedAt[] = {
-    "devapi_get_hg_log",           "devapi_set_5gwifi_powerlevel", "devapi_set_ssid_list_info",
-    "devapi_set_wifi_fastroaming", "devapi_set_wifi_stactrl",      "devapi_setup_mesh",
-    "devapi_flash_update_image",
+// The calls whose result nobody looks at; some only in the subjects whose names begin so.
+constexpr struct {
+    std::string_view function;
+    std::string_view subject;
+} kNotLookedAt[] = {
+    {"devapi_call_tslink_set_topo_speed", ""},
+    {"devapi_get_5g_wifi_index", ""},
+    {"devapi_get_Multi_Ap_enable", ""},
+    {"devapi_get_basic_area_code", ""},
+    {"devapi_get_child_mesh_info_bynewmethod", ""},
+    {"devapi_get_childrouter_info", "json_get_topo_router_info"},
+    {"devapi_get_childrouter_list", ""},
+    {"devapi_get_childsta_list", ""},
+    {"devapi_get_devicemodel", ""},
+    {"devapi_get_duration_num_by_index", ""},
+    {"devapi_get_hg_log", ""},
+    {"devapi_get_host_num", "GET_ATTACH_DEVICE_RIGHT"},
+    {"devapi_get_hostindex_by_mac", "json_get_topo_router_info_on_a_small_page"},
+    {"devapi_get_iotagtd_device_mac", "json_"},
+    {"devapi_get_link_info", ""},
+    {"devapi_get_local_timezone", ""},
+    {"devapi_get_node_dev_info_by_newmetod", ""},
+    {"devapi_get_node_sta_info_by_newmetod", ""},
+    {"devapi_set_5gwifi_powerlevel", ""},
+    {"devapi_set_ssid_list_info", ""},
+    {"devapi_set_wifi_fastroaming", ""},
+    {"devapi_set_wifi_stactrl", ""},
+    {"devapi_setup_mesh", ""},
+    {"devapi_topo_xml_info_list", ""},
 };
 
 template <class List> bool has(const List &list, std::string_view name)
@@ -96,6 +120,25 @@ std::string other_calls(const std::vector<recording_device::Call> &calls,
         ++next;
     }
     return "";
+}
+
+// Whether the subject asks for the result of the function.
+bool is_looked_at(const Subject &subject, std::string_view function)
+{
+    return std::none_of(std::begin(kNotLookedAt), std::end(kNotLookedAt), [&](const auto &row) {
+        return row.function == function && subject.name.starts_with(row.subject);
+    });
+}
+
+// Where the call with the fault stands among those of the whole run.
+size_t position_of(const SweepRun &whole, const rich_device::Fault &fault)
+{
+    size_t counted = 0;
+    size_t at = 0;
+    while (!rich_device::is_counted(whole.calls.at(at).function) || counted++ != fault.call) {
+        ++at;
+    }
+    return at;
 }
 
 // ---- Replies -----------------------------------------------------------------------------------
@@ -268,6 +311,12 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
                : "";
 }
 
+bool is_result_ignored(const Subject &subject, const SweepRun &whole,
+                       const rich_device::Fault &fault)
+{
+    return !is_looked_at(subject, whole.calls[position_of(whole, fault)].function);
+}
+
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            const rich_device::Fault &fault)
 {
@@ -276,28 +325,27 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
         return harm;
     }
     // Up to the call that failed nothing may be different.
-    const std::string *failed = nullptr;
-    size_t counted = 0;
-    for (size_t at = 0; failed == nullptr; ++at) {
-        const std::string &function = whole.calls.at(at).function;
+    const size_t position = position_of(whole, fault);
+    for (size_t at = 0; at <= position; ++at) {
         if (at >= run.calls.size() || !(run.calls[at] == whole.calls[at])) {
             return "another call before the failure: " + described(whole.calls[at]);
         }
-        if (rich_device::is_counted(function) && counted++ == fault.call) {
-            failed = &function;
-        }
     }
-    const bool is_refusal = fault.result == -1 && !is_question(*failed) &&
-                            std::find(std::begin(kNotLookedAt), std::end(kNotLookedAt), *failed) ==
-                                std::end(kNotLookedAt);
+    const std::string &failed = whole.calls[position].function;
+    const bool counts = is_looked_at(subject, failed);
+    // Of what the worker comes to, no reply tells.
+    const bool is_refusal = fault.result == -1 && counts && !is_question(failed) &&
+                            failed != "devapi_flash_update_image";
     const Json request = parse(run.request);
     const Json object = parse(run.object);
-    if (fault.result == -1 && fault.written == rich_device::Written::kBrim &&
-        is_question(*failed) && run.object.find("99999999") != std::string::npos) {
-        return "the reply shows what a failed call left: " + *failed;
+    const bool leaves_texts = fault.written == rich_device::Written::kBrim ||
+                              fault.written == rich_device::Written::kRubbish;
+    if (fault.result == -1 && leaves_texts && !fault.lasts && counts && is_question(failed) &&
+        run.object.find("99999999") != std::string::npos) {
+        return "the reply shows what a failed call left: " + failed;
     }
     if (is_refusal && run.succeeded(subject) && !tells_of_failure(object.get())) {
-        return "a success is told of what the device refused: " + *failed;
+        return "a success is told of what the device refused: " + failed;
     }
     if (subject.builder != nullptr) {
         return "";

@@ -49,7 +49,7 @@ inline std::string contents(const char *text)
 {
     return text != nullptr ? text : "(null)";
 }
-inline std::string contents(int32_t number)
+inline std::string contents(int64_t number)
 {
     return std::to_string(number);
 }
@@ -83,10 +83,10 @@ struct Argument {
     const std::type_info *type; // of a number, or of what the address leads to
     void *address;              // null for a number
     bool is_read_only;          // whether the function may not write there
-    int32_t number;             // 0 for an address
+    int64_t number;             // 0 for an address
 };
 
-inline Argument argument(int32_t number)
+inline Argument argument(int64_t number)
 {
     return {&typeid(number), nullptr, true, number};
 }

@@ -179,19 +179,23 @@ TEST_F(AppNoticeTest, IsNotSentWithoutItsTime)
     expect_released("base64 of hello", 2);
 }
 
-TEST_F(AppNoticeTest, IsSentWithoutAMac)
+TEST_F(AppNoticeTest, IsSentWithWhatTheDeviceLeavesAsItsMac)
 {
     when<mac_form_translate>([](const char *in, int32_t, char *out) {
         sprintf(out, "made of '%s'", in); // what a host makes of it
     });
     for (const int32_t result : {1, -1, 5, INT_MIN}) {
-        when<devapi_get_iotagtd_device_mac>([result](char *mac, int32_t size) {
-            memset(mac, 'x', static_cast<size_t>(size)); // what it leaves is not read
-            return result;
-        });
+        when<devapi_get_iotagtd_device_mac>([result](char *, int32_t) { return result; });
         EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), 0);
         EXPECT_EQ(sent(),
                   envelope("guard", "20250107090503", "a digest", "made of ''", "base64 of hello"));
+        when<devapi_get_iotagtd_device_mac>([result](char *mac, int32_t) {
+            strcpy(mac, "left behind");
+            return result;
+        });
+        EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), 0);
+        EXPECT_EQ(sent(), envelope("guard", "20250107090503", "a digest", "made of 'left behind'",
+                                   "base64 of hello"));
     }
 }
 

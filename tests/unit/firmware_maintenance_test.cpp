@@ -70,17 +70,21 @@ TEST_F(FirmwareMaintenanceTest, TellsTheFirmwareOfAllRouters)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(FirmwareMaintenanceTest, HasAnEmptyListWithoutChildRouters)
+TEST_F(FirmwareMaintenanceTest, ListsChildRoutersAsTheDeviceLeavesTheirList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         child_routers_are({4}, count);
         EXPECT_EQ(run("GET_UPDATE_STATUS"),
                   R"({"MainRouter":)" + kMainRouter + R"(,"ChildRouter":[],"Status":"0"})");
     }
-    when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list, 1); });
+    when<devapi_get_childrouter_list>([](ChildRouterList *) { return 1; });
     EXPECT_EQ(run("GET_UPDATE_STATUS"),
               R"({"MainRouter":)" + kMainRouter + R"(,"ChildRouter":[],"Status":"0"})");
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names());
+    when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list, 1); });
+    const Json object = parse(run("GET_UPDATE_STATUS"));
+    EXPECT_EQ(cJSON_GetArraySize(cJSON_GetObjectItem(object.get(), "ChildRouter")), 8);
+    EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), Names(8, "825307441"));
 }
 
 TEST_F(FirmwareMaintenanceTest, FailsWithTheMainRouter)

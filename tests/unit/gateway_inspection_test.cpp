@@ -58,7 +58,7 @@ TEST_F(GatewayInspectionTest, TheWholeInspectionReadsNoFurtherThanItsFields)
     const std::pair<const char *, std::string> expected[] = {
         {"WiFiDevNum", std::string(8, 'w')},     {"Security", std::string(8, 'w')},
         {"Channel", std::string(8, 'w')},        {"Congestion", std::string(8, 'w')},
-        {"FWVersion", std::string(64, 'f')},     {"WanStatus", std::string(64, 'n')},
+        {"FWVersion", std::string(1088, 'f')},   {"WanStatus", std::string(64, 'n')},
         {"NetStatus", std::string(392, 'n')},    {"WanIP", std::string(64, 'n')},
         {"NetMask", std::string(256, 'n')},      {"PowerLevel", std::string(8, 'w')},
         {"FireWallEnable", std::string(4, 'w')},

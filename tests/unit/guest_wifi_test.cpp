@@ -285,6 +285,20 @@ TEST_F(GuestWifiTest, AFailedSettingConsumesAllItsKeys)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
+TEST_F(GuestWifiTest, TheKeysLeaveTheObjectBeforeTheDeviceIsCalled)
+{
+    for (const int32_t result : {0, -1}) {
+        const Json object = parse(kGuestWithOptions.with("Other", "{}").json());
+        when<devapi_set_guest_wifi_info>([&](const GuestWifiInfo *) {
+            EXPECT_EQ(print(object.get()), R"({"Other":{}})");
+            return result;
+        });
+        EXPECT_EQ(hg_process_json_cmd("SET_HG_GUEST_SSID", object.get()), 0);
+    }
+    EXPECT_EQ(recording_device::called_functions(),
+              std::vector<std::string>(2, "devapi_set_guest_wifi_info"));
+}
+
 TEST_F(GuestWifiTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
 {
     const Request second = kGuestWithOptions.with("EndTimestamp", R"("7")");

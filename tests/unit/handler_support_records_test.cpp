@@ -102,13 +102,6 @@ int32_t read(Brim *brim)
     return answer;
 }
 
-int32_t read_by(Brim *brim, int32_t number, const char *name)
-{
-    brim->field[0] = static_cast<char>(number);
-    brim->field[1] = *name;
-    return answer;
-}
-
 TEST_F(HandlerSupportRecordsTest, ARecordWhoseReadFailedIsEmpty)
 {
     Brim brim;
@@ -116,8 +109,6 @@ TEST_F(HandlerSupportRecordsTest, ARecordWhoseReadFailedIsEmpty)
     answer = 0;
     EXPECT_TRUE(read_or_empty<read>(brim));
     EXPECT_EQ(memcmp(&brim, &kBrim, sizeof brim), 0);
-    EXPECT_TRUE((read_or_empty<read_by>(brim, 65, "B")));
-    EXPECT_EQ(std::string(brim.field, sizeof brim), "AB" + std::string(6, '\0'));
     for (const int32_t failure : {-1, 1, 1000, INT_MIN}) {
         answer = failure;
         memset(&brim, '?', sizeof brim);

@@ -138,10 +138,40 @@ TEST_F(MeshControlTest, LedsAreSetBySwitchColourAndBrightness)
 
 TEST_F(MeshControlTest, LedsNeedAllThreeKeys)
 {
-    const Request request({{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}});
-    EXPECT_EQ(run("SET_LED_STATUS", request.json()),
-              request.followed_by(failure("LedCoLor, LedLight or Led_Switch is NULL")));
+    const Request whole(
+        {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
+    for (const auto &[key, json] : whole.keys()) {
+        const Request request = whole.without(key);
+        EXPECT_EQ(run("SET_LED_STATUS", request.json()),
+                  request.followed_by(failure("LedCoLor, LedLight or Led_Switch is NULL")));
+    }
     EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(MeshControlTest, ALedValueThatIsNoTextReachesTheDeviceAsNone)
+{
+    const Request whole(
+        {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
+    const char *const keys[] = {"LedSwitch", "LedCoLor", "LedLight"}; // as the device takes them
+    for (size_t at = 0; at < 3; ++at) {
+        for (const char *json : {"80", "null", "true", "{}", "[]"}) {
+            const Request request = whole.with(keys[at], json);
+            std::vector<std::string> given = {"1", "blue", "80"};
+            given[at] = "(null)";
+            for (const int32_t result : {0, -1}) {
+                recording_device::reset();
+                when<devapi_set_sta_led>(
+                    [=](const char *, const char *, const char *) { return result; });
+                const Json object = parse(request.json()); // no request that is described
+                EXPECT_EQ(hg_process_json_cmd("SET_LED_STATUS", object.get()), 0);
+                EXPECT_EQ(print(object.get()),
+                          result == 0 ? R"({"Status":"0"})"
+                                      : request.followed_by(failure("get scan rssi failed")));
+                EXPECT_EQ(recording_device::calls(),
+                          (std::vector<Call>{{"devapi_set_sta_led", given}}));
+            }
+        }
+    }
 }
 
 // ---- SET_TSLINK_CONFIG_STATUS ------------------------------------------------------------------

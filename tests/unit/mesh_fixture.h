@@ -172,9 +172,10 @@ inline ChildRouterInfo child_router()
 }
 
 // A record that a call has written into and then failed.
-template <class Record> int32_t spoil(Record *record, int32_t result = -1)
+template <class Record>
+int32_t spoil(Record *record, int32_t result = -1, size_t size = sizeof(Record))
 {
-    memset(record, '1', sizeof *record);
+    memset(record, '1', size);
     return result;
 }
 

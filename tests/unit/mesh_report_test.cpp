@@ -20,19 +20,21 @@ class MeshReportTest : public MeshTest {
     }
 };
 
-TEST_F(MeshReportTest, KnowsTheModelThatTheDeviceTells)
+TEST_F(MeshReportTest, HasTheModelAsTheDeviceLeavesIt)
 {
     Model model;
     memset(model, '?', sizeof model);
     model_is("QX2040B");
     read_model(model);
     EXPECT_EQ(std::string(model, sizeof model), "QX2040B" + std::string(25, '\0'));
-    when<devapi_get_devicemodel>([](char *out, int32_t) {
-        memset(out, 'x', 32);
-        return 1;
-    });
-    read_model(model);
-    EXPECT_STREQ(model, "");
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_devicemodel>([=](char *out, int32_t) { return spoil(out, failure, 32); });
+        read_model(model);
+        EXPECT_EQ(std::string(model, sizeof model), std::string(32, '1'));
+        when<devapi_get_devicemodel>([=](char *, int32_t) { return failure; });
+        read_model(model);
+        EXPECT_EQ(std::string(model, sizeof model), std::string(32, '\0'));
+    }
 }
 
 TEST_F(MeshReportTest, ReadsAnAreaCodeIntoSoManyBytes)
@@ -44,13 +46,14 @@ TEST_F(MeshReportTest, ReadsAnAreaCodeIntoSoManyBytes)
     EXPECT_EQ(std::string(code, sizeof code), "KOLM" + std::string(28, '\0'));
     read_area_code(code, sizeof code);
     EXPECT_EQ(given_to("devapi_get_basic_area_code", 1), (Names{"31", "32"}));
-    for (const int32_t failure : {-1, 1}) {
-        when<devapi_get_basic_area_code>([=](char *out, int32_t) {
-            memset(out, 'x', 32);
-            return failure;
-        });
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_basic_area_code>(
+            [=](char *out, int32_t) { return spoil(out, failure, 32); });
         read_area_code(code);
-        EXPECT_STREQ(code, "");
+        EXPECT_EQ(std::string(code, sizeof code), std::string(32, '1'));
+        when<devapi_get_basic_area_code>([=](char *, int32_t) { return failure; });
+        read_area_code(code);
+        EXPECT_EQ(std::string(code, sizeof code), std::string(32, '\0'));
     }
 }
 
@@ -72,11 +75,16 @@ TEST_F(MeshReportTest, HasNoZoneUnlessTheDeviceTellsOne)
         zone_is(hours);
         EXPECT_EQ(zone_hours(), hours);
     }
-    when<devapi_get_local_timezone>([](int32_t *hours) {
-        *hours = 8;
-        return 1;
-    });
-    EXPECT_EQ(zone_hours(), 0);
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_local_timezone>([=](int32_t *hours) {
+            EXPECT_EQ(*hours, 0);
+            *hours = 8;
+            return failure;
+        });
+        EXPECT_EQ(zone_hours(), 8);
+        when<devapi_get_local_timezone>([=](int32_t *) { return failure; });
+        EXPECT_EQ(zone_hours(), 0);
+    }
 }
 
 TEST_F(MeshReportTest, TellsTheElapsedTime)

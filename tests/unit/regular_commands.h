@@ -63,7 +63,7 @@ struct RegularSetting {
     size_t record_size;
     std::vector<Place> keys;
     const char *absent;
-    const char *no_text;
+    const char *no_text; // null where the device is given none in its place
     const char *failure; // null where the device says it, in the 64 bytes at the record's end
     Consumes consumes = Consumes::kAfterCall;
     bool only_minus_one_fails = false;

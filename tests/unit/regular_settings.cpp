@@ -148,7 +148,7 @@ const std::vector<RegularSetting> kRegularSettings = {
      3 * kWhole,
      {{"LedSwitch", 0, kWhole}, {"LedCoLor", kWhole, kWhole}, {"LedLight", 2 * kWhole, kWhole}},
      "LedCoLor, LedLight or Led_Switch is NULL",
-     "LedCoLor, LedLight or Led_Switch is NULL",
+     nullptr,
      "get scan rssi failed",
      Consumes::kOnSuccess,
      true},

@@ -129,6 +129,9 @@ TEST_P(RegularSettingTest, RefusesEachMissingKey)
 
 TEST_P(RegularSettingTest, RefusesEachKeyWithoutText)
 {
+    if (setting.no_text == nullptr) {
+        return; // this one is for the device to refuse
+    }
     for (size_t wrong = 0; wrong < setting.keys.size(); ++wrong) {
         for (const std::string json :
              {"7", "-0.5", "true", "false", "null", "[]", R"(["x"])", "{}", R"({"x":"y"})"}) {

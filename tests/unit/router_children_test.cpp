@@ -105,11 +105,21 @@ TEST_F(ChildrenTest, AreLeftOutWhenTheyCannotBeRead)
         });
         EXPECT_EQ(children(), R"([{"childMac":"child mac"}])");
     }
-    when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list); });
+    when<devapi_get_childrouter_list>([](ChildRouterList *) { return -1; });
     EXPECT_EQ(children(), "[]");
     for (const int32_t count : {0, -1, INT_MIN}) {
         child_routers_are({4}, count);
         EXPECT_EQ(children(), "[]");
+    }
+}
+
+TEST_F(ChildrenTest, AreListedAsTheDeviceLeavesTheirList)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_childrouter_list>(
+            [=](ChildRouterList *list) { return spoil(list, failure); });
+        const Json list = parse(children());
+        EXPECT_EQ(cJSON_GetArraySize(list.get()), 8);
     }
 }
 
@@ -211,14 +221,19 @@ TEST_F(AttachedToAChildTest, AreEmptyWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(AttachedToAChildTest, AreAskedForByNoIndexWhenTheyHaveNone)
+TEST_F(AttachedToAChildTest, AreAskedForByTheIndexThatTheDeviceLeaves)
 {
     for (const int32_t answer : {0, -1, 2, 1000}) {
-        recording_device::reset();
-        prepare();
-        index_is(7, answer);
-        EXPECT_EQ(devices(), list(both_devices()));
-        EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0), Names(2, std::string(656, '\0')));
+        for (const int32_t index : {0, 7, INT_MIN, INT_MAX}) {
+            recording_device::reset();
+            prepare();
+            index_is(index, answer);
+            EXPECT_EQ(devices(), list(both_devices()));
+            AdBaseInfo asked = {};
+            asked.HostIndex = index;
+            EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0),
+                      Names(2, recording_device::contents(&asked)));
+        }
     }
 }
 

@@ -139,20 +139,30 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheyAreNoAttachedDevice)
     }
 }
 
-TEST_F(RouterOfRelationsTest, AreListedThoughTheirRecordCannotBeRead)
+TEST_F(RouterOfRelationsTest, AreListedAsTheDeviceLeavesTheirRecord)
 {
     attached_are({});
-    when<devapi_get_childrouter_info>(
-        [](ChildRouterInfo *info, int32_t) { return spoil(info, 1); });
     bridge_mac_is("3C:6A:D2:10:4F:20");
-    Request expected = router("[]");
-    for (const char *key :
-         {"RouterDeviceID", "Name", "NetStatus", "ChildRouterAccessType", "UpSpeed", "DownSpeed",
-          "FWDATA", "HWVersion", "AreaCode", "UpTime", "DeviceType", "Wlan0Mac", "Wlan1Mac"}) {
-        expected = expected.with(key, R"("")");
+    const Places places =
+        select(kChildRouterRecord, {"RouterDeviceID", "Name", "NetStatus", "ChildRouterAccessType",
+                                    "UpSpeed", "DownSpeed", "FWDATA", "HWVersion", "AreaCode",
+                                    "UpTime", "DeviceType", "Wlan0Mac", "Wlan1Mac"});
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_childrouter_info>([=](ChildRouterInfo *, int32_t) { return failure; });
+        Request empty = router("[]");
+        Request full = router("[]");
+        for (const Place &place : places) {
+            empty = empty.with(place.key, R"("")");
+            full = full.with(place.key, quoted(std::string(place.width, '1')));
+        }
+        EXPECT_EQ(router_report(),
+                  "[" + empty.with("ParentMacAddress", R"("view of ")").json() + "]");
+        when<devapi_get_childrouter_info>(
+            [=](ChildRouterInfo *info, int32_t) { return spoil(info, failure); });
+        const std::string parent = "view of " + std::string(VIEW_MAC_SIZE - 9, '1');
+        EXPECT_EQ(router_report(),
+                  "[" + full.with("ParentMacAddress", quoted(parent)).json() + "]");
     }
-    EXPECT_EQ(router_report(),
-              "[" + expected.with("ParentMacAddress", R"("view of ")").json() + "]");
 }
 
 TEST_F(RouterOfRelationsTest, TakeVersionAndAddressFromTheirRecordWhereTheTopologyHasNone)
@@ -227,9 +237,12 @@ TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
     EXPECT_EQ(router_report(),
               "[" + router("[]").with("ParentMacAddress", quoted(text_of_length(32))).json() + "]");
     when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
-        strcpy(mac, "rubbish");
+        strcpy(mac, "left behind");
         return 1;
     });
+    EXPECT_EQ(router_report(),
+              "[" + router("[]").with("ParentMacAddress", R"("left behind")").json() + "]");
+    when<devapi_get_iotagtd_device_mac>([](char *, int32_t) { return -1; });
     EXPECT_EQ(router_report(), "[" + router("[]").with("ParentMacAddress", R"("")").json() + "]");
 }
 

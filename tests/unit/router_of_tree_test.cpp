@@ -16,14 +16,20 @@ TEST_F(RouterOfTreeTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
     EXPECT_EQ(given_to("devapi_get_child_mesh_info_bynewmethod", 0), Names{text_of_length(64)});
 }
 
-TEST_F(RouterOfTreeTest, HasAChildRouterWhoseRecordCannotBeRead)
+TEST_F(RouterOfTreeTest, HasAChildRouterAsTheDeviceLeavesItsRecord)
 {
     for (const int32_t answer : {-1, 1, 1000}) {
         when<devapi_get_node_dev_info_by_newmetod>(
-            [=](const char *, ChildRouterInfo *info) { return spoil(info, answer); });
+            [=](const char *, ChildRouterInfo *) { return answer; });
         EXPECT_EQ(routers(),
                   list(reported(
                       "ChildInfo", "[]", [](const Place &) { return std::string(); }, "")));
+        when<devapi_get_node_dev_info_by_newmetod>(
+            [=](const char *, ChildRouterInfo *info) { return spoil(info, answer); });
+        EXPECT_EQ(routers(), list(reported(
+                                 "ChildInfo", "[]",
+                                 [](const Place &place) { return std::string(place.width, '1'); },
+                                 std::string(32, '1'))));
     }
 }
 
@@ -48,11 +54,13 @@ TEST_F(RouterOfTreeTest, HangsFromTheMainRouterByItsMacInAnyCase)
     }
     EXPECT_EQ(given_to("devapi_get_iotagtd_device_mac", 1).size(), 3u);
     when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
-        strcpy(mac, "rubbish");
+        strcpy(mac, "left behind");
         return -1;
     });
     put(record.ParentMac, "bridge");
     record_is(record);
+    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", value_of, "left behind")));
+    when<devapi_get_iotagtd_device_mac>([](char *, int32_t) { return -1; });
     EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", value_of, "")));
 }
 
@@ -81,10 +89,7 @@ TEST_F(RouterOfTreeTest, HasTheChildrenOfAChildRouterInMostAreas)
                   list(reported("ChildInfo", R"([{"childMac":"child"},{"childMac":"child"}])")))
             << code;
     }
-    when<devapi_get_basic_area_code>([](char *code, int32_t) {
-        strcpy(code, "ARVEN");
-        return -1;
-    });
+    when<devapi_get_basic_area_code>([](char *, int32_t) { return -1; });
     EXPECT_EQ(routers(),
               list(reported("ChildInfo", R"([{"childMac":"child"},{"childMac":"child"}])")));
     EXPECT_EQ(given_to("devapi_get_mesh_type", 0), Names());
@@ -105,8 +110,22 @@ TEST_F(RouterOfTreeTest, HasThirtyTwoChildrenOfAChildRouterAtMost)
                       R"({"childMac":)" + quoted(text_of_length(32)) + "}");
         }
     }
-    children_are("child", 2, 1);
-    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]")));
+    for (const int32_t failure : {-1, 1, 1000}) {
+        children_are("child", 2, failure); // what the call leaves counts
+        EXPECT_EQ(routers(),
+                  list(reported("ChildInfo", R"([{"childMac":"child"},{"childMac":"child"}])")));
+        children_are("child", 0, failure);
+        EXPECT_EQ(routers(), list(reported("ChildInfo", "[]")));
+    }
+}
+
+TEST_F(RouterOfTreeTest, GoesByTheAreaCodeAsTheDeviceLeavesIt)
+{
+    when<devapi_get_basic_area_code>([](char *code, int32_t) {
+        strcpy(code, "ARVEN");
+        return -1;
+    });
+    EXPECT_NE(routers().find(R"("MeshInfo":)"), std::string::npos);
 }
 
 TEST_F(RouterOfTreeTest, HasTheLinksOfAChildRouterInThreeAreas)

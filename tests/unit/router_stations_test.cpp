@@ -86,14 +86,23 @@ TEST_F(RouterStationsTest, AreThirtyTwoAtMost)
     }
 }
 
-TEST_F(RouterStationsTest, AreNoneWhenTheListCannotBeRead)
+TEST_F(RouterStationsTest, AreListedAsTheDeviceLeavesTheirList)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_node_sta_info_by_newmetod>(
+            [=](StationList *, const char *) { return failure; });
+        EXPECT_EQ(stations(), R"({"ChildBaseInfo":[]})");
+        EXPECT_EQ(result, 0);
         when<devapi_get_node_sta_info_by_newmetod>([=](StationList *list, const char *) {
-            list->count = 2;
+            spoil(list);
+            put(list->stations[0].AccessTime, std::to_string(kNow - 100));
+            list->count = 1;
             return failure;
         });
-        EXPECT_EQ(stations(), R"({"ChildBaseInfo":[]})");
+        const auto full = [](const Place &place) {
+            return std::string(place.width, '1');
+        };
+        EXPECT_EQ(stations(), R"({"ChildBaseInfo":[)" + station(full).json() + "]}");
         EXPECT_EQ(result, 0);
     }
 }

@@ -30,17 +30,25 @@ TEST_F(TopologyChildRoutersTest, AreListedWithTheirStations)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(TopologyChildRoutersTest, AreNoneForACountBelowOneOrAFailedList)
+TEST_F(TopologyChildRoutersTest, AreListedAsTheDeviceLeavesTheirList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         child_routers_are({7}, count);
         EXPECT_EQ(routers(), "[]");
         EXPECT_EQ(result, 0);
     }
-    when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list, 1); });
+    when<devapi_get_childrouter_list>([](ChildRouterList *) { return -1; });
     EXPECT_EQ(routers(), "[]");
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names());
     EXPECT_EQ(recording_device::called_functions().back(), "devapi_call_tslink_set_topo_speed");
+    for (const int32_t failure : {-1, 1, 1000}) {
+        recording_device::reset();
+        when<devapi_get_childrouter_list>(
+            [=](ChildRouterList *list) { return spoil(list, failure); });
+        const Json array = parse(routers());
+        EXPECT_EQ(cJSON_GetArraySize(array.get()), 8);
+        EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), Names(8, "825307441"));
+    }
 }
 
 TEST_F(TopologyChildRoutersTest, AreNoneWithoutAnArray)
@@ -149,6 +157,8 @@ TEST_F(TopologyChildRoutersTest, HaveLinksForTheOperatorsModelInAnyCase)
         strcpy(model, "QX2040B");
         return -1;
     });
+    EXPECT_EQ(router(record), with_links.json());
+    when<devapi_get_devicemodel>([](char *, int32_t) { return -1; });
     EXPECT_EQ(router(record), expected(kRouterPlaces).json());
 }
 

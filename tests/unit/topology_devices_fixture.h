@@ -43,7 +43,7 @@ class TopologyDevices : public MeshTest {
 
     static void devices_are(int32_t number)
     {
-        recording_device::when<devapi_get_dev_tol_num>([number](int32_t *count, int32_t) {
+        recording_device::when<devapi_get_dev_tol_num>([number](int32_t *count, intptr_t) {
             EXPECT_EQ(*count, 0);
             *count = number;
             return 0;

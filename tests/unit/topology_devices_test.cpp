@@ -57,7 +57,7 @@ TEST_F(TopologyDevicesTest, FailsWithTheCount)
 {
     for (const int32_t failure : {-1, 1, 1000, INT_MIN}) {
         recording_host::reset();
-        when<devapi_get_dev_tol_num>([failure](int32_t *count, int32_t) {
+        when<devapi_get_dev_tol_num>([failure](int32_t *count, intptr_t) {
             *count = 3;
             return failure;
         });
@@ -137,6 +137,17 @@ TEST_F(TopologyDevicesTest, EndsAtADeviceThatCannotBeRead)
                                "get ad base fail ret=" + std::to_string(failure) + "\n",
                                lines[1].text))
             << lines[1].text;
+    }
+}
+
+TEST_F(TopologyDevicesTest, HandsItsArgumentOnAsWideAsAPointer)
+{
+    for (const intptr_t argument : {INTPTR_MAX, INTPTR_MIN, intptr_t{-1}}) {
+        recording_device::reset();
+        const Json array = parse("[]");
+        cJSON *list = array.get();
+        EXPECT_EQ(put_to_json(&list, argument, 1), 0);
+        EXPECT_EQ(given_to("devapi_get_dev_tol_num", 1), Names{std::to_string(argument)});
     }
 }
 
@@ -225,7 +236,7 @@ TEST_F(TopologyDevicesTest, AreLeftOutOfTheReportWhenOneCannotBeRead)
 TEST_F(TopologyDevicesTest, AreNoneInTheReportWhenTheCountFails)
 {
     for (const int32_t failure : {1, 1000, -2, -1}) {
-        when<devapi_get_dev_tol_num>([=](int32_t *, int32_t) { return failure; });
+        when<devapi_get_dev_tol_num>([=](int32_t *, intptr_t) { return failure; });
         const Json router = parse(report(json_get_hg_base_info_copy));
         const cJSON *last = router->child->prev;
         EXPECT_STREQ(last->string, failure == -1 ? "FailReason" : "MainBaseInfo");

@@ -42,7 +42,7 @@ class TopologyMemoryTest : public MeshTest {
             list->count = 2;
             return 0;
         });
-        when<devapi_get_dev_tol_num>([](int32_t *count, int32_t) {
+        when<devapi_get_dev_tol_num>([](int32_t *count, intptr_t) {
             *count = 2;
             return 0;
         });

@@ -58,7 +58,7 @@ TEST_F(TopologyMeshTest, LeavesOutALinkThatCannotBeRead)
     EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "get total limit = 0\n"}}));
 }
 
-TEST_F(TopologyMeshTest, HasAnEmptyMeshWithoutAListOfChildRouters)
+TEST_F(TopologyMeshTest, ListsChildRoutersAsTheDeviceLeavesTheirList)
 {
     put(base.AreaCode, "ARVEN");
     for (const char *model : {"QX2040B", "QX3060"}) {
@@ -69,9 +69,15 @@ TEST_F(TopologyMeshTest, HasAnEmptyMeshWithoutAListOfChildRouters)
         EXPECT_EQ(value(key), "[]");
         child_routers_are({7, 3}, -1);
         EXPECT_EQ(value(key), "[]");
-        when<devapi_get_childrouter_list>([](ChildRouterList *list) { return spoil(list); });
-        EXPECT_EQ(value(key), "[]");
         EXPECT_EQ(value("MainBaseInfo"), "[]");
+        for (const int32_t failure : {-1, 1, 1000}) {
+            when<devapi_get_childrouter_list>([=](ChildRouterList *) { return failure; });
+            EXPECT_EQ(value(key), "[]");
+            when<devapi_get_childrouter_list>(
+                [=](ChildRouterList *list) { return spoil(list, failure); });
+            const Json list = parse(value(key));
+            EXPECT_EQ(cJSON_GetArraySize(list.get()), 8) << failure;
+        }
         for (const int32_t count : {8, 9, INT_MAX}) {
             child_routers_are({1, 2, 3, 4, 5, 6, 7, 8}, count);
             const Json list = parse(value(key));

@@ -90,15 +90,20 @@ TEST_F(TopologyReportTest, CutsTheAreaToTheOperatorForItsModel)
     EXPECT_EQ(value("AreaCode"), quoted(std::string(28, 'x') + "ARVE"));
 }
 
-TEST_F(TopologyReportTest, DoesNotReadAModelThatCouldNotBeRead)
+TEST_F(TopologyReportTest, GoesByTheModelAsTheDeviceLeavesIt)
 {
     put(base.AreaCode, "xARVEN");
-    when<devapi_get_devicemodel>([](char *model, int32_t) {
-        strcpy(model, "QX2040B");
-        return 1;
-    });
-    EXPECT_EQ(value("AreaCode"), R"("xARVEN")");
-    EXPECT_EQ(value("MeshInfo"), "");
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_devicemodel>([=](char *model, int32_t) {
+            strcpy(model, "QX2040B");
+            return failure;
+        });
+        EXPECT_EQ(value("AreaCode"), R"("ARVEN")");
+        EXPECT_NE(value("MeshInfo"), "");
+        when<devapi_get_devicemodel>([=](char *, int32_t) { return failure; });
+        EXPECT_EQ(value("AreaCode"), R"("xARVEN")");
+        EXPECT_EQ(value("MeshInfo"), "");
+    }
 }
 
 TEST_F(TopologyReportTest, ReadsNoFurtherThanTheModel)

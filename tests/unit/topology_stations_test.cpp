@@ -25,16 +25,21 @@ TEST_F(TopologyStationsTest, AskForEachStationByItsIndexAlone)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(TopologyStationsTest, HaveNoStationsForACountBelowOneOrAFailedList)
+TEST_F(TopologyStationsTest, AreListedAsTheDeviceLeavesTheirList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         stations_are({5}, count);
         EXPECT_EQ(stations(), "[]");
     }
-    when<devapi_get_childsta_list>(
-        [](ChildStationList *list, const char *) { return spoil(list); });
+    when<devapi_get_childsta_list>([](ChildStationList *, const char *) { return -1; });
     EXPECT_EQ(stations(), "[]");
     EXPECT_EQ(recording_device::called_functions(), Names(4, "devapi_get_childsta_list"));
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_childsta_list>(
+            [=](ChildStationList *list, const char *) { return spoil(list, failure); });
+        const Json array = parse(stations());
+        EXPECT_EQ(cJSON_GetArraySize(array.get()), 64);
+    }
 }
 
 TEST_F(TopologyStationsTest, HaveSixtyFourStationsAtMost)

@@ -109,9 +109,23 @@ TEST_F(WifiSettingTest, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
                           "}");
             EXPECT_EQ(recording_device::called_functions(),
                       (Names{"devapi_set_ssid_info", "devapi_set_5gwifi_powerlevel"}));
-            EXPECT_EQ(recording_device::calls()[1].arguments[0], text_of_length(63));
+            const auto calls = recording_device::calls();
+            EXPECT_EQ(recording_device::record<SsidInfo>(calls[0]).PowerLevel, text_of_length(63));
+            EXPECT_EQ(calls[1].arguments[0], text_of_length(100)); // uncut
         }
     }
+}
+
+TEST_F(WifiSettingTest, TheOptionsLeaveTheObjectBeforeTheDeviceIsCalled)
+{
+    const Json object = parse(kSettingWithOptions.with("Mode", "7").json());
+    when<devapi_set_ssid_info>([&](const SsidInfo *) {
+        EXPECT_EQ(print(object.get()), kSetting.with("Mode", "7").json());
+        return 0;
+    });
+    EXPECT_EQ(json_set_wifi_info(object.get()), 0);
+    EXPECT_EQ(print(object.get()), R"({"Mode":7,"Status":"0"})");
+    EXPECT_EQ(recording_device::called_functions()[0], "devapi_set_ssid_info");
 }
 
 TEST_F(WifiSettingTest, NoOtherIndexReachesTheUpperRadioAndNoneIsRefused)

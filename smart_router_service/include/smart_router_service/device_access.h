@@ -329,10 +329,9 @@ int32_t devapi_optimize_hg_wifi(WifiInspectInfo *info);
  * but 0 is a failure, and then info is not read. */
 int32_t devapi_optimize_wifi_channel_power(WifiInspectInfo *info);
 
-/* State of the firmware. The reserved part is the device's own. */
+/* State of the firmware. */
 typedef struct FwInspectInfo {
-    char FWVersion[64];   /* firmware version */
-    char reserved0[1024]; /* not read */
+    char FWVersion[1088]; /* firmware version */
 } FwInspectInfo;
 
 /* Examines everything and fills the three records. Any result but 0 is a failure, and then wifi,
@@ -964,10 +963,10 @@ int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
 
 /* Sets *count to the number of places in the table of attached devices, also those without a
  * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
- * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(). The plug-in walks all
- * places, however many. *count is 0 before. Any result but 0 is a failure, and then *count is not
- * read. */
-int32_t devapi_get_dev_tol_num(int32_t *count, int32_t argument);
+ * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(), as wide as a pointer.
+ * The plug-in walks all places, however many. *count is 0 before. Any result but 0 is a failure,
+ * and then *count is not read. */
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
 
 /* Writes the model of the router into model. model has room for size bytes and one more. The result
  * is not looked at: model is used as the call leaves it. */
@@ -1560,8 +1559,7 @@ DEVAPI_RECORD_FIELD(WifiInspectInfo, PowerLevel, 32, 8);
 DEVAPI_RECORD_FIELD(WifiInspectInfo, FireWallEnable, 40, 4);
 
 DEVAPI_RECORD_SIZE(FwInspectInfo, 1088);
-DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 64);
-DEVAPI_RECORD_FIELD(FwInspectInfo, reserved0, 64, 1024);
+DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 1088);
 
 DEVAPI_RECORD_SIZE(ResourceInfo, 32);
 DEVAPI_RECORD_FIELD(ResourceInfo, CpuPercent, 0, 8);

@@ -106,7 +106,7 @@
     FUNCTION(int32_t, devapi_get_child_mesh_info_bynewmethod, (const char *mac, ChildMeshList *list), (mac, list)) \
     FUNCTION(int32_t, devapi_get_childsta_list, (ChildStationList *list, const char *mac), (list, mac)) \
     FUNCTION(int32_t, devapi_get_childsta_base_info, (AdBaseInfo *info), (info)) \
-    FUNCTION(int32_t, devapi_get_dev_tol_num, (int32_t *count, int32_t argument), (count, argument)) \
+    FUNCTION(int32_t, devapi_get_dev_tol_num, (int32_t *count, intptr_t argument), (count, argument)) \
     FUNCTION(int32_t, devapi_get_devicemodel, (char *model, int32_t size), (model, size)) \
     FUNCTION(int32_t, devapi_get_basic_area_code, (char *code, int32_t size), (code, size)) \
     FUNCTION(int32_t, devapi_get_mesh_type, (void), ()) \
@@ -179,7 +179,7 @@
     RECORD(HgSleepInfo, FIELD(GatewaySleepEnable) FIELD(WiFiSleepEnable) FIELD(LedSleepEnable) FIELD(StartTime) FIELD(EndTime)) \
     RECORD(NetInspectInfo, FIELD(reserved0) FIELD(WanStatus) FIELD(NetStatus) FIELD(WanIP) FIELD(NetMask) FIELD(DnsStatus) FIELD(NetQuality)) \
     RECORD(WifiInspectInfo, FIELD(WiFiDevNum) FIELD(Security) FIELD(Channel) FIELD(Congestion) FIELD(PowerLevel) FIELD(FireWallEnable)) \
-    RECORD(FwInspectInfo, FIELD(FWVersion) FIELD(reserved0)) \
+    RECORD(FwInspectInfo, FIELD(FWVersion)) \
     RECORD(ResourceInfo, FIELD(CpuPercent) FIELD(MemPercent) FIELD(LanDevNum) FIELD(ProtectedDevNum)) \
     RECORD(SsidInfo, FIELD(SSIDIndex) FIELD(SSID) FIELD(PWD) FIELD(ENCRYPT) FIELD(PowerLevel) FIELD(Channel) FIELD(UsedChannel) FIELD(Enable) FIELD(Bandwidth) FIELD(Type) FIELD(Mode) FIELD(AdvertisementEnable) FIELD(Beamforming) FIELD(PermissionProperty)) \
     RECORD(WifiSleepInfo, FIELD(StartTimer) FIELD(EndTimer) FIELD(Enable) FIELD(StartTime) FIELD(EndTime) FIELD(DaysOfWeek)) \
