@@ -1,7 +1,9 @@
 #!/usr/bin/python3 -B
-"""Writes what is made from the descriptions: of the commands docs/protocol.md, the manual page
-hg-protocol(7), the JSON Schemas and, with what the device fields say, protocol/complete; of the device interface device_access.h,
-device_functions.h and docs/device_access.md.
+"""Writes what is made from the descriptions.
+
+Of the commands: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and, with what the
+device fields say, protocol/complete. Of the device interface: device_access.h, device_functions.h,
+device_facts.h and docs/device_access.md.
 
 usage: generate.py [--check]
 
@@ -11,6 +13,7 @@ With --check nothing is written: it fails, and names the file, where one is not 
 import json
 import sys
 
+import device_facts_header
 import device_functions_header
 import device_header
 import device_reference
@@ -33,6 +36,7 @@ def made_files():
     files = {
         INCLUDE_FOLDER / "device_access.h": device_header.device_header(interface),
         INCLUDE_FOLDER / "device_functions.h": device_functions_header.device_functions_header(interface),
+        ROOT / "protocol/include/protocol/device_facts.h": device_facts_header.device_facts_header(interface),
         ROOT / "docs/device_access.md": device_reference.device_reference(interface, commands),
         ROOT / "docs/protocol.md": reference.reference(commands, introduction),
         ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),

@@ -1,6 +1,6 @@
 /*
- * All of device_access.h for the preprocessor, so that whatever has to exist once for every device
- * function or record is not written once for every one of them. This file is made from
+ * All functions of device_access.h for the preprocessor, so that whatever has to exist once for
+ * every device function is not written once for every one of them. This file is made from
  * protocol/device by protocol/generate.py.
  */
 #ifndef SMART_ROUTER_SERVICE_DEVICE_FUNCTIONS_H
@@ -160,75 +160,6 @@
     FUNCTION(int32_t, devapi_get_port_statistics_info, (PortStatisticsInfo *info), (info)) \
     FUNCTION(int32_t, devapi_get_port_binding_info, (PortBindingInfo *info), (info)) \
     FUNCTION(int32_t, devapi_set_port_binding, (const char *index, const char *ports), (index, ports))
-
-/* RECORD(name, FIELD(field) FIELD(field) ...) for each record, with its texts, numbers and arrays. */
-#define DEVICE_RECORDS(RECORD, FIELD) \
-    RECORD(SnInfo, FIELD(MAC) FIELD(tslinkstatus) FIELD(DeviceType)) \
-    RECORD(SystemInfo, FIELD(SWVersion) FIELD(HDVersion) FIELD(ProductCLass) FIELD(CPUClass) FIELD(DEVType) FIELD(DEVType1) FIELD(Capability) FIELD(Card) FIELD(UPLink) FIELD(Cardno) FIELD(IPV6) FIELD(VLANbind) FIELD(LED) FIELD(NFC) FIELD(VLANCapability)) \
-    RECORD(HgBaseInfo, FIELD(Name) FIELD(Mac) FIELD(NetStatus) FIELD(UpSpeed) FIELD(DownSpeed) FIELD(WiFiStatus1) FIELD(WiFiStatus2) FIELD(SSID1) FIELD(SSID2) FIELD(Wlan1Mac) FIELD(Wlan0Mac) FIELD(ip) FIELD(HWVersion) FIELD(FWVersion) FIELD(FWDATA) FIELD(UpTime) FIELD(WanUptime) FIELD(DeviceType) FIELD(AreaCode) FIELD(AddressType) FIELD(Cpu) FIELD(QQGameAcceleratorEnable) FIELD(QosAcceleratorEnable) FIELD(FireWallEnable) FIELD(LedLight) FIELD(LedSwitch) FIELD(Memory) FIELD(WanLinkMode) FIELD(ConfiguerStatus)) \
-    RECORD(LanIpInfo, FIELD(GatewayLanIP) FIELD(SubnetMask) FIELD(StartIp) FIELD(EndIp)) \
-    RECORD(LanIpSetting, FIELD(FailReason)) \
-    RECORD(WanIpInfo, FIELD(ip) FIELD(Dns) FIELD(WanGateWay) FIELD(ConnectionState)) \
-    RECORD(HomePageInfo, FIELD(Devname) FIELD(UploadSpeed) FIELD(DownloadSpeed) FIELD(GameSpeed) FIELD(GamePort) FIELD(GameBand) FIELD(CpuRate) FIELD(MemRate) FIELD(CpuTemperature)) \
-    RECORD(DhcpInfo, FIELD(Enable) FIELD(IPAddress) FIELD(SubNetMask) FIELD(GateWay)) \
-    RECORD(DhcpSetting, FIELD(FailReason)) \
-    RECORD(PppoeInfo, FIELD(Account) FIELD(Password) FIELD(Enable)) \
-    RECORD(PppoeSetting, FIELD(FailReason)) \
-    RECORD(LoginInfo, FIELD(WebLoginType) FIELD(Type) FIELD(Name) FIELD(Password) FIELD(WebLoginIp)) \
-    RECORD(RebootInfo, FIELD(GatewayRebootEnable) FIELD(Time) FIELD(DaysOfWeek)) \
-    RECORD(HgSleepInfo, FIELD(GatewaySleepEnable) FIELD(WiFiSleepEnable) FIELD(LedSleepEnable) FIELD(StartTime) FIELD(EndTime)) \
-    RECORD(NetInspectInfo, FIELD(reserved0) FIELD(WanStatus) FIELD(NetStatus) FIELD(WanIP) FIELD(NetMask) FIELD(DnsStatus) FIELD(NetQuality)) \
-    RECORD(WifiInspectInfo, FIELD(WiFiDevNum) FIELD(Security) FIELD(Channel) FIELD(Congestion) FIELD(PowerLevel) FIELD(FireWallEnable)) \
-    RECORD(FwInspectInfo, FIELD(FWVersion)) \
-    RECORD(ResourceInfo, FIELD(CpuPercent) FIELD(MemPercent) FIELD(LanDevNum) FIELD(ProtectedDevNum)) \
-    RECORD(SsidInfo, FIELD(SSIDIndex) FIELD(SSID) FIELD(PWD) FIELD(ENCRYPT) FIELD(PowerLevel) FIELD(Channel) FIELD(UsedChannel) FIELD(Enable) FIELD(Bandwidth) FIELD(Type) FIELD(Mode) FIELD(AdvertisementEnable) FIELD(Beamforming) FIELD(PermissionProperty)) \
-    RECORD(WifiSleepInfo, FIELD(StartTimer) FIELD(EndTimer) FIELD(Enable) FIELD(StartTime) FIELD(EndTime) FIELD(DaysOfWeek)) \
-    RECORD(ScanEntry, FIELD(SSID) FIELD(PowerLevel) FIELD(ENCRYPT) FIELD(WPACypher) FIELD(WPA2Cypher) FIELD(Band) FIELD(Connected)) \
-    RECORD(ScanResult, FIELD(reserved0)) \
-    RECORD(ChannelPower, FIELD(name) FIELD(dbpower)) \
-    RECORD(ChannelPowerResult, FIELD(count)) \
-    RECORD(WifiChannelList, FIELD(count_24g) FIELD(count_5g) FIELD(channels_24g) FIELD(channels_5g)) \
-    RECORD(GuestWifiInfo, FIELD(reserved0) FIELD(RadioEnable) FIELD(Enable) FIELD(SSID) FIELD(Band) FIELD(ContinueTime) FIELD(HourTime) FIELD(EndTimestamp) FIELD(Remainingtime) FIELD(PWD) FIELD(ENCRYPT) FIELD(Mode) FIELD(AdvertisementEnable) FIELD(PermissionProperty)) \
-    RECORD(UplinkWifiInfo, FIELD(SSID) FIELD(PWD) FIELD(ENCRYPT) FIELD(WPACypher) FIELD(WPA2Cypher) FIELD(Band)) \
-    RECORD(UpdateStatusInfo, FIELD(Name) FIELD(HWVersion) FIELD(FWVersion) FIELD(FWDATA) FIELD(DeviceType) FIELD(AreaCode)) \
-    RECORD(WanNum, FIELD(NUM) FIELD(Description)) \
-    RECORD(WanInfo, FIELD(INDEX) FIELD(IFNAME) FIELD(CONNECTIONSTATUS) FIELD(Reserved1) FIELD(CONNECTIONTYPE) FIELD(PROTOCOL) FIELD(UPLINKMODE) FIELD(WANName) FIELD(SERVICELIST) FIELD(ADDRESSTYPE) FIELD(IPADDRESS) FIELD(SUBNETMASK) FIELD(GATEWAY) FIELD(DNS1) FIELD(DNS2) FIELD(Reserved2) FIELD(IPV6_CONNECTIONSTATUS) FIELD(IPV6_PRIFIX) FIELD(IPV6_PREFIXLENGTH) FIELD(IPV6_IPADDRESS) FIELD(IPV6_GATEWAY) FIELD(IPV6_DNS1) FIELD(IPV6_DNS2) FIELD(PPPOE_USR_NAME) FIELD(PPPOE_PASSWORD) FIELD(PPPOE_PROXY) FIELD(PPPOE_SERVICENAME) FIELD(PPPOE_DIAL_MODE) FIELD(NATENABLE) FIELD(QOSENABLE) FIELD(VLANID) FIELD(VLANPRIORITY)) \
-    RECORD(AdBaseInfo, FIELD(Kind) FIELD(HostIndex) FIELD(Mac) FIELD(UID) FIELD(DevType) FIELD(DevFactory) FIELD(Name) FIELD(ByName) FIELD(OS) FIELD(Version) FIELD(NetStatus) FIELD(NetMonopoly) FIELD(AccessType) FIELD(AccessEnable) FIELD(AccessTime) FIELD(UpSpeed) FIELD(DownSpeed) FIELD(ip) FIELD(AccessCode) FIELD(SSIDIndex) FIELD(LinkStatus) FIELD(SpeedLimit) FIELD(DownLimit) FIELD(UpLimit) FIELD(GreennetProtectEnable) FIELD(Dbm) FIELD(StaticDhcpEnable)) \
-    RECORD(AdBaseSetting, FIELD(FailReason)) \
-    RECORD(AttachDeviceRight, FIELD(HostIndex) FIELD(MAC) FIELD(name) FIELD(InternetAccessRight)) \
-    RECORD(FirewallSwitch, FIELD(Enable)) \
-    RECORD(GreenHostInfo, FIELD(HostIndex) FIELD(Mac) FIELD(Name) FIELD(NotifyEnable) FIELD(ProtectEnable) FIELD(NewEntry)) \
-    RECORD(ProtectPeriodInfo, FIELD(HostIndex) FIELD(PeriodNum) FIELD(StartTime) FIELD(EndTime) FIELD(Enable) FIELD(DaysOfWeek)) \
-    RECORD(UpdateSchedule, FIELD(Enable) FIELD(StartHour) FIELD(StartMinute) FIELD(EndHour) FIELD(EndMinute)) \
-    RECORD(ChildRouterList, FIELD(identifiers) FIELD(count)) \
-    RECORD(MeshLink, FIELD(nexthopMAC) FIELD(interface) FIELD(dbm)) \
-    RECORD(ChildRouterInfo, FIELD(RouterDeviceID) FIELD(Name) FIELD(Mac) FIELD(NetStatus) FIELD(ChildRouterAccessType) FIELD(UpSpeed) FIELD(DownSpeed) FIELD(ip) FIELD(FWVersion) FIELD(FWDATA) FIELD(UpTime) FIELD(DeviceType) FIELD(AreaCode) FIELD(HWVersion) FIELD(Wlan1Mac) FIELD(Wlan0Mac) FIELD(ParentMac) FIELD(dbm) FIELD(links) FIELD(link_count) FIELD(Reserved) FIELD(LinkSpeed)) \
-    RECORD(ChildMeshInfo, FIELD(Mac) FIELD(ChildMac) FIELD(ParentMac) FIELD(Reserved)) \
-    RECORD(ChildMeshList, FIELD(count) FIELD(children)) \
-    RECORD(ChildStationList, FIELD(indexes) FIELD(count)) \
-    RECORD(DevStatusInfo, FIELD(Reserved) FIELD(Cpu) FIELD(Memory)) \
-    RECORD(TopoNode, FIELD(level) FIELD(Reserved)) \
-    RECORD(NodeDevInfo, FIELD(Mac) FIELD(ip) FIELD(AccessType) FIELD(dbm) FIELD(FWVersion) FIELD(LinkSpeed)) \
-    RECORD(NodeBaseInfo, FIELD(Kind) FIELD(Mac)) \
-    RECORD(StationList, FIELD(count) FIELD(stations)) \
-    RECORD(MeshStatus, FIELD(MeshEnable) FIELD(MeshMode)) \
-    RECORD(PairStatus, FIELD(Enable) FIELD(Time)) \
-    RECORD(WpsState, FIELD(Radio) FIELD(Action)) \
-    RECORD(LedInfo, FIELD(LedSwitch) FIELD(LedCoLor) FIELD(LedLight)) \
-    RECORD(ChannelApNum, FIELD(counts_24g) FIELD(counts_5g)) \
-    RECORD(LinkInfo, FIELD(Wifi24Enable) FIELD(Wifi24Channel) FIELD(Wifi24ChannelCheck) FIELD(Wifi58Enable) FIELD(Wifi58ChannelCheck) FIELD(Wifi58Channel) FIELD(LanIP) FIELD(WanIp) FIELD(DnsCheck) FIELD(Reserved)) \
-    RECORD(QosType, FIELD(Type) FIELD(Min) FIELD(Max) FIELD(Reserved)) \
-    RECORD(QosRule, FIELD(Id) FIELD(Action) FIELD(Name) FIELD(PriorityLevel) FIELD(type_count) FIELD(types)) \
-    RECORD(QosApplication, FIELD(Id) FIELD(Name) FIELD(PriorityLevel)) \
-    RECORD(QosInfo, FIELD(Enable) FIELD(application_count) FIELD(applications) FIELD(rule_count) FIELD(rules)) \
-    RECORD(MultiserviceMode, FIELD(Mode)) \
-    RECORD(SpeedTest, FIELD(DownBandWidth) FIELD(UpBandWidth) FIELD(Delay)) \
-    RECORD(AlgAbility, FIELD(PPTP) FIELD(FTP) FIELD(IPSEC) FIELD(L2TP) FIELD(RTSP) FIELD(H323) FIELD(SIP)) \
-    RECORD(UpnpState, FIELD(Enable)) \
-    RECORD(PortStatistics, FIELD(Port) FIELD(tx_traffic) FIELD(rx_traffic) FIELD(tx_packets) FIELD(rx_packets)) \
-    RECORD(PortStatisticsInfo, FIELD(count)) \
-    RECORD(PortBinding, FIELD(Index) FIELD(WANName) FIELD(BoundPorts)) \
-    RECORD(PortBindingInfo, FIELD(count) FIELD(entries))
 
 /* clang-format on */
 
