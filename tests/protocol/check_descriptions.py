@@ -143,7 +143,7 @@ def reached(interface, calls, in_request):
     """The fields and arguments that values of a request, or of a reply, can travel by."""
     ways = ("in", "in_out", None) if in_request else ("out", "in_out")
     for function in calls:
-        for argument in interface.functions[function].get("arguments", []):
+        for argument in interface.functions.get(function, {}).get("arguments", []):
             if argument.get("way") in ways:
                 yield f"{function}.{argument['name']}"
                 yield from fields_within(interface, argument["type"])
