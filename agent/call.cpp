@@ -1,5 +1,6 @@
 #include "call.h"
 
+#include "device_reasons.h"
 #include "exit_status.h"
 #include "plugin_host.h"
 #include "progress.h"
@@ -12,6 +13,7 @@
 #include "workers.h"
 
 #include <cstring>
+#include <optional>
 
 namespace agent {
 
@@ -37,6 +39,25 @@ Json request_of(const std::vector<std::string> &words)
     return object_from_words(words);
 }
 
+std::string complaint_of(const BadRequest &problem, const std::vector<std::string> &words)
+{
+    std::string complaint = "bad request: " + std::string(problem.what());
+    const std::string word = words.size() == 1 ? words.front() : "";
+    if (!word.empty() && word != "-" && word.find_first_of("{[\"=") == std::string::npos) {
+        complaint += "; was KEY=VALUE meant?";
+    }
+    return complaint;
+}
+
+// The reply tells only in a few words what is wrong.
+void point_to_description(const std::string &command)
+{
+    if (find_description(command) != nullptr) {
+        complain(command + " failed: \"hgagent describe " + command +
+                 "\" shows what it takes and when it fails");
+    }
+}
+
 } // namespace
 
 int run_call(const Options &options)
@@ -45,7 +66,7 @@ int run_call(const Options &options)
     try {
         object = request_of(options.call.request);
     } catch (const BadRequest &problem) {
-        complain("bad request: " + std::string(problem.what()));
+        complain(complaint_of(problem, options.call.request));
         return kWrongUsage;
     }
 
@@ -53,13 +74,21 @@ int run_call(const Options &options)
     ReplyOutput output;
     const PluginHost host(options.host);
     const ProgressBar bar(host);
+    std::optional<DeviceReasons> reasons;
+    if (options.reasons) {
+        reasons.emplace(host, [](const std::string &reason) { complain(reason); });
+    }
     return until_workers_end(host, stop, [&]() -> int {
         const std::string &command = options.call.command;
         if (host.process(command, object.get()) == HG_NO_SUCH_COMMAND) {
             complain(no_such_command(command));
             return kUnknownCommand;
         }
-        return write_reply(object.get(), options.raw_bytes, output, &stop);
+        const ExitStatus status = write_reply(object.get(), options.raw_bytes, output, &stop);
+        if (status == kCommandFailed) {
+            point_to_description(command);
+        }
+        return status;
     });
 }
 

@@ -119,7 +119,7 @@ int run_conformance(const Options &options)
     const StopSignals stop;
     ReplyOutput output;
     const CheckResults results = results_of(checks, options, stop);
-    if (!output.write_line(table_of(results), &stop)) {
+    if (!output.write_line(table_of(results, options.host.verbose), &stop)) {
         complain("nobody reads the table");
         return kCannotWrite;
     }

@@ -32,14 +32,19 @@ struct Watched {
 };
 Watched watched;
 
+// The function that the thread is in; null for none.
+thread_local const char *function_at_work = nullptr;
+
 void calling(const char *function)
 {
+    function_at_work = function;
     const std::lock_guard lock(watched.mutex);
     watched.listener.calling(function);
 }
 
 void answered(const char *function, int32_t result, bool wrote)
 {
+    function_at_work = nullptr;
     const std::lock_guard lock(watched.mutex);
     watched.calls.push_back({function, result, wrote});
     watched.listener.answered();
@@ -52,6 +57,26 @@ void fault(const char *function, const char *what)
     if (functions.empty() ||
         std::find(functions.begin(), functions.end(), function) != functions.end()) {
         watched.listener.fault(std::string(function) + ": " + what);
+    }
+}
+
+void said(const std::string &reason)
+{
+    const std::lock_guard lock(watched.mutex);
+    watched.listener.reason(reason);
+}
+
+void reason(const char *function, const char *text)
+{
+    said(std::string(function) + ": " + text);
+}
+
+// The function cannot be judged here, whatever it answers now.
+void refused_command(const std::string &command)
+{
+    if (function_at_work != nullptr) {
+        fault(function_at_work,
+              ("it calls system(\"" + command + "\"), which hgagent refuses").c_str());
     }
 }
 
@@ -132,15 +157,20 @@ CheckResult run_report(const PluginHost &host, const std::string &name)
 
 CheckResult check_functions(const PluginHost &host)
 {
-    CheckResult result;
+    std::vector<std::string> missing;
     for (const device_facts::Function &function : device_facts::kFunctions) {
         const std::string name(function.name);
         if (host.device_symbol(name.c_str()) == nullptr) {
-            result.verdict = Verdict::kFailed;
-            result.details.push_back("there is no " + name);
+            missing.push_back(name);
         }
     }
-    return result;
+    if (missing.empty()) {
+        return {};
+    }
+    const std::string count = std::to_string(missing.size());
+    return {Verdict::kFailed,
+            {count + (missing.size() == 1 ? " function is missing" : " functions are missing")},
+            missing};
 }
 
 // A command with what it needs of others.
@@ -265,8 +295,9 @@ class CommandCheck {
 } // namespace
 
 CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
-    : watcher_{calling, answered, fault},
-      host_((watched.listener = std::move(listener), options), &watcher_)
+    : watcher_{calling, answered, reason, fault},
+      host_((watched.listener = std::move(listener), options), &watcher_),
+      reasons_(host_, said, refused_command)
 {
 }
 

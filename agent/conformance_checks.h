@@ -2,6 +2,7 @@
 #pragma once
 
 #include "conformance_result.h"
+#include "device_reasons.h"
 #include "plugin_host.h"
 
 #include <functional>
@@ -12,6 +13,7 @@ namespace agent {
 struct CheckListener {
     std::function<void(const std::string &function)> calling; // a function of the device library
     std::function<void()> answered;
+    std::function<void(const std::string &reason)> reason; // what the library says of a failure
     std::function<void(const std::string &fault)> fault;
 };
 
@@ -30,6 +32,7 @@ class CheckedHost {
   private:
     DeviceWatcher watcher_;
     PluginHost host_;
+    DeviceReasons reasons_;
 };
 
 } // namespace agent

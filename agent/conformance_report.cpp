@@ -56,6 +56,9 @@ void write_case(std::ostream &page, const Check &check, const CheckResult &resul
         for (const std::string &detail : result.details) {
             page << xml(detail) << '\n';
         }
+        for (const std::string &name : result.names) {
+            page << xml(name) << '\n';
+        }
         page << "</failure>\n";
         break;
     case Verdict::kNotSupported:
@@ -66,6 +69,14 @@ void write_case(std::ostream &page, const Check &check, const CheckResult &resul
         break;
     }
     page << "    </testcase>\n";
+}
+
+std::string first_line_of(const CheckResult &result, bool verbose)
+{
+    const std::string detail = result.details.empty() ? "" : result.details.front();
+    return result.names.empty() ? detail
+           : verbose            ? detail + ":"
+                                : detail + ": " + list_of_names(result.names, false);
 }
 
 } // namespace
@@ -91,15 +102,19 @@ size_t count_of(const CheckResults &results, Verdict verdict)
         results, [&](const auto &row) { return row.second.verdict == verdict; }));
 }
 
-std::string table_of(const CheckResults &results)
+std::string table_of(const CheckResults &results, bool verbose)
 {
     Table table;
     table.row({"COMMAND", "RESULT", "DETAIL"});
     for (const auto &[check, result] : results) {
-        const bool is_short = result.details.empty();
-        table.row({check.name, word_for(result.verdict), is_short ? "" : result.details.front()});
+        table.row({check.name, word_for(result.verdict), first_line_of(result, verbose)});
         for (size_t at = 1; at < result.details.size(); ++at) {
             table.row({"", "", result.details[at]});
+        }
+        if (verbose) {
+            for (const std::string &name : result.names) {
+                table.row({"", "", name});
+            }
         }
     }
     std::ostringstream page;

@@ -16,8 +16,9 @@ const char *word_for(Verdict verdict);
 
 size_t count_of(const CheckResults &results, Verdict verdict);
 
-// Rows of a table and a line with the sums, without the last line's end.
-std::string table_of(const CheckResults &results);
+// Rows of a table and a line with the sums, without the last line's end. verbose: with all names
+// that are otherwise only counted.
+std::string table_of(const CheckResults &results, bool verbose);
 
 // An XML document for the library with the name.
 std::string junit_of(const CheckResults &results, const std::string &library);

@@ -23,7 +23,8 @@ enum class Verdict { kPassed, kFailed, kNotSupported, kSkipped };
 
 struct CheckResult {
     Verdict verdict = Verdict::kPassed;
-    std::vector<std::string> details; // one line each
+    std::vector<std::string> details;    // one line each
+    std::vector<std::string> names = {}; // what the table only counts, unless all is wanted
 };
 
 } // namespace agent

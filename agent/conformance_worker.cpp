@@ -30,13 +30,16 @@ enum Word : char {
     kBegins = 'B',   // a check
     kCalls = 'C',    // a function of the device library
     kAnswered = 'A', // it has answered
+    kReason = 'R',   // what it says of a failure
     kFault = 'F',    // a fault of it
     kDetail = 'D',   // a line of the result
+    kName = 'M',     // one of many that the result counts
     kVerdict = 'V',  // the end of the check: its verdict
 };
 
 constexpr int kPause = 50;         // milliseconds between two looks at the signals
 constexpr size_t kMostFaults = 20; // of one check
+constexpr size_t kMostReasons = 5;
 
 // The worker's end of the pipe.
 class Teller {
@@ -63,6 +66,7 @@ class Teller {
         CheckedHost host(options.host,
                          {[&](const std::string &function) { teller.say(kCalls, function); },
                           [&] { teller.say(kAnswered); },
+                          [&](const std::string &reason) { teller.say(kReason, reason); },
                           [&](const std::string &fault) {
                               teller.say(kFault, fault);
                           }});
@@ -73,6 +77,9 @@ class Teller {
             for (const std::string &detail : result.details) {
                 teller.say(kDetail, detail);
             }
+            for (const std::string &name : result.names) {
+                teller.say(kName, name);
+            }
             teller.say(kVerdict, word_for(result.verdict));
         }
     } catch (const HostError &problem) {
@@ -80,6 +87,16 @@ class Teller {
     }
     fflush(nullptr);
     _exit(0); // threads of the library may still run
+}
+
+// A name such as ABRT. Realtime signals have none of their own; they are counted from the first.
+std::string name_of_signal(int signal)
+{
+    if (const char *name = sigabbrev_np(signal)) {
+        return name;
+    }
+    return signal >= SIGRTMIN ? "RTMIN+" + std::to_string(signal - SIGRTMIN)
+                              : std::to_string(signal);
 }
 
 // The process, and what it has said of the check at hand.
@@ -136,13 +153,15 @@ class Worker {
         const Clock::time_point end = deadline();
         CheckResult result;
         std::vector<std::string> faults;
+        std::vector<std::string> reasons;
         std::string function;
         bool began = false;
         while (true) {
             const std::optional<std::string> line = next_line(end);
             if (!line) {
-                return began || stop_.arrived() == 0 ? std::optional(broken_off(faults, function))
-                                                     : std::nullopt;
+                return began || stop_.arrived() == 0
+                           ? std::optional(with_reasons(broken_off(faults, function), reasons))
+                           : std::nullopt;
             }
             const std::string text = line->substr(std::min<size_t>(line->size(), 1));
             switch (line->c_str()[0]) {
@@ -157,16 +176,19 @@ class Worker {
                 function = "after " + last_function_;
                 break;
             case kFault:
-                if (faults.size() < kMostFaults &&
-                    std::find(faults.begin(), faults.end(), text) == faults.end()) {
-                    faults.push_back(text);
-                }
+                add_new(faults, text, kMostFaults);
+                break;
+            case kReason:
+                add_new(reasons, text, kMostReasons);
                 break;
             case kDetail:
                 result.details.push_back(text);
                 break;
+            case kName:
+                result.names.push_back(text);
+                break;
             default:
-                return with_faults(verdict_of(text), result.details, faults);
+                return with_reasons(with_faults(verdict_of(text), result, faults), reasons);
             }
         }
     }
@@ -188,14 +210,32 @@ class Worker {
         return Verdict::kFailed;
     }
 
-    static CheckResult with_faults(Verdict verdict, std::vector<std::string> details,
+    static void add_new(std::vector<std::string> &texts, const std::string &text, size_t most)
+    {
+        if (texts.size() < most && std::find(texts.begin(), texts.end(), text) == texts.end()) {
+            texts.push_back(text);
+        }
+    }
+
+    // What the library said matters where the check did not succeed.
+    static CheckResult with_reasons(CheckResult result, const std::vector<std::string> &reasons)
+    {
+        if (result.verdict == Verdict::kFailed || result.verdict == Verdict::kNotSupported) {
+            for (const std::string &reason : reasons) {
+                result.details.push_back("it says: " + reason);
+            }
+        }
+        return result;
+    }
+
+    static CheckResult with_faults(Verdict verdict, CheckResult told,
                                    std::vector<std::string> faults)
     {
         if (faults.empty()) {
-            return {verdict, std::move(details)};
+            return {verdict, std::move(told.details), std::move(told.names)};
         }
         if (verdict == Verdict::kFailed) {
-            faults.insert(faults.end(), details.begin(), details.end());
+            faults.insert(faults.end(), told.details.begin(), told.details.end());
         }
         return {Verdict::kFailed, std::move(faults)};
     }
@@ -221,7 +261,7 @@ class Worker {
                    " seconds,";
         }
         if (WIFSIGNALED(status)) {
-            return std::string("it crashes (") + sigabbrev_np(WTERMSIG(status)) + ")";
+            return "it crashes (" + name_of_signal(WTERMSIG(status)) + ")";
         }
         return "it ends the process with status " + std::to_string(WEXITSTATUS(status));
     }

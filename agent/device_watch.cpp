@@ -61,6 +61,7 @@ int32_t pass_on(const Call &call, int32_t (*)(Types...), Types... arguments)
 {
     if (call.device() == nullptr) {
         call.fault("the library has no such function");
+        call.end(-1, false);
         return -1;
     }
     return look_at<Types...>(call, reinterpret_cast<int32_t (*)(Types...)>(call.device()),
@@ -95,6 +96,11 @@ void Call::begin() const
 void Call::end(int32_t result, bool wrote) const
 {
     watcher.answered(function_, result, wrote);
+}
+
+void Call::reason(const std::string &text) const
+{
+    watcher.reason(function_, text.c_str());
 }
 
 void Call::fault(const std::string &what) const

@@ -13,6 +13,8 @@ struct DeviceWatcher {
     void (*calling)(const char *function) = nullptr;
     // It has answered; wrote says whether it left anything in what it was given.
     void (*answered)(const char *function, int32_t result, bool wrote) = nullptr;
+    // It has left a reason in a record that has room for one.
+    void (*reason)(const char *function, const char *text) = nullptr;
     // It broke a promise.
     void (*fault)(const char *function, const char *what) = nullptr;
 };

@@ -2,9 +2,11 @@
 // executable exports (exports.list).
 #include "smart_router_service/host_agent.h"
 
+#include "device_reasons.h"
 #include "log_sink.h"
 #include "notice.h"
 #include "simulated_gateway/simulated_gateway.h"
+#include "text.h"
 
 #include <cctype>
 #include <climits>
@@ -13,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <new>
 #include <openssl/evp.h>
 #include <regex>
 
@@ -37,6 +40,16 @@ template <class Function> Function *gateway_function(const char *name)
     return reinterpret_cast<Function *>(dlsym(RTLD_DEFAULT, name));
 }
 
+// A reboot is what was asked for, and so no line of the log, where it would count as an error.
+void tell_of_reboot()
+{
+    try {
+        agent::complain("the gateway reboots");
+    } catch (const std::bad_alloc &) {
+        // The plug-in, which calls this, cannot handle exceptions.
+    }
+}
+
 void power_cycle()
 {
     const auto cycle =
@@ -54,6 +67,11 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     va_start(arguments, format);
     agent::log_arguments(module, level, format, arguments);
     va_end(arguments);
+    if (level <= kLogError) {
+        va_start(arguments, format);
+        agent::take_logged_error(module, format, arguments);
+        va_end(arguments);
+    }
 }
 
 char *base64_encode(const char *text)
@@ -144,10 +162,11 @@ int system(const char *command)
         return 0; // there is no shell
     }
     if (strcmp(command, "sync;reboot") == 0) {
-        agent::log_line(kLogError, "the gateway reboots");
+        tell_of_reboot();
         power_cycle();
         return 0;
     }
     agent::log_line(kLogError, "refused to run a command: %s", command);
+    agent::take_refused_command(command);
     return -1;
 }

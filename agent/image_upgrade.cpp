@@ -68,9 +68,9 @@ int run_image_upgrade(const Options &options)
     const Upgrade upgrade = upgrade_of(host);
     const uint64_t errors = errors_of_libraries();
     pthread_t thread;
-    const int status = until_workers_end(host, stop, [&] { return start(upgrade, url, thread); });
-    if (status != kSuccess) {
-        return status;
+    const int ended = until_workers_end(host, stop, [&] { return start(upgrade, url, thread); });
+    if (ended != kSuccess) {
+        return ended;
     }
     pthread_join(thread, nullptr);
     // The thread returns nothing: whether it failed is only in the log.

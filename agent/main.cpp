@@ -20,6 +20,9 @@
 
 namespace {
 
+// Has room for the names of all that a library may lack.
+constexpr size_t kMaxHostError = 65536;
+
 int run(const agent::Options &options)
 {
     switch (options.subcommand) {
@@ -65,7 +68,7 @@ int main(int count, char **words)
         }
         return exit_status;
     } catch (const agent::HostError &problem) {
-        agent::complain(problem.what());
+        agent::complain(problem.what(), kMaxHostError);
         return problem.status();
     } catch (const agent::StreamError &problem) {
         agent::complain(problem.what());

@@ -2,7 +2,9 @@
 
 #include "exit_status.h"
 #include "image_upgrade.h"
+#include "protocol.h"
 #include "report.h"
+#include "text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -59,6 +61,12 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--trace", host.trace,
                    "File to which every device call is written; - is standard error")
         ->type_name("FILE|-");
+    app.add_option("--firmware-folder", host.firmware_folder,
+                   "Folder from which file:// addresses may fetch firmware; none without it")
+        ->type_name("FOLDER");
+    app.add_option("--firmware-key", host.firmware_key,
+                   "File with the public key by which firmware has to be signed")
+        ->type_name("FILE");
     app.add_option("--log-level", options.log_level,
                    "Highest level of log lines that are shown: 3 errors, 7 everything")
         ->type_name("0..7")
@@ -70,6 +78,8 @@ void add_host_options(CLI::App &app, Options &options)
                    "Answer every notice to the app with this result; 0 refuses none")
         ->type_name("RESULT")
         ->allow_extra_args(false);
+    app.add_flag("--verbose", host.verbose,
+                 "Name all that a library lacks, not only the first few");
     app.add_flag("--raw-bytes", options.raw_bytes,
                  "Print replies as the plug-in leaves them, whatever their encoding");
 }
@@ -87,12 +97,19 @@ void take_request(const CLI::App &call, Options &options)
     }
 }
 
+void add_reasons(CLI::App *subcommand, Options &options)
+{
+    subcommand->add_flag("--reasons", options.reasons,
+                         "Tell what the device library says of the calls that it refuses");
+}
+
 void add_call(CLI::App &app, Options &options)
 {
     CLI::App *call = app.add_subcommand("call", "Run one command and print its reply");
     call->add_option("NAME", options.call.command, "Name of the command")
         ->type_name("")
         ->required();
+    add_reasons(call, options);
     call->allow_extras();
     call->footer(R"(
 hgagent call NAME [JSON | - | KEY=VALUE ...]
@@ -109,6 +126,7 @@ void add_serve(CLI::App &app, Options &options)
         ->type_name("BYTES")
         ->check(silent(CLI::PositiveNumber))
         ->capture_default_str();
+    add_reasons(serve, options);
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
 Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
@@ -116,7 +134,9 @@ A line that is no request is answered with {"id": null, "error": "..."}.
 A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}, and
 answered with {"id": ANY, "result": 0} when it was accepted.
 Between answers there are lines {"notice": {...}} for what is pushed to the app, and
-{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched.)");
+{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched.
+With --reasons an answer has "reasons": [TEXT, ...] behind its reply; a worker's come in a line of their
+own, {"reasons": [TEXT]}.)");
     serve->callback([&options] { options.subcommand = Subcommand::kServe; });
 }
 
@@ -228,6 +248,78 @@ The exit status is 1 when a check has failed; what is not supported or skipped i
     subcommand->callback([&options] { options.subcommand = Subcommand::kConformance; });
 }
 
+// ---- What is said of a wrong usage -------------------------------------------------------------
+
+constexpr size_t kMaxWord = 64;
+
+std::string quoted_word(const std::string &word)
+{
+    return "\"" + one_line(word, kMaxWord) + "\"";
+}
+
+std::vector<const CLI::App *> subcommands_of(const CLI::App &app)
+{
+    return app.get_subcommands([](const CLI::App *) { return true; });
+}
+
+std::string about_subcommand(const CLI::App &app, const std::string &word)
+{
+    constexpr size_t kMostMistakes = 2;
+    if (find_description(word) != nullptr) {
+        return word + " is a command: hgagent call " + word;
+    }
+    const std::string beginning = word.substr(0, kMaxWord);
+    for (size_t mistakes = 1; mistakes <= kMostMistakes; ++mistakes) {
+        for (const CLI::App *subcommand : subcommands_of(app)) {
+            if (edit_distance(beginning, subcommand->get_name()) == mistakes) {
+                return "no subcommand " + quoted_word(word) + "; was " + subcommand->get_name() +
+                       " meant?";
+            }
+        }
+    }
+    return "no subcommand " + quoted_word(word);
+}
+
+// Where an option belongs that stands elsewhere; empty when there is no such option.
+std::string about_place(const CLI::App &app, const std::string &option)
+{
+    if (app.get_option_no_throw(option) != nullptr) {
+        return option + " belongs before the subcommand: hgagent " + option + " ... " +
+               app.get_subcommands().front()->get_name() + " ...";
+    }
+    std::string owners;
+    for (const CLI::App *subcommand : subcommands_of(app)) {
+        if (subcommand->get_option_no_throw(option) != nullptr) {
+            owners += (owners.empty() ? "" : " or ") + subcommand->get_name();
+        }
+    }
+    return owners.empty() ? "" : option + " belongs behind the subcommand " + owners;
+}
+
+// What the words that nobody took tell; empty when they tell nothing.
+std::string hint_for(const CLI::App &app)
+{
+    for (const std::string &word : app.remaining(true)) {
+        const std::string option = word.substr(0, word.find('='));
+        if (option.starts_with("--")) {
+            const std::string place = about_place(app, option);
+            if (!place.empty()) {
+                return place;
+            }
+        } else if (app.get_subcommands().empty()) {
+            return about_subcommand(app, word);
+        }
+    }
+    return "";
+}
+
+std::string failure_message(const CLI::App *app, const CLI::Error &problem)
+{
+    const std::string hint = hint_for(*app);
+    return hint.empty() ? CLI::FailureMessage::simple(app, problem)
+                        : "hgagent: " + hint + "\nRun with --help for more information.\n";
+}
+
 } // namespace
 
 std::optional<Options> parse_options(int count, char **words, int &exit_status)
@@ -239,6 +331,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
         "hgagent");
     app.set_version_flag("--version", "hgagent " HGAGENT_VERSION);
     app.footer(kFooter);
+    app.failure_message(failure_message);
     app.require_subcommand(1);
     add_host_options(app, options);
     add_call(app, options);

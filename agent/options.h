@@ -18,6 +18,9 @@ struct HostOptions {
     std::vector<std::string> faults;
     std::optional<std::string> trace;
     bool show_secrets = false;
+    std::optional<std::string> firmware_folder;
+    std::optional<std::string> firmware_key;
+    bool verbose = false; // name all that a library lacks
 };
 
 struct CallOptions {
@@ -61,6 +64,7 @@ enum class Subcommand {
 struct Options {
     HostOptions host;
     int32_t log_level = 3;
+    bool reasons = false;   // of call and serve: tell what the device library says of refusals
     bool raw_bytes = false; // of replies: as the plug-in left them
     Subcommand subcommand = Subcommand::kCall;
     CallOptions call;

@@ -3,6 +3,7 @@
 #include "library_file.h"
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/processjsonability.h"
+#include "text.h"
 
 #include <dlfcn.h>
 #include <filesystem>
@@ -16,6 +17,7 @@ namespace {
 constexpr char kDeviceLibrary[] = "libsimulated_gateway.so";
 constexpr char kDeviceWatch[] = "libdevice_watch.so";
 constexpr char kPlugin[] = "libsmart_router_service.so";
+constexpr char kOwnLibraries[] = "the libraries that it needs";
 constexpr size_t kMaxGatewayError = 1024;
 
 // Libraries stand where they were installed with the executable, wherever the whole was moved to,
@@ -36,16 +38,19 @@ std::string library_path(const std::string &given, const char *standard)
     return fs::exists(installed, problem) ? installed : folder.parent_path() / "lib" / standard;
 }
 
-std::string list_of(const std::vector<std::string> &names)
+// Why a library does not load that lacks these.
+std::string lack_of(const std::vector<std::string> &missing, const std::string &providers,
+                    bool verbose)
 {
-    std::string list;
-    for (const std::string &name : names) {
-        list += (list.empty() ? "" : ", ") + name;
-    }
-    return list;
+    const bool one = missing.size() == 1;
+    return std::to_string(missing.size()) + (one ? " name is" : " names are") +
+           " provided neither by " + providers +
+           " nor by the agent: " + list_of_names(missing, verbose);
 }
 
-void *load(const std::string &kind, const std::string &path, int flags)
+// providers: what else a library of this kind finds its names in.
+void *load(const std::string &kind, const std::string &path, int flags,
+           const std::string &providers, bool verbose)
 {
     const std::string message = "cannot load the " + kind + " " + path + ": ";
     std::error_code problem;
@@ -63,10 +68,7 @@ void *load(const std::string &kind, const std::string &path, int flags)
         const std::vector<std::string> missing = missing_symbols(path);
         throw HostError(kCannotLoad,
                         message +
-                            (missing.empty()
-                                 ? reason
-                                 : "provided neither by the device library nor by the agent: " +
-                                       list_of(missing)));
+                            (missing.empty() ? reason : lack_of(missing, providers, verbose)));
     }
     return library;
 }
@@ -85,7 +87,8 @@ const char *text_or_null(const std::optional<std::string> &text)
 // which has found its own by now.
 void put_watch_before(void *device, const std::string &path, const DeviceWatcher &watcher)
 {
-    void *watch = load("device watch", library_path("", kDeviceWatch), RTLD_NOW | RTLD_GLOBAL);
+    void *watch = load("device watch", library_path("", kDeviceWatch), RTLD_NOW | RTLD_GLOBAL,
+                       kOwnLibraries, false);
     const auto start =
         function_of<std::remove_pointer_t<StartDeviceWatch>>(watch, kStartDeviceWatch);
     if (start == nullptr) {
@@ -101,7 +104,8 @@ DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *wa
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
     library_ =
-        load("device library", path, RTLD_NOW | (watcher != nullptr ? RTLD_LOCAL : RTLD_GLOBAL));
+        load("device library", path, RTLD_NOW | (watcher != nullptr ? RTLD_LOCAL : RTLD_GLOBAL),
+             kOwnLibraries, options.verbose);
     if (watcher != nullptr) {
         put_watch_before(library_, path, *watcher);
     }
@@ -113,9 +117,11 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     const auto open =
         function_of<decltype(simulated_gateway_open)>(library_, "simulated_gateway_open");
     if (open == nullptr) {
-        if (options.scenario || options.state || options.trace || !options.faults.empty()) {
-            throw HostError(kWrongUsage, "--scenario, --state, --fault and --trace are for the "
-                                         "simulated gateway, and the device library " +
+        if (options.scenario || options.state || options.trace || options.firmware_folder ||
+            options.firmware_key || !options.faults.empty()) {
+            throw HostError(kWrongUsage, "--scenario, --state, --fault, --trace, --firmware-folder "
+                                         "and --firmware-key are for the simulated gateway, and "
+                                         "the device library " +
                                              path + " is none");
         }
         return;
@@ -133,6 +139,8 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     gateway.faults = options.faults.empty() ? nullptr : faults.data();
     gateway.trace = text_or_null(options.trace);
     gateway.show_secrets = options.show_secrets ? 1 : 0;
+    gateway.firmware_folder = text_or_null(options.firmware_folder);
+    gateway.firmware_key = text_or_null(options.firmware_key);
     char error[kMaxGatewayError] = "";
     if (open(&gateway, error, sizeof(error)) != 0) {
         throw HostError(kCannotLoad, error);
@@ -155,7 +163,7 @@ void *DeviceLibrary::symbol(const char *name) const
 
 PluginHost::PluginHost(const HostOptions &options, const DeviceWatcher *watcher)
     : device_(options, watcher), path_(library_path(options.plugin, kPlugin)),
-      library_(load("plug-in", path_, RTLD_NOW)),
+      library_(load("plug-in", path_, RTLD_NOW, "the device library", options.verbose)),
       process_(function_of<decltype(hg_process_json_cmd)>(library_, "hg_process_json_cmd"))
 {
     if (process_ == nullptr) {

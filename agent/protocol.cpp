@@ -4,7 +4,6 @@
 #include "text.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace agent {
 
@@ -36,23 +35,6 @@ void collect_secret_keys(const Description &part, std::set<std::string> &keys)
             collect_secret_keys(inner, keys);
         }
     }
-}
-
-// How many letters have to be put in, taken out or replaced to make one text the other.
-size_t edit_distance(std::string_view from, std::string_view to)
-{
-    std::vector<size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (size_t i = 0; i < from.size(); ++i) {
-        size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (size_t j = 0; j < to.size(); ++j) {
-            const size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.back();
 }
 
 } // namespace

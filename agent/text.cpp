@@ -8,6 +8,7 @@
 #include <cwchar>
 #include <iconv.h>
 #include <iterator>
+#include <numeric>
 #include <utf8.h>
 
 namespace agent {
@@ -149,6 +150,36 @@ size_t columns_of(std::string_view utf8_text)
     return columns;
 }
 
+std::string list_of_names(const std::vector<std::string> &names, bool all)
+{
+    constexpr size_t kMany = 6;
+    constexpr size_t kFew = 3;
+    const size_t shown = all || names.size() < kMany ? names.size() : kFew;
+    std::string list;
+    for (size_t at = 0; at < shown; ++at) {
+        list += (at == 0 ? "" : ", ") + names[at];
+    }
+    return shown == names.size() ? list
+                                 : list + " and " + std::to_string(names.size() - shown) +
+                                       " more (--verbose names all)";
+}
+
+size_t edit_distance(std::string_view from, std::string_view to)
+{
+    std::vector<size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (size_t i = 0; i < from.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (size_t j = 0; j < to.size(); ++j) {
+            const size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
 bool same_text(std::string_view left, std::string_view right)
 {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -162,9 +193,9 @@ std::string lower_case(std::string_view text)
     return result;
 }
 
-void complain(std::string_view message)
+void complain(std::string_view message, size_t max_bytes)
 {
-    write_error_line("hgagent: " + one_line(message));
+    write_error_line("hgagent: " + one_line(message, max_bytes));
 }
 
 } // namespace agent

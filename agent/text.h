@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace agent {
 
@@ -24,11 +25,17 @@ constexpr char kSpace[] = " \t\r\n";
 // How many columns a terminal takes for a text on one line.
 size_t columns_of(std::string_view utf8_text);
 
+// "a, b, c"; unless all are wanted, only the first few of many, and how many more there are.
+std::string list_of_names(const std::vector<std::string> &names, bool all);
+
+// How many letters have to be put in, taken out or replaced to make one text the other.
+size_t edit_distance(std::string_view from, std::string_view to);
+
 // Whether the letters are the same, upper or lower case.
 bool same_text(std::string_view left, std::string_view right);
 std::string lower_case(std::string_view text);
 
-// Writes "hgagent: MESSAGE" to standard error, on one line.
-void complain(std::string_view message);
+// Writes "hgagent: MESSAGE" to standard error, on one line that is cut as above.
+void complain(std::string_view message, size_t max_bytes = 4096);
 
 } // namespace agent

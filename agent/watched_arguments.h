@@ -79,6 +79,12 @@ template <class Record> class Argument<Record *> {
         if (result == 0 || kTellsReason<Record>) {
             check_record(call, guarded_.value);
         }
+        if constexpr (kTellsReason<Record>) {
+            const char(&reason)[sizeof guarded_.value.FailReason] = guarded_.value.FailReason;
+            if (result != 0 && reason[0] != '\0') {
+                call.reason({reason, strnlen(reason, sizeof reason)});
+            }
+        }
         memcpy(own_, &guarded_.value, sizeof(Record));
         return wrote;
     }

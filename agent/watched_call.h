@@ -19,6 +19,7 @@ class Call {
 
     void begin() const;
     void end(int32_t result, bool wrote) const;
+    void reason(const std::string &text) const;
     void fault(const std::string &what) const;
 
   private:

@@ -1,15 +1,19 @@
 #include "workers.h"
 
 #include "exit_status.h"
+#include "simulated_gateway/simulated_gateway.h"
 #include "text.h"
 
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <poll.h>
 #include <pthread.h>
 #include <string>
+#include <sys/eventfd.h>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 
 namespace agent {
 
@@ -60,12 +64,65 @@ int status_of(const std::function<int()> &work)
     }
 }
 
+// Ends the simulated gateway's downloads when a signal arrives: inside a command nobody looks for
+// signals. Any other library has to end its own.
+class TransferGuard {
+  public:
+    TransferGuard(const PluginHost &host, const StopSignals &stop)
+        : end_transfers_(reinterpret_cast<decltype(&simulated_gateway_end_transfers)>(
+              host.device_symbol("simulated_gateway_end_transfers")))
+    {
+        if (end_transfers_ == nullptr) {
+            return;
+        }
+        ended_ = eventfd(0, EFD_CLOEXEC);
+        if (ended_ < 0) {
+            throw StreamError("cannot wait for signals: " + std::generic_category().message(errno));
+        }
+        try {
+            thread_ = std::thread([this, &stop] { run(stop); });
+        } catch (const std::system_error &problem) {
+            close(ended_);
+            throw StreamError(std::string("cannot wait for signals: ") + problem.what());
+        }
+    }
+    ~TransferGuard()
+    {
+        if (thread_.joinable()) {
+            eventfd_write(ended_, 1);
+            thread_.join();
+            close(ended_);
+        }
+    }
+    TransferGuard(const TransferGuard &) = delete;
+    TransferGuard &operator=(const TransferGuard &) = delete;
+
+  private:
+    void run(const StopSignals &stop) const
+    {
+        try {
+            if (!stop.wait_for(ended_, POLLIN)) {
+                end_transfers_();
+            }
+        } catch (const StreamError &problem) { // what is left is to wait for the download
+            complain(problem.what());
+        }
+    }
+
+    decltype(&simulated_gateway_end_transfers) end_transfers_;
+    int ended_ = -1;
+    std::thread thread_;
+};
+
 } // namespace
 
 int until_workers_end(const PluginHost &host, const StopSignals &stop,
                       const std::function<int()> &work)
 {
-    const int status = status_of(work);
+    const int status = status_of([&] {
+        const TransferGuard guard(host, stop);
+        return work();
+    });
     for (const Worker &worker : kWorkers) {
         if (stop.arrived() == 0) {
             await(worker, host, stop);

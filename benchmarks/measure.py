@@ -12,7 +12,7 @@ MOST_INSTRUCTIONS = 0.75  # of a handler, of those of straight cJSON code
 MOST_ALLOCATIONS = 0.70
 MOST_GROWTH = 0.05  # of what an element of a list costs, from the shorter list to the longer one
 FLAT_SIZES = (100, 100_000)
-MOST_FOR_A_NAME = 1.5  # of what the command costs that is found most cheaply
+MOST_FOR_A_NAME = 6  # a binary search takes up to seven comparisons
 
 ALLOCATORS = {"malloc", "calloc", "realloc"}
 

@@ -7,6 +7,17 @@ target_compile_options(build_options INTERFACE
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>
     -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
 
+# What makes an error in memory harder to use, for all that runs beside the plug-in; what of it the
+# plug-in has room for stands in its own CMakeLists.txt. The checks of lengths need an optimiser, and the
+# sanitizers have their own.
+add_library(hardening INTERFACE)
+if(NOT SMART_ROUTER_SANITIZERS)
+    target_compile_options(hardening INTERFACE
+        -fstack-protector-strong
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>)
+endif()
+target_link_options(hardening INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+
 # What the presets for tests add to the code that is tested. The plug-in is also built without it, as
 # it ships.
 add_library(instrumentation INTERFACE)

@@ -8,8 +8,10 @@
 //
 // The gateway is opened for each input and closed at its end, and its state is in memory. No input
 // reaches the network: curl_easy_perform() goes through here and says that nobody answers. Two
-// images that can be fetched, a good one and a damaged one, have no names in the file system.
+// images can be fetched: file:///proc/self/fd/700/good and /damaged.
 #include "firmware_image.h"
+#include "home.h"
+#include "lines.h"
 #include "mutator.h"
 #include "request.h"
 #include "simulated_gateway/simulated_gateway.h"
@@ -20,7 +22,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <curl/curl.h>
-#include <sys/mman.h>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 using namespace fuzz;
@@ -34,14 +38,10 @@ extern "C" CURLcode __wrap_curl_easy_perform(CURL *)
 
 namespace {
 
+// The folder of images, by a path that is the same in every process.
+constexpr int kImages = 700;
+const std::string images_path = "/proc/self/fd/" + std::to_string(kImages);
 constexpr char kHome[] = "three_storey_house";
-constexpr size_t kMostRequests = 16;
-
-[[noreturn]] void give_up(const char *why)
-{
-    fprintf(stderr, "%s\n", why);
-    abort();
-}
 
 // Result: false when no such home is built in.
 bool open_gateway(const std::string &home)
@@ -51,18 +51,30 @@ bool open_gateway(const std::string &home)
     }
     SimulatedGatewayOptions options = {};
     options.scenario = home.c_str();
+    options.firmware_folder = images_path.c_str();
     return simulated_gateway_open(&options, nullptr, 0) == 0;
 }
 
-// An image as file:///proc/self/fd/NUMBER.
-void offer_image(int number, const std::string &bytes)
+void make_folder_of_images()
 {
-    const int file = memfd_create("image", 0);
-    if (file < 0 || write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
-        dup2(file, number) != number) {
+    static std::string folder = std::filesystem::temp_directory_path() / "fuzz_session.XXXXXX";
+    const int opened =
+        mkdtemp(folder.data()) != nullptr ? open(folder.c_str(), O_RDONLY | O_DIRECTORY) : -1;
+    if (opened < 0 || dup2(opened, kImages) != kImages) {
+        give_up("no folder for images");
+    }
+    close(opened);
+    atexit([] {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    });
+}
+
+void offer_image(const char *name, const std::string &bytes)
+{
+    if (!(std::ofstream(images_path + "/" + name, std::ios::binary) << bytes)) {
         give_up("no image");
     }
-    close(file);
 }
 
 std::string image(const char *version)
@@ -78,26 +90,6 @@ std::string image(const char *version)
     digest.add(payload);
     header.sha256 = digest.finish();
     return header.encode() + payload;
-}
-
-std::vector<std::string> lines_of(std::string_view input)
-{
-    std::vector<std::string> lines;
-    while (!input.empty() && lines.size() < kMostRequests) {
-        const size_t end = std::min(input.find('\n'), input.size());
-        lines.emplace_back(input.substr(0, end));
-        input.remove_prefix(std::min(end + 1, input.size()));
-    }
-    return lines;
-}
-
-std::string text_of(const std::vector<std::string> &lines)
-{
-    std::string text;
-    for (const std::string &line : lines) {
-        text += line + '\n';
-    }
-    return text;
 }
 
 bool chooses_home(const std::string &line)
@@ -146,30 +138,15 @@ void run_line(const std::string &line)
     }
 }
 
-// The gateway answers these whatever has been done to it.
-void check_home()
-{
-    for (const char *query : {"GET_HG_BASE_INFO", "GET_AD_BASE_INFO", "GET_TSLINK_TOPOLOGY_INFO",
-                              "GET_WIFI_LIST_INFO", "GET_QOS_INFO"}) {
-        const Json object(cJSON_CreateObject());
-        run_command(query, object.get());
-        const char *status =
-            cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), "Status"));
-        if (status == nullptr || std::string_view(status) != "0") {
-            fprintf(stderr, "%s fails: %s\n", query, print(object.get()).c_str());
-            abort();
-        }
-    }
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    setenv("SIMULATED_GATEWAY_TIME", "1767301200", 1);
+    stop_clock();
     setenv("SIMULATED_GATEWAY_LARGEST_IMAGE", "100000", 1);
-    offer_image(700, image("V3.0.0"));
-    offer_image(701, image("V3.0.1").substr(0, 410) + "damaged");
+    make_folder_of_images();
+    offer_image("good", image("V3.0.0"));
+    offer_image("damaged", image("V3.0.1").substr(0, 410) + "damaged");
     return 0;
 }
 
@@ -206,13 +183,9 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
         lines.insert(place, line_of(mutator.another_request()));
         break;
     case 2:
-        lines.insert(place, std::string(lines[mutator.below(lines.size())]));
-        break;
     case 3:
-        lines.erase(place);
-        break;
     case 4:
-        std::swap(lines[at], lines[mutator.below(lines.size())]);
+        change_order(lines, mutator);
         break;
     case 5:
         if (mutator.one_in(2)) {
@@ -228,20 +201,15 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
         break;
     }
     }
-    return write_out(::text_of(lines), data, size, room);
+    return write_out(fuzz::text_of(lines), data, size, room);
 }
 
-// The beginning of one evening and the end of another.
 extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
                                             const uint8_t *second, size_t second_size, uint8_t *out,
                                             size_t room, unsigned seed)
 {
     Mutator mutator(seed);
-    std::vector<std::string> lines = lines_of(fuzz::text_of(first, first_size));
-    const std::vector<std::string> others = lines_of(fuzz::text_of(second, second_size));
-    lines.resize(mutator.below(lines.size() + 1));
-    const size_t from = mutator.below(others.size() + 1);
-    lines.insert(lines.end(), others.begin() + static_cast<std::ptrdiff_t>(from), others.end());
-    const std::string text = ::text_of(lines);
+    const std::string text = fuzz::text_of(
+        spliced(fuzz::text_of(first, first_size), fuzz::text_of(second, second_size), mutator));
     return write_out(text.empty() ? "!\n" : text, out, 0, room);
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes from the protocol's descriptions what the fuzzers begin with.
 
-    make_seeds.py COMMANDS OUT
+    make_seeds.py COMMANDS SCENARIOS OUT
 
 writes OUT/protocol.dict, the dictionary of all, and the seeds OUT/TARGET/* of each fuzzer. The same
 descriptions always give the same files.
@@ -21,11 +21,15 @@ AGENT_CALLS = {
     "json_get_topo_router_agent_info_bynewmethod": {},
     "json_get_router_sta_info": {},
     "json_msg_notice_to_app": {"Message": "new firmware"},
-    "pthread_hg_image_upgrade": {"UpdateUrl": "file:///proc/self/fd/700"},
+    "pthread_hg_image_upgrade": {"UpdateUrl": "file:///proc/self/fd/700/good"},
     "parse_wifi_set_info_from_json": {
         "SSIDIndex": "1", "SSID": "home", "PowerLevel": "80", "Channel": "6", "Enable": "1", "PWD": "secret",
     },
 }
+
+
+# What takes less time to open than to change.
+SMALL_HOMES = ("operator_variant", "short_report", "single_router")
 
 
 def keys_of(rows):
@@ -78,7 +82,7 @@ def main():
         json.loads(path.read_text(encoding="utf-8"))
         for path in sorted(pathlib.Path(sys.argv[1]).glob("*.json"))
     ]
-    out = pathlib.Path(sys.argv[2])
+    out = pathlib.Path(sys.argv[3])
     words = sorted({word for command in commands for word in words_of(command) if 0 < len(word) <= 64})
     write(out, "protocol.dict", "".join(quoted(word) + "\n" for word in words))
 
@@ -89,6 +93,7 @@ def main():
         name, request = command["command"], one_line(command["example"]["request"])
         lines.append(f"{name} {request}\n")
         write(out / "fuzz_request", name, f"{name}\n{request}\n")
+        write(out / "fuzz_serve", name, f'{{"id":1,"command":"{name}","params":{request}}}\n')
         write(out / "fuzz_device", name, f"{name}\n")
         # Every call tells its fields one by one, then fails, then answers to the brim.
         for kind, steering in ("field", "\n"), ("failure", "\f"), ("brim", "\t"):
@@ -98,16 +103,25 @@ def main():
     for home in "crowded_mesh", "operator_variant", "short_report", "single_router":
         reports = [line for line in lines if line.startswith(("GET_TSLINK", "GET_AD_BASE", "json_get"))]
         write(out / "fuzz_session", home, f"@{home}\n" + "".join(reports))
+    write(
+        out / "fuzz_serve",
+        "notice",
+        '{"id":"a","notice":{"plugin_name":"agent","text":"{}"}}\nrubbish\n\n{"id":[1.50],"command":1}\n',
+    )
+    for scenario in sorted(pathlib.Path(sys.argv[2]).glob("*.json")):
+        home = json.loads(scenario.read_text(encoding="utf-8"))
+        if scenario.stem in SMALL_HOMES:
+            write(out / "fuzz_state", scenario.stem, one_line(home))
     images = (
-        'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/%d"}\nHG_GET_UPDATE_STATUS {}\n'
+        'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/700/%s"}\nHG_GET_UPDATE_STATUS {}\n'
         'HG_IMAGE_UPDATE {"Update":"1"}\n!\nHG_GET_UPDATE_STATUS {}\n'
     )
-    for number in 700, 701:
-        write(out / "fuzz_session", f"image.{number}", images % number)
+    for name in "good", "damaged":
+        write(out / "fuzz_session", f"image.{name}", images % name)
     write(
         out / "fuzz_session",
         "image.worker",
-        'UPDATE_IMMEDIATE {"Image":{"UpdateUrl":"file:///proc/self/fd/700"}}\n'
+        'UPDATE_IMMEDIATE {"Image":{"UpdateUrl":"file:///proc/self/fd/700/good"}}\n'
         'IMAGE_DOWNLOAD {"MainRouter":{"UpdateUrl":"http://127.0.0.1/image"}}\nGET_UPDATE_STATUS {}\n',
     )
 

@@ -34,6 +34,8 @@ template <class Record> void check_record(const char *function, const Record &re
                 for (const Entry &entry : field) {
                     check_record(function, entry);
                 }
+            } else if constexpr (std::is_class_v<Type>) {
+                check_record(function, field);
             }
         });
 }

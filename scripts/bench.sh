@@ -14,6 +14,5 @@ if [ $# -gt 0 ]; then
     document=(docs/performance.md)
 fi
 scripts/install-deps.sh >&2
-cmake --preset release >/dev/null
-cmake --build --preset release --target measurements hgagent link_check simulated_gateway -- --quiet >&2
+scripts/build.sh release --target measurements hgagent link_check simulated_gateway >&2
 exec /usr/bin/python3 -B benchmarks/table.py build/release "${document[@]}"

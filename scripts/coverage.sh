@@ -6,10 +6,10 @@ cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 programs=(unit unit_mesh unit_threads)
-cmake --preset coverage >/dev/null
 # What earlier runs and earlier sources have counted says nothing about this run.
+mkdir -p build/coverage
 find build/coverage -name '*.gcda' -delete
-cmake --build --preset coverage --target "${programs[@]}" -- --quiet
+scripts/build.sh coverage --target "${programs[@]}"
 for program in "${programs[@]}"; do
     "build/coverage/bin/$program" --gtest_brief=1
 done

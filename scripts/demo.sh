@@ -1,96 +1,119 @@
 #!/usr/bin/env bash
 # Builds what is installed and shows it at work: an evening in one home. The agent loads the plug-in and a
 # simulated gateway, sends commands and prints the replies.
+#
+#   demo.sh [FOLDER]   shows what has been built in the folder, such as build/debug
+#
+# shellcheck disable=SC2016 # lines are printed as they are before the shell expands them
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-deps.sh
-cmake --preset release >/dev/null
-cmake --build --preset release --target product -- --quiet
+build=build/release
+if [ $# -gt 0 ]; then
+    build=$(realpath --relative-base="$PWD" "$1")
+else
+    scripts/install-deps.sh
+    echo 'building; for the first time that takes some minutes'
+    scripts/build.sh release --target product standing_clock
+fi
 
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
-PATH=$PWD/build/release/bin:$PATH
-
-# Each command runs an agent of its own; what one sets in the home the next one finds. The gateway's
-# clock stands at nine in the evening, so that the story is always the same.
-export SIMULATED_GATEWAY_STATE=$home/home.json
-evening=1767301200
-export SIMULATED_GATEWAY_TIME=$evening
-
-say() { printf '\n\033[1m%s\033[0m\n' "$*"; }
+bold='' normal=''
+if [ -t 1 ]; then
+    bold=$'\033[1m' normal=$'\033[0m'
+fi
+say() { printf '\n%s%s%s\n' "$bold" "$*" "$normal"; }
+# What is shown is what is run.
 show() {
-    local word line='$'
-    for word in "$@"; do
-        case $word in
-            *[!A-Za-z0-9_.,:/=-]*) line+=" '$word'" ;;
-            *) line+=" $word" ;;
-        esac
-    done
-    printf '%s\n' "$line"
-    "$@" || printf '(exit status %d)\n' "$?"
+    printf '$ %s\n' "$1"
+    eval "$1" || printf '(exit status %d)\n' "$?"
 }
-call() { show hgagent call "$@"; }
+
+say 'Every line behind "$ " can be typed as well. First where the programs and the home are.'
+echo 'Each command runs an agent of its own; what one sets in the home the next one finds.'
+show "cd $(printf %q "$PWD")"
+show "export PATH=\"\$(realpath $(printf %q "$build")/bin):\$PATH\""
+show 'export DEMO="$(mktemp -d)"'
+trap 'rm -rf "$DEMO"' EXIT
+show 'export SIMULATED_GATEWAY_STATE="$DEMO/home.json"'
+
+say 'The clock of the home stands still, so that the story is the same every time: 1 January 2026, nine in the evening'
+show 'export SIMULATED_GATEWAY_TIME=1767301200 TZ=UTC'
 
 say 'Who is the router? One command, one reply'
-call GET_SN_INFO
+show 'hgagent call GET_SN_INFO'
 
 say 'The home: three routers in a mesh, and a dozen devices'
-show hgagent topology
+show 'hgagent topology'
 
 say 'The television and the router upstairs get names'
-call SET_AD_BASE_INFO MAC=8C:79:F5:62:1A:09 DevType=TV 'ByName=Big screen' AccessEnable=1
-call SET_CHILD_ROUTER_HG_BASE_INFO DeviceID=3C6AD2228140 Name=Studio
+show "hgagent call SET_AD_BASE_INFO MAC=8C:79:F5:62:1A:09 DevType=TV ByName='Big screen' AccessEnable=1"
+show 'hgagent call SET_CHILD_ROUTER_HG_BASE_INFO DeviceID=3C6AD2228140 Name=Studio'
 
 say 'Guests come: a network for a day'
-call SET_HG_GUEST_SSID Enable=1 'SSID=Guests of the house' Band=5GHz 'PWD=come on in' ENCRYPT=WPA2 \
-    ContinueTime=1 HourTime=0
-call GET_HG_GUEST_SSID Band=5GHz
+show "hgagent call SET_HG_GUEST_SSID Enable=1 SSID='Guests of the house' Band=5GHz PWD='come on in' \\
+    ENCRYPT=WPA2 ContinueTime=1 HourTime=0"
+show 'hgagent call GET_HG_GUEST_SSID Band=5GHz'
 
-say 'Parental control: from eight in the evening no Internet for the console'
-call SET_GREENNET_DEVICE_LIST \
-    '{"DeviceList": [{"Mac": "70:F0:88:2C:A6:93", "Name": "Console", "NotifyEnable": "1"}]}'
-call SET_GREENNET_PROTECT_PERIOD_LIST '{"Mac": "70:F0:88:2C:A6:93", "Sleep":
-    [{"StartTime": "20:00", "EndTime": "07:00", "Enable": "1", "DaysOfWeek": "1234567"}]}'
+say 'Parental control: who is in the list?'
+show 'hgagent call GET_GREENNET_DEVICE_LIST'
+
+say 'The television joins them. The list is set as a whole, so those that are in it go along'
+show "hgagent call SET_GREENNET_DEVICE_LIST '{\"DeviceList\": [
+    {\"Mac\": \"72:9B:E0:46:D8:15\", \"Name\": \"Jonas\", \"NotifyEnable\": \"1\"},
+    {\"Mac\": \"70:F0:88:2C:A6:93\", \"Name\": \"Console\", \"NotifyEnable\": \"0\"},
+    {\"Mac\": \"8C:79:F5:62:1A:09\", \"Name\": \"Big screen\", \"NotifyEnable\": \"1\"}]}'"
+show 'hgagent call GET_GREENNET_DEVICE_LIST'
+
+say 'From eight in the evening it has no Internet'
+show "hgagent call SET_GREENNET_PROTECT_PERIOD_LIST '{\"Mac\": \"8C:79:F5:62:1A:09\", \"Sleep\": [
+    {\"StartTime\": \"20:00\", \"EndTime\": \"07:00\", \"Enable\": \"1\", \"DaysOfWeek\": \"1234567\"}]}'"
 
 say 'What the traffic needs: a rule for calls, and a second port for the television box'
-call SET_QOS_CLASSIFICATION_INFO '{"Id": "0", "Action": "1", "Name": "Calls", "PriorityLevel": "1",
-    "type_list": [{"Type": "DSCP", "Min": "46", "Max": "46"}]}'
-call SET_PORT_BINDING Index=2 BoundPorts=LAN3,LAN4
+show "hgagent call SET_QOS_CLASSIFICATION_INFO '{\"Id\": \"0\", \"Action\": \"1\", \"Name\": \"Calls\",
+    \"PriorityLevel\": \"1\", \"type_list\": [{\"Type\": \"DSCP\", \"Min\": \"46\", \"Max\": \"46\"}]}'"
+show 'hgagent call SET_PORT_BINDING Index=2 BoundPorts=LAN3,LAN4'
 
 say 'The router upstairs restarts, and for 45 seconds takes the attic with it'
-call RP_CHILD_HG_REBOOT DeviceID=3C6AD2228140
-show hgagent topology
-export SIMULATED_GATEWAY_TIME=$((evening + 45))
+show 'hgagent call RP_CHILD_HG_REBOOT DeviceID=3C6AD2228140'
+show 'hgagent topology'
 
-say 'Is everything all right again? The names have stayed, and the console is blocked'
-call LINK_CHECK
-show hgagent hosts
+say 'Is everything all right again? The names have stayed, and the television is blocked'
+show 'export SIMULATED_GATEWAY_TIME=1767301245'
+show 'hgagent call LINK_CHECK'
+show 'hgagent hosts'
 
-say 'New firmware: fetched, flashed, and started by a reboot'
-show hg-mkimage --product HGU-AX3000 --version V3.0.0 --date 2026-01-01 "$home/new.image"
-call UPDATE_IMMEDIATE "{\"Image\": {\"UpdateUrl\": \"file://$home/new.image\"}}"
-call HG_GET_UPDATE_STATUS
+say 'New firmware: fetched, flashed, and started by a reboot of the simulated gateway'
+show 'hg-mkimage --product HGU-AX3000 --version V3.0.0 --date 2026-01-01 "$DEMO/new.image"'
+show 'hgagent --firmware-folder "$DEMO" call UPDATE_IMMEDIATE \
+    "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
+show 'hgagent call HG_GET_UPDATE_STATUS'
 
-say 'A message to the phone'
-show hgagent notice --plugin-name firmware 'Your router has new firmware'
+say 'A message to the phone. It carries the time of the computer, which a library makes that of the home here'
+show "LD_PRELOAD=\"\$(realpath $(printf %q "$build")/tests/end_to_end/libstanding_clock.so)\" \\
+    hgagent notice --plugin-name firmware 'Your router has new firmware'"
 
 say 'The device fails; the reply says so'
-show hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO
+show 'hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO'
 
 say 'What reaches the device'
-show hgagent --trace - call GET_SN_INFO
+show 'hgagent --trace - call GET_SN_INFO'
 
 say 'For programs: requests and answers line by line; rubbish does no harm'
-cat >"$home/requests" <<'REQUESTS'
+show 'hgagent serve <<REQUESTS
 {"id":1,"command":"QUERY_SYSTEM_INFO"}
 rubbish
 {"id":"two","command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":"app 5.2.0"}}
 {"id":3,"command":"GET_SN"}
-REQUESTS
-cat "$home/requests"
-show hgagent serve <"$home/requests"
+REQUESTS'
 
-say 'What it answers about Wi-Fi, and what one command takes'
-show hgagent list wifi
-show hgagent describe SET_AD_BASE_INFO
+say 'What to do next'
+cat <<NEXT
+  $build/bin/hgagent list wifi
+      all commands about Wi-Fi; without a word all there are
+  $build/bin/hgagent describe SET_WIFI_INFO
+      what one of them takes and answers
+  scripts/test.sh
+      builds and runs the tests
+  docs/porting.md
+      from here to a router of your own; README.md says where everything else stands
+NEXT

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the project needs and that are missing; says which.
+# Installs the Debian packages that the project needs and that are missing; says which, and how much that is.
+# Without the right to install, it says what root has to run.
 #
 #   --cross    also what builds and runs the plug-in for 32-bit MIPS
 #   --checks   also the formatter and the analysers
@@ -9,7 +10,7 @@
 set -euo pipefail
 
 packages=(
-    cmake g++ ninja-build
+    cmake g++ make ninja-build
     libcjson-dev
     libcli11-dev libcurl4-openssl-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
     ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema
@@ -19,7 +20,7 @@ foreign=()
 for option in "$@"; do
     case $option in
         --cross)
-            packages+=(g++-mipsel-linux-gnu make qemu-user)
+            packages+=(g++-mipsel-linux-gnu qemu-user)
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
@@ -48,17 +49,36 @@ for package in "${packages[@]}" "${foreign[@]}"; do
         *:*) architecture=${package#*:} ;;
         *) architecture="($native|all)" ;;
     esac
-    if ! dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null |
-        grep -Eqx "$architecture installed"; then
+    known=$(dpkg-query --show --showformat='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null) ||
+        known=none
+    if ! grep -Eqx "$architecture installed" <<<"$known"; then
         missing+=("$package")
     fi
 done
 if [ ${#missing[@]} -eq 0 ]; then
     exit 0
 fi
+add_mipsel=()
+if [ ${#foreign[@]} -gt 0 ] && ! dpkg --print-foreign-architectures | grep -qx mipsel; then
+    add_mipsel=(dpkg --add-architecture mipsel)
+fi
+install=(apt-get install --yes --no-install-recommends "${missing[@]}")
 
+give_up()
+{
+    {
+        echo "$1 As root, this does it:"
+        [ ${#add_mipsel[@]} -eq 0 ] || echo "  ${add_mipsel[*]}"
+        echo '  apt-get update'
+        echo "  ${install[*]}"
+    } >&2
+    exit 1
+}
+
+echo "missing packages: ${missing[*]}"
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || give_up 'Only root can install them, and there is no sudo.'
     as_root=(sudo)
 fi
 log=$(mktemp)
@@ -66,13 +86,29 @@ trap 'rm -f "$log"' EXIT
 quietly() {
     if ! "${as_root[@]}" "$@" >"$log" 2>&1; then
         cat "$log" >&2
-        exit 1
+        give_up 'They could not be installed.'
     fi
 }
+# Of what apt says, how far it is; the rest goes into the log.
+progress() {
+    awk -F: -v log_file="$log" '
+        $1 != "dlstatus" && $1 != "pmstatus" { print >log_file; next }
+        $1 != kind { kind = $1; shown = 0 }
+        int($3 / 25) > shown {
+            shown = int($3 / 25)
+            printf "  %s: %d %%\n", kind == "dlstatus" ? "fetched" : "installed", shown * 25
+            fflush()
+        }'
+}
 
-echo "installing ${missing[*]}"
-if [ ${#foreign[@]} -gt 0 ] && ! dpkg --print-foreign-architectures | grep -qx mipsel; then
-    quietly dpkg --add-architecture mipsel
-fi
+[ ${#add_mipsel[@]} -eq 0 ] || quietly "${add_mipsel[@]}"
 quietly apt-get update
-quietly env DEBIAN_FRONTEND=noninteractive apt-get install --yes --no-install-recommends "${missing[@]}"
+# apt ends with 1 when it is told not to go on.
+{ LC_ALL=C "${install[@]/#--yes/--assume-no}" 2>/dev/null || true; } | sed -n \
+    -e 's/^[0-9]* upgraded, \([0-9]*\) newly installed.*/installing \1 packages/p' \
+    -e 's/^\(Need to get\|After this\)/  &/p'
+if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    "${install[@]}" -o APT::Status-Fd=1 2>&1 | progress; then
+    cat "$log" >&2
+    give_up 'They could not be installed.'
+fi

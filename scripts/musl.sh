@@ -24,8 +24,7 @@ fi
 cp "$cjson/source/cJSON.h" "$cjson/include/cjson"
 musl-gcc -O2 -fPIC -shared -Wl,-soname,libcjson.so.1 -o "$cjson/libcjson.so.1" "$cjson/source/cJSON.c"
 
-cmake --preset musl >/dev/null
-cmake --build --preset musl -- --quiet
+scripts/build.sh musl
 /usr/bin/python3 -B tests/abi/check_symbols.py readelf smart_router_service/exports.map \
     smart_router_service/commands.h smart_router_service/needed.txt \
     "$home/lib/libsmart_router_service.so"

@@ -17,8 +17,7 @@ case ${1-} in
 esac
 
 scripts/install-deps.sh --packages
-cmake --preset release >/dev/null
-cmake --build --preset release --target product -- --quiet
+scripts/build.sh release --target product
 rm -rf build/package
 if ! cpack --config build/release/CPackConfig.cmake -B build/package >build/package.log 2>&1; then
     cat build/package.log >&2

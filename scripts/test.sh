@@ -5,24 +5,30 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/install-deps.sh --cross
-
-# build PRESET [OPTION...]
-build() {
-    echo "== $1: build"
-    cmake --preset "$1" >/dev/null
-    cmake --build --preset "$@" -- --quiet
+release_tests() {
+    ctest --preset release --tests-regex '^(performance|packaging)' --verbose | grep -v ^UpdateCTest
 }
 
-build tsan
-build mipsel
-build release --target measurements product
-build debug
-echo "== tsan: tests with threads"
-ctest --preset tsan
-echo "== mipsel: the plug-in's own tests"
-ctest --preset mipsel
-echo "== release: measurements, and what is installed"
-ctest --preset release --tests-regex '^(performance|packaging)' --verbose | grep -v ^UpdateCTest
-echo "== debug: all tests"
-ctest --preset debug
+stages=(
+    'packages that are missing'              'scripts/install-deps.sh --cross'
+    'tsan: build'                            'scripts/build.sh tsan'
+    'mipsel: build'                          'scripts/build.sh mipsel'
+    'release: build'                         'scripts/build.sh release --target measurements product'
+    'debug: build'                           'scripts/build.sh debug'
+    'tsan: tests with threads'               'ctest --preset tsan'
+    "mipsel: the plug-in's own tests"        'ctest --preset mipsel'
+    'release: measurements, and what is installed' release_tests
+    'debug: all tests'                       'ctest --preset debug'
+)
+# Seconds since the time $1, as in "2 min 5 s".
+time_since() { echo "$(((SECONDS - $1) / 60)) min $(((SECONDS - $1) % 60)) s"; }
+
+count=$((${#stages[@]} / 2))
+for ((number = 1; number <= count; number++)); do
+    began=$SECONDS
+    echo "== $number/$count ${stages[2 * number - 2]}"
+    read -ra command <<<"${stages[2 * number - 1]}"
+    "${command[@]}"
+    echo "== $number/$count took $(time_since "$began")"
+done
+echo "== all tests passed, in $(time_since 0)"

@@ -1,5 +1,6 @@
 #include "attached_device.h"
 
+#include "clock.h"
 #include "host_activity.h"
 #include "parental_control.h"
 
@@ -47,7 +48,7 @@ static std::string access_time(const State &state, const Host &host, Clock clock
 {
     const int64_t since = attached_since(state, host);
     const int64_t behind = clock == Clock::kLocal ? state.home.hours_behind_utc * 3600 : 0;
-    return since != 0 ? std::to_string(since - behind) : "";
+    return since != 0 ? std::to_string(later(since, -behind)) : "";
 }
 
 void fill(AdBaseInfo &info, const State &state, const Host &host, Clock clock)

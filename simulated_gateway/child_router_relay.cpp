@@ -67,7 +67,7 @@ static ChildRouter &addressed_router(Home &home, const Json &command)
 static void restart(ChildRouter &router)
 {
     constexpr int64_t start_seconds = 45;
-    router.start_time = now() + start_seconds;
+    router.start_time = later(now(), start_seconds);
 }
 
 static void rename_router(ChildRouter &router, const std::string &name)

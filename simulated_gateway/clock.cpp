@@ -23,6 +23,11 @@ int64_t seconds_since(int64_t time)
     return std::max<int64_t>(0, now() - time);
 }
 
+int64_t later(int64_t time, int64_t seconds)
+{
+    return seconds > INT64_MAX - time ? INT64_MAX : time + seconds;
+}
+
 void fix_clock(std::optional<int64_t> time)
 {
     fixed_time = time.value_or(kRuns);

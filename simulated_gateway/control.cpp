@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <unistd.h>
 
 namespace simulated_gateway {
@@ -65,7 +66,24 @@ std::optional<int64_t> number_in(const char *variable, const Range &range, const
     return number;
 }
 
-FetchLimits fetch_limits()
+// Without links.
+std::string real_folder(const std::string &folder)
+{
+    std::error_code failure;
+    const std::filesystem::path real = std::filesystem::canonical(folder, failure);
+    if (!failure && !std::filesystem::is_directory(real, failure) && !failure) {
+        failure = std::make_error_code(std::errc::not_a_directory);
+    }
+    if (failure) {
+        throw Error(folder + ": " + failure.message());
+    }
+    if (real == real.root_path()) {
+        throw Error(folder + ": is the root of the file system");
+    }
+    return real.string();
+}
+
+FetchLimits fetch_limits(const char *file_folder)
 {
     constexpr Range seconds{1, 86400};
     constexpr char meaning[] = "number of seconds from 1 to 86400";
@@ -79,6 +97,13 @@ FetchLimits fetch_limits()
     }
     if (const auto time = number_in("SIMULATED_GATEWAY_STALL_TIMEOUT", seconds, meaning)) {
         limits.stall_timeout = std::chrono::seconds(*time);
+    }
+    if (const auto time = number_in("SIMULATED_GATEWAY_TRANSFER_TIMEOUT", seconds, meaning)) {
+        limits.transfer_timeout = std::chrono::seconds(*time);
+    }
+    if (const auto folder =
+            given("firmware folder", file_folder, "SIMULATED_GATEWAY_FIRMWARE_FOLDER")) {
+        limits.file_folder = real_folder(*folder);
     }
     limits.ca_file = given("CA file", nullptr, "SIMULATED_GATEWAY_CA_FILE").value_or("");
     return limits;
@@ -105,7 +130,9 @@ Settings settings_from(const SimulatedGatewayOptions &options)
     settings.show_secrets = options.show_secrets != 0 || shown == "1";
     settings.fixed_time =
         number_in("SIMULATED_GATEWAY_TIME", {0, INT64_MAX}, "number of seconds since 1970");
-    settings.fetch_limits = fetch_limits();
+    settings.fetch_limits = fetch_limits(options.firmware_folder);
+    settings.firmware_key =
+        given("firmware key", options.firmware_key, "SIMULATED_GATEWAY_FIRMWARE_KEY");
     return settings;
 }
 
@@ -164,6 +191,14 @@ void simulated_gateway_close()
         control().gateway = nullptr;
     }
     control().environment_failed = false;
+}
+
+void simulated_gateway_end_transfers()
+{
+    const std::lock_guard lock(control().mutex);
+    if (control().gateway != nullptr) {
+        control().gateway->end_transfers();
+    }
 }
 
 void simulated_gateway_power_cycle()

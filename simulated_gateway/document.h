@@ -13,6 +13,14 @@ constexpr char kStateFormat[] = "simulated gateway state";
 void take_head(Json &document, const std::string &format);
 Json make_head(const std::string &format);
 
+// The value that a document without its head holds.
+template <class Struct> Struct read_checked(const Json &document)
+{
+    Struct value = read_struct<Struct>(document, "");
+    check(value);
+    return value;
+}
+
 // Reads and checks a document; the Error of one that does not hold opens with the file's name.
 template <class Struct>
 Struct read_document(const std::string &file, std::string_view text, const char *format)
@@ -20,19 +28,10 @@ Struct read_document(const std::string &file, std::string_view text, const char 
     try {
         Json document = parse_json(text);
         take_head(document, format);
-        Struct value = read_struct<Struct>(document, "");
-        check(value);
-        return value;
+        return read_checked<Struct>(document);
     } catch (const Error &error) {
         throw Error(file + ": " + error.what());
     }
-}
-
-template <class Struct> std::string write_document(const Struct &value, const char *format)
-{
-    Json document = make_head(format);
-    document.update(write_struct(value));
-    return document.dump(4) + "\n";
 }
 
 } // namespace simulated_gateway

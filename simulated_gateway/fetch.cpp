@@ -2,15 +2,22 @@
 
 #include "text.h"
 
+#include <climits>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace simulated_gateway {
 namespace {
 
 class Download : public WebTransfer {
   public:
     Download(const WebAddress &address, PartialImage &image, const FetchLimits &limits,
-             const std::function<bool()> &goes_on)
-        : WebTransfer(address, limits, goes_on), image_(image)
+             TransferBudget &budget, const std::function<bool()> &goes_on)
+        : WebTransfer(address, limits, budget, goes_on), image_(image)
     {
+        set(CURLOPT_MAXFILESIZE_LARGE,
+            static_cast<curl_off_t>(limits.largest_image + TransferBudget::kLargestSurplus));
         if (image.size() > 0) {
             // A server whose image is another one by now sends that whole.
             add_header("If-Range: " + image.validator());
@@ -65,12 +72,34 @@ class Download : public WebTransfer {
     bool has_begun_ = false; // the body of the last answer, behind all redirects
 };
 
-void copy_file(const WebAddress &address, PartialImage &image, const std::function<bool()> &goes_on)
+// The file behind all links, if it lies below the folder; by its descriptor, so that it cannot
+// become another one. A refusal does not tell whether there is anything outside.
+FileDescriptor find_below(const std::string &folder, const std::string &path)
 {
+    FileDescriptor file(open(path.c_str(), O_PATH | O_CLOEXEC));
+    struct stat info = {};
+    char real[PATH_MAX];
+    const std::string link = "/proc/self/fd/" + std::to_string(file.get());
+    const ssize_t size = file.is_open() ? readlink(link.c_str(), real, sizeof(real)) : -1;
+    if (size < 0 || !std::string_view(real, static_cast<size_t>(size)).starts_with(folder + "/") ||
+        fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
+        throw Error("the address does not hold: no such file in the firmware folder");
+    }
+    return file;
+}
+
+void copy_file(const WebAddress &address, PartialImage &image, const FetchLimits &limits,
+               const std::function<bool()> &goes_on)
+{
+    if (limits.file_folder.empty()) {
+        throw Error("the address does not hold: file is for a gateway with a firmware folder");
+    }
+    const FileDescriptor file =
+        find_below(limits.file_folder, address.part(CURLUPART_PATH, CURLU_URLDECODE));
     image.start_over("");
-    read_file(address.part(CURLUPART_PATH, CURLU_URLDECODE), [&](std::string_view bytes) {
+    read_file("/proc/self/fd/" + std::to_string(file.get()), [&](std::string_view bytes) {
         if (!goes_on()) {
-            throw Error("the gateway was closed");
+            throw Error("the gateway was closed or told to stop");
         }
         image.append(bytes);
     });
@@ -83,15 +112,16 @@ void fetch(const std::string &text, PartialImage &image, const FetchLimits &limi
 {
     const WebAddress address(text);
     if (address.part(CURLUPART_SCHEME) == "file") {
-        copy_file(address, image, goes_on);
+        copy_file(address, image, limits, goes_on);
         return;
     }
     if (!address.is_of_web()) {
         throw Error("the address does not hold: its scheme is none of http, https, file");
     }
-    if (!Download(address, image, limits, goes_on).run()) {
+    TransferBudget budget(limits);
+    if (!Download(address, image, limits, budget, goes_on).run()) {
         image.start_over("");
-        Download(address, image, limits, goes_on).run();
+        Download(address, image, limits, budget, goes_on).run();
     }
 }
 

@@ -12,6 +12,7 @@ namespace simulated_gateway {
 
 struct FetchLimits : WebLimits {
     uint64_t largest_image = 64U << 20;
+    std::string file_folder; // the real path of what file:// may reach; empty: nothing
 };
 
 // Fetches the rest of the image, or the whole where the server cannot go on. goes_on is asked about

@@ -145,6 +145,15 @@ void NewFile::sync()
     }
 }
 
+FileDescriptor NewFile::duplicate() const
+{
+    FileDescriptor copy(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
+    if (!copy.is_open()) {
+        refuse_file(path_);
+    }
+    return copy;
+}
+
 void NewFile::replace()
 {
     sync();

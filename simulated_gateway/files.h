@@ -55,6 +55,8 @@ class NewFile {
     void write(std::string_view text);
     // What is written goes to the disk.
     void sync();
+    // Another descriptor of the file, which stays open when this object ends. They share a lock.
+    FileDescriptor duplicate() const;
     // Syncs it, and puts it in its place.
     void replace();
 

@@ -9,7 +9,9 @@ namespace simulated_gateway {
 namespace {
 
 constexpr std::string_view kMagic("HGIMAGE\0", 8);
-constexpr uint64_t kFormatVersion = 1;
+constexpr uint64_t kUnsignedFormat = 1;
+constexpr uint64_t kSignedFormat = 2;
+constexpr size_t kRollbackOffset = 372;
 
 struct TextField {
     const char *name;
@@ -50,38 +52,46 @@ uint64_t number_in(std::string_view bytes)
     return number;
 }
 
+// The field is there from the first bytes on that are a header's in any format.
+uint64_t format_of(std::string_view header)
+{
+    return number_in(header.substr(8, 4));
+}
+
 } // namespace
 
 std::string ImageHeader::encode() const
 {
     std::string bytes(kMagic);
-    append_number(bytes, kFormatVersion, 4);
+    append_number(bytes, is_signed ? kSignedFormat : kUnsignedFormat, 4);
     append_number(bytes, payload_size, 8);
     for (const TextField &field : kTextFields) {
         check_field(field, this->*field.value);
         bytes += this->*field.value;
         bytes.resize(field.offset + field.width);
     }
-    return bytes + sha256;
-}
-
-ImageCheck::ImageCheck(std::optional<std::string> product, uint64_t largest_image)
-    : product_(std::move(product)), largest_image_(largest_image)
-{
+    if (is_signed) {
+        append_number(bytes, rollback, 4);
+    }
+    return bytes + sha256 + signature;
 }
 
 void ImageCheck::add(std::string_view bytes)
 {
     size_ += bytes.size();
     if (!header_) {
-        const size_t part = std::min(bytes.size(), ImageHeader::kSize - header_bytes_.size());
-        header_bytes_ += bytes.substr(0, part);
-        bytes.remove_prefix(part);
+        const auto take_up_to = [&](size_t size) {
+            const size_t missing = size - std::min(size, header_bytes_.size());
+            header_bytes_ += bytes.substr(0, missing);
+            bytes.remove_prefix(std::min(bytes.size(), missing));
+        };
+        take_up_to(ImageHeader().size());
         // A file of another kind shows in its first bytes, and may be shorter than a header.
         if (!kMagic.starts_with(std::string_view(header_bytes_).substr(0, kMagic.size()))) {
             refuse_image("is none: it does not open with an image's magic");
         }
-        if (header_bytes_.size() < ImageHeader::kSize) {
+        take_up_to(header_size());
+        if (header_bytes_.size() < header_size()) {
             return;
         }
         take_header();
@@ -93,36 +103,69 @@ void ImageCheck::add(std::string_view bytes)
     digest_.add(bytes);
 }
 
+// As far as it is known by now.
+size_t ImageCheck::header_size() const
+{
+    ImageHeader header;
+    header.is_signed =
+        header_bytes_.size() >= header.size() && format_of(header_bytes_) == kSignedFormat;
+    return header.size();
+}
+
 void ImageCheck::take_header()
 {
     const std::string_view bytes = header_bytes_;
-    const uint64_t format = number_in(bytes.substr(8, 4));
-    if (format != kFormatVersion) {
+    const uint64_t format = format_of(bytes);
+    if (format != kUnsignedFormat && format != kSignedFormat) {
         refuse_image("has format version " + std::to_string(format) + ", not " +
-                     std::to_string(kFormatVersion));
+                     std::to_string(kUnsignedFormat) + " or " + std::to_string(kSignedFormat));
     }
     ImageHeader header;
+    header.is_signed = format == kSignedFormat;
     header.payload_size = number_in(bytes.substr(12, 8));
     if (header.payload_size == 0) {
         refuse_image("has no payload");
     }
-    if (largest_image_ < ImageHeader::kSize ||
-        header.payload_size > largest_image_ - ImageHeader::kSize) {
+    const uint64_t largest = demands_.largest;
+    if (largest < header.size() || header.payload_size > largest - header.size()) {
         refuse_image("has a payload of " + std::to_string(header.payload_size) +
-                     " bytes; no more than " + std::to_string(largest_image_) +
-                     " bytes are taken in all");
+                     " bytes; no more than " + std::to_string(largest) + " bytes are taken in all");
     }
     for (const TextField &field : kTextFields) {
         const std::string_view text = bytes.substr(field.offset, field.width);
         header.*field.value = text.substr(0, text.find('\0'));
         check_field(field, header.*field.value);
     }
-    if (product_ && header.product != *product_) {
-        refuse_image("is for " + in_quotes(header.product) + ", not for " + in_quotes(*product_));
+    if (demands_.product && header.product != *demands_.product) {
+        refuse_image("is for " + in_quotes(header.product) + ", not for " +
+                     in_quotes(*demands_.product));
     }
-    header.sha256 = bytes.substr(ImageHeader::kDigestOffset);
-    digest_.add(bytes.substr(0, ImageHeader::kDigestOffset));
+    if (header.is_signed) {
+        header.rollback = static_cast<uint32_t>(number_in(bytes.substr(kRollbackOffset, 4)));
+        header.signature = bytes.substr(header.digest_offset() + Sha256::kSize);
+    }
+    header.sha256 = bytes.substr(header.digest_offset(), Sha256::kSize);
+    check_origin(header);
+    digest_.add(bytes.substr(0, header.digest_offset()));
     header_ = std::move(header);
+}
+
+void ImageCheck::check_origin(const ImageHeader &header) const
+{
+    if (demands_.key && !header.is_signed) {
+        refuse_image("is not signed");
+    }
+    const std::string_view bytes = header_bytes_;
+    if (demands_.key &&
+        !demands_.key->verifies(header.signature,
+                                bytes.substr(0, header.digest_offset() + Sha256::kSize))) {
+        refuse_image("does not hold: its signature is not by the firmware key");
+    }
+    if (header.rollback < demands_.least_rollback) {
+        refuse_image("has the rollback number " + std::to_string(header.rollback) +
+                     ", which is less than the running firmware's " +
+                     std::to_string(demands_.least_rollback));
+    }
 }
 
 int32_t ImageCheck::percent() const
@@ -135,7 +178,7 @@ ImageHeader ImageCheck::finish()
     if (size_ == 0) {
         refuse_image("is empty");
     }
-    const uint64_t whole = header_ ? header_->image_size() : ImageHeader::kSize;
+    const uint64_t whole = header_ ? header_->image_size() : header_size();
     if (size_ < whole) {
         refuse_image("ends after " + std::to_string(size_) + " of " + std::to_string(whole) +
                      " bytes");

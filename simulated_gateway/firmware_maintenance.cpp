@@ -123,7 +123,7 @@ int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac
                            time_text() + ".log";
             }
             send_text(WebAddress(address), log_text(gateway.state(), log_type, gateway.recent()),
-                      gateway.web_limits(), [&] { return !gateway.is_closed(); });
+                      gateway.web_limits(), [&] { return !gateway.firmware().is_stopped(); });
             return 0;
         });
 }

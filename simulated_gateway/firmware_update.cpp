@@ -1,6 +1,7 @@
 // Which firmware runs, fetching an image, and flashing it.
 #include "device_call.h"
 #include "gateway.h"
+#include "machine.h"
 
 using namespace simulated_gateway;
 
@@ -22,7 +23,7 @@ int32_t devapi_get_update_status_info(UpdateStatusInfo *info)
 
 static void download(Gateway &gateway, const char *address)
 {
-    gateway.firmware().download(address, gateway.state().home.identity.device_type);
+    gateway.firmware().download(address, router_of(gateway.state()));
 }
 
 // The slot is written without the gateway's lock, and put in its place under it: between the two a
@@ -33,7 +34,7 @@ static void flash(Gateway &gateway)
     const std::unique_lock right = store.begin_flash();
     const State before = gateway.state();
     const int64_t slot = before.firmware.not_running();
-    FirmwareStore::SlotImage image = store.copy_for(slot, before.home.identity.device_type);
+    FirmwareStore::SlotImage image = store.copy_for(slot, router_of(before));
     gateway.change([&](State &state) {
         if (state.firmware.running == slot) {
             throw Error("the router was restarted meanwhile");
@@ -42,6 +43,9 @@ static void flash(Gateway &gateway)
         state.firmware.slot(slot) = image.content;
         state.firmware.next = slot;
     });
+    if (!image.warning.empty()) {
+        gateway.warn("firmware " + image.content.version + " " + image.warning);
+    }
 }
 
 int32_t devapi_download_image(const char *url, int32_t mode)
@@ -65,13 +69,17 @@ int32_t devapi_update_image()
 
 int32_t devapi_flash_update_image(const char *url)
 {
-    return long_work(__func__, {request_address("url", url)}, [&](Gateway &gateway) {
+    const auto flash_from = [&](Gateway &gateway) {
+        refuse_real_reboot();
         // Held until the end: what is flashed is the image from this address.
         const std::unique_lock right = gateway.firmware().begin_download();
         download(gateway, url);
         flash(gateway);
         return 0;
-    });
+    };
+    const int32_t result = long_work(__func__, {request_address("url", url)}, flash_from);
+    // A fault plan may have it answer 0 as well.
+    return result == 0 && reboot_would_be_real() ? -1 : result;
 }
 
 // ---- Notices to the app ------------------------------------------------------------------------

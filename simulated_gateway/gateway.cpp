@@ -2,6 +2,7 @@
 
 #include "clock.h"
 #include "model_check.h"
+#include "refusal.h"
 #include "scenario.h"
 
 #include <algorithm>
@@ -18,12 +19,17 @@ State new_state(const std::string &scenario)
     state.home = load_scenario(scenario);
     state.factory = state.home;
     state.firmware.slot(1) = {state.home.identity.software_version,
-                              state.home.identity.firmware_date, ""};
+                              state.home.identity.firmware_date, "", 0};
     boot(state);
     return state;
 }
 
 } // namespace
+
+FirmwareStore::Router router_of(const State &state)
+{
+    return {state.home.identity.device_type, state.firmware.slot(state.firmware.running).rollback};
+}
 
 Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
 {
@@ -40,7 +46,10 @@ Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
         kept = state_file_->load();
     }
     firmware_.emplace(state_file_ ? std::optional(state_file_->path() + ".firmware") : std::nullopt,
-                      settings.fetch_limits);
+                      settings.fetch_limits,
+                      settings.firmware_key
+                          ? std::make_shared<const VerificationKey>(*settings.firmware_key)
+                          : nullptr);
     if (!kept) {
         keep(new_state(settings.scenario.value_or(kDefaultScenario)));
         return;
@@ -160,6 +169,9 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
     call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now() - start);
     trace_.call(up, call);
+    if (call.result != 0 && !call.note.empty()) {
+        report_refusal(function, call.note);
+    }
     return call.result;
 }
 
@@ -189,7 +201,7 @@ std::string Gateway::start_firmware(State &changed)
     const FirmwareSlot &started = firmware.slot(firmware.running);
     const std::string name = "firmware " + started.version;
     try {
-        firmware_->check(firmware.running, started, changed.home.identity.device_type);
+        firmware_->check(firmware.running, started, router_of(state_));
         return name + " starts";
     } catch (const Error &failure) {
         firmware.next = state_.firmware.running;
@@ -219,10 +231,18 @@ void Gateway::power_cycle()
     }
 }
 
-bool Gateway::is_closed()
+void Gateway::end_transfers()
 {
     const std::lock_guard lock(mutex_);
-    return closed_;
+    if (firmware_) {
+        firmware_->stop();
+    }
+}
+
+void Gateway::warn(const std::string &text)
+{
+    const std::lock_guard lock(mutex_);
+    trace_.event(uptime(), "warning", text.c_str());
 }
 
 // The main router has one MAC address for its bridge and for itself.

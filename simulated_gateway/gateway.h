@@ -24,9 +24,13 @@ struct Settings {
     std::vector<std::string> faults;
     std::optional<std::string> trace;
     bool show_secrets = false;
-    std::optional<int64_t> fixed_time; // seconds since 1970, else the clock runs
+    std::optional<int64_t> fixed_time;       // seconds since 1970, else the clock runs
+    std::optional<std::string> firmware_key; // file
     FetchLimits fetch_limits;
 };
+
+// The router of the state, as images are for it.
+FirmwareStore::Router router_of(const State &state);
 
 class Gateway {
   public:
@@ -51,7 +55,9 @@ class Gateway {
     void wait(std::chrono::milliseconds time);
     FirmwareStore &firmware() { return *firmware_; }
     const WebLimits &web_limits() const { return web_limits_; }
-    bool is_closed();
+    // Lets downloads and uploads fail from now on, those that are under way as well.
+    void end_transfers();
+    void warn(const std::string &text);
     // What it did last, as lines.
     std::string recent() { return trace_.recent(); }
 

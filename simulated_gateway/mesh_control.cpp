@@ -88,7 +88,7 @@ int32_t devapi_set_pair_status(const PairStatus *status)
         if (!state.home.mesh.enabled) {
             throw Error("the mesh is off");
         }
-        state.under_way.pairing_end = now() + seconds;
+        state.under_way.pairing_end = later(now(), seconds);
         return 0;
     });
 }
@@ -106,7 +106,7 @@ static void start_wps(const State &state, const std::string &band, int64_t &end)
     if (end > now()) {
         throw Error("WPS is under way on " + band);
     }
-    end = now() + wps_seconds;
+    end = later(now(), wps_seconds);
 }
 
 int32_t devapi_set_wps_state(const WpsState *wanted)

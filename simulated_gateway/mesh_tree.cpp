@@ -96,8 +96,9 @@ int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path
 {
     return query(__func__, {reply("list", list), request_text("path", path)},
                  [&](const State &state) {
+                     const ChildRouter *router = router_at(state.home, path);
                      list->count = 0;
-                     for (const Host *host : hosts_at(state.home, router_at(state.home, path))) {
+                     for (const Host *host : hosts_at(state.home, router)) {
                          if (list->count < MESH_MAX_STATIONS) {
                              AdBaseInfo &info = list->stations[list->count++];
                              info.HostIndex = index_of(state.home, *host);
@@ -110,13 +111,14 @@ int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path
 
 int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list)
 {
-    return query(
-        __func__, {request_text("mac", mac), reply("list", list)}, [&](const State &state) {
-            const Home &home = state.home;
-            list->count = 0;
-            for (const ChildRouter *child : active_children(home, &child_router_named(home, mac))) {
-                fill(list->children[list->count++], home, *child);
-            }
-            return 0;
-        });
+    return query(__func__, {request_text("mac", mac), reply("list", list)},
+                 [&](const State &state) {
+                     const Home &home = state.home;
+                     const ChildRouter &router = child_router_named(home, mac);
+                     list->count = 0;
+                     for (const ChildRouter *child : active_children(home, &router)) {
+                         fill(list->children[list->count++], home, *child);
+                     }
+                     return 0;
+                 });
 }

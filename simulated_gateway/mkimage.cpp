@@ -28,6 +28,10 @@ Examples:
   hg-mkimage --product HGU-AX3000 --version V3.2.0 new.image
   hg-mkimage --product HGU-AX3000 --version V3.2.0 --payload rootfs.bin new.image
   hg-mkimage --show new.image
+  openssl genpkey -algorithm ed25519 -out key.pem
+  openssl pkey -in key.pem -pubout -out key.pub
+  hg-mkimage --product HGU-AX3000 --version V3.2.0 --sign key.pem --rollback 7 new.image
+  hg-mkimage --show --firmware-key key.pub new.image
 )";
 
 struct Options {
@@ -36,6 +40,8 @@ struct Options {
     uint64_t size = 1U << 20;
     std::string image;
     bool show = false;
+    std::string signing_key;  // file, else the image is not signed
+    std::string firmware_key; // file, else a signature is not verified
 };
 
 std::string today()
@@ -65,6 +71,11 @@ void invent_payload(const Options &options, const std::function<void(std::string
 void make(Options options)
 {
     ImageHeader &header = options.header;
+    std::optional<SigningKey> key;
+    if (!options.signing_key.empty()) {
+        key.emplace(options.signing_key);
+        header.is_signed = true;
+    }
     const auto with_payload = [&](const std::function<void(std::string_view)> &take) {
         if (options.payload.empty()) {
             invent_payload(options, take);
@@ -82,9 +93,12 @@ void make(Options options)
     digest.add(header.encode());
     with_payload([&](std::string_view bytes) { digest.add(bytes); });
     header.sha256 = digest.finish();
+    if (key) {
+        header.signature = key->sign(header.encode());
+    }
 
     NewFile image(options.image);
-    ImageCheck check(header.product, UINT64_MAX);
+    ImageCheck check({.product = header.product});
     const auto write = [&](std::string_view bytes) {
         check.add(bytes);
         image.write(bytes);
@@ -95,9 +109,13 @@ void make(Options options)
     image.replace();
 }
 
-void show(const std::string &file)
+void show(const std::string &file, const std::string &firmware_key)
 {
-    ImageCheck check(std::nullopt, UINT64_MAX);
+    ImageDemands demands;
+    if (!firmware_key.empty()) {
+        demands.key = std::make_shared<const VerificationKey>(firmware_key);
+    }
+    ImageCheck check(demands);
     ImageHeader header;
     try {
         read_file(file, [&](std::string_view bytes) { check.add(bytes); });
@@ -109,6 +127,13 @@ void show(const std::string &file)
     std::printf("product: %s\nversion: %s\ndate: %s\npayload: %ju bytes\nSHA-256: %s\n",
                 header.product.c_str(), header.version.c_str(), header.date.c_str(),
                 static_cast<uintmax_t>(header.payload_size), hexadecimal(header.sha256).c_str());
+    if (header.is_signed) {
+        std::printf("rollback number: %ju\nsignature: %s\n",
+                    static_cast<uintmax_t>(header.rollback),
+                    demands.key ? "holds" : "not verified");
+    } else {
+        std::puts("signature: none");
+    }
     if (std::fflush(stdout) != 0) {
         refuse_file("standard output");
     }
@@ -133,6 +158,18 @@ Options parse(CLI::App &app, int count, char **words)
     CLI::Option *payload =
         app.add_option("--payload", options.payload, "File with the payload instead")
             ->type_name("FILE");
+    CLI::Option *sign = app.add_option("--sign", options.signing_key,
+                                       "File with a private Ed25519 key, as PEM, to sign with")
+                            ->type_name("KEY");
+    CLI::Option *rollback =
+        app.add_option("--rollback", options.header.rollback,
+                       "Number below which no firmware is taken any more once this one runs")
+            ->type_name("NUMBER")
+            ->capture_default_str();
+    CLI::Option *firmware_key =
+        app.add_option("--firmware-key", options.firmware_key,
+                       "With --show: the image has to be signed by this public key")
+            ->type_name("FILE");
     app.add_flag("--show", options.show, "Verify an image and print its header, nothing else");
     app.add_option("IMAGE", options.image, "File of the image")->type_name("")->required();
     app.parse(count, words);
@@ -142,10 +179,16 @@ Options parse(CLI::App &app, int count, char **words)
             throw CLI::RequiredError(option->get_name());
         }
     }
-    for (const CLI::Option *option : {product, version, date, size, payload}) {
+    for (const CLI::Option *option : {product, version, date, size, payload, sign, rollback}) {
         if (options.show && option->count() > 0) {
             throw CLI::ExcludesError("--show", option->get_name());
         }
+    }
+    if (!options.show && firmware_key->count() > 0) {
+        throw CLI::RequiresError(firmware_key->get_name(), "--show");
+    }
+    if (rollback->count() > 0 && sign->count() == 0) {
+        throw CLI::RequiresError(rollback->get_name(), sign->get_name());
     }
     if (size->count() > 0 && payload->count() > 0) {
         throw CLI::ExcludesError(size->get_name(), payload->get_name());
@@ -162,7 +205,7 @@ int run(int count, char **words)
     } catch (const CLI::ParseError &outcome) {
         return app.exit(outcome) == 0 ? kSuccess : kWrongUsage;
     }
-    options.show ? show(options.image) : make(options);
+    options.show ? show(options.image, options.firmware_key) : make(options);
     return kSuccess;
 }
 

@@ -41,7 +41,7 @@ void let_time_pass(State &state)
             continue;
         }
         if (guest.end_time == 0) {
-            guest.end_time = now() + guest.seconds;
+            guest.end_time = later(now(), guest.seconds);
         }
         if (guest.end_time <= now()) {
             switch_network(home, ssid, false);

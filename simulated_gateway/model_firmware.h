@@ -15,7 +15,8 @@ namespace simulated_gateway {
 struct FirmwareSlot {
     std::string version;
     std::string date;
-    std::string sha256; // of the image
+    std::string sha256;   // of the image
+    int64_t rollback = 0; // 0 also of an image without a number
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -23,6 +24,7 @@ struct FirmwareSlot {
         visit.field("version", self.version, Text{sizeof(SystemInfo::SWVersion), optional});
         visit.field("date", self.date, Text{sizeof(HgBaseInfo::FWDATA), optional});
         visit.field("sha256", self.sha256, Text{65, optional});
+        visit.field("rollback", self.rollback, Range{0, UINT32_MAX, optional});
     }
 };
 

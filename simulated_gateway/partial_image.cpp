@@ -9,10 +9,16 @@
 
 namespace simulated_gateway {
 
-PartialImage::PartialImage(std::string path, std::string address, std::string product,
-                           uint64_t largest)
-    : path_(std::move(path)), origin_path_(path_ + ".origin"), address_(std::move(address)),
-      product_(std::move(product)), largest_(largest), check_(product_, largest_)
+static std::string digest_of(const std::string &address)
+{
+    Sha256 digest;
+    digest.add(address);
+    return hexadecimal(digest.finish());
+}
+
+PartialImage::PartialImage(std::string path, const std::string &address, ImageDemands demands)
+    : path_(std::move(path)), origin_path_(path_ + ".origin"), origin_(digest_of(address)),
+      demands_(std::move(demands)), check_(demands_)
 {
     if (!take_up()) {
         start_over("");
@@ -23,8 +29,8 @@ PartialImage::PartialImage(std::string path, std::string address, std::string pr
 bool PartialImage::take_up()
 try {
     const std::string origin = read_file(origin_path_);
-    const std::string address_line = address_ + "\n";
-    if (!origin.starts_with(address_line) || origin.size() == address_line.size()) {
+    const std::string first_line = origin_ + "\n";
+    if (!origin.starts_with(first_line) || origin.size() == first_line.size()) {
         return false;
     }
     read_file(path_, [&](std::string_view bytes) {
@@ -32,7 +38,7 @@ try {
         size_ += bytes.size();
     });
     open_file(O_APPEND);
-    validator_ = origin.substr(address_line.size());
+    validator_ = origin.substr(first_line.size());
     return true;
 } catch (const Error &) {
     return false;
@@ -43,12 +49,12 @@ void PartialImage::start_over(const std::string &validator)
     // In this order: bytes never lie beside the name of a version that they are not of.
     unlink(path_.c_str());
     if (!validator.empty()) {
-        replace_file(origin_path_, address_ + "\n" + validator);
+        replace_file(origin_path_, origin_ + "\n" + validator);
     } else {
         unlink(origin_path_.c_str());
     }
     open_file(O_CREAT | O_EXCL);
-    check_ = ImageCheck(product_, largest_);
+    check_ = ImageCheck(demands_);
     size_ = 0;
     validator_ = validator;
 }

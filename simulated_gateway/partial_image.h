@@ -12,9 +12,8 @@ namespace simulated_gateway {
 
 class PartialImage {
   public:
-    // Takes up what an earlier download from the address has left at the path. The image has to be
-    // for the product and no larger. Throws an Error.
-    PartialImage(std::string path, std::string address, std::string product, uint64_t largest);
+    // Takes up what an earlier download from the address has left at the path. Throws an Error.
+    PartialImage(std::string path, const std::string &address, ImageDemands demands);
 
     // How much is there already, and how the server names this version of the image. 0 and empty
     // when there is nothing to go on from.
@@ -36,10 +35,9 @@ class PartialImage {
     template <class Step> void or_remove(const Step &step);
 
     std::string path_;
-    std::string origin_path_; // holds the address and, on a line of its own, the validator
-    std::string address_;
-    std::string product_;
-    uint64_t largest_;
+    std::string origin_path_; // holds the origin and, on a line of its own, the validator
+    std::string origin_;      // a digest of the address, in which passwords may stand
+    ImageDemands demands_;
     ImageCheck check_;
     uint64_t size_ = 0;
     std::string validator_;

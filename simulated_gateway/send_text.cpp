@@ -11,8 +11,8 @@ constexpr size_t kLargestAnswer = 64U << 10;
 class Upload : public WebTransfer {
   public:
     Upload(const WebAddress &address, const std::string &text, const WebLimits &limits,
-           const std::function<bool()> &goes_on)
-        : WebTransfer(address, limits, goes_on), text_(text)
+           TransferBudget &budget, const std::function<bool()> &goes_on)
+        : WebTransfer(address, limits, budget, goes_on), text_(text)
     {
         add_header("Content-Type: text/plain; charset=utf-8");
         set(CURLOPT_UPLOAD, 1L);
@@ -69,7 +69,8 @@ void send_text(const WebAddress &address, const std::string &text, const WebLimi
     if (!address.is_of_web()) {
         throw Error("the address does not hold: its scheme is none of http, https");
     }
-    Upload(address, text, limits, goes_on).run();
+    TransferBudget budget(limits);
+    Upload(address, text, limits, budget, goes_on).run();
 }
 
 } // namespace simulated_gateway

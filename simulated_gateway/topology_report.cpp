@@ -82,8 +82,9 @@ int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac)
     return query(__func__, {reply("list", list), request_text("mac", mac)},
                  [&](const State &state) {
                      const Home &home = state.home;
+                     const ChildRouter &router = child_router_named(home, mac);
                      list->count = 0;
-                     for (const Host *host : hosts_at(home, &child_router_named(home, mac))) {
+                     for (const Host *host : hosts_at(home, &router)) {
                          if (list->count < MESH_MAX_STATIONS) {
                              list->indexes[list->count++] = index_of(home, *host);
                          }

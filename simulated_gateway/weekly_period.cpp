@@ -1,5 +1,7 @@
 #include "weekly_period.h"
 
+#include "clock.h"
+
 #include <algorithm>
 
 namespace simulated_gateway {
@@ -37,7 +39,8 @@ template <class Visit> void visit_spans(const WeeklyPeriod &period, int64_t time
     const int64_t today = time / kDay;
     for (int64_t day = std::max<int64_t>(0, today - kDaysOfWeek); day <= today; ++day) {
         if (period.days.find(day_of_week(day)) != std::string::npos) {
-            visit(Span{day * kDay + start, (end <= start ? day + 1 : day) * kDay + end});
+            const int64_t midnight = day * kDay;
+            visit(Span{later(midnight, start), later(midnight, end <= start ? kDay + end : end)});
         }
     }
 }

@@ -35,8 +35,10 @@ bool tell_time(TimeText &text)
     if (now == static_cast<time_t>(-1) || localtime_r(&now, &local) == nullptr) {
         return false;
     }
-    snprintf(text, sizeof text, "%d%02d%02d%02d%02d%02d", local.tm_year + 1900, local.tm_mon + 1,
-             local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+    // An int does not hold the last years of a 64-bit clock.
+    const unsigned year = static_cast<unsigned>(local.tm_year) + 1900;
+    snprintf(text, sizeof text, "%u%02d%02d%02d%02d%02d", year, local.tm_mon + 1, local.tm_mday,
+             local.tm_hour, local.tm_min, local.tm_sec);
     return true;
 }
 

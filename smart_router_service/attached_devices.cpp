@@ -93,7 +93,7 @@ bool read_binding(const cJSON *obj, AdBaseInfo *device)
 
 int32_t json_get_attach_dev_base_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "get ad base info error";
+    constexpr const char *kFailure = "get ad base info error";
     int32_t count = 0;
     if (minus_one(devapi_get_host_num(&count))) {
         return refuse(obj, kFailure);
@@ -136,7 +136,7 @@ int32_t json_set_attach_dev_base_info(cJSON *obj)
 
 int32_t json_set_firewall_switch(cJSON *obj)
 {
-    constexpr char kFailure[] = "set firewall switch failed";
+    constexpr const char *kFailure = "set firewall switch failed";
     const char *enable = text_under(obj, "Enable");
     if (enable == nullptr) {
         return -1; // the one command that says nothing of what it misses

@@ -94,7 +94,7 @@ int32_t json_set_child_routerad_base_info(cJSON *obj)
 
 int32_t json_get_child_router_adbaseinfo(cJSON *obj)
 {
-    constexpr char kNotCopied[] = "cJSON_Print fail";
+    constexpr const char *kNotCopied = "cJSON_Print fail";
     if (cJSON_GetObjectItem(obj, kDeviceId) == nullptr) {
         return refuse(obj, kNoDeviceId);
     }

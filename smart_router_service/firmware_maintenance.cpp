@@ -76,7 +76,7 @@ int32_t json_get_child_router_update_info(cJSON *array)
 
 int32_t json_get_update_status(cJSON *obj)
 {
-    constexpr char kFailure[] = "Get mainrouter update status failed";
+    constexpr const char *kFailure = "Get mainrouter update status failed";
     JsonItem router(cJSON_CreateObject());
     if (router.get() == nullptr || json_hg_get_update_status(router.get()) != 0) {
         return refuse(obj, kFailure);
@@ -94,7 +94,7 @@ int32_t json_get_update_status(cJSON *obj)
 
 int32_t json_send_log_to_platform(cJSON *obj)
 {
-    constexpr char kNoMac[] = "json node: get dev mac error";
+    constexpr const char *kNoMac = "json node: get dev mac error";
     char mac[24] = "";
     if (devapi_get_iotagtd_device_mac(mac, sizeof mac) != 0) {
         return refuse(obj, kNoMac);

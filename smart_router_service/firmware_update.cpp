@@ -84,7 +84,7 @@ const char *platform_update_refusal(const cJSON *image, const char **url)
 
 int32_t json_hg_get_update_status(cJSON *obj)
 {
-    constexpr char kFailure[] = "get update status info failed";
+    constexpr const char *kFailure = "get update status info failed";
     UpdateStatusInfo status = {};
     const int32_t result = devapi_get_update_status_info(&status);
     if (result != 0) {
@@ -196,7 +196,7 @@ int32_t json_image_download(cJSON *obj)
 
 int32_t json_hg_image_download(cJSON *obj)
 {
-    constexpr char kFailure[] = "hg download image failed";
+    constexpr const char *kFailure = "hg download image failed";
     cJSON *item = item_of(obj, "UpdateUrl");
     if (text_of(item) == nullptr) {
         return refuse(obj, "json_url node null");
@@ -247,7 +247,7 @@ int32_t json_image_update(cJSON *obj)
 
 int32_t json_hg_image_update(cJSON *obj)
 {
-    constexpr char kFailure[] = "gghelper_update_image failed";
+    constexpr const char *kFailure = "gghelper_update_image failed";
     const char *update = text_of(item_of(obj, "Update"));
     if (update == nullptr) {
         return refuse(obj, "json node null");

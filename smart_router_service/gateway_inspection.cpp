@@ -107,7 +107,7 @@ int32_t optimize(cJSON *obj, int32_t (*call)(WifiInspectInfo *), FieldList wishe
 {
     WifiInspectInfo info = {};
     SettingSteps run(obj, wishes, Consume::kAfterCall);
-    if (!run.find(kNodeOrValueNull)) {
+    if (!run.find(node_or_value_null())) {
         return -1;
     }
     run.success().reserve(choices);
@@ -134,7 +134,7 @@ HANDLER(json_optimize_net_connect,
 
 int32_t json_inspect_hg(cJSON *obj)
 {
-    constexpr char kFailure[] = "inspect hg failed";
+    constexpr const char *kFailure = "inspect hg failed";
     WifiInspectInfo wifi = {};
     FwInspectInfo firmware = {};
     NetInspectInfo net = {};

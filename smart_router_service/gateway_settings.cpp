@@ -93,7 +93,7 @@ constexpr char kPppoeFailure[] = "get hg pppoe info failed";
 
 int32_t json_get_hg_base_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "get base info error!";
+    constexpr const char *kFailure = "get base info error!";
     HgBaseInfo base;
     LanIpInfo lan;
     WanIpInfo wan;

@@ -177,7 +177,7 @@ HANDLER(json_set_green_net_enable,
 
 int32_t json_get_green_net_list(cJSON *obj)
 {
-    constexpr char kFailure[] = "get host num failed";
+    constexpr const char *kFailure = "get host num failed";
     int32_t count = 0;
     if (devapi_get_greennet_num(&count) != 0) {
         return refuse(obj, kFailure);
@@ -225,7 +225,7 @@ int32_t json_set_green_net_list(cJSON *obj)
 
 int32_t json_set_green_net_notify(cJSON *obj)
 {
-    constexpr char kFailure[] = "set host notify failed.";
+    constexpr const char *kFailure = "set host notify failed.";
     GreenHostInfo device = {};
     SettingRun run(obj, kNotifySetting, Consume::kAfterCall);
     if (!run.find(kNoList) || !run.fill(&device, kFailure)) {

@@ -219,7 +219,7 @@ int32_t read_record(cJSON *item, FieldList fields, void *record)
 {
     cJSON *items[kMostKeys];
     if (item == nullptr || record == nullptr ||
-        find_required(item, fields, kNodeOrValueNull, items) != nullptr) {
+        find_required(item, fields, node_or_value_null(), items) != nullptr) {
         return -1;
     }
     copy_items(fields, items, record);

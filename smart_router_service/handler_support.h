@@ -307,7 +307,10 @@ struct MissingTexts {
     }
 };
 
-inline constexpr MissingTexts kNodeOrValueNull = {"json node null", "value string null"};
+constexpr MissingTexts node_or_value_null()
+{
+    return {"json node null", "value string null"};
+}
 
 // Finds every key of the table in obj, as cJSON_GetObjectItem() would, and leaves its item in
 // items, in the table's order; null for an absent one.
@@ -677,7 +680,7 @@ template <Consume when, FailureRule failed>
 [[gnu::noinline]] int32_t setting_engine(cJSON *obj, FieldList fields, const char *failure,
                                          RecordCall call)
 {
-    return run_setting(obj, fields, failure, call, when, failed, kNodeOrValueNull);
+    return run_setting(obj, fields, failure, call, when, failed, node_or_value_null());
 }
 
 template <Consume when, FailureRule failed>

@@ -55,7 +55,7 @@ void add_channels(Reply &reply, const char *key, const int16_t (&channels)[most]
 
 int32_t json_get_scan_channel_count(cJSON *obj)
 {
-    constexpr char kFailure[] = "Get Wifi channel error";
+    constexpr const char *kFailure = "Get Wifi channel error";
     WifiChannelList channels = {};
     ChannelApNum access_points = {};
     const int32_t list_result = devapi_get_all_wifi_channel_list(&channels);
@@ -87,7 +87,7 @@ int32_t json_get_link_check(cJSON *obj)
 
 int32_t json_get_sta_rssi(cJSON *obj)
 {
-    constexpr char kFailure[] = "get scan rssi failed";
+    constexpr const char *kFailure = "get scan rssi failed";
     const char *ip = text_under(obj, "IP");
     if (ip == nullptr) {
         return refuse(obj, "rssi get ip is NULL");

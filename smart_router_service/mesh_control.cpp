@@ -186,7 +186,7 @@ HANDLER(json_get_led,
 int32_t json_set_led(cJSON *obj)
 {
     // The signal check's text; apps know it from here as well.
-    constexpr char kFailure[] = "get scan rssi failed";
+    constexpr const char *kFailure = "get scan rssi failed";
     cJSON *items[kLed.kCount];
     find_items(obj, kLed, items);
     for (const cJSON *item : items) {

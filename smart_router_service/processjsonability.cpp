@@ -9,133 +9,110 @@ namespace {
 
 using Handler = int32_t (*)(cJSON *obj);
 
-// The names and the handlers stand apart, in the order of the table: the names are one text, since
-// a pointer to each would take more room than the places where they begin.
+} // namespace
+
+// The handlers in the order of the table. An address would have to be relocated at loading, in a
+// page that is private to the process from then on. Where size counts most, each entry is the
+// distance from itself to its handler instead, which the linker knows.
+#if defined(__mips__)
+extern "C" [[gnu::visibility("hidden")]] const int32_t handler_distances[];
+#define COMMAND_DISTANCE(name, handler) ".word " #handler " - .\n"
+__asm__(".section .rodata.handler_distances, \"a\"\n"
+        ".balign 4\n"
+        ".globl handler_distances\n"
+        ".hidden handler_distances\n"
+        "handler_distances:\n" SMART_ROUTER_COMMANDS(COMMAND_DISTANCE) ".previous\n");
+#undef COMMAND_DISTANCE
+
+static Handler handler_at(size_t position)
+{
+    const int32_t *distance = handler_distances + position;
+    return reinterpret_cast<Handler>(reinterpret_cast<intptr_t>(distance) + *distance);
+}
+#else
+static Handler handler_at(size_t position)
+{
 #define COMMAND_HANDLER(name, handler) handler,
-constexpr Handler kHandlers[] = {SMART_ROUTER_COMMANDS(COMMAND_HANDLER)};
+    static constexpr Handler kHandlers[] = {SMART_ROUTER_COMMANDS(COMMAND_HANDLER)};
 #undef COMMAND_HANDLER
+    return kHandlers[position];
+}
+#endif
+
+namespace {
+
+// The names are one text, since a pointer to each would take more room than the places where they
+// begin.
 #define COMMAND_NAME(name, handler) name "\0"
 constexpr char kNames[] = SMART_ROUTER_COMMANDS(COMMAND_NAME);
 #undef COMMAND_NAME
 
-constexpr unsigned kCommandCount = sizeof(kHandlers) / sizeof(kHandlers[0]);
+#define COMMAND_COUNT(name, handler) +1
+constexpr size_t kCommandCount = SMART_ROUTER_COMMANDS(COMMAND_COUNT);
+#undef COMMAND_COUNT
+static_assert(sizeof kNames <= UINT16_MAX, "places are kept in 16 bits");
+static_assert(kCommandCount <= UINT8_MAX, "positions are kept in 8 bits");
 
-// Every name has these places; together with the length they tell nearly all names apart.
-constexpr size_t kHashedPlaces[] = {0, 4, 9};
-constexpr size_t kShortestName = 10;
-
-// A few characters and not all, so that a long name costs no more than a short one.
-constexpr uint32_t hash_of(const char *name, size_t length)
-{
-    auto hash = static_cast<uint32_t>(length);
-    for (const size_t place : kHashedPlaces) {
-        hash = hash * 33 + static_cast<unsigned char>(name[place]);
-    }
-    return hash * 33 + static_cast<unsigned char>(name[length - 2]);
-}
-
-constexpr size_t length_of(const char *name)
-{
-    size_t length = 0;
-    while (name[length] != '\0') {
-        ++length;
-    }
-    return length;
-}
-
-constexpr bool are_same(const char *left, const char *right)
+constexpr bool is_before(const char *left, const char *right)
 {
     while (*left != '\0' && *left == *right) {
         ++left;
         ++right;
     }
-    return *left == *right;
+    return *left < *right;
 }
 
-// Where each name begins, and the last one ends.
-struct NamePlaces {
-    uint16_t place[kCommandCount + 1] = {};
-
-    constexpr NamePlaces()
-    {
-        static_assert(sizeof kNames <= UINT16_MAX, "places are kept in 16 bits");
-        size_t at = 0;
-        for (unsigned position = 0; position < kCommandCount; ++position) {
-            place[position] = static_cast<uint16_t>(at);
-            at += length_of(kNames + at) + 1;
-        }
-        place[kCommandCount] = static_cast<uint16_t>(at);
-    }
-};
-
-constexpr NamePlaces kPlaces;
-
-constexpr const char *name_at(unsigned position)
-{
-    return kNames + kPlaces.place[position];
-}
-
-bool is_name_at(unsigned position, const char *name, size_t length)
-{
-    const size_t size = static_cast<size_t>(kPlaces.place[position + 1] - kPlaces.place[position]);
-    return size == length + 1 && memcmp(name_at(position), name, length) == 0;
-}
-
-// Positions in the table by the hash of the name, or in the next free slot: the table itself keeps
-// the order of the protocol's list. Twice as many slots as names keep the ways short.
+// The commands in the order of their names, for a binary search: where each name begins in kNames,
+// and its position in the table.
 struct NameIndex {
-    static constexpr size_t kSlots = 256;
-    static constexpr uint8_t kFree = UINT8_MAX;
-    static_assert(kCommandCount < kSlots / 2 && kCommandCount < kFree, "give the index more slots");
-
-    uint8_t position[kSlots] = {};
-    bool are_names_unique = true;
-    bool are_names_long_enough = true;
-    unsigned longest_way = 0;
-
-    static constexpr size_t first_slot(uint32_t hash) { return hash % kSlots; }
-    static constexpr size_t next_slot(size_t slot) { return (slot + 1) % kSlots; }
+    uint16_t place[kCommandCount] = {};
+    uint8_t position[kCommandCount] = {};
 
     constexpr NameIndex()
     {
-        for (uint8_t &entry : position) {
-            entry = kFree;
-        }
-        for (unsigned at = 0; at < kCommandCount; ++at) {
-            const char *name = name_at(at);
-            are_names_long_enough = are_names_long_enough && length_of(name) >= kShortestName;
-            const uint32_t hash = hash_of(name, length_of(name));
-            size_t slot = first_slot(hash);
-            unsigned way = 1;
-            while (position[slot] != kFree) {
-                are_names_unique = are_names_unique && !are_same(name_at(position[slot]), name);
-                slot = next_slot(slot);
-                ++way;
+        size_t next = 0;
+        for (size_t count = 0; count < kCommandCount; ++count) {
+            size_t at = count;
+            for (; at > 0 && is_before(kNames + next, name(at - 1)); --at) {
+                place[at] = place[at - 1];
+                position[at] = position[at - 1];
             }
-            position[slot] = static_cast<uint8_t>(at);
-            longest_way = way > longest_way ? way : longest_way;
+            place[at] = static_cast<uint16_t>(next);
+            position[at] = static_cast<uint8_t>(count);
+            while (kNames[next++] != '\0') {
+            }
         }
+    }
+    constexpr const char *name(size_t at) const { return kNames + place[at]; }
+    constexpr bool are_names_unique() const
+    {
+        for (size_t at = 1; at < kCommandCount; ++at) {
+            if (!is_before(name(at - 1), name(at))) {
+                return false;
+            }
+        }
+        return true;
     }
 };
 
 constexpr NameIndex kByName;
-static_assert(kByName.are_names_unique, "two commands have the same name");
-static_assert(kByName.are_names_long_enough, "a name ends before the places that are hashed");
-static_assert(kByName.longest_way <= 4, "names meet in one slot too often: hash other places");
+static_assert(kByName.are_names_unique(), "two commands have the same name");
 
 Handler find_handler(const char *name)
 {
-    const size_t length = strlen(name);
-    if (length < kShortestName) {
-        return nullptr;
-    }
-    size_t slot = NameIndex::first_slot(hash_of(name, length));
-    while (kByName.position[slot] != NameIndex::kFree) {
-        const unsigned position = kByName.position[slot];
-        if (is_name_at(position, name, length)) {
-            return kHandlers[position];
+    size_t first = 0;
+    size_t end = kCommandCount;
+    while (first < end) {
+        const size_t middle = (first + end) / 2;
+        const int order = strcmp(name, kByName.name(middle));
+        if (order == 0) {
+            return handler_at(kByName.position[middle]);
         }
-        slot = NameIndex::next_slot(slot);
+        if (order < 0) {
+            end = middle;
+        } else {
+            first = middle + 1;
+        }
     }
     return nullptr;
 }

@@ -73,7 +73,7 @@ const char *replace_periods(const cJSON *elements, int32_t host)
 
 int32_t json_get_protect_period_list(cJSON *obj)
 {
-    constexpr char kFailure[] = "get protect period list failed";
+    constexpr const char *kFailure = "get protect period list failed";
     MacText mac = "";
     if (!read_mac(obj, mac)) {
         return -1;

@@ -158,7 +158,7 @@ HANDLER(json_set_qos_app_info,
 
 int32_t json_get_qos_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "get uplink qos info error";
+    constexpr const char *kFailure = "get uplink qos info error";
     Allocated<QosInfo> qos;
     if (qos.get() == nullptr || devapi_get_uplink_qos_info(qos.get()) != 0) {
         return refuse(obj, kFailure);
@@ -173,7 +173,7 @@ int32_t json_get_qos_info(cJSON *obj)
 
 int32_t parse_json_set_qos_cls_info(QosRule *rule, cJSON *obj)
 {
-    constexpr char kName[] = "parse_json_set_qos_cls_info";
+    constexpr const char *kName = "parse_json_set_qos_cls_info";
     if (rule == nullptr || obj == nullptr) {
         return -1;
     }
@@ -202,7 +202,7 @@ int32_t parse_json_set_qos_cls_info(QosRule *rule, cJSON *obj)
 
 int32_t json_set_qos_classification_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "set qos cls info error";
+    constexpr const char *kFailure = "set qos cls info error";
     QosRule rule = {};
     if (parse_json_set_qos_cls_info(&rule, obj) != 0) {
         return refuse(obj, "json param is invalid or miss");

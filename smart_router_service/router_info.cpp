@@ -160,7 +160,7 @@ bool smart_router::add_own_mac(cJSON *object)
 
 int32_t json_get_main_router_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "get base info error!";
+    constexpr const char *kFailure = "get base info error!";
     AreaCode area;
     read_area_code(area);
     LOG_DEBUG("area_code = %s\n", Ended(area).text());

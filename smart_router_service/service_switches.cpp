@@ -92,7 +92,7 @@ constexpr auto kPortStatistics = Fields{
 // key that apps know.
 void answer_ports(cJSON *obj, FieldList fields, const void *entries, size_t count)
 {
-    constexpr char kFailure[] = "cJSON_CreateArray error";
+    constexpr const char *kFailure = "cJSON_CreateArray error";
     Reply reply;
     cJSON *list = reply.list("port_stat_list");
     const char *entry = static_cast<const char *>(entries);

@@ -275,7 +275,7 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
 
 int32_t json_get_tsnk_topo_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "Create mainrouter json error";
+    constexpr const char *kFailure = "Create mainrouter json error";
     JsonItem router(cJSON_CreateObject());
     if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
         return refuse(obj, kFailure);

@@ -38,7 +38,7 @@ int32_t json_set_uplink_wifi_info(cJSON *obj)
 {
     constexpr size_t kCount = kUplinkFields.kCount;
     cJSON *items[kCount];
-    const char *wrong = find_required(obj, kUplinkFields, kNodeOrValueNull, items);
+    const char *wrong = find_required(obj, kUplinkFields, node_or_value_null(), items);
     for (size_t at = 0; at < kCount; ++at) {
         if (items[at] == nullptr) {
             LOG_ERROR("can not find %s object!\n", kLoggedNames[at]);

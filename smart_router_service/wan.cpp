@@ -146,7 +146,7 @@ int32_t json_query_wan_info(cJSON *obj)
 
 int32_t json_set_wan_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "SET_ROUTE_WAN_INFO_FAIL";
+    constexpr const char *kFailure = "SET_ROUTE_WAN_INFO_FAIL";
     WanInfo wan = {};
     cJSON *items[kWanSetting.kCount];
     find_items(obj, kWanSetting, items);

@@ -48,7 +48,7 @@ constexpr int32_t kMainSsid = 1;
 
 int32_t json_get_wifi_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "get ssid info failed";
+    constexpr const char *kFailure = "get ssid info failed";
     cJSON *item = cJSON_GetObjectItem(obj, "SSIDIndex");
     if (text_of(item) == nullptr) {
         log_error("can not find SSIDIndex object!\n");
@@ -75,10 +75,10 @@ int32_t json_get_wifi_info(cJSON *obj)
 
 int32_t json_set_wifi_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "SET_WIFI_INFO_FAIL";
+    constexpr const char *kFailure = "SET_WIFI_INFO_FAIL";
     SsidInfo ssid = {};
     SettingRun run(obj, kSsidSetting, Consume::kAfterCall);
-    if (!run.find(kNodeOrValueNull) || !run.fill(&ssid, kFailure)) {
+    if (!run.find(node_or_value_null()) || !run.fill(&ssid, kFailure)) {
         return -1;
     }
     run.consume_from(kSsidRequired);

@@ -103,7 +103,7 @@ bool start_worker(SsidInfo *records, int32_t count)
 
 int32_t json_get_wifi_list_info(cJSON *obj)
 {
-    constexpr char kFailure[] = "get ssid_num error";
+    constexpr const char *kFailure = "get ssid_num error";
     int32_t count = 0;
     int32_t station_control = 1;
     int32_t result = devapi_get_ssid_num(&count);

@@ -139,7 +139,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
 
 int32_t json_scan_wifi_ssid_list(cJSON *obj)
 {
-    constexpr char kFailure[] = "get scan rssi failed";
+    constexpr const char *kFailure = "get scan rssi failed";
     ScanOwner scan;
     const int32_t result = devapi_get_scan_ssid(&scan.result);
     if (result != 0) {
@@ -160,7 +160,7 @@ int32_t json_scan_wifi_ssid_list(cJSON *obj)
 
 int32_t json_get_scan_channle_power_list(cJSON *obj)
 {
-    constexpr char kFailure[] = "get channel rssi failed";
+    constexpr const char *kFailure = "get channel rssi failed";
     ChannelPowerResult power = {};
     const int32_t result = devapi_scan_channel_power(&power);
     const Freed entries(power.entries);
@@ -181,7 +181,7 @@ int32_t json_get_scan_channle_power_list(cJSON *obj)
 
 int32_t json_get_all_wifi_channel_list(cJSON *obj)
 {
-    constexpr char kFailure[] = "Get Wifi channel error";
+    constexpr const char *kFailure = "Get Wifi channel error";
     WifiChannelList channels = {};
     const int32_t result = devapi_get_all_wifi_channel_list(&channels);
     if (result != 0) {

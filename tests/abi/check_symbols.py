@@ -68,7 +68,7 @@ def faults_of(readelf, plugin):
     if "TEXTREL" in dynamic:
         yield "has relocations in its code"
     segments = read(readelf, "--program-headers", plugin)
-    if "GNU_RELRO" not in segments:
+    if "GNU_RELRO" not in segments and ".data.rel.ro" in read(readelf, "--section-headers", plugin):
         yield "keeps its relocated data writable"
     if re.search(r"GNU_STACK.*RWE", segments):
         yield "asks for an executable stack"

@@ -6,11 +6,13 @@
 
 #include <csignal>
 #include <fstream>
+#include <iterator>
 
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -95,6 +97,13 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"undocumented_result", "GET_LED_STATUS",
                   "devapi_get_led_info: it answers 1, which the header does not know"},
         FaultCase{"failure", "GET_SN_INFO", "devapi_get_sn_info answers -7"},
+        FaultCase{
+            "refused_command", "GET_UPNP_STATE",
+            "devapi_get_upnp_state: it calls system(\"upnpc --state\"), which hgagent refuses"},
+        FaultCase{
+            "refused_command_unnoticed", "GET_UPNP_STATE",
+            "devapi_get_upnp_state: it calls system(\"upnpc --state\"), which hgagent refuses"},
+        FaultCase{"fail_reason", "SET_LAN_IP_INFO", "it says: devapi_set_lan_ip_info: RRRR"},
         FaultCase{"nothing_written", "GET_SN_INFO",
                   "devapi_get_sn_info: it answers 0 and fills nothing in"},
         FaultCase{"writes_behind", "GET_SN_INFO", "it writes behind what it is given"},
@@ -125,6 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"unterminated_view", "report topology",
                   "devapi_get_viewmac_by_mac: the text does not end within its 32 bytes"},
         FaultCase{"crash", "GET_SN_INFO", "it crashes (ABRT) in devapi_get_sn_info"},
+        FaultCase{"realtime_signal", "GET_SN_INFO", "it crashes (RTMIN+1) in devapi_get_sn_info"},
         FaultCase{"exit", "GET_SN_INFO", "it ends the process with status 3 in devapi_get_sn_info"},
         FaultCase{"writes_into_setting", "SET_UPNP_STATE",
                   "devapi_set_upnp_state: it writes into what it may only read"},
@@ -176,17 +186,42 @@ TEST(Conformance, GoesOnAfterACrash)
     EXPECT_THAT(lines_of(result.output).back(), HasSubstr(" 1 failed"));
 }
 
-TEST(Conformance, NamesEveryFunctionThatIsNotThere)
+TEST(Conformance, CountsTheFunctionsThatAreNotThere)
 {
     const AgentResult result = conformance(INCOMPLETE_DEVICE);
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_THAT(row_of(result, "functions"),
-                AllOf(HasSubstr("failed"), HasSubstr("there is no devapi_get_system_info\n"),
-                      HasSubstr("there is no devapi_set_port_binding\n"),
-                      Not(HasSubstr("devapi_get_sn_info\n"))));
+                MatchesRegex("functions +failed +[0-9]+ functions are missing: devapi_[a-z_]+, "
+                             "devapi_[a-z_]+, devapi_[a-z_]+ and [0-9]+ more "
+                             "\\(--verbose names all\\)\n"));
     EXPECT_THAT(row_of(result, "GET_SN_INFO"), HasSubstr("passed"));
     EXPECT_THAT(row_of(result, "QUERY_SYSTEM_INFO"),
-                HasSubstr("devapi_get_system_info: the library has no such function"));
+                MatchesRegex("QUERY_SYSTEM_INFO +failed +devapi_get_system_info: the library has "
+                             "no such function\n"));
+}
+
+TEST(Conformance, NamesEveryFunctionThatIsNotThere)
+{
+    const std::string junit = test_file("missing.xml");
+    const AgentResult result = run_agent({"--verbose", "--log-level", "0", "--device",
+                                          INCOMPLETE_DEVICE, "conformance", "--junit", junit});
+    std::ifstream file(junit);
+    const std::string results(std::istreambuf_iterator<char>(file), {});
+    for (const std::string &text : {row_of(result, "functions"), results}) {
+        EXPECT_THAT(
+            text, AllOf(HasSubstr(" functions are missing"), HasSubstr("devapi_get_system_info\n"),
+                        HasSubstr("devapi_set_port_binding\n"),
+                        Not(HasSubstr("devapi_get_sn_info\n")), Not(HasSubstr("--verbose"))));
+    }
+}
+
+TEST(Conformance, TellsWhatTheLibrarySaysOfWhatItDoesNotSupport)
+{
+    const AgentResult result = with_fault("says_why", {"--command", "GET_UPNP_STATE"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(row_of(result, "GET_UPNP_STATE"),
+                AllOf(HasSubstr("not supported  devapi_get_upnp_state\n"),
+                      HasSubstr("it says: faulty: no daemon answers, Password:***\n")));
 }
 
 TEST(Conformance, TakesTheExampleForGood)

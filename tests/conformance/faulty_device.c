@@ -5,7 +5,9 @@
  */
 #include "fault.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/host_agent.h"
 
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -30,6 +32,9 @@ int32_t devapi_get_sn_info(SnInfo *info)
 {
     if (has("crash")) {
         abort();
+    }
+    if (has("realtime_signal")) {
+        raise(SIGRTMIN + 1);
     }
     if (has("exit")) {
         _exit(3);
@@ -138,6 +143,16 @@ int32_t devapi_get_upnp_state(UpnpState *state)
         memcpy(state->Enable, "<&\"\x1b\xef\xbf\xbf", sizeof "<&\"\x1b\xef\xbf\xbf");
         return 0;
     }
+    if (has("refused_command") && system("upnpc --state") != 0) {
+        return -1;
+    }
+    if (has("refused_command_unnoticed")) {
+        (void)!system("upnpc --state");
+    }
+    if (has("says_why")) {
+        ts_mod_log_printf("faulty", 3, "no daemon answers, Password:%s\n", "hidden");
+        return -1;
+    }
     state->Enable[0] = upnp;
     return 0;
 }
@@ -153,6 +168,24 @@ int32_t devapi_set_upnp_state(const UpnpState *state)
     }
     if (!has("setting_does_not_stick") && !(has("setting_stays_changed") && times_set == 2)) {
         upnp = state->Enable[0];
+    }
+    return 0;
+}
+
+int32_t devapi_get_lan_ip_info(LanIpInfo *info)
+{
+    info->GatewayLanIP[0] = '1';
+    info->SubnetMask[0] = '2';
+    info->StartIp[0] = '3';
+    info->EndIp[0] = '4';
+    return 0;
+}
+
+int32_t devapi_set_lan_ip_info(LanIpSetting *setting)
+{
+    if (has("fail_reason")) {
+        memset(setting->FailReason, 'R', sizeof setting->FailReason);
+        return -1;
     }
     return 0;
 }

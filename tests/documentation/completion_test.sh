@@ -40,6 +40,16 @@ expect 'call GET_S' "$(completed call GET_S)" "$(grep ^GET_S <<<"$names")"
 expect 'call behind options' GET_SN_INFO \
     "$(completed --log-level 7 --trace = call --fault call = '-1*2' @ 50ms --show-secrets call GET_SN_)"
 
+# All keys of requests that can be texts; no list, no object, and none that is not read.
+for command in SET_UPNP_STATE SET_AD_BASE_INFO SET_WIFI_INFO_LIST GET_SN_INFO; do
+    expect "keys of $command" "$(completed call "$command" '' | sed '/^$/d')" "$(sed -n \
+        '/"request": \[/,/^    \]/ { /"type": "\(array\|object\)"\|not read/d; s/^        {"key": "\([^"]*\)".*/\1=/p }' \
+        "$commands_folder/$command.json" | sort)"
+done
+expect 'a key that is begun' Enable= "$(completed call --reasons SET_UPNP_STATE En)"
+expect 'a key that is given' "$(completed call SET_UPNP_STATE Enable = 1 '')" ''
+expect 'the value of a key' "$(completed call SET_UPNP_STATE Enable = '')$(completed call SET_UPNP_STATE Enable =)" ''
+
 expect subcommands "$(completed '' | grep -v '^-')" \
     "$(in_help '/^Subcommands/,/^$/ s/^  \([a-z]*\) .*/\1/p')"
 expect options "$(completed --)" "$(in_help "$options")"

@@ -1,14 +1,16 @@
 // Firmware: images that are fetched from a server, flashed and started, by commands.
 #include "firmware_test.h"
+#include "reboot_programs.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <sys/stat.h>
+#include <thread>
 
 using testing::AnyOf;
 using testing::HasSubstr;
@@ -24,7 +26,7 @@ constexpr char kStarted[] = R"({"Status":"0","updateResult":"0"})";
 constexpr char kBusy[] =
     R"({"updateResult":"-1","Status":"1","FailReason":"dev is dowing image now"})";
 constexpr char kWaiting[] = "hgagent: waiting for the firmware to be installed\n";
-constexpr char kReboots[] = "<3> hgagent: the gateway reboots\n";
+constexpr char kReboots[] = "hgagent: the gateway reboots\n";
 
 std::string line(const char *reply)
 {
@@ -36,39 +38,6 @@ std::string main_router(const std::string &address)
 {
     return Json{{"MainRouter", {{"UpdateUrl", address}}}}.dump();
 }
-
-// The programs that a reboot runs, in a folder that comes first for whoever looks for programs.
-// They leave a file each, and touch nothing of this machine.
-class RebootPrograms {
-  public:
-    RebootPrograms() : folder_(test_file("programs")), path_(getenv("PATH"))
-    {
-        std::filesystem::create_directory(folder_);
-        for (const std::string program : {"sync", "reboot"}) {
-            const std::string file = folder_ + "/" + program;
-            std::ofstream(file) << "#!/bin/sh\n: >" << file << ".was_run\n";
-            EXPECT_EQ(chmod(file.c_str(), 0700), 0);
-        }
-        setenv("PATH", (folder_ + ":" + path_).c_str(), 1);
-    }
-    ~RebootPrograms()
-    {
-        setenv("PATH", path_.c_str(), 1);
-        std::filesystem::remove_all(folder_);
-    }
-    RebootPrograms(const RebootPrograms &) = delete;
-    RebootPrograms &operator=(const RebootPrograms &) = delete;
-
-    bool were_run() const
-    {
-        return std::filesystem::exists(folder_ + "/sync.was_run") ||
-               std::filesystem::exists(folder_ + "/reboot.was_run");
-    }
-
-  private:
-    std::string folder_;
-    std::string path_;
-};
 
 class FirmwareUpdate : public FirmwareTest {
   protected:
@@ -95,6 +64,7 @@ class FirmwareUpdate : public FirmwareTest {
 TEST_F(FirmwareUpdate, FetchesFlashesAndReboots)
 {
     const RebootPrograms programs;
+    ASSERT_TRUE(programs.are_found());
     expect_version(kOldVersion);
     set_time(kStart + 5000);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "5000");
@@ -106,6 +76,7 @@ TEST_F(FirmwareUpdate, FetchesFlashesAndReboots)
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_THAT(result.output, IsEmpty());
     EXPECT_THAT(result.error, HasSubstr(kReboots));
+    EXPECT_THAT(result.error, Not(HasSubstr("<3>"))) << "what was asked for is no error";
     EXPECT_FALSE(programs.were_run()) << "the machine of the test was to be rebooted";
 
     const std::vector<int> &progress = agent.progress();
@@ -231,7 +202,7 @@ TEST_F(FirmwareUpdate, KeepsItsBarBelowTheLines)
     EXPECT_EQ(result.exit_status, 0);
     // It begins its line, whether the bar stood there before or not.
     EXPECT_THAT(seen, AnyOf(HasSubstr("\n" + waiting), HasSubstr("\r\x1b[K" + waiting)));
-    EXPECT_THAT(result.output, testing::EndsWith("\n<3> hgagent: the gateway reboots\r\n"));
+    EXPECT_THAT(result.output, testing::EndsWith("\nhgagent: the gateway reboots\r\n"));
     expect_version(kNewVersion);
 }
 
@@ -257,6 +228,88 @@ TEST_F(FirmwareUpdate, EndsWithASignal)
     server_.release();
     EXPECT_EQ(reply("IMAGE_DOWNLOAD", main_router(address("new.image"))), line(kStarted));
     expect_version(kNewVersion);
+}
+
+TEST_F(FirmwareUpdate, EndsWithASignalInsideACommand)
+{
+    for (const char *behaviour : {"hang/new.image", "lie/redirect-that-drips", "lie/drip"}) {
+        const std::string request = Json{{"UpdateUrl", address(behaviour)}}.dump();
+        const size_t before = server_.requests().size();
+        const auto await_request = [&](size_t count) {
+            while (server_.requests().size() < before + count) {
+                std::this_thread::yield();
+            }
+        };
+        AgentProcess called({"--state", state_, "call", "HG_IMAGE_DOWNLOAD", request});
+        await_request(1);
+        called.signal(SIGTERM);
+        const AgentResult result = called.wait();
+        EXPECT_EQ(result.exit_status, 128 + SIGTERM) << behaviour;
+        EXPECT_THAT(result.output, HasSubstr(R"("FailReason":"hg download image failed")"));
+
+        AgentProcess serving({"--state", state_, "serve"});
+        serving.send(R"({"command":"HG_IMAGE_DOWNLOAD","params":)" + request + "}\n");
+        await_request(2);
+        serving.signal(SIGTERM);
+        const AgentResult served = serving.wait();
+        EXPECT_EQ(served.exit_status, 128 + SIGTERM) << behaviour;
+        EXPECT_THAT(served.output, HasSubstr(R"("FailReason":"hg download image failed")"));
+    }
+    EXPECT_EQ(reply("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address("new.image")}}.dump()), kDone);
+}
+
+TEST_F(FirmwareUpdate, GoesOnAfterAServerThatLies)
+{
+    const std::string trace = test_file("lies.trace");
+    ServingAgent agent({"--state", state_, "--trace", trace});
+    const auto download = [&](const std::string &from) {
+        return agent.ask("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address(from)}}.dump());
+    };
+    for (const char *lie : {"redirect-with-endless-chunks", "endless-extension-of-a-chunk",
+                            "endless-trailers", "endless-continues", "image-without-end"}) {
+        EXPECT_THAT(download(std::string("lie/") + lie),
+                    HasSubstr(R"("FailReason":"hg download image failed")"))
+            << lie;
+    }
+    EXPECT_EQ(download("new.image"), R"({"Status":"0"})");
+    EXPECT_EQ(agent.process().finish().exit_status, 0);
+    std::ostringstream traced;
+    traced << std::ifstream(trace).rdbuf();
+    EXPECT_THAT(traced.str(), HasSubstr("the server sends more than 4194304 bytes around its "
+                                        "answer"));
+}
+
+TEST_F(FirmwareUpdate, TakesFilesOnlyFromItsFolder)
+{
+    const std::string request = Json{{"UpdateUrl", "file://" + image_}}.dump();
+    const auto download = [&](const std::vector<std::string> &options) {
+        std::vector<std::string> all = {"--state", state_};
+        all.insert(all.end(), options.begin(), options.end());
+        return call("HG_IMAGE_DOWNLOAD", request, all).output;
+    };
+    EXPECT_THAT(download({}), HasSubstr(R"("Status":"1")"));
+    EXPECT_THAT(download({"--firmware-folder", "/usr"}), HasSubstr(R"("Status":"1")"));
+    EXPECT_EQ(download({"--firmware-folder", folder_}), kDone);
+    const AgentResult result = run_agent({"--firmware-folder", folder_ + "/none", "hosts"});
+    EXPECT_EQ(result.exit_status, 4);
+    EXPECT_EQ(result.error, "hgagent: " + folder_ + "/none: No such file or directory\n");
+}
+
+TEST_F(FirmwareUpdate, TakesOnlyWhatItsKeyHasSigned)
+{
+    const std::string key = folder_ + "/key";
+    const std::string make = "openssl genpkey -algorithm ed25519 -out " + key +
+                             " && openssl pkey -in " + key + " -pubout -out " + key + ".pub && " +
+                             HG_MKIMAGE_PATH + " --product HGU-AX3000 --version V9.2 --sign " +
+                             key + " " + folder_ + "/signed.image";
+    ASSERT_EQ(std::system(make.c_str()), 0);
+    const auto download = [&](const std::string &name) {
+        return call("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address(name)}}.dump(),
+                    {"--state", state_, "--firmware-key", key + ".pub"})
+            .output;
+    };
+    EXPECT_THAT(download("new.image"), HasSubstr(R"("Status":"1")"));
+    EXPECT_EQ(download("signed.image"), kDone);
 }
 
 } // namespace firmware_update_test

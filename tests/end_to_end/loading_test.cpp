@@ -10,6 +10,7 @@
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -73,15 +74,26 @@ TEST(Loading, NamesEverySymbolThatIsMissing)
 {
     EXPECT_THAT(refusal({"--plugin", MISSING_SYMBOLS_PLUGIN}),
                 AllOf(HasSubstr("cannot load the plug-in " MISSING_SYMBOLS_PLUGIN),
+                      HasSubstr("2 names are provided neither by the device library nor by the "
+                                "agent: "),
                       HasSubstr("devapi_of_another_router"), HasSubstr("global_of_another_agent"),
                       Not(HasSubstr("ts_mod_log_printf")), Not(HasSubstr("hg_process_json_cmd"))));
 }
 
-TEST(Loading, NamesEveryFunctionThatADeviceLibraryLacks)
+TEST(Loading, CountsTheFunctionsThatADeviceLibraryLacks)
 {
     EXPECT_THAT(refusal({"--device", PROBE_PLUGIN}),
+                MatchesRegex("hgagent: cannot load the plug-in [^:]*: [0-9]+ names are provided "
+                             "neither by the device library nor by the agent: [a-z_]+, [a-z_]+, "
+                             "[a-z_]+ and [0-9]+ more \\(--verbose names all\\)\n"));
+}
+
+TEST(Loading, NamesEveryFunctionThatADeviceLibraryLacks)
+{
+    EXPECT_THAT(refusal({"--verbose", "--device", PROBE_PLUGIN}),
                 AllOf(HasSubstr("cannot load the plug-in "), HasSubstr("devapi_get_sn_info"),
-                      HasSubstr("devapi_get_system_info"), Not(HasSubstr("cJSON"))));
+                      HasSubstr("devapi_get_system_info"), Not(HasSubstr("cJSON")),
+                      Not(HasSubstr(" more"))));
 }
 
 TEST(Loading, NamesTheDispatcherThatAPluginLacks)
@@ -93,7 +105,8 @@ TEST(Loading, NamesTheDispatcherThatAPluginLacks)
 
 TEST(Loading, WantsTheSimulatedGatewayForItsOptions)
 {
-    for (const std::string option : {"--scenario", "--state", "--fault", "--trace"}) {
+    for (const std::string option :
+         {"--scenario", "--state", "--fault", "--trace", "--firmware-folder", "--firmware-key"}) {
         const AgentResult result =
             call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, option, "-"});
         EXPECT_EQ(result.exit_status, 2) << option;

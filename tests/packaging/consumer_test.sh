@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the example agent and device library outside of the project, with nothing but what is installed
-# under a prefix: by CMake, and by pkg-config. consumer_test.sh PREFIX EXAMPLES
+# under a prefix: by CMake, and by pkg-config,
+# as docs/installing.md has it. consumer_test.sh PREFIX EXAMPLES
 set -euo pipefail
 prefix=$1
 examples=$2
@@ -20,7 +21,9 @@ expect_reply()
     fi
 }
 
-cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
+# A linker that leaves out what only another library needs.
+strict=(-fuse-ld=gold "-Wl,--as-needed")
+LDFLAGS=${strict[*]} cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
     -D "EXAMPLES=$examples" >"$work/log" || { cat "$work/log"; exit 1; }
 cmake --build "$work/cmake" >"$work/log" || { cat "$work/log"; exit 1; }
 expect_reply "$work/cmake/host"
@@ -33,10 +36,17 @@ fi
 PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name smart_router_service.pc)")
 export PKG_CONFIG_PATH
 read -ra compile < <(pkg-config --cflags smart_router_service)
-read -ra link < <(pkg-config --libs smart_router_service)
-plugin_folder=$(pkg-config --variable=plugindir smart_router_service)
-cc -std=c11 -fPIC -shared "${compile[@]}" "$examples"/minimal_device/*.c -o "$work/libdevice.so"
-cc -std=c11 -rdynamic "${compile[@]}" "$examples/minimal_host.c" -o "$work/host" \
-    -Wl,--no-as-needed "-Wl,-rpath,$work:$plugin_folder" "$work/libdevice.so" "${link[@]}"
-expect_reply "$work/host"
+cc -std=gnu11 -fPIC -shared "${compile[@]}" "$examples"/minimal_device/*.c -o "$work/libmy_device.so"
+# Linked with the plug-in; nothing is left for the user to tell but where the own library is.
+read -ra flags < <(pkg-config --cflags --libs smart_router_service)
+cc -std=gnu11 "${strict[@]}" "$examples/minimal_host.c" -o "$work/linked" "${flags[@]}" \
+    -L"$work" "-Wl,-rpath,$work" -lmy_device
+expect_reply "$work/linked"
+# Loading it.
+read -ra flags < <(pkg-config --cflags --libs smart_router_service_host)
+cc -std=gnu11 -D "EXAMPLE=\"$examples/minimal_host.c\"" "$here/consumer/loading_host.c" -o "$work/loading" \
+    "${flags[@]}"
+PLUGIN=$(pkg-config --variable=plugin smart_router_service_host)
+export PLUGIN DEVICE=$work/libmy_device.so
+expect_reply "$work/loading"
 echo 'built by CMake and by pkg-config against what is installed'

@@ -4,7 +4,10 @@ set -euo pipefail
 here=$(realpath "$(dirname "$0")")
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
-cmake --install "$1" --prefix "$home/first" >/dev/null
+cmake --install "$1" --prefix "$home/first" >"$home/log"
+# What it says has to be short enough to be read.
+grep -qx -e "-- Installed below $home/first" "$home/log"
+[ "$(wc -l <"$home/log")" -le 2 ]
 
 # The whole may be moved.
 mv "$home/first" "$home/second"

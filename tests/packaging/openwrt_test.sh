@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Takes the steps of the OpenWrt package, with makefiles that stand for those of an SDK, and looks at
-# what would go onto the router.
+# what would go onto the router, and how large it is there.
 #
-# usage: openwrt_test.sh TOOLCHAIN_FILE READELF
+# usage: openwrt_test.sh TOOLCHAIN_FILE READELF STRIP
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -26,3 +26,13 @@ test -f staging/usr/include/smart_router_service/processjsonability.h
 version=$(sed -n 's/^#define SMART_ROUTER_SERVICE_VERSION_[A-Z]* \([0-9]*\).*/\1/p' \
     staging/usr/include/smart_router_service/processjsonability.h | paste -s -d .)
 test -d "smart-router-service-$version"
+
+# The SDK strips what it packs. Its own hardening takes some room beside what the plug-in promises.
+"$3" "root/$installed"
+size=$(stat -c %s "root/$installed")
+compressed=$(xz -9e --stdout "root/$installed" | wc -c)
+echo "$size bytes, $compressed compressed"
+if [ "$size" -gt 102400 ] || [ "$compressed" -gt 32768 ]; then
+    echo "more than 102400 bytes, or 32768 compressed" >&2
+    exit 1
+fi

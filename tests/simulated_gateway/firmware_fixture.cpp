@@ -3,6 +3,9 @@
 #include "firmware_image.h"
 
 #include <cstdlib>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace simulated_gateway;
 
@@ -20,12 +23,42 @@ std::string make_image(const ImageOptions &options)
         number = number * 1664525 + 1013904223;
         byte = static_cast<char>(number >> 24);
     }
-    ImageHeader header = {options.product, options.version, options.date, payload.size(), {}};
+    ImageHeader header;
+    header.is_signed = !options.signing_key.empty();
+    header.product = options.product;
+    header.version = options.version;
+    header.date = options.date;
+    header.payload_size = payload.size();
+    header.rollback = options.rollback;
     Sha256 digest;
     digest.add(header.encode());
     digest.add(payload);
     header.sha256 = digest.finish();
+    if (header.is_signed) {
+        header.signature = SigningKey(options.signing_key).sign(header.encode());
+    }
     return header.encode() + payload;
+}
+
+void FirmwareTest::make_key(const std::string &name) const
+{
+    run_openssl({"genpkey", "-algorithm", "ed25519", "-out", path(name)});
+    run_openssl({"pkey", "-in", path(name), "-pubout", "-out", path(name + ".pub")});
+}
+
+void FirmwareTest::run_openssl(std::vector<std::string> words)
+{
+    std::string program = "openssl";
+    std::vector<char *> argv = {program.data()};
+    for (std::string &word : words) {
+        argv.push_back(word.data());
+    }
+    argv.push_back(nullptr);
+    pid_t process = 0;
+    ASSERT_EQ(posix_spawnp(&process, argv[0], nullptr, nullptr, argv.data(), environ), 0);
+    int status = 0;
+    waitpid(process, &status, 0);
+    ASSERT_EQ(status, 0);
 }
 
 void FirmwareTest::set_limit(const std::string &name, const std::string &value)

@@ -14,6 +14,8 @@ struct ImageOptions {
     std::string version = "V3.2.0";
     std::string date = "2026-02-01";
     size_t payload_size = 100'000;
+    std::string signing_key = {}; // file; without one the image is of the format without signature
+    uint32_t rollback = 0;
 };
 std::string make_image(const ImageOptions &options = {});
 
@@ -21,9 +23,17 @@ class FirmwareTest : public GatewayTest {
   protected:
     FirmwareTest();
 
-    Options options() const { return {.state_file = path("state"), .trace = path("trace")}; }
+    // Files of the test's folder can be fetched as well.
+    Options options() const
+    {
+        return {.state_file = path("state"), .trace = path("trace"), .firmware_folder = path("")};
+    }
     // Has the variable only for gateways that are opened from now on.
     static void set_limit(const std::string &name, const std::string &value);
+
+    // Makes an Ed25519 key in the file, and its public one in NAME.pub.
+    void make_key(const std::string &name) const;
+    static void run_openssl(std::vector<std::string> words);
 
     // Downloads, which has to fail. Result: why it did.
     std::string refusal(const std::string &address) const;

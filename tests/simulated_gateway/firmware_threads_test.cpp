@@ -3,8 +3,51 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <dlfcn.h>
 #include <mutex>
+#include <netdb.h>
 #include <thread>
+
+namespace {
+
+// Does not answer for the host slow.test until it is let.
+enum Stage { kIdle, kAsked, kAnswered, kLeft };
+class NameServer {
+  public:
+    void become(Stage stage)
+    {
+        const std::lock_guard lock(mutex_);
+        stage_ = stage;
+        changed_.notify_all();
+    }
+    void await(Stage stage)
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return stage_ >= stage; });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    Stage stage_ = kIdle;
+} name_server;
+
+} // namespace
+
+// In the place of the C library's.
+extern "C" int getaddrinfo(const char *host, const char *service, const addrinfo *hints,
+                           addrinfo **found)
+{
+    if (host != nullptr && std::string_view(host) == "slow.test") {
+        name_server.become(kAsked);
+        name_server.await(kAnswered);
+        name_server.become(kLeft);
+        return EAI_FAIL;
+    }
+    static const auto real =
+        reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    return real(host, service, hints, found);
+}
 
 namespace {
 
@@ -186,6 +229,48 @@ TEST_F(FirmwareThreadsTest, ClosingEndsADownloadWhoseServerDoesNotAnswer)
     EXPECT_EQ(result, -1);
 }
 
+TEST_F(FirmwareThreadsTest, ClosingDoesNotWaitForANameServer)
+{
+    ASSERT_EQ(open(options()), "");
+    std::thread thread(
+        [] { EXPECT_EQ(devapi_download_image("http://slow.test/new.image", 0), -1); });
+    name_server.await(kAsked);
+    close();
+    thread.join();
+    EXPECT_NE(reason().find("the gateway was closed"), std::string::npos);
+    name_server.become(kAnswered);
+    name_server.await(kLeft);
+}
+
+TEST_F(FirmwareThreadsTest, AHostCanEndWhatIsUnderWayAndWhatComesLater)
+{
+    const std::string addresses[] = {
+        server_.address("hold/new.image"), server_.address("hang/new.image"),
+        server_.address("lie/redirect-that-drips"), server_.address("lie/drip")};
+    for (const std::string &address : addresses) {
+        ASSERT_EQ(reopen(options()), "");
+        const size_t before = server_.requests().size();
+        int32_t result = 0;
+        std::thread thread([&] { result = devapi_download_image(address.c_str(), 0); });
+        while (server_.requests().size() == before) {
+            std::this_thread::yield();
+        }
+        simulated_gateway_end_transfers();
+        thread.join();
+        EXPECT_EQ(result, -1);
+        EXPECT_EQ(reason(), "the gateway was closed or told to stop") << address;
+        EXPECT_EQ(refusal(server_.address("new.image")), "the gateway was closed or told to stop");
+        EXPECT_EQ(refusal("file://" + path("new.image")), "the gateway was closed or told to stop");
+        const std::string log = server_.address("log.txt");
+        EXPECT_EQ(devapi_get_hg_log(log.c_str(), "system", "3C6AD2104F20"), -1);
+        EXPECT_EQ(version(), "V2.4.1");
+    }
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_EQ(devapi_download_image(server_.address("new.image").c_str(), 0), 0);
+    close();
+    simulated_gateway_end_transfers();
+}
+
 TEST_F(FirmwareThreadsTest, AReportMayCallTheDeviceWhileTheGatewayIsClosed)
 {
     ASSERT_EQ(open(options()), "");
@@ -246,6 +331,7 @@ TEST_F(FirmwareThreadsTest, DownloadsFlashesRestartsAndReopeningMix)
     write("odd.image", make_image({.version = "V5"}));
     setenv("SIMULATED_GATEWAY_STATE", path("state").c_str(), 1);
     setenv("SIMULATED_GATEWAY_TRACE", path("trace").c_str(), 1);
+    setenv("SIMULATED_GATEWAY_FIRMWARE_FOLDER", path("").c_str(), 1);
     ASSERT_EQ(open({}), "");
     std::atomic<int> wrong = 0;
     std::atomic<bool> ended = false;

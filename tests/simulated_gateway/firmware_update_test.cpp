@@ -276,11 +276,30 @@ TEST_F(FirmwareUpdateTest, FaultsAndModesAreThoseOfAnyFunction)
     EXPECT_EQ(devapi_update_image(), 0);
 }
 
+TEST_F(FirmwareUpdateTest, ALinkInPlaceOfTheFolderIsNotFollowed)
+{
+    std::filesystem::create_directory(path("elsewhere"));
+    std::filesystem::create_directory_symlink(path("elsewhere"), path("state.firmware"));
+    write("image", make_image());
+    ASSERT_EQ(open(options()), "");
+    EXPECT_EQ(refusal(server_.address("image")), path("state.firmware") + ": is a link");
+    EXPECT_TRUE(std::filesystem::is_empty(path("elsewhere")));
+
+    // Nor is an image taken from there that was flashed before.
+    std::filesystem::remove(path("state.firmware"));
+    EXPECT_EQ(devapi_flash_update_image(server_.address("image").c_str()), 0) << reason();
+    std::filesystem::remove(path("elsewhere"));
+    std::filesystem::rename(path("state.firmware"), path("elsewhere"));
+    std::filesystem::create_directory_symlink(path("elsewhere"), path("state.firmware"));
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(version(), "V2.4.1");
+}
+
 TEST_F(FirmwareUpdateTest, TheRunningSlotNeedsAVersion)
 {
     ASSERT_EQ(open(options()), "");
     close();
-    nlohmann::json state = json_of(path("state"));
+    nlohmann::json state = state_to_vary(path("state"));
     state["firmware"]["running"] = 2;
     write("state", state.dump());
     EXPECT_EQ(open(options()),

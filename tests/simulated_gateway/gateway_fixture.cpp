@@ -15,7 +15,9 @@ GatewayTest::GatewayTest()
          {"SIMULATED_GATEWAY_SCENARIO", "SIMULATED_GATEWAY_STATE", "SIMULATED_GATEWAY_FAULTS",
           "SIMULATED_GATEWAY_TRACE", "SIMULATED_GATEWAY_SHOW_SECRETS", "SIMULATED_GATEWAY_TIME",
           "SIMULATED_GATEWAY_LARGEST_IMAGE", "SIMULATED_GATEWAY_CONNECT_TIMEOUT",
-          "SIMULATED_GATEWAY_STALL_TIMEOUT", "SIMULATED_GATEWAY_CA_FILE"}) {
+          "SIMULATED_GATEWAY_STALL_TIMEOUT", "SIMULATED_GATEWAY_TRANSFER_TIMEOUT",
+          "SIMULATED_GATEWAY_CA_FILE", "SIMULATED_GATEWAY_FIRMWARE_FOLDER",
+          "SIMULATED_GATEWAY_FIRMWARE_KEY"}) {
         unsetenv(variable);
     }
 }
@@ -44,6 +46,8 @@ std::string GatewayTest::open(const Options &options)
     given.faults = options.faults.empty() ? nullptr : faults.data();
     given.trace = text_or_null(options.trace);
     given.show_secrets = options.show_secrets ? 1 : 0;
+    given.firmware_folder = text_or_null(options.firmware_folder);
+    given.firmware_key = text_or_null(options.firmware_key);
 
     char error[1024] = "no reason given";
     return simulated_gateway_open(&given, error, sizeof(error)) == 0 ? "" : error;
@@ -99,6 +103,14 @@ nlohmann::json GatewayTest::house()
 nlohmann::json GatewayTest::json_of(const std::string &path)
 {
     return nlohmann::json::parse(read(path));
+}
+
+nlohmann::json GatewayTest::state_to_vary(const std::string &path)
+{
+    std::filesystem::remove(path + ".good");
+    nlohmann::json state = json_of(path);
+    state.erase("checksum");
+    return state;
 }
 
 int32_t GatewayTest::call()

@@ -23,6 +23,8 @@ class GatewayTest : public testing::Test {
         std::vector<std::string> faults = {};
         std::string trace = {};
         bool show_secrets = false;
+        std::string firmware_folder = {};
+        std::string firmware_key = {};
     };
     static std::string open(const Options &options);
     static void close() { simulated_gateway_close(); }
@@ -43,6 +45,9 @@ class GatewayTest : public testing::Test {
     // The built-in scenario, to be varied.
     static nlohmann::json house();
     static nlohmann::json json_of(const std::string &path);
+    // A state as the gateway wrote it, to be varied: without its checksum, and without the copy
+    // that stands in for it where it does not hold.
+    static nlohmann::json state_to_vary(const std::string &path);
 
     // One device call: its result, and the MAC address that it brought.
     static int32_t call();

@@ -2,16 +2,20 @@
 // it so many times, having flashed the image of each address before; then keeps it open until its
 // input ends. It says "." when it is open, after each flash and after each power cycle.
 //
-// It kills itself at that step of its work on files, counted from 0; -1 is none. For that it puts
-// itself between the library and the system.
+// It kills itself at that step of its work on files, counted from 0; -1 is none. It aborts where a
+// file takes its place before all of it is on the disk. For both it puts itself between the library
+// and the system.
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -31,6 +35,31 @@ void die_at_last_step()
     }
 }
 
+// By file descriptor: written to, and not synced since.
+std::atomic<bool> is_unsynced[1024];
+
+void note(int fd, bool unsynced)
+{
+    if (fd >= 0 && static_cast<size_t>(fd) < std::size(is_unsynced)) {
+        is_unsynced[fd] = unsynced;
+    }
+}
+
+void abort_if_unsynced(const char *path)
+{
+    struct stat named = {};
+    if (stat(path, &named) != 0) {
+        return;
+    }
+    for (size_t fd = 0; fd < std::size(is_unsynced); ++fd) {
+        struct stat written = {};
+        if (is_unsynced[fd] && fstat(static_cast<int>(fd), &written) == 0 &&
+            written.st_ino == named.st_ino && written.st_dev == named.st_dev) {
+            std::abort();
+        }
+    }
+}
+
 } // namespace
 
 extern "C" int open(const char *path, int flags, ...)
@@ -40,7 +69,9 @@ extern "C" int open(const char *path, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    const int fd = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    note(fd, false);
+    return fd;
 }
 
 extern "C" ssize_t write(int fd, const void *data, size_t size)
@@ -49,18 +80,21 @@ extern "C" ssize_t write(int fd, const void *data, size_t size)
         syscall(SYS_write, fd, data, size / 2);
         raise(SIGKILL);
     }
+    note(fd, true);
     return syscall(SYS_write, fd, data, size);
 }
 
 extern "C" int fsync(int fd)
 {
     die_at_last_step();
+    note(fd, false);
     return static_cast<int>(syscall(SYS_fsync, fd));
 }
 
 extern "C" int rename(const char *from, const char *to) noexcept
 {
     die_at_last_step();
+    abort_if_unsynced(from);
     return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
 }
 

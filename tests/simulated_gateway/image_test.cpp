@@ -12,7 +12,7 @@ class ImageTest : public testing::Test {
     // What is wrong with the image; empty when it holds.
     static std::string complaint_about(const std::string &image, uint64_t largest = 1'000'000)
     {
-        ImageCheck check("HGU-AX3000", largest);
+        ImageCheck check({.product = "HGU-AX3000", .largest = largest});
         try {
             check.add(image);
             check.finish();
@@ -27,9 +27,10 @@ class ImageTest : public testing::Test {
         std::string image = make_image();
         image.replace(offset, bytes.size(), bytes);
         Sha256 digest;
-        digest.add(std::string_view(image).substr(0, ImageHeader::kDigestOffset));
-        digest.add(std::string_view(image).substr(ImageHeader::kSize));
-        return image.replace(ImageHeader::kDigestOffset, Sha256::kSize, digest.finish());
+        const ImageHeader header;
+        digest.add(std::string_view(image).substr(0, header.digest_offset()));
+        digest.add(std::string_view(image).substr(header.size()));
+        return image.replace(header.digest_offset(), Sha256::kSize, digest.finish());
     }
 };
 
@@ -48,7 +49,7 @@ TEST_F(ImageTest, HoldsInWhateverPiecesItComes)
 {
     const std::string whole = make_image({.payload_size = 700});
     for (size_t piece = 1; piece < whole.size(); piece = piece * 3 + 1) {
-        ImageCheck check(std::nullopt, whole.size());
+        ImageCheck check({.largest = whole.size()});
         int32_t percent = 0;
         for (size_t at = 0; at < whole.size(); at += piece) {
             check.add(std::string_view(whole).substr(at, piece));
@@ -61,7 +62,7 @@ TEST_F(ImageTest, HoldsInWhateverPiecesItComes)
         EXPECT_EQ(header.version, "V3.2.0");
         EXPECT_EQ(header.date, "2026-02-01");
         EXPECT_EQ(header.payload_size, 700u);
-        EXPECT_EQ(header.sha256, whole.substr(ImageHeader::kDigestOffset, Sha256::kSize));
+        EXPECT_EQ(header.sha256, whole.substr(header.digest_offset(), Sha256::kSize));
     }
 }
 
@@ -74,8 +75,8 @@ TEST_F(ImageTest, AFieldThatDoesNotHoldIsNamed)
     } wrong_fields[] = {
         {0, "h", "the image is none: it does not open with an image's magic"},
         {7, "!", "the image is none: it does not open with an image's magic"},
-        {8, "\2", "the image has format version 2, not 1"},
-        {11, "\1", "the image has format version 16777217, not 1"},
+        {8, "\3", "the image has format version 3, not 1 or 2"},
+        {11, "\1", "the image has format version 16777217, not 1 or 2"},
         {12, std::string(8, '\0'), "the image has no payload"},
         {12, std::string(8, '\xff'),
          "the image has a payload of 18446744073709551615 bytes; no more than 1000000 bytes are "

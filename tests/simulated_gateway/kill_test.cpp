@@ -1,12 +1,24 @@
 #include "gateway_fixture.h"
 #include "process_fixture.h"
 
+#include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-using KillTest = GatewayTest;
+class KillTest : public GatewayTest {
+  protected:
+    // The copy takes its place before the file: it is there with every file, whole, and at most one
+    // change ahead.
+    static void expect_copy_of(const std::string &state)
+    {
+        const int64_t boots = json_of(state).at("boot_count");
+        const int64_t copied_boots = json_of(state + ".good").at("boot_count");
+        EXPECT_GE(copied_boots, boots);
+        EXPECT_LE(copied_boots, boots + 1);
+    }
+};
 
 TEST_F(KillTest, AKillAtEveryStepLeavesTheOldStateOrTheNew)
 {
@@ -18,7 +30,12 @@ TEST_F(KillTest, AKillAtEveryStepLeavesTheOldStateOrTheNew)
         while (dots < 3 && process.wait_for(1)) {
             ++dots;
         }
-        killed = WIFSIGNALED(process.end());
+        const int status = process.end();
+        killed = WIFSIGNALED(status);
+        ASSERT_EQ(status, killed ? SIGKILL : 0) << "at step " << step;
+        if (std::filesystem::exists(state)) {
+            expect_copy_of(state);
+        }
 
         // Before the first dot there may be no state yet, and opening makes it.
         ASSERT_EQ(open({.state_file = state}), "") << "killed at step " << step;
@@ -28,8 +45,8 @@ TEST_F(KillTest, AKillAtEveryStepLeavesTheOldStateOrTheNew)
         EXPECT_GE(boots, dots) << "killed at step " << step;
         EXPECT_LE(boots, dots + 1) << "killed at step " << step;
     }
-    // Opening, two power cycles and closing save with six steps each.
-    EXPECT_GT(step, 4 * 6);
+    // Opening, two power cycles and closing save with twelve steps each.
+    EXPECT_GT(step, 4 * 12);
 }
 
 TEST_F(KillTest, AKillAtAnyMomentLeavesTheOldStateOrTheNew)
@@ -45,6 +62,7 @@ TEST_F(KillTest, AKillAtAnyMomentLeavesTheOldStateOrTheNew)
 
         least_boots += dots - 1;
         const int64_t boots = json_of(path("state")).at("boot_count");
+        expect_copy_of(path("state"));
         EXPECT_GE(boots, least_boots);
         least_boots = boots;
         ASSERT_EQ(open({.state_file = path("state")}), "");
@@ -55,11 +73,14 @@ TEST_F(KillTest, AKillAtAnyMomentLeavesTheOldStateOrTheNew)
 
 TEST_F(KillTest, WhatAKilledProcessLeftDoesNoHarm)
 {
-    write("state.tmp", "{\"format\": \"simulated gat");
+    for (const char *name : {"state.tmp", "state.good.tmp"}) {
+        write(name, "{\"format\": \"simulated gat");
+    }
     ASSERT_EQ(open({.state_file = path("state")}), "");
     close();
     EXPECT_EQ(json_of(path("state")).at("boot_count"), 1);
     EXPECT_FALSE(std::filesystem::exists(path("state.tmp")));
+    EXPECT_FALSE(std::filesystem::exists(path("state.good.tmp")));
 }
 
 TEST_F(KillTest, AStateBelongsToOneProcessAtATime)
@@ -72,6 +93,26 @@ TEST_F(KillTest, AStateBelongsToOneProcessAtATime)
     EXPECT_EQ(open({.state_file = path("link")}), path("link") + ": is in use by another gateway");
     EXPECT_EQ(process.end(), 0);
     EXPECT_EQ(open({.state_file = path("state")}), "");
+}
+
+TEST_F(KillTest, AHardLinkIsTheSameState)
+{
+    GatewayProcess process({path("state"), "0", "-1"});
+    ASSERT_TRUE(process.wait_for(1));
+    std::filesystem::create_hard_link(path("state"), path("link"));
+    EXPECT_EQ(open({.state_file = path("link")}), path("link") + ": is in use by another gateway");
+    EXPECT_EQ(process.end(), 0);
+    EXPECT_EQ(open({.state_file = path("link")}), "");
+}
+
+TEST_F(KillTest, AHardLinkToWhatWasLoadedIsTheSameState)
+{
+    ASSERT_EQ(open({.state_file = path("state")}), "");
+    close();
+    std::filesystem::create_hard_link(path("state"), path("link"));
+    GatewayProcess process({path("state"), "0", "-1"});
+    ASSERT_TRUE(process.wait_for(1));
+    EXPECT_EQ(open({.state_file = path("link")}), path("link") + ": is in use by another gateway");
 }
 
 } // namespace

@@ -248,6 +248,36 @@ TEST_F(MeshTest, AnIndexOfNoStationIsRefused)
     }
 }
 
+// The plug-in reports of these what the call has left, whatever it answered.
+TEST_F(MeshTest, AFailedCallLeavesItsRecordAlone)
+{
+    const auto is_left_alone = []<class Record>(auto call, std::unique_ptr<Record> record) {
+        memset(record.get(), '7', sizeof(Record));
+        const std::string before(reinterpret_cast<const char *>(record.get()), sizeof(Record));
+        return call(record.get()) == -1 && memcmp(record.get(), before.data(), before.size()) == 0;
+    };
+    EXPECT_TRUE(is_left_alone([](auto *list) { return devapi_get_childsta_list(list, "nobody"); },
+                              std::make_unique<ChildStationList>()));
+    EXPECT_TRUE(is_left_alone(
+        [](auto *list) { return devapi_get_child_mesh_info_bynewmethod("nobody", list); },
+        std::make_unique<ChildMeshList>()));
+    EXPECT_TRUE(is_left_alone(
+        [](auto *list) { return devapi_get_node_sta_info_by_newmetod(list, "nowhere"); },
+        std::make_unique<StationList>()));
+    EXPECT_TRUE(is_left_alone(
+        [](auto *info) { return devapi_get_node_dev_info_by_newmetod("nowhere", info); },
+        std::make_unique<ChildRouterInfo>()));
+    EXPECT_TRUE(is_left_alone([](auto *info) { return devapi_get_childrouter_info(info, 99); },
+                              std::make_unique<ChildRouterInfo>()));
+    EXPECT_TRUE(
+        is_left_alone([](auto *index) { return devapi_get_hostindex_by_mac("nobody", index); },
+                      std::make_unique<int32_t>()));
+    EXPECT_TRUE(is_left_alone([](char *model) { return devapi_get_devicemodel(model, 0); },
+                              std::make_unique<char>()));
+    EXPECT_TRUE(is_left_alone([](char *code) { return devapi_get_basic_area_code(code, 0); },
+                              std::make_unique<char>()));
+}
+
 TEST_F(MeshTest, NullPointersAreFailedCalls)
 {
     EXPECT_EQ(devapi_get_childrouter_list(nullptr), -1);

@@ -164,12 +164,13 @@ TEST_F(RemovedHostsTest, AStateFileHasToHold)
 {
     EXPECT_EQ(remove(kSpeakerMac), 0);
     close();
-    nlohmann::json kept = json_of(path("state"));
+    nlohmann::json kept = state_to_vary(path("state"));
     kept["home"]["ssids"].erase(7);
     const auto error_with = [&](const char *field, const nlohmann::json &value) {
         nlohmann::json damaged = kept;
         damaged["removed_hosts"][0]["host"][field] = value;
         close();
+        std::filesystem::remove(path("state.good"));
         write("state", damaged.dump());
         return open_when(kTime);
     };

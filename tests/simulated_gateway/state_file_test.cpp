@@ -1,6 +1,8 @@
 #include "gateway_fixture.h"
 
+#include <cstdlib>
 #include <ctime>
+#include <random>
 #include <sys/resource.h>
 
 namespace {
@@ -9,20 +11,32 @@ class StateFileTest : public GatewayTest {
   protected:
     std::string state() const { return path("state.json"); }
 
-    // A state as the gateway wrote it, to be varied.
+    // A state as the gateway writes it first, to be varied.
     nlohmann::json written_state()
+    {
+        write_state();
+        return state_to_vary(state());
+    }
+    void write_state()
     {
         EXPECT_EQ(open({.state_file = state()}), "");
         close();
-        return json_of(state());
+    }
+    std::string copy() const { return state() + ".good"; }
+
+    // What opening a state file with this text says about it.
+    std::string complaint_about(const std::string &text)
+    {
+        write("state.json", text);
+        const std::string error = open({.state_file = state()});
+        close();
+        return error;
     }
 
     // What opening a state file with this text says; the file has to stay as it is.
     std::string error_of(const std::string &text)
     {
-        write("state.json", text);
-        const std::string error = open({.state_file = state()});
-        close();
+        const std::string error = complaint_about(text);
         EXPECT_EQ(read(state()), text);
         return error.starts_with(state()) ? "state.json" + error.substr(state().size()) : error;
     }
@@ -60,7 +74,8 @@ TEST_F(StateFileTest, IsOfUseWithoutItsScenario)
 
 TEST_F(StateFileTest, OfAnotherScenarioIsAnErrorThatNamesBoth)
 {
-    const nlohmann::json made = written_state();
+    write_state();
+    const nlohmann::json made = json_of(state());
     EXPECT_EQ(open({.scenario = "castle", .state_file = state()}),
               state() + ": holds the home of scenario \"three_storey_house\", not of \"castle\"");
     EXPECT_EQ(json_of(state()), made);
@@ -93,6 +108,94 @@ TEST_F(StateFileTest, DamagedIsAnErrorAndStaysAsItIs)
         nlohmann::json wrong = nlohmann::json::parse(whole);
         wrong[nlohmann::json::json_pointer(pointer)] = value;
         EXPECT_EQ(error_of(wrong.dump()), std::string("state.json: ") + pointer + ": " + complaint);
+    }
+}
+
+TEST_F(StateFileTest, WithoutAChecksumItLoadsAndGetsOne)
+{
+    nlohmann::json old = written_state();
+    old["home"]["name"] = "Kept";
+    ASSERT_EQ(complaint_about(old.dump()), "");
+    EXPECT_EQ(json_of(state()).at("home").at("name"), "Kept");
+    EXPECT_EQ(json_of(state()).at("checksum").get<std::string>().size(), 64u);
+    EXPECT_EQ(read(copy()), read(state()));
+}
+
+TEST_F(StateFileTest, WithAnotherChecksumItIsRefused)
+{
+    setenv("SIMULATED_GATEWAY_TIME", std::to_string(kTime).c_str(), 1);
+    write_state();
+    const std::string whole = read(state());
+    nlohmann::ordered_json changed = nlohmann::ordered_json::parse(whole);
+    changed["home"]["name"] = "Changed";
+    std::filesystem::remove(copy());
+    const std::string not_that = "/checksum: is not that of what the file holds";
+    EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
+    for (const nlohmann::ordered_json &checksum :
+         {nlohmann::ordered_json(7), nlohmann::ordered_json(nullptr), nlohmann::ordered_json("")}) {
+        changed = nlohmann::ordered_json::parse(whole);
+        changed["checksum"] = checksum;
+        EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
+    }
+    // How it is laid out is not what it holds.
+    EXPECT_EQ(complaint_about(nlohmann::ordered_json::parse(whole).dump(1)), "");
+    EXPECT_TRUE(read(state()) == whole);
+}
+
+TEST_F(StateFileTest, AFlippedBitIsRefusedOrChangesNothing)
+{
+    setenv("SIMULATED_GATEWAY_TIME", std::to_string(kTime).c_str(), 1);
+    write_state();
+    const std::string whole = read(state());
+    std::minstd_rand random(1);
+    int refused = 0;
+    for (int flips = 0; flips < 200; ++flips) {
+        std::string flipped = whole;
+        const size_t bit = random() % (8 * whole.size());
+        flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ 1 << bit % 8);
+        const std::string error = complaint_about(flipped);
+        if (error.empty()) {
+            EXPECT_EQ(read(state()), whole) << "bit " << bit;
+        } else {
+            ++refused;
+            EXPECT_EQ(read(state()), flipped) << "bit " << bit;
+            EXPECT_TRUE(error.starts_with(state() + ": ")) << error;
+            EXPECT_TRUE(error.ends_with("; the last good copy is " + copy())) << error;
+        }
+        EXPECT_EQ(read(copy()), whole) << "bit " << bit;
+    }
+    EXPECT_GT(refused, 150);
+}
+
+TEST_F(StateFileTest, TheCopyOfADamagedOneGoesOnWithTheLastChange)
+{
+    ASSERT_EQ(open({.state_file = state()}), "");
+    simulated_gateway_power_cycle();
+    simulated_gateway_power_cycle();
+    close();
+    const std::string whole = read(state());
+    ASSERT_NE(complaint_about(whole.substr(0, 1000)), "");
+    std::filesystem::copy_file(copy(), state(), std::filesystem::copy_options::overwrite_existing);
+    EXPECT_EQ(read(state()), whole);
+    EXPECT_EQ(open({.state_file = state()}), "");
+    EXPECT_EQ(json_of(state()).at("boot_count"), 3);
+}
+
+TEST_F(StateFileTest, ACopyThatDoesNotHoldIsNotOffered)
+{
+    write_state();
+    const std::string whole = read(state());
+    write("state.json.good", whole.substr(0, whole.size() / 2));
+    EXPECT_EQ(error_of(""), "state.json: is empty");
+    EXPECT_EQ(read(copy()), whole.substr(0, whole.size() / 2));
+}
+
+TEST_F(StateFileTest, OnlyItsOwnerReadsItAndItsCopy)
+{
+    write_state();
+    for (const std::string &file : {state(), copy()}) {
+        EXPECT_EQ(std::filesystem::status(file).permissions(),
+                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     }
 }
 
@@ -155,6 +258,17 @@ TEST_F(StateFileTest, AChangeThatCannotBeSavedDoesNotHappen)
     std::filesystem::remove(state() + ".tmp");
     simulated_gateway_power_cycle();
     EXPECT_EQ(json_of(state()).at("boot_count"), 2);
+}
+
+TEST_F(StateFileTest, AChangeWhoseCopyCannotBeSavedDoesNotHappen)
+{
+    ASSERT_EQ(open({.state_file = state(), .trace = path("trace")}), "");
+    const std::string before = read(state());
+    std::filesystem::create_directory(copy() + ".tmp");
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(lines(path("trace")).at(0).substr(3),
+              " power cycle failed, " + copy() + ".tmp: Is a directory");
+    EXPECT_EQ(read(state()), before);
 }
 
 TEST_F(StateFileTest, IsFoundWhereverTheHostGoes)

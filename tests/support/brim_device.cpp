@@ -1,11 +1,13 @@
 // A device library that is no simulated gateway and has no manners: it fills text fields to the
 // last byte, hands over what is no UTF-8, reports progress that cannot be, and can be power-cycled
-// but not opened.
+// but not opened. It says why it refuses UPnP, and wants a command run for it.
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
+#include "smart_router_service/host_agent.h"
 
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 int32_t devapi_get_sn_info(SnInfo *info)
@@ -48,6 +50,13 @@ int32_t devapi_get_ad_base_info(AdBaseInfo *info)
     default:
         return 1000; // there is no such device, which is no failure
     }
+}
+
+int32_t devapi_get_upnp_state(UpnpState *)
+{
+    ts_mod_log_printf("brim", 3, "no daemon\x1b, Password:%s\n", "hidden");
+    ts_mod_log_printf("brim", 7, "trace");
+    return std::system("upnpc --state");
 }
 
 namespace {

@@ -23,7 +23,8 @@ make it misbehave:
   redirect         redirects to the same without this word
   status           answers with the status that the name is
 
-/redirect-loop redirects to itself, /redirect-to/ADDRESS to the address (with %-escapes).
+/redirect-loop redirects to itself, /redirect-to/ADDRESS to the address (with %-escapes), /lie/NAME
+answers as lying_answers.py has it, with the file new.image.
 
 What is PUT is kept in WORK: "uploads" gets a line for each, its path, and "upload_N" is the Nth body
 from 1. Of the words, redirect (which keeps the method), status, hang, cut (no answer at all) and
@@ -40,6 +41,8 @@ import sys
 import threading
 import time
 import urllib.parse
+
+import lying_answers
 
 folder, work = sys.argv[1:3]
 secure = "--secure" in sys.argv[3:]
@@ -64,7 +67,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
         *words, name = self.path.partition("?")[0].lstrip("/").split("/")
         if "cut-once" in words and is_first or "cut" in words and not asked:
             words.append("ends half-way")
-        if name == "redirect-loop":
+        if words == ["lie"]:
+            self.lie(name)
+        elif name == "redirect-loop":
             self.answer(302, {"Location": self.path}, b"moved")
         elif words == ["redirect-to"]:
             self.answer(302, {"Location": urllib.parse.unquote(name)}, b"moved")
@@ -75,6 +80,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.answer(int(name), {}, b"no image")
         else:
             self.send_file(words, name)
+
+    def lie(self, name):
+        self.close_connection = True
+        with open(os.path.join(folder, "new.image"), "rb") as file:
+            to = lying_answers.Connection(self.connection, file.read(), self.path)
+        lying_answers.ANSWERS[name](to)
 
     @staticmethod
     def note(name, line):

@@ -119,6 +119,7 @@ TEST_F(AppNoticeTest, TellsTheLocalTime)
 #if __SIZEOF_LONG__ == 8
         {253402300800, "UTC0", "100000101000000"},
         {67767976233532799, "UTC0", "21474836471231235959"},
+        {67768036191676799, "UTC0", "21474855471231235959"},
 #endif
     };
     for (const auto &one : moments) {

@@ -13,6 +13,8 @@
  *   SIMULATED_GATEWAY_FAULTS        as faults below, separated by commas
  *   SIMULATED_GATEWAY_TRACE         as trace below
  *   SIMULATED_GATEWAY_SHOW_SECRETS  "1" as show_secrets below
+ *   SIMULATED_GATEWAY_FIRMWARE_FOLDER  as firmware_folder below
+ *   SIMULATED_GATEWAY_FIRMWARE_KEY     as firmware_key below
  *   SIMULATED_GATEWAY_TIME          a clock that stands still at so many seconds since 1970, for
  *                                   answers that are the same at every run; there is no option
  *
@@ -21,10 +23,15 @@
  *   SIMULATED_GATEWAY_LARGEST_IMAGE    bytes that an image may have, its header included
  *   SIMULATED_GATEWAY_CONNECT_TIMEOUT  seconds that connecting to a server may take
  *   SIMULATED_GATEWAY_STALL_TIMEOUT    seconds after which a download that stands still is given up
+ *   SIMULATED_GATEWAY_TRANSFER_TIMEOUT seconds that a download may take in all, redirects included
  *   SIMULATED_GATEWAY_CA_FILE          file with the certificates to trust in place of the system's
  *
  * If those do not hold, the reason goes to standard error and every device call fails with -1,
  * until the host opens a gateway itself.
+ *
+ * The plug-in restarts a router by system("sync;reboot"). The library has a system() that restarts
+ * the model instead and passes every other command on. Where the process would call the C
+ * library's, since it loaded this library later, devapi_flash_update_image fails with -1.
  *
  * All functions may be called at any time from any thread. docs/simulated_gateway.md has the forms
  * of scenarios, faults and the trace.
@@ -55,6 +62,11 @@ typedef struct SimulatedGatewayOptions {
     const char *trace;
     /* Not 0: passwords and keys are written to the trace in clear instead of masked. */
     int32_t show_secrets;
+    /* Folder whose files may be fetched as file:///FOLDER/NAME. Default: file:// is refused. */
+    const char *firmware_folder;
+    /* File with the public Ed25519 key, as PEM, by which every image has to be signed. Default: any
+     * image is taken, and the trace warns of it. */
+    const char *firmware_key;
 } SimulatedGatewayOptions;
 
 /*
@@ -71,6 +83,13 @@ SIMULATED_GATEWAY_API int32_t simulated_gateway_open(const SimulatedGatewayOptio
  * happens when no gateway is open.
  */
 SIMULATED_GATEWAY_API void simulated_gateway_close(void);
+
+/*
+ * Lets downloads and uploads that are under way fail within about a second, and every later one
+ * until the gateway is closed: for a host that has been told to end and cannot close the gateway
+ * yet, because one of its threads is in a device call. Nothing happens when no gateway is open.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_end_transfers(void);
 
 /*
  * Switches the gateway off and on again: its uptime starts at 0, and its state is saved. Nothing
@@ -96,6 +115,23 @@ typedef void (*SimulatedGatewayProgress)(const char *task, int32_t percent, void
  */
 SIMULATED_GATEWAY_API void simulated_gateway_on_progress(SimulatedGatewayProgress report,
                                                          void *context);
+
+/*
+ * What a host is told of a device call that did not succeed and has a reason.
+ *
+ * function: its name, as devapi_set_upnp_state.
+ * reason:   why, in one line, as the trace has it; "fault" where the fault plan had it fail.
+ */
+typedef void (*SimulatedGatewayRefusal)(const char *function, const char *reason, void *context);
+
+/*
+ * Has report called, with context, for every such call; NULL ends that. It is called on the thread
+ * of the call, without the gateway's lock, and by one thread at a time. It may call no function of
+ * this library. Once this function has returned, the report set before is not called any more. It
+ * may be called before the gateway is opened, and holds until it is called again.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_on_refusal(SimulatedGatewayRefusal report,
+                                                        void *context);
 
 /*
  * Writes the MAC address of the router's LAN bridge into mac (size bytes, of which it takes 18), as

@@ -7,10 +7,10 @@
  *
  * Conventions
  *
- * Results: 0 is success. Which other results are failures is stated at each function; what a call
- * that failed was to fill is not read, unless it says otherwise. Where a result is not looked at,
- * what the call was to fill is used as the call leaves it, and whatever stands there is reported: a
- * call that fails should leave alone what it is given, which was zeroed before.
+ * Results: 0 is success. Which other results are failures is stated at each function; what a query
+ * that failed was to fill is not read, unless it is stated. Where the result is not looked at, the
+ * record is used as the call leaves it, and what stands in it is reported: a call that fails should
+ * leave its record alone.
  *
  * Not supported: every function has to be there. One that the device has no use for answers -1 and
  * writes nothing. To the plug-in that is a failure like any other; "hgagent conformance" tells it
@@ -35,6 +35,8 @@
  *
  * Threads: commands run on the agent's threads and on the plug-in's own workers, so every function
  * may be called at any time from several threads.
+ *
+ * Programs: the reference agent refuses every command to system() with -1; routers run them.
  *
  * This file is made from protocol/device by protocol/generate.py.
  */

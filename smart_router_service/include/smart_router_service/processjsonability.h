@@ -21,8 +21,12 @@
  * all.
  *
  * Threads: commands may be called from any thread, but one command object only by one thread at a
- * time. The library takes no lock around a command. Of GET_TSLINK_TOPOLOGY_INFO only one may run at
- * a time: it counts in g_dev_num and g_active_num.
+ * time. The library takes no lock around a command. Three write into variables that the agent
+ * shares and that no lock guards. Neither of the first two may run beside itself, nor beside a
+ * thread of the agent that reads what it writes: RESPONSE_ROUTER_VERSION writes into the buffer
+ * behind info_wersion, GET_TSLINK_TOPOLOGY_INFO counts in g_dev_num and g_active_num.
+ * SET_WIFI_INFO_LIST writes g_stactrl_enable and g_fastroaming_enable, which its worker reads about
+ * six seconds long; beside itself or that worker it may apply a mixture of two switches.
  */
 #ifndef SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
 #define SMART_ROUTER_SERVICE_PROCESSJSONABILITY_H
@@ -41,7 +45,7 @@
  * what stands beside it, and those below it begin again at 0.
  */
 #define SMART_ROUTER_SERVICE_VERSION_MAJOR 0 /* what agents or device libraries have to follow */
-#define SMART_ROUTER_SERVICE_VERSION_MINOR 1 /* additions; before 1.0.0 the former as well */
+#define SMART_ROUTER_SERVICE_VERSION_MINOR 2 /* additions; before 1.0.0 the former as well */
 #define SMART_ROUTER_SERVICE_VERSION_PATCH 0 /* everything else */
 
 #ifdef __cplusplus
@@ -152,7 +156,9 @@ SMART_ROUTER_API void *pthread_hg_image_upgrade(void *argument);
  * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last RESPONSE_ROUTER_VERSION, whatever
  * its status, as formatted JSON text. NULL, as at the start, when the agent wants no copy. The
  * agent sets it and keeps the buffer alive; the library writes into it during that command only,
- * and leaves it untouched when the text with its terminator would not fit.
+ * and leaves it untouched when the text with its terminator would not fit. Not guarded: only one
+ * such command may run at a time, and the agent reads the buffer, or sets another one, when none
+ * does.
  */
 extern SMART_ROUTER_API char *info_wersion;
 

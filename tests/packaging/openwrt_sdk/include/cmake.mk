@@ -1,6 +1,13 @@
+# Flags and options as an SDK for a MIPS router passes them, those of the package last.
+TARGET_CFLAGS := -Os -pipe -mno-branch-likely -mips32r2 -mtune=24kc -fno-caller-saves -fno-plt \
+	-Wformat -Werror=format-security -fstack-protector -D_FORTIFY_SOURCE=1
+TARGET_LDFLAGS := -Wl,-z,now -Wl,-z,relro
+
 define Build/Configure
+	CFLAGS="$(TARGET_CFLAGS)" CXXFLAGS="$(TARGET_CFLAGS)" LDFLAGS="$(TARGET_LDFLAGS)" \
 	cmake -G Ninja -S $(PKG_BUILD_DIR) -B $(PKG_BUILD_DIR)/build -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN_FILE) \
-		-DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr $(CMAKE_OPTIONS)
+		-DCMAKE_BUILD_TYPE=Release -DCMAKE_C_FLAGS_RELEASE=-DNDEBUG -DCMAKE_CXX_FLAGS_RELEASE=-DNDEBUG \
+		-DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_RPATH=TRUE $(CMAKE_OPTIONS)
 	cmake --build $(PKG_BUILD_DIR)/build
 endef
 

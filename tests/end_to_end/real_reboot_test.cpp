@@ -1,0 +1,103 @@
+// An agent that has no system() of its own, as the example, on the simulated gateway: after an
+// update the router restarts, and never the machine.
+#include "firmware_test.h"
+#include "reboot_programs.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+using testing::HasSubstr;
+
+namespace real_reboot_test {
+
+constexpr char kStarted[] = "{\"Status\":\"0\",\"updateResult\":\"0\"}\n";
+constexpr char kRefused[] = "the reboot that follows would be this machine's";
+
+std::string content_of(const std::string &file)
+{
+    std::ifstream in(file);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+class RealReboot : public FirmwareTest {
+  protected:
+    RealReboot()
+    {
+        setenv("SIMULATED_GATEWAY_STATE", state_.c_str(), 1);
+        // Its own libraries may come before the sanitizer's, and cJSON's trees are not its concern.
+        const char *given = getenv("ASAN_OPTIONS");
+        sanitizer_ = given != nullptr ? given : "";
+        setenv("ASAN_OPTIONS", (sanitizer_ + ":verify_asan_link_order=0:detect_leaks=0").c_str(),
+               1);
+    }
+    ~RealReboot() override
+    {
+        unsetenv("SIMULATED_GATEWAY_STATE");
+        unsetenv("SIMULATED_GATEWAY_FAULTS");
+        setenv("ASAN_OPTIONS", sanitizer_.c_str(), 1);
+    }
+
+    // Has the host update its firmware, by an address that needs no escapes.
+    void update(const std::string &host, const std::string &variables = "")
+    {
+        const std::string out = test_file("host.out");
+        const std::string error = test_file("host.err");
+        const std::string request =
+            R"({"MainRouter":{"UpdateUrl":")" + address("new.image") + "\"}}";
+        const std::string command = variables + " '" + host + "' IMAGE_DOWNLOAD '" + request +
+                                    "' >'" + out + "' 2>'" + error + "'";
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        EXPECT_EQ(content_of(out), kStarted);
+        said_ = content_of(error);
+    }
+
+    const RebootPrograms programs_;
+    std::string said_;
+
+  private:
+    std::string sanitizer_;
+};
+
+TEST_F(RealReboot, BecomesARestartOfTheRouterInALinkedHost)
+{
+    ASSERT_TRUE(programs_.are_found());
+    expect_version(kOldVersion);
+    set_time(kStart + 5000);
+    update(LINKED_HOST);
+    EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
+    EXPECT_EQ(said_, "simulated gateway: restarts, in place of this machine\n");
+    expect_version(kNewVersion);
+    EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "0");
+}
+
+TEST_F(RealReboot, IsNotComeToInAHostThatLoadsTheLibraries)
+{
+    ASSERT_TRUE(programs_.are_found());
+    update(LOADING_HOST);
+    EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
+    EXPECT_THAT(said_, HasSubstr(kRefused));
+    expect_version(kOldVersion);
+}
+
+TEST_F(RealReboot, IsNotComeToByAFaultPlan)
+{
+    ASSERT_TRUE(programs_.are_found());
+    setenv("SIMULATED_GATEWAY_FAULTS", "devapi_flash_update_image=0", 1);
+    update(LOADING_HOST);
+    EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
+}
+
+TEST_F(RealReboot, BecomesARestartOfTheRouterWhereTheGatewayIsLoadedFirst)
+{
+    ASSERT_TRUE(programs_.are_found());
+    update(LOADING_HOST, "LD_PRELOAD='" SIMULATED_GATEWAY_PATH "'");
+    EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
+    EXPECT_EQ(said_, "simulated gateway: restarts, in place of this machine\n");
+    expect_version(kNewVersion);
+}
+
+} // namespace real_reboot_test

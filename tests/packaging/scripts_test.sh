@@ -1,0 +1,71 @@
+#!/usr/bin/env bash
+# What the scripts say to somebody who waits, or who may not install packages: scripts_test.sh PROJECT
+#
+# Programs that would build, test or install are replaced by some that do nothing, in a folder that is all
+# there is to find.
+set -euo pipefail
+project=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/bin"
+bash=$(command -v bash)
+for program in awk cat dirname env grep mktemp rm sed; do
+    ln -s "$(command -v "$program")" "$work/bin"
+done
+ln -s "$bash" "$work/bin/bash"
+
+# stand_in NAME LINE: a program that runs this line of shell
+stand_in() { printf '#!%s\n%s\n' "$bash" "$2" >"$work/bin/$1"; chmod +x "$work/bin/$1"; }
+# run SCRIPT [OPTION...]: what it says is in $said, how it ended in $status
+run()
+{
+    status=0
+    said=$(PATH=$work/bin "$bash" "$project/scripts/$1" "${@:2}" 2>&1) || status=$?
+}
+fail() { printf '%s\n-- %s\n' "$said" "$1" >&2; exit 1; }
+expect() { grep -Eqx -e "$1" <<<"$said" || fail "no line is: $1"; }
+
+stand_in id 'echo 1000'
+# shellcheck disable=SC2016 # for the other shell
+stand_in dpkg 'case $1 in --print-architecture) echo amd64 ;; --print-foreign-architectures) ;; esac'
+stand_in dpkg-query 'exit 1'
+stand_in apt-get "touch '$work/installed'"
+run install-deps.sh --cross
+[ "$status" -eq 1 ] || fail 'ends without an error'
+expect 'missing packages: .* libcjson-dev .* libcjson-dev:mipsel .*'
+expect 'Only root can install them, and there is no sudo. As root, this does it:'
+expect '  dpkg --add-architecture mipsel'
+expect '  apt-get update'
+expect '  apt-get install .* libcjson-dev .* libcjson-dev:mipsel .*'
+[ ! -e "$work/installed" ] || fail 'apt-get was run'
+
+stand_in sudo 'echo "newcomer is not in the sudoers file"; exit 1'
+run install-deps.sh
+[ "$status" -eq 1 ] || fail 'ends without an error'
+expect 'newcomer is not in the sudoers file'
+expect '  apt-get install .* libcjson-dev .*'
+
+stand_in dpkg-query 'printf "amd64 installed\nmipsel installed\n"'
+run install-deps.sh --cross
+[ "$status$said" = 0 ] || fail 'there was nothing to install'
+
+# shellcheck disable=SC2016 # for the other shell
+stand_in cmake 'for step in 1 2 30; do echo "[$step/30] Building"; done; echo "a warning"'
+stand_in ctest 'echo tests'
+run build.sh debug
+expect '  built 1 of 30'
+expect '  built 30 of 30'
+expect 'a warning'
+[ "$(grep -c built <<<"$said")" -eq 2 ] || fail 'tells more than each tenth'
+run test.sh
+[ "$status" -eq 0 ] || fail 'ends with an error'
+for stage in 1 2 3 4 5 6 7 8 9; do
+    expect "== $stage/9 [a-z].*"
+    expect "== $stage/9 took [0-9]+ min [0-9]+ s"
+done
+expect '== all tests passed, in .*'
+stand_in ctest 'exit 8'
+run test.sh
+[ "$status" -ne 0 ] || fail 'a failed stage is taken for success'
+! grep -q 'all tests passed' <<<"$said" || fail 'a failed stage is taken for success'
+echo 'the scripts say what they do'

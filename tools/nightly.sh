@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# What takes too long for every change (docs/testing.md). Each job is a function.
+#
+#   nightly.sh [JOB...]   these jobs, one after the other; all of them by default
+#   nightly.sh --list     their names
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+# Another seed every day, so that what a seed does not bring another may.
+seed=$(date +%Y%m%d)
+
+# Two at a time, for half an hour each.
+job_fuzzing() {
+    local status=0
+    scripts/fuzz.sh 1800 fuzz_request fuzz_device || status=1
+    scripts/fuzz.sh 1800 fuzz_session fuzz_serve || status=1
+    scripts/fuzz.sh 1800 fuzz_state || status=1
+    return "$status"
+}
+
+job_json_cases() {
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug --target hgagent smart_router_service simulated_gateway -- --quiet
+    /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
+}
+
+jobs=()
+for name in $(compgen -A function job_); do
+    jobs+=("${name#job_}")
+done
+if [ "${1-}" = --list ]; then
+    printf '%s\n' "${jobs[@]}"
+    exit 0
+fi
+if [ $# -gt 0 ]; then
+    jobs=("$@")
+fi
+
+failed=()
+for job in "${jobs[@]}"; do
+    if ! declare -F "job_$job" >/dev/null; then
+        sed -n 's/^#   \(nightly.sh\)/usage: \1/p' "$0" >&2
+        exit 2
+    fi
+done
+for job in "${jobs[@]}"; do
+    echo "== $job"
+    # In a shell of its own, in which a failing line ends the job: as a condition it would not.
+    set +e
+    (
+        set -e
+        "job_$job"
+    )
+    status=$?
+    set -e
+    if [ "$status" -ne 0 ]; then
+        failed+=("$job")
+    fi
+done
+if [ ${#failed[@]} -gt 0 ]; then
+    echo "failed: ${failed[*]}"
+    exit 1
+fi
