@@ -2,9 +2,9 @@
 
 #include "conformance_requests.h"
 #include "device_texts.h"
+#include "protocol/device_facts.h"
 #include "reply.h"
 #include "report.h"
-#include "smart_router_service/device_functions.h"
 #include "smart_router_service/processjsonability.h"
 #include "workers.h"
 
@@ -86,15 +86,12 @@ std::vector<DeviceCall> take_calls()
     return std::exchange(watched.calls, {});
 }
 
-// Their results other than 0 are answers.
+// Whether the result is one of the function's answers, and no failure.
 bool is_answer(const DeviceCall &call)
 {
-    static const std::set<std::string> kAnswering = {
-        "devapi_get_greennet_index_by_mac", "devapi_get_hostindex_by_mac", "devapi_get_mesh_type",
-        "devapi_get_systerm_timetype"};
-    constexpr int32_t kNoSuchDevice = 1000;
-    return call.result == 0 || (call.result > 0 && kAnswering.contains(call.function)) ||
-           (call.result == kNoSuchDevice && call.function == "devapi_get_ad_base_info");
+    const device_facts::Function *function = device_facts::find(call.function);
+    return call.result == 0 || function->answers.contain(call.result) ||
+           (function->is_answer && call.result > 0);
 }
 
 std::string joined(const std::set<std::string> &names)
@@ -160,11 +157,11 @@ CheckResult run_report(const PluginHost &host, const std::string &name)
 
 CheckResult check_functions(const PluginHost &host)
 {
-#define FUNCTION_NAME(result, name, parameters, arguments) #name,
     std::vector<std::string> missing;
-    for (const char *name : {DEVICE_FUNCTIONS(FUNCTION_NAME)}) {
-        if (host.device_symbol(name) == nullptr) {
-            missing.emplace_back(name);
+    for (const device_facts::Function &function : device_facts::kFunctions) {
+        const std::string name(function.name);
+        if (host.device_symbol(name.c_str()) == nullptr) {
+            missing.push_back(name);
         }
     }
     if (missing.empty()) {

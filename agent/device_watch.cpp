@@ -17,33 +17,12 @@ namespace {
 void *device_library = nullptr;
 DeviceWatcher watcher;
 
-// What a function may answer, where a caller takes any other result for a success or for nothing at
-// all.
-constexpr struct {
-    const char *function;
-    std::array<int32_t, 3> results;
-} kResults[] = {{"devapi_del_device", {0, -1}},
-                {"devapi_get_ad_base_info", {0, -1, 1000}},
-                {"devapi_get_all_wifi_channel_list", {0, -1}},
-                {"devapi_get_channel_ap_num", {0, -1}},
-                {"devapi_get_host_num", {0, -1}},
-                {"devapi_get_led_info", {0, -1}},
-                {"devapi_get_sta_rssi_by_ip", {0, -1}},
-                {"devapi_set_ad_base_info", {0, -1}},
-                {"devapi_set_hg_dhcp_info", {0, -1}},
-                {"devapi_set_lan_ip_info", {0, -1}},
-                {"devapi_set_sta_led", {0, -1}},
-                {"devapi_set_sta_tslink_config", {0, -1}},
-                {"devapi_set_update_schedule", {0, -1}},
-                {"devapi_set_uplink_wifi_info", {0, -1, -2}}};
-
+// Of some functions a caller takes any other result for a success or for nothing at all.
 void check_result(const Call &call, int32_t result)
 {
-    for (const auto &row : kResults) {
-        if (strcmp(row.function, call.function()) == 0 &&
-            std::find(row.results.begin(), row.results.end(), result) == row.results.end()) {
-            call.fault("it answers " + std::to_string(result) + ", which the header does not know");
-        }
+    const device_facts::Results &results = call.facts().results;
+    if (!results.empty() && !results.contain(result)) {
+        call.fault("it answers " + std::to_string(result) + ", which the header does not know");
     }
 }
 
@@ -103,14 +82,10 @@ void pass_on(const Call &call, void (*)(TopoNode *), TopoNode *first)
 
 } // namespace
 
-Call::Call(const char *function, const char *arguments)
-    : function_(function), arguments_(arguments), device_(dlsym(device_library, function))
+Call::Call(const char *function)
+    : function_(function), facts_(*device_facts::find(function)),
+      device_(dlsym(device_library, function))
 {
-}
-
-bool Call::has_argument(const char *name) const
-{
-    return strstr(arguments_, name) != nullptr;
 }
 
 void Call::begin() const
@@ -157,8 +132,7 @@ device_watch_start(void *device, const agent::DeviceWatcher *watcher)
 #define WATCHED_FUNCTION(result, name, parameters, arguments)                                      \
     __attribute__((visibility("default"))) result name parameters                                  \
     {                                                                                              \
-        return agent::watch::pass_on(agent::watch::Call(#name, #arguments),                        \
-                                     &name COMMA_BEFORE arguments);                                \
+        return agent::watch::pass_on(agent::watch::Call(#name), &name COMMA_BEFORE arguments);     \
     }
 
 DEVICE_FUNCTIONS(WATCHED_FUNCTION)

@@ -30,6 +30,20 @@ std::string joined(const std::vector<std::string> &words, const std::string &sep
     return text;
 }
 
+// The form of its value in words, with the unit and an example.
+std::string form_of(const Description &key)
+{
+    std::vector<std::string> parts;
+    if (key["form"] != "any text") {
+        parts.push_back(key["form"]);
+    }
+    if (key.contains("unit")) {
+        parts.push_back(key["unit"]);
+    }
+    parts.push_back("as in " + key["example"].dump());
+    return joined(parts, ", ");
+}
+
 // Everything about a key but its name, in the order in which one asks for it.
 std::string about(const Description &key, bool in_request)
 {
@@ -60,6 +74,9 @@ std::string about(const Description &key, bool in_request)
     }
     if (key.contains("meaning")) {
         parts.push_back(key["meaning"]);
+    }
+    if (key.contains("form")) {
+        parts.push_back(form_of(key));
     }
     if (key.contains("found_in")) {
         parts.push_back("told by " + key["found_in"]["command"].get<std::string>());

@@ -1,23 +1,11 @@
 #include "watched_arguments.h"
 
-#include "device_text_widths.h"
-
 namespace agent::watch {
-
-namespace {
-
-// The size of these is one less than the width.
-constexpr const char *kSizeWithoutEnd[] = {"devapi_get_devicemodel",
-                                           "devapi_get_topo_relation_ship"};
-
-} // namespace
 
 bool Argument<int32_t *>::finish(const Call &call, int32_t result)
 {
     guarded_.check(call);
-    // The number of SSIDs is the one of which the header says that it may be negative.
-    if (result == 0 && guarded_.value < 0 && call.has_argument("count") &&
-        strcmp(call.function(), "devapi_get_ssid_num") != 0) {
+    if (result == 0 && guarded_.value < 0 && call.facts().counts) {
         call.fault("the count is " + std::to_string(guarded_.value));
     }
     const bool wrote = *own_ != guarded_.value;
@@ -26,10 +14,7 @@ bool Argument<int32_t *>::finish(const Call &call, int32_t result)
 }
 
 Argument<char *>::Argument(const Call &call, char *own)
-    : own_(own), width_(width_of_text(call.function())),
-      may_fill_size_(
-          std::any_of(std::begin(kSizeWithoutEnd), std::end(kSizeWithoutEnd),
-                      [&](const char *function) { return strcmp(function, call.function()) == 0; }))
+    : own_(own), width_(call.facts().text_width), may_fill_size_(call.facts().is_size_less_one)
 {
 }
 

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <iterator>
 
 namespace agent::watch {
 
@@ -50,14 +49,6 @@ template <class Value> struct Guarded {
     }
 };
 
-// A query leaves something in its record; what a setting or an addition leaves there is its own
-// affair.
-inline bool is_query(const Call &call)
-{
-    return strstr(call.function(), "_set_") == nullptr &&
-           strstr(call.function(), "_add_") == nullptr;
-}
-
 // What is handed over as it is.
 template <class Type> class Argument {
   public:
@@ -82,7 +73,7 @@ template <class Record> class Argument<Record *> {
     {
         guarded_.check(call);
         const bool wrote = !same_bytes(&given_, &guarded_.value, sizeof(Record));
-        if (result == 0 && !wrote && is_query(call) && has_texts(given_)) {
+        if (result == 0 && !wrote && call.facts().fills && has_texts(given_)) {
             call.fault("it answers 0 and fills nothing in");
         }
         if (result == 0 || kTellsReason<Record>) {
@@ -148,7 +139,7 @@ template <> class Argument<int32_t *> {
     Guarded<int32_t> guarded_;
 };
 
-// A text to write. Its width is the argument behind it, or stands in the header.
+// A text to write. Its width is the argument behind it, or stands in the description.
 template <> class Argument<char *> {
   public:
     Argument(const Call &call, char *own);

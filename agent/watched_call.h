@@ -2,6 +2,7 @@
 #pragma once
 
 #include "device_watch.h"
+#include "protocol/device_facts.h"
 
 #include <string>
 
@@ -9,14 +10,12 @@ namespace agent::watch {
 
 class Call {
   public:
-    // arguments: the names of the function's arguments, as in its prototype.
-    Call(const char *function, const char *arguments);
+    explicit Call(const char *function);
 
     const char *function() const { return function_; }
+    const device_facts::Function &facts() const { return facts_; }
     // The device library's function; null when it has none.
     void *device() const { return device_; }
-    // Whether an argument has this in its name.
-    bool has_argument(const char *name) const;
 
     void begin() const;
     void end(int32_t result, bool wrote) const;
@@ -25,7 +24,7 @@ class Call {
 
   private:
     const char *function_;
-    const char *arguments_;
+    const device_facts::Function &facts_;
     void *device_;
 };
 

@@ -14,7 +14,9 @@ constexpr size_t kLongestList = 65536;
 template <class Record> void check_array(const Call &call, const char *name, Record &record)
 {
     const std::string path = std::string(name) + ".entries";
-    const size_t amount = counted(call, name, {"count", record.count}, INT32_MAX, true);
+    const device_facts::Field entries = {
+        .name = "entries", .counted_by = "count", .count = record.count, .negative_is_none = true};
+    const size_t amount = counted(call, name, entries, INT32_MAX);
     const size_t size = amount * sizeof *record.entries;
     const bool is_foreign = record.entries != nullptr && !may_be_freed(record.entries);
     if (is_foreign) {
@@ -55,21 +57,22 @@ template <class Node> void check_nodes(const Call &call, Node &first)
 
 } // namespace
 
-size_t counted(const Call &call, const std::string &record, const Count &count, size_t room,
-               bool negative_is_none)
+size_t counted(const Call &call, const std::string &record, const device_facts::Field &array,
+               size_t room)
 {
-    const std::string value = record + "." + count.field + " is " + std::to_string(count.value);
-    if (count.value < 0) {
-        if (!negative_is_none) {
+    const std::string value =
+        record + "." + array.counted_by + " is " + std::to_string(array.count);
+    if (array.count < 0) {
+        if (!array.negative_is_none) {
             call.fault(value);
         }
         return 0;
     }
-    if (static_cast<size_t>(count.value) > room) {
+    if (static_cast<size_t>(array.count) > room) {
         call.fault(value + ", and there is room for " + std::to_string(room));
         return room;
     }
-    return static_cast<size_t>(count.value);
+    return static_cast<size_t>(array.count);
 }
 
 void check_record(const Call &call, ScanResult &result)

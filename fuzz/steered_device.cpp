@@ -1,6 +1,5 @@
-// A device-access library that answers as the input's bytes say. Its functions are made from
-// device_access.h, and so is what it fills in each record; a new one needs nothing here.
-#include "agent/device_text_widths.h"
+// A device-access library that answers as the input's bytes say. Its functions are made from the
+// descriptions, and so is what it fills in each record; a new one needs nothing here.
 #include "device_answer.h"
 #include "device_records.h"
 #include "smart_router_service/device_functions.h"
@@ -24,22 +23,21 @@ namespace {
 
 template <class Record> void check_record(const char *function, const Record &record)
 {
-    for_each_field(record, [&]<class Field>(const char *, const Field &field) {
-        using Entry = std::remove_extent_t<Field>;
-        if constexpr (std::is_same_v<Entry, char>) {
-            if (memchr(field, '\0', sizeof field) == nullptr) {
-                give_up(function, "a text that does not end within its field");
+    device_facts::visit_fields(
+        record, [&]<class Type>(const device_facts::Field &, const Type &field) {
+            using Entry = std::remove_extent_t<Type>;
+            if constexpr (std::is_same_v<Entry, char>) {
+                if (memchr(field, '\0', sizeof field) == nullptr) {
+                    give_up(function, "a text that does not end within its field");
+                }
+            } else if constexpr (std::is_array_v<Type> && std::is_class_v<Entry>) {
+                for (const Entry &entry : field) {
+                    check_record(function, entry);
+                }
+            } else if constexpr (std::is_class_v<Type>) {
+                check_record(function, field);
             }
-        } else if constexpr (std::is_array_v<Field> && std::is_class_v<Entry>) {
-            for (const Entry &entry : field) {
-                check_record(function, entry);
-            }
-        }
-    });
-    // A setting's record has that of the query in it.
-    if constexpr (requires { record.info; }) {
-        check_record(function, record.info);
-    }
+        });
 }
 
 void take_text(const char *text)
@@ -119,7 +117,7 @@ void fill_record(DeviceAnswer &answer, NodeBaseInfo &first)
 
 size_t width_of(const char *function)
 {
-    const size_t width = agent::width_of_text(function);
+    const size_t width = device_facts::find(function)->text_width;
     if (width == 0) {
         give_up(function, "a text of unknown width");
     }

@@ -1,6 +1,9 @@
 #!/usr/bin/python3 -B
-"""Writes what is made from the protocol's descriptions: docs/protocol.md, the manual page hg-protocol(7)
-and the JSON Schemas.
+"""Writes what is made from the descriptions.
+
+Of the commands: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and, with what the
+device fields say, protocol/complete. Of the device interface: device_access.h, device_functions.h,
+device_facts.h and docs/device_access.md.
 
 usage: generate.py [--check]
 
@@ -10,28 +13,47 @@ With --check nothing is written: it fails, and names the file, where one is not 
 import json
 import sys
 
+import device_facts_header
+import device_functions_header
+import device_header
+import device_reference
 import man_page
 import reference
 import schemas
-from descriptions import ROOT, descriptions
+from descriptions import descriptions
+from device_interface import Interface, ROOT
 
 SCHEMA_FOLDER = ROOT / "protocol/schemas"
+COMPLETE_FOLDER = ROOT / "protocol/complete"
+INCLUDE_FOLDER = ROOT / "smart_router_service/include/smart_router_service"
 
 
 def made_files():
     """The text of each file that is made, by its path."""
     commands = list(descriptions().values())
     introduction = (ROOT / "protocol/introduction.md").read_text(encoding="utf-8")
+    interface = Interface()
     files = {
+        INCLUDE_FOLDER / "device_access.h": device_header.device_header(interface),
+        INCLUDE_FOLDER / "device_functions.h": device_functions_header.device_functions_header(interface),
+        ROOT / "protocol/include/protocol/device_facts.h": device_facts_header.device_facts_header(interface),
+        ROOT / "docs/device_access.md": device_reference.device_reference(interface, commands),
         ROOT / "docs/protocol.md": reference.reference(commands, introduction),
         ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),
     }
     for command in commands:
+        files[COMPLETE_FOLDER / f"{command['command']}.json"] = as_lines(command)
         for kind, schema in (("request", schemas.request_schema(command)),
                              ("reply", schemas.reply_schema(command))):
             text = json.dumps(schema, indent=2, ensure_ascii=False)
             files[SCHEMA_FOLDER / f"{command['command']}.{kind}.json"] = text + "\n"
     return files
+
+
+def as_lines(command):
+    """The description as JSON, with a line for each of its parts."""
+    parts = [f"{json.dumps(name)}: {json.dumps(value, ensure_ascii=False)}" for name, value in command.items()]
+    return "{" + ",\n ".join(parts) + "}\n"
 
 
 def main(arguments):
@@ -41,7 +63,8 @@ def main(arguments):
     files = made_files()
     stale = [path for path, text in files.items()
              if not path.exists() or path.read_text(encoding="utf-8") != text]
-    left_over = [path for path in SCHEMA_FOLDER.glob("*") if path not in files]
+    left_over = [path for folder in (SCHEMA_FOLDER, COMPLETE_FOLDER) for path in folder.glob("*")
+                 if path not in files]
     if arguments:
         for path in stale:
             print(f"{path.relative_to(ROOT)} is not current; run protocol/generate.py")

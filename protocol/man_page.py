@@ -17,6 +17,7 @@ NOTATION = r""".Sh COMMANDS
 The keys of each request and reply stand in their order.
 Brackets are around what need not be there, and braces around the keys of an
 object; dots behind them say that there is a list of such objects.
+Units are in parentheses.
 A failure that is a text alone comes as
 .Li \(dqStatus\(dq
 .Li \(dq1\(dq
@@ -76,6 +77,8 @@ def key_text(key, in_request):
         text += " " + json.dumps(key["text"], ensure_ascii=False)
     if "one_of" in key:
         text += " " + "|".join(json.dumps(one) for one in key["one_of"])
+    if "unit" in key:
+        text += f" ({key['unit']})"
     if "items" in key:
         text += " {" + key_list(key["items"], in_request) + "}" + ("..." if key["type"] == "array" else "")
     optional = not key["required"] if in_request else key.get("optional")

@@ -7,7 +7,10 @@ from descriptions import limits
 HEADER = "<!-- Made from protocol/ by protocol/generate.py. -->\n# The protocol\n"
 SCHEMAS = """
 The same is there for programs: `protocol/schemas` has two JSON Schemas (2020-12) for each command,
-`NAME.request.json` and `NAME.reply.json`. They cannot express the order of keys, or keys that stand twice.
+`NAME.request.json` and `NAME.reply.json`. They cannot express the order of keys, or keys that stand twice. Widths
+in bytes, units and forms stand in them as notes: `x-max-bytes`, `x-unit`, `x-values`, `x-pattern`. `protocol/complete`
+has all that is told here of a command in one JSON file. What a device library does for it is in
+[device_access.md](device_access.md).
 The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=1767225600` gives just these
 replies, but for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which goes by the computer's own clock.
 """

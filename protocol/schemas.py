@@ -11,7 +11,9 @@ CASE_SENSITIVE_NOTE = ("Keys have to be spelt as here. Of a repeated key the fir
                        "Other keys are no fault: they stay in the object.")
 REPLY_NOTE = ("The request's keys that were not taken out stand first, then these keys, in the order of "
               "this schema. A schema can demand neither an order nor a key that stands twice; of repeated "
-              "keys it sees the last one, as most parsers do. It counts letters where the limits are bytes.")
+              "keys it sees the last one, as most parsers do.")
+FORM_NOTE = (" Limits are in bytes, which no schema counts, and forms are those of one device library: both "
+             "stand here as notes alone, with names that begin with x-.")
 
 
 def request_schema(description):
@@ -19,7 +21,7 @@ def request_schema(description):
     return {
         "$schema": DIALECT,
         "title": f"Request of {description['command']}",
-        "description": f"{description['summary']}. {note}",
+        "description": f"{description['summary']}. {note}{FORM_NOTE}",
         **object_schema(description["request"], in_request=True),
     }
 
@@ -32,7 +34,7 @@ def reply_schema(description):
     schema = {
         "$schema": DIALECT,
         "title": f"Reply of {description['command']}",
-        "description": f"{description['summary']}. {REPLY_NOTE}",
+        "description": f"{description['summary']}. {REPLY_NOTE}{FORM_NOTE}",
         "anyOf": replies,
     }
     if shared:
@@ -86,27 +88,31 @@ def typed_schema(key, in_request, shared):
     schema = {"description": "; ".join(notes)} if notes else {}
     kind = key.get("type", "text")
     if kind == "text":
-        schema.update(text_schema(key, in_request))
+        schema.update(text_schema(key))
     elif kind != "any":
         schema["type"] = kind
     if "items" in key:
         items = object_schema(key["items"], in_request, shared, closed=not in_request)
         if "max_items" in key:
-            # Whatever stands behind those that are read is no fault.
-            schema["prefixItems"] = [items] * key["max_items"]
-        elif kind == "array":
+            schema["maxItems"] = key["max_items"]
+        if kind == "array":
             schema["items"] = items
         else:
             schema.update(items)
     return schema
 
 
-def text_schema(key, in_request):
+def text_schema(key):
     if "text" in key:
         return {"const": key["text"]}
     if "one_of" in key:
         return {"enum": key["one_of"]}
-    # A request may be longer: it is cut.
-    if "max_bytes" in key and not in_request:
-        return {"type": "string", "maxLength": key["max_bytes"]}
-    return {"type": "string"}
+    schema = {"type": "string"}
+    if "example" in key:
+        schema["examples"] = [key["example"]]
+    # The plug-in passes on whatever it is given, and cuts it where it is longer.
+    schema.update({f"x-{name}": key[key_name] for name, key_name in NOTES.items() if key_name in key})
+    return schema
+
+
+NOTES = {"max-bytes": "max_bytes", "unit": "unit", "values": "values", "pattern": "pattern"}

@@ -6,15 +6,6 @@ using namespace simulated_gateway;
 
 // ---- Logins ------------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const LoginInfo &info)
-{
-    text.field("WebLoginType", info.WebLoginType);
-    text.field("Type", info.Type);
-    text.field("Name", info.Name);
-    text.secret("Password", info.Password);
-    text.field("WebLoginIp", info.WebLoginIp);
-}
-
 int32_t devapi_get_admin_info(LoginInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
@@ -86,13 +77,6 @@ int32_t devapi_reboot()
 
 // ---- Schedules ---------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const RebootInfo &info)
-{
-    text.field("GatewayRebootEnable", info.GatewayRebootEnable);
-    text.field("Time", info.Time);
-    text.field("DaysOfWeek", info.DaysOfWeek);
-}
-
 int32_t devapi_get_reboot_info(RebootInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
@@ -114,15 +98,6 @@ int32_t devapi_set_reboot_info(const RebootInfo *info)
         schedule.days = taken(info->DaysOfWeek);
         return 0;
     });
-}
-
-static void describe(RecordText &text, const HgSleepInfo &info)
-{
-    text.field("GatewaySleepEnable", info.GatewaySleepEnable);
-    text.field("WiFiSleepEnable", info.WiFiSleepEnable);
-    text.field("LedSleepEnable", info.LedSleepEnable);
-    text.field("StartTime", info.StartTime);
-    text.field("EndTime", info.EndTime);
 }
 
 int32_t devapi_get_hg_sleep_info(HgSleepInfo *info)

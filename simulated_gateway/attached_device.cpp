@@ -6,37 +6,6 @@
 
 namespace simulated_gateway {
 
-void describe(RecordText &text, const AdBaseInfo &info)
-{
-    text.field("Kind", info.Kind);
-    text.field("HostIndex", info.HostIndex);
-    text.field("Mac", info.Mac);
-    text.field("UID", info.UID);
-    text.field("DevType", info.DevType);
-    text.field("DevFactory", info.DevFactory);
-    text.field("Name", info.Name);
-    text.field("ByName", info.ByName);
-    text.field("OS", info.OS);
-    text.field("Version", info.Version);
-    text.field("NetStatus", info.NetStatus);
-    text.field("NetMonopoly", info.NetMonopoly);
-    text.field("AccessType", info.AccessType);
-    text.field("AccessEnable", info.AccessEnable);
-    text.field("AccessTime", info.AccessTime);
-    text.field("UpSpeed", info.UpSpeed);
-    text.field("DownSpeed", info.DownSpeed);
-    text.field("ip", info.ip);
-    text.field("AccessCode", info.AccessCode);
-    text.field("SSIDIndex", info.SSIDIndex);
-    text.field("LinkStatus", info.LinkStatus);
-    text.field("SpeedLimit", info.SpeedLimit);
-    text.field("DownLimit", info.DownLimit);
-    text.field("UpLimit", info.UpLimit);
-    text.field("GreennetProtectEnable", info.GreennetProtectEnable);
-    text.field("Dbm", info.Dbm);
-    text.field("StaticDhcpEnable", info.StaticDhcpEnable);
-}
-
 std::string number_or_none(int64_t number)
 {
     return number != 0 ? std::to_string(number) : "";

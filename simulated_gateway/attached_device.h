@@ -8,8 +8,6 @@ namespace simulated_gateway {
 // The clock by which a record says since when the device is attached.
 enum class Clock { kUtc, kLocal };
 
-void describe(RecordText &text, const AdBaseInfo &info);
-
 void fill(AdBaseInfo &info, const State &state, const Host &host, Clock clock);
 
 // The host with the index; null when there is none.

@@ -83,14 +83,6 @@ int32_t devapi_set_ad_base_info(AdBaseSetting *wanted)
 
 // ---- Access rights and firewall ----------------------------------------------------------------
 
-static void describe(RecordText &text, const AttachDeviceRight &info)
-{
-    text.field("HostIndex", info.HostIndex);
-    text.field("MAC", info.MAC);
-    text.field("name", info.name);
-    text.field("InternetAccessRight", info.InternetAccessRight);
-}
-
 constexpr char kMayAccess[] = "ALLOW";
 constexpr char kMayNotAccess[] = "DENY";
 
@@ -118,11 +110,6 @@ int32_t devapi_set_attach_device_right(const AttachDeviceRight *info)
                              one_of(kMayAccess, kMayNotAccess)) == kMayNotAccess;
         return 0;
     });
-}
-
-static void describe(RecordText &text, const FirewallSwitch &info)
-{
-    text.field("Enable", info.Enable);
 }
 
 int32_t devapi_set_firewall_switch(const FirewallSwitch *info)

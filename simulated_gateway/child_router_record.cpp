@@ -7,44 +7,6 @@
 
 namespace simulated_gateway {
 
-void describe(RecordText &text, const MeshLink &link)
-{
-    text.field("nexthopMAC", link.nexthopMAC);
-    text.field("interface", link.interface);
-    text.field("dbm", link.dbm);
-}
-
-void describe(RecordText &text, const ChildRouterInfo &info)
-{
-    text.field("RouterDeviceID", info.RouterDeviceID);
-    text.field("Name", info.Name);
-    text.field("Mac", info.Mac);
-    text.field("NetStatus", info.NetStatus);
-    text.field("ChildRouterAccessType", info.ChildRouterAccessType);
-    text.field("UpSpeed", info.UpSpeed);
-    text.field("DownSpeed", info.DownSpeed);
-    text.field("ip", info.ip);
-    text.field("FWVersion", info.FWVersion);
-    text.field("FWDATA", info.FWDATA);
-    text.field("UpTime", info.UpTime);
-    text.field("DeviceType", info.DeviceType);
-    text.field("AreaCode", info.AreaCode);
-    text.field("HWVersion", info.HWVersion);
-    text.field("Wlan1Mac", info.Wlan1Mac);
-    text.field("Wlan0Mac", info.Wlan0Mac);
-    text.field("ParentMac", info.ParentMac);
-    text.field("dbm", info.dbm);
-    text.field("link_count", info.link_count);
-    text.field("LinkSpeed", info.LinkSpeed);
-}
-
-void describe(RecordText &text, const ChildMeshInfo &info)
-{
-    text.field("Mac", info.Mac);
-    text.field("ChildMac", info.ChildMac);
-    text.field("ParentMac", info.ParentMac);
-}
-
 // The interface of a router that a link goes by.
 static std::string interface_of(const RouterLink &link)
 {

@@ -6,10 +6,6 @@
 
 namespace simulated_gateway {
 
-void describe(RecordText &text, const MeshLink &link);
-void describe(RecordText &text, const ChildRouterInfo &info);
-void describe(RecordText &text, const ChildMeshInfo &info);
-
 void fill(ChildRouterInfo &info, const State &state, const ChildRouter &router);
 // The main router as if it were one of its own child routers.
 void fill_main_router(ChildRouterInfo &info, const State &state);

@@ -11,15 +11,12 @@
 //
 // The body of the first two runs under the gateway's lock: it calls no device function.
 //
-// A record is described once, for the trace:
-//
-//   static void describe(RecordText &text, const SnInfo &info)
-//   {
-//       text.field("MAC", info.MAC);
-//   }
+// For the trace, a record is shown with its texts and numbers; describe() is overloaded for one of
+// which something else says more.
 #pragma once
 
 #include "model.h"
+#include "protocol/device_facts.h"
 
 #include <concepts>
 #include <cstdlib>
@@ -64,6 +61,25 @@ class RecordText {
     bool show_secrets_;
     std::string fields_;
 };
+
+// The texts and numbers of a record; of arrays, their counts.
+template <class Record> void describe(RecordText &text, const Record &record)
+{
+    device_facts::visit_fields(
+        record, [&]<class Type>(const device_facts::Field &fact, const Type &field) {
+            if constexpr (std::is_class_v<Type>) {
+                describe(text, field);
+            } else if constexpr (std::is_same_v<Type, int32_t>) {
+                text.field(fact.name, field);
+            } else if constexpr (std::is_same_v<std::remove_extent_t<Type>, char>) {
+                if (fact.is_secret) {
+                    text.secret(fact.name, field);
+                } else if (!fact.is_reserved) {
+                    text.field(fact.name, field);
+                }
+            }
+        });
+}
 
 // One argument of a device call.
 struct Argument {

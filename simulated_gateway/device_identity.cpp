@@ -3,13 +3,6 @@
 
 using namespace simulated_gateway;
 
-static void describe(RecordText &text, const SnInfo &info)
-{
-    text.field("MAC", info.MAC);
-    text.field("tslinkstatus", info.tslinkstatus);
-    text.field("DeviceType", info.DeviceType);
-}
-
 int32_t devapi_get_sn_info(SnInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
@@ -18,25 +11,6 @@ int32_t devapi_get_sn_info(SnInfo *info)
         put(info->DeviceType, state.home.identity.device_type);
         return 0;
     });
-}
-
-static void describe(RecordText &text, const SystemInfo &info)
-{
-    text.field("SWVersion", info.SWVersion);
-    text.field("HDVersion", info.HDVersion);
-    text.field("ProductCLass", info.ProductCLass);
-    text.field("CPUClass", info.CPUClass);
-    text.field("DEVType", info.DEVType);
-    text.field("DEVType1", info.DEVType1);
-    text.field("Capability", info.Capability);
-    text.field("Card", info.Card);
-    text.field("UPLink", info.UPLink);
-    text.field("Cardno", info.Cardno);
-    text.field("IPV6", info.IPV6);
-    text.field("VLANbind", info.VLANbind);
-    text.field("LED", info.LED);
-    text.field("NFC", info.NFC);
-    text.field("VLANCapability", info.VLANCapability);
 }
 
 int32_t devapi_get_system_info(SystemInfo *info)

@@ -14,15 +14,6 @@ using namespace simulated_gateway;
 
 // ---- Update schedule ---------------------------------------------------------------------------
 
-static void describe(RecordText &text, const UpdateSchedule &schedule)
-{
-    text.field("Enable", schedule.Enable);
-    text.field("StartHour", schedule.StartHour);
-    text.field("StartMinute", schedule.StartMinute);
-    text.field("EndHour", schedule.EndHour);
-    text.field("EndMinute", schedule.EndMinute);
-}
-
 // Hour and minute of a time of the day, as numbers without leading zeros; nothing without one.
 template <size_t width>
 static void put_time(char (&hour)[width], char (&minute)[width], const std::string &time)

@@ -5,16 +5,6 @@
 
 using namespace simulated_gateway;
 
-static void describe(RecordText &text, const UpdateStatusInfo &info)
-{
-    text.field("Name", info.Name);
-    text.field("HWVersion", info.HWVersion);
-    text.field("FWVersion", info.FWVersion);
-    text.field("FWDATA", info.FWDATA);
-    text.field("DeviceType", info.DeviceType);
-    text.field("AreaCode", info.AreaCode);
-}
-
 int32_t devapi_get_update_status_info(UpdateStatusInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {

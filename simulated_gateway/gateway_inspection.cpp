@@ -10,16 +10,6 @@ using namespace simulated_gateway;
 
 // ---- Internet connection -----------------------------------------------------------------------
 
-static void describe(RecordText &text, const NetInspectInfo &info)
-{
-    text.field("WanStatus", info.WanStatus);
-    text.field("NetStatus", info.NetStatus);
-    text.field("WanIP", info.WanIP);
-    text.field("NetMask", info.NetMask);
-    text.field("DnsStatus", info.DnsStatus);
-    text.field("NetQuality", info.NetQuality);
-}
-
 static std::string net_quality(const State &state)
 {
     if (!state.home.wan.connected) {
@@ -99,16 +89,6 @@ int32_t devapi_get_net_fault_info(char *reason)
 
 // ---- Wi-Fi -------------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const WifiInspectInfo &info)
-{
-    text.field("WiFiDevNum", info.WiFiDevNum);
-    text.field("Security", info.Security);
-    text.field("Channel", info.Channel);
-    text.field("Congestion", info.Congestion);
-    text.field("PowerLevel", info.PowerLevel);
-    text.field("FireWallEnable", info.FireWallEnable);
-}
-
 // A home is as safe as the weakest of its networks.
 static std::string wifi_security(const Home &home)
 {
@@ -186,11 +166,6 @@ int32_t devapi_optimize_wifi_channel_power(WifiInspectInfo *info)
     });
 }
 
-static void describe(RecordText &text, const FwInspectInfo &info)
-{
-    text.field("FWVersion", info.FWVersion);
-}
-
 int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net)
 {
     return query(__func__, {reply("wifi", wifi), reply("firmware", firmware), reply("net", net)},
@@ -203,14 +178,6 @@ int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetIns
 }
 
 // ---- Resources ---------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const ResourceInfo &info)
-{
-    text.field("CpuPercent", info.CpuPercent);
-    text.field("MemPercent", info.MemPercent);
-    text.field("LanDevNum", info.LanDevNum);
-    text.field("ProtectedDevNum", info.ProtectedDevNum);
-}
 
 static void fill(ResourceInfo &info, const State &state)
 {

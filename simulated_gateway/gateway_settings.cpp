@@ -10,39 +10,6 @@ using namespace simulated_gateway;
 
 // ---- Base information --------------------------------------------------------------------------
 
-static void describe(RecordText &text, const HgBaseInfo &info)
-{
-    text.field("Name", info.Name);
-    text.field("Mac", info.Mac);
-    text.field("NetStatus", info.NetStatus);
-    text.field("UpSpeed", info.UpSpeed);
-    text.field("DownSpeed", info.DownSpeed);
-    text.field("WiFiStatus1", info.WiFiStatus1);
-    text.field("WiFiStatus2", info.WiFiStatus2);
-    text.field("SSID1", info.SSID1);
-    text.field("SSID2", info.SSID2);
-    text.field("Wlan1Mac", info.Wlan1Mac);
-    text.field("Wlan0Mac", info.Wlan0Mac);
-    text.field("ip", info.ip);
-    text.field("HWVersion", info.HWVersion);
-    text.field("FWVersion", info.FWVersion);
-    text.field("FWDATA", info.FWDATA);
-    text.field("UpTime", info.UpTime);
-    text.field("WanUptime", info.WanUptime);
-    text.field("DeviceType", info.DeviceType);
-    text.field("AreaCode", info.AreaCode);
-    text.field("AddressType", info.AddressType);
-    text.field("Cpu", info.Cpu);
-    text.field("QQGameAcceleratorEnable", info.QQGameAcceleratorEnable);
-    text.field("QosAcceleratorEnable", info.QosAcceleratorEnable);
-    text.field("FireWallEnable", info.FireWallEnable);
-    text.field("LedLight", info.LedLight);
-    text.field("LedSwitch", info.LedSwitch);
-    text.field("Memory", info.Memory);
-    text.field("WanLinkMode", info.WanLinkMode);
-    text.field("ConfiguerStatus", info.ConfiguerStatus);
-}
-
 // What the base information says of one radio; of a radio that is not there, nothing.
 struct RadioSummary {
     std::string status;
@@ -107,19 +74,6 @@ int32_t devapi_set_hg_base_info(const HgBaseInfo *info)
     });
 }
 
-static void describe(RecordText &text, const HomePageInfo &info)
-{
-    text.field("Devname", info.Devname);
-    text.field("UploadSpeed", info.UploadSpeed);
-    text.field("DownloadSpeed", info.DownloadSpeed);
-    text.field("GameSpeed", info.GameSpeed);
-    text.field("GamePort", info.GamePort);
-    text.field("GameBand", info.GameBand);
-    text.field("CpuRate", info.CpuRate);
-    text.field("MemRate", info.MemRate);
-    text.field("CpuTemperature", info.CpuTemperature);
-}
-
 int32_t devapi_get_home_page_info(HomePageInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
@@ -138,20 +92,6 @@ int32_t devapi_get_home_page_info(HomePageInfo *info)
 }
 
 // ---- LAN, WAN and DHCP -------------------------------------------------------------------------
-
-static void describe(RecordText &text, const LanIpInfo &info)
-{
-    text.field("GatewayLanIP", info.GatewayLanIP);
-    text.field("SubnetMask", info.SubnetMask);
-    text.field("StartIp", info.StartIp);
-    text.field("EndIp", info.EndIp);
-}
-
-static void describe(RecordText &text, const LanIpSetting &setting)
-{
-    describe(text, setting.info);
-    text.field("FailReason", setting.FailReason);
-}
 
 int32_t devapi_get_lan_ip_info(LanIpInfo *info)
 {
@@ -178,14 +118,6 @@ int32_t devapi_set_lan_ip_info(LanIpSetting *wanted)
     });
 }
 
-static void describe(RecordText &text, const WanIpInfo &info)
-{
-    text.field("ip", info.ip);
-    text.field("Dns", info.Dns);
-    text.field("WanGateWay", info.WanGateWay);
-    text.field("ConnectionState", info.ConnectionState);
-}
-
 int32_t devapi_get_wan_ip_info(WanIpInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
@@ -198,14 +130,6 @@ int32_t devapi_get_wan_ip_info(WanIpInfo *info)
         put(info->ConnectionState, std::string(connection_state(wan)));
         return 0;
     });
-}
-
-static void describe(RecordText &text, const DhcpInfo &info)
-{
-    text.field("Enable", info.Enable);
-    text.field("IPAddress", info.IPAddress);
-    text.field("SubNetMask", info.SubNetMask);
-    text.field("GateWay", info.GateWay);
 }
 
 static void describe(RecordText &text, const DhcpSetting &setting)
@@ -235,19 +159,6 @@ int32_t devapi_set_hg_dhcp_info(DhcpSetting *wanted)
 }
 
 // ---- PPPoE -------------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const PppoeInfo &info)
-{
-    text.field("Account", info.Account);
-    text.secret("Password", info.Password);
-    text.field("Enable", info.Enable);
-}
-
-static void describe(RecordText &text, const PppoeSetting &setting)
-{
-    describe(text, setting.info);
-    text.field("FailReason", setting.FailReason);
-}
 
 int32_t devapi_get_hg_pppoe_info(PppoeInfo *info)
 {

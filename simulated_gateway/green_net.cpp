@@ -59,16 +59,6 @@ int32_t devapi_set_greenaccess_enable(int32_t enable)
 
 // ---- The table ---------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const GreenHostInfo &info)
-{
-    text.field("HostIndex", info.HostIndex);
-    text.field("Mac", info.Mac);
-    text.field("Name", info.Name);
-    text.field("NotifyEnable", info.NotifyEnable);
-    text.field("ProtectEnable", info.ProtectEnable);
-    text.field("NewEntry", info.NewEntry);
-}
-
 int32_t devapi_get_greennet_num(int32_t *count)
 {
     return query(__func__, {reply_number("count", count)}, [&](const State &state) {
@@ -184,16 +174,6 @@ int32_t devapi_set_protect_enable(int32_t enable, int32_t index)
 }
 
 // ---- Periods -----------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const ProtectPeriodInfo &info)
-{
-    text.field("HostIndex", info.HostIndex);
-    text.field("PeriodNum", info.PeriodNum);
-    text.field("StartTime", info.StartTime);
-    text.field("EndTime", info.EndTime);
-    text.field("Enable", info.Enable);
-    text.field("DaysOfWeek", info.DaysOfWeek);
-}
 
 template <class AnyHome> static auto &period_of(AnyHome &home, const ProtectPeriodInfo &info)
 {

@@ -6,23 +6,6 @@
 
 using namespace simulated_gateway;
 
-static void describe(RecordText &text, const GuestWifiInfo &info)
-{
-    text.field("RadioEnable", info.RadioEnable);
-    text.field("Enable", info.Enable);
-    text.field("SSID", info.SSID);
-    text.field("Band", info.Band);
-    text.field("ContinueTime", info.ContinueTime);
-    text.field("HourTime", info.HourTime);
-    text.field("EndTimestamp", info.EndTimestamp);
-    text.field("Remainingtime", info.Remainingtime);
-    text.secret("PWD", info.PWD);
-    text.field("ENCRYPT", info.ENCRYPT);
-    text.field("Mode", info.Mode);
-    text.field("AdvertisementEnable", info.AdvertisementEnable);
-    text.field("PermissionProperty", info.PermissionProperty);
-}
-
 template <class AnyHome> static auto &ssid_of(AnyHome &home, const GuestNetwork &guest)
 {
     return home.ssids[static_cast<size_t>(guest.ssid - 1)];

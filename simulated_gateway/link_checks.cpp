@@ -46,19 +46,6 @@ int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum 
 
 // ---- Links -------------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const LinkInfo &info)
-{
-    text.field("Wifi24Enable", info.Wifi24Enable);
-    text.field("Wifi24Channel", info.Wifi24Channel);
-    text.field("Wifi24ChannelCheck", info.Wifi24ChannelCheck);
-    text.field("Wifi58Enable", info.Wifi58Enable);
-    text.field("Wifi58ChannelCheck", info.Wifi58ChannelCheck);
-    text.field("Wifi58Channel", info.Wifi58Channel);
-    text.field("LanIP", info.LanIP);
-    text.field("WanIp", info.WanIp);
-    text.field("DnsCheck", info.DnsCheck);
-}
-
 // What the check says of the radio of a band.
 struct RadioCheck {
     bool enabled = false;

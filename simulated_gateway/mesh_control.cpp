@@ -8,12 +8,6 @@ using namespace simulated_gateway;
 
 // ---- Mesh --------------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const MeshStatus &status)
-{
-    text.field("MeshEnable", status.MeshEnable);
-    text.field("MeshMode", status.MeshMode);
-}
-
 // In a star, those that hung from another child router find the main router.
 static void hang_as_star(Home &home)
 {
@@ -79,12 +73,6 @@ int32_t devapi_set_mesh_status(const MeshStatus *status)
 
 // ---- Pairing and WPS ---------------------------------------------------------------------------
 
-static void describe(RecordText &text, const PairStatus &status)
-{
-    text.field("Enable", status.Enable);
-    text.field("Time", status.Time);
-}
-
 int32_t devapi_set_pair_status(const PairStatus *status)
 {
     return setting(__func__, {request("status", status)}, [&](State &state) {
@@ -103,12 +91,6 @@ int32_t devapi_set_pair_status(const PairStatus *status)
         state.under_way.pairing_end = later(now(), seconds);
         return 0;
     });
-}
-
-static void describe(RecordText &text, const WpsState &state)
-{
-    text.field("Radio", state.Radio);
-    text.field("Action", state.Action);
 }
 
 static void start_wps(const State &state, const std::string &band, int64_t &end)
@@ -155,13 +137,6 @@ int32_t devapi_set_kaa_heartbeat(const char *heartbeat)
 }
 
 // ---- LEDs --------------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const LedInfo &info)
-{
-    text.field("LedSwitch", info.LedSwitch);
-    text.field("LedCoLor", info.LedCoLor);
-    text.field("LedLight", info.LedLight);
-}
 
 int32_t devapi_get_led_info(LedInfo *info)
 {

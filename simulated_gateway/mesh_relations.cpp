@@ -195,16 +195,6 @@ static const ChildRouter *router_of(const Home &home, const TopoNode &node)
     return node.Reserved[0] == 0 ? nullptr : &child_router_numbered(home, node.Reserved[0]);
 }
 
-static void describe(RecordText &text, const NodeDevInfo &info)
-{
-    text.field("Mac", info.Mac);
-    text.field("ip", info.ip);
-    text.field("AccessType", info.AccessType);
-    text.field("dbm", info.dbm);
-    text.field("FWVersion", info.FWVersion);
-    text.field("LinkSpeed", info.LinkSpeed);
-}
-
 static void fill(NodeDevInfo &info, const State &state, const ChildRouter &router)
 {
     if (!is_active(state.home, router)) {

@@ -92,11 +92,6 @@ int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *
                  });
 }
 
-static void describe(RecordText &text, const StationList &list)
-{
-    text.field("count", list.count);
-}
-
 int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path)
 {
     return query(__func__, {reply("list", list), request_text("path", path)},
@@ -112,11 +107,6 @@ int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path
                      }
                      return 0;
                  });
-}
-
-static void describe(RecordText &text, const ChildMeshList &list)
-{
-    text.field("count", list.count);
 }
 
 int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list)

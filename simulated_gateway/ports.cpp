@@ -8,11 +8,6 @@ using namespace simulated_gateway;
 
 // ---- Statistics --------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const PortStatisticsInfo &info)
-{
-    text.field("count", info.count);
-}
-
 static int64_t packets_of(int64_t bytes)
 {
     constexpr int64_t ordinary_size = 800;
@@ -43,11 +38,6 @@ int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info)
 }
 
 // ---- Bindings ----------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const PortBindingInfo &info)
-{
-    text.field("count", info.count);
-}
 
 static void fill(PortBinding &entry, const Home &home, int64_t number, const Wan &wan)
 {

@@ -3,22 +3,6 @@
 
 using namespace simulated_gateway;
 
-static void describe(RecordText &text, const QosInfo &info)
-{
-    text.field("Enable", info.Enable);
-    text.field("application_count", info.application_count);
-    text.field("rule_count", info.rule_count);
-}
-
-static void describe(RecordText &text, const QosRule &rule)
-{
-    text.field("Id", rule.Id);
-    text.field("Action", rule.Action);
-    text.field("Name", rule.Name);
-    text.field("PriorityLevel", rule.PriorityLevel);
-    text.field("type_count", rule.type_count);
-}
-
 // ---- All of it ---------------------------------------------------------------------------------
 
 static void fill(QosRule &entry, const Classification &rule)

@@ -76,10 +76,4 @@ int64_t best_channel(const Home &home, const Radio &radio)
     return best;
 }
 
-void describe(RecordText &text, const WifiChannelList &list)
-{
-    text.field("count_24g", list.count_24g);
-    text.field("count_5g", list.count_5g);
-}
-
 } // namespace simulated_gateway

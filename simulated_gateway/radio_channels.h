@@ -22,6 +22,4 @@ int64_t congestion(const Home &home, const Radio &radio, int64_t channel);
 // on, else the lowest.
 int64_t best_channel(const Home &home, const Radio &radio);
 
-void describe(RecordText &text, const WifiChannelList &list);
-
 } // namespace simulated_gateway

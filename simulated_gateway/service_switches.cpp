@@ -7,11 +7,6 @@ using namespace simulated_gateway;
 
 // ---- Several services --------------------------------------------------------------------------
 
-static void describe(RecordText &text, const MultiserviceMode &mode)
-{
-    text.field("Mode", mode.Mode);
-}
-
 int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode)
 {
     return query(__func__, {reply("mode", mode)}, [&](const State &state) {
@@ -30,17 +25,6 @@ int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode)
 }
 
 // ---- Address translation -----------------------------------------------------------------------
-
-static void describe(RecordText &text, const AlgAbility &ability)
-{
-    text.field("PPTP", ability.PPTP);
-    text.field("FTP", ability.FTP);
-    text.field("IPSEC", ability.IPSEC);
-    text.field("L2TP", ability.L2TP);
-    text.field("RTSP", ability.RTSP);
-    text.field("H323", ability.H323);
-    text.field("SIP", ability.SIP);
-}
 
 int32_t devapi_get_ap_alg_ability(AlgAbility *ability)
 {
@@ -70,11 +54,6 @@ int32_t devapi_set_ap_alg_ability(const AlgAbility *ability)
         alg.sip = taken_flag("SIP", ability->SIP);
         return 0;
     });
-}
-
-static void describe(RecordText &text, const UpnpState &state)
-{
-    text.field("Enable", state.Enable);
 }
 
 int32_t devapi_get_upnp_state(UpnpState *upnp)
@@ -140,13 +119,6 @@ int32_t devapi_set_wps_enable(int32_t enable)
 }
 
 // ---- Speed test --------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const SpeedTest &test)
-{
-    text.field("DownBandWidth", test.DownBandWidth);
-    text.field("UpBandWidth", test.UpBandWidth);
-    text.field("Delay", test.Delay);
-}
 
 static void require_connection(const Home &home)
 {

@@ -10,11 +10,6 @@ using namespace simulated_gateway;
 
 // ---- Child routers -----------------------------------------------------------------------------
 
-static void describe(RecordText &text, const ChildRouterList &list)
-{
-    text.field("count", list.count);
-}
-
 int32_t devapi_get_childrouter_list(ChildRouterList *list)
 {
     return query(__func__, {reply("list", list)}, [&](const State &state) {
@@ -81,11 +76,6 @@ int32_t devapi_call_tslink_set_topo_speed()
 }
 
 // ---- Stations ----------------------------------------------------------------------------------
-
-static void describe(RecordText &text, const ChildStationList &list)
-{
-    text.field("count", list.count);
-}
 
 int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac)
 {
@@ -162,12 +152,6 @@ int32_t devapi_get_local_timezone(int32_t *hours)
 int32_t devapi_get_systerm_timetype()
 {
     return query(__func__, {}, [](const State &state) { return state.home.local_times ? 1 : 0; });
-}
-
-static void describe(RecordText &text, const DevStatusInfo &info)
-{
-    text.field("Cpu", info.Cpu);
-    text.field("Memory", info.Memory);
 }
 
 int32_t devapi_get_dev_status_info(DevStatusInfo *info)

@@ -6,16 +6,6 @@
 
 using namespace simulated_gateway;
 
-static void describe(RecordText &text, const UplinkWifiInfo &info)
-{
-    text.field("SSID", info.SSID);
-    text.secret("PWD", info.PWD);
-    text.field("ENCRYPT", info.ENCRYPT);
-    text.field("WPACypher", info.WPACypher);
-    text.field("WPA2Cypher", info.WPA2Cypher);
-    text.field("Band", info.Band);
-}
-
 // The number of the neighbour, as a scan reports it at this moment; of several with the name, the
 // strongest. The home's own networks would make a ring.
 static int64_t neighbour_in_reach(const State &state, const std::string &name,

@@ -16,12 +16,6 @@ template <class AnyHome, class Visit> static void visit_wans(AnyHome &home, Visi
 
 // ---- Their number ------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const WanNum &info)
-{
-    text.field("NUM", info.NUM);
-    text.field("Description", info.Description);
-}
-
 int32_t devapi_get_wan_num(WanNum *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
@@ -38,40 +32,6 @@ int32_t devapi_get_wan_num(WanNum *info)
 }
 
 // ---- One connection ----------------------------------------------------------------------------
-
-static void describe(RecordText &text, const WanInfo &info)
-{
-    text.field("INDEX", info.INDEX);
-    text.field("IFNAME", info.IFNAME);
-    text.field("CONNECTIONSTATUS", info.CONNECTIONSTATUS);
-    text.field("CONNECTIONTYPE", info.CONNECTIONTYPE);
-    text.field("PROTOCOL", info.PROTOCOL);
-    text.field("UPLINKMODE", info.UPLINKMODE);
-    text.field("WANName", info.WANName);
-    text.field("SERVICELIST", info.SERVICELIST);
-    text.field("ADDRESSTYPE", info.ADDRESSTYPE);
-    text.field("IPADDRESS", info.IPADDRESS);
-    text.field("SUBNETMASK", info.SUBNETMASK);
-    text.field("GATEWAY", info.GATEWAY);
-    text.field("DNS1", info.DNS1);
-    text.field("DNS2", info.DNS2);
-    text.field("IPV6_CONNECTIONSTATUS", info.IPV6_CONNECTIONSTATUS);
-    text.field("IPV6_PRIFIX", info.IPV6_PRIFIX);
-    text.field("IPV6_PREFIXLENGTH", info.IPV6_PREFIXLENGTH);
-    text.field("IPV6_IPADDRESS", info.IPV6_IPADDRESS);
-    text.field("IPV6_GATEWAY", info.IPV6_GATEWAY);
-    text.field("IPV6_DNS1", info.IPV6_DNS1);
-    text.field("IPV6_DNS2", info.IPV6_DNS2);
-    text.field("PPPOE_USR_NAME", info.PPPOE_USR_NAME);
-    text.secret("PPPOE_PASSWORD", info.PPPOE_PASSWORD);
-    text.field("PPPOE_PROXY", info.PPPOE_PROXY);
-    text.field("PPPOE_SERVICENAME", info.PPPOE_SERVICENAME);
-    text.field("PPPOE_DIAL_MODE", info.PPPOE_DIAL_MODE);
-    text.field("NATENABLE", info.NATENABLE);
-    text.field("QOSENABLE", info.QOSENABLE);
-    text.field("VLANID", info.VLANID);
-    text.field("VLANPRIORITY", info.VLANPRIORITY);
-}
 
 // Without a connection it has only the addresses that the user has set.
 static Wan without_provider(Wan wan)

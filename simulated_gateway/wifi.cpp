@@ -8,24 +8,6 @@ using namespace simulated_gateway;
 
 // ---- SSIDs -------------------------------------------------------------------------------------
 
-static void describe(RecordText &text, const SsidInfo &info)
-{
-    text.field("SSIDIndex", info.SSIDIndex);
-    text.field("SSID", info.SSID);
-    text.secret("PWD", info.PWD);
-    text.field("ENCRYPT", info.ENCRYPT);
-    text.field("PowerLevel", info.PowerLevel);
-    text.field("Channel", info.Channel);
-    text.field("UsedChannel", info.UsedChannel);
-    text.field("Enable", info.Enable);
-    text.field("Bandwidth", info.Bandwidth);
-    text.field("Type", info.Type);
-    text.field("Mode", info.Mode);
-    text.field("AdvertisementEnable", info.AdvertisementEnable);
-    text.field("Beamforming", info.Beamforming);
-    text.field("PermissionProperty", info.PermissionProperty);
-}
-
 template <class AnyHome> static auto &ssid_at(AnyHome &home, int32_t index)
 {
     if (index < 1 || static_cast<size_t>(index) > home.ssids.size()) {

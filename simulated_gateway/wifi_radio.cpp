@@ -9,16 +9,6 @@ using namespace simulated_gateway;
 
 // ---- Sleep schedule ----------------------------------------------------------------------------
 
-static void describe(RecordText &text, const WifiSleepInfo &info)
-{
-    text.field("StartTimer", info.StartTimer);
-    text.field("EndTimer", info.EndTimer);
-    text.field("Enable", info.Enable);
-    text.field("StartTime", info.StartTime);
-    text.field("EndTime", info.EndTime);
-    text.field("DaysOfWeek", info.DaysOfWeek);
-}
-
 // The period with the record's timers, 2k-1 and 2k.
 template <class AnyHome> static auto &period_of(AnyHome &home, const WifiSleepInfo &info)
 {

@@ -1,7 +1,6 @@
 /*
  * Every device function, answering that it is not supported: -1, with nothing written.
- * device_functions.h is made from device_access.h when the project is configured, so none is ever
- * missing.
+ * device_functions.h has all of them, so none is ever missing.
  *
  * The functions are weak. One that another file of the library defines takes the place of its own
  * here; in this way a library grows function by function.

@@ -1,13 +1,18 @@
 """Compares what built plug-ins export and need with the reviewed lists.
 
-usage: check_symbols.py READELF EXPORTS_MAP COMMANDS_H NEEDED_TXT DEVICE_ACCESS_H PLUGIN...
+usage: check_symbols.py READELF EXPORTS_MAP COMMANDS_H NEEDED_TXT PLUGIN...
 
 What a plug-in needs varies with the optimisation, so a plug-in may need no more than the list, and the
 plug-ins together have to need all of it, save what is left to the compiler."""
 
+import pathlib
 import re
 import subprocess
 import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "protocol"))
+
+from device_interface import Interface  # noqa: E402
 
 EXPECTED_FLAGS = {"NOW", "NODELETE"}
 MUSL, GLIBC = "libc.so", "libc.so.6"
@@ -40,11 +45,6 @@ def needed_in(list_file):
     return sections
 
 
-def device_functions_in(header):
-    with open(header, encoding="utf-8") as text:
-        return set(re.findall(r"^\w+ (devapi_\w+)\(", text.read(), re.M))
-
-
 def symbols(readelf, plugin):
     """The dynamic symbols: exported ones, and undefined ones by their binding."""
     exported, undefined = set(), {"GLOBAL": set(), "WEAK": set()}
@@ -74,10 +74,10 @@ def faults_of(readelf, plugin):
         yield "asks for an executable stack"
 
 
-def main(readelf, map_file, command_table, list_file, device_header, *plugins):
+def main(readelf, map_file, command_table, list_file, *plugins):
     exports, needed = exports_in(map_file) | handlers_in(command_table), needed_in(list_file)
     libraries, weak = needed.pop("libraries"), needed.pop("weak")
-    strong = device_functions_in(device_header).union(*needed.values())
+    strong = set(Interface().functions).union(*needed.values())
     required = strong - needed["compiler"]
     faults, ever_undefined = [], set()
     for plugin in plugins:

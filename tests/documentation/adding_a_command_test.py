@@ -24,8 +24,9 @@ STEPS = {int(number): code for number, code in re.findall(
     re.M | re.S)}
 
 
-def before(mark):
-    return lambda text, code: text.replace(mark, f"{code}\n{mark}", 1)
+def as_last_element(text, code):
+    end = text.rindex("\n    ]")
+    return f"{text[:end]},\n{code.rstrip()}{text[end:]}"
 
 
 def at_the_end(text, code):
@@ -43,7 +44,7 @@ def before_the_last_brace(text, code):
 
 
 PLACES = {
-    1: ("smart_router_service/include/smart_router_service/device_access.h", before("/* ---- Gateway settings")),
+    1: ("protocol/device/device_identity.json", as_last_element),
     2: ("smart_router_service/device_identity.cpp", at_the_end),
     3: ("smart_router_service/commands.h", as_last_row),
     4: ("protocol/commands/GET_AREA_INFO.json", lambda _, code: code),
@@ -94,8 +95,9 @@ class AddingACommandTest(unittest.TestCase):
 
     def test_the_steps_make_a_command(self):
         self.take_steps()
-        status, output = self.check_descriptions()
-        self.assertEqual(status, 0, output)
+        for check in ("check_descriptions.py", "check_device.py"):
+            status, output = self.run_script(f"tests/protocol/{check}")
+            self.assertEqual(status, 0, output)
         entries = compile_entries()
         for step in (2, 5, 6):
             self.compile(entries[str(ROOT / PLACES[step][0])])
@@ -111,7 +113,7 @@ class AddingACommandTest(unittest.TestCase):
         self.assertEqual(run.returncode, 0, run.stdout)
 
     def test_a_forgotten_step_is_told(self):
-        for step, told in ((1, "device_access.h declares no devapi_get_area_info"),
+        for step, told in ((1, "protocol/device describes no devapi_get_area_info"),
                            (3, "GET_AREA_INFO is described but not in the table of commands"),
                            (4, "GET_AREA_INFO is in the table of commands but not described")):
             with self.subTest(step=step):

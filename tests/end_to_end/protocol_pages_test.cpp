@@ -66,10 +66,11 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
         result.output,
         HasSubstr(
             "    Status        \"0\"\n"
-            "    MAC           at most 64 bytes; MAC address that serves as the serial number\n"
+            "    MAC           at most 64 bytes; MAC address that serves as the serial number; "
+            "bytes in hexadecimal, with colons, as in \"3C:6A:D2:10:4F:20\"\n"
             "    tslinkstatus  at most 8 bytes; state of the mesh link layer, \"1\" when it is "
-            "up\n"
-            "    DeviceType    at most 256 bytes; kind of device\n"));
+            "up; 1 while it is up, else 0, as in \"1\"\n"
+            "    DeviceType    at most 256 bytes; kind of device; as in \"HGU-AX3000\"\n"));
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 

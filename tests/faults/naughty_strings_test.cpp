@@ -5,8 +5,8 @@
 #include "described_reply.h"
 #include "failing_memory.h"
 #include "handler_test.h"
+#include "protocol/device_facts.h"
 #include "rich_device.h"
-#include "smart_router_service/device_functions.h"
 #include "subject.h"
 #include "worker_control.h"
 
@@ -47,47 +47,32 @@ const std::vector<std::string> &strings()
 recording_device::AnswerForAll rich_answer;
 std::string unended; // the field of a record that was handed over with a text without an end
 
-#define VISITED_FIELD(field) visit(#field, record.field);
-#define VISITED_RECORD(name, fields)                                                               \
-    template <class Visit> void for_each_field(const name &record, const Visit &visit)             \
-    {                                                                                              \
-        fields                                                                                     \
-    }
-DEVICE_RECORDS(VISITED_RECORD, VISITED_FIELD)
-#undef VISITED_FIELD
-#undef VISITED_RECORD
-
 template <class Record> void check_record(const Record &record)
 {
-    for_each_field(record, []<class Field>(const char *name, const Field &field) {
-        using Entry = std::remove_extent_t<Field>;
-        if constexpr (std::is_same_v<Entry, char>) {
-            if (memchr(field, '\0', sizeof field) == nullptr) {
-                unended = name;
+    device_facts::visit_fields(
+        record, []<class Type>(const device_facts::Field &fact, const Type &field) {
+            using Entry = std::remove_extent_t<Type>;
+            if constexpr (std::is_same_v<Entry, char>) {
+                if (memchr(field, '\0', sizeof field) == nullptr) {
+                    unended = fact.name;
+                }
+            } else if constexpr (std::is_array_v<Type> && std::is_class_v<Entry>) {
+                for (const Entry &entry : field) {
+                    check_record(entry);
+                }
+            } else if constexpr (std::is_class_v<Type>) {
+                check_record(field);
             }
-        } else if constexpr (std::is_array_v<Field> && std::is_class_v<Entry>) {
-            for (const Entry &entry : field) {
-                check_record(entry);
-            }
-        }
-    });
-    // A setting's record has that of the query in it.
-    if constexpr (requires { record.info; }) {
-        check_record(record.info);
-    }
+        });
 }
 
 void check(const recording_device::Argument &argument)
 {
-#define CHECKED_RECORD(name, fields)                                                               \
-    if (*argument.type == typeid(name)) {                                                          \
-        check_record(*static_cast<const name *>(argument.address));                                \
-        return;                                                                                    \
-    }
-#define NOT_LOOKED_AT(field)
-    DEVICE_RECORDS(CHECKED_RECORD, NOT_LOOKED_AT)
-#undef CHECKED_RECORD
-#undef NOT_LOOKED_AT
+    device_facts::visit_records([&]<class Record>(std::type_identity<Record>) {
+        if (*argument.type == typeid(Record)) {
+            check_record(*static_cast<const Record *>(argument.address));
+        }
+    });
 }
 
 int32_t answer(const char *function, std::initializer_list<recording_device::Argument> arguments)

@@ -1,7 +1,6 @@
 #include "record_fields.h"
 
-#include "smart_router_service/device_access.h"
-#include "smart_router_service/device_functions.h"
+#include "protocol/device_facts.h"
 
 #include <map>
 
@@ -24,26 +23,34 @@ template <class Entry, size_t count> struct Shape<Entry[count]> {
     static constexpr size_t kCount = count;
 };
 
-template <class Member> RecordField field_of(std::string_view name, size_t offset)
+template <class Record> std::vector<RecordField> fields()
 {
-    using Made = Shape<Member>;
-    return {name, offset, typeid(typename Made::Type), Made::kWidth, Made::kCount};
+    static const Record record = {};
+    std::vector<RecordField> all;
+    device_facts::visit_fields(
+        record, [&]<class Member>(const device_facts::Field &fact, const Member &member) {
+            if constexpr (!std::is_class_v<Member>) {
+                using Made = Shape<Member>;
+                const auto offset = static_cast<size_t>(reinterpret_cast<const char *>(&member) -
+                                                        reinterpret_cast<const char *>(&record));
+                all.push_back(
+                    {fact.name, offset, typeid(typename Made::Type), Made::kWidth, Made::kCount});
+            }
+        });
+    return all;
 }
 
 } // namespace
 
 const std::vector<RecordField> &fields_of(std::type_index record)
 {
-#define FIELD(member) field_of<decltype(Record::member)>(#member, offsetof(Record, member)),
-#define RECORD(name, fields)                                                                       \
-    {typeid(name), [] {                                                                            \
-         using Record = name;                                                                      \
-         return std::vector<RecordField>{fields};                                                  \
-     }()},
-    static const std::map<std::type_index, std::vector<RecordField>> kRecords = {
-        DEVICE_RECORDS(RECORD, FIELD)};
-#undef FIELD
-#undef RECORD
+    static const auto kRecords = [] {
+        std::map<std::type_index, std::vector<RecordField>> all;
+        device_facts::visit_records([&]<class Record>(std::type_identity<Record>) {
+            all.emplace(typeid(Record), fields<Record>());
+        });
+        return all;
+    }();
     static const std::vector<RecordField> kNone;
     const auto found = kRecords.find(record);
     return found != kRecords.end() ? found->second : kNone;

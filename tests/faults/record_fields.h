@@ -1,4 +1,5 @@
-// The fields of every record in device_access.h, for what is done to all of them alike.
+// The fields of every record of the device interface, but for pointers and records within, for what
+// is done to all of them alike.
 #pragma once
 
 #include <cstddef>
@@ -14,5 +15,5 @@ struct RecordField {
     size_t count;
 };
 
-// None for what is no record, or has pointers.
+// None for what is no record.
 const std::vector<RecordField> &fields_of(std::type_index record);

@@ -1,6 +1,6 @@
 #include "rich_values.h"
 
-#include "smart_router_service/device_access.h"
+#include "protocol/device_facts.h"
 #include "smart_router_service/host_agent.h"
 
 #include <cstdio>
@@ -55,12 +55,11 @@ std::string parameter(std::string_view path)
 
 size_t width_for(std::string_view function)
 {
+    const device_facts::Function *const device = device_facts::find(function);
+    if (device != nullptr && device->text_width != 0) {
+        return device->text_width;
+    }
     static const std::map<std::string_view, size_t> kWidths = {
-        {"devapi_get_greennet_enable", GREENNET_SWITCH_SIZE},
-        {"devapi_get_net_fault_info", 16},
-        {"devapi_get_viewmac_by_mac", VIEW_MAC_SIZE},
-        {"devapi_get_wifi_fastroaming_enable", 8},
-        {"devapi_topo_xml_getinfo", TOPO_VALUE_SIZE},
         {"getmd5", HG_MD5_TEXT_SIZE},
         {"mac_form_translate", HG_MAC_TEXT_SIZE},
         {"ts_sys_mgr_get_brmac", HG_BRIDGE_MAC_SIZE},

@@ -7,6 +7,8 @@ import sys
 import jsonschema
 
 import protocol
+from descriptions import said_by_field
+from device_interface import Interface
 
 # The commands that cannot succeed in an example, with what they would need; the example shows a
 # described failure instead.
@@ -17,7 +19,7 @@ def schema_faults():
     schema = json.loads((protocol.ROOT / "protocol/command.schema.json").read_text(encoding="utf-8"))
     jsonschema.Draft202012Validator.check_schema(schema)
     validator = jsonschema.Draft202012Validator(schema)
-    for file, description in protocol.descriptions().items():
+    for file, description in protocol.as_written().items():
         for error in validator.iter_errors(description):
             yield f"{file.name}: {error.json_path}: {error.message}"
 
@@ -33,7 +35,7 @@ def table_faults():
         if table.get(command, description["handler"]) != description["handler"]:
             yield f"{file.name}: the handler in the table is {table[command]}"
         for function in set(description["device_calls"]) - protocol.device_functions():
-            yield f"{file.name}: device_access.h declares no {function}"
+            yield f"{file.name}: protocol/device describes no {function}"
     for command in set(table) - set(described):
         yield f"{command} is in the table of commands but not described"
     for command in set(described) - set(table):
@@ -41,10 +43,9 @@ def table_faults():
 
 
 def example_faults():
-    for file in protocol.descriptions():
+    for file, described in protocol.descriptions().items():
         description = protocol.parse(file.read_text(encoding="utf-8"))
         example = dict(dict(description)["example"])
-        described = json.loads(file.read_text(encoding="utf-8"))
         faults = [protocol.mismatch(example["reply"], example["request"], reply,
                                     described.get("case_sensitive", False))
                   for reply in described["replies"]
@@ -104,12 +105,66 @@ def read_back_faults(description, back, told):
             yield f"{back['command']} does not tell {inner} of {key}"
 
 
+def field_faults(interface, described):
+    """Whether the keys name the fields that they travel to or from, and say nothing that these say."""
+    for name, description in described.items():
+        for keys, in_request in ((description["request"], True),
+                                 *((reply["keys"], False) for reply in description["replies"])):
+            yield from (f"{name}: {fault}" for fault in dict.fromkeys(
+                fault for key in flat(keys)
+                for fault in key_faults(interface, description["device_calls"], key, in_request)))
+
+
+def flat(keys):
+    for key in keys:
+        yield key
+        yield from flat(key.get("items", []))
+
+
+def key_faults(interface, calls, key, in_request):
+    if "field" in key:
+        owner = interface.owner(key["field"])
+        if owner is None or key["field"] not in reached(interface, calls, in_request):
+            yield f"{key['key']} does not travel by {key['field']}"
+            return
+        for name in said_by_field(interface, owner, in_request):
+            if name[0] in key:
+                yield f"{name[0]} of {key['key']} is that of {key['field']}"
+        return
+    for path in reached(interface, calls, in_request):
+        owner = interface.owner(path)
+        said = dict(said_by_field(interface, owner, in_request))
+        if owner["name"].lower() == key["key"].lower() and said.get("max_bytes") == key.get("max_bytes", 0):
+            yield f"the width of {key['key']} is that of a field, such as {path}"
+            return
+
+
+def reached(interface, calls, in_request):
+    """The fields and arguments that values of a request, or of a reply, can travel by."""
+    ways = ("in", "in_out", None) if in_request else ("out", "in_out")
+    for function in calls:
+        for argument in interface.functions.get(function, {}).get("arguments", []):
+            if argument.get("way") in ways:
+                yield f"{function}.{argument['name']}"
+                yield from fields_within(interface, argument["type"])
+
+
+def fields_within(interface, record):
+    for field in interface.records.get(record, {"fields": []})["fields"]:
+        yield f"{record}.{field['name']}"
+        if field.get("type") != record:
+            yield from fields_within(interface, field.get("type"))
+
+
 def main():
-    faults = [*schema_faults()] or [*table_faults(), *example_faults(), *relation_faults()]
+    written = {description["command"]: description for description in protocol.as_written().values()}
+    faults = [*schema_faults()] or [*table_faults(), *example_faults(), *relation_faults(),
+                                    *field_faults(Interface(), written)]
     for fault in faults:
         print(fault)
     print(f"{len(protocol.descriptions())} descriptions, {len(faults)} faults")
     return 1 if faults or not protocol.descriptions() else 0
 
 
-sys.exit(main())
+if __name__ == "__main__":
+    sys.exit(main())

@@ -62,7 +62,7 @@ def succeeded(record, description):
 
 def as_read(pairs, keys, spelling):
     """An object as a command finds it: the first of each key, in the spelling of the description; what
-    holds a value of another type counts as missing."""
+    holds a value of another type counts as missing, and elements that are not read are not there."""
     described = {spelling(key["key"]): key for key in keys}
     found = {}
     for name, value in pairs:
@@ -82,7 +82,8 @@ def value_as_read(value, key, spelling):
         return as_read(value, key.get("items", []), spelling) if kind == "object" else MISSING
     if kind == "array" and isinstance(value, list):
         return [as_read(element, key.get("items", []), spelling)
-                if isinstance(element, protocol.Object) else element for element in value]
+                if isinstance(element, protocol.Object) else element
+                for element in value[:key.get("max_items")]]
     return MISSING
 
 

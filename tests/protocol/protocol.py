@@ -8,7 +8,8 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "protocol"))
 
-from descriptions import descriptions  # noqa: E402,F401
+from descriptions import as_written, descriptions  # noqa: E402,F401
+from device_interface import Interface  # noqa: E402
 
 
 class Object(list):
@@ -27,8 +28,7 @@ def command_table():
 
 def device_functions():
     """The functions that the device-access library has to provide."""
-    header = ROOT / "smart_router_service/include/smart_router_service/device_access.h"
-    return set(re.findall(r"^\w+ (devapi_\w+)\(", header.read_text(encoding="utf-8"), re.M))
+    return set(Interface().functions)
 
 
 def mismatch(reply, request, described, case_sensitive=False):

@@ -1,4 +1,4 @@
-"""The JSON Schemas have to refuse what a description does not allow, but for order and repeated keys."""
+"""The JSON Schemas have to refuse what a description does not allow, but for order, repeated keys and bytes."""
 
 import unittest
 
@@ -41,10 +41,11 @@ class SchemaTest(unittest.TestCase):
     def test_requests(self):
         schema = schemas.request_schema(DESCRIBED)
         for request in ({"Name": "long name"}, {"Name": "", "Other": 7, "Mode": "x"},
-                        {"Name": "x", "List": [{"Id": "1"}, {"Id": "2", "More": 1}, 7]}):
+                        {"Name": "x", "List": [{"Id": "1"}, {"Id": "2", "More": 1}]}):
             self.assertTrue(accepts(schema, request), request)
         for request in ({}, {"Name": 7}, {"Name": "x", "Mode": 1}, {"Name": "x", "List": {}},
-                        {"Name": "x", "List": [7]}, {"Name": "x", "List": [{}]}, []):
+                        {"Name": "x", "List": [7]}, {"Name": "x", "List": [{}]},
+                        {"Name": "x", "List": [{"Id": "1"}] * 3}, []):
             self.assertFalse(accepts(schema, request), request)
 
     def test_replies(self):
@@ -53,10 +54,20 @@ class SchemaTest(unittest.TestCase):
         for reply in (whole, {**whole, "Left": 1}, {"Status": "2", "List": []}):
             self.assertTrue(accepts(schema, reply), reply)
         for change in ({"Status": "1"}, {"Mode": "c"}, {"Count": "1"}, {"List": {}}, {"List": [7]},
-                       {"List": [{}]}, {"List": [{"Id": "123"}]}, {"List": [{"Id": "1", "More": "x"}]}):
+                       {"List": [{}]}, {"List": [{"Id": "1", "More": "x"}]}):
             self.assertFalse(accepts(schema, {**whole, **change}), change)
         self.assertFalse(accepts(schema, {"Status": "0", "Count": 1}))
         self.assertFalse(accepts(schema, {"Status": "1", "List": []}))
+
+    def test_what_no_schema_can_demand_stands_as_a_note(self):
+        text = {"key": "Rate", "required": True, "meaning": "the rate", "max_bytes": 7, "form": "whole number",
+                "unit": "kbit/s", "values": ["1", "2"], "pattern": "[12]", "example": "2"}
+        schema = schemas.request_schema({**DESCRIBED, "request": [text]})
+        self.assertEqual(schema["properties"]["Rate"], {
+            "description": 'the rate; whole number, kbit/s, as in "2"; cut at 7 bytes', "type": "string",
+            "examples": ["2"], "x-max-bytes": 7, "x-unit": "kbit/s", "x-values": ["1", "2"],
+            "x-pattern": "[12]"})
+        self.assertTrue(accepts(schema, {"Rate": "much more than 7 bytes"}))
 
 
 unittest.main()

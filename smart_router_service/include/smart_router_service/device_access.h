@@ -7,9 +7,10 @@
  *
  * Conventions
  *
- * Results: 0 is success. Which other results are failures is stated at each function; a record
- * whose query failed is not read. Where the result is not looked at, the record is used as the call
- * leaves it, and what stands in it is reported: a call that fails should leave its record alone.
+ * Results: 0 is success. Which other results are failures is stated at each function; what a query
+ * that failed was to fill is not read, unless it is stated. Where the result is not looked at, the
+ * record is used as the call leaves it, and what stands in it is reported: a call that fails should
+ * leave its record alone.
  *
  * Not supported: every function has to be there. One that the device has no use for answers -1 and
  * writes nothing. To the plug-in that is a failure like any other; "hgagent conformance" tells it
@@ -21,16 +22,23 @@
  *
  * Texts: every char field holds a text that ends in NUL within the field. The plug-in cuts longer
  * values from a request at the field's width less one, and reads no further than the field where
- * the library leaves no NUL. A field without a value holds the text "NULL".
- * The bytes pass through unchanged; agents expect UTF-8.
+ * the library leaves no NUL. A field without a value holds the text "NULL". The bytes pass through
+ * unchanged; agents expect UTF-8.
  *
- * Layout: the offsets and sizes are fixed and asserted below. Integers are signed, in the
- * processor's byte order, and 32 bits wide, but for the channels of WifiChannelList, which have 16.
+ * Forms: where a unit or a form is given for a text and not in quotes, it is the simulated
+ * gateway's, and a library may have its own: the plug-in hands the text on. docs/device_access.md
+ * has the forms of all fields.
+ *
+ * Layout: the offsets and sizes are fixed and asserted at the end of the header. Integers are
+ * signed, in the processor's byte order, and 32 bits wide, but for the channels of WifiChannelList,
+ * which have 16.
  *
  * Threads: commands run on the agent's threads and on the plug-in's own workers, so every function
  * may be called at any time from several threads.
  *
  * Programs: the reference agent refuses every command to system() with -1; routers run them.
+ *
+ * This file is made from protocol/device by protocol/generate.py.
  */
 #ifndef SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
 #define SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
@@ -38,23 +46,6 @@
 #include <assert.h>
 #include <stddef.h>
 #include <stdint.h>
-
-/* Both sides are built by different makers at different times: a layout that drifts must not
- * compile. */
-#define DEVAPI_RECORD_SIZE(record, size)                                                           \
-    static_assert(sizeof(record) == (size), #record " has to be " #size " bytes")
-#define DEVAPI_RECORD_FIELD(record, field, offset, width)                                          \
-    static_assert(offsetof(record, field) == (offset) && sizeof(((record *)0)->field) == (width),  \
-                  #record "." #field " has to be " #width " bytes at " #offset)
-
-/* A record with pointers has its layout on the 32-bit processors that it is meant for. */
-#define DEVAPI_RECORD_SIZE_32(record, size)                                                        \
-    static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
-                  #record " has to be " #size " bytes")
-
-#define DEVAPI_RECORD_OFFSET_32(record, field, offset)                                             \
-    static_assert(sizeof(void *) != 4 || offsetof(record, field) == (offset),                      \
-                  #record "." #field " has to be at " #offset)
 
 #ifdef __cplusplus
 extern "C" {
@@ -68,11 +59,6 @@ typedef struct SnInfo {
     char tslinkstatus[8]; /* state of the mesh link layer, "1" when it is up */
     char DeviceType[256]; /* kind of device, as the platform knows it */
 } SnInfo;
-
-DEVAPI_RECORD_SIZE(SnInfo, 328);
-DEVAPI_RECORD_FIELD(SnInfo, MAC, 0, 64);
-DEVAPI_RECORD_FIELD(SnInfo, tslinkstatus, 64, 8);
-DEVAPI_RECORD_FIELD(SnInfo, DeviceType, 72, 256);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_sn_info(SnInfo *info);
@@ -96,23 +82,6 @@ typedef struct SystemInfo {
     char VLANCapability[192]; /* kinds of VLAN handling that are supported */
 } SystemInfo;
 
-DEVAPI_RECORD_SIZE(SystemInfo, 1088);
-DEVAPI_RECORD_FIELD(SystemInfo, SWVersion, 0, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, HDVersion, 64, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, ProductCLass, 128, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, CPUClass, 192, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, DEVType, 256, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, DEVType1, 320, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, Capability, 384, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, Card, 448, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, UPLink, 512, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, Cardno, 576, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, IPV6, 640, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, VLANbind, 704, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, LED, 768, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, NFC, 832, 64);
-DEVAPI_RECORD_FIELD(SystemInfo, VLANCapability, 896, 192);
-
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_system_info(SystemInfo *info);
 
@@ -123,8 +92,8 @@ typedef struct HgBaseInfo {
     char Name[64];                    /* name given by the user */
     char Mac[32];                     /* MAC address */
     char NetStatus[16];               /* state of the Internet connection */
-    char UpSpeed[32];                 /* upstream rate at this moment */
-    char DownSpeed[32];               /* downstream rate at this moment */
+    char UpSpeed[32];                 /* upstream rate at this moment, kbit/s */
+    char DownSpeed[32];               /* downstream rate at this moment, kbit/s */
     char WiFiStatus1[32];             /* state of the first radio, "up" or "1" when it is on */
     char WiFiStatus2[32];             /* state of the second radio */
     char SSID1[32];                   /* network name of the first radio */
@@ -134,55 +103,26 @@ typedef struct HgBaseInfo {
     char ip[32];                      /* IP address of the gateway */
     char HWVersion[32];               /* hardware version */
     char FWVersion[32];               /* firmware version */
-    char FWDATA[32];                  /* date of the firmware */
-    char UpTime[32];                  /* time since the system started */
-    char WanUptime[32];               /* time since the WAN connection came up */
+    char FWDATA[32];                  /* date of the firmware, YYYY-MM-DD */
+    char UpTime[32];                  /* time since the system started, s */
+    char WanUptime[32];               /* time since the WAN connection came up, s */
     char DeviceType[32];              /* kind of device */
     char AreaCode[32];                /* code of the operator's area */
     char AddressType[16];             /* kind of addressing on the WAN side */
-    char Cpu[8];                      /* CPU load */
+    char Cpu[8];                      /* CPU load, % */
     char QQGameAcceleratorEnable[16]; /* switch of the game accelerator */
     char QosAcceleratorEnable[16];    /* switch of the QoS accelerator */
     char FireWallEnable[16];          /* switch of the firewall */
-    char LedLight[8];                 /* brightness of the LEDs */
+    char LedLight[8];                 /* brightness of the LEDs, % */
     char LedSwitch[8];                /* switch of the LEDs */
-    char Memory[8];                   /* memory load */
+    char Memory[8];                   /* memory load, % */
     char WanLinkMode[8];              /* kind of WAN connection */
     char ConfiguerStatus[128];        /* state of the first configuration */
 } HgBaseInfo;
 
-DEVAPI_RECORD_SIZE(HgBaseInfo, 856);
-DEVAPI_RECORD_FIELD(HgBaseInfo, Name, 0, 64);
-DEVAPI_RECORD_FIELD(HgBaseInfo, Mac, 64, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, NetStatus, 96, 16);
-DEVAPI_RECORD_FIELD(HgBaseInfo, UpSpeed, 112, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, DownSpeed, 144, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, WiFiStatus1, 176, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, WiFiStatus2, 208, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, SSID1, 240, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, SSID2, 272, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, Wlan1Mac, 304, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, Wlan0Mac, 336, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, ip, 368, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, HWVersion, 400, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, FWVersion, 432, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, FWDATA, 464, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, UpTime, 496, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, WanUptime, 528, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, DeviceType, 560, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, AreaCode, 592, 32);
-DEVAPI_RECORD_FIELD(HgBaseInfo, AddressType, 624, 16);
-DEVAPI_RECORD_FIELD(HgBaseInfo, Cpu, 640, 8);
-DEVAPI_RECORD_FIELD(HgBaseInfo, QQGameAcceleratorEnable, 648, 16);
-DEVAPI_RECORD_FIELD(HgBaseInfo, QosAcceleratorEnable, 664, 16);
-DEVAPI_RECORD_FIELD(HgBaseInfo, FireWallEnable, 680, 16);
-DEVAPI_RECORD_FIELD(HgBaseInfo, LedLight, 696, 8);
-DEVAPI_RECORD_FIELD(HgBaseInfo, LedSwitch, 704, 8);
-DEVAPI_RECORD_FIELD(HgBaseInfo, Memory, 712, 8);
-DEVAPI_RECORD_FIELD(HgBaseInfo, WanLinkMode, 720, 8);
-DEVAPI_RECORD_FIELD(HgBaseInfo, ConfiguerStatus, 728, 128);
-
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. For GET_TSLINK_TOPOLOGY_INFO any result but 0 is a failure, and then info is not
+ * read; for GET_HG_BASE_INFO and json_get_main_router_info any result but 0 is a failure, and then
+ * info counts as empty. */
 int32_t devapi_get_hg_base_info(HgBaseInfo *info);
 
 /* Gives the gateway another Name; all other fields are empty and mean nothing. Any result but 0 is
@@ -197,13 +137,9 @@ typedef struct LanIpInfo {
     char EndIp[32];        /* last address of the DHCP pool */
 } LanIpInfo;
 
-DEVAPI_RECORD_SIZE(LanIpInfo, 128);
-DEVAPI_RECORD_FIELD(LanIpInfo, GatewayLanIP, 0, 32);
-DEVAPI_RECORD_FIELD(LanIpInfo, SubnetMask, 32, 32);
-DEVAPI_RECORD_FIELD(LanIpInfo, StartIp, 64, 32);
-DEVAPI_RECORD_FIELD(LanIpInfo, EndIp, 96, 32);
-
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. For GET_LAN_IP_INFO any result but 0 is a failure, and then info is not read; for
+ * GET_HG_BASE_INFO and json_get_main_router_info any result but 0 is a failure, and then info
+ * counts as empty. */
 int32_t devapi_get_lan_ip_info(LanIpInfo *info);
 
 /* A setting with room behind it for the reason why the device refuses. */
@@ -211,9 +147,6 @@ typedef struct LanIpSetting {
     LanIpInfo info;      /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } LanIpSetting;
-
-DEVAPI_RECORD_SIZE(LanIpSetting, 192);
-DEVAPI_RECORD_FIELD(LanIpSetting, FailReason, 128, 64);
 
 /* Applies the address plan. Only -1 is a failure. */
 int32_t devapi_set_lan_ip_info(LanIpSetting *setting);
@@ -226,38 +159,21 @@ typedef struct WanIpInfo {
     char ConnectionState[32]; /* "Connected", "Connecting" or another text */
 } WanIpInfo;
 
-DEVAPI_RECORD_SIZE(WanIpInfo, 163);
-DEVAPI_RECORD_FIELD(WanIpInfo, ip, 0, 34);
-DEVAPI_RECORD_FIELD(WanIpInfo, Dns, 34, 65);
-DEVAPI_RECORD_FIELD(WanIpInfo, WanGateWay, 99, 32);
-DEVAPI_RECORD_FIELD(WanIpInfo, ConnectionState, 131, 32);
-
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result but 0 is a failure, and then info counts as empty. */
 int32_t devapi_get_wan_ip_info(WanIpInfo *info);
 
 /* What a home page shows of the gateway. */
 typedef struct HomePageInfo {
     char Devname[64];        /* name given by the user */
-    char UploadSpeed[64];    /* upstream rate at this moment */
-    char DownloadSpeed[64];  /* downstream rate at this moment */
+    char UploadSpeed[64];    /* upstream rate at this moment, kbit/s */
+    char DownloadSpeed[64];  /* downstream rate at this moment, kbit/s */
     char GameSpeed[8];       /* whether games are accelerated */
     char GamePort[8];        /* port for games */
     char GameBand[8];        /* band for games */
-    char CpuRate[64];        /* CPU load */
-    char MemRate[64];        /* memory load */
-    char CpuTemperature[64]; /* temperature of the CPU */
+    char CpuRate[64];        /* CPU load, % */
+    char MemRate[64];        /* memory load, % */
+    char CpuTemperature[64]; /* temperature of the CPU, degrees Celsius */
 } HomePageInfo;
-
-DEVAPI_RECORD_SIZE(HomePageInfo, 408);
-DEVAPI_RECORD_FIELD(HomePageInfo, Devname, 0, 64);
-DEVAPI_RECORD_FIELD(HomePageInfo, UploadSpeed, 64, 64);
-DEVAPI_RECORD_FIELD(HomePageInfo, DownloadSpeed, 128, 64);
-DEVAPI_RECORD_FIELD(HomePageInfo, GameSpeed, 192, 8);
-DEVAPI_RECORD_FIELD(HomePageInfo, GamePort, 200, 8);
-DEVAPI_RECORD_FIELD(HomePageInfo, GameBand, 208, 8);
-DEVAPI_RECORD_FIELD(HomePageInfo, CpuRate, 216, 64);
-DEVAPI_RECORD_FIELD(HomePageInfo, MemRate, 280, 64);
-DEVAPI_RECORD_FIELD(HomePageInfo, CpuTemperature, 344, 64);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_home_page_info(HomePageInfo *info);
@@ -270,12 +186,6 @@ typedef struct DhcpInfo {
     char GateWay[64];    /* gateway that the server names */
 } DhcpInfo;
 
-DEVAPI_RECORD_SIZE(DhcpInfo, 208);
-DEVAPI_RECORD_FIELD(DhcpInfo, Enable, 0, 16);
-DEVAPI_RECORD_FIELD(DhcpInfo, IPAddress, 16, 64);
-DEVAPI_RECORD_FIELD(DhcpInfo, SubNetMask, 80, 64);
-DEVAPI_RECORD_FIELD(DhcpInfo, GateWay, 144, 64);
-
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_hg_dhcp_info(DhcpInfo *info);
 
@@ -284,9 +194,6 @@ typedef struct DhcpSetting {
     DhcpInfo info;       /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } DhcpSetting;
-
-DEVAPI_RECORD_SIZE(DhcpSetting, 272);
-DEVAPI_RECORD_FIELD(DhcpSetting, FailReason, 208, 64);
 
 /* Switches the DHCP server by Enable; the address fields are empty and mean nothing. Only -1 is a
  * failure. */
@@ -299,11 +206,6 @@ typedef struct PppoeInfo {
     char Enable[16];   /* "1" when the gateway dials in by PPPoE */
 } PppoeInfo;
 
-DEVAPI_RECORD_SIZE(PppoeInfo, 144);
-DEVAPI_RECORD_FIELD(PppoeInfo, Account, 0, 64);
-DEVAPI_RECORD_FIELD(PppoeInfo, Password, 64, 64);
-DEVAPI_RECORD_FIELD(PppoeInfo, Enable, 128, 16);
-
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_hg_pppoe_info(PppoeInfo *info);
 
@@ -312,9 +214,6 @@ typedef struct PppoeSetting {
     PppoeInfo info;      /* what is set */
     char FailReason[64]; /* set by the device on failure; empty when it says nothing */
 } PppoeSetting;
-
-DEVAPI_RECORD_SIZE(PppoeSetting, 208);
-DEVAPI_RECORD_FIELD(PppoeSetting, FailReason, 144, 64);
 
 /* Applies account and switch. Any result but 0 is a failure. */
 int32_t devapi_set_hg_pppoe_info(PppoeSetting *setting);
@@ -330,14 +229,8 @@ typedef struct LoginInfo {
     char WebLoginIp[64];  /* address of the web login */
 } LoginInfo;
 
-DEVAPI_RECORD_SIZE(LoginInfo, 336);
-DEVAPI_RECORD_FIELD(LoginInfo, WebLoginType, 0, 8);
-DEVAPI_RECORD_FIELD(LoginInfo, Type, 8, 8);
-DEVAPI_RECORD_FIELD(LoginInfo, Name, 16, 128);
-DEVAPI_RECORD_FIELD(LoginInfo, Password, 144, 128);
-DEVAPI_RECORD_FIELD(LoginInfo, WebLoginIp, 272, 64);
-
-/* Fills Name and Password of the administrator. Any result but 0 is a failure. */
+/* Fills Name and Password of the administrator. Any result but 0 is a failure, and then info is not
+ * read. */
 int32_t devapi_get_admin_info(LoginInfo *info);
 
 /* Sets Type, Name and Password of the administrator. Any result but 0 is a failure. */
@@ -346,7 +239,8 @@ int32_t devapi_set_admin_info(const LoginInfo *info);
 /* Sets WebLoginType. Any result but 0 is a failure. */
 int32_t devapi_set_web_login_type(const LoginInfo *info);
 
-/* Fills Password, WebLoginType and WebLoginIp of the web login. Any result but 0 is a failure. */
+/* Fills Password, WebLoginType and WebLoginIp of the web login. Any result but 0 is a failure, and
+ * then info is not read. */
 int32_t devapi_get_web_login_info(LoginInfo *info);
 
 /* Sets WebLoginType and Password of the web login. Any result but 0 is a failure. */
@@ -361,14 +255,9 @@ int32_t devapi_reboot(void);
 /* Schedule of the restarts. */
 typedef struct RebootInfo {
     char GatewayRebootEnable[8]; /* "1" when the schedule is on */
-    char Time[8];                /* time of the day */
-    char DaysOfWeek[16];         /* days of the week */
+    char Time[8];                /* time of the day, HH:MM */
+    char DaysOfWeek[16];         /* days of the week, as in 1,3,7 */
 } RebootInfo;
-
-DEVAPI_RECORD_SIZE(RebootInfo, 32);
-DEVAPI_RECORD_FIELD(RebootInfo, GatewayRebootEnable, 0, 8);
-DEVAPI_RECORD_FIELD(RebootInfo, Time, 8, 8);
-DEVAPI_RECORD_FIELD(RebootInfo, DaysOfWeek, 16, 16);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_reboot_info(RebootInfo *info);
@@ -381,16 +270,9 @@ typedef struct HgSleepInfo {
     char GatewaySleepEnable[8]; /* "1" when the gateway sleeps */
     char WiFiSleepEnable[8];    /* "1" when the Wi-Fi sleeps */
     char LedSleepEnable[8];     /* "1" when the LEDs sleep */
-    char StartTime[8];          /* when the sleep begins */
-    char EndTime[8];            /* when the sleep ends */
+    char StartTime[8];          /* when the sleep begins, HH:MM */
+    char EndTime[8];            /* when the sleep ends, HH:MM */
 } HgSleepInfo;
-
-DEVAPI_RECORD_SIZE(HgSleepInfo, 40);
-DEVAPI_RECORD_FIELD(HgSleepInfo, GatewaySleepEnable, 0, 8);
-DEVAPI_RECORD_FIELD(HgSleepInfo, WiFiSleepEnable, 8, 8);
-DEVAPI_RECORD_FIELD(HgSleepInfo, LedSleepEnable, 16, 8);
-DEVAPI_RECORD_FIELD(HgSleepInfo, StartTime, 24, 8);
-DEVAPI_RECORD_FIELD(HgSleepInfo, EndTime, 32, 8);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_hg_sleep_info(HgSleepInfo *info);
@@ -411,25 +293,20 @@ typedef struct NetInspectInfo {
     char NetQuality[1032]; /* quality of the connection */
 } NetInspectInfo;
 
-DEVAPI_RECORD_SIZE(NetInspectInfo, 1944);
-DEVAPI_RECORD_FIELD(NetInspectInfo, reserved0, 0, 128);
-DEVAPI_RECORD_FIELD(NetInspectInfo, WanStatus, 128, 64);
-DEVAPI_RECORD_FIELD(NetInspectInfo, NetStatus, 192, 392);
-DEVAPI_RECORD_FIELD(NetInspectInfo, WanIP, 584, 64);
-DEVAPI_RECORD_FIELD(NetInspectInfo, NetMask, 648, 256);
-DEVAPI_RECORD_FIELD(NetInspectInfo, DnsStatus, 904, 8);
-DEVAPI_RECORD_FIELD(NetInspectInfo, NetQuality, 912, 1032);
-
-/* Measures the quality of the connection and fills NetQuality. Any result but 0 is a failure. */
+/* Measures the quality of the connection and fills NetQuality. Any result but 0 is a failure, and
+ * then info is not read. */
 int32_t devapi_inspect_net_quality(NetInspectInfo *info);
 
-/* Improves the quality of the connection and fills NetQuality. Any result but 0 is a failure. */
+/* Improves the quality of the connection and fills NetQuality. Any result but 0 is a failure, and
+ * then info is not read. */
 int32_t devapi_optimize_net_quality(NetInspectInfo *info);
 
-/* Examines the connection and fills DnsStatus and WanStatus. Any result but 0 is a failure. */
+/* Examines the connection and fills DnsStatus and WanStatus. Any result but 0 is a failure, and
+ * then info is not read. */
 int32_t devapi_inspect_net_connect(NetInspectInfo *info);
 
-/* Repairs the connection and fills DnsStatus. Any result but 0 is a failure. */
+/* Repairs the connection and fills DnsStatus. Any result but 0 is a failure, and then info is not
+ * read. */
 int32_t devapi_optimize_net_connect(NetInspectInfo *info);
 
 /* State of the Wi-Fi. */
@@ -437,28 +314,21 @@ typedef struct WifiInspectInfo {
     char WiFiDevNum[8];     /* number of Wi-Fi clients */
     char Security[8];       /* how safe the encryption is */
     char Channel[8];        /* channel in use */
-    char Congestion[8];     /* how busy the channel is */
-    char PowerLevel[8];     /* transmit power */
+    char Congestion[8];     /* how busy the channel is, % */
+    char PowerLevel[8];     /* transmit power, % */
     char FireWallEnable[4]; /* switch of the firewall */
 } WifiInspectInfo;
 
-DEVAPI_RECORD_SIZE(WifiInspectInfo, 44);
-DEVAPI_RECORD_FIELD(WifiInspectInfo, WiFiDevNum, 0, 8);
-DEVAPI_RECORD_FIELD(WifiInspectInfo, Security, 8, 8);
-DEVAPI_RECORD_FIELD(WifiInspectInfo, Channel, 16, 8);
-DEVAPI_RECORD_FIELD(WifiInspectInfo, Congestion, 24, 8);
-DEVAPI_RECORD_FIELD(WifiInspectInfo, PowerLevel, 32, 8);
-DEVAPI_RECORD_FIELD(WifiInspectInfo, FireWallEnable, 40, 4);
-
-/* Fills WiFiDevNum, Security, Channel and Congestion. Any result but 0 is a failure. */
+/* Fills WiFiDevNum, Security, Channel and Congestion. Any result but 0 is a failure, and then info
+ * is not read. */
 int32_t devapi_inspect_hg_wifi(WifiInspectInfo *info);
 
 /* Moves the Wi-Fi from Channel to a better one; writes the new Channel and its Congestion. Any
- * result but 0 is a failure. */
+ * result but 0 is a failure, and then info is not read. */
 int32_t devapi_optimize_hg_wifi(WifiInspectInfo *info);
 
 /* The same with the transmit power: writes the new Channel, Congestion and PowerLevel. Any result
- * but 0 is a failure. */
+ * but 0 is a failure, and then info is not read. */
 int32_t devapi_optimize_wifi_channel_power(WifiInspectInfo *info);
 
 /* State of the firmware. */
@@ -466,38 +336,31 @@ typedef struct FwInspectInfo {
     char FWVersion[1088]; /* firmware version */
 } FwInspectInfo;
 
-DEVAPI_RECORD_SIZE(FwInspectInfo, 1088);
-DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 1088);
-
-/* Examines everything and fills the three records. Any result but 0 is a failure. */
+/* Examines everything and fills the three records. Any result but 0 is a failure, and then wifi,
+ * firmware and net is not read. */
 int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net);
 
 /* Load of the gateway. */
 typedef struct ResourceInfo {
-    char CpuPercent[8];      /* CPU load in percent */
-    char MemPercent[8];      /* memory load in percent */
+    char CpuPercent[8];      /* CPU load, % */
+    char MemPercent[8];      /* memory load, % */
     char LanDevNum[8];       /* number of attached devices */
     char ProtectedDevNum[8]; /* number of devices under parental control */
 } ResourceInfo;
 
-DEVAPI_RECORD_SIZE(ResourceInfo, 32);
-DEVAPI_RECORD_FIELD(ResourceInfo, CpuPercent, 0, 8);
-DEVAPI_RECORD_FIELD(ResourceInfo, MemPercent, 8, 8);
-DEVAPI_RECORD_FIELD(ResourceInfo, LanDevNum, 16, 8);
-DEVAPI_RECORD_FIELD(ResourceInfo, ProtectedDevNum, 24, 8);
-
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_inspect_hg_resource(ResourceInfo *info);
 
-/* Frees resources and fills CpuPercent and MemPercent. Any result but 0 is a failure. */
+/* Frees resources and fills CpuPercent and MemPercent. Any result but 0 is a failure, and then info
+ * is not read. */
 int32_t devapi_optimize_hg_resource(ResourceInfo *info);
 
-/* Writes the state of the uplink as a text with its NUL into status, which has size bytes (8). Any
- * result but 0 is a failure. */
+/* Writes the state of the uplink into status. status has room for size bytes. Any result but 0 is a
+ * failure, and then status is not read. */
 int32_t devapi_get_uplink_status(char *status, int32_t size);
 
-/* Writes why the network fails as a text with its NUL into reason, which has 16 bytes. Any result
- * but 0 is a failure. */
+/* Writes why the network fails into reason. reason has room for 16 bytes. Any result but 0 is a
+ * failure, and then reason is not read. */
 int32_t devapi_get_net_fault_info(char *reason);
 
 /* ---- Wi-Fi networks ------------------------------------------------------------------------- */
@@ -509,11 +372,11 @@ typedef struct SsidInfo {
     char SSID[64];               /* network name */
     char PWD[64];                /* password */
     char ENCRYPT[8];             /* kind of encryption */
-    char PowerLevel[64];         /* transmit power */
+    char PowerLevel[64];         /* transmit power, % */
     char Channel[8];             /* channel that is set */
     char UsedChannel[8];         /* channel in use; only read */
     char Enable[8];              /* "1" when the network is on */
-    char Bandwidth[16];          /* bandwidth of the channel */
+    char Bandwidth[16];          /* bandwidth of the channel, MHz */
     char Type[16];               /* number of the band: not 0 for the upper one; only read */
     char Mode[8];                /* wireless standards in use */
     char AdvertisementEnable[8]; /* "1" when the name is broadcast */
@@ -521,60 +384,47 @@ typedef struct SsidInfo {
     char PermissionProperty[8];  /* what clients may do; only read */
 } SsidInfo;
 
-DEVAPI_RECORD_SIZE(SsidInfo, 292);
-DEVAPI_RECORD_FIELD(SsidInfo, SSIDIndex, 0, 4);
-DEVAPI_RECORD_FIELD(SsidInfo, SSID, 4, 64);
-DEVAPI_RECORD_FIELD(SsidInfo, PWD, 68, 64);
-DEVAPI_RECORD_FIELD(SsidInfo, ENCRYPT, 132, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, PowerLevel, 140, 64);
-DEVAPI_RECORD_FIELD(SsidInfo, Channel, 204, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, UsedChannel, 212, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, Enable, 220, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, Bandwidth, 228, 16);
-DEVAPI_RECORD_FIELD(SsidInfo, Type, 244, 16);
-DEVAPI_RECORD_FIELD(SsidInfo, Mode, 260, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, AdvertisementEnable, 268, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, Beamforming, 276, 8);
-DEVAPI_RECORD_FIELD(SsidInfo, PermissionProperty, 284, 8);
-
-/* Fills info for the SSID of SSIDIndex, which may be any number. Any result but 0 is a failure. */
+/* Fills info for the SSID of SSIDIndex, which may be any number. Any result but 0 is a failure, and
+ * then info is not read. */
 int32_t devapi_get_ssid_info(SsidInfo *info);
 
 /* Applies the settings to the SSID of SSIDIndex, which may be any number; Bandwidth is empty and
  * means nothing. Any result but 0 is a failure. */
 int32_t devapi_set_ssid_info(const SsidInfo *info);
 
-/* Sets the transmit power of the 5 GHz radio: the request's text, of any length. The result is not
- * looked at. */
+/* Sets the transmit power of the 5 GHz radio. level may have any length. The result is not looked
+ * at. */
 int32_t devapi_set_5gwifi_powerlevel(const char *level);
 
-/* Writes the number of SSIDs; count is 0 before, and a negative one is none. Any result but 0 is a
- * failure. */
+/* ---- Wi-Fi networks as a list --------------------------------------------------------------- */
+
+/* Sets *count to the number of SSIDs; a negative one is none. *count is 0 before. Any result but 0
+ * is a failure, and then *count is not read. */
 int32_t devapi_get_ssid_num(int32_t *count);
 
-/* Writes 1 when stations are steered between the radios, another number when they are not; state is
- * 1 before. Any result but 0 is a failure. */
+/* Sets *state to 1 when stations are steered between the radios, to another number when they are
+ * not. *state is 1 before. Any result but 0 is a failure, and then *state is not read. */
 int32_t devapi_get_wifi_stactrl(int32_t *state);
 
-/* Writes the state of fast roaming as a text with its NUL into enable, which has 8 bytes; an empty
- * text when it is not known. Any result but 0 is a failure. */
+/* Writes the state of fast roaming into enable; an empty text when it is not known. enable has room
+ * for 8 bytes. Any result but 0 is a failure, and then enable is not read. */
 int32_t devapi_get_wifi_fastroaming_enable(char *enable);
 
-/* Writes the number of the main SSID of the 5 GHz radio; index is 0 before. The result is not
- * looked at: *index is used as the call leaves it. */
+/* Sets *index to the number of the main SSID of the 5 GHz radio. *index is 0 before. The result is
+ * not looked at: *index is used as the call leaves it. */
 int32_t devapi_get_5g_wifi_index(int32_t *index);
 
-/* Writes 1 when the mesh is on; enable is 0 before. The result is not looked at: *enable is used as
- * the call leaves it. */
+/* Sets *enable to 1 when the mesh is on. *enable is 0 before. The result is not looked at: *enable
+ * is used as the call leaves it. */
 int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
 
 /* The first of three calls by which the plug-in's worker applies a list of settings: the switch of
- * station control, a text of at most 7 bytes that the next list may change at any time: read it
- * once. The result is not looked at. */
+ * station control. The next list may change the text at any time: read it once. enable is shorter
+ * than 8 bytes. The result is not looked at. */
 int32_t devapi_set_wifi_stactrl(const char *enable);
 
-/* The second: the switch of fast roaming, a text as before, which may be empty. The result is not
- * looked at. */
+/* The second: the switch of fast roaming, a text as before, which may be empty. enable is shorter
+ * than 8 bytes. The result is not looked at. */
 int32_t devapi_set_wifi_fastroaming(const char *enable);
 
 /* The third, once for each SSID: its settings, with Bandwidth. The result is not looked at. */
@@ -587,18 +437,10 @@ typedef struct WifiSleepInfo {
     int32_t StartTimer;  /* number of the timer that begins the period */
     int32_t EndTimer;    /* number of the timer that ends it */
     char Enable[16];     /* "1" when the period is on */
-    char StartTime[32];  /* when the sleep begins */
-    char EndTime[32];    /* when the sleep ends */
-    char DaysOfWeek[32]; /* days of the week */
+    char StartTime[32];  /* when the sleep begins, HH:MM */
+    char EndTime[32];    /* when the sleep ends, HH:MM */
+    char DaysOfWeek[32]; /* days of the week, as in 1,3,7 */
 } WifiSleepInfo;
-
-DEVAPI_RECORD_SIZE(WifiSleepInfo, 120);
-DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTimer, 0, 4);
-DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTimer, 4, 4);
-DEVAPI_RECORD_FIELD(WifiSleepInfo, Enable, 8, 16);
-DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTime, 24, 32);
-DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTime, 56, 32);
-DEVAPI_RECORD_FIELD(WifiSleepInfo, DaysOfWeek, 88, 32);
 
 /* Fills info for the period of the timers that are set in it. Any result but 0 is a failure: the
  * period is left out. */
@@ -619,7 +461,7 @@ int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
 /* One network found by a scan. */
 typedef struct ScanEntry {
     char SSID[64];       /* network name */
-    char PowerLevel[64]; /* received power */
+    char PowerLevel[64]; /* received power, dBm */
     char ENCRYPT[64];    /* kind of encryption */
     char WPACypher[64];  /* cipher of WPA */
     char WPA2Cypher[64]; /* cipher of WPA2 */
@@ -627,38 +469,22 @@ typedef struct ScanEntry {
     char Connected[64];  /* "1" when the router is connected to it */
 } ScanEntry;
 
-DEVAPI_RECORD_SIZE(ScanEntry, 448);
-DEVAPI_RECORD_FIELD(ScanEntry, SSID, 0, 64);
-DEVAPI_RECORD_FIELD(ScanEntry, PowerLevel, 64, 64);
-DEVAPI_RECORD_FIELD(ScanEntry, ENCRYPT, 128, 64);
-DEVAPI_RECORD_FIELD(ScanEntry, WPACypher, 192, 64);
-DEVAPI_RECORD_FIELD(ScanEntry, WPA2Cypher, 256, 64);
-DEVAPI_RECORD_FIELD(ScanEntry, Band, 320, 64);
-DEVAPI_RECORD_FIELD(ScanEntry, Connected, 384, 64);
-
 /* What a scan found. */
 typedef struct ScanResult {
     int32_t reserved0;      /* not read */
     ScanEntry *entries[60]; /* networks in any of the slots, the others null */
 } ScanResult;
 
-DEVAPI_RECORD_SIZE_32(ScanResult, 244);
-DEVAPI_RECORD_OFFSET_32(ScanResult, entries, 4);
-
 /* Fills the slots with entries that it allocates with malloc(), each on its own; the plug-in frees
- * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure.
- */
+ * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure,
+ * and then result is not read. */
 int32_t devapi_get_scan_ssid(ScanResult *result);
 
 /* Received power of one network. */
 typedef struct ChannelPower {
     char name[64];    /* network name */
-    char dbpower[64]; /* received power */
+    char dbpower[64]; /* received power, dBm */
 } ChannelPower;
-
-DEVAPI_RECORD_SIZE(ChannelPower, 128);
-DEVAPI_RECORD_FIELD(ChannelPower, name, 0, 64);
-DEVAPI_RECORD_FIELD(ChannelPower, dbpower, 64, 64);
 
 /* Received power of all networks. */
 typedef struct ChannelPowerResult {
@@ -666,11 +492,8 @@ typedef struct ChannelPowerResult {
     ChannelPower *entries; /* array of so many entries */
 } ChannelPowerResult;
 
-DEVAPI_RECORD_SIZE_32(ChannelPowerResult, 8);
-DEVAPI_RECORD_OFFSET_32(ChannelPowerResult, entries, 4);
-
 /* Fills result with an array that it allocates with malloc(); the plug-in frees it, also after a
- * failure. Any result but 0 is a failure. */
+ * failure. Any result but 0 is a failure, and then result is not read. */
 int32_t devapi_scan_channel_power(ChannelPowerResult *result);
 
 /* Channels that the radios may use. */
@@ -681,58 +504,37 @@ typedef struct WifiChannelList {
     int16_t channels_5g[64];  /* likewise at 5 GHz */
 } WifiChannelList;
 
-DEVAPI_RECORD_SIZE(WifiChannelList, 264);
-DEVAPI_RECORD_FIELD(WifiChannelList, count_24g, 0, 4);
-DEVAPI_RECORD_FIELD(WifiChannelList, count_5g, 4, 4);
-DEVAPI_RECORD_FIELD(WifiChannelList, channels_24g, 8, 128);
-DEVAPI_RECORD_FIELD(WifiChannelList, channels_5g, 136, 128);
-
-/* Fills list. GET_WIFI_CHANNEL_LIST takes any result but 0 for a failure, GET_SCAN_CHANNEL_COUNT
- * only -1. */
+/* Fills list. For GET_WIFI_CHANNEL_LIST any result but 0 is a failure, and then list is not read;
+ * for GET_SCAN_CHANNEL_COUNT only -1 is a failure, and then list is not read. */
 int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
 
 /* ---- Guest Wi-Fi ---------------------------------------------------------------------------- */
 
 /* The guest network of one band. A text "-1" means that the value was not given. */
 typedef struct GuestWifiInfo {
-    char reserved0[4];      /* not used */
-    char RadioEnable[8];    /* "1" when the band's radio is on; only read */
-    char Enable[16];        /* "1" when the guest network is on */
-    char SSID[64];          /* network name */
-    char Band[16];          /* the band */
-    char ContinueTime[8];   /* whole days that it stays open */
-    char HourTime[8];       /* hours that it stays open */
-    char EndTimestamp[16];  /* seconds that it stays open, as the plug-in computed them: "-1", or
-                               a number that may have wrapped at 32 bits */
-    char Remainingtime[16]; /* time left; only read */
-    char PWD[64];           /* password */
-    char ENCRYPT[16];       /* kind of encryption */
-    char Mode[8];           /* wireless standards in use */
+    char reserved0[4];           /* not used */
+    char RadioEnable[8];         /* "1" when the band's radio is on; only read */
+    char Enable[16];             /* "1" when the guest network is on */
+    char SSID[64];               /* network name */
+    char Band[16];               /* the band */
+    char ContinueTime[8];        /* whole days that it stays open */
+    char HourTime[8];            /* hours that it stays open */
+    char EndTimestamp[16];       /* seconds that it stays open, as the plug-in computed them: "-1",
+                                    or a number that may have wrapped at 32 bits */
+    char Remainingtime[16];      /* seconds left; only read */
+    char PWD[64];                /* password */
+    char ENCRYPT[16];            /* kind of encryption */
+    char Mode[8];                /* wireless standards in use */
     char AdvertisementEnable[8]; /* "1" when the name is broadcast */
     char PermissionProperty[8];  /* what guests may do; only read */
 } GuestWifiInfo;
 
-DEVAPI_RECORD_SIZE(GuestWifiInfo, 260);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, reserved0, 0, 4);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, RadioEnable, 4, 8);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, Enable, 12, 16);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, SSID, 28, 64);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, Band, 92, 16);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, ContinueTime, 108, 8);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, HourTime, 116, 8);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, EndTimestamp, 124, 16);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, Remainingtime, 140, 16);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, PWD, 156, 64);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, ENCRYPT, 220, 16);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, Mode, 236, 8);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, AdvertisementEnable, 244, 8);
-DEVAPI_RECORD_FIELD(GuestWifiInfo, PermissionProperty, 252, 8);
-
-/* Fills info for the guest network of Band. Any result but 0 is a failure. */
+/* Fills info for the guest network of Band. Any result but 0 is a failure, and then info is not
+ * read. */
 int32_t devapi_get_guest_wifi_info(GuestWifiInfo *info);
 
-/* Sets up the guest network of Band. -2 says that the band's radio is off; any other result but 0
- * is a failure as well. */
+/* Sets up the guest network of Band. -2 says that the band's radio is off. Any result but 0 is a
+ * failure. */
 int32_t devapi_set_guest_wifi_info(const GuestWifiInfo *info);
 
 /* ---- Uplink Wi-Fi --------------------------------------------------------------------------- */
@@ -747,16 +549,8 @@ typedef struct UplinkWifiInfo {
     char Band[128];      /* frequency band */
 } UplinkWifiInfo;
 
-DEVAPI_RECORD_SIZE(UplinkWifiInfo, 448);
-DEVAPI_RECORD_FIELD(UplinkWifiInfo, SSID, 0, 64);
-DEVAPI_RECORD_FIELD(UplinkWifiInfo, PWD, 64, 64);
-DEVAPI_RECORD_FIELD(UplinkWifiInfo, ENCRYPT, 128, 64);
-DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPACypher, 192, 64);
-DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPA2Cypher, 256, 64);
-DEVAPI_RECORD_FIELD(UplinkWifiInfo, Band, 320, 128);
-
-/* Joins the network. 0 is success, -1 a failure, -2 says that another client uses the repeater; of
- * any other result the client is told nothing. */
+/* Joins the network. -2 says that another client uses the repeater. Any result but 0 is a failure.
+ * Of any other result than 0, -1 and -2 the client is told nothing. */
 int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
 /* ---- Firmware ------------------------------------------------------------------------------- */
@@ -766,18 +560,10 @@ typedef struct UpdateStatusInfo {
     char Name[64];       /* name of the device or of the image */
     char HWVersion[64];  /* hardware version */
     char FWVersion[64];  /* firmware version */
-    char FWDATA[64];     /* date of the firmware */
+    char FWDATA[64];     /* date of the firmware, YYYY-MM-DD */
     char DeviceType[64]; /* kind of device */
     char AreaCode[40];   /* code of the operator's area */
 } UpdateStatusInfo;
-
-DEVAPI_RECORD_SIZE(UpdateStatusInfo, 360);
-DEVAPI_RECORD_FIELD(UpdateStatusInfo, Name, 0, 64);
-DEVAPI_RECORD_FIELD(UpdateStatusInfo, HWVersion, 64, 64);
-DEVAPI_RECORD_FIELD(UpdateStatusInfo, FWVersion, 128, 64);
-DEVAPI_RECORD_FIELD(UpdateStatusInfo, FWDATA, 192, 64);
-DEVAPI_RECORD_FIELD(UpdateStatusInfo, DeviceType, 256, 64);
-DEVAPI_RECORD_FIELD(UpdateStatusInfo, AreaCode, 320, 40);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_update_status_info(UpdateStatusInfo *info);
@@ -797,20 +583,22 @@ int32_t devapi_download_image(const char *url, int32_t mode);
 
 /* Flashes the image that was downloaded; it runs from the next start on. The router is not
  * restarted. HG_IMAGE_UPDATE may call it while another image is downloaded or flashed, so the
- * library has to guard itself. Any result but 0 is a failure, and then the router starts what it
- * ran before. */
+ * library has to guard itself. Any result but 0 is a failure: the router then starts what it ran
+ * before. */
 int32_t devapi_update_image(void);
 
 /* Both in one step: fetches the image from the address, which is as at devapi_download_image(), and
- * flashes it. The plug-in's worker then restarts the router with "sync;reboot". Any result but 0 is
- * a failure. */
+ * flashes it. The plug-in's worker then restarts the router with "sync;reboot". url may have any
+ * length. Any result but 0 is a failure. */
 int32_t devapi_flash_update_image(const char *url);
 
 /* ---- Notices to the app --------------------------------------------------------------------- */
 
-/* Writes the MAC address by which the platform knows the router into mac, size bytes wide. Any
- * result but 0 is a failure for GET_HG_LOG; for notices and reports the result is not looked at:
- * mac is used as the call leaves it. */
+/* Writes the MAC address by which the platform knows the router into mac. mac has room for size
+ * bytes. For GET_HG_LOG any result but 0 is a failure, and then mac is not read; for
+ * json_msg_notice_to_app, json_get_child_router_info and
+ * json_get_topo_router_agent_info_bynewmethod the result is not looked at: mac is used as the call
+ * leaves it. */
 int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size);
 
 /* ---- WAN connections ------------------------------------------------------------------------ */
@@ -820,10 +608,6 @@ typedef struct WanNum {
     char NUM[8];           /* their number */
     char Description[200]; /* their names */
 } WanNum;
-
-DEVAPI_RECORD_SIZE(WanNum, 208);
-DEVAPI_RECORD_FIELD(WanNum, NUM, 0, 8);
-DEVAPI_RECORD_FIELD(WanNum, Description, 8, 200);
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_wan_num(WanNum *info);
@@ -864,6 +648,1014 @@ typedef struct WanInfo {
     char VLANPRIORITY[64];          /* its priority, 0 to 7 */
 } WanInfo;
 
+/* Fills info for the connection named by WANName. Any result but 0 is a failure, and then info is
+ * not read. */
+int32_t devapi_query_wan_info(WanInfo *info);
+
+/* Applies the settings of the connection named by WANName: SERVICELIST to DNS2, IPV6_PRIFIX to
+ * PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. What the request did not give is empty, WANName
+ * included. Any result but 0 is a failure. */
+int32_t devapi_set_route_wan_info(const WanInfo *info);
+
+/* ---- Attached devices ----------------------------------------------------------------------- */
+
+/*
+ * The devices attached to the router are numbered by a host index, from 1 to the count of
+ * devapi_get_host_num(). Numbers may change between two calls, as devices come and go. The plug-in
+ * walks all of them, however large the count.
+ */
+
+/* Sets *count to the number of attached devices. *count is 0 before. For GET_AD_BASE_INFO and
+ * json_get_main_router_baseinfo only -1 is a failure, and then *count is not read; for
+ * GET_ATTACH_DEVICE_RIGHT any result but 0 is logged: *count is used as the call leaves it. */
+int32_t devapi_get_host_num(int32_t *count);
+
+/* One attached device. */
+typedef struct AdBaseInfo {
+    int32_t Kind;                  /* 1 when the main router's own devices are listed, else 0 */
+    int32_t HostIndex;             /* host index, which selects the device */
+    char Mac[32];                  /* MAC address */
+    char UID[32];                  /* unique identifier */
+    char DevType[32];              /* kind of device */
+    char DevFactory[32];           /* its maker */
+    char Name[32];                 /* its host name */
+    char ByName[32];               /* name given by the user */
+    char OS[32];                   /* operating system */
+    char Version[32];              /* version of it */
+    char NetStatus[8];             /* whether it is online */
+    char NetMonopoly[32];          /* whether it has the bandwidth to itself */
+    char AccessType[32];           /* how it is attached: cable, or the band */
+    char AccessEnable[8];          /* whether it may reach the Internet */
+    char AccessTime[32];           /* since when it is attached, s */
+    char UpSpeed[32];              /* upstream rate at this moment, kbit/s */
+    char DownSpeed[32];            /* downstream rate at this moment, kbit/s */
+    char ip[64];                   /* IP address */
+    char AccessCode[32];           /* how it is attached as a decimal number; "1" through an SSID */
+    char SSIDIndex[48];            /* number of that SSID, decimal */
+    char LinkStatus[8];            /* state of its link, decimal; "0" when it is offline */
+    char SpeedLimit[8];            /* switch of the speed limits; no command sets it */
+    char DownLimit[16];            /* limit downstream, kbit/s */
+    char UpLimit[16];              /* limit upstream, kbit/s; no command sets it */
+    char GreennetProtectEnable[8]; /* whether it is under parental control */
+    char Dbm[8];                   /* signal strength, dBm */
+    char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address */
+} AdBaseInfo;
+
+/* Fills info for the device with the host index. 1000 says that there is none. For GET_AD_BASE_INFO
+ * and json_get_main_router_baseinfo only -1 is a failure, and then info is not read; for
+ * GET_TSLINK_TOPOLOGY_INFO any result but 0 is a failure, and then info is not read. Where there is
+ * none, GET_AD_BASE_INFO lists what the record then holds; the others go on with the next. */
+int32_t devapi_get_ad_base_info(AdBaseInfo *info);
+
+/* A setting with room behind it for the reason why the device refuses. */
+typedef struct AdBaseSetting {
+    AdBaseInfo info;     /* what is set */
+    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+} AdBaseSetting;
+
+/* Applies what a user sets of the device with the MAC address: DevType, ByName, AccessEnable,
+ * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting as
+ * it is; "0" as DownLimit ends the limit. ip is empty unless StaticDhcpEnable is given. The other
+ * fields are empty and mean nothing. Only -1 is a failure. */
+int32_t devapi_set_ad_base_info(AdBaseSetting *setting);
+
+/* Whether an attached device may reach the Internet. */
+typedef struct AttachDeviceRight {
+    int32_t HostIndex;            /* host index, which selects the device of a query; 0 in a
+                                     setting */
+    char MAC[64];                 /* MAC address, which selects the device of a setting */
+    char name[64];                /* its host name */
+    char InternetAccessRight[64]; /* the right */
+} AttachDeviceRight;
+
+/* Fills info for the device with the host index. Any result but 0 is a failure: the device is left
+ * out of the list. */
+int32_t devapi_get_attach_device_right(AttachDeviceRight *info);
+
+/* Applies the right of the device with the MAC address. Any result but 0 is a failure. */
+int32_t devapi_set_attach_device_right(const AttachDeviceRight *info);
+
+/* The switch of the firewall. */
+typedef struct FirewallSwitch {
+    char Enable[16]; /* "1" for on, "0" for off */
+} FirewallSwitch;
+
+/* Switches the firewall. Any result but 0 is a failure. */
+int32_t devapi_set_firewall_switch(const FirewallSwitch *info);
+
+/* ---- Parental control (green-net) ----------------------------------------------------------- */
+
+/* The devices under parental control stand in a table of their own, numbered by a host index from 1
+ * to GREENNET_MAX_HOSTS, which is not the host index of the attached devices. Numbers stay with
+ * their entries; between them may be numbers without an entry. */
+#define GREENNET_MAX_HOSTS 64
+
+/* Width of the texts for the switch, in bytes, terminator included. */
+#define GREENNET_SWITCH_SIZE 256
+
+/* Writes the switch of parental control into enable. enable has room for GREENNET_SWITCH_SIZE
+ * bytes. Any result but 0 is a failure, and then enable is not read. */
+int32_t devapi_get_greennet_enable(char *enable);
+
+/* Switches parental control by a text. enable is shorter than GREENNET_SWITCH_SIZE bytes. Any
+ * result but 0 is a failure. */
+int32_t devapi_set_greennet_enable(const char *enable);
+
+/* Sets *count to the number of entries in the table. *count is 0 before. Any result but 0 is a
+ * failure, and then *count is not read. */
+int32_t devapi_get_greennet_num(int32_t *count);
+
+/* One device under parental control. */
+typedef struct GreenHostInfo {
+    char HostIndex[8];     /* host index in the table, decimal, which selects the entry */
+    char Mac[64];          /* MAC address */
+    char Name[64];         /* name given by the user */
+    char NotifyEnable[8];  /* whether notices about the device are wanted */
+    char ProtectEnable[8]; /* whether it is protected; set by devapi_set_protect_enable() */
+    char NewEntry[8];      /* in a setting, "1" when the entry has just been added, else "0" */
+} GreenHostInfo;
+
+/* Fills info for the entry with the host index; one whose Mac is empty or "NULL" is not listed. Any
+ * result but 0 is a failure: there is no such entry. */
+int32_t devapi_get_green_net_info(GreenHostInfo *info);
+
+/* Stores Mac, Name and NotifyEnable of the entry with the host index. Any result but 0 is a
+ * failure. */
+int32_t devapi_set_green_net_info(const GreenHostInfo *info);
+
+/* Stores NotifyEnable of the entry with the host index. Any result but 0 is a failure. */
+int32_t devapi_set_green_net_notify(const GreenHostInfo *info);
+
+/* Sets *index to the host index of the entry for the MAC address, and to 0 when there is none. mac
+ * is shorter than 64 bytes; *index is 0 before. 1 says that there is an entry, 0 that there is
+ * none. A negative result is a failure. Callers that need an entry go by the result; the one that
+ * adds missing entries goes by *index. */
+int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
+
+/* Adds an entry for the MAC address and sets *index to its host index. mac is shorter than 64
+ * bytes; *index is 0 before. Any result but 0 is a failure, and then *index is not read. One of
+ * them is a table that is full. */
+int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
+
+/* Removes all entries but those whose MAC addresses stand in the list, each followed by a comma;
+ * all of them for NULL. The list has room for 20 bytes per device: where a request named longer
+ * addresses, it is cut, and what has lost its comma is no whole address. list may have any length.
+ * Any result but 0 is a failure. */
+int32_t devapi_del_green_net_info_by_maclist(const char *list);
+
+/* Switches the restriction of access as such on (1) or off (0). Any result but 0 is a failure. */
+int32_t devapi_set_greenaccess_enable(int32_t enable);
+
+/* A time in which the access of a device is restricted. */
+typedef struct ProtectPeriodInfo {
+    int32_t HostIndex;  /* host index in the table of parental control */
+    int32_t PeriodNum;  /* number of the period, from 1 */
+    char StartTime[8];  /* beginning, HH:MM */
+    char EndTime[8];    /* end, HH:MM */
+    char Enable[8];     /* "1" when the period is in force */
+    char DaysOfWeek[8]; /* days on which it begins, as in 12345 */
+} ProtectPeriodInfo;
+
+/* Sets *count to the number of periods of the entry. *count is 0 before. The result is not
+ * looked at: *count is used as the call leaves it. */
+int32_t devapi_get_duration_num_by_index(int32_t index, int32_t *count);
+
+/* Fills the texts for host index and number of the period. Any result but 0 is a failure, and then
+ * info is not read. */
+int32_t devapi_get_protect_period_info(ProtectPeriodInfo *info);
+
+/* Removes all periods of the entry. Any result but 0 is a failure. */
+int32_t devapi_del_all_duration(int32_t index);
+
+/* Adds an empty period to the entry and sets *number to its number. *number is 0 before. Any result
+ * but 0 is a failure, and then *number is not read. */
+int32_t devapi_add_greennet_duration(int32_t index, int32_t *number);
+
+/* Stores the texts of the period with the host index and number. Any result but 0 is a failure. */
+int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info);
+
+/* Switches the protection of the entry on (1) or off (0). Any result but 0 is a failure. */
+int32_t devapi_set_protect_enable(int32_t enable, int32_t index);
+
+/* ---- Update schedule and log upload --------------------------------------------------------- */
+
+/* The time of the day in which the router may update itself. */
+typedef struct UpdateSchedule {
+    char Enable[2];      /* "1" when it may */
+    char StartHour[8];   /* hour of the beginning */
+    char StartMinute[8]; /* its minute */
+    char EndHour[8];     /* hour of the end */
+    char EndMinute[8];   /* its minute */
+} UpdateSchedule;
+
+/* Fills schedule. Any result but 0 is a failure, and then schedule is not read. */
+int32_t devapi_get_update_schedule(UpdateSchedule *schedule);
+
+/* Applies the schedule. Only -1 is a failure. */
+int32_t devapi_set_update_schedule(const UpdateSchedule *schedule);
+
+/*
+ * Sends the router's log to an address. The reply waits for this function: a library that sends for
+ * long does so on a thread of its own.
+ *
+ * url:      the address as it came from outside, of any length.
+ * log_type: which log, as the platform names it.
+ * mac:      the router's MAC address without colons; shorter than 24 bytes.
+ *
+ * The result is not looked at.
+ */
+int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac);
+
+/* ---- Mesh: routers and stations ------------------------------------------------------------- */
+
+/* The most that is reported of a mesh. */
+#define MESH_MAX_CHILD_ROUTERS 8 /* child routers */
+#define MESH_MAX_STATIONS 64     /* stations of a child router */
+#define MESH_MAX_LINKS 8         /* mesh links of a router */
+#define MESH_MAX_CHILDREN 32     /* children of a child router */
+
+/* The child routers of the mesh. */
+typedef struct ChildRouterList {
+    int32_t identifiers[MESH_MAX_CHILD_ROUTERS]; /* by which the other functions know them */
+    int32_t count;                               /* how many there are */
+} ChildRouterList;
+
+/* Fills list. The result is not looked at: list is used as the call leaves it. */
+int32_t devapi_get_childrouter_list(ChildRouterList *list);
+
+/* A link of a router to another one. */
+typedef struct MeshLink {
+    char nexthopMAC[32]; /* MAC address of the other router */
+    char interface[24];  /* network interface */
+    char dbm[16];        /* signal strength, dBm */
+} MeshLink;
+
+/* Fills the link by which the main router reaches the child router. Any result but 0 is a failure:
+ * the child router is left out. */
+int32_t devapi_get_router_mesh_info(MeshLink *link, int32_t identifier);
+
+/* A child router. */
+typedef struct ChildRouterInfo {
+    char RouterDeviceID[32];        /* identifier of the device */
+    char Name[64];                  /* its name */
+    char Mac[64];                   /* MAC address, which selects its stations */
+    char NetStatus[8];              /* whether it is online */
+    char ChildRouterAccessType[8];  /* how it reaches its parent */
+    char UpSpeed[16];               /* upstream rate at this moment, kbit/s */
+    char DownSpeed[16];             /* downstream rate at this moment, kbit/s */
+    char ip[32];                    /* IP address */
+    char FWVersion[32];             /* firmware version */
+    char FWDATA[32];                /* date of the firmware, YYYY-MM-DD */
+    char UpTime[16];                /* time since it started, s */
+    char DeviceType[32];            /* kind of device */
+    char AreaCode[16];              /* code of the operator's area */
+    char HWVersion[16];             /* hardware version */
+    char Wlan1Mac[32];              /* MAC address of the second wireless interface */
+    char Wlan0Mac[32];              /* MAC address of the first wireless interface */
+    char ParentMac[32];             /* MAC address of the router that it hangs from */
+    char dbm[8];                    /* signal strength, dBm */
+    MeshLink links[MESH_MAX_LINKS]; /* its mesh links */
+    int32_t link_count;             /* how many there are */
+    char Reserved[16];              /* not used */
+    char LinkSpeed[16];             /* speed of its link, Mbit/s; only filled for a path of the
+                                       parameter tree */
+} ChildRouterInfo;
+
+/* Fills info for the identifier of a child router, or for the host index of one. For
+ * GET_UPDATE_STATUS and GET_TSLINK_TOPOLOGY_INFO any result but 0 is a failure, and then info is
+ * not read; for json_get_child_router_info the result is not looked at: info is used as the call
+ * leaves it. Where it is a failure, the child router is left out. */
+int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
+
+/* Where a child router hangs in the mesh. */
+typedef struct ChildMeshInfo {
+    char Mac[32];       /* MAC address of the mesh interface */
+    char ChildMac[32];  /* MAC address of the child router */
+    char ParentMac[32]; /* MAC address of the router that it hangs from */
+    char Reserved[104]; /* not used */
+} ChildMeshInfo;
+
+/* Fills info for the identifier of a child router. Any result but 0 is a failure: the child router
+ * is left out. */
+int32_t devapi_get_child_mesh_info(ChildMeshInfo *info, int32_t identifier);
+
+/* The routers that hang from a child router. */
+typedef struct ChildMeshList {
+    int32_t count;                             /* how many there are */
+    ChildMeshInfo children[MESH_MAX_CHILDREN]; /* of each of which only Mac is read */
+} ChildMeshList;
+
+/* Fills list for the child router with the MAC address. mac is shorter than 64 bytes. The result is
+ * not looked at: list is used as the call leaves it. */
+int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list);
+
+/* The stations of a child router. */
+typedef struct ChildStationList {
+    int32_t indexes[MESH_MAX_STATIONS]; /* by which devapi_get_childsta_base_info() knows them */
+    int32_t count;                      /* how many there are */
+} ChildStationList;
+
+/* Fills list for the child router with the MAC address. mac is shorter than 64 bytes. The result is
+ * not looked at: list is used as the call leaves it. */
+int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
+
+/* Fills info for the station with the index in HostIndex. Any result but 0 is a failure: there is
+ * no such station. */
+int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
+
+/* Sets *count to the number of places in the table of attached devices, also those without a
+ * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
+ * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(), as wide as a pointer.
+ * The plug-in walks all places, however many. *count is 0 before. Any result but 0 is a failure,
+ * and then *count is not read. */
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
+
+/* Writes the model of the router into model. model has room for size bytes and one more. The result
+ * is not looked at: model is used as the call leaves it. */
+int32_t devapi_get_devicemodel(char *model, int32_t size);
+
+/* Writes the code of the operator's area into code. code has room for size bytes. The result is not
+ * looked at: code is used as the call leaves it. */
+int32_t devapi_get_basic_area_code(char *code, int32_t size);
+
+/* Result: the kind of mesh; 2 is one in which child routers may hang from each other. */
+int32_t devapi_get_mesh_type(void);
+
+/* Has the mesh measure the speed of its links anew. Any result but 0 is a failure: it is logged and
+ * the report goes on. */
+int32_t devapi_call_tslink_set_topo_speed(void);
+
+/* Sets *hours to the hours by which the router's clock, as time() tells it, is ahead of the times
+ * that the device library gives in local time. *hours is 0 before. The result is not looked at:
+ * *hours is used as the call leaves it. */
+int32_t devapi_get_local_timezone(int32_t *hours);
+
+/* Result: 1 when the table of attached devices gives times in local time; else they are those of
+ * the router's clock. The stations of child routers always have local time. */
+int32_t devapi_get_systerm_timetype(void);
+
+/* The load of the router. */
+typedef struct DevStatusInfo {
+    char Reserved[64]; /* not used */
+    char Cpu[32];      /* CPU load, % */
+    char Memory[32];   /* memory load, % */
+} DevStatusInfo;
+
+/* Fills info. Any result but 0 is a failure, and then info counts as empty. */
+int32_t devapi_get_dev_status_info(DevStatusInfo *info);
+
+/* ---- Mesh: the topology as a list of relations ---------------------------------------------- */
+
+/* Width of the text of devapi_get_topo_relation_ship(), in bytes. */
+#define TOPO_RELATION_SIZE 256
+
+/* Writes the relations of the mesh as a text for devapi_handle_topo_struct() into text. text has
+ * room for size bytes and one more. Any result but 0 is a failure, and then text is not read. */
+int32_t devapi_get_topo_relation_ship(char *text, int32_t size);
+
+/* Sets *count to the number of relations. *count is 0 before. Any result but 0 is a failure, and
+ * then *count is not read. */
+int32_t devapi_get_topo_relation_num(int32_t *count);
+
+/* A router in the topology, in a list. */
+typedef struct TopoNode {
+    int32_t level;         /* steps from the Internet: the main router has 1, child routers more */
+    int32_t Reserved[2];   /* the device library's own */
+    struct TopoNode *next; /* NULL at the end */
+} TopoNode;
+
+/* Makes a list of the relations: fills first, which the plug-in has taken from calloc(), and
+ * appends further nodes. relations is shorter than TOPO_RELATION_SIZE bytes. Any result but 0 is
+ * a failure: devapi_topo_xml_info_list() is not called, and the list is used as the call leaves
+ * it. */
+int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first);
+
+/* Completes the list for the number of relations, whatever devapi_get_topo_relation_num() has set
+ * it to. The result is not looked at: first is used as the call leaves it. */
+int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first);
+
+/* Frees the whole list, first included, by free(). */
+void devapi_free_topo_list(TopoNode *first);
+
+/* A router of the topology. */
+typedef struct NodeDevInfo {
+    char Mac[64];       /* MAC address */
+    char ip[32];        /* IP address */
+    char AccessType[8]; /* how it reaches its parent */
+    char dbm[8];        /* signal strength, dBm */
+    char FWVersion[64]; /* firmware version */
+    char LinkSpeed[16]; /* speed of its link, Mbit/s */
+} NodeDevInfo;
+
+/* Fills info for the node. Any result but 0 is a failure: the node is left out. */
+int32_t devapi_get_node_dev_info(const TopoNode *node, NodeDevInfo *info);
+
+/* A device attached to a router of the topology, in a list. */
+typedef struct NodeBaseInfo {
+    int32_t Kind;              /* 1 for the list's own first node, which is no device */
+    char Mac[96];              /* MAC address */
+    struct NodeBaseInfo *next; /* NULL at the end */
+} NodeBaseInfo;
+
+/* Appends the devices attached to the node's router to the list that begins with first. The plug-in
+ * frees every node by free(), also after a failure, so they have to come from malloc() one by one.
+ * Any result but 0 is a failure, and then first is not read. */
+int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first);
+
+/* Width of the text of devapi_get_viewmac_by_mac(), in bytes. */
+#define VIEW_MAC_SIZE 32
+
+/* Writes the form in which users know a router's MAC address into view. mac is shorter than 64
+ * bytes; view has room for VIEW_MAC_SIZE bytes. Any result but 0 is a failure, and then view is not
+ * read. */
+int32_t devapi_get_viewmac_by_mac(const char *mac, char *view);
+
+/* Sets *index to the host index of the device with the MAC address. mac is shorter than 96 bytes;
+ * *index is 0 before. 1 says that there is one. For json_get_child_router_info any result but 1 is
+ * a failure, and then *index is not read; for json_get_child_router_baseinfo the result is not
+ * looked at: *index is used as the call leaves it. */
+int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
+
+/* ---- Mesh: the topology as a tree of parameters --------------------------------------------- */
+
+/* Width of the values of the parameter tree, in bytes. */
+#define TOPO_VALUE_SIZE 32
+
+/* Writes the value of a parameter, such as
+ * "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.X_TS_Active", into value. The plug-in walks as
+ * many routers as the parameter "APDeviceNumberOfEntries" says. path is shorter than 128 bytes;
+ * value has room for TOPO_VALUE_SIZE bytes. Any result but 0 is a failure: the report ends. */
+int32_t devapi_topo_xml_getinfo(const char *path, char *value);
+
+/* Fills info for a router by its path, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
+ * path is shorter than 128 bytes. The result is not looked at: info is used as the call leaves
+ * it. */
+int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *info);
+
+/* The stations of a router. */
+typedef struct StationList {
+    int32_t count;                          /* how many there are */
+    AdBaseInfo stations[MESH_MAX_STATIONS]; /* the stations themselves */
+} StationList;
+
+/* Fills list for a router by its path. path is shorter than 128 bytes. The result is not looked at:
+ * list is used as the call leaves it. */
+int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);
+
+/* ---- Child routers: relay of commands ------------------------------------------------------- */
+
+/*
+ * Sends a command to the child router that its "DeviceID" names; no answer is waited for.
+ *
+ * text:   the command's object as formatted JSON text, of any size.
+ * length: its length in bytes, without the NUL.
+ *
+ * Any result but 0 is a failure.
+ */
+int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
+
+/* Width of the method's text, in bytes. */
+#define RELAY_METHOD_SIZE 64
+
+/*
+ * Sends a command to the child router that its "DeviceID" names, and waits for the answer.
+ *
+ * text:   the command's object as formatted JSON text, of any size.
+ * method: what is asked for, such as "get_childrouter_host_info", with zero bytes behind the text;
+ *         shorter than RELAY_METHOD_SIZE bytes.
+ * answer: NULL before; set to the child router's answer, a JSON text from malloc(), which the
+ *         plug-in frees by free(), also after a failure. Nothing is taken for granted of what it
+ *         says.
+ *
+ * Any result but 0 is a failure, and then answer is not read. An answer that stays NULL is a
+ * failure as well.
+ */
+int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char *method,
+                                                    char **answer);
+
+/* ---- Mesh control --------------------------------------------------------------------------- */
+
+/* Sets the mesh up (1) or takes it down (0). The result is not looked at. */
+int32_t devapi_setup_mesh(int32_t enable);
+
+/* Sets how often the agent reports to the platform. heartbeat may have any length. Any result but 0
+ * is a failure. */
+int32_t devapi_set_kaa_heartbeat(const char *heartbeat);
+
+/* The switch of the mesh and how it works. */
+typedef struct MeshStatus {
+    char MeshEnable[8]; /* "1" when the mesh is on */
+    char MeshMode[8];   /* its mode */
+} MeshStatus;
+
+/* Fills status. Any result but 0 is a failure, and then status is not read. */
+int32_t devapi_get_mesh_status(MeshStatus *status);
+
+/* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; that
+ * the numbers are crossed is what they know. */
+#define MESH_BUSY_1 3 /* the reason "MESH_BUSY_1" */
+#define MESH_BUSY_0 4 /* the reason "MESH_BUSY_0" */
+
+/* Applies the status. Any result but 0 is a failure. */
+int32_t devapi_set_mesh_status(const MeshStatus *status);
+
+/* The time in which new routers may join the mesh. */
+typedef struct PairStatus {
+    char Enable[8]; /* "1" to open it, "0" to close it */
+    char Time[8];   /* how long it stays open, s */
+} PairStatus;
+
+/* Result of devapi_set_pair_status() that clients get the reason "WIFI_SET_NOT_SUPPORT" for. */
+#define MESH_PAIRING_NOT_SUPPORTED 2
+
+/* Opens or closes the time. Any result but 0 is a failure. */
+int32_t devapi_set_pair_status(const PairStatus *status);
+
+/* What a radio is to do about WPS. */
+typedef struct WpsState {
+    char Radio[8];  /* the radio */
+    char Action[8]; /* what it is to do */
+} WpsState;
+
+/* Starts or ends WPS. Any result but 0 is a failure. */
+int32_t devapi_set_wps_state(const WpsState *state);
+
+/* The LEDs. */
+typedef struct LedInfo {
+    char LedSwitch[2]; /* "1" when they are on */
+    char LedCoLor[8];  /* their colour */
+    char LedLight[10]; /* their brightness, % */
+} LedInfo;
+
+/* Fills info. Only -1 is a failure, and then info is not read. */
+int32_t devapi_get_led_info(LedInfo *info);
+
+/* Applies the three texts of a request. One that is no text in the request comes as NULL, and the
+ * answer to that is -1. on, colour and light may have any length. Only -1 is a failure. */
+int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light);
+
+/* Sets *state to the state of the first configuration: 1 or more when it is done. *state is 0
+ * before. Any result but 0 is a failure, and then *state is not read. */
+int32_t devapi_get_tslink_config(int32_t *state);
+
+/* Stores the state of the first configuration. state may have any length. Only -1 is a failure. */
+int32_t devapi_set_sta_tslink_config(const char *state);
+
+/* Removes an attached device, by its MAC address. mac may have any length. Only -1 is a failure. */
+int32_t devapi_del_device(const char *mac);
+
+/* ---- Checks of channels, links and signals -------------------------------------------------- */
+
+/* How many access points are in use on each channel of a WifiChannelList, in its order. */
+typedef struct ChannelApNum {
+    int32_t counts_24g[64]; /* of the 2.4 GHz channels */
+    int32_t counts_5g[64];  /* of the 5 GHz channels */
+} ChannelApNum;
+
+/* Fills counts for the channels of the list, which is as devapi_get_all_wifi_channel_list() has
+ * left it, also where that failed. Only -1 is a failure, and then counts is not read. */
+int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum *counts);
+
+/* What a check of the links has found. */
+typedef struct LinkInfo {
+    char Wifi24Enable[8];       /* "1" when the 2.4 GHz radio is on */
+    char Wifi24Channel[8];      /* its channel */
+    char Wifi24ChannelCheck[8]; /* how that channel does */
+    char Wifi58Enable[8];       /* "1" when the 5 GHz radio is on */
+    char Wifi58ChannelCheck[8]; /* how its channel does */
+    char Wifi58Channel[8];      /* that channel */
+    char LanIP[32];             /* IP address on the LAN side */
+    char WanIp[32];             /* IP address on the WAN side */
+    char DnsCheck[8];           /* how the name resolution does; reported of DHCP as well */
+    char Reserved[56];          /* not used */
+} LinkInfo;
+
+/* Fills info. The result is not looked at: info is used as the call leaves it. */
+int32_t devapi_get_link_info(LinkInfo *info);
+
+/* Pings an address. target may have any length. Any result but 0 is a failure: it did not
+ * answer. */
+int32_t devapi_get_ping_check(const char *target);
+
+/* Sets *dbm to the signal strength of the station with the IP address. *dbm is 0 before; ip may
+ * have any length. Only -1 is a failure, and then *dbm is not read. */
+int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
+
+/* ---- Quality of service --------------------------------------------------------------------- */
+
+/* The most that there is of each. */
+#define QOS_MAX_APPLICATIONS 4 /* applications */
+#define QOS_MAX_RULES 6        /* rules */
+#define QOS_MAX_TYPES 3        /* types of a rule */
+
+/* A kind of traffic that a rule speaks of. */
+typedef struct QosType {
+    char Type[16];     /* what is compared */
+    char Min[64];      /* the least value */
+    char Max[64];      /* the greatest value */
+    char Reserved[64]; /* not used; stays zero */
+} QosType;
+
+/* A rule that gives traffic a priority. */
+typedef struct QosRule {
+    char Id[8];                   /* its identifier */
+    char Action[8];               /* in a setting: "1" adds it, "2" deletes it, anything else
+                                     changes it */
+    char Name[32];                /* its name */
+    char PriorityLevel[8];        /* the priority */
+    int32_t type_count;           /* how many, 3 at most; none when it is negative */
+    QosType types[QOS_MAX_TYPES]; /* these kinds */
+} QosRule;
+
+/* An application that the router knows. */
+typedef struct QosApplication {
+    char Id[8];            /* its identifier */
+    char Name[32];         /* its name */
+    char PriorityLevel[8]; /* its priority */
+} QosApplication;
+
+/* Quality of service as a whole. */
+typedef struct QosInfo {
+    char Enable[8];                                    /* "1" when it is on */
+    int32_t application_count;                         /* how many, 4 at most; none when it is
+                                                          negative */
+    QosApplication applications[QOS_MAX_APPLICATIONS]; /* the applications */
+    int32_t rule_count;                                /* how many, 6 at most; none when it is
+                                                          negative */
+    QosRule rules[QOS_MAX_RULES];                      /* the rules */
+} QosInfo;
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_uplink_qos_info(QosInfo *info);
+
+/* Switches quality of service by the number that the first 7 bytes of the request's text begin
+ * with. Any result but 0 is a failure. */
+int32_t devapi_set_qos_enable(int32_t enable);
+
+/* Sets the priority of the application with the identifier. priority is shorter than 8 bytes. Any
+ * result but 0 is a failure. */
+int32_t devapi_set_qos_app_info(int32_t identifier, const char *priority);
+
+/* Adds, deletes or changes a rule, by its Action. To delete one, only Id and Action are filled. A
+ * rule that was added has its identifier written into Id; whether it was added is read from Action
+ * after the call. Any result but 0 is a failure. */
+int32_t devapi_set_qos_classification_info(QosRule *rule);
+
+/* ---- Service switches ----------------------------------------------------------------------- */
+
+/* How the access point carries several services. */
+typedef struct MultiserviceMode {
+    char Mode[8]; /* the mode */
+} MultiserviceMode;
+
+/* Fills mode. Any result but 0 is a failure, and then mode is not read. */
+int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode);
+
+/* Applies the mode. Any result but 0 is a failure. */
+int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode);
+
+/* What a speed test has measured. */
+typedef struct SpeedTest {
+    char DownBandWidth[8]; /* bandwidth downstream, kbit/s */
+    char UpBandWidth[8];   /* bandwidth upstream, kbit/s */
+    char Delay[8];         /* delay, ms */
+} SpeedTest;
+
+/* Runs a speed test, which takes its time, and fills test. Any result but 0 is a failure, and then
+ * test is not read. */
+int32_t devapi_speedtest_request(SpeedTest *test);
+
+/* Which protocols are helped through address translation, each "1" or "0". */
+typedef struct AlgAbility {
+    char PPTP[8];  /* PPTP */
+    char FTP[8];   /* FTP */
+    char IPSEC[8]; /* IPsec */
+    char L2TP[8];  /* L2TP */
+    char RTSP[8];  /* RTSP */
+    char H323[8];  /* H.323 */
+    char SIP[8];   /* SIP */
+} AlgAbility;
+
+/* Fills ability. Any result but 0 is a failure, and then ability is not read. */
+int32_t devapi_get_ap_alg_ability(AlgAbility *ability);
+
+/* Applies the switches. Any result but 0 is a failure. */
+int32_t devapi_set_ap_alg_ability(const AlgAbility *ability);
+
+/* The switch of UPnP. */
+typedef struct UpnpState {
+    char Enable[8]; /* "1" when it is on */
+} UpnpState;
+
+/* Fills state. Any result but 0 is a failure, and then state is not read. */
+int32_t devapi_get_upnp_state(UpnpState *state);
+
+/* Applies the switch. Any result but 0 is a failure. */
+int32_t devapi_set_upnp_state(const UpnpState *state);
+
+/* Writes the state of the maker's configuration service into status. status has room for size
+ * bytes. Any result but 0 is a failure, and then status is not read. */
+int32_t devapi_get_tsconf_status(char *status, int32_t size);
+
+/* Sets *enable to the switch of WPS; up to 7 characters of the number are reported, its sign
+ * included. *enable is 0 before. Any result but 0 is a failure, and then *enable is not read. */
+int32_t devapi_get_wps_enable(int32_t *enable);
+
+/* Switches WPS by the number that the first 7 bytes of the request's text begin with. Any result
+ * but 0 is a failure. */
+int32_t devapi_set_wps_enable(int32_t enable);
+
+/* The traffic of a port. */
+typedef struct PortStatistics {
+    char Port[16];       /* name of the port */
+    char tx_traffic[32]; /* bytes sent */
+    char rx_traffic[32]; /* bytes received */
+    char tx_packets[32]; /* packets sent */
+    char rx_packets[32]; /* packets received */
+} PortStatistics;
+
+/* The traffic of all ports. */
+typedef struct PortStatisticsInfo {
+    int32_t count;           /* entries that are really there; none when it is negative */
+    PortStatistics *entries; /* an array from malloc(), which the plug-in frees; NULL for none */
+} PortStatisticsInfo;
+
+/* Fills info. entries is freed also after a failure, where it is set. Any result but 0 is a
+ * failure, and then info is not read. */
+int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info);
+
+/* Which ports a WAN connection serves. */
+typedef struct PortBinding {
+    char Index[16];       /* number of the connection */
+    char WANName[32];     /* its name */
+    char BoundPorts[288]; /* the ports */
+} PortBinding;
+
+/* The most bindings that are reported. */
+#define PORT_MAX_BINDINGS 8
+
+/* All bindings. */
+typedef struct PortBindingInfo {
+    int32_t count;                          /* how many, 8 at most; none when it is negative */
+    PortBinding entries[PORT_MAX_BINDINGS]; /* the bindings */
+} PortBindingInfo;
+
+/* Fills info. Any result but 0 is a failure, and then info is not read. */
+int32_t devapi_get_port_binding_info(PortBindingInfo *info);
+
+/* Binds ports to the connection with the number. index is shorter than 8 bytes; ports is shorter
+ * than 256 bytes. Any result but 0 is a failure. */
+int32_t devapi_set_port_binding(const char *index, const char *ports);
+
+/* ---- Layout --------------------------------------------------------------------------------- */
+
+/* Both sides are built by different makers at different times: a layout that drifts must not
+ * compile. */
+#define DEVAPI_RECORD_SIZE(record, size)                                                           \
+    static_assert(sizeof(record) == (size), #record " has to be " #size " bytes")
+#define DEVAPI_RECORD_FIELD(record, field, offset, width)                                          \
+    static_assert(offsetof(record, field) == (offset) && sizeof(((record *)0)->field) == (width),  \
+                  #record "." #field " has to be " #width " bytes at " #offset)
+
+/* A record with pointers has its layout on the 32-bit processors that it is meant for. */
+#define DEVAPI_RECORD_SIZE_32(record, size)                                                        \
+    static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
+                  #record " has to be " #size " bytes")
+#define DEVAPI_RECORD_OFFSET_32(record, field, offset)                                             \
+    static_assert(sizeof(void *) != 4 || offsetof(record, field) == (offset),                      \
+                  #record "." #field " has to be at " #offset)
+
+DEVAPI_RECORD_SIZE(SnInfo, 328);
+DEVAPI_RECORD_FIELD(SnInfo, MAC, 0, 64);
+DEVAPI_RECORD_FIELD(SnInfo, tslinkstatus, 64, 8);
+DEVAPI_RECORD_FIELD(SnInfo, DeviceType, 72, 256);
+
+DEVAPI_RECORD_SIZE(SystemInfo, 1088);
+DEVAPI_RECORD_FIELD(SystemInfo, SWVersion, 0, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, HDVersion, 64, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, ProductCLass, 128, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, CPUClass, 192, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, DEVType, 256, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, DEVType1, 320, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, Capability, 384, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, Card, 448, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, UPLink, 512, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, Cardno, 576, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, IPV6, 640, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, VLANbind, 704, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, LED, 768, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, NFC, 832, 64);
+DEVAPI_RECORD_FIELD(SystemInfo, VLANCapability, 896, 192);
+
+DEVAPI_RECORD_SIZE(HgBaseInfo, 856);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Name, 0, 64);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Mac, 64, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, NetStatus, 96, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, UpSpeed, 112, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, DownSpeed, 144, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WiFiStatus1, 176, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WiFiStatus2, 208, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, SSID1, 240, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, SSID2, 272, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Wlan1Mac, 304, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Wlan0Mac, 336, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, ip, 368, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, HWVersion, 400, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, FWVersion, 432, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, FWDATA, 464, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, UpTime, 496, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WanUptime, 528, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, DeviceType, 560, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, AreaCode, 592, 32);
+DEVAPI_RECORD_FIELD(HgBaseInfo, AddressType, 624, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Cpu, 640, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, QQGameAcceleratorEnable, 648, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, QosAcceleratorEnable, 664, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, FireWallEnable, 680, 16);
+DEVAPI_RECORD_FIELD(HgBaseInfo, LedLight, 696, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, LedSwitch, 704, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, Memory, 712, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, WanLinkMode, 720, 8);
+DEVAPI_RECORD_FIELD(HgBaseInfo, ConfiguerStatus, 728, 128);
+
+DEVAPI_RECORD_SIZE(LanIpInfo, 128);
+DEVAPI_RECORD_FIELD(LanIpInfo, GatewayLanIP, 0, 32);
+DEVAPI_RECORD_FIELD(LanIpInfo, SubnetMask, 32, 32);
+DEVAPI_RECORD_FIELD(LanIpInfo, StartIp, 64, 32);
+DEVAPI_RECORD_FIELD(LanIpInfo, EndIp, 96, 32);
+
+DEVAPI_RECORD_SIZE(LanIpSetting, 192);
+DEVAPI_RECORD_FIELD(LanIpSetting, info, 0, 128);
+DEVAPI_RECORD_FIELD(LanIpSetting, FailReason, 128, 64);
+
+DEVAPI_RECORD_SIZE(WanIpInfo, 163);
+DEVAPI_RECORD_FIELD(WanIpInfo, ip, 0, 34);
+DEVAPI_RECORD_FIELD(WanIpInfo, Dns, 34, 65);
+DEVAPI_RECORD_FIELD(WanIpInfo, WanGateWay, 99, 32);
+DEVAPI_RECORD_FIELD(WanIpInfo, ConnectionState, 131, 32);
+
+DEVAPI_RECORD_SIZE(HomePageInfo, 408);
+DEVAPI_RECORD_FIELD(HomePageInfo, Devname, 0, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, UploadSpeed, 64, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, DownloadSpeed, 128, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, GameSpeed, 192, 8);
+DEVAPI_RECORD_FIELD(HomePageInfo, GamePort, 200, 8);
+DEVAPI_RECORD_FIELD(HomePageInfo, GameBand, 208, 8);
+DEVAPI_RECORD_FIELD(HomePageInfo, CpuRate, 216, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, MemRate, 280, 64);
+DEVAPI_RECORD_FIELD(HomePageInfo, CpuTemperature, 344, 64);
+
+DEVAPI_RECORD_SIZE(DhcpInfo, 208);
+DEVAPI_RECORD_FIELD(DhcpInfo, Enable, 0, 16);
+DEVAPI_RECORD_FIELD(DhcpInfo, IPAddress, 16, 64);
+DEVAPI_RECORD_FIELD(DhcpInfo, SubNetMask, 80, 64);
+DEVAPI_RECORD_FIELD(DhcpInfo, GateWay, 144, 64);
+
+DEVAPI_RECORD_SIZE(DhcpSetting, 272);
+DEVAPI_RECORD_FIELD(DhcpSetting, info, 0, 208);
+DEVAPI_RECORD_FIELD(DhcpSetting, FailReason, 208, 64);
+
+DEVAPI_RECORD_SIZE(PppoeInfo, 144);
+DEVAPI_RECORD_FIELD(PppoeInfo, Account, 0, 64);
+DEVAPI_RECORD_FIELD(PppoeInfo, Password, 64, 64);
+DEVAPI_RECORD_FIELD(PppoeInfo, Enable, 128, 16);
+
+DEVAPI_RECORD_SIZE(PppoeSetting, 208);
+DEVAPI_RECORD_FIELD(PppoeSetting, info, 0, 144);
+DEVAPI_RECORD_FIELD(PppoeSetting, FailReason, 144, 64);
+
+DEVAPI_RECORD_SIZE(LoginInfo, 336);
+DEVAPI_RECORD_FIELD(LoginInfo, WebLoginType, 0, 8);
+DEVAPI_RECORD_FIELD(LoginInfo, Type, 8, 8);
+DEVAPI_RECORD_FIELD(LoginInfo, Name, 16, 128);
+DEVAPI_RECORD_FIELD(LoginInfo, Password, 144, 128);
+DEVAPI_RECORD_FIELD(LoginInfo, WebLoginIp, 272, 64);
+
+DEVAPI_RECORD_SIZE(RebootInfo, 32);
+DEVAPI_RECORD_FIELD(RebootInfo, GatewayRebootEnable, 0, 8);
+DEVAPI_RECORD_FIELD(RebootInfo, Time, 8, 8);
+DEVAPI_RECORD_FIELD(RebootInfo, DaysOfWeek, 16, 16);
+
+DEVAPI_RECORD_SIZE(HgSleepInfo, 40);
+DEVAPI_RECORD_FIELD(HgSleepInfo, GatewaySleepEnable, 0, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, WiFiSleepEnable, 8, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, LedSleepEnable, 16, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, StartTime, 24, 8);
+DEVAPI_RECORD_FIELD(HgSleepInfo, EndTime, 32, 8);
+
+DEVAPI_RECORD_SIZE(NetInspectInfo, 1944);
+DEVAPI_RECORD_FIELD(NetInspectInfo, reserved0, 0, 128);
+DEVAPI_RECORD_FIELD(NetInspectInfo, WanStatus, 128, 64);
+DEVAPI_RECORD_FIELD(NetInspectInfo, NetStatus, 192, 392);
+DEVAPI_RECORD_FIELD(NetInspectInfo, WanIP, 584, 64);
+DEVAPI_RECORD_FIELD(NetInspectInfo, NetMask, 648, 256);
+DEVAPI_RECORD_FIELD(NetInspectInfo, DnsStatus, 904, 8);
+DEVAPI_RECORD_FIELD(NetInspectInfo, NetQuality, 912, 1032);
+
+DEVAPI_RECORD_SIZE(WifiInspectInfo, 44);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, WiFiDevNum, 0, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, Security, 8, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, Channel, 16, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, Congestion, 24, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, PowerLevel, 32, 8);
+DEVAPI_RECORD_FIELD(WifiInspectInfo, FireWallEnable, 40, 4);
+
+DEVAPI_RECORD_SIZE(FwInspectInfo, 1088);
+DEVAPI_RECORD_FIELD(FwInspectInfo, FWVersion, 0, 1088);
+
+DEVAPI_RECORD_SIZE(ResourceInfo, 32);
+DEVAPI_RECORD_FIELD(ResourceInfo, CpuPercent, 0, 8);
+DEVAPI_RECORD_FIELD(ResourceInfo, MemPercent, 8, 8);
+DEVAPI_RECORD_FIELD(ResourceInfo, LanDevNum, 16, 8);
+DEVAPI_RECORD_FIELD(ResourceInfo, ProtectedDevNum, 24, 8);
+
+DEVAPI_RECORD_SIZE(SsidInfo, 292);
+DEVAPI_RECORD_FIELD(SsidInfo, SSIDIndex, 0, 4);
+DEVAPI_RECORD_FIELD(SsidInfo, SSID, 4, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, PWD, 68, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, ENCRYPT, 132, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, PowerLevel, 140, 64);
+DEVAPI_RECORD_FIELD(SsidInfo, Channel, 204, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, UsedChannel, 212, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Enable, 220, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Bandwidth, 228, 16);
+DEVAPI_RECORD_FIELD(SsidInfo, Type, 244, 16);
+DEVAPI_RECORD_FIELD(SsidInfo, Mode, 260, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, AdvertisementEnable, 268, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, Beamforming, 276, 8);
+DEVAPI_RECORD_FIELD(SsidInfo, PermissionProperty, 284, 8);
+
+DEVAPI_RECORD_SIZE(WifiSleepInfo, 120);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTimer, 0, 4);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTimer, 4, 4);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, Enable, 8, 16);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, StartTime, 24, 32);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, EndTime, 56, 32);
+DEVAPI_RECORD_FIELD(WifiSleepInfo, DaysOfWeek, 88, 32);
+
+DEVAPI_RECORD_SIZE(ScanEntry, 448);
+DEVAPI_RECORD_FIELD(ScanEntry, SSID, 0, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, PowerLevel, 64, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, ENCRYPT, 128, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, WPACypher, 192, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, WPA2Cypher, 256, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, Band, 320, 64);
+DEVAPI_RECORD_FIELD(ScanEntry, Connected, 384, 64);
+
+DEVAPI_RECORD_SIZE_32(ScanResult, 244);
+DEVAPI_RECORD_FIELD(ScanResult, reserved0, 0, 4);
+DEVAPI_RECORD_OFFSET_32(ScanResult, entries, 4);
+
+DEVAPI_RECORD_SIZE(ChannelPower, 128);
+DEVAPI_RECORD_FIELD(ChannelPower, name, 0, 64);
+DEVAPI_RECORD_FIELD(ChannelPower, dbpower, 64, 64);
+
+DEVAPI_RECORD_SIZE_32(ChannelPowerResult, 8);
+DEVAPI_RECORD_FIELD(ChannelPowerResult, count, 0, 4);
+DEVAPI_RECORD_OFFSET_32(ChannelPowerResult, entries, 4);
+
+DEVAPI_RECORD_SIZE(WifiChannelList, 264);
+DEVAPI_RECORD_FIELD(WifiChannelList, count_24g, 0, 4);
+DEVAPI_RECORD_FIELD(WifiChannelList, count_5g, 4, 4);
+DEVAPI_RECORD_FIELD(WifiChannelList, channels_24g, 8, 128);
+DEVAPI_RECORD_FIELD(WifiChannelList, channels_5g, 136, 128);
+
+DEVAPI_RECORD_SIZE(GuestWifiInfo, 260);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, reserved0, 0, 4);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, RadioEnable, 4, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Enable, 12, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, SSID, 28, 64);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Band, 92, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, ContinueTime, 108, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, HourTime, 116, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, EndTimestamp, 124, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Remainingtime, 140, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, PWD, 156, 64);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, ENCRYPT, 220, 16);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, Mode, 236, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, AdvertisementEnable, 244, 8);
+DEVAPI_RECORD_FIELD(GuestWifiInfo, PermissionProperty, 252, 8);
+
+DEVAPI_RECORD_SIZE(UplinkWifiInfo, 448);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, SSID, 0, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, PWD, 64, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, ENCRYPT, 128, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPACypher, 192, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, WPA2Cypher, 256, 64);
+DEVAPI_RECORD_FIELD(UplinkWifiInfo, Band, 320, 128);
+
+DEVAPI_RECORD_SIZE(UpdateStatusInfo, 360);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, Name, 0, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, HWVersion, 64, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, FWVersion, 128, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, FWDATA, 192, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, DeviceType, 256, 64);
+DEVAPI_RECORD_FIELD(UpdateStatusInfo, AreaCode, 320, 40);
+
+DEVAPI_RECORD_SIZE(WanNum, 208);
+DEVAPI_RECORD_FIELD(WanNum, NUM, 0, 8);
+DEVAPI_RECORD_FIELD(WanNum, Description, 8, 200);
+
 DEVAPI_RECORD_SIZE(WanInfo, 1944);
 DEVAPI_RECORD_FIELD(WanInfo, INDEX, 0, 64);
 DEVAPI_RECORD_FIELD(WanInfo, IFNAME, 64, 64);
@@ -898,61 +1690,6 @@ DEVAPI_RECORD_FIELD(WanInfo, QOSENABLE, 1752, 64);
 DEVAPI_RECORD_FIELD(WanInfo, VLANID, 1816, 64);
 DEVAPI_RECORD_FIELD(WanInfo, VLANPRIORITY, 1880, 64);
 
-/* Fills info for the connection named by WANName. Any result but 0 is a failure, and then info is
- * not read. */
-int32_t devapi_query_wan_info(WanInfo *info);
-
-/*
- * Applies the settings of the connection named by WANName: SERVICELIST to DNS2, IPV6_PRIFIX to
- * PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. What the request did not give is empty, WANName
- * included. Any result but 0 is a failure.
- */
-int32_t devapi_set_route_wan_info(const WanInfo *info);
-
-/* ---- Attached devices ----------------------------------------------------------------------- */
-
-/*
- * The devices attached to the router are numbered by a host index, from 1 to the count of
- * devapi_get_host_num(). Numbers may change between two calls, as devices come and go. The plug-in
- * walks all of them, however large the count.
- */
-
-/* Sets *count to the number of attached devices. GET_AD_BASE_INFO and the report of the main
- * router's devices take only -1 as a failure; GET_ATTACH_DEVICE_RIGHT logs any other result than 0
- * and goes on with what *count holds. */
-int32_t devapi_get_host_num(int32_t *count);
-
-/* One attached device. */
-typedef struct AdBaseInfo {
-    int32_t Kind;                  /* 1 when the main router's own devices are listed, else 0 */
-    int32_t HostIndex;             /* host index, which selects the device */
-    char Mac[32];                  /* MAC address */
-    char UID[32];                  /* unique identifier */
-    char DevType[32];              /* kind of device */
-    char DevFactory[32];           /* its maker */
-    char Name[32];                 /* its host name */
-    char ByName[32];               /* name given by the user */
-    char OS[32];                   /* operating system */
-    char Version[32];              /* version of it */
-    char NetStatus[8];             /* whether it is online */
-    char NetMonopoly[32];          /* whether it has the bandwidth to itself */
-    char AccessType[32];           /* how it is attached: cable, or the band */
-    char AccessEnable[8];          /* whether it may reach the Internet */
-    char AccessTime[32];           /* since when it is attached */
-    char UpSpeed[32];              /* upstream rate at this moment */
-    char DownSpeed[32];            /* downstream rate at this moment */
-    char ip[64];                   /* IP address */
-    char AccessCode[32];           /* how it is attached as a decimal number; "1" through an SSID */
-    char SSIDIndex[48];            /* number of that SSID, decimal */
-    char LinkStatus[8];            /* state of its link, decimal; "0" when it is offline */
-    char SpeedLimit[8];            /* switch of the speed limits; no command sets it */
-    char DownLimit[16];            /* limit downstream */
-    char UpLimit[16];              /* limit upstream; no command sets it */
-    char GreennetProtectEnable[8]; /* whether it is under parental control */
-    char Dbm[8];                   /* signal strength */
-    char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address */
-} AdBaseInfo;
-
 DEVAPI_RECORD_SIZE(AdBaseInfo, 656);
 DEVAPI_RECORD_FIELD(AdBaseInfo, Kind, 0, 4);
 DEVAPI_RECORD_FIELD(AdBaseInfo, HostIndex, 4, 4);
@@ -982,36 +1719,9 @@ DEVAPI_RECORD_FIELD(AdBaseInfo, GreennetProtectEnable, 632, 8);
 DEVAPI_RECORD_FIELD(AdBaseInfo, Dbm, 640, 8);
 DEVAPI_RECORD_FIELD(AdBaseInfo, StaticDhcpEnable, 648, 8);
 
-/* Fills info for the device with the host index; 1000 says that there is none. Only -1 is a failure
- * for GET_AD_BASE_INFO, which takes 1000 for an answer like any other and lists what the record
- * then holds, and for the report of the main router's devices; GET_TSLINK_TOPOLOGY_INFO takes any
- * result but 0 and 1000 for one. */
-int32_t devapi_get_ad_base_info(AdBaseInfo *info);
-
-/* A setting with room behind it for the reason why the device refuses. */
-typedef struct AdBaseSetting {
-    AdBaseInfo info;     /* what is set */
-    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
-} AdBaseSetting;
-
 DEVAPI_RECORD_SIZE(AdBaseSetting, 720);
+DEVAPI_RECORD_FIELD(AdBaseSetting, info, 0, 656);
 DEVAPI_RECORD_FIELD(AdBaseSetting, FailReason, 656, 64);
-
-/*
- * Applies what a user sets of the device with the MAC address: DevType, ByName, AccessEnable,
- * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting as
- * it is; "0" as DownLimit ends the limit. ip is empty unless StaticDhcpEnable is given. The other
- * fields are empty and mean nothing. Only -1 is a failure.
- */
-int32_t devapi_set_ad_base_info(AdBaseSetting *setting);
-
-/* Whether an attached device may reach the Internet. */
-typedef struct AttachDeviceRight {
-    int32_t HostIndex; /* host index, which selects the device of a query; 0 in a setting */
-    char MAC[64];      /* MAC address, which selects the device of a setting */
-    char name[64];     /* its host name */
-    char InternetAccessRight[64]; /* the right */
-} AttachDeviceRight;
 
 DEVAPI_RECORD_SIZE(AttachDeviceRight, 196);
 DEVAPI_RECORD_FIELD(AttachDeviceRight, HostIndex, 0, 4);
@@ -1019,57 +1729,8 @@ DEVAPI_RECORD_FIELD(AttachDeviceRight, MAC, 4, 64);
 DEVAPI_RECORD_FIELD(AttachDeviceRight, name, 68, 64);
 DEVAPI_RECORD_FIELD(AttachDeviceRight, InternetAccessRight, 132, 64);
 
-/* Fills info for the device with the host index. Any result but 0 is a failure, and then the device
- * is left out of the list. */
-int32_t devapi_get_attach_device_right(AttachDeviceRight *info);
-
-/* Applies the right of the device with the MAC address. Any result but 0 is a failure. */
-int32_t devapi_set_attach_device_right(const AttachDeviceRight *info);
-
-/* The switch of the firewall. */
-typedef struct FirewallSwitch {
-    char Enable[16]; /* "1" for on, "0" for off */
-} FirewallSwitch;
-
 DEVAPI_RECORD_SIZE(FirewallSwitch, 16);
 DEVAPI_RECORD_FIELD(FirewallSwitch, Enable, 0, 16);
-
-/* Switches the firewall. Any result but 0 is a failure. */
-int32_t devapi_set_firewall_switch(const FirewallSwitch *info);
-
-/* ---- Parental control (green-net) ----------------------------------------------------------- */
-
-/*
- * The devices under parental control stand in a table of their own, numbered by a host index from 1
- * to GREENNET_MAX_HOSTS, which is not the host index of the attached devices. Numbers stay with
- * their entries; between them may be numbers without an entry.
- */
-#define GREENNET_MAX_HOSTS 64
-
-/* Width of the texts for the switch, in bytes, terminator included. */
-#define GREENNET_SWITCH_SIZE 256
-
-/* Writes the switch of parental control into enable, GREENNET_SWITCH_SIZE bytes wide. Any result
- * but 0 is a failure, and then enable is not read. */
-int32_t devapi_get_greennet_enable(char *enable);
-
-/* Switches parental control by a text of less than GREENNET_SWITCH_SIZE bytes. Any result but 0 is
- * a failure. */
-int32_t devapi_set_greennet_enable(const char *enable);
-
-/* Sets *count to the number of entries in the table. Any result but 0 is a failure, and then *count
- * is not read. */
-int32_t devapi_get_greennet_num(int32_t *count);
-
-/* One device under parental control. */
-typedef struct GreenHostInfo {
-    char HostIndex[8];     /* host index in the table, decimal, which selects the entry */
-    char Mac[64];          /* MAC address */
-    char Name[64];         /* name given by the user */
-    char NotifyEnable[8];  /* whether notices about the device are wanted */
-    char ProtectEnable[8]; /* whether it is protected; set by devapi_set_protect_enable() */
-    char NewEntry[8];      /* in a setting, "1" when the entry has just been added, else "0" */
-} GreenHostInfo;
 
 DEVAPI_RECORD_SIZE(GreenHostInfo, 160);
 DEVAPI_RECORD_FIELD(GreenHostInfo, HostIndex, 0, 8);
@@ -1079,47 +1740,6 @@ DEVAPI_RECORD_FIELD(GreenHostInfo, NotifyEnable, 136, 8);
 DEVAPI_RECORD_FIELD(GreenHostInfo, ProtectEnable, 144, 8);
 DEVAPI_RECORD_FIELD(GreenHostInfo, NewEntry, 152, 8);
 
-/* Fills info for the entry with the host index; one whose Mac is empty or "NULL" is not listed. Any
- * result but 0 is a failure: there is no such entry. */
-int32_t devapi_get_green_net_info(GreenHostInfo *info);
-
-/* Stores Mac, Name and NotifyEnable of the entry with the host index. Any result but 0 is a
- * failure. */
-int32_t devapi_set_green_net_info(const GreenHostInfo *info);
-
-/* Stores NotifyEnable of the entry with the host index. Any result but 0 is a failure. */
-int32_t devapi_set_green_net_notify(const GreenHostInfo *info);
-
-/*
- * Sets *index to the host index of the entry for the MAC address, and to 0 when there is none.
- * Result: 1 when there is an entry, 0 when there is none, negative on failure. Callers that need an
- * entry go by the result; the one that adds missing entries goes by *index.
- */
-int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
-
-/* Adds an entry for the MAC address and sets *index to its host index. Any result but 0 is a
- * failure, such as a table that is full. */
-int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
-
-/* Removes all entries but those whose MAC addresses stand in the list, each followed by a comma;
- * all of them for NULL. The list has room for 20 bytes per device: where a request named longer
- * addresses, it is cut, and what has lost its comma is no whole address. Any result but 0 is a
- * failure. */
-int32_t devapi_del_green_net_info_by_maclist(const char *list);
-
-/* Switches the restriction of access as such on (1) or off (0). Any result but 0 is a failure. */
-int32_t devapi_set_greenaccess_enable(int32_t enable);
-
-/* A time in which the access of a device is restricted. */
-typedef struct ProtectPeriodInfo {
-    int32_t HostIndex;  /* host index in the table of parental control */
-    int32_t PeriodNum;  /* number of the period, from 1 */
-    char StartTime[8];  /* beginning */
-    char EndTime[8];    /* end */
-    char Enable[8];     /* "1" when the period is in force */
-    char DaysOfWeek[8]; /* days on which it begins */
-} ProtectPeriodInfo;
-
 DEVAPI_RECORD_SIZE(ProtectPeriodInfo, 40);
 DEVAPI_RECORD_FIELD(ProtectPeriodInfo, HostIndex, 0, 4);
 DEVAPI_RECORD_FIELD(ProtectPeriodInfo, PeriodNum, 4, 4);
@@ -1128,38 +1748,6 @@ DEVAPI_RECORD_FIELD(ProtectPeriodInfo, EndTime, 16, 8);
 DEVAPI_RECORD_FIELD(ProtectPeriodInfo, Enable, 24, 8);
 DEVAPI_RECORD_FIELD(ProtectPeriodInfo, DaysOfWeek, 32, 8);
 
-/* Sets *count to the number of periods of the entry; it is 0 before. The result is not looked at:
- * *count is used as the call leaves it. */
-int32_t devapi_get_duration_num_by_index(int32_t index, int32_t *count);
-
-/* Fills the texts for host index and number of the period. Any result but 0 is a failure, and then
- * info is not read. */
-int32_t devapi_get_protect_period_info(ProtectPeriodInfo *info);
-
-/* Removes all periods of the entry. Any result but 0 is a failure. */
-int32_t devapi_del_all_duration(int32_t index);
-
-/* Adds an empty period to the entry and sets *number to its number. Any result but 0 is a failure.
- */
-int32_t devapi_add_greennet_duration(int32_t index, int32_t *number);
-
-/* Stores the texts of the period with the host index and number. Any result but 0 is a failure. */
-int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info);
-
-/* Switches the protection of the entry on (1) or off (0). Any result but 0 is a failure. */
-int32_t devapi_set_protect_enable(int32_t enable, int32_t index);
-
-/* ---- Update schedule and log upload --------------------------------------------------------- */
-
-/* The time of the day in which the router may update itself. */
-typedef struct UpdateSchedule {
-    char Enable[2];      /* "1" when it may */
-    char StartHour[8];   /* hour of the beginning */
-    char StartMinute[8]; /* its minute */
-    char EndHour[8];     /* hour of the end */
-    char EndMinute[8];   /* its minute */
-} UpdateSchedule;
-
 DEVAPI_RECORD_SIZE(UpdateSchedule, 34);
 DEVAPI_RECORD_FIELD(UpdateSchedule, Enable, 0, 2);
 DEVAPI_RECORD_FIELD(UpdateSchedule, StartHour, 2, 8);
@@ -1167,86 +1755,14 @@ DEVAPI_RECORD_FIELD(UpdateSchedule, StartMinute, 10, 8);
 DEVAPI_RECORD_FIELD(UpdateSchedule, EndHour, 18, 8);
 DEVAPI_RECORD_FIELD(UpdateSchedule, EndMinute, 26, 8);
 
-/* Fills schedule. Any result but 0 is a failure, and then schedule is not read. */
-int32_t devapi_get_update_schedule(UpdateSchedule *schedule);
-
-/* Applies the schedule. Only -1 is a failure. */
-int32_t devapi_set_update_schedule(const UpdateSchedule *schedule);
-
-/*
- * Sends the router's log to an address.
- *
- * url:      the address as it came from outside, of any length.
- * log_type: which log, as the platform names it.
- * mac:      the router's MAC address without colons.
- *
- * The reply waits for this function: a library that sends for long does so on a thread of its own.
- * The result is not looked at.
- */
-int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac);
-
-/* ---- Mesh: routers and stations ------------------------------------------------------------- */
-
-/* The most that is reported of a mesh. */
-#define MESH_MAX_CHILD_ROUTERS 8 /* child routers */
-#define MESH_MAX_STATIONS 64     /* stations of a child router */
-#define MESH_MAX_LINKS 8         /* mesh links of a router */
-#define MESH_MAX_CHILDREN 32     /* children of a child router */
-
-/* The child routers of the mesh. */
-typedef struct ChildRouterList {
-    int32_t identifiers[MESH_MAX_CHILD_ROUTERS]; /* by which the other functions know them */
-    int32_t count;                               /* how many there are */
-} ChildRouterList;
-
 DEVAPI_RECORD_SIZE(ChildRouterList, 36);
 DEVAPI_RECORD_FIELD(ChildRouterList, identifiers, 0, 32);
 DEVAPI_RECORD_FIELD(ChildRouterList, count, 32, 4);
-
-/* Fills list. The result is not looked at: list is used as the call leaves it. */
-int32_t devapi_get_childrouter_list(ChildRouterList *list);
-
-/* A link of a router to another one. */
-typedef struct MeshLink {
-    char nexthopMAC[32]; /* MAC address of the other router */
-    char interface[24];  /* network interface */
-    char dbm[16];        /* signal strength */
-} MeshLink;
 
 DEVAPI_RECORD_SIZE(MeshLink, 72);
 DEVAPI_RECORD_FIELD(MeshLink, nexthopMAC, 0, 32);
 DEVAPI_RECORD_FIELD(MeshLink, interface, 32, 24);
 DEVAPI_RECORD_FIELD(MeshLink, dbm, 56, 16);
-
-/* Fills the link by which the main router reaches the child router. Any result but 0 is a failure,
- * and then the child router is left out. */
-int32_t devapi_get_router_mesh_info(MeshLink *link, int32_t identifier);
-
-/* A child router. */
-typedef struct ChildRouterInfo {
-    char RouterDeviceID[32];        /* identifier of the device */
-    char Name[64];                  /* its name */
-    char Mac[64];                   /* MAC address, which selects its stations */
-    char NetStatus[8];              /* whether it is online */
-    char ChildRouterAccessType[8];  /* how it reaches its parent */
-    char UpSpeed[16];               /* upstream rate at this moment */
-    char DownSpeed[16];             /* downstream rate at this moment */
-    char ip[32];                    /* IP address */
-    char FWVersion[32];             /* firmware version */
-    char FWDATA[32];                /* date of the firmware */
-    char UpTime[16];                /* time since it started */
-    char DeviceType[32];            /* kind of device */
-    char AreaCode[16];              /* code of the operator's area */
-    char HWVersion[16];             /* hardware version */
-    char Wlan1Mac[32];              /* MAC address of the second wireless interface */
-    char Wlan0Mac[32];              /* MAC address of the first wireless interface */
-    char ParentMac[32];             /* MAC address of the router that it hangs from */
-    char dbm[8];                    /* signal strength */
-    MeshLink links[MESH_MAX_LINKS]; /* its mesh links */
-    int32_t link_count;             /* how many there are */
-    char Reserved[16];              /* not used */
-    char LinkSpeed[16]; /* speed of its link; only filled for a path of the parameter tree */
-} ChildRouterInfo;
 
 DEVAPI_RECORD_SIZE(ChildRouterInfo, 1100);
 DEVAPI_RECORD_FIELD(ChildRouterInfo, RouterDeviceID, 0, 32);
@@ -1272,149 +1788,29 @@ DEVAPI_RECORD_FIELD(ChildRouterInfo, link_count, 1064, 4);
 DEVAPI_RECORD_FIELD(ChildRouterInfo, Reserved, 1068, 16);
 DEVAPI_RECORD_FIELD(ChildRouterInfo, LinkSpeed, 1084, 16);
 
-/* Fills info for the identifier of a child router, or for the host index of one. Any result but 0
- * is a failure where identifiers are asked for, and then the child router is left out; for a host
- * index the result is not looked at: info is used as the call leaves it. */
-int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
-
-/* Where a child router hangs in the mesh. */
-typedef struct ChildMeshInfo {
-    char Mac[32];       /* MAC address of the mesh interface */
-    char ChildMac[32];  /* MAC address of the child router */
-    char ParentMac[32]; /* MAC address of the router that it hangs from */
-    char Reserved[104]; /* not used */
-} ChildMeshInfo;
-
 DEVAPI_RECORD_SIZE(ChildMeshInfo, 200);
 DEVAPI_RECORD_FIELD(ChildMeshInfo, Mac, 0, 32);
 DEVAPI_RECORD_FIELD(ChildMeshInfo, ChildMac, 32, 32);
 DEVAPI_RECORD_FIELD(ChildMeshInfo, ParentMac, 64, 32);
 DEVAPI_RECORD_FIELD(ChildMeshInfo, Reserved, 96, 104);
 
-/* Fills info for the identifier of a child router. Any result but 0 is a failure, and then the
- * child router is left out. */
-int32_t devapi_get_child_mesh_info(ChildMeshInfo *info, int32_t identifier);
-
-/* The routers that hang from a child router. */
-typedef struct ChildMeshList {
-    int32_t count;                             /* how many there are */
-    ChildMeshInfo children[MESH_MAX_CHILDREN]; /* of each of which only Mac is read */
-} ChildMeshList;
-
 DEVAPI_RECORD_SIZE(ChildMeshList, 6404);
 DEVAPI_RECORD_FIELD(ChildMeshList, count, 0, 4);
 DEVAPI_RECORD_FIELD(ChildMeshList, children, 4, 6400);
 
-/* Fills list for the child router with the MAC address. The result is not looked at: list is used
- * as the call leaves it. */
-int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list);
-
-/* The stations of a child router. */
-typedef struct ChildStationList {
-    int32_t indexes[MESH_MAX_STATIONS]; /* by which devapi_get_childsta_base_info() knows them */
-    int32_t count;                      /* how many there are */
-} ChildStationList;
-
 DEVAPI_RECORD_SIZE(ChildStationList, 260);
 DEVAPI_RECORD_FIELD(ChildStationList, indexes, 0, 256);
 DEVAPI_RECORD_FIELD(ChildStationList, count, 256, 4);
-
-/* Fills list for the child router with the MAC address. The result is not looked at: list is used
- * as the call leaves it. */
-int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
-
-/* Fills info for the station with the index in HostIndex. Any result but 0 is a failure: there is
- * no such station. */
-int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
-
-/* Sets *count to the number of places in the table of attached devices, also those without a
- * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
- * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(), as wide as a pointer.
- * The plug-in walks all places, however many. Any result but 0 is a failure. */
-int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
-
-/* Writes the model of the router into model; size is one less than its width. The result is not
- * looked at: model is used as the call leaves it. */
-int32_t devapi_get_devicemodel(char *model, int32_t size);
-
-/* Writes the code of the operator's area into code, size bytes at most. The result is not looked
- * at: code is used as the call leaves it. */
-int32_t devapi_get_basic_area_code(char *code, int32_t size);
-
-/* Result: the kind of mesh; 2 is one in which child routers may hang from each other. */
-int32_t devapi_get_mesh_type(void);
-
-/* Has the mesh measure the speed of its links anew. Any result but 0 is a failure, which is only
- * logged. */
-int32_t devapi_call_tslink_set_topo_speed(void);
-
-/* Sets *hours to the hours by which the router's clock, as time() tells it, is ahead of the times
- * that the device library gives in local time; it is 0 before. The result is not looked at: *hours
- * is used as the call leaves it. */
-int32_t devapi_get_local_timezone(int32_t *hours);
-
-/* Result: 1 when the table of attached devices gives times in local time; else they are those of
- * the router's clock. The stations of child routers always have local time. */
-int32_t devapi_get_systerm_timetype(void);
-
-/* The load of the router. */
-typedef struct DevStatusInfo {
-    char Reserved[64]; /* not used */
-    char Cpu[32];      /* CPU load */
-    char Memory[32];   /* memory load */
-} DevStatusInfo;
 
 DEVAPI_RECORD_SIZE(DevStatusInfo, 128);
 DEVAPI_RECORD_FIELD(DevStatusInfo, Reserved, 0, 64);
 DEVAPI_RECORD_FIELD(DevStatusInfo, Cpu, 64, 32);
 DEVAPI_RECORD_FIELD(DevStatusInfo, Memory, 96, 32);
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
-int32_t devapi_get_dev_status_info(DevStatusInfo *info);
-
-/* ---- Mesh: the topology as a list of relations ---------------------------------------------- */
-
-/* Width of the text of devapi_get_topo_relation_ship(), in bytes. */
-#define TOPO_RELATION_SIZE 256
-
-/* Writes the relations of the mesh as a text for devapi_handle_topo_struct() into text; size is one
- * less than its width. Any result but 0 is a failure, and then text is not read. */
-int32_t devapi_get_topo_relation_ship(char *text, int32_t size);
-
-/* Sets *count to the number of relations. Any result but 0 is a failure. */
-int32_t devapi_get_topo_relation_num(int32_t *count);
-
-/* A router in the topology, in a list. */
-typedef struct TopoNode {
-    int32_t level;         /* steps from the Internet: the main router has 1, child routers more */
-    int32_t Reserved[2];   /* the device library's own */
-    struct TopoNode *next; /* NULL at the end */
-} TopoNode;
-
 DEVAPI_RECORD_SIZE_32(TopoNode, 16);
+DEVAPI_RECORD_FIELD(TopoNode, level, 0, 4);
+DEVAPI_RECORD_FIELD(TopoNode, Reserved, 4, 8);
 DEVAPI_RECORD_OFFSET_32(TopoNode, next, 12);
-
-/* Makes a list of the relations: fills first, which the plug-in has taken from calloc(), and
- * appends further nodes. Any result but 0 is a failure, and then devapi_topo_xml_info_list() is not
- * called; the list is used as the call leaves it. */
-int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first);
-
-/* Completes the list for the number of relations, whatever devapi_get_topo_relation_num() has set
- * it to. The result is not looked at: the list is used as the call leaves it. */
-int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first);
-
-/* Frees the whole list, first included, by free(). */
-void devapi_free_topo_list(TopoNode *first);
-
-/* A router of the topology. */
-typedef struct NodeDevInfo {
-    char Mac[64];       /* MAC address */
-    char ip[32];        /* IP address */
-    char AccessType[8]; /* how it reaches its parent */
-    char dbm[8];        /* signal strength */
-    char FWVersion[64]; /* firmware version */
-    char LinkSpeed[16]; /* speed of its link */
-} NodeDevInfo;
 
 DEVAPI_RECORD_SIZE(NodeDevInfo, 192);
 DEVAPI_RECORD_FIELD(NodeDevInfo, Mac, 0, 64);
@@ -1424,216 +1820,35 @@ DEVAPI_RECORD_FIELD(NodeDevInfo, dbm, 104, 8);
 DEVAPI_RECORD_FIELD(NodeDevInfo, FWVersion, 112, 64);
 DEVAPI_RECORD_FIELD(NodeDevInfo, LinkSpeed, 176, 16);
 
-/* Fills info for the node. Any result but 0 is a failure, and then the node is left out. */
-int32_t devapi_get_node_dev_info(const TopoNode *node, NodeDevInfo *info);
-
-/* A device attached to a router of the topology, in a list. */
-typedef struct NodeBaseInfo {
-    int32_t Kind;              /* 1 for the list's own first node, which is no device */
-    char Mac[96];              /* MAC address */
-    struct NodeBaseInfo *next; /* NULL at the end */
-} NodeBaseInfo;
-
 DEVAPI_RECORD_SIZE_32(NodeBaseInfo, 104);
 DEVAPI_RECORD_FIELD(NodeBaseInfo, Kind, 0, 4);
 DEVAPI_RECORD_FIELD(NodeBaseInfo, Mac, 4, 96);
 DEVAPI_RECORD_OFFSET_32(NodeBaseInfo, next, 100);
 
-/* Appends the devices attached to the node's router to the list that begins with first. The plug-in
- * frees every node by free(), also after a failure, so they have to come from malloc() one by one.
- * Any result but 0 is a failure, and then the list is not read. */
-int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first);
-
-/* Width of the text of devapi_get_viewmac_by_mac(), in bytes. */
-#define VIEW_MAC_SIZE 32
-
-/* Writes the form in which users know a router's MAC address into view. Any result but 0 is a
- * failure, and then view is not read. */
-int32_t devapi_get_viewmac_by_mac(const char *mac, char *view);
-
-/* Sets *index to the host index of the device with the MAC address; it is 0 before. Result: 1 when
- * there is one; any other is a failure for a child router, which is then left out. For a device
- * attached to a child router the result is not looked at: *index is used as the call leaves it. */
-int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
-
-/* ---- Mesh: the topology as a tree of parameters --------------------------------------------- */
-
-/* Width of the values of the parameter tree, in bytes. */
-#define TOPO_VALUE_SIZE 32
-
-/* Writes the value of a parameter, such as
- * "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.X_TS_Active", into value. Any result but 0 is a
- * failure, which ends the report. The plug-in walks as many routers as the parameter
- * "APDeviceNumberOfEntries" says. */
-int32_t devapi_topo_xml_getinfo(const char *path, char *value);
-
-/* Fills info for a router by its path, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
- * The result is not looked at: info is used as the call leaves it. */
-int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *info);
-
-/* The stations of a router. */
-typedef struct StationList {
-    int32_t count;                          /* how many there are */
-    AdBaseInfo stations[MESH_MAX_STATIONS]; /* the stations themselves */
-} StationList;
-
 DEVAPI_RECORD_SIZE(StationList, 41988);
 DEVAPI_RECORD_FIELD(StationList, count, 0, 4);
 DEVAPI_RECORD_FIELD(StationList, stations, 4, 41984);
-
-/* Fills list for a router by its path. The result is not looked at: list is used as the call leaves
- * it. */
-int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);
-
-/* ---- Child routers: relay of commands ------------------------------------------------------- */
-
-/*
- * Sends a command to the child router that its "DeviceID" names; no answer is waited for.
- *
- * text:   the command's object as formatted JSON text, of any size.
- * length: its length in bytes, without the NUL.
- *
- * Any result but 0 is a failure.
- */
-int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
-
-/* Width of the method's text, in bytes. */
-#define RELAY_METHOD_SIZE 64
-
-/*
- * Sends a command to the child router that its "DeviceID" names, and waits for the answer.
- *
- * text:   the command's object as formatted JSON text, of any size.
- * method: what is asked for, such as "get_childrouter_host_info": a buffer of RELAY_METHOD_SIZE
- *         bytes, zero behind the text.
- * answer: NULL before; set to the child router's answer, a JSON text from malloc(), which the
- *         plug-in frees by free(), also after a failure. Nothing is taken for granted of what it
- *         says.
- *
- * Any result but 0 is a failure, and so is an answer that stays NULL.
- */
-int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char *method,
-                                                    char **answer);
-
-/* ---- Mesh control --------------------------------------------------------------------------- */
-
-/* Sets the mesh up (1) or takes it down (0). The result is not looked at. */
-int32_t devapi_setup_mesh(int32_t enable);
-
-/* Sets how often the agent reports to the platform: the request's text, of any length. Any result
- * but 0 is a failure. */
-int32_t devapi_set_kaa_heartbeat(const char *heartbeat);
-
-/* The switch of the mesh and how it works. */
-typedef struct MeshStatus {
-    char MeshEnable[8]; /* "1" when the mesh is on */
-    char MeshMode[8];   /* its mode */
-} MeshStatus;
 
 DEVAPI_RECORD_SIZE(MeshStatus, 16);
 DEVAPI_RECORD_FIELD(MeshStatus, MeshEnable, 0, 8);
 DEVAPI_RECORD_FIELD(MeshStatus, MeshMode, 8, 8);
 
-/* Fills status. Any result but 0 is a failure, and then status is not read. */
-int32_t devapi_get_mesh_status(MeshStatus *status);
-
-/* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; that
- * the numbers are crossed is what they know. */
-#define MESH_BUSY_1 3 /* the reason "MESH_BUSY_1" */
-#define MESH_BUSY_0 4 /* the reason "MESH_BUSY_0" */
-
-/* Applies the status. Any result but 0 is a failure. */
-int32_t devapi_set_mesh_status(const MeshStatus *status);
-
-/* The time in which new routers may join the mesh. */
-typedef struct PairStatus {
-    char Enable[8]; /* "1" to open it, "0" to close it */
-    char Time[8];   /* how long it stays open */
-} PairStatus;
-
 DEVAPI_RECORD_SIZE(PairStatus, 16);
 DEVAPI_RECORD_FIELD(PairStatus, Enable, 0, 8);
 DEVAPI_RECORD_FIELD(PairStatus, Time, 8, 8);
 
-/* Result of devapi_set_pair_status() that clients get the reason "WIFI_SET_NOT_SUPPORT" for. */
-#define MESH_PAIRING_NOT_SUPPORTED 2
-
-/* Opens or closes the time. Any result but 0 is a failure. */
-int32_t devapi_set_pair_status(const PairStatus *status);
-
-/* What a radio is to do about WPS. */
-typedef struct WpsState {
-    char Radio[8];  /* the radio */
-    char Action[8]; /* what it is to do */
-} WpsState;
-
 DEVAPI_RECORD_SIZE(WpsState, 16);
 DEVAPI_RECORD_FIELD(WpsState, Radio, 0, 8);
 DEVAPI_RECORD_FIELD(WpsState, Action, 8, 8);
-
-/* Starts or ends WPS. Any result but 0 is a failure. */
-int32_t devapi_set_wps_state(const WpsState *state);
-
-/* The LEDs. */
-typedef struct LedInfo {
-    char LedSwitch[2]; /* "1" when they are on */
-    char LedCoLor[8];  /* their colour */
-    char LedLight[10]; /* their brightness */
-} LedInfo;
 
 DEVAPI_RECORD_SIZE(LedInfo, 20);
 DEVAPI_RECORD_FIELD(LedInfo, LedSwitch, 0, 2);
 DEVAPI_RECORD_FIELD(LedInfo, LedCoLor, 2, 8);
 DEVAPI_RECORD_FIELD(LedInfo, LedLight, 10, 10);
 
-/* Fills info. Only -1 is a failure. */
-int32_t devapi_get_led_info(LedInfo *info);
-
-/* Applies the three texts of a request, of any length. One that is no text in the request is NULL:
- * answer -1 to it. Only -1 is a failure. */
-int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light);
-
-/* Sets *state to the state of the first configuration: 1 or more when it is done. Any result but 0
- * is a failure. */
-int32_t devapi_get_tslink_config(int32_t *state);
-
-/* Stores the state of the first configuration: the request's text, of any length. Only -1 is a
- * failure. */
-int32_t devapi_set_sta_tslink_config(const char *state);
-
-/* Removes an attached device, by the request's MAC address, a text of any length. Only -1 is a
- * failure. */
-int32_t devapi_del_device(const char *mac);
-
-/* ---- Checks of channels, links and signals -------------------------------------------------- */
-
-/* How many access points are in use on each channel of a WifiChannelList, in its order. */
-typedef struct ChannelApNum {
-    int32_t counts_24g[64]; /* of the 2.4 GHz channels */
-    int32_t counts_5g[64];  /* of the 5 GHz channels */
-} ChannelApNum;
-
 DEVAPI_RECORD_SIZE(ChannelApNum, 512);
 DEVAPI_RECORD_FIELD(ChannelApNum, counts_24g, 0, 256);
 DEVAPI_RECORD_FIELD(ChannelApNum, counts_5g, 256, 256);
-
-/* Fills counts for the channels of the list, which is as devapi_get_all_wifi_channel_list() has
- * left it, also where that failed. Only -1 is a failure. */
-int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum *counts);
-
-/* What a check of the links has found. */
-typedef struct LinkInfo {
-    char Wifi24Enable[8];       /* "1" when the 2.4 GHz radio is on */
-    char Wifi24Channel[8];      /* its channel */
-    char Wifi24ChannelCheck[8]; /* how that channel does */
-    char Wifi58Enable[8];       /* "1" when the 5 GHz radio is on */
-    char Wifi58ChannelCheck[8]; /* how its channel does */
-    char Wifi58Channel[8];      /* that channel */
-    char LanIP[32];             /* IP address on the LAN side */
-    char WanIp[32];             /* IP address on the WAN side */
-    char DnsCheck[8];           /* how the name resolution does; reported of DHCP as well */
-    char Reserved[56];          /* not used */
-} LinkInfo;
 
 DEVAPI_RECORD_SIZE(LinkInfo, 176);
 DEVAPI_RECORD_FIELD(LinkInfo, Wifi24Enable, 0, 8);
@@ -1647,46 +1862,11 @@ DEVAPI_RECORD_FIELD(LinkInfo, WanIp, 80, 32);
 DEVAPI_RECORD_FIELD(LinkInfo, DnsCheck, 112, 8);
 DEVAPI_RECORD_FIELD(LinkInfo, Reserved, 120, 56);
 
-/* Fills info. The result is not looked at: info is used as the call leaves it. */
-int32_t devapi_get_link_info(LinkInfo *info);
-
-/* Pings an address. Result: 0 when it answered. */
-int32_t devapi_get_ping_check(const char *target);
-
-/* Sets *dbm to the signal strength of the station with the IP address, a text of any length; it is
- * 0 before. Only -1 is a failure. */
-int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
-
-/* ---- Quality of service --------------------------------------------------------------------- */
-
-/* The most that there is of each. */
-#define QOS_MAX_APPLICATIONS 4 /* applications */
-#define QOS_MAX_RULES 6        /* rules */
-#define QOS_MAX_TYPES 3        /* types of a rule */
-
-/* A kind of traffic that a rule speaks of. */
-typedef struct QosType {
-    char Type[16];     /* what is compared */
-    char Min[64];      /* the least value */
-    char Max[64];      /* the greatest value */
-    char Reserved[64]; /* not used; stays zero */
-} QosType;
-
 DEVAPI_RECORD_SIZE(QosType, 208);
 DEVAPI_RECORD_FIELD(QosType, Type, 0, 16);
 DEVAPI_RECORD_FIELD(QosType, Min, 16, 64);
 DEVAPI_RECORD_FIELD(QosType, Max, 80, 64);
 DEVAPI_RECORD_FIELD(QosType, Reserved, 144, 64);
-
-/* A rule that gives traffic a priority. */
-typedef struct QosRule {
-    char Id[8];            /* its identifier */
-    char Action[8];        /* in a setting: "1" adds it, "2" deletes it, anything else changes it */
-    char Name[32];         /* its name */
-    char PriorityLevel[8]; /* the priority */
-    int32_t type_count;    /* how many, 3 at most; none when it is negative */
-    QosType types[QOS_MAX_TYPES]; /* these kinds */
-} QosRule;
 
 DEVAPI_RECORD_SIZE(QosRule, 684);
 DEVAPI_RECORD_FIELD(QosRule, Id, 0, 8);
@@ -1696,26 +1876,10 @@ DEVAPI_RECORD_FIELD(QosRule, PriorityLevel, 48, 8);
 DEVAPI_RECORD_FIELD(QosRule, type_count, 56, 4);
 DEVAPI_RECORD_FIELD(QosRule, types, 60, 624);
 
-/* An application that the router knows. */
-typedef struct QosApplication {
-    char Id[8];            /* its identifier */
-    char Name[32];         /* its name */
-    char PriorityLevel[8]; /* its priority */
-} QosApplication;
-
 DEVAPI_RECORD_SIZE(QosApplication, 48);
 DEVAPI_RECORD_FIELD(QosApplication, Id, 0, 8);
 DEVAPI_RECORD_FIELD(QosApplication, Name, 8, 32);
 DEVAPI_RECORD_FIELD(QosApplication, PriorityLevel, 40, 8);
-
-/* Quality of service as a whole. */
-typedef struct QosInfo {
-    char Enable[8];            /* "1" when it is on */
-    int32_t application_count; /* how many, 4 at most; none when it is negative */
-    QosApplication applications[QOS_MAX_APPLICATIONS]; /* the applications */
-    int32_t rule_count;           /* how many, 6 at most; none when it is negative */
-    QosRule rules[QOS_MAX_RULES]; /* the rules */
-} QosInfo;
 
 DEVAPI_RECORD_SIZE(QosInfo, 4312);
 DEVAPI_RECORD_FIELD(QosInfo, Enable, 0, 8);
@@ -1724,66 +1888,13 @@ DEVAPI_RECORD_FIELD(QosInfo, applications, 12, 192);
 DEVAPI_RECORD_FIELD(QosInfo, rule_count, 204, 4);
 DEVAPI_RECORD_FIELD(QosInfo, rules, 208, 4104);
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
-int32_t devapi_get_uplink_qos_info(QosInfo *info);
-
-/* Switches quality of service by the number that the first 7 bytes of the request's text begin
- * with. Any result but 0 is a failure. */
-int32_t devapi_set_qos_enable(int32_t enable);
-
-/* Sets the priority, a text of at most 7 bytes, of the application with the identifier. Any result
- * but 0 is a failure. */
-int32_t devapi_set_qos_app_info(int32_t identifier, const char *priority);
-
-/*
- * Adds, deletes or changes a rule, by its Action. To delete one, only Id and Action are filled. A
- * rule that was added has its identifier written into Id; whether it was added is read from Action
- * after the call. Any result but 0 is a failure.
- */
-int32_t devapi_set_qos_classification_info(QosRule *rule);
-
-/* ---- Service switches ----------------------------------------------------------------------- */
-
-/* How the access point carries several services. */
-typedef struct MultiserviceMode {
-    char Mode[8]; /* the mode */
-} MultiserviceMode;
-
 DEVAPI_RECORD_SIZE(MultiserviceMode, 8);
 DEVAPI_RECORD_FIELD(MultiserviceMode, Mode, 0, 8);
-
-/* Fills mode. Any result but 0 is a failure, and then mode is not read. */
-int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode);
-
-/* Applies the mode. Any result but 0 is a failure. */
-int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode);
-
-/* What a speed test has measured. */
-typedef struct SpeedTest {
-    char DownBandWidth[8]; /* bandwidth downstream */
-    char UpBandWidth[8];   /* bandwidth upstream */
-    char Delay[8];         /* delay */
-} SpeedTest;
 
 DEVAPI_RECORD_SIZE(SpeedTest, 24);
 DEVAPI_RECORD_FIELD(SpeedTest, DownBandWidth, 0, 8);
 DEVAPI_RECORD_FIELD(SpeedTest, UpBandWidth, 8, 8);
 DEVAPI_RECORD_FIELD(SpeedTest, Delay, 16, 8);
-
-/* Runs a speed test, which takes its time, and fills test. Any result but 0 is a failure, and then
- * test is not read. */
-int32_t devapi_speedtest_request(SpeedTest *test);
-
-/* Which protocols are helped through address translation, each "1" or "0". */
-typedef struct AlgAbility {
-    char PPTP[8];  /* PPTP */
-    char FTP[8];   /* FTP */
-    char IPSEC[8]; /* IPsec */
-    char L2TP[8];  /* L2TP */
-    char RTSP[8];  /* RTSP */
-    char H323[8];  /* H.323 */
-    char SIP[8];   /* SIP */
-} AlgAbility;
 
 DEVAPI_RECORD_SIZE(AlgAbility, 56);
 DEVAPI_RECORD_FIELD(AlgAbility, PPTP, 0, 8);
@@ -1794,46 +1905,8 @@ DEVAPI_RECORD_FIELD(AlgAbility, RTSP, 32, 8);
 DEVAPI_RECORD_FIELD(AlgAbility, H323, 40, 8);
 DEVAPI_RECORD_FIELD(AlgAbility, SIP, 48, 8);
 
-/* Fills ability. Any result but 0 is a failure, and then ability is not read. */
-int32_t devapi_get_ap_alg_ability(AlgAbility *ability);
-
-/* Applies the switches. Any result but 0 is a failure. */
-int32_t devapi_set_ap_alg_ability(const AlgAbility *ability);
-
-/* The switch of UPnP. */
-typedef struct UpnpState {
-    char Enable[8]; /* "1" when it is on */
-} UpnpState;
-
 DEVAPI_RECORD_SIZE(UpnpState, 8);
 DEVAPI_RECORD_FIELD(UpnpState, Enable, 0, 8);
-
-/* Fills state. Any result but 0 is a failure, and then state is not read. */
-int32_t devapi_get_upnp_state(UpnpState *state);
-
-/* Applies the switch. Any result but 0 is a failure. */
-int32_t devapi_set_upnp_state(const UpnpState *state);
-
-/* Writes the state of the maker's configuration service into status, size bytes wide. Any result
- * but 0 is a failure, and then status is not read. */
-int32_t devapi_get_tsconf_status(char *status, int32_t size);
-
-/* Sets *enable to the switch of WPS; up to 7 characters of the number are reported, its sign
- * included. Any result but 0 is a failure. */
-int32_t devapi_get_wps_enable(int32_t *enable);
-
-/* Switches WPS by the number that the first 7 bytes of the request's text begin with. Any result
- * but 0 is a failure. */
-int32_t devapi_set_wps_enable(int32_t enable);
-
-/* The traffic of a port. */
-typedef struct PortStatistics {
-    char Port[16];       /* name of the port */
-    char tx_traffic[32]; /* bytes sent */
-    char rx_traffic[32]; /* bytes received */
-    char tx_packets[32]; /* packets sent */
-    char rx_packets[32]; /* packets received */
-} PortStatistics;
 
 DEVAPI_RECORD_SIZE(PortStatistics, 144);
 DEVAPI_RECORD_FIELD(PortStatistics, Port, 0, 16);
@@ -1842,49 +1915,18 @@ DEVAPI_RECORD_FIELD(PortStatistics, rx_traffic, 48, 32);
 DEVAPI_RECORD_FIELD(PortStatistics, tx_packets, 80, 32);
 DEVAPI_RECORD_FIELD(PortStatistics, rx_packets, 112, 32);
 
-/* The traffic of all ports. */
-typedef struct PortStatisticsInfo {
-    int32_t count;           /* entries that are really there; none when it is negative */
-    PortStatistics *entries; /* an array from malloc(), which the plug-in frees; NULL for none */
-} PortStatisticsInfo;
-
 DEVAPI_RECORD_SIZE_32(PortStatisticsInfo, 8);
+DEVAPI_RECORD_FIELD(PortStatisticsInfo, count, 0, 4);
 DEVAPI_RECORD_OFFSET_32(PortStatisticsInfo, entries, 4);
-
-/* Fills info. Any result but 0 is a failure; entries is freed all the same where it is set. */
-int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info);
-
-/* Which ports a WAN connection serves. */
-typedef struct PortBinding {
-    char Index[16];       /* number of the connection */
-    char WANName[32];     /* its name */
-    char BoundPorts[288]; /* the ports */
-} PortBinding;
 
 DEVAPI_RECORD_SIZE(PortBinding, 336);
 DEVAPI_RECORD_FIELD(PortBinding, Index, 0, 16);
 DEVAPI_RECORD_FIELD(PortBinding, WANName, 16, 32);
 DEVAPI_RECORD_FIELD(PortBinding, BoundPorts, 48, 288);
 
-/* The most bindings that are reported. */
-#define PORT_MAX_BINDINGS 8
-
-/* All bindings. */
-typedef struct PortBindingInfo {
-    int32_t count;                          /* how many, 8 at most; none when it is negative */
-    PortBinding entries[PORT_MAX_BINDINGS]; /* the bindings */
-} PortBindingInfo;
-
 DEVAPI_RECORD_SIZE(PortBindingInfo, 2692);
 DEVAPI_RECORD_FIELD(PortBindingInfo, count, 0, 4);
 DEVAPI_RECORD_FIELD(PortBindingInfo, entries, 4, 2688);
-
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
-int32_t devapi_get_port_binding_info(PortBindingInfo *info);
-
-/* Binds ports, a text of less than 256 bytes, to the connection with the number, a text of less
- * than 8 bytes. Any result but 0 is a failure. */
-int32_t devapi_set_port_binding(const char *index, const char *ports);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,161 @@
+"""Makes protocol/device_facts.h: what programs have to know of the device interface beyond its declarations."""
+
+TOP = """\
+// What the descriptions of the device interface say of its functions and records, for programs that
+// look over a device library's shoulder or stand in for one. Made from protocol/device by
+// protocol/generate.py.
+#pragma once
+
+#include "smart_router_service/device_access.h"
+
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+// clang-format off
+namespace device_facts {
+
+// Results of a function; few, in a row.
+struct Results {
+    int32_t values[4] = {};
+    size_t count = 0;
+
+    constexpr bool empty() const { return count == 0; }
+    constexpr bool contain(int32_t result) const
+    {
+        return std::find(values, values + count, result) != values + count;
+    }
+};
+
+struct Function {
+    std::string_view name;
+    size_t text_width = 0;          // of the text that it writes; 0 where it is handed the width
+    bool is_size_less_one = false;  // what it is handed is one less than the width
+    bool fills = false;             // what succeeds leaves something in what it is given
+    bool counts = false;            // the number that it sets counts things and is not negative
+    bool is_answer = false;         // its result is what it is asked for
+    Results answers = {};           // results beside 0 that are no failures
+    Results results = {};           // all that there are; empty where any may come
+};
+
+// One field of a record.
+struct Field {
+    const char *name;
+    bool is_reserved = false;
+    bool is_secret = false;
+    const char *counted_by = nullptr; // of an array whose entries are counted
+    int32_t count = 0;                // what the count says
+    bool negative_is_none = false;    // a count may be negative
+};
+
+template <class Given, class Record>
+concept RecordOf = std::same_as<std::remove_const_t<Given>, Record>;
+
+// By their names.
+inline constexpr Function kFunctions[] = {
+"""
+FIND = """\
+};
+
+// Null for a name that is none of a device function.
+constexpr const Function *find(std::string_view name)
+{
+    const Function *const end = kFunctions + std::size(kFunctions);
+    const Function *const found = std::lower_bound(
+        kFunctions, end, name, [](const Function &row, std::string_view wanted) { return row.name < wanted; });
+    return found != end && found->name == name ? found : nullptr;
+}
+
+// The name of a record; null for what is none.
+template <class Record> inline constexpr const char *kName = nullptr;
+"""
+VISIT = """\
+
+// Each calls visit(Field, field) for the record's fields in their order, but for pointers.
+"""
+RECORDS = """\
+
+// Calls visit(std::type_identity<Record>()) for each record.
+void visit_records(const auto &visit)
+{
+"""
+BOTTOM = """\
+}
+
+} // namespace device_facts
+"""
+
+
+def device_facts_header(interface):
+    functions = [function_row(interface, interface.functions[name]) for name in sorted(interface.functions)]
+    names = [f'template <> inline constexpr const char *kName<{name}> = "{name}";' for name in interface.records]
+    visits = [visit_function(record) for record in interface.records.values()]
+    records = [f"    visit(std::type_identity<{name}>());" for name in interface.records]
+    return "".join([TOP, lines(functions), FIND, lines(names), VISIT, *visits, RECORDS, lines(records), BOTTOM])
+
+
+def lines(texts):
+    return "".join(f"{text}\n" for text in texts)
+
+
+def function_row(interface, function):
+    members = [f'.name = "{function["function"]}"', *function_members(interface, function)]
+    return f"    {{{', '.join(members)}}},"
+
+
+def function_members(interface, function):
+    arguments = function.get("arguments", [])
+    for argument in arguments:
+        if argument["type"] == "text" and argument.get("way") == "out" and "width" in argument \
+                and "size" not in argument:
+            yield f".text_width = {interface.number(argument['width'])}"
+        if "size_is" in argument:
+            yield ".is_size_less_one = true"
+    if any(fills(interface, argument) for argument in arguments):
+        yield ".fills = true"
+    if any(argument.get("count") and argument.get("way") == "out" and not argument.get("negative")
+           for argument in arguments):
+        yield ".counts = true"
+    result = function.get("result", {})
+    if result.get("failure") == "answer":
+        yield ".is_answer = true"
+    known = result.get("known", [])
+    answers = [interface.number(each["result"]) for each in known if each.get("answer")]
+    if answers:
+        yield f".answers = {results(answers)}"
+    rules = [result, *result.get("callers", [])]
+    if result.get("exhaustive") or any(rule.get("failure") == "-1" for rule in rules):
+        yield f".results = {results([0, -1, *(interface.number(each['result']) for each in known)])}"
+
+
+def fills(interface, argument):
+    return (argument.get("way") in ("out", "in_out") and argument["type"] in interface.records
+            and not {"may_fill", "chain"} & argument.keys())
+
+
+def results(values):
+    return f"{{{{{', '.join(map(str, values))}}}, {len(values)}}}"
+
+
+def visit_function(record):
+    """An array of which the entries are counted comes with what its count says."""
+    fields = {field["name"]: field for field in record["fields"]}
+    body = lines(f"    visit(Field{{{', '.join(field_members(field, fields))}}}, record.{field['name']});"
+                 for field in record["fields"] if "points_to" not in field)
+    return (f"template <RecordOf<{record['record']}> Given> void visit_fields(Given &record, const auto &visit)\n"
+            f"{{\n{body}}}\n")
+
+
+def field_members(field, fields):
+    yield f'.name = "{field["name"]}"'
+    if field.get("reserved"):
+        yield ".is_reserved = true"
+    if field.get("secret"):
+        yield ".is_secret = true"
+    if "counted_by" in field:
+        yield f'.counted_by = "{field["counted_by"]}", .count = record.{field["counted_by"]}'
+        if fields[field["counted_by"]].get("negative"):
+            yield ".negative_is_none = true"
