@@ -320,6 +320,16 @@ const char *text_in(const Json &object, const char *key)
     return cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
 }
 
+// Nearly every reply is ASCII, which takes much less to see.
+bool is_valid_utf8(std::string_view text)
+{
+    unsigned char bits = 0;
+    for (const char byte : text) {
+        bits |= static_cast<unsigned char>(byte);
+    }
+    return bits < 0x80 || utf8::is_valid(text);
+}
+
 // Both fill in what is asked for, or what is wrong with it.
 void read_command(const Json &command, Json params, Call &call)
 {
@@ -421,7 +431,7 @@ Call parse_call(std::string_view line)
 std::string print(const cJSON *item, const Form &form)
 {
     std::string text = print_bytes(item, form.indented);
-    if (form.raw_bytes || utf8::is_valid(text)) {
+    if (form.raw_bytes || is_valid_utf8(text)) {
         return text;
     }
     const Json copy(cJSON_Duplicate(item, 1));

@@ -13,6 +13,7 @@
 #include "text.h"
 #include "workers.h"
 
+#include <cstdlib>
 #include <malloc.h>
 #include <new>
 #include <optional>
@@ -80,8 +81,8 @@ void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool
 bool is_memory_short()
 {
     constexpr size_t kForARequest = 4096;
-    void *memory = cJSON_malloc(kForARequest);
-    cJSON_free(memory);
+    void *memory = malloc(kForARequest);
+    free(memory);
     return memory == nullptr;
 }
 

@@ -57,12 +57,17 @@ try {
 } catch (const std::exception &) {
 }
 
+static std::string line_of(int64_t uptime, const std::string &text)
+{
+    return "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
+}
+
 std::string Trace::recent()
 {
     const std::lock_guard lock(mutex_);
     std::string lines;
-    for (const std::string &line : recent_) {
-        lines += line;
+    for (const Line &line : recent_) {
+        lines += line_of(line.uptime, line.text);
     }
     return lines;
 }
@@ -94,11 +99,6 @@ std::string Trace::outcome_of(const Call &call)
     return call.note.empty() ? text : text + ", " + call.note;
 }
 
-static std::string line_of(int64_t uptime, const std::string &text)
-{
-    return "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
-}
-
 void Trace::write(int64_t uptime, const std::string &text)
 {
     const std::string line = line_of(uptime, text);
@@ -107,15 +107,14 @@ void Trace::write(int64_t uptime, const std::string &text)
     output_.write({line});
 }
 
-void Trace::remember(int64_t uptime, const std::string &text)
+void Trace::remember(int64_t uptime, std::string text)
 {
     constexpr size_t most_bytes = 64U << 10;
-    std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
-    recent_size_ += line.size();
-    recent_.push_back(std::move(line));
+    recent_size_ += text.size();
+    recent_.push_back({uptime, std::move(text)});
     while (recent_size_ > most_bytes) {
-        recent_size_ -= recent_.front().size();
+        recent_size_ -= recent_.front().text.size();
         recent_.pop_front();
     }
 }
