@@ -9,21 +9,19 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSchedule = Fields{
-    FIELD(UpdateSchedule, "Enable", Enable),
-    FIELD(UpdateSchedule, "StartHour", StartHour),
-    FIELD(UpdateSchedule, "StartMinute", StartMinute),
-    FIELD(UpdateSchedule, "EndHour", EndHour),
-    FIELD(UpdateSchedule, "EndMinute", EndMinute),
+    FIELD(UpdateSchedule, Enable),      FIELD(UpdateSchedule, StartHour),
+    FIELD(UpdateSchedule, StartMinute), FIELD(UpdateSchedule, EndHour),
+    FIELD(UpdateSchedule, EndMinute),
 };
 
 constexpr auto kChildFirmware = Fields{
-    FIELD(ChildRouterInfo, "DeviceID", RouterDeviceID),
-    FIELD(ChildRouterInfo, "name", Name),
-    FIELD(ChildRouterInfo, "HWVersion", HWVersion),
-    FIELD(ChildRouterInfo, "FWVersion", FWVersion),
-    FIELD(ChildRouterInfo, "FWDATA", FWDATA),
-    FIELD(ChildRouterInfo, "DeviceType", DeviceType),
-    FIELD(ChildRouterInfo, "AreaCode", AreaCode),
+    FIELD_AS(ChildRouterInfo, RouterDeviceID, "DeviceID"),
+    FIELD_AS(ChildRouterInfo, Name, "name"),
+    FIELD(ChildRouterInfo, HWVersion),
+    FIELD(ChildRouterInfo, FWVersion),
+    FIELD(ChildRouterInfo, FWDATA),
+    FIELD(ChildRouterInfo, DeviceType),
+    FIELD(ChildRouterInfo, AreaCode),
 };
 
 } // namespace

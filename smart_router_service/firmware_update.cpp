@@ -9,12 +9,9 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kUpdateStatus = Fields{
-    FIELD(UpdateStatusInfo, "name", Name),
-    FIELD(UpdateStatusInfo, "HWVersion", HWVersion),
-    FIELD(UpdateStatusInfo, "FWVersion", FWVersion),
-    FIELD(UpdateStatusInfo, "FWDATA", FWDATA),
-    FIELD(UpdateStatusInfo, "DeviceType", DeviceType),
-    FIELD(UpdateStatusInfo, "AreaCode", AreaCode),
+    FIELD_AS(UpdateStatusInfo, Name, "name"), FIELD(UpdateStatusInfo, HWVersion),
+    FIELD(UpdateStatusInfo, FWVersion),       FIELD(UpdateStatusInfo, FWDATA),
+    FIELD(UpdateStatusInfo, DeviceType),      FIELD(UpdateStatusInfo, AreaCode),
 };
 
 // What the apps are told of the starter's results.

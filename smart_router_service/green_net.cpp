@@ -18,24 +18,24 @@ int32_t set_enable(const GreenNetSwitch *green_net)
     return devapi_set_greennet_enable(green_net->Enable);
 }
 
-constexpr auto kSwitch = Fields{FIELD(GreenNetSwitch, "Enable", Enable)};
+constexpr auto kSwitch = Fields{FIELD(GreenNetSwitch, Enable)};
 
 constexpr auto kDevice = Fields{
-    FIELD(GreenHostInfo, "Mac", Mac),
-    FIELD(GreenHostInfo, "Name", Name),
-    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
-    FIELD(GreenHostInfo, "ProtectEnable", ProtectEnable),
+    FIELD(GreenHostInfo, Mac),
+    FIELD(GreenHostInfo, Name),
+    FIELD(GreenHostInfo, NotifyEnable),
+    FIELD(GreenHostInfo, ProtectEnable),
 };
 
 constexpr auto kDeviceSetting = Fields{
-    FIELD(GreenHostInfo, "Mac", Mac),
-    FIELD(GreenHostInfo, "Name", Name),
-    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+    FIELD(GreenHostInfo, Mac),
+    FIELD(GreenHostInfo, Name),
+    FIELD(GreenHostInfo, NotifyEnable),
 };
 
 constexpr auto kNotifySetting = Fields{
-    FIELD(GreenHostInfo, "Mac", Mac),
-    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+    FIELD(GreenHostInfo, Mac),
+    FIELD(GreenHostInfo, NotifyEnable),
 };
 
 bool is_entry(const GreenHostInfo &device)

@@ -8,34 +8,27 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kGuestReply = Fields{
-    FIELD(GuestWifiInfo, "Enable", Enable),
-    FIELD(GuestWifiInfo, "PermissionProperty", PermissionProperty),
-    FIELD(GuestWifiInfo, "SSID", SSID),
-    FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
-    FIELD(GuestWifiInfo, "RadioEnable", RadioEnable),
-    FIELD(GuestWifiInfo, "HourTime", HourTime),
-    FIELD(GuestWifiInfo, "EndTimestamp", EndTimestamp),
-    FIELD(GuestWifiInfo, "Remainingtime", Remainingtime),
-    FIELD(GuestWifiInfo, "PWD", PWD),
-    FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
-    FIELD(GuestWifiInfo, "Mode", Mode),
-    FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(GuestWifiInfo, Enable),       FIELD(GuestWifiInfo, PermissionProperty),
+    FIELD(GuestWifiInfo, SSID),         FIELD(GuestWifiInfo, ContinueTime),
+    FIELD(GuestWifiInfo, RadioEnable),  FIELD(GuestWifiInfo, HourTime),
+    FIELD(GuestWifiInfo, EndTimestamp), FIELD(GuestWifiInfo, Remainingtime),
+    FIELD(GuestWifiInfo, PWD),          FIELD(GuestWifiInfo, ENCRYPT),
+    FIELD(GuestWifiInfo, Mode),         FIELD(GuestWifiInfo, AdvertisementEnable),
 };
 
 constexpr auto kGuestSetting = Fields{
-    FIELD(GuestWifiInfo, "Enable", Enable),   FIELD(GuestWifiInfo, "SSID", SSID),
-    FIELD(GuestWifiInfo, "Band", Band),       FIELD(GuestWifiInfo, "PWD", PWD),
-    FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
+    FIELD(GuestWifiInfo, Enable), FIELD(GuestWifiInfo, SSID),    FIELD(GuestWifiInfo, Band),
+    FIELD(GuestWifiInfo, PWD),    FIELD(GuestWifiInfo, ENCRYPT),
 };
 
 constexpr auto kGuestTimes = Fields{
-    FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
-    FIELD(GuestWifiInfo, "HourTime", HourTime),
+    FIELD(GuestWifiInfo, ContinueTime),
+    FIELD(GuestWifiInfo, HourTime),
 };
 
 constexpr auto kGuestOptions = Fields{
-    FIELD(GuestWifiInfo, "Mode", Mode),
-    FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(GuestWifiInfo, Mode),
+    FIELD(GuestWifiInfo, AdvertisementEnable),
 };
 
 constexpr char kSetFailure[] = "set guest ssid failed";

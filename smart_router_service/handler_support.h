@@ -37,41 +37,6 @@ struct Field {
     bool is_number() const { return width == 0; }
 };
 
-// A field while its table is built, marked with the record that it belongs to, so that a table
-// cannot mix records.
-template <class Record, size_t key_size> struct FieldOf {
-    char key[key_size];
-    uint16_t offset;
-    uint16_t width;
-};
-
-template <class Member> struct FieldWidth;
-template <size_t width> struct FieldWidth<char[width]> {
-    static constexpr size_t value = width;
-};
-template <> struct FieldWidth<int32_t> {
-    static constexpr size_t value = 0;
-};
-
-template <class Record, class Member, size_t key_size>
-constexpr FieldOf<Record, key_size> field_of(const char (&key)[key_size], size_t offset)
-{
-    static_assert(key_size <= 32, "the table counts a key's characters in 5 bits");
-    static_assert(sizeof(Record) <= UINT16_MAX, "offsets are kept in 16 bits");
-    static_assert(FieldWidth<Member>::value < 2048, "widths are kept in 11 bits");
-    FieldOf<Record, key_size> field = {};
-    for (size_t at = 0; at < key_size; ++at) {
-        field.key[at] = key[at];
-    }
-    field.offset = static_cast<uint16_t>(offset);
-    field.width = static_cast<uint16_t>(FieldWidth<Member>::value);
-    return field;
-}
-
-// The record's member under the key: a text, whose width follows from the member, or a number.
-#define FIELD(Record, key, member)                                                                 \
-    smart_router::field_of<Record, decltype(Record::member)>(key, offsetof(Record, member))
-
 constexpr char lower_case(char letter)
 {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
@@ -137,18 +102,34 @@ struct FieldList {
     const char *bytes;
 };
 
-// A table of fields of one record, each key in it once.
+// A table of fields of one record. Tables are put together from others: a single field is a table
+// of one.
 template <class Record, size_t count, size_t keys_size> class Fields {
   public:
     static constexpr size_t kCount = count;
 
-    template <size_t... key_sizes> constexpr Fields(const FieldOf<Record, key_sizes> &...fields)
+    // The tables one behind the other. All fields are required, whatever the parts require.
+    template <size_t... counts, size_t... keys_sizes>
+    constexpr Fields(const Fields<Record, counts, keys_sizes> &...parts)
     {
-        bytes_[0] = bytes_[1] = static_cast<char>(count);
-        put_word(2, sizeof(Record));
+        put_head();
         size_t end = FieldList::kHeaderSize;
         size_t appended = 0;
-        ((end = append(fields, end, appended++)), ...);
+        ((end = append(parts, end, appended), appended += counts), ...);
+    }
+    // The table of one field. The key's size includes its NUL.
+    constexpr Fields(const char (&key)[keys_size], size_t offset, size_t width)
+    {
+        static_assert(count == 1, "one key names one field");
+        static_assert(keys_size <= 32, "the table counts a key's characters in 5 bits");
+        static_assert(sizeof(Record) <= UINT16_MAX, "offsets are kept in 16 bits");
+        put_head();
+        put_word(FieldList::kHeaderSize, offset);
+        put_word(FieldList::kHeaderSize + 2, width | (keys_size - 1) << FieldList::kWidthBits);
+        char *end = bytes_ + FieldList::kHeaderSize + FieldList::kPlaceSize;
+        for (const char letter : key) {
+            *end++ = letter;
+        }
     }
     // The same table for a request that has to give only the first fields.
     constexpr Fields requiring(size_t required) const
@@ -160,35 +141,67 @@ template <class Record, size_t count, size_t keys_size> class Fields {
     constexpr operator FieldList() const { return {bytes_}; }
 
   private:
+    static constexpr size_t kSize =
+        FieldList::kHeaderSize + count * FieldList::kPlaceSize + keys_size;
+
     constexpr void put_word(size_t at, size_t word)
     {
         bytes_[at] = static_cast<char>(word & 0xff);
         bytes_[at + 1] = static_cast<char>(word >> 8);
     }
-    // Result: the end of what is there now.
-    template <size_t key_size>
-    constexpr size_t append(const FieldOf<Record, key_size> &field, size_t end, size_t appended)
+    constexpr void put_head()
     {
-        FieldList::Iterator before(bytes_ + FieldList::kHeaderSize, appended);
-        for (; before.left() != 0; ++before) {
-            if (same_key((*before).key, field.key)) {
-                this_key_stands_twice_in_the_table();
+        bytes_[0] = bytes_[1] = static_cast<char>(count);
+        put_word(2, sizeof(Record));
+    }
+    // Appends the part to the first fields, which end there. Result: where they end now.
+    template <size_t part_count, size_t part_keys_size>
+    constexpr size_t append(const Fields<Record, part_count, part_keys_size> &part, size_t end,
+                            size_t appended)
+    {
+        for (const Field field : FieldList(part)) {
+            FieldList::Iterator before(bytes_ + FieldList::kHeaderSize, appended);
+            for (; before.left() != 0; ++before) {
+                if (same_key((*before).key, field.key)) {
+                    this_key_stands_twice_in_the_table();
+                }
             }
         }
-        put_word(end, field.offset);
-        put_word(end + 2, field.width | (key_size - 1) << FieldList::kWidthBits);
-        end += FieldList::kPlaceSize;
-        for (const char letter : field.key) {
-            bytes_[end++] = letter;
+        const char *fields = FieldList(part).bytes + FieldList::kHeaderSize;
+        for (size_t left = part_count * FieldList::kPlaceSize + part_keys_size; left > 0; --left) {
+            bytes_[end++] = *fields++;
         }
         return end;
     }
 
-    char bytes_[FieldList::kHeaderSize + count * FieldList::kPlaceSize + keys_size] = {};
+    char bytes_[kSize] = {};
 };
 
-template <class Record, size_t... key_sizes>
-Fields(FieldOf<Record, key_sizes>...) -> Fields<Record, sizeof...(key_sizes), (key_sizes + ...)>;
+template <class Record, size_t... counts, size_t... keys_sizes>
+Fields(Fields<Record, counts, keys_sizes>...) -> Fields<Record, (counts + ...), (keys_sizes + ...)>;
+
+// What a table keeps as the width of a member: a text's size, and 0 for a number.
+template <class Member> struct FieldWidth;
+template <size_t width> struct FieldWidth<char[width]> {
+    static_assert(width < 1 << FieldList::kWidthBits, "widths are kept in 11 bits");
+    static constexpr size_t value = width;
+};
+template <> struct FieldWidth<int32_t> {
+    static constexpr size_t value = 0;
+};
+
+template <class Record, class Member, size_t key_size>
+constexpr Fields<Record, 1, key_size> field_of(const char (&key)[key_size], size_t offset)
+{
+    return {key, offset, FieldWidth<Member>::value};
+}
+
+// One field: a member of the record, under a key of the same name or of another one. FIELD_IN names
+// a member of a part of the record, under its own name alone.
+#define FIELD(Record, member) FIELD_AS(Record, member, #member)
+#define FIELD_IN(Record, part, member) FIELD_AS(Record, part.member, #member)
+#define FIELD_AS(Record, member, key)                                                              \
+    smart_router::field_of<Record, decltype(Record::member)>(key, offsetof(Record, member))
 
 // ---- Requests ----------------------------------------------------------------------------------
 

@@ -7,24 +7,24 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kMeshStatus = Fields{
-    FIELD(MeshStatus, "MeshEnable", MeshEnable),
-    FIELD(MeshStatus, "MeshMode", MeshMode),
+    FIELD(MeshStatus, MeshEnable),
+    FIELD(MeshStatus, MeshMode),
 };
 
 constexpr auto kPairStatus = Fields{
-    FIELD(PairStatus, "Enable", Enable),
-    FIELD(PairStatus, "Time", Time),
+    FIELD(PairStatus, Enable),
+    FIELD(PairStatus, Time),
 };
 
 constexpr auto kWpsState = Fields{
-    FIELD(WpsState, "Radio", Radio),
-    FIELD(WpsState, "Action", Action),
+    FIELD(WpsState, Radio),
+    FIELD(WpsState, Action),
 };
 
 constexpr auto kLed = Fields{
-    FIELD(LedInfo, "LedSwitch", LedSwitch),
-    FIELD(LedInfo, "LedCoLor", LedCoLor),
-    FIELD(LedInfo, "LedLight", LedLight),
+    FIELD(LedInfo, LedSwitch),
+    FIELD(LedInfo, LedCoLor),
+    FIELD(LedInfo, LedLight),
 };
 
 const char *mesh_failure(int32_t result)
@@ -101,7 +101,7 @@ int32_t get_configuration_state(ConfigurationState *configuration)
 }
 
 constexpr auto kConfigurationState = Fields{
-    FIELD(ConfigurationState, "ConfiguerStatus", ConfiguerStatus),
+    FIELD(ConfigurationState, ConfiguerStatus),
 };
 
 } // namespace

@@ -38,7 +38,7 @@ constexpr int32_t kNoDevice = 1000;
 
 // The MAC address of a router that hangs from the main router.
 inline constexpr auto kChildMac = Fields{
-    FIELD(ChildMeshInfo, "childMac", ChildMac),
+    FIELD_AS(ChildMeshInfo, ChildMac, "childMac"),
 };
 
 // Moves a text from field to field, with or without its end.

@@ -6,10 +6,10 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kPeriod = Fields{
-    FIELD(ProtectPeriodInfo, "StartTime", StartTime),
-    FIELD(ProtectPeriodInfo, "EndTime", EndTime),
-    FIELD(ProtectPeriodInfo, "Enable", Enable),
-    FIELD(ProtectPeriodInfo, "DaysOfWeek", DaysOfWeek),
+    FIELD(ProtectPeriodInfo, StartTime),
+    FIELD(ProtectPeriodInfo, EndTime),
+    FIELD(ProtectPeriodInfo, Enable),
+    FIELD(ProtectPeriodInfo, DaysOfWeek),
 };
 
 // The MAC address by which a request names a host.

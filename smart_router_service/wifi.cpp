@@ -6,39 +6,26 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSsidReply = Fields{
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "UsedChannel", UsedChannel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
+    FIELD(SsidInfo, SSID),       FIELD(SsidInfo, PWD),         FIELD(SsidInfo, ENCRYPT),
+    FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),     FIELD(SsidInfo, UsedChannel),
+    FIELD(SsidInfo, Enable),     FIELD(SsidInfo, Bandwidth),   FIELD(SsidInfo, AdvertisementEnable),
+    FIELD(SsidInfo, Mode),       FIELD(SsidInfo, Beamforming),
 };
 
 constexpr auto kSsidSetting =
     Fields{
-        FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-        FIELD(SsidInfo, "SSID", SSID),
-        FIELD(SsidInfo, "PWD", PWD),
-        FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-        FIELD(SsidInfo, "PowerLevel", PowerLevel),
-        FIELD(SsidInfo, "Channel", Channel),
-        FIELD(SsidInfo, "Enable", Enable),
-        FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-        FIELD(SsidInfo, "Mode", Mode),
-        FIELD(SsidInfo, "Beamforming", Beamforming),
+        FIELD(SsidInfo, SSIDIndex),  FIELD(SsidInfo, SSID),
+        FIELD(SsidInfo, PWD),        FIELD(SsidInfo, ENCRYPT),
+        FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),
+        FIELD(SsidInfo, Enable),     FIELD(SsidInfo, AdvertisementEnable),
+        FIELD(SsidInfo, Mode),       FIELD(SsidInfo, Beamforming),
     }
         .requiring(kSsidRequired);
 
 // What the agent's own settings carry; the encryption is not among it.
 constexpr auto kAgentSsidSetting = Fields{
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),   FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel), FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),         FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, SSIDIndex), FIELD(SsidInfo, SSID),   FIELD(SsidInfo, PowerLevel),
+    FIELD(SsidInfo, Channel),   FIELD(SsidInfo, Enable), FIELD(SsidInfo, PWD),
 };
 
 // The SSID whose power level is pushed to the 5 GHz radio as well.

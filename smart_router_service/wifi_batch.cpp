@@ -19,34 +19,34 @@ char g_fastroaming_enable[8] = "";
 namespace {
 
 constexpr auto kListElement = Fields{
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "PermissionProperty", PermissionProperty),
-    FIELD(SsidInfo, "Type", Type),
-    FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
+    FIELD(SsidInfo, SSIDIndex),
+    FIELD(SsidInfo, SSID),
+    FIELD(SsidInfo, PWD),
+    FIELD(SsidInfo, ENCRYPT),
+    FIELD(SsidInfo, PowerLevel),
+    FIELD(SsidInfo, Channel),
+    FIELD(SsidInfo, Enable),
+    FIELD(SsidInfo, PermissionProperty),
+    FIELD(SsidInfo, Type),
+    FIELD(SsidInfo, Bandwidth),
+    FIELD(SsidInfo, AdvertisementEnable),
+    FIELD(SsidInfo, Mode),
+    FIELD(SsidInfo, Beamforming),
 };
 
 constexpr auto kElementSetting =
     Fields{
-        FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-        FIELD(SsidInfo, "SSID", SSID),
-        FIELD(SsidInfo, "PWD", PWD),
-        FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-        FIELD(SsidInfo, "PowerLevel", PowerLevel),
-        FIELD(SsidInfo, "Channel", Channel),
-        FIELD(SsidInfo, "Enable", Enable),
-        FIELD(SsidInfo, "Bandwidth", Bandwidth),
-        FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-        FIELD(SsidInfo, "Mode", Mode),
-        FIELD(SsidInfo, "Beamforming", Beamforming),
+        FIELD(SsidInfo, SSIDIndex),
+        FIELD(SsidInfo, SSID),
+        FIELD(SsidInfo, PWD),
+        FIELD(SsidInfo, ENCRYPT),
+        FIELD(SsidInfo, PowerLevel),
+        FIELD(SsidInfo, Channel),
+        FIELD(SsidInfo, Enable),
+        FIELD(SsidInfo, Bandwidth),
+        FIELD(SsidInfo, AdvertisementEnable),
+        FIELD(SsidInfo, Mode),
+        FIELD(SsidInfo, Beamforming),
     }
         .requiring(kSsidRequired);
 

@@ -9,30 +9,26 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSleepFields = Fields{
-    FIELD(WifiSleepInfo, "Enable", Enable),
-    FIELD(WifiSleepInfo, "StartTime", StartTime),
-    FIELD(WifiSleepInfo, "EndTime", EndTime),
-    FIELD(WifiSleepInfo, "DaysOfWeek", DaysOfWeek),
+    FIELD(WifiSleepInfo, Enable),
+    FIELD(WifiSleepInfo, StartTime),
+    FIELD(WifiSleepInfo, EndTime),
+    FIELD(WifiSleepInfo, DaysOfWeek),
 };
 
 constexpr int32_t kSleepPeriods = 3;
 
 constexpr auto kScanFields = Fields{
-    FIELD(ScanEntry, "SSID", SSID),
-    FIELD(ScanEntry, "PowerLevel", PowerLevel),
-    FIELD(ScanEntry, "ENCRYPT", ENCRYPT),
-    FIELD(ScanEntry, "WPACypher", WPACypher),
-    FIELD(ScanEntry, "WPA2Cypher", WPA2Cypher),
-    FIELD(ScanEntry, "Band", Band),
-    FIELD(ScanEntry, "Connected", Connected),
+    FIELD(ScanEntry, SSID),      FIELD(ScanEntry, PowerLevel), FIELD(ScanEntry, ENCRYPT),
+    FIELD(ScanEntry, WPACypher), FIELD(ScanEntry, WPA2Cypher), FIELD(ScanEntry, Band),
+    FIELD(ScanEntry, Connected),
 };
 
 // The protocol promises no more networks than the first twenty slots hold.
 constexpr size_t kReportedSlots = 20;
 
 constexpr auto kPowerFields = Fields{
-    FIELD(ChannelPower, "name", name),
-    FIELD(ChannelPower, "dbpower", dbpower),
+    FIELD(ChannelPower, name),
+    FIELD(ChannelPower, dbpower),
 };
 
 // What a scan found, with the entries that it left behind.
@@ -56,7 +52,7 @@ struct ChannelName {
     int32_t number;
 };
 
-constexpr auto kChannelName = Fields{FIELD(ChannelName, "Name", number)};
+constexpr auto kChannelName = Fields{FIELD_AS(ChannelName, number, "Name")};
 
 template <size_t most>
 void list_channels(Reply &reply, const char *key, const int16_t (&channels)[most], int32_t count)

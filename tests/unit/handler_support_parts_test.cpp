@@ -18,9 +18,9 @@ struct Door {
 };
 
 constexpr auto kDoorFields = Fields{
-    FIELD(Door, "Name", Name),
-    FIELD(Door, "Width", width),
-    FIELD(Door, "Code", Code),
+    FIELD(Door, Name),
+    FIELD_AS(Door, width, "Width"),
+    FIELD(Door, Code),
 };
 
 // Not inlined: GCC 12 would take the place of a key for an array of its own, without an end.

@@ -146,8 +146,8 @@ TEST_F(HandlerSupportRecordsTest, AllocatedMemoryIsZeroed)
 // ---- Replies -----------------------------------------------------------------------------------
 
 constexpr auto kFields = Fields{
-    FIELD(Brim, "field", field),
-    FIELD(Brim, "behind", behind),
+    FIELD(Brim, field),
+    FIELD(Brim, behind),
 };
 
 TEST_F(HandlerSupportRecordsTest, AReplyHoldsItemsListsAndElements)

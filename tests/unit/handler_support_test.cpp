@@ -18,8 +18,8 @@ struct Lamp {
 };
 
 constexpr auto kLampFields = Fields{
-    FIELD(Lamp, "Colour", Colour),
-    FIELD(Lamp, "Level", Level),
+    FIELD(Lamp, Colour),
+    FIELD(Lamp, Level),
 };
 
 static_assert(sizeof kLampFields == 4 + (4 + sizeof "Colour") + (4 + sizeof "Level"));
@@ -254,7 +254,7 @@ TEST_F(HandlerSupportTest, AReportingActionReportsWhatTheDeviceLeft)
 
 // ---- Numbers -----------------------------------------------------------------------------------
 
-constexpr auto kNumber = Fields{FIELD(Lamp, "Number", number)};
+constexpr auto kNumber = Fields{FIELD_AS(Lamp, number, "Number")};
 
 TEST_F(HandlerSupportTest, ANumberTravelsAsText)
 {
