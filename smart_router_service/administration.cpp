@@ -1,6 +1,6 @@
 // The administrator's account, the web login, restart and factory recovery, and the schedules of
 // restarts and of sleep.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 

@@ -1,6 +1,6 @@
 // The devices attached to the router: who they are, what the user calls and allows them, and the
 // firewall before them all.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 
@@ -116,7 +116,7 @@ int32_t json_get_attach_dev_base_info(cJSON *obj)
 int32_t json_set_attach_dev_base_info(cJSON *obj)
 {
     AdBaseSetting setting = {};
-    SettingRun run(obj, kBaseSetting, Consume::kAlways);
+    SettingRun run(obj, kBaseSetting, RemoveKeys::kAlways);
     int32_t result = -1;
     if (!run.find("INVALID_PARAM")) {
         log_error("json_set_attach_dev_base_info : Err, invalid param\n");
@@ -169,7 +169,7 @@ int32_t json_get_attach_device_right(cJSON *obj)
         snprintf(index, sizeof index, "%d", right.HostIndex);
         result = devapi_get_attach_device_right(&right);
         if (result != 0) {
-            // Where the text is, not what it says: whoever reads these lines is used to it.
+            // The address of the text, not its value: tools that read the log expect a number here.
             LOG_ERROR("devapi_get_attach_device_right error! return =%d! index=%d\n", result,
                       static_cast<int32_t>(reinterpret_cast<intptr_t>(index)));
             continue;

@@ -1,5 +1,5 @@
 // Who the router is: serial number, description, and the version report that the agent keeps.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <string.h>
 

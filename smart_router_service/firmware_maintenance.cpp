@@ -29,8 +29,9 @@ constexpr auto kChildFirmware = Fields{
 HANDLER(json_get_update_schedule,
         (query<devapi_get_update_schedule, StatusAt::kLast>(kSchedule,
                                                             "Get update schedule failed")))
-HANDLER(json_set_update_schedule, (setting<devapi_set_update_schedule, Consume::kAlways, minus_one>(
-                                      kSchedule, "Set update schedule failed", "parameter error")))
+HANDLER(json_set_update_schedule,
+        (setting<devapi_set_update_schedule, RemoveKeys::kAlways, minus_one>(
+            kSchedule, "Set update schedule failed", "parameter error")))
 
 int32_t json_insert_childrouter_update_info(cJSON *item, const ChildRouterInfo *router)
 {
@@ -115,7 +116,7 @@ int32_t json_send_log_to_platform(cJSON *obj)
     }
     // Sending takes as long as it takes; the platform sees for itself whether a log arrives.
     devapi_get_hg_log(text_of(url), log_type, bare_mac);
-    consume(obj, url);
+    remove_key(obj, url);
     success.join(obj);
     return 0;
 }

@@ -1,5 +1,5 @@
 // The check-up: what the gateway finds when it examines itself, and what it does about it.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -73,7 +73,7 @@ constexpr auto kFreedResources = Fields{
     FIELD(ResourceInfo, MemPercent),
 };
 
-// Two calls hand over a bare text; as a record they are queries like the others.
+// Two calls fill a plain text; with a record around it they are queries like the others.
 struct UplinkStatus {
     char UpLinkStatus[8];
 };
@@ -106,7 +106,7 @@ int32_t optimize(cJSON *obj, int32_t (*call)(WifiInspectInfo *), FieldList wishe
                  FieldList choices, const char *failure)
 {
     WifiInspectInfo info = {};
-    SettingSteps run(obj, wishes, Consume::kAfterCall);
+    SettingSteps run(obj, wishes, RemoveKeys::kAfterCall);
     if (!run.find(node_or_value_null())) {
         return -1;
     }

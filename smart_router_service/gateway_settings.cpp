@@ -1,5 +1,5 @@
 // Base information and home page of the gateway, its LAN addresses, DHCP server and PPPoE account.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -94,7 +94,7 @@ int32_t json_get_hg_base_info(cJSON *obj)
     return answer(obj, reply, kFailure);
 }
 
-HANDLER(json_set_hg_base_info, (setting<devapi_set_hg_base_info, Consume::kOnSuccess>(
+HANDLER(json_set_hg_base_info, (setting<devapi_set_hg_base_info, RemoveKeys::kOnSuccess>(
                                    kNameField, "set hg base info failed", "param format error")))
 
 HANDLER(json_get_home_page_info,
@@ -105,9 +105,9 @@ HANDLER(json_get_hg_lanip_info, query<devapi_get_lan_ip_info>(kLanFields, "get l
 int32_t json_set_hg_lanip_info(cJSON *obj)
 {
     LanIpSetting lan = {};
-    SettingRun run(obj, kLanFields, Consume::kAlways);
+    SettingRun run(obj, kLanFields, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
-        // The PPPoE setting's text; whoever watches the log knows it from here as well.
+        // The text of the PPPoE setting: tools that read the log expect it here too.
         log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;
     }
@@ -126,7 +126,7 @@ HANDLER(json_get_hg_dhcp_info, query<devapi_get_hg_dhcp_info>(kDhcpFields, "get 
 int32_t json_set_hg_dhcp_info(cJSON *obj)
 {
     DhcpSetting dhcp = {};
-    SettingRun run(obj, kDhcpSwitch, Consume::kAlways);
+    SettingRun run(obj, kDhcpSwitch, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
         log_error("json_set_hg_dhcp_info : Err, null param");
         return -1;
@@ -161,7 +161,7 @@ int32_t json_get_hg_pppoe_info(cJSON *obj)
 int32_t json_set_hg_pppoe_info(cJSON *obj)
 {
     PppoeSetting pppoe = {};
-    SettingRun run(obj, kPppoeFields, Consume::kAlways);
+    SettingRun run(obj, kPppoeFields, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
         log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;

@@ -1,5 +1,5 @@
 // The guest network of one band, and for how long it stays open.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 
@@ -79,21 +79,21 @@ int32_t json_set_hg_guest_ssid(cJSON *obj)
         return -1;
     }
     GuestWifiInfo guest = {};
-    SettingRun run(obj, kGuestSetting, Consume::kAfterCall);
+    SettingRun run(obj, kGuestSetting, RemoveKeys::kAfterCall);
     if (!run.find("parse guest ssid failed")) {
         log_error("string is null.\n");
         return -1;
     }
     copy_optional(obj, kGuestTimes, &guest, Found::kStays);
     set_end_timestamp(guest);
-    copy_optional(obj, kGuestOptions, &guest, Found::kIsConsumed);
+    copy_optional(obj, kGuestOptions, &guest, Found::kIsRemoved);
     cJSON_DeleteItemFromObject(obj, "ContinueTime");
     cJSON_DeleteItemFromObject(obj, "HourTime");
     cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the computed one
     if (!run.fill(&guest, kSetFailure)) {
         return -1;
     }
-    run.consume_from(0);
+    run.remove_from(0);
     const int32_t result = devapi_set_guest_wifi_info(&guest);
     run.end(result != 0, failure_of(result));
     return result;

@@ -1,6 +1,6 @@
 // Looks at the air and at the links: access points on each channel, one check of the links, and the
 // signal of a station.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 

@@ -6,20 +6,7 @@
 namespace smart_router {
 
 // A station's keys after its MAC address, up to those that only some reports have.
-inline constexpr auto kMeshStation = Fields{
-    FIELD_IN(ReportedDevice, info, DevType),
-    FIELD_IN(ReportedDevice, info, DevFactory),
-    FIELD(ReportedDevice, DevModle),
-    FIELD_IN(ReportedDevice, info, Name),
-    FIELD_IN(ReportedDevice, info, ByName),
-    FIELD_IN(ReportedDevice, info, NetStatus),
-    FIELD_IN(ReportedDevice, info, NetMonopoly),
-    FIELD_IN(ReportedDevice, info, AccessType),
-    FIELD_IN(ReportedDevice, info, AccessEnable),
-    FIELD_IN(ReportedDevice, info, UpSpeed),
-    FIELD_IN(ReportedDevice, info, DownSpeed),
-    FIELD_IN(ReportedDevice, info, ip),
-};
+inline constexpr auto kMeshStation = Fields{kDeviceKind, kDeviceAccess, kDeviceTraffic};
 
 inline constexpr auto kStationDetails = Fields{
     FIELD_IN(ReportedDevice, info, AccessTime),
@@ -27,9 +14,7 @@ inline constexpr auto kStationDetails = Fields{
     FIELD_IN(ReportedDevice, info, OS),
     FIELD_IN(ReportedDevice, info, Version),
     FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
-    FIELD_IN(ReportedDevice, info, SpeedLimit),
-    FIELD_IN(ReportedDevice, info, DownLimit),
-    FIELD_IN(ReportedDevice, info, UpLimit),
+    kDeviceLimits,
 };
 
 // A child router's keys after those of its link.

@@ -1,5 +1,5 @@
 // Switches of the router's network services, a speed test, and what its ports carry and serve.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 

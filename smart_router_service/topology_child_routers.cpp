@@ -26,11 +26,9 @@ constexpr auto kReportedRouter = Fields{
 };
 
 // The keys of a station behind those that each attached device has.
-constexpr auto kStationLimits = Fields{
+constexpr auto kStationEnd = Fields{
     FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
-    FIELD_IN(ReportedDevice, info, SpeedLimit),
-    FIELD_IN(ReportedDevice, info, DownLimit),
-    FIELD_IN(ReportedDevice, info, UpLimit),
+    kDeviceLimits,
     FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
     FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
 };
@@ -145,6 +143,6 @@ int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
     }
     Reply reply;
     reply.fields(kAttachedDevice, &reported);
-    reply.fields(kStationLimits, &reported);
+    reply.fields(kStationEnd, &reported);
     return reply.join(obj) ? 0 : -1;
 }

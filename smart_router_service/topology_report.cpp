@@ -3,7 +3,7 @@
 
 using namespace smart_router;
 
-// How many devices the report has come to, and how many of them are the main router's own. Agents
+// How many devices the report has, and how many of them are attached to the main router. Agents
 // read them after a report.
 int32_t g_dev_num = 0;
 int32_t g_active_num = 0;
@@ -124,10 +124,8 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 constexpr int32_t kMostDevices = 32;
 
 // Its keys behind those that a child router's station has as well.
-constexpr auto kDeviceLimits = Fields{
-    FIELD_IN(ReportedDevice, info, SpeedLimit),
-    FIELD_IN(ReportedDevice, info, DownLimit),
-    FIELD_IN(ReportedDevice, info, UpLimit),
+constexpr auto kDeviceEnd = Fields{
+    kDeviceLimits,
     FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
     FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
     FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
@@ -251,7 +249,7 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
             LOG_ERROR("%s %d get ad base fail ret=%d\n", __FILE__, __LINE__, result);
             return -1;
         }
-        // Whoever reads the counters may also have written them.
+        // The counters are exported, so other code may have set them to any value.
         if (g_dev_num < INT32_MAX) {
             ++g_dev_num;
         }
@@ -263,7 +261,7 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
         }
         complete_device(&device);
         JsonItem object(object_of(kAttachedDevice, &device));
-        if (object.get() == nullptr || !add_fields(object.get(), kDeviceLimits, &device)) {
+        if (object.get() == nullptr || !add_fields(object.get(), kDeviceEnd, &device)) {
             return -1;
         }
         cJSON_AddItemToArray(*array, object.release());

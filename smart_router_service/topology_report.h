@@ -9,21 +9,12 @@ namespace smart_router {
 inline constexpr auto kAttachedDevice = Fields{
     FIELD_IN(ReportedDevice, info, Mac),
     FIELD_IN(ReportedDevice, info, UID),
-    FIELD_IN(ReportedDevice, info, DevType),
-    FIELD_IN(ReportedDevice, info, DevFactory),
-    FIELD(ReportedDevice, DevModle),
-    FIELD_IN(ReportedDevice, info, Name),
-    FIELD_IN(ReportedDevice, info, ByName),
+    kDeviceKind,
     FIELD_IN(ReportedDevice, info, OS),
     FIELD_IN(ReportedDevice, info, Version),
-    FIELD_IN(ReportedDevice, info, NetStatus),
-    FIELD_IN(ReportedDevice, info, NetMonopoly),
-    FIELD_IN(ReportedDevice, info, AccessType),
-    FIELD_IN(ReportedDevice, info, AccessEnable),
+    kDeviceAccess,
     FIELD_IN(ReportedDevice, info, AccessTime),
-    FIELD_IN(ReportedDevice, info, UpSpeed),
-    FIELD_IN(ReportedDevice, info, DownSpeed),
-    FIELD_IN(ReportedDevice, info, ip),
+    kDeviceTraffic,
 };
 
 } // namespace smart_router
@@ -37,7 +28,7 @@ extern "C" {
 SMART_ROUTER_API int32_t json_get_hg_base_info_copy(cJSON *obj);
 
 // Appends the devices attached to the main router to *array, and counts them in g_dev_num and, for
-// kind 1, in g_active_num; the report is full when g_dev_num has come to 32. argument goes to
+// kind 1, in g_active_num; the report is full when g_dev_num is 32. argument goes to
 // devapi_get_dev_tol_num() as it is, kind into each record. Result: 0, also when the report is
 // full; -1 when there is no array, a device could not be read or memory ran out; else the result of
 // the failed count.

@@ -1,5 +1,5 @@
 // The network that the router joins as a repeater.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -55,7 +55,7 @@ int32_t json_set_uplink_wifi_info(cJSON *obj)
     success.reserve(kConnectedSsid);
     const int32_t result = success.complete() ? devapi_set_uplink_wifi_info(&uplink) : -1;
     for (cJSON *item : items) {
-        consume(obj, item);
+        remove_key(obj, item);
     }
     if (result == 0) {
         success.set_reserved(kConnectedSsid, &uplink);

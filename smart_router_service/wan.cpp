@@ -1,5 +1,5 @@
 // The router's connections to the Internet: how many there are, and one of them at a time.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -10,6 +10,25 @@ constexpr auto kWanNum = Fields{
     FIELD(WanNum, Description),
 };
 
+// What the reply and the setting have in common, in parts.
+constexpr auto kAddresses = Fields{
+    FIELD(WanInfo, SERVICELIST), FIELD(WanInfo, ADDRESSTYPE), FIELD(WanInfo, IPADDRESS),
+    FIELD(WanInfo, SUBNETMASK),  FIELD(WanInfo, GATEWAY),     FIELD(WanInfo, DNS1),
+    FIELD(WanInfo, DNS2),
+};
+constexpr auto kIpv6Route = Fields{
+    FIELD(WanInfo, IPV6_PREFIXLENGTH),
+    FIELD(WanInfo, IPV6_GATEWAY),
+    FIELD(WanInfo, IPV6_DNS1),
+    FIELD(WanInfo, IPV6_DNS2),
+};
+constexpr auto kLinkOptions = Fields{
+    FIELD(WanInfo, NATENABLE),
+    FIELD(WanInfo, QOSENABLE),
+    FIELD(WanInfo, VLANID),
+    FIELD(WanInfo, VLANPRIORITY),
+};
+
 constexpr auto kWanReply = Fields{
     FIELD(WanInfo, INDEX),
     FIELD(WanInfo, IFNAME),
@@ -17,42 +36,24 @@ constexpr auto kWanReply = Fields{
     FIELD(WanInfo, CONNECTIONSTATUS),
     FIELD(WanInfo, PROTOCOL),
     FIELD(WanInfo, UPLINKMODE),
-    FIELD(WanInfo, SERVICELIST),
-    FIELD(WanInfo, ADDRESSTYPE),
-    FIELD(WanInfo, IPADDRESS),
-    FIELD(WanInfo, SUBNETMASK),
-    FIELD(WanInfo, GATEWAY),
-    FIELD(WanInfo, DNS1),
-    FIELD(WanInfo, DNS2),
+    kAddresses,
     FIELD(WanInfo, IPV6_CONNECTIONSTATUS),
     FIELD(WanInfo, IPV6_IPADDRESS),
     FIELD(WanInfo, IPV6_PRIFIX),
-    FIELD(WanInfo, IPV6_PREFIXLENGTH),
-    FIELD(WanInfo, IPV6_GATEWAY),
-    FIELD(WanInfo, IPV6_DNS1),
-    FIELD(WanInfo, IPV6_DNS2),
+    kIpv6Route,
     FIELD(WanInfo, PPPOE_USR_NAME),
     FIELD(WanInfo, PPPOE_PASSWORD),
     FIELD(WanInfo, PPPOE_PROXY),
     FIELD(WanInfo, PPPOE_SERVICENAME),
     FIELD(WanInfo, PPPOE_DIAL_MODE),
-    FIELD(WanInfo, NATENABLE),
-    FIELD(WanInfo, QOSENABLE),
-    FIELD(WanInfo, VLANID),
-    FIELD(WanInfo, VLANPRIORITY),
+    kLinkOptions,
 };
 
 constexpr auto kWanSetting = Fields{
-    FIELD(WanInfo, WANName),        FIELD(WanInfo, SERVICELIST),
-    FIELD(WanInfo, ADDRESSTYPE),    FIELD(WanInfo, IPADDRESS),
-    FIELD(WanInfo, SUBNETMASK),     FIELD(WanInfo, GATEWAY),
-    FIELD(WanInfo, DNS1),           FIELD(WanInfo, DNS2),
-    FIELD(WanInfo, IPV6_IPADDRESS), FIELD(WanInfo, IPV6_PREFIXLENGTH),
-    FIELD(WanInfo, IPV6_GATEWAY),   FIELD(WanInfo, IPV6_DNS1),
-    FIELD(WanInfo, IPV6_DNS2),      FIELD(WanInfo, IPV6_PRIFIX),
-    FIELD(WanInfo, PPPOE_USR_NAME), FIELD(WanInfo, PPPOE_PASSWORD),
-    FIELD(WanInfo, NATENABLE),      FIELD(WanInfo, QOSENABLE),
-    FIELD(WanInfo, VLANID),         FIELD(WanInfo, VLANPRIORITY),
+    FIELD(WanInfo, WANName),        kAddresses,
+    FIELD(WanInfo, IPV6_IPADDRESS), kIpv6Route,
+    FIELD(WanInfo, IPV6_PRIFIX),    FIELD(WanInfo, PPPOE_USR_NAME),
+    FIELD(WanInfo, PPPOE_PASSWORD), kLinkOptions,
 };
 
 // How the setting's trace names its values, up to the sign of equality; one behind the other, in
@@ -129,7 +130,7 @@ int32_t json_query_wan_info(cJSON *obj)
     SuccessReply reply;
     reply.fields(kWanReply, &wan);
     if (reply.complete()) {
-        consume(obj, name);
+        remove_key(obj, name);
     }
     return answer(obj, reply, kQueryFailure);
 }
@@ -159,7 +160,7 @@ int32_t json_set_wan_info(cJSON *obj)
     const bool can_set = cJSON_IsObject(obj) != 0 && success.complete();
     const int32_t result = can_set ? devapi_set_route_wan_info(&wan) : -1;
     for (cJSON *item : items) {
-        consume(obj, item);
+        remove_key(obj, item);
     }
     conclude(obj, success, result != 0, kFailure);
     return result;

@@ -6,21 +6,12 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSsidReply = Fields{
-    FIELD(SsidInfo, SSID),       FIELD(SsidInfo, PWD),         FIELD(SsidInfo, ENCRYPT),
-    FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),     FIELD(SsidInfo, UsedChannel),
-    FIELD(SsidInfo, Enable),     FIELD(SsidInfo, Bandwidth),   FIELD(SsidInfo, AdvertisementEnable),
-    FIELD(SsidInfo, Mode),       FIELD(SsidInfo, Beamforming),
+    FIELD(SsidInfo, SSID),       FIELD(SsidInfo, PWD),       FIELD(SsidInfo, ENCRYPT),
+    FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),   FIELD(SsidInfo, UsedChannel),
+    FIELD(SsidInfo, Enable),     FIELD(SsidInfo, Bandwidth), kSsidOptions,
 };
 
-constexpr auto kSsidSetting =
-    Fields{
-        FIELD(SsidInfo, SSIDIndex),  FIELD(SsidInfo, SSID),
-        FIELD(SsidInfo, PWD),        FIELD(SsidInfo, ENCRYPT),
-        FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),
-        FIELD(SsidInfo, Enable),     FIELD(SsidInfo, AdvertisementEnable),
-        FIELD(SsidInfo, Mode),       FIELD(SsidInfo, Beamforming),
-    }
-        .requiring(kSsidRequired);
+constexpr auto kSsidSetting = Fields{kSsidRequired, kSsidOptions}.requiring(kSsidRequired.kCount);
 
 // What the agent's own settings carry; the encryption is not among it.
 constexpr auto kAgentSsidSetting = Fields{
@@ -55,7 +46,7 @@ int32_t json_get_wifi_info(cJSON *obj)
         return refuse(obj, "index is 0, (should be 1 to 8)");
     }
     const int32_t result = devapi_get_ssid_info(&ssid);
-    consume(obj, item);
+    remove_key(obj, item);
     answer_query(obj, result != 0, kSsidReply, &ssid, kFailure, StatusAt::kFirst);
     return result;
 }
@@ -64,11 +55,11 @@ int32_t json_set_wifi_info(cJSON *obj)
 {
     constexpr const char *kFailure = "SET_WIFI_INFO_FAIL";
     SsidInfo ssid = {};
-    SettingRun run(obj, kSsidSetting, Consume::kAfterCall);
+    SettingRun run(obj, kSsidSetting, RemoveKeys::kAfterCall);
     if (!run.find(node_or_value_null()) || !run.fill(&ssid, kFailure)) {
         return -1;
     }
-    run.consume_from(kSsidRequired);
+    run.remove_from(kSsidRequired.kCount);
     const int32_t result = devapi_set_ssid_info(&ssid);
     if (ssid.SSIDIndex == kMainSsid) {
         // The radio follows the request even where the SSID could not be written, and to the

@@ -31,19 +31,19 @@ constexpr auto kPowerFields = Fields{
     FIELD(ChannelPower, dbpower),
 };
 
-// What a scan found, with the entries that it left behind.
-class ScanOwner {
+// The result of a scan, and the guard that frees its entries.
+class ScanGuard {
   public:
     // All of it, also what lies between the members: a device may take the record as bytes.
-    ScanOwner() { memset(&result, 0, sizeof result); }
-    ~ScanOwner()
+    ScanGuard() { memset(&result, 0, sizeof result); }
+    ~ScanGuard()
     {
         for (ScanEntry *entry : result.entries) {
             free(entry);
         }
     }
-    ScanOwner(const ScanOwner &) = delete;
-    ScanOwner &operator=(const ScanOwner &) = delete;
+    ScanGuard(const ScanGuard &) = delete;
+    ScanGuard &operator=(const ScanGuard &) = delete;
 
     ScanResult result;
 };
@@ -116,7 +116,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
 {
     cJSON *list = cJSON_GetObjectItem(obj, "WIFISleepList");
     if (cJSON_IsArray(list) == 0) {
-        consume(obj, list);
+        remove_key(obj, list);
         return refuse(obj, "json node: WIFISleepList not found");
     }
     SuccessReply success;
@@ -125,7 +125,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
     if (success.complete() && devapi_del_all_wifi_timerinfo() == 0) {
         wrong = add_sleep_periods(list);
     }
-    consume(obj, list);
+    remove_key(obj, list);
     if (wrong != nullptr) {
         return refuse(obj, wrong);
     }
@@ -136,7 +136,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
 int32_t json_scan_wifi_ssid_list(cJSON *obj)
 {
     constexpr const char *kFailure = "get scan rssi failed";
-    ScanOwner scan;
+    ScanGuard scan;
     const int32_t result = devapi_get_scan_ssid(&scan.result);
     if (result != 0) {
         fail(obj, kFailure);

@@ -1,5 +1,5 @@
 // Mistakes in a field table that the compiler has to refuse. CASE picks one; 0 is none of them.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -28,6 +28,9 @@ constexpr auto kFields = Fields{FIELD(One, Name), FIELD_AS(Two, Name, "Other")};
 constexpr auto kFields = Fields{FIELD(One, Number)};
 #elif CASE == 4
 constexpr auto kFields = Fields{FIELD_AS(One, Name, "ThisKeyIsMuchTooLongForAnyTableOfFields")};
+#elif CASE == 6
+constexpr auto kPart = Fields{FIELD(One, Name)};
+constexpr auto kFields = Fields{FIELD_AS(One, Other, "NAME"), kPart};
 #else
 constexpr auto kFields = Fields{FIELD(One, Name)};
 #endif
