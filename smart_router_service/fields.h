@@ -188,7 +188,8 @@ constexpr Fields<Record, 1, key_size> field_of(const char (&key)[key_size], size
 // A member of the record as a field: under its own name, or under another key. FIELD_IN is for a
 // member of a structure within the record.
 #define FIELD(Record, member) FIELD_AS(Record, member, #member)
-#define FIELD_IN(Record, part, member) FIELD_AS(Record, part.member, #member)
+#define FIELD_IN(Record, part, member)                                                             \
+    FIELD_AS(Record, part.member, #member) // NOLINT(bugprone-macro-parentheses)
 #define FIELD_AS(Record, member, key)                                                              \
     smart_router::field_of<Record, decltype(Record::member)>(key, offsetof(Record, member))
 
