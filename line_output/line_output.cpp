@@ -56,7 +56,9 @@ void LineOutput::use(int descriptor)
 {
     struct stat info = {};
     descriptor_ = descriptor;
-    is_socket_ = fstat(descriptor, &info) == 0 && S_ISSOCK(info.st_mode);
+    const bool is_known = fstat(descriptor, &info) == 0;
+    is_socket_ = is_known && S_ISSOCK(info.st_mode);
+    is_file_ = is_known && S_ISREG(info.st_mode);
 }
 
 void LineOutput::write(std::initializer_list<std::string_view> pieces)
@@ -66,12 +68,19 @@ void LineOutput::write(std::initializer_list<std::string_view> pieces)
     for (const std::string_view piece : pieces) {
         size += piece.size();
     }
-    // Once something has been dropped, all is until that can be told in its place.
-    if (lost_ > 0 || size > buffer_.size() - (end_ - begin_)) {
+    // Once something has been dropped, all is until that can be told in its place. A file has no
+    // reader to wait for, and takes a line of any length.
+    if (lost_ > 0 || (!is_file_ && size > buffer_.size() - (end_ - begin_))) {
         ++lost_;
         return;
     }
-    for (const std::string_view piece : pieces) {
+    for (std::string_view piece : pieces) {
+        while (piece.size() > buffer_.size() - (end_ - begin_)) {
+            const size_t room = buffer_.size() - (end_ - begin_);
+            append(piece.substr(0, room));
+            piece.remove_prefix(room);
+            flush();
+        }
         append(piece);
     }
     flush();

@@ -15,7 +15,8 @@ namespace line_output {
 int own_descriptor(int descriptor);
 
 // What there is no room for is kept, 1 MiB at most; what comes beyond that is dropped, and counted
-// by a line in its place. Nothing is allocated and nothing is thrown. One thread at a time.
+// by a line in its place. A file takes everything. Nothing is allocated and nothing is thrown. One
+// thread at a time.
 class LineOutput {
   public:
     // The name is what the line about dropped ones begins with.
@@ -42,6 +43,7 @@ class LineOutput {
     std::string_view name_;
     int descriptor_;
     bool is_socket_ = false;
+    bool is_file_ = false;
     bool in_line_ = false; // the last byte that was written ends no line
     uint64_t lost_ = 0;    // texts that were dropped and not told of
     size_t begin_ = 0;     // what is kept in the buffer

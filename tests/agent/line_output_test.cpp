@@ -108,6 +108,21 @@ TEST_P(LineOutputTest, TakesALineThatIsLongerThanAPipe)
 INSTANTIATE_TEST_SUITE_P(Each, LineOutputTest,
                          testing::Values(Kind::kPipe, Kind::kSharedPipe, Kind::kSocket));
 
+TEST(LineOutput, WritesLinesOfAnyLengthToAFile)
+{
+    const int file = memfd_create("lines", MFD_CLOEXEC);
+    ASSERT_GE(file, 0);
+    const auto output = std::make_unique<LineOutput>("test", file);
+    output->use(file);
+    const std::string line = std::string(3'000'000, 'x') + "\n";
+    output->write({"before ", line});
+    output->write({line, "behind\n"});
+    EXPECT_FALSE(output->has_backlog());
+    lseek(file, 0, SEEK_SET);
+    EXPECT_TRUE(content_of(file) == "before " + line + line + "behind\n");
+    close(file);
+}
+
 TEST(LineOutput, TellsWhatADiskHadNoRoomFor)
 {
     const auto output = std::make_unique<LineOutput>("test", -1);
