@@ -19,6 +19,10 @@ std::string to_utf8(std::string_view text);
 // max_bytes is cut off, and the line says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
 
+// The text in quotes on one line, as device calls are shown: what is no UTF-8 becomes escapes, byte
+// by byte, and so do quotes and backslashes.
+std::string in_quotes(std::string_view bytes);
+
 // What JSON takes for space.
 constexpr char kSpace[] = " \t\r\n";
 
