@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sys/prctl.h>
 
 namespace agent {
 
@@ -22,19 +23,6 @@ bool is_word_letter(char letter)
 size_t after_space(std::string_view text, size_t at)
 {
     return std::min(text.find_first_not_of(kSpace, at), text.size());
-}
-
-// Where the string ends that begins at the quote: behind its closing quote, or at the text's end.
-size_t end_of_string(std::string_view text, size_t quote)
-{
-    for (size_t at = quote + 1; at < text.size(); ++at) {
-        if (text[at] == '\\') {
-            ++at;
-        } else if (text[at] == '"') {
-            return at + 1;
-        }
-    }
-    return text.size();
 }
 
 size_t end_of_value(std::string_view text, size_t begin)
@@ -81,6 +69,11 @@ bool labels_a_secret(std::string_view text)
         --begin;
     }
     return is_secret_name(text.substr(begin, end - begin));
+}
+
+void forbid_core_dumps()
+{
+    prctl(PR_SET_DUMPABLE, 0);
 }
 
 std::string mask_json(std::string_view text)

@@ -16,6 +16,10 @@ bool is_secret_name(std::string_view name);
 // nothing but punctuation behind ("Account:%s|Password:", "pwd = ").
 bool labels_a_secret(std::string_view text);
 
+// Lets the kernel write no image of this process's memory, wherever core dumps go: secrets stand in
+// the home, in trees of JSON, on stacks and in libraries, so there is no part to leave out.
+void forbid_core_dumps();
+
 // The text with the values of secret keys in every piece of JSON in it replaced by "***"; all else
 // stays as it is. JSON that is broken or cut off is masked as well.
 std::string mask_json(std::string_view text);

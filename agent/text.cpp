@@ -8,6 +8,7 @@
 #include <cwchar>
 #include <iconv.h>
 #include <iterator>
+#include <new>
 #include <numeric>
 #include <utf8.h>
 
@@ -25,20 +26,38 @@ std::string escape(char32_t control)
     case '\t':
         return "\\t";
     default:
-        char text[8];
+        char text[12];
         snprintf(text, sizeof(text), "\\x%02x", static_cast<unsigned>(control));
         return text;
     }
 }
 
-// Terminals obey the second range as they obey the first. The others turn the direction of writing,
-// and so what a line seems to say.
-bool is_control(char32_t character)
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+// What is not seen as it stands.
+constexpr Range kUnseen[] = {
+    {0x0000, 0x001f},   // controls
+    {0x007f, 0x009f},   // controls: terminals obey them as they obey those above
+    {0x00ad, 0x00ad},   // zero width
+    {0x034f, 0x034f},   // zero width
+    {0x061c, 0x061c},   // direction of writing
+    {0x180e, 0x180e},   // zero width
+    {0x200b, 0x200f},   // zero width, and direction of writing
+    {0x2028, 0x202e},   // ends of lines, and direction of writing
+    {0x2060, 0x206f},   // zero width, and direction of writing
+    {0xfeff, 0xfeff},   // zero width
+    {0xfff9, 0xfffb},   // zero width
+    {0xe0000, 0xe007f}, // zero width
+};
+
+bool is_unseen(char32_t character)
 {
-    return character < 0x20 || (character >= 0x7f && character < 0xa0) || character == 0x061c ||
-           character == 0x200e || character == 0x200f ||
-           (character >= 0x2028 && character <= 0x202e) ||
-           (character >= 0x2066 && character <= 0x2069);
+    return std::ranges::any_of(kUnseen, [&](const Range &range) {
+        return character >= range.first && character <= range.last;
+    });
 }
 
 // The longest beginning of the text that is no longer than max_bytes and cuts no character.
@@ -121,7 +140,7 @@ std::string one_line(std::string_view bytes, size_t max_bytes)
     for (auto at = text.begin(); at != text.end();) {
         const auto start = at;
         const char32_t character = utf8::unchecked::next(at);
-        if (is_control(character)) {
+        if (is_unseen(character)) {
             line += escape(character);
         } else {
             line.append(start, at);
@@ -151,6 +170,28 @@ std::string in_quotes(std::string_view bytes)
             valid == bytes.end() ? std::string_view() : std::string_view(valid + 1, bytes.end());
     }
     return line + '"';
+}
+
+std::string json_for_terminal(std::string_view json)
+{
+    std::string shown;
+    for (auto at = json.begin(); at != json.end();) {
+        const auto start = at;
+        const char32_t character = utf8::unchecked::next(at);
+        // Within texts JSON has escaped the first controls; elsewhere they are line ends and tabs.
+        if (character < ' ' || !is_unseen(character)) {
+            shown.append(start, at);
+            continue;
+        }
+        std::u16string units;
+        utf8::utf8to16(start, at, std::back_inserter(units));
+        for (const char16_t unit : units) {
+            char text[8];
+            snprintf(text, sizeof(text), "\\u%04x", static_cast<unsigned>(unit));
+            shown += text;
+        }
+    }
+    return shown;
 }
 
 size_t columns_of(std::string_view utf8_text)
@@ -200,6 +241,18 @@ size_t edit_distance(std::string_view from, std::string_view to)
     return row.back();
 }
 
+size_t end_of_string(std::string_view text, size_t quote)
+{
+    for (size_t at = quote + 1; at < text.size(); ++at) {
+        if (text[at] == '\\') {
+            ++at;
+        } else if (text[at] == '"') {
+            return at + 1;
+        }
+    }
+    return text.size();
+}
+
 bool same_text(std::string_view left, std::string_view right)
 {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -215,7 +268,16 @@ std::string lower_case(std::string_view text)
 
 void complain(std::string_view message, size_t max_bytes)
 {
-    write_error_line("hgagent: " + one_line(message, max_bytes));
+    try {
+        write_error_line("hgagent: " + one_line(message, max_bytes));
+    } catch (const std::bad_alloc &) {
+        complain_of_memory();
+    }
+}
+
+void complain_of_memory()
+{
+    write_error_line("hgagent: out of memory");
 }
 
 } // namespace agent

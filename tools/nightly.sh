@@ -24,6 +24,17 @@ job_json_cases() {
     /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
 }
 
+# Each allocation, and each system call, of hgagent serve fails in turn; the ordinary tests take a sample.
+job_agent_sweep() {
+    local sweep=(python3 -B tests/agent_sweep/agent_sweep.py) status=0
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target hgagent failing_allocation -- --quiet
+    "${sweep[@]}" memory build/release/bin/hgagent \
+        --library "$PWD/build/release/tests/agent_sweep/libfailing_allocation.so" || status=1
+    "${sweep[@]}" system_calls build/release/bin/hgagent || status=1
+    return "$status"
+}
+
 jobs=()
 for name in $(compgen -A function job_); do
     jobs+=("${name#job_}")
