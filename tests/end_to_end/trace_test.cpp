@@ -57,9 +57,7 @@ TEST(Trace, ReadsNoFieldBeyondItsEnd)
 
 TEST(Trace, MasksSecretsUnlessTheyAreAskedFor)
 {
-    const std::string request = R"({"PPPUSER": "account", "PPPPWD": "zaun-und-tor",)"
-                                R"( "PPPoEUsername": "account", "PPPoEPassword": "zaun-und-tor",)"
-                                R"( "Name": "account", "Password": "zaun-und-tor"})";
+    const std::string request = R"({"Account":"smith","Password":"zaun-und-tor","Enable":"1"})";
     std::vector<std::string> options = {"--device", BRIM_DEVICE, "--trace", "-"};
     EXPECT_THAT(call("SET_HG_PPPOE_INFO", request, options).error,
                 AllOf(HasSubstr("devapi_set_hg_pppoe_info(setting={"), HasSubstr("Password=***"),
