@@ -98,4 +98,31 @@ std::string mask_json(std::string_view text)
     return shown;
 }
 
+std::string mask_address(std::string_view address)
+{
+    const size_t scheme = address.find("://");
+    const size_t begin = scheme == std::string_view::npos ? 0 : scheme + 3;
+    const size_t at = address.rfind('@');
+    const size_t colon = address.find(':', begin);
+    std::string shown;
+    std::string_view rest = address;
+    if (at != std::string_view::npos && colon < at) {
+        shown = std::string(address.substr(0, colon + 1)) + kMask;
+        rest = address.substr(at);
+    }
+    bool in_query = false;
+    for (size_t next = 0; next < rest.size();) {
+        const char mark = rest[next++];
+        shown += mark;
+        in_query = in_query || mark == '?';
+        if (mark == '#' || (mark == '=' && in_query)) {
+            const size_t end =
+                std::min(mark == '#' ? rest.size() : rest.find_first_of("&#", next), rest.size());
+            shown += end > next ? kMask : "";
+            next = end;
+        }
+    }
+    return shown;
+}
+
 } // namespace agent

@@ -24,4 +24,9 @@ void forbid_core_dumps();
 // stays as it is. JSON that is broken or cut off is masked as well.
 std::string mask_json(std::string_view text);
 
+// An address of the web without the secrets that may stand in it: its password, the values in its
+// query, and what is behind a "#". Where the password ends nobody can tell for sure: it is taken to
+// be as long as it can be.
+std::string mask_address(std::string_view address);
+
 } // namespace agent

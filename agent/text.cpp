@@ -152,6 +152,26 @@ std::string one_line(std::string_view bytes, size_t max_bytes)
     return line;
 }
 
+std::string in_quotes(std::string_view bytes)
+{
+    std::string line = "\"";
+    while (!bytes.empty()) {
+        const auto *const valid = utf8::find_invalid(bytes.begin(), bytes.end());
+        std::string plain;
+        for (const char letter : std::string_view(bytes.begin(), valid)) {
+            plain += letter == '"' || letter == '\\' ? std::string{'\\', letter}
+                                                     : std::string(1, letter);
+        }
+        line += one_line(plain, plain.size());
+        if (valid != bytes.end()) {
+            line += escape(static_cast<unsigned char>(*valid));
+        }
+        bytes =
+            valid == bytes.end() ? std::string_view() : std::string_view(valid + 1, bytes.end());
+    }
+    return line + '"';
+}
+
 std::string json_for_terminal(std::string_view json)
 {
     std::string shown;

@@ -20,6 +20,10 @@ std::string to_utf8(std::string_view text);
 // says so.
 std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
 
+// The text in quotes on one line, as device calls are shown: what is no UTF-8 becomes escapes, byte
+// by byte, and so do quotes and backslashes.
+std::string in_quotes(std::string_view bytes);
+
 // The same JSON, in UTF-8, with these characters as JSON's own escapes.
 std::string json_for_terminal(std::string_view json);
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+using agent::in_quotes;
 using agent::one_line;
 using agent::to_utf8;
 
@@ -78,4 +79,12 @@ TEST(OneLine, CutsLongTextsBetweenCharacters)
     EXPECT_EQ(one_line("123456", 5), "12345 [1 more bytes]");
     EXPECT_EQ(one_line("12\u4e2d6", 4), "12 [4 more bytes]");
     EXPECT_EQ(one_line("\x80\x80\x80", 2), " [3 more bytes]");
+}
+
+TEST(InQuotes, KeepsEveryByteApart)
+{
+    EXPECT_EQ(in_quotes(""), "\"\"");
+    EXPECT_EQ(in_quotes("Ger\u00e4t \"a\\b\""), "\"Ger\u00e4t \\\"a\\\\b\\\"\"");
+    EXPECT_EQ(in_quotes("a\n\x1b\xff\xe4\xbd"), "\"a\\n\\x1b\\xff\\xe4\\xbd\"");
+    EXPECT_EQ(in_quotes(std::string(9000, 'x')).size(), 9002u);
 }

@@ -214,6 +214,12 @@ constexpr const Function *find(std::string_view name)
     return found != end && found->name == name ? found : nullptr;
 }
 
+// Whether the result is one that is no failure.
+constexpr bool is_success(const Function &function, int32_t result)
+{
+    return result == 0 || function.answers.contain(result) || (function.is_answer && result > 0);
+}
+
 // The name of a record; null for what is none.
 template <class Record> inline constexpr const char *kName = nullptr;
 template <> inline constexpr const char *kName<SnInfo> = "SnInfo";
