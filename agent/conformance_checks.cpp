@@ -50,13 +50,27 @@ void answered(const char *function, int32_t result, bool wrote)
     watched.listener.answered();
 }
 
+// With the lock held.
+bool matters(const char *function)
+{
+    const auto &functions = watched.functions;
+    return functions.empty() ||
+           std::find(functions.begin(), functions.end(), function) != functions.end();
+}
+
 void fault(const char *function, const char *what)
 {
     const std::lock_guard lock(watched.mutex);
-    const auto &functions = watched.functions;
-    if (functions.empty() ||
-        std::find(functions.begin(), functions.end(), function) != functions.end()) {
+    if (matters(function)) {
         watched.listener.fault(std::string(function) + ": " + what);
+    }
+}
+
+void warning(const char *function, const char *what)
+{
+    const std::lock_guard lock(watched.mutex);
+    if (matters(function)) {
+        watched.listener.warning(std::string(function) + ": " + what);
     }
 }
 
@@ -295,7 +309,7 @@ class CommandCheck {
 } // namespace
 
 CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
-    : watcher_{calling, answered, reason, fault},
+    : watcher_{calling, answered, reason, warning, fault},
       host_((watched.listener = std::move(listener), options), &watcher_),
       reasons_(host_, said, refused_command)
 {

@@ -31,6 +31,7 @@ enum Word : char {
     kCalls = 'C',    // a function of the device library
     kAnswered = 'A', // it has answered
     kReason = 'R',   // what it says of a failure
+    kWarning = 'W',  // what may be a mistake of it
     kFault = 'F',    // a fault of it
     kDetail = 'D',   // a line of the result
     kName = 'M',     // one of many that the result counts
@@ -40,6 +41,7 @@ enum Word : char {
 constexpr int kPause = 50;         // milliseconds between two looks at the signals
 constexpr size_t kMostFaults = 20; // of one check
 constexpr size_t kMostReasons = 5;
+constexpr size_t kMostWarnings = 5;
 
 // The worker's end of the pipe.
 class Teller {
@@ -67,6 +69,7 @@ class Teller {
                          {[&](const std::string &function) { teller.say(kCalls, function); },
                           [&] { teller.say(kAnswered); },
                           [&](const std::string &reason) { teller.say(kReason, reason); },
+                          [&](const std::string &warning) { teller.say(kWarning, warning); },
                           [&](const std::string &fault) {
                               teller.say(kFault, fault);
                           }});
@@ -178,6 +181,9 @@ class Worker {
             case kFault:
                 add_new(faults, text, kMostFaults);
                 break;
+            case kWarning:
+                add_new(result.warnings, text, kMostWarnings);
+                break;
             case kReason:
                 add_new(reasons, text, kMostReasons);
                 break;
@@ -232,12 +238,13 @@ class Worker {
                                    std::vector<std::string> faults)
     {
         if (faults.empty()) {
-            return {verdict, std::move(told.details), std::move(told.names)};
+            told.verdict = verdict;
+            return told;
         }
         if (verdict == Verdict::kFailed) {
             faults.insert(faults.end(), told.details.begin(), told.details.end());
         }
-        return {Verdict::kFailed, std::move(faults)};
+        return {Verdict::kFailed, std::move(faults), {}, std::move(told.warnings)};
     }
 
     CheckResult broken_off(std::vector<std::string> faults, const std::string &where)

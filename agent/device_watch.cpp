@@ -108,6 +108,22 @@ void Call::fault(const std::string &what) const
     watcher.fault(function_, what.c_str());
 }
 
+void Call::warn_of_empty(const std::vector<std::string> &texts) const
+{
+    constexpr size_t kMostNamed = 4;
+    if (texts.empty()) {
+        return;
+    }
+    std::string names;
+    for (size_t at = 0; at < texts.size() && at < kMostNamed; ++at) {
+        names += (at == 0 ? "" : ", ") + texts[at];
+    }
+    if (texts.size() > kMostNamed) {
+        names += " and " + std::to_string(texts.size() - kMostNamed) + " more";
+    }
+    watcher.warning(function_, ("empty, and not \"NULL\": " + names).c_str());
+}
+
 bool may_be_freed(const void *memory)
 {
     Dl_info library;

@@ -2,6 +2,7 @@
 
 #include "library_file.h"
 #include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/device_access.h"
 #include "smart_router_service/processjsonability.h"
 #include "text.h"
 
@@ -83,6 +84,31 @@ const char *text_or_null(const std::optional<std::string> &text)
     return text ? text->c_str() : nullptr;
 }
 
+// As people write it: the upper half of the number and the lower one.
+std::string version_text(int32_t version)
+{
+    const auto halves = static_cast<uint32_t>(version);
+    return std::to_string(halves >> 16) + "." + std::to_string(halves & 0xffff);
+}
+
+// Records and prototypes of another major version are others. A library that does not tell its
+// version is taken to fit.
+void check_version(void *library, const std::string &path)
+{
+    const auto version =
+        function_of<decltype(device_access_version)>(library, "device_access_version");
+    if (version == nullptr) {
+        return;
+    }
+    const int32_t theirs = version();
+    if (theirs / 65536 != DEVICE_ACCESS_VERSION_MAJOR) {
+        throw HostError(kCannotLoad, "the device library " + path + " is built with version " +
+                                         version_text(theirs) +
+                                         " of device_access.h, and this agent with version " +
+                                         version_text(DEVICE_ACCESS_VERSION));
+    }
+}
+
 // A library that is loaded later finds the watch's functions before those of the device library,
 // which has found its own by now.
 void put_watch_before(void *device, const std::string &path, const DeviceWatcher &watcher)
@@ -106,6 +132,7 @@ DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *wa
     library_ =
         load("device library", path, RTLD_NOW | (watcher != nullptr ? RTLD_LOCAL : RTLD_GLOBAL),
              kOwnLibraries, options.verbose);
+    check_version(library_, path);
     if (watcher != nullptr) {
         put_watch_before(library_, path, *watcher);
     }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 
 namespace agent::watch {
 
@@ -77,7 +78,7 @@ template <class Record> class Argument<Record *> {
             call.fault("it answers 0 and fills nothing in");
         }
         if (result == 0 || kTellsReason<Record>) {
-            check_record(call, guarded_.value);
+            check_record(call, guarded_.value, result == 0 && wrote && call.facts().fills);
         }
         if constexpr (kTellsReason<Record>) {
             const char(&reason)[sizeof guarded_.value.FailReason] = guarded_.value.FailReason;

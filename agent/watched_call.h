@@ -5,6 +5,7 @@
 #include "protocol/device_facts.h"
 
 #include <string>
+#include <vector>
 
 namespace agent::watch {
 
@@ -21,6 +22,8 @@ class Call {
     void end(int32_t result, bool wrote) const;
     void reason(const std::string &text) const;
     void fault(const std::string &what) const;
+    // Of texts that are empty and should be "NULL", by their paths; of none nothing is said.
+    void warn_of_empty(const std::vector<std::string> &texts) const;
 
   private:
     const char *function_;

@@ -1,61 +1,47 @@
 #include "watched_records.h"
 
-#include <utility>
+#include <cstdlib>
+#include <cstring>
 
 namespace agent::watch {
 
 namespace {
 
-// No home has so many; a list that is longer runs in a circle.
-constexpr size_t kLongestList = 65536;
+constexpr char kNoValue[] = "NULL";
 
-// An array of its own beside its count. It is taken out where the plug-in could not free or read
-// it.
-template <class Record> void check_array(const Call &call, const char *name, Record &record)
+// The field of a record that a path such as QosInfo.rules[0].Name leads into.
+std::string_view field_in(std::string_view path)
 {
-    const std::string path = std::string(name) + ".entries";
-    const device_facts::Field entries = {
-        .name = "entries", .counted_by = "count", .count = record.count, .negative_is_none = true};
-    const size_t amount = counted(call, name, entries, INT32_MAX);
-    const size_t size = amount * sizeof *record.entries;
-    const bool is_foreign = record.entries != nullptr && !may_be_freed(record.entries);
-    if (is_foreign) {
-        call.fault(path + " is not from malloc()");
-    } else if (record.entries == nullptr && amount > 0) {
-        call.fault(path + " is NULL, and the count is " + std::to_string(amount));
-    } else if (record.entries != nullptr && room_of(record.entries) < size) {
-        call.fault(path + " has no room for the " + std::to_string(amount) + " of the count");
-    } else {
-        for (size_t at = 0; at < amount; ++at) {
-            check_record(call, path + "[" + std::to_string(at) + "]", record.entries[at]);
-        }
-        return;
-    }
-    record.count = 0;
-    if (is_foreign) {
-        record.entries = nullptr;
-    }
+    path.remove_prefix(path.find('.') + 1);
+    return path.substr(0, path.find_first_of(".["));
 }
 
-// The list ends before the first node that nobody can free.
-template <class Node> void check_nodes(const Call &call, Node &first)
+bool is_number(const char *text)
 {
-    size_t length = 0;
-    for (Node *node = &first; node->next != nullptr; node = node->next) {
-        if (!may_be_freed(node->next)) {
-            call.fault("a node of the list is not from malloc()");
-            node->next = nullptr;
-            return;
-        }
-        if (++length > kLongestList) {
-            call.fault("the list has no end");
-            first.next = nullptr;
-            return;
-        }
-    }
+    char *end = nullptr;
+    strtol(text, &end, 10);
+    return end != text && *end == '\0';
 }
 
 } // namespace
+
+void check_text(const Call &call, const std::string &path, const device_facts::Field &fact,
+                const char *text, size_t width, EmptyTexts *empty)
+{
+    if (fact.is_reserved) {
+        return;
+    }
+    const size_t length = strnlen(text, width);
+    if (length == width) {
+        call.fault(path + " does not end within its " + std::to_string(width) + " bytes");
+    } else if (length == 0) {
+        if (empty != nullptr && !fact.may_be_empty && call.facts().has_filled(field_in(path))) {
+            empty->push_back(path);
+        }
+    } else if (fact.is_number && strcmp(text, kNoValue) != 0 && !is_number(text)) {
+        call.fault(path + " is \"" + text + "\", and is read as a decimal number");
+    }
+}
 
 size_t counted(const Call &call, const std::string &record, const device_facts::Field &array,
                size_t room)
@@ -75,49 +61,37 @@ size_t counted(const Call &call, const std::string &record, const device_facts::
     return static_cast<size_t>(array.count);
 }
 
-void check_record(const Call &call, ScanResult &result)
+size_t check_array(const Call &call, const std::string &record, const device_facts::Field &array,
+                   void *entries, size_t entry_size, int32_t &count, bool &is_foreign)
 {
-    for (ScanEntry *&entry : result.entries) {
-        if (entry == nullptr) {
-            continue;
-        }
-        const std::string path =
-            "ScanResult.entries[" + std::to_string(&entry - result.entries) + "]";
-        if (!may_be_freed(entry)) {
-            call.fault(path + " is not from malloc()");
-            entry = nullptr;
-        } else if (room_of(entry) < sizeof *entry) {
-            call.fault(path + " is too small");
-        } else {
-            check_record(call, path, *entry);
-        }
+    const std::string path = record + "." + array.name;
+    const size_t amount = counted(call, record, array, INT32_MAX);
+    is_foreign = entries != nullptr && !may_be_freed(entries);
+    if (is_foreign) {
+        call.fault(path + " is not from malloc()");
+    } else if (entries == nullptr && amount > 0) {
+        call.fault(path + " is NULL, and the count is " + std::to_string(amount));
+    } else if (entries != nullptr && room_of(entries) < amount * entry_size) {
+        call.fault(path + " has no room for the " + std::to_string(amount) + " of the count");
+    } else {
+        return amount;
     }
+    count = 0;
+    return 0;
 }
 
-void check_record(const Call &call, ChannelPowerResult &result)
+bool check_entry(const Call &call, const std::string &path, const void *entry, size_t size,
+                 bool &is_foreign)
 {
-    check_array(call, "ChannelPowerResult", result);
-}
-
-void check_record(const Call &call, PortStatisticsInfo &info)
-{
-    check_array(call, "PortStatisticsInfo", info);
-}
-
-void check_list(const Call &call, TopoNode &first)
-{
-    check_nodes(call, first);
-}
-
-void check_list(const Call &call, NodeBaseInfo &first)
-{
-    check_nodes(call, first);
-    for (const NodeBaseInfo *node = first.next; node != nullptr; node = node->next) {
-        if (memchr(node->Mac, '\0', sizeof node->Mac) == nullptr) {
-            call.fault("NodeBaseInfo.Mac does not end within its " +
-                       std::to_string(sizeof node->Mac) + " bytes");
-        }
+    is_foreign = entry != nullptr && !may_be_freed(entry);
+    if (is_foreign) {
+        call.fault(path + " is not from malloc()");
+    } else if (entry != nullptr && room_of(entry) < size) {
+        call.fault(path + " is too small");
+    } else {
+        return entry != nullptr;
     }
+    return false;
 }
 
 } // namespace agent::watch

@@ -35,10 +35,21 @@ struct Function {
     size_t text_width = 0;          // of the text that it writes; 0 where it is handed the width
     bool is_size_less_one = false;  // what it is handed is one less than the width
     bool fills = false;             // what succeeds leaves something in what it is given
+    std::string_view filled = {};   // the fields that it fills, each between blanks; empty for all
     bool counts = false;            // the number that it sets counts things and is not negative
     bool is_answer = false;         // its result is what it is asked for
     Results answers = {};           // results beside 0 that are no failures
     Results results = {};           // all that there are; empty where any may come
+
+    constexpr bool has_filled(std::string_view field) const
+    {
+        for (size_t at = filled.find(field); at != filled.npos; at = filled.find(field, at + 1)) {
+            if (filled[at - 1] == ' ' && filled[at + field.size()] == ' ') {
+                return true;
+            }
+        }
+        return filled.empty();
+    }
 };
 
 // One field of a record.
@@ -46,6 +57,8 @@ struct Field {
     const char *name;
     bool is_reserved = false;
     bool is_secret = false;
+    bool may_be_empty = false;        // an empty text means something
+    bool is_number = false;           // a text that the plug-in reads as a decimal number
     const char *counted_by = nullptr; // of an array whose entries are counted
     int32_t count = 0;                // what the count says
     bool negative_is_none = false;    // a count may be negative
@@ -76,6 +89,12 @@ VISIT = """\
 
 // Each calls visit(Field, field) for the record's fields in their order, but for pointers.
 """
+POINTERS = """\
+
+// Each calls visit(Field, pointer) for the record's pointers, and visit(Field, array, count) for an
+// array beside its count; the links of lists are none of them.
+void visit_pointers(auto &, const auto &) {}
+"""
 RECORDS = """\
 
 // Calls visit(std::type_identity<Record>()) for each record.
@@ -93,8 +112,10 @@ def device_facts_header(interface):
     functions = [function_row(interface, interface.functions[name]) for name in sorted(interface.functions)]
     names = [f'template <> inline constexpr const char *kName<{name}> = "{name}";' for name in interface.records]
     visits = [visit_function(record) for record in interface.records.values()]
+    pointers = [visit_pointers(record) for record in interface.records.values() if has_pointers(record)]
     records = [f"    visit(std::type_identity<{name}>());" for name in interface.records]
-    return "".join([TOP, lines(functions), FIND, lines(names), VISIT, *visits, RECORDS, lines(records), BOTTOM])
+    return "".join([TOP, lines(functions), FIND, lines(names), VISIT, *visits, POINTERS, *pointers,
+                    RECORDS, lines(records), BOTTOM])
 
 
 def lines(texts):
@@ -116,6 +137,9 @@ def function_members(interface, function):
             yield ".is_size_less_one = true"
     if any(fills(interface, argument) for argument in arguments):
         yield ".fills = true"
+    filled = [field for argument in arguments for field in argument.get("filled", [])]
+    if filled:
+        yield '.filled = " ' + " ".join(filled) + ' "'
     if any(argument.get("count") and argument.get("way") == "out" and not argument.get("negative")
            for argument in arguments):
         yield ".counts = true"
@@ -149,12 +173,32 @@ def visit_function(record):
             f"{{\n{body}}}\n")
 
 
+def has_pointers(record):
+    return any(field.get("points_to", "next") != "next" for field in record["fields"])
+
+
+def visit_pointers(record):
+    fields = {field["name"]: field for field in record["fields"]}
+    body = ""
+    for field in record["fields"]:
+        if field.get("points_to", "next") != "next":
+            counted = f", record.{field['counted_by']}" if "counted_by" in field else ""
+            body += (f"    visit(Field{{{', '.join(field_members(field, fields))}}}, "
+                     f"record.{field['name']}{counted});\n")
+    return (f"template <RecordOf<{record['record']}> Given> void visit_pointers(Given &record, const auto &visit)\n"
+            f"{{\n{body}}}\n")
+
+
 def field_members(field, fields):
     yield f'.name = "{field["name"]}"'
     if field.get("reserved"):
         yield ".is_reserved = true"
     if field.get("secret"):
         yield ".is_secret = true"
+    if "empty" in field:
+        yield ".may_be_empty = true"
+    if field.get("number"):
+        yield ".is_number = true"
     if "counted_by" in field:
         yield f'.counted_by = "{field["counted_by"]}", .count = record.{field["counted_by"]}'
         if fields[field["counted_by"]].get("negative"):
