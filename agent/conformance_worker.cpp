@@ -17,6 +17,9 @@
 #include <system_error>
 #include <unistd.h>
 
+// Not every C library has it.
+extern "C" __attribute__((weak)) const char *sigabbrev_np(int signal) noexcept;
+
 namespace agent {
 
 namespace {
@@ -95,7 +98,7 @@ class Teller {
 // A name such as ABRT. Realtime signals have none of their own; they are counted from the first.
 std::string name_of_signal(int signal)
 {
-    if (const char *name = sigabbrev_np(signal)) {
+    if (const char *name = sigabbrev_np != nullptr ? sigabbrev_np(signal) : nullptr) {
         return name;
     }
     return signal >= SIGRTMIN ? "RTMIN+" + std::to_string(signal - SIGRTMIN)
