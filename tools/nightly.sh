@@ -24,6 +24,10 @@ job_json_cases() {
     /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
 }
 
+job_mipsel_agent() {
+    scripts/mipsel_agent.sh
+}
+
 jobs=()
 for name in $(compgen -A function job_); do
     jobs+=("${name#job_}")
