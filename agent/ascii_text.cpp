@@ -50,6 +50,25 @@ std::string one_line(std::string_view bytes, size_t max_bytes)
     return line;
 }
 
+std::string in_quotes(std::string_view bytes)
+{
+    std::string line = "\"";
+    for (const char byte : bytes) {
+        line += byte == '"' || byte == '\\' ? "\\" : "";
+        line += escaped({&byte, 1});
+    }
+    return line + '"';
+}
+
+std::string json_for_terminal(std::string_view json)
+{
+    std::string shown;
+    for (const char byte : json) { // print() leaves ASCII alone
+        shown += byte == 0x7f ? "\\u007f" : std::string(1, byte);
+    }
+    return shown;
+}
+
 size_t columns_of(std::string_view utf8_text)
 {
     return utf8_text.size();

@@ -28,8 +28,12 @@ bool looks_like_json(const std::string &word)
            (begin != std::string::npos && strchr("{[\"", word[begin]) != nullptr);
 }
 
-Json request_of(const std::vector<std::string> &words)
+Json request_of(const CallOptions &call)
 {
+    const std::vector<std::string> &words = call.request;
+    if (call.request_file) {
+        return parse_object(read_all_of(*call.request_file, kMaxRequest));
+    }
     if (words.size() == 1 && words.front() == "-") {
         return parse_object(read_all_input(kMaxRequest));
     }
@@ -64,7 +68,7 @@ int run_call(const Options &options)
 {
     Json object;
     try {
-        object = request_of(options.call.request);
+        object = request_of(options.call);
     } catch (const BadRequest &problem) {
         complain(complaint_of(problem, options.call.request));
         return kWrongUsage;

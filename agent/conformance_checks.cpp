@@ -17,7 +17,7 @@ namespace agent {
 
 namespace {
 
-struct DeviceCall {
+struct WatchedCall {
     std::string function;
     int32_t result;
     bool wrote;
@@ -27,7 +27,7 @@ struct DeviceCall {
 struct Watched {
     std::mutex mutex;
     CheckListener listener;
-    std::vector<DeviceCall> calls;
+    std::vector<WatchedCall> calls;
     std::vector<std::string> functions; // whose faults matter; empty: all
 };
 Watched watched;
@@ -94,18 +94,16 @@ void refused_command(const std::string &command)
     }
 }
 
-std::vector<DeviceCall> take_calls()
+std::vector<WatchedCall> take_calls()
 {
     const std::lock_guard lock(watched.mutex);
     return std::exchange(watched.calls, {});
 }
 
 // Whether the result is one of the function's answers, and no failure.
-bool is_answer(const DeviceCall &call)
+bool is_answer(const WatchedCall &call)
 {
-    const device_facts::Function *function = device_facts::find(call.function);
-    return call.result == 0 || function->answers.contain(call.result) ||
-           (function->is_answer && call.result > 0);
+    return device_facts::is_success(*device_facts::find(call.function), call.result);
 }
 
 std::string joined(const std::set<std::string> &names)
@@ -119,12 +117,12 @@ std::string joined(const std::set<std::string> &names)
 
 // What the plug-in did with the device: -1 with nothing written is how a library says that it does
 // not support something.
-CheckResult judge(bool success, const std::string &reason, const std::vector<DeviceCall> &calls)
+CheckResult judge(bool success, const std::string &reason, const std::vector<WatchedCall> &calls)
 {
     std::set<std::string> unsupported;
     std::set<std::string> supported;
     std::set<std::string> failed;
-    for (const DeviceCall &call : calls) {
+    for (const WatchedCall &call : calls) {
         if (call.result == -1 && !call.wrote) {
             unsupported.insert(call.function);
         } else if (is_answer(call)) {

@@ -1,6 +1,7 @@
 // hg-conformance, the test of device libraries as a program of its own: what runs on a router,
 // where the reference agent's libraries are not. It does what "hgagent conformance" does.
 #include "conformance.h"
+#include "error_output.h"
 #include "exit_status.h"
 #include "log_sink.h"
 #include "options.h"
@@ -13,7 +14,9 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <getopt.h>
+#include <new>
 #include <optional>
 #include <unistd.h>
 
@@ -139,29 +142,44 @@ std::optional<agent::Options> parse(int count, char **words, int &exit_status)
     return options;
 }
 
-} // namespace
-
-int main(int count, char **words)
+// Whatever goes wrong is said in a sentence.
+int run(int count, char **words)
 {
     try {
         agent::secure_standard_streams();
+        agent::open_error_output();
         int exit_status = agent::kSuccess;
         const auto options = parse(count, words, exit_status);
         if (!options) {
             return exit_status;
         }
         agent::set_log({options->log_level, false});
-        exit_status = agent::run_conformance(*options);
-        if (agent::has_other_threads()) {
-            fflush(nullptr);
-            _exit(exit_status);
-        }
-        return exit_status;
+        return agent::run_conformance(*options);
     } catch (const agent::HostError &problem) {
         agent::complain(problem.what(), kMaxHostError);
         return problem.status();
     } catch (const agent::StreamError &problem) {
         agent::complain(problem.what());
         return agent::kCannotWrite;
+    } catch (const std::bad_alloc &) {
+        agent::complain_of_memory();
+        return agent::kOutOfMemory;
+    } catch (const std::exception &problem) { // of the system, while the libraries are brought up
+        agent::complain(problem.what());
+        return agent::kCannotLoad;
     }
+}
+
+} // namespace
+
+int main(int count, char **words)
+{
+    const int exit_status = run(count, words);
+    agent::finish_error_output();
+    if (agent::has_other_threads()) {
+        // A worker of the plug-in may still run: nothing that it uses may be taken from it.
+        fflush(nullptr);
+        _exit(exit_status);
+    }
+    return exit_status;
 }

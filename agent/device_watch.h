@@ -1,7 +1,8 @@
-// The library that stands between the plug-in and a device library and looks at every call: it has
-// the functions of device_access.h, calls those of the device library, and says where that breaks
-// what the header promises.
+// The stage that looks at every call of a device library and says where it breaks what
+// device_access.h promises.
 #pragma once
+
+#include "device_layer.h"
 
 #include <cstdint>
 
@@ -21,9 +22,17 @@ struct DeviceWatcher {
     void (*fault)(const char *function, const char *what) = nullptr;
 };
 
-// Exported by the library as kStartDeviceWatch: from now on its functions call those of the device
-// library, a handle of dlopen().
-using StartDeviceWatch = void (*)(void *device, const DeviceWatcher *watcher);
-constexpr char kStartDeviceWatch[] = "device_watch_start";
+class DeviceWatch : public DeviceStage {
+  public:
+    DeviceWatch(DeviceStage &next, const DeviceWatcher &watcher) : next_(next), watcher_(watcher) {}
+
+    // What the device library may write into stands between guards meanwhile. What the plug-in
+    // could not free or read is taken out of it.
+    void run(DeviceCall &call) override;
+
+  private:
+    DeviceStage &next_;
+    const DeviceWatcher watcher_;
+};
 
 } // namespace agent

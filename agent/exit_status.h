@@ -9,7 +9,8 @@ enum ExitStatus {
     kWrongUsage = 2,     // also a request that is no JSON object
     kUnknownCommand = 3, // no such command or report
     kCannotLoad = 4,     // a library cannot be loaded, or the simulated gateway not be opened
-    kCannotWrite = 5,    // standard input or output failed
+    kCannotWrite = 5,    // standard input or output failed, or a file of requests or results
+    kOutOfMemory = 6,    // before there was a request to answer
     kSignalled = 128,    // plus the number of the signal that ended the work
 };
 

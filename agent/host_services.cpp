@@ -7,6 +7,7 @@
 #include "simulated_gateway/simulated_gateway.h"
 #include "text.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdarg>
 #include <cstdio>
@@ -14,7 +15,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <new>
-#include <regex>
+#include <string_view>
 
 using agent::kLogError;
 using agent::kLogInfo;
@@ -23,12 +24,21 @@ namespace {
 
 constexpr size_t kMaxMacText = 17;
 
+// Whether the text has the form, in which x stands for a hexadecimal digit.
+bool has_form(std::string_view text, std::string_view form)
+{
+    return std::equal(text.begin(), text.end(), form.begin(), form.end(),
+                      [](char letter, char wanted) {
+                          return wanted == 'x' ? isxdigit(static_cast<unsigned char>(letter)) != 0
+                                               : letter == wanted;
+                      });
+}
+
 bool is_mac(const char *text)
 {
-    // Bare, with colons or dashes between bytes, or with points between pairs of bytes.
-    static const std::regex forms("[0-9A-Fa-f]{2}([:-]?)[0-9A-Fa-f]{2}(\\1[0-9A-Fa-f]{2}){4}|"
-                                  "[0-9A-Fa-f]{4}(\\.[0-9A-Fa-f]{4}){2}");
-    return strnlen(text, kMaxMacText + 1) <= kMaxMacText && std::regex_match(text, forms);
+    const std::string_view form(text, strnlen(text, kMaxMacText + 1));
+    return has_form(form, "xxxxxxxxxxxx") || has_form(form, "xx:xx:xx:xx:xx:xx") ||
+           has_form(form, "xx-xx-xx-xx-xx-xx") || has_form(form, "xxxx.xxxx.xxxx");
 }
 
 // Null when the device library is no simulated gateway.

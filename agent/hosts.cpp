@@ -51,7 +51,7 @@ int run_hosts(const Options &options)
 {
     ReplyOutput output;
     const PluginHost host(options.host);
-    const Json reply(cJSON_CreateObject());
+    const Json reply = new_object();
     if (host.process("GET_AD_BASE_INFO", reply.get()) != 0) {
         throw HostError(kCannotLoad,
                         "the plug-in " + host.path() + " has no command GET_AD_BASE_INFO");

@@ -122,6 +122,11 @@ bool is_cut_off(const std::string &path)
     return false;
 }
 
+std::vector<std::string> needed_symbols(const std::string &path)
+{
+    return read_needs(path).symbols;
+}
+
 std::vector<std::string> missing_symbols(const std::string &path)
 {
     const Needs needs = read_needs(path);

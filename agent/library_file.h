@@ -14,4 +14,7 @@ bool is_cut_off(const std::string &path);
 // is loaded already nor the libraries that it needs itself. None when the file is no library.
 std::vector<std::string> missing_symbols(const std::string &path);
 
+// The symbols that the library in the file leaves undefined.
+std::vector<std::string> needed_symbols(const std::string &path);
+
 } // namespace agent

@@ -5,7 +5,7 @@
 #include "text.h"
 
 #include <atomic>
-#include <new>
+#include <exception>
 #include <string>
 
 namespace agent {
@@ -40,8 +40,8 @@ void write_message(const char *module, int32_t level, const char *format, va_lis
         line += ": ";
         line += one_line(without_line_end(text));
         write_error_line(line);
-    } catch (const std::bad_alloc &) {
-        // The callers cannot handle exceptions, and a lost line is no reason to end the agent.
+    } catch (const std::exception &) {
+        // The callers cannot handle any, and a lost line is no reason to end the agent.
     }
 }
 

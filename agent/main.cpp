@@ -1,6 +1,7 @@
 // hgagent, the reference agent: hosts the plug-in and a device library as a gateway's agent does.
 #include "call.h"
 #include "conformance.h"
+#include "error_output.h"
 #include "exit_status.h"
 #include "hosts.h"
 #include "log_sink.h"
@@ -13,9 +14,12 @@
 #include "streams.h"
 #include "text.h"
 #include "topology.h"
+#include "process_memory.h"
 #include "workers.h"
 
 #include <cstdio>
+#include <exception>
+#include <new>
 #include <unistd.h>
 
 namespace {
@@ -48,30 +52,45 @@ int run(const agent::Options &options)
     return agent::kWrongUsage;
 }
 
-} // namespace
-
-int main(int count, char **words)
+// Whatever goes wrong is said in a sentence.
+int run(int count, char **words)
 {
     try {
+        agent::set_up_memory();
         agent::secure_standard_streams();
+        agent::open_error_output();
         int exit_status = agent::kSuccess;
         const auto options = agent::parse_options(count, words, exit_status);
         if (!options) {
             return exit_status;
         }
         agent::set_log({options->log_level, options->host.show_secrets});
-        exit_status = run(*options);
-        if (agent::has_other_threads()) {
-            // A worker of the plug-in may still run: nothing that it uses may be taken from it.
-            fflush(nullptr);
-            _exit(exit_status);
-        }
-        return exit_status;
+        return run(*options);
     } catch (const agent::HostError &problem) {
         agent::complain(problem.what(), kMaxHostError);
         return problem.status();
     } catch (const agent::StreamError &problem) {
         agent::complain(problem.what());
         return agent::kCannotWrite;
+    } catch (const std::bad_alloc &) {
+        agent::complain_of_memory();
+        return agent::kOutOfMemory;
+    } catch (const std::exception &problem) { // of the system, while the libraries are brought up
+        agent::complain(problem.what());
+        return agent::kCannotLoad;
     }
+}
+
+} // namespace
+
+int main(int count, char **words)
+{
+    const int exit_status = run(count, words);
+    agent::finish_error_output();
+    if (agent::has_other_threads()) {
+        // A worker of the plug-in may still run: nothing that it uses may be taken from it.
+        fflush(nullptr);
+        _exit(exit_status);
+    }
+    return exit_status;
 }

@@ -21,7 +21,8 @@ Exit status:
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
   4  a library cannot be loaded, or the simulated gateway not be opened
-  5  standard input or output failed, or the file of --junit
+  5  standard input or output failed, or the file of --junit or --request-file
+  6  out of memory
   128 + N  call, serve, report image-upgrade or conformance was ended by signal N
 
 Examples:
@@ -90,6 +91,9 @@ void take_request(const CLI::App &call, Options &options)
 {
     options.subcommand = Subcommand::kCall;
     options.call.request = call.remaining();
+    if (options.call.request_file && !options.call.request.empty()) {
+        throw CLI::ExtrasError("call", options.call.request);
+    }
     for (const std::string &word : options.call.request) {
         if (word.starts_with('-') && word != "-") {
             throw CLI::ExtrasError("call", {word});
@@ -110,11 +114,16 @@ void add_call(CLI::App &app, Options &options)
         ->type_name("")
         ->required();
     add_reasons(call, options);
+    call->add_option("--request-file", options.call.request_file,
+                     "File with the request, a JSON object")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
     call->allow_extras();
     call->footer(R"(
 hgagent call NAME [JSON | - | KEY=VALUE ...]
 The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a text, in their
-order; without any of them {}.)");
+order; without any of them {}. Everybody on the machine can read the words of a command line: give a
+password on standard input or in a file.)");
     call->callback([call, &options] { take_request(*call, options); });
 }
 

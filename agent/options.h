@@ -25,7 +25,8 @@ struct HostOptions {
 
 struct CallOptions {
     std::string command;
-    std::vector<std::string> request; // nothing, a JSON text, "-", or KEY=VALUE words
+    std::vector<std::string> request;        // nothing, a JSON text, "-", or KEY=VALUE words
+    std::optional<std::string> request_file; // instead of these
 };
 
 struct ServeOptions {

@@ -1,6 +1,8 @@
 #include "plugin_host.h"
 
+#include "device_trace.h"
 #include "library_file.h"
+#include "protocol/device_layout.h"
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/processjsonability.h"
@@ -8,7 +10,9 @@
 
 #include <dlfcn.h>
 #include <filesystem>
+#include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace agent {
@@ -16,9 +20,11 @@ namespace agent {
 namespace {
 
 constexpr char kDeviceLibrary[] = "libsimulated_gateway.so";
-constexpr char kDeviceWatch[] = "libdevice_watch.so";
+constexpr char kDeviceLayer[] = "libdevice_layer.so";
 constexpr char kPlugin[] = "libsmart_router_service.so";
 constexpr char kOwnLibraries[] = "the libraries that it needs";
+constexpr char kDeviceProviders[] = "the device library";
+constexpr char kOpenGateway[] = "simulated_gateway_open";
 constexpr size_t kMaxGatewayError = 1024;
 
 // Libraries stand where they were installed with the executable, wherever the whole was moved to,
@@ -109,19 +115,48 @@ void check_version(void *library, const std::string &path)
     }
 }
 
-// A library that is loaded later finds the watch's functions before those of the device library,
-// which has found its own by now.
-void put_watch_before(void *device, const std::string &path, const DeviceWatcher &watcher)
+// The last stage: the device library's own functions.
+class DeviceFunctions : public DeviceStage {
+  public:
+    explicit DeviceFunctions(void *library) : library_(library) {}
+
+    void run(DeviceCall &call) override
+    {
+        void *function = dlsym(library_, call.function.name);
+        call.is_missing = function == nullptr;
+        if (function != nullptr) {
+            call.result = call.make(function, call.arguments.data());
+        }
+    }
+
+  private:
+    void *library_;
+};
+
+// Those between the plug-in and the device library, the last one first. They are there as long as
+// the process is: workers of the plug-in may be calling until then.
+std::vector<std::unique_ptr<DeviceStage>> stages;
+
+template <class Stage, class... Arguments> Stage &add_stage(Arguments &&...arguments)
 {
-    void *watch = load("device watch", library_path("", kDeviceWatch), RTLD_NOW | RTLD_GLOBAL,
+    auto stage = std::make_unique<Stage>(std::forward<Arguments>(arguments)...);
+    Stage &added = *stage;
+    stages.push_back(std::move(stage));
+    return added;
+}
+
+// A library that is loaded into the global scope later finds the layer's functions before those of
+// the device library, which has found its own by now.
+void load_layer()
+{
+    void *layer = load("device layer", library_path("", kDeviceLayer), RTLD_NOW | RTLD_GLOBAL,
                        kOwnLibraries, false);
     const auto start =
-        function_of<std::remove_pointer_t<StartDeviceWatch>>(watch, kStartDeviceWatch);
+        function_of<std::remove_pointer_t<StartDeviceLayer>>(layer, kStartDeviceLayer);
     if (start == nullptr) {
-        throw HostError(kCannotLoad, "the device watch cannot be started");
+        throw HostError(kCannotLoad, "the device layer cannot be started");
     }
-    start(device, &watcher);
-    dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL | RTLD_NOLOAD);
+    start(stages.back().get());
 }
 
 } // namespace
@@ -129,27 +164,60 @@ void put_watch_before(void *device, const std::string &path, const DeviceWatcher
 DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher)
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
-    library_ =
-        load("device library", path, RTLD_NOW | (watcher != nullptr ? RTLD_LOCAL : RTLD_GLOBAL),
-             kOwnLibraries, options.verbose);
+    library_ = load("device library", path, RTLD_NOW | RTLD_LOCAL, kOwnLibraries, options.verbose);
     check_version(library_, path);
-    if (watcher != nullptr) {
-        put_watch_before(library_, path, *watcher);
+    // The simulated gateway traces its calls by itself.
+    const bool has_own_trace = symbol(kOpenGateway) != nullptr;
+    if (watcher != nullptr || (options.trace && !has_own_trace)) {
+        put_stages(options, watcher, !has_own_trace);
+        load_layer();
     }
+    dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL | RTLD_NOLOAD);
     open_gateway(path, options);
+}
+
+void DeviceLibrary::put_stages(const HostOptions &options, const DeviceWatcher *watcher,
+                               bool may_trace)
+{
+    add_stage<DeviceFunctions>(library_);
+    if (watcher != nullptr) {
+        add_stage<DeviceWatch>(*stages.back(), *watcher);
+    }
+    if (options.trace && may_trace) {
+        trace_ = &add_stage<DeviceTrace>(*stages.back(), *options.trace, options.show_secrets);
+    }
+    is_watched_ = watcher != nullptr;
+}
+
+// The layer has every function: a plug-in could no longer be told that the device library lacks
+// one.
+void DeviceLibrary::require_functions(const std::string &plugin, bool verbose) const
+{
+    if (trace_ == nullptr || is_watched_) { // whoever watches wants to know which are called
+        return;
+    }
+    std::vector<std::string> missing;
+    for (const std::string &name : needed_symbols(plugin)) {
+        if (device_layout::find(name) != nullptr && symbol(name.c_str()) == nullptr) {
+            missing.push_back(name);
+        }
+    }
+    if (!missing.empty()) {
+        throw HostError(kCannotLoad, "cannot load the plug-in " + plugin + ": " +
+                                         lack_of(missing, kDeviceProviders, verbose));
+    }
 }
 
 void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &options)
 {
-    const auto open =
-        function_of<decltype(simulated_gateway_open)>(library_, "simulated_gateway_open");
+    const auto open = function_of<decltype(simulated_gateway_open)>(library_, kOpenGateway);
     if (open == nullptr) {
-        if (options.scenario || options.state || options.trace || options.firmware_folder ||
-            options.firmware_key || !options.faults.empty()) {
-            throw HostError(kWrongUsage, "--scenario, --state, --fault, --trace, --firmware-folder "
-                                         "and --firmware-key are for the simulated gateway, and "
-                                         "the device library " +
-                                             path + " is none");
+        if (options.scenario || options.state || options.firmware_folder || options.firmware_key ||
+            !options.faults.empty()) {
+            throw HostError(kWrongUsage,
+                            "--scenario, --state, --fault, --firmware-folder and --firmware-key "
+                            "are for the simulated gateway, and the device library " +
+                                path + " is none");
         }
         return;
     }
@@ -177,6 +245,9 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
 
 DeviceLibrary::~DeviceLibrary()
 {
+    if (trace_ != nullptr) {
+        trace_->finish();
+    }
     // The library itself stays loaded: workers of the plug-in may still be calling it.
     if (close_ != nullptr) {
         close_();
@@ -190,9 +261,10 @@ void *DeviceLibrary::symbol(const char *name) const
 
 PluginHost::PluginHost(const HostOptions &options, const DeviceWatcher *watcher)
     : device_(options, watcher), path_(library_path(options.plugin, kPlugin)),
-      library_(load("plug-in", path_, RTLD_NOW, "the device library", options.verbose)),
+      library_(load("plug-in", path_, RTLD_NOW, kDeviceProviders, options.verbose)),
       process_(function_of<decltype(hg_process_json_cmd)>(library_, "hg_process_json_cmd"))
 {
+    device_.require_functions(path_, options.verbose);
     if (process_ == nullptr) {
         throw HostError(kCannotLoad,
                         "the plug-in " + path_ + " has no function hg_process_json_cmd");

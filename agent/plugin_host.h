@@ -12,6 +12,8 @@
 
 namespace agent {
 
+class DeviceTrace;
+
 // Why the libraries could not be brought up, and what the agent ends with.
 class HostError : public std::runtime_error {
   public:
@@ -26,8 +28,9 @@ class HostError : public std::runtime_error {
 };
 
 // The device library. When it is the simulated gateway, it is opened with the options that were
-// given, and closed at the end of this object's life. With a watcher, the plug-in that is loaded
-// next calls it by way of the device watch.
+// given, and closed at the end of this object's life. With a watcher, and with a trace unless it is
+// the simulated gateway, the plug-in that is loaded next calls it by way of the device layer;
+// otherwise nothing stands between the two.
 class DeviceLibrary {
   public:
     DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher); // throws HostError
@@ -37,11 +40,17 @@ class DeviceLibrary {
 
     // Null when the library does not export it.
     void *symbol(const char *name) const;
+    // Throws HostError when the device library lacks functions that the plug-in in the file needs
+    // and would otherwise find in the layer.
+    void require_functions(const std::string &plugin, bool verbose) const;
 
   private:
     void open_gateway(const std::string &path, const HostOptions &options);
+    void put_stages(const HostOptions &options, const DeviceWatcher *watcher, bool may_trace);
 
     void *library_;
+    DeviceTrace *trace_ = nullptr;
+    bool is_watched_ = false;
     void (*close_)() = nullptr;
 };
 

@@ -26,8 +26,9 @@ ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
                        const StopSignals *stop)
 {
     const WithoutStatusLine status; // both may stand on one terminal
-    const Form form = {.indented = output.is_terminal(), .raw_bytes = raw_bytes};
-    if (!output.write_line(print(reply, form), stop)) {
+    const bool terminal = output.is_terminal();
+    const std::string text = print(reply, {.indented = terminal, .raw_bytes = raw_bytes});
+    if (!output.write_line(terminal && !raw_bytes ? json_for_terminal(text) : text, stop)) {
         complain("nobody reads the reply");
         return kCannotWrite;
     }

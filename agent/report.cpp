@@ -31,7 +31,7 @@ int print_report(const Options &options)
 {
     ReplyOutput output;
     const PluginHost host(options.host);
-    const Json report(cJSON_CreateObject());
+    const Json report = new_object();
     const int32_t result = build_report(host, options.report, options.router_path, report.get());
     const ExitStatus written = write_reply(report.get(), options.raw_bytes, output);
     // Of the reports without a "Status" only the result says that they failed.

@@ -22,6 +22,9 @@ class BadRequest : public std::runtime_error {
 // The JSON object that the text is. Throws BadRequest.
 Json parse_object(std::string_view text);
 
+// An object without members.
+Json new_object();
+
 // An object of texts from words of the form KEY=VALUE, in their order. Throws BadRequest.
 Json object_from_words(std::span<const std::string> words);
 
@@ -34,14 +37,17 @@ struct Notice {
 // One line that serve reads: {"id": ANY, "command": "NAME", "params": {…}}, or instead of a command
 // {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}.
 struct Call {
-    std::string id = "null"; // the JSON text as it came, so that no number loses a digit
+    // Texts of the line itself, so that no number loses a digit.
+    std::string_view id = "null";
+    std::string_view params_text = "{}";
     std::string command;
     Json params;
     std::optional<Notice> notice;
     std::string error; // what is wrong with the call; empty when nothing is
 };
 
-// Throws BadRequest for a line that is no JSON object: it has no id to answer to.
+// The line has to outlive what is made of it. Throws BadRequest for a line that is no JSON object:
+// it has no id to answer to.
 Call parse_call(std::string_view line);
 
 } // namespace agent

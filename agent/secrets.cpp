@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sys/prctl.h>
 
 namespace agent {
 
@@ -22,19 +23,6 @@ bool is_word_letter(char letter)
 size_t after_space(std::string_view text, size_t at)
 {
     return std::min(text.find_first_not_of(kSpace, at), text.size());
-}
-
-// Where the string ends that begins at the quote: behind its closing quote, or at the text's end.
-size_t end_of_string(std::string_view text, size_t quote)
-{
-    for (size_t at = quote + 1; at < text.size(); ++at) {
-        if (text[at] == '\\') {
-            ++at;
-        } else if (text[at] == '"') {
-            return at + 1;
-        }
-    }
-    return text.size();
 }
 
 size_t end_of_value(std::string_view text, size_t begin)
@@ -83,6 +71,11 @@ bool labels_a_secret(std::string_view text)
     return is_secret_name(text.substr(begin, end - begin));
 }
 
+void forbid_core_dumps()
+{
+    prctl(PR_SET_DUMPABLE, 0);
+}
+
 std::string mask_json(std::string_view text)
 {
     std::string shown;
@@ -101,6 +94,33 @@ std::string mask_json(std::string_view text)
         shown += text.substr(end, value - end);
         shown += std::string("\"") + kMask + '"';
         at = end_of_value(text, value);
+    }
+    return shown;
+}
+
+std::string mask_address(std::string_view address)
+{
+    const size_t scheme = address.find("://");
+    const size_t begin = scheme == std::string_view::npos ? 0 : scheme + 3;
+    const size_t at = address.rfind('@');
+    const size_t colon = address.find(':', begin);
+    std::string shown;
+    std::string_view rest = address;
+    if (at != std::string_view::npos && colon < at) {
+        shown = std::string(address.substr(0, colon + 1)) + kMask;
+        rest = address.substr(at);
+    }
+    bool in_query = false;
+    for (size_t next = 0; next < rest.size();) {
+        const char mark = rest[next++];
+        shown += mark;
+        in_query = in_query || mark == '?';
+        if (mark == '#' || (mark == '=' && in_query)) {
+            const size_t end =
+                std::min(mark == '#' ? rest.size() : rest.find_first_of("&#", next), rest.size());
+            shown += end > next ? kMask : "";
+            next = end;
+        }
     }
     return shown;
 }

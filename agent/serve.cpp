@@ -7,20 +7,38 @@
 #include "progress.h"
 #include "protocol.h"
 #include "requests.h"
+#include "secrets.h"
 #include "smart_router_service/processjsonability.h"
 #include "streams.h"
 #include "text.h"
 #include "workers.h"
 
+#include <cstdlib>
+#include <malloc.h>
+#include <new>
 #include <optional>
 
 namespace agent {
 
 namespace {
 
-std::string error_answer(const std::string &id, const std::string &error)
+// What a line is answered with: texts that follow each other. Those that are no constants of the
+// program are the line's, or the answer's own.
+struct Answer {
+    std::string_view id = "null";
+    std::string_view begin;
+    std::string own;
+};
+
+constexpr std::string_view kNoMemory =
+    R"(,"error":"out of memory: the request has not been looked at")";
+constexpr std::string_view kNoMemoryForReply =
+    R"(,"error":"out of memory: the command has run, and its reply is lost")";
+
+void set_error(Answer &answer, const std::string &error)
 {
-    return "{\"id\":" + id + ",\"error\":" + agent::quoted(error) + "}";
+    answer.own = agent::quoted(error);
+    answer.begin = R"(,"error":)";
 }
 
 std::string member_of(const std::vector<std::string> &reasons)
@@ -32,43 +50,71 @@ std::string member_of(const std::vector<std::string> &reasons)
     return "\"reasons\":[" + list + "]";
 }
 
-// What an answer ends with: what was said of the command that has just run, if that is wanted.
-std::string end_of_answer(CommandReasons *reasons)
-{
-    return reasons != nullptr ? "," + member_of(reasons->take()) + "}" : "}";
-}
-
-std::string answer_to(const Call &call, const PluginHost &host, CommandReasons *reasons,
-                      bool raw_bytes)
+void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
+         Answer &answer)
 {
     if (!call.error.empty()) {
-        return error_answer(call.id, call.error);
+        set_error(answer, call.error);
+        return;
     }
-    const std::string begin = "{\"id\":" + call.id + ",\"result\":";
+    answer.begin = kNoMemoryForReply; // unless there is memory for another one
     if (call.notice) {
-        return begin + std::to_string(raise_notice(host, *call.notice)) + end_of_answer(reasons);
+        answer.own = std::to_string(raise_notice(host, *call.notice));
+    } else {
+        const int32_t result = host.process(call.command, call.params.get());
+        if (result == HG_NO_SUCH_COMMAND) {
+            complain(no_such_command(call.command));
+        }
+        answer.own = std::to_string(result) + R"(,"reply":)";
+        // Printed anew, a number might lose a digit.
+        answer.own += result == HG_NO_SUCH_COMMAND
+                          ? call.params_text
+                          : print(call.params.get(), {.raw_bytes = raw_bytes});
     }
-    const int32_t result = host.process(call.command, call.params.get());
-    if (result == HG_NO_SUCH_COMMAND) {
-        complain(no_such_command(call.command));
+    if (reasons != nullptr) {
+        answer.own += "," + member_of(reasons->take());
     }
-    return begin + std::to_string(result) +
-           ",\"reply\":" + print(call.params.get(), {.raw_bytes = raw_bytes}) +
-           end_of_answer(reasons);
+    answer.begin = R"(,"result":)";
 }
 
-std::string answer_to(const std::string &line, const PluginHost &host, CommandReasons *reasons,
-                      bool raw_bytes)
+// Whether there is none for a request. What has begun may live on a reserve; nothing begins on it.
+bool is_memory_short()
 {
-    Call call;
-    try {
-        call = parse_call(line);
-        return answer_to(call, host, reasons, raw_bytes);
-    } catch (const BadRequest &problem) {
-        return error_answer(call.id, problem.what());
-    } catch (const HostError &problem) {
-        return error_answer(call.id, problem.what());
+    constexpr size_t kForARequest = 4096;
+    void *memory = malloc(kForARequest);
+    free(memory);
+    return memory == nullptr;
+}
+
+Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *reasons,
+                 bool raw_bytes)
+{
+    Answer answer;
+    answer.begin = kNoMemory; // as above
+    if (is_memory_short()) {
+        malloc_trim(0); // what is free may be of use to others
+        complain_of_memory();
+        return answer;
     }
+    try {
+        try {
+            const Call call = parse_call(line);
+            answer.id = call.id;
+            run(call, host, reasons, raw_bytes, answer);
+        } catch (const BadRequest &problem) {
+            set_error(answer, problem.what());
+        } catch (const HostError &problem) {
+            set_error(answer, problem.what());
+        }
+    } catch (const std::bad_alloc &) {
+        answer.own.clear();
+        if (reasons != nullptr) {
+            reasons->take(); // they are not those of the next command
+        }
+        malloc_trim(0);
+        complain_of_memory();
+    }
+    return answer;
 }
 
 std::string notice_line(const Json &notice, bool raw_bytes)
@@ -88,18 +134,22 @@ void answer_lines(const Options &options, const PluginHost &host, CommandReasons
 {
     const size_t max_line = options.serve.max_line;
     const std::string too_long =
-        error_answer("null", "the line is longer than " + std::to_string(max_line) + " bytes");
+        R"({"id":null,"error":"the line is longer than )" + std::to_string(max_line) + " bytes\"}";
     LineReader reader(stop, max_line);
-    std::string line;
+    std::string_view line;
     for (;;) {
         const LineReader::Result read = reader.next(line);
         if (read == LineReader::Result::kEnd || read == LineReader::Result::kStopped) {
             return;
         }
-        const bool whole = read == LineReader::Result::kLine;
-        const std::string answer =
-            whole ? answer_to(line, host, reasons, options.raw_bytes) : too_long;
-        if (!output.write_line(answer, &stop)) {
+        if (read == LineReader::Result::kTooLong) {
+            if (!output.write_line(too_long, &stop)) {
+                return;
+            }
+            continue;
+        }
+        const Answer answer = answer_to(line, host, reasons, options.raw_bytes);
+        if (!output.write({R"({"id":)", answer.id, answer.begin, answer.own, "}\n"}, &stop)) {
             return;
         }
     }
@@ -109,6 +159,9 @@ void answer_lines(const Options &options, const PluginHost &host, CommandReasons
 
 int run_serve(const Options &options)
 {
+    if (!options.host.show_secrets) {
+        forbid_core_dumps();
+    }
     const StopSignals stop;
     ReplyOutput output;
     const PluginHost host(options.host);

@@ -4,7 +4,10 @@
 
 #include <atomic>
 #include <chrono>
+#include <initializer_list>
+#include <memory>
 #include <mutex>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -18,8 +21,8 @@ class StreamError : public std::runtime_error {
 };
 
 // Makes sure that descriptors 0 to 2 are taken: a file that is opened later must not become the
-// standard output of a process that was started without one. Also lets writing to a closed pipe
-// fail instead of ending the process.
+// standard output of a process that was started without one. Also lets writing to a closed pipe, or
+// to a file that may not grow, fail instead of ending the process.
 void secure_standard_streams();
 
 // The signals SIGTERM and SIGINT, held back until somebody waits. To be made before any thread is;
@@ -34,8 +37,9 @@ class StopSignals {
     // The signal that arrived, or 0.
     int arrived() const;
 
-    // Waits until the descriptor is ready for the poll() events, or until a signal arrives. Result:
-    // whether the descriptor is ready.
+    // Waits until the descriptor is ready for the poll() events, or until a signal arrives; what
+    // has not been written to standard error is, meanwhile. Result: whether the descriptor is
+    // ready.
     bool wait_for(int descriptor, short events) const;
 
     // Whether a signal had arrived when somebody last waited. Costs nothing, unlike arrived().
@@ -49,24 +53,31 @@ class StopSignals {
     mutable std::atomic<bool> seen_ = false;
 };
 
-// Reads lines from standard input. A line that is too long is passed over without being kept.
+// Reads lines from standard input. A line that is too long is passed over without being kept. Room
+// for the longest line is allocated at the start, so that reading needs no memory later on.
 class LineReader {
   public:
     enum class Result { kLine, kTooLong, kEnd, kStopped };
 
-    LineReader(const StopSignals &stop, size_t max_line) : stop_(stop), max_line_(max_line) {}
+    LineReader(const StopSignals &stop, size_t max_line);
+    ~LineReader();
+    LineReader(const LineReader &) = delete;
+    LineReader &operator=(const LineReader &) = delete;
 
-    // On kLine, line is the line without its end; the last one need not have any. Throws
-    // StreamError.
-    Result next(std::string &line);
+    // On kLine, line is the line without its end; the last one need not have any. It is wiped from
+    // memory by the next call. Throws StreamError.
+    Result next(std::string_view &line);
 
   private:
     bool fill();
+    void forget();
 
     const StopSignals &stop_;
     const size_t max_line_;
-    std::string buffer_;
-    size_t begin_ = 0; // where the next line starts in the buffer
+    const std::unique_ptr<char[]> buffer_;
+    size_t given_ = 0; // where the line starts that has been handed out
+    size_t begin_ = 0; // where the next line starts
+    size_t end_ = 0;   // of what has been read
     bool ended_ = false;
 };
 
@@ -84,7 +95,9 @@ class ReplyOutput {
     // Writes the text and a line end. Result: false when nobody reads any more. Throws StreamError.
     // With signals, gives up and returns false when one arrives while nobody reads; no further line
     // is written then, since a part of this one may stand there.
-    bool write_line(std::string text, const StopSignals *stop = nullptr);
+    bool write_line(std::string_view text, const StopSignals *stop = nullptr);
+    // The same for the pieces of a line with its end. Neither allocates anything.
+    bool write(std::initializer_list<std::string_view> pieces, const StopSignals *stop);
 
   private:
     int descriptor_;
@@ -94,5 +107,7 @@ class ReplyOutput {
 
 // All of standard input. Throws StreamError, also when it is longer than max_bytes.
 std::string read_all_input(size_t max_bytes);
+// The same of a file, which may be a pipe.
+std::string read_all_of(const std::string &path, size_t max_bytes);
 
 } // namespace agent

@@ -3,6 +3,7 @@
 #include "error_output.h"
 
 #include <algorithm>
+#include <new>
 #include <numeric>
 
 namespace agent {
@@ -46,6 +47,18 @@ size_t edit_distance(std::string_view from, std::string_view to)
     return row.back();
 }
 
+size_t end_of_string(std::string_view text, size_t quote)
+{
+    for (size_t at = quote + 1; at < text.size(); ++at) {
+        if (text[at] == '\\') {
+            ++at;
+        } else if (text[at] == '"') {
+            return at + 1;
+        }
+    }
+    return text.size();
+}
+
 bool same_text(std::string_view left, std::string_view right)
 {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -61,7 +74,16 @@ std::string lower_case(std::string_view text)
 
 void complain(std::string_view message, size_t max_bytes)
 {
-    write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes));
+    try {
+        write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes));
+    } catch (const std::bad_alloc &) {
+        complain_of_memory();
+    }
+}
+
+void complain_of_memory()
+{
+    write_error_line(PROGRAM_NAME ": out of memory");
 }
 
 } // namespace agent

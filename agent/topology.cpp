@@ -47,7 +47,7 @@ Json tree_of_parameters(const PluginHost &host)
 {
     const auto build = reinterpret_cast<decltype(&json_get_topo_router_agent_info_bynewmethod)>(
         host.symbol("json_get_topo_router_agent_info_bynewmethod"));
-    Json tree(cJSON_CreateObject());
+    Json tree = new_object();
     if (build != nullptr) {
         build(tree.get());
     }
@@ -67,7 +67,7 @@ int run_topology(const Options &options)
 {
     ReplyOutput output;
     const PluginHost host(options.host);
-    const Json reply(cJSON_CreateObject());
+    const Json reply = new_object();
     if (host.process(kCommand, reply.get()) != 0) {
         throw HostError(kCannotLoad, "the plug-in " + host.path() + " has no command " + kCommand);
     }

@@ -23,20 +23,38 @@ std::string escape(char32_t control)
     case '\t':
         return "\\t";
     default:
-        char text[8];
+        char text[12];
         snprintf(text, sizeof(text), "\\x%02x", static_cast<unsigned>(control));
         return text;
     }
 }
 
-// Terminals obey the second range as they obey the first. The others turn the direction of writing,
-// and so what a line seems to say.
-bool is_control(char32_t character)
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+// What is not seen as it stands.
+constexpr Range kUnseen[] = {
+    {0x0000, 0x001f},   // controls
+    {0x007f, 0x009f},   // controls: terminals obey them as they obey those above
+    {0x00ad, 0x00ad},   // zero width
+    {0x034f, 0x034f},   // zero width
+    {0x061c, 0x061c},   // direction of writing
+    {0x180e, 0x180e},   // zero width
+    {0x200b, 0x200f},   // zero width, and direction of writing
+    {0x2028, 0x202e},   // ends of lines, and direction of writing
+    {0x2060, 0x206f},   // zero width, and direction of writing
+    {0xfeff, 0xfeff},   // zero width
+    {0xfff9, 0xfffb},   // zero width
+    {0xe0000, 0xe007f}, // zero width
+};
+
+bool is_unseen(char32_t character)
 {
-    return character < 0x20 || (character >= 0x7f && character < 0xa0) || character == 0x061c ||
-           character == 0x200e || character == 0x200f ||
-           (character >= 0x2028 && character <= 0x202e) ||
-           (character >= 0x2066 && character <= 0x2069);
+    return std::ranges::any_of(kUnseen, [&](const Range &range) {
+        return character >= range.first && character <= range.last;
+    });
 }
 
 // The longest beginning of the text that is no longer than max_bytes and cuts no character.
@@ -101,9 +119,14 @@ std::string from_gbk(std::string_view text)
 
 } // namespace
 
+// Nearly every text is ASCII, which takes much less to see.
 bool is_valid_utf8(std::string_view text)
 {
-    return utf8::is_valid(text);
+    unsigned char bits = 0;
+    for (const char byte : text) {
+        bits |= static_cast<unsigned char>(byte);
+    }
+    return bits < 0x80 || utf8::is_valid(text);
 }
 
 std::string to_utf8(std::string_view text)
@@ -119,7 +142,7 @@ std::string one_line(std::string_view bytes, size_t max_bytes)
     for (auto at = text.begin(); at != text.end();) {
         const auto start = at;
         const char32_t character = utf8::unchecked::next(at);
-        if (is_control(character)) {
+        if (is_unseen(character)) {
             line += escape(character);
         } else {
             line.append(start, at);
@@ -129,6 +152,48 @@ std::string one_line(std::string_view bytes, size_t max_bytes)
         line += " [" + std::to_string(bytes.size() - kept.size()) + " more bytes]";
     }
     return line;
+}
+
+std::string in_quotes(std::string_view bytes)
+{
+    std::string line = "\"";
+    while (!bytes.empty()) {
+        const auto *const valid = utf8::find_invalid(bytes.begin(), bytes.end());
+        std::string plain;
+        for (const char letter : std::string_view(bytes.begin(), valid)) {
+            plain += letter == '"' || letter == '\\' ? std::string{'\\', letter}
+                                                     : std::string(1, letter);
+        }
+        line += one_line(plain, plain.size());
+        if (valid != bytes.end()) {
+            line += escape(static_cast<unsigned char>(*valid));
+        }
+        bytes =
+            valid == bytes.end() ? std::string_view() : std::string_view(valid + 1, bytes.end());
+    }
+    return line + '"';
+}
+
+std::string json_for_terminal(std::string_view json)
+{
+    std::string shown;
+    for (auto at = json.begin(); at != json.end();) {
+        const auto start = at;
+        const char32_t character = utf8::unchecked::next(at);
+        // Within texts JSON has escaped the first controls; elsewhere they are line ends and tabs.
+        if (character < ' ' || !is_unseen(character)) {
+            shown.append(start, at);
+            continue;
+        }
+        std::u16string units;
+        utf8::utf8to16(start, at, std::back_inserter(units));
+        for (const char16_t unit : units) {
+            char text[8];
+            snprintf(text, sizeof(text), "\\u%04x", static_cast<unsigned>(unit));
+            shown += text;
+        }
+    }
+    return shown;
 }
 
 size_t columns_of(std::string_view utf8_text)

@@ -13,4 +13,9 @@ std::vector<std::string> missing_symbols(const std::string &)
     return {};
 }
 
+std::vector<std::string> needed_symbols(const std::string &)
+{
+    return {};
+}
+
 } // namespace agent

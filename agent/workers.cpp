@@ -7,10 +7,12 @@
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <new>
 #include <poll.h>
 #include <pthread.h>
 #include <string>
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
@@ -22,12 +24,12 @@ namespace {
 // A worker holds a mutex of the plug-in's from before its command's reply to its own end.
 struct Worker {
     const char *mutex;
-    const char *awaited;
+    const char *waiting;
 };
 
 constexpr Worker kWorkers[] = {
-    {"setwifilistlock", "the Wi-Fi settings to be applied"},
-    {"downimagelock", "the firmware to be installed"},
+    {"setwifilistlock", "waiting for the Wi-Fi settings to be applied"},
+    {"downimagelock", "waiting for the firmware to be installed"},
 };
 
 // A mutex cannot be waited for together with signals: it is tried again and again instead.
@@ -48,7 +50,7 @@ void await(const Worker &worker, const PluginHost &host, const StopSignals &stop
     if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
         return;
     }
-    complain("waiting for " + std::string(worker.awaited));
+    complain(worker.waiting);
     while (stop.arrived() == 0 && is_held(mutex)) {
         stop.wait(kPause);
     }
@@ -61,6 +63,9 @@ int status_of(const std::function<int()> &work)
     } catch (const StreamError &problem) {
         complain(problem.what()); // no reason to break off what has been started
         return kCannotWrite;
+    } catch (const std::bad_alloc &) { // no more is this
+        complain_of_memory();
+        return kOutOfMemory;
     }
 }
 
@@ -143,10 +148,10 @@ void await_workers(const PluginHost &host)
 
 bool has_other_threads()
 {
-    namespace fs = std::filesystem;
-    std::error_code unknown;
-    const fs::directory_iterator threads("/proc/self/task", unknown);
-    return unknown || std::distance(begin(threads), end(threads)) != 1;
+    // The folder has a folder for each thread, and so as many links more than it would have alone.
+    constexpr nlink_t links_of_one_thread = 3;
+    struct stat threads = {};
+    return stat("/proc/self/task", &threads) != 0 || threads.st_nlink != links_of_one_thread;
 }
 
 } // namespace agent

@@ -57,8 +57,6 @@ struct Field {
     const char *name;
     bool is_reserved = false;
     bool is_secret = false;
-    bool may_be_empty = false;        // an empty text means something
-    bool is_number = false;           // a text that the plug-in reads as a decimal number
     const char *counted_by = nullptr; // of an array whose entries are counted
     int32_t count = 0;                // what the count says
     bool negative_is_none = false;    // a count may be negative
@@ -82,18 +80,18 @@ constexpr const Function *find(std::string_view name)
     return found != end && found->name == name ? found : nullptr;
 }
 
+// Whether the result is one that is no failure.
+constexpr bool is_success(const Function &function, int32_t result)
+{
+    return result == 0 || function.answers.contain(result) || (function.is_answer && result > 0);
+}
+
 // The name of a record; null for what is none.
 template <class Record> inline constexpr const char *kName = nullptr;
 """
 VISIT = """\
 
 // Each calls visit(Field, field) for the record's fields in their order, but for pointers.
-"""
-POINTERS = """\
-
-// Each calls visit(Field, pointer) for the record's pointers, and visit(Field, array, count) for an
-// array beside its count; the links of lists are none of them.
-void visit_pointers(auto &, const auto &) {}
 """
 RECORDS = """\
 
@@ -112,10 +110,8 @@ def device_facts_header(interface):
     functions = [function_row(interface, interface.functions[name]) for name in sorted(interface.functions)]
     names = [f'template <> inline constexpr const char *kName<{name}> = "{name}";' for name in interface.records]
     visits = [visit_function(record) for record in interface.records.values()]
-    pointers = [visit_pointers(record) for record in interface.records.values() if has_pointers(record)]
     records = [f"    visit(std::type_identity<{name}>());" for name in interface.records]
-    return "".join([TOP, lines(functions), FIND, lines(names), VISIT, *visits, POINTERS, *pointers,
-                    RECORDS, lines(records), BOTTOM])
+    return "".join([TOP, lines(functions), FIND, lines(names), VISIT, *visits, RECORDS, lines(records), BOTTOM])
 
 
 def lines(texts):
@@ -173,32 +169,12 @@ def visit_function(record):
             f"{{\n{body}}}\n")
 
 
-def has_pointers(record):
-    return any(field.get("points_to", "next") != "next" for field in record["fields"])
-
-
-def visit_pointers(record):
-    fields = {field["name"]: field for field in record["fields"]}
-    body = ""
-    for field in record["fields"]:
-        if field.get("points_to", "next") != "next":
-            counted = f", record.{field['counted_by']}" if "counted_by" in field else ""
-            body += (f"    visit(Field{{{', '.join(field_members(field, fields))}}}, "
-                     f"record.{field['name']}{counted});\n")
-    return (f"template <RecordOf<{record['record']}> Given> void visit_pointers(Given &record, const auto &visit)\n"
-            f"{{\n{body}}}\n")
-
-
 def field_members(field, fields):
     yield f'.name = "{field["name"]}"'
     if field.get("reserved"):
         yield ".is_reserved = true"
     if field.get("secret"):
         yield ".is_secret = true"
-    if "empty" in field:
-        yield ".may_be_empty = true"
-    if field.get("number"):
-        yield ".is_number = true"
     if "counted_by" in field:
         yield f'.counted_by = "{field["counted_by"]}", .count = record.{field["counted_by"]}'
         if fields[field["counted_by"]].get("negative"):

@@ -3,7 +3,7 @@
 
 Of the commands: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and, with what the
 device fields say, protocol/complete. Of the device interface: device_access.h, device_functions.h,
-device_facts.h and docs/device_access.md.
+device_facts.h, device_layout.h and docs/device_access.md.
 
 usage: generate.py [--check]
 
@@ -16,6 +16,7 @@ import sys
 import device_facts_header
 import device_functions_header
 import device_header
+import device_layout_header
 import device_reference
 import man_page
 import reference
@@ -37,6 +38,7 @@ def made_files():
         INCLUDE_FOLDER / "device_access.h": device_header.device_header(interface),
         INCLUDE_FOLDER / "device_functions.h": device_functions_header.device_functions_header(interface),
         ROOT / "protocol/include/protocol/device_facts.h": device_facts_header.device_facts_header(interface),
+        ROOT / "protocol/include/protocol/device_layout.h": device_layout_header.device_layout_header(interface),
         ROOT / "docs/device_access.md": device_reference.device_reference(interface, commands),
         ROOT / "docs/protocol.md": reference.reference(commands, introduction),
         ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),

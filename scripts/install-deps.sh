@@ -14,7 +14,7 @@ packages=(
     libcjson-dev
     libcli11-dev libcurl4-openssl-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
     ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema
-    valgrind
+    strace valgrind
 )
 foreign=()
 for option in "$@"; do

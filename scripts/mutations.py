@@ -35,7 +35,7 @@ OPERATORS = [(re.compile(pattern), new) for pattern, new in (
 )]
 NUMBER = re.compile(r"(?<![\w.])(0x[0-9A-Fa-f]+|\d+)(?![\w.])")
 ENUM = re.compile(r"enum class (\w+) \{([^}]*)\}")
-FIELD = re.compile(r'FIELD\((\w+),\s*"(?:\\.|[^"\\])*",\s*(\w+)\)')
+FIELD = re.compile(r'FIELD(?:_AS|_IN)?\((\w+), ([\w.]+)(?:, ("?)(\w+)"?)?\)')
 TABLE = re.compile(r"constexpr auto (\w+) = Fields\{")
 READS_REQUEST = re.compile(r"(setting\w*<[^()]*>\(|read_fields\(\w+,|copy_optional\(\w+,)\s*$")
 COMMAND = re.compile(r'COMMAND\("(\w+)", (\w+)\)')
@@ -147,6 +147,22 @@ def only_reads_requests(text, at):
     return bool(uses) and all(READS_REQUEST.search(text, 0, use) for use in uses)
 
 
+def key_and_member(field):
+    """What a row of a field table says, in whichever form."""
+    member, quote, last = field.group(2, 3, 4)
+    if not last:
+        return member, member
+    return (last, member) if quote else (last, f"{member}.{last}")
+
+
+def with_neighbours_value(first, second):
+    """The place in the first row and what it gets: a field its neighbour's member, a command its handler."""
+    if first.re is COMMAND:
+        return first.span(2), second.group(2)
+    return first.span(), (f'FIELD_AS({first.group(1)}, {key_and_member(second)[1]}, '
+                          f'"{key_and_member(first)[0]}")')
+
+
 def rows(text, code):
     """Adjacent rows of a table in the other order, and a row with its neighbour's value."""
     for pattern in (FIELD, COMMAND):
@@ -157,7 +173,7 @@ def rows(text, code):
                 continue
             if pattern is FIELD and not only_reads_requests(text, first.start()):
                 yield (first.start(), second.end()), second.group() + between + first.group(), "row"
-            yield first.span(2), second.group(2), "row"
+            yield *with_neighbours_value(first, second), "row"
 
 
 def statements(code):

@@ -73,7 +73,9 @@ def main():
         "SIMULATED_GATEWAY_TIME": "1767225600",
         "LD_PRELOAD": str(options.build / "tests/end_to_end/libsleepless.so"),
     }
-    with subprocess.Popen([options.build / "bin/hgagent", "serve"], env=environment, text=True,
+    # A process that keeps its secrets does not let itself be looked at.
+    with subprocess.Popen([options.build / "bin/hgagent", "--show-secrets", "serve"],
+                          env=environment, text=True,
                           stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                           stderr=subprocess.DEVNULL) as agent:
         writer = threading.Thread(target=send, args=(agent.stdin, options.commands, options.seed))

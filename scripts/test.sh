@@ -1,23 +1,24 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: natively under the address and undefined-behaviour
 # sanitizers, what uses threads under the thread sanitizer, the plug-in's own tests as 32-bit MIPS
-# under qemu, and as it ships what counts instructions and what uses an installation.
+# under qemu, and as it ships what counts instructions, what uses an installation, and what lets the agent's
+# allocations and system calls fail.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 release_tests() {
-    ctest --preset release --tests-regex '^(performance|packaging)' --verbose | grep -v ^UpdateCTest
+    ctest --preset release --tests-regex '^(performance|packaging|agent_sweep)' --verbose | grep -v ^UpdateCTest
 }
 
 stages=(
     'packages that are missing'              'scripts/install-deps.sh --cross'
     'tsan: build'                            'scripts/build.sh tsan'
     'mipsel: build'                          'scripts/build.sh mipsel'
-    'release: build'                         'scripts/build.sh release --target measurements product'
+    'release: build'                         'scripts/build.sh release --target measurements product failing_allocation'
     'debug: build'                           'scripts/build.sh debug'
     'tsan: tests with threads'               'ctest --preset tsan'
     "mipsel: the plug-in's own tests"        'ctest --preset mipsel'
-    'release: measurements, and what is installed' release_tests
+    'release: measurements, installation, faults' release_tests
     'debug: all tests'                       'ctest --preset debug'
 )
 # Seconds since the time $1, as in "2 min 5 s".

@@ -16,7 +16,7 @@ std::string complaint(const std::string &value, const Text &rule)
         return "is longer than " + std::to_string(rule.width - 1) + " bytes";
     }
     // Also keeps out what a text in C cannot hold, and what would not survive as JSON.
-    if (printable(value) != value) {
+    if (!is_plain(value)) {
         return "holds control characters or is no UTF-8";
     }
     return {};

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <numeric>
 #include <utf8.h>
+#include <utility>
 #include <vector>
 
 namespace simulated_gateway {
@@ -23,13 +24,25 @@ bool is_control(uint32_t letter)
     return letter < 0x20 || (letter >= 0x7f && letter < 0xa0);
 }
 
+// Controls, what turns the direction of writing, and what has no width.
+bool is_unseen(uint32_t letter)
+{
+    constexpr std::pair<uint32_t, uint32_t> ranges[] = {
+        {0x00ad, 0x00ad}, {0x034f, 0x034f}, {0x061c, 0x061c}, {0x180e, 0x180e}, {0x200b, 0x200f},
+        {0x2028, 0x202e}, {0x2060, 0x206f}, {0xfeff, 0xfeff}, {0xfff9, 0xfffb}, {0xe0000, 0xe007f},
+    };
+    return is_control(letter) || std::ranges::any_of(ranges, [&](const auto &range) {
+               return letter >= range.first && letter <= range.second;
+           });
+}
+
 void append_escaped(std::string &out, std::string_view text, bool escape_quotes)
 {
     for (auto at = text.begin(); at != text.end();) {
         const auto start = at;
         bool plain = false;
         try {
-            plain = !is_control(utf8::next(at, text.end()));
+            plain = !is_unseen(utf8::next(at, text.end()));
         } catch (const utf8::exception &) {
             at = start + 1;
         }
@@ -76,6 +89,19 @@ size_t distance(std::string_view left, std::string_view right)
 }
 
 } // namespace
+
+bool is_plain(std::string_view text)
+{
+    if (!utf8::is_valid(text.begin(), text.end())) {
+        return false;
+    }
+    for (auto at = text.begin(); at != text.end();) {
+        if (is_control(utf8::unchecked::next(at))) {
+            return false;
+        }
+    }
+    return true;
+}
 
 std::string printable(std::string_view text)
 {

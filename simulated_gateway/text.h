@@ -8,8 +8,12 @@
 
 namespace simulated_gateway {
 
-// The text with control characters and bytes that are no UTF-8 written as \n or \x1b, so that it
-// stays on one line and cannot steer a terminal.
+// Whether the text is UTF-8 without control characters.
+bool is_plain(std::string_view text);
+
+// The text with control characters, those that turn the direction of writing, those without a width
+// and bytes that are no UTF-8 written as \n or \x1b, so that it stays on one line and can neither
+// steer a terminal nor look like another text.
 std::string printable(std::string_view text);
 
 // Why something that came from outside does not hold: one printable line that says where and what.

@@ -12,15 +12,11 @@ namespace {
 FileDescriptor open_trace(const std::string &file)
 {
     if (file == "-") {
-        return FileDescriptor(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0));
+        return FileDescriptor(line_output::own_descriptor(STDERR_FILENO));
     }
     // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
-    FileDescriptor opened(::open(
+    return FileDescriptor(::open(
         file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
-    if (opened.is_open()) {
-        fcntl(opened.get(), F_SETFL, O_APPEND);
-    }
-    return opened;
 }
 
 } // namespace
@@ -32,6 +28,13 @@ void Trace::open(const std::string &file, bool show_secrets)
     if (!file_.is_open()) {
         refuse_file(file);
     }
+    output_.use(file_.get());
+}
+
+Trace::~Trace()
+{
+    const WithoutWriteSignals without_signals;
+    output_.finish();
 }
 
 void Trace::call(int64_t uptime, const Call &call) noexcept
@@ -54,12 +57,17 @@ try {
 } catch (const std::exception &) {
 }
 
+static std::string line_of(int64_t uptime, const std::string &text)
+{
+    return "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
+}
+
 std::string Trace::recent()
 {
     const std::lock_guard lock(mutex_);
     std::string lines;
-    for (const std::string &line : recent_) {
-        lines += line;
+    for (const Line &line : recent_) {
+        lines += line_of(line.uptime, line.text);
     }
     return lines;
 }
@@ -91,27 +99,22 @@ std::string Trace::outcome_of(const Call &call)
     return call.note.empty() ? text : text + ", " + call.note;
 }
 
-static std::string line_of(int64_t uptime, const std::string &text)
-{
-    return "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
-}
-
 void Trace::write(int64_t uptime, const std::string &text)
 {
     const std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
-    write_all(file_.get(), line);
+    const WithoutWriteSignals without_signals;
+    output_.write({line});
 }
 
-void Trace::remember(int64_t uptime, const std::string &text)
+void Trace::remember(int64_t uptime, std::string text)
 {
     constexpr size_t most_bytes = 64U << 10;
-    std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
-    recent_size_ += line.size();
-    recent_.push_back(std::move(line));
+    recent_size_ += text.size();
+    recent_.push_back({uptime, std::move(text)});
     while (recent_size_ > most_bytes) {
-        recent_size_ -= recent_.front().size();
+        recent_size_ -= recent_.front().text.size();
         recent_.pop_front();
     }
 }

@@ -3,6 +3,7 @@
 
 #include "device_call.h"
 #include "files.h"
+#include "line_output.h"
 
 #include <chrono>
 #include <deque>
@@ -14,6 +15,11 @@ namespace simulated_gateway {
 
 class Trace {
   public:
+    Trace() = default;
+    ~Trace(); // writes what has not been written yet, as long as somebody reads it
+    Trace(const Trace &) = delete;
+    Trace &operator=(const Trace &) = delete;
+
     // Appends to the file from now on; "-" is standard error. Throws an Error.
     void open(const std::string &file, bool show_secrets);
     bool is_on() const { return file_.is_open(); }
@@ -27,7 +33,8 @@ class Trace {
         std::string note; // what else is to be said of the call; may be empty
     };
     // Write a line, which opens with the gateway's uptime in seconds; nothing without a file. What
-    // was done is done: a line that cannot be written is lost, and nothing else.
+    // was done is done: a line that cannot be written is lost, and nothing else. Nobody waits for
+    // the reader of a pipe.
     void call(int64_t uptime, const Call &call) noexcept;
     void event(int64_t uptime, const char *text, const char *note = "") noexcept;
 
@@ -38,12 +45,17 @@ class Trace {
     std::string arguments_of(const Call &call) const;
     static std::string outcome_of(const Call &call);
     void write(int64_t uptime, const std::string &text);
-    void remember(int64_t uptime, const std::string &text);
+    void remember(int64_t uptime, std::string text);
 
     FileDescriptor file_;
     bool show_secrets_ = false;
-    std::mutex mutex_; // lines are written whole; guards what is below
-    std::deque<std::string> recent_;
+    std::mutex mutex_; // guards what is below
+    line_output::LineOutput output_{"trace", -1};
+    struct Line {
+        int64_t uptime;
+        std::string text;
+    };
+    std::deque<Line> recent_; // made printable when somebody asks for them
     size_t recent_size_ = 0;
 };
 

@@ -1,47 +1,47 @@
 // The administrator's account, the web login, restart and factory recovery, and the schedules of
 // restarts and of sleep.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
 namespace {
 
 constexpr auto kAdminFields = Fields{
-    FIELD(LoginInfo, "Name", Name),
-    FIELD(LoginInfo, "Password", Password),
+    FIELD(LoginInfo, Name),
+    FIELD(LoginInfo, Password),
 };
 
 constexpr auto kAdminSetting = Fields{
-    FIELD(LoginInfo, "Type", Type),
-    FIELD(LoginInfo, "Name", Name),
-    FIELD(LoginInfo, "Password", Password),
+    FIELD(LoginInfo, Type),
+    FIELD(LoginInfo, Name),
+    FIELD(LoginInfo, Password),
 };
 
-constexpr auto kWebLoginType = Fields{FIELD(LoginInfo, "Type", WebLoginType)};
+constexpr auto kWebLoginType = Fields{FIELD_AS(LoginInfo, WebLoginType, "Type")};
 
 constexpr auto kWebLoginFields = Fields{
-    FIELD(LoginInfo, "Password", Password),
-    FIELD(LoginInfo, "WebLoginType", WebLoginType),
-    FIELD(LoginInfo, "WebLoginIp", WebLoginIp),
+    FIELD(LoginInfo, Password),
+    FIELD(LoginInfo, WebLoginType),
+    FIELD(LoginInfo, WebLoginIp),
 };
 
 constexpr auto kWebLoginSetting = Fields{
-    FIELD(LoginInfo, "WebLoginType", WebLoginType),
-    FIELD(LoginInfo, "Password", Password),
+    FIELD(LoginInfo, WebLoginType),
+    FIELD(LoginInfo, Password),
 };
 
 constexpr auto kRebootFields = Fields{
-    FIELD(RebootInfo, "GatewayRebootEnable", GatewayRebootEnable),
-    FIELD(RebootInfo, "Time", Time),
-    FIELD(RebootInfo, "DaysOfWeek", DaysOfWeek),
+    FIELD(RebootInfo, GatewayRebootEnable),
+    FIELD(RebootInfo, Time),
+    FIELD(RebootInfo, DaysOfWeek),
 };
 
 constexpr auto kSleepFields = Fields{
-    FIELD(HgSleepInfo, "GatewaySleepEnable", GatewaySleepEnable),
-    FIELD(HgSleepInfo, "WiFiSleepEnable", WiFiSleepEnable),
-    FIELD(HgSleepInfo, "LedSleepEnable", LedSleepEnable),
-    FIELD(HgSleepInfo, "StartTime", StartTime),
-    FIELD(HgSleepInfo, "EndTime", EndTime),
+    FIELD(HgSleepInfo, GatewaySleepEnable),
+    FIELD(HgSleepInfo, WiFiSleepEnable),
+    FIELD(HgSleepInfo, LedSleepEnable),
+    FIELD(HgSleepInfo, StartTime),
+    FIELD(HgSleepInfo, EndTime),
 };
 
 } // namespace

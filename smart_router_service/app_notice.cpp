@@ -1,5 +1,5 @@
 // Notices to the phone app, in the envelope that the platform passes on.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 #include <time.h>

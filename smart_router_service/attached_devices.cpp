@@ -1,6 +1,6 @@
 // The devices attached to the router: who they are, what the user calls and allows them, and the
 // firewall before them all.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 
@@ -9,32 +9,33 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kBaseInfo = Fields{
-    FIELD(AdBaseInfo, "Mac", Mac),
-    FIELD(AdBaseInfo, "UID", UID),
-    FIELD(AdBaseInfo, "DevType", DevType),
-    FIELD(AdBaseInfo, "DevFactory", DevFactory),
-    FIELD(AdBaseInfo, "DevModle", DevType), // apps want a model, and the device knows only the kind
-    FIELD(AdBaseInfo, "Name", Name),
-    FIELD(AdBaseInfo, "ByName", ByName),
-    FIELD(AdBaseInfo, "OS", OS),
-    FIELD(AdBaseInfo, "Version", Version),
-    FIELD(AdBaseInfo, "NetStatus", NetStatus),
-    FIELD(AdBaseInfo, "NetMonopoly", NetMonopoly),
-    FIELD(AdBaseInfo, "AccessType", AccessType),
-    FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
-    FIELD(AdBaseInfo, "AccessTime", AccessTime),
-    FIELD(AdBaseInfo, "UpSpeed", UpSpeed),
-    FIELD(AdBaseInfo, "DownSpeed", DownSpeed),
-    FIELD(AdBaseInfo, "ip", ip),
-    FIELD(AdBaseInfo, "GreennetProtectEnable", GreennetProtectEnable),
-    FIELD(AdBaseInfo, "StaticDhcpEnable", StaticDhcpEnable),
+    FIELD(AdBaseInfo, Mac),
+    FIELD(AdBaseInfo, UID),
+    FIELD(AdBaseInfo, DevType),
+    FIELD(AdBaseInfo, DevFactory),
+    FIELD_AS(AdBaseInfo, DevType,
+             "DevModle"), // apps want a model, and the device knows only the kind
+    FIELD(AdBaseInfo, Name),
+    FIELD(AdBaseInfo, ByName),
+    FIELD(AdBaseInfo, OS),
+    FIELD(AdBaseInfo, Version),
+    FIELD(AdBaseInfo, NetStatus),
+    FIELD(AdBaseInfo, NetMonopoly),
+    FIELD(AdBaseInfo, AccessType),
+    FIELD(AdBaseInfo, AccessEnable),
+    FIELD(AdBaseInfo, AccessTime),
+    FIELD(AdBaseInfo, UpSpeed),
+    FIELD(AdBaseInfo, DownSpeed),
+    FIELD(AdBaseInfo, ip),
+    FIELD(AdBaseInfo, GreennetProtectEnable),
+    FIELD(AdBaseInfo, StaticDhcpEnable),
 };
 
 constexpr auto kBaseSetting = Fields{
-    FIELD(AdBaseInfo, "MAC", Mac),
-    FIELD(AdBaseInfo, "DevType", DevType),
-    FIELD(AdBaseInfo, "ByName", ByName),
-    FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
+    FIELD_AS(AdBaseInfo, Mac, "MAC"),
+    FIELD(AdBaseInfo, DevType),
+    FIELD(AdBaseInfo, ByName),
+    FIELD(AdBaseInfo, AccessEnable),
 };
 
 // The keys that a base setting may give beside those; it takes them out, whatever comes of it.
@@ -44,14 +45,14 @@ constexpr char kBaseOptions[][17] = {
 };
 
 constexpr auto kRight = Fields{
-    FIELD(AttachDeviceRight, "MAC", MAC),
-    FIELD(AttachDeviceRight, "name", name),
-    FIELD(AttachDeviceRight, "InternetAccessRight", InternetAccessRight),
+    FIELD(AttachDeviceRight, MAC),
+    FIELD(AttachDeviceRight, name),
+    FIELD(AttachDeviceRight, InternetAccessRight),
 };
 
 constexpr auto kRightSetting = Fields{
-    FIELD(AttachDeviceRight, "MAC", MAC),
-    FIELD(AttachDeviceRight, "InternetAccessRight", InternetAccessRight),
+    FIELD(AttachDeviceRight, MAC),
+    FIELD(AttachDeviceRight, InternetAccessRight),
 };
 
 constexpr char kNoAddressToBind[] = "ip/mac binding: ip addr missing!";
@@ -115,7 +116,7 @@ int32_t json_get_attach_dev_base_info(cJSON *obj)
 int32_t json_set_attach_dev_base_info(cJSON *obj)
 {
     AdBaseSetting setting = {};
-    SettingRun run(obj, kBaseSetting, Consume::kAlways);
+    SettingRun run(obj, kBaseSetting, RemoveKeys::kAlways);
     int32_t result = -1;
     if (!run.find("INVALID_PARAM")) {
         log_error("json_set_attach_dev_base_info : Err, invalid param\n");
@@ -168,7 +169,7 @@ int32_t json_get_attach_device_right(cJSON *obj)
         snprintf(index, sizeof index, "%d", right.HostIndex);
         result = devapi_get_attach_device_right(&right);
         if (result != 0) {
-            // Where the text is, not what it says: whoever reads these lines is used to it.
+            // The address of the text, not its value: tools that read the log expect a number here.
             LOG_ERROR("devapi_get_attach_device_right error! return =%d! index=%d\n", result,
                       static_cast<int32_t>(reinterpret_cast<intptr_t>(index)));
             continue;

@@ -23,8 +23,8 @@ int32_t relay(cJSON *obj, const char *other_key, const char *missing, const char
         return -1;
     }
     const int32_t result = json_child_router_common(obj);
-    consume(obj, id);
-    consume(obj, other);
+    remove_key(obj, id);
+    remove_key(obj, other);
     conclude(obj, success, result != 0, failure);
     return result;
 }

@@ -1,5 +1,5 @@
 // Who the router is: serial number, description, and the version report that the agent keeps.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <string.h>
 
@@ -10,27 +10,17 @@ char *info_wersion = nullptr;
 namespace {
 
 constexpr auto kSnFields = Fields{
-    FIELD(SnInfo, "MAC", MAC),
-    FIELD(SnInfo, "tslinkstatus", tslinkstatus),
-    FIELD(SnInfo, "DeviceType", DeviceType),
+    FIELD(SnInfo, MAC),
+    FIELD(SnInfo, tslinkstatus),
+    FIELD(SnInfo, DeviceType),
 };
 
 constexpr auto kSystemFields = Fields{
-    FIELD(SystemInfo, "SWVersion", SWVersion),
-    FIELD(SystemInfo, "HDVersion", HDVersion),
-    FIELD(SystemInfo, "ProductCLass", ProductCLass),
-    FIELD(SystemInfo, "CPUClass", CPUClass),
-    FIELD(SystemInfo, "DEVType", DEVType),
-    FIELD(SystemInfo, "DEVType1", DEVType1),
-    FIELD(SystemInfo, "Capability", Capability),
-    FIELD(SystemInfo, "Card", Card),
-    FIELD(SystemInfo, "UPLink", UPLink),
-    FIELD(SystemInfo, "Cardno", Cardno),
-    FIELD(SystemInfo, "IPV6", IPV6),
-    FIELD(SystemInfo, "VLANbind", VLANbind),
-    FIELD(SystemInfo, "LED", LED),
-    FIELD(SystemInfo, "NFC", NFC),
-    FIELD(SystemInfo, "VLANCapability", VLANCapability),
+    FIELD(SystemInfo, SWVersion),  FIELD(SystemInfo, HDVersion), FIELD(SystemInfo, ProductCLass),
+    FIELD(SystemInfo, CPUClass),   FIELD(SystemInfo, DEVType),   FIELD(SystemInfo, DEVType1),
+    FIELD(SystemInfo, Capability), FIELD(SystemInfo, Card),      FIELD(SystemInfo, UPLink),
+    FIELD(SystemInfo, Cardno),     FIELD(SystemInfo, IPV6),      FIELD(SystemInfo, VLANbind),
+    FIELD(SystemInfo, LED),        FIELD(SystemInfo, NFC),       FIELD(SystemInfo, VLANCapability),
 };
 
 // Keeps the printed report for the agent, whole or not at all.

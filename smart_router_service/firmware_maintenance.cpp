@@ -9,21 +9,19 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSchedule = Fields{
-    FIELD(UpdateSchedule, "Enable", Enable),
-    FIELD(UpdateSchedule, "StartHour", StartHour),
-    FIELD(UpdateSchedule, "StartMinute", StartMinute),
-    FIELD(UpdateSchedule, "EndHour", EndHour),
-    FIELD(UpdateSchedule, "EndMinute", EndMinute),
+    FIELD(UpdateSchedule, Enable),      FIELD(UpdateSchedule, StartHour),
+    FIELD(UpdateSchedule, StartMinute), FIELD(UpdateSchedule, EndHour),
+    FIELD(UpdateSchedule, EndMinute),
 };
 
 constexpr auto kChildFirmware = Fields{
-    FIELD(ChildRouterInfo, "DeviceID", RouterDeviceID),
-    FIELD(ChildRouterInfo, "name", Name),
-    FIELD(ChildRouterInfo, "HWVersion", HWVersion),
-    FIELD(ChildRouterInfo, "FWVersion", FWVersion),
-    FIELD(ChildRouterInfo, "FWDATA", FWDATA),
-    FIELD(ChildRouterInfo, "DeviceType", DeviceType),
-    FIELD(ChildRouterInfo, "AreaCode", AreaCode),
+    FIELD_AS(ChildRouterInfo, RouterDeviceID, "DeviceID"),
+    FIELD_AS(ChildRouterInfo, Name, "name"),
+    FIELD(ChildRouterInfo, HWVersion),
+    FIELD(ChildRouterInfo, FWVersion),
+    FIELD(ChildRouterInfo, FWDATA),
+    FIELD(ChildRouterInfo, DeviceType),
+    FIELD(ChildRouterInfo, AreaCode),
 };
 
 } // namespace
@@ -31,8 +29,9 @@ constexpr auto kChildFirmware = Fields{
 HANDLER(json_get_update_schedule,
         (query<devapi_get_update_schedule, StatusAt::kLast>(kSchedule,
                                                             "Get update schedule failed")))
-HANDLER(json_set_update_schedule, (setting<devapi_set_update_schedule, Consume::kAlways, minus_one>(
-                                      kSchedule, "Set update schedule failed", "parameter error")))
+HANDLER(json_set_update_schedule,
+        (setting<devapi_set_update_schedule, RemoveKeys::kAlways, minus_one>(
+            kSchedule, "Set update schedule failed", "parameter error")))
 
 int32_t json_insert_childrouter_update_info(cJSON *item, const ChildRouterInfo *router)
 {
@@ -117,7 +116,7 @@ int32_t json_send_log_to_platform(cJSON *obj)
     }
     // Sending takes as long as it takes; the platform sees for itself whether a log arrives.
     devapi_get_hg_log(text_of(url), log_type, bare_mac);
-    consume(obj, url);
+    remove_key(obj, url);
     success.join(obj);
     return 0;
 }

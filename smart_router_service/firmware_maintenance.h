@@ -1,7 +1,7 @@
 // The pieces of the update status across the mesh, which are exported as well.
 #pragma once
 
-#include "handler_support.h"
+#include "recipes.h"
 
 extern "C" {
 

@@ -9,15 +9,12 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kUpdateStatus = Fields{
-    FIELD(UpdateStatusInfo, "name", Name),
-    FIELD(UpdateStatusInfo, "HWVersion", HWVersion),
-    FIELD(UpdateStatusInfo, "FWVersion", FWVersion),
-    FIELD(UpdateStatusInfo, "FWDATA", FWDATA),
-    FIELD(UpdateStatusInfo, "DeviceType", DeviceType),
-    FIELD(UpdateStatusInfo, "AreaCode", AreaCode),
+    FIELD_AS(UpdateStatusInfo, Name, "name"), FIELD(UpdateStatusInfo, HWVersion),
+    FIELD(UpdateStatusInfo, FWVersion),       FIELD(UpdateStatusInfo, FWDATA),
+    FIELD(UpdateStatusInfo, DeviceType),      FIELD(UpdateStatusInfo, AreaCode),
 };
 
-// What the apps are told of the starter's results.
+// The reply to the app for each result of the starter.
 const char *starter_text(int32_t result)
 {
     switch (result) {
@@ -46,7 +43,7 @@ bool is_flash_now(const char *update)
 int32_t start_and_answer(cJSON *obj, cJSON *holder, const char *url, Reply &success)
 {
     const int32_t result = success.complete() ? start_prthead_dowing_image(url) : kNoAddress;
-    consume(obj, holder);
+    remove_key(obj, holder);
     if (result == 0) {
         success.join(obj);
         return result;
@@ -149,9 +146,9 @@ int32_t json_update_immediately(cJSON *obj)
             result = json_dpi_http_features_update();
         }
     }
-    consume(obj, image);
-    consume(obj, dpi);
-    consume(obj, dpi_http);
+    remove_key(obj, image);
+    remove_key(obj, dpi);
+    remove_key(obj, dpi_http);
     conclude(obj, success, result == -1, reason);
     return result;
 }
@@ -167,7 +164,7 @@ int32_t json_update_all_from_platform(cJSON *obj)
         refused.text(kFailReason, refusal);
         refused.status("1");
         refused.text(kFailReason, "handle pack error");
-        consume(obj, image);
+        remove_key(obj, image);
         answer(obj, refused, refusal);
         return -1;
     }
@@ -179,14 +176,14 @@ int32_t json_update_all_from_platform(cJSON *obj)
 
 int32_t json_image_download(cJSON *obj)
 {
-    consume(obj, item_of(obj, "ChildRouter")); // child routers fetch their own images
+    remove_key(obj, item_of(obj, "ChildRouter")); // child routers fetch their own images
     cJSON *router = item_of(obj, "MainRouter");
     if (router == nullptr) {
         return refuse(obj, "Get mainrouter error");
     }
     const char *url = text_of(item_of(router, "UpdateUrl"));
     if (url == nullptr) {
-        consume(obj, router);
+        remove_key(obj, router);
         return refuse(obj, "Get UpdateUrl null");
     }
     SuccessReply success;
@@ -214,7 +211,7 @@ int32_t json_hg_image_download(cJSON *obj)
     }
     const int32_t result = devapi_download_image(text_of(item), 0);
     if (result == 0) {
-        consume(obj, item);
+        remove_key(obj, item);
     }
     conclude(obj, success, result != 0, kFailure);
     pthread_mutex_unlock(&downimagelock);
@@ -240,7 +237,7 @@ int32_t json_image_update(cJSON *obj)
             pthread_mutex_unlock(&downimagelock);
         }
     }
-    consume(obj, router);
+    remove_key(obj, router);
     conclude(obj, success, result != 0, failure);
     return result;
 }

@@ -2,7 +2,7 @@
 // helpers of UPDATE_IMMEDIATE.
 #pragma once
 
-#include "handler_support.h"
+#include "recipes.h"
 
 namespace smart_router {
 

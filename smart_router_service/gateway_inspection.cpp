@@ -1,79 +1,79 @@
 // The check-up: what the gateway finds when it examines itself, and what it does about it.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
 namespace {
 
 constexpr auto kNetQuality = Fields{
-    FIELD(NetInspectInfo, "NetQuality", NetQuality),
+    FIELD(NetInspectInfo, NetQuality),
 };
 
 constexpr auto kNetConnection = Fields{
-    FIELD(NetInspectInfo, "DnsStatus", DnsStatus),
-    FIELD(NetInspectInfo, "WanStatus", WanStatus),
+    FIELD(NetInspectInfo, DnsStatus),
+    FIELD(NetInspectInfo, WanStatus),
 };
 
 constexpr auto kDnsStatus = Fields{
-    FIELD(NetInspectInfo, "DnsStatus", DnsStatus),
+    FIELD(NetInspectInfo, DnsStatus),
 };
 
 constexpr auto kWholeNet = Fields{
-    FIELD(NetInspectInfo, "WanStatus", WanStatus),
-    FIELD(NetInspectInfo, "NetStatus", NetStatus),
-    FIELD(NetInspectInfo, "WanIP", WanIP),
-    FIELD(NetInspectInfo, "NetMask", NetMask),
+    FIELD(NetInspectInfo, WanStatus),
+    FIELD(NetInspectInfo, NetStatus),
+    FIELD(NetInspectInfo, WanIP),
+    FIELD(NetInspectInfo, NetMask),
 };
 
 constexpr auto kFirmware = Fields{
-    FIELD(FwInspectInfo, "FWVersion", FWVersion),
+    FIELD(FwInspectInfo, FWVersion),
 };
 
 constexpr auto kWifi = Fields{
-    FIELD(WifiInspectInfo, "WiFiDevNum", WiFiDevNum),
-    FIELD(WifiInspectInfo, "Security", Security),
-    FIELD(WifiInspectInfo, "Channel", Channel),
-    FIELD(WifiInspectInfo, "Congestion", Congestion),
+    FIELD(WifiInspectInfo, WiFiDevNum),
+    FIELD(WifiInspectInfo, Security),
+    FIELD(WifiInspectInfo, Channel),
+    FIELD(WifiInspectInfo, Congestion),
 };
 
 constexpr auto kPowerAndFirewall = Fields{
-    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
-    FIELD(WifiInspectInfo, "FireWallEnable", FireWallEnable),
+    FIELD(WifiInspectInfo, PowerLevel),
+    FIELD(WifiInspectInfo, FireWallEnable),
 };
 
 constexpr auto kChannel = Fields{
-    FIELD(WifiInspectInfo, "Channel", Channel),
+    FIELD(WifiInspectInfo, Channel),
 };
 
 constexpr auto kChosenChannel = Fields{
-    FIELD(WifiInspectInfo, "Channel", Channel),
-    FIELD(WifiInspectInfo, "Congestion", Congestion),
+    FIELD(WifiInspectInfo, Channel),
+    FIELD(WifiInspectInfo, Congestion),
 };
 
 constexpr auto kChannelAndPower = Fields{
-    FIELD(WifiInspectInfo, "Channel", Channel),
-    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+    FIELD(WifiInspectInfo, Channel),
+    FIELD(WifiInspectInfo, PowerLevel),
 };
 
 constexpr auto kChosenChannelAndPower = Fields{
-    FIELD(WifiInspectInfo, "Channel", Channel),
-    FIELD(WifiInspectInfo, "Congestion", Congestion),
-    FIELD(WifiInspectInfo, "PowerLevel", PowerLevel),
+    FIELD(WifiInspectInfo, Channel),
+    FIELD(WifiInspectInfo, Congestion),
+    FIELD(WifiInspectInfo, PowerLevel),
 };
 
 constexpr auto kResources = Fields{
-    FIELD(ResourceInfo, "CpuPercent", CpuPercent),
-    FIELD(ResourceInfo, "MemPercent", MemPercent),
-    FIELD(ResourceInfo, "LanDevNum", LanDevNum),
-    FIELD(ResourceInfo, "ProtectedDevNum", ProtectedDevNum),
+    FIELD(ResourceInfo, CpuPercent),
+    FIELD(ResourceInfo, MemPercent),
+    FIELD(ResourceInfo, LanDevNum),
+    FIELD(ResourceInfo, ProtectedDevNum),
 };
 
 constexpr auto kFreedResources = Fields{
-    FIELD(ResourceInfo, "CpuPercent", CpuPercent),
-    FIELD(ResourceInfo, "MemPercent", MemPercent),
+    FIELD(ResourceInfo, CpuPercent),
+    FIELD(ResourceInfo, MemPercent),
 };
 
-// Two calls hand over a bare text; as a record they are queries like the others.
+// Two calls fill a plain text; with a record around it they are queries like the others.
 struct UplinkStatus {
     char UpLinkStatus[8];
 };
@@ -84,7 +84,7 @@ int32_t get_uplink_status(UplinkStatus *status)
 }
 
 constexpr auto kUplinkStatus = Fields{
-    FIELD(UplinkStatus, "UpLinkStatus", UpLinkStatus),
+    FIELD(UplinkStatus, UpLinkStatus),
 };
 
 struct NetFault {
@@ -97,7 +97,7 @@ int32_t get_net_fault(NetFault *fault)
 }
 
 constexpr auto kNetFault = Fields{
-    FIELD(NetFault, "NetFaultReason", NetFaultReason),
+    FIELD(NetFault, NetFaultReason),
 };
 
 // An optimisation of the Wi-Fi starts from the request's values and answers with those that the
@@ -106,7 +106,7 @@ int32_t optimize(cJSON *obj, int32_t (*call)(WifiInspectInfo *), FieldList wishe
                  FieldList choices, const char *failure)
 {
     WifiInspectInfo info = {};
-    SettingSteps run(obj, wishes, Consume::kAfterCall);
+    SettingSteps run(obj, wishes, RemoveKeys::kAfterCall);
     if (!run.find(node_or_value_null())) {
         return -1;
     }

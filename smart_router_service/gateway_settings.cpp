@@ -1,5 +1,5 @@
 // Base information and home page of the gateway, its LAN addresses, DHCP server and PPPoE account.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -8,80 +8,62 @@ namespace {
 // ---- Base information --------------------------------------------------------------------------
 
 constexpr auto kBaseFields = Fields{
-    FIELD(HgBaseInfo, "Name", Name),
-    FIELD(HgBaseInfo, "Mac", Mac),
-    FIELD(HgBaseInfo, "NetStatus", NetStatus),
-    FIELD(HgBaseInfo, "UpSpeed", UpSpeed),
-    FIELD(HgBaseInfo, "DownSpeed", DownSpeed),
-    FIELD(HgBaseInfo, "WiFiStatus1", WiFiStatus1),
-    FIELD(HgBaseInfo, "WiFiStatus2", WiFiStatus2),
-    FIELD(HgBaseInfo, "SSID1", SSID1),
-    FIELD(HgBaseInfo, "SSID2", SSID2),
-    FIELD(HgBaseInfo, "ip", ip),
-    FIELD(HgBaseInfo, "HWVersion", HWVersion),
-    FIELD(HgBaseInfo, "FWVersion", FWVersion),
-    FIELD(HgBaseInfo, "FWDATA", FWDATA),
-    FIELD(HgBaseInfo, "UpTime", UpTime),
-    FIELD(HgBaseInfo, "DeviceType", DeviceType),
-    FIELD(HgBaseInfo, "AreaCode", AreaCode),
-    FIELD(HgBaseInfo, "Wlan0Mac", Wlan0Mac),
-    FIELD(HgBaseInfo, "Wlan1Mac", Wlan1Mac),
-    FIELD(HgBaseInfo, "WanLinkMode", WanLinkMode),
-    FIELD(HgBaseInfo, "Cpu", Cpu),
-    FIELD(HgBaseInfo, "Memory", Memory),
+    FIELD(HgBaseInfo, Name),        FIELD(HgBaseInfo, Mac),       FIELD(HgBaseInfo, NetStatus),
+    FIELD(HgBaseInfo, UpSpeed),     FIELD(HgBaseInfo, DownSpeed), FIELD(HgBaseInfo, WiFiStatus1),
+    FIELD(HgBaseInfo, WiFiStatus2), FIELD(HgBaseInfo, SSID1),     FIELD(HgBaseInfo, SSID2),
+    FIELD(HgBaseInfo, ip),          FIELD(HgBaseInfo, HWVersion), FIELD(HgBaseInfo, FWVersion),
+    FIELD(HgBaseInfo, FWDATA),      FIELD(HgBaseInfo, UpTime),    FIELD(HgBaseInfo, DeviceType),
+    FIELD(HgBaseInfo, AreaCode),    FIELD(HgBaseInfo, Wlan0Mac),  FIELD(HgBaseInfo, Wlan1Mac),
+    FIELD(HgBaseInfo, WanLinkMode), FIELD(HgBaseInfo, Cpu),       FIELD(HgBaseInfo, Memory),
 };
 
 constexpr auto kBaseLanFields = Fields{
-    FIELD(LanIpInfo, "LanIp", GatewayLanIP),
+    FIELD_AS(LanIpInfo, GatewayLanIP, "LanIp"),
 };
 
 constexpr auto kBaseWanFields = Fields{
-    FIELD(WanIpInfo, "WanGateWay", WanGateWay),
-    FIELD(WanIpInfo, "Dns", Dns),
+    FIELD(WanIpInfo, WanGateWay),
+    FIELD(WanIpInfo, Dns),
 };
 
-constexpr auto kNameField = Fields{FIELD(HgBaseInfo, "Name", Name)};
+constexpr auto kNameField = Fields{FIELD(HgBaseInfo, Name)};
 
 constexpr auto kHomePageFields = Fields{
-    FIELD(HomePageInfo, "Devname", Devname),
-    FIELD(HomePageInfo, "UploadSpeed", UploadSpeed),
-    FIELD(HomePageInfo, "DownloadSpeed", DownloadSpeed),
-    FIELD(HomePageInfo, "GameSpeed", GameSpeed),
-    FIELD(HomePageInfo, "GamePort", GamePort),
-    FIELD(HomePageInfo, "GameBand", GameBand),
-    FIELD(HomePageInfo, "CpuRate", CpuRate),
-    FIELD(HomePageInfo, "MemRate", MemRate),
-    FIELD(HomePageInfo, "CpuTemperature", CpuTemperature),
+    FIELD(HomePageInfo, Devname),        FIELD(HomePageInfo, UploadSpeed),
+    FIELD(HomePageInfo, DownloadSpeed),  FIELD(HomePageInfo, GameSpeed),
+    FIELD(HomePageInfo, GamePort),       FIELD(HomePageInfo, GameBand),
+    FIELD(HomePageInfo, CpuRate),        FIELD(HomePageInfo, MemRate),
+    FIELD(HomePageInfo, CpuTemperature),
 };
 
 // ---- LAN, DHCP and PPPoE -----------------------------------------------------------------------
 
 constexpr auto kLanFields = Fields{
-    FIELD(LanIpInfo, "GatewayLanIP", GatewayLanIP),
-    FIELD(LanIpInfo, "SubnetMask", SubnetMask),
-    FIELD(LanIpInfo, "StartIp", StartIp),
-    FIELD(LanIpInfo, "EndIp", EndIp),
+    FIELD(LanIpInfo, GatewayLanIP),
+    FIELD(LanIpInfo, SubnetMask),
+    FIELD(LanIpInfo, StartIp),
+    FIELD(LanIpInfo, EndIp),
 };
 
 constexpr auto kDhcpFields = Fields{
-    FIELD(DhcpInfo, "Enable", Enable),
-    FIELD(DhcpInfo, "IPAddress", IPAddress),
-    FIELD(DhcpInfo, "SubNetMask", SubNetMask),
-    FIELD(DhcpInfo, "GateWay", GateWay),
+    FIELD(DhcpInfo, Enable),
+    FIELD(DhcpInfo, IPAddress),
+    FIELD(DhcpInfo, SubNetMask),
+    FIELD(DhcpInfo, GateWay),
 };
 
-constexpr auto kDhcpSwitch = Fields{FIELD(DhcpInfo, "Enable", Enable)};
+constexpr auto kDhcpSwitch = Fields{FIELD(DhcpInfo, Enable)};
 
 constexpr auto kPppoeFields = Fields{
-    FIELD(PppoeInfo, "Account", Account),
-    FIELD(PppoeInfo, "Password", Password),
-    FIELD(PppoeInfo, "Enable", Enable),
+    FIELD(PppoeInfo, Account),
+    FIELD(PppoeInfo, Password),
+    FIELD(PppoeInfo, Enable),
 };
 
 constexpr auto kPppoeAccountFields = Fields{
-    FIELD(PppoeInfo, "Enable", Enable),
-    FIELD(PppoeInfo, "Account", Account),
-    FIELD(PppoeInfo, "Password", Password),
+    FIELD(PppoeInfo, Enable),
+    FIELD(PppoeInfo, Account),
+    FIELD(PppoeInfo, Password),
 };
 
 // The three settings refuse a bad request in the place where the device leaves its own reason.
@@ -112,7 +94,7 @@ int32_t json_get_hg_base_info(cJSON *obj)
     return answer(obj, reply, kFailure);
 }
 
-HANDLER(json_set_hg_base_info, (setting<devapi_set_hg_base_info, Consume::kOnSuccess>(
+HANDLER(json_set_hg_base_info, (setting<devapi_set_hg_base_info, RemoveKeys::kOnSuccess>(
                                    kNameField, "set hg base info failed", "param format error")))
 
 HANDLER(json_get_home_page_info,
@@ -123,9 +105,9 @@ HANDLER(json_get_hg_lanip_info, query<devapi_get_lan_ip_info>(kLanFields, "get l
 int32_t json_set_hg_lanip_info(cJSON *obj)
 {
     LanIpSetting lan = {};
-    SettingRun run(obj, kLanFields, Consume::kAlways);
+    SettingRun run(obj, kLanFields, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
-        // The PPPoE setting's text; whoever watches the log knows it from here as well.
+        // The text of the PPPoE setting: tools that read the log expect it here too.
         log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;
     }
@@ -144,7 +126,7 @@ HANDLER(json_get_hg_dhcp_info, query<devapi_get_hg_dhcp_info>(kDhcpFields, "get 
 int32_t json_set_hg_dhcp_info(cJSON *obj)
 {
     DhcpSetting dhcp = {};
-    SettingRun run(obj, kDhcpSwitch, Consume::kAlways);
+    SettingRun run(obj, kDhcpSwitch, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
         log_error("json_set_hg_dhcp_info : Err, null param");
         return -1;
@@ -179,7 +161,7 @@ int32_t json_get_hg_pppoe_info(cJSON *obj)
 int32_t json_set_hg_pppoe_info(cJSON *obj)
 {
     PppoeSetting pppoe = {};
-    SettingRun run(obj, kPppoeFields, Consume::kAlways);
+    SettingRun run(obj, kPppoeFields, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
         log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;

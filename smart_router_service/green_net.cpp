@@ -18,24 +18,19 @@ int32_t set_enable(const GreenNetSwitch *green_net)
     return devapi_set_greennet_enable(green_net->Enable);
 }
 
-constexpr auto kSwitch = Fields{FIELD(GreenNetSwitch, "Enable", Enable)};
-
-constexpr auto kDevice = Fields{
-    FIELD(GreenHostInfo, "Mac", Mac),
-    FIELD(GreenHostInfo, "Name", Name),
-    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
-    FIELD(GreenHostInfo, "ProtectEnable", ProtectEnable),
-};
+constexpr auto kSwitch = Fields{FIELD(GreenNetSwitch, Enable)};
 
 constexpr auto kDeviceSetting = Fields{
-    FIELD(GreenHostInfo, "Mac", Mac),
-    FIELD(GreenHostInfo, "Name", Name),
-    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+    FIELD(GreenHostInfo, Mac),
+    FIELD(GreenHostInfo, Name),
+    FIELD(GreenHostInfo, NotifyEnable),
 };
 
+constexpr auto kDevice = Fields{kDeviceSetting, FIELD(GreenHostInfo, ProtectEnable)};
+
 constexpr auto kNotifySetting = Fields{
-    FIELD(GreenHostInfo, "Mac", Mac),
-    FIELD(GreenHostInfo, "NotifyEnable", NotifyEnable),
+    FIELD(GreenHostInfo, Mac),
+    FIELD(GreenHostInfo, NotifyEnable),
 };
 
 bool is_entry(const GreenHostInfo &device)
@@ -162,7 +157,7 @@ int32_t json_get_green_net_enable(cJSON *obj)
     GreenNetSwitch green_net = {};
     const int32_t result = devapi_get_greennet_enable(green_net.Enable);
     if (result != 0) {
-        // Whoever watches the log searches for this number, wherever the line stands by now.
+        // Tools that read the log search for this number, so it does not follow the source.
         constexpr int kKnownLine = 1612;
         LOG_ERROR("%s: %d get green net enable failed! ret = %d\n", "json_get_green_net_enable",
                   kKnownLine, result);
@@ -210,11 +205,11 @@ int32_t json_set_green_net_list(cJSON *obj)
     SuccessReply success;
     int32_t removal = 0;
     const char *failure = success.complete() ? replace_devices(elements, &removal) : kNoMemory;
-    consume(obj, elements);
+    remove_key(obj, elements);
     if (failure != nullptr) {
         return refuse(obj, failure);
     }
-    // The devices are stored by then: apps are told of both, and go by the last status.
+    // The devices are stored already. The reply has both statuses, and apps read the last one.
     if (removal == 0 || fail(obj, "del green net info failed")) {
         success.join(obj);
     } else {
@@ -227,7 +222,7 @@ int32_t json_set_green_net_notify(cJSON *obj)
 {
     constexpr const char *kFailure = "set host notify failed.";
     GreenHostInfo device = {};
-    SettingRun run(obj, kNotifySetting, Consume::kAfterCall);
+    SettingRun run(obj, kNotifySetting, RemoveKeys::kAfterCall);
     if (!run.find(kNoList) || !run.fill(&device, kFailure)) {
         return -1;
     }

@@ -1,7 +1,7 @@
 // What the commands of parental control share.
 #pragma once
 
-#include "handler_support.h"
+#include "recipes.h"
 
 namespace smart_router {
 

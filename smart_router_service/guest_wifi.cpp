@@ -1,5 +1,5 @@
 // The guest network of one band, and for how long it stays open.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 
@@ -8,34 +8,27 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kGuestReply = Fields{
-    FIELD(GuestWifiInfo, "Enable", Enable),
-    FIELD(GuestWifiInfo, "PermissionProperty", PermissionProperty),
-    FIELD(GuestWifiInfo, "SSID", SSID),
-    FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
-    FIELD(GuestWifiInfo, "RadioEnable", RadioEnable),
-    FIELD(GuestWifiInfo, "HourTime", HourTime),
-    FIELD(GuestWifiInfo, "EndTimestamp", EndTimestamp),
-    FIELD(GuestWifiInfo, "Remainingtime", Remainingtime),
-    FIELD(GuestWifiInfo, "PWD", PWD),
-    FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
-    FIELD(GuestWifiInfo, "Mode", Mode),
-    FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(GuestWifiInfo, Enable),       FIELD(GuestWifiInfo, PermissionProperty),
+    FIELD(GuestWifiInfo, SSID),         FIELD(GuestWifiInfo, ContinueTime),
+    FIELD(GuestWifiInfo, RadioEnable),  FIELD(GuestWifiInfo, HourTime),
+    FIELD(GuestWifiInfo, EndTimestamp), FIELD(GuestWifiInfo, Remainingtime),
+    FIELD(GuestWifiInfo, PWD),          FIELD(GuestWifiInfo, ENCRYPT),
+    FIELD(GuestWifiInfo, Mode),         FIELD(GuestWifiInfo, AdvertisementEnable),
 };
 
 constexpr auto kGuestSetting = Fields{
-    FIELD(GuestWifiInfo, "Enable", Enable),   FIELD(GuestWifiInfo, "SSID", SSID),
-    FIELD(GuestWifiInfo, "Band", Band),       FIELD(GuestWifiInfo, "PWD", PWD),
-    FIELD(GuestWifiInfo, "ENCRYPT", ENCRYPT),
+    FIELD(GuestWifiInfo, Enable), FIELD(GuestWifiInfo, SSID),    FIELD(GuestWifiInfo, Band),
+    FIELD(GuestWifiInfo, PWD),    FIELD(GuestWifiInfo, ENCRYPT),
 };
 
 constexpr auto kGuestTimes = Fields{
-    FIELD(GuestWifiInfo, "ContinueTime", ContinueTime),
-    FIELD(GuestWifiInfo, "HourTime", HourTime),
+    FIELD(GuestWifiInfo, ContinueTime),
+    FIELD(GuestWifiInfo, HourTime),
 };
 
 constexpr auto kGuestOptions = Fields{
-    FIELD(GuestWifiInfo, "Mode", Mode),
-    FIELD(GuestWifiInfo, "AdvertisementEnable", AdvertisementEnable),
+    FIELD(GuestWifiInfo, Mode),
+    FIELD(GuestWifiInfo, AdvertisementEnable),
 };
 
 constexpr char kSetFailure[] = "set guest ssid failed";
@@ -86,21 +79,21 @@ int32_t json_set_hg_guest_ssid(cJSON *obj)
         return -1;
     }
     GuestWifiInfo guest = {};
-    SettingRun run(obj, kGuestSetting, Consume::kAfterCall);
+    SettingRun run(obj, kGuestSetting, RemoveKeys::kAfterCall);
     if (!run.find("parse guest ssid failed")) {
         log_error("string is null.\n");
         return -1;
     }
     copy_optional(obj, kGuestTimes, &guest, Found::kStays);
     set_end_timestamp(guest);
-    copy_optional(obj, kGuestOptions, &guest, Found::kIsConsumed);
+    copy_optional(obj, kGuestOptions, &guest, Found::kIsRemoved);
     cJSON_DeleteItemFromObject(obj, "ContinueTime");
     cJSON_DeleteItemFromObject(obj, "HourTime");
     cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the computed one
     if (!run.fill(&guest, kSetFailure)) {
         return -1;
     }
-    run.consume_from(0);
+    run.remove_from(0);
     const int32_t result = devapi_set_guest_wifi_info(&guest);
     run.end(result != 0, failure_of(result));
     return result;

@@ -1,6 +1,6 @@
 // Looks at the air and at the links: access points on each channel, one check of the links, and the
 // signal of a station.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 
@@ -10,19 +10,16 @@ namespace {
 
 // What is found of the name resolution is reported of DHCP as well.
 constexpr auto kAddresses = Fields{
-    FIELD(LinkInfo, "LanIP", LanIP),
-    FIELD(LinkInfo, "WanIp", WanIp),
-    FIELD(LinkInfo, "DnsCheck", DnsCheck),
-    FIELD(LinkInfo, "DhcpCheck", DnsCheck),
+    FIELD(LinkInfo, LanIP),
+    FIELD(LinkInfo, WanIp),
+    FIELD(LinkInfo, DnsCheck),
+    FIELD_AS(LinkInfo, DnsCheck, "DhcpCheck"),
 };
 
 constexpr auto kRadios = Fields{
-    FIELD(LinkInfo, "Wifi24Enable", Wifi24Enable),
-    FIELD(LinkInfo, "Wifi24Channel", Wifi24Channel),
-    FIELD(LinkInfo, "Wifi24ChannelCheck", Wifi24ChannelCheck),
-    FIELD(LinkInfo, "Wifi58Enable", Wifi58Enable),
-    FIELD(LinkInfo, "Wifi58Channel", Wifi58Channel),
-    FIELD(LinkInfo, "Wifi58ChannelCheck", Wifi58ChannelCheck),
+    FIELD(LinkInfo, Wifi24Enable),       FIELD(LinkInfo, Wifi24Channel),
+    FIELD(LinkInfo, Wifi24ChannelCheck), FIELD(LinkInfo, Wifi58Enable),
+    FIELD(LinkInfo, Wifi58Channel),      FIELD(LinkInfo, Wifi58ChannelCheck),
 };
 
 // A new object for a channel; null when memory ran out.

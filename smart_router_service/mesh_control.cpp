@@ -1,30 +1,30 @@
 // Mesh, pairing and WPS, and what else of the router's presence in the mesh can be set: the agent's
 // heartbeat, LEDs, the state of the first configuration, and devices to forget.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
 namespace {
 
 constexpr auto kMeshStatus = Fields{
-    FIELD(MeshStatus, "MeshEnable", MeshEnable),
-    FIELD(MeshStatus, "MeshMode", MeshMode),
+    FIELD(MeshStatus, MeshEnable),
+    FIELD(MeshStatus, MeshMode),
 };
 
 constexpr auto kPairStatus = Fields{
-    FIELD(PairStatus, "Enable", Enable),
-    FIELD(PairStatus, "Time", Time),
+    FIELD(PairStatus, Enable),
+    FIELD(PairStatus, Time),
 };
 
 constexpr auto kWpsState = Fields{
-    FIELD(WpsState, "Radio", Radio),
-    FIELD(WpsState, "Action", Action),
+    FIELD(WpsState, Radio),
+    FIELD(WpsState, Action),
 };
 
 constexpr auto kLed = Fields{
-    FIELD(LedInfo, "LedSwitch", LedSwitch),
-    FIELD(LedInfo, "LedCoLor", LedCoLor),
-    FIELD(LedInfo, "LedLight", LedLight),
+    FIELD(LedInfo, LedSwitch),
+    FIELD(LedInfo, LedCoLor),
+    FIELD(LedInfo, LedLight),
 };
 
 const char *mesh_failure(int32_t result)
@@ -44,11 +44,11 @@ const char *pair_failure(int32_t result)
     return result == MESH_PAIRING_NOT_SUPPORTED ? "WIFI_SET_NOT_SUPPORT" : "Set pair status failed";
 }
 
-// A setting whose failure texts tell the device's results apart.
+// A setting with a failure text for each result of the device.
 int32_t set_with_results(cJSON *obj, FieldList fields, void *record, RecordCall call,
                          const char *(*failure_text)(int32_t result), const char *missing)
 {
-    SettingSteps run(obj, fields, Consume::kAfterCall);
+    SettingSteps run(obj, fields, RemoveKeys::kAfterCall);
     if (!run.find(missing) || !run.fill_record(record, failure_text(-1))) {
         return -1;
     }
@@ -57,8 +57,8 @@ int32_t set_with_results(cJSON *obj, FieldList fields, void *record, RecordCall 
     return result;
 }
 
-// Hands the text under a key to the device as it stands; the key is taken out when the device
-// agreed.
+// Passes the text under a key to the device unchanged. The key is removed when the device accepted
+// it.
 int32_t set_text(cJSON *obj, const char *key, const MissingTexts &missing,
                  int32_t (*call)(const char *), FailureRule failed, const char *failure)
 {
@@ -72,7 +72,7 @@ int32_t set_text(cJSON *obj, const char *key, const MissingTexts &missing,
     }
     const int32_t result = call(text_of(item));
     if (!failed(result)) {
-        consume(obj, item);
+        remove_key(obj, item);
     }
     conclude(obj, success, failed(result), failure);
     return result;
@@ -101,7 +101,7 @@ int32_t get_configuration_state(ConfigurationState *configuration)
 }
 
 constexpr auto kConfigurationState = Fields{
-    FIELD(ConfigurationState, "ConfiguerStatus", ConfiguerStatus),
+    FIELD(ConfigurationState, ConfiguerStatus),
 };
 
 } // namespace
@@ -125,7 +125,7 @@ int32_t json_set_tslink_ssid(cJSON *obj)
             log_debug("not set up mesh\n");
         }
     }
-    consume(obj, item);
+    remove_key(obj, item);
     conclude(obj, success, !can_set, is_valid ? nullptr : "Enable invalid");
     return can_set ? 0 : -1;
 }
@@ -203,7 +203,7 @@ int32_t json_set_led(cJSON *obj)
         devapi_set_sta_led(text_of(items[0]), text_of(items[1]), text_of(items[2]));
     if (!minus_one(result)) {
         for (cJSON *item : items) {
-            consume(obj, item);
+            remove_key(obj, item);
         }
     }
     conclude(obj, success, minus_one(result), kFailure);

@@ -7,9 +7,9 @@ namespace smart_router {
 namespace {
 
 constexpr auto kMeshLink = Fields{
-    FIELD(MeshLink, "nexthopMAC", nexthopMAC),
-    FIELD(MeshLink, "dbm", dbm),
-    FIELD(MeshLink, "interface", interface),
+    FIELD(MeshLink, nexthopMAC),
+    FIELD(MeshLink, dbm),
+    FIELD(MeshLink, interface),
 };
 
 } // namespace

@@ -2,7 +2,7 @@
 // router, and the links between routers.
 #pragma once
 
-#include "handler_support.h"
+#include "recipes.h"
 
 namespace smart_router {
 
@@ -33,12 +33,35 @@ struct ReportedDevice {
     char DevModle[10];
 };
 
+// What the reports of a device have in common, in parts.
+inline constexpr auto kDeviceKind = Fields{
+    FIELD_IN(ReportedDevice, info, DevType), FIELD_IN(ReportedDevice, info, DevFactory),
+    FIELD(ReportedDevice, DevModle),         FIELD_IN(ReportedDevice, info, Name),
+    FIELD_IN(ReportedDevice, info, ByName),
+};
+inline constexpr auto kDeviceAccess = Fields{
+    FIELD_IN(ReportedDevice, info, NetStatus),
+    FIELD_IN(ReportedDevice, info, NetMonopoly),
+    FIELD_IN(ReportedDevice, info, AccessType),
+    FIELD_IN(ReportedDevice, info, AccessEnable),
+};
+inline constexpr auto kDeviceTraffic = Fields{
+    FIELD_IN(ReportedDevice, info, UpSpeed),
+    FIELD_IN(ReportedDevice, info, DownSpeed),
+    FIELD_IN(ReportedDevice, info, ip),
+};
+inline constexpr auto kDeviceLimits = Fields{
+    FIELD_IN(ReportedDevice, info, SpeedLimit),
+    FIELD_IN(ReportedDevice, info, DownLimit),
+    FIELD_IN(ReportedDevice, info, UpLimit),
+};
+
 // The result of devapi_get_ad_base_info() for an index without a device.
 constexpr int32_t kNoDevice = 1000;
 
 // The MAC address of a router that hangs from the main router.
 inline constexpr auto kChildMac = Fields{
-    FIELD(ChildMeshInfo, "childMac", ChildMac),
+    FIELD_AS(ChildMeshInfo, ChildMac, "childMac"),
 };
 
 // Moves a text from field to field, with or without its end.

@@ -6,10 +6,10 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kPeriod = Fields{
-    FIELD(ProtectPeriodInfo, "StartTime", StartTime),
-    FIELD(ProtectPeriodInfo, "EndTime", EndTime),
-    FIELD(ProtectPeriodInfo, "Enable", Enable),
-    FIELD(ProtectPeriodInfo, "DaysOfWeek", DaysOfWeek),
+    FIELD(ProtectPeriodInfo, StartTime),
+    FIELD(ProtectPeriodInfo, EndTime),
+    FIELD(ProtectPeriodInfo, Enable),
+    FIELD(ProtectPeriodInfo, DaysOfWeek),
 };
 
 // The MAC address by which a request names a host.
@@ -29,8 +29,8 @@ bool read_mac(cJSON *obj, MacText &mac)
 
 constexpr char kCannotDelete[] = "del duration failed!";
 
-// Stores the elements as periods of the host, and tells whether one is in force. Result: null, or
-// why it stopped; what was stored before stays.
+// Stores the elements as periods of the host, and finds out whether one is in force. Result: null,
+// or why it stopped; what was stored before stays.
 const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
 {
     cJSON *element;
@@ -115,7 +115,7 @@ int32_t json_set_protect_period_list(cJSON *obj)
     }
     SuccessReply success;
     const char *failure = success.complete() ? replace_periods(elements, host) : kCannotDelete;
-    consume(obj, elements);
+    remove_key(obj, elements);
     conclude(obj, success, failure != nullptr, failure);
     return failure != nullptr ? -1 : 0;
 }

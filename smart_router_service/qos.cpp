@@ -17,7 +17,7 @@ int32_t set_enable(const QosSwitch *qos)
     return devapi_set_qos_enable(number_in(qos->Enable));
 }
 
-constexpr auto kSwitch = Fields{FIELD(QosSwitch, "Enable", Enable)};
+constexpr auto kSwitch = Fields{FIELD(QosSwitch, Enable)};
 
 struct ApplicationPriority {
     int32_t Id;
@@ -30,8 +30,8 @@ int32_t set_priority(const ApplicationPriority *application)
 }
 
 constexpr auto kPriority = Fields{
-    FIELD(ApplicationPriority, "Id", Id),
-    FIELD(ApplicationPriority, "PriorityLevel", PriorityLevel),
+    FIELD(ApplicationPriority, Id),
+    FIELD(ApplicationPriority, PriorityLevel),
 };
 
 // ---- Rules -------------------------------------------------------------------------------------
@@ -40,33 +40,33 @@ constexpr int32_t kAdd = 1;
 constexpr char kDelete[] = "2";
 
 constexpr auto kSelection = Fields{
-    FIELD(QosRule, "Id", Id),
-    FIELD(QosRule, "Action", Action),
+    FIELD(QosRule, Id),
+    FIELD(QosRule, Action),
 };
 
 constexpr auto kDescription = Fields{
-    FIELD(QosRule, "Name", Name),
-    FIELD(QosRule, "PriorityLevel", PriorityLevel),
+    FIELD(QosRule, Name),
+    FIELD(QosRule, PriorityLevel),
 };
 
 constexpr auto kType = Fields{
-    FIELD(QosType, "Type", Type),
-    FIELD(QosType, "Min", Min),
-    FIELD(QosType, "Max", Max),
+    FIELD(QosType, Type),
+    FIELD(QosType, Min),
+    FIELD(QosType, Max),
 };
 
-constexpr auto kRuleId = Fields{FIELD(QosRule, "Id", Id)};
+constexpr auto kRuleId = Fields{FIELD(QosRule, Id)};
 
 constexpr auto kRule = Fields{
-    FIELD(QosRule, "Id", Id),
-    FIELD(QosRule, "Name", Name),
-    FIELD(QosRule, "PriorityLevel", PriorityLevel),
+    FIELD(QosRule, Id),
+    FIELD(QosRule, Name),
+    FIELD(QosRule, PriorityLevel),
 };
 
 constexpr auto kApplication = Fields{
-    FIELD(QosApplication, "Id", Id),
-    FIELD(QosApplication, "Name", Name),
-    FIELD(QosApplication, "PriorityLevel", PriorityLevel),
+    FIELD(QosApplication, Id),
+    FIELD(QosApplication, Name),
+    FIELD(QosApplication, PriorityLevel),
 };
 
 // Reads the types of a rule, as many as it has room for; what comes behind them is not looked at.

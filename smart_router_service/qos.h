@@ -1,7 +1,7 @@
 // The parsing of a classification rule, which is exported as well.
 #pragma once
 
-#include "handler_support.h"
+#include "recipes.h"
 
 extern "C" {
 

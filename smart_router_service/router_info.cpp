@@ -11,44 +11,43 @@ namespace {
 // ---- The main router ---------------------------------------------------------------------------
 
 constexpr auto kRouterInBrief = Fields{
-    FIELD(HgBaseInfo, "DeviceType", DeviceType),   FIELD(HgBaseInfo, "WiFiStatus1", WiFiStatus1),
-    FIELD(HgBaseInfo, "WiFiStatus2", WiFiStatus2), FIELD(HgBaseInfo, "Name", Name),
-    FIELD(HgBaseInfo, "FWVersion", FWVersion),
+    FIELD(HgBaseInfo, DeviceType), FIELD(HgBaseInfo, WiFiStatus1), FIELD(HgBaseInfo, WiFiStatus2),
+    FIELD(HgBaseInfo, Name),       FIELD(HgBaseInfo, FWVersion),
 };
 
 constexpr auto kLoad = Fields{
-    FIELD(DevStatusInfo, "Cpu", Cpu),
-    FIELD(DevStatusInfo, "Memory", Memory),
+    FIELD(DevStatusInfo, Cpu),
+    FIELD(DevStatusInfo, Memory),
 };
 
-constexpr auto kLanAddress = Fields{FIELD(LanIpInfo, "LanIp", GatewayLanIP)};
+constexpr auto kLanAddress = Fields{FIELD_AS(LanIpInfo, GatewayLanIP, "LanIp")};
 
 constexpr auto kWanNeighbours = Fields{
-    FIELD(WanIpInfo, "WanGateWay", WanGateWay),
-    FIELD(WanIpInfo, "Dns", Dns),
+    FIELD(WanIpInfo, WanGateWay),
+    FIELD(WanIpInfo, Dns),
 };
 
 constexpr auto kRouterAtLength = Fields{
-    FIELD(HgBaseInfo, "Mac", Mac),
-    FIELD(HgBaseInfo, "UpSpeed", UpSpeed),
-    FIELD(HgBaseInfo, "DownSpeed", DownSpeed),
-    FIELD(HgBaseInfo, "SSID1", SSID1),
-    FIELD(HgBaseInfo, "SSID2", SSID2),
-    FIELD(HgBaseInfo, "HWVersion", HWVersion),
-    FIELD(HgBaseInfo, "FWDATA", FWDATA),
-    FIELD(HgBaseInfo, "UpTime", UpTime),
-    FIELD(HgBaseInfo, "WanUptime", WanUptime),
-    FIELD(HgBaseInfo, "ConfiguerStatus", ConfiguerStatus),
-    FIELD(HgBaseInfo, "WanConMode", WanLinkMode),
-    FIELD(HgBaseInfo, "AddressType", AddressType),
-    FIELD(HgBaseInfo, "cpuusage", Cpu),
-    FIELD(HgBaseInfo, "ramusage", Memory),
-    FIELD(HgBaseInfo, "FireWallEnable", FireWallEnable),
+    FIELD(HgBaseInfo, Mac),
+    FIELD(HgBaseInfo, UpSpeed),
+    FIELD(HgBaseInfo, DownSpeed),
+    FIELD(HgBaseInfo, SSID1),
+    FIELD(HgBaseInfo, SSID2),
+    FIELD(HgBaseInfo, HWVersion),
+    FIELD(HgBaseInfo, FWDATA),
+    FIELD(HgBaseInfo, UpTime),
+    FIELD(HgBaseInfo, WanUptime),
+    FIELD(HgBaseInfo, ConfiguerStatus),
+    FIELD_AS(HgBaseInfo, WanLinkMode, "WanConMode"),
+    FIELD(HgBaseInfo, AddressType),
+    FIELD_AS(HgBaseInfo, Cpu, "cpuusage"),
+    FIELD_AS(HgBaseInfo, Memory, "ramusage"),
+    FIELD(HgBaseInfo, FireWallEnable),
 };
 
 constexpr auto kRadioAddresses = Fields{
-    FIELD(HgBaseInfo, "Wlan0Mac", Wlan0Mac),
-    FIELD(HgBaseInfo, "Wlan1Mac", Wlan1Mac),
+    FIELD(HgBaseInfo, Wlan0Mac),
+    FIELD(HgBaseInfo, Wlan1Mac),
 };
 
 bool is_connected(const WanIpInfo &wan)
@@ -59,17 +58,10 @@ bool is_connected(const WanIpInfo &wan)
 // ---- The devices attached to the main router ---------------------------------------------------
 
 constexpr auto kDevice = Fields{
-    FIELD(AdBaseInfo, "AccessType", AccessType),
-    FIELD(AdBaseInfo, "NetStatus", NetStatus),
-    FIELD(AdBaseInfo, "AccessEnable", AccessEnable),
-    FIELD(AdBaseInfo, "Mac", Mac),
-    FIELD(AdBaseInfo, "Name", Name),
-    FIELD(AdBaseInfo, "ByName", ByName),
-    FIELD(AdBaseInfo, "DevFactory", DevFactory),
-    FIELD(AdBaseInfo, "AccessTime", AccessTime),
-    FIELD(AdBaseInfo, "ip", ip),
-    FIELD(AdBaseInfo, "UpSpeed", UpSpeed),
-    FIELD(AdBaseInfo, "DownSpeed", DownSpeed),
+    FIELD(AdBaseInfo, AccessType), FIELD(AdBaseInfo, NetStatus),  FIELD(AdBaseInfo, AccessEnable),
+    FIELD(AdBaseInfo, Mac),        FIELD(AdBaseInfo, Name),       FIELD(AdBaseInfo, ByName),
+    FIELD(AdBaseInfo, DevFactory), FIELD(AdBaseInfo, AccessTime), FIELD(AdBaseInfo, ip),
+    FIELD(AdBaseInfo, UpSpeed),    FIELD(AdBaseInfo, DownSpeed),
 };
 
 const char *kind_code(const AdBaseInfo &device)

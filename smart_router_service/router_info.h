@@ -6,51 +6,30 @@
 namespace smart_router {
 
 // A station's keys after its MAC address, up to those that only some reports have.
-inline constexpr auto kMeshStation = Fields{
-    FIELD(ReportedDevice, "DevType", info.DevType),
-    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
-    FIELD(ReportedDevice, "DevModle", DevModle),
-    FIELD(ReportedDevice, "Name", info.Name),
-    FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
-    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
-    FIELD(ReportedDevice, "AccessType", info.AccessType),
-    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
-    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
-    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
-    FIELD(ReportedDevice, "ip", info.ip),
-};
+inline constexpr auto kMeshStation = Fields{kDeviceKind, kDeviceAccess, kDeviceTraffic};
 
 inline constexpr auto kStationDetails = Fields{
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-    FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "OS", info.OS),
-    FIELD(ReportedDevice, "Version", info.Version),
-    FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
-    FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
-    FIELD(ReportedDevice, "DownLimit", info.DownLimit),
-    FIELD(ReportedDevice, "UpLimit", info.UpLimit),
+    FIELD_IN(ReportedDevice, info, AccessTime),
+    FIELD_IN(ReportedDevice, info, UID),
+    FIELD_IN(ReportedDevice, info, OS),
+    FIELD_IN(ReportedDevice, info, Version),
+    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
+    kDeviceLimits,
 };
 
 // A child router's keys after those of its link.
 inline constexpr auto kMeshRouter = Fields{
-    FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
-    FIELD(ChildRouterInfo, "Name", Name),
-    FIELD(ChildRouterInfo, "NetStatus", NetStatus),
-    FIELD(ChildRouterInfo, "ChildRouterAccessType", ChildRouterAccessType),
-    FIELD(ChildRouterInfo, "UpSpeed", UpSpeed),
-    FIELD(ChildRouterInfo, "DownSpeed", DownSpeed),
-    FIELD(ChildRouterInfo, "FWDATA", FWDATA),
-    FIELD(ChildRouterInfo, "HWVersion", HWVersion),
-    FIELD(ChildRouterInfo, "AreaCode", AreaCode),
-    FIELD(ChildRouterInfo, "UpTime", UpTime),
-    FIELD(ChildRouterInfo, "DeviceType", DeviceType),
-    FIELD(ChildRouterInfo, "Wlan0Mac", Wlan0Mac),
-    FIELD(ChildRouterInfo, "Wlan1Mac", Wlan1Mac),
+    FIELD(ChildRouterInfo, RouterDeviceID), FIELD(ChildRouterInfo, Name),
+    FIELD(ChildRouterInfo, NetStatus),      FIELD(ChildRouterInfo, ChildRouterAccessType),
+    FIELD(ChildRouterInfo, UpSpeed),        FIELD(ChildRouterInfo, DownSpeed),
+    FIELD(ChildRouterInfo, FWDATA),         FIELD(ChildRouterInfo, HWVersion),
+    FIELD(ChildRouterInfo, AreaCode),       FIELD(ChildRouterInfo, UpTime),
+    FIELD(ChildRouterInfo, DeviceType),     FIELD(ChildRouterInfo, Wlan0Mac),
+    FIELD(ChildRouterInfo, Wlan1Mac),
 };
 
 // The MAC address by which the mesh knows a router that hangs from another one.
-inline constexpr auto kMeshMac = Fields{FIELD(ChildMeshInfo, "childMac", Mac)};
+inline constexpr auto kMeshMac = Fields{FIELD_AS(ChildMeshInfo, Mac, "childMac")};
 
 inline constexpr char kParentMac[] = "ParentMacAddress";
 

@@ -74,11 +74,8 @@ constexpr int32_t kFirstChildLevel = 2;
 constexpr int32_t kListHead = 1;
 
 constexpr auto kNode = Fields{
-    FIELD(NodeDevInfo, "ip", ip),
-    FIELD(NodeDevInfo, "AccessType", AccessType),
-    FIELD(NodeDevInfo, "LinkSpeed", LinkSpeed),
-    FIELD(NodeDevInfo, "dbm", dbm),
-    FIELD(NodeDevInfo, "FWVersion", FWVersion),
+    FIELD(NodeDevInfo, ip),  FIELD(NodeDevInfo, AccessType), FIELD(NodeDevInfo, LinkSpeed),
+    FIELD(NodeDevInfo, dbm), FIELD(NodeDevInfo, FWVersion),
 };
 
 // Adds the MAC address in the form in which users know it, or as it stands.

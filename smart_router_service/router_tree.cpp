@@ -10,12 +10,12 @@ namespace {
 constexpr char kTree[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice";
 
 constexpr auto kTreeRouter = Fields{
-    FIELD(ChildRouterInfo, "Mac", Mac),
-    FIELD(ChildRouterInfo, "ip", ip),
-    FIELD(ChildRouterInfo, "AccessType", ChildRouterAccessType),
-    FIELD(ChildRouterInfo, "LinkSpeed", LinkSpeed),
-    FIELD(ChildRouterInfo, "dbm", dbm),
-    FIELD(ChildRouterInfo, "FWVersion", FWVersion),
+    FIELD(ChildRouterInfo, Mac),
+    FIELD(ChildRouterInfo, ip),
+    FIELD_AS(ChildRouterInfo, ChildRouterAccessType, "AccessType"),
+    FIELD(ChildRouterInfo, LinkSpeed),
+    FIELD(ChildRouterInfo, dbm),
+    FIELD(ChildRouterInfo, FWVersion),
 };
 
 using Path = char[128];

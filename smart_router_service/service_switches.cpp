@@ -1,5 +1,5 @@
 // Switches of the router's network services, a speed test, and what its ports carry and serve.
-#include "handler_support.h"
+#include "recipes.h"
 
 #include <stdio.h>
 
@@ -7,22 +7,21 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kMode = Fields{FIELD(MultiserviceMode, "Mode", Mode)};
+constexpr auto kMode = Fields{FIELD(MultiserviceMode, Mode)};
 
 constexpr auto kSpeedTest = Fields{
-    FIELD(SpeedTest, "DownBandWidth", DownBandWidth),
-    FIELD(SpeedTest, "UpBandWidth", UpBandWidth),
-    FIELD(SpeedTest, "Delay", Delay),
+    FIELD(SpeedTest, DownBandWidth),
+    FIELD(SpeedTest, UpBandWidth),
+    FIELD(SpeedTest, Delay),
 };
 
 constexpr auto kAlg = Fields{
-    FIELD(AlgAbility, "PPTP", PPTP),   FIELD(AlgAbility, "FTP", FTP),
-    FIELD(AlgAbility, "IPSEC", IPSEC), FIELD(AlgAbility, "L2TP", L2TP),
-    FIELD(AlgAbility, "RTSP", RTSP),   FIELD(AlgAbility, "H323", H323),
-    FIELD(AlgAbility, "SIP", SIP),
+    FIELD(AlgAbility, PPTP), FIELD(AlgAbility, FTP),  FIELD(AlgAbility, IPSEC),
+    FIELD(AlgAbility, L2TP), FIELD(AlgAbility, RTSP), FIELD(AlgAbility, H323),
+    FIELD(AlgAbility, SIP),
 };
 
-constexpr auto kUpnp = Fields{FIELD(UpnpState, "Enable", Enable)};
+constexpr auto kUpnp = Fields{FIELD(UpnpState, Enable)};
 
 constexpr char kNoEnable[] = "get param:enable err";
 
@@ -37,7 +36,7 @@ int32_t get_configuration_service(ConfigurationService *service)
 }
 
 constexpr auto kConfigurationService = Fields{
-    FIELD(ConfigurationService, "TsconfStatus", TsconfStatus),
+    FIELD(ConfigurationService, TsconfStatus),
 };
 
 struct WpsSwitch {
@@ -57,7 +56,7 @@ int32_t set_wps(const WpsSwitch *wps)
     return devapi_set_wps_enable(number_in(wps->Enable));
 }
 
-constexpr auto kWps = Fields{FIELD(WpsSwitch, "Enable", Enable)};
+constexpr auto kWps = Fields{FIELD(WpsSwitch, Enable)};
 
 struct NewPortBinding {
     char Index[8];
@@ -70,22 +69,20 @@ int32_t set_port_binding(const NewPortBinding *binding)
 }
 
 constexpr auto kNewPortBinding = Fields{
-    FIELD(NewPortBinding, "Index", Index),
-    FIELD(NewPortBinding, "BoundPorts", BoundPorts),
+    FIELD(NewPortBinding, Index),
+    FIELD(NewPortBinding, BoundPorts),
 };
 
 constexpr auto kPortBinding = Fields{
-    FIELD(PortBinding, "Index", Index),
-    FIELD(PortBinding, "WANName", WANName),
-    FIELD(PortBinding, "BoundPorts", BoundPorts),
+    FIELD(PortBinding, Index),
+    FIELD(PortBinding, WANName),
+    FIELD(PortBinding, BoundPorts),
 };
 
 constexpr auto kPortStatistics = Fields{
-    FIELD(PortStatistics, "Port", Port),
-    FIELD(PortStatistics, "tx_traffic", tx_traffic),
-    FIELD(PortStatistics, "rx_traffic", rx_traffic),
-    FIELD(PortStatistics, "tx_packets", tx_packets),
-    FIELD(PortStatistics, "rx_packets", rx_packets),
+    FIELD(PortStatistics, Port),       FIELD(PortStatistics, tx_traffic),
+    FIELD(PortStatistics, rx_traffic), FIELD(PortStatistics, tx_packets),
+    FIELD(PortStatistics, rx_packets),
 };
 
 // Answers with a list of records, which may lack some that memory failed. Both lists go by the one

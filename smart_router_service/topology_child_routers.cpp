@@ -6,33 +6,31 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kReportedRouter = Fields{
-    FIELD(ChildRouterInfo, "RouterDeviceID", RouterDeviceID),
-    FIELD(ChildRouterInfo, "Name", Name),
-    FIELD(ChildRouterInfo, "Mac", Mac),
-    FIELD(ChildRouterInfo, "NetStatus", NetStatus),
-    FIELD(ChildRouterInfo, "ChildRouterAccessType", ChildRouterAccessType),
-    FIELD(ChildRouterInfo, "UpSpeed", UpSpeed),
-    FIELD(ChildRouterInfo, "DownSpeed", DownSpeed),
-    FIELD(ChildRouterInfo, "ip", ip),
-    FIELD(ChildRouterInfo, "FWVersion", FWVersion),
-    FIELD(ChildRouterInfo, "FWDATA", FWDATA),
-    FIELD(ChildRouterInfo, "UpTime", UpTime),
-    FIELD(ChildRouterInfo, "DeviceType", DeviceType),
-    FIELD(ChildRouterInfo, "AreaCode", AreaCode),
-    FIELD(ChildRouterInfo, "HWVersion", HWVersion),
-    FIELD(ChildRouterInfo, "Wlan0Mac", Wlan0Mac),
-    FIELD(ChildRouterInfo, "Wlan1Mac", Wlan1Mac),
-    FIELD(ChildRouterInfo, "dbm", dbm),
+    FIELD(ChildRouterInfo, RouterDeviceID),
+    FIELD(ChildRouterInfo, Name),
+    FIELD(ChildRouterInfo, Mac),
+    FIELD(ChildRouterInfo, NetStatus),
+    FIELD(ChildRouterInfo, ChildRouterAccessType),
+    FIELD(ChildRouterInfo, UpSpeed),
+    FIELD(ChildRouterInfo, DownSpeed),
+    FIELD(ChildRouterInfo, ip),
+    FIELD(ChildRouterInfo, FWVersion),
+    FIELD(ChildRouterInfo, FWDATA),
+    FIELD(ChildRouterInfo, UpTime),
+    FIELD(ChildRouterInfo, DeviceType),
+    FIELD(ChildRouterInfo, AreaCode),
+    FIELD(ChildRouterInfo, HWVersion),
+    FIELD(ChildRouterInfo, Wlan0Mac),
+    FIELD(ChildRouterInfo, Wlan1Mac),
+    FIELD(ChildRouterInfo, dbm),
 };
 
 // The keys of a station behind those that each attached device has.
-constexpr auto kStationLimits = Fields{
-    FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
-    FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
-    FIELD(ReportedDevice, "DownLimit", info.DownLimit),
-    FIELD(ReportedDevice, "UpLimit", info.UpLimit),
-    FIELD(ReportedDevice, "dbm", info.Dbm),
-    FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
+constexpr auto kStationEnd = Fields{
+    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
+    kDeviceLimits,
+    FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
+    FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
 };
 
 // What the log says when memory ran out for one of them.
@@ -145,6 +143,6 @@ int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
     }
     Reply reply;
     reply.fields(kAttachedDevice, &reported);
-    reply.fields(kStationLimits, &reported);
+    reply.fields(kStationEnd, &reported);
     return reply.join(obj) ? 0 : -1;
 }

@@ -3,7 +3,7 @@
 
 using namespace smart_router;
 
-// How many devices the report has come to, and how many of them are the main router's own. Agents
+// How many devices the report has, and how many of them are attached to the main router. Agents
 // read them after a report.
 int32_t g_dev_num = 0;
 int32_t g_active_num = 0;
@@ -19,41 +19,41 @@ struct ReportedRouter {
 };
 
 constexpr auto kRouter = Fields{
-    FIELD(ReportedRouter, "Name", base.Name),
-    FIELD(ReportedRouter, "Mac", base.Mac),
-    FIELD(ReportedRouter, "NetStatus", base.NetStatus),
-    FIELD(ReportedRouter, "UpSpeed", base.UpSpeed),
-    FIELD(ReportedRouter, "DownSpeed", base.DownSpeed),
-    FIELD(ReportedRouter, "WiFiStatus1", base.WiFiStatus1),
-    FIELD(ReportedRouter, "WiFiStatus2", base.WiFiStatus2),
-    FIELD(ReportedRouter, "SSID1", base.SSID1),
-    FIELD(ReportedRouter, "SSID2", base.SSID2),
-    FIELD(ReportedRouter, "ip", base.ip),
-    FIELD(ReportedRouter, "HWVersion", base.HWVersion),
-    FIELD(ReportedRouter, "FWVersion", base.FWVersion),
-    FIELD(ReportedRouter, "FWDATA", base.FWDATA),
-    FIELD(ReportedRouter, "UpTime", base.UpTime),
-    FIELD(ReportedRouter, "WanUptime", base.WanUptime),
-    FIELD(ReportedRouter, "DeviceType", base.DeviceType),
-    FIELD(ReportedRouter, "AreaCode", base.AreaCode),
-    FIELD(ReportedRouter, "ConfiguerStatus", base.ConfiguerStatus),
-    FIELD(ReportedRouter, "WanConMode", base.WanLinkMode),
-    FIELD(ReportedRouter, "AddressType", base.AddressType),
-    FIELD(ReportedRouter, "LedLight", base.LedLight),
-    FIELD(ReportedRouter, "LedSwitch", base.LedSwitch),
-    FIELD(ReportedRouter, "cpuusage", base.Cpu),
-    FIELD(ReportedRouter, "ramusage", base.Memory),
-    FIELD(ReportedRouter, "QosAcceleratorEnable", base.QosAcceleratorEnable),
-    FIELD(ReportedRouter, "QQGameAcceleratorEnable", base.QQGameAcceleratorEnable),
-    FIELD(ReportedRouter, "FireWallEnable", base.FireWallEnable),
-    FIELD(ReportedRouter, "NetQuality", NetQuality),
-    FIELD(ReportedRouter, "Wlan0Mac", base.Wlan0Mac),
-    FIELD(ReportedRouter, "Wlan1Mac", base.Wlan1Mac),
+    FIELD_IN(ReportedRouter, base, Name),
+    FIELD_IN(ReportedRouter, base, Mac),
+    FIELD_IN(ReportedRouter, base, NetStatus),
+    FIELD_IN(ReportedRouter, base, UpSpeed),
+    FIELD_IN(ReportedRouter, base, DownSpeed),
+    FIELD_IN(ReportedRouter, base, WiFiStatus1),
+    FIELD_IN(ReportedRouter, base, WiFiStatus2),
+    FIELD_IN(ReportedRouter, base, SSID1),
+    FIELD_IN(ReportedRouter, base, SSID2),
+    FIELD_IN(ReportedRouter, base, ip),
+    FIELD_IN(ReportedRouter, base, HWVersion),
+    FIELD_IN(ReportedRouter, base, FWVersion),
+    FIELD_IN(ReportedRouter, base, FWDATA),
+    FIELD_IN(ReportedRouter, base, UpTime),
+    FIELD_IN(ReportedRouter, base, WanUptime),
+    FIELD_IN(ReportedRouter, base, DeviceType),
+    FIELD_IN(ReportedRouter, base, AreaCode),
+    FIELD_IN(ReportedRouter, base, ConfiguerStatus),
+    FIELD_AS(ReportedRouter, base.WanLinkMode, "WanConMode"),
+    FIELD_IN(ReportedRouter, base, AddressType),
+    FIELD_IN(ReportedRouter, base, LedLight),
+    FIELD_IN(ReportedRouter, base, LedSwitch),
+    FIELD_AS(ReportedRouter, base.Cpu, "cpuusage"),
+    FIELD_AS(ReportedRouter, base.Memory, "ramusage"),
+    FIELD_IN(ReportedRouter, base, QosAcceleratorEnable),
+    FIELD_IN(ReportedRouter, base, QQGameAcceleratorEnable),
+    FIELD_IN(ReportedRouter, base, FireWallEnable),
+    FIELD(ReportedRouter, NetQuality),
+    FIELD_IN(ReportedRouter, base, Wlan0Mac),
+    FIELD_IN(ReportedRouter, base, Wlan1Mac),
 };
 
 constexpr auto kLinkToChild = Fields{
-    FIELD(MeshLink, "nexthopMAC", nexthopMAC),
-    FIELD(MeshLink, "dbm", dbm),
+    FIELD(MeshLink, nexthopMAC),
+    FIELD(MeshLink, dbm),
 };
 
 // Devices have two ways of saying that a radio is on.
@@ -124,13 +124,11 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 constexpr int32_t kMostDevices = 32;
 
 // Its keys behind those that a child router's station has as well.
-constexpr auto kDeviceLimits = Fields{
-    FIELD(ReportedDevice, "SpeedLimit", info.SpeedLimit),
-    FIELD(ReportedDevice, "DownLimit", info.DownLimit),
-    FIELD(ReportedDevice, "UpLimit", info.UpLimit),
-    FIELD(ReportedDevice, "GreennetProtectEnable", info.GreennetProtectEnable),
-    FIELD(ReportedDevice, "dbm", info.Dbm),
-    FIELD(ReportedDevice, "StaticDhcpEnable", info.StaticDhcpEnable),
+constexpr auto kDeviceEnd = Fields{
+    kDeviceLimits,
+    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
+    FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
+    FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
 };
 
 // Puts the text into a field that has a value, and empties one that has none.
@@ -251,7 +249,7 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
             LOG_ERROR("%s %d get ad base fail ret=%d\n", __FILE__, __LINE__, result);
             return -1;
         }
-        // Whoever reads the counters may also have written them.
+        // The counters are exported, so other code may have set them to any value.
         if (g_dev_num < INT32_MAX) {
             ++g_dev_num;
         }
@@ -263,7 +261,7 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
         }
         complete_device(&device);
         JsonItem object(object_of(kAttachedDevice, &device));
-        if (object.get() == nullptr || !add_fields(object.get(), kDeviceLimits, &device)) {
+        if (object.get() == nullptr || !add_fields(object.get(), kDeviceEnd, &device)) {
             return -1;
         }
         cJSON_AddItemToArray(*array, object.release());

@@ -7,23 +7,14 @@ namespace smart_router {
 
 // The keys that each device begins with, the main router's own or the station of a child router.
 inline constexpr auto kAttachedDevice = Fields{
-    FIELD(ReportedDevice, "Mac", info.Mac),
-    FIELD(ReportedDevice, "UID", info.UID),
-    FIELD(ReportedDevice, "DevType", info.DevType),
-    FIELD(ReportedDevice, "DevFactory", info.DevFactory),
-    FIELD(ReportedDevice, "DevModle", DevModle),
-    FIELD(ReportedDevice, "Name", info.Name),
-    FIELD(ReportedDevice, "ByName", info.ByName),
-    FIELD(ReportedDevice, "OS", info.OS),
-    FIELD(ReportedDevice, "Version", info.Version),
-    FIELD(ReportedDevice, "NetStatus", info.NetStatus),
-    FIELD(ReportedDevice, "NetMonopoly", info.NetMonopoly),
-    FIELD(ReportedDevice, "AccessType", info.AccessType),
-    FIELD(ReportedDevice, "AccessEnable", info.AccessEnable),
-    FIELD(ReportedDevice, "AccessTime", info.AccessTime),
-    FIELD(ReportedDevice, "UpSpeed", info.UpSpeed),
-    FIELD(ReportedDevice, "DownSpeed", info.DownSpeed),
-    FIELD(ReportedDevice, "ip", info.ip),
+    FIELD_IN(ReportedDevice, info, Mac),
+    FIELD_IN(ReportedDevice, info, UID),
+    kDeviceKind,
+    FIELD_IN(ReportedDevice, info, OS),
+    FIELD_IN(ReportedDevice, info, Version),
+    kDeviceAccess,
+    FIELD_IN(ReportedDevice, info, AccessTime),
+    kDeviceTraffic,
 };
 
 } // namespace smart_router
@@ -37,7 +28,7 @@ extern "C" {
 SMART_ROUTER_API int32_t json_get_hg_base_info_copy(cJSON *obj);
 
 // Appends the devices attached to the main router to *array, and counts them in g_dev_num and, for
-// kind 1, in g_active_num; the report is full when g_dev_num has come to 32. argument goes to
+// kind 1, in g_active_num; the report is full when g_dev_num is 32. argument goes to
 // devapi_get_dev_tol_num() as it is, kind into each record. Result: 0, also when the report is
 // full; -1 when there is no array, a device could not be read or memory ran out; else the result of
 // the failed count.

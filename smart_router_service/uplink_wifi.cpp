@@ -1,24 +1,21 @@
 // The network that the router joins as a repeater.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
 namespace {
 
 constexpr auto kUplinkFields = Fields{
-    FIELD(UplinkWifiInfo, "SSID", SSID),
-    FIELD(UplinkWifiInfo, "PWD", PWD),
-    FIELD(UplinkWifiInfo, "ENCRYPT", ENCRYPT),
-    FIELD(UplinkWifiInfo, "WPACypher", WPACypher),
-    FIELD(UplinkWifiInfo, "WPA2Cypher", WPA2Cypher),
-    FIELD(UplinkWifiInfo, "Band", Band),
+    FIELD(UplinkWifiInfo, SSID),       FIELD(UplinkWifiInfo, PWD),
+    FIELD(UplinkWifiInfo, ENCRYPT),    FIELD(UplinkWifiInfo, WPACypher),
+    FIELD(UplinkWifiInfo, WPA2Cypher), FIELD(UplinkWifiInfo, Band),
 };
 
 // The names that the log knows the keys by.
 constexpr char kLoggedNames[][8] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
 
 constexpr auto kConnectedSsid = Fields{
-    FIELD(UplinkWifiInfo, "ConnectedSSID", SSID),
+    FIELD_AS(UplinkWifiInfo, SSID, "ConnectedSSID"),
 };
 
 constexpr char kFailure[] = "SET_UPLINK_WIFI_INFO_FAIL";
@@ -58,7 +55,7 @@ int32_t json_set_uplink_wifi_info(cJSON *obj)
     success.reserve(kConnectedSsid);
     const int32_t result = success.complete() ? devapi_set_uplink_wifi_info(&uplink) : -1;
     for (cJSON *item : items) {
-        consume(obj, item);
+        remove_key(obj, item);
     }
     if (result == 0) {
         success.set_reserved(kConnectedSsid, &uplink);

@@ -1,68 +1,59 @@
 // The router's connections to the Internet: how many there are, and one of them at a time.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
 namespace {
 
 constexpr auto kWanNum = Fields{
-    FIELD(WanNum, "NUM", NUM),
-    FIELD(WanNum, "Description", Description),
+    FIELD(WanNum, NUM),
+    FIELD(WanNum, Description),
+};
+
+// What the reply and the setting have in common, in parts.
+constexpr auto kAddresses = Fields{
+    FIELD(WanInfo, SERVICELIST), FIELD(WanInfo, ADDRESSTYPE), FIELD(WanInfo, IPADDRESS),
+    FIELD(WanInfo, SUBNETMASK),  FIELD(WanInfo, GATEWAY),     FIELD(WanInfo, DNS1),
+    FIELD(WanInfo, DNS2),
+};
+constexpr auto kIpv6Route = Fields{
+    FIELD(WanInfo, IPV6_PREFIXLENGTH),
+    FIELD(WanInfo, IPV6_GATEWAY),
+    FIELD(WanInfo, IPV6_DNS1),
+    FIELD(WanInfo, IPV6_DNS2),
+};
+constexpr auto kLinkOptions = Fields{
+    FIELD(WanInfo, NATENABLE),
+    FIELD(WanInfo, QOSENABLE),
+    FIELD(WanInfo, VLANID),
+    FIELD(WanInfo, VLANPRIORITY),
 };
 
 constexpr auto kWanReply = Fields{
-    FIELD(WanInfo, "INDEX", INDEX),
-    FIELD(WanInfo, "IFNAME", IFNAME),
-    FIELD(WanInfo, "CONNECTIONTYPE", CONNECTIONTYPE),
-    FIELD(WanInfo, "CONNECTIONSTATUS", CONNECTIONSTATUS),
-    FIELD(WanInfo, "PROTOCOL", PROTOCOL),
-    FIELD(WanInfo, "UPLINKMODE", UPLINKMODE),
-    FIELD(WanInfo, "SERVICELIST", SERVICELIST),
-    FIELD(WanInfo, "ADDRESSTYPE", ADDRESSTYPE),
-    FIELD(WanInfo, "IPADDRESS", IPADDRESS),
-    FIELD(WanInfo, "SUBNETMASK", SUBNETMASK),
-    FIELD(WanInfo, "GATEWAY", GATEWAY),
-    FIELD(WanInfo, "DNS1", DNS1),
-    FIELD(WanInfo, "DNS2", DNS2),
-    FIELD(WanInfo, "IPV6_CONNECTIONSTATUS", IPV6_CONNECTIONSTATUS),
-    FIELD(WanInfo, "IPV6_IPADDRESS", IPV6_IPADDRESS),
-    FIELD(WanInfo, "IPV6_PRIFIX", IPV6_PRIFIX),
-    FIELD(WanInfo, "IPV6_PREFIXLENGTH", IPV6_PREFIXLENGTH),
-    FIELD(WanInfo, "IPV6_GATEWAY", IPV6_GATEWAY),
-    FIELD(WanInfo, "IPV6_DNS1", IPV6_DNS1),
-    FIELD(WanInfo, "IPV6_DNS2", IPV6_DNS2),
-    FIELD(WanInfo, "PPPOE_USR_NAME", PPPOE_USR_NAME),
-    FIELD(WanInfo, "PPPOE_PASSWORD", PPPOE_PASSWORD),
-    FIELD(WanInfo, "PPPOE_PROXY", PPPOE_PROXY),
-    FIELD(WanInfo, "PPPOE_SERVICENAME", PPPOE_SERVICENAME),
-    FIELD(WanInfo, "PPPOE_DIAL_MODE", PPPOE_DIAL_MODE),
-    FIELD(WanInfo, "NATENABLE", NATENABLE),
-    FIELD(WanInfo, "QOSENABLE", QOSENABLE),
-    FIELD(WanInfo, "VLANID", VLANID),
-    FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
+    FIELD(WanInfo, INDEX),
+    FIELD(WanInfo, IFNAME),
+    FIELD(WanInfo, CONNECTIONTYPE),
+    FIELD(WanInfo, CONNECTIONSTATUS),
+    FIELD(WanInfo, PROTOCOL),
+    FIELD(WanInfo, UPLINKMODE),
+    kAddresses,
+    FIELD(WanInfo, IPV6_CONNECTIONSTATUS),
+    FIELD(WanInfo, IPV6_IPADDRESS),
+    FIELD(WanInfo, IPV6_PRIFIX),
+    kIpv6Route,
+    FIELD(WanInfo, PPPOE_USR_NAME),
+    FIELD(WanInfo, PPPOE_PASSWORD),
+    FIELD(WanInfo, PPPOE_PROXY),
+    FIELD(WanInfo, PPPOE_SERVICENAME),
+    FIELD(WanInfo, PPPOE_DIAL_MODE),
+    kLinkOptions,
 };
 
 constexpr auto kWanSetting = Fields{
-    FIELD(WanInfo, "WANName", WANName),
-    FIELD(WanInfo, "SERVICELIST", SERVICELIST),
-    FIELD(WanInfo, "ADDRESSTYPE", ADDRESSTYPE),
-    FIELD(WanInfo, "IPADDRESS", IPADDRESS),
-    FIELD(WanInfo, "SUBNETMASK", SUBNETMASK),
-    FIELD(WanInfo, "GATEWAY", GATEWAY),
-    FIELD(WanInfo, "DNS1", DNS1),
-    FIELD(WanInfo, "DNS2", DNS2),
-    FIELD(WanInfo, "IPV6_IPADDRESS", IPV6_IPADDRESS),
-    FIELD(WanInfo, "IPV6_PREFIXLENGTH", IPV6_PREFIXLENGTH),
-    FIELD(WanInfo, "IPV6_GATEWAY", IPV6_GATEWAY),
-    FIELD(WanInfo, "IPV6_DNS1", IPV6_DNS1),
-    FIELD(WanInfo, "IPV6_DNS2", IPV6_DNS2),
-    FIELD(WanInfo, "IPV6_PRIFIX", IPV6_PRIFIX),
-    FIELD(WanInfo, "PPPOE_USR_NAME", PPPOE_USR_NAME),
-    FIELD(WanInfo, "PPPOE_PASSWORD", PPPOE_PASSWORD),
-    FIELD(WanInfo, "NATENABLE", NATENABLE),
-    FIELD(WanInfo, "QOSENABLE", QOSENABLE),
-    FIELD(WanInfo, "VLANID", VLANID),
-    FIELD(WanInfo, "VLANPRIORITY", VLANPRIORITY),
+    FIELD(WanInfo, WANName),        kAddresses,
+    FIELD(WanInfo, IPV6_IPADDRESS), kIpv6Route,
+    FIELD(WanInfo, IPV6_PRIFIX),    FIELD(WanInfo, PPPOE_USR_NAME),
+    FIELD(WanInfo, PPPOE_PASSWORD), kLinkOptions,
 };
 
 // How the setting's trace names its values, up to the sign of equality; one behind the other, in
@@ -139,7 +130,7 @@ int32_t json_query_wan_info(cJSON *obj)
     SuccessReply reply;
     reply.fields(kWanReply, &wan);
     if (reply.complete()) {
-        consume(obj, name);
+        remove_key(obj, name);
     }
     return answer(obj, reply, kQueryFailure);
 }
@@ -169,7 +160,7 @@ int32_t json_set_wan_info(cJSON *obj)
     const bool can_set = cJSON_IsObject(obj) != 0 && success.complete();
     const int32_t result = can_set ? devapi_set_route_wan_info(&wan) : -1;
     for (cJSON *item : items) {
-        consume(obj, item);
+        remove_key(obj, item);
     }
     conclude(obj, success, result != 0, kFailure);
     return result;

@@ -6,39 +6,17 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSsidReply = Fields{
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "UsedChannel", UsedChannel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
+    FIELD(SsidInfo, SSID),       FIELD(SsidInfo, PWD),       FIELD(SsidInfo, ENCRYPT),
+    FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),   FIELD(SsidInfo, UsedChannel),
+    FIELD(SsidInfo, Enable),     FIELD(SsidInfo, Bandwidth), kSsidOptions,
 };
 
-constexpr auto kSsidSetting =
-    Fields{
-        FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-        FIELD(SsidInfo, "SSID", SSID),
-        FIELD(SsidInfo, "PWD", PWD),
-        FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-        FIELD(SsidInfo, "PowerLevel", PowerLevel),
-        FIELD(SsidInfo, "Channel", Channel),
-        FIELD(SsidInfo, "Enable", Enable),
-        FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-        FIELD(SsidInfo, "Mode", Mode),
-        FIELD(SsidInfo, "Beamforming", Beamforming),
-    }
-        .requiring(kSsidRequired);
+constexpr auto kSsidSetting = Fields{kSsidRequired, kSsidOptions}.requiring(kSsidRequired.kCount);
 
 // What the agent's own settings carry; the encryption is not among it.
 constexpr auto kAgentSsidSetting = Fields{
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),   FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel), FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),         FIELD(SsidInfo, "PWD", PWD),
+    FIELD(SsidInfo, SSIDIndex), FIELD(SsidInfo, SSID),   FIELD(SsidInfo, PowerLevel),
+    FIELD(SsidInfo, Channel),   FIELD(SsidInfo, Enable), FIELD(SsidInfo, PWD),
 };
 
 // The SSID whose power level is pushed to the 5 GHz radio as well.
@@ -68,7 +46,7 @@ int32_t json_get_wifi_info(cJSON *obj)
         return refuse(obj, "index is 0, (should be 1 to 8)");
     }
     const int32_t result = devapi_get_ssid_info(&ssid);
-    consume(obj, item);
+    remove_key(obj, item);
     answer_query(obj, result != 0, kSsidReply, &ssid, kFailure, StatusAt::kFirst);
     return result;
 }
@@ -77,11 +55,11 @@ int32_t json_set_wifi_info(cJSON *obj)
 {
     constexpr const char *kFailure = "SET_WIFI_INFO_FAIL";
     SsidInfo ssid = {};
-    SettingRun run(obj, kSsidSetting, Consume::kAfterCall);
+    SettingRun run(obj, kSsidSetting, RemoveKeys::kAfterCall);
     if (!run.find(node_or_value_null()) || !run.fill(&ssid, kFailure)) {
         return -1;
     }
-    run.consume_from(kSsidRequired);
+    run.remove_from(kSsidRequired.kCount);
     const int32_t result = devapi_set_ssid_info(&ssid);
     if (ssid.SSIDIndex == kMainSsid) {
         // The radio follows the request even where the SSID could not be written, and to the

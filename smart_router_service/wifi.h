@@ -1,13 +1,22 @@
-// What the Wi-Fi handlers share: the keys of an SSID's settings, and helpers that are exported as
-// well, for whoever handles the same objects.
+// What the Wi-Fi handlers share: the keys of an SSID's settings, and helpers that are also
+// exported, for agents that handle the same objects.
 #pragma once
 
-#include "handler_support.h"
+#include "recipes.h"
 
 namespace smart_router {
 
-// How many of the fields each setting of an SSID has to give; the tables begin with those.
-inline constexpr size_t kSsidRequired = 7;
+// What each setting of an SSID must give, and what else most of the tables have in common.
+inline constexpr auto kSsidRequired = Fields{
+    FIELD(SsidInfo, SSIDIndex), FIELD(SsidInfo, SSID),       FIELD(SsidInfo, PWD),
+    FIELD(SsidInfo, ENCRYPT),   FIELD(SsidInfo, PowerLevel), FIELD(SsidInfo, Channel),
+    FIELD(SsidInfo, Enable),
+};
+inline constexpr auto kSsidOptions = Fields{
+    FIELD(SsidInfo, AdvertisementEnable),
+    FIELD(SsidInfo, Mode),
+    FIELD(SsidInfo, Beamforming),
+};
 
 } // namespace smart_router
 

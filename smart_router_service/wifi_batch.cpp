@@ -19,36 +19,13 @@ char g_fastroaming_enable[8] = "";
 namespace {
 
 constexpr auto kListElement = Fields{
-    FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-    FIELD(SsidInfo, "SSID", SSID),
-    FIELD(SsidInfo, "PWD", PWD),
-    FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-    FIELD(SsidInfo, "PowerLevel", PowerLevel),
-    FIELD(SsidInfo, "Channel", Channel),
-    FIELD(SsidInfo, "Enable", Enable),
-    FIELD(SsidInfo, "PermissionProperty", PermissionProperty),
-    FIELD(SsidInfo, "Type", Type),
-    FIELD(SsidInfo, "Bandwidth", Bandwidth),
-    FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-    FIELD(SsidInfo, "Mode", Mode),
-    FIELD(SsidInfo, "Beamforming", Beamforming),
+    kSsidRequired,         FIELD(SsidInfo, PermissionProperty),
+    FIELD(SsidInfo, Type), FIELD(SsidInfo, Bandwidth),
+    kSsidOptions,
 };
 
 constexpr auto kElementSetting =
-    Fields{
-        FIELD(SsidInfo, "SSIDIndex", SSIDIndex),
-        FIELD(SsidInfo, "SSID", SSID),
-        FIELD(SsidInfo, "PWD", PWD),
-        FIELD(SsidInfo, "ENCRYPT", ENCRYPT),
-        FIELD(SsidInfo, "PowerLevel", PowerLevel),
-        FIELD(SsidInfo, "Channel", Channel),
-        FIELD(SsidInfo, "Enable", Enable),
-        FIELD(SsidInfo, "Bandwidth", Bandwidth),
-        FIELD(SsidInfo, "AdvertisementEnable", AdvertisementEnable),
-        FIELD(SsidInfo, "Mode", Mode),
-        FIELD(SsidInfo, "Beamforming", Beamforming),
-    }
-        .requiring(kSsidRequired);
+    Fields{kSsidRequired, FIELD(SsidInfo, Bandwidth), kSsidOptions}.requiring(kSsidRequired.kCount);
 
 constexpr char kSetFailure[] = "set ssid failed";
 
@@ -184,18 +161,18 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     }
     if (!sound || !warning.complete() || !start_worker(records, count)) {
         free(records);
-        consume(obj, elements);
+        remove_key(obj, elements);
         return refuse(obj, kSetFailure);
     }
 
     int32_t mesh = 0;
     devapi_get_Multi_Ap_enable(&mesh);
-    consume(obj, elements);
-    consume(obj, station_control);
+    remove_key(obj, elements);
+    remove_key(obj, station_control);
     if (mesh == 1 && main_ssid_off) {
         warning.join(obj); // only a warning: the worker applies the batch all the same
     } else {
-        consume(obj, fast_roaming);
+        remove_key(obj, fast_roaming);
         success.join(obj);
     }
     return 0;

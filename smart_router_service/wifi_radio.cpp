@@ -9,45 +9,41 @@ using namespace smart_router;
 namespace {
 
 constexpr auto kSleepFields = Fields{
-    FIELD(WifiSleepInfo, "Enable", Enable),
-    FIELD(WifiSleepInfo, "StartTime", StartTime),
-    FIELD(WifiSleepInfo, "EndTime", EndTime),
-    FIELD(WifiSleepInfo, "DaysOfWeek", DaysOfWeek),
+    FIELD(WifiSleepInfo, Enable),
+    FIELD(WifiSleepInfo, StartTime),
+    FIELD(WifiSleepInfo, EndTime),
+    FIELD(WifiSleepInfo, DaysOfWeek),
 };
 
 constexpr int32_t kSleepPeriods = 3;
 
 constexpr auto kScanFields = Fields{
-    FIELD(ScanEntry, "SSID", SSID),
-    FIELD(ScanEntry, "PowerLevel", PowerLevel),
-    FIELD(ScanEntry, "ENCRYPT", ENCRYPT),
-    FIELD(ScanEntry, "WPACypher", WPACypher),
-    FIELD(ScanEntry, "WPA2Cypher", WPA2Cypher),
-    FIELD(ScanEntry, "Band", Band),
-    FIELD(ScanEntry, "Connected", Connected),
+    FIELD(ScanEntry, SSID),      FIELD(ScanEntry, PowerLevel), FIELD(ScanEntry, ENCRYPT),
+    FIELD(ScanEntry, WPACypher), FIELD(ScanEntry, WPA2Cypher), FIELD(ScanEntry, Band),
+    FIELD(ScanEntry, Connected),
 };
 
 // The protocol promises no more networks than the first twenty slots hold.
 constexpr size_t kReportedSlots = 20;
 
 constexpr auto kPowerFields = Fields{
-    FIELD(ChannelPower, "name", name),
-    FIELD(ChannelPower, "dbpower", dbpower),
+    FIELD(ChannelPower, name),
+    FIELD(ChannelPower, dbpower),
 };
 
-// What a scan found, with the entries that it left behind.
-class ScanOwner {
+// The result of a scan, and the guard that frees its entries.
+class ScanGuard {
   public:
     // All of it, also what lies between the members: a device may take the record as bytes.
-    ScanOwner() { memset(&result, 0, sizeof result); }
-    ~ScanOwner()
+    ScanGuard() { memset(&result, 0, sizeof result); }
+    ~ScanGuard()
     {
         for (ScanEntry *entry : result.entries) {
             free(entry);
         }
     }
-    ScanOwner(const ScanOwner &) = delete;
-    ScanOwner &operator=(const ScanOwner &) = delete;
+    ScanGuard(const ScanGuard &) = delete;
+    ScanGuard &operator=(const ScanGuard &) = delete;
 
     ScanResult result;
 };
@@ -56,7 +52,7 @@ struct ChannelName {
     int32_t number;
 };
 
-constexpr auto kChannelName = Fields{FIELD(ChannelName, "Name", number)};
+constexpr auto kChannelName = Fields{FIELD_AS(ChannelName, number, "Name")};
 
 template <size_t most>
 void list_channels(Reply &reply, const char *key, const int16_t (&channels)[most], int32_t count)
@@ -120,7 +116,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
 {
     cJSON *list = cJSON_GetObjectItem(obj, "WIFISleepList");
     if (cJSON_IsArray(list) == 0) {
-        consume(obj, list);
+        remove_key(obj, list);
         return refuse(obj, "json node: WIFISleepList not found");
     }
     SuccessReply success;
@@ -129,7 +125,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
     if (success.complete() && devapi_del_all_wifi_timerinfo() == 0) {
         wrong = add_sleep_periods(list);
     }
-    consume(obj, list);
+    remove_key(obj, list);
     if (wrong != nullptr) {
         return refuse(obj, wrong);
     }
@@ -140,7 +136,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
 int32_t json_scan_wifi_ssid_list(cJSON *obj)
 {
     constexpr const char *kFailure = "get scan rssi failed";
-    ScanOwner scan;
+    ScanGuard scan;
     const int32_t result = devapi_get_scan_ssid(&scan.result);
     if (result != 0) {
         fail(obj, kFailure);

@@ -28,6 +28,17 @@ job_mipsel_agent() {
     scripts/mipsel_agent.sh
 }
 
+# Each allocation, and each system call, of hgagent serve fails in turn; the ordinary tests take a sample.
+job_agent_sweep() {
+    local sweep=(python3 -B tests/agent_sweep/agent_sweep.py) status=0
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target hgagent failing_allocation -- --quiet
+    "${sweep[@]}" memory build/release/bin/hgagent \
+        --library "$PWD/build/release/tests/agent_sweep/libfailing_allocation.so" || status=1
+    "${sweep[@]}" system_calls build/release/bin/hgagent || status=1
+    return "$status"
+}
+
 jobs=()
 for name in $(compgen -A function job_); do
     jobs+=("${name#job_}")

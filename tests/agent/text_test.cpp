@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+using agent::in_quotes;
 using agent::one_line;
 using agent::to_utf8;
 
@@ -55,8 +56,21 @@ TEST(OneLine, EscapesWhatTurnsTheDirectionOfWriting)
 {
     EXPECT_EQ(one_line("a\u202eb\u2066c\u200fd\u2028e\u061c"),
               "a\\x202eb\\x2066c\\x200fd\\x2028e\\x61c");
-    EXPECT_EQ(one_line("\u05d0 \u200d\u2010\u202f\u2065\u206a"),
-              "\u05d0 \u200d\u2010\u202f\u2065\u206a");
+    EXPECT_EQ(one_line("\u05d0 \u2010\u2027\u202f\u205f\u2070"),
+              "\u05d0 \u2010\u2027\u202f\u205f\u2070");
+}
+
+TEST(OneLine, EscapesWhatHasNoWidth)
+{
+    EXPECT_EQ(one_line("a\u200bb\u200d\u2060\ufeff\u00ad\u034f\u180e\ufff9\U000e0041"),
+              "a\\x200bb\\x200d\\x2060\\xfeff\\xad\\x34f\\x180e\\xfff9\\xe0041");
+    EXPECT_EQ(one_line("\u00ae\u0350\u200a\ufefe\U000e0080"), "\u00ae\u0350\u200a\ufefe\U000e0080");
+}
+
+TEST(JsonForTerminal, EscapesAsJsonDoes)
+{
+    EXPECT_EQ(agent::json_for_terminal("{\n\t\"a\": \"\u4e2d\u009b\u202e\u200b\x7f\U000e0041\"\n}"),
+              "{\n\t\"a\": \"\u4e2d\\u009b\\u202e\\u200b\\u007f\\udb40\\udc41\"\n}");
 }
 
 TEST(OneLine, CutsLongTextsBetweenCharacters)
@@ -65,4 +79,12 @@ TEST(OneLine, CutsLongTextsBetweenCharacters)
     EXPECT_EQ(one_line("123456", 5), "12345 [1 more bytes]");
     EXPECT_EQ(one_line("12\u4e2d6", 4), "12 [4 more bytes]");
     EXPECT_EQ(one_line("\x80\x80\x80", 2), " [3 more bytes]");
+}
+
+TEST(InQuotes, KeepsEveryByteApart)
+{
+    EXPECT_EQ(in_quotes(""), "\"\"");
+    EXPECT_EQ(in_quotes("Ger\u00e4t \"a\\b\""), "\"Ger\u00e4t \\\"a\\\\b\\\"\"");
+    EXPECT_EQ(in_quotes("a\n\x1b\xff\xe4\xbd"), "\"a\\n\\x1b\\xff\\xe4\\xbd\"");
+    EXPECT_EQ(in_quotes(std::string(9000, 'x')).size(), 9002u);
 }

@@ -1,6 +1,6 @@
 """hg-conformance as it runs on a router, natively or under an emulator:
 program_test.py PROGRAM MINIMAL_DEVICE FAULTY_DEVICE READELF [EMULATOR...]. With a READELF other than "-" the
-program and the device watch beside it may need no libraries but cJSON, the C++ runtime and the C library."""
+program and the device layer beside it may need no libraries but cJSON, the C++ runtime and the C library."""
 
 import os
 import pathlib
@@ -100,7 +100,7 @@ class ProgramTest(unittest.TestCase):
 
     @unittest.skipIf(READELF == "-", "the sanitizers have libraries of their own")
     def test_it_needs_cjson_and_the_runtime_alone(self):
-        watch = pathlib.Path(PROGRAM).parent.parent / "lib/libdevice_watch.so"
+        watch = pathlib.Path(PROGRAM).parent.parent / "lib/libdevice_layer.so"
         for file in (PROGRAM, watch):
             told = subprocess.run([READELF, "-dW", file], capture_output=True, text=True, check=True).stdout
             needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", told))

@@ -139,4 +139,17 @@ TEST_F(AttachedDevices, SayWhenTheyCannotBeWritten)
     EXPECT_EQ(run_agent({"hosts", "all"}).exit_status, 2);
 }
 
+TEST_F(AttachedDevices, CannotSteerATerminalByTheirNames)
+{
+    set_tv("a\u202eb\u200bc", "1");
+    EXPECT_THAT(hosts(), testing::Contains(StartsWith("a\\x202eb\\x200bc ")));
+    const AgentResult topology = run_agent({"--state", state_, "topology"});
+    EXPECT_THAT(topology.output, HasSubstr("a\\x202eb\\x200bc "));
+    // For programs JSON stays as it is, and on a terminal it is the same JSON.
+    const std::vector<std::string> query = {"--state", state_, "call", "GET_AD_BASE_INFO"};
+    EXPECT_THAT(run_agent(query).output, HasSubstr("\"a\u202eb\u200bc\""));
+    AgentProcess terminal(query, OutputTo::kTerminal);
+    EXPECT_THAT(terminal.finish().output, HasSubstr("\"a\\u202eb\\u200bc\""));
+}
+
 } // namespace attached_devices_test

@@ -77,6 +77,29 @@ TEST(Call, ReadsTheRequestFromStandardInput)
     EXPECT_EQ(result.output, "{\"VersionInfo\":\"\u4e2d\\n\",\"Status\":\"0\"}\n");
 }
 
+TEST(Call, ReadsTheRequestFromAFile)
+{
+    const std::string file = test_file("request.json", "{\"VersionInfo\": \"secret\"}\n");
+    const AgentResult result =
+        run_agent({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_EQ(result.output, "{\"VersionInfo\":\"secret\",\"Status\":\"0\"}\n");
+
+    const AgentResult missing =
+        run_agent({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file + "x"});
+    EXPECT_EQ(missing.exit_status, 5);
+    EXPECT_EQ(missing.error, "hgagent: cannot open " + file + "x: No such file or directory\n");
+
+    const AgentResult folder = run_agent({"call", "GET_SN_INFO", "--request-file", "/"});
+    EXPECT_EQ(folder.exit_status, 5);
+    EXPECT_EQ(folder.error, "hgagent: cannot read /: Is a directory\n");
+
+    const AgentResult both =
+        run_agent({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file, "VersionInfo=1"});
+    EXPECT_EQ(both.exit_status, 2);
+    EXPECT_THAT(both.output, IsEmpty());
+}
+
 TEST(Call, ReadsAMegabyte)
 {
     const std::string report(1024 * 1024, 'v');

@@ -106,7 +106,7 @@ TEST(Loading, NamesTheDispatcherThatAPluginLacks)
 TEST(Loading, WantsTheSimulatedGatewayForItsOptions)
 {
     for (const std::string option :
-         {"--scenario", "--state", "--fault", "--trace", "--firmware-folder", "--firmware-key"}) {
+         {"--scenario", "--state", "--fault", "--firmware-folder", "--firmware-key"}) {
         const AgentResult result =
             call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, option, "-"});
         EXPECT_EQ(result.exit_status, 2) << option;

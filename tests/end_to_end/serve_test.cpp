@@ -3,8 +3,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -51,6 +57,12 @@ TEST(Serve, GoesOnAfterEveryBadLine)
             std::string(5000, ']') + "}}",
         std::string(500000, '['),
         R"({"id":1,"command":"GET_SN_INFO","params":{"a":1e999}})",
+        R"({"id":1e999,"command":"GET_SN_INFO","params":{"a":1e999}})",
+        R"({"id":1e999 1,"command":"GET_SN_INFO"})",
+        R"({"id":[1e999,01],"command":"GET_SN_INFO"})",
+        R"({"id":[1e999,1e],"command":"GET_SN_INFO"})",
+        R"({"id":[1e999)",
+        R"({"command":"GET_SN_INFO","params":{"id":1e999}})",
     };
     for (const std::string &bad : bad_lines) {
         const AgentResult result = serve(bad + "\n" + kRequest + "\n");
@@ -113,11 +125,16 @@ TEST(Serve, EndsWithItsInput)
 
 TEST(Serve, GivesBackAnyId)
 {
-    for (const std::string id : {"1", "-0", "12345678901234567890123456789", "1.50", "1E2", "null",
-                                 "true", "\"\"", R"("\u4e2d\"")", "[1, {\"a\":1,\"a\":2}]", "{}"}) {
+    for (const std::string id :
+         {"1", "-0", "12345678901234567890123456789", "1.50", "1E2", "null", "true", "\"\"",
+          R"("\u4e2d\"")", "[1, {\"a\":1,\"a\":2}]", "{}", "1e400", "-1E+999",
+          R"([1e400,{"a":"1e400]}","b":[-2.5e999,1]},0])"}) {
         const AgentResult result = serve("{\"id\": " + id + " , \"command\": \"GET_SN_INFO\"}\n");
         EXPECT_THAT(result.output, StartsWith("{\"id\":" + id + ",\"result\":0,\"reply\":{"));
     }
+    const std::string digits(1000, '7');
+    EXPECT_THAT(serve("{\"id\":" + digits + ",\"command\":\"GET_SN_INFO\"}").output,
+                StartsWith("{\"id\":" + digits + ",\"result\":0,"));
     EXPECT_THAT(serve(R"({"command":"GET_SN_INFO"})").output,
                 StartsWith(R"({"id":null,"result":0,)"));
     EXPECT_THAT(serve(R"({"id":1,"id":2,"command":"GET_SN_INFO"})").output,
@@ -157,6 +174,15 @@ TEST(Serve, LeavesTheParamsOfAnUnknownCommand)
         EXPECT_EQ(result.output, "{\"id\":1,\"result\":-3,\"reply\":{\"b\":[1],\"a\":\"x\"}}\n");
         EXPECT_EQ(result.exit_status, 0);
     }
+}
+
+TEST(Serve, LeavesTheNumbersOfAnUnknownCommand)
+{
+    const std::string params = R"({"a":12345678901234567890, "b":[1.50,-0], "c":"\u4e2d\/"})";
+    EXPECT_EQ(serve(R"({"id":1,"command":"NO_SUCH","params":)" + params + "}").output,
+              "{\"id\":1,\"result\":-3,\"reply\":" + params + "}\n");
+    EXPECT_EQ(serve(R"({"id":1,"command":"NO_SUCH"})").output,
+              "{\"id\":1,\"result\":-3,\"reply\":{}}\n");
 }
 
 TEST(Serve, KeepsRepeatedKeysAndTheirOrder)
@@ -234,6 +260,151 @@ TEST(Serve, KeepsWhatLibrariesPrintOutOfItsAnswers)
     EXPECT_EQ(result.output, R"({"id":1,"result":0,"reply":{"text":"{\"id\":1}"}})"
                              "\n");
     EXPECT_EQ(result.error, "{\"id\":1}\n");
+}
+
+// As ask(), of a plug-in whose commands are not the protocol's.
+std::string ask_probe(AgentProcess &agent, const std::string &line)
+{
+    agent.send(line + "\n");
+    return agent.read_line();
+}
+
+constexpr char kLost[] = " lines are missing here: they could not be written in time\n";
+
+// What the agent writes to standard error until it tells what is missing.
+std::string error_until_loss_is_told(const AgentProcess &agent)
+{
+    std::string error;
+    while (error.find(kLost) == std::string::npos) {
+        const std::string more = agent.read_error();
+        if (more.empty()) {
+            break;
+        }
+        error += more;
+    }
+    return error;
+}
+
+TEST(Serve, IsNotHeldUpByALogThatNobodyReads)
+{
+    constexpr size_t kRequests = 150;
+    constexpr size_t kLines = 3; // of the log, for each request
+    const std::string text(4000, 'x');
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"}, OutputTo::kUnreadError);
+    const std::string request = R"({"command":"LOG","params":{"text":")" + text + "\"}}";
+    for (size_t count = 0; count < kRequests; ++count) {
+        EXPECT_THAT(ask_probe(agent, request), HasSubstr("\"result\":0"));
+    }
+
+    const std::vector<std::string> lines = lines_of(error_until_loss_is_told(agent));
+    ASSERT_FALSE(lines.empty());
+    for (size_t at = 0; at + 1 < lines.size(); ++at) {
+        EXPECT_THAT(lines[at], StartsWith("<3> probe: ")) << "a part of a line";
+    }
+    EXPECT_EQ(lines.back(), "hgagent: " + std::to_string(kRequests * kLines - (lines.size() - 1)) +
+                                " lines are missing here: they could not be written in time");
+    EXPECT_THAT(ask_probe(agent, request), HasSubstr("\"result\":0"));
+    EXPECT_THAT(agent.read_error(), StartsWith("<3> probe: error xxx"));
+}
+
+TEST(Serve, EndsOnASignalThoughNobodyReadsTheLog)
+{
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"}, OutputTo::kUnreadError);
+    const std::string request =
+        R"({"command":"LOG","params":{"text":")" + std::string(4000, 'x') + "\"}}";
+    for (int count = 0; count < 30; ++count) { // more than the pipe holds
+        ask_probe(agent, request);
+    }
+    agent.signal(SIGTERM);
+    agent.await_end();
+    EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
+}
+
+TEST(Serve, IsNotHeldUpByATraceThatNobodyReads)
+{
+    const std::string pipe = test_file("trace");
+    ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
+    const int unread = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    for (const std::string &trace : {std::string("-"), pipe}) {
+        AgentProcess agent({"--trace", trace, "serve"}, OutputTo::kUnreadError);
+        for (int count = 0; count < 300; ++count) {
+            EXPECT_THAT(ask(agent, R"({"command":"GET_AD_BASE_INFO"})"), HasSubstr("\"result\":0"));
+        }
+        if (trace == "-") {
+            // What is kept comes out with the next line.
+            std::string error;
+            while (error.find("trace: ") == std::string::npos) {
+                ask(agent, kRequest);
+                error += agent.read_error();
+            }
+            EXPECT_THAT(error, HasSubstr(kLost));
+            for (const std::string &line : lines_of(error.substr(0, error.rfind('\n')))) {
+                EXPECT_THAT(line, testing::AnyOf(StartsWith("["), StartsWith("trace: ")));
+            }
+        }
+        agent.signal(SIGTERM);
+        agent.await_end();
+        EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
+    }
+    close(unread);
+}
+
+// How often the text stands in the memory of the process that can be written to.
+size_t count_in_memory(pid_t process, const std::string &text)
+{
+    const std::string folder = "/proc/" + std::to_string(process);
+    std::ifstream maps(folder + "/maps");
+    std::ifstream memory(folder + "/mem", std::ios::binary);
+    constexpr unsigned long kMostMapped = 1UL << 30; // what a sanitizer maps for itself is more
+    size_t found = 0;
+    for (std::string line; std::getline(maps, line);) {
+        unsigned long begin = 0;
+        unsigned long end = 0;
+        char access[5] = "";
+        // NOLINTNEXTLINE(cert-err34-c): the kernel wrote it
+        if (sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, access) != 3 ||
+            std::string_view(access).substr(0, 2) != "rw" || end - begin > kMostMapped) {
+            continue;
+        }
+        std::string bytes(1UL << 20, '\0');
+        for (; begin < end; begin += bytes.size()) {
+            memory.clear();
+            memory.seekg(static_cast<std::streamoff>(begin));
+            memory.read(bytes.data(), static_cast<std::streamsize>(
+                                          std::min<unsigned long>(end - begin, bytes.size())));
+            const std::string_view read(bytes.data(), static_cast<size_t>(memory.gcount()));
+            for (size_t at = read.find(text); at != std::string::npos;
+                 at = read.find(text, at + 1)) {
+                ++found;
+            }
+        }
+    }
+    return found;
+}
+
+TEST(Serve, WipesSecretsFromItsMemory)
+{
+    const std::string secret = "correct horse battery staple";
+    AgentProcess agent({"--show-secrets", "serve"});
+    EXPECT_EQ(ask(agent, kRequest), kAnswer);
+    EXPECT_THAT(
+        ask(agent, R"({"id":1,"command":"GET_SN_INFO","params":{"Password":")" + secret + "\"}}"),
+        HasSubstr(secret));
+    EXPECT_THAT(ask(agent, R"({"id":1,"command":"NO_SUCH","params":{"Password":")" + secret +
+                               "\"},\"other\":[\"" + std::string(70000, 'x') + secret + "\"]}"),
+                HasSubstr(secret));
+    EXPECT_EQ(ask(agent, kRequest), kAnswer);
+    EXPECT_EQ(count_in_memory(agent.process(), secret), 0U);
+    EXPECT_GT(count_in_memory(agent.process(), "3C:6A:D2:10:4F:20"), 0U); // the gateway's own
+}
+
+TEST(Serve, LeavesNoCoreDump)
+{
+    const std::string request = R"({"id":1,"command":"DUMPABLE"})";
+    EXPECT_THAT(run_agent({"--plugin", PROBE_PLUGIN, "serve"}, request).output,
+                HasSubstr("\"dumpable\":0"));
+    EXPECT_THAT(run_agent({"--plugin", PROBE_PLUGIN, "--show-secrets", "serve"}, request).output,
+                HasSubstr("\"dumpable\":1"));
 }
 
 } // namespace serve_test

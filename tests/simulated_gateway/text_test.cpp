@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using simulated_gateway::is_plain;
+using simulated_gateway::printable;
 using simulated_gateway::whole_letters;
 
 namespace {
@@ -24,6 +26,22 @@ TEST(TextTest, WhateverElseIsNoUtf8Stays)
     for (const char *text : {"", "a", "\xff", "a\x80", "\x80\x80\x80", "\x80\x80\x80\x80\x80",
                              "\xc3\xbc\xbc", "\xe2\x41", "\xc3\x28"}) {
         EXPECT_EQ(whole_letters(text), text);
+    }
+}
+
+TEST(TextTest, APrintableTextShowsWhatIsNotSeen)
+{
+    EXPECT_EQ(printable("a\n\x1b\u009b\xff\u00e4"), "a\\n\\x1b\\xc2\\x9b\\xff\u00e4");
+    EXPECT_EQ(printable("a\u202eb\u200bc\ufeff"),
+              "a\\xe2\\x80\\xaeb\\xe2\\x80\\x8bc\\xef\\xbb\\xbf");
+}
+
+TEST(TextTest, APlainTextHasNoControls)
+{
+    EXPECT_TRUE(is_plain(""));
+    EXPECT_TRUE(is_plain("\u00e4\u200d\u202e")); // a name may need them
+    for (const char *text : {"a\n", "\x7f", "\u009b", "\xff", "a\xc3"}) {
+        EXPECT_FALSE(is_plain(text));
     }
 }
 

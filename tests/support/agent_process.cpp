@@ -29,7 +29,17 @@ int checked(int result, const char *what)
 
 std::string content_of(int file)
 {
-    std::string content(static_cast<size_t>(checked(lseek(file, 0, SEEK_END), "lseek")), '\0');
+    const off_t size = lseek(file, 0, SEEK_END);
+    if (size < 0 && errno == ESPIPE) { // whoever wrote to the pipe has ended
+        std::string content;
+        std::array<char, 65536> buffer;
+        ssize_t count = 0;
+        while ((count = read(file, buffer.data(), buffer.size())) > 0) {
+            content.append(buffer.data(), static_cast<size_t>(count));
+        }
+        return content;
+    }
+    std::string content(static_cast<size_t>(checked(static_cast<int>(size), "lseek")), '\0');
     checked(static_cast<int>(pread(file, content.data(), content.size(), 0)), "pread");
     return content;
 }
@@ -42,7 +52,14 @@ AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo o
     // The leak check guesses where a library keeps what belongs to a thread, and now and then it
     // guesses wrong and crashes.
     setenv("ASAN_OPTIONS", "intercept_tls_get_addr=0", 0);
-    error_ = checked(memfd_create("standard error", MFD_CLOEXEC), "memfd_create");
+    std::array<int, 2> error = {};
+    if (output == OutputTo::kUnreadError) {
+        checked(pipe2(error.data(), O_CLOEXEC), "pipe2");
+    } else {
+        error[0] = checked(memfd_create("standard error", MFD_CLOEXEC), "memfd_create");
+        error[1] = checked(dup(error[0]), "dup");
+    }
+    error_ = error[0];
     std::array<int, 2> in = {};
     std::array<int, 2> out = {};
     checked(pipe2(in.data(), O_CLOEXEC), "pipe2");
@@ -56,9 +73,10 @@ AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo o
     }
     input_ = in[1];
     output_ = out[0];
-    start(arguments, in[0], out[1], output == OutputTo::kOneTerminal ? out[1] : error_);
+    start(arguments, in[0], out[1], output == OutputTo::kOneTerminal ? out[1] : error[1]);
     close(in[0]);
     close(out[1]);
+    close(error[1]);
 }
 
 AgentProcess::~AgentProcess()
@@ -159,6 +177,14 @@ bool AgentProcess::await_error(std::string_view text) const
         ended = has_ended(); // what it wrote before is looked at once more
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
+}
+
+std::string AgentProcess::read_error() const
+{
+    std::string text(65536, '\0');
+    text.resize(static_cast<size_t>(
+        checked(static_cast<int>(read(error_, text.data(), text.size())), "read")));
+    return text;
 }
 
 void AgentProcess::signal(int number)

@@ -15,7 +15,8 @@ struct AgentResult {
 };
 
 // kOneTerminal: standard error goes to the same terminal, and comes out with the output.
-enum class OutputTo { kPipe, kTerminal, kOneTerminal, kFullDevice };
+// kUnreadError: standard error is a pipe that only read_error() and wait() read.
+enum class OutputTo { kPipe, kTerminal, kOneTerminal, kFullDevice, kUnreadError };
 
 // An agent that is running. A test that fails half-way does not leave it behind: its input ends
 // with this object, and its end is awaited.
@@ -36,7 +37,10 @@ class AgentProcess {
     // Waits until the text stands on its standard error, or until it has ended. Result: whether the
     // text is there.
     bool await_error(std::string_view text) const;
+    // What stands on its standard error now, of kUnreadError; waits until there is something.
+    std::string read_error() const;
     void signal(int number);
+    pid_t process() const { return process_; }
 
     // Ends its input, and waits.
     AgentResult finish();

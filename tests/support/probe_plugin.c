@@ -9,6 +9,7 @@
  *   NOTICE    hands "text" to kaa_device_notice(); replies with the result
  *   NOTICES   lets a thread hand over "text" "count" times, and does not wait for it
  *   STOP      raises SIGTERM
+ *   DUMPABLE  replies with whether the kernel would write a core dump
  */
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"
@@ -19,6 +20,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -100,6 +102,8 @@ int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
         hand_over_from_a_thread(obj);
     } else if (strcmp(cmd, "STOP") == 0) {
         kill(getpid(), SIGTERM);
+    } else if (strcmp(cmd, "DUMPABLE") == 0) {
+        cJSON_AddNumberToObject(obj, "dumpable", prctl(PR_GET_DUMPABLE));
     } else {
         return HG_NO_SUCH_COMMAND;
     }

@@ -1,5 +1,5 @@
 // Mistakes in a field table that the compiler has to refuse. CASE picks one; 0 is none of them.
-#include "handler_support.h"
+#include "recipes.h"
 
 using namespace smart_router;
 
@@ -21,21 +21,24 @@ int32_t get_two(Two *)
 }
 
 #if CASE == 1
-constexpr auto kFields = Fields{FIELD(One, "Name", Name), FIELD(One, "name", Other)};
+constexpr auto kFields = Fields{FIELD(One, Name), FIELD_AS(One, Other, "name")};
 #elif CASE == 2
-constexpr auto kFields = Fields{FIELD(One, "Name", Name), FIELD(Two, "Other", Name)};
+constexpr auto kFields = Fields{FIELD(One, Name), FIELD_AS(Two, Name, "Other")};
 #elif CASE == 3
-constexpr auto kFields = Fields{FIELD(One, "Number", Number)};
+constexpr auto kFields = Fields{FIELD(One, Number)};
 #elif CASE == 4
-constexpr auto kFields = Fields{FIELD(One, "ThisKeyIsMuchTooLongForAnyTableOfFields", Name)};
+constexpr auto kFields = Fields{FIELD_AS(One, Name, "ThisKeyIsMuchTooLongForAnyTableOfFields")};
+#elif CASE == 6
+constexpr auto kPart = Fields{FIELD(One, Name)};
+constexpr auto kFields = Fields{FIELD_AS(One, Other, "NAME"), kPart};
 #else
-constexpr auto kFields = Fields{FIELD(One, "Name", Name)};
+constexpr auto kFields = Fields{FIELD(One, Name)};
 #endif
 
 #if CASE == 5
 HANDLER(handler, query<get_two>(kFields, "no"))
 #else
-constexpr auto kTwoFields = Fields{FIELD(Two, "Name", Name)};
+constexpr auto kTwoFields = Fields{FIELD(Two, Name)};
 HANDLER(handler, query<get_two>(kTwoFields, "no"))
 #endif
 

@@ -54,8 +54,6 @@ struct Field {
     const char *name;
     bool is_reserved = false;
     bool is_secret = false;
-    bool may_be_empty = false;        // an empty text means something
-    bool is_number = false;           // a text that the plug-in reads as a decimal number
     const char *counted_by = nullptr; // of an array whose entries are counted
     int32_t count = 0;                // what the count says
     bool negative_is_none = false;    // a count may be negative
@@ -227,6 +225,12 @@ constexpr const Function *find(std::string_view name)
     return found != end && found->name == name ? found : nullptr;
 }
 
+// Whether the result is one that is no failure.
+constexpr bool is_success(const Function &function, int32_t result)
+{
+    return result == 0 || function.answers.contain(result) || (function.is_answer && result > 0);
+}
+
 // The name of a record; null for what is none.
 template <class Record> inline constexpr const char *kName = nullptr;
 template <> inline constexpr const char *kName<SnInfo> = "SnInfo";
@@ -363,7 +367,7 @@ template <RecordOf<LanIpInfo> Given> void visit_fields(Given &record, const auto
 template <RecordOf<LanIpSetting> Given> void visit_fields(Given &record, const auto &visit)
 {
     visit(Field{.name = "info"}, record.info);
-    visit(Field{.name = "FailReason", .may_be_empty = true}, record.FailReason);
+    visit(Field{.name = "FailReason"}, record.FailReason);
 }
 template <RecordOf<WanIpInfo> Given> void visit_fields(Given &record, const auto &visit)
 {
@@ -394,7 +398,7 @@ template <RecordOf<DhcpInfo> Given> void visit_fields(Given &record, const auto 
 template <RecordOf<DhcpSetting> Given> void visit_fields(Given &record, const auto &visit)
 {
     visit(Field{.name = "info"}, record.info);
-    visit(Field{.name = "FailReason", .may_be_empty = true}, record.FailReason);
+    visit(Field{.name = "FailReason"}, record.FailReason);
 }
 template <RecordOf<PppoeInfo> Given> void visit_fields(Given &record, const auto &visit)
 {
@@ -405,7 +409,7 @@ template <RecordOf<PppoeInfo> Given> void visit_fields(Given &record, const auto
 template <RecordOf<PppoeSetting> Given> void visit_fields(Given &record, const auto &visit)
 {
     visit(Field{.name = "info"}, record.info);
-    visit(Field{.name = "FailReason", .may_be_empty = true}, record.FailReason);
+    visit(Field{.name = "FailReason"}, record.FailReason);
 }
 template <RecordOf<LoginInfo> Given> void visit_fields(Given &record, const auto &visit)
 {
@@ -470,7 +474,7 @@ template <RecordOf<SsidInfo> Given> void visit_fields(Given &record, const auto 
     visit(Field{.name = "UsedChannel"}, record.UsedChannel);
     visit(Field{.name = "Enable"}, record.Enable);
     visit(Field{.name = "Bandwidth"}, record.Bandwidth);
-    visit(Field{.name = "Type", .is_number = true}, record.Type);
+    visit(Field{.name = "Type"}, record.Type);
     visit(Field{.name = "Mode"}, record.Mode);
     visit(Field{.name = "AdvertisementEnable"}, record.AdvertisementEnable);
     visit(Field{.name = "Beamforming"}, record.Beamforming);
@@ -602,17 +606,17 @@ template <RecordOf<AdBaseInfo> Given> void visit_fields(Given &record, const aut
     visit(Field{.name = "ByName"}, record.ByName);
     visit(Field{.name = "OS"}, record.OS);
     visit(Field{.name = "Version"}, record.Version);
-    visit(Field{.name = "NetStatus", .is_number = true}, record.NetStatus);
+    visit(Field{.name = "NetStatus"}, record.NetStatus);
     visit(Field{.name = "NetMonopoly"}, record.NetMonopoly);
     visit(Field{.name = "AccessType"}, record.AccessType);
     visit(Field{.name = "AccessEnable"}, record.AccessEnable);
-    visit(Field{.name = "AccessTime", .is_number = true}, record.AccessTime);
-    visit(Field{.name = "UpSpeed", .is_number = true}, record.UpSpeed);
-    visit(Field{.name = "DownSpeed", .is_number = true}, record.DownSpeed);
+    visit(Field{.name = "AccessTime"}, record.AccessTime);
+    visit(Field{.name = "UpSpeed"}, record.UpSpeed);
+    visit(Field{.name = "DownSpeed"}, record.DownSpeed);
     visit(Field{.name = "ip"}, record.ip);
-    visit(Field{.name = "AccessCode", .is_number = true}, record.AccessCode);
-    visit(Field{.name = "SSIDIndex", .is_number = true}, record.SSIDIndex);
-    visit(Field{.name = "LinkStatus", .is_number = true}, record.LinkStatus);
+    visit(Field{.name = "AccessCode"}, record.AccessCode);
+    visit(Field{.name = "SSIDIndex"}, record.SSIDIndex);
+    visit(Field{.name = "LinkStatus"}, record.LinkStatus);
     visit(Field{.name = "SpeedLimit"}, record.SpeedLimit);
     visit(Field{.name = "DownLimit"}, record.DownLimit);
     visit(Field{.name = "UpLimit"}, record.UpLimit);
@@ -623,7 +627,7 @@ template <RecordOf<AdBaseInfo> Given> void visit_fields(Given &record, const aut
 template <RecordOf<AdBaseSetting> Given> void visit_fields(Given &record, const auto &visit)
 {
     visit(Field{.name = "info"}, record.info);
-    visit(Field{.name = "FailReason", .may_be_empty = true}, record.FailReason);
+    visit(Field{.name = "FailReason"}, record.FailReason);
 }
 template <RecordOf<AttachDeviceRight> Given> void visit_fields(Given &record, const auto &visit)
 {
@@ -696,7 +700,7 @@ template <RecordOf<ChildRouterInfo> Given> void visit_fields(Given &record, cons
     visit(Field{.name = "links", .counted_by = "link_count", .count = record.link_count}, record.links);
     visit(Field{.name = "link_count"}, record.link_count);
     visit(Field{.name = "Reserved", .is_reserved = true}, record.Reserved);
-    visit(Field{.name = "LinkSpeed", .may_be_empty = true}, record.LinkSpeed);
+    visit(Field{.name = "LinkSpeed"}, record.LinkSpeed);
 }
 template <RecordOf<ChildMeshInfo> Given> void visit_fields(Given &record, const auto &visit)
 {
@@ -794,7 +798,7 @@ template <RecordOf<QosType> Given> void visit_fields(Given &record, const auto &
 template <RecordOf<QosRule> Given> void visit_fields(Given &record, const auto &visit)
 {
     visit(Field{.name = "Id"}, record.Id);
-    visit(Field{.name = "Action", .may_be_empty = true}, record.Action);
+    visit(Field{.name = "Action"}, record.Action);
     visit(Field{.name = "Name"}, record.Name);
     visit(Field{.name = "PriorityLevel"}, record.PriorityLevel);
     visit(Field{.name = "type_count"}, record.type_count);
@@ -860,22 +864,6 @@ template <RecordOf<PortBindingInfo> Given> void visit_fields(Given &record, cons
 {
     visit(Field{.name = "count"}, record.count);
     visit(Field{.name = "entries", .counted_by = "count", .count = record.count, .negative_is_none = true}, record.entries);
-}
-
-// Each calls visit(Field, pointer) for the record's pointers, and visit(Field, array, count) for an
-// array beside its count; the links of lists are none of them.
-void visit_pointers(auto &, const auto &) {}
-template <RecordOf<ScanResult> Given> void visit_pointers(Given &record, const auto &visit)
-{
-    visit(Field{.name = "entries"}, record.entries);
-}
-template <RecordOf<ChannelPowerResult> Given> void visit_pointers(Given &record, const auto &visit)
-{
-    visit(Field{.name = "entries", .counted_by = "count", .count = record.count, .negative_is_none = true}, record.entries, record.count);
-}
-template <RecordOf<PortStatisticsInfo> Given> void visit_pointers(Given &record, const auto &visit)
-{
-    visit(Field{.name = "entries", .counted_by = "count", .count = record.count, .negative_is_none = true}, record.entries, record.count);
 }
 
 // Calls visit(std::type_identity<Record>()) for each record.

@@ -1,4 +1,4 @@
-#include "handler_support.h"
+#include "recipes.h"
 
 #include "failing_memory.h"
 #include "handler_test.h"
@@ -6,7 +6,7 @@
 #include <climits>
 #include <cstring>
 
-namespace handler_support_test {
+namespace recipes_test {
 
 using namespace smart_router;
 
@@ -18,18 +18,18 @@ struct Lamp {
 };
 
 constexpr auto kLampFields = Fields{
-    FIELD(Lamp, "Colour", Colour),
-    FIELD(Lamp, "Level", Level),
+    FIELD(Lamp, Colour),
+    FIELD(Lamp, Level),
 };
 
-static_assert(sizeof kLampFields == 4 + (4 + sizeof "Colour") + (4 + sizeof "Level"));
-constexpr Field kLevel = *++FieldList(kLampFields).begin();
-static_assert(kLevel.offset == 12 && kLevel.width == 4);
-static_assert(FieldList(kLampFields).count() == 2 && FieldList(kLampFields).required() == 2);
-static_assert(FieldList(kLampFields).record_size() == sizeof(Lamp));
-constexpr auto kColourRequired = kLampFields.requiring(1);
-static_assert(FieldList(kColourRequired).count() == 2 &&
-              FieldList(kColourRequired).required() == 1);
+constexpr auto kNumber = Fields{FIELD_AS(Lamp, number, "Number")};
+
+// A field without room for a NUL, with something behind it that must not be read.
+struct Brim {
+    char field[4];
+    char behind[4];
+};
+constexpr Brim kBrim = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
 
 int32_t result;
 Lamp lamp;
@@ -48,9 +48,9 @@ int32_t set_lamp(Lamp *in)
     return result;
 }
 
-class HandlerSupportTest : public HandlerTest {
+class RecipesTest : public HandlerTest {
   protected:
-    HandlerSupportTest()
+    RecipesTest()
     {
         result = 0;
         lamp = {};
@@ -65,156 +65,9 @@ template <class Handler> std::string after(Handler handler, const std::string &r
     return print(object.get());
 }
 
-// ---- Texts -------------------------------------------------------------------------------------
-
-TEST_F(HandlerSupportTest, OnlyATextItemHasAText)
-{
-    const Json object = parse(R"({"a":"x","b":"","c":7,"d":null,"e":true,"f":["x"],"g":{}})");
-    EXPECT_STREQ(text_of(cJSON_GetObjectItem(object.get(), "a")), "x");
-    EXPECT_STREQ(text_of(cJSON_GetObjectItem(object.get(), "b")), "");
-    for (const char *key : {"c", "d", "e", "f", "g", "missing"}) {
-        EXPECT_EQ(text_of(cJSON_GetObjectItem(object.get(), key)), nullptr) << key;
-    }
-    const Json raw(cJSON_CreateRaw("x"));
-    EXPECT_EQ(text_of(raw.get()), nullptr);
-}
-
-TEST_F(HandlerSupportTest, ACopyIsCutAtTheWidthLessOneAndAlwaysEnds)
-{
-    struct {
-        char field[8];
-        char guard[4];
-    } place;
-    for (const size_t length : {0u, 1u, 6u, 7u, 8u, 9u, 100000u}) {
-        memset(&place, '#', sizeof place);
-        copy_text(place.field, text_of_length(length).c_str());
-        EXPECT_EQ(std::string(place.field, strnlen(place.field, 8)),
-                  text_of_length(std::min<size_t>(length, 7)));
-        EXPECT_EQ(std::string(place.guard, 4), "####");
-    }
-}
-
-TEST_F(HandlerSupportTest, ATextIsAddedUpToItsNulOrItsWidth)
-{
-    const Json object = parse("{}");
-    const char field[4] = {'a', 'b', 'c', 'd'};
-    EXPECT_TRUE(add_text(object.get(), "full", field, sizeof field));
-    EXPECT_TRUE(add_text(object.get(), "short", "ab\0cd", 5));
-    EXPECT_TRUE(add_text(object.get(), "none", field, 0));
-    EXPECT_TRUE(add_text(object.get(), "plain", "text"));
-    EXPECT_EQ(print(object.get()), R"({"full":"abcd","short":"ab","none":"","plain":"text"})");
-    const cJSON *item = cJSON_GetObjectItem(object.get(), "full");
-    EXPECT_EQ(item->type & 0xff, cJSON_String);
-    EXPECT_EQ(item->type & cJSON_IsReference, 0);
-}
-
-// ---- Replies -----------------------------------------------------------------------------------
-
-TEST_F(HandlerSupportTest, AReplyIsJoinedBehindWhatIsThere)
-{
-    const Json object = parse(R"({"x":1})");
-    Reply reply;
-    reply.success();
-    reply.text("a", "1");
-    EXPECT_EQ(print(object.get()), R"({"x":1})");
-    EXPECT_TRUE(reply.join(object.get()));
-    EXPECT_EQ(print(object.get()), R"({"x":1,"Status":"0","a":"1"})");
-    EXPECT_STREQ(cJSON_GetObjectItem(object.get(), "a")->string, "a");
-}
-
-TEST_F(HandlerSupportTest, AnEmptyReplyAddsNothing)
-{
-    for (const char *text : {"{}", R"({"x":1})"}) {
-        const Json object = parse(text);
-        Reply reply;
-        EXPECT_TRUE(reply.join(object.get()));
-        EXPECT_EQ(print(object.get()), text);
-    }
-}
-
-TEST_F(HandlerSupportTest, AReplyJoinsOnlyAnObject)
-{
-    for (const char *other : {"[]", "[1]", "\"text\"", "1", "null"}) {
-        const Json json = parse(other);
-        Reply reply;
-        reply.success();
-        EXPECT_FALSE(reply.join(json.get()));
-        EXPECT_EQ(print(json.get()), other);
-    }
-    Reply reply;
-    reply.success();
-    EXPECT_FALSE(reply.join(nullptr));
-}
-
-TEST_F(HandlerSupportTest, AReplyThatLacksAnItemJoinsNothing)
-{
-    const Json object = parse("{}");
-    Reply reply;
-    reply.success();
-    {
-        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
-        reply.text("a", "1");
-    }
-    EXPECT_FALSE(reply.complete());
-    reply.text("b", "2");
-    EXPECT_FALSE(reply.complete());
-    EXPECT_FALSE(reply.join(object.get()));
-    EXPECT_EQ(print(object.get()), "{}");
-}
-
-TEST_F(HandlerSupportTest, AFailureHasItsStatusFirst)
-{
-    const auto failure = [](const char *reason) {
-        return after([reason](cJSON *obj) { fail(obj, reason); }, "{}");
-    };
-    EXPECT_EQ(failure("why"), R"({"Status":"1","FailReason":"why"})");
-    EXPECT_EQ(failure(""), R"({"Status":"1","FailReason":""})");
-    EXPECT_EQ(failure(nullptr), R"({"Status":"1"})");
-    EXPECT_EQ(after([](cJSON *obj) { fail(obj, "abcdef", 3); }, "{}"),
-              R"({"Status":"1","FailReason":"abc"})");
-}
-
-// Its text is a constant, which the address sanitizer would see freed.
-TEST_F(HandlerSupportTest, AStatusCanBeCopiedReplacedAndDeleted)
-{
-    const Json object = parse("{}");
-    fail(object.get(), "why");
-    const Json copy(cJSON_Duplicate(object.get(), 1));
-    EXPECT_TRUE(cJSON_ReplaceItemInObject(object.get(), "Status", cJSON_CreateString("2")));
-    EXPECT_EQ(print(object.get()), R"({"Status":"2","FailReason":"why"})");
-    EXPECT_EQ(cJSON_SetValuestring(cJSON_GetObjectItem(copy.get(), "Status"), "3"),
-              std::string("3"));
-    EXPECT_EQ(print(copy.get()), R"({"Status":"3","FailReason":"why"})");
-    cJSON_DeleteItemFromObject(copy.get(), "Status");
-    EXPECT_EQ(print(copy.get()), R"({"FailReason":"why"})");
-}
-
-TEST_F(HandlerSupportTest, AFailureWithoutMemoryAddsNothing)
-{
-    for (size_t first = 0; first < 3; ++first) {
-        const FailingMemory memory(first, FailingMemory::Fail::kLastingly);
-        cJSON object = {};
-        object.type = cJSON_Object;
-        fail(&object, "why");
-        EXPECT_EQ(object.child, nullptr) << "allocation " << first;
-    }
-}
-
-TEST_F(HandlerSupportTest, AnAnswerThatCouldNotBeBuiltFails)
-{
-    const Json object = parse("{}");
-    Reply reply;
-    {
-        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
-        reply.success();
-    }
-    answer(object.get(), reply, "no memory");
-    EXPECT_EQ(print(object.get()), R"({"Status":"1","FailReason":"no memory"})");
-}
-
 // ---- Queries -----------------------------------------------------------------------------------
 
-TEST_F(HandlerSupportTest, AQueryPutsItsStatusFirstOrLast)
+TEST_F(RecipesTest, AQueryPutsItsStatusFirstOrLast)
 {
     strcpy(lamp.Colour, "green");
     strcpy(lamp.Level, "7");
@@ -224,7 +77,7 @@ TEST_F(HandlerSupportTest, AQueryPutsItsStatusFirstOrLast)
               R"({"Colour":"green","Level":"7","Status":"0"})");
 }
 
-TEST_F(HandlerSupportTest, AQueryFailsByItsRule)
+TEST_F(RecipesTest, AQueryFailsByItsRule)
 {
     const auto any = query<get_lamp>(kLampFields, "dark");
     const auto only_minus_one = query<get_lamp, StatusAt::kFirst, minus_one>(kLampFields, "dark");
@@ -239,9 +92,33 @@ TEST_F(HandlerSupportTest, AQueryFailsByItsRule)
     EXPECT_EQ(after(query<get_lamp>(kLampFields, nullptr), "{}"), R"({"Status":"1"})");
 }
 
+int32_t answer;
+
+int32_t read(Brim *brim)
+{
+    EXPECT_EQ(std::string(brim->field, sizeof *brim), std::string(8, '\0'));
+    *brim = kBrim;
+    return answer;
+}
+
+TEST_F(RecipesTest, ARecordWhoseReadFailedIsEmpty)
+{
+    Brim brim;
+    memset(&brim, '?', sizeof brim);
+    answer = 0;
+    EXPECT_TRUE(read_or_empty<read>(brim));
+    EXPECT_EQ(memcmp(&brim, &kBrim, sizeof brim), 0);
+    for (const int32_t failure : {-1, 1, 1000, INT_MIN}) {
+        answer = failure;
+        memset(&brim, '?', sizeof brim);
+        EXPECT_FALSE(read_or_empty<read>(brim));
+        EXPECT_EQ(std::string(brim.field, sizeof brim), std::string(8, '\0'));
+    }
+}
+
 // ---- Actions -----------------------------------------------------------------------------------
 
-TEST_F(HandlerSupportTest, AReportingActionReportsWhatTheDeviceLeft)
+TEST_F(RecipesTest, AReportingActionReportsWhatTheDeviceLeft)
 {
     strcpy(lamp.Colour, "green");
     memcpy(lamp.Level, "full", 4);
@@ -254,9 +131,7 @@ TEST_F(HandlerSupportTest, AReportingActionReportsWhatTheDeviceLeft)
 
 // ---- Numbers -----------------------------------------------------------------------------------
 
-constexpr auto kNumber = Fields{FIELD(Lamp, "Number", number)};
-
-TEST_F(HandlerSupportTest, ANumberTravelsAsText)
+TEST_F(RecipesTest, ANumberTravelsAsText)
 {
     for (const auto &[text, number] : {std::pair("7", 7),
                                        {"-3", -3},
@@ -277,11 +152,11 @@ TEST_F(HandlerSupportTest, ANumberTravelsAsText)
     }
 }
 
-TEST_F(HandlerSupportTest, AnOptionalFieldThatIsNotGivenSaysSo)
+TEST_F(RecipesTest, AnOptionalFieldThatIsNotGivenSaysSo)
 {
     const Json object = parse(R"({"Level":7,"Colour":"blue","Number":null})");
-    copy_optional(object.get(), kLampFields, &lamp, Found::kIsConsumed);
-    copy_optional(object.get(), kNumber, &lamp, Found::kIsConsumed);
+    copy_optional(object.get(), kLampFields, &lamp, Found::kIsRemoved);
+    copy_optional(object.get(), kNumber, &lamp, Found::kIsRemoved);
     EXPECT_STREQ(lamp.Colour, "blue");
     EXPECT_STREQ(lamp.Level, "-1");
     EXPECT_EQ(lamp.number, -1);
@@ -292,7 +167,7 @@ TEST_F(HandlerSupportTest, AnOptionalFieldThatIsNotGivenSaysSo)
 
 const std::string kLampRequest = R"({"Colour":"blue","Other":1,"Level":"3"})";
 
-TEST_F(HandlerSupportTest, ASettingFillsTheRecordAndTakesTheKeysOut)
+TEST_F(RecipesTest, ASettingFillsTheRecordAndTakesTheKeysOut)
 {
     EXPECT_EQ(after(setting<set_lamp>(kLampFields, "stuck"), kLampRequest),
               R"({"Other":1,"Status":"0"})");
@@ -301,7 +176,7 @@ TEST_F(HandlerSupportTest, ASettingFillsTheRecordAndTakesTheKeysOut)
     EXPECT_EQ(lamp.number, 0);
 }
 
-TEST_F(HandlerSupportTest, ASettingCutsWhatIsTooLong)
+TEST_F(RecipesTest, ASettingCutsWhatIsTooLong)
 {
     after(setting<set_lamp>(kLampFields, "stuck"),
           R"({"Colour":")" + text_of_length(100000) + R"(","Level":"12345"})");
@@ -309,7 +184,7 @@ TEST_F(HandlerSupportTest, ASettingCutsWhatIsTooLong)
     EXPECT_STREQ(lamp.Level, "123");
 }
 
-TEST_F(HandlerSupportTest, ASettingTellsAbsentFromWithoutText)
+TEST_F(RecipesTest, ASettingTellsAbsentFromWithoutText)
 {
     const auto two = setting<set_lamp>(kLampFields, "stuck");
     const auto one = setting<set_lamp>(kLampFields, "stuck", "missing");
@@ -331,13 +206,13 @@ TEST_F(HandlerSupportTest, ASettingTellsAbsentFromWithoutText)
     EXPECT_EQ(lamp_calls, 0);
 }
 
-TEST_F(HandlerSupportTest, AnEmptyTextIsAText)
+TEST_F(RecipesTest, AnEmptyTextIsAText)
 {
     EXPECT_EQ(after(setting<set_lamp>(kLampFields, "stuck"), R"({"Colour":"","Level":""})"),
               R"({"Status":"0"})");
 }
 
-TEST_F(HandlerSupportTest, OfRepeatedKeysTheFirstIsReadAndTakenOut)
+TEST_F(RecipesTest, OfRepeatedKeysTheFirstIsReadAndTakenOut)
 {
     EXPECT_EQ(after(setting<set_lamp>(kLampFields, "stuck"),
                     R"({"colour":"one","Level":"1","Colour":"two","LEVEL":"2"})"),
@@ -346,11 +221,11 @@ TEST_F(HandlerSupportTest, OfRepeatedKeysTheFirstIsReadAndTakenOut)
     EXPECT_STREQ(lamp.Level, "1");
 }
 
-TEST_F(HandlerSupportTest, WhenKeysAreTakenOut)
+TEST_F(RecipesTest, WhenKeysAreTakenOut)
 {
     const auto after_call = setting<set_lamp>(kLampFields, "stuck");
-    const auto on_success = setting<set_lamp, Consume::kOnSuccess>(kLampFields, "stuck");
-    const auto always = setting<set_lamp, Consume::kAlways>(kLampFields, "stuck");
+    const auto on_success = setting<set_lamp, RemoveKeys::kOnSuccess>(kLampFields, "stuck");
+    const auto always = setting<set_lamp, RemoveKeys::kAlways>(kLampFields, "stuck");
     const std::string failure = R"("Status":"1","FailReason":"stuck"})";
 
     EXPECT_EQ(after(on_success, kLampRequest), R"({"Other":1,"Status":"0"})");
@@ -364,10 +239,10 @@ TEST_F(HandlerSupportTest, WhenKeysAreTakenOut)
               R"({"Other":1,"Status":"1","FailReason":"json node null"})");
 }
 
-TEST_F(HandlerSupportTest, ASettingFailsByItsRule)
+TEST_F(RecipesTest, ASettingFailsByItsRule)
 {
     const auto only_minus_one =
-        setting<set_lamp, Consume::kAfterCall, minus_one>(kLampFields, "stuck");
+        setting<set_lamp, RemoveKeys::kAfterCall, minus_one>(kLampFields, "stuck");
     for (const int32_t value : {0, 1, -2, 1000, INT_MIN}) {
         result = value;
         EXPECT_EQ(after(only_minus_one, kLampRequest), R"({"Other":1,"Status":"0"})") << value;
@@ -377,7 +252,7 @@ TEST_F(HandlerSupportTest, ASettingFailsByItsRule)
               R"({"Other":1,"Status":"1","FailReason":"stuck"})");
 }
 
-TEST_F(HandlerSupportTest, ASettingReturnsTheDevicesResult)
+TEST_F(RecipesTest, ASettingReturnsTheDevicesResult)
 {
     const Json object = parse(kLampRequest);
     result = 42;
@@ -386,7 +261,7 @@ TEST_F(HandlerSupportTest, ASettingReturnsTheDevicesResult)
 }
 
 // A device that was changed has to be reported as changed: without memory for that it is not asked.
-TEST_F(HandlerSupportTest, ASettingWithoutMemoryDoesNotReachTheDevice)
+TEST_F(RecipesTest, ASettingWithoutMemoryDoesNotReachTheDevice)
 {
     const auto handler = setting<set_lamp>(kLampFields, "stuck");
     for (size_t first = 0;; ++first) {
@@ -408,7 +283,7 @@ TEST_F(HandlerSupportTest, ASettingWithoutMemoryDoesNotReachTheDevice)
     }
 }
 
-TEST_F(HandlerSupportTest, ARequestThatIsNoObjectHasNoKeys)
+TEST_F(RecipesTest, ARequestThatIsNoObjectHasNoKeys)
 {
     const auto handler = setting<set_lamp>(kLampFields, "stuck");
     EXPECT_EQ(after(handler, R"([{"Colour":"x"},"Level"])"), R"([{"Colour":"x"},"Level"])");
@@ -416,4 +291,4 @@ TEST_F(HandlerSupportTest, ARequestThatIsNoObjectHasNoKeys)
     EXPECT_EQ(lamp_calls, 0);
 }
 
-} // namespace handler_support_test
+} // namespace recipes_test
