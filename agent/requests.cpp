@@ -195,6 +195,9 @@ class Cursor {
             const char mark = rest_[at];
             depth += mark == '[' || mark == '{' ? 1 : 0;
             depth -= mark == ']' || mark == '}' ? 1 : 0;
+            if (depth > CJSON_NESTING_LIMIT) {
+                refuse(rest_.data() + at);
+            }
             if (mark == '"') {
                 at = end_of_string(rest_, at);
             } else if (depth > 0 || mark == ']' || mark == '}') {
@@ -221,14 +224,20 @@ class Cursor {
             if (!is_too_much(value, length)) {
                 throw std::bad_alloc();
             }
-            throw BadRequest("nested too deep or too large" +
-                             place(text_.substr(0, static_cast<size_t>(end - text_.data()))));
+            refuse(end);
         }
         return item;
     }
 
   private:
     size_t size() const { return rest_.size(); }
+
+    // What stands here is more than is read, also where nobody but the client will look at it.
+    [[noreturn]] void refuse(const char *here) const
+    {
+        throw BadRequest("nested too deep or too large" +
+                         place(text_.substr(0, static_cast<size_t>(here - text_.data()))));
+    }
 
     // Whether cJSON stopped for what JSON allows and cJSON does not: more than 1000 levels, numbers
     // of more than 63 characters. Otherwise it had no memory.

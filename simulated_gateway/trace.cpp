@@ -59,15 +59,15 @@ try {
 
 static std::string line_of(int64_t uptime, const std::string &text)
 {
-    return "[" + std::to_string(uptime) + "] " + printable(text) + "\n";
+    return "[" + std::to_string(uptime) + "] " + text;
 }
 
 std::string Trace::recent()
 {
     const std::lock_guard lock(mutex_);
     std::string lines;
-    for (const Line &line : recent_) {
-        lines += line_of(line.uptime, line.text);
+    for (const std::string &line : recent_) {
+        lines += printable(line) + "\n";
     }
     return lines;
 }
@@ -101,20 +101,21 @@ std::string Trace::outcome_of(const Call &call)
 
 void Trace::write(int64_t uptime, const std::string &text)
 {
-    const std::string line = line_of(uptime, text);
+    const std::string line = printable(line_of(uptime, text)) + "\n";
     const std::lock_guard lock(mutex_);
     const WithoutWriteSignals without_signals;
     output_.write({line});
 }
 
-void Trace::remember(int64_t uptime, std::string text)
+void Trace::remember(int64_t uptime, const std::string &text)
 {
     constexpr size_t most_bytes = 64U << 10;
+    std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
-    recent_size_ += text.size();
-    recent_.push_back({uptime, std::move(text)});
+    recent_size_ += line.size();
+    recent_.push_back(std::move(line));
     while (recent_size_ > most_bytes) {
-        recent_size_ -= recent_.front().text.size();
+        recent_size_ -= recent_.front().size();
         recent_.pop_front();
     }
 }

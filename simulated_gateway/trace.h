@@ -45,17 +45,13 @@ class Trace {
     std::string arguments_of(const Call &call) const;
     static std::string outcome_of(const Call &call);
     void write(int64_t uptime, const std::string &text);
-    void remember(int64_t uptime, std::string text);
+    void remember(int64_t uptime, const std::string &text);
 
     FileDescriptor file_;
     bool show_secrets_ = false;
     std::mutex mutex_; // guards what is below
     line_output::LineOutput output_{"trace", -1};
-    struct Line {
-        int64_t uptime;
-        std::string text;
-    };
-    std::deque<Line> recent_; // made printable when somebody asks for them
+    std::deque<std::string> recent_; // made printable when somebody asks for them
     size_t recent_size_ = 0;
 };
 
