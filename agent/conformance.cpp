@@ -3,7 +3,7 @@
 #include "conformance_report.h"
 #include "conformance_worker.h"
 #include "exit_status.h"
-#include "report.h"
+#include "report_builders.h"
 #include "streams.h"
 #include "text.h"
 
@@ -20,11 +20,11 @@ std::vector<Check> all_checks()
     std::vector<Check> checks = {{kFunctions, kFunctions}};
     for (const Description &command : descriptions()) {
         if (!command["device_calls"].empty()) {
-            checks.push_back({command["command"], command["subject"], &command});
+            checks.push_back({command["command"].text(), command["subject"].text(), &command});
         }
     }
-    for (const std::string &name : reports_that_tell()) {
-        checks.push_back({"report " + name, "report", nullptr, name});
+    for (const ReportBuilder &report : report_builders()) {
+        checks.push_back({std::string("report ") + report.name, "report", nullptr, report.name});
     }
     return checks;
 }
@@ -38,7 +38,7 @@ bool is_named(const Check &check, const ConformanceOptions &options)
 std::string reason_to_skip(const Check &check, const ConformanceOptions &options)
 {
     const std::string effect =
-        check.command != nullptr ? (*check.command)["effect"].get<std::string>() : "none";
+        check.command != nullptr ? (*check.command)["effect"].text() : "none";
     if (effect == "lasting" && !is_named(check, options)) {
         return "cannot be undone: --allow-writes --command " + check.name;
     }

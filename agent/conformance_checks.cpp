@@ -4,7 +4,7 @@
 #include "device_texts.h"
 #include "protocol/device_facts.h"
 #include "reply.h"
-#include "report.h"
+#include "report_builders.h"
 #include "smart_router_service/processjsonability.h"
 #include "workers.h"
 
@@ -50,13 +50,27 @@ void answered(const char *function, int32_t result, bool wrote)
     watched.listener.answered();
 }
 
+// With the lock held.
+bool matters(const char *function)
+{
+    const auto &functions = watched.functions;
+    return functions.empty() ||
+           std::find(functions.begin(), functions.end(), function) != functions.end();
+}
+
 void fault(const char *function, const char *what)
 {
     const std::lock_guard lock(watched.mutex);
-    const auto &functions = watched.functions;
-    if (functions.empty() ||
-        std::find(functions.begin(), functions.end(), function) != functions.end()) {
+    if (matters(function)) {
         watched.listener.fault(std::string(function) + ": " + what);
+    }
+}
+
+void warning(const char *function, const char *what)
+{
+    const std::lock_guard lock(watched.mutex);
+    if (matters(function)) {
+        watched.listener.warning(std::string(function) + ": " + what);
     }
 }
 
@@ -76,7 +90,7 @@ void refused_command(const std::string &command)
 {
     if (function_at_work != nullptr) {
         fault(function_at_work,
-              ("it calls system(\"" + command + "\"), which hgagent refuses").c_str());
+              ("it calls system(\"" + command + "\"), which " PROGRAM_NAME " refuses").c_str());
     }
 }
 
@@ -175,7 +189,7 @@ CheckResult check_functions(const PluginHost &host)
 class CommandCheck {
   public:
     CommandCheck(const PluginHost &host, const Description &command)
-        : host_(host), command_(command), name_(command["command"])
+        : host_(host), command_(command), name_(command["command"].text())
     {
     }
 
@@ -203,10 +217,9 @@ class CommandCheck {
         const cJSON *selected = requests.front().get();
         const Json before = setting_in_force(command_, selected, ask_);
         if (before == nullptr) {
-            return {
-                Verdict::kSkipped,
-                {"could not be restored: " + command_["read_back"]["command"].get<std::string>() +
-                 " does not tell all of it"}};
+            return {Verdict::kSkipped,
+                    {"could not be restored: " + command_["read_back"]["command"].text() +
+                     " does not tell all of it"}};
         }
         const Json changed = changed_setting(command_, before.get());
         return changed != nullptr ? change_and_restore(selected, changed.get(), before.get())
@@ -229,8 +242,7 @@ class CommandCheck {
         for (const Description &key : command_["request"]) {
             if (key.contains("found_in")) {
                 return {Verdict::kSkipped,
-                        {key["found_in"]["command"].get<std::string>() + " tells no " +
-                         key["key"].get<std::string>()}};
+                        {key["found_in"]["command"].text() + " tells no " + key["key"].text()}};
             }
         }
         return {};
@@ -260,7 +272,7 @@ class CommandCheck {
         }
         if (result.verdict == Verdict::kNotSupported && !missing.empty()) {
             return {Verdict::kSkipped,
-                    {command_["read_back"]["command"].get<std::string>() + " tells no " + missing}};
+                    {command_["read_back"]["command"].text() + " tells no " + missing}};
         }
         return result;
     }
@@ -293,7 +305,7 @@ class CommandCheck {
 } // namespace
 
 CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
-    : watcher_{calling, answered, reason, fault},
+    : watcher_{calling, answered, reason, warning, fault},
       host_((watched.listener = std::move(listener), options), &watcher_),
       reasons_(host_, said, refused_command)
 {
@@ -305,9 +317,8 @@ CheckResult CheckedHost::run(const Check &check)
 {
     {
         const std::lock_guard lock(watched.mutex);
-        watched.functions = check.command != nullptr
-                                ? (*check.command)["device_calls"].get<std::vector<std::string>>()
-                                : std::vector<std::string>();
+        watched.functions = check.command != nullptr ? (*check.command)["device_calls"].texts()
+                                                     : std::vector<std::string>();
     }
     if (!check.report.empty()) {
         return run_report(host_, check.report);
@@ -316,7 +327,7 @@ CheckResult CheckedHost::run(const Check &check)
         return check_functions(host_);
     }
     CommandCheck command(host_, *check.command);
-    const std::string effect = (*check.command)["effect"];
+    const std::string effect = (*check.command)["effect"].text();
     return effect == "none"      ? command.query()
            : effect == "setting" ? command.setting()
                                  : command.lasting();

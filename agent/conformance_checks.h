@@ -14,6 +14,7 @@ struct CheckListener {
     std::function<void(const std::string &function)> calling; // a function of the device library
     std::function<void()> answered;
     std::function<void(const std::string &reason)> reason; // what the library says of a failure
+    std::function<void(const std::string &warning)> warning;
     std::function<void(const std::string &fault)> fault;
 };
 
@@ -26,7 +27,7 @@ class CheckedHost {
     CheckedHost(const CheckedHost &) = delete;
     CheckedHost &operator=(const CheckedHost &) = delete;
 
-    // Faults that were told to the listener are no part of the result.
+    // Faults and warnings that were told to the listener are no part of the result.
     CheckResult run(const Check &check);
 
   private:

@@ -49,8 +49,12 @@ void write_case(std::ostream &page, const Check &check, const CheckResult &resul
     const std::string first = result.details.empty() ? "" : result.details.front();
     switch (result.verdict) {
     case Verdict::kPassed:
-        page << "/>\n";
-        return;
+        if (result.warnings.empty()) {
+            page << "/>\n";
+            return;
+        }
+        page << ">\n";
+        break;
     case Verdict::kFailed:
         page << ">\n      <failure message=\"" << xml(first) << "\">";
         for (const std::string &detail : result.details) {
@@ -67,6 +71,13 @@ void write_case(std::ostream &page, const Check &check, const CheckResult &resul
     case Verdict::kSkipped:
         page << ">\n      <skipped message=\"" << xml(first) << "\"/>\n";
         break;
+    }
+    if (!result.warnings.empty()) {
+        page << "      <system-out>";
+        for (const std::string &warning : result.warnings) {
+            page << "warning: " << xml(warning) << '\n';
+        }
+        page << "</system-out>\n";
     }
     page << "    </testcase>\n";
 }
@@ -116,6 +127,9 @@ std::string table_of(const CheckResults &results, bool verbose)
                 table.row({"", "", name});
             }
         }
+        for (const std::string &warning : result.warnings) {
+            table.row({"", "", "warning: " + warning});
+        }
     }
     std::ostringstream page;
     table.print(page, "");
@@ -125,6 +139,11 @@ std::string table_of(const CheckResults &results, bool verbose)
          {Verdict::kPassed, Verdict::kFailed, Verdict::kNotSupported, Verdict::kSkipped}) {
         page << separator << count_of(results, verdict) << ' ' << word_for(verdict);
         separator = ", ";
+    }
+    const auto warned = std::ranges::count_if(
+        results, [](const auto &row) { return !row.second.warnings.empty(); });
+    if (warned > 0) {
+        page << ", " << warned << " with warnings";
     }
     return page.str();
 }

@@ -1,5 +1,6 @@
 #include "conformance_requests.h"
 
+#include "json_text.h"
 #include "text.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@ constexpr size_t kMostRequests = 16;
 
 Json json_of(const Description &value)
 {
-    return Json(cJSON_Parse(value.dump().c_str()));
+    return Json(cJSON_Parse(value.as_json().c_str()));
 }
 
 void put(cJSON *object, const std::string &key, Json value)
@@ -60,13 +61,13 @@ std::vector<std::string> parts_of(const std::string &text, const std::string &se
 
 std::vector<std::string> values_in(const cJSON *reply, const Description &place)
 {
-    const std::string key = place["key"];
+    const std::string key = place["key"].text();
     std::vector<std::string> values;
     if (place.contains("separator")) {
-        values = parts_of(value_of(item_of(reply, key)), place["separator"]);
+        values = parts_of(value_of(item_of(reply, key)), place["separator"].text());
     } else {
         const cJSON *element = nullptr;
-        cJSON_ArrayForEach(element, item_of(reply, place["list"]))
+        cJSON_ArrayForEach(element, item_of(reply, place["list"].text()))
         {
             values.push_back(value_of(item_of(element, key)));
         }
@@ -75,19 +76,25 @@ std::vector<std::string> values_in(const cJSON *reply, const Description &place)
     return values;
 }
 
-const Description *key_with_place(const Description &command)
+// A part that does not exist when there is none.
+Description key_with_place(const Description &command)
 {
     for (const Description &key : command["request"]) {
         if (key.contains("found_in")) {
-            return &key;
+            return key;
         }
     }
-    return nullptr;
+    return Description();
 }
 
 bool has_key(const Description &keys, const std::string &name)
 {
-    return std::ranges::any_of(keys, [&](const Description &key) { return key["key"] == name; });
+    for (const Description &key : keys) {
+        if (key["key"].text() == name) {
+            return true;
+        }
+    }
+    return false;
 }
 
 Json request_with(const Description &command, const std::string &selecting,
@@ -104,7 +111,7 @@ Json request_of_query(const Description &query, const cJSON *selected)
 {
     Json request(cJSON_CreateObject());
     for (const Description &key : query["request"]) {
-        put_copy(request.get(), key["key"], item_of(selected, key["key"]));
+        put_copy(request.get(), key["key"].text(), item_of(selected, key["key"].text()));
     }
     return request;
 }
@@ -113,15 +120,15 @@ Json request_of_query(const Description &query, const cJSON *selected)
 const cJSON *place_of(const cJSON *reply, const Description &command, const cJSON *selected)
 {
     const Description &back = command["read_back"];
-    const Description *key = key_with_place(command);
-    if (!back.contains("list") || key == nullptr) {
+    const Description key = key_with_place(command);
+    if (!back.contains("list") || !key.exists()) {
         return reply;
     }
-    const std::string wanted = value_of(item_of(selected, (*key)["key"]));
+    const std::string wanted = value_of(item_of(selected, key["key"].text()));
     const cJSON *element = nullptr;
-    cJSON_ArrayForEach(element, item_of(reply, back["list"]))
+    cJSON_ArrayForEach(element, item_of(reply, back["list"].text()))
     {
-        if (value_of(item_of(element, (*key)["found_in"]["key"])) == wanted) {
+        if (value_of(item_of(element, key["found_in"]["key"].text())) == wanted) {
             return element;
         }
     }
@@ -138,7 +145,7 @@ Json list_of(const Description &items, const cJSON *told)
     {
         Json entry(cJSON_CreateObject());
         for (const Description &key : items) {
-            put_told(entry.get(), key, item_of(element, key["key"]));
+            put_told(entry.get(), key, item_of(element, key["key"].text()));
         }
         cJSON_AddItemToArray(list.get(), entry.release());
     }
@@ -150,12 +157,13 @@ Json list_of(const Description &items, const cJSON *told)
 void put_told(cJSON *request, const Description &key, const cJSON *told)
 {
     if (cJSON_IsArray(told) != 0) {
-        put(request, key["key"], list_of(key["items"], told));
+        put(request, key["key"].text(), list_of(key["items"], told));
         return;
     }
     const std::string value = value_of(told);
-    if (is_value(value) || key["required"]) {
-        put(request, key["key"], Json(cJSON_CreateString(is_value(value) ? value.c_str() : "")));
+    if (is_value(value) || key["required"].is_true()) {
+        put(request, key["key"].text(),
+            Json(cJSON_CreateString(is_value(value) ? value.c_str() : "")));
     }
 }
 
@@ -177,16 +185,16 @@ std::string shown(const std::string &key, const cJSON *item)
 std::vector<Json> requests_for(const Description &command, const Ask &ask)
 {
     std::vector<Json> requests;
-    const Description *key = key_with_place(command);
-    if (key != nullptr) {
-        const Description &place = (*key)["found_in"];
-        const Json reply = ask(place["command"], Json(cJSON_CreateObject()));
+    const Description key = key_with_place(command);
+    if (key.exists()) {
+        const Description &place = key["found_in"];
+        const Json reply = ask(place["command"].text(), Json(cJSON_CreateObject()));
         if (reply != nullptr) {
             std::vector<std::string> values = values_in(reply.get(), place);
             std::reverse(values.begin(), values.end());
             values.resize(std::min(values.size(), kMostRequests));
             for (const std::string &value : values) {
-                requests.push_back(request_with(command, (*key)["key"], value));
+                requests.push_back(request_with(command, key["key"].text(), value));
             }
             return requests;
         }
@@ -198,19 +206,19 @@ std::vector<Json> requests_for(const Description &command, const Ask &ask)
 Json setting_in_force(const Description &command, const cJSON *selected, const Ask &ask)
 {
     const Description &back = command["read_back"];
-    const Description &query = *find_description(back["command"].get<std::string>());
-    const Json reply = ask(query["command"], request_of_query(query, selected));
+    const Description &query = *find_description(back["command"].text());
+    const Json reply = ask(query["command"].text(), request_of_query(query, selected));
     const cJSON *place = reply != nullptr ? place_of(reply.get(), command, selected) : nullptr;
     if (place == nullptr) {
         return nullptr;
     }
-    const Description renamed = back.value("keys", Description::object());
-    const Description given = back.value("given", Description::object());
-    const std::vector<std::string> without = back.value("without", std::vector<std::string>());
+    const Description renamed = back["keys"];
+    const Description given = back["given"];
+    const std::vector<std::string> without = back["without"].texts();
     Json setting(cJSON_CreateObject());
     for (const Description &key : command["request"]) {
-        const std::string name = key["key"];
-        const cJSON *told = item_of(place, renamed.value(name, name));
+        const std::string name = key["key"].text();
+        const cJSON *told = item_of(place, renamed.contains(name) ? renamed[name].text() : name);
         if (given.contains(name)) {
             put(setting.get(), name, json_of(given[name]));
         } else if (key.contains("found_in") || has_key(query["request"], name)) {
@@ -219,7 +227,7 @@ Json setting_in_force(const Description &command, const cJSON *selected, const A
             continue;
         } else if (told != nullptr) {
             put_told(setting.get(), key, told);
-        } else if (key["required"]) {
+        } else if (key["required"].is_true()) {
             return nullptr;
         }
     }
@@ -244,7 +252,7 @@ Json changed_setting(const Description &command, const cJSON *setting)
     if (!back.contains("change")) {
         return nullptr;
     }
-    const std::string key = back["change"]["key"];
+    const std::string key = back["change"]["key"].text();
     const std::string missing = key_without_value(setting);
     if (!missing.empty() && missing != key) {
         return nullptr; // a device may want the others before it takes this one

@@ -2,8 +2,8 @@
 // the device tells.
 #pragma once
 
+#include "json.h"
 #include "protocol.h"
-#include "requests.h"
 
 #include <functional>
 #include <string>

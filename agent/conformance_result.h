@@ -23,8 +23,9 @@ enum class Verdict { kPassed, kFailed, kNotSupported, kSkipped };
 
 struct CheckResult {
     Verdict verdict = Verdict::kPassed;
-    std::vector<std::string> details;    // one line each
-    std::vector<std::string> names = {}; // what the table only counts, unless all is wanted
+    std::vector<std::string> details;       // one line each
+    std::vector<std::string> names = {};    // what the table only counts, unless all is wanted
+    std::vector<std::string> warnings = {}; // one line each; no part of the verdict
 };
 
 } // namespace agent

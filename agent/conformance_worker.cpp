@@ -17,6 +17,9 @@
 #include <system_error>
 #include <unistd.h>
 
+// Not every C library has it.
+extern "C" __attribute__((weak)) const char *sigabbrev_np(int signal) noexcept;
+
 namespace agent {
 
 namespace {
@@ -31,6 +34,7 @@ enum Word : char {
     kCalls = 'C',    // a function of the device library
     kAnswered = 'A', // it has answered
     kReason = 'R',   // what it says of a failure
+    kWarning = 'W',  // what may be a mistake of it
     kFault = 'F',    // a fault of it
     kDetail = 'D',   // a line of the result
     kName = 'M',     // one of many that the result counts
@@ -40,6 +44,7 @@ enum Word : char {
 constexpr int kPause = 50;         // milliseconds between two looks at the signals
 constexpr size_t kMostFaults = 20; // of one check
 constexpr size_t kMostReasons = 5;
+constexpr size_t kMostWarnings = 5;
 
 // The worker's end of the pipe.
 class Teller {
@@ -67,6 +72,7 @@ class Teller {
                          {[&](const std::string &function) { teller.say(kCalls, function); },
                           [&] { teller.say(kAnswered); },
                           [&](const std::string &reason) { teller.say(kReason, reason); },
+                          [&](const std::string &warning) { teller.say(kWarning, warning); },
                           [&](const std::string &fault) {
                               teller.say(kFault, fault);
                           }});
@@ -92,7 +98,7 @@ class Teller {
 // A name such as ABRT. Realtime signals have none of their own; they are counted from the first.
 std::string name_of_signal(int signal)
 {
-    if (const char *name = sigabbrev_np(signal)) {
+    if (const char *name = sigabbrev_np != nullptr ? sigabbrev_np(signal) : nullptr) {
         return name;
     }
     return signal >= SIGRTMIN ? "RTMIN+" + std::to_string(signal - SIGRTMIN)
@@ -178,6 +184,9 @@ class Worker {
             case kFault:
                 add_new(faults, text, kMostFaults);
                 break;
+            case kWarning:
+                add_new(result.warnings, text, kMostWarnings);
+                break;
             case kReason:
                 add_new(reasons, text, kMostReasons);
                 break;
@@ -232,12 +241,13 @@ class Worker {
                                    std::vector<std::string> faults)
     {
         if (faults.empty()) {
-            return {verdict, std::move(told.details), std::move(told.names)};
+            told.verdict = verdict;
+            return told;
         }
         if (verdict == Verdict::kFailed) {
             faults.insert(faults.end(), told.details.begin(), told.details.end());
         }
-        return {Verdict::kFailed, std::move(faults)};
+        return {Verdict::kFailed, std::move(faults), {}, std::move(told.warnings)};
     }
 
     CheckResult broken_off(std::vector<std::string> faults, const std::string &where)

@@ -101,7 +101,7 @@ void take_refused_command(const char *command)
         if (refused_listener) {
             refused_listener(command);
         } else {
-            tell("hgagent", std::string("refused to run a command: ") + command);
+            tell(PROGRAM_NAME, std::string("refused to run a command: ") + command);
         }
     });
 }

@@ -4,10 +4,12 @@
 #include "protocol/device_text.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <malloc.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace agent {
@@ -23,6 +25,7 @@ using device_layout::Way;
 
 constexpr size_t kGuardSize = 64;
 constexpr char kGuardByte = '\xa5';
+constexpr char kNoValue[] = "NULL";
 // No home has so many; a list that is longer runs in a circle.
 constexpr size_t kLongestList = 65536;
 
@@ -55,6 +58,23 @@ std::string entry_of(const std::string &path, size_t at)
 {
     return path + "[" + std::to_string(at) + "]";
 }
+
+// The field of a record that a path such as QosInfo.rules[0].Name leads into.
+std::string_view field_in(std::string_view path)
+{
+    path.remove_prefix(path.find('.') + 1);
+    return path.substr(0, path.find_first_of(".["));
+}
+
+bool is_number(const char *text)
+{
+    char *end = nullptr;
+    strtol(text, &end, 10);
+    return end != text && *end == '\0';
+}
+
+// The texts that are empty where a device without a value says "NULL", by their paths.
+using EmptyTexts = std::vector<std::string>;
 
 // The memory of one argument: a copy of the plug-in's, between guards.
 class Guarded {
@@ -208,7 +228,10 @@ class Look {
             return std::string_view(field.name) == "FailReason";
         });
         if (call_.result == 0 || reason != record.fields.end()) {
-            check(record, record.name, at);
+            EmptyTexts empty;
+            const bool is_whole = call_.result == 0 && wrote && argument.is_filled;
+            check(record, record.name, at, is_whole ? &empty : nullptr);
+            warn_of_empty(empty);
         }
         if (call_.result != 0 && reason != record.fields.end()) {
             const char *text = at + reason->offset;
@@ -219,34 +242,67 @@ class Look {
         }
     }
 
-    void check(const Record &record, const std::string &path, char *at) const
+    void warn_of_empty(const EmptyTexts &texts) const
+    {
+        constexpr size_t kMostNamed = 4;
+        if (texts.empty()) {
+            return;
+        }
+        std::string names;
+        for (size_t at = 0; at < texts.size() && at < kMostNamed; ++at) {
+            names += (at == 0 ? "" : ", ") + texts[at];
+        }
+        if (texts.size() > kMostNamed) {
+            names += " and " + std::to_string(texts.size() - kMostNamed) + " more";
+        }
+        watcher_.warning(call_.function.name, ("empty, and not \"NULL\": " + names).c_str());
+    }
+
+    // empty takes the texts that should be "NULL"; it is null where the record need not be filled.
+    void check(const Record &record, const std::string &path, char *at, EmptyTexts *empty) const
     {
         for (const Field &field : record.fields) {
             const std::string field_path = path + "." + field.name;
             char *place = at + field.offset;
             if (field.kind == Kind::kText) {
-                if (!field.is_reserved) {
-                    check_text(field_path, place, field.size);
-                }
+                check_field(field, field_path, place, empty);
             } else if (field.pointer == Pointer::kOne) {
-                check_each_behind(field, field_path, place);
+                check_each_behind(field, field_path, place, empty);
             } else if (field.pointer == Pointer::kArray) {
-                check_array_behind(record, field, path, at);
+                check_array_behind(record, field, path, at, empty);
             } else if (field.pointer == Pointer::kNone) {
                 const size_t amount = field.counted_by < 0
                                           ? field.length
                                           : counted(record, field, path, at, field.length);
-                check_entries(field, field_path, place, amount);
+                check_entries(field, field_path, place, amount, empty);
             }
         }
     }
 
-    void check_entries(const Field &field, const std::string &path, char *first,
-                       size_t amount) const
+    void check_field(const Field &field, const std::string &path, const char *text,
+                     EmptyTexts *empty) const
+    {
+        if (field.is_reserved) {
+            return;
+        }
+        check_text(path, text, field.size);
+        const size_t length = strnlen(text, field.size);
+        if (length == 0) {
+            if (empty != nullptr && !field.may_be_empty && facts_.has_filled(field_in(path))) {
+                empty->push_back(path);
+            }
+        } else if (length < field.size && field.is_number && strcmp(text, kNoValue) != 0 &&
+                   !is_number(text)) {
+            fault(path + " is \"" + text + "\", and is read as a decimal number");
+        }
+    }
+
+    void check_entries(const Field &field, const std::string &path, char *first, size_t amount,
+                       EmptyTexts *empty) const
     {
         for (size_t at = 0; field.kind == Kind::kRecord && at < amount; ++at) {
             check(*record_of(field), field.is_array ? entry_of(path, at) : path,
-                  first + at * field.size);
+                  first + at * field.size, empty);
         }
     }
 
@@ -271,7 +327,8 @@ class Look {
     }
 
     // Pointers to one entry each, or null.
-    void check_each_behind(const Field &field, const std::string &path, char *slots) const
+    void check_each_behind(const Field &field, const std::string &path, char *slots,
+                           EmptyTexts *empty) const
     {
         for (size_t slot = 0; slot < field.length; ++slot) {
             char *place = slots + slot * sizeof(char *);
@@ -286,14 +343,14 @@ class Look {
             } else if (room_of(entry) < field.size) {
                 fault(entry_path + " is too small");
             } else {
-                check(*record_of(field), entry_path, entry);
+                check(*record_of(field), entry_path, entry, empty);
             }
         }
     }
 
     // An array of its own beside its count.
     void check_array_behind(const Record &record, const Field &field, const std::string &path,
-                            char *at) const
+                            char *at, EmptyTexts *empty) const
     {
         const std::string field_path = path + "." + field.name;
         const size_t amount = counted(record, field, path, at, INT32_MAX);
@@ -307,7 +364,7 @@ class Look {
         } else if (entries != nullptr && room_of(entries) < amount * field.size) {
             fault(field_path + " has no room for the " + std::to_string(amount) + " of the count");
         } else {
-            check_entries(field, field_path, entries, amount);
+            check_entries(field, field_path, entries, amount, empty);
             return;
         }
         const Field &counter = record.fields[static_cast<size_t>(field.counted_by)];
@@ -333,7 +390,7 @@ class Look {
             }
         }
         for (char *node = first; node != nullptr; node = value_at<char *>(node + next)) {
-            check(record, record.name, node);
+            check(record, record.name, node, nullptr);
         }
     }
 

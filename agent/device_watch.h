@@ -16,6 +16,8 @@ struct DeviceWatcher {
     void (*answered)(const char *function, int32_t result, bool wrote) = nullptr;
     // It has left a reason in a record that has room for one.
     void (*reason)(const char *function, const char *text) = nullptr;
+    // What it leaves is no fault, and may be a mistake.
+    void (*warning)(const char *function, const char *what) = nullptr;
     // It broke a promise.
     void (*fault)(const char *function, const char *what) = nullptr;
 };

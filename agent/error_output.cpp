@@ -14,7 +14,7 @@ namespace {
 constexpr char kEraseLine[] = "\r\x1b[K";
 
 std::mutex mutex;
-line_output::LineOutput output("hgagent", STDERR_FILENO);
+line_output::LineOutput output(PROGRAM_NAME, STDERR_FILENO);
 std::string status;
 bool is_hidden = false;
 

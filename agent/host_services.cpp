@@ -4,20 +4,17 @@
 
 #include "device_reasons.h"
 #include "log_sink.h"
-#include "notice.h"
 #include "simulated_gateway/simulated_gateway.h"
 #include "text.h"
 
 #include <algorithm>
 #include <cctype>
-#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <new>
-#include <openssl/evp.h>
 #include <string_view>
 
 using agent::kLogError;
@@ -84,34 +81,6 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     }
 }
 
-char *base64_encode(const char *text)
-{
-    const size_t length = text != nullptr ? strlen(text) : 0;
-    if (text == nullptr || length > INT_MAX) {
-        return nullptr;
-    }
-    auto *encoded = static_cast<unsigned char *>(malloc((length + 2) / 3 * 4 + 1));
-    if (encoded != nullptr) {
-        EVP_EncodeBlock(encoded, reinterpret_cast<const unsigned char *>(text),
-                        static_cast<int>(length));
-    }
-    return reinterpret_cast<char *>(encoded);
-}
-
-void getmd5(const char *text, char *out)
-{
-    unsigned char digest[EVP_MAX_MD_SIZE];
-    unsigned length = 0;
-    out[0] = '\0';
-    if (text == nullptr ||
-        EVP_Digest(text, strlen(text), digest, &length, EVP_md5(), nullptr) != 1) {
-        return;
-    }
-    for (unsigned at = 0; at < length; ++at, out += 2) {
-        snprintf(out, 3, "%02x", digest[at]);
-    }
-}
-
 void mac_form_translate(const char *in, int32_t form, char *out)
 {
     if (in != nullptr && (form == HG_MAC_WITH_COLONS || form == HG_MAC_BARE) && is_mac(in)) {
@@ -128,11 +97,6 @@ void mac_form_translate(const char *in, int32_t form, char *out)
         }
     }
     *out = '\0';
-}
-
-int32_t kaa_device_notice(const char *text)
-{
-    return agent::receive_notice(text);
 }
 
 void ts_sys_mgr_get_brmac(char *mac)

@@ -66,7 +66,7 @@ int run_image_upgrade(const Options &options)
     const PluginHost host(options.host);
     const ProgressBar bar(host);
     const Upgrade upgrade = upgrade_of(host);
-    const uint64_t errors = errors_of_libraries();
+    const unsigned long errors = errors_of_libraries();
     pthread_t thread;
     const int ended = until_workers_end(host, stop, [&] { return start(upgrade, url, thread); });
     if (ended != kSuccess) {

@@ -13,7 +13,7 @@ namespace agent {
 namespace {
 
 LogSettings settings;
-std::atomic<uint64_t> library_errors = 0;
+std::atomic<unsigned long> library_errors = 0;
 
 // What ends the text is the line's own end.
 std::string_view without_line_end(std::string_view text)
@@ -60,7 +60,7 @@ void log_arguments(const char *module, int32_t level, const char *format, va_lis
     write_message(module, level, format, arguments);
 }
 
-uint64_t errors_of_libraries()
+unsigned long errors_of_libraries()
 {
     return library_errors;
 }
@@ -69,7 +69,7 @@ void log_line(int32_t level, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    write_message("hgagent", level, format, arguments);
+    write_message(PROGRAM_NAME, level, format, arguments);
     va_end(arguments);
 }
 

@@ -23,7 +23,7 @@ void set_log(const LogSettings &settings);
 void log_arguments(const char *module, int32_t level, const char *format, va_list arguments);
 
 // How many errors libraries have logged, also those that are not shown.
-uint64_t errors_of_libraries();
+unsigned long errors_of_libraries();
 
 // Writes a line of the agent itself.
 __attribute__((format(printf, 2, 3))) void log_line(int32_t level, const char *format, ...);

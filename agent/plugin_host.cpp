@@ -4,6 +4,7 @@
 #include "library_file.h"
 #include "protocol/device_layout.h"
 #include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/device_access.h"
 #include "smart_router_service/processjsonability.h"
 #include "text.h"
 
@@ -89,6 +90,31 @@ const char *text_or_null(const std::optional<std::string> &text)
     return text ? text->c_str() : nullptr;
 }
 
+// As people write it: the upper half of the number and the lower one.
+std::string version_text(int32_t version)
+{
+    const auto halves = static_cast<uint32_t>(version);
+    return std::to_string(halves >> 16) + "." + std::to_string(halves & 0xffff);
+}
+
+// Records and prototypes of another major version are others. A library that does not tell its
+// version is taken to fit.
+void check_version(void *library, const std::string &path)
+{
+    const auto version =
+        function_of<decltype(device_access_version)>(library, "device_access_version");
+    if (version == nullptr) {
+        return;
+    }
+    const int32_t theirs = version();
+    if (theirs / 65536 != DEVICE_ACCESS_VERSION_MAJOR) {
+        throw HostError(kCannotLoad, "the device library " + path + " is built with version " +
+                                         version_text(theirs) +
+                                         " of device_access.h, and this agent with version " +
+                                         version_text(DEVICE_ACCESS_VERSION));
+    }
+}
+
 // The last stage: the device library's own functions.
 class DeviceFunctions : public DeviceStage {
   public:
@@ -139,6 +165,7 @@ DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *wa
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
     library_ = load("device library", path, RTLD_NOW | RTLD_LOCAL, kOwnLibraries, options.verbose);
+    check_version(library_, path);
     // The simulated gateway traces its calls by itself.
     const bool has_own_trace = symbol(kOpenGateway) != nullptr;
     if (watcher != nullptr || (options.trace && !has_own_trace)) {

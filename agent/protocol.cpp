@@ -1,6 +1,7 @@
 #include "protocol.h"
 
 #include "embedded/protocol_commands.h"
+#include "json.h"
 #include "text.h"
 
 #include <algorithm>
@@ -15,25 +16,23 @@ constexpr size_t kMaxCompared = 64;
 
 std::vector<Description> parse_descriptions()
 {
+    static std::vector<Json> trees; // what the descriptions are parts of
     std::vector<Description> all;
     for (const embedded::Text &file : embedded::protocol_commands()) {
-        all.push_back(Description::parse(file.text));
+        trees.emplace_back(cJSON_ParseWithLength(file.text.data(), file.text.size()));
+        all.emplace_back(trees.back().get());
     }
-    std::sort(all.begin(), all.end(), [](const Description &left, const Description &right) {
-        return left["command"] < right["command"];
-    });
+    std::ranges::sort(all, {}, [](const Description &one) { return one["command"].text(); });
     return all;
 }
 
 void collect_secret_keys(const Description &part, std::set<std::string> &keys)
 {
-    if (part.is_object() && part.contains("key") && part.value("secret", false)) {
-        keys.insert(lower_case(part["key"].get<std::string>()));
+    if (part["secret"].is_true() && part.contains("key")) {
+        keys.insert(lower_case(part["key"].text()));
     }
-    if (part.is_structured()) {
-        for (const Description &inner : part) {
-            collect_secret_keys(inner, keys);
-        }
+    for (const Description &inner : part) {
+        collect_secret_keys(inner, keys);
     }
 }
 
@@ -59,7 +58,7 @@ std::vector<std::string> nearest_commands(std::string_view name)
     const std::string wanted = lower_case(name.substr(0, kMaxCompared));
     std::vector<std::pair<size_t, std::string>> ranked;
     for (const Description &description : descriptions()) {
-        const std::string command = description["command"];
+        const std::string command = description["command"].text();
         ranked.emplace_back(edit_distance(wanted, lower_case(command)), command);
     }
     std::sort(ranked.begin(), ranked.end());

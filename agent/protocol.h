@@ -2,7 +2,7 @@
 // says what is in it).
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "description.h"
 
 #include <set>
 #include <string>
@@ -10,8 +10,6 @@
 #include <vector>
 
 namespace agent {
-
-using Description = nlohmann::ordered_json;
 
 // All descriptions, by the commands' names.
 const std::vector<Description> &descriptions();

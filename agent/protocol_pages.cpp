@@ -34,13 +34,13 @@ std::string joined(const std::vector<std::string> &words, const std::string &sep
 std::string form_of(const Description &key)
 {
     std::vector<std::string> parts;
-    if (key["form"] != "any text") {
-        parts.push_back(key["form"]);
+    if (key["form"].text() != "any text") {
+        parts.push_back(key["form"].text());
     }
     if (key.contains("unit")) {
-        parts.push_back(key["unit"]);
+        parts.push_back(key["unit"].text());
     }
-    parts.push_back("as in " + key["example"].dump());
+    parts.push_back("as in " + key["example"].as_json());
     return joined(parts, ", ");
 }
 
@@ -49,37 +49,38 @@ std::string about(const Description &key, bool in_request)
 {
     std::vector<std::string> parts;
     if (in_request) {
-        parts.emplace_back(key["required"] ? "required" : "optional");
-    } else if (key.value("optional", false)) {
+        parts.emplace_back(key["required"].is_true() ? "required" : "optional");
+    } else if (key["optional"].is_true()) {
         parts.emplace_back("not always");
     }
-    if (key.contains("type") && key["type"] != "text") {
-        parts.push_back(key["type"]);
+    if (key.contains("type") && key["type"].text() != "text") {
+        parts.push_back(key["type"].text());
     }
     if (key.contains("text")) {
-        parts.push_back(key["text"].dump());
+        parts.push_back(key["text"].as_json());
     }
     if (key.contains("one_of")) {
         std::vector<std::string> texts;
         for (const Description &text : key["one_of"]) {
-            texts.push_back(text.dump());
+            texts.push_back(text.as_json());
         }
         parts.push_back(joined(texts, " or "));
     }
     if (key.contains("max_bytes")) {
-        parts.push_back((in_request ? "cut at " : "at most ") + key["max_bytes"].dump() + " bytes");
+        parts.push_back((in_request ? "cut at " : "at most ") + key["max_bytes"].as_json() +
+                        " bytes");
     }
-    if (key.value("secret", false)) {
+    if (key["secret"].is_true()) {
         parts.emplace_back("secret");
     }
     if (key.contains("meaning")) {
-        parts.push_back(key["meaning"]);
+        parts.push_back(key["meaning"].text());
     }
     if (key.contains("form")) {
         parts.push_back(form_of(key));
     }
     if (key.contains("found_in")) {
-        parts.push_back("told by " + key["found_in"]["command"].get<std::string>());
+        parts.push_back("told by " + key["found_in"]["command"].text());
     }
     return joined(parts, "; ");
 }
@@ -87,7 +88,7 @@ std::string about(const Description &key, bool in_request)
 std::string changes_of(const Description &command)
 {
     if (command.contains("read_back")) {
-        return "a setting, told by " + command["read_back"]["command"].get<std::string>();
+        return "a setting, told by " + command["read_back"]["command"].text();
     }
     return command["effect"] == "none" ? "nothing" : "what it cannot change back";
 }
@@ -95,7 +96,7 @@ std::string changes_of(const Description &command)
 void add_keys(Table &table, const Description &keys, bool in_request, const std::string &indent)
 {
     for (const Description &key : keys) {
-        table.row({indent + key["key"].get<std::string>(), about(key, in_request)});
+        table.row({indent + key["key"].text(), about(key, in_request)});
         if (key.contains("items")) {
             add_keys(table, key["items"], in_request, indent + "  ");
         }
@@ -114,36 +115,33 @@ void print_keys(std::ostream &page, const Description &keys, bool in_request)
 
 void print_page(std::ostream &page, const Description &command)
 {
-    page << command["command"].get<std::string>() << " - " << command["summary"].get<std::string>()
-         << "\n\n";
+    page << command["command"].text() << " - " << command["summary"].text() << "\n\n";
     if (command.contains("details")) {
-        page << command["details"].get<std::string>() << "\n\n";
+        page << command["details"].text() << "\n\n";
     }
-    const std::vector<std::string> calls = command["device_calls"];
+    const std::vector<std::string> calls = command["device_calls"].texts();
     Table facts;
-    facts.row({"Subject", command["subject"]});
-    facts.row({"Handler", command["handler"]});
+    facts.row({"Subject", command["subject"].text()});
+    facts.row({"Handler", command["handler"].text()});
     facts.row({"Device calls", calls.empty() ? "none" : joined(calls, ", ")});
     facts.row({"Changes", changes_of(command)});
     facts.print(page, "");
 
-    page << "\nRequest" << (command.value("case_sensitive", false) ? " (capitals as here)" : "")
+    page << "\nRequest" << (command["case_sensitive"].is_true() ? " (capitals as here)" : "")
          << '\n';
     print_keys(page, command["request"], true);
 
     for (const Description &reply : command["replies"]) {
-        page << "\nReply, " << reply["outcome"].get<std::string>() << ": "
-             << reply["when"].get<std::string>() << '\n';
+        page << "\nReply, " << reply["outcome"].text() << ": " << reply["when"].text() << '\n';
         print_keys(page, reply["keys"], false);
-        const std::vector<std::string> consumed =
-            reply.value("consumes", std::vector<std::string>());
+        const std::vector<std::string> consumed = reply["consumes"].texts();
         if (!consumed.empty()) {
             page << "    Taken out of the object: " << joined(consumed, ", ") << '\n';
         }
     }
 
-    page << "\nExample\n    " << command["example"]["request"].dump() << "\n    "
-         << command["example"]["reply"].dump() << '\n';
+    page << "\nExample\n    " << command["example"]["request"].as_json() << "\n    "
+         << command["example"]["reply"].as_json() << '\n';
 }
 
 } // namespace
@@ -152,8 +150,8 @@ int run_list(const std::string &pattern)
 {
     Table table;
     for (const Description &description : descriptions()) {
-        if (matches(description["command"], pattern)) {
-            table.row({description["command"], description["summary"]});
+        if (matches(description["command"].text(), pattern)) {
+            table.row({description["command"].text(), description["summary"].text()});
         }
     }
     if (table.empty()) {

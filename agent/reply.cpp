@@ -1,7 +1,7 @@
 #include "reply.h"
 
 #include "error_output.h"
-#include "requests.h"
+#include "json_text.h"
 #include "text.h"
 
 #include <cstring>

@@ -2,62 +2,29 @@
 
 #include "exit_status.h"
 #include "image_upgrade.h"
+#include "json.h"
 #include "pages.h"
 #include "plugin_host.h"
 #include "reply.h"
-#include "requests.h"
-#include "smart_router_service/processjsonability.h"
+#include "report_builders.h"
 #include "text.h"
 
-#include <algorithm>
-#include <iterator>
 #include <sstream>
 
 namespace agent {
 
 namespace {
 
-// What the plug-in exports for a report: a function that writes it into an empty object.
-using Build = int32_t (*)(cJSON *);
-using BuildForPath = decltype(&json_get_router_sta_info);
-
-struct Builder {
-    const char *name;
-    const char *summary;
-    const char *symbol;
-    bool takes_path = false;
-};
-
-constexpr Builder kBuilders[] = {
-    {"home-page", "What a home page shows of the gateway", "json_get_home_page_info"},
-    {"main-router", "What is known of the main router", "json_get_main_router_info"},
-    {"main-base", "The devices that are online, as the main router lists them",
-     "json_get_main_router_baseinfo"},
-    {"topology", "The child routers with their stations, from the relations of the topology",
-     "json_get_topo_router_info"},
-    {"agent-topology", "The child routers with their stations, from the tree of parameters",
-     "json_get_topo_router_agent_info_bynewmethod"},
-    {kStations, "The stations of one router in the tree of parameters, the main router or --path",
-     "json_get_router_sta_info", true},
-};
-
 int list_reports()
 {
     Table table;
-    for (const Builder &builder : kBuilders) {
+    for (const ReportBuilder &builder : report_builders()) {
         table.row({builder.name, builder.summary});
     }
     table.row({kImageUpgrade, "Fetch the image at --url and flash it, as an agent does by itself"});
     std::ostringstream page;
     table.print(page, "");
     return show(page.str());
-}
-
-const Builder *find_builder(const std::string &name)
-{
-    const auto *builder =
-        std::ranges::find(kBuilders, name, [](const Builder &one) { return one.name; });
-    return builder != std::end(kBuilders) ? builder : nullptr;
 }
 
 int print_report(const Options &options)
@@ -81,31 +48,11 @@ int run_report(const Options &options)
     if (options.report == kImageUpgrade) {
         return run_image_upgrade(options);
     }
-    if (find_builder(options.report) == nullptr) {
+    if (find_report(options.report) == nullptr) {
         complain("no report \"" + options.report + "\"; hgagent report lists them");
         return kUnknownCommand;
     }
     return print_report(options);
-}
-
-std::vector<std::string> reports_that_tell()
-{
-    std::vector<std::string> names;
-    for (const Builder &builder : kBuilders) {
-        names.emplace_back(builder.name);
-    }
-    return names;
-}
-
-int32_t build_report(const PluginHost &host, const std::string &name,
-                     const std::string &router_path, cJSON *report)
-{
-    const Builder &builder = *find_builder(name);
-    void *function = host.required_symbol(builder.symbol);
-    if (builder.takes_path) {
-        return reinterpret_cast<BuildForPath>(function)(report, "main", router_path.c_str());
-    }
-    return reinterpret_cast<Build>(function)(report);
 }
 
 } // namespace agent

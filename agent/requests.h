@@ -2,9 +2,9 @@
 // are: they keep the order of keys, and keys that stand twice.
 #pragma once
 
-#include <cjson/cJSON.h>
+#include "json.h"
+#include "json_text.h"
 
-#include <memory>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -12,11 +12,6 @@
 #include <string_view>
 
 namespace agent {
-
-struct DeleteJson {
-    void operator()(cJSON *item) const { cJSON_Delete(item); }
-};
-using Json = std::unique_ptr<cJSON, DeleteJson>;
 
 // A text that is no request; what() says where and what is wrong.
 class BadRequest : public std::runtime_error {
@@ -54,16 +49,5 @@ struct Call {
 // The line has to outlive what is made of it. Throws BadRequest for a line that is no JSON object:
 // it has no id to answer to.
 Call parse_call(std::string_view line);
-
-// How a reply is written.
-struct Form {
-    bool indented = false;  // or on one line
-    bool raw_bytes = false; // texts as the plug-in left them, or as UTF-8
-};
-
-std::string print(const cJSON *item, const Form &form = {});
-
-// The text as a JSON text, in quotes.
-std::string quoted(std::string_view text);
 
 } // namespace agent

@@ -8,6 +8,8 @@
 
 namespace agent {
 
+bool is_valid_utf8(std::string_view text);
+
 // The text as UTF-8. One that is not is taken for GBK, in which the plug-in and the libraries of
 // some routers speak to their users; what is no GBK either becomes U+FFFD. Only one text at a time
 // can be judged so: where the two encodings stand side by side, one of them would be misread.
@@ -47,7 +49,8 @@ size_t edit_distance(std::string_view from, std::string_view to);
 bool same_text(std::string_view left, std::string_view right);
 std::string lower_case(std::string_view text);
 
-// Writes "hgagent: MESSAGE" to standard error, on one line that is cut as above.
+// Writes "hgagent: MESSAGE", or another program's name, to standard error, on one line that is cut
+// as above.
 void complain(std::string_view message, size_t max_bytes = 4096);
 
 // The same of memory that has run out, without allocating any.

@@ -35,10 +35,21 @@ struct Function {
     size_t text_width = 0;          // of the text that it writes; 0 where it is handed the width
     bool is_size_less_one = false;  // what it is handed is one less than the width
     bool fills = false;             // what succeeds leaves something in what it is given
+    std::string_view filled = {};   // the fields that it fills, each between blanks; empty for all
     bool counts = false;            // the number that it sets counts things and is not negative
     bool is_answer = false;         // its result is what it is asked for
     Results answers = {};           // results beside 0 that are no failures
     Results results = {};           // all that there are; empty where any may come
+
+    constexpr bool has_filled(std::string_view field) const
+    {
+        for (size_t at = filled.find(field); at != filled.npos; at = filled.find(field, at + 1)) {
+            if (filled[at - 1] == ' ' && filled[at + field.size()] == ' ') {
+                return true;
+            }
+        }
+        return filled.empty();
+    }
 };
 
 // One field of a record.
@@ -122,6 +133,9 @@ def function_members(interface, function):
             yield ".is_size_less_one = true"
     if any(fills(interface, argument) for argument in arguments):
         yield ".fills = true"
+    filled = [field for argument in arguments for field in argument.get("filled", [])]
+    if filled:
+        yield '.filled = " ' + " ".join(filled) + ' "'
     if any(argument.get("count") and argument.get("way") == "out" and not argument.get("negative")
            for argument in arguments):
         yield ".counts = true"

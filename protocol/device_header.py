@@ -23,6 +23,21 @@ TOP = """\
 extern "C" {
 #endif
 """
+VERSION = """\
+/*
+ * The version of this interface. The major number grows when a record's layout or a function's
+ * prototype or meaning changes, the minor one with what is added. An agent can tell by it a library
+ * that was built for another major version before anything is called.
+ */
+#define DEVICE_ACCESS_VERSION_MAJOR {major}
+#define DEVICE_ACCESS_VERSION_MINOR {minor}
+#define DEVICE_ACCESS_VERSION (DEVICE_ACCESS_VERSION_MAJOR * 65536 + DEVICE_ACCESS_VERSION_MINOR)
+
+/* The one function that a library need not have: it answers DEVICE_ACCESS_VERSION. Without it the
+ * library is taken to fit. The plug-in does not call it; "hgagent" refuses a library of another major
+ * version. */
+int32_t device_access_version(void);
+"""
 LAYOUT = """\
 /* ---- Layout --------------------------------------------------------------------------------- */
 
@@ -52,7 +67,8 @@ BOTTOM = """\
 
 
 def device_header(interface):
-    parts = [block_comment([*interface.introduction.strip().split("\n\n"), MADE]) + TOP]
+    parts = [block_comment([*interface.introduction.strip().split("\n\n"), MADE]) + TOP,
+             VERSION.format(**interface.version)]
     for subject in interface.subjects:
         parts.append(headline(subject["title"]))
         parts += [part_text(interface, part) for part in subject["interface"]]

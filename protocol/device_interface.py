@@ -18,6 +18,7 @@ class Interface:
             return json.loads((folder / f"{name}.json").read_text(encoding="utf-8"))
 
         interface = read("interface")
+        self.version = interface["version"]
         self.forms = interface["forms"]
         self.introduction = (folder / "introduction.md").read_text(encoding="utf-8")
         self.subjects = [read(name) for name in interface["subjects"]]

@@ -36,6 +36,8 @@ struct Field {
     bool negative_is_none = false;    // the number that counts may be negative
     bool is_reserved = false;
     bool is_secret = false;
+    bool may_be_empty = false;        // an empty text means something
+    bool is_number = false;           // a text that the plug-in reads as a decimal number
     std::string_view form = {};
 };
 
@@ -148,6 +150,9 @@ def field_members(interface, record):
         if "length" in field or field.get("points_to") == "array":
             yield ".is_array = true"
         yield from flags(field, {"negative": "negative_is_none", "reserved": "is_reserved", "secret": "is_secret"})
+        if "empty" in field:
+            yield ".may_be_empty = true"
+        yield from flags(field, {"number": "is_number"})
         if "form" in field:
             yield f'.form = "{field["form"]}"'
 

@@ -9,3 +9,8 @@ extern const void *const simulated_gateway_every_function[];
 __attribute__((used))
 const void *const simulated_gateway_every_function[] = {DEVICE_FUNCTIONS(FUNCTION_ADDRESS)};
 #undef FUNCTION_ADDRESS
+
+int32_t device_access_version()
+{
+    return DEVICE_ACCESS_VERSION;
+}

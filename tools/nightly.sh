@@ -24,6 +24,10 @@ job_json_cases() {
     /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
 }
 
+job_mipsel_agent() {
+    scripts/mipsel_agent.sh
+}
+
 # Each allocation, and each system call, of hgagent serve fails in turn; the ordinary tests take a sample.
 job_agent_sweep() {
     local sweep=(python3 -B tests/agent_sweep/agent_sweep.py) status=0

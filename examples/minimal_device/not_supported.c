@@ -20,3 +20,10 @@
 #define NOT_SUPPORTED_void
 
 DEVICE_FUNCTIONS(NOT_SUPPORTED)
+
+/* The version of device_access.h that the library is built with: agents refuse one that does not
+ * fit. */
+__attribute__((weak)) int32_t device_access_version(void)
+{
+    return DEVICE_ACCESS_VERSION;
+}

@@ -1,5 +1,6 @@
 // hgagent conformance on libraries that are good, bad and small.
 #include "agent_commands.h"
+#include "smart_router_service/device_access.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -94,6 +95,9 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"negative_count", "GET_UPDATE_STATUS",
                   "devapi_get_childrouter_list: ChildRouterList.count is -1"},
         FaultCase{"negative_number", "GET_AD_BASE_INFO", "devapi_get_host_num: the count is -5"},
+        FaultCase{"no_number", "GET_AD_BASE_INFO",
+                  "devapi_get_ad_base_info: AdBaseInfo.UpSpeed is \"fast\", and is read as a "
+                  "decimal number\n"},
         FaultCase{"undocumented_result", "GET_LED_STATUS",
                   "devapi_get_led_info: it answers 1, which the header does not know"},
         FaultCase{"failure", "GET_SN_INFO", "devapi_get_sn_info answers -7"},
@@ -146,6 +150,58 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"password_does_not_stick", "SET_WEB_LOGIN_INFO",
                   "Password was set to *** and reads ***"}),
     name_of);
+
+TEST(Conformance, WarnsOfTextsThatAreEmptyAndNotNull)
+{
+    const AgentResult result =
+        conformance(FAULTY_DEVICE, {"--command", "GET_SN_INFO", "--command", "GET_WEB_LOGIN_INFO",
+                                    "--command", "GET_UPNP_STATE"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(row_of(result, "GET_SN_INFO"),
+                MatchesRegex("GET_SN_INFO +passed *\n +warning: devapi_get_sn_info: empty, and not "
+                             "\"NULL\": SnInfo.tslinkstatus\n"));
+    // Name is none that this function fills.
+    EXPECT_THAT(row_of(result, "GET_WEB_LOGIN_INFO"),
+                AllOf(HasSubstr("passed"), HasSubstr("\"NULL\": LoginInfo.WebLoginIp\n")));
+    EXPECT_THAT(row_of(result, "GET_UPNP_STATE"), Not(HasSubstr("warning")));
+    EXPECT_THAT(lines_of(result.output).back(), HasSubstr(" 0 skipped, 2 with warnings"));
+
+    const AgentResult bad = with_fault("unterminated_text", {"--command", "GET_SN_INFO"});
+    EXPECT_THAT(row_of(bad, "GET_SN_INFO"),
+                AllOf(HasSubstr("failed"), HasSubstr("warning: "), Not(HasSubstr("SnInfo.MAC,"))));
+    EXPECT_THAT(with_fault("nothing_written", {"--command", "GET_SN_INFO"}).output,
+                Not(HasSubstr("warning")));
+}
+
+std::string version_of_agent(int major_more, int minor_more)
+{
+    return std::to_string(DEVICE_ACCESS_VERSION_MAJOR + major_more) + "." +
+           std::to_string(DEVICE_ACCESS_VERSION_MINOR + minor_more);
+}
+
+TEST(Conformance, RefusesALibraryOfAnotherMajorVersionByBothVersions)
+{
+    for (const auto &[fault, theirs] :
+         {std::pair("other_major_version", version_of_agent(1, 7)),
+          std::pair("negative_version", std::string("65535.65535"))}) {
+        const std::string message = std::string("hgagent: the device library ") + FAULTY_DEVICE +
+                                    " is built with version " + theirs +
+                                    " of device_access.h, and this agent with version " +
+                                    version_of_agent(0, 0) + "\n";
+        setenv("FAULT", fault, 1);
+        for (const std::vector<std::string> &work :
+             {std::vector<std::string>{"conformance"}, {"call", "GET_SN_INFO"}}) {
+            std::vector<std::string> words = {"--device", FAULTY_DEVICE};
+            words.insert(words.end(), work.begin(), work.end());
+            const AgentResult result = run_agent(words);
+            EXPECT_EQ(result.exit_status, 4);
+            EXPECT_EQ(result.output, "");
+            EXPECT_EQ(result.error, message);
+        }
+        unsetenv("FAULT");
+    }
+    EXPECT_EQ(with_fault("other_minor_version", {"--command", "GET_SN_INFO"}).exit_status, 0);
+}
 
 TEST(Conformance, LosesItsPatience)
 {
@@ -287,6 +343,7 @@ TEST_P(Homes, PassAndAreLeftAsTheyWere)
 
     EXPECT_EQ(result.exit_status, 0) << result.output;
     EXPECT_THAT(lines_of(result.output).back(), HasSubstr(" 0 failed"));
+    EXPECT_THAT(result.output, Not(HasSubstr("warning: ")));
     EXPECT_THAT(row_of(result, "SET_WIFI_INFO_LIST"), HasSubstr("passed\n"));
     EXPECT_EQ(nlohmann::json::diff(before, home_in(state)), nlohmann::json::array());
 }

@@ -28,6 +28,14 @@ static void overrun(void *to, long from, long end)
     }
 }
 
+int32_t device_access_version(void)
+{
+    return has("other_major_version")   ? DEVICE_ACCESS_VERSION + 65536 + 7
+           : has("other_minor_version") ? DEVICE_ACCESS_VERSION + 7
+           : has("negative_version")    ? -1
+                                        : DEVICE_ACCESS_VERSION;
+}
+
 int32_t devapi_get_sn_info(SnInfo *info)
 {
     if (has("crash")) {
@@ -86,13 +94,21 @@ int32_t devapi_get_update_status_info(UpdateStatusInfo *info)
 
 int32_t devapi_get_host_num(int32_t *count)
 {
-    *count = has("negative_number") ? -5 : has("endless_walk") ? INT32_MAX : 0;
+    *count = has("negative_number") ? -5
+             : has("endless_walk")  ? INT32_MAX
+             : has("no_number")     ? 1
+                                    : 0;
     return 0;
 }
 
 int32_t devapi_get_ad_base_info(AdBaseInfo *info)
 {
     info->Name[0] = 'N';
+    if (has("no_number")) {
+        memcpy(info->UpSpeed, "fast", sizeof "fast");
+        memcpy(info->DownSpeed, "NULL", sizeof "NULL");
+        memcpy(info->NetStatus, "-1", sizeof "-1");
+    }
     return 0;
 }
 

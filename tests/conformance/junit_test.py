@@ -36,6 +36,10 @@ class JunitTest(unittest.TestCase):
         self.assertEqual(len(suite.findall("testcase/failure")), sums["failed"])
         self.assertEqual(len(suite.findall("testcase/skipped")),
                          sums["not supported"] + sums["skipped"])
+        self.assertEqual(len(suite.findall("testcase/system-out")),
+                         int(re.search(r"(\d+) with warnings", table)[1]))
+        self.assertIn('warning: devapi_get_sn_info: empty, and not "NULL": SnInfo.tslinkstatus',
+                      suite.find("testcase[@name='GET_SN_INFO']/system-out").text)
         self.assertEqual(dict(root.items()) | {"name": DEVICE}, dict(suite.items()))
 
     def test_it_says_what_failed(self):

@@ -31,7 +31,7 @@ def schema_faults(interface):
     jsonschema.Draft202012Validator.check_schema(schema)
     subject = jsonschema.Draft202012Validator(schema)
     whole = jsonschema.Draft202012Validator({"$ref": "#/$defs/interface", "$defs": schema["$defs"]})
-    described = {"subjects": [each["subject"] for each in interface.subjects], "forms": interface.forms}
+    described = {"version": interface.version, "subjects": [each["subject"] for each in interface.subjects], "forms": interface.forms}
     for name, validator, text in [("interface", whole, described),
                                   *((each["subject"], subject, each) for each in interface.subjects)]:
         for error in validator.iter_errors(text):

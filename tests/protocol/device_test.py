@@ -51,6 +51,14 @@ class DeviceDescriptions(unittest.TestCase):
         self.field("RebootInfo", "Time")["example"] = "4:30"
         self.assert_told("RebootInfo.Time: 4:30 has not the form time_of_day")
 
+    def test_only_a_text_that_is_read_is_a_number(self):
+        self.field("RebootInfo", "Time")["number"] = True
+        self.assert_refused("administration.json", "Time", "read_as")
+
+    def test_the_interface_has_a_version(self):
+        del self.interface.version["major"]
+        self.assert_refused("interface.json", "major")
+
     def test_a_text_needs_a_form(self):
         del self.field("RebootInfo", "Time")["form"]
         self.assert_told("RebootInfo.Time: a text without a form")

@@ -1,9 +1,9 @@
 #!/bin/sh
-# check_exports.sh NM LIBRARY: the library exports device functions, its control and the function that keeps
+# check_exports.sh NM LIBRARY: the library exports device functions and their version, its control and the function that keeps
 # the machine from being restarted, nothing else.
 set -eu
 exports=$("$1" -D --defined-only "$2" | awk '{print $NF}')
-foreign=$(echo "$exports" | grep -Ev '^((devapi|simulated_gateway)_[A-Za-z0-9_]+|system)$' || true)
+foreign=$(echo "$exports" | grep -Ev '^((devapi|simulated_gateway)_[A-Za-z0-9_]+|device_access_version|system)$' || true)
 if [ -n "$foreign" ]; then
     echo "exported, but not part of the interface:"
     echo "$foreign"

@@ -32,10 +32,21 @@ struct Function {
     size_t text_width = 0;          // of the text that it writes; 0 where it is handed the width
     bool is_size_less_one = false;  // what it is handed is one less than the width
     bool fills = false;             // what succeeds leaves something in what it is given
+    std::string_view filled = {};   // the fields that it fills, each between blanks; empty for all
     bool counts = false;            // the number that it sets counts things and is not negative
     bool is_answer = false;         // its result is what it is asked for
     Results answers = {};           // results beside 0 that are no failures
     Results results = {};           // all that there are; empty where any may come
+
+    constexpr bool has_filled(std::string_view field) const
+    {
+        for (size_t at = filled.find(field); at != filled.npos; at = filled.find(field, at + 1)) {
+            if (filled[at - 1] == ' ' && filled[at + field.size()] == ' ') {
+                return true;
+            }
+        }
+        return filled.empty();
+    }
 };
 
 // One field of a record.
@@ -68,29 +79,29 @@ inline constexpr Function kFunctions[] = {
     {.name = "devapi_free_topo_list"},
     {.name = "devapi_get_5g_wifi_index"},
     {.name = "devapi_get_Multi_Ap_enable"},
-    {.name = "devapi_get_ad_base_info", .fills = true, .answers = {{1000}, 1}, .results = {{0, -1, 1000}, 3}},
-    {.name = "devapi_get_admin_info", .fills = true},
+    {.name = "devapi_get_ad_base_info", .fills = true, .filled = " Mac UID DevType DevFactory Name ByName OS Version NetStatus NetMonopoly AccessType AccessEnable AccessTime UpSpeed DownSpeed ip AccessCode SSIDIndex LinkStatus SpeedLimit DownLimit UpLimit GreennetProtectEnable Dbm StaticDhcpEnable ", .answers = {{1000}, 1}, .results = {{0, -1, 1000}, 3}},
+    {.name = "devapi_get_admin_info", .fills = true, .filled = " Name Password "},
     {.name = "devapi_get_all_wifi_channel_list", .fills = true, .results = {{0, -1}, 2}},
     {.name = "devapi_get_ap_alg_ability", .fills = true},
     {.name = "devapi_get_ap_multiservice_mode", .fills = true},
-    {.name = "devapi_get_attach_device_right", .fills = true},
+    {.name = "devapi_get_attach_device_right", .fills = true, .filled = " MAC name InternetAccessRight "},
     {.name = "devapi_get_basic_area_code"},
     {.name = "devapi_get_channel_ap_num", .fills = true, .results = {{0, -1}, 2}},
     {.name = "devapi_get_child_mesh_info", .fills = true},
     {.name = "devapi_get_child_mesh_info_bynewmethod", .fills = true},
     {.name = "devapi_get_childrouter_info", .fills = true},
     {.name = "devapi_get_childrouter_list", .fills = true},
-    {.name = "devapi_get_childsta_base_info", .fills = true},
+    {.name = "devapi_get_childsta_base_info", .fills = true, .filled = " Mac UID DevType DevFactory Name ByName OS Version NetStatus NetMonopoly AccessType AccessEnable AccessTime UpSpeed DownSpeed ip AccessCode SSIDIndex LinkStatus SpeedLimit DownLimit UpLimit GreennetProtectEnable Dbm StaticDhcpEnable "},
     {.name = "devapi_get_childsta_list", .fills = true},
     {.name = "devapi_get_dev_status_info", .fills = true},
     {.name = "devapi_get_dev_tol_num", .counts = true},
     {.name = "devapi_get_devicemodel", .is_size_less_one = true},
     {.name = "devapi_get_duration_num_by_index", .counts = true},
-    {.name = "devapi_get_green_net_info", .fills = true},
+    {.name = "devapi_get_green_net_info", .fills = true, .filled = " Mac Name NotifyEnable ProtectEnable "},
     {.name = "devapi_get_greennet_enable", .text_width = 256},
     {.name = "devapi_get_greennet_index_by_mac", .answers = {{1}, 1}},
     {.name = "devapi_get_greennet_num", .counts = true},
-    {.name = "devapi_get_guest_wifi_info", .fills = true},
+    {.name = "devapi_get_guest_wifi_info", .fills = true, .filled = " RadioEnable Enable SSID ContinueTime HourTime EndTimestamp Remainingtime PWD ENCRYPT Mode AdvertisementEnable PermissionProperty "},
     {.name = "devapi_get_hg_base_info", .fills = true},
     {.name = "devapi_get_hg_dhcp_info", .fills = true},
     {.name = "devapi_get_hg_log"},
@@ -114,12 +125,12 @@ inline constexpr Function kFunctions[] = {
     {.name = "devapi_get_ping_check"},
     {.name = "devapi_get_port_binding_info", .fills = true},
     {.name = "devapi_get_port_statistics_info", .fills = true},
-    {.name = "devapi_get_protect_period_info", .fills = true},
+    {.name = "devapi_get_protect_period_info", .fills = true, .filled = " Enable StartTime EndTime DaysOfWeek "},
     {.name = "devapi_get_reboot_info", .fills = true},
     {.name = "devapi_get_router_mesh_info", .fills = true},
     {.name = "devapi_get_scan_ssid", .fills = true},
     {.name = "devapi_get_sn_info", .fills = true},
-    {.name = "devapi_get_ssid_info", .fills = true},
+    {.name = "devapi_get_ssid_info", .fills = true, .filled = " SSID PWD ENCRYPT PowerLevel Channel UsedChannel Enable Bandwidth Type Mode AdvertisementEnable Beamforming PermissionProperty "},
     {.name = "devapi_get_ssid_num"},
     {.name = "devapi_get_sta_rssi_by_ip", .results = {{0, -1}, 2}},
     {.name = "devapi_get_system_info", .fills = true},
@@ -136,22 +147,22 @@ inline constexpr Function kFunctions[] = {
     {.name = "devapi_get_viewmac_by_mac", .text_width = 32},
     {.name = "devapi_get_wan_ip_info", .fills = true},
     {.name = "devapi_get_wan_num", .fills = true},
-    {.name = "devapi_get_web_login_info", .fills = true},
+    {.name = "devapi_get_web_login_info", .fills = true, .filled = " Password WebLoginType WebLoginIp "},
     {.name = "devapi_get_wifi_fastroaming_enable", .text_width = 8},
-    {.name = "devapi_get_wifi_sleep_info", .fills = true},
+    {.name = "devapi_get_wifi_sleep_info", .fills = true, .filled = " Enable StartTime EndTime DaysOfWeek "},
     {.name = "devapi_get_wifi_stactrl"},
     {.name = "devapi_get_wps_enable"},
     {.name = "devapi_handle_topo_struct"},
-    {.name = "devapi_inspect_hg", .fills = true},
+    {.name = "devapi_inspect_hg", .fills = true, .filled = " WanStatus NetStatus WanIP NetMask "},
     {.name = "devapi_inspect_hg_resource", .fills = true},
-    {.name = "devapi_inspect_hg_wifi", .fills = true},
-    {.name = "devapi_inspect_net_connect", .fills = true},
-    {.name = "devapi_inspect_net_quality", .fills = true},
-    {.name = "devapi_optimize_hg_resource", .fills = true},
-    {.name = "devapi_optimize_hg_wifi", .fills = true},
-    {.name = "devapi_optimize_net_connect", .fills = true},
-    {.name = "devapi_optimize_net_quality", .fills = true},
-    {.name = "devapi_optimize_wifi_channel_power", .fills = true},
+    {.name = "devapi_inspect_hg_wifi", .fills = true, .filled = " WiFiDevNum Security Channel Congestion "},
+    {.name = "devapi_inspect_net_connect", .fills = true, .filled = " DnsStatus WanStatus "},
+    {.name = "devapi_inspect_net_quality", .fills = true, .filled = " NetQuality "},
+    {.name = "devapi_optimize_hg_resource", .fills = true, .filled = " CpuPercent MemPercent "},
+    {.name = "devapi_optimize_hg_wifi", .fills = true, .filled = " Channel Congestion "},
+    {.name = "devapi_optimize_net_connect", .fills = true, .filled = " DnsStatus "},
+    {.name = "devapi_optimize_net_quality", .fills = true, .filled = " NetQuality "},
+    {.name = "devapi_optimize_wifi_channel_power", .fills = true, .filled = " Channel Congestion PowerLevel "},
     {.name = "devapi_query_wan_info", .fills = true},
     {.name = "devapi_reboot"},
     {.name = "devapi_recovery"},

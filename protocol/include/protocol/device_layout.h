@@ -33,6 +33,8 @@ struct Field {
     bool negative_is_none = false;    // the number that counts may be negative
     bool is_reserved = false;
     bool is_secret = false;
+    bool may_be_empty = false;        // an empty text means something
+    bool is_number = false;           // a text that the plug-in reads as a decimal number
     std::string_view form = {};
 };
 
@@ -127,7 +129,7 @@ inline constexpr Field fields_of_LanIpInfo[] = {
 };
 inline constexpr Field fields_of_LanIpSetting[] = {
     {.name = "info", .kind = Kind::kRecord, .offset = offsetof(LanIpSetting, info), .size = sizeof(LanIpInfo), .record = 3},
-    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(LanIpSetting, FailReason), .size = 64, .form = "reason"},
+    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(LanIpSetting, FailReason), .size = 64, .may_be_empty = true, .form = "reason"},
 };
 inline constexpr Field fields_of_WanIpInfo[] = {
     {.name = "ip", .kind = Kind::kText, .offset = offsetof(WanIpInfo, ip), .size = 34, .form = "ipv4"},
@@ -154,7 +156,7 @@ inline constexpr Field fields_of_DhcpInfo[] = {
 };
 inline constexpr Field fields_of_DhcpSetting[] = {
     {.name = "info", .kind = Kind::kRecord, .offset = offsetof(DhcpSetting, info), .size = sizeof(DhcpInfo), .record = 7},
-    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(DhcpSetting, FailReason), .size = 64, .form = "reason"},
+    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(DhcpSetting, FailReason), .size = 64, .may_be_empty = true, .form = "reason"},
 };
 inline constexpr Field fields_of_PppoeInfo[] = {
     {.name = "Account", .kind = Kind::kText, .offset = offsetof(PppoeInfo, Account), .size = 64, .form = "account"},
@@ -163,7 +165,7 @@ inline constexpr Field fields_of_PppoeInfo[] = {
 };
 inline constexpr Field fields_of_PppoeSetting[] = {
     {.name = "info", .kind = Kind::kRecord, .offset = offsetof(PppoeSetting, info), .size = sizeof(PppoeInfo), .record = 9},
-    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(PppoeSetting, FailReason), .size = 64, .form = "reason"},
+    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(PppoeSetting, FailReason), .size = 64, .may_be_empty = true, .form = "reason"},
 };
 inline constexpr Field fields_of_LoginInfo[] = {
     {.name = "WebLoginType", .kind = Kind::kText, .offset = offsetof(LoginInfo, WebLoginType), .size = 8, .form = "web_login"},
@@ -220,7 +222,7 @@ inline constexpr Field fields_of_SsidInfo[] = {
     {.name = "UsedChannel", .kind = Kind::kText, .offset = offsetof(SsidInfo, UsedChannel), .size = 8, .form = "channel"},
     {.name = "Enable", .kind = Kind::kText, .offset = offsetof(SsidInfo, Enable), .size = 8, .form = "switch"},
     {.name = "Bandwidth", .kind = Kind::kText, .offset = offsetof(SsidInfo, Bandwidth), .size = 16, .form = "bandwidth"},
-    {.name = "Type", .kind = Kind::kText, .offset = offsetof(SsidInfo, Type), .size = 16, .form = "band_number"},
+    {.name = "Type", .kind = Kind::kText, .offset = offsetof(SsidInfo, Type), .size = 16, .is_number = true, .form = "band_number"},
     {.name = "Mode", .kind = Kind::kText, .offset = offsetof(SsidInfo, Mode), .size = 8, .form = "standard"},
     {.name = "AdvertisementEnable", .kind = Kind::kText, .offset = offsetof(SsidInfo, AdvertisementEnable), .size = 8, .form = "given_switch"},
     {.name = "Beamforming", .kind = Kind::kText, .offset = offsetof(SsidInfo, Beamforming), .size = 8, .form = "given_switch"},
@@ -342,17 +344,17 @@ inline constexpr Field fields_of_AdBaseInfo[] = {
     {.name = "ByName", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, ByName), .size = 32, .form = "name"},
     {.name = "OS", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, OS), .size = 32, .form = "system"},
     {.name = "Version", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, Version), .size = 32, .form = "system_version"},
-    {.name = "NetStatus", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, NetStatus), .size = 8, .form = "link_state"},
+    {.name = "NetStatus", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, NetStatus), .size = 8, .is_number = true, .form = "link_state"},
     {.name = "NetMonopoly", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, NetMonopoly), .size = 32, .form = "monopoly"},
     {.name = "AccessType", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, AccessType), .size = 32, .form = "access_type"},
     {.name = "AccessEnable", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, AccessEnable), .size = 8, .form = "switch"},
-    {.name = "AccessTime", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, AccessTime), .size = 32, .form = "attached_since"},
-    {.name = "UpSpeed", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, UpSpeed), .size = 32, .form = "rate"},
-    {.name = "DownSpeed", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, DownSpeed), .size = 32, .form = "rate"},
+    {.name = "AccessTime", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, AccessTime), .size = 32, .is_number = true, .form = "attached_since"},
+    {.name = "UpSpeed", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, UpSpeed), .size = 32, .is_number = true, .form = "rate"},
+    {.name = "DownSpeed", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, DownSpeed), .size = 32, .is_number = true, .form = "rate"},
     {.name = "ip", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, ip), .size = 64, .form = "ipv4"},
-    {.name = "AccessCode", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, AccessCode), .size = 32, .form = "access_code"},
-    {.name = "SSIDIndex", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, SSIDIndex), .size = 48, .form = "number"},
-    {.name = "LinkStatus", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, LinkStatus), .size = 8, .form = "link_state"},
+    {.name = "AccessCode", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, AccessCode), .size = 32, .is_number = true, .form = "access_code"},
+    {.name = "SSIDIndex", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, SSIDIndex), .size = 48, .is_number = true, .form = "number"},
+    {.name = "LinkStatus", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, LinkStatus), .size = 8, .is_number = true, .form = "link_state"},
     {.name = "SpeedLimit", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, SpeedLimit), .size = 8, .form = "switch"},
     {.name = "DownLimit", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, DownLimit), .size = 16, .form = "rate_limit"},
     {.name = "UpLimit", .kind = Kind::kText, .offset = offsetof(AdBaseInfo, UpLimit), .size = 16, .form = "rate_limit"},
@@ -362,7 +364,7 @@ inline constexpr Field fields_of_AdBaseInfo[] = {
 };
 inline constexpr Field fields_of_AdBaseSetting[] = {
     {.name = "info", .kind = Kind::kRecord, .offset = offsetof(AdBaseSetting, info), .size = sizeof(AdBaseInfo), .record = 30},
-    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(AdBaseSetting, FailReason), .size = 64, .form = "reason"},
+    {.name = "FailReason", .kind = Kind::kText, .offset = offsetof(AdBaseSetting, FailReason), .size = 64, .may_be_empty = true, .form = "reason"},
 };
 inline constexpr Field fields_of_AttachDeviceRight[] = {
     {.name = "HostIndex", .kind = Kind::kInt32, .offset = offsetof(AttachDeviceRight, HostIndex), .size = sizeof(int32_t)},
@@ -427,7 +429,7 @@ inline constexpr Field fields_of_ChildRouterInfo[] = {
     {.name = "links", .kind = Kind::kRecord, .offset = offsetof(ChildRouterInfo, links), .size = sizeof(MeshLink), .length = MESH_MAX_LINKS, .record = 38, .counted_by = 19, .is_array = true},
     {.name = "link_count", .kind = Kind::kInt32, .offset = offsetof(ChildRouterInfo, link_count), .size = sizeof(int32_t)},
     {.name = "Reserved", .kind = Kind::kText, .offset = offsetof(ChildRouterInfo, Reserved), .size = 16, .is_reserved = true},
-    {.name = "LinkSpeed", .kind = Kind::kText, .offset = offsetof(ChildRouterInfo, LinkSpeed), .size = 16, .form = "link_speed"},
+    {.name = "LinkSpeed", .kind = Kind::kText, .offset = offsetof(ChildRouterInfo, LinkSpeed), .size = 16, .may_be_empty = true, .form = "link_speed"},
 };
 inline constexpr Field fields_of_ChildMeshInfo[] = {
     {.name = "Mac", .kind = Kind::kText, .offset = offsetof(ChildMeshInfo, Mac), .size = 32, .form = "mac"},
@@ -511,7 +513,7 @@ inline constexpr Field fields_of_QosType[] = {
 };
 inline constexpr Field fields_of_QosRule[] = {
     {.name = "Id", .kind = Kind::kText, .offset = offsetof(QosRule, Id), .size = 8, .form = "number"},
-    {.name = "Action", .kind = Kind::kText, .offset = offsetof(QosRule, Action), .size = 8, .form = "rule_action"},
+    {.name = "Action", .kind = Kind::kText, .offset = offsetof(QosRule, Action), .size = 8, .may_be_empty = true, .form = "rule_action"},
     {.name = "Name", .kind = Kind::kText, .offset = offsetof(QosRule, Name), .size = 32, .form = "free_text"},
     {.name = "PriorityLevel", .kind = Kind::kText, .offset = offsetof(QosRule, PriorityLevel), .size = 8, .form = "priority"},
     {.name = "type_count", .kind = Kind::kInt32, .offset = offsetof(QosRule, type_count), .size = sizeof(int32_t), .negative_is_none = true},

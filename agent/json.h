@@ -1,0 +1,15 @@
+// Trees of cJSON's with an owner.
+#pragma once
+
+#include <cjson/cJSON.h>
+
+#include <memory>
+
+namespace agent {
+
+struct DeleteJson {
+    void operator()(cJSON *item) const { cJSON_Delete(item); }
+};
+using Json = std::unique_ptr<cJSON, DeleteJson>;
+
+} // namespace agent
