@@ -8,13 +8,13 @@
 #include "notice.h"
 #include "options.h"
 #include "plugin_host.h"
+#include "process_memory.h"
 #include "protocol_pages.h"
 #include "report.h"
 #include "serve.h"
 #include "streams.h"
 #include "text.h"
 #include "topology.h"
-#include "process_memory.h"
 #include "workers.h"
 
 #include <cstdio>

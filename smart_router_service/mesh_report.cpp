@@ -14,12 +14,14 @@ constexpr auto kMeshLink = Fields{
 
 } // namespace
 
+// cppcheck-suppress constParameter ; the device writes it
 void read_model(Model &model)
 {
     memset(model, 0, sizeof model);
     devapi_get_devicemodel(model, sizeof model - 1);
 }
 
+// cppcheck-suppress constParameter ; the device writes it
 void read_area_code(AreaCode &code, int32_t size)
 {
     memset(code, 0, sizeof code);

@@ -158,10 +158,9 @@ HANDLER(json_set_qos_app_info,
 
 int32_t json_get_qos_info(cJSON *obj)
 {
-    constexpr const char *kFailure = "get uplink qos info error";
     Allocated<QosInfo> qos;
     if (qos.get() == nullptr || devapi_get_uplink_qos_info(qos.get()) != 0) {
-        return refuse(obj, kFailure);
+        return refuse(obj, "get uplink qos info error");
     }
     Reply reply;
     reply.text("Enable", qos->Enable, sizeof qos->Enable);

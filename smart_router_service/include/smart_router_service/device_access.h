@@ -51,18 +51,16 @@
 extern "C" {
 #endif
 
-/*
- * The version of this interface. The major number grows when a record's layout or a function's
- * prototype or meaning changes, the minor one with what is added. An agent can tell by it a library
- * that was built for another major version before anything is called.
- */
-#define DEVICE_ACCESS_VERSION_MAJOR 1
-#define DEVICE_ACCESS_VERSION_MINOR 0
+/* The version of this interface. An agent can tell by it a library that was built for another major
+ * version before anything is called. */
+#define DEVICE_ACCESS_VERSION_MAJOR 1 /* layouts of records, prototypes, meanings */
+#define DEVICE_ACCESS_VERSION_MINOR 0 /* additions */
+/* Both in one number, as device_access_version() answers it. */
 #define DEVICE_ACCESS_VERSION (DEVICE_ACCESS_VERSION_MAJOR * 65536 + DEVICE_ACCESS_VERSION_MINOR)
 
 /* The one function that a library need not have: it answers DEVICE_ACCESS_VERSION. Without it the
- * library is taken to fit. The plug-in does not call it; "hgagent" refuses a library of another major
- * version. */
+ * library is taken to fit. The plug-in does not call it; "hgagent" refuses a library of another
+ * major version. */
 int32_t device_access_version(void);
 
 /* ---- Device identity ------------------------------------------------------------------------ */
