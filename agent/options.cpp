@@ -311,7 +311,7 @@ std::string hint_for(const CLI::App &app)
     for (const std::string &word : app.remaining(true)) {
         const std::string option = word.substr(0, word.find('='));
         if (option.starts_with("--")) {
-            const std::string place = about_place(app, option);
+            std::string place = about_place(app, option);
             if (!place.empty()) {
                 return place;
             }

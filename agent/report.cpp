@@ -7,6 +7,7 @@
 #include "plugin_host.h"
 #include "reply.h"
 #include "report_builders.h"
+#include "requests.h"
 #include "text.h"
 
 #include <sstream>

@@ -47,9 +47,10 @@ namespace {
 constexpr char kNames[] = SMART_ROUTER_COMMANDS(COMMAND_NAME);
 #undef COMMAND_NAME
 
-#define COMMAND_COUNT(name, handler) +1
-constexpr size_t kCommandCount = SMART_ROUTER_COMMANDS(COMMAND_COUNT);
-#undef COMMAND_COUNT
+#define COMMAND_ITSELF(name, handler) true,
+constexpr bool kCommands[] = {SMART_ROUTER_COMMANDS(COMMAND_ITSELF)};
+#undef COMMAND_ITSELF
+constexpr size_t kCommandCount = sizeof(kCommands) / sizeof(kCommands[0]);
 static_assert(sizeof kNames <= UINT16_MAX, "places are kept in 16 bits");
 static_assert(kCommandCount <= UINT8_MAX, "positions are kept in 8 bits");
 
