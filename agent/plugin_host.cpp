@@ -193,7 +193,7 @@ void DeviceLibrary::put_stages(const HostOptions &options, const DeviceWatcher *
 // one.
 void DeviceLibrary::require_functions(const std::string &plugin, bool verbose) const
 {
-    if (trace_ == nullptr || is_watched_) { // whoever watches wants to know which are called
+    if (trace_ == nullptr || is_watched_) { // the watch has to see which are called
         return;
     }
     std::vector<std::string> missing;

@@ -924,7 +924,7 @@ typedef struct ChildRouterInfo {
     char HWVersion[16];             /* hardware version */
     char Wlan1Mac[32];              /* MAC address of the second wireless interface */
     char Wlan0Mac[32];              /* MAC address of the first wireless interface */
-    char ParentMac[32];             /* MAC address of the router that it hangs from */
+    char ParentMac[32];             /* MAC address of its parent router */
     char dbm[8];                    /* signal strength, dBm */
     MeshLink links[MESH_MAX_LINKS]; /* its mesh links */
     int32_t link_count;             /* how many there are */
@@ -943,7 +943,7 @@ int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
 typedef struct ChildMeshInfo {
     char Mac[32];       /* MAC address of the mesh interface */
     char ChildMac[32];  /* MAC address of the child router */
-    char ParentMac[32]; /* MAC address of the router that it hangs from */
+    char ParentMac[32]; /* MAC address of its parent router */
     char Reserved[104]; /* not used */
 } ChildMeshInfo;
 
