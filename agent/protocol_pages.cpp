@@ -134,9 +134,9 @@ void print_page(std::ostream &page, const Description &command)
     for (const Description &reply : command["replies"]) {
         page << "\nReply, " << reply["outcome"].text() << ": " << reply["when"].text() << '\n';
         print_keys(page, reply["keys"], false);
-        const std::vector<std::string> consumed = reply["consumes"].texts();
-        if (!consumed.empty()) {
-            page << "    Taken out of the object: " << joined(consumed, ", ") << '\n';
+        const std::vector<std::string> removed = reply["removes"].texts();
+        if (!removed.empty()) {
+            page << "    Removed from the object: " << joined(removed, ", ") << '\n';
         }
     }
 

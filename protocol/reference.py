@@ -59,8 +59,8 @@ def command_parts(description):
             yield table(("Key", "Value", "Meaning"), reply_rows(reply["keys"], shown))
     if plain:
         yield "**Failures**: `Status` is `\"1\"`, and then\n"
-        yield table(("`FailReason`", "When", "Taken out"),
-                    [(code(reply["keys"][1]["text"]), reply["when"], consumed(reply, description) or "–")
+        yield table(("`FailReason`", "When", "Removed"),
+                    [(code(reply["keys"][1]["text"]), reply["when"], removed_keys(reply, description) or "–")
                      for reply in plain])
 
     example = description["example"]
@@ -75,20 +75,20 @@ def is_plain_failure(reply):
     return len(keys) == 2 and keys[0] == ("Status", "1") and keys[1][0] == "FailReason" and keys[1][1]
 
 
-def consumed(reply, description):
-    names = reply.get("consumes", [])
+def removed_keys(reply, description):
+    names = reply.get("removes", [])
     texts = ", ".join(f"`{name}`" for name in names)
     if len(names) > 1 and names == [key["key"] for key in description["request"]]:
         texts = "all request keys"
-    if "consumes_if_text" in reply:
-        named = ", ".join(f"`{name}`" for name in reply["consumes_if_text"])
+    if "removes_if_text" in reply:
+        named = ", ".join(f"`{name}`" for name in reply["removes_if_text"])
         texts += f"{', ' if texts else ''}{named} where it is a text"
     return texts
 
 
 def taken_out(reply, description):
-    names = consumed(reply, description)
-    return f" Taken out: {names}." if names else ""
+    names = removed_keys(reply, description)
+    return f" Removed: {names}." if names else ""
 
 
 def request_rows(keys, path=""):

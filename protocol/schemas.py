@@ -9,7 +9,7 @@ REQUEST_NOTE = ("Keys are found in any letter case; a schema knows one spelling 
                 "Of a repeated key the first one counts. Other keys are no fault: they stay in the object.")
 CASE_SENSITIVE_NOTE = ("Keys have to be spelt as here. Of a repeated key the first one counts. "
                        "Other keys are no fault: they stay in the object.")
-REPLY_NOTE = ("The request's keys that were not taken out stand first, then these keys, in the order of "
+REPLY_NOTE = ("The request's keys that were not removed come first, then these keys, in the order of "
               "this schema. A schema can demand neither an order nor a key that stands twice; of repeated "
               "keys it sees the last one, as most parsers do.")
 FORM_NOTE = (" Limits are in bytes, which no schema counts, and forms are those of one device library: both "

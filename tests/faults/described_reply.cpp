@@ -92,8 +92,8 @@ std::string keys_undescribed(const cJSON *item, const cJSON *keys)
 }
 
 // Takes the keys out of the request that the reply says are taken out.
-void consume(cJSON *request, const cJSON *reply, const char *list, bool is_case_sensitive,
-             bool only_texts)
+void remove_described(cJSON *request, const cJSON *reply, const char *list, bool is_case_sensitive,
+                      bool only_texts)
 {
     const cJSON *key;
     cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, list))
@@ -112,8 +112,8 @@ std::string other_than(const cJSON *reply, const cJSON *request, const cJSON *ob
                        bool is_case_sensitive)
 {
     cJSON *rest = cJSON_Duplicate(request, 1);
-    consume(rest, reply, "consumes", is_case_sensitive, false);
-    consume(rest, reply, "consumes_if_text", is_case_sensitive, true);
+    remove_described(rest, reply, "removes", is_case_sensitive, false);
+    remove_described(rest, reply, "removes_if_text", is_case_sensitive, true);
     const cJSON *item = object->child;
     std::string why;
     const cJSON *left;

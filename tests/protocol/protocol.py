@@ -35,8 +35,8 @@ def mismatch(reply, request, described, case_sensitive=False):
     """Why a reply is not the described one for this request, or None when it is."""
     rest = Object(request)
     spelling = str if case_sensitive else str.lower
-    conditional = described.get("consumes_if_text", [])
-    for name in [*described.get("consumes", []), *conditional]:
+    conditional = described.get("removes_if_text", [])
+    for name in [*described.get("removes", []), *conditional]:
         first = next((pair for pair in rest if spelling(pair[0]) == spelling(name)), None)
         if first is not None and (name not in conditional or isinstance(first[1], str)):
             rest.remove(first)

@@ -5,7 +5,7 @@ import unittest
 import protocol
 
 DESCRIBED = {
-    "consumes": ["Name", "Gone"],
+    "removes": ["Name", "Gone"],
     "keys": [
         {"key": "Status", "text": "0"},
         {"key": "Mode", "one_of": ["a", "b"], "optional": True},
@@ -58,7 +58,7 @@ class MismatchTest(unittest.TestCase):
         self.assertIsNone(why(left + tail, case_sensitive=True))
         self.assertIn("should be left", why(left + tail))
         self.assertIn("should be left", why('{"Other":1,"Name":"y",' + tail, case_sensitive=True))
-        described = {"consumes_if_text": ["Mode"], "keys": []}
+        described = {"removes_if_text": ["Mode"], "keys": []}
         self.assertIsNone(why('{"mode":"x"}', '{"mode":"x"}', described, case_sensitive=True))
 
     def test_a_key_may_stand_twice(self):
@@ -68,7 +68,7 @@ class MismatchTest(unittest.TestCase):
         self.assertIn("should stand where the end", why('{"a":"1","b":""}', "{}", described))
 
     def test_a_key_without_text_may_stay(self):
-        described = {"consumes_if_text": ["Mode"], "keys": []}
+        described = {"removes_if_text": ["Mode"], "keys": []}
         self.assertIsNone(why("{}", '{"mode":"x"}', described))
         self.assertIsNone(why('{"Mode":7}', '{"Mode":7}', described))
         self.assertIn("should be left", why("{}", '{"Mode":7}', described))

@@ -65,33 +65,33 @@ int32_t device_access_version(void);
 
 /* ---- Device identity ------------------------------------------------------------------------ */
 
-/* Serial number and kind of the router. */
+/* Serial number and type of the router. */
 typedef struct SnInfo {
     char MAC[64];         /* MAC address that serves as the serial number */
     char tslinkstatus[8]; /* state of the mesh link layer, "1" when it is up */
-    char DeviceType[256]; /* kind of device, as the platform knows it */
+    char DeviceType[256]; /* type of device, as the platform knows it */
 } SnInfo;
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_sn_info(SnInfo *info);
 
-/* Description of the router and of what it can do. */
+/* Description and capabilities of the router. */
 typedef struct SystemInfo {
     char SWVersion[64];       /* software version */
     char HDVersion[64];       /* hardware version */
     char ProductCLass[64];    /* product class */
     char CPUClass[64];        /* processor */
-    char DEVType[64];         /* kind of device */
-    char DEVType1[64];        /* second kind of device, for devices that are two things */
-    char Capability[64];      /* list of abilities */
-    char Card[64];            /* kind of smart card, when there is one */
-    char UPLink[64];          /* kind of uplink */
+    char DEVType[64];         /* type of device */
+    char DEVType1[64];        /* second type of device, for devices that are two things */
+    char Capability[64];      /* list of capabilities */
+    char Card[64];            /* type of smart card, when there is one */
+    char UPLink[64];          /* type of uplink */
     char Cardno[64];          /* number of the smart card */
     char IPV6[64];            /* whether IPv6 is supported */
     char VLANbind[64];        /* whether ports can be bound to VLANs */
     char LED[64];             /* whether the LEDs can be switched */
     char NFC[64];             /* whether there is an NFC tag */
-    char VLANCapability[192]; /* kinds of VLAN handling that are supported */
+    char VLANCapability[192]; /* types of VLAN handling that are supported */
 } SystemInfo;
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
@@ -118,9 +118,9 @@ typedef struct HgBaseInfo {
     char FWDATA[32];                  /* date of the firmware, YYYY-MM-DD */
     char UpTime[32];                  /* time since the system started, s */
     char WanUptime[32];               /* time since the WAN connection came up, s */
-    char DeviceType[32];              /* kind of device */
+    char DeviceType[32];              /* type of device */
     char AreaCode[32];                /* code of the operator's area */
-    char AddressType[16];             /* kind of addressing on the WAN side */
+    char AddressType[16];             /* type of addressing on the WAN side */
     char Cpu[8];                      /* CPU load, % */
     char QQGameAcceleratorEnable[16]; /* switch of the game accelerator */
     char QosAcceleratorEnable[16];    /* switch of the QoS accelerator */
@@ -128,7 +128,7 @@ typedef struct HgBaseInfo {
     char LedLight[8];                 /* brightness of the LEDs, % */
     char LedSwitch[8];                /* switch of the LEDs */
     char Memory[8];                   /* memory load, % */
-    char WanLinkMode[8];              /* kind of WAN connection */
+    char WanLinkMode[8];              /* type of WAN connection */
     char ConfiguerStatus[128];        /* state of the first configuration */
 } HgBaseInfo;
 
@@ -137,14 +137,14 @@ typedef struct HgBaseInfo {
  * info counts as empty. */
 int32_t devapi_get_hg_base_info(HgBaseInfo *info);
 
-/* Gives the gateway another Name; all other fields are empty and mean nothing. Any result but 0 is
- * a failure. */
+/* Gives the gateway another Name; all other fields are empty and have no meaning. Any result but 0
+ * is a failure. */
 int32_t devapi_set_hg_base_info(const HgBaseInfo *info);
 
-/* Address plan of the LAN side. */
+/* LAN IP settings. */
 typedef struct LanIpInfo {
     char GatewayLanIP[32]; /* address of the gateway */
-    char SubnetMask[32];   /* mask of the subnet */
+    char SubnetMask[32];   /* subnet mask */
     char StartIp[32];      /* first address of the DHCP pool */
     char EndIp[32];        /* last address of the DHCP pool */
 } LanIpInfo;
@@ -154,13 +154,13 @@ typedef struct LanIpInfo {
  * counts as empty. */
 int32_t devapi_get_lan_ip_info(LanIpInfo *info);
 
-/* A setting with room behind it for the reason why the device refuses. */
+/* A setting followed by the reason for a refusal. */
 typedef struct LanIpSetting {
     LanIpInfo info;      /* what is set */
-    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
 } LanIpSetting;
 
-/* Applies the address plan. Only -1 is a failure. */
+/* Applies the settings. Only -1 is a failure. */
 int32_t devapi_set_lan_ip_info(LanIpSetting *setting);
 
 /* Addresses of the WAN side. */
@@ -194,21 +194,21 @@ int32_t devapi_get_home_page_info(HomePageInfo *info);
 typedef struct DhcpInfo {
     char Enable[16];     /* "1" when the server is on */
     char IPAddress[64];  /* address of the server */
-    char SubNetMask[64]; /* mask of the subnet */
+    char SubNetMask[64]; /* subnet mask */
     char GateWay[64];    /* gateway that the server names */
 } DhcpInfo;
 
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_hg_dhcp_info(DhcpInfo *info);
 
-/* A setting with room behind it for the reason why the device refuses. */
+/* A setting followed by the reason for a refusal. */
 typedef struct DhcpSetting {
     DhcpInfo info;       /* what is set */
-    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
 } DhcpSetting;
 
-/* Switches the DHCP server by Enable; the address fields are empty and mean nothing. Only -1 is a
- * failure. */
+/* Switches the DHCP server by Enable; the address fields are empty and have no meaning. Only -1 is
+ * a failure. */
 int32_t devapi_set_hg_dhcp_info(DhcpSetting *setting);
 
 /* The PPPoE account. */
@@ -221,10 +221,10 @@ typedef struct PppoeInfo {
 /* Fills info. Any result but 0 is a failure, and then info is not read. */
 int32_t devapi_get_hg_pppoe_info(PppoeInfo *info);
 
-/* A setting with room behind it for the reason why the device refuses. */
+/* A setting followed by the reason for a refusal. */
 typedef struct PppoeSetting {
     PppoeInfo info;      /* what is set */
-    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
 } PppoeSetting;
 
 /* Applies account and switch. Any result but 0 is a failure. */
@@ -234,8 +234,8 @@ int32_t devapi_set_hg_pppoe_info(PppoeSetting *setting);
 
 /* The administrator's account and the web login. Each function uses some of the fields. */
 typedef struct LoginInfo {
-    char WebLoginType[8]; /* kind of web login */
-    char Type[8];         /* kind of administrator account */
+    char WebLoginType[8]; /* type of web login */
+    char Type[8];         /* type of administrator account */
     char Name[128];       /* name of the administrator */
     char Password[128];   /* password of the account or of the web login */
     char WebLoginIp[64];  /* address of the web login */
@@ -258,13 +258,13 @@ int32_t devapi_get_web_login_info(LoginInfo *info);
 /* Sets WebLoginType and Password of the web login. Any result but 0 is a failure. */
 int32_t devapi_set_web_login_info(const LoginInfo *info);
 
-/* Goes back to the factory settings. Any result but 0 is a failure. */
+/* Restores the factory settings. Any result but 0 is a failure. */
 int32_t devapi_recovery(void);
 
 /* Restarts the gateway, at once or after the call. Any result but 0 is a failure. */
 int32_t devapi_reboot(void);
 
-/* Schedule of the restarts. */
+/* Reboot schedule. */
 typedef struct RebootInfo {
     char GatewayRebootEnable[8]; /* "1" when the schedule is on */
     char Time[8];                /* time of the day, HH:MM */
@@ -301,7 +301,7 @@ typedef struct NetInspectInfo {
     char NetStatus[392];   /* state of the Internet connection */
     char WanIP[64];        /* IP address of the WAN side */
     char NetMask[256];     /* mask of the WAN side */
-    char DnsStatus[8];     /* state of the name resolution */
+    char DnsStatus[8];     /* DNS state */
     char NetQuality[1032]; /* quality of the connection */
 } NetInspectInfo;
 
@@ -313,7 +313,7 @@ int32_t devapi_inspect_net_quality(NetInspectInfo *info);
  * then info is not read. */
 int32_t devapi_optimize_net_quality(NetInspectInfo *info);
 
-/* Examines the connection and fills DnsStatus and WanStatus. Any result but 0 is a failure, and
+/* Inspects the connection and fills DnsStatus and WanStatus. Any result but 0 is a failure, and
  * then info is not read. */
 int32_t devapi_inspect_net_connect(NetInspectInfo *info);
 
@@ -324,9 +324,9 @@ int32_t devapi_optimize_net_connect(NetInspectInfo *info);
 /* State of the Wi-Fi. */
 typedef struct WifiInspectInfo {
     char WiFiDevNum[8];     /* number of Wi-Fi clients */
-    char Security[8];       /* how safe the encryption is */
+    char Security[8];       /* security level of the encryption */
     char Channel[8];        /* channel in use */
-    char Congestion[8];     /* how busy the channel is, % */
+    char Congestion[8];     /* congestion of the channel, % */
     char PowerLevel[8];     /* transmit power, % */
     char FireWallEnable[4]; /* switch of the firewall */
 } WifiInspectInfo;
@@ -348,7 +348,7 @@ typedef struct FwInspectInfo {
     char FWVersion[1088]; /* firmware version */
 } FwInspectInfo;
 
-/* Examines everything and fills the three records. Any result but 0 is a failure, and then wifi,
+/* Inspects everything and fills the three records. Any result but 0 is a failure, and then wifi,
  * firmware and net is not read. */
 int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net);
 
@@ -371,8 +371,8 @@ int32_t devapi_optimize_hg_resource(ResourceInfo *info);
  * failure, and then status is not read. */
 int32_t devapi_get_uplink_status(char *status, int32_t size);
 
-/* Writes why the network fails into reason. reason has room for 16 bytes. Any result but 0 is a
- * failure, and then reason is not read. */
+/* Writes the reason for a network fault into reason. reason has room for 16 bytes. Any result but 0
+ * is a failure, and then reason is not read. */
 int32_t devapi_get_net_fault_info(char *reason);
 
 /* ---- Wi-Fi networks ------------------------------------------------------------------------- */
@@ -383,7 +383,7 @@ typedef struct SsidInfo {
     int32_t SSIDIndex;           /* number of the SSID, from 1 */
     char SSID[64];               /* network name */
     char PWD[64];                /* password */
-    char ENCRYPT[8];             /* kind of encryption */
+    char ENCRYPT[8];             /* type of encryption */
     char PowerLevel[64];         /* transmit power, % */
     char Channel[8];             /* channel that is set */
     char UsedChannel[8];         /* channel in use; only read */
@@ -401,7 +401,7 @@ typedef struct SsidInfo {
 int32_t devapi_get_ssid_info(SsidInfo *info);
 
 /* Applies the settings to the SSID of SSIDIndex, which may be any number; Bandwidth is empty and
- * means nothing. Any result but 0 is a failure. */
+ * has no meaning. Any result but 0 is a failure. */
 int32_t devapi_set_ssid_info(const SsidInfo *info);
 
 /* Sets the transmit power of the 5 GHz radio. level may have any length. The result is not looked
@@ -473,8 +473,8 @@ int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
 /* One network found by a scan. */
 typedef struct ScanEntry {
     char SSID[64];       /* network name */
-    char PowerLevel[64]; /* received power, dBm */
-    char ENCRYPT[64];    /* kind of encryption */
+    char PowerLevel[64]; /* signal strength, dBm */
+    char ENCRYPT[64];    /* type of encryption */
     char WPACypher[64];  /* cipher of WPA */
     char WPA2Cypher[64]; /* cipher of WPA2 */
     char Band[64];       /* frequency band */
@@ -492,13 +492,13 @@ typedef struct ScanResult {
  * and then result is not read. */
 int32_t devapi_get_scan_ssid(ScanResult *result);
 
-/* Received power of one network. */
+/* Signal strength of one network. */
 typedef struct ChannelPower {
     char name[64];    /* network name */
-    char dbpower[64]; /* received power, dBm */
+    char dbpower[64]; /* signal strength, dBm */
 } ChannelPower;
 
-/* Received power of all networks. */
+/* Signal strength of all networks. */
 typedef struct ChannelPowerResult {
     int32_t count;         /* number of entries; none when it is negative */
     ChannelPower *entries; /* array of so many entries */
@@ -513,7 +513,7 @@ typedef struct WifiChannelList {
     int32_t count_24g;        /* number of channels at 2.4 GHz, at most 64 */
     int32_t count_5g;         /* number of channels at 5 GHz, at most 64 */
     int16_t channels_24g[64]; /* their numbers */
-    int16_t channels_5g[64];  /* likewise at 5 GHz */
+    int16_t channels_5g[64];  /* the same for 5 GHz */
 } WifiChannelList;
 
 /* Fills list. For GET_WIFI_CHANNEL_LIST any result but 0 is a failure, and then list is not read;
@@ -535,7 +535,7 @@ typedef struct GuestWifiInfo {
                                     or a number that may have wrapped at 32 bits */
     char Remainingtime[16];      /* seconds left; only read */
     char PWD[64];                /* password */
-    char ENCRYPT[16];            /* kind of encryption */
+    char ENCRYPT[16];            /* type of encryption */
     char Mode[8];                /* wireless standards in use */
     char AdvertisementEnable[8]; /* "1" when the name is broadcast */
     char PermissionProperty[8];  /* what guests may do; only read */
@@ -555,14 +555,14 @@ int32_t devapi_set_guest_wifi_info(const GuestWifiInfo *info);
 typedef struct UplinkWifiInfo {
     char SSID[64];       /* network name; after a success that of the network joined */
     char PWD[64];        /* password */
-    char ENCRYPT[64];    /* kind of encryption */
+    char ENCRYPT[64];    /* type of encryption */
     char WPACypher[64];  /* cipher of WPA */
     char WPA2Cypher[64]; /* cipher of WPA2 */
     char Band[128];      /* frequency band */
 } UplinkWifiInfo;
 
 /* Joins the network. -2 says that another client uses the repeater. Any result but 0 is a failure.
- * Of any other result than 0, -1 and -2 the client is told nothing. */
+ * Of any other result than 0, -1 and -2 no reply key is added. */
 int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
 /* ---- Firmware ------------------------------------------------------------------------------- */
@@ -573,7 +573,7 @@ typedef struct UpdateStatusInfo {
     char HWVersion[64];  /* hardware version */
     char FWVersion[64];  /* firmware version */
     char FWDATA[64];     /* date of the firmware, YYYY-MM-DD */
-    char DeviceType[64]; /* kind of device */
+    char DeviceType[64]; /* type of device */
     char AreaCode[40];   /* code of the operator's area */
 } UpdateStatusInfo;
 
@@ -654,7 +654,7 @@ typedef struct WanInfo {
     char PPPOE_PROXY[64];           /* whether hosts may dial in themselves */
     char PPPOE_SERVICENAME[64];     /* name of the PPPoE service */
     char PPPOE_DIAL_MODE[64];       /* when the connection is dialled */
-    char NATENABLE[64];             /* switch of address translation */
+    char NATENABLE[64];             /* switch of NAT */
     char QOSENABLE[64];             /* switch of quality of service */
     char VLANID[64];                /* number of the VLAN */
     char VLANPRIORITY[64];          /* its priority, 0 to 7 */
@@ -688,14 +688,14 @@ typedef struct AdBaseInfo {
     int32_t HostIndex;             /* host index, which selects the device */
     char Mac[32];                  /* MAC address */
     char UID[32];                  /* unique identifier */
-    char DevType[32];              /* kind of device */
+    char DevType[32];              /* type of device */
     char DevFactory[32];           /* its maker */
     char Name[32];                 /* its host name */
     char ByName[32];               /* name given by the user */
     char OS[32];                   /* operating system */
     char Version[32];              /* version of it */
     char NetStatus[8];             /* whether it is online */
-    char NetMonopoly[32];          /* whether it has the bandwidth to itself */
+    char NetMonopoly[32];          /* whether it has exclusive bandwidth */
     char AccessType[32];           /* how it is attached: cable, or the band */
     char AccessEnable[8];          /* whether it may reach the Internet */
     char AccessTime[32];           /* since when it is attached, s */
@@ -706,8 +706,8 @@ typedef struct AdBaseInfo {
     char SSIDIndex[48];            /* number of that SSID, decimal */
     char LinkStatus[8];            /* state of its link, decimal; "0" when it is offline */
     char SpeedLimit[8];            /* switch of the speed limits; no command sets it */
-    char DownLimit[16];            /* limit downstream, kbit/s */
-    char UpLimit[16];              /* limit upstream, kbit/s; no command sets it */
+    char DownLimit[16];            /* download limit, kbit/s */
+    char UpLimit[16];              /* upload limit, kbit/s; no command sets it */
     char GreennetProtectEnable[8]; /* whether it is under parental control */
     char Dbm[8];                   /* signal strength, dBm */
     char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address */
@@ -719,16 +719,16 @@ typedef struct AdBaseInfo {
  * none, GET_AD_BASE_INFO lists what the record then holds; the others go on with the next. */
 int32_t devapi_get_ad_base_info(AdBaseInfo *info);
 
-/* A setting with room behind it for the reason why the device refuses. */
+/* A setting followed by the reason for a refusal. */
 typedef struct AdBaseSetting {
     AdBaseInfo info;     /* what is set */
-    char FailReason[64]; /* set by the device on failure; empty when it says nothing */
+    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
 } AdBaseSetting;
 
 /* Applies what a user sets of the device with the MAC address: DevType, ByName, AccessEnable,
  * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting as
  * it is; "0" as DownLimit ends the limit. ip is empty unless StaticDhcpEnable is given. The other
- * fields are empty and mean nothing. Only -1 is a failure. */
+ * fields are empty and have no meaning. Only -1 is a failure. */
 int32_t devapi_set_ad_base_info(AdBaseSetting *setting);
 
 /* Whether an attached device may reach the Internet. */
@@ -757,9 +757,9 @@ int32_t devapi_set_firewall_switch(const FirewallSwitch *info);
 
 /* ---- Parental control (green-net) ----------------------------------------------------------- */
 
-/* The devices under parental control stand in a table of their own, numbered by a host index from 1
- * to GREENNET_MAX_HOSTS, which is not the host index of the attached devices. Numbers stay with
- * their entries; between them may be numbers without an entry. */
+/* The devices under parental control are in a separate table, numbered by a host index from 1 to
+ * GREENNET_MAX_HOSTS, which is not the host index of the attached devices. An entry keeps its
+ * number; numbers in between may be unused. */
 #define GREENNET_MAX_HOSTS 64
 
 /* Width of the texts for the switch, in bytes, terminator included. */
@@ -809,13 +809,13 @@ int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
  * them is a table that is full. */
 int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
 
-/* Removes all entries but those whose MAC addresses stand in the list, each followed by a comma;
- * all of them for NULL. The list has room for 20 bytes per device: where a request named longer
+/* Removes all entries but those whose MAC addresses are in the list, each followed by a comma; all
+ * of them for NULL. The list has room for 20 bytes per device: where a request named longer
  * addresses, it is cut, and what has lost its comma is no whole address. list may have any length.
  * Any result but 0 is a failure. */
 int32_t devapi_del_green_net_info_by_maclist(const char *list);
 
-/* Switches the restriction of access as such on (1) or off (0). Any result but 0 is a failure. */
+/* Switches the access restriction on (1) or off (0). Any result but 0 is a failure. */
 int32_t devapi_set_greenaccess_enable(int32_t enable);
 
 /* A time in which the access of a device is restricted. */
@@ -919,7 +919,7 @@ typedef struct ChildRouterInfo {
     char FWVersion[32];             /* firmware version */
     char FWDATA[32];                /* date of the firmware, YYYY-MM-DD */
     char UpTime[16];                /* time since it started, s */
-    char DeviceType[32];            /* kind of device */
+    char DeviceType[32];            /* type of device */
     char AreaCode[16];              /* code of the operator's area */
     char HWVersion[16];             /* hardware version */
     char Wlan1Mac[32];              /* MAC address of the second wireless interface */
@@ -939,7 +939,7 @@ typedef struct ChildRouterInfo {
  * leaves it. Where it is a failure, the child router is left out. */
 int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
 
-/* Where a child router hangs in the mesh. */
+/* Position of a child router in the mesh. */
 typedef struct ChildMeshInfo {
     char Mac[32];       /* MAC address of the mesh interface */
     char ChildMac[32];  /* MAC address of the child router */
@@ -951,7 +951,7 @@ typedef struct ChildMeshInfo {
  * is left out. */
 int32_t devapi_get_child_mesh_info(ChildMeshInfo *info, int32_t identifier);
 
-/* The routers that hang from a child router. */
+/* The routers attached to a child router. */
 typedef struct ChildMeshList {
     int32_t count;                             /* how many there are */
     ChildMeshInfo children[MESH_MAX_CHILDREN]; /* of each of which only Mac is read */
@@ -990,7 +990,7 @@ int32_t devapi_get_devicemodel(char *model, int32_t size);
  * looked at: code is used as the call leaves it. */
 int32_t devapi_get_basic_area_code(char *code, int32_t size);
 
-/* Result: the kind of mesh; 2 is one in which child routers may hang from each other. */
+/* Result: the type of mesh; 2 is one in which child routers may be attached to each other. */
 int32_t devapi_get_mesh_type(void);
 
 /* Has the mesh measure the speed of its links anew. Any result but 0 is a failure: it is logged and
@@ -1136,8 +1136,7 @@ int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
  * method: what is asked for, such as "get_childrouter_host_info", with zero bytes behind the text;
  *         shorter than RELAY_METHOD_SIZE bytes.
  * answer: NULL before; set to the child router's answer, a JSON text from malloc(), which the
- *         plug-in frees by free(), also after a failure. Nothing is taken for granted of what it
- *         says.
+ *         plug-in frees by free(), also after a failure. Its content is validated.
  *
  * Any result but 0 is a failure, and then answer is not read. An answer that stays NULL is a
  * failure as well.
@@ -1163,8 +1162,8 @@ typedef struct MeshStatus {
 /* Fills status. Any result but 0 is a failure, and then status is not read. */
 int32_t devapi_get_mesh_status(MeshStatus *status);
 
-/* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; that
- * the numbers are crossed is what they know. */
+/* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; the
+ * crossed numbering is what clients expect. */
 #define MESH_BUSY_1 3 /* the reason "MESH_BUSY_1" */
 #define MESH_BUSY_0 4 /* the reason "MESH_BUSY_0" */
 
@@ -1202,7 +1201,7 @@ typedef struct LedInfo {
 /* Fills info. Only -1 is a failure, and then info is not read. */
 int32_t devapi_get_led_info(LedInfo *info);
 
-/* Applies the three texts of a request. One that is no text in the request comes as NULL, and the
+/* Applies the three texts of a request. A request value that is not a string comes as NULL; the
  * answer to that is -1. on, colour and light may have any length. Only -1 is a failure. */
 int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light);
 
@@ -1232,13 +1231,13 @@ int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum 
 typedef struct LinkInfo {
     char Wifi24Enable[8];       /* "1" when the 2.4 GHz radio is on */
     char Wifi24Channel[8];      /* its channel */
-    char Wifi24ChannelCheck[8]; /* how that channel does */
+    char Wifi24ChannelCheck[8]; /* state of that channel */
     char Wifi58Enable[8];       /* "1" when the 5 GHz radio is on */
-    char Wifi58ChannelCheck[8]; /* how its channel does */
+    char Wifi58ChannelCheck[8]; /* state of its channel */
     char Wifi58Channel[8];      /* that channel */
     char LanIP[32];             /* IP address on the LAN side */
     char WanIp[32];             /* IP address on the WAN side */
-    char DnsCheck[8];           /* how the name resolution does; reported of DHCP as well */
+    char DnsCheck[8];           /* DNS state; also reported as the DHCP state */
     char Reserved[56];          /* not used */
 } LinkInfo;
 
@@ -1260,7 +1259,7 @@ int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
 #define QOS_MAX_RULES 6        /* rules */
 #define QOS_MAX_TYPES 3        /* types of a rule */
 
-/* A kind of traffic that a rule speaks of. */
+/* A type of traffic that a rule matches. */
 typedef struct QosType {
     char Type[16];     /* what is compared */
     char Min[64];      /* the least value */
@@ -1315,7 +1314,7 @@ int32_t devapi_set_qos_classification_info(QosRule *rule);
 
 /* ---- Service switches ----------------------------------------------------------------------- */
 
-/* How the access point carries several services. */
+/* Multiservice mode of the access point. */
 typedef struct MultiserviceMode {
     char Mode[8]; /* the mode */
 } MultiserviceMode;
@@ -1328,16 +1327,16 @@ int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode);
 
 /* What a speed test has measured. */
 typedef struct SpeedTest {
-    char DownBandWidth[8]; /* bandwidth downstream, kbit/s */
-    char UpBandWidth[8];   /* bandwidth upstream, kbit/s */
+    char DownBandWidth[8]; /* download bandwidth, kbit/s */
+    char UpBandWidth[8];   /* upload bandwidth, kbit/s */
     char Delay[8];         /* delay, ms */
 } SpeedTest;
 
-/* Runs a speed test, which takes its time, and fills test. Any result but 0 is a failure, and then
- * test is not read. */
+/* Runs a speed test, which takes long, and fills test. Any result but 0 is a failure, and then test
+ * is not read. */
 int32_t devapi_speedtest_request(SpeedTest *test);
 
-/* Which protocols are helped through address translation, each "1" or "0". */
+/* NAT helpers (ALG) by protocol, each "1" or "0". */
 typedef struct AlgAbility {
     char PPTP[8];  /* PPTP */
     char FTP[8];   /* FTP */
