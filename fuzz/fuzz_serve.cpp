@@ -9,11 +9,11 @@
 // its libraries as ever, but finds both of them in this program: the plug-in, and the steered
 // device. It logs everything, to a standard error that scripts/fuzz.sh has libFuzzer throw away.
 #include "answers.h"
-#include "exit_status.h"
+#include "commands/serve.h"
+#include "io/exit_status.h"
 #include "lines.h"
-#include "log_sink.h"
+#include "protocol/log_sink.h"
 #include "request.h"
-#include "serve.h"
 #include "workers.h"
 
 #include <algorithm>

@@ -9,7 +9,7 @@
 // The gateway is opened for each input and closed at its end, and its state is in memory. No input
 // reaches the network: curl_easy_perform() goes through here and says that nobody answers. Two
 // images can be fetched: file:///proc/self/fd/700/good and /damaged.
-#include "firmware_image.h"
+#include "firmware/image.h"
 #include "home.h"
 #include "lines.h"
 #include "mutator.h"

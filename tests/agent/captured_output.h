@@ -1,7 +1,7 @@
 // What a part of the agent writes to standard output.
 #pragma once
 
-#include "streams.h"
+#include "io/streams.h"
 
 #include <gtest/gtest.h>
 

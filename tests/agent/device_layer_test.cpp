@@ -1,5 +1,5 @@
 // The layer hands every function's arguments on as they are, there and back.
-#include "device_layer.h"
+#include "host/device_layer.h"
 
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/device_functions.h"

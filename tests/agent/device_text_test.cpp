@@ -1,7 +1,7 @@
 // How records and lists are shown: what is bounded, what is not read.
 #include "protocol/device_text.h"
 
-#include "text.h"
+#include "io/text.h"
 
 #include <gmock/gmock.h>
 

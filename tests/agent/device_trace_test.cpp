@@ -1,8 +1,8 @@
 // The trace shows every argument of every function, with every field. The functions and fields are
 // those of the descriptions: a new one is tested from its first day on.
-#include "device_trace.h"
+#include "host/device_trace.h"
 
-#include "plugin_host.h"
+#include "host/plugin_host.h"
 #include "smart_router_service/device_access.h"
 
 #include <gmock/gmock.h>

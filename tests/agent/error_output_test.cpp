@@ -1,5 +1,5 @@
 // Lines on standard error, and the status line below them.
-#include "error_output.h"
+#include "io/error_output.h"
 
 #include "captured_error.h"
 

@@ -1,5 +1,5 @@
 // How the log renders printf formats.
-#include "log_format.h"
+#include "protocol/log_format.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The log's lines on standard error.
 #include "captured_error.h"
-#include "log_sink.h"
+#include "protocol/log_sink.h"
 #include "smart_router_service/host_agent.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 // What becomes of the notices that libraries hand over.
-#include "notice.h"
+#include "commands/notice.h"
 
 #include "captured_error.h"
 #include "captured_output.h"

@@ -1,5 +1,5 @@
 // Tables for people.
-#include "pages.h"
+#include "io/pages.h"
 
 #include <gtest/gtest.h>
 

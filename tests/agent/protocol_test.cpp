@@ -1,5 +1,5 @@
 // The descriptions as the agent uses them.
-#include "protocol.h"
+#include "protocol/protocol.h"
 
 #include <gmock/gmock.h>
 

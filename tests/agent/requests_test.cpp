@@ -1,5 +1,5 @@
 // Replies as JSON text.
-#include "requests.h"
+#include "protocol/requests.h"
 
 #include <gtest/gtest.h>
 

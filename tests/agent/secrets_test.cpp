@@ -1,5 +1,5 @@
 // Which values are secret, and JSON without them.
-#include "secrets.h"
+#include "protocol/secrets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Standard output and the signals that end waiting for it.
-#include "streams.h"
+#include "io/streams.h"
 
 #include "captured_output.h"
 

@@ -1,5 +1,5 @@
 // Texts on their way out.
-#include "text.h"
+#include "io/text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The mesh as a drawing, whatever names there are.
-#include "topology_drawing.h"
+#include "commands/topology_drawing.h"
 
 #include <gtest/gtest.h>
 

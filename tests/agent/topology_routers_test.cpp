@@ -1,7 +1,7 @@
 // Who is attached to whom, by reports that need not make sense.
-#include "topology_routers.h"
+#include "commands/topology_routers.h"
 
-#include "requests.h"
+#include "protocol/requests.h"
 
 #include <gmock/gmock.h>
 

@@ -48,7 +48,7 @@ PLACES = {
     2: ("smart_router_service/device_identity.cpp", at_the_end),
     3: ("smart_router_service/commands.h", as_last_row),
     4: ("protocol/commands/GET_AREA_INFO.json", lambda _, code: code),
-    5: ("simulated_gateway/device_identity.cpp", at_the_end),
+    5: ("simulated_gateway/device/device_identity.cpp", at_the_end),
     6: ("tests/unit/regular_queries.cpp", before_the_last_brace),
 }
 

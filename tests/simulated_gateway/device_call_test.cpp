@@ -1,7 +1,7 @@
 // Device functions of the test's own, made of the parts that all device functions are made of.
-#include "device_call.h"
+#include "core/device_call.h"
 
-#include "gateway.h"
+#include "core/gateway.h"
 #include "gateway_fixture.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
 // The page for those who write scenarios has to name every field of the model.
-#include "model.h"
+#include "model/model.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "firmware_fixture.h"
 
-#include "firmware_image.h"
+#include "firmware/image.h"
 
 #include <cstdlib>
 #include <spawn.h>

@@ -1,7 +1,7 @@
 // The form of images, byte by byte.
+#include "firmware/image.h"
 #include "firmware_fixture.h"
-#include "firmware_image.h"
-#include "text.h"
+#include "io/text.h"
 
 using namespace simulated_gateway;
 

@@ -1,4 +1,4 @@
-#include "remembered.h"
+#include "model/remembered.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Who vouches for an image, and that no older one comes back.
+#include "firmware/image.h"
 #include "firmware_fixture.h"
-#include "firmware_image.h"
-#include "text.h"
+#include "io/text.h"
 
 namespace {
 

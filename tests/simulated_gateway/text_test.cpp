@@ -1,4 +1,4 @@
-#include "text.h"
+#include "io/text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,99 @@
+#include "commands/call.h"
+
+#include "host/device_reasons.h"
+#include "host/plugin_host.h"
+#include "host/progress.h"
+#include "host/workers.h"
+#include "io/exit_status.h"
+#include "io/streams.h"
+#include "io/text.h"
+#include "protocol/protocol.h"
+#include "protocol/reply.h"
+#include "protocol/requests.h"
+#include "smart_router_service/processjsonability.h"
+
+#include <cstring>
+#include <optional>
+
+namespace agent {
+
+namespace {
+
+constexpr size_t kMaxRequest = 16UL * 1024 * 1024;
+
+bool looks_like_json(const std::string &word)
+{
+    const size_t begin = word.find_first_not_of(" \t\r\n");
+    return word.find('=') == std::string::npos ||
+           (begin != std::string::npos && strchr("{[\"", word[begin]) != nullptr);
+}
+
+Json request_of(const CallOptions &call)
+{
+    const std::vector<std::string> &words = call.request;
+    if (call.request_file) {
+        return parse_object(read_all_of(*call.request_file, kMaxRequest));
+    }
+    if (words.size() == 1 && words.front() == "-") {
+        return parse_object(read_all_input(kMaxRequest));
+    }
+    if (words.size() == 1 && looks_like_json(words.front())) {
+        return parse_object(words.front());
+    }
+    return object_from_words(words);
+}
+
+std::string complaint_of(const BadRequest &problem, const std::vector<std::string> &words)
+{
+    std::string complaint = "bad request: " + std::string(problem.what());
+    const std::string word = words.size() == 1 ? words.front() : "";
+    if (!word.empty() && word != "-" && word.find_first_of("{[\"=") == std::string::npos) {
+        complaint += "; was KEY=VALUE meant?";
+    }
+    return complaint;
+}
+
+// The reply tells only in a few words what is wrong.
+void point_to_description(const std::string &command)
+{
+    if (find_description(command) != nullptr) {
+        complain(command + " failed: \"hgagent describe " + command +
+                 "\" shows what it takes and when it fails");
+    }
+}
+
+} // namespace
+
+int run_call(const Options &options)
+{
+    Json object;
+    try {
+        object = request_of(options.call);
+    } catch (const BadRequest &problem) {
+        complain(complaint_of(problem, options.call.request));
+        return kWrongUsage;
+    }
+
+    const StopSignals stop;
+    ReplyOutput output;
+    const PluginHost host(options.host);
+    const ProgressBar bar(host);
+    std::optional<DeviceReasons> reasons;
+    if (options.reasons) {
+        reasons.emplace(host, [](const std::string &reason) { complain(reason); });
+    }
+    return until_workers_end(host, stop, [&]() -> int {
+        const std::string &command = options.call.command;
+        if (host.process(command, object.get()) == HG_NO_SUCH_COMMAND) {
+            complain(no_such_command(command));
+            return kUnknownCommand;
+        }
+        const ExitStatus status = write_reply(object.get(), options.raw_bytes, output, &stop);
+        if (status == kCommandFailed) {
+            point_to_description(command);
+        }
+        return status;
+    });
+}
+
+} // namespace agent

@@ -1,0 +1,12 @@
+// hgagent call: one command from the command line.
+#pragma once
+
+#include "commands/options.h"
+
+namespace agent {
+
+// Runs the command, prints its reply, and waits until all that it started has come to its end.
+// Result: the exit status.
+int run_call(const Options &options);
+
+} // namespace agent

@@ -1,0 +1,72 @@
+#include "commands/hosts.h"
+
+#include "host/plugin_host.h"
+#include "io/exit_status.h"
+#include "io/pages.h"
+#include "io/streams.h"
+#include "io/text.h"
+#include "protocol/device_texts.h"
+#include "protocol/requests.h"
+
+#include <sstream>
+#include <string>
+
+namespace agent {
+
+namespace {
+
+std::string cell(const std::string &text)
+{
+    return text.empty() ? "-" : text;
+}
+
+std::string state_of(const cJSON *host)
+{
+    const std::string online = text_of(host, "NetStatus");
+    const std::string state = online == "1" ? "online" : online == "0" ? "offline" : cell(online);
+    return text_of(host, "AccessEnable") == "0" ? state + ", blocked" : state;
+}
+
+std::string page_of(const cJSON *hosts)
+{
+    Table table;
+    table.row({"NAME", "MAC", "IP", "ACCESS", "STATE", "UP KBIT/S", "DOWN KBIT/S"});
+    const cJSON *host = nullptr;
+    cJSON_ArrayForEach(host, hosts)
+    {
+        table.row({cell(name_of(host)), cell(text_of(host, "Mac")), cell(text_of(host, "ip")),
+                   cell(text_of(host, "AccessType")), state_of(host),
+                   cell(text_of(host, "UpSpeed")), cell(text_of(host, "DownSpeed"))});
+    }
+    std::ostringstream page;
+    table.print(page, "");
+    std::string text = page.str();
+    text.pop_back(); // the last line's end
+    return text;
+}
+
+} // namespace
+
+int run_hosts(const Options &options)
+{
+    ReplyOutput output;
+    const PluginHost host(options.host);
+    const Json reply = new_object();
+    if (host.process("GET_AD_BASE_INFO", reply.get()) != 0) {
+        throw HostError(kCannotLoad,
+                        "the plug-in " + host.path() + " has no command GET_AD_BASE_INFO");
+    }
+    if (text_of(reply.get(), "Status") != "0") {
+        complain("the gateway does not list its hosts: " +
+                 cell(text_of(reply.get(), "FailReason")));
+        return kCommandFailed;
+    }
+    const cJSON *hosts = cJSON_GetObjectItemCaseSensitive(reply.get(), "BaseInfo");
+    if (!output.write_line(page_of(hosts))) {
+        complain("nobody reads the table");
+        return kCannotWrite;
+    }
+    return kSuccess;
+}
+
+} // namespace agent

@@ -1,0 +1,11 @@
+// hgagent hosts: the devices that are attached to the gateway, for people.
+#pragma once
+
+#include "commands/options.h"
+
+namespace agent {
+
+// Prints a table of the hosts, as GET_AD_BASE_INFO lists them. Result: the exit status.
+int run_hosts(const Options &options);
+
+} // namespace agent

@@ -1,0 +1,80 @@
+#include "commands/image_upgrade.h"
+
+#include "host/plugin_host.h"
+#include "host/progress.h"
+#include "host/workers.h"
+#include "io/exit_status.h"
+#include "io/streams.h"
+#include "io/text.h"
+#include "protocol/log_sink.h"
+#include "smart_router_service/processjsonability.h"
+
+#include <cstring>
+#include <pthread.h>
+#include <string>
+
+namespace agent {
+
+namespace {
+
+// What the plug-in exports for the upgrade.
+struct Upgrade {
+    void *(*work)(void *);
+    pthread_mutex_t *lock;
+    char *url;
+};
+
+Upgrade upgrade_of(const PluginHost &host)
+{
+    return {reinterpret_cast<decltype(&pthread_hg_image_upgrade)>(
+                host.required_symbol("pthread_hg_image_upgrade")),
+            static_cast<pthread_mutex_t *>(host.required_symbol("downimagelock")),
+            static_cast<char *>(host.required_symbol("g_update_url"))};
+}
+
+int failed(const char *why)
+{
+    complain(why);
+    return kCommandFailed;
+}
+
+// Starts the thread, which releases the lock at its end.
+int start(const Upgrade &upgrade, const std::string &url, pthread_t &thread)
+{
+    if (pthread_mutex_trylock(upgrade.lock) != 0) {
+        return failed("an image is being fetched or flashed already");
+    }
+    memcpy(upgrade.url, url.c_str(), url.size() + 1);
+    if (pthread_create(&thread, nullptr, upgrade.work, nullptr) != 0) {
+        pthread_mutex_unlock(upgrade.lock);
+        return failed("cannot start a thread for the upgrade");
+    }
+    return kSuccess;
+}
+
+} // namespace
+
+int run_image_upgrade(const Options &options)
+{
+    const std::string &url = options.update_url;
+    if (url.size() >= HG_UPDATE_URL_SIZE) {
+        complain("the address is longer than " + std::to_string(HG_UPDATE_URL_SIZE - 1) + " bytes");
+        return kWrongUsage;
+    }
+
+    const StopSignals stop;
+    const PluginHost host(options.host);
+    const ProgressBar bar(host);
+    const Upgrade upgrade = upgrade_of(host);
+    const unsigned long errors = errors_of_libraries();
+    pthread_t thread;
+    const int ended = until_workers_end(host, stop, [&] { return start(upgrade, url, thread); });
+    if (ended != kSuccess) {
+        return ended;
+    }
+    pthread_join(thread, nullptr);
+    // The thread returns nothing: whether it failed is only in the log.
+    return errors_of_libraries() == errors ? kSuccess : failed("the firmware was not installed");
+}
+
+} // namespace agent

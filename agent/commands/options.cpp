@@ -1,0 +1,365 @@
+#include "commands/options.h"
+
+#include "commands/image_upgrade.h"
+#include "commands/report.h"
+#include "io/exit_status.h"
+#include "io/text.h"
+#include "protocol/protocol.h"
+
+#include <CLI/CLI.hpp>
+
+namespace agent {
+
+namespace {
+
+constexpr char kFooter[] = R"(
+Exit status:
+  0  done; for call and report: the reply's "Status" is "0", or there is none
+  1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
+     failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
+     conformance: a check failed
+  2  wrong usage, or a request that is no JSON object
+  3  no such command or report
+  4  a library cannot be loaded, or the simulated gateway not be opened
+  5  standard input or output failed, or the file of --junit or --request-file
+  6  out of memory
+  128 + N  call, serve, report image-upgrade or conformance was ended by signal N
+
+Examples:
+  hgagent call GET_SN_INFO
+  hgagent call RESPONSE_ROUTER_VERSION VersionInfo="app 5.2.0"
+  hgagent call RESPONSE_ROUTER_VERSION '{"VersionInfo": "app 5.2.0"}'
+  hgagent report home-page
+  hgagent --scenario operator_variant topology
+  hgagent notice --plugin-name parental_control "A new phone is in the home"
+  hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO
+  echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
+)";
+
+// A check that the help does not spell out: the value's own name says it.
+CLI::Validator silent(CLI::Validator check)
+{
+    return check.description("");
+}
+
+void add_host_options(CLI::App &app, Options &options)
+{
+    HostOptions &host = options.host;
+    app.add_option("--device", host.device,
+                   "Device library to load instead of the simulated gateway")
+        ->type_name("LIB");
+    app.add_option("--plugin", host.plugin, "Plug-in to load instead of the one beside the agent")
+        ->type_name("LIB");
+    app.add_option("--scenario", host.scenario,
+                   "Home that the simulated gateway starts from: a built-in name or a file")
+        ->type_name("NAME|FILE");
+    app.add_option("--state", host.state, "File in which the simulated gateway keeps its state")
+        ->type_name("FILE");
+    app.add_option("--fault", host.faults,
+                   "Let a device call fail: FUNCTION=RESULT[*COUNT][@DELAYms]; may be repeated")
+        ->type_name("FAULT")
+        ->allow_extra_args(false); // else it would eat the subcommand as well
+    app.add_option("--trace", host.trace,
+                   "File to which every device call is written; - is standard error")
+        ->type_name("FILE|-");
+    app.add_option("--firmware-folder", host.firmware_folder,
+                   "Folder from which file:// addresses may fetch firmware; none without it")
+        ->type_name("FOLDER");
+    app.add_option("--firmware-key", host.firmware_key,
+                   "File with the public key by which firmware has to be signed")
+        ->type_name("FILE");
+    app.add_option("--log-level", options.log_level,
+                   "Highest level of log lines that are shown: 3 errors, 7 everything")
+        ->type_name("0..7")
+        ->check(silent(CLI::Range(0, 7)))
+        ->capture_default_str();
+    app.add_flag("--show-secrets", host.show_secrets,
+                 "Show passwords and keys in the log and in the trace");
+    app.add_option("--refuse-notices", options.notice_refusal,
+                   "Answer every notice to the app with this result; 0 refuses none")
+        ->type_name("RESULT")
+        ->allow_extra_args(false);
+    app.add_flag("--verbose", host.verbose,
+                 "Name all that a library lacks, not only the first few");
+    app.add_flag("--raw-bytes", options.raw_bytes,
+                 "Print replies as the plug-in leaves them, whatever their encoding");
+}
+
+// Takes the words behind the name as they stand. CLI11's own list of words would take a JSON array
+// for a list.
+void take_request(const CLI::App &call, Options &options)
+{
+    options.subcommand = Subcommand::kCall;
+    options.call.request = call.remaining();
+    if (options.call.request_file && !options.call.request.empty()) {
+        throw CLI::ExtrasError("call", options.call.request);
+    }
+    for (const std::string &word : options.call.request) {
+        if (word.starts_with('-') && word != "-") {
+            throw CLI::ExtrasError("call", {word});
+        }
+    }
+}
+
+void add_reasons(CLI::App *subcommand, Options &options)
+{
+    subcommand->add_flag("--reasons", options.reasons,
+                         "Tell what the device library says of the calls that it refuses");
+}
+
+void add_call(CLI::App &app, Options &options)
+{
+    CLI::App *call = app.add_subcommand("call", "Run one command and print its reply");
+    call->add_option("NAME", options.call.command, "Name of the command")
+        ->type_name("")
+        ->required();
+    add_reasons(call, options);
+    call->add_option("--request-file", options.call.request_file,
+                     "File with the request, a JSON object")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    call->allow_extras();
+    call->footer(R"(
+hgagent call NAME [JSON | - | KEY=VALUE ...]
+The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a text, in their
+order; without any of them {}. Everybody on the machine can read the words of a command line: give a
+password on standard input or in a file.)");
+    call->callback([call, &options] { take_request(*call, options); });
+}
+
+void add_serve(CLI::App &app, Options &options)
+{
+    CLI::App *serve = app.add_subcommand(
+        "serve", "Answer requests, one JSON object a line, from standard input on standard output");
+    serve->add_option("--max-line", options.serve.max_line, "Longest line that is served")
+        ->type_name("BYTES")
+        ->check(silent(CLI::PositiveNumber))
+        ->capture_default_str();
+    add_reasons(serve, options);
+    serve->footer(R"(
+Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
+Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
+A line that is no request is answered with {"id": null, "error": "..."}.
+A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}, and
+answered with {"id": ANY, "result": 0} when it was accepted.
+Between answers there are lines {"notice": {...}} for what is pushed to the app, and
+{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched.
+With --reasons an answer has "reasons": [TEXT, ...] behind its reply; a worker's come in a line of their
+own, {"reasons": [TEXT]}.)");
+    serve->callback([&options] { options.subcommand = Subcommand::kServe; });
+}
+
+void add_notice(CLI::App &app, Options &options)
+{
+    CLI::App *notice =
+        app.add_subcommand("notice", "Raise a notice to the app and print what is pushed");
+    notice
+        ->add_option("--plugin-name", options.notice.plugin_name,
+                     "Part of the system that raises it")
+        ->type_name("NAME")
+        ->required()
+        ->allow_extra_args(false);
+    notice->add_option("TEXT", options.notice.text, "Text of the notice, or - for standard input")
+        ->type_name("")
+        ->required();
+    notice->callback([&options] { options.subcommand = Subcommand::kNotice; });
+}
+
+void refuse_unless_for(const CLI::App *report, const char *option, bool takes_it)
+{
+    if (report->count(option) > 0 && !takes_it) {
+        throw CLI::ExtrasError("report", {option});
+    }
+}
+
+void add_report(CLI::App &app, Options &options)
+{
+    CLI::App *report = app.add_subcommand(
+        "report", "Let the plug-in report or upgrade without any command, or list what it can");
+    CLI::Option *name =
+        report->add_option("NAME", options.report, "Name of the report")->type_name("");
+    report->add_option("--url", options.update_url, "Address of the image for image-upgrade")
+        ->type_name("URL")
+        ->needs(name)
+        ->allow_extra_args(false);
+    report
+        ->add_option("--path", options.router_path,
+                     "Path of the router in the tree of parameters for stations")
+        ->type_name("PATH")
+        ->needs(name)
+        ->allow_extra_args(false)
+        ->capture_default_str();
+    report->footer(R"(
+hgagent report image-upgrade --url URL
+Fetches the image and flashes it; the new firmware runs after the next reboot. The exit status is 1
+when the plug-in logged an error meanwhile.)");
+    report->callback([report, &options] {
+        options.subcommand = Subcommand::kReport;
+        refuse_unless_for(report, "--url", options.report == kImageUpgrade);
+        refuse_unless_for(report, "--path", options.report == kStations);
+    });
+}
+
+void add_hosts(CLI::App &app, Options &options)
+{
+    CLI::App *hosts = app.add_subcommand("hosts", "Show the devices attached to the gateway");
+    hosts->callback([&options] { options.subcommand = Subcommand::kHosts; });
+}
+
+void add_topology(CLI::App &app, Options &options)
+{
+    CLI::App *topology =
+        app.add_subcommand("topology", "Draw the routers of the mesh and what is attached to each");
+    CLI::Option *ascii = topology->add_flag("--ascii", options.topology.ascii,
+                                            "Draw with - and | also where the locale is UTF-8");
+    topology->add_flag("--dot", options.topology.dot, "Print a graph for Graphviz instead")
+        ->excludes(ascii);
+    topology->callback([&options] { options.subcommand = Subcommand::kTopology; });
+}
+
+void add_protocol_pages(CLI::App &app, Options &options)
+{
+    CLI::App *list = app.add_subcommand("list", "List the commands");
+    list->add_option("PATTERN", options.pattern, "Part of the names, or a pattern with * and ?")
+        ->type_name("");
+    list->callback([&options] { options.subcommand = Subcommand::kList; });
+
+    CLI::App *describe = app.add_subcommand("describe", "Show what a command takes and replies");
+    describe->add_option("NAME", options.described, "Name of the command")
+        ->type_name("")
+        ->required();
+    describe->callback([&options] { options.subcommand = Subcommand::kDescribe; });
+}
+
+void add_conformance(CLI::App &app, Options &options)
+{
+    ConformanceOptions &conformance = options.conformance;
+    CLI::App *subcommand = app.add_subcommand(
+        "conformance", "Test a device library against what the plug-in relies on");
+    subcommand->add_flag("--allow-writes", conformance.allow_writes,
+                         "Run settings as well: change, read back, restore");
+    subcommand
+        ->add_option("--command", conformance.commands,
+                     "Test only this command, also one that cannot be undone; may be repeated")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    subcommand
+        ->add_option("--patience", conformance.patience,
+                     "How long one check may take before it counts as hanging")
+        ->type_name("SECONDS")
+        ->check(silent(CLI::Range(1, 86400)))
+        ->capture_default_str();
+    subcommand->add_option("--junit", conformance.junit, "File for the results in JUnit's format")
+        ->type_name("FILE");
+    subcommand->footer(R"(
+A command that cannot be undone runs only when it is named and writes are allowed.
+The exit status is 1 when a check has failed; what is not supported or skipped is no failure.)");
+    subcommand->callback([&options] { options.subcommand = Subcommand::kConformance; });
+}
+
+// ---- What is said of a wrong usage -------------------------------------------------------------
+
+constexpr size_t kMaxWord = 64;
+
+std::string quoted_word(const std::string &word)
+{
+    return "\"" + one_line(word, kMaxWord) + "\"";
+}
+
+std::vector<const CLI::App *> subcommands_of(const CLI::App &app)
+{
+    return app.get_subcommands([](const CLI::App *) { return true; });
+}
+
+std::string about_subcommand(const CLI::App &app, const std::string &word)
+{
+    constexpr size_t kMostMistakes = 2;
+    if (find_description(word) != nullptr) {
+        return word + " is a command: hgagent call " + word;
+    }
+    const std::string beginning = word.substr(0, kMaxWord);
+    for (size_t mistakes = 1; mistakes <= kMostMistakes; ++mistakes) {
+        for (const CLI::App *subcommand : subcommands_of(app)) {
+            if (edit_distance(beginning, subcommand->get_name()) == mistakes) {
+                return "no subcommand " + quoted_word(word) + "; was " + subcommand->get_name() +
+                       " meant?";
+            }
+        }
+    }
+    return "no subcommand " + quoted_word(word);
+}
+
+// Where an option belongs that stands elsewhere; empty when there is no such option.
+std::string about_place(const CLI::App &app, const std::string &option)
+{
+    if (app.get_option_no_throw(option) != nullptr) {
+        return option + " belongs before the subcommand: hgagent " + option + " ... " +
+               app.get_subcommands().front()->get_name() + " ...";
+    }
+    std::string owners;
+    for (const CLI::App *subcommand : subcommands_of(app)) {
+        if (subcommand->get_option_no_throw(option) != nullptr) {
+            owners += (owners.empty() ? "" : " or ") + subcommand->get_name();
+        }
+    }
+    return owners.empty() ? "" : option + " belongs behind the subcommand " + owners;
+}
+
+// What the words that nobody took tell; empty when they tell nothing.
+std::string hint_for(const CLI::App &app)
+{
+    for (const std::string &word : app.remaining(true)) {
+        const std::string option = word.substr(0, word.find('='));
+        if (option.starts_with("--")) {
+            std::string place = about_place(app, option);
+            if (!place.empty()) {
+                return place;
+            }
+        } else if (app.get_subcommands().empty()) {
+            return about_subcommand(app, word);
+        }
+    }
+    return "";
+}
+
+std::string failure_message(const CLI::App *app, const CLI::Error &problem)
+{
+    const std::string hint = hint_for(*app);
+    return hint.empty() ? CLI::FailureMessage::simple(app, problem)
+                        : "hgagent: " + hint + "\nRun with --help for more information.\n";
+}
+
+} // namespace
+
+std::optional<Options> parse_options(int count, char **words, int &exit_status)
+{
+    Options options;
+    CLI::App app(
+        "Reference agent: loads the plug-in and a device library as a gateway's agent does, "
+        "runs commands and prints the replies.",
+        "hgagent");
+    app.set_version_flag("--version", "hgagent " HGAGENT_VERSION);
+    app.footer(kFooter);
+    app.failure_message(failure_message);
+    app.require_subcommand(1);
+    add_host_options(app, options);
+    add_call(app, options);
+    add_serve(app, options);
+    add_notice(app, options);
+    add_report(app, options);
+    add_hosts(app, options);
+    add_topology(app, options);
+    add_protocol_pages(app, options);
+    add_conformance(app, options);
+
+    try {
+        app.parse(count, words);
+    } catch (const CLI::ParseError &outcome) {
+        const bool all_well = app.exit(outcome) == 0;
+        exit_status = all_well ? kSuccess : kWrongUsage;
+        return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace agent

@@ -1,0 +1,336 @@
+#include "conformance/checks.h"
+
+#include "conformance/requests.h"
+#include "host/report_builders.h"
+#include "host/workers.h"
+#include "protocol/device_facts.h"
+#include "protocol/device_texts.h"
+#include "protocol/reply.h"
+#include "smart_router_service/processjsonability.h"
+
+#include <algorithm>
+#include <iterator>
+#include <mutex>
+#include <set>
+
+namespace agent {
+
+namespace {
+
+struct WatchedCall {
+    std::string function;
+    int32_t result;
+    bool wrote;
+};
+
+// What the watch tells of the check at hand. The watch knows functions only, so there is one of it.
+struct Watched {
+    std::mutex mutex;
+    CheckListener listener;
+    std::vector<WatchedCall> calls;
+    std::vector<std::string> functions; // whose faults matter; empty: all
+};
+Watched watched;
+
+// The function that the thread is in; null for none.
+thread_local const char *function_at_work = nullptr;
+
+void calling(const char *function)
+{
+    function_at_work = function;
+    const std::lock_guard lock(watched.mutex);
+    watched.listener.calling(function);
+}
+
+void answered(const char *function, int32_t result, bool wrote)
+{
+    function_at_work = nullptr;
+    const std::lock_guard lock(watched.mutex);
+    watched.calls.push_back({function, result, wrote});
+    watched.listener.answered();
+}
+
+// With the lock held.
+bool matters(const char *function)
+{
+    const auto &functions = watched.functions;
+    return functions.empty() ||
+           std::find(functions.begin(), functions.end(), function) != functions.end();
+}
+
+void fault(const char *function, const char *what)
+{
+    const std::lock_guard lock(watched.mutex);
+    if (matters(function)) {
+        watched.listener.fault(std::string(function) + ": " + what);
+    }
+}
+
+void warning(const char *function, const char *what)
+{
+    const std::lock_guard lock(watched.mutex);
+    if (matters(function)) {
+        watched.listener.warning(std::string(function) + ": " + what);
+    }
+}
+
+void said(const std::string &reason)
+{
+    const std::lock_guard lock(watched.mutex);
+    watched.listener.reason(reason);
+}
+
+void reason(const char *function, const char *text)
+{
+    said(std::string(function) + ": " + text);
+}
+
+// The function cannot be judged here, whatever it answers now.
+void refused_command(const std::string &command)
+{
+    if (function_at_work != nullptr) {
+        fault(function_at_work,
+              ("it calls system(\"" + command + "\"), which " PROGRAM_NAME " refuses").c_str());
+    }
+}
+
+std::vector<WatchedCall> take_calls()
+{
+    const std::lock_guard lock(watched.mutex);
+    return std::exchange(watched.calls, {});
+}
+
+// Whether the result is one of the function's answers, and no failure.
+bool is_answer(const WatchedCall &call)
+{
+    return device_facts::is_success(*device_facts::find(call.function), call.result);
+}
+
+std::string joined(const std::set<std::string> &names)
+{
+    std::string text;
+    for (const std::string &name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text;
+}
+
+// What the plug-in did with the device: -1 with nothing written is how a library says that it does
+// not support something.
+CheckResult judge(bool success, const std::string &reason, const std::vector<WatchedCall> &calls)
+{
+    std::set<std::string> unsupported;
+    std::set<std::string> supported;
+    std::set<std::string> failed;
+    for (const WatchedCall &call : calls) {
+        if (call.result == -1 && !call.wrote) {
+            unsupported.insert(call.function);
+        } else if (is_answer(call)) {
+            supported.insert(call.function);
+        } else {
+            failed.insert(call.function + " answers " + std::to_string(call.result));
+        }
+    }
+    // -1 also says that there is no such thing in a list.
+    std::erase_if(unsupported, [&](const auto &function) { return supported.contains(function); });
+    if (success && (unsupported.empty() || !supported.empty())) {
+        return {Verdict::kPassed, unsupported.empty()
+                                      ? std::vector<std::string>()
+                                      : std::vector{"without " + joined(unsupported)}};
+    }
+    if (!failed.empty()) {
+        return {Verdict::kFailed, {joined(failed)}};
+    }
+    if (!unsupported.empty()) {
+        return {Verdict::kNotSupported, {joined(unsupported)}};
+    }
+    return {Verdict::kFailed, {"no function fails, and still: " + reason}};
+}
+
+CheckResult run_command(const PluginHost &host, const std::string &command, cJSON *object)
+{
+    take_calls();
+    const int32_t result = host.process(command, object);
+    await_workers(host);
+    if (result == HG_NO_SUCH_COMMAND) {
+        return {Verdict::kFailed, {"the plug-in has no such command"}};
+    }
+    return judge(status_of(object) == kSuccess, text_of(object, "FailReason"), take_calls());
+}
+
+CheckResult run_report(const PluginHost &host, const std::string &name)
+{
+    take_calls();
+    const Json report(cJSON_CreateObject());
+    const int32_t result = build_report(host, name, Options().router_path, report.get());
+    return judge(result == 0 && status_of(report.get()) == kSuccess,
+                 "result " + std::to_string(result), take_calls());
+}
+
+CheckResult check_functions(const PluginHost &host)
+{
+    std::vector<std::string> missing;
+    for (const device_facts::Function &function : device_facts::kFunctions) {
+        const std::string name(function.name);
+        if (host.device_symbol(name.c_str()) == nullptr) {
+            missing.push_back(name);
+        }
+    }
+    if (missing.empty()) {
+        return {};
+    }
+    const std::string count = std::to_string(missing.size());
+    return {Verdict::kFailed,
+            {count + (missing.size() == 1 ? " function is missing" : " functions are missing")},
+            missing};
+}
+
+// A command with what it needs of others.
+class CommandCheck {
+  public:
+    CommandCheck(const PluginHost &host, const Description &command)
+        : host_(host), command_(command), name_(command["command"].text())
+    {
+    }
+
+    // Asks for what there is until one is told.
+    CheckResult query()
+    {
+        const std::vector<Json> requests = this->requests();
+        CheckResult result = nothing_to_select();
+        for (const Json &request : requests) {
+            result = run_command(host_, name_, request.get());
+            if (result.verdict == Verdict::kPassed) {
+                return result;
+            }
+        }
+        return result;
+    }
+
+    // Changes, reads back, restores.
+    CheckResult setting()
+    {
+        const std::vector<Json> requests = this->requests();
+        if (requests.empty()) {
+            return nothing_to_select();
+        }
+        const cJSON *selected = requests.front().get();
+        const Json before = setting_in_force(command_, selected, ask_);
+        if (before == nullptr) {
+            return {Verdict::kSkipped,
+                    {"could not be restored: " + command_["read_back"]["command"].text() +
+                     " does not tell all of it"}};
+        }
+        const Json changed = changed_setting(command_, before.get());
+        return changed != nullptr ? change_and_restore(selected, changed.get(), before.get())
+                                  : set_again(selected, before.get());
+    }
+
+    // Once, and only because somebody has named it.
+    CheckResult lasting()
+    {
+        const std::vector<Json> requests = this->requests();
+        return requests.empty() ? nothing_to_select()
+                                : run_command(host_, name_, requests.front().get());
+    }
+
+  private:
+    std::vector<Json> requests() const { return requests_for(command_, ask_); }
+
+    CheckResult nothing_to_select() const
+    {
+        for (const Description &key : command_["request"]) {
+            if (key.contains("found_in")) {
+                return {Verdict::kSkipped,
+                        {key["found_in"]["command"].text() + " tells no " + key["key"].text()}};
+            }
+        }
+        return {};
+    }
+
+    CheckResult change_and_restore(const cJSON *selected, const cJSON *changed, const cJSON *before)
+    {
+        CheckResult result = make(selected, changed);
+        if (result.verdict == Verdict::kNotSupported) {
+            return result;
+        }
+        const CheckResult restored = make(selected, before);
+        if (restored.verdict != Verdict::kPassed) {
+            result.verdict = Verdict::kFailed;
+            result.details.push_back("not restored: " + restored.details.front());
+        }
+        return result;
+    }
+
+    // With the values that are in force.
+    CheckResult set_again(const cJSON *selected, const cJSON *before)
+    {
+        CheckResult result = make(selected, before);
+        const std::string missing = key_without_value(before);
+        if (result.verdict == Verdict::kPassed) {
+            return {Verdict::kPassed, {"with the values in force only"}};
+        }
+        if (result.verdict == Verdict::kNotSupported && !missing.empty()) {
+            return {Verdict::kSkipped,
+                    {command_["read_back"]["command"].text() + " tells no " + missing}};
+        }
+        return result;
+    }
+
+    // Sets, and reads back.
+    CheckResult make(const cJSON *selected, const cJSON *setting)
+    {
+        const Json object(cJSON_Duplicate(setting, 1));
+        CheckResult result = run_command(host_, name_, object.get());
+        if (result.verdict == Verdict::kPassed) {
+            const Json in_force = setting_in_force(command_, selected, ask_);
+            const std::string differs = in_force != nullptr ? difference(setting, in_force.get())
+                                                            : "it can no longer be read";
+            if (!differs.empty()) {
+                result = {Verdict::kFailed, {differs}};
+            }
+        }
+        return result;
+    }
+
+    const PluginHost &host_;
+    const Description &command_;
+    const std::string name_;
+    const Ask ask_ = [this](const std::string &command, Json request) -> Json {
+        run_command(host_, command, request.get());
+        return status_of(request.get()) == kSuccess ? std::move(request) : nullptr;
+    };
+};
+
+} // namespace
+
+CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
+    : watcher_{calling, answered, reason, warning, fault},
+      host_((watched.listener = std::move(listener), options), &watcher_),
+      reasons_(host_, said, refused_command)
+{
+}
+
+CheckedHost::~CheckedHost() = default;
+
+CheckResult CheckedHost::run(const Check &check)
+{
+    {
+        const std::lock_guard lock(watched.mutex);
+        watched.functions = check.command != nullptr ? (*check.command)["device_calls"].texts()
+                                                     : std::vector<std::string>();
+    }
+    if (!check.report.empty()) {
+        return run_report(host_, check.report);
+    }
+    if (check.command == nullptr) {
+        return check_functions(host_);
+    }
+    CommandCheck command(host_, *check.command);
+    const std::string effect = (*check.command)["effect"].text();
+    return effect == "none"      ? command.query()
+           : effect == "setting" ? command.setting()
+                                 : command.lasting();
+}
+
+} // namespace agent

@@ -1,0 +1,135 @@
+#include "conformance/conformance.h"
+
+#include "conformance/report.h"
+#include "conformance/worker.h"
+#include "host/report_builders.h"
+#include "io/exit_status.h"
+#include "io/streams.h"
+#include "io/text.h"
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+
+namespace agent {
+
+namespace {
+
+std::vector<Check> all_checks()
+{
+    std::vector<Check> checks = {{kFunctions, kFunctions}};
+    for (const Description &command : descriptions()) {
+        if (!command["device_calls"].empty()) {
+            checks.push_back({command["command"].text(), command["subject"].text(), &command});
+        }
+    }
+    for (const ReportBuilder &report : report_builders()) {
+        checks.push_back({std::string("report ") + report.name, "report", nullptr, report.name});
+    }
+    return checks;
+}
+
+bool is_named(const Check &check, const ConformanceOptions &options)
+{
+    return std::ranges::find(options.commands, check.name) != options.commands.end();
+}
+
+// Why the check is not run; empty when it is.
+std::string reason_to_skip(const Check &check, const ConformanceOptions &options)
+{
+    const std::string effect =
+        check.command != nullptr ? (*check.command)["effect"].text() : "none";
+    if (effect == "lasting" && !is_named(check, options)) {
+        return "cannot be undone: --allow-writes --command " + check.name;
+    }
+    return effect == "none" || options.allow_writes ? "" : "changes a setting: --allow-writes";
+}
+
+// The first name that is none of a check; empty when all are.
+std::string unknown_name(const std::vector<Check> &checks, const ConformanceOptions &options)
+{
+    for (const std::string &name : options.commands) {
+        if (std::ranges::find(checks, name, &Check::name) == checks.end()) {
+            return name;
+        }
+    }
+    return "";
+}
+
+// In the order of the checks; after a signal without those that were not reached.
+CheckResults results_of(const std::vector<Check> &checks, const Options &options,
+                        const StopSignals &stop)
+{
+    std::map<std::string, CheckResult> done;
+    std::vector<Check> wanted;
+    for (const Check &check : checks) {
+        const std::string reason = reason_to_skip(check, options.conformance);
+        if (reason.empty()) {
+            wanted.push_back(check);
+        } else {
+            done[check.name] = {Verdict::kSkipped, {reason}};
+        }
+    }
+    run_checks(wanted, options, stop, [&](const Check &check, CheckResult result) {
+        done[check.name] = std::move(result);
+    });
+
+    CheckResults results;
+    for (const Check &check : checks) {
+        if (done.contains(check.name)) {
+            results.emplace_back(check, done[check.name]);
+        }
+    }
+    return results;
+}
+
+bool write_junit(const CheckResults &results, const Options &options)
+{
+    const std::string &file = options.conformance.junit;
+    if (file.empty()) {
+        return true;
+    }
+    std::ofstream out(file, std::ios::binary);
+    out << junit_of(results,
+                    options.host.device.empty() ? "simulated gateway" : options.host.device);
+    out.close();
+    if (!out) {
+        complain("cannot write " + file);
+    }
+    return !out.fail();
+}
+
+} // namespace
+
+int run_conformance(const Options &options)
+{
+    std::vector<Check> checks = all_checks();
+    const ConformanceOptions &conformance = options.conformance;
+    const std::string unknown = unknown_name(checks, conformance);
+    if (!unknown.empty()) {
+        complain(find_description(unknown) == nullptr
+                     ? no_such_command(unknown)
+                     : unknown + " calls no function of the device library");
+        return kUnknownCommand;
+    }
+    if (!conformance.commands.empty()) {
+        std::erase_if(checks, [&](const Check &check) { return !is_named(check, conformance); });
+    }
+
+    const StopSignals stop;
+    ReplyOutput output;
+    const CheckResults results = results_of(checks, options, stop);
+    if (!output.write_line(table_of(results, options.host.verbose), &stop)) {
+        complain("nobody reads the table");
+        return kCannotWrite;
+    }
+    if (!write_junit(results, options)) {
+        return kCannotWrite;
+    }
+    if (stop.arrived() != 0) {
+        return kSignalled + stop.arrived();
+    }
+    return count_of(results, Verdict::kFailed) == 0 ? kSuccess : kCommandFailed;
+}
+
+} // namespace agent

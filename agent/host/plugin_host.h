@@ -1,0 +1,85 @@
+// The two libraries in one process: the device library, and the plug-in on top of it.
+#pragma once
+
+#include "commands/options.h"
+#include "host/device_watch.h"
+#include "io/exit_status.h"
+
+#include <cjson/cJSON.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace agent {
+
+class DeviceTrace;
+
+// Why the libraries could not be brought up, and what the agent ends with.
+class HostError : public std::runtime_error {
+  public:
+    HostError(ExitStatus status, const std::string &message)
+        : std::runtime_error(message), status_(status)
+    {
+    }
+    ExitStatus status() const { return status_; }
+
+  private:
+    ExitStatus status_;
+};
+
+// The device library. When it is the simulated gateway, it is opened with the options that were
+// given, and closed at the end of this object's life. With a watcher, and with a trace unless it is
+// the simulated gateway, the plug-in that is loaded next calls it by way of the device layer;
+// otherwise nothing stands between the two.
+class DeviceLibrary {
+  public:
+    DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher); // throws HostError
+    ~DeviceLibrary();
+    DeviceLibrary(const DeviceLibrary &) = delete;
+    DeviceLibrary &operator=(const DeviceLibrary &) = delete;
+
+    // Null when the library does not export it.
+    void *symbol(const char *name) const;
+    // Throws HostError when the device library lacks functions that the plug-in in the file needs
+    // and would otherwise find in the layer.
+    void require_functions(const std::string &plugin, bool verbose) const;
+
+  private:
+    void open_gateway(const std::string &path, const HostOptions &options);
+    void put_stages(const HostOptions &options, const DeviceWatcher *watcher, bool may_trace);
+
+    void *library_;
+    DeviceTrace *trace_ = nullptr;
+    bool is_watched_ = false;
+    void (*close_)() = nullptr;
+};
+
+// The plug-in, ready to answer commands.
+class PluginHost {
+  public:
+    // Throws HostError.
+    explicit PluginHost(const HostOptions &options, const DeviceWatcher *watcher = nullptr);
+
+    // Runs one command; its reply is in the object afterwards. Result: that of the dispatcher.
+    int32_t process(const std::string &command, cJSON *object) const
+    {
+        return process_(command.c_str(), object);
+    }
+
+    // What the plug-in exports beside the dispatcher; null when this plug-in does not.
+    void *symbol(const char *name) const;
+    // The same, but throws HostError.
+    void *required_symbol(const char *name) const;
+    // What the device library exports; null when it does not.
+    void *device_symbol(const char *name) const { return device_.symbol(name); }
+
+    const std::string &path() const { return path_; }
+
+  private:
+    DeviceLibrary device_;
+    std::string path_;
+    void *library_;
+    int32_t (*process_)(const char *, cJSON *) = nullptr;
+};
+
+} // namespace agent

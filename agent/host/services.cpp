@@ -1,0 +1,146 @@
+// What the agent provides to the plug-in and to device libraries. These are the symbols that the
+// executable exports (exports.list).
+#include "smart_router_service/host_agent.h"
+
+#include "host/device_reasons.h"
+#include "io/text.h"
+#include "protocol/log_sink.h"
+#include "simulated_gateway/simulated_gateway.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <new>
+#include <string_view>
+
+using agent::kLogError;
+using agent::kLogInfo;
+
+namespace {
+
+constexpr size_t kMaxMacText = 17;
+
+// Whether the text has the form, in which x stands for a hexadecimal digit.
+bool has_form(std::string_view text, std::string_view form)
+{
+    return std::equal(text.begin(), text.end(), form.begin(), form.end(),
+                      [](char letter, char wanted) {
+                          return wanted == 'x' ? isxdigit(static_cast<unsigned char>(letter)) != 0
+                                               : letter == wanted;
+                      });
+}
+
+bool is_mac(const char *text)
+{
+    const std::string_view form(text, strnlen(text, kMaxMacText + 1));
+    return has_form(form, "xxxxxxxxxxxx") || has_form(form, "xx:xx:xx:xx:xx:xx") ||
+           has_form(form, "xx-xx-xx-xx-xx-xx") || has_form(form, "xxxx.xxxx.xxxx");
+}
+
+// Null when the device library is no simulated gateway.
+template <class Function> Function *gateway_function(const char *name)
+{
+    return reinterpret_cast<Function *>(dlsym(RTLD_DEFAULT, name));
+}
+
+// A reboot is what was asked for, and so no line of the log, where it would count as an error.
+void tell_of_reboot()
+{
+    try {
+        agent::complain("the gateway reboots");
+    } catch (const std::bad_alloc &) {
+        // The plug-in, which calls this, cannot handle exceptions.
+    }
+}
+
+void power_cycle()
+{
+    const auto cycle =
+        gateway_function<decltype(simulated_gateway_power_cycle)>("simulated_gateway_power_cycle");
+    if (cycle != nullptr) {
+        cycle();
+    }
+}
+
+} // namespace
+
+void ts_mod_log_printf(const char *module, int32_t level, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    agent::log_arguments(module, level, format, arguments);
+    va_end(arguments);
+    if (level <= kLogError) {
+        va_start(arguments, format);
+        agent::take_logged_error(module, format, arguments);
+        va_end(arguments);
+    }
+}
+
+void mac_form_translate(const char *in, int32_t form, char *out)
+{
+    if (in != nullptr && (form == HG_MAC_WITH_COLONS || form == HG_MAC_BARE) && is_mac(in)) {
+        int digits = 0;
+        for (; *in != '\0'; ++in) {
+            if (isxdigit(static_cast<unsigned char>(*in)) == 0) {
+                continue;
+            }
+            if (form == HG_MAC_WITH_COLONS && digits > 0 && digits % 2 == 0) {
+                *out++ = ':';
+            }
+            *out++ = static_cast<char>(toupper(static_cast<unsigned char>(*in)));
+            ++digits;
+        }
+    }
+    *out = '\0';
+}
+
+void ts_sys_mgr_get_brmac(char *mac)
+{
+    *mac = '\0';
+    const auto bridge_mac =
+        gateway_function<decltype(simulated_gateway_bridge_mac)>("simulated_gateway_bridge_mac");
+    if (bridge_mac != nullptr) {
+        bridge_mac(mac, HG_BRIDGE_MAC_SIZE);
+    }
+}
+
+int32_t dev_is_exist(int32_t)
+{
+    return 0;
+}
+
+int32_t kaa_update_profile_info()
+{
+    agent::log_line(kLogInfo, "the profile has changed: an agent with a platform reports it anew");
+    return 0;
+}
+
+void free_str_buf(char **text)
+{
+    if (text != nullptr) {
+        free(*text);
+        *text = nullptr;
+    }
+}
+
+// Takes the place of the C library's function for everything in the process: a plug-in on a
+// developer's machine must not be able to reboot it, nor to run anything else there.
+int system(const char *command)
+{
+    if (command == nullptr) {
+        return 0; // there is no shell
+    }
+    if (strcmp(command, "sync;reboot") == 0) {
+        tell_of_reboot();
+        power_cycle();
+        return 0;
+    }
+    agent::log_line(kLogError, "refused to run a command: %s", command);
+    agent::take_refused_command(command);
+    return -1;
+}

@@ -1,0 +1,157 @@
+#include "host/workers.h"
+
+#include "io/exit_status.h"
+#include "io/text.h"
+#include "simulated_gateway/simulated_gateway.h"
+
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <new>
+#include <poll.h>
+#include <pthread.h>
+#include <string>
+#include <sys/eventfd.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace agent {
+
+namespace {
+
+// A worker holds a mutex of the plug-in's from before its command's reply to its own end.
+struct Worker {
+    const char *mutex;
+    const char *waiting;
+};
+
+constexpr Worker kWorkers[] = {
+    {"setwifilistlock", "waiting for the Wi-Fi settings to be applied"},
+    {"downimagelock", "waiting for the firmware to be installed"},
+};
+
+// A mutex cannot be waited for together with signals: it is tried again and again instead.
+constexpr std::chrono::milliseconds kPause(50);
+
+bool is_held(pthread_mutex_t *mutex)
+{
+    if (pthread_mutex_trylock(mutex) != 0) {
+        return true;
+    }
+    pthread_mutex_unlock(mutex);
+    return false;
+}
+
+void await(const Worker &worker, const PluginHost &host, const StopSignals &stop)
+{
+    auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+    if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
+        return;
+    }
+    complain(worker.waiting);
+    while (stop.arrived() == 0 && is_held(mutex)) {
+        stop.wait(kPause);
+    }
+}
+
+int status_of(const std::function<int()> &work)
+{
+    try {
+        return work();
+    } catch (const StreamError &problem) {
+        complain(problem.what()); // no reason to break off what has been started
+        return kCannotWrite;
+    } catch (const std::bad_alloc &) { // no more is this
+        complain_of_memory();
+        return kOutOfMemory;
+    }
+}
+
+// Ends the simulated gateway's downloads when a signal arrives: inside a command nobody looks for
+// signals. Any other library has to end its own.
+class TransferGuard {
+  public:
+    TransferGuard(const PluginHost &host, const StopSignals &stop)
+        : end_transfers_(reinterpret_cast<decltype(&simulated_gateway_end_transfers)>(
+              host.device_symbol("simulated_gateway_end_transfers")))
+    {
+        if (end_transfers_ == nullptr) {
+            return;
+        }
+        ended_ = eventfd(0, EFD_CLOEXEC);
+        if (ended_ < 0) {
+            throw StreamError("cannot wait for signals: " + std::generic_category().message(errno));
+        }
+        try {
+            thread_ = std::thread([this, &stop] { run(stop); });
+        } catch (const std::system_error &problem) {
+            close(ended_);
+            throw StreamError(std::string("cannot wait for signals: ") + problem.what());
+        }
+    }
+    ~TransferGuard()
+    {
+        if (thread_.joinable()) {
+            eventfd_write(ended_, 1);
+            thread_.join();
+            close(ended_);
+        }
+    }
+    TransferGuard(const TransferGuard &) = delete;
+    TransferGuard &operator=(const TransferGuard &) = delete;
+
+  private:
+    void run(const StopSignals &stop) const
+    {
+        try {
+            if (!stop.wait_for(ended_, POLLIN)) {
+                end_transfers_();
+            }
+        } catch (const StreamError &problem) { // what is left is to wait for the download
+            complain(problem.what());
+        }
+    }
+
+    decltype(&simulated_gateway_end_transfers) end_transfers_;
+    int ended_ = -1;
+    std::thread thread_;
+};
+
+} // namespace
+
+int until_workers_end(const PluginHost &host, const StopSignals &stop,
+                      const std::function<int()> &work)
+{
+    const int status = status_of([&] {
+        const TransferGuard guard(host, stop);
+        return work();
+    });
+    for (const Worker &worker : kWorkers) {
+        if (stop.arrived() == 0) {
+            await(worker, host, stop);
+        }
+    }
+    return stop.arrived() != 0 ? kSignalled + stop.arrived() : status;
+}
+
+void await_workers(const PluginHost &host)
+{
+    for (const Worker &worker : kWorkers) {
+        auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+        while (mutex != nullptr && is_held(mutex)) {
+            std::this_thread::sleep_for(kPause);
+        }
+    }
+}
+
+bool has_other_threads()
+{
+    // The folder has a folder for each thread, and so as many links more than it would have alone.
+    constexpr nlink_t links_of_one_thread = 3;
+    struct stat threads = {};
+    return stat("/proc/self/task", &threads) != 0 || threads.st_nlink != links_of_one_thread;
+}
+
+} // namespace agent

@@ -1,0 +1,184 @@
+// Memory of the executable. The operators take the place of the standard library's for everything
+// in the process.
+//
+// What is freed is wiped first. Requests, replies and the simulated gateway's home hold passwords,
+// and copies of them are made all along the way, also inside the standard library and the parsers;
+// here is the one place that all of them pass.
+#include "io/process_memory.h"
+
+#include <algorithm>
+#include <cjson/cJSON.h>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <functional>
+#include <malloc.h>
+#include <mutex>
+#include <new>
+#include <openssl/crypto.h>
+
+namespace {
+
+// What operator new has when malloc() has nothing more, so that what has begun can be finished: a
+// command, and saving the state. Some code cannot do otherwise: destructors of nlohmann::json
+// allocate as well, and a failure there would end the process. serve begins nothing new meanwhile.
+// A part is kept for the time in which an exception is on its way. It takes no memory until it is
+// used.
+constexpr size_t kReserve = 16UL * 1024 * 1024;
+constexpr size_t kForExceptions = 4UL * 1024 * 1024;
+
+alignas(std::max_align_t) char reserve[kReserve];
+std::mutex reserve_lock;
+size_t used = 0;
+size_t blocks = 0;
+
+void *take_reserve(size_t size)
+{
+    const size_t room = std::uncaught_exceptions() > 0 ? kReserve : kReserve - kForExceptions;
+    const std::lock_guard lock(reserve_lock);
+    if (size > room || used > room - size) {
+        return nullptr;
+    }
+    void *block = reserve + used;
+    used += (size + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) *
+            alignof(std::max_align_t);
+    used = std::min(used, kReserve);
+    ++blocks;
+    return block;
+}
+
+bool is_of_reserve(const void *memory)
+{
+    return std::less_equal<>()(reserve, memory) && std::less<>()(memory, reserve + kReserve);
+}
+
+// It is there again once nobody has any of it.
+void give_back_reserve()
+{
+    const std::lock_guard lock(reserve_lock);
+    if (--blocks == 0) {
+        explicit_bzero(reserve, used);
+        used = 0;
+    }
+}
+
+void wipe_and_free(void *memory)
+{
+    if (memory != nullptr) {
+        explicit_bzero(memory, malloc_usable_size(memory));
+        free(memory);
+    }
+}
+
+void *allocate(size_t size)
+{
+    void *memory = malloc(size > 0 ? size : 1);
+    return memory != nullptr ? memory : take_reserve(size);
+}
+
+void release(void *memory)
+{
+    if (is_of_reserve(memory)) {
+        give_back_reserve();
+    } else {
+        wipe_and_free(memory);
+    }
+}
+
+// OpenSSL 3.0 uses locks that it had no memory for. So it lives on the reserve as well.
+void *allocate_for_openssl(size_t size, const char *, int)
+{
+    return allocate(size);
+}
+
+void release_of_openssl(void *memory, const char *, int)
+{
+    release(memory);
+}
+
+void *reallocate_for_openssl(void *memory, size_t size, const char *, int)
+{
+    if (size == 0) {
+        release(memory);
+        return nullptr;
+    }
+    void *moved = allocate(size);
+    if (moved != nullptr && memory != nullptr) {
+        // Of a block of the reserve only the place is known: what lies behind it is no harm.
+        const size_t known =
+            is_of_reserve(memory)
+                ? static_cast<size_t>(reserve + kReserve - static_cast<char *>(memory))
+                : malloc_usable_size(memory);
+        memmove(moved, memory, std::min(known, size));
+        release(memory);
+    }
+    return moved;
+}
+
+} // namespace
+
+namespace agent {
+
+void set_up_memory()
+{
+    CRYPTO_set_mem_functions(allocate_for_openssl, reallocate_for_openssl, release_of_openssl);
+    cJSON_Hooks hooks = {malloc, wipe_and_free};
+    cJSON_InitHooks(&hooks);
+}
+
+} // namespace agent
+
+void *operator new(size_t size)
+{
+    void *memory = allocate(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void *operator new[](size_t size)
+{
+    return operator new(size);
+}
+
+void *operator new(size_t size, const std::nothrow_t &) noexcept
+{
+    return allocate(size);
+}
+
+void *operator new[](size_t size, const std::nothrow_t &) noexcept
+{
+    return allocate(size);
+}
+
+void operator delete(void *memory, const std::nothrow_t &) noexcept
+{
+    release(memory);
+}
+
+void operator delete[](void *memory, const std::nothrow_t &) noexcept
+{
+    release(memory);
+}
+
+void operator delete(void *memory) noexcept
+{
+    release(memory);
+}
+
+void operator delete[](void *memory) noexcept
+{
+    release(memory);
+}
+
+void operator delete(void *memory, size_t) noexcept
+{
+    release(memory);
+}
+
+void operator delete[](void *memory, size_t) noexcept
+{
+    release(memory);
+}

@@ -1,0 +1,316 @@
+#include "io/streams.h"
+
+#include "io/error_output.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace agent {
+
+namespace {
+
+constexpr size_t kReadSize = 64UL * 1024;
+constexpr size_t kMostLine = PTRDIFF_MAX / 2; // more than there is memory for
+
+constexpr char kStandardInput[] = "standard input";
+
+[[noreturn]] void fail(const std::string &what)
+{
+    const int reason = errno;
+    throw StreamError(what + ": " + std::generic_category().message(reason));
+}
+
+// As read(), but goes on after a signal that somebody handles.
+size_t read_some(int descriptor, const std::string &name, char *to, size_t size)
+{
+    ssize_t count = 0;
+    do {
+        count = read(descriptor, to, size);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) {
+        fail("cannot read " + name);
+    }
+    return static_cast<size_t>(count);
+}
+
+} // namespace
+
+void secure_standard_streams()
+{
+    for (int wanted = STDIN_FILENO; wanted <= STDERR_FILENO; ++wanted) {
+        if (fcntl(wanted, F_GETFD) < 0) {
+            // Opened the wrong way round: reading and writing fail as they do when it is closed.
+            const int opened = open("/dev/null", wanted == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+            if (opened != wanted) {
+                fail("cannot open /dev/null");
+            }
+        }
+    }
+    signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN);
+}
+
+StopSignals::StopSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    descriptor_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (descriptor_ < 0) {
+        fail("cannot wait for signals");
+    }
+}
+
+StopSignals::~StopSignals()
+{
+    close(descriptor_);
+}
+
+int StopSignals::arrived() const
+{
+    // It is never taken, so that it wakes every thread that waits.
+    sigset_t pending;
+    sigemptyset(&pending);
+    sigpending(&pending);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        if (sigismember(&pending, signal) == 1) {
+            return signal;
+        }
+    }
+    return 0;
+}
+
+bool StopSignals::wait_for(int descriptor, short events) const
+{
+    for (;;) {
+        std::array<pollfd, 3> all = {pollfd{descriptor, events, 0}, pollfd{descriptor_, POLLIN, 0},
+                                     pollfd{unwritten_error_output(), POLLOUT, 0}};
+        if (poll(all.data(), all.size(), -1) < 0) {
+            if (errno != EINTR) {
+                fail("cannot wait for input or output");
+            }
+            continue;
+        }
+        if (all[2].revents != 0) {
+            write_more_error_output();
+        }
+        if (all[1].revents != 0) {
+            seen_ = true;
+        }
+        if (all[0].revents != 0 || all[1].revents != 0) {
+            return all[0].revents != 0;
+        }
+    }
+}
+
+void StopSignals::wait(std::chrono::milliseconds time) const
+{
+    pollfd signals = {descriptor_, POLLIN, 0};
+    write_more_error_output();
+    if (poll(&signals, 1, static_cast<int>(time.count())) < 0 && errno != EINTR) {
+        fail("cannot wait for signals");
+    }
+}
+
+LineReader::LineReader(const StopSignals &stop, size_t max_line)
+    : stop_(stop), max_line_(max_line),
+      buffer_(std::make_unique_for_overwrite<char[]>(std::min(max_line, kMostLine) + kReadSize))
+{
+}
+
+LineReader::~LineReader()
+{
+    explicit_bzero(buffer_.get(), end_);
+}
+
+// Forgets the line that has been handed out, in which passwords may stand.
+void LineReader::forget()
+{
+    explicit_bzero(buffer_.get() + given_, begin_ - given_);
+    given_ = begin_;
+}
+
+// Adds what there is to read to the buffer. Result: false when a signal came first.
+bool LineReader::fill()
+{
+    if (!stop_.wait_for(STDIN_FILENO, POLLIN)) {
+        return false;
+    }
+    if (begin_ > 0) {
+        const size_t kept = end_ - begin_;
+        memmove(buffer_.get(), buffer_.get() + begin_, kept);
+        explicit_bzero(buffer_.get() + std::max(begin_, kept), end_ - std::max(begin_, kept));
+        begin_ = 0;
+        given_ = 0;
+        end_ = kept;
+    }
+    const size_t count = read_some(STDIN_FILENO, kStandardInput, buffer_.get() + end_, kReadSize);
+    end_ += count;
+    ended_ = count == 0;
+    return true;
+}
+
+LineReader::Result LineReader::next(std::string_view &line)
+{
+    bool too_long = false;
+    size_t searched = 0; // bytes of the line that hold no line end
+    forget();
+    while (!stop_.seen()) {
+        const std::string_view unread(buffer_.get() + begin_, end_ - begin_);
+        const size_t length = std::min(unread.find('\n', searched), unread.size());
+        const bool has_end = length < unread.size();
+        const bool started = too_long || length > 0;
+        too_long = too_long || length > max_line_;
+        if (has_end || (ended_ && started)) {
+            line = too_long ? "" : unread.substr(0, length);
+            begin_ += length + (has_end ? 1 : 0);
+            return too_long ? Result::kTooLong : Result::kLine;
+        }
+        if (ended_) {
+            return Result::kEnd;
+        }
+        if (too_long) {
+            begin_ += length;
+            forget();
+        }
+        searched = end_ - begin_;
+        if (!fill()) {
+            break;
+        }
+    }
+    return Result::kStopped;
+}
+
+ReplyOutput::ReplyOutput() : descriptor_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
+{
+    if (descriptor_ < 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {
+        fail("cannot keep standard output for replies");
+    }
+}
+
+ReplyOutput::~ReplyOutput()
+{
+    close(descriptor_);
+}
+
+bool ReplyOutput::is_terminal() const
+{
+    return isatty(descriptor_) != 0;
+}
+
+namespace {
+
+size_t size_of(std::initializer_list<std::string_view> pieces)
+{
+    size_t size = 0;
+    for (const std::string_view piece : pieces) {
+        size += piece.size();
+    }
+    return size;
+}
+
+// Copies of what the pieces are together, from the place on, as much as there is room for. Result:
+// how much.
+size_t copy_from(std::initializer_list<std::string_view> pieces, size_t place, std::span<char> to)
+{
+    size_t copied = 0;
+    for (const std::string_view piece : pieces) {
+        if (place < piece.size()) {
+            copied += piece.copy(to.data() + copied, to.size() - copied, place);
+        }
+        place -= std::min(place, piece.size());
+    }
+    return copied;
+}
+
+} // namespace
+
+bool ReplyOutput::write_line(std::string_view text, const StopSignals *stop)
+{
+    return write({text, "\n"}, stop);
+}
+
+bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const StopSignals *stop)
+{
+    const size_t size = size_of(pieces);
+    size_t done = 0;
+    const std::lock_guard lock(mutex_);
+    while (done < size) {
+        given_up_ = given_up_ || (stop != nullptr && !stop->wait_for(descriptor_, POLLOUT));
+        if (given_up_) {
+            return false;
+        }
+        // A pipe that is ready takes so much without waiting; more could wait for ever.
+        char portion[PIPE_BUF];
+        const size_t length = copy_from(pieces, done, portion);
+        const ssize_t written = ::write(descriptor_, portion, length);
+        const int reason = errno;
+        explicit_bzero(portion, length); // replies tell passwords
+        if (written >= 0) {
+            done += static_cast<size_t>(written);
+        } else if (reason == EPIPE || reason == EBADF) {
+            return false;
+        } else if (reason != EINTR && reason != EAGAIN) {
+            errno = reason;
+            fail("cannot write to standard output");
+        }
+    }
+    return true;
+}
+
+namespace {
+
+std::string read_all(int descriptor, const std::string &name, size_t max_bytes)
+{
+    std::string text;
+    size_t count = 0;
+    do {
+        const size_t used = text.size();
+        text.resize(used + kReadSize);
+        count = read_some(descriptor, name, text.data() + used, kReadSize);
+        text.resize(used + count);
+        if (text.size() > max_bytes) {
+            throw StreamError(name + " is longer than " + std::to_string(max_bytes) + " bytes");
+        }
+    } while (count > 0);
+    return text;
+}
+
+} // namespace
+
+std::string read_all_input(size_t max_bytes)
+{
+    return read_all(STDIN_FILENO, kStandardInput, max_bytes);
+}
+
+std::string read_all_of(const std::string &path, size_t max_bytes)
+{
+    struct File {
+        explicit File(const std::string &path)
+            : descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC))
+        {
+        }
+        ~File() { close(descriptor); }
+        File(const File &) = delete;
+        File &operator=(const File &) = delete;
+        const int descriptor;
+    };
+    const File file(path);
+    if (file.descriptor < 0) {
+        fail("cannot open " + path);
+    }
+    return read_all(file.descriptor, path, max_bytes);
+}
+
+} // namespace agent

@@ -1,0 +1,98 @@
+#include "protocol/protocol.h"
+
+#include "embedded/protocol_commands.h"
+#include "io/text.h"
+#include "protocol/json.h"
+
+#include <algorithm>
+
+namespace agent {
+
+namespace {
+
+constexpr size_t kMaxNearest = 3;
+// No command's name is longer; comparing more of a hostile name would only take time.
+constexpr size_t kMaxCompared = 64;
+
+std::vector<Description> parse_descriptions()
+{
+    static std::vector<Json> trees; // what the descriptions are parts of
+    std::vector<Description> all;
+    for (const embedded::Text &file : embedded::protocol_commands()) {
+        trees.emplace_back(cJSON_ParseWithLength(file.text.data(), file.text.size()));
+        all.emplace_back(trees.back().get());
+    }
+    std::ranges::sort(all, {}, [](const Description &one) { return one["command"].text(); });
+    return all;
+}
+
+void collect_secret_keys(const Description &part, std::set<std::string> &keys)
+{
+    if (part["secret"].is_true() && part.contains("key")) {
+        keys.insert(lower_case(part["key"].text()));
+    }
+    for (const Description &inner : part) {
+        collect_secret_keys(inner, keys);
+    }
+}
+
+} // namespace
+
+const std::vector<Description> &descriptions()
+{
+    static const std::vector<Description> all = parse_descriptions();
+    return all;
+}
+
+const Description *find_description(std::string_view command)
+{
+    const auto &all = descriptions();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Description &description) {
+        return description["command"] == command;
+    });
+    return found != all.end() ? &*found : nullptr;
+}
+
+std::vector<std::string> nearest_commands(std::string_view name)
+{
+    const std::string wanted = lower_case(name.substr(0, kMaxCompared));
+    std::vector<std::pair<size_t, std::string>> ranked;
+    for (const Description &description : descriptions()) {
+        const std::string command = description["command"].text();
+        ranked.emplace_back(edit_distance(wanted, lower_case(command)), command);
+    }
+    std::sort(ranked.begin(), ranked.end());
+    ranked.resize(std::min(ranked.size(), kMaxNearest));
+
+    std::vector<std::string> names;
+    names.reserve(ranked.size());
+    for (const auto &[distance, command] : ranked) {
+        names.push_back(command);
+    }
+    return names;
+}
+
+std::string no_such_command(std::string_view name)
+{
+    std::string message = "no command \"" + one_line(name, kMaxCompared) + "\"; the nearest are";
+    const char *separator = " ";
+    for (const std::string &command : nearest_commands(name)) {
+        message += separator + command;
+        separator = ", ";
+    }
+    return message;
+}
+
+const std::set<std::string> &secret_keys()
+{
+    static const std::set<std::string> all = [] {
+        std::set<std::string> keys;
+        for (const Description &description : descriptions()) {
+            collect_secret_keys(description, keys);
+        }
+        return keys;
+    }();
+    return all;
+}
+
+} // namespace agent

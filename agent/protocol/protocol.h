@@ -1,0 +1,29 @@
+// The commands as protocol/ describes them, one description for each (protocol/command.schema.json
+// says what is in it).
+#pragma once
+
+#include "protocol/description.h"
+
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace agent {
+
+// All descriptions, by the commands' names.
+const std::vector<Description> &descriptions();
+
+// Null when there is no such command.
+const Description *find_description(std::string_view command);
+
+// The names that look most like this one, the nearest first, at most three.
+std::vector<std::string> nearest_commands(std::string_view name);
+
+// "no command \"NAME\"; the nearest are …", for people.
+std::string no_such_command(std::string_view name);
+
+// The keys, in lower case, that some description marks as secret.
+const std::set<std::string> &secret_keys();
+
+} // namespace agent

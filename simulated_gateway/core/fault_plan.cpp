@@ -1,0 +1,101 @@
+#include "core/fault_plan.h"
+
+#include "io/text.h"
+#include "smart_router_service/device_functions.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace simulated_gateway {
+namespace {
+
+constexpr std::string_view kFunctions[] = {
+#define FUNCTION_NAME(result, name, parameters, arguments) #name,
+    DEVICE_FUNCTIONS(FUNCTION_NAME)
+#undef FUNCTION_NAME
+};
+
+constexpr int64_t kLongestDelayMs = 3'600'000;
+
+// Takes a number off the front of the text.
+int64_t take_number(std::string_view &text, int64_t least, int64_t most, const char *meaning)
+{
+    int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.begin(), text.end(), number);
+    if (error == std::errc::invalid_argument) {
+        throw Error(std::string("the ") + meaning + " is missing");
+    }
+    if (error != std::errc() || number < least || number > most) {
+        throw Error(std::string("the ") + meaning + " is not within " + std::to_string(least) +
+                    " to " + std::to_string(most));
+    }
+    text.remove_prefix(static_cast<size_t>(end - text.begin()));
+    return number;
+}
+
+bool take(std::string_view &text, std::string_view prefix)
+{
+    if (!text.starts_with(prefix)) {
+        return false;
+    }
+    text.remove_prefix(prefix.size());
+    return true;
+}
+
+Fault parse_fault(std::string_view text)
+{
+    Fault fault;
+    fault.result = static_cast<int32_t>(take_number(text, INT32_MIN, INT32_MAX, "result"));
+    if (take(text, "*")) {
+        fault.calls_left = take_number(text, 1, INT32_MAX, "count");
+    }
+    if (take(text, "@")) {
+        fault.delay = std::chrono::milliseconds(take_number(text, 0, kLongestDelayMs, "delay"));
+        if (!take(text, "ms")) {
+            throw Error("the delay needs \"ms\" behind it");
+        }
+    }
+    if (!text.empty()) {
+        throw Error("there is something behind the end, " + in_quotes(text));
+    }
+    return fault;
+}
+
+} // namespace
+
+void FaultPlan::add(std::string_view text)
+{
+    try {
+        const size_t equals = text.find('=');
+        if (equals == std::string_view::npos) {
+            throw Error("has to be FUNCTION=RESULT[*COUNT][@DELAYms]");
+        }
+        const std::string_view function = text.substr(0, equals);
+        if (std::ranges::find(kFunctions, function) == std::end(kFunctions)) {
+            throw Error("there is no such device function" + did_you_mean(function, kFunctions));
+        }
+        std::deque<Fault> &planned = faults_[std::string(function)];
+        if (!planned.empty() && !planned.back().calls_left) {
+            throw Error("is never reached: the one before it for this function has no count");
+        }
+        planned.push_back(parse_fault(text.substr(equals + 1)));
+    } catch (const Error &error) {
+        throw Error("fault " + in_quotes(text) + ": " + error.what());
+    }
+}
+
+std::optional<Fault> FaultPlan::next(const std::string &function)
+{
+    const auto planned = faults_.find(function);
+    if (planned == faults_.end() || planned->second.empty()) {
+        return std::nullopt;
+    }
+    const Fault fault = planned->second.front();
+    if (fault.calls_left && --*planned->second.front().calls_left == 0) {
+        planned->second.pop_front();
+    }
+    return fault;
+}
+
+} // namespace simulated_gateway

@@ -1,0 +1,92 @@
+// One simulated gateway: its state, its fault plan, its trace.
+#pragma once
+
+#include "core/device_call.h"
+#include "core/fault_plan.h"
+#include "core/trace.h"
+#include "firmware/store.h"
+#include "model/state_file.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simulated_gateway {
+
+struct Settings {
+    std::optional<std::string> scenario;
+    std::optional<std::string> state_file;
+    std::vector<std::string> faults;
+    std::optional<std::string> trace;
+    bool show_secrets = false;
+    std::optional<int64_t> fixed_time;       // seconds since 1970, else the clock runs
+    std::optional<std::string> firmware_key; // file
+    FetchLimits fetch_limits;
+};
+
+// The router of the state, as images are for it.
+FirmwareStore::Router router_of(const State &state);
+
+class Gateway {
+  public:
+    // Throws an Error when the settings do not hold.
+    explicit Gateway(const Settings &settings);
+
+    // As query(), setting() and long_work() in device_call.h.
+    int32_t query(const char *function, std::initializer_list<Argument> arguments,
+                  const std::function<int32_t(const State &)> &body);
+    int32_t setting(const char *function, std::initializer_list<Argument> arguments,
+                    const std::function<int32_t(State &)> &body);
+
+    int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
+                      const std::function<int32_t(Gateway &)> &body);
+
+    // For the bodies of long work: the state at this moment, and a step of change as in a setting,
+    // which throws an Error when the change did not take effect.
+    State state();
+    void change(const std::function<void(State &)> &body);
+    // Lets the time pass that something takes, unless the clock stands still; throws an Error when
+    // the gateway is closed meanwhile.
+    void wait(std::chrono::milliseconds time);
+    FirmwareStore &firmware() { return *firmware_; }
+    const WebLimits &web_limits() const { return web_limits_; }
+    // Lets downloads and uploads fail from now on, those that are under way as well.
+    void end_transfers();
+    void warn(const std::string &text);
+    // What it did last, as lines.
+    std::string recent() { return trace_.recent(); }
+
+    void power_cycle();
+    std::string bridge_mac();
+
+    // Lets every call fail from now on, and waits for the long work that is under way to end.
+    void end_calls();
+    // Saves the state and lets go of its file. No long work may be under way.
+    void close();
+
+  private:
+    using Lock = std::unique_lock<std::mutex>;
+    int32_t run(const char *function, std::initializer_list<Argument> arguments,
+                const std::function<int32_t(Lock &)> &body);
+    void keep(State changed);
+    std::string start_firmware(State &changed);
+    int64_t uptime() const;
+
+    Trace trace_;
+    const WebLimits web_limits_;
+    std::mutex mutex_; // guards everything below
+    std::condition_variable closing_;
+    bool closed_ = false;
+    int long_calls_ = 0; // under way
+    FaultPlan faults_;
+    std::optional<StateFile> state_file_;
+    std::optional<FirmwareStore> firmware_; // has a lock of its own
+    State state_;
+};
+
+} // namespace simulated_gateway

@@ -1,0 +1,34 @@
+// What the records of SSIDs and of guest networks have in common. Mode is a matter of the radio,
+// which all networks of its band share.
+#pragma once
+
+#include "core/device_call.h"
+
+namespace simulated_gateway {
+
+template <class Record> void put_network(Record &info, const Radio &radio, const Ssid &ssid)
+{
+    put(info.SSID, ssid.name);
+    put(info.PWD, ssid.password);
+    put(info.ENCRYPT, ssid.encryption);
+    put(info.Enable, ssid.enabled);
+    put(info.Mode, radio.standard);
+    put(info.AdvertisementEnable, !ssid.hidden);
+}
+
+// How long a password has to be, and which standards the radio has, the model says.
+template <class Record> void take_network(const Record &info, Home &home, Radio &radio, Ssid &ssid)
+{
+    ssid.name = taken("SSID", info.SSID, Text{33});
+    ssid.encryption = taken("ENCRYPT", info.ENCRYPT, kEncryptions);
+    ssid.password = ssid.encryption == kNoEncryption ? "" : taken_text("PWD", info.PWD);
+    if (is_given(info.Mode)) {
+        radio.standard = taken(info.Mode);
+    }
+    if (is_given(info.AdvertisementEnable)) {
+        ssid.hidden = !taken_flag("AdvertisementEnable", info.AdvertisementEnable);
+    }
+    switch_network(home, ssid, taken_flag("Enable", info.Enable));
+}
+
+} // namespace simulated_gateway

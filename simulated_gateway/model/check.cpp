@@ -1,0 +1,67 @@
+#include "model/check.h"
+
+#include "model/coherence.h"
+
+namespace simulated_gateway {
+namespace {
+
+// Holds every field against its rule.
+class RuleChecker {
+  public:
+    explicit RuleChecker(std::string path) : path_(std::move(path)) {}
+
+    template <class Value, class Rule>
+    void field(const char *name, const Value &value, const Rule &rule)
+    {
+        if (rule.presence == Presence::kOptional && value == Value()) {
+            return;
+        }
+        const std::string wrong = complaint(value, rule);
+        if (!wrong.empty()) {
+            refuse(path_ + "/" + name, wrong);
+        }
+    }
+    template <class Struct> void object(const char *name, const Struct &value)
+    {
+        RuleChecker inner(path_ + "/" + name);
+        Struct::describe(value, inner);
+    }
+    template <class Struct>
+    void list(const char *name, const std::vector<Struct> &values, size_t most)
+    {
+        if (values.size() > most) {
+            refuse(path_ + "/" + name, "holds more than " + std::to_string(most));
+        }
+        for (size_t at = 0; at < values.size(); ++at) {
+            RuleChecker inner(item(path_ + "/" + name, at));
+            Struct::describe(values[at], inner);
+        }
+    }
+
+  private:
+    std::string path_;
+};
+
+} // namespace
+
+void check(const Home &home)
+{
+    RuleChecker rules("");
+    Home::describe(home, rules);
+    check_coherence(home, "");
+}
+
+void check(const State &state)
+{
+    RuleChecker rules("");
+    State::describe(state, rules);
+    if (state.firmware.slot(state.firmware.running).version.empty()) {
+        refuse("/firmware/slot_" + std::to_string(state.firmware.running) + "/version",
+               "is missing, and it runs");
+    }
+    check_coherence(state.home, "/home");
+    check_coherence(state.factory, "/factory");
+    check_removed_hosts(state, "/removed_hosts");
+}
+
+} // namespace simulated_gateway

@@ -1,0 +1,13 @@
+// Whether a model holds: each field by its rule, and the fields by each other.
+#pragma once
+
+#include "model/model.h"
+
+namespace simulated_gateway {
+
+// Throws an Error that names the first field that does not hold, such as
+// "/lan/dhcp_pool/end: 192.168.1.5 lies before the start of the pool".
+void check(const Home &home);
+void check(const State &state);
+
+} // namespace simulated_gateway

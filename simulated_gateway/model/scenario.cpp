@@ -1,0 +1,44 @@
+#include "model/scenario.h"
+
+#include "embedded/scenario_files.h"
+#include "io/files.h"
+#include "model/document.h"
+
+#include <filesystem>
+
+namespace simulated_gateway {
+namespace {
+
+bool is_file(const std::string &name_or_file)
+{
+    return name_or_file.find('/') != std::string::npos || name_or_file.ends_with(".json");
+}
+
+} // namespace
+
+std::string scenario_name(const std::string &name_or_file)
+{
+    if (!is_file(name_or_file)) {
+        return name_or_file;
+    }
+    return std::filesystem::path(name_or_file).stem().string();
+}
+
+Home load_scenario(const std::string &name_or_file)
+{
+    if (is_file(name_or_file)) {
+        return read_document<Home>(name_or_file, read_file(name_or_file), kScenarioFormat);
+    }
+    std::string names;
+    for (const embedded::Text &scenario : embedded::scenario_files()) {
+        const std::string name = scenario_name(std::string(scenario.file_name));
+        if (name == name_or_file) {
+            return read_document<Home>(name, scenario.text, kScenarioFormat);
+        }
+        names += (names.empty() ? "" : ", ") + name;
+    }
+    throw Error("there is no scenario " + in_quotes(name_or_file) + "; built in: " + names +
+                "; a file is named with a '/' or ends in \".json\"");
+}
+
+} // namespace simulated_gateway

@@ -1,0 +1,186 @@
+#include "simulation/host_activity.h"
+
+#include "io/clock.h"
+#include "model/parental_control.h"
+#include "model/weekly_period.h"
+#include "simulation/chance.h"
+#include "simulation/host_place.h"
+
+namespace simulated_gateway {
+namespace {
+
+constexpr int64_t kSlotSeconds = 3600;
+
+bool is_in_slot(const Home &home, const Host &host, int64_t slot)
+{
+    if (host.presence_percent == 0) {
+        return true;
+    }
+    const uint64_t bits =
+        draw(home, Quantity::kPresence, source_of(host.mac), static_cast<uint64_t>(slot));
+    return static_cast<int64_t>(bits % 100) < host.presence_percent;
+}
+
+bool is_away(const Host &host)
+{
+    return !host.away_days.empty() &&
+           is_within({host.away_from, host.away_until, host.away_days}, now());
+}
+
+const Ssid *ssid_of(const Home &home, const Host &host)
+{
+    return host.ssid != 0 ? &home.ssids[static_cast<size_t>(host.ssid - 1)] : nullptr;
+}
+
+// How much of the home's traffic goes to devices of a kind, compared with others.
+struct Appetite {
+    std::string_view kind;
+    int64_t up;
+    int64_t down;
+};
+constexpr Appetite kAppetites[] = {
+    {"Computer", 40, 100}, {"Phone", 25, 60},    {"Tablet", 20, 80},
+    {"TV", 10, 250},       {"Console", 30, 150}, {"Camera", 120, 10},
+    {"Printer", 2, 2},     {"Speaker", 5, 30},   {"Other", 3, 3},
+};
+
+// The appetite of a device at this moment; none while it is offline.
+Rates appetite(const Home &home, const Host &host)
+{
+    if (!is_online(home, host)) {
+        return {};
+    }
+    constexpr int64_t most_percent = 60;
+    const auto &ordinary = *std::ranges::find(kAppetites, host.kind, &Appetite::kind);
+    const auto varied = [&](Quantity quantity, int64_t value) {
+        return value * (100 + deviation(home, quantity, source_of(host.mac), most_percent));
+    };
+    return {varied(Quantity::kHostUp, ordinary.up), varied(Quantity::kHostDown, ordinary.down)};
+}
+
+Rates sum_of_appetites(const State &state)
+{
+    return state.appetites.at(now(), [&] {
+        Rates sum;
+        for (const Host &host : state.home.hosts) {
+            const Rates one = appetite(state.home, host);
+            sum.up_kbps += one.up_kbps;
+            sum.down_kbps += one.down_kbps;
+        }
+        return sum;
+    });
+}
+
+int64_t share(int64_t of, int64_t part, int64_t whole)
+{
+    return whole == 0 ? 0 : of * part / whole;
+}
+
+// The rates of a device if it might as it likes.
+Rates wanted_by(const State &state, const Host &host, const Rates &sum)
+{
+    const Rates all = wanted_rates(state);
+    const Rates own = appetite(state.home, host);
+    return {share(all.up_kbps, own.up_kbps, sum.up_kbps),
+            share(all.down_kbps, own.down_kbps, sum.down_kbps)};
+}
+
+Rates allowed(const Home &home, const Host &host, const Rates &wanted)
+{
+    if (!has_access(home, host)) {
+        return {};
+    }
+    const int64_t limit = host.down_limit_kbps != 0 ? host.down_limit_kbps : INT64_MAX;
+    return {wanted.up_kbps, std::min(wanted.down_kbps, limit)};
+}
+
+} // namespace
+
+bool is_there(const Home &home, const Host &host)
+{
+    if (!host.online || is_away(host) || !is_in_slot(home, host, now() / kSlotSeconds)) {
+        return false;
+    }
+    const Ssid *ssid = ssid_of(home, host);
+    return ssid == nullptr || (ssid->enabled && radio_of(home, ssid->band)->enabled);
+}
+
+bool is_online(const Home &home, const Host &host)
+{
+    return is_there(home, host) && place_of(home, host).is_reached;
+}
+
+int64_t attached_since(const State &state, const Host &host)
+{
+    const Home &home = state.home;
+    if (!is_online(home, host)) {
+        return 0;
+    }
+    int64_t since = reached_since(state, place_of(home, host).router);
+    if (const Ssid *ssid = ssid_of(home, host)) {
+        since = std::max(since, ssid->on_since);
+    }
+    if (!host.away_days.empty()) {
+        since = std::max(since, last_end({host.away_from, host.away_until, host.away_days}, now()));
+    }
+    if (host.presence_percent != 0) {
+        int64_t slot = now() / kSlotSeconds;
+        while (slot * kSlotSeconds > since && is_in_slot(home, host, slot - 1)) {
+            --slot;
+        }
+        since = std::max(since, slot * kSlotSeconds);
+    }
+    return std::min(since, now()); // also when the clock has gone back
+}
+
+int64_t online_hosts(const Home &home)
+{
+    return std::ranges::count_if(home.hosts,
+                                 [&](const Host &host) { return is_online(home, host); });
+}
+
+int64_t online_wifi_clients(const Home &home)
+{
+    return std::ranges::count_if(
+        home.hosts, [&](const Host &host) { return host.ssid != 0 && is_online(home, host); });
+}
+
+int64_t protected_hosts(const Home &home)
+{
+    return std::ranges::count_if(home.hosts,
+                                 [&](const Host &host) { return is_protected(home, host.mac); });
+}
+
+bool has_access(const Home &home, const Host &host)
+{
+    return !host.blocked && !is_restricted(home, host.mac);
+}
+
+Rates rates_of(const State &state, const Host &host)
+{
+    return allowed(state.home, host, wanted_by(state, host, sum_of_appetites(state)));
+}
+
+Rates withheld_rates(const State &state)
+{
+    const Home &home = state.home;
+    const Rates sum = sum_of_appetites(state);
+    Rates withheld;
+    for (const Host &host : home.hosts) {
+        const Rates wanted = wanted_by(state, host, sum);
+        const Rates got = allowed(home, host, wanted);
+        withheld.up_kbps += wanted.up_kbps - got.up_kbps;
+        withheld.down_kbps += wanted.down_kbps - got.down_kbps;
+    }
+    return withheld;
+}
+
+int64_t signal_dbm(const State &state, const Host &host)
+{
+    if (host.ssid == 0 || !is_online(state.home, host)) {
+        return 0;
+    }
+    return received_dbm(state, source_of(host.mac), place_of(state.home, host).signal_dbm);
+}
+
+} // namespace simulated_gateway

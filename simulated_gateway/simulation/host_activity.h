@@ -1,0 +1,40 @@
+// What the attached devices do: who is there, who has access, and at which rates. The same home
+// gives the same at the same time.
+#pragma once
+
+#include "model/model.h"
+#include "simulation/measurements.h"
+
+namespace simulated_gateway {
+
+// The device with the MAC address, in the form of the model; null when there is none.
+template <class AnyHome> auto *host_with_mac(AnyHome &home, const std::string &mac)
+{
+    const auto found = std::ranges::find(home.hosts, mac, &Host::mac);
+    return found != home.hosts.end() ? &*found : nullptr;
+}
+
+// Whether it is at home at this moment, and the network that it has been on is there for it.
+bool is_there(const Home &home, const Host &host);
+
+// Whether it is attached to a router that is there for it as well.
+bool is_online(const Home &home, const Host &host);
+
+// Since when it is attached, in seconds since 1970; 0 while it is not.
+int64_t attached_since(const State &state, const Host &host);
+
+int64_t online_hosts(const Home &home);
+int64_t online_wifi_clients(const Home &home);
+int64_t protected_hosts(const Home &home);
+
+// Whether neither the user nor parental control keeps it from the Internet.
+bool has_access(const Home &home, const Host &host);
+
+// The rates of one device; and those that all devices together would have and may not.
+Rates rates_of(const State &state, const Host &host);
+Rates withheld_rates(const State &state);
+
+// The power at which it is received, in dBm; 0 unless it is online by radio.
+int64_t signal_dbm(const State &state, const Host &host);
+
+} // namespace simulated_gateway
