@@ -2,7 +2,7 @@
 """Sends a long mixture of commands through one `hgagent serve`, and fails when its private memory,
 its descriptors or its threads grow once it has settled.
 
-    scripts/soak.py [--commands 1000000] [--seed 1] [--build build/release]
+    tools/soak.py [--commands 1000000] [--seed 1] [--build build/release]
 
 The requests are the examples of protocol/commands in an order that a seed gives; some are repeated
 with keys missing, so that failures are part of the mixture. The workers are part of it too, but do

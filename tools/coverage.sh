@@ -13,4 +13,4 @@ scripts/build.sh coverage --target "${programs[@]}"
 for program in "${programs[@]}"; do
     "build/coverage/bin/$program" --gtest_brief=1
 done
-scripts/coverage_report.py build/coverage
+tools/coverage_report.py build/coverage

@@ -333,7 +333,7 @@ def main():
                     unexplained += 1
                     print(f"SURVIVED {PLUGIN.name}/{file}:{mutation.line}: {key[2]}\n"
                           f"{diff_of(mutation, texts[file])}\n"
-                          f"    scripts/mutate.py --only {mutation.name}", flush=True)
+                          f"    tools/mutate.py --only {mutation.name}", flush=True)
         counted = counts["killed"] + counts["survived"]
         print(f"{file}: {counts['killed']} of {counted} killed; not counted: "
               f"{counts['does not compile'] + counts['does not link']} that do not compile, "
