@@ -7,6 +7,7 @@
 #   --clang    also the other compiler, which builds the fuzzers
 #   --musl     also what builds the plug-in for another C library
 #   --packages also what builds and checks the Debian packages
+#   --all      all of these: whatever .ci/run and the tools need
 set -euo pipefail
 
 packages=(
@@ -17,6 +18,9 @@ packages=(
     strace valgrind
 )
 foreign=()
+if [ "$*" = --all ]; then
+    set -- --cross --checks --clang --musl --packages
+fi
 for option in "$@"; do
     case $option in
         --cross)
@@ -36,7 +40,7 @@ for option in "$@"; do
             packages+=(dpkg-dev fakeroot file lintian man-db)
             ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages]" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] | --all" >&2
             exit 2
             ;;
     esac

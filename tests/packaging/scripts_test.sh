@@ -38,6 +38,11 @@ expect '  dpkg --add-architecture mipsel'
 expect '  apt-get update'
 expect '  apt-get install .* libcjson-dev .* libcjson-dev:mipsel .*'
 [ ! -e "$work/installed" ] || fail 'apt-get was run'
+run install-deps.sh --all
+# Packages that one option alone installs.
+for package in clang-format-14 libclang-rt-14-dev libgtest-dev:mipsel lintian musl-tools; do
+    expect "missing packages: .* $package .*|missing packages: .* $package"
+done
 
 stand_in sudo 'echo "newcomer is not in the sudoers file"; exit 1'
 run install-deps.sh
