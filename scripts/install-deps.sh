@@ -46,6 +46,11 @@ for option in "$@"; do
     esac
 done
 
+if ! command -v dpkg >/dev/null; then
+    echo 'The packages are those of Debian 12, and there is no dpkg here. docs/dependencies.md says what they are for;' >&2
+    echo '.devcontainer/Dockerfile makes a container that has them.' >&2
+    exit 1
+fi
 native=$(dpkg --print-architecture)
 missing=()
 for package in "${packages[@]}" "${foreign[@]}"; do
