@@ -47,7 +47,7 @@ int run(const agent::Options &options)
     case agent::Subcommand::kDescribe:
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
-        return agent::run_conformance(options);
+        return agent::run_conformance(options.host, options.conformance);
     }
     return agent::kWrongUsage;
 }

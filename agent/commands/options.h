@@ -1,27 +1,16 @@
 // What the command line asks for.
 #pragma once
 
+#include "conformance/conformance.h"
+#include "host/options.h"
+#include "host/report_builders.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace agent {
-
-// Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
-// the gateway's environment and defaults.
-struct HostOptions {
-    std::string device; // path of the device library; empty: the one that is installed beside us
-    std::string plugin; // the same of the plug-in
-    std::optional<std::string> scenario;
-    std::optional<std::string> state;
-    std::vector<std::string> faults;
-    std::optional<std::string> trace;
-    bool show_secrets = false;
-    std::optional<std::string> firmware_folder;
-    std::optional<std::string> firmware_key;
-    bool verbose = false; // name all that a library lacks
-};
 
 struct CallOptions {
     std::string command;
@@ -41,13 +30,6 @@ struct NoticeOptions {
 struct TopologyOptions {
     bool ascii = false; // or with the lines that the locale has
     bool dot = false;   // for Graphviz
-};
-
-struct ConformanceOptions {
-    bool allow_writes = false;
-    std::vector<std::string> commands; // empty: all that can be undone
-    int32_t patience = 60;             // seconds for one check
-    std::string junit;                 // file; empty: none
 };
 
 enum class Subcommand {
@@ -76,8 +58,8 @@ struct Options {
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades
-    // Of the report that speaks of one router; the first entry of the tree is the main router.
-    std::string router_path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
+    // Of the report that speaks of one router.
+    std::string router_path = kMainRouterPath;
     std::string pattern;   // of list
     std::string described; // the command of describe
 };

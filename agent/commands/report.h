@@ -5,9 +5,6 @@
 
 namespace agent {
 
-// The report that speaks of one router.
-constexpr char kStations[] = "stations";
-
 // Lists the reports, or builds the one that was asked for and prints it. Result: the exit status.
 int run_report(const Options &options);
 

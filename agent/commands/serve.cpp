@@ -2,6 +2,7 @@
 
 #include "commands/notice.h"
 #include "host/device_reasons.h"
+#include "host/notice_receiver.h"
 #include "host/plugin_host.h"
 #include "host/progress.h"
 #include "host/workers.h"

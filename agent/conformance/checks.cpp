@@ -162,7 +162,7 @@ CheckResult run_report(const PluginHost &host, const std::string &name)
 {
     take_calls();
     const Json report(cJSON_CreateObject());
-    const int32_t result = build_report(host, name, Options().router_path, report.get());
+    const int32_t result = build_report(host, name, kMainRouterPath, report.get());
     return judge(result == 0 && status_of(report.get()) == kSuccess,
                  "result " + std::to_string(result), take_calls());
 }

@@ -3,6 +3,7 @@
 
 #include "conformance/result.h"
 #include "host/device_reasons.h"
+#include "host/device_watch.h"
 #include "host/plugin_host.h"
 
 #include <functional>

@@ -1,6 +1,5 @@
 // hg-conformance, the test of device libraries as a program of its own: what runs on a router,
 // where the reference agent's libraries are not. It does what "hgagent conformance" does.
-#include "commands/options.h"
 #include "conformance/conformance.h"
 #include "host/plugin_host.h"
 #include "host/workers.h"
@@ -81,10 +80,16 @@ std::optional<int32_t> number(const char *text, int32_t least, int32_t most)
     return static_cast<int32_t>(value);
 }
 
+struct Options {
+    agent::HostOptions host;
+    agent::ConformanceOptions conformance;
+    int32_t log_level = 3;
+};
+
 // Nothing when all has been said; then exit_status is what the process ends with.
-std::optional<agent::Options> parse(int count, char **words, int &exit_status)
+std::optional<Options> parse(int count, char **words, int &exit_status)
 {
-    agent::Options options;
+    Options options;
     agent::ConformanceOptions &conformance = options.conformance;
     std::optional<int32_t> patience = conformance.patience;
     std::optional<int32_t> level = options.log_level;
@@ -154,7 +159,7 @@ int run(int count, char **words)
             return exit_status;
         }
         agent::set_log({options->log_level, false});
-        return agent::run_conformance(*options);
+        return agent::run_conformance(options->host, options->conformance);
     } catch (const agent::HostError &problem) {
         agent::complain(problem.what(), kMaxHostError);
         return problem.status();

@@ -1,6 +1,7 @@
 #include "host/plugin_host.h"
 
 #include "host/device_trace.h"
+#include "host/device_watch.h"
 #include "host/library_file.h"
 #include "io/text.h"
 #include "protocol/device_layout.h"

@@ -209,13 +209,8 @@ struct State {
     }
 };
 
-// Starts the router anew with the home as it is, and with the firmware that is to be next.
-void boot(State &state);
+// Runs the firmware that is to be next.
 void start_firmware(State &state);
-
-// What the clock brings about: ports count what they have carried, guest networks that have come on
-// start their time and go off at its end, removed hosts attach anew.
-void let_time_pass(State &state);
 
 // The radio of a band; null when there is none.
 template <class AnyHome> auto *radio_of(AnyHome &home, const std::string &band)

@@ -1,4 +1,4 @@
-#include "io/send_text.h"
+#include "firmware/send_text.h"
 
 #include "io/text.h"
 

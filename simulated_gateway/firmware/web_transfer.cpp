@@ -1,4 +1,4 @@
-#include "io/web_transfer.h"
+#include "firmware/web_transfer.h"
 
 #include "io/files.h"
 #include "model/rules.h"

@@ -1,7 +1,7 @@
 // Sending a text to an address.
 #pragma once
 
-#include "io/web_transfer.h"
+#include "firmware/web_transfer.h"
 
 #include <functional>
 #include <string>
