@@ -1,7 +1,6 @@
 #include "conformance/worker.h"
 
 #include "conformance/checks.h"
-#include "conformance/report.h"
 #include "io/text.h"
 
 #include <algorithm>

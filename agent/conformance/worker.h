@@ -2,7 +2,7 @@
 // check gets another one.
 #pragma once
 
-#include "conformance/result.h"
+#include "conformance/report.h"
 #include "host/options.h"
 #include "io/streams.h"
 

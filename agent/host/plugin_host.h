@@ -50,7 +50,7 @@ class DeviceLibrary {
 
     void *library_;
     DeviceTrace *trace_ = nullptr;
-    bool is_watched_ = false;
+    bool has_watcher_ = false;
     void (*close_)() = nullptr;
 };
 

@@ -1,4 +1,4 @@
-#include "model/coherence.h"
+#include "model/consistency.h"
 
 namespace simulated_gateway {
 namespace {
@@ -90,7 +90,7 @@ void Addresses::claim_mac(const std::string &mac, const std::string &path)
     claim(macs_, mac, path);
 }
 
-void check_coherence(const Home &home, const std::string &path)
+void check_consistency(const Home &home, const std::string &path)
 {
     Addresses addresses(home.lan);
     check_schedules(home, path);

@@ -1,4 +1,4 @@
-#include "model/coherence.h"
+#include "model/consistency.h"
 #include "model/radio_channels.h"
 
 namespace simulated_gateway {

@@ -2,7 +2,7 @@
 // then the child routers, numbered from 1.
 #include "device/attached_device.h"
 #include "device/child_router_record.h"
-#include "simulation/host_place.h"
+#include "simulation/host_activity.h"
 
 #include <charconv>
 

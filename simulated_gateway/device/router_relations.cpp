@@ -7,7 +7,6 @@
 #include "device/attached_device.h"
 #include "device/child_router_record.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -1,8 +1,8 @@
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
 
 #include "io/clock.h"
-#include "simulation/chance.h"
 #include "simulation/host_activity.h"
+#include "simulation/random.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
-// Chance, by the seed of the ordinary day: the same home draws the same at the same time.
+// Random draws from the seed of the ordinary day: the same home draws the same at the same time.
 #pragma once
 
 #include "model/model.h"
 
 namespace simulated_gateway {
 
-// What varies by chance, each by itself.
+// What varies at random, each by itself.
 enum class Quantity : uint64_t {
     kCpu = 1,
     kMemory,
@@ -22,7 +22,7 @@ enum class Quantity : uint64_t {
     kLinkSpeed
 };
 
-// What tells devices apart where chance is concerned.
+// The source of a device's draws.
 uint64_t source_of(const std::string &mac);
 
 // Bits at random, for one of the sources of a quantity in a slot of time.

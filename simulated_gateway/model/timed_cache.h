@@ -8,11 +8,11 @@ namespace simulated_gateway {
 
 // A copy has forgotten it: states are copied to be changed. Whoever changes a state asks for such
 // values only afterwards.
-template <class Value> class Remembered {
+template <class Value> class TimedCache {
   public:
-    Remembered() = default;
-    Remembered(const Remembered &) noexcept {}
-    Remembered &operator=(const Remembered &) noexcept
+    TimedCache() = default;
+    TimedCache(const TimedCache &) noexcept {}
+    TimedCache &operator=(const TimedCache &) noexcept
     {
         value_.reset();
         return *this;

@@ -1,4 +1,4 @@
-#include "model/coherence.h"
+#include "model/consistency.h"
 #include "model/port_names.h"
 #include "model/traffic_type.h"
 

@@ -1,15 +1,15 @@
-#include "model/remembered.h"
+#include "model/timed_cache.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using simulated_gateway::Remembered;
+using simulated_gateway::TimedCache;
 
-class RememberedTest : public testing::Test {
+class TimedCacheTest : public testing::Test {
   protected:
     // The value at a time, which is made anew each time that it is made.
-    int at(Remembered<int> &value, int64_t time)
+    int at(TimedCache<int> &value, int64_t time)
     {
         return value.at(time, [&] { return ++made_; });
     }
@@ -18,9 +18,9 @@ class RememberedTest : public testing::Test {
     int made_ = 0;
 };
 
-TEST_F(RememberedTest, IsMadeOnceForATime)
+TEST_F(TimedCacheTest, IsMadeOnceForATime)
 {
-    Remembered<int> value;
+    TimedCache<int> value;
     EXPECT_EQ(at(value, 0), 1);
     EXPECT_EQ(at(value, 0), 1);
     EXPECT_EQ(at(value, 7), 2);
@@ -28,11 +28,11 @@ TEST_F(RememberedTest, IsMadeOnceForATime)
     EXPECT_EQ(at(value, 0), 3);
 }
 
-TEST_F(RememberedTest, ACopyHasForgottenIt)
+TEST_F(TimedCacheTest, ACopyHasForgottenIt)
 {
-    Remembered<int> value;
+    TimedCache<int> value;
     EXPECT_EQ(at(value, 0), 1);
-    Remembered<int> copy = value;
+    TimedCache<int> copy = value;
     EXPECT_EQ(at(copy, 0), 2);
     EXPECT_EQ(at(value, 0), 1);
     value = copy;

@@ -1,4 +1,4 @@
-#include "simulation/chance.h"
+#include "simulation/random.h"
 
 #include "io/clock.h"
 

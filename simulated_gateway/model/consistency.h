@@ -30,7 +30,7 @@ class Addresses {
 };
 
 // Everything; path is that of the home.
-void check_coherence(const Home &home, const std::string &path);
+void check_consistency(const Home &home, const std::string &path);
 
 // Its parts.
 void check_wans(const Home &home, const std::string &path);
