@@ -24,11 +24,13 @@ namespace agent {
 namespace {
 
 // What a line is answered with: texts that follow each other. Those that are no constants of the
-// program are the line's, or the answer's own.
+// program are the line's, the printer's, or the answer's own.
 struct Answer {
     std::string_view id = "null";
     std::string_view begin;
     std::string own;
+    std::string_view reply;
+    std::string reasons;
 };
 
 constexpr std::string_view kNoMemory =
@@ -52,7 +54,7 @@ std::string member_of(const std::vector<std::string> &reasons)
 }
 
 void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
-         Answer &answer)
+         ReplyPrinter &printer, Answer &answer)
 {
     if (!call.error.empty()) {
         set_error(answer, call.error);
@@ -68,12 +70,11 @@ void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool
         }
         answer.own = std::to_string(result) + R"(,"reply":)";
         // Printed anew, a number might lose a digit.
-        answer.own += result == HG_NO_SUCH_COMMAND
-                          ? call.params_text
-                          : print(call.params.get(), {.raw_bytes = raw_bytes});
+        answer.reply = result == HG_NO_SUCH_COMMAND ? call.params_text
+                                                    : printer.print(call.params.get(), raw_bytes);
     }
     if (reasons != nullptr) {
-        answer.own += "," + member_of(reasons->take());
+        answer.reasons = "," + member_of(reasons->take());
     }
     answer.begin = R"(,"result":)";
 }
@@ -88,7 +89,7 @@ bool is_memory_short()
 }
 
 Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *reasons,
-                 bool raw_bytes)
+                 bool raw_bytes, ReplyPrinter &printer)
 {
     Answer answer;
     answer.begin = kNoMemory; // as above
@@ -101,7 +102,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
         try {
             const Call call = parse_call(line);
             answer.id = call.id;
-            run(call, host, reasons, raw_bytes, answer);
+            run(call, host, reasons, raw_bytes, printer, answer);
         } catch (const BadRequest &problem) {
             set_error(answer, problem.what());
         } catch (const HostError &problem) {
@@ -109,6 +110,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
         }
     } catch (const std::bad_alloc &) {
         answer.own.clear();
+        answer.reply = {};
         if (reasons != nullptr) {
             reasons->take(); // they are not those of the next command
         }
@@ -137,6 +139,7 @@ void answer_lines(const Options &options, const PluginHost &host, CommandReasons
     const std::string too_long =
         R"({"id":null,"error":"the line is longer than )" + std::to_string(max_line) + " bytes\"}";
     LineReader reader(stop, max_line);
+    ReplyPrinter printer;
     std::string_view line;
     for (;;) {
         const LineReader::Result read = reader.next(line);
@@ -149,10 +152,13 @@ void answer_lines(const Options &options, const PluginHost &host, CommandReasons
             }
             continue;
         }
-        const Answer answer = answer_to(line, host, reasons, options.raw_bytes);
-        if (!output.write({R"({"id":)", answer.id, answer.begin, answer.own, "}\n"}, &stop)) {
+        const Answer answer = answer_to(line, host, reasons, options.raw_bytes, printer);
+        if (!output.write({R"({"id":)", answer.id, answer.begin, answer.own, answer.reply,
+                           answer.reasons, "}\n"},
+                          &stop)) {
             return;
         }
+        printer.forget();
     }
 }
 

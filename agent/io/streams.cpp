@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <sys/uio.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -220,18 +221,30 @@ size_t size_of(std::initializer_list<std::string_view> pieces)
     return size;
 }
 
-// Copies of what the pieces are together, from the place on, as much as there is room for. Result:
-// how much.
-size_t copy_from(std::initializer_list<std::string_view> pieces, size_t place, std::span<char> to)
+// What is written at once: parts of pieces, no more than a pipe that is ready takes without
+// waiting.
+struct Portion {
+    std::array<iovec, 8> parts;
+    int count = 0;
+};
+
+// The pieces together, from the place on, as much as fits.
+Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place)
 {
-    size_t copied = 0;
+    Portion portion;
+    size_t room = PIPE_BUF;
     for (const std::string_view piece : pieces) {
-        if (place < piece.size()) {
-            copied += piece.copy(to.data() + copied, to.size() - copied, place);
+        const size_t skipped = std::min(place, piece.size());
+        const size_t length = std::min(piece.size() - skipped, room);
+        place -= skipped;
+        if (length > 0 && static_cast<size_t>(portion.count) < portion.parts.size()) {
+            // writev() takes what it does not change by a pointer to what it might
+            portion.parts[static_cast<size_t>(portion.count++)] = {
+                const_cast<char *>(piece.data()) + skipped, length};
+            room -= length;
         }
-        place -= std::min(place, piece.size());
     }
-    return copied;
+    return portion;
 }
 
 } // namespace
@@ -251,18 +264,13 @@ bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const St
         if (given_up_) {
             return false;
         }
-        // A pipe that is ready takes so much without waiting; more could wait for ever.
-        char portion[PIPE_BUF];
-        const size_t length = copy_from(pieces, done, portion);
-        const ssize_t written = ::write(descriptor_, portion, length);
-        const int reason = errno;
-        explicit_bzero(portion, length); // replies tell passwords
+        const Portion portion = portion_of(pieces, done); // more could wait for ever
+        const ssize_t written = writev(descriptor_, portion.parts.data(), portion.count);
         if (written >= 0) {
             done += static_cast<size_t>(written);
-        } else if (reason == EPIPE || reason == EBADF) {
+        } else if (errno == EPIPE || errno == EBADF) {
             return false;
-        } else if (reason != EINTR && reason != EAGAIN) {
-            errno = reason;
+        } else if (errno != EINTR && errno != EAGAIN) {
             fail("cannot write to standard output");
         }
     }

@@ -29,15 +29,21 @@ int64_t number_of(const char *name, const std::string &text)
     return number;
 }
 
-void put_text(std::span<char> field, const std::string &text)
+void put_text(std::span<char> field, std::string_view text)
 {
-    const std::string &shown = text.empty() ? kNoValue : text;
-    std::string_view fitting = shown;
+    std::string_view fitting = text.empty() ? kNoValue : text;
     if (fitting.size() >= field.size()) {
         fitting = whole_letters(fitting.substr(0, field.size() - 1));
     }
     std::ranges::copy(fitting, field.begin());
     field[fitting.size()] = '\0';
+}
+
+void put_number(std::span<char> field, int64_t number)
+{
+    char digits[24];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+    put_text(field, {digits, end});
 }
 
 } // namespace simulated_gateway

@@ -9,6 +9,8 @@
 #include <new>
 #include <span>
 #include <string>
+#include <string_view>
+#include <type_traits>
 
 namespace simulated_gateway {
 
@@ -34,15 +36,20 @@ constexpr char kNoValue[] = "NULL";
 
 // Puts a text into a record's field, cut at its width behind a whole letter; without one it
 // says that there is no value.
-void put_text(std::span<char> field, const std::string &text);
-template <size_t width> void put(char (&field)[width], const std::string &text)
+void put_text(std::span<char> field, std::string_view text);
+template <size_t width> void put(char (&field)[width], std::string_view text)
 {
     put_text(field, text);
 }
 // A number, or a flag as "1" or "0".
+void put_number(std::span<char> field, int64_t number);
 template <size_t width, std::integral Number> void put(char (&field)[width], Number value)
 {
-    put_text(field, std::to_string(value));
+    if constexpr (std::is_same_v<Number, bool>) {
+        put_text(field, value ? "1" : "0");
+    } else {
+        put_number(field, value);
+    }
 }
 
 // A text that comes in by a record's field: read no further than the field, and without the part of

@@ -2,9 +2,12 @@
 
 #include "io/text.h"
 
+#include <charconv>
 #include <fcntl.h>
+#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace simulated_gateway {
 namespace {
@@ -17,6 +20,12 @@ FileDescriptor open_trace(const std::string &file)
     // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
     return FileDescriptor(::open(
         file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
+}
+
+void append_number(std::string &line, int64_t number)
+{
+    char digits[24];
+    line.append(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
 }
 
 } // namespace
@@ -37,29 +46,59 @@ Trace::~Trace()
     output_.finish();
 }
 
+// Opens a line.
+static void append_time(std::string &line, int64_t uptime)
+{
+    line += '[';
+    append_number(line, uptime);
+    line += "] ";
+}
+
+static void append_outcome(std::string &line, const Trace::Call &call)
+{
+    line += " = ";
+    append_number(line, call.result);
+    line += " in ";
+    append_number(line, call.duration.count());
+    line += " us";
+    if (!call.note.empty()) {
+        line += ", " + call.note;
+    }
+}
+
 void Trace::call(int64_t uptime, const Call &call) noexcept
 try {
-    const std::string outcome = outcome_of(call);
-    remember(uptime, call.function + outcome);
+    constexpr size_t usual_size = 63;
+    std::string line;
+    line.reserve(usual_size);
+    append_time(line, uptime);
+    line += call.function;
+    append_outcome(line, call);
+    remember(std::move(line));
     if (is_on()) {
-        write(uptime, call.function + arguments_of(call) + outcome);
+        std::string whole;
+        append_time(whole, uptime);
+        whole += call.function;
+        append_arguments(whole, call);
+        append_outcome(whole, call);
+        write(whole);
     }
 } catch (const std::exception &) {
 }
 
 void Trace::event(int64_t uptime, const char *text, const char *note) noexcept
 try {
-    const std::string whole = text + std::string(*note != '\0' ? ", " : "") + note;
-    remember(uptime, whole);
+    std::string line;
+    append_time(line, uptime);
+    line += text;
+    if (*note != '\0') {
+        line += std::string(", ") + note;
+    }
+    remember(line);
     if (is_on()) {
-        write(uptime, whole);
+        write(line);
     }
 } catch (const std::exception &) {
-}
-
-static std::string line_of(int64_t uptime, const std::string &text)
-{
-    return "[" + std::to_string(uptime) + "] " + text;
 }
 
 std::string Trace::recent()
@@ -72,9 +111,9 @@ std::string Trace::recent()
     return lines;
 }
 
-std::string Trace::arguments_of(const Call &call) const
+void Trace::append_arguments(std::string &text, const Call &call) const
 {
-    std::string text = "(";
+    text += '(';
     const char *separator = "";
     for (const Argument &argument : call.arguments) {
         text += separator;
@@ -89,28 +128,20 @@ std::string Trace::arguments_of(const Call &call) const
             text += argument.shown(argument.value, show_secrets_);
         }
     }
-    return text + ")";
+    text += ')';
 }
 
-std::string Trace::outcome_of(const Call &call)
+void Trace::write(const std::string &text)
 {
-    const std::string text = " = " + std::to_string(call.result) + " in " +
-                             std::to_string(call.duration.count()) + " us";
-    return call.note.empty() ? text : text + ", " + call.note;
-}
-
-void Trace::write(int64_t uptime, const std::string &text)
-{
-    const std::string line = printable(line_of(uptime, text)) + "\n";
+    const std::string line = printable(text) + "\n";
     const std::lock_guard lock(mutex_);
     const WithoutWriteSignals without_signals;
     output_.write({line});
 }
 
-void Trace::remember(int64_t uptime, const std::string &text)
+void Trace::remember(std::string line)
 {
     constexpr size_t most_bytes = 64U << 10;
-    std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
     recent_size_ += line.size();
     recent_.push_back(std::move(line));

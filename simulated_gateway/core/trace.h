@@ -42,10 +42,9 @@ class Trace {
     std::string recent();
 
   private:
-    std::string arguments_of(const Call &call) const;
-    static std::string outcome_of(const Call &call);
-    void write(int64_t uptime, const std::string &text);
-    void remember(int64_t uptime, const std::string &text);
+    void append_arguments(std::string &text, const Call &call) const;
+    void write(const std::string &text);
+    void remember(std::string line);
 
     FileDescriptor file_;
     bool show_secrets_ = false;

@@ -5,6 +5,8 @@
 #include "model/weekly_period.h"
 #include "simulation/random.h"
 
+#include <optional>
+
 namespace simulated_gateway {
 namespace {
 
@@ -103,15 +105,16 @@ constexpr Demand kDemands[] = {
 };
 
 // The demand of a device at this moment; none while it is offline.
-Rates demand(const Home &home, const Host &host)
+Rates demand(const Home &home, const Host &host, bool online)
 {
-    if (!is_online(home, host)) {
+    if (!online) {
         return {};
     }
     constexpr int64_t most_percent = 60;
     const auto &ordinary = *std::ranges::find(kDemands, host.kind, &Demand::kind);
+    const uint64_t source = source_of(host.mac);
     const auto varied = [&](Quantity quantity, int64_t value) {
-        return value * (100 + deviation(home, quantity, source_of(host.mac), most_percent));
+        return value * (100 + deviation(home, quantity, source, most_percent));
     };
     return {varied(Quantity::kHostUp, ordinary.up), varied(Quantity::kHostDown, ordinary.down)};
 }
@@ -121,7 +124,7 @@ Rates total_demand(const State &state)
     return state.total_demand.at(now(), [&] {
         Rates sum;
         for (const Host &host : state.home.hosts) {
-            const Rates one = demand(state.home, host);
+            const Rates one = demand(state.home, host, is_online(state.home, host));
             sum.up_kbps += one.up_kbps;
             sum.down_kbps += one.down_kbps;
         }
@@ -135,10 +138,10 @@ int64_t share(int64_t of, int64_t part, int64_t whole)
 }
 
 // The rates of a device if it might as it likes.
-Rates wanted_by(const State &state, const Host &host, const Rates &sum)
+Rates wanted_by(const State &state, const Host &host, bool online, const Rates &sum)
 {
     const Rates all = wanted_rates(state);
-    const Rates own = demand(state.home, host);
+    const Rates own = demand(state.home, host, online);
     return {share(all.up_kbps, own.up_kbps, sum.up_kbps),
             share(all.down_kbps, own.down_kbps, sum.down_kbps)};
 }
@@ -150,6 +153,46 @@ Rates allowed(const Home &home, const Host &host, const Rates &wanted)
     }
     const int64_t limit = host.down_limit_kbps != 0 ? host.down_limit_kbps : INT64_MAX;
     return {wanted.up_kbps, std::min(wanted.down_kbps, limit)};
+}
+
+Rates rates_of(const State &state, const Host &host, bool online)
+{
+    return allowed(state.home, host, wanted_by(state, host, online, total_demand(state)));
+}
+
+// Where a device is attached at this moment; nothing while it is not.
+std::optional<Place> attachment_of(const Home &home, const Host &host)
+{
+    if (!is_there(home, host)) {
+        return std::nullopt;
+    }
+    const Place place = place_of(home, host);
+    return place.is_reached ? std::optional(place) : std::nullopt;
+}
+
+int64_t attached_since(const State &state, const Host &host, const Place &place)
+{
+    const Home &home = state.home;
+    int64_t since = reached_since(state, place.router);
+    if (const Ssid *ssid = ssid_of(home, host)) {
+        since = std::max(since, ssid->on_since);
+    }
+    if (!host.away_days.empty()) {
+        since = std::max(since, last_end({host.away_from, host.away_until, host.away_days}, now()));
+    }
+    if (host.presence_percent != 0) {
+        int64_t slot = now() / kSlotSeconds;
+        while (slot * kSlotSeconds > since && is_in_slot(home, host, slot - 1)) {
+            --slot;
+        }
+        since = std::max(since, slot * kSlotSeconds);
+    }
+    return std::min(since, now()); // also when the clock has gone back
+}
+
+int64_t signal_dbm(const State &state, const Host &host, const Place &place)
+{
+    return host.ssid != 0 ? received_dbm(state, source_of(host.mac), place.signal_dbm) : 0;
 }
 
 } // namespace
@@ -168,10 +211,11 @@ Place place_of(const Home &home, const Host &host)
     if (host.roams) {
         return best_place(home, host);
     }
+    if (host.router == home.identity.mac) {
+        return {nullptr, true, host.signal_dbm};
+    }
     const ChildRouter *router = child_router_with_mac(home, host.router);
-    const bool is_reached =
-        router != nullptr ? is_active(home, *router) : host.router == home.identity.mac;
-    return {router, is_reached, host.signal_dbm};
+    return {router, router != nullptr && is_active(home, *router), host.signal_dbm};
 }
 
 std::vector<const Host *> hosts_at(const Home &home, const ChildRouter *router)
@@ -187,30 +231,24 @@ std::vector<const Host *> hosts_at(const Home &home, const ChildRouter *router)
 
 bool is_online(const Home &home, const Host &host)
 {
-    return is_there(home, host) && place_of(home, host).is_reached;
+    return attachment_of(home, host).has_value();
+}
+
+Activity activity_of(const State &state, const Host &host)
+{
+    const std::optional<Place> place = attachment_of(state.home, host);
+    Activity activity = {place.has_value(), 0, rates_of(state, host, place.has_value()), 0};
+    if (place) {
+        activity.attached_since = attached_since(state, host, *place);
+        activity.signal_dbm = signal_dbm(state, host, *place);
+    }
+    return activity;
 }
 
 int64_t attached_since(const State &state, const Host &host)
 {
-    const Home &home = state.home;
-    if (!is_online(home, host)) {
-        return 0;
-    }
-    int64_t since = reached_since(state, place_of(home, host).router);
-    if (const Ssid *ssid = ssid_of(home, host)) {
-        since = std::max(since, ssid->on_since);
-    }
-    if (!host.away_days.empty()) {
-        since = std::max(since, last_end({host.away_from, host.away_until, host.away_days}, now()));
-    }
-    if (host.presence_percent != 0) {
-        int64_t slot = now() / kSlotSeconds;
-        while (slot * kSlotSeconds > since && is_in_slot(home, host, slot - 1)) {
-            --slot;
-        }
-        since = std::max(since, slot * kSlotSeconds);
-    }
-    return std::min(since, now()); // also when the clock has gone back
+    const std::optional<Place> place = attachment_of(state.home, host);
+    return place ? attached_since(state, host, *place) : 0;
 }
 
 int64_t online_hosts(const Home &home)
@@ -238,7 +276,7 @@ bool has_access(const Home &home, const Host &host)
 
 Rates rates_of(const State &state, const Host &host)
 {
-    return allowed(state.home, host, wanted_by(state, host, total_demand(state)));
+    return rates_of(state, host, is_online(state.home, host));
 }
 
 Rates withheld_rates(const State &state)
@@ -247,7 +285,7 @@ Rates withheld_rates(const State &state)
     const Rates sum = total_demand(state);
     Rates withheld;
     for (const Host &host : home.hosts) {
-        const Rates wanted = wanted_by(state, host, sum);
+        const Rates wanted = wanted_by(state, host, is_online(home, host), sum);
         const Rates got = allowed(home, host, wanted);
         withheld.up_kbps += wanted.up_kbps - got.up_kbps;
         withheld.down_kbps += wanted.down_kbps - got.down_kbps;
@@ -257,10 +295,8 @@ Rates withheld_rates(const State &state)
 
 int64_t signal_dbm(const State &state, const Host &host)
 {
-    if (host.ssid == 0 || !is_online(state.home, host)) {
-        return 0;
-    }
-    return received_dbm(state, source_of(host.mac), place_of(state.home, host).signal_dbm);
+    const std::optional<Place> place = attachment_of(state.home, host);
+    return place ? signal_dbm(state, host, *place) : 0;
 }
 
 } // namespace simulated_gateway

@@ -36,6 +36,15 @@ std::vector<const Host *> hosts_at(const Home &home, const ChildRouter *router);
 // Whether it is attached to a router that is there for it as well.
 bool is_online(const Home &home, const Host &host);
 
+// What follows of it, all at once; each can be had by itself below.
+struct Activity {
+    bool online = false;
+    int64_t attached_since = 0;
+    Rates rates;
+    int64_t signal_dbm = 0;
+};
+Activity activity_of(const State &state, const Host &host);
+
 // Since when it is attached, in seconds since 1970; 0 while it is not.
 int64_t attached_since(const State &state, const Host &host);
 
