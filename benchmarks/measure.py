@@ -1,7 +1,9 @@
 """Counts instructions and heap allocations with callgrind. As a program it checks that the plug-in keeps what is
-promised of them: measure.py handlers|elements|dispatch PROGRAM."""
+promised of them: measure.py handlers|elements|dispatch|serving PROGRAM."""
 
 import dataclasses
+import json
+import os
 import pathlib
 import re
 import subprocess
@@ -13,6 +15,8 @@ MOST_ALLOCATIONS = 0.70
 MOST_GROWTH = 0.05  # of what an element of a list costs, from the shorter list to the longer one
 FLAT_SIZES = (100, 100_000)
 MOST_FOR_A_NAME = 6  # a binary search takes up to seven comparisons
+MOST_FOR_A_REQUEST = 15_000  # to serve, GET_SN_INFO
+MOST_FOR_A_HOST = 40_000  # of a list of serve's
 
 ALLOCATORS = {"malloc", "calloc", "realloc"}
 
@@ -47,12 +51,13 @@ def read_profile(path):
     return label, Cost(instructions, allocations)
 
 
-def count(command, *options, stdin=None):
+def count(command, *options, stdin=None, environment=None):
     """The costs of each profile that the program writes, by label, in the order in which it writes them."""
     with tempfile.TemporaryDirectory() as directory:
         profile = pathlib.Path(directory) / "profile"
         subprocess.run(["valgrind", "--tool=callgrind", "--quiet", f"--callgrind-out-file={profile}",
-                        *options, *command], check=True, stdin=stdin, stdout=subprocess.DEVNULL)
+                        *options, *command], check=True, stdin=stdin, stdout=subprocess.DEVNULL,
+                       env=environment)
         parts = sorted(pathlib.Path(directory).glob("profile.*"), key=lambda path: int(path.suffix[1:]))
         return dict(map(read_profile, parts + [profile]))
 
@@ -69,6 +74,33 @@ def count_sides(program, which, sizes):
     costs = count_parts(program, which, *map(str, sizes))
     cases = dict.fromkeys(label.split("|")[0] for label in costs)
     return {case: (costs[f"{case}|plug-in"], costs[f"{case}|floor"]) for case in cases}
+
+
+def count_serving(agent, command, few, many, *options):
+    """The instructions that one more request takes of an agent that serves, and the length of the list in the reply;
+    on a New Year's noon, so that the home is always the same."""
+    request = json.dumps({"id": 1, "command": command}).encode() + b"\n"
+    server = [agent, *options, "serve"]
+    environment = os.environ | {"SIMULATED_GATEWAY_TIME": "1767268800"}
+
+    def instructions(requests):
+        with tempfile.TemporaryFile() as lines:
+            lines.write(requests * request)
+            lines.seek(0)
+            return count(server, stdin=lines, environment=environment)[None].instructions
+
+    answer = json.loads(subprocess.run(server, input=request, stdout=subprocess.PIPE, env=environment, check=True).stdout)
+    elements = sum(len(value) for value in answer["reply"].values() if isinstance(value, list))
+    return (instructions(many) - instructions(few)) / (many - few), elements
+
+
+def count_serving_record(agent):
+    return count_serving(agent, "GET_SN_INFO", 100, 1_100)[0]
+
+
+def count_serving_list(agent):
+    """The instructions, and the hosts of the list."""
+    return count_serving(agent, "GET_AD_BASE_INFO", 2, 12, "--scenario", "crowded_mesh")
 
 
 def check_handlers(program):
@@ -108,8 +140,17 @@ def check_dispatch(program):
     return ratio > MOST_FOR_A_NAME
 
 
+def check_serving(program):
+    record = count_serving_record(program)
+    whole_list, hosts = count_serving_list(program)
+    print(f"GET_SN_INFO: {record:,.0f} instructions; GET_AD_BASE_INFO: {whole_list:,.0f}, "
+          f"{whole_list / hosts:,.0f} for each of {hosts} hosts")
+    return record > MOST_FOR_A_REQUEST or whole_list / hosts > MOST_FOR_A_HOST
+
+
 def main(what, program):
-    checks = {"handlers": check_handlers, "elements": check_elements, "dispatch": check_dispatch}
+    checks = {"handlers": check_handlers, "elements": check_elements, "dispatch": check_dispatch,
+              "serving": check_serving}
     return 1 if checks[what](program) else 0
 
 

@@ -8,7 +8,6 @@ import platform
 import re
 import subprocess
 import sys
-import tempfile
 
 import measure
 
@@ -109,13 +108,6 @@ def processes(build):
               tuple(processor_time(command) for command in commands))
 
 
-def instructions_of_serving(server, requests):
-    with tempfile.TemporaryFile() as lines:
-        lines.write(requests * REQUEST)
-        lines.seek(0)
-        return measure.count(server, stdin=lines)[None].instructions
-
-
 def time_of_serving(server, requests):
     """The processor's, on one core, for a client that waits for each answer before it asks again."""
     def used():
@@ -137,11 +129,12 @@ def time_of_serving(server, requests):
 
 def serving(build):
     """A request to an agent that serves, and the same command within the process."""
-    server = [build / "bin/hgagent", "serve"]
-    few, many = (instructions_of_serving(server, number) for number in (100, 1_100))
+    agent = build / "bin/hgagent"
     within = times_of(build, "--benchmark_filter=^GET_SN_INFO.plug-in.whole")
-    yield row("hgagent serve, for each GET_SN_INFO; beside, within the process", (many - few) / 1_000,
-              times=(time_of_serving(server, 20_000), *within.values()))
+    yield row("hgagent serve, for each GET_SN_INFO; beside, within the process", measure.count_serving_record(agent),
+              times=(time_of_serving([agent, "serve"], 20_000), *within.values()))
+    instructions, hosts = measure.count_serving_list(agent)
+    yield row(f"hgagent serve, for each GET_AD_BASE_INFO, {hosts} hosts", instructions)
 
 
 MEASUREMENTS = [handlers, dispatch, loading, processes, serving]

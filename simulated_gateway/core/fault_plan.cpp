@@ -85,7 +85,7 @@ void FaultPlan::add(std::string_view text)
     }
 }
 
-std::optional<Fault> FaultPlan::next(const std::string &function)
+std::optional<Fault> FaultPlan::next(std::string_view function)
 {
     const auto planned = faults_.find(function);
     if (planned == faults_.end() || planned->second.empty()) {

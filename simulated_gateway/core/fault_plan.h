@@ -24,10 +24,10 @@ class FaultPlan {
     void add(std::string_view text);
 
     // What the function's next call has to answer; nothing when it may do its work.
-    std::optional<Fault> next(const std::string &function);
+    std::optional<Fault> next(std::string_view function);
 
   private:
-    std::map<std::string, std::deque<Fault>> faults_;
+    std::map<std::string, std::deque<Fault>, std::less<>> faults_;
 };
 
 } // namespace simulated_gateway

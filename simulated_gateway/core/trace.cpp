@@ -2,12 +2,10 @@
 
 #include "io/text.h"
 
-#include <charconv>
+#include <cstring>
 #include <fcntl.h>
-#include <iterator>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace simulated_gateway {
 namespace {
@@ -20,12 +18,6 @@ FileDescriptor open_trace(const std::string &file)
     // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
     return FileDescriptor(::open(
         file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
-}
-
-void append_number(std::string &line, int64_t number)
-{
-    char digits[24];
-    line.append(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
 }
 
 } // namespace
@@ -46,74 +38,72 @@ Trace::~Trace()
     output_.finish();
 }
 
-// Opens a line.
-static void append_time(std::string &line, int64_t uptime)
-{
-    line += '[';
-    append_number(line, uptime);
-    line += "] ";
-}
-
-static void append_outcome(std::string &line, const Trace::Call &call)
-{
-    line += " = ";
-    append_number(line, call.result);
-    line += " in ";
-    append_number(line, call.duration.count());
-    line += " us";
-    if (!call.note.empty()) {
-        line += ", " + call.note;
-    }
-}
-
 void Trace::call(int64_t uptime, const Call &call) noexcept
 try {
-    constexpr size_t usual_size = 63;
-    std::string line;
-    line.reserve(usual_size);
-    append_time(line, uptime);
-    line += call.function;
-    append_outcome(line, call);
-    remember(std::move(line));
+    const Entry entry = {uptime, call.function, call.result, call.duration, call.note};
+    remember(entry);
     if (is_on()) {
-        std::string whole;
-        append_time(whole, uptime);
-        whole += call.function;
-        append_arguments(whole, call);
-        append_outcome(whole, call);
-        write(whole);
+        write(line_of(entry, arguments_of(call)));
     }
 } catch (const std::exception &) {
 }
 
 void Trace::event(int64_t uptime, const char *text, const char *note) noexcept
 try {
-    std::string line;
-    append_time(line, uptime);
-    line += text;
-    if (*note != '\0') {
-        line += std::string(", ") + note;
-    }
-    remember(line);
+    const Entry entry = {
+        uptime, nullptr, 0, {}, text + std::string(*note != '\0' ? ", " : "") + note};
+    remember(entry);
     if (is_on()) {
-        write(line);
+        write(line_of(entry));
     }
 } catch (const std::exception &) {
+}
+
+std::string Trace::line_of(const Entry &entry, const std::string &arguments)
+{
+    const std::string time = "[" + std::to_string(entry.uptime) + "] ";
+    if (entry.function == nullptr) {
+        return time + entry.note;
+    }
+    return time + entry.function + arguments + " = " + std::to_string(entry.result) + " in " +
+           std::to_string(entry.duration.count()) + " us" + (entry.note.empty() ? "" : ", ") +
+           entry.note;
+}
+
+static size_t digits_of(int64_t number)
+{
+    size_t digits = number < 0 ? 2 : 1;
+    while ((number /= 10) != 0) {
+        ++digits;
+    }
+    return digits;
+}
+
+// How long its line is, without making it: that is done for every call.
+size_t Trace::length_of(const Entry &entry)
+{
+    const size_t length = std::strlen("[] ") + digits_of(entry.uptime) + entry.note.size();
+    if (entry.function == nullptr) {
+        return length;
+    }
+    return length + std::strlen(entry.function) + std::strlen(" =  in  us") +
+           digits_of(entry.result) + digits_of(entry.duration.count()) +
+           (entry.note.empty() ? 0 : std::strlen(", "));
 }
 
 std::string Trace::recent()
 {
     const std::lock_guard lock(mutex_);
     std::string lines;
-    for (const std::string &line : recent_) {
-        lines += printable(line) + "\n";
+    for (const Entry &entry : recent_) {
+        lines += printable(line_of(entry)) + "\n";
     }
     return lines;
 }
 
-void Trace::append_arguments(std::string &text, const Call &call) const
+std::string Trace::arguments_of(const Call &call) const
 {
-    text += '(';
+    std::string text = "(";
     const char *separator = "";
     for (const Argument &argument : call.arguments) {
         text += separator;
@@ -128,7 +118,7 @@ void Trace::append_arguments(std::string &text, const Call &call) const
             text += argument.shown(argument.value, show_secrets_);
         }
     }
-    text += ')';
+    return text + ")";
 }
 
 void Trace::write(const std::string &text)
@@ -139,14 +129,14 @@ void Trace::write(const std::string &text)
     output_.write({line});
 }
 
-void Trace::remember(std::string line)
+void Trace::remember(const Entry &entry)
 {
     constexpr size_t most_bytes = 64U << 10;
     const std::lock_guard lock(mutex_);
-    recent_size_ += line.size();
-    recent_.push_back(std::move(line));
+    recent_.push_back(entry);
+    recent_size_ += length_of(entry);
     while (recent_size_ > most_bytes) {
-        recent_size_ -= recent_.front().size();
+        recent_size_ -= length_of(recent_.front());
         recent_.pop_front();
     }
 }

@@ -25,7 +25,7 @@ class Trace {
     bool is_on() const { return file_.is_open(); }
 
     struct Call {
-        const char *function;
+        const char *function; // its name, which stays where it is
         std::initializer_list<Argument> arguments;
         bool filled; // whether the body ran to its end, so that the records for the reply hold
         int32_t result;
@@ -42,16 +42,26 @@ class Trace {
     std::string recent();
 
   private:
-    void append_arguments(std::string &text, const Call &call) const;
+    struct Entry {
+        int64_t uptime;
+        const char *function; // null for an event
+        int32_t result;
+        std::chrono::microseconds duration;
+        std::string note; // of an event, its text
+    };
+
+    static std::string line_of(const Entry &entry, const std::string &arguments = {});
+    static size_t length_of(const Entry &entry);
+    std::string arguments_of(const Call &call) const;
     void write(const std::string &text);
-    void remember(std::string line);
+    void remember(const Entry &entry);
 
     FileDescriptor file_;
     bool show_secrets_ = false;
     std::mutex mutex_; // guards what is below
     line_output::LineOutput output_{"trace", -1};
-    std::deque<std::string> recent_; // made printable when somebody asks for them
-    size_t recent_size_ = 0;
+    std::deque<Entry> recent_; // made into lines when somebody asks for them
+    size_t recent_size_ = 0;   // of the lines together
 };
 
 } // namespace simulated_gateway

@@ -53,7 +53,8 @@ const std::string &mac_of(const Home &home, const ChildRouter *router)
 
 const ChildRouter *parent_of(const Home &home, const ChildRouter &router)
 {
-    return child_router_with_mac(home, router.parent);
+    return router.parent != home.identity.mac ? child_router_with_mac(home, router.parent)
+                                              : nullptr;
 }
 
 bool is_active(const Home &home, const ChildRouter &router)

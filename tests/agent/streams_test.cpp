@@ -94,6 +94,17 @@ TEST(ReplyOutput, WritesWholeLinesFromManyThreads)
     }
 }
 
+TEST(ReplyOutput, WritesPiecesOfAnyNumberAndLength)
+{
+    const agent::StopSignals stop;
+    Pipe pipe;
+    const std::string page(4096, 'p');
+    const std::string more(5000, 'm');
+    EXPECT_TRUE(pipe.output().write(
+        {"", page, "", more, "1", "2", "3", "4", "5", "6", "7", "8", "9", "", "\n"}, &stop));
+    EXPECT_EQ(pipe.content(), page + more + "123456789\n");
+}
+
 TEST(ReplyOutput, WritesNothingBehindALineThatIsCutOff)
 {
     const agent::StopSignals stop;
