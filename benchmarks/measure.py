@@ -89,8 +89,8 @@ def count_serving(agent, command, few, many, *options):
             lines.seek(0)
             return count(server, stdin=lines, environment=environment)[None].instructions
 
-    answer = json.loads(subprocess.run(server, input=request, stdout=subprocess.PIPE, env=environment, check=True).stdout)
-    elements = sum(len(value) for value in answer["reply"].values() if isinstance(value, list))
+    answer = subprocess.run(server, input=request, stdout=subprocess.PIPE, env=environment, check=True).stdout
+    elements = sum(len(value) for value in json.loads(answer)["reply"].values() if isinstance(value, list))
     return (instructions(many) - instructions(few)) / (many - few), elements
 
 

@@ -1,5 +1,5 @@
 // What the quick look at a line takes for JSON, and that a parser takes it for that, too.
-#include "plain_json.h"
+#include "protocol/plain_json.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

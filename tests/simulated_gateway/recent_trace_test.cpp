@@ -1,5 +1,5 @@
 // What the gateway remembers of its trace.
-#include "trace.h"
+#include "core/trace.h"
 
 #include <gtest/gtest.h>
 
