@@ -1,5 +1,5 @@
-// Parental control (green-net): its switch, the devices that it protects, and the periods in which
-// it does.
+// Parental control (green-net): its switch, the devices that it protects, and the periods of
+// protection.
 #include "recipes.h"
 
 #include <stdlib.h>
@@ -9,7 +9,8 @@ using namespace smart_router;
 
 namespace {
 
-// The switch is a bare text; as a record it is a query and a setting like the others.
+// The device calls of the switch take a bare text, which is wrapped in a record so that the recipes
+// apply.
 struct GreenNetSwitch {
     char Enable[GREENNET_SWITCH_SIZE];
 };
@@ -34,9 +35,9 @@ constexpr auto kNotifySetting = Fields{
     FIELD(GreenHostInfo, NotifyEnable),
 };
 
-constexpr char kNoList[] = "json node: list not found"; // also said of the notify switch
+constexpr char kNoList[] = "json node: list not found"; // also used for the notify switch
 
-// Finds a host that has to be in the table already. Result: false when it is not.
+// Finds a host in the table. Result: false when it is not there.
 bool find_host(const char *mac, int32_t *index)
 {
     return devapi_get_greennet_index_by_mac(mac, index) == 1;
@@ -47,7 +48,7 @@ bool is_entry(const GreenHostInfo &device)
     return device.Mac[0] != '\0' && strncasecmp(device.Mac, "NULL", sizeof device.Mac) != 0;
 }
 
-// Writes the index as the text by which the table selects the entry.
+// Writes the index as the text that selects an entry of the table.
 void put_index(GreenHostInfo *device, int32_t index, size_t digits)
 {
     put_number(device->HostIndex, digits + 1, index);
@@ -55,7 +56,7 @@ void put_index(GreenHostInfo *device, int32_t index, size_t digits)
 
 // ---- The list of devices -----------------------------------------------------------------------
 
-// The MAC addresses of a list of devices, each followed by a comma. What does not fit is cut.
+// The MAC addresses of a list of devices, each followed by a comma. The text is cut when full.
 class MacList {
   public:
     explicit MacList(size_t devices)
@@ -75,7 +76,7 @@ class MacList {
         memcpy(text_ + used_, mac, length);
         used_ += length;
         if (used_ < size_ - 1) {
-            text_[used_++] = ','; // calloc() has ended it already
+            text_[used_++] = ','; // the NUL is there from calloc()
         }
     }
 
@@ -113,11 +114,11 @@ bool read_device(cJSON *element, GreenHostInfo *device)
     return true;
 }
 
-// Stores the elements and lists their MAC addresses. Result: null, or why it stopped; what was
-// stored before stays.
+// Stores the elements and lists their MAC addresses. Result: null, or the failure text; elements
+// that were stored before the failure are kept.
 const char *store_devices(const cJSON *elements, MacList *list)
 {
-    GreenHostInfo device = {}; // one for all: each element overwrites what is its own
+    GreenHostInfo device = {}; // shared: each element overwrites the fields that it has
     cJSON *element;
     cJSON_ArrayForEach(element, elements)
     {
@@ -134,8 +135,8 @@ const char *store_devices(const cJSON *elements, MacList *list)
 
 constexpr char kNoMemory[] = "malloc mac_list failed";
 
-// Makes the table hold the listed devices and no others; *removal is what came of removing those.
-// Result: null, or why it stopped before.
+// Stores the listed devices in the table and removes all others; *removal is the result of the
+// removal. Result: null, or the failure text if it stopped before.
 const char *replace_devices(const cJSON *elements, int32_t *removal)
 {
     const int count = cJSON_GetArraySize(elements);
@@ -166,10 +167,11 @@ constexpr auto kPeriod = Fields{
     FIELD(ProtectPeriodInfo, DaysOfWeek),
 };
 
-// The MAC address by which a request names a host.
+// The MAC address by which a request identifies a host.
 using MacText = char[64];
 
-// Reads the "Mac" of a request. Result: false when there is none, and then the request is answered.
+// Reads the "Mac" of a request. Result: false when there is none, and then the failure has been
+// added.
 bool read_mac(cJSON *obj, MacText &mac)
 {
     const char *text = text_under(obj, "Mac");
@@ -183,8 +185,8 @@ bool read_mac(cJSON *obj, MacText &mac)
 
 constexpr char kCannotDelete[] = "del duration failed!";
 
-// Stores the elements as periods of the host, and finds out whether one is in force. Result: null,
-// or why it stopped; what was stored before stays.
+// Stores the elements as periods of the host, and determines whether one is in force. Result: null,
+// or the failure text; periods that were stored before the failure are kept.
 const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
 {
     cJSON *element;
@@ -207,8 +209,8 @@ const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
     return nullptr;
 }
 
-// Makes the elements the host's only periods, and switches its protection accordingly. Result:
-// null, or why it stopped; what was done before stays.
+// Replaces the periods of the host by the elements, and switches its protection accordingly.
+// Result: null, or the failure text; changes that were made before the failure are kept.
 const char *replace_periods(const cJSON *elements, int32_t host)
 {
     if (devapi_del_all_duration(host) != 0) {
@@ -232,7 +234,7 @@ int32_t json_get_green_net_enable(cJSON *obj)
     GreenNetSwitch green_net = {};
     const int32_t result = devapi_get_greennet_enable(green_net.Enable);
     if (result != 0) {
-        // Tools that read the log search for this number, so it does not follow the source.
+        // A constant, because tools that read the log search for this number.
         constexpr int kKnownLine = 1612;
         LOG_ERROR("%s: %d get green net enable failed! ret = %d\n", "json_get_green_net_enable",
                   kKnownLine, result);
@@ -284,7 +286,7 @@ int32_t json_set_green_net_list(cJSON *obj)
     if (failure != nullptr) {
         return refuse(obj, failure);
     }
-    // The devices are stored already. The reply has both statuses, and apps read the last one.
+    // The devices have been stored. The reply has both statuses, and apps read the last one.
     if (removal == 0 || fail(obj, "del green net info failed")) {
         success.join(obj);
     } else {

@@ -1,5 +1,4 @@
-// The ports of the main router: what they have carried, and which WAN connections they are bound
-// to.
+// The ports of the main router: their traffic counters, and their bindings to WAN connections.
 #include "recipes.h"
 
 using namespace smart_router;
@@ -33,8 +32,8 @@ constexpr auto kPortStatistics = Fields{
     FIELD(PortStatistics, rx_packets),
 };
 
-// Answers with a list of records, which may lack some that memory failed. Both lists go by the one
-// key that apps know.
+// Replies with a list of records, without those that memory ran out for. Both lists have the same
+// key, as apps expect.
 void answer_ports(cJSON *obj, FieldList fields, const void *entries, size_t count)
 {
     constexpr const char *kFailure = "cJSON_CreateArray error";

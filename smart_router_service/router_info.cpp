@@ -1,5 +1,5 @@
-// The main router, the devices attached to it, and the stations of any router, as the agent reports
-// them by itself.
+// Reports that the agent requests directly: the main router, the devices attached to it, and the
+// stations of any router.
 #include "router_info.h"
 
 #include <stdio.h>
@@ -71,7 +71,7 @@ int32_t json_get_main_router_info(cJSON *obj)
     const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
     const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
     const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
-    // A gateway that knows part of itself is still worth showing.
+    // Partial information is still reported.
     if (!has_status && !has_lan && !has_wan && !has_base) {
         return refuse(obj, kFailure);
     }
@@ -110,7 +110,7 @@ const char *kind_code(const AdBaseInfo &device)
     return holds(device.DevType, "Phone") ? "1" : "0";
 }
 
-// What the app calls a cable, and each of the bands.
+// The app's codes for a cable and for each band.
 const char *access_code(const AdBaseInfo &device)
 {
     if (holds(device.AccessCode, "0")) {
@@ -127,7 +127,7 @@ const char *access_code(const AdBaseInfo &device)
     return number_in(ssid.Type) != 0 ? "4" : "2";
 }
 
-// Devices count in kilobits, the app in bytes.
+// Devices report kilobits, the app expects bytes.
 template <size_t width> void put_bytes_per_second(char (&speed)[width])
 {
     const double kilobits = strtod(Ended(speed).text(), nullptr);
@@ -137,11 +137,11 @@ template <size_t width> void put_bytes_per_second(char (&speed)[width])
 // A new object for the device; null when memory ran out.
 cJSON *device_object(AdBaseInfo &info)
 {
-    // The kinds of devices are codes to the app, and the device's own word for them is their model.
+    // The app expects a code as the type; the type as the device reports it becomes the model.
     JsonItem object(cJSON_CreateObject());
     bool complete = object.get() != nullptr && add_text(object.get(), "DevType", kind_code(info)) &&
                     add_text(object.get(), "DevModle", info.DevType, sizeof info.DevType);
-    // The app has no code for systems that are known, only one for those that are not.
+    // The app has a code for an unknown operating system, but none for known ones.
     if (complete && info.OS[0] == '\0') {
         complete = add_text(object.get(), "OS", "0");
     }
@@ -185,7 +185,7 @@ namespace {
 
 constexpr int32_t kMostStations = 32;
 
-// A new object for a station of a router in the tree of parameters; null when memory ran out.
+// A new object for a station of a router in the parameter tree; null when memory ran out.
 cJSON *station_object(const AdBaseInfo &info)
 {
     ReportedDevice station = {};

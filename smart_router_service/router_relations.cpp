@@ -1,4 +1,4 @@
-// Child routers as the agent reports them by itself, from the topology's list of relations.
+// The child routers from the topology's list of relations, which the agent requests directly.
 #include "router_info.h"
 
 using namespace smart_router;
@@ -7,7 +7,7 @@ using namespace smart_router;
 
 namespace {
 
-// Ends a list that runs into itself at its last node, so that it can be walked and freed.
+// Breaks the cycle of a list that contains one, so that the list can be walked and freed.
 template <class Node> void end_list(Node *first)
 {
     Node *slow = first;
@@ -19,7 +19,7 @@ template <class Node> void end_list(Node *first)
         slow = slow->next;
         fast = fast->next->next;
     } while (slow != fast);
-    // They have met in the circle, as far from its entry as the first node is.
+    // They have met in the cycle, as far from its entry as the first node is.
     for (slow = first; slow != fast; slow = slow->next) {
         fast = fast->next;
     }
@@ -29,7 +29,7 @@ template <class Node> void end_list(Node *first)
     slow->next = nullptr;
 }
 
-// The routers of the topology; the device library fills the list and frees it.
+// The list of the routers of the topology; the device library fills and frees it.
 class Topology {
   public:
     Topology() : first_(static_cast<TopoNode *>(calloc(1, sizeof(TopoNode)))) {}
@@ -51,10 +51,10 @@ class Topology {
 // The main router's level is 1.
 constexpr int32_t kFirstChildLevel = 2;
 
-// A child router as it is reported, or why it is not.
+// The report of a child router, or the reason why there is none.
 struct RouterReport {
     cJSON *object;  // belongs to the caller; null when the router is left out
-    int32_t result; // the device's where it failed; -1 for no attached device and without memory
+    int32_t result; // the device's on its failure; -1 if not an attached device or out of memory
     bool complete;  // false when memory ran out
 };
 
@@ -90,7 +90,7 @@ int32_t json_get_topo_router_info(cJSON *obj)
     if (routers == nullptr) {
         return -1;
     }
-    char relations[TOPO_RELATION_SIZE + 1] = ""; // one more, for a text without an end
+    char relations[TOPO_RELATION_SIZE + 1] = ""; // one more byte, for a text without a NUL
     int32_t count = 0;
     if (is_mesh_on() && devapi_get_topo_relation_ship(relations, TOPO_RELATION_SIZE - 1) == 0 &&
         devapi_get_topo_relation_num(&count) == 0) {
@@ -131,7 +131,7 @@ constexpr auto kNode = Fields{
     FIELD(NodeDevInfo, dbm), FIELD(NodeDevInfo, FWVersion),
 };
 
-// Adds the MAC address in the form in which users know it, or as it stands.
+// Adds the MAC address in the form that is shown to users, or unchanged when there is none.
 template <size_t width> bool add_view_mac(cJSON *object, const char *key, const char (&mac)[width])
 {
     char view[VIEW_MAC_SIZE] = "";
@@ -141,15 +141,14 @@ template <size_t width> bool add_view_mac(cJSON *object, const char *key, const 
     return add_text(object, key, mac, width);
 }
 
-// Replaces what the topology does not know by what the child router says.
+// Replaces a value that the topology does not know with that of the child router.
 template <size_t width> bool replace(cJSON *object, const char *key, const char (&value)[width])
 {
     cJSON_DeleteItemFromObject(object, key);
     return add_text(object, key, value, width);
 }
 
-// Appends the routers that hang from the one with the MAC address. Result: false when memory ran
-// out.
+// Appends the routers attached to the one with the MAC address. Result: false when memory ran out.
 bool append_children(cJSON *list, const char *router_mac)
 {
     bool complete = true;
@@ -167,7 +166,7 @@ bool append_children(cJSON *list, const char *router_mac)
 }
 
 // Finds the child router among the attached devices. Result: false, with a line in the log, when it
-// is none.
+// is not among them.
 bool find_child_router(const NodeDevInfo &node, int32_t *index)
 {
     const Ended mac(node.Mac);
@@ -180,7 +179,8 @@ bool find_child_router(const NodeDevInfo &node, int32_t *index)
     return true;
 }
 
-// Adds what is known of the child router as an attached device. Result: false when memory ran out.
+// Adds what is known about the child router as an attached device. Result: false when memory ran
+// out.
 bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
 {
     ChildRouterInfo router = {};
@@ -209,7 +209,7 @@ RouterReport report_router(const TopoNode &node)
                     add_fields(object.get(), kNode, &info);
     AreaCode area;
     read_area_code(area);
-    // One operator's child routers are known to the topology alone.
+    // One operator's child routers are known only to the topology.
     if (!contains(area, "OLV", Case::kIsIgnored)) {
         int32_t index = 0;
         if (!find_child_router(info, &index)) {
@@ -239,7 +239,7 @@ RouterReport report_router(const TopoNode &node)
 
 namespace {
 
-// The devices attached to a router; the device library appends them to a node of ours.
+// The list of the devices attached to a router; the device library appends them to our first node.
 class AttachedList {
   public:
     AttachedList() : first_(static_cast<NodeBaseInfo *>(calloc(1, sizeof(NodeBaseInfo)))) {}
@@ -260,7 +260,7 @@ class AttachedList {
     NodeBaseInfo *first_;
 };
 
-// The kind of the node that only opens a list.
+// The Kind of the first node of a list, which is not a device.
 constexpr int32_t kListHead = 1;
 
 // A new object for a device attached to a router: empty when the device is not known, null when

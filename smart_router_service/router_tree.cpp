@@ -1,4 +1,4 @@
-// Child routers as the agent reports them by itself, from the gateway's tree of parameters.
+// The child routers from the gateway's parameter tree, which the agent requests directly.
 #include "router_info.h"
 
 #include <stdio.h>
@@ -14,7 +14,7 @@ constexpr char kTree[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice";
 using Path = char[128];
 using Value = char[TOPO_VALUE_SIZE];
 
-// Reads a parameter of a router, or of all of them for position 0. Result: false when that failed.
+// Reads a parameter of a router, or of all routers for position 0. Result: false on failure.
 // cppcheck-suppress constParameter ; the device writes it
 bool read_parameter(int32_t position, const char *name, Value &value)
 {
@@ -42,7 +42,7 @@ bool read_is_child(int32_t position, const BridgeMac &bridge, bool *is_child)
     if (!read_parameter(position, "X_TS_ParentMACAddress", value)) {
         return false;
     }
-    if (is_unknown(value)) { // the main router hangs from nobody
+    if (is_unknown(value)) { // the main router has no parent
         return true;
     }
     if (!read_parameter(position, "X_TS_Active", value)) {
@@ -112,7 +112,7 @@ constexpr auto kTreeRouter = Fields{
     FIELD(ChildRouterInfo, FWVersion),
 };
 
-// The routers that hang from a router, as an array that belongs to the caller; null when memory ran
+// The routers attached to a router, as an array that belongs to the caller; null when memory ran
 // out.
 cJSON *children_of(const ChildRouterInfo &router)
 {
@@ -142,7 +142,7 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
     JsonItem object(cJSON_CreateObject());
     if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
         !add_fields(object.get(), kMeshRouter, &router) ||
-        // Once more: some apps read the address here.
+        // Repeated here, since some apps read the address from this position.
         !add_text(object.get(), "ip", router.ip, sizeof router.ip) ||
         !(hangs_from_us
               ? add_own_mac(object.get())
@@ -151,7 +151,7 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
         return nullptr;
     }
     Model model;
-    read_model(model); // asked for in every report, though this one goes by the area alone
+    read_model(model); // each report reads it, although this one depends only on the area
     AreaCode area;
     read_area_code(area, sizeof area);
     const bool by_links = wants_mesh_links(area);

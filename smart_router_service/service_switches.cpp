@@ -25,7 +25,7 @@ constexpr auto kUpnp = Fields{FIELD(UpnpState, Enable)};
 
 constexpr char kNoEnable[] = "get param:enable err";
 
-// Some calls take bare texts or a number; as records they are queries and settings like the others.
+// Device calls that take bare values are wrapped in records, so that the recipes apply.
 struct ConfigurationService {
     char TsconfStatus[8];
 };

@@ -5,7 +5,7 @@ using namespace smart_router;
 
 namespace {
 
-// What the log says when memory ran out for one of them.
+// The log lines for an entry that memory ran out for.
 constexpr char kNoRouter[] = "create child_router_itme err\n";
 constexpr char kNoStation[] = "create child_sta_itme err\n";
 
@@ -126,7 +126,7 @@ void json_get_childsta_info(cJSON *array, const char *mac)
 
 namespace {
 
-// The keys of a station behind those that each attached device has.
+// The keys of a station after those of each attached device.
 constexpr auto kStationEnd = Fields{
     FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
     kDeviceLimits,
