@@ -1,13 +1,14 @@
 #!/usr/bin/python3 -B
-"""Writes what is made from the descriptions.
+"""Generates files from the descriptions.
 
-Of the commands: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and, with what the
-device fields say, protocol/complete. Of the device interface: device_access.h, device_functions.h,
-device_facts.h, device_layout.h and docs/device_access.md.
+From those of the commands: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and
+protocol/complete, which includes the descriptions of the device fields. From those of the device
+interface: device_access.h, device_functions.h, device_facts.h, device_layout.h and
+docs/device_access.md.
 
 usage: generate.py [--check]
 
-With --check nothing is written: it fails, and names the file, where one is not what it would be.
+With --check nothing is written: the program names each file that is not up to date, and fails.
 """
 
 import json
@@ -30,7 +31,7 @@ INCLUDE_FOLDER = ROOT / "smart_router_service/include/smart_router_service"
 
 
 def made_files():
-    """The text of each file that is made, by its path."""
+    """The text of each generated file, by its path."""
     commands = list(descriptions().values())
     introduction = (ROOT / "protocol/introduction.md").read_text(encoding="utf-8")
     interface = Interface()
@@ -53,7 +54,7 @@ def made_files():
 
 
 def as_lines(command):
-    """The description as JSON, with a line for each of its parts."""
+    """The description as JSON, with a line for each part."""
     parts = [f"{json.dumps(name)}: {json.dumps(value, ensure_ascii=False)}" for name, value in command.items()]
     return "{" + ",\n ".join(parts) + "}\n"
 
@@ -72,7 +73,7 @@ def main(arguments):
             print(f"{path.relative_to(ROOT)} is not current; run protocol/generate.py")
         for path in left_over:
             print(f"{path.relative_to(ROOT)} belongs to no command; run protocol/generate.py")
-        print(f"{len(files)} files made from {len(descriptions())} descriptions")
+        print(f"{len(files)} files generated from {len(descriptions())} descriptions")
         return 1 if stale or left_over or not descriptions() else 0
     for path in stale:
         path.parent.mkdir(parents=True, exist_ok=True)

@@ -1,10 +1,10 @@
-"""Makes the manual page hg-protocol(7) from the descriptions: what goes in and comes out, in brief."""
+"""Generates the manual page hg-protocol(7) from the descriptions: a summary of requests and replies."""
 
 import json
 import re
 import textwrap
 
-HEAD = r""".\" Made from protocol/ by protocol/generate.py.
+HEAD = r""".\" Generated from protocol/ by protocol/generate.py.
 .Dd November 21, 2026
 .Dt HG-PROTOCOL 7
 .Os
@@ -14,17 +14,17 @@ HEAD = r""".\" Made from protocol/ by protocol/generate.py.
 .Sh DESCRIPTION
 """
 NOTATION = r""".Sh COMMANDS
-The keys of each request and reply stand in their order.
-Brackets are around what need not be there, and braces around the keys of an
-object; dots behind them say that there is a list of such objects.
+The keys of each request and reply are listed in order.
+Brackets enclose optional keys, and braces the keys of an object; dots after
+the braces denote an array of such objects.
 Units are in parentheses.
-A failure that is a text alone comes as
+A failure that is listed as a text only is sent as
 .Li \(dqStatus\(dq
 .Li \(dq1\(dq
 and
 .Li \(dqFailReason\(dq
 with this text.
-What each key means is shown by
+The meaning of each key is shown by
 .Ql hgagent describe NAME .
 """
 WRAPPING = {"break_long_words": False, "break_on_hyphens": False}
@@ -86,7 +86,7 @@ def key_text(key, in_request):
 
 
 def text_lines(text):
-    """Text as lines of a manual page: a new one for each sentence, and none that is taken for a macro."""
+    """Text as lines of a manual page: a new line for each sentence, and none that is parsed as a macro."""
     sentences = re.split(r"(?<=[.:;]) (?=[A-Z])", text.replace("  ", r"\~\~"))
     lines = [line for sentence in sentences for line in textwrap.wrap(sentence, 78, **WRAPPING)]
     return "".join((r"\&" if line[0] in ".'" else "") + line + "\n" for line in lines)

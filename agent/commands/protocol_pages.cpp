@@ -67,7 +67,7 @@ std::string about(const Description &key, bool in_request)
         parts.push_back(joined(texts, " or "));
     }
     if (key.contains("max_bytes")) {
-        parts.push_back((in_request ? "cut at " : "at most ") + key["max_bytes"].as_json() +
+        parts.push_back((in_request ? "truncated to " : "at most ") + key["max_bytes"].as_json() +
                         " bytes");
     }
     if (key["secret"].is_true()) {

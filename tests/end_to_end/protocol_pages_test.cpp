@@ -69,8 +69,8 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
             "    MAC           at most 64 bytes; MAC address that serves as the serial number; "
             "bytes in hexadecimal, with colons, as in \"3C:6A:D2:10:4F:20\"\n"
             "    tslinkstatus  at most 8 bytes; state of the mesh link layer, \"1\" when it is "
-            "up; 1 while it is up, else 0, as in \"1\"\n"
-            "    DeviceType    at most 256 bytes; kind of device; as in \"HGU-AX3000\"\n"));
+            "up; 1 when it is up, else 0, as in \"1\"\n"
+            "    DeviceType    at most 256 bytes; type of device; as in \"HGU-AX3000\"\n"));
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 
