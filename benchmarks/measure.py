@@ -10,7 +10,7 @@ import subprocess
 import sys
 import tempfile
 
-MOST_INSTRUCTIONS = 0.75  # of a handler, of those of straight cJSON code
+MOST_INSTRUCTIONS = 0.75  # of a handler, relative to the hand-written baseline
 MOST_ALLOCATIONS = 0.70
 MOST_GROWTH = 0.05  # of what an element of a list costs, from the shorter list to the longer one
 FLAT_SIZES = (100, 100_000)
@@ -28,7 +28,7 @@ class Cost:
 
 
 def read_profile(path):
-    """The label that the program gave to the profile (None when it ended without one), and its cost."""
+    """The label that the program gave to the profile (None if it ended without one), and its cost."""
     label, instructions, allocations = None, 0, 0
     names = {}
     function = callee = None
@@ -63,14 +63,14 @@ def count(command, *options, stdin=None, environment=None):
 
 
 def count_parts(*command):
-    """The costs of what the program measures by itself, less what the device does."""
+    """The costs of the code that the program marks for measuring, minus those of the device."""
     costs = count(command, "--instr-atstart=no", "--toggle-collect=devapi_*", "--collect-atstart=yes")
     costs.pop(None, None)
     return costs
 
 
 def count_sides(program, which, sizes):
-    """The costs of the plug-in and of straight cJSON code, by the name of the case."""
+    """The costs of the plug-in and of the hand-written baseline, by the name of the case."""
     costs = count_parts(program, which, *map(str, sizes))
     cases = dict.fromkeys(label.split("|")[0] for label in costs)
     return {case: (costs[f"{case}|plug-in"], costs[f"{case}|floor"]) for case in cases}
@@ -110,8 +110,8 @@ def check_handlers(program):
         allocations = plugin.allocations / floor.allocations
         kept = instructions <= MOST_INSTRUCTIONS and allocations <= MOST_ALLOCATIONS
         broken += not kept
-        print(f"{case}: {plugin.instructions} instructions, {instructions:.2f} of straight cJSON code; "
-              f"{plugin.allocations} allocations, {allocations:.2f} of it{'' if kept else '  <-- too much'}")
+        print(f"{case}: {plugin.instructions} instructions, {instructions:.2f} of the baseline; "
+              f"{plugin.allocations} allocations, {allocations:.2f} of it{'' if kept else '  <-- too many'}")
     return broken
 
 
@@ -126,7 +126,7 @@ def check_elements(program):
         growth = per_long / per_short - 1
         kept = abs(growth) <= MOST_GROWTH
         broken += not kept
-        print(f"{case}: {per_short:.1f} instructions for each, {per_long:.1f} of {long}: "
+        print(f"{case}: {per_short:.1f} instructions for each, {per_long:.1f} in a list of {long}: "
               f"{growth:+.1%}{'' if kept else '  <-- too much'}")
     return broken or not lists
 
@@ -136,7 +136,7 @@ def check_dispatch(program):
     cheapest, dearest = min(costs, key=costs.get), max(costs, key=costs.get)
     ratio = costs[dearest] / costs[cheapest]
     print(f"{len(costs)} names: from {costs[cheapest]} instructions for {cheapest} "
-          f"to {costs[dearest]} for {dearest}, {ratio:.2f} times as many")
+          f"to {costs[dearest]} for {dearest}, a ratio of {ratio:.2f}")
     return ratio > MOST_FOR_A_NAME
 
 
