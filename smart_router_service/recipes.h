@@ -47,7 +47,7 @@ enum class StatusAt { kFirst, kLast };
 
 // When a setting removes its request keys from the object.
 enum class RemoveKeys {
-    kAfterCall, // after the device call, whatever its result
+    kAfterCall, // after the device call, regardless of its result
     kOnSuccess, // only after a device call that succeeded
     kAlways,    // even when a key was missing
 };

@@ -155,8 +155,8 @@ SMART_ROUTER_API void *pthread_hg_image_upgrade(void *argument);
  */
 
 /*
- * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last RESPONSE_ROUTER_VERSION, whatever
- * its status, as formatted JSON text. NULL, the initial value, when the agent needs no copy. The
+ * The agent's buffer of HG_VERSION_INFO_SIZE bytes for the last RESPONSE_ROUTER_VERSION, regardless
+ * of its status, as formatted JSON text. NULL, the initial value, when the agent needs no copy. The
  * agent sets it and keeps the buffer alive; the library writes to the buffer only during that
  * command, and leaves it unchanged when the text with its terminator does not fit. Not guarded:
  * only one such command may run at a time, and the agent may read or replace the buffer only while
