@@ -720,8 +720,8 @@ typedef struct AdBaseInfo {
 /* Fills info for the device with the host index. 1000 means that there is no such device. For
  * GET_AD_BASE_INFO and json_get_main_router_baseinfo only -1 is a failure, after which info is not
  * read; for GET_TSLINK_TOPOLOGY_INFO any result other than 0 is a failure, after which info is not
- * read. In that case, GET_AD_BASE_INFO lists the record as the call leaves it; other callers
- * continue with the next device. */
+ * read. If there is no such device, GET_AD_BASE_INFO lists the record as the call leaves it; other
+ * callers continue with the next device. */
 int32_t devapi_get_ad_base_info(AdBaseInfo *info);
 
 /* A setting followed by the reason for a refusal. */
@@ -805,13 +805,13 @@ int32_t devapi_set_green_net_notify(const GreenHostInfo *info);
 
 /* Sets *index to the host index of the entry for the MAC address, and to 0 when there is none. mac
  * is shorter than 64 bytes; *index is 0 before the call. 1 means that there is an entry, 0 that
- * there is no such entry. A negative result is a failure. Callers that need an entry check the
- * result; the one that adds missing entries checks *index. */
+ * there is none. A negative result is a failure. Callers that need an entry check the result; the
+ * one that adds missing entries checks *index. */
 int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
 
 /* Adds an entry for the MAC address and sets *index to its host index. mac is shorter than 64
  * bytes; *index is 0 before the call. Any result other than 0 is a failure, after which *index is
- * not read. A full table is one of them. */
+ * not read. A full table is such a failure. */
 int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
 
 /* Removes all entries except those whose MAC addresses are in the list, each followed by a comma;
