@@ -1,5 +1,5 @@
-"""Counts instructions and heap allocations with callgrind. As a program it checks that the plug-in keeps what is
-promised of them: measure.py handlers|elements|dispatch|serving PROGRAM."""
+"""Counts instructions and heap allocations with callgrind. As a program it checks that the plug-in stays within the
+limits: measure.py handlers|elements|dispatch|serving PROGRAM."""
 
 import dataclasses
 import json
@@ -77,8 +77,8 @@ def count_sides(program, which, sizes):
 
 
 def count_serving(agent, command, few, many, *options):
-    """The instructions that one more request takes of an agent that serves, and the length of the list in the reply;
-    on a New Year's noon, so that the home is always the same."""
+    """The instructions of an agent that serves for one more request, and the length of the list in the reply; at a
+    constant time, so that the home is always the same."""
     request = json.dumps({"id": 1, "command": command}).encode() + b"\n"
     server = [agent, *options, "serve"]
     environment = os.environ | {"SIMULATED_GATEWAY_TIME": "1767268800"}

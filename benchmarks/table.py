@@ -16,7 +16,8 @@ COMMANDS = 1_000_000
 REQUEST = b'{"id":1,"command":"GET_SN_INFO"}\n'
 RUNS = 30  # of a process; the fastest counts, since slower runs were delayed by something else
 
-COLUMNS = ["", "Instructions", "beside", "ratio", "Allocations", "beside", "ratio", "Time", "beside", "Memory"]
+COLUMNS = ["", "Instructions", "compared with", "ratio", "Allocations", "compared with", "ratio", "Time",
+           "compared with", "Memory"]
 
 
 def number(value):
@@ -30,8 +31,8 @@ def duration(nanoseconds):
     return f"{nanoseconds:.0f} ns"
 
 
-def compared(value, beside):
-    return [number(value), number(beside), f"{value / beside:.2f}"]
+def compared(value, other):
+    return [number(value), number(other), f"{value / other:.2f}"]
 
 
 def row(name, instructions=None, allocations=None, times=None, memory=None):
@@ -73,7 +74,7 @@ def handlers(build):
 def dispatch(build):
     costs = {name: cost.instructions for name, cost in measure.count_parts(build / "bin/dispatch").items()}
     cheapest, dearest = min(costs, key=costs.get), max(costs, key=costs.get)
-    yield row(f"Finding {dearest}; beside, {cheapest}", (costs[dearest], costs[cheapest]))
+    yield row(f"Finding {dearest}; compared with {cheapest}", (costs[dearest], costs[cheapest]))
 
 
 def loading(build):
@@ -103,7 +104,7 @@ def processes(build):
     """A process that runs one command, and one that links the same libraries and does nothing."""
     commands = ([build / "bin/hgagent", "call", "GET_SN_INFO"], [build / "agent/link_check"])
     costs = [measure.count(command)[None] for command in commands]
-    yield row("hgagent call GET_SN_INFO; beside, its libraries alone",
+    yield row("hgagent call GET_SN_INFO; compared with its libraries alone",
               tuple(cost.instructions for cost in costs), tuple(cost.allocations for cost in costs),
               tuple(processor_time(command) for command in commands))
 
@@ -131,8 +132,8 @@ def serving(build):
     """A request to hgagent serve, and the same command within a process."""
     agent = build / "bin/hgagent"
     within = times_of(build, "--benchmark_filter=^GET_SN_INFO.plug-in.whole")
-    yield row("hgagent serve, for each GET_SN_INFO; beside, within the process", measure.count_serving_record(agent),
-              times=(time_of_serving([agent, "serve"], 20_000), *within.values()))
+    yield row("hgagent serve, for each GET_SN_INFO; compared with the same within the process",
+              measure.count_serving_record(agent), times=(time_of_serving([agent, "serve"], 20_000), *within.values()))
     instructions, hosts = measure.count_serving_list(agent)
     yield row(f"hgagent serve, for each GET_AD_BASE_INFO, {hosts} hosts", instructions)
 

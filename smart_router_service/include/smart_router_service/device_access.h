@@ -1336,15 +1336,15 @@ int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode);
 /* Applies the mode. Any result other than 0 is a failure. */
 int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode);
 
-/* What a speed test has measured. */
+/* The result of a speed test. */
 typedef struct SpeedTest {
     char DownBandWidth[8]; /* download bandwidth, kbit/s */
     char UpBandWidth[8];   /* upload bandwidth, kbit/s */
     char Delay[8];         /* delay, ms */
 } SpeedTest;
 
-/* Runs a speed test, which takes long, and fills test. Any result other than 0 is a failure, after
- * which test is not read. */
+/* Runs a speed test, which takes a while, and fills test. Any result other than 0 is a failure,
+ * after which test is not read. */
 int32_t devapi_speedtest_request(SpeedTest *test);
 
 /* NAT helpers (ALG) by protocol, each "1" or "0". */
@@ -1375,17 +1375,17 @@ int32_t devapi_get_upnp_state(UpnpState *state);
 /* Applies the switch. Any result other than 0 is a failure. */
 int32_t devapi_set_upnp_state(const UpnpState *state);
 
-/* Writes the state of the maker's configuration service into status. status has room for size
+/* Writes the state of the manufacturer's configuration service to status. status has room for size
  * bytes. Any result other than 0 is a failure, after which status is not read. */
 int32_t devapi_get_tsconf_status(char *status, int32_t size);
 
-/* Sets *enable to the switch of WPS; up to 7 characters of the number are reported, its sign
- * included. *enable is 0 before the call. Any result other than 0 is a failure, after which *enable
+/* Sets *enable to the switch of WPS; at most 7 characters of the number, including its sign, are
+ * reported. *enable is 0 before the call. Any result other than 0 is a failure, after which *enable
  * is not read. */
 int32_t devapi_get_wps_enable(int32_t *enable);
 
-/* Switches WPS by the number that the first 7 bytes of the request's text begin with. Any result
- * other than 0 is a failure. */
+/* Sets the switch of WPS to the number at the start of the request's text, of which 7 bytes are
+ * read. Any result other than 0 is a failure. */
 int32_t devapi_set_wps_enable(int32_t enable);
 
 /* ---- Ports ---------------------------------------------------------------------------------- */
@@ -1401,35 +1401,37 @@ typedef struct PortStatistics {
 
 /* The traffic of all ports. */
 typedef struct PortStatisticsInfo {
-    int32_t count;           /* entries that are really there; a negative number means none */
-    PortStatistics *entries; /* an array from malloc(), which the plug-in frees; NULL for none */
+    int32_t count;           /* number of entries; a negative number means none */
+    PortStatistics *entries; /* array allocated with malloc(), which the plug-in frees; NULL for
+                                none */
 } PortStatisticsInfo;
 
-/* Fills info. entries is freed also after a failure, where it is set. Any result other than 0 is a
+/* Fills info. If entries is set, it is also freed after a failure. Any result other than 0 is a
  * failure, after which info is not read. */
 int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info);
 
-/* Which ports a WAN connection serves. */
+/* The ports that are bound to a WAN connection. */
 typedef struct PortBinding {
     char Index[16];       /* number of the connection */
     char WANName[32];     /* its name */
     char BoundPorts[288]; /* the ports */
 } PortBinding;
 
-/* The most bindings that are reported. */
+/* The largest number of bindings that are reported. */
 #define PORT_MAX_BINDINGS 8
 
 /* All bindings. */
 typedef struct PortBindingInfo {
-    int32_t count;                          /* how many, 8 at most; a negative number means none */
+    int32_t count;                          /* number of bindings, at most 8; a negative number
+                                               means none */
     PortBinding entries[PORT_MAX_BINDINGS]; /* the bindings */
 } PortBindingInfo;
 
 /* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_port_binding_info(PortBindingInfo *info);
 
-/* Binds ports to the connection with the number. index is shorter than 8 bytes; ports is shorter
- * than 256 bytes. Any result other than 0 is a failure. */
+/* Binds ports to the connection with the given number. index is shorter than 8 bytes; ports is
+ * shorter than 256 bytes. Any result other than 0 is a failure. */
 int32_t devapi_set_port_binding(const char *index, const char *ports);
 
 /* ---- Layout --------------------------------------------------------------------------------- */
