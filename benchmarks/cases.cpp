@@ -162,15 +162,15 @@ bool sides_agree(const Case &measured)
 {
     const std::string request = measured.request(measured.elements);
     std::string replies[2];
-    uint64_t told[2];
+    uint64_t digests[2];
     prepare(measured);
     for (const Side side : kSides) {
         benchmark_device::watch();
         char *reply = answer(measured, side, request);
         replies[static_cast<size_t>(side)] = reply;
-        told[static_cast<size_t>(side)] = benchmark_device::stop_watching();
+        digests[static_cast<size_t>(side)] = benchmark_device::stop_watching();
         cJSON_free(reply);
     }
-    return replies[0] == replies[1] && told[0] == told[1] &&
+    return replies[0] == replies[1] && digests[0] == digests[1] &&
            replies[0].find(R"("Status":"0")") != std::string::npos;
 }

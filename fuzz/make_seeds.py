@@ -61,11 +61,11 @@ def words_of(description):
 
 def quoted(word):
     """A word as a line of a dictionary, with bytes that are not printable as \\xNN."""
-    letters = (
+    characters = (
         chr(byte) if 32 <= byte < 127 and byte not in b'"\\' else f"\\x{byte:02x}"
         for byte in word.encode()
     )
-    return '"' + "".join(letters) + '"'
+    return '"' + "".join(characters) + '"'
 
 
 def one_line(item):
