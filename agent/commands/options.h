@@ -20,6 +20,7 @@ struct CallOptions {
 
 struct ServeOptions {
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
+    bool events = false;             // tell of everything that happens by itself, as events
 };
 
 struct NoticeOptions {
