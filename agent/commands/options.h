@@ -61,8 +61,9 @@ struct Options {
     std::string update_url;     // of the report that upgrades
     // Of the report that speaks of one router.
     std::string router_path = kMainRouterPath;
-    std::string pattern;   // of list
-    std::string described; // the command of describe
+    std::string pattern;      // of list
+    bool list_events = false; // instead of commands
+    std::string described;    // the command or event of describe
 };
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then
