@@ -64,6 +64,10 @@ int run_notice(const Options &options)
         complain("bad notice: a NUL byte would end its text");
         return kWrongUsage;
     }
+    if (options.socket && !utf8::is_valid(notice.text)) {
+        complain("bad notice: the text is not UTF-8, as a service needs it");
+        return kWrongUsage;
+    }
     if (!utf8::is_valid(notice.plugin_name)) {
         complain("bad notice: the plug-in's name is not UTF-8");
         return kWrongUsage;
