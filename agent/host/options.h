@@ -20,7 +20,7 @@ struct HostOptions {
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
     std::optional<int32_t> reboot_seconds; // 0 without
-    bool verbose = false; // name all that a library lacks
+    bool verbose = false;                  // name all that a library lacks
 };
 
 } // namespace agent
