@@ -1,10 +1,11 @@
-"""Reads the descriptions of the commands, for generators and checks."""
+"""Reads the descriptions of the commands and events, for generators and checks."""
 
 import json
 
 from device_interface import Interface, ROOT
 
 ANY_TEXT = "any text"  # a form without information
+USUAL_SECONDS = 30  # time limit of a command whose description has none
 
 
 def as_written():
@@ -22,6 +23,12 @@ def descriptions():
         for reply in description["replies"]:
             complete(interface, reply["keys"], in_request=False)
     return found
+
+
+def events():
+    """The descriptions of the events by file, in the order of their names."""
+    files = sorted((ROOT / "protocol/events").glob("*.json"))
+    return {file: json.loads(file.read_text(encoding="utf-8")) for file in files}
 
 
 def complete(interface, keys, in_request):

@@ -20,6 +20,7 @@ struct CallOptions {
 
 struct ServeOptions {
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
+    bool events = false;             // tell of everything that happens by itself, as events
 };
 
 struct NoticeOptions {
@@ -46,6 +47,7 @@ enum class Subcommand {
 
 struct Options {
     HostOptions host;
+    std::optional<std::string> socket; // of a service, in place of libraries
     int32_t log_level = 3;
     bool reasons = false;   // of call and serve: tell what the device library says of refusals
     bool raw_bytes = false; // of replies: as the plug-in left them
@@ -60,8 +62,9 @@ struct Options {
     std::string update_url;     // of the report that upgrades
     // Of the report that speaks of one router.
     std::string router_path = kMainRouterPath;
-    std::string pattern;   // of list
-    std::string described; // the command of describe
+    std::string pattern;      // of list
+    bool list_events = false; // instead of commands
+    std::string described;    // the command or event of describe
 };
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then

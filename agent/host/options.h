@@ -19,7 +19,8 @@ struct HostOptions {
     bool show_secrets = false;
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
-    bool verbose = false; // name all that a library lacks
+    std::optional<int32_t> reboot_seconds; // 0 without
+    bool verbose = false;                  // name all that a library lacks
 };
 
 } // namespace agent

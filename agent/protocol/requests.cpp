@@ -308,10 +308,9 @@ const char *text_in(const Json &object, const char *key)
     return cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
 }
 
-// Both fill in what is asked for, or what is wrong with it.
-void read_command(std::optional<std::string> command, Json params, Call &call)
+// Each of them fills in what is asked for, or what is wrong with it.
+void read_command(std::optional<std::string> command, Call &call)
 {
-    call.params = params != nullptr ? std::move(params) : new_object();
     if (!command) {
         call.error = "\"command\" is missing or no text";
     } else if (cJSON_IsObject(call.params.get()) == 0) {
@@ -319,6 +318,23 @@ void read_command(std::optional<std::string> command, Json params, Call &call)
     } else {
         call.command = *std::move(command);
     }
+}
+
+void read_report(const Json &report, Call &call)
+{
+    if (cJSON_IsString(report.get()) == 0) {
+        call.error = "\"report\" is no text";
+    } else if (cJSON_IsObject(call.params.get()) == 0) {
+        call.error = "\"params\" is no object";
+    } else {
+        call.report = report->valuestring;
+    }
+}
+
+void read_hello(const Json &hello, Call &call)
+{
+    call.is_hello = cJSON_IsObject(hello.get()) != 0;
+    call.error = call.is_hello ? "" : "\"hello\" is no object";
 }
 
 void read_notice(const Json &notice, Call &call)
@@ -372,8 +388,9 @@ Call parse_call(std::string_view line)
 {
     Cursor cursor = object_in(line, true);
     std::optional<std::string> command;
-    Json params;
     Json notice;
+    Json report;
+    Json hello;
     Call call;
     bool has_id = false;
     bool has_command = false;
@@ -391,18 +408,29 @@ Call parse_call(std::string_view line)
         } else if (key == "command" && !has_command) {
             has_command = true;
             command = cursor.text_of(text);
-        } else if (key == "params" && params == nullptr) {
-            params = cursor.tree_of(text);
+        } else if (key == "params" && call.params == nullptr) {
+            call.params = cursor.tree_of(text);
             call.params_text = text;
         } else if (key == "notice" && notice == nullptr) {
             notice = cursor.tree_of(text);
+        } else if (key == "report" && report == nullptr) {
+            report = cursor.tree_of(text);
+        } else if (key == "hello" && hello == nullptr) {
+            hello = cursor.tree_of(text);
         }
+    }
+    if (call.params == nullptr) {
+        call.params = new_object();
     }
 
     if (!has_command && notice != nullptr) {
         read_notice(notice, call);
+    } else if (!has_command && report != nullptr) {
+        read_report(report, call);
+    } else if (!has_command && hello != nullptr) {
+        read_hello(hello, call);
     } else {
-        read_command(std::move(command), std::move(params), call);
+        read_command(std::move(command), call);
     }
     return call;
 }

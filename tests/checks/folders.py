@@ -9,7 +9,8 @@ import sys
 
 ALLOWED = """
 agent                        agent/commands agent/conformance agent/host agent/io agent/protocol
-agent/commands               agent/conformance agent/host agent/io agent/protocol plugin_headers
+agent/commands               agent/client agent/conformance agent/host agent/io agent/protocol plugin_headers
+agent/client                 agent/protocol
 agent/conformance            agent/host agent/io agent/protocol plugin_headers device_facts
 agent/host                   agent/io agent/protocol plugin_headers device_facts gateway_header line_output
 agent/protocol               agent/io embedded_texts
