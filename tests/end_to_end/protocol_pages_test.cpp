@@ -82,7 +82,7 @@ TEST(Describe, SaysWhatACommandChangesAndWhoTellsIt)
                 HasSubstr("Changes       what it cannot change back\n"));
     const std::string page = run_agent({"describe", "SET_WIFI_INFO"}).output;
     EXPECT_THAT(page, HasSubstr("Changes       a setting, told by GET_WIFI_INFO\n"));
-    EXPECT_THAT(page, HasSubstr("for the device to say; told by GET_WIFI_LIST_INFO\n"));
+    EXPECT_THAT(page, HasSubstr("the device decides which exist; told by GET_WIFI_LIST_INFO\n"));
 }
 
 TEST(Describe, SaysWhoseKeysAreFoundOnlyAsTheyAreSpelt)
