@@ -17,8 +17,8 @@ uint32_t address(const char *field, const std::string &text)
 
 struct Subnet {
     uint32_t mask;
-    uint32_t first; // the address of the network itself
-    uint32_t last;  // the one that reaches all hosts
+    uint32_t first; // the network address
+    uint32_t last;  // the broadcast address
 
     Subnet(uint32_t member, uint32_t its_mask)
         : mask(its_mask), first(member & its_mask), last(member | ~its_mask)
@@ -28,7 +28,7 @@ struct Subnet {
     bool is_host(uint32_t address) const { return first < address && address < last; }
 };
 
-// Neither this network, nor the loopback, nor multicast and what is reserved.
+// Excludes 0.0.0.0/8, loopback, multicast and reserved addresses.
 bool is_unicast(uint32_t address)
 {
     const uint32_t first_byte = address >> 24;
@@ -81,7 +81,7 @@ Subnet accepted_subnet(const Home &home, const Lan &plan)
     return subnet;
 }
 
-// Everything but the gateway that holds an address of the LAN.
+// All LAN addresses in use except that of the gateway.
 std::vector<std::string *> held_addresses(Home &home)
 {
     std::vector<std::string *> held;

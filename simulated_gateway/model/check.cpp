@@ -5,7 +5,7 @@
 namespace simulated_gateway {
 namespace {
 
-// Holds every field against its rule.
+// Checks every field against its rule.
 class RuleChecker {
   public:
     explicit RuleChecker(std::string path) : path_(std::move(path)) {}

@@ -47,8 +47,8 @@ void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
         check_child_router(home, children[at], item(list, at), addresses);
     }
     for (size_t at = 0; at < children.size(); ++at) {
-        // Up the links from any child router, the main router has to come within as many steps as
-        // there are child routers.
+        // Following the links upwards from any child router must reach the main router in at most
+        // as many steps as there are child routers.
         const ChildRouter *router = &children[at];
         for (size_t step = 0; router->parent != home.identity.mac; ++step) {
             const ChildRouter *parent = child_router(mesh, router->parent);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t kDeepestNesting = 16;
 
-// Follows the parser to see what the finished document cannot show.
+// A parser callback that detects what the finished document no longer shows.
 class ParseObserver {
   public:
     bool operator()(int, Json::parse_event_t event, const Json &parsed)
@@ -68,8 +68,8 @@ class ParseObserver {
     std::vector<Level> levels_;
 };
 
-// The library's text without its own preamble: "line 3, column 7: ...". It quotes what it read
-// last, which may be most of the file.
+// The library's message without its preamble: "line 3, column 7: ...". The message quotes what was
+// read last, which may be most of the file.
 std::string reason(const Json::exception &error)
 {
     constexpr size_t longest = 200;

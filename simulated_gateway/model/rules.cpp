@@ -15,7 +15,7 @@ std::string complaint(const std::string &value, const Text &rule)
     if (value.size() >= rule.width) {
         return "is longer than " + std::to_string(rule.width - 1) + " bytes";
     }
-    // Also keeps out what a text in C cannot hold, and what would not survive as JSON.
+    // Also rejects what a C string cannot contain, and what JSON would not preserve.
     if (!is_plain(value)) {
         return "holds control characters or is no UTF-8";
     }
@@ -99,7 +99,7 @@ std::string complaint(bool, const Flag &)
 std::optional<uint32_t> parse_ipv4(const std::string &text)
 {
     in_addr address = {};
-    // The parser stops at a NUL, which a text from JSON may hold.
+    // The parser stops at a NUL, which a JSON string may contain.
     if (text.find('\0') != std::string::npos || inet_pton(AF_INET, text.c_str(), &address) != 1) {
         return std::nullopt;
     }

@@ -26,7 +26,7 @@ std::optional<int64_t> parse_mac_number(const std::string &text)
     return mac ? std::optional(number) : std::nullopt;
 }
 
-// The value as a number that can be compared; nothing for a text that is no value of the type.
+// The value as a comparable number; nothing for a text that is not a value of the type.
 std::optional<int64_t> value_of(const std::string &type, const std::string &text)
 {
     if (type == "SMAC") {
