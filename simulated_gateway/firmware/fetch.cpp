@@ -19,16 +19,16 @@ class Download : public WebTransfer {
         set(CURLOPT_MAXFILESIZE_LARGE,
             static_cast<curl_off_t>(limits.largest_image + TransferBudget::kLargestSurplus));
         if (image.size() > 0) {
-            // A server whose image is another one by now sends that whole.
+            // A server that has another image by now sends that one completely.
             add_header("If-Range: " + image.validator());
             set(CURLOPT_RANGE, (std::to_string(image.size()) + "-").c_str());
         }
     }
 
-    // False when the server cannot go on from where the image ends.
+    // False if the server cannot resume where the image ends.
     bool run()
     {
-        // An answer without a body has not been looked at yet.
+        // The headers of a response without a body have not been checked yet.
         return perform() && (has_begun_ || begin());
     }
 
@@ -42,7 +42,7 @@ class Download : public WebTransfer {
         return true;
     }
 
-    // Looks at the status and the headers. False when the body is not what is missing.
+    // Checks the status and the headers. False if the body is not the missing part.
     bool begin()
     {
         has_begun_ = true;
@@ -61,7 +61,8 @@ class Download : public WebTransfer {
         return true;
     }
 
-    // By what the server tells versions of the image apart. A weak ETag does not tell bytes apart.
+    // The server's identification of the image's version. A weak ETag does not guarantee identical
+    // bytes.
     std::string validator() const
     {
         const std::string tag = header("ETag");
@@ -69,11 +70,11 @@ class Download : public WebTransfer {
     }
 
     PartialImage &image_;
-    bool has_begun_ = false; // the body of the last answer, behind all redirects
+    bool has_begun_ = false; // the body of the last response, after all redirects
 };
 
-// The file behind all links, if it lies below the folder; by its descriptor, so that it cannot
-// become another one. A refusal does not tell whether there is anything outside.
+// The file with all links resolved, if it is below the folder; as a descriptor, so that it cannot
+// be exchanged. A refusal does not reveal whether anything exists outside the folder.
 FileDescriptor find_below(const std::string &folder, const std::string &path)
 {
     FileDescriptor file(open(path.c_str(), O_PATH | O_CLOEXEC));

@@ -52,7 +52,7 @@ uint64_t number_in(std::string_view bytes)
     return number;
 }
 
-// The field is there from the first bytes on that are a header's in any format.
+// At the same offset in every format, so the bytes of the shortest header are enough to read it.
 uint64_t format_of(std::string_view header)
 {
     return number_in(header.substr(8, 4));
@@ -86,7 +86,8 @@ void ImageCheck::add(std::string_view bytes)
             bytes.remove_prefix(std::min(bytes.size(), missing));
         };
         take_up_to(ImageHeader().size());
-        // A file of another kind shows in its first bytes, and may be shorter than a header.
+        // A file of another format is recognised by its first bytes, and may be shorter than a
+        // header.
         if (!kMagic.starts_with(std::string_view(header_bytes_).substr(0, kMagic.size()))) {
             refuse_image("is none: it does not open with an image's magic");
         }
@@ -103,7 +104,7 @@ void ImageCheck::add(std::string_view bytes)
     digest_.add(bytes);
 }
 
-// As far as it is known by now.
+// As far as it is known yet.
 size_t ImageCheck::header_size() const
 {
     ImageHeader header;

@@ -14,7 +14,7 @@ using namespace simulated_gateway;
 
 enum ExitStatus {
     kSuccess = 0,
-    kFailed = 1, // a file cannot be read or written, or the image does not hold
+    kFailed = 1, // a file cannot be read or written, or the image is invalid
     kWrongUsage = 2,
 };
 
@@ -36,12 +36,12 @@ Examples:
 
 struct Options {
     ImageHeader header;
-    std::string payload; // a file, else so many bytes
+    std::string payload; // a file; without one, a generated payload of the given size
     uint64_t size = 1U << 20;
     std::string image;
     bool show = false;
-    std::string signing_key;  // file, else the image is not signed
-    std::string firmware_key; // file, else a signature is not verified
+    std::string signing_key;  // file; without one the image is not signed
+    std::string firmware_key; // file; without one a signature is not verified
 };
 
 std::string today()
@@ -53,7 +53,7 @@ std::string today()
     return {text, std::strftime(text, sizeof(text), "%Y-%m-%d", &parts)};
 }
 
-// Bytes that are the same for the same version at every run, and that cannot be compressed.
+// Incompressible bytes that are the same for the same version in every run.
 void invent_payload(const Options &options, const std::function<void(std::string_view)> &take)
 {
     std::seed_seq seed(options.header.version.begin(), options.header.version.end());
@@ -83,8 +83,7 @@ void make(Options options)
             read_file(options.payload, take);
         }
     };
-    // The header goes first and tells of what follows it, so the payload is read anew for each
-    // step.
+    // The header comes first and describes the payload, so the payload is read again for each step.
     with_payload([&](std::string_view bytes) { header.payload_size += bytes.size(); });
     if (header.payload_size == 0) {
         throw Error(options.payload + ": is empty");
@@ -139,7 +138,7 @@ void show(const std::string &file, const std::string &firmware_key)
     }
 }
 
-// Throws CLI's own complaints, and a wish for help as well.
+// Throws the exceptions of CLI11, for usage errors and for --help.
 Options parse(CLI::App &app, int count, char **words)
 {
     Options options;

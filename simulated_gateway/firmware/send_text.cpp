@@ -5,7 +5,7 @@
 namespace simulated_gateway {
 namespace {
 
-// A server has nothing to say but whether it took the text.
+// A server only has to say whether it accepted the text.
 constexpr size_t kLargestAnswer = 64U << 10;
 
 class Upload : public WebTransfer {
@@ -48,7 +48,7 @@ class Upload : public WebTransfer {
         return given;
     }
 
-    // The text goes out once more behind a redirect.
+    // After a redirect the text is sent again.
     static int seek(void *upload, curl_off_t offset, int)
     {
         auto *self = static_cast<Upload *>(upload);

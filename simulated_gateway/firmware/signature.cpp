@@ -14,7 +14,7 @@ using Key = std::shared_ptr<EVP_PKEY>;
 using Digest = std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX *)>;
 using ReadKey = EVP_PKEY *(*)(BIO *, EVP_PKEY **, pem_password_cb *, void *);
 
-// In place of OpenSSL's own, which asks at the terminal.
+// Replaces OpenSSL's own callback, which prompts at the terminal.
 int no_password(char *, int, int, void *)
 {
     return -1;

@@ -14,7 +14,7 @@ constexpr char kMask[] = "***";
 constexpr long kMostRedirects = 5;
 constexpr long kStalledBytesPerSecond = 1000;
 
-// What libcurl gives away as a plain pointer.
+// Frees what libcurl allocates.
 std::string taken_text(char *text)
 {
     const std::unique_ptr<char, void (*)(void *)> owner(text, curl_free);
@@ -95,11 +95,11 @@ WebTransfer::WebTransfer(const WebAddress &address, const WebLimits &limits, Tra
     curl_.reset(curl_easy_init());
     set(CURLOPT_ERRORBUFFER, reason_);
     set(CURLOPT_CURLU, address.get());
-    set(CURLOPT_PROTOCOLS_STR, "http,https"); // behind a redirect, too
+    set(CURLOPT_PROTOCOLS_STR, "http,https"); // also after a redirect
     set(CURLOPT_FOLLOWLOCATION, 1L);
     set(CURLOPT_MAXREDIRS, kMostRedirects);
     set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_QUICK_EXIT, 1L); // does not wait for a name server when it is ended
+    set(CURLOPT_QUICK_EXIT, 1L); // when it is ended, does not wait for a name server
     set(CURLOPT_TIMEOUT_MS, static_cast<long>(budget.time_left().count()));
     set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(limits.connect_timeout.count()));
     set(CURLOPT_LOW_SPEED_LIMIT, kStalledBytesPerSecond);
@@ -110,7 +110,7 @@ WebTransfer::WebTransfer(const WebAddress &address, const WebLimits &limits, Tra
     set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_XFERINFOFUNCTION, &WebTransfer::ask);
     set(CURLOPT_XFERINFODATA, this);
-    // Nothing else sees the bodies of redirects, and what stands around chunks.
+    // Only the debug callback sees the bodies of redirects and what surrounds chunks.
     set(CURLOPT_VERBOSE, 1L);
     set(CURLOPT_DEBUGFUNCTION, &WebTransfer::count);
     set(CURLOPT_DEBUGDATA, this);
@@ -124,7 +124,7 @@ void WebTransfer::add_header(const std::string &header)
     if (longer == nullptr) {
         throw std::bad_alloc();
     }
-    static_cast<void>(headers_.release()); // it is the longer list's own now
+    static_cast<void>(headers_.release()); // now part of the longer list
     headers_.reset(longer);
     set(CURLOPT_HTTPHEADER, headers_.get());
 }
@@ -174,7 +174,7 @@ void WebTransfer::require(CURLcode outcome)
     }
 }
 
-// Any result but the size ends the transfer. No exception may pass through C.
+// Any result other than the size ends the transfer. No exception may pass through C code.
 size_t WebTransfer::pass_on(char *bytes, size_t, size_t size, void *transfer)
 {
     auto *self = static_cast<WebTransfer *>(transfer);

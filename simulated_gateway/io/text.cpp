@@ -24,7 +24,7 @@ bool is_control(uint32_t letter)
     return letter < 0x20 || (letter >= 0x7f && letter < 0xa0);
 }
 
-// Controls, what turns the direction of writing, and what has no width.
+// Control characters, those that change the writing direction, and those without width.
 bool is_unseen(uint32_t letter)
 {
     constexpr std::pair<uint32_t, uint32_t> ranges[] = {
@@ -58,7 +58,7 @@ void append_escaped(std::string &out, std::string_view text, bool escape_quotes)
     }
 }
 
-// Whether it opens a letter of more bytes than there are.
+// Whether the text ends within its first character.
 bool is_cut_letter(std::string_view text)
 {
     try {
@@ -71,7 +71,7 @@ bool is_cut_letter(std::string_view text)
     return false;
 }
 
-// Levenshtein's distance: letters to insert, delete or replace.
+// Levenshtein distance: the characters to insert, delete or replace.
 size_t distance(std::string_view left, std::string_view right)
 {
     std::vector<size_t> row(right.size() + 1);
