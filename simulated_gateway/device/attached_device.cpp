@@ -46,7 +46,7 @@ Host &named_host(Home &home, const char *name, const std::string &mac)
     return *host;
 }
 
-// Since when it is attached, by the clock; nothing while it is not.
+// The time of attachment by the given clock; empty while the device is not attached.
 static std::string access_time(const State &state, int64_t since, Clock clock)
 {
     const int64_t behind = clock == Clock::kLocal ? state.home.hours_behind_utc * 3600 : 0;

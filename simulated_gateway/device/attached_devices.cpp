@@ -1,5 +1,5 @@
-// The devices attached to the routers: what is known of them, what the user calls and allows them,
-// and the firewall before them all.
+// The devices attached to the routers: their records, names and permissions as set by the user, and
+// the firewall that protects them.
 #include "device/attached_device.h"
 #include "model/address_plan.h"
 #include "simulation/host_activity.h"

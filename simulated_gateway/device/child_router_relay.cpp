@@ -1,5 +1,5 @@
-// Commands for child routers. They come as the text of a command's object, without its name: a
-// child router acts by the keys that are there.
+// Commands for child routers. Each is the text of a command's JSON object, without the command's
+// name: a child router acts according to the keys present.
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "model/json.h"
@@ -41,8 +41,8 @@ static Json parse_command(std::string_view text)
     return command;
 }
 
-// The child router that the command names by the identifier that the topology reports. Only one
-// that is reached can be told something.
+// The child router that the command names by the identifier from the topology. Only a reachable one
+// can receive a command.
 static const ChildRouter &addressed_router(const Home &home, const Json &command)
 {
     const std::string identifier = required_text(command, "DeviceID");
@@ -76,7 +76,7 @@ static void rename_router(ChildRouter &router, const std::string &name)
     router.name = name;
 }
 
-// Back to how it left the factory, as far as the main router knows of it.
+// Restores the factory settings, as far as the main router knows them.
 static void recover(const Home &factory, ChildRouter &router)
 {
     for (const ChildRouter &original : factory.mesh.child_routers) {
@@ -87,7 +87,7 @@ static void recover(const Home &factory, ChildRouter &router)
     restart(router);
 }
 
-// Sets what is given of one of its devices.
+// Applies the given settings to one of the router's devices.
 static void set_device(Home &home, const ChildRouter &router, const Json &command)
 {
     Host &host = named_host(home, "Mac", required_text(command, "Mac"));
@@ -106,13 +106,13 @@ static void set_device(Home &home, const ChildRouter &router, const Json &comman
     if (const std::string *access = text_of(command, "AccessEnable")) {
         host.blocked = !flag_of("AccessEnable", *access);
     }
-    // Nobody has the network to himself; that can be said, but not changed.
+    // No device can have the network to itself: "0" is accepted, nothing else.
     if (const std::string *monopoly = text_of(command, "NetMonopoly")) {
         refuse_for("NetMonopoly", complaint(*monopoly, one_of("0")));
     }
 }
 
-// A command is known by a key that only it has, and has no keys but those.
+// A command is recognised by a key that no other has, and must not contain any other keys.
 struct Form {
     const char *sign; // empty for the command that has none
     std::set<std::string> keys;
@@ -162,7 +162,7 @@ static void run_command(State &state, ChildRouter &router, const Json &command)
 
 // ---- The relay ---------------------------------------------------------------------------------
 
-// A text of a length of its own.
+// A text with an explicit length.
 static Argument request_bytes(const char *name, const std::string_view &text)
 {
     return {name, text.data() != nullptr ? &text : nullptr, false, [](const void *value, bool) {
@@ -184,7 +184,7 @@ int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length)
 
 // ---- The devices of a child router -------------------------------------------------------------
 
-// As the main router reports its own.
+// In the form in which the main router reports its own devices.
 static Json described(const AdBaseInfo &info)
 {
     return {{"Mac", info.Mac},
@@ -219,7 +219,7 @@ static Json devices_of(const State &state, const ChildRouter &router)
     return {{"BaseInfo", devices}, {"Status", "0"}};
 }
 
-// An answer in memory that the plug-in frees.
+// A reply in memory that the plug-in frees.
 static Argument reply_allocated_text(const char *name, char **text)
 {
     return {name, text, true, [](const void *value, bool) {

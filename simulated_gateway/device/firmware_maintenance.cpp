@@ -1,5 +1,5 @@
-// Around firmware: when the router may update itself, and the log that is sent when something went
-// wrong.
+// Firmware maintenance: when the router may update itself, and the upload of the log after a
+// failure.
 #include "core/gateway.h"
 #include "firmware/send_text.h"
 #include "io/clock.h"
@@ -14,7 +14,7 @@ using namespace simulated_gateway;
 
 // ---- Update schedule ---------------------------------------------------------------------------
 
-// Hour and minute of a time of the day, as numbers without leading zeros; nothing without one.
+// Hour and minute of a time of day, as numbers without leading zeros; empty without a time.
 template <size_t width>
 static void put_time(char (&hour)[width], char (&minute)[width], const std::string &time)
 {
@@ -27,7 +27,7 @@ static void put_time(char (&hour)[width], char (&minute)[width], const std::stri
     }
 }
 
-// A number of at most two digits, with both of them.
+// A number of at most two digits, padded to two.
 template <size_t width>
 static std::string two_digits(const char *name, const char (&field)[width], int64_t most)
 {
@@ -97,7 +97,7 @@ static std::string log_text(const State &state, const std::string &log_type,
     return text + "\n" + recent;
 }
 
-// A part of a file name, whatever the text holds.
+// A part of a file name, safe for any content of the text.
 static std::string file_name_part(std::string text)
 {
     std::ranges::replace_if(

@@ -1,5 +1,5 @@
 // The switches of the mesh, pairing and WPS; the agent's heartbeat, the LEDs, the state of the
-// first configuration, and devices to forget.
+// initial configuration, and removing devices.
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "simulation/removed_hosts.h"
@@ -8,7 +8,7 @@ using namespace simulated_gateway;
 
 // ---- Mesh --------------------------------------------------------------------------------------
 
-// In a star, those that hung from another child router find the main router.
+// In a star, the children of other child routers attach to the main router.
 static void hang_as_star(Home &home)
 {
     for (ChildRouter &router : home.mesh.child_routers) {
@@ -16,7 +16,7 @@ static void hang_as_star(Home &home)
     }
 }
 
-// The routers need a few seconds to find each other, and may not be disturbed while one of them is
+// The routers need a few seconds to find each other, and must not be disturbed while one of them is
 // being paired.
 static int32_t set_mesh(State &state, bool enabled, int64_t type)
 {
