@@ -9,13 +9,13 @@
 namespace simulated_gateway {
 namespace {
 
-// The ordinary value, more or less up to so many percent.
+// The typical value, varied by up to the given percentage.
 int64_t varied(const State &state, Quantity quantity, int64_t ordinary, int64_t most_percent)
 {
     return ordinary * (100 + deviation(state.home, quantity, 0, most_percent)) / 100;
 }
 
-// Freed resources fill up again.
+// Freed resources fill up again after some minutes.
 bool is_relieved(const State &state)
 {
     constexpr int64_t relief_seconds = 600;
@@ -68,7 +68,7 @@ int64_t delay_ms(const State &state)
     if (!home.wan.connected) {
         return 0;
     }
-    // Without QoS a packet waits behind the home's other traffic.
+    // Without QoS a packet is queued behind the home's other traffic.
     const int64_t waiting = home.services.qos_acceleration ? 1 : 2;
     return std::max<int64_t>(1, varied(state, Quantity::kDelay, home.ordinary_day.delay_ms, 20) *
                                     waiting);

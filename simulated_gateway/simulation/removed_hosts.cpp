@@ -16,7 +16,7 @@ void remove_host(State &state, const Host &host)
     removed.address_bound = false;
     std::vector<Host> &hosts = state.home.hosts;
     hosts.erase(hosts.begin() + (&host - hosts.data()));
-    // One that is switched off will not come back.
+    // A host that is switched off will not reattach.
     if (removed.online) {
         state.removed_hosts.push_back({std::move(removed), now()});
     }
