@@ -18,7 +18,7 @@ constexpr std::string_view kFunctions[] = {
 
 constexpr int64_t kLongestDelayMs = 3'600'000;
 
-// Takes a number off the front of the text.
+// Removes a number from the start of the text.
 int64_t take_number(std::string_view &text, int64_t least, int64_t most, const char *meaning)
 {
     int64_t number = 0;

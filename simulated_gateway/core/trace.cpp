@@ -15,7 +15,7 @@ FileDescriptor open_trace(const std::string &file)
     if (file == "-") {
         return FileDescriptor(line_output::own_descriptor(STDERR_FILENO));
     }
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
+    // Without O_NONBLOCK opening a named pipe would block until it has a reader.
     return FileDescriptor(::open(
         file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
 }
