@@ -8,7 +8,7 @@ namespace simulated_gateway {
 namespace {
 
 struct Listener {
-    std::mutex mutex; // locked during a report
+    std::mutex mutex; // held while it is told something
     SimulatedGatewayProgress report = nullptr;
     void *context = nullptr;
 };
