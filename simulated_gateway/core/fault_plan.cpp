@@ -53,11 +53,11 @@ Fault parse_fault(std::string_view text)
     if (take(text, "@")) {
         fault.delay = std::chrono::milliseconds(take_number(text, 0, kLongestDelayMs, "delay"));
         if (!take(text, "ms")) {
-            throw Error("the delay needs \"ms\" behind it");
+            throw Error("the delay needs \"ms\" after it");
         }
     }
     if (!text.empty()) {
-        throw Error("there is something behind the end, " + in_quotes(text));
+        throw Error("there is extra text at the end, " + in_quotes(text));
     }
     return fault;
 }

@@ -15,7 +15,7 @@
 namespace simulated_gateway {
 
 // Throws an Error that starts with the name, unless the validation error is empty.
-void refuse_for(const char *name, const std::string &complaint);
+void refuse_for(const char *name, const std::string &error);
 
 // The value of a text. They throw an Error that starts with the name if the text is not such a
 // value.
@@ -57,7 +57,7 @@ template <size_t width, std::integral Number> void put(char (&field)[width], Num
 // that truncation by the plug-in may have left at its end.
 template <size_t width> std::string taken(const char (&field)[width])
 {
-    return std::string(whole_letters({field, strnlen(field, width)}));
+    return std::string(whole_characters({field, strnlen(field, width)}));
 }
 // The same for a text that has to satisfy a rule, and for a flag. Their errors start with the
 // field's name.
@@ -65,7 +65,7 @@ template <size_t width, class Rule>
 std::string taken(const char *name, const char (&field)[width], const Rule &rule)
 {
     std::string text = taken(field);
-    refuse_for(name, complaint(text, rule));
+    refuse_for(name, validation_error(text, rule));
     return text;
 }
 template <size_t width> std::string taken_text(const char *name, const char (&field)[width])

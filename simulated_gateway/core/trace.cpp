@@ -79,7 +79,7 @@ static size_t digits_of(int64_t number)
     return digits;
 }
 
-// How long its line is, without making it: that is done for every call.
+// The length of its line, without formatting it: this is called for every device call.
 size_t Trace::length_of(const Entry &entry)
 {
     const size_t length = std::strlen("[] ") + digits_of(entry.uptime) + entry.note.size();

@@ -37,7 +37,7 @@ Host &named_host(Home &home, const char *name, const std::string &mac)
 {
     const std::optional<std::string> parsed = parse_mac(mac);
     if (!parsed) {
-        throw Error(std::string(name) + " " + in_quotes(mac) + " is no MAC address");
+        throw Error(std::string(name) + " " + in_quotes(mac) + " is not a MAC address");
     }
     Host *host = host_with_mac(home, *parsed);
     if (host == nullptr) {

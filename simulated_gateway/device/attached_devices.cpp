@@ -65,7 +65,7 @@ int32_t devapi_set_ad_base_info(AdBaseSetting *wanted)
         if (is_given(info.DownLimit)) {
             const int64_t limit = taken_number("DownLimit", info.DownLimit);
             if (limit != 0) {
-                refuse_for("DownLimit", complaint(limit, kRateLimits));
+                refuse_for("DownLimit", validation_error(limit, kRateLimits));
             }
             host.down_limit_kbps = limit;
         }

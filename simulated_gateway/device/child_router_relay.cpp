@@ -18,7 +18,7 @@ static const std::string *text_of(const Json &command, const char *key)
         return nullptr;
     }
     if (!item->is_string()) {
-        throw Error(std::string(key) + " is no text");
+        throw Error(std::string(key) + " is not a string");
     }
     return &item->get_ref<const std::string &>();
 }
@@ -36,7 +36,7 @@ static Json parse_command(std::string_view text)
 {
     Json command = parse_json(text);
     if (!command.is_object()) {
-        throw Error("the command is no object");
+        throw Error("the command is not an object");
     }
     return command;
 }
@@ -72,7 +72,7 @@ static void restart(ChildRouter &router)
 
 static void rename_router(ChildRouter &router, const std::string &name)
 {
-    refuse_for("Name", complaint(name, Text{sizeof(ChildRouterInfo::Name)}));
+    refuse_for("Name", validation_error(name, Text{sizeof(ChildRouterInfo::Name)}));
     router.name = name;
 }
 
@@ -92,15 +92,16 @@ static void set_device(Home &home, const ChildRouter &router, const Json &comman
 {
     Host &host = named_host(home, "Mac", required_text(command, "Mac"));
     if (place_of(home, host).router != &router) {
-        throw Error(host.mac + " is no device of " + router.mac);
+        throw Error(host.mac + " is not a device of " + router.mac);
     }
     if (const std::string *kind = text_of(command, "DevType")) {
-        refuse_for("DevType", complaint(*kind, kHostKinds));
+        refuse_for("DevType", validation_error(*kind, kHostKinds));
         host.kind = *kind;
     }
     if (const std::string *alias = text_of(command, "ByName")) {
         const bool none = alias->empty() || *alias == kNoValue;
-        refuse_for("ByName", none ? "" : complaint(*alias, Text{sizeof(AdBaseInfo::ByName)}));
+        refuse_for("ByName",
+                   none ? "" : validation_error(*alias, Text{sizeof(AdBaseInfo::ByName)}));
         host.alias = none ? "" : *alias;
     }
     if (const std::string *access = text_of(command, "AccessEnable")) {
@@ -108,7 +109,7 @@ static void set_device(Home &home, const ChildRouter &router, const Json &comman
     }
     // No device can have the network to itself: "0" is accepted, nothing else.
     if (const std::string *monopoly = text_of(command, "NetMonopoly")) {
-        refuse_for("NetMonopoly", complaint(*monopoly, one_of("0")));
+        refuse_for("NetMonopoly", validation_error(*monopoly, one_of("0")));
     }
 }
 
@@ -135,7 +136,8 @@ static const std::vector<Form> &forms()
         {"Recovery",
          {"DeviceID", "Recovery"},
          [](State &state, ChildRouter &router, const Json &command) {
-             refuse_for("Recovery", complaint(required_text(command, "Recovery"), one_of("1")));
+             refuse_for("Recovery",
+                        validation_error(required_text(command, "Recovery"), one_of("1")));
              recover(state.factory, router);
          }},
         {"",
@@ -154,7 +156,7 @@ static void run_command(State &state, ChildRouter &router, const Json &command)
     for (const auto &[key, value] : command.items()) {
         if (!form.keys.contains(key)) {
             throw Error("no command for a child router has the key " + in_quotes(key) +
-                        (*form.sign != '\0' ? std::string(" beside ") + form.sign : ""));
+                        (*form.sign != '\0' ? std::string(" together with ") + form.sign : ""));
         }
     }
     form.run(state, router, command);
@@ -234,8 +236,8 @@ int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char
                  {request_text("text", text), request_text("method", method),
                   reply_allocated_text("answer", answer)},
                  [&](const State &state) {
-                     refuse_for("method", complaint(std::string(method),
-                                                    one_of("get_childrouter_host_info")));
+                     refuse_for("method", validation_error(std::string(method),
+                                                           one_of("get_childrouter_host_info")));
                      const Json command = parse_command(text);
                      const ChildRouter &router = addressed_router(state.home, command);
                      const std::string devices = devices_of(state, router).dump();

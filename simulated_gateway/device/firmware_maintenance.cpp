@@ -32,7 +32,7 @@ template <size_t width>
 static std::string two_digits(const char *name, const char (&field)[width], int64_t most)
 {
     const int64_t number = taken_number(name, field);
-    refuse_for(name, complaint(number, Range{0, most}));
+    refuse_for(name, validation_error(number, Range{0, most}));
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
@@ -113,9 +113,10 @@ int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac
         {request_address("url", url), request_text("log_type", log_type), request_text("mac", mac)},
         [&](Gateway &gateway) {
             constexpr size_t most_bytes_of_type = 64;
-            refuse_for("log_type", complaint(std::string(log_type), Text{most_bytes_of_type}));
+            refuse_for("log_type",
+                       validation_error(std::string(log_type), Text{most_bytes_of_type}));
             if (!parse_mac(mac)) {
-                throw Error("mac " + in_quotes(mac) + " is no MAC address");
+                throw Error("mac " + in_quotes(mac) + " is not a MAC address");
             }
             std::string address = url;
             if (address.ends_with('/')) {

@@ -52,7 +52,7 @@ int32_t devapi_download_image(const char *url, int32_t mode)
 {
     return long_work(__func__, {request_address("url", url), number("mode", mode)},
                      [&](Gateway &gateway) {
-                         refuse_for("mode", complaint(mode, Range{0, 1}));
+                         refuse_for("mode", validation_error(mode, Range{0, 1}));
                          const std::unique_lock right = gateway.firmware().begin_download();
                          download(gateway, url);
                          return 0;

@@ -16,7 +16,7 @@ static std::string mac_of(const char *name, const std::string &text)
 {
     const std::optional<std::string> mac = parse_mac(text);
     if (!mac) {
-        throw Error(std::string(name) + " " + in_quotes(text) + " is no MAC address");
+        throw Error(std::string(name) + " " + in_quotes(text) + " is not a MAC address");
     }
     return *mac;
 }
@@ -252,8 +252,8 @@ int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info)
         period.enabled = taken_flag("Enable", info->Enable);
         const std::string days = taken(info->DaysOfWeek);
         period.days = days_with_commas(days);
-        if (!complaint(period.days, DaysOfWeek{}).empty()) {
-            throw Error("DaysOfWeek " + in_quotes(days) + " is no list of days like \"137\"");
+        if (!validation_error(period.days, DaysOfWeek{}).empty()) {
+            throw Error("DaysOfWeek " + in_quotes(days) + " is not a list of days like \"137\"");
         }
         return 0;
     });

@@ -23,7 +23,7 @@ static void describe(RecordText &text, const ChannelApNum &counts)
 static void count_networks(std::span<int32_t, 64> counts, std::span<const int16_t, 64> channels,
                            const char *name, int32_t count, const std::vector<HeardNetwork> &heard)
 {
-    refuse_for(name, complaint(count, Range{0, static_cast<int64_t>(channels.size())}));
+    refuse_for(name, validation_error(count, Range{0, static_cast<int64_t>(channels.size())}));
     std::ranges::transform(
         channels.first(static_cast<size_t>(count)), counts.begin(), [&](int16_t channel) {
             return static_cast<int32_t>(
@@ -102,7 +102,7 @@ int32_t devapi_get_ping_check(const char *target)
     return query(__func__, {request_text("target", target)}, [&](const State &state) {
         const std::optional<uint32_t> ip = parse_ipv4(target);
         if (!ip || !is_public(*ip)) {
-            throw Error("target is no address of the Internet");
+            throw Error("target is not an Internet address");
         }
         if (!state.home.wan.connected) {
             throw Error("the WAN is not connected");

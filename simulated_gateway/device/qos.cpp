@@ -52,7 +52,7 @@ int32_t devapi_set_qos_enable(int32_t enable)
 static int64_t priority_of(const char *name, const std::string &text)
 {
     const int64_t priority = number_of(name, text);
-    refuse_for(name, complaint(priority, kPriorities));
+    refuse_for(name, validation_error(priority, kPriorities));
     return priority;
 }
 
@@ -86,7 +86,7 @@ static std::vector<Classification>::iterator rule_of(Qos &qos, const QosRule &wa
 // The model checks the range of values of a type.
 static void take_rule(const QosRule &wanted, Classification &rule)
 {
-    refuse_for("type_count", complaint(wanted.type_count, Range{0, QOS_MAX_TYPES}));
+    refuse_for("type_count", validation_error(wanted.type_count, Range{0, QOS_MAX_TYPES}));
     rule.name = taken_text("Name", wanted.Name);
     rule.priority = priority_of("PriorityLevel", taken(wanted.PriorityLevel));
     rule.traffic.clear();

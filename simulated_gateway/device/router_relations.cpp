@@ -130,7 +130,7 @@ static void add_relation(NewNodes<TopoNode> &nodes, Listed &list, const Home &ho
 {
     const size_t middle = relation.find('>');
     if (middle == std::string::npos) {
-        throw Error(in_quotes(relation) + " is no relation");
+        throw Error(in_quotes(relation) + " is not a relation");
     }
     const std::string parent = relation.substr(0, middle);
     const std::string child = relation.substr(middle + 1);

@@ -143,7 +143,7 @@ class WanChange {
     {
         if (has(field)) {
             value = value_of(name, field, rule.presence);
-            refuse_for(name, value.empty() ? "" : complaint(value, rule));
+            refuse_for(name, value.empty() ? "" : validation_error(value, rule));
         }
     }
     void take(const char *name, Field field, int64_t &value, const Range &rule) const
@@ -151,7 +151,7 @@ class WanChange {
         if (has(field)) {
             const std::string digits = value_of(name, field, rule.presence);
             value = digits.empty() ? 0 : number_of(name, digits);
-            refuse_for(name, digits.empty() ? "" : complaint(value, rule));
+            refuse_for(name, digits.empty() ? "" : validation_error(value, rule));
         }
     }
     void take(const char *name, Field field, bool &value) const

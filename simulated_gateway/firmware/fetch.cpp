@@ -84,7 +84,7 @@ FileDescriptor find_below(const std::string &folder, const std::string &path)
     const ssize_t size = file.is_open() ? readlink(link.c_str(), real, sizeof(real)) : -1;
     if (size < 0 || !std::string_view(real, static_cast<size_t>(size)).starts_with(folder + "/") ||
         fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        throw Error("the address does not hold: no such file in the firmware folder");
+        throw Error("the address is invalid: no such file in the firmware folder");
     }
     return file;
 }
@@ -93,7 +93,7 @@ void copy_file(const WebAddress &address, PartialImage &image, const FetchLimits
                const std::function<bool()> &goes_on)
 {
     if (limits.file_folder.empty()) {
-        throw Error("the address does not hold: file is for a gateway with a firmware folder");
+        throw Error("the address is invalid: file is for a gateway with a firmware folder");
     }
     const FileDescriptor file =
         find_below(limits.file_folder, address.part(CURLUPART_PATH, CURLU_URLDECODE));
@@ -116,8 +116,8 @@ void fetch(const std::string &text, PartialImage &image, const FetchLimits &limi
         copy_file(address, image, limits, goes_on);
         return;
     }
-    if (!address.is_of_web()) {
-        throw Error("the address does not hold: its scheme is none of http, https, file");
+    if (!address.is_web()) {
+        throw Error("the address is invalid: its scheme is none of http, https, file");
     }
     TransferBudget budget(limits);
     if (!Download(address, image, limits, budget, goes_on).run()) {

@@ -30,9 +30,9 @@ constexpr std::array<TextField, 3> kTextFields = {{{"product", 20, 256, &ImageHe
 
 void check_field(const TextField &field, const std::string &text)
 {
-    const std::string wrong = complaint(text, Text{field.width});
+    const std::string wrong = validation_error(text, Text{field.width});
     if (!wrong.empty()) {
-        refuse_image(std::string("does not hold: its ") + field.name + " " + wrong);
+        refuse_image(std::string("is invalid: its ") + field.name + " " + wrong);
     }
 }
 
@@ -98,8 +98,8 @@ void ImageCheck::add(std::string_view bytes)
         take_header();
     }
     if (size_ > header_->image_size()) {
-        refuse_image("goes on behind the " + std::to_string(header_->image_size()) +
-                     " bytes that its header tells of");
+        refuse_image("continues after the " + std::to_string(header_->image_size()) +
+                     " bytes given in its header");
     }
     digest_.add(bytes);
 }
@@ -160,7 +160,7 @@ void ImageCheck::check_origin(const ImageHeader &header) const
     if (demands_.key &&
         !demands_.key->verifies(header.signature,
                                 bytes.substr(0, header.digest_offset() + Sha256::kSize))) {
-        refuse_image("does not hold: its signature is not by the firmware key");
+        refuse_image("is invalid: its signature is not by the firmware key");
     }
     if (header.rollback < demands_.least_rollback) {
         refuse_image("has the rollback number " + std::to_string(header.rollback) +

@@ -21,7 +21,7 @@ enum ExitStatus {
 constexpr char kFooter[] = R"(
 Exit status:
   0  done
-  1  a file cannot be read or written, or the image does not hold
+  1  a file cannot be read or written, or the image is invalid
   2  wrong usage
 
 Examples:
@@ -129,7 +129,7 @@ void show(const std::string &file, const std::string &firmware_key)
     if (header.is_signed) {
         std::printf("rollback number: %ju\nsignature: %s\n",
                     static_cast<uintmax_t>(header.rollback),
-                    demands.key ? "holds" : "not verified");
+                    demands.key ? "valid" : "not verified");
     } else {
         std::puts("signature: none");
     }
@@ -145,15 +145,15 @@ Options parse(CLI::App &app, int count, char **words)
     options.header.date = today();
     app.footer(kFooter);
     CLI::Option *product = app.add_option("--product", options.header.product,
-                                          "Kind of device that the image is for: its device_type");
+                                          "Device type of the router that the image is for");
     CLI::Option *version =
         app.add_option("--version", options.header.version, "Version of the firmware");
-    CLI::Option *date = app.add_option("--date", options.header.date, "Its date, else today's");
-    CLI::Option *size =
-        app.add_option("--size", options.size, "Length of a payload that is made up")
-            ->type_name("BYTES")
-            ->check(CLI::PositiveNumber.description(""))
-            ->capture_default_str();
+    CLI::Option *date =
+        app.add_option("--date", options.header.date, "Date of the firmware, else today's");
+    CLI::Option *size = app.add_option("--size", options.size, "Length of a generated payload")
+                            ->type_name("BYTES")
+                            ->check(CLI::PositiveNumber.description(""))
+                            ->capture_default_str();
     CLI::Option *payload =
         app.add_option("--payload", options.payload, "File with the payload instead")
             ->type_name("FILE");
@@ -162,7 +162,7 @@ Options parse(CLI::App &app, int count, char **words)
                             ->type_name("KEY");
     CLI::Option *rollback =
         app.add_option("--rollback", options.header.rollback,
-                       "Number below which no firmware is taken any more once this one runs")
+                       "Images with a lower number are refused once this firmware runs")
             ->type_name("NUMBER")
             ->capture_default_str();
     CLI::Option *firmware_key =
@@ -170,7 +170,7 @@ Options parse(CLI::App &app, int count, char **words)
                        "With --show: the image has to be signed by this public key")
             ->type_name("FILE");
     app.add_flag("--show", options.show, "Verify an image and print its header, nothing else");
-    app.add_option("IMAGE", options.image, "File of the image")->type_name("")->required();
+    app.add_option("IMAGE", options.image, "Image file")->type_name("")->required();
     app.parse(count, words);
 
     for (const CLI::Option *option : {product, version}) {

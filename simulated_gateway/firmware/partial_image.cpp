@@ -20,13 +20,13 @@ PartialImage::PartialImage(std::string path, const std::string &address, ImageDe
     : path_(std::move(path)), origin_path_(path_ + ".origin"), origin_(digest_of(address)),
       demands_(std::move(demands)), check_(demands_)
 {
-    if (!take_up()) {
+    if (!resume()) {
         start_over("");
     }
 }
 
 // An invalid partial image is not an error: the download then starts from the beginning.
-bool PartialImage::take_up()
+bool PartialImage::resume()
 try {
     const std::string origin = read_file(origin_path_);
     const std::string first_line = origin_ + "\n";

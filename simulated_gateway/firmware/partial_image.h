@@ -30,7 +30,7 @@ class PartialImage {
     void finish(const std::string &path);
 
   private:
-    bool take_up();
+    bool resume();
     void open_file(int flags);
     template <class Step> void or_remove(const Step &step);
 

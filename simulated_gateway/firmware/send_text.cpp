@@ -66,8 +66,8 @@ class Upload : public WebTransfer {
 void send_text(const WebAddress &address, const std::string &text, const WebLimits &limits,
                const std::function<bool()> &goes_on)
 {
-    if (!address.is_of_web()) {
-        throw Error("the address does not hold: its scheme is none of http, https");
+    if (!address.is_web()) {
+        throw Error("the address is invalid: its scheme is none of http, https");
     }
     TransferBudget budget(limits);
     Upload(address, text, limits, budget, goes_on).run();

@@ -15,9 +15,9 @@ constexpr long kMostRedirects = 5;
 constexpr long kStalledBytesPerSecond = 1000;
 
 // Frees what libcurl allocates.
-std::string taken_text(char *text)
+std::string text_and_free(char *text)
 {
-    const std::unique_ptr<char, void (*)(void *)> owner(text, curl_free);
+    const std::unique_ptr<char, void (*)(void *)> guard(text, curl_free);
     return text != nullptr ? text : "";
 }
 
@@ -25,14 +25,14 @@ std::string taken_text(char *text)
 
 WebAddress::WebAddress(const std::string &text) : url_(curl_url(), curl_url_cleanup)
 {
-    const std::string wrong = complaint(text, Text{kAddressWidth});
+    const std::string wrong = validation_error(text, Text{kAddressWidth});
     if (!wrong.empty()) {
         throw Error("the address " + wrong);
     }
     const CURLUcode failure =
         curl_url_set(url_.get(), CURLUPART_URL, text.c_str(), CURLU_NON_SUPPORT_SCHEME);
     if (failure != CURLUE_OK) {
-        throw Error(std::string("the address does not hold: ") + curl_url_strerror(failure));
+        throw Error(std::string("the address is invalid: ") + curl_url_strerror(failure));
     }
 }
 
@@ -40,7 +40,7 @@ std::string WebAddress::part(CURLUPart part, unsigned flags) const
 {
     char *text = nullptr;
     curl_url_get(url_.get(), part, &text, flags);
-    return taken_text(text);
+    return text_and_free(text);
 }
 
 std::string WebAddress::masked() const
@@ -65,10 +65,10 @@ std::string WebAddress::masked() const
     mask(CURLUPART_QUERY, query);
     char *text = nullptr;
     curl_url_get(url.get(), CURLUPART_URL, &text, 0);
-    return taken_text(text);
+    return text_and_free(text);
 }
 
-bool WebAddress::is_of_web() const
+bool WebAddress::is_web() const
 {
     const std::string scheme = part(CURLUPART_SCHEME);
     return scheme == "http" || scheme == "https";

@@ -51,7 +51,7 @@ class WebAddress {
     // fragment.
     std::string masked() const;
     std::string part(CURLUPart part, unsigned flags = 0) const;
-    bool is_of_web() const; // http or https
+    bool is_web() const; // http or https
 
   private:
     std::unique_ptr<CURLU, void (*)(CURLU *)> url_;

@@ -76,7 +76,7 @@ void read_file(const std::string &path, const std::function<void(std::string_vie
         refuse_file(path);
     }
     if (!S_ISREG(info.st_mode)) {
-        throw Error(path + ": is no regular file");
+        throw Error(path + ": is not a regular file");
     }
     char block[16384];
     for (;;) {

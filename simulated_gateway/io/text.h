@@ -27,7 +27,7 @@ std::string in_quotes(std::string_view text);
 
 // The text without an incomplete character at its end, as a cut after a number of bytes leaves it.
 // Anything else that is not UTF-8 stays.
-std::string_view whole_letters(std::string_view text);
+std::string_view whole_characters(std::string_view text);
 
 // "; did you mean NAME?" with the candidate that differs from the name in the fewest characters;
 // empty if none is similar.

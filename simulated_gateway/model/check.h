@@ -5,7 +5,7 @@
 
 namespace simulated_gateway {
 
-// Throws an Error that names the first invalid field, such as "/lan/dhcp_pool/end: 192.168.1.5 lies
+// Throws an Error that names the first invalid field, such as "/lan/dhcp_pool/end: 192.168.1.5 is
 // before the start of the pool".
 void check(const Home &home);
 void check(const State &state);

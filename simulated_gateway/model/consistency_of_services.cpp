@@ -36,7 +36,7 @@ void check_qos(const Qos &qos, const std::string &path)
             refuse(place + "/number", "there is another rule " + std::to_string(rule.number));
         }
         for (size_t type = 0; type < rule.traffic.size(); ++type) {
-            const std::string wrong = complaint(rule.traffic[type]);
+            const std::string wrong = validation_error(rule.traffic[type]);
             if (!wrong.empty()) {
                 refuse(item(place + "/traffic", type), wrong);
             }

@@ -12,7 +12,7 @@ void check_connection(const Wan &wan, const std::string &path)
         refuse(path + "/connected", "needs ip, gateway and primary_dns");
     }
     if (wan.connected != wan.fault.empty()) {
-        refuse(path + "/fault", wan.connected ? "stands beside a connection"
+        refuse(path + "/fault", wan.connected ? "is set, but there is a connection"
                                               : "is missing, and there is no connection");
     }
 }
@@ -30,10 +30,10 @@ void check_routed(const Home &home, const Wan &wan, const std::string &path)
     const std::optional<uint32_t> gateway = parse_ipv4(wan.gateway);
     const uint32_t lan_mask = *parse_ipv4(home.lan.subnet_mask);
     if (ip && (*ip & lan_mask) == (*parse_ipv4(home.lan.ip) & lan_mask)) {
-        refuse(path + "/ip", wan.ip + " lies in the LAN");
+        refuse(path + "/ip", wan.ip + " is in the LAN");
     }
     if (mask && !is_mask(*mask)) {
-        refuse(path + "/subnet_mask", wan.subnet_mask + " is no mask");
+        refuse(path + "/subnet_mask", wan.subnet_mask + " is not a subnet mask");
     }
     if (wan.mode != kStaticMode) {
         return;
@@ -42,7 +42,7 @@ void check_routed(const Home &home, const Wan &wan, const std::string &path)
         refuse(path + "/mode", "needs ip, subnet_mask, gateway and primary_dns");
     }
     if ((*ip & *mask) != (*gateway & *mask)) {
-        refuse(path + "/gateway", wan.gateway + " lies outside the subnet");
+        refuse(path + "/gateway", wan.gateway + " is outside the subnet");
     }
 }
 

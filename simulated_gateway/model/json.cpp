@@ -25,7 +25,7 @@ class ParseObserver {
             Level &level = levels_.back();
             level.key = parsed.get<std::string>();
             if (!level.keys.insert(level.key).second) {
-                throw Error(path() + ": stands twice");
+                throw Error(path() + ": is repeated");
             }
             break;
         }
@@ -101,7 +101,7 @@ JsonReader::JsonReader(const Json &object, std::string path)
     : object_(object), path_(std::move(path))
 {
     if (!object.is_object()) {
-        throw Error((path_.empty() ? "the document" : path_ + ":") + " is no object");
+        throw Error((path_.empty() ? "the document" : path_ + ":") + " is not an object");
     }
 }
 
@@ -130,7 +130,7 @@ void JsonReader::refuse_unknown_keys() const
 void JsonReader::read(const Json &item, const std::string &path, std::string &value)
 {
     if (!item.is_string()) {
-        throw Error(path + ": is no text");
+        throw Error(path + ": is not a string");
     }
     value = item.get<std::string>();
 }
@@ -138,7 +138,7 @@ void JsonReader::read(const Json &item, const std::string &path, std::string &va
 void JsonReader::read(const Json &item, const std::string &path, int64_t &value)
 {
     if (!item.is_number_integer()) {
-        throw Error(path + ": is no whole number");
+        throw Error(path + ": is not an integer");
     }
     if (item.is_number_unsigned() && item.get<uint64_t>() > INT64_MAX) {
         throw Error(path + ": is too large");
@@ -157,10 +157,10 @@ void JsonReader::read(const Json &item, const std::string &path, bool &value)
 void JsonReader::require_list(const Json &item, const std::string &path, size_t most)
 {
     if (!item.is_array()) {
-        throw Error(path + ": is no list");
+        throw Error(path + ": is not a list");
     }
     if (item.size() > most) {
-        throw Error(path + ": holds more than " + std::to_string(most));
+        throw Error(path + ": has more than " + std::to_string(most) + " items");
     }
 }
 

@@ -1,5 +1,5 @@
 // The values that are allowed in a field of the model. The description of a field (model.h) names
-// its rule; complaint() returns what is wrong with a value, or an empty string.
+// its rule; validation_error() returns what is wrong with a value, or an empty string.
 #pragma once
 
 #include "io/text.h"
@@ -84,15 +84,15 @@ template <class Rule> constexpr Rule or_none(Rule rule)
     return rule;
 }
 
-std::string complaint(const std::string &value, const Text &rule);
-std::string complaint(const std::string &value, const Mac &rule);
-std::string complaint(const std::string &value, const Ipv4 &rule);
-std::string complaint(const std::string &value, const Ipv6 &rule);
-std::string complaint(const std::string &value, const ServiceList &rule);
-std::string complaint(const std::string &value, const TimeOfDay &rule);
-std::string complaint(const std::string &value, const DaysOfWeek &rule);
-std::string complaint(int64_t value, const Range &rule);
-std::string complaint(bool value, const Flag &rule);
+std::string validation_error(const std::string &value, const Text &rule);
+std::string validation_error(const std::string &value, const Mac &rule);
+std::string validation_error(const std::string &value, const Ipv4 &rule);
+std::string validation_error(const std::string &value, const Ipv6 &rule);
+std::string validation_error(const std::string &value, const ServiceList &rule);
+std::string validation_error(const std::string &value, const TimeOfDay &rule);
+std::string validation_error(const std::string &value, const DaysOfWeek &rule);
+std::string validation_error(int64_t value, const Range &rule);
+std::string validation_error(bool value, const Flag &rule);
 
 inline std::string shown(int64_t value)
 {
@@ -104,7 +104,7 @@ inline std::string shown(std::string_view value)
 }
 
 template <class Value, class Allowed, size_t count>
-std::string complaint(const Value &value, const OneOf<Allowed, count> &rule)
+std::string validation_error(const Value &value, const OneOf<Allowed, count> &rule)
 {
     std::string list;
     for (const Allowed &allowed : rule.values) {

@@ -48,7 +48,7 @@ void take_checksum(Json &document)
     const Json given = *checksum;
     document.erase(checksum);
     if (given != checksum_of(document)) {
-        throw Error(std::string("/") + kChecksum + ": is not that of what the file holds");
+        throw Error(std::string("/") + kChecksum + ": does not match the content of the file");
     }
 }
 

@@ -6,6 +6,6 @@
 namespace simulated_gateway {
 
 // What is wrong with the values of a type; empty if they are valid.
-std::string complaint(const Traffic &traffic);
+std::string validation_error(const Traffic &traffic);
 
 } // namespace simulated_gateway

@@ -16,7 +16,7 @@ int64_t varied(const State &state, Quantity quantity, int64_t ordinary, int64_t 
 }
 
 // Freed resources fill up again after some minutes.
-bool is_relieved(const State &state)
+bool was_recently_optimized(const State &state)
 {
     constexpr int64_t relief_seconds = 600;
     return state.optimization_time != 0 && seconds_since(state.optimization_time) < relief_seconds;
@@ -27,14 +27,14 @@ bool is_relieved(const State &state)
 int64_t cpu_percent(const State &state)
 {
     const int64_t percent = varied(state, Quantity::kCpu, state.home.ordinary_day.cpu_percent, 30);
-    return std::min<int64_t>(100, is_relieved(state) ? percent * 3 / 4 : percent);
+    return std::min<int64_t>(100, was_recently_optimized(state) ? percent * 3 / 4 : percent);
 }
 
 int64_t memory_percent(const State &state)
 {
     const int64_t percent =
         varied(state, Quantity::kMemory, state.home.ordinary_day.memory_percent, 5);
-    return std::min<int64_t>(100, is_relieved(state) ? percent * 3 / 4 : percent);
+    return std::min<int64_t>(100, was_recently_optimized(state) ? percent * 3 / 4 : percent);
 }
 
 int64_t cpu_celsius(const State &state)

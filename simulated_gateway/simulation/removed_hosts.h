@@ -9,9 +9,9 @@ namespace simulated_gateway {
 void remove_host(State &state, const Host &host);
 
 // Lists the hosts again that have reattached since they were removed.
-void let_removed_hosts_attach(State &state);
+void reattach_removed_hosts(State &state);
 
 // On a boot all hosts that are switched on reattach.
-void let_all_attach_anew(State &state);
+void reattach_all_hosts(State &state);
 
 } // namespace simulated_gateway

@@ -234,8 +234,8 @@ TEST_F(PortsTest, WrongBindingsAreRefused)
     EXPECT_EQ(refused("0", "LAN1"), "there is no WAN connection 0");
     EXPECT_EQ(refused("5", "LAN1"), "there is no WAN connection 5");
     EXPECT_EQ(refused("-1", "LAN1"), "there is no WAN connection -1");
-    EXPECT_EQ(refused("", "LAN1"), "index is no number");
-    EXPECT_EQ(refused("IPTV", "LAN1"), "index is no number");
+    EXPECT_EQ(refused("", "LAN1"), "index is not a number");
+    EXPECT_EQ(refused("IPTV", "LAN1"), "index is not a number");
     EXPECT_EQ(refused("1", "LAN5"), "there is no port \"LAN5\"");
     EXPECT_EQ(refused("1", "LAN0"), "there is no port \"LAN0\"");
     EXPECT_EQ(refused("1", "SSID9"), "there is no port \"SSID9\"");
