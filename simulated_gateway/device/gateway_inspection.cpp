@@ -138,7 +138,7 @@ static Radio &move_radio(Home &home, int64_t channel)
 {
     const auto radio = std::ranges::find(home.radios, band_of(channel), &Radio::band);
     if (radio == home.radios.end()) {
-        throw Error("Channel " + std::to_string(channel) + " is that of no radio");
+        throw Error("Channel " + std::to_string(channel) + " does not belong to any radio");
     }
     if (!radio->enabled) {
         throw Error("the radio of " + radio->band + " is off");

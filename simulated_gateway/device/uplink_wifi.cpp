@@ -26,7 +26,7 @@ static bool is_key(const UplinkWifiInfo &info, const Neighbour &neighbour)
     const Ciphers ciphers = ciphers_of(neighbour.encryption);
     if (taken(info.ENCRYPT) != neighbour.encryption || taken(info.WPACypher) != ciphers.wpa ||
         taken(info.WPA2Cypher) != ciphers.wpa2) {
-        throw Error("the network has another encryption");
+        throw Error("the network has a different encryption");
     }
     return neighbour.encryption == kNoEncryption ||
            (!neighbour.password.empty() && taken(info.PWD) == neighbour.password);

@@ -4,7 +4,7 @@
 //        0      8  magic, "HGIMAGE" and a NUL
 //        8      4  version of the format, 1 or 2
 //       12      8  length of the payload, at least 1
-//       20    256  product: the kind of device that the image is for
+//       20    256  product: the device type that the image is for
 //      276     64  version of the firmware
 //      340     32  date of the firmware
 //

@@ -13,7 +13,7 @@ namespace simulated_gateway {
 namespace {
 
 constexpr char kReboot[] = "sync;reboot"; // the command that the plug-in uses
-constexpr char kRealReboot[] = "not flashed: the reboot that follows would be this machine's; link "
+constexpr char kRealReboot[] = "not flashed: the reboot would restart this machine; link "
                                "the gateway to the host, load it by LD_PRELOAD, or export a "
                                "system() from the host";
 
@@ -49,7 +49,7 @@ extern "C" __attribute__((visibility("default"))) int system(const char *command
 {
     using namespace simulated_gateway;
     if (command != nullptr && std::strcmp(command, kReboot) == 0) {
-        write_all(STDERR_FILENO, "simulated gateway: restarts, in place of this machine\n");
+        write_all(STDERR_FILENO, "simulated gateway: restarts the model instead of this machine\n");
         simulated_gateway_power_cycle();
         return 0;
     }

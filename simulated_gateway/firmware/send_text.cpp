@@ -26,7 +26,7 @@ class Upload : public WebTransfer {
     void run()
     {
         if (!perform()) {
-            throw Error("the server does not stop answering");
+            throw Error("the server's response is too long");
         }
         if (status() < 200 || status() > 299) {
             throw Error("the server answers with HTTP status " + std::to_string(status()));

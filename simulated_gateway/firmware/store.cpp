@@ -108,7 +108,7 @@ FirmwareStore::SlotImage FirmwareStore::copy_for(int64_t slot, const Router &rou
     if (!header.is_signed) {
         warning = "is not signed";
     } else if (key_ == nullptr) {
-        warning = "has a signature that is not verified, for lack of a firmware key";
+        warning = "has a signature that is not verified without a firmware key";
     }
     return {std::move(file), content_of(header), std::move(warning)};
 }

@@ -144,7 +144,8 @@ bool WebTransfer::perform()
     }
     if (budget_.is_exceeded()) {
         throw Error("the server sends more than " +
-                    std::to_string(TransferBudget::kLargestSurplus) + " bytes around its answer");
+                    std::to_string(TransferBudget::kLargestSurplus) +
+                    " bytes in addition to its response");
     }
     if (outcome != CURLE_OK) {
         throw Error(*reason_ != '\0' ? reason_ : curl_easy_strerror(outcome));

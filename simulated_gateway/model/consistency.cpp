@@ -17,12 +17,12 @@ void check_schedules(const Home &home, const std::string &path)
     const UpdateWindow &update = home.update_schedule;
     if (update.enabled &&
         (update.start.empty() || update.end.empty() || update.start == update.end)) {
-        refuse(path + "/update_schedule", "needs a start and another end");
+        refuse(path + "/update_schedule", "needs a start and a different end");
     }
     const SleepSchedule &sleep = home.sleep;
     if (sleep.gateway || sleep.wifi || sleep.leds) {
         if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {
-            refuse(path + "/sleep", "needs a start and another end");
+            refuse(path + "/sleep", "needs a start and a different end");
         }
     }
     for (size_t at = 0; at < home.wifi_sleep.size(); ++at) {

@@ -5,10 +5,10 @@ namespace simulated_gateway {
 void check_signal(bool by_radio, int64_t signal_dbm, const std::string &path)
 {
     if (by_radio && signal_dbm == 0) {
-        refuse(path, "is missing, and the link is by radio");
+        refuse(path, "is missing, and the link is a radio link");
     }
     if (!by_radio && signal_dbm != 0) {
-        refuse(path, "there is no link by radio");
+        refuse(path, "there is no radio link");
     }
 }
 
@@ -56,7 +56,7 @@ void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
                 refuse(item(list, at) + "/parent", "there is no router " + router->parent);
             }
             if (step == children.size()) {
-                refuse(item(list, at) + "/parent", "the links form a ring");
+                refuse(item(list, at) + "/parent", "the links form a loop");
             }
             router = parent;
         }

@@ -18,7 +18,7 @@ void check_bindings(const Home &home, const std::string &path)
             refuse(place + "/port", "there is no port " + in_quotes(binding.port));
         }
         if (!bound.insert(binding.port).second) {
-            refuse(place + "/port", binding.port + " is bound already");
+            refuse(place + "/port", binding.port + " is already bound");
         }
         if (binding.wan > static_cast<int64_t>(home.other_wans.size()) + 1) {
             refuse(place + "/wan", "there is no WAN connection " + std::to_string(binding.wan));

@@ -59,7 +59,7 @@ void check_bridged(const Wan &wan, const std::string &path)
     bridge.vlan_id = wan.vlan_id;
     bridge.vlan_priority = wan.vlan_priority;
     if (wan != bridge) {
-        refuse(path + "/bridged", "leaves no room for addresses, an account or nat");
+        refuse(path + "/bridged", "excludes addresses, an account and nat");
     }
 }
 
@@ -102,7 +102,7 @@ void check_wans(const Home &home, const std::string &path)
         refuse(path + "/wan/bridged", "the connection to the Internet is routed");
     }
     if (!is_for_the_internet(home.wan)) {
-        refuse(path + "/wan/services", "are without INTERNET");
+        refuse(path + "/wan/services", "do not include INTERNET");
     }
     std::set<std::string> names = {home.wan.name};
     std::set<std::string> interfaces = {home.wan.interface};
@@ -111,7 +111,7 @@ void check_wans(const Home &home, const std::string &path)
         const std::string place = item(path + "/other_wans", at);
         check_wan(home, wan, place);
         if (is_for_the_internet(wan)) {
-            refuse(place + "/services", "INTERNET is that of /wan");
+            refuse(place + "/services", "INTERNET is reserved for /wan");
         }
         if (!names.insert(wan.name).second) {
             refuse(place + "/name", "there is another " + in_quotes(wan.name));

@@ -235,9 +235,9 @@ TEST_F(AdministrationTest, ASleepThatIsNoneIsRefused)
         {"1", "0", "0", "25:00", "06:00",
          "/home/sleep/start: \"25:00\" is not a time like \"04:30\""},
         {"0", "0", "0", "23:00", "6", "/home/sleep/end: \"6\" is not a time like \"04:30\""},
-        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and another end"},
-        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and another end"},
-        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and another end"},
+        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and a different end"},
+        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and a different end"},
+        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and a different end"},
     };
     ASSERT_EQ(open(kept()), "");
     for (const auto &wanted : sleeps) {

@@ -88,7 +88,7 @@ TEST_F(FirmwareMaintenanceTest, AScheduleThatIsNoneIsRefused)
     EXPECT_EQ(refusal(schedule("1", "1", "0", "NULL", "0")), "EndHour is not a number");
     EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "3 ")), "EndMinute is not a number");
     EXPECT_EQ(refusal(schedule("1", "2", "30", "2", "30")),
-              "/home/update_schedule: needs a start and another end");
+              "/home/update_schedule: needs a start and a different end");
     UpdateSchedule overfull = schedule("1", "1", "0", "2", "0");
     fill_to_the_brim(overfull.EndMinute, '1');
     EXPECT_EQ(refusal(overfull), "EndMinute 11111111 is not within 0 to 59");
@@ -206,8 +206,7 @@ TEST_F(FirmwareMaintenanceTest, AnAnswerThatIsNoSuccessIsAFailure)
                   std::string("the server answers with HTTP status ") + status);
     }
     EXPECT_FALSE(log_refusal(server_.address("cut/log.txt")).empty());
-    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")),
-              "the server does not stop answering");
+    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")), "the server's response is too long");
     EXPECT_FALSE(log_refusal("http://127.0.0.1:1/log.txt").empty());
 }
 

@@ -186,9 +186,9 @@ TEST_F(GatewayInspectionTest, AnOptimisationWithoutAChannelOfARadioIsRefused)
         EXPECT_EQ(reason(), "Channel is not a number");
     }
     EXPECT_EQ(optimize("0"), "refused");
-    EXPECT_EQ(reason(), "Channel 0 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 0 does not belong to any radio");
     EXPECT_EQ(optimize("20", "50"), "refused");
-    EXPECT_EQ(reason(), "Channel 20 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 20 does not belong to any radio");
     EXPECT_EQ(optimize("6", ""), "refused");
     EXPECT_EQ(reason(), "PowerLevel is not a number");
     EXPECT_EQ(optimize("6", "101"), "refused");
@@ -196,7 +196,7 @@ TEST_F(GatewayInspectionTest, AnOptimisationWithoutAChannelOfARadioIsRefused)
     WifiInspectInfo brim = {};
     std::memset(&brim, '6', sizeof(brim));
     EXPECT_EQ(devapi_optimize_hg_wifi(&brim), -1);
-    EXPECT_EQ(reason(), "Channel 66666666 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 66666666 does not belong to any radio");
     EXPECT_EQ(wifi(), "8 MEDIUM 6 33 100 1");
 }
 

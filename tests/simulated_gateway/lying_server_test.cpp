@@ -17,7 +17,7 @@ constexpr char kGoesOn[] = "TRANSFER_TIMEOUT";
 constexpr char kTooSlow[] = "Operation too slow";
 constexpr char kTooLong[] = "Operation timed out";
 constexpr char kNoHttp[] = "Received HTTP/0.9 when not allowed";
-constexpr char kSurplus[] = "the server sends more than 4194304 bytes around its answer";
+constexpr char kSurplus[] = "the server sends more than 4194304 bytes in addition to its response";
 constexpr char kTooManyHeaders[] = "Too large response headers";
 
 constexpr Lie kLies[] = {

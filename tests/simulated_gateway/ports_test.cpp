@@ -261,7 +261,7 @@ TEST_F(PortsTest, AScenarioHasToHold)
     EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN1", 5)),
               "/ports/bindings/0/wan: there is no WAN connection 5");
     EXPECT_EQ(error_with("/ports/bindings", {bound("LAN1", 1), bound("LAN1", 2)}),
-              "/ports/bindings/1/port: LAN1 is bound already");
+              "/ports/bindings/1/port: LAN1 is already bound");
     EXPECT_EQ(error_with("/ports/lan", 9), "/ports/lan: 9 is not within 1 to 8");
 }
 

@@ -192,7 +192,7 @@ TEST_F(SignatureTest, WithoutAKeyAnyImageIsTakenWithAWarning)
     EXPECT_EQ(install(signed_image("V4", 4, "other")), "V4");
     EXPECT_NE(read(path("trace"))
                   .find("] warning, firmware V4 has a signature that is not "
-                        "verified, for lack of a firmware key\n"),
+                        "verified without a firmware key\n"),
               std::string::npos);
     EXPECT_EQ(warnings(), 2u);
     // The number counts all the same, and an image without one has 0.
