@@ -1,7 +1,7 @@
 // The arguments of a device call, as the trace shows them.
 //
-// A record is shown with its texts and numbers; describe() is overloaded for one of which something
-// else says more.
+// A record is shown with its texts and numbers; describe() is overloaded for records that need a
+// different form.
 #pragma once
 
 #include "io/text.h"
@@ -20,14 +20,14 @@ class RecordText {
   public:
     explicit RecordText(bool show_secrets) : show_secrets_(show_secrets) {}
 
-    // A text is read no further than its field, also where it lacks its NUL.
+    // A text is not read beyond its field, even if it has no NUL.
     template <size_t width> void field(const char *name, const char (&value)[width])
     {
         add(name, in_quotes({value, strnlen(value, width)}));
     }
     void field(const char *name, int32_t value) { add(name, std::to_string(value)); }
 
-    // A field that is masked unless secrets are asked for; one without a value shows that.
+    // A field that is masked unless secrets are to be shown; an empty one is shown as empty.
     template <size_t width> void secret(const char *name, const char (&value)[width])
     {
         if (show_secrets_ || value[0] == '\0') {
@@ -46,7 +46,7 @@ class RecordText {
     std::string fields_;
 };
 
-// The texts and numbers of a record; of arrays, their counts.
+// The texts and numbers of a record; for arrays, their counts.
 template <class Record> void describe(RecordText &text, const Record &record)
 {
     device_facts::visit_fields(
@@ -69,9 +69,9 @@ template <class Record> void describe(RecordText &text, const Record &record)
 struct Argument {
     const char *name;
     const void *value;
-    bool is_reply; // filled by the function, and unset before
+    bool is_reply; // filled by the function, undefined before
     std::string (*shown)(const void *value, bool show_secrets); // as the trace shows it
-    std::span<char> fail_reason = {}; // where the device says why it refuses
+    std::span<char> fail_reason = {}; // where the device writes the reason of a refusal
 };
 
 template <class Record> std::string shown_record(const void *record, bool show_secrets)
@@ -104,7 +104,7 @@ template <class Record> Argument exchange(const char *name, Record *record)
     return {name, record, false, shown_record<Record>};
 }
 
-// A setting with a FailReason behind it, which says why the call failed.
+// A setting followed by a FailReason field, which says why the call failed.
 template <class Setting> Argument request_with_reason(const char *name, Setting *setting)
 {
     Argument argument = exchange(name, setting);
@@ -114,19 +114,19 @@ template <class Setting> Argument request_with_reason(const char *name, Setting 
     return argument;
 }
 
-// A bare text that the function fills.
+// A plain text that the function fills.
 Argument reply_text(const char *name, const char *text);
 
-// A bare text that the function reads.
+// A plain text that the function reads.
 Argument request_text(const char *name, const char *text);
 
-// The same for one that may be null; it has to outlive the call.
+// The same for a text that may be null; it has to outlive the call.
 Argument request_text_or_null(const char *name, const char *const &text);
 
-// An address of the web, in which a password may stand.
+// A URL, which may contain a password.
 Argument request_address(const char *name, const char *address);
 
-// A bare number that the function fills.
+// A plain number that the function fills.
 Argument reply_number(const char *name, const int32_t *number);
 
 // A number; it has to outlive the call.

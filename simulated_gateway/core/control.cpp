@@ -62,7 +62,7 @@ std::optional<int64_t> number_in(const char *variable, const Range &range, const
     int64_t number = 0;
     const char *end = text->data() + text->size();
     const auto [rest, error] = std::from_chars(text->data(), end, number);
-    if (error != std::errc() || rest != end || !complaint(number, range).empty()) {
+    if (error != std::errc() || rest != end || !validation_error(number, range).empty()) {
         throw Error(std::string(variable) + ": " + in_quotes(*text) + " is no " + meaning);
     }
     return number;

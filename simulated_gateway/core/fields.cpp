@@ -5,16 +5,16 @@
 
 namespace simulated_gateway {
 
-void refuse_for(const char *name, const std::string &complaint)
+void refuse_for(const char *name, const std::string &error)
 {
-    if (!complaint.empty()) {
-        throw Error(std::string(name) + " " + complaint);
+    if (!error.empty()) {
+        throw Error(std::string(name) + " " + error);
     }
 }
 
 bool flag_of(const char *name, const std::string &text)
 {
-    refuse_for(name, complaint(text, one_of("0", "1")));
+    refuse_for(name, validation_error(text, one_of("0", "1")));
     return text == "1";
 }
 
@@ -24,7 +24,7 @@ int64_t number_of(const char *name, const std::string &text)
     const char *end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc() || rest != end) {
-        throw Error(std::string(name) + " is no number");
+        throw Error(std::string(name) + " is not a number");
     }
     return number;
 }
@@ -33,7 +33,7 @@ void put_text(std::span<char> field, std::string_view text)
 {
     std::string_view fitting = text.empty() ? kNoValue : text;
     if (fitting.size() >= field.size()) {
-        fitting = whole_letters(fitting.substr(0, field.size() - 1));
+        fitting = whole_characters(fitting.substr(0, field.size() - 1));
     }
     std::ranges::copy(fitting, field.begin());
     field[fitting.size()] = '\0';

@@ -1,4 +1,4 @@
-// The fields of records: what comes in by them, and what goes out.
+// The fields of records: reading their values and writing them.
 #pragma once
 
 #include "model/rules.h"
@@ -14,14 +14,15 @@
 
 namespace simulated_gateway {
 
-// Throws an Error with the name in front of the complaint, if there is one.
-void refuse_for(const char *name, const std::string &complaint);
+// Throws an Error that starts with the name, unless the validation error is empty.
+void refuse_for(const char *name, const std::string &error);
 
-// What a text says; they throw an Error in the given name when it says nothing of the kind.
+// The value of a text. They throw an Error that starts with the name if the text is not such a
+// value.
 bool flag_of(const char *name, const std::string &text);
 int64_t number_of(const char *name, const std::string &text);
 
-// Zeroed memory for what the caller frees.
+// Zeroed memory that the caller frees.
 template <class Entry> Entry *allocated(size_t count)
 {
     auto *entries = static_cast<Entry *>(std::calloc(count, sizeof(Entry)));
@@ -31,11 +32,11 @@ template <class Entry> Entry *allocated(size_t count)
     return entries;
 }
 
-// What a field without a value says.
+// The text of a field without a value.
 constexpr char kNoValue[] = "NULL";
 
-// Puts a text into a record's field, cut at its width behind a whole letter; without one it
-// says that there is no value.
+// Writes a text into a record's field, truncated to its width after a complete character. An empty
+// text is written as kNoValue.
 void put_text(std::span<char> field, std::string_view text);
 template <size_t width> void put(char (&field)[width], std::string_view text)
 {
@@ -52,26 +53,26 @@ template <size_t width, std::integral Number> void put(char (&field)[width], Num
     }
 }
 
-// A text that comes in by a record's field: read no further than the field, and without the part of
-// a letter that the plug-in's cut may have left at its end.
+// The text in a record's field: not read beyond the field, and without the incomplete character
+// that truncation by the plug-in may have left at its end.
 template <size_t width> std::string taken(const char (&field)[width])
 {
-    return std::string(whole_letters({field, strnlen(field, width)}));
+    return std::string(whole_characters({field, strnlen(field, width)}));
 }
-// The same for a text that has to hold by a rule, and for a flag. They refuse in the name of the
-// field.
+// The same for a text that has to satisfy a rule, and for a flag. Their errors start with the
+// field's name.
 template <size_t width, class Rule>
 std::string taken(const char *name, const char (&field)[width], const Rule &rule)
 {
     std::string text = taken(field);
-    refuse_for(name, complaint(text, rule));
+    refuse_for(name, validation_error(text, rule));
     return text;
 }
 template <size_t width> std::string taken_text(const char *name, const char (&field)[width])
 {
     return taken(name, field, Text{width});
 }
-// A text that may be taken away, by an empty one or by what the gateway says for none.
+// A text that an empty value or kNoValue removes.
 template <size_t width> std::string taken_or_none(const char *name, const char (&field)[width])
 {
     const std::string text = taken(field);
@@ -86,7 +87,7 @@ template <size_t width> int64_t taken_number(const char *name, const char (&fiel
     return number_of(name, taken(field));
 }
 
-// A setting that says "-1" of something leaves that as it is.
+// "-1" in a setting means that the value is not changed.
 template <size_t width> bool is_given(const char (&field)[width])
 {
     return taken(field) != "-1";

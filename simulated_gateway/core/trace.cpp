@@ -15,7 +15,7 @@ FileDescriptor open_trace(const std::string &file)
     if (file == "-") {
         return FileDescriptor(line_output::own_descriptor(STDERR_FILENO));
     }
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
+    // Without O_NONBLOCK opening a named pipe would block until it has a reader.
     return FileDescriptor(::open(
         file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
 }
@@ -79,7 +79,7 @@ static size_t digits_of(int64_t number)
     return digits;
 }
 
-// How long its line is, without making it: that is done for every call.
+// The length of its line, without formatting it: this is called for every device call.
 size_t Trace::length_of(const Entry &entry)
 {
     const size_t length = std::strlen("[] ") + digits_of(entry.uptime) + entry.note.size();

@@ -37,7 +37,7 @@ Host &named_host(Home &home, const char *name, const std::string &mac)
 {
     const std::optional<std::string> parsed = parse_mac(mac);
     if (!parsed) {
-        throw Error(std::string(name) + " " + in_quotes(mac) + " is no MAC address");
+        throw Error(std::string(name) + " " + in_quotes(mac) + " is not a MAC address");
     }
     Host *host = host_with_mac(home, *parsed);
     if (host == nullptr) {
@@ -46,7 +46,7 @@ Host &named_host(Home &home, const char *name, const std::string &mac)
     return *host;
 }
 
-// Since when it is attached, by the clock; nothing while it is not.
+// The time of attachment by the given clock; empty while the device is not attached.
 static std::string access_time(const State &state, int64_t since, Clock clock)
 {
     const int64_t behind = clock == Clock::kLocal ? state.home.hours_behind_utc * 3600 : 0;

@@ -1,9 +1,9 @@
-// The topology of the mesh as a list of relations: the text, the list that is made of it, and what
-// is known of the routers in the list and of the hosts attached to them.
+// The topology of the mesh as a list of relations: the text, the list built from it, and
+// information about the routers in the list and the hosts attached to them.
 //
-// The text has a relation for each child router that is active, PARENT>CHILD with MAC addresses
-// without colons, parents before their children, with commas between them. Of eight child routers
-// it is 207 bytes long.
+// The text has a relation for each active child router, PARENT>CHILD with MAC addresses without
+// colons, parents before their children, separated by commas. With eight child routers it is 207
+// bytes long.
 #include "device/attached_device.h"
 #include "device/child_router_record.h"
 #include "simulation/host_activity.h"
@@ -50,7 +50,7 @@ int32_t devapi_get_topo_relation_num(int32_t *count)
 
 // ---- The list ----------------------------------------------------------------------------------
 
-// New nodes for a list of C's. They belong to this object until they are appended.
+// New nodes for a C list. This object owns them until they are appended.
 template <class Node> class NewNodes {
   public:
     NewNodes() = default;
@@ -88,8 +88,8 @@ template <class Node> class NewNodes {
     Node *last_ = nullptr;
 };
 
-// The child routers of the list so far, with their levels, and its last node. A node knows its
-// router by the router's identifier, which for the main router is 0.
+// The child routers in the list so far, with their levels, and its last node. A node stores the
+// identifier of its router, 0 for the main router.
 struct Listed {
     std::map<const ChildRouter *, int32_t> levels;
     TopoNode *last;
@@ -108,7 +108,7 @@ static Listed listed(const Home &home, TopoNode *first)
     return list;
 }
 
-// Adds the child router at the level below its parent's.
+// Adds the child router one level below its parent.
 static void add_router(NewNodes<TopoNode> &nodes, Listed &list, const Home &home,
                        const ChildRouter *parent, const ChildRouter &router)
 {
@@ -130,7 +130,7 @@ static void add_relation(NewNodes<TopoNode> &nodes, Listed &list, const Home &ho
 {
     const size_t middle = relation.find('>');
     if (middle == std::string::npos) {
-        throw Error(in_quotes(relation) + " is no relation");
+        throw Error(in_quotes(relation) + " is not a relation");
     }
     const std::string parent = relation.substr(0, middle);
     const std::string child = relation.substr(middle + 1);
@@ -157,7 +157,7 @@ int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first)
                  });
 }
 
-// Adds the active child routers that a text without room for all of them has left out.
+// Adds the active child routers that are missing in a text that was too short for all.
 int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first)
 {
     return query(__func__, {number("count", count), exchange("first", first)},
@@ -182,7 +182,7 @@ int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first)
 void devapi_free_topo_list(TopoNode *first)
 {
     query(__func__, {exchange("first", first)}, [](const State &) { return 0; });
-    // Also for a caller whose gateway is closed.
+    // Also for a caller whose gateway has been closed.
     NewNodes<TopoNode>::free_list(first);
 }
 
@@ -256,7 +256,7 @@ int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first)
 
 // ---- MAC addresses -----------------------------------------------------------------------------
 
-// Routers carry their MAC address on their label, with dashes.
+// The label of a router shows its MAC address with dashes.
 int32_t devapi_get_viewmac_by_mac(const char *mac, char *view)
 {
     return query(__func__, {request_text("mac", mac), reply_text("view", view)},

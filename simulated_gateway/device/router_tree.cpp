@@ -1,5 +1,5 @@
-// The topology of the mesh as a tree of parameters. The entries of the tree are the main router and
-// then the child routers, numbered from 1.
+// The topology of the mesh as a tree of parameters. The entries of the tree are the main router,
+// followed by the child routers, numbered from 1.
 #include "device/attached_device.h"
 #include "device/child_router_record.h"
 #include "simulation/host_activity.h"
@@ -15,7 +15,7 @@ static constexpr std::string_view kRoot = "InternetGatewayDevice.WiFi.MultiAP.AP
     throw Error("there is no " + std::string(path));
 }
 
-// What a path leads to: a router, and what of it.
+// The target of a path: a router and one of its parameters.
 struct Parameter {
     const ChildRouter *router; // null for the main router
     std::string_view name;

@@ -1,4 +1,4 @@
-// The SSIDs one by one. Transmit power, channel, bandwidth, mode and beamforming are those of the
+// The SSIDs one by one. Transmit power, channel, bandwidth, mode and beamforming belong to the
 // radio: a setting of one SSID changes them for all SSIDs of its band.
 #include "device/wireless_network.h"
 #include "model/radio_channels.h"

@@ -1,4 +1,4 @@
-// What a list of settings sets of the SSIDs, and what all of the Wi-Fi has in common.
+// The SSID settings that a list of settings changes, and the settings common to all of the Wi-Fi.
 #include "device/wireless_network.h"
 
 using namespace simulated_gateway;
@@ -69,7 +69,7 @@ int32_t devapi_get_wifi_fastroaming_enable(char *enable)
 int32_t devapi_set_wifi_fastroaming(const char *enable)
 {
     return setting(__func__, {request_text("enable", enable)}, [&](State &state) {
-        // Nothing is said where no client has said anything yet.
+        // The plug-in passes an empty text until a client has set a value.
         if (*enable != '\0') {
             state.home.roaming.fast_roaming = flag_of("enable", enable);
         }

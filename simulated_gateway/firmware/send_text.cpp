@@ -5,7 +5,7 @@
 namespace simulated_gateway {
 namespace {
 
-// A server has nothing to say but whether it took the text.
+// A server only has to say whether it accepted the text.
 constexpr size_t kLargestAnswer = 64U << 10;
 
 class Upload : public WebTransfer {
@@ -26,7 +26,7 @@ class Upload : public WebTransfer {
     void run()
     {
         if (!perform()) {
-            throw Error("the server does not stop answering");
+            throw Error("the server's response is too long");
         }
         if (status() < 200 || status() > 299) {
             throw Error("the server answers with HTTP status " + std::to_string(status()));
@@ -48,7 +48,7 @@ class Upload : public WebTransfer {
         return given;
     }
 
-    // The text goes out once more behind a redirect.
+    // After a redirect the text is sent again.
     static int seek(void *upload, curl_off_t offset, int)
     {
         auto *self = static_cast<Upload *>(upload);
@@ -66,8 +66,8 @@ class Upload : public WebTransfer {
 void send_text(const WebAddress &address, const std::string &text, const WebLimits &limits,
                const std::function<bool()> &goes_on)
 {
-    if (!address.is_of_web()) {
-        throw Error("the address does not hold: its scheme is none of http, https");
+    if (!address.is_web()) {
+        throw Error("the address is invalid: its scheme is none of http, https");
     }
     TransferBudget budget(limits);
     Upload(address, text, limits, budget, goes_on).run();

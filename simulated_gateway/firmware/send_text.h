@@ -1,4 +1,4 @@
-// Sending a text to an address.
+// Uploading a text to a URL.
 #pragma once
 
 #include "firmware/web_transfer.h"
@@ -8,8 +8,8 @@
 
 namespace simulated_gateway {
 
-// Puts the text where the address, of http or https, says. goes_on as in a fetch. Throws an Error,
-// also when the server does not take it.
+// Uploads the text to the address, of http or https. goes_on as in a fetch. Throws an Error, also
+// if the server does not accept it.
 void send_text(const WebAddress &address, const std::string &text, const WebLimits &limits,
                const std::function<bool()> &goes_on);
 

@@ -14,10 +14,10 @@ constexpr char kMask[] = "***";
 constexpr long kMostRedirects = 5;
 constexpr long kStalledBytesPerSecond = 1000;
 
-// What libcurl gives away as a plain pointer.
-std::string taken_text(char *text)
+// Frees what libcurl allocates.
+std::string text_and_free(char *text)
 {
-    const std::unique_ptr<char, void (*)(void *)> owner(text, curl_free);
+    const std::unique_ptr<char, void (*)(void *)> guard(text, curl_free);
     return text != nullptr ? text : "";
 }
 
@@ -25,14 +25,14 @@ std::string taken_text(char *text)
 
 WebAddress::WebAddress(const std::string &text) : url_(curl_url(), curl_url_cleanup)
 {
-    const std::string wrong = complaint(text, Text{kAddressWidth});
+    const std::string wrong = validation_error(text, Text{kAddressWidth});
     if (!wrong.empty()) {
         throw Error("the address " + wrong);
     }
     const CURLUcode failure =
         curl_url_set(url_.get(), CURLUPART_URL, text.c_str(), CURLU_NON_SUPPORT_SCHEME);
     if (failure != CURLUE_OK) {
-        throw Error(std::string("the address does not hold: ") + curl_url_strerror(failure));
+        throw Error(std::string("the address is invalid: ") + curl_url_strerror(failure));
     }
 }
 
@@ -40,7 +40,7 @@ std::string WebAddress::part(CURLUPart part, unsigned flags) const
 {
     char *text = nullptr;
     curl_url_get(url_.get(), part, &text, flags);
-    return taken_text(text);
+    return text_and_free(text);
 }
 
 std::string WebAddress::masked() const
@@ -65,10 +65,10 @@ std::string WebAddress::masked() const
     mask(CURLUPART_QUERY, query);
     char *text = nullptr;
     curl_url_get(url.get(), CURLUPART_URL, &text, 0);
-    return taken_text(text);
+    return text_and_free(text);
 }
 
-bool WebAddress::is_of_web() const
+bool WebAddress::is_web() const
 {
     const std::string scheme = part(CURLUPART_SCHEME);
     return scheme == "http" || scheme == "https";
@@ -95,11 +95,11 @@ WebTransfer::WebTransfer(const WebAddress &address, const WebLimits &limits, Tra
     curl_.reset(curl_easy_init());
     set(CURLOPT_ERRORBUFFER, reason_);
     set(CURLOPT_CURLU, address.get());
-    set(CURLOPT_PROTOCOLS_STR, "http,https"); // behind a redirect, too
+    set(CURLOPT_PROTOCOLS_STR, "http,https"); // also after a redirect
     set(CURLOPT_FOLLOWLOCATION, 1L);
     set(CURLOPT_MAXREDIRS, kMostRedirects);
     set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_QUICK_EXIT, 1L); // does not wait for a name server when it is ended
+    set(CURLOPT_QUICK_EXIT, 1L); // when it is ended, does not wait for a name server
     set(CURLOPT_TIMEOUT_MS, static_cast<long>(budget.time_left().count()));
     set(CURLOPT_CONNECTTIMEOUT, static_cast<long>(limits.connect_timeout.count()));
     set(CURLOPT_LOW_SPEED_LIMIT, kStalledBytesPerSecond);
@@ -110,7 +110,7 @@ WebTransfer::WebTransfer(const WebAddress &address, const WebLimits &limits, Tra
     set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_XFERINFOFUNCTION, &WebTransfer::ask);
     set(CURLOPT_XFERINFODATA, this);
-    // Nothing else sees the bodies of redirects, and what stands around chunks.
+    // Only the debug callback sees the bodies of redirects and what surrounds chunks.
     set(CURLOPT_VERBOSE, 1L);
     set(CURLOPT_DEBUGFUNCTION, &WebTransfer::count);
     set(CURLOPT_DEBUGDATA, this);
@@ -124,7 +124,7 @@ void WebTransfer::add_header(const std::string &header)
     if (longer == nullptr) {
         throw std::bad_alloc();
     }
-    static_cast<void>(headers_.release()); // it is the longer list's own now
+    static_cast<void>(headers_.release()); // now part of the longer list
     headers_.reset(longer);
     set(CURLOPT_HTTPHEADER, headers_.get());
 }
@@ -144,7 +144,8 @@ bool WebTransfer::perform()
     }
     if (budget_.is_exceeded()) {
         throw Error("the server sends more than " +
-                    std::to_string(TransferBudget::kLargestSurplus) + " bytes around its answer");
+                    std::to_string(TransferBudget::kLargestSurplus) +
+                    " bytes in addition to its response");
     }
     if (outcome != CURLE_OK) {
         throw Error(*reason_ != '\0' ? reason_ : curl_easy_strerror(outcome));
@@ -174,7 +175,7 @@ void WebTransfer::require(CURLcode outcome)
     }
 }
 
-// Any result but the size ends the transfer. No exception may pass through C.
+// Any result other than the size ends the transfer. No exception may pass through C code.
 size_t WebTransfer::pass_on(char *bytes, size_t, size_t size, void *transfer)
 {
     auto *self = static_cast<WebTransfer *>(transfer);

@@ -1,4 +1,4 @@
-// An exchange with a web server, the same for what is fetched and for what is sent.
+// A transfer from or to a web server: what downloads and uploads have in common.
 #pragma once
 
 #include <algorithm>
@@ -15,13 +15,13 @@ namespace simulated_gateway {
 
 struct WebLimits {
     std::chrono::seconds connect_timeout{10};
-    std::chrono::seconds stall_timeout{30}; // with fewer than 1000 bytes a second
+    std::chrono::seconds stall_timeout{30}; // below 1000 bytes a second
     std::chrono::seconds transfer_timeout{1800};
-    std::string ca_file; // empty: those of the system
+    std::string ca_file; // empty: the system's
 };
 
-// What an exchange may still take, over all its transfers and their redirects. A server can send
-// without an end where no body is taken: in redirects, headers, trailers, around chunks.
+// What remains for an exchange over all its transfers and their redirects. A server can send
+// without end where no body is read: in redirects, headers, trailers, around chunks.
 class TransferBudget {
   public:
     explicit TransferBudget(const WebLimits &limits)
@@ -29,7 +29,7 @@ class TransferBudget {
     {
     }
 
-    std::chrono::milliseconds time_left() const; // at least one, since 0 is no limit for libcurl
+    std::chrono::milliseconds time_left() const; // at least 1, since 0 means no limit to libcurl
     void count_received(size_t bytes) { surplus_ += bytes; }
     void count_taken(size_t bytes) { surplus_ -= std::min<uint64_t>(bytes, surplus_); }
     bool is_exceeded() const;
@@ -38,30 +38,31 @@ class TransferBudget {
 
   private:
     std::chrono::steady_clock::time_point end_;
-    uint64_t surplus_ = 0; // what has arrived beside the bodies that were taken
+    uint64_t surplus_ = 0; // bytes received other than the bodies that were read
 };
 
 class WebAddress {
   public:
-    // Throws an Error when the text is no address.
+    // Throws an Error if the text is not an address.
     explicit WebAddress(const std::string &text);
 
     CURLU *get() const { return url_.get(); }
-    // The address with *** in place of a password, of what the query's parameters say, and of the
+    // The address with *** for a password, for the values of query parameters, and for the
     // fragment.
     std::string masked() const;
     std::string part(CURLUPart part, unsigned flags = 0) const;
-    bool is_of_web() const; // of http or https
+    bool is_web() const; // http or https
 
   private:
     std::unique_ptr<CURLU, void (*)(CURLU *)> url_;
 };
 
-// What the two directions do beside stands in a class of their own.
+// What is specific to one direction is in a derived class.
 class WebTransfer {
   public:
-    // goes_on is asked about every second and whenever something has moved; the transfer ends when
-    // it says no. Whatever the arguments refer to has to outlive the transfer. Throws an Error.
+    // goes_on is called about every second and whenever data has moved; the transfer ends when it
+    // returns false. Everything that the arguments refer to has to outlive the transfer. Throws an
+    // Error.
     WebTransfer(const WebAddress &address, const WebLimits &limits, TransferBudget &budget,
                 const std::function<bool()> &goes_on);
     virtual ~WebTransfer() = default;
@@ -75,16 +76,16 @@ class WebTransfer {
     }
     void add_header(const std::string &header);
 
-    // Runs to the end of the last answer, behind all redirects. False when take() has ended it
+    // Runs to the end of the last response, after all redirects. False if take() has ended it
     // before. Throws an Error.
     bool perform();
 
-    // Of the last answer; a header that it lacks is empty.
+    // Of the last response; a missing header is empty.
     long status() const;
     std::string header(const char *name) const;
 
   private:
-    // A part of an answer's body. False ends the transfer.
+    // Processes a part of a response body. False ends the transfer.
     virtual bool take(std::string_view bytes) = 0;
 
     static void require(CURLcode outcome);
@@ -99,7 +100,7 @@ class WebTransfer {
     std::exception_ptr failure_;
     char reason_[CURL_ERROR_SIZE] = {};
     std::unique_ptr<curl_slist, void (*)(curl_slist *)> headers_;
-    std::unique_ptr<CURL, void (*)(CURL *)> curl_; // ends first, since it refers to the others
+    std::unique_ptr<CURL, void (*)(CURL *)> curl_; // destroyed first, since it refers to the others
 };
 
 } // namespace simulated_gateway

@@ -17,12 +17,12 @@ void check_schedules(const Home &home, const std::string &path)
     const UpdateWindow &update = home.update_schedule;
     if (update.enabled &&
         (update.start.empty() || update.end.empty() || update.start == update.end)) {
-        refuse(path + "/update_schedule", "needs a start and another end");
+        refuse(path + "/update_schedule", "needs a start and a different end");
     }
     const SleepSchedule &sleep = home.sleep;
     if (sleep.gateway || sleep.wifi || sleep.leds) {
         if (sleep.start.empty() || sleep.end.empty() || sleep.start == sleep.end) {
-            refuse(path + "/sleep", "needs a start and another end");
+            refuse(path + "/sleep", "needs a start and a different end");
         }
     }
     for (size_t at = 0; at < home.wifi_sleep.size(); ++at) {
@@ -35,17 +35,17 @@ void check_schedules(const Home &home, const std::string &path)
 void check_lan(const Lan &lan, const std::string &path, Addresses &addresses)
 {
     if (!is_lan_mask(number(lan.subnet_mask))) {
-        refuse(path + "/subnet_mask", lan.subnet_mask + " is no mask of a LAN");
+        refuse(path + "/subnet_mask", lan.subnet_mask + " is not a LAN subnet mask");
     }
     addresses.claim_lan_address(lan.ip, path + "/ip");
     addresses.require_in_lan(lan.dhcp_pool.start, path + "/dhcp_pool/start");
     addresses.require_in_lan(lan.dhcp_pool.end, path + "/dhcp_pool/end");
     if (number(lan.dhcp_pool.end) < number(lan.dhcp_pool.start)) {
-        refuse(path + "/dhcp_pool/end", lan.dhcp_pool.end + " lies before the start of the pool");
+        refuse(path + "/dhcp_pool/end", lan.dhcp_pool.end + " is before the start of the pool");
     }
     if (number(lan.dhcp_pool.start) <= number(lan.ip) &&
         number(lan.ip) <= number(lan.dhcp_pool.end)) {
-        refuse(path + "/dhcp_pool", "holds the address of the router");
+        refuse(path + "/dhcp_pool", "contains the address of the router");
     }
 }
 
@@ -75,7 +75,7 @@ void Addresses::require_in_lan(const std::string &ip, const std::string &path) c
     const uint32_t mask = number(lan_.subnet_mask);
     const uint32_t subnet = number(lan_.ip) & mask;
     if ((number(ip) & mask) != subnet || number(ip) == subnet || number(ip) == (subnet | ~mask)) {
-        refuse(path, ip + " is no address of the LAN");
+        refuse(path, ip + " is not a LAN address");
     }
 }
 

@@ -1,5 +1,6 @@
-// Whether the parts of a home hold against each other. The rules of their fields hold already:
-// every address parses. Each check throws an Error that opens with the path of what does not hold.
+// Whether the parts of a home are consistent with each other. The rules of their fields have been
+// checked before: every address parses. Each check throws an Error that starts with the path of the
+// invalid value.
 #pragma once
 
 #include "model/model.h"
@@ -11,10 +12,10 @@ namespace simulated_gateway {
 
 [[noreturn]] void refuse(const std::string &path, const std::string &reason);
 
-// The path of an item of a list.
+// The path of a list item.
 std::string item(const std::string &list, size_t at);
 
-// The addresses of the home: each has one owner.
+// The addresses of the home: each may be used only once.
 class Addresses {
   public:
     explicit Addresses(const Lan &lan) : lan_(lan) {}
@@ -29,7 +30,7 @@ class Addresses {
     std::map<std::string, std::string> ips_;
 };
 
-// Everything; path is that of the home.
+// The whole home; path is its path.
 void check_consistency(const Home &home, const std::string &path);
 
 // Its parts.

@@ -13,7 +13,7 @@ void check_absence(const Host &host, const std::string &path)
         refuse(path + "/away_from", "needs away_until and away_days, and they need it");
     }
     if (any && host.away_from == host.away_until) {
-        refuse(path + "/away_until", "is the time of leaving");
+        refuse(path + "/away_until", "equals away_from");
     }
 }
 
@@ -49,7 +49,7 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
         check_ssid_number(home, host.ssid, place);
         check_signal(host.online && host.ssid != 0, host.signal_dbm, place + "/signal_dbm");
         if (host.roams && host.ssid == 0) {
-            refuse(place + "/roams", "there is no link by radio");
+            refuse(place + "/roams", "there is no radio link");
         }
         check_absence(host, place);
     }

@@ -5,10 +5,10 @@ namespace simulated_gateway {
 void check_signal(bool by_radio, int64_t signal_dbm, const std::string &path)
 {
     if (by_radio && signal_dbm == 0) {
-        refuse(path, "is missing, and the link is by radio");
+        refuse(path, "is missing, and the link is a radio link");
     }
     if (!by_radio && signal_dbm != 0) {
-        refuse(path, "there is no link by radio");
+        refuse(path, "there is no radio link");
     }
 }
 
@@ -47,8 +47,8 @@ void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
         check_child_router(home, children[at], item(list, at), addresses);
     }
     for (size_t at = 0; at < children.size(); ++at) {
-        // Up the links from any child router, the main router has to come within as many steps as
-        // there are child routers.
+        // Following the links upwards from any child router must reach the main router in at most
+        // as many steps as there are child routers.
         const ChildRouter *router = &children[at];
         for (size_t step = 0; router->parent != home.identity.mac; ++step) {
             const ChildRouter *parent = child_router(mesh, router->parent);
@@ -56,7 +56,7 @@ void check_mesh(const Home &home, const std::string &path, Addresses &addresses)
                 refuse(item(list, at) + "/parent", "there is no router " + router->parent);
             }
             if (step == children.size()) {
-                refuse(item(list, at) + "/parent", "the links form a ring");
+                refuse(item(list, at) + "/parent", "the links form a loop");
             }
             router = parent;
         }

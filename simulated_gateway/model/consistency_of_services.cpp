@@ -18,7 +18,7 @@ void check_bindings(const Home &home, const std::string &path)
             refuse(place + "/port", "there is no port " + in_quotes(binding.port));
         }
         if (!bound.insert(binding.port).second) {
-            refuse(place + "/port", binding.port + " is bound already");
+            refuse(place + "/port", binding.port + " is already bound");
         }
         if (binding.wan > static_cast<int64_t>(home.other_wans.size()) + 1) {
             refuse(place + "/wan", "there is no WAN connection " + std::to_string(binding.wan));
@@ -36,7 +36,7 @@ void check_qos(const Qos &qos, const std::string &path)
             refuse(place + "/number", "there is another rule " + std::to_string(rule.number));
         }
         for (size_t type = 0; type < rule.traffic.size(); ++type) {
-            const std::string wrong = complaint(rule.traffic[type]);
+            const std::string wrong = validation_error(rule.traffic[type]);
             if (!wrong.empty()) {
                 refuse(item(place + "/traffic", type), wrong);
             }

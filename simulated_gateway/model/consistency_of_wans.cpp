@@ -12,7 +12,7 @@ void check_connection(const Wan &wan, const std::string &path)
         refuse(path + "/connected", "needs ip, gateway and primary_dns");
     }
     if (wan.connected != wan.fault.empty()) {
-        refuse(path + "/fault", wan.connected ? "stands beside a connection"
+        refuse(path + "/fault", wan.connected ? "is set, but there is a connection"
                                               : "is missing, and there is no connection");
     }
 }
@@ -30,10 +30,10 @@ void check_routed(const Home &home, const Wan &wan, const std::string &path)
     const std::optional<uint32_t> gateway = parse_ipv4(wan.gateway);
     const uint32_t lan_mask = *parse_ipv4(home.lan.subnet_mask);
     if (ip && (*ip & lan_mask) == (*parse_ipv4(home.lan.ip) & lan_mask)) {
-        refuse(path + "/ip", wan.ip + " lies in the LAN");
+        refuse(path + "/ip", wan.ip + " is in the LAN");
     }
     if (mask && !is_mask(*mask)) {
-        refuse(path + "/subnet_mask", wan.subnet_mask + " is no mask");
+        refuse(path + "/subnet_mask", wan.subnet_mask + " is not a subnet mask");
     }
     if (wan.mode != kStaticMode) {
         return;
@@ -42,7 +42,7 @@ void check_routed(const Home &home, const Wan &wan, const std::string &path)
         refuse(path + "/mode", "needs ip, subnet_mask, gateway and primary_dns");
     }
     if ((*ip & *mask) != (*gateway & *mask)) {
-        refuse(path + "/gateway", wan.gateway + " lies outside the subnet");
+        refuse(path + "/gateway", wan.gateway + " is outside the subnet");
     }
 }
 
@@ -59,7 +59,7 @@ void check_bridged(const Wan &wan, const std::string &path)
     bridge.vlan_id = wan.vlan_id;
     bridge.vlan_priority = wan.vlan_priority;
     if (wan != bridge) {
-        refuse(path + "/bridged", "leaves no room for addresses, an account or nat");
+        refuse(path + "/bridged", "excludes addresses, an account and nat");
     }
 }
 
@@ -102,7 +102,7 @@ void check_wans(const Home &home, const std::string &path)
         refuse(path + "/wan/bridged", "the connection to the Internet is routed");
     }
     if (!is_for_the_internet(home.wan)) {
-        refuse(path + "/wan/services", "are without INTERNET");
+        refuse(path + "/wan/services", "do not include INTERNET");
     }
     std::set<std::string> names = {home.wan.name};
     std::set<std::string> interfaces = {home.wan.interface};
@@ -111,7 +111,7 @@ void check_wans(const Home &home, const std::string &path)
         const std::string place = item(path + "/other_wans", at);
         check_wan(home, wan, place);
         if (is_for_the_internet(wan)) {
-            refuse(place + "/services", "INTERNET is that of /wan");
+            refuse(place + "/services", "INTERNET is reserved for /wan");
         }
         if (!names.insert(wan.name).second) {
             refuse(place + "/name", "there is another " + in_quotes(wan.name));

@@ -6,7 +6,7 @@ namespace {
 
 [[noreturn]] void refuse_channel(const std::string &band, int64_t channel, const std::string &path)
 {
-    refuse(path, std::to_string(channel) + " is no channel of " + band);
+    refuse(path, std::to_string(channel) + " is not a channel of " + band);
 }
 
 void check_password(const std::string &encryption, const std::string &password,
@@ -30,7 +30,7 @@ void check_radios(const Home &home, const std::string &path, Addresses &addresse
             refuse_channel(radio.band, radio.channel, place + "/channel");
         }
         const std::string wrong =
-            complaint(radio.standard, radio.band == "2.4GHz" ? kStandards24 : kStandards5);
+            validation_error(radio.standard, radio.band == "2.4GHz" ? kStandards24 : kStandards5);
         if (!wrong.empty()) {
             refuse(place + "/standard", wrong);
         }

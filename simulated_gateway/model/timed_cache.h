@@ -1,4 +1,4 @@
-// A value that takes long to work out of the state and holds at one time.
+// A cached value that is expensive to compute from the state and is valid for one point in time.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,8 @@
 
 namespace simulated_gateway {
 
-// A copy has forgotten it: states are copied to be changed. Whoever changes a state asks for such
-// values only afterwards.
+// A copy starts empty: states are copied to be changed. Code that changes a state may request such
+// values only after the change.
 template <class Value> class TimedCache {
   public:
     TimedCache() = default;

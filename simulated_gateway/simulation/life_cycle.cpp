@@ -15,7 +15,7 @@ void boot(State &state)
     state.link_speed_time = 0;
     state.under_way = {};
     state.port_counters = {state.boot_time, {}};
-    let_all_attach_anew(state);
+    reattach_all_hosts(state);
     start_firmware(state);
 }
 
@@ -37,7 +37,7 @@ void let_time_pass(State &state)
             guest.end_time = 0;
         }
     }
-    let_removed_hosts_attach(state);
+    reattach_removed_hosts(state);
 }
 
 } // namespace simulated_gateway

@@ -1,15 +1,15 @@
-// The router starts, and time passes.
+// Booting the router, and the passage of time.
 #pragma once
 
 #include "model/model.h"
 
 namespace simulated_gateway {
 
-// Starts the router anew with the home as it is, and with the firmware that is to be next.
+// Boots the router with the home as it is, and with the firmware in the next slot.
 void boot(State &state);
 
-// What the clock brings about: ports count what they have carried, guest networks that have come on
-// start their time and go off at its end, removed hosts attach anew.
+// Applies what depends on time: ports count their traffic, guest networks that were switched on
+// start their time limit and are switched off at its end, removed hosts reattach.
 void let_time_pass(State &state);
 
 } // namespace simulated_gateway

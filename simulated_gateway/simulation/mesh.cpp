@@ -7,7 +7,7 @@
 namespace simulated_gateway {
 namespace {
 
-// A link by radio is up while the main router's radio of its band is: the routers of a mesh share
+// A radio link is up while the main router's radio of its band is on: the routers of a mesh share
 // their Wi-Fi settings.
 bool is_up(const Home &home, const RouterLink &link)
 {

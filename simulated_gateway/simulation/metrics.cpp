@@ -9,14 +9,14 @@
 namespace simulated_gateway {
 namespace {
 
-// The ordinary value, more or less up to so many percent.
+// The typical value, varied by up to the given percentage.
 int64_t varied(const State &state, Quantity quantity, int64_t ordinary, int64_t most_percent)
 {
     return ordinary * (100 + deviation(state.home, quantity, 0, most_percent)) / 100;
 }
 
-// Freed resources fill up again.
-bool is_relieved(const State &state)
+// Freed resources fill up again after some minutes.
+bool was_recently_optimized(const State &state)
 {
     constexpr int64_t relief_seconds = 600;
     return state.optimization_time != 0 && seconds_since(state.optimization_time) < relief_seconds;
@@ -27,14 +27,14 @@ bool is_relieved(const State &state)
 int64_t cpu_percent(const State &state)
 {
     const int64_t percent = varied(state, Quantity::kCpu, state.home.ordinary_day.cpu_percent, 30);
-    return std::min<int64_t>(100, is_relieved(state) ? percent * 3 / 4 : percent);
+    return std::min<int64_t>(100, was_recently_optimized(state) ? percent * 3 / 4 : percent);
 }
 
 int64_t memory_percent(const State &state)
 {
     const int64_t percent =
         varied(state, Quantity::kMemory, state.home.ordinary_day.memory_percent, 5);
-    return std::min<int64_t>(100, is_relieved(state) ? percent * 3 / 4 : percent);
+    return std::min<int64_t>(100, was_recently_optimized(state) ? percent * 3 / 4 : percent);
 }
 
 int64_t cpu_celsius(const State &state)
@@ -68,7 +68,7 @@ int64_t delay_ms(const State &state)
     if (!home.wan.connected) {
         return 0;
     }
-    // Without QoS a packet waits behind the home's other traffic.
+    // Without QoS a packet is queued behind the home's other traffic.
     const int64_t waiting = home.services.qos_acceleration ? 1 : 2;
     return std::max<int64_t>(1, varied(state, Quantity::kDelay, home.ordinary_day.delay_ms, 20) *
                                     waiting);

@@ -5,7 +5,8 @@
 namespace simulated_gateway {
 namespace {
 
-// Mixes bits well (the finalizer of SplitMix64): neighbouring seeds and times share nothing.
+// Mixes bits well (the finalizer of SplitMix64), so that neighbouring seeds and times give
+// unrelated results.
 uint64_t mixed(uint64_t bits)
 {
     bits += 0x9e3779b97f4a7c15;

@@ -1,11 +1,11 @@
-// Random draws from the seed of the ordinary day: the same home draws the same at the same time.
+// Random draws from the home's seed: the same home gives the same result at the same time.
 #pragma once
 
 #include "model/model.h"
 
 namespace simulated_gateway {
 
-// What varies at random, each by itself.
+// The quantities that vary at random, independently of each other.
 enum class Quantity : uint64_t {
     kCpu = 1,
     kMemory,
@@ -22,14 +22,14 @@ enum class Quantity : uint64_t {
     kLinkSpeed
 };
 
-// The source of a device's draws.
+// The random source of a device.
 uint64_t source_of(const std::string &mac);
 
-// Bits at random, for one of the sources of a quantity in a slot of time.
+// Random bits for a source of a quantity in a time slot.
 uint64_t draw(const Home &home, Quantity quantity, uint64_t source, uint64_t slot);
 
-// A number from -most to most. It stays for a few seconds, so that what is asked for at one time
-// fits together.
+// A number from -most to most. It is constant for a few seconds, so that values requested together
+// are consistent.
 int64_t deviation(const Home &home, Quantity quantity, uint64_t source, int64_t most);
 
 } // namespace simulated_gateway

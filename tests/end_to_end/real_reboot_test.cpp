@@ -15,7 +15,7 @@ using testing::HasSubstr;
 namespace real_reboot_test {
 
 constexpr char kStarted[] = "{\"Status\":\"0\",\"updateResult\":\"0\"}\n";
-constexpr char kRefused[] = "the reboot that follows would be this machine's";
+constexpr char kRefused[] = "the reboot would restart this machine";
 
 std::string content_of(const std::string &file)
 {
@@ -69,7 +69,7 @@ TEST_F(RealReboot, BecomesARestartOfTheRouterInALinkedHost)
     set_time(kStart + 5000);
     update(LINKED_HOST);
     EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
-    EXPECT_EQ(said_, "simulated gateway: restarts, in place of this machine\n");
+    EXPECT_EQ(said_, "simulated gateway: restarts the model instead of this machine\n");
     expect_version(kNewVersion);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "0");
 }
@@ -96,7 +96,7 @@ TEST_F(RealReboot, BecomesARestartOfTheRouterWhereTheGatewayIsLoadedFirst)
     ASSERT_TRUE(programs_.are_found());
     update(LOADING_HOST, "LD_PRELOAD='" SIMULATED_GATEWAY_PATH "'");
     EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
-    EXPECT_EQ(said_, "simulated gateway: restarts, in place of this machine\n");
+    EXPECT_EQ(said_, "simulated gateway: restarts the model instead of this machine\n");
     expect_version(kNewVersion);
 }
 

@@ -140,7 +140,7 @@ TEST_F(AdministrationTest, AnAdministratorThatIsNoneIsRefused)
                         "ot",
                         "secret"),
               -1);
-    EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+    EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
     LoginInfo brim = {};
     set(brim.Type, "1");
     fill_to_the_brim(brim.Name, 'n');
@@ -221,12 +221,13 @@ TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
         const char *enable, *time, *days, *reason;
     } schedules[] = {
         {"on", "04:30", "1", "GatewayRebootEnable \"on\" is none of \"0\", \"1\""},
-        {"1", "24:00", "1", "/home/reboot_schedule/time: \"24:00\" is no time like \"04:30\""},
-        {"1", "04:60", "1", "/home/reboot_schedule/time: \"04:60\" is no time like \"04:30\""},
-        {"0", "4:30", "1", "/home/reboot_schedule/time: \"4:30\" is no time like \"04:30\""},
-        {"1", "04:30", "8", "/home/reboot_schedule/days: \"8\" is no list of days like \"1,3,7\""},
+        {"1", "24:00", "1", "/home/reboot_schedule/time: \"24:00\" is not a time like \"04:30\""},
+        {"1", "04:60", "1", "/home/reboot_schedule/time: \"04:60\" is not a time like \"04:30\""},
+        {"0", "4:30", "1", "/home/reboot_schedule/time: \"4:30\" is not a time like \"04:30\""},
+        {"1", "04:30", "8",
+         "/home/reboot_schedule/days: \"8\" is not a list of days like \"1,3,7\""},
         {"1", "04:30", "1;2",
-         "/home/reboot_schedule/days: \"1;2\" is no list of days like \"1,3,7\""},
+         "/home/reboot_schedule/days: \"1;2\" is not a list of days like \"1,3,7\""},
         {"1", "", "1", "/home/reboot_schedule: needs time and days"},
         {"1", "04:30", "", "/home/reboot_schedule: needs time and days"},
     };
@@ -240,8 +241,9 @@ TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
     set(brim.Time, "04:30");
     fill_to_the_brim(brim.DaysOfWeek, '1');
     EXPECT_EQ(devapi_set_reboot_info(&brim), -1);
-    EXPECT_EQ(reason(), "/home/reboot_schedule/days: \"1111111111111111\" is no list of days like "
-                        "\"1,3,7\"");
+    EXPECT_EQ(reason(),
+              "/home/reboot_schedule/days: \"1111111111111111\" is not a list of days like "
+              "\"1,3,7\"");
     EXPECT_EQ(reboot_schedule(), "1 04:30 1,4");
 }
 
@@ -264,11 +266,12 @@ TEST_F(AdministrationTest, ASleepThatIsNoneIsRefused)
         {"2", "0", "0", "23:00", "06:00", "GatewaySleepEnable \"2\" is none of \"0\", \"1\""},
         {"0", "x", "0", "23:00", "06:00", "WiFiSleepEnable \"x\" is none of \"0\", \"1\""},
         {"0", "0", "", "23:00", "06:00", "LedSleepEnable \"\" is none of \"0\", \"1\""},
-        {"1", "0", "0", "25:00", "06:00", "/home/sleep/start: \"25:00\" is no time like \"04:30\""},
-        {"0", "0", "0", "23:00", "6", "/home/sleep/end: \"6\" is no time like \"04:30\""},
-        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and another end"},
-        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and another end"},
-        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and another end"},
+        {"1", "0", "0", "25:00", "06:00",
+         "/home/sleep/start: \"25:00\" is not a time like \"04:30\""},
+        {"0", "0", "0", "23:00", "6", "/home/sleep/end: \"6\" is not a time like \"04:30\""},
+        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and a different end"},
+        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and a different end"},
+        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and a different end"},
     };
     ASSERT_EQ(open(kept()), "");
     for (const auto &wanted : sleeps) {

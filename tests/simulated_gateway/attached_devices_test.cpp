@@ -153,9 +153,9 @@ TEST_F(HostsTest, AMacAddressThatIsNoneOrThatNobodyHasIsRefused)
     const std::string before = read(path("state"));
     for (const std::string &mac : kNoMacs) {
         EXPECT_EQ(with(&AdBaseInfo::Mac, mac, kTablet).substr(0, 4), "MAC ") << mac;
-        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
         EXPECT_EQ(set_right(mac, "DENY"), -1);
-        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
     }
     EXPECT_EQ(with(&AdBaseInfo::Mac, "00:00:00:00:00:01"), "there is no device 00:00:00:00:00:01");
     // A router of the home is no attached device.
@@ -197,17 +197,18 @@ TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
     EXPECT_EQ(with(&AdBaseInfo::DevType, "phone"),
               "DevType \"phone\" is none of \"Computer\", \"Phone\", \"Tablet\", \"TV\",");
     EXPECT_EQ(with(&AdBaseInfo::DevType, "").substr(0, 21), "DevType \"\" is none of");
-    EXPECT_EQ(with(&AdBaseInfo::ByName, "a\nb"), "ByName holds control characters or is no UTF-8");
+    EXPECT_EQ(with(&AdBaseInfo::ByName, "a\nb"),
+              "ByName contains control characters or is not UTF-8");
     EXPECT_EQ(with(&AdBaseInfo::ByName, "a\xff"
                                         "b"),
-              "ByName holds control characters or is no UTF-8");
+              "ByName contains control characters or is not UTF-8");
     for (const char *enable : {"", "2", "-1", "on", "1 "}) {
         EXPECT_EQ(with(&AdBaseInfo::AccessEnable, enable),
                   "AccessEnable \"" + std::string(enable) + "\" is none of \"0\", \"1\"");
     }
-    EXPECT_EQ(with(&AdBaseInfo::DownLimit, ""), "DownLimit is no number");
-    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "fast"), "DownLimit is no number");
-    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "1.5"), "DownLimit is no number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, ""), "DownLimit is not a number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "fast"), "DownLimit is not a number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "1.5"), "DownLimit is not a number");
     EXPECT_EQ(with(&AdBaseInfo::DownLimit, "-2"), "DownLimit -2 is not within 1 to 10000000");
     EXPECT_EQ(with(&AdBaseInfo::DownLimit, "10000001"),
               "DownLimit 10000001 is not within 1 to 10000000");
@@ -243,14 +244,14 @@ TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
     const struct {
         const char *ip, *reason;
     } refusals[] = {
-        {"", "ip is no IPv4 address"},
-        {"NULL", "ip is no IPv4 address"},
-        {"192.168.1", "ip is no IPv4 address"},
-        {"192.168.1.300", "ip is no IPv4 address"},
-        {"fe80::1", "ip is no IPv4 address"},
-        {"192.168.2.7", "ip is no address of the LAN"},
-        {"192.168.1.0", "ip is no address of the LAN"},
-        {"192.168.1.255", "ip is no address of the LAN"},
+        {"", "ip is not an IPv4 address"},
+        {"NULL", "ip is not an IPv4 address"},
+        {"192.168.1", "ip is not an IPv4 address"},
+        {"192.168.1.300", "ip is not an IPv4 address"},
+        {"fe80::1", "ip is not an IPv4 address"},
+        {"192.168.2.7", "ip is not a LAN address"},
+        {"192.168.1.0", "ip is not a LAN address"},
+        {"192.168.1.255", "ip is not a LAN address"},
         {"192.168.1.1", "ip is the address of the gateway"},
         {"192.168.1.2", "ip belongs to First floor"},
         {"192.168.1.102", "ip belongs to living-room-tv"},
@@ -262,7 +263,7 @@ TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
     AdBaseSetting setting = setting_of(1);
     set(setting.info.StaticDhcpEnable, "1");
     fill_to_the_brim(setting.info.ip, '1');
-    EXPECT_EQ(applied(setting), "ip is no IPv4 address");
+    EXPECT_EQ(applied(setting), "ip is not an IPv4 address");
     EXPECT_EQ(read(path("state")), before);
 }
 

@@ -57,7 +57,7 @@ TEST_F(FetchTest, ByHttpsFromWhomIsTrusted)
 TEST_F(FetchTest, AddressesThatAreNoneAreRefused)
 {
     mkfifo(path("pipe").c_str(), 0600);
-    const std::string bad_form = "the address does not hold: ";
+    const std::string bad_form = "the address is invalid: ";
     const std::string bad_scheme = bad_form + "its scheme is none of http, https, file";
     const struct {
         std::string address;
@@ -65,8 +65,8 @@ TEST_F(FetchTest, AddressesThatAreNoneAreRefused)
     } wrong_addresses[] = {
         {"", "the address is empty"},
         {"http://127.0.0.1/" + std::string(1 << 20, 'a'), "the address is longer than 2047 bytes"},
-        {"http://127.0.0.1/a\nb", "the address holds control characters or is no UTF-8"},
-        {"http://127.0.0.1/\xff", "the address holds control characters or is no UTF-8"},
+        {"http://127.0.0.1/a\nb", "the address contains control characters or is not UTF-8"},
+        {"http://127.0.0.1/\xff", "the address contains control characters or is not UTF-8"},
         {"http://127.0.0.1/new image", bad_form},
         {"; rm -rf /", bad_form + "Bad scheme"},
         {"127.0.0.1/new.image", bad_form + "Bad scheme"},
@@ -173,7 +173,7 @@ TEST_F(FetchTest, WithoutAFolderNoFileIsFetched)
     without_folder.firmware_folder = "";
     ASSERT_EQ(reopen(without_folder), "");
     for (const std::string &file : {path("new.image"), path("none"), std::string("/etc/shadow")}) {
-        EXPECT_EQ(refusal("file://" + file), "the address does not hold: file is for a gateway "
+        EXPECT_EQ(refusal("file://" + file), "the address is invalid: file is for a gateway "
                                              "with a firmware folder");
     }
     setenv("SIMULATED_GATEWAY_FIRMWARE_FOLDER", path("").c_str(), 1);
@@ -209,7 +209,7 @@ TEST_F(FetchTest, AFileHasToLieBelowTheFolderBehindAllLinks)
           "images/../secret", "images/%2e%2e/secret", "images/link_to_nowhere",
           "images_of_others/secret", "images", "images/deep", "images/own/"}) {
         EXPECT_EQ(refusal("file://" + path(name)),
-                  "the address does not hold: no such file in the firmware folder")
+                  "the address is invalid: no such file in the firmware folder")
             << name;
     }
 }

@@ -84,11 +84,11 @@ TEST_F(FirmwareMaintenanceTest, AScheduleThatIsNoneIsRefused)
     EXPECT_EQ(refusal(schedule("1", "1", "0", "-1", "0")), "EndHour -1 is not within 0 to 23");
     EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "60")), "EndMinute 60 is not within 0 to 59");
     EXPECT_EQ(refusal(schedule("0", "1", "0", "2", "60")), "EndMinute 60 is not within 0 to 59");
-    EXPECT_EQ(refusal(schedule("1", "", "0", "2", "0")), "StartHour is no number");
-    EXPECT_EQ(refusal(schedule("1", "1", "0", "NULL", "0")), "EndHour is no number");
-    EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "3 ")), "EndMinute is no number");
+    EXPECT_EQ(refusal(schedule("1", "", "0", "2", "0")), "StartHour is not a number");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "NULL", "0")), "EndHour is not a number");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "3 ")), "EndMinute is not a number");
     EXPECT_EQ(refusal(schedule("1", "2", "30", "2", "30")),
-              "/home/update_schedule: needs a start and another end");
+              "/home/update_schedule: needs a start and a different end");
     UpdateSchedule overfull = schedule("1", "1", "0", "2", "0");
     fill_to_the_brim(overfull.EndMinute, '1');
     EXPECT_EQ(refusal(overfull), "EndMinute 11111111 is not within 0 to 59");
@@ -206,14 +206,13 @@ TEST_F(FirmwareMaintenanceTest, AnAnswerThatIsNoSuccessIsAFailure)
                   std::string("the server answers with HTTP status ") + status);
     }
     EXPECT_FALSE(log_refusal(server_.address("cut/log.txt")).empty());
-    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")),
-              "the server does not stop answering");
+    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")), "the server's response is too long");
     EXPECT_FALSE(log_refusal("http://127.0.0.1:1/log.txt").empty());
 }
 
 TEST_F(FirmwareMaintenanceTest, WhatIsNoAddressOfTheWebIsRefused)
 {
-    const std::string bad = "the address does not hold: ";
+    const std::string bad = "the address is invalid: ";
     EXPECT_EQ(log_refusal(""), "the address is empty");
     EXPECT_EQ(log_refusal("file://" + path("log.txt")), bad + "its scheme is none of http, https");
     EXPECT_EQ(log_refusal("ftp://127.0.0.1/log.txt"), bad + "its scheme is none of http, https");
@@ -221,7 +220,7 @@ TEST_F(FirmwareMaintenanceTest, WhatIsNoAddressOfTheWebIsRefused)
     EXPECT_EQ(log_refusal("http://127.0.0.1/" + std::string(1 << 20, 'a')),
               "the address is longer than 2047 bytes");
     EXPECT_EQ(log_refusal("http://127.0.0.1/\n"),
-              "the address holds control characters or is no UTF-8");
+              "the address contains control characters or is not UTF-8");
     EXPECT_FALSE(std::filesystem::exists(path("log.txt")));
 }
 
@@ -230,8 +229,8 @@ TEST_F(FirmwareMaintenanceTest, ATypeOrAnAddressThatIsNoneIsRefused)
     const std::string address = server_.address("logs/");
     EXPECT_EQ(log_refusal(address, ""), "log_type is empty");
     EXPECT_EQ(log_refusal(address, std::string(64, 'a')), "log_type is longer than 63 bytes");
-    EXPECT_EQ(log_refusal(address, "a\nb"), "log_type holds control characters or is no UTF-8");
-    EXPECT_EQ(log_refusal(address, "system", "../.."), "mac \"../..\" is no MAC address");
+    EXPECT_EQ(log_refusal(address, "a\nb"), "log_type contains control characters or is not UTF-8");
+    EXPECT_EQ(log_refusal(address, "system", "../.."), "mac \"../..\" is not a MAC address");
     EXPECT_EQ(devapi_get_hg_log(nullptr, "system", kMac), -1);
     EXPECT_EQ(devapi_get_hg_log(address.c_str(), nullptr, kMac), -1);
     EXPECT_EQ(devapi_get_hg_log(address.c_str(), "system", nullptr), -1);

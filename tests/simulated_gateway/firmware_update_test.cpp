@@ -162,7 +162,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
         {"#!/bin/sh\n", "the image is none: it does not open with an image's magic"},
         {whole.substr(0, 403), "the image ends after 403 of 404 bytes"},
         {whole.substr(0, 99'999), "the image ends after 99999 of 100404 bytes"},
-        {whole + "x", "the image goes on behind the 100404 bytes that its header tells of"},
+        {whole + "x", "the image continues after the 100404 bytes given in its header"},
         {damaged, "the image is damaged: its SHA-256 is not the one in its header"},
         {make_image({.product = "MAP-AX1800"}),
          "the image is for \"MAP-AX1800\", not for \"HGU-AX3000\""},

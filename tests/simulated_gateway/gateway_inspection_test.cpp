@@ -183,20 +183,20 @@ TEST_F(GatewayInspectionTest, AnOptimisationWithoutAChannelOfARadioIsRefused)
     ASSERT_EQ(open_at(kTime, {.trace = path("trace")}), "");
     for (const char *channel : {"", "six", "6a", " 6"}) {
         EXPECT_EQ(optimize(channel), "refused");
-        EXPECT_EQ(reason(), "Channel is no number");
+        EXPECT_EQ(reason(), "Channel is not a number");
     }
     EXPECT_EQ(optimize("0"), "refused");
-    EXPECT_EQ(reason(), "Channel 0 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 0 does not belong to any radio");
     EXPECT_EQ(optimize("20", "50"), "refused");
-    EXPECT_EQ(reason(), "Channel 20 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 20 does not belong to any radio");
     EXPECT_EQ(optimize("6", ""), "refused");
-    EXPECT_EQ(reason(), "PowerLevel is no number");
+    EXPECT_EQ(reason(), "PowerLevel is not a number");
     EXPECT_EQ(optimize("6", "101"), "refused");
     EXPECT_EQ(reason(), "/home/radios/0/power_percent: 101 is not within 0 to 100");
     WifiInspectInfo brim = {};
     std::memset(&brim, '6', sizeof(brim));
     EXPECT_EQ(devapi_optimize_hg_wifi(&brim), -1);
-    EXPECT_EQ(reason(), "Channel 66666666 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 66666666 does not belong to any radio");
     EXPECT_EQ(wifi(), "8 MEDIUM 6 33 100 1");
 }
 

@@ -206,7 +206,7 @@ TEST_F(GatewaySettingsTest, ANameThatIsNoneIsRefused)
                              "b",
                              "\x80", "line\nbreak", "\x1b[2J"}) {
         EXPECT_EQ(rename(name), -1);
-        EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+        EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
     }
     HgBaseInfo info = {};
     fill_to_the_brim(info.Name, 'n');
@@ -279,9 +279,9 @@ TEST_F(GatewaySettingsTest, APppoeAccountThatIsNoneIsRefusedWithAReason)
     EXPECT_EQ(set_pppoe("smith", "", "1"), "Password is empty");
     EXPECT_EQ(set_pppoe("smith", "s3cret", "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
     EXPECT_EQ(set_pppoe("smi\xffth", "s3cret", "1"),
-              "Account holds control characters or is no UTF-8");
+              "Account contains control characters or is not UTF-8");
     EXPECT_EQ(set_pppoe("smith", "s3\ncret", "0"),
-              "Password holds control characters or is no UTF-8");
+              "Password contains control characters or is not UTF-8");
     PppoeSetting setting = {};
     set(setting.info.Account, "smith");
     fill_to_the_brim(setting.info.Password, '1');

@@ -54,7 +54,7 @@ TEST_F(GreenNetTest, AnEntryIsFoundByItsMacInEveryForm)
     for (const std::string &mac : kNoMacs) {
         int32_t number = 77;
         EXPECT_LT(devapi_get_greennet_index_by_mac(mac.c_str(), &number), 0) << mac;
-        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
         EXPECT_EQ(number, 77);
     }
     const std::string endless(100'000, '7');
@@ -104,7 +104,7 @@ TEST_F(GreenNetTest, WhatIsNoEntryIsRefused)
     EXPECT_EQ(set_entry(3, kConsoleMac, "x", "1"), -1);
     EXPECT_EQ(reason(), "there is no entry 3");
     EXPECT_EQ(set_entry(1, kTabletMac, "a\tb", "1"), -1);
-    EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+    EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
     EXPECT_EQ(set_entry(1, kTabletMac, "Jonas", "yes"), -1);
     EXPECT_EQ(reason(), "NotifyEnable \"yes\" is none of \"0\", \"1\"");
     GreenHostInfo brim = entry(1);
@@ -255,19 +255,19 @@ TEST_F(GreenNetTest, APeriodThatIsNoneIsRefusedAndChangesNothing)
     const struct {
         const char *start, *end, *enable, *days, *reason;
     } refusals[] = {
-        {"24:00", "07:00", "1", "1", "StartTime \"24:00\" is no time like \"04:30\""},
-        {"", "07:00", "1", "1", "StartTime \"\" is no time like \"04:30\""},
-        {"NULL", "07:00", "1", "1", "StartTime \"NULL\" is no time like \"04:30\""},
-        {"20:00", "7:00", "1", "1", "EndTime \"7:00\" is no time like \"04:30\""},
-        {"20:00", "07:00:00", "1", "1", "EndTime \"07:00:0\" is no time like \"04:30\""},
+        {"24:00", "07:00", "1", "1", "StartTime \"24:00\" is not a time like \"04:30\""},
+        {"", "07:00", "1", "1", "StartTime \"\" is not a time like \"04:30\""},
+        {"NULL", "07:00", "1", "1", "StartTime \"NULL\" is not a time like \"04:30\""},
+        {"20:00", "7:00", "1", "1", "EndTime \"7:00\" is not a time like \"04:30\""},
+        {"20:00", "07:00:00", "1", "1", "EndTime \"07:00:0\" is not a time like \"04:30\""},
         {"20:00", "07:00", "", "1", "Enable \"\" is none of \"0\", \"1\""},
         {"20:00", "07:00", "2", "1", "Enable \"2\" is none of \"0\", \"1\""},
-        {"20:00", "07:00", "1", "", "DaysOfWeek \"\" is no list of days like \"137\""},
-        {"20:00", "07:00", "1", "0", "DaysOfWeek \"0\" is no list of days like \"137\""},
-        {"20:00", "07:00", "1", "8", "DaysOfWeek \"8\" is no list of days like \"137\""},
-        {"20:00", "07:00", "1", "11", "DaysOfWeek \"11\" is no list of days like \"137\""},
+        {"20:00", "07:00", "1", "", "DaysOfWeek \"\" is not a list of days like \"137\""},
+        {"20:00", "07:00", "1", "0", "DaysOfWeek \"0\" is not a list of days like \"137\""},
+        {"20:00", "07:00", "1", "8", "DaysOfWeek \"8\" is not a list of days like \"137\""},
+        {"20:00", "07:00", "1", "11", "DaysOfWeek \"11\" is not a list of days like \"137\""},
         {"20:00", "07:00", "1", "1,2,3,4,5",
-         "DaysOfWeek \"1,2,3,4\" is no list of days like \"137\""},
+         "DaysOfWeek \"1,2,3,4\" is not a list of days like \"137\""},
         {"20:00", "20:00", "1", "1", "/home/green_net/hosts/0/periods/0: ends when it starts"},
         {"20:00", "20:00", "0", "1", "/home/green_net/hosts/0/periods/0: ends when it starts"},
     };

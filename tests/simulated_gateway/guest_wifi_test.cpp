@@ -234,8 +234,8 @@ TEST_F(GuestWifiTest, BadTextsAreRefusedAndChangeNothing)
               "/home/ssids/1/password: needs at least 8 characters");
     EXPECT_EQ(refused(&GuestWifiInfo::ENCRYPT, "WPA"),
               "ENCRYPT \"WPA\" is none of \"OPEN\", \"WPA2\", \"WPA3\", \"WPA2/3\"");
-    EXPECT_EQ(refused(&GuestWifiInfo::ContinueTime, "two"), "ContinueTime is no number");
-    EXPECT_EQ(refused(&GuestWifiInfo::HourTime, ""), "HourTime is no number");
+    EXPECT_EQ(refused(&GuestWifiInfo::ContinueTime, "two"), "ContinueTime is not a number");
+    EXPECT_EQ(refused(&GuestWifiInfo::HourTime, ""), "HourTime is not a number");
     EXPECT_EQ(refused(&GuestWifiInfo::AdvertisementEnable, "2"),
               "AdvertisementEnable \"2\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&GuestWifiInfo::Mode, "11a"),

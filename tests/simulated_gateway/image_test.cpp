@@ -81,16 +81,15 @@ TEST_F(ImageTest, AFieldThatDoesNotHoldIsNamed)
         {12, std::string(8, '\xff'),
          "the image has a payload of 18446744073709551615 bytes; no more than 1000000 bytes are "
          "taken in all"},
-        {20, std::string(256, 'x'),
-         "the image does not hold: its product is longer than 255 bytes"},
+        {20, std::string(256, 'x'), "the image is invalid: its product is longer than 255 bytes"},
         {20, "hgu", "the image is for \"hgu-AX3000\", not for \"HGU-AX3000\""},
-        {276, std::string(1, '\0'), "the image does not hold: its version is empty"},
+        {276, std::string(1, '\0'), "the image is invalid: its version is empty"},
         {276, "V3\n",
-         "the image does not hold: its version holds control characters or is no UTF-8"},
+         "the image is invalid: its version contains control characters or is not UTF-8"},
         {276, "\xff",
-         "the image does not hold: its version holds control characters or is no UTF-8"},
-        {276, std::string(64, 'x'), "the image does not hold: its version is longer than 63 bytes"},
-        {340, std::string(32, 'x'), "the image does not hold: its date is longer than 31 bytes"},
+         "the image is invalid: its version contains control characters or is not UTF-8"},
+        {276, std::string(64, 'x'), "the image is invalid: its version is longer than 63 bytes"},
+        {340, std::string(32, 'x'), "the image is invalid: its date is longer than 31 bytes"},
     };
     for (const auto &[offset, bytes, complaint] : wrong_fields) {
         EXPECT_EQ(complaint_about(changed(offset, bytes)), complaint);
@@ -126,7 +125,7 @@ TEST_F(ImageTest, WhatFollowsItIsNotTaken)
 {
     const std::string whole = make_image({.payload_size = 300});
     EXPECT_EQ(complaint_about(whole + "x"),
-              "the image goes on behind the 704 bytes that its header tells of");
+              "the image continues after the 704 bytes given in its header");
 }
 
 TEST_F(ImageTest, TheLargestOneIsTakenAndALargerOneNot)

@@ -126,36 +126,37 @@ TEST_F(LanTest, AnAddressPlanThatIsNoneIsRefusedWithAReason)
     const struct {
         const char *ip, *mask, *start, *end, *reason;
     } plans[] = {
-        {"", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is no IPv4 address"},
-        {"10.0.0.256", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is no IPv4 address"},
-        {"10.0.0.1", "24", "10.0.0.2", "10.0.0.9", "SubnetMask is no IPv4 address"},
-        {"10.0.0.1", "255.0.255.0", "10.0.0.2", "10.0.0.9", "SubnetMask is no mask of a LAN"},
-        {"10.0.0.1", "0.0.0.0", "10.0.0.2", "10.0.0.9", "SubnetMask is no mask of a LAN"},
-        {"10.0.0.1", "255.255.255.255", "10.0.0.1", "10.0.0.1", "SubnetMask is no mask of a LAN"},
-        {"0.0.0.1", "255.0.0.0", "0.0.0.2", "0.0.0.9", "GatewayLanIP is no address of a host"},
-        {"127.0.0.1", "255.0.0.0", "127.0.0.2", "127.0.0.9",
-         "GatewayLanIP is no address of a host"},
+        {"", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is not an IPv4 address"},
+        {"10.0.0.256", "255.255.255.0", "10.0.0.2", "10.0.0.9",
+         "GatewayLanIP is not an IPv4 address"},
+        {"10.0.0.1", "24", "10.0.0.2", "10.0.0.9", "SubnetMask is not an IPv4 address"},
+        {"10.0.0.1", "255.0.255.0", "10.0.0.2", "10.0.0.9", "SubnetMask is not a LAN subnet mask"},
+        {"10.0.0.1", "0.0.0.0", "10.0.0.2", "10.0.0.9", "SubnetMask is not a LAN subnet mask"},
+        {"10.0.0.1", "255.255.255.255", "10.0.0.1", "10.0.0.1",
+         "SubnetMask is not a LAN subnet mask"},
+        {"0.0.0.1", "255.0.0.0", "0.0.0.2", "0.0.0.9", "GatewayLanIP is not a host address"},
+        {"127.0.0.1", "255.0.0.0", "127.0.0.2", "127.0.0.9", "GatewayLanIP is not a host address"},
         {"224.0.0.1", "255.255.255.0", "224.0.0.2", "224.0.0.9",
-         "GatewayLanIP is no address of a host"},
+         "GatewayLanIP is not a host address"},
         {"10.0.0.0", "255.255.255.0", "10.0.0.2", "10.0.0.9",
          "GatewayLanIP is the address of the network"},
         {"10.0.0.255", "255.255.255.0", "10.0.0.2", "10.0.0.9",
          "GatewayLanIP is the broadcast address"},
         {"100.72.18.1", "255.255.255.0", "100.72.18.2", "100.72.18.9",
-         "the subnet holds the address of the WAN"},
+         "the subnet contains the address of the WAN"},
         {"172.24.9.1", "255.255.255.0", "172.24.9.2", "172.24.9.9",
-         "the subnet holds the address of the WAN"},
-        {"10.0.0.1", "255.255.255.0", "x", "10.0.0.9", "StartIp is no IPv4 address"},
-        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "", "EndIp is no IPv4 address"},
+         "the subnet contains the address of the WAN"},
+        {"10.0.0.1", "255.255.255.0", "x", "10.0.0.9", "StartIp is not an IPv4 address"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "", "EndIp is not an IPv4 address"},
         {"10.0.0.1", "255.255.255.0", "10.0.1.2", "10.0.0.9", "StartIp is outside the subnet"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.0", "10.0.0.9", "StartIp is outside the subnet"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.1.9", "EndIp is outside the subnet"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.0.255", "EndIp is outside the subnet"},
-        {"10.0.0.1", "255.255.255.0", "10.0.0.9", "10.0.0.8", "EndIp lies before StartIp"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.9", "10.0.0.8", "EndIp is before StartIp"},
         {"10.0.0.5", "255.255.255.0", "10.0.0.5", "10.0.0.9",
-         "the pool from StartIp to EndIp holds GatewayLanIP"},
+         "the pool from StartIp to EndIp contains GatewayLanIP"},
         {"10.0.0.5", "255.255.255.0", "10.0.0.2", "10.0.0.5",
-         "the pool from StartIp to EndIp holds GatewayLanIP"},
+         "the pool from StartIp to EndIp contains GatewayLanIP"},
     };
     ASSERT_EQ(open({.state_file = path("state"), .trace = path("trace")}), "");
     const std::string before = read(path("state"));
@@ -172,7 +173,7 @@ TEST_F(LanTest, AddressesAreReadNoFurtherThanTheirFields)
     LanIpSetting setting = lan_setting("10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.0.9");
     fill_to_the_brim(setting.info.EndIp, '1');
     EXPECT_EQ(devapi_set_lan_ip_info(&setting), -1);
-    EXPECT_STREQ(setting.FailReason, "EndIp is no IPv4 address");
+    EXPECT_STREQ(setting.FailReason, "EndIp is not an IPv4 address");
 }
 
 TEST_F(LanTest, AChangeThatCannotBeSavedSaysSo)

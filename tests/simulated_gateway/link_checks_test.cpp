@@ -162,7 +162,7 @@ TEST_F(LinkChecksTest, OnlyAddressesOfTheInternetAnswerAPing)
           "8.8.8.8 ", "8.8.8.8;reboot", "dns.example", "::1"}) {
         EXPECT_EQ(devapi_get_ping_check(target), -1) << target;
     }
-    EXPECT_EQ(reason(), "target is no address of the Internet");
+    EXPECT_EQ(reason(), "target is not an Internet address");
     EXPECT_EQ(devapi_get_ping_check(std::string(1 << 20, '8').c_str()), -1);
     EXPECT_EQ(devapi_get_ping_check(nullptr), -1);
 

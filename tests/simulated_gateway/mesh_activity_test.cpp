@@ -113,7 +113,7 @@ TEST_F(MeshActivityTest, OnlyWhoIsOnTheRadioCanRoam)
 {
     nlohmann::json home = house();
     home["hosts"][0]["roams"] = true;
-    EXPECT_EQ(open_home(home), path("home.json") + ": /hosts/0/roams: there is no link by radio");
+    EXPECT_EQ(open_home(home), path("home.json") + ": /hosts/0/roams: there is no radio link");
 }
 
 } // namespace

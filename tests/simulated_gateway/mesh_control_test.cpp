@@ -159,7 +159,7 @@ TEST_F(MeshControlTest, WrongPairingsAreRefused)
     for (const char *time : {"0", "3601", "-1", "", "1m", "NULL"}) {
         EXPECT_EQ(pair("1", time), -1) << time;
     }
-    EXPECT_EQ(reason(), "Time is no number");
+    EXPECT_EQ(reason(), "Time is not a number");
     EXPECT_EQ(pair("on", "60"), -1);
     EXPECT_EQ(reason(), R"(Enable "on" is none of "0", "1")");
     EXPECT_EQ(set_mesh("0", "2"), 0);
@@ -242,7 +242,7 @@ TEST_F(MeshControlTest, TheHeartbeatIsANumberOfSeconds)
     for (const char *wrong : {"", "9", "86401", "-60", "60s", " 60", "6e1", "1.5"}) {
         EXPECT_EQ(devapi_set_kaa_heartbeat(wrong), -1) << wrong;
     }
-    EXPECT_EQ(reason(), "heartbeat is no number");
+    EXPECT_EQ(reason(), "heartbeat is not a number");
     EXPECT_EQ(devapi_set_kaa_heartbeat(std::string(1 << 20, '6').c_str()), -1);
     EXPECT_EQ(devapi_set_kaa_heartbeat(nullptr), -1);
     EXPECT_EQ(heartbeat(), 86400);

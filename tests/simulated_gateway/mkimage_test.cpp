@@ -90,12 +90,12 @@ TEST_F(MkimageTest, SignsAnImage)
     const Outcome unverified = run({"--show", path("image")});
     EXPECT_TRUE(unverified.output.ends_with(end + "not verified\n")) << unverified.output;
     const Outcome verified = run({"--show", "--firmware-key", path("key.pub"), path("image")});
-    EXPECT_TRUE(verified.output.ends_with(end + "holds\n")) << verified.output;
+    EXPECT_TRUE(verified.output.ends_with(end + "valid\n")) << verified.output;
     const Outcome refused = run({"--show", "--firmware-key", path("other.pub"), path("image")});
     EXPECT_EQ(refused.exit_status, 1);
     EXPECT_EQ(refused.error,
               "hg-mkimage: " + path("image") +
-                  ": the image does not hold: its signature is not by the firmware key\n");
+                  ": the image is invalid: its signature is not by the firmware key\n");
 }
 
 TEST_F(MkimageTest, AKeyThatIsNoneIsAFailure)
@@ -108,13 +108,14 @@ TEST_F(MkimageTest, AKeyThatIsNoneIsAFailure)
                  path("encrypted")});
     for (const char *name : {"key.pub", "rubbish", "x25519", "encrypted"}) {
         EXPECT_EQ(make({"--sign", path(name), path("image")}).error,
-                  "hg-mkimage: " + path(name) + ": is no unencrypted private Ed25519 key in PEM\n");
+                  "hg-mkimage: " + path(name) +
+                      ": is not an unencrypted private Ed25519 key in PEM\n");
     }
     EXPECT_EQ(make({"--sign", path("long"), path("image")}).exit_status, 1);
     EXPECT_EQ(make({"--sign", path("none"), path("image")}).error,
               "hg-mkimage: " + path("none") + ": No such file or directory\n");
     EXPECT_EQ(run({"--show", "--firmware-key", path("key"), path("image")}).error,
-              "hg-mkimage: " + path("key") + ": is no public Ed25519 key in PEM\n");
+              "hg-mkimage: " + path("key") + ": is not a public Ed25519 key in PEM\n");
     EXPECT_FALSE(std::filesystem::exists(path("image")));
 }
 
@@ -138,7 +139,7 @@ TEST_F(MkimageTest, AFailureLeavesTheImageBefore)
               "hg-mkimage: " + path("empty") + ": is empty\n");
     EXPECT_EQ(make({"--payload", path("none"), path("image")}).exit_status, 1);
     EXPECT_EQ(make({"--date", "long after the last day of the year", path("image")}).error,
-              "hg-mkimage: the image does not hold: its date is longer than 31 bytes\n");
+              "hg-mkimage: the image is invalid: its date is longer than 31 bytes\n");
     EXPECT_EQ(make({path("no/image")}).exit_status, 1);
     EXPECT_EQ(read(path("image")), "as before");
     EXPECT_FALSE(std::filesystem::exists(path("image.tmp")));

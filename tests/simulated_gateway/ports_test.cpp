@@ -234,8 +234,8 @@ TEST_F(PortsTest, WrongBindingsAreRefused)
     EXPECT_EQ(refused("0", "LAN1"), "there is no WAN connection 0");
     EXPECT_EQ(refused("5", "LAN1"), "there is no WAN connection 5");
     EXPECT_EQ(refused("-1", "LAN1"), "there is no WAN connection -1");
-    EXPECT_EQ(refused("", "LAN1"), "index is no number");
-    EXPECT_EQ(refused("IPTV", "LAN1"), "index is no number");
+    EXPECT_EQ(refused("", "LAN1"), "index is not a number");
+    EXPECT_EQ(refused("IPTV", "LAN1"), "index is not a number");
     EXPECT_EQ(refused("1", "LAN5"), "there is no port \"LAN5\"");
     EXPECT_EQ(refused("1", "LAN0"), "there is no port \"LAN0\"");
     EXPECT_EQ(refused("1", "SSID9"), "there is no port \"SSID9\"");
@@ -261,7 +261,7 @@ TEST_F(PortsTest, AScenarioHasToHold)
     EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN1", 5)),
               "/ports/bindings/0/wan: there is no WAN connection 5");
     EXPECT_EQ(error_with("/ports/bindings", {bound("LAN1", 1), bound("LAN1", 2)}),
-              "/ports/bindings/1/port: LAN1 is bound already");
+              "/ports/bindings/1/port: LAN1 is already bound");
     EXPECT_EQ(error_with("/ports/lan", 9), "/ports/lan: 9 is not within 1 to 8");
 }
 

@@ -120,7 +120,7 @@ TEST_F(QosTest, ApplicationsHavePriorities)
     for (const char *wrong : {"0", "9", "", "high", "1 ", "-1", "99999999999999999999"}) {
         EXPECT_EQ(devapi_set_qos_app_info(1, wrong), -1) << wrong;
     }
-    EXPECT_EQ(reason(), "priority is no number");
+    EXPECT_EQ(reason(), "priority is not a number");
     EXPECT_EQ(devapi_set_qos_app_info(1, nullptr), -1);
     EXPECT_EQ(priorities(), "5 2 3 8 ");
 }
@@ -184,7 +184,7 @@ TEST_F(QosTest, ARuleThatThereIsNotIsNeitherChangedNorDeleted)
     }
     EXPECT_EQ(remove(""), -1);
     EXPECT_EQ(remove("one"), -1);
-    EXPECT_EQ(reason(), "Id is no number");
+    EXPECT_EQ(reason(), "Id is not a number");
     EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
     EXPECT_EQ(remove("1"), 0);
     EXPECT_EQ(rules(), std::vector<std::string>());
@@ -212,14 +212,14 @@ TEST_F(QosTest, EachTypeHasItsValues)
 
     const std::string path = "/home/qos/rules/1/traffic/0: ";
     EXPECT_EQ(refused_type("SMAC", "A4:BB:6D:31:07", "A4:BB:6D:31:07:FF"),
-              path + "\"A4:BB:6D:31:07\" is no value of SMAC");
-    EXPECT_EQ(refused_type("8021P", "0", "8"), path + "\"8\" is no value of 8021P");
-    EXPECT_EQ(refused_type("SIP", "10.0.0", "10.0.0.1"), path + "\"10.0.0\" is no value of SIP");
-    EXPECT_EQ(refused_type("DIP", "10.0.0.2", "10.0.0.1"), path + "10.0.0.1 lies below 10.0.0.2");
-    EXPECT_EQ(refused_type("SPORT", "0", "1"), path + "\"0\" is no value of SPORT");
-    EXPECT_EQ(refused_type("DPORT", "1", "65536"), path + "\"65536\" is no value of DPORT");
-    EXPECT_EQ(refused_type("DPORT", "1", "2x"), path + "\"2x\" is no value of DPORT");
-    EXPECT_EQ(refused_type("DSCP", "-1", "64"), path + "\"-1\" is no value of DSCP");
+              path + "\"A4:BB:6D:31:07\" is not a value of SMAC");
+    EXPECT_EQ(refused_type("8021P", "0", "8"), path + "\"8\" is not a value of 8021P");
+    EXPECT_EQ(refused_type("SIP", "10.0.0", "10.0.0.1"), path + "\"10.0.0\" is not a value of SIP");
+    EXPECT_EQ(refused_type("DIP", "10.0.0.2", "10.0.0.1"), path + "10.0.0.1 is below 10.0.0.2");
+    EXPECT_EQ(refused_type("SPORT", "0", "1"), path + "\"0\" is not a value of SPORT");
+    EXPECT_EQ(refused_type("DPORT", "1", "65536"), path + "\"65536\" is not a value of DPORT");
+    EXPECT_EQ(refused_type("DPORT", "1", "2x"), path + "\"2x\" is not a value of DPORT");
+    EXPECT_EQ(refused_type("DSCP", "-1", "64"), path + "\"-1\" is not a value of DSCP");
     EXPECT_EQ(refused_type("DSCP", "", "6"), "Min is empty");
     EXPECT_EQ(refused_type("DSCP", "6", ""), "Max is empty");
     EXPECT_NE(refused_type("TOS", "1", "2").find("Type \"TOS\" is none of \"SMAC\""),
@@ -235,7 +235,7 @@ TEST_F(QosTest, WrongRulesAreRefused)
     set(rule.PriorityLevel, "9");
     EXPECT_EQ(refused(rule), "PriorityLevel 9 is not within 1 to 8");
     set(rule.PriorityLevel, "");
-    EXPECT_EQ(refused(rule), "PriorityLevel is no number");
+    EXPECT_EQ(refused(rule), "PriorityLevel is not a number");
     for (const int32_t count : {-1, 4, INT32_MIN, INT32_MAX}) {
         rule = chat("1");
         rule.type_count = count;
@@ -254,11 +254,11 @@ TEST_F(QosTest, AScenarioHasToHold)
     EXPECT_EQ(error_with("/qos/rules", {rule, rule}),
               "/qos/rules/1/number: there is another rule 1");
     EXPECT_EQ(error_with("/qos/rules/0/traffic/1/max", "40"),
-              "/qos/rules/0/traffic/1: 40 lies below 46");
+              "/qos/rules/0/traffic/1: 40 is below 46");
     EXPECT_EQ(error_with("/qos/rules/0/priority", 0),
               "/qos/rules/0/priority: 0 is not within 1 to 8");
     EXPECT_EQ(error_with("/qos/applications", nlohmann::json(5, house()["qos"]["applications"][0])),
-              "/qos/applications: holds more than 4");
+              "/qos/applications: has more than 4 items");
 }
 
 } // namespace

@@ -101,9 +101,9 @@ TEST_F(MeshRelationsTest, AnotherNumberOfRelationsIsRefused)
 
 TEST_F(MeshRelationsTest, ATextThatIsNoListOfRelationsIsRefused)
 {
-    EXPECT_EQ(refusal("nonsense"), "\"nonsense\" is no relation");
-    EXPECT_EQ(refusal(","), "\"\" is no relation");
-    EXPECT_EQ(refusal(std::string(kBoth) + ","), "\"\" is no relation");
+    EXPECT_EQ(refusal("nonsense"), "\"nonsense\" is not a relation");
+    EXPECT_EQ(refusal(","), "\"\" is not a relation");
+    EXPECT_EQ(refusal(std::string(kBoth) + ","), "\"\" is not a relation");
     EXPECT_EQ(refusal("3C6AD2104F20>"), "there is no child router \"\"");
     EXPECT_EQ(refusal(">3C6AD2228140"), "there is no child router \"\"");
     EXPECT_EQ(refusal("3C6AD2104F20>3C6AD2104F20"), "there is no child router \"3C6AD2104F20\"");

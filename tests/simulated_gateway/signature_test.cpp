@@ -47,7 +47,7 @@ class SignatureTest : public FirmwareTest {
 
     static constexpr char kUnsigned[] = "the image is not signed";
     static constexpr char kForeign[] =
-        "the image does not hold: its signature is not by the firmware key";
+        "the image is invalid: its signature is not by the firmware key";
     static std::string too_old(int64_t number, int64_t running)
     {
         return "the image has the rollback number " + std::to_string(number) +
@@ -192,7 +192,7 @@ TEST_F(SignatureTest, WithoutAKeyAnyImageIsTakenWithAWarning)
     EXPECT_EQ(install(signed_image("V4", 4, "other")), "V4");
     EXPECT_NE(read(path("trace"))
                   .find("] warning, firmware V4 has a signature that is not "
-                        "verified, for lack of a firmware key\n"),
+                        "verified without a firmware key\n"),
               std::string::npos);
     EXPECT_EQ(warnings(), 2u);
     // The number counts all the same, and an image without one has 0.
@@ -206,7 +206,7 @@ TEST_F(SignatureTest, AKeyThatIsNoneIsAnError)
     wrong.firmware_key = path("none");
     EXPECT_EQ(open(wrong), path("none") + ": No such file or directory");
     wrong.firmware_key = path("key");
-    EXPECT_EQ(open(wrong), path("key") + ": is no public Ed25519 key in PEM");
+    EXPECT_EQ(open(wrong), path("key") + ": is not a public Ed25519 key in PEM");
     setenv("SIMULATED_GATEWAY_FIRMWARE_KEY", path("key.pub").c_str(), 1);
     ASSERT_EQ(open(options()), "");
     EXPECT_EQ(offer(make_image()), kUnsigned);

@@ -87,7 +87,7 @@ TEST_F(StateFileTest, DamagedIsAnErrorAndStaysAsItIs)
     const std::string whole = written_state().dump();
     EXPECT_EQ(error_of(""), "state.json: is empty");
     EXPECT_EQ(error_of(whole.substr(0, whole.size() / 2)).substr(0, 20), "state.json: line 1, ");
-    EXPECT_EQ(error_of("{\"a\": 1, \"a\": 2}"), "state.json: /a: stands twice");
+    EXPECT_EQ(error_of("{\"a\": 1, \"a\": 2}"), "state.json: /a: is repeated");
     EXPECT_EQ(error_of(house().dump()), "state.json: /format: is \"simulated gateway scenario\", "
                                         "not \"simulated gateway state\"");
     const struct {
@@ -99,9 +99,9 @@ TEST_F(StateFileTest, DamagedIsAnErrorAndStaysAsItIs)
         {"/scenario", "", "is empty"},
         {"/boot_time", -1, "-1 is not within 0 to 9223372036854775807"},
         {"/boot_count", 0, "0 is not within 1 to 2147483647"},
-        {"/home/identity/mac", "x", "\"x\" is no MAC address like \"3C:6A:D2:10:4F:20\""},
-        {"/home/lan/dhcp_pool/end", "192.168.1.5", "192.168.1.5 lies before the start of the pool"},
-        {"/factory/hosts/0/ip", "10.0.0.1", "10.0.0.1 is no address of the LAN"},
+        {"/home/identity/mac", "x", "\"x\" is not a MAC address like \"3C:6A:D2:10:4F:20\""},
+        {"/home/lan/dhcp_pool/end", "192.168.1.5", "192.168.1.5 is before the start of the pool"},
+        {"/factory/hosts/0/ip", "10.0.0.1", "10.0.0.1 is not a LAN address"},
         {"/home/hosts/0/colour", "red", "there is no such field"},
     };
     for (const auto &[pointer, value, complaint] : wrong_values) {
@@ -129,7 +129,7 @@ TEST_F(StateFileTest, WithAnotherChecksumItIsRefused)
     nlohmann::ordered_json changed = nlohmann::ordered_json::parse(whole);
     changed["home"]["name"] = "Changed";
     std::filesystem::remove(copy());
-    const std::string not_that = "/checksum: is not that of what the file holds";
+    const std::string not_that = "/checksum: does not match the content of the file";
     EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
     for (const nlohmann::ordered_json &checksum :
          {nlohmann::ordered_json(7), nlohmann::ordered_json(nullptr), nlohmann::ordered_json("")}) {
@@ -202,7 +202,7 @@ TEST_F(StateFileTest, OnlyItsOwnerReadsItAndItsCopy)
 TEST_F(StateFileTest, AFolderOrALinkToNowhereIsAnError)
 {
     std::filesystem::create_directory(state());
-    EXPECT_EQ(open({.state_file = state()}), state() + ": is no regular file");
+    EXPECT_EQ(open({.state_file = state()}), state() + ": is not a regular file");
     std::filesystem::create_symlink(path("nowhere"), path("link"));
     EXPECT_EQ(open({.state_file = path("link")}), path("link") + ": No such file or directory");
     EXPECT_EQ(open({.state_file = path("no/state")}),

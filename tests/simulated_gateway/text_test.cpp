@@ -4,7 +4,7 @@
 
 using simulated_gateway::is_plain;
 using simulated_gateway::printable;
-using simulated_gateway::whole_letters;
+using simulated_gateway::whole_characters;
 
 namespace {
 
@@ -13,11 +13,11 @@ TEST(TextTest, APartOfALetterAtTheEndIsDropped)
     const std::string letters[] = {"ü", "€", "🏠"};
     for (const std::string &letter : letters) {
         for (size_t length = 1; length < letter.size(); ++length) {
-            EXPECT_EQ(whole_letters("ab" + letter.substr(0, length)), "ab") << letter << length;
-            EXPECT_EQ(whole_letters(letter.substr(0, length)), "") << letter << length;
+            EXPECT_EQ(whole_characters("ab" + letter.substr(0, length)), "ab") << letter << length;
+            EXPECT_EQ(whole_characters(letter.substr(0, length)), "") << letter << length;
         }
-        EXPECT_EQ(whole_letters("ab" + letter), "ab" + letter);
-        EXPECT_EQ(whole_letters(letter + letter.substr(0, 1)), letter);
+        EXPECT_EQ(whole_characters("ab" + letter), "ab" + letter);
+        EXPECT_EQ(whole_characters(letter + letter.substr(0, 1)), letter);
     }
 }
 
@@ -25,7 +25,7 @@ TEST(TextTest, WhateverElseIsNoUtf8Stays)
 {
     for (const char *text : {"", "a", "\xff", "a\x80", "\x80\x80\x80", "\x80\x80\x80\x80\x80",
                              "\xc3\xbc\xbc", "\xe2\x41", "\xc3\x28"}) {
-        EXPECT_EQ(whole_letters(text), text);
+        EXPECT_EQ(whole_characters(text), text);
     }
 }
 

@@ -98,10 +98,11 @@ TEST_F(UplinkWifiTest, AnyOtherFailsAndChangesNothing)
               "there is no network \"Lindenhof-5G\" in reach on \"5GHz\"");
     EXPECT_EQ(refused(&UplinkWifiInfo::Band, "6GHz"),
               "there is no network \"Gasthof Krone\" in reach on \"6GHz\"");
-    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "WPA3"), "the network has another encryption");
-    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "OPEN"), "the network has another encryption");
-    EXPECT_EQ(refused(&UplinkWifiInfo::WPACypher, "TKIP"), "the network has another encryption");
-    EXPECT_EQ(refused(&UplinkWifiInfo::WPA2Cypher, ""), "the network has another encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "WPA3"), "the network has a different encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "OPEN"), "the network has a different encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::WPACypher, "TKIP"),
+              "the network has a different encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::WPA2Cypher, ""), "the network has a different encryption");
     EXPECT_EQ(read(path("state")), before);
     EXPECT_EQ(connected(), Networks({"Gasthof Krone 5GHz"}));
 }

@@ -124,10 +124,10 @@ TEST_F(WifiSleepTest, BadTextsOfAPeriodAreRefused)
     EXPECT_EQ(refused(&WifiSleepInfo::Enable, "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&WifiSleepInfo::Enable, ""), "Enable \"\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&WifiSleepInfo::StartTime, "24:00"),
-              "StartTime \"24:00\" is no time like \"04:30\"");
-    EXPECT_EQ(refused(&WifiSleepInfo::EndTime, ""), "EndTime \"\" is no time like \"04:30\"");
+              "StartTime \"24:00\" is not a time like \"04:30\"");
+    EXPECT_EQ(refused(&WifiSleepInfo::EndTime, ""), "EndTime \"\" is not a time like \"04:30\"");
     EXPECT_EQ(refused(&WifiSleepInfo::DaysOfWeek, "Mon"),
-              "DaysOfWeek \"Mon\" is no list of days like \"1,3,7\"");
+              "DaysOfWeek \"Mon\" is not a list of days like \"1,3,7\"");
     EXPECT_EQ(refused(&WifiSleepInfo::EndTime, "22:00"), "/home/wifi_sleep/0: ends when it starts");
     WifiSleepInfo brim = period("22:00", "06:00");
     fill_to_the_brim(brim.StartTime, '1');

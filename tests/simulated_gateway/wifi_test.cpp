@@ -172,7 +172,7 @@ TEST_F(WifiTest, BandwidthMeansSomethingOnlyInTheList)
     EXPECT_STREQ(ssid(5).Bandwidth, "80");
     EXPECT_EQ(devapi_set_ssid_list_info(&info), 0);
     EXPECT_STREQ(ssid(5).Bandwidth, "40");
-    EXPECT_EQ(refused(&SsidInfo::Bandwidth, "", 5), "Bandwidth is no number");
+    EXPECT_EQ(refused(&SsidInfo::Bandwidth, "", 5), "Bandwidth is not a number");
     EXPECT_EQ(refused(&SsidInfo::Bandwidth, "60", 5),
               "/home/radios/1/bandwidth_mhz: 60 is none of 20, 40, 80, 160");
     EXPECT_EQ(refused(&SsidInfo::Bandwidth, "80"),
@@ -182,17 +182,17 @@ TEST_F(WifiTest, BandwidthMeansSomethingOnlyInTheList)
 TEST_F(WifiTest, ChannelsAreThoseOfTheBand)
 {
     EXPECT_EQ(refused(&SsidInfo::Channel, "36"),
-              "/home/radios/0/channel: 36 is no channel of 2.4GHz");
+              "/home/radios/0/channel: 36 is not a channel of 2.4GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "14"),
-              "/home/radios/0/channel: 14 is no channel of 2.4GHz");
+              "/home/radios/0/channel: 14 is not a channel of 2.4GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "6", 5),
-              "/home/radios/1/channel: 6 is no channel of 5GHz");
+              "/home/radios/1/channel: 6 is not a channel of 5GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "100", 5),
-              "/home/radios/1/channel: 100 is no channel of 5GHz");
+              "/home/radios/1/channel: 100 is not a channel of 5GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "-1"),
               "/home/radios/0/channel: -1 is not within 1 to 165");
-    EXPECT_EQ(refused(&SsidInfo::Channel, "6a"), "Channel is no number");
-    EXPECT_EQ(refused(&SsidInfo::Channel, ""), "Channel is no number");
+    EXPECT_EQ(refused(&SsidInfo::Channel, "6a"), "Channel is not a number");
+    EXPECT_EQ(refused(&SsidInfo::Channel, ""), "Channel is not a number");
     EXPECT_EQ(with(&SsidInfo::Channel, "13"), 0);
     EXPECT_EQ(with(&SsidInfo::Channel, "165", 5), 0);
 }
@@ -229,12 +229,12 @@ TEST_F(WifiTest, BadTextsAreRefused)
 {
     EXPECT_EQ(refused(&SsidInfo::SSID, ""), "SSID is empty");
     EXPECT_EQ(refused(&SsidInfo::SSID, std::string(33, 'x')), "SSID is longer than 32 bytes");
-    EXPECT_EQ(refused(&SsidInfo::SSID, "a\nb"), "SSID holds control characters or is no UTF-8");
+    EXPECT_EQ(refused(&SsidInfo::SSID, "a\nb"), "SSID contains control characters or is not UTF-8");
     EXPECT_EQ(refused(&SsidInfo::ENCRYPT, "WEP"),
               "ENCRYPT \"WEP\" is none of \"OPEN\", \"WPA2\", \"WPA3\", \"WPA2/3\"");
     EXPECT_EQ(refused(&SsidInfo::PowerLevel, "101"),
               "/home/radios/0/power_percent: 101 is not within 0 to 100");
-    EXPECT_EQ(refused(&SsidInfo::PowerLevel, "high"), "PowerLevel is no number");
+    EXPECT_EQ(refused(&SsidInfo::PowerLevel, "high"), "PowerLevel is not a number");
     for (const char *flag : {"", "2", "on", "-1", "1 "}) {
         EXPECT_EQ(refused(&SsidInfo::Enable, flag),
                   "Enable \"" + std::string(flag) + "\" is none of \"0\", \"1\"");
