@@ -112,7 +112,7 @@ TEST_F(AttachedDevices, CannotBeListedWhenTheDeviceFails)
 
 TEST_F(AttachedDevices, CannotForgeATable)
 {
-    const AgentResult result = run_agent({"--device", BRIM_DEVICE, "hosts"});
+    const AgentResult result = run_agent({"--device", HOSTILE_DEVICE, "hosts"});
     EXPECT_EQ(result.exit_status, 0);
     const std::string n32(32, 'N');
     const std::string n8(8, 'N');

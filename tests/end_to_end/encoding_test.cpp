@@ -33,7 +33,7 @@ TEST(Encoding, MakesAnswersUtf8TextByText)
     // The request's own text is UTF-8 and stays so beside one that the device has in GBK.
     const AgentResult result = serve("{\"id\":\"\u4e2d\",\"command\":\"GET_SN_INFO\","
                                      "\"params\":{\"\u4e2d\":\"\u4e2d\"}}",
-                                     {"--device", BRIM_DEVICE});
+                                     {"--device", HOSTILE_DEVICE});
     EXPECT_THAT(result.output, HasSubstr("{\"id\":\"\u4e2d\",\"result\":0,\"reply\":"
                                          "{\"\u4e2d\":\"\u4e2d\",\"Status\":\"0\""));
     EXPECT_THAT(result.output, HasSubstr("\"tslinkstatus\":\"\ufffd\\\"\ufffd\""));
@@ -41,9 +41,9 @@ TEST(Encoding, MakesAnswersUtf8TextByText)
 
 TEST(Encoding, MakesReportsUtf8)
 {
-    const AgentResult utf8 = run_agent({"--device", BRIM_DEVICE, "report", "home-page"});
+    const AgentResult utf8 = run_agent({"--device", HOSTILE_DEVICE, "report", "home-page"});
     EXPECT_THAT(utf8.output, HasSubstr("\"Devname\":\"\u4f60\u597d\""));
     const AgentResult raw =
-        run_agent({"--device", BRIM_DEVICE, "--raw-bytes", "report", "home-page"});
+        run_agent({"--device", HOSTILE_DEVICE, "--raw-bytes", "report", "home-page"});
     EXPECT_THAT(raw.output, HasSubstr("\"Devname\":\"\xc4\xe3\xba\xc3\""));
 }

@@ -108,11 +108,11 @@ TEST(Loading, WantsTheSimulatedGatewayForItsOptions)
     for (const std::string option :
          {"--scenario", "--state", "--fault", "--firmware-folder", "--firmware-key"}) {
         const AgentResult result =
-            call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, option, "-"});
+            call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE, option, "-"});
         EXPECT_EQ(result.exit_status, 2) << option;
-        EXPECT_THAT(
-            result.error,
-            HasSubstr("for the simulated gateway, and the device library " BRIM_DEVICE " is none"));
+        EXPECT_THAT(result.error,
+                    HasSubstr("for the simulated gateway, and the device library " HOSTILE_DEVICE
+                              " is none"));
     }
 }
 
@@ -167,13 +167,13 @@ TEST(Loading, LeavesTheRestToTheGatewaysEnvironment)
 
 TEST(Loading, ReadsADeviceLibrarysTextsNoFurtherThanTheirFields)
 {
-    const AgentResult identity = call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE});
+    const AgentResult identity = call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE});
     EXPECT_EQ(identity.exit_status, 0);
     EXPECT_EQ(identity.output, "{\"Status\":\"0\",\"MAC\":\"" + std::string(64, 'M') +
                                    "\",\"tslinkstatus\":\"\ufffd\\\"\ufffd\",\"DeviceType\":\"" +
                                    std::string(256, 'D') + "\"}\n");
 
-    const AgentResult system = call("QUERY_SYSTEM_INFO", "{}", {"--device", BRIM_DEVICE});
+    const AgentResult system = call("QUERY_SYSTEM_INFO", "{}", {"--device", HOSTILE_DEVICE});
     EXPECT_EQ(system.exit_status, 0);
     EXPECT_THAT(system.output,
                 AllOf(HasSubstr("\"NFC\":\"" + std::string(64, 'S') + "\""),

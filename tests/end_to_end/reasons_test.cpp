@@ -71,17 +71,17 @@ TEST(Reasons, OfAWorkerHaveALineOfTheirOwn)
 
 TEST(Reasons, AreTheErrorsThatAnyOtherLibraryLogs)
 {
-    const AgentResult served = serve(request("GET_UPNP_STATE"),
-                                     {"--device", BRIM_DEVICE, "--log-level", "0"}, {"--reasons"});
+    const AgentResult served = serve(
+        request("GET_UPNP_STATE"), {"--device", HOSTILE_DEVICE, "--log-level", "0"}, {"--reasons"});
     EXPECT_THAT(served.output,
-                HasSubstr(R"("reasons":["brim: no daemon\\x1b, Password:***",)"
+                HasSubstr(R"("reasons":["test: no daemon\\x1b, Password:***",)"
                           R"("hgagent: refused to run a command: upnpc --state"]})"));
     EXPECT_THAT(served.error, IsEmpty());
 
     const AgentResult called = run_agent(
-        {"--device", BRIM_DEVICE, "--log-level", "0", "call", "--reasons", "GET_UPNP_STATE"});
+        {"--device", HOSTILE_DEVICE, "--log-level", "0", "call", "--reasons", "GET_UPNP_STATE"});
     EXPECT_THAT(lines_of(called.error),
-                ElementsAre("hgagent: brim: no daemon\\x1b, Password:***",
+                ElementsAre("hgagent: test: no daemon\\x1b, Password:***",
                             "hgagent: hgagent: refused to run a command: upnpc --state",
                             HasSubstr("hgagent describe GET_UPNP_STATE")));
 }

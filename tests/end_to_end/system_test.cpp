@@ -38,7 +38,7 @@ TEST(System, LetsTheSimulatedGatewayReboot)
 
 TEST(System, PowerCyclesWhateverDeviceCanBe)
 {
-    const AgentResult result = run_system("sync;reboot", {"--device", BRIM_DEVICE});
+    const AgentResult result = run_system("sync;reboot", {"--device", HOSTILE_DEVICE});
     EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
     EXPECT_EQ(result.error, "hgagent: the gateway reboots\npower cycle\n");
 }

@@ -49,7 +49,8 @@ TEST(Trace, GoesToStandardErrorWhenAskedTo)
 
 TEST(Trace, ReadsNoFieldBeyondItsEnd)
 {
-    const AgentResult result = call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, "--trace", "-"});
+    const AgentResult result =
+        call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE, "--trace", "-"});
     EXPECT_THAT(result.error, HasSubstr("(info={MAC=\"" + std::string(64, 'M') +
                                         R"(", tslinkstatus="\xd6\"\xff", DeviceType=")" +
                                         std::string(256, 'D') + "\"}) = 0 in "));
@@ -58,7 +59,7 @@ TEST(Trace, ReadsNoFieldBeyondItsEnd)
 TEST(Trace, MasksSecretsUnlessTheyAreAskedFor)
 {
     const std::string request = R"({"Account":"smith","Password":"zaun-und-tor","Enable":"1"})";
-    std::vector<std::string> options = {"--device", BRIM_DEVICE, "--trace", "-"};
+    std::vector<std::string> options = {"--device", HOSTILE_DEVICE, "--trace", "-"};
     EXPECT_THAT(call("SET_HG_PPPOE_INFO", request, options).error,
                 AllOf(HasSubstr("devapi_set_hg_pppoe_info(setting={"), HasSubstr("Password=***"),
                       Not(HasSubstr("zaun"))));
