@@ -7,7 +7,7 @@
 
 using testing::HasSubstr;
 
-TEST(Encoding, PassesTheMeshWarningThroughWhenTold)
+TEST(Encoding, PassesTheMeshWarningThroughOnRequest)
 {
     // Turns off a main SSID while the mesh is on.
     const std::string batch = R"({"WIFILIST":[{"SSIDIndex":"1","SSID":"home","PWD":"12345678",)"
@@ -20,7 +20,7 @@ TEST(Encoding, PassesTheMeshWarningThroughWhenTold)
                                "!\"}";
     AgentProcess called({"--raw-bytes", "call", "SET_WIFI_INFO_LIST", batch});
     EXPECT_EQ(called.read_line(), warned);
-    called.signal(SIGTERM); // what becomes of the batch is of no interest here
+    called.signal(SIGTERM); // the result of the batch does not matter here
 
     AgentProcess serving({"--raw-bytes", "serve"});
     serving.send(R"({"id":1,"command":"SET_WIFI_INFO_LIST","params":)" + batch + "}\n");
@@ -30,7 +30,7 @@ TEST(Encoding, PassesTheMeshWarningThroughWhenTold)
 
 TEST(Encoding, MakesAnswersUtf8TextByText)
 {
-    // The request's own text is UTF-8 and stays so beside one that the device has in GBK.
+    // The request's own text is UTF-8 and stays unchanged next to a GBK text of the device.
     const AgentResult result = serve("{\"id\":\"\u4e2d\",\"command\":\"GET_SN_INFO\","
                                      "\"params\":{\"\u4e2d\":\"\u4e2d\"}}",
                                      {"--device", HOSTILE_DEVICE});

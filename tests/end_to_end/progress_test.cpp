@@ -1,4 +1,4 @@
-// The progress of work, whatever the device library tells of it.
+// Progress of long operations, even if the device library reports impossible values.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -60,7 +60,7 @@ TEST(Progress, IsNotShownWithoutATerminal)
     }
 }
 
-TEST(Progress, IsNotAskedOfADeviceThatTellsNone)
+TEST(Progress, IsNotRequestedFromADeviceWithoutIt)
 {
     const AgentResult result = run_agent(
         {"--plugin", PROBE_PLUGIN, "--device", PROBE_PLUGIN, "serve"}, R"({"command":"NONE"})");
