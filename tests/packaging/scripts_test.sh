@@ -37,7 +37,7 @@ stand_in apt-get "touch '$work/installed'"
 run install-deps.sh --cross
 [ "$status" -eq 1 ] || fail 'ends without an error'
 expect 'missing packages: .* libcjson-dev .* libcjson-dev:mipsel .*'
-expect 'Only root can install them, and there is no sudo. As root, this does it:'
+expect 'Only root can install them, and there is no sudo. As root, run:'
 expect '  dpkg --add-architecture mipsel'
 expect '  apt-get update'
 expect '  apt-get install .* libcjson-dev .* libcjson-dev:mipsel .*'
