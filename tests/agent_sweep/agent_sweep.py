@@ -77,20 +77,20 @@ class Sweep:
         if result.returncode not in allowed:
             complaints.append(f"ended with {result.returncode}")
         if result.returncode != 0 and not error:
-            complaints.append("says nothing of why it ended")
+            complaints.append("ended without an error message")
         if "terminate called" in error:
             complaints.append("an exception was not caught")
         lines = output.split("\n")
         # Where the output itself has failed, the reader has lost the rest as well.
         if lines.pop() and result.returncode != 5:
-            complaints.append("half a line at the end")
+            complaints.append("the last line is incomplete")
         answers = {}
         count = 0
         for line in lines:
             try:
                 answer = json.loads(line)
             except ValueError:
-                complaints.append(f"no JSON: {line[:200]}")
+                complaints.append(f"not JSON: {line[:200]}")
                 continue
             if "id" in answer:
                 count += 1
@@ -107,7 +107,7 @@ class Sweep:
             if acknowledged and not kept:
                 complaints.append("an acknowledged setting is lost")
         except subprocess.CalledProcessError:
-            complaints.append("the state file does not load any more")
+            complaints.append("the state file no longer loads")
         if complaints:
             self.faults += 1
             print(f"--only {case}: {'; '.join(complaints)}\n{error[-600:]}")

@@ -65,7 +65,7 @@ run build.sh debug
 expect '  built 1 of 30'
 expect '  built 30 of 30'
 expect 'a warning'
-[ "$(grep -c built <<<"$said")" -eq 2 ] || fail 'tells more than each tenth'
+[ "$(grep -c built <<<"$said")" -eq 2 ] || fail 'prints more than one line for each tenth'
 run test.sh
 [ "$status" -eq 0 ] || fail 'ends with an error'
 for stage in 1 2 3 4 5 6 7 8 9; do

@@ -97,7 +97,7 @@ class MeshAgreementTest : public MeshTest {
                 return it.Mac == std::string(path.back().ParentMac);
             });
             if (parent == routers_.end() || path.size() > routers_.size()) {
-                ADD_FAILURE() << router.Mac << " hangs from nowhere";
+                ADD_FAILURE() << router.Mac << " is attached to no router";
                 break;
             }
             path.push_back(*parent);
