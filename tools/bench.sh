@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Measures the plug-in as it ships and prints one Markdown table; takes some minutes.
 #
-#   --keep    puts the table into docs/performance.md as well
+#   --keep    also writes the table to docs/performance.md
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

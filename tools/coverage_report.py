@@ -3,8 +3,8 @@
 
 usage: coverage_report.py BUILD_FOLDER
 
-Reads by gcov what the programs of that folder have counted. Fails when a line or a branch was not
-reached, unless the line says UNREACHABLE in a comment, with the reason.
+Reads the counters of that folder's programs with gcov. Fails when a line or a branch was not reached,
+unless the line has a comment UNREACHABLE with the reason.
 """
 import json
 import pathlib
@@ -14,13 +14,13 @@ from collections import defaultdict
 
 PLUGIN = pathlib.Path(__file__).resolve().parent.parent / "smart_router_service"
 
-# The macro also asks whether there is an array at all, and its users have always looked before. Its
-# other branch shows by the lines in the loop and behind it.
+# The macro also checks for a null array, which its users have always done before. Its other branch is
+# covered if the lines in the loop and after it are.
 LOOP_MACRO = "cJSON_ArrayForEach"
 
 
 def counted_lines(folder):
-    """The plug-in's lines in the objects below the folder; one again for each copy of it."""
+    """The plug-in's lines in the objects below the folder; a line is repeated for each copy of it."""
     counters = sorted(folder.rglob("*.gcda"))
     run = subprocess.run(["gcov", "--json-format", "--branch-probabilities", "--stdout", *counters],
                          check=True, stdout=subprocess.PIPE, text=True)
@@ -33,20 +33,20 @@ def counted_lines(folder):
 
 
 def branches_of(line):
-    """The branches of a line, but those of exceptions: the tests know them, the plug-in does not."""
+    """The branches of a line except those of exceptions, which only the tests have."""
     counts = [branch["count"] for branch in line["branches"] if not branch["throw"]]
     return [((line["line_number"], len(counts), at), hits) for at, hits in enumerate(counts)]
 
 
 def count(build_folder):
-    """How often each line, and each branch of a line, was reached; by file."""
+    """How often each line and each branch of a line was reached, by file."""
     lines = defaultdict(lambda: defaultdict(int))
     branches = defaultdict(lambda: defaultdict(int))
     for path, line in counted_lines(build_folder / "smart_router_service"):
         lines[path][line["line_number"]] += line["count"]
         for key, hits in branches_of(line):
             branches[path][key] += hits
-    # Of an inline function or a template the linker takes any copy, also one in a test: the test's
+    # The linker takes any copy of an inline function or a template, even one in a test, so the test's
     # counts are added to the plug-in's.
     for path, line in counted_lines(build_folder / "tests"):
         if line["line_number"] in lines[path]:

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # Fuzzes the plug-in, the agent and the simulated gateway (docs/testing.md).
 #
-#   fuzz.sh [SECONDS [TARGET...]]   so long, 600 seconds by default, all targets at the same time
-#   fuzz.sh --short [TARGET...]     the same few runs every time
-#   fuzz.sh --minimise [TARGET...]  keeps in fuzz/corpus what long runs have found worth keeping
-#   fuzz.sh --coverage [TARGET...]  the lines that the corpora reach
+#   fuzz.sh [SECONDS [TARGET...]]   for this time, by default 600 seconds, all targets in parallel
+#   fuzz.sh --short [TARGET...]     a few runs, the same every time
+#   fuzz.sh --minimise [TARGET...]  adds inputs of long runs that reach more code to fuzz/corpus
+#   fuzz.sh --coverage [TARGET...]  prints the lines that the corpora reach
 #
-# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve and fuzz_state, all of them by
-# default. When one finds something, the exit status is not 0, the input is in build/fuzz/findings, and
-# the last line about the target repeats it.
+# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve and fuzz_state, by default all of
+# them. When one finds something, the exit status is not 0, the input is in build/fuzz/findings, and the
+# last line about the target says how to repeat it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -39,17 +39,17 @@ for target in "${targets[@]}"; do
     fi
 done
 
-# What long runs work with and leave behind.
+# The build, corpora and findings of long runs.
 home=build/fuzz
 mkdir -p "$home/findings"
-# No input is given a time: a machine that is busy, or stops for a while, would have it for a finding.
+# There is no time limit for an input: on a busy or suspended machine it would report false findings.
 limits=(-timeout=0 -rss_limit_mb=2560)
-# The bytes of an input; what the agent logs is thrown away.
+# The maximum size of an input; the agent's log is discarded.
 declare -A options=(
     [fuzz_request]="-max_len=4096" [fuzz_device]="-max_len=4096" [fuzz_session]="-max_len=4096"
     [fuzz_serve]="-max_len=4096 -close_fd_mask=2" [fuzz_state]="-max_len=16384"
 )
-# An allocation's way is shown in part only, and freed memory kept for a shorter time, for speed.
+# Short stack traces of allocations and a small quarantine, for speed.
 export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
 
 # build DIRECTORY [OPTION...]
@@ -59,7 +59,7 @@ build() {
     cmake --build "$1" --target "${targets[@]}" -- --quiet
 }
 
-# fuzz DIRECTORY TARGET OPTION... : runs a target, and says what came of it.
+# fuzz DIRECTORY TARGET OPTION... : runs a target and prints the result.
 fuzz() {
     local program=$1/bin/$2 log=$1/$2.log
     local status=0
@@ -73,20 +73,20 @@ fuzz() {
         sed -n "s|^.*Test unit written to |$2: repeat it with $program |p" "$log"
         return 1
     fi
-    # After a thousand suspects without a leak libFuzzer looks for none any more, and goes on.
+    # After a thousand suspects without a leak, libFuzzer disables the leak detection and continues.
     if grep -q 'disabled leak detection' "$log"; then
-        printf '%s: some input leaves memory behind that is not lost, and the leaks are not looked for\n' "$2"
+        printf '%s: memory in use grows without leaks, so leak detection was disabled\n' "$2"
         return 1
     fi
     local runs
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
-    printf '%s: %s runs, %s a second, %s a second of processor time; %s\n' "$2" "$runs" \
+    printf '%s: %s runs, %s per second, %s per second of processor time; %s\n' "$2" "$runs" \
         "$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")" \
         "$(awk -v runs="$runs" '{ printf "%d", runs / ($1 + $2 + 0.001) }' "$log.time")" \
         "$(sed -n 's/^#[0-9]*\tDONE *\(cov: [0-9]* ft: [0-9]*\).*/\1/p' "$log")"
 }
 
-# wait_for WORKER...: fails when one of them did.
+# wait_for WORKER...: fails when one of them has failed.
 wait_for() {
     local worker status=0
     for worker in "$@"; do
@@ -107,8 +107,8 @@ long() {
     wait_for "${workers[@]}"
 }
 
-# By count, from a fixed seed and with everything at its usual address, so that it is the same every
-# time. Built without optimisation, which takes half the time, and that is most of it.
+# A fixed count, a fixed seed and no address randomisation, so that it is the same every time. Built
+# without optimisation, which halves the build time, most of the total.
 short() {
     local -A runs=(
         [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_state]=400
@@ -126,8 +126,8 @@ short() {
     wait_for "${workers[@]}"
 }
 
-# Only what reaches places that the seeds, which are made by every build, do not; how often it gets
-# there makes no difference.
+# Only inputs that reach code that the seeds, which every build generates, do not; hit counts do not
+# matter.
 minimise() {
     local target merged seed
     build "$home"

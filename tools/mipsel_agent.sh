@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the reference agent for 32-bit MIPS, and tests the example's device library with it under qemu. Its
-# libraries are Debian's for that processor. They are unpacked into the build folder: to be installed they
-# would have to have the versions of the machine's own.
+# Builds the reference agent for 32-bit MIPS, and tests the example's device library with it under qemu.
+# Its libraries are Debian's mipsel packages. They are unpacked into the build folder: installed, they
+# would have to have the same versions as the native ones.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -29,7 +29,7 @@ cmake -S . -B "$home" -G Ninja -D CMAKE_BUILD_TYPE=MinSizeRel \
     -D CMAKE_EXE_LINKER_FLAGS="-Wl,-rpath-link,$root/lib/$triplet" >/dev/null
 cmake --build "$home" --target hgagent smart_router_service minimal_device
 
-# Of the agent on the example: expect TEXT WORD...
+# expect TEXT WORD...: runs the agent on the example, and expects the text in its output
 expect()
 {
     local text=$1 output

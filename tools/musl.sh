@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the plug-in and the examples with the C library musl in place of glibc, holds what the plug-in
-# needs against the reviewed list, and runs the examples. Debian has no cJSON for musl: it is built here,
-# from Debian's source package.
+# Builds the plug-in and the examples with the C library musl instead of glibc, compares the symbols that
+# the plug-in needs with the reviewed list, and runs the examples. Debian has no cJSON for musl, so it is
+# built from Debian's source package.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,8 +11,8 @@ cjson=$home/cjson
 mkdir -p "$cjson/lists" "$cjson/include/cjson"
 
 if [ ! -d "$cjson/source" ]; then
-    # The machine's own package sources may leave out those of source packages.
-    # shellcheck disable=SC2016 # they are apt's own variables
+    # The machine may have no entries for source packages.
+    # shellcheck disable=SC2016 # they are apt's variables
     apt-get indextargets --format 'deb-src $(REPO_URI) $(SUITE) $(COMPONENT)' 'Created-By: Packages' |
         sort -u >"$cjson/sources.list"
     apt=(apt-get -qq -o "Dir::Etc::sourcelist=$cjson/sources.list" -o Dir::Etc::sourceparts=/dev/null

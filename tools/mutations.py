@@ -1,7 +1,7 @@
-"""The small changes that a test has to notice, made to the text of a C++ source.
+"""The mutations of a C++ source, which tests have to detect, as changes of its text.
 
-The sources are formatted by clang-format, and the patterns rely on that: an operator has space on
-both sides, the bracket of a template has not, and every body is in braces.
+The patterns rely on the format of clang-format: an operator has a space on both sides, the bracket of a
+template has none, and every body is in braces.
 """
 import re
 import zlib
@@ -28,7 +28,7 @@ OPERATORS = [(re.compile(pattern), new) for pattern, new in (
     (r"\bcontinue\b", "break"),
     (r"\bsizeof\b(?!\.)", "-1 + sizeof"),
     (r" = \{\}(?=;)", ""),
-    # The condition of a choice that is made without an operator.
+    # The condition of a ?:, an if or a while without an operator.
     (r"(?<=return )(?=[\w.>-]+(\([^()]*\))? \?)|(?<== )(?=[\w.>-]+(\([^()]*\))? \?)"
      r"|(?<=\()(?=[\w.>-]+(\([^()]*\))? \?)", "!"),
     (r"(?<=if \()(?=[\w.>-]+(\([^()]*\))?\) \{)|(?<=while \()(?=[\w.>-]+(\([^()]*\))?\) \{)", "!"),
@@ -46,13 +46,13 @@ DECLARATION = re.compile(r"((const|constexpr|static|struct|auto)\s+)*[\w:]+(<[^;
                          r"(\s*[*&]+\s*(const\s+)?|\s+)\w+\s*[\[(={;]")
 LABEL = re.compile(r"\s*(case [^:]+:(?!:)|default:)?\s*")
 BODY = re.compile(r"(\)|\b(const|else|do)|\)\s*->\s*[\w:]+|:)$")
-# What these do is to be seen in their result alone.
+# These have no effect except their result.
 LOOKS_ONLY = {"sizeof", "static_cast", "text_of", "number_of", "number_in", "array_of", "item_of",
               "clamped", "cJSON_GetObjectItem", "cJSON_GetObjectItemCaseSensitive",
               "cJSON_GetArraySize", "cJSON_IsObject", "cJSON_IsArray", "strlen", "strnlen",
               "is_number", "text", "holds"}
 CALL = re.compile(r"(\w+)(?:<[^<>()]*>)?\(")
-# They set the field that they are given first, and look at the others.
+# These set their first argument and read the others.
 SETTERS = {"copy_text", "assign", "put_if_known", "put_bytes_per_second", "empty_if_unknown"}
 SET_FIELD = re.compile(rf"(?:{'|'.join(sorted(SETTERS))})\((\w+(?:(?:\.|->)\w+)*)[,)]|"
                        r"(\w+(?:(?:\.|->)\w+)+)(?:\[\w+\])? = ")
@@ -63,10 +63,10 @@ SCOPE = re.compile(r"\b(namespace|struct|class|enum|union|extern)\b[^()]*$")
 
 @dataclass(frozen=True)
 class Mutation:
-    """One change: what stands from start to end is replaced."""
+    """One change: the text from start to end is replaced."""
     file: str
     line: int
-    number: int  # among those of the line
+    number: int  # among the mutations of the line
     start: int
     end: int
     new: str
@@ -94,7 +94,7 @@ def literal_blanked(match):
 
 
 def literals(text, code):
-    """Each text with another character, and with one less; each character as its successor."""
+    """Each string with one character changed, and with one removed; each character as its successor."""
     for match in COMMENT_OR_LITERAL.finditer(text):
         literal = match.group()
         if literal[0] == "/" or code[match.start()] != literal[0]:
@@ -109,7 +109,7 @@ def literals(text, code):
         else:
             at = zlib.crc32(literal.encode()) % len(units)
             other = "y" if units[at] == "x" else "x"
-            # A hexadecimal escape would take the character behind it along.
+            # A hexadecimal escape would include the next character.
             apart = '" "' if "\\x" in units[at - 1] else ""
             changed = "".join(units[:at]) + apart + other + "".join(units[at + 1:])
             yield match.span(), f'"{changed}"', "text"
@@ -139,7 +139,7 @@ def enumerators(code, enums):
 
 
 def only_reads_requests(text, at):
-    """Whether the table of the place is used for nothing else: its order is not to be seen then."""
+    """Whether the table of the place is used for nothing else, so that its order has no effect."""
     tables = list(TABLE.finditer(text, 0, at))
     name = tables[-1].group(1)
     uses = [match.start() for match in re.finditer(rf"\b{name}\b", text)
@@ -148,7 +148,7 @@ def only_reads_requests(text, at):
 
 
 def key_and_member(field):
-    """What a row of a field table says, in whichever form."""
+    """The contents of a row of a field table, in any of its forms."""
     member, quote, last = field.group(2, 3, 4)
     if not last:
         return member, member
@@ -156,7 +156,7 @@ def key_and_member(field):
 
 
 def with_neighbours_value(first, second):
-    """The place in the first row and what it gets: a field its neighbour's member, a command its handler."""
+    """The place in the first row and its replacement: for a field the next row's member, for a command its handler."""
     if first.re is COMMAND:
         return first.span(2), second.group(2)
     return first.span(), (f'FIELD_AS({first.group(1)}, {key_and_member(second)[1]}, '
@@ -164,7 +164,7 @@ def with_neighbours_value(first, second):
 
 
 def rows(text, code):
-    """Adjacent rows of a table in the other order, and a row with its neighbour's value."""
+    """Adjacent rows of a table swapped, and a row with its neighbour's value."""
     for pattern in (FIELD, COMMAND):
         found = [match for match in pattern.finditer(text) if code[match.start()] != " "]
         for first, second in zip(found, found[1:]):
@@ -177,7 +177,7 @@ def rows(text, code):
 
 
 def statements(code):
-    """The statements of bodies, block by block in their order, as their places in the text."""
+    """The statements of bodies, block by block in order, as their places in the text."""
     blocks = []
     stack = []
     kind, start, parentheses, block = "scope", 0, 0, []
@@ -200,7 +200,7 @@ def statements(code):
             kind, start_before, parentheses, block = stack.pop()
             start = start_before if ended == "value" or parentheses > 0 else at + 1
             if start == at + 1 and block is not None:
-                block.append(None)  # what stands on both sides of a block is not adjacent
+                block.append(None)  # the statements around a block are not adjacent
         elif letter == ";" and parentheses == 0:
             begin = start + LABEL.match(code[start:at]).end()
             if kind == "body" and begin < at:
@@ -220,14 +220,14 @@ def set_by(statement):
 
 
 def names(statement, place):
-    """Whether the statement names the place, a part of it, or something that it is a part of."""
+    """Whether the statement names the place, a part of it, or an object that contains it."""
     wholes = [place[:end.start()] for end in re.finditer(r"\.|->", place)]
     return bool(re.search(rf"\b{re.escape(place)}\b", statement)) or any(
         re.search(rf"\b{re.escape(whole)}(?![\w.]|->)", statement) for whole in wholes)
 
 
 def are_independent(first, second):
-    """Whether neither statement does more than to set a place that the other does not name."""
+    """Whether each statement only sets a place that the other does not name."""
     return all(place and not names(other, place)
                for place, other in ((set_by(first), second), (set_by(second), first)))
 
@@ -250,7 +250,7 @@ def changed_statements(text, code):
             if KEYWORD.match(other) or JUMP.match(other):
                 continue
             if any(DECLARATION.match(one) and "(" not in one for one in (statement, other)):
-                continue  # whatever is declared without a call may be declared earlier or later
+                continue  # a declaration without a call may be moved
             if are_independent(statement, other):
                 continue
             between = text[place[1]:follower[0]]

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Sends a long mixture of commands through one `hgagent serve`, and fails when its private memory,
-its descriptors or its threads grow once it has settled.
+"""Sends a long mixture of commands to one `hgagent serve`, and fails when its private memory, its
+descriptors or its threads grow after a warm-up.
 
     tools/soak.py [--commands 1000000] [--seed 1] [--build build/release]
 
-The requests are the examples of protocol/commands in an order that a seed gives; some are repeated
-with keys missing, so that failures are part of the mixture. The workers are part of it too, but do
-not sleep before they begin.
+The requests are the examples of protocol/commands in an order that depends on a seed; some are
+repeated with missing keys, so that failures are part of the mixture. Workers run as well, but without
+the sleep before they begin.
 """
 import argparse
 import json
@@ -18,8 +18,8 @@ import sys
 import threading
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-SETTLED = 10_000  # commands after which nothing may grow any more
-TOLERATED_KIB = 256  # what malloc's own rounding moves to and fro
+SETTLED = 10_000  # commands after which nothing may grow
+TOLERATED_KIB = 256  # fluctuation through malloc's rounding
 
 
 def requests():
@@ -33,7 +33,7 @@ def requests():
 
 
 class Process:
-    """What the system says of a process."""
+    """The memory, descriptors and threads of a process."""
 
     def __init__(self, pid):
         self.folder = pathlib.Path(f"/proc/{pid}")
@@ -66,14 +66,14 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     options = parser.parse_args()
     if options.commands < 2 * SETTLED:
-        parser.error(f"--commands has to be {2 * SETTLED} at least")
+        parser.error(f"--commands has to be at least {2 * SETTLED}")
 
     environment = {
         **os.environ,
         "SIMULATED_GATEWAY_TIME": "1767225600",
         "LD_PRELOAD": str(options.build / "tests/end_to_end/libsleepless.so"),
     }
-    # A process that keeps its secrets does not let itself be looked at.
+    # A process that masks its secrets is not dumpable, so /proc does not show its memory.
     with subprocess.Popen([options.build / "bin/hgagent", "--show-secrets", "serve"],
                           env=environment, text=True,
                           stdin=subprocess.PIPE, stdout=subprocess.PIPE,
@@ -101,12 +101,12 @@ def main():
                 break
         writer.join()
         agent.stdin.close()
-        for _ in agent.stdout:  # lines that are no answers
+        for _ in agent.stdout:  # notices
             pass
         status = agent.wait()
 
     print(f"{answered} commands, {failed} of them answered with a failure; exit status {status}")
-    # The last quarter against the first: what a worker needs while it runs is no growth.
+    # The last quarter against the first: what a running worker needs is not growth.
     settled = [sample for sample in seen if sample[0] >= SETTLED]
     quarter = max(1, len(settled) // 4)
     faults = []

@@ -1,4 +1,4 @@
-// What becomes of the notices that libraries hand over.
+// What happens to the notices that libraries send.
 #include "host/notice_receiver.h"
 
 #include "captured_error.h"
@@ -68,7 +68,7 @@ TEST(Notices, CanBeRefusedWithAnyResult)
     EXPECT_FALSE(passed_on);
 }
 
-TEST(Notices, FromManyThreadsStandBetweenTheLinesOfOthers)
+TEST(Notices, FromManyThreadsDoNotSplitOtherLines)
 {
     constexpr int kThreads = 8;
     constexpr int kLines = 200;

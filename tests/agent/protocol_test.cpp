@@ -23,7 +23,7 @@ TEST(Protocol, NamesTheNearestCommandsFirst)
     EXPECT_EQ(nearest_commands(std::string(10000000, 'x')).size(), 3U);
 }
 
-TEST(Protocol, SaysNoMoreOfAnUnknownNameThanFitsALine)
+TEST(Protocol, CutsALongUnknownNameToALine)
 {
     EXPECT_THAT(agent::no_such_command("A\nB"), testing::StartsWith("no command \"A\\nB\"; "));
     EXPECT_LT(agent::no_such_command(std::string(10000000, 'x')).size(), 400U);

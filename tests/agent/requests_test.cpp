@@ -10,7 +10,7 @@ using agent::print;
 
 namespace requests_test {
 
-// A key that is a constant and one that is a copy, texts that belong to nobody, and depth.
+// A constant key and a copied one, referenced texts, and nesting.
 Json reply_in_gbk()
 {
     static const char *const kText = "\xd6\xd0"; // the character U+4E2D
@@ -26,7 +26,7 @@ Json reply_in_gbk()
     return reply;
 }
 
-TEST(Print, MakesEachTextAndKeyUtf8)
+TEST(Print, ConvertsEachTextAndKeyToUtf8)
 {
     const Json reply = reply_in_gbk();
     EXPECT_EQ(print(reply.get()),

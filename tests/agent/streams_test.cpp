@@ -1,4 +1,4 @@
-// Standard output and the signals that end waiting for it.
+// Standard output, and the signals that interrupt waiting for it.
 #include "io/streams.h"
 
 #include "captured_output.h"
@@ -15,7 +15,7 @@
 
 namespace streams_test {
 
-// Standard output as a pipe for as long as this lives, with the agent's output on it.
+// Guard: redirects standard output, and the agent's output with it, to a pipe.
 class Pipe {
   public:
     Pipe() : before_(dup(STDOUT_FILENO))
@@ -37,7 +37,7 @@ class Pipe {
 
     agent::ReplyOutput &output() { return *output_; }
     int reader() const { return ends_[0]; }
-    // What has been written by now and not been read.
+    // What has been written and not been read yet.
     std::string content() const
     {
         std::string content;
@@ -54,7 +54,7 @@ class Pipe {
     std::unique_ptr<agent::ReplyOutput> output_;
 };
 
-// SIGTERM, held back by the process until this ends.
+// Guard: blocks SIGTERM for the process.
 class PendingSignal {
   public:
     PendingSignal() { kill(getpid(), SIGTERM); }
@@ -78,7 +78,7 @@ TEST(ReplyOutput, WritesWholeLinesFromManyThreads)
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&captured, thread] {
-            const std::string line(9000, static_cast<char>('a' + thread)); // not written at once
+            const std::string line(9000, static_cast<char>('a' + thread)); // not written atomically
             for (int count = 0; count < kLines; ++count) {
                 EXPECT_TRUE(captured.output().write_line(line));
             }

@@ -35,7 +35,7 @@ commit
 expect 'int one;' git show 'HEAD:with a space.c'
 expect 'int one;' cat 'with a space.c'
 expect 'int  text;' git show HEAD:text.md
-# What was changed after it was staged is neither committed nor formatted.
+# Changes made after staging are neither committed nor formatted.
 expect 'int two;' git show HEAD:two.h
 expect $'int  two;\nint  three;' cat two.h
 

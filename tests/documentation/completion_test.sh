@@ -7,7 +7,7 @@ source "$2"
 commands_folder=$3
 faults=0
 
-# completed WORD...: what can stand in place of the last word
+# completed WORD...: the completions of the last word
 completed()
 {
     COMP_WORDS=(hgagent "$@")
@@ -26,7 +26,7 @@ expect()
     fi
 }
 
-# What the agent's own help lists, by a pattern for its lines.
+# What the agent's help lists, by a pattern for its lines.
 in_help() { "$hgagent" "${@:2}" --help | sed -n "$1" | sort; }
 options='s/^  \(-h,\)\?\(--[a-z-]*\).*/\2/p'
 

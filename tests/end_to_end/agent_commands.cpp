@@ -94,7 +94,7 @@ AgentResult serve(const std::string &input, const std::vector<std::string> &opti
 
 void record(const std::string &command, const std::string &request, const std::string &reply)
 {
-    // One record is one line, whatever form the texts came in.
+    // One record is one line, regardless of the layout of the texts.
     record_traffic(command, print(parse(request).get()), print(parse(reply).get()));
 }
 

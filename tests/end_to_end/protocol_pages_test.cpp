@@ -74,7 +74,7 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 
-TEST(Describe, SaysWhatACommandChangesAndWhoTellsIt)
+TEST(Describe, SaysWhatACommandChangesAndWhichReportsIt)
 {
     EXPECT_THAT(run_agent({"describe", "GET_SN_INFO"}).output,
                 HasSubstr("Changes       nothing\n"));
@@ -85,7 +85,7 @@ TEST(Describe, SaysWhatACommandChangesAndWhoTellsIt)
     EXPECT_THAT(page, HasSubstr("the device decides which exist; told by GET_WIFI_LIST_INFO\n"));
 }
 
-TEST(Describe, SaysWhoseKeysAreFoundOnlyAsTheyAreSpelt)
+TEST(Describe, MarksCaseSensitiveKeys)
 {
     EXPECT_THAT(run_agent({"describe", "HG_IMAGE_UPDATE"}).output,
                 HasSubstr("\nRequest (capitals as here)\n"));
@@ -102,7 +102,7 @@ TEST(Describe, NamesTheNearestOfAnUnknownCommand)
     EXPECT_THAT(result.output, IsEmpty());
 }
 
-TEST(ProtocolPages, SayWhenTheyCannotBeWritten)
+TEST(ProtocolPages, ReportAWriteError)
 {
     for (const std::vector<std::string> &words :
          {std::vector<std::string>{"list"}, std::vector<std::string>{"describe", "GET_SN_INFO"}}) {

@@ -1,4 +1,4 @@
-// hgagent report: the builders that no command leads to.
+// hgagent report: the reports that no command returns.
 #include "agent_commands.h"
 #include "standing_clock.h"
 
@@ -61,7 +61,7 @@ TEST(Report, SaysThatThePluginLacksTheBuilder)
     EXPECT_THAT(result.output, IsEmpty());
 }
 
-TEST(Report, KnowsNoOtherNames)
+TEST(Report, RefusesOtherNames)
 {
     for (const std::string name : {"homepage", "HOME-PAGE", " "}) {
         const AgentResult result = run_agent({"report", name});
@@ -72,7 +72,7 @@ TEST(Report, KnowsNoOtherNames)
     EXPECT_EQ(run_agent({"report", "home-page", "{}"}).exit_status, 2);
 }
 
-TEST(Report, SaysWhenItCannotBeWritten)
+TEST(Report, ReportsAWriteError)
 {
     for (const std::vector<std::string> &words :
          {std::vector<std::string>{"report"}, std::vector<std::string>{"report", "home-page"}}) {

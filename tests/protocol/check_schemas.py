@@ -63,7 +63,7 @@ def read_schema(command, kind):
 
 
 def succeeded(record, description):
-    """Whether the reply can only be a success: some are the same for a success and a failure."""
+    """Whether the reply can only be a success: some commands reply alike to a success and a failure."""
     case_sensitive = description.get("case_sensitive", False)
     outcomes = {reply["outcome"] for reply in description["replies"]
                 if not protocol.mismatch(record["reply"], record["request"], reply, case_sensitive)}
@@ -71,8 +71,8 @@ def succeeded(record, description):
 
 
 def as_read(pairs, keys, spelling):
-    """An object as a command finds it: the first of each key, in the spelling of the description; what
-    holds a value of another type counts as missing, and elements that are not read are not there."""
+    """An object as a command reads it: the first of each key, in the spelling of the description; a key
+    with a value of another type counts as missing, and elements that are not read are removed."""
     described = {spelling(key["key"]): key for key in keys}
     found = {}
     for name, value in pairs:

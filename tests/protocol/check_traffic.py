@@ -1,4 +1,4 @@
-"""Holds the traffic of the tests against the protocol's descriptions: each reply has to be one of those
+"""Checks the traffic of the tests against the protocol's descriptions: each reply has to be one of those
 described for its command, each described reply has to have been seen, and each command has to have been
 sent by a unit test."""
 
@@ -16,7 +16,7 @@ def main(traffic_file):
     without_unit_test = set(descriptions)
     faults = []
     count = 0
-    # A device library may hand over any bytes; they are compared as they are.
+    # A device library may return any bytes; they are compared unchanged.
     with open(traffic_file, encoding="utf-8", errors="surrogateescape") as lines:
         for line in lines:
             record = dict(protocol.parse(line))
@@ -46,7 +46,7 @@ def main(traffic_file):
 
 
 def check(record, description):
-    """The fault of one reply, or None, and the positions of the described replies that it is."""
+    """The fault of one reply, or None, and the positions of the described replies that it matches."""
     replies = description["replies"]
     case_sensitive = description.get("case_sensitive", False)
     faults = [protocol.mismatch(record["reply"], record["request"], reply, case_sensitive)

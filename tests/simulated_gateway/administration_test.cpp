@@ -126,7 +126,7 @@ TEST_F(AdministrationTest, TheAdministratorIsReportedAndKept)
     EXPECT_EQ(web_login(), "1 kirschbluete-11 192.168.1.1");
 }
 
-TEST_F(AdministrationTest, AnAdministratorThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidAdministratorIsRefused)
 {
     ASSERT_EQ(open(kept()), "");
     EXPECT_EQ(set_admin("3", "root", "secret"), -1);
@@ -141,11 +141,11 @@ TEST_F(AdministrationTest, AnAdministratorThatIsNoneIsRefused)
                         "secret"),
               -1);
     EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
-    LoginInfo brim = {};
-    set(brim.Type, "1");
-    fill_to_the_brim(brim.Name, 'n');
-    set(brim.Password, "secret");
-    EXPECT_EQ(devapi_set_admin_info(&brim), -1);
+    LoginInfo filled = {};
+    set(filled.Type, "1");
+    fill_completely(filled.Name, 'n');
+    set(filled.Password, "secret");
+    EXPECT_EQ(devapi_set_admin_info(&filled), -1);
     EXPECT_EQ(reason(), "Name is longer than 127 bytes");
     EXPECT_EQ(admin(), "admin zaun-und-tor-58");
 }
@@ -173,7 +173,7 @@ TEST_F(AdministrationTest, TheWebLoginIsAtTheAddressOfTheLan)
     EXPECT_EQ(web_login(), "1 kirschbluete-11 10.0.0.1");
 }
 
-TEST_F(AdministrationTest, AWebLoginThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidWebLoginIsRefused)
 {
     ASSERT_EQ(open(kept()), "");
     for (const char *type : {"", "2", "web"}) {
@@ -186,9 +186,9 @@ TEST_F(AdministrationTest, AWebLoginThatIsNoneIsRefused)
     }
     EXPECT_EQ(set_web_login("0", ""), -1);
     EXPECT_EQ(reason(), "Password is empty");
-    LoginInfo brim = {};
-    fill_to_the_brim(brim.WebLoginType, '1');
-    EXPECT_EQ(devapi_set_web_login_type(&brim), -1);
+    LoginInfo filled = {};
+    fill_completely(filled.WebLoginType, '1');
+    EXPECT_EQ(devapi_set_web_login_type(&filled), -1);
     EXPECT_EQ(web_login(), "1 kirschbluete-11 192.168.1.1");
 }
 
@@ -215,7 +215,7 @@ TEST_F(AdministrationTest, TheRebootScheduleIsReportedAndKept)
     EXPECT_EQ(reboot_schedule(), "0 NULL NULL");
 }
 
-TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidRebootScheduleIsRefused)
 {
     const struct {
         const char *enable, *time, *days, *reason;
@@ -236,11 +236,11 @@ TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
         EXPECT_EQ(set_reboot_schedule(schedule.enable, schedule.time, schedule.days), -1);
         EXPECT_EQ(reason(), schedule.reason);
     }
-    RebootInfo brim = {};
-    set(brim.GatewayRebootEnable, "1");
-    set(brim.Time, "04:30");
-    fill_to_the_brim(brim.DaysOfWeek, '1');
-    EXPECT_EQ(devapi_set_reboot_info(&brim), -1);
+    RebootInfo filled = {};
+    set(filled.GatewayRebootEnable, "1");
+    set(filled.Time, "04:30");
+    fill_completely(filled.DaysOfWeek, '1');
+    EXPECT_EQ(devapi_set_reboot_info(&filled), -1);
     EXPECT_EQ(reason(),
               "/home/reboot_schedule/days: \"1111111111111111\" is not a list of days like "
               "\"1,3,7\"");
@@ -258,7 +258,7 @@ TEST_F(AdministrationTest, TheSleepIsReportedAndKept)
     EXPECT_EQ(sleep(), "000 NULL NULL");
 }
 
-TEST_F(AdministrationTest, ASleepThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidSleepIsRefused)
 {
     const struct {
         const char *gateway, *wifi, *leds, *start, *end, *reason;
@@ -296,7 +296,7 @@ TEST_F(AdministrationTest, ARebootResetsTheUptimeAndKeepsTheSettings)
     EXPECT_EQ(admin(), "root secret");
 }
 
-TEST_F(AdministrationTest, FactoryRecoveryBringsBackTheScenario)
+TEST_F(AdministrationTest, FactoryRecoveryRestoresTheScenario)
 {
     ASSERT_EQ(open_at(kTime, kept()), "");
     const nlohmann::json made = json_of(path("state"));

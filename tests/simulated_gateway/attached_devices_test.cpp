@@ -53,7 +53,7 @@ TEST_F(HostsTest, ReportsEveryFieldOfAHostByRadio)
     EXPECT_STREQ(info.StaticDhcpEnable, "0");
 }
 
-TEST_F(HostsTest, AHostOnACableHasNothingOfARadio)
+TEST_F(HostsTest, AWiredHostHasNoRadioFields)
 {
     const AdBaseInfo info = host(7);
     EXPECT_STREQ(info.DevFactory, "Speicherberg");
@@ -81,7 +81,7 @@ TEST_F(HostsTest, AHostThatIsOfflineIsListedAsSuch)
     EXPECT_STREQ(info.SSIDIndex, "2");
 }
 
-TEST_F(HostsTest, WithKindOneOnlyTheDevicesOfTheMainRouterAreThere)
+TEST_F(HostsTest, WithTypeOneOnlyTheDevicesOfTheMainRouterAreListed)
 {
     std::string own;
     for (int32_t index = 1; index <= kHosts; ++index) {
@@ -132,7 +132,7 @@ TEST_F(HostsTest, WhatWasReadCanBeWrittenBack)
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(HostsTest, AMacAddressIsKnownInEveryForm)
+TEST_F(HostsTest, AMacAddressIsAcceptedInEveryForm)
 {
     for (const char *mac :
          {"729be046d815", "729BE046D815", "72-9b-e0-46-d8-15", "72:9b:E0:46:d8:15", kTabletMac}) {
@@ -148,7 +148,7 @@ TEST_F(HostsTest, AMacAddressIsKnownInEveryForm)
     }
 }
 
-TEST_F(HostsTest, AMacAddressThatIsNoneOrThatNobodyHasIsRefused)
+TEST_F(HostsTest, AnInvalidOrUnknownMacAddressIsRefused)
 {
     const std::string before = read(path("state"));
     for (const std::string &mac : kNoMacs) {
@@ -158,16 +158,16 @@ TEST_F(HostsTest, AMacAddressThatIsNoneOrThatNobodyHasIsRefused)
         EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
     }
     EXPECT_EQ(with(&AdBaseInfo::Mac, "00:00:00:00:00:01"), "there is no device 00:00:00:00:00:01");
-    // A router of the home is no attached device.
+    // A router of the home is not an attached device.
     EXPECT_EQ(set_right("3C:6A:D2:10:4F:20", "DENY"), -1);
     EXPECT_EQ(reason(), "there is no device 3C:6A:D2:10:4F:20");
     AdBaseSetting setting = setting_of(1);
-    fill_to_the_brim(setting.info.Mac, 'A');
+    fill_completely(setting.info.Mac, 'A');
     EXPECT_EQ(devapi_set_ad_base_info(&setting), -1);
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(HostsTest, AnAliasIsTakenAwayByAnEmptyOneOrByNull)
+TEST_F(HostsTest, AnEmptyAliasOrNullRemovesTheAlias)
 {
     for (const char *none : {"", "NULL"}) {
         EXPECT_EQ(with(&AdBaseInfo::ByName, "x", kAnnasPhone), "");
@@ -179,7 +179,7 @@ TEST_F(HostsTest, AnAliasIsTakenAwayByAnEmptyOneOrByNull)
         json_of(path("state")).at("home").at("hosts").at(kAnnasPhone - 1).contains("alias"));
 }
 
-TEST_F(HostsTest, AnAliasThatWasCutWithinALetterLosesThePart)
+TEST_F(HostsTest, AnAliasCutWithinACharacterDropsThePartialCharacter)
 {
     EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(31, 'n')), "");
     EXPECT_EQ(host(1).ByName, std::string(31, 'n'));
@@ -191,7 +191,7 @@ TEST_F(HostsTest, AnAliasThatWasCutWithinALetterLosesThePart)
     EXPECT_EQ(host(1).ByName, std::string(31, 'm'));
 }
 
-TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
+TEST_F(HostsTest, AnInvalidSettingIsRefusedWithAReason)
 {
     const std::string before = read(path("state"));
     EXPECT_EQ(with(&AdBaseInfo::DevType, "phone"),
@@ -217,7 +217,7 @@ TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
     EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, ""),
               "StaticDhcpEnable \"\" is none of \"0\", \"1\"");
     AdBaseSetting setting = setting_of(1);
-    fill_to_the_brim(setting.info.ByName, 'n');
+    fill_completely(setting.info.ByName, 'n');
     EXPECT_EQ(applied(setting), "ByName is longer than 31 bytes");
     EXPECT_EQ(read(path("state")), before);
 }
@@ -229,7 +229,7 @@ TEST_F(HostsTest, AnAddressIsBoundAndStaysWhenItIsFreed)
     EXPECT_STREQ(host(1).StaticDhcpEnable, "1");
     EXPECT_EQ(bind("192.168.1.77"), ""); // its own
     EXPECT_EQ(with(&AdBaseInfo::ByName, "x"), "");
-    EXPECT_STREQ(host(1).StaticDhcpEnable, "1"); // "-1" leaves it alone
+    EXPECT_STREQ(host(1).StaticDhcpEnable, "1"); // "-1" leaves it unchanged
     EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, "0"), "");
     EXPECT_STREQ(host(1).StaticDhcpEnable, "0");
     EXPECT_STREQ(host(1).ip, "192.168.1.77");
@@ -262,7 +262,7 @@ TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
     }
     AdBaseSetting setting = setting_of(1);
     set(setting.info.StaticDhcpEnable, "1");
-    fill_to_the_brim(setting.info.ip, '1');
+    fill_completely(setting.info.ip, '1');
     EXPECT_EQ(applied(setting), "ip is not an IPv4 address");
     EXPECT_EQ(read(path("state")), before);
 }

@@ -36,7 +36,7 @@ class ChildRouterRelayTest : public ServicesTest {
         return info;
     }
 
-    // The child router's answer; an object without anything when there is none.
+    // The child router's answer; an empty object when there is none.
     static nlohmann::json ask(const std::string &text, const char *method = kMethod)
     {
         char *answer = nullptr;
@@ -61,7 +61,7 @@ TEST_F(ChildRouterRelayTest, AChildRouterIsAddressedAsTheTopologyReportsIt)
     EXPECT_STREQ(router(1).RouterDeviceID, kAttic);
 }
 
-TEST_F(ChildRouterRelayTest, ANameMakesItAnotherName)
+TEST_F(ChildRouterRelayTest, ANameIsSet)
 {
     EXPECT_EQ(send({{"DeviceID", kAttic}, {"Name", "Dachboden – süd"}}), 0);
     EXPECT_STREQ(router(1).Name, "Dachboden – süd");
@@ -82,7 +82,7 @@ TEST_F(ChildRouterRelayTest, TheIdentifierAloneRestartsIt)
     EXPECT_STREQ(router(0).UpTime, "1000");
     EXPECT_EQ(send({{"DeviceID", kFirstFloor}}), 0);
     EXPECT_STREQ(router(0).NetStatus, "0");
-    EXPECT_STREQ(router(1).NetStatus, "0"); // it hangs from the first
+    EXPECT_STREQ(router(1).NetStatus, "0"); // it is attached to the first
     EXPECT_STREQ(host(kPrinter).NetStatus, "0");
     EXPECT_EQ(refused({{"DeviceID", kFirstFloor}}), "3C:6A:D2:22:81:40 is offline");
 
@@ -99,7 +99,7 @@ TEST_F(ChildRouterRelayTest, TheIdentifierAloneRestartsIt)
     EXPECT_STREQ(router(0).UpTime, "0");
 }
 
-TEST_F(ChildRouterRelayTest, ARecoveryBringsBackItsNameAsWell)
+TEST_F(ChildRouterRelayTest, ARecoveryRestoresItsNameAsWell)
 {
     EXPECT_EQ(send({{"DeviceID", kAttic}, {"Name", "Roof"}}), 0);
     EXPECT_EQ(send({{"DeviceID", kAttic}, {"Recovery", "1"}}), 0);
@@ -125,7 +125,7 @@ TEST_F(ChildRouterRelayTest, ADeviceIsSetAtItsRouter)
     EXPECT_STREQ(host(kPrinter).DevType, "Other");
     EXPECT_STREQ(host(kPrinter).ByName, "Laser");
     EXPECT_STREQ(host(kPrinter).AccessEnable, "0");
-    // What is not given stays.
+    // Absent keys leave their settings unchanged.
     EXPECT_EQ(send({{"DeviceID", kFirstFloor}, {"Mac", kPrinterMac}, {"AccessEnable", "1"}}), 0);
     EXPECT_STREQ(host(kPrinter).ByName, "Laser");
     EXPECT_STREQ(host(kPrinter).AccessEnable, "1");
@@ -170,7 +170,7 @@ TEST_F(ChildRouterRelayTest, ACommandHasTheKeysOfOneOnly)
               "no command for a child router has the key \"Recovery\" together with Name");
 }
 
-TEST_F(ChildRouterRelayTest, OnlyAChildRouterThatIsThereCanBeTold)
+TEST_F(ChildRouterRelayTest, OnlyAReachableChildRouterTakesCommands)
 {
     EXPECT_EQ(refused({{"DeviceID", "3C6AD2228141"}}), "there is no child router \"3C6AD2228141\"");
     EXPECT_EQ(refused({{"DeviceID", "3C:6A:D2:22:81:40"}}),
@@ -196,7 +196,7 @@ TEST_F(ChildRouterRelayTest, OnlyAChildRouterThatIsThereCanBeTold)
     EXPECT_EQ(reason(), "there is no child router \"3C6AD2228180\"");
 }
 
-TEST_F(ChildRouterRelayTest, WhateverIsNoCommandIsRefused)
+TEST_F(ChildRouterRelayTest, AnythingButACommandIsRefused)
 {
     EXPECT_EQ(refused(std::string()), "is empty");
     EXPECT_EQ(refused(std::string("[]")), "the command is not an object");

@@ -38,7 +38,7 @@ TEST_F(FaultPlanTest, AFaultedCallTouchesNoRecord)
     EXPECT_EQ(std::memcmp(&info, &before, sizeof(info)), 0);
 }
 
-TEST_F(FaultPlanTest, AFaultMayTakeItsTime)
+TEST_F(FaultPlanTest, AFaultMayDelayTheCall)
 {
     ASSERT_EQ(open({.faults = {"devapi_get_sn_info=-1@60ms"}, .trace = path("trace")}), "");
     EXPECT_EQ(call(), -1);
@@ -84,7 +84,7 @@ TEST_F(FaultPlanTest, MalformedFaultsAreQuoted)
     }
 }
 
-TEST_F(FaultPlanTest, AFaultThatNothingReachesIsAnError)
+TEST_F(FaultPlanTest, AnUnreachableFaultIsAnError)
 {
     EXPECT_EQ(
         open({.faults = {"devapi_get_sn_info=-1", "devapi_get_sn_info=5"}}),

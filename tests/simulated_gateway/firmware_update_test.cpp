@@ -1,4 +1,4 @@
-// From the download of an image to its start: what runs, what is kept, what is refused.
+// Download, flash and start of an image: what runs, what is kept, what is refused.
 #include "firmware_fixture.h"
 
 #include <sys/resource.h>
@@ -40,7 +40,7 @@ TEST_F(FirmwareUpdateTest, AFlashedImageRunsFromTheNextRestartOn)
     EXPECT_EQ(slots().at("next"), 2);
     EXPECT_EQ(read(path("state.firmware/slot_2.image")), make_image());
 
-    // Another process is no restart.
+    // Opening in another process is not a restart.
     ASSERT_EQ(reopen(options()), "");
     EXPECT_EQ(version(), "V2.4.1");
 
@@ -149,7 +149,7 @@ TEST_F(FirmwareUpdateTest, WithoutADownloadNothingIsFlashed)
     EXPECT_EQ(slots().at("next"), 1);
 }
 
-TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
+TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
 {
     const std::string whole = make_image();
     std::string damaged = whole;
@@ -179,7 +179,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
         EXPECT_EQ(devapi_update_image(), -1);
         EXPECT_EQ(devapi_flash_update_image(server_.address("wrong.image").c_str()), -1);
         EXPECT_EQ(slots().at("next"), 1);
-        // It does not stand in the way of the next image, at the same address either.
+        // It does not prevent the next download, even from the same address.
         write("wrong.image", whole);
         EXPECT_EQ(download("wrong.image"), 0) << complaint;
         std::filesystem::remove(path("state.firmware/downloaded.image"));
@@ -187,7 +187,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
     EXPECT_EQ(version(), "V2.4.1");
 }
 
-TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldLeavesTheOneDownloadedBefore)
+TEST_F(FirmwareUpdateTest, AnInvalidImageLeavesTheOneDownloadedBefore)
 {
     ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
@@ -196,7 +196,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldLeavesTheOneDownloadedBefore)
     EXPECT_EQ(version_after_flash(), "V3.2.0");
 }
 
-TEST_F(FirmwareUpdateTest, WhatTurnsBadOnTheDiskIsNotFlashed)
+TEST_F(FirmwareUpdateTest, AnImageCorruptedOnDiskIsNotFlashed)
 {
     ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
@@ -207,7 +207,7 @@ TEST_F(FirmwareUpdateTest, WhatTurnsBadOnTheDiskIsNotFlashed)
     EXPECT_FALSE(std::filesystem::exists(path("state.firmware/slot_2.image.tmp")));
 }
 
-TEST_F(FirmwareUpdateTest, ASlotThatDoesNotHoldIsNotStarted)
+TEST_F(FirmwareUpdateTest, AnInvalidSlotIsNotStarted)
 {
     const std::string slot = path("state.firmware/slot_2.image");
     const std::function<void()> damages[] = {
@@ -290,7 +290,7 @@ TEST_F(FirmwareUpdateTest, AStateInMemoryKeepsNoImages)
     unsetenv("TMPDIR");
 }
 
-TEST_F(FirmwareUpdateTest, FaultsAndModesAreThoseOfAnyFunction)
+TEST_F(FirmwareUpdateTest, FaultsAndModesApplyAsToAnyFunction)
 {
     Options with_faults = options();
     with_faults.faults = {"devapi_download_image=-7*1", "devapi_update_image=-8*1",
@@ -308,7 +308,7 @@ TEST_F(FirmwareUpdateTest, FaultsAndModesAreThoseOfAnyFunction)
     EXPECT_EQ(devapi_update_image(), 0);
 }
 
-TEST_F(FirmwareUpdateTest, ALinkInPlaceOfTheFolderIsNotFollowed)
+TEST_F(FirmwareUpdateTest, ALinkInsteadOfTheFolderIsNotFollowed)
 {
     std::filesystem::create_directory(path("elsewhere"));
     std::filesystem::create_directory_symlink(path("elsewhere"), path("state.firmware"));
@@ -317,7 +317,7 @@ TEST_F(FirmwareUpdateTest, ALinkInPlaceOfTheFolderIsNotFollowed)
     EXPECT_EQ(refusal(server_.address("image")), path("state.firmware") + ": is a link");
     EXPECT_TRUE(std::filesystem::is_empty(path("elsewhere")));
 
-    // Nor is an image taken from there that was flashed before.
+    // Nor is a previously flashed image read from there.
     std::filesystem::remove(path("state.firmware"));
     EXPECT_EQ(devapi_flash_update_image(server_.address("image").c_str()), 0) << reason();
     std::filesystem::remove(path("elsewhere"));

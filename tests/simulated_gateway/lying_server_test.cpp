@@ -1,4 +1,4 @@
-// A server that lies: whatever it answers, the download ends and nothing is changed by it.
+// A hostile server: after any answer, the download ends and has changed nothing.
 #include "firmware_fixture.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace {
 struct Lie {
     const char *name; // of lying_answers.py
     const char *reason;
-    const char *limit = nullptr; // where only one of seconds ends it
+    const char *limit = nullptr; // where only a time limit ends it
 };
 
 constexpr char kStands[] = "STALL_TIMEOUT";

@@ -83,7 +83,7 @@ class QosTest : public ServicesTest {
 
 constexpr char kOffice[] = "1 Voice of the office 1 SIP 192.168.1.130..192.168.1.139 DSCP 46..46";
 
-TEST_F(QosTest, IsReportedAsTheScenarioHasIt)
+TEST_F(QosTest, IsReportedAsInTheScenario)
 {
     const QosInfo info = qos();
     EXPECT_STREQ(info.Enable, "1");
@@ -125,10 +125,10 @@ TEST_F(QosTest, ApplicationsHavePriorities)
     EXPECT_EQ(priorities(), "5 2 3 8 ");
 }
 
-TEST_F(QosTest, ANewRuleGetsANumberOfItsOwn)
+TEST_F(QosTest, ANewRuleGetsAUniqueNumber)
 {
     QosRule rule = chat("1");
-    set(rule.Id, "77"); // of no concern
+    set(rule.Id, "77"); // ignored
     EXPECT_EQ(devapi_set_qos_classification_info(&rule), 0) << reason();
     EXPECT_STREQ(rule.Id, "2");
     EXPECT_STREQ(rule.Action, "1");
@@ -136,7 +136,7 @@ TEST_F(QosTest, ANewRuleGetsANumberOfItsOwn)
     const std::vector<std::string> both = {kOffice, "2 Chat 3 DPORT 5222..5223"};
     EXPECT_EQ(rules(), both);
 
-    // One that became free is given again.
+    // A free number is reused.
     EXPECT_EQ(remove("1"), 0);
     EXPECT_EQ(devapi_set_qos_classification_info(&rule), 0);
     EXPECT_STREQ(rule.Id, "1");
@@ -165,7 +165,7 @@ TEST_F(QosTest, AnyOtherActionChangesARule)
         EXPECT_EQ(rules(), std::vector<std::string>{std::string("1 Action ") + action +
                                                     " 3 DPORT 5222..5223"});
     }
-    // A rule without types holds for everything.
+    // A rule without types applies to everything.
     QosRule rule = chat("3");
     set(rule.Id, "1");
     rule.type_count = 0;
@@ -173,7 +173,7 @@ TEST_F(QosTest, AnyOtherActionChangesARule)
     EXPECT_EQ(rules(), std::vector<std::string>{"1 Chat 3"});
 }
 
-TEST_F(QosTest, ARuleThatThereIsNotIsNeitherChangedNorDeleted)
+TEST_F(QosTest, AnUnknownRuleIsNeitherChangedNorDeleted)
 {
     for (const char *id : {"2", "0", "7", "-1"}) {
         EXPECT_EQ(remove(id), -1);
@@ -248,7 +248,7 @@ TEST_F(QosTest, WrongRulesAreRefused)
     EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
 }
 
-TEST_F(QosTest, AScenarioHasToHold)
+TEST_F(QosTest, AnInvalidScenarioIsRefused)
 {
     const nlohmann::json rule = house()["qos"]["rules"][0];
     EXPECT_EQ(error_with("/qos/rules", {rule, rule}),

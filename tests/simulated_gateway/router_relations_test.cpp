@@ -1,4 +1,4 @@
-// The topology as a list of relations: the text, the list, and what hangs on it.
+// The topology as a list of relations: the text, the list, and the functions that use it.
 #include "mesh_fixture.h"
 
 namespace {
@@ -78,7 +78,7 @@ TEST_F(MeshRelationsTest, WithoutRelationsTheMainRouterIsAlone)
     EXPECT_EQ(shown(list), "1:0 ");
 }
 
-TEST_F(MeshRelationsTest, AListIsCompletedWithTheRoutersThatItLacks)
+TEST_F(MeshRelationsTest, AListIsCompletedWithMissingRouters)
 {
     for (const char *text : {"", "3C6AD2104F20>3C6AD2228140"}) {
         Topology list;
@@ -99,7 +99,7 @@ TEST_F(MeshRelationsTest, AnotherNumberOfRelationsIsRefused)
     }
 }
 
-TEST_F(MeshRelationsTest, ATextThatIsNoListOfRelationsIsRefused)
+TEST_F(MeshRelationsTest, AnInvalidListOfRelationsIsRefused)
 {
     EXPECT_EQ(refusal("nonsense"), "\"nonsense\" is not a relation");
     EXPECT_EQ(refusal(","), "\"\" is not a relation");
@@ -116,7 +116,7 @@ TEST_F(MeshRelationsTest, ATextThatIsNoListOfRelationsIsRefused)
     EXPECT_EQ(refusal(std::string(100'000, '>')).substr(0, 26), "there is no child router \"");
 }
 
-TEST_F(MeshRelationsTest, AListThatRunsIntoItselfIsRefused)
+TEST_F(MeshRelationsTest, ACyclicListIsRefused)
 {
     Topology list;
     EXPECT_EQ(devapi_handle_topo_struct(kBoth, list.first()), 0);
@@ -127,7 +127,7 @@ TEST_F(MeshRelationsTest, AListThatRunsIntoItselfIsRefused)
     last->next = nullptr;
 }
 
-TEST_F(MeshRelationsTest, ANodeOfNoRouterIsRefused)
+TEST_F(MeshRelationsTest, ANodeWithoutARouterIsRefused)
 {
     for (const int32_t identifier : {INT32_MIN, -1, 1, 12, 15, INT32_MAX}) {
         TopoNode node = {};
@@ -155,7 +155,7 @@ TEST_F(MeshRelationsTest, ARouterThatHasGoneOfflineIsRefused)
     EXPECT_EQ(reason(), std::string(kAttic) + " is offline");
 }
 
-TEST_F(MeshRelationsTest, TheListIsFreedAlsoOnceTheGatewayIsClosed)
+TEST_F(MeshRelationsTest, TheListCanBeFreedAfterTheGatewayIsClosed)
 {
     Topology list;
     EXPECT_EQ(devapi_handle_topo_struct(kBoth, list.first()), 0);
@@ -164,7 +164,7 @@ TEST_F(MeshRelationsTest, TheListIsFreedAlsoOnceTheGatewayIsClosed)
     devapi_free_topo_list(nullptr);
 }
 
-TEST_F(MeshRelationsTest, UsersKnowRoutersByTheDashesOnTheLabel)
+TEST_F(MeshRelationsTest, RoutersAreNamedToUsersWithDashes)
 {
     EXPECT_EQ(view(kMain), "3C-6A-D2-10-4F-20");
     EXPECT_EQ(view("3c6ad2228180"), "3C-6A-D2-22-81-80");

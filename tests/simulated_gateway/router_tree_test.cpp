@@ -69,7 +69,7 @@ TEST_F(MeshTreeTest, AnUnknownPathIsRefused)
     }
 }
 
-TEST_F(MeshTreeTest, ThePathOfARouterLeadsToAllThatIsKnownOfIt)
+TEST_F(MeshTreeTest, ThePathOfARouterHasEveryParameter)
 {
     EXPECT_STREQ(tree_router(3).Mac, kAttic);
     EXPECT_STREQ(tree_router(3).LinkSpeed, "866");
@@ -91,7 +91,7 @@ TEST_F(MeshTreeTest, ThePathOfARouterLeadsToAllThatIsKnownOfIt)
     EXPECT_STREQ(main.DownSpeed, base.DownSpeed);
 }
 
-TEST_F(MeshTreeTest, TheRoutersThatHangFromARouterAreListed)
+TEST_F(MeshTreeTest, TheRoutersAttachedToARouterAreListed)
 {
     EXPECT_EQ(tree_children(kFirstFloor), Macs{kAttic});
     EXPECT_EQ(tree_children(kAttic), Macs{});

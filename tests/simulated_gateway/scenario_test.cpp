@@ -6,7 +6,7 @@ namespace {
 
 class ScenarioTest : public GatewayTest {
   protected:
-    // What opening a file with this text says, without the folder of the test.
+    // The error of opening a file with this text, without the folder of the test.
     std::string error_of(const std::string &text)
     {
         const std::string file = write("my.json", text);
@@ -75,7 +75,7 @@ TEST_F(ScenarioTest, FilesThatCannotBeRead)
     EXPECT_EQ(error_of(std::string(5 * 1024 * 1024, ' ')), "my.json: is longer than 4194304 bytes");
 }
 
-TEST_F(ScenarioTest, TextsThatAreNoJson)
+TEST_F(ScenarioTest, TextsThatAreNotJson)
 {
     EXPECT_EQ(error_of(""), "my.json: is empty");
     EXPECT_EQ(error_of("[]"), "my.json: the document is not an object");
@@ -93,7 +93,7 @@ TEST_F(ScenarioTest, EveryTruncationIsAnError)
     }
 }
 
-TEST_F(ScenarioTest, NestingHasABound)
+TEST_F(ScenarioTest, NestingIsLimited)
 {
     EXPECT_EQ(error_of(std::string(1000000, '[')),
               "my.json: /0/0/0/0/0/0/0/0/0/0/0/0/0/0/0/0: is nested too deep");
@@ -104,14 +104,14 @@ TEST_F(ScenarioTest, NestingHasABound)
     EXPECT_EQ(error_of(objects), "my.json: /a/a/a/a/a/a/a/a/a/a/a/a/a/a/a/a: is nested too deep");
 }
 
-TEST_F(ScenarioTest, ARepeatedKeyIsAnErrorWhereverItStands)
+TEST_F(ScenarioTest, ARepeatedKeyIsAnErrorAtEveryLevel)
 {
     EXPECT_EQ(error_of("{\"format\": \"x\", \"format\": \"x\"}"), "my.json: /format: is repeated");
     EXPECT_EQ(error_of("{\"hosts\": [{}, {\"ip\": 1, \"ip\": 2}]}"),
               "my.json: /hosts/1/ip: is repeated");
 }
 
-TEST_F(ScenarioTest, FormatAndVersionHaveToFit)
+TEST_F(ScenarioTest, FormatAndVersionAreChecked)
 {
     EXPECT_EQ(error_of("{}"), "my.json: /format: is missing");
     EXPECT_EQ(error_with("/format", "shopping list"),
@@ -121,7 +121,7 @@ TEST_F(ScenarioTest, FormatAndVersionHaveToFit)
     EXPECT_EQ(error_without("", "version"), "my.json: /version: is missing");
 }
 
-TEST_F(ScenarioTest, KeysHaveToFit)
+TEST_F(ScenarioTest, KeysAreChecked)
 {
     EXPECT_EQ(error_with("/lan/subnet_msak", "255.255.255.0"),
               "my.json: /lan/subnet_msak: there is no such field; did you mean subnet_mask?");
@@ -139,7 +139,7 @@ struct WrongValue {
     const char *complaint;
 };
 
-TEST_F(ScenarioTest, ValuesHaveToFit)
+TEST_F(ScenarioTest, ValuesAreChecked)
 {
     const WrongValue wrong_values[] = {
         {"/identity/mac", 7, "is no text"},
@@ -209,7 +209,7 @@ TEST_F(ScenarioTest, ValuesHaveToFit)
     }
 }
 
-TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
+TEST_F(ScenarioTest, TheHomeHasToBeConsistent)
 {
     const WrongValue wrong_values[] = {
         {"/lan/subnet_mask", "255.0.255.0", "255.0.255.0 is not a LAN subnet mask"},
@@ -282,7 +282,7 @@ TEST_F(ScenarioTest, TheHomeHasToBeCoherent)
         {"/green_net/hosts/0/periods/1/days", "", "needs start, end and days"},
         {"/green_net/hosts/0/periods/1/end", "22:00", "ends when it starts"},
     };
-    // Where it is another field that does not hold.
+    // Cases in which a different field is invalid.
     const std::map<std::string, std::string> named_instead = {
         {"/wan/gateway", "/wan/connected"},
         {"/mesh/enabled", "/mesh/link_layer_up"},

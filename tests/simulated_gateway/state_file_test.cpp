@@ -11,7 +11,7 @@ class StateFileTest : public GatewayTest {
   protected:
     std::string state() const { return path("state.json"); }
 
-    // A state as the gateway writes it first, to be varied.
+    // A state as the gateway first writes it, for the test to change.
     nlohmann::json written_state()
     {
         write_state();
@@ -24,7 +24,7 @@ class StateFileTest : public GatewayTest {
     }
     std::string copy() const { return state() + ".good"; }
 
-    // What opening a state file with this text says about it.
+    // The error of opening a state file with this text, without the file's name.
     std::string complaint_about(const std::string &text)
     {
         write("state.json", text);
@@ -33,7 +33,7 @@ class StateFileTest : public GatewayTest {
         return error;
     }
 
-    // What opening a state file with this text says; the file has to stay as it is.
+    // The error of opening a state file with this text; the file has to stay unchanged.
     std::string error_of(const std::string &text)
     {
         const std::string error = complaint_about(text);
@@ -42,7 +42,7 @@ class StateFileTest : public GatewayTest {
     }
 };
 
-TEST_F(StateFileTest, IsMadeWhenItIsMissingAndHoldsEverything)
+TEST_F(StateFileTest, IsCreatedWhenMissingAndHoldsEverything)
 {
     const time_t before = time(nullptr);
     const nlohmann::json made = written_state();
@@ -58,7 +58,7 @@ TEST_F(StateFileTest, IsMadeWhenItIsMissingAndHoldsEverything)
     EXPECT_EQ(made.at("factory"), home);
 }
 
-TEST_F(StateFileTest, IsOfUseWithoutItsScenario)
+TEST_F(StateFileTest, IsUsableWithoutItsScenario)
 {
     nlohmann::json home = house();
     home["identity"]["device_type"] = "FROM-FILE";
@@ -82,7 +82,7 @@ TEST_F(StateFileTest, OfAnotherScenarioIsAnErrorThatNamesBoth)
     EXPECT_EQ(open({.scenario = "three_storey_house", .state_file = state()}), "");
 }
 
-TEST_F(StateFileTest, DamagedIsAnErrorAndStaysAsItIs)
+TEST_F(StateFileTest, DamagedIsAnErrorAndStaysUnchanged)
 {
     const std::string whole = written_state().dump();
     EXPECT_EQ(error_of(""), "state.json: is empty");
@@ -137,7 +137,7 @@ TEST_F(StateFileTest, WithAnotherChecksumItIsRefused)
         changed["checksum"] = checksum;
         EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
     }
-    // How it is laid out is not what it holds.
+    // The checksum covers the content, not the layout.
     EXPECT_EQ(complaint_about(nlohmann::ordered_json::parse(whole).dump(1)), "");
     EXPECT_TRUE(read(state()) == whole);
 }
@@ -167,7 +167,7 @@ TEST_F(StateFileTest, AFlippedBitIsRefusedOrChangesNothing)
     EXPECT_GT(refused, 150);
 }
 
-TEST_F(StateFileTest, TheCopyOfADamagedOneGoesOnWithTheLastChange)
+TEST_F(StateFileTest, TheCopyOfADamagedOneHasTheLastChange)
 {
     ASSERT_EQ(open({.state_file = state()}), "");
     simulated_gateway_power_cycle();
@@ -181,7 +181,7 @@ TEST_F(StateFileTest, TheCopyOfADamagedOneGoesOnWithTheLastChange)
     EXPECT_EQ(json_of(state()).at("boot_count"), 3);
 }
 
-TEST_F(StateFileTest, ACopyThatDoesNotHoldIsNotOffered)
+TEST_F(StateFileTest, AnInvalidCopyIsNotOffered)
 {
     write_state();
     const std::string whole = read(state());
@@ -228,7 +228,7 @@ TEST_F(StateFileTest, UptimeRunsBetweenProcessesAndAPowerCycleResetsIt)
     EXPECT_GT(json_of(state()).at("boot_time"), long_running.at("boot_time"));
 }
 
-TEST_F(StateFileTest, AClockThatWentBackIsNoNegativeUptime)
+TEST_F(StateFileTest, AClockThatWentBackGivesNoNegativeUptime)
 {
     nlohmann::json future = written_state();
     future["boot_time"] = INT64_MAX;
@@ -250,7 +250,7 @@ TEST_F(StateFileTest, IsSavedAfterEveryChangeAndNotOnlyOnClose)
 TEST_F(StateFileTest, AChangeThatCannotBeSavedDoesNotHappen)
 {
     ASSERT_EQ(open({.state_file = state(), .trace = path("trace")}), "");
-    // Nothing can be written where a folder has the name of the temporary file.
+    // The folder has the name of the temporary file, so nothing can be written.
     std::filesystem::create_directory(state() + ".tmp");
     simulated_gateway_power_cycle();
     EXPECT_EQ(lines(path("trace")).at(0).substr(3),
@@ -271,7 +271,7 @@ TEST_F(StateFileTest, AChangeWhoseCopyCannotBeSavedDoesNotHappen)
     EXPECT_EQ(read(state()), before);
 }
 
-TEST_F(StateFileTest, IsFoundWhereverTheHostGoes)
+TEST_F(StateFileTest, IsFoundAfterAChangeOfTheWorkingDirectory)
 {
     const std::filesystem::path start = std::filesystem::current_path();
     std::filesystem::current_path(path(""));
@@ -281,7 +281,7 @@ TEST_F(StateFileTest, IsFoundWhereverTheHostGoes)
     EXPECT_EQ(json_of(state()).at("boot_count"), 2);
 }
 
-TEST_F(StateFileTest, AFileSizeLimitIsNoReasonToEnd)
+TEST_F(StateFileTest, AFileSizeLimitDoesNotEndTheProcess)
 {
     ASSERT_EQ(open({.state_file = state(), .trace = path("trace")}), "");
     const auto power_cycle_with_little_space = [] {

@@ -8,7 +8,7 @@ using simulated_gateway::whole_characters;
 
 namespace {
 
-TEST(TextTest, APartOfALetterAtTheEndIsDropped)
+TEST(TextTest, APartialCharacterAtTheEndIsDropped)
 {
     const std::string letters[] = {"ü", "€", "🏠"};
     for (const std::string &letter : letters) {
@@ -21,7 +21,7 @@ TEST(TextTest, APartOfALetterAtTheEndIsDropped)
     }
 }
 
-TEST(TextTest, WhateverElseIsNoUtf8Stays)
+TEST(TextTest, OtherInvalidUtf8Stays)
 {
     for (const char *text : {"", "a", "\xff", "a\x80", "\x80\x80\x80", "\x80\x80\x80\x80\x80",
                              "\xc3\xbc\xbc", "\xe2\x41", "\xc3\x28"}) {
@@ -29,7 +29,7 @@ TEST(TextTest, WhateverElseIsNoUtf8Stays)
     }
 }
 
-TEST(TextTest, APrintableTextShowsWhatIsNotSeen)
+TEST(TextTest, APrintableTextShowsInvisibleCharacters)
 {
     EXPECT_EQ(printable("a\n\x1b\u009b\xff\u00e4"), "a\\n\\x1b\\xc2\\x9b\\xff\u00e4");
     EXPECT_EQ(printable("a\u202eb\u200bc\ufeff"),

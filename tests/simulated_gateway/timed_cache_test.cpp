@@ -8,7 +8,7 @@ using simulated_gateway::TimedCache;
 
 class TimedCacheTest : public testing::Test {
   protected:
-    // The value at a time, which is made anew each time that it is made.
+    // The value at a time; each computation returns a new one.
     int at(TimedCache<int> &value, int64_t time)
     {
         return value.at(time, [&] { return ++made_; });
@@ -18,7 +18,7 @@ class TimedCacheTest : public testing::Test {
     int made_ = 0;
 };
 
-TEST_F(TimedCacheTest, IsMadeOnceForATime)
+TEST_F(TimedCacheTest, IsComputedOnceForATime)
 {
     TimedCache<int> value;
     EXPECT_EQ(at(value, 0), 1);
@@ -28,7 +28,7 @@ TEST_F(TimedCacheTest, IsMadeOnceForATime)
     EXPECT_EQ(at(value, 0), 3);
 }
 
-TEST_F(TimedCacheTest, ACopyHasForgottenIt)
+TEST_F(TimedCacheTest, ACopyStartsEmpty)
 {
     TimedCache<int> value;
     EXPECT_EQ(at(value, 0), 1);

@@ -16,7 +16,7 @@ class UplinkWifiTest : public GatewayTest {
                        {.scenario = write("home.json", home.dump()), .trace = path("trace")});
     }
 
-    // As a scan reports the inn's network, and with its key.
+    // The inn's network as a scan reports it, with its key.
     static UplinkWifiInfo inn()
     {
         UplinkWifiInfo info = {};
@@ -82,7 +82,7 @@ TEST_F(UplinkWifiTest, AnOpenNetworkNeedsNoKey)
     EXPECT_EQ(connected(), Networks({"Gasthof Krone Gäste 2.4GHz"}));
 }
 
-TEST_F(UplinkWifiTest, AnyOtherFailsAndChangesNothing)
+TEST_F(UplinkWifiTest, AnyOtherNetworkIsRefusedAndChangesNothing)
 {
     EXPECT_EQ(join(inn()), 0);
     const std::string before = read(path("state"));
@@ -107,7 +107,7 @@ TEST_F(UplinkWifiTest, AnyOtherFailsAndChangesNothing)
     EXPECT_EQ(connected(), Networks({"Gasthof Krone 5GHz"}));
 }
 
-TEST_F(UplinkWifiTest, NobodyJoinsANetworkWithoutAKnownKey)
+TEST_F(UplinkWifiTest, ANetworkWithoutAKnownKeyCannotBeJoined)
 {
     nlohmann::json home = house();
     home["neighbours"][5].erase("password");
@@ -119,7 +119,7 @@ TEST_F(UplinkWifiTest, NobodyJoinsANetworkWithoutAKnownKey)
     EXPECT_EQ(reason(), "PWD is not the key of the network");
 }
 
-TEST_F(UplinkWifiTest, OnlyANetworkInReachIsJoined)
+TEST_F(UplinkWifiTest, OnlyANetworkInRangeIsJoined)
 {
     nlohmann::json home = house();
     home["neighbours"][5]["signal_dbm"] = -95;
@@ -132,7 +132,7 @@ TEST_F(UplinkWifiTest, OnlyANetworkInReachIsJoined)
     EXPECT_EQ(reason(), "there is no network \"Gasthof Krone\" in reach on \"5GHz\"");
 }
 
-TEST_F(UplinkWifiTest, AmongSeveralOfTheNameItIsTheStrongest)
+TEST_F(UplinkWifiTest, OfSeveralWithTheNameTheStrongestIsJoined)
 {
     nlohmann::json home = house();
     nlohmann::json stronger = home["neighbours"][5];
@@ -146,7 +146,7 @@ TEST_F(UplinkWifiTest, AmongSeveralOfTheNameItIsTheStrongest)
     EXPECT_EQ(join(info), 0);
 }
 
-TEST_F(UplinkWifiTest, AnotherClientOfTheRepeaterIsLeftAlone)
+TEST_F(UplinkWifiTest, AnotherClientOfTheRepeaterIsUnchanged)
 {
     nlohmann::json home = house();
     home["repeater"]["used_by_another"] = true;

@@ -1,9 +1,9 @@
-// What the gateway refuses of WAN connections.
+// Settings of WAN connections that the gateway refuses.
 #include "wan_fixture.h"
 
 namespace {
 
-TEST_F(WanTest, ANameThatThereIsNotIsRefused)
+TEST_F(WanTest, AnUnknownNameIsRefused)
 {
     for (const char *name : {"", "internet", "Internet ", "NULL", "5"}) {
         EXPECT_EQ(set_wan({{"VLANID", "9"}}, name), -1);
@@ -14,12 +14,12 @@ TEST_F(WanTest, ANameThatThereIsNotIsRefused)
         EXPECT_STREQ(info.INDEX, "");
     }
     WanInfo info = {};
-    fill_to_the_brim(info.WANName, 'I');
+    fill_completely(info.WANName, 'I');
     EXPECT_EQ(devapi_query_wan_info(&info), -1);
     EXPECT_EQ(devapi_set_route_wan_info(&info), -1);
 }
 
-TEST_F(WanTest, AValueThatIsNoneIsRefusedAndChangesNothing)
+TEST_F(WanTest, AnInvalidValueIsRefusedAndChangesNothing)
 {
     const struct {
         const char *wan;
@@ -142,19 +142,19 @@ TEST_F(WanTest, AValueThatIsNoneIsRefusedAndChangesNothing)
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(WanTest, EveryFieldIsReadNoFurtherThanItsWidth)
+TEST_F(WanTest, EveryFieldIsReadWithinItsWidth)
 {
     const std::string before = read(path("state"));
     for (const auto &[field, member] : members()) {
         WanInfo info = {};
         set(info.WANName, "Voice");
-        fill_to_the_brim(info.*member, '1');
+        fill_completely(info.*member, '1');
         EXPECT_EQ(devapi_set_route_wan_info(&info), -1) << field;
     }
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(WanTest, AnAccountThatWasCutWithinALetterLosesThePart)
+TEST_F(WanTest, AnAccountCutWithinACharacterDropsThePartialCharacter)
 {
     EXPECT_EQ(set_wan({{"PPPOE_USR_NAME", std::string(62, 'a') + "ü"}}), 0);
     EXPECT_EQ(wan("Internet").PPPOE_USR_NAME, std::string(62, 'a'));

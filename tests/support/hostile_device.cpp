@@ -1,6 +1,6 @@
-// A device library that is no simulated gateway and has no manners: it fills text fields to the
-// last byte, hands over what is no UTF-8, reports progress that cannot be, and can be power-cycled
-// but not opened. It says why it refuses UPnP, and wants a command run for it.
+// A hostile device library that is not the simulated gateway: it fills text fields completely,
+// without a NUL, passes bytes that are not UTF-8, reports impossible progress, and can be
+// power-cycled but not opened. It logs why it refuses UPnP, and asks the host to run a command.
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/host_agent.h"
@@ -13,7 +13,8 @@
 int32_t devapi_get_sn_info(SnInfo *info)
 {
     memset(info->MAC, 'M', sizeof(info->MAC));
-    memcpy(info->tslinkstatus, "\xd6\"\xff", 3); // no text in any encoding around a quote
+    memcpy(info->tslinkstatus, "\xd6\"\xff",
+           3); // a quote between bytes that are invalid in every encoding
     memset(info->DeviceType, 'D', sizeof(info->DeviceType));
     return 0;
 }
@@ -48,14 +49,14 @@ int32_t devapi_get_ad_base_info(AdBaseInfo *info)
         memcpy(info->Mac, "\n\x1b[31m", 7);
         return 0;
     default:
-        return 1000; // there is no such device, which is no failure
+        return 1000; // there is no such device, which is not a failure
     }
 }
 
 int32_t devapi_get_upnp_state(UpnpState *)
 {
-    ts_mod_log_printf("brim", 3, "no daemon\x1b, Password:%s\n", "hidden");
-    ts_mod_log_printf("brim", 7, "trace");
+    ts_mod_log_printf("test", 3, "no daemon\x1b, Password:%s\n", "hidden");
+    ts_mod_log_printf("test", 7, "trace");
     return std::system("upnpc --state");
 }
 
