@@ -94,7 +94,7 @@ TEST_F(FirmwareUpdateTest, ItsEndIsToldToTheHost)
                   "failed: fault", "failed: no image was downloaded",
                   "failed: the server answers with HTTP status 404", "failed: an argument is null",
                   "V3.2.0", "V3.2.0",
-                  "failed: the address does not hold: its scheme is none of http, https, file"}));
+                  "failed: the address is invalid: its scheme is none of http, https, file"}));
 }
 
 TEST_F(FirmwareUpdateTest, TheSlotsTakeTurns)
