@@ -1,4 +1,4 @@
-"""Holds the descriptions of the events against their schema and each example against its own description."""
+"""Checks the descriptions of the events against their schema, and each example against its description."""
 
 import json
 import sys
