@@ -68,7 +68,7 @@ TEST(ReplyPrinter, PrintsRepliesOfAnyLengthOneAfterTheOther)
     }
 }
 
-TEST(ReplyPrinter, PrintsTheSameTextAsCJson)
+TEST(ReplyPrinter, PrintsTheSameTextAsPrint)
 {
     agent::ReplyPrinter printer;
     const Json reply = reply_in_gbk();
@@ -78,7 +78,7 @@ TEST(ReplyPrinter, PrintsTheSameTextAsCJson)
     }
 }
 
-TEST(ReplyPrinter, WipesItsBufferBeforeFreeingIt)
+TEST(ReplyPrinter, WipesTheTextThatItForgets)
 {
     agent::ReplyPrinter printer;
     const Json secret(cJSON_CreateString("secret"));
