@@ -1,4 +1,4 @@
-// What the quick look at a line takes for JSON, and that a parser takes it for that, too.
+// The fast check whether a line is JSON, which must accept nothing that a parser refuses.
 #include "protocol/plain_json.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ constexpr std::string_view kRequest =
     R"({"id": 1, "command": "SET", "params": {"a":"\"\\\/\b\f\n\r\t", "b":[-10.5,0,true,)"
     "false,null,[],{}]}, \"\u4e2d\":\"\U0001F600\x7f\"}\t\r\n";
 
-// As a parser says, but for NULs: it takes one behind the value for the text's end.
+// The parser's result, except for NULs: it takes one after the value as the end of the text.
 bool is_json_without_nul(const std::string &text)
 {
     bool has_nul = false;
@@ -27,7 +27,7 @@ bool is_json_without_nul(const std::string &text)
     return is_json && !has_nul && text.find('\0') == std::string::npos;
 }
 
-TEST(PlainJson, IsSureOfWhatClientsSend)
+TEST(PlainJson, AcceptsWhatClientsSend)
 {
     for (const std::string_view text :
          {kRequest, std::string_view("{}"), std::string_view(" [ ] "), std::string_view("0"),
@@ -37,7 +37,7 @@ TEST(PlainJson, IsSureOfWhatClientsSend)
     }
 }
 
-TEST(PlainJson, LeavesWhatIsInDoubtToAParser)
+TEST(PlainJson, LeavesDoubtfulCasesToAParser)
 {
     const std::string number(63, '1');
     EXPECT_TRUE(is_plain_json(number));
@@ -49,7 +49,7 @@ TEST(PlainJson, LeavesWhatIsInDoubtToAParser)
     EXPECT_FALSE(is_plain_json(std::string(1000000, '[')));
 }
 
-TEST(PlainJson, RefusesWhatIsNone)
+TEST(PlainJson, RefusesInvalidJson)
 {
     using namespace std::string_view_literals;
     for (const std::string_view text : {""sv,
@@ -100,8 +100,8 @@ TEST(PlainJson, RefusesWhatIsNone)
     }
 }
 
-// Each byte of a request is left out, and replaced by every other.
-TEST(PlainJson, IsSureOfNothingThatAParserRefuses)
+// Each byte of a request is removed, and replaced by every other.
+TEST(PlainJson, AcceptsNothingThatAParserRefuses)
 {
     const std::string request(kRequest);
     EXPECT_TRUE(is_json_without_nul(request));

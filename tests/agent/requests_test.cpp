@@ -34,7 +34,7 @@ TEST(Print, ConvertsEachTextAndKeyToUtf8)
               "\"list\":[\"\u8b00 \ufffd\\n\",{\"inner\":\"\u4e2d\",\"number\":1}]}");
 }
 
-TEST(Print, LeavesTheItemAsItIs)
+TEST(Print, LeavesTheItemUnchanged)
 {
     const Json reply = reply_in_gbk();
     const std::string before = print(reply.get(), {.raw_bytes = true});
@@ -68,7 +68,7 @@ TEST(ReplyPrinter, PrintsRepliesOfAnyLengthOneAfterTheOther)
     }
 }
 
-TEST(ReplyPrinter, PrintsTheSameTextAsOthersDo)
+TEST(ReplyPrinter, PrintsTheSameTextAsPrint)
 {
     agent::ReplyPrinter printer;
     const Json reply = reply_in_gbk();
@@ -78,7 +78,7 @@ TEST(ReplyPrinter, PrintsTheSameTextAsOthersDo)
     }
 }
 
-TEST(ReplyPrinter, WipesWhatItForgets)
+TEST(ReplyPrinter, WipesTheTextThatItForgets)
 {
     agent::ReplyPrinter printer;
     const Json secret(cJSON_CreateString("secret"));
@@ -88,8 +88,8 @@ TEST(ReplyPrinter, WipesWhatItForgets)
     EXPECT_EQ(text, std::string(text.size(), '\0'));
 }
 
-// No tree of the plug-in's is such; cJSON prints nothing of it, however much room there is.
-TEST(ReplyPrinter, TakesWhatCannotBePrintedForLackOfMemory)
+// The plug-in never builds such a tree; cJSON prints none of it, regardless of the buffer's size.
+TEST(ReplyPrinter, TreatsAnUnprintableTreeAsLackOfMemory)
 {
     agent::ReplyPrinter printer;
     cJSON nothing = {};

@@ -99,7 +99,7 @@ TEST(ReplyOutput, WritesPiecesOfAnyNumberAndLength)
     const agent::StopSignals stop;
     Pipe pipe;
     const std::string page(4096, 'p');
-    std::string more; // no part of which is like another
+    std::string more; // without repetition
     for (int count = 0; count < 1500; ++count) {
         more += std::to_string(count) + " ";
     }
@@ -108,7 +108,7 @@ TEST(ReplyOutput, WritesPiecesOfAnyNumberAndLength)
     EXPECT_EQ(pipe.content(), page + more + "123456789\n");
 }
 
-TEST(ReplyOutput, WritesNothingBehindALineThatIsCutOff)
+TEST(ReplyOutput, WritesNothingAfterATruncatedLine)
 {
     const agent::StopSignals stop;
     Pipe pipe;
@@ -149,7 +149,7 @@ TEST(StopSignals, WakeEveryThread)
     EXPECT_EQ(stop.arrived(), SIGTERM);
 }
 
-// Standard input as a pipe for as long as this lives.
+// Guard: redirects standard input to a pipe.
 class InputPipe {
   public:
     InputPipe() : before_(dup(STDIN_FILENO))
@@ -177,7 +177,7 @@ class InputPipe {
     int ends_[2] = {-1, -1};
 };
 
-TEST(LineReader, ComesBackWhenNoLineHasCome)
+TEST(LineReader, ReturnsWhenNoLineHasArrived)
 {
     using Result = agent::LineReader::Result;
     constexpr std::chrono::milliseconds kShort(1);
@@ -193,7 +193,7 @@ TEST(LineReader, ComesBackWhenNoLineHasCome)
     EXPECT_EQ(reader.next(line, kShort), Result::kLine);
     EXPECT_EQ(line, "abcde");
     EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
-    input.send("678"); // and is too long from here on, also when what was read has been dropped
+    input.send("678"); // too long from here on, even after the read part was dropped
     EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
     input.send("9\nnext\n");
     EXPECT_EQ(reader.next(line, kShort), Result::kTooLong);

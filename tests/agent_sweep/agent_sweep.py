@@ -72,45 +72,45 @@ class Sweep:
 
     def judge(self, case, result, allowed, all_answered):
         """Counts and prints what is wrong with a run."""
-        complaints = []
+        problems = []
         output, error = result.stdout.decode(), result.stderr.decode(errors="replace")
         if result.returncode not in allowed:
-            complaints.append(f"ended with {result.returncode}")
+            problems.append(f"ended with {result.returncode}")
         if result.returncode != 0 and not error:
-            complaints.append("ended without an error message")
+            problems.append("ended without an error message")
         if "terminate called" in error:
-            complaints.append("an exception was not caught")
+            problems.append("an exception was not caught")
         lines = output.split("\n")
         # Where the output itself has failed, the reader has lost the rest as well.
         if lines.pop() and result.returncode != 5:
-            complaints.append("the last line is incomplete")
+            problems.append("the last line is incomplete")
         answers = {}
         count = 0
         for line in lines:
             try:
                 answer = json.loads(line)
             except ValueError:
-                complaints.append(f"not JSON: {line[:200]}")
+                problems.append(f"not JSON: {line[:200]}")
                 continue
             if "id" in answer:
                 count += 1
                 answers[answer["id"]] = answer
         if result.returncode == 0 and count != ANSWERS:
-            complaints.append(f"{count} answers to {ANSWERS} lines")
+            problems.append(f"{count} answers to {ANSWERS} lines")
         if all_answered and result.returncode == 0:
             failed = sum("error" in answers.get(request["id"], {"error": ""}) for request in REQUESTS)
             if failed > 1:
-                complaints.append(f"{failed} requests without an answer for one failure")
+                problems.append(f"{failed} requests without an answer for one failure")
         acknowledged = answers.get(2, {}).get("reply", {}).get("Status") == "0"
         try:
             kept = NAME in self.run_plain(self.state, "GET_AD_BASE_INFO")
             if acknowledged and not kept:
-                complaints.append("an acknowledged setting is lost")
+                problems.append("an acknowledged setting is lost")
         except subprocess.CalledProcessError:
-            complaints.append("the state file no longer loads")
-        if complaints:
+            problems.append("the state file no longer loads")
+        if problems:
             self.faults += 1
-            print(f"--only {case}: {'; '.join(complaints)}\n{error[-600:]}")
+            print(f"--only {case}: {'; '.join(problems)}\n{error[-600:]}")
 
 
 def sweep_memory(sweep, options):

@@ -63,7 +63,7 @@ def main():
                 faults.append(f'{file}: "{included}" is in none of the known folders')
             elif target != folder and (folder, target) not in allowed:
                 faults.append(f'{file}: {folder} may not include "{included}" of {target}')
-    faults += [f"{folder} does not include {target} any more: take it out of {sys.argv[0]}"
+    faults += [f"{folder} no longer includes {target}: remove the entry from {sys.argv[0]}"
                for folder, target in sorted(allowed - used)]
     order = graphlib.TopologicalSorter()
     for folder, target in allowed:
@@ -71,7 +71,7 @@ def main():
     try:
         order.prepare()
     except graphlib.CycleError as error:
-        faults.append("the list goes round: " + " -> ".join(reversed(error.args[1])))
+        faults.append("the list has a cycle: " + " -> ".join(reversed(error.args[1])))
     print(*faults, sep="\n", end="\n" if faults else "")
     return 1 if faults else 0
 

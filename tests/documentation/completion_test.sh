@@ -42,7 +42,7 @@ expect 'call behind options' GET_SN_INFO \
 
 expect 'call over a socket' GET_SN_INFO "$(completed call --socket call GET_SN_)"
 
-# All keys of requests that can be texts; no list, no object, and none that is not read.
+# All keys of requests that may be strings; no lists, no objects, and no ignored keys.
 for command in SET_UPNP_STATE SET_AD_BASE_INFO SET_WIFI_INFO_LIST GET_SN_INFO; do
     expect "keys of $command" "$(completed call "$command" '' | sed '/^$/d')" "$(sed -n \
         '/"request": \[/,/^    \]/ { /"type": "\(array\|object\)"\|not read/d; s/^        {"key": "\([^"]*\)".*/\1=/p }' \

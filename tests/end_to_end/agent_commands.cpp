@@ -42,7 +42,7 @@ void record_line(const std::string &line, const std::string &answer)
     const JsonItem asked = parse(line);
     const cJSON *params = cJSON_GetObjectItem(asked.get(), "params");
     const cJSON *command = cJSON_GetObjectItem(asked.get(), "command");
-    if (command != nullptr) { // else it is a report, or a hello
+    if (command != nullptr) { // otherwise it is a report or a hello
         record_traffic(cJSON_GetStringValue(command), params != nullptr ? print(params) : "{}",
                        print(reply));
     }

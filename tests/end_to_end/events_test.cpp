@@ -1,4 +1,4 @@
-// hgagent serve --events: what happens by itself, and what a reboot keeps back.
+// hgagent serve --events: events, and requests during a reboot.
 #include "agent_commands.h"
 #include "firmware_test.h"
 
@@ -43,7 +43,7 @@ std::string of_worker(const std::string &event, const std::string &worker)
     return R"({"event":"background.)" + event + R"(","data":{"worker":")" + worker + R"("}})";
 }
 
-// Reads on until a line begins so; all lines until then.
+// Reads until a line begins with the text. Result: all lines up to it.
 std::vector<std::string> read_until(AgentProcess &agent, const std::string &beginning)
 {
     std::vector<std::string> lines;
@@ -53,7 +53,7 @@ std::vector<std::string> read_until(AgentProcess &agent, const std::string &begi
     return lines;
 }
 
-TEST(Events, TakeThePlaceOfNotices)
+TEST(Events, ReplaceNotices)
 {
     const std::string raise =
         R"({"id":1,"notice":{"plugin_name":"parental_control","text":"A new phone"}})";
@@ -67,7 +67,7 @@ TEST(Events, TakeThePlaceOfNotices)
     EXPECT_THAT(without[0], StartsWith(R"({"notice":{"RPCMethod":"Push",)"));
 }
 
-TEST(Events, HaveAnObjectForWhateverIsPushed)
+TEST(Events, HaveAnObjectForEveryPush)
 {
     AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve", "--events"});
     agent.send(R"({"command":"NOTICE","params":{"text":"no \"JSON\""}})"
@@ -75,11 +75,11 @@ TEST(Events, HaveAnObjectForWhateverIsPushed)
     EXPECT_EQ(agent.read_line(), R"({"event":"notice","data":{"value":"no \"JSON\""}})");
 }
 
-TEST(Events, TakeThePlaceOfProgress)
+TEST(Events, ReplaceProgress)
 {
     EXPECT_THAT(
         serve_events(R"({"id":1,"command":"HG_IMAGE_DOWNLOAD","params":{"UpdateUrl":"x"}})",
-                     {"--device", BRIM_DEVICE}),
+                     {"--device", HOSTILE_DEVICE}),
         ElementsAre(
             R"({"event":"update.progress","data":{"task":"image\n\u001b[31m","percent":0}})",
             R"({"event":"update.progress","data":{"task":"","percent":50}})",
@@ -90,7 +90,7 @@ TEST(Events, TakeThePlaceOfProgress)
 
 // ---- Workers ------------------------------------------------------------------------------------
 
-// A worker that is at work until the test releases it, and an agent that serves with it.
+// A worker that runs until the test releases it, and an agent that serves with it.
 class WorkerEvents : public testing::Test {
   protected:
     WorkerEvents() : pipe_(test_file("pipe"))
@@ -110,7 +110,7 @@ class WorkerEvents : public testing::Test {
     int writer_ = -1;
 };
 
-TEST_F(WorkerEvents, TellOfTheStartBeforeTheAnswer)
+TEST_F(WorkerEvents, ReportTheStartBeforeTheAnswer)
 {
     EXPECT_EQ(agent_.read_line(), of_worker("started", "wifi-batch"));
     EXPECT_THAT(agent_.read_line(), StartsWith(R"({"id":1,"result":0,)"));
@@ -119,7 +119,7 @@ TEST_F(WorkerEvents, TellOfTheStartBeforeTheAnswer)
     release();
 }
 
-TEST_F(WorkerEvents, TellOfTheEndThoughNoLineComes)
+TEST_F(WorkerEvents, ReportTheEndWithoutFurtherInput)
 {
     read_until(agent_, R"({"id":1)");
     release();
@@ -127,7 +127,7 @@ TEST_F(WorkerEvents, TellOfTheEndThoughNoLineComes)
     EXPECT_THAT(agent_.finish().output, IsEmpty());
 }
 
-TEST_F(WorkerEvents, TellOfTheEndBehindTheInput)
+TEST_F(WorkerEvents, ReportTheEndAfterTheEndOfInput)
 {
     read_until(agent_, R"({"id":1)");
     agent_.close_input();
@@ -148,7 +148,7 @@ class UpdateEvents : public FirmwareTest {
                    .dump() +
                "\n";
     }
-    // All lines of an agent that runs the update to its end.
+    // All lines of an agent that runs the complete update.
     std::vector<std::string> update(const std::string &from,
                                     const std::vector<std::string> &options = {}) const
     {
@@ -163,7 +163,7 @@ std::string failed(const std::string &reason)
     return R"({"event":"update.failed","data":{"reason":")" + reason + R"("}})";
 }
 
-TEST_F(UpdateEvents, TellWhyAnUpdateFailed)
+TEST_F(UpdateEvents, ReportWhyAnUpdateFailed)
 {
     serve_broken_image("broken.image");
     EXPECT_THAT(update(address("missing.image")),
@@ -182,7 +182,7 @@ TEST_F(UpdateEvents, TellWhyAnUpdateFailed)
     expect_version(kOldVersion);
 }
 
-TEST_F(UpdateEvents, TellOfEachStepOfOneThatSucceeds)
+TEST_F(UpdateEvents, ReportEachStepOfASuccessfulUpdate)
 {
     AgentProcess agent({"--state", state_, "serve", "--events"});
     agent.send(download(address("hold/new.image")));
@@ -201,7 +201,7 @@ TEST_F(UpdateEvents, TellOfEachStepOfOneThatSucceeds)
     expect_version(kNewVersion);
 }
 
-TEST_F(UpdateEvents, TellOfTheStepsThatCommandsWaitFor)
+TEST_F(UpdateEvents, ReportTheStepsThatCommandsWaitFor)
 {
     const std::string url = Json{{"UpdateUrl", address("new.image")}}.dump();
     std::vector<std::string> lines = serve_events(
@@ -219,7 +219,7 @@ TEST_F(UpdateEvents, TellOfTheStepsThatCommandsWaitFor)
                                    StartsWith(R"({"id":3,)")));
 }
 
-TEST_F(UpdateEvents, AreThoseOfAnUpgradeThatAReportStarts)
+TEST_F(UpdateEvents, AreTheSameForAnUpgradeThatAReportStarts)
 {
     const auto upgrade = [](const std::string &url) {
         return R"({"id":1,"report":"image-upgrade","params":{"url":")" + url + "\"}}\n";
@@ -240,7 +240,7 @@ TEST_F(UpdateEvents, AreThoseOfAnUpgradeThatAReportStarts)
 
 // ---- Reboots ------------------------------------------------------------------------------------
 
-TEST(Reboot, IsToldOfWithItsEnd)
+TEST(Reboot, IsReportedWithItsEnd)
 {
     EXPECT_THAT(serve_events(std::string(kReboot) + "\n" + kQuery),
                 ElementsAre(kBegun, kEnded, kRebooted, StartsWith(R"({"id":2,"result":0,)")));
@@ -273,7 +273,7 @@ TEST(Reboot, KeepsRequestsFromThePlugin)
                             StartsWith(R"({"id":3,)"), HasSubstr("bad-request")));
 }
 
-TEST(Reboot, EndsAfterItsTimeThoughNoLineComes)
+TEST(Reboot, EndsAfterItsTimeWithoutFurtherInput)
 {
     AgentProcess agent({"--reboot-seconds", "1", "serve", "--events"});
     agent.send(std::string(kReboot) + "\n");
@@ -283,7 +283,7 @@ TEST(Reboot, EndsAfterItsTimeThoughNoLineComes)
     EXPECT_THAT(ask(agent, kQuery), StartsWith(R"({"id":2,"result":0,)"));
 }
 
-TEST(Reboot, EndsForThoseWhoAskAgain)
+TEST(Reboot, EndsForRepeatedRequests)
 {
     AgentProcess agent({"--reboot-seconds", "1", "serve"});
     EXPECT_EQ(ask(agent, kReboot), kRebooted);
@@ -301,7 +301,7 @@ TEST_F(RebootOfAStandingClock, TakesNoTime)
                 ElementsAre(kBegun, kEnded, kRebooted, StartsWith(R"({"id":2,"result":0,)")));
 }
 
-TEST_F(UpdateEvents, TellOfTheRebootIntoNewFirmware)
+TEST_F(UpdateEvents, ReportTheRebootIntoNewFirmware)
 {
     unsetenv("SIMULATED_GATEWAY_TIME");
     AgentProcess agent({"--state", state_, "--reboot-seconds", "3600", "serve", "--events"});
@@ -312,12 +312,12 @@ TEST_F(UpdateEvents, TellOfTheRebootIntoNewFirmware)
     EXPECT_EQ(read_until(agent, R"({"id":2,)").back(), kRefused);
 }
 
-TEST(Reboot, TakesASensibleTime)
+TEST(Reboot, HasALimitedDuration)
 {
     for (const std::string seconds : {"-1", "x", "86401", ""}) {
         EXPECT_EQ(run_agent({"--reboot-seconds", seconds, "serve"}).exit_status, 2) << seconds;
     }
-    // Another device library takes its own time.
+    // Another device library decides on its duration itself.
     EXPECT_EQ(run_agent({"--device", MINIMAL_DEVICE, "--reboot-seconds", "9", "serve", "--events"})
                   .exit_status,
               0);

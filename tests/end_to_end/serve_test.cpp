@@ -180,7 +180,7 @@ TEST(Serve, SaysWhatIsWrongWithARequest)
     EXPECT_EQ(lines_of(serve(input).output), answers);
 }
 
-TEST(Serve, TellsItsVersions)
+TEST(Serve, ReportsItsVersions)
 {
     EXPECT_EQ(
         serve(R"({"id":1,"hello":{}})").output,
@@ -188,7 +188,7 @@ TEST(Serve, TellsItsVersions)
         "\"}}\n");
 }
 
-TEST(Serve, TakesACommandForACommandWhateverElseItHas)
+TEST(Serve, TreatsALineWithACommandAsACommand)
 {
     EXPECT_EQ(serve(R"({"hello":{},"report":"home-page","notice":{},"id":"last",)"
                     R"("command":"GET_SN_INFO"})")
@@ -196,7 +196,7 @@ TEST(Serve, TakesACommandForACommandWhateverElseItHas)
               std::string(kAnswer) + "\n");
 }
 
-TEST(Serve, LeavesTheParamsOfAnUnknownCommand)
+TEST(Serve, ReturnsTheParamsOfAnUnknownCommandUnchanged)
 {
     for (const std::string name :
          {"", " ", "GET_SN_INFO ", "get_sn_info", "NO_SUCH", "\\u0001", "\u4e2d"}) {

@@ -1,4 +1,4 @@
-// The subcommands that ask a running service, with hgagent serve or the test itself in its place.
+// The subcommands that query a running service, which is hgagent serve or the test itself.
 #include "gateway_test.h"
 #include "standing_clock.h"
 
@@ -28,7 +28,7 @@ int checked(int result, const char *what)
     return result;
 }
 
-// Listens where a service would, and takes one client at a time.
+// Listens as a service does, and serves one client at a time.
 class StandIn {
   public:
     StandIn() : path_(test_file("service.sock"))
@@ -64,7 +64,7 @@ class StandIn {
         }
     }
 
-    // Runs "hgagent [options] serve --events" for the client, to its end.
+    // Runs "hgagent [options] serve --events" for the client until it ends.
     void serve(const std::vector<std::string> &options)
     {
         accept_client();
@@ -87,7 +87,7 @@ class StandIn {
         EXPECT_EQ(status, 0);
     }
 
-    // The next line of the client; empty when it has gone.
+    // The next line of the client; empty when it has disconnected.
     std::string read_line()
     {
         std::string line;
@@ -115,7 +115,7 @@ class Socket : public GatewayTest {
         words.insert(words.begin() + 1, {"--socket", service_.path()});
         return words;
     }
-    // The same subcommand of a service with this test's gateway, and of this gateway itself.
+    // Runs the subcommand through a service with this test's gateway, and directly on the gateway.
     AgentResult ask_service(const std::vector<std::string> &words)
     {
         AgentProcess client(with_socket(words));
@@ -128,7 +128,7 @@ class Socket : public GatewayTest {
         all.insert(all.end(), words.begin(), words.end());
         return run_agent(all);
     }
-    // What the subcommand makes of these lines, one for each of its requests.
+    // The result of the subcommand for these answers, one for each of its requests.
     AgentResult answered(const std::vector<std::string> &words,
                          const std::vector<std::string> &answers)
     {
@@ -147,7 +147,7 @@ class Socket : public GatewayTest {
     std::vector<std::string> requests_;
 };
 
-TEST_F(Socket, GivesWhatTheGatewayItselfGives)
+TEST_F(Socket, GivesTheSameResultAsTheGateway)
 {
     const StandingClock clock; // of the plug-in, too
     const std::vector<std::vector<std::string>> all = {
@@ -179,7 +179,7 @@ TEST_F(Socket, KeepsTheOrderOfARequest)
     EXPECT_EQ(requests_.front(), R"({"id":1,"command":"X","params":{"b":"1","a":"2","b":"3"}})");
 }
 
-TEST_F(Socket, PrintsTheNoticeThatItRaised)
+TEST_F(Socket, PrintsTheNoticeThatItTriggered)
 {
     const AgentResult result =
         answered({"notice", "--plugin-name", "x", "hello"},
@@ -235,7 +235,7 @@ TEST_F(Socket, SaysThatTheServiceHasGone)
     EXPECT_THAT(none.error, StartsWith("hgagent: cannot reach the service at unix:"));
 }
 
-TEST_F(Socket, MakesNoSenseOfAGatewayThatTellsNothing)
+TEST_F(Socket, ReportsAGatewayThatReturnsNoData)
 {
     for (const char *answer :
          {R"({"id":1,"result":0,"reply":{}})", R"({"id":1,"result":0})", R"({"id":1})",

@@ -51,7 +51,7 @@ def example_faults():
                   for reply in described["replies"]
                   if reply["outcome"] == "success" or file.stem in NO_SUCCESS_WITHOUT]
         if all(faults):
-            yield f"{file.name}: the example is no described success: {'; '.join(faults)}"
+            yield f"{file.name}: the example is not a described success: {'; '.join(faults)}"
 
 
 def reply_keys(descriptions, command, list_key=None):
@@ -75,7 +75,7 @@ def relation_faults():
             if place and place["key"] not in reply_keys(descriptions, place["command"], place.get("list")):
                 yield f"{name}: {key['key']} is not found in {place['command']}"
             if place and descriptions[place["command"]]["effect"] != "none":
-                yield f"{name}: {place['command']} does more than tell"
+                yield f"{name}: {place['command']} does more than report"
         back = description.get("read_back")
         if back:
             told = reply_keys(descriptions, back["command"], back.get("list"))
@@ -89,11 +89,11 @@ def read_back_faults(description, back, told):
     read = {key: told[renamed.get(key, key)] for key in request
             if renamed.get(key, key) in told and key not in {*given, *without}}
     if not read:
-        yield f"{back['command']} tells none of the keys"
+        yield f"{back['command']} reports none of the keys"
     for key in {*renamed, *given, *without, *changed} - set(request):
-        yield f"{key} is no key of the request"
+        yield f"{key} is not a key of the request"
     for key in {*renamed, *changed} - set(read):
-        yield f"{back['command']} does not tell {key}"
+        yield f"{back['command']} does not report {key}"
     for key in without:
         if request.get(key, {}).get("required"):
             yield f"{key} cannot be left out"
@@ -102,7 +102,7 @@ def read_back_faults(description, back, told):
     for key, place in read.items():
         wanted = {inner["key"] for inner in request[key].get("items", []) if inner["required"]}
         for inner in wanted - {inner["key"] for inner in place.get("items", [])}:
-            yield f"{back['command']} does not tell {inner} of {key}"
+            yield f"{back['command']} does not report {inner} of {key}"
 
 
 def field_faults(interface, described):
@@ -125,7 +125,7 @@ def key_faults(interface, calls, key, in_request):
     if "field" in key:
         owner = interface.owner(key["field"])
         if owner is None or key["field"] not in reached(interface, calls, in_request):
-            yield f"{key['key']} does not travel by {key['field']}"
+            yield f"{key['key']} is not passed in {key['field']}"
             return
         for name in said_by_field(interface, owner, in_request):
             if name[0] in key:

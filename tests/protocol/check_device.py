@@ -83,9 +83,9 @@ def field_faults(interface, field, fields):
         yield f"there is no constant {field['length']}"
     count = fields.get(field.get("counted_by"))
     if "counted_by" in field and (count is None or field_kind(count) not in INTEGER_SIZES):
-        yield f"{field['counted_by']} is no number of this record"
+        yield f"{field['counted_by']} is not a number of this record"
     if field.get("points_to") == "array" and count is None:
-        yield "nothing says how many there are"
+        yield "nothing gives their number"
     if field_kind(field) == "text" and not field.get("reserved") and "form" not in field:
         yield "a text without a form"
 
@@ -136,7 +136,7 @@ def argument_faults(interface, argument, arguments):
         if "form" not in argument:
             yield "a text without a form"
     if "size" in argument and arguments.get(argument["size"], {}).get("type") != "int32_t":
-        yield f"{argument['size']} is no size"
+        yield f"{argument['size']} is not a size"
     if way is None and kind in interface.records:
         yield "a record by value"
     for path in (*argument.get("given", []), *argument.get("filled", []), *argument.get("may_fill", [])):
@@ -164,9 +164,9 @@ def form_faults(interface):
         example = owner.get("example", form["example"])
         width = interface.number(owner.get("width", 1 << 20))
         if len(example.encode()) >= width:
-            yield f"{path}: {example} has no room in {width} bytes"
+            yield f"{path}: {example} does not fit into {width} bytes"
         if not re.fullmatch(form.get("pattern", ".*"), example) or example not in form.get("values", [example]):
-            yield f"{path}: {example} has not the form {owner['form']}"
+            yield f"{path}: {example} does not have the form {owner['form']}"
     yield from (f"interface.json: no value has the form {name}" for name in interface.forms.keys() - used)
 
 

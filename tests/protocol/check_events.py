@@ -1,4 +1,4 @@
-"""Holds the descriptions of the events against their schema and each example against its own description."""
+"""Checks the descriptions of the events against their schema, and each example against its description."""
 
 import json
 import sys
@@ -23,7 +23,7 @@ def faults_of(name, event, description_schema):
         yield "describes a key twice"
     for key in event["data"]:
         if "one_of" in key and key.get("type", "text") != "text":
-            yield f"{key['key']} has texts, and is none"
+            yield f"{key['key']} has texts but is not a text"
     data = jsonschema.Draft202012Validator(schemas.data_schema(event))
     yield from (f"the example: {error.json_path}: {error.message}" for error in data.iter_errors(event["example"]))
     if [key for key in event["example"] if key in keys] != [key for key in keys if key in event["example"]]:

@@ -37,7 +37,7 @@ def main(traffic_file):
     for command, replies in unseen.items():
         for reply in replies:
             when = descriptions[command]["replies"][reply]["when"]
-            faults.append(f"{command}: no test has seen the reply for when {when}")
+            faults.append(f"{command}: no test has seen the reply when {when}")
     faults += [f"{command}: no unit test sends it" for command in sorted(without_unit_test)]
     for fault in faults:
         print(fault)

@@ -45,11 +45,11 @@ class DeviceDescriptions(unittest.TestCase):
 
     def test_an_example_has_to_fit(self):
         self.field("RebootInfo", "Time")["width"] = 5
-        self.assert_told("RebootInfo.Time: 04:30 has no room in 5 bytes")
+        self.assert_told("RebootInfo.Time: 04:30 does not fit into 5 bytes")
 
     def test_an_example_has_to_have_the_form(self):
         self.field("RebootInfo", "Time")["example"] = "4:30"
-        self.assert_told("RebootInfo.Time: 4:30 has not the form time_of_day")
+        self.assert_told("RebootInfo.Time: 4:30 does not have the form time_of_day")
 
     def test_only_a_text_that_is_read_is_a_number(self):
         self.field("RebootInfo", "Time")["number"] = True
@@ -73,7 +73,7 @@ class DeviceDescriptions(unittest.TestCase):
         self.field("QosInfo", "rules")["length"] = "QOS_MAX"
         self.assert_told("QosInfo.rules: there is no constant QOS_MAX")
         self.field("QosInfo", "applications")["counted_by"] = "number"
-        self.assert_told("QosInfo.applications: number is no number of this record")
+        self.assert_told("QosInfo.applications: number is not a number of this record")
         self.argument("devapi_get_sn_info", "info")["type"] = "SerialInfo"
         self.assert_told("devapi_get_sn_info: info: there is no SerialInfo")
         self.argument("devapi_get_admin_info", "info")["filled"] = ["Name", "Pasword"]
@@ -83,7 +83,7 @@ class DeviceDescriptions(unittest.TestCase):
 
     def test_an_array_behind_a_pointer_needs_a_count(self):
         del self.field("PortStatisticsInfo", "entries")["counted_by"]
-        self.assert_told("PortStatisticsInfo.entries: nothing says how many there are")
+        self.assert_told("PortStatisticsInfo.entries: nothing gives their number")
 
     def test_what_reports_or_restores_has_to_exist(self):
         self.interface.functions["devapi_set_upnp_state"]["effect"]["read_with"] = "devapi_get_upnp"
@@ -129,8 +129,8 @@ class FieldsOfKeys(unittest.TestCase):
 
     def test_a_key_names_a_field_that_its_value_is_passed_in(self):
         self.assert_told(None, {"key": "MAC", "field": "SnInfo.MAC"})
-        self.assert_told("MAC does not travel by SnInfo.Mac", {"key": "MAC", "field": "SnInfo.Mac"})
-        self.assert_told("MAC does not travel by AdBaseInfo.Mac", {"key": "MAC", "field": "AdBaseInfo.Mac"})
+        self.assert_told("MAC is not passed in SnInfo.Mac", {"key": "MAC", "field": "SnInfo.Mac"})
+        self.assert_told("MAC is not passed in AdBaseInfo.Mac", {"key": "MAC", "field": "AdBaseInfo.Mac"})
 
     def test_the_width_of_a_field_is_not_repeated(self):
         self.assert_told("the width of MAC is that of a field, such as SnInfo.MAC", {"key": "MAC", "max_bytes": 64})

@@ -1,4 +1,4 @@
-"""Spoils the description of an event, and expects to be told; and the lines of a session, likewise."""
+"""Breaks the description of an event, and the lines of a session, and expects an error for each."""
 
 import json
 import unittest

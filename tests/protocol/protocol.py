@@ -56,7 +56,7 @@ def object_mismatch(pairs, keys):
             position += 1
         elif not key.get("optional"):
             found = pairs[position][0] if position < len(pairs) else "the end"
-            return f"{key['key']} should stand where {found} is"
+            return f"{key['key']} should be where {found} is"
     if position < len(pairs):
         return f"{pairs[position][0]} is not described"
     return None

@@ -81,7 +81,7 @@ class AdministrationTest : public GatewayTest {
     Options kept() const { return {.state_file = path("state"), .trace = path("trace")}; }
 };
 
-TEST_F(AdministrationTest, ARebootIsToldToTheHost)
+TEST_F(AdministrationTest, ARebootIsReportedToTheHost)
 {
     std::vector<int32_t> told;
     simulated_gateway_on_reboot(

@@ -65,7 +65,7 @@ TEST_F(FirmwareUpdateTest, BothStepsInOne)
     EXPECT_EQ(devapi_flash_update_image(nullptr), -1);
 }
 
-TEST_F(FirmwareUpdateTest, ItsEndIsToldToTheHost)
+TEST_F(FirmwareUpdateTest, ItsEndIsReportedToTheHost)
 {
     std::vector<std::string> told;
     simulated_gateway_on_update(
@@ -97,7 +97,7 @@ TEST_F(FirmwareUpdateTest, ItsEndIsToldToTheHost)
                   "failed: the address is invalid: its scheme is none of http, https, file"}));
 }
 
-TEST_F(FirmwareUpdateTest, TheSlotsTakeTurns)
+TEST_F(FirmwareUpdateTest, TheSlotsAlternate)
 {
     ASSERT_EQ(open(options()), "");
     for (const char *number : {"V3", "V4", "V5"}) {
@@ -239,7 +239,7 @@ TEST_F(FirmwareUpdateTest, AFlashThatCannotBeSavedDoesNotHappen)
 {
     ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
-    // Nothing can be written where a folder has the name of the temporary file.
+    // The folder has the name of the temporary file, so nothing can be written.
     for (const char *name : {"state.tmp", "state.firmware/slot_2.image.tmp"}) {
         std::filesystem::create_directory(path(name));
         EXPECT_EQ(devapi_update_image(), -1);

@@ -1,4 +1,4 @@
-// What the gateway remembers of its trace.
+// The last lines of the trace, which the gateway keeps in memory.
 #include "core/trace.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ Trace::Call call_of(const char *function, int32_t result, int64_t microseconds,
     return {function, {}, true, result, std::chrono::microseconds(microseconds), note};
 }
 
-// How many bytes of text, line ends left out.
+// The number of bytes of text, without line ends.
 size_t length_of(const std::string &lines)
 {
     return lines.size() - static_cast<size_t>(std::ranges::count(lines, '\n'));
@@ -37,7 +37,7 @@ TEST(RecentTrace, HasCallsAndEventsAsTheTraceWritesThem)
                               "[3600] power cycle\n");
 }
 
-// Lines of every length: what is counted has to be what is told.
+// Lines of every length: the counted size has to be that of the returned lines.
 TEST(RecentTrace, IsTheLast64KiB)
 {
     const auto look_at = [](int64_t uptime, const Trace::Call &call) {
@@ -56,7 +56,7 @@ TEST(RecentTrace, IsTheLast64KiB)
     look_at(INT64_MIN, call_of("f", 1000, INT64_MIN, "note"));
 }
 
-TEST(RecentTrace, ForgetsTheOldestFirst)
+TEST(RecentTrace, DropsTheOldestFirst)
 {
     Trace trace;
     trace.event(1, "first");

@@ -167,7 +167,7 @@ TEST_F(UplinkWifiTest, NullIsRefusedAndTheTraceShowsNoPassword)
               std::string::npos);
 }
 
-TEST_F(UplinkWifiTest, TextsToTheBrimAreRefused)
+TEST_F(UplinkWifiTest, UnterminatedTextsAreRefused)
 {
     UplinkWifiInfo info = {};
     std::memset(&info, 'x', sizeof(info));

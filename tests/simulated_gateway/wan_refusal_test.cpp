@@ -129,7 +129,7 @@ TEST_F(WanTest, AnInvalidValueIsRefusedAndChangesNothing)
         {"IPTV",
          {{"NATENABLE", "1"}},
          "/home/other_wans/0/bridged: excludes addresses, an account and nat"},
-        // What is right beside it is not applied either.
+        // Valid fields of the same record are not applied either.
         {"Voice",
          {{"VLANID", "12"}, {"QOSENABLE", "0"}, {"VLANPRIORITY", "9"}},
          "VLANPRIORITY 9 is not within 0 to 7"},

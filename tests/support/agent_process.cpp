@@ -49,7 +49,7 @@ std::string content_of(int file)
 
 } // namespace
 
-// All lines that are whole.
+// All complete lines.
 static void record_session(const std::string &output)
 {
     size_t begin = 0;

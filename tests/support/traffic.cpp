@@ -9,7 +9,7 @@
 
 namespace {
 
-// Tests run side by side: one write to a file opened for appending keeps the lines apart.
+// Tests run in parallel: one write to a file opened for appending keeps the lines apart.
 void append(const char *file, const std::string &line)
 {
     const int descriptor = open(file, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);

@@ -6,8 +6,8 @@
 // Appends a line that the agent wrote, a JSON text.
 void record_session_line(std::string_view line);
 
-// Appends one command with its request and its reply, each as JSON text, and the name of this
-// program to the file that the environment variable PROTOCOL_TRAFFIC names; nothing when it is not
-// set.
+// Appends a command with its request and its reply, each as JSON text, and the name of this
+// program to the file that the environment variable PROTOCOL_TRAFFIC names; does nothing when it
+// is not set.
 void record_traffic(std::string_view command, std::string_view request_json,
                     std::string_view reply_json);
