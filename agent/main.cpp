@@ -16,6 +16,9 @@
 #include "io/streams.h"
 #include "io/text.h"
 #include "protocol/log_sink.h"
+#ifdef SMART_ROUTER_SERVICE
+#include "service/subcommands.h"
+#endif
 
 #include <cstdio>
 #include <exception>
@@ -23,6 +26,12 @@
 #include <unistd.h>
 
 namespace {
+
+#ifdef SMART_ROUTER_SERVICE
+constexpr agent::AddSubcommands kAddOthers = agent::service::add_subcommands;
+#else
+constexpr agent::AddSubcommands kAddOthers = nullptr;
+#endif
 
 // Has room for the names of all that a library may lack.
 constexpr size_t kMaxHostError = 65536;
@@ -48,6 +57,8 @@ int run(const agent::Options &options)
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
         return agent::run_conformance(options);
+    case agent::Subcommand::kOther:
+        return options.other();
     }
     return agent::kWrongUsage;
 }
@@ -60,7 +71,7 @@ int run(int count, char **words)
         agent::secure_standard_streams();
         agent::open_error_output();
         int exit_status = agent::kSuccess;
-        const auto options = agent::parse_options(count, words, exit_status);
+        const auto options = agent::parse_options(count, words, exit_status, kAddOthers);
         if (!options) {
             return exit_status;
         }

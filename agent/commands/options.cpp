@@ -331,7 +331,8 @@ std::string failure_message(const CLI::App *app, const CLI::Error &problem)
 
 } // namespace
 
-std::optional<Options> parse_options(int count, char **words, int &exit_status)
+std::optional<Options> parse_options(int count, char **words, int &exit_status,
+                                     AddSubcommands add_others)
 {
     Options options;
     CLI::App app(
@@ -351,6 +352,9 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_topology(app, options);
     add_protocol_pages(app, options);
     add_conformance(app, options);
+    if (add_others != nullptr) {
+        add_others(app, options);
+    }
 
     try {
         app.parse(count, words);

@@ -2,9 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace agent {
 
@@ -59,7 +64,8 @@ enum class Subcommand {
     kTopology,
     kList,
     kDescribe,
-    kConformance
+    kConformance,
+    kOther
 };
 
 struct Options {
@@ -80,10 +86,16 @@ struct Options {
     std::string router_path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
     std::string pattern;   // of list
     std::string described; // the command of describe
+    std::function<int()>
+        other; // runs a subcommand that another part of the agent has; its exit status
 };
+
+// Adds subcommands of other parts of the agent; their callbacks set the option `other`.
+using AddSubcommands = void (*)(CLI::App &app, Options &options);
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then
 // exit_status is what the process ends with.
-std::optional<Options> parse_options(int count, char **words, int &exit_status);
+std::optional<Options> parse_options(int count, char **words, int &exit_status,
+                                     AddSubcommands add_others = nullptr);
 
 } // namespace agent
