@@ -23,7 +23,7 @@ constexpr size_t kMaxName = 256;
 
 std::string json_text(std::string_view text)
 {
-    return nlohmann::json(to_utf8(text)).dump();
+    return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 std::string member(const char *key, std::string_view text)

@@ -1,5 +1,6 @@
 #include "service/gate/policy.h"
 
+#include "service/gate/pattern.h"
 #include "service/gate/policy_names.h"
 #include "service/gate/policy_reader.h"
 
@@ -13,30 +14,6 @@ constexpr char kWildcards[] = "*?";
 constexpr char kOwner[] = "owner";
 
 } // namespace
-
-bool fits_pattern(std::string_view pattern, std::string_view text)
-{
-    size_t at = 0; // in the pattern
-    size_t next = 0;
-    size_t star =
-        std::string_view::npos; // the last one met, which takes more when the rest does not fit
-    size_t taken = 0;
-    while (next < text.size()) {
-        if (at < pattern.size() && pattern[at] == '*') {
-            star = at++;
-            taken = next;
-        } else if (at < pattern.size() && (pattern[at] == '?' || pattern[at] == text[next])) {
-            ++at;
-            ++next;
-        } else if (star != std::string_view::npos) {
-            at = star + 1;
-            next = ++taken;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of('*', at) == std::string_view::npos;
-}
 
 size_t Rule::length() const
 {
@@ -56,7 +33,7 @@ bool Rule::matches(Subject asked, std::string_view name) const
     case Kind::kSelector:
         return std::ranges::binary_search(commands, name);
     case Kind::kPattern:
-        return fits_pattern(pattern, name);
+        return service::matches(pattern, name);
     }
     return false;
 }

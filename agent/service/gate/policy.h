@@ -87,7 +87,4 @@ class Policy {
     std::map<std::string, size_t, std::less<>> role_of_member_;
 };
 
-// Whether the text fits the pattern, in which * stands for any characters and ? for one.
-bool fits_pattern(std::string_view pattern, std::string_view text);
-
 } // namespace agent::service
