@@ -68,6 +68,11 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--firmware-key", host.firmware_key,
                    "File with the public key by which firmware has to be signed")
         ->type_name("FILE");
+    app.add_option("--reboot-seconds", host.reboot_seconds,
+                   "How long a reboot of the simulated gateway takes; 0 unless given")
+        ->type_name("SECONDS")
+        ->check(silent(CLI::Range(0, 86400)))
+        ->allow_extra_args(false);
     app.add_option("--log-level", options.log_level,
                    "Highest level of log lines that are shown: 3 errors, 7 everything")
         ->type_name("0..7")
@@ -135,15 +140,21 @@ void add_serve(CLI::App &app, Options &options)
         ->type_name("BYTES")
         ->check(silent(CLI::PositiveNumber))
         ->capture_default_str();
+    serve->add_flag("--events", options.serve.events,
+                    "Tell of everything that happens by itself in lines {\"event\": NAME, ...}");
     add_reasons(serve, options);
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
 Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
-A line that is no request is answered with {"id": null, "error": "..."}.
+A line that is no request is answered with {"id": null, "error": "...", "code": "bad-request"}, one that
+is too long with the code "too-large", and all during a reboot with "rebooting".
+A report is built by {"id": ANY, "report": "NAME", "params": {...}} and answered likewise; {"hello": {}} is
+answered with the versions of protocol and agent.
 A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}, and
 answered with {"id": ANY, "result": 0} when it was accepted.
 Between answers there are lines {"notice": {...}} for what is pushed to the app, and
-{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched.
+{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched. With --events these and
+what else happens by itself come as {"event": NAME, "data": {...}}; hgagent list --events names them.
 With --reasons an answer has "reasons": [TEXT, ...] behind its reply; a worker's come in a line of their
 own, {"reasons": [TEXT]}.)");
     serve->callback([&options] { options.subcommand = Subcommand::kServe; });

@@ -11,6 +11,10 @@
 
 namespace agent {
 
+// Of the commands and of the lines of serve. The first number changes when something that a client
+// may rely on is no longer there, the second when something has been added.
+constexpr char kProtocolVersion[] = "1.0";
+
 // All descriptions, by the commands' names.
 const std::vector<Description> &descriptions();
 
