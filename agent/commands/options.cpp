@@ -230,13 +230,15 @@ void add_topology(CLI::App &app, Options &options)
 
 void add_protocol_pages(CLI::App &app, Options &options)
 {
-    CLI::App *list = app.add_subcommand("list", "List the commands");
+    CLI::App *list = app.add_subcommand("list", "List the commands, or the events");
+    list->add_flag("--events", options.list_events, "List what happens by itself");
     list->add_option("PATTERN", options.pattern, "Part of the names, or a pattern with * and ?")
         ->type_name("");
     list->callback([&options] { options.subcommand = Subcommand::kList; });
 
-    CLI::App *describe = app.add_subcommand("describe", "Show what a command takes and replies");
-    describe->add_option("NAME", options.described, "Name of the command")
+    CLI::App *describe = app.add_subcommand(
+        "describe", "Show what a command takes and replies, or what an event tells");
+    describe->add_option("NAME", options.described, "Name of the command or event")
         ->type_name("")
         ->required();
     describe->callback([&options] { options.subcommand = Subcommand::kDescribe; });

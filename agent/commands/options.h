@@ -83,7 +83,8 @@ struct Options {
     std::string update_url;     // of the report that upgrades
     std::string router_path = kMainRouterPath; // of the report that speaks of one router
     std::string pattern;                       // of list
-    std::string described;                     // the command of describe
+    bool list_events = false;                  // instead of commands
+    std::string described;                     // the command or event of describe
 };
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then

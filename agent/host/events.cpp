@@ -1,9 +1,9 @@
 #include "host/events.h"
 
+#include "io/text.h"
 #include "protocol/json_text.h"
 #include "protocol/log_sink.h"
 #include "simulated_gateway/simulated_gateway.h"
-#include "io/text.h"
 
 #include <algorithm>
 #include <exception>
