@@ -17,10 +17,11 @@ Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
   1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
-     conformance: a check failed
+     conformance: a check failed; with --socket: the service refused
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
-  4  a library cannot be loaded, or the simulated gateway not be opened
+  4  a library cannot be loaded, the simulated gateway not be opened, or the service of --socket not be
+     reached
   5  standard input or output failed, or the file of --junit or --request-file
   6  out of memory
   128 + N  call, serve, report image-upgrade or conformance was ended by signal N
@@ -106,10 +107,26 @@ void take_request(const CLI::App &call, Options &options)
     }
 }
 
-void add_reasons(CLI::App *subcommand, Options &options)
+CLI::Option *add_reasons(CLI::App *subcommand, Options &options)
 {
-    subcommand->add_flag("--reasons", options.reasons,
-                         "Tell what the device library says of the calls that it refuses");
+    return subcommand->add_flag("--reasons", options.reasons,
+                                "Tell what the device library says of the calls that it refuses");
+}
+
+// For those that can speak to a service as well: what is said of libraries is not for that.
+void add_socket(CLI::App &app, CLI::App *subcommand, Options &options)
+{
+    CLI::Option *socket =
+        subcommand
+            ->add_option("--socket", options.socket,
+                         "Unix socket of a running service, which is asked instead of libraries")
+            ->type_name("PATH")
+            ->allow_extra_args(false);
+    for (const char *option :
+         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
+          "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"}) {
+        socket->excludes(app.get_option(option));
+    }
 }
 
 void add_call(CLI::App &app, Options &options)
@@ -118,7 +135,9 @@ void add_call(CLI::App &app, Options &options)
     call->add_option("NAME", options.call.command, "Name of the command")
         ->type_name("")
         ->required();
-    add_reasons(call, options);
+    CLI::Option *reasons = add_reasons(call, options);
+    add_socket(app, call, options);
+    call->get_option("--socket")->excludes(reasons);
     call->add_option("--request-file", options.call.request_file,
                      "File with the request, a JSON object")
         ->type_name("FILE")
@@ -170,6 +189,7 @@ void add_notice(CLI::App &app, Options &options)
         ->type_name("NAME")
         ->required()
         ->allow_extra_args(false);
+    add_socket(app, notice, options);
     notice->add_option("TEXT", options.notice.text, "Text of the notice, or - for standard input")
         ->type_name("")
         ->required();
@@ -200,6 +220,7 @@ void add_report(CLI::App &app, Options &options)
         ->needs(name)
         ->allow_extra_args(false)
         ->capture_default_str();
+    add_socket(app, report, options);
     report->footer(R"(
 hgagent report image-upgrade --url URL
 Fetches the image and flashes it; the new firmware runs after the next reboot. The exit status is 1
@@ -214,6 +235,7 @@ when the plug-in logged an error meanwhile.)");
 void add_hosts(CLI::App &app, Options &options)
 {
     CLI::App *hosts = app.add_subcommand("hosts", "Show the devices attached to the gateway");
+    add_socket(app, hosts, options);
     hosts->callback([&options] { options.subcommand = Subcommand::kHosts; });
 }
 
@@ -221,6 +243,7 @@ void add_topology(CLI::App &app, Options &options)
 {
     CLI::App *topology =
         app.add_subcommand("topology", "Draw the routers of the mesh and what is attached to each");
+    add_socket(app, topology, options);
     CLI::Option *ascii = topology->add_flag("--ascii", options.topology.ascii,
                                             "Draw with - and | also where the locale is UTF-8");
     topology->add_flag("--dot", options.topology.dot, "Print a graph for Graphviz instead")

@@ -69,6 +69,7 @@ enum class Subcommand {
 
 struct Options {
     HostOptions host;
+    std::optional<std::string> socket; // of a service, in place of libraries
     int32_t log_level = 3;
     bool reasons = false;   // of call and serve: tell what the device library says of refusals
     bool raw_bytes = false; // of replies: as the plug-in left them

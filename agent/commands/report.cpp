@@ -1,17 +1,22 @@
 #include "commands/report.h"
 
 #include "commands/image_upgrade.h"
+#include "commands/remote_gateway.h"
 #include "commands/topology.h"
 #include "host/plugin_host.h"
 #include "host/report_builders.h"
 #include "io/exit_status.h"
 #include "io/pages.h"
 #include "io/text.h"
+#include "protocol/device_texts.h"
 #include "protocol/json.h"
 #include "protocol/reply.h"
 #include "protocol/requests.h"
 
+#include <new>
+#include <optional>
 #include <sstream>
+#include <utility>
 
 namespace agent {
 
@@ -32,15 +37,65 @@ int list_reports()
     return show(page.str());
 }
 
+Json params_of(const char *name, const std::string &text)
+{
+    Json params = new_object();
+    if (cJSON_AddStringToObject(params.get(), name, text.c_str()) == nullptr) {
+        throw std::bad_alloc();
+    }
+    return params;
+}
+
+// Waits for the upgrade, as far as the service tells of it. Result: the exit status.
+int upgrade_service(const Options &options)
+{
+    std::optional<std::string> failure; // empty: there was none
+    RemoteGateway gateway(*options.socket, [&](const std::string &event, const cJSON *data) {
+        if (event == "update.succeeded") {
+            failure = "";
+        } else if (event == "update.failed") {
+            failure = "the firmware was not installed: " + text_of(data, "reason");
+        } else if (event == "background.lost") {
+            failure = "the gateway's process has ended meanwhile";
+        }
+    });
+    const bool is_told = gateway.subscribe("update.*") && gateway.subscribe("background.lost");
+    const Json params = params_of("url", options.update_url);
+    gateway.report(kImageUpgrade, params.get());
+    if (!is_told) {
+        complain("the upgrade has begun; the service does not tell how it ends");
+        return kSuccess;
+    }
+    gateway.await_events([&] { return failure.has_value(); });
+    if (!failure->empty()) {
+        complain(*failure);
+        return kCommandFailed;
+    }
+    return kSuccess;
+}
+
+// The report, in an empty object. Result: that of the plug-in.
+int32_t report_of_gateway(const Options &options, Json &report)
+{
+    if (options.socket) {
+        const Json params =
+            options.report == kStations ? params_of("path", options.router_path) : new_object();
+        RemoteGateway::Reply reply =
+            RemoteGateway(*options.socket).report(options.report, params.get());
+        report = std::move(reply.object);
+        return reply.result;
+    }
+    const PluginHost host(options.host);
+    return options.report == kMesh
+               ? report_mesh(host, report.get())
+               : build_report(host, options.report, options.router_path, report.get());
+}
+
 int print_report(const Options &options)
 {
     ReplyOutput output;
-    const PluginHost host(options.host);
-    const Json report = new_object();
-    const int32_t result =
-        options.report == kMesh
-            ? report_mesh(host, report.get())
-            : build_report(host, options.report, options.router_path, report.get());
+    Json report = new_object();
+    const int32_t result = report_of_gateway(options, report);
     const ExitStatus written = write_reply(report.get(), options.raw_bytes, output);
     // Of the reports without a "Status" only the result says that they failed.
     return written == kSuccess && result != 0 ? kCommandFailed : written;
@@ -88,7 +143,7 @@ int run_report(const Options &options)
         return list_reports();
     }
     if (options.report == kImageUpgrade) {
-        return run_image_upgrade(options);
+        return options.socket ? upgrade_service(options) : run_image_upgrade(options);
     }
     if (options.report != kMesh && find_report(options.report) == nullptr) {
         complain(no_such_report(options.report));

@@ -1,5 +1,6 @@
 #include "commands/topology.h"
 
+#include "commands/remote_gateway.h"
 #include "commands/topology_drawing.h"
 #include "commands/topology_routers.h"
 #include "host/plugin_host.h"
@@ -122,12 +123,24 @@ int32_t report_mesh(const PluginHost &host, cJSON *report)
     return 0;
 }
 
+namespace {
+
+Json mesh_of_gateway(const Options &options)
+{
+    Json mesh = new_object();
+    if (options.socket) {
+        return RemoteGateway(*options.socket).report(kMesh, mesh.get()).object;
+    }
+    report_mesh(PluginHost(options.host), mesh.get());
+    return mesh;
+}
+
+} // namespace
+
 int run_topology(const Options &options)
 {
     ReplyOutput output;
-    const PluginHost host(options.host);
-    const Json mesh = new_object();
-    report_mesh(host, mesh.get());
+    const Json mesh = mesh_of_gateway(options);
     return draw(mesh.get(), options, output);
 }
 
