@@ -52,7 +52,8 @@ int run(const agent::Options &options)
     case agent::Subcommand::kTopology:
         return agent::run_topology(options);
     case agent::Subcommand::kList:
-        return agent::run_list(options.pattern);
+        return options.list_events ? agent::run_list_of_events(options.pattern)
+                                   : agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
