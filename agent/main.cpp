@@ -18,6 +18,7 @@
 #include "protocol/log_sink.h"
 #ifdef SMART_ROUTER_SERVICE
 #include "service/subcommands.h"
+#include "service/worker/listen.h"
 #endif
 
 #include <cstdio>
@@ -42,6 +43,11 @@ int run(const agent::Options &options)
     case agent::Subcommand::kCall:
         return agent::run_call(options);
     case agent::Subcommand::kServe:
+#ifdef SMART_ROUTER_SERVICE
+        if (!options.serve.listen.empty()) {
+            agent::service::wait_for_service(options.serve.listen);
+        }
+#endif
         return agent::run_serve(options);
     case agent::Subcommand::kNotice:
         return agent::run_notice(options);

@@ -39,6 +39,7 @@ struct CallOptions {
 };
 
 struct ServeOptions {
+    std::string listen;              // where a service connects; empty: standard input and output
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
     bool events = false;             // tell of everything that happens by itself, as events
 };
