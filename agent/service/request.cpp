@@ -149,11 +149,29 @@ Request refused_by_parser(Request request)
     }
 }
 
+// The part of the system that raises a notice; empty where it is not told.
+std::string raiser_of(std::string_view notice)
+{
+    OuterKeys keys(notice);
+    std::string_view key;
+    std::string_view value;
+    while (keys.next_member(key, value)) {
+        if (text_of(key) == "plugin_name") {
+            return text_of(value).value_or("");
+        }
+    }
+    return "";
+}
+
 // Result: whether the key is one of those that say what is asked for, and has a fitting value.
 bool read_kind(const Kind &kind, std::string_view value, Request &request)
 {
     request.subject = kind.subject;
     request.is_unsubscribe = kind.key == kUnsubscribe;
+    if (kind.subject == Subject::kNotice) {
+        request.name = raiser_of(value);
+        return true;
+    }
     const auto name = kind.has_name ? text_of(value) : std::string(kind.key);
     request.name = name.value_or("");
     return name.has_value();

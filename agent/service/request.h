@@ -44,7 +44,8 @@ struct Request {
     std::string line;
     std::string id = "null"; // JSON text
     Subject subject = Subject::kCommand;
-    std::string name;            // of the command or report; the pattern of a subscription
+    // Of the command or report; the pattern of a subscription; who raises the notice.
+    std::string name;
     bool is_unsubscribe = false; // of a subscription
     size_t params_begin = 0;     // in the line
     size_t params_size = 0;

@@ -178,12 +178,19 @@ class Service {
         if (config_.worker.in_process()) {
             return std::make_unique<InProcessWorker>(loop_, serve_options(config_));
         }
+        auto child = std::make_unique<ChildWorker>(loop_, child_arguments());
+        child_ = child.get();
+        return child;
+    }
+
+    std::vector<std::string> child_arguments() const
+    {
         std::vector<std::string> words = worker_arguments(config_);
         words.insert(words.begin(),
                      "--reboot-seconds=" +
                          std::to_string(*serve_options(config_).host.reboot_seconds));
         words.emplace_back("--events");
-        return std::make_unique<ChildWorker>(loop_, std::move(words));
+        return words;
     }
 
     void listen()
@@ -202,6 +209,9 @@ class Service {
     {
         set_log({static_cast<int32_t>(config_.log_level), config_.worker.host.show_secrets});
         gate_->supervisor().set_times(worker_times(config_.worker));
+        if (child_ != nullptr) {
+            child_->set_arguments(child_arguments());
+        }
         socket_->set_limits(socket_limits(config_.limits));
         const std::string problem = gate_->set_options(gate_options(config_));
         if (!problem.empty()) {
@@ -307,6 +317,7 @@ class Service {
     ServiceManager manager_;
     std::vector<int> sockets_;
     std::string own_state_;
+    ChildWorker *child_ = nullptr; // the gate's
     std::optional<Gate> gate_;
     std::optional<UnixSocket> socket_;
     boost::asio::signal_set signals_;

@@ -23,6 +23,9 @@ class ChildWorker : public Worker, LineListener {
     ChildWorker(const ChildWorker &) = delete;
     ChildWorker &operator=(const ChildWorker &) = delete;
 
+    // Those of the next start.
+    void set_arguments(std::vector<std::string> arguments) { arguments_ = std::move(arguments); }
+
     void start(WorkerListener &listener) override;
     void send(std::string_view line) override;
     void finish() override;
@@ -38,7 +41,7 @@ class ChildWorker : public Worker, LineListener {
     void reap();
 
     boost::asio::io_context &loop_;
-    const std::vector<std::string> arguments_;
+    std::vector<std::string> arguments_;
     WorkerListener *listener_ = nullptr;
     std::shared_ptr<LineStream> lines_;
     pid_t process_ = -1;

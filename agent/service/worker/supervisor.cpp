@@ -15,6 +15,7 @@ using std::chrono::milliseconds;
 constexpr std::string_view kAnswerBegin = R"({"id":)";
 constexpr std::string_view kEventBegin = R"({"event":")";
 constexpr std::string_view kReadyQuestion = R"({"id":"ready","hello":{}})";
+constexpr std::string_view kReadyAnswer = R"({"id":"ready","result":0,)";
 
 constexpr std::chrono::seconds kCrashWindow(60);
 constexpr size_t kManyCrashes = 5;
@@ -110,6 +111,9 @@ void Supervisor::take_answer(std::string_view line)
     const std::string_view rest = line.substr(kAnswerBegin.size());
     switch (state_) {
     case State::kStarting:
+        if (!line.starts_with(kReadyAnswer) || !line.ends_with('}')) {
+            break;
+        }
         has_run_ = true;
         refusal_.clear();
         deadline_.reset();
