@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <random>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -544,6 +545,50 @@ TEST_P(Kept, HomeOutlivesAKill)
 }
 
 INSTANTIATE_TEST_SUITE_P(Run, Kept, testing::Bool());
+
+// Settings one after the other, and now and then a kill in the middle of one. SERVICE_SETTINGS in
+// the environment is how many.
+TEST(Run, KeepsTheHomeWholeWhateverIsKilledWhen)
+{
+    const char *wanted = getenv("SERVICE_SETTINGS");
+    const int settings = wanted != nullptr ? std::stoi(wanted) : 60;
+    const unsigned seed = wanted != nullptr ? std::random_device()() : 1;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    ServiceProcess service;
+    auto client = ready_client(service);
+    int kept = -1; // what was acknowledged last
+    bool is_worker = false;
+    for (int number = 0; number < settings; ++number) {
+        const int value = number % 100;
+        const std::string line = request(number, "SET_LED_STATUS",
+                                         R"({"LedSwitch":"1","LedCoLor":"WHITE","LedLight":")" +
+                                             std::to_string(value) + "\"}");
+        client->send_line(line);
+        if (random() % 8 == 0) {
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
+            is_worker = !is_worker;
+            if (is_worker) {
+                kill(service.worker(), SIGKILL);
+            } else {
+                service.stop(SIGKILL);
+                service.start();
+            }
+        }
+        const std::string answer = client->read_line();
+        if (answer.find(R"("Status":"0")") != std::string::npos) {
+            kept = value;
+            continue;
+        }
+        client = ready_client(service);
+        const auto reply = client->ask_json(request(0, "GET_LED_STATUS"))["reply"];
+        ASSERT_EQ(reply["Status"], "0") << reply;
+        const int found = std::stoi(reply["LedLight"].get<std::string>());
+        ASSERT_TRUE(kept == -1 || found == kept || found == value)
+            << found << ", after " << kept << ", " << value;
+        kept = found;
+    }
+}
 
 TEST(Run, EndsWithAWorkerThatCannotStart)
 {

@@ -47,6 +47,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
     // Nothing is handed out any more.
     void leave()
     {
+        has_left_ = true;
         const std::lock_guard lock(mutex_);
         loop_ = nullptr;
     }
@@ -86,7 +87,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
         const std::lock_guard lock(mutex_);
         if (loop_ != nullptr) {
             boost::asio::post(*loop_, [self = shared_from_this(), end] {
-                if (self->is_there()) {
+                if (!self->has_left_) {
                     self->listener_->on_worker_end(end);
                 }
             });
@@ -139,22 +140,17 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
             return false;
         }
         boost::asio::post(*loop_, [self = shared_from_this(), line = std::move(line)] {
-            if (self->is_there()) {
+            if (!self->has_left_) {
                 self->listener_->on_worker_line(line);
             }
         });
         return true;
     }
 
-    bool is_there()
-    {
-        const std::lock_guard lock(mutex_);
-        return loop_ != nullptr;
-    }
-
     std::mutex mutex_;
     std::condition_variable changed_;
-    boost::asio::io_context *loop_;
+    boost::asio::io_context *loop_; // null once nobody listens
+    bool has_left_ = false;         // the same, for the event loop alone
     WorkerListener *const listener_;
     std::vector<std::string> lines_; // one, hardly ever two
     bool is_finishing_ = false;
