@@ -18,6 +18,7 @@
 #include "protocol/log_sink.h"
 #ifdef SMART_ROUTER_SERVICE
 #include "service/subcommands.h"
+#include "service/worker/listen.h"
 #endif
 
 #include <cstdio>
@@ -42,6 +43,11 @@ int run(const agent::Options &options)
     case agent::Subcommand::kCall:
         return agent::run_call(options);
     case agent::Subcommand::kServe:
+#ifdef SMART_ROUTER_SERVICE
+        if (!options.serve.listen.empty()) {
+            agent::service::wait_for_service(options.serve.listen);
+        }
+#endif
         return agent::run_serve(options);
     case agent::Subcommand::kNotice:
         return agent::run_notice(options);
@@ -52,7 +58,8 @@ int run(const agent::Options &options)
     case agent::Subcommand::kTopology:
         return agent::run_topology(options);
     case agent::Subcommand::kList:
-        return agent::run_list(options.pattern);
+        return options.list_events ? agent::run_list_of_events(options.pattern)
+                                   : agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:

@@ -13,6 +13,9 @@ class App;
 
 namespace agent {
 
+// The first entry of the tree of parameters.
+constexpr char kMainRouterPath[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
+
 // Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
 // the gateway's environment and defaults.
 struct HostOptions {
@@ -25,7 +28,8 @@ struct HostOptions {
     bool show_secrets = false;
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
-    bool verbose = false; // name all that a library lacks
+    std::optional<int32_t> reboot_seconds; // 0 without
+    bool verbose = false;                  // name all that a library lacks
 };
 
 struct CallOptions {
@@ -35,7 +39,9 @@ struct CallOptions {
 };
 
 struct ServeOptions {
+    std::string listen;              // where a service connects; empty: standard input and output
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
+    bool events = false;             // tell of everything that happens by itself, as events
 };
 
 struct NoticeOptions {
@@ -70,6 +76,7 @@ enum class Subcommand {
 
 struct Options {
     HostOptions host;
+    std::optional<std::string> socket; // of a service, in place of libraries
     int32_t log_level = 3;
     bool reasons = false;   // of call and serve: tell what the device library says of refusals
     bool raw_bytes = false; // of replies: as the plug-in left them
@@ -82,10 +89,10 @@ struct Options {
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades
-    // Of the report that speaks of one router; the first entry of the tree is the main router.
-    std::string router_path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
-    std::string pattern;   // of list
-    std::string described; // the command of describe
+    std::string router_path = kMainRouterPath; // of the report that speaks of one router
+    std::string pattern;                       // of list
+    bool list_events = false;                  // instead of commands
+    std::string described;                     // the command or event of describe
     std::function<int()>
         other; // runs a subcommand that another part of the agent has; its exit status
 };

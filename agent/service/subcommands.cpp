@@ -107,10 +107,20 @@ wrong with the file, and 3 when there is no such request.)");
     });
 }
 
+void add_listen(CLI::App &app, Options &options)
+{
+    app.get_subcommand("serve")
+        ->add_option("--listen", options.serve.listen,
+                     "Serve the service that connects here, for run --worker unix:PATH")
+        ->type_name("unix:PATH")
+        ->allow_extra_args(false);
+}
+
 } // namespace
 
 void add_subcommands(CLI::App &app, Options &options)
 {
+    add_listen(app, options);
     add_run(app, options);
     add_policy(app, options);
 }

@@ -34,10 +34,9 @@ std::vector<std::string> known_names(Subject subject)
         names.emplace_back(kHello);
         break;
     case Subject::kSubscription:
-        names = {"background.ended", "background.lost",  "background.started", "notice",
-                 "policy.refused",   "reboot.begun",     "reboot.ended",       "update.failed",
-                 "update.progress",  "update.succeeded", "worker.backing-off", "worker.crashed",
-                 "worker.killed",    "worker.started"};
+        for (const Description &description : events()) {
+            names.push_back(description["event"].text());
+        }
         break;
     case Subject::kNotice: // of any part of the system
         break;
