@@ -334,9 +334,10 @@ TEST(PolicyFile, TellsRatesThatAreNone)
 TEST(PolicyFile, TellsWhatIsNoToml)
 {
     for (const char *toml :
-         {"\n[\nx = 1", "\n[[\n", "\n[#", "\n[=]", "[roles.a]\nx = ", "\n[roles",
-          "\nroles.a = 1\nroles.a = 2", "\na = [[[[[[[[[[1]]]]]]]]]]", "\na = \"\x01\"",
-          "\n\x7f\x45LF\x02\x01\x01", "\na = 99999999999999999999"}) {
+         {"\n[\nx = 1", "\n[[\n", "\n[#", "\n[=]", "\na = \u018a", "\n\u03b1 = 1", "\n[\u0416]",
+          "[roles.a]\nx = ", "\n[roles", "\nroles.a = 1\nroles.a = 2",
+          "\na = [[[[[[[[[[1]]]]]]]]]]", "\na = \"\x01\"", "\n\x7f\x45LF\x02\x01\x01",
+          "\na = 99999999999999999999"}) {
         const std::string problem = policy_problems(toml);
         EXPECT_EQ(problem.find("policy.toml:"), 0U) << toml;
         EXPECT_GT(problem.size(), sizeof("policy.toml:2: ")) << toml;
