@@ -34,6 +34,7 @@ constexpr std::chrono::milliseconds kLastAnswers(1000); // to be read when the s
 constexpr std::chrono::milliseconds kStateWait(10'000);
 constexpr std::chrono::milliseconds kStatePause(20);
 
+constexpr char kClockVariable[] = "SIMULATED_GATEWAY_TIME";
 constexpr char kStateVariable[] = "SIMULATED_GATEWAY_STATE";
 
 // The protocol of systemd wants to know when.
@@ -104,6 +105,10 @@ Options serve_options(const ServiceConfig &config)
     options.notice_refusal = static_cast<int32_t>(config.worker.refuse_notices);
     options.serve.max_line = static_cast<size_t>(config.limits.line);
     options.serve.events = true;
+    // A clock that stands still would never see a reboot's end.
+    const bool clock_stands = !variable(kClockVariable).empty();
+    options.host.reboot_seconds =
+        clock_stands ? 0 : static_cast<int32_t>(config.worker.reboot_seconds);
     return options;
 }
 
@@ -174,6 +179,9 @@ class Service {
             return std::make_unique<InProcessWorker>(loop_, serve_options(config_));
         }
         std::vector<std::string> words = worker_arguments(config_);
+        words.insert(words.begin(),
+                     "--reboot-seconds=" +
+                         std::to_string(*serve_options(config_).host.reboot_seconds));
         words.emplace_back("--events");
         return std::make_unique<ChildWorker>(loop_, std::move(words));
     }
