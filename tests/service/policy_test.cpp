@@ -292,7 +292,7 @@ TEST(PolicyFile, TellsRulesThatMatchNothing)
     EXPECT_EQ(problem("report:"), place + "\"report:\" names nothing");
     EXPECT_EQ(problem("report:topolgy"),
               place + "\"report:topolgy\" is not known; there are home-page, main-router, "
-                      "main-base, topology, agent-topology, stations, image-upgrade");
+                      "main-base, topology, agent-topology, stations, mesh, image-upgrade");
     EXPECT_EQ(problem("report:x*"), place + "\"report:x*\" matches nothing that there is");
     EXPECT_EQ(problem("event:updates.*"),
               place + "\"event:updates.*\" matches nothing that there is");

@@ -1,6 +1,7 @@
 #include "service/gate/policy_names.h"
 
 #include "commands/image_upgrade.h"
+#include "commands/topology.h"
 #include "host/report_builders.h"
 #include "protocol/protocol.h"
 
@@ -28,6 +29,7 @@ std::vector<std::string> known_names(Subject subject)
         for (const ReportBuilder &builder : report_builders()) {
             names.emplace_back(builder.name);
         }
+        names.emplace_back(kMesh);
         names.emplace_back(kImageUpgrade);
         break;
     case Subject::kControl:
