@@ -6,7 +6,7 @@
 #   fuzz.sh --minimise [TARGET...]  keeps in fuzz/corpus what long runs have found worth keeping
 #   fuzz.sh --coverage [TARGET...]  the lines that the corpora reach
 #
-# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve and fuzz_state, all of them by
+# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve, fuzz_policy and fuzz_state, all of them by
 # default. When one finds something, the exit status is not 0, the input is in build/fuzz/findings, and
 # the last line about the target repeats it.
 set -euo pipefail
@@ -26,7 +26,7 @@ case ${1-} in
 esac
 targets=("$@")
 if [ $# -eq 0 ]; then
-    targets=(fuzz_request fuzz_device fuzz_session fuzz_serve fuzz_state)
+    targets=(fuzz_request fuzz_device fuzz_session fuzz_serve fuzz_policy fuzz_state)
     # Its corpus is two states of version 0.1.0: hundreds of homes would be a megabyte.
     if [ "$mode" = minimise ]; then
         unset 'targets[-1]'
@@ -48,6 +48,7 @@ limits=(-timeout=0 -rss_limit_mb=2560)
 declare -A options=(
     [fuzz_request]="-max_len=4096" [fuzz_device]="-max_len=4096" [fuzz_session]="-max_len=4096"
     [fuzz_serve]="-max_len=4096 -close_fd_mask=2" [fuzz_state]="-max_len=16384"
+    [fuzz_policy]="-max_len=4096"
 )
 # An allocation's way is shown in part only, and freed memory kept for a shorter time, for speed.
 export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
@@ -111,7 +112,8 @@ long() {
 # time. Built without optimisation, which takes half the time, and that is most of it.
 short() {
     local -A runs=(
-        [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_state]=400
+        [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_policy]=4000
+        [fuzz_state]=400
     )
     local target workers=()
     build build/fuzz_short -D CMAKE_CXX_FLAGS_DEBUG="-O0 -g1"
@@ -165,6 +167,7 @@ coverage() {
         case $target in
             fuzz_session) folders+=(simulated_gateway) ;;
             fuzz_serve) folders+=(agent) ;;
+            fuzz_policy) folders=(agent) ;;
             fuzz_state) folders=(simulated_gateway) ;;
         esac
         printf '== %s: lines of each file\n' "$target"

@@ -32,10 +32,11 @@ std::vector<RunOptions::Given> given_settings(const CLI::App &app, const CLI::Ap
 {
     std::vector<RunOptions::Given> given;
     for (const Setting &setting : settings()) {
-        const CLI::App &place = setting.belongs_to_agent() ? app : run;
-        const CLI::Option *option = place.get_option(setting.option);
-        if (option->count() > 0) {
-            given.push_back({setting.key, setting.option, option->results()});
+        for (const CLI::App *place : {&app, &run}) { // some are options of both
+            const CLI::Option *option = place->get_option_no_throw(setting.option);
+            if (option != nullptr && option->count() > 0) {
+                given.push_back({setting.key, setting.option, option->results()});
+            }
         }
     }
     if (run.count("--in-process") > 0) {

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "service/config_error.h"
+#include "service/toml.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <toml++/toml.h>
 #include <vector>
 
 namespace agent::service {

@@ -11,7 +11,16 @@ if ! systemd-analyze --version >/dev/null 2>&1; then
     exit 77
 fi
 home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+# The first line of the trace is the service's own.
+end()
+{
+    if [ -s "$home/trace" ]; then
+        kill "$(sed -n '1 s/ .*//p' "$home/trace")" 2>/dev/null || true
+        wait
+    fi
+    rm -rf "$home"
+}
+trap end EXIT
 faults=0
 fault()
 {
@@ -70,9 +79,20 @@ for unit in hgagent hgagent-worker; do
 done
 comm -23 <(calls @system-service) <({ calls @privileged; calls @resources; } | sort -u) >"$home/allowed"
 [ "$(wc -l <"$home/allowed")" -gt 100 ]
-strace -f -qq -e trace=all -e signal=none -o "$home/trace" "$hgagent" --state "$home/state" serve >/dev/null \
-    <<<'{"command": "GET_SN_INFO"}
-{"command": "SET_UPNP_STATE", "params": {"Enable": "1"}}'
+# The service under strace, with a client that queries and sets, until it is asked to end.
+: >"$home/log"
+strace -f -qq -e trace=all -e signal=none -o "$home/trace" "$hgagent" --state "$home/state" \
+    run --socket "$home/socket" --audit "$home/audit" 2>"$home/log" &
+service=$!
+for ((tries = 600; tries > 0; tries--)); do
+    grep -q '^listening on ' "$home/log" && break
+    sleep 0.1
+done
+"$hgagent" call --socket "$home/socket" GET_SN_INFO >/dev/null
+"$hgagent" call --socket "$home/socket" SET_UPNP_STATE Enable=1 >/dev/null
+[ "$(wc -l <"$home/audit")" -eq 2 ]
+kill "$(sed -n '1 s/ .*//p' "$home/trace")"
+wait "$service" || true
 sed -n 's/^[0-9]* *\([a-z_0-9]*\)(.*/\1/p' "$home/trace" | sort -u >"$home/used"
 [ "$(wc -l <"$home/used")" -gt 20 ]
 # systemd allows these in every filter, to start the program; glibc asks for its limits by prlimit64.

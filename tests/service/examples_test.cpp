@@ -1,6 +1,7 @@
 // The sample files do what their comments say.
 #include "service/config.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
 
 namespace agent::service {
@@ -16,7 +17,28 @@ Policy::Verdict verdict_for(const char *member, const char *request)
     return load_config(options).policy.decide(who, asked_for.subject, asked_for.name);
 }
 
+std::string text_of(const std::string &path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 } // namespace
+
+TEST(Documents, NameEverySetting)
+{
+    const std::string page = text_of(DOCUMENTS "/service.md");
+    const std::string manual = text_of(DOCUMENTS "/man/hgagent.1");
+    for (const Setting &setting : settings()) {
+        EXPECT_NE(page.find("`" + std::string(setting.key) + "`"), std::string::npos)
+            << setting.key;
+        const std::string option(setting.option + 1);
+        EXPECT_NE(manual.find("Fl " + option), std::string::npos) << option;
+        if (!setting.belongs_to_agent()) {
+            EXPECT_NE(page.find("`-" + option), std::string::npos) << option;
+        }
+    }
+}
 
 TEST(Examples, LetAdministratorsDoEverything)
 {
@@ -33,8 +55,8 @@ TEST(Examples, LetSupportLookAndTest)
         EXPECT_TRUE(verdict_for("group:hgagent", request).allowed) << request;
         EXPECT_FALSE(verdict_for("group:hgagent", request).sees_secrets) << request;
     }
-    for (const char *request : {"SET_WIFI_INFO", "GET_GREENNET_DEVICE_LIST",
-                                "report:image-upgrade", "event:policy.refused", "notice:any"}) {
+    for (const char *request : {"SET_WIFI_INFO", "GET_GREENNET_DEVICE_LIST", "report:image-upgrade",
+                                "event:policy.refused", "notice:any"}) {
         EXPECT_FALSE(verdict_for("group:hgagent", request).allowed) << request;
     }
 }

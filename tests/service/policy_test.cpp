@@ -292,7 +292,7 @@ TEST(PolicyFile, TellsRulesThatMatchNothing)
     EXPECT_EQ(problem("report:"), place + "\"report:\" names nothing");
     EXPECT_EQ(problem("report:topolgy"),
               place + "\"report:topolgy\" is not known; there are home-page, main-router, "
-                      "main-base, topology, agent-topology, stations, image-upgrade");
+                      "main-base, topology, agent-topology, stations, mesh, image-upgrade");
     EXPECT_EQ(problem("report:x*"), place + "\"report:x*\" matches nothing that there is");
     EXPECT_EQ(problem("event:updates.*"),
               place + "\"event:updates.*\" matches nothing that there is");
@@ -333,9 +333,11 @@ TEST(PolicyFile, TellsRatesThatAreNone)
 // What the parser of TOML says is its own; where it is said of is not.
 TEST(PolicyFile, TellsWhatIsNoToml)
 {
-    for (const char *toml : {"[roles.a]\nx = ", "\n[roles", "\nroles.a = 1\nroles.a = 2",
-                             "\na = [[[[[[[[[[1]]]]]]]]]]", "\na = \"\x01\"",
-                             "\n\x7f\x45LF\x02\x01\x01", "\na = 99999999999999999999"}) {
+    for (const char *toml :
+         {"\n[\nx = 1", "\n[[\n", "\n[#", "\n[=]", "\na = \u018a", "\n\u03b1 = 1", "\n[\u0416]",
+          "[roles.a]\nx = ", "\n[roles", "\nroles.a = 1\nroles.a = 2",
+          "\na = [[[[[[[[[[1]]]]]]]]]]", "\na = \"\x01\"", "\n\x7f\x45LF\x02\x01\x01",
+          "\na = 99999999999999999999"}) {
         const std::string problem = policy_problems(toml);
         EXPECT_EQ(problem.find("policy.toml:"), 0U) << toml;
         EXPECT_GT(problem.size(), sizeof("policy.toml:2: ")) << toml;

@@ -1,6 +1,7 @@
 #include "service/gate/policy_names.h"
 
 #include "commands/image_upgrade.h"
+#include "commands/topology.h"
 #include "host/report_builders.h"
 #include "protocol/protocol.h"
 
@@ -28,16 +29,16 @@ std::vector<std::string> known_names(Subject subject)
         for (const ReportBuilder &builder : report_builders()) {
             names.emplace_back(builder.name);
         }
+        names.emplace_back(kMesh);
         names.emplace_back(kImageUpgrade);
         break;
     case Subject::kControl:
         names.emplace_back(kHello);
         break;
     case Subject::kSubscription:
-        names = {"background.ended", "background.lost",  "background.started", "notice",
-                 "policy.refused",   "reboot.begun",     "reboot.ended",       "update.failed",
-                 "update.progress",  "update.succeeded", "worker.backing-off", "worker.crashed",
-                 "worker.killed",    "worker.started"};
+        for (const Description &description : events()) {
+            names.push_back(description["event"].text());
+        }
         break;
     case Subject::kNotice: // of any part of the system
         break;
