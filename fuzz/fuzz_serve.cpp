@@ -7,7 +7,7 @@
 //
 // Each line has to get one answer, in its order, and each answer has to be JSON. The agent loads
 // its libraries as ever, but finds both of them in this program: the plug-in, and the steered
-// device. It logs everything, to a standard error that scripts/fuzz.sh has libFuzzer throw away.
+// device. It logs everything, to a standard error that tools/fuzz.sh has libFuzzer throw away.
 #include "answers.h"
 #include "commands/serve.h"
 #include "io/exit_status.h"

@@ -7,6 +7,7 @@
 #   --clang    also the other compiler, which builds the fuzzers
 #   --musl     also what builds the plug-in for another C library
 #   --packages also what builds and checks the Debian packages
+#   --all      all of these: whatever .ci/run and the tools need
 set -euo pipefail
 
 packages=(
@@ -18,6 +19,9 @@ packages=(
     strace valgrind
 )
 foreign=()
+if [ "$*" = --all ]; then
+    set -- --cross --checks --clang --musl --packages
+fi
 for option in "$@"; do
     case $option in
         --cross)
@@ -37,12 +41,17 @@ for option in "$@"; do
             packages+=(dpkg-dev fakeroot file lintian man-db)
             ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages]" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] | --all" >&2
             exit 2
             ;;
     esac
 done
 
+if ! command -v dpkg >/dev/null; then
+    echo 'The packages are those of Debian 12, and there is no dpkg here. docs/dependencies.md says what they are for;' >&2
+    echo '.devcontainer/Dockerfile makes a container that has them.' >&2
+    exit 1
+fi
 native=$(dpkg --print-architecture)
 missing=()
 for package in "${packages[@]}" "${foreign[@]}"; do

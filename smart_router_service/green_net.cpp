@@ -1,5 +1,6 @@
-// Parental control (green-net): its switch, and the devices that it protects.
-#include "green_net.h"
+// Parental control (green-net): its switch, the devices that it protects, and the periods in which
+// it does.
+#include "recipes.h"
 
 #include <stdlib.h>
 #include <strings.h>
@@ -32,6 +33,14 @@ constexpr auto kNotifySetting = Fields{
     FIELD(GreenHostInfo, Mac),
     FIELD(GreenHostInfo, NotifyEnable),
 };
+
+constexpr char kNoList[] = "json node: list not found"; // also said of the notify switch
+
+// Finds a host that has to be in the table already. Result: false when it is not.
+bool find_host(const char *mac, int32_t *index)
+{
+    return devapi_get_greennet_index_by_mac(mac, index) == 1;
+}
 
 bool is_entry(const GreenHostInfo &device)
 {
@@ -148,6 +157,72 @@ const char *replace_devices(const cJSON *elements, int32_t *removal)
     return failure;
 }
 
+// ---- The periods of a device -------------------------------------------------------------------
+
+constexpr auto kPeriod = Fields{
+    FIELD(ProtectPeriodInfo, StartTime),
+    FIELD(ProtectPeriodInfo, EndTime),
+    FIELD(ProtectPeriodInfo, Enable),
+    FIELD(ProtectPeriodInfo, DaysOfWeek),
+};
+
+// The MAC address by which a request names a host.
+using MacText = char[64];
+
+// Reads the "Mac" of a request. Result: false when there is none, and then the request is answered.
+bool read_mac(cJSON *obj, MacText &mac)
+{
+    const char *text = text_under(obj, "Mac");
+    if (text == nullptr) {
+        fail(obj, "json node: mac not found");
+        return false;
+    }
+    copy_text(mac, text);
+    return true;
+}
+
+constexpr char kCannotDelete[] = "del duration failed!";
+
+// Stores the elements as periods of the host, and finds out whether one is in force. Result: null,
+// or why it stopped; what was stored before stays.
+const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
+{
+    cJSON *element;
+    cJSON_ArrayForEach(element, elements)
+    {
+        ProtectPeriodInfo period = {};
+        period.HostIndex = host;
+        if (read_fields(element, kPeriod, &period) != 0) {
+            log_error("string is null.\n");
+            return "parse protect period info failed";
+        }
+        *in_force = *in_force || holds(period.Enable, "1");
+        if (devapi_add_greennet_duration(host, &period.PeriodNum) != 0) {
+            return "add protect period info failed";
+        }
+        if (devapi_set_protect_period_info(&period) != 0) {
+            return "set protect period info failed";
+        }
+    }
+    return nullptr;
+}
+
+// Makes the elements the host's only periods, and switches its protection accordingly. Result:
+// null, or why it stopped; what was done before stays.
+const char *replace_periods(const cJSON *elements, int32_t host)
+{
+    if (devapi_del_all_duration(host) != 0) {
+        return kCannotDelete;
+    }
+    bool in_force = false;
+    const char *failure = store_periods(elements, host, &in_force);
+    if (failure != nullptr) {
+        return failure;
+    }
+    return devapi_set_protect_enable(in_force ? 1 : 0, host) == 0 ? nullptr
+                                                                  : "set PortectEnable failed!";
+}
+
 } // namespace
 
 // ---- Commands ----------------------------------------------------------------------------------
@@ -235,4 +310,53 @@ int32_t json_set_green_net_notify(cJSON *obj)
     const int32_t result = devapi_set_green_net_notify(&device);
     run.end(result != 0, kFailure);
     return result;
+}
+
+int32_t json_get_protect_period_list(cJSON *obj)
+{
+    constexpr const char *kFailure = "get protect period list failed";
+    MacText mac = "";
+    if (!read_mac(obj, mac)) {
+        return -1;
+    }
+    int32_t host = 0;
+    if (!find_host(mac, &host)) {
+        return refuse(obj, "xml mac index not found");
+    }
+    int32_t count = 0;
+    devapi_get_duration_num_by_index(host, &count);
+    SuccessReply reply;
+    cJSON *list = reply.list("Sleep");
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        ProtectPeriodInfo period = {};
+        period.HostIndex = host;
+        period.PeriodNum = at + 1;
+        if (devapi_get_protect_period_info(&period) != 0) {
+            return refuse(obj, kFailure);
+        }
+        reply.append(list, kPeriod, &period);
+    }
+    return answer(obj, reply, kFailure);
+}
+
+int32_t json_set_protect_period_list(cJSON *obj)
+{
+    MacText mac = "";
+    if (!read_mac(obj, mac)) {
+        return -1;
+    }
+    int32_t host = 0;
+    if (!find_host(mac, &host)) {
+        return refuse(obj, "json node: mac index not found");
+    }
+    LOG_DEBUG("mac_index = %d\n", host);
+    cJSON *elements = array_of(obj, "Sleep");
+    if (elements == nullptr) {
+        return refuse(obj, kNoList);
+    }
+    SuccessReply success;
+    const char *failure = success.complete() ? replace_periods(elements, host) : kCannotDelete;
+    remove_key(obj, elements);
+    conclude(obj, success, failure != nullptr, failure);
+    return failure != nullptr ? -1 : 0;
 }

@@ -6,9 +6,9 @@
 
 using namespace smart_router;
 
-namespace {
-
 // ---- The main router ---------------------------------------------------------------------------
+
+namespace {
 
 constexpr auto kRouterInBrief = Fields{
     FIELD(HgBaseInfo, DeviceType), FIELD(HgBaseInfo, WiFiStatus1), FIELD(HgBaseInfo, WiFiStatus2),
@@ -55,7 +55,45 @@ bool is_connected(const WanIpInfo &wan)
     return holds(wan.ConnectionState, "Connected") || holds(wan.ConnectionState, "Connecting");
 }
 
+} // namespace
+
+int32_t json_get_main_router_info(cJSON *obj)
+{
+    constexpr const char *kFailure = "get base info error!";
+    AreaCode area;
+    read_area_code(area);
+    LOG_DEBUG("area_code = %s\n", Ended(area).text());
+    DevStatusInfo status;
+    LanIpInfo lan;
+    WanIpInfo wan;
+    HgBaseInfo base;
+    const bool has_status = read_or_empty<devapi_get_dev_status_info>(status);
+    const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
+    const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
+    const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
+    // A gateway that knows part of itself is still worth showing.
+    if (!has_status && !has_lan && !has_wan && !has_base) {
+        return refuse(obj, kFailure);
+    }
+    SuccessReply reply;
+    reply.text("NetStatus", is_connected(wan) ? "1" : "0");
+    reply.fields(kRouterInBrief, &base);
+    reply.text("ip", wan.ip, sizeof wan.ip);
+    if (wants_short_report(area)) {
+        reply.fields(kLoad, &status);
+        reply.fields(kLanAddress, &lan);
+        reply.fields(kWanNeighbours, &wan);
+    } else {
+        reply.fields(kRouterAtLength, &base);
+        reply.text("NetQuality", "0");
+        reply.fields(kRadioAddresses, &base);
+    }
+    return answer(obj, reply, kFailure);
+}
+
 // ---- The devices attached to the main router ---------------------------------------------------
+
+namespace {
 
 constexpr auto kDevice = Fields{
     FIELD(AdBaseInfo, AccessType), FIELD(AdBaseInfo, NetStatus),  FIELD(AdBaseInfo, AccessEnable),
@@ -117,72 +155,7 @@ cJSON *device_object(AdBaseInfo &info)
     return complete && add_fields(object.get(), kDevice, &info) ? object.release() : nullptr;
 }
 
-// ---- Stations ----------------------------------------------------------------------------------
-
-constexpr int32_t kMostStations = 32;
-
-// A new object for a station of a router in the tree of parameters; null when memory ran out.
-cJSON *station_object(const AdBaseInfo &info)
-{
-    ReportedDevice station = {};
-    station.info = info;
-    complete_station(&station);
-    put_elapsed(&station.info, zone_hours());
-    JsonItem object(cJSON_CreateObject());
-    const bool complete = object.get() != nullptr &&
-                          add_text(object.get(), "Mac", station.info.Mac, sizeof info.Mac) &&
-                          add_fields(object.get(), kMeshStation, &station) &&
-                          add_fields(object.get(), kStationDetails, &station);
-    return complete ? object.release() : nullptr;
-}
-
 } // namespace
-
-bool smart_router::wants_short_report(const AreaCode &area)
-{
-    return contains(area, "TH_OLV", Case::kIsIgnored);
-}
-
-bool smart_router::add_own_mac(cJSON *object)
-{
-    char mac[32] = "";
-    devapi_get_iotagtd_device_mac(mac, sizeof mac);
-    return add_text(object, kParentMac, mac, sizeof mac);
-}
-
-int32_t json_get_main_router_info(cJSON *obj)
-{
-    constexpr const char *kFailure = "get base info error!";
-    AreaCode area;
-    read_area_code(area);
-    LOG_DEBUG("area_code = %s\n", Ended(area).text());
-    DevStatusInfo status;
-    LanIpInfo lan;
-    WanIpInfo wan;
-    HgBaseInfo base;
-    const bool has_status = read_or_empty<devapi_get_dev_status_info>(status);
-    const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
-    const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
-    const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
-    // A gateway that knows part of itself is still worth showing.
-    if (!has_status && !has_lan && !has_wan && !has_base) {
-        return refuse(obj, kFailure);
-    }
-    SuccessReply reply;
-    reply.text("NetStatus", is_connected(wan) ? "1" : "0");
-    reply.fields(kRouterInBrief, &base);
-    reply.text("ip", wan.ip, sizeof wan.ip);
-    if (wants_short_report(area)) {
-        reply.fields(kLoad, &status);
-        reply.fields(kLanAddress, &lan);
-        reply.fields(kWanNeighbours, &wan);
-    } else {
-        reply.fields(kRouterAtLength, &base);
-        reply.text("NetQuality", "0");
-        reply.fields(kRadioAddresses, &base);
-    }
-    return answer(obj, reply, kFailure);
-}
 
 int32_t json_get_main_router_baseinfo(cJSON *obj)
 {
@@ -206,6 +179,29 @@ int32_t json_get_main_router_baseinfo(cJSON *obj)
     return reply.join(obj) ? 0 : -1;
 }
 
+// ---- The stations of a router ------------------------------------------------------------------
+
+namespace {
+
+constexpr int32_t kMostStations = 32;
+
+// A new object for a station of a router in the tree of parameters; null when memory ran out.
+cJSON *station_object(const AdBaseInfo &info)
+{
+    ReportedDevice station = {};
+    station.info = info;
+    complete_station(&station);
+    put_elapsed(&station.info, zone_hours());
+    JsonItem object(cJSON_CreateObject());
+    const bool complete = object.get() != nullptr &&
+                          add_text(object.get(), "Mac", station.info.Mac, sizeof info.Mac) &&
+                          add_fields(object.get(), kMeshStation, &station) &&
+                          add_fields(object.get(), kStationDetails, &station);
+    return complete ? object.release() : nullptr;
+}
+
+} // namespace
+
 int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path)
 {
     const bool is_main = which != nullptr && strcmp(which, "main") == 0;
@@ -225,4 +221,18 @@ int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path
         return -1;
     }
     return 0;
+}
+
+// ---- What other reports share ------------------------------------------------------------------
+
+bool smart_router::wants_short_report(const AreaCode &area)
+{
+    return contains(area, "TH_OLV", Case::kIsIgnored);
+}
+
+bool smart_router::add_own_mac(cJSON *object)
+{
+    char mac[32] = "";
+    devapi_get_iotagtd_device_mac(mac, sizeof mac);
+    return add_text(object, kParentMac, mac, sizeof mac);
 }

@@ -3,6 +3,8 @@
 
 using namespace smart_router;
 
+// ---- The routers of the topology ---------------------------------------------------------------
+
 namespace {
 
 // Ends a list that runs into itself at its last node, so that it can be walked and freed.
@@ -46,32 +48,83 @@ class Topology {
     TopoNode *first_;
 };
 
-// The devices attached to a router; the device library appends them to a node of ours.
-class AttachedList {
-  public:
-    AttachedList() : first_(static_cast<NodeBaseInfo *>(calloc(1, sizeof(NodeBaseInfo)))) {}
-    ~AttachedList()
-    {
-        while (first_ != nullptr) {
-            NodeBaseInfo *next = first_->next;
-            free(first_);
-            first_ = next;
-        }
-    }
-    AttachedList(const AttachedList &) = delete;
-    AttachedList &operator=(const AttachedList &) = delete;
-
-    NodeBaseInfo *first() const { return first_; } // null when memory ran out
-
-  private:
-    NodeBaseInfo *first_;
-};
-
 // The main router's level is 1.
 constexpr int32_t kFirstChildLevel = 2;
 
-// The kind of the node that only opens a list.
-constexpr int32_t kListHead = 1;
+// A child router as it is reported, or why it is not.
+struct RouterReport {
+    cJSON *object;  // belongs to the caller; null when the router is left out
+    int32_t result; // the device's where it failed; -1 for no attached device and without memory
+    bool complete;  // false when memory ran out
+};
+
+RouterReport report_router(const TopoNode &node);
+
+// Appends the child routers of a topology.
+void add_routers(Reply &reply, cJSON *list, const TopoNode *first)
+{
+    for (const TopoNode *node = first; node != nullptr && reply.complete(); node = node->next) {
+        if (node->level < kFirstChildLevel) {
+            continue;
+        }
+        const RouterReport report = report_router(*node);
+        if (report.object != nullptr || !report.complete) {
+            reply.append(list, report.object);
+        }
+    }
+}
+
+bool is_mesh_on()
+{
+    int32_t state = 0;
+    devapi_get_Multi_Ap_enable(&state);
+    return state == 1;
+}
+
+} // namespace
+
+int32_t json_get_topo_router_info(cJSON *obj)
+{
+    Reply reply;
+    cJSON *routers = reply.list("ChildRouter");
+    if (routers == nullptr) {
+        return -1;
+    }
+    char relations[TOPO_RELATION_SIZE + 1] = ""; // one more, for a text without an end
+    int32_t count = 0;
+    if (is_mesh_on() && devapi_get_topo_relation_ship(relations, TOPO_RELATION_SIZE - 1) == 0 &&
+        devapi_get_topo_relation_num(&count) == 0) {
+        Topology topology;
+        if (topology.first() == nullptr) {
+            return -1;
+        }
+        if (devapi_handle_topo_struct(relations, topology.first()) == 0) {
+            devapi_topo_xml_info_list(count, topology.first());
+        }
+        if (devapi_call_tslink_set_topo_speed() != 0) {
+            log_error("call tslink set topo speed failed\n");
+        }
+        end_list(topology.first());
+        add_routers(reply, routers, topology.first());
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
+// ---- One child router --------------------------------------------------------------------------
+
+int32_t json_get_child_router_info(const TopoNode *node, cJSON *array)
+{
+    if (node == nullptr || array == nullptr) {
+        return -1;
+    }
+    const RouterReport report = report_router(*node);
+    if (report.object != nullptr) {
+        cJSON_AddItemToArray(array, report.object);
+    }
+    return report.result;
+}
+
+namespace {
 
 constexpr auto kNode = Fields{
     FIELD(NodeDevInfo, ip),  FIELD(NodeDevInfo, AccessType), FIELD(NodeDevInfo, LinkSpeed),
@@ -144,41 +197,6 @@ bool add_child_router(cJSON *object, const NodeDevInfo &node, int32_t index)
                : add_view_mac(object, kParentMac, router.ParentMac);
 }
 
-// A new object for a device attached to a router: empty when the device is not known, null when
-// memory ran out.
-cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
-{
-    JsonItem object(cJSON_CreateObject());
-    ReportedDevice station = {};
-    AdBaseInfo &info = station.info;
-    devapi_get_hostindex_by_mac(Ended(node.Mac).text(), &info.HostIndex);
-    if (devapi_get_childsta_base_info(&info) != 0) {
-        return object.release();
-    }
-    complete_station(&station);
-    if (is_unknown(info.ByName)) {
-        assign(info.ByName, info.Name);
-    }
-    const bool is_short = wants_short_report(area);
-    if (!is_short) {
-        put_elapsed(&info, zone_hours());
-    }
-    const bool complete =
-        object.get() != nullptr && add_text(object.get(), "Mac", node.Mac, sizeof node.Mac) &&
-        add_fields(object.get(), kMeshStation, &station) &&
-        add_text(object.get(), "dbm", info.Dbm, sizeof info.Dbm) &&
-        (is_short ? add_text(object.get(), "AccessTime", info.AccessTime, sizeof info.AccessTime)
-                  : add_fields(object.get(), kStationDetails, &station));
-    return complete ? object.release() : nullptr;
-}
-
-// A child router as it is reported, or why it is not.
-struct RouterReport {
-    cJSON *object;  // belongs to the caller; null when the router is left out
-    int32_t result; // the device's where it failed; -1 for no attached device and without memory
-    bool complete;  // false when memory ran out
-};
-
 RouterReport report_router(const TopoNode &node)
 {
     NodeDevInfo info = {};
@@ -215,25 +233,62 @@ RouterReport report_router(const TopoNode &node)
     return {object.release(), 0, true};
 }
 
-// Appends the child routers of a topology.
-void add_routers(Reply &reply, cJSON *list, const TopoNode *first)
-{
-    for (const TopoNode *node = first; node != nullptr && reply.complete(); node = node->next) {
-        if (node->level < kFirstChildLevel) {
-            continue;
-        }
-        const RouterReport report = report_router(*node);
-        if (report.object != nullptr || !report.complete) {
-            reply.append(list, report.object);
+} // namespace
+
+// ---- The devices attached to it ----------------------------------------------------------------
+
+namespace {
+
+// The devices attached to a router; the device library appends them to a node of ours.
+class AttachedList {
+  public:
+    AttachedList() : first_(static_cast<NodeBaseInfo *>(calloc(1, sizeof(NodeBaseInfo)))) {}
+    ~AttachedList()
+    {
+        while (first_ != nullptr) {
+            NodeBaseInfo *next = first_->next;
+            free(first_);
+            first_ = next;
         }
     }
-}
+    AttachedList(const AttachedList &) = delete;
+    AttachedList &operator=(const AttachedList &) = delete;
 
-bool is_mesh_on()
+    NodeBaseInfo *first() const { return first_; } // null when memory ran out
+
+  private:
+    NodeBaseInfo *first_;
+};
+
+// The kind of the node that only opens a list.
+constexpr int32_t kListHead = 1;
+
+// A new object for a device attached to a router: empty when the device is not known, null when
+// memory ran out.
+cJSON *attached_object(const NodeBaseInfo &node, const AreaCode &area)
 {
-    int32_t state = 0;
-    devapi_get_Multi_Ap_enable(&state);
-    return state == 1;
+    JsonItem object(cJSON_CreateObject());
+    ReportedDevice station = {};
+    AdBaseInfo &info = station.info;
+    devapi_get_hostindex_by_mac(Ended(node.Mac).text(), &info.HostIndex);
+    if (devapi_get_childsta_base_info(&info) != 0) {
+        return object.release();
+    }
+    complete_station(&station);
+    if (is_unknown(info.ByName)) {
+        assign(info.ByName, info.Name);
+    }
+    const bool is_short = wants_short_report(area);
+    if (!is_short) {
+        put_elapsed(&info, zone_hours());
+    }
+    const bool complete =
+        object.get() != nullptr && add_text(object.get(), "Mac", node.Mac, sizeof node.Mac) &&
+        add_fields(object.get(), kMeshStation, &station) &&
+        add_text(object.get(), "dbm", info.Dbm, sizeof info.Dbm) &&
+        (is_short ? add_text(object.get(), "AccessTime", info.AccessTime, sizeof info.AccessTime)
+                  : add_fields(object.get(), kStationDetails, &station));
+    return complete ? object.release() : nullptr;
 }
 
 } // namespace
@@ -261,45 +316,6 @@ int32_t json_get_child_router_baseinfo(const TopoNode *node, cJSON *obj)
         if (at->Kind != kListHead && reply.complete()) {
             reply.append(list, attached_object(*at, area));
         }
-    }
-    return reply.join(obj) ? 0 : -1;
-}
-
-int32_t json_get_child_router_info(const TopoNode *node, cJSON *array)
-{
-    if (node == nullptr || array == nullptr) {
-        return -1;
-    }
-    const RouterReport report = report_router(*node);
-    if (report.object != nullptr) {
-        cJSON_AddItemToArray(array, report.object);
-    }
-    return report.result;
-}
-
-int32_t json_get_topo_router_info(cJSON *obj)
-{
-    Reply reply;
-    cJSON *routers = reply.list("ChildRouter");
-    if (routers == nullptr) {
-        return -1;
-    }
-    char relations[TOPO_RELATION_SIZE + 1] = ""; // one more, for a text without an end
-    int32_t count = 0;
-    if (is_mesh_on() && devapi_get_topo_relation_ship(relations, TOPO_RELATION_SIZE - 1) == 0 &&
-        devapi_get_topo_relation_num(&count) == 0) {
-        Topology topology;
-        if (topology.first() == nullptr) {
-            return -1;
-        }
-        if (devapi_handle_topo_struct(relations, topology.first()) == 0) {
-            devapi_topo_xml_info_list(count, topology.first());
-        }
-        if (devapi_call_tslink_set_topo_speed() != 0) {
-            log_error("call tslink set topo speed failed\n");
-        }
-        end_list(topology.first());
-        add_routers(reply, routers, topology.first());
     }
     return reply.join(obj) ? 0 : -1;
 }

@@ -8,9 +8,27 @@ using namespace smart_router;
 int32_t g_dev_num = 0;
 int32_t g_active_num = 0;
 
-namespace {
+int32_t json_get_tsnk_topo_info(cJSON *obj)
+{
+    constexpr const char *kFailure = "Create mainrouter json error";
+    JsonItem router(cJSON_CreateObject());
+    if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
+        return refuse(obj, kFailure);
+    }
+    Reply reply;
+    reply.add("MainRouter", router.release());
+    JsonItem children(cJSON_CreateArray());
+    if (children.get() != nullptr) {
+        const bool complete = json_get_child_router_topo_info(children.get()) == 0;
+        reply.add("ChildRouter", complete ? children.release() : nullptr);
+    }
+    reply.success();
+    return answer(obj, reply, kFailure);
+}
 
 // ---- The main router ---------------------------------------------------------------------------
+
+namespace {
 
 // The main router's own information in the report's order, with what is said of it beside.
 struct ReportedRouter {
@@ -118,7 +136,53 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
     return devapi_get_mesh_type() != 2 || add_children(router, bridge);
 }
 
+// Appends the devices attached to the main router, or says why there are none.
+void add_devices(Reply &router)
+{
+    JsonItem devices(cJSON_CreateArray());
+    if (devices.get() == nullptr) {
+        router.text(kFailReason, "cJSON create array failed!");
+        return;
+    }
+    g_dev_num = 0;
+    g_active_num = 0;
+    cJSON *list = devices.get();
+    if (put_to_json(&list, 0, 1) == -1) {
+        router.text(kFailReason, "get main base info error!");
+    } else {
+        router.add("MainBaseInfo", devices.release());
+    }
+}
+
+} // namespace
+
+int32_t json_get_hg_base_info_copy(cJSON *obj)
+{
+    Reply reply;
+    ReportedRouter router = {};
+    if (devapi_get_hg_base_info(&router.base) != 0) {
+        reply.text(kFailReason, "get base info error!");
+        return reply.join(obj) ? 0 : -1;
+    }
+    Model model;
+    read_model(model);
+    const bool is_operator_model = holds(model, kOperatorModel);
+    if (is_operator_model && contains(router.base.AreaCode, "ARVEN")) {
+        copy_text(router.base.AreaCode, "ARVEN");
+    }
+    put_radio_state(router.base.WiFiStatus1);
+    put_radio_state(router.base.WiFiStatus2);
+    copy_text(router.NetQuality, "0");
+    reply.fields(kRouter, &router);
+    if (add_mesh(reply, is_operator_model, router.base.AreaCode)) {
+        add_devices(reply);
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
 // ---- The devices attached to the main router ---------------------------------------------------
+
+namespace {
 
 // What apps have room for, in one report.
 constexpr int32_t kMostDevices = 32;
@@ -176,51 +240,7 @@ void complete_device(ReportedDevice *device)
     }
 }
 
-// Appends the devices attached to the main router, or says why there are none.
-void add_devices(Reply &router)
-{
-    JsonItem devices(cJSON_CreateArray());
-    if (devices.get() == nullptr) {
-        router.text(kFailReason, "cJSON create array failed!");
-        return;
-    }
-    g_dev_num = 0;
-    g_active_num = 0;
-    cJSON *list = devices.get();
-    if (put_to_json(&list, 0, 1) == -1) {
-        router.text(kFailReason, "get main base info error!");
-    } else {
-        router.add("MainBaseInfo", devices.release());
-    }
-}
-
 } // namespace
-
-// ---- The main router ---------------------------------------------------------------------------
-
-int32_t json_get_hg_base_info_copy(cJSON *obj)
-{
-    Reply reply;
-    ReportedRouter router = {};
-    if (devapi_get_hg_base_info(&router.base) != 0) {
-        reply.text(kFailReason, "get base info error!");
-        return reply.join(obj) ? 0 : -1;
-    }
-    Model model;
-    read_model(model);
-    const bool is_operator_model = holds(model, kOperatorModel);
-    if (is_operator_model && contains(router.base.AreaCode, "ARVEN")) {
-        copy_text(router.base.AreaCode, "ARVEN");
-    }
-    put_radio_state(router.base.WiFiStatus1);
-    put_radio_state(router.base.WiFiStatus2);
-    copy_text(router.NetQuality, "0");
-    reply.fields(kRouter, &router);
-    if (add_mesh(reply, is_operator_model, router.base.AreaCode)) {
-        add_devices(reply);
-    }
-    return reply.join(obj) ? 0 : -1;
-}
 
 int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
 {
@@ -267,24 +287,4 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
         cJSON_AddItemToArray(*array, object.release());
     }
     return 0;
-}
-
-// ---- The report --------------------------------------------------------------------------------
-
-int32_t json_get_tsnk_topo_info(cJSON *obj)
-{
-    constexpr const char *kFailure = "Create mainrouter json error";
-    JsonItem router(cJSON_CreateObject());
-    if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
-        return refuse(obj, kFailure);
-    }
-    Reply reply;
-    reply.add("MainRouter", router.release());
-    JsonItem children(cJSON_CreateArray());
-    if (children.get() != nullptr) {
-        const bool complete = json_get_child_router_topo_info(children.get()) == 0;
-        reply.add("ChildRouter", complete ? children.release() : nullptr);
-    }
-    reply.success();
-    return answer(obj, reply, kFailure);
 }

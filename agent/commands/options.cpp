@@ -1,7 +1,6 @@
 #include "commands/options.h"
 
 #include "commands/image_upgrade.h"
-#include "commands/report.h"
 #include "io/exit_status.h"
 #include "io/text.h"
 #include "protocol/protocol.h"

@@ -1,6 +1,10 @@
 // What the command line asks for.
 #pragma once
 
+#include "conformance/conformance.h"
+#include "host/options.h"
+#include "host/report_builders.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -12,25 +16,6 @@ class App;
 }
 
 namespace agent {
-
-// The first entry of the tree of parameters.
-constexpr char kMainRouterPath[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
-
-// Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
-// the gateway's environment and defaults.
-struct HostOptions {
-    std::string device; // path of the device library; empty: the one that is installed beside us
-    std::string plugin; // the same of the plug-in
-    std::optional<std::string> scenario;
-    std::optional<std::string> state;
-    std::vector<std::string> faults;
-    std::optional<std::string> trace;
-    bool show_secrets = false;
-    std::optional<std::string> firmware_folder;
-    std::optional<std::string> firmware_key;
-    std::optional<int32_t> reboot_seconds; // 0 without
-    bool verbose = false;                  // name all that a library lacks
-};
 
 struct CallOptions {
     std::string command;
@@ -52,13 +37,6 @@ struct NoticeOptions {
 struct TopologyOptions {
     bool ascii = false; // or with the lines that the locale has
     bool dot = false;   // for Graphviz
-};
-
-struct ConformanceOptions {
-    bool allow_writes = false;
-    std::vector<std::string> commands; // empty: all that can be undone
-    int32_t patience = 60;             // seconds for one check
-    std::string junit;                 // file; empty: none
 };
 
 enum class Subcommand {
@@ -89,12 +67,11 @@ struct Options {
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades
-    std::string router_path = kMainRouterPath; // of the report that speaks of one router
-    std::string pattern;                       // of list
-    bool list_events = false;                  // instead of commands
-    std::string described;                     // the command or event of describe
-    std::function<int()>
-        other; // runs a subcommand that another part of the agent has; its exit status
+    // Of the report that speaks of one router.
+    std::string router_path = kMainRouterPath;
+    std::string pattern;      // of list
+    bool list_events = false; // instead of commands
+    std::string described;    // the command or event of describe
 };
 
 // Adds subcommands of other parts of the agent; their callbacks set the option `other`.

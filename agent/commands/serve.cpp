@@ -2,7 +2,6 @@
 
 #include "commands/image_upgrade.h"
 #include "commands/report.h"
-#include "host/crash_report.h"
 #include "host/workers.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
@@ -243,8 +242,17 @@ bool ServeSession::answer(std::string_view line)
     const Answer answer =
         answer_to(line, host_, reasons_ ? &*reasons_ : nullptr, options_.raw_bytes, events_);
     // A client has to know of a worker before it knows that the command is through.
-    events_.look();
+    look();
     return output_({R"({"id":)", answer.id, answer.begin, answer.own, "}\n"});
+}
+
+void ServeSession::look()
+{
+    try {
+        events_.look();
+    } catch (const std::bad_alloc &) { // costs an event, and no more
+        complain_of_memory();
+    }
 }
 
 bool ServeSession::answer_too_long()

@@ -5,6 +5,7 @@
 #include "commands/options.h"
 #include "host/device_reasons.h"
 #include "host/events.h"
+#include "host/notice_receiver.h"
 #include "host/plugin_host.h"
 #include "host/progress.h"
 
@@ -33,7 +34,7 @@ class ServeSession {
     bool answer_too_long();
 
     // Tells of what has started or ended since the last answer.
-    void look() { events_.look(); }
+    void look();
     // When to look again if no line comes before; nothing while there is nothing to look for.
     std::optional<std::chrono::milliseconds> next_look() const { return events_.next_look(); }
 

@@ -1,6 +1,7 @@
 // The control interface: settings from the host and the environment, and the one open gateway.
 #include "core/control.h"
 
+#include "core/fields.h"
 #include "io/clock.h"
 #include "simulated_gateway/simulated_gateway.h"
 

@@ -1,10 +1,12 @@
 #include "core/gateway.h"
 
+#include "core/fields.h"
 #include "core/refusal.h"
 #include "core/update_report.h"
 #include "io/clock.h"
 #include "model/check.h"
 #include "model/scenario.h"
+#include "simulation/life_cycle.h"
 
 #include <algorithm>
 #include <utility>
@@ -66,19 +68,19 @@ Gateway::Gateway(const Settings &settings)
     state_ = std::move(*kept);
 }
 
-int32_t Gateway::query(const char *function, std::initializer_list<Argument> arguments,
-                       const std::function<int32_t(const State &)> &body)
+int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
+                     const std::function<int32_t(const State &)> &body)
 {
-    return run(function, arguments, [&](Lock &) {
+    return run_locked(function, arguments, [&](Lock &) {
         let_time_pass(state_);
         return body(state_);
     });
 }
 
-int32_t Gateway::setting(const char *function, std::initializer_list<Argument> arguments,
-                         const std::function<int32_t(State &)> &body)
+int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
+                     const std::function<int32_t(State &)> &body)
 {
-    return run(function, arguments, [&](Lock &) {
+    return run_locked(function, arguments, [&](Lock &) {
         State changed = state_;
         let_time_pass(changed);
         const int32_t result = body(changed);
@@ -89,10 +91,10 @@ int32_t Gateway::setting(const char *function, std::initializer_list<Argument> a
     });
 }
 
-int32_t Gateway::long_work(const char *function, std::initializer_list<Argument> arguments,
-                           const std::function<int32_t(Gateway &)> &body)
+int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
+                     const std::function<int32_t(Gateway &)> &body)
 {
-    return run(function, arguments, [&](Lock &lock) {
+    return run_locked(function, arguments, [&](Lock &lock) {
         // Without the lock for as long as this lives.
         struct LongCall {
             LongCall(Gateway &gateway, Lock &lock) : gateway_(gateway), lock_(lock)
@@ -139,8 +141,8 @@ void Gateway::wait(std::chrono::milliseconds time)
     }
 }
 
-int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
-                     const std::function<int32_t(Lock &)> &body)
+int32_t Gateway::run_locked(const char *function, std::initializer_list<Argument> arguments,
+                            const std::function<int32_t(Lock &)> &body)
 {
     const auto start = std::chrono::steady_clock::now();
     Trace::Call call = {function, arguments, false, -1, {}, {}};

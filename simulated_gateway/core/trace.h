@@ -1,7 +1,7 @@
 // The trace: one line for every device call.
 #pragma once
 
-#include "core/device_call.h"
+#include "core/arguments.h"
 #include "io/files.h"
 #include "line_output.h"
 

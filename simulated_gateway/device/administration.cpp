@@ -1,6 +1,7 @@
 // The administrator's account, the web login, restart and factory recovery, and the schedules of
 // restarts and of sleep.
 #include "core/device_call.h"
+#include "simulation/life_cycle.h"
 
 using namespace simulated_gateway;
 

@@ -3,7 +3,6 @@
 #include "device/attached_device.h"
 #include "model/address_plan.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 using namespace simulated_gateway;
 

@@ -3,7 +3,6 @@
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 namespace simulated_gateway {
 

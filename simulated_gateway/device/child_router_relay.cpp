@@ -3,7 +3,7 @@
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "model/json.h"
-#include "simulation/host_place.h"
+#include "simulation/host_activity.h"
 
 #include <set>
 

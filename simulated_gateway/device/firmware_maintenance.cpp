@@ -1,8 +1,8 @@
 // Around firmware: when the router may update itself, and the log that is sent when something went
 // wrong.
 #include "core/gateway.h"
+#include "firmware/send_text.h"
 #include "io/clock.h"
-#include "io/send_text.h"
 #include "simulation/host_activity.h"
 #include "simulation/mesh.h"
 

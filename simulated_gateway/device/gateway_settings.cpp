@@ -2,7 +2,7 @@
 #include "core/device_call.h"
 #include "io/clock.h"
 #include "model/address_plan.h"
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The switches of the services, and the speed test.
 #include "core/device_call.h"
 #include "core/gateway.h"
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
 
 using namespace simulated_gateway;
 

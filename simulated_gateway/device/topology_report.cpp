@@ -3,8 +3,8 @@
 #include "device/attached_device.h"
 #include "device/child_router_record.h"
 #include "io/clock.h"
-#include "simulation/host_place.h"
-#include "simulation/measurements.h"
+#include "simulation/host_activity.h"
+#include "simulation/metrics.h"
 
 using namespace simulated_gateway;
 

@@ -31,4 +31,15 @@ template <class Record> void take_network(const Record &info, Home &home, Radio 
     switch_network(home, ssid, taken_flag("Enable", info.Enable));
 }
 
+template <class AnyHome> auto &ssid_at(AnyHome &home, int32_t index)
+{
+    if (index < 1 || static_cast<size_t>(index) > home.ssids.size()) {
+        throw Error("there is no SSID " + std::to_string(index));
+    }
+    return home.ssids[static_cast<size_t>(index - 1)];
+}
+
+// Which channels and bandwidths the radio has, the model says.
+void take_ssid(const SsidInfo &info, Home &home);
+
 } // namespace simulated_gateway

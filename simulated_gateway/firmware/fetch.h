@@ -2,7 +2,7 @@
 #pragma once
 
 #include "firmware/partial_image.h"
-#include "io/web_transfer.h"
+#include "firmware/web_transfer.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "model/check.h"
 
-#include "model/coherence.h"
+#include "model/consistency.h"
 
 namespace simulated_gateway {
 namespace {
@@ -48,7 +48,7 @@ void check(const Home &home)
 {
     RuleChecker rules("");
     Home::describe(home, rules);
-    check_coherence(home, "");
+    check_consistency(home, "");
 }
 
 void check(const State &state)
@@ -59,8 +59,8 @@ void check(const State &state)
         refuse("/firmware/slot_" + std::to_string(state.firmware.running) + "/version",
                "is missing, and it runs");
     }
-    check_coherence(state.home, "/home");
-    check_coherence(state.factory, "/factory");
+    check_consistency(state.home, "/home");
+    check_consistency(state.factory, "/factory");
     check_removed_hosts(state, "/removed_hosts");
 }
 

@@ -8,10 +8,10 @@
 #include "model/green_net.h"
 #include "model/hosts.h"
 #include "model/mesh.h"
-#include "model/remembered.h"
 #include "model/rules.h"
 #include "model/services.h"
 #include "model/settings.h"
+#include "model/timed_cache.h"
 #include "model/wan.h"
 #include "model/wifi.h"
 #include "smart_router_service/device_access.h"
@@ -188,7 +188,7 @@ struct State {
     std::vector<RemovedHost> removed_hosts;
     Home home;
     Home factory;
-    mutable Remembered<Rates> appetites; // of all hosts together (host_activity.cpp)
+    mutable TimedCache<Rates> total_demand; // of all hosts (simulation/host_activity.cpp)
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -209,13 +209,8 @@ struct State {
     }
 };
 
-// Starts the router anew with the home as it is, and with the firmware that is to be next.
-void boot(State &state);
+// Runs the firmware that is to be next.
 void start_firmware(State &state);
-
-// What the clock brings about: ports count what they have carried, guest networks that have come on
-// start their time and go off at its end, removed hosts attach anew.
-void let_time_pass(State &state);
 
 // The radio of a band; null when there is none.
 template <class AnyHome> auto *radio_of(AnyHome &home, const std::string &band)

@@ -1,7 +1,6 @@
 // Radio channels: which there are, who is on them, which is the best.
 #pragma once
 
-#include "core/device_call.h"
 #include "model/model.h"
 
 #include <string>

@@ -3,8 +3,7 @@
 #include "io/clock.h"
 #include "model/parental_control.h"
 #include "model/weekly_period.h"
-#include "simulation/chance.h"
-#include "simulation/host_place.h"
+#include "simulation/random.h"
 
 namespace simulated_gateway {
 namespace {
@@ -32,38 +31,97 @@ const Ssid *ssid_of(const Home &home, const Host &host)
     return host.ssid != 0 ? &home.ssids[static_cast<size_t>(host.ssid - 1)] : nullptr;
 }
 
+constexpr int64_t kDrawSeconds = 900;
+
+// By night people and their devices are where they belong.
+bool is_night()
+{
+    const int64_t hour = now() / 3600 % 24;
+    return hour < 6 || hour >= 22;
+}
+
+uint64_t draw_for(const Home &home, Quantity quantity, const Host &host,
+                  const std::string &router = {})
+{
+    const uint64_t source = source_of(host.mac) ^ (source_of(router) << 16);
+    return draw(home, quantity, source, static_cast<uint64_t>(now() / kDrawSeconds));
+}
+
+// Where a wandering host is: next to a router, and so strong there.
+struct Whereabouts {
+    std::string router;
+    int64_t signal_dbm;
+};
+
+Whereabouts whereabouts(const Home &home, const Host &host)
+{
+    const auto routers = child_routers(home);
+    const uint64_t bits = draw_for(home, Quantity::kPlace, host);
+    const uint64_t choice = bits % (2 * (routers.size() + 1));
+    if (choice > routers.size() || is_night() || !is_there(home, host)) {
+        return {host.router, host.signal_dbm};
+    }
+    const ChildRouter *router = choice == 0 ? nullptr : &routers[choice - 1];
+    constexpr int64_t strongest = -45;
+    return {mac_of(home, router), strongest - static_cast<int64_t>(bits / 64 % 20)};
+}
+
+int64_t signal_at(const Home &home, const Host &host, const Whereabouts &place,
+                  const std::string &router)
+{
+    constexpr int64_t least_loss = 10;
+    if (router == place.router) {
+        return place.signal_dbm;
+    }
+    const uint64_t bits = draw_for(home, Quantity::kDistance, host, router);
+    return place.signal_dbm - least_loss - static_cast<int64_t>(bits % 15);
+}
+
+Place best_place(const Home &home, const Host &host)
+{
+    const Whereabouts where = whereabouts(home, host);
+    Place best = {nullptr, true, signal_at(home, host, where, home.identity.mac)};
+    for (const ChildRouter &router : child_routers(home)) {
+        const int64_t signal_dbm = signal_at(home, host, where, router.mac);
+        if (signal_dbm > best.signal_dbm && is_active(home, router)) {
+            best = {&router, true, signal_dbm};
+        }
+    }
+    return best;
+}
+
 // How much of the home's traffic goes to devices of a kind, compared with others.
-struct Appetite {
+struct Demand {
     std::string_view kind;
     int64_t up;
     int64_t down;
 };
-constexpr Appetite kAppetites[] = {
+constexpr Demand kDemands[] = {
     {"Computer", 40, 100}, {"Phone", 25, 60},    {"Tablet", 20, 80},
     {"TV", 10, 250},       {"Console", 30, 150}, {"Camera", 120, 10},
     {"Printer", 2, 2},     {"Speaker", 5, 30},   {"Other", 3, 3},
 };
 
-// The appetite of a device at this moment; none while it is offline.
-Rates appetite(const Home &home, const Host &host)
+// The demand of a device at this moment; none while it is offline.
+Rates demand(const Home &home, const Host &host)
 {
     if (!is_online(home, host)) {
         return {};
     }
     constexpr int64_t most_percent = 60;
-    const auto &ordinary = *std::ranges::find(kAppetites, host.kind, &Appetite::kind);
+    const auto &ordinary = *std::ranges::find(kDemands, host.kind, &Demand::kind);
     const auto varied = [&](Quantity quantity, int64_t value) {
         return value * (100 + deviation(home, quantity, source_of(host.mac), most_percent));
     };
     return {varied(Quantity::kHostUp, ordinary.up), varied(Quantity::kHostDown, ordinary.down)};
 }
 
-Rates sum_of_appetites(const State &state)
+Rates total_demand(const State &state)
 {
-    return state.appetites.at(now(), [&] {
+    return state.total_demand.at(now(), [&] {
         Rates sum;
         for (const Host &host : state.home.hosts) {
-            const Rates one = appetite(state.home, host);
+            const Rates one = demand(state.home, host);
             sum.up_kbps += one.up_kbps;
             sum.down_kbps += one.down_kbps;
         }
@@ -80,7 +138,7 @@ int64_t share(int64_t of, int64_t part, int64_t whole)
 Rates wanted_by(const State &state, const Host &host, const Rates &sum)
 {
     const Rates all = wanted_rates(state);
-    const Rates own = appetite(state.home, host);
+    const Rates own = demand(state.home, host);
     return {share(all.up_kbps, own.up_kbps, sum.up_kbps),
             share(all.down_kbps, own.down_kbps, sum.down_kbps)};
 }
@@ -103,6 +161,28 @@ bool is_there(const Home &home, const Host &host)
     }
     const Ssid *ssid = ssid_of(home, host);
     return ssid == nullptr || (ssid->enabled && radio_of(home, ssid->band)->enabled);
+}
+
+Place place_of(const Home &home, const Host &host)
+{
+    if (host.roams) {
+        return best_place(home, host);
+    }
+    const ChildRouter *router = child_router_with_mac(home, host.router);
+    const bool is_reached =
+        router != nullptr ? is_active(home, *router) : host.router == home.identity.mac;
+    return {router, is_reached, host.signal_dbm};
+}
+
+std::vector<const Host *> hosts_at(const Home &home, const ChildRouter *router)
+{
+    std::vector<const Host *> hosts;
+    for (const Host &host : home.hosts) {
+        if (place_of(home, host).router == router) {
+            hosts.push_back(&host);
+        }
+    }
+    return hosts;
 }
 
 bool is_online(const Home &home, const Host &host)
@@ -158,13 +238,13 @@ bool has_access(const Home &home, const Host &host)
 
 Rates rates_of(const State &state, const Host &host)
 {
-    return allowed(state.home, host, wanted_by(state, host, sum_of_appetites(state)));
+    return allowed(state.home, host, wanted_by(state, host, total_demand(state)));
 }
 
 Rates withheld_rates(const State &state)
 {
     const Home &home = state.home;
-    const Rates sum = sum_of_appetites(state);
+    const Rates sum = total_demand(state);
     Rates withheld;
     for (const Host &host : home.hosts) {
         const Rates wanted = wanted_by(state, host, sum);

@@ -1,8 +1,8 @@
 #include "simulation/mesh.h"
 
 #include "io/clock.h"
-#include "simulation/chance.h"
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
+#include "simulation/random.h"
 
 namespace simulated_gateway {
 namespace {

@@ -1,7 +1,7 @@
 #include "simulation/neighbourhood.h"
 
-#include "simulation/measurements.h"
 #include "simulation/mesh.h"
+#include "simulation/metrics.h"
 
 #include <algorithm>
 #include <functional>

@@ -3,7 +3,6 @@
 #include "io/clock.h"
 #include "model/port_names.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 #include <map>
 
@@ -83,7 +82,7 @@ void count_traffic(State &state)
         count(state, kWanPort, up, down);
     }
     state.port_counters.counted_until = now();
-    state.appetites = {}; // what comes next may change who is there
+    state.total_demand = {}; // what comes next may change who is there
 }
 
 PortCounter counter_of(const State &state, const std::string &port)

@@ -1,8 +1,9 @@
 // What becomes of the notices that libraries hand over.
-#include "commands/notice.h"
+#include "host/notice_receiver.h"
 
 #include "captured_error.h"
 #include "captured_output.h"
+#include "protocol/json_text.h"
 #include "smart_router_service/host_agent.h"
 
 #include <gmock/gmock.h>

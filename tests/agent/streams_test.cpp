@@ -135,4 +135,58 @@ TEST(StopSignals, WakeEveryThread)
     EXPECT_EQ(stop.arrived(), SIGTERM);
 }
 
+// Standard input as a pipe for as long as this lives.
+class InputPipe {
+  public:
+    InputPipe() : before_(dup(STDIN_FILENO))
+    {
+        EXPECT_EQ(pipe2(ends_, O_CLOEXEC), 0);
+        dup2(ends_[0], STDIN_FILENO);
+    }
+    ~InputPipe()
+    {
+        dup2(before_, STDIN_FILENO);
+        close(before_);
+        close(ends_[0]);
+        close(ends_[1]);
+    }
+    InputPipe(const InputPipe &) = delete;
+    InputPipe &operator=(const InputPipe &) = delete;
+
+    void send(std::string_view text) const
+    {
+        EXPECT_EQ(write(ends_[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+  private:
+    int before_;
+    int ends_[2] = {-1, -1};
+};
+
+TEST(LineReader, ComesBackWhenNoLineHasCome)
+{
+    using Result = agent::LineReader::Result;
+    constexpr std::chrono::milliseconds kShort(1);
+    const agent::StopSignals stop;
+    const InputPipe input;
+    agent::LineReader reader(stop, 5);
+    std::string_view line;
+    EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
+    input.send("ab");
+    while (reader.next(line, kShort) != Result::kNothing) {
+    }
+    input.send("cde\n12345");
+    EXPECT_EQ(reader.next(line, kShort), Result::kLine);
+    EXPECT_EQ(line, "abcde");
+    EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
+    input.send("678"); // and is too long from here on, also when what was read has been dropped
+    EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
+    input.send("9\nnext\n");
+    EXPECT_EQ(reader.next(line, kShort), Result::kTooLong);
+    EXPECT_EQ(reader.next(line, kShort), Result::kLine);
+    EXPECT_EQ(line, "next");
+    const PendingSignal signal;
+    EXPECT_EQ(reader.next(line, agent::StopSignals::kForEver), Result::kStopped);
+}
+
 } // namespace streams_test

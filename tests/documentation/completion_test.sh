@@ -40,6 +40,8 @@ expect 'call GET_S' "$(completed call GET_S)" "$(grep ^GET_S <<<"$names")"
 expect 'call behind options' GET_SN_INFO \
     "$(completed --log-level 7 --trace = call --fault call = '-1*2' @ 50ms --show-secrets call GET_SN_)"
 
+expect 'call over a socket' GET_SN_INFO "$(completed call --socket call GET_SN_)"
+
 # All keys of requests that can be texts; no list, no object, and none that is not read.
 for command in SET_UPNP_STATE SET_AD_BASE_INFO SET_WIFI_INFO_LIST GET_SN_INFO; do
     expect "keys of $command" "$(completed call "$command" '' | sed '/^$/d')" "$(sed -n \

@@ -178,7 +178,7 @@ TEST(Notice, IsRefusedInServe)
 TEST(Notice, OfServeNeedsItsTexts)
 {
     const std::string error =
-        R"("error":"\"notice\" needs the texts \"plugin_name\" and \"text\""})";
+        R"("error":"\"notice\" needs the texts \"plugin_name\" and \"text\"","code":"bad-request"})";
     std::string input;
     std::vector<std::string> answers;
     for (const std::string bad :
@@ -192,7 +192,7 @@ TEST(Notice, OfServeNeedsItsTexts)
                         request("[1]", R"({"plugin_name":"p","text":"t"})"))
                   .output,
               "{\"id\":[1],\"error\":\"the plug-in " PROBE_PLUGIN
-              " does not export json_msg_notice_to_app\"}\n");
+              " does not export json_msg_notice_to_app\",\"code\":\"bad-request\"}\n");
 }
 
 TEST(Notice, OfAnotherPluginNeedBeNoJson)

@@ -112,3 +112,32 @@ TEST(ProtocolPages, SayWhenTheyCannotBeWritten)
         EXPECT_EQ(result.error, "hgagent: cannot write to standard output\n");
     }
 }
+
+TEST(List, ShowsTheEvents)
+{
+    const AgentResult result = run_agent({"list", "--events", "update.*"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(lines_of(result.output),
+                ElementsAre("update.failed     A firmware update has failed",
+                            "update.progress   A firmware image is being fetched",
+                            "update.succeeded  A firmware image has been flashed"));
+    const AgentResult none = run_agent({"list", "--events", "GET_SN_INFO"});
+    EXPECT_EQ(none.exit_status, 1);
+    EXPECT_EQ(none.error, "hgagent: no event matches \"GET_SN_INFO\"\n");
+}
+
+TEST(Describe, ShowsAllOfAnEvent)
+{
+    const AgentResult result = run_agent({"describe", "background.lost"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, StartsWith("background.lost - A worker was lost with its process"));
+    for (const char *part :
+         {"Told by  the service", "worker  \"wifi-batch\" or \"firmware\"; which worker",
+          R"({"event":"background.lost","data":{"worker":"wifi-batch"}})"}) {
+        EXPECT_THAT(result.output, HasSubstr(part));
+    }
+    EXPECT_THAT(run_agent({"describe", "reboot.ended"}).output, HasSubstr("(no keys)"));
+    EXPECT_THAT(run_agent({"describe", "HG_SPEEDTEST_REQUEST"}).output,
+                HasSubstr("Takes         up to 120 seconds"));
+    EXPECT_EQ(run_agent({"describe", "update.*"}).exit_status, 3);
+}

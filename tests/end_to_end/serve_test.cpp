@@ -12,7 +12,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -68,7 +70,9 @@ TEST(Serve, GoesOnAfterEveryBadLine)
         const AgentResult result = serve(bad + "\n" + kRequest + "\n");
         EXPECT_EQ(result.exit_status, 0) << bad.substr(0, 100);
         EXPECT_THAT(lines_of(result.output),
-                    ElementsAre(StartsWith(R"({"id":null,"error":")"), kAnswer));
+                    ElementsAre(AllOf(StartsWith(R"({"id":null,"error":")"),
+                                      EndsWith(R"(","code":"bad-request"})")),
+                                kAnswer));
         EXPECT_LT(result.output.size(), 1000U);
     }
 }
@@ -81,7 +85,8 @@ TEST(Serve, PassesOverALineThatIsTooLong)
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_THAT(lines_of(result.output),
                 ElementsAre(kAnswer,
-                            R"({"id":null,"error":"the line is longer than 1048576 bytes"})",
+                            R"({"id":null,"error":"the line is longer than 1048576 bytes",)"
+                            R"("code":"too-large"})",
                             kAnswer));
 }
 
@@ -93,7 +98,8 @@ TEST(Serve, DoesNotKeepALineThatIsTooLong)
     for (size_t sent = 0; sent < line; sent += part.size()) {
         agent.send(part);
     }
-    EXPECT_EQ(ask(agent, ""), R"({"id":null,"error":"the line is longer than 1048576 bytes"})");
+    EXPECT_EQ(ask(agent, ""), R"({"id":null,"error":"the line is longer than 1048576 bytes",)"
+                              R"("code":"too-large"})");
     EXPECT_LT(agent.finish().peak_kilobytes, static_cast<long>(line / 1024));
 }
 
@@ -103,8 +109,8 @@ TEST(Serve, TakesTheLengthOfALineAsAnOption)
     const AgentResult result = serve(std::string(kRequest) + "\n" + kRequest + " \n" +
                                          std::string(300000, 'x') + "\n" + kRequest,
                                      {}, {"--max-line", size});
-    const std::string too_long =
-        "{\"id\":null,\"error\":\"the line is longer than " + size + " bytes\"}";
+    const std::string too_long = "{\"id\":null,\"error\":\"the line is longer than " + size +
+                                 " bytes\",\"code\":\"too-large\"}";
     EXPECT_THAT(lines_of(result.output), ElementsAre(kAnswer, too_long, too_long, kAnswer));
 }
 
@@ -143,8 +149,9 @@ TEST(Serve, GivesBackAnyId)
 
 TEST(Serve, SaysWhatIsWrongWithARequest)
 {
-    const std::string no_command = R"("error":"\"command\" is missing or no text"})";
-    const std::string no_object = R"("error":"\"params\" is no object"})";
+    const std::string no_command =
+        R"("error":"\"command\" is missing or no text","code":"bad-request"})";
+    const std::string no_object = R"("error":"\"params\" is no object","code":"bad-request"})";
     const std::pair<std::string, std::string> cases[] = {
         {"{}", "{\"id\":null," + no_command},
         {R"({"id":1})", "{\"id\":1," + no_command},
@@ -155,6 +162,14 @@ TEST(Serve, SaysWhatIsWrongWithARequest)
         {R"({"id":6,"command":"GET_SN_INFO","params":null})", "{\"id\":6," + no_object},
         {R"({"id":7,"command":"GET_SN_INFO","params":[]})", "{\"id\":7," + no_object},
         {R"({"id":8,"command":"GET_SN_INFO","params":"{}"})", "{\"id\":8," + no_object},
+        {R"({"id":9,"report":"home-page","params":[]})", "{\"id\":9," + no_object},
+        {R"({"id":10,"report":7})", R"({"id":10,"error":"\"report\" is no text",)"
+                                    R"("code":"bad-request"})"},
+        {R"({"id":11,"hello":true})", R"({"id":11,"error":"\"hello\" is no object",)"
+                                      R"("code":"bad-request"})"},
+        {R"({"id":12,"notice":{}})",
+         R"({"id":12,"error":"\"notice\" needs the texts \"plugin_name\" and \"text\"",)"
+         R"("code":"bad-request"})"},
     };
     std::string input;
     std::vector<std::string> answers;
@@ -163,6 +178,22 @@ TEST(Serve, SaysWhatIsWrongWithARequest)
         answers.push_back(answer);
     }
     EXPECT_EQ(lines_of(serve(input).output), answers);
+}
+
+TEST(Serve, TellsItsVersions)
+{
+    EXPECT_EQ(
+        serve(R"({"id":1,"hello":{}})").output,
+        "{\"id\":1,\"result\":0,\"reply\":{\"protocol\":\"1.0\",\"service\":\"" PROJECT_VERSION
+        "\"}}\n");
+}
+
+TEST(Serve, TakesACommandForACommandWhateverElseItHas)
+{
+    EXPECT_EQ(serve(R"({"hello":{},"report":"home-page","notice":{},"id":"last",)"
+                    R"("command":"GET_SN_INFO"})")
+                  .output,
+              std::string(kAnswer) + "\n");
 }
 
 TEST(Serve, LeavesTheParamsOfAnUnknownCommand)

@@ -25,6 +25,10 @@ run()
 fail() { printf '%s\n-- %s\n' "$said" "$1" >&2; exit 1; }
 expect() { grep -Eqx -e "$1" <<<"$said" || fail "no line is: $1"; }
 
+run install-deps.sh
+[ "$status" -eq 1 ] || fail 'ends without an error'
+expect 'The packages are those of Debian 12, and there is no dpkg here.*'
+
 stand_in id 'echo 1000'
 # shellcheck disable=SC2016 # for the other shell
 stand_in dpkg 'case $1 in --print-architecture) echo amd64 ;; --print-foreign-architectures) ;; esac'
@@ -38,6 +42,11 @@ expect '  dpkg --add-architecture mipsel'
 expect '  apt-get update'
 expect '  apt-get install .* libcjson-dev .* libcjson-dev:mipsel .*'
 [ ! -e "$work/installed" ] || fail 'apt-get was run'
+run install-deps.sh --all
+# Packages that one option alone installs.
+for package in clang-format-14 libclang-rt-14-dev libgtest-dev:mipsel lintian musl-tools; do
+    expect "missing packages: .* $package .*|missing packages: .* $package"
+done
 
 stand_in sudo 'echo "newcomer is not in the sudoers file"; exit 1'
 run install-deps.sh

@@ -81,6 +81,40 @@ class AdministrationTest : public GatewayTest {
     Options kept() const { return {.state_file = path("state"), .trace = path("trace")}; }
 };
 
+TEST_F(AdministrationTest, ARebootIsToldToTheHost)
+{
+    std::vector<int32_t> told;
+    simulated_gateway_on_reboot(
+        [](int32_t seconds, void *all) {
+            static_cast<std::vector<int32_t> *>(all)->push_back(seconds);
+        },
+        &told);
+    ASSERT_EQ(open({.faults = {"devapi_reboot=-1*1"}, .reboot_seconds = 45}), "");
+    EXPECT_EQ(told, std::vector<int32_t>()) << "it was switched on";
+    EXPECT_EQ(devapi_reboot(), -1);
+    EXPECT_EQ(told, std::vector<int32_t>()) << "it has refused";
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(devapi_recovery(), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(call(), 0);
+    EXPECT_EQ(told, std::vector<int32_t>(3, 45));
+    close();
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(told.size(), 3U) << "it is closed";
+
+    ASSERT_EQ(open({.reboot_seconds = -1}), "");
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(told.back(), 0);
+    close();
+    ASSERT_EQ(open_at(kTime, {.reboot_seconds = 45}), "");
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(told.back(), 0) << "its clock stands still";
+    EXPECT_EQ(told.size(), 5U);
+    simulated_gateway_on_reboot(nullptr, nullptr);
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(told.size(), 5U);
+}
+
 TEST_F(AdministrationTest, TheAdministratorIsReportedAndKept)
 {
     ASSERT_EQ(open(kept()), "");

@@ -65,6 +65,38 @@ TEST_F(FirmwareUpdateTest, BothStepsInOne)
     EXPECT_EQ(devapi_flash_update_image(nullptr), -1);
 }
 
+TEST_F(FirmwareUpdateTest, ItsEndIsToldToTheHost)
+{
+    std::vector<std::string> told;
+    simulated_gateway_on_update(
+        [](const char *version, const char *reason, void *all) {
+            static_cast<std::vector<std::string> *>(all)->push_back(
+                version != nullptr ? version : std::string("failed: ") + reason);
+            EXPECT_NE(version == nullptr, reason == nullptr);
+        },
+        &told);
+    Options with_fault = options();
+    with_fault.faults = {"devapi_update_image=-1*1"};
+    ASSERT_EQ(open(with_fault), "");
+    EXPECT_EQ(devapi_update_image(), -1);
+    EXPECT_EQ(devapi_update_image(), -1);
+    EXPECT_EQ(download("none"), -1);
+    EXPECT_EQ(devapi_download_image(nullptr, 0), -1);
+    EXPECT_EQ(devapi_get_update_status_info(nullptr), -1) << "no step of an update";
+    EXPECT_EQ(download("new.image"), 0) << "not the end";
+    EXPECT_EQ(devapi_update_image(), 0);
+    EXPECT_EQ(devapi_flash_update_image(server_.address("new.image").c_str()), 0);
+    EXPECT_EQ(devapi_flash_update_image("ftp://127.0.0.1/new.image"), -1);
+    simulated_gateway_on_update(nullptr, nullptr);
+    EXPECT_EQ(download("none"), -1);
+    EXPECT_EQ(told,
+              (std::vector<std::string>{
+                  "failed: fault", "failed: no image was downloaded",
+                  "failed: the server answers with HTTP status 404", "failed: an argument is null",
+                  "V3.2.0", "V3.2.0",
+                  "failed: the address does not hold: its scheme is none of http, https, file"}));
+}
+
 TEST_F(FirmwareUpdateTest, TheSlotsTakeTurns)
 {
     ASSERT_EQ(open(options()), "");

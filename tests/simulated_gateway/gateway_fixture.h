@@ -25,6 +25,7 @@ class GatewayTest : public testing::Test {
         bool show_secrets = false;
         std::string firmware_folder = {};
         std::string firmware_key = {};
+        int32_t reboot_seconds = 0;
     };
     static std::string open(const Options &options);
     static void close() { simulated_gateway_close(); }

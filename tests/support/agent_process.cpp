@@ -1,5 +1,8 @@
 #include "agent_process.h"
 
+#include "traffic.h"
+
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -46,7 +49,17 @@ std::string content_of(int file)
 
 } // namespace
 
+// All lines that are whole.
+static void record_session(const std::string &output)
+{
+    size_t begin = 0;
+    for (size_t end = 0; (end = output.find('\n', begin)) != std::string::npos; begin = end + 1) {
+        record_session_line(std::string_view(output).substr(begin, end - begin));
+    }
+}
+
 AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo output)
+    : is_serving_(std::ranges::find(arguments, "serve") != arguments.end())
 {
     std::signal(SIGPIPE, SIG_IGN);
     // The leak check guesses where a library keeps what belongs to a thread, and now and then it
@@ -144,6 +157,9 @@ std::string AgentProcess::read_line()
         end = unread_.find('\n');
     }
     const std::string line = unread_.substr(0, end);
+    if (is_serving_ && end != std::string::npos) {
+        record_session_line(line);
+    }
     unread_.erase(0, end == std::string::npos ? end : end + 1);
     return line;
 }
@@ -209,6 +225,9 @@ AgentResult AgentProcess::wait()
     while (read_more()) {
     }
     close_output();
+    if (is_serving_) {
+        record_session(unread_);
+    }
     int status = 0;
     rusage usage = {};
     checked(wait4(process_, &status, 0, &usage), "wait4");

@@ -54,6 +54,7 @@ class AgentProcess {
     bool read_more();
     bool has_ended() const;
 
+    const bool is_serving_; // what it writes is recorded for the check of the protocol
     pid_t process_ = -1;
     int input_ = -1;
     int output_ = -1;

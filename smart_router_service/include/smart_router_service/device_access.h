@@ -1376,6 +1376,8 @@ int32_t devapi_get_wps_enable(int32_t *enable);
  * but 0 is a failure. */
 int32_t devapi_set_wps_enable(int32_t enable);
 
+/* ---- Ports ---------------------------------------------------------------------------------- */
+
 /* The traffic of a port. */
 typedef struct PortStatistics {
     char Port[16];       /* name of the port */
