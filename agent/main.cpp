@@ -19,6 +19,12 @@
 
 namespace {
 
+#ifdef SMART_ROUTER_SERVICE
+constexpr agent::AddSubcommands kAddOthers = agent::service::add_subcommands;
+#else
+constexpr agent::AddSubcommands kAddOthers = nullptr;
+#endif
+
 int run(const agent::Options &options)
 {
     switch (options.subcommand) {
@@ -46,6 +52,8 @@ int run(const agent::Options &options)
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
         return agent::run_conformance(options.host, options.conformance);
+    case agent::Subcommand::kOther:
+        return options.other();
     }
     return agent::kWrongUsage;
 }
@@ -54,7 +62,7 @@ int run(int count, char **words)
 {
     agent::set_up_memory();
     int exit_status = agent::kSuccess;
-    const auto options = agent::parse_options(count, words, exit_status);
+    const auto options = agent::parse_options(count, words, exit_status, kAddOthers);
     if (!options) {
         return exit_status;
     }

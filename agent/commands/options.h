@@ -72,6 +72,8 @@ struct Options {
     std::string pattern;      // of list
     bool list_events = false; // instead of commands
     std::string described;    // the command or event of describe
+    // Runs a subcommand that another part of the agent has; its exit status.
+    std::function<int()> other;
 };
 
 // Adds subcommands of other parts of the agent; their callbacks set the option `other`.

@@ -2,6 +2,7 @@
 
 #include "commands/image_upgrade.h"
 #include "commands/report.h"
+#include "host/crash_report.h"
 #include "host/workers.h"
 #include "io/exit_status.h"
 #include "io/streams.h"

@@ -3,8 +3,8 @@
 #include "io/exit_status.h"
 #include "io/pages.h"
 #include "io/text.h"
+#include "service/common/toml_file.h"
 #include "service/gate/policy_reader.h"
-#include "service/toml_file.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "commands/options.h"
-#include "service/config_error.h"
+#include "service/common/config_error.h"
 #include "service/gate/policy.h"
 
 #include <chrono>

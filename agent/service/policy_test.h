@@ -1,7 +1,7 @@
 // hgagent policy test: what the gate would say, without a service.
 #pragma once
 
-#include "service/request.h"
+#include "service/common/request.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 // What the tests of files have in common.
 #pragma once
 
-#include "service/config_error.h"
+#include "service/common/config_error.h"
 
 #include <functional>
 #include <string>

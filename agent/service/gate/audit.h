@@ -1,7 +1,7 @@
 // One line of JSON for each request: who asked for what, how it ended and how long it took.
 #pragma once
 
-#include "service/request.h"
+#include "service/common/request.h"
 
 #include <chrono>
 #include <cstdint>

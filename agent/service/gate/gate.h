@@ -2,10 +2,10 @@
 // events. It knows neither how requests come in nor what the plug-in does with them.
 #pragma once
 
+#include "service/common/request.h"
 #include "service/gate/audit.h"
 #include "service/gate/policy.h"
 #include "service/gate/rate_limit.h"
-#include "service/request.h"
 #include "service/worker/supervisor.h"
 
 #include <boost/asio/io_context.hpp>

@@ -1,4 +1,4 @@
-#include "pattern.h"
+#include "service/gate/pattern.h"
 
 namespace agent::service {
 

@@ -12,9 +12,9 @@
 // everything. docs/service.md has what a member and a rule can be and which rule decides.
 #pragma once
 
-#include "service/config_error.h"
+#include "service/common/config_error.h"
+#include "service/common/request.h"
 #include "service/gate/rate_limit.h"
-#include "service/request.h"
 
 #include <map>
 #include <optional>

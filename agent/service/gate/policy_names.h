@@ -1,7 +1,7 @@
 // All that a policy can name, so that a rule that would match nothing is found when it is read.
 #pragma once
 
-#include "service/request.h"
+#include "service/common/request.h"
 
 #include <map>
 #include <string>

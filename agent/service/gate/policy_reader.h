@@ -1,8 +1,8 @@
 // Reads a policy from the tables of a TOML file, of its own or within a configuration.
 #pragma once
 
+#include "service/common/toml_file.h"
 #include "service/gate/policy.h"
-#include "service/toml_file.h"
 
 #include <map>
 #include <string>

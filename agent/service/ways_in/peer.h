@@ -1,7 +1,7 @@
 // Who is at the other end of a Unix socket.
 #pragma once
 
-#include "service/request.h"
+#include "service/common/request.h"
 
 namespace agent::service {
 

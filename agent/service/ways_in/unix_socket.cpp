@@ -1,8 +1,7 @@
 #include "service/ways_in/unix_socket.h"
 
-#include "io/text.h"
-#include "service/line_stream.h"
-#include "service/sockets.h"
+#include "service/common/line_stream.h"
+#include "service/common/sockets.h"
 #include "service/ways_in/peer.h"
 
 #include <boost/asio/post.hpp>

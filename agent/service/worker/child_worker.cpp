@@ -1,6 +1,6 @@
 #include "service/worker/child_worker.h"
 
-#include "service/sockets.h"
+#include "service/common/sockets.h"
 
 #include <array>
 #include <cerrno>

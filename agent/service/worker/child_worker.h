@@ -1,7 +1,7 @@
 // `hgagent serve` as a child process, over a pair of pipes.
 #pragma once
 
-#include "service/line_stream.h"
+#include "service/common/line_stream.h"
 #include "service/worker/worker.h"
 
 #include <boost/asio/io_context.hpp>

@@ -1,8 +1,8 @@
 #include "service/worker/listen.h"
 
 #include "io/exit_status.h"
-#include "service/service_manager.h"
-#include "service/sockets.h"
+#include "service/common/service_manager.h"
+#include "service/common/sockets.h"
 
 #include <cerrno>
 #include <csignal>

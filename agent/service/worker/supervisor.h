@@ -2,7 +2,7 @@
 // it anew when it is stuck or dead.
 #pragma once
 
-#include "service/request.h"
+#include "service/common/request.h"
 #include "service/worker/worker.h"
 
 #include <boost/asio/io_context.hpp>

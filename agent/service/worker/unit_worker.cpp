@@ -1,6 +1,6 @@
 #include "service/worker/unit_worker.h"
 
-#include "service/sockets.h"
+#include "service/common/sockets.h"
 
 #include <boost/asio/post.hpp>
 

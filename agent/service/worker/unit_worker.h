@@ -2,7 +2,7 @@
 // when the connection does, and whoever keeps it at work starts the next one.
 #pragma once
 
-#include "service/line_stream.h"
+#include "service/common/line_stream.h"
 #include "service/worker/worker.h"
 
 #include <boost/asio/io_context.hpp>

@@ -1,4 +1,4 @@
-#include "service/sockets.h"
+#include "service/common/sockets.h"
 
 #include <cerrno>
 #include <stdexcept>

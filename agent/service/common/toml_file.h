@@ -1,8 +1,8 @@
 // TOML files as the service takes them: of bounded size and depth, and every value with its line.
 #pragma once
 
-#include "service/config_error.h"
-#include "service/toml.h"
+#include "service/common/config_error.h"
+#include "service/common/toml.h"
 
 #include <cstdint>
 #include <optional>

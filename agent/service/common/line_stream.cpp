@@ -1,4 +1,4 @@
-#include "service/line_stream.h"
+#include "service/common/line_stream.h"
 
 #include <boost/asio/post.hpp>
 

@@ -1,4 +1,4 @@
-#include "service/config_error.h"
+#include "service/common/config_error.h"
 
 #include "io/text.h"
 

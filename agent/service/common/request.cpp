@@ -1,4 +1,4 @@
-#include "service/request.h"
+#include "service/common/request.h"
 
 #include "io/text.h"
 #include "protocol/json_text.h"

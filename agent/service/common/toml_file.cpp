@@ -1,4 +1,4 @@
-#include "service/toml_file.h"
+#include "service/common/toml_file.h"
 
 #include "io/text.h"
 

@@ -1,4 +1,4 @@
-#include "service/service_manager.h"
+#include "service/common/service_manager.h"
 
 #include "io/text.h"
 
