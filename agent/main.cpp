@@ -12,8 +12,18 @@
 #include "io/exit_status.h"
 #include "io/process_memory.h"
 #include "protocol/log_sink.h"
+#ifdef SMART_ROUTER_SERVICE
+#include "service/subcommands.h"
+#include "service/worker/listen.h"
+#endif
 
 namespace {
+
+#ifdef SMART_ROUTER_SERVICE
+constexpr agent::AddSubcommands kAddOthers = agent::service::add_subcommands;
+#else
+constexpr agent::AddSubcommands kAddOthers = nullptr;
+#endif
 
 int run(const agent::Options &options)
 {
@@ -21,6 +31,11 @@ int run(const agent::Options &options)
     case agent::Subcommand::kCall:
         return agent::run_call(options);
     case agent::Subcommand::kServe:
+#ifdef SMART_ROUTER_SERVICE
+        if (!options.serve.listen.empty()) {
+            agent::service::wait_for_service(options.serve.listen);
+        }
+#endif
         return agent::run_serve(options);
     case agent::Subcommand::kNotice:
         return agent::run_notice(options);
@@ -37,6 +52,8 @@ int run(const agent::Options &options)
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
         return agent::run_conformance(options.host, options.conformance);
+    case agent::Subcommand::kOther:
+        return options.other();
     }
     return agent::kWrongUsage;
 }
@@ -45,7 +62,7 @@ int run(int count, char **words)
 {
     agent::set_up_memory();
     int exit_status = agent::kSuccess;
-    const auto options = agent::parse_options(count, words, exit_status);
+    const auto options = agent::parse_options(count, words, exit_status, kAddOthers);
     if (!options) {
         return exit_status;
     }

@@ -9,6 +9,7 @@ descriptions always give the same files.
 
 import json
 import pathlib
+import re
 import sys
 
 
@@ -82,7 +83,7 @@ def main():
         json.loads(path.read_text(encoding="utf-8"))
         for path in sorted(pathlib.Path(sys.argv[1]).glob("*.json"))
     ]
-    out = pathlib.Path(sys.argv[3])
+    out = pathlib.Path(sys.argv[4])
     words = sorted({word for command in commands for word in words_of(command) if 0 < len(word) <= 64})
     write(out, "protocol.dict", "".join(quoted(word) + "\n" for word in words))
 
@@ -112,6 +113,11 @@ def main():
         home = json.loads(scenario.read_text(encoding="utf-8"))
         if scenario.stem in SMALL_HOMES:
             write(out / "fuzz_state", scenario.stem, one_line(home))
+    for file in sorted(pathlib.Path(sys.argv[3]).glob("*.toml")):
+        # Every default that stands behind a "#" is a value as well.
+        text = file.read_text(encoding="utf-8")
+        write(out / "fuzz_policy", file.stem, text)
+        write(out / "fuzz_policy", f"{file.stem}.all", re.sub(r"^# (?=[a-z-]+ = )", "", text, flags=re.M))
     images = (
         'HG_IMAGE_DOWNLOAD {"UpdateUrl":"file:///proc/self/fd/700/%s"}\nHG_GET_UPDATE_STATUS {}\n'
         'HG_IMAGE_UPDATE {"Update":"1"}\n!\nHG_GET_UPDATE_STATUS {}\n'

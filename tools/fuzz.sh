@@ -6,9 +6,9 @@
 #   fuzz.sh --minimise [TARGET...]  adds inputs of long runs that reach more code to fuzz/corpus
 #   fuzz.sh --coverage [TARGET...]  prints the lines that the corpora reach
 #
-# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve and fuzz_state, by default all of
-# them. When one finds something, the exit status is not 0, the input is in build/fuzz/findings, and the
-# last line about the target says how to repeat it.
+# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve, fuzz_policy and fuzz_state, by default
+# all of them. When one finds something, the exit status is not 0, the input is in build/fuzz/findings, and
+# the last line about the target says how to repeat it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,7 +26,7 @@ case ${1-} in
 esac
 targets=("$@")
 if [ $# -eq 0 ]; then
-    targets=(fuzz_request fuzz_device fuzz_session fuzz_serve fuzz_state)
+    targets=(fuzz_request fuzz_device fuzz_session fuzz_serve fuzz_policy fuzz_state)
     # Its corpus is two states of version 0.1.0: hundreds of homes would be a megabyte.
     if [ "$mode" = minimise ]; then
         unset 'targets[-1]'
@@ -48,6 +48,7 @@ limits=(-timeout=0 -rss_limit_mb=2560)
 declare -A options=(
     [fuzz_request]="-max_len=4096" [fuzz_device]="-max_len=4096" [fuzz_session]="-max_len=4096"
     [fuzz_serve]="-max_len=4096 -close_fd_mask=2" [fuzz_state]="-max_len=16384"
+    [fuzz_policy]="-max_len=4096"
 )
 # Short stack traces of allocations and a small quarantine, for speed.
 export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
@@ -111,7 +112,8 @@ long() {
 # without optimisation, which halves the build time, most of the total.
 short() {
     local -A runs=(
-        [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_state]=400
+        [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_policy]=4000
+        [fuzz_state]=400
     )
     local target workers=()
     build build/fuzz_short -D CMAKE_CXX_FLAGS_DEBUG="-O0 -g1"
@@ -165,6 +167,7 @@ coverage() {
         case $target in
             fuzz_session) folders+=(simulated_gateway) ;;
             fuzz_serve) folders+=(agent) ;;
+            fuzz_policy) folders=(agent) ;;
             fuzz_state) folders=(simulated_gateway) ;;
         esac
         printf '== %s: lines of each file\n' "$target"

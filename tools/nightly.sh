@@ -39,6 +39,13 @@ job_agent_sweep() {
     return "$status"
 }
 
+# 10,000 settings to a service whose worker, or that itself, is killed at random moments.
+job_service_kills() {
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug --target service -- --quiet
+    SERVICE_SETTINGS=10000 build/debug/bin/service --gtest_filter=Run.KeepsTheHomeWholeWhateverIsKilledWhen
+}
+
 jobs=()
 for name in $(compgen -A function job_); do
     jobs+=("${name#job_}")

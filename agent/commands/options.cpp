@@ -366,7 +366,8 @@ std::string failure_message(const CLI::App *app, const CLI::Error &problem)
 
 } // namespace
 
-std::optional<Options> parse_options(int count, char **words, int &exit_status)
+std::optional<Options> parse_options(int count, char **words, int &exit_status,
+                                     AddSubcommands add_others)
 {
     Options options;
     CLI::App app(
@@ -386,6 +387,9 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_topology(app, options);
     add_protocol_pages(app, options);
     add_conformance(app, options);
+    if (add_others != nullptr) {
+        add_others(app, options);
+    }
 
     try {
         app.parse(count, words);

@@ -6,9 +6,14 @@
 #include "host/report_builders.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace agent {
 
@@ -19,6 +24,7 @@ struct CallOptions {
 };
 
 struct ServeOptions {
+    std::string listen;              // where a service connects; empty: standard input and output
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
     bool events = false;             // tell of everything that happens by itself, as events
 };
@@ -42,7 +48,8 @@ enum class Subcommand {
     kTopology,
     kList,
     kDescribe,
-    kConformance
+    kConformance,
+    kOther
 };
 
 struct Options {
@@ -65,10 +72,16 @@ struct Options {
     std::string pattern;      // of list
     bool list_events = false; // instead of commands
     std::string described;    // the command or event of describe
+    // Runs a subcommand that another part of the agent has; its exit status.
+    std::function<int()> other;
 };
+
+// Adds subcommands of other parts of the agent; their callbacks set the option `other`.
+using AddSubcommands = void (*)(CLI::App &app, Options &options);
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then
 // exit_status is what the process ends with.
-std::optional<Options> parse_options(int count, char **words, int &exit_status);
+std::optional<Options> parse_options(int count, char **words, int &exit_status,
+                                     AddSubcommands add_others = nullptr);
 
 } // namespace agent

@@ -2,6 +2,7 @@
 
 #include "commands/image_upgrade.h"
 #include "commands/report.h"
+#include "host/crash_report.h"
 #include "host/workers.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
@@ -274,6 +275,7 @@ int run_serve(const Options &options)
     if (!options.host.show_secrets) {
         forbid_core_dumps();
     }
+    report_crashes();
     const StopSignals stop;
     ReplyOutput output;
     const PluginHost host(options.host);

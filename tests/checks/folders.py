@@ -11,6 +11,14 @@ ALLOWED = """
 agent                        agent/commands agent/conformance agent/host agent/io agent/protocol
 agent/commands               agent/client agent/conformance agent/host agent/io agent/protocol plugin_headers
 agent/client                 agent/protocol
+agent                        agent/service agent/service/worker
+agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker
+agent/service                agent/commands agent/io agent/protocol
+agent/service/ways_in        agent/service/common agent/service/gate
+agent/service/gate           agent/service/common agent/service/worker
+agent/service/gate           agent/commands agent/host agent/io agent/protocol
+agent/service/worker         agent/service/common agent/commands agent/host agent/io agent/protocol
+agent/service/common         agent/io agent/protocol
 agent/conformance            agent/host agent/io agent/protocol plugin_headers device_facts
 agent/host                   agent/io agent/protocol plugin_headers device_facts gateway_header line_output
 agent/protocol               agent/io embedded_texts

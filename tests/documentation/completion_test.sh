@@ -61,6 +61,9 @@ for subcommand in $(completed '' | grep -v '^-'); do
     expect "options of $subcommand" "$(completed "$subcommand" "${before[@]}" --)" \
         "$(in_help "$options" "$subcommand")"
 done
+expect 'options of policy test' "$(completed policy test FILE --)" "$(in_help "$options" policy test)"
+expect 'what is tested' "$(completed policy test FILE GET_SN)" GET_SN_INFO
+expect policy "$(completed policy te)" test
 expect reports "$(completed report '' | grep -v '^--')" "$("$hgagent" report | sed 's/ .*//' | sort)"
 expect 'no value is known' "$(completed --fault '')" ''
 

@@ -13,7 +13,8 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-DOCUMENTS = ("README.md", "docs/agent.md", "docs/porting.md", "examples/README.md")
+DOCUMENTS = ("README.md", "docs/agent.md", "docs/porting.md", "docs/service.md",
+             "examples/README.md")
 PROGRAM = re.compile(r"(build/release/bin/)?(hgagent|minimal_host) ")
 # They need a web server, and a device library with faults.
 NOT_RUN = ("--url http://", "conformance --allow-writes")
@@ -55,7 +56,7 @@ def main(build, standing_clock, minimal_device):
             command = PROGRAM.sub(rf"{build}/bin/\2 ", command)
             command = command.replace("build/libmy_device.so", minimal_device)
             result = subprocess.run(["bash", "-c", command], env=environment, text=True,
-                                    encoding="utf-8", stdout=subprocess.PIPE, check=False)
+                                    encoding="utf-8", stdout=subprocess.PIPE, check=False, cwd=ROOT)
             number += 1
             if not pattern_of(lines).fullmatch(result.stdout):
                 wrong += 1

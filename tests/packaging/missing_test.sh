@@ -17,7 +17,7 @@ fail() { cat "$work/log" >&2; echo "$1" >&2; exit 1; }
 grep -q 'scripts/install-deps.sh' "$work/log" || fail 'the script that installs them is not named'
 mapfile -t packages < <(sed -n 's/^ *[A-Za-z0-9_]* (\([a-z0-9-]*\))$/\1/p' "$work/log")
 for package in libcjson-dev libcli11-dev libcurl4-openssl-dev libssl-dev libutfcpp-dev nlohmann-json3-dev \
-    libelf-dev libgtest-dev libbenchmark-dev valgrind; do
+    libelf-dev libtomlplusplus-dev libgtest-dev libbenchmark-dev valgrind; do
     [[ " ${packages[*]} " == *" $package "* ]] || fail "$package is not named"
 done
 for package in "${packages[@]}"; do

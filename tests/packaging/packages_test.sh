@@ -47,6 +47,14 @@ expect version "$("$agent" --version)" "hgagent $version"
 expect call "$("$agent" call GET_SN_INFO)" \
     '{"Status":"0","MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1","DeviceType":"HGU-AX3000"}'
 "$agent" conformance --command GET_SN_INFO >/dev/null
+# The service: its units, none of which is enabled, and a configuration to begin with.
+for unit in hgagent.service hgagent.socket hgagent-worker.service hgagent-worker.socket; do
+    grep -q '^Description=' "$root/usr/lib/systemd/system/$unit"
+done
+grep -qx 'g hgagent -' "$root/usr/lib/sysusers.d/hgagent.conf"
+expect 'enabled units' "$(find "$root/etc" -name '*hgagent*')" ''
+expect configuration "$("$agent" run --check-config --config "$root/usr/share/doc/hgagent/examples/hgagent.toml")" \
+    'the configuration is valid'
 "$root/usr/bin/hg-mkimage" --product HGU-AX3000 --version V3.0.0 "$root/image"
 rm "$root/image"
 for page in hgagent.1 hg-mkimage.1 hg-protocol.7; do

@@ -1,0 +1,89 @@
+// Fuzzes the files of the service: the input is a configuration or a policy in TOML.
+//
+// What is wrong with one is told in lines of UTF-8 that begin with the file's name. What is right
+// decides the same for the same client every time, gives a reason, and lets nobody in who is in no
+// role.
+#include "io/text.h"
+#include "lines.h"
+#include "mutator.h"
+#include "protocol/protocol.h"
+#include "request.h"
+#include "service/config.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace fuzz;
+using namespace agent::service;
+
+namespace {
+
+constexpr char kFile[] = "input.toml";
+
+[[noreturn]] void give_up(const std::string &why)
+{
+    fprintf(stderr, "%s\n", why.c_str());
+    abort();
+}
+
+void check(const ConfigError &wrong)
+{
+    if (wrong.problems().empty()) {
+        give_up("an error without a problem");
+    }
+    for (const ConfigProblem &problem : wrong.problems()) {
+        const std::string message = problem.message();
+        if (!agent::is_valid_utf8(message) || message.find('\n') != std::string::npos ||
+            problem.text.empty() || (problem.file == kFile && !message.starts_with(kFile))) {
+            give_up("a message that is none: " + message);
+        }
+    }
+}
+
+void check(const Policy &policy)
+{
+    const Identity owner = {"socket", "user:root", {"user:root"}, true};
+    const Identity stranger = {"other", "user:x", {"user:\x01"}, false};
+    const Identity members = {"socket",
+                              "user:alice",
+                              {"user:alice", "uid:1000", "group:staff", "gid:50", "uid:0"},
+                              false};
+    for (const auto &[subject, name] :
+         {std::pair(Subject::kCommand, "GET_WIFI_INFO"), std::pair(Subject::kCommand, "NO_SUCH"),
+          std::pair(Subject::kReport, "topology"), std::pair(Subject::kNotice, "any"),
+          std::pair(Subject::kControl, "hello"), std::pair(Subject::kSubscription, "update.*")}) {
+        if (!policy.decide(owner, subject, name).allowed) {
+            give_up("the owner is refused");
+        }
+        if (policy.decide(stranger, subject, name).allowed) {
+            give_up("a stranger is let in");
+        }
+        const Policy::Verdict verdict = policy.decide(members, subject, name);
+        const Policy::Verdict again = policy.decide(members, subject, name);
+        if (verdict.rule.empty() || verdict.rule != again.rule ||
+            (verdict.allowed && verdict.role.empty())) {
+            give_up("a verdict without a reason: " + verdict.rule);
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const std::string text(reinterpret_cast<const char *>(data), size);
+    try {
+        check(Policy::parse(text, kFile));
+    } catch (const ConfigError &wrong) {
+        check(wrong);
+    }
+    try {
+        const ServiceConfig config = parse_config(text, kFile);
+        check(config.policy);
+        worker_arguments(config);
+        config.socket.mode_bits();
+    } catch (const ConfigError &wrong) {
+        check(wrong);
+    }
+    return 0;
+}

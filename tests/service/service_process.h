@@ -1,0 +1,80 @@
+// A service as a process, and clients of its socket.
+#pragma once
+
+#include "agent_process.h"
+
+#include <nlohmann/json.hpp>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// One connection. Whatever a test does not read stays unread.
+class TestClient {
+  public:
+    explicit TestClient(const std::string &path);
+    ~TestClient();
+    TestClient(const TestClient &) = delete;
+    TestClient &operator=(const TestClient &) = delete;
+
+    void send(std::string_view text) const; // as it is
+    void send_line(std::string_view line) const { send(std::string(line) + "\n"); }
+    // The next line without its end; an empty text when the service has closed the connection.
+    std::string read_line();
+    std::string ask(std::string_view line);
+    nlohmann::json ask_json(std::string_view line) { return nlohmann::json::parse(ask(line)); }
+    // The data of the next event of the name; lines before it are passed over.
+    nlohmann::json await_event(std::string_view name);
+    void end_output() const;
+    void close();
+    int descriptor() const { return socket_; }
+
+  private:
+    int socket_;
+    std::string unread_;
+};
+
+// `hgagent [options] run --socket … [run options]`, in a folder of its own, which listens by now.
+class ServiceProcess {
+  public:
+    explicit ServiceProcess(std::vector<std::string> run_options = {},
+                            std::vector<std::string> options = {});
+    ~ServiceProcess();
+    ServiceProcess(const ServiceProcess &) = delete;
+    ServiceProcess &operator=(const ServiceProcess &) = delete;
+
+    const std::string &socket() const { return socket_; }
+    AgentProcess &process() { return *process_; }
+    std::unique_ptr<TestClient> client() const { return std::make_unique<TestClient>(socket_); }
+    // The child that runs the commands.
+    int worker() const;
+    // Ends it by a signal.
+    AgentResult stop(int signal);
+    // Starts it again, with the same options.
+    void start();
+
+  private:
+    std::vector<std::string> words_;
+    std::string socket_;
+    std::unique_ptr<AgentProcess> process_;
+};
+
+// A path in a folder of the test's own; nothing is there.
+std::string new_path(const std::string &name);
+
+// A named pipe: a command or a worker of the test's plug-in waits until it is opened.
+class Gatepost {
+  public:
+    Gatepost();
+    const std::string &path() const { return path_; }
+    std::string params() const { return R"({"until":")" + path_ + "\"}"; }
+    // Lets one who waits go on; waits until there is one.
+    void open() const;
+
+  private:
+    std::string path_;
+};
+
+// {"id": ID, "command": NAME, "params": PARAMS}
+std::string request(int id, const std::string &command, const std::string &params = "{}");
