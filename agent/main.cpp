@@ -6,6 +6,9 @@
 #include "commands/protocol_pages.h"
 #include "commands/report.h"
 #include "commands/serve.h"
+#ifdef HGAGENT_SERVICE
+#include "commands/shell.h"
+#endif
 #include "commands/topology.h"
 #include "conformance/conformance.h"
 #include "host/plugin_host.h"
@@ -48,6 +51,12 @@ int run(const agent::Options &options)
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
         return agent::run_conformance(options);
+    case agent::Subcommand::kShell:
+#ifdef HGAGENT_SERVICE
+        return agent::run_shell(options);
+#else
+        break;
+#endif
     }
     return agent::kWrongUsage;
 }

@@ -12,8 +12,8 @@ set -euo pipefail
 packages=(
     cmake g++ make ninja-build
     libcjson-dev
-    libcli11-dev libcurl4-openssl-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
-    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema
+    libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libssl-dev libutfcpp-dev nlohmann-json3-dev
+    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema python3-pexpect
     strace valgrind
 )
 foreign=()

@@ -257,6 +257,21 @@ The exit status is 1 when a check has failed; what is not supported or skipped i
     subcommand->callback([&options] { options.subcommand = Subcommand::kConformance; });
 }
 
+#ifdef HGAGENT_SERVICE
+void add_shell(CLI::App &app, Options &options)
+{
+    CLI::App *shell = app.add_subcommand(
+        "shell", "Type commands to a running service, with completion and history");
+    shell->add_option("--socket", options.shell.socket, "Unix socket of the service")
+        ->type_name("PATH")
+        ->allow_extra_args(false);
+    shell->footer(R"(
+Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" tells what can be typed. What is no terminal is
+read line by line; the exit status is that of the first line that failed.)");
+    shell->callback([&options] { options.subcommand = Subcommand::kShell; });
+}
+#endif
+
 // ---- What is said of a wrong usage -------------------------------------------------------------
 
 constexpr size_t kMaxWord = 64;
@@ -351,6 +366,9 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status)
     add_topology(app, options);
     add_protocol_pages(app, options);
     add_conformance(app, options);
+#ifdef HGAGENT_SERVICE
+    add_shell(app, options);
+#endif
 
     try {
         app.parse(count, words);

@@ -50,6 +50,10 @@ struct ConformanceOptions {
     std::string junit;                 // file; empty: none
 };
 
+struct ShellOptions {
+    std::string socket; // path; empty: where a service listens unless it is told otherwise
+};
+
 enum class Subcommand {
     kCall,
     kServe,
@@ -59,7 +63,8 @@ enum class Subcommand {
     kTopology,
     kList,
     kDescribe,
-    kConformance
+    kConformance,
+    kShell
 };
 
 struct Options {
@@ -73,6 +78,7 @@ struct Options {
     NoticeOptions notice;
     TopologyOptions topology;
     ConformanceOptions conformance;
+    ShellOptions shell;
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades

@@ -146,7 +146,7 @@ void print_page(std::ostream &page, const Description &command)
 
 } // namespace
 
-int run_list(const std::string &pattern)
+std::string list_page(const std::string &pattern)
 {
     Table table;
     for (const Description &description : descriptions()) {
@@ -154,13 +154,26 @@ int run_list(const std::string &pattern)
             table.row({description["command"].text(), description["summary"].text()});
         }
     }
-    if (table.empty()) {
+    std::ostringstream page;
+    table.print(page, "");
+    return page.str();
+}
+
+std::string description_page(const Description &command)
+{
+    std::ostringstream page;
+    print_page(page, command);
+    return page.str();
+}
+
+int run_list(const std::string &pattern)
+{
+    const std::string page = list_page(pattern);
+    if (page.empty()) {
         complain("no command matches \"" + pattern + "\"");
         return kCommandFailed;
     }
-    std::ostringstream page;
-    table.print(page, "");
-    return show(page.str());
+    return show(page);
 }
 
 int run_describe(const std::string &command)
@@ -170,9 +183,7 @@ int run_describe(const std::string &command)
         complain(no_such_command(command));
         return kUnknownCommand;
     }
-    std::ostringstream page;
-    print_page(page, *description);
-    return show(page.str());
+    return show(description_page(*description));
 }
 
 } // namespace agent

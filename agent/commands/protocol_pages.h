@@ -1,15 +1,21 @@
 // hgagent list and describe: the protocol, for people.
 #pragma once
 
+#include "protocol/description.h"
+
 #include <string>
 
 namespace agent {
 
-// Prints name and summary of the commands whose names contain the pattern or, where it has * ? or
-// [, match it; upper or lower case is the same. Result: the exit status.
-int run_list(const std::string &pattern);
+// Name and summary of the commands whose names contain the pattern or, where it has * ? or [,
+// match it; upper or lower case is the same. Empty when there is none.
+std::string list_page(const std::string &pattern);
 
-// Prints everything that is described of one command. Result: the exit status.
+// Everything that is described of one command.
+std::string description_page(const Description &command);
+
+// Both print the page. Result: the exit status.
+int run_list(const std::string &pattern);
 int run_describe(const std::string &command);
 
 } // namespace agent

@@ -1,0 +1,264 @@
+#include "commands/shell.h"
+
+#include "io/error_output.h"
+#include "io/exit_status.h"
+#include "io/streams.h"
+#include "io/text.h"
+#include "shell/line_editor.h"
+#include "shell/shell.h"
+#include "shell/shell_history.h"
+#include "shell/shell_secrets.h"
+#include "shell/shell_signals.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <poll.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace agent {
+
+namespace {
+
+constexpr size_t kMaxLine = 1024UL * 1024;
+
+Shell::Look look_at(bool is_terminal)
+{
+    const char *no_colour = getenv("NO_COLOR");
+    const char *terminal = getenv("TERM");
+    const bool is_plain = (no_colour != nullptr && no_colour[0] != '\0') || terminal == nullptr ||
+                          strcmp(terminal, "dumb") == 0;
+    return !is_terminal ? Shell::Look::kLines
+           : is_plain   ? Shell::Look::kText
+                        : Shell::Look::kColoured;
+}
+
+// ---- Lines from a file or a pipe ----------------------------------------------------------------
+
+class ScriptUser : public ShellUser {
+  public:
+    explicit ScriptUser(const StopSignals &stop) : stop_(stop) {}
+
+    bool wait_for(int descriptor, short events,
+                  std::optional<ShellClock::time_point> /*until*/) override
+    {
+        return stop_.wait_for(descriptor, events);
+    }
+
+    void print(const std::string &text) override
+    {
+        has_reader_ = output_.write_line(text, &stop_) && has_reader_;
+    }
+
+    void tell(const std::string &message) override
+    {
+        complain("line " + std::to_string(line_) + ": " + message);
+    }
+
+    void next_line() { ++line_; }
+    bool has_reader() const { return has_reader_; }
+    bool is_terminal() const { return output_.is_terminal(); }
+
+  private:
+    const StopSignals &stop_;
+    ReplyOutput output_;
+    size_t line_ = 0;
+    bool has_reader_ = true;
+};
+
+// The status is that of the first line that failed; the others are carried out all the same.
+int run_script(const std::string &path)
+{
+    const StopSignals stop;
+    ScriptUser user(stop);
+    Shell shell(user, path, look_at(user.is_terminal()));
+    shell.connect();
+    LineReader reader(stop, kMaxLine);
+    int status = kSuccess;
+    std::string_view line;
+    while (!shell.has_quit()) {
+        const LineReader::Result read = reader.next(line);
+        if (read == LineReader::Result::kEnd || read == LineReader::Result::kStopped) {
+            break;
+        }
+        user.next_line();
+        ExitStatus of_line = kWrongUsage;
+        if (read == LineReader::Result::kTooLong) {
+            user.tell("it is longer than " + std::to_string(kMaxLine) + " bytes");
+        } else {
+            of_line = shell.run(line);
+        }
+        status = status == kSuccess ? of_line : status;
+        if (!user.has_reader()) {
+            complain("nobody reads the replies");
+            return kCannotWrite;
+        }
+    }
+    return stop.arrived() != 0 ? kSignalled + stop.arrived() : status;
+}
+
+// ---- Lines from a terminal ----------------------------------------------------------------------
+
+class TerminalUser : public ShellUser {
+  public:
+    explicit TerminalUser(const std::string &path)
+        : shell_(*this, path, look_at(true)),
+          editor_(
+              "hgagent> ", [this] { return wait_for_key(); },
+              [this](std::string_view before) { return shell_.complete(before); })
+    {
+    }
+
+    int run()
+    {
+        shell_.connect();
+        open_history();
+        editor_.print_above("\"help\" tells what can be typed here.");
+        std::string line;
+        while (!shell_.has_quit() && signal_ == 0) {
+            const LineEditor::Result read = editor_.read(line);
+            if (read == LineEditor::Result::kEnd) {
+                break;
+            }
+            if (read == LineEditor::Result::kLine) {
+                remember(line);
+                shell_.run(line);
+            }
+        }
+        return signal_ != 0 ? kSignalled + signal_ : kSuccess;
+    }
+
+    bool wait_for(int descriptor, short events,
+                  std::optional<ShellClock::time_point> until) override
+    {
+        while (signal_ == 0) {
+            const Ready ready = wait({descriptor, events, 0}, until);
+            if (ready.signal == SIGINT || (until && ShellClock::now() >= *until)) {
+                return false;
+            }
+            if (ready.descriptor) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void print(const std::string &text) override { editor_.print_above(text); }
+    void tell(const std::string &message) override
+    {
+        editor_.print_above("hgagent: " + one_line(message));
+    }
+
+  private:
+    struct Ready {
+        bool descriptor = false;
+        bool key = false;
+        int signal = 0;
+    };
+
+    Ready wait(pollfd other, std::optional<ShellClock::time_point> until, bool keys = false)
+    {
+        std::array<pollfd, 3> all = {other, pollfd{signals_.descriptor(), POLLIN, 0},
+                                     pollfd{keys ? STDIN_FILENO : -1, POLLIN, 0}};
+        if (poll(all.data(), all.size(), milliseconds_until(until)) < 0 && errno != EINTR) {
+            throw std::system_error(errno, std::generic_category(), "cannot wait for input");
+        }
+        Ready ready;
+        ready.descriptor = all[0].revents != 0;
+        ready.key = all[2].revents != 0;
+        ready.signal = all[1].revents != 0 ? signals_.take() : 0;
+        signal_ = ready.signal == SIGTERM ? SIGTERM : signal_;
+        return ready;
+    }
+
+    static int milliseconds_until(std::optional<ShellClock::time_point> until)
+    {
+        if (!until) {
+            return -1;
+        }
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(*until - ShellClock::now()).count();
+        return static_cast<int>(std::max<decltype(left)>(left, 0));
+    }
+
+    LineEditor::Wake wait_for_key()
+    {
+        for (;;) {
+            const Ready ready =
+                wait({shell_.descriptor(), shell_.wanted_events(), 0}, shell_.work_time(), true);
+            if (ready.signal == SIGINT || ready.signal == SIGTERM) {
+                return LineEditor::Wake::kGiveUp;
+            }
+            if (ready.signal != 0) {
+                return LineEditor::Wake::kContinued;
+            }
+            if (ready.key) { // whatever a service sends, keys come first
+                return LineEditor::Wake::kKey;
+            }
+            shell_.work();
+        }
+    }
+
+    void open_history()
+    {
+        const std::string path = history_path();
+        if (path.empty()) {
+            return;
+        }
+        try {
+            history_.emplace(path);
+            for (const std::string &line : history_->lines()) {
+                editor_.remember(line);
+            }
+        } catch (const std::runtime_error &problem) {
+            complain(problem.what());
+        }
+    }
+
+    void remember(const std::string &line)
+    {
+        const std::string kept = without_secrets(line);
+        if (kept.find_first_not_of(' ') == std::string::npos) {
+            return;
+        }
+        editor_.remember(kept);
+        try {
+            if (history_) {
+                history_->add(kept);
+            }
+        } catch (const std::runtime_error &problem) {
+            complain(problem.what());
+            history_.reset();
+        }
+    }
+
+    ShellSignals signals_;
+    int signal_ = 0; // that ends the shell
+    Shell shell_;
+    LineEditor editor_;
+    std::optional<ShellHistory> history_;
+};
+
+} // namespace
+
+int run_shell(const Options &options)
+{
+    try {
+        const std::string path =
+            options.shell.socket.empty() ? default_socket_path() : options.shell.socket;
+        if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) {
+            return run_script(path);
+        }
+        return TerminalUser(path).run();
+    } catch (const ServiceError &problem) {
+        complain(std::string(problem.what()) + "; \"hgagent run\" starts a service");
+        return kCannotLoad;
+    }
+}
+
+} // namespace agent
