@@ -1,21 +1,14 @@
 // hgagent list and describe: the protocol, for people.
 #pragma once
 
-#include "protocol/description.h"
-
 #include <string>
 
 namespace agent {
 
-// Name and summary of the commands whose names contain the pattern or, where it has * ? or [,
-// match it; upper or lower case is the same. Empty when there is none.
-std::string list_page(const std::string &pattern);
-
-// Everything that is described of one command.
-std::string description_page(const Description &command);
-
-// Both print the page. Result: the exit status.
+// Prints the commands whose names match the pattern. Result: the exit status.
 int run_list(const std::string &pattern);
+
+// Prints everything that is described of one command. Result: the exit status.
 int run_describe(const std::string &command);
 
 } // namespace agent

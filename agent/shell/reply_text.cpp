@@ -100,7 +100,7 @@ std::string event_for_terminal(const std::string &name, const cJSON *data, bool 
 {
     const std::string shown = "* " + one_line(name);
     return (coloured ? kEvent + shown + kNoColour : shown) +
-           (data != nullptr ? " " + one_line(print(data)) : "");
+           (data != nullptr ? " " + one_line(json_for_terminal(print(data))) : "");
 }
 
 } // namespace agent

@@ -1,8 +1,8 @@
 #include "shell/shell.h"
 
-#include "commands/protocol_pages.h"
 #include "io/pages.h"
 #include "io/text.h"
+#include "protocol/command_pages.h"
 #include "protocol/json_text.h"
 #include "protocol/protocol.h"
 #include "protocol/reply.h"
@@ -92,7 +92,7 @@ void Shell::lose(const ServiceError &problem)
 {
     client_.reset();
     print_events();
-    user_.tell(std::string(problem.what()) + "; waiting for it to come back");
+    user_.tell(std::string(problem.what()) + "; the shell will connect again");
     next_try_ = ShellClock::now() + pause_;
     pause_ = std::min(pause_ * 2, kLongestPause);
 }

@@ -159,6 +159,9 @@ ShellInput parse_shell_line(std::string_view line)
     if (all.empty() || line[all.front().begin] == '#') {
         return {};
     }
+    if (line.find('\0') != std::string_view::npos) {
+        throw BadRequest("NUL byte");
+    }
     if (all.back().is_open) {
         throw BadRequest("a quote has no end");
     }

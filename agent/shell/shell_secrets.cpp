@@ -97,12 +97,6 @@ std::optional<std::string> masked_json(const std::string &text, Found &found)
     }
 }
 
-// The same for the value of KEY=VALUE.
-std::string masked_value(std::string_view name, const std::string &text)
-{
-    return is_secret_name(name) ? std::string(name) + "=" + kMask : mask_address(text);
-}
-
 } // namespace
 
 std::string without_secrets(std::string_view line)
@@ -112,7 +106,8 @@ std::string without_secrets(std::string_view line)
     bool in_secret = false;
     for (const ShellWord &word : words_of(line)) {
         const std::string_view name = name_in(word.text);
-        const bool has_value = !name.empty() && name.size() < word.text.size();
+        const bool is_secret = is_secret_name(name);
+        const bool has_key = !name.empty() && word.text.substr(name.size()).starts_with('=');
         std::optional<std::string> shown;
         if (is_json(word)) {
             Found found;
@@ -124,13 +119,14 @@ std::string without_secrets(std::string_view line)
             *shown = !found.secrets ? std::string(line.substr(word.begin, word.end - word.begin))
                      : is_raw       ? *shown
                                     : as_word(*shown);
-        } else if (has_value && (is_secret_name(name) || is_address(word.text))) {
-            shown = is_secret_name(name) ? masked_value(name, word.text)
-                                         : as_word(masked_value(name, word.text));
-        } else if (in_secret && !has_value) {
+        } else if (is_secret && name.size() < word.text.size()) {
+            shown = std::string(name) + "=" + kMask;
+        } else if (in_secret && !has_key && !is_secret) {
             shown = ""; // the rest of a value whose quotes were forgotten
+        } else if (is_address(word.text)) {
+            shown = as_word(mask_address(word.text));
         }
-        in_secret = is_secret_name(name) || (in_secret && !has_value);
+        in_secret = is_secret || (in_secret && !has_key);
         if (shown) {
             kept += line.substr(copied, word.begin - copied);
             kept += *shown;
