@@ -65,6 +65,9 @@ class StandInService:
                 pass  # the client has gone
             finally:
                 gateway.stdin.close()
+                with self.changed:
+                    if connection in self.connections:
+                        self.connections.remove(connection)
                 connection.close()
 
     def answer_to(self, request, line, gateway):
