@@ -3,7 +3,6 @@
 #include "io/text.h"
 #include "protocol/json_text.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace agent {
@@ -19,7 +18,6 @@ constexpr char kFailure[] = "\x1b[1;31m";
 constexpr char kEvent[] = "\x1b[1;36m";
 
 constexpr size_t kIndent = 2;
-constexpr size_t kMostIndent = 40; // a reply that is nested deep must not become mostly blanks
 constexpr size_t kMostText = 2UL * 1024 * 1024;
 
 class Writer {
@@ -73,10 +71,7 @@ class Writer {
         text_ += is_object ? '}' : ']';
     }
 
-    void line(size_t depth)
-    {
-        text_ += '\n' + std::string(std::min(depth * kIndent, kMostIndent), ' ');
-    }
+    void line(size_t depth) { text_ += '\n' + std::string(depth * kIndent, ' '); }
 
     void add(const char *colour, const std::string &text)
     {

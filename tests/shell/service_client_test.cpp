@@ -117,6 +117,21 @@ TEST_F(ServiceClientTest, PassesOverAnswersToOthersAndHandsOutEvents)
     EXPECT_THAT(events, ElementsAre("a.b+", "c-"));
 }
 
+TEST_F(ServiceClientTest, DropsAnAnswerThatComesTooLate)
+{
+    ServiceClient client(path_);
+    accept();
+    client.begin(hello_request());
+    client.begin(hello_request());
+    send("{\"id\":1,\"result\":5}\n");
+    client.work();
+    EXPECT_FALSE(client.take_answer());
+    send("{\"id\":2,\"result\":6}\n");
+    client.work();
+    EXPECT_EQ(client.take_answer().value().result, 6);
+    EXPECT_FALSE(client.take_answer());
+}
+
 TEST_F(ServiceClientTest, TakesAnErrorWithoutAnId)
 {
     ServiceClient client(path_);
