@@ -6,7 +6,7 @@
 #include "commands/protocol_pages.h"
 #include "commands/report.h"
 #include "commands/serve.h"
-#ifdef HGAGENT_SERVICE
+#ifdef SMART_ROUTER_SERVICE
 #include "commands/shell.h"
 #endif
 #include "commands/topology.h"
@@ -19,6 +19,10 @@
 #include "io/streams.h"
 #include "io/text.h"
 #include "protocol/log_sink.h"
+#ifdef SMART_ROUTER_SERVICE
+#include "service/subcommands.h"
+#include "service/worker/listen.h"
+#endif
 
 #include <cstdio>
 #include <exception>
@@ -26,6 +30,17 @@
 #include <unistd.h>
 
 namespace {
+
+#ifdef SMART_ROUTER_SERVICE
+void add_others(CLI::App &app, agent::Options &options)
+{
+    agent::service::add_subcommands(app, options);
+    agent::add_shell(app, options);
+}
+constexpr agent::AddSubcommands kAddOthers = add_others;
+#else
+constexpr agent::AddSubcommands kAddOthers = nullptr;
+#endif
 
 // Has room for the names of all that a library may lack.
 constexpr size_t kMaxHostError = 65536;
@@ -36,6 +51,11 @@ int run(const agent::Options &options)
     case agent::Subcommand::kCall:
         return agent::run_call(options);
     case agent::Subcommand::kServe:
+#ifdef SMART_ROUTER_SERVICE
+        if (!options.serve.listen.empty()) {
+            agent::service::wait_for_service(options.serve.listen);
+        }
+#endif
         return agent::run_serve(options);
     case agent::Subcommand::kNotice:
         return agent::run_notice(options);
@@ -46,17 +66,14 @@ int run(const agent::Options &options)
     case agent::Subcommand::kTopology:
         return agent::run_topology(options);
     case agent::Subcommand::kList:
-        return agent::run_list(options.pattern);
+        return options.list_events ? agent::run_list_of_events(options.pattern)
+                                   : agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
         return agent::run_conformance(options);
-    case agent::Subcommand::kShell:
-#ifdef HGAGENT_SERVICE
-        return agent::run_shell(options);
-#else
-        break;
-#endif
+    case agent::Subcommand::kOther:
+        return options.other();
     }
     return agent::kWrongUsage;
 }
@@ -69,7 +86,7 @@ int run(int count, char **words)
         agent::secure_standard_streams();
         agent::open_error_output();
         int exit_status = agent::kSuccess;
-        const auto options = agent::parse_options(count, words, exit_status);
+        const auto options = agent::parse_options(count, words, exit_status, kAddOthers);
         if (!options) {
             return exit_status;
         }

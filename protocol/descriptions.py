@@ -1,10 +1,11 @@
-"""The descriptions of the commands, as everything reads them that is made from them or checked by them."""
+"""The descriptions of the commands and of the events, as everything reads them that is made from them or checked by them."""
 
 import json
 
 from device_interface import Interface, ROOT
 
 ANY_TEXT = "any text"  # a form that says nothing
+USUAL_SECONDS = 30  # that a command may take which says nothing else
 
 
 def as_written():
@@ -22,6 +23,12 @@ def descriptions():
         for reply in description["replies"]:
             complete(interface, reply["keys"], in_request=False)
     return found
+
+
+def events():
+    """The descriptions of the events by file, in the order of their names."""
+    files = sorted((ROOT / "protocol/events").glob("*.json"))
+    return {file: json.loads(file.read_text(encoding="utf-8")) for file in files}
 
 
 def complete(interface, keys, in_request):

@@ -10,7 +10,7 @@ HEAD = r""".\" Made from protocol/ by protocol/generate.py.
 .Os
 .Sh NAME
 .Nm hg-protocol
-.Nd commands of the home-gateway plug-in
+.Nd commands and events of the home-gateway plug-in
 .Sh DESCRIPTION
 """
 NOTATION = r""".Sh COMMANDS
@@ -27,6 +27,12 @@ with this text.
 What each key means is shown by
 .Ql hgagent describe NAME .
 """
+EVENTS = r""".Sh EVENTS
+What happens by itself is told by
+.Ql hgagent serve --events
+and by the service in lines
+.Li {\(dqevent\(dq: NAME, \(dqdata\(dq: {...}} .
+"""
 WRAPPING = {"break_long_words": False, "break_on_hyphens": False}
 
 TAIL = r""".Sh SEE ALSO
@@ -34,11 +40,22 @@ TAIL = r""".Sh SEE ALSO
 """
 
 
-def man_page(descriptions, introduction):
+def man_page(descriptions, events, introduction):
     parts = [HEAD, introduction_text(introduction), NOTATION, ".Bl -tag -width 4n\n"]
     for description in descriptions:
         parts += entry(description)
+    parts += [".El\n", EVENTS, ".Bl -tag -width 4n\n"]
+    for event in events:
+        parts += event_entry(event)
     return "".join([*parts, ".El\n", TAIL])
+
+
+def event_entry(event):
+    yield f".It Ic {event['event']}\n"
+    yield text_lines(f"{event['summary']}: {event['when']}. {event.get('details', '')}".strip())
+    yield ".Bl -tag -width \"Data:\" -compact\n"
+    yield part("Data", key_list(event["data"], in_request=False) or "no keys")
+    yield ".El\n"
 
 
 def introduction_text(introduction):
@@ -50,6 +67,8 @@ def entry(description):
     yield f".It Ic {description['command']}\n"
     yield text_lines(f"{description['summary']}. {description.get('details', '')}".strip())
     yield ".Bl -tag -width \"Failures:\" -compact\n"
+    if "seconds" in description:
+        yield part("Time", f"up to {description['seconds']} seconds")
     yield part("Request", key_list(description["request"], in_request=True) or "no keys")
     reasons = []
     for reply in description["replies"]:

@@ -15,8 +15,15 @@ The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=
 replies, but for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which goes by the computer's own clock.
 """
 
+EVENTS = """
+What happens by itself: [`hgagent serve --events`](agent.md#events---events) writes a line for it,
+`{"event": NAME, "data": {...}}`, between its answers, and the service passes that on to whom has subscribed.
+`protocol/schemas` has a JSON Schema of each one's data, `NAME.event.json`, and two of the lines themselves:
+`session.request.json` of those that a client writes, `session.line.json` of those that it reads.
+"""
 
-def reference(descriptions, introduction):
+
+def reference(descriptions, events, introduction):
     subjects = {}
     for description in descriptions:
         subjects.setdefault(description["subject"], []).append(description)
@@ -29,7 +36,24 @@ def reference(descriptions, introduction):
         parts.append(f"## {subject_title(subject)}\n")
         for description in subjects[subject]:
             parts += command_parts(description)
+    parts.append(f"## The {len(events)} events\n")
+    parts.append(EVENTS.strip() + "\n")
+    for event in events:
+        parts += event_parts(event)
     return "\n".join(parts)
+
+
+def event_parts(event):
+    yield f"### {event['event']}\n"
+    by = {"serve": "`hgagent serve`", "service": "the service"}[event["made_by"]]
+    yield (f"{event['summary']}: {event['when']}. Told by {by}."
+           f"{' ' + event['details'] if 'details' in event else ''}\n")
+    if event["data"]:
+        yield table(("Key", "Value", "Meaning"),
+                    [(f"`{key['key']}`", value(key),
+                      key["meaning"] + ("; not always there" if key.get("optional") else ""))
+                     for key in event["data"]])
+    yield "```json\n" + json.dumps({"event": event["event"], "data": event["example"]}, ensure_ascii=False) + "\n```\n"
 
 
 def subject_title(subject):
@@ -42,7 +66,8 @@ def command_parts(description):
     yield f"### {description['command']}\n"
     yield f"{description['summary']}.{' ' + description['details'] if 'details' in description else ''}\n"
     calls = ", ".join(f"`{call}`" for call in description["device_calls"]) or "none"
-    yield f"Handler `{description['handler']}`. Device calls: {calls}.\n"
+    time = f" It may take {description['seconds']} seconds." if "seconds" in description else ""
+    yield f"Handler `{description['handler']}`. Device calls: {calls}.{time}\n"
 
     capitals = " (capitals count)" if description.get("case_sensitive") else ""
     if description["request"]:

@@ -1,4 +1,4 @@
-"""Makes the JSON Schemas of a command's request and reply from its description."""
+"""Makes the JSON Schemas of each command's request and reply, of each event and of the lines around them."""
 
 from descriptions import keys_with_items, limits
 
@@ -113,6 +113,79 @@ def text_schema(key):
     # The plug-in passes on whatever it is given, and cuts it where it is longer.
     schema.update({f"x-{name}": key[key_name] for name, key_name in NOTES.items() if key_name in key})
     return schema
+
+
+def event_schema(description):
+    """The data of an event."""
+    return {
+        "$schema": DIALECT,
+        "title": f"Data of the event {description['event']}",
+        "description": f"{description['summary']}: {description['when']}."
+                       + (f" {description['details']}" if "details" in description else ""),
+        **data_schema(description),
+    }
+
+
+def data_schema(description):
+    return object_schema(description["data"], in_request=False)
+
+
+# What the code beside an error can be, the same for every way in.
+CODES = ["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
+
+
+def session_request_schema():
+    """A line that hgagent serve and the service read."""
+    params = {"type": "object", "description": "The request of the command, or what the report takes"}
+    return {
+        "$schema": DIALECT,
+        "title": "A line to a gateway",
+        "description": "One JSON object a line. Other members are no fault; of repeated ones the first counts.",
+        "type": "object",
+        "properties": {"id": {"description": "Anything; the answer gives it back"}},
+        "anyOf": [
+            {"title": "a command", "required": ["command"],
+             "properties": {"command": {"type": "string"}, "params": params}},
+            {"title": "a report", "required": ["report"],
+             "properties": {"report": {"type": "string"}, "params": params}},
+            {"title": "a notice to the app", "required": ["notice"],
+             "properties": {"notice": {"type": "object", "required": ["plugin_name", "text"],
+                                       "properties": {"plugin_name": {"type": "string"},
+                                                      "text": {"type": "string"}}}}},
+            {"title": "a question for the versions", "required": ["hello"],
+             "properties": {"hello": {"type": "object"}}},
+            {"title": "a subscription to events, of the service alone", "required": ["subscribe"],
+             "properties": {"subscribe": {"type": "string"}}},
+            {"title": "its end", "required": ["unsubscribe"], "properties": {"unsubscribe": {"type": "string"}}},
+        ],
+    }
+
+
+def session_line_schema(events):
+    """A line that hgagent serve and the service write."""
+    reasons = {"type": "array", "items": {"type": "string"}}
+    progress = next(event for event in events if event["event"] == "update.progress")
+
+    def line(title, required, **properties):
+        return {"title": title, "type": "object", "required": required, "properties": properties,
+                "additionalProperties": False}
+
+    return {
+        "$schema": DIALECT,
+        "title": "A line from a gateway",
+        "description": "An answer has an id; every other line comes by itself, between answers.",
+        "anyOf": [
+            line("an answer", ["id", "result"], id={}, result={"type": "integer"}, reply={"type": "object"},
+                 reasons=reasons),
+            line("an answer without a result", ["id", "error", "code"], id={}, error={"type": "string"},
+                 code={"enum": CODES}, rule={"type": "string"}),
+            *(line(f"the event {event['event']}", ["event", "data"], event={"const": event["event"]},
+                   data=data_schema(event)) for event in events),
+            line("a notice to the app, without --events", ["notice"], notice={}),
+            line("progress, without --events", ["progress"], progress=data_schema(progress)),
+            line("what the device library says, with --reasons", ["reasons"], reasons=reasons),
+        ],
+    }
 
 
 NOTES = {"max-bytes": "max_bytes", "unit": "unit", "values": "values", "pattern": "pattern"}

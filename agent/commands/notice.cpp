@@ -1,5 +1,6 @@
 #include "commands/notice.h"
 
+#include "commands/remote_gateway.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
 #include "io/text.h"
@@ -83,6 +84,33 @@ int32_t raise_notice(const PluginHost &host, const Notice &notice)
     return raise(notice.text.c_str(), notice.plugin_name.c_str());
 }
 
+namespace {
+
+int32_t raise_here(const Options &options, const Notice &notice, std::vector<Json> &received)
+{
+    const PluginHost host(options.host);
+    const NoticeReceiver receiving(options.notice_refusal, [&](Json json) {
+        received.push_back(std::move(json));
+        return true;
+    });
+    return raise_notice(host, notice);
+}
+
+// What is pushed is told only where the policy of the service lets one see it.
+int32_t raise_at_service(const std::string &socket, const Notice &notice,
+                         std::vector<Json> &received)
+{
+    RemoteGateway gateway(socket, [&](const std::string &event, const cJSON *data) {
+        if (event == "notice") {
+            received.emplace_back(cJSON_Duplicate(data, 1));
+        }
+    });
+    gateway.subscribe("notice");
+    return gateway.notice(notice.plugin_name, notice.text);
+}
+
+} // namespace
+
 int run_notice(const Options &options)
 {
     Notice notice{options.notice.plugin_name, options.notice.text};
@@ -99,16 +127,9 @@ int run_notice(const Options &options)
     }
 
     ReplyOutput output;
-    const PluginHost host(options.host);
     std::vector<Json> received;
-    int32_t result = 0;
-    {
-        const NoticeReceiver receiving(options.notice_refusal, [&](Json json) {
-            received.push_back(std::move(json));
-            return true;
-        });
-        result = raise_notice(host, notice);
-    }
+    const int32_t result = options.socket ? raise_at_service(*options.socket, notice, received)
+                                          : raise_here(options, notice, received);
     for (const Json &json : received) {
         if (write_reply(json.get(), options.raw_bytes, output) == kCannotWrite) {
             return kCannotWrite;

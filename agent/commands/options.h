@@ -2,11 +2,19 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+}
+
 namespace agent {
+
+// The first entry of the tree of parameters.
+constexpr char kMainRouterPath[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
 
 // Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
 // the gateway's environment and defaults.
@@ -20,7 +28,8 @@ struct HostOptions {
     bool show_secrets = false;
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
-    bool verbose = false; // name all that a library lacks
+    std::optional<int32_t> reboot_seconds; // 0 without
+    bool verbose = false;                  // name all that a library lacks
 };
 
 struct CallOptions {
@@ -30,7 +39,9 @@ struct CallOptions {
 };
 
 struct ServeOptions {
+    std::string listen;              // where a service connects; empty: standard input and output
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
+    bool events = false;             // tell of everything that happens by itself, as events
 };
 
 struct NoticeOptions {
@@ -50,10 +61,6 @@ struct ConformanceOptions {
     std::string junit;                 // file; empty: none
 };
 
-struct ShellOptions {
-    std::string socket; // path; empty: where a service listens unless it is told otherwise
-};
-
 enum class Subcommand {
     kCall,
     kServe,
@@ -64,11 +71,12 @@ enum class Subcommand {
     kList,
     kDescribe,
     kConformance,
-    kShell
+    kOther
 };
 
 struct Options {
     HostOptions host;
+    std::optional<std::string> socket; // of a service, in place of libraries
     int32_t log_level = 3;
     bool reasons = false;   // of call and serve: tell what the device library says of refusals
     bool raw_bytes = false; // of replies: as the plug-in left them
@@ -78,18 +86,23 @@ struct Options {
     NoticeOptions notice;
     TopologyOptions topology;
     ConformanceOptions conformance;
-    ShellOptions shell;
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades
-    // Of the report that speaks of one router; the first entry of the tree is the main router.
-    std::string router_path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
-    std::string pattern;   // of list
-    std::string described; // the command of describe
+    std::string router_path = kMainRouterPath; // of the report that speaks of one router
+    std::string pattern;                       // of list
+    bool list_events = false;                  // instead of commands
+    std::string described;                     // the command or event of describe
+    std::function<int()>
+        other; // runs a subcommand that another part of the agent has; its exit status
 };
+
+// Adds subcommands of other parts of the agent; their callbacks set the option `other`.
+using AddSubcommands = void (*)(CLI::App &app, Options &options);
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then
 // exit_status is what the process ends with.
-std::optional<Options> parse_options(int count, char **words, int &exit_status);
+std::optional<Options> parse_options(int count, char **words, int &exit_status,
+                                     AddSubcommands add_others = nullptr);
 
 } // namespace agent

@@ -18,14 +18,24 @@ int run_list(const std::string &pattern)
     return show(page);
 }
 
-int run_describe(const std::string &command)
+int run_list_of_events(const std::string &pattern)
 {
-    const Description *description = find_description(command);
-    if (description == nullptr) {
-        complain(no_such_command(command));
+    const std::string page = event_list_page(pattern);
+    if (page.empty()) {
+        complain("no event matches \"" + pattern + "\"");
+        return kCommandFailed;
+    }
+    return show(page);
+}
+
+int run_describe(const std::string &name)
+{
+    const std::string page = description_page(name);
+    if (page.empty()) {
+        complain(no_such_command(name));
         return kUnknownCommand;
     }
-    return show(description_page(*description));
+    return show(page);
 }
 
 } // namespace agent

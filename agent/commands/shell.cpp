@@ -4,11 +4,14 @@
 #include "io/exit_status.h"
 #include "io/streams.h"
 #include "io/text.h"
+#include "protocol/secrets.h"
 #include "shell/line_editor.h"
 #include "shell/shell.h"
 #include "shell/shell_history.h"
 #include "shell/shell_secrets.h"
 #include "shell/shell_signals.h"
+
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <array>
@@ -18,6 +21,7 @@
 #include <cstring>
 #include <optional>
 #include <poll.h>
+#include <sys/epoll.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -57,10 +61,15 @@ class ScriptUser : public ShellUser {
 
     void tell(const std::string &message) override
     {
-        complain("line " + std::to_string(line_) + ": " + message);
+        complain((in_line_ ? "line " + std::to_string(line_) + ": " : "") + message);
     }
 
-    void next_line() { ++line_; }
+    void begin_line()
+    {
+        ++line_;
+        in_line_ = true;
+    }
+    void end_line() { in_line_ = false; }
     bool has_reader() const { return has_reader_; }
     bool is_terminal() const { return output_.is_terminal(); }
 
@@ -68,8 +77,37 @@ class ScriptUser : public ShellUser {
     const StopSignals &stop_;
     ReplyOutput output_;
     size_t line_ = 0;
+    bool in_line_ = false;
     bool has_reader_ = true;
 };
+
+// Waits for the next line. Events are shown meanwhile, and a service that has gone is noticed.
+LineReader::Result next_line(LineReader &reader, Shell &shell, const StopSignals &stop,
+                             std::string_view &line)
+{
+    constexpr std::chrono::milliseconds kNow(0);
+    for (;;) {
+        const LineReader::Result read = reader.next(line, kNow);
+        if (read != LineReader::Result::kNothing) {
+            return read;
+        }
+        // As one descriptor, since that is what can be waited for beside the signals.
+        const int both = epoll_create1(EPOLL_CLOEXEC);
+        epoll_event input = {EPOLLIN, {}};
+        epoll_ctl(both, EPOLL_CTL_ADD, STDIN_FILENO, &input);
+        if (shell.descriptor() >= 0) {
+            epoll_ctl(both, EPOLL_CTL_ADD, shell.descriptor(), &input);
+        }
+        const bool is_ready = stop.wait_for(both, POLLIN);
+        close(both);
+        if (!is_ready) {
+            return LineReader::Result::kStopped;
+        }
+        if (shell.descriptor() >= 0) {
+            shell.work();
+        }
+    }
+}
 
 // The status is that of the first line that failed; the others are carried out all the same.
 int run_script(const std::string &path)
@@ -82,17 +120,18 @@ int run_script(const std::string &path)
     int status = kSuccess;
     std::string_view line;
     while (!shell.has_quit()) {
-        const LineReader::Result read = reader.next(line);
+        const LineReader::Result read = next_line(reader, shell, stop, line);
         if (read == LineReader::Result::kEnd || read == LineReader::Result::kStopped) {
             break;
         }
-        user.next_line();
+        user.begin_line();
         ExitStatus of_line = kWrongUsage;
         if (read == LineReader::Result::kTooLong) {
             user.tell("it is longer than " + std::to_string(kMaxLine) + " bytes");
         } else {
             of_line = shell.run(line);
         }
+        user.end_line();
         status = status == kSuccess ? of_line : status;
         if (!user.has_reader()) {
             complain("nobody reads the replies");
@@ -244,13 +283,11 @@ class TerminalUser : public ShellUser {
     std::optional<ShellHistory> history_;
 };
 
-} // namespace
-
-int run_shell(const Options &options)
+int run_shell(const std::optional<std::string> &socket)
 {
+    forbid_core_dumps(); // passwords are typed
     try {
-        const std::string path =
-            options.shell.socket.empty() ? default_socket_path() : options.shell.socket;
+        const std::string path = socket ? *socket : default_socket_path();
         if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0) {
             return run_script(path);
         }
@@ -259,6 +296,26 @@ int run_shell(const Options &options)
         complain(std::string(problem.what()) + "; \"hgagent run\" starts a service");
         return kCannotLoad;
     }
+}
+
+} // namespace
+
+void add_shell(CLI::App &app, Options &options)
+{
+    CLI::App *shell = app.add_subcommand(
+        "shell", "Type commands to a running service, with completion and history");
+    shell->add_option("--socket", options.socket, "Unix socket of the service")
+        ->type_name("PATH")
+        ->allow_extra_args(false);
+    shell->footer(R"(
+Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" tells what can be typed. What is no terminal is
+read line by line; the exit status is that of the first line that failed.)");
+    shell->callback([&options] {
+        options.subcommand = Subcommand::kOther;
+        options.other = [socket = options.socket] {
+            return run_shell(socket);
+        };
+    });
 }
 
 } // namespace agent

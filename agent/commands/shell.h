@@ -5,8 +5,8 @@
 
 namespace agent {
 
-// Carries out the lines of standard input until it ends, at a terminal with editing, completion and
-// history. Result: the exit status.
-int run_shell(const Options &options);
+// Adds the subcommand. It carries out the lines of standard input until that ends, at a terminal
+// with editing, completion and history.
+void add_shell(CLI::App &app, Options &options);
 
 } // namespace agent

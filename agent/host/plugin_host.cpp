@@ -236,6 +236,7 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     gateway.show_secrets = options.show_secrets ? 1 : 0;
     gateway.firmware_folder = text_or_null(options.firmware_folder);
     gateway.firmware_key = text_or_null(options.firmware_key);
+    gateway.reboot_seconds = options.reboot_seconds.value_or(0);
     char error[kMaxGatewayError] = "";
     if (open(&gateway, error, sizeof(error)) != 0) {
         throw HostError(kCannotLoad, error);

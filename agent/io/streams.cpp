@@ -13,6 +13,7 @@
 #include <sys/signalfd.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace agent {
 
@@ -91,12 +92,17 @@ int StopSignals::arrived() const
     return 0;
 }
 
-bool StopSignals::wait_for(int descriptor, short events) const
+StopSignals::Wait StopSignals::wait_for(int descriptor, short events,
+                                        std::chrono::milliseconds time) const
 {
     for (;;) {
         std::array<pollfd, 3> all = {pollfd{descriptor, events, 0}, pollfd{descriptor_, POLLIN, 0},
                                      pollfd{unwritten_error_output(), POLLOUT, 0}};
-        if (poll(all.data(), all.size(), -1) < 0) {
+        const int ready = poll(all.data(), all.size(), static_cast<int>(time.count()));
+        if (ready == 0) {
+            return Wait::kTime;
+        }
+        if (ready < 0) {
             if (errno != EINTR) {
                 fail("cannot wait for input or output");
             }
@@ -109,7 +115,7 @@ bool StopSignals::wait_for(int descriptor, short events) const
             seen_ = true;
         }
         if (all[0].revents != 0 || all[1].revents != 0) {
-            return all[0].revents != 0;
+            return all[0].revents != 0 ? Wait::kReady : Wait::kSignal;
         }
     }
 }
@@ -141,11 +147,12 @@ void LineReader::forget()
     given_ = begin_;
 }
 
-// Adds what there is to read to the buffer. Result: false when a signal came first.
-bool LineReader::fill()
+// Adds what there is to read to the buffer, once there is something.
+StopSignals::Wait LineReader::fill(std::chrono::milliseconds time)
 {
-    if (!stop_.wait_for(STDIN_FILENO, POLLIN)) {
-        return false;
+    const StopSignals::Wait waited = stop_.wait_for(STDIN_FILENO, POLLIN, time);
+    if (waited != StopSignals::Wait::kReady) {
+        return waited;
     }
     if (begin_ > 0) {
         const size_t kept = end_ - begin_;
@@ -158,21 +165,21 @@ bool LineReader::fill()
     const size_t count = read_some(STDIN_FILENO, kStandardInput, buffer_.get() + end_, kReadSize);
     end_ += count;
     ended_ = count == 0;
-    return true;
+    return waited;
 }
 
-LineReader::Result LineReader::next(std::string_view &line)
+LineReader::Result LineReader::next(std::string_view &line, std::chrono::milliseconds time)
 {
-    bool too_long = false;
     size_t searched = 0; // bytes of the line that hold no line end
     forget();
     while (!stop_.seen()) {
         const std::string_view unread(buffer_.get() + begin_, end_ - begin_);
         const size_t length = std::min(unread.find('\n', searched), unread.size());
         const bool has_end = length < unread.size();
-        const bool started = too_long || length > 0;
-        too_long = too_long || length > max_line_;
+        const bool started = too_long_ || length > 0;
+        too_long_ = too_long_ || length > max_line_;
         if (has_end || (ended_ && started)) {
+            const bool too_long = std::exchange(too_long_, false);
             line = too_long ? "" : unread.substr(0, length);
             begin_ += length + (has_end ? 1 : 0);
             return too_long ? Result::kTooLong : Result::kLine;
@@ -180,12 +187,16 @@ LineReader::Result LineReader::next(std::string_view &line)
         if (ended_) {
             return Result::kEnd;
         }
-        if (too_long) {
+        if (too_long_) {
             begin_ += length;
             forget();
         }
         searched = end_ - begin_;
-        if (!fill()) {
+        const StopSignals::Wait waited = fill(time);
+        if (waited == StopSignals::Wait::kTime) {
+            return Result::kNothing;
+        }
+        if (waited == StopSignals::Wait::kSignal) {
             break;
         }
     }

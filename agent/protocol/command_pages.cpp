@@ -124,6 +124,9 @@ void print_page(std::ostream &page, const Description &command)
     facts.row({"Handler", command["handler"].text()});
     facts.row({"Device calls", calls.empty() ? "none" : joined(calls, ", ")});
     facts.row({"Changes", changes_of(command)});
+    if (command.contains("seconds")) {
+        facts.row({"Takes", "up to " + command["seconds"].as_json() + " seconds"});
+    }
     facts.print(page, "");
 
     page << "\nRequest" << (command["case_sensitive"].is_true() ? " (capitals as here)" : "")
@@ -143,14 +146,30 @@ void print_page(std::ostream &page, const Description &command)
          << command["example"]["reply"].as_json() << '\n';
 }
 
-} // namespace
+void print_event_page(std::ostream &page, const Description &event)
+{
+    page << event["event"].text() << " - " << event["summary"].text() << "\n\n";
+    if (event.contains("details")) {
+        page << event["details"].text() << "\n\n";
+    }
+    Table facts;
+    facts.row({"When", event["when"].text()});
+    facts.row({"Told by", event["made_by"] == "serve" ? "hgagent serve --events" : "the service"});
+    facts.print(page, "");
+    page << "\nData\n";
+    print_keys(page, event["data"], false);
+    page << "\nExample\n    {\"event\":\"" << event["event"].text()
+         << "\",\"data\":" << event["example"].as_json() << "}\n";
+}
 
-std::string list_page(const std::string &pattern)
+// The names stand under the key.
+std::string list_of(const std::vector<Description> &all, const std::string &key,
+                    const std::string &pattern)
 {
     Table table;
-    for (const Description &description : descriptions()) {
-        if (matches(description["command"].text(), pattern)) {
-            table.row({description["command"].text(), description["summary"].text()});
+    for (const Description &description : all) {
+        if (matches(description[key].text(), pattern)) {
+            table.row({description[key].text(), description["summary"].text()});
         }
     }
     std::ostringstream page;
@@ -158,10 +177,28 @@ std::string list_page(const std::string &pattern)
     return page.str();
 }
 
-std::string description_page(const Description &command)
+} // namespace
+
+std::string list_page(const std::string &pattern)
 {
+    return list_of(descriptions(), "command", pattern);
+}
+
+std::string event_list_page(const std::string &pattern)
+{
+    return list_of(events(), "event", pattern);
+}
+
+std::string description_page(const std::string &name)
+{
+    const Description *command = find_description(name);
+    const Description *event = find_event(name);
     std::ostringstream page;
-    print_page(page, command);
+    if (command != nullptr) {
+        print_page(page, *command);
+    } else if (event != nullptr) {
+        print_event_page(page, *event);
+    }
     return page.str();
 }
 

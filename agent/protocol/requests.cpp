@@ -286,10 +286,9 @@ const char *text_in(const Json &object, const char *key)
     return cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
 }
 
-// Both fill in what is asked for, or what is wrong with it.
-void read_command(const Json &command, Json params, Call &call)
+// Each of them fills in what is asked for, or what is wrong with it.
+void read_command(const Json &command, Call &call)
 {
-    call.params = params != nullptr ? std::move(params) : new_object();
     if (cJSON_IsString(command.get()) == 0) {
         call.error = "\"command\" is missing or no text";
     } else if (cJSON_IsObject(call.params.get()) == 0) {
@@ -297,6 +296,23 @@ void read_command(const Json &command, Json params, Call &call)
     } else {
         call.command = command->valuestring;
     }
+}
+
+void read_report(const Json &report, Call &call)
+{
+    if (cJSON_IsString(report.get()) == 0) {
+        call.error = "\"report\" is no text";
+    } else if (cJSON_IsObject(call.params.get()) == 0) {
+        call.error = "\"params\" is no object";
+    } else {
+        call.report = report->valuestring;
+    }
+}
+
+void read_hello(const Json &hello, Call &call)
+{
+    call.is_hello = cJSON_IsObject(hello.get()) != 0;
+    call.error = call.is_hello ? "" : "\"hello\" is no object";
 }
 
 void read_notice(const Json &notice, Call &call)
@@ -350,8 +366,9 @@ Call parse_call(std::string_view line)
 {
     Cursor cursor = object_in(line, true);
     Json command;
-    Json params;
     Json notice;
+    Json report;
+    Json hello;
     Call call;
     bool has_id = false;
     cursor.skip_mark();
@@ -368,18 +385,29 @@ Call parse_call(std::string_view line)
             call.id = text;
         } else if (name == "command" && command == nullptr) {
             command = cursor.tree_of(text);
-        } else if (name == "params" && params == nullptr) {
-            params = cursor.tree_of(text);
+        } else if (name == "params" && call.params == nullptr) {
+            call.params = cursor.tree_of(text);
             call.params_text = text;
         } else if (name == "notice" && notice == nullptr) {
             notice = cursor.tree_of(text);
+        } else if (name == "report" && report == nullptr) {
+            report = cursor.tree_of(text);
+        } else if (name == "hello" && hello == nullptr) {
+            hello = cursor.tree_of(text);
         }
+    }
+    if (call.params == nullptr) {
+        call.params = new_object();
     }
 
     if (command == nullptr && notice != nullptr) {
         read_notice(notice, call);
+    } else if (command == nullptr && report != nullptr) {
+        read_report(report, call);
+    } else if (command == nullptr && hello != nullptr) {
+        read_hello(hello, call);
     } else {
-        read_command(command, std::move(params), call);
+        read_command(command, call);
     }
     return call;
 }

@@ -59,7 +59,7 @@ class Writer {
                 break;
             }
             if (is_object) {
-                add(kKey, shown(quoted(member->string)));
+                add(kKey, shown(agent::quoted(member->string)));
                 text_ += ": ";
             }
             value(member, depth + 1);

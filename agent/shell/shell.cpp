@@ -168,7 +168,7 @@ void Shell::keep_event(const std::string &name, const cJSON *data)
         return;
     }
     events_ += events_.empty() ? "" : "\n";
-    events_ += "{\"event\":" + quoted(name) +
+    events_ += "{\"event\":" + agent::quoted(name) +
                (data != nullptr ? ",\"data\":" + agent::print(data) : "") + "}";
 }
 
@@ -314,13 +314,13 @@ ExitStatus Shell::help(const std::string &name)
     const auto words = shell_words();
     const auto word = std::find_if(words.begin(), words.end(),
                                    [&](const ShellWordHelp &help) { return name == help.word; });
-    const Description *command = find_description(name);
+    const std::string page = description_page(name);
     if (name.empty()) {
         user_.print(usage_page());
     } else if (word != words.end()) {
         user_.print(std::string(word->usage) + "\n" + word->summary);
-    } else if (command != nullptr) {
-        user_.print(without_last_end(description_page(*command)));
+    } else if (!page.empty()) {
+        user_.print(without_last_end(page));
     } else {
         user_.tell(no_such_command(name));
         return kUnknownCommand;

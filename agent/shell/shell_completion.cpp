@@ -26,6 +26,15 @@ Words command_names()
     return names;
 }
 
+Words event_names()
+{
+    Words names;
+    for (const Description &description : events()) {
+        names.push_back(description["event"].text());
+    }
+    return names;
+}
+
 Words report_names()
 {
     Words names;
@@ -176,6 +185,9 @@ Completion complete(std::string_view text, const KnownValues &known_values)
     }
     if (words.size() == 2 && first == "events") {
         return among(begun, {"on", "off"});
+    }
+    if (words.size() == 3 && first == "events" && words[1].text == "on") {
+        return among(begun, event_names());
     }
     return in_request(first, words, known_values);
 }

@@ -1,11 +1,13 @@
 #include "core/gateway.h"
 
 #include "core/refusal.h"
+#include "core/update_report.h"
 #include "io/clock.h"
 #include "model/check.h"
 #include "model/scenario.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace simulated_gateway {
 namespace {
@@ -31,7 +33,8 @@ FirmwareStore::Router router_of(const State &state)
     return {state.home.identity.device_type, state.firmware.slot(state.firmware.running).rollback};
 }
 
-Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
+Gateway::Gateway(const Settings &settings)
+    : web_limits_(settings.fetch_limits), reboot_seconds_(settings.reboot_seconds)
 {
     fix_clock(settings.fixed_time);
     for (const std::string &fault : settings.faults) {
@@ -52,6 +55,7 @@ Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
                           : nullptr);
     if (!kept) {
         keep(new_state(settings.scenario.value_or(kDefaultScenario)));
+        has_rebooted_ = false; // it was switched on
         return;
     }
     if (settings.scenario && scenario_name(*settings.scenario) != kept->scenario) {
@@ -164,13 +168,14 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
         }
     }
     const int64_t up = uptime();
-    lock.unlock();
+    end_change(lock);
 
     call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now() - start);
     trace_.call(up, call);
     if (call.result != 0 && !call.note.empty()) {
         report_refusal(function, call.note);
+        report_failed_update(function, call.note);
     }
     return call.result;
 }
@@ -184,6 +189,7 @@ void Gateway::keep(State changed)
     if (state_file_) {
         state_file_->save(changed);
     }
+    has_rebooted_ = has_rebooted_ || changed.boot_count != state_.boot_count;
     state_ = std::move(changed);
     if (!started.empty()) {
         trace_.event(uptime(), started.c_str());
@@ -215,9 +221,19 @@ int64_t Gateway::uptime() const
     return seconds_since(state_.boot_time);
 }
 
+// Lets go of the lock, and tells the host what it may not be told under it.
+void Gateway::end_change(Lock &lock)
+{
+    const bool has_rebooted = std::exchange(has_rebooted_, false);
+    lock.unlock();
+    if (has_rebooted) {
+        report_reboot(clock_runs() ? reboot_seconds_ : 0);
+    }
+}
+
 void Gateway::power_cycle()
 {
-    const std::lock_guard lock(mutex_);
+    Lock lock(mutex_);
     if (closed_) {
         return;
     }
@@ -229,6 +245,7 @@ void Gateway::power_cycle()
     } catch (const std::exception &failure) {
         trace_.event(uptime(), "power cycle failed", failure.what());
     }
+    end_change(lock);
 }
 
 void Gateway::end_transfers()

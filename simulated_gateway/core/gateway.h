@@ -26,6 +26,7 @@ struct Settings {
     bool show_secrets = false;
     std::optional<int64_t> fixed_time;       // seconds since 1970, else the clock runs
     std::optional<std::string> firmware_key; // file
+    int32_t reboot_seconds = 0;
     FetchLimits fetch_limits;
 };
 
@@ -76,13 +77,16 @@ class Gateway {
     void keep(State changed);
     std::string start_firmware(State &changed);
     int64_t uptime() const;
+    void end_change(Lock &lock);
 
     Trace trace_;
     const WebLimits web_limits_;
+    const int32_t reboot_seconds_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;
-    int long_calls_ = 0; // under way
+    bool has_rebooted_ = false; // and the host has not been told yet
+    int long_calls_ = 0;        // under way
     FaultPlan faults_;
     std::optional<StateFile> state_file_;
     std::optional<FirmwareStore> firmware_; // has a lock of its own

@@ -1,6 +1,7 @@
 // Which firmware runs, fetching an image, and flashing it.
 #include "core/device_call.h"
 #include "core/gateway.h"
+#include "core/update_report.h"
 #include "firmware/machine.h"
 
 using namespace simulated_gateway;
@@ -46,6 +47,7 @@ static void flash(Gateway &gateway)
     if (!image.warning.empty()) {
         gateway.warn("firmware " + image.content.version + " " + image.warning);
     }
+    report_flashed_image(image.content.version);
 }
 
 int32_t devapi_download_image(const char *url, int32_t mode)

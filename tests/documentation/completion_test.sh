@@ -33,9 +33,9 @@ options='s/^  \(-h,\)\?\(--[a-z-]*\).*/\2/p'
 complete -p hgagent >/dev/null
 
 names=$(basename -s .json "$commands_folder"/*.json | sort)
-for subcommand in call describe; do
-    expect "$subcommand" "$(completed "$subcommand" '' | grep -v '^--')" "$names"
-done
+expect call "$(completed call '' | grep -v '^--')" "$names"
+expect describe "$(completed describe '' | grep -v '^--')" \
+    "$(basename -s .json "$commands_folder"/*.json "$commands_folder"/../events/*.json | sort)"
 expect 'call GET_S' "$(completed call GET_S)" "$(grep ^GET_S <<<"$names")"
 expect 'call behind options' GET_SN_INFO \
     "$(completed --log-level 7 --trace = call --fault call = '-1*2' @ 50ms --show-secrets call GET_SN_)"

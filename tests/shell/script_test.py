@@ -85,10 +85,9 @@ class ScriptTest(unittest.TestCase):
             line(b"GET_SN_INFO\n")
             self.assertIn(b"HGU-AX3000", shell.stdout.readline())
             self.service.stop()
+            self.assertRegex(shell.stderr.readline(), b"^hgagent: the service at .* has closed the connection")
             line(b"GET_SN_INFO\n")
-            self.assertIn(b"line 2: the service at ", shell.stderr.readline())
-            line(b"GET_SN_INFO\n")
-            self.assertIn(b"line 3: cannot reach the service at ", shell.stderr.readline())
+            self.assertIn(b"line 2: cannot reach the service at ", shell.stderr.readline())
             self.service.start()
             line(b"GET_SN_INFO\n")
             self.assertIn(b"HGU-AX3000", shell.stdout.readline())
@@ -108,6 +107,16 @@ class ScriptTest(unittest.TestCase):
         lines = [json.loads(line) for line in output.splitlines()]
         self.assertEqual(lines, [{"event": "update.progress", "data": {"percent": 5}}, {"Status": "0"}])
         self.assertEqual(shell.returncode, 0)
+
+    def test_events_come_between_lines(self):
+        with self.start() as shell:
+            shell.stdin.write(b"events on\n")
+            shell.stdin.flush()
+            self.service.wait_for(lambda line: "subscribe" in line)
+            self.service.send(b'{"event": "reboot.begun", "data": {}}\n')
+            self.assertEqual(json.loads(shell.stdout.readline()), {"event": "reboot.begun", "data": {}})
+            shell.stdin.close()
+            self.assertEqual(shell.wait(), 0)
 
     def test_a_signal_ends_it(self):
         self.service.silent.add("GET_SN_INFO")

@@ -62,6 +62,8 @@ TEST(ShellCompletion, OffersEveryCommandAndWordAtTheBeginning)
 TEST(ShellCompletion, KnowsTheWordsBehindItsOwn)
 {
     EXPECT_THAT(candidates_of("events "), ElementsAre("on", "off"));
+    EXPECT_EQ(Completed("events on update.p").line, "events on update.progress ");
+    EXPECT_THAT(candidates_of("events off "), IsEmpty());
     EXPECT_EQ(Completed("report ho").line, "report home-page ");
     EXPECT_THAT(candidates_of("status "), IsEmpty());
 }

@@ -1,0 +1,550 @@
+#include "service/config.h"
+
+#include "io/exit_status.h"
+#include "io/pages.h"
+#include "io/text.h"
+#include "service/gate/policy_reader.h"
+#include "service/toml_file.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <grp.h>
+#include <map>
+#include <sys/un.h>
+
+namespace agent::service {
+
+namespace {
+
+constexpr char kCommandLine[] = "command line";
+constexpr char kUnix[] = "unix:";
+constexpr int64_t kMostSeconds = 7L * 24 * 3600;
+constexpr int64_t kMostBytes = 1L << 30;
+
+template <auto Part, auto Member> auto &place_in(ServiceConfig &config)
+{
+    return config.*Part.*Member;
+}
+
+template <auto Member> auto &place_of(ServiceConfig &config)
+{
+    return config.*Member;
+}
+
+template <auto Member> auto &place_in_host(ServiceConfig &config)
+{
+    return config.worker.host.*Member;
+}
+
+using Form = Setting::Form;
+
+constexpr Setting kSettings[] = {
+    {"audit", "--audit", "FILE", "File to which a line of JSON is appended for each request",
+     place_of<&ServiceConfig::audit>, 0, 0, Form::kPath},
+    {"log-level", "--log-level", "0..7", "", place_of<&ServiceConfig::log_level>, 0, 7},
+    {"policy", "--policy", "FILE", "File with the roles, who they are and what they may do",
+     place_of<&ServiceConfig::policy_file>, 0, 0, Form::kPath},
+    {"socket.path", "--socket", "PATH",
+     "Unix socket to serve instead of $XDG_RUNTIME_DIR/hgagent.sock",
+     place_in<&ServiceConfig::socket, &SocketConfig::path>, 0, 0, Form::kSocketPath, true},
+    {"socket.group", "--socket-group", "GROUP", "Group that the socket is given",
+     place_in<&ServiceConfig::socket, &SocketConfig::group>, 0, 0, Form::kGroup, true},
+    {"socket.mode", "--socket-mode", "MODE", "Permissions of the socket, in octal; 0600 by default",
+     place_in<&ServiceConfig::socket, &SocketConfig::mode>, 0, 0, Form::kMode, true},
+    {"worker.kind", "--worker", "KIND",
+     "child (the default), in-process, or unix:PATH for a worker that listens there",
+     place_in<&ServiceConfig::worker, &WorkerConfig::kind>, 0, 0, Form::kWorker, true},
+    {"worker.plugin", "--plugin", "LIB", "", place_in_host<&HostOptions::plugin>, 0, 0,
+     Form::kPath},
+    {"worker.device", "--device", "LIB", "", place_in_host<&HostOptions::device>, 0, 0,
+     Form::kPath},
+    {"worker.scenario", "--scenario", "NAME|FILE", "", place_in_host<&HostOptions::scenario>},
+    {"worker.state", "--state", "FILE", "", place_in_host<&HostOptions::state>, 0, 0, Form::kPath},
+    {"worker.faults", "--fault", "FAULT", "", place_in_host<&HostOptions::faults>},
+    {"worker.trace", "--trace", "FILE|-", "", place_in_host<&HostOptions::trace>, 0, 0,
+     Form::kPath},
+    {"worker.firmware-folder", "--firmware-folder", "FOLDER", "",
+     place_in_host<&HostOptions::firmware_folder>, 0, 0, Form::kPath},
+    {"worker.firmware-key", "--firmware-key", "FILE", "", place_in_host<&HostOptions::firmware_key>,
+     0, 0, Form::kPath},
+    {"worker.show-secrets", "--show-secrets", "", "", place_in_host<&HostOptions::show_secrets>},
+    {"worker.verbose", "--verbose", "", "", place_in_host<&HostOptions::verbose>},
+    {"worker.refuse-notices", "--refuse-notices", "RESULT", "",
+     place_in<&ServiceConfig::worker, &WorkerConfig::refuse_notices>, INT32_MIN, INT32_MAX},
+    {"worker.raw-bytes", "--raw-bytes", "", "",
+     place_in<&ServiceConfig::worker, &WorkerConfig::raw_bytes>},
+    {"worker.reasons", "--reasons", "",
+     "Tell what the device library says of the calls that it refuses",
+     place_in<&ServiceConfig::worker, &WorkerConfig::reasons>},
+    {"worker.reboot-seconds", "--reboot-seconds", "SECONDS",
+     "How long a reboot of the simulated gateway takes; 45 by default",
+     place_in<&ServiceConfig::worker, &WorkerConfig::reboot_seconds>, 0, kMostSeconds},
+    {"worker.command-seconds", "--command-seconds", "SECONDS",
+     "How long a command may take; 30 by default, and longer where the protocol says so",
+     place_in<&ServiceConfig::worker, &WorkerConfig::command_seconds>, 1, kMostSeconds},
+    {"worker.background-seconds", "--background-seconds", "SECONDS",
+     "How long a Wi-Fi batch or an update may take; 1800 by default",
+     place_in<&ServiceConfig::worker, &WorkerConfig::background_seconds>, 1, kMostSeconds},
+    {"limits.clients", "--max-clients", "COUNT", "Clients at the same time; 256 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::clients>, 1, 100000},
+    {"limits.line", "--max-line", "BYTES", "Longest request; 1048576 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::line>, 1, kMostBytes},
+    {"limits.pending-output", "--max-pending-output", "BYTES",
+     "Answers that a client may leave unread; 4194304 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::pending_output>, 1, kMostBytes},
+    {"limits.idle-seconds", "--idle-seconds", "SECONDS",
+     "When a client without requests and subscriptions is disconnected; never by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::idle_seconds>, 0, kMostSeconds},
+    {"limits.queue", "--max-queue", "COUNT", "Requests of one client that may wait; 16 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::queue>, 1, 100000},
+};
+
+std::string out_of_range(const Setting &setting)
+{
+    return "has to be from " + std::to_string(setting.least) + " to " +
+           std::to_string(setting.most);
+}
+
+std::string problem_of_socket_path(std::string_view path)
+{
+    constexpr size_t kMost = sizeof(sockaddr_un::sun_path) - 1;
+    if (path.empty()) {
+        return "names no file";
+    }
+    return path.size() > kMost
+               ? "the path of a socket has at most " + std::to_string(kMost) + " bytes"
+               : "";
+}
+
+std::string problem_of_mode(const std::string &text)
+{
+    const bool is_mode = (text.size() == 3 || (text.size() == 4 && text.front() == '0')) &&
+                         text.find_first_not_of("01234567") == std::string::npos;
+    if (!is_mode) {
+        return in_message(text) + " is not a mode such as 0660";
+    }
+    const bool is_own = text[text.size() - 3] >= '6';
+    return is_own ? "" : in_message(text) + " does not let the service itself read and write";
+}
+
+std::string problem_of_group(const std::string &name)
+{
+    constexpr size_t kMaxEntry = 65536;
+    group entry = {};
+    group *found = nullptr;
+    std::vector<char> buffer(kMaxEntry);
+    getgrnam_r(name.c_str(), &entry, buffer.data(), buffer.size(), &found);
+    return found == nullptr ? "there is no group " + in_message(name) : "";
+}
+
+std::string problem_of_worker(std::string_view kind)
+{
+    if (kind == "child" || kind == "in-process") {
+        return "";
+    }
+    return kind.starts_with(kUnix) ? problem_of_socket_path(kind.substr(sizeof(kUnix) - 1))
+                                   : in_message(kind) + " is not child, in-process or unix:PATH";
+}
+
+// What is wrong with the text; empty when nothing is.
+std::string problem_of(const Setting &setting, const std::string &text)
+{
+    if (text.find('\0') != std::string::npos) {
+        return "has a NUL in it";
+    }
+    switch (setting.form) {
+    case Form::kAny:
+        return "";
+    case Form::kPath:
+        return text.empty() ? "names no file" : "";
+    case Form::kSocketPath:
+        return problem_of_socket_path(text);
+    case Form::kMode:
+        return problem_of_mode(text);
+    case Form::kGroup:
+        return problem_of_group(text);
+    case Form::kWorker:
+        return problem_of_worker(text);
+    }
+    return "";
+}
+
+// ---- The file ----------------------------------------------------------------------------------
+
+// A path of the file, seen from where the service runs.
+std::string from_folder_of(const std::string &file, const std::string &path)
+{
+    return path == "-" ? path : (std::filesystem::path(file).parent_path() / path).string();
+}
+
+std::string placed_text(const Setting &setting, const std::string &file, const std::string &text)
+{
+    if (setting.form == Form::kPath || setting.form == Form::kSocketPath) {
+        return from_folder_of(file, text);
+    }
+    if (setting.form == Form::kWorker && text.starts_with(kUnix)) {
+        return kUnix + from_folder_of(file, text.substr(sizeof(kUnix) - 1));
+    }
+    return text;
+}
+
+class FileReader {
+  public:
+    FileReader(ServiceConfig &config, std::string file, std::vector<ConfigProblem> &problems)
+        : config_(config), file_(std::move(file)), problems_(problems)
+    {
+    }
+
+    void read(const toml::table &document)
+    {
+        TomlReader top(document, file_, "", problems_);
+        std::map<std::string, TomlReader> tables;
+        for (const char *name : {"socket", "worker", "limits"}) {
+            if (const toml::table *table = top.table(name)) {
+                tables.try_emplace(name, *table, file_, name, problems_);
+            }
+        }
+        for (const Setting &setting : settings()) {
+            const std::string_view key = setting.key;
+            const size_t dot = key.find('.');
+            if (dot == std::string_view::npos) {
+                read_setting(setting, top, key);
+            } else if (const auto table = tables.find(std::string(key.substr(0, dot)));
+                       table != tables.end()) {
+                read_setting(setting, table->second, key.substr(dot + 1));
+            }
+        }
+        read_roles(top);
+        top.refuse_other_keys();
+        for (auto &[name, table] : tables) {
+            table.refuse_other_keys();
+        }
+    }
+
+    // Of the key "policy", 0 without it.
+    size_t policy_line() const { return policy_line_; }
+
+  private:
+    void read_setting(const Setting &setting, TomlReader &reader, std::string_view key)
+    {
+        std::visit([&](auto *place) { read_value(setting, reader, key, place(config_)); },
+                   setting.place);
+    }
+
+    void read_value(const Setting &setting, TomlReader &reader, std::string_view key,
+                    int64_t &value)
+    {
+        const std::optional<int64_t> number = reader.whole_number(key);
+        if (number && (*number < setting.least || *number > setting.most)) {
+            reader.add_problem(reader.line_of(key), key, out_of_range(setting));
+        }
+        value = number.value_or(value);
+    }
+
+    void read_value(const Setting &, TomlReader &reader, std::string_view key, bool &value)
+    {
+        value = reader.flag(key).value_or(value);
+    }
+
+    void read_value(const Setting &, TomlReader &reader, std::string_view key,
+                    std::vector<std::string> &value)
+    {
+        for (auto &[text, line] : reader.texts(key)) {
+            value.push_back(text);
+        }
+    }
+
+    template <typename Text>
+    void read_value(const Setting &setting, TomlReader &reader, std::string_view key, Text &value)
+    {
+        const std::string *text = reader.text(key);
+        if (text == nullptr) {
+            return;
+        }
+        const std::string placed = text->empty() ? "" : placed_text(setting, file_, *text);
+        const std::string problem = problem_of(setting, placed);
+        if (!problem.empty()) {
+            reader.add_problem(reader.line_of(key), key, problem);
+        }
+        value = placed;
+    }
+
+    void read_roles(TomlReader &top)
+    {
+        const toml::table *roles = top.table("roles");
+        policy_line_ = top.line_of("policy");
+        if (roles == nullptr) {
+            return;
+        }
+        if (policy_line_ > 0) {
+            top.add_problem(policy_line_, "policy", "there are roles in this file as well");
+        }
+        config_.policy = PolicyReader::read(*roles, file_, problems_);
+    }
+
+    ServiceConfig &config_;
+    const std::string file_;
+    std::vector<ConfigProblem> &problems_;
+    size_t policy_line_ = 0;
+};
+
+// ---- The command line --------------------------------------------------------------------------
+
+class OptionReader {
+  public:
+    OptionReader(ServiceConfig &config, std::vector<ConfigProblem> &problems)
+        : config_(config), problems_(problems)
+    {
+    }
+
+    void read(const RunOptions::Given &given)
+    {
+        const auto *setting = std::ranges::find(
+            kSettings, given.key, [](const Setting &one) { return std::string_view(one.key); });
+        std::visit([&](auto *place) { take(*setting, given, place(config_)); }, setting->place);
+    }
+
+  private:
+    void take(const Setting &setting, const RunOptions::Given &given, int64_t &value)
+    {
+        const std::string &text = given.values.back();
+        const char *end = text.data() + text.size();
+        int64_t number = 0;
+        const auto [stop, problem] = std::from_chars(text.data(), end, number);
+        if (problem != std::errc() || stop != end) {
+            refuse(given, in_message(text) + " is not a whole number");
+        } else if (number < setting.least || number > setting.most) {
+            refuse(given, out_of_range(setting));
+        }
+        value = number;
+    }
+
+    static void take(const Setting &, const RunOptions::Given &, bool &value) { value = true; }
+
+    static void take(const Setting &, const RunOptions::Given &given,
+                     std::vector<std::string> &value)
+    {
+        value = given.values;
+    }
+
+    template <typename Text>
+    void take(const Setting &setting, const RunOptions::Given &given, Text &value)
+    {
+        const std::string problem = problem_of(setting, given.values.back());
+        if (!problem.empty()) {
+            refuse(given, problem);
+        }
+        value = given.values.back();
+    }
+
+    void refuse(const RunOptions::Given &given, std::string text)
+    {
+        problems_.push_back({kCommandLine, 0, given.option, std::move(text)});
+    }
+
+    ServiceConfig &config_;
+    std::vector<ConfigProblem> &problems_;
+};
+
+ServiceConfig defaults()
+{
+    ServiceConfig config;
+    if (const char *folder = getenv("XDG_RUNTIME_DIR"); folder != nullptr && *folder == '/') {
+        config.socket.path = std::string(folder) + "/hgagent.sock";
+    }
+    return config;
+}
+
+// The problems of a file that another one names belong beside that name as well.
+void read_policy_file(ServiceConfig &config, const std::string &named_by, size_t line,
+                      std::vector<ConfigProblem> &problems)
+{
+    try {
+        config.policy = Policy::parse(read_toml_file(config.policy_file), config.policy_file);
+    } catch (const ConfigError &wrong) {
+        if (wrong.problems().front().line == 0) { // cannot be read at all
+            problems.push_back({named_by, line, line > 0 ? "policy" : "--policy",
+                                wrong.problems().front().message()});
+            return;
+        }
+        problems.insert(problems.end(), wrong.problems().begin(), wrong.problems().end());
+    }
+}
+
+void throw_if_any(std::vector<ConfigProblem> problems)
+{
+    if (!problems.empty()) {
+        throw ConfigError(std::move(problems));
+    }
+}
+
+ServiceConfig combine(const toml::table *document, const RunOptions &options)
+{
+    ServiceConfig config = defaults();
+    std::vector<ConfigProblem> problems;
+    FileReader file(config, options.config, problems);
+    if (document != nullptr) {
+        file.read(*document);
+    }
+    OptionReader command_line(config, problems);
+    bool policy_given = false;
+    for (const RunOptions::Given &given : options.given) {
+        command_line.read(given);
+        policy_given = policy_given || given.key == "policy";
+    }
+    throw_if_any(problems);
+    if (!config.policy_file.empty()) {
+        read_policy_file(config, policy_given ? kCommandLine : options.config,
+                         policy_given ? 0 : file.policy_line(), problems);
+    }
+    throw_if_any(problems);
+    return config;
+}
+
+// ---- Loading again -----------------------------------------------------------------------------
+
+bool is_same(const Setting &setting, ServiceConfig &left, ServiceConfig &right)
+{
+    return std::visit([&](auto *place) { return place(left) == place(right); }, setting.place);
+}
+
+} // namespace
+
+mode_t SocketConfig::mode_bits() const
+{
+    mode_t bits = 0;
+    for (const char digit : mode) {
+        bits = bits * 8 + static_cast<mode_t>(digit - '0');
+    }
+    return bits;
+}
+
+std::string WorkerConfig::unit_socket() const
+{
+    return kind.starts_with(kUnix) ? kind.substr(sizeof(kUnix) - 1) : "";
+}
+
+std::span<const Setting> settings()
+{
+    return kSettings;
+}
+
+ServiceConfig parse_config(std::string_view toml, const std::string &file)
+{
+    const toml::table document = parse_toml(toml, file);
+    RunOptions options;
+    options.config = file;
+    return combine(&document, options);
+}
+
+ServiceConfig load_config(const RunOptions &options)
+{
+    if (options.config.empty()) {
+        return combine(nullptr, options);
+    }
+    const toml::table document = parse_toml(read_toml_file(options.config), options.config);
+    return combine(&document, options);
+}
+
+std::optional<ServiceConfig> reload_config(const RunOptions &options, const ServiceConfig &old,
+                                           std::string &said)
+{
+    std::optional<ServiceConfig> loaded;
+    try {
+        loaded = load_config(options);
+    } catch (const ConfigError &wrong) {
+        const size_t count = wrong.problems().size();
+        said = "the configuration stays as it was, because " + wrong.problems().front().message();
+        if (count > 1) {
+            said += " (and " + std::to_string(count - 1) + " more)";
+        }
+        return std::nullopt;
+    }
+    said = "the configuration is loaded again";
+    ServiceConfig before = old;
+    const char *separator = "; only a restart takes ";
+    for (const Setting &setting : settings()) {
+        if (setting.needs_restart && !is_same(setting, before, *loaded)) {
+            said += std::string(separator) + setting.key;
+            separator = ", ";
+        }
+    }
+    return loaded;
+}
+
+int report_problems(const ConfigError &wrong)
+{
+    for (const ConfigProblem &problem : wrong.problems()) {
+        complain(problem.message());
+    }
+    return kWrongUsage;
+}
+
+int check_config(const RunOptions &options)
+{
+    try {
+        load_config(options);
+    } catch (const ConfigError &wrong) {
+        return report_problems(wrong);
+    }
+    return show("the configuration is valid\n");
+}
+
+std::vector<std::string> worker_arguments(const ServiceConfig &config)
+{
+    std::vector<std::string> words;
+    ServiceConfig values = config;
+    const auto add = [&words](const Setting &setting, const std::string &value) {
+        words.push_back(std::string(setting.option) + "=" + value);
+    };
+    struct Add {
+        const Setting &setting;
+        const decltype(add) &add_word;
+        std::vector<std::string> &words;
+        void operator()(const std::string &text) const
+        {
+            if (!text.empty()) {
+                add_word(setting, text);
+            }
+        }
+        void operator()(const std::optional<std::string> &text) const
+        {
+            if (text) {
+                add_word(setting, *text);
+            }
+        }
+        void operator()(const std::vector<std::string> &texts) const
+        {
+            for (const std::string &text : texts) {
+                add_word(setting, text);
+            }
+        }
+        void operator()(int64_t number) const { add_word(setting, std::to_string(number)); }
+        void operator()(bool flag) const
+        {
+            if (flag) {
+                words.emplace_back(setting.option);
+            }
+        }
+    };
+    for (const Setting &setting : settings()) {
+        if (setting.belongs_to_agent()) {
+            std::visit(
+                [&](auto *place) {
+                    Add{setting, add, words}(place(values));
+                },
+                setting.place);
+        }
+    }
+    words.emplace_back("serve");
+    words.push_back("--max-line=" + std::to_string(config.limits.line));
+    if (config.worker.reasons) {
+        words.emplace_back("--reasons");
+    }
+    return words;
+}
+
+} // namespace agent::service

@@ -1,0 +1,114 @@
+// The configuration of the service: one structure for the file and the command line.
+#pragma once
+
+#include "commands/options.h"
+#include "service/config_error.h"
+#include "service/gate/policy.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace agent::service {
+
+struct SocketConfig {
+    std::string path;  // by default $XDG_RUNTIME_DIR/hgagent.sock; empty without that variable
+    std::string group; // empty: the service's own
+    std::string mode = "0600"; // octal, as chmod takes it
+
+    mode_t mode_bits() const;
+};
+
+struct WorkerConfig {
+    std::string kind = "child"; // or "in-process", or "unix:PATH"
+    HostOptions host;           // the libraries, and what the simulated gateway is told
+    int64_t refuse_notices = 0;
+    bool raw_bytes = false;
+    bool reasons = false;
+    int64_t reboot_seconds = 45;
+    int64_t command_seconds = 30;      // for commands of which the protocol says nothing else
+    int64_t background_seconds = 1800; // for a Wi-Fi batch or an update
+
+    bool in_process() const { return kind == "in-process"; }
+    std::string unit_socket() const; // PATH of unix:PATH, else empty
+};
+
+struct LimitsConfig {
+    int64_t clients = 256;
+    int64_t line = 1024L * 1024;               // bytes of a request, as of serve
+    int64_t pending_output = 4L * 1024 * 1024; // bytes that a client has not read
+    int64_t idle_seconds = 0;                  // without a request or a subscription; 0: no end
+    int64_t queue = 16;                        // requests of one client that wait
+};
+
+struct ServiceConfig {
+    SocketConfig socket;
+    WorkerConfig worker;
+    LimitsConfig limits;
+    std::string policy_file;
+    Policy policy;
+    std::string audit; // file; empty: none
+    int64_t log_level = 3;
+};
+
+// What the command line of `run` says: the files, and settings by their keys.
+struct RunOptions {
+    std::string config; // empty: none
+    bool check = false; // only say what is wrong
+    struct Given {
+        std::string key;    // "limits.queue"
+        std::string option; // "--max-queue", for messages
+        std::vector<std::string> values;
+    };
+    std::vector<Given> given;
+};
+
+// One setting, which has a key in the file and an option on the command line.
+struct Setting {
+    const char *key;        // "limits.queue"
+    const char *option;     // "--max-queue"
+    const char *value_name; // "COUNT"
+    const char *help;       // empty: an option of the agent, before the subcommand
+    using Place = std::variant<std::string &(*)(ServiceConfig &),
+                               std::optional<std::string> &(*)(ServiceConfig &),
+                               std::vector<std::string> &(*)(ServiceConfig &),
+                               int64_t &(*)(ServiceConfig &), bool &(*)(ServiceConfig &)>;
+    Place place;
+    int64_t least = 0; // of a number
+    int64_t most = 0;
+    enum class Form { kAny, kPath, kSocketPath, kMode, kGroup, kWorker };
+    Form form = Form::kAny;
+    bool needs_restart = false; // a running service cannot take a change
+
+    bool belongs_to_agent() const { return *help == '\0'; }
+};
+std::span<const Setting> settings();
+
+// The defaults, then the file, then the command line. A relative path in the file starts from the
+// file's folder. Throws ConfigError with all that is wrong.
+ServiceConfig load_config(const RunOptions &options);
+
+// The same of a file's text, for tests.
+ServiceConfig parse_config(std::string_view toml, const std::string &file);
+
+// For a running service. Result: the new configuration, or nothing when it is wrong and the old one
+// stays; said has a line for the log in both cases, with the changes that need a restart.
+std::optional<ServiceConfig> reload_config(const RunOptions &options, const ServiceConfig &old,
+                                           std::string &said);
+
+// Writes each problem to standard error. Result: the exit status.
+int report_problems(const ConfigError &wrong);
+
+// Says whether the configuration is right. Result: the exit status.
+int check_config(const RunOptions &options);
+
+// The words by which a child of the service becomes its worker, without the program's name.
+std::vector<std::string> worker_arguments(const ServiceConfig &config);
+
+} // namespace agent::service

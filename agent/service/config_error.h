@@ -1,0 +1,35 @@
+// What is wrong with a configuration or a policy: each problem with its file, line and key.
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace agent::service {
+
+// A text out of a file, for a message: in quotes, on one line and not too long.
+std::string in_message(std::string_view text);
+
+struct ConfigProblem {
+    std::string file; // or "command line"
+    size_t line = 0;  // 0: of no line
+    std::string key;  // as in "limits.queue"; may be empty
+    std::string text; // a sentence without its full stop
+
+    // "FILE:LINE: KEY: TEXT", on one line whatever stands in them.
+    std::string message() const;
+};
+
+// what() has all of them, a line each, by file and line.
+class ConfigError : public std::runtime_error {
+  public:
+    explicit ConfigError(std::vector<ConfigProblem> problems);
+    const std::vector<ConfigProblem> &problems() const { return problems_; }
+
+  private:
+    std::vector<ConfigProblem> problems_;
+};
+
+} // namespace agent::service

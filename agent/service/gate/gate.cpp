@@ -1,0 +1,423 @@
+#include "service/gate/gate.h"
+
+#include "io/text.h"
+#include "protocol/json_text.h"
+#include "protocol/protocol.h"
+#include "protocol/secrets.h"
+#include "service/gate/pattern.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <random>
+#include <utility>
+
+namespace agent::service {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// Answers that wait behind those of a client's earlier requests. A client that sends on without
+// reading is not read from any more.
+constexpr size_t kMostEntries = 64;
+constexpr size_t kMostSubscriptions = 32;
+constexpr size_t kMostPattern = 128;
+
+constexpr char kRebooting[] = "the gateway reboots";
+constexpr char kStopping[] = "the service stops";
+
+std::string random_epoch()
+{
+    std::random_device device;
+    char text[17];
+    snprintf(text, sizeof(text), "%08x%08x", device(), device());
+    return text;
+}
+
+std::chrono::microseconds between(std::chrono::steady_clock::time_point begin,
+                                  std::chrono::steady_clock::time_point end)
+{
+    return std::chrono::duration_cast<std::chrono::microseconds>(end - begin);
+}
+
+std::string_view behind(std::string_view line, std::string_view mark)
+{
+    const size_t at = line.find(mark);
+    return at == std::string_view::npos ? "" : line.substr(at + mark.size());
+}
+
+// What an answer's line says, found without reading all of it.
+std::optional<int32_t> result_in(std::string_view line)
+{
+    const std::string_view text = behind(line, R"("result":)");
+    int32_t result = 0;
+    const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), result);
+    return problem == std::errc() && end != text.data() ? std::optional(result) : std::nullopt;
+}
+
+std::string_view status_in(std::string_view line)
+{
+    const std::string_view text = behind(line, R"("Status":")");
+    return text.substr(0, std::min(text.find('"'), text.size()));
+}
+
+} // namespace
+
+// A client's place: its requests in their order, and what it wants to be told of.
+class Session {
+  public:
+    Session(std::shared_ptr<const Identity> identity, Client &way_in)
+        : who(std::move(identity)), client(&way_in)
+    {
+    }
+
+    struct Entry {
+        Request request;
+        bool is_waiting = true; // for its turn
+        bool is_answered = false;
+        std::string answer;
+        Code code = Code::kNone;
+        Policy::Verdict verdict;
+        std::chrono::steady_clock::time_point arrived;
+        std::chrono::steady_clock::time_point begun;
+    };
+
+    std::shared_ptr<const Identity> who;
+    Client *client;
+    std::deque<Entry> entries; // answered ones leave at the front
+    size_t waiting = 0;
+    bool is_lined_up = false;
+    bool was_full = false;
+    std::vector<std::string> subscriptions;
+};
+
+Gate::Gate(boost::asio::io_context &loop, std::unique_ptr<Worker> worker, Hooks hooks)
+    : hooks_(std::move(hooks)), epoch_(random_epoch()), supervisor_(loop, std::move(worker), *this)
+{
+    for (const Description &description : descriptions()) {
+        if (description.contains("seconds")) {
+            const std::string command = description["command"].text();
+            times_.emplace(command, seconds_of(command));
+        }
+    }
+}
+
+std::string Gate::set_options(GateOptions options)
+{
+    options_ = std::move(options);
+    rates_.set_limits(options_.policy.limits(), Clock::now());
+    return audit_.open(options_.audit);
+}
+
+Gate::~Gate() = default;
+
+Session *Gate::open(std::shared_ptr<const Identity> who, Client &client)
+{
+    sessions_.push_back(std::make_unique<Session>(std::move(who), client));
+    return sessions_.back().get();
+}
+
+void Gate::close(Session *session)
+{
+    std::erase(turns_, session);
+    if (running_ == session) {
+        running_ = nullptr;
+    }
+    std::erase_if(sessions_, [&](const auto &one) { return one.get() == session; });
+}
+
+bool Gate::is_full(const Session &session)
+{
+    return session.entries.size() >= kMostEntries;
+}
+
+bool Gate::is_answered(const Session &session)
+{
+    return session.entries.empty();
+}
+
+bool Gate::is_idle(const Session &session)
+{
+    return is_answered(session) && session.subscriptions.empty();
+}
+
+void Gate::refuse(Session &session, Code code, std::string answer)
+{
+    Session::Entry entry;
+    entry.is_waiting = false;
+    entry.is_answered = true;
+    entry.answer = std::move(answer);
+    entry.code = code;
+    session.entries.push_back(std::move(entry));
+    flush(session);
+}
+
+void Gate::submit(Session &session, Request request)
+{
+    if (request.code != Code::kNone) {
+        refuse(session, request, {}, request.code, request.error);
+        return;
+    }
+    Policy::Verdict verdict = options_.policy.decide(*session.who, request.subject, request.name);
+    if (!verdict.allowed) {
+        tell_refusal(session, request, verdict.rule);
+        refuse(session, request, verdict, Code::kDenied,
+               "the policy does not allow " + request.name + " to " + session.who->name);
+    } else if (!rates_.take(verdict.role, Clock::now())) {
+        refuse(session, request, verdict, Code::kRateLimited,
+               "the role \"" + verdict.role + "\" has sent too many requests");
+    } else if (request.subject == Subject::kControl || request.subject == Subject::kSubscription) {
+        answer_control(session, request);
+    } else if (is_stopping_) {
+        refuse(session, request, verdict, Code::kBusy, kStopping);
+    } else if (is_rebooting_) {
+        refuse(session, request, verdict, Code::kRebooting, kRebooting);
+    } else if (!supervisor_.refusal().empty()) {
+        refuse(session, request, verdict, Code::kBusy, supervisor_.refusal());
+    } else if (session.waiting >= options_.queue) {
+        refuse(session, request, verdict, Code::kBusy,
+               std::to_string(options_.queue) + " requests are waiting already");
+    } else {
+        take(session, std::move(request), std::move(verdict));
+    }
+}
+
+void Gate::take(Session &session, Request request, Policy::Verdict verdict)
+{
+    Session::Entry &entry = session.entries.emplace_back();
+    entry.request = std::move(request);
+    entry.verdict = std::move(verdict);
+    entry.arrived = Clock::now();
+    ++session.waiting;
+    line_up(session);
+    give_next();
+}
+
+void Gate::refuse(Session &session, const Request &request, const Policy::Verdict &verdict,
+                  Code code, std::string_view text)
+{
+    const std::string_view rule = code == Code::kDenied ? verdict.rule : std::string_view();
+    audit(session, request, verdict, code, "", {}, {});
+    refuse(session, code, error_answer(request.id, code, text, rule));
+}
+
+void Gate::tell_refusal(const Session &session, const Request &request, const std::string &rule)
+{
+    const Identity &who = *session.who;
+    on_event("policy.refused",
+             R"({"event":"policy.refused","data":{"who":)" + agent::quoted(who.name) +
+                 R"(,"way_in":)" + agent::quoted(who.way_in) + R"(,"name":)" +
+                 agent::quoted(request.name) + R"(,"rule":)" + agent::quoted(rule) + "}}");
+}
+
+void Gate::audit(const Session &session, const Request &request, const Policy::Verdict &verdict,
+                 Code code, std::string_view answer, std::chrono::microseconds waited,
+                 std::chrono::microseconds worked)
+{
+    if (options_.audit.empty()) {
+        return;
+    }
+    const bool has_result = code == Code::kNone;
+    audit_.write({*session.who, verdict.role, request.subject, request.name, request.params(),
+                  name_of(code), verdict.rule, has_result ? result_in(answer) : std::nullopt,
+                  has_result ? status_in(answer) : std::string_view(), waited, worked},
+                 std::chrono::system_clock::now());
+    const std::string problem = audit_.take_problem();
+    if (!problem.empty()) {
+        complain(problem);
+    }
+}
+
+milliseconds Gate::time_of(const Request &request) const
+{
+    const auto found = times_.find(request.name);
+    return found != times_.end() && request.subject == Subject::kCommand
+               ? std::max(found->second, options_.time)
+               : options_.time;
+}
+
+void Gate::answer_control(Session &session, const Request &request)
+{
+    const std::string begin = R"({"id":)" + request.id + R"(,"result":0)";
+    if (request.subject == Subject::kControl) {
+        refuse(session, Code::kNone,
+               begin + R"(,"reply":{"protocol":")" + kProtocolVersion +
+                   R"(","service":")" HGAGENT_VERSION R"(","epoch":")" + epoch_ + "\"}}");
+        return;
+    }
+    auto &patterns = session.subscriptions;
+    if (request.is_unsubscribe) {
+        std::erase(patterns, request.name);
+    } else if (request.name.empty() || request.name.size() > kMostPattern ||
+               patterns.size() >= kMostSubscriptions) {
+        refuse(session, Code::kBadRequest,
+               error_answer(request.id, Code::kBadRequest,
+                            "a pattern has 1 to 128 bytes, and there may be 32 of them"));
+        return;
+    } else if (std::ranges::find(patterns, request.name) == patterns.end()) {
+        patterns.push_back(request.name);
+    }
+    refuse(session, Code::kNone, begin + "}");
+}
+
+void Gate::line_up(Session &session)
+{
+    if (!session.is_lined_up && session.waiting > 0 && session.client->has_room()) {
+        session.is_lined_up = true;
+        turns_.push_back(&session);
+    }
+}
+
+void Gate::resume(Session &session)
+{
+    line_up(session);
+    give_next();
+}
+
+void Gate::give_next()
+{
+    if (turns_.empty() || !supervisor_.is_idle() || is_rebooting_ || is_stopping_) {
+        return;
+    }
+    Session &session = *turns_.front();
+    turns_.pop_front();
+    session.is_lined_up = false;
+    const auto next = std::ranges::find_if(session.entries, &Session::Entry::is_waiting);
+    next->is_waiting = false;
+    next->begun = Clock::now();
+    --session.waiting;
+    running_ = &session;
+    line_up(session);
+    supervisor_.run(next->request, time_of(next->request));
+}
+
+// The request that the worker has is the one of its session that is neither waiting nor answered.
+void Gate::finish(std::string_view line, Code code)
+{
+    Session *session = std::exchange(running_, nullptr);
+    if (session == nullptr) {
+        return; // the client has gone
+    }
+    const auto entry = std::ranges::find_if(session->entries, [](const Session::Entry &one) {
+        return !one.is_waiting && !one.is_answered;
+    });
+    audit(*session, entry->request, entry->verdict, code, line,
+          between(entry->arrived, entry->begun), between(entry->begun, Clock::now()));
+    // The one place where a reply is read: for those who may not see secrets.
+    std::string masked;
+    if (!entry->verdict.sees_secrets) {
+        masked = mask_json(line);
+        line = masked;
+    }
+    if (session->entries.size() == 1) { // nearly always; the answer need not be kept
+        session->entries.pop_front();
+        session->client->on_answer({line, code});
+        return;
+    }
+    entry->is_answered = true;
+    entry->answer = line;
+    entry->code = code;
+    flush(*session);
+}
+
+// Hands out what is answered, up to the first that is not.
+void Gate::flush(Session &session)
+{
+    const bool was_full = is_full(session);
+    while (!session.entries.empty() && session.entries.front().is_answered) {
+        const Session::Entry entry = std::move(session.entries.front());
+        session.entries.pop_front();
+        session.client->on_answer({entry.answer, entry.code});
+    }
+    if (was_full && !is_full(session)) {
+        session.client->on_less_full();
+    }
+}
+
+void Gate::on_answer(std::string_view line)
+{
+    finish(line, code_in(line));
+}
+
+void Gate::on_no_answer(Code code, const std::string &text)
+{
+    if (running_ == nullptr) {
+        return;
+    }
+    const auto entry = std::ranges::find_if(running_->entries, [](const Session::Entry &one) {
+        return !one.is_waiting && !one.is_answered;
+    });
+    finish(error_answer(entry->request.id, code, text), code);
+}
+
+void Gate::refuse_waiting(Code code, const std::string &text)
+{
+    for (Session *session : std::exchange(turns_, {})) {
+        session->is_lined_up = false;
+    }
+    for (const auto &session : sessions_) {
+        for (Session::Entry &entry : session->entries) {
+            if (entry.is_waiting) {
+                entry.is_waiting = false;
+                entry.is_answered = true;
+                entry.answer = error_answer(entry.request.id, code, text);
+                entry.code = code;
+            }
+        }
+        session->waiting = 0;
+        flush(*session);
+    }
+}
+
+void Gate::on_event(std::string_view name, std::string_view line)
+{
+    if (name == "reboot.begun") {
+        is_rebooting_ = true;
+        refuse_waiting(Code::kRebooting, kRebooting);
+    } else if (name == "reboot.ended" || name == "worker.started") {
+        is_rebooting_ = false;
+    }
+    for (const auto &session : sessions_) {
+        if (!std::ranges::any_of(session->subscriptions, [&](const std::string &pattern) {
+                return matches(pattern, name);
+            })) {
+            continue;
+        }
+        // A wide pattern may take in what another rule denies.
+        const auto verdict = options_.policy.decide(*session->who, Subject::kSubscription, name);
+        if (verdict.allowed) {
+            session->client->on_event(verdict.sees_secrets ? line : mask_json(line));
+        }
+    }
+    if (name == "worker.started" && hooks_.on_ready) {
+        std::exchange(hooks_.on_ready, nullptr)();
+    }
+}
+
+void Gate::on_change()
+{
+    if (!supervisor_.refusal().empty()) {
+        refuse_waiting(Code::kBusy, supervisor_.refusal());
+    }
+    give_next();
+}
+
+void Gate::on_no_worker(const std::string &reason, int exit_status)
+{
+    hooks_.on_no_worker(reason, exit_status);
+}
+
+void Gate::stop()
+{
+    is_stopping_ = true;
+    refuse_waiting(Code::kBusy, kStopping);
+    supervisor_.stop();
+}
+
+void Gate::on_stopped()
+{
+    hooks_.on_stopped();
+}
+
+} // namespace agent::service

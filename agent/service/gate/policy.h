@@ -1,0 +1,90 @@
+// Who may do what. A policy has roles; a role has members, rules, and perhaps a rate limit:
+//
+//   [roles.support]
+//   members = ["group:staff", "user:alice"]
+//   allow = ["GET_*", "subject:link_checks", "report:*", "event:update.*"]
+//   deny = ["GET_WIFI_INFO"]
+//   secrets = false
+//   rate = 20
+//   burst = 40
+//
+// Who is in no role may do nothing, except for the service's owner on the local socket, who may do
+// everything. docs/service.md has what a member and a rule can be and which rule decides.
+#pragma once
+
+#include "service/config_error.h"
+#include "service/gate/rate_limit.h"
+#include "service/request.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace agent::service {
+
+// What a rule speaks of. Selectors stand for all commands of a subject or of an effect.
+struct Rule {
+    enum class Kind {
+        kName,
+        kSelector,
+        kPattern
+    }; // a later one decides only where no earlier does
+    Subject subject = Subject::kCommand;
+    Kind kind = Kind::kName;
+    std::string pattern;               // without what says the subject: "update.*"
+    std::vector<std::string> commands; // of a selector, sorted
+    bool allows = false;
+    std::string place; // as refusals show it: FILE:LINE: deny "event:update.*"
+
+    // How many characters are no wildcards: the longer of two patterns decides.
+    size_t length() const;
+    bool matches(Subject asked, std::string_view name) const;
+};
+
+// What is asked for, as a rule writes it: "GET_SN_INFO", "report:topology", "event:update.*".
+// Nothing when there is no such kind of request.
+struct AskedFor {
+    Subject subject = Subject::kCommand;
+    std::string name;
+};
+std::optional<AskedFor> read_asked_for(std::string_view text);
+
+class Policy {
+  public:
+    // The policy of a file that holds roles and nothing else. Throws ConfigError with all that is
+    // wrong.
+    static Policy parse(std::string_view toml, const std::string &file);
+    static Policy for_owner_only() { return {}; }
+
+    struct Verdict {
+        bool allowed = false;
+        std::string role; // empty: none
+        std::string rule; // why: the file, the line and the rule as written, or a sentence
+        bool sees_secrets = false;
+    };
+    // Of a subscription, the name is the pattern that is subscribed to; it is allowed when a rule's
+    // pattern matches it as a text. A wide subscription may bring an event that another rule
+    // denies, so each event is asked for by its own name as well, before it is sent.
+    Verdict decide(const Identity &who, Subject subject, std::string_view name) const;
+
+    // Of the roles that have one. The owner has none.
+    RateLimiter::Limits limits() const;
+    std::optional<RateLimit> limit_of(std::string_view role) const;
+
+  private:
+    friend class PolicyReader;
+    struct Role {
+        std::string name;
+        std::vector<Rule> rules; // what decides first comes first
+        bool secrets = false;
+        std::optional<RateLimit> limit;
+    };
+    const Role *role_of(const Identity &who) const;
+
+    std::vector<Role> roles_;
+    std::map<std::string, size_t, std::less<>> role_of_member_;
+};
+
+} // namespace agent::service

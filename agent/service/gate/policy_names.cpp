@@ -1,0 +1,57 @@
+#include "service/gate/policy_names.h"
+
+#include "commands/image_upgrade.h"
+#include "host/report_builders.h"
+#include "protocol/protocol.h"
+
+namespace agent::service {
+
+const std::vector<SubjectWord> &subject_words()
+{
+    static const std::vector<SubjectWord> words = {{Subject::kReport, "report"},
+                                                   {Subject::kNotice, "notice"},
+                                                   {Subject::kControl, "control"},
+                                                   {Subject::kSubscription, "event"}};
+    return words;
+}
+
+std::vector<std::string> known_names(Subject subject)
+{
+    std::vector<std::string> names;
+    switch (subject) {
+    case Subject::kCommand:
+        for (const Description &description : descriptions()) {
+            names.push_back(description["command"].text());
+        }
+        break;
+    case Subject::kReport:
+        for (const ReportBuilder &builder : report_builders()) {
+            names.emplace_back(builder.name);
+        }
+        names.emplace_back(kImageUpgrade);
+        break;
+    case Subject::kControl:
+        names.emplace_back(kHello);
+        break;
+    case Subject::kSubscription:
+        names = {"background.ended", "background.lost",  "background.started", "notice",
+                 "policy.refused",   "reboot.begun",     "reboot.ended",       "update.failed",
+                 "update.progress",  "update.succeeded", "worker.backing-off", "worker.crashed",
+                 "worker.killed",    "worker.started"};
+        break;
+    case Subject::kNotice: // of any part of the system
+        break;
+    }
+    return names;
+}
+
+std::map<std::string, std::vector<std::string>> commands_by(const std::string &key)
+{
+    std::map<std::string, std::vector<std::string>> commands;
+    for (const Description &description : descriptions()) { // by name
+        commands[description[key].text()].push_back(description["command"].text());
+    }
+    return commands;
+}
+
+} // namespace agent::service

@@ -1,0 +1,89 @@
+// Lines over descriptors, on the event loop: a socket, or a pair of pipes. Nothing here ever waits.
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/posix/stream_descriptor.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace agent::service {
+
+class LineListener {
+  public:
+    virtual void on_line(std::string_view line) = 0;
+    // The line that begins here is longer than it may be; it is passed over.
+    virtual void on_too_long() = 0;
+    // Nothing more comes. is_gone: nor does the other side read any more.
+    virtual void on_input_end(bool is_gone) = 0;
+    // All that was to be written has been.
+    virtual void on_drained() = 0;
+
+  protected:
+    ~LineListener() = default;
+};
+
+class LineStream : public std::enable_shared_from_this<LineStream> {
+  public:
+    // Takes the descriptors over; out is -1 where in is for both. The listener has to stay until
+    // close().
+    static std::shared_ptr<LineStream> make(boost::asio::io_context &loop, int in, int out,
+                                            size_t max_line, LineListener &listener);
+    ~LineStream();
+    LineStream(const LineStream &) = delete;
+    LineStream &operator=(const LineStream &) = delete;
+
+    void start();
+    // No line comes until resume(); what has been read already is kept. Both may be called from
+    // within on_line().
+    void pause() { is_paused_ = true; }
+    void resume();
+    bool is_paused() const { return is_paused_; }
+
+    // Writes the line and its end; what there is no room for is kept until there is some.
+    void send(std::string_view line);
+    // How much is kept.
+    size_t pending() const { return pending_.size() - written_; }
+
+    // Reads what is left, at most this much, where the other side has ended.
+    void drain(size_t most);
+    // Ends writing, once all has been written.
+    void end_output();
+    void close();
+    bool is_open() const { return listener_ != nullptr; }
+
+  private:
+    LineStream(boost::asio::io_context &loop, int in, int out, size_t max_line,
+               LineListener &listener);
+    void wait_for_input();
+    void read();
+    ssize_t read_once();
+    void take(std::string_view bytes);
+    size_t take_lines(std::string_view bytes);
+    bool take_line(std::string_view line);
+    void end_input(bool is_gone);
+    void wait_for_output();
+    void write_pending();
+    boost::asio::posix::stream_descriptor &output() { return out_ ? *out_ : in_; }
+
+    boost::asio::posix::stream_descriptor in_;
+    std::optional<boost::asio::posix::stream_descriptor> out_;
+    const size_t max_line_;
+    LineListener *listener_;
+    std::string unread_;       // of a line whose end has not come, or while paused
+    size_t searched_ = 0;      // bytes of it that hold no line end
+    bool is_skipping_ = false; // a line that is too long
+    bool is_paused_ = false;
+    bool is_taking_ = false;
+    bool is_waiting_for_input_ = false;
+    bool has_input_ended_ = false;
+    bool is_gone_ = false;
+    std::string pending_;
+    size_t written_ = 0; // of pending_
+    bool is_output_ending_ = false;
+};
+
+} // namespace agent::service

@@ -1,0 +1,328 @@
+#include "service/run.h"
+
+#include "io/error_output.h"
+#include "io/exit_status.h"
+#include "io/text.h"
+#include "protocol/log_sink.h"
+#include "protocol/secrets.h"
+#include "service/gate/gate.h"
+#include "service/service_manager.h"
+#include "service/sockets.h"
+#include "service/ways_in/unix_socket.h"
+#include "service/worker/child_worker.h"
+#include "service/worker/in_process_worker.h"
+#include "service/worker/unit_worker.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <sys/file.h>
+#include <thread>
+
+namespace agent::service {
+
+namespace {
+
+constexpr std::chrono::milliseconds kLastAnswers(1000); // to be read when the service stops
+constexpr std::chrono::milliseconds kStateWait(10'000);
+constexpr std::chrono::milliseconds kStatePause(20);
+
+constexpr char kStateVariable[] = "SIMULATED_GATEWAY_STATE";
+
+// The protocol of systemd wants to know when.
+std::string reloading()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return "RELOADING=1\nMONOTONIC_USEC=" +
+           std::to_string(now.tv_sec * 1'000'000 + now.tv_nsec / 1000);
+}
+
+std::string variable(const char *name)
+{
+    const char *value = getenv(name); // NOLINT(concurrency-mt-unsafe): alone
+    return value != nullptr ? value : "";
+}
+
+// Where the home is kept that no --state names: beside the socket, so that services with sockets of
+// their own have homes of their own.
+std::string state_beside(const std::string &socket)
+{
+    namespace fs = std::filesystem;
+    const std::string systemd_folder = variable("RUNTIME_DIRECTORY");
+    const fs::path path(socket);
+    const fs::path folder = systemd_folder.empty() ? path.parent_path() : fs::path(systemd_folder);
+    return folder / (path.stem().string() + ".state.json");
+}
+
+std::chrono::seconds seconds(int64_t count)
+{
+    return std::chrono::seconds(count);
+}
+
+SocketLimits socket_limits(const LimitsConfig &config)
+{
+    SocketLimits limits;
+    limits.clients = static_cast<size_t>(config.clients);
+    limits.line = static_cast<size_t>(config.line);
+    limits.pending = static_cast<size_t>(config.pending_output);
+    limits.idle = seconds(config.idle_seconds);
+    return limits;
+}
+
+WorkerTimes worker_times(const WorkerConfig &config)
+{
+    WorkerTimes times;
+    times.background = seconds(config.background_seconds);
+    return times;
+}
+
+GateOptions gate_options(const ServiceConfig &config)
+{
+    GateOptions options;
+    options.queue = static_cast<size_t>(config.limits.queue);
+    options.time = seconds(config.worker.command_seconds);
+    options.policy = config.policy;
+    options.audit = config.audit;
+    return options;
+}
+
+Options serve_options(const ServiceConfig &config)
+{
+    Options options;
+    options.host = config.worker.host;
+    options.log_level = static_cast<int32_t>(config.log_level);
+    options.reasons = config.worker.reasons;
+    options.raw_bytes = config.worker.raw_bytes;
+    options.notice_refusal = static_cast<int32_t>(config.worker.refuse_notices);
+    options.serve.max_line = static_cast<size_t>(config.limits.line);
+    options.serve.events = true;
+    return options;
+}
+
+// The worker of a service that was killed may live on for a moment. It has the state as long.
+void await_state(const std::string &state)
+{
+    const Descriptor lock(open((state + ".lock").c_str(), O_RDONLY | O_CLOEXEC));
+    const auto end = std::chrono::steady_clock::now() + kStateWait;
+    while (lock.get() >= 0 && flock(lock.get(), LOCK_EX | LOCK_NB) != 0 &&
+           std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(kStatePause);
+    }
+}
+
+class Service {
+  public:
+    Service(const RunOptions &options, ServiceConfig config)
+        : options_(options), config_(std::move(config)), signals_(loop_), grace_(loop_),
+          watchdog_(loop_)
+    {
+    }
+
+    int run()
+    {
+        sockets_ = manager_.take_sockets();
+        if (sockets_.empty() && config_.socket.path.empty()) {
+            complain("XDG_RUNTIME_DIR is not set: --socket has to say where to listen");
+            return kWrongUsage;
+        }
+        gate_.emplace(loop_, make_worker(),
+                      Gate::Hooks{
+                          .on_no_worker = [this](const std::string &reason,
+                                                 int status) { give_up(reason, status); },
+                          .on_ready = [this] { manager_.notify("READY=1"); },
+                          .on_stopped = [this] { end(); },
+                      });
+        socket_.emplace(loop_, *gate_, socket_limits(config_.limits));
+        apply();
+        try {
+            listen();
+        } catch (const std::runtime_error &problem) {
+            complain(problem.what());
+            return kCannotLoad;
+        }
+        watch_signals();
+        gate_->start();
+        feed_watchdog();
+        loop_.run();
+        remove_own_state();
+        return exit_status_;
+    }
+
+  private:
+    std::unique_ptr<Worker> make_worker()
+    {
+        const std::string unit = config_.worker.unit_socket();
+        if (!unit.empty()) {
+            return std::make_unique<UnitWorker>(loop_, unit);
+        }
+        const std::string given = config_.worker.host.state.value_or(variable(kStateVariable));
+        if (given.empty()) {
+            own_state_ = state_beside(config_.socket.path);
+            // By the environment: a device library that is no simulated gateway refuses the option.
+            setenv(kStateVariable, own_state_.c_str(), 1); // NOLINT(concurrency-mt-unsafe): alone
+        }
+        await_state(given.empty() ? own_state_ : given);
+        if (config_.worker.in_process()) {
+            return std::make_unique<InProcessWorker>(loop_, serve_options(config_));
+        }
+        std::vector<std::string> words = worker_arguments(config_);
+        words.emplace_back("--events");
+        return std::make_unique<ChildWorker>(loop_, std::move(words));
+    }
+
+    void listen()
+    {
+        if (sockets_.empty()) {
+            socket_->listen(
+                {config_.socket.path, config_.socket.group, config_.socket.mode_bits()});
+        } else {
+            socket_->take_over(sockets_.front());
+        }
+        write_error_line("listening on unix:" + socket_->path());
+    }
+
+    // What of the configuration can change while the service runs.
+    void apply()
+    {
+        set_log({static_cast<int32_t>(config_.log_level), config_.worker.host.show_secrets});
+        gate_->supervisor().set_times(worker_times(config_.worker));
+        socket_->set_limits(socket_limits(config_.limits));
+        const std::string problem = gate_->set_options(gate_options(config_));
+        if (!problem.empty()) {
+            complain(problem);
+        }
+    }
+
+    void load_again()
+    {
+        manager_.notify(reloading());
+        std::string said;
+        if (auto loaded = reload_config(options_, config_, said)) {
+            config_ = std::move(*loaded);
+            apply();
+        }
+        complain(said);
+        manager_.notify("READY=1");
+    }
+
+    void watch_signals()
+    {
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+            signals_.add(signal);
+        }
+        wait_for_signal();
+    }
+
+    void wait_for_signal()
+    {
+        signals_.async_wait([this](const boost::system::error_code &problem, int signal) {
+            if (problem) {
+                return;
+            }
+            if (signal == SIGHUP) {
+                load_again();
+            } else {
+                stop();
+            }
+            wait_for_signal();
+        });
+    }
+
+    void stop()
+    {
+        if (is_stopping_) {
+            gate_->supervisor().stop_now();
+            return;
+        }
+        is_stopping_ = true;
+        manager_.notify("STOPPING=1");
+        socket_->stop_accepting();
+        gate_->stop();
+    }
+
+    void give_up(const std::string &reason, int status)
+    {
+        complain(reason);
+        exit_status_ = status > 0 ? status : kCannotLoad;
+        is_stopping_ = true;
+        socket_->stop_accepting();
+        end();
+    }
+
+    // The worker has ended: what is left is to write the last answers.
+    void end()
+    {
+        socket_->on_empty([this] { loop_.stop(); });
+        grace_.expires_after(kLastAnswers);
+        grace_.async_wait([this](const boost::system::error_code &) { loop_.stop(); });
+    }
+
+    void feed_watchdog()
+    {
+        const auto interval = manager_.watchdog();
+        if (interval.count() == 0) {
+            return;
+        }
+        manager_.notify("WATCHDOG=1");
+        watchdog_.expires_after(interval / 2);
+        watchdog_.async_wait([this](const boost::system::error_code &problem) {
+            if (!problem) {
+                feed_watchdog();
+            }
+        });
+    }
+
+    // A home that nobody asked to keep outlives crashes, and nothing else. Until it is gone the
+    // socket is there, so that no other service begins with it.
+    void remove_own_state() const
+    {
+        if (own_state_.empty()) {
+            return;
+        }
+        for (const char *ending : {"", ".good", ".lock"}) {
+            std::error_code ignored;
+            std::filesystem::remove(own_state_ + ending, ignored);
+        }
+    }
+
+    const RunOptions &options_;
+    ServiceConfig config_;
+    boost::asio::io_context loop_{1};
+    ServiceManager manager_;
+    std::vector<int> sockets_;
+    std::string own_state_;
+    std::optional<Gate> gate_;
+    std::optional<UnixSocket> socket_;
+    boost::asio::signal_set signals_;
+    boost::asio::steady_timer grace_;
+    boost::asio::steady_timer watchdog_;
+    bool is_stopping_ = false;
+    int exit_status_ = kSuccess;
+};
+
+} // namespace
+
+int run_service(const RunOptions &options)
+{
+    std::optional<ServiceConfig> config;
+    try {
+        config = load_config(options);
+    } catch (const ConfigError &wrong) {
+        return report_problems(wrong);
+    }
+    if (!config->worker.host.show_secrets) {
+        forbid_core_dumps();
+    }
+    Service service(options, std::move(*config));
+    return service.run();
+}
+
+} // namespace agent::service

@@ -1,0 +1,79 @@
+// JSON lines over a Unix socket: any number of clients, each known by the kernel.
+#pragma once
+
+#include "service/gate/gate.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/posix/stream_descriptor.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <sys/types.h>
+
+namespace agent::service {
+
+struct SocketLimits {
+    size_t clients = 256;
+    size_t line = 1024UL * 1024;       // bytes of a request
+    size_t pending = 1024UL * 1024;    // bytes of answers that a client has not read
+    std::chrono::milliseconds idle{0}; // zero: no end
+};
+
+// How the socket is made; none of it holds for one that was handed over by the system.
+struct SocketOptions {
+    std::string path;
+    std::string group; // empty: the service's own
+    mode_t mode = 0600;
+};
+
+class SocketConnection;
+
+class UnixSocket {
+  public:
+    UnixSocket(boost::asio::io_context &loop, Gate &gate, const SocketLimits &limits);
+    ~UnixSocket();
+    UnixSocket(const UnixSocket &) = delete;
+    UnixSocket &operator=(const UnixSocket &) = delete;
+
+    // Throws std::runtime_error, also where somebody answers at the path.
+    void listen(const SocketOptions &options);
+    void take_over(int descriptor);
+    void set_limits(const SocketLimits &limits) { limits_ = limits; }
+    const SocketLimits &limits() const { return limits_; }
+    const std::string &path() const { return path_; }
+
+    // Accepts nobody any more. The socket stays until the end of this object.
+    void stop_accepting();
+    // Ends each connection once its answers are written, and tells when there is none left.
+    void on_empty(std::function<void()> tell);
+
+  private:
+    friend class SocketConnection;
+
+    void wait_for_client();
+    void accept();
+    bool turn_away_one();
+    void open(int descriptor);
+    void pause();
+    void look_for_idle();
+    void remove(const std::shared_ptr<SocketConnection> &connection);
+
+    boost::asio::io_context &loop_;
+    Gate &gate_;
+    SocketLimits limits_;
+    std::string path_;
+    bool is_own_ = false; // and to be removed at the end
+    std::optional<boost::asio::posix::stream_descriptor> listener_;
+    int spare_ = -1; // given up to turn a client away where there are no more descriptors
+    boost::asio::steady_timer pause_;
+    boost::asio::steady_timer idle_;
+    std::set<std::shared_ptr<SocketConnection>> connections_;
+    std::function<void()> on_empty_;
+};
+
+} // namespace agent::service

@@ -1,0 +1,413 @@
+#include "service/worker/supervisor.h"
+
+#include "io/text.h"
+#include "protocol/json_text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace agent::service {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::string_view kAnswerBegin = R"({"id":)";
+constexpr std::string_view kEventBegin = R"({"event":")";
+constexpr std::string_view kReadyQuestion = R"({"id":"ready","hello":{}})";
+
+constexpr std::chrono::seconds kCrashWindow(60);
+constexpr size_t kManyCrashes = 5;
+constexpr milliseconds kLongestBackOff(300'000);
+constexpr size_t kMostEvents = 2000; // a second
+
+constexpr size_t kMaxShown = 200;
+
+std::string seconds_text(milliseconds time)
+{
+    std::string text = std::to_string(time.count() / 1000);
+    const auto rest = time.count() % 1000;
+    return rest == 0 ? text : text + "." + std::to_string(1000 + rest).substr(1);
+}
+
+// The text between the place and the next quote; names need no escapes.
+std::string_view name_at(std::string_view line, size_t place)
+{
+    return line.substr(place, line.find('"', place) - place);
+}
+
+// Of an event's data, with a comma behind.
+std::string member(const std::string &key, const std::string &text)
+{
+    return "\"" + key + "\":" + agent::quoted(text) + ",";
+}
+
+std::string_view text_member(std::string_view line, std::string_view key)
+{
+    const std::string member = "\"" + std::string(key) + "\":\"";
+    const size_t at = line.find(member);
+    return at == std::string_view::npos ? "" : name_at(line, at + member.size());
+}
+
+} // namespace
+
+Supervisor::Supervisor(boost::asio::io_context &loop, std::unique_ptr<Worker> worker,
+                       SupervisorListener &listener)
+    : loop_(loop), worker_(std::move(worker)), listener_(listener), timer_(loop)
+{
+}
+
+void Supervisor::start()
+{
+    start_worker();
+}
+
+void Supervisor::start_worker()
+{
+    is_known_bad_ = false;
+    background_.clear();
+    try {
+        worker_->start(*this);
+    } catch (const WorkerError &problem) {
+        if (!has_run_) {
+            state_ = State::kNone;
+            listener_.on_no_worker(problem.what(), -1);
+            return;
+        }
+        complain(std::string("the worker cannot be started: ") + problem.what());
+        count_crash("");
+        start_again();
+        return;
+    }
+    state_ = State::kStarting;
+    set_deadline(Clock::now() + times_.start);
+    worker_->send(kReadyQuestion);
+}
+
+void Supervisor::run(const Request &request, milliseconds time)
+{
+    id_ = request.id;
+    command_ = request.name;
+    time_ = time;
+    state_ = State::kRunning;
+    set_deadline(Clock::now() + time);
+    worker_->send(request.line);
+}
+
+void Supervisor::on_worker_line(std::string_view line)
+{
+    if (line.starts_with(kAnswerBegin)) {
+        take_answer(line);
+    } else if (line.starts_with(kEventBegin)) {
+        take_event(line);
+    } else {
+        on_worker_fault("writes what is no answer: " + one_line(line, kMaxShown));
+    }
+}
+
+void Supervisor::take_answer(std::string_view line)
+{
+    const std::string_view rest = line.substr(kAnswerBegin.size());
+    switch (state_) {
+    case State::kStarting:
+        has_run_ = true;
+        refusal_.clear();
+        deadline_.reset();
+        state_ = State::kIdle;
+        raise("worker.started", R"({"starts":)" + std::to_string(++starts_) + "}");
+        listener_.on_change();
+        return;
+    case State::kRunning:
+        // A line that the worker could not read it answers without its id.
+        if (!line.ends_with('}') ||
+            !((rest.starts_with(id_) && rest.substr(id_.size()).starts_with(",\"")) ||
+              rest.starts_with("null,\"error\":"))) {
+            break;
+        }
+        deadline_.reset();
+        state_ = State::kIdle;
+        listener_.on_answer(line);
+        listener_.on_change();
+        return;
+    case State::kOverdue:
+        complain("the worker has answered " + command_ + " after its time; the answer is dropped");
+        deadline_.reset();
+        refusal_.clear();
+        state_ = State::kIdle;
+        listener_.on_change();
+        return;
+    case State::kStopping:
+        if (!command_.empty()) {
+            command_.clear();
+            listener_.on_answer(line);
+        }
+        return;
+    default:
+        break;
+    }
+    on_worker_fault("answers what was not asked: " + one_line(line, kMaxShown));
+}
+
+void Supervisor::take_event(std::string_view line)
+{
+    const auto now = Clock::now();
+    if (now - second_began_ > std::chrono::seconds(1)) {
+        second_began_ = now;
+        events_in_second_ = 0;
+    }
+    if (++events_in_second_ > kMostEvents) {
+        on_worker_fault("tells of more than " + std::to_string(kMostEvents) +
+                        " events in a second");
+        return;
+    }
+    const std::string_view name = name_at(line, kEventBegin.size());
+    const bool has_ended = name == "background.ended";
+    if (has_ended || name == "background.started") {
+        const std::string_view worker = text_member(line, "worker");
+        if (has_ended) {
+            background_.erase(std::string(worker));
+        } else {
+            background_[std::string(worker)] = now;
+        }
+    }
+    listener_.on_event(name, line);
+    if (has_ended && background_.empty() && state_ == State::kOverdue) {
+        on_overdue_command();
+    }
+}
+
+void Supervisor::on_worker_fault(const std::string &fault)
+{
+    if (is_known_bad_ || state_ == State::kNone) {
+        return;
+    }
+    is_known_bad_ = true;
+    const bool was_running = state_ == State::kRunning;
+    const std::string when = was_running ? " while it runs " + command_ : "";
+    complain("the worker " + fault + when + "; it is killed");
+    count_crash(was_running ? member("command", command_) : "");
+    if (was_running) {
+        end_command(Code::kOutcomeUnknown, "the worker failed" + when);
+    }
+    kill_worker();
+}
+
+void Supervisor::kill_worker()
+{
+    is_known_bad_ = true;
+    if (state_ != State::kStopping) {
+        state_ = State::kEnding;
+    }
+    deadline_.reset();
+    worker_->kill();
+}
+
+void Supervisor::end_command(Code code, const std::string &text)
+{
+    command_.clear();
+    listener_.on_no_answer(code, text);
+}
+
+void Supervisor::raise(std::string_view name, const std::string &data)
+{
+    listener_.on_event(name,
+                       std::string(kEventBegin) + std::string(name) + R"(","data":)" + data + "}");
+}
+
+// What is known of it, as members of the event's data, each with a comma behind.
+void Supervisor::count_crash(const std::string &known)
+{
+    ++crash_count_;
+    const auto now = Clock::now();
+    crashes_.push_back(now);
+    while (now - crashes_.front() > kCrashWindow) {
+        crashes_.pop_front();
+    }
+    raise("worker.crashed", "{" + known + R"("crashes":)" + std::to_string(crash_count_) + "}");
+}
+
+void Supervisor::on_worker_end(const WorkerEnd &end)
+{
+    const bool was_expected = is_known_bad_;
+    for (const auto &[worker, since] : std::exchange(background_, {})) {
+        complain("the background worker " + worker + " is lost with its process");
+        raise("background.lost", R"({"worker":)" + agent::quoted(worker) + "}");
+    }
+    deadline_.reset();
+    if (state_ == State::kStopping) {
+        if (!command_.empty()) {
+            end_command(Code::kOutcomeUnknown, "the service has stopped");
+        }
+        state_ = State::kNone;
+        listener_.on_stopped();
+        return;
+    }
+    if (!has_run_ && !was_expected && end.exit_status) {
+        state_ = State::kNone;
+        listener_.on_no_worker("the worker " + end.text, *end.exit_status);
+        return;
+    }
+    if (!was_expected) {
+        const bool was_running = state_ == State::kRunning || state_ == State::kOverdue;
+        const std::string when = was_running ? " while it ran " + command_ : "";
+        complain("the worker " + end.text + when);
+        count_crash(
+            (end.signal ? R"("signal":)" + std::to_string(*end.signal) + "," : "") +
+            (end.exit_status ? R"("status":)" + std::to_string(*end.exit_status) + "," : "") +
+            (was_running ? member("command", command_) : ""));
+        if (state_ == State::kRunning) {
+            end_command(Code::kOutcomeUnknown, "the worker " + end.text + when);
+        }
+    }
+    state_ = State::kEnding;
+    start_again();
+}
+
+void Supervisor::start_again()
+{
+    const auto now = Clock::now();
+    while (!crashes_.empty() && now - crashes_.front() > kCrashWindow) {
+        crashes_.pop_front();
+    }
+    if (crashes_.size() < kManyCrashes) {
+        back_off_ = milliseconds(0);
+        refusal_.clear();
+        start_worker();
+        return;
+    }
+    back_off_ = std::clamp(back_off_ * 2, times_.back_off, kLongestBackOff);
+    refusal_ = "the worker has crashed " + std::to_string(crashes_.size()) +
+               " times within a minute and is started again in " + seconds_text(back_off_) +
+               " seconds";
+    complain(refusal_);
+    state_ = State::kBackingOff;
+    raise("worker.backing-off", R"({"crashes":)" + std::to_string(crashes_.size()) +
+                                    R"(,"seconds":)" + seconds_text(back_off_) + "}");
+    set_deadline(now + back_off_);
+    listener_.on_change();
+}
+
+// Setting a timer costs system calls. It is left as it is where it comes soon enough: then it finds
+// that there is time left, and is set again.
+void Supervisor::set_deadline(Clock::time_point deadline)
+{
+    deadline_ = deadline;
+    if (!armed_ || *armed_ > deadline) {
+        arm(deadline);
+    }
+}
+
+void Supervisor::arm(Clock::time_point deadline)
+{
+    armed_ = deadline;
+    timer_.expires_at(deadline);
+    timer_.async_wait([this](const boost::system::error_code &problem) {
+        if (problem) {
+            return;
+        }
+        armed_.reset();
+        if (!deadline_) {
+            return;
+        }
+        if (Clock::now() < *deadline_) {
+            arm(*deadline_);
+        } else {
+            deadline_.reset();
+            on_deadline();
+        }
+    });
+}
+
+void Supervisor::on_deadline()
+{
+    switch (state_) {
+    case State::kStarting:
+        on_worker_fault("has not been ready within " + seconds_text(times_.start) + " seconds");
+        break;
+    case State::kRunning:
+    case State::kOverdue:
+        on_overdue_command();
+        break;
+    case State::kBackingOff:
+        start_worker();
+        break;
+    case State::kStopping:
+        if (std::exchange(is_terminated_, true)) {
+            complain("the worker does not end, and is killed");
+            worker_->kill();
+        } else {
+            worker_->terminate();
+            set_deadline(Clock::now() + times_.finish);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+// The command has used up its time. While a background worker is at work the process stays, until
+// that one has ended or used up its own.
+void Supervisor::on_overdue_command()
+{
+    const std::string problem =
+        command_ + " has taken more than " + seconds_text(time_) + " seconds";
+    const auto now = Clock::now();
+    auto latest = Clock::time_point::min();
+    for (const auto &[worker, since] : background_) {
+        latest = std::max(latest, since + times_.background);
+    }
+    if (latest > now || !worker_->can_be_killed()) {
+        if (state_ == State::kRunning) {
+            complain(problem);
+            state_ = State::kOverdue;
+            refusal_ = problem + ", and the worker cannot be started anew yet";
+            listener_.on_no_answer(Code::kOutcomeUnknown, problem);
+            listener_.on_change();
+        }
+        if (latest > now) {
+            set_deadline(latest);
+        }
+        return;
+    }
+    complain(problem + "; the worker is killed");
+    if (state_ == State::kRunning) {
+        listener_.on_no_answer(Code::kTimeout, problem);
+    }
+    raise("worker.killed", R"({"command":)" + agent::quoted(command_) + R"(,"seconds":)" +
+                               seconds_text(time_) + "}");
+    command_.clear();
+    refusal_.clear();
+    kill_worker();
+    listener_.on_change();
+}
+
+void Supervisor::stop()
+{
+    switch (state_) {
+    case State::kNone:
+    case State::kBackingOff:
+        state_ = State::kNone;
+        timer_.cancel();
+        listener_.on_stopped();
+        return;
+    case State::kStopping:
+        return;
+    case State::kRunning:
+        break;
+    default:
+        command_.clear();
+        break;
+    }
+    state_ = State::kStopping;
+    set_deadline(Clock::now() + times_.finish);
+    worker_->finish();
+}
+
+void Supervisor::stop_now()
+{
+    if (state_ == State::kStopping) {
+        worker_->kill();
+    }
+}
+
+} // namespace agent::service

@@ -1,0 +1,117 @@
+// Keeps a worker at work: starts it, gives it one command at a time and a time for it, and starts
+// it anew when it is stuck or dead.
+#pragma once
+
+#include "service/request.h"
+#include "service/worker/worker.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <chrono>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace agent::service {
+
+struct WorkerTimes {
+    std::chrono::milliseconds start{30'000};
+    // What a background worker of the plug-in may take where an overdue command waits for it.
+    std::chrono::milliseconds background{1'800'000};
+    std::chrono::milliseconds back_off{10'000}; // the first time; then twice as long each time
+    std::chrono::milliseconds finish{10'000};   // to end by itself when the service stops
+};
+
+class SupervisorListener {
+  public:
+    // The running command's answer.
+    virtual void on_answer(std::string_view line) = 0;
+    // It will have none.
+    virtual void on_no_answer(Code code, const std::string &text) = 0;
+    virtual void on_event(std::string_view name, std::string_view line) = 0;
+    // is_idle() or refusal() has changed.
+    virtual void on_change() = 0;
+    // It could not even be started the first time; exit_status is what it said, or -1.
+    virtual void on_no_worker(const std::string &reason, int exit_status) = 0;
+    // After stop(): it has ended.
+    virtual void on_stopped() = 0;
+
+  protected:
+    ~SupervisorListener() = default;
+};
+
+class Supervisor : WorkerListener {
+  public:
+    Supervisor(boost::asio::io_context &loop, std::unique_ptr<Worker> worker,
+               SupervisorListener &listener);
+
+    void set_times(const WorkerTimes &times) { times_ = times; }
+    void start();
+    void stop();     // in order
+    void stop_now(); // at once
+
+    // Whether a command may be given.
+    bool is_idle() const { return state_ == State::kIdle; }
+    // Why commands should not even wait; empty when they may.
+    const std::string &refusal() const { return refusal_; }
+    void run(const Request &request, std::chrono::milliseconds time);
+
+  private:
+    enum class State {
+        kNone,     // not started yet, or stopped
+        kStarting, // its first answer is awaited
+        kIdle,
+        kRunning,
+        kOverdue,    // the command's client has been answered; a background worker is waited for
+        kEnding,     // killed, its end is awaited
+        kBackingOff, // it has crashed too often
+        kStopping,
+    };
+    using Clock = std::chrono::steady_clock;
+
+    void on_worker_line(std::string_view line) override;
+    void on_worker_fault(const std::string &fault) override;
+    void on_worker_end(const WorkerEnd &end) override;
+
+    void start_worker();
+    void take_answer(std::string_view line);
+    void take_event(std::string_view line);
+    void kill_worker();
+    void end_command(Code code, const std::string &text);
+    void raise(std::string_view name, const std::string &data);
+    void count_crash(const std::string &known);
+    void start_again();
+    void set_deadline(Clock::time_point deadline);
+    void arm(Clock::time_point deadline);
+    void on_deadline();
+    void on_overdue_command();
+
+    boost::asio::io_context &loop_;
+    std::unique_ptr<Worker> worker_;
+    SupervisorListener &listener_;
+    WorkerTimes times_;
+    State state_ = State::kNone;
+    bool has_run_ = false;       // it has been ready once
+    bool is_known_bad_ = false;  // it is being killed for what it did
+    bool is_terminated_ = false; // when it did not end by itself
+    std::string refusal_;
+    std::string id_;      // of the running command
+    std::string command_; // its name
+    std::chrono::milliseconds time_{0};
+    std::map<std::string, Clock::time_point, std::less<>> background_; // each with its start
+    std::deque<Clock::time_point> crashes_;                            // of the last minute
+    uint64_t crash_count_ = 0;
+    uint64_t starts_ = 0;
+    std::chrono::milliseconds back_off_{0};
+    boost::asio::steady_timer timer_;
+    std::optional<Clock::time_point> deadline_;
+    std::optional<Clock::time_point> armed_;
+    Clock::time_point second_began_;
+    size_t events_in_second_ = 0;
+};
+
+} // namespace agent::service

@@ -1,0 +1,106 @@
+// Token buckets, with a time of the test's own.
+#include "service/gate/rate_limit.h"
+
+#include <gtest/gtest.h>
+
+namespace agent::service {
+
+namespace {
+
+using std::chrono::milliseconds;
+using Time = TokenBucket::Time;
+
+constexpr Time kStart{std::chrono::hours(1)};
+
+int taken_at(TokenBucket &bucket, Time now, int tries)
+{
+    int taken = 0;
+    for (int left = tries; left > 0; --left) {
+        taken += bucket.take(now) ? 1 : 0;
+    }
+    return taken;
+}
+
+} // namespace
+
+TEST(TokenBucket, GivesItsBurstAndThenNothing)
+{
+    TokenBucket bucket({2, 5}, kStart);
+    EXPECT_EQ(taken_at(bucket, kStart, 100), 5);
+}
+
+TEST(TokenBucket, FillsWithTime)
+{
+    TokenBucket bucket({2, 5}, kStart);
+    taken_at(bucket, kStart, 5);
+    EXPECT_EQ(taken_at(bucket, kStart + milliseconds(499), 10), 0);
+    EXPECT_EQ(taken_at(bucket, kStart + milliseconds(500), 10), 1);
+    EXPECT_EQ(taken_at(bucket, kStart + milliseconds(1500), 10), 2);
+}
+
+TEST(TokenBucket, HoldsNoMoreThanItsBurst)
+{
+    TokenBucket bucket({2, 5}, kStart);
+    EXPECT_EQ(taken_at(bucket, kStart + std::chrono::hours(24), 100), 5);
+}
+
+TEST(TokenBucket, KeepsPartsOfATokenBetweenTries)
+{
+    TokenBucket bucket({1, 1}, kStart);
+    taken_at(bucket, kStart, 1);
+    int taken = 0;
+    for (int step = 1; step <= 100; ++step) {
+        taken += bucket.take(kStart + milliseconds(step * 125)) ? 1 : 0;
+    }
+    EXPECT_EQ(taken, 12);
+}
+
+TEST(TokenBucket, TakesATimeThatGoesBackForNone)
+{
+    TokenBucket bucket({1, 1}, kStart);
+    taken_at(bucket, kStart, 1);
+    EXPECT_EQ(taken_at(bucket, kStart - std::chrono::hours(1), 10), 0);
+    EXPECT_EQ(taken_at(bucket, kStart + milliseconds(999), 10), 0);
+    EXPECT_EQ(taken_at(bucket, kStart + milliseconds(1000), 10), 1);
+}
+
+TEST(RateLimiter, CountsEachRoleByItself)
+{
+    RateLimiter limiter;
+    limiter.set_limits({{"one", {1, 1}}, {"two", {1, 1}}}, kStart);
+    EXPECT_TRUE(limiter.take("one", kStart));
+    EXPECT_FALSE(limiter.take("one", kStart));
+    EXPECT_TRUE(limiter.take("two", kStart));
+}
+
+TEST(RateLimiter, LetsRolesWithoutALimitThrough)
+{
+    RateLimiter limiter;
+    limiter.set_limits({{"one", {1, 1}}}, kStart);
+    for (int left = 1000; left > 0; --left) {
+        ASSERT_TRUE(limiter.take("owner", kStart));
+    }
+}
+
+TEST(RateLimiter, KeepsABucketWhoseLimitIsTheSame)
+{
+    RateLimiter limiter;
+    limiter.set_limits({{"one", {1, 1}}, {"two", {1, 1}}}, kStart);
+    EXPECT_TRUE(limiter.take("one", kStart));
+    EXPECT_TRUE(limiter.take("two", kStart));
+    limiter.set_limits({{"one", {1, 1}}, {"two", {1, 2}}}, kStart);
+    EXPECT_FALSE(limiter.take("one", kStart));
+    EXPECT_TRUE(limiter.take("two", kStart));
+}
+
+TEST(RateLimiter, ForgetsARoleThatHasNoLimitAnyMore)
+{
+    RateLimiter limiter;
+    limiter.set_limits({{"one", {1, 1}}}, kStart);
+    EXPECT_TRUE(limiter.take("one", kStart));
+    limiter.set_limits({}, kStart);
+    EXPECT_TRUE(limiter.take("one", kStart));
+    EXPECT_TRUE(limiter.take("one", kStart));
+}
+
+} // namespace agent::service
