@@ -156,6 +156,7 @@ class TerminalUser : public ShellUser {
     int run()
     {
         shell_.connect();
+        shell_.greet();
         open_history();
         editor_.print_above("\"help\" tells what can be typed here.");
         std::string line;

@@ -133,7 +133,7 @@ void Shell::connect_again()
         ask(subscribe_request(events_pattern_), ShellClock::now() + kForGreeting);
     }
     user_.tell("connected to the service again" +
-               std::string(epoch != epoch_ ? "; it was started anew" : ""));
+               std::string(!epoch.empty() && epoch != epoch_ ? "; it was started anew" : ""));
 }
 
 void Shell::work()

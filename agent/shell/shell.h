@@ -37,8 +37,10 @@ class Shell {
 
     Shell(ShellUser &user, std::string path, Look look);
 
-    // Throws ServiceError.
+    // Both throw ServiceError. The greeting tells which service it is, so that another one is
+    // noticed later on.
     void connect();
+    void greet();
 
     // Carries out one line. Result: what it makes of the exit status.
     ExitStatus run(std::string_view line);
@@ -63,7 +65,6 @@ class Shell {
                                      std::optional<ShellClock::time_point> until = {});
     void lose(const ServiceError &problem);
     void connect_again();
-    void greet();
     void keep_event(const std::string &name, const cJSON *data);
     void print_events();
     std::vector<std::string> known_values(const Description &found_in);

@@ -94,7 +94,10 @@ class StandInService:
         with self.changed:
             connections = list(self.connections)
         for connection in connections:
-            connection.sendall(data)
+            try:
+                connection.sendall(data)
+            except OSError:
+                pass  # the client has gone
 
     def wait_for(self, wanted):
         """Until a client has sent such a line; result: the line."""
