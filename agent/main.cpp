@@ -6,6 +6,9 @@
 #include "commands/protocol_pages.h"
 #include "commands/report.h"
 #include "commands/serve.h"
+#ifdef SMART_ROUTER_SERVICE
+#include "commands/shell.h"
+#endif
 #include "commands/topology.h"
 #include "conformance/conformance.h"
 #include "host/program.h"
@@ -20,7 +23,12 @@
 namespace {
 
 #ifdef SMART_ROUTER_SERVICE
-constexpr agent::AddSubcommands kAddOthers = agent::service::add_subcommands;
+void add_others(CLI::App &app, agent::Options &options)
+{
+    agent::service::add_subcommands(app, options);
+    agent::add_shell(app, options);
+}
+constexpr agent::AddSubcommands kAddOthers = add_others;
 #else
 constexpr agent::AddSubcommands kAddOthers = nullptr;
 #endif

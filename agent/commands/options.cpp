@@ -19,11 +19,10 @@ Exit status:
      conformance: a check failed; with --socket: the service refused
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
-  4  a library cannot be loaded, the simulated gateway not be opened, or the service of --socket not be
-     reached
+  4  a library cannot be loaded, the simulated gateway not be opened, or a service not be reached
   5  standard input or output failed, or the file of --junit or --request-file
   6  out of memory
-  128 + N  call, serve, report image-upgrade or conformance was ended by signal N
+  128 + N  call, serve, report image-upgrade, conformance or shell was ended by signal N
 
 Examples:
   hgagent call GET_SN_INFO

@@ -5,8 +5,7 @@
 
 namespace agent {
 
-// Prints name and summary of the commands whose names contain the pattern or, where it has * ? or
-// [, match it; upper or lower case is the same. Result: the exit status.
+// Prints the commands whose names match the pattern. Result: the exit status.
 int run_list(const std::string &pattern);
 
 // The same of the events.

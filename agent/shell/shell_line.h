@@ -1,0 +1,56 @@
+// What a line of the shell says.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace agent {
+
+// A word as it was typed. Quotes and backslashes are those of a POSIX shell. A word that begins
+// with a brace reaches to the end of the line, so that JSON needs no quotes.
+struct ShellWord {
+    std::string text; // without its quotes
+    size_t begin = 0; // in the line
+    size_t end = 0;
+    bool is_open = false; // a quote has no end
+};
+
+std::vector<ShellWord> words_of(std::string_view line);
+
+// The text as a word that words_of() reads back.
+std::string as_word(std::string_view text);
+
+enum class ShellVerb {
+    kNothing, // an empty line or a comment
+    kCall,
+    kReport,
+    kEvents,
+    kHelp,
+    kList,
+    kStatus,
+    kQuit,
+};
+
+struct ShellInput {
+    ShellVerb verb = ShellVerb::kNothing;
+    std::string
+        name; // of the command or report; the pattern of list and events; what help is about
+    std::string params = "{}"; // of a command or report, as JSON
+    bool is_on = false;        // of events
+};
+
+// Throws BadRequest.
+ShellInput parse_shell_line(std::string_view line);
+
+struct ShellWordHelp {
+    const char *word;
+    const char *usage;
+    const char *summary;
+};
+
+// The words that a line can begin with beside the names of commands.
+std::span<const ShellWordHelp> shell_words();
+
+} // namespace agent
