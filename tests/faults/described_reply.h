@@ -7,3 +7,9 @@
 // Why the object is none of the replies that the command can give to the request; empty when it is
 // one.
 std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object);
+
+// The described reply that the object is; null when it is none.
+const cJSON *reply_given(const cJSON *description, const cJSON *request, const cJSON *object);
+
+// The request without the keys that this reply removes. The caller deletes it.
+cJSON *left_of(const cJSON *description, const cJSON *reply, const cJSON *request);

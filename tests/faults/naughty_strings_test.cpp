@@ -209,7 +209,7 @@ std::vector<Subject> commands_with_requests()
 
 std::string name_of(const testing::TestParamInfo<Subject> &info)
 {
-    return info.param.name;
+    return test_name(info.param);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, NaughtyStringsTest, testing::ValuesIn(commands_with_requests()),

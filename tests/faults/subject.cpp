@@ -5,6 +5,7 @@
 #include "handler_test.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 #include <memory>
 
@@ -138,6 +139,22 @@ std::vector<Subject> make_subjects()
 }
 
 } // namespace
+
+std::string test_name(const Subject &subject)
+{
+    std::string name;
+    for (size_t at = 0; at < subject.name.size(); ++at) {
+        const char letter = subject.name[at];
+        const bool is_in_command = at < subject.command.size();
+        if (is_in_command && letter != '_') {
+            const bool is_first = at == 0 || subject.name[at - 1] == '_';
+            name += is_first ? letter : static_cast<char>(tolower(letter));
+        } else if (!is_in_command) {
+            name += letter;
+        }
+    }
+    return name;
+}
 
 const std::vector<Subject> &subjects()
 {

@@ -1,6 +1,7 @@
 #include "described_reply.h"
 #include "handler_test.h"
 #include "leeway.h"
+#include "protocol/device_facts.h"
 #include "sweep_run.h"
 
 #include <algorithm>
@@ -83,21 +84,6 @@ bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may,
 }
 
 // ---- Calls -------------------------------------------------------------------------------------
-
-// Whether a device function only tells something.
-bool is_question(const std::string &function)
-{
-    for (const char *start :
-         {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
-          "devapi_handle_topo_", "devapi_free_topo_", "devapi_call_tslink_set_topo_speed",
-          "devapi_speedtest_", "devapi_cmdstring_sendto_tslink_with_retinfo"}) {
-        if (function.starts_with(start)) {
-            return function != "devapi_get_hg_log"; // sends it
-        }
-    }
-    return !function.starts_with("devapi_") && function != "kaa_device_notice" &&
-           function != "kaa_update_profile_info" && function != "system";
-}
 
 std::string described(const recording_device::Call &call)
 {
@@ -240,6 +226,20 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
 
 } // namespace
 
+bool is_question(const std::string &function)
+{
+    for (const char *start :
+         {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
+          "devapi_handle_topo_", "devapi_free_topo_", "devapi_call_tslink_set_topo_speed",
+          "devapi_speedtest_", "devapi_cmdstring_sendto_tslink_with_retinfo"}) {
+        if (function.starts_with(start)) {
+            return function != "devapi_get_hg_log"; // sends it
+        }
+    }
+    return !function.starts_with("devapi_") && function != "kaa_device_notice" &&
+           function != "kaa_update_profile_info" && function != "system";
+}
+
 std::string damage(const Subject &subject, const SweepRun &run)
 {
     if (subject.builder == nullptr && run.result != 0) {
@@ -311,10 +311,33 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
                : "";
 }
 
+const std::string &called_function(const SweepRun &whole, const rich_device::Fault &fault)
+{
+    return whole.calls[position_of(whole, fault)].function;
+}
+
 bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault)
 {
-    return !is_looked_at(subject, whole.calls[position_of(whole, fault)].function);
+    return !is_looked_at(subject, called_function(whole, fault));
+}
+
+std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
+                                    const rich_device::Fault &fault)
+{
+    const std::string &function = called_function(whole, fault);
+    const device_facts::Function &facts = *device_facts::find(function);
+    const std::string &caller = subject.command.empty() ? subject.name : subject.command;
+    if (!is_looked_at(subject, function) || facts.known.contain(*fault.result) ||
+        device_facts::is_among(facts.other_rules_for, caller)) {
+        return {};
+    }
+    if (facts.minus_one_fails_for.empty() && !facts.results.empty() &&
+        !facts.results.contain(*fault.result)) {
+        return {}; // one that the function never has
+    }
+    const bool only_minus_one = device_facts::is_among(facts.minus_one_fails_for, caller);
+    return only_minus_one && *fault.result != -1 ? 0 : -1;
 }
 
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
