@@ -36,6 +36,7 @@ struct Function {
     bool is_size_less_one = false;  // what it is handed is one less than the width
     bool fills = false;             // what succeeds leaves something in what it is given
     std::string_view filled = {};   // the fields that it fills, each between blanks; empty for all
+    std::string_view given = {};    // the fields that it is given, in the same way
     bool counts = false;            // the number that it sets counts things and is not negative
     bool is_answer = false;         // its result is what it is asked for
     Results answers = {};           // results beside 0 that are no failures
@@ -150,6 +151,9 @@ def function_members(interface, function):
     filled = [field for argument in arguments for field in argument.get("filled", [])]
     if filled:
         yield '.filled = " ' + " ".join(filled) + ' "'
+    given = [field for argument in arguments for field in argument.get("given", [])]
+    if given:
+        yield '.given = " ' + " ".join(given) + ' "'
     if any(argument.get("count") and argument.get("way") == "out" and not argument.get("negative")
            for argument in arguments):
         yield ".counts = true"

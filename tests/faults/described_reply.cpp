@@ -140,16 +140,26 @@ cJSON *left_of(const cJSON *description, const cJSON *reply, const cJSON *reques
     return rest;
 }
 
+bool is_of_request(const cJSON *reply)
+{
+    const cJSON *key = cJSON_GetObjectItem(reply, "without");
+    key = key != nullptr ? key : cJSON_GetObjectItem(reply, "without_text");
+    // The key of an element can be missing when the device has been called for others.
+    return key != nullptr && strchr(key->child->valuestring, '.') == nullptr;
+}
+
 const cJSON *reply_given(const cJSON *description, const cJSON *request, const cJSON *object)
 {
+    const cJSON *given = nullptr;
     const cJSON *reply;
     cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
     {
-        if (other_than(reply, description, request, object).empty()) {
-            return reply;
+        if ((given == nullptr || is_of_request(given)) &&
+            other_than(reply, description, request, object).empty()) {
+            given = reply;
         }
     }
-    return nullptr;
+    return given;
 }
 
 std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object)

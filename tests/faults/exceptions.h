@@ -16,6 +16,8 @@ enum class Rule {
     kOtherCase,   // a key is found in any letter case, or else is absent
     kPresentKey,  // keys of a reply that are there already stay
     kResult,      // a device function's result counts as it is described; the key is the function
+    kZeroed,      // what the device writes to holds nothing before; the key is the field
+    kNoError,     // a success logs no error
     kNoObject,    // what is no object is left as it is, and changes nothing
 };
 

@@ -6,6 +6,7 @@
 #include "record_places.h"
 #include "request.h"
 #include "sweep_run.h"
+#include "traffic.h"
 
 #include <algorithm>
 #include <cctype>
@@ -171,7 +172,15 @@ class RequestTest : public testing::TestWithParam<Subject> {
         told = members_behind(left(request.get(), success), whole.object);
     }
 
-    SweepRun run(const std::string &with) { return sweep_run(subject, with, {}, {}); }
+    // The traffic is held against the descriptions once more, by another program.
+    SweepRun run(const std::string &with)
+    {
+        SweepRun run = sweep_run(subject, with, {}, {});
+        if (with.size() < 1000 && with.starts_with('{')) {
+            record_traffic(subject.command, with, run.object);
+        }
+        return run;
+    }
 
     std::string left(const cJSON *of, const cJSON *reply) const
     {
@@ -511,6 +520,16 @@ TEST_P(RequestTest, LeavesKeysThatAreThereAlready)
         }
     }
     expect_exceptions_used(Rule::kPresentKey);
+}
+
+// What is logged of a success is no error.
+TEST_P(RequestTest, LogsNoError)
+{
+    for (const recording_host::LogLine &line : whole.log) {
+        EXPECT_TRUE(line.level != 3 || exception(subject, Rule::kNoError, "") != nullptr)
+            << line.text;
+    }
+    expect_exceptions_used(Rule::kNoError);
 }
 
 TEST_P(RequestTest, LeavesWhatIsNoObjectAsItIs)

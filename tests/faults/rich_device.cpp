@@ -46,6 +46,8 @@ Fault fault;
 bool is_endless;
 std::vector<Call> made;
 std::map<std::string, std::set<std::string>, std::less<>> told; // by record and field, or function
+std::set<std::pair<std::string, std::string>> given;
+std::string calling; // the function
 
 const char *name_of(std::type_index record)
 {
@@ -71,8 +73,17 @@ class Pen {
     // The name is that of the record and its field, or of the function.
     void text(char *field, size_t width, const std::string &value, const std::string &name)
     {
+        note_given(field, width, name);
         write_text(field, width, value, name);
         told[name].insert({field, strnlen(field, width)});
+    }
+
+    static void note_given(const void *place, size_t width, const std::string &name)
+    {
+        const char *bytes = static_cast<const char *>(place);
+        if (std::any_of(bytes, bytes + width, [](char byte) { return byte != 0; })) {
+            given.insert({calling, name});
+        }
     }
 
     void write_text(char *field, size_t width, const std::string &value, const std::string &name)
@@ -98,6 +109,7 @@ class Pen {
     void number(int32_t &place, int32_t value, const std::vector<int32_t> &values,
                 const std::string &name)
     {
+        note_given(&place, sizeof place, name);
         write_number(place, value, values);
         told[name].insert(std::to_string(place));
     }
@@ -288,6 +300,7 @@ void free_list(TopoNode *node)
 int32_t answer(const char *name, std::initializer_list<Argument> arguments)
 {
     const std::string_view function = name;
+    calling = name;
     if (function == "devapi_free_topo_list") {
         free_list(static_cast<TopoNode *>(arguments.begin()->address));
         return 0;
@@ -324,6 +337,11 @@ bool has_told(std::string_view field, std::string_view text)
     return texts != told.end() && texts->second.contains(std::string(text));
 }
 
+const std::set<std::pair<std::string, std::string>> &given_fields()
+{
+    return given;
+}
+
 bool is_counted(std::string_view function)
 {
     return function.starts_with("devapi_") && function != "devapi_free_topo_list";
@@ -357,6 +375,7 @@ void furnish(const Home &where, const Fault &what, bool has_endless_walk)
     is_endless = has_endless_walk;
     made.clear();
     told.clear();
+    given.clear();
     recording_device::answer_all(answer);
     recording_device::when<base64_encode>([](const char *) {
         if (FailingMemory::next_fails()) {

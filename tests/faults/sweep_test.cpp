@@ -5,6 +5,7 @@
 #include "handler_test.h"
 #include "smart_router_service/device_functions.h"
 #include "sweep_run.h"
+#include "traffic.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -148,7 +149,16 @@ TEST_P(MemoryFaultTest, LeavesNothingHalfDone)
     }
 }
 
-class DeviceFaultTest : public FaultTest {};
+class DeviceFaultTest : public FaultTest {
+  protected:
+    // For the check of all traffic against the descriptions.
+    void keep_traffic(const SweepRun &run) const
+    {
+        if (subject.builder == nullptr) {
+            record_traffic(subject.command, request, run.object);
+        }
+    }
+};
 
 TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
 {
@@ -159,6 +169,9 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
             continue;
         }
         const SweepRun run = sweep_run(subject, request, {}, fault);
+        if (fault.result && fault.written == rich_device::Written::kWhole) {
+            keep_traffic(run);
+        }
         if (!holds(whole, run, device_verdict(subject, whole, run, fault))) {
             return;
         }

@@ -145,12 +145,16 @@ bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
     return item == nullptr || cJSON_GetObjectItem(request, item->string) == nullptr;
 }
 
-// Whether one of the replies of the command gives the reason, or gives the device's own.
-bool knows_reason(const cJSON *description, std::string_view reason)
+// Whether one of the replies of the command gives the reason, or gives the device's own. That of a
+// request without a key is none where the request is whole.
+bool knows_reason(const cJSON *description, std::string_view reason, bool is_whole)
 {
     const cJSON *reply;
     cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
     {
+        if (is_whole && is_of_request(reply)) {
+            continue;
+        }
         const cJSON *key;
         cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, "keys"))
         {
@@ -166,7 +170,7 @@ bool knows_reason(const cJSON *description, std::string_view reason)
 }
 
 // Whether the items are a failure's: its status, with a reason or, where there is none, alone.
-bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
+bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, bool is_whole)
 {
     const auto take = [&item](std::string_view key, std::string_view text) {
         const bool is_there = item != nullptr && item->string == key && cJSON_IsString(item) != 0 &&
@@ -181,7 +185,7 @@ bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
     const cJSON *reason = item;
     return item == nullptr || (take("FailReason", "") && item == nullptr &&
                                (description == nullptr || has(may.reasons, reason->valuestring) ||
-                                knows_reason(description, reason->valuestring)));
+                                knows_reason(description, reason->valuestring, is_whole)));
 }
 
 // Whether a failure's status stands in the object, be it before one that tells of a success: some
@@ -214,7 +218,8 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
         tail = tail->next;
     }
     if (tail != nullptr) {
-        return is_failure(tail, description_of(subject.command), may)
+        const bool is_whole = run.request == request_for(subject);
+        return is_failure(tail, description_of(subject.command), may, is_whole)
                    ? ""
                    : "what is told is neither a success nor a failure of this command";
     }
@@ -373,5 +378,10 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     if (subject.builder != nullptr) {
         return "";
     }
-    return undescribed(description_of(subject.command), request.get(), object.get());
+    const cJSON *description = description_of(subject.command);
+    const cJSON *reply = reply_given(description, request.get(), object.get());
+    if (reply == nullptr) {
+        return undescribed(description, request.get(), object.get());
+    }
+    return is_of_request(reply) ? "the request is blamed for what the device does" : "";
 }
