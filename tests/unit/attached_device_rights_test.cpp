@@ -1,7 +1,6 @@
 // The attached devices' rights, and the firewall before them all.
 #include "commands.h"
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -130,32 +129,6 @@ TEST_F(AttachedDeviceRightsTest, ThereMayBeNoDevicesOrMany)
     EXPECT_EQ(recording_host::log_lines().size(), 10000u);
 }
 
-TEST_F(AttachedDeviceRightsTest, ReadsNoFurtherThanItsFields)
-{
-    hosts_are(1);
-    when<devapi_get_attach_device_right>([](AttachDeviceRight *right) {
-        memset(right, 'x', sizeof *right);
-        return 0;
-    });
-    const std::string x(64, 'x');
-    EXPECT_EQ(run(kGet), R"({"MACList":[{"MAC":")" + x + R"(","name":")" + x +
-                             R"(","InternetAccessRight":")" + x + R"("}],"Status":"0"})");
-}
-
-TEST_F(AttachedDeviceRightsTest, AreReportedAllOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kGet, "{}",
-        [] {
-            hosts_are(2);
-            rights_are_known();
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 3) + 1);
-}
-
 // ---- SET_ATTACH_DEVICE_RIGHT -------------------------------------------------------------------
 
 TEST_F(AttachedDeviceRightsTest, ASettingReturnsTheDevicesResult)
@@ -204,42 +177,6 @@ TEST_F(AttachedDeviceRightsTest, SaysNothingOfAMissingSwitch)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(AttachedDeviceRightsTest, AFirewallThatCannotBeSwitchedFails)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        when<devapi_set_firewall_switch>([result](const FirewallSwitch *) { return result; });
-        EXPECT_EQ(run(kFirewall, R"({"Enable":"1"})"),
-                  R"({"Enable":"1",)" + failure("set firewall switch failed") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(AttachedDeviceRightsTest, WithoutMemoryTheFirewallIsNotSwitched)
-{
-    const size_t allocations = sweep_memory(
-        kFirewall, R"({"Enable":"1"})", [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object,
-                      how == FailingMemory::Fail::kOnce
-                          ? R"({"Enable":"1",)" + failure("set firewall switch failed") + "}"
-                          : R"({"Enable":"1"})");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
 // ---- All of them -------------------------------------------------------------------------------
-
-TEST_F(AttachedDeviceRightsTest, WhatIsNoObjectIsLeftAlone)
-{
-    hosts_are(1);
-    for (const char *command : {kGet, "SET_ATTACH_DEVICE_RIGHT", kFirewall}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const std::string text = R"([{"Enable":"1"}])";
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
-}
 
 } // namespace attached_device_rights_test

@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -8,7 +7,6 @@ namespace attached_device_setting_test {
 
 using recording_device::Call;
 using recording_device::contents;
-using recording_device::when;
 using recording_host::LogLine;
 
 constexpr char kCommand[] = "SET_AD_BASE_INFO";
@@ -165,27 +163,6 @@ TEST_F(AttachedDeviceSettingTest, ABindingNeedsAnAddress)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(AttachedDeviceSettingTest, CutsItsTexts)
-{
-    for (const size_t length : {0u, 7u, 8u, 15u, 16u, 31u, 32u, 63u, 64u, 10000u}) {
-        const std::string text = text_of_length(length);
-        Request request({});
-        for (const auto &[key, json] : kAll.keys()) {
-            request = request.with(key, quoted(text));
-        }
-        EXPECT_EQ(run(kCommand, request.json()), kSuccess);
-        AdBaseSetting expected = {};
-        for (char *field : {expected.info.Mac, expected.info.DevType, expected.info.ByName}) {
-            text.copy(field, 31);
-        }
-        text.copy(expected.info.AccessEnable, 7);
-        text.copy(expected.info.DownLimit, 15);
-        text.copy(expected.info.StaticDhcpEnable, 7);
-        text.copy(expected.info.ip, 63);
-        expect_record(expected, std::to_string(length));
-    }
-}
-
 TEST_F(AttachedDeviceSettingTest, AnyTextIsAMacAddress)
 {
     for (const char *mac : {"", " ", "NULL", "aa-bb-cc-dd-ee-ff", "not a MAC", ",", "%s%n",
@@ -196,82 +173,6 @@ TEST_F(AttachedDeviceSettingTest, AnyTextIsAMacAddress)
         strcpy(expected.info.Mac, mac);
         expect_record(expected, mac);
     }
-}
-
-TEST_F(AttachedDeviceSettingTest, OnlyMinusOneFailsWithTheDevicesReason)
-{
-    for (const int32_t result : {0, 1, 2, -2, 1000, INT32_MIN}) {
-        when<devapi_set_ad_base_info>([result](AdBaseSetting *setting) {
-            strcpy(setting->FailReason, "not told");
-            return result;
-        });
-        EXPECT_EQ(run(kCommand, kAll.json()), kSuccess) << result;
-    }
-    for (const std::string reason : {"", "MAC unknown", "ip/mac binding: ip addr missing!"}) {
-        when<devapi_set_ad_base_info>([reason](AdBaseSetting *setting) {
-            strcpy(setting->FailReason, reason.c_str());
-            return -1;
-        });
-        EXPECT_EQ(run(kCommand, kAll.json()), "{" + failure(reason) + "}");
-    }
-    when<devapi_set_ad_base_info>([](AdBaseSetting *setting) {
-        memset(&setting->info, '?', sizeof setting->info);
-        fill(setting->FailReason);
-        return -1;
-    });
-    EXPECT_EQ(run(kCommand, kAll.with("Other", "1").json()),
-              R"({"Other":1,)" + failure(text_of_length(64)) + "}");
-}
-
-TEST_F(AttachedDeviceSettingTest, OnlyTheFirstOfRepeatedKeysIsReadAndConsumed)
-{
-    const std::string first =
-        R"({"mac":"AA:BB","devtype":"phone","byname":"mine","accessenable":"1",)"
-        R"("downlimit":"5","uplimit":"6","speedlimit":"1","staticdhcpenable":"1","IP":"7",)";
-    EXPECT_EQ(run(kCommand, first + kAll.json().substr(1)), kAll.followed_by(R"("Status":"0")"));
-    expect_record(record_of("5", "1", "7"), "the first");
-
-    const std::string invalid = kAll.without("MAC").json().substr(1);
-    EXPECT_EQ(run(kCommand, "{" + invalid.substr(0, invalid.size() - 1) + "," + invalid),
-              kAll.without("MAC").followed_by(failure("INVALID_PARAM")));
-}
-
-TEST_F(AttachedDeviceSettingTest, WithoutMemoryDoesNotReachTheDevice)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, kAll.with("Other", "1").json(), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? R"({"Other":1,)" + failure("") + "}"
-                                  : R"({"Other":1})");
-            EXPECT_TRUE(recording_device::calls().empty());
-            EXPECT_TRUE(recording_host::log_lines().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
-// A refusal is told whole or not at all, and takes its keys out all the same.
-TEST_F(AttachedDeviceSettingTest, WithoutMemoryARefusalIsSilent)
-{
-    for (const Request &request : {kAll.without("MAC"), kAll.without("ip"), kAll}) {
-        sweep_memory(
-            kCommand, request.json(),
-            [] { when<devapi_set_ad_base_info>([](AdBaseSetting *) { return -1; }); },
-            [](const std::string &object, FailingMemory::Fail) {
-                const bool told = object == "{}" || object == "{" + failure("") + "}" ||
-                                  object == "{" + failure("INVALID_PARAM") + "}";
-                EXPECT_TRUE(told) << object;
-            });
-    }
-}
-
-TEST_F(AttachedDeviceSettingTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[" + kAll.json() + "]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[" + kAll.json() + "]");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace attached_device_setting_test

@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -97,37 +96,6 @@ TEST_F(AttachedDevicesTest, ReportsEveryDevice)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(AttachedDevicesTest, OnlyMinusOneIsAFailedCount)
-{
-    for (const int32_t result : {1, 2, -2, 1000, INT32_MIN}) {
-        hosts_are(1, result);
-        when<devapi_get_ad_base_info>([](AdBaseInfo *info) { return describe(info, 0); });
-        EXPECT_EQ(run(kCommand), R"({"BaseInfo":[)" + element(1) + R"(],"Status":"0"})") << result;
-    }
-    recording_device::reset();
-    hosts_are(1, -1);
-    EXPECT_EQ(run(kCommand), kFailure);
-    EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_host_num"});
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(AttachedDevicesTest, OnlyMinusOneIsAFailedDevice)
-{
-    for (const int32_t result : {1, 2, -2, 1000, INT32_MIN}) {
-        hosts_are(1);
-        when<devapi_get_ad_base_info>(
-            [result](AdBaseInfo *info) { return describe(info, result); });
-        EXPECT_EQ(run(kCommand), R"({"BaseInfo":[)" + element(1) + R"(],"Status":"0"})") << result;
-    }
-    recording_device::reset();
-    hosts_are(3);
-    when<devapi_get_ad_base_info>(
-        [](AdBaseInfo *info) { return describe(info, info->HostIndex == 2 ? -1 : 0); });
-    EXPECT_EQ(run(kCommand, R"({"BaseInfo":[]})"), R"({"BaseInfo":[],)" + kFailure.substr(1));
-    EXPECT_EQ(recording_device::calls().size(), 3u) << "the third device is not asked for";
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(AttachedDevicesTest, NoDevicesAreAnEmptyList)
 {
     for (const int32_t count : {0, -1, -5, INT32_MIN}) {
@@ -153,44 +121,6 @@ TEST_F(AttachedDevicesTest, AnyCountIsHeldToTheDevicesThatCanBeRead)
     const Json object = parse(run(kCommand));
     EXPECT_EQ(cJSON_GetArraySize(object->child), 900);
     EXPECT_EQ(print(object->child->child->prev), element(900));
-}
-
-TEST_F(AttachedDevicesTest, ReadsNoFurtherThanItsFields)
-{
-    hosts_are(1);
-    when<devapi_get_ad_base_info>([](AdBaseInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const Json object = parse(run(kCommand));
-    const cJSON *item = object->child->child->child;
-    for (const BaseText &place : kReported) {
-        EXPECT_EQ(item->valuestring, std::string(place.width, 'x')) << place.key;
-        item = item->next;
-    }
-}
-
-TEST_F(AttachedDevicesTest, AreReportedAllOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, "{}",
-        [] {
-            hosts_are(2);
-            when<devapi_get_ad_base_info>([](AdBaseInfo *info) { return describe(info, 0); });
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? kFailure : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2 * kReported.size()) + 1);
-}
-
-TEST_F(AttachedDevicesTest, WhatIsNoObjectIsLeftAlone)
-{
-    hosts_are(1);
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[{}]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[{}]");
 }
 
 } // namespace attached_devices_test

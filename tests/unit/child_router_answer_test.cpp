@@ -1,9 +1,7 @@
 // GET_CHILD_ROUTER_AD_BASE_INFO: the one command that waits for what the child router answers.
 // What is not freed is found by the address sanitizer.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
-#include "traffic.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -95,18 +93,6 @@ TEST_F(ChildRouterAnswerTest, TheDeviceHasToBeNamed)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(ChildRouterAnswerTest, EveryResultButZeroIsAFailure)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
-        for (const auto &text : {std::optional<std::string>(), std::optional<std::string>(""),
-                                 std::optional<std::string>(R"({"BaseInfo":{}})")}) {
-            child_answers(text, result);
-            EXPECT_EQ(run(kCommand, kRequest.json()), kRequest.followed_by(failure(kNotAnswered)));
-        }
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(ChildRouterAnswerTest, NoAnswerIsAFailure)
 {
     child_answers(std::nullopt);
@@ -183,41 +169,6 @@ TEST_F(ChildRouterAnswerTest, TheRequestMayBeAMegabyteLong)
     const Request request = kRequest.with("Load", quoted(text_of_length(1 << 20)));
     child_answers(R"({"BaseInfo":{}})");
     EXPECT_EQ(run(kCommand, request.json()), request.followed_by(R"("BaseInfo":{},"Status":"0")"));
-}
-
-TEST_F(ChildRouterAnswerTest, EachStepWithoutMemoryHasItsReason)
-{
-    constexpr size_t kPrint = 2;     // the text, and the same at its length
-    constexpr size_t kParse = 2 + 4; // the answer and its key, and what the copy needs
-    constexpr size_t kCopy = 4;      // the object, its element, a key and a text
-    constexpr size_t kStatus = 1;
-    std::vector<std::string> reasons(kPrint, "Get json_str fail");
-    reasons.insert(reasons.end(), kParse, kNoJson);
-    reasons.insert(reasons.end(), kPrint + kCopy + kStatus, "cJSON_Print fail");
-    size_t number = 0;
-    const size_t allocations = sweep_memory(
-        kCommand, kRequest.json(), [] { child_answers(R"({"BaseInfo":{"a":"b"}})"); },
-        [&](const std::string &object, FailingMemory::Fail how) {
-            const size_t failing = number++ % reasons.size();
-            const bool once = how == FailingMemory::Fail::kOnce;
-            EXPECT_EQ(object, kRequest.followed_by(once ? failure(reasons[failing]) : ""));
-            if (once) {
-                record_traffic(kCommand, kRequest.json(), object);
-            }
-            EXPECT_EQ(recording_device::calls().size(), failing < kPrint ? 0u : 1);
-            EXPECT_TRUE(recording_host::log_lines().empty());
-        });
-    EXPECT_EQ(allocations, reasons.size());
-}
-
-TEST_F(ChildRouterAnswerTest, WhatIsNoObjectIsLeftAlone)
-{
-    child_answers(R"({"BaseInfo":{}})");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[" + kRequest.json() + "]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[" + kRequest.json() + "]");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace child_router_answer_test

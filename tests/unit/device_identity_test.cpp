@@ -65,14 +65,6 @@ TEST_F(VersionReportTest, AVersionThatIsNoTextCountsAsAbsent)
     }
 }
 
-TEST_F(VersionReportTest, TheFirstOfRepeatedVersionsCountsInAnyLetterCase)
-{
-    EXPECT_EQ(run("RESPONSE_ROUTER_VERSION", R"({"versioninfo":"1","VersionInfo":""})"),
-              R"({"versioninfo":"1","VersionInfo":"","Status":"0"})");
-    EXPECT_EQ(run("RESPONSE_ROUTER_VERSION", R"({"VersionInfo":"","VersionInfo":"1"})"),
-              R"({"VersionInfo":"","VersionInfo":"1","Status":"1"})");
-}
-
 // A request that makes the printed object so many bytes long.
 std::string request_printed_in(size_t length)
 {

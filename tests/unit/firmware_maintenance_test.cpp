@@ -87,17 +87,6 @@ TEST_F(FirmwareMaintenanceTest, ListsChildRoutersAsTheDeviceLeavesTheirList)
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), Names(8, "825307441"));
 }
 
-TEST_F(FirmwareMaintenanceTest, FailsWithTheMainRouter)
-{
-    for (const int32_t failure : {-1, 1, 1000}) {
-        when<devapi_get_update_status_info>(
-            [=](UpdateStatusInfo *status) { return spoil(status, failure); });
-        EXPECT_EQ(run("GET_UPDATE_STATUS"),
-                  R"({"Status":"1","FailReason":"Get mainrouter update status failed"})");
-    }
-    EXPECT_EQ(recording_device::called_functions(), Names(3, "devapi_get_update_status_info"));
-}
-
 TEST_F(FirmwareMaintenanceTest, HasEightChildRoutersAtMost)
 {
     for (const int32_t count : {8, 9, INT_MAX}) {
@@ -125,16 +114,6 @@ TEST_F(FirmwareMaintenanceTest, LeavesOutAChildRouterThatCannotBeRead)
                 (LogLines{{3, "get child_router_info err " + std::to_string(failure) + "\n"}}));
         }
     }
-}
-
-TEST_F(FirmwareMaintenanceTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
-{
-    ChildRouterInfo router = {};
-    fill_places(&router, kChildRouterRecord, brim_of);
-    EXPECT_EQ(
-        report([&](cJSON *object) { return json_insert_childrouter_update_info(object, &router); }),
-        child(brim_of));
-    EXPECT_EQ(result, 0);
 }
 
 TEST_F(FirmwareMaintenanceTest, InsertsNothingWithoutAnArgument)
@@ -271,32 +250,6 @@ TEST_F(FirmwareMaintenanceTest, SucceedsWhateverTheUploadSays)
     }
 }
 
-TEST_F(FirmwareMaintenanceTest, TakesTheFirstOfRepeatedAddressesInAnyCase)
-{
-    EXPECT_EQ(run("GET_HG_LOG", R"({"uploadurl":"a","UploadUrl":"b","LOGTYPE":"c","LogType":"d"})"),
-              R"({"UploadUrl":"b","LOGTYPE":"c","LogType":"d","Status":"0"})");
-    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names{"a"});
-    EXPECT_EQ(given_to("devapi_get_hg_log", 1), Names{"c"});
-}
-
-TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAKey)
-{
-    const std::string no_url = failure("json node: UploadUrl not found");
-    const std::string no_type = failure("json node: LogType not found");
-    const auto refuses = [](const Request &request, const std::string &members) {
-        EXPECT_EQ(run("GET_HG_LOG", request.json()), request.followed_by(members));
-    };
-    refuses(Request({}), no_url);
-    refuses(kUpload.without("UploadUrl"), no_url);
-    refuses(kUpload.without("LogType"), no_type);
-    for (const std::string &json : kNoTexts) {
-        refuses(kUpload.with("UploadUrl", json), no_url);
-        refuses(kUpload.with("UploadUrl", json).without("LogType"), no_url);
-        refuses(kUpload.with("LogType", json), no_type);
-    }
-    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
-}
-
 TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAnAddressOfItsOwn)
 {
     for (const int32_t answer : {-1, 1, 1000}) {
@@ -312,19 +265,6 @@ TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAnAddressOfItsOwn)
         EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_iotagtd_device_mac"));
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(FirmwareMaintenanceTest, UploadsNothingThatCannotBeAnswered)
-{
-    EXPECT_EQ(sweep_memory("GET_HG_LOG", kUpload.json(), prepare,
-                           [](const std::string &object, FailingMemory::Fail how) {
-                               EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                                     ? kUpload.followed_by(
-                                                           failure("json node: get dev mac error"))
-                                                     : kUpload.json());
-                               EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
-                           }),
-              1u);
 }
 
 } // namespace firmware_maintenance_test

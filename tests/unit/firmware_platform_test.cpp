@@ -68,40 +68,6 @@ TEST_F(FirmwareUpdateTest, ThePlatformNeedsADeviceThatAnswers)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-TEST_F(FirmwareUpdateTest, ThePlatformNeedsAnImage)
-{
-    for (const Request &request :
-         {kEmpty, kNothing, kEmpty.with("image", R"({"Version":"2","UpdateUrl":"x"})"),
-          kEmpty.with("IMAGE", R"({"Version":"2","UpdateUrl":"x"})"),
-          Request({{"Version", R"("2")"}, {"UpdateUrl", R"("x")"}})}) {
-        EXPECT_EQ(run(kPlatform, request.json()), pack_error("json no Image", request));
-    }
-    EXPECT_EQ(control.workers(), 0u);
-}
-
-TEST_F(FirmwareUpdateTest, ThePlatformNeedsAVersion)
-{
-    for (const std::string json :
-         {"null", "7", "true", R"("Version")", "[]", R"([{"Version":"2","UpdateUrl":"x"}])", "{}",
-          R"({"UpdateUrl":"x"})", R"({"version":"2","VERSION":"2","UpdateUrl":"x"})"}) {
-        EXPECT_EQ(run(kPlatform, image(json).json()), pack_error("get version error"));
-    }
-    EXPECT_EQ(control.workers(), 0u);
-}
-
-TEST_F(FirmwareUpdateTest, ThePlatformNeedsAnAddress)
-{
-    std::vector<std::string> images = {R"({"Version":"2"})",
-                                       R"({"Version":"2","updateurl":"x","UPDATEURL":"x"})"};
-    for (const std::string &json : kNoTexts) {
-        images.push_back(R"({"Version":"2","UpdateUrl":)" + json + "}");
-    }
-    for (const std::string &json : images) {
-        EXPECT_EQ(run(kPlatform, image(json).json()), pack_error("get UpdateUrl error"));
-    }
-    EXPECT_EQ(control.workers(), 0u);
-}
-
 TEST_F(FirmwareUpdateTest, ThePlatformsAddressIsComparedWithTheVersionThatRuns)
 {
     const auto send = [&](const std::string &address) {
@@ -140,18 +106,6 @@ TEST_F(FirmwareUpdateTest, ThePlatformIsToldWhatKeptTheUpdateFromStarting)
     control.fail_next_worker();
     EXPECT_EQ(run(kPlatform, kImage.json()), refused(kNoThread));
     EXPECT_FALSE(is_busy());
-}
-
-TEST_F(FirmwareUpdateTest, ThePlatformsFirstOfRepeatedKeysCounts)
-{
-    EXPECT_EQ(run(kPlatform, R"({"image":0,"Image":{"Version":0,"UpdateUrl":"a","UpdateUrl":"b"},)"
-                             R"("Image":{"Version":1,"UpdateUrl":"c"}})"),
-              R"({"image":0,"Image":{"Version":1,"UpdateUrl":"c"},)"
-              R"("Status":"0","updateResult":"0","FailReason":"success"})");
-    EXPECT_EQ(calls(), with_status_read(whole_update("a")));
-    const Request second = kEmpty.with("Image", R"({"Version":1,"UpdateUrl":"c"})");
-    EXPECT_EQ(run(kPlatform, R"({"Image":7,"Image":{"Version":1,"UpdateUrl":"c"}})"),
-              pack_error("get version error", second));
 }
 
 } // namespace firmware_platform_test

@@ -5,24 +5,6 @@ namespace firmware_start_test {
 
 using recording_device::when;
 
-// What has no text under "UpdateUrl", as the value of the key that should hold it.
-std::vector<std::string> without_address()
-{
-    std::vector<std::string> values = {"null",
-                                       "7",
-                                       "true",
-                                       R"("UpdateUrl")",
-                                       "[]",
-                                       R"([{"UpdateUrl":"x"}])",
-                                       "{}",
-                                       R"({"updateurl":"x","UPDATEURL":"x"})",
-                                       R"({"Image":{"UpdateUrl":"x"}})"};
-    for (const std::string &json : kNoTexts) {
-        values.push_back(R"({"UpdateUrl":)" + json + "}");
-    }
-    return values;
-}
-
 // ---- UPDATE_IMMEDIATE --------------------------------------------------------------------------
 
 Request image_at(const std::string &address)
@@ -54,16 +36,6 @@ TEST_F(FirmwareUpdateTest, WithoutAnyPartAnUpdateHasNothingToDo)
                            {"Dpihttp", "1"},
                            {"UpdateUrl", R"("x")"}});
     EXPECT_EQ(run("UPDATE_IMMEDIATE", request.json()), request.followed_by(R"("Status":"0")"));
-    EXPECT_EQ(control.workers(), 0u);
-}
-
-TEST_F(FirmwareUpdateTest, AnImageNeedsAnAddress)
-{
-    for (const std::string &json : without_address()) {
-        EXPECT_EQ(run("UPDATE_IMMEDIATE", image(json).json()),
-                  kNothing.followed_by(failure("json no UpdateUrl")))
-            << json;
-    }
     EXPECT_EQ(control.workers(), 0u);
 }
 
@@ -114,17 +86,6 @@ TEST_F(FirmwareUpdateTest, TheOtherPartsOverrideTheImage)
             }
         }
     }
-}
-
-TEST_F(FirmwareUpdateTest, AnUpdateReadsAndConsumesTheFirstOfRepeatedKeys)
-{
-    EXPECT_EQ(run("UPDATE_IMMEDIATE",
-                  R"({"Dpi":1,"image":0,"Image":{"UpdateUrl":"one","UpdateUrl":"two"},"DpiHttp":1,)"
-                  R"("Image":{"UpdateUrl":"three"},"Dpi":2,"DpiHttp":2})"),
-              R"({"image":0,"Image":{"UpdateUrl":"three"},"Dpi":2,"DpiHttp":2,"Status":"0"})");
-    EXPECT_EQ(calls(), whole_update("one"));
-    EXPECT_EQ(run("UPDATE_IMMEDIATE", R"({"Image":{},"Image":{"UpdateUrl":"two"}})"),
-              R"({"Image":{"UpdateUrl":"two"},)" + failure("json no UpdateUrl") + "}");
 }
 
 TEST_F(FirmwareUpdateTest, ASecondUpdateIsRefusedWhileOneIsUnderWay)
@@ -185,27 +146,6 @@ TEST_F(FirmwareUpdateTest, ChildRoutersAreTakenOutInEveryCase)
     }
 }
 
-TEST_F(FirmwareUpdateTest, ADownloadNeedsTheMainRouter)
-{
-    for (const Request &request :
-         {kEmpty, kNothing, kEmpty.with("mainrouter", R"({"UpdateUrl":"x"})"),
-          Request({{"MAINROUTER", R"({"UpdateUrl":"x"})"}, {"childrouter", "1"}})}) {
-        EXPECT_EQ(run("IMAGE_DOWNLOAD", request.json()),
-                  request.followed_by(failure("Get mainrouter error")));
-    }
-    EXPECT_EQ(control.workers(), 0u);
-}
-
-TEST_F(FirmwareUpdateTest, ADownloadNeedsTheMainRoutersAddress)
-{
-    for (const std::string &json : without_address()) {
-        EXPECT_EQ(run("IMAGE_DOWNLOAD", router(json).json()),
-                  kNothing.followed_by(failure("Get UpdateUrl null")))
-            << json;
-    }
-    EXPECT_EQ(control.workers(), 0u);
-}
-
 TEST_F(FirmwareUpdateTest, ADownloadThatCannotStartSaysSo)
 {
     {
@@ -217,16 +157,6 @@ TEST_F(FirmwareUpdateTest, ADownloadThatCannotStartSaysSo)
     EXPECT_EQ(run("IMAGE_DOWNLOAD", kRouter.json()), refused(kNoThread));
     EXPECT_FALSE(is_busy());
     EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(FirmwareUpdateTest, ADownloadConsumesTheFirstOfRepeatedKeys)
-{
-    EXPECT_EQ(run("IMAGE_DOWNLOAD",
-                  R"({"MainRouter":{"UpdateUrl":"one","UpdateUrl":"two"},"ChildRouter":1,)"
-                  R"("mainrouter":0,"MainRouter":{"UpdateUrl":"three"},"ChildRouter":2})"),
-              R"({"mainrouter":0,"MainRouter":{"UpdateUrl":"three"},"ChildRouter":2,)"
-              R"("Status":"0","updateResult":"0"})");
-    EXPECT_EQ(calls(), whole_update("one"));
 }
 
 } // namespace firmware_start_test

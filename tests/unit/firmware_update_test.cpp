@@ -24,36 +24,6 @@ TEST_F(FirmwareUpdateTest, TheStatusIsReported)
               (Calls{{"devapi_get_update_status_info", {kZeroedStatus}}}));
 }
 
-TEST_F(FirmwareUpdateTest, TheStatusIsReadNoFurtherThanItsFields)
-{
-    when<devapi_get_update_status_info>([](UpdateStatusInfo *info) {
-        fill(info->Name);
-        fill(info->HWVersion);
-        fill(info->FWVersion);
-        fill(info->FWDATA);
-        fill(info->DeviceType);
-        fill(info->AreaCode);
-        return 0;
-    });
-    const std::string text = quoted(text_of_length(64));
-    EXPECT_EQ(run("HG_GET_UPDATE_STATUS"),
-              R"({"Status":"0","up_status":"0","name":)" + text + R"(,"HWVersion":)" + text +
-                  R"(,"FWVersion":)" + text + R"(,"FWDATA":)" + text + R"(,"DeviceType":)" + text +
-                  R"(,"AreaCode":)" + quoted(text_of_length(40)) + "}");
-}
-
-TEST_F(FirmwareUpdateTest, TheStatusMayBeUnknown)
-{
-    for (const int32_t result : kFailures) {
-        when<devapi_get_update_status_info>([result](UpdateStatusInfo *info) {
-            memset(info, 'x', sizeof *info);
-            return result;
-        });
-        EXPECT_EQ(run("HG_GET_UPDATE_STATUS", R"({"First":1})"),
-                  R"({"First":1,)" + failure("get update status info failed") + "}");
-    }
-}
-
 // ---- HG_IMAGE_DOWNLOAD -------------------------------------------------------------------------
 
 const Request kDownload({{"First", "1"}, {"UpdateUrl", quoted(kAddress)}, {"Last", "{}"}});
@@ -82,44 +52,6 @@ TEST_F(FirmwareUpdateTest, ADownloadTakesAnyAddress)
     }
 }
 
-TEST_F(FirmwareUpdateTest, ADownloadReadsAndConsumesTheFirstAddress)
-{
-    EXPECT_EQ(run("HG_IMAGE_DOWNLOAD",
-                  R"({"updateurl":"no","UpdateUrl":"one","UpdateUrl":"two","UPDATEURL":"no"})"),
-              R"({"updateurl":"no","UpdateUrl":"two","UPDATEURL":"no","Status":"0"})");
-    EXPECT_EQ(recording_device::calls().at(1), (Call{"devapi_download_image", {"one", "0"}}));
-}
-
-TEST_F(FirmwareUpdateTest, ADownloadNeedsAnAddress)
-{
-    std::vector<Request> requests = {
-        kDownload.without("UpdateUrl"), kEmpty.with("updateurl", quoted(kAddress)),
-        kEmpty.with("UPDATEURL", quoted(kAddress)), kEmpty.with("Image", R"({"UpdateUrl":"x"})")};
-    for (const std::string &json : kNoTexts) {
-        requests.push_back(kDownload.with("UpdateUrl", json));
-    }
-    const Busy busy; // the address is looked at before anything else
-    for (const Request &request : requests) {
-        EXPECT_EQ(run("HG_IMAGE_DOWNLOAD", request.json()),
-                  request.followed_by(failure("json_url node null")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(FirmwareUpdateTest, ADownloadNeedsADeviceThatAnswers)
-{
-    for (const int32_t result : kFailures) {
-        recording_device::reset();
-        when<devapi_get_update_status_info>([result](UpdateStatusInfo *) { return result; });
-        const Busy busy; // the device is asked before the lock is tried
-        EXPECT_EQ(run("HG_IMAGE_DOWNLOAD", kDownload.json()),
-                  kDownload.followed_by(failure("get update status error")));
-        EXPECT_EQ(recording_device::calls(),
-                  (Calls{{"devapi_get_update_status_info", {kZeroedStatus}}}));
-    }
-    EXPECT_FALSE(is_busy());
-}
-
 TEST_F(FirmwareUpdateTest, ADownloadIsRefusedWhileAnotherIsUnderWay)
 {
     const Busy busy;
@@ -128,16 +60,6 @@ TEST_F(FirmwareUpdateTest, ADownloadIsRefusedWhileAnotherIsUnderWay)
     EXPECT_EQ(recording_device::calls(),
               (Calls{{"devapi_get_update_status_info", {kZeroedStatus}}}));
     EXPECT_TRUE(is_busy());
-}
-
-TEST_F(FirmwareUpdateTest, ADownloadMayFail)
-{
-    for (const int32_t result : kFailures) {
-        when<devapi_download_image>([result](const char *, int32_t) { return result; });
-        EXPECT_EQ(run("HG_IMAGE_DOWNLOAD", kDownload.json()),
-                  kDownload.followed_by(failure("hg download image failed")));
-        EXPECT_FALSE(is_busy());
-    }
 }
 
 // ---- IMAGE_UPDATE ------------------------------------------------------------------------------
@@ -168,16 +90,6 @@ TEST_F(FirmwareUpdateTest, AFlashIsDoneWithinTheCommand)
     EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_update_image", {}}}));
 }
 
-TEST_F(FirmwareUpdateTest, AFlashMayFail)
-{
-    for (const int32_t result : kFailures) {
-        when<devapi_update_image>([result] { return result; });
-        EXPECT_EQ(run("IMAGE_UPDATE", kFlash.json()),
-                  kFlash.without("MainRouter").followed_by(failure("update image failed")));
-        EXPECT_FALSE(is_busy());
-    }
-}
-
 TEST_F(FirmwareUpdateTest, AFlashIsRefusedWhileAnotherIsUnderWay)
 {
     const Busy busy;
@@ -197,55 +109,6 @@ TEST_F(FirmwareUpdateTest, AnythingButOneFlashesNothing)
                   request.without("MainRouter").followed_by(R"("Status":"0")"));
     }
     EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(FirmwareUpdateTest, AFlashNeedsTheMainRouter)
-{
-    for (const Request &request :
-         {kEmpty, kFlash.without("MainRouter"), kEmpty.with("mainrouter", R"({"Update":"1"})"),
-          kEmpty.with("MAINROUTER", R"({"Update":"1"})"), kEmpty.with("Update", R"("1")")}) {
-        EXPECT_EQ(run("IMAGE_UPDATE", request.json()),
-                  request.followed_by(failure("Get MainRouter error")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(FirmwareUpdateTest, AFlashNeedsAnUpdateText)
-{
-    std::vector<std::string> routers = {"null",
-                                        "7",
-                                        "true",
-                                        R"("1")",
-                                        R"("Update")",
-                                        "[]",
-                                        R"(["1"])",
-                                        R"([{"Update":"1"}])",
-                                        "{}",
-                                        R"({"update":"1"})",
-                                        R"({"UPDATE":"1"})",
-                                        R"({"x":{"Update":"1"}})"};
-    for (const std::string &json : kNoTexts) {
-        routers.push_back(R"({"Update":)" + json + "}");
-    }
-    const Busy busy;
-    for (const std::string &router : routers) {
-        EXPECT_EQ(run("IMAGE_UPDATE", flash(router).json()),
-                  flash("").without("MainRouter").followed_by(failure("Get Update error")))
-            << router;
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(FirmwareUpdateTest, AFlashReadsAndConsumesTheFirstOfRepeatedKeys)
-{
-    EXPECT_EQ(run("IMAGE_UPDATE", R"({"mainrouter":0,"MainRouter":{"Update":"1","Update":"0"},)"
-                                  R"("MainRouter":{"Update":"0"},"MAINROUTER":0})"),
-              R"({"mainrouter":0,"MainRouter":{"Update":"0"},"MAINROUTER":0,"Status":"0"})");
-    EXPECT_EQ(recording_device::calls().size(), 1u);
-    EXPECT_EQ(run("IMAGE_UPDATE", R"({"MainRouter":{"Update":"0","Update":"1"},)"
-                                  R"("MainRouter":{"Update":"1"}})"),
-              R"({"MainRouter":{"Update":"1"},"Status":"0"})");
-    EXPECT_EQ(recording_device::calls().size(), 1u);
 }
 
 // ---- HG_IMAGE_UPDATE ---------------------------------------------------------------------------
@@ -268,15 +131,6 @@ TEST_F(FirmwareUpdateTest, AnUnguardedFlashNeedsNoLock)
     EXPECT_TRUE(is_busy());
 }
 
-TEST_F(FirmwareUpdateTest, AnUnguardedFlashMayFail)
-{
-    for (const int32_t result : kFailures) {
-        when<devapi_update_image>([result] { return result; });
-        EXPECT_EQ(run("HG_IMAGE_UPDATE", kUnguardedFlash.json()),
-                  kUnguardedFlash.followed_by(failure("gghelper_update_image failed")));
-    }
-}
-
 TEST_F(FirmwareUpdateTest, AnythingButOneFlashesNothingUnguarded)
 {
     for (const std::string &update : kNotNow) {
@@ -285,21 +139,6 @@ TEST_F(FirmwareUpdateTest, AnythingButOneFlashesNothingUnguarded)
     }
     EXPECT_EQ(run("HG_IMAGE_UPDATE", R"({"Update":"0","Update":"1"})"),
               R"({"Update":"0","Update":"1","Status":"0"})");
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(FirmwareUpdateTest, AnUnguardedFlashNeedsAnUpdateText)
-{
-    std::vector<Request> requests = {
-        kEmpty, kUnguardedFlash.without("Update"), kEmpty.with("update", R"("1")"),
-        kEmpty.with("UPDATE", R"("1")"), kEmpty.with("MainRouter", R"({"Update":"1"})")};
-    for (const std::string &json : kNoTexts) {
-        requests.push_back(kUnguardedFlash.with("Update", json));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run("HG_IMAGE_UPDATE", request.json()),
-                  request.followed_by(failure("json node null")));
-    }
     EXPECT_TRUE(recording_device::calls().empty());
 }
 

@@ -99,55 +99,6 @@ TEST_F(BaseInfoTest, FailsOnlyWhenNothingIsKnown)
     EXPECT_EQ(recording_device::calls().size(), 3u * 3 * 8) << "all three calls, whatever fails";
 }
 
-TEST_F(BaseInfoTest, ReadsNoFurtherThanAField)
-{
-    when<devapi_get_hg_base_info>([](HgBaseInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    when<devapi_get_wan_ip_info>([](WanIpInfo *info) {
-        memset(info, 'y', sizeof *info);
-        return 0;
-    });
-    const std::string text = run("GET_HG_BASE_INFO");
-    const Json object = parse(text);
-    for (const BaseKey &key : kBaseKeys) {
-        EXPECT_EQ(cJSON_GetObjectItem(object.get(), key.key)->valuestring,
-                  std::string(key.width, 'x'));
-    }
-    EXPECT_EQ(cJSON_GetObjectItem(object.get(), "Dns")->valuestring, std::string(65, 'y'));
-    EXPECT_EQ(cJSON_GetObjectItem(object.get(), "WanGateWay")->valuestring, std::string(32, 'y'));
-}
-
-TEST_F(BaseInfoTest, DeletesNothing)
-{
-    EXPECT_EQ(run("GET_HG_BASE_INFO", R"({"Name":"x"})"),
-              R"({"Name":"x",)" + reply(true, true, true).substr(1));
-}
-
-TEST_F(BaseInfoTest, WithoutMemoryFailsOrAddsNothing)
-{
-    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
-        for (size_t first = 0;; ++first) {
-            const Json object = parse("{}");
-            bool failed;
-            {
-                const FailingMemory memory(first, how);
-                hg_process_json_cmd("GET_HG_BASE_INFO", object.get());
-                failed = memory.has_failed();
-            }
-            if (!failed) {
-                EXPECT_EQ(first, 1 + 2u * 25);
-                break;
-            }
-            EXPECT_EQ(print(object.get()),
-                      how == FailingMemory::Fail::kOnce
-                          ? R"({"Status":"1","FailReason":"get base info error!"})"
-                          : "{}");
-        }
-    }
-}
-
 // ---- json_get_home_page_info -------------------------------------------------------------------
 
 std::string home_page()
@@ -286,32 +237,6 @@ TEST_F(GatewaySettingsTest, PppoeThatIsNotExactlyOneHidesItsAccount)
         pppoe_is(enable);
         EXPECT_EQ(run("GET_HG_PPPOE_INFO"), R"({"Status":"0","Enable":"0"})") << enable;
     }
-}
-
-TEST_F(GatewaySettingsTest, ThePppoeFieldsAreReadNoFurther)
-{
-    when<devapi_get_hg_pppoe_info>([](PppoeInfo *info) {
-        fill(info->Account);
-        fill(info->Password);
-        strcpy(info->Enable, "1");
-        return 0;
-    });
-    EXPECT_EQ(run("GET_HG_PPPOE_INFO"), R"({"Status":"0","Enable":"1","Account":")" +
-                                            text_of_length(64) + R"(","Password":")" +
-                                            text_of_length(64) + R"("})");
-}
-
-TEST_F(GatewaySettingsTest, PppoeThatCannotBeReadFails)
-{
-    for (const int32_t result : {-1, 1, -2, 1000}) {
-        when<devapi_get_hg_pppoe_info>([result](PppoeInfo *info) {
-            strcpy(info->Enable, "1");
-            return result;
-        });
-        EXPECT_EQ(run("GET_HG_PPPOE_INFO", R"({"Enable":"x"})"),
-                  R"({"Enable":"x","Status":"1","FailReason":"get hg pppoe info failed"})");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
 } // namespace gateway_settings_test

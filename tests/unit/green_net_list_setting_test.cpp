@@ -1,6 +1,5 @@
 #include "failing_memory.h"
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -292,32 +291,6 @@ TEST_F(GreenNetListSettingTest, EachDeviceIsItsOwn)
     EXPECT_STREQ(stored.NewEntry, "0");
 }
 
-TEST_F(GreenNetListSettingTest, OnlyTheFirstOfRepeatedKeysIsRead)
-{
-    const std::string twice =
-        R"({"mac":"AA:BB","NAME":"tablet","notifyenable":"1",)" + element("CC:DD").substr(1);
-    EXPECT_EQ(run(kCommand, R"({"devicelist":[)" + twice + R"(],"DeviceList":[7],"DEVICELIST":1})"),
-              R"({"DeviceList":[7],"DEVICELIST":1,"Status":"0"})");
-    const GreenHostInfo expected = record("5", "AA:BB", "0");
-    EXPECT_EQ(recording_device::calls().at(2).arguments[0], contents(&expected));
-    EXPECT_EQ(listed(), "AA:BB,");
-}
-
-TEST_F(GreenNetListSettingTest, WithoutMemoryTheTableStays)
-{
-    for (const std::string &elements : {element("AA:BB") + "," + element("CC:DD"), std::string()}) {
-        const size_t allocations = sweep_memory(
-            kCommand, list_of(elements), [this] { program_table(); },
-            [](const std::string &object, FailingMemory::Fail how) {
-                EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                      ? reply(failure("malloc mac_list failed"))
-                                      : R"({"First":1,"Last":2})");
-                EXPECT_TRUE(recording_device::calls().empty());
-            });
-        EXPECT_EQ(allocations, 1u);
-    }
-}
-
 // The devices are stored by then: half of what apps are told of it would say the opposite.
 TEST_F(GreenNetListSettingTest, WithoutMemoryARefusedRemovalIsNotToldByHalf)
 {
@@ -336,32 +309,6 @@ TEST_F(GreenNetListSettingTest, WithoutMemoryARefusedRemovalIsNotToldByHalf)
             EXPECT_EQ(listed(), "AA:BB,");
         }
     }
-}
-
-TEST_F(GreenNetListSettingTest, WithoutMemoryARefusalIsSilent)
-{
-    sweep_memory(
-        kCommand, list_of(element("AA:BB")),
-        [this] {
-            program_table();
-            when<devapi_set_green_net_info>([](const GreenHostInfo *) { return -1; });
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            const bool reached = !recording_device::calls().empty();
-            EXPECT_EQ(object, reached || how == FailingMemory::Fail::kLastingly
-                                  ? R"({"First":1,"Last":2})"
-                                  : reply(failure("malloc mac_list failed")));
-        });
-}
-
-TEST_F(GreenNetListSettingTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const std::string text = R"([{"DeviceList":[]},[]])";
-    const Json array = parse(text);
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), text);
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace green_net_list_setting_test

@@ -150,32 +150,6 @@ TEST_F(GreenNetListTest, EntriesWithoutAMacAreCountedAndLeftOut)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GreenNetListTest, ReadsNoFurtherThanItsFields)
-{
-    entries_are(1);
-    when<devapi_get_green_net_info>([](GreenHostInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const std::string x8(8, 'x');
-    const std::string x64(64, 'x');
-    EXPECT_EQ(run(kCommand), R"({"Status":"0","DeviceList":[{"Mac":")" + x64 + R"(","Name":")" +
-                                 x64 + R"(","NotifyEnable":")" + x8 + R"(","ProtectEnable":")" +
-                                 x8 + "\"}]}");
-}
-
-TEST_F(GreenNetListTest, AListNeedsItsCount)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        recording_device::reset();
-        entries_are(3, result);
-        EXPECT_EQ(run(kCommand, R"({"DeviceList":[]})"),
-                  R"({"DeviceList":[],)" + failure("get host num failed") + "}");
-        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_num"});
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 // The one list that memory may shorten: the log says by how much.
 TEST_F(GreenNetListTest, ADeviceWithoutMemoryIsLeftOutAndLogged)
 {
@@ -201,16 +175,6 @@ TEST_F(GreenNetListTest, ADeviceWithoutMemoryIsLeftOutAndLogged)
             }
         });
     EXPECT_EQ(allocations, 1 + 1 + 2 * (1 + 2u * 4));
-}
-
-TEST_F(GreenNetListTest, WhatIsNoObjectIsLeftAlone)
-{
-    entries_are(1);
-    table_has({1});
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[{}]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[{}]");
 }
 
 } // namespace green_net_list_test

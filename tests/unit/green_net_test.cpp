@@ -1,6 +1,5 @@
 // The switch of parental control, and the notices about its devices.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -54,19 +53,6 @@ TEST_F(GreenNetTest, ASwitchThatCannotBeReadIsLogged)
     }
 }
 
-TEST_F(GreenNetTest, TheSwitchIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kGetSwitch, "{}", [] { switch_is("1"); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get green net enable failed") + "}"
-                                  : "{}");
-            EXPECT_TRUE(recording_host::log_lines().empty());
-        });
-    EXPECT_EQ(allocations, 3u);
-}
-
 // ---- SET_GREENNET_NOTIFY_ENABLE ----------------------------------------------------------------
 
 constexpr char kNotify[] = "SET_GREENNET_NOTIFY_ENABLE";
@@ -93,22 +79,6 @@ TEST_F(GreenNetTest, SwitchesTheNoticesOfADevice)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GreenNetTest, NoticesNeedBothKeys)
-{
-    for (const auto &[key, json] : kNotifyRequest.keys()) {
-        std::vector<Request> requests = {kNotifyRequest.without(key), Request({})};
-        for (const std::string &no_text : kNoTexts) {
-            requests.push_back(kNotifyRequest.with(key, no_text));
-        }
-        for (const Request &request : requests) {
-            EXPECT_EQ(run(kNotify, request.json()),
-                      request.followed_by(failure("json node: list not found")));
-        }
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(GreenNetTest, NoticesNeedADeviceOfTheTable)
 {
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
@@ -118,17 +88,6 @@ TEST_F(GreenNetTest, NoticesNeedADeviceOfTheTable)
                   "{" + failure("get host index failed.") + "}")
             << result;
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(GreenNetTest, NoticesThatCannotBeSwitchedFail)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        index_is(3);
-        when<devapi_set_green_net_notify>([result](const GreenHostInfo *) { return result; });
-        EXPECT_EQ(run(kNotify, kNotifyRequest.with("Other", "1").json()),
-                  R"({"Other":1,)" + failure("set host notify failed.") + "}");
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
@@ -160,44 +119,6 @@ TEST_F(GreenNetTest, NoticesCutTheirTexts)
     }
 }
 
-TEST_F(GreenNetTest, OnlyTheFirstOfRepeatedKeysIsReadAndConsumed)
-{
-    for (const int32_t result : {1, 0}) {
-        recording_device::reset();
-        index_is(1, result);
-        EXPECT_EQ(
-            run(kNotify, R"({"mac":"CC","notifyenable":"0",)" + kNotifyRequest.json().substr(1)),
-            kNotifyRequest.followed_by(result == 1 ? R"("Status":"0")"
-                                                   : failure("get host index failed.")));
-        EXPECT_EQ(recording_device::calls().at(0).arguments[0], "CC");
-    }
-}
-
-TEST_F(GreenNetTest, WithoutMemoryNoNoticesAreSwitched)
-{
-    const size_t allocations = sweep_memory(
-        kNotify, kNotifyRequest.json(), [] { index_is(1); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("set host notify failed.") + "}"
-                                  : "{}");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
 // ---- Both --------------------------------------------------------------------------------------
-
-TEST_F(GreenNetTest, WhatIsNoObjectIsLeftAlone)
-{
-    index_is(1);
-    for (const char *command : {kGetSwitch, "SET_GREENNET_ENABLE", kNotify}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const std::string text = R"([{"Mac":"m","NotifyEnable":"1","Enable":"1"}])";
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
-}
 
 } // namespace green_net_test

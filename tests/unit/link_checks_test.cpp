@@ -1,6 +1,5 @@
 // Access points on the channels, the check of the links, and the signal of a station.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <algorithm>
@@ -117,17 +116,6 @@ TEST_F(LinkChecksTest, ChannelsAndCountsMayBeAnyNumber)
     EXPECT_EQ(run(kCount), counts_reply(band, band));
 }
 
-TEST_F(LinkChecksTest, OnlyMinusOneFailsTheChannels)
-{
-    const Band band = {{7}, {8}};
-    for (const int32_t result : kAllButMinusOne) {
-        bands_are(band, 1, band, 1, result, 0);
-        EXPECT_EQ(run(kCount), counts_reply(band, band)) << result;
-        bands_are(band, 1, band, 1, 0, result);
-        EXPECT_EQ(run(kCount), counts_reply(band, band)) << result;
-    }
-}
-
 TEST_F(LinkChecksTest, BothCallsAreMadeEvenWhenTheFirstFails)
 {
     const Band band = {{7}, {8}};
@@ -144,19 +132,6 @@ TEST_F(LinkChecksTest, BothCallsAreMadeEvenWhenTheFirstFails)
         EXPECT_EQ(sent.channels_5g[0], 7);
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(LinkChecksTest, TheCountsAreReportedWholeOrNotAtAll)
-{
-    const Band band = {{7, 8}, {1, 2}};
-    const size_t allocations = sweep_memory(
-        kCount, "{}", [&] { bands_are(band, 2, band, 2); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("Get Wifi channel error") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 2u * (1 + 2 * (1 + 2 + 1)) + 1);
 }
 
 // ---- LINK_CHECK --------------------------------------------------------------------------------
@@ -236,31 +211,6 @@ TEST_F(LinkChecksTest, LinksAreReportedAsTheDeviceLeavesThem)
               R"("Wifi58Channel":"","Wifi58ChannelCheck":"","Status":"0"})");
 }
 
-TEST_F(LinkChecksTest, ReadsNoFurtherThanTheFieldsOfTheLinks)
-{
-    LinkInfo full;
-    memset(&full, 'x', sizeof full);
-    link_is(full);
-    ping_gives(-1);
-    const std::string x8 = quoted(std::string(8, 'x'));
-    const std::string x32 = quoted(std::string(32, 'x'));
-    EXPECT_EQ(run(kCheck), R"({"LanIP":)" + x32 + R"(,"WanIp":)" + x32 + R"(,"DnsCheck":)" + x8 +
-                               R"(,"DhcpCheck":)" + x8 + R"(,"PingCheck":"","Wifi24Enable":)" + x8 +
-                               R"(,"Wifi24Channel":)" + x8 + R"(,"Wifi24ChannelCheck":)" + x8 +
-                               R"(,"Wifi58Enable":)" + x8 + R"(,"Wifi58Channel":)" + x8 +
-                               R"(,"Wifi58ChannelCheck":)" + x8 + R"(,"Status":"0"})");
-}
-
-TEST_F(LinkChecksTest, TheLinksAreReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kCheck, "{}", [] { link_is(kLink); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2u * 11);
-}
-
 // ---- GET_STA_RSSI ------------------------------------------------------------------------------
 
 constexpr char kSignal[] = "GET_STA_RSSI";
@@ -297,42 +247,6 @@ TEST_F(LinkChecksTest, HandsTheAddressOnWhole)
     }
     run(kSignal, R"({"ip":"first","IP":"second"})");
     EXPECT_EQ(recording_device::calls().back().arguments[0], "first");
-}
-
-TEST_F(LinkChecksTest, ASignalNeedsItsAddress)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Ip4", R"("A")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kStation.with("IP", no_text));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kSignal, request.json()),
-                  request.followed_by(failure("rssi get ip is NULL")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(LinkChecksTest, OnlyMinusOneFailsTheSignal)
-{
-    for (const int32_t result : kAllButMinusOne) {
-        signal_is(-40, result);
-        EXPECT_EQ(run(kSignal, kStation.json()), kStation.followed_by(R"("Dbm":-40,"Status":"0")"));
-    }
-    signal_is(-40, -1);
-    EXPECT_EQ(run(kSignal, kStation.json()), kStation.followed_by(failure("get scan rssi failed")));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(LinkChecksTest, TheSignalIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kSignal, kStation.json(), [] { signal_is(-40); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, kStation.followed_by(how == FailingMemory::Fail::kOnce
-                                                       ? failure("get scan rssi failed")
-                                                       : ""));
-        });
-    EXPECT_EQ(allocations, 1u + 1);
 }
 
 } // namespace link_checks_test

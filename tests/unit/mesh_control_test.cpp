@@ -1,6 +1,5 @@
 // Mesh, pairing, LEDs and the first configuration, as far as they follow no pattern.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 namespace mesh_control_test {
@@ -57,45 +56,6 @@ TEST_F(MeshControlTest, TheMeshKnowsNothingButOnAndOff)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(MeshControlTest, TheMeshNeedsItsSwitch)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Other", R"("1")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kOn.with("Enable", no_text).with("Other", "1"));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kSetUp, request.json()),
-                  request.followed_by(failure("Enable missing or not string")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(MeshControlTest, OnlyTheFirstOfRepeatedSwitchesIsReadAndConsumed)
-{
-    EXPECT_EQ(run(kSetUp, R"({"ENABLE":"0","Enable":"1"})"), kOn.followed_by(R"("Status":"0")"));
-    EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"0"}}}));
-    EXPECT_EQ(run(kSetUp, R"({"enable":"7","Enable":"1"})"),
-              kOn.followed_by(failure("Enable invalid")));
-    EXPECT_EQ(run(kSetUp, R"({"enable":7,"Enable":"1"})"),
-              R"({"enable":7,"Enable":"1",)" + failure("Enable missing or not string") + "}");
-    EXPECT_EQ(recording_device::calls().size(), 1u);
-}
-
-TEST_F(MeshControlTest, WithoutMemoryTheMeshStaysAsItIs)
-{
-    for (const Request &request : {kOn, kOff}) {
-        const size_t allocations = sweep_memory(
-            kSetUp, request.json(), [] {},
-            [](const std::string &object, FailingMemory::Fail how) {
-                EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-                EXPECT_TRUE(recording_device::calls().empty());
-                EXPECT_TRUE(recording_host::log_lines().empty());
-            });
-        EXPECT_EQ(allocations, 1u);
-    }
-}
-
 // ---- Results that clients are told apart -------------------------------------------------------
 
 TEST_F(MeshControlTest, ABusyMeshIsToldByItsResult)
@@ -134,18 +94,6 @@ TEST_F(MeshControlTest, LedsAreSetBySwitchColourAndBrightness)
         R"({"Other":1,"Status":"0"})");
     EXPECT_EQ(recording_device::calls(),
               (std::vector<Call>{{"devapi_set_sta_led", {"1", "blue", "80"}}}));
-}
-
-TEST_F(MeshControlTest, LedsNeedAllThreeKeys)
-{
-    const Request whole(
-        {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
-    for (const auto &[key, json] : whole.keys()) {
-        const Request request = whole.without(key);
-        EXPECT_EQ(run("SET_LED_STATUS", request.json()),
-                  request.followed_by(failure("LedCoLor, LedLight or Led_Switch is NULL")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 TEST_F(MeshControlTest, ALedValueThatIsNoTextReachesTheDeviceAsNone)
@@ -234,30 +182,6 @@ TEST_F(MeshControlTest, TheConfigurationStateIsReportedAsZeroOrOne)
               Names(std::size(states), "devapi_get_tslink_config"));
 }
 
-TEST_F(MeshControlTest, AConfigurationStateThatCannotBeReadFails)
-{
-    for (const int32_t result : kResults) {
-        state_is(1, result);
-        EXPECT_EQ(run(kIsConfigured, R"({"Other":1})"),
-                  result == 0
-                      ? R"({"Other":1,"ConfiguerStatus":"1","Status":"0"})"
-                      : R"({"Other":1,)" + failure("devapi get tslink config failed") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(MeshControlTest, TheConfigurationStateIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kIsConfigured, "{}", [] { state_is(1); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("devapi get tslink config failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 3u);
-}
-
 // ---- All ---------------------------------------------------------------------------------------
 
 TEST_F(MeshControlTest, SettingsAreNotLogged)
@@ -272,19 +196,6 @@ TEST_F(MeshControlTest, SettingsAreNotLogged)
     }
     EXPECT_EQ(recording_device::calls().size(), 6u);
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(MeshControlTest, WhatIsNoObjectIsLeftAlone)
-{
-    const std::string text = R"([{"Enable":"1","ConfiguerStatus":"1","MAC":"A","heartbeat":"5"}])";
-    for (const char *command : {kSetUp, kConfigure, kIsConfigured, "DEL_LAN_DEVICE",
-                                "SET_KAA_HEARTBEAT", "SET_LED_STATUS", "SET_MESH_PAIR"}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
-    EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_tslink_config"));
 }
 
 } // namespace mesh_control_test

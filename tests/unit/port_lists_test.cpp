@@ -1,13 +1,10 @@
 // What the ports carry, and which connections they serve. Entries that are not freed are found by
 // the address sanitizer.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
-#include "traffic.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 namespace port_lists_test {
 
@@ -98,21 +95,6 @@ TEST_F(PortListsTest, NoPortsAreAnEmptyList)
     }
 }
 
-TEST_F(PortListsTest, ReadsNoFurtherThanTheFieldsOfAPort)
-{
-    when<devapi_get_port_statistics_info>([](PortStatisticsInfo *info) {
-        info->count = 1;
-        info->entries = static_cast<PortStatistics *>(malloc(sizeof(PortStatistics)));
-        memset(info->entries, 'x', sizeof(PortStatistics));
-        return 0;
-    });
-    const std::string x32 = quoted(std::string(32, 'x'));
-    EXPECT_EQ(run(kStatistics), R"({"port_stat_list":[{"Port":)" + quoted(std::string(16, 'x')) +
-                                    R"(,"tx_traffic":)" + x32 + R"(,"rx_traffic":)" + x32 +
-                                    R"(,"tx_packets":)" + x32 + R"(,"rx_packets":)" + x32 +
-                                    R"(}],"Status":"0"})");
-}
-
 TEST_F(PortListsTest, StatisticsThatCannotBeReadMayHandOverMemory)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
@@ -123,33 +105,6 @@ TEST_F(PortListsTest, StatisticsThatCannotBeReadMayHandOverMemory)
         }
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-// The reply to each allocation that fails once, in a list of two entries with so many texts.
-template <class Reply> std::vector<std::string> replies_without(size_t texts, Reply reply)
-{
-    const std::string error = "{" + failure("cJSON_CreateArray error") + "}";
-    std::vector<std::string> replies = {error};
-    replies.insert(replies.end(), 1 + 2 * texts, "{" + reply(1, 2));
-    replies.insert(replies.end(), 1 + 2 * texts, "{" + reply(0, 1));
-    replies.push_back(error); // the status
-    return replies;
-}
-
-TEST_F(PortListsTest, APortWithoutMemoryIsLeftOut)
-{
-    const std::vector<std::string> replies = replies_without(5, statistics_reply);
-    size_t number = 0;
-    const size_t allocations = sweep_memory(
-        kStatistics, "{}", [] { statistics_are(2, 2); },
-        [&](const std::string &object, FailingMemory::Fail how) {
-            const bool once = how == FailingMemory::Fail::kOnce;
-            EXPECT_EQ(object, once ? replies[number++] : "{}");
-            if (once) {
-                record_traffic(kStatistics, "{}", object);
-            }
-        });
-    EXPECT_EQ(allocations, replies.size());
 }
 
 // ---- GET_PORT_BINDING --------------------------------------------------------------------------
@@ -202,45 +157,6 @@ TEST_F(PortListsTest, ReportsNoMoreThanEightBindings)
     }
 }
 
-TEST_F(PortListsTest, ReadsNoFurtherThanTheFieldsOfABinding)
-{
-    when<devapi_get_port_binding_info>([](PortBindingInfo *info) {
-        memset(info, 'x', sizeof *info);
-        info->count = 1;
-        return 0;
-    });
-    EXPECT_EQ(run(kBinding), R"({"port_stat_list":[{"Index":)" + quoted(std::string(16, 'x')) +
-                                 R"(,"WANName":)" + quoted(std::string(32, 'x')) +
-                                 R"(,"BoundPorts":)" + quoted(std::string(288, 'x')) +
-                                 R"(}],"Status":"0"})");
-}
-
-TEST_F(PortListsTest, BindingsThatCannotBeReadFail)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
-        bindings_are(3, result);
-        EXPECT_EQ(run(kBinding, R"({"Other":1})"),
-                  R"({"Other":1,)" + failure("get port binding info error") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(PortListsTest, ABindingWithoutMemoryIsLeftOut)
-{
-    const std::vector<std::string> replies = replies_without(3, binding_reply);
-    size_t number = 0;
-    const size_t allocations = sweep_memory(
-        kBinding, "{}", [] { bindings_are(2); },
-        [&](const std::string &object, FailingMemory::Fail how) {
-            const bool once = how == FailingMemory::Fail::kOnce;
-            EXPECT_EQ(object, once ? replies[number++] : "{}");
-            if (once) {
-                record_traffic(kBinding, "{}", object);
-            }
-        });
-    EXPECT_EQ(allocations, replies.size());
-}
-
 // ---- SET_PORT_BINDING --------------------------------------------------------------------------
 
 TEST_F(PortListsTest, BindsPortsByTheirIndex)
@@ -252,18 +168,5 @@ TEST_F(PortListsTest, BindsPortsByTheirIndex)
 }
 
 // ---- All ---------------------------------------------------------------------------------------
-
-TEST_F(PortListsTest, WhatIsNoObjectIsLeftAlone)
-{
-    const std::string text = R"([{"Index":"1","BoundPorts":"1"}])";
-    statistics_are(2, 2);
-    bindings_are(2);
-    for (const char *command : {kStatistics, kBinding, "SET_PORT_BINDING"}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
-}
 
 } // namespace port_lists_test

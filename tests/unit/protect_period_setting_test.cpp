@@ -1,8 +1,5 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
-
-#include <cstring>
 
 namespace protect_period_setting_test {
 
@@ -114,20 +111,6 @@ TEST_F(ProtectPeriodSettingTest, ProtectionIsOnWhenOnePeriodIs)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, NeedsAMac)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Sleep", "[]")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(Request({{"Mac", no_text}, {"Sleep", "[]"}}));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kCommand, request.json()),
-                  request.followed_by(failure("json node: mac not found")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(ProtectPeriodSettingTest, NeedsADeviceOfTheTable)
 {
     const std::string members = R"({"Mac":"AA:BB","Sleep":[],)";
@@ -213,17 +196,6 @@ TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, ProtectionThatCannotBeSwitchedFails)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        when<devapi_set_protect_enable>([result](int32_t, int32_t) { return result; });
-        for (const std::string &elements : {kPeriod.json(), std::string()}) {
-            EXPECT_EQ(run(kCommand, list_of(elements)),
-                      reply(failure("set PortectEnable failed!")));
-        }
-    }
-}
-
 TEST_F(ProtectPeriodSettingTest, CutsItsTexts)
 {
     for (const size_t length : {0u, 6u, 7u, 8u, 63u, 64u, 10000u}) {
@@ -257,57 +229,6 @@ TEST_F(ProtectPeriodSettingTest, TakesHundredsOfPeriods)
     }
     EXPECT_EQ(run(kCommand, list_of(elements)), reply(R"("Status":"0")"));
     EXPECT_EQ(recording_device::calls().size(), 2u + 2 * 300 + 1);
-}
-
-TEST_F(ProtectPeriodSettingTest, OnlyTheFirstOfRepeatedKeysIsRead)
-{
-    const std::string twice = R"({"starttime":"1","ENDTIME":"2","enable":"3","daysofweek":"4",)" +
-                              kPeriod.json().substr(1);
-    EXPECT_EQ(run(kCommand,
-                  R"({"mac":"a","Mac":"b","sleep":[)" + twice + R"(],"Sleep":[7],"SLEEP":"x"})"),
-              R"({"mac":"a","Mac":"b","Sleep":[7],"SLEEP":"x","Status":"0"})");
-    const ProtectPeriodInfo expected = {7, 0, "1", "2", "3", "4"};
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], "a");
-    EXPECT_EQ(recording_device::calls().at(3).arguments[0], contents(&expected));
-}
-
-TEST_F(ProtectPeriodSettingTest, WithoutMemoryTheOldPeriodsStay)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, list_of(kPeriod.json()), [] { index_is(7); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? reply(failure("del duration failed!"))
-                                  : R"({"Mac":"AA:BB","Last":2})");
-            EXPECT_EQ(recording_device::called_functions(),
-                      Names{"devapi_get_greennet_index_by_mac"});
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
-TEST_F(ProtectPeriodSettingTest, WithoutMemoryARefusalIsSilent)
-{
-    sweep_memory(
-        kCommand, list_of(kPeriod.json()),
-        [] {
-            index_is(7);
-            when<devapi_set_protect_enable>([](int32_t, int32_t) { return -1; });
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            const bool reached = recording_device::calls().size() > 1;
-            EXPECT_EQ(object, reached || how == FailingMemory::Fail::kLastingly
-                                  ? R"({"Mac":"AA:BB","Last":2})"
-                                  : reply(failure("del duration failed!")));
-        });
-}
-
-TEST_F(ProtectPeriodSettingTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[" + list_of("") + "]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[" + list_of("") + "]");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace protect_period_setting_test

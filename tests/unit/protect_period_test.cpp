@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -68,20 +67,6 @@ TEST_F(ProtectPeriodTest, ListsThePeriodsOfADevice)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(ProtectPeriodTest, AListNeedsAMac)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Macs", R"("x")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(Request({}).with("Mac", no_text));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kCommand, request.json()),
-                  request.followed_by(failure("json node: mac not found")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(ProtectPeriodTest, AListNeedsADeviceOfTheTable)
 {
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
@@ -119,62 +104,6 @@ TEST_F(ProtectPeriodTest, ThereMayBeNoPeriodsOrMany)
     periods_are(1000);
     const Json object = parse(run(kCommand, R"({"Mac":"x"})"));
     EXPECT_EQ(cJSON_GetArraySize(cJSON_GetObjectItem(object.get(), "Sleep")), 1000);
-}
-
-TEST_F(ProtectPeriodTest, APeriodThatCannotBeReadFailsTheList)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        for (const int32_t count : {3, 2000000, INT32_MAX}) {
-            recording_device::reset();
-            periods_are(count, 2, result);
-            EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"),
-                      R"({"Mac":"x",)" + failure("get protect period list failed") + "}");
-            EXPECT_EQ(recording_device::calls().size(), 4u);
-        }
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(ProtectPeriodTest, CutsTheMacAndReadsNoFurtherThanItsFields)
-{
-    periods_are(1);
-    when<devapi_get_protect_period_info>([](ProtectPeriodInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const std::string x(8, 'x');
-    for (const size_t length : {0u, 63u, 64u, 10000u}) {
-        const std::string mac = text_of_length(length);
-        EXPECT_EQ(run(kCommand, R"({"mac":)" + quoted(mac) + R"(,"Mac":"2"})"),
-                  R"({"mac":)" + quoted(mac) +
-                      R"(,"Mac":"2","Status":"0","Sleep":[{"StartTime":")" + x +
-                      R"(","EndTime":")" + x + R"(","Enable":")" + x + R"(","DaysOfWeek":")" + x +
-                      "\"}]}");
-        const auto calls = recording_device::calls();
-        EXPECT_EQ(calls[calls.size() - 3].arguments[0], mac.substr(0, 63));
-    }
-}
-
-TEST_F(ProtectPeriodTest, AreListedAllOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, R"({"Mac":"x"})", [] { periods_are(2); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object,
-                      how == FailingMemory::Fail::kOnce
-                          ? R"({"Mac":"x",)" + failure("get protect period list failed") + "}"
-                          : R"({"Mac":"x"})");
-        });
-    EXPECT_EQ(allocations, 1 + 1 + 2 * (1 + 2u * 4));
-}
-
-TEST_F(ProtectPeriodTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse(R"([{"Mac":"x"}])");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), R"([{"Mac":"x"}])");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace protect_period_test

@@ -1,8 +1,5 @@
 // GET_QOS_INFO: the applications and the rules of quality of service.
 #include "handler_test.h"
-#include "memory_sweep.h"
-#include "request.h"
-#include "traffic.h"
 
 #include <algorithm>
 #include <cstring>
@@ -141,84 +138,6 @@ TEST_F(QosReportTest, ARuleHasNoMoreThanThreeTypes)
                   R"({"Enable":"1","app_info_list":[],"classification_info_list":[)" +
                       rule(0, std::max(std::min(count, 3), 0)) + R"(],"Status":"0"})");
     }
-}
-
-TEST_F(QosReportTest, ReadsNoFurtherThanItsFields)
-{
-    QosInfo qos;
-    memset(&qos, 'x', sizeof qos);
-    qos.application_count = 1;
-    qos.rule_count = 1;
-    qos.rules[0].type_count = 1;
-    qos_is(qos);
-    const std::string x8 = quoted(std::string(8, 'x'));
-    const std::string x16 = quoted(std::string(16, 'x'));
-    const std::string x32 = quoted(std::string(32, 'x'));
-    const std::string x64 = quoted(std::string(64, 'x'));
-    const std::string named = R"({"Id":)" + x8 + R"(,"Name":)" + x32 + R"(,"PriorityLevel":)" + x8;
-    EXPECT_EQ(run(kCommand), R"({"Enable":)" + x8 + R"(,"app_info_list":[)" + named +
-                                 R"(}],"classification_info_list":[)" + named +
-                                 R"(,"type_list":[{"Type":)" + x16 + R"(,"Min":)" + x64 +
-                                 R"(,"Max":)" + x64 + R"(}]}],"Status":"0"})");
-}
-
-TEST_F(QosReportTest, AReportThatCannotBeReadFails)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
-        qos_is(report_of(1, 1), result);
-        EXPECT_EQ(run(kCommand, R"({"Other":1})"),
-                  R"({"Other":1,)" + failure("get uplink qos info error") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-// What is lost is the application, or the rule, whose memory failed; of a rule the reply says so,
-// in a first status.
-TEST_F(QosReportTest, EachStepWithoutMemoryHasItsReply)
-{
-    const std::string error = failure("cJSON_CreateArray error");
-    const std::string enable = R"({"Enable":"1",)";
-    const std::string applications[] = {
-        R"("app_info_list":[],)",
-        R"("app_info_list":)" + applications_up_to(1) + ",",
-    };
-    const auto rules = [](const std::string &elements) {
-        return R"("classification_info_list":[)" + elements + "],";
-    };
-    const std::string status = R"("Status":"0"})";
-
-    std::vector<std::string> replies;
-    const auto add = [&replies](size_t allocations, const std::string &reply) {
-        replies.insert(replies.end(), allocations, reply);
-    };
-    add(2, "{" + error + "}");    // Enable
-    add(1, enable + error + "}"); // applications
-    add(1 + 3 * 2, enable + applications[0] + rules(rule(0, 0) + "," + rule(1, 1)) + status);
-    add(1, enable + applications[1] + error + "}"); // rules
-    add(1 + 3 * 2 + 1, enable + applications[1] + error + "," + rules(rule(1, 1)) + status);
-    add(1 + 3 * 2 + 1 + 1 + 3 * 2,
-        enable + applications[1] + error + "," + rules(rule(0, 0)) + status);
-    add(1, "{" + error + "}"); // Status
-    size_t number = 0;
-    const size_t allocations = sweep_memory(
-        kCommand, "{}", [] { qos_is(report_of(1, 2)); },
-        [&](const std::string &object, FailingMemory::Fail how) {
-            const bool once = how == FailingMemory::Fail::kOnce;
-            EXPECT_EQ(object, once ? replies[number++] : "{}");
-            if (once) {
-                record_traffic(kCommand, "{}", object);
-            }
-            EXPECT_TRUE(recording_host::log_lines().empty());
-        });
-    EXPECT_EQ(allocations, replies.size());
-}
-
-TEST_F(QosReportTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[{}]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[{}]");
 }
 
 } // namespace qos_report_test

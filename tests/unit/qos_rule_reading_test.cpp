@@ -67,28 +67,6 @@ TEST_F(QosRuleReadingTest, SendsARuleWithItsTypes)
     expect_sent(kRule.with("Other", R"([{"x":null}])"), whole_rule());
 }
 
-TEST_F(QosRuleReadingTest, ARuleNeedsItsIdAndAction)
-{
-    for (const char *key : {"Id", "Action"}) {
-        expect_refused(kRule.without(key), kSelection);
-        expect_refused(action("2").without(key), kSelection);
-        for (const std::string &no_text : kNoTexts) {
-            expect_refused(kRule.with(key, no_text), kSelection);
-        }
-    }
-    expect_refused(Request({}), kSelection);
-}
-
-TEST_F(QosRuleReadingTest, ARuleNeedsItsNameAndPriority)
-{
-    for (const char *key : {"Name", "PriorityLevel"}) {
-        expect_refused(kRule.without(key), kDescription);
-        for (const std::string &no_text : kNoTexts) {
-            expect_refused(kRule.with(key, no_text).without("type_list"), kDescription);
-        }
-    }
-}
-
 TEST_F(QosRuleReadingTest, ToDeleteARuleTakesNoMoreThanItsIdAndAction)
 {
     const QosRule rule = {"5", "2", "", "", 0, {}};
@@ -164,39 +142,6 @@ TEST_F(QosRuleReadingTest, EachTypeUpToTheThirdNeedsItsKeys)
         }
         before += kType.json() + ",";
     }
-}
-
-TEST_F(QosRuleReadingTest, CutsItsTexts)
-{
-    for (const size_t length : {0u, 7u, 8u, 15u, 16u, 31u, 32u, 63u, 64u, 100000u}) {
-        const std::string text = text_of_length(length);
-        const std::string json = quoted(text);
-        const Request type = kType.with("Type", json).with("Min", json).with("Max", json);
-        const Request request = kRule.with("Id", json)
-                                    .with("Action", json)
-                                    .with("Name", json)
-                                    .with("PriorityLevel", json)
-                                    .with("type_list", "[" + type.json() + "]");
-        QosRule rule = {};
-        text.copy(rule.Id, 7);
-        text.copy(rule.Action, 7);
-        text.copy(rule.Name, 31);
-        text.copy(rule.PriorityLevel, 7);
-        rule.type_count = 1;
-        text.copy(rule.types[0].Type, 15);
-        text.copy(rule.types[0].Min, 63);
-        text.copy(rule.types[0].Max, 63);
-        expect_sent(request, rule);
-    }
-}
-
-TEST_F(QosRuleReadingTest, OnlyTheFirstOfRepeatedKeysIsReadAndConsumed)
-{
-    const std::string first = R"({"ID":"1","ACTION":"4","NAME":"n","PRIORITYLEVEL":"p",)"
-                              R"("TYPE_LIST":[{"type":"t","min":"1","max":"2","Type":"x"}],)";
-    EXPECT_EQ(run(kCommand, first + kRule.json().substr(1)), kRule.followed_by(R"("Status":"0")"));
-    const QosRule rule = {"1", "4", "n", "p", 1, {{"t", "1", "2", ""}}};
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&rule));
 }
 
 // ---- Called directly ---------------------------------------------------------------------------

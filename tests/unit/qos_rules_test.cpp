@@ -1,6 +1,5 @@
 // Rules of one's own: what the device makes of them.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "qos_rules_fixture.h"
 
 #include <algorithm>
@@ -64,25 +63,6 @@ TEST_F(QosRulesTest, ARefusedRuleKeepsItsId)
         }
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-// An added rule has to be answered with its identifier: without memory for it none is added.
-TEST_F(QosRulesTest, WithoutMemoryNoRuleIsSet)
-{
-    for (const char *text : {"1", "2", "3"}) {
-        const Request request = action(text).with("Other", "1");
-        const size_t allocations = sweep_memory(
-            kCommand, request.json(), [] {},
-            [](const std::string &object, FailingMemory::Fail how) {
-                const bool once = how == FailingMemory::Fail::kOnce;
-                EXPECT_EQ(object,
-                          once ? R"({"Id":"5","Other":1,)" + failure("set qos cls info error") + "}"
-                               : R"({"Id":"5","Other":1})");
-                EXPECT_TRUE(recording_device::calls().empty());
-                EXPECT_TRUE(recording_host::log_lines().empty());
-            });
-        EXPECT_EQ(allocations, 1u + 2);
-    }
 }
 
 } // namespace qos_rules_test

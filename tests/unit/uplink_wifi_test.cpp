@@ -153,29 +153,6 @@ TEST_F(UplinkWifiTest, LooksAtAbsenceFirst)
               (std::vector<LogLine>{{3, "can not find Band object!\n"}, kRefused}));
 }
 
-TEST_F(UplinkWifiTest, OnlyTheFirstOfRepeatedKeysIsReadAndConsumed)
-{
-    EXPECT_EQ(run(kCommand, R"({"ssid":"1","pwd":"2","encrypt":"3","wpacypher":"4",)"
-                            R"("wpa2cypher":"5","band":"6",)" +
-                                kUplink.json().substr(1)),
-              kUplink.followed_by(R"("Status":"0","ConnectedSSID":"1")"));
-    const UplinkWifiInfo expected = {"1", "2", "3", "4", "5", "6"};
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&expected));
-}
-
-TEST_F(UplinkWifiTest, WithoutMemoryIsNotJoined)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, kUplink.json(), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"
-                                  : "{}");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 3u);
-}
-
 // No reply at all would say that the device had another result.
 TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
 {
@@ -188,15 +165,6 @@ TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
                                   : "{}");
         });
     EXPECT_EQ(allocations, 6u);
-}
-
-TEST_F(UplinkWifiTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[" + kUplink.json() + "]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[" + kUplink.json() + "]");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace uplink_wifi_test

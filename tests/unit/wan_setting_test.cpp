@@ -1,11 +1,9 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 namespace wan_setting_test {
 
 using recording_device::Call;
-using recording_device::when;
 using recording_host::LogLine;
 
 constexpr char kCommand[] = "SET_ROUTE_WAN_INFO";
@@ -145,54 +143,6 @@ TEST_F(WanSettingTest, ASettingCutsItsTextsButNotTheLog)
         EXPECT_EQ(recording_device::calls().back().arguments[0], in_record(texts)) << length;
         EXPECT_EQ(recording_host::log_lines(), lines);
     }
-}
-
-TEST_F(WanSettingTest, AFailedSettingConsumesItsKeysToo)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        when<devapi_set_route_wan_info>([result](const WanInfo *) { return result; });
-        EXPECT_EQ(run(kCommand, request_with(R"("x")").with("Other", "[]").json()),
-                  R"({"Other":[],)" + failure("SET_ROUTE_WAN_INFO_FAIL") + "}");
-        EXPECT_EQ(run(kCommand), "{" + failure("SET_ROUTE_WAN_INFO_FAIL") + "}");
-    }
-}
-
-TEST_F(WanSettingTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
-{
-    std::string first = request_with(R"("1")").json();
-    for (char &letter : first) {
-        letter = static_cast<char>(tolower(letter));
-    }
-    const Request second = request_with(R"("2")");
-    EXPECT_EQ(run(kCommand, first.substr(0, first.size() - 1) + "," + second.json().substr(1)),
-              second.followed_by(R"("Status":"0")"));
-    std::vector<std::pair<size_t, std::string>> texts;
-    for (const Setting &setting : kSettings) {
-        texts.emplace_back(setting.offset, "1");
-    }
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], in_record(texts));
-}
-
-TEST_F(WanSettingTest, WithoutMemoryNoConnectionIsSet)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, request_with(R"("x")").with("Other", "1").json(), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? R"({"Other":1,)" + failure("SET_ROUTE_WAN_INFO_FAIL") + "}"
-                                  : R"({"Other":1})");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
-TEST_F(WanSettingTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[" + request_with(R"("x")").json() + "]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[" + request_with(R"("x")").json() + "]");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace wan_setting_test

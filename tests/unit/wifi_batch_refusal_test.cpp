@@ -1,5 +1,4 @@
 // Batches that never get a worker.
-#include "failing_memory.h"
 #include "handler_test.h"
 #include "request.h"
 #include "worker_control.h"
@@ -129,43 +128,6 @@ TEST_F(WifiBatchRefusalTest, ForAWorkerThatCannotBeStarted)
     }
     EXPECT_EQ(recording_device::called_functions(),
               (Names{"devapi_get_5g_wifi_index", "devapi_get_5g_wifi_index"}));
-}
-
-TEST_F(WifiBatchRefusalTest, ForRecordsWithoutMemory)
-{
-    for (const std::string &list : {kElement.json(), std::string()}) {
-        control.fail_next_calloc();
-        EXPECT_EQ(send(batch(list)), refused(batch("")));
-    }
-}
-
-// The worker cannot be called back: what has to be answered is there before it starts.
-TEST_F(WifiBatchRefusalTest, ForAReplyWithoutMemory)
-{
-    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
-        for (size_t first = 0; first < 4; ++first) {
-            const Json object = parse(batch(kElement.json()).json());
-            {
-                const FailingMemory memory(first, how);
-                hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get());
-                EXPECT_TRUE(memory.has_failed());
-            }
-            EXPECT_EQ(print(object.get()), how == FailingMemory::Fail::kOnce
-                                               ? refused(batch(""))
-                                               : batch("").without("WIFILIST").json())
-                << "allocation " << first;
-            EXPECT_EQ(control.workers(), 0u);
-        }
-    }
-}
-
-TEST_F(WifiBatchRefusalTest, OfWhatIsNoObject)
-{
-    EXPECT_EQ(hg_process_json_cmd("SET_WIFI_INFO_LIST", nullptr), 0);
-    const Json array = parse(R"([[],"1"])");
-    EXPECT_EQ(hg_process_json_cmd("SET_WIFI_INFO_LIST", array.get()), 0);
-    EXPECT_EQ(print(array.get()), R"([[],"1"])");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace wifi_batch_refusal_test

@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 #include "wifi.h"
 
@@ -139,25 +138,6 @@ TEST_F(WifiListTest, TheListMayBeLong)
     EXPECT_EQ(print(cJSON_GetObjectItem(object.get(), "WIFIList")->child->prev), element(100));
 }
 
-TEST_F(WifiListTest, ReadsNoFurtherThanItsFields)
-{
-    device_with_ssids(1);
-    when<devapi_get_ssid_info>([](SsidInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    fast_roaming_is("12345678");
-    const Json object = parse(run("GET_WIFI_LIST_INFO"));
-    constexpr size_t kWidths[] = {64, 64, 8, 64, 8, 8, 8, 16, 16, 8, 8, 8};
-    const cJSON *item = cJSON_GetObjectItem(object.get(), "WIFIList")->child->child;
-    EXPECT_STREQ(item->valuestring, "1");
-    for (const size_t width : kWidths) {
-        item = item->next;
-        EXPECT_EQ(item->valuestring, std::string(width, 'x')) << item->string;
-    }
-    EXPECT_STREQ(cJSON_GetObjectItem(object.get(), "FastRoaming")->valuestring, "12345678");
-}
-
 TEST_F(WifiListTest, OnlyStateOneIsStationControl)
 {
     for (const int32_t state : {1, 0, 2, -1, 256}) {
@@ -214,22 +194,6 @@ TEST_F(WifiListTest, FailsWithoutTheStationControl)
                                         {3, "devapi_get_wifi_stactrl error! return =" +
                                                 std::to_string(result) + "!\n"}}));
     }
-}
-
-TEST_F(WifiListTest, IsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_LIST_INFO", "{}",
-        [] {
-            device_with_ssids(2);
-            fast_roaming_is("1");
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get ssid_num error") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 13) + 2u * 2 + 1) << "list, elements, the other texts";
 }
 
 // ---- parse_wifi_info_from_json -----------------------------------------------------------------

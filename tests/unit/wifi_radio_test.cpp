@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 #include "wifi.h"
 
@@ -71,30 +70,6 @@ TEST_F(SleepScheduleTest, NeverFails)
               (std::vector<LogLine>{{3, "json_get_wifi_sleep_info error! return =1! index=1\n"},
                                     {3, "json_get_wifi_sleep_info error! return =1! index=2\n"},
                                     {3, "json_get_wifi_sleep_info error! return =1! index=3\n"}}));
-}
-
-TEST_F(SleepScheduleTest, ReadsNoFurtherThanItsFields)
-{
-    when<devapi_get_wifi_sleep_info>([](WifiSleepInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const Json object = parse(run("GET_WIFI_SLEEP_SCHEDULE"));
-    const cJSON *item = object->child->child->child;
-    for (const size_t width : {16u, 32u, 32u, 32u}) {
-        EXPECT_EQ(item->valuestring, std::string(width, 'x')) << item->string;
-        item = item->next;
-    }
-}
-
-TEST_F(SleepScheduleTest, IsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_SLEEP_SCHEDULE", "{}", [] { schedule_failing_at(0); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 3 * (1 + 2u * 4) + 1);
 }
 
 // ---- SET_WIFI_SLEEP_SCHEDULE -------------------------------------------------------------------
@@ -169,20 +144,6 @@ TEST_F(SleepScheduleTest, TakesAnyNumberOfPeriods)
     }
 }
 
-TEST_F(SleepScheduleTest, NeedsAList)
-{
-    const std::string refusal = failure("json node: WIFISleepList not found") + "}";
-    EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE"), "{" + refusal);
-    EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE", R"({"WIFIList":[]})"), R"({"WIFIList":[],)" + refusal);
-    // What is there and no list is taken out.
-    for (const std::string json : {"7", "true", "null", R"("[]")", "{}", R"({"x":[]})"}) {
-        EXPECT_EQ(
-            run("SET_WIFI_SLEEP_SCHEDULE", R"({"a":1,"wifisleeplist":)" + json + R"(,"b":2})"),
-            R"({"a":1,"b":2,)" + refusal);
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
 TEST_F(SleepScheduleTest, StopsWhenTheOldScheduleStays)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
@@ -236,26 +197,6 @@ TEST_F(SleepScheduleTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
                   (Names{"devapi_del_all_wifi_timerinfo", "devapi_add_wifi_timer"}));
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(SleepScheduleTest, OnlyTheFirstOfRepeatedListsIsReadAndConsumed)
-{
-    EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE",
-                  R"({"wifisleeplist":[],"WIFISleepList":[7],"WIFISLEEPLIST":"x"})"),
-              R"({"WIFISleepList":[7],"WIFISLEEPLIST":"x","Status":"0"})");
-}
-
-TEST_F(SleepScheduleTest, WithoutMemoryTheOldScheduleStays)
-{
-    const size_t allocations = sweep_memory(
-        "SET_WIFI_SLEEP_SCHEDULE", schedule(kPeriod.json()), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? schedule_reply(failure("del all wifi timerinfo failed"))
-                                  : R"({"First":1,"Last":2})");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
 }
 
 TEST_F(SleepScheduleTest, AnElementFillsTheTextsOfARecord)

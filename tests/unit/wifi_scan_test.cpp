@@ -1,7 +1,6 @@
 // What the radios hear, and the channels that they may use. Entries that are not freed are found by
 // the address sanitizer.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <algorithm>
@@ -11,7 +10,6 @@
 namespace wifi_scan_test {
 
 using recording_device::Call;
-using recording_device::contents;
 using recording_device::when;
 
 class WifiScanTest : public HandlerTest {};
@@ -91,22 +89,6 @@ TEST_F(WifiScanTest, PassesOverEmptySlots)
     EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"), scan_reply({}));
 }
 
-TEST_F(WifiScanTest, AScanReadsNoFurtherThanItsFields)
-{
-    when<devapi_get_scan_ssid>([](ScanResult *scan) {
-        scan->entries[0] = found("");
-        memset(scan->entries[0], 'x', sizeof(ScanEntry));
-        return 0;
-    });
-    const Json object = parse(run("GET_SCAN_WIFI_SSIDLIST"));
-    size_t keys = 0;
-    for (const cJSON *item = object->child->child->child; item != nullptr; item = item->next) {
-        EXPECT_EQ(item->valuestring, std::string(64, 'x')) << item->string;
-        ++keys;
-    }
-    EXPECT_EQ(keys, 7u);
-}
-
 TEST_F(WifiScanTest, AFailedScanMayHandOverMemory)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
@@ -116,21 +98,6 @@ TEST_F(WifiScanTest, AFailedScanMayHandOverMemory)
         }
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WifiScanTest, AScanIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_SCAN_WIFI_SSIDLIST", "{}",
-        [] {
-            scan_finds({0, 2, 40});
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get scan rssi failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 7) + 1);
 }
 
 // ---- GET_SCAN_CHANNEL_POWER --------------------------------------------------------------------
@@ -179,40 +146,6 @@ TEST_F(WifiScanTest, ReportsNoPowersThatAreNotThere)
         return 0;
     });
     EXPECT_EQ(run("GET_SCAN_CHANNEL_POWER"), R"({"SSIDList":[],"Status":"0"})");
-}
-
-TEST_F(WifiScanTest, ThePowersAreReadNoFurtherThanTheirFields)
-{
-    when<devapi_scan_channel_power>([](ChannelPowerResult *power) {
-        power->count = 1;
-        power->entries = static_cast<ChannelPower *>(malloc(sizeof(ChannelPower)));
-        memset(power->entries, 'x', sizeof(ChannelPower));
-        return 0;
-    });
-    const std::string x(64, 'x');
-    EXPECT_EQ(run("GET_SCAN_CHANNEL_POWER"),
-              R"({"SSIDList":[{"name":")" + x + R"(","dbpower":")" + x + R"("}],"Status":"0"})");
-}
-
-TEST_F(WifiScanTest, PowersThatCannotBeScannedFail)
-{
-    for (const int32_t result : {-1, 1, -2, 1000}) {
-        powers_are(2, 2, result);
-        EXPECT_EQ(run("GET_SCAN_CHANNEL_POWER"), "{" + failure("get channel rssi failed") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WifiScanTest, ThePowersAreReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_SCAN_CHANNEL_POWER", "{}", [] { powers_are(2, 2); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get channel rssi failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 2) + 1);
 }
 
 // ---- GET_WIFI_CHANNEL_LIST ---------------------------------------------------------------------
@@ -278,41 +211,6 @@ TEST_F(WifiScanTest, AChannelMayBeAnyNumber)
               R"("Status":"0"})");
 }
 
-TEST_F(WifiScanTest, ChannelsThatCannotBeReadFail)
-{
-    for (const int32_t result : {-1, 1, -2, 1000}) {
-        channels_are(3, 3, result);
-        EXPECT_EQ(run("GET_WIFI_CHANNEL_LIST"), "{" + failure("Get Wifi channel error") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WifiScanTest, TheChannelsAreReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_CHANNEL_LIST", "{}", [] { channels_are(2, 1); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("Get Wifi channel error") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 2 + 3 * (1 + 2u) + 1);
-}
-
 // ---- All of them -------------------------------------------------------------------------------
-
-TEST_F(WifiScanTest, WhatIsNoObjectIsLeftAlone)
-{
-    for (const char *command :
-         {"GET_SCAN_WIFI_SSIDLIST", "GET_SCAN_CHANNEL_POWER", "GET_WIFI_CHANNEL_LIST",
-          "GET_WIFI_SLEEP_SCHEDULE", "SET_WIFI_SLEEP_SCHEDULE", "GET_WIFI_LIST_INFO"}) {
-        scan_finds({0});
-        powers_are(1, 1);
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse("[[]]");
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), "[[]]") << command;
-    }
-}
 
 } // namespace wifi_scan_test

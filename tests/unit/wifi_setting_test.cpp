@@ -1,6 +1,5 @@
 #include "commands.h"
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -64,37 +63,6 @@ TEST_F(WifiSettingTest, AnOptionWithoutTextCountsAsLeftOutAndStays)
     }
 }
 
-TEST_F(WifiSettingTest, EmptyTextsAreTexts)
-{
-    Request request = kSettingWithOptions;
-    for (const auto &[key, json] : kSettingWithOptions.keys()) {
-        request = request.with(key, R"("")");
-    }
-    EXPECT_EQ(run("SET_WIFI_INFO", request.json()), R"({"Status":"0"})");
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(292, '\0'));
-}
-
-TEST_F(WifiSettingTest, ASettingIsCutAtItsFields)
-{
-    for (const size_t length : {6u, 7u, 8u, 62u, 63u, 64u, 100000u}) {
-        Request request = kSettingWithOptions;
-        const std::string text = text_of_length(length);
-        for (const auto &[key, json] : kSettingWithOptions.keys()) {
-            request = request.with(key, quoted(text));
-        }
-        EXPECT_EQ(run("SET_WIFI_INFO", request.json()), R"({"Status":"0"})");
-        SsidInfo expected = {};
-        for (char *field : {expected.SSID, expected.PWD, expected.PowerLevel}) {
-            text.copy(field, 63);
-        }
-        for (char *field : {expected.ENCRYPT, expected.Channel, expected.Enable, expected.Mode,
-                            expected.AdvertisementEnable, expected.Beamforming}) {
-            text.copy(field, 7);
-        }
-        EXPECT_EQ(recording_device::calls().back().arguments[0], contents(&expected)) << length;
-    }
-}
-
 TEST_F(WifiSettingTest, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
 {
     for (const int32_t result : {0, -1, 1, -2, 1000}) {
@@ -146,25 +114,6 @@ TEST_F(WifiSettingTest, NoOtherIndexReachesTheUpperRadioAndNoneIsRefused)
     EXPECT_EQ(recording_device::called_functions().back(), "devapi_set_5gwifi_powerlevel");
 }
 
-TEST_F(WifiSettingTest, ASettingWithoutOneOfItsKeysIsRefused)
-{
-    for (const auto &[key, json] : kSetting.keys()) {
-        const Request request = kSettingWithOptions.without(key);
-        EXPECT_EQ(run("SET_WIFI_INFO", request.json()),
-                  request.followed_by(failure("json node null")));
-        for (const std::string &no_text : kNoTexts) {
-            const Request wrong = kSettingWithOptions.with(key, no_text);
-            EXPECT_EQ(run("SET_WIFI_INFO", wrong.json()),
-                      wrong.followed_by(failure("value string null")));
-            const Request both = wrong.without(key == "SSID" ? "Enable" : "SSID");
-            EXPECT_EQ(run("SET_WIFI_INFO", both.json()),
-                      both.followed_by(failure("json node null")));
-        }
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(WifiSettingTest, TheHandlerReturnsTheDevicesResult)
 {
     for (const int32_t result : {0, -1, 7, -2}) {
@@ -173,42 +122,6 @@ TEST_F(WifiSettingTest, TheHandlerReturnsTheDevicesResult)
         EXPECT_EQ(json_set_wifi_info(parse("{}").get()), -1);
         EXPECT_EQ(json_set_wifi_info(parse(kSetting.with("SSID", "1").json()).get()), -1);
     }
-}
-
-TEST_F(WifiSettingTest, AFailedSettingConsumesAllItsKeys)
-{
-    when<devapi_set_ssid_info>([](const SsidInfo *) { return 5; });
-    EXPECT_EQ(run("SET_WIFI_INFO", kSettingWithOptions.with("Other", "[]").json()),
-              R"({"Other":[],)" + failure("SET_WIFI_INFO_FAIL") + "}");
-}
-
-TEST_F(WifiSettingTest, OnlyTheFirstOfRepeatedSettingsIsReadAndConsumed)
-{
-    const std::string second = kSettingWithOptions.json();
-    std::string first = second;
-    for (char &letter : first) {
-        letter = static_cast<char>(toupper(letter));
-    }
-    EXPECT_EQ(run("SET_WIFI_INFO",
-                  first.substr(0, first.size() - 1) + "," + second.substr(1, second.size())),
-              second.substr(0, second.size() - 1) + R"(,"Status":"0"})");
-    SsidInfo expected = {2,   "HOME", "SECRET", "WPA2", "80", "6", "",
-                         "1", "",     "",       "M",    "A",  "B", ""};
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&expected));
-}
-
-TEST_F(WifiSettingTest, WithoutMemoryNoSettingReachesTheDevice)
-{
-    const Request request = kSettingWithOptions.with("SSIDIndex", R"("1")");
-    const size_t allocations = sweep_memory(
-        "SET_WIFI_INFO", request.json(), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("SET_WIFI_INFO_FAIL") + "}"
-                                  : "{}");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
 }
 
 // ---- parse_wifi_set_info_from_json -------------------------------------------------------------

@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -11,11 +10,6 @@ using recording_device::when;
 using recording_host::LogLine;
 
 class WifiTest : public HandlerTest {};
-
-constexpr const char *kReported[] = {"SSID",       "PWD",        "ENCRYPT",
-                                     "PowerLevel", "Channel",    "UsedChannel",
-                                     "Enable",     "Bandwidth",  "AdvertisementEnable",
-                                     "Mode",       "Beamforming"};
 
 // ---- GET_WIFI_INFO -----------------------------------------------------------------------------
 
@@ -42,22 +36,6 @@ TEST_F(WifiTest, ReportsElevenKeysOfAnSsid)
     EXPECT_EQ(recording_device::calls(),
               (std::vector<recording_device::Call>{{"devapi_get_ssid_info", {contents(&asked)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WifiTest, ReadsNoFurtherThanTheFieldsOfAnSsid)
-{
-    when<devapi_get_ssid_info>([](SsidInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const Json object = parse(run("GET_WIFI_INFO", R"({"SSIDIndex":"1"})"));
-    constexpr size_t kWidths[] = {64, 64, 8, 64, 8, 8, 8, 16, 8, 8, 8};
-    const cJSON *item = object->child->next;
-    for (size_t at = 0; at < std::size(kWidths); ++at, item = item->next) {
-        EXPECT_STREQ(item->string, kReported[at]);
-        EXPECT_EQ(item->valuestring, std::string(kWidths[at], 'x')) << item->string;
-    }
-    EXPECT_EQ(item, nullptr);
 }
 
 TEST_F(WifiTest, AnIndexThatIsAbsentOrNoTextIsNoIndex)
@@ -126,50 +104,6 @@ TEST_F(WifiTest, AnyOtherIndexReachesTheDevice)
         EXPECT_EQ(recording_device::record<SsidInfo>(recording_device::calls().at(0)).SSIDIndex,
                   index);
     }
-}
-
-TEST_F(WifiTest, AnSsidThatCannotBeReadFails)
-{
-    for (const int32_t result : {-1, 1, -2, 1000, INT32_MIN}) {
-        when<devapi_get_ssid_info>([result](SsidInfo *info) {
-            named_ssid(info);
-            return result;
-        });
-        EXPECT_EQ(run("GET_WIFI_INFO", R"({"SSIDIndex":"9","Other":"x"})"),
-                  R"({"Other":"x",)" + failure("get ssid info failed") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WifiTest, OnlyTheFirstIndexIsReadAndConsumed)
-{
-    when<devapi_get_ssid_info>(named_ssid);
-    EXPECT_EQ(run("GET_WIFI_INFO", R"({"ssidindex":"2","SSIDIndex":"3"})"),
-              R"({"SSIDIndex":"3",)" + std::string(kNamedReply) + "}");
-    EXPECT_EQ(recording_device::record<SsidInfo>(recording_device::calls().at(0)).SSIDIndex, 2);
-}
-
-TEST_F(WifiTest, AnSsidIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_INFO", R"({"SSIDIndex":"1"})", [] { when<devapi_get_ssid_info>(named_ssid); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get ssid info failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2u * 11);
-}
-
-TEST_F(WifiTest, WhatIsNoObjectIsLeftAlone)
-{
-    for (const char *command : {"GET_WIFI_INFO", "SET_WIFI_INFO"}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(R"(["SSIDIndex",{"SSIDIndex":"1"}])");
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), R"(["SSIDIndex",{"SSIDIndex":"1"}])");
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace wifi_test
