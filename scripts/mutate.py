@@ -49,8 +49,10 @@ PRESET = {
     "plain": ["-DSMART_ROUTER_SANITIZERS=", "-DCMAKE_C_FLAGS_DEBUG=-O0", "-DCMAKE_CXX_FLAGS_DEBUG=-O0"],
     "sanitized": [],
 }
-# Seconds of processor time, and bytes, for one run of a program. The sanitizers need more of both.
-LIMITS = {"plain": f"ulimit -t 10; ulimit -v {4 << 20}", "sanitized": "ulimit -t 60"}
+# Seconds of processor time for one run of a program, and bytes; the sanitizers need more of both.
+SECONDS = {"plain": 10, "sanitized": 60}
+SECONDS_OF_FAULTS = {"plain": 60, "sanitized": 240}
+LIMITS = {"plain": f"ulimit -v {4 << 20}", "sanitized": "true"}
 # The one unit that reads the table. Of the others only prototypes change, which make no code.
 TABLE, READER = "commands.h", "processjsonability.cpp"
 # So often in a row all threads are found asleep, and no time used, before they count as stuck.
@@ -100,9 +102,10 @@ class Variant:
 
     def run(self, binary, tests=("*",)):
         """Why the program is not green, as the name of the test where there is one; else None."""
+        seconds = SECONDS_OF_FAULTS if binary.suffix == ".faults" else SECONDS
         command = [binary, "--gtest_fail_fast", f"--gtest_filter={':'.join(sorted(tests))}-{LEFT_OUT}"]
         process = subprocess.Popen(
-            ["sh", "-c", LIMITS[self.name] + '; exec "$@"', "sh", *command], cwd=BUILD,
+            ["sh", "-c", f'ulimit -t {seconds[self.name]}; {LIMITS[self.name]}; exec "$@"', "sh", *command], cwd=BUILD,
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
             env=dict(os.environ, ASAN_OPTIONS="hard_rss_limit_mb=2000"))
         ended = threading.Event()

@@ -6,6 +6,8 @@ namespace gateway_inspection_test {
 
 using recording_device::when;
 
+class HgInspection : public HandlerTest {};
+class GetHgUplinkStatus : public HandlerTest {};
 class GatewayInspectionTest : public HandlerTest {};
 
 // ---- HG_INSPECTION -----------------------------------------------------------------------------
@@ -15,7 +17,7 @@ template <size_t width> void set(char (&field)[width], const char *text)
     strncpy(field, text, width);
 }
 
-TEST_F(GatewayInspectionTest, TheWholeInspectionMixesThreeRecords)
+TEST_F(HgInspection, TheWholeInspectionMixesThreeRecords)
 {
     when<devapi_inspect_hg>(
         [](WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net) {
@@ -44,7 +46,7 @@ TEST_F(GatewayInspectionTest, TheWholeInspectionMixesThreeRecords)
                                                    std::string(1944, '\0')}));
 }
 
-TEST_F(GatewayInspectionTest, TheUplinkIsToldTheSizeOfItsBuffer)
+TEST_F(GetHgUplinkStatus, TheUplinkIsToldTheSizeOfItsBuffer)
 {
     run("GET_HG_UPLINK_STATUS");
     EXPECT_EQ(recording_device::calls().at(0).arguments.at(1), "8");

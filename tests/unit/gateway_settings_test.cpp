@@ -8,6 +8,10 @@ namespace gateway_settings_test {
 using recording_device::when;
 using recording_host::LogLine;
 
+class SetLanIpInfo : public HandlerTest {};
+class SetHgDhcpInfo : public HandlerTest {};
+class SetHgPppoeInfo : public HandlerTest {};
+class GetHgPppoeInfo : public HandlerTest {};
 class GatewaySettingsTest : public HandlerTest {};
 
 // ---- GET_HG_BASE_INFO --------------------------------------------------------------------------
@@ -31,9 +35,9 @@ int32_t base_result;
 int32_t lan_result;
 int32_t wan_result;
 
-class BaseInfoTest : public GatewaySettingsTest {
+class GetHgBaseInfo : public GatewaySettingsTest {
   protected:
-    BaseInfoTest()
+    GetHgBaseInfo()
     {
         base_result = lan_result = wan_result = 0;
         // Each field holds its key; everything else in the records is rubbish.
@@ -71,7 +75,7 @@ class BaseInfoTest : public GatewaySettingsTest {
     }
 };
 
-TEST_F(BaseInfoTest, ReportsThreeRecordsInOneOrder)
+TEST_F(GetHgBaseInfo, ReportsThreeRecordsInOneOrder)
 {
     EXPECT_EQ(run("GET_HG_BASE_INFO"), reply(true, true, true));
     EXPECT_EQ(recording_device::called_functions(),
@@ -84,7 +88,7 @@ TEST_F(BaseInfoTest, ReportsThreeRecordsInOneOrder)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(BaseInfoTest, FailsOnlyWhenNothingIsKnown)
+TEST_F(GetHgBaseInfo, FailsOnlyWhenNothingIsKnown)
 {
     for (const int32_t failing : {-1, 1, 1000}) {
         for (int known = 0; known < 8; ++known) {
@@ -162,7 +166,7 @@ TEST_F(GatewaySettingsTest, NoCommandLeadsToTheHomePage)
 
 // ---- Logs of the settings ----------------------------------------------------------------------
 
-TEST_F(GatewaySettingsTest, TheLanSettingLogsItsValuesUncut)
+TEST_F(SetLanIpInfo, TheLanSettingLogsItsValuesUncut)
 {
     const std::string ip = text_of_length(40);
     run("SET_LAN_IP_INFO",
@@ -172,14 +176,14 @@ TEST_F(GatewaySettingsTest, TheLanSettingLogsItsValuesUncut)
                                             "| SubnetMask:b| StartIp:c| EndIp:d"}}));
 }
 
-TEST_F(GatewaySettingsTest, TheLanSettingLogsThePppoeTextOnABadRequest)
+TEST_F(SetLanIpInfo, TheLanSettingLogsThePppoeTextOnABadRequest)
 {
     run("SET_LAN_IP_INFO", R"({"EndIp":"d"})");
     EXPECT_EQ(recording_host::log_lines(),
               (std::vector<LogLine>{{3, "json_set_hg_pppoe_info : Err, null param"}}));
 }
 
-TEST_F(GatewaySettingsTest, TheDhcpSettingLogs)
+TEST_F(SetHgDhcpInfo, TheDhcpSettingLogs)
 {
     run("SET_HG_DHCP_INFO", R"({"Enable":"a switch that is too long"})");
     run("SET_HG_DHCP_INFO", R"({"Enable":1})");
@@ -188,7 +192,7 @@ TEST_F(GatewaySettingsTest, TheDhcpSettingLogs)
                                     {3, "json_set_hg_dhcp_info : Err, null param"}}));
 }
 
-TEST_F(GatewaySettingsTest, ThePppoeSettingLogsThePasswordInClear)
+TEST_F(SetHgPppoeInfo, ThePppoeSettingLogsThePasswordInClear)
 {
     run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Password":"p","Account":"a"})");
     run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Account":"a"})");
@@ -223,7 +227,7 @@ void pppoe_is(const char *enable)
     });
 }
 
-TEST_F(GatewaySettingsTest, PppoeThatIsOnShowsItsAccount)
+TEST_F(GetHgPppoeInfo, PppoeThatIsOnShowsItsAccount)
 {
     pppoe_is("1");
     EXPECT_EQ(run("GET_HG_PPPOE_INFO"),
@@ -231,7 +235,7 @@ TEST_F(GatewaySettingsTest, PppoeThatIsOnShowsItsAccount)
     EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(144, '\0'));
 }
 
-TEST_F(GatewaySettingsTest, PppoeThatIsNotExactlyOneHidesItsAccount)
+TEST_F(GetHgPppoeInfo, PppoeThatIsNotExactlyOneHidesItsAccount)
 {
     for (const char *enable : {"", "0", "01", "1 ", "11", "2", "on", "NULL", "1111111111111111"}) {
         pppoe_is(enable);

@@ -9,6 +9,8 @@ using recording_device::contents;
 using recording_device::when;
 using recording_host::LogLine;
 
+class GetHgGuestSsid : public HandlerTest {};
+class SetHgGuestSsid : public HandlerTest {};
 class GuestWifiTest : public HandlerTest {};
 
 // ---- GET_HG_GUEST_SSID -------------------------------------------------------------------------
@@ -26,7 +28,7 @@ constexpr char kNamedReply[] =
     R"("Remainingtime":"Remaining","PWD":"PWD","ENCRYPT":"ENCRYPT","Mode":"Mode",)"
     R"("AdvertisementEnable":"Adverti","Status":"0")";
 
-TEST_F(GuestWifiTest, ReportsTwelveKeysAndThenTheStatus)
+TEST_F(GetHgGuestSsid, ReportsTwelveKeysAndThenTheStatus)
 {
     when<devapi_get_guest_wifi_info>(named_guest);
     EXPECT_EQ(run("GET_HG_GUEST_SSID", R"({"band":"5G","Band":"2.4G","SSID":1})"),
@@ -65,7 +67,7 @@ std::string last_record()
     return recording_device::calls().back().arguments[0];
 }
 
-TEST_F(GuestWifiTest, ASettingLeavesOutWhatItWasNotGiven)
+TEST_F(SetHgGuestSsid, ASettingLeavesOutWhatItWasNotGiven)
 {
     const Request request = kGuest.with("RadioEnable", R"("1")").with("Remainingtime", R"("1")");
     EXPECT_EQ(run("SET_HG_GUEST_SSID", request.json()),
@@ -77,7 +79,7 @@ TEST_F(GuestWifiTest, ASettingLeavesOutWhatItWasNotGiven)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GuestWifiTest, ASettingTakesItsOptionsAndReckonsTheEndItself)
+TEST_F(SetHgGuestSsid, ASettingTakesItsOptionsAndReckonsTheEndItself)
 {
     EXPECT_EQ(run("SET_HG_GUEST_SSID", kGuestWithOptions.with("EndTimestamp", R"("7")").json()),
               R"({"Status":"0"})");
@@ -93,7 +95,7 @@ struct OpeningTime {
     const char *end;
 };
 
-TEST_F(GuestWifiTest, TheOpeningTimeIsReckonedInSeconds)
+TEST_F(SetHgGuestSsid, TheOpeningTimeIsReckonedInSeconds)
 {
     const OpeningTime times[] = {
         // The four signs, and the two zeroes.
@@ -145,7 +147,7 @@ TEST_F(GuestWifiTest, TheOpeningTimeIsReckonedInSeconds)
     }
 }
 
-TEST_F(GuestWifiTest, AnOptionWithoutTextCountsAsLeftOut)
+TEST_F(SetHgGuestSsid, AnOptionWithoutTextCountsAsLeftOut)
 {
     const GuestWifiInfo expected = set_record();
     for (const std::string &json : kNoTexts) {
@@ -160,7 +162,7 @@ TEST_F(GuestWifiTest, AnOptionWithoutTextCountsAsLeftOut)
     }
 }
 
-TEST_F(GuestWifiTest, ASettingWithoutOneOfItsKeysIsRefused)
+TEST_F(SetHgGuestSsid, ASettingWithoutOneOfItsKeysIsRefused)
 {
     for (const auto &[key, json] : kGuest.keys()) {
         std::vector<Request> requests = {
@@ -179,7 +181,7 @@ TEST_F(GuestWifiTest, ASettingWithoutOneOfItsKeysIsRefused)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(GuestWifiTest, TheKeysLeaveTheObjectBeforeTheDeviceIsCalled)
+TEST_F(SetHgGuestSsid, TheKeysLeaveTheObjectBeforeTheDeviceIsCalled)
 {
     for (const int32_t result : {0, -1}) {
         const Json object = parse(kGuestWithOptions.with("Other", "{}").json());

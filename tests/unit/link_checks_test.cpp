@@ -15,7 +15,9 @@ using Names = std::vector<std::string>;
 
 constexpr int32_t kAllButMinusOne[] = {0, 1, 2, -2, 1000, INT32_MIN, INT32_MAX};
 
-class LinkChecksTest : public HandlerTest {};
+class GetScanChannelCount : public HandlerTest {};
+class LinkCheck : public HandlerTest {};
+class GetStaRssi : public HandlerTest {};
 
 // ---- GET_SCAN_CHANNEL_COUNT --------------------------------------------------------------------
 
@@ -78,7 +80,7 @@ void bands_are(const Band &at_24g, int32_t count_24g, const Band &at_5g, int32_t
     });
 }
 
-TEST_F(LinkChecksTest, CountsTheAccessPointsOnEachChannel)
+TEST_F(GetScanChannelCount, CountsTheAccessPointsOnEachChannel)
 {
     const Band at_24g = {{1, 6, 11}, {4, 0, 12}};
     const Band at_5g = {{36, 165}, {3, 1}};
@@ -96,7 +98,7 @@ TEST_F(LinkChecksTest, CountsTheAccessPointsOnEachChannel)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(LinkChecksTest, ABandHasNoMoreThanSixtyFourChannels)
+TEST_F(GetScanChannelCount, ABandHasNoMoreThanSixtyFourChannels)
 {
     const Band at_24g = band_from(1);
     const Band at_5g = band_from(100);
@@ -109,14 +111,14 @@ TEST_F(LinkChecksTest, ABandHasNoMoreThanSixtyFourChannels)
     }
 }
 
-TEST_F(LinkChecksTest, ChannelsAndCountsMayBeAnyNumber)
+TEST_F(GetScanChannelCount, ChannelsAndCountsMayBeAnyNumber)
 {
     const Band band = {{0, -1, INT16_MIN, INT16_MAX}, {-1, INT32_MIN, INT32_MAX, 0}};
     bands_are(band, 4, band, 4);
     EXPECT_EQ(run(kCount), counts_reply(band, band));
 }
 
-TEST_F(LinkChecksTest, BothCallsAreMadeEvenWhenTheFirstFails)
+TEST_F(GetScanChannelCount, BothCallsAreMadeEvenWhenTheFirstFails)
 {
     const Band band = {{7}, {8}};
     for (const auto &[list, count] : {std::pair(-1, 0), std::pair(0, -1), std::pair(-1, -1)}) {
@@ -164,7 +166,7 @@ void ping_gives(int32_t result)
     when<devapi_get_ping_check>([result](const char *) { return result; });
 }
 
-TEST_F(LinkChecksTest, ReportsTheLinksAndWhatAnsweredThePing)
+TEST_F(LinkCheck, ReportsTheLinksAndWhatAnsweredThePing)
 {
     link_is(kLink);
     const std::string reply = run(kCheck);
@@ -179,7 +181,7 @@ TEST_F(LinkChecksTest, ReportsTheLinksAndWhatAnsweredThePing)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(LinkChecksTest, APingWithoutAnswerIsReportedAsEmpty)
+TEST_F(LinkCheck, APingWithoutAnswerIsReportedAsEmpty)
 {
     link_is(kLink);
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
@@ -188,7 +190,7 @@ TEST_F(LinkChecksTest, APingWithoutAnswerIsReportedAsEmpty)
     }
 }
 
-TEST_F(LinkChecksTest, ALinkRecordOfAnyResultButMinusOneIsReported)
+TEST_F(LinkCheck, ALinkRecordOfAnyResultButMinusOneIsReported)
 {
     ping_gives(-1);
     for (const int32_t result : kAllButMinusOne) {
@@ -197,7 +199,7 @@ TEST_F(LinkChecksTest, ALinkRecordOfAnyResultButMinusOneIsReported)
     }
 }
 
-TEST_F(LinkChecksTest, LinksAreReportedAsTheDeviceLeavesThem)
+TEST_F(LinkCheck, LinksAreReportedAsTheDeviceLeavesThem)
 {
     for (const int32_t result : {-1, 1, 1000, INT32_MIN}) {
         link_is(kLink, result);
@@ -225,7 +227,7 @@ void signal_is(int32_t dbm, int32_t result = 0)
     });
 }
 
-TEST_F(LinkChecksTest, ReportsTheSignalAsANumber)
+TEST_F(GetStaRssi, ReportsTheSignalAsANumber)
 {
     for (const int32_t dbm : {-57, 0, 1, INT32_MIN, INT32_MAX}) {
         signal_is(dbm);
@@ -237,7 +239,7 @@ TEST_F(LinkChecksTest, ReportsTheSignalAsANumber)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(LinkChecksTest, HandsTheAddressOnWhole)
+TEST_F(GetStaRssi, HandsTheAddressOnWhole)
 {
     for (const size_t length : {0u, 1u, 31u, 32u, 100000u}) {
         const std::string text = text_of_length(length);

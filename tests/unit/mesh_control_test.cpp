@@ -11,6 +11,12 @@ using Names = std::vector<std::string>;
 
 constexpr int32_t kResults[] = {0, -1, 1, 2, -2, 3, 4, 1000, INT32_MIN, INT32_MAX};
 
+class SetTslinkSsid : public HandlerTest {};
+class SetMeshStatus : public HandlerTest {};
+class SetMeshPair : public HandlerTest {};
+class SetLedStatus : public HandlerTest {};
+class SetTslinkConfigStatus : public HandlerTest {};
+class QueryTslinkConfigStatus : public HandlerTest {};
 class MeshControlTest : public HandlerTest {};
 
 // ---- SET_TSLINK_SSID ---------------------------------------------------------------------------
@@ -19,7 +25,7 @@ constexpr char kSetUp[] = "SET_TSLINK_SSID";
 const Request kOn = Request({}).with("Enable", R"("1")");
 const Request kOff = Request({}).with("Enable", R"("0")");
 
-TEST_F(MeshControlTest, SetsTheMeshUpWhateverTheDeviceSays)
+TEST_F(SetTslinkSsid, SetsTheMeshUpWhateverTheDeviceSays)
 {
     for (const int32_t result : kResults) {
         recording_device::reset();
@@ -30,7 +36,7 @@ TEST_F(MeshControlTest, SetsTheMeshUpWhateverTheDeviceSays)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(MeshControlTest, TakesTheMeshDownWhateverTheDeviceSays)
+TEST_F(SetTslinkSsid, TakesTheMeshDownWhateverTheDeviceSays)
 {
     for (const int32_t result : kResults) {
         recording_device::reset();
@@ -42,7 +48,7 @@ TEST_F(MeshControlTest, TakesTheMeshDownWhateverTheDeviceSays)
     }
 }
 
-TEST_F(MeshControlTest, TheMeshKnowsNothingButOnAndOff)
+TEST_F(SetTslinkSsid, TheMeshKnowsNothingButOnAndOff)
 {
     for (const std::string &text :
          {std::string("2"), std::string(""), std::string("01"), std::string("10"),
@@ -58,7 +64,7 @@ TEST_F(MeshControlTest, TheMeshKnowsNothingButOnAndOff)
 
 // ---- Results that clients are told apart -------------------------------------------------------
 
-TEST_F(MeshControlTest, ABusyMeshIsToldByItsResult)
+TEST_F(SetMeshStatus, ABusyMeshIsToldByItsResult)
 {
     const std::pair<int32_t, const char *> failures[] = {{3, "MESH_BUSY_1"},
                                                          {4, "MESH_BUSY_0"},
@@ -72,7 +78,7 @@ TEST_F(MeshControlTest, ABusyMeshIsToldByItsResult)
     }
 }
 
-TEST_F(MeshControlTest, AMeshThatCannotPairIsToldByItsResult)
+TEST_F(SetMeshPair, AMeshThatCannotPairIsToldByItsResult)
 {
     const std::pair<int32_t, const char *> failures[] = {{2, "WIFI_SET_NOT_SUPPORT"},
                                                          {1, "Set pair status failed"},
@@ -87,7 +93,7 @@ TEST_F(MeshControlTest, AMeshThatCannotPairIsToldByItsResult)
 
 // ---- LEDs --------------------------------------------------------------------------------------
 
-TEST_F(MeshControlTest, LedsAreSetBySwitchColourAndBrightness)
+TEST_F(SetLedStatus, LedsAreSetBySwitchColourAndBrightness)
 {
     EXPECT_EQ(
         run("SET_LED_STATUS", R"({"LedCoLor":"blue","LedLight":"80","LedSwitch":"1","Other":1})"),
@@ -96,7 +102,7 @@ TEST_F(MeshControlTest, LedsAreSetBySwitchColourAndBrightness)
               (std::vector<Call>{{"devapi_set_sta_led", {"1", "blue", "80"}}}));
 }
 
-TEST_F(MeshControlTest, ALedValueThatIsNoTextReachesTheDeviceAsNone)
+TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
 {
     const Request whole(
         {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
@@ -127,7 +133,7 @@ TEST_F(MeshControlTest, ALedValueThatIsNoTextReachesTheDeviceAsNone)
 constexpr char kConfigure[] = "SET_TSLINK_CONFIG_STATUS";
 const Request kConfigured = Request({}).with("ConfiguerStatus", R"("1")");
 
-TEST_F(MeshControlTest, TheAgentLearnsOnceOfANewConfigurationState)
+TEST_F(SetTslinkConfigStatus, TheAgentLearnsOnceOfANewConfigurationState)
 {
     for (const int32_t result : kResults) {
         for (const int32_t agents : kResults) {
@@ -147,7 +153,7 @@ TEST_F(MeshControlTest, TheAgentLearnsOnceOfANewConfigurationState)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(MeshControlTest, WithoutASettingTheAgentLearnsNothing)
+TEST_F(SetTslinkConfigStatus, WithoutASettingTheAgentLearnsNothing)
 {
     run(kConfigure);
     run(kConfigure, R"({"ConfiguerStatus":1})");
@@ -167,7 +173,7 @@ void state_is(int32_t state, int32_t result = 0)
     });
 }
 
-TEST_F(MeshControlTest, TheConfigurationStateIsReportedAsZeroOrOne)
+TEST_F(QueryTslinkConfigStatus, TheConfigurationStateIsReportedAsZeroOrOne)
 {
     const std::pair<int32_t, const char *> states[] = {{0, "0"},         {1, "1"},        {2, "1"},
                                                        {5, "1"},         {-1, "0"},       {-3, "0"},

@@ -29,9 +29,9 @@ void device_returns(int32_t result)
     });
 }
 
-class UplinkWifiTest : public HandlerTest {};
+class SetUplinkWifiInfo : public HandlerTest {};
 
-TEST_F(UplinkWifiTest, JoinsTheNetworkAndReportsItsName)
+TEST_F(SetUplinkWifiInfo, JoinsTheNetworkAndReportsItsName)
 {
     device_returns(0);
     EXPECT_EQ(run(kCommand, kUplink.with("Other", "[1]").json()),
@@ -45,7 +45,7 @@ TEST_F(UplinkWifiTest, JoinsTheNetworkAndReportsItsName)
                                         " cypher2 = AES, band = 5G\r\n"}}));
 }
 
-TEST_F(UplinkWifiTest, ReportsTheNameAsked)
+TEST_F(SetUplinkWifiInfo, ReportsTheNameAsked)
 {
     EXPECT_EQ(run(kCommand, kUplink.json()), R"({"Status":"0","ConnectedSSID":"street"})");
     EXPECT_EQ(run(kCommand, kUplink.with("SSID", quoted(text_of_length(64))).json()),
@@ -63,7 +63,7 @@ TEST_F(UplinkWifiTest, ReportsTheNameAsked)
     EXPECT_EQ(run(kCommand, kUplink.json()), R"({"Status":"0","ConnectedSSID":""})");
 }
 
-TEST_F(UplinkWifiTest, AnswersByTheDevicesResult)
+TEST_F(SetUplinkWifiInfo, AnswersByTheDevicesResult)
 {
     const std::pair<int32_t, std::string> replies[] = {
         {-1, "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"},
@@ -82,7 +82,7 @@ TEST_F(UplinkWifiTest, AnswersByTheDevicesResult)
     EXPECT_EQ(recording_host::log_lines().size(), std::size(replies)) << "the values only";
 }
 
-TEST_F(UplinkWifiTest, CutsItsTextsButNotTheLog)
+TEST_F(SetUplinkWifiInfo, CutsItsTextsButNotTheLog)
 {
     for (const size_t length : {63u, 64u, 127u, 128u, 100000u}) {
         const std::string text = text_of_length(length);
@@ -106,7 +106,7 @@ TEST_F(UplinkWifiTest, CutsItsTextsButNotTheLog)
     }
 }
 
-TEST_F(UplinkWifiTest, NamesEachAbsentKey)
+TEST_F(SetUplinkWifiInfo, NamesEachAbsentKey)
 {
     const std::pair<const char *, const char *> lines[] = {
         {"SSID", "can not find SSID object!\n"},
@@ -131,7 +131,7 @@ TEST_F(UplinkWifiTest, NamesEachAbsentKey)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(UplinkWifiTest, RefusesEachKeyWithoutText)
+TEST_F(SetUplinkWifiInfo, RefusesEachKeyWithoutText)
 {
     for (const auto &[key, json] : kUplink.keys()) {
         for (const std::string &no_text : kNoTexts) {
@@ -145,7 +145,7 @@ TEST_F(UplinkWifiTest, RefusesEachKeyWithoutText)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(UplinkWifiTest, LooksAtAbsenceFirst)
+TEST_F(SetUplinkWifiInfo, LooksAtAbsenceFirst)
 {
     const Request request = kUplink.with("SSID", "7").without("Band");
     EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure("json node null")));
@@ -154,7 +154,7 @@ TEST_F(UplinkWifiTest, LooksAtAbsenceFirst)
 }
 
 // No reply at all would say that the device had another result.
-TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
+TEST_F(SetUplinkWifiInfo, WithoutMemoryForTheThirdStatusFails)
 {
     const size_t allocations = sweep_memory(
         kCommand, kUplink.json(),

@@ -1,6 +1,113 @@
 #include "handler_test.h"
 #include "request.h"
 
+#include <cstring>
+
+namespace protect_period_test {
+
+using recording_device::Call;
+using recording_device::contents;
+using recording_device::when;
+using Names = std::vector<std::string>;
+
+constexpr char kCommand[] = "GET_GREENNET_PROTECT_PERIOD_LIST";
+
+class GetGreennetProtectPeriodList : public HandlerTest {};
+
+void index_is(int32_t index, int32_t result = 1)
+{
+    when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
+        *out = index;
+        return result;
+    });
+}
+
+// The device with index 7 has so many periods, whose texts end in their number; those from failing
+// on cannot be read.
+void periods_are(int32_t count, int32_t failing = INT32_MAX, int32_t failure = -1)
+{
+    index_is(7);
+    when<devapi_get_duration_num_by_index>([=](int32_t, int32_t *out) {
+        *out = count;
+        return 0;
+    });
+    when<devapi_get_protect_period_info>([=](ProtectPeriodInfo *info) {
+        const std::string number = std::to_string(info->PeriodNum);
+        const int32_t result = info->PeriodNum >= failing ? failure : 0;
+        memset(info, '?', sizeof *info);
+        strcpy(info->StartTime, ("s" + number).c_str());
+        strcpy(info->EndTime, ("t" + number).c_str());
+        strcpy(info->Enable, ("e" + number).c_str());
+        strcpy(info->DaysOfWeek, ("d" + number).c_str());
+        return result;
+    });
+}
+
+std::string period(int32_t number)
+{
+    const std::string text = std::to_string(number);
+    return R"({"StartTime":"s)" + text + R"(","EndTime":"t)" + text + R"(","Enable":"e)" + text +
+           R"(","DaysOfWeek":"d)" + text + "\"}";
+}
+
+TEST_F(GetGreennetProtectPeriodList, ListsThePeriodsOfADevice)
+{
+    periods_are(2);
+    EXPECT_EQ(run(kCommand, R"({"Mac":"AA:BB","sleep":7})"),
+              R"({"Mac":"AA:BB","sleep":7,"Status":"0","Sleep":[)" + period(1) + "," + period(2) +
+                  "]}");
+    const int32_t none = 0;
+    const ProtectPeriodInfo first = {7, 1, "", "", "", ""};
+    const ProtectPeriodInfo second = {7, 2, "", "", "", ""};
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                                 {"devapi_get_duration_num_by_index", {"7", contents(&none)}},
+                                 {"devapi_get_protect_period_info", {contents(&first)}},
+                                 {"devapi_get_protect_period_info", {contents(&second)}}}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GetGreennetProtectPeriodList, AListNeedsADeviceOfTheTable)
+{
+    for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
+        recording_device::reset();
+        index_is(7, result);
+        EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"),
+                  R"({"Mac":"x",)" + failure("xml mac index not found") + "}");
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GetGreennetProtectPeriodList, TheResultOfTheCountIsNotLookedAt)
+{
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
+        periods_are(0);
+        when<devapi_get_duration_num_by_index>([result](int32_t, int32_t *) { return result; });
+        EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"), R"({"Mac":"x","Status":"0","Sleep":[]})");
+        when<devapi_get_duration_num_by_index>([result](int32_t, int32_t *count) {
+            *count = 1;
+            return result;
+        });
+        EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"),
+                  R"({"Mac":"x","Status":"0","Sleep":[)" + period(1) + "]}");
+    }
+}
+
+TEST_F(GetGreennetProtectPeriodList, ThereMayBeNoPeriodsOrMany)
+{
+    for (const int32_t count : {0, -1, -5, INT32_MIN}) {
+        periods_are(count);
+        EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"), R"({"Mac":"x","Status":"0","Sleep":[]})")
+            << count;
+    }
+    periods_are(1000);
+    const Json object = parse(run(kCommand, R"({"Mac":"x"})"));
+    EXPECT_EQ(cJSON_GetArraySize(cJSON_GetObjectItem(object.get(), "Sleep")), 1000);
+}
+
+} // namespace protect_period_test
+
 namespace protect_period_setting_test {
 
 using recording_device::Call;
@@ -37,9 +144,9 @@ void index_is(int32_t index, int32_t result = 1)
     });
 }
 
-class ProtectPeriodSettingTest : public HandlerTest {
+class SetGreennetProtectPeriodList : public HandlerTest {
   protected:
-    ProtectPeriodSettingTest() { index_is(7); }
+    SetGreennetProtectPeriodList() { index_is(7); }
 
     static void forget()
     {
@@ -49,7 +156,7 @@ class ProtectPeriodSettingTest : public HandlerTest {
     }
 };
 
-TEST_F(ProtectPeriodSettingTest, ReplacesThePeriodsOfADevice)
+TEST_F(SetGreennetProtectPeriodList, ReplacesThePeriodsOfADevice)
 {
     when<devapi_add_greennet_duration>([number = 40](int32_t, int32_t *out) mutable {
         EXPECT_EQ(*out, 0);
@@ -72,7 +179,7 @@ TEST_F(ProtectPeriodSettingTest, ReplacesThePeriodsOfADevice)
     EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
 }
 
-TEST_F(ProtectPeriodSettingTest, AnEmptyListRemovesAllPeriodsAndSwitchesProtectionOff)
+TEST_F(SetGreennetProtectPeriodList, AnEmptyListRemovesAllPeriodsAndSwitchesProtectionOff)
 {
     EXPECT_EQ(run(kCommand, list_of("")), reply(R"("Status":"0")"));
     const int32_t none = 0;
@@ -82,7 +189,7 @@ TEST_F(ProtectPeriodSettingTest, AnEmptyListRemovesAllPeriodsAndSwitchesProtecti
                                  {"devapi_set_protect_enable", {"0", "7"}}}));
 }
 
-TEST_F(ProtectPeriodSettingTest, ProtectionIsOnWhenOnePeriodIs)
+TEST_F(SetGreennetProtectPeriodList, ProtectionIsOnWhenOnePeriodIs)
 {
     const std::pair<std::vector<const char *>, const char *> switches[] = {
         {{"0"}, "0"},
@@ -111,7 +218,7 @@ TEST_F(ProtectPeriodSettingTest, ProtectionIsOnWhenOnePeriodIs)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, NeedsADeviceOfTheTable)
+TEST_F(SetGreennetProtectPeriodList, NeedsADeviceOfTheTable)
 {
     const std::string members = R"({"Mac":"AA:BB","Sleep":[],)";
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
@@ -124,7 +231,7 @@ TEST_F(ProtectPeriodSettingTest, NeedsADeviceOfTheTable)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, WhatIsNoListNeverRemovesAnything)
+TEST_F(SetGreennetProtectPeriodList, WhatIsNoListNeverRemovesAnything)
 {
     const Request mac = Request({}).with("Mac", R"("AA:BB")");
     std::vector<Request> requests = {mac, mac.with("Sleeps", "[]")};
@@ -141,7 +248,7 @@ TEST_F(ProtectPeriodSettingTest, WhatIsNoListNeverRemovesAnything)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, StopsWhenTheOldPeriodsStay)
+TEST_F(SetGreennetProtectPeriodList, StopsWhenTheOldPeriodsStay)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         forget();
@@ -154,7 +261,7 @@ TEST_F(ProtectPeriodSettingTest, StopsWhenTheOldPeriodsStay)
 }
 
 // What was stored before the element stays stored; protection is not switched.
-TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstElementWithoutOneOfItsKeys)
+TEST_F(SetGreennetProtectPeriodList, StopsAtTheFirstElementWithoutOneOfItsKeys)
 {
     std::vector<std::string> wrong = {
         "null", "7", "true", R"("Enable")", "[]", "{}", "[" + kPeriod.json() + "]"};
@@ -176,7 +283,7 @@ TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstElementWithoutOneOfItsKeys)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
+TEST_F(SetGreennetProtectPeriodList, StopsAtTheFirstPeriodThatTheDeviceRefuses)
 {
     const std::string three = kPeriod.json() + "," + kPeriod.json() + "," + kPeriod.json();
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
@@ -196,7 +303,7 @@ TEST_F(ProtectPeriodSettingTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, CutsItsTexts)
+TEST_F(SetGreennetProtectPeriodList, CutsItsTexts)
 {
     for (const size_t length : {0u, 6u, 7u, 8u, 63u, 64u, 10000u}) {
         forget();
@@ -221,7 +328,7 @@ TEST_F(ProtectPeriodSettingTest, CutsItsTexts)
     }
 }
 
-TEST_F(ProtectPeriodSettingTest, TakesHundredsOfPeriods)
+TEST_F(SetGreennetProtectPeriodList, TakesHundredsOfPeriods)
 {
     std::string elements = kPeriod.json();
     for (int at = 1; at < 300; ++at) {
