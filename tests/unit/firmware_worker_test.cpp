@@ -361,8 +361,6 @@ class FirmwareThreadsTest : public FirmwareUpdateTest {
     std::atomic<size_t> updates = 0;
 };
 
-class ImageDownload : public FirmwareThreadsTest {};
-
 TEST_F(FirmwareThreadsTest, NeverMoreThanOneIsUnderWay)
 {
     const std::string refused = "\"updateResult\":\"-1\"," + failure(kDownloading) + "}";
@@ -426,7 +424,7 @@ TEST_F(FirmwareThreadsTest, NeverMoreThanOneIsUnderWay)
 }
 
 // One update after the other, each of which gets the lock that the last worker has released.
-TEST_F(ImageDownload, AnUpdateFollowsTheOther)
+TEST_F(FirmwareThreadsTest, AnUpdateFollowsTheOther)
 {
     for (size_t round = 0; round < kRounds; ++round) {
         const Json object = parse(R"({"MainRouter":{"UpdateUrl":"a"}})");
