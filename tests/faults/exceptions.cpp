@@ -28,6 +28,8 @@ Row rows[] = {
     {"GET_WIFI_LIST_INFO", Rule::kZeroed, "devapi_get_wifi_stactrl", "it begins at -1"},
     {"HG_WIFI_CHANNEL_POWER_OPTIMIZATION", Rule::kEmptyText, "", kReportedInPlace},
     {"HG_WIFI_OPTIMIZATION", Rule::kEmptyText, "", kReportedInPlace},
+    {"SET_GREENNET_DEVICE_LIST", Rule::kCallOrder, "",
+     "only the second device is new to the table"},
     {"SET_GREENNET_DEVICE_LIST", Rule::kCut, "", kFilledByDevice},
     {"SET_GREENNET_DEVICE_LIST", Rule::kEmptyText, "", kFilledByDevice},
     {"SET_GREENNET_NOTIFY_ENABLE", Rule::kCut, "Mac", kFilledByDevice},

@@ -18,6 +18,7 @@ enum class Rule {
     kResult,      // a device function's result counts as it is described; the key is the function
     kZeroed,      // what the device writes to holds nothing before; the key is the field
     kNoError,     // a success logs no error
+    kCallOrder,   // the calls come in the order that is described
     kNoObject,    // what is no object is left as it is, and changes nothing
 };
 

@@ -522,6 +522,29 @@ TEST_P(RequestTest, LeavesKeysThatAreThereAlready)
     expect_exceptions_used(Rule::kPresentKey);
 }
 
+TEST_P(RequestTest, MakesTheDescribedCallsInTheirOrder)
+{
+    std::vector<std::string> made;
+    for (const Call &call : whole.calls) {
+        if (call.function.starts_with("devapi_") && call.function != "devapi_free_topo_list" &&
+            !has(made, call.function)) {
+            made.push_back(call.function);
+        }
+    }
+    std::vector<std::string> described;
+    const cJSON *function;
+    cJSON_ArrayForEach(function, cJSON_GetObjectItem(description, "device_calls"))
+    {
+        if (has(made, function->valuestring)) { // another request of the command may not need it
+            described.emplace_back(function->valuestring);
+        }
+    }
+    if (made != described && exception(subject, Rule::kCallOrder, "") == nullptr) {
+        EXPECT_EQ(made, described);
+    }
+    expect_exceptions_used(Rule::kCallOrder);
+}
+
 // What is logged of a success is no error.
 TEST_P(RequestTest, LogsNoError)
 {

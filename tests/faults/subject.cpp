@@ -184,7 +184,7 @@ std::string request_for(const Subject &subject)
     for (const std::string &name : {subject.name, subject.command}) {
         const auto written = kRequests.find(name);
         if (written != kRequests.end()) {
-            return written->second;
+            return print(parse(written->second).get());
         }
     }
     if (subject.builder != nullptr) {

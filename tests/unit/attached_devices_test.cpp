@@ -138,7 +138,6 @@ constexpr char kSuccess[] = R"({"Status":"0"})";
 
 class SetAdBaseInfo : public HandlerTest {};
 
-const LogLine kInvalid = {3, "json_set_attach_dev_base_info : Err, invalid param\n"};
 const LogLine kNotBound = {7, "ip/mac binding: not be used!"};
 const LogLine kBound = {7, "ip/mac binding: is using!"};
 const LogLine kNoAddress = {3, "ip/mac binding: ip addr missing!"};
@@ -173,38 +172,11 @@ void expect_record(const AdBaseSetting &setting, const std::string &what)
         << what;
 }
 
-TEST_F(SetAdBaseInfo, ASettingMayGiveEverything)
-{
-    EXPECT_EQ(run(kCommand, kAll.with("Name", R"("kept")").json()),
-              R"({"Name":"kept","Status":"0"})");
-    EXPECT_EQ(recording_device::calls().size(), 1u);
-    expect_record(record_of("512", "1", "192.168.1.7"), "all");
-    EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kBound});
-}
-
 TEST_F(SetAdBaseInfo, ASettingMayLeaveOutItsOptions)
 {
     EXPECT_EQ(run(kCommand, kNeeded.json()), kSuccess);
     expect_record(record_of("-1", "-1", ""), "none");
     EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kNotBound});
-}
-
-TEST_F(SetAdBaseInfo, ASettingNeedsFourKeys)
-{
-    for (const auto &[key, json] : kNeeded.keys()) {
-        std::vector<Request> requests = {kAll.without(key), kNeeded.without(key)};
-        for (const std::string &no_text : kNoTexts) {
-            requests.push_back(kAll.with(key, no_text));
-        }
-        for (const Request &request : requests) {
-            recording_host::reset();
-            EXPECT_EQ(run(kCommand, request.with("Other", "1").json()),
-                      R"({"Other":1,)" + failure("INVALID_PARAM") + "}");
-            EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kInvalid});
-        }
-    }
-    EXPECT_EQ(run(kCommand), "{" + failure("INVALID_PARAM") + "}");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 TEST_F(SetAdBaseInfo, TheLimitIsSentOnlyWithItsSwitch)
@@ -474,7 +446,5 @@ TEST_F(SetFirewallSwitch, SaysNothingOfAMissingSwitch)
     EXPECT_TRUE(recording_device::calls().empty());
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
-
-// ---- All of them -------------------------------------------------------------------------------
 
 } // namespace attached_device_rights_test

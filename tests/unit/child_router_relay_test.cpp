@@ -283,27 +283,6 @@ TEST_F(GetChildRouterAdBaseInfo, SendsTheObjectAsItCame)
     EXPECT_EQ(calls[0].arguments[1], "get_childrouter_host_info");
 }
 
-TEST_F(GetChildRouterAdBaseInfo, TheDeviceMayBeNamedInAnyType)
-{
-    child_answers(R"({"BaseInfo":{}})");
-    for (const std::string &json : kNoTexts) {
-        const Request request = kRequest.with("DeviceID", json);
-        EXPECT_EQ(run(kCommand, request.json()),
-                  request.followed_by(R"("BaseInfo":{},"Status":"0")"));
-    }
-    EXPECT_EQ(recording_device::called_functions(), Names(kNoTexts.size(), kAsk));
-}
-
-TEST_F(GetChildRouterAdBaseInfo, TheDeviceHasToBeNamed)
-{
-    for (const Request &request : {Request({}), Request({{"Device", R"("A")"}, {"Mac", "7"}})}) {
-        EXPECT_EQ(run(kCommand, request.json()),
-                  request.followed_by(failure("DeviceID Not Found")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(GetChildRouterAdBaseInfo, NoAnswerIsAFailure)
 {
     child_answers(std::nullopt);

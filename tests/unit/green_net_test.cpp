@@ -32,18 +32,6 @@ void switch_is(const std::string &text, int32_t result = 0)
     });
 }
 
-TEST_F(GetGreennetEnable, ReportsTheSwitchAndThenTheStatus)
-{
-    for (const size_t length : {0u, 1u, 255u, 256u}) {
-        switch_is(text_of_length(length));
-        EXPECT_EQ(run(kGetSwitch, R"({"enable":7})"), R"({"enable":7,"Enable":)" +
-                                                          quoted(text_of_length(length)) +
-                                                          R"(,"Status":"0"})");
-    }
-    EXPECT_EQ(recording_device::called_functions(), Names(4, "devapi_get_greennet_enable"));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(GetGreennetEnable, ASwitchThatCannotBeReadIsLogged)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
@@ -123,8 +111,6 @@ TEST_F(SetGreennetNotifyEnable, NoticesCutTheirTexts)
         }
     }
 }
-
-// ---- Both --------------------------------------------------------------------------------------
 
 } // namespace green_net_test
 

@@ -9,36 +9,8 @@ using recording_device::contents;
 using recording_device::when;
 using recording_host::LogLine;
 
-class GetHgGuestSsid : public HandlerTest {};
 class SetHgGuestSsid : public HandlerTest {};
 class GuestWifiTest : public HandlerTest {};
-
-// ---- GET_HG_GUEST_SSID -------------------------------------------------------------------------
-
-int32_t named_guest(GuestWifiInfo *info)
-{
-    *info = {"???", "RadioEn",   "Enable", "SSID",    "?",    "Continu", "Hour",
-             "End", "Remaining", "PWD",    "ENCRYPT", "Mode", "Adverti", "Permiss"};
-    return 0;
-}
-
-constexpr char kNamedReply[] =
-    R"("Enable":"Enable","PermissionProperty":"Permiss","SSID":"SSID","ContinueTime":"Continu",)"
-    R"("RadioEnable":"RadioEn","HourTime":"Hour","EndTimestamp":"End",)"
-    R"("Remainingtime":"Remaining","PWD":"PWD","ENCRYPT":"ENCRYPT","Mode":"Mode",)"
-    R"("AdvertisementEnable":"Adverti","Status":"0")";
-
-TEST_F(GetHgGuestSsid, ReportsTwelveKeysAndThenTheStatus)
-{
-    when<devapi_get_guest_wifi_info>(named_guest);
-    EXPECT_EQ(run("GET_HG_GUEST_SSID", R"({"band":"5G","Band":"2.4G","SSID":1})"),
-              R"({"band":"5G","Band":"2.4G","SSID":1,)" + std::string(kNamedReply) + "}");
-    GuestWifiInfo asked = {};
-    strcpy(asked.Band, "5G");
-    EXPECT_EQ(recording_device::calls(), (std::vector<recording_device::Call>{
-                                             {"devapi_get_guest_wifi_info", {contents(&asked)}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
 
 // ---- SET_HG_GUEST_SSID -------------------------------------------------------------------------
 
@@ -179,6 +151,13 @@ TEST_F(SetHgGuestSsid, ASettingWithoutOneOfItsKeysIsRefused)
         }
     }
     EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(SetHgGuestSsid, ARadioThatIsOffHasAReasonOfItsOwn)
+{
+    when<devapi_set_guest_wifi_info>([](const GuestWifiInfo *) { return -2; });
+    EXPECT_EQ(run("SET_HG_GUEST_SSID", kGuest.json()),
+              "{" + failure("radio enable is closed,need to open") + "}");
 }
 
 TEST_F(SetHgGuestSsid, TheKeysLeaveTheObjectBeforeTheDeviceIsCalled)

@@ -93,15 +93,6 @@ TEST_F(SetMeshPair, AMeshThatCannotPairIsToldByItsResult)
 
 // ---- LEDs --------------------------------------------------------------------------------------
 
-TEST_F(SetLedStatus, LedsAreSetBySwitchColourAndBrightness)
-{
-    EXPECT_EQ(
-        run("SET_LED_STATUS", R"({"LedCoLor":"blue","LedLight":"80","LedSwitch":"1","Other":1})"),
-        R"({"Other":1,"Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_sta_led", {"1", "blue", "80"}}}));
-}
-
 TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
 {
     const Request whole(

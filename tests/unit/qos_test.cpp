@@ -51,15 +51,6 @@ TEST_F(SetQosEnable, SwitchesByTheNumberThatTheTextBeginsWith)
 constexpr char kPriority[] = "SET_QOS_APP_INFO";
 const Request kApplication({{"Id", R"("3")"}, {"PriorityLevel", R"("high")"}});
 
-TEST_F(SetQosAppInfo, SetsThePriorityOfAnApplication)
-{
-    EXPECT_EQ(run(kPriority, kApplication.with("Name", R"("kept")").json()),
-              R"({"Name":"kept","Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_qos_app_info", {"3", "high"}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(SetQosAppInfo, AnApplicationIsANumberOfAnyLength)
 {
     const std::pair<const char *, const char *> numbers[] = {{"", "0"},

@@ -112,7 +112,6 @@ using recording_device::when;
 
 class GetPortStatistics : public HandlerTest {};
 class GetPortBinding : public HandlerTest {};
-class SetPortBinding : public HandlerTest {};
 
 // Puts a text into a field that is zeroed.
 template <size_t width> void put(char (&field)[width], const std::string &text)
@@ -156,20 +155,6 @@ std::string statistics_reply(size_t first, size_t end)
                     R"(,"tx_packets":"c)" + number + R"(,"rx_packets":"d)" + number + "}";
     }
     return R"("port_stat_list":[)" + elements + R"(],"Status":"0"})";
-}
-
-TEST_F(GetPortStatistics, ReportsWhatEachPortCarries)
-{
-    statistics_are(2, 2);
-    EXPECT_EQ(run(kStatistics, R"({"port_stat_list":7})"),
-              R"({"port_stat_list":7,"port_stat_list":[{"Port":"p0","tx_traffic":"a0",)"
-              R"("rx_traffic":"b0","tx_packets":"c0","rx_packets":"d0"},{"Port":"p1",)"
-              R"("tx_traffic":"a1","rx_traffic":"b1","tx_packets":"c1","rx_packets":"d1"}],)"
-              R"("Status":"0"})");
-    const std::string none(sizeof(PortStatisticsInfo), '\0');
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_port_statistics_info", {none}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
 TEST_F(GetPortStatistics, ReportsAsManyPortsAsThereAre)
@@ -237,18 +222,6 @@ std::string binding_reply(size_t first, size_t end)
     return R"("port_stat_list":[)" + elements + R"(],"Status":"0"})";
 }
 
-TEST_F(GetPortBinding, ReportsWhichPortsEachConnectionServes)
-{
-    bindings_are(2);
-    EXPECT_EQ(run(kBinding, R"({"Index":7})"),
-              R"({"Index":7,"port_stat_list":[{"Index":"i0","WANName":"w0","BoundPorts":"b0"},)"
-              R"({"Index":"i1","WANName":"w1","BoundPorts":"b1"}],"Status":"0"})");
-    const std::string none(sizeof(PortBindingInfo), '\0');
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_port_binding_info", {none}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(GetPortBinding, ReportsNoMoreThanEightBindings)
 {
     for (const int32_t count : {0, 1, 7, 8, 9, 1000, INT32_MAX, -1, INT32_MIN}) {
@@ -257,17 +230,5 @@ TEST_F(GetPortBinding, ReportsNoMoreThanEightBindings)
         EXPECT_EQ(run(kBinding), "{" + binding_reply(0, reported)) << count;
     }
 }
-
-// ---- SET_PORT_BINDING --------------------------------------------------------------------------
-
-TEST_F(SetPortBinding, BindsPortsByTheirIndex)
-{
-    EXPECT_EQ(run("SET_PORT_BINDING", R"({"BoundPorts":"LAN1,LAN2","Index":"2"})"),
-              R"({"Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_port_binding", {"2", "LAN1,LAN2"}}}));
-}
-
-// ---- All ---------------------------------------------------------------------------------------
 
 } // namespace port_lists_test

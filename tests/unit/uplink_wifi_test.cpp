@@ -131,20 +131,6 @@ TEST_F(SetUplinkWifiInfo, NamesEachAbsentKey)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(SetUplinkWifiInfo, RefusesEachKeyWithoutText)
-{
-    for (const auto &[key, json] : kUplink.keys()) {
-        for (const std::string &no_text : kNoTexts) {
-            recording_host::reset();
-            const Request request = kUplink.with(key, no_text);
-            EXPECT_EQ(run(kCommand, request.json()),
-                      request.followed_by(failure("value string null")));
-            EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kRefused});
-        }
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
 TEST_F(SetUplinkWifiInfo, LooksAtAbsenceFirst)
 {
     const Request request = kUplink.with("SSID", "7").without("Band");

@@ -1,3 +1,4 @@
+#include "failing_memory.h"
 #include "handler_test.h"
 #include "request.h"
 #include "wifi.h"
@@ -421,6 +422,20 @@ TEST_F(SetWifiInfoListRefusal, ForAWorkerThatCannotBeStarted)
     }
     EXPECT_EQ(recording_device::called_functions(),
               (Names{"devapi_get_5g_wifi_index", "devapi_get_5g_wifi_index"}));
+}
+
+// The worker cannot be called back: what has to be answered is there before it starts.
+TEST_F(SetWifiInfoListRefusal, ForAWarningWithoutMemory)
+{
+    for (size_t first = 0; first < 4; ++first) {
+        const Json object = parse(batch(kElement.json()).json());
+        {
+            const FailingMemory memory(first, FailingMemory::Fail::kOnce);
+            hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get());
+        }
+        EXPECT_EQ(print(object.get()), refused(batch(""))) << "allocation " << first;
+        EXPECT_EQ(control.workers(), 0u);
+    }
 }
 
 } // namespace wifi_batch_refusal_test

@@ -338,18 +338,6 @@ void powers_are(size_t entries, int32_t count, int32_t result = 0)
     });
 }
 
-TEST_F(GetScanChannelPower, ReportsThePowerOfEachNetwork)
-{
-    powers_are(3, 2);
-    EXPECT_EQ(run("GET_SCAN_CHANNEL_POWER", R"({"SSIDList":"kept"})"),
-              R"({"SSIDList":"kept","SSIDList":[{"name":"n0","dbpower":"-0"},)"
-              R"({"name":"n1","dbpower":"-1"}],"Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{
-                  {"devapi_scan_channel_power", {std::string(sizeof(ChannelPowerResult), '\0')}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(GetScanChannelPower, ReportsAnyNumberOfPowers)
 {
     powers_are(1000, 1000);
@@ -399,15 +387,6 @@ std::string channel_reply(int count_24g, int count_5g)
            R"(],"Status":"0"})";
 }
 
-TEST_F(GetWifiChannelList, ReportsTheChannelsOfBothBands)
-{
-    channels_are(13, 5);
-    EXPECT_EQ(run("GET_WIFI_CHANNEL_LIST"), channel_reply(13, 5));
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_all_wifi_channel_list", {std::string(264, '\0')}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 TEST_F(GetWifiChannelList, CountsOfChannelsAreHeldToTheirArrays)
 {
     const std::pair<int32_t, int> counts[] = {{0, 0},   {-1, 0},  {INT32_MIN, 0}, {1, 1},
@@ -432,7 +411,5 @@ TEST_F(GetWifiChannelList, AChannelMayBeAnyNumber)
               R"({"List58g":1,"List24g":[{"Name":"-32768"},{"Name":"32767"}],"List58g":[],)"
               R"("Status":"0"})");
 }
-
-// ---- All of them -------------------------------------------------------------------------------
 
 } // namespace wifi_scan_test

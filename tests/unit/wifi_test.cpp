@@ -27,35 +27,6 @@ constexpr char kNamedReply[] =
     R"("Channel":"Channel","UsedChannel":"UsedCha","Enable":"Enable","Bandwidth":"Bandwidth",)"
     R"("AdvertisementEnable":"Adverti","Mode":"Mode","Beamforming":"Beamfor")";
 
-TEST_F(GetWifiInfo, ReportsElevenKeysOfAnSsid)
-{
-    when<devapi_get_ssid_info>(named_ssid);
-    EXPECT_EQ(run("GET_WIFI_INFO", R"({"Before":1,"SSIDIndex":"3","SSID":"kept"})"),
-              R"({"Before":1,"SSID":"kept",)" + std::string(kNamedReply) + "}");
-    SsidInfo asked = {};
-    asked.SSIDIndex = 3;
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<recording_device::Call>{{"devapi_get_ssid_info", {contents(&asked)}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(GetWifiInfo, AnIndexThatIsAbsentOrNoTextIsNoIndex)
-{
-    std::vector<std::string> requests = {"{}", R"({"Index":"1","SSID":"1"})"};
-    for (const std::string &json : kNoTexts) {
-        requests.push_back(R"({"SSIDIndex":)" + json + "}");
-    }
-    for (const std::string &request : requests) {
-        recording_host::reset();
-        EXPECT_EQ(run("GET_WIFI_INFO", request), request.substr(0, request.size() - 1) +
-                                                     (request == "{}" ? "" : ",") +
-                                                     failure("no index") + "}");
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "can not find SSIDIndex object!\n"}}));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
 TEST_F(GetWifiInfo, AnEmptyIndexIsRefused)
 {
     EXPECT_EQ(run("GET_WIFI_INFO", R"({"SSIDIndex":""})"),
@@ -143,16 +114,6 @@ TEST_F(SetWifiInfo, ASettingLeavesOutWhatItWasNotGiven)
     EXPECT_EQ(recording_device::calls(), (std::vector<recording_device::Call>{
                                              {"devapi_set_ssid_info", {contents(&expected)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(SetWifiInfo, ASettingTakesItsOptions)
-{
-    EXPECT_EQ(run("SET_WIFI_INFO", kSettingWithOptions.json()), R"({"Status":"0"})");
-    SsidInfo expected = set_record();
-    strcpy(expected.AdvertisementEnable, "a");
-    strcpy(expected.Mode, "m");
-    strcpy(expected.Beamforming, "b");
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&expected));
 }
 
 TEST_F(SetWifiInfo, AnOptionWithoutTextCountsAsLeftOutAndStays)
