@@ -8,24 +8,12 @@
 #include "commands/serve.h"
 #include "commands/topology.h"
 #include "conformance/conformance.h"
-#include "host/plugin_host.h"
-#include "host/workers.h"
-#include "io/error_output.h"
+#include "host/program.h"
 #include "io/exit_status.h"
 #include "io/process_memory.h"
-#include "io/streams.h"
-#include "io/text.h"
 #include "protocol/log_sink.h"
 
-#include <cstdio>
-#include <exception>
-#include <new>
-#include <unistd.h>
-
 namespace {
-
-// Has room for the names of all that a library may lack.
-constexpr size_t kMaxHostError = 65536;
 
 int run(const agent::Options &options)
 {
@@ -43,54 +31,31 @@ int run(const agent::Options &options)
     case agent::Subcommand::kTopology:
         return agent::run_topology(options);
     case agent::Subcommand::kList:
-        return agent::run_list(options.pattern);
+        return options.list_events ? agent::run_list_of_events(options.pattern)
+                                   : agent::run_list(options.pattern);
     case agent::Subcommand::kDescribe:
         return agent::run_describe(options.described);
     case agent::Subcommand::kConformance:
-        return agent::run_conformance(options);
+        return agent::run_conformance(options.host, options.conformance);
     }
     return agent::kWrongUsage;
 }
 
-// Whatever goes wrong is said in a sentence.
 int run(int count, char **words)
 {
-    try {
-        agent::set_up_memory();
-        agent::secure_standard_streams();
-        agent::open_error_output();
-        int exit_status = agent::kSuccess;
-        const auto options = agent::parse_options(count, words, exit_status);
-        if (!options) {
-            return exit_status;
-        }
-        agent::set_log({options->log_level, options->host.show_secrets});
-        return run(*options);
-    } catch (const agent::HostError &problem) {
-        agent::complain(problem.what(), kMaxHostError);
-        return problem.status();
-    } catch (const agent::StreamError &problem) {
-        agent::complain(problem.what());
-        return agent::kCannotWrite;
-    } catch (const std::bad_alloc &) {
-        agent::complain_of_memory();
-        return agent::kOutOfMemory;
-    } catch (const std::exception &problem) { // of the system, while the libraries are brought up
-        agent::complain(problem.what());
-        return agent::kCannotLoad;
+    agent::set_up_memory();
+    int exit_status = agent::kSuccess;
+    const auto options = agent::parse_options(count, words, exit_status);
+    if (!options) {
+        return exit_status;
     }
+    agent::set_log({options->log_level, options->host.show_secrets});
+    return run(*options);
 }
 
 } // namespace
 
 int main(int count, char **words)
 {
-    const int exit_status = run(count, words);
-    agent::finish_error_output();
-    if (agent::has_other_threads()) {
-        // A worker of the plug-in may still run: nothing that it uses may be taken from it.
-        fflush(nullptr);
-        _exit(exit_status);
-    }
-    return exit_status;
+    return agent::run_program([&] { return run(count, words); });
 }

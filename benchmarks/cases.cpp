@@ -73,7 +73,8 @@ std::string ssid_list(size_t count)
 
 extern "C" {
 
-// In the worker's stead: ends the batch as the worker would, with the settings received.
+// Replaces the worker: ends the batch as the worker would, after passing the settings to the
+// device.
 int __wrap_pthread_create(pthread_t *, const pthread_attr_t *, void *(*)(void *), void *records)
 {
     benchmark_device::receive(records,
@@ -83,7 +84,7 @@ int __wrap_pthread_create(pthread_t *, const pthread_attr_t *, void *(*)(void *)
     return 0;
 }
 
-// Both sides answer at the same moment.
+// A constant time, so that both sides give the same reply.
 time_t __wrap_time(time_t *)
 {
     return 1767225600;
@@ -105,7 +106,7 @@ std::string Case::name() const
 
 std::vector<Case> cases(const std::vector<size_t> &sizes)
 {
-    using namespace straight_cjson;
+    using namespace baseline;
     std::vector<Case> all = {
         {"GET_SN_INFO", 32, 0, no_parameters, json_get_sn_info, get_sn_info},
         {"GET_WIFI_INFO", 32, 0, ssid_index, json_get_wifi_info, get_wifi_info},
@@ -161,15 +162,15 @@ bool sides_agree(const Case &measured)
 {
     const std::string request = measured.request(measured.elements);
     std::string replies[2];
-    uint64_t told[2];
+    uint64_t digests[2];
     prepare(measured);
     for (const Side side : kSides) {
         benchmark_device::watch();
         char *reply = answer(measured, side, request);
         replies[static_cast<size_t>(side)] = reply;
-        told[static_cast<size_t>(side)] = benchmark_device::stop_watching();
+        digests[static_cast<size_t>(side)] = benchmark_device::stop_watching();
         cJSON_free(reply);
     }
-    return replies[0] == replies[1] && told[0] == told[1] &&
+    return replies[0] == replies[1] && digests[0] == digests[1] &&
            replies[0].find(R"("Status":"0")") != std::string::npos;
 }

@@ -1,5 +1,5 @@
-// The commands that are measured, each with its request and with the straight cJSON code that it is
-// held against.
+// The commands that are measured, each with its request and with the hand-written baseline that it
+// is compared with.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -15,11 +15,11 @@ struct Case {
     int32_t (*handler)(cJSON *obj);
     void (*floor)(cJSON *obj);
 
-    // The command, and what sets it apart from others of the same name.
+    // The command, and what distinguishes the case from others of the same command.
     std::string name() const;
 };
 
-// Two ways to the same reply.
+// Two implementations with the same reply.
 enum class Side { kPlugin, kFloor };
 constexpr Side kSides[] = {Side::kPlugin, Side::kFloor};
 constexpr const char *name_of(Side side)
@@ -27,18 +27,18 @@ constexpr const char *name_of(Side side)
     return side == Side::kPlugin ? "plug-in" : "floor";
 }
 
-// All cases, those with a list once for each of the sizes.
+// All cases; those with a list once for each size.
 std::vector<Case> cases(const std::vector<size_t> &sizes);
 
-// Has the device ready for the case.
+// Prepares the device for the case.
 void prepare(const Case &measured);
 
-// The handler alone.
+// Runs only the handler.
 void handle(const Case &measured, Side side, cJSON *obj);
 
-// All that an agent does for a command: parses the request, has it handled and prints the reply,
-// which belongs to the caller. The floor needs no dispatcher.
+// Does all that an agent does for a command: parses the request, calls the handler and prints the
+// reply, which belongs to the caller. The baseline does not need the dispatcher.
 char *answer(const Case &measured, Side side, const std::string &request);
 
-// Whether both sides answer the same bytes and tell the device the same.
+// Whether both sides give the same reply and pass the same bytes to the device.
 bool sides_agree(const Case &measured);

@@ -165,7 +165,7 @@ constexpr int32_t kLocalTime = 1; // of the table of attached devices
 
 } // namespace
 
-// ---- What the benchmarks ask of it -------------------------------------------------------------
+// ---- Control by the benchmarks -----------------------------------------------------------------
 
 void benchmark_device::set_host_count(int32_t count)
 {

@@ -1,6 +1,5 @@
-// The device-access library of the benchmarks: every answer is a copy of a constant, so that next
-// to nothing is spent outside of what is measured, and the same on both sides. What it has no
-// answer for fails.
+// The device-access library of the benchmarks: queries copy constants, so that almost nothing is
+// spent outside the measured code, and the same on both sides. Functions without a constant fail.
 #pragma once
 
 #include <cstddef>
@@ -8,11 +7,10 @@
 
 namespace benchmark_device {
 
-// How many attached devices there are.
+// Sets the number of attached devices.
 void set_host_count(int32_t count);
 
-// From here on the device keeps a digest of whatever it is told to change, in the order in which it
-// comes; telling which begins it anew.
+// Starts a new digest of all changes that are requested of the device, in order.
 void watch();
 uint64_t stop_watching();
 

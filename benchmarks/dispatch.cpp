@@ -1,5 +1,5 @@
-// Sends each command of the table under callgrind, which writes what finding its handler cost into
-// a file of its own. The handlers here do nothing.
+// Sends each command of the table under callgrind, which writes the cost of finding its handler to
+// a separate file. The handlers here do nothing.
 #include "commands.h"
 
 #include <cstdio>
@@ -24,7 +24,7 @@ static constexpr const char *kNames[] = {SMART_ROUTER_COMMANDS(NAME)};
 int main()
 {
     for (const char *name : kNames) {
-        hg_process_json_cmd(name, nullptr); // binds what it calls
+        hg_process_json_cmd(name, nullptr); // so that the functions that it calls are bound
         CALLGRIND_START_INSTRUMENTATION;
         hg_process_json_cmd(name, nullptr);
         CALLGRIND_STOP_INSTRUMENTATION;

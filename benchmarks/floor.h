@@ -1,12 +1,12 @@
-// What the plug-in's handlers are measured against: the same commands as one writes them with
-// cJSON's ordinary calls, one key after the other. They make the same device calls with the same
-// records and answer the same bytes.
+// The hand-written baseline that the plug-in's handlers are compared with: the same commands,
+// written with cJSON's ordinary calls, one key after the other. They make the same device calls
+// with the same records and give the same replies.
 #pragma once
 
 #include <cjson/cJSON.h>
 #include <cstring>
 
-namespace straight_cjson {
+namespace baseline {
 
 void get_sn_info(cJSON *obj);
 void get_wifi_info(cJSON *obj);
@@ -29,7 +29,7 @@ inline void add_failure(cJSON *object, const char *reason)
     add(object, "FailReason", reason);
 }
 
-// The text under the key; null when there is none.
+// The text of the key; null when there is none.
 inline const char *text(const cJSON *object, const char *key)
 {
     const cJSON *item = cJSON_GetObjectItem(object, key);
@@ -42,4 +42,4 @@ template <size_t width> void copy(char (&field)[width], const char *value)
     field[width - 1] = '\0';
 }
 
-} // namespace straight_cjson
+} // namespace baseline

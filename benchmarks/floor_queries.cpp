@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-using namespace straight_cjson;
+using namespace baseline;
 
 namespace {
 
@@ -41,7 +41,7 @@ cJSON *host_object(const AdBaseInfo &info)
 
 } // namespace
 
-void straight_cjson::get_sn_info(cJSON *obj)
+void baseline::get_sn_info(cJSON *obj)
 {
     SnInfo info;
     memset(&info, 0, sizeof info);
@@ -55,7 +55,7 @@ void straight_cjson::get_sn_info(cJSON *obj)
     add(obj, "DeviceType", info.DeviceType);
 }
 
-void straight_cjson::get_wifi_info(cJSON *obj)
+void baseline::get_wifi_info(cJSON *obj)
 {
     const char *index = text(obj, "SSIDIndex");
     if (index == nullptr) {
@@ -89,7 +89,7 @@ void straight_cjson::get_wifi_info(cJSON *obj)
     add(obj, "Beamforming", info.Beamforming);
 }
 
-void straight_cjson::query_wan_info(cJSON *obj)
+void baseline::query_wan_info(cJSON *obj)
 {
     const char *name = text(obj, "WANName");
     if (name == nullptr) {
@@ -136,7 +136,7 @@ void straight_cjson::query_wan_info(cJSON *obj)
     add(obj, "VLANPRIORITY", info.VLANPRIORITY);
 }
 
-void straight_cjson::get_attach_dev_base_info(cJSON *obj)
+void baseline::get_attach_dev_base_info(cJSON *obj)
 {
     int32_t count = 0;
     if (devapi_get_host_num(&count) == -1) {

@@ -1,4 +1,4 @@
-// Settings, single ones and lists of them.
+// Settings, and lists of settings.
 #include "floor.h"
 
 #include "wifi.h"
@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-using namespace straight_cjson;
+using namespace baseline;
 
 namespace {
 
@@ -34,7 +34,7 @@ template <size_t width> void copy_optional(const cJSON *obj, const char *key, ch
     copy(field, value != nullptr ? value : "-1");
 }
 
-// What every SSID setting gives. Result: false when a key is missing.
+// Reads the keys that every SSID setting has. Result: false when a key is missing.
 bool read_ssid(const cJSON *obj, SsidInfo *info)
 {
     const char *index = text(obj, "SSIDIndex");
@@ -63,7 +63,7 @@ bool read_ssid(const cJSON *obj, SsidInfo *info)
 
 } // namespace
 
-void straight_cjson::set_wifi_info(cJSON *obj)
+void baseline::set_wifi_info(cJSON *obj)
 {
     SsidInfo info;
     memset(&info, 0, sizeof info);
@@ -92,7 +92,7 @@ void straight_cjson::set_wifi_info(cJSON *obj)
     }
 }
 
-void straight_cjson::set_wan_info(cJSON *obj)
+void baseline::set_wan_info(cJSON *obj)
 {
     WanInfo info;
     memset(&info, 0, sizeof info);
@@ -148,8 +148,8 @@ void straight_cjson::set_wan_info(cJSON *obj)
 
 namespace {
 
-// Stores the devices, and their MAC addresses in a list with room for them. Result: null, or what
-// is wrong.
+// Stores the devices, and writes their MAC addresses to a list that is large enough. Result: null,
+// or the failure text.
 const char *store_devices(const cJSON *elements, char *macs)
 {
     GreenHostInfo info;
@@ -178,7 +178,7 @@ const char *store_devices(const cJSON *elements, char *macs)
         }
         copy(info.NewEntry, is_new ? "1" : "0");
         snprintf(info.HostIndex, sizeof info.HostIndex, "%d", index);
-        const size_t length = strnlen(info.Mac, 19); // of the 20 bytes that each has
+        const size_t length = strnlen(info.Mac, 19); // each has 20 bytes, with the comma
         memcpy(macs, info.Mac, length);
         macs[length] = ',';
         macs += length + 1;
@@ -192,7 +192,7 @@ const char *store_devices(const cJSON *elements, char *macs)
 
 } // namespace
 
-void straight_cjson::set_green_net_list(cJSON *obj)
+void baseline::set_green_net_list(cJSON *obj)
 {
     const cJSON *elements = cJSON_GetObjectItem(obj, "DeviceList");
     if (!cJSON_IsArray(elements)) {
@@ -223,7 +223,7 @@ void straight_cjson::set_green_net_list(cJSON *obj)
     }
 }
 
-void straight_cjson::set_wifi_info_list(cJSON *obj)
+void baseline::set_wifi_info_list(cJSON *obj)
 {
     const cJSON *elements = cJSON_GetObjectItem(obj, "WIFILIST");
     const char *station_control = text(obj, "StaCtrl");

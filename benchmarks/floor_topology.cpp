@@ -10,7 +10,7 @@
 #include <ctime>
 #include <strings.h>
 
-using straight_cjson::add;
+using baseline::add;
 
 namespace {
 
@@ -240,7 +240,7 @@ cJSON *child_router(const ChildRouterInfo &info)
 
 } // namespace
 
-void straight_cjson::get_tsnk_topo_info(cJSON *reply)
+void baseline::get_tsnk_topo_info(cJSON *reply)
 {
     cJSON_AddItemToObject(reply, "MainRouter", main_router());
     cJSON *list = cJSON_CreateArray();

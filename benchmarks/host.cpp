@@ -1,4 +1,4 @@
-// The host's services for measurements: as little as they can be.
+// The host's services for measurements, as small as possible.
 #include "smart_router_service/host_agent.h"
 
 #include <cstdlib>
@@ -26,7 +26,7 @@ int32_t kaa_update_profile_info()
     return 0;
 }
 
-// Nothing that is measured pushes a message.
+// No measured code pushes a message.
 
 char *base64_encode(const char *)
 {

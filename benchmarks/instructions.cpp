@@ -1,6 +1,6 @@
-// Runs every case once under callgrind, which writes what each run cost into a file of its own.
-// Lists have each of the sizes that are given. The device's functions count for nothing:
-// --toggle-collect=devapi_* leaves them out.
+// Runs every case once under callgrind, which writes the cost of each run to a separate file. Lists
+// have each of the given sizes. The device's functions are not counted: --toggle-collect=devapi_*
+// excludes them.
 #include "cases.h"
 
 #include <cstdio>
@@ -10,8 +10,8 @@
 
 namespace {
 
-// Runs before the one that counts: by then the heap holds what a run has given back, as it does in
-// an agent that has been up for a while.
+// Runs before the one that is counted: the heap then has the free blocks of earlier runs, as in an
+// agent that has been running for a while.
 constexpr int kWarmUps = 1;
 
 void count_handler(const Case &measured, Side side, const std::string &request)

@@ -1,5 +1,5 @@
-// Loads the plug-in as an agent does and sends it a million commands: how long loading takes and
-// what memory stays with the process. Prints one JSON object.
+// Loads the plug-in as an agent does and sends it a million commands, to measure how long loading
+// takes and how much memory the process keeps. Prints one JSON object.
 #include "device.h"
 
 #include "smart_router_service/processjsonability.h"
@@ -30,7 +30,7 @@ constexpr Request kRequests[] = {
     {"GET_LED_STATUS", "{}"}, // which this device refuses
 };
 
-// What the process has in memory for itself alone, in KiB; read without using any more.
+// The private memory of the process in KiB; reading it allocates none.
 long private_memory()
 {
     static char text[4096];

@@ -1,8 +1,8 @@
-"""Prints what the plug-in takes on a router: its sections, the code of each handler and the stack that it needs.
-size_report.py [--check] READELF OBJDUMP STRIP PLUGIN OBJECT...; with --check it fails when a promise is broken.
+"""Prints what the plug-in needs on a router: its sections, the code of each handler and its stack.
+size_report.py [--check] READELF OBJDUMP STRIP PLUGIN OBJECT...; with --check it fails when a limit is exceeded.
 
-What only one exported function leads to counts as its own; what several share is listed by itself. The objects have
-a section for each function, so their relocations tell who needs whom."""
+Code that only one exported function needs is counted as part of it; shared code is listed separately. The objects
+have a section for each function, so their relocations show the dependencies."""
 
 import collections
 import lzma
@@ -35,7 +35,7 @@ def sections_of(readelf, file):
 
 
 def private_pages(readelf, file):
-    """The pages that each process has for itself once the file is loaded: those that are written then."""
+    """The private pages of a process that has loaded the file: those that are written when it is loaded."""
     pages = set()
     for line in run(readelf, "--program-headers", "--wide", file).splitlines():
         if match := re.match(r"\s*LOAD +0x\w+ 0x(\w+) 0x\w+ 0x\w+ 0x(\w+) RW", line):
@@ -50,7 +50,7 @@ def exported_by(readelf, plugin):
 
 
 class Code:
-    """The functions and constants of the objects, as their sections, and who needs whom."""
+    """The functions and constants of the objects, by their sections, and the dependencies between them."""
 
     def __init__(self, readelf, objdump, objects):
         self.size, self.frame = {}, {}
@@ -87,7 +87,7 @@ class Code:
                 self.frame[function] = self.frame.get(function, 0) + int(match[1] or match[2])
 
     def reached(self, root, stop):
-        """What the root leads to, itself included, without going through those to stop at."""
+        """All that the root depends on, including itself, without following those in stop."""
         found, waiting = {root}, [root]
         while waiting:
             for name in self.needs[waiting.pop()]:
@@ -97,7 +97,7 @@ class Code:
         return found
 
     def depth(self, function, above=()):
-        """The deepest stack below and with a function."""
+        """The deepest stack of a function, including that of the functions it calls."""
         assert function not in above, f"{function} calls itself, so its stack has no limit"
         called = [name for name in self.needs[function] if self.size.get(name, (0, False))[1] and name != function]
         return self.frame.get(function, 0) + max((self.depth(name, (*above, function)) for name in called), default=0)
@@ -152,7 +152,7 @@ def main(readelf, objdump, strip, plugin, *objects, check=False):
                               ("pages of private memory", pages, MOST_PRIVATE_PAGES),
                               (f"bytes of stack in {deepest}", depths[deepest], MOST_STACK)):
         broken += value > most
-        print(f"{value} {what}, {most} promised{'  <-- too much' if value > most else ''}")
+        print(f"{value} {what}, at most {most}{'  <-- too much' if value > most else ''}")
     return 1 if check and broken else 0
 
 

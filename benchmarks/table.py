@@ -1,5 +1,5 @@
-"""Runs every measurement and prints one Markdown table: table.py BUILD [DOCUMENT]. A document gets the table in
-place of the one it has, between its two marks. Times are the processor's."""
+"""Runs every measurement and prints one Markdown table: table.py BUILD [DOCUMENT]. In the document, the table
+between the two marks is replaced. Times are processor times."""
 
 import json
 import os
@@ -8,16 +8,16 @@ import platform
 import re
 import subprocess
 import sys
-import tempfile
 
 import measure
 
 SIZES = [10, 100, 1_000, 10_000, 100_000]
 COMMANDS = 1_000_000
 REQUEST = b'{"id":1,"command":"GET_SN_INFO"}\n'
-RUNS = 30  # of a process, of which the fastest counts: whatever is slower was held up by something else
+RUNS = 30  # of a process; the fastest counts, since slower runs were delayed by something else
 
-COLUMNS = ["", "Instructions", "beside", "ratio", "Allocations", "beside", "ratio", "Time", "beside", "Memory"]
+COLUMNS = ["", "Instructions", "compared with", "ratio", "Allocations", "compared with", "ratio", "Time",
+           "compared with", "Memory"]
 
 
 def number(value):
@@ -31,13 +31,13 @@ def duration(nanoseconds):
     return f"{nanoseconds:.0f} ns"
 
 
-def compared(value, beside):
-    return [number(value), number(beside), f"{value / beside:.2f}"]
+def compared(value, other):
+    return [number(value), number(other), f"{value / other:.2f}"]
 
 
 def row(name, instructions=None, allocations=None, times=None, memory=None):
-    """instructions and allocations: a count, or a pair of the plug-in's and what stands beside it; times: the same
-    in nanoseconds; memory: a text. A measurement has the cells that it can fill."""
+    """instructions and allocations: a count, or a pair of the plug-in's and the one to compare with; times: the same
+    in nanoseconds; memory: a text. A measurement fills the cells that it has figures for."""
     cells = [name]
     for counts in (instructions, allocations):
         if isinstance(counts, tuple):
@@ -62,7 +62,7 @@ def times_of(build, *options):
 
 
 def handlers(build):
-    """Each command, the handler alone and the whole."""
+    """Each command, only the handler and the whole."""
     nanoseconds = times_of(build, "--benchmark_min_time=0.1")
     for which, title in (("handler", "{}"), ("whole", "{}, whole")):
         for case, (plugin, floor) in measure.count_sides(build / "bin/instructions", which, SIZES).items():
@@ -74,7 +74,7 @@ def handlers(build):
 def dispatch(build):
     costs = {name: cost.instructions for name, cost in measure.count_parts(build / "bin/dispatch").items()}
     cheapest, dearest = min(costs, key=costs.get), max(costs, key=costs.get)
-    yield row(f"Finding {dearest}; beside, {cheapest}", (costs[dearest], costs[cheapest]))
+    yield row(f"Finding {dearest}; compared with {cheapest}", (costs[dearest], costs[cheapest]))
 
 
 def loading(build):
@@ -101,19 +101,12 @@ def processor_time(command):
 
 
 def processes(build):
-    """A process with one command, and one that links the same libraries and does nothing."""
+    """A process that runs one command, and one that links the same libraries and does nothing."""
     commands = ([build / "bin/hgagent", "call", "GET_SN_INFO"], [build / "agent/link_check"])
     costs = [measure.count(command)[None] for command in commands]
-    yield row("hgagent call GET_SN_INFO; beside, its libraries alone",
+    yield row("hgagent call GET_SN_INFO; compared with its libraries alone",
               tuple(cost.instructions for cost in costs), tuple(cost.allocations for cost in costs),
               tuple(processor_time(command) for command in commands))
-
-
-def instructions_of_serving(server, requests):
-    with tempfile.TemporaryFile() as lines:
-        lines.write(requests * REQUEST)
-        lines.seek(0)
-        return measure.count(server, stdin=lines)[None].instructions
 
 
 def time_of_serving(server, requests):
@@ -136,12 +129,13 @@ def time_of_serving(server, requests):
 
 
 def serving(build):
-    """A request to an agent that serves, and the same command within the process."""
-    server = [build / "bin/hgagent", "serve"]
-    few, many = (instructions_of_serving(server, number) for number in (100, 1_100))
+    """A request to hgagent serve, and the same command within a process."""
+    agent = build / "bin/hgagent"
     within = times_of(build, "--benchmark_filter=^GET_SN_INFO.plug-in.whole")
-    yield row("hgagent serve, for each GET_SN_INFO; beside, within the process", (many - few) / 1_000,
-              times=(time_of_serving(server, 20_000), *within.values()))
+    yield row("hgagent serve, for each GET_SN_INFO; compared with the same within the process",
+              measure.count_serving_record(agent), times=(time_of_serving([agent, "serve"], 20_000), *within.values()))
+    instructions, hosts = measure.count_serving_list(agent)
+    yield row(f"hgagent serve, for each GET_AD_BASE_INFO, {hosts} hosts", instructions)
 
 
 MEASUREMENTS = [handlers, dispatch, loading, processes, serving]

@@ -1,5 +1,4 @@
-// The same cases by the clock: the processor's time that they take on this machine, as it is at
-// this moment.
+// Measures the processor time of the same cases, which depends on this machine and its load.
 #include "cases.h"
 
 #include <benchmark/benchmark.h>
@@ -7,7 +6,7 @@
 
 namespace {
 
-// Objects that are made before the clock starts and deleted after it has stopped.
+// The number of objects that are created before the clock starts and deleted after it has stopped.
 constexpr size_t kBatch = 64;
 
 double processor_seconds()

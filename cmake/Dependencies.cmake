@@ -1,5 +1,5 @@
-# All that the project needs and that is not its own, looked for in one place: who lacks something is told all
-# of it at once, each with the Debian package that has it.
+# Finds all dependencies in one place, so that everything that is missing is reported at once, with the Debian
+# packages that contain it.
 set(missing "")
 
 # need_package(DEBIAN_PACKAGE NAME [VERSION] [OPTION...]): as find_package() does.
@@ -48,7 +48,7 @@ if(SMART_ROUTER_BENCHMARKS)
     string(APPEND without "\n  -D SMART_ROUTER_BENCHMARKS=OFF  without the measurements")
 endif()
 if(SMART_ROUTER_TESTS OR SMART_ROUTER_BENCHMARKS OR SMART_ROUTER_FUZZ)
-    # They use modules that Debian installs for its own Python, whatever other one comes first.
+    # The scripts use modules that Debian installs for its Python, even if another one is first in the path.
     need_program(python3 SYSTEM_PYTHON python3 PATHS /usr/bin NO_DEFAULT_PATH)
 endif()
 if(SMART_ROUTER_TESTS AND SYSTEM_PYTHON)

@@ -1,8 +1,8 @@
-# eager_binding(OUTPUT): writes a source that takes the address of every function that the plug-in
-# calls and does not have. On MIPS the linker makes a stub of 16 bytes for a function that is only ever
-# called, to look it up at the first call. The plug-in has all of them looked up when it is loaded, and
-# four bytes for each are all that it takes to have no stubs. What is written there is never run: it has
-# to be kept by name, as with -Wl,--undefined=eager_binding.
+# eager_binding(OUTPUT): writes a source that takes the address of every undefined function that the
+# plug-in calls. On MIPS, the linker generates a stub of 16 bytes for a function that is only called, for
+# lazy binding. The plug-in binds all functions when it is loaded; taking their addresses, at four bytes
+# each, avoids the stubs. The code is never run, so the linker has to keep it by name, as with
+# -Wl,--undefined=eager_binding.
 function(eager_binding output)
     set(needed_list ${PROJECT_SOURCE_DIR}/smart_router_service/needed.txt)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${needed_list})

@@ -10,7 +10,7 @@ function(embed_texts target name)
                 -P ${script}
         DEPENDS ${script} ${ARGN}
         VERBATIM)
-    # Compilers that are used here take literals longer than the standard has them take.
+    # The compilers used here accept longer literals than the standard requires.
     set_source_files_properties(${directory}/${name}.cpp PROPERTIES
         COMPILE_OPTIONS $<$<CXX_COMPILER_ID:Clang>:-Wno-overlength-strings>)
     target_sources(${target} PRIVATE ${directory}/embedded/${name}.h ${directory}/${name}.cpp)

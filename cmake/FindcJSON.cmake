@@ -1,4 +1,4 @@
-# cJSON, which not every distribution ships with a CMake package: the target cJSON::cJSON.
+# Defines the target cJSON::cJSON, since not every distribution ships cJSON with a CMake package.
 find_path(cJSON_INCLUDE_DIR cjson/cJSON.h)
 find_library(cJSON_LIBRARY cjson)
 

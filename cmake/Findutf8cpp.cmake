@@ -1,5 +1,5 @@
-# utf8cpp is headers alone, but Debian has its CMake package in the folder of one architecture, where
-# builds for another do not look.
+# utf8cpp is header-only, but Debian installs its CMake package in the folder of one architecture, which
+# builds for other architectures do not search.
 find_path(utf8cpp_INCLUDE_DIR utf8.h PATH_SUFFIXES utf8cpp)
 include(FindPackageHandleStandardArgs)
 find_package_handle_standard_args(utf8cpp REQUIRED_VARS utf8cpp_INCLUDE_DIR)

@@ -1,9 +1,9 @@
-# The script behind embed_texts(): NAME, FILES and DIRECTORY are given.
+# The script that embed_texts() runs, with NAME, FILES and DIRECTORY.
 set(texts "")
 foreach(file IN LISTS FILES)
     file(READ ${file} text)
     get_filename_component(file_name ${file} NAME)
-    # Compilers limit one literal, not a row of them: the text is cut into pieces.
+    # Compilers limit the length of a literal, but not of adjacent ones, so the text is split into pieces.
     string(LENGTH "${text}" length)
     set(pieces "")
     set(at 0)

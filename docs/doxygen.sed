@@ -1,5 +1,6 @@
-# Marks the comments of the public headers as what Doxygen reads: the first as that of the file, one
-# behind a declaration as its own, and the others as those of what follows. Headlines stay as they are.
+# Marks the comments of the public headers as documentation for Doxygen: the first one as that of the file,
+# one after a declaration as that of the declaration, and the others as those of what follows. Headings are
+# not changed.
 1 s|^/\*$|/** \\file|
 s|^( *)/\* ----|&|
 t

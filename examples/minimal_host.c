@@ -1,5 +1,5 @@
 /*
- * The smallest agent around the plug-in: hands in one command and prints the reply.
+ * The smallest agent for the plug-in: runs one command and prints the reply.
  *
  *   minimal_host COMMAND [JSON]
  *
@@ -16,7 +16,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* ---- What the plug-in expects of its agent ----------------------------------------------------
+/* ---- What the plug-in requires from its agent -------------------------------------------------
  */
 
 void ts_mod_log_printf(const char *module, int32_t level, const char *format, ...)
@@ -24,8 +24,8 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     if (level > 3) {
         return; /* traces */
     }
-    /* For somebody at a terminal. An agent that keeps the lines has to mask passwords in them,
-     * which lines of any level may carry. */
+    /* For a user at a terminal. An agent that stores the lines has to mask passwords, which lines
+     * of any level may contain. */
     va_list arguments;
     va_start(arguments, format);
     fprintf(stderr, "%s: ", module);
@@ -34,8 +34,8 @@ void ts_mod_log_printf(const char *module, int32_t level, const char *format, ..
     va_end(arguments);
 }
 
-/* This agent has no platform to push notices to, and so nothing that a notice would need: the
- * plug-in takes that as it takes exhausted memory. */
+/* This agent has no platform to push notices to, so it implements nothing for notices: to the
+ * plug-in, that is the same as exhausted memory. */
 int32_t kaa_device_notice(const char *text)
 {
     (void)text;
@@ -59,7 +59,7 @@ int32_t kaa_update_profile_info(void)
     return 0;
 }
 
-/* The addresses that a device library gives: two digits each, with something between them or not.
+/* For the addresses of a device library: two digits for each byte, with or without separators.
  */
 void mac_form_translate(const char *in, int32_t form, char *out)
 {
@@ -71,7 +71,7 @@ void mac_form_translate(const char *in, int32_t form, char *out)
             continue;
         }
         if (digits == 12) {
-            digits = 0; /* too many */
+            digits = 0; /* too many digits */
             break;
         }
         if (form == HG_MAC_WITH_COLONS && digits > 0 && digits % 2 == 0) {
@@ -83,7 +83,7 @@ void mac_form_translate(const char *in, int32_t form, char *out)
     memcpy(out, digits == 12 ? text : "", digits == 12 ? length + 1 : 1);
 }
 
-/* Nothing is known of the bridge, and nothing stands for a device in the report of the topology. */
+/* The bridge is not known, and no entry represents a device in the topology report. */
 void ts_sys_mgr_get_brmac(char *mac)
 {
     *mac = '\0';

@@ -1,4 +1,4 @@
-// What the agent calls by itself, by names as if they were commands.
+// The functions that the agent calls directly, named like commands.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -9,7 +9,7 @@ namespace fuzz {
 
 std::span<const char *const> agent_calls();
 
-// Calls the function of the name with the object. Result: false when there is none.
+// Calls the function with the name. Result: false when there is none.
 bool call_of_the_agent(const std::string &name, cJSON *object);
 
 } // namespace fuzz

@@ -1,5 +1,5 @@
-// Where the steered device takes its answers from: the bytes of the input, one after the other.
-// Behind their end all bytes are 0, by which the device works and tells plausible things.
+// The source of the steered device's results: the bytes of the input, one after the other. After
+// their end all bytes are 0, with which the device works and returns plausible values.
 #pragma once
 
 #include <cstddef>
@@ -43,7 +43,7 @@ class Answers {
         return taken;
     }
 
-    // Counted since the beginning, so that plausible answers differ from each other.
+    // Counted from the start of the input, so that plausible values differ from each other.
     size_t next_call() { return calls_++; }
     size_t next_word() { return words_++; }
 
@@ -53,7 +53,7 @@ class Answers {
     size_t words_ = 0;
 };
 
-// Of the input that runs. Device functions are called by one thread only here (workers.cpp).
+// Those of the current input. Only one thread calls device functions here (workers.cpp).
 Answers &answers();
 
 } // namespace fuzz

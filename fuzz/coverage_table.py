@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints what llvm-cov exports as one line for each file of the given folders, the poorest first, and
+"""Prints the export of llvm-cov as one line for each file of the given folders, lowest coverage first, and
 a total.
 
     llvm-cov export -summary-only ... | coverage_table.py FOLDER...

@@ -15,7 +15,7 @@ bool contains(const char *text, const char *part)
     return strstr(text, part) != nullptr;
 }
 
-// What success is called where it is not 0, and what is worth knowing by its number.
+// The result of success of functions for which it is not 0, and other results of interest.
 int32_t plausible_result(const char *function)
 {
     if (contains(function, "index_by_mac") || contains(function, "systerm_timetype")) {
@@ -24,8 +24,8 @@ int32_t plausible_result(const char *function)
     return contains(function, "mesh_type") ? 2 : 0;
 }
 
-// The plug-in walks these counts however large they are, by its contract: more than this only takes
-// time.
+// By its contract, the plug-in iterates up to these counts, regardless of their size; more than
+// this only takes time.
 constexpr int32_t kMostWalked = 70;
 bool is_walked(const char *function)
 {
@@ -58,7 +58,7 @@ constexpr std::string_view kWords[] = {"1",       "0",
                                        "1 2 3",   "\xc4\xe3\xba\xc3",
                                        "\"\\\n",  "00:00:00:00:00:00"};
 
-// By what its name says.
+// A plausible text for a field with the name.
 std::string_view plausible_text(const char *name, size_t turn)
 {
     static constexpr std::string_view kMacs[] = {"3C:6A:D2:10:4F:20", "3C6AD2228140",
@@ -85,7 +85,7 @@ void put(std::span<char> field, std::string_view text)
     text.copy(field.data(), field.size());
 }
 
-// As the next byte says.
+// The next byte decides how the field is filled.
 void fill_by_byte(const char *name, std::span<char> field, size_t turn)
 {
     const uint8_t how = answers().byte();
@@ -93,7 +93,7 @@ void fill_by_byte(const char *name, std::span<char> field, size_t turn)
         put(field, plausible_text(name, turn));
     } else if (how < 6) {
         put(field, "");
-    } else if (how < 10) { // to the brim
+    } else if (how < 10) { // the whole field, without a NUL
         std::fill(field.begin(), field.end(), how == 9 ? '9' : static_cast<char>(0x80 + how));
     } else if (how < 20) {
         put(field, answers().text(how % 10 * 4));
@@ -127,7 +127,7 @@ DeviceAnswer::DeviceAnswer(const char *function)
         content_ = Content::kNothing;
         result_ = kResults[more % std::size(kResults)];
         break;
-    case 13: // a failure that has written all the same
+    case 13: // a failure that has still written
         result_ = kResults[more % std::size(kResults)];
         content_ = more % 2 == 0 ? Content::kPlausible : Content::kBrim;
         break;
@@ -140,7 +140,7 @@ DeviceAnswer::DeviceAnswer(const char *function)
         break;
     default: // the device works
         if (turn % 13 == 12 && strcmp(function, "devapi_get_ad_base_info") == 0) {
-            result_ = 1000; // a place without a device
+            result_ = 1000; // an entry without a device
         }
         break;
     }
@@ -221,7 +221,7 @@ bool DeviceAnswer::free_text(std::string &text)
     case Content::kBrim:
         text = std::string(5000, '[');
         return true;
-    case Content::kPlausible: // as another router would answer that is asked for its devices
+    case Content::kPlausible: // the reply of another router to a query for its devices
         text = find_command("GET_AD_BASE_INFO")->reply;
         return true;
     case Content::kFieldByField:

@@ -1,4 +1,4 @@
-// What a call of the steered device answers: how it ends, and what it writes into what it is given.
+// A call of the steered device: its result, and what it writes to its arguments.
 #pragma once
 
 #include "answers.h"
@@ -13,15 +13,15 @@ namespace fuzz {
 
 class DeviceAnswer {
   public:
-    // Takes the bytes that say how this call goes.
+    // Reads the bytes that steer this call.
     explicit DeviceAnswer(const char *function);
 
     int32_t result() const { return result_; }
 
-    // Whether it writes at all.
+    // Whether it writes anything.
     bool writes() const { return content_ != Content::kNothing; }
 
-    // One field, by its name; without one its kind is all that is known.
+    // One field; the name may be null.
     template <size_t width> void fill(const char *name, char (&field)[width])
     {
         fill_text(name, field);
@@ -49,7 +49,7 @@ class DeviceAnswer {
     void fill_text(const char *name, std::span<char> field);
     int32_t count_or_number(const char *name);
 
-    // How many things the device hands over.
+    // The number of entries that the device passes.
     size_t amount();
 
     // A text of any length; false for none.

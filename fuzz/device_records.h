@@ -10,7 +10,7 @@ template <class Record> void fill_record(DeviceAnswer &answer, Record &record)
 {
     device_facts::visit_fields(record, [&]<class Type>(const device_facts::Field &fact,
                                                        Type &field) {
-        if constexpr (!std::is_class_v<Type>) { // the setting in a record that says why it failed
+        if constexpr (!std::is_class_v<Type>) { // not the setting in a record with a failure reason
             answer.fill(fact.name, field);
         }
     });

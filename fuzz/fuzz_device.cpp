@@ -1,13 +1,14 @@
-// Fuzzes what the device answers. An input is a request, which may lack its object and then has
-// that of the command's example, and behind it the bytes that steer the device (device_answer.cpp):
+// Fuzzes the results and output of the device. An input is a request, followed by the bytes that
+// steer the device (device_answer.cpp). Without an object, the request has that of the command's
+// example.
 //
 //   COMMAND
 //   {"Key": "value"}
 //   bytes
 //
-// In place of a command the functions may be named that the agent calls by itself. Behind the name
-// may stand, after a space, the number of the allocation that finds no memory, with a "+" if none
-// does from then on.
+// Functions that the agent calls directly can be named instead of a command. The name may be
+// followed by a space and the number of the allocation that fails, with a "+" if all later ones
+// fail as well.
 #include "agent_calls.h"
 #include "answers.h"
 #include "memory.h"
@@ -26,7 +27,7 @@ using namespace fuzz;
 
 namespace {
 
-// Takes away what stands behind the name.
+// Removes what follows the name.
 std::string split_failure(std::string &command)
 {
     const size_t end = std::min(command.find(' '), command.size());

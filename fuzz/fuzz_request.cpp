@@ -1,4 +1,4 @@
-// Fuzzes what the agent sends: a command with any object, to a device that works. An input is
+// Fuzzes the requests of the agent: a command with any object, on a device that works. An input is
 //
 //   COMMAND
 //   {"Key": "value"}
@@ -18,9 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     info_wersion = version;
     const Request request = parse_request(text_of(data, size));
     if (request.object == nullptr) {
-        return 0; // the agent has nothing to hand over
+        return 0; // the agent has nothing to pass
     }
-    // What is left behind the object says when workers run.
+    // The bytes after the object decide when workers run.
     run_workers_at_once(!request.rest.empty());
     answers().begin("");
     run_command(request.command, request.object.get());

@@ -1,13 +1,13 @@
-// Fuzzes what hgagent serve reads: the whole of run_serve(), with the input as its standard input.
-// The first line may begin with "@"; what follows on it steers the device (device_answer.cpp).
+// Fuzzes the input of hgagent serve: all of run_serve(), with the input as its standard input. The
+// first line may begin with "@"; the rest of that line steers the device (device_answer.cpp).
 //
 //   @bytes
 //   {"id":1,"command":"COMMAND","params":{"Key":"value"}}
 //   {"id":2,"notice":{"plugin_name":"NAME","text":"TEXT"}}
 //
-// Each line has to get one answer, in its order, and each answer has to be JSON. The agent loads
-// its libraries as ever, but finds both of them in this program: the plug-in, and the steered
-// device. It logs everything, to a standard error that scripts/fuzz.sh has libFuzzer throw away.
+// Each line has to get one reply, in order, and each reply has to be JSON. The agent loads its
+// libraries as usual, but finds both of them in this program: the plug-in, and the steered device.
+// It logs everything, to a standard error that tools/fuzz.sh has libFuzzer discard.
 #include "answers.h"
 #include "commands/serve.h"
 #include "io/exit_status.h"
@@ -34,12 +34,12 @@ namespace {
 
 constexpr char kThisProgram[] = "/proc/self/exe";
 
-// Short, so that many a line is longer.
+// Short, so that many lines are longer.
 constexpr size_t kMaxLine = 2048;
 
 int input_file;
 int output_file;
-int error_output; // as it was before libFuzzer has taken it
+int error_output; // as it was before libFuzzer redirected it
 
 [[noreturn]] void give_up(const std::string &why, std::string_view line = "")
 {
@@ -73,7 +73,7 @@ std::string content_of(int file)
     return content;
 }
 
-// Gives what steers the device, which may be nothing, and takes it away.
+// Removes the bytes that steer the device and returns them; they may be empty.
 std::string_view split_steering(std::string_view &input)
 {
     if (!input.starts_with('@')) {
@@ -118,7 +118,7 @@ void check_output(std::string_view input, const std::string &output)
     }
 }
 
-// A line as its parts; without a command when it is no call.
+// The parts of a line; without a command when it is not a call.
 Request request_of(const std::string &line)
 {
     Request request;
@@ -173,7 +173,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     std::string_view input = fuzz::text_of(data, size);
     answers().begin(split_steering(input));
-    // A worker that waits for the end of the input would be waited for before.
+    // Workers must not wait for the end of the input, since serve waits for them before that.
     run_workers_at_once(true);
     put(input_file, input);
     lseek(input_file, 0, SEEK_SET);
@@ -189,7 +189,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     check_output(input, content_of(output_file));
 
-    // Whoever wants to end the fuzzer is heard between inputs.
+    // Signals that end the fuzzer are delivered between inputs.
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
@@ -202,7 +202,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
 {
     Mutator mutator(seed);
     std::vector<std::string> lines = lines_of(fuzz::text_of(data, size));
-    if (mutator.one_in(3)) { // what is no JSON any more, most of the time
+    if (mutator.one_in(3)) { // mostly no longer JSON
         return LLVMFuzzerMutate(data, size, room);
     }
     if (lines.empty()) {
@@ -219,7 +219,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
     case 2:
         change_steering(lines, mutator);
         break;
-    case 3: // a line by its bytes
+    case 3: // the bytes of a line
         lines[at] = mutator.changed_bytes(lines[at], lines[at].size() + 64);
         break;
     default: {

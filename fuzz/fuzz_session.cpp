@@ -1,14 +1,14 @@
-// Fuzzes a whole evening: requests one after the other to one simulated gateway, whose clock stands
-// still. An input has a request on each line; "!" switches the gateway off and on again. The first
-// line may choose the home.
+// Fuzzes a session: successive requests to one simulated gateway, whose clock is stopped. An input
+// has a request on each line; "!" switches the gateway off and on again. The first line may choose
+// the home.
 //
 //   @operator_variant
 //   COMMAND {"Key": "value"}
 //   !
 //
 // The gateway is opened for each input and closed at its end, and its state is in memory. No input
-// reaches the network: curl_easy_perform() goes through here and says that nobody answers. Two
-// images can be fetched: file:///proc/self/fd/700/good and /damaged.
+// reaches the network: curl_easy_perform() is replaced by a function that reports a server that
+// does not respond. Two images can be downloaded: file:///proc/self/fd/700/good and /damaged.
 #include "firmware/image.h"
 #include "home.h"
 #include "lines.h"
@@ -38,16 +38,16 @@ extern "C" CURLcode __wrap_curl_easy_perform(CURL *)
 
 namespace {
 
-// The folder of images, by a path that is the same in every process.
+// The descriptor of the folder of images, so that its path is the same in every process.
 constexpr int kImages = 700;
 const std::string images_path = "/proc/self/fd/" + std::to_string(kImages);
 constexpr char kHome[] = "three_storey_house";
 
-// Result: false when no such home is built in.
+// Result: false when there is no such built-in home.
 bool open_gateway(const std::string &home)
 {
     if (home.find_first_of("/.") != std::string::npos) {
-        return false; // a file of this machine
+        return false; // a file on this machine
     }
     SimulatedGatewayOptions options = {};
     options.scenario = home.c_str();
@@ -112,7 +112,7 @@ std::string line_of(const Request &request)
     return request.command + ' ' + print(request.object.get());
 }
 
-// Most of the time a small one, which takes less time.
+// Mostly a small one, which takes less time.
 void choose_home(std::vector<std::string> &lines, Mutator &mutator)
 {
     static constexpr const char *kHomes[] = {"@operator_variant", "@short_report",

@@ -1,8 +1,8 @@
-// Fuzzes the files that the simulated gateway opens with. An input is one of them: a scenario where
-// it says that it is one, else a state file.
+// Fuzzes the files that the simulated gateway opens. An input is such a file: a scenario if it is
+// marked as one, otherwise a state file.
 //
-// A state file that is refused has to be left as it is. With one that is taken the gateway has to
-// answer queries with success, to keep a change, and to open again with what it has saved.
+// A state file that is refused must not be changed. After opening one that is accepted, the gateway
+// has to reply to queries with success, to keep a change, and to open the state that it has saved.
 #include "home.h"
 #include "mutator.h"
 #include "request.h"
@@ -30,7 +30,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In memory, where there is such a place: several files are written for each input.
+// In memory if possible, since several files are written for each input.
 class Folder {
   public:
     Folder()
@@ -86,7 +86,7 @@ bool is_scenario(std::string_view input)
     return input.find("simulated gateway scenario") != std::string_view::npos;
 }
 
-// Result: why it does not open; empty when it does.
+// Result: the reason why it does not open; empty when it does.
 std::string open_gateway(const std::string &path, bool scenario)
 {
     SimulatedGatewayOptions options = {};
@@ -185,14 +185,14 @@ void change_document(cJSON *document, Mutator &mutator)
     case 0:
         cJSON_Delete(cJSON_DetachItemViaPointer(place.parent, place.item));
         break;
-    case 1: // once more
+    case 1: // repeat it
         if (is_in_object) {
             cJSON_AddItemToObject(place.parent, key.c_str(), cJSON_Duplicate(place.item, 1));
         } else {
             cJSON_AddItemToArray(place.parent, cJSON_Duplicate(place.item, 1));
         }
         break;
-    case 2: // what is somewhere else, most of the time of the same kind
+    case 2: // a value from elsewhere, mostly of the same type
         for (int tries = 0; tries < 20; ++tries) {
             const cJSON *other = places[mutator.below(places.size())].item;
             if (other != place.item && (other->type == place.item->type || tries == 19)) {

@@ -1,17 +1,17 @@
-// The simulated gateway as it has to be, whatever has been done to it.
+// Checks of the simulated gateway that have to succeed after any input.
 #pragma once
 
 #include <string>
 
 namespace fuzz {
 
-// The clock of every gateway that is opened stands still from here on.
+// Stops the clock of every gateway that is opened from now on.
 void stop_clock();
 
 // Ends the process with the reason.
 [[noreturn]] void give_up(const std::string &why);
 
-// Ends the process when the open gateway does not answer queries with success.
+// Ends the process when the open gateway does not reply to queries with success.
 void check_home();
 
 } // namespace fuzz

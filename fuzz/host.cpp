@@ -1,4 +1,5 @@
-// The host agent's services: the log is written and thrown away, the rest is as simple as may be.
+// The services of the host agent: the log is formatted and discarded, the rest is as simple as
+// possible.
 #include "smart_router_service/host_agent.h"
 
 #include <cctype>
@@ -10,7 +11,7 @@
 
 void ts_mod_log_printf(const char *, int32_t, const char *format, ...)
 {
-    // Written out, so that a text without an end is found.
+    // Formatted, so that a text without a NUL is detected.
     static std::string line(1024, '\0');
     va_list arguments;
     va_start(arguments, format);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes from the protocol's descriptions what the fuzzers begin with.
+"""Generates the initial inputs of the fuzzers from the protocol's descriptions.
 
     make_seeds.py COMMANDS SCENARIOS OUT
 
@@ -12,7 +12,7 @@ import pathlib
 import sys
 
 
-# What the agent calls by itself, and the keys that the call takes its arguments from.
+# The functions that the agent calls directly, and the keys that contain their arguments.
 AGENT_CALLS = {
     "json_get_home_page_info": {},
     "json_get_main_router_info": {},
@@ -28,7 +28,7 @@ AGENT_CALLS = {
 }
 
 
-# What takes less time to open than to change.
+# The homes that are quick to open.
 SMALL_HOMES = ("operator_variant", "short_report", "single_router")
 
 
@@ -60,12 +60,12 @@ def words_of(description):
 
 
 def quoted(word):
-    """A word as a line of a dictionary; other letters than printable ones as \\xNN."""
-    letters = (
+    """A word as a line of a dictionary, with bytes that are not printable as \\xNN."""
+    characters = (
         chr(byte) if 32 <= byte < 127 and byte not in b'"\\' else f"\\x{byte:02x}"
         for byte in word.encode()
     )
-    return '"' + "".join(letters) + '"'
+    return '"' + "".join(characters) + '"'
 
 
 def one_line(item):
@@ -95,8 +95,8 @@ def main():
         write(out / "fuzz_request", name, f"{name}\n{request}\n")
         write(out / "fuzz_serve", name, f'{{"id":1,"command":"{name}","params":{request}}}\n')
         write(out / "fuzz_device", name, f"{name}\n")
-        # Every call tells its fields one by one, then fails, then answers to the brim.
-        for kind, steering in ("field", "\n"), ("failure", "\f"), ("brim", "\t"):
+        # Every call fills its fields one by one, or fails, or fills them completely without a NUL.
+        for kind, steering in ("field", "\n"), ("failure", "\f"), ("full", "\t"):
             write(out / "fuzz_device", f"{name}.{kind}", f"{name}\n{steering * 16}")
     for at in range(0, len(lines), 4):
         write(out / "fuzz_session", f"{at:03}", "".join(lines[at : at + 4]))

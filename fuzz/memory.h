@@ -1,12 +1,12 @@
-// Memory that ends at a moment of the input's choice, for what is built of cJSON items.
+// Memory that runs out at a point chosen by the input, for code that builds cJSON items.
 #pragma once
 
 #include <cstddef>
 
 namespace fuzz {
 
-// From here on the cJSON library's allocation of that number fails, 0 for the next one, and if it
-// is to last all that follow it. As long as this lives.
+// During its lifetime, the cJSON library's allocation with the number fails, counted from 0 for the
+// next one, and all later ones if it is lasting.
 class FailingMemory {
   public:
     FailingMemory(size_t allocation, bool lasts);

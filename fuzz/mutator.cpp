@@ -12,10 +12,10 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
 namespace fuzz {
 namespace {
 
-// Objects nested deeper than this cost time, and cJSON refuses them before long.
+// Objects nested more deeply than this cost time, and cJSON refuses them at some depth.
 constexpr int kDeepest = 40;
 
-// Of numbers in texts that are counted on from.
+// Larger numbers in texts are clamped, so that a change cannot overflow.
 constexpr int64_t kLargest = INT64_MAX / 2;
 
 struct Place {
@@ -108,7 +108,7 @@ std::string Mutator::changed_text(const std::string &command, const std::string 
 {
     char *end = nullptr;
     const int64_t number = std::clamp<int64_t>(strtol(old.c_str(), &end, 10), -kLargest, kLargest);
-    if (end != old.c_str() && !one_in(3)) { // one near by, and what stood behind it
+    if (end != old.c_str() && !one_in(3)) { // a number close to it, and the rest of the text
         return std::to_string(number - 4 + static_cast<int64_t>(below(9))) + end;
     }
     return one_in(2) ? text(command) : changed_bytes(old, 80);
@@ -162,13 +162,13 @@ void Mutator::change_object(const std::string &command, cJSON *object)
             add(place.parent, key(command), item);
         }
         break;
-    case 2: // the same key in other letters
+    case 2: // the same key in another case
         if (place.item->string != nullptr && *place.item->string != '\0') {
             char &letter = place.item->string[below(strlen(place.item->string))];
             letter = static_cast<char>(letter ^ 0x20);
         }
         break;
-    case 3: // the same key once more
+    case 3: // the same key again
         add(place.parent, key_of(place.item), cJSON_Duplicate(place.item, 1));
         break;
     case 4:

@@ -1,4 +1,4 @@
-// Changes to requests that keep them requests: what bytes alone would hardly ever become.
+// Changes to requests that keep them requests, which changes of random bytes would hardly do.
 #pragma once
 
 #include "request.h"
@@ -17,10 +17,10 @@ class Mutator {
     size_t below(size_t count) { return random_() % count; }
     bool one_in(size_t count) { return below(count) == 0; }
 
-    // Bytes as the fuzzer itself changes them.
+    // Bytes changed by the fuzzer itself.
     std::string changed_bytes(std::string_view bytes, size_t longest);
 
-    // A few changes to the object; now and then another command, or the example of its own.
+    // A few changes to the object; sometimes another command, or the command's example.
     void change(Request &request);
 
     Request another_request();
@@ -36,8 +36,8 @@ class Mutator {
     std::minstd_rand random_;
 };
 
-// What LLVMFuzzerCustomMutator() ends with: the text in place of the data, and the new size. One
-// for which there is no room leaves the data as it is: half a request is none.
+// The last step of LLVMFuzzerCustomMutator(): replaces the data by the text and returns the new
+// size. A text that is too long is not written, since a partial request is not a request.
 size_t write_out(std::string_view text, uint8_t *data, size_t size, size_t room);
 
 } // namespace fuzz

@@ -15,7 +15,7 @@ std::string text_of(const cJSON *object, const char *key)
     return text != nullptr ? text : "";
 }
 
-// The keys that a description lists, those of elements included.
+// The keys in a description, including those of elements.
 void add_keys(const cJSON *rows, std::vector<std::string> &keys)
 {
     const cJSON *row;
@@ -26,7 +26,7 @@ void add_keys(const cJSON *rows, std::vector<std::string> &keys)
     }
 }
 
-// The texts of whole objects, but not their keys.
+// The texts in objects, but not their keys.
 void add_texts(const cJSON *item, std::vector<std::string> &texts)
 {
     if (cJSON_IsString(item)) {
@@ -39,7 +39,7 @@ void add_texts(const cJSON *item, std::vector<std::string> &texts)
     }
 }
 
-// The fixed texts that a reply's description names.
+// The constant texts in the description of a reply.
 void add_fixed_texts(const cJSON *item, std::vector<std::string> &texts)
 {
     const cJSON *child;

@@ -1,4 +1,4 @@
-// What the protocol's descriptions say of the commands, for whoever makes up requests.
+// Words from the descriptions of the commands, for generating requests.
 #pragma once
 
 #include <string>
@@ -9,13 +9,13 @@ namespace fuzz {
 
 struct CommandWords {
     std::string name;
-    std::vector<std::string> keys;  // of the request, also those of its elements
-    std::vector<std::string> texts; // that an example or a reply holds
-    std::string request;            // the example's objects, as JSON
+    std::vector<std::string> keys;  // of the request, including those of its elements
+    std::vector<std::string> texts; // in the example and the replies
+    std::string request;            // the objects of the example, as JSON
     std::string reply;
 };
 
-// In the order of their names.
+// Sorted by name.
 const std::vector<CommandWords> &commands();
 
 // Null when there is no such command.

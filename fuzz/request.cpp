@@ -81,7 +81,7 @@ void check_reply(const std::string &function, const cJSON *object)
 {
     const std::string reply = print(object);
     if (Json(cJSON_Parse(reply.c_str())) == nullptr) {
-        give_up(function, "the reply is no JSON");
+        give_up(function, "the reply is not JSON");
     }
 }
 

@@ -1,4 +1,4 @@
-// A request as an input writes it: a command's name, a line feed, and its object as JSON.
+// The request in an input: a command's name, a line feed, and its object as JSON.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -20,23 +20,24 @@ std::string print(const cJSON *json);
 struct Request {
     std::string command;
     Json object;           // null when no JSON follows the name
-    std::string_view rest; // of the input, behind the object and one line feed
+    std::string_view rest; // of the input, after the object and one line feed
 };
 
 Request parse_request(std::string_view input);
 std::string print_request(const Request &request);
 
-// Input bytes as text, and the other way round.
+// Input bytes as text, and vice versa.
 inline std::string_view text_of(const uint8_t *data, size_t size)
 {
     return {reinterpret_cast<const char *>(data), size};
 }
 
-// Runs a command, or what the agent calls by itself. The process ends when what it leaves behind
-// cannot be printed or read again, or when the plug-in does not tell its commands from other names.
+// Runs a command, or a function that the agent calls directly. The process ends when the resulting
+// object cannot be printed or parsed again, or when the plug-in does not distinguish its commands
+// from other names.
 void run_command(const std::string &command, cJSON *object);
 
-// The same for what another function has left behind.
+// The same check for the object of another function.
 void check_reply(const std::string &function, const cJSON *object);
 
 } // namespace fuzz

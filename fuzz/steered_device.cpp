@@ -1,5 +1,5 @@
-// A device-access library that answers as the input's bytes say. Its functions are made from the
-// descriptions, and so is what it fills in each record; a new one needs nothing here.
+// A device-access library that is steered by the bytes of the input. Its functions, and the code
+// that fills each record, are generated from the descriptions; new ones need no change here.
 #include "device_answer.h"
 #include "device_records.h"
 #include "smart_router_service/device_functions.h"
@@ -19,7 +19,7 @@ namespace {
     abort();
 }
 
-// ---- What the plug-in hands over has to keep what device_access.h promises --------------------
+// ---- Arguments from the plug-in have to comply with device_access.h ---------------------------
 
 template <class Record> void check_record(const char *function, const Record &record)
 {
@@ -42,7 +42,7 @@ template <class Record> void check_record(const char *function, const Record &re
 
 void take_text(const char *text)
 {
-    // Read, so that a text that does not end is found.
+    // Read, so that a text without a NUL is detected.
     volatile size_t length = text != nullptr ? strlen(text) : 0;
     static_cast<void>(length);
 }
@@ -54,7 +54,7 @@ template <class Entry> Entry *allocated(size_t count)
     return static_cast<Entry *>(calloc(count > 0 ? count : 1, sizeof(Entry)));
 }
 
-// An array of as many entries as are counted, or none at all.
+// An array of count entries, or none.
 template <class Entry> void fill_array(DeviceAnswer &answer, int32_t &count, Entry *&entries)
 {
     const size_t amount = answer.amount();
@@ -177,7 +177,7 @@ void take_all(const char *function, DeviceAnswer &, const char *text, int32_t le
     }
     take_text(text);
 }
-// Completes a list that it has made before.
+// Completes a list that it has created before.
 void take_all(const char *, DeviceAnswer &, int32_t, TopoNode *) {}
 
 template <class Result, class... Arguments>

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-// Not in a header of the plug-in's: only it starts these.
+// Not in a header of the plug-in, which alone starts these.
 extern "C" void *set_wifi_list_arr_thread(void *records);
 extern "C" void *dowing_imageing(void *url);
 
@@ -86,8 +86,8 @@ unsigned __wrap_sleep(unsigned seconds)
     return running > 0 ? 0 : __real_sleep(seconds);
 }
 
-// No input may restart the machine. The fuzzer starts processes of its own by this, and needs the C
-// library's function for it: the agent has another one in its place.
+// No input may restart the machine. The fuzzer itself starts processes with this function, and
+// needs that of the C library for it, which the agent replaces.
 int __wrap_system(const char *command)
 {
     static const auto of_the_library =

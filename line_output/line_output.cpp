@@ -28,7 +28,7 @@ bool is_ready(int descriptor, int timeout)
     return count > 0;
 }
 
-// The next line, or as much of it as a pipe takes at once or not at all.
+// The next line, or the first part of it that a pipe accepts atomically.
 std::string_view portion_of(std::string_view text)
 {
     const size_t end = text.find('\n');
@@ -68,8 +68,8 @@ void LineOutput::write(std::initializer_list<std::string_view> pieces)
     for (const std::string_view piece : pieces) {
         size += piece.size();
     }
-    // Once something has been dropped, all is until that can be told in its place. A file has no
-    // reader to wait for, and takes a line of any length.
+    // After the first dropped text, all texts are dropped until a line about them can be written in
+    // their place. A file has no reader to wait for, and accepts a line of any length.
     if (lost_ > 0 || (!is_file_ && size > buffer_.size() - (end_ - begin_))) {
         ++lost_;
         return;
@@ -124,7 +124,7 @@ void LineOutput::write_kept()
             in_line_ = portion[static_cast<size_t>(written) - 1] != '\n';
         } else if (written < 0 && errno == EAGAIN) {
             return;
-        } else if (written == 0 || errno != EINTR) { // nobody reads any more, the disk is full
+        } else if (written == 0 || errno != EINTR) { // the reader is gone, or the disk is full
             lost_ += static_cast<uint64_t>(std::count(kept.begin(), kept.end(), '\n'));
             begin_ = end_;
         }
@@ -144,7 +144,7 @@ void LineOutput::report_lost()
     lost_ = 0;
     append(report);
     write_kept();
-    if (lost_ > 0) { // still no room, and this was one line of its own
+    if (lost_ > 0) { // still no room; the report itself must not be counted
         lost_ = lost;
     }
 }

@@ -1,4 +1,5 @@
-// Lines to a descriptor that somebody reads, slowly or not at all: writing never waits.
+// Output of lines to a descriptor whose reader may be slow or not read at all: writing never
+// blocks.
 #pragma once
 
 #include <array>
@@ -9,30 +10,30 @@
 
 namespace line_output {
 
-// A descriptor of the caller's own for what the given one writes to. Where that is a pipe or a
-// terminal, a write to it does not wait; that cannot be had by a flag of the given one, which other
-// processes share. -1 on failure.
+// A new descriptor, owned by the caller, for the file of the given one. If that is a pipe or a
+// terminal, writing to the new one does not block. Setting a flag of the given one instead would
+// affect other processes that share it. Result: -1 on failure.
 int own_descriptor(int descriptor);
 
-// What there is no room for is kept, 1 MiB at most; what comes beyond that is dropped, and counted
-// by a line in its place. A file takes everything. Nothing is allocated and nothing is thrown. One
-// thread at a time.
+// Text that cannot be written yet is buffered, up to 1 MiB; beyond that, it is dropped and replaced
+// by a line with the number of dropped texts. A file accepts everything. No memory is allocated, no
+// exception is thrown. To be used by one thread at a time.
 class LineOutput {
   public:
-    // The name is what the line about dropped ones begins with.
+    // The name is the start of the line about dropped texts.
     LineOutput(std::string_view name, int descriptor) : name_(name), descriptor_(descriptor) {}
     LineOutput(const LineOutput &) = delete;
     LineOutput &operator=(const LineOutput &) = delete;
 
-    void use(int descriptor); // which stays the caller's
+    void use(int descriptor); // still owned by the caller
     int descriptor() const { return descriptor_; }
 
-    // Writes the pieces as one text, which is one line with its end, or some.
+    // Writes the pieces as one text of one or more complete lines.
     void write(std::initializer_list<std::string_view> pieces);
-    // Writes as much of what is kept as there is room for.
+    // Writes as much buffered text as possible without blocking.
     void flush();
     bool has_backlog() const { return begin_ < end_; }
-    // Writes what is kept, as long as the reader takes some of it every second.
+    // Writes the buffered text, as long as the reader accepts some of it every second.
     void finish();
 
   private:
@@ -44,11 +45,11 @@ class LineOutput {
     int descriptor_;
     bool is_socket_ = false;
     bool is_file_ = false;
-    bool in_line_ = false; // the last byte that was written ends no line
-    uint64_t lost_ = 0;    // texts that were dropped and not told of
-    size_t begin_ = 0;     // what is kept in the buffer
+    bool in_line_ = false; // the last byte that was written did not end a line
+    uint64_t lost_ = 0;    // texts that were dropped and not yet reported
+    size_t begin_ = 0;     // the buffered text
     size_t end_ = 0;
-    std::array<char, 1UL << 20> buffer_; // not zeroed, so that it takes no memory until it is used
+    std::array<char, 1UL << 20> buffer_; // not zeroed, so that it needs no memory until it is used
 };
 
 } // namespace line_output

@@ -1,5 +1,5 @@
-# Three packages: the plug-in for those who run an agent of their own, what it takes to build one, and
-# the reference agent with the simulated gateway.
+# Three packages: the plug-in, for users with their own agent; the files to build an agent; and the
+# reference agent with the simulated gateway.
 set(package_of_runtime smart-router-service)
 set(package_of_development smart-router-service-dev)
 set(package_of_agent hgagent)
@@ -9,7 +9,7 @@ set(SMART_ROUTER_PACKAGE_MAINTAINER "The smart_router_service authors <smart-rou
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME smart-router-service)
 set(CPACK_PACKAGE_CONTACT "${SMART_ROUTER_PACKAGE_MAINTAINER}")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # else it comes before each package's own
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # otherwise it precedes each package's summary
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -44,7 +44,7 @@ The program hgagent loads the plug-in as the agent of a gateway does. Its
 device is a simulated gateway, a model of a home that answers queries and
 remembers what is set, or a device-access library that it tests.")
 
-# What every Debian package has to have, and no other installation.
+# Files that only Debian packages have to contain.
 find_program(GZIP gzip REQUIRED)
 configure_file(debian/changelog.in changelog @ONLY)
 execute_process(COMMAND ${GZIP} --best --no-name --force --keep changelog

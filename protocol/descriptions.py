@@ -1,10 +1,11 @@
-"""The descriptions of the commands, as everything reads them that is made from them or checked by them."""
+"""Reads the descriptions of the commands and events, for generators and checks."""
 
 import json
 
 from device_interface import Interface, ROOT
 
-ANY_TEXT = "any text"  # a form that says nothing
+ANY_TEXT = "any text"  # a form without information
+USUAL_SECONDS = 30  # time limit of a command whose description has none
 
 
 def as_written():
@@ -14,7 +15,7 @@ def as_written():
 
 
 def descriptions():
-    """The same, with what the device fields say of the keys."""
+    """The same, with the information from the device fields added to the keys."""
     interface = Interface()
     found = as_written()
     for description in found.values():
@@ -22,6 +23,12 @@ def descriptions():
         for reply in description["replies"]:
             complete(interface, reply["keys"], in_request=False)
     return found
+
+
+def events():
+    """The descriptions of the events by file, in the order of their names."""
+    files = sorted((ROOT / "protocol/events").glob("*.json"))
+    return {file: json.loads(file.read_text(encoding="utf-8")) for file in files}
 
 
 def complete(interface, keys, in_request):
@@ -32,7 +39,7 @@ def complete(interface, keys, in_request):
 
 
 def said_by_field(interface, owner, in_request):
-    """What the field of a record, or the argument of a function, says of a key's value."""
+    """The information about a key's value from the field of a record or the argument of a function."""
     if "width" in owner:
         yield "max_bytes", interface.number(owner["width"]) - (1 if in_request else 0)
     if "form" in owner:
@@ -45,7 +52,7 @@ def said_by_field(interface, owner, in_request):
 
 
 def keys_with_items(keys):
-    """Those of the keys, at any depth, that hold objects whose keys are described."""
+    """The keys, at any depth, whose values are objects with described keys, or arrays of such objects."""
     for key in keys:
         if "items" in key:
             yield key
@@ -53,12 +60,12 @@ def keys_with_items(keys):
 
 
 def limits(key, in_request):
-    """What a reader has to know of a key's value beyond its type and its meaning."""
+    """Notes on a key's value in addition to its type and its meaning."""
     if "form" in key:
         form = [*([] if key["form"] == ANY_TEXT else [key["form"]]), *([key["unit"]] if "unit" in key else []),
                 f"as in {json.dumps(key['example'], ensure_ascii=False)}"]
         yield ", ".join(form)
     if "max_bytes" in key:
-        yield f"{'cut at' if in_request else 'at most'} {key['max_bytes']} bytes"
+        yield f"{'truncated to' if in_request else 'at most'} {key['max_bytes']} bytes"
     if key.get("secret"):
         yield "secret"

@@ -1,12 +1,11 @@
-"""Makes device_functions.h from the descriptions of the device interface: a list for the preprocessor."""
+"""Generates device_functions.h from the descriptions of the device interface: a list for the preprocessor."""
 
 import device_interface
 
 TOP = """\
 /*
- * All functions of device_access.h for the preprocessor, so that whatever has to exist once for
- * every device function is not written once for every one of them. This file is made from
- * protocol/device by protocol/generate.py.
+ * All functions of device_access.h as a list for the preprocessor, for code that is the same for
+ * every device function. This file is generated from protocol/device by protocol/generate.py.
  */
 #ifndef SMART_ROUTER_SERVICE_DEVICE_FUNCTIONS_H
 #define SMART_ROUTER_SERVICE_DEVICE_FUNCTIONS_H

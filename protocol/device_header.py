@@ -1,4 +1,4 @@
-"""Makes device_access.h from the descriptions of the device interface."""
+"""Generates device_access.h from the descriptions of the device interface."""
 
 import re
 import textwrap
@@ -10,7 +10,7 @@ COLUMNS = 100
 TIE = "\x00"
 END = f"{TIE}*/"
 
-MADE = "This file is made from protocol/device by protocol/generate.py."
+MADE = "This file is generated from protocol/device by protocol/generate.py."
 TOP = """\
 #ifndef SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
 #define SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
@@ -24,30 +24,30 @@ extern "C" {
 #endif
 """
 VERSION = """\
-/* The version of this interface. An agent can tell by it a library that was built for another major
- * version before anything is called. */
+/* The version of this interface. With it, an agent can detect a library that was built for another
+ * major version before it calls anything. */
 #define DEVICE_ACCESS_VERSION_MAJOR {major} /* layouts of records, prototypes, meanings */
 #define DEVICE_ACCESS_VERSION_MINOR {minor} /* additions */
-/* Both in one number, as device_access_version() answers it. */
+/* Both in one number, as returned by device_access_version(). */
 #define DEVICE_ACCESS_VERSION (DEVICE_ACCESS_VERSION_MAJOR * 65536 + DEVICE_ACCESS_VERSION_MINOR)
 
-/* The one function that a library need not have: it answers DEVICE_ACCESS_VERSION. Without it the
- * library is taken to fit. The plug-in does not call it; "hgagent" refuses a library of another
- * major version. */
+/* The only optional function: it returns DEVICE_ACCESS_VERSION. A library without it is assumed to
+ * be compatible. The plug-in does not call it; "hgagent" refuses a library of another major
+ * version. */
 int32_t device_access_version(void);
 """
 LAYOUT = """\
 /* ---- Layout --------------------------------------------------------------------------------- */
 
-/* Both sides are built by different makers at different times: a layout that drifts must not
- * compile. */
+/* The two sides are built by different vendors at different times, so a layout that differs must
+ * not compile. */
 #define DEVAPI_RECORD_SIZE(record, size)                                                           \\
     static_assert(sizeof(record) == (size), #record " has to be " #size " bytes")
 #define DEVAPI_RECORD_FIELD(record, field, offset, width)                                          \\
     static_assert(offsetof(record, field) == (offset) && sizeof(((record *)0)->field) == (width),  \\
                   #record "." #field " has to be " #width " bytes at " #offset)
 
-/* A record with pointers has its layout on the 32-bit processors that it is meant for. */
+/* The layout of a record with pointers is only checked on 32-bit processors, the targets. */
 #define DEVAPI_RECORD_SIZE_32(record, size)                                                        \\
     static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \\
                   #record " has to be " #size " bytes")
@@ -100,7 +100,7 @@ def constants_text(part):
 
 
 def comment(text):
-    # A line that begins with a word and a colon would be taken for that of an argument.
+    # A line that begins with a word and a colon would look like that of an argument.
     text = re.sub(r" (\w+:) ", rf"{TIE}\1 ", text)
     return "/* " + "\n * ".join(wrap(text + END, 3)) + "\n"
 
@@ -149,16 +149,16 @@ def declaration(field, record):
 
 
 def field_note(interface, field):
-    """The meaning, with the unit or the form where it says more than the meaning does."""
+    """The meaning, with the unit or the form where that adds to it."""
     form = interface.forms[field["form"]] if "form" in field else {}
     brief = form.get("brief", form.get("unit"))
     meaning, semicolon, rest = field["meaning"].partition(";")
     return (meaning + (f", {brief}" if brief else "") + semicolon + rest
-            + ("; none when it is negative" if field.get("negative") else ""))
+            + ("; a negative number means none" if field.get("negative") else ""))
 
 
 def layout_text(interface, name):
-    """Of a record with pointers only what does not depend on their size is the same everywhere."""
+    """Of a record with pointers, only what does not depend on their size is checked everywhere."""
     pointers = interface.has_pointers(name)
     text = f"DEVAPI_RECORD_SIZE{'_32' if pointers else ''}({name}, {interface.size(name)});\n"
     for field, offset in interface.layout(name):

@@ -1,17 +1,17 @@
-"""The descriptions of the device interface, as everything reads them that is made from them or checked by
-them. Run as a program, it prints the names of the functions."""
+"""Reads the descriptions of the device interface, for generators and checks. Run as a program, it prints
+the names of the functions."""
 
 import json
 import pathlib
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 FOLDER = ROOT / "protocol/device"
-POINTER_SIZE = 4  # on the processors that the layout of records with pointers is given for
+POINTER_SIZE = 4  # the layout of records with pointers is that on 32-bit processors
 INTEGER_SIZES = {"int16_t": 2, "int32_t": 4, "intptr_t": POINTER_SIZE}
 
 
 class Interface:
-    """All subjects in the order of the header, with what each name stands for."""
+    """All subjects in the order of the header, and their records, functions and constants by name."""
 
     def __init__(self, folder=FOLDER):
         def read(name):
@@ -29,11 +29,11 @@ class Interface:
                           for part in parts for constant in part.get("constants", [])}
 
     def number(self, value):
-        """A length, a width or a result: given as a number or as the name of a constant."""
+        """The value of a length, a width or a result, given as a number or as the name of a constant."""
         return self.constants[value] if isinstance(value, str) else value
 
     def owner(self, path):
-        """What a path names: RECORD.FIELD or FUNCTION.ARGUMENT; None where there is no such thing."""
+        """The field or argument at a path, RECORD.FIELD or FUNCTION.ARGUMENT; None if there is none."""
         whole, _, part = path.partition(".")
         parts = (self.records.get(whole, {}).get("fields", [])
                  + self.functions.get(whole, {}).get("arguments", []))
@@ -52,7 +52,7 @@ class Interface:
         return size * self.number(field.get("length", 1))
 
     def layout(self, record):
-        """The fields of a record, each with its offset; the compiler holds against this what it does."""
+        """The fields of a record, each with its offset, which static assertions compare with the compiler's."""
         offset = 0
         for field in self.records[record]["fields"]:
             offset = round_up(offset, self.alignment(field_kind(field)))
@@ -76,12 +76,12 @@ def round_up(offset, alignment):
 
 
 def is_chain(record):
-    """Whether records of the kind are nodes of a list."""
+    """Whether the record is a node of a list."""
     return any(field.get("points_to") == "next" for field in record["fields"])
 
 
 def prototype(function):
-    """The function as C declares it."""
+    """The declaration of the function in C."""
     parameters = ", ".join(map(parameter, function.get("arguments", []))) or "void"
     return f"{function_type(function)} {function['function']}({parameters})"
 

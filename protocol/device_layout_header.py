@@ -1,8 +1,8 @@
-"""Makes protocol/device_layout.h: where in memory the arguments of device functions and the fields of records are."""
+"""Generates protocol/device_layout.h: the memory layout of the arguments of device functions and of record fields."""
 
 TOP = """\
-// How the arguments of the device functions and the fields of their records lie in memory, and what
-// is to be known of each, for programs that handle calls of any function alike. Made from
+// The memory layout of the arguments of the device functions and the fields of their records, and
+// the properties of each, for programs that handle calls of any function generically. Generated from
 // protocol/device by protocol/generate.py.
 #pragma once
 
@@ -27,16 +27,16 @@ struct Field {
     const char *name;
     Kind kind = Kind::kText;
     size_t offset = 0;
-    size_t size = 0;                  // of one entry: of what is pointed to, where it is a pointer
-    size_t length = 1;                // entries that there is room for
-    Pointer pointer = Pointer::kNone; // what it points to; the entries are pointers then
-    int record = -1;                  // in kRecords
-    int counted_by = -1;              // the field of the record that counts the entries
+    size_t size = 0;                  // of one entry; for a pointer, of what it points to
+    size_t length = 1;                // number of entries that there is room for
+    Pointer pointer = Pointer::kNone; // what the entries point to
+    int record = -1;                  // index in kRecords
+    int counted_by = -1;              // index of the field with the number of entries
     bool is_array = false;
-    bool negative_is_none = false;    // the number that counts may be negative
+    bool negative_is_none = false;    // of a count: it may be negative
     bool is_reserved = false;
     bool is_secret = false;
-    bool may_be_empty = false;        // an empty text means something
+    bool may_be_empty = false;        // an empty text has a meaning
     bool is_number = false;           // a text that the plug-in reads as a decimal number
     std::string_view form = {};
 };
@@ -51,14 +51,14 @@ struct Argument {
     const char *name;
     Kind kind;
     Way way = Way::kValue;
-    size_t width = 0;               // of a text; 0 where it may be of any
-    int size_at = -1;               // the argument with the width
-    bool is_size_less_one = false;  // or with one less than that
-    int record = -1;                // in kRecords
+    size_t width = 0;               // of a text; 0 if it may have any
+    int size_at = -1;               // index of the argument with the width
+    bool is_size_less_one = false;  // that argument is the width minus one
+    int record = -1;                // index in kRecords
     bool is_chain = false;          // the first node of a list
     bool is_handed_over = false;    // set to memory that the caller frees
-    bool is_count = false;          // counts things, and is not negative
-    bool is_filled = false;         // success leaves something in it
+    bool is_count = false;          // a count, which is not negative
+    bool is_filled = false;         // filled on success
     bool is_secret = false;
     std::string_view form = {};
 };
@@ -67,7 +67,7 @@ struct Function {
     const char *name;
     std::span<const Argument> arguments = {};
     bool has_result = true;
-    bool frees = false; // what it is given is gone when it has returned
+    bool frees = false; // it frees its argument
 };
 
 namespace parts {
@@ -80,7 +80,7 @@ inline constexpr Record kRecords[] = {
 FUNCTIONS = """\
 };
 
-// By their names.
+// Sorted by name.
 inline constexpr Function kFunctions[] = {
 """
 BOTTOM = """\
@@ -91,7 +91,7 @@ constexpr const Record *record_of(const auto &part)
     return part.record < 0 ? nullptr : &kRecords[part.record];
 }
 
-// Null for a name that is none of a device function.
+// Null if there is no device function with the name.
 constexpr const Function *find(std::string_view name)
 {
     const Function *const end = std::end(kFunctions);

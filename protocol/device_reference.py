@@ -1,4 +1,4 @@
-"""Makes docs/device_access.md from the descriptions of the device interface."""
+"""Generates docs/device_access.md from the descriptions of the device interface."""
 
 import re
 
@@ -7,15 +7,15 @@ from device_sentences import result_sentences, rooms, sentence
 from reference import code, table
 
 HEADER = """\
-<!-- Made from protocol/device by protocol/generate.py. -->
+<!-- Generated from protocol/device by protocol/generate.py. -->
 # The device interface
 """
 FORMS = """\
 ## The forms of values
 
-Most vocabularies belong to the device library: the plug-in hands a text on, and clients read it. The forms are
-those of the simulated gateway, and good ones to start from. Where the plug-in reads a text itself, the table of
-the record says how, and there every library has to keep to it.
+Most vocabularies are defined by the device library: the plug-in passes a text on, and clients interpret it. The
+forms below are those of the simulated gateway, and a good starting point. Where the plug-in reads a text itself,
+the table of the record specifies how; every library has to comply with that.
 """
 
 
@@ -23,7 +23,7 @@ def device_reference(interface, commands):
     paragraphs = [each for each in interface.introduction.strip().split("\n\n") if not each.startswith("Forms:")]
     parts = [HEADER, "\n\n".join(map(marked, paragraphs)) + "\n",
              "Declared in `smart_router_service/device_access.h`. "
-             "[adding-a-command.md](adding-a-command.md) says how to add to it.\n",
+             "[adding-a-command.md](adding-a-command.md) describes how to add to it.\n",
              FORMS, table(("Form", "Value", "Unit", "Example"), form_rows(interface.forms))]
     for subject in interface.subjects:
         parts.append(f"## {subject['title']}\n")
@@ -33,7 +33,7 @@ def device_reference(interface, commands):
 
 
 def marked(paragraph):
-    """The head of a paragraph stands out."""
+    """Prints the heading of a paragraph in bold."""
     head, colon, text = paragraph.partition(": ")
     if paragraph == "Conventions":
         return "## Conventions"
@@ -66,8 +66,8 @@ def field_rows(interface, record):
         length = f"[{field['length']}]" if "length" in field else ""
         kind = "" if field_kind(field) == "text" else f"`{field['type']}{' *' if 'points_to' in field else ''}{length}` "
         notes = [field["meaning"],
-                 *(["none when it is negative"] if field.get("negative") else []),
-                 *([f"`{field['counted_by']}` of them"] if "counted_by" in field else []),
+                 *(["a negative number means none"] if field.get("negative") else []),
+                 *([f"`{field['counted_by']}` entries"] if "counted_by" in field else []),
                  *([f"freed by the plug-in with `{field['freed_with']}()`"] if "freed_with" in field else []),
                  *(["secret"] if field.get("secret") else [])]
         yield (str(offset), str(interface.field_size(field)), f"`{field['name']}`", kind + "; ".join(notes),
@@ -75,7 +75,7 @@ def field_rows(interface, record):
 
 
 def value_text(interface, owner):
-    """The form of a value in words, with an example."""
+    """The form of a value as text, with an example."""
     if "form" not in owner:
         return ""
     form = interface.forms[owner["form"]]
@@ -104,5 +104,5 @@ def function_texts(function, commands):
 def effect_text(effect):
     if effect["kind"] == "changes":
         other = f" by `{effect['put_back_with']}()`" if "put_back_with" in effect else ""
-        return f"It can be put back{other}; what to, `{effect['read_with']}()` tells before."
-    return {"reads": "It changes nothing.", "lasting": "It cannot be put back."}[effect["kind"]]
+        return f"It can be undone{other}; `{effect['read_with']}()` returns the previous state."
+    return {"reads": "It changes nothing.", "lasting": "It cannot be undone."}[effect["kind"]]

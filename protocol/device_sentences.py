@@ -1,18 +1,18 @@
-"""What is to be said of a device function in sentences, made of its description."""
+"""Builds the sentences about a device function from its description."""
 
 from device_interface import INTEGER_SIZES
 
 
 def rooms(arguments):
-    """How long the texts are, and what the numbers hold before the call."""
+    """The lengths of the texts, and the values of numbers before the call."""
     endless = []
     for argument in arguments:
         name = argument["name"]
         if "before" in argument:
-            yield f"*{name} is {argument['before']} before"
+            yield f"*{name} is {argument['before']} before the call"
         elif "size" in argument:
-            more = " and one more" if "size_is" in argument else ""
-            yield f"{name} has room for {argument['size']} bytes{more}"
+            more = " + 1" if "size_is" in argument else ""
+            yield f"{name} has room for {argument['size']}{more} bytes"
         elif "width" in argument and argument["way"] == "out":
             yield f"{name} has room for {argument['width']} bytes"
         elif "width" in argument:
@@ -24,9 +24,9 @@ def rooms(arguments):
 
 
 def result_sentences(function):
-    """What the results say, and what is read after a failure."""
+    """The meaning of the results, and what is read after a failure."""
     result = function.get("result", {})
-    known = [f"{each['result']} {'that' if at else 'says that'} {each['means']}"
+    known = [f"{each['result']} {'that' if at else 'means that'} {each['means']}"
              for at, each in enumerate(result.get("known", [])) if isinstance(each["result"], int)]
     yield from sentence(known, ", ")
     filled = listed(list(filled_arguments(function)))
@@ -61,14 +61,15 @@ def filled_arguments(function):
             yield f"*{argument['name']}" if number else argument["name"]
 
 
-FAILURES = {"not 0": "any result but 0 is a failure", "-1": "only -1 is a failure",
-            "not 1": "any result but 1 is a failure", "negative": "a negative result is a failure",
-            "logged": "any result but 0 is logged", "ignored": "the result is not looked at"}
-AFTERWARDS = {"unread": ", and then {} is not read", "emptied": ", and then {} counts as empty"}
+FAILURES = {"not 0": "any result other than 0 is a failure", "-1": "only -1 is a failure",
+            "not 1": "any result other than 1 is a failure", "negative": "a negative result is a failure",
+            "logged": "any result other than 0 is logged", "ignored": "the result is ignored"}
+AFTERWARDS = {"unread": ", after which {} {} not read", "emptied": ", after which {} {} taken as empty"}
 
 
 def rule(result, filled):
     text = FAILURES[result["failure"]]
     if result["failure"] in ("logged", "ignored"):
         return text + (f": {filled} is used as the call leaves it" if filled else "")
-    return text if "so" in result or "then" not in result else text + AFTERWARDS[result["then"]].format(filled)
+    return text if "so" in result or "then" not in result else text + AFTERWARDS[result["then"]].format(
+        filled, "are" if " and " in filled else "is")

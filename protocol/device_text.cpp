@@ -17,7 +17,7 @@ namespace {
 constexpr size_t kMostBytes = 4096;
 constexpr size_t kMostRecords = 3;
 constexpr size_t kMostNumbers = 16;
-constexpr size_t kLongestList = 65536; // one that is longer runs in a circle
+constexpr size_t kLongestList = 65536; // a longer one has a cycle
 
 const char *address_of(intptr_t value)
 {
@@ -31,7 +31,7 @@ template <class Value> Value value_at(const void *place)
     return value;
 }
 
-// Entries, of which there may be more than are shown.
+// A list of entries, of which the first ones are shown.
 class Entries {
   public:
     explicit Entries(size_t most) : most_(most) {}

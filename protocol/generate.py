@@ -1,13 +1,14 @@
 #!/usr/bin/python3 -B
-"""Writes what is made from the descriptions.
+"""Generates files from the descriptions.
 
-Of the commands: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and, with what the
-device fields say, protocol/complete. Of the device interface: device_access.h, device_functions.h,
-device_facts.h, device_layout.h and docs/device_access.md.
+From those of the commands and events: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and
+protocol/complete, which includes the descriptions of the device fields. From those of the device
+interface: device_access.h, device_functions.h, device_facts.h, device_layout.h and
+docs/device_access.md.
 
 usage: generate.py [--check]
 
-With --check nothing is written: it fails, and names the file, where one is not what it would be.
+With --check nothing is written: the program names each file that is not up to date, and fails.
 """
 
 import json
@@ -21,7 +22,7 @@ import device_reference
 import man_page
 import reference
 import schemas
-from descriptions import descriptions
+from descriptions import descriptions, events
 from device_interface import Interface, ROOT
 
 SCHEMA_FOLDER = ROOT / "protocol/schemas"
@@ -30,8 +31,9 @@ INCLUDE_FOLDER = ROOT / "smart_router_service/include/smart_router_service"
 
 
 def made_files():
-    """The text of each file that is made, by its path."""
+    """The text of each generated file, by its path."""
     commands = list(descriptions().values())
+    happenings = list(events().values())
     introduction = (ROOT / "protocol/introduction.md").read_text(encoding="utf-8")
     interface = Interface()
     files = {
@@ -40,20 +42,26 @@ def made_files():
         ROOT / "protocol/include/protocol/device_facts.h": device_facts_header.device_facts_header(interface),
         ROOT / "protocol/include/protocol/device_layout.h": device_layout_header.device_layout_header(interface),
         ROOT / "docs/device_access.md": device_reference.device_reference(interface, commands),
-        ROOT / "docs/protocol.md": reference.reference(commands, introduction),
-        ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, introduction),
+        ROOT / "docs/protocol.md": reference.reference(commands, happenings, introduction),
+        ROOT / "docs/man/hg-protocol.7": man_page.man_page(commands, happenings, introduction),
     }
     for command in commands:
         files[COMPLETE_FOLDER / f"{command['command']}.json"] = as_lines(command)
-        for kind, schema in (("request", schemas.request_schema(command)),
-                             ("reply", schemas.reply_schema(command))):
-            text = json.dumps(schema, indent=2, ensure_ascii=False)
-            files[SCHEMA_FOLDER / f"{command['command']}.{kind}.json"] = text + "\n"
+        files[SCHEMA_FOLDER / f"{command['command']}.request.json"] = as_text(schemas.request_schema(command))
+        files[SCHEMA_FOLDER / f"{command['command']}.reply.json"] = as_text(schemas.reply_schema(command))
+    for event in happenings:
+        files[SCHEMA_FOLDER / f"{event['event']}.event.json"] = as_text(schemas.event_schema(event))
+    files[SCHEMA_FOLDER / "session.request.json"] = as_text(schemas.session_request_schema())
+    files[SCHEMA_FOLDER / "session.line.json"] = as_text(schemas.session_line_schema(happenings))
     return files
 
 
+def as_text(schema):
+    return json.dumps(schema, indent=2, ensure_ascii=False) + "\n"
+
+
 def as_lines(command):
-    """The description as JSON, with a line for each of its parts."""
+    """The description as JSON, with a line for each part."""
     parts = [f"{json.dumps(name)}: {json.dumps(value, ensure_ascii=False)}" for name, value in command.items()]
     return "{" + ",\n ".join(parts) + "}\n"
 
@@ -71,9 +79,9 @@ def main(arguments):
         for path in stale:
             print(f"{path.relative_to(ROOT)} is not current; run protocol/generate.py")
         for path in left_over:
-            print(f"{path.relative_to(ROOT)} belongs to no command; run protocol/generate.py")
-        print(f"{len(files)} files made from {len(descriptions())} descriptions")
-        return 1 if stale or left_over or not descriptions() else 0
+            print(f"{path.relative_to(ROOT)} belongs to no description; run protocol/generate.py")
+        print(f"{len(files)} files generated from {len(descriptions())} commands and {len(events())} events")
+        return 1 if stale or left_over or not descriptions() or not events() else 0
     for path in stale:
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(files[path], encoding="utf-8")

@@ -1,31 +1,37 @@
-"""Makes the manual page hg-protocol(7) from the descriptions: what goes in and comes out, in brief."""
+"""Generates the manual page hg-protocol(7) from the descriptions: a summary of requests and replies."""
 
 import json
 import re
 import textwrap
 
-HEAD = r""".\" Made from protocol/ by protocol/generate.py.
+HEAD = r""".\" Generated from protocol/ by protocol/generate.py.
 .Dd November 21, 2026
 .Dt HG-PROTOCOL 7
 .Os
 .Sh NAME
 .Nm hg-protocol
-.Nd commands of the home-gateway plug-in
+.Nd commands and events of the home-gateway plug-in
 .Sh DESCRIPTION
 """
 NOTATION = r""".Sh COMMANDS
-The keys of each request and reply stand in their order.
-Brackets are around what need not be there, and braces around the keys of an
-object; dots behind them say that there is a list of such objects.
+The keys of each request and reply are listed in order.
+Brackets enclose optional keys, and braces the keys of an object; dots after
+the braces denote an array of such objects.
 Units are in parentheses.
-A failure that is a text alone comes as
+A failure that is listed as a text only is sent as
 .Li \(dqStatus\(dq
 .Li \(dq1\(dq
 and
 .Li \(dqFailReason\(dq
 with this text.
-What each key means is shown by
+The meaning of each key is shown by
 .Ql hgagent describe NAME .
+"""
+EVENTS = r""".Sh EVENTS
+What happens by itself is told by
+.Ql hgagent serve --events
+and by the service in lines
+.Li {\(dqevent\(dq: NAME, \(dqdata\(dq: {...}} .
 """
 WRAPPING = {"break_long_words": False, "break_on_hyphens": False}
 
@@ -34,11 +40,22 @@ TAIL = r""".Sh SEE ALSO
 """
 
 
-def man_page(descriptions, introduction):
+def man_page(descriptions, events, introduction):
     parts = [HEAD, introduction_text(introduction), NOTATION, ".Bl -tag -width 4n\n"]
     for description in descriptions:
         parts += entry(description)
+    parts += [".El\n", EVENTS, ".Bl -tag -width 4n\n"]
+    for event in events:
+        parts += event_entry(event)
     return "".join([*parts, ".El\n", TAIL])
+
+
+def event_entry(event):
+    yield f".It Ic {event['event']}\n"
+    yield text_lines(f"{event['summary']}: {event['when']}. {event.get('details', '')}".strip())
+    yield ".Bl -tag -width \"Data:\" -compact\n"
+    yield part("Data", key_list(event["data"], in_request=False) or "no keys")
+    yield ".El\n"
 
 
 def introduction_text(introduction):
@@ -50,6 +67,8 @@ def entry(description):
     yield f".It Ic {description['command']}\n"
     yield text_lines(f"{description['summary']}. {description.get('details', '')}".strip())
     yield ".Bl -tag -width \"Failures:\" -compact\n"
+    if "seconds" in description:
+        yield part("Time", f"up to {description['seconds']} seconds")
     yield part("Request", key_list(description["request"], in_request=True) or "no keys")
     reasons = []
     for reply in description["replies"]:
@@ -86,7 +105,7 @@ def key_text(key, in_request):
 
 
 def text_lines(text):
-    """Text as lines of a manual page: a new one for each sentence, and none that is taken for a macro."""
+    """Text as lines of a manual page: a new line for each sentence, and none that is parsed as a macro."""
     sentences = re.split(r"(?<=[.:;]) (?=[A-Z])", text.replace("  ", r"\~\~"))
     lines = [line for sentence in sentences for line in textwrap.wrap(sentence, 78, **WRAPPING)]
     return "".join((r"\&" if line[0] in ".'" else "") + line + "\n" for line in lines)

@@ -1,22 +1,30 @@
-"""Makes docs/protocol.md from the descriptions: every command with its request, replies and example."""
+"""Generates docs/protocol.md from the descriptions: every command with its request, replies and example."""
 
 import json
 
 from descriptions import limits
 
-HEADER = "<!-- Made from protocol/ by protocol/generate.py. -->\n# The protocol\n"
+HEADER = "<!-- Generated from protocol/ by protocol/generate.py. -->\n# The protocol\n"
 SCHEMAS = """
-The same is there for programs: `protocol/schemas` has two JSON Schemas (2020-12) for each command,
-`NAME.request.json` and `NAME.reply.json`. They cannot express the order of keys, or keys that stand twice. Widths
-in bytes, units and forms stand in them as notes: `x-max-bytes`, `x-unit`, `x-values`, `x-pattern`. `protocol/complete`
-has all that is told here of a command in one JSON file. What a device library does for it is in
+For programs, `protocol/schemas` has two JSON Schemas (2020-12) for each command, `NAME.request.json` and
+`NAME.reply.json`. They cannot express the order of keys, or repeated keys. Widths in bytes, units and forms are
+included as notes: `x-max-bytes`, `x-unit`, `x-values`, `x-pattern`. `protocol/complete` has the whole description
+of each command in one JSON file. The device functions that a command calls are described in
 [device_access.md](device_access.md).
-The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=1767225600` gives just these
-replies, but for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which goes by the computer's own clock.
+
+The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=1767225600` gives exactly these
+replies, except for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which uses the computer's clock.
+"""
+
+EVENTS = """
+What happens by itself: [`hgagent serve --events`](agent.md#events---events) writes a line for it,
+`{"event": NAME, "data": {...}}`, between its answers, and the service passes that on to whom has subscribed.
+`protocol/schemas` has a JSON Schema of each one's data, `NAME.event.json`, and two of the lines themselves:
+`session.request.json` of those that a client writes, `session.line.json` of those that it reads.
 """
 
 
-def reference(descriptions, introduction):
+def reference(descriptions, events, introduction):
     subjects = {}
     for description in descriptions:
         subjects.setdefault(description["subject"], []).append(description)
@@ -29,11 +37,28 @@ def reference(descriptions, introduction):
         parts.append(f"## {subject_title(subject)}\n")
         for description in subjects[subject]:
             parts += command_parts(description)
+    parts.append(f"## The {len(events)} events\n")
+    parts.append(EVENTS.strip() + "\n")
+    for event in events:
+        parts += event_parts(event)
     return "\n".join(parts)
 
 
+def event_parts(event):
+    yield f"### {event['event']}\n"
+    by = {"serve": "`hgagent serve`", "service": "the service"}[event["made_by"]]
+    yield (f"{event['summary']}: {event['when']}. Told by {by}."
+           f"{' ' + event['details'] if 'details' in event else ''}\n")
+    if event["data"]:
+        yield table(("Key", "Value", "Meaning"),
+                    [(f"`{key['key']}`", value(key),
+                      key["meaning"] + ("; not always there" if key.get("optional") else ""))
+                     for key in event["data"]])
+    yield "```json\n" + json.dumps({"event": event["event"], "data": event["example"]}, ensure_ascii=False) + "\n```\n"
+
+
 def subject_title(subject):
-    """The title of a group of commands; parts of names that are abbreviations are spelt as such."""
+    """The title of a group of commands, with abbreviations in their usual spelling."""
     words = [{"wan": "WAN", "wifi": "Wi-Fi", "qos": "QoS"}.get(word, word) for word in subject.split("_")]
     return words[0][0].upper() + " ".join(words)[1:]
 
@@ -42,9 +67,10 @@ def command_parts(description):
     yield f"### {description['command']}\n"
     yield f"{description['summary']}.{' ' + description['details'] if 'details' in description else ''}\n"
     calls = ", ".join(f"`{call}`" for call in description["device_calls"]) or "none"
-    yield f"Handler `{description['handler']}`. Device calls: {calls}.\n"
+    time = f" It may take {description['seconds']} seconds." if "seconds" in description else ""
+    yield f"Handler `{description['handler']}`. Device calls: {calls}.{time}\n"
 
-    capitals = " (capitals count)" if description.get("case_sensitive") else ""
+    capitals = " (case-sensitive)" if description.get("case_sensitive") else ""
     if description["request"]:
         yield f"**Request**{capitals}\n"
         yield table(("Key", "", "Meaning"), request_rows(description["request"]))
@@ -70,7 +96,7 @@ def command_parts(description):
 
 
 def is_plain_failure(reply):
-    """Whether a reply is a status and a fixed reason, as nearly all failures are."""
+    """Whether a reply consists of a status and a constant reason, as almost all failures do."""
     keys = [(key["key"], key.get("text")) for key in reply["keys"]]
     return len(keys) == 2 and keys[0] == ("Status", "1") and keys[1][0] == "FailReason" and keys[1][1]
 
@@ -82,7 +108,7 @@ def removed_keys(reply, description):
         texts = "all request keys"
     if "removes_if_text" in reply:
         named = ", ".join(f"`{name}`" for name in reply["removes_if_text"])
-        texts += f"{', ' if texts else ''}{named} where it is a text"
+        texts += f"{', ' if texts else ''}{named} if it is a string"
     return texts
 
 
@@ -105,8 +131,8 @@ def reply_rows(keys, shown, path=""):
     for key in keys:
         name = path + key["key"]
         notes = [*([key["meaning"]] if "meaning" in key else []), *limits(key, in_request=False),
-                 *(["not always there"] if key.get("optional") else [])]
-        # What an earlier reply of the command has shown is not shown again.
+                 *(["not always present"] if key.get("optional") else [])]
+        # Items that are listed for an earlier reply of the command are not repeated.
         known = "items" in key and key in shown
         yield f"`{name}`", value(key), "; ".join([*notes, *(["keys as above"] if known else [])])
         if "items" in key and not known:
@@ -123,7 +149,7 @@ def value(key):
         return code(key["text"])
     if "one_of" in key:
         return " or ".join(map(code, key["one_of"]))
-    return key.get("type", "text")
+    return key.get("type", "string")
 
 
 def code(text):

@@ -1,19 +1,19 @@
-"""Makes the JSON Schemas of a command's request and reply from its description."""
+"""Generates the JSON Schemas of requests and replies, of events and of the lines around them."""
 
 from descriptions import keys_with_items, limits
 
 DIALECT = "https://json-schema.org/draft/2020-12/schema"
 
-# What a schema cannot say stands in it for people.
-REQUEST_NOTE = ("Keys are found in any letter case; a schema knows one spelling of them only. "
-                "Of a repeated key the first one counts. Other keys are no fault: they stay in the object.")
-CASE_SENSITIVE_NOTE = ("Keys have to be spelt as here. Of a repeated key the first one counts. "
-                       "Other keys are no fault: they stay in the object.")
+# What a schema cannot express is in its description.
+REQUEST_NOTE = ("Keys are matched ignoring case; a schema has only one spelling of them. "
+                "Of a repeated key the first one counts. Other keys are not an error: they stay in the object.")
+CASE_SENSITIVE_NOTE = ("Keys are case-sensitive. Of a repeated key the first one counts. "
+                       "Other keys are not an error: they stay in the object.")
 REPLY_NOTE = ("The request's keys that were not removed come first, then these keys, in the order of "
-              "this schema. A schema can demand neither an order nor a key that stands twice; of repeated "
-              "keys it sees the last one, as most parsers do.")
-FORM_NOTE = (" Limits are in bytes, which no schema counts, and forms are those of one device library: both "
-             "stand here as notes alone, with names that begin with x-.")
+              "this schema. A schema can express neither an order nor repeated keys; of repeated keys "
+              "it validates the last one, as most parsers do.")
+FORM_NOTE = (" Limits are in bytes, which a schema cannot count, and forms are those of one device library: both "
+             "are only notes here, with names that begin with x-.")
 
 
 def request_schema(description):
@@ -43,7 +43,7 @@ def reply_schema(description):
 
 
 def shared_keys(replies):
-    """The keys with described items that several replies have alike, each with a name of its own."""
+    """The keys with described items that several replies have in common, each with a unique name."""
     found = []
     for key in (key for reply in replies for key in keys_with_items(reply["keys"])):
         entry = next((entry for entry in found if entry[0] == key), None)
@@ -64,7 +64,7 @@ def object_schema(keys, in_request, shared=(), closed=False):
         schema["required"] = list(dict.fromkeys(required))
     properties = {}
     for key in keys:
-        # Of a key that stands twice the last one is looked at.
+        # Of a repeated key, the last one is validated.
         properties.pop(key["key"], None)
         properties[key["key"]] = key_schema(key, in_request, shared)
     if properties:
@@ -110,9 +110,82 @@ def text_schema(key):
     schema = {"type": "string"}
     if "example" in key:
         schema["examples"] = [key["example"]]
-    # The plug-in passes on whatever it is given, and cuts it where it is longer.
+    # The plug-in accepts any text, and truncates one that is too long.
     schema.update({f"x-{name}": key[key_name] for name, key_name in NOTES.items() if key_name in key})
     return schema
+
+
+def event_schema(description):
+    """The data of an event."""
+    return {
+        "$schema": DIALECT,
+        "title": f"Data of the event {description['event']}",
+        "description": f"{description['summary']}: {description['when']}."
+                       + (f" {description['details']}" if "details" in description else ""),
+        **data_schema(description),
+    }
+
+
+def data_schema(description):
+    return object_schema(description["data"], in_request=False)
+
+
+# What the code beside an error can be, the same for every way in.
+CODES = ["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
+
+
+def session_request_schema():
+    """A line that hgagent serve and the service read."""
+    params = {"type": "object", "description": "The request of the command, or what the report takes"}
+    return {
+        "$schema": DIALECT,
+        "title": "A line to a gateway",
+        "description": "One JSON object a line. Other members are no fault; of repeated ones the first counts.",
+        "type": "object",
+        "properties": {"id": {"description": "Anything; the answer gives it back"}},
+        "anyOf": [
+            {"title": "a command", "required": ["command"],
+             "properties": {"command": {"type": "string"}, "params": params}},
+            {"title": "a report", "required": ["report"],
+             "properties": {"report": {"type": "string"}, "params": params}},
+            {"title": "a notice to the app", "required": ["notice"],
+             "properties": {"notice": {"type": "object", "required": ["plugin_name", "text"],
+                                       "properties": {"plugin_name": {"type": "string"},
+                                                      "text": {"type": "string"}}}}},
+            {"title": "a question for the versions", "required": ["hello"],
+             "properties": {"hello": {"type": "object"}}},
+            {"title": "a subscription to events, of the service alone", "required": ["subscribe"],
+             "properties": {"subscribe": {"type": "string"}}},
+            {"title": "its end", "required": ["unsubscribe"], "properties": {"unsubscribe": {"type": "string"}}},
+        ],
+    }
+
+
+def session_line_schema(events):
+    """A line that hgagent serve and the service write."""
+    reasons = {"type": "array", "items": {"type": "string"}}
+    progress = next(event for event in events if event["event"] == "update.progress")
+
+    def line(title, required, **properties):
+        return {"title": title, "type": "object", "required": required, "properties": properties,
+                "additionalProperties": False}
+
+    return {
+        "$schema": DIALECT,
+        "title": "A line from a gateway",
+        "description": "An answer has an id; every other line comes by itself, between answers.",
+        "anyOf": [
+            line("an answer", ["id", "result"], id={}, result={"type": "integer"}, reply={"type": "object"},
+                 reasons=reasons),
+            line("an answer without a result", ["id", "error", "code"], id={}, error={"type": "string"},
+                 code={"enum": CODES}, rule={"type": "string"}),
+            *(line(f"the event {event['event']}", ["event", "data"], event={"const": event["event"]},
+                   data=data_schema(event)) for event in events),
+            line("a notice to the app, without --events", ["notice"], notice={}),
+            line("progress, without --events", ["progress"], progress=data_schema(progress)),
+            line("what the device library says, with --reasons", ["reasons"], reasons=reasons),
+        ],
+    }
 
 
 NOTES = {"max-bytes": "max_bytes", "unit": "unit", "values": "values", "pattern": "pattern"}

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Configures and builds a preset, and shows how far it is: build.sh PRESET [OPTION of cmake --build...]
+# Configures and builds a preset, and shows its progress: build.sh PRESET [OPTION of cmake --build...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -8,7 +8,7 @@ if [ -t 1 ]; then
     NINJA_STATUS='[%f/%t, %e s] ' cmake --build --preset "$@"
     exit
 fi
-# In a log each tenth of the way is enough, beside what the compiler says.
+# In a log, one line for each tenth of the steps is enough, in addition to the compiler's messages.
 NINJA_STATUS='[%f/%t] ' cmake --build --preset "$@" | awk '
     BEGIN { shown = -1 }
     match($0, /^\[[0-9]+\/[0-9]+\] /) {

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Builds what is installed and shows it at work: an evening in one home. The agent loads the plug-in and a
-# simulated gateway, sends commands and prints the replies.
+# Builds and demonstrates the installed programs: an evening in one home. The agent loads the plug-in and
+# a simulated gateway, sends commands and prints the replies.
 #
-#   demo.sh [FOLDER]   shows what has been built in the folder, such as build/debug
+#   demo.sh [FOLDER]   uses an existing build in the folder, such as build/debug
 #
-# shellcheck disable=SC2016 # lines are printed as they are before the shell expands them
+# shellcheck disable=SC2016 # lines are printed before the shell expands them
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -13,7 +13,7 @@ if [ $# -gt 0 ]; then
     build=$(realpath --relative-base="$PWD" "$1")
 else
     scripts/install-deps.sh
-    echo 'building; for the first time that takes some minutes'
+    echo 'building; the first time takes some minutes'
     scripts/build.sh release --target product standing_clock
 fi
 
@@ -22,21 +22,21 @@ if [ -t 1 ]; then
     bold=$'\033[1m' normal=$'\033[0m'
 fi
 say() { printf '\n%s%s%s\n' "$bold" "$*" "$normal"; }
-# What is shown is what is run.
+# Prints and runs a command.
 show() {
     printf '$ %s\n' "$1"
     eval "$1" || printf '(exit status %d)\n' "$?"
 }
 
-say 'Every line behind "$ " can be typed as well. First where the programs and the home are.'
-echo 'Each command runs an agent of its own; what one sets in the home the next one finds.'
+say 'You can type every line after "$ " yourself. First, the folders of the programs and the home.'
+echo 'Each command runs a separate agent; settings are kept in the home from one to the next.'
 show "cd $(printf %q "$PWD")"
 show "export PATH=\"\$(realpath $(printf %q "$build")/bin):\$PATH\""
 show 'export DEMO="$(mktemp -d)"'
 trap 'rm -rf "$DEMO"' EXIT
 show 'export SIMULATED_GATEWAY_STATE="$DEMO/home.json"'
 
-say 'The clock of the home stands still, so that the story is the same every time: 1 January 2026, nine in the evening'
+say 'The clock of the home is stopped, so that the output is the same every time: 1 January 2026, 9 p.m.'
 show 'export SIMULATED_GATEWAY_TIME=1767301200 TZ=UTC'
 
 say 'Who is the router? One command, one reply'
@@ -57,27 +57,27 @@ show 'hgagent call GET_HG_GUEST_SSID Band=5GHz'
 say 'Parental control: who is in the list?'
 show 'hgagent call GET_GREENNET_DEVICE_LIST'
 
-say 'The television joins them. The list is set as a whole, so those that are in it go along'
+say 'The television is added. The list is set as a whole, so it repeats the entries that are in it'
 show "hgagent call SET_GREENNET_DEVICE_LIST '{\"DeviceList\": [
     {\"Mac\": \"72:9B:E0:46:D8:15\", \"Name\": \"Jonas\", \"NotifyEnable\": \"1\"},
     {\"Mac\": \"70:F0:88:2C:A6:93\", \"Name\": \"Console\", \"NotifyEnable\": \"0\"},
     {\"Mac\": \"8C:79:F5:62:1A:09\", \"Name\": \"Big screen\", \"NotifyEnable\": \"1\"}]}'"
 show 'hgagent call GET_GREENNET_DEVICE_LIST'
 
-say 'From eight in the evening it has no Internet'
+say 'From 8 p.m. it has no Internet access'
 show "hgagent call SET_GREENNET_PROTECT_PERIOD_LIST '{\"Mac\": \"8C:79:F5:62:1A:09\", \"Sleep\": [
     {\"StartTime\": \"20:00\", \"EndTime\": \"07:00\", \"Enable\": \"1\", \"DaysOfWeek\": \"1234567\"}]}'"
 
-say 'What the traffic needs: a rule for calls, and a second port for the television box'
+say 'Traffic: a priority rule for calls, and a second port for the television box'
 show "hgagent call SET_QOS_CLASSIFICATION_INFO '{\"Id\": \"0\", \"Action\": \"1\", \"Name\": \"Calls\",
     \"PriorityLevel\": \"1\", \"type_list\": [{\"Type\": \"DSCP\", \"Min\": \"46\", \"Max\": \"46\"}]}'"
 show 'hgagent call SET_PORT_BINDING Index=2 BoundPorts=LAN3,LAN4'
 
-say 'The router upstairs restarts, and for 45 seconds takes the attic with it'
+say 'The router upstairs restarts, which disconnects the attic for 45 seconds'
 show 'hgagent call RP_CHILD_HG_REBOOT DeviceID=3C6AD2228140'
 show 'hgagent topology'
 
-say 'Is everything all right again? The names have stayed, and the television is blocked'
+say 'Is everything back? The names are kept, and the television is blocked'
 show 'export SIMULATED_GATEWAY_TIME=1767301245'
 show 'hgagent call LINK_CHECK'
 show 'hgagent hosts'
@@ -88,17 +88,17 @@ show 'hgagent --firmware-folder "$DEMO" call UPDATE_IMMEDIATE \
     "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
 show 'hgagent call HG_GET_UPDATE_STATUS'
 
-say 'A message to the phone. It carries the time of the computer, which a library makes that of the home here'
+say "A notice to the phone. It contains the computer's time, which a preloaded library sets to that of the home"
 show "LD_PRELOAD=\"\$(realpath $(printf %q "$build")/tests/end_to_end/libstanding_clock.so)\" \\
     hgagent notice --plugin-name firmware 'Your router has new firmware'"
 
-say 'The device fails; the reply says so'
+say 'The device fails; the reply reports it'
 show 'hgagent --fault devapi_get_sn_info=-1 call GET_SN_INFO'
 
-say 'What reaches the device'
+say 'The calls of the device library'
 show 'hgagent --trace - call GET_SN_INFO'
 
-say 'For programs: requests and answers line by line; rubbish does no harm'
+say 'For programs: requests and answers line by line; invalid lines are refused'
 show 'hgagent serve <<REQUESTS
 {"id":1,"command":"QUERY_SYSTEM_INFO"}
 rubbish
@@ -109,11 +109,11 @@ REQUESTS'
 say 'What to do next'
 cat <<NEXT
   $build/bin/hgagent list wifi
-      all commands about Wi-Fi; without a word all there are
+            all commands about Wi-Fi; without the word, all commands
   $build/bin/hgagent describe SET_WIFI_INFO
-      what one of them takes and answers
+            the request and the replies of one command
   scripts/test.sh
       builds and runs the tests
   docs/porting.md
-      from here to a router of your own; README.md says where everything else stands
+            how to run the plug-in on your own router; README.md lists the other documents
 NEXT

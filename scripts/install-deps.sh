@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the project needs and that are missing; says which, and how much that is.
-# Without the right to install, it says what root has to run.
+# Installs the missing ones of the Debian packages that the project needs, and prints their names and size.
+# Without the permission to install, it prints the commands that root has to run.
 #
-#   --cross    also what builds and runs the plug-in for 32-bit MIPS
+#   --cross    also those that build and run the plug-in for 32-bit MIPS
 #   --checks   also the formatter and the analysers
-#   --clang    also the other compiler, which builds the fuzzers
-#   --musl     also what builds the plug-in for another C library
-#   --packages also what builds and checks the Debian packages
+#   --clang    also the compiler that builds the fuzzers
+#   --musl     also those that build the plug-in for the C library musl
+#   --packages also those that build and check the Debian packages
+#   --all      all of these: everything that .ci/run and the tools need
 set -euo pipefail
 
 packages=(
@@ -17,6 +18,9 @@ packages=(
     strace valgrind
 )
 foreign=()
+if [ "$*" = --all ]; then
+    set -- --cross --checks --clang --musl --packages
+fi
 for option in "$@"; do
     case $option in
         --cross)
@@ -36,12 +40,17 @@ for option in "$@"; do
             packages+=(dpkg-dev fakeroot file lintian man-db)
             ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages]" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] | --all" >&2
             exit 2
             ;;
     esac
 done
 
+if ! command -v dpkg >/dev/null; then
+    echo 'The packages are those of Debian 12, and there is no dpkg here. docs/dependencies.md lists their purposes;' >&2
+    echo '.devcontainer/Dockerfile builds a container with them.' >&2
+    exit 1
+fi
 native=$(dpkg --print-architecture)
 missing=()
 for package in "${packages[@]}" "${foreign[@]}"; do
@@ -67,7 +76,7 @@ install=(apt-get install --yes --no-install-recommends "${missing[@]}")
 give_up()
 {
     {
-        echo "$1 As root, this does it:"
+        echo "$1 As root, run:"
         [ ${#add_mipsel[@]} -eq 0 ] || echo "  ${add_mipsel[*]}"
         echo '  apt-get update'
         echo "  ${install[*]}"
@@ -89,7 +98,7 @@ quietly() {
         give_up 'They could not be installed.'
     fi
 }
-# Of what apt says, how far it is; the rest goes into the log.
+# Prints apt's progress; its other output goes into the log.
 progress() {
     awk -F: -v log_file="$log" '
         $1 != "dlstatus" && $1 != "pmstatus" { print >log_file; next }
@@ -103,7 +112,7 @@ progress() {
 
 [ ${#add_mipsel[@]} -eq 0 ] || quietly "${add_mipsel[@]}"
 quietly apt-get update
-# apt ends with 1 when it is told not to go on.
+# apt ends with 1 when it is told not to continue.
 { LC_ALL=C "${install[@]/#--yes/--assume-no}" 2>/dev/null || true; } | sed -n \
     -e 's/^[0-9]* upgraded, \([0-9]*\) newly installed.*/installing \1 packages/p' \
     -e 's/^\(Need to get\|After this\)/  &/p'

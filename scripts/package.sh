@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the Debian packages into build/package: the plug-in, what it takes to develop with it, and the
-# reference agent with the simulated gateway.
+# Builds the Debian packages into build/package: the plug-in, its development files, and the reference
+# agent with the simulated gateway.
 #
 #   package.sh [--test]   also checks them, installs them, tries them and removes them again
 set -euo pipefail

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: natively under the address and undefined-behaviour
-# sanitizers, what uses threads under the thread sanitizer, the plug-in's own tests as 32-bit MIPS
-# under qemu, and as it ships what counts instructions, what uses an installation, and what lets the agent's
-# allocations and system calls fail.
+# sanitizers; tests with threads under the thread sanitizer; the plug-in's tests as 32-bit MIPS under
+# qemu; and, in the release build, the tests that count instructions, use an installation, or make the
+# agent's allocations and system calls fail.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,7 +21,7 @@ stages=(
     'release: measurements, installation, faults' release_tests
     'debug: all tests'                       'ctest --preset debug'
 )
-# Seconds since the time $1, as in "2 min 5 s".
+# The time since $1 (in seconds), such as "2 min 5 s".
 time_since() { echo "$(((SECONDS - $1) / 60)) min $(((SECONDS - $1) % 60)) s"; }
 
 count=$((${#stages[@]} / 2))

@@ -1,4 +1,4 @@
-// Notices to the phone app, in the envelope that the platform passes on.
+// Notices to the phone app, in the envelope that the platform forwards.
 #include "recipes.h"
 
 #include <stdio.h>
@@ -26,7 +26,7 @@ class HostText {
 
 using TimeText = char[32];
 
-// Writes the local time, such as "20250107090503". Result: false when it cannot be told.
+// Writes the local time, such as "20250107090503". Result: false when it cannot be determined.
 bool tell_time(TimeText &text)
 {
     const time_t now = time(nullptr);
@@ -35,7 +35,7 @@ bool tell_time(TimeText &text)
     if (now == static_cast<time_t>(-1) || localtime_r(&now, &local) == nullptr) {
         return false;
     }
-    // An int does not hold the last years of a 64-bit clock.
+    // The last years of a 64-bit clock exceed an int.
     const unsigned year = static_cast<unsigned>(local.tm_year) + 1900;
     snprintf(text, sizeof text, "%u%02d%02d%02d%02d%02d", year, local.tm_mon + 1, local.tm_mday,
              local.tm_hour, local.tm_min, local.tm_sec);
@@ -44,7 +44,7 @@ bool tell_time(TimeText &text)
 
 using MacText = char[32];
 
-// Writes the router's MAC address without colons, or what the host makes of what the device left.
+// Writes the router's MAC address without colons, as the host converts the text from the device.
 // cppcheck-suppress constParameter ; the host writes it
 void tell_mac(MacText &text)
 {
@@ -54,8 +54,8 @@ void tell_mac(MacText &text)
     mac_form_translate(mac, HG_MAC_BARE, text);
 }
 
-// The envelope as a printed text that belongs to the caller, to be freed with cJSON_free(). Null,
-// with a line in the log, when it could not be made.
+// The envelope as printed JSON, which the caller frees with cJSON_free(). Null, with a line in the
+// log, when it could not be built.
 char *print_envelope(const char *message, const char *plugin_name)
 {
     const HostText body(base64_encode(message));

@@ -1,5 +1,5 @@
-// The devices attached to the router: who they are, what the user calls and allows them, and the
-// firewall before them all.
+// The devices attached to the router: their properties, the names and rights that the user gives
+// them, and the firewall.
 #include "recipes.h"
 
 #include <stdio.h>
@@ -14,7 +14,7 @@ constexpr auto kBaseInfo = Fields{
     FIELD(AdBaseInfo, DevType),
     FIELD(AdBaseInfo, DevFactory),
     FIELD_AS(AdBaseInfo, DevType,
-             "DevModle"), // apps want a model, and the device knows only the kind
+             "DevModle"), // apps expect a model, but the device knows only the type
     FIELD(AdBaseInfo, Name),
     FIELD(AdBaseInfo, ByName),
     FIELD(AdBaseInfo, OS),
@@ -38,8 +38,8 @@ constexpr auto kBaseSetting = Fields{
     FIELD(AdBaseInfo, AccessEnable),
 };
 
-// The keys that a base setting may give beside those; it takes them out, whatever comes of it.
-// UpLimit is one of them, though no limit upstream is set: apps send the two limits together.
+// The optional keys of a base setting, which are removed regardless of the result. UpLimit is one
+// of them, although no upstream limit is set: apps send the two limits together.
 constexpr char kBaseOptions[][17] = {
     "DownLimit", "UpLimit", "SpeedLimit", "StaticDhcpEnable", "ip",
 };
@@ -57,7 +57,7 @@ constexpr auto kRightSetting = Fields{
 
 constexpr char kNoAddressToBind[] = "ip/mac binding: ip addr missing!";
 
-// The limit downstream that a request asks for.
+// The downstream limit in a request.
 const char *down_limit_of(const cJSON *obj)
 {
     const char *limit = text_under(obj, "DownLimit");
@@ -69,8 +69,8 @@ const char *down_limit_of(const cJSON *obj)
     return is_limited ? limit : "0";
 }
 
-// Fills the binding of an IP address to the device. Result: false when a binding is asked for
-// without saying to which.
+// Fills the binding of an IP address to the device. Result: false when a binding is requested
+// without an address.
 bool read_binding(const cJSON *obj, AdBaseInfo *device)
 {
     const char *bound = text_under(obj, "StaticDhcpEnable");
@@ -140,7 +140,7 @@ int32_t json_set_firewall_switch(cJSON *obj)
     constexpr const char *kFailure = "set firewall switch failed";
     const char *enable = text_under(obj, "Enable");
     if (enable == nullptr) {
-        return -1; // the one command that says nothing of what it misses
+        return -1; // the only command that does not reply when a key is missing
     }
     FirewallSwitch firewall = {};
     copy_text(firewall.Enable, enable);

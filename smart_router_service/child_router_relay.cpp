@@ -1,4 +1,4 @@
-// Commands for child routers: they travel on as they came, and the child router carries them out.
+// Commands for child routers, which are forwarded unchanged and executed by the child router.
 #include "child_router_relay.h"
 
 using namespace smart_router;
@@ -9,8 +9,8 @@ constexpr char kDeviceId[] = "DeviceID";
 constexpr char kNoDeviceId[] = "DeviceID Not Found";
 constexpr char kNotSent[] = "send json to child err";
 
-// Relays a command that needs a "DeviceID" and perhaps another key, and takes both out once it was
-// sent, or could not be.
+// Relays a command that requires a "DeviceID" and perhaps another key, and removes both after the
+// attempt to send it, regardless of the result.
 int32_t relay(cJSON *obj, const char *other_key, const char *missing, const char *failure)
 {
     cJSON *id = cJSON_GetObjectItem(obj, kDeviceId);
@@ -29,7 +29,7 @@ int32_t relay(cJSON *obj, const char *other_key, const char *missing, const char
     return result;
 }
 
-// Asks the child router for its attached devices. Result: its answer, parsed, which belongs to the
+// Asks the child router for its attached devices. Result: its parsed reply, which belongs to the
 // caller; null with the reason when there is none.
 cJSON *ask_for_devices(const char *request, const char **reason)
 {
@@ -79,7 +79,7 @@ int32_t json_set_child_router_base_info(cJSON *obj)
 
 int32_t json_set_child_routerad_base_info(cJSON *obj)
 {
-    // What the child router was to set is taken out whatever comes of it.
+    // The settings are removed regardless of the result.
     constexpr char kKeys[][13] = {"DeviceID", "Mac",         "DevType",
                                   "ByName",   "NetMonopoly", "AccessEnable"};
     const bool has_id = text_under(obj, kDeviceId) != nullptr;

@@ -1,9 +1,8 @@
-// The table of commands: every name that the plug-in answers to, with its handler.
+// The table of commands: the name of every command, with its handler.
 //
-// Everything that has to know all commands iterates this table: the dispatcher, the handlers'
-// prototypes below, and the tests. The rows stand in the order of the protocol's own list of
-// commands, which groups them by subject, and new ones behind it; a handler is found by searching
-// for its name.
+// Everything that needs all commands iterates this table: the dispatcher, the handlers' prototypes
+// below, and the tests. The rows are in the order of the protocol's list of commands, which groups
+// them by subject; new ones are appended. To find a handler, search for its name.
 #pragma once
 
 #include "smart_router_service/processjsonability.h"
@@ -119,8 +118,8 @@
     COMMAND("SET_QOS_CLASSIFICATION_INFO", json_set_qos_classification_info)                       \
     COMMAND("RESPONSE_ROUTER_VERSION", json_response_router_version)
 
-// A handler reads its parameters from the command object and adds its reply to it. What it returns
-// is for callers within the process; the dispatcher does not look at it.
+// A handler reads its parameters from the command object and adds its reply to it. Its result is
+// for callers within the process; the dispatcher ignores it.
 #define SMART_ROUTER_DECLARE_HANDLER(name, handler) SMART_ROUTER_API int32_t handler(cJSON *obj);
 extern "C" {
 SMART_ROUTER_COMMANDS(SMART_ROUTER_DECLARE_HANDLER)

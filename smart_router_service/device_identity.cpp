@@ -1,4 +1,4 @@
-// Who the router is: serial number, description, and the version report that the agent keeps.
+// The router's identity: serial number, description, and the version report for the agent.
 #include "recipes.h"
 
 #include <string.h>
@@ -23,7 +23,7 @@ constexpr auto kSystemFields = Fields{
     FIELD(SystemInfo, LED),        FIELD(SystemInfo, NFC),       FIELD(SystemInfo, VLANCapability),
 };
 
-// Keeps the printed report for the agent, whole or not at all.
+// Copies the printed report to the agent's buffer, in full or not at all.
 void keep_version_report(const char *report)
 {
     const size_t length = strlen(report);
@@ -32,7 +32,7 @@ void keep_version_report(const char *report)
         return;
     }
     if (info_wersion == nullptr) {
-        // What is missing is the buffer; platforms search their logs for this text.
+        // The buffer is missing. The text stays wrong because platforms search their logs for it.
         log_debug("the time of json_response_router_version is too long\n");
         return;
     }
@@ -57,7 +57,7 @@ int32_t json_response_router_version(cJSON *obj)
     if (!joined) {
         fail(obj, nullptr);
     }
-    // The report is the whole object, so without its status there is none to keep.
+    // The report is the whole object, so without a status there is no report.
     const PrintedJson report(joined ? cJSON_Print(obj) : nullptr);
     if (report.text() == nullptr) {
         log_debug("cJSON_Print json fail\n");

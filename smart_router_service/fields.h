@@ -1,8 +1,8 @@
-// Tables that tie JSON keys to the fields of a record. A table lists fields by the names of the
-// record's members; the compiler finds out where each field is and how wide. A handler hands a
-// table to the functions that fill a record from a request or write a record into a reply, so that
-// no copy can exceed its field. The compiler refuses a table with the fields of two records, with
-// the same key twice, or with a member that is neither a text nor a 32-bit number.
+// Tables that map JSON keys to the fields of a record. A table lists fields by the names of the
+// record's members; the compiler determines the offset and width of each field. A handler passes a
+// table to the functions that fill a record from a request or write a record to a reply, so that no
+// copy can exceed its field. A table with the fields of two records, with the same key twice, or
+// with a member that is neither a text nor a 32-bit number does not compile.
 //
 //     constexpr auto kRebootFields = Fields{
 //         FIELD(RebootInfo, GatewayRebootEnable),
@@ -15,7 +15,7 @@
 
 namespace smart_router {
 
-// One field of a record, and its JSON key. In JSON every value is a text.
+// One field of a record, and its JSON key. In JSON every value is a string.
 struct Field {
     const char *key;
     uint16_t offset;
@@ -24,12 +24,12 @@ struct Field {
     bool is_number() const { return width == 0; }
 };
 
-// A table without the type of its record, for functions that serve all records. It is packed into
-// bytes. They hold no pointers, so that the loader has nothing to relocate and the table stays in
-// memory that processes share. They hold no padding, since there are hundreds of fields. A header
-// of 4 bytes has the number of fields, how many of them a request must give, and the size of the
-// record. For each field follow its offset, its width in the low 11 bits and the length of its key
-// in the 5 bits above them, and the key with its NUL.
+// A table without the type of its record, for functions that serve all records. It is a sequence of
+// bytes without pointers, so that the loader has nothing to relocate and processes share the
+// memory, and without padding, since there are hundreds of fields. A header of 4 bytes has the
+// number of fields, the number of required fields, and the size of the record. Each field follows
+// as its offset, its width in the low 11 bits and the length of its key in the 5 bits above them,
+// and the key with its NUL.
 struct FieldList {
     static constexpr size_t kHeaderSize = 4;
     static constexpr size_t kPlaceSize = 4;
@@ -58,7 +58,7 @@ struct FieldList {
     };
 
     constexpr size_t count() const { return static_cast<unsigned char>(bytes[0]); }
-    // A request must give the first so many of the fields, and may leave out the others.
+    // The number of required fields, which are the first ones; a request may omit the others.
     constexpr size_t required() const { return static_cast<unsigned char>(bytes[1]); }
     constexpr size_t record_size() const { return word_at(bytes + 2); }
     constexpr Iterator begin() const { return {bytes + kHeaderSize, count()}; }
@@ -78,7 +78,7 @@ constexpr char lower_case(char letter)
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-// cJSON ignores case when it looks for a key, so keys that differ only in case are the same.
+// cJSON ignores case when it searches for a key, so keys that differ only in case are the same.
 constexpr bool same_key(const char *left, const char *right)
 {
     while (*left != '\0' && lower_case(*left) == lower_case(*right)) {
@@ -88,16 +88,16 @@ constexpr bool same_key(const char *left, const char *right)
     return lower_case(*left) == lower_case(*right);
 }
 
-// Not defined: a table that calls it at compile time is refused, and the name says why.
+// Not defined: a table that calls it at compile time does not compile, and the name says why.
 void this_key_stands_twice_in_the_table();
 
-// A table with fields of one record. A single field is a table too, and a table can be built from
-// smaller ones, so that fields which several tables have in common are listed once.
+// A table with fields of one record. A single field is also a table, and a table can be built from
+// smaller ones, so that fields shared by several tables are listed once.
 template <class Record, size_t count, size_t keys_size> class Fields {
   public:
     static constexpr size_t kCount = count;
 
-    // The fields of all parts, in their order. All of them are required.
+    // The fields of all parts, in order. All of them are required.
     template <size_t... counts, size_t... keys_sizes>
     constexpr Fields(const Fields<Record, counts, keys_sizes> &...parts)
     {
@@ -120,7 +120,7 @@ template <class Record, size_t count, size_t keys_size> class Fields {
             *end++ = letter;
         }
     }
-    // The same table for a request that may leave out all but the first fields.
+    // The same table with only the first fields required.
     constexpr Fields requiring(size_t required) const
     {
         Fields fields = *this;
@@ -143,7 +143,7 @@ template <class Record, size_t count, size_t keys_size> class Fields {
         bytes_[0] = bytes_[1] = static_cast<char>(count);
         put_word(2, sizeof(Record));
     }
-    // Appends the fields of a part, where so many have been appended before. Result: the new end.
+    // Appends the fields of a part after the fields that are already there. Result: the new end.
     template <size_t part_count, size_t part_keys_size>
     constexpr size_t append(const Fields<Record, part_count, part_keys_size> &part, size_t end,
                             size_t appended)
@@ -169,7 +169,7 @@ template <class Record, size_t count, size_t keys_size> class Fields {
 template <class Record, size_t... counts, size_t... keys_sizes>
 Fields(Fields<Record, counts, keys_sizes>...) -> Fields<Record, (counts + ...), (keys_sizes + ...)>;
 
-// The width of a member as a table has it.
+// The width of a member in a table.
 template <class Member> struct FieldWidth;
 template <size_t width> struct FieldWidth<char[width]> {
     static_assert(width < 1 << FieldList::kWidthBits, "widths are kept in 11 bits");
@@ -185,8 +185,8 @@ constexpr Fields<Record, 1, key_size> field_of(const char (&key)[key_size], size
     return {key, offset, FieldWidth<Member>::value};
 }
 
-// A member of the record as a field: under its own name, or under another key. FIELD_IN is for a
-// member of a structure within the record.
+// A member of the record as a field; its key is the member's name, or another key for FIELD_AS.
+// FIELD_IN is for a member of a structure within the record.
 #define FIELD(Record, member) FIELD_AS(Record, member, #member)
 #define FIELD_IN(Record, part, member)                                                             \
     FIELD_AS(Record, part.member, #member) // NOLINT(bugprone-macro-parentheses)

@@ -1,5 +1,5 @@
-// Around firmware: when the router may update itself, what all routers of the mesh run, and the log
-// that the platform asks for when something went wrong.
+// The update schedule, the firmware of all routers of the mesh, and the upload of the log that the
+// platform requests after a failure.
 #include "firmware_maintenance.h"
 
 #include "firmware_update.h"
@@ -114,7 +114,7 @@ int32_t json_send_log_to_platform(cJSON *obj)
     if (!can_conclude(obj, success, kNoMac)) {
         return -1;
     }
-    // Sending takes as long as it takes; the platform sees for itself whether a log arrives.
+    // The result is ignored: the upload may take long, and the platform sees whether a log arrives.
     devapi_get_hg_log(text_of(url), log_type, bare_mac);
     remove_key(obj, url);
     success.join(obj);

@@ -1,4 +1,4 @@
-// The pieces of the update status across the mesh, which are exported as well.
+// Parts of the mesh-wide update status, which are also exported.
 #pragma once
 
 #include "recipes.h"

@@ -1,5 +1,5 @@
-// Firmware: what runs, and the commands that fetch and flash another image. Downloading and
-// flashing take minutes, so most of them hand the work to a worker and reply at once.
+// Firmware: the running version, and the commands that download and flash an image. Downloading and
+// flashing take minutes, so most of them start a worker and reply at once.
 #include "firmware_update.h"
 
 #include <pthread.h>
@@ -27,7 +27,7 @@ const char *starter_text(int32_t result)
     }
 }
 
-// These commands know no other spelling of their keys than their own.
+// These commands compare their keys case-sensitively.
 cJSON *item_of(const cJSON *obj, const char *key)
 {
     return cJSON_GetObjectItemCaseSensitive(obj, key);
@@ -38,8 +38,8 @@ bool is_flash_now(const char *update)
     return strcmp(update, "1") == 0;
 }
 
-// Hands the address to the worker and answers. What held the address is taken out of obj, but not
-// before the worker has its copy.
+// Starts the worker with the URL and replies. The item that contains the URL is removed from obj,
+// but not before the worker has a copy of the URL.
 int32_t start_and_answer(cJSON *obj, cJSON *holder, const char *url, Reply &success)
 {
     const int32_t result = success.complete() ? start_prthead_dowing_image(url) : kNoAddress;
@@ -56,7 +56,7 @@ int32_t start_and_answer(cJSON *obj, cJSON *holder, const char *url, Reply &succ
     return result;
 }
 
-// Why the platform's update cannot be started; null when it can, with the address in *url.
+// The reason why the platform's update cannot be started; null when it can, with the URL in *url.
 const char *platform_update_refusal(const cJSON *image, const char **url)
 {
     UpdateStatusInfo status = {};
@@ -73,7 +73,7 @@ const char *platform_update_refusal(const cJSON *image, const char **url)
     if (*url == nullptr) {
         return "get UpdateUrl error";
     }
-    // A platform that has nothing newer gives the version that runs in place of an address.
+    // A platform that has nothing newer sends the running version instead of a URL.
     return holds(status.FWVersion, *url) ? "the same version error" : nullptr;
 }
 
@@ -91,7 +91,7 @@ int32_t json_hg_get_update_status(cJSON *obj)
     SuccessReply reply;
     reply.text("up_status", "0");
     reply.fields(kUpdateStatus, &status);
-    return answer(obj, reply, kFailure); // GET_UPDATE_STATUS goes by this
+    return answer(obj, reply, kFailure); // GET_UPDATE_STATUS uses this result
 }
 
 int32_t json_hg_image_down_and_upgrade(cJSON *image, char *failreason)
@@ -135,7 +135,7 @@ int32_t json_update_immediately(cJSON *obj)
         copy_text(reason, starter_text(kNoAddress));
         result = -1;
     } else {
-        // The last part of an update has the last word: it makes up for an image that failed.
+        // The last part of an update decides the result, even if the image failed.
         if (image != nullptr) {
             result = json_hg_image_down_and_upgrade(image, reason);
         }
@@ -159,7 +159,7 @@ int32_t json_update_all_from_platform(cJSON *obj)
     const char *url = nullptr;
     const char *refusal = platform_update_refusal(image, &url);
     if (refusal != nullptr) {
-        // The platform takes the last reason, people read the first.
+        // The platform evaluates the last reason; the first one is for people.
         Reply refused;
         refused.text(kFailReason, refusal);
         refused.status("1");
@@ -176,7 +176,7 @@ int32_t json_update_all_from_platform(cJSON *obj)
 
 int32_t json_image_download(cJSON *obj)
 {
-    remove_key(obj, item_of(obj, "ChildRouter")); // child routers fetch their own images
+    remove_key(obj, item_of(obj, "ChildRouter")); // child routers download their images themselves
     cJSON *router = item_of(obj, "MainRouter");
     if (router == nullptr) {
         return refuse(obj, "Get mainrouter error");
@@ -199,7 +199,7 @@ int32_t json_hg_image_download(cJSON *obj)
         return refuse(obj, "json_url node null");
     }
     UpdateStatusInfo status = {};
-    if (devapi_get_update_status_info(&status) != 0) { // a device that says nothing takes no image
+    if (devapi_get_update_status_info(&status) != 0) { // no update without a known status
         return refuse(obj, "get update status error");
     }
     SuccessReply success;
@@ -253,8 +253,8 @@ int32_t json_hg_image_update(cJSON *obj)
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }
-    // Without the lock, unlike IMAGE_UPDATE: who asks for this one by hand is not to be refused
-    // because the platform has a download under way.
+    // Without the lock, unlike IMAGE_UPDATE: a user who requests the update is not refused because
+    // the platform's download is running.
     const int32_t result = is_flash_now(update) ? devapi_update_image() : 0;
     conclude(obj, success, result != 0, kFailure);
     return result;

@@ -1,4 +1,4 @@
-// The threads that fetch and flash firmware, and the lock that lets only one of them at it.
+// The threads that download and flash firmware, and the lock that allows only one at a time.
 #include "firmware_update.h"
 
 #include <pthread.h>
@@ -7,8 +7,9 @@
 
 using namespace smart_router;
 
-// Held while an image is downloaded or flashed. It is only ever tried, since no command may wait
-// for minutes, and a worker releases what its starter took: a default mutex allows that.
+// Held while an image is downloaded or flashed. Only pthread_mutex_trylock() is used, since no
+// command may wait for minutes. A worker unlocks what another thread locked, which works with a
+// default mutex.
 pthread_mutex_t downimagelock = PTHREAD_MUTEX_INITIALIZER;
 char g_update_url[HG_UPDATE_URL_SIZE] = "";
 
@@ -18,7 +19,7 @@ namespace {
 void reboot()
 {
 #if defined(__mips__) && defined(__linux__)
-    // The kernel of the target knows the flag under this name; others ignore it.
+    // The number below is this flag on the target; other kernels ignore it.
     static_assert(SIGCHLD == 18 && SA_NOCLDWAIT == 0x10000, "not the numbers of the target");
 #endif
     struct sigaction ignore = {};
@@ -26,7 +27,7 @@ void reboot()
     ignore.sa_flags = 0x10000;
     sigemptyset(&ignore.sa_mask);
     sigaction(SIGCHLD, &ignore, nullptr);
-    // A fixed command, whose result nobody is left to look at.
+    // A constant command, whose result cannot be used any more.
     (void)system("sync;reboot"); // NOLINT(concurrency-mt-unsafe)
 }
 

@@ -1,4 +1,4 @@
-// The check-up: what the gateway finds when it examines itself, and what it does about it.
+// Inspections of the gateway by itself, and optimisations.
 #include "recipes.h"
 
 using namespace smart_router;
@@ -73,7 +73,7 @@ constexpr auto kFreedResources = Fields{
     FIELD(ResourceInfo, MemPercent),
 };
 
-// Two calls fill a plain text; with a record around it they are queries like the others.
+// Two device calls fill a bare text, which is wrapped in a record so that the recipes apply.
 struct UplinkStatus {
     char UpLinkStatus[8];
 };
@@ -100,8 +100,8 @@ constexpr auto kNetFault = Fields{
     FIELD(NetFault, NetFaultReason),
 };
 
-// An optimisation of the Wi-Fi starts from the request's values and answers with those that the
-// device chose, under the same keys.
+// An optimisation of the Wi-Fi passes the request's values to the device and replies with those
+// that the device chose, under the same keys.
 int32_t optimize(cJSON *obj, int32_t (*call)(WifiInspectInfo *), FieldList wishes,
                  FieldList choices, const char *failure)
 {
@@ -156,14 +156,14 @@ HANDLER(json_get_uplink_status, query<get_uplink_status>(kUplinkStatus, "get upl
 
 HANDLER(json_inspect_hg_resource,
         query<devapi_inspect_hg_resource>(kResources, "get resource inspection info failed"))
-// Apps know the inspection's text from here as well.
+// The text belongs to the inspection, but apps expect it here as well.
 HANDLER(json_optimize_hg_resource,
         reporting_action<devapi_optimize_hg_resource>(kFreedResources,
                                                       "get resource inspection info failed"))
 
 HANDLER(json_inspect_hg_wifi,
         query<devapi_inspect_hg_wifi>(kWifi, "get wifi inspection info failed"))
-// The sleep setting's text; apps know it from here as well.
+// The text belongs to the sleep setting, but apps expect it here as well.
 int32_t json_optimize_hg_wifi(cJSON *obj)
 {
     return optimize(obj, devapi_optimize_hg_wifi, kChannel, kChosenChannel,
@@ -176,5 +176,5 @@ int32_t json_optimize_wifi_channel_power(cJSON *obj)
                     kChosenChannelAndPower, "wifi channel power optimize failed");
 }
 
-// A fault that cannot be found out has no reason to give.
+// A fault that cannot be determined is reported without a reason.
 HANDLER(json_get_hg_net_status, (query<get_net_fault, StatusAt::kLast>(kNetFault, nullptr)))

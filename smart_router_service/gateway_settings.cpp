@@ -1,4 +1,4 @@
-// Base information and home page of the gateway, its LAN addresses, DHCP server and PPPoE account.
+// Base information, home page, LAN addresses, DHCP server and PPPoE account of the gateway.
 #include "recipes.h"
 
 using namespace smart_router;
@@ -66,7 +66,7 @@ constexpr auto kPppoeAccountFields = Fields{
     FIELD(PppoeInfo, Password),
 };
 
-// The three settings refuse a bad request in the place where the device leaves its own reason.
+// What the three settings reply to an invalid request, in place of a reason from the device.
 constexpr char kInvalidParam[] = "INVALID_PARAM";
 
 constexpr char kPppoeFailure[] = "get hg pppoe info failed";
@@ -82,7 +82,7 @@ int32_t json_get_hg_base_info(cJSON *obj)
     const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
     const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
     const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
-    // A gateway that knows part of itself is still worth showing.
+    // Partial information is still reported.
     if (!has_base && !has_lan && !has_wan) {
         return refuse(obj, kFailure);
     }
@@ -90,7 +90,7 @@ int32_t json_get_hg_base_info(cJSON *obj)
     reply.fields(kBaseFields, &base);
     reply.fields(kBaseLanFields, &lan);
     reply.fields(kBaseWanFields, &wan);
-    reply.text("MeshInfo", "[]"); // a text, which apps parse for themselves
+    reply.text("MeshInfo", "[]"); // a string, which apps parse themselves
     return answer(obj, reply, kFailure);
 }
 
@@ -107,7 +107,7 @@ int32_t json_set_hg_lanip_info(cJSON *obj)
     LanIpSetting lan = {};
     SettingRun run(obj, kLanFields, RemoveKeys::kAlways);
     if (!run.find(kInvalidParam)) {
-        // The text of the PPPoE setting: tools that read the log expect it here too.
+        // The text of the PPPoE setting: tools that read the log expect it here as well.
         log_error("json_set_hg_pppoe_info : Err, null param");
         return -1;
     }
@@ -152,7 +152,7 @@ int32_t json_get_hg_pppoe_info(cJSON *obj)
     if (holds(pppoe.Enable, "1")) {
         reply.fields(kPppoeAccountFields, &pppoe);
     } else {
-        reply.text("Enable", "0"); // an account that is not in use stays on the gateway
+        reply.text("Enable", "0"); // the gateway keeps an account that is not in use
     }
     answer(obj, reply, kPppoeFailure);
     return result;

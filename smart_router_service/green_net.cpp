@@ -1,5 +1,6 @@
-// Parental control (green-net): its switch, and the devices that it protects.
-#include "green_net.h"
+// Parental control (green-net): its switch, the devices that it protects, and the periods of
+// protection.
+#include "recipes.h"
 
 #include <stdlib.h>
 #include <strings.h>
@@ -8,7 +9,8 @@ using namespace smart_router;
 
 namespace {
 
-// The switch is a bare text; as a record it is a query and a setting like the others.
+// The device calls of the switch take a bare text, which is wrapped in a record so that the recipes
+// apply.
 struct GreenNetSwitch {
     char Enable[GREENNET_SWITCH_SIZE];
 };
@@ -33,12 +35,20 @@ constexpr auto kNotifySetting = Fields{
     FIELD(GreenHostInfo, NotifyEnable),
 };
 
+constexpr char kNoList[] = "json node: list not found"; // also used for the notify switch
+
+// Finds a host in the table. Result: false when it is not there.
+bool find_host(const char *mac, int32_t *index)
+{
+    return devapi_get_greennet_index_by_mac(mac, index) == 1;
+}
+
 bool is_entry(const GreenHostInfo &device)
 {
     return device.Mac[0] != '\0' && strncasecmp(device.Mac, "NULL", sizeof device.Mac) != 0;
 }
 
-// Writes the index as the text by which the table selects the entry.
+// Writes the index as the text that selects an entry of the table.
 void put_index(GreenHostInfo *device, int32_t index, size_t digits)
 {
     put_number(device->HostIndex, digits + 1, index);
@@ -46,7 +56,7 @@ void put_index(GreenHostInfo *device, int32_t index, size_t digits)
 
 // ---- The list of devices -----------------------------------------------------------------------
 
-// The MAC addresses of a list of devices, each followed by a comma. What does not fit is cut.
+// The MAC addresses of a list of devices, each followed by a comma. The text is cut when full.
 class MacList {
   public:
     explicit MacList(size_t devices)
@@ -66,7 +76,7 @@ class MacList {
         memcpy(text_ + used_, mac, length);
         used_ += length;
         if (used_ < size_ - 1) {
-            text_[used_++] = ','; // calloc() has ended it already
+            text_[used_++] = ','; // the NUL is there from calloc()
         }
     }
 
@@ -104,11 +114,11 @@ bool read_device(cJSON *element, GreenHostInfo *device)
     return true;
 }
 
-// Stores the elements and lists their MAC addresses. Result: null, or why it stopped; what was
-// stored before stays.
+// Stores the elements and lists their MAC addresses. Result: null, or the failure text; elements
+// that were stored before the failure are kept.
 const char *store_devices(const cJSON *elements, MacList *list)
 {
-    GreenHostInfo device = {}; // one for all: each element overwrites what is its own
+    GreenHostInfo device = {}; // shared: each element overwrites the fields that it has
     cJSON *element;
     cJSON_ArrayForEach(element, elements)
     {
@@ -125,8 +135,8 @@ const char *store_devices(const cJSON *elements, MacList *list)
 
 constexpr char kNoMemory[] = "malloc mac_list failed";
 
-// Makes the table hold the listed devices and no others; *removal is what came of removing those.
-// Result: null, or why it stopped before.
+// Stores the listed devices in the table and removes all others; *removal is the result of the
+// removal. Result: null, or the failure text if it stopped before.
 const char *replace_devices(const cJSON *elements, int32_t *removal)
 {
     const int count = cJSON_GetArraySize(elements);
@@ -148,6 +158,73 @@ const char *replace_devices(const cJSON *elements, int32_t *removal)
     return failure;
 }
 
+// ---- The periods of a device -------------------------------------------------------------------
+
+constexpr auto kPeriod = Fields{
+    FIELD(ProtectPeriodInfo, StartTime),
+    FIELD(ProtectPeriodInfo, EndTime),
+    FIELD(ProtectPeriodInfo, Enable),
+    FIELD(ProtectPeriodInfo, DaysOfWeek),
+};
+
+// The MAC address by which a request identifies a host.
+using MacText = char[64];
+
+// Reads the "Mac" of a request. Result: false when there is none, and then the failure has been
+// added.
+bool read_mac(cJSON *obj, MacText &mac)
+{
+    const char *text = text_under(obj, "Mac");
+    if (text == nullptr) {
+        fail(obj, "json node: mac not found");
+        return false;
+    }
+    copy_text(mac, text);
+    return true;
+}
+
+constexpr char kCannotDelete[] = "del duration failed!";
+
+// Stores the elements as periods of the host, and determines whether one is in force. Result: null,
+// or the failure text; periods that were stored before the failure are kept.
+const char *store_periods(const cJSON *elements, int32_t host, bool *in_force)
+{
+    cJSON *element;
+    cJSON_ArrayForEach(element, elements)
+    {
+        ProtectPeriodInfo period = {};
+        period.HostIndex = host;
+        if (read_fields(element, kPeriod, &period) != 0) {
+            log_error("string is null.\n");
+            return "parse protect period info failed";
+        }
+        *in_force = *in_force || holds(period.Enable, "1");
+        if (devapi_add_greennet_duration(host, &period.PeriodNum) != 0) {
+            return "add protect period info failed";
+        }
+        if (devapi_set_protect_period_info(&period) != 0) {
+            return "set protect period info failed";
+        }
+    }
+    return nullptr;
+}
+
+// Replaces the periods of the host by the elements, and switches its protection accordingly.
+// Result: null, or the failure text; changes that were made before the failure are kept.
+const char *replace_periods(const cJSON *elements, int32_t host)
+{
+    if (devapi_del_all_duration(host) != 0) {
+        return kCannotDelete;
+    }
+    bool in_force = false;
+    const char *failure = store_periods(elements, host, &in_force);
+    if (failure != nullptr) {
+        return failure;
+    }
+    return devapi_set_protect_enable(in_force ? 1 : 0, host) == 0 ? nullptr
+                                                                  : "set PortectEnable failed!";
+}
+
 } // namespace
 
 // ---- Commands ----------------------------------------------------------------------------------
@@ -157,7 +234,7 @@ int32_t json_get_green_net_enable(cJSON *obj)
     GreenNetSwitch green_net = {};
     const int32_t result = devapi_get_greennet_enable(green_net.Enable);
     if (result != 0) {
-        // Tools that read the log search for this number, so it does not follow the source.
+        // A constant, because tools that read the log search for this number.
         constexpr int kKnownLine = 1612;
         LOG_ERROR("%s: %d get green net enable failed! ret = %d\n", "json_get_green_net_enable",
                   kKnownLine, result);
@@ -209,7 +286,7 @@ int32_t json_set_green_net_list(cJSON *obj)
     if (failure != nullptr) {
         return refuse(obj, failure);
     }
-    // The devices are stored already. The reply has both statuses, and apps read the last one.
+    // The devices have been stored. The reply has both statuses, and apps read the last one.
     if (removal == 0 || fail(obj, "del green net info failed")) {
         success.join(obj);
     } else {
@@ -235,4 +312,53 @@ int32_t json_set_green_net_notify(cJSON *obj)
     const int32_t result = devapi_set_green_net_notify(&device);
     run.end(result != 0, kFailure);
     return result;
+}
+
+int32_t json_get_protect_period_list(cJSON *obj)
+{
+    constexpr const char *kFailure = "get protect period list failed";
+    MacText mac = "";
+    if (!read_mac(obj, mac)) {
+        return -1;
+    }
+    int32_t host = 0;
+    if (!find_host(mac, &host)) {
+        return refuse(obj, "xml mac index not found");
+    }
+    int32_t count = 0;
+    devapi_get_duration_num_by_index(host, &count);
+    SuccessReply reply;
+    cJSON *list = reply.list("Sleep");
+    for (int32_t at = 0; at < count && reply.complete(); ++at) {
+        ProtectPeriodInfo period = {};
+        period.HostIndex = host;
+        period.PeriodNum = at + 1;
+        if (devapi_get_protect_period_info(&period) != 0) {
+            return refuse(obj, kFailure);
+        }
+        reply.append(list, kPeriod, &period);
+    }
+    return answer(obj, reply, kFailure);
+}
+
+int32_t json_set_protect_period_list(cJSON *obj)
+{
+    MacText mac = "";
+    if (!read_mac(obj, mac)) {
+        return -1;
+    }
+    int32_t host = 0;
+    if (!find_host(mac, &host)) {
+        return refuse(obj, "json node: mac index not found");
+    }
+    LOG_DEBUG("mac_index = %d\n", host);
+    cJSON *elements = array_of(obj, "Sleep");
+    if (elements == nullptr) {
+        return refuse(obj, kNoList);
+    }
+    SuccessReply success;
+    const char *failure = success.complete() ? replace_periods(elements, host) : kCannotDelete;
+    remove_key(obj, elements);
+    conclude(obj, success, failure != nullptr, failure);
+    return failure != nullptr ? -1 : 0;
 }

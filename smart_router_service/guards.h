@@ -1,4 +1,4 @@
-// Guards that free what they hold when their scope ends, whichever way it is left.
+// RAII guards that free a resource at the end of their scope.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -15,7 +15,7 @@ class JsonItem {
     JsonItem &operator=(const JsonItem &) = delete;
 
     cJSON *get() const { return item_; }
-    // For the tree that takes the item over.
+    // For adding the item to a tree, which then owns it.
     cJSON *release()
     {
         cJSON *item = item_;

@@ -1,4 +1,4 @@
-// The guest network of one band, and for how long it stays open.
+// The guest network of one band, and how long it stays open.
 #include "recipes.h"
 
 #include <stdio.h>
@@ -33,9 +33,10 @@ constexpr auto kGuestOptions = Fields{
 
 constexpr char kSetFailure[] = "set guest ssid failed";
 
-// Computes the seconds that the network stays open, from days and hours that may not be given,
-// which is any negative number. Negative hours count only where there are no whole days; negative
-// days count whenever hours were given. The arithmetic wraps at 32 bits, as the devices expect.
+// Computes for how many seconds the network stays open, from days and hours; a negative number
+// means that the value was not given. Negative hours count only when there are no whole days;
+// negative days count whenever hours were given. The arithmetic wraps at 32 bits, as the devices
+// expect.
 void set_end_timestamp(GuestWifiInfo &guest)
 {
     const int32_t days = number_of(guest.ContinueTime);
@@ -89,7 +90,7 @@ int32_t json_set_hg_guest_ssid(cJSON *obj)
     copy_optional(obj, kGuestOptions, &guest, Found::kIsRemoved);
     cJSON_DeleteItemFromObject(obj, "ContinueTime");
     cJSON_DeleteItemFromObject(obj, "HourTime");
-    cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // never read: the device gets the computed one
+    cJSON_DeleteItemFromObject(obj, "EndTimestamp"); // not read: the device gets the computed one
     if (!run.fill(&guest, kSetFailure)) {
         return -1;
     }

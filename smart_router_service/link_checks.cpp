@@ -1,5 +1,4 @@
-// Looks at the air and at the links: access points on each channel, one check of the links, and the
-// signal of a station.
+// Access points on each channel, the check of the links, and the signal of a station.
 #include "recipes.h"
 
 #include <stdio.h>
@@ -8,7 +7,7 @@ using namespace smart_router;
 
 namespace {
 
-// What is found of the name resolution is reported of DHCP as well.
+// The result for DNS is also reported for DHCP.
 constexpr auto kAddresses = Fields{
     FIELD(LinkInfo, LanIP),
     FIELD(LinkInfo, WanIp),

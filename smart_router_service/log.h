@@ -10,7 +10,7 @@
 
 namespace smart_router {
 
-// For a text without arguments, where a function call takes less code than the macros.
+// For a text without arguments; a function call takes less code than the macros.
 void log_error(const char *text);
 void log_debug(const char *text);
 

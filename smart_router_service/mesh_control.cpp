@@ -1,5 +1,5 @@
-// Mesh, pairing and WPS, and what else of the router's presence in the mesh can be set: the agent's
-// heartbeat, LEDs, the state of the first configuration, and devices to forget.
+// Mesh, pairing and WPS, the agent's heartbeat, LEDs, the state of the first configuration, and the
+// removal of devices.
 #include "recipes.h"
 
 using namespace smart_router;
@@ -57,7 +57,7 @@ int32_t set_with_results(cJSON *obj, FieldList fields, void *record, RecordCall 
     return result;
 }
 
-// Passes the text under a key to the device unchanged. The key is removed when the device accepted
+// Passes the text of a key to the device unchanged, and removes the key when the device accepted
 // it.
 int32_t set_text(cJSON *obj, const char *key, const MissingTexts &missing,
                  int32_t (*call)(const char *), FailureRule failed, const char *failure)
@@ -78,7 +78,7 @@ int32_t set_text(cJSON *obj, const char *key, const MissingTexts &missing,
     return result;
 }
 
-// The platform has to learn of the new state.
+// Has the new state reported to the platform.
 int32_t set_configuration_state(const char *state)
 {
     const int32_t result = devapi_set_sta_tslink_config(state);
@@ -173,7 +173,7 @@ HANDLER(json_query_tslink_config,
 
 int32_t json_del_device(cJSON *obj)
 {
-    // The configuration state's text; apps know it from here as well.
+    // The text belongs to the configuration state, but apps expect it here as well.
     return set_text(obj, "MAC", {"parama is errer!", "MAC  value is NULL"}, devapi_del_device,
                     minus_one, "set tslink config failed");
 }
@@ -185,7 +185,7 @@ HANDLER(json_get_led,
 
 int32_t json_set_led(cJSON *obj)
 {
-    // The signal check's text; apps know it from here as well.
+    // The text belongs to the signal check, but apps expect it here as well.
     constexpr const char *kFailure = "get scan rssi failed";
     cJSON *items[kLed.kCount];
     find_items(obj, kLed, items);
@@ -198,7 +198,7 @@ int32_t json_set_led(cJSON *obj)
     if (!can_conclude(obj, success, kFailure)) {
         return -1;
     }
-    // What is no text reaches the device as a null pointer, for it to refuse.
+    // A value that is not a string is passed as a null pointer, which the device refuses.
     const int32_t result =
         devapi_set_sta_led(text_of(items[0]), text_of(items[1]), text_of(items[2]));
     if (!minus_one(result)) {

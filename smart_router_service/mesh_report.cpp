@@ -72,7 +72,7 @@ int32_t zone_hours()
 
 void put_elapsed(AdBaseInfo *device, int32_t hours_ahead)
 {
-    // Unsigned, so that no time that a device makes up can overflow.
+    // Unsigned, so that an invalid time from the device cannot overflow.
     const auto now = static_cast<uint64_t>(time(nullptr));
     const auto start =
         static_cast<uint64_t>(strtoll(Ended(device->AccessTime).text(), nullptr, 10));

@@ -1,39 +1,39 @@
-// What the two families of mesh reports share: the operators' area codes, the devices attached to a
-// router, and the links between routers.
+// Shared by the topology report and the reports that the agent requests directly: the operators'
+// area codes, the devices attached to a router, and the links between routers.
 #pragma once
 
 #include "recipes.h"
 
 namespace smart_router {
 
-// The model that operators sell, and whose mesh is reported in their own way.
+// The model that is sold by operators and has a different report of its mesh.
 inline constexpr char kOperatorModel[] = "QX2040B";
 
 using Model = char[32];
-// Reads the model of the router, as the device leaves it.
+// Reads the model of the router; it may lack a NUL.
 void read_model(Model &model);
 
 using AreaCode = char[32];
-// Reads the code of the operator's area, into so many bytes of it, as the device leaves it.
+// Reads the code of the operator's area, at most size bytes; it may lack a NUL.
 void read_area_code(AreaCode &code, int32_t size = sizeof(AreaCode) - 1);
-// Whether the code is that of one of the three operators that want to see the links between
+// Whether the code is that of one of the three operators whose reports include the links between
 // routers.
 bool wants_mesh_links(const AreaCode &code);
 
-// Reads the MAC address of the LAN bridge, by which child routers know the main router.
+// Reads the MAC address of the LAN bridge, under which child routers know the main router.
 using BridgeMac = char[HG_BRIDGE_MAC_SIZE];
 void read_bridge_mac(BridgeMac &mac);
 
 // The mesh links of a router, as an array that belongs to the caller; null when memory ran out.
 cJSON *mesh_links_of(const ChildRouterInfo &router);
 
-// An attached device as it is reported: its record, and what is said of it beside.
+// An attached device as it is reported: its record, and the values that are reported with it.
 struct ReportedDevice {
     AdBaseInfo info;
     char DevModle[10];
 };
 
-// What the reports of a device have in common, in parts.
+// Fields that the reports of a device have in common, in groups.
 inline constexpr auto kDeviceKind = Fields{
     FIELD_IN(ReportedDevice, info, DevType), FIELD_IN(ReportedDevice, info, DevFactory),
     FIELD(ReportedDevice, DevModle),         FIELD_IN(ReportedDevice, info, Name),
@@ -59,25 +59,26 @@ inline constexpr auto kDeviceLimits = Fields{
 // The result of devapi_get_ad_base_info() for an index without a device.
 constexpr int32_t kNoDevice = 1000;
 
-// The MAC address of a router that hangs from the main router.
+// The MAC address of a router that is attached to the main router.
 inline constexpr auto kChildMac = Fields{
     FIELD_AS(ChildMeshInfo, ChildMac, "childMac"),
 };
 
-// Moves a text from field to field, with or without its end.
+// Copies a text from field to field; the source may lack a NUL.
 template <size_t width> void assign(char (&to)[width], const char (&from)[width])
 {
     memcpy(to, from, width);
 }
 
-// Completes a station of a child router, for which model and operating system are fixed.
+// Completes a station of a child router, whose model and operating system are constants.
 void complete_station(ReportedDevice *station);
 
-// The hours by which the router's clock is ahead of local time; 0 where the device says nothing.
+// The hours by which the router's clock is ahead of local time; 0 when the device does not report
+// them.
 int32_t zone_hours();
 
-// Replaces the time since when the device is attached by the seconds that have passed since then,
-// by a clock that runs so many hours ahead of the device's times.
+// Replaces the time at which the device was attached by the seconds that have passed since then,
+// given the hours by which the clock is ahead of the device's times.
 void put_elapsed(AdBaseInfo *device, int32_t hours_ahead);
 
 } // namespace smart_router

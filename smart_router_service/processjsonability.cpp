@@ -1,4 +1,4 @@
-// The one door: finds a command's handler by its name and calls it.
+// The dispatcher: finds a command's handler by its name and calls it.
 #include "smart_router_service/processjsonability.h"
 
 #include "commands.h"
@@ -11,9 +11,9 @@ using Handler = int32_t (*)(cJSON *obj);
 
 } // namespace
 
-// The handlers in the order of the table. An address would have to be relocated at loading, in a
-// page that is private to the process from then on. Where size counts most, each entry is the
-// distance from itself to its handler instead, which the linker knows.
+// The handlers in the order of the table. Addresses would be relocated when the library is loaded,
+// in pages that the process then no longer shares. Where size matters most, each entry is the
+// distance from itself to its handler instead, which is known at link time.
 #if defined(__mips__)
 extern "C" [[gnu::visibility("hidden")]] const int32_t handler_distances[];
 #define COMMAND_DISTANCE(name, handler) ".word " #handler " - .\n"
@@ -41,8 +41,7 @@ static Handler handler_at(size_t position)
 
 namespace {
 
-// The names are one text, since a pointer to each would take more room than the places where they
-// begin.
+// The names are one string, since their offsets in it take less space than a pointer to each.
 #define COMMAND_NAME(name, handler) name "\0"
 constexpr char kNames[] = SMART_ROUTER_COMMANDS(COMMAND_NAME);
 #undef COMMAND_NAME
@@ -63,8 +62,8 @@ constexpr bool is_before(const char *left, const char *right)
     return *left < *right;
 }
 
-// The commands in the order of their names, for a binary search: where each name begins in kNames,
-// and its position in the table.
+// The commands sorted by name, for a binary search: the offset of each name in kNames, and its
+// position in the table.
 struct NameIndex {
     uint16_t place[kCommandCount] = {};
     uint8_t position[kCommandCount] = {};

@@ -1,4 +1,4 @@
-// Quality of service: its switch, the priorities of known applications, and rules of one's own.
+// Quality of service: its switch, the priorities of known applications, and the user's rules.
 #include "qos.h"
 
 using namespace smart_router;
@@ -7,7 +7,7 @@ namespace {
 
 // ---- Switch and priorities ---------------------------------------------------------------------
 
-// Some settings are numbers to the device; as records they are settings like the others.
+// Device calls that take bare values are wrapped in records, so that the recipes apply.
 struct QosSwitch {
     char Enable[8];
 };
@@ -69,7 +69,7 @@ constexpr auto kApplication = Fields{
     FIELD(QosApplication, PriorityLevel),
 };
 
-// Reads the types of a rule, as many as it has room for; what comes behind them is not looked at.
+// Reads the types of a rule, as many as it has room for; the others are ignored.
 bool read_types(const cJSON *elements, QosRule *rule)
 {
     int32_t count = 0;
@@ -207,7 +207,7 @@ int32_t json_set_qos_classification_info(cJSON *obj)
         return refuse(obj, "json param is invalid or miss");
     }
     SuccessReply success;
-    Reply identifier; // only of a rule that was added, which the device says
+    Reply identifier; // the Id that the device gives to a new rule
     identifier.reserve(kRuleId);
     const bool can_set = success.complete() && identifier.complete();
     const int32_t result = can_set ? devapi_set_qos_classification_info(&rule) : -1;

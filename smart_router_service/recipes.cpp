@@ -20,7 +20,7 @@ void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
     answer(obj, reply, failure);
 }
 
-// A zeroed record for an engine, with room for any record of the rows.
+// A zeroed record for an engine, with room for the record of any row.
 class RowRecord {
   public:
     explicit RowRecord(FieldList fields) { memset(bytes_, 0, fields.record_size()); }

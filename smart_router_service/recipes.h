@@ -1,7 +1,7 @@
 // Recipes for regular commands. A query, a setting or an action is one line, which names the device
 // call, the table of fields and the failure text. A command that fits no recipe is a plain function
-// that uses the same parts, such as the steps of a setting. Handlers include this header; it brings
-// the parts with it.
+// that uses the same parts, such as the steps of a setting. Handlers include this header, which
+// includes the others.
 #pragma once
 
 #include "commands.h"
@@ -19,7 +19,7 @@
 
 namespace smart_router {
 
-// Which results of a device call are failures.
+// Decides which results of a device call are failures.
 using FailureRule = bool (*)(int32_t result);
 constexpr bool non_zero(int32_t result)
 {
@@ -31,7 +31,7 @@ constexpr bool minus_one(int32_t result)
 }
 
 // Reads one of several records for a report that includes those that could be read. After a failed
-// call the record is empty, whatever the call wrote into it.
+// call the record is zeroed, even if the call wrote to it.
 template <auto call, class Record> bool read_or_empty(Record &record)
 {
     record = {};
@@ -47,21 +47,21 @@ enum class StatusAt { kFirst, kLast };
 
 // When a setting removes its request keys from the object.
 enum class RemoveKeys {
-    kAfterCall, // after the device call, whatever its result
+    kAfterCall, // after the device call, regardless of its result
     kOnSuccess, // only after a device call that succeeded
-    kAlways,    // also when a key was missing
+    kAlways,    // even when a key was missing
 };
 
 void answer_query(cJSON *obj, bool failed, FieldList fields, const void *record,
                   const char *failure, StatusAt status);
 
-// A regular command is a row: its fields, its texts and its device call. All rows of one kind share
+// A regular command is a row: its fields, its texts and its device call. All rows of one type share
 // an engine, which has the record on its stack. The engine has four parameters, as many as MIPS
 // passes in registers, so that a row takes little code.
 using RecordCall = int32_t (*)(void *record);
 using Engine = int32_t (*)(cJSON *obj, FieldList fields, const char *texts, RecordCall call);
 
-constexpr size_t kLargestRecord = 2048; // of the rows
+constexpr size_t kLargestRecord = 2048; // used by a row
 
 template <auto call, class Record> int32_t call_with(void *record)
 {
@@ -99,8 +99,8 @@ template <Engine engine, RecordCall call, class Texts> struct Row {
     int32_t operator()(cJSON *obj) const { return run(obj, texts); }
     int32_t run(cJSON *obj, const Texts &with) const
     {
-        // The pointer alone becomes a constant in the code. The whole FieldList would be copied
-        // from a row in memory, which the loader would have to relocate.
+        // The pointer alone becomes a constant in the code. A whole FieldList would be copied from
+        // memory that the loader has to relocate.
         return engine(obj, {fields.bytes}, with.text, call);
     }
 };
@@ -116,7 +116,7 @@ template <StatusAt status, FailureRule failed>
 }
 
 // A query without parameters: zeroes the record, calls the device, and replies with the fields.
-// Without a failure text the reply to a failure is the status alone.
+// Without a failure text, the reply to a failure is only the status.
 template <auto call, StatusAt status = StatusAt::kFirst, FailureRule failed = non_zero,
           class Record, size_t count, size_t keys_size>
 constexpr auto query(const Fields<Record, count, keys_size> &fields, const char *failure)
@@ -126,7 +126,7 @@ constexpr auto query(const Fields<Record, count, keys_size> &fields, const char 
 
 // The steps before and after a device call that changes something, for handlers that copy no keys.
 // The call must not be made unless there is an object for the reply and memory for the success
-// reply: where one is missing, can_conclude() returns false and has added the failure.
+// reply: otherwise can_conclude() adds the failure and returns false.
 bool can_conclude(cJSON *obj, const Reply &success, const char *failure);
 void conclude(cJSON *obj, Reply &success, bool failed, const char *failure, size_t width);
 void conclude(cJSON *obj, Reply &success, bool failed, const char *failure);
@@ -137,7 +137,7 @@ int32_t carry_out(cJSON *obj, int32_t (*call)(), const char *failure);
 template <int32_t (*call)()> struct Action {
     OneText texts;
 
-    // cppcheck-suppress functionStatic ; rows of all kinds are run alike
+    // cppcheck-suppress functionStatic ; rows of all types have the same interface
     int32_t run(cJSON *obj, const OneText &failure) const
     {
         return carry_out(obj, call, failure.text);
@@ -158,9 +158,9 @@ constexpr auto reporting_action(const Fields<Record, count, keys_size> &fields, 
     return Row<run_reporting_action, call_with<call, Record>, OneText>{fields, {failure}};
 }
 
-// The steps of a setting, to be called in the order in which they are declared. A step that returns
-// false has answered the request. The success reply is allocated before the device is changed, so
-// that a change that was made is never reported as failed for lack of memory.
+// The steps of a setting, to be called in the order of their declarations. A step that returns
+// false has added the failure reply. The success reply is allocated before the device is changed,
+// so that a change that was made is never reported as failed for lack of memory.
 class SettingSteps {
   public:
     // cppcheck-suppress uninitMemberVar ; find() fills it
@@ -172,9 +172,9 @@ class SettingSteps {
     bool find(const MissingTexts &missing);
     // The success reply, for keys after the status.
     Reply &success() { return success_; }
-    // The text that the request has for the field at the position, uncut.
+    // The text in the request for the field at the position, uncut.
     const char *text(size_t position) const { return text_of(items_[position]); }
-    // Copies the texts into the record; after that the device may be called.
+    // Copies the texts to the record; after that, the device may be called.
     bool fill_record(void *record, const char *failure, size_t width = SIZE_MAX);
     // Removes the keys from the position on, and their texts with them, for a setting that removes
     // some of its keys before the device call.
@@ -190,7 +190,7 @@ class SettingSteps {
     Reply success_;
 };
 
-// The same, with the type of the record checked against the table.
+// The same, with the type of the record checked against the table at compile time.
 template <class Record> class SettingRun : public SettingSteps {
   public:
     template <size_t count, size_t keys_size>
@@ -232,7 +232,7 @@ constexpr auto setting(const Fields<Record, count, keys_size> &fields, const cha
     return Row<setting_engine<when, failed>, call_with<call, Record>, OneText>{fields, {failure}};
 }
 
-// The same, with its own text for a missing key.
+// The same, with a separate text for a missing key.
 template <auto call, RemoveKeys when = RemoveKeys::kAfterCall, FailureRule failed = non_zero,
           class Record, size_t count, size_t keys_size, size_t failure_size, size_t missing_size>
 constexpr auto setting(const Fields<Record, count, keys_size> &fields,
@@ -243,8 +243,8 @@ constexpr auto setting(const Fields<Record, count, keys_size> &fields,
                TwoTexts<failure_size + missing_size>>{fields, texts_of(failure, missing)};
 }
 
-// Defines a handler from a recipe, with a symbol of its own. The texts are a constant apart from
-// the row, so that the row itself needs no memory.
+// Defines a handler from a recipe, as a function with its own symbol. The texts are a constant
+// separate from the row, so that the row itself needs no memory.
 #define HANDLER(name, recipe)                                                                      \
     int32_t name(cJSON *obj)                                                                       \
     {                                                                                              \

@@ -6,8 +6,8 @@
 
 namespace smart_router {
 
-// The text of a field of the record. A text field is returned in place: the text ends after *width
-// bytes, or before that with a NUL. The text of a number is written to the buffer.
+// The text of a field of the record. The text of a text field is returned in place: it ends after
+// *width bytes, or at a NUL before that. The text of a number is written to the buffer.
 static const char *text_in(const Field &field, const void *record, NumberText &number,
                            size_t *width)
 {
@@ -30,8 +30,7 @@ static void append_item(cJSON *object, const char *key, cJSON *item)
     cJSON_AddItemToArray(object, item);
 }
 
-// A text item with room for so many bytes, which the caller writes, and with the NUL after them;
-// null when memory ran out.
+// A text item for size bytes, which the caller writes, followed by a NUL; null when memory ran out.
 static cJSON *create_text(size_t size)
 {
     cJSON *item = cJSON_CreateNull();
@@ -185,7 +184,7 @@ void Reply::append(cJSON *list, cJSON *element)
 
 bool Reply::join(cJSON *obj)
 {
-    // cJSON_IsObject() is false for null too; the test for null is for the compiler's analyser.
+    // cJSON_IsObject() is false for null too; the null check is for the compiler's analyser.
     if (!complete_ || obj == nullptr || cJSON_IsObject(obj) == 0) {
         return false;
     }
@@ -199,7 +198,7 @@ bool Reply::join(cJSON *obj)
             last = last->next;
         }
         last->next = first;
-        obj->child->prev = first->prev; // where cJSON keeps the end of a list
+        obj->child->prev = first->prev; // where cJSON stores the last item of a list
         first->prev = last;
     }
     return true;

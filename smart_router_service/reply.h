@@ -1,6 +1,6 @@
-// The reply of a command, which is added to the object that held the request. It is built in an
-// object of its own and moved over as a whole, so that no partial reply is left when memory runs
-// out. Keys must be constants: the items refer to them.
+// The reply of a command, which is added to the object of the request. It is built in a separate
+// object and moved as a whole, so that no partial reply is left when memory runs out. Keys must be
+// constants: the items refer to them.
 #pragma once
 
 #include "fields.h"
@@ -14,22 +14,22 @@ namespace smart_router {
 inline constexpr char kStatus[] = "Status";
 inline constexpr char kFailReason[] = "FailReason";
 
-// Appends a text item to an object; no more than width bytes of the text are read. Result: false
-// when memory ran out, and then nothing was added.
+// Appends a text to an object; at most width bytes of it are read. Result: false when memory ran
+// out, and then nothing was added.
 bool add_text(cJSON *object, const char *key, const char *text, size_t width = SIZE_MAX);
 
-// The same for a text that is a constant too: the item refers to it.
+// The same for a text that is also a constant: the item refers to it.
 bool add_constant(cJSON *object, const char *key, const char *text);
 
 // Appends the fields of the record in the order of the table. Result: false when memory ran out,
-// and then only the fields before that were added.
+// and then only the fields before that point were added.
 bool add_fields(cJSON *object, FieldList fields, const void *record);
 
 // A new object with the fields of the record; null when memory ran out.
 cJSON *object_of(FieldList fields, const void *record);
 
-// Appends an object with the fields to an array that may lack one. Result: false when memory ran
-// out for the object.
+// Appends an object with the fields to an array, or leaves it out. Result: false when memory for
+// the object ran out.
 bool append_if_possible(cJSON *list, FieldList fields, const void *record);
 
 // A reply under construction.
@@ -44,26 +44,26 @@ class Reply {
     void text(const char *key, const char *text);
     void text(const char *key, const char *text, size_t width);
     void fields(FieldList fields, const void *record);
-    // The status must be a constant. So the reply to a setting, which is built before the device is
-    // changed, needs memory for one item only.
+    // The status must be a constant. The reply to a setting, which is built before the device is
+    // changed, therefore needs memory for only one item.
     void status(const char *status);
     void success();
 
-    // Appends a text for each field; set_reserved() writes it once the device has filled the
-    // record. For calls that change the device: memory cannot run out after the change.
+    // Appends a text item for each field; set_reserved() writes the texts when the device has
+    // filled the record. For calls that change the device: memory cannot run out after the change.
     void reserve(FieldList fields);
     void set_reserved(FieldList fields, const void *record);
 
-    // Appends an item, which the reply takes over. Null means that memory ran out for it.
+    // Appends an item, which then belongs to the reply. Null means that memory for it ran out.
     void add(const char *key, cJSON *item);
     // Appends an empty array; null when memory has run out.
     cJSON *list(const char *key);
-    // Appends an element to an array of this reply. Null means that memory ran out for it.
+    // Appends an element to an array of this reply. Null means that memory for it ran out.
     void append(cJSON *list, cJSON *element);
     // Appends an object with the fields.
     void append(cJSON *list, FieldList fields, const void *record);
 
-    // False once memory has run out for an item.
+    // False once memory for an item has run out.
     bool complete() const { return complete_; }
 
     // The reply as formatted text, for a reply that is sent instead of joined; null when it is not
@@ -71,7 +71,7 @@ class Reply {
     char *print() const { return complete_ ? cJSON_Print(&root_) : nullptr; }
 
     // Moves the items to the end of obj. Result: false, with obj unchanged, when the reply is not
-    // complete or obj is no object.
+    // complete or obj is not an object.
     bool join(cJSON *obj);
 
   private:
@@ -85,9 +85,9 @@ class SuccessReply : public Reply {
     SuccessReply();
 };
 
-// Adds "Status" "1" and the "FailReason", both or none of them; the status alone for a null reason.
-// No more than width bytes of the reason are read, for a reason in a field of a record. Result:
-// false when nothing could be added.
+// Adds "Status" "1" and the "FailReason", both or neither; only the status for a null reason. At
+// most width bytes of the reason are read, for a reason in a field of a record. Result: false when
+// nothing could be added.
 bool fail(cJSON *obj, const char *reason, size_t width);
 bool fail(cJSON *obj, const char *reason);
 

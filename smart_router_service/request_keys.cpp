@@ -10,7 +10,7 @@ namespace smart_router {
 const char *text_of(const cJSON *item)
 {
     // The same as cJSON_IsString(), without a call, since this runs for every text of a request.
-    // cJSON keeps the type of an item in the lowest byte, and flags in the others.
+    // cJSON stores the type of an item in the lowest byte, and flags in the others.
     return item != nullptr && (item->type & 0xFF) == cJSON_String ? item->valuestring : nullptr;
 }
 
@@ -32,7 +32,7 @@ void remove_key(cJSON *obj, cJSON *item)
     }
 }
 
-// The field with the key, without regard to case; the end when the table has none.
+// The field with the key, ignoring case; the end of the table when there is none.
 static FieldList::Iterator field_with(const char *key, FieldList fields)
 {
     auto field = fields.begin();
@@ -42,9 +42,9 @@ static FieldList::Iterator field_with(const char *key, FieldList fields)
     return field;
 }
 
-// Most requests have their keys in the order and the spelling of the table. So the field after the
-// last one found is tried first: one comparison for most keys, where searching the object for each
-// field would take many.
+// Most requests have their keys in the order and spelling of the table, so the field after the last
+// match is tried first. That is one comparison for most keys; searching the object for each field
+// would take many.
 void find_items(const cJSON *obj, FieldList fields, cJSON **items)
 {
     const size_t count = fields.count();
@@ -67,7 +67,7 @@ void find_items(const cJSON *obj, FieldList fields, cJSON **items)
         }
         cJSON *&found = items[count - field.left()];
         if (found == nullptr) {
-            found = item; // of a repeated key the first counts
+            found = item; // the first of repeated keys counts
         }
         expected = field.left() != 1 ? ++field : fields.begin();
     }
@@ -78,7 +78,7 @@ const char *find_required(cJSON *obj, FieldList fields, const MissingTexts &miss
     find_items(obj, fields, items);
     const char *wrong = nullptr;
     for (size_t at = 0; at < fields.required(); ++at) {
-        // find_items() has set as many items as there are fields, which the analyser does not see.
+        // find_items() has set an item for each field, which the analyser does not detect.
         // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult)
         if (items[at] == nullptr) {
             return missing.absent;

@@ -1,14 +1,14 @@
-// The main router, the devices attached to it, and the stations of any router, as the agent reports
-// them by itself.
+// Reports that the agent requests directly: the main router, the devices attached to it, and the
+// stations of any router.
 #include "router_info.h"
 
 #include <stdio.h>
 
 using namespace smart_router;
 
-namespace {
-
 // ---- The main router ---------------------------------------------------------------------------
+
+namespace {
 
 constexpr auto kRouterInBrief = Fields{
     FIELD(HgBaseInfo, DeviceType), FIELD(HgBaseInfo, WiFiStatus1), FIELD(HgBaseInfo, WiFiStatus2),
@@ -55,100 +55,7 @@ bool is_connected(const WanIpInfo &wan)
     return holds(wan.ConnectionState, "Connected") || holds(wan.ConnectionState, "Connecting");
 }
 
-// ---- The devices attached to the main router ---------------------------------------------------
-
-constexpr auto kDevice = Fields{
-    FIELD(AdBaseInfo, AccessType), FIELD(AdBaseInfo, NetStatus),  FIELD(AdBaseInfo, AccessEnable),
-    FIELD(AdBaseInfo, Mac),        FIELD(AdBaseInfo, Name),       FIELD(AdBaseInfo, ByName),
-    FIELD(AdBaseInfo, DevFactory), FIELD(AdBaseInfo, AccessTime), FIELD(AdBaseInfo, ip),
-    FIELD(AdBaseInfo, UpSpeed),    FIELD(AdBaseInfo, DownSpeed),
-};
-
-const char *kind_code(const AdBaseInfo &device)
-{
-    if (holds(device.DevType, "Computer")) {
-        return "3";
-    }
-    return holds(device.DevType, "Phone") ? "1" : "0";
-}
-
-// What the app calls a cable, and each of the bands.
-const char *access_code(const AdBaseInfo &device)
-{
-    if (holds(device.AccessCode, "0")) {
-        return "1";
-    }
-    if (!holds(device.AccessCode, "1")) {
-        return "0";
-    }
-    SsidInfo ssid = {};
-    ssid.SSIDIndex = number_in(device.SSIDIndex);
-    if (devapi_get_ssid_info(&ssid) != 0) {
-        return "0";
-    }
-    return number_in(ssid.Type) != 0 ? "4" : "2";
-}
-
-// Devices count in kilobits, the app in bytes.
-template <size_t width> void put_bytes_per_second(char (&speed)[width])
-{
-    const double kilobits = strtod(Ended(speed).text(), nullptr);
-    snprintf(speed, width, "%.02f", kilobits * 1000.0 * 0.125);
-}
-
-// A new object for the device; null when memory ran out.
-cJSON *device_object(AdBaseInfo &info)
-{
-    // The kinds of devices are codes to the app, and the device's own word for them is their model.
-    JsonItem object(cJSON_CreateObject());
-    bool complete = object.get() != nullptr && add_text(object.get(), "DevType", kind_code(info)) &&
-                    add_text(object.get(), "DevModle", info.DevType, sizeof info.DevType);
-    // The app has no code for systems that are known, only one for those that are not.
-    if (complete && info.OS[0] == '\0') {
-        complete = add_text(object.get(), "OS", "0");
-    }
-    const char *online = number_in(info.NetStatus) != 0 ? "1" : "0";
-    copy_text(info.AccessType, access_code(info));
-    copy_text(info.NetStatus, online);
-    copy_text(info.AccessEnable, online);
-    info.DevFactory[0] = '\0';
-    put_bytes_per_second(info.UpSpeed);
-    put_bytes_per_second(info.DownSpeed);
-    return complete && add_fields(object.get(), kDevice, &info) ? object.release() : nullptr;
-}
-
-// ---- Stations ----------------------------------------------------------------------------------
-
-constexpr int32_t kMostStations = 32;
-
-// A new object for a station of a router in the tree of parameters; null when memory ran out.
-cJSON *station_object(const AdBaseInfo &info)
-{
-    ReportedDevice station = {};
-    station.info = info;
-    complete_station(&station);
-    put_elapsed(&station.info, zone_hours());
-    JsonItem object(cJSON_CreateObject());
-    const bool complete = object.get() != nullptr &&
-                          add_text(object.get(), "Mac", station.info.Mac, sizeof info.Mac) &&
-                          add_fields(object.get(), kMeshStation, &station) &&
-                          add_fields(object.get(), kStationDetails, &station);
-    return complete ? object.release() : nullptr;
-}
-
 } // namespace
-
-bool smart_router::wants_short_report(const AreaCode &area)
-{
-    return contains(area, "TH_OLV", Case::kIsIgnored);
-}
-
-bool smart_router::add_own_mac(cJSON *object)
-{
-    char mac[32] = "";
-    devapi_get_iotagtd_device_mac(mac, sizeof mac);
-    return add_text(object, kParentMac, mac, sizeof mac);
-}
 
 int32_t json_get_main_router_info(cJSON *obj)
 {
@@ -164,7 +71,7 @@ int32_t json_get_main_router_info(cJSON *obj)
     const bool has_lan = read_or_empty<devapi_get_lan_ip_info>(lan);
     const bool has_wan = read_or_empty<devapi_get_wan_ip_info>(wan);
     const bool has_base = read_or_empty<devapi_get_hg_base_info>(base);
-    // A gateway that knows part of itself is still worth showing.
+    // Partial information is still reported.
     if (!has_status && !has_lan && !has_wan && !has_base) {
         return refuse(obj, kFailure);
     }
@@ -183,6 +90,72 @@ int32_t json_get_main_router_info(cJSON *obj)
     }
     return answer(obj, reply, kFailure);
 }
+
+// ---- The devices attached to the main router ---------------------------------------------------
+
+namespace {
+
+constexpr auto kDevice = Fields{
+    FIELD(AdBaseInfo, AccessType), FIELD(AdBaseInfo, NetStatus),  FIELD(AdBaseInfo, AccessEnable),
+    FIELD(AdBaseInfo, Mac),        FIELD(AdBaseInfo, Name),       FIELD(AdBaseInfo, ByName),
+    FIELD(AdBaseInfo, DevFactory), FIELD(AdBaseInfo, AccessTime), FIELD(AdBaseInfo, ip),
+    FIELD(AdBaseInfo, UpSpeed),    FIELD(AdBaseInfo, DownSpeed),
+};
+
+const char *kind_code(const AdBaseInfo &device)
+{
+    if (holds(device.DevType, "Computer")) {
+        return "3";
+    }
+    return holds(device.DevType, "Phone") ? "1" : "0";
+}
+
+// The app's codes for a cable and for each band.
+const char *access_code(const AdBaseInfo &device)
+{
+    if (holds(device.AccessCode, "0")) {
+        return "1";
+    }
+    if (!holds(device.AccessCode, "1")) {
+        return "0";
+    }
+    SsidInfo ssid = {};
+    ssid.SSIDIndex = number_in(device.SSIDIndex);
+    if (devapi_get_ssid_info(&ssid) != 0) {
+        return "0";
+    }
+    return number_in(ssid.Type) != 0 ? "4" : "2";
+}
+
+// Devices report kilobits, the app expects bytes.
+template <size_t width> void put_bytes_per_second(char (&speed)[width])
+{
+    const double kilobits = strtod(Ended(speed).text(), nullptr);
+    snprintf(speed, width, "%.02f", kilobits * 1000.0 * 0.125);
+}
+
+// A new object for the device; null when memory ran out.
+cJSON *device_object(AdBaseInfo &info)
+{
+    // The app expects a code as the type; the type as the device reports it becomes the model.
+    JsonItem object(cJSON_CreateObject());
+    bool complete = object.get() != nullptr && add_text(object.get(), "DevType", kind_code(info)) &&
+                    add_text(object.get(), "DevModle", info.DevType, sizeof info.DevType);
+    // The app has a code for an unknown operating system, but none for known ones.
+    if (complete && info.OS[0] == '\0') {
+        complete = add_text(object.get(), "OS", "0");
+    }
+    const char *online = number_in(info.NetStatus) != 0 ? "1" : "0";
+    copy_text(info.AccessType, access_code(info));
+    copy_text(info.NetStatus, online);
+    copy_text(info.AccessEnable, online);
+    info.DevFactory[0] = '\0';
+    put_bytes_per_second(info.UpSpeed);
+    put_bytes_per_second(info.DownSpeed);
+    return complete && add_fields(object.get(), kDevice, &info) ? object.release() : nullptr;
+}
+
+} // namespace
 
 int32_t json_get_main_router_baseinfo(cJSON *obj)
 {
@@ -206,6 +179,29 @@ int32_t json_get_main_router_baseinfo(cJSON *obj)
     return reply.join(obj) ? 0 : -1;
 }
 
+// ---- The stations of a router ------------------------------------------------------------------
+
+namespace {
+
+constexpr int32_t kMostStations = 32;
+
+// A new object for a station of a router in the parameter tree; null when memory ran out.
+cJSON *station_object(const AdBaseInfo &info)
+{
+    ReportedDevice station = {};
+    station.info = info;
+    complete_station(&station);
+    put_elapsed(&station.info, zone_hours());
+    JsonItem object(cJSON_CreateObject());
+    const bool complete = object.get() != nullptr &&
+                          add_text(object.get(), "Mac", station.info.Mac, sizeof info.Mac) &&
+                          add_fields(object.get(), kMeshStation, &station) &&
+                          add_fields(object.get(), kStationDetails, &station);
+    return complete ? object.release() : nullptr;
+}
+
+} // namespace
+
 int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path)
 {
     const bool is_main = which != nullptr && strcmp(which, "main") == 0;
@@ -225,4 +221,18 @@ int32_t json_get_router_sta_info(cJSON *obj, const char *which, const char *path
         return -1;
     }
     return 0;
+}
+
+// ---- What other reports share ------------------------------------------------------------------
+
+bool smart_router::wants_short_report(const AreaCode &area)
+{
+    return contains(area, "TH_OLV", Case::kIsIgnored);
+}
+
+bool smart_router::add_own_mac(cJSON *object)
+{
+    char mac[32] = "";
+    devapi_get_iotagtd_device_mac(mac, sizeof mac);
+    return add_text(object, kParentMac, mac, sizeof mac);
 }

@@ -1,11 +1,11 @@
-// What the router and station reports share, and their pieces that are exported as well.
+// Shared by the router and station reports, and the parts of them that are also exported.
 #pragma once
 
 #include "mesh_report.h"
 
 namespace smart_router {
 
-// A station's keys after its MAC address, up to those that only some reports have.
+// The keys of a station after its MAC address, except those that only some reports have.
 inline constexpr auto kMeshStation = Fields{kDeviceKind, kDeviceAccess, kDeviceTraffic};
 
 inline constexpr auto kStationDetails = Fields{
@@ -17,7 +17,7 @@ inline constexpr auto kStationDetails = Fields{
     kDeviceLimits,
 };
 
-// A child router's keys after those of its link.
+// The keys of a child router after those of its link.
 inline constexpr auto kMeshRouter = Fields{
     FIELD(ChildRouterInfo, RouterDeviceID), FIELD(ChildRouterInfo, Name),
     FIELD(ChildRouterInfo, NetStatus),      FIELD(ChildRouterInfo, ChildRouterAccessType),
@@ -28,7 +28,7 @@ inline constexpr auto kMeshRouter = Fields{
     FIELD(ChildRouterInfo, Wlan1Mac),
 };
 
-// The MAC address by which the mesh knows a router that hangs from another one.
+// The MAC address under which the mesh knows a router that is attached to another one.
 inline constexpr auto kMeshMac = Fields{FIELD_AS(ChildMeshInfo, Mac, "childMac")};
 
 inline constexpr char kParentMac[] = "ParentMacAddress";
@@ -38,11 +38,11 @@ template <size_t width> bool is_unknown(const char (&field)[width])
     return field[0] == '\0' || holds_any_case(field, "NULL");
 }
 
-// One operator's app shows the router on a single small page.
+// Whether the area code is that of the operator whose app shows only a short report.
 bool wants_short_report(const AreaCode &area);
 
-// Adds the MAC address by which the platform knows the main router as that of the parent. Result:
-// false when memory ran out.
+// Adds the MAC address under which the platform knows the main router, as the parent's address.
+// Result: false when memory ran out.
 bool add_own_mac(cJSON *object);
 
 } // namespace smart_router
@@ -50,11 +50,11 @@ bool add_own_mac(cJSON *object);
 extern "C" {
 
 // Appends one child router, with its stations, to an array. Result: 0; the device's result when the
-// node could not be read; -1 when an argument is null, the node is no attached device or memory ran
-// out. Nothing is appended unless it is 0.
+// node could not be read; -1 when an argument is null, the node is not an attached device or memory
+// ran out. Nothing is appended unless the result is 0.
 SMART_ROUTER_API int32_t json_get_child_router_info(const TopoNode *node, cJSON *array);
 
-// Adds "ChildBaseInfo", the devices attached to the node's router, to an object; nothing when they
-// could not be read. Result: 0; -1, with nothing added, when node is null or memory ran out.
+// Adds "ChildBaseInfo", the devices attached to the node's router, to an object; adds nothing when
+// they could not be read. Result: 0; -1, with nothing added, when node is null or memory ran out.
 SMART_ROUTER_API int32_t json_get_child_router_baseinfo(const TopoNode *node, cJSON *obj);
 }

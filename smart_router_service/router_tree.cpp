@@ -1,27 +1,20 @@
-// Child routers as the agent reports them by itself, from the gateway's tree of parameters.
+// The child routers from the gateway's parameter tree, which the agent requests directly.
 #include "router_info.h"
 
 #include <stdio.h>
 
 using namespace smart_router;
 
+// ---- The routers of the tree -------------------------------------------------------------------
+
 namespace {
 
 constexpr char kTree[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice";
 
-constexpr auto kTreeRouter = Fields{
-    FIELD(ChildRouterInfo, Mac),
-    FIELD(ChildRouterInfo, ip),
-    FIELD_AS(ChildRouterInfo, ChildRouterAccessType, "AccessType"),
-    FIELD(ChildRouterInfo, LinkSpeed),
-    FIELD(ChildRouterInfo, dbm),
-    FIELD(ChildRouterInfo, FWVersion),
-};
-
 using Path = char[128];
 using Value = char[TOPO_VALUE_SIZE];
 
-// Reads a parameter of a router, or of all of them for position 0. Result: false when that failed.
+// Reads a parameter of a router, or of all routers for position 0. Result: false on failure.
 // cppcheck-suppress constParameter ; the device writes it
 bool read_parameter(int32_t position, const char *name, Value &value)
 {
@@ -49,7 +42,7 @@ bool read_is_child(int32_t position, const BridgeMac &bridge, bool *is_child)
     if (!read_parameter(position, "X_TS_ParentMACAddress", value)) {
         return false;
     }
-    if (is_unknown(value)) { // the main router hangs from nobody
+    if (is_unknown(value)) { // the main router has no parent
         return true;
     }
     if (!read_parameter(position, "X_TS_Active", value)) {
@@ -65,59 +58,9 @@ bool read_is_child(int32_t position, const BridgeMac &bridge, bool *is_child)
     return true;
 }
 
-// The routers that hang from a router, as an array that belongs to the caller; null when memory ran
-// out.
-cJSON *children_of(const ChildRouterInfo &router)
-{
-    JsonItem list(cJSON_CreateArray());
-    Allocated<ChildMeshList> children;
-    if (list.get() == nullptr || children.get() == nullptr) {
-        log_error("create childinfo_json err");
-        return nullptr;
-    }
-    devapi_get_child_mesh_info_bynewmethod(Ended(router.Mac).text(), children.get());
-    for (size_t at = 0; at < clamped(children->count, MESH_MAX_CHILDREN); ++at) {
-        cJSON *child = object_of(kMeshMac, &children->children[at]);
-        if (child == nullptr) {
-            log_error("create childinfo_json err");
-            return nullptr;
-        }
-        cJSON_AddItemToArray(list.get(), child);
-    }
-    return list.release();
-}
-
 // A new object for the child router at the path, with its stations where there is memory for them;
 // null when memory ran out for the router itself.
-cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
-{
-    ChildRouterInfo router = {};
-    devapi_get_node_dev_info_by_newmetod(path, &router);
-    const bool hangs_from_us = holds_any_case(router.ParentMac, Ended(bridge).text());
-    JsonItem object(cJSON_CreateObject());
-    if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
-        !add_fields(object.get(), kMeshRouter, &router) ||
-        // Once more: some apps read the address here.
-        !add_text(object.get(), "ip", router.ip, sizeof router.ip) ||
-        !(hangs_from_us
-              ? add_own_mac(object.get())
-              : add_text(object.get(), kParentMac, router.ParentMac, sizeof router.ParentMac))) {
-        log_error("create childinfo_json err");
-        return nullptr;
-    }
-    Model model;
-    read_model(model); // asked for in every report, though this one goes by the area alone
-    AreaCode area;
-    read_area_code(area, sizeof area);
-    const bool by_links = wants_mesh_links(area);
-    cJSON *mesh = by_links ? mesh_links_of(router) : children_of(router);
-    if (mesh == nullptr) {
-        return nullptr;
-    }
-    cJSON_AddItemToObjectCS(object.get(), by_links ? "MeshInfo" : "ChildInfo", mesh);
-    json_get_router_sta_info(object.get(), "sub", path);
-    return object.release();
-}
+cJSON *tree_router_object(const char *path, const BridgeMac &bridge);
 
 } // namespace
 
@@ -155,3 +98,70 @@ int32_t json_get_topo_router_agent_info_bynewmethod(cJSON *obj)
     }
     return reply.join(obj) ? 0 : -1;
 }
+
+// ---- One child router --------------------------------------------------------------------------
+
+namespace {
+
+constexpr auto kTreeRouter = Fields{
+    FIELD(ChildRouterInfo, Mac),
+    FIELD(ChildRouterInfo, ip),
+    FIELD_AS(ChildRouterInfo, ChildRouterAccessType, "AccessType"),
+    FIELD(ChildRouterInfo, LinkSpeed),
+    FIELD(ChildRouterInfo, dbm),
+    FIELD(ChildRouterInfo, FWVersion),
+};
+
+// The routers attached to a router, as an array that belongs to the caller; null when memory ran
+// out.
+cJSON *children_of(const ChildRouterInfo &router)
+{
+    JsonItem list(cJSON_CreateArray());
+    Allocated<ChildMeshList> children;
+    if (list.get() == nullptr || children.get() == nullptr) {
+        log_error("create childinfo_json err");
+        return nullptr;
+    }
+    devapi_get_child_mesh_info_bynewmethod(Ended(router.Mac).text(), children.get());
+    for (size_t at = 0; at < clamped(children->count, MESH_MAX_CHILDREN); ++at) {
+        cJSON *child = object_of(kMeshMac, &children->children[at]);
+        if (child == nullptr) {
+            log_error("create childinfo_json err");
+            return nullptr;
+        }
+        cJSON_AddItemToArray(list.get(), child);
+    }
+    return list.release();
+}
+
+cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
+{
+    ChildRouterInfo router = {};
+    devapi_get_node_dev_info_by_newmetod(path, &router);
+    const bool hangs_from_us = holds_any_case(router.ParentMac, Ended(bridge).text());
+    JsonItem object(cJSON_CreateObject());
+    if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
+        !add_fields(object.get(), kMeshRouter, &router) ||
+        // Repeated here, since some apps read the address from this position.
+        !add_text(object.get(), "ip", router.ip, sizeof router.ip) ||
+        !(hangs_from_us
+              ? add_own_mac(object.get())
+              : add_text(object.get(), kParentMac, router.ParentMac, sizeof router.ParentMac))) {
+        log_error("create childinfo_json err");
+        return nullptr;
+    }
+    Model model;
+    read_model(model); // each report reads it, although this one depends only on the area
+    AreaCode area;
+    read_area_code(area, sizeof area);
+    const bool by_links = wants_mesh_links(area);
+    cJSON *mesh = by_links ? mesh_links_of(router) : children_of(router);
+    if (mesh == nullptr) {
+        return nullptr;
+    }
+    cJSON_AddItemToObjectCS(object.get(), by_links ? "MeshInfo" : "ChildInfo", mesh);
+    json_get_router_sta_info(object.get(), "sub", path);
+    return object.release();
+}
+
+} // namespace

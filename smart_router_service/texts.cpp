@@ -9,7 +9,7 @@ int32_t number_of(const char *text)
 {
     const int digit = text[0] - '0';
     if (digit >= 0 && digit <= 9 && text[1] == '\0') {
-        return digit; // as most are: switches and indexes
+        return digit; // the usual case: switches and indexes
     }
     const long number = strtol(text, nullptr, 10);
     if (number > INT32_MAX) {
@@ -20,7 +20,7 @@ int32_t number_of(const char *text)
 
 void copy_text(char *field, size_t width, const char *text)
 {
-    size_t at = 0; // most texts are too short for measuring and moving to be worth two calls
+    size_t at = 0; // most texts are too short for strnlen() and memcpy() to pay off
     for (; at < width - 1 && text[at] != '\0'; ++at) {
         field[at] = text[at];
     }
@@ -66,7 +66,8 @@ int32_t number_in(const char *field, size_t width)
     return number_of(text);
 }
 
-// Some reports hold hundreds of numbers, and a printf() costs more than the item that it is for.
+// Not snprintf(): a report can contain hundreds of numbers, and formatting one would take longer
+// than creating its item.
 void put_number(char *field, size_t width, int32_t number)
 {
     NumberText text;

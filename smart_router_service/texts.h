@@ -1,6 +1,6 @@
 // The texts in the fields of records, and the numbers and counts in them. Every function knows the
-// width of its field: what it writes is cut at the width less one and ends in NUL, and it reads no
-// further than the width, since the device library may have left out the NUL.
+// width of its field: it writes at most width minus one bytes and a NUL, and it never reads beyond
+// the width, since the device library may have omitted the NUL.
 #pragma once
 
 #include <stddef.h>
@@ -23,14 +23,14 @@ template <size_t width> bool holds(const char (&field)[width], const char *text)
     return holds(field, width, text);
 }
 
-// The same without regard to case.
+// The same, ignoring case.
 bool holds_any_case(const char *field, size_t width, const char *text);
 template <size_t width> bool holds_any_case(const char (&field)[width], const char *text)
 {
     return holds_any_case(field, width, text);
 }
 
-// Whether the text is a part of what the field holds.
+// Whether the field contains the text.
 enum class Case { kMatters, kIsIgnored };
 bool contains(const char *field, size_t width, const char *text, Case letters);
 template <size_t width>
@@ -39,10 +39,10 @@ bool contains(const char (&field)[width], const char *text, Case letters = Case:
     return contains(field, width, text, letters);
 }
 
-// Copies the text of a field and ends it in NUL. The copy needs one byte more than the field.
+// Copies the text of a field and terminates it. The copy needs one byte more than the field.
 void end_text(char *text, const char *field, size_t width);
 
-// The text of a field, ended in NUL, for functions that take no width.
+// The text of a field, NUL-terminated, for functions that take no width.
 template <size_t width> class Ended {
   public:
     explicit Ended(const char (&field)[width]) { end_text(text_, field, width); }
@@ -52,8 +52,8 @@ template <size_t width> class Ended {
     char text_[width + 1];
 };
 
-// The number that a decimal text begins with, as atoi() reads it: 0 where there is none. A number
-// that does not fit becomes the nearest one that does.
+// The number at the start of a decimal text, like atoi(): 0 if there is none. A number out of range
+// is clamped.
 int32_t number_of(const char *text);
 
 // The same for the text of a field.
@@ -65,7 +65,7 @@ template <size_t width> int32_t number_in(const char (&field)[width])
     return number_in(field, width);
 }
 
-using NumberText = char[12]; // for every 32-bit number
+using NumberText = char[12]; // for any 32-bit number
 
 // Writes a number in decimal.
 void put_number(char *field, size_t width, int32_t number);
@@ -74,7 +74,7 @@ template <size_t width> void put_number(char (&field)[width], int32_t number)
     put_number(field, width, number);
 }
 
-// How many entries of an array to read, by a count that the device library gave.
+// The number of array entries to read, given the count that the device library reported.
 constexpr size_t clamped(int32_t count, size_t most)
 {
     if (count <= 0) {

@@ -5,60 +5,13 @@ using namespace smart_router;
 
 namespace {
 
-constexpr auto kReportedRouter = Fields{
-    FIELD(ChildRouterInfo, RouterDeviceID),
-    FIELD(ChildRouterInfo, Name),
-    FIELD(ChildRouterInfo, Mac),
-    FIELD(ChildRouterInfo, NetStatus),
-    FIELD(ChildRouterInfo, ChildRouterAccessType),
-    FIELD(ChildRouterInfo, UpSpeed),
-    FIELD(ChildRouterInfo, DownSpeed),
-    FIELD(ChildRouterInfo, ip),
-    FIELD(ChildRouterInfo, FWVersion),
-    FIELD(ChildRouterInfo, FWDATA),
-    FIELD(ChildRouterInfo, UpTime),
-    FIELD(ChildRouterInfo, DeviceType),
-    FIELD(ChildRouterInfo, AreaCode),
-    FIELD(ChildRouterInfo, HWVersion),
-    FIELD(ChildRouterInfo, Wlan0Mac),
-    FIELD(ChildRouterInfo, Wlan1Mac),
-    FIELD(ChildRouterInfo, dbm),
-};
-
-// The keys of a station behind those that each attached device has.
-constexpr auto kStationEnd = Fields{
-    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
-    kDeviceLimits,
-    FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
-    FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
-};
-
-// What the log says when memory ran out for one of them.
+// The log lines for an entry that memory ran out for.
 constexpr char kNoRouter[] = "create child_router_itme err\n";
 constexpr char kNoStation[] = "create child_sta_itme err\n";
 
 } // namespace
 
 // ---- Child routers -----------------------------------------------------------------------------
-
-int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router)
-{
-    if (obj == nullptr || router == nullptr) {
-        log_error("child_router_info is NULL\n");
-        return -1;
-    }
-    Reply reply;
-    reply.fields(kReportedRouter, router);
-    Model model;
-    read_model(model);
-    if (holds_any_case(model, kOperatorModel)) {
-        cJSON *links = mesh_links_of(*router);
-        if (links != nullptr) {
-            reply.add("MeshInfo", links);
-        }
-    }
-    return reply.join(obj) ? 0 : -1;
-}
 
 int32_t json_get_child_router_topo_info(cJSON *array)
 {
@@ -98,6 +51,49 @@ int32_t json_get_child_router_topo_info(cJSON *array)
     return 0;
 }
 
+namespace {
+
+constexpr auto kReportedRouter = Fields{
+    FIELD(ChildRouterInfo, RouterDeviceID),
+    FIELD(ChildRouterInfo, Name),
+    FIELD(ChildRouterInfo, Mac),
+    FIELD(ChildRouterInfo, NetStatus),
+    FIELD(ChildRouterInfo, ChildRouterAccessType),
+    FIELD(ChildRouterInfo, UpSpeed),
+    FIELD(ChildRouterInfo, DownSpeed),
+    FIELD(ChildRouterInfo, ip),
+    FIELD(ChildRouterInfo, FWVersion),
+    FIELD(ChildRouterInfo, FWDATA),
+    FIELD(ChildRouterInfo, UpTime),
+    FIELD(ChildRouterInfo, DeviceType),
+    FIELD(ChildRouterInfo, AreaCode),
+    FIELD(ChildRouterInfo, HWVersion),
+    FIELD(ChildRouterInfo, Wlan0Mac),
+    FIELD(ChildRouterInfo, Wlan1Mac),
+    FIELD(ChildRouterInfo, dbm),
+};
+
+} // namespace
+
+int32_t json_insert_childrouter_info(cJSON *obj, const ChildRouterInfo *router)
+{
+    if (obj == nullptr || router == nullptr) {
+        log_error("child_router_info is NULL\n");
+        return -1;
+    }
+    Reply reply;
+    reply.fields(kReportedRouter, router);
+    Model model;
+    read_model(model);
+    if (holds_any_case(model, kOperatorModel)) {
+        cJSON *links = mesh_links_of(*router);
+        if (links != nullptr) {
+            reply.add("MeshInfo", links);
+        }
+    }
+    return reply.join(obj) ? 0 : -1;
+}
+
 // ---- Stations of a child router ----------------------------------------------------------------
 
 void json_get_childsta_info(cJSON *array, const char *mac)
@@ -127,6 +123,18 @@ void json_get_childsta_info(cJSON *array, const char *mac)
         cJSON_AddItemToArray(array, object.release());
     }
 }
+
+namespace {
+
+// The keys of a station after those of each attached device.
+constexpr auto kStationEnd = Fields{
+    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
+    kDeviceLimits,
+    FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
+    FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
+};
+
+} // namespace
 
 int32_t json_insert_childsta_info(cJSON *obj, AdBaseInfo *station)
 {

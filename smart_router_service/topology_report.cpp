@@ -1,18 +1,36 @@
-// The topology report: the whole mesh in one reply, as the main router sees it.
+// The topology report: the whole mesh in one reply, from the main router's point of view.
 #include "topology_report.h"
 
 using namespace smart_router;
 
-// How many devices the report has, and how many of them are attached to the main router. Agents
-// read them after a report.
+// The number of devices in the report, and how many of them are attached to the main router. Agents
+// read both after a report.
 int32_t g_dev_num = 0;
 int32_t g_active_num = 0;
 
-namespace {
+int32_t json_get_tsnk_topo_info(cJSON *obj)
+{
+    constexpr const char *kFailure = "Create mainrouter json error";
+    JsonItem router(cJSON_CreateObject());
+    if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
+        return refuse(obj, kFailure);
+    }
+    Reply reply;
+    reply.add("MainRouter", router.release());
+    JsonItem children(cJSON_CreateArray());
+    if (children.get() != nullptr) {
+        const bool complete = json_get_child_router_topo_info(children.get()) == 0;
+        reply.add("ChildRouter", complete ? children.release() : nullptr);
+    }
+    reply.success();
+    return answer(obj, reply, kFailure);
+}
 
 // ---- The main router ---------------------------------------------------------------------------
 
-// The main router's own information in the report's order, with what is said of it beside.
+namespace {
+
+// The main router's record, and the values that are reported with it.
 struct ReportedRouter {
     HgBaseInfo base;
     char NetQuality[2];
@@ -56,7 +74,7 @@ constexpr auto kLinkToChild = Fields{
     FIELD(MeshLink, dbm),
 };
 
-// Devices have two ways of saying that a radio is on.
+// Devices have two spellings for a radio that is on.
 template <size_t width> void put_radio_state(char (&state)[width])
 {
     copy_text(state, holds_any_case(state, "up") || holds(state, "1") ? "1" : "0");
@@ -83,8 +101,8 @@ bool add_mesh_links(Reply &router)
     return true;
 }
 
-// The child routers that hang from the main router itself. Result: false when there is no memory
-// for the list.
+// The child routers attached to the main router itself. Result: false when there is no memory for
+// the list.
 bool add_children(Reply &router, const BridgeMac &bridge)
 {
     cJSON *list = cJSON_CreateArray();
@@ -106,8 +124,8 @@ bool add_children(Reply &router, const BridgeMac &bridge)
     return true;
 }
 
-// The one block that the model has of its mesh, if any. Result: false when there is no memory for
-// it, and then the report of the main router ends here.
+// The part of the report about the mesh, which depends on the model; some models have none. Result:
+// false when there is no memory for it, and then the report of the main router ends here.
 bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
 {
     BridgeMac bridge;
@@ -118,65 +136,7 @@ bool add_mesh(Reply &router, bool is_operator_model, const AreaCode &area)
     return devapi_get_mesh_type() != 2 || add_children(router, bridge);
 }
 
-// ---- The devices attached to the main router ---------------------------------------------------
-
-// What apps have room for, in one report.
-constexpr int32_t kMostDevices = 32;
-
-// Its keys behind those that a child router's station has as well.
-constexpr auto kDeviceEnd = Fields{
-    kDeviceLimits,
-    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
-    FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
-    FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
-};
-
-// Puts the text into a field that has a value, and empties one that has none.
-template <size_t width> void put_if_known(char (&field)[width], const char *text)
-{
-    copy_text(field, holds(field, "NULL") ? "" : text);
-}
-
-template <size_t width> void empty_if_unknown(char (&field)[width])
-{
-    if (holds(field, "NULL")) {
-        field[0] = '\0';
-    }
-}
-
-// Turns the device's own texts into what apps expect here: empty texts for values that are missing,
-// and codes, most of which are the same for all devices.
-void complete_device(ReportedDevice *device)
-{
-    AdBaseInfo &info = device->info;
-    if (info.ByName[0] == '\0' || holds(info.ByName, "NULL")) {
-        assign(info.ByName, info.Name);
-    }
-    copy_text(device->DevModle, holds(info.DevType, "NULL") ? "" : "3");
-    put_if_known(info.DevType, holds(info.DevType, "Computer") ? "3" : "0");
-    put_if_known(info.DevFactory, "unknow"); // makers are nobody's business
-    put_if_known(info.OS, "3");
-    put_if_known(info.NetMonopoly, "0");
-    // The first state only says whether there is one; the second is the link's own.
-    if (!holds(info.NetStatus, "NULL")) {
-        assign(info.NetStatus, info.LinkStatus);
-    } else {
-        info.NetStatus[0] = '\0';
-    }
-    empty_if_unknown(info.Mac);
-    empty_if_unknown(info.UID);
-    empty_if_unknown(info.Name);
-    empty_if_unknown(info.Version);
-    empty_if_unknown(info.ip);
-    if (holds(info.AccessTime, "NULL")) {
-        info.AccessTime[0] = '\0';
-    } else {
-        const int32_t hours = zone_hours();
-        put_elapsed(&info, devapi_get_systerm_timetype() == 1 ? hours : 0);
-    }
-}
-
-// Appends the devices attached to the main router, or says why there are none.
+// Appends the devices attached to the main router, or the reason why there are none.
 void add_devices(Reply &router)
 {
     JsonItem devices(cJSON_CreateArray());
@@ -195,8 +155,6 @@ void add_devices(Reply &router)
 }
 
 } // namespace
-
-// ---- The main router ---------------------------------------------------------------------------
 
 int32_t json_get_hg_base_info_copy(cJSON *obj)
 {
@@ -221,6 +179,68 @@ int32_t json_get_hg_base_info_copy(cJSON *obj)
     }
     return reply.join(obj) ? 0 : -1;
 }
+
+// ---- The devices attached to the main router ---------------------------------------------------
+
+namespace {
+
+// The number of devices that apps accept in one report.
+constexpr int32_t kMostDevices = 32;
+
+// The keys of a device after those that it shares with the station of a child router.
+constexpr auto kDeviceEnd = Fields{
+    kDeviceLimits,
+    FIELD_IN(ReportedDevice, info, GreennetProtectEnable),
+    FIELD_AS(ReportedDevice, info.Dbm, "dbm"),
+    FIELD_IN(ReportedDevice, info, StaticDhcpEnable),
+};
+
+// Writes the text to a field that has a value, and empties a field that has none.
+template <size_t width> void put_if_known(char (&field)[width], const char *text)
+{
+    copy_text(field, holds(field, "NULL") ? "" : text);
+}
+
+template <size_t width> void empty_if_unknown(char (&field)[width])
+{
+    if (holds(field, "NULL")) {
+        field[0] = '\0';
+    }
+}
+
+// Converts the texts of the device to what apps expect here: empty texts for missing values, and
+// codes, most of which are the same for all devices.
+void complete_device(ReportedDevice *device)
+{
+    AdBaseInfo &info = device->info;
+    if (info.ByName[0] == '\0' || holds(info.ByName, "NULL")) {
+        assign(info.ByName, info.Name);
+    }
+    copy_text(device->DevModle, holds(info.DevType, "NULL") ? "" : "3");
+    put_if_known(info.DevType, holds(info.DevType, "Computer") ? "3" : "0");
+    put_if_known(info.DevFactory, "unknow"); // the manufacturer is not disclosed
+    put_if_known(info.OS, "3");
+    put_if_known(info.NetMonopoly, "0");
+    // NetStatus only shows whether there is a state; LinkStatus is the state of the link.
+    if (!holds(info.NetStatus, "NULL")) {
+        assign(info.NetStatus, info.LinkStatus);
+    } else {
+        info.NetStatus[0] = '\0';
+    }
+    empty_if_unknown(info.Mac);
+    empty_if_unknown(info.UID);
+    empty_if_unknown(info.Name);
+    empty_if_unknown(info.Version);
+    empty_if_unknown(info.ip);
+    if (holds(info.AccessTime, "NULL")) {
+        info.AccessTime[0] = '\0';
+    } else {
+        const int32_t hours = zone_hours();
+        put_elapsed(&info, devapi_get_systerm_timetype() == 1 ? hours : 0);
+    }
+}
+
+} // namespace
 
 int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
 {
@@ -249,7 +269,7 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
             LOG_ERROR("%s %d get ad base fail ret=%d\n", __FILE__, __LINE__, result);
             return -1;
         }
-        // The counters are exported, so other code may have set them to any value.
+        // The counters are exported: other code may have set them to any value.
         if (g_dev_num < INT32_MAX) {
             ++g_dev_num;
         }
@@ -267,24 +287,4 @@ int32_t put_to_json(cJSON **array, intptr_t argument, int32_t kind)
         cJSON_AddItemToArray(*array, object.release());
     }
     return 0;
-}
-
-// ---- The report --------------------------------------------------------------------------------
-
-int32_t json_get_tsnk_topo_info(cJSON *obj)
-{
-    constexpr const char *kFailure = "Create mainrouter json error";
-    JsonItem router(cJSON_CreateObject());
-    if (router.get() == nullptr || json_get_hg_base_info_copy(router.get()) != 0) {
-        return refuse(obj, kFailure);
-    }
-    Reply reply;
-    reply.add("MainRouter", router.release());
-    JsonItem children(cJSON_CreateArray());
-    if (children.get() != nullptr) {
-        const bool complete = json_get_child_router_topo_info(children.get()) == 0;
-        reply.add("ChildRouter", complete ? children.release() : nullptr);
-    }
-    reply.success();
-    return answer(obj, reply, kFailure);
 }

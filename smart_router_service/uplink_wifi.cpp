@@ -11,7 +11,7 @@ constexpr auto kUplinkFields = Fields{
     FIELD(UplinkWifiInfo, WPA2Cypher), FIELD(UplinkWifiInfo, Band),
 };
 
-// The names that the log knows the keys by.
+// The names of the keys in the log.
 constexpr char kLoggedNames[][8] = {"SSID", "PWD", "ENCRYPT", "Cypher1", "Cypher2", "Band"};
 
 constexpr auto kConnectedSsid = Fields{
@@ -20,7 +20,7 @@ constexpr auto kConnectedSsid = Fields{
 
 constexpr char kFailure[] = "SET_UPLINK_WIFI_INFO_FAIL";
 
-// The status that says that another client uses the repeater, which no other command has.
+// The status, unique to this command, for a repeater that another client is using.
 void answer_in_use(cJSON *obj)
 {
     Reply reply;
@@ -65,5 +65,5 @@ int32_t json_set_uplink_wifi_info(cJSON *obj)
     } else if (result == -2) {
         answer_in_use(obj);
     }
-    return result; // of any other result the client is told nothing
+    return result; // other results are not reported
 }

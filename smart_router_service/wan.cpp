@@ -1,4 +1,4 @@
-// The router's connections to the Internet: how many there are, and one of them at a time.
+// The router's WAN connections: their number, and one of them at a time.
 #include "recipes.h"
 
 using namespace smart_router;
@@ -10,7 +10,7 @@ constexpr auto kWanNum = Fields{
     FIELD(WanNum, Description),
 };
 
-// What the reply and the setting have in common, in parts.
+// Fields that the reply and the setting have in common, in groups.
 constexpr auto kAddresses = Fields{
     FIELD(WanInfo, SERVICELIST), FIELD(WanInfo, ADDRESSTYPE), FIELD(WanInfo, IPADDRESS),
     FIELD(WanInfo, SUBNETMASK),  FIELD(WanInfo, GATEWAY),     FIELD(WanInfo, DNS1),
@@ -56,8 +56,8 @@ constexpr auto kWanSetting = Fields{
     FIELD(WanInfo, PPPOE_PASSWORD), kLinkOptions,
 };
 
-// How the setting's trace names its values, up to the sign of equality; one behind the other, in
-// the order of the table.
+// The names of the values in the setting's trace, up to the equals sign; concatenated, in the order
+// of the table.
 constexpr char kTraceNames[] = "wan_name \0"
                                "service_list \0"
                                "addr_type \0"
@@ -89,12 +89,12 @@ constexpr size_t count_names()
 }
 static_assert(count_names() == kWanSetting.kCount, "one name for each key");
 
-// The first keys of the setting are those that a request should not go without.
+// The number of keys, the first ones of the setting, that a request should contain.
 constexpr size_t kExpectedKeys = 3;
 
 constexpr char kQueryFailure[] = "QUERY_WAN_INFO_FAIL";
 
-// The fields that apps show as empty rather than as "NULL". Of the others they know the text.
+// Empties the fields for which apps do not understand the text "NULL".
 void empty_missing_values(WanInfo *wan)
 {
     using WanText = char[64];

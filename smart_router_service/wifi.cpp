@@ -13,13 +13,13 @@ constexpr auto kSsidReply = Fields{
 
 constexpr auto kSsidSetting = Fields{kSsidRequired, kSsidOptions}.requiring(kSsidRequired.kCount);
 
-// What the agent's own settings carry; the encryption is not among it.
+// The keys of the agent's settings, which do not include the encryption.
 constexpr auto kAgentSsidSetting = Fields{
     FIELD(SsidInfo, SSIDIndex), FIELD(SsidInfo, SSID),   FIELD(SsidInfo, PowerLevel),
     FIELD(SsidInfo, Channel),   FIELD(SsidInfo, Enable), FIELD(SsidInfo, PWD),
 };
 
-// The SSID whose power level is pushed to the 5 GHz radio as well.
+// The SSID whose power level is also set for the 5 GHz radio.
 constexpr int32_t kMainSsid = 1;
 
 } // namespace
@@ -41,7 +41,7 @@ int32_t json_get_wifi_info(cJSON *obj)
     SsidInfo ssid = {};
     ssid.SSIDIndex = number_of(index);
     if (ssid.SSIDIndex == 0) {
-        // Whatever is no number is 0. Which of the others exist is for the device to say.
+        // A text that is not a number counts as 0. The device decides which other indexes exist.
         log_error("invalid SSIDIndex 0!\n");
         return refuse(obj, "index is 0, (should be 1 to 8)");
     }
@@ -62,8 +62,7 @@ int32_t json_set_wifi_info(cJSON *obj)
     run.remove_from(kSsidRequired.kCount);
     const int32_t result = devapi_set_ssid_info(&ssid);
     if (ssid.SSIDIndex == kMainSsid) {
-        // The radio follows the request even where the SSID could not be written, and to the
-        // letter.
+        // The radio gets the text of the request uncut, also when the SSID could not be written.
         devapi_set_5gwifi_powerlevel(text_under(obj, "PowerLevel"));
     }
     run.end(result != 0, kFailure);

@@ -1,5 +1,5 @@
 // All SSIDs at once: the list, and the batch of settings that a worker applies after the reply, so
-// that the reply gets out before the radios restart.
+// that the reply is sent before the radios restart.
 #include "wifi.h"
 
 #include <pthread.h>
@@ -9,8 +9,8 @@
 
 using namespace smart_router;
 
-// Held from the moment a batch is handed over until its worker has applied it, and so released by
-// another thread than the one that took it: a default mutex allows that.
+// Held from the moment a batch is accepted until its worker has applied it. It is unlocked by
+// another thread than the one that locked it, which works with a default mutex.
 pthread_mutex_t setwifilistlock = PTHREAD_MUTEX_INITIALIZER;
 int32_t g_set_wifi_array_size = 0;
 char g_stactrl_enable[8] = "";
@@ -29,14 +29,14 @@ constexpr auto kElementSetting =
 
 constexpr char kSetFailure[] = "set ssid failed";
 
-// Asks for the mesh switch to be turned off first; in GBK, the encoding that the apps expect here.
+// Asks the user to turn the mesh switch off first; in GBK, the encoding that the apps expect here.
 constexpr char kMeshWarning[] = "\xC7\xEB\xCF\xC8\xB9\xD8\xB1\xD5"
                                 "mesh"
                                 "\xBF\xAA\xB9\xD8"
                                 "!";
 static_assert(sizeof kMeshWarning - 1 == 17, "the warning is 17 bytes long");
 
-// Converts the elements into the records. Result: false at the first element that lacks a key.
+// Converts the elements to records. Result: false at the first element that lacks a required key.
 bool convert(const cJSON *elements, SsidInfo *records)
 {
     cJSON *element;
@@ -62,8 +62,8 @@ bool turns_main_ssid_off(const SsidInfo *records, int32_t count, int32_t main_5g
     return false;
 }
 
-// Hands the records over to a worker. Result: false, with the records and the lock as before, when
-// it could not be started.
+// Starts a worker, which takes over the records. Result: false, with the records and the lock still
+// the caller's, when it could not be started.
 bool start_worker(SsidInfo *records, int32_t count)
 {
     pthread_mutex_lock(&setwifilistlock);
@@ -136,7 +136,7 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     if (text_of(station_control) == nullptr) {
         return refuse(obj, "json node: StaCtrl not found");
     }
-    // Both switches are the worker's from here on, also the worker's of the batch before.
+    // The workers read both switches from here on, including the worker of the previous batch.
     copy_text(g_stactrl_enable, text_of(station_control));
     cJSON *fast_roaming = cJSON_GetObjectItem(obj, "FastRoaming");
     if (text_of(fast_roaming) != nullptr && text_of(fast_roaming)[0] != '\0') {
@@ -144,13 +144,13 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     }
 
     const int32_t count = cJSON_GetArraySize(elements);
-    // One record at least: what calloc() gives for none may be null, which is no failure here.
+    // At least one record: for none, calloc() may return null, which is not a failure here.
     auto *records = static_cast<SsidInfo *>(
         calloc(static_cast<size_t>(count > 0 ? count : 1), sizeof(SsidInfo)));
     int32_t main_5g_index = 0;
     devapi_get_5g_wifi_index(&main_5g_index);
 
-    // The replies are there before the worker is: once it runs, it cannot be called back.
+    // The replies are built before the worker is started, which cannot be undone.
     SuccessReply success;
     const bool sound = records != nullptr && success.complete() && convert(elements, records);
     const bool main_ssid_off = sound && turns_main_ssid_off(records, count, main_5g_index);
@@ -170,7 +170,7 @@ int32_t json_set_wifi_info_list(cJSON *obj)
     remove_key(obj, elements);
     remove_key(obj, station_control);
     if (mesh == 1 && main_ssid_off) {
-        warning.join(obj); // only a warning: the worker applies the batch all the same
+        warning.join(obj); // only a warning: the worker still applies the batch
     } else {
         remove_key(obj, fast_roaming);
         success.join(obj);
@@ -182,7 +182,7 @@ void *set_wifi_list_arr_thread(void *array)
 {
     auto *records = static_cast<SsidInfo *>(array);
     pthread_detach(pthread_self());
-    // What sleep() shares between threads is the alarm signal, which nobody uses here.
+    // sleep() may share the alarm signal between threads, which is not used here.
     sleep(1); // NOLINT(concurrency-mt-unsafe)
     devapi_set_wifi_stactrl(g_stactrl_enable);
     sleep(5); // NOLINT(concurrency-mt-unsafe)

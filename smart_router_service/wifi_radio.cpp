@@ -1,4 +1,4 @@
-// The Wi-Fi's sleep schedule, scans of the neighbourhood, and the channels of the radios.
+// The sleep schedule of the Wi-Fi, scans for neighbouring networks, and the radios' channels.
 #include "wifi.h"
 
 #include <stdlib.h>
@@ -23,7 +23,7 @@ constexpr auto kScanFields = Fields{
     FIELD(ScanEntry, Connected),
 };
 
-// The protocol promises no more networks than the first twenty slots hold.
+// The protocol reports only the networks in the first twenty slots.
 constexpr size_t kReportedSlots = 20;
 
 constexpr auto kPowerFields = Fields{
@@ -34,7 +34,7 @@ constexpr auto kPowerFields = Fields{
 // The result of a scan, and the guard that frees its entries.
 class ScanGuard {
   public:
-    // All of it, also what lies between the members: a device may take the record as bytes.
+    // Including the padding between the members: a device may read the record as bytes.
     ScanGuard() { memset(&result, 0, sizeof result); }
     ~ScanGuard()
     {
@@ -65,8 +65,8 @@ void list_channels(Reply &reply, const char *key, const int16_t (&channels)[most
     }
 }
 
-// Adds the periods of the list one by one; the record goes from element to element as the device
-// leaves it. Result: null, or the text to answer.
+// Adds the periods of the list one by one; the same record is passed for all, without being
+// cleared. Result: null, or the failure text.
 const char *add_sleep_periods(const cJSON *list)
 {
     WifiSleepInfo period = {};
@@ -80,7 +80,7 @@ const char *add_sleep_periods(const cJSON *list)
             return "add wifi timer failed";
         }
         if (devapi_set_wifi_sleep_info(&period) != 0) {
-            return "set ssid failed"; // the SSID settings' text; apps know it from here as well
+            return "set ssid failed"; // the SSID settings' text, which apps expect here as well
         }
     }
     return nullptr;
@@ -120,7 +120,7 @@ int32_t json_set_wifi_sleep_info(cJSON *obj)
         return refuse(obj, "json node: WIFISleepList not found");
     }
     SuccessReply success;
-    // The old schedule goes before the new one is looked at.
+    // The old schedule is deleted before the new one is read.
     const char *wrong = "del all wifi timerinfo failed";
     if (success.complete() && devapi_del_all_wifi_timerinfo() == 0) {
         wrong = add_sleep_periods(list);

@@ -12,9 +12,9 @@ seed=$(date +%Y%m%d)
 # Two at a time, for half an hour each.
 job_fuzzing() {
     local status=0
-    scripts/fuzz.sh 1800 fuzz_request fuzz_device || status=1
-    scripts/fuzz.sh 1800 fuzz_session fuzz_serve || status=1
-    scripts/fuzz.sh 1800 fuzz_state || status=1
+    tools/fuzz.sh 1800 fuzz_request fuzz_device || status=1
+    tools/fuzz.sh 1800 fuzz_session fuzz_serve || status=1
+    tools/fuzz.sh 1800 fuzz_state || status=1
     return "$status"
 }
 
@@ -25,7 +25,7 @@ job_json_cases() {
 }
 
 job_mipsel_agent() {
-    scripts/mipsel_agent.sh
+    tools/mipsel_agent.sh
 }
 
 # Each allocation, and each system call, of hgagent serve fails in turn; the ordinary tests take a sample.

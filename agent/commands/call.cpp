@@ -1,5 +1,6 @@
 #include "commands/call.h"
 
+#include "commands/remote_gateway.h"
 #include "host/device_reasons.h"
 #include "host/plugin_host.h"
 #include "host/progress.h"
@@ -62,6 +63,30 @@ void point_to_description(const std::string &command)
     }
 }
 
+// What the reply makes of the exit status.
+int show_reply(const Options &options, int32_t result, const cJSON *reply, ReplyOutput &output,
+               const StopSignals *stop)
+{
+    const std::string &command = options.call.command;
+    if (result == HG_NO_SUCH_COMMAND) {
+        complain(no_such_command(command));
+        return kUnknownCommand;
+    }
+    const ExitStatus status = write_reply(reply, options.raw_bytes, output, stop);
+    if (status == kCommandFailed) {
+        point_to_description(command);
+    }
+    return status;
+}
+
+int call_service(const Options &options, const cJSON *request)
+{
+    ReplyOutput output;
+    RemoteGateway gateway(*options.socket);
+    const RemoteGateway::Reply reply = gateway.command(options.call.command, request);
+    return show_reply(options, reply.result, reply.object.get(), output, nullptr);
+}
+
 } // namespace
 
 int run_call(const Options &options)
@@ -73,6 +98,9 @@ int run_call(const Options &options)
         complain(complaint_of(problem, options.call.request));
         return kWrongUsage;
     }
+    if (options.socket) {
+        return call_service(options, object.get());
+    }
 
     const StopSignals stop;
     ReplyOutput output;
@@ -83,16 +111,8 @@ int run_call(const Options &options)
         reasons.emplace(host, [](const std::string &reason) { complain(reason); });
     }
     return until_workers_end(host, stop, [&]() -> int {
-        const std::string &command = options.call.command;
-        if (host.process(command, object.get()) == HG_NO_SUCH_COMMAND) {
-            complain(no_such_command(command));
-            return kUnknownCommand;
-        }
-        const ExitStatus status = write_reply(object.get(), options.raw_bytes, output, &stop);
-        if (status == kCommandFailed) {
-            point_to_description(command);
-        }
-        return status;
+        const int32_t result = host.process(options.call.command, object.get());
+        return show_reply(options, result, object.get(), output, &stop);
     });
 }
 

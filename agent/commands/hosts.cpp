@@ -1,5 +1,6 @@
 #include "commands/hosts.h"
 
+#include "commands/remote_gateway.h"
 #include "host/plugin_host.h"
 #include "io/exit_status.h"
 #include "io/pages.h"
@@ -14,6 +15,8 @@
 namespace agent {
 
 namespace {
+
+constexpr char kHostsCommand[] = "GET_AD_BASE_INFO";
 
 std::string cell(const std::string &text)
 {
@@ -45,17 +48,26 @@ std::string page_of(const cJSON *hosts)
     return text;
 }
 
+Json reply_of_gateway(const Options &options)
+{
+    Json reply = new_object();
+    if (options.socket) {
+        return RemoteGateway(*options.socket).command(kHostsCommand, reply.get()).object;
+    }
+    const PluginHost host(options.host);
+    if (host.process(kHostsCommand, reply.get()) != 0) {
+        throw HostError(kCannotLoad,
+                        "the plug-in " + host.path() + " has no command " + kHostsCommand);
+    }
+    return reply;
+}
+
 } // namespace
 
 int run_hosts(const Options &options)
 {
     ReplyOutput output;
-    const PluginHost host(options.host);
-    const Json reply = new_object();
-    if (host.process("GET_AD_BASE_INFO", reply.get()) != 0) {
-        throw HostError(kCannotLoad,
-                        "the plug-in " + host.path() + " has no command GET_AD_BASE_INFO");
-    }
+    const Json reply = reply_of_gateway(options);
     if (text_of(reply.get(), "Status") != "0") {
         complain("the gateway does not list its hosts: " +
                  cell(text_of(reply.get(), "FailReason")));

@@ -7,6 +7,7 @@
 #include "io/streams.h"
 #include "io/text.h"
 #include "protocol/log_sink.h"
+#include "protocol/requests.h"
 #include "smart_router_service/processjsonability.h"
 
 #include <cstring>
@@ -32,33 +33,45 @@ Upgrade upgrade_of(const PluginHost &host)
             static_cast<char *>(host.required_symbol("g_update_url"))};
 }
 
-int failed(const char *why)
-{
-    complain(why);
-    return kCommandFailed;
-}
-
-// Starts the thread, which releases the lock at its end.
-int start(const Upgrade &upgrade, const std::string &url, pthread_t &thread)
+// Starts the thread, which releases the lock at its end. Throws Busy.
+void start(const Upgrade &upgrade, const std::string &url, pthread_t &thread)
 {
     if (pthread_mutex_trylock(upgrade.lock) != 0) {
-        return failed("an image is being fetched or flashed already");
+        throw Busy("an image is being fetched or flashed already");
     }
     memcpy(upgrade.url, url.c_str(), url.size() + 1);
     if (pthread_create(&thread, nullptr, upgrade.work, nullptr) != 0) {
         pthread_mutex_unlock(upgrade.lock);
-        return failed("cannot start a thread for the upgrade");
+        throw Busy("cannot start a thread for the upgrade");
     }
-    return kSuccess;
+}
+
+// Throws BadRequest.
+void check_length(const std::string &url)
+{
+    if (url.size() >= HG_UPDATE_URL_SIZE) {
+        throw BadRequest("the address is longer than " + std::to_string(HG_UPDATE_URL_SIZE - 1) +
+                         " bytes");
+    }
 }
 
 } // namespace
 
+void start_image_upgrade(const PluginHost &host, const std::string &url)
+{
+    check_length(url);
+    pthread_t thread;
+    start(upgrade_of(host), url, thread);
+    pthread_detach(thread);
+}
+
 int run_image_upgrade(const Options &options)
 {
     const std::string &url = options.update_url;
-    if (url.size() >= HG_UPDATE_URL_SIZE) {
-        complain("the address is longer than " + std::to_string(HG_UPDATE_URL_SIZE - 1) + " bytes");
+    try {
+        check_length(url);
+    } catch (const BadRequest &problem) {
+        complain(problem.what());
         return kWrongUsage;
     }
 
@@ -68,13 +81,25 @@ int run_image_upgrade(const Options &options)
     const Upgrade upgrade = upgrade_of(host);
     const unsigned long errors = errors_of_libraries();
     pthread_t thread;
-    const int ended = until_workers_end(host, stop, [&] { return start(upgrade, url, thread); });
+    const int ended = until_workers_end(host, stop, [&]() -> int {
+        try {
+            start(upgrade, url, thread);
+            return kSuccess;
+        } catch (const Busy &problem) {
+            complain(problem.what());
+            return kCommandFailed;
+        }
+    });
     if (ended != kSuccess) {
         return ended;
     }
     pthread_join(thread, nullptr);
     // The thread returns nothing: whether it failed is only in the log.
-    return errors_of_libraries() == errors ? kSuccess : failed("the firmware was not installed");
+    if (errors_of_libraries() != errors) {
+        complain("the firmware was not installed");
+        return kCommandFailed;
+    }
+    return kSuccess;
 }
 
 } // namespace agent

@@ -1,7 +1,6 @@
 #include "commands/options.h"
 
 #include "commands/image_upgrade.h"
-#include "commands/report.h"
 #include "io/exit_status.h"
 #include "io/text.h"
 #include "protocol/protocol.h"
@@ -17,10 +16,11 @@ Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
   1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
-     conformance: a check failed
+     conformance: a check failed; with --socket: the service refused
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
-  4  a library cannot be loaded, or the simulated gateway not be opened
+  4  a library cannot be loaded, the simulated gateway not be opened, or the service of --socket not be
+     reached
   5  standard input or output failed, or the file of --junit or --request-file
   6  out of memory
   128 + N  call, serve, report image-upgrade or conformance was ended by signal N
@@ -68,6 +68,11 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--firmware-key", host.firmware_key,
                    "File with the public key by which firmware has to be signed")
         ->type_name("FILE");
+    app.add_option("--reboot-seconds", host.reboot_seconds,
+                   "How long a reboot of the simulated gateway takes; 0 unless given")
+        ->type_name("SECONDS")
+        ->check(silent(CLI::Range(0, 86400)))
+        ->allow_extra_args(false);
     app.add_option("--log-level", options.log_level,
                    "Highest level of log lines that are shown: 3 errors, 7 everything")
         ->type_name("0..7")
@@ -101,10 +106,26 @@ void take_request(const CLI::App &call, Options &options)
     }
 }
 
-void add_reasons(CLI::App *subcommand, Options &options)
+CLI::Option *add_reasons(CLI::App *subcommand, Options &options)
 {
-    subcommand->add_flag("--reasons", options.reasons,
-                         "Tell what the device library says of the calls that it refuses");
+    return subcommand->add_flag("--reasons", options.reasons,
+                                "Tell what the device library says of the calls that it refuses");
+}
+
+// For those that can speak to a service as well: what is said of libraries is not for that.
+void add_socket(CLI::App &app, CLI::App *subcommand, Options &options)
+{
+    CLI::Option *socket =
+        subcommand
+            ->add_option("--socket", options.socket,
+                         "Unix socket of a running service, which is asked instead of libraries")
+            ->type_name("PATH")
+            ->allow_extra_args(false);
+    for (const char *option :
+         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
+          "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"}) {
+        socket->excludes(app.get_option(option));
+    }
 }
 
 void add_call(CLI::App &app, Options &options)
@@ -113,7 +134,9 @@ void add_call(CLI::App &app, Options &options)
     call->add_option("NAME", options.call.command, "Name of the command")
         ->type_name("")
         ->required();
-    add_reasons(call, options);
+    CLI::Option *reasons = add_reasons(call, options);
+    add_socket(app, call, options);
+    call->get_option("--socket")->excludes(reasons);
     call->add_option("--request-file", options.call.request_file,
                      "File with the request, a JSON object")
         ->type_name("FILE")
@@ -135,15 +158,21 @@ void add_serve(CLI::App &app, Options &options)
         ->type_name("BYTES")
         ->check(silent(CLI::PositiveNumber))
         ->capture_default_str();
+    serve->add_flag("--events", options.serve.events,
+                    "Tell of everything that happens by itself in lines {\"event\": NAME, ...}");
     add_reasons(serve, options);
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
 Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
-A line that is no request is answered with {"id": null, "error": "..."}.
+A line that is no request is answered with {"id": null, "error": "...", "code": "bad-request"}, one that
+is too long with the code "too-large", and all during a reboot with "rebooting".
+A report is built by {"id": ANY, "report": "NAME", "params": {...}} and answered likewise; {"hello": {}} is
+answered with the versions of protocol and agent.
 A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}, and
 answered with {"id": ANY, "result": 0} when it was accepted.
 Between answers there are lines {"notice": {...}} for what is pushed to the app, and
-{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched.
+{"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched. With --events these and
+what else happens by itself come as {"event": NAME, "data": {...}}; hgagent list --events names them.
 With --reasons an answer has "reasons": [TEXT, ...] behind its reply; a worker's come in a line of their
 own, {"reasons": [TEXT]}.)");
     serve->callback([&options] { options.subcommand = Subcommand::kServe; });
@@ -159,6 +188,7 @@ void add_notice(CLI::App &app, Options &options)
         ->type_name("NAME")
         ->required()
         ->allow_extra_args(false);
+    add_socket(app, notice, options);
     notice->add_option("TEXT", options.notice.text, "Text of the notice, or - for standard input")
         ->type_name("")
         ->required();
@@ -189,6 +219,7 @@ void add_report(CLI::App &app, Options &options)
         ->needs(name)
         ->allow_extra_args(false)
         ->capture_default_str();
+    add_socket(app, report, options);
     report->footer(R"(
 hgagent report image-upgrade --url URL
 Fetches the image and flashes it; the new firmware runs after the next reboot. The exit status is 1
@@ -203,6 +234,7 @@ when the plug-in logged an error meanwhile.)");
 void add_hosts(CLI::App &app, Options &options)
 {
     CLI::App *hosts = app.add_subcommand("hosts", "Show the devices attached to the gateway");
+    add_socket(app, hosts, options);
     hosts->callback([&options] { options.subcommand = Subcommand::kHosts; });
 }
 
@@ -210,6 +242,7 @@ void add_topology(CLI::App &app, Options &options)
 {
     CLI::App *topology =
         app.add_subcommand("topology", "Draw the routers of the mesh and what is attached to each");
+    add_socket(app, topology, options);
     CLI::Option *ascii = topology->add_flag("--ascii", options.topology.ascii,
                                             "Draw with - and | also where the locale is UTF-8");
     topology->add_flag("--dot", options.topology.dot, "Print a graph for Graphviz instead")
@@ -219,13 +252,15 @@ void add_topology(CLI::App &app, Options &options)
 
 void add_protocol_pages(CLI::App &app, Options &options)
 {
-    CLI::App *list = app.add_subcommand("list", "List the commands");
+    CLI::App *list = app.add_subcommand("list", "List the commands, or the events");
+    list->add_flag("--events", options.list_events, "List what happens by itself");
     list->add_option("PATTERN", options.pattern, "Part of the names, or a pattern with * and ?")
         ->type_name("");
     list->callback([&options] { options.subcommand = Subcommand::kList; });
 
-    CLI::App *describe = app.add_subcommand("describe", "Show what a command takes and replies");
-    describe->add_option("NAME", options.described, "Name of the command")
+    CLI::App *describe = app.add_subcommand(
+        "describe", "Show what a command takes and replies, or what an event tells");
+    describe->add_option("NAME", options.described, "Name of the command or event")
         ->type_name("")
         ->required();
     describe->callback([&options] { options.subcommand = Subcommand::kDescribe; });

@@ -1,27 +1,16 @@
 // What the command line asks for.
 #pragma once
 
+#include "conformance/conformance.h"
+#include "host/options.h"
+#include "host/report_builders.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace agent {
-
-// Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
-// the gateway's environment and defaults.
-struct HostOptions {
-    std::string device; // path of the device library; empty: the one that is installed beside us
-    std::string plugin; // the same of the plug-in
-    std::optional<std::string> scenario;
-    std::optional<std::string> state;
-    std::vector<std::string> faults;
-    std::optional<std::string> trace;
-    bool show_secrets = false;
-    std::optional<std::string> firmware_folder;
-    std::optional<std::string> firmware_key;
-    bool verbose = false; // name all that a library lacks
-};
 
 struct CallOptions {
     std::string command;
@@ -31,6 +20,7 @@ struct CallOptions {
 
 struct ServeOptions {
     size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
+    bool events = false;             // tell of everything that happens by itself, as events
 };
 
 struct NoticeOptions {
@@ -41,13 +31,6 @@ struct NoticeOptions {
 struct TopologyOptions {
     bool ascii = false; // or with the lines that the locale has
     bool dot = false;   // for Graphviz
-};
-
-struct ConformanceOptions {
-    bool allow_writes = false;
-    std::vector<std::string> commands; // empty: all that can be undone
-    int32_t patience = 60;             // seconds for one check
-    std::string junit;                 // file; empty: none
 };
 
 enum class Subcommand {
@@ -64,6 +47,7 @@ enum class Subcommand {
 
 struct Options {
     HostOptions host;
+    std::optional<std::string> socket; // of a service, in place of libraries
     int32_t log_level = 3;
     bool reasons = false;   // of call and serve: tell what the device library says of refusals
     bool raw_bytes = false; // of replies: as the plug-in left them
@@ -76,10 +60,11 @@ struct Options {
     int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
     std::string report;         // empty: all are listed
     std::string update_url;     // of the report that upgrades
-    // Of the report that speaks of one router; the first entry of the tree is the main router.
-    std::string router_path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
-    std::string pattern;   // of list
-    std::string described; // the command of describe
+    // Of the report that speaks of one router.
+    std::string router_path = kMainRouterPath;
+    std::string pattern;      // of list
+    bool list_events = false; // instead of commands
+    std::string described;    // the command or event of describe
 };
 
 // Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then

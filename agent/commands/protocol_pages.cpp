@@ -67,7 +67,7 @@ std::string about(const Description &key, bool in_request)
         parts.push_back(joined(texts, " or "));
     }
     if (key.contains("max_bytes")) {
-        parts.push_back((in_request ? "cut at " : "at most ") + key["max_bytes"].as_json() +
+        parts.push_back((in_request ? "truncated to " : "at most ") + key["max_bytes"].as_json() +
                         " bytes");
     }
     if (key["secret"].is_true()) {
@@ -125,6 +125,9 @@ void print_page(std::ostream &page, const Description &command)
     facts.row({"Handler", command["handler"].text()});
     facts.row({"Device calls", calls.empty() ? "none" : joined(calls, ", ")});
     facts.row({"Changes", changes_of(command)});
+    if (command.contains("seconds")) {
+        facts.row({"Takes", "up to " + command["seconds"].as_json() + " seconds"});
+    }
     facts.print(page, "");
 
     page << "\nRequest" << (command["case_sensitive"].is_true() ? " (capitals as here)" : "")
@@ -144,18 +147,34 @@ void print_page(std::ostream &page, const Description &command)
          << command["example"]["reply"].as_json() << '\n';
 }
 
-} // namespace
+void print_event_page(std::ostream &page, const Description &event)
+{
+    page << event["event"].text() << " - " << event["summary"].text() << "\n\n";
+    if (event.contains("details")) {
+        page << event["details"].text() << "\n\n";
+    }
+    Table facts;
+    facts.row({"When", event["when"].text()});
+    facts.row({"Told by", event["made_by"] == "serve" ? "hgagent serve --events" : "the service"});
+    facts.print(page, "");
+    page << "\nData\n";
+    print_keys(page, event["data"], false);
+    page << "\nExample\n    {\"event\":\"" << event["event"].text()
+         << "\",\"data\":" << event["example"].as_json() << "}\n";
+}
 
-int run_list(const std::string &pattern)
+// The names stand under the key.
+int list_names(const std::vector<Description> &all, const std::string &key,
+               const std::string &pattern)
 {
     Table table;
-    for (const Description &description : descriptions()) {
-        if (matches(description["command"].text(), pattern)) {
-            table.row({description["command"].text(), description["summary"].text()});
+    for (const Description &description : all) {
+        if (matches(description[key].text(), pattern)) {
+            table.row({description[key].text(), description["summary"].text()});
         }
     }
     if (table.empty()) {
-        complain("no command matches \"" + pattern + "\"");
+        complain("no " + key + " matches \"" + pattern + "\"");
         return kCommandFailed;
     }
     std::ostringstream page;
@@ -163,15 +182,32 @@ int run_list(const std::string &pattern)
     return show(page.str());
 }
 
-int run_describe(const std::string &command)
+} // namespace
+
+int run_list(const std::string &pattern)
 {
-    const Description *description = find_description(command);
-    if (description == nullptr) {
-        complain(no_such_command(command));
+    return list_names(descriptions(), "command", pattern);
+}
+
+int run_list_of_events(const std::string &pattern)
+{
+    return list_names(events(), "event", pattern);
+}
+
+int run_describe(const std::string &name)
+{
+    const Description *command = find_description(name);
+    const Description *event = find_event(name);
+    if (command == nullptr && event == nullptr) {
+        complain(no_such_command(name));
         return kUnknownCommand;
     }
     std::ostringstream page;
-    print_page(page, *description);
+    if (command != nullptr) {
+        print_page(page, *command);
+    } else {
+        print_event_page(page, *event);
+    }
     return show(page.str());
 }
 

@@ -9,7 +9,10 @@ namespace agent {
 // [, match it; upper or lower case is the same. Result: the exit status.
 int run_list(const std::string &pattern);
 
-// Prints everything that is described of one command. Result: the exit status.
-int run_describe(const std::string &command);
+// The same of the events.
+int run_list_of_events(const std::string &pattern);
+
+// Prints everything that is described of one command or event. Result: the exit status.
+int run_describe(const std::string &name);
 
 } // namespace agent

@@ -1,9 +1,7 @@
 #include "commands/serve.h"
 
-#include "commands/notice.h"
-#include "host/device_reasons.h"
-#include "host/plugin_host.h"
-#include "host/progress.h"
+#include "commands/image_upgrade.h"
+#include "commands/report.h"
 #include "host/workers.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
@@ -16,28 +14,36 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <new>
-#include <optional>
+#include <utility>
 
 namespace agent {
 
 namespace {
 
 // What a line is answered with: texts that follow each other. Those that are no constants of the
-// program are the line's, or the answer's own.
+// program are the line's, the printer's, or the answer's own.
 struct Answer {
     std::string_view id = "null";
     std::string_view begin;
     std::string own;
+    std::string_view reply;
+    std::string reasons;
 };
 
 constexpr std::string_view kNoMemory =
-    R"(,"error":"out of memory: the request has not been looked at")";
+    R"(,"error":"out of memory: the request has not been looked at","code":"busy")";
 constexpr std::string_view kNoMemoryForReply =
-    R"(,"error":"out of memory: the command has run, and its reply is lost")";
+    R"(,"error":"out of memory: the command has run, and its reply is lost",)"
+    R"("code":"outcome-unknown")";
 
-void set_error(Answer &answer, const std::string &error)
+constexpr char kBadRequest[] = "bad-request";
+constexpr char kTooLarge[] = "too-large";
+constexpr char kBusy[] = "busy";
+constexpr char kRebooting[] = "rebooting";
+
+void set_error(Answer &answer, const std::string &error, const char *code)
 {
-    answer.own = agent::quoted(error);
+    answer.own = agent::quoted(error) + R"(,"code":")" + code + '"';
     answer.begin = R"(,"error":)";
 }
 
@@ -50,31 +56,63 @@ std::string member_of(const std::vector<std::string> &reasons)
     return "\"reasons\":[" + list + "]";
 }
 
-void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
-         Answer &answer)
+void run_command(const Call &call, const PluginHost &host, bool raw_bytes, ReplyPrinter &printer,
+                 Answer &answer)
 {
-    if (!call.error.empty()) {
-        set_error(answer, call.error);
-        return;
+    const int32_t result = host.process(call.command, call.params.get());
+    if (result == HG_NO_SUCH_COMMAND) {
+        complain(no_such_command(call.command));
     }
+    answer.own = std::to_string(result) + R"(,"reply":)";
+    // Printed anew, a number might lose a digit.
+    answer.reply = result == HG_NO_SUCH_COMMAND ? call.params_text
+                                                : printer.print(call.params.get(), raw_bytes);
+}
+
+void run_report(const Call &call, const PluginHost &host, bool raw_bytes, Answer &answer)
+{
+    const Json report = new_object();
+    const int32_t result = answer_report(host, *call.report, call.params.get(), report.get());
+    answer.own =
+        std::to_string(result) + R"(,"reply":)" + print(report.get(), {.raw_bytes = raw_bytes});
+}
+
+void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
+         ReplyPrinter &printer, Answer &answer)
+{
     answer.begin = kNoMemoryForReply; // unless there is memory for another one
     if (call.notice) {
         answer.own = std::to_string(raise_notice(host, *call.notice));
+    } else if (call.report) {
+        run_report(call, host, raw_bytes, answer);
     } else {
-        const int32_t result = host.process(call.command, call.params.get());
-        if (result == HG_NO_SUCH_COMMAND) {
-            complain(no_such_command(call.command));
-        }
-        answer.own = std::to_string(result) + R"(,"reply":)";
-        // Printed anew, a number might lose a digit.
-        answer.own += result == HG_NO_SUCH_COMMAND
-                          ? call.params_text
-                          : print(call.params.get(), {.raw_bytes = raw_bytes});
+        run_command(call, host, raw_bytes, printer, answer);
     }
     if (reasons != nullptr) {
-        answer.own += "," + member_of(reasons->take());
+        answer.reasons = "," + member_of(reasons->take());
     }
     answer.begin = R"(,"result":)";
+}
+
+void say_hello(Answer &answer)
+{
+    answer.own = std::string(R"(0,"reply":{"protocol":")") + kProtocolVersion +
+                 R"(","service":")" HGAGENT_VERSION "\"}";
+    answer.begin = R"(,"result":)";
+}
+
+void answer_call(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
+                 ReplyPrinter &printer, Events &events, Answer &answer)
+{
+    if (!call.error.empty()) {
+        set_error(answer, call.error, kBadRequest);
+    } else if (call.is_hello) {
+        say_hello(answer);
+    } else if (events.is_rebooting()) {
+        set_error(answer, "the gateway reboots", kRebooting);
+    } else {
+        run(call, host, reasons, raw_bytes, printer, answer);
+    }
 }
 
 // Whether there is none for a request. What has begun may live on a reserve; nothing begins on it.
@@ -87,7 +125,7 @@ bool is_memory_short()
 }
 
 Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *reasons,
-                 bool raw_bytes)
+                 bool raw_bytes, ReplyPrinter &printer, Events &events)
 {
     Answer answer;
     answer.begin = kNoMemory; // as above
@@ -100,14 +138,17 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
         try {
             const Call call = parse_call(line);
             answer.id = call.id;
-            run(call, host, reasons, raw_bytes, answer);
+            answer_call(call, host, reasons, raw_bytes, printer, events, answer);
         } catch (const BadRequest &problem) {
-            set_error(answer, problem.what());
+            set_error(answer, problem.what(), kBadRequest);
+        } catch (const Busy &problem) {
+            set_error(answer, problem.what(), kBusy);
         } catch (const HostError &problem) {
-            set_error(answer, problem.what());
+            set_error(answer, problem.what(), kBadRequest);
         }
     } catch (const std::bad_alloc &) {
         answer.own.clear();
+        answer.reply = {};
         if (reasons != nullptr) {
             reasons->take(); // they are not those of the next command
         }
@@ -117,45 +158,116 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
     return answer;
 }
 
-std::string notice_line(const Json &notice, bool raw_bytes)
-{
-    return "{\"notice\":" + print(notice.get(), {.raw_bytes = raw_bytes}) + "}";
-}
+// Those that are told of what happens by itself.
+class Teller {
+  public:
+    Teller(const Options &options, const ServeSession::Output &output)
+        : options_(options), output_(output)
+    {
+    }
 
-std::string progress_line(const std::string &task, int32_t percent)
-{
-    return "{\"progress\":{\"task\":" + agent::quoted(task) +
-           ",\"percent\":" + std::to_string(percent) + "}}";
-}
+    bool event(const char *name, const std::string &data) const
+    {
+        return output_({R"({"event":")", name, R"(","data":)", data, "}\n"});
+    }
+
+    bool notice(const Json &notice) const
+    {
+        const std::string text = print(notice.get(), {.raw_bytes = options_.raw_bytes});
+        if (!options_.serve.events) {
+            return output_({R"({"notice":)", text, "}\n"});
+        }
+        // The data of an event are an object; another plug-in may push anything.
+        const bool is_object = cJSON_IsObject(notice.get()) != 0;
+        return event("notice", is_object ? text : "{\"value\":" + text + "}");
+    }
+
+    bool progress(const std::string &task, int32_t percent) const
+    {
+        const std::string text =
+            "{\"task\":" + agent::quoted(task) + ",\"percent\":" + std::to_string(percent) + "}";
+        return options_.serve.events ? event("update.progress", text)
+                                     : output_({R"({"progress":)", text, "}\n"});
+    }
+
+  private:
+    const Options &options_;
+    const ServeSession::Output &output_;
+};
 
 // Until the input ends, nobody reads the answers, or a signal arrives.
-void answer_lines(const Options &options, const PluginHost &host, CommandReasons *reasons,
-                  ReplyOutput &output, const StopSignals &stop)
+void answer_lines(ServeSession &session, size_t max_line, const StopSignals &stop)
 {
-    const size_t max_line = options.serve.max_line;
-    const std::string too_long =
-        R"({"id":null,"error":"the line is longer than )" + std::to_string(max_line) + " bytes\"}";
     LineReader reader(stop, max_line);
     std::string_view line;
-    for (;;) {
-        const LineReader::Result read = reader.next(line);
-        if (read == LineReader::Result::kEnd || read == LineReader::Result::kStopped) {
+    bool goes_on = true;
+    while (goes_on) {
+        switch (reader.next(line, session.next_look().value_or(StopSignals::kForEver))) {
+        case LineReader::Result::kEnd:
+        case LineReader::Result::kStopped:
             return;
-        }
-        if (read == LineReader::Result::kTooLong) {
-            if (!output.write_line(too_long, &stop)) {
-                return;
-            }
-            continue;
-        }
-        const Answer answer = answer_to(line, host, reasons, options.raw_bytes);
-        if (!output.write({R"({"id":)", answer.id, answer.begin, answer.own, "}\n"}, &stop)) {
-            return;
+        case LineReader::Result::kTooLong:
+            goes_on = session.answer_too_long();
+            break;
+        case LineReader::Result::kLine:
+            goes_on = session.answer(line);
+            break;
+        case LineReader::Result::kNothing:
+            session.look();
+            break;
         }
     }
 }
 
 } // namespace
+
+ServeSession::ServeSession(const Options &options, const PluginHost &host, Output output)
+    : options_(options), host_(host), output_(std::move(output)),
+      events_(host, options.serve.events
+                        ? Events::Tell([this](const char *name, const std::string &data) {
+                              Teller(options_, output_).event(name, data);
+                          })
+                        : nullptr),
+      notices_(options.notice_refusal,
+               [this](const Json &notice) { return Teller(options_, output_).notice(notice); }),
+      progress_(host, [this](const std::string &task, int32_t percent) {
+          Teller(options_, output_).progress(task, percent);
+      })
+{
+    if (options.reasons) {
+        reasons_.emplace(host, [this](const std::string &reason) {
+            output_({"{", member_of({reason}), "}\n"});
+        });
+    }
+}
+
+bool ServeSession::answer(std::string_view line)
+{
+    const Answer answer = answer_to(line, host_, reasons_ ? &*reasons_ : nullptr,
+                                    options_.raw_bytes, printer_, events_);
+    // A client has to know of a worker before it knows that the command is through.
+    look();
+    const bool goes_on = output_(
+        {R"({"id":)", answer.id, answer.begin, answer.own, answer.reply, answer.reasons, "}\n"});
+    printer_.forget();
+    return goes_on;
+}
+
+void ServeSession::look()
+{
+    try {
+        events_.look();
+    } catch (const std::bad_alloc &) { // costs an event, and no more
+        complain_of_memory();
+    }
+}
+
+bool ServeSession::answer_too_long()
+{
+    return output_({R"({"id":null,"error":"the line is longer than )",
+                    std::to_string(options_.serve.max_line), R"( bytes","code":")", kTooLarge,
+                    "\"}\n"});
+}
 
 int run_serve(const Options &options)
 {
@@ -165,22 +277,15 @@ int run_serve(const Options &options)
     const StopSignals stop;
     ReplyOutput output;
     const PluginHost host(options.host);
-    const NoticeReceiver notices(options.notice_refusal, [&](const Json &notice) {
-        return output.write_line(notice_line(notice, options.raw_bytes), &stop);
+    ServeSession session(options, host, [&](std::initializer_list<std::string_view> pieces) {
+        return output.write(pieces, &stop);
     });
-    const Progress progress(host, [&](const std::string &task, int32_t percent) {
-        output.write_line(progress_line(task, percent), &stop);
-    });
-    std::optional<CommandReasons> reasons;
-    if (options.reasons) {
-        reasons.emplace(host, [&](const std::string &reason) {
-            output.write_line("{" + member_of({reason}) + "}", &stop);
-        });
-    }
-    return until_workers_end(host, stop, [&]() -> int {
-        answer_lines(options, host, reasons ? &*reasons : nullptr, output, stop);
+    const int status = until_workers_end(host, stop, [&]() -> int {
+        answer_lines(session, options.serve.max_line, stop);
         return kSuccess;
     });
+    session.look(); // the last worker has ended by now
+    return status;
 }
 
 } // namespace agent

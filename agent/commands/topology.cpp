@@ -1,5 +1,6 @@
 #include "commands/topology.h"
 
+#include "commands/remote_gateway.h"
 #include "commands/topology_drawing.h"
 #include "commands/topology_routers.h"
 #include "host/plugin_host.h"
@@ -13,12 +14,19 @@
 #include <clocale>
 #include <cstring>
 #include <langinfo.h>
+#include <new>
+#include <utility>
 
 namespace agent {
 
 namespace {
 
 constexpr char kCommand[] = "GET_TSLINK_TOPOLOGY_INFO";
+
+// The parts of the report.
+constexpr char kTopology[] = "topology";
+constexpr char kTree[] = "tree";
+constexpr char kDevices[] = "devices";
 
 bool is_locale_utf8()
 {
@@ -42,7 +50,16 @@ std::string failure_in(const cJSON *reply)
     return text_of(main_router, "FailReason");
 }
 
-// Who hangs from whom; nothing when this plug-in or the gateway does not say.
+// Puts the item into the report under the name.
+void add(cJSON *report, const char *name, Json item)
+{
+    if (item == nullptr || cJSON_AddItemToObject(report, name, item.get()) == 0) {
+        throw std::bad_alloc();
+    }
+    static_cast<void>(item.release()); // it is the report's
+}
+
+// Which router is below which; nothing when this plug-in or the gateway does not say.
 Json tree_of_parameters(const PluginHost &host)
 {
     const auto build = reinterpret_cast<decltype(&json_get_topo_router_agent_info_bynewmethod)>(
@@ -55,29 +72,25 @@ Json tree_of_parameters(const PluginHost &host)
 }
 
 // The plug-in reports no more than so many devices of the main router, but counts one more.
-bool has_more_devices(const PluginHost &host, const Router &main_router)
+bool has_more_devices(const cJSON *mesh, const Router &main_router)
 {
-    const auto *counted = static_cast<const int32_t *>(host.symbol("g_dev_num"));
-    return counted != nullptr && *counted > static_cast<int64_t>(main_router.devices.size());
+    const cJSON *counted = cJSON_GetObjectItemCaseSensitive(mesh, kDevices);
+    return counted != nullptr &&
+           counted->valuedouble > static_cast<double>(main_router.devices.size());
 }
 
-} // namespace
-
-int run_topology(const Options &options)
+// Result: the exit status.
+int draw(const cJSON *mesh, const Options &options, ReplyOutput &output)
 {
-    ReplyOutput output;
-    const PluginHost host(options.host);
-    const Json reply = new_object();
-    if (host.process(kCommand, reply.get()) != 0) {
-        throw HostError(kCannotLoad, "the plug-in " + host.path() + " has no command " + kCommand);
-    }
-    const std::string failure = failure_in(reply.get());
+    const cJSON *topology = cJSON_GetObjectItemCaseSensitive(mesh, kTopology);
+    const std::string failure = failure_in(topology);
     if (!failure.empty()) {
         complain("the gateway does not tell its topology: " + failure);
         return kCommandFailed;
     }
-    std::vector<Router> routers = routers_of(reply.get(), tree_of_parameters(host).get());
-    routers.front().has_more_devices = has_more_devices(host, routers.front());
+    std::vector<Router> routers =
+        routers_of(topology, cJSON_GetObjectItemCaseSensitive(mesh, kTree));
+    routers.front().has_more_devices = has_more_devices(mesh, routers.front());
     const std::string drawing = options.topology.dot
                                     ? graph_of(routers)
                                     : tree_of(routers, options.topology.ascii || !is_locale_utf8());
@@ -86,6 +99,49 @@ int run_topology(const Options &options)
         return kCannotWrite;
     }
     return kSuccess;
+}
+
+} // namespace
+
+int32_t report_mesh(const PluginHost &host, cJSON *report)
+{
+    Json topology = new_object();
+    if (host.process(kCommand, topology.get()) != 0) {
+        throw HostError(kCannotLoad, "the plug-in " + host.path() + " has no command " + kCommand);
+    }
+    const bool failed = !failure_in(topology.get()).empty();
+    add(report, kTopology, std::move(topology));
+    if (failed) {
+        return 1;
+    }
+    const auto *devices = static_cast<const int32_t *>(host.symbol("g_dev_num"));
+    const int32_t counted = devices != nullptr ? *devices : 0;
+    add(report, kTree, tree_of_parameters(host));
+    if (devices != nullptr) {
+        add(report, kDevices, Json(cJSON_CreateNumber(counted)));
+    }
+    return 0;
+}
+
+namespace {
+
+Json mesh_of_gateway(const Options &options)
+{
+    Json mesh = new_object();
+    if (options.socket) {
+        return RemoteGateway(*options.socket).report(kMesh, mesh.get()).object;
+    }
+    report_mesh(PluginHost(options.host), mesh.get());
+    return mesh;
+}
+
+} // namespace
+
+int run_topology(const Options &options)
+{
+    ReplyOutput output;
+    const Json mesh = mesh_of_gateway(options);
+    return draw(mesh.get(), options, output);
 }
 
 } // namespace agent

@@ -2,8 +2,23 @@
 #pragma once
 
 #include "commands/options.h"
+#include "host/plugin_host.h"
+
+#include <cjson/cJSON.h>
+
+#include <cstdint>
 
 namespace agent {
+
+// The report with all that is drawn, as an object for who draws it elsewhere:
+//   {"topology": reply of GET_TSLINK_TOPOLOGY_INFO,
+//    "tree": report agent-topology, {} where this plug-in has none,
+//    "devices": how many the plug-in has counted at the main router, where it tells}
+constexpr char kMesh[] = "mesh";
+
+// Builds it in an empty object. Result: 0, or 1 when the gateway does not tell its topology. Throws
+// HostError.
+int32_t report_mesh(const PluginHost &host, cJSON *report);
 
 // Draws the mesh as GET_TSLINK_TOPOLOGY_INFO reports it. Result: the exit status.
 int run_topology(const Options &options);

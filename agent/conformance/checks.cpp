@@ -17,20 +17,20 @@ namespace agent {
 
 namespace {
 
-struct WatchedCall {
+struct CallResult {
     std::string function;
     int32_t result;
     bool wrote;
 };
 
 // What the watch tells of the check at hand. The watch knows functions only, so there is one of it.
-struct Watched {
+struct CheckUnderWay {
     std::mutex mutex;
     CheckListener listener;
-    std::vector<WatchedCall> calls;
+    std::vector<CallResult> calls;
     std::vector<std::string> functions; // whose faults matter; empty: all
 };
-Watched watched;
+CheckUnderWay under_way;
 
 // The function that the thread is in; null for none.
 thread_local const char *function_at_work = nullptr;
@@ -38,46 +38,46 @@ thread_local const char *function_at_work = nullptr;
 void calling(const char *function)
 {
     function_at_work = function;
-    const std::lock_guard lock(watched.mutex);
-    watched.listener.calling(function);
+    const std::lock_guard lock(under_way.mutex);
+    under_way.listener.calling(function);
 }
 
 void answered(const char *function, int32_t result, bool wrote)
 {
     function_at_work = nullptr;
-    const std::lock_guard lock(watched.mutex);
-    watched.calls.push_back({function, result, wrote});
-    watched.listener.answered();
+    const std::lock_guard lock(under_way.mutex);
+    under_way.calls.push_back({function, result, wrote});
+    under_way.listener.answered();
 }
 
 // With the lock held.
 bool matters(const char *function)
 {
-    const auto &functions = watched.functions;
+    const auto &functions = under_way.functions;
     return functions.empty() ||
            std::find(functions.begin(), functions.end(), function) != functions.end();
 }
 
 void fault(const char *function, const char *what)
 {
-    const std::lock_guard lock(watched.mutex);
+    const std::lock_guard lock(under_way.mutex);
     if (matters(function)) {
-        watched.listener.fault(std::string(function) + ": " + what);
+        under_way.listener.fault(std::string(function) + ": " + what);
     }
 }
 
 void warning(const char *function, const char *what)
 {
-    const std::lock_guard lock(watched.mutex);
+    const std::lock_guard lock(under_way.mutex);
     if (matters(function)) {
-        watched.listener.warning(std::string(function) + ": " + what);
+        under_way.listener.warning(std::string(function) + ": " + what);
     }
 }
 
 void said(const std::string &reason)
 {
-    const std::lock_guard lock(watched.mutex);
-    watched.listener.reason(reason);
+    const std::lock_guard lock(under_way.mutex);
+    under_way.listener.reason(reason);
 }
 
 void reason(const char *function, const char *text)
@@ -94,14 +94,14 @@ void refused_command(const std::string &command)
     }
 }
 
-std::vector<WatchedCall> take_calls()
+std::vector<CallResult> take_calls()
 {
-    const std::lock_guard lock(watched.mutex);
-    return std::exchange(watched.calls, {});
+    const std::lock_guard lock(under_way.mutex);
+    return std::exchange(under_way.calls, {});
 }
 
 // Whether the result is one of the function's answers, and no failure.
-bool is_answer(const WatchedCall &call)
+bool is_answer(const CallResult &call)
 {
     return device_facts::is_success(*device_facts::find(call.function), call.result);
 }
@@ -117,12 +117,12 @@ std::string joined(const std::set<std::string> &names)
 
 // What the plug-in did with the device: -1 with nothing written is how a library says that it does
 // not support something.
-CheckResult judge(bool success, const std::string &reason, const std::vector<WatchedCall> &calls)
+CheckResult judge(bool success, const std::string &reason, const std::vector<CallResult> &calls)
 {
     std::set<std::string> unsupported;
     std::set<std::string> supported;
     std::set<std::string> failed;
-    for (const WatchedCall &call : calls) {
+    for (const CallResult &call : calls) {
         if (call.result == -1 && !call.wrote) {
             unsupported.insert(call.function);
         } else if (is_answer(call)) {
@@ -162,7 +162,7 @@ CheckResult run_report(const PluginHost &host, const std::string &name)
 {
     take_calls();
     const Json report(cJSON_CreateObject());
-    const int32_t result = build_report(host, name, Options().router_path, report.get());
+    const int32_t result = build_report(host, name, kMainRouterPath, report.get());
     return judge(result == 0 && status_of(report.get()) == kSuccess,
                  "result " + std::to_string(result), take_calls());
 }
@@ -306,7 +306,7 @@ class CommandCheck {
 
 CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
     : watcher_{calling, answered, reason, warning, fault},
-      host_((watched.listener = std::move(listener), options), &watcher_),
+      host_((under_way.listener = std::move(listener), options), &watcher_),
       reasons_(host_, said, refused_command)
 {
 }
@@ -316,9 +316,9 @@ CheckedHost::~CheckedHost() = default;
 CheckResult CheckedHost::run(const Check &check)
 {
     {
-        const std::lock_guard lock(watched.mutex);
-        watched.functions = check.command != nullptr ? (*check.command)["device_calls"].texts()
-                                                     : std::vector<std::string>();
+        const std::lock_guard lock(under_way.mutex);
+        under_way.functions = check.command != nullptr ? (*check.command)["device_calls"].texts()
+                                                       : std::vector<std::string>();
     }
     if (!check.report.empty()) {
         return run_report(host_, check.report);

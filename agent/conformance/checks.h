@@ -1,8 +1,9 @@
 // The checks themselves. They run in the process that has the device library loaded.
 #pragma once
 
-#include "conformance/result.h"
+#include "conformance/report.h"
 #include "host/device_reasons.h"
+#include "host/device_watch.h"
 #include "host/plugin_host.h"
 
 #include <functional>

@@ -57,20 +57,21 @@ std::string unknown_name(const std::vector<Check> &checks, const ConformanceOpti
 }
 
 // In the order of the checks; after a signal without those that were not reached.
-CheckResults results_of(const std::vector<Check> &checks, const Options &options,
-                        const StopSignals &stop)
+CheckResults results_of(const std::vector<Check> &checks, const HostOptions &host,
+                        const ConformanceOptions &options, const StopSignals &stop)
 {
     std::map<std::string, CheckResult> done;
     std::vector<Check> wanted;
     for (const Check &check : checks) {
-        const std::string reason = reason_to_skip(check, options.conformance);
+        const std::string reason = reason_to_skip(check, options);
         if (reason.empty()) {
             wanted.push_back(check);
         } else {
             done[check.name] = {Verdict::kSkipped, {reason}};
         }
     }
-    run_checks(wanted, options, stop, [&](const Check &check, CheckResult result) {
+    const std::chrono::seconds patience(options.patience);
+    run_checks(wanted, host, patience, stop, [&](const Check &check, CheckResult result) {
         done[check.name] = std::move(result);
     });
 
@@ -83,15 +84,13 @@ CheckResults results_of(const std::vector<Check> &checks, const Options &options
     return results;
 }
 
-bool write_junit(const CheckResults &results, const Options &options)
+bool write_junit(const CheckResults &results, const HostOptions &host, const std::string &file)
 {
-    const std::string &file = options.conformance.junit;
     if (file.empty()) {
         return true;
     }
     std::ofstream out(file, std::ios::binary);
-    out << junit_of(results,
-                    options.host.device.empty() ? "simulated gateway" : options.host.device);
+    out << junit_of(results, host.device.empty() ? "simulated gateway" : host.device);
     out.close();
     if (!out) {
         complain("cannot write " + file);
@@ -101,29 +100,28 @@ bool write_junit(const CheckResults &results, const Options &options)
 
 } // namespace
 
-int run_conformance(const Options &options)
+int run_conformance(const HostOptions &host, const ConformanceOptions &options)
 {
     std::vector<Check> checks = all_checks();
-    const ConformanceOptions &conformance = options.conformance;
-    const std::string unknown = unknown_name(checks, conformance);
+    const std::string unknown = unknown_name(checks, options);
     if (!unknown.empty()) {
         complain(find_description(unknown) == nullptr
                      ? no_such_command(unknown)
                      : unknown + " calls no function of the device library");
         return kUnknownCommand;
     }
-    if (!conformance.commands.empty()) {
-        std::erase_if(checks, [&](const Check &check) { return !is_named(check, conformance); });
+    if (!options.commands.empty()) {
+        std::erase_if(checks, [&](const Check &check) { return !is_named(check, options); });
     }
 
     const StopSignals stop;
     ReplyOutput output;
-    const CheckResults results = results_of(checks, options, stop);
-    if (!output.write_line(table_of(results, options.host.verbose), &stop)) {
+    const CheckResults results = results_of(checks, host, options, stop);
+    if (!output.write_line(table_of(results, host.verbose), &stop)) {
         complain("nobody reads the table");
         return kCannotWrite;
     }
-    if (!write_junit(results, options)) {
+    if (!write_junit(results, host, options.junit)) {
         return kCannotWrite;
     }
     if (stop.arrived() != 0) {

@@ -1,12 +1,23 @@
 // hgagent conformance: tests a device library against what the plug-in relies on.
 #pragma once
 
-#include "commands/options.h"
+#include "host/options.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
 
 namespace agent {
 
+struct ConformanceOptions {
+    bool allow_writes = false;
+    std::vector<std::string> commands; // empty: all that can be undone
+    int32_t patience = 60;             // seconds for one check
+    std::string junit;                 // file; empty: none
+};
+
 // Runs the checks, each of which a broken library may crash or hang, and prints what came of them.
 // Result: the exit status.
-int run_conformance(const Options &options);
+int run_conformance(const HostOptions &host, const ConformanceOptions &options);
 
 } // namespace agent

@@ -1,12 +1,8 @@
 // hg-conformance, the test of device libraries as a program of its own: what runs on a router,
 // where the reference agent's libraries are not. It does what "hgagent conformance" does.
-#include "commands/options.h"
 #include "conformance/conformance.h"
-#include "host/plugin_host.h"
-#include "host/workers.h"
-#include "io/error_output.h"
+#include "host/program.h"
 #include "io/exit_status.h"
-#include "io/streams.h"
 #include "io/text.h"
 #include "protocol/log_sink.h"
 
@@ -14,11 +10,8 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <getopt.h>
-#include <new>
 #include <optional>
-#include <unistd.h>
 
 namespace {
 
@@ -65,8 +58,6 @@ constexpr option kOptions[] = {
     {},
 };
 
-// Has room for the names of all that a library may lack.
-constexpr size_t kMaxHostError = 65536;
 constexpr int32_t kMostSeconds = 86400;
 
 // Nothing for what is no number in the range.
@@ -81,10 +72,16 @@ std::optional<int32_t> number(const char *text, int32_t least, int32_t most)
     return static_cast<int32_t>(value);
 }
 
+struct Options {
+    agent::HostOptions host;
+    agent::ConformanceOptions conformance;
+    int32_t log_level = 3;
+};
+
 // Nothing when all has been said; then exit_status is what the process ends with.
-std::optional<agent::Options> parse(int count, char **words, int &exit_status)
+std::optional<Options> parse(int count, char **words, int &exit_status)
 {
-    agent::Options options;
+    Options options;
     agent::ConformanceOptions &conformance = options.conformance;
     std::optional<int32_t> patience = conformance.patience;
     std::optional<int32_t> level = options.log_level;
@@ -142,44 +139,20 @@ std::optional<agent::Options> parse(int count, char **words, int &exit_status)
     return options;
 }
 
-// Whatever goes wrong is said in a sentence.
 int run(int count, char **words)
 {
-    try {
-        agent::secure_standard_streams();
-        agent::open_error_output();
-        int exit_status = agent::kSuccess;
-        const auto options = parse(count, words, exit_status);
-        if (!options) {
-            return exit_status;
-        }
-        agent::set_log({options->log_level, false});
-        return agent::run_conformance(*options);
-    } catch (const agent::HostError &problem) {
-        agent::complain(problem.what(), kMaxHostError);
-        return problem.status();
-    } catch (const agent::StreamError &problem) {
-        agent::complain(problem.what());
-        return agent::kCannotWrite;
-    } catch (const std::bad_alloc &) {
-        agent::complain_of_memory();
-        return agent::kOutOfMemory;
-    } catch (const std::exception &problem) { // of the system, while the libraries are brought up
-        agent::complain(problem.what());
-        return agent::kCannotLoad;
+    int exit_status = agent::kSuccess;
+    const auto options = parse(count, words, exit_status);
+    if (!options) {
+        return exit_status;
     }
+    agent::set_log({options->log_level, false});
+    return agent::run_conformance(options->host, options->conformance);
 }
 
 } // namespace
 
 int main(int count, char **words)
 {
-    const int exit_status = run(count, words);
-    agent::finish_error_output();
-    if (agent::has_other_threads()) {
-        // A worker of the plug-in may still run: nothing that it uses may be taken from it.
-        fflush(nullptr);
-        _exit(exit_status);
-    }
-    return exit_status;
+    return agent::run_program([&] { return run(count, words); });
 }

@@ -1,13 +1,33 @@
-// What came of the checks of a device library: as a table, and in JUnit's format.
+// The checks of a device library and their results: as a table, and in JUnit's format.
 #pragma once
 
-#include "conformance/result.h"
+#include "protocol/protocol.h"
 
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace agent {
+
+// The check that all functions are there.
+constexpr char kFunctions[] = "functions";
+
+// What is checked: a command, a report, or the functions as such.
+struct Check {
+    std::string name;
+    std::string subject;
+    const Description *command = nullptr;
+    std::string report = {}; // its name
+};
+
+enum class Verdict { kPassed, kFailed, kNotSupported, kSkipped };
+
+struct CheckResult {
+    Verdict verdict = Verdict::kPassed;
+    std::vector<std::string> details;       // one line each
+    std::vector<std::string> names = {};    // what the table only counts, unless all is wanted
+    std::vector<std::string> warnings = {}; // one line each; no part of the verdict
+};
 
 using CheckResults = std::vector<std::pair<Check, CheckResult>>;
 

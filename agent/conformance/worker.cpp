@@ -1,7 +1,6 @@
 #include "conformance/worker.h"
 
 #include "conformance/checks.h"
-#include "conformance/report.h"
 #include "io/text.h"
 
 #include <algorithm>
@@ -65,10 +64,10 @@ class Teller {
 };
 
 [[noreturn]] void work(const Teller &teller, const std::vector<Check> &checks, size_t first,
-                       const Options &options, const StopSignals &stop)
+                       const HostOptions &options, const StopSignals &stop)
 {
     try {
-        CheckedHost host(options.host,
+        CheckedHost host(options,
                          {[&](const std::string &function) { teller.say(kCalls, function); },
                           [&] { teller.say(kAnswered); },
                           [&](const std::string &reason) { teller.say(kReason, reason); },
@@ -108,9 +107,9 @@ std::string name_of_signal(int signal)
 // The process, and what it has said of the check at hand.
 class CheckProcess {
   public:
-    CheckProcess(const std::vector<Check> &checks, size_t first, const Options &options,
-                 const StopSignals &stop)
-        : stop_(stop), patience_(options.conformance.patience)
+    CheckProcess(const std::vector<Check> &checks, size_t first, const HostOptions &host,
+                 std::chrono::seconds patience, const StopSignals &stop)
+        : stop_(stop), patience_(patience)
     {
         int ends[2];
         if (pipe2(ends, O_CLOEXEC) != 0) {
@@ -119,7 +118,7 @@ class CheckProcess {
         process_ = fork();
         if (process_ == 0) {
             close(ends[0]);
-            work(Teller(ends[1]), checks, first, options, stop);
+            work(Teller(ends[1]), checks, first, host, stop);
         }
         close(ends[1]);
         pipe_ = ends[0];
@@ -324,14 +323,15 @@ class CheckProcess {
 
 } // namespace
 
-void run_checks(const std::vector<Check> &checks, const Options &options, const StopSignals &stop,
+void run_checks(const std::vector<Check> &checks, const HostOptions &host,
+                std::chrono::seconds patience, const StopSignals &stop,
                 const std::function<void(const Check &, CheckResult)> &take)
 {
     signal(SIGCHLD,
            SIG_DFL); // or, if we were started otherwise, nobody learns how a worker has ended
     size_t next = 0;
     while (next < checks.size() && stop.arrived() == 0) {
-        CheckProcess process(checks, next, options, stop);
+        CheckProcess process(checks, next, host, patience, stop);
         process.await_up();
         while (next < checks.size() && process.is_alive()) {
             std::optional<CheckResult> result = process.next_result();

@@ -1,5 +1,5 @@
 // What the agent provides for notices to the app.
-#include "commands/notice.h"
+#include "host/notice_receiver.h"
 #include "smart_router_service/host_agent.h"
 
 #include <climits>

@@ -1,6 +1,7 @@
 #include "host/plugin_host.h"
 
 #include "host/device_trace.h"
+#include "host/device_watch.h"
 #include "host/library_file.h"
 #include "io/text.h"
 #include "protocol/device_layout.h"
@@ -186,14 +187,14 @@ void DeviceLibrary::put_stages(const HostOptions &options, const DeviceWatcher *
     if (options.trace && may_trace) {
         trace_ = &add_stage<DeviceTrace>(*stages.back(), *options.trace, options.show_secrets);
     }
-    is_watched_ = watcher != nullptr;
+    has_watcher_ = watcher != nullptr;
 }
 
 // The layer has every function: a plug-in could no longer be told that the device library lacks
 // one.
 void DeviceLibrary::require_functions(const std::string &plugin, bool verbose) const
 {
-    if (trace_ == nullptr || is_watched_) { // the watch has to see which are called
+    if (trace_ == nullptr || has_watcher_) { // the watch has to see which are called
         return;
     }
     std::vector<std::string> missing;
@@ -236,6 +237,7 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     gateway.show_secrets = options.show_secrets ? 1 : 0;
     gateway.firmware_folder = text_or_null(options.firmware_folder);
     gateway.firmware_key = text_or_null(options.firmware_key);
+    gateway.reboot_seconds = options.reboot_seconds.value_or(0);
     char error[kMaxGatewayError] = "";
     if (open(&gateway, error, sizeof(error)) != 0) {
         throw HostError(kCannotLoad, error);

@@ -1,8 +1,7 @@
 // The two libraries in one process: the device library, and the plug-in on top of it.
 #pragma once
 
-#include "commands/options.h"
-#include "host/device_watch.h"
+#include "host/options.h"
 #include "io/exit_status.h"
 
 #include <cjson/cJSON.h>
@@ -13,6 +12,7 @@
 namespace agent {
 
 class DeviceTrace;
+struct DeviceWatcher;
 
 // Why the libraries could not be brought up, and what the agent ends with.
 class HostError : public std::runtime_error {
@@ -50,7 +50,7 @@ class DeviceLibrary {
 
     void *library_;
     DeviceTrace *trace_ = nullptr;
-    bool is_watched_ = false;
+    bool has_watcher_ = false;
     void (*close_)() = nullptr;
 };
 

@@ -1,6 +1,5 @@
 #include "host/report_builders.h"
 
-#include "commands/report.h"
 #include "smart_router_service/processjsonability.h"
 
 #include <algorithm>

@@ -10,6 +10,11 @@
 
 namespace agent {
 
+// The report that speaks of one router.
+constexpr char kStations[] = "stations";
+// Its router where no other is asked for: the first entry of the tree is the main router.
+constexpr char kMainRouterPath[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
+
 struct ReportBuilder {
     const char *name;
     const char *summary;

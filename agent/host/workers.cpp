@@ -4,6 +4,7 @@
 #include "io/text.h"
 #include "simulated_gateway/simulated_gateway.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iterator>
@@ -16,6 +17,7 @@
 #include <system_error>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace agent {
 
@@ -23,14 +25,20 @@ namespace {
 
 // A worker holds a mutex of the plug-in's from before its command's reply to its own end.
 struct Worker {
+    const char *name;
     const char *mutex;
     const char *waiting;
 };
 
 constexpr Worker kWorkers[] = {
-    {"setwifilistlock", "waiting for the Wi-Fi settings to be applied"},
-    {"downimagelock", "waiting for the firmware to be installed"},
+    {"wifi-batch", "setwifilistlock", "waiting for the Wi-Fi settings to be applied"},
+    {"firmware", "downimagelock", "waiting for the firmware to be installed"},
 };
+
+pthread_mutex_t *mutex_of(const Worker &worker, const PluginHost &host)
+{
+    return static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+}
 
 // A mutex cannot be waited for together with signals: it is tried again and again instead.
 constexpr std::chrono::milliseconds kPause(50);
@@ -46,7 +54,7 @@ bool is_held(pthread_mutex_t *mutex)
 
 void await(const Worker &worker, const PluginHost &host, const StopSignals &stop)
 {
-    auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+    pthread_mutex_t *mutex = mutex_of(worker, host);
     if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
         return;
     }
@@ -121,6 +129,29 @@ class TransferGuard {
 
 } // namespace
 
+WorkerWatch::WorkerWatch(const PluginHost &host)
+{
+    static_assert(std::tuple_size_v<decltype(workers_)> == std::size(kWorkers));
+    for (size_t at = 0; at < workers_.size(); ++at) {
+        workers_[at] = {kWorkers[at].name, mutex_of(kWorkers[at], host)};
+    }
+}
+
+void WorkerWatch::look(const Changed &changed)
+{
+    for (Watched &worker : workers_) {
+        const bool is_at_work = worker.mutex != nullptr && is_held(worker.mutex);
+        if (std::exchange(worker.is_at_work, is_at_work) != is_at_work) {
+            changed(worker.name, is_at_work);
+        }
+    }
+}
+
+bool WorkerWatch::any_at_work() const
+{
+    return std::ranges::any_of(workers_, &Watched::is_at_work);
+}
+
 int until_workers_end(const PluginHost &host, const StopSignals &stop,
                       const std::function<int()> &work)
 {
@@ -139,7 +170,7 @@ int until_workers_end(const PluginHost &host, const StopSignals &stop,
 void await_workers(const PluginHost &host)
 {
     for (const Worker &worker : kWorkers) {
-        auto *mutex = static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
+        pthread_mutex_t *mutex = mutex_of(worker, host);
         while (mutex != nullptr && is_held(mutex)) {
             std::this_thread::sleep_for(kPause);
         }

@@ -4,9 +4,31 @@
 #include "host/plugin_host.h"
 #include "io/streams.h"
 
+#include <array>
 #include <functional>
+#include <pthread.h>
 
 namespace agent {
+
+// Notices when a worker starts and when it ends. Only for the thread that runs the commands.
+class WorkerWatch {
+  public:
+    explicit WorkerWatch(const PluginHost &host);
+
+    // Calls changed for each worker that was at work the last time and is not now, or the other
+    // way round. One that did all its work in between is not noticed.
+    using Changed = std::function<void(const char *worker, bool is_at_work)>;
+    void look(const Changed &changed);
+    bool any_at_work() const;
+
+  private:
+    struct Watched {
+        const char *name;
+        pthread_mutex_t *mutex; // null: this plug-in has none
+        bool is_at_work = false;
+    };
+    std::array<Watched, 2> workers_;
+};
 
 // Does the work, which may start workers, and then waits until none is at work any more, or a
 // signal arrives. Result: the exit status: that of the work, or that of the signal.

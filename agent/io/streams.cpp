@@ -11,8 +11,10 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <sys/uio.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace agent {
 
@@ -91,12 +93,17 @@ int StopSignals::arrived() const
     return 0;
 }
 
-bool StopSignals::wait_for(int descriptor, short events) const
+StopSignals::Wait StopSignals::wait_for(int descriptor, short events,
+                                        std::chrono::milliseconds time) const
 {
     for (;;) {
         std::array<pollfd, 3> all = {pollfd{descriptor, events, 0}, pollfd{descriptor_, POLLIN, 0},
                                      pollfd{unwritten_error_output(), POLLOUT, 0}};
-        if (poll(all.data(), all.size(), -1) < 0) {
+        const int ready = poll(all.data(), all.size(), static_cast<int>(time.count()));
+        if (ready == 0) {
+            return Wait::kTime;
+        }
+        if (ready < 0) {
             if (errno != EINTR) {
                 fail("cannot wait for input or output");
             }
@@ -109,7 +116,7 @@ bool StopSignals::wait_for(int descriptor, short events) const
             seen_ = true;
         }
         if (all[0].revents != 0 || all[1].revents != 0) {
-            return all[0].revents != 0;
+            return all[0].revents != 0 ? Wait::kReady : Wait::kSignal;
         }
     }
 }
@@ -141,11 +148,12 @@ void LineReader::forget()
     given_ = begin_;
 }
 
-// Adds what there is to read to the buffer. Result: false when a signal came first.
-bool LineReader::fill()
+// Adds what there is to read to the buffer, once there is something.
+StopSignals::Wait LineReader::fill(std::chrono::milliseconds time)
 {
-    if (!stop_.wait_for(STDIN_FILENO, POLLIN)) {
-        return false;
+    const StopSignals::Wait waited = stop_.wait_for(STDIN_FILENO, POLLIN, time);
+    if (waited != StopSignals::Wait::kReady) {
+        return waited;
     }
     if (begin_ > 0) {
         const size_t kept = end_ - begin_;
@@ -158,21 +166,21 @@ bool LineReader::fill()
     const size_t count = read_some(STDIN_FILENO, kStandardInput, buffer_.get() + end_, kReadSize);
     end_ += count;
     ended_ = count == 0;
-    return true;
+    return waited;
 }
 
-LineReader::Result LineReader::next(std::string_view &line)
+LineReader::Result LineReader::next(std::string_view &line, std::chrono::milliseconds time)
 {
-    bool too_long = false;
     size_t searched = 0; // bytes of the line that hold no line end
     forget();
     while (!stop_.seen()) {
         const std::string_view unread(buffer_.get() + begin_, end_ - begin_);
         const size_t length = std::min(unread.find('\n', searched), unread.size());
         const bool has_end = length < unread.size();
-        const bool started = too_long || length > 0;
-        too_long = too_long || length > max_line_;
+        const bool started = too_long_ || length > 0;
+        too_long_ = too_long_ || length > max_line_;
         if (has_end || (ended_ && started)) {
+            const bool too_long = std::exchange(too_long_, false);
             line = too_long ? "" : unread.substr(0, length);
             begin_ += length + (has_end ? 1 : 0);
             return too_long ? Result::kTooLong : Result::kLine;
@@ -180,12 +188,16 @@ LineReader::Result LineReader::next(std::string_view &line)
         if (ended_) {
             return Result::kEnd;
         }
-        if (too_long) {
+        if (too_long_) {
             begin_ += length;
             forget();
         }
         searched = end_ - begin_;
-        if (!fill()) {
+        const StopSignals::Wait waited = fill(time);
+        if (waited == StopSignals::Wait::kTime) {
+            return Result::kNothing;
+        }
+        if (waited == StopSignals::Wait::kSignal) {
             break;
         }
     }
@@ -220,18 +232,30 @@ size_t size_of(std::initializer_list<std::string_view> pieces)
     return size;
 }
 
-// Copies of what the pieces are together, from the place on, as much as there is room for. Result:
-// how much.
-size_t copy_from(std::initializer_list<std::string_view> pieces, size_t place, std::span<char> to)
+// What is written at once: parts of pieces, no more than a pipe that is ready takes without
+// waiting.
+struct Portion {
+    std::array<iovec, 8> parts;
+    int count = 0;
+};
+
+// The pieces together, from the place on, as much as fits.
+Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place)
 {
-    size_t copied = 0;
+    Portion portion;
+    size_t room = PIPE_BUF;
     for (const std::string_view piece : pieces) {
-        if (place < piece.size()) {
-            copied += piece.copy(to.data() + copied, to.size() - copied, place);
+        const size_t skipped = std::min(place, piece.size());
+        const size_t length = std::min(piece.size() - skipped, room);
+        place -= skipped;
+        if (length > 0 && static_cast<size_t>(portion.count) < portion.parts.size()) {
+            // writev() takes what it does not change by a pointer to what it might
+            portion.parts[static_cast<size_t>(portion.count++)] = {
+                const_cast<char *>(piece.data()) + skipped, length};
+            room -= length;
         }
-        place -= std::min(place, piece.size());
     }
-    return copied;
+    return portion;
 }
 
 } // namespace
@@ -251,18 +275,13 @@ bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const St
         if (given_up_) {
             return false;
         }
-        // A pipe that is ready takes so much without waiting; more could wait for ever.
-        char portion[PIPE_BUF];
-        const size_t length = copy_from(pieces, done, portion);
-        const ssize_t written = ::write(descriptor_, portion, length);
-        const int reason = errno;
-        explicit_bzero(portion, length); // replies tell passwords
+        const Portion portion = portion_of(pieces, done); // more could wait for ever
+        const ssize_t written = writev(descriptor_, portion.parts.data(), portion.count);
         if (written >= 0) {
             done += static_cast<size_t>(written);
-        } else if (reason == EPIPE || reason == EBADF) {
+        } else if (errno == EPIPE || errno == EBADF) {
             return false;
-        } else if (reason != EINTR && reason != EAGAIN) {
-            errno = reason;
+        } else if (errno != EINTR && errno != EAGAIN) {
             fail("cannot write to standard output");
         }
     }

@@ -40,7 +40,14 @@ class StopSignals {
     // Waits until the descriptor is ready for the poll() events, or until a signal arrives; what
     // has not been written to standard error is, meanwhile. Result: whether the descriptor is
     // ready.
-    bool wait_for(int descriptor, short events) const;
+    bool wait_for(int descriptor, short events) const
+    {
+        return wait_for(descriptor, events, kForEver) == Wait::kReady;
+    }
+    // The same, but waits no longer than the time.
+    enum class Wait { kReady, kSignal, kTime };
+    static constexpr std::chrono::milliseconds kForEver{-1};
+    Wait wait_for(int descriptor, short events, std::chrono::milliseconds time) const;
 
     // Whether a signal had arrived when somebody last waited. Costs nothing, unlike arrived().
     bool seen() const { return seen_; }
@@ -57,7 +64,7 @@ class StopSignals {
 // for the longest line is allocated at the start, so that reading needs no memory later on.
 class LineReader {
   public:
-    enum class Result { kLine, kTooLong, kEnd, kStopped };
+    enum class Result { kLine, kTooLong, kEnd, kStopped, kNothing };
 
     LineReader(const StopSignals &stop, size_t max_line);
     ~LineReader();
@@ -65,19 +72,21 @@ class LineReader {
     LineReader &operator=(const LineReader &) = delete;
 
     // On kLine, line is the line without its end; the last one need not have any. It is wiped from
-    // memory by the next call. Throws StreamError.
-    Result next(std::string_view &line);
+    // memory by the next call. kNothing: there is none yet, and none came for so long. Throws
+    // StreamError.
+    Result next(std::string_view &line, std::chrono::milliseconds time = StopSignals::kForEver);
 
   private:
-    bool fill();
+    StopSignals::Wait fill(std::chrono::milliseconds time);
     void forget();
 
     const StopSignals &stop_;
     const size_t max_line_;
     const std::unique_ptr<char[]> buffer_;
-    size_t given_ = 0; // where the line starts that has been handed out
-    size_t begin_ = 0; // where the next line starts
-    size_t end_ = 0;   // of what has been read
+    size_t given_ = 0;      // where the line starts that has been handed out
+    size_t begin_ = 0;      // where the next line starts
+    size_t end_ = 0;        // of what has been read
+    bool too_long_ = false; // the line that is being read
     bool ended_ = false;
 };
 

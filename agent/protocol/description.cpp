@@ -20,6 +20,11 @@ std::vector<std::string> Description::texts() const
     return texts;
 }
 
+int64_t Description::number() const
+{
+    return cJSON_IsNumber(part_) != 0 ? static_cast<int64_t>(part_->valuedouble) : 0;
+}
+
 std::string Description::as_json() const
 {
     const std::unique_ptr<char, decltype(&cJSON_free)> text(cJSON_PrintUnformatted(part_),

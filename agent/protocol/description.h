@@ -1,9 +1,10 @@
-// A part of a command's description: an object, a list, a text or a flag in a tree of cJSON's. What
-// is not there is an empty part.
+// A part of the description of a command or an event: an object, a list, a text or a flag in a tree
+// of cJSON's. What is not there is an empty part.
 #pragma once
 
 #include <cjson/cJSON.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,7 @@ class Description {
     std::string text() const;               // empty for what is no text
     std::vector<std::string> texts() const; // of a list
     bool is_true() const { return cJSON_IsTrue(part_) != 0; }
+    int64_t number() const; // 0 for what is no number
     std::string as_json() const;
 
     friend bool operator==(const Description &part, std::string_view text)

@@ -3,6 +3,8 @@
 #include "io/text.h"
 #include "protocol/json.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -11,14 +13,15 @@ namespace agent {
 
 namespace {
 
-std::string print_bytes(const cJSON *item, bool indented)
+using PrintedText = std::unique_ptr<char, decltype(&cJSON_free)>;
+
+PrintedText print_bytes(const cJSON *item, bool indented)
 {
-    const std::unique_ptr<char, decltype(&cJSON_free)> text(
-        indented ? cJSON_Print(item) : cJSON_PrintUnformatted(item), cJSON_free);
+    PrintedText text(indented ? cJSON_Print(item) : cJSON_PrintUnformatted(item), cJSON_free);
     if (text == nullptr) {
         throw std::bad_alloc();
     }
-    return text.get();
+    return text;
 }
 
 // The text as UTF-8, for an item to own.
@@ -54,20 +57,61 @@ void make_utf8(cJSON *item)
     }
 }
 
-} // namespace
-
-std::string print(const cJSON *item, const Form &form)
+Json copy_in_utf8(const cJSON *item)
 {
-    std::string text = print_bytes(item, form.indented);
-    if (form.raw_bytes || is_valid_utf8(text)) {
-        return text;
-    }
-    const Json copy(cJSON_Duplicate(item, 1));
+    Json copy(cJSON_Duplicate(item, 1));
     if (copy == nullptr) {
         throw std::bad_alloc();
     }
     make_utf8(copy.get());
-    return print_bytes(copy.get(), form.indented);
+    return copy;
+}
+
+} // namespace
+
+std::string print(const cJSON *item, const Form &form)
+{
+    const PrintedText text = print_bytes(item, form.indented);
+    if (form.raw_bytes || is_valid_utf8(text.get())) {
+        return text.get();
+    }
+    return print_bytes(copy_in_utf8(item).get(), form.indented).get();
+}
+
+std::string_view ReplyPrinter::print(const cJSON *reply, bool raw_bytes)
+{
+    print_bytes(reply);
+    if (!raw_bytes && !is_valid_utf8({memory_.get(), used_})) {
+        print_bytes(copy_in_utf8(reply).get());
+    }
+    return {memory_.get(), used_};
+}
+
+void ReplyPrinter::print_bytes(const cJSON *item)
+{
+    constexpr size_t most = INT_MAX;
+    constexpr size_t spare = 256; // cJSON wants some more than the text takes
+    forget();
+    const auto room = static_cast<int>(std::min(size_, most));
+    if (cJSON_PrintPreallocated(const_cast<cJSON *>(item), memory_.get(), room, 0) == 0) {
+        used_ = size_;
+        forget(); // what there was room for
+        const PrintedText text = agent::print_bytes(item, false);
+        const size_t length = strlen(text.get());
+        const size_t size = length + length / 4 + spare;
+        memory_ = std::make_unique_for_overwrite<char[]>(size);
+        size_ = size;
+        memcpy(memory_.get(), text.get(), length + 1);
+    }
+    used_ = strlen(memory_.get());
+}
+
+void ReplyPrinter::forget()
+{
+    if (used_ > 0) { // else there may be no memory yet
+        explicit_bzero(memory_.get(), used_);
+    }
+    used_ = 0;
 }
 
 std::string quoted(std::string_view text)

@@ -1,10 +1,12 @@
 #include "protocol/protocol.h"
 
 #include "embedded/protocol_commands.h"
+#include "embedded/protocol_events.h"
 #include "io/text.h"
 #include "protocol/json.h"
 
 #include <algorithm>
+#include <span>
 
 namespace agent {
 
@@ -14,16 +16,26 @@ constexpr size_t kMaxNearest = 3;
 // No command's name is longer; comparing more of a hostile name would only take time.
 constexpr size_t kMaxCompared = 64;
 
-std::vector<Description> parse_descriptions()
+constexpr std::chrono::seconds kUsualTime(30);
+
+// In the order of their names, which stand under the key.
+std::vector<Description> parse_descriptions(std::span<const embedded::Text> files, const char *key)
 {
     static std::vector<Json> trees; // what the descriptions are parts of
     std::vector<Description> all;
-    for (const embedded::Text &file : embedded::protocol_commands()) {
+    for (const embedded::Text &file : files) {
         trees.emplace_back(cJSON_ParseWithLength(file.text.data(), file.text.size()));
         all.emplace_back(trees.back().get());
     }
-    std::ranges::sort(all, {}, [](const Description &one) { return one["command"].text(); });
+    std::ranges::sort(all, {}, [&](const Description &one) { return one[key].text(); });
     return all;
+}
+
+const Description *find(const std::vector<Description> &all, const char *key, std::string_view name)
+{
+    const auto found = std::ranges::find_if(
+        all, [&](const Description &description) { return description[key] == name; });
+    return found != all.end() ? &*found : nullptr;
 }
 
 void collect_secret_keys(const Description &part, std::set<std::string> &keys)
@@ -40,17 +52,40 @@ void collect_secret_keys(const Description &part, std::set<std::string> &keys)
 
 const std::vector<Description> &descriptions()
 {
-    static const std::vector<Description> all = parse_descriptions();
+    static const std::vector<Description> all =
+        parse_descriptions(embedded::protocol_commands(), "command");
     return all;
 }
 
 const Description *find_description(std::string_view command)
 {
-    const auto &all = descriptions();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const Description &description) {
-        return description["command"] == command;
-    });
-    return found != all.end() ? &*found : nullptr;
+    return find(descriptions(), "command", command);
+}
+
+std::chrono::seconds seconds_of(std::string_view command)
+{
+    const Description *description = find_description(command);
+    return description != nullptr && description->contains("seconds")
+               ? std::chrono::seconds((*description)["seconds"].number())
+               : kUsualTime;
+}
+
+bool may_change(std::string_view command)
+{
+    const Description *description = find_description(command);
+    return description == nullptr || (*description)["effect"] != "none";
+}
+
+const std::vector<Description> &events()
+{
+    static const std::vector<Description> all =
+        parse_descriptions(embedded::protocol_events(), "event");
+    return all;
+}
+
+const Description *find_event(std::string_view event)
+{
+    return find(events(), "event", event);
 }
 
 std::vector<std::string> nearest_commands(std::string_view name)

@@ -35,7 +35,8 @@ struct Notice {
 };
 
 // One line that serve reads: {"id": ANY, "command": "NAME", "params": {…}}, or instead of a command
-// {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}.
+// {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}},
+// {"id": ANY, "report": "NAME", "params": {…}} or {"id": ANY, "hello": {}}.
 struct Call {
     // Texts of the line itself, so that no number loses a digit.
     std::string_view id = "null";
@@ -43,6 +44,8 @@ struct Call {
     std::string command;
     Json params;
     std::optional<Notice> notice;
+    std::optional<std::string> report;
+    bool is_hello = false;
     std::string error; // what is wrong with the call; empty when nothing is
 };
 

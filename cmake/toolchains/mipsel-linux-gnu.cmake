@@ -1,4 +1,4 @@
-# 32-bit little-endian MIPS with Debian's cross compiler; qemu runs what is built.
+# 32-bit little-endian MIPS with Debian's cross compiler; programs are run by qemu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR mipsel)
 set(CMAKE_C_COMPILER mipsel-linux-gnu-gcc)

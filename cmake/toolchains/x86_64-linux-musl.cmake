@@ -1,5 +1,5 @@
-# The C library musl in place of glibc, by Debian's musl-tools. There is no C++ library for it, and the
-# plug-in needs none.
+# The C library musl instead of glibc, with Debian's musl-tools. There is no C++ library for it, and the
+# plug-in does not need one.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER musl-gcc)

@@ -1,10 +1,10 @@
-/* What this library supports: the functions of the command GET_SN_INFO, of which there is one. */
+/* What this library supports: the one device function of the command GET_SN_INFO. */
 #include "smart_router_service/device_access.h"
 
 #include <string.h>
 
-/* On a router these come from where the board keeps them. Each fits its field, and the record is
- * zero before, so that the texts end. */
+/* On a router, these are read from the board. Each fits its field, and the record has been zeroed,
+ * so that the texts end in NUL. */
 #define BOARD_MAC "02:00:5E:10:00:01"
 #define BOARD_DEVICE_TYPE "EXAMPLE-1"
 

@@ -1,9 +1,9 @@
 /*
- * Every device function, answering that it is not supported: -1, with nothing written.
- * device_functions.h has all of them, so none is ever missing.
+ * Every device function, with the result for one that is not supported: -1, with nothing written.
+ * device_functions.h lists all of them, so none is ever missing.
  *
- * The functions are weak. One that another file of the library defines takes the place of its own
- * here; in this way a library grows function by function.
+ * The functions are weak: a function that another file of the library defines replaces the one
+ * here, so a library can be written function by function.
  */
 #include "smart_router_service/device_access.h"
 
@@ -21,8 +21,8 @@
 
 DEVICE_FUNCTIONS(NOT_SUPPORTED)
 
-/* The version of device_access.h that the library is built with: agents refuse one that does not
- * fit. */
+/* The version of device_access.h that the library is built with: agents refuse one that is not
+ * compatible. */
 __attribute__((weak)) int32_t device_access_version(void)
 {
     return DEVICE_ACCESS_VERSION;

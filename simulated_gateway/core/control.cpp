@@ -1,9 +1,11 @@
 // The control interface: settings from the host and the environment, and the one open gateway.
 #include "core/control.h"
 
+#include "core/fields.h"
 #include "io/clock.h"
 #include "simulated_gateway/simulated_gateway.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -60,7 +62,7 @@ std::optional<int64_t> number_in(const char *variable, const Range &range, const
     int64_t number = 0;
     const char *end = text->data() + text->size();
     const auto [rest, error] = std::from_chars(text->data(), end, number);
-    if (error != std::errc() || rest != end || !complaint(number, range).empty()) {
+    if (error != std::errc() || rest != end || !validation_error(number, range).empty()) {
         throw Error(std::string(variable) + ": " + in_quotes(*text) + " is no " + meaning);
     }
     return number;
@@ -131,6 +133,7 @@ Settings settings_from(const SimulatedGatewayOptions &options)
     settings.fixed_time =
         number_in("SIMULATED_GATEWAY_TIME", {0, INT64_MAX}, "number of seconds since 1970");
     settings.fetch_limits = fetch_limits(options.firmware_folder);
+    settings.reboot_seconds = std::max(options.reboot_seconds, 0);
     settings.firmware_key =
         given("firmware key", options.firmware_key, "SIMULATED_GATEWAY_FIRMWARE_KEY");
     return settings;
@@ -203,9 +206,13 @@ void simulated_gateway_end_transfers()
 
 void simulated_gateway_power_cycle()
 {
-    const std::lock_guard lock(control().mutex);
-    if (control().gateway != nullptr) {
-        control().gateway->power_cycle();
+    // Without the lock of the control, as when closing: the host is told of it.
+    const std::shared_ptr<Gateway> gateway = [] {
+        const std::lock_guard lock(control().mutex);
+        return control().gateway;
+    }();
+    if (gateway != nullptr) {
+        gateway->power_cycle();
     }
 }
 

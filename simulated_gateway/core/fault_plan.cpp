@@ -18,7 +18,7 @@ constexpr std::string_view kFunctions[] = {
 
 constexpr int64_t kLongestDelayMs = 3'600'000;
 
-// Takes a number off the front of the text.
+// Removes a number from the start of the text.
 int64_t take_number(std::string_view &text, int64_t least, int64_t most, const char *meaning)
 {
     int64_t number = 0;
@@ -53,11 +53,11 @@ Fault parse_fault(std::string_view text)
     if (take(text, "@")) {
         fault.delay = std::chrono::milliseconds(take_number(text, 0, kLongestDelayMs, "delay"));
         if (!take(text, "ms")) {
-            throw Error("the delay needs \"ms\" behind it");
+            throw Error("the delay needs \"ms\" after it");
         }
     }
     if (!text.empty()) {
-        throw Error("there is something behind the end, " + in_quotes(text));
+        throw Error("there is extra text at the end, " + in_quotes(text));
     }
     return fault;
 }
@@ -85,7 +85,7 @@ void FaultPlan::add(std::string_view text)
     }
 }
 
-std::optional<Fault> FaultPlan::next(const std::string &function)
+std::optional<Fault> FaultPlan::next(std::string_view function)
 {
     const auto planned = faults_.find(function);
     if (planned == faults_.end() || planned->second.empty()) {

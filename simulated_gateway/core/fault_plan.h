@@ -1,4 +1,4 @@
-// The fault plan: which device calls fail instead of doing their work.
+// The fault plan: which device calls fail instead of being executed.
 #pragma once
 
 #include <chrono>
@@ -13,21 +13,21 @@ namespace simulated_gateway {
 
 struct Fault {
     int32_t result = 0;
-    std::optional<int64_t> calls_left; // nothing: every call from now on
+    std::optional<int64_t> calls_left; // without a value: every call from now on
     std::chrono::milliseconds delay{0};
 };
 
 class FaultPlan {
   public:
-    // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]", behind what is planned for the function already.
+    // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]" after the faults already planned for the function.
     // Throws an Error that quotes it.
     void add(std::string_view text);
 
-    // What the function's next call has to answer; nothing when it may do its work.
-    std::optional<Fault> next(const std::string &function);
+    // The planned result of the function's next call; nothing if the call is to be executed.
+    std::optional<Fault> next(std::string_view function);
 
   private:
-    std::map<std::string, std::deque<Fault>> faults_;
+    std::map<std::string, std::deque<Fault>, std::less<>> faults_;
 };
 
 } // namespace simulated_gateway

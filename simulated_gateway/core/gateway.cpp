@@ -1,11 +1,15 @@
 #include "core/gateway.h"
 
+#include "core/fields.h"
 #include "core/refusal.h"
+#include "core/update_report.h"
 #include "io/clock.h"
 #include "model/check.h"
 #include "model/scenario.h"
+#include "simulation/life_cycle.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace simulated_gateway {
 namespace {
@@ -31,7 +35,8 @@ FirmwareStore::Router router_of(const State &state)
     return {state.home.identity.device_type, state.firmware.slot(state.firmware.running).rollback};
 }
 
-Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
+Gateway::Gateway(const Settings &settings)
+    : web_limits_(settings.fetch_limits), reboot_seconds_(settings.reboot_seconds)
 {
     fix_clock(settings.fixed_time);
     for (const std::string &fault : settings.faults) {
@@ -52,6 +57,7 @@ Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
                           : nullptr);
     if (!kept) {
         keep(new_state(settings.scenario.value_or(kDefaultScenario)));
+        has_rebooted_ = false; // it was switched on
         return;
     }
     if (settings.scenario && scenario_name(*settings.scenario) != kept->scenario) {
@@ -62,19 +68,19 @@ Gateway::Gateway(const Settings &settings) : web_limits_(settings.fetch_limits)
     state_ = std::move(*kept);
 }
 
-int32_t Gateway::query(const char *function, std::initializer_list<Argument> arguments,
-                       const std::function<int32_t(const State &)> &body)
+int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
+                     const std::function<int32_t(const State &)> &body)
 {
-    return run(function, arguments, [&](Lock &) {
+    return run_locked(function, arguments, [&](Lock &) {
         let_time_pass(state_);
         return body(state_);
     });
 }
 
-int32_t Gateway::setting(const char *function, std::initializer_list<Argument> arguments,
-                         const std::function<int32_t(State &)> &body)
+int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
+                     const std::function<int32_t(State &)> &body)
 {
-    return run(function, arguments, [&](Lock &) {
+    return run_locked(function, arguments, [&](Lock &) {
         State changed = state_;
         let_time_pass(changed);
         const int32_t result = body(changed);
@@ -85,10 +91,10 @@ int32_t Gateway::setting(const char *function, std::initializer_list<Argument> a
     });
 }
 
-int32_t Gateway::long_work(const char *function, std::initializer_list<Argument> arguments,
-                           const std::function<int32_t(Gateway &)> &body)
+int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
+                     const std::function<int32_t(Gateway &)> &body)
 {
-    return run(function, arguments, [&](Lock &lock) {
+    return run_locked(function, arguments, [&](Lock &lock) {
         // Without the lock for as long as this lives.
         struct LongCall {
             LongCall(Gateway &gateway, Lock &lock) : gateway_(gateway), lock_(lock)
@@ -135,8 +141,8 @@ void Gateway::wait(std::chrono::milliseconds time)
     }
 }
 
-int32_t Gateway::run(const char *function, std::initializer_list<Argument> arguments,
-                     const std::function<int32_t(Lock &)> &body)
+int32_t Gateway::run_locked(const char *function, std::initializer_list<Argument> arguments,
+                            const std::function<int32_t(Lock &)> &body)
 {
     const auto start = std::chrono::steady_clock::now();
     Trace::Call call = {function, arguments, false, -1, {}, {}};
@@ -164,13 +170,14 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
         }
     }
     const int64_t up = uptime();
-    lock.unlock();
+    end_change(lock);
 
     call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now() - start);
     trace_.call(up, call);
     if (call.result != 0 && !call.note.empty()) {
         report_refusal(function, call.note);
+        report_failed_update(function, call.note);
     }
     return call.result;
 }
@@ -184,6 +191,7 @@ void Gateway::keep(State changed)
     if (state_file_) {
         state_file_->save(changed);
     }
+    has_rebooted_ = has_rebooted_ || changed.boot_count != state_.boot_count;
     state_ = std::move(changed);
     if (!started.empty()) {
         trace_.event(uptime(), started.c_str());
@@ -215,9 +223,19 @@ int64_t Gateway::uptime() const
     return seconds_since(state_.boot_time);
 }
 
+// Lets go of the lock, and tells the host what it may not be told under it.
+void Gateway::end_change(Lock &lock)
+{
+    const bool has_rebooted = std::exchange(has_rebooted_, false);
+    lock.unlock();
+    if (has_rebooted) {
+        report_reboot(clock_runs() ? reboot_seconds_ : 0);
+    }
+}
+
 void Gateway::power_cycle()
 {
-    const std::lock_guard lock(mutex_);
+    Lock lock(mutex_);
     if (closed_) {
         return;
     }
@@ -229,6 +247,7 @@ void Gateway::power_cycle()
     } catch (const std::exception &failure) {
         trace_.event(uptime(), "power cycle failed", failure.what());
     }
+    end_change(lock);
 }
 
 void Gateway::end_transfers()

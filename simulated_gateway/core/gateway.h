@@ -1,15 +1,17 @@
 // One simulated gateway: its state, its fault plan, its trace.
 #pragma once
 
-#include "core/device_call.h"
+#include "core/arguments.h"
 #include "core/fault_plan.h"
 #include "core/trace.h"
 #include "firmware/store.h"
+#include "model/model.h"
 #include "model/state_file.h"
 
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -26,6 +28,7 @@ struct Settings {
     bool show_secrets = false;
     std::optional<int64_t> fixed_time;       // seconds since 1970, else the clock runs
     std::optional<std::string> firmware_key; // file
+    int32_t reboot_seconds = 0;
     FetchLimits fetch_limits;
 };
 
@@ -37,14 +40,14 @@ class Gateway {
     // Throws an Error when the settings do not hold.
     explicit Gateway(const Settings &settings);
 
-    // As query(), setting() and long_work() in device_call.h.
-    int32_t query(const char *function, std::initializer_list<Argument> arguments,
-                  const std::function<int32_t(const State &)> &body);
-    int32_t setting(const char *function, std::initializer_list<Argument> arguments,
-                    const std::function<int32_t(State &)> &body);
-
-    int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
-                      const std::function<int32_t(Gateway &)> &body);
+    // Run a device call, by what its body works on (device_call.h): the state that it looks at, the
+    // state that it changes, or the gateway, without its lock.
+    int32_t run(const char *function, std::initializer_list<Argument> arguments,
+                const std::function<int32_t(const State &)> &body);
+    int32_t run(const char *function, std::initializer_list<Argument> arguments,
+                const std::function<int32_t(State &)> &body);
+    int32_t run(const char *function, std::initializer_list<Argument> arguments,
+                const std::function<int32_t(Gateway &)> &body);
 
     // For the bodies of long work: the state at this moment, and a step of change as in a setting,
     // which throws an Error when the change did not take effect.
@@ -71,18 +74,21 @@ class Gateway {
 
   private:
     using Lock = std::unique_lock<std::mutex>;
-    int32_t run(const char *function, std::initializer_list<Argument> arguments,
-                const std::function<int32_t(Lock &)> &body);
+    int32_t run_locked(const char *function, std::initializer_list<Argument> arguments,
+                       const std::function<int32_t(Lock &)> &body);
     void keep(State changed);
     std::string start_firmware(State &changed);
     int64_t uptime() const;
+    void end_change(Lock &lock);
 
     Trace trace_;
     const WebLimits web_limits_;
+    const int32_t reboot_seconds_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;
-    int long_calls_ = 0; // under way
+    bool has_rebooted_ = false; // and the host has not been told yet
+    int long_calls_ = 0;        // under way
     FaultPlan faults_;
     std::optional<StateFile> state_file_;
     std::optional<FirmwareStore> firmware_; // has a lock of its own

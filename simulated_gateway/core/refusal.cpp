@@ -1,22 +1,15 @@
 #include "core/refusal.h"
 
+#include "io/host_listener.h"
 #include "simulated_gateway/simulated_gateway.h"
-
-#include <mutex>
 
 namespace simulated_gateway {
 namespace {
 
-struct RefusalListener {
-    std::mutex mutex; // held while it is told something
-    SimulatedGatewayRefusal report = nullptr;
-    void *context = nullptr;
-};
-
 // Never destroyed: a worker thread may call the device while the process ends.
-RefusalListener &refusal_listener()
+HostListener<SimulatedGatewayRefusal> &refusal_listener()
 {
-    static RefusalListener &only = *new RefusalListener;
+    static auto &only = *new HostListener<SimulatedGatewayRefusal>;
     return only;
 }
 
@@ -24,18 +17,12 @@ RefusalListener &refusal_listener()
 
 void report_refusal(const char *function, const std::string &reason)
 {
-    const std::lock_guard lock(refusal_listener().mutex);
-    if (refusal_listener().report != nullptr) {
-        refusal_listener().report(function, reason.c_str(), refusal_listener().context);
-    }
+    refusal_listener().tell(function, reason.c_str());
 }
 
 } // namespace simulated_gateway
 
 void simulated_gateway_on_refusal(SimulatedGatewayRefusal report, void *context)
 {
-    using namespace simulated_gateway;
-    const std::lock_guard lock(refusal_listener().mutex);
-    refusal_listener().report = report;
-    refusal_listener().context = context;
+    simulated_gateway::refusal_listener().set(report, context);
 }

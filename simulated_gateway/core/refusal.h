@@ -1,4 +1,4 @@
-// What the host is told of calls that do not succeed.
+// Reports to the host on failed calls.
 #pragma once
 
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "io/text.h"
 
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,7 +15,7 @@ FileDescriptor open_trace(const std::string &file)
     if (file == "-") {
         return FileDescriptor(line_output::own_descriptor(STDERR_FILENO));
     }
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
+    // Without O_NONBLOCK opening a named pipe would block until it has a reader.
     return FileDescriptor(::open(
         file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
 }
@@ -39,35 +40,63 @@ Trace::~Trace()
 
 void Trace::call(int64_t uptime, const Call &call) noexcept
 try {
-    const std::string outcome = outcome_of(call);
-    remember(uptime, call.function + outcome);
+    const Entry entry = {uptime, call.function, call.result, call.duration, call.note};
+    remember(entry);
     if (is_on()) {
-        write(uptime, call.function + arguments_of(call) + outcome);
+        write(line_of(entry, arguments_of(call)));
     }
 } catch (const std::exception &) {
 }
 
 void Trace::event(int64_t uptime, const char *text, const char *note) noexcept
 try {
-    const std::string whole = text + std::string(*note != '\0' ? ", " : "") + note;
-    remember(uptime, whole);
+    const Entry entry = {
+        uptime, nullptr, 0, {}, text + std::string(*note != '\0' ? ", " : "") + note};
+    remember(entry);
     if (is_on()) {
-        write(uptime, whole);
+        write(line_of(entry));
     }
 } catch (const std::exception &) {
 }
 
-static std::string line_of(int64_t uptime, const std::string &text)
+std::string Trace::line_of(const Entry &entry, const std::string &arguments)
 {
-    return "[" + std::to_string(uptime) + "] " + text;
+    const std::string time = "[" + std::to_string(entry.uptime) + "] ";
+    if (entry.function == nullptr) {
+        return time + entry.note;
+    }
+    return time + entry.function + arguments + " = " + std::to_string(entry.result) + " in " +
+           std::to_string(entry.duration.count()) + " us" + (entry.note.empty() ? "" : ", ") +
+           entry.note;
+}
+
+static size_t digits_of(int64_t number)
+{
+    size_t digits = number < 0 ? 2 : 1;
+    while ((number /= 10) != 0) {
+        ++digits;
+    }
+    return digits;
+}
+
+// The length of its line, without formatting it: this is called for every device call.
+size_t Trace::length_of(const Entry &entry)
+{
+    const size_t length = std::strlen("[] ") + digits_of(entry.uptime) + entry.note.size();
+    if (entry.function == nullptr) {
+        return length;
+    }
+    return length + std::strlen(entry.function) + std::strlen(" =  in  us") +
+           digits_of(entry.result) + digits_of(entry.duration.count()) +
+           (entry.note.empty() ? 0 : std::strlen(", "));
 }
 
 std::string Trace::recent()
 {
     const std::lock_guard lock(mutex_);
     std::string lines;
-    for (const std::string &line : recent_) {
-        lines += printable(line) + "\n";
+    for (const Entry &entry : recent_) {
+        lines += printable(line_of(entry)) + "\n";
     }
     return lines;
 }
@@ -92,30 +121,22 @@ std::string Trace::arguments_of(const Call &call) const
     return text + ")";
 }
 
-std::string Trace::outcome_of(const Call &call)
+void Trace::write(const std::string &text)
 {
-    const std::string text = " = " + std::to_string(call.result) + " in " +
-                             std::to_string(call.duration.count()) + " us";
-    return call.note.empty() ? text : text + ", " + call.note;
-}
-
-void Trace::write(int64_t uptime, const std::string &text)
-{
-    const std::string line = printable(line_of(uptime, text)) + "\n";
+    const std::string line = printable(text) + "\n";
     const std::lock_guard lock(mutex_);
     const WithoutWriteSignals without_signals;
     output_.write({line});
 }
 
-void Trace::remember(int64_t uptime, const std::string &text)
+void Trace::remember(const Entry &entry)
 {
     constexpr size_t most_bytes = 64U << 10;
-    std::string line = line_of(uptime, text);
     const std::lock_guard lock(mutex_);
-    recent_size_ += line.size();
-    recent_.push_back(std::move(line));
+    recent_.push_back(entry);
+    recent_size_ += length_of(entry);
     while (recent_size_ > most_bytes) {
-        recent_size_ -= recent_.front().size();
+        recent_size_ -= length_of(recent_.front());
         recent_.pop_front();
     }
 }

@@ -1,7 +1,7 @@
 // The trace: one line for every device call.
 #pragma once
 
-#include "core/device_call.h"
+#include "core/arguments.h"
 #include "io/files.h"
 #include "line_output.h"
 
@@ -16,7 +16,7 @@ namespace simulated_gateway {
 class Trace {
   public:
     Trace() = default;
-    ~Trace(); // writes what has not been written yet, as long as somebody reads it
+    ~Trace(); // writes what is still buffered, as long as there is a reader
     Trace(const Trace &) = delete;
     Trace &operator=(const Trace &) = delete;
 
@@ -25,34 +25,43 @@ class Trace {
     bool is_on() const { return file_.is_open(); }
 
     struct Call {
-        const char *function;
+        const char *function; // its name, with static storage duration
         std::initializer_list<Argument> arguments;
-        bool filled; // whether the body ran to its end, so that the records for the reply hold
+        bool filled; // whether the body completed, so that the reply records are valid
         int32_t result;
         std::chrono::microseconds duration;
-        std::string note; // what else is to be said of the call; may be empty
+        std::string note; // further information about the call; may be empty
     };
-    // Write a line, which opens with the gateway's uptime in seconds; nothing without a file. What
-    // was done is done: a line that cannot be written is lost, and nothing else. Nobody waits for
-    // the reader of a pipe.
+    // Write a line that starts with the gateway's uptime in seconds; nothing without a file. The
+    // call itself has already been executed: if a line cannot be written, only the line is lost. A
+    // pipe whose reader is slow does not block the caller.
     void call(int64_t uptime, const Call &call) noexcept;
     void event(int64_t uptime, const char *text, const char *note = "") noexcept;
 
-    // The last lines of any trace, also of one without a file, with the calls' arguments left out.
+    // The last lines of the trace, even without a file, but without the arguments of the calls.
     std::string recent();
 
   private:
+    struct Entry {
+        int64_t uptime;
+        const char *function; // null for an event
+        int32_t result;
+        std::chrono::microseconds duration;
+        std::string note; // of an event, its text
+    };
+
+    static std::string line_of(const Entry &entry, const std::string &arguments = {});
+    static size_t length_of(const Entry &entry);
     std::string arguments_of(const Call &call) const;
-    static std::string outcome_of(const Call &call);
-    void write(int64_t uptime, const std::string &text);
-    void remember(int64_t uptime, const std::string &text);
+    void write(const std::string &text);
+    void remember(const Entry &entry);
 
     FileDescriptor file_;
     bool show_secrets_ = false;
     std::mutex mutex_; // guards what is below
     line_output::LineOutput output_{"trace", -1};
-    std::deque<std::string> recent_; // made printable when somebody asks for them
-    size_t recent_size_ = 0;
+    std::deque<Entry> recent_; // formatted as lines on request
+    size_t recent_size_ = 0;   // total length of the lines
 };
 
 } // namespace simulated_gateway

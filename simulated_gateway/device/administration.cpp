@@ -1,6 +1,7 @@
 // The administrator's account, the web login, restart and factory recovery, and the schedules of
 // restarts and of sleep.
 #include "core/device_call.h"
+#include "simulation/life_cycle.h"
 
 using namespace simulated_gateway;
 
@@ -90,7 +91,7 @@ int32_t devapi_get_reboot_info(RebootInfo *info)
 
 int32_t devapi_set_reboot_info(const RebootInfo *info)
 {
-    // Which of time and days a schedule has to have, the model says.
+    // The model checks whether a schedule needs a time and days.
     return setting(__func__, {request("info", info)}, [&](State &state) {
         RebootSchedule &schedule = state.home.reboot_schedule;
         schedule.enabled = taken_flag("GatewayRebootEnable", info->GatewayRebootEnable);
@@ -115,7 +116,7 @@ int32_t devapi_get_hg_sleep_info(HgSleepInfo *info)
 
 int32_t devapi_set_hg_sleep_info(const HgSleepInfo *info)
 {
-    // Which times a sleep has to have, the model says.
+    // The model checks which times a sleep schedule needs.
     return setting(__func__, {request("info", info)}, [&](State &state) {
         SleepSchedule &sleep = state.home.sleep;
         sleep.gateway = taken_flag("GatewaySleepEnable", info->GatewaySleepEnable);

@@ -4,6 +4,9 @@
 #include "model/parental_control.h"
 #include "simulation/host_activity.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace simulated_gateway {
 
 std::string number_or_none(int64_t number)
@@ -13,8 +16,8 @@ std::string number_or_none(int64_t number)
 
 std::string identifier_of(const std::string &mac)
 {
-    std::string identifier = mac;
-    std::erase(identifier, ':');
+    std::string identifier;
+    std::ranges::remove_copy(mac, std::back_inserter(identifier), ':');
     return identifier;
 }
 
@@ -34,7 +37,7 @@ Host &named_host(Home &home, const char *name, const std::string &mac)
 {
     const std::optional<std::string> parsed = parse_mac(mac);
     if (!parsed) {
-        throw Error(std::string(name) + " " + in_quotes(mac) + " is no MAC address");
+        throw Error(std::string(name) + " " + in_quotes(mac) + " is not a MAC address");
     }
     Host *host = host_with_mac(home, *parsed);
     if (host == nullptr) {
@@ -43,10 +46,9 @@ Host &named_host(Home &home, const char *name, const std::string &mac)
     return *host;
 }
 
-// Since when it is attached, by the clock; nothing while it is not.
-static std::string access_time(const State &state, const Host &host, Clock clock)
+// The time of attachment by the given clock; empty while the device is not attached.
+static std::string access_time(const State &state, int64_t since, Clock clock)
 {
-    const int64_t since = attached_since(state, host);
     const int64_t behind = clock == Clock::kLocal ? state.home.hours_behind_utc * 3600 : 0;
     return since != 0 ? std::to_string(later(since, -behind)) : "";
 }
@@ -54,8 +56,7 @@ static std::string access_time(const State &state, const Host &host, Clock clock
 void fill(AdBaseInfo &info, const State &state, const Host &host, Clock clock)
 {
     const Home &home = state.home;
-    const bool online = is_online(home, host);
-    const Rates rates = rates_of(state, host);
+    const Activity activity = activity_of(state, host);
     const bool by_radio = host.ssid != 0;
     put(info.Mac, host.mac);
     put(info.UID, identifier_of(host.mac));
@@ -65,23 +66,23 @@ void fill(AdBaseInfo &info, const State &state, const Host &host, Clock clock)
     put(info.ByName, host.alias);
     put(info.OS, host.os);
     put(info.Version, host.os_version);
-    put(info.NetStatus, online);
+    put(info.NetStatus, activity.online);
     put(info.NetMonopoly, false);
     put(info.AccessType,
-        by_radio ? home.ssids[static_cast<size_t>(host.ssid - 1)].band : std::string(kCable));
+        by_radio ? std::string_view(home.ssids[static_cast<size_t>(host.ssid - 1)].band) : kCable);
     put(info.AccessEnable, has_access(home, host));
-    put(info.AccessTime, access_time(state, host, clock));
-    put(info.UpSpeed, rates.up_kbps);
-    put(info.DownSpeed, rates.down_kbps);
+    put(info.AccessTime, access_time(state, activity.attached_since, clock));
+    put(info.UpSpeed, activity.rates.up_kbps);
+    put(info.DownSpeed, activity.rates.down_kbps);
     put(info.ip, host.ip);
     put(info.AccessCode, by_radio);
     put(info.SSIDIndex, number_or_none(host.ssid));
-    put(info.LinkStatus, online);
+    put(info.LinkStatus, activity.online);
     put(info.SpeedLimit, host.down_limit_kbps != 0);
     put(info.DownLimit, host.down_limit_kbps);
     put(info.UpLimit, 0);
     put(info.GreennetProtectEnable, is_protected(home, host.mac));
-    put(info.Dbm, number_or_none(signal_dbm(state, host)));
+    put(info.Dbm, number_or_none(activity.signal_dbm));
     put(info.StaticDhcpEnable, host.address_bound);
 }
 

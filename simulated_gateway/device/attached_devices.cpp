@@ -1,9 +1,8 @@
-// The devices attached to the routers: what is known of them, what the user calls and allows them,
-// and the firewall before them all.
+// The devices attached to the routers: their records, names and permissions as set by the user, and
+// the firewall that protects them.
 #include "device/attached_device.h"
 #include "model/address_plan.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 using namespace simulated_gateway;
 
@@ -66,7 +65,7 @@ int32_t devapi_set_ad_base_info(AdBaseSetting *wanted)
         if (is_given(info.DownLimit)) {
             const int64_t limit = taken_number("DownLimit", info.DownLimit);
             if (limit != 0) {
-                refuse_for("DownLimit", complaint(limit, kRateLimits));
+                refuse_for("DownLimit", validation_error(limit, kRateLimits));
             }
             host.down_limit_kbps = limit;
         }

@@ -3,11 +3,10 @@
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 namespace simulated_gateway {
 
-// The interface of a router that a link goes by.
+// The network interface that a link uses.
 static std::string interface_of(const RouterLink &link)
 {
     return link.kind == kCable ? "eth0" : link.kind == "2.4GHz" ? "wlan0" : "wlan1";
@@ -31,8 +30,8 @@ static void add_link(ChildRouterInfo &info, const State &state, const std::strin
     fill(info.links[info.link_count++], state, next, child);
 }
 
-// Up to its parent first, then down to its children. A router has no more links than there are
-// child routers, so they all find room.
+// The link to the parent first, then those to the children. A router has no more links than there
+// are child routers, so the record has room for all.
 static void fill_links(ChildRouterInfo &info, const State &state, const ChildRouter *router)
 {
     info.link_count = 0;
@@ -44,7 +43,7 @@ static void fill_links(ChildRouterInfo &info, const State &state, const ChildRou
     }
 }
 
-// What the hosts at the router and below it send and receive.
+// The traffic of all hosts attached to the router or below it.
 static Rates rates_through(const State &state, const ChildRouter &router)
 {
     Rates sum;

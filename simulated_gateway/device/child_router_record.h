@@ -1,4 +1,4 @@
-// The records of the routers of the mesh, which several reports are made of.
+// The records of the mesh routers, which several reports contain.
 #pragma once
 
 #include "core/device_call.h"
@@ -7,18 +7,18 @@
 namespace simulated_gateway {
 
 void fill(ChildRouterInfo &info, const State &state, const ChildRouter &router);
-// The main router as if it were one of its own child routers.
+// The main router in the record of a child router.
 void fill_main_router(ChildRouterInfo &info, const State &state);
 
 void fill(ChildMeshInfo &info, const Home &home, const ChildRouter &router);
 
-// The link by which a router reaches the next one, of which one is the child of the other.
+// The link between a router and the next one; one of the two is the other's child.
 void fill(MeshLink &link, const State &state, const std::string &next, const ChildRouter &child);
 
-// As a text: how a child router reaches its parent, how strong the two hear each other.
+// The signal strength of the link to the parent, as text.
 std::string link_dbm_text(const State &state, const ChildRouter &router);
 
-// The router with the MAC address in any form, or with the identifier; they throw an Error when
+// The router with the MAC address in any notation, or with the identifier. Both throw an Error if
 // there is none.
 const ChildRouter &child_router_named(const Home &home, const char *mac);
 const ChildRouter &child_router_numbered(const Home &home, int64_t identifier);

@@ -1,9 +1,9 @@
-// Commands for child routers. They come as the text of a command's object, without its name: a
-// child router acts by the keys that are there.
+// Commands for child routers. Each is the text of a command's JSON object, without the command's
+// name: a child router acts according to the keys present.
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "model/json.h"
-#include "simulation/host_place.h"
+#include "simulation/host_activity.h"
 
 #include <set>
 
@@ -18,7 +18,7 @@ static const std::string *text_of(const Json &command, const char *key)
         return nullptr;
     }
     if (!item->is_string()) {
-        throw Error(std::string(key) + " is no text");
+        throw Error(std::string(key) + " is not a string");
     }
     return &item->get_ref<const std::string &>();
 }
@@ -36,13 +36,13 @@ static Json parse_command(std::string_view text)
 {
     Json command = parse_json(text);
     if (!command.is_object()) {
-        throw Error("the command is no object");
+        throw Error("the command is not an object");
     }
     return command;
 }
 
-// The child router that the command names by the identifier that the topology reports. Only one
-// that is reached can be told something.
+// The child router that the command names by the identifier from the topology. Only a reachable one
+// can receive a command.
 static const ChildRouter &addressed_router(const Home &home, const Json &command)
 {
     const std::string identifier = required_text(command, "DeviceID");
@@ -72,11 +72,11 @@ static void restart(ChildRouter &router)
 
 static void rename_router(ChildRouter &router, const std::string &name)
 {
-    refuse_for("Name", complaint(name, Text{sizeof(ChildRouterInfo::Name)}));
+    refuse_for("Name", validation_error(name, Text{sizeof(ChildRouterInfo::Name)}));
     router.name = name;
 }
 
-// Back to how it left the factory, as far as the main router knows of it.
+// Restores the factory settings, as far as the main router knows them.
 static void recover(const Home &factory, ChildRouter &router)
 {
     for (const ChildRouter &original : factory.mesh.child_routers) {
@@ -87,32 +87,33 @@ static void recover(const Home &factory, ChildRouter &router)
     restart(router);
 }
 
-// Sets what is given of one of its devices.
+// Applies the given settings to one of the router's devices.
 static void set_device(Home &home, const ChildRouter &router, const Json &command)
 {
     Host &host = named_host(home, "Mac", required_text(command, "Mac"));
     if (place_of(home, host).router != &router) {
-        throw Error(host.mac + " is no device of " + router.mac);
+        throw Error(host.mac + " is not a device of " + router.mac);
     }
     if (const std::string *kind = text_of(command, "DevType")) {
-        refuse_for("DevType", complaint(*kind, kHostKinds));
+        refuse_for("DevType", validation_error(*kind, kHostKinds));
         host.kind = *kind;
     }
     if (const std::string *alias = text_of(command, "ByName")) {
         const bool none = alias->empty() || *alias == kNoValue;
-        refuse_for("ByName", none ? "" : complaint(*alias, Text{sizeof(AdBaseInfo::ByName)}));
+        refuse_for("ByName",
+                   none ? "" : validation_error(*alias, Text{sizeof(AdBaseInfo::ByName)}));
         host.alias = none ? "" : *alias;
     }
     if (const std::string *access = text_of(command, "AccessEnable")) {
         host.blocked = !flag_of("AccessEnable", *access);
     }
-    // Nobody has the network to himself; that can be said, but not changed.
+    // No device can have the network to itself: "0" is accepted, nothing else.
     if (const std::string *monopoly = text_of(command, "NetMonopoly")) {
-        refuse_for("NetMonopoly", complaint(*monopoly, one_of("0")));
+        refuse_for("NetMonopoly", validation_error(*monopoly, one_of("0")));
     }
 }
 
-// A command is known by a key that only it has, and has no keys but those.
+// A command is recognised by a key that no other has, and must not contain any other keys.
 struct Form {
     const char *sign; // empty for the command that has none
     std::set<std::string> keys;
@@ -135,7 +136,8 @@ static const std::vector<Form> &forms()
         {"Recovery",
          {"DeviceID", "Recovery"},
          [](State &state, ChildRouter &router, const Json &command) {
-             refuse_for("Recovery", complaint(required_text(command, "Recovery"), one_of("1")));
+             refuse_for("Recovery",
+                        validation_error(required_text(command, "Recovery"), one_of("1")));
              recover(state.factory, router);
          }},
         {"",
@@ -154,7 +156,7 @@ static void run_command(State &state, ChildRouter &router, const Json &command)
     for (const auto &[key, value] : command.items()) {
         if (!form.keys.contains(key)) {
             throw Error("no command for a child router has the key " + in_quotes(key) +
-                        (*form.sign != '\0' ? std::string(" beside ") + form.sign : ""));
+                        (*form.sign != '\0' ? std::string(" together with ") + form.sign : ""));
         }
     }
     form.run(state, router, command);
@@ -162,7 +164,7 @@ static void run_command(State &state, ChildRouter &router, const Json &command)
 
 // ---- The relay ---------------------------------------------------------------------------------
 
-// A text of a length of its own.
+// A text with an explicit length.
 static Argument request_bytes(const char *name, const std::string_view &text)
 {
     return {name, text.data() != nullptr ? &text : nullptr, false, [](const void *value, bool) {
@@ -184,7 +186,7 @@ int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length)
 
 // ---- The devices of a child router -------------------------------------------------------------
 
-// As the main router reports its own.
+// In the form in which the main router reports its own devices.
 static Json described(const AdBaseInfo &info)
 {
     return {{"Mac", info.Mac},
@@ -219,7 +221,7 @@ static Json devices_of(const State &state, const ChildRouter &router)
     return {{"BaseInfo", devices}, {"Status", "0"}};
 }
 
-// An answer in memory that the plug-in frees.
+// A reply in memory that the plug-in frees.
 static Argument reply_allocated_text(const char *name, char **text)
 {
     return {name, text, true, [](const void *value, bool) {
@@ -234,8 +236,8 @@ int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char
                  {request_text("text", text), request_text("method", method),
                   reply_allocated_text("answer", answer)},
                  [&](const State &state) {
-                     refuse_for("method", complaint(std::string(method),
-                                                    one_of("get_childrouter_host_info")));
+                     refuse_for("method", validation_error(std::string(method),
+                                                           one_of("get_childrouter_host_info")));
                      const Json command = parse_command(text);
                      const ChildRouter &router = addressed_router(state.home, command);
                      const std::string devices = devices_of(state, router).dump();

@@ -1,4 +1,4 @@
-// Who the router is: serial number and description.
+// The router's identity: serial number and description.
 #include "core/device_call.h"
 
 using namespace simulated_gateway;

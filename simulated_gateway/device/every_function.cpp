@@ -1,5 +1,5 @@
-// Takes the address of every device function, so that one that this library lacks is an undefined
-// reference with its name when the library is linked, and not a surprise when it is called.
+// References every device function, so that one missing from this library is reported by name when
+// the library is linked, not when it is called.
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/device_functions.h"
 

@@ -1,8 +1,8 @@
-// Around firmware: when the router may update itself, and the log that is sent when something went
-// wrong.
+// Firmware maintenance: when the router may update itself, and the upload of the log after a
+// failure.
 #include "core/gateway.h"
+#include "firmware/send_text.h"
 #include "io/clock.h"
-#include "io/send_text.h"
 #include "simulation/host_activity.h"
 #include "simulation/mesh.h"
 
@@ -14,7 +14,7 @@ using namespace simulated_gateway;
 
 // ---- Update schedule ---------------------------------------------------------------------------
 
-// Hour and minute of a time of the day, as numbers without leading zeros; nothing without one.
+// Hour and minute of a time of day, as numbers without leading zeros; empty without a time.
 template <size_t width>
 static void put_time(char (&hour)[width], char (&minute)[width], const std::string &time)
 {
@@ -27,12 +27,12 @@ static void put_time(char (&hour)[width], char (&minute)[width], const std::stri
     }
 }
 
-// A number of at most two digits, with both of them.
+// A number of at most two digits, padded to two.
 template <size_t width>
 static std::string two_digits(const char *name, const char (&field)[width], int64_t most)
 {
     const int64_t number = taken_number(name, field);
-    refuse_for(name, complaint(number, Range{0, most}));
+    refuse_for(name, validation_error(number, Range{0, most}));
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
@@ -97,7 +97,7 @@ static std::string log_text(const State &state, const std::string &log_type,
     return text + "\n" + recent;
 }
 
-// A part of a file name, whatever the text holds.
+// A part of a file name, safe for any content of the text.
 static std::string file_name_part(std::string text)
 {
     std::ranges::replace_if(
@@ -113,9 +113,10 @@ int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac
         {request_address("url", url), request_text("log_type", log_type), request_text("mac", mac)},
         [&](Gateway &gateway) {
             constexpr size_t most_bytes_of_type = 64;
-            refuse_for("log_type", complaint(std::string(log_type), Text{most_bytes_of_type}));
+            refuse_for("log_type",
+                       validation_error(std::string(log_type), Text{most_bytes_of_type}));
             if (!parse_mac(mac)) {
-                throw Error("mac " + in_quotes(mac) + " is no MAC address");
+                throw Error("mac " + in_quotes(mac) + " is not a MAC address");
             }
             std::string address = url;
             if (address.ends_with('/')) {

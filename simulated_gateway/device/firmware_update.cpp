@@ -1,6 +1,7 @@
-// Which firmware runs, fetching an image, and flashing it.
+// The running firmware, downloading an image, and flashing it.
 #include "core/device_call.h"
 #include "core/gateway.h"
+#include "core/update_report.h"
 #include "firmware/machine.h"
 
 using namespace simulated_gateway;
@@ -26,8 +27,8 @@ static void download(Gateway &gateway, const char *address)
     gateway.firmware().download(address, router_of(gateway.state()));
 }
 
-// The slot is written without the gateway's lock, and put in its place under it: between the two a
-// restart may have started what the slot held.
+// The slot's image is written without the gateway's lock, and moved into place while holding it: a
+// restart in between may have booted the old content of the slot.
 static void flash(Gateway &gateway)
 {
     FirmwareStore &store = gateway.firmware();
@@ -46,13 +47,14 @@ static void flash(Gateway &gateway)
     if (!image.warning.empty()) {
         gateway.warn("firmware " + image.content.version + " " + image.warning);
     }
+    report_flashed_image(image.content.version);
 }
 
 int32_t devapi_download_image(const char *url, int32_t mode)
 {
     return long_work(__func__, {request_address("url", url), number("mode", mode)},
                      [&](Gateway &gateway) {
-                         refuse_for("mode", complaint(mode, Range{0, 1}));
+                         refuse_for("mode", validation_error(mode, Range{0, 1}));
                          const std::unique_lock right = gateway.firmware().begin_download();
                          download(gateway, url);
                          return 0;
@@ -71,14 +73,14 @@ int32_t devapi_flash_update_image(const char *url)
 {
     const auto flash_from = [&](Gateway &gateway) {
         refuse_real_reboot();
-        // Held until the end: what is flashed is the image from this address.
+        // Held until the end, so that the image from this address is the one flashed.
         const std::unique_lock right = gateway.firmware().begin_download();
         download(gateway, url);
         flash(gateway);
         return 0;
     };
     const int32_t result = long_work(__func__, {request_address("url", url)}, flash_from);
-    // A fault plan may have it answer 0 as well.
+    // A fault plan may make the function return 0, too.
     return result == 0 && reboot_would_be_real() ? -1 : result;
 }
 

@@ -1,4 +1,4 @@
-// The check-up: what the gateway finds when it examines itself, and what it does about it.
+// The self-inspection of the gateway: what it finds, and how it optimizes.
 #include "core/device_call.h"
 #include "io/clock.h"
 #include "model/radio_channels.h"
@@ -89,7 +89,7 @@ int32_t devapi_get_net_fault_info(char *reason)
 
 // ---- Wi-Fi -------------------------------------------------------------------------------------
 
-// A home is as safe as the weakest of its networks.
+// A home is only as secure as its weakest network.
 static std::string wifi_security(const Home &home)
 {
     const auto is_there = [&](std::string_view encryption) {
@@ -116,7 +116,7 @@ static void fill(WifiInspectInfo &info, const Home &home, const Radio &radio)
     put(info.FireWallEnable, home.services.firewall);
 }
 
-// The inspection speaks of the first radio.
+// The inspection covers the first radio.
 static const Radio &inspected_radio(const Home &home)
 {
     if (home.radios.empty()) {
@@ -133,12 +133,12 @@ int32_t devapi_inspect_hg_wifi(WifiInspectInfo *info)
     });
 }
 
-// Moves the radio of the channel's band to the best channel there.
+// Moves the radio of the channel's band to the band's best channel.
 static Radio &move_radio(Home &home, int64_t channel)
 {
     const auto radio = std::ranges::find(home.radios, band_of(channel), &Radio::band);
     if (radio == home.radios.end()) {
-        throw Error("Channel " + std::to_string(channel) + " is that of no radio");
+        throw Error("Channel " + std::to_string(channel) + " does not belong to any radio");
     }
     if (!radio->enabled) {
         throw Error("the radio of " + radio->band + " is off");

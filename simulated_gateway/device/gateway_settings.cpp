@@ -2,7 +2,7 @@
 #include "core/device_call.h"
 #include "io/clock.h"
 #include "model/address_plan.h"
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@ using namespace simulated_gateway;
 
 // ---- Base information --------------------------------------------------------------------------
 
-// What the base information says of one radio; of a radio that is not there, nothing.
+// The part of the base information about one radio; empty if there is no such radio.
 struct RadioSummary {
     std::string status;
     std::string ssid;
@@ -121,7 +121,7 @@ int32_t devapi_set_lan_ip_info(LanIpSetting *wanted)
 int32_t devapi_get_wan_ip_info(WanIpInfo *info)
 {
     return query(__func__, {reply("info", info)}, [&](const State &state) {
-        // Without a connection the WAN has no addresses.
+        // While disconnected, the WAN has no addresses.
         const Wan wan = state.home.wan.connected ? state.home.wan : Wan();
         put(info->ip, wan.ip);
         put(info->Dns, wan.secondary_dns.empty() ? wan.primary_dns
@@ -177,7 +177,7 @@ int32_t devapi_set_hg_pppoe_info(PppoeSetting *wanted)
         Wan &wan = state.home.wan;
         const PppoeInfo &info = wanted->info;
         const bool enable = taken_flag("Enable", info.Enable);
-        // Who switches PPPoE off need not know the account, which is kept for the next time.
+        // The account is not needed to switch PPPoE off; the stored one is kept for the next time.
         if (enable || !taken(info.Account).empty()) {
             wan.pppoe_account = taken_text("Account", info.Account);
         }

@@ -1,5 +1,5 @@
 // Parental control (green-net): its switches, the table of protected devices, and the periods of
-// each. Where an index selects an entry, it is the entry's number.
+// each. An index that selects an entry is the entry's number.
 #include "core/device_call.h"
 #include "model/parental_control.h"
 
@@ -16,7 +16,7 @@ static std::string mac_of(const char *name, const std::string &text)
 {
     const std::optional<std::string> mac = parse_mac(text);
     if (!mac) {
-        throw Error(std::string(name) + " " + in_quotes(text) + " is no MAC address");
+        throw Error(std::string(name) + " " + in_quotes(text) + " is not a MAC address");
     }
     return *mac;
 }
@@ -138,7 +138,7 @@ int32_t devapi_add_greennet_mac(const char *mac, int32_t *index)
                    });
 }
 
-// The MAC addresses of a list in which each is followed by a comma.
+// The MAC addresses of a list in which each one is followed by a comma.
 static std::set<std::string> listed_macs(std::string_view list)
 {
     std::set<std::string> macs;
@@ -185,7 +185,7 @@ template <class AnyHome> static auto &period_of(AnyHome &home, const ProtectPeri
     return periods[static_cast<size_t>(info.PeriodNum - 1)];
 }
 
-// The record has room for seven days only without commas between them.
+// The field is too short for seven days separated by commas.
 static std::string days_without_commas(std::string days)
 {
     std::erase(days, ',');
@@ -252,8 +252,8 @@ int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info)
         period.enabled = taken_flag("Enable", info->Enable);
         const std::string days = taken(info->DaysOfWeek);
         period.days = days_with_commas(days);
-        if (!complaint(period.days, DaysOfWeek{}).empty()) {
-            throw Error("DaysOfWeek " + in_quotes(days) + " is no list of days like \"137\"");
+        if (!validation_error(period.days, DaysOfWeek{}).empty()) {
+            throw Error("DaysOfWeek " + in_quotes(days) + " is not a list of days like \"137\"");
         }
         return 0;
     });

@@ -1,4 +1,4 @@
-// The guest network of each band. It is one of the SSIDs, with a limit to the time it stays open.
+// The guest network of each band: one of the SSIDs, on for a limited time.
 #include "device/wireless_network.h"
 #include "io/clock.h"
 
@@ -63,7 +63,7 @@ int32_t devapi_set_guest_wifi_info(const GuestWifiInfo *info)
         guest.days = taken_number("ContinueTime", info->ContinueTime);
         guest.hours = taken_number("HourTime", info->HourTime);
         guest.seconds = taken_number("EndTimestamp", info->EndTimestamp);
-        guest.end_time = 0; // the time starts anew
+        guest.end_time = 0; // the time limit starts again
         return 0;
     });
 }

@@ -1,5 +1,5 @@
-// What is found on the channels and the links: access points, the state of the radios and of the
-// WAN, whether an address answers, and how well a station is heard.
+// Checks of channels and links: access points, the state of the radios and of the WAN, whether an
+// address answers, and the signal of a station.
 #include "core/device_call.h"
 #include "model/radio_channels.h"
 #include "simulation/host_activity.h"
@@ -23,7 +23,7 @@ static void describe(RecordText &text, const ChannelApNum &counts)
 static void count_networks(std::span<int32_t, 64> counts, std::span<const int16_t, 64> channels,
                            const char *name, int32_t count, const std::vector<HeardNetwork> &heard)
 {
-    refuse_for(name, complaint(count, Range{0, static_cast<int64_t>(channels.size())}));
+    refuse_for(name, validation_error(count, Range{0, static_cast<int64_t>(channels.size())}));
     std::ranges::transform(
         channels.first(static_cast<size_t>(count)), counts.begin(), [&](int16_t channel) {
             return static_cast<int32_t>(
@@ -46,7 +46,7 @@ int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum 
 
 // ---- Links -------------------------------------------------------------------------------------
 
-// What the check says of the radio of a band.
+// The result of the check for the radio of a band.
 struct RadioCheck {
     bool enabled = false;
     int64_t channel = 0;
@@ -82,14 +82,14 @@ int32_t devapi_get_link_info(LinkInfo *info)
     });
 }
 
-// Whether the Internet may have a host with the address.
+// Whether the address is valid for an Internet host.
 static bool is_public(uint32_t ip)
 {
     struct Block {
         uint32_t first;
         int bits;
     };
-    // This network, private ones, that of carriers, loopback, link-local, multicast and beyond.
+    // This network, private, carrier-grade NAT, loopback, link-local, multicast and reserved.
     constexpr Block blocks[] = {{0x00000000, 8},  {0x0a000000, 8},  {0x64400000, 10},
                                 {0x7f000000, 8},  {0xa9fe0000, 16}, {0xac100000, 12},
                                 {0xc0a80000, 16}, {0xe0000000, 3}};
@@ -102,7 +102,7 @@ int32_t devapi_get_ping_check(const char *target)
     return query(__func__, {request_text("target", target)}, [&](const State &state) {
         const std::optional<uint32_t> ip = parse_ipv4(target);
         if (!ip || !is_public(*ip)) {
-            throw Error("target is no address of the Internet");
+            throw Error("target is not an Internet address");
         }
         if (!state.home.wan.connected) {
             throw Error("the WAN is not connected");

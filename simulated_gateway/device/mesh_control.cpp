@@ -1,5 +1,5 @@
 // The switches of the mesh, pairing and WPS; the agent's heartbeat, the LEDs, the state of the
-// first configuration, and devices to forget.
+// initial configuration, and removing devices.
 #include "device/attached_device.h"
 #include "io/clock.h"
 #include "simulation/removed_hosts.h"
@@ -8,15 +8,15 @@ using namespace simulated_gateway;
 
 // ---- Mesh --------------------------------------------------------------------------------------
 
-// In a star, those that hung from another child router find the main router.
-static void hang_as_star(Home &home)
+// In a star, the children of other child routers attach to the main router.
+static void attach_as_star(Home &home)
 {
     for (ChildRouter &router : home.mesh.child_routers) {
         router.parent = home.identity.mac;
     }
 }
 
-// The routers need a few seconds to find each other, and may not be disturbed while one of them is
+// The routers need a few seconds to find each other, and must not be disturbed while one of them is
 // being paired.
 static int32_t set_mesh(State &state, bool enabled, int64_t type)
 {
@@ -39,7 +39,7 @@ static int32_t set_mesh(State &state, bool enabled, int64_t type)
     }
     mesh.type = type;
     if (type == kStar) {
-        hang_as_star(state.home);
+        attach_as_star(state.home);
     }
     under_way.mesh_change_time = now();
     return 0;
@@ -66,7 +66,7 @@ int32_t devapi_set_mesh_status(const MeshStatus *status)
     return setting(__func__, {request("status", status)}, [&](State &state) {
         const bool enabled = taken_flag("MeshEnable", status->MeshEnable);
         const int64_t type = taken_number("MeshMode", status->MeshMode);
-        refuse_for("MeshMode", complaint(type, one_of(kStar, kTree)));
+        refuse_for("MeshMode", validation_error(type, one_of(kStar, kTree)));
         return set_mesh(state, enabled, type);
     });
 }
@@ -84,7 +84,7 @@ int32_t devapi_set_pair_status(const PairStatus *status)
             return 0;
         }
         const int64_t seconds = taken_number("Time", status->Time);
-        refuse_for("Time", complaint(seconds, Range{1, 3600}));
+        refuse_for("Time", validation_error(seconds, Range{1, 3600}));
         if (!state.home.mesh.enabled) {
             throw Error("the mesh is off");
         }
@@ -130,7 +130,7 @@ int32_t devapi_set_kaa_heartbeat(const char *heartbeat)
 {
     return setting(__func__, {request_text("heartbeat", heartbeat)}, [&](State &state) {
         const int64_t seconds = number_of("heartbeat", heartbeat);
-        refuse_for("heartbeat", complaint(seconds, kHeartbeatSeconds));
+        refuse_for("heartbeat", validation_error(seconds, kHeartbeatSeconds));
         state.home.mesh_control.heartbeat_seconds = seconds;
         return 0;
     });
@@ -161,9 +161,9 @@ int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light
             Leds &leds = state.home.leds;
             leds.on = flag_of("on", on);
             leds.colour = colour;
-            refuse_for("colour", complaint(leds.colour, kLedColours));
+            refuse_for("colour", validation_error(leds.colour, kLedColours));
             leds.brightness_percent = number_of("light", light);
-            refuse_for("light", complaint(leds.brightness_percent, Range{0, 100}));
+            refuse_for("light", validation_error(leds.brightness_percent, Range{0, 100}));
             return 0;
         });
 }

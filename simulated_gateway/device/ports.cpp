@@ -1,5 +1,4 @@
-// The ports of the main router: what they have carried, and which WAN connections they are bound
-// to.
+// The ports of the main router: their traffic counters and their bindings to WAN connections.
 #include "core/device_call.h"
 #include "model/port_names.h"
 #include "simulation/port_counters.h"

@@ -1,4 +1,4 @@
-// Quality of service on the way up: the switch, the priorities of applications, and the rules.
+// Upstream quality of service: the switch, the priorities of applications, and the rules.
 #include "core/device_call.h"
 
 using namespace simulated_gateway;
@@ -52,7 +52,7 @@ int32_t devapi_set_qos_enable(int32_t enable)
 static int64_t priority_of(const char *name, const std::string &text)
 {
     const int64_t priority = number_of(name, text);
-    refuse_for(name, complaint(priority, kPriorities));
+    refuse_for(name, validation_error(priority, kPriorities));
     return priority;
 }
 
@@ -83,10 +83,10 @@ static std::vector<Classification>::iterator rule_of(Qos &qos, const QosRule &wa
     return found;
 }
 
-// Which values a type can have, the model says.
+// The model checks the range of values of a type.
 static void take_rule(const QosRule &wanted, Classification &rule)
 {
-    refuse_for("type_count", complaint(wanted.type_count, Range{0, QOS_MAX_TYPES}));
+    refuse_for("type_count", validation_error(wanted.type_count, Range{0, QOS_MAX_TYPES}));
     rule.name = taken_text("Name", wanted.Name);
     rule.priority = priority_of("PriorityLevel", taken(wanted.PriorityLevel));
     rule.traffic.clear();
@@ -97,7 +97,7 @@ static void take_rule(const QosRule &wanted, Classification &rule)
     }
 }
 
-// The lowest number that is free.
+// The lowest free number.
 static int64_t new_number(const Qos &qos)
 {
     int64_t number = 1;

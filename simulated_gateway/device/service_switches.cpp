@@ -1,7 +1,7 @@
 // The switches of the services, and the speed test.
 #include "core/device_call.h"
 #include "core/gateway.h"
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
 
 using namespace simulated_gateway;
 
@@ -72,9 +72,9 @@ int32_t devapi_set_upnp_state(const UpnpState *upnp)
     });
 }
 
-// ---- The maker's configuration service ---------------------------------------------------------
+// ---- The manufacturer's configuration service --------------------------------------------------
 
-// It works by the Internet.
+// It needs the Internet.
 static const char *configuration_service(const Home &home)
 {
     if (!home.service_switches.configuration_service) {
@@ -127,7 +127,7 @@ static void require_connection(const Home &home)
     }
 }
 
-// What the line has left beside the traffic of the hosts.
+// The capacity of the line minus the traffic of the hosts.
 static int64_t left(int64_t line_kbps, int64_t used_kbps)
 {
     return std::max<int64_t>(0, line_kbps - used_kbps);

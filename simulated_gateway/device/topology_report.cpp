@@ -1,10 +1,10 @@
-// The routers of the mesh and their stations, one by one, and what the topology report has to know
-// of the main router beside.
+// The routers of the mesh and their stations, one by one, and the main router's part of the
+// topology report.
 #include "device/attached_device.h"
 #include "device/child_router_record.h"
 #include "io/clock.h"
-#include "simulation/host_place.h"
-#include "simulation/measurements.h"
+#include "simulation/host_activity.h"
+#include "simulation/metrics.h"
 
 using namespace simulated_gateway;
 

@@ -1,4 +1,4 @@
-// The router as a repeater, which joins a network of the neighbourhood.
+// The router as a repeater that joins a neighbouring network.
 #include "core/device_call.h"
 #include "simulation/neighbourhood.h"
 
@@ -6,8 +6,8 @@
 
 using namespace simulated_gateway;
 
-// The number of the neighbour, as a scan reports it at this moment; of several with the name, the
-// strongest. The home's own networks would make a ring.
+// The number of the neighbour that a scan would find now; of several with the name, the strongest.
+// The home's own networks are excluded: joining one would create a loop.
 static int64_t neighbour_in_reach(const State &state, const std::string &name,
                                   const std::string &band)
 {
@@ -26,7 +26,7 @@ static bool is_key(const UplinkWifiInfo &info, const Neighbour &neighbour)
     const Ciphers ciphers = ciphers_of(neighbour.encryption);
     if (taken(info.ENCRYPT) != neighbour.encryption || taken(info.WPACypher) != ciphers.wpa ||
         taken(info.WPA2Cypher) != ciphers.wpa2) {
-        throw Error("the network has another encryption");
+        throw Error("the network has a different encryption");
     }
     return neighbour.encryption == kNoEncryption ||
            (!neighbour.password.empty() && taken(info.PWD) == neighbour.password);

@@ -1,5 +1,5 @@
-// The WAN connections: how many there are, and each of them by its name. The first is the one to
-// the Internet, which other device functions speak of as the WAN.
+// The WAN connections: their number, and each of them by name. The first is the Internet
+// connection, which other device functions call the WAN.
 #include "core/device_call.h"
 
 using namespace simulated_gateway;
@@ -33,7 +33,7 @@ int32_t devapi_get_wan_num(WanNum *info)
 
 // ---- One connection ----------------------------------------------------------------------------
 
-// Without a connection it has only the addresses that the user has set.
+// While disconnected, it has only the addresses set by the user.
 static Wan without_provider(Wan wan)
 {
     if (wan.connected) {
@@ -125,8 +125,8 @@ int32_t devapi_query_wan_info(WanInfo *info)
 
 namespace {
 
-// What a request changes of a connection. A field that is empty, or that says what the gateway
-// reports, leaves it as it is; "NULL" takes a value away.
+// The changes that a request makes to a connection. A field that is empty, or that repeats what the
+// gateway reports, changes nothing; "NULL" removes a value.
 class WanChange {
   public:
     WanChange(const WanInfo &wanted, int64_t index, const Wan &wan) : wanted_(wanted)
@@ -143,7 +143,7 @@ class WanChange {
     {
         if (has(field)) {
             value = value_of(name, field, rule.presence);
-            refuse_for(name, value.empty() ? "" : complaint(value, rule));
+            refuse_for(name, value.empty() ? "" : validation_error(value, rule));
         }
     }
     void take(const char *name, Field field, int64_t &value, const Range &rule) const
@@ -151,7 +151,7 @@ class WanChange {
         if (has(field)) {
             const std::string digits = value_of(name, field, rule.presence);
             value = digits.empty() ? 0 : number_of(name, digits);
-            refuse_for(name, digits.empty() ? "" : complaint(value, rule));
+            refuse_for(name, digits.empty() ? "" : validation_error(value, rule));
         }
     }
     void take(const char *name, Field field, bool &value) const
@@ -203,7 +203,7 @@ static void take_addresses(const WanChange &change, Wan &wan)
     change.take("IPV6_DNS2", &WanInfo::IPV6_DNS2, wan.ipv6_secondary_dns, ipv6);
 }
 
-// What the provider gives, the user cannot set.
+// The user cannot set what the provider assigns.
 static void refuse_addresses_of_provider(const WanChange &change)
 {
     constexpr struct {
@@ -246,7 +246,7 @@ static void take_wan(const WanChange &change, Wan &wan)
     }
 }
 
-// Whether the two differ in more than in what the router does with the traffic.
+// Whether the two differ in more than the handling of traffic, so that a reconnect is needed.
 static bool connect_differently(Wan before, const Wan &after)
 {
     before.services = after.services;

@@ -1,4 +1,4 @@
-// When the Wi-Fi sleeps, what its radios hear, and which channels they may use.
+// When the Wi-Fi sleeps, what its radios receive, and which channels they may use.
 #include "core/device_call.h"
 #include "model/radio_channels.h"
 #include "simulation/neighbourhood.h"
@@ -9,7 +9,7 @@ using namespace simulated_gateway;
 
 // ---- Sleep schedule ----------------------------------------------------------------------------
 
-// The period with the record's timers, 2k-1 and 2k.
+// The period whose timers, 2k-1 and 2k, are in the record.
 template <class AnyHome> static auto &period_of(AnyHome &home, const WifiSleepInfo &info)
 {
     const int64_t period = info.StartTimer / 2 + 1;
@@ -127,7 +127,7 @@ int32_t devapi_scan_channel_power(ChannelPowerResult *result)
 
 // ---- Channels ----------------------------------------------------------------------------------
 
-// A home without a radio for the band may use no channel of it.
+// Without a radio for the band, none of its channels is allowed.
 static int32_t put_channels(std::span<int16_t> numbers, const Home &home, const std::string &band)
 {
     if (radio_of(home, band) == nullptr) {

@@ -1,5 +1,5 @@
-// What the records of SSIDs and of guest networks have in common. Mode is a matter of the radio,
-// which all networks of its band share.
+// What the records of SSIDs and guest networks have in common. The mode belongs to the radio, which
+// all networks of its band share.
 #pragma once
 
 #include "core/device_call.h"
@@ -16,7 +16,7 @@ template <class Record> void put_network(Record &info, const Radio &radio, const
     put(info.AdvertisementEnable, !ssid.hidden);
 }
 
-// How long a password has to be, and which standards the radio has, the model says.
+// The model checks the length of the password and the standards of the radio.
 template <class Record> void take_network(const Record &info, Home &home, Radio &radio, Ssid &ssid)
 {
     ssid.name = taken("SSID", info.SSID, Text{33});
@@ -30,5 +30,16 @@ template <class Record> void take_network(const Record &info, Home &home, Radio 
     }
     switch_network(home, ssid, taken_flag("Enable", info.Enable));
 }
+
+template <class AnyHome> auto &ssid_at(AnyHome &home, int32_t index)
+{
+    if (index < 1 || static_cast<size_t>(index) > home.ssids.size()) {
+        throw Error("there is no SSID " + std::to_string(index));
+    }
+    return home.ssids[static_cast<size_t>(index - 1)];
+}
+
+// The model checks the channels and bandwidths of the radio.
+void take_ssid(const SsidInfo &info, Home &home);
 
 } // namespace simulated_gateway

@@ -19,16 +19,16 @@ class Download : public WebTransfer {
         set(CURLOPT_MAXFILESIZE_LARGE,
             static_cast<curl_off_t>(limits.largest_image + TransferBudget::kLargestSurplus));
         if (image.size() > 0) {
-            // A server whose image is another one by now sends that whole.
+            // A server that has another image by now sends that one completely.
             add_header("If-Range: " + image.validator());
             set(CURLOPT_RANGE, (std::to_string(image.size()) + "-").c_str());
         }
     }
 
-    // False when the server cannot go on from where the image ends.
+    // False if the server cannot resume where the image ends.
     bool run()
     {
-        // An answer without a body has not been looked at yet.
+        // The headers of a response without a body have not been checked yet.
         return perform() && (has_begun_ || begin());
     }
 
@@ -42,7 +42,7 @@ class Download : public WebTransfer {
         return true;
     }
 
-    // Looks at the status and the headers. False when the body is not what is missing.
+    // Checks the status and the headers. False if the body is not the missing part.
     bool begin()
     {
         has_begun_ = true;
@@ -61,7 +61,8 @@ class Download : public WebTransfer {
         return true;
     }
 
-    // By what the server tells versions of the image apart. A weak ETag does not tell bytes apart.
+    // The server's identification of the image's version. A weak ETag does not guarantee identical
+    // bytes.
     std::string validator() const
     {
         const std::string tag = header("ETag");
@@ -69,11 +70,11 @@ class Download : public WebTransfer {
     }
 
     PartialImage &image_;
-    bool has_begun_ = false; // the body of the last answer, behind all redirects
+    bool has_begun_ = false; // the body of the last response, after all redirects
 };
 
-// The file behind all links, if it lies below the folder; by its descriptor, so that it cannot
-// become another one. A refusal does not tell whether there is anything outside.
+// The file with all links resolved, if it is below the folder; as a descriptor, so that it cannot
+// be exchanged. A refusal does not reveal whether anything exists outside the folder.
 FileDescriptor find_below(const std::string &folder, const std::string &path)
 {
     FileDescriptor file(open(path.c_str(), O_PATH | O_CLOEXEC));
@@ -83,7 +84,7 @@ FileDescriptor find_below(const std::string &folder, const std::string &path)
     const ssize_t size = file.is_open() ? readlink(link.c_str(), real, sizeof(real)) : -1;
     if (size < 0 || !std::string_view(real, static_cast<size_t>(size)).starts_with(folder + "/") ||
         fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
-        throw Error("the address does not hold: no such file in the firmware folder");
+        throw Error("the address is invalid: no such file in the firmware folder");
     }
     return file;
 }
@@ -92,7 +93,7 @@ void copy_file(const WebAddress &address, PartialImage &image, const FetchLimits
                const std::function<bool()> &goes_on)
 {
     if (limits.file_folder.empty()) {
-        throw Error("the address does not hold: file is for a gateway with a firmware folder");
+        throw Error("the address is invalid: file is for a gateway with a firmware folder");
     }
     const FileDescriptor file =
         find_below(limits.file_folder, address.part(CURLUPART_PATH, CURLU_URLDECODE));
@@ -115,8 +116,8 @@ void fetch(const std::string &text, PartialImage &image, const FetchLimits &limi
         copy_file(address, image, limits, goes_on);
         return;
     }
-    if (!address.is_of_web()) {
-        throw Error("the address does not hold: its scheme is none of http, https, file");
+    if (!address.is_web()) {
+        throw Error("the address is invalid: its scheme is none of http, https, file");
     }
     TransferBudget budget(limits);
     if (!Download(address, image, limits, budget, goes_on).run()) {

@@ -1,8 +1,8 @@
-// Fetching an image from an address.
+// Downloading an image from a URL.
 #pragma once
 
 #include "firmware/partial_image.h"
-#include "io/web_transfer.h"
+#include "firmware/web_transfer.h"
 
 #include <cstdint>
 #include <functional>
@@ -12,12 +12,12 @@ namespace simulated_gateway {
 
 struct FetchLimits : WebLimits {
     uint64_t largest_image = 64U << 20;
-    std::string file_folder; // the real path of what file:// may reach; empty: nothing
+    std::string file_folder; // the real path of the only folder that file:// may read; empty: none
 };
 
-// Fetches the rest of the image, or the whole where the server cannot go on. goes_on is asked about
-// every second and whenever something has arrived; the fetching ends when it says no. Throws an
-// Error; what has arrived by then stays in the image unless it does not hold.
+// Downloads the rest of the image, or the whole if the server cannot resume. goes_on is called
+// about every second and whenever data has arrived; the download ends when it returns false. Throws
+// an Error; what has arrived so far stays in the image unless it is invalid.
 void fetch(const std::string &address, PartialImage &image, const FetchLimits &limits,
            const std::function<bool()> &goes_on);
 

@@ -30,9 +30,9 @@ constexpr std::array<TextField, 3> kTextFields = {{{"product", 20, 256, &ImageHe
 
 void check_field(const TextField &field, const std::string &text)
 {
-    const std::string wrong = complaint(text, Text{field.width});
+    const std::string wrong = validation_error(text, Text{field.width});
     if (!wrong.empty()) {
-        refuse_image(std::string("does not hold: its ") + field.name + " " + wrong);
+        refuse_image(std::string("is invalid: its ") + field.name + " " + wrong);
     }
 }
 
@@ -52,7 +52,7 @@ uint64_t number_in(std::string_view bytes)
     return number;
 }
 
-// The field is there from the first bytes on that are a header's in any format.
+// At the same offset in every format, so the bytes of the shortest header are enough to read it.
 uint64_t format_of(std::string_view header)
 {
     return number_in(header.substr(8, 4));
@@ -86,7 +86,8 @@ void ImageCheck::add(std::string_view bytes)
             bytes.remove_prefix(std::min(bytes.size(), missing));
         };
         take_up_to(ImageHeader().size());
-        // A file of another kind shows in its first bytes, and may be shorter than a header.
+        // A file of another format is recognised by its first bytes, and may be shorter than a
+        // header.
         if (!kMagic.starts_with(std::string_view(header_bytes_).substr(0, kMagic.size()))) {
             refuse_image("is none: it does not open with an image's magic");
         }
@@ -97,13 +98,13 @@ void ImageCheck::add(std::string_view bytes)
         take_header();
     }
     if (size_ > header_->image_size()) {
-        refuse_image("goes on behind the " + std::to_string(header_->image_size()) +
-                     " bytes that its header tells of");
+        refuse_image("continues after the " + std::to_string(header_->image_size()) +
+                     " bytes given in its header");
     }
     digest_.add(bytes);
 }
 
-// As far as it is known by now.
+// As far as it is known yet.
 size_t ImageCheck::header_size() const
 {
     ImageHeader header;
@@ -159,7 +160,7 @@ void ImageCheck::check_origin(const ImageHeader &header) const
     if (demands_.key &&
         !demands_.key->verifies(header.signature,
                                 bytes.substr(0, header.digest_offset() + Sha256::kSize))) {
-        refuse_image("does not hold: its signature is not by the firmware key");
+        refuse_image("is invalid: its signature is not by the firmware key");
     }
     if (header.rollback < demands_.least_rollback) {
         refuse_image("has the rollback number " + std::to_string(header.rollback) +

@@ -1,10 +1,10 @@
-// Firmware images: a header, and behind it the payload to the end of the file.
+// Firmware images: a header, followed by the payload up to the end of the file.
 //
 //   offset  bytes
 //        0      8  magic, "HGIMAGE" and a NUL
 //        8      4  version of the format, 1 or 2
 //       12      8  length of the payload, at least 1
-//       20    256  product: the kind of device that the image is for
+//       20    256  product: the device type that the image is for
 //      276     64  version of the firmware
 //      340     32  date of the firmware
 //
@@ -18,9 +18,8 @@
 //      376     32  SHA-256 of all of the above and the payload
 //      408     64  Ed25519 signature of all of the above
 //
-// Numbers begin with their lowest byte. Texts are UTF-8, and NULs fill them up. The signature
-// covers the digest instead of the payload, so that it can be verified before anything else is
-// fetched.
+// Numbers are little-endian. Texts are UTF-8, padded with NULs. The signature covers the digest
+// instead of the payload, so that it can be verified before the payload is downloaded.
 #pragma once
 
 #include "firmware/signature.h"
@@ -41,8 +40,8 @@ struct ImageHeader {
     std::string date;
     uint64_t payload_size = 0;
     uint32_t rollback = 0; // 0 in format 1, which has none
-    std::string sha256;    // as bytes
-    std::string signature; // the same
+    std::string sha256;    // as raw bytes
+    std::string signature; // as raw bytes
 
     size_t digest_offset() const { return is_signed ? 376 : 372; }
     size_t size() const
@@ -51,31 +50,31 @@ struct ImageHeader {
     }
     uint64_t image_size() const { return size() + payload_size; }
 
-    // The header's bytes; up to the digest or the signature while that is empty, which is what is
-    // digested or signed. Throws an Error that names the field that does not hold.
+    // The header's bytes. With an empty digest or signature they end before it: that part is what
+    // is digested or signed. Throws an Error that names the invalid field.
     std::string encode() const;
 };
 
-// What an image has to be, beside whole and undamaged.
+// What an image has to be, besides complete and undamaged.
 struct ImageDemands {
-    std::optional<std::string> product = {}; // without one it is for any
-    uint64_t largest = UINT64_MAX;           // bytes in all
+    std::optional<std::string> product = {}; // without one any product is accepted
+    uint64_t largest = UINT64_MAX;           // total size in bytes
     int64_t least_rollback = 0;
     std::shared_ptr<const VerificationKey> key = nullptr; // without one signatures are not verified
 };
 
-// Checks an image that comes in pieces. Every function but the constructor throws an Error as soon
-// as it can tell that the image will not hold.
+// Checks an image piece by piece. Every function but the constructor throws an Error as soon as it
+// can tell that the image is invalid.
 class ImageCheck {
   public:
     explicit ImageCheck(ImageDemands demands) : demands_(std::move(demands)) {}
 
     void add(std::string_view bytes);
 
-    // How much there is of it, 0 to 99 percent as long as the whole has not been verified.
+    // The part received so far, 0 to 99 percent until the whole has been verified.
     int32_t percent() const;
 
-    // The header of an image that is whole.
+    // The header of a complete image.
     ImageHeader finish();
 
   private:
@@ -85,7 +84,7 @@ class ImageCheck {
 
     ImageDemands demands_;
     std::string header_bytes_;
-    std::optional<ImageHeader> header_; // once all its bytes are there
+    std::optional<ImageHeader> header_; // once all its bytes have arrived
     uint64_t size_ = 0;
     Sha256 digest_;
 };

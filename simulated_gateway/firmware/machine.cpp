@@ -12,14 +12,14 @@
 namespace simulated_gateway {
 namespace {
 
-constexpr char kReboot[] = "sync;reboot"; // as the plug-in has it
-constexpr char kRealReboot[] = "not flashed: the reboot that follows would be this machine's; link "
+constexpr char kReboot[] = "sync;reboot"; // the command that the plug-in uses
+constexpr char kRealReboot[] = "not flashed: the reboot would restart this machine; link "
                                "the gateway to the host, load it by LD_PRELOAD, or export a "
                                "system() from the host";
 
 using System = int (*)(const char *);
 
-// The function that the gateway's own one stands in front of.
+// The function that the gateway's own system() overrides.
 System system_behind()
 {
     return reinterpret_cast<System>(dlsym(RTLD_NEXT, "system"));
@@ -43,13 +43,13 @@ void refuse_real_reboot()
 
 } // namespace simulated_gateway
 
-// Takes the place of the C library's function in a host that is linked with the gateway: what would
-// restart the router restarts the model. Everything else is the host's own affair.
+// Overrides the C library's function in a host that is linked with the gateway: a command to
+// restart the router restarts the model. Any other command is passed on to the C library.
 extern "C" __attribute__((visibility("default"))) int system(const char *command)
 {
     using namespace simulated_gateway;
     if (command != nullptr && std::strcmp(command, kReboot) == 0) {
-        write_all(STDERR_FILENO, "simulated gateway: restarts, in place of this machine\n");
+        write_all(STDERR_FILENO, "simulated gateway: restarts the model instead of this machine\n");
         simulated_gateway_power_cycle();
         return 0;
     }

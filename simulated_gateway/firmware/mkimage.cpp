@@ -14,14 +14,14 @@ using namespace simulated_gateway;
 
 enum ExitStatus {
     kSuccess = 0,
-    kFailed = 1, // a file cannot be read or written, or the image does not hold
+    kFailed = 1, // a file cannot be read or written, or the image is invalid
     kWrongUsage = 2,
 };
 
 constexpr char kFooter[] = R"(
 Exit status:
   0  done
-  1  a file cannot be read or written, or the image does not hold
+  1  a file cannot be read or written, or the image is invalid
   2  wrong usage
 
 Examples:
@@ -36,12 +36,12 @@ Examples:
 
 struct Options {
     ImageHeader header;
-    std::string payload; // a file, else so many bytes
+    std::string payload; // a file; without one, a generated payload of the given size
     uint64_t size = 1U << 20;
     std::string image;
     bool show = false;
-    std::string signing_key;  // file, else the image is not signed
-    std::string firmware_key; // file, else a signature is not verified
+    std::string signing_key;  // file; without one the image is not signed
+    std::string firmware_key; // file; without one a signature is not verified
 };
 
 std::string today()
@@ -53,7 +53,7 @@ std::string today()
     return {text, std::strftime(text, sizeof(text), "%Y-%m-%d", &parts)};
 }
 
-// Bytes that are the same for the same version at every run, and that cannot be compressed.
+// Incompressible bytes that are the same for the same version in every run.
 void invent_payload(const Options &options, const std::function<void(std::string_view)> &take)
 {
     std::seed_seq seed(options.header.version.begin(), options.header.version.end());
@@ -83,8 +83,7 @@ void make(Options options)
             read_file(options.payload, take);
         }
     };
-    // The header goes first and tells of what follows it, so the payload is read anew for each
-    // step.
+    // The header comes first and describes the payload, so the payload is read again for each step.
     with_payload([&](std::string_view bytes) { header.payload_size += bytes.size(); });
     if (header.payload_size == 0) {
         throw Error(options.payload + ": is empty");
@@ -130,7 +129,7 @@ void show(const std::string &file, const std::string &firmware_key)
     if (header.is_signed) {
         std::printf("rollback number: %ju\nsignature: %s\n",
                     static_cast<uintmax_t>(header.rollback),
-                    demands.key ? "holds" : "not verified");
+                    demands.key ? "valid" : "not verified");
     } else {
         std::puts("signature: none");
     }
@@ -139,22 +138,22 @@ void show(const std::string &file, const std::string &firmware_key)
     }
 }
 
-// Throws CLI's own complaints, and a wish for help as well.
+// Throws the exceptions of CLI11, for usage errors and for --help.
 Options parse(CLI::App &app, int count, char **words)
 {
     Options options;
     options.header.date = today();
     app.footer(kFooter);
     CLI::Option *product = app.add_option("--product", options.header.product,
-                                          "Kind of device that the image is for: its device_type");
+                                          "Device type of the router that the image is for");
     CLI::Option *version =
         app.add_option("--version", options.header.version, "Version of the firmware");
-    CLI::Option *date = app.add_option("--date", options.header.date, "Its date, else today's");
-    CLI::Option *size =
-        app.add_option("--size", options.size, "Length of a payload that is made up")
-            ->type_name("BYTES")
-            ->check(CLI::PositiveNumber.description(""))
-            ->capture_default_str();
+    CLI::Option *date =
+        app.add_option("--date", options.header.date, "Date of the firmware, else today's");
+    CLI::Option *size = app.add_option("--size", options.size, "Length of a generated payload")
+                            ->type_name("BYTES")
+                            ->check(CLI::PositiveNumber.description(""))
+                            ->capture_default_str();
     CLI::Option *payload =
         app.add_option("--payload", options.payload, "File with the payload instead")
             ->type_name("FILE");
@@ -163,7 +162,7 @@ Options parse(CLI::App &app, int count, char **words)
                             ->type_name("KEY");
     CLI::Option *rollback =
         app.add_option("--rollback", options.header.rollback,
-                       "Number below which no firmware is taken any more once this one runs")
+                       "Images with a lower number are refused once this firmware runs")
             ->type_name("NUMBER")
             ->capture_default_str();
     CLI::Option *firmware_key =
@@ -171,7 +170,7 @@ Options parse(CLI::App &app, int count, char **words)
                        "With --show: the image has to be signed by this public key")
             ->type_name("FILE");
     app.add_flag("--show", options.show, "Verify an image and print its header, nothing else");
-    app.add_option("IMAGE", options.image, "File of the image")->type_name("")->required();
+    app.add_option("IMAGE", options.image, "Image file")->type_name("")->required();
     app.parse(count, words);
 
     for (const CLI::Option *option : {product, version}) {

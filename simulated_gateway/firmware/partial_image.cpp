@@ -20,13 +20,13 @@ PartialImage::PartialImage(std::string path, const std::string &address, ImageDe
     : path_(std::move(path)), origin_path_(path_ + ".origin"), origin_(digest_of(address)),
       demands_(std::move(demands)), check_(demands_)
 {
-    if (!take_up()) {
+    if (!resume()) {
         start_over("");
     }
 }
 
-// What does not hold is no reason to fail: the image is fetched from its start then.
-bool PartialImage::take_up()
+// An invalid partial image is not an error: the download then starts from the beginning.
+bool PartialImage::resume()
 try {
     const std::string origin = read_file(origin_path_);
     const std::string first_line = origin_ + "\n";
@@ -46,7 +46,7 @@ try {
 
 void PartialImage::start_over(const std::string &validator)
 {
-    // In this order: bytes never lie beside the name of a version that they are not of.
+    // In this order, so that bytes are never next to the validator of another version.
     unlink(path_.c_str());
     if (!validator.empty()) {
         replace_file(origin_path_, origin_ + "\n" + validator);

@@ -1,22 +1,15 @@
 #include "firmware/progress.h"
 
+#include "io/host_listener.h"
 #include "simulated_gateway/simulated_gateway.h"
-
-#include <mutex>
 
 namespace simulated_gateway {
 namespace {
 
-struct Listener {
-    std::mutex mutex; // held while it is told something
-    SimulatedGatewayProgress report = nullptr;
-    void *context = nullptr;
-};
-
 // Never destroyed: a worker thread may call the device while the process ends.
-Listener &listener()
+HostListener<SimulatedGatewayProgress> &progress_listener()
 {
-    static Listener &only = *new Listener;
+    static auto &only = *new HostListener<SimulatedGatewayProgress>;
     return only;
 }
 
@@ -28,18 +21,12 @@ void Progress::report(int32_t percent)
         return;
     }
     last_ = percent;
-    const std::lock_guard lock(listener().mutex);
-    if (listener().report != nullptr) {
-        listener().report(task_, percent, listener().context);
-    }
+    progress_listener().tell(task_, percent);
 }
 
 } // namespace simulated_gateway
 
 void simulated_gateway_on_progress(SimulatedGatewayProgress report, void *context)
 {
-    using namespace simulated_gateway;
-    const std::lock_guard lock(listener().mutex);
-    listener().report = report;
-    listener().context = context;
+    simulated_gateway::progress_listener().set(report, context);
 }

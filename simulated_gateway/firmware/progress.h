@@ -1,11 +1,11 @@
-// What the host is told of work that takes its time.
+// Progress reports to the host for long operations.
 #pragma once
 
 #include <cstdint>
 
 namespace simulated_gateway {
 
-// The progress of one piece of work. Only what has changed is reported.
+// The progress of one operation. Only changes are reported.
 class Progress {
   public:
     explicit Progress(const char *task) : task_(task) {}

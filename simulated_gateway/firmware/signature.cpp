@@ -14,7 +14,7 @@ using Key = std::shared_ptr<EVP_PKEY>;
 using Digest = std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX *)>;
 using ReadKey = EVP_PKEY *(*)(BIO *, EVP_PKEY **, pem_password_cb *, void *);
 
-// In place of OpenSSL's own, which asks at the terminal.
+// Replaces OpenSSL's own callback, which prompts at the terminal.
 int no_password(char *, int, int, void *)
 {
     return -1;
@@ -28,7 +28,7 @@ Key read_key(const std::string &file, ReadKey read, const char *kind)
     Key key(memory ? read(memory.get(), nullptr, no_password, nullptr) : nullptr, EVP_PKEY_free);
     OPENSSL_cleanse(text.data(), text.size());
     if (key == nullptr || EVP_PKEY_get_id(key.get()) != EVP_PKEY_ED25519) {
-        throw Error(file + ": is no " + kind + " Ed25519 key in PEM");
+        throw Error(file + ": is not " + kind + " Ed25519 key in PEM");
     }
     return key;
 }
@@ -41,7 +41,7 @@ const unsigned char *bytes_of(std::string_view text)
 } // namespace
 
 SigningKey::SigningKey(const std::string &file)
-    : key_(read_key(file, PEM_read_bio_PrivateKey, "unencrypted private"))
+    : key_(read_key(file, PEM_read_bio_PrivateKey, "an unencrypted private"))
 {
 }
 
@@ -59,7 +59,7 @@ std::string SigningKey::sign(std::string_view bytes) const
 }
 
 VerificationKey::VerificationKey(const std::string &file)
-    : key_(read_key(file, PEM_read_bio_PUBKEY, "public"))
+    : key_(read_key(file, PEM_read_bio_PUBKEY, "a public"))
 {
 }
 

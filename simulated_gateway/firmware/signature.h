@@ -13,7 +13,7 @@ constexpr size_t kSignatureSize = 64;
 
 class SigningKey {
   public:
-    // Reads a private key that is not encrypted. Throws an Error that names the file.
+    // Reads an unencrypted private key. Throws an Error that names the file.
     explicit SigningKey(const std::string &file);
 
     // kSignatureSize bytes. Throws an Error.

@@ -16,7 +16,7 @@ FirmwareSlot content_of(const ImageHeader &header)
     return {header.version, header.date, hexadecimal(header.sha256), header.rollback};
 }
 
-// A link that somebody has put in the folder's place would lead the images elsewhere.
+// A link placed instead of the folder would redirect the images elsewhere.
 void refuse_link(const std::string &folder)
 {
     struct stat info = {};
@@ -108,7 +108,7 @@ FirmwareStore::SlotImage FirmwareStore::copy_for(int64_t slot, const Router &rou
     if (!header.is_signed) {
         warning = "is not signed";
     } else if (key_ == nullptr) {
-        warning = "has a signature that is not verified, for lack of a firmware key";
+        warning = "has a signature that is not verified without a firmware key";
     }
     return {std::move(file), content_of(header), std::move(warning)};
 }
@@ -116,7 +116,7 @@ FirmwareStore::SlotImage FirmwareStore::copy_for(int64_t slot, const Router &rou
 void FirmwareStore::check(int64_t slot, const FirmwareSlot &content, const Router &router)
 {
     ImageDemands demands = demands_for(router);
-    demands.largest = UINT64_MAX; // it has been taken
+    demands.largest = UINT64_MAX; // the size was checked when it was downloaded
     ImageCheck check(demands);
     read_file(slot_path(slot), [&](std::string_view bytes) { check.add(bytes); });
     if (content_of(check.finish()).sha256 != content.sha256) {

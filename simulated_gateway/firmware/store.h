@@ -1,5 +1,5 @@
-// Where the gateway keeps images: the one that is fetched, the one that was downloaded, and those
-// in the two slots.
+// Where the gateway stores images: the one being downloaded, the downloaded one, and those in the
+// two slots.
 #pragma once
 
 #include "firmware/fetch.h"
@@ -15,44 +15,44 @@ namespace simulated_gateway {
 
 class FirmwareStore {
   public:
-    // The images lie in the folder, or without one in a temporary folder that ends with the store.
-    // Either is made when it is needed.
-    // Images have to be signed by the key; without one any is taken.
+    // The images are in the folder, or without one in a temporary folder that is deleted with the
+    // store. Either is created when it is needed. Images have to be signed by the key; without one
+    // any image is accepted.
     FirmwareStore(std::optional<std::string> folder, const FetchLimits &limits,
                   std::shared_ptr<const VerificationKey> key);
     ~FirmwareStore();
     FirmwareStore(const FirmwareStore &) = delete;
     FirmwareStore &operator=(const FirmwareStore &) = delete;
 
-    // The right to download; only one at a time has it. Throws an Error when it is taken.
+    // The exclusive right to download. Throws an Error if a download is running.
     std::unique_lock<std::mutex> begin_download();
 
     // The router that an image is for.
     struct Router {
         std::string product;
-        int64_t rollback; // of the firmware that runs
+        int64_t rollback; // of the running firmware
     };
 
-    // Fetches and verifies an image, and keeps it as the downloaded one in place of the one before.
-    // Throws an Error.
+    // Downloads and verifies an image, and stores it in place of the one downloaded before. Throws
+    // an Error.
     void download(const std::string &address, const Router &router);
 
-    // The right to write a slot; others wait for it.
+    // The exclusive right to write a slot; others wait for it.
     std::unique_lock<std::mutex> begin_flash() { return std::unique_lock(flashing_); }
 
-    // The downloaded image, written aside for a slot and verified once more.
+    // The downloaded image, written to a temporary file for a slot and verified again.
     struct SlotImage {
         NewFile file;
         FirmwareSlot content;
-        std::string warning; // where nobody vouches for the image
+        std::string warning; // if the image's origin is not verified
     };
-    // Throws an Error, also when nothing was downloaded.
+    // Throws an Error, also if nothing was downloaded.
     SlotImage copy_for(int64_t slot, const Router &router);
 
-    // Throws an Error unless the slot's file is the image that it should hold.
+    // Throws an Error unless the slot's file is the expected image.
     void check(int64_t slot, const FirmwareSlot &content, const Router &router);
 
-    // Lets the download that is under way fail, and every later one.
+    // Makes the running download and every later one fail.
     void stop() { stopped_ = true; }
     bool is_stopped() const { return stopped_; }
 

@@ -1,4 +1,4 @@
-// The one clock of the gateway: whatever asks for the time asks here.
+// The only clock of the gateway: all code uses it for the time.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,14 @@ namespace simulated_gateway {
 // Seconds since 1970.
 int64_t now();
 
-// Never negative, also when the clock went back.
+// Never negative, even if the clock was set back.
 int64_t seconds_since(int64_t time);
 
-// The time so many seconds after a time of 1970 or later, at most the last one that there is.
+// The time the given seconds after a time of 1970 or later; at most INT64_MAX.
 int64_t later(int64_t time, int64_t seconds);
 
-// Stops the clock at a time, so that every value that goes by it stays the same; without one it
-// runs with that of the machine.
+// Stops the clock at a time, so that every value that depends on it is constant. Without a time it
+// follows the machine's clock.
 void fix_clock(std::optional<int64_t> time);
 bool clock_runs();
 

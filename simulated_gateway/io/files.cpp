@@ -69,14 +69,14 @@ void refuse_file(const std::string &path)
 
 void read_file(const std::string &path, const std::function<void(std::string_view)> &take)
 {
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for its writer.
+    // Without O_NONBLOCK opening a named pipe would block until it has a writer.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat info = {};
     if (!file.is_open() || fstat(file.get(), &info) != 0) {
         refuse_file(path);
     }
     if (!S_ISREG(info.st_mode)) {
-        throw Error(path + ": is no regular file");
+        throw Error(path + ": is not a regular file");
     }
     char block[16384];
     for (;;) {
@@ -105,7 +105,7 @@ std::string read_file(const std::string &path)
     return text;
 }
 
-// One fixed name aside: what a killed process left there is overwritten by the next.
+// One fixed temporary name: the file of a killed process is overwritten by the next.
 NewFile::NewFile(std::string path)
     : path_(std::move(path)), temporary_(path_ + ".tmp"),
       file_(open(temporary_.c_str(),
@@ -161,7 +161,8 @@ void NewFile::replace()
         refuse_file(path_);
     }
     temporary_.clear();
-    // The new file is in place already; where a file system cannot sync a folder, it has to do.
+    // The new file is already in place; if a file system cannot sync a folder, nothing more can be
+    // done.
     fsync(folder_.get());
 }
 

@@ -1,4 +1,4 @@
-// Files: read whole within a bound, replaced whole or not at all.
+// Files: read completely up to a limit, replaced completely or not at all.
 #pragma once
 
 #include <csignal>
@@ -23,8 +23,8 @@ class FileDescriptor {
     int fd_;
 };
 
-// Keeps from the thread what a failing write raises besides its result: SIGPIPE where nobody reads
-// any more, SIGXFSZ where a file grows beyond its limit. Either would end the host's process.
+// Suppresses in this thread the signals that a failing write raises: SIGPIPE if the reader is gone,
+// SIGXFSZ if a file exceeds its size limit. Either would terminate the host's process.
 class WithoutWriteSignals {
   public:
     WithoutWriteSignals();
@@ -33,18 +33,18 @@ class WithoutWriteSignals {
     WithoutWriteSignals &operator=(const WithoutWriteSignals &) = delete;
 
   private:
-    sigset_t raised_; // by our writes, if at all: these were not pending before
+    sigset_t raised_; // not pending before: if they become so, our writes raised them
     sigset_t before_;
 };
 
-// Reads a regular file from its start to its end. Throws an Error that names the file.
+// Reads a regular file from start to end. Throws an Error that names the file.
 void read_file(const std::string &path, const std::function<void(std::string_view)> &take);
 
 // The text of a regular file of at most 4 MiB. Throws an Error that names the file.
 std::string read_file(const std::string &path);
 
-// A file that is written aside and then put in the place of another: whoever reads that one,
-// whenever the process is killed, finds the old content or the new. All throw an Error.
+// A file that is written under a temporary name and then replaces another: a reader finds either
+// the old or the new content, even if the process is killed. All functions throw an Error.
 class NewFile {
   public:
     explicit NewFile(std::string path);
@@ -53,11 +53,11 @@ class NewFile {
     NewFile &operator=(NewFile &&) = delete;
 
     void write(std::string_view text);
-    // What is written goes to the disk.
+    // Flushes what has been written to the disk.
     void sync();
     // Another descriptor of the file, which stays open when this object ends. They share a lock.
     FileDescriptor duplicate() const;
-    // Syncs it, and puts it in its place.
+    // Syncs the file and renames it to its path.
     void replace();
 
   private:
@@ -67,14 +67,14 @@ class NewFile {
     FileDescriptor folder_;
 };
 
-// Puts a new text in the place of the file. Throws an Error, and then the old text is in place.
+// Replaces the content of the file. If it throws an Error, the old content is still in place.
 void replace_file(const std::string &path, std::string_view text);
 
-// Writes to the descriptor until all is written. No signal is
-// raised by it. Result: false on failure, with errno set.
+// Writes everything to the descriptor, without raising a signal. Returns false on failure, with
+// errno set.
 bool write_all(int fd, std::string_view text);
 
-// Throws an Error: the file and what errno says.
+// Throws an Error with the file's name and the text of errno.
 [[noreturn]] void refuse_file(const std::string &path);
 
 } // namespace simulated_gateway

@@ -1,4 +1,4 @@
-// SHA-256 of a content that comes in pieces.
+// SHA-256 of data that arrives in pieces.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ class Sha256 {
   public:
     static constexpr size_t kSize = 32;
 
-    // All throw an Error, when memory is exhausted.
+    // All throw an Error if memory is exhausted.
     Sha256();
     void add(std::string_view bytes);
     // The digest, kSize bytes; nothing may be added afterwards.

@@ -24,8 +24,8 @@ bool is_control(uint32_t letter)
     return letter < 0x20 || (letter >= 0x7f && letter < 0xa0);
 }
 
-// Controls, what turns the direction of writing, and what has no width.
-bool is_unseen(uint32_t letter)
+// Control characters, those that change the writing direction, and those without width.
+bool is_invisible(uint32_t letter)
 {
     constexpr std::pair<uint32_t, uint32_t> ranges[] = {
         {0x00ad, 0x00ad}, {0x034f, 0x034f}, {0x061c, 0x061c}, {0x180e, 0x180e}, {0x200b, 0x200f},
@@ -42,7 +42,7 @@ void append_escaped(std::string &out, std::string_view text, bool escape_quotes)
         const auto start = at;
         bool plain = false;
         try {
-            plain = !is_unseen(utf8::next(at, text.end()));
+            plain = !is_invisible(utf8::next(at, text.end()));
         } catch (const utf8::exception &) {
             at = start + 1;
         }
@@ -58,8 +58,8 @@ void append_escaped(std::string &out, std::string_view text, bool escape_quotes)
     }
 }
 
-// Whether it opens a letter of more bytes than there are.
-bool is_cut_letter(std::string_view text)
+// Whether the text ends within its first character.
+bool is_cut_character(std::string_view text)
 {
     try {
         auto at = text.begin();
@@ -71,7 +71,7 @@ bool is_cut_letter(std::string_view text)
     return false;
 }
 
-// Levenshtein's distance: letters to insert, delete or replace.
+// Levenshtein distance: the characters to insert, delete or replace.
 size_t distance(std::string_view left, std::string_view right)
 {
     std::vector<size_t> row(right.size() + 1);
@@ -117,7 +117,7 @@ std::string in_quotes(std::string_view text)
     return out + '"';
 }
 
-std::string_view whole_letters(std::string_view text)
+std::string_view whole_characters(std::string_view text)
 {
     constexpr size_t longest_letter = 4;
     for (size_t length = 1; length <= std::min(longest_letter - 1, text.size()); ++length) {
@@ -125,7 +125,7 @@ std::string_view whole_letters(std::string_view text)
         const auto first = static_cast<uint8_t>(end.front());
         const bool continues = (first & 0xc0) == 0x80;
         if (!continues) {
-            return is_cut_letter(end) ? text.substr(0, text.size() - length) : text;
+            return is_cut_character(end) ? text.substr(0, text.size() - length) : text;
         }
     }
     return text;

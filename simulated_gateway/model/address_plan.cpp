@@ -10,15 +10,15 @@ uint32_t address(const char *field, const std::string &text)
 {
     const std::optional<uint32_t> parsed = parse_ipv4(text);
     if (!parsed) {
-        throw Error(std::string(field) + " is no IPv4 address");
+        throw Error(std::string(field) + " is not an IPv4 address");
     }
     return *parsed;
 }
 
 struct Subnet {
     uint32_t mask;
-    uint32_t first; // the address of the network itself
-    uint32_t last;  // the one that reaches all hosts
+    uint32_t first; // the network address
+    uint32_t last;  // the broadcast address
 
     Subnet(uint32_t member, uint32_t its_mask)
         : mask(its_mask), first(member & its_mask), last(member | ~its_mask)
@@ -28,7 +28,7 @@ struct Subnet {
     bool is_host(uint32_t address) const { return first < address && address < last; }
 };
 
-// Neither this network, nor the loopback, nor multicast and what is reserved.
+// Excludes 0.0.0.0/8, loopback, multicast and reserved addresses.
 bool is_unicast(uint32_t address)
 {
     const uint32_t first_byte = address >> 24;
@@ -39,7 +39,7 @@ void refuse_address_of_wan(const Subnet &subnet, const Wan &wan)
 {
     const std::optional<uint32_t> ip = parse_ipv4(wan.ip);
     if (ip && subnet.holds(*ip)) {
-        throw Error("the subnet holds the address of the WAN");
+        throw Error("the subnet contains the address of the WAN");
     }
 }
 
@@ -48,10 +48,10 @@ Subnet accepted_subnet(const Home &home, const Lan &plan)
     const uint32_t gateway = address("GatewayLanIP", plan.ip);
     const uint32_t mask = address("SubnetMask", plan.subnet_mask);
     if (!is_lan_mask(mask)) {
-        throw Error("SubnetMask is no mask of a LAN");
+        throw Error("SubnetMask is not a LAN subnet mask");
     }
     if (!is_unicast(gateway)) {
-        throw Error("GatewayLanIP is no address of a host");
+        throw Error("GatewayLanIP is not a host address");
     }
     const Subnet subnet(gateway, mask);
     if (gateway == subnet.first) {
@@ -73,15 +73,15 @@ Subnet accepted_subnet(const Home &home, const Lan &plan)
         throw Error("EndIp is outside the subnet");
     }
     if (end < start) {
-        throw Error("EndIp lies before StartIp");
+        throw Error("EndIp is before StartIp");
     }
     if (start <= gateway && gateway <= end) {
-        throw Error("the pool from StartIp to EndIp holds GatewayLanIP");
+        throw Error("the pool from StartIp to EndIp contains GatewayLanIP");
     }
     return subnet;
 }
 
-// Everything but the gateway that holds an address of the LAN.
+// All LAN addresses in use except that of the gateway.
 std::vector<std::string *> held_addresses(Home &home)
 {
     std::vector<std::string *> held;
@@ -103,19 +103,19 @@ void move_lan(Home &home, const Lan &plan)
     const Subnet subnet = accepted_subnet(home, plan);
     const uint32_t old_mask = *parse_ipv4(home.lan.subnet_mask);
     std::set<uint32_t> taken = {*parse_ipv4(plan.ip)};
-    std::vector<std::string *> homeless;
+    std::vector<std::string *> displaced;
     for (std::string *ip : held_addresses(home)) {
         const uint32_t old = *parse_ipv4(*ip);
         const uint32_t kept = subnet.is_host(old) ? old : subnet.first + (old & ~old_mask);
         if (subnet.is_host(kept) && taken.insert(kept).second) {
             *ip = ipv4_text(kept);
         } else {
-            homeless.push_back(ip);
+            displaced.push_back(ip);
         }
     }
     const uint32_t end = *parse_ipv4(plan.dhcp_pool.end);
     uint32_t next = *parse_ipv4(plan.dhcp_pool.start);
-    for (std::string *ip : homeless) {
+    for (std::string *ip : displaced) {
         while (next <= end && !taken.insert(next).second) {
             ++next;
         }
@@ -132,7 +132,7 @@ void require_free_address(const Home &home, const Host &host, const std::string 
     const uint32_t wanted = address("ip", ip);
     const Subnet subnet(*parse_ipv4(home.lan.ip), *parse_ipv4(home.lan.subnet_mask));
     if (!subnet.is_host(wanted)) {
-        throw Error("ip is no address of the LAN");
+        throw Error("ip is not a LAN address");
     }
     if (ip == home.lan.ip) {
         throw Error("ip is the address of the gateway");

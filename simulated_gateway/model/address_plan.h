@@ -1,4 +1,4 @@
-// The address plan of the LAN: which ones a router accepts, and moving the home into another one.
+// The address plan of the LAN: which plans a router accepts, and how the home moves to another one.
 #pragma once
 
 #include "model/model.h"
@@ -7,9 +7,9 @@
 
 namespace simulated_gateway {
 
-// Puts the plan in the place of the home's own. Whatever holds an address of the LAN keeps it where
-// it is one of the new subnet as well, and else keeps its host part. Where that is taken or does
-// not fit, it gets the first address of the pool that is free.
+// Replaces the address plan of the home. A device or a router keeps its LAN address if that is also
+// in the new subnet, and otherwise its host part. If that is taken or does not fit, it gets the
+// first free address of the pool.
 //
 // Throws an Error, of at most 63 bytes, that says what is wrong with the plan.
 void move_lan(Home &home, const Lan &plan);
@@ -17,7 +17,7 @@ void move_lan(Home &home, const Lan &plan);
 // Throws an Error, of at most 63 bytes, unless the host may have the address.
 void require_free_address(const Home &home, const Host &host, const std::string &ip);
 
-// The first address of the pool that nobody holds; nothing when there is none.
+// The first free address of the pool; nothing if all are in use.
 std::optional<std::string> free_pool_address(const Home &home);
 
 } // namespace simulated_gateway

@@ -1,11 +1,11 @@
 #include "model/check.h"
 
-#include "model/coherence.h"
+#include "model/consistency.h"
 
 namespace simulated_gateway {
 namespace {
 
-// Holds every field against its rule.
+// Checks every field against its rule.
 class RuleChecker {
   public:
     explicit RuleChecker(std::string path) : path_(std::move(path)) {}
@@ -16,7 +16,7 @@ class RuleChecker {
         if (rule.presence == Presence::kOptional && value == Value()) {
             return;
         }
-        const std::string wrong = complaint(value, rule);
+        const std::string wrong = validation_error(value, rule);
         if (!wrong.empty()) {
             refuse(path_ + "/" + name, wrong);
         }
@@ -30,7 +30,7 @@ class RuleChecker {
     void list(const char *name, const std::vector<Struct> &values, size_t most)
     {
         if (values.size() > most) {
-            refuse(path_ + "/" + name, "holds more than " + std::to_string(most));
+            refuse(path_ + "/" + name, "has more than " + std::to_string(most) + " items");
         }
         for (size_t at = 0; at < values.size(); ++at) {
             RuleChecker inner(item(path_ + "/" + name, at));
@@ -48,7 +48,7 @@ void check(const Home &home)
 {
     RuleChecker rules("");
     Home::describe(home, rules);
-    check_coherence(home, "");
+    check_consistency(home, "");
 }
 
 void check(const State &state)
@@ -59,8 +59,8 @@ void check(const State &state)
         refuse("/firmware/slot_" + std::to_string(state.firmware.running) + "/version",
                "is missing, and it runs");
     }
-    check_coherence(state.home, "/home");
-    check_coherence(state.factory, "/factory");
+    check_consistency(state.home, "/home");
+    check_consistency(state.factory, "/factory");
     check_removed_hosts(state, "/removed_hosts");
 }
 

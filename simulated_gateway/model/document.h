@@ -1,4 +1,4 @@
-// The files of the gateway: JSON that opens with "format" and "version".
+// The files of the gateway: JSON that starts with "format" and "version".
 #pragma once
 
 #include "model/check.h"
@@ -9,11 +9,11 @@ namespace simulated_gateway {
 constexpr char kScenarioFormat[] = "simulated gateway scenario";
 constexpr char kStateFormat[] = "simulated gateway state";
 
-// Checks the head and takes it out.
+// Checks the head and removes it.
 void take_head(Json &document, const std::string &format);
 Json make_head(const std::string &format);
 
-// The value that a document without its head holds.
+// The value in a document without its head.
 template <class Struct> Struct read_checked(const Json &document)
 {
     Struct value = read_struct<Struct>(document, "");
@@ -21,7 +21,7 @@ template <class Struct> Struct read_checked(const Json &document)
     return value;
 }
 
-// Reads and checks a document; the Error of one that does not hold opens with the file's name.
+// Reads and checks a document. The Error for an invalid one starts with the file's name.
 template <class Struct>
 Struct read_document(const std::string &file, std::string_view text, const char *format)
 {

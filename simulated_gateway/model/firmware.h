@@ -1,5 +1,4 @@
-// The part of the model that is the firmware: two slots, of which one runs and the other can be
-// written.
+// The firmware part of the model: two slots, one running and the other one writable.
 #pragma once
 
 #include "model/rules.h"
@@ -11,12 +10,12 @@
 
 namespace simulated_gateway {
 
-// What a slot holds. The firmware that the router left the factory with has no image in a file.
+// The content of a slot. The factory firmware has no image file.
 struct FirmwareSlot {
     std::string version;
     std::string date;
     std::string sha256;   // of the image
-    int64_t rollback = 0; // 0 also of an image without a number
+    int64_t rollback = 0; // also 0 for an image without a number
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -31,7 +30,7 @@ struct FirmwareSlot {
 struct Firmware {
     std::array<FirmwareSlot, 2> slots;
     int64_t running = 1; // number of the slot, from 1
-    int64_t next = 1;    // the one that the next restart starts
+    int64_t next = 1;    // the slot that the next restart boots
 
     const FirmwareSlot &slot(int64_t number) const
     {

@@ -12,7 +12,7 @@ namespace simulated_gateway {
 
 constexpr size_t kMostProtectPeriods = 16;
 
-// A time in which a protected device has no access. One that has just been added is empty.
+// A time in which a protected device has no access. A newly added period is empty.
 struct ProtectPeriod {
     bool enabled = false;
     std::string start;
@@ -29,11 +29,11 @@ struct ProtectPeriod {
     }
 };
 
-// An entry of the table. It keeps its number; periods are numbered from 1, by their place.
+// An entry of the table. Its number does not change; its periods are numbered from 1, by position.
 struct GreenHost {
     int64_t number = 0;
     std::string mac;
-    std::string name; // given by the user
+    std::string name; // set by the user
     bool notify = false;
     bool is_protected = false; // its periods are in force
     std::vector<ProtectPeriod> periods;
@@ -51,7 +51,7 @@ struct GreenHost {
 
 struct GreenNet {
     bool enabled = false;
-    bool access_restricted = false; // restriction of access as such
+    bool access_restricted = false; // the main switch of access restriction
     std::vector<GreenHost> hosts;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)

@@ -13,7 +13,7 @@ constexpr auto kHostKinds =
     one_of("Computer", "Phone", "Tablet", "TV", "Console", "Camera", "Printer", "Speaker", "Other");
 constexpr Range kRateLimits = {1, 10'000'000, Presence::kOptional};
 
-// Eight child routers with as many stations as they report, and the main router's own.
+// Eight child routers with the most stations they can report, and those of the main router.
 constexpr size_t kMostHosts = 1024;
 
 struct Host {
@@ -24,19 +24,19 @@ struct Host {
     std::string maker;
     std::string os;
     std::string os_version;
-    std::string alias; // name given by the user
+    std::string alias; // name set by the user
     bool online = false;
-    std::string away_from; // of the day, on some days of the week
+    std::string away_from; // time of day, on some days of the week
     std::string away_until;
     std::string away_days;
-    int64_t presence_percent = 0; // of the hours, at random; 0 for all of them
+    int64_t presence_percent = 0; // of the hours, at random; 0 for always
     std::string router;           // MAC address of the router that it is attached to
     int64_t ssid = 0;             // number of the SSID; 0 for a cable
-    int64_t signal_dbm = 0;       // only by radio
-    bool roams = false;           // by day it wanders from router to router
+    int64_t signal_dbm = 0;       // only for a radio link
+    bool roams = false;           // moves from router to router by day
     bool blocked = false;         // by the user
-    int64_t down_limit_kbps = 0;  // 0 for none
-    bool address_bound = false;   // the DHCP server keeps the address for it
+    int64_t down_limit_kbps = 0;  // 0 for no limit
+    bool address_bound = false;   // the DHCP server reserves the address for it
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -64,7 +64,7 @@ struct Host {
     }
 };
 
-// A host that the user has removed from the list. It is listed again when it attaches anew.
+// A host that the user has removed from the list. It is listed again when it reattaches.
 struct RemovedHost {
     Host host;
     int64_t time = 0; // when it was removed, in seconds since 1970

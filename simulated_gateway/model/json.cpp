@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t kDeepestNesting = 16;
 
-// Follows the parser to see what the finished document cannot show.
+// A parser callback that detects what the finished document no longer shows.
 class ParseObserver {
   public:
     bool operator()(int, Json::parse_event_t event, const Json &parsed)
@@ -25,7 +25,7 @@ class ParseObserver {
             Level &level = levels_.back();
             level.key = parsed.get<std::string>();
             if (!level.keys.insert(level.key).second) {
-                throw Error(path() + ": stands twice");
+                throw Error(path() + ": is repeated");
             }
             break;
         }
@@ -68,8 +68,8 @@ class ParseObserver {
     std::vector<Level> levels_;
 };
 
-// The library's text without its own preamble: "line 3, column 7: ...". It quotes what it read
-// last, which may be most of the file.
+// The library's message without its preamble: "line 3, column 7: ...". The message quotes what was
+// read last, which may be most of the file.
 std::string reason(const Json::exception &error)
 {
     constexpr size_t longest = 200;
@@ -101,7 +101,7 @@ JsonReader::JsonReader(const Json &object, std::string path)
     : object_(object), path_(std::move(path))
 {
     if (!object.is_object()) {
-        throw Error((path_.empty() ? "the document" : path_ + ":") + " is no object");
+        throw Error((path_.empty() ? "the document" : path_ + ":") + " is not an object");
     }
 }
 
@@ -130,7 +130,7 @@ void JsonReader::refuse_unknown_keys() const
 void JsonReader::read(const Json &item, const std::string &path, std::string &value)
 {
     if (!item.is_string()) {
-        throw Error(path + ": is no text");
+        throw Error(path + ": is not a string");
     }
     value = item.get<std::string>();
 }
@@ -138,7 +138,7 @@ void JsonReader::read(const Json &item, const std::string &path, std::string &va
 void JsonReader::read(const Json &item, const std::string &path, int64_t &value)
 {
     if (!item.is_number_integer()) {
-        throw Error(path + ": is no whole number");
+        throw Error(path + ": is not an integer");
     }
     if (item.is_number_unsigned() && item.get<uint64_t>() > INT64_MAX) {
         throw Error(path + ": is too large");
@@ -157,10 +157,10 @@ void JsonReader::read(const Json &item, const std::string &path, bool &value)
 void JsonReader::require_list(const Json &item, const std::string &path, size_t most)
 {
     if (!item.is_array()) {
-        throw Error(path + ": is no list");
+        throw Error(path + ": is not a list");
     }
     if (item.size() > most) {
-        throw Error(path + ": holds more than " + std::to_string(most));
+        throw Error(path + ": has more than " + std::to_string(most) + " items");
     }
 }
 

@@ -1,4 +1,4 @@
-// The model as JSON: both ways go by the descriptions in model.h.
+// The model as JSON: reading and writing both use the descriptions in model.h.
 #pragma once
 
 #include "model/rules.h"
@@ -13,10 +13,10 @@ namespace simulated_gateway {
 // Keeps the keys in the order in which the model describes them.
 using Json = nlohmann::ordered_json;
 
-// Parses strictly: an error for repeated keys and for deep nesting as well as for bad syntax.
+// Parses strictly: repeated keys and deep nesting are errors, as is bad syntax.
 Json parse_json(std::string_view text);
 
-// Reads the fields of one described struct out of a JSON object.
+// Reads the fields of one described struct from a JSON object.
 class JsonReader {
   public:
     JsonReader(const Json &object, std::string path);

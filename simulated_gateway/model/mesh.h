@@ -1,4 +1,4 @@
-// The mesh: the child routers, and how they hang together.
+// The mesh: the child routers and their links.
 #pragma once
 
 #include "model/rules.h"
@@ -17,7 +17,7 @@ constexpr auto kLinkKinds = one_of(kCable, "2.4GHz", "5GHz");
 struct RouterLink {
     std::string kind;
     int64_t speed_mbps = 0;
-    int64_t signal_dbm = 0; // only by radio
+    int64_t signal_dbm = 0; // only for a radio link
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -38,8 +38,8 @@ struct ChildRouter {
     std::string mac_24ghz; // of its radios
     std::string mac_5ghz;
     bool offline = false;   // switched off
-    int64_t start_time = 0; // when it has last restarted, or will have, in seconds since 1970
-    std::string parent;     // MAC address of the router that it hangs from
+    int64_t start_time = 0; // of the last restart, or of one to come, in seconds since 1970
+    std::string parent;     // MAC address of the parent router
     RouterLink link;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
@@ -64,11 +64,11 @@ struct ChildRouter {
     }
 };
 
-// Child routers hang from the main router only, or from each other as well.
+// Either child routers attach to the main router only (a star), or also to each other.
 constexpr int64_t kStar = 1;
 constexpr int64_t kTree = 2;
 
-// The mesh of which the gateway is the main router.
+// The mesh; the gateway is its main router.
 struct Mesh {
     bool enabled = false;
     bool link_layer_up = false;

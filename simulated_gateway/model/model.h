@@ -1,17 +1,17 @@
-// The home that the gateway stands in, and the state that it is in.
+// The home of the gateway, and its current state.
 //
-// Each struct describes its fields once, in describe(): name, place, rule. Reading a scenario,
-// reading and writing the state file and checking values all go by that description.
+// Each struct describes its fields once, in describe(): name, member, rule. Reading a scenario,
+// reading and writing the state file and checking values all use that description.
 #pragma once
 
 #include "model/firmware.h"
 #include "model/green_net.h"
 #include "model/hosts.h"
 #include "model/mesh.h"
-#include "model/remembered.h"
 #include "model/rules.h"
 #include "model/services.h"
 #include "model/settings.h"
+#include "model/timed_cache.h"
 #include "model/wan.h"
 #include "model/wifi.h"
 #include "smart_router_service/device_access.h"
@@ -23,7 +23,7 @@
 
 namespace simulated_gateway {
 
-// What the router is and can do.
+// What the router is and what it supports.
 struct Identity {
     std::string mac;
     std::string device_type;
@@ -101,12 +101,12 @@ struct Lan {
 
 constexpr size_t kMostOtherWans = 7;
 
-// Everything that a scenario tells.
+// The content of a scenario.
 struct Home {
-    std::string name; // given by the user
+    std::string name; // set by the user
     bool configured = false;
     int64_t hours_behind_utc = 0; // of local time
-    bool local_times = false;     // whether the table of attached devices gives local times
+    bool local_times = false;     // whether the table of attached devices reports local times
     Identity identity;
     Administration administration;
     RebootSchedule reboot_schedule;
@@ -121,7 +121,7 @@ struct Home {
     Leds leds;
     OrdinaryDay ordinary_day;
     Lan lan;
-    Wan wan; // the connection to the Internet
+    Wan wan; // the Internet connection
     std::vector<Wan> other_wans;
     std::vector<Radio> radios;
     std::vector<Ssid> ssids;
@@ -174,21 +174,21 @@ struct Rates {
     int64_t down_kbps = 0;
 };
 
-// Everything that the gateway keeps: its firmware, the home as it is and as it left the factory.
+// All persistent state: the firmware, the home as it is, and its factory state.
 struct State {
-    std::string scenario;  // name of the scenario that the home was made from
+    std::string scenario;  // name of the scenario that was loaded
     int64_t boot_time = 0; // seconds since 1970
     int64_t boot_count = 0;
-    int64_t wan_time = 0;          // since when the WAN is connected
-    int64_t optimization_time = 0; // when resources were last freed; 0 when not since the boot
-    int64_t link_speed_time = 0;   // when the links of the mesh were last measured; likewise
+    int64_t wan_time = 0;          // when the WAN was connected
+    int64_t optimization_time = 0; // when resources were last freed; 0 if not since the boot
+    int64_t link_speed_time = 0; // when the mesh links were last measured; 0 if not since the boot
     UnderWay under_way;
     PortCounters port_counters;
     Firmware firmware;
     std::vector<RemovedHost> removed_hosts;
     Home home;
     Home factory;
-    mutable Remembered<Rates> appetites; // of all hosts together (host_activity.cpp)
+    mutable TimedCache<Rates> total_demand; // of all hosts (simulation/host_activity.cpp)
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -209,26 +209,20 @@ struct State {
     }
 };
 
-// Starts the router anew with the home as it is, and with the firmware that is to be next.
-void boot(State &state);
+// Boots the firmware in the next slot.
 void start_firmware(State &state);
 
-// What the clock brings about: ports count what they have carried, guest networks that have come on
-// start their time and go off at its end, removed hosts attach anew.
-void let_time_pass(State &state);
-
-// The radio of a band; null when there is none.
+// The radio of a band; null if there is none.
 template <class AnyHome> auto *radio_of(AnyHome &home, const std::string &band)
 {
     const auto found = std::ranges::find(home.radios, band, &Radio::band);
     return found != home.radios.end() ? &*found : nullptr;
 }
 
-// Switches a network on or off. A radio comes on with any of its networks and goes off with the
-// last.
+// Switches a network on or off. A radio is on while any of its networks is.
 void switch_network(Home &home, Ssid &ssid, bool on);
 
-// Connects the WAN to the Internet anew.
+// Reconnects the WAN to the Internet.
 void reconnect(State &state);
 
 } // namespace simulated_gateway

@@ -9,12 +9,12 @@ namespace {
 const std::vector<int64_t> kChannels24 = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
 const std::vector<int64_t> kChannels5 = {36, 40, 44, 48, 52, 56, 60, 64, 149, 153, 157, 161, 165};
 
-// Those that do not overlap, and those that no radar has a right to.
+// Channels that do not overlap and are not shared with radar.
 const std::vector<int64_t> kBestChannels24 = {1, 6, 11};
 const std::vector<int64_t> kBestChannels5 = {36, 40, 44, 48, 149, 153, 157, 161};
 
-// The lowest channel of the block that the channel lies in: channels of 5 GHz are 20 MHz wide,
-// numbered every 5 MHz and bound to wider ones in fixed blocks.
+// The lowest channel of the block that the channel is in: channels of 5 GHz are 20 MHz wide,
+// numbered every 5 MHz and bonded into wider ones in fixed blocks.
 int64_t block_of(int64_t channel, int64_t bandwidth_mhz)
 {
     const int64_t first = channel < 149 ? 36 : 149;
@@ -22,8 +22,8 @@ int64_t block_of(int64_t channel, int64_t bandwidth_mhz)
     return first + (channel - first) / width * width;
 }
 
-// How much of a neighbour's transmission is heard on the channel, in percent. A channel of 2.4 GHz
-// is 5 MHz from the next one and about 22 MHz wide.
+// How much of a neighbour's transmission is received on the channel, in percent. 2.4 GHz channels
+// are 5 MHz apart and about 22 MHz wide.
 int64_t overlap(const Neighbour &neighbour, const Radio &radio, int64_t channel)
 {
     if (neighbour.band != radio.band) {
@@ -55,7 +55,7 @@ const std::vector<int64_t> &channels_of(const std::string &band)
 
 int64_t congestion(const Home &home, const Radio &radio, int64_t channel)
 {
-    // A network at the noise floor costs nothing, one in the next room a third of the time.
+    // A network at the noise floor adds no load, one in the next room a third of the time.
     constexpr int64_t noise_dbm = -95;
     int64_t percent = 0;
     for (const Neighbour &neighbour : home.neighbours) {

@@ -1,7 +1,6 @@
-// Radio channels: which there are, who is on them, which is the best.
+// Radio channels: which exist, how congested they are, and which is the best.
 #pragma once
 
-#include "core/device_call.h"
 #include "model/model.h"
 
 #include <string>
@@ -9,17 +8,17 @@
 
 namespace simulated_gateway {
 
-// "2.4GHz" or "5GHz"; empty for a number that is no channel.
+// "2.4GHz" or "5GHz"; empty for a number that is not a channel.
 std::string band_of(int64_t channel);
 
 // Those that the router's own radio may use.
 const std::vector<int64_t> &channels_of(const std::string &band);
 
-// How busy the neighbours make a channel for a radio, in percent of the time.
+// The load that neighbouring networks put on a channel of a radio, in percent of the time.
 int64_t congestion(const Home &home, const Radio &radio, int64_t channel);
 
-// The channel that a radio would choose: the least congested one. Among several, the one that it is
-// on, else the lowest.
+// The channel that a radio would select: the least congested one. Of several, its current channel,
+// otherwise the lowest.
 int64_t best_channel(const Home &home, const Radio &radio);
 
 } // namespace simulated_gateway

@@ -7,7 +7,7 @@
 
 namespace simulated_gateway {
 
-std::string complaint(const std::string &value, const Text &rule)
+std::string validation_error(const std::string &value, const Text &rule)
 {
     if (value.empty()) {
         return "is empty";
@@ -15,42 +15,42 @@ std::string complaint(const std::string &value, const Text &rule)
     if (value.size() >= rule.width) {
         return "is longer than " + std::to_string(rule.width - 1) + " bytes";
     }
-    // Also keeps out what a text in C cannot hold, and what would not survive as JSON.
+    // Also rejects what a C string cannot contain, and what JSON would not preserve.
     if (!is_plain(value)) {
-        return "holds control characters or is no UTF-8";
+        return "contains control characters or is not UTF-8";
     }
     return {};
 }
 
-std::string complaint(const std::string &value, const Mac &)
+std::string validation_error(const std::string &value, const Mac &)
 {
     constexpr std::string_view form = "xx:xx:xx:xx:xx:xx";
     const bool right = std::ranges::equal(value, form, [](char letter, char expected) {
         const bool digit = (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F');
         return expected == 'x' ? digit : letter == expected;
     });
-    return right ? "" : in_quotes(value) + " is no MAC address like \"3C:6A:D2:10:4F:20\"";
+    return right ? "" : in_quotes(value) + " is not a MAC address like \"3C:6A:D2:10:4F:20\"";
 }
 
-std::string complaint(const std::string &value, const Ipv4 &)
+std::string validation_error(const std::string &value, const Ipv4 &)
 {
-    return parse_ipv4(value) ? "" : in_quotes(value) + " is no IPv4 address";
+    return parse_ipv4(value) ? "" : in_quotes(value) + " is not an IPv4 address";
 }
 
-std::string complaint(const std::string &value, const Ipv6 &)
+std::string validation_error(const std::string &value, const Ipv6 &)
 {
     in6_addr address = {};
     const bool right =
         value.find('\0') == std::string::npos && inet_pton(AF_INET6, value.c_str(), &address) == 1;
-    return right ? "" : in_quotes(value) + " is no IPv6 address";
+    return right ? "" : in_quotes(value) + " is not an IPv6 address";
 }
 
-std::string complaint(const std::string &value, const ServiceList &)
+std::string validation_error(const std::string &value, const ServiceList &)
 {
     std::set<std::string> services;
     for (const std::string &service : split_at_commas(value)) {
         std::string wrong =
-            complaint(service, one_of("INTERNET", "IPTV", "TR069", "VOIP", "OTHER"));
+            validation_error(service, one_of("INTERNET", "IPTV", "TR069", "VOIP", "OTHER"));
         if (!wrong.empty()) {
             return wrong;
         }
@@ -61,7 +61,7 @@ std::string complaint(const std::string &value, const ServiceList &)
     return {};
 }
 
-std::string complaint(const std::string &value, const TimeOfDay &)
+std::string validation_error(const std::string &value, const TimeOfDay &)
 {
     const auto below = [&](size_t at, std::string_view first_beyond) {
         return std::string_view(value).substr(at, 2) < first_beyond && value[at + 1] <= '9';
@@ -69,20 +69,20 @@ std::string complaint(const std::string &value, const TimeOfDay &)
     const bool right = value.size() == 5 && value[2] == ':' &&
                        value.find_first_not_of("0123456789:") == std::string::npos &&
                        below(0, "24") && below(3, "60");
-    return right ? "" : in_quotes(value) + " is no time like \"04:30\"";
+    return right ? "" : in_quotes(value) + " is not a time like \"04:30\"";
 }
 
-std::string complaint(const std::string &value, const DaysOfWeek &)
+std::string validation_error(const std::string &value, const DaysOfWeek &)
 {
     bool right = value.size() % 2 == 1;
     for (size_t at = 0; at < value.size(); ++at) {
         const bool is_day = value[at] >= '1' && value[at] <= '7';
         right = right && (at % 2 == 0 ? is_day && value.find(value[at]) == at : value[at] == ',');
     }
-    return right ? "" : in_quotes(value) + " is no list of days like \"1,3,7\"";
+    return right ? "" : in_quotes(value) + " is not a list of days like \"1,3,7\"";
 }
 
-std::string complaint(int64_t value, const Range &rule)
+std::string validation_error(int64_t value, const Range &rule)
 {
     if (value >= rule.least && value <= rule.most) {
         return {};
@@ -91,7 +91,7 @@ std::string complaint(int64_t value, const Range &rule)
            std::to_string(rule.most);
 }
 
-std::string complaint(bool, const Flag &)
+std::string validation_error(bool, const Flag &)
 {
     return {};
 }
@@ -99,7 +99,7 @@ std::string complaint(bool, const Flag &)
 std::optional<uint32_t> parse_ipv4(const std::string &text)
 {
     in_addr address = {};
-    // The parser stops at a NUL, which a text from JSON may hold.
+    // The parser stops at a NUL, which a JSON string may contain.
     if (text.find('\0') != std::string::npos || inet_pton(AF_INET, text.c_str(), &address) != 1) {
         return std::nullopt;
     }
@@ -158,7 +158,7 @@ std::optional<std::string> parse_mac(std::string_view text)
             mac += letter >= 'a' && letter <= 'f' ? static_cast<char>(letter - 'a' + 'A') : letter;
         }
     }
-    return complaint(mac, Mac{}).empty() ? std::optional(mac) : std::nullopt;
+    return validation_error(mac, Mac{}).empty() ? std::optional(mac) : std::nullopt;
 }
 
 } // namespace simulated_gateway

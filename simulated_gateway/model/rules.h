@@ -1,5 +1,5 @@
-// What a field of the model may hold. A rule stands in the description of its field (model.h);
-// complaint() says what is wrong with a value, or nothing.
+// The values that are allowed in a field of the model. The description of a field (model.h) names
+// its rule; validation_error() returns what is wrong with a value, or an empty string.
 #pragma once
 
 #include "io/text.h"
@@ -15,16 +15,16 @@
 
 namespace simulated_gateway {
 
-// An optional field may be left out; it then has no value (empty, 0, false).
+// An optional field may be absent; it then has no value (empty, 0, false).
 enum class Presence { kRequired, kOptional };
 
-// A text that fits a record's field of so many bytes, its NUL included.
+// A text that fits a record's field of the given size, including its NUL.
 struct Text {
     size_t width;
     Presence presence = Presence::kRequired;
 };
 
-// A MAC address in the one form of the model, such as 3C:6A:D2:10:4F:20.
+// A MAC address in the model's only notation, such as 3C:6A:D2:10:4F:20.
 struct Mac {
     Presence presence = Presence::kRequired;
 };
@@ -39,24 +39,24 @@ struct Ipv6 {
     Presence presence = Presence::kRequired;
 };
 
-// What a WAN connection is used for, each at most once, such as TR069,VOIP.
+// The uses of a WAN connection, each at most once, such as TR069,VOIP.
 struct ServiceList {
     Presence presence = Presence::kRequired;
 };
 
-// A whole number from least to most.
+// An integer from least to most.
 struct Range {
     int64_t least;
     int64_t most;
     Presence presence = Presence::kRequired;
 };
 
-// A truth value.
+// A Boolean.
 struct Flag {
     Presence presence = Presence::kRequired;
 };
 
-// A time of the day, such as 04:30.
+// A time of day, such as 04:30.
 struct TimeOfDay {
     Presence presence = Presence::kRequired;
 };
@@ -77,22 +77,22 @@ template <class... Values> constexpr auto one_of(Values... values)
     return OneOf<std::common_type_t<Values...>, sizeof...(Values)>{{values...}};
 }
 
-// The same rule for a field that may be left out.
+// The same rule for an optional field.
 template <class Rule> constexpr Rule or_none(Rule rule)
 {
     rule.presence = Presence::kOptional;
     return rule;
 }
 
-std::string complaint(const std::string &value, const Text &rule);
-std::string complaint(const std::string &value, const Mac &rule);
-std::string complaint(const std::string &value, const Ipv4 &rule);
-std::string complaint(const std::string &value, const Ipv6 &rule);
-std::string complaint(const std::string &value, const ServiceList &rule);
-std::string complaint(const std::string &value, const TimeOfDay &rule);
-std::string complaint(const std::string &value, const DaysOfWeek &rule);
-std::string complaint(int64_t value, const Range &rule);
-std::string complaint(bool value, const Flag &rule);
+std::string validation_error(const std::string &value, const Text &rule);
+std::string validation_error(const std::string &value, const Mac &rule);
+std::string validation_error(const std::string &value, const Ipv4 &rule);
+std::string validation_error(const std::string &value, const Ipv6 &rule);
+std::string validation_error(const std::string &value, const ServiceList &rule);
+std::string validation_error(const std::string &value, const TimeOfDay &rule);
+std::string validation_error(const std::string &value, const DaysOfWeek &rule);
+std::string validation_error(int64_t value, const Range &rule);
+std::string validation_error(bool value, const Flag &rule);
 
 inline std::string shown(int64_t value)
 {
@@ -104,7 +104,7 @@ inline std::string shown(std::string_view value)
 }
 
 template <class Value, class Allowed, size_t count>
-std::string complaint(const Value &value, const OneOf<Allowed, count> &rule)
+std::string validation_error(const Value &value, const OneOf<Allowed, count> &rule)
 {
     std::string list;
     for (const Allowed &allowed : rule.values) {
@@ -116,21 +116,21 @@ std::string complaint(const Value &value, const OneOf<Allowed, count> &rule)
     return shown(value) + " is none of " + list;
 }
 
-// The address as a number; nothing for a text that is no address.
+// The address as a number; nothing for a text that is not an address.
 std::optional<uint32_t> parse_ipv4(const std::string &text);
 std::string ipv4_text(uint32_t address);
 
-// From a /8 to a /30: a shorter mask is that of no LAN, a longer one leaves no room for a host.
+// From a /8 to a /30: a shorter mask is not used in a LAN, a longer one leaves no room for a host.
 bool is_lan_mask(uint32_t mask);
 
-// Of leading ones, at least one, as in 255.255.255.255.
+// Contiguous leading ones, at least one, as in 255.255.255.255.
 bool is_mask(uint32_t mask);
 
-// The parts of a text that commas separate.
+// The parts of a comma-separated text.
 std::vector<std::string> split_at_commas(std::string_view text);
 
-// A MAC address in the form of the model, from one in letters of any case, with ':', with '-' or
-// with nothing between its bytes; nothing for a text that is no MAC address.
+// A MAC address in the model's notation, from one in either case whose bytes are separated by ':',
+// by '-' or not at all; nothing for a text that is not a MAC address.
 std::optional<std::string> parse_mac(std::string_view text);
 
 } // namespace simulated_gateway

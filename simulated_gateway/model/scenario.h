@@ -1,4 +1,4 @@
-// Scenarios: homes to start from, built in or in files of the user.
+// Scenarios: homes to start from, built in or in the user's files.
 #pragma once
 
 #include "model/model.h"
@@ -9,10 +9,10 @@ namespace simulated_gateway {
 
 constexpr char kDefaultScenario[] = "three_storey_house";
 
-// The name that a scenario goes by: of a file, its own name without ".json".
+// The name of a scenario; for a file, the file name without ".json".
 std::string scenario_name(const std::string &name_or_file);
 
-// Loads and checks it. Throws an Error.
+// Loads and checks a scenario. Throws an Error.
 Home load_scenario(const std::string &name_or_file);
 
 } // namespace simulated_gateway

@@ -1,5 +1,5 @@
-// The services of the router beside the Wi-Fi: their switches, quality of service, the ports and
-// the line, and what of the mesh is controlled from here.
+// The services of the router other than the Wi-Fi: their switches, quality of service, the ports,
+// the line, and the parts of the mesh that are controlled here.
 #pragma once
 
 #include "model/rules.h"
@@ -14,7 +14,7 @@ namespace simulated_gateway {
 constexpr char kByVlan[] = "VLAN";
 constexpr auto kMultiserviceModes = one_of("NONE", "SSID", kByVlan);
 
-// Which protocols are helped through address translation.
+// Protocols that have a helper (ALG) for address translation.
 struct Alg {
     bool pptp = false;
     bool ftp = false;
@@ -37,10 +37,10 @@ struct Alg {
 };
 
 struct ServiceSwitches {
-    std::string multiservice_mode; // how the services are kept apart
+    std::string multiservice_mode; // how the services are separated
     Alg alg;
     bool upnp = false;
-    bool configuration_service = false; // the maker's
+    bool configuration_service = false; // that of the manufacturer
     bool wps = false;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
@@ -53,20 +53,20 @@ struct ServiceSwitches {
     }
 };
 
-// What the line to the provider carries.
+// The capacity of the line to the provider.
 struct Line {
     int64_t up_kbps = 0;
     int64_t down_kbps = 0;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
-        // A speed test reports seven digits.
+        // A speed test has a field of seven digits.
         visit.field("up_kbps", self.up_kbps, Range{1, 9'999'999});
         visit.field("down_kbps", self.down_kbps, Range{1, 9'999'999});
     }
 };
 
-// A port that one WAN connection alone serves.
+// A port that is reserved for one WAN connection.
 struct BoundPort {
     std::string port;
     int64_t wan = 0; // number of the connection
@@ -81,7 +81,7 @@ struct BoundPort {
 constexpr size_t kMostBoundPorts = 16;
 
 struct Ports {
-    int64_t lan = 0; // how many for cables there are
+    int64_t lan = 0; // number of LAN ports
     std::vector<BoundPort> bindings;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
@@ -91,7 +91,7 @@ struct Ports {
     }
 };
 
-// From 1, what goes first, to 8.
+// From 1, the highest priority, to 8.
 constexpr Range kPriorities = {1, 8};
 
 struct QosApp {
@@ -105,7 +105,7 @@ struct QosApp {
     }
 };
 
-// What a rule compares: addresses, ports, and the marks of frames and packets.
+// What a rule matches: addresses, ports, and the marks of frames and packets.
 constexpr auto kTrafficTypes = one_of("SMAC", "8021P", "SIP", "DIP", "SPORT", "DPORT", "DSCP");
 
 struct Traffic {
@@ -136,10 +136,10 @@ struct Classification {
     }
 };
 
-// Quality of service on the way up.
+// Quality of service for the upstream direction.
 struct Qos {
     bool enabled = false;
-    std::vector<QosApp> applications; // numbered from 1, by their place in the list
+    std::vector<QosApp> applications; // numbered from 1, by position in the list
     std::vector<Classification> rules;
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
@@ -163,7 +163,7 @@ struct MeshControl {
     }
 };
 
-// What is under way, in seconds since 1970; 0 for nothing. A boot ends it.
+// Operations in progress, by their start in seconds since 1970; 0 for none. A boot ends them.
 struct UnderWay {
     int64_t mesh_change_time = 0; // when the mesh was last switched
     int64_t pairing_end = 0;
@@ -180,7 +180,7 @@ struct UnderWay {
     }
 };
 
-// The bytes that a port has carried since the boot, as the router sees them.
+// The bytes that a port has carried since the boot, from the router's point of view.
 struct PortCounter {
     std::string port;
     int64_t sent = 0;

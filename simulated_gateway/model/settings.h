@@ -1,5 +1,5 @@
-// The part of the model that the user sets: logins, schedules, services and LEDs. And what is
-// measured on an ordinary day.
+// The part of the model that the user sets: logins, schedules, services and LEDs. Also the typical
+// measured values.
 #pragma once
 
 #include "model/rules.h"
@@ -13,9 +13,9 @@ namespace simulated_gateway {
 // The frequency bands, of radios and of games.
 constexpr auto kBands = one_of("2.4GHz", "5GHz");
 
-// The user's own administrator, or the operator's.
+// The user's administrator account, or the operator's.
 constexpr auto kAdminTypes = one_of("1", "2");
-// With the administrator's account, or with a password of its own.
+// With the administrator's account, or with a separate password.
 constexpr auto kWebLoginTypes = one_of("0", "1");
 
 // The administrator's account, and the login to the router's web pages.
@@ -37,7 +37,7 @@ struct Administration {
     }
 };
 
-// When the router restarts by itself.
+// When the router restarts automatically.
 struct RebootSchedule {
     bool enabled = false;
     std::string time;
@@ -83,7 +83,7 @@ struct UpdateWindow {
     }
 };
 
-// What the router does for the traffic.
+// How the router handles the traffic.
 struct Services {
     bool firewall = false;
     bool qos_acceleration = false;
@@ -117,7 +117,7 @@ struct Leds {
     }
 };
 
-// What is measured on an ordinary day: the values around which the measurements vary, by the seed.
+// Typical values: the seed determines how the measurements vary around them.
 struct OrdinaryDay {
     int64_t seed = 0;
     int64_t cpu_percent = 0;

@@ -29,7 +29,8 @@ std::string real_path(const std::string &path)
 constexpr char kInUse[] = ": is in use by another gateway";
 constexpr char kChecksum[] = "checksum";
 
-// Of all that the file holds, whatever the space between: who reads it need not keep that.
+// Of the whole content but the white space: a program that rewrites the file need not preserve
+// that.
 std::string checksum_of(const Json &document)
 {
     Sha256 digest;
@@ -37,7 +38,7 @@ std::string checksum_of(const Json &document)
     return hexadecimal(digest.finish());
 }
 
-// Takes the checksum out. A file of version 0.1.0 has none.
+// Removes the checksum. A file of version 0.1.0 has none.
 void take_checksum(Json &document)
 {
     const auto checksum = document.find(kChecksum);
@@ -47,7 +48,7 @@ void take_checksum(Json &document)
     const Json given = *checksum;
     document.erase(checksum);
     if (given != checksum_of(document)) {
-        throw Error(std::string("/") + kChecksum + ": is not that of what the file holds");
+        throw Error(std::string("/") + kChecksum + ": does not match the content of the file");
     }
 }
 
@@ -74,8 +75,8 @@ std::string write_state(const State &state)
 
 StateFile::StateFile(const std::string &path) : name_(path), path_(real_path(path))
 {
-    // The lock has a file of its own, because the state's file is another one after every change.
-    // It stays behind: removing it would let two processes lock two files of the same name.
+    // The lock needs a separate file, because every change replaces the state file. It is not
+    // deleted: otherwise two processes could lock two files of the same name.
     const std::string lock_path = path_ + ".lock";
     lock_ = FileDescriptor(open(lock_path.c_str(),
                                 O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
@@ -93,7 +94,7 @@ StateFile::StateFile(const std::string &path) : name_(path), path_(real_path(pat
 
 std::optional<State> StateFile::load()
 {
-    // A link to nowhere is there, but not a missing file: saving would put a file in its place.
+    // A dangling link exists, so it is not a missing file: saving would replace it with a file.
     std::error_code failure;
     if (symlink_status(std::filesystem::path(path_), failure).type() ==
         std::filesystem::file_type::not_found) {
@@ -126,15 +127,15 @@ void StateFile::save(const State &state)
     file.write(text);
     copy.write(text);
     FileDescriptor locked_file = locked(file.duplicate());
-    // On the disk before either takes its place: hardly anything can fail between the two.
+    // Both are on the disk before either is renamed: hardly anything can fail between the two.
     file.sync();
     copy.replace();
     file.replace();
     file_ = std::move(locked_file);
 }
 
-// Not every file system can lock a file that is open for reading alone. The lock file is locked
-// there, too.
+// Not every file system can lock a file that is open read-only. There, the lock file is locked
+// anyway.
 FileDescriptor StateFile::locked(FileDescriptor file) const
 {
     if (file.is_open() && flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {

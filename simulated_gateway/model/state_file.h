@@ -11,19 +11,19 @@ namespace simulated_gateway {
 
 class StateFile {
   public:
-    // Locks the state for as long as the object lives. Throws an Error, also when another process
-    // holds the lock.
+    // Locks the state for the lifetime of the object. Throws an Error, also if another process has
+    // the lock.
     explicit StateFile(const std::string &path);
 
-    // Nothing when there is no file yet. Throws an Error when the file does not hold; it names the
-    // copy where that does.
+    // Nothing if there is no file yet. Throws an Error if the file is invalid; it names the copy if
+    // that is valid.
     std::optional<State> load();
 
-    // Where it is: absolute and without links.
+    // The absolute path, with links resolved.
     const std::string &path() const { return path_; }
 
-    // Replaces the file and its copy, each whole. Throws an Error, and then the old state is in
-    // place.
+    // Replaces the file and its copy, each atomically. If it throws an Error, the old state is
+    // still in place.
     void save(const State &state);
 
   private:
@@ -32,10 +32,10 @@ class StateFile {
     FileDescriptor locked(FileDescriptor file) const;
 
     std::string name_; // as the host gave it
-    // The host may change its folder, and two names for one file have to share a lock.
+    // The host may change its working directory, and two names of one file have to share a lock.
     std::string path_;
     FileDescriptor lock_;
-    FileDescriptor file_; // locked as well: a hard link to it has a lock file of its own
+    FileDescriptor file_; // locked as well: a hard link to it has a separate lock file
 };
 
 } // namespace simulated_gateway

@@ -26,7 +26,7 @@ std::optional<int64_t> parse_mac_number(const std::string &text)
     return mac ? std::optional(number) : std::nullopt;
 }
 
-// The value as a number that can be compared; nothing for a text that is no value of the type.
+// The value as a comparable number; nothing for a text that is not a value of the type.
 std::optional<int64_t> value_of(const std::string &type, const std::string &text)
 {
     if (type == "SMAC") {
@@ -43,14 +43,14 @@ std::optional<int64_t> value_of(const std::string &type, const std::string &text
 
 } // namespace
 
-std::string complaint(const Traffic &traffic)
+std::string validation_error(const Traffic &traffic)
 {
     const std::optional<int64_t> min = value_of(traffic.type, traffic.min);
     const std::optional<int64_t> max = value_of(traffic.type, traffic.max);
     if (!min || !max) {
-        return in_quotes(min ? traffic.max : traffic.min) + " is no value of " + traffic.type;
+        return in_quotes(min ? traffic.max : traffic.min) + " is not a value of " + traffic.type;
     }
-    return *max < *min ? traffic.max + " lies below " + traffic.min : "";
+    return *max < *min ? traffic.max + " is below " + traffic.min : "";
 }
 
 } // namespace simulated_gateway

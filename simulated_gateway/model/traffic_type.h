@@ -1,11 +1,11 @@
-// What rules for quality of service compare, and between which values.
+// What quality-of-service rules match, and the ranges of its values.
 #pragma once
 
 #include "model/model.h"
 
 namespace simulated_gateway {
 
-// What is wrong with the values of a type; nothing when they hold.
-std::string complaint(const Traffic &traffic);
+// What is wrong with the values of a type; empty if they are valid.
+std::string validation_error(const Traffic &traffic);
 
 } // namespace simulated_gateway

@@ -1,4 +1,4 @@
-// The connections of the WAN side.
+// The WAN connections.
 #pragma once
 
 #include "model/rules.h"
@@ -9,7 +9,7 @@
 
 namespace simulated_gateway {
 
-// The last three end when the router connects anew; only hands can plug in a cable.
+// The last three are cleared by a reconnect; a cable has to be plugged in by hand.
 constexpr char kCableFault[] = "LINK_DOWN";
 constexpr char kAddressFault[] = "NO_ADDRESS";
 constexpr auto kWanFaults = one_of(kCableFault, kAddressFault, "AUTH_FAILED", "DNS_FAILED");
@@ -23,7 +23,7 @@ struct Wan {
     std::string name;
     std::string interface;
     std::string services;
-    bool bridged = false; // passes on what hosts send, without addresses of its own
+    bool bridged = false; // forwards the hosts' traffic and has no addresses
     std::string mode;
     bool connected = false;
     std::string fault; // why it is not connected
@@ -79,8 +79,7 @@ struct Wan {
     }
 };
 
-// Connects anew. Nothing comes of it while the cable is out, or where the home has no addresses for
-// it.
+// Reconnects. Has no effect while the cable is unplugged, or if the home has no addresses for it.
 void reconnect(Wan &wan);
 
 // "Connected" or "Disconnected".

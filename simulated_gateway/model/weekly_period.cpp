@@ -20,7 +20,7 @@ int64_t seconds_of_day(const std::string &time)
     return hours * 3600 + minutes * 60;
 }
 
-// From 1, Monday, to 7. The first of all days was a Thursday.
+// From 1, Monday, to 7. 1 January 1970 was a Thursday.
 char day_of_week(int64_t day)
 {
     return static_cast<char>('1' + (day + 3) % kDaysOfWeek);

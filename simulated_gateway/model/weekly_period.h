@@ -1,5 +1,5 @@
-// Spans of the day that come again on days of the week. A span that ends no later than it starts
-// ends on the next day. Days and times are those of the gateway's clock, which shows UTC.
+// Daily time spans that recur on given days of the week. A span that ends no later than it starts
+// ends on the next day. Days and times are in UTC, as the gateway's clock.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,10 @@ struct WeeklyPeriod {
     const std::string &days; // on which it starts, as DaysOfWeek
 };
 
-// Whether the time, in seconds since 1970, lies in the period. The end is outside.
+// Whether the time, in seconds since 1970, is within the period. The end is exclusive.
 bool is_within(const WeeklyPeriod &period, int64_t time);
 
-// When the period last ended; 0 when it has not in the week before the time.
+// When the period last ended; 0 if it has not in the week before the time.
 int64_t last_end(const WeeklyPeriod &period, int64_t time);
 
 } // namespace simulated_gateway

@@ -1,4 +1,4 @@
-// The Wi-Fi of the home: radios, networks, and the networks of others.
+// The Wi-Fi of the home: radios, networks, and neighbouring networks.
 #pragma once
 
 #include "model/rules.h"
@@ -40,9 +40,9 @@ struct Radio {
     std::string mac;
     bool enabled = false;
     int64_t channel = 0;
-    bool automatic_channel = false; // chosen by the radio, and not by the user
+    bool automatic_channel = false; // selected by the radio, not by the user
     int64_t bandwidth_mhz = 0;
-    std::string standard; // the newest one that it offers; the older ones of its band come with it
+    std::string standard; // the newest one; the older ones of its band are included
     bool beamforming = false;
     int64_t power_percent = 0;
 
@@ -60,7 +60,7 @@ struct Radio {
     }
 };
 
-// A wireless network. SSIDs are numbered from 1, by their place in the list.
+// A wireless network. SSIDs are numbered from 1, by position in the list.
 struct Ssid {
     std::string name;
     std::string band;
@@ -68,7 +68,7 @@ struct Ssid {
     bool hidden = false;
     std::string encryption;
     std::string password;
-    int64_t on_since = 0; // in seconds since 1970; 0 when it was on from the start
+    int64_t on_since = 0; // in seconds since 1970; 0 if it has been on from the start
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -82,13 +82,13 @@ struct Ssid {
     }
 };
 
-// The SSID that guests use on one band, and how long it stays open once it is on.
+// The guest SSID of one band, and how long it stays on once it is switched on.
 struct GuestNetwork {
     int64_t ssid = 0; // number of the SSID
-    int64_t days = 0; // as they were asked for, for the next one who asks; -1 for none
+    int64_t days = 0; // as requested, kept to be reported; -1 for none
     int64_t hours = 0;
-    int64_t seconds = 0;  // what came of days and hours; -1 for no end
-    int64_t end_time = 0; // of the opening under way, in seconds since 1970
+    int64_t seconds = 0;  // computed from days and hours; -1 for no end
+    int64_t end_time = 0; // when it will be switched off, in seconds since 1970
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
@@ -100,7 +100,7 @@ struct GuestNetwork {
     }
 };
 
-// Where clients find the best radio and stay connected on the way to it.
+// Functions that steer clients to the best radio and keep them connected while they roam.
 struct Roaming {
     bool station_control = false;
     bool fast_roaming = false;
@@ -114,7 +114,7 @@ struct Roaming {
 
 // The router as a client of a neighbour's network.
 struct Repeater {
-    bool used_by_another = false; // another client has the repeater in use
+    bool used_by_another = false; // the repeater is in use by another client
     int64_t neighbour = 0;        // number of the neighbour that it has joined; 0 for none
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
@@ -124,15 +124,15 @@ struct Repeater {
     }
 };
 
-// A wireless network of somebody else, within the reach of the radios. Neighbours are numbered from
-// 1, by their place in the list.
+// A neighbour's wireless network within range of the radios. Neighbours are numbered from 1, by
+// position in the list.
 struct Neighbour {
     std::string name;
     std::string band;
     int64_t channel = 0;
     int64_t signal_dbm = 0;
     std::string encryption;
-    std::string password; // without one nobody can join
+    std::string password; // without one the network cannot be joined
 
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {

@@ -1,13 +1,13 @@
 #include "simulation/mesh.h"
 
 #include "io/clock.h"
-#include "simulation/chance.h"
-#include "simulation/measurements.h"
+#include "simulation/metrics.h"
+#include "simulation/random.h"
 
 namespace simulated_gateway {
 namespace {
 
-// A link by radio is up while the main router's radio of its band is: the routers of a mesh share
+// A radio link is up while the main router's radio of its band is on: the routers of a mesh share
 // their Wi-Fi settings.
 bool is_up(const Home &home, const RouterLink &link)
 {
@@ -53,7 +53,8 @@ const std::string &mac_of(const Home &home, const ChildRouter *router)
 
 const ChildRouter *parent_of(const Home &home, const ChildRouter &router)
 {
-    return child_router_with_mac(home, router.parent);
+    return router.parent != home.identity.mac ? child_router_with_mac(home, router.parent)
+                                              : nullptr;
 }
 
 bool is_active(const Home &home, const ChildRouter &router)

@@ -1,7 +1,7 @@
 #include "simulation/neighbourhood.h"
 
-#include "simulation/measurements.h"
 #include "simulation/mesh.h"
+#include "simulation/metrics.h"
 
 #include <algorithm>
 #include <functional>
@@ -9,10 +9,10 @@
 namespace simulated_gateway {
 namespace {
 
-// Below it the receiver hears nothing but noise.
+// Below this level the receiver finds nothing but noise.
 constexpr int64_t kSensitivityDbm = -88;
 
-// Child routers are set up where they hear the main router well, and so it hears them.
+// Child routers are placed where they receive the main router well, and so it receives them.
 constexpr int64_t kChildRouterDbm = -55;
 
 bool hears(const Home &home, const std::string &band)

@@ -1,4 +1,4 @@
-// What the radios hear of the networks around them.
+// The networks that the radios receive.
 #pragma once
 
 #include "model/model.h"
@@ -14,14 +14,13 @@ struct HeardNetwork {
     int64_t channel;
     std::string encryption;
     int64_t signal_dbm;
-    int64_t neighbour; // its number; 0 for a network of the home, which the child routers repeat
+    int64_t neighbour; // its number; 0 for a network of the home, repeated by the child routers
 };
 
-// The networks that are in reach at this moment, the strongest first. A radio that is off hears
-// nothing.
+// The networks in range now, the strongest first. A radio that is off receives nothing.
 std::vector<HeardNetwork> heard_networks(const State &state);
 
-// The ciphers of the two generations of WPA that a network offers.
+// The ciphers that a network offers for WPA, and for WPA2 and later.
 struct Ciphers {
     std::string wpa;
     std::string wpa2;

@@ -3,15 +3,14 @@
 #include "io/clock.h"
 #include "model/port_names.h"
 #include "simulation/host_activity.h"
-#include "simulation/host_place.h"
 
 #include <map>
 
 namespace simulated_gateway {
 namespace {
 
-// The ports that cables lead to, by the MAC addresses at their other ends: in the order of the
-// child routers and hosts, and from the first port again where there are more.
+// The ports in use, by the MAC addresses of the devices connected by cable: in the order of the
+// child routers and hosts, and from the first port again if there are more devices than ports.
 using Cabling = std::map<std::string, std::string>;
 
 Cabling cabling(const Home &home)
@@ -64,7 +63,7 @@ void count(State &state, const std::string &port, int64_t sent, int64_t received
 
 void count_traffic(State &state)
 {
-    constexpr int64_t longest = int64_t{366} * 86'400; // so that no sum overflows
+    constexpr int64_t longest = int64_t{366} * 86'400; // prevents overflow of the sums
     constexpr int64_t bytes_of_kbit = 125;
     const Home &home = state.home;
     const int64_t seconds = std::min(seconds_since(state.port_counters.counted_until), longest);
@@ -83,7 +82,7 @@ void count_traffic(State &state)
         count(state, kWanPort, up, down);
     }
     state.port_counters.counted_until = now();
-    state.appetites = {}; // what comes next may change who is there
+    state.total_demand = {}; // the next change may attach or detach hosts
 }
 
 PortCounter counter_of(const State &state, const std::string &port)

@@ -1,12 +1,11 @@
-// What the ports of the main router carry.
+// The traffic counters of the main router's ports.
 #pragma once
 
 #include "model/model.h"
 
 namespace simulated_gateway {
 
-// Counts what the hosts have sent and received since it was last counted, at the rates that they
-// have now.
+// Adds the traffic of the hosts since the last call, at their current rates.
 void count_traffic(State &state);
 
 // The counters of a port.

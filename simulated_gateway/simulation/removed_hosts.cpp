@@ -16,13 +16,13 @@ void remove_host(State &state, const Host &host)
     removed.address_bound = false;
     std::vector<Host> &hosts = state.home.hosts;
     hosts.erase(hosts.begin() + (&host - hosts.data()));
-    // One that is switched off will not come back.
+    // A host that is switched off will not reattach.
     if (removed.online) {
         state.removed_hosts.push_back({std::move(removed), now()});
     }
 }
 
-void let_removed_hosts_attach(State &state)
+void reattach_removed_hosts(State &state)
 {
     std::erase_if(state.removed_hosts, [&](RemovedHost &removed) {
         if (attached_since(state, removed.host) <= removed.time) {
@@ -38,7 +38,7 @@ void let_removed_hosts_attach(State &state)
     });
 }
 
-void let_all_attach_anew(State &state)
+void reattach_all_hosts(State &state)
 {
     for (RemovedHost &removed : state.removed_hosts) {
         removed.time = std::max<int64_t>(0, state.boot_time - 1);

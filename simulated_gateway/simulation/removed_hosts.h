@@ -5,13 +5,13 @@
 
 namespace simulated_gateway {
 
-// Takes the host out of the list, with what the user has set for it.
+// Removes the host from the list, with the user's settings for it.
 void remove_host(State &state, const Host &host);
 
-// Those that have attached anew since they were removed are listed again.
-void let_removed_hosts_attach(State &state);
+// Lists the hosts again that have reattached since they were removed.
+void reattach_removed_hosts(State &state);
 
-// At a boot everything that is there attaches anew.
-void let_all_attach_anew(State &state);
+// On a boot all hosts that are switched on reattach.
+void reattach_all_hosts(State &state);
 
 } // namespace simulated_gateway

@@ -1,4 +1,4 @@
-/* A host in C that loads the plug-in: the interface has to hold without a line of C++. */
+/* A host in C that loads the plug-in: the interface must not need C++. */
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"
@@ -119,7 +119,8 @@ int main(int count, char **arguments)
         wrong = 1;
     }
 
-    /* An object made before the plug-in is closed still has its keys: they are the plug-in's. */
+    /* An object created before the plug-in is closed still has its keys, which belong to the
+     * plug-in. */
     cJSON *object = cJSON_CreateObject();
     process("GET_SN_INFO", object);
     dlclose(plugin);

@@ -2,8 +2,8 @@
 
 usage: check_symbols.py READELF EXPORTS_MAP COMMANDS_H NEEDED_TXT PLUGIN...
 
-What a plug-in needs varies with the optimisation, so a plug-in may need no more than the list, and the
-plug-ins together have to need all of it, save what is left to the compiler."""
+What a plug-in needs varies with the optimisation: each plug-in may need only what the list has, and the
+plug-ins together have to need all of it, except what depends on the compiler."""
 
 import pathlib
 import re

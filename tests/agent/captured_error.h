@@ -1,4 +1,4 @@
-// What a part of the agent writes to standard error.
+// Captures what a part of the agent writes to standard error.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
-// Standard error, kept in a file for as long as this lives.
+// Guard: redirects standard error to a file.
 class CapturedError {
   public:
     CapturedError() : file_(memfd_create("log", 0)), before_(dup(STDERR_FILENO))

@@ -1,4 +1,4 @@
-// What a part of the agent writes to standard output.
+// Captures what a part of the agent writes to standard output.
 #pragma once
 
 #include "io/streams.h"
@@ -13,7 +13,7 @@
 #include <unistd.h>
 #include <vector>
 
-// Standard output as a file for as long as this lives, with the agent's output on it.
+// Guard: redirects standard output, and the agent's output with it, to a file.
 class CapturedOutput {
   public:
     CapturedOutput() : before_(dup(STDOUT_FILENO)), file_(memfd_create("output", 0))

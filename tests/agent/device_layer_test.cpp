@@ -1,4 +1,4 @@
-// The layer hands every function's arguments on as they are, there and back.
+// The layer forwards the arguments and the result of every function unchanged.
 #include "host/device_layer.h"
 
 #include "smart_router_service/device_access.h"
@@ -20,7 +20,7 @@ using agent::DeviceStage;
 
 constexpr int32_t kResult = -4711;
 
-// What a device function was given last, as bytes.
+// The arguments of the last call of a device function, as bytes.
 std::vector<intptr_t> given;
 
 template <class Type> intptr_t word_of(Type value)
@@ -58,7 +58,7 @@ class Recorder : public DeviceStage {
 
 Recorder recorder;
 
-// Never zero, and not the same twice; a negative number shows what is cut off.
+// Never zero and never the same twice; negative numbers show truncation.
 template <class Type> Type value(size_t at)
 {
     static char memory[16];
@@ -109,7 +109,7 @@ class DeviceLayerTest : public testing::Test {
     }
 };
 
-TEST_F(DeviceLayerTest, HandsEveryFunctionsArgumentsOn)
+TEST_F(DeviceLayerTest, ForwardsTheArgumentsOfEveryFunction)
 {
     size_t count = 0;
 #define CHECK_FUNCTION(result, name, parameters, arguments)                                        \

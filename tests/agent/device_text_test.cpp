@@ -1,4 +1,4 @@
-// How records and lists are shown: what is bounded, what is not read.
+// How records and lists are shown: bounded, and without reading what is not filled.
 #include "protocol/device_text.h"
 
 #include "io/text.h"
@@ -30,7 +30,7 @@ std::string shown(const char *function, size_t at, const Value *value, bool succ
                                        arguments, success);
 }
 
-TEST(DeviceText, TellsHowManyMoreEntriesThereAre)
+TEST(DeviceText, ShowsTheNumberOfOmittedEntries)
 {
     WifiChannelList list = {};
     list.count_24g = 18;
@@ -44,7 +44,7 @@ TEST(DeviceText, TellsHowManyMoreEntriesThereAre)
               "channels_5g=[36, -1]}");
 }
 
-TEST(DeviceText, BelievesNoCountThatCannotBe)
+TEST(DeviceText, IgnoresImpossibleCounts)
 {
     ChildRouterList list = {};
     list.count = INT32_MAX;
@@ -89,7 +89,7 @@ TEST(DeviceText, FollowsPointersOnlyAfterASuccess)
     EXPECT_EQ(shown("devapi_cmdstring_sendto_tslink_with_retinfo", 2, &answer), "null");
 }
 
-TEST(DeviceText, ComesToAnEndWithAListThatRunsInACircle)
+TEST(DeviceText, StopsAtACyclicList)
 {
     TopoNode nodes[4] = {};
     for (int at = 0; at < 4; ++at) {
@@ -103,7 +103,7 @@ TEST(DeviceText, ComesToAnEndWithAListThatRunsInACircle)
     EXPECT_THAT(shown("devapi_topo_xml_info_list", 1, &nodes[0]), HasSubstr("{level=2}, "));
 }
 
-TEST(DeviceText, ReadsTextsNoFurtherThanTheirWidth)
+TEST(DeviceText, ReadsTextsWithinTheirWidth)
 {
     SnInfo info;
     memset(&info, 'M', sizeof info);
@@ -111,7 +111,7 @@ TEST(DeviceText, ReadsTextsNoFurtherThanTheirWidth)
               "{MAC=\"" + std::string(sizeof info.MAC, 'M') + "\", tslinkstatus=\"" +
                   std::string(sizeof info.tslinkstatus, 'M') + "\", DeviceType=\"" +
                   std::string(sizeof info.DeviceType, 'M') + "\"}");
-    // With a width that is handed over, and with one less than it.
+    // With a width that is passed, and with that width minus one.
     EXPECT_EQ(shown("devapi_get_uplink_status", 0, "123456789", true, 4), "\"1234\"");
     EXPECT_EQ(shown("devapi_get_devicemodel", 0, "123456789", true, 4), "\"12345\"");
     EXPECT_EQ(shown("devapi_get_devicemodel", 0, "123456789", true, -1), "\"1\"");
@@ -122,7 +122,7 @@ TEST(DeviceText, ReadsTextsNoFurtherThanTheirWidth)
               "\"" + std::string(4096, 'x') + "\" [904 more bytes]");
 }
 
-TEST(DeviceText, ShowsSecretsOnlyWhenAskedFor)
+TEST(DeviceText, ShowsSecretsOnlyOnRequest)
 {
     LoginInfo login = {};
     EXPECT_THAT(shown("devapi_get_admin_info", 0, &login), HasSubstr("Password=\"\""));

@@ -1,5 +1,5 @@
-// The trace shows every argument of every function, with every field. The functions and fields are
-// those of the descriptions: a new one is tested from its first day on.
+// The trace shows every argument of every function, with every field. The functions and fields come
+// from the descriptions, so a new one is tested without further work.
 #include "host/device_trace.h"
 
 #include "host/plugin_host.h"
@@ -34,17 +34,17 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-// Fills arguments and records with values of which no two are the same, and writes down in which
-// order they have to be shown.
+// Fills arguments and records with distinct values, and records the order in which they have to be
+// shown.
 class Filler {
   public:
     explicit Filler(bool show_secrets) : show_secrets_(show_secrets) {}
 
-    std::vector<std::string> expected; // pieces, one behind the other
+    std::vector<std::string> expected; // pieces, in order
 
     char *memory(size_t size)
     {
-        // A read beyond the end is told by the address sanitizer.
+        // The address sanitizer reports a read beyond the end.
         memory_.push_back(std::make_unique<char[]>(size));
         return memory_.back().get();
     }
@@ -162,8 +162,7 @@ class Device : public DeviceStage {
     };
 };
 
-// A call with arguments that are filled as far as the plug-in fills them; the device fills the
-// rest.
+// A call with the arguments that the plug-in fills; the device fills the rest.
 class Made {
   public:
     Made(const Function &function, bool show_secrets) : filler_(show_secrets), function_(function)
@@ -183,7 +182,7 @@ class Made {
         for (const auto &[own, value] : later_) {
             memcpy(own, value.data(), value.size());
         }
-        if (function_.frees) { // what has been freed is read no more
+        if (function_.frees) { // freed memory is not read
             const Argument &first = function_.arguments.front();
             memset(agent::address_of(arguments.front()), 0xA5, record_of(first)->size);
         }
@@ -321,8 +320,8 @@ TEST_F(DeviceTraceTest, ShowsEveryFieldOfEveryFunction)
     }
 }
 
-// Also where a failing function leaves nothing but rubbish in what only success fills.
-TEST_F(DeviceTraceTest, ReadsNoFurtherThanTheArgumentsOfACallThatFails)
+// Even if a failing function leaves garbage in what only a success fills.
+TEST_F(DeviceTraceTest, ReadsNoResultsOfAFailedCall)
 {
     for (const Function &function : device_layout::kFunctions) {
         if (!function.has_result) {
@@ -342,7 +341,7 @@ TEST_F(DeviceTraceTest, ReadsNoFurtherThanTheArgumentsOfACallThatFails)
     }
 }
 
-TEST_F(DeviceTraceTest, TellsWhatAFailingFunctionDidNotFill)
+TEST_F(DeviceTraceTest, MarksWhatAFailedCallDidNotFill)
 {
     for (const Function &function : device_layout::kFunctions) {
         Made made(function, false);
@@ -357,8 +356,8 @@ TEST_F(DeviceTraceTest, TellsWhatAFailingFunctionDidNotFill)
     }
 }
 
-// An answer such as "there is one" is no failure.
-TEST_F(DeviceTraceTest, GoesByTheResultsThatAreAnswers)
+// A result such as "there is one" is not a failure.
+TEST_F(DeviceTraceTest, KnowsTheResultsThatAreNotFailures)
 {
     int32_t index = 0;
     std::vector<intptr_t> arguments = {reinterpret_cast<intptr_t>("A4:BB:6D:31:07:5E"),
@@ -370,7 +369,7 @@ TEST_F(DeviceTraceTest, GoesByTheResultsThatAreAnswers)
                 HasSubstr("index=unset) = -1 in "));
 }
 
-TEST_F(DeviceTraceTest, MasksWhatIsSecretWithinATextAndEscapesIt)
+TEST_F(DeviceTraceTest, MasksSecretsWithinATextAndEscapesIt)
 {
     std::vector<intptr_t> arguments = {
         reinterpret_cast<intptr_t>("{\"PWD\":\"zaun\",\n\"a\":\"\x1b\xff\"}")};
@@ -404,7 +403,7 @@ TEST_F(DeviceTraceTest, AppendsToItsFile)
         << traced();
 }
 
-TEST_F(DeviceTraceTest, SaysWhatIsWrongWithItsFile)
+TEST_F(DeviceTraceTest, ReportsAnErrorOfItsFile)
 {
     Device device;
     const std::string nowhere = path("nowhere/trace");
@@ -417,7 +416,7 @@ TEST_F(DeviceTraceTest, SaysWhatIsWrongWithItsFile)
     }
 }
 
-TEST_F(DeviceTraceTest, WaitsForNoReader)
+TEST_F(DeviceTraceTest, DoesNotWaitForAReader)
 {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     const int reader = open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
@@ -427,7 +426,7 @@ TEST_F(DeviceTraceTest, WaitsForNoReader)
     DeviceTrace trace(device, path("pipe"), false);
     DeviceCall call = {
         .function = *device_layout::find("devapi_reboot"), .arguments = {}, .make = nullptr};
-    for (int times = 0; times < 100000; ++times) { // far more than the pipe and our memory hold
+    for (int times = 0; times < 100000; ++times) { // far more than the pipe and the buffer hold
         trace.run(call);
     }
     char line[64] = "";

@@ -67,7 +67,7 @@ TEST(MacForm, ReadsTheCommonForms)
     }
 }
 
-TEST(MacForm, GivesAnEmptyTextForAnythingElse)
+TEST(MacForm, ReturnsAnEmptyTextForAnythingElse)
 {
     const std::string endless(1000000, 'A');
     for (const char *text :
@@ -91,7 +91,7 @@ TEST(FreeStrBuf, FreesAndClears)
     EXPECT_EQ(text, nullptr);
 }
 
-TEST(BridgeMac, IsNotKnownWithoutASimulatedGateway)
+TEST(BridgeMac, IsUnknownWithoutASimulatedGateway)
 {
     char mac[HG_BRIDGE_MAC_SIZE];
     memset(mac, 'x', sizeof(mac));

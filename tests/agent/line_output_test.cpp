@@ -1,4 +1,4 @@
-// Lines to a descriptor that is read slowly, or not at all.
+// Lines written to a descriptor that is read slowly, or not at all.
 #include "line_output.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ using line_output::LineOutput;
 
 namespace line_output_test {
 
-// What has been written by now and not been read.
+// What has been written and not been read yet.
 std::string content_of(int descriptor)
 {
     std::string content;
@@ -33,7 +33,7 @@ std::string content_of(int descriptor)
 
 enum class Kind { kPipe, kSharedPipe, kSocket };
 
-// Where the lines go, and its reader.
+// The descriptor for the lines, and its reader.
 class LineOutputTest : public testing::TestWithParam<Kind> {
   protected:
     void SetUp() override
@@ -62,7 +62,7 @@ class LineOutputTest : public testing::TestWithParam<Kind> {
     int own_ = -1;
 };
 
-TEST_P(LineOutputTest, KeepsWhatThereIsNoRoomForAndTellsWhatIsMissing)
+TEST_P(LineOutputTest, BuffersLinesAndReportsLostOnes)
 {
     constexpr int kLines = 3000;
     const std::string line = std::string(999, 'x') + "\n";
@@ -123,7 +123,7 @@ TEST(LineOutput, WritesLinesOfAnyLengthToAFile)
     close(file);
 }
 
-TEST(LineOutput, TellsWhatADiskHadNoRoomFor)
+TEST(LineOutput, ReportsWhatAFullDiskLost)
 {
     const auto output = std::make_unique<LineOutput>("test", -1);
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
@@ -142,7 +142,7 @@ TEST(LineOutput, TellsWhatADiskHadNoRoomFor)
     close(file);
 }
 
-TEST(LineOutput, EndsALineThatTheDiskCutOff)
+TEST(LineOutput, EndsALineThatAFullDiskCutOff)
 {
     const std::string name = testing::TempDir() + "line_output_test.XXXXXX";
     std::string path = name;

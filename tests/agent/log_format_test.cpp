@@ -18,7 +18,7 @@ __attribute__((format(printf, 2, 3))) std::string format(bool show_secrets, cons
     return result;
 }
 
-// What the C library makes of the same call.
+// The C library's output for the same call.
 #define EXPECT_AS_PRINTF(...)                                                                      \
     do {                                                                                           \
         char expected[2000];                                                                       \
@@ -69,7 +69,7 @@ TEST(LogFormat, MasksLabelledSecrets)
     EXPECT_EQ(format(true, "Password:%s", "x"), "Password:x");
 }
 
-TEST(LogFormat, ShowsWhatIsNoSecret)
+TEST(LogFormat, ShowsWhatIsNotSecret)
 {
     EXPECT_EQ(format(false, "can not find PWD object! ret=%d", -1),
               "can not find PWD object! ret=-1");

@@ -1,8 +1,9 @@
-// What becomes of the notices that libraries hand over.
-#include "commands/notice.h"
+// What happens to the notices that libraries send.
+#include "host/notice_receiver.h"
 
 #include "captured_error.h"
 #include "captured_output.h"
+#include "protocol/json_text.h"
 #include "smart_router_service/host_agent.h"
 
 #include <gmock/gmock.h>
@@ -67,7 +68,7 @@ TEST(Notices, CanBeRefusedWithAnyResult)
     EXPECT_FALSE(passed_on);
 }
 
-TEST(Notices, FromManyThreadsStandBetweenTheLinesOfOthers)
+TEST(Notices, FromManyThreadsDoNotSplitOtherLines)
 {
     constexpr int kThreads = 8;
     constexpr int kLines = 200;

@@ -1,4 +1,4 @@
-// Tables for people.
+// Human-readable tables.
 #include "io/pages.h"
 
 #include <gtest/gtest.h>
@@ -25,20 +25,20 @@ TEST(Table, AlignsItsCells)
                                     "  the longest           y\n");
 }
 
-TEST(Table, CountsTheColumnsOfLetters)
+TEST(Table, CountsTheColumnsOfCharacters)
 {
     agent::Table table;
     table.row({"ab", "|"});
-    table.row({"\u5ba2\u5385\u7535\u89c6", "|"}); // four letters, each two columns wide
+    table.row({"\u5ba2\u5385\u7535\u89c6", "|"}); // four characters, each two columns wide
     table.row({"Z\u00fcrich", "|"});
-    table.row({"Zu\u0308", "|"}); // the dots stand on the letter before
+    table.row({"Zu\u0308", "|"}); // a combining character has no column
     EXPECT_EQ(printed(table), "ab        |\n"
                               "\u5ba2\u5385\u7535\u89c6  |\n"
                               "Z\u00fcrich    |\n"
                               "Zu\u0308        |\n");
 }
 
-TEST(Table, LeavesNoBlanksAtTheEndOfALine)
+TEST(Table, WritesNoTrailingBlanks)
 {
     agent::Table table;
     table.row({"long left", "right", ""});

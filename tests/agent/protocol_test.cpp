@@ -23,8 +23,31 @@ TEST(Protocol, NamesTheNearestCommandsFirst)
     EXPECT_EQ(nearest_commands(std::string(10000000, 'x')).size(), 3U);
 }
 
-TEST(Protocol, SaysNoMoreOfAnUnknownNameThanFitsALine)
+TEST(Protocol, CutsALongUnknownNameToALine)
 {
     EXPECT_THAT(agent::no_such_command("A\nB"), testing::StartsWith("no command \"A\\nB\"; "));
     EXPECT_LT(agent::no_such_command(std::string(10000000, 'x')).size(), 400U);
+}
+
+TEST(Protocol, KnowsHowLongACommandMayTake)
+{
+    EXPECT_EQ(agent::seconds_of("GET_SN_INFO"), std::chrono::seconds(30));
+    EXPECT_EQ(agent::seconds_of("HG_SPEEDTEST_REQUEST"), std::chrono::seconds(120));
+    EXPECT_EQ(agent::seconds_of("NO_SUCH"), std::chrono::seconds(30));
+}
+
+TEST(Protocol, KnowsWhichCommandsMayChangeTheRouter)
+{
+    EXPECT_FALSE(agent::may_change("GET_SN_INFO"));
+    EXPECT_TRUE(agent::may_change("SET_UPNP_STATE"));
+    EXPECT_TRUE(agent::may_change("RP_HG_REBOOT"));
+    EXPECT_TRUE(agent::may_change("NO_SUCH"));
+}
+
+TEST(Protocol, FindsEventsByTheirExactNames)
+{
+    ASSERT_NE(agent::find_event("update.failed"), nullptr);
+    EXPECT_EQ((*agent::find_event("update.failed"))["made_by"], "serve");
+    EXPECT_EQ(agent::find_event("update.*"), nullptr);
+    EXPECT_EQ(agent::find_event("GET_SN_INFO"), nullptr);
 }

@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 using agent::Json;
 using agent::print;
 
 namespace requests_test {
 
-// A key that is a constant and one that is a copy, texts that belong to nobody, and depth.
+// A constant key and a copied one, referenced texts, and nesting.
 Json reply_in_gbk()
 {
     static const char *const kText = "\xd6\xd0"; // the character U+4E2D
@@ -24,7 +26,7 @@ Json reply_in_gbk()
     return reply;
 }
 
-TEST(Print, MakesEachTextAndKeyUtf8)
+TEST(Print, ConvertsEachTextAndKeyToUtf8)
 {
     const Json reply = reply_in_gbk();
     EXPECT_EQ(print(reply.get()),
@@ -52,6 +54,47 @@ TEST(Print, IndentsWhatItConverts)
     const Json reply(cJSON_CreateObject());
     cJSON_AddStringToObject(reply.get(), "a", "\xd6\xd0");
     EXPECT_EQ(print(reply.get(), {.indented = true}), "{\n\t\"a\":\t\"\u4e2d\"\n}");
+}
+
+TEST(ReplyPrinter, PrintsRepliesOfAnyLengthOneAfterTheOther)
+{
+    agent::ReplyPrinter printer;
+    for (const size_t length : {3, 5000, 0, 5001, 300000, 299999, 1}) {
+        const Json reply(cJSON_CreateObject());
+        cJSON_AddStringToObject(reply.get(), "text", std::string(length, 'x').c_str());
+        cJSON_AddNumberToObject(reply.get(), "number", -1.2345678901234567e-300);
+        EXPECT_EQ(printer.print(reply.get(), false), print(reply.get()));
+        printer.forget();
+    }
+}
+
+TEST(ReplyPrinter, PrintsTheSameTextAsOthersDo)
+{
+    agent::ReplyPrinter printer;
+    const Json reply = reply_in_gbk();
+    for (const bool raw_bytes : {true, false, true, false}) {
+        EXPECT_EQ(printer.print(reply.get(), raw_bytes),
+                  print(reply.get(), {.raw_bytes = raw_bytes}));
+    }
+}
+
+TEST(ReplyPrinter, WipesWhatItForgets)
+{
+    agent::ReplyPrinter printer;
+    const Json secret(cJSON_CreateString("secret"));
+    const std::string_view text = printer.print(secret.get(), false);
+    EXPECT_EQ(text, "\"secret\"");
+    printer.forget();
+    EXPECT_EQ(text, std::string(text.size(), '\0'));
+}
+
+// No tree of the plug-in's is such; cJSON prints nothing of it, however much room there is.
+TEST(ReplyPrinter, TakesWhatCannotBePrintedForLackOfMemory)
+{
+    agent::ReplyPrinter printer;
+    cJSON nothing = {};
+    EXPECT_THROW(printer.print(&nothing, false), std::bad_alloc);
+    EXPECT_EQ(printer.print(Json(cJSON_CreateTrue()).get(), false), "true");
 }
 
 } // namespace requests_test

@@ -21,7 +21,7 @@ TEST(SecretNames, EndInOneOfTheWords)
     }
 }
 
-TEST(SecretLabels, StandRightBeforeTheValue)
+TEST(SecretLabels, PrecedeTheValueDirectly)
 {
     for (const char *label : {"Password:", "pwd = ", "PPPOE_PASSWORD= ", "a|b:c|Pwd: \"", "psk\t",
                               "the passphrase ("}) {
@@ -50,7 +50,7 @@ TEST(MaskJson, ReplacesValuesOfEveryType)
     EXPECT_EQ(mask_json(R"({"pwd":""})"), R"({"pwd":"***"})");
 }
 
-TEST(MaskJson, MasksWhatIsCutOff)
+TEST(MaskJson, MasksTruncatedValues)
 {
     EXPECT_EQ(mask_json(R"({"pwd":"hid)"), R"({"pwd":"***")");
     EXPECT_EQ(mask_json(R"({"pwd":"hid\)"), R"({"pwd":"***")");
@@ -68,7 +68,7 @@ TEST(MaskJson, LeavesOtherTextsAlone)
     }
 }
 
-TEST(MaskAddress, ReplacesWhatIsSecretInAnAddress)
+TEST(MaskAddress, ReplacesSecretsInAnAddress)
 {
     const std::pair<const char *, const char *> cases[] = {
         {"", ""},

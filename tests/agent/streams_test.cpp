@@ -1,4 +1,4 @@
-// Standard output and the signals that end waiting for it.
+// Standard output, and the signals that interrupt waiting for it.
 #include "io/streams.h"
 
 #include "captured_output.h"
@@ -15,7 +15,7 @@
 
 namespace streams_test {
 
-// Standard output as a pipe for as long as this lives, with the agent's output on it.
+// Guard: redirects standard output, and the agent's output with it, to a pipe.
 class Pipe {
   public:
     Pipe() : before_(dup(STDOUT_FILENO))
@@ -37,7 +37,7 @@ class Pipe {
 
     agent::ReplyOutput &output() { return *output_; }
     int reader() const { return ends_[0]; }
-    // What has been written by now and not been read.
+    // What has been written and not been read yet.
     std::string content() const
     {
         std::string content;
@@ -54,7 +54,7 @@ class Pipe {
     std::unique_ptr<agent::ReplyOutput> output_;
 };
 
-// SIGTERM, held back by the process until this ends.
+// Guard: blocks SIGTERM for the process.
 class PendingSignal {
   public:
     PendingSignal() { kill(getpid(), SIGTERM); }
@@ -78,7 +78,7 @@ TEST(ReplyOutput, WritesWholeLinesFromManyThreads)
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&captured, thread] {
-            const std::string line(9000, static_cast<char>('a' + thread)); // not written at once
+            const std::string line(9000, static_cast<char>('a' + thread)); // not written atomically
             for (int count = 0; count < kLines; ++count) {
                 EXPECT_TRUE(captured.output().write_line(line));
             }
@@ -92,6 +92,20 @@ TEST(ReplyOutput, WritesWholeLinesFromManyThreads)
     for (const std::string &line : lines) {
         EXPECT_EQ(line, std::string(9000, line.front()));
     }
+}
+
+TEST(ReplyOutput, WritesPiecesOfAnyNumberAndLength)
+{
+    const agent::StopSignals stop;
+    Pipe pipe;
+    const std::string page(4096, 'p');
+    std::string more; // no part of which is like another
+    for (int count = 0; count < 1500; ++count) {
+        more += std::to_string(count) + " ";
+    }
+    EXPECT_TRUE(pipe.output().write(
+        {"", page, "", more, "1", "2", "3", "4", "5", "6", "7", "8", "9", "", "\n"}, &stop));
+    EXPECT_EQ(pipe.content(), page + more + "123456789\n");
 }
 
 TEST(ReplyOutput, WritesNothingBehindALineThatIsCutOff)
@@ -133,6 +147,60 @@ TEST(StopSignals, WakeEveryThread)
     one.join();
     other.join();
     EXPECT_EQ(stop.arrived(), SIGTERM);
+}
+
+// Standard input as a pipe for as long as this lives.
+class InputPipe {
+  public:
+    InputPipe() : before_(dup(STDIN_FILENO))
+    {
+        EXPECT_EQ(pipe2(ends_, O_CLOEXEC), 0);
+        dup2(ends_[0], STDIN_FILENO);
+    }
+    ~InputPipe()
+    {
+        dup2(before_, STDIN_FILENO);
+        close(before_);
+        close(ends_[0]);
+        close(ends_[1]);
+    }
+    InputPipe(const InputPipe &) = delete;
+    InputPipe &operator=(const InputPipe &) = delete;
+
+    void send(std::string_view text) const
+    {
+        EXPECT_EQ(write(ends_[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+  private:
+    int before_;
+    int ends_[2] = {-1, -1};
+};
+
+TEST(LineReader, ComesBackWhenNoLineHasCome)
+{
+    using Result = agent::LineReader::Result;
+    constexpr std::chrono::milliseconds kShort(1);
+    const agent::StopSignals stop;
+    const InputPipe input;
+    agent::LineReader reader(stop, 5);
+    std::string_view line;
+    EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
+    input.send("ab");
+    while (reader.next(line, kShort) != Result::kNothing) {
+    }
+    input.send("cde\n12345");
+    EXPECT_EQ(reader.next(line, kShort), Result::kLine);
+    EXPECT_EQ(line, "abcde");
+    EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
+    input.send("678"); // and is too long from here on, also when what was read has been dropped
+    EXPECT_EQ(reader.next(line, kShort), Result::kNothing);
+    input.send("9\nnext\n");
+    EXPECT_EQ(reader.next(line, kShort), Result::kTooLong);
+    EXPECT_EQ(reader.next(line, kShort), Result::kLine);
+    EXPECT_EQ(line, "next");
+    const PendingSignal signal;
+    EXPECT_EQ(reader.next(line, agent::StopSignals::kForEver), Result::kStopped);
 }
 
 } // namespace streams_test

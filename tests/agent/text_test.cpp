@@ -1,4 +1,4 @@
-// Texts on their way out.
+// Conversion and escaping of texts for output.
 #include "io/text.h"
 
 #include <gtest/gtest.h>
@@ -14,19 +14,19 @@ TEST(ToUtf8, KeepsWhatIsUtf8)
     EXPECT_EQ(to_utf8(""), "");
 }
 
-TEST(ToUtf8, TakesWhatIsNotForGbk)
+TEST(ToUtf8, TreatsAnythingElseAsGbk)
 {
     EXPECT_EQ(to_utf8("\xc4\xe3\xba\xc3"), "\u4f60\u597d");
     EXPECT_EQ(to_utf8("a\xd6\xd0"
                       "b"),
               "a\u4e2db");
-    // The second byte of such a character may be a backslash or a letter.
+    // The second byte of a GBK character may be a backslash or an ASCII letter.
     EXPECT_EQ(to_utf8("\x81\\\x81"
                       "A\\"),
               "\u4e57\u4e04\\");
 }
 
-TEST(ToUtf8, ReplacesWhatIsNoGbkEither)
+TEST(ToUtf8, ReplacesWhatIsNotGbkEither)
 {
     EXPECT_EQ(to_utf8("a\xff"
                       "b"),
@@ -37,7 +37,7 @@ TEST(ToUtf8, ReplacesWhatIsNoGbkEither)
     EXPECT_EQ(to_utf8(std::string(100000, '\xff')).size(), 300000U);
 }
 
-TEST(ToUtf8, KeepsUtf8WhoseEndWasCutOff)
+TEST(ToUtf8, KeepsTruncatedUtf8)
 {
     EXPECT_EQ(to_utf8("\u4e2d\u6587 \xe4\xb8"), "\u4e2d\u6587 \ufffd");
     EXPECT_EQ(to_utf8("\U0001f600\xf0\x9f\x98"), "\U0001f600\ufffd");
@@ -52,7 +52,7 @@ TEST(OneLine, EscapesControlCharacters)
     EXPECT_EQ(one_line("\u4e2d \xd6\xd0"), "\u4e2d \ufffd\ufffd");
 }
 
-TEST(OneLine, EscapesWhatTurnsTheDirectionOfWriting)
+TEST(OneLine, EscapesDirectionControls)
 {
     EXPECT_EQ(one_line("a\u202eb\u2066c\u200fd\u2028e\u061c"),
               "a\\x202eb\\x2066c\\x200fd\\x2028e\\x61c");
@@ -60,7 +60,7 @@ TEST(OneLine, EscapesWhatTurnsTheDirectionOfWriting)
               "\u05d0 \u2010\u2027\u202f\u205f\u2070");
 }
 
-TEST(OneLine, EscapesWhatHasNoWidth)
+TEST(OneLine, EscapesCharactersWithoutWidth)
 {
     EXPECT_EQ(one_line("a\u200bb\u200d\u2060\ufeff\u00ad\u034f\u180e\ufff9\U000e0041"),
               "a\\x200bb\\x200d\\x2060\\xfeff\\xad\\x34f\\x180e\\xfff9\\xe0041");
@@ -81,7 +81,7 @@ TEST(OneLine, CutsLongTextsBetweenCharacters)
     EXPECT_EQ(one_line("\x80\x80\x80", 2), " [3 more bytes]");
 }
 
-TEST(InQuotes, KeepsEveryByteApart)
+TEST(InQuotes, IsUnambiguousForEveryByte)
 {
     EXPECT_EQ(in_quotes(""), "\"\"");
     EXPECT_EQ(in_quotes("Ger\u00e4t \"a\\b\""), "\"Ger\u00e4t \\\"a\\\\b\\\"\"");

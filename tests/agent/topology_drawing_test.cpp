@@ -1,4 +1,4 @@
-// The mesh as a drawing, whatever names there are.
+// The drawing of the mesh, with any device names.
 #include "commands/topology_drawing.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ std::vector<Router> named(const std::string &name)
     return {{{name, "", "", ""}, {{name, name, name, name}}, false, {}}};
 }
 
-// Whether every line is one that a graph is made of, with each text in one pair of quotes.
+// Whether every line is a valid statement of the graph, with each text in one pair of quotes.
 void expect_syntax(const std::string &graph)
 {
     static const std::string text = R"re("([^"\\]|\\["\\])*")re";
@@ -59,7 +59,7 @@ TEST(TopologyTree, HasALineForEachLink)
                                      "   `- ...");
 }
 
-TEST(TopologyTree, KeepsItsColumnsWithWideLetters)
+TEST(TopologyTree, AlignsItsColumnsWithWideCharacters)
 {
     EXPECT_EQ(tree_of({{{"家", "", "", ""},
                         {{"客厅电视", "cable", "", ""}, {"pc", "cable", "", ""}},

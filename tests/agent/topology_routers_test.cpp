@@ -1,4 +1,4 @@
-// Who is attached to whom, by reports that need not make sense.
+// Which router is attached to which, from reports that may be inconsistent.
 #include "commands/topology_routers.h"
 
 #include "protocol/requests.h"
@@ -19,7 +19,7 @@ std::string router(int number)
 }
 
 // The main router has number 0.
-std::string hangs_from(int number, const std::string &parent)
+std::string attached_to(int number, const std::string &parent)
 {
     return R"({"Mac":"0200000000)" + std::string("0") + std::to_string(number) +
            R"(","ParentMacAddress":")" + parent + "\"}";
@@ -34,7 +34,7 @@ std::string join(const std::vector<std::string> &items)
     return "[" + list + "]";
 }
 
-// For each of three child routers and the main one, the places of those that hang from it.
+// For each of three child routers and the main one, the indexes of those attached to it.
 std::vector<std::vector<size_t>> tree(const std::vector<std::string> &relations)
 {
     const agent::Json topology =
@@ -58,32 +58,32 @@ MeshNode node(const std::string &device)
     return agent::routers_of(topology.get(), nullptr).front().devices.at(0);
 }
 
-TEST(TopologyRouters, HangAsTheTreeSays)
+TEST(TopologyRouters, AreAttachedAsTheTreeSays)
 {
-    EXPECT_THAT(tree({hangs_from(1, "02:00:00:00:00:02"), hangs_from(2, "02:00:00:00:00:00"),
-                      hangs_from(3, "020000000001")}),
+    EXPECT_THAT(tree({attached_to(1, "02:00:00:00:00:02"), attached_to(2, "02:00:00:00:00:00"),
+                      attached_to(3, "020000000001")}),
                 ElementsAre(ElementsAre(2), ElementsAre(3), ElementsAre(1), IsEmpty()));
-    EXPECT_THAT(tree({hangs_from(3, "02-00-00-00-00-01")}),
+    EXPECT_THAT(tree({attached_to(3, "02-00-00-00-00-01")}),
                 ElementsAre(ElementsAre(1, 2), ElementsAre(3), IsEmpty(), IsEmpty()));
 }
 
-TEST(TopologyRouters, HangFromTheMainRouterWhereNothingSensibleIsSaid)
+TEST(TopologyRouters, AreAttachedToTheMainRouterWithoutAValidParent)
 {
     EXPECT_THAT(tree({}), kStar);
-    EXPECT_THAT(tree({hangs_from(1, "02:00:00:00:00:99"), hangs_from(2, "NULL"), R"({"Mac":3})",
-                      R"("text")", "null", "[]", hangs_from(3, "")}),
+    EXPECT_THAT(tree({attached_to(1, "02:00:00:00:00:99"), attached_to(2, "NULL"), R"({"Mac":3})",
+                      R"("text")", "null", "[]", attached_to(3, "")}),
                 kStar);
-    EXPECT_THAT(tree({hangs_from(1, "02:00:00:00:00:01")}), kStar);
+    EXPECT_THAT(tree({attached_to(1, "02:00:00:00:00:01")}), kStar);
 }
 
-TEST(TopologyRouters, NeverHangInACircle)
+TEST(TopologyRouters, NeverFormACycle)
 {
-    EXPECT_THAT(tree({hangs_from(1, "020000000002"), hangs_from(2, "020000000003"),
-                      hangs_from(3, "020000000001")}),
+    EXPECT_THAT(tree({attached_to(1, "020000000002"), attached_to(2, "020000000003"),
+                      attached_to(3, "020000000001")}),
                 ElementsAre(ElementsAre(1), ElementsAre(3), IsEmpty(), ElementsAre(2)));
 }
 
-TEST(TopologyRouters, AreOneEachAlsoWithOneAddress)
+TEST(TopologyRouters, WithTheSameAddressStaySeparate)
 {
     const agent::Json topology =
         agent::parse_object(R"({"MainRouter":{},"ChildRouter":[{},{"Mac":"NULL"},)" + router(4) +
@@ -93,7 +93,7 @@ TEST(TopologyRouters, AreOneEachAlsoWithOneAddress)
     EXPECT_THAT(routers[0].routers, ElementsAre(1, 2, 3, 4));
 }
 
-TEST(TopologyRouters, SurviveAReportWithoutAny)
+TEST(TopologyRouters, MayBeMissingFromTheReport)
 {
     for (const char *text : {"{}", R"({"MainRouter":"text","ChildRouter":7})",
                              R"({"MainRouter":{"MainBaseInfo":"text"},"ChildRouter":null})"}) {
@@ -104,7 +104,7 @@ TEST(TopologyRouters, SurviveAReportWithoutAny)
     }
 }
 
-TEST(TopologyRouters, HaveTheNameOfTheUser)
+TEST(TopologyRouters, HaveTheNameThatTheUserSet)
 {
     EXPECT_EQ(node(R"({"ByName":"Anna","Name":"phone","Mac":"m"})").name, "Anna");
     EXPECT_EQ(node(R"({"ByName":"NULL","Name":"phone","Mac":"m"})").name, "phone");
@@ -113,7 +113,7 @@ TEST(TopologyRouters, HaveTheNameOfTheUser)
     EXPECT_EQ(node("{}").name, "");
 }
 
-TEST(TopologyRouters, SayWhatIsUnusual)
+TEST(TopologyRouters, MarkWhatIsUnusual)
 {
     const auto state = [](const std::string &online, const std::string &access) {
         return node(R"({"NetStatus":")" + online + R"(","AccessEnable":")" + access + "\"}").state;

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Runs hgagent serve with one thing failing at a time, and looks at what becomes of its answers, its exit
-status and what it has acknowledged.
+"""Runs hgagent serve with one failure at a time, and checks its answers, its exit status and the settings
+that it has acknowledged.
 
     agent_sweep.py memory HGAGENT --library FAILING_ALLOCATION [--every N] [--only 17 | 17-]
     agent_sweep.py system_calls HGAGENT [--every N] [--only write:3]
 
-memory: each allocation, once, and then lastingly. system_calls: each system call, once, by strace. With
---every N only each Nth case. A case that fails prints what repeats it alone.
+memory: each allocation fails, alone and then with all that follow. system_calls: each system call fails
+once, through strace. --every N runs only each Nth case. A failed case prints the options that repeat it.
 """
 import argparse
 import collections
@@ -33,7 +33,7 @@ REQUESTS = [
 INPUT = "".join(json.dumps(request) + "\n" for request in REQUESTS) + "rubbish\n"
 ANSWERS = len(REQUESTS) + 1
 
-# What the process cannot live without, or what never returns.
+# Calls that the process needs to run at all, or that never return.
 NEVER_FAIL = {
     "execve": "there would be no process",
     "exit_group": "never returns",
@@ -77,20 +77,20 @@ class Sweep:
         if result.returncode not in allowed:
             complaints.append(f"ended with {result.returncode}")
         if result.returncode != 0 and not error:
-            complaints.append("says nothing of why it ended")
+            complaints.append("ended without an error message")
         if "terminate called" in error:
             complaints.append("an exception was not caught")
         lines = output.split("\n")
-        # Whoever reads has lost the rest as well where the output itself has failed.
+        # Where the output itself has failed, the reader has lost the rest as well.
         if lines.pop() and result.returncode != 5:
-            complaints.append("half a line at the end")
+            complaints.append("the last line is incomplete")
         answers = {}
         count = 0
         for line in lines:
             try:
                 answer = json.loads(line)
             except ValueError:
-                complaints.append(f"no JSON: {line[:200]}")
+                complaints.append(f"not JSON: {line[:200]}")
                 continue
             if "id" in answer:
                 count += 1
@@ -107,7 +107,7 @@ class Sweep:
             if acknowledged and not kept:
                 complaints.append("an acknowledged setting is lost")
         except subprocess.CalledProcessError:
-            complaints.append("the state file does not load any more")
+            complaints.append("the state file no longer loads")
         if complaints:
             self.faults += 1
             print(f"--only {case}: {'; '.join(complaints)}\n{error[-600:]}")
@@ -120,7 +120,7 @@ def sweep_memory(sweep, options):
     cases = [f"{number}{kind}" for number in range(0, total, options.every) for kind in ("", "-")]
     for case in [options.only] if options.only else cases:
         result = sweep.serve(LD_PRELOAD=options.library, FAILING_ALLOCATION=case)
-        # The loader works before there is anything that could be told.
+        # The loader runs before any error can be reported.
         sweep.judge(case, result, GOOD | {LOADER}, not case.endswith("-"))
     return len(cases), f"{total} allocations"
 
@@ -133,7 +133,7 @@ def sweep_system_calls(sweep, options):
     log = sweep.folder / "strace"
     sweep.judge("none", sweep.serve(["strace", "-f", "-qq", "-o", log]), {0}, True)
     trace = log.read_text(errors="replace")
-    # Before the agent's own first call the loader is at work, which answers for itself.
+    # Calls before the agent's first one are the loader's, which handles its own errors.
     before = count_calls(trace[:trace.index("fcntl(0, F_GETFD")])
     calls = count_calls(trace)
     cases = [f"{name}:{number}" for name in sorted(calls) if name not in NEVER_FAIL

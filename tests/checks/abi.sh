@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Holds the interface that the public headers declare against the one in tests/abi/baseline, as it was
-# when the version was last raised for it: abi.sh BUILD_FOLDER [--update]
+# Compares the interface that the public headers declare with tests/abi/baseline, the interface for which
+# the version was last raised: abi.sh BUILD_FOLDER [--update]
 #
-# What the plug-in exports is seen in the plug-in, what it needs of a device library and of an agent in
-# the examples, which have all of it.
+# The plug-in shows what it exports; the examples show what it needs of a device library and of an agent,
+# since they define all of it.
 set -euo pipefail
 build=$1/abi
 baseline=tests/abi/baseline
@@ -19,7 +19,7 @@ changed=0
 for seen_in in lib/libsmart_router_service.so lib/libminimal_device.so bin/minimal_host; do
     name=$(basename "$seen_in" .so)
     abidw "${as_text[@]}" --out-file "$build/$name.abi" "$build/$seen_in"
-    # Inside the project, wherever it lies and however the compiler was called.
+    # Paths relative to the project, regardless of its location and of the compiler's options.
     sed --in-place --regexp-extended "s#path='($PWD/|(\.\./)+)#path='#" "$build/$name.abi"
     if [ "${2-}" = --update ]; then
         cp "$build/$name.abi" "$baseline"

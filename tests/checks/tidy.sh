@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the sources of the product: tidy.sh BUILD_FOLDER. The plug-in is built in
-# several ways, and other sources are compiled several at a time; each file is looked at by itself, once.
+# Runs clang-tidy on the sources of the product: tidy.sh BUILD_FOLDER. The plug-in is built in several
+# variants, and other sources in unity builds; each file is checked separately, once.
 set -euo pipefail
 build=$1
 once=$build/tidy

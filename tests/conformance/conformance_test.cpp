@@ -1,4 +1,4 @@
-// hgagent conformance on libraries that are good, bad and small.
+// hgagent conformance on correct, faulty and minimal libraries.
 #include "agent_commands.h"
 #include "smart_router_service/device_access.h"
 
@@ -34,7 +34,7 @@ AgentResult with_fault(const std::string &fault, const std::vector<std::string> 
     return result;
 }
 
-// The row of a check, and what follows up to the next one.
+// The row of a check, with its continuation lines.
 std::string row_of(const AgentResult &result, const std::string &name)
 {
     std::string row;
@@ -151,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "Password was set to *** and reads ***"}),
     name_of);
 
-TEST(Conformance, WarnsOfTextsThatAreEmptyAndNotNull)
+TEST(Conformance, WarnsOfTextsThatAreEmptyInsteadOfNull)
 {
     const AgentResult result =
         conformance(FAULTY_DEVICE, {"--command", "GET_SN_INFO", "--command", "GET_WEB_LOGIN_INFO",
@@ -160,7 +160,7 @@ TEST(Conformance, WarnsOfTextsThatAreEmptyAndNotNull)
     EXPECT_THAT(row_of(result, "GET_SN_INFO"),
                 MatchesRegex("GET_SN_INFO +passed *\n +warning: devapi_get_sn_info: empty, and not "
                              "\"NULL\": SnInfo.tslinkstatus\n"));
-    // Name is none that this function fills.
+    // This function does not fill Name.
     EXPECT_THAT(row_of(result, "GET_WEB_LOGIN_INFO"),
                 AllOf(HasSubstr("passed"), HasSubstr("\"NULL\": LoginInfo.WebLoginIp\n")));
     EXPECT_THAT(row_of(result, "GET_UPNP_STATE"), Not(HasSubstr("warning")));
@@ -203,7 +203,7 @@ TEST(Conformance, RefusesALibraryOfAnotherMajorVersionByBothVersions)
     EXPECT_EQ(with_fault("other_minor_version", {"--command", "GET_SN_INFO"}).exit_status, 0);
 }
 
-TEST(Conformance, LosesItsPatience)
+TEST(Conformance, TimesOut)
 {
     for (const auto &[fault, command, where] :
          {std::tuple("hang", "GET_SN_INFO", "in devapi_get_sn_info"),
@@ -216,7 +216,7 @@ TEST(Conformance, LosesItsPatience)
     }
 }
 
-TEST(Conformance, EndsAfterTheCheckAtHandWhenItIsTold)
+TEST(Conformance, EndsAfterTheCurrentCheckOnASignal)
 {
     setenv("FAULT", "hang", 1);
     AgentProcess agent({"--device", FAULTY_DEVICE, "conformance", "--patience", "1", "--command",
@@ -232,7 +232,7 @@ TEST(Conformance, EndsAfterTheCheckAtHandWhenItIsTold)
     EXPECT_THAT(row_of(result, "GET_UPNP_STATE"), IsEmpty());
 }
 
-TEST(Conformance, GoesOnAfterACrash)
+TEST(Conformance, ContinuesAfterACrash)
 {
     const AgentResult result = with_fault("crash", {});
     EXPECT_EQ(result.exit_status, 1);
@@ -242,7 +242,7 @@ TEST(Conformance, GoesOnAfterACrash)
     EXPECT_THAT(lines_of(result.output).back(), HasSubstr(" 1 failed"));
 }
 
-TEST(Conformance, CountsTheFunctionsThatAreNotThere)
+TEST(Conformance, CountsTheMissingFunctions)
 {
     const AgentResult result = conformance(INCOMPLETE_DEVICE);
     EXPECT_EQ(result.exit_status, 1);
@@ -256,7 +256,7 @@ TEST(Conformance, CountsTheFunctionsThatAreNotThere)
                              "no such function\n"));
 }
 
-TEST(Conformance, NamesEveryFunctionThatIsNotThere)
+TEST(Conformance, NamesEveryMissingFunction)
 {
     const std::string junit = test_file("missing.xml");
     const AgentResult result = run_agent({"--verbose", "--log-level", "0", "--device",
@@ -271,7 +271,7 @@ TEST(Conformance, NamesEveryFunctionThatIsNotThere)
     }
 }
 
-TEST(Conformance, TellsWhatTheLibrarySaysOfWhatItDoesNotSupport)
+TEST(Conformance, ShowsTheLibrarysReasonsForWhatItDoesNotSupport)
 {
     const AgentResult result = with_fault("says_why", {"--command", "GET_UPNP_STATE"});
     EXPECT_EQ(result.exit_status, 0);
@@ -280,7 +280,7 @@ TEST(Conformance, TellsWhatTheLibrarySaysOfWhatItDoesNotSupport)
                       HasSubstr("it says: faulty: no daemon answers, Password:***\n")));
 }
 
-TEST(Conformance, TakesTheExampleForGood)
+TEST(Conformance, PassesTheExample)
 {
     const AgentResult result = conformance(MINIMAL_DEVICE, {"--allow-writes"});
     EXPECT_EQ(result.exit_status, 0) << result.output;
@@ -290,7 +290,7 @@ TEST(Conformance, TakesTheExampleForGood)
     EXPECT_THAT(row_of(result, "SET_UPNP_STATE"), HasSubstr("skipped"));
 }
 
-TEST(Conformance, WritesOnlyWhenItMay)
+TEST(Conformance, WritesOnlyWithPermission)
 {
     const AgentResult reading = conformance(FAULTY_DEVICE, {"--command", "SET_UPNP_STATE"});
     EXPECT_EQ(reading.exit_status, 0);
@@ -322,7 +322,7 @@ TEST(Conformance, RefusesWhatItCannotTest)
         5);
 }
 
-TEST_P(Homes, PassAndAreLeftAsTheyWere)
+TEST_P(Homes, PassAndStayUnchanged)
 {
     const std::string state = test_file(std::string(GetParam()) + ".json");
     setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1);

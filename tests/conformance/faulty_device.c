@@ -1,7 +1,7 @@
 /*
  * A device library with one fault, which the environment names: FAULT=unterminated_text and so on.
- * Without it the library is a good one. What it does not support is answered by the example's
- * layer.
+ * Without the variable the library is correct. Functions that it does not support are those of the
+ * example's layer.
  */
 #include "fault.h"
 #include "smart_router_service/device_access.h"
@@ -19,7 +19,7 @@ int has(const char *fault)
     return wanted != NULL && strcmp(wanted, fault) == 0;
 }
 
-/* Writes where the compiler would see that there is no room. */
+/* Writes out of bounds in a way that the compiler does not detect. */
 static void overrun(void *to, long from, long end)
 {
     volatile char *bytes = to;

@@ -1,4 +1,4 @@
-/* The part of the faulty library that hands over memory for the plug-in to free: lists and answers.
+/* The part of the faulty library that returns memory for the plug-in to free: lists and answers.
  */
 #include "fault.h"
 #include "smart_router_service/device_access.h"
@@ -39,7 +39,7 @@ int32_t devapi_get_Multi_Ap_enable(int32_t *enable)
     return 0;
 }
 
-/* An area whose routers are known to the topology alone. */
+/* An area whose routers only the topology reports. */
 int32_t devapi_get_basic_area_code(char *code, int32_t size)
 {
     strncpy(code, "TH_OLV", (size_t)size);

@@ -1,6 +1,6 @@
 """hg-conformance as it runs on a router, natively or under an emulator:
 program_test.py PROGRAM MINIMAL_DEVICE FAULTY_DEVICE READELF [EMULATOR...]. With a READELF other than "-" the
-program and the device layer beside it may need no libraries but cJSON, the C++ runtime and the C library."""
+program and the device layer may need no libraries but cJSON, the C++ runtime and the C library."""
 
 import os
 import pathlib
@@ -25,7 +25,7 @@ def check(device, *options, fault=""):
 
 
 def row(done, name):
-    """The row of a check, and those below it that belong to it."""
+    """The row of a check, with its continuation lines."""
     return re.search(rf"^{name} .*(\n +.*)*", done.stdout, re.M)[0]
 
 
@@ -81,7 +81,7 @@ class ProgramTest(unittest.TestCase):
         self.assertRegex(done.stderr, r"hg-conformance: the device library .* is built with version \d+\.\d+ of "
                                       r"device_access\.h, and this agent with version \d+\.\d+\n")
 
-    def test_what_it_cannot_do_it_says(self):
+    def test_it_reports_what_it_cannot_do(self):
         for options in ((), ("--device", MINIMAL, "--patience", "0"), ("--device", MINIMAL, "--patience", "1s"),
                         ("--device", MINIMAL, "--log-level", "-1"), ("--device", MINIMAL, "GET_SN_INFO"),
                         ("--devices", MINIMAL)):
@@ -93,13 +93,13 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual(done.returncode, 3)
         self.assertIn("GET_SN_INFO", done.stderr)
 
-    def test_it_tells_of_itself(self):
+    def test_it_has_help_and_a_version(self):
         self.assertRegex(run("--version").stdout, r"^hg-conformance \d+\.\d+\.\d+\n$")
         done = run("--help")
         self.assertEqual((done.returncode, done.stdout.startswith("usage: hg-conformance --device LIB")), (0, True))
 
     @unittest.skipIf(READELF == "-", "the sanitizers have libraries of their own")
-    def test_it_needs_cjson_and_the_runtime_alone(self):
+    def test_it_needs_only_cjson_and_the_runtime(self):
         watch = pathlib.Path(PROGRAM).parent.parent / "lib/libdevice_layer.so"
         for file in (PROGRAM, watch):
             told = subprocess.run([READELF, "-dW", file], capture_output=True, text=True, check=True).stdout

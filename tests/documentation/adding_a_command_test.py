@@ -1,8 +1,8 @@
-"""What docs/adding-a-command.md shows has to be a command once it is put where the page says.
+"""The code in docs/adding-a-command.md has to make a working command once it is inserted where the page says.
 
 usage: adding_a_command_test.py BUILD_FOLDER
 
-The project's own tree is not touched: the steps are taken in a copy of it.
+The project's tree is not changed: the steps are run in a copy of it.
 """
 
 import json
@@ -48,7 +48,7 @@ PLACES = {
 
 
 def compile_entries():
-    """How each source is compiled; one that is compiled together with others, as if alone."""
+    """The compiler's command for each source, also for those in unity builds."""
     entries = {}
     for entry in json.loads((BUILD / "compile_commands.json").read_text(encoding="utf-8")):
         source = pathlib.Path(entry["file"])
@@ -106,7 +106,7 @@ class AddingACommandTest(unittest.TestCase):
                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         self.assertEqual(run.returncode, 0, run.stdout)
 
-    def test_a_forgotten_step_is_told(self):
+    def test_a_forgotten_step_is_reported(self):
         for step, told in ((1, "protocol/device describes no devapi_get_area_info"),
                            (3, "GET_AREA_INFO is described but not in the table of commands"),
                            (4, "GET_AREA_INFO is in the table of commands but not described")):

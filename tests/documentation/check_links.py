@@ -1,4 +1,4 @@
-"""Every link within the project's pages has to lead somewhere: to a file, and to a headline in it."""
+"""Every link within the project's pages has to have a target: a file, and a heading in it."""
 
 import pathlib
 import re
@@ -12,7 +12,7 @@ def without_code(text):
 
 
 def anchors(page):
-    """The names by which a forge makes the page's headlines known."""
+    """The anchors that a forge generates for the page's headings."""
     headlines = re.findall(r"^#+ (.*)$", re.sub(r"^```.*?^```$", "", page, flags=re.M | re.S), re.M)
     return {re.sub(r"[^\w\- ]", "", headline.lower()).replace(" ", "-") for headline in headlines}
 

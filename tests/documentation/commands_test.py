@@ -1,5 +1,5 @@
-"""Compiles and runs what the documents have their readers compile, exactly as written, and looks that nothing
-is left outside of build/.
+"""Runs the compilations that the documents show, exactly as written, and checks that they leave nothing
+outside of build/.
 
 usage: commands_test.py BUILD_FOLDER
 
@@ -46,7 +46,7 @@ def main(build):
                 compiles = command.startswith("cc ")
                 compiled += compiles
                 printed = run.stdout + run.stderr
-                # What standard error says beside may be left out.
+                # Output on standard error may be missing from the document.
                 as_shown = not printed if compiles else any(
                     pattern_of(output).fullmatch(text) for text in (run.stdout, printed))
                 if (compiles and run.returncode != 0) or not as_shown:

@@ -7,7 +7,7 @@ source "$2"
 commands_folder=$3
 faults=0
 
-# completed WORD...: what can stand in place of the last word
+# completed WORD...: the completions of the last word
 completed()
 {
     COMP_WORDS=(hgagent "$@")
@@ -26,19 +26,21 @@ expect()
     fi
 }
 
-# What the agent's own help lists, by a pattern for its lines.
+# What the agent's help lists, by a pattern for its lines.
 in_help() { "$hgagent" "${@:2}" --help | sed -n "$1" | sort; }
 options='s/^  \(-h,\)\?\(--[a-z-]*\).*/\2/p'
 
 complete -p hgagent >/dev/null
 
 names=$(basename -s .json "$commands_folder"/*.json | sort)
-for subcommand in call describe; do
-    expect "$subcommand" "$(completed "$subcommand" '' | grep -v '^--')" "$names"
-done
+expect call "$(completed call '' | grep -v '^--')" "$names"
+expect describe "$(completed describe '' | grep -v '^--')" \
+    "$(basename -s .json "$commands_folder"/*.json "$commands_folder"/../events/*.json | sort)"
 expect 'call GET_S' "$(completed call GET_S)" "$(grep ^GET_S <<<"$names")"
 expect 'call behind options' GET_SN_INFO \
     "$(completed --log-level 7 --trace = call --fault call = '-1*2' @ 50ms --show-secrets call GET_SN_)"
+
+expect 'call over a socket' GET_SN_INFO "$(completed call --socket call GET_SN_)"
 
 # All keys of requests that can be texts; no list, no object, and none that is not read.
 for command in SET_UPNP_STATE SET_AD_BASE_INFO SET_WIFI_INFO_LIST GET_SN_INFO; do

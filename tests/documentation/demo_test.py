@@ -1,4 +1,4 @@
-"""What scripts/demo.sh shows: its lines can be copied, it takes care of the home, and it can be read in a pipe.
+"""scripts/demo.sh: its lines can be copied, it leaves the home as intended, and its output can be piped.
 
 usage: demo_test.py BUILD_FOLDER
 """
@@ -75,7 +75,7 @@ class DemoTest(unittest.TestCase):
         for (command, output), copied in zip(self.shown, outputs):
             self.assertEqual(without_times(copied), without_times(output), command)
 
-    def test_nobody_leaves_parental_control(self):
+    def test_no_device_leaves_parental_control(self):
         before, after = ({device["Mac"]: device["Name"] for device in reply["DeviceList"]}
                          for reply in self.reply_of("GET_GREENNET_DEVICE_LIST"))
         self.assertEqual(len(after), len(before) + 1)

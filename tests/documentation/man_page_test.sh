@@ -8,7 +8,7 @@ header=$3
 checked=0
 faults=0
 
-# expect TEXT: it stands in the page, as a word
+# expect TEXT: the page contains it as a word
 expect()
 {
     checked=$((checked + 1))

@@ -1,10 +1,10 @@
-"""Runs what the documents show, and compares what it prints.
+"""Runs the commands that the documents show, and compares their outputs.
 
 usage: outputs_test.py BUILD STANDING_CLOCK MINIMAL_DEVICE
 
-Of a document's code the lines behind "$ " that run a program of the project and are followed by an
-output are run, with the clock at the time of the protocol's examples. "…" in an output stands for
-what is left out.
+In a document's code, the lines after "$ " that run a program of the project and are followed by an
+output are run, with the clock stopped at the time of the protocol's examples. "…" in an output stands
+for omitted text.
 """
 import os
 import pathlib
@@ -36,7 +36,7 @@ def shown_in(document):
 
 def pattern_of(lines):
     text = re.escape("\n".join(lines) + "\n")
-    text = text.replace("\n…\\\n", "\n(.*\n)*?")  # a line of its own
+    text = text.replace("\n…\\\n", "\n(.*\n)*?")  # a separate line
     return re.compile(re.sub(r"(\\ )?…", ".*", text))
 
 

@@ -41,8 +41,11 @@ void record_line(const std::string &line, const std::string &answer)
     }
     const JsonItem asked = parse(line);
     const cJSON *params = cJSON_GetObjectItem(asked.get(), "params");
-    record_traffic(cJSON_GetStringValue(cJSON_GetObjectItem(asked.get(), "command")),
-                   params != nullptr ? print(params) : "{}", print(reply));
+    const cJSON *command = cJSON_GetObjectItem(asked.get(), "command");
+    if (command != nullptr) { // else it is a report, or a hello
+        record_traffic(cJSON_GetStringValue(command), params != nullptr ? print(params) : "{}",
+                       print(reply));
+    }
 }
 
 } // namespace
@@ -81,7 +84,8 @@ AgentResult serve(const std::string &input, const std::vector<std::string> &opti
     AgentResult result = run_agent(words, input);
 
     const std::vector<std::string> asked = lines_of(input);
-    const std::vector<std::string> answered = lines_of(result.output);
+    std::vector<std::string> answered = lines_of(result.output);
+    std::erase_if(answered, [](const std::string &line) { return !line.starts_with("{\"id\":"); });
     for (size_t at = 0; at < std::min(asked.size(), answered.size()); ++at) {
         record_line(asked[at], answered[at]);
     }
@@ -90,7 +94,7 @@ AgentResult serve(const std::string &input, const std::vector<std::string> &opti
 
 void record(const std::string &command, const std::string &request, const std::string &reply)
 {
-    // One record is one line, whatever form the texts came in.
+    // One record is one line, regardless of the layout of the texts.
     record_traffic(command, print(parse(request).get()), print(parse(reply).get()));
 }
 

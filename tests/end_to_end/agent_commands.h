@@ -1,5 +1,5 @@
-// Commands to the real plug-in by way of the agent. What is asked and answered is recorded for the
-// check of the protocol.
+// Commands to the real plug-in through the agent. Requests and replies are recorded for the check
+// of the protocol.
 #pragma once
 
 #include "agent_process.h"
@@ -17,7 +17,7 @@ AgentResult call_with_input(const std::string &command, const std::string &reque
 // Sends a line to a serving agent and reads its answer.
 std::string ask(AgentProcess &serving, const std::string &line);
 
-// Runs "hgagent [options] serve [serve options]" over an input.
+// Runs "hgagent [options] serve [serve options]" on an input.
 AgentResult serve(const std::string &input, const std::vector<std::string> &options = {},
                   const std::vector<std::string> &serve_options = {});
 

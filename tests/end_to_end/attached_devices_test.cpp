@@ -1,4 +1,4 @@
-// The attached devices: the table of hgagent hosts, and what is set of a device.
+// The attached devices: the table of hgagent hosts, and the settings of a device.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>
@@ -58,7 +58,7 @@ TEST_F(AttachedDevices, AreATable)
                                  "cable +online +[0-9]+ +[0-9]+"),
                     MatchesRegex("living-room-tv +8C:79:F5:62:1A:09 +192\\.168\\.1\\.102 +"
                                  "cable +online +[0-9]+ +[0-9]+"),
-                    // The user's own name, not the one by which the phone calls itself.
+                    // The alias set by the user, not the phone's own host name.
                     MatchesRegex("Anna +DA:41:7C:0E:92:B3 +192\\.168\\.1\\.110 +5GHz +"
                                  "online +[0-9]+ +[0-9]+"),
                     MatchesRegex("Omas-Phone +BE:27:15:F3:64:0A +- +2\\.4GHz +offline +0 +0"),
@@ -78,7 +78,7 @@ TEST_F(AttachedDevices, AreShownByTheNameThatTheUserGives)
 {
     set_tv("\u5ba2\u5385\u7535\u89c6", "1");
     const std::vector<std::string> lines = hosts();
-    // Four letters of three bytes each that a terminal shows in eight columns.
+    // Four characters of three bytes each that a terminal shows in eight columns.
     const size_t column = lines[0].find("MAC");
     EXPECT_EQ(lines[2].find(kTvMac), column + 4);
     EXPECT_THAT(lines[2], StartsWith("\u5ba2\u5385\u7535\u89c6  "));
@@ -112,7 +112,7 @@ TEST_F(AttachedDevices, CannotBeListedWhenTheDeviceFails)
 
 TEST_F(AttachedDevices, CannotForgeATable)
 {
-    const AgentResult result = run_agent({"--device", BRIM_DEVICE, "hosts"});
+    const AgentResult result = run_agent({"--device", HOSTILE_DEVICE, "hosts"});
     EXPECT_EQ(result.exit_status, 0);
     const std::string n32(32, 'N');
     const std::string n8(8, 'N');
@@ -132,20 +132,20 @@ TEST_F(AttachedDevices, NeedAPluginThatListsThem)
               "hgagent: the plug-in " PROBE_PLUGIN " has no command GET_AD_BASE_INFO\n");
 }
 
-TEST_F(AttachedDevices, SayWhenTheyCannotBeWritten)
+TEST_F(AttachedDevices, ReportAWriteError)
 {
     AgentProcess full({"hosts"}, OutputTo::kFullDevice);
     EXPECT_EQ(full.finish().exit_status, 5);
     EXPECT_EQ(run_agent({"hosts", "all"}).exit_status, 2);
 }
 
-TEST_F(AttachedDevices, CannotSteerATerminalByTheirNames)
+TEST_F(AttachedDevices, CannotControlATerminalByTheirNames)
 {
     set_tv("a\u202eb\u200bc", "1");
     EXPECT_THAT(hosts(), testing::Contains(StartsWith("a\\x202eb\\x200bc ")));
     const AgentResult topology = run_agent({"--state", state_, "topology"});
     EXPECT_THAT(topology.output, HasSubstr("a\\x202eb\\x200bc "));
-    // For programs JSON stays as it is, and on a terminal it is the same JSON.
+    // For programs JSON stays unchanged, and on a terminal it is equivalent JSON.
     const std::vector<std::string> query = {"--state", state_, "call", "GET_AD_BASE_INFO"};
     EXPECT_THAT(run_agent(query).output, HasSubstr("\"a\u202eb\u200bc\""));
     AgentProcess terminal(query, OutputTo::kTerminal);

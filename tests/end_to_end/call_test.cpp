@@ -58,7 +58,7 @@ TEST(Call, TakesWordsAsTextsInTheirOrder)
     record("RESPONSE_ROUTER_VERSION", std::string(request) + "}", result.output);
 }
 
-TEST(Call, RefusesWordsThatAreNoTexts)
+TEST(Call, RefusesWordsThatAreNotTexts)
 {
     for (const std::string word : {"=value", "\xff=value", "key=\xc3"}) {
         const AgentResult result =
@@ -136,7 +136,7 @@ TEST(Call, FailsWithTheCommand)
     EXPECT_EQ(call("RESPONSE_ROUTER_VERSION", R"({"VersionInfo":5})").exit_status, 1);
 }
 
-TEST(Call, TakesTheStatusOfTheReplyForThatOfTheRequest)
+TEST(Call, UsesTheStatusOfTheReplyNotOfTheRequest)
 {
     const AgentResult succeeds = call("GET_SN_INFO", R"({"Status":"7"})");
     EXPECT_EQ(succeeds.exit_status, 0);
@@ -145,7 +145,7 @@ TEST(Call, TakesTheStatusOfTheReplyForThatOfTheRequest)
     EXPECT_EQ(fails.exit_status, 1);
 }
 
-TEST(Call, SaysWhereTheJsonIsWrong)
+TEST(Call, SaysWhereTheJsonIsInvalid)
 {
     const struct {
         std::string request;
@@ -189,7 +189,7 @@ TEST(Call, RefusesNulBytes)
     }
 }
 
-TEST(Call, ServesWhatIsNestedDeep)
+TEST(Call, AcceptsDeepNesting)
 {
     const AgentResult result = call("RESPONSE_ROUTER_VERSION", nested(500));
     EXPECT_EQ(result.exit_status, 0);
@@ -207,7 +207,7 @@ TEST(Call, NamesTheNearestOfAnUnknownCommand)
     }
 }
 
-TEST(Call, KnowsNoCommandWithAnEmptyOrHugeName)
+TEST(Call, RefusesAnEmptyOrHugeCommandName)
 {
     EXPECT_EQ(call("").exit_status, 3);
     const AgentResult result = call(std::string(100000, 'G'));
@@ -215,7 +215,7 @@ TEST(Call, KnowsNoCommandWithAnEmptyOrHugeName)
     EXPECT_LT(result.error.size(), 400U);
 }
 
-TEST(Call, TellsWrongUsage)
+TEST(Call, ReportsWrongUsage)
 {
     const std::vector<std::string> wrong[] = {
         {},
@@ -237,7 +237,7 @@ TEST(Call, TellsWrongUsage)
     }
 }
 
-TEST(Call, SaysWhenNobodyReads)
+TEST(Call, ReportsAClosedOutput)
 {
     AgentProcess agent({"call", "RESPONSE_ROUTER_VERSION", "-"});
     agent.close_output();

@@ -1,4 +1,4 @@
-// Commands for child routers, and what becomes of the routers.
+// Commands for child routers, and their effects.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>
@@ -11,7 +11,7 @@ using testing::Not;
 namespace child_router_relay_test {
 
 constexpr char kFloor[] = R"({"DeviceID":"3C6AD2228140"})";
-constexpr char kAttic[] = R"({"DeviceID":"3C6AD2228180"})"; // hangs from the first floor
+constexpr char kAttic[] = R"({"DeviceID":"3C6AD2228180"})"; // attached to the first floor
 constexpr char kNotSent[] = "{\"Status\":\"1\",\"FailReason\":\"send json to child err\"}\n";
 constexpr int64_t kRestart = 45;
 
@@ -51,7 +51,7 @@ TEST_F(ChildRouters, Restart)
     EXPECT_THAT(devices_of_attic(), HasSubstr("\"BaseInfo\":[{"));
 }
 
-TEST_F(ChildRouters, TellOfTheirDevices)
+TEST_F(ChildRouters, ReportTheirDevices)
 {
     EXPECT_THAT(
         devices_of_attic(),
@@ -65,7 +65,7 @@ TEST_F(ChildRouters, TellOfTheirDevices)
     EXPECT_THAT(topology(), Not(Contains(HasSubstr("game-console"))));
 }
 
-TEST_F(ChildRouters, AreNotReachedWhileTheyAreOff)
+TEST_F(ChildRouters, AreUnreachableWhileTheyAreOff)
 {
     const std::string off = R"({"DeviceID":"A86E849A0430"})"; // the summer house
     const auto in_short_report = [](const std::string &command, const std::string &request) {
@@ -79,7 +79,7 @@ TEST_F(ChildRouters, AreNotReachedWhileTheyAreOff)
                 HasSubstr(R"("FailReason":"sendto tslink or retinfo fail")"));
 }
 
-TEST_F(ChildRouters, HaveToBeKnown)
+TEST_F(ChildRouters, MustBeKnown)
 {
     EXPECT_EQ(reply("RP_CHILD_HG_REBOOT", R"({"DeviceID":"nobody"})"), kNotSent);
     EXPECT_EQ(reply("RP_CHILD_HG_REBOOT"),

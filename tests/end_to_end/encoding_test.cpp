@@ -7,7 +7,7 @@
 
 using testing::HasSubstr;
 
-TEST(Encoding, PassesTheMeshWarningThroughWhenTold)
+TEST(Encoding, PassesTheMeshWarningThroughOnRequest)
 {
     // Turns off a main SSID while the mesh is on.
     const std::string batch = R"({"WIFILIST":[{"SSIDIndex":"1","SSID":"home","PWD":"12345678",)"
@@ -20,7 +20,7 @@ TEST(Encoding, PassesTheMeshWarningThroughWhenTold)
                                "!\"}";
     AgentProcess called({"--raw-bytes", "call", "SET_WIFI_INFO_LIST", batch});
     EXPECT_EQ(called.read_line(), warned);
-    called.signal(SIGTERM); // what becomes of the batch is of no interest here
+    called.signal(SIGTERM); // the result of the batch does not matter here
 
     AgentProcess serving({"--raw-bytes", "serve"});
     serving.send(R"({"id":1,"command":"SET_WIFI_INFO_LIST","params":)" + batch + "}\n");
@@ -30,10 +30,10 @@ TEST(Encoding, PassesTheMeshWarningThroughWhenTold)
 
 TEST(Encoding, MakesAnswersUtf8TextByText)
 {
-    // The request's own text is UTF-8 and stays so beside one that the device has in GBK.
+    // The request's own text is UTF-8 and stays unchanged next to a GBK text of the device.
     const AgentResult result = serve("{\"id\":\"\u4e2d\",\"command\":\"GET_SN_INFO\","
                                      "\"params\":{\"\u4e2d\":\"\u4e2d\"}}",
-                                     {"--device", BRIM_DEVICE});
+                                     {"--device", HOSTILE_DEVICE});
     EXPECT_THAT(result.output, HasSubstr("{\"id\":\"\u4e2d\",\"result\":0,\"reply\":"
                                          "{\"\u4e2d\":\"\u4e2d\",\"Status\":\"0\""));
     EXPECT_THAT(result.output, HasSubstr("\"tslinkstatus\":\"\ufffd\\\"\ufffd\""));
@@ -41,9 +41,9 @@ TEST(Encoding, MakesAnswersUtf8TextByText)
 
 TEST(Encoding, MakesReportsUtf8)
 {
-    const AgentResult utf8 = run_agent({"--device", BRIM_DEVICE, "report", "home-page"});
+    const AgentResult utf8 = run_agent({"--device", HOSTILE_DEVICE, "report", "home-page"});
     EXPECT_THAT(utf8.output, HasSubstr("\"Devname\":\"\u4f60\u597d\""));
     const AgentResult raw =
-        run_agent({"--device", BRIM_DEVICE, "--raw-bytes", "report", "home-page"});
+        run_agent({"--device", HOSTILE_DEVICE, "--raw-bytes", "report", "home-page"});
     EXPECT_THAT(raw.output, HasSubstr("\"Devname\":\"\xc4\xe3\xba\xc3\""));
 }

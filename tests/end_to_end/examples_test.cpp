@@ -1,5 +1,5 @@
-// Every example in the description of the protocol holds for a new simulated gateway, whose clock
-// stands still so that uptime and rates are those of the examples.
+// Every example in the description of the protocol is valid for a new simulated gateway, whose
+// clock is stopped so that uptime and rates are those of the examples.
 #include "agent_commands.h"
 #include "embedded/protocol_commands.h"
 #include "standing_clock.h"
@@ -13,7 +13,7 @@ using Json = nlohmann::ordered_json;
 
 namespace embedded {
 
-// What GoogleTest says of the example that failed.
+// How GoogleTest prints an example that failed.
 static void PrintTo(const Text &file, std::ostream *out)
 {
     *out << file.file_name;
@@ -49,7 +49,7 @@ std::string last_of(const std::string &path)
     return path.substr(path.rfind('/') + 1);
 }
 
-// The texts in an example that its description calls secret.
+// The texts in an example that its description marks as secret.
 std::set<std::string> secrets_in(const Json &description)
 {
     std::set<std::string> keys;
@@ -63,7 +63,7 @@ std::set<std::string> secrets_in(const Json &description)
     const Json example = description["example"].flatten();
     for (const auto &[path, value] : example.items()) {
         if (keys.count(last_of(path)) != 0 && value.is_string() &&
-            value != "NULL") { // which stands for none
+            value != "NULL") { // which means that there is none
             texts.insert(value);
         }
     }

@@ -16,13 +16,13 @@ class FirmwareTest : public GatewayTest {
   protected:
     FirmwareTest();
 
-    // The address of a file; words in front of its name make the server misbehave.
+    // The address of a file; words before its name make the server misbehave.
     std::string address(const std::string &path) const { return server_.address(path); }
-    // Serves the image under another name as well, as it is or with one byte that is another.
+    // Serves the image under another name as well, unchanged or with one byte changed.
     void serve_image_as(const std::string &name) const;
     void serve_broken_image(const std::string &name) const;
 
-    // Expects this version from whoever tells of the firmware that runs.
+    // Expects every command that reports the running firmware to report this version.
     void expect_version(const std::string &version) const;
 
     const std::string folder_;
@@ -30,22 +30,22 @@ class FirmwareTest : public GatewayTest {
     const HttpServer server_;
 };
 
-// An agent that serves, and tells of progress between its answers.
+// An agent that serves, and reports progress between its answers.
 class ServingAgent {
   public:
     explicit ServingAgent(const std::vector<std::string> &options);
 
-    // Runs a command; its reply.
+    // Runs a command. Result: its reply.
     std::string ask(const std::string &command, const std::string &request = "{}");
-    // Reads on until so much has been told of.
+    // Reads until this much progress has been reported.
     void await_progress(int percent);
-    // All that has been told of.
+    // All progress reported so far.
     const std::vector<int> &progress() const { return progress_; }
 
     AgentProcess &process() { return process_; }
 
   private:
-    // The next line, unless it tells of progress.
+    // The next line, unless it reports progress.
     nlohmann::ordered_json read();
 
     AgentProcess process_;

@@ -1,4 +1,4 @@
-// Firmware: images that are fetched from a server, flashed and started, by commands.
+// Firmware: commands fetch images from a server, flash and start them.
 #include "firmware_test.h"
 #include "reboot_programs.h"
 
@@ -41,14 +41,14 @@ std::string main_router(const std::string &address)
 
 class FirmwareUpdate : public FirmwareTest {
   protected:
-    // An agent that fetches an image of which the server holds the second half back.
+    // An agent that fetches an image whose second half the server holds back.
     AgentProcess call_held(OutputTo output = OutputTo::kPipe) const
     {
         return AgentProcess(
             {"--state", state_, "call", "IMAGE_DOWNLOAD", main_router(address("hold/new.image"))},
             output);
     }
-    // Runs an update that goes wrong, and expects that all is as before.
+    // Runs an update that fails, and expects that nothing has changed.
     void expect_no_update(const std::string &from) const
     {
         const AgentResult result = run("IMAGE_DOWNLOAD", main_router(from));
@@ -89,7 +89,7 @@ TEST_F(FirmwareUpdate, FetchesFlashesAndReboots)
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "0");
 }
 
-TEST_F(FirmwareUpdate, IsSeenByAnAgentThatServesOn)
+TEST_F(FirmwareUpdate, IsVisibleToAServingAgent)
 {
     ServingAgent agent({"--state", state_});
     EXPECT_EQ(agent.ask("IMAGE_DOWNLOAD", main_router(address("new.image"))), kStarted);
@@ -102,7 +102,7 @@ TEST_F(FirmwareUpdate, IsSeenByAnAgentThatServesOn)
                 HasSubstr(std::string(R"("FWVersion":")") + kNewVersion + R"(")"));
 }
 
-TEST_F(FirmwareUpdate, KeepsASecondOneOut)
+TEST_F(FirmwareUpdate, RefusesAConcurrentOne)
 {
     ServingAgent agent({"--state", state_});
     EXPECT_EQ(agent.ask("IMAGE_DOWNLOAD", main_router(address("hold/new.image"))), kStarted);
@@ -125,7 +125,7 @@ TEST_F(FirmwareUpdate, KeepsASecondOneOut)
     expect_version(kNewVersion);
 }
 
-TEST_F(FirmwareUpdate, ChangesNothingWhenItGoesWrong)
+TEST_F(FirmwareUpdate, ChangesNothingWhenItFails)
 {
     serve_broken_image("broken.image");
     std::ofstream(folder_ + "/page.html") << "<html>This is no firmware.</html>\n";
@@ -137,7 +137,7 @@ TEST_F(FirmwareUpdate, ChangesNothingWhenItGoesWrong)
     expect_no_update("");
 }
 
-TEST_F(FirmwareUpdate, RunsNothingThatStandsInAnAddress)
+TEST_F(FirmwareUpdate, RunsNothingFromAnAddress)
 {
     const std::string touched = test_file("touched");
     const std::string inner = "touch " + touched;
@@ -189,7 +189,7 @@ TEST_F(FirmwareUpdate, ShowsABarOnATerminal)
     EXPECT_THAT(result.output, testing::EndsWith(whole + "{\r\n\t\"Status\":\t\"0\"\r\n}\r\n"));
 }
 
-TEST_F(FirmwareUpdate, KeepsItsBarBelowTheLines)
+TEST_F(FirmwareUpdate, KeepsItsProgressBarBelowTheLines)
 {
     AgentProcess agent = call_held(OutputTo::kOneTerminal);
     const std::string waiting = "hgagent: waiting for the firmware to be installed\r\n";
@@ -200,7 +200,7 @@ TEST_F(FirmwareUpdate, KeepsItsBarBelowTheLines)
     server_.release();
     const AgentResult result = agent.finish();
     EXPECT_EQ(result.exit_status, 0);
-    // It begins its line, whether the bar stood there before or not.
+    // It starts a line, whether or not the bar was on that line before.
     EXPECT_THAT(seen, AnyOf(HasSubstr("\n" + waiting), HasSubstr("\r\x1b[K" + waiting)));
     EXPECT_THAT(result.output, testing::EndsWith("\nhgagent: the gateway reboots\r\n"));
     expect_version(kNewVersion);
@@ -258,7 +258,7 @@ TEST_F(FirmwareUpdate, EndsWithASignalInsideACommand)
     EXPECT_EQ(reply("HG_IMAGE_DOWNLOAD", Json{{"UpdateUrl", address("new.image")}}.dump()), kDone);
 }
 
-TEST_F(FirmwareUpdate, GoesOnAfterAServerThatLies)
+TEST_F(FirmwareUpdate, WorksAfterAHostileServer)
 {
     const std::string trace = test_file("lies.trace");
     ServingAgent agent({"--state", state_, "--trace", trace});
@@ -279,7 +279,7 @@ TEST_F(FirmwareUpdate, GoesOnAfterAServerThatLies)
                                         "answer"));
 }
 
-TEST_F(FirmwareUpdate, TakesFilesOnlyFromItsFolder)
+TEST_F(FirmwareUpdate, AcceptsFilesOnlyFromItsFolder)
 {
     const std::string request = Json{{"UpdateUrl", "file://" + image_}}.dump();
     const auto download = [&](const std::vector<std::string> &options) {
@@ -295,7 +295,7 @@ TEST_F(FirmwareUpdate, TakesFilesOnlyFromItsFolder)
     EXPECT_EQ(result.error, "hgagent: " + folder_ + "/none: No such file or directory\n");
 }
 
-TEST_F(FirmwareUpdate, TakesOnlyWhatItsKeyHasSigned)
+TEST_F(FirmwareUpdate, AcceptsOnlyImagesSignedByItsKey)
 {
     const std::string key = folder_ + "/key";
     const std::string make = "openssl genpkey -algorithm ed25519 -out " + key +

@@ -1,5 +1,4 @@
-// Parental control: the devices that it protects and the periods in which it does, from one agent
-// to the next.
+// Parental control: the devices that it protects and its periods, from one agent to the next.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>
@@ -34,7 +33,7 @@ class GreenNet : public GatewayTest {
     {
         EXPECT_EQ(reply("SET_GREENNET_DEVICE_LIST", Json{{"DeviceList", devices}}.dump()), kDone);
     }
-    // What is reported of the list; each device with whether it is protected.
+    // The list as reported: each device, and whether it is protected.
     Json list() const { return Json::parse(reply("GET_GREENNET_DEVICE_LIST"))["DeviceList"]; }
 
     std::string periods_of(const std::string &mac) const
@@ -82,7 +81,7 @@ TEST_F(GreenNet, ProtectsADeviceInItsPeriods)
     EXPECT_THAT(periods_of(kPhone), HasSubstr(R"("Sleep":[])"));
 }
 
-TEST_F(GreenNet, ForgetsADeviceThatIsTakenFromTheList)
+TEST_F(GreenNet, ForgetsADeviceThatIsRemovedFromTheList)
 {
     for (const std::string mac : {kPhone, kLaptop, kConsole}) {
         set_periods(mac, kPeriods);
@@ -111,7 +110,7 @@ TEST_F(GreenNet, IsOffUntilItIsSwitchedOnAgain)
                 R"("Enable":"1")");
 }
 
-TEST_F(GreenNet, KeepsWhoWantsToBeToldOfADevice)
+TEST_F(GreenNet, KeepsTheNoticeSwitchOfADevice)
 {
     EXPECT_EQ(
         reply("SET_GREENNET_NOTIFY_ENABLE", Json{{"Mac", kLaptop}, {"NotifyEnable", "1"}}.dump()),

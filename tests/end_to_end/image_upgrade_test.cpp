@@ -1,4 +1,4 @@
-// hgagent report image-upgrade: the upgrade that an agent starts by itself.
+// hgagent report image-upgrade: an upgrade that the agent starts, not a command.
 #include "firmware_test.h"
 
 #include <gmock/gmock.h>
@@ -71,7 +71,7 @@ TEST_F(ImageUpgrade, FailsAsTheLogSays)
     expect_version(kOldVersion);
 }
 
-TEST_F(ImageUpgrade, RefusesAnAddressThatDoesNotFit)
+TEST_F(ImageUpgrade, RefusesAnAddressThatIsTooLong)
 {
     const AgentResult refused = run_agent(words("http://127.0.0.1/" + std::string(239, 'x')));
     EXPECT_EQ(refused.exit_status, 2);

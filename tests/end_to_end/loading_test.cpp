@@ -1,4 +1,5 @@
-// What the agent says when a library, or the simulated gateway in it, cannot be brought up.
+// The agent's errors when a library cannot be loaded, or the simulated gateway in it cannot be
+// opened.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -16,7 +17,7 @@ using testing::StartsWith;
 
 namespace loading_test {
 
-// The agent with these options: it must end with status 4 and one line that says why.
+// Runs the agent with these options: it must end with status 4 and one line with the reason.
 std::string refusal(const std::vector<std::string> &options)
 {
     const AgentResult result = call("GET_SN_INFO", "{}", options);
@@ -52,7 +53,7 @@ TEST(Loading, TakesABareNameForAFile)
     EXPECT_EQ(result.exit_status, 0) << result.error;
 }
 
-TEST(Loading, RefusesWhatIsNoLibrary)
+TEST(Loading, RefusesWhatIsNotALibrary)
 {
     const std::string text = test_file("text.so", std::string(100, 'x'));
     const std::string empty = test_file("empty.so", "");
@@ -103,20 +104,20 @@ TEST(Loading, NamesTheDispatcherThatAPluginLacks)
         HasSubstr("the plug-in " SIMULATED_GATEWAY_PATH " has no function hg_process_json_cmd"));
 }
 
-TEST(Loading, WantsTheSimulatedGatewayForItsOptions)
+TEST(Loading, RefusesGatewayOptionsWithoutTheSimulatedGateway)
 {
     for (const std::string option :
          {"--scenario", "--state", "--fault", "--firmware-folder", "--firmware-key"}) {
         const AgentResult result =
-            call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, option, "-"});
+            call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE, option, "-"});
         EXPECT_EQ(result.exit_status, 2) << option;
-        EXPECT_THAT(
-            result.error,
-            HasSubstr("for the simulated gateway, and the device library " BRIM_DEVICE " is none"));
+        EXPECT_THAT(result.error,
+                    HasSubstr("for the simulated gateway, and the device library " HOSTILE_DEVICE
+                              " is none"));
     }
 }
 
-TEST(Loading, PassesOnWhatTheGatewaySaysOfItsScenario)
+TEST(Loading, PrintsTheGatewaysErrorForItsScenario)
 {
     const std::string empty = test_file("empty.json", "");
     const std::string cut = test_file("cut.json", "{\"format\": \"simulated gateway scenario\", ");
@@ -129,7 +130,7 @@ TEST(Loading, PassesOnWhatTheGatewaySaysOfItsScenario)
     EXPECT_THAT(refusal({"--scenario", "no_such_house"}), HasSubstr("no_such_house"));
 }
 
-TEST(Loading, PassesOnWhatTheGatewaySaysOfItsOtherOptions)
+TEST(Loading, PrintsTheGatewaysErrorForItsOtherOptions)
 {
     EXPECT_THAT(refusal({"--fault", "devapi_no_such_function=-1"}),
                 HasSubstr("devapi_no_such_function"));
@@ -140,7 +141,7 @@ TEST(Loading, PassesOnWhatTheGatewaySaysOfItsOtherOptions)
     EXPECT_THAT(refusal({"--trace", nowhere}), HasSubstr(nowhere));
 }
 
-TEST(Loading, HandsTheGatewayItsOptions)
+TEST(Loading, PassesTheGatewayItsOptions)
 {
     const std::string state = test_file("state.json");
     const std::string trace = test_file("trace.txt");
@@ -165,15 +166,15 @@ TEST(Loading, LeavesTheRestToTheGatewaysEnvironment)
     EXPECT_EQ(result.exit_status, 1);
 }
 
-TEST(Loading, ReadsADeviceLibrarysTextsNoFurtherThanTheirFields)
+TEST(Loading, ReadsADeviceLibrarysTextsWithinTheirFields)
 {
-    const AgentResult identity = call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE});
+    const AgentResult identity = call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE});
     EXPECT_EQ(identity.exit_status, 0);
     EXPECT_EQ(identity.output, "{\"Status\":\"0\",\"MAC\":\"" + std::string(64, 'M') +
                                    "\",\"tslinkstatus\":\"\ufffd\\\"\ufffd\",\"DeviceType\":\"" +
                                    std::string(256, 'D') + "\"}\n");
 
-    const AgentResult system = call("QUERY_SYSTEM_INFO", "{}", {"--device", BRIM_DEVICE});
+    const AgentResult system = call("QUERY_SYSTEM_INFO", "{}", {"--device", HOSTILE_DEVICE});
     EXPECT_EQ(system.exit_status, 0);
     EXPECT_THAT(system.output,
                 AllOf(HasSubstr("\"NFC\":\"" + std::string(64, 'S') + "\""),

@@ -16,7 +16,7 @@ std::vector<std::string> log_of(const std::string &text, std::vector<std::string
     return lines_of(run_agent(options).error);
 }
 
-TEST(Log, ShowsErrorsUnlessTold)
+TEST(Log, ShowsErrorsByDefault)
 {
     EXPECT_THAT(log_of("x", {}), ElementsAre("<3> probe: error x", "<3> probe: ended by itself x",
                                              "<3> probe: Account:x|Password:***|Enable:x"));
@@ -26,7 +26,7 @@ TEST(Log, ShowsErrorsUnlessTold)
     EXPECT_THAT(log_of("x", {"--log-level", "2"}), IsEmpty());
 }
 
-TEST(Log, ShowsSecretsWhenTold)
+TEST(Log, ShowsSecretsOnRequest)
 {
     EXPECT_THAT(log_of("x", {"--show-secrets"}).back(), "<3> probe: Account:x|Password:x|Enable:x");
 }

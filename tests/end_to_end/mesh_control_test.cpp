@@ -44,7 +44,7 @@ TEST_F(MeshControl, IsBusyWhileRoutersArePaired)
     EXPECT_EQ(reply("SET_MESH_STATUS", kOff), kDone);
 }
 
-TEST_F(MeshControl, TakesTheChildRoutersAway)
+TEST_F(MeshControl, RemovesTheChildRouters)
 {
     EXPECT_THAT(drawing(), HasSubstr("= Attic"));
     expect_kept("SET_MESH_STATUS", kOff, "GET_MESH_STATUS", R"("MeshEnable":"0")");

@@ -52,7 +52,7 @@ AgentResult notice(std::vector<std::string> options, const std::string &text,
     return run_agent(options, input);
 }
 
-// A line of serve that raises a notice.
+// A request line for serve that triggers a notice.
 std::string request(const std::string &id, const std::string &members)
 {
     return "{\"id\":" + id + ",\"notice\":" + members + "}\n";
@@ -144,13 +144,13 @@ TEST(Notice, NeedsAPluginThatKnowsIt)
               "hgagent: the plug-in " PROBE_PLUGIN " does not export json_msg_notice_to_app\n");
 }
 
-TEST(Notice, SaysWhenItCannotBeWritten)
+TEST(Notice, ReportsAWriteError)
 {
     AgentProcess agent({"notice", "--plugin-name", "p", kText}, OutputTo::kFullDevice);
     EXPECT_EQ(agent.finish().exit_status, 5);
 }
 
-TEST(Notice, StandsBeforeTheAnswerOfServe)
+TEST(Notice, PrecedesTheAnswerOfServe)
 {
     const AgentResult result =
         run_agent({"serve"}, request(R"("a")", R"({"plugin_name":"first","text":")" +
@@ -178,7 +178,7 @@ TEST(Notice, IsRefusedInServe)
 TEST(Notice, OfServeNeedsItsTexts)
 {
     const std::string error =
-        R"("error":"\"notice\" needs the texts \"plugin_name\" and \"text\""})";
+        R"("error":"\"notice\" needs the texts \"plugin_name\" and \"text\"","code":"bad-request"})";
     std::string input;
     std::vector<std::string> answers;
     for (const std::string bad :
@@ -192,10 +192,10 @@ TEST(Notice, OfServeNeedsItsTexts)
                         request("[1]", R"({"plugin_name":"p","text":"t"})"))
                   .output,
               "{\"id\":[1],\"error\":\"the plug-in " PROBE_PLUGIN
-              " does not export json_msg_notice_to_app\"}\n");
+              " does not export json_msg_notice_to_app\",\"code\":\"bad-request\"}\n");
 }
 
-TEST(Notice, OfAnotherPluginNeedBeNoJson)
+TEST(Notice, OfAnotherPluginNeedNotBeJson)
 {
     const AgentResult result =
         run_agent({"--plugin", PROBE_PLUGIN, "serve"},
@@ -208,17 +208,18 @@ TEST(Notice, OfAnotherPluginNeedBeNoJson)
                             R"({"notice":[1,{"a":2}]})", StartsWith(R"({"id":2,)")));
 }
 
-TEST(Notice, FromAThreadStandsBetweenAnswers)
+TEST(Notice, FromAThreadIsWrittenBetweenAnswers)
 {
     constexpr int kCount = 200;
-    const std::string text(20000, 'n'); // more than is written at once
+    const std::string text(20000, 'n'); // more than is written atomically
     const std::string long_answer(20000, 'a');
     AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"});
     agent.send(R"({"command":"NOTICES","params":{"text":")" + text + "\",\"count\":\"" +
                std::to_string(kCount) + "\"}}\n");
     int notices = 0;
     int answers = 0;
-    // Asks on until both have come to their ends, so that they are written at the same time.
+    // Sends requests until both threads have ended, so that notices and answers are written
+    // concurrently.
     for (bool asked = true; notices < kCount || asked;) {
         const Json line = Json::parse(agent.read_line());
         if (line.contains("notice")) {
@@ -237,12 +238,12 @@ TEST(Notice, FromAThreadStandsBetweenAnswers)
     EXPECT_EQ(agent.finish().exit_status, 0);
 }
 
-TEST(Notice, KeepsNobodyFromEndingOnASignal)
+TEST(Notice, DoesNotDelayTheEndOnASignal)
 {
     AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"});
     agent.send(R"({"command":"NOTICES","params":{"count":"100","text":")" +
                std::string(300000, 'n') + "\"}}\n");
-    agent.read_line(); // a thread goes on writing what nobody reads
+    agent.read_line(); // a thread keeps writing what nobody reads
     agent.signal(SIGTERM);
     agent.await_end();
     EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);

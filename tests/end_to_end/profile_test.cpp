@@ -1,4 +1,4 @@
-// What the plug-in tells the agent of the device's profile.
+// What the plug-in reports to the agent about the device's profile.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// The progress of work, whatever the device library tells of it.
+// Progress of long operations, even if the device library reports impossible values.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -24,7 +24,7 @@ TEST(Progress, IsALineOfServe)
 {
     const AgentResult result =
         serve(std::string(R"({"id":1,"command":"HG_IMAGE_DOWNLOAD","params":)") + kDownload + "}",
-              {"--device", BRIM_DEVICE});
+              {"--device", HOSTILE_DEVICE});
     EXPECT_THAT(lines_of(result.output),
                 ElementsAre(R"({"progress":{"task":"image\n\u001b[31m","percent":0}})",
                             R"({"progress":{"task":"","percent":50}})",
@@ -35,7 +35,7 @@ TEST(Progress, IsALineOfServe)
 
 TEST(Progress, IsABarOnATerminal)
 {
-    AgentProcess agent({"--device", BRIM_DEVICE, "call", "HG_IMAGE_DOWNLOAD", kDownload},
+    AgentProcess agent({"--device", HOSTILE_DEVICE, "call", "HG_IMAGE_DOWNLOAD", kDownload},
                        OutputTo::kOneTerminal);
     const AgentResult result = agent.finish();
     EXPECT_EQ(result.exit_status, 1);
@@ -52,7 +52,7 @@ TEST(Progress, IsABarOnATerminal)
 TEST(Progress, IsNotShownWithoutATerminal)
 {
     for (const OutputTo output : {OutputTo::kPipe, OutputTo::kTerminal}) {
-        AgentProcess agent({"--device", BRIM_DEVICE, "call", "HG_IMAGE_DOWNLOAD", kDownload},
+        AgentProcess agent({"--device", HOSTILE_DEVICE, "call", "HG_IMAGE_DOWNLOAD", kDownload},
                            output);
         const AgentResult result = agent.finish();
         EXPECT_THAT(result.error, Not(HasSubstr("#")));
@@ -60,7 +60,7 @@ TEST(Progress, IsNotShownWithoutATerminal)
     }
 }
 
-TEST(Progress, IsNotAskedOfADeviceThatTellsNone)
+TEST(Progress, IsNotRequestedFromADeviceWithoutIt)
 {
     const AgentResult result = run_agent(
         {"--plugin", PROBE_PLUGIN, "--device", PROBE_PLUGIN, "serve"}, R"({"command":"NONE"})");

@@ -69,12 +69,12 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
             "    MAC           at most 64 bytes; MAC address that serves as the serial number; "
             "bytes in hexadecimal, with colons, as in \"3C:6A:D2:10:4F:20\"\n"
             "    tslinkstatus  at most 8 bytes; state of the mesh link layer, \"1\" when it is "
-            "up; 1 while it is up, else 0, as in \"1\"\n"
-            "    DeviceType    at most 256 bytes; kind of device; as in \"HGU-AX3000\"\n"));
+            "up; 1 when it is up, else 0, as in \"1\"\n"
+            "    DeviceType    at most 256 bytes; type of device; as in \"HGU-AX3000\"\n"));
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 
-TEST(Describe, SaysWhatACommandChangesAndWhoTellsIt)
+TEST(Describe, SaysWhatACommandChangesAndWhichReportsIt)
 {
     EXPECT_THAT(run_agent({"describe", "GET_SN_INFO"}).output,
                 HasSubstr("Changes       nothing\n"));
@@ -82,10 +82,10 @@ TEST(Describe, SaysWhatACommandChangesAndWhoTellsIt)
                 HasSubstr("Changes       what it cannot change back\n"));
     const std::string page = run_agent({"describe", "SET_WIFI_INFO"}).output;
     EXPECT_THAT(page, HasSubstr("Changes       a setting, told by GET_WIFI_INFO\n"));
-    EXPECT_THAT(page, HasSubstr("for the device to say; told by GET_WIFI_LIST_INFO\n"));
+    EXPECT_THAT(page, HasSubstr("the device decides which exist; told by GET_WIFI_LIST_INFO\n"));
 }
 
-TEST(Describe, SaysWhoseKeysAreFoundOnlyAsTheyAreSpelt)
+TEST(Describe, MarksCaseSensitiveKeys)
 {
     EXPECT_THAT(run_agent({"describe", "HG_IMAGE_UPDATE"}).output,
                 HasSubstr("\nRequest (capitals as here)\n"));
@@ -102,7 +102,7 @@ TEST(Describe, NamesTheNearestOfAnUnknownCommand)
     EXPECT_THAT(result.output, IsEmpty());
 }
 
-TEST(ProtocolPages, SayWhenTheyCannotBeWritten)
+TEST(ProtocolPages, ReportAWriteError)
 {
     for (const std::vector<std::string> &words :
          {std::vector<std::string>{"list"}, std::vector<std::string>{"describe", "GET_SN_INFO"}}) {
@@ -111,4 +111,33 @@ TEST(ProtocolPages, SayWhenTheyCannotBeWritten)
         EXPECT_EQ(result.exit_status, 5);
         EXPECT_EQ(result.error, "hgagent: cannot write to standard output\n");
     }
+}
+
+TEST(List, ShowsTheEvents)
+{
+    const AgentResult result = run_agent({"list", "--events", "update.*"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(lines_of(result.output),
+                ElementsAre("update.failed     A firmware update has failed",
+                            "update.progress   A firmware image is being fetched",
+                            "update.succeeded  A firmware image has been flashed"));
+    const AgentResult none = run_agent({"list", "--events", "GET_SN_INFO"});
+    EXPECT_EQ(none.exit_status, 1);
+    EXPECT_EQ(none.error, "hgagent: no event matches \"GET_SN_INFO\"\n");
+}
+
+TEST(Describe, ShowsAllOfAnEvent)
+{
+    const AgentResult result = run_agent({"describe", "background.lost"});
+    EXPECT_EQ(result.exit_status, 0);
+    EXPECT_THAT(result.output, StartsWith("background.lost - A worker was lost with its process"));
+    for (const char *part :
+         {"Told by  the service", "worker  \"wifi-batch\" or \"firmware\"; which worker",
+          R"({"event":"background.lost","data":{"worker":"wifi-batch"}})"}) {
+        EXPECT_THAT(result.output, HasSubstr(part));
+    }
+    EXPECT_THAT(run_agent({"describe", "reboot.ended"}).output, HasSubstr("(no keys)"));
+    EXPECT_THAT(run_agent({"describe", "HG_SPEEDTEST_REQUEST"}).output,
+                HasSubstr("Takes         up to 120 seconds"));
+    EXPECT_EQ(run_agent({"describe", "update.*"}).exit_status, 3);
 }

@@ -1,4 +1,4 @@
-// Rules of the quality of service, from one agent to the next.
+// Quality-of-service rules, from one agent to the next.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
-// An agent that has no system() of its own, as the example, on the simulated gateway: after an
-// update the router restarts, and never the machine.
+// An agent that does not replace system(), such as the example, on the simulated gateway: after an
+// update the simulated router restarts, never the machine.
 #include "firmware_test.h"
 #include "reboot_programs.h"
 
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 namespace real_reboot_test {
 
 constexpr char kStarted[] = "{\"Status\":\"0\",\"updateResult\":\"0\"}\n";
-constexpr char kRefused[] = "the reboot that follows would be this machine's";
+constexpr char kRefused[] = "the reboot would restart this machine";
 
 std::string content_of(const std::string &file)
 {
@@ -28,7 +28,7 @@ class RealReboot : public FirmwareTest {
     RealReboot()
     {
         setenv("SIMULATED_GATEWAY_STATE", state_.c_str(), 1);
-        // Its own libraries may come before the sanitizer's, and cJSON's trees are not its concern.
+        // Its libraries may be loaded before the sanitizer's, and it does not free cJSON's trees.
         const char *given = getenv("ASAN_OPTIONS");
         sanitizer_ = given != nullptr ? given : "";
         setenv("ASAN_OPTIONS", (sanitizer_ + ":verify_asan_link_order=0:detect_leaks=0").c_str(),
@@ -41,7 +41,7 @@ class RealReboot : public FirmwareTest {
         setenv("ASAN_OPTIONS", sanitizer_.c_str(), 1);
     }
 
-    // Has the host update its firmware, by an address that needs no escapes.
+    // Makes the host update its firmware, from an address that needs no escapes.
     void update(const std::string &host, const std::string &variables = "")
     {
         const std::string out = test_file("host.out");
@@ -69,12 +69,12 @@ TEST_F(RealReboot, BecomesARestartOfTheRouterInALinkedHost)
     set_time(kStart + 5000);
     update(LINKED_HOST);
     EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
-    EXPECT_EQ(said_, "simulated gateway: restarts, in place of this machine\n");
+    EXPECT_EQ(said_, "simulated gateway: restarts the model instead of this machine\n");
     expect_version(kNewVersion);
     EXPECT_EQ(text("GET_HG_BASE_INFO", "UpTime"), "0");
 }
 
-TEST_F(RealReboot, IsNotComeToInAHostThatLoadsTheLibraries)
+TEST_F(RealReboot, IsNotReachedInAHostThatLoadsTheLibraries)
 {
     ASSERT_TRUE(programs_.are_found());
     update(LOADING_HOST);
@@ -83,7 +83,7 @@ TEST_F(RealReboot, IsNotComeToInAHostThatLoadsTheLibraries)
     expect_version(kOldVersion);
 }
 
-TEST_F(RealReboot, IsNotComeToByAFaultPlan)
+TEST_F(RealReboot, IsNotReachedWithAFaultPlan)
 {
     ASSERT_TRUE(programs_.are_found());
     setenv("SIMULATED_GATEWAY_FAULTS", "devapi_flash_update_image=0", 1);
@@ -96,7 +96,7 @@ TEST_F(RealReboot, BecomesARestartOfTheRouterWhereTheGatewayIsLoadedFirst)
     ASSERT_TRUE(programs_.are_found());
     update(LOADING_HOST, "LD_PRELOAD='" SIMULATED_GATEWAY_PATH "'");
     EXPECT_FALSE(programs_.were_run()) << "the machine of the test was to be rebooted";
-    EXPECT_EQ(said_, "simulated gateway: restarts, in place of this machine\n");
+    EXPECT_EQ(said_, "simulated gateway: restarts the model instead of this machine\n");
     expect_version(kNewVersion);
 }
 

@@ -1,4 +1,4 @@
-// --reasons: what the device library says of calls that it refuses, beside the reply.
+// --reasons: why the device library refuses calls, in addition to the reply.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +21,7 @@ std::string request(const std::string &command, const std::string &params = "{}"
     return R"({"id":1,"command":")" + command + R"(","params":)" + params + "}\n";
 }
 
-TEST(Reasons, StandBesideTheReplyOfACall)
+TEST(Reasons, AccompanyTheReplyOfACall)
 {
     const AgentResult without = call("SET_UPNP_STATE", kRefused);
     EXPECT_EQ(without.output, std::string(kFailed) + "\n");
@@ -35,7 +35,7 @@ TEST(Reasons, StandBesideTheReplyOfACall)
     EXPECT_THAT(run_agent({"call", "GET_SN_INFO", "--reasons"}).error, IsEmpty());
 }
 
-TEST(Reasons, StandBehindTheReplyOfServe)
+TEST(Reasons, FollowTheReplyOfServe)
 {
     const std::string input =
         request("SET_UPNP_STATE", kRefused) + request("GET_SN_INFO") + "{\"id\":1}\n";
@@ -50,14 +50,14 @@ TEST(Reasons, StandBehindTheReplyOfServe)
     EXPECT_EQ(with[2], without[2]);
 }
 
-TEST(Reasons, TellOfAFaultPlan)
+TEST(Reasons, NameAFaultPlan)
 {
     const AgentResult result =
         run_agent({"--fault", "devapi_get_sn_info=5", "call", "--reasons", "GET_SN_INFO"});
     EXPECT_THAT(result.error, StartsWith("hgagent: devapi_get_sn_info: fault\n"));
 }
 
-TEST(Reasons, OfAWorkerHaveALineOfTheirOwn)
+TEST(Reasons, OfAWorkerHaveASeparateLine)
 {
     const AgentResult result = run_agent(
         {"serve", "--reasons"},
@@ -71,17 +71,17 @@ TEST(Reasons, OfAWorkerHaveALineOfTheirOwn)
 
 TEST(Reasons, AreTheErrorsThatAnyOtherLibraryLogs)
 {
-    const AgentResult served = serve(request("GET_UPNP_STATE"),
-                                     {"--device", BRIM_DEVICE, "--log-level", "0"}, {"--reasons"});
+    const AgentResult served = serve(
+        request("GET_UPNP_STATE"), {"--device", HOSTILE_DEVICE, "--log-level", "0"}, {"--reasons"});
     EXPECT_THAT(served.output,
-                HasSubstr(R"("reasons":["brim: no daemon\\x1b, Password:***",)"
+                HasSubstr(R"("reasons":["test: no daemon\\x1b, Password:***",)"
                           R"("hgagent: refused to run a command: upnpc --state"]})"));
     EXPECT_THAT(served.error, IsEmpty());
 
     const AgentResult called = run_agent(
-        {"--device", BRIM_DEVICE, "--log-level", "0", "call", "--reasons", "GET_UPNP_STATE"});
+        {"--device", HOSTILE_DEVICE, "--log-level", "0", "call", "--reasons", "GET_UPNP_STATE"});
     EXPECT_THAT(lines_of(called.error),
-                ElementsAre("hgagent: brim: no daemon\\x1b, Password:***",
+                ElementsAre("hgagent: test: no daemon\\x1b, Password:***",
                             "hgagent: hgagent: refused to run a command: upnpc --state",
                             HasSubstr("hgagent describe GET_UPNP_STATE")));
 }

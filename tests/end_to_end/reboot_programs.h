@@ -3,8 +3,8 @@
 
 #include <string>
 
-// While it lives, PATH holds a folder with stand-ins for sync and reboot and nothing else, so that
-// no shell can find those of the machine. The stand-ins leave a file each.
+// Guard: PATH names only a folder with stand-ins for sync and reboot, so that no shell can find the
+// machine's. Each stand-in creates a file when it runs.
 class RebootPrograms {
   public:
     RebootPrograms();
@@ -12,8 +12,8 @@ class RebootPrograms {
     RebootPrograms(const RebootPrograms &) = delete;
     RebootPrograms &operator=(const RebootPrograms &) = delete;
 
-    // Whether they are what a shell would run. To be asked before anything that may reboot: some
-    // shells have a reboot of their own.
+    // Whether a shell would run them. To be checked before anything that may reboot: some shells
+    // have a built-in reboot.
     bool are_found() const;
     bool were_run() const;
 

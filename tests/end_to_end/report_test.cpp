@@ -1,5 +1,6 @@
-// hgagent report: the builders that no command leads to.
+// hgagent report: the reports that no command returns.
 #include "agent_commands.h"
+#include "standing_clock.h"
 
 #include <gmock/gmock.h>
 
@@ -60,7 +61,7 @@ TEST(Report, SaysThatThePluginLacksTheBuilder)
     EXPECT_THAT(result.output, IsEmpty());
 }
 
-TEST(Report, KnowsNoOtherNames)
+TEST(Report, RefusesOtherNames)
 {
     for (const std::string name : {"homepage", "HOME-PAGE", " "}) {
         const AgentResult result = run_agent({"report", name});
@@ -71,7 +72,7 @@ TEST(Report, KnowsNoOtherNames)
     EXPECT_EQ(run_agent({"report", "home-page", "{}"}).exit_status, 2);
 }
 
-TEST(Report, SaysWhenItCannotBeWritten)
+TEST(Report, ReportsAWriteError)
 {
     for (const std::vector<std::string> &words :
          {std::vector<std::string>{"report"}, std::vector<std::string>{"report", "home-page"}}) {
@@ -80,4 +81,48 @@ TEST(Report, SaysWhenItCannotBeWritten)
         EXPECT_EQ(result.exit_status, 5);
         EXPECT_THAT(result.error, HasSubstr("cannot write to standard output"));
     }
+}
+
+// The reply of serve to a report, which has to have been built.
+static std::string served(const std::string &request, const std::vector<std::string> &options = {})
+{
+    const std::string output = serve("{\"id\":1," + request + "}", options).output;
+    const std::string beginning = R"({"id":1,"result":0,"reply":)";
+    EXPECT_THAT(output, StartsWith(beginning));
+    return output.substr(beginning.size(), output.size() - beginning.size() - 2) + "\n";
+}
+
+TEST(Report, IsTheSameInServe)
+{
+    const StandingClock clock;
+    for (const std::string name : {"home-page", "main-base", "topology", "mesh", "stations"}) {
+        EXPECT_EQ(served("\"report\":\"" + name + "\""), run_agent({"report", name}).output);
+    }
+    const std::string path = "InternetGatewayDevice.WiFi.MultiAP.APDevice.2.";
+    EXPECT_EQ(served(R"("report":"stations","params":{"path":")" + path + "\"}"),
+              run_agent({"report", "stations", "--path", path}).output);
+}
+
+TEST(Report, FailsInServeWithItsBuilder)
+{
+    const auto answer = [](const std::string &request, const std::vector<std::string> &options) {
+        return serve("{\"id\":1," + request + "}", options).output;
+    };
+    EXPECT_EQ(answer(R"("report":"home-page")", {"--fault", "devapi_get_home_page_info=-1"}),
+              "{\"id\":1,\"result\":-1,\"reply\":{\"Status\":\"1\",\"FailReason\":\"get home page "
+              "info failed\"}}\n");
+    EXPECT_EQ(answer(R"("report":"mesh")", {"--fault", "devapi_get_hg_base_info=-1"})
+                  .find(R"({"id":1,"result":1,"reply":{"topology":{)"),
+              0U);
+    for (const std::string name : {"homepage", "", "image_upgrade"}) {
+        EXPECT_EQ(answer("\"report\":\"" + name + "\"", {}),
+                  "{\"id\":1,\"error\":\"no report \\\"" + name +
+                      "\\\"; hgagent report lists them\",\"code\":\"bad-request\"}\n");
+    }
+    for (const std::string request : {R"("report":"stations","params":{"path":7})",
+                                      R"("report":"image-upgrade","params":{"url":{}})"}) {
+        EXPECT_THAT(answer(request, {}), HasSubstr(R"( is no text","code":"bad-request"})"));
+    }
+    EXPECT_THAT(answer(R"("report":"home-page")", {"--plugin", PROBE_PLUGIN}),
+                HasSubstr(R"( does not export json_get_home_page_info","code":"bad-request"})"));
 }

@@ -1,5 +1,5 @@
-// The reports on the routers of the mesh, of which each built-in home has a golden file; the
-// crowded one is only counted.
+// The reports on the routers of the mesh. Each built-in home has golden files, except the crowded
+// one, whose entries are only counted.
 #include "gateway_test.h"
 #include "golden.h"
 #include "standing_clock.h"
@@ -21,7 +21,7 @@ Json parse(const std::string &text)
     return {cJSON_Parse(text.c_str()), cJSON_Delete};
 }
 
-// In a form whose differences can be read; keys that stand twice still do.
+// Indented, so that differences are readable; repeated keys are kept.
 std::string indented(const std::string &text)
 {
     const std::unique_ptr<char, decltype(&cJSON_free)> printed(cJSON_Print(parse(text).get()),
@@ -29,7 +29,7 @@ std::string indented(const std::string &text)
     return std::string(printed.get()) + "\n";
 }
 
-// How many items each list behind the key has; the key may be in each item of a list itself.
+// The number of items in each list with the key; the key may itself be in each item of a list.
 std::vector<int> sizes(const cJSON *item, const char *key)
 {
     std::vector<int> found;
@@ -69,7 +69,7 @@ std::string name_of(const testing::TestParamInfo<RouterReports::ParamType> &test
     return name;
 }
 
-TEST_P(RouterReports, AreWhatIsKnownOfTheHome)
+TEST_P(RouterReports, MatchTheGoldenFiles)
 {
     const auto [home, report] = GetParam();
     const AgentResult result = run_agent({"--scenario", home, "report", report});
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Homes, RouterReports,
                                                           "agent-topology", "stations")),
                          name_of);
 
-TEST(RouterReport, SpeaksOfTheRouterAtThePath)
+TEST(RouterReport, DescribesTheRouterAtThePath)
 {
     const std::string tree = "InternetGatewayDevice.WiFi.MultiAP.APDevice.";
     const auto stations = [](const std::string &path) {
@@ -100,7 +100,7 @@ TEST(RouterReport, SpeaksOfTheRouterAtThePath)
     EXPECT_EQ(run_agent({"report", "--path", tree + "1."}).exit_status, 2);
 }
 
-TEST(RouterReport, HasFailedWhereOnlyItsResultSaysSo)
+TEST(RouterReport, FailsWhereOnlyItsResultSaysSo)
 {
     const AgentResult result =
         run_agent({"--fault", "devapi_topo_xml_getinfo=-1", "report", "agent-topology"});

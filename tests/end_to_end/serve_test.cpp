@@ -1,4 +1,4 @@
-// hgagent serve: a line in, a line out, whatever stands on the line.
+// hgagent serve: one answer line for every input line, valid or not.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +12,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -35,7 +37,7 @@ TEST(Serve, AnswersWhileItsInputIsOpen)
     EXPECT_THAT(result.error, IsEmpty());
 }
 
-TEST(Serve, GoesOnAfterEveryBadLine)
+TEST(Serve, ContinuesAfterEveryInvalidLine)
 {
     const std::string nul(1, '\0');
     const std::string bad_lines[] = {
@@ -68,12 +70,14 @@ TEST(Serve, GoesOnAfterEveryBadLine)
         const AgentResult result = serve(bad + "\n" + kRequest + "\n");
         EXPECT_EQ(result.exit_status, 0) << bad.substr(0, 100);
         EXPECT_THAT(lines_of(result.output),
-                    ElementsAre(StartsWith(R"({"id":null,"error":")"), kAnswer));
+                    ElementsAre(AllOf(StartsWith(R"({"id":null,"error":")"),
+                                      EndsWith(R"(","code":"bad-request"})")),
+                                kAnswer));
         EXPECT_LT(result.output.size(), 1000U);
     }
 }
 
-TEST(Serve, PassesOverALineThatIsTooLong)
+TEST(Serve, SkipsALineThatIsTooLong)
 {
     const std::string fits =
         kRequest + std::string(1024 * 1024 - std::string(kRequest).size(), ' ');
@@ -81,11 +85,12 @@ TEST(Serve, PassesOverALineThatIsTooLong)
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_THAT(lines_of(result.output),
                 ElementsAre(kAnswer,
-                            R"({"id":null,"error":"the line is longer than 1048576 bytes"})",
+                            R"({"id":null,"error":"the line is longer than 1048576 bytes",)"
+                            R"("code":"too-large"})",
                             kAnswer));
 }
 
-TEST(Serve, DoesNotKeepALineThatIsTooLong)
+TEST(Serve, DoesNotBufferALineThatIsTooLong)
 {
     const size_t line = 512 * 1024 * 1024;
     AgentProcess agent({"serve"});
@@ -93,7 +98,8 @@ TEST(Serve, DoesNotKeepALineThatIsTooLong)
     for (size_t sent = 0; sent < line; sent += part.size()) {
         agent.send(part);
     }
-    EXPECT_EQ(ask(agent, ""), R"({"id":null,"error":"the line is longer than 1048576 bytes"})");
+    EXPECT_EQ(ask(agent, ""), R"({"id":null,"error":"the line is longer than 1048576 bytes",)"
+                              R"("code":"too-large"})");
     EXPECT_LT(agent.finish().peak_kilobytes, static_cast<long>(line / 1024));
 }
 
@@ -103,12 +109,12 @@ TEST(Serve, TakesTheLengthOfALineAsAnOption)
     const AgentResult result = serve(std::string(kRequest) + "\n" + kRequest + " \n" +
                                          std::string(300000, 'x') + "\n" + kRequest,
                                      {}, {"--max-line", size});
-    const std::string too_long =
-        "{\"id\":null,\"error\":\"the line is longer than " + size + " bytes\"}";
+    const std::string too_long = "{\"id\":null,\"error\":\"the line is longer than " + size +
+                                 " bytes\",\"code\":\"too-large\"}";
     EXPECT_THAT(lines_of(result.output), ElementsAre(kAnswer, too_long, too_long, kAnswer));
 }
 
-TEST(Serve, ServesALastLineWithoutItsEnd)
+TEST(Serve, ServesALastLineWithoutANewline)
 {
     EXPECT_THAT(lines_of(serve(kRequest).output), ElementsAre(kAnswer));
     EXPECT_THAT(lines_of(serve("{}\n" + std::string(2000000, 'x')).output),
@@ -123,7 +129,7 @@ TEST(Serve, EndsWithItsInput)
     EXPECT_THAT(result.error, IsEmpty());
 }
 
-TEST(Serve, GivesBackAnyId)
+TEST(Serve, ReturnsAnyId)
 {
     for (const std::string id :
          {"1", "-0", "12345678901234567890123456789", "1.50", "1E2", "null", "true", "\"\"",
@@ -143,8 +149,9 @@ TEST(Serve, GivesBackAnyId)
 
 TEST(Serve, SaysWhatIsWrongWithARequest)
 {
-    const std::string no_command = R"("error":"\"command\" is missing or no text"})";
-    const std::string no_object = R"("error":"\"params\" is no object"})";
+    const std::string no_command =
+        R"("error":"\"command\" is missing or no text","code":"bad-request"})";
+    const std::string no_object = R"("error":"\"params\" is no object","code":"bad-request"})";
     const std::pair<std::string, std::string> cases[] = {
         {"{}", "{\"id\":null," + no_command},
         {R"({"id":1})", "{\"id\":1," + no_command},
@@ -155,6 +162,14 @@ TEST(Serve, SaysWhatIsWrongWithARequest)
         {R"({"id":6,"command":"GET_SN_INFO","params":null})", "{\"id\":6," + no_object},
         {R"({"id":7,"command":"GET_SN_INFO","params":[]})", "{\"id\":7," + no_object},
         {R"({"id":8,"command":"GET_SN_INFO","params":"{}"})", "{\"id\":8," + no_object},
+        {R"({"id":9,"report":"home-page","params":[]})", "{\"id\":9," + no_object},
+        {R"({"id":10,"report":7})", R"({"id":10,"error":"\"report\" is no text",)"
+                                    R"("code":"bad-request"})"},
+        {R"({"id":11,"hello":true})", R"({"id":11,"error":"\"hello\" is no object",)"
+                                      R"("code":"bad-request"})"},
+        {R"({"id":12,"notice":{}})",
+         R"({"id":12,"error":"\"notice\" needs the texts \"plugin_name\" and \"text\"",)"
+         R"("code":"bad-request"})"},
     };
     std::string input;
     std::vector<std::string> answers;
@@ -163,6 +178,22 @@ TEST(Serve, SaysWhatIsWrongWithARequest)
         answers.push_back(answer);
     }
     EXPECT_EQ(lines_of(serve(input).output), answers);
+}
+
+TEST(Serve, TellsItsVersions)
+{
+    EXPECT_EQ(
+        serve(R"({"id":1,"hello":{}})").output,
+        "{\"id\":1,\"result\":0,\"reply\":{\"protocol\":\"1.0\",\"service\":\"" PROJECT_VERSION
+        "\"}}\n");
+}
+
+TEST(Serve, TakesACommandForACommandWhateverElseItHas)
+{
+    EXPECT_EQ(serve(R"({"hello":{},"report":"home-page","notice":{},"id":"last",)"
+                    R"("command":"GET_SN_INFO"})")
+                  .output,
+              std::string(kAnswer) + "\n");
 }
 
 TEST(Serve, LeavesTheParamsOfAnUnknownCommand)
@@ -176,7 +207,7 @@ TEST(Serve, LeavesTheParamsOfAnUnknownCommand)
     }
 }
 
-TEST(Serve, LeavesTheNumbersOfAnUnknownCommand)
+TEST(Serve, ReturnsTheNumbersOfAnUnknownCommandUnchanged)
 {
     const std::string params = R"({"a":12345678901234567890, "b":[1.50,-0], "c":"\u4e2d\/"})";
     EXPECT_EQ(serve(R"({"id":1,"command":"NO_SUCH","params":)" + params + "}").output,
@@ -209,7 +240,7 @@ TEST(Serve, EndsQuietlyWhenNobodyReads)
     EXPECT_EQ(ask(agent, kRequest), kAnswer);
     agent.close_output();
     agent.send(std::string(kRequest) + "\n");
-    // The input stays open: it is the output that ends the agent.
+    // The input stays open: the closed output ends the agent.
     const AgentResult result = agent.wait();
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_THAT(result.error, IsEmpty());
@@ -243,7 +274,7 @@ TEST(Serve, AnswersTheLineDuringWhichASignalArrives)
 TEST(Serve, EndsOnASignalThoughNobodyReads)
 {
     AgentProcess agent({"serve"});
-    // The answer is more than a pipe holds, so the agent comes to wait for a reader.
+    // The answer is larger than the pipe's buffer, so the agent has to wait for a reader.
     const std::string report(300000, 'v');
     agent.send(R"({"command":"RESPONSE_ROUTER_VERSION","params":{"VersionInfo":")" + report +
                "\"}}\n");
@@ -262,7 +293,7 @@ TEST(Serve, KeepsWhatLibrariesPrintOutOfItsAnswers)
     EXPECT_EQ(result.error, "{\"id\":1}\n");
 }
 
-// As ask(), of a plug-in whose commands are not the protocol's.
+// Like ask(), for a plug-in whose commands are not in the protocol.
 std::string ask_probe(AgentProcess &agent, const std::string &line)
 {
     agent.send(line + "\n");
@@ -271,7 +302,7 @@ std::string ask_probe(AgentProcess &agent, const std::string &line)
 
 constexpr char kLost[] = " lines are missing here: they could not be written in time\n";
 
-// What the agent writes to standard error until it tells what is missing.
+// What the agent writes to standard error until it reports lost lines.
 std::string error_until_loss_is_told(const AgentProcess &agent)
 {
     std::string error;
@@ -285,7 +316,7 @@ std::string error_until_loss_is_told(const AgentProcess &agent)
     return error;
 }
 
-TEST(Serve, IsNotHeldUpByALogThatNobodyReads)
+TEST(Serve, IsNotBlockedByAnUnreadLog)
 {
     constexpr size_t kRequests = 150;
     constexpr size_t kLines = 3; // of the log, for each request
@@ -320,7 +351,7 @@ TEST(Serve, EndsOnASignalThoughNobodyReadsTheLog)
     EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
 }
 
-TEST(Serve, IsNotHeldUpByATraceThatNobodyReads)
+TEST(Serve, IsNotBlockedByAnUnreadTrace)
 {
     const std::string pipe = test_file("trace");
     ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
@@ -331,7 +362,7 @@ TEST(Serve, IsNotHeldUpByATraceThatNobodyReads)
             EXPECT_THAT(ask(agent, R"({"command":"GET_AD_BASE_INFO"})"), HasSubstr("\"result\":0"));
         }
         if (trace == "-") {
-            // What is kept comes out with the next line.
+            // Buffered lines are written with the next one.
             std::string error;
             while (error.find("trace: ") == std::string::npos) {
                 ask(agent, kRequest);
@@ -349,7 +380,7 @@ TEST(Serve, IsNotHeldUpByATraceThatNobodyReads)
     close(unread);
 }
 
-// How often the text stands in the memory of the process that can be written to.
+// How often the text occurs in the writable memory of the process.
 size_t count_in_memory(pid_t process, const std::string &text)
 {
     const std::string folder = "/proc/" + std::to_string(process);

@@ -1,4 +1,4 @@
-// Settings of the gateway: what one agent sets, the next one finds.
+// Settings of the gateway: what one agent sets, the next one reports.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ TEST_F(Settings, KeepTheLan)
     EXPECT_EQ(text("GET_HG_DHCP_INFO", "GateWay"), "192.168.7.1");
 }
 
-TEST_F(Settings, SayWhyALanIsRefused)
+TEST_F(Settings, ReportWhyALanIsRefused)
 {
     const std::string before = reply("GET_LAN_IP_INFO");
     const AgentResult refused =
@@ -62,7 +62,7 @@ TEST_F(Settings, KeepThePppoeAccount)
               "{\"Status\":\"0\",\"Enable\":\"1\",\"Account\":\"a\",\"Password\":\"b\"}\n");
 }
 
-TEST_F(Settings, ShowThePppoePasswordOnlyWhenTold)
+TEST_F(Settings, ShowThePppoePasswordOnlyOnRequest)
 {
     const std::string request = R"({"Account":"smith","Password":"very hidden","Enable":"1"})";
     const AgentResult masked =
@@ -104,7 +104,7 @@ TEST_F(Settings, KeepTheSleepSchedule)
     expect_kept("SET_HG_SLEEP_INFO", "{" + keys + "}", "GET_HG_SLEEP_INFO", keys);
 }
 
-TEST_F(Settings, OutliveAReboot)
+TEST_F(Settings, SurviveAReboot)
 {
     EXPECT_EQ(reply("SET_HG_BASE_INFO", R"({"Name":"Cellar"})"), kDone);
     set_time(kStart + 5000);
@@ -116,7 +116,7 @@ TEST_F(Settings, OutliveAReboot)
     EXPECT_EQ(text("GET_HG_BASE_INFO", "Name"), "Cellar");
 }
 
-TEST_F(Settings, EndWithAFactoryRecovery)
+TEST_F(Settings, AreResetByAFactoryRecovery)
 {
     const std::vector<std::string> queries = {
         "GET_HG_BASE_INFO", "GET_LAN_IP_INFO",    "GET_HG_DHCP_INFO",   "GET_HG_PPPOE_INFO",
@@ -136,7 +136,7 @@ TEST_F(Settings, EndWithAFactoryRecovery)
     }
 }
 
-TEST_F(Settings, MoveTheChannelByAnOptimisation)
+TEST_F(Settings, ChangeTheChannelByAnOptimisation)
 {
     const std::string before = text("HG_WIFI_INSPECTION", "Channel");
     const auto optimised = nlohmann::ordered_json::parse(

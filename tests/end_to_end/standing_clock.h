@@ -1,20 +1,20 @@
-// The clocks of an agent and of its simulated gateway, standing at the same time.
+// Stops the clocks of an agent and of its simulated gateway at the same time.
 #pragma once
 
 #include <cstdlib>
 #include <optional>
 #include <string>
 
-// While it lives, agents that are started have their clocks stand, at the time of the examples in
-// the protocol's description.
+// Guard: the clocks of agents that are started are stopped at the time of the examples in the
+// protocol's description.
 class StandingClock {
   public:
     StandingClock()
     {
         setenv("SIMULATED_GATEWAY_TIME", "1767225600", 1);
         setenv("LD_PRELOAD", STANDING_CLOCK, 1);
-        // The address sanitizer wants to be the first library otherwise; the other option is that
-        // of all agents, which are not given theirs once there are any.
+        // By default the address sanitizer has to be the first library. The second option is the
+        // one that all agents get by default, which they do not get if the variable is set.
         setenv(
             "ASAN_OPTIONS",
             (options_.value_or("intercept_tls_get_addr=0") + ":verify_asan_link_order=0").c_str(),

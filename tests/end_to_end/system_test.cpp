@@ -1,4 +1,4 @@
-// What becomes of system() in a process that must not touch the machine that it runs on.
+// system() in a process that must not affect the machine that it runs on.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -36,14 +36,14 @@ TEST(System, LetsTheSimulatedGatewayReboot)
     EXPECT_THAT(result.error, HasSubstr("power cycle\n"));
 }
 
-TEST(System, PowerCyclesWhateverDeviceCanBe)
+TEST(System, PowerCyclesAnyDeviceThatSupportsIt)
 {
-    const AgentResult result = run_system("sync;reboot", {"--device", BRIM_DEVICE});
+    const AgentResult result = run_system("sync;reboot", {"--device", HOSTILE_DEVICE});
     EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
     EXPECT_EQ(result.error, "hgagent: the gateway reboots\npower cycle\n");
 }
 
-TEST(System, OnlyTellsOfTheRebootOfADeviceThatCannotBe)
+TEST(System, OnlyReportsTheRebootOfAnyOtherDevice)
 {
     const AgentResult result = run_system("sync;reboot", {"--device", PROBE_PLUGIN});
     EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));

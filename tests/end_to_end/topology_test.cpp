@@ -17,7 +17,7 @@ using testing::StartsWith;
 
 namespace topology_test {
 
-// While it lives, agents that are started have the locale.
+// Guard: sets the locale of agents that are started.
 class Locale {
   public:
     explicit Locale(const char *name) { setenv("LC_ALL", name, 1); }
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Homes, Topology,
                                          "short_report"),
                          name_of);
 
-TEST(TopologyDrawing, SaysWhereTheReportHasNoRoom)
+TEST(TopologyDrawing, MarksWhereTheReportIsTruncated)
 {
     const StandingClock clock;
     const std::vector<std::string> lines = lines_of(drawing("crowded_mesh", {"--ascii"}));
@@ -85,7 +85,7 @@ TEST(TopologyDrawing, SaysWhereTheReportHasNoRoom)
     EXPECT_EQ(count("..."), 1);
 }
 
-TEST(TopologyDrawing, HangsAllFromTheMainRouterWhenTheTreeIsNotKnown)
+TEST(TopologyDrawing, AttachesAllToTheMainRouterWithoutATree)
 {
     const AgentResult result =
         run_agent({"--fault", "devapi_topo_xml_getinfo=-1", "topology", "--ascii"});

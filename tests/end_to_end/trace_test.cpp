@@ -1,4 +1,4 @@
-// The trace of device libraries that have none of their own.
+// The agent's trace, for device libraries that have none.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -40,25 +40,26 @@ TEST(Trace, HasALineForEachCallOfAnyDeviceLibrary)
                                          R"(in [0-9]+ us)")));
 }
 
-TEST(Trace, GoesToStandardErrorWhenAskedTo)
+TEST(Trace, GoesToStandardErrorOnRequest)
 {
     const AgentResult result =
         call("GET_SN_INFO", "{}", {"--device", MINIMAL_DEVICE, "--trace", "-"});
     EXPECT_THAT(result.error, MatchesRegex(R"(\[[0-9]+\] devapi_get_sn_info\(.*\) = 0 in .*)"));
 }
 
-TEST(Trace, ReadsNoFieldBeyondItsEnd)
+TEST(Trace, ReadsFieldsWithinTheirWidth)
 {
-    const AgentResult result = call("GET_SN_INFO", "{}", {"--device", BRIM_DEVICE, "--trace", "-"});
+    const AgentResult result =
+        call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE, "--trace", "-"});
     EXPECT_THAT(result.error, HasSubstr("(info={MAC=\"" + std::string(64, 'M') +
                                         R"(", tslinkstatus="\xd6\"\xff", DeviceType=")" +
                                         std::string(256, 'D') + "\"}) = 0 in "));
 }
 
-TEST(Trace, MasksSecretsUnlessTheyAreAskedFor)
+TEST(Trace, MasksSecretsByDefault)
 {
     const std::string request = R"({"Account":"smith","Password":"zaun-und-tor","Enable":"1"})";
-    std::vector<std::string> options = {"--device", BRIM_DEVICE, "--trace", "-"};
+    std::vector<std::string> options = {"--device", HOSTILE_DEVICE, "--trace", "-"};
     EXPECT_THAT(call("SET_HG_PPPOE_INFO", request, options).error,
                 AllOf(HasSubstr("devapi_set_hg_pppoe_info(setting={"), HasSubstr("Password=***"),
                       Not(HasSubstr("zaun"))));
@@ -67,14 +68,14 @@ TEST(Trace, MasksSecretsUnlessTheyAreAskedFor)
                 HasSubstr("Password=\"zaun-und-tor\""));
 }
 
-TEST(Trace, IsOneOfTheSimulatedGatewaysOwn)
+TEST(Trace, IsTheSimulatedGatewaysOwnWhereThereIsOne)
 {
     const std::string trace = test_file("gateway.trace");
     EXPECT_EQ(call("GET_SN_INFO", "{}", {"--trace", trace}).exit_status, 0);
     EXPECT_THAT(lines_in(trace), ElementsAre(HasSubstr("devapi_get_sn_info(info={MAC=")));
 }
 
-TEST(Trace, PutsNothingInBetweenUnlessItIsAskedFor)
+TEST(Trace, InsertsNoLayerWithoutTheOption)
 {
     setenv("LD_DEBUG", "files", 1);
     const AgentResult untraced = call("GET_SN_INFO", "{}", {"--device", MINIMAL_DEVICE});

@@ -1,4 +1,4 @@
-// What hgagent says of a command line or a request that it cannot use.
+// hgagent's errors for an invalid command line or request.
 #include "agent_commands.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +12,7 @@ namespace usage_test {
 
 constexpr char kSeeHelp[] = "Run with --help for more information.\n";
 
-// What is said of a wrong usage.
+// The error for a wrong usage.
 std::string complaint_of(const std::vector<std::string> &words)
 {
     const AgentResult result = run_agent(words);
@@ -26,7 +26,7 @@ std::string hint(const std::string &text)
     return "hgagent: " + text + "\n" + kSeeHelp;
 }
 
-TEST(WrongUsage, NamesTheSubcommandThatWasMeant)
+TEST(WrongUsage, SuggestsTheNearestSubcommand)
 {
     EXPECT_EQ(complaint_of({"cal", "GET_SN_INFO"}), hint("no subcommand \"cal\"; was call meant?"));
     EXPECT_EQ(complaint_of({"--log-level", "7", "sevre"}),
@@ -54,7 +54,7 @@ TEST(WrongUsage, SaysWhereAnOptionBelongs)
                 HasSubstr("not expected: --rubbish"));
 }
 
-TEST(BadRequest, AsksWhetherAKeyWasMeant)
+TEST(BadRequest, SuggestsTheNearestKey)
 {
     for (const std::string word : {"1", "up-to-date", "true"}) {
         EXPECT_THAT(complaint_of({"call", "SET_UPNP_STATE", word}),
@@ -76,7 +76,7 @@ TEST(RefusedRequest, PointsToTheDescription)
     EXPECT_THAT(described.output, HasSubstr("Reply, failure"));
 }
 
-TEST(UnknownCommand, HasItsNearestNamedByServe)
+TEST(UnknownCommand, GetsASuggestionFromServe)
 {
     const AgentResult result = serve(R"({"id":1,"command":"GET_SNINFO"})");
     EXPECT_EQ(result.output, "{\"id\":1,\"result\":-3,\"reply\":{}}\n");

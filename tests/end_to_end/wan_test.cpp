@@ -1,4 +1,4 @@
-// Connections to the Internet: what one agent sets, the next one finds.
+// WAN connections: what one agent sets, the next one reports.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>
@@ -44,7 +44,7 @@ TEST_F(Wan, IsKeptAsItIsSet)
     EXPECT_EQ(text("GET_HG_PPPOE_INFO", "Account"), "mueller@fibre.example");
 }
 
-TEST_F(Wan, OfAnotherNameStaysAsItIs)
+TEST_F(Wan, OfAnotherNameStaysUnchanged)
 {
     const Json voice = query("Voice");
     EXPECT_EQ(voice["ADDRESSTYPE"], "Static");
@@ -57,7 +57,7 @@ TEST_F(Wan, OfAnotherNameStaysAsItIs)
     EXPECT_EQ(query("Voice")["IPADDRESS"], "172.24.9.99");
 }
 
-TEST_F(Wan, IsRefusedWhenItDoesNotHold)
+TEST_F(Wan, IsRefusedWhenItIsInvalid)
 {
     const Json before = query("Internet");
     const AgentResult refused =
@@ -69,7 +69,7 @@ TEST_F(Wan, IsRefusedWhenItDoesNotHold)
     EXPECT_EQ(run("QUERY_WAN_INFO", R"({"WANName":"Attic"})").exit_status, 1);
 }
 
-TEST_F(Wan, ShowsItsPasswordOnlyWhenTold)
+TEST_F(Wan, ShowsItsPasswordOnlyOnRequest)
 {
     const std::vector<std::string> options = {"--state", state_,    "--log-level",
                                               "7",       "--trace", "-"};

@@ -1,4 +1,4 @@
-// Wi-Fi commands: what one agent sets, the next one finds, also when a worker has set it.
+// Wi-Fi commands: what one agent sets, even through a worker, the next one reports.
 #include "gateway_test.h"
 
 #include <gmock/gmock.h>
@@ -91,7 +91,7 @@ TEST_F(Wifi, AppliesTwoBatchesOneAfterTheOther)
     EXPECT_EQ(name_of("5"), "Second5");
 }
 
-TEST_F(Wifi, LeavesAWholeStateWhenABatchIsBrokenOff)
+TEST_F(Wifi, LeavesAValidStateWhenABatchIsInterrupted)
 {
     const std::string before = reply("GET_WIFI_INFO", R"({"SSIDIndex":"1"})");
     for (const int signal : {SIGTERM, SIGINT, SIGKILL}) {
@@ -106,7 +106,7 @@ TEST_F(Wifi, LeavesAWholeStateWhenABatchIsBrokenOff)
 
 TEST_F(Wifi, WarnsWhenABatchTurnsOffAMainSsidOfTheMeshAndAppliesIt)
 {
-    // Not recorded: what is described is the warning as the plug-in gives it, in GBK.
+    // Not recorded: the description has the warning in GBK, as the plug-in sends it.
     const AgentResult set = run_agent(
         {"--state", state_, "call", "SET_WIFI_INFO_LIST",
          R"({"WIFILIST":[{"SSIDIndex":"1","SSID":"home","PWD":"12345678","ENCRYPT":"WPA2",)"
@@ -129,7 +129,7 @@ TEST_F(Wifi, KeepsTheSleepSchedule)
                 R"("WIFISleepList":[])");
 }
 
-TEST_F(Wifi, JoinsANetworkThatAScanHears)
+TEST_F(Wifi, JoinsANetworkThatAScanFinds)
 {
     Json heard;
     for (const Json &network : scan()) {
@@ -155,7 +155,7 @@ TEST_F(Wifi, JoinsANetworkThatAScanHears)
     }
 }
 
-TEST_F(Wifi, MeasuresTheNetworksThatAScanHears)
+TEST_F(Wifi, MeasuresTheNetworksThatAScanFinds)
 {
     const Json powers = Json::parse(reply("GET_SCAN_CHANNEL_POWER"))["SSIDList"];
     const Json networks = scan();

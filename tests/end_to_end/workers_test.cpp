@@ -16,7 +16,7 @@ namespace workers_test {
 constexpr char kWaiting[] = "hgagent: waiting for the Wi-Fi settings to be applied\n";
 constexpr char kDone[] = "the worker has done its work\n";
 
-// A worker that is at work until the test releases it.
+// A worker that runs until the test releases it.
 class HeldWorker {
   public:
     HeldWorker() : pipe_(test_file("pipe"))
@@ -36,7 +36,7 @@ class HeldWorker {
     {
         return R"({"command":"WORK","params":{"until":")" + pipe_ + "\"}}\n";
     }
-    // Does not wait for the worker to come so far.
+    // Does not wait until the worker has got this far.
     void release() { writer_ = open(pipe_.c_str(), O_RDWR | O_CLOEXEC); }
 
   private:
@@ -93,7 +93,7 @@ TEST(Workers, AreWaitedForWhenNobodyReadsWhatServeAnswers)
     EXPECT_EQ(agent.wait().exit_status, 0);
 }
 
-TEST(Workers, DoNotKeepTheAgentFromEndingOnASignal)
+TEST(Workers, DoNotDelayTheEndOnASignal)
 {
     for (const int signal : {SIGTERM, SIGINT}) {
         const HeldWorker worker;

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Lines for `hgagent serve` that break the grammar of JSON, or just do not.
+"""Lines for `hgagent serve` that violate the grammar of JSON, or are only just valid.
 
     json_cases.py [--seed SEED] [--count COUNT] >FILE
 
-Each case is a line: mostly a request of the protocol after a change, such as a text that is cut
-off, a number like 01, or brackets a thousand deep. Some are still good requests. The same seed
-always gives the same cases.
+Each case is a line: mostly a request of the protocol after a change, such as a truncated string, a
+number like 01, or a thousand nested brackets. Some are still valid requests. The same seed always
+gives the same cases.
 """
 
 import argparse
@@ -17,7 +17,7 @@ import sys
 
 COMMANDS = pathlib.Path(__file__).resolve().parents[2] / "protocol/commands"
 
-# Their examples are changed. None of them starts a worker, which would take its seconds, or uses the
+# Their examples are changed. None of them starts a worker, which would take seconds, or uses the
 # network.
 NAMES = (
     "GET_SN_INFO", "GET_HG_BASE_INFO", "GET_WIFI_INFO", "GET_QOS_INFO", "GET_AD_BASE_INFO",
@@ -79,7 +79,7 @@ def requests():
 
 
 class Breaker:
-    """Makes cases: with each turn another of its ways to change a request."""
+    """Generates cases, each with the next of its methods to change a request."""
 
     def __init__(self, seed):
         self.random = random.Random(seed)
@@ -87,7 +87,7 @@ class Breaker:
         self.ways = [getattr(self, name) for name in sorted(dir(self)) if name.startswith("way_")]
 
     def cases(self):
-        """Endlessly, each but once, and none with a line feed, which would make it two."""
+        """Endlessly, without repetition, and none with a line feed, which would make two lines of it."""
         seen = set()
         for way in itertools.cycle(self.ways):
             case = way()
@@ -95,7 +95,7 @@ class Breaker:
                 seen.add(case)
                 yield case
 
-    # ---- What is changed ----------------------------------------------------------------------
+    # ---- Places of a change -------------------------------------------------------------------
 
     def call(self, **other):
         name, params = self.random.choice(self.requests)
@@ -114,7 +114,7 @@ class Breaker:
     def place_of(self, line, letters):
         return self.chosen([at for at, byte in enumerate(line) if byte in letters])
 
-    # A line in which the part stands for a value: at the id, at the parameters, or in them.
+    # A line with the part in place of a value: the id, the parameters, or one of them.
     def with_value(self, part):
         where = self.random.randrange(4)
         if where == 0:
@@ -125,7 +125,7 @@ class Breaker:
             return self.line(params={"a": "@"}).replace(b'"@"', part, 1)
         return self.line(params={"a": [1, "@", {}]}).replace(b'"@"', part, 1)
 
-    # The same in a text: a value, a key, a name of a command, or a name of the envelope.
+    # The same within a string: a value, a key, the name of a command, or a key of the envelope.
     def with_text(self, part):
         where = self.random.randrange(5)
         if where == 0:
@@ -138,7 +138,7 @@ class Breaker:
             return self.line(params={"a": "@"}).replace(b"@", part, 1)
         return b'{"co@mmand":"GET_SN_INFO"}'.replace(b"@", part, 1)
 
-    # ---- The ways -----------------------------------------------------------------------------
+    # ---- Methods of a change ------------------------------------------------------------------
 
     def way_cut_off(self):
         line = self.line()
@@ -234,7 +234,7 @@ class Breaker:
         return self.line(command=self.chosen((name.lower(), name[:at] + other + name[at:], name[:at])))
 
     def way_escapes(self):
-        """A good request, of which every letter is written as an escape."""
+        """A valid request with every character written as an escape."""
         name = self.chosen(self.requests)[0]
         escaped = "".join(f"\\u{ord(letter):04{self.chosen('xX')}}" for letter in name)
         return self.line(command="@").replace(b"@", escaped.encode(), 1)
@@ -266,7 +266,7 @@ class Breaker:
 
 
 def cases(seed, count):
-    # Around the longest line that is read, whose bytes say nothing beside that.
+    # Around the longest line that is accepted; only its length matters.
     line = b'{"id":1,"command":"GET_SN_INFO"}'
     fixed = [line.ljust(MAX_LINE + more) for more in (-1, 0, 1)]
     return list(itertools.islice(itertools.chain(fixed, Breaker(seed).cases()), count))

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Sends the cases of json_cases.py to one `hgagent serve`: json_cases_test.py HGAGENT [COUNT [SEED]].
 
-Each line gets exactly one answer, which is one line of JSON. Which lines are requests is told by a
-second parser, Python's own: what that refuses has to be refused, and what it reads has to be answered
-as what it read.
+Each line gets exactly one answer, which is one line of JSON. A second parser, Python's, decides which
+lines are valid: what it refuses has to be refused, and what it accepts has to be answered with the
+values that it read.
 """
 
 import json
@@ -23,7 +23,7 @@ SEED = int(sys.argv[3]) if len(sys.argv) > 3 else 1
 KNOWN = {path.stem for path in json_cases.COMMANDS.glob("*.json")}
 NO_SUCH_COMMAND = -3
 
-# One answer is as good as the other: whether a number too large for a double is read, is left open.
+# Either answer is allowed: it is not specified whether a number too large for a double is accepted.
 EITHER = object()
 
 
@@ -46,7 +46,7 @@ def is_text(item):
 
 
 class Reader:
-    """Reads JSON as serve does: texts in UTF-8, and none with a NUL."""
+    """Reads JSON as serve does: strings in UTF-8, none with a NUL."""
 
     def __init__(self):
         self.has_huge_number = False
@@ -108,8 +108,8 @@ def expected(line):
 
 
 def serve(lines):
-    """The answers, notices left out, and what stands on standard error."""
-    # As the leak check guesses where a library keeps what belongs to a thread, and may guess wrong.
+    """The answers without notices, and the output on standard error."""
+    # The leak check guesses where a library keeps thread-local data, and may guess wrong.
     environment = {"ASAN_OPTIONS": "intercept_tls_get_addr=0"} | os.environ
     with tempfile.TemporaryFile() as log:
         done = subprocess.run([AGENT, "--log-level", "0", "serve"], input=b"".join(line + b"\n" for line in lines),
@@ -119,7 +119,7 @@ def serve(lines):
 
 
 def read_answer(line):
-    """An answer gives parameters back as they came, and so is nested deeper than they were."""
+    """An answer returns the parameters unchanged, so it is nested deeper than they are."""
     limit = sys.getrecursionlimit()
     sys.setrecursionlimit(2 * limit)
     try:
@@ -134,7 +134,7 @@ class JsonCasesTest(unittest.TestCase):
         self.assertEqual(len(set(lines)), COUNT)
         status, output, log = serve(lines)
         self.assertEqual(status, 0, log[-4000:])
-        # No more than what a misspelt command is like, one line each, whatever the name is.
+        # Only suggestions for misspelt commands, one line each, for any name.
         for said in log.splitlines():
             self.assertRegex(said, '^hgagent: no command ".*"; the nearest (is|are) ')
         self.assertTrue(output.endswith(b"\n"))
@@ -153,7 +153,7 @@ class JsonCasesTest(unittest.TestCase):
                 self.assertEqual(None if result is None else int(result), wanted)
                 self.assertEqual(answer.first("id"), wanted_id)
             counts[wanted] = counts.get(wanted, 0) + 1
-        # Neither kind is rare, so that a server that refuses everything, or nothing, does not pass.
+        # Both are frequent, so that a server that refuses everything, or nothing, does not pass.
         self.assertGreater(counts[None], COUNT // 3)
         self.assertGreater(counts[0], COUNT // 10)
         self.assertGreater(counts[NO_SUCH_COMMAND], COUNT // 50)

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Texts that programs have stumbled over, 600 of them: naughty_strings.py FILE
+"""600 texts that are known to break programs: naughty_strings.py FILE
 
-Each line has the bytes of one in hexadecimal digits. There is no NUL among them, which would end
-them for the plug-in, and each stands but once. Those at the end are bytes by chance, the same ones
-every time.
+Each line has the bytes of one in hexadecimal digits. None contains a NUL, which would end it for the
+plug-in, and none is repeated. Those at the end are pseudo-random bytes, the same ones every time.
 """
 
 import pathlib
@@ -12,7 +11,7 @@ import sys
 
 COUNT = 600
 
-# Widths of fields in device_access.h, and round numbers: one byte less, just so, and one more.
+# Widths of fields in device_access.h, and round numbers: minus one byte, exactly, and plus one byte.
 WIDTHS = (1, 2, 4, 7, 8, 15, 16, 17, 18, 31, 32, 33, 63, 64, 65, 127, 128, 129, 255, 256, 257, 511, 512, 513, 1023,
           1024, 2047, 2048, 4095, 4096, 4097, 16384, 65535, 65536, 100000)
 
@@ -22,7 +21,7 @@ BLANK = ["", " ", "  ", "\t", "\n", "\r", "\r\n", "\v", "\f", " a", "a ", " a ",
 CONTROLS = [chr(code) for code in range(1, 32)] + ["\x7f", "".join(map(chr, range(1, 32))), "a\bb", "\x1b[2J", "\x1b]0;a\a",
                                                    "\x1b[31mred\x1b[0m", "\x1b[6n", "\x1bP+q\x1b\\", "\u009b2J", "\u0090"]
 
-# Where texts change direction, are not seen, or look like others.
+# Direction controls, invisible characters and look-alikes.
 UNICODE = ["\u202eabc", "\u202dabc", "\u2066abc\u2069", "\u2067abc", "\u200eabc\u200f", "a\u200db", "a\u200cb", "\u061c",
            "\u05d0\u05d1\u05d2 abc", "\u0645\u0631\u062d\u0628\u0627", "\u4e2d\u6587", "\u65e5\u672c\u8a9e", "\ud55c\uad6d",
            "\u0130", "\u0131", "\u00df", "\u1e9e", "\ufb01", "\u01c6", "\u03c2", "\u212a", "e\u0301", "\u00e9", "a" + "\u0300" * 200,
@@ -30,7 +29,7 @@ UNICODE = ["\u202eabc", "\u202dabc", "\u2066abc\u2069", "\u2067abc", "\u200eabc\
            "\ufffd", "\ufffe", "\uffff", "\U0001fffe", "\U0010ffff", "\ue000", "\U000f0000", "\uff11\uff12\uff13", "\u0661\u0662",
            "\u00b2\u2153", "\u2160", "\uff0f\uff0e\uff0e", "\u2215", "\u37e0", "\u00ad", "\u034f", "\u115f", "\u3164", "\ufff9a\ufffab\ufffb"]
 
-# No UTF-8: what begins nowhere, ends too early, is longer than need be, or half of a surrogate pair.
+# Invalid UTF-8: stray continuation bytes, truncated and overlong sequences, single surrogates.
 BYTES = [b"\x80", b"\xbf", b"\x80\xbf" * 20, b"\xc2", b"\xc2a", b"a\xc2", b"\xe2\x82", b"\xe2\x82a", b"\xf0\x9f\x98", b"\xf0\x9f",
          b"\xf0", b"\xc0\x80", b"\xc0\xaf", b"\xc1\xbf", b"\xe0\x80\x80", b"\xe0\x80\xaf", b"\xe0\x9f\xbf", b"\xf0\x80\x80\xaf",
          b"\xf0\x8f\xbf\xbf", b"\xed\xa0\x80", b"\xed\xad\xbf", b"\xed\xb0\x80", b"\xed\xbf\xbf", b"\xed\xa0\xbd\xed\xb8\x80",
@@ -43,7 +42,7 @@ FORMATS = ["%", "%%", "%s", "%n", "%s%s%s%s%s%s%s%s", "%n%n%n%n%n%n", "%x%x%x%x"
            "%1$n", "%*d", "%*.*s", "%hhn", "%lln", "%ls", "%@", "%!s", "%s" * 200, "a%", "{}", "{0}", "{0.__class__}", "{{7*7}}",
            "${7*7}", "#{7*7}", "<%= 7*7 %>", "$(a)", "$a", "@a", "%USERNAME%", "%00", "%0a", "%2e%2e%2f", "%u0041", "%c0%ae"]
 
-# No file that is there is named: nothing of this may run anywhere, and if it did it would do nothing.
+# No existing file is named: none of this may ever run, and if it did it would do nothing.
 SHELL = [";", "|", "||", "&", "&&", "`", "``", "$()", "$((1))", "`id`", "$(id)", ";id", "|id", "||id", "&id", "&&id", "\nid\n",
          "';id;'", '";id;"', "a;id", "a|id", "a`id`", "a$(id)", "$IFS", "${IFS}id", "{id,}", "<(id)", ">/no/such/file", "</no/such/file",
          "2>&1", "!!", "!id", "~", "~root", "*", "?", "[a-z]", "\\", "\\\\", "\\n", "'", '"', "''", '""', "'\"'", "--", "-", "-rf",
@@ -74,7 +73,7 @@ PLACES = ["/", "//", "/.", "/..", ".", "..", "../", "../../../../../../no/such/f
           "http://0x7f.1:0/", "http://127.0.0.1:0/%00", "http://127.0.0.1:0/\r\nA: b", "http://127.0.0.1:0/#a", "data:,a", "ftp://127.0.0.1:0/",
           "gopher://127.0.0.1:0/_a", "mailto:a", "//127.0.0.1:0/", "http://127.0.0.1:0/" + "a" * 3000]
 
-# What the plug-in itself reads out of texts.
+# Forms that the plug-in itself parses.
 ADDRESSES = ["00:00:00:00:00:00", "FF:FF:FF:FF:FF:FF", "ff:ff:ff:ff:ff:ff", "3C:6A:D2:10:4F:2", "3C:6A:D2:10:4F:200", "3C:6A:D2:10:4F:2G",
              "3C6AD2104F20", "3C-6A-D2-10-4F-20", "3c6a.d210.4f20", ":::::", "3C:6A:D2:10:4F:20,3C:6A:D2:10:4F:21", "0.0.0.0", "255.255.255.255",
              "256.1.1.1", "1.1.1", "1.1.1.1.1", "0x7f.1", "127.1", "2130706433", "010.010.010.010", "::", "::1", "::ffff:1.2.3.4", "1::2::3",
@@ -85,7 +84,7 @@ ADDRESSES = ["00:00:00:00:00:00", "FF:FF:FF:FF:FF:FF", "ff:ff:ff:ff:ff:ff", "3C:
 def texts():
     families = (BLANK, CONTROLS, UNICODE, BYTES, FORMATS, SHELL, SQL, MARKUP, NUMBERS, PLACES, ADDRESSES)
     widths = ["".join(chr(0x21 + at % 90) for at in range(width)) for width in WIDTHS]
-    # A letter of several bytes across the end of a field.
+    # A multi-byte character across the end of a field.
     widths += ["x" * (width - 2) + "\u4e2d" for width in WIDTHS if 2 < width < 600]
     for text in [*widths, *(text for family in families for text in family)]:
         yield text if isinstance(text, bytes) else text.encode()

@@ -1,7 +1,7 @@
-"""Looks whether built files have what makes an error in memory harder to use.
+"""Checks that built files have the usual hardening against memory errors.
 
-Every file has to be linked so. Its code is looked at as well, save that of the plug-in and, for copies,
-that of files that make none whose length could be known.
+Every file has to be linked with it. Its code is checked as well, except the plug-in's and, for
+fortified copies, that of files without a copy whose length could be known.
 
 usage: check_hardening.py READELF PLUGIN WITHOUT_COPIES FILE..."""
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the example agent and device library outside of the project, with nothing but what is installed
-# under a prefix: by CMake, and by pkg-config,
-# as docs/installing.md has it. consumer_test.sh PREFIX EXAMPLES
+# Builds the example agent and device library outside of the project, with only what is installed under a
+# prefix: with CMake and with pkg-config, as docs/installing.md describes.
+# consumer_test.sh PREFIX EXAMPLES
 set -euo pipefail
 prefix=$1
 examples=$2
@@ -21,7 +21,7 @@ expect_reply()
     fi
 }
 
-# A linker that leaves out what only another library needs.
+# A linker that drops libraries that only another library needs.
 strict=(-fuse-ld=gold "-Wl,--as-needed")
 LDFLAGS=${strict[*]} cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -D "CMAKE_PREFIX_PATH=$prefix" \
     -D "EXAMPLES=$examples" >"$work/log" || { cat "$work/log"; exit 1; }
@@ -37,7 +37,7 @@ PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name smart_router_service.pc)")
 export PKG_CONFIG_PATH
 read -ra compile < <(pkg-config --cflags smart_router_service)
 cc -std=gnu11 -fPIC -shared "${compile[@]}" "$examples"/minimal_device/*.c -o "$work/libmy_device.so"
-# Linked with the plug-in; nothing is left for the user to tell but where the own library is.
+# Linked with the plug-in; the user has to name only the folder of the own library.
 read -ra flags < <(pkg-config --cflags --libs smart_router_service)
 cc -std=gnu11 "${strict[@]}" "$examples/minimal_host.c" -o "$work/linked" "${flags[@]}" \
     -L"$work" "-Wl,-rpath,$work" -lmy_device

@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Installs a build under another prefix, and uses what is there: install_test.sh BUILD_FOLDER EXAMPLES
+# Installs a build under another prefix, and uses the installed files: install_test.sh BUILD_FOLDER EXAMPLES
 set -euo pipefail
 here=$(realpath "$(dirname "$0")")
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 cmake --install "$1" --prefix "$home/first" >"$home/log"
-# What it says has to be short enough to be read.
+# Its output has to be short enough to be read.
 grep -qx -e "-- Installed below $home/first" "$home/log"
 [ "$(wc -l <"$home/log")" -le 2 ]
 
-# The whole may be moved.
+# The installation may be moved.
 mv "$home/first" "$home/second"
 "$home/second/bin/hgagent" call GET_SN_INFO
 "$home/second/bin/hgagent" conformance --command GET_SN_INFO >/dev/null

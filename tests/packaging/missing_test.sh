@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# A build without presets that lacks what it needs names all of that at once, each with a package that
+# A configuration without presets names all missing dependencies at once, each with a package that
 # scripts/install-deps.sh installs: missing_test.sh PROJECT C_COMPILER CXX_COMPILER MAKE_PROGRAM
 set -euo pipefail
 project=$1
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Nothing is found but the compilers, which are told. pkg-config would find some all the same.
+# Nothing is found but the given compilers. pkg-config would find some libraries nevertheless.
 if cmake -S "$project" -B "$work" -G Ninja -D CMAKE_IGNORE_PREFIX_PATH='/usr;/usr/local;/' \
     -D CMAKE_IGNORE_PATH='/usr/bin;/bin;/usr/local/bin' -D PKG_CONFIG_EXECUTABLE=/bin/false \
     -D CMAKE_C_COMPILER="$2" -D CMAKE_CXX_COMPILER="$3" -D CMAKE_MAKE_PROGRAM="$4" >"$work/log" 2>&1; then

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes the steps of the OpenWrt package, with makefiles that stand for those of an SDK, and looks at
-# what would go onto the router, and how large it is there.
+# Runs the steps of the OpenWrt package with stand-ins for the makefiles of an SDK, and checks which files
+# would be installed on the router, and their size.
 #
 # usage: openwrt_test.sh TOOLCHAIN_FILE READELF STRIP
 set -euo pipefail
@@ -27,7 +27,7 @@ version=$(sed -n 's/^#define SMART_ROUTER_SERVICE_VERSION_[A-Z]* \([0-9]*\).*/\1
     staging/usr/include/smart_router_service/processjsonability.h | paste -s -d .)
 test -d "smart-router-service-$version"
 
-# The SDK strips what it packs. Its own hardening takes some room beside what the plug-in promises.
+# The SDK strips what it packs. Its hardening adds to the size that the plug-in guarantees.
 "$3" "root/$installed"
 size=$(stat -c %s "root/$installed")
 compressed=$(xz -9e --stdout "root/$installed" | wc -c)

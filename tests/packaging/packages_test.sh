@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages of a folder into a root folder of their own, tries what is in them, and
-# removes them again: packages_test.sh FOLDER
+# Installs the Debian packages of a folder into a separate root folder, tries their contents, and removes
+# them again: packages_test.sh FOLDER
 #
-# That root is not entered: programs find their own libraries beside themselves, and all others are this
-# system's, which has to have what the packages depend on.
+# There is no chroot: programs find their own libraries relative to themselves, and all others are this
+# system's, which has to have the packages' dependencies.
 set -euo pipefail
 packages=$(realpath "$1")
 here=$(realpath "$(dirname "$0")")

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# What the scripts say to somebody who waits, or who may not install packages: scripts_test.sh PROJECT
+# The scripts' output to a user who waits, or who may not install packages: scripts_test.sh PROJECT
 #
-# Programs that would build, test or install are replaced by some that do nothing, in a folder that is all
-# there is to find.
+# Programs that would build, test or install are replaced by stand-ins that do nothing, in a folder that is
+# the only one in PATH.
 set -euo pipefail
 project=$1
 work=$(mktemp -d)
@@ -16,7 +16,7 @@ ln -s "$bash" "$work/bin/bash"
 
 # stand_in NAME LINE: a program that runs this line of shell
 stand_in() { printf '#!%s\n%s\n' "$bash" "$2" >"$work/bin/$1"; chmod +x "$work/bin/$1"; }
-# run SCRIPT [OPTION...]: what it says is in $said, how it ended in $status
+# run SCRIPT [OPTION...]: its output is in $said, its exit status in $status
 run()
 {
     status=0
@@ -24,6 +24,10 @@ run()
 }
 fail() { printf '%s\n-- %s\n' "$said" "$1" >&2; exit 1; }
 expect() { grep -Eqx -e "$1" <<<"$said" || fail "no line is: $1"; }
+
+run install-deps.sh
+[ "$status" -eq 1 ] || fail 'ends without an error'
+expect 'The packages are those of Debian 12, and there is no dpkg here.*'
 
 stand_in id 'echo 1000'
 # shellcheck disable=SC2016 # for the other shell
@@ -33,11 +37,16 @@ stand_in apt-get "touch '$work/installed'"
 run install-deps.sh --cross
 [ "$status" -eq 1 ] || fail 'ends without an error'
 expect 'missing packages: .* libcjson-dev .* libcjson-dev:mipsel .*'
-expect 'Only root can install them, and there is no sudo. As root, this does it:'
+expect 'Only root can install them, and there is no sudo. As root, run:'
 expect '  dpkg --add-architecture mipsel'
 expect '  apt-get update'
 expect '  apt-get install .* libcjson-dev .* libcjson-dev:mipsel .*'
 [ ! -e "$work/installed" ] || fail 'apt-get was run'
+run install-deps.sh --all
+# Packages that only one option installs.
+for package in clang-format-14 libclang-rt-14-dev libgtest-dev:mipsel lintian musl-tools; do
+    expect "missing packages: .* $package .*|missing packages: .* $package"
+done
 
 stand_in sudo 'echo "newcomer is not in the sudoers file"; exit 1'
 run install-deps.sh
@@ -56,7 +65,7 @@ run build.sh debug
 expect '  built 1 of 30'
 expect '  built 30 of 30'
 expect 'a warning'
-[ "$(grep -c built <<<"$said")" -eq 2 ] || fail 'tells more than each tenth'
+[ "$(grep -c built <<<"$said")" -eq 2 ] || fail 'prints more than one line for each tenth'
 run test.sh
 [ "$status" -eq 0 ] || fail 'ends with an error'
 for stage in 1 2 3 4 5 6 7 8 9; do
@@ -68,4 +77,4 @@ stand_in ctest 'exit 8'
 run test.sh
 [ "$status" -ne 0 ] || fail 'a failed stage is taken for success'
 ! grep -q 'all tests passed' <<<"$said" || fail 'a failed stage is taken for success'
-echo 'the scripts say what they do'
+echo 'the scripts report what they do'

@@ -1,5 +1,5 @@
-"""Holds the protocol's descriptions against their schema, against the plug-in's table of commands and
-against the device functions, and each example against its own description."""
+"""Checks the protocol's descriptions against their schema, the plug-in's table of commands and the device
+functions, and each example against its own description."""
 
 import json
 import sys
@@ -10,8 +10,8 @@ import protocol
 from descriptions import said_by_field
 from device_interface import Interface
 
-# The commands that cannot succeed in an example, with what they would need; the example shows a
-# described failure instead.
+# The commands that cannot succeed in an example, with the reason; their examples show a described
+# failure instead.
 NO_SUCCESS_WITHOUT = {"HG_IMAGE_DOWNLOAD": "an image to download"}
 
 
@@ -85,7 +85,7 @@ def reply_keys(descriptions, command, list_key=None):
 
 
 def relation_faults():
-    """What descriptions say of other commands: where values are found and settings are read back."""
+    """References to other commands: where values come from, and which command reads settings back."""
     descriptions = {description["command"]: description
                     for description in protocol.descriptions().values()}
     for name, description in descriptions.items():
@@ -125,7 +125,7 @@ def read_back_faults(description, back, told):
 
 
 def field_faults(interface, described):
-    """Whether the keys name the fields that they travel to or from, and say nothing that these say."""
+    """Whether the keys name the fields that they are copied to or from, and repeat nothing that the fields define."""
     for name, description in described.items():
         for keys, in_request in ((description["request"], True),
                                  *((reply["keys"], False) for reply in description["replies"])):
@@ -159,7 +159,7 @@ def key_faults(interface, calls, key, in_request):
 
 
 def reached(interface, calls, in_request):
-    """The fields and arguments that values of a request, or of a reply, can travel by."""
+    """The fields and arguments that values of a request, or of a reply, can be passed in."""
     ways = ("in", "in_out", None) if in_request else ("out", "in_out")
     for function in calls:
         for argument in interface.functions.get(function, {}).get("arguments", []):

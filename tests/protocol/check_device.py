@@ -1,5 +1,5 @@
-"""Holds the descriptions of the device interface against their schema, against each other and against
-the descriptions of the commands."""
+"""Checks the descriptions of the device interface against their schema, each other and the descriptions
+of the commands."""
 
 import json
 import re
@@ -42,7 +42,7 @@ def schema_faults(interface):
 
 
 def ancestors(text, error):
-    """The objects that the error lies in, the innermost first."""
+    """The objects that contain the error, the innermost first."""
     found = [text]
     for step in error.absolute_path:
         found.append(found[-1][step])
@@ -153,7 +153,7 @@ def has_field(interface, record, path):
 
 
 def form_faults(interface):
-    """Whether each value has its form, and room."""
+    """Whether each value has its form and fits into its field."""
     used = set()
     for path, owner in values(interface):
         form = interface.forms.get(owner["form"])

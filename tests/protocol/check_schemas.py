@@ -1,5 +1,6 @@
 """Holds the traffic of the tests against the JSON Schemas: each reply has to be valid, and so has the
-request of each success; each schema that can refuse requests has to have refused one."""
+request of each success; each schema that can refuse requests has to have refused one. Each line that the
+agent wrote while it served has to be valid as well, and each event that it tells has to have been told."""
 
 import json
 import sys
@@ -7,6 +8,7 @@ import sys
 import jsonschema
 
 import protocol
+from descriptions import events
 
 MISSING = object()
 
@@ -22,8 +24,15 @@ def main(traffic_file):
     faults = []
     with open(traffic_file, encoding="utf-8", errors="surrogateescape") as lines:
         records = dict.fromkeys(lines)
+    session = read_schema("session", "line")
+    untold = {event["event"] for event in events().values() if event["made_by"] == "serve"}
     for line in records:
         record = json.loads(line)
+        if "line" in record:
+            faults += [f"a line of serve: {error.message[:200]}\n  {line[:1000]}"
+                       for error in session.iter_errors(record["line"])]
+            untold.discard(dict(record["line"]).get("event"))
+            continue
         command = record["command"]
         for error in schemas[command, "reply"].iter_errors(record["reply"]):
             faults.append(f"{command}: the reply: {error.json_path}: {error.message[:200]}\n  {line[:1000]}")
@@ -39,9 +48,10 @@ def main(traffic_file):
                               f"{error.message[:200]}\n  {line[:1000]}")
     faults += [f"{command}: no test has sent a request that the schema refuses"
                for command in sorted(demanding)]
+    faults += [f"{event}: no test has been told it" for event in sorted(untold)]
     for fault in faults:
         print(fault)
-    print(f"{len(records)} exchanges, {len(schemas)} schemas, {len(faults)} faults")
+    print(f"{len(records)} exchanges and lines, {len(schemas)} schemas, {len(faults)} faults")
     return 1 if faults or not records else 0
 
 
@@ -53,7 +63,7 @@ def read_schema(command, kind):
 
 
 def succeeded(record, description):
-    """Whether the reply can only be a success: some are the same for a success and a failure."""
+    """Whether the reply can only be a success: some commands reply alike to a success and a failure."""
     case_sensitive = description.get("case_sensitive", False)
     outcomes = {reply["outcome"] for reply in description["replies"]
                 if not protocol.mismatch(record["reply"], record["request"], reply, case_sensitive)}
@@ -61,8 +71,8 @@ def succeeded(record, description):
 
 
 def as_read(pairs, keys, spelling):
-    """An object as a command finds it: the first of each key, in the spelling of the description; what
-    holds a value of another type counts as missing, and elements that are not read are not there."""
+    """An object as a command reads it: the first of each key, in the spelling of the description; a key
+    with a value of another type counts as missing, and elements that are not read are removed."""
     described = {spelling(key["key"]): key for key in keys}
     found = {}
     for name, value in pairs:

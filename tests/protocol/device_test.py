@@ -1,5 +1,5 @@
-"""What check_device.py finds, and check_descriptions.py of the fields that keys name: each case spoils a
-copy of the descriptions and expects to be told where."""
+"""The errors that check_device.py finds, and those that check_descriptions.py finds in the fields that keys
+name: each case breaks a copy of the descriptions and expects a message that says where."""
 
 import copy
 import unittest
@@ -85,11 +85,11 @@ class DeviceDescriptions(unittest.TestCase):
         del self.field("PortStatisticsInfo", "entries")["counted_by"]
         self.assert_told("PortStatisticsInfo.entries: nothing says how many there are")
 
-    def test_what_tells_or_puts_back_has_to_exist(self):
+    def test_what_reports_or_restores_has_to_exist(self):
         self.interface.functions["devapi_set_upnp_state"]["effect"]["read_with"] = "devapi_get_upnp"
         self.assert_told("devapi_set_upnp_state: there is no devapi_get_upnp")
 
-    def test_what_can_be_put_back_says_what_tells_the_values(self):
+    def test_what_can_be_restored_names_what_reports_the_values(self):
         del self.interface.functions["devapi_set_upnp_state"]["effect"]["read_with"]
         self.assert_refused("service_switches.json", "devapi_set_upnp_state", "read_with")
 
@@ -100,13 +100,13 @@ class DeviceDescriptions(unittest.TestCase):
         self.assert_told("devapi_get_host_num: GET_SN_INFO does not call it")
         self.assert_told("devapi_get_host_num: json_get_nothing is not exported")
 
-    def test_what_is_filled_has_its_fate(self):
+    def test_what_is_filled_has_its_state_after_a_failure(self):
         del self.interface.functions["devapi_get_sn_info"]["result"]["then"]
         self.assert_told("devapi_get_sn_info: what becomes of info is not said")
         self.interface.functions["devapi_reboot"]["result"]["then"] = "unread"
         self.assert_told("devapi_reboot: it fills nothing that could be unread")
 
-    def test_a_name_stands_once(self):
+    def test_names_are_unique(self):
         fields = self.interface.records["UpnpState"]["fields"]
         fields.append(fields[0])
         self.assert_told("UpnpState: a field is described twice")
@@ -127,12 +127,12 @@ class FieldsOfKeys(unittest.TestCase):
         faults = list(check_descriptions.field_faults(INTERFACE, {"GET_SN_INFO": command}))
         self.assertEqual(faults, [f"GET_SN_INFO: {told}"] if told else [])
 
-    def test_a_key_names_a_field_that_its_value_travels_by(self):
+    def test_a_key_names_a_field_that_its_value_is_passed_in(self):
         self.assert_told(None, {"key": "MAC", "field": "SnInfo.MAC"})
         self.assert_told("MAC does not travel by SnInfo.Mac", {"key": "MAC", "field": "SnInfo.Mac"})
         self.assert_told("MAC does not travel by AdBaseInfo.Mac", {"key": "MAC", "field": "AdBaseInfo.Mac"})
 
-    def test_a_width_that_a_field_has_is_not_typed(self):
+    def test_the_width_of_a_field_is_not_repeated(self):
         self.assert_told("the width of MAC is that of a field, such as SnInfo.MAC", {"key": "MAC", "max_bytes": 64})
         self.assert_told("max_bytes of MAC is that of SnInfo.MAC",
                          {"key": "MAC", "field": "SnInfo.MAC", "max_bytes": 64})

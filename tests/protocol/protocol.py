@@ -1,4 +1,4 @@
-"""The protocol's descriptions and JSON with repeated keys, as the protocol's tests need them."""
+"""The protocol's descriptions, and JSON with repeated keys, for the tests of the protocol."""
 
 import json
 import pathlib

@@ -1,4 +1,4 @@
-"""The comparison of replies with descriptions has to find every kind of difference."""
+"""The comparison of replies with descriptions has to find every type of difference."""
 
 import unittest
 
@@ -52,7 +52,7 @@ class MismatchTest(unittest.TestCase):
                      '{"Name":"y","Other":1,', '{"Other":2,"Name":"y",', "{"):
             self.assertIn("should be left as", why(rest + tail) or "", rest)
 
-    def test_letter_case_counts_where_it_is_said(self):
+    def test_case_matters_where_the_description_says_so(self):
         tail = '"Status":"0","List":[]}'
         left = '{"name":"x","Other":1,'
         self.assertIsNone(why(left + tail, case_sensitive=True))
@@ -61,7 +61,7 @@ class MismatchTest(unittest.TestCase):
         described = {"removes_if_text": ["Mode"], "keys": []}
         self.assertIsNone(why('{"mode":"x"}', '{"mode":"x"}', described, case_sensitive=True))
 
-    def test_a_key_may_stand_twice(self):
+    def test_a_key_may_be_repeated(self):
         described = {"keys": [{"key": "a", "text": "1"}, {"key": "b"}, {"key": "a", "text": "2"}]}
         self.assertIsNone(why('{"a":"1","b":"","a":"2"}', "{}", described))
         self.assertIn("a: should be", why('{"a":"2","b":"","a":"1"}', "{}", described))
@@ -80,7 +80,7 @@ class MismatchTest(unittest.TestCase):
         self.assertIn("Status should stand", why('{"Status":"1"}', "{}", described))
         self.assertIn("Status: should be", why('{"Status":"0","Status":"0"}', "{}", described))
 
-    def test_bytes_are_counted_not_letters(self):
+    def test_bytes_are_counted_not_characters(self):
         described = {"keys": [{"key": "a", "max_bytes": 2}]}
         self.assertIsNone(why('{"a":"é"}', "{}", described))
         self.assertIn("4 bytes", why('{"a":"éé"}', "{}", described))

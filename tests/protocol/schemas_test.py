@@ -1,4 +1,4 @@
-"""The JSON Schemas have to refuse what a description does not allow, but for order, repeated keys and bytes."""
+"""The JSON Schemas have to refuse what a description does not allow, except order, repeated keys and bytes."""
 
 import unittest
 
@@ -59,12 +59,12 @@ class SchemaTest(unittest.TestCase):
         self.assertFalse(accepts(schema, {"Status": "0", "Count": 1}))
         self.assertFalse(accepts(schema, {"Status": "1", "List": []}))
 
-    def test_what_no_schema_can_demand_stands_as_a_note(self):
+    def test_what_no_schema_can_require_is_a_note(self):
         text = {"key": "Rate", "required": True, "meaning": "the rate", "max_bytes": 7, "form": "whole number",
                 "unit": "kbit/s", "values": ["1", "2"], "pattern": "[12]", "example": "2"}
         schema = schemas.request_schema({**DESCRIBED, "request": [text]})
         self.assertEqual(schema["properties"]["Rate"], {
-            "description": 'the rate; whole number, kbit/s, as in "2"; cut at 7 bytes', "type": "string",
+            "description": 'the rate; whole number, kbit/s, as in "2"; truncated to 7 bytes', "type": "string",
             "examples": ["2"], "x-max-bytes": 7, "x-unit": "kbit/s", "x-values": ["1", "2"],
             "x-pattern": "[12]"})
         self.assertTrue(accepts(schema, {"Rate": "much more than 7 bytes"}))

@@ -1,9 +1,9 @@
-// Who of the attached devices may reach the Internet, and the firewall before them all.
+// Which attached devices may access the Internet, and the firewall of the home.
 #include "hosts_fixture.h"
 
 namespace {
 
-TEST_F(HostsTest, RightAndAccessEnableAreOne)
+TEST_F(HostsTest, RightAndAccessEnableAreTheSameSetting)
 {
     EXPECT_EQ(right(1), "ALLOW");
     EXPECT_EQ(set_right("A4:BB:6D:31:07:5E", "DENY"), 0);
@@ -46,9 +46,9 @@ TEST_F(HostsTest, TheFirewallIsSwitched)
         EXPECT_EQ(switched(wrong), -1);
         EXPECT_EQ(reason(), "Enable \"" + std::string(wrong) + "\" is none of \"0\", \"1\"");
     }
-    FirewallSwitch brim = {};
-    fill_to_the_brim(brim.Enable, '1');
-    EXPECT_EQ(devapi_set_firewall_switch(&brim), -1);
+    FirewallSwitch filled = {};
+    fill_completely(filled.Enable, '1');
+    EXPECT_EQ(devapi_set_firewall_switch(&filled), -1);
     EXPECT_STREQ(base().FireWallEnable, "0");
     EXPECT_EQ(switched("1"), 0);
     EXPECT_STREQ(base().FireWallEnable, "1");

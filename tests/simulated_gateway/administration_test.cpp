@@ -81,6 +81,40 @@ class AdministrationTest : public GatewayTest {
     Options kept() const { return {.state_file = path("state"), .trace = path("trace")}; }
 };
 
+TEST_F(AdministrationTest, ARebootIsToldToTheHost)
+{
+    std::vector<int32_t> told;
+    simulated_gateway_on_reboot(
+        [](int32_t seconds, void *all) {
+            static_cast<std::vector<int32_t> *>(all)->push_back(seconds);
+        },
+        &told);
+    ASSERT_EQ(open({.faults = {"devapi_reboot=-1*1"}, .reboot_seconds = 45}), "");
+    EXPECT_EQ(told, std::vector<int32_t>()) << "it was switched on";
+    EXPECT_EQ(devapi_reboot(), -1);
+    EXPECT_EQ(told, std::vector<int32_t>()) << "it has refused";
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(devapi_recovery(), 0);
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(call(), 0);
+    EXPECT_EQ(told, std::vector<int32_t>(3, 45));
+    close();
+    simulated_gateway_power_cycle();
+    EXPECT_EQ(told.size(), 3U) << "it is closed";
+
+    ASSERT_EQ(open({.reboot_seconds = -1}), "");
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(told.back(), 0);
+    close();
+    ASSERT_EQ(open_at(kTime, {.reboot_seconds = 45}), "");
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(told.back(), 0) << "its clock stands still";
+    EXPECT_EQ(told.size(), 5U);
+    simulated_gateway_on_reboot(nullptr, nullptr);
+    EXPECT_EQ(devapi_reboot(), 0);
+    EXPECT_EQ(told.size(), 5U);
+}
+
 TEST_F(AdministrationTest, TheAdministratorIsReportedAndKept)
 {
     ASSERT_EQ(open(kept()), "");
@@ -92,7 +126,7 @@ TEST_F(AdministrationTest, TheAdministratorIsReportedAndKept)
     EXPECT_EQ(web_login(), "1 kirschbluete-11 192.168.1.1");
 }
 
-TEST_F(AdministrationTest, AnAdministratorThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidAdministratorIsRefused)
 {
     ASSERT_EQ(open(kept()), "");
     EXPECT_EQ(set_admin("3", "root", "secret"), -1);
@@ -106,12 +140,12 @@ TEST_F(AdministrationTest, AnAdministratorThatIsNoneIsRefused)
                         "ot",
                         "secret"),
               -1);
-    EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
-    LoginInfo brim = {};
-    set(brim.Type, "1");
-    fill_to_the_brim(brim.Name, 'n');
-    set(brim.Password, "secret");
-    EXPECT_EQ(devapi_set_admin_info(&brim), -1);
+    EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
+    LoginInfo filled = {};
+    set(filled.Type, "1");
+    fill_completely(filled.Name, 'n');
+    set(filled.Password, "secret");
+    EXPECT_EQ(devapi_set_admin_info(&filled), -1);
     EXPECT_EQ(reason(), "Name is longer than 127 bytes");
     EXPECT_EQ(admin(), "admin zaun-und-tor-58");
 }
@@ -139,7 +173,7 @@ TEST_F(AdministrationTest, TheWebLoginIsAtTheAddressOfTheLan)
     EXPECT_EQ(web_login(), "1 kirschbluete-11 10.0.0.1");
 }
 
-TEST_F(AdministrationTest, AWebLoginThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidWebLoginIsRefused)
 {
     ASSERT_EQ(open(kept()), "");
     for (const char *type : {"", "2", "web"}) {
@@ -152,9 +186,9 @@ TEST_F(AdministrationTest, AWebLoginThatIsNoneIsRefused)
     }
     EXPECT_EQ(set_web_login("0", ""), -1);
     EXPECT_EQ(reason(), "Password is empty");
-    LoginInfo brim = {};
-    fill_to_the_brim(brim.WebLoginType, '1');
-    EXPECT_EQ(devapi_set_web_login_type(&brim), -1);
+    LoginInfo filled = {};
+    fill_completely(filled.WebLoginType, '1');
+    EXPECT_EQ(devapi_set_web_login_type(&filled), -1);
     EXPECT_EQ(web_login(), "1 kirschbluete-11 192.168.1.1");
 }
 
@@ -181,18 +215,19 @@ TEST_F(AdministrationTest, TheRebootScheduleIsReportedAndKept)
     EXPECT_EQ(reboot_schedule(), "0 NULL NULL");
 }
 
-TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidRebootScheduleIsRefused)
 {
     const struct {
         const char *enable, *time, *days, *reason;
     } schedules[] = {
         {"on", "04:30", "1", "GatewayRebootEnable \"on\" is none of \"0\", \"1\""},
-        {"1", "24:00", "1", "/home/reboot_schedule/time: \"24:00\" is no time like \"04:30\""},
-        {"1", "04:60", "1", "/home/reboot_schedule/time: \"04:60\" is no time like \"04:30\""},
-        {"0", "4:30", "1", "/home/reboot_schedule/time: \"4:30\" is no time like \"04:30\""},
-        {"1", "04:30", "8", "/home/reboot_schedule/days: \"8\" is no list of days like \"1,3,7\""},
+        {"1", "24:00", "1", "/home/reboot_schedule/time: \"24:00\" is not a time like \"04:30\""},
+        {"1", "04:60", "1", "/home/reboot_schedule/time: \"04:60\" is not a time like \"04:30\""},
+        {"0", "4:30", "1", "/home/reboot_schedule/time: \"4:30\" is not a time like \"04:30\""},
+        {"1", "04:30", "8",
+         "/home/reboot_schedule/days: \"8\" is not a list of days like \"1,3,7\""},
         {"1", "04:30", "1;2",
-         "/home/reboot_schedule/days: \"1;2\" is no list of days like \"1,3,7\""},
+         "/home/reboot_schedule/days: \"1;2\" is not a list of days like \"1,3,7\""},
         {"1", "", "1", "/home/reboot_schedule: needs time and days"},
         {"1", "04:30", "", "/home/reboot_schedule: needs time and days"},
     };
@@ -201,13 +236,14 @@ TEST_F(AdministrationTest, ARebootScheduleThatIsNoneIsRefused)
         EXPECT_EQ(set_reboot_schedule(schedule.enable, schedule.time, schedule.days), -1);
         EXPECT_EQ(reason(), schedule.reason);
     }
-    RebootInfo brim = {};
-    set(brim.GatewayRebootEnable, "1");
-    set(brim.Time, "04:30");
-    fill_to_the_brim(brim.DaysOfWeek, '1');
-    EXPECT_EQ(devapi_set_reboot_info(&brim), -1);
-    EXPECT_EQ(reason(), "/home/reboot_schedule/days: \"1111111111111111\" is no list of days like "
-                        "\"1,3,7\"");
+    RebootInfo filled = {};
+    set(filled.GatewayRebootEnable, "1");
+    set(filled.Time, "04:30");
+    fill_completely(filled.DaysOfWeek, '1');
+    EXPECT_EQ(devapi_set_reboot_info(&filled), -1);
+    EXPECT_EQ(reason(),
+              "/home/reboot_schedule/days: \"1111111111111111\" is not a list of days like "
+              "\"1,3,7\"");
     EXPECT_EQ(reboot_schedule(), "1 04:30 1,4");
 }
 
@@ -222,7 +258,7 @@ TEST_F(AdministrationTest, TheSleepIsReportedAndKept)
     EXPECT_EQ(sleep(), "000 NULL NULL");
 }
 
-TEST_F(AdministrationTest, ASleepThatIsNoneIsRefused)
+TEST_F(AdministrationTest, AnInvalidSleepIsRefused)
 {
     const struct {
         const char *gateway, *wifi, *leds, *start, *end, *reason;
@@ -230,11 +266,12 @@ TEST_F(AdministrationTest, ASleepThatIsNoneIsRefused)
         {"2", "0", "0", "23:00", "06:00", "GatewaySleepEnable \"2\" is none of \"0\", \"1\""},
         {"0", "x", "0", "23:00", "06:00", "WiFiSleepEnable \"x\" is none of \"0\", \"1\""},
         {"0", "0", "", "23:00", "06:00", "LedSleepEnable \"\" is none of \"0\", \"1\""},
-        {"1", "0", "0", "25:00", "06:00", "/home/sleep/start: \"25:00\" is no time like \"04:30\""},
-        {"0", "0", "0", "23:00", "6", "/home/sleep/end: \"6\" is no time like \"04:30\""},
-        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and another end"},
-        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and another end"},
-        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and another end"},
+        {"1", "0", "0", "25:00", "06:00",
+         "/home/sleep/start: \"25:00\" is not a time like \"04:30\""},
+        {"0", "0", "0", "23:00", "6", "/home/sleep/end: \"6\" is not a time like \"04:30\""},
+        {"1", "0", "0", "", "06:00", "/home/sleep: needs a start and a different end"},
+        {"0", "1", "0", "23:00", "", "/home/sleep: needs a start and a different end"},
+        {"0", "0", "1", "23:00", "23:00", "/home/sleep: needs a start and a different end"},
     };
     ASSERT_EQ(open(kept()), "");
     for (const auto &wanted : sleeps) {
@@ -259,7 +296,7 @@ TEST_F(AdministrationTest, ARebootResetsTheUptimeAndKeepsTheSettings)
     EXPECT_EQ(admin(), "root secret");
 }
 
-TEST_F(AdministrationTest, FactoryRecoveryBringsBackTheScenario)
+TEST_F(AdministrationTest, FactoryRecoveryRestoresTheScenario)
 {
     ASSERT_EQ(open_at(kTime, kept()), "");
     const nlohmann::json made = json_of(path("state"));

@@ -53,7 +53,7 @@ TEST_F(HostsTest, ReportsEveryFieldOfAHostByRadio)
     EXPECT_STREQ(info.StaticDhcpEnable, "0");
 }
 
-TEST_F(HostsTest, AHostOnACableHasNothingOfARadio)
+TEST_F(HostsTest, AWiredHostHasNoRadioFields)
 {
     const AdBaseInfo info = host(7);
     EXPECT_STREQ(info.DevFactory, "Speicherberg");
@@ -81,7 +81,7 @@ TEST_F(HostsTest, AHostThatIsOfflineIsListedAsSuch)
     EXPECT_STREQ(info.SSIDIndex, "2");
 }
 
-TEST_F(HostsTest, WithKindOneOnlyTheDevicesOfTheMainRouterAreThere)
+TEST_F(HostsTest, WithTypeOneOnlyTheDevicesOfTheMainRouterAreListed)
 {
     std::string own;
     for (int32_t index = 1; index <= kHosts; ++index) {
@@ -132,7 +132,7 @@ TEST_F(HostsTest, WhatWasReadCanBeWrittenBack)
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(HostsTest, AMacAddressIsKnownInEveryForm)
+TEST_F(HostsTest, AMacAddressIsAcceptedInEveryForm)
 {
     for (const char *mac :
          {"729be046d815", "729BE046D815", "72-9b-e0-46-d8-15", "72:9b:E0:46:d8:15", kTabletMac}) {
@@ -148,26 +148,26 @@ TEST_F(HostsTest, AMacAddressIsKnownInEveryForm)
     }
 }
 
-TEST_F(HostsTest, AMacAddressThatIsNoneOrThatNobodyHasIsRefused)
+TEST_F(HostsTest, AnInvalidOrUnknownMacAddressIsRefused)
 {
     const std::string before = read(path("state"));
     for (const std::string &mac : kNoMacs) {
         EXPECT_EQ(with(&AdBaseInfo::Mac, mac, kTablet).substr(0, 4), "MAC ") << mac;
-        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
         EXPECT_EQ(set_right(mac, "DENY"), -1);
-        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
     }
     EXPECT_EQ(with(&AdBaseInfo::Mac, "00:00:00:00:00:01"), "there is no device 00:00:00:00:00:01");
-    // A router of the home is no attached device.
+    // A router of the home is not an attached device.
     EXPECT_EQ(set_right("3C:6A:D2:10:4F:20", "DENY"), -1);
     EXPECT_EQ(reason(), "there is no device 3C:6A:D2:10:4F:20");
     AdBaseSetting setting = setting_of(1);
-    fill_to_the_brim(setting.info.Mac, 'A');
+    fill_completely(setting.info.Mac, 'A');
     EXPECT_EQ(devapi_set_ad_base_info(&setting), -1);
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(HostsTest, AnAliasIsTakenAwayByAnEmptyOneOrByNull)
+TEST_F(HostsTest, AnEmptyAliasOrNullRemovesTheAlias)
 {
     for (const char *none : {"", "NULL"}) {
         EXPECT_EQ(with(&AdBaseInfo::ByName, "x", kAnnasPhone), "");
@@ -179,7 +179,7 @@ TEST_F(HostsTest, AnAliasIsTakenAwayByAnEmptyOneOrByNull)
         json_of(path("state")).at("home").at("hosts").at(kAnnasPhone - 1).contains("alias"));
 }
 
-TEST_F(HostsTest, AnAliasThatWasCutWithinALetterLosesThePart)
+TEST_F(HostsTest, AnAliasCutWithinACharacterDropsThePartialCharacter)
 {
     EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(31, 'n')), "");
     EXPECT_EQ(host(1).ByName, std::string(31, 'n'));
@@ -191,23 +191,24 @@ TEST_F(HostsTest, AnAliasThatWasCutWithinALetterLosesThePart)
     EXPECT_EQ(host(1).ByName, std::string(31, 'm'));
 }
 
-TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
+TEST_F(HostsTest, AnInvalidSettingIsRefusedWithAReason)
 {
     const std::string before = read(path("state"));
     EXPECT_EQ(with(&AdBaseInfo::DevType, "phone"),
               "DevType \"phone\" is none of \"Computer\", \"Phone\", \"Tablet\", \"TV\",");
     EXPECT_EQ(with(&AdBaseInfo::DevType, "").substr(0, 21), "DevType \"\" is none of");
-    EXPECT_EQ(with(&AdBaseInfo::ByName, "a\nb"), "ByName holds control characters or is no UTF-8");
+    EXPECT_EQ(with(&AdBaseInfo::ByName, "a\nb"),
+              "ByName contains control characters or is not UTF-8");
     EXPECT_EQ(with(&AdBaseInfo::ByName, "a\xff"
                                         "b"),
-              "ByName holds control characters or is no UTF-8");
+              "ByName contains control characters or is not UTF-8");
     for (const char *enable : {"", "2", "-1", "on", "1 "}) {
         EXPECT_EQ(with(&AdBaseInfo::AccessEnable, enable),
                   "AccessEnable \"" + std::string(enable) + "\" is none of \"0\", \"1\"");
     }
-    EXPECT_EQ(with(&AdBaseInfo::DownLimit, ""), "DownLimit is no number");
-    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "fast"), "DownLimit is no number");
-    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "1.5"), "DownLimit is no number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, ""), "DownLimit is not a number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "fast"), "DownLimit is not a number");
+    EXPECT_EQ(with(&AdBaseInfo::DownLimit, "1.5"), "DownLimit is not a number");
     EXPECT_EQ(with(&AdBaseInfo::DownLimit, "-2"), "DownLimit -2 is not within 1 to 10000000");
     EXPECT_EQ(with(&AdBaseInfo::DownLimit, "10000001"),
               "DownLimit 10000001 is not within 1 to 10000000");
@@ -216,7 +217,7 @@ TEST_F(HostsTest, ASettingThatIsNoneIsRefusedWithAReason)
     EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, ""),
               "StaticDhcpEnable \"\" is none of \"0\", \"1\"");
     AdBaseSetting setting = setting_of(1);
-    fill_to_the_brim(setting.info.ByName, 'n');
+    fill_completely(setting.info.ByName, 'n');
     EXPECT_EQ(applied(setting), "ByName is longer than 31 bytes");
     EXPECT_EQ(read(path("state")), before);
 }
@@ -228,7 +229,7 @@ TEST_F(HostsTest, AnAddressIsBoundAndStaysWhenItIsFreed)
     EXPECT_STREQ(host(1).StaticDhcpEnable, "1");
     EXPECT_EQ(bind("192.168.1.77"), ""); // its own
     EXPECT_EQ(with(&AdBaseInfo::ByName, "x"), "");
-    EXPECT_STREQ(host(1).StaticDhcpEnable, "1"); // "-1" leaves it alone
+    EXPECT_STREQ(host(1).StaticDhcpEnable, "1"); // "-1" leaves it unchanged
     EXPECT_EQ(with(&AdBaseInfo::StaticDhcpEnable, "0"), "");
     EXPECT_STREQ(host(1).StaticDhcpEnable, "0");
     EXPECT_STREQ(host(1).ip, "192.168.1.77");
@@ -243,14 +244,14 @@ TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
     const struct {
         const char *ip, *reason;
     } refusals[] = {
-        {"", "ip is no IPv4 address"},
-        {"NULL", "ip is no IPv4 address"},
-        {"192.168.1", "ip is no IPv4 address"},
-        {"192.168.1.300", "ip is no IPv4 address"},
-        {"fe80::1", "ip is no IPv4 address"},
-        {"192.168.2.7", "ip is no address of the LAN"},
-        {"192.168.1.0", "ip is no address of the LAN"},
-        {"192.168.1.255", "ip is no address of the LAN"},
+        {"", "ip is not an IPv4 address"},
+        {"NULL", "ip is not an IPv4 address"},
+        {"192.168.1", "ip is not an IPv4 address"},
+        {"192.168.1.300", "ip is not an IPv4 address"},
+        {"fe80::1", "ip is not an IPv4 address"},
+        {"192.168.2.7", "ip is not a LAN address"},
+        {"192.168.1.0", "ip is not a LAN address"},
+        {"192.168.1.255", "ip is not a LAN address"},
         {"192.168.1.1", "ip is the address of the gateway"},
         {"192.168.1.2", "ip belongs to First floor"},
         {"192.168.1.102", "ip belongs to living-room-tv"},
@@ -261,8 +262,8 @@ TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
     }
     AdBaseSetting setting = setting_of(1);
     set(setting.info.StaticDhcpEnable, "1");
-    fill_to_the_brim(setting.info.ip, '1');
-    EXPECT_EQ(applied(setting), "ip is no IPv4 address");
+    fill_completely(setting.info.ip, '1');
+    EXPECT_EQ(applied(setting), "ip is not an IPv4 address");
     EXPECT_EQ(read(path("state")), before);
 }
 

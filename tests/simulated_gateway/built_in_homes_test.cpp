@@ -1,4 +1,4 @@
-// What the built-in scenarios are there for.
+// The properties for which each built-in scenario exists.
 #include "mesh_fixture.h"
 
 namespace {
@@ -34,7 +34,7 @@ TEST_F(BuiltInHomesTest, TheSingleRouterHasNoMesh)
     EXPECT_EQ(relation_count(), 0);
 }
 
-TEST_F(BuiltInHomesTest, TheOperatorsVariantIsAStarOfItsModel)
+TEST_F(BuiltInHomesTest, TheOperatorsVariantIsAStarOfItsOwnModel)
 {
     ASSERT_EQ(open_when(kTime, "operator_variant"), "");
     EXPECT_EQ(model(), "QX2040B");

@@ -1,6 +1,6 @@
 #!/bin/sh
-# check_exports.sh NM LIBRARY: the library exports device functions and their version, its control and the function that keeps
-# the machine from being restarted, nothing else.
+# check_exports.sh NM LIBRARY: the library exports the device functions and their version, its control
+# functions and the function that prevents a restart of the machine, nothing else.
 set -eu
 exports=$("$1" -D --defined-only "$2" | awk '{print $NF}')
 foreign=$(echo "$exports" | grep -Ev '^((devapi|simulated_gateway)_[A-Za-z0-9_]+|device_access_version|system)$' || true)

@@ -36,7 +36,7 @@ class ChildRouterRelayTest : public ServicesTest {
         return info;
     }
 
-    // The child router's answer; an object without anything when there is none.
+    // The child router's answer; an empty object when there is none.
     static nlohmann::json ask(const std::string &text, const char *method = kMethod)
     {
         char *answer = nullptr;
@@ -61,7 +61,7 @@ TEST_F(ChildRouterRelayTest, AChildRouterIsAddressedAsTheTopologyReportsIt)
     EXPECT_STREQ(router(1).RouterDeviceID, kAttic);
 }
 
-TEST_F(ChildRouterRelayTest, ANameMakesItAnotherName)
+TEST_F(ChildRouterRelayTest, ANameIsSet)
 {
     EXPECT_EQ(send({{"DeviceID", kAttic}, {"Name", "Dachboden – süd"}}), 0);
     EXPECT_STREQ(router(1).Name, "Dachboden – süd");
@@ -72,8 +72,8 @@ TEST_F(ChildRouterRelayTest, ANameMakesItAnotherName)
     EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Name", std::string(64, 'n')}}),
               "Name is longer than 63 bytes");
     EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Name", "a\nb"}}),
-              "Name holds control characters or is no UTF-8");
-    EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Name", 5}}), "Name is no text");
+              "Name contains control characters or is not UTF-8");
+    EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Name", 5}}), "Name is not a string");
 }
 
 TEST_F(ChildRouterRelayTest, TheIdentifierAloneRestartsIt)
@@ -82,7 +82,7 @@ TEST_F(ChildRouterRelayTest, TheIdentifierAloneRestartsIt)
     EXPECT_STREQ(router(0).UpTime, "1000");
     EXPECT_EQ(send({{"DeviceID", kFirstFloor}}), 0);
     EXPECT_STREQ(router(0).NetStatus, "0");
-    EXPECT_STREQ(router(1).NetStatus, "0"); // it hangs from the first
+    EXPECT_STREQ(router(1).NetStatus, "0"); // it is attached to the first
     EXPECT_STREQ(host(kPrinter).NetStatus, "0");
     EXPECT_EQ(refused({{"DeviceID", kFirstFloor}}), "3C:6A:D2:22:81:40 is offline");
 
@@ -99,7 +99,7 @@ TEST_F(ChildRouterRelayTest, TheIdentifierAloneRestartsIt)
     EXPECT_STREQ(router(0).UpTime, "0");
 }
 
-TEST_F(ChildRouterRelayTest, ARecoveryBringsBackItsNameAsWell)
+TEST_F(ChildRouterRelayTest, ARecoveryRestoresItsNameAsWell)
 {
     EXPECT_EQ(send({{"DeviceID", kAttic}, {"Name", "Roof"}}), 0);
     EXPECT_EQ(send({{"DeviceID", kAttic}, {"Recovery", "1"}}), 0);
@@ -109,7 +109,7 @@ TEST_F(ChildRouterRelayTest, ARecoveryBringsBackItsNameAsWell)
     ASSERT_EQ(open_when(kTime + 45), "");
     EXPECT_STREQ(router(1).NetStatus, "1");
     EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Recovery", "0"}}), R"(Recovery "0" is none of "1")");
-    EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Recovery", true}}), "Recovery is no text");
+    EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Recovery", true}}), "Recovery is not a string");
 }
 
 TEST_F(ChildRouterRelayTest, ADeviceIsSetAtItsRouter)
@@ -125,7 +125,7 @@ TEST_F(ChildRouterRelayTest, ADeviceIsSetAtItsRouter)
     EXPECT_STREQ(host(kPrinter).DevType, "Other");
     EXPECT_STREQ(host(kPrinter).ByName, "Laser");
     EXPECT_STREQ(host(kPrinter).AccessEnable, "0");
-    // What is not given stays.
+    // Absent keys leave their settings unchanged.
     EXPECT_EQ(send({{"DeviceID", kFirstFloor}, {"Mac", kPrinterMac}, {"AccessEnable", "1"}}), 0);
     EXPECT_STREQ(host(kPrinter).ByName, "Laser");
     EXPECT_STREQ(host(kPrinter).AccessEnable, "1");
@@ -146,15 +146,15 @@ TEST_F(ChildRouterRelayTest, WrongDeviceSettingsAreRefused)
         return command;
     };
     EXPECT_EQ(refused(with("Mac", "48:D6:D5:90:3C:11")),
-              "48:D6:D5:90:3C:11 is no device of 3C:6A:D2:22:81:40");
+              "48:D6:D5:90:3C:11 is not a device of 3C:6A:D2:22:81:40");
     EXPECT_EQ(refused(with("Mac", "11:22:33:44:55:66")), "there is no device 11:22:33:44:55:66");
-    EXPECT_EQ(refused(with("Mac", "")), "Mac \"\" is no MAC address");
-    EXPECT_EQ(refused(with("Mac", nullptr)), "Mac is no text");
+    EXPECT_EQ(refused(with("Mac", "")), "Mac \"\" is not a MAC address");
+    EXPECT_EQ(refused(with("Mac", nullptr)), "Mac is not a string");
     EXPECT_NE(refused(with("DevType", "Robot")).find("DevType \"Robot\" is none of"),
               std::string::npos);
     EXPECT_EQ(refused(with("ByName", std::string(32, 'b'))), "ByName is longer than 31 bytes");
     EXPECT_EQ(refused(with("AccessEnable", "2")), R"(AccessEnable "2" is none of "0", "1")");
-    EXPECT_EQ(refused(with("AccessEnable", 1)), "AccessEnable is no text");
+    EXPECT_EQ(refused(with("AccessEnable", 1)), "AccessEnable is not a string");
     EXPECT_EQ(refused(with("NetMonopoly", "1")), R"(NetMonopoly "1" is none of "0")");
 }
 
@@ -165,12 +165,12 @@ TEST_F(ChildRouterRelayTest, ACommandHasTheKeysOfOneOnly)
     EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Reboot", "1"}}),
               "no command for a child router has the key \"Reboot\"");
     EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Name", "Roof"}, {"Mac", kPrinterMac}}),
-              "no command for a child router has the key \"Name\" beside Mac");
+              "no command for a child router has the key \"Name\" together with Mac");
     EXPECT_EQ(refused({{"DeviceID", kAttic}, {"Name", "Roof"}, {"Recovery", "1"}}),
-              "no command for a child router has the key \"Recovery\" beside Name");
+              "no command for a child router has the key \"Recovery\" together with Name");
 }
 
-TEST_F(ChildRouterRelayTest, OnlyAChildRouterThatIsThereCanBeTold)
+TEST_F(ChildRouterRelayTest, OnlyAReachableChildRouterTakesCommands)
 {
     EXPECT_EQ(refused({{"DeviceID", "3C6AD2228141"}}), "there is no child router \"3C6AD2228141\"");
     EXPECT_EQ(refused({{"DeviceID", "3C:6A:D2:22:81:40"}}),
@@ -178,7 +178,7 @@ TEST_F(ChildRouterRelayTest, OnlyAChildRouterThatIsThereCanBeTold)
     EXPECT_EQ(refused({{"DeviceID", "3C6AD2104F20"}}), // the main router
               "there is no child router \"3C6AD2104F20\"");
     EXPECT_EQ(refused({{"DeviceID", ""}}), "there is no child router \"\"");
-    EXPECT_EQ(refused({{"DeviceID", 14}}), "DeviceID is no text");
+    EXPECT_EQ(refused({{"DeviceID", 14}}), "DeviceID is not a string");
     EXPECT_EQ(refused({{"Name", "Roof"}}), "DeviceID is missing");
     EXPECT_EQ(refused(nlohmann::json::object()), "DeviceID is missing");
 
@@ -196,13 +196,13 @@ TEST_F(ChildRouterRelayTest, OnlyAChildRouterThatIsThereCanBeTold)
     EXPECT_EQ(reason(), "there is no child router \"3C6AD2228180\"");
 }
 
-TEST_F(ChildRouterRelayTest, WhateverIsNoCommandIsRefused)
+TEST_F(ChildRouterRelayTest, AnythingButACommandIsRefused)
 {
     EXPECT_EQ(refused(std::string()), "is empty");
-    EXPECT_EQ(refused(std::string("[]")), "the command is no object");
-    EXPECT_EQ(refused(std::string("\"DeviceID\"")), "the command is no object");
+    EXPECT_EQ(refused(std::string("[]")), "the command is not an object");
+    EXPECT_EQ(refused(std::string("\"DeviceID\"")), "the command is not an object");
     EXPECT_EQ(refused(std::string(R"({"DeviceID":"3C6AD2228140","DeviceID":"3C6AD2228180"})")),
-              "/DeviceID: stands twice");
+              "/DeviceID: is repeated");
     for (const std::string &text :
          {std::string("{"), std::string("reboot"), std::string("\0{}", 3),
           R"({"DeviceID":"3C6AD2228140"} {})"s, "{\"DeviceID\":\"\xff\"}"s}) {
@@ -265,7 +265,7 @@ TEST_F(ChildRouterRelayTest, NoOtherQuestionIsAnswered)
         EXPECT_EQ(ask(command, method), nlohmann::json::object());
     }
     EXPECT_EQ(ask(R"({"DeviceID":5})"), nlohmann::json::object());
-    EXPECT_EQ(reason(), "DeviceID is no text");
+    EXPECT_EQ(reason(), "DeviceID is not a string");
     EXPECT_EQ(ask("{"), nlohmann::json::object());
     EXPECT_EQ(ask(""), nlohmann::json::object());
     EXPECT_EQ(ask(R"({"DeviceID":"3C6AD2104F20"})"), nlohmann::json::object());

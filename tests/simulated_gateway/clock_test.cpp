@@ -1,4 +1,4 @@
-// A clock near the end of what 64 bits hold: times that lie beyond it never come.
+// A clock near the end of the 64-bit range: times beyond it are never reached.
 #include "services_fixture.h"
 
 namespace {

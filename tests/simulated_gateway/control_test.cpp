@@ -66,7 +66,7 @@ TEST_F(ControlTest, AHostThatDoesNotOpenGetsTheGatewayOfTheEnvironment)
     EXPECT_EQ(json_of(path("state")).at("scenario"), "home");
 }
 
-TEST_F(ControlTest, AnOptionGoesBeforeTheEnvironment)
+TEST_F(ControlTest, AnOptionOverridesTheEnvironment)
 {
     setenv("SIMULATED_GATEWAY_SCENARIO", "castle", 1);
     setenv("SIMULATED_GATEWAY_FAULTS", "devapi_get_sn_info=-1", 1);
@@ -75,7 +75,7 @@ TEST_F(ControlTest, AnOptionGoesBeforeTheEnvironment)
     EXPECT_EQ(call(), 0);
 }
 
-TEST_F(ControlTest, ABadEnvironmentIsSaidOnceAndFailsEveryCall)
+TEST_F(ControlTest, AnInvalidEnvironmentIsReportedOnceAndFailsEveryCall)
 {
     setenv("SIMULATED_GATEWAY_FAULTS", "devapi_get_sn_info=-1,", 1);
     testing::internal::CaptureStderr();
@@ -105,7 +105,7 @@ TEST_F(ControlTest, TheClockOfTheEnvironmentStandsStill)
     EXPECT_NE(json_of(path("state")).at("boot_time"), 1767225600);
 }
 
-TEST_F(ControlTest, ATimeThatIsNoneIsAnError)
+TEST_F(ControlTest, AnInvalidTimeIsAnError)
 {
     for (const char *time : {"now", "-1", "1.5", "12 ", "99999999999999999999"}) {
         setenv("SIMULATED_GATEWAY_TIME", time, 1);

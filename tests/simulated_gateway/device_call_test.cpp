@@ -1,4 +1,4 @@
-// Device functions of the test's own, made of the parts that all device functions are made of.
+// Device functions of this test, built from what all device functions share.
 #include "core/device_call.h"
 
 #include "core/gateway.h"
@@ -63,7 +63,7 @@ class DeviceCallTest : public GatewayTest {
     }
 };
 
-TEST_F(DeviceCallTest, WhatASettingChangesAQueryReports)
+TEST_F(DeviceCallTest, AQueryReportsWhatASettingChanged)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     const WifiRecord change = {1, "Attic", "blackbird"};
@@ -102,7 +102,7 @@ TEST_F(DeviceCallTest, ASettingThatTheModelForbidsFailsWithItsReason)
     EXPECT_STREQ(wifi().name, "Lindenh");
 }
 
-TEST_F(DeviceCallTest, ASettingThatCannotBeSavedFailsAndIsTakenBack)
+TEST_F(DeviceCallTest, ASettingThatCannotBeSavedFailsAndIsUndone)
 {
     ASSERT_EQ(open({.state_file = path("state"), .trace = path("trace")}), "");
     const std::string before = read(path("state"));
@@ -117,7 +117,7 @@ TEST_F(DeviceCallTest, ASettingThatCannotBeSavedFailsAndIsTakenBack)
     EXPECT_STREQ(wifi().name, "Attic");
 }
 
-TEST_F(DeviceCallTest, SecretsAreMaskedUnlessAskedFor)
+TEST_F(DeviceCallTest, SecretsAreMaskedUnlessRequested)
 {
     const WifiRecord change = {1, "Attic", "blackbird"};
     ASSERT_EQ(open({.trace = path("trace")}), "");

@@ -18,7 +18,7 @@ class DeviceIdentityTest : public GatewayTest {
     }
 };
 
-TEST_F(DeviceIdentityTest, AnswersSerialNumberAndKind)
+TEST_F(DeviceIdentityTest, ReturnsSerialNumberAndType)
 {
     ASSERT_EQ(open({}), "");
     SnInfo info = {};
@@ -28,7 +28,7 @@ TEST_F(DeviceIdentityTest, AnswersSerialNumberAndKind)
     EXPECT_STREQ(info.DeviceType, "HGU-AX3000");
 }
 
-TEST_F(DeviceIdentityTest, AFieldWithoutAValueSaysNull)
+TEST_F(DeviceIdentityTest, AFieldWithoutAValueIsNull)
 {
     ASSERT_EQ(open({}), "");
     SystemInfo info = {};
@@ -38,7 +38,7 @@ TEST_F(DeviceIdentityTest, AFieldWithoutAValueSaysNull)
     EXPECT_STREQ(info.Cardno, "NULL");
 }
 
-TEST_F(DeviceIdentityTest, TheDefaultHomeIsTheOneOfTheProtocolsExamples)
+TEST_F(DeviceIdentityTest, TheDefaultHomeIsThatOfTheProtocolsExamples)
 {
     ASSERT_EQ(open({.trace = path("trace")}), "");
     SnInfo sn = {};
@@ -56,7 +56,7 @@ TEST_F(DeviceIdentityTest, TheDefaultHomeIsTheOneOfTheProtocolsExamples)
     }
 }
 
-TEST_F(DeviceIdentityTest, ReportsWhatTheScenarioTells)
+TEST_F(DeviceIdentityTest, ReportsWhatTheScenarioContains)
 {
     nlohmann::json home = house();
     home["identity"]["card"] = "SIM";

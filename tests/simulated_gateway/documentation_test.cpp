@@ -1,4 +1,4 @@
-// The page for those who write scenarios has to name every field of the model.
+// The page on writing scenarios has to name every field of the model.
 #include "model/model.h"
 
 #include <fstream>

@@ -38,7 +38,7 @@ TEST_F(FaultPlanTest, AFaultedCallTouchesNoRecord)
     EXPECT_EQ(std::memcmp(&info, &before, sizeof(info)), 0);
 }
 
-TEST_F(FaultPlanTest, AFaultMayTakeItsTime)
+TEST_F(FaultPlanTest, AFaultMayDelayTheCall)
 {
     ASSERT_EQ(open({.faults = {"devapi_get_sn_info=-1@60ms"}, .trace = path("trace")}), "");
     EXPECT_EQ(call(), -1);
@@ -73,18 +73,18 @@ TEST_F(FaultPlanTest, MalformedFaultsAreQuoted)
         {"devapi_get_sn_info=-1*0", "the count is not within 1 to 2147483647"},
         {"devapi_get_sn_info=-1*-2", "the count is not within 1 to 2147483647"},
         {"devapi_get_sn_info=-1@", "the delay is missing"},
-        {"devapi_get_sn_info=-1@5", "the delay needs \"ms\" behind it"},
+        {"devapi_get_sn_info=-1@5", "the delay needs \"ms\" after it"},
         {"devapi_get_sn_info=-1@-5ms", "the delay is not within 0 to 3600000"},
         {"devapi_get_sn_info=-1@9999999ms", "the delay is not within 0 to 3600000"},
-        {"devapi_get_sn_info=-1@5ms*2", "there is something behind the end, \"*2\""},
-        {"devapi_get_sn_info=-1 ", "there is something behind the end, \" \""},
+        {"devapi_get_sn_info=-1@5ms*2", "there is extra text at the end, \"*2\""},
+        {"devapi_get_sn_info=-1 ", "there is extra text at the end, \" \""},
     };
     for (const auto &[fault, complaint] : malformed) {
         EXPECT_EQ(open({.faults = {fault}}), "fault \"" + std::string(fault) + "\": " + complaint);
     }
 }
 
-TEST_F(FaultPlanTest, AFaultThatNothingReachesIsAnError)
+TEST_F(FaultPlanTest, AnUnreachableFaultIsAnError)
 {
     EXPECT_EQ(
         open({.faults = {"devapi_get_sn_info=-1", "devapi_get_sn_info=5"}}),

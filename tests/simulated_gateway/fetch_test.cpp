@@ -1,4 +1,4 @@
-// Where images come from: addresses, servers that behave, and servers that do not.
+// Fetching images: addresses, and servers that behave correctly or misbehave.
 #include "firmware_fixture.h"
 
 #include <arpa/inet.h>
@@ -19,7 +19,7 @@ class FetchTest : public FirmwareTest {
     }
     std::string downloaded() const { return read(path("state.firmware/downloaded.image")); }
     size_t requests() const { return server_.requests().size(); }
-    // What the last request asked for, behind its path.
+    // What follows the path in the last request.
     std::string last_range() const
     {
         const std::string request = server_.requests().back();
@@ -39,7 +39,7 @@ TEST_F(FetchTest, ByHttpFromAFileAndThroughARedirect)
     }
 }
 
-TEST_F(FetchTest, ByHttpsFromWhomIsTrusted)
+TEST_F(FetchTest, ByHttpsFromATrustedServer)
 {
     const HttpServer secure(path(""), HttpServer::Protocol::kHttps);
     const std::string address = secure.address("new.image");
@@ -54,10 +54,10 @@ TEST_F(FetchTest, ByHttpsFromWhomIsTrusted)
     EXPECT_NE(refusal(address).find(path("none")), std::string::npos) << reason();
 }
 
-TEST_F(FetchTest, AddressesThatAreNoneAreRefused)
+TEST_F(FetchTest, InvalidAddressesAreRefused)
 {
     mkfifo(path("pipe").c_str(), 0600);
-    const std::string bad_form = "the address does not hold: ";
+    const std::string bad_form = "the address is invalid: ";
     const std::string bad_scheme = bad_form + "its scheme is none of http, https, file";
     const struct {
         std::string address;
@@ -65,8 +65,8 @@ TEST_F(FetchTest, AddressesThatAreNoneAreRefused)
     } wrong_addresses[] = {
         {"", "the address is empty"},
         {"http://127.0.0.1/" + std::string(1 << 20, 'a'), "the address is longer than 2047 bytes"},
-        {"http://127.0.0.1/a\nb", "the address holds control characters or is no UTF-8"},
-        {"http://127.0.0.1/\xff", "the address holds control characters or is no UTF-8"},
+        {"http://127.0.0.1/a\nb", "the address contains control characters or is not UTF-8"},
+        {"http://127.0.0.1/\xff", "the address contains control characters or is not UTF-8"},
         {"http://127.0.0.1/new image", bad_form},
         {"; rm -rf /", bad_form + "Bad scheme"},
         {"127.0.0.1/new.image", bad_form + "Bad scheme"},
@@ -153,7 +153,7 @@ TEST_F(FetchTest, SecretsStayOutOfTheTraceHoweverTheAddressIsWritten)
     EXPECT_EQ(read(path("trace")).find("geheim"), std::string::npos);
 }
 
-TEST_F(FetchTest, SecretsOfAnAddressAreNotKeptBesideTheImage)
+TEST_F(FetchTest, SecretsOfAnAddressAreNotKeptWithTheImage)
 {
     std::string address = server_.address("cut/new.image?key=geheim");
     address.insert(std::string("http://").size(), "anna:geheim@");
@@ -173,7 +173,7 @@ TEST_F(FetchTest, WithoutAFolderNoFileIsFetched)
     without_folder.firmware_folder = "";
     ASSERT_EQ(reopen(without_folder), "");
     for (const std::string &file : {path("new.image"), path("none"), std::string("/etc/shadow")}) {
-        EXPECT_EQ(refusal("file://" + file), "the address does not hold: file is for a gateway "
+        EXPECT_EQ(refusal("file://" + file), "the address is invalid: file is for a gateway "
                                              "with a firmware folder");
     }
     setenv("SIMULATED_GATEWAY_FIRMWARE_FOLDER", path("").c_str(), 1);
@@ -181,7 +181,7 @@ TEST_F(FetchTest, WithoutAFolderNoFileIsFetched)
     EXPECT_EQ(devapi_download_image(("file://" + path("new.image")).c_str(), 0), 0);
 }
 
-TEST_F(FetchTest, AFileHasToLieBelowTheFolderBehindAllLinks)
+TEST_F(FetchTest, AFileHasToBeInTheFolderAfterResolvingLinks)
 {
     namespace fs = std::filesystem;
     fs::create_directories(path("images/deep"));
@@ -203,18 +203,18 @@ TEST_F(FetchTest, AFileHasToLieBelowTheFolderBehindAllLinks)
         EXPECT_EQ(devapi_download_image(("file://" + path(name)).c_str(), 0), 0)
             << name << ": " << reason();
     }
-    // What there is cannot be told from what there is not.
+    // Existing and missing files cannot be told apart.
     for (const char *name :
          {"secret", "none", "images/link_outside", "images/folder_outside/secret",
           "images/../secret", "images/%2e%2e/secret", "images/link_to_nowhere",
           "images_of_others/secret", "images", "images/deep", "images/own/"}) {
         EXPECT_EQ(refusal("file://" + path(name)),
-                  "the address does not hold: no such file in the firmware folder")
+                  "the address is invalid: no such file in the firmware folder")
             << name;
     }
 }
 
-TEST_F(FetchTest, AFolderThatIsNoneIsAnError)
+TEST_F(FetchTest, AnInvalidFolderIsAnError)
 {
     const struct {
         std::string folder;
@@ -231,7 +231,7 @@ TEST_F(FetchTest, AFolderThatIsNoneIsAnError)
     }
 }
 
-TEST_F(FetchTest, AnAnswerThatIsNoSuccessIsAFailure)
+TEST_F(FetchTest, AnUnsuccessfulAnswerIsAFailure)
 {
     for (const int status : {204, 304, 401, 403, 404, 500, 503}) {
         EXPECT_EQ(refusal(server_.address("status/" + std::to_string(status))),
@@ -257,7 +257,7 @@ TEST_F(FetchTest, RedirectsEndAndLeadToServersOnly)
     EXPECT_FALSE(std::filesystem::exists(path("state.firmware/downloaded.image")));
 }
 
-TEST_F(FetchTest, ANobodyThatAnswersIsAFailure)
+TEST_F(FetchTest, AnUnreachableServerIsAFailure)
 {
     const int taken = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = {};
@@ -270,7 +270,7 @@ TEST_F(FetchTest, ANobodyThatAnswersIsAFailure)
     EXPECT_NE(refusal("http://" + host + "/new.image").find("Failed to connect"), std::string::npos)
         << reason();
 
-    // One that takes the connection and says nothing: no secure connection comes about.
+    // One that accepts the connection and sends nothing: the TLS handshake times out.
     ASSERT_EQ(listen(taken, 1), 0);
     set_limit("CONNECT_TIMEOUT", "1");
     ASSERT_EQ(reopen(options()), "");
@@ -279,7 +279,7 @@ TEST_F(FetchTest, ANobodyThatAnswersIsAFailure)
     ::close(taken);
 }
 
-TEST_F(FetchTest, ADownloadThatStandsStillIsGivenUp)
+TEST_F(FetchTest, AStalledDownloadIsGivenUp)
 {
     set_limit("STALL_TIMEOUT", "1");
     ASSERT_EQ(reopen(options()), "");
@@ -291,7 +291,7 @@ TEST_F(FetchTest, ADownloadThatStandsStillIsGivenUp)
     EXPECT_EQ(fetch("hold/new.image"), 0);
 }
 
-TEST_F(FetchTest, ABrokenDownloadGoesOnWhereItEnded)
+TEST_F(FetchTest, ABrokenDownloadResumesWhereItEnded)
 {
     EXPECT_NE(refusal(server_.address("cut/new.image")), "");
     EXPECT_TRUE(has_partial());
@@ -303,7 +303,7 @@ TEST_F(FetchTest, ABrokenDownloadGoesOnWhereItEnded)
     EXPECT_FALSE(has_partial());
 }
 
-TEST_F(FetchTest, ABrokenDownloadGoesOnByDateWhereThereIsNoTag)
+TEST_F(FetchTest, ABrokenDownloadResumesByDateWithoutATag)
 {
     EXPECT_NE(refusal(server_.address("cut/no-etag/last-modified/new.image")), "");
     EXPECT_EQ(fetch("cut/no-etag/last-modified/new.image"), 0);
@@ -311,14 +311,14 @@ TEST_F(FetchTest, ABrokenDownloadGoesOnByDateWhereThereIsNoTag)
     EXPECT_EQ(downloaded(), make_image());
 }
 
-TEST_F(FetchTest, WithoutANameForItsVersionAnImageIsFetchedAnew)
+TEST_F(FetchTest, WithoutTagOrDateADownloadStartsAgain)
 {
     EXPECT_NE(refusal(server_.address("cut-once/no-etag/new.image")), "");
     EXPECT_EQ(fetch("cut-once/no-etag/new.image"), 0);
     EXPECT_EQ(last_range(), "");
 }
 
-TEST_F(FetchTest, AnotherAddressStartsAnew)
+TEST_F(FetchTest, ANewAddressStartsAgain)
 {
     EXPECT_NE(refusal(server_.address("cut/new.image")), "");
     EXPECT_EQ(fetch("new.image"), 0);
@@ -326,8 +326,8 @@ TEST_F(FetchTest, AnotherAddressStartsAnew)
     EXPECT_EQ(downloaded(), make_image());
 }
 
-// Each with a server whose file is another one when the download goes on.
-TEST_F(FetchTest, AnImageThatHasChangedStartsAnew)
+// Each with a server whose file has changed when the download resumes.
+TEST_F(FetchTest, AChangedImageStartsAgain)
 {
     const std::string changed = make_image({.version = "V4.0.0", .payload_size = 120'000});
     for (const std::string behaviour :
@@ -342,7 +342,7 @@ TEST_F(FetchTest, AnImageThatHasChangedStartsAnew)
     }
 }
 
-TEST_F(FetchTest, AServerThatCannotGoOnSendsItWhole)
+TEST_F(FetchTest, AServerWithoutRangesSendsTheWholeImage)
 {
     for (const std::string behaviour : {"no-range/", "wrong-range/"}) {
         EXPECT_NE(refusal(server_.address("cut-once/" + behaviour + "new.image")), "");
@@ -351,7 +351,7 @@ TEST_F(FetchTest, AServerThatCannotGoOnSendsItWhole)
     }
 }
 
-TEST_F(FetchTest, AnImageThatHasShrunkStartsAnew)
+TEST_F(FetchTest, AShorterImageStartsAgain)
 {
     EXPECT_NE(refusal(server_.address("cut-once/ignore-if-range/new.image")), "");
     const std::string shorter = make_image({.payload_size = 1000});
@@ -361,10 +361,10 @@ TEST_F(FetchTest, AnImageThatHasShrunkStartsAnew)
     EXPECT_EQ(downloaded(), shorter);
 }
 
-TEST_F(FetchTest, ALengthThatIsNotTheAnnouncedOneIsAFailure)
+TEST_F(FetchTest, ALengthOtherThanAnnouncedIsAFailure)
 {
     EXPECT_NE(refusal(server_.address("less/new.image")).find("1000"), std::string::npos);
-    // All of it is there already, and the server has nothing to add: it is asked anew.
+    // All bytes are there already and the server has nothing to add: the download starts again.
     EXPECT_NE(refusal(server_.address("less/new.image")), "");
     EXPECT_EQ(last_range(), "");
     EXPECT_EQ(refusal(server_.address("more/new.image")),
@@ -373,7 +373,7 @@ TEST_F(FetchTest, ALengthThatIsNotTheAnnouncedOneIsAFailure)
     EXPECT_EQ(fetch("new.image"), 0);
 }
 
-TEST_F(FetchTest, WhatWasLeftOfADownloadIsNotTrusted)
+TEST_F(FetchTest, ThePartialFileOfADownloadIsNotTrusted)
 {
     EXPECT_NE(refusal(server_.address("cut/new.image")), "");
     std::string part = read(path("state.firmware/download.part"));
@@ -397,7 +397,7 @@ TEST_F(FetchTest, WhatWasLeftOfADownloadIsNotTrusted)
     spoil("download.part.origin", "something else");
 }
 
-TEST_F(FetchTest, LimitsThatAreNoneAreErrors)
+TEST_F(FetchTest, InvalidLimitsAreErrors)
 {
     const struct {
         const char *name;

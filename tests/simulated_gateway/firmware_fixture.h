@@ -1,5 +1,5 @@
-// A gateway with a trace and a state file, a web server with the files of the test's folder, and
-// images for them.
+// A gateway with a trace and a state file, a web server for the files of the test's folder, and
+// images for both.
 #pragma once
 
 #include "gateway_fixture.h"
@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-// An image for the scenario's router, as a text.
+// An image for the scenario's router, as a string of bytes.
 struct ImageOptions {
     std::string product = "HGU-AX3000";
     std::string version = "V3.2.0";
@@ -23,26 +23,26 @@ class FirmwareTest : public GatewayTest {
   protected:
     FirmwareTest();
 
-    // Files of the test's folder can be fetched as well.
+    // file: addresses in the test's folder are allowed as well.
     Options options() const
     {
         return {.state_file = path("state"), .trace = path("trace"), .firmware_folder = path("")};
     }
-    // Has the variable only for gateways that are opened from now on.
+    // Sets the variable for gateways that are opened from now on.
     static void set_limit(const std::string &name, const std::string &value);
 
-    // Makes an Ed25519 key in the file, and its public one in NAME.pub.
+    // Writes a new Ed25519 key to the file, and its public key to NAME.pub.
     void make_key(const std::string &name) const;
     static void run_openssl(std::vector<std::string> words);
 
-    // Downloads, which has to fail. Result: why it did.
+    // A download that has to fail. Result: the reason.
     std::string refusal(const std::string &address) const;
-    // Flashes what was downloaded and restarts. Result: the version that runs then.
+    // Flashes the downloaded image and restarts. Result: the version that runs then.
     static std::string version_after_flash();
-    // The version that runs, the same wherever it is asked for.
+    // The running version, which every function has to report.
     static std::string version();
 
-    // Whether anything is left of a download that is not whole.
+    // Whether a partial download is left.
     bool has_partial() const
     {
         return std::filesystem::exists(path("state.firmware/download.part"));

@@ -1,5 +1,5 @@
 // A process that is killed while it downloads, flashes and restarts leaves a gateway that runs one
-// of the firmwares, whole.
+// complete firmware.
 #include "firmware_fixture.h"
 #include "process_fixture.h"
 #include "sample.h"
@@ -29,8 +29,8 @@ class FirmwareKillTest : public FirmwareTest {
         }
     }
 
-    // What runs after a kill and what a restart makes of it; and that nothing is in the way of the
-    // next image, also of one whose download broke off.
+    // Checks what runs after a kill and after a restart, and that the next image can be installed,
+    // even after a download that was interrupted.
     struct Versions {
         std::string before;
         std::string after;
@@ -51,9 +51,9 @@ class FirmwareKillTest : public FirmwareTest {
     }
 };
 
-TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneFirmwareWhole)
+TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneCompleteFirmware)
 {
-    // By the dots that were said: open, first flash, second flash, power cycle.
+    // By the number of dots printed: open, first flash, second flash, power cycle.
     const std::vector<std::string> may_run_before[] = {
         {"V2.4.1"}, {"V2.4.1"}, {"V2.4.1"}, {"V2.4.1", "V4"}, {"V4"}};
     // While the second image replaces the first, neither is complete for a moment.
@@ -79,8 +79,8 @@ TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneFirmwareWhole)
             << versions.after << " after " << dots << " dots";
         ASSERT_FALSE(HasFailure());
     }
-    // Opening and closing save, and so do two flashes and a power cycle, with six steps each; the
-    // rest is work on images.
+    // Opening, closing, two flashes and a power cycle save with six steps each; the other steps
+    // write images.
     EXPECT_GT(step, 5 * 6 + 2 * 20);
     const auto requests = server_.requests();
     EXPECT_TRUE(std::ranges::any_of(requests, [](auto &it) {
@@ -88,7 +88,7 @@ TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneFirmwareWhole)
     })) << "no download went on where a kill had ended it";
 }
 
-TEST_F(FirmwareKillTest, AKillAtAnyMomentLeavesOneFirmwareWhole)
+TEST_F(FirmwareKillTest, AKillAtAnyMomentLeavesOneCompleteFirmware)
 {
     constexpr int kills = 20;
     for (int times = 0; times < kills; times += sample_of(3)) {

@@ -1,4 +1,4 @@
-// When the router may update itself, and the log that it sends.
+// The update schedule of the router, and the upload of its log.
 #include "firmware_fixture.h"
 
 #include <thread>
@@ -40,7 +40,7 @@ class FirmwareMaintenanceTest : public FirmwareTest {
     {
         return devapi_get_hg_log(address.c_str(), type.c_str(), mac.c_str());
     }
-    // Sends, which has to fail. Result: why it did.
+    // An upload that has to fail. Result: the reason.
     std::string log_refusal(const std::string &address, const std::string &type = "system",
                             const std::string &mac = kMac) const
     {
@@ -66,7 +66,7 @@ TEST_F(FirmwareMaintenanceTest, AScheduleIsReportedAndKept)
     EXPECT_EQ(kept(), "1 2:0 4:0");
 }
 
-TEST_F(FirmwareMaintenanceTest, AHomeWithoutTimesHasNone)
+TEST_F(FirmwareMaintenanceTest, AHomeWithoutAScheduleHasNone)
 {
     Options single = options();
     single.scenario = "single_router";
@@ -75,7 +75,7 @@ TEST_F(FirmwareMaintenanceTest, AHomeWithoutTimesHasNone)
     EXPECT_EQ(kept(), "0 NULL:NULL NULL:NULL");
 }
 
-TEST_F(FirmwareMaintenanceTest, AScheduleThatIsNoneIsRefused)
+TEST_F(FirmwareMaintenanceTest, AnInvalidScheduleIsRefused)
 {
     EXPECT_EQ(refusal(schedule("2", "1", "0", "2", "0")), "Enable \"2\" is none of \"0\", \"1\"");
     EXPECT_EQ(refusal(schedule("", "1", "0", "2", "0")), "Enable \"\" is none of \"0\", \"1\"");
@@ -84,13 +84,13 @@ TEST_F(FirmwareMaintenanceTest, AScheduleThatIsNoneIsRefused)
     EXPECT_EQ(refusal(schedule("1", "1", "0", "-1", "0")), "EndHour -1 is not within 0 to 23");
     EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "60")), "EndMinute 60 is not within 0 to 59");
     EXPECT_EQ(refusal(schedule("0", "1", "0", "2", "60")), "EndMinute 60 is not within 0 to 59");
-    EXPECT_EQ(refusal(schedule("1", "", "0", "2", "0")), "StartHour is no number");
-    EXPECT_EQ(refusal(schedule("1", "1", "0", "NULL", "0")), "EndHour is no number");
-    EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "3 ")), "EndMinute is no number");
+    EXPECT_EQ(refusal(schedule("1", "", "0", "2", "0")), "StartHour is not a number");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "NULL", "0")), "EndHour is not a number");
+    EXPECT_EQ(refusal(schedule("1", "1", "0", "2", "3 ")), "EndMinute is not a number");
     EXPECT_EQ(refusal(schedule("1", "2", "30", "2", "30")),
-              "/home/update_schedule: needs a start and another end");
+              "/home/update_schedule: needs a start and a different end");
     UpdateSchedule overfull = schedule("1", "1", "0", "2", "0");
-    fill_to_the_brim(overfull.EndMinute, '1');
+    fill_completely(overfull.EndMinute, '1');
     EXPECT_EQ(refusal(overfull), "EndMinute 11111111 is not within 0 to 59");
     EXPECT_EQ(kept(), "1 2:0 4:0");
     EXPECT_EQ(devapi_set_update_schedule(nullptr), -1);
@@ -99,7 +99,7 @@ TEST_F(FirmwareMaintenanceTest, AScheduleThatIsNoneIsRefused)
 
 // ---- Log upload --------------------------------------------------------------------------------
 
-TEST_F(FirmwareMaintenanceTest, TheLogSaysWhatTheRouterIsAndWhatItDid)
+TEST_F(FirmwareMaintenanceTest, TheLogDescribesTheRouterAndItsCalls)
 {
     SystemInfo info = {};
     EXPECT_EQ(devapi_get_system_info(&info), 0);
@@ -124,7 +124,7 @@ TEST_F(FirmwareMaintenanceTest, TheLogSaysWhatTheRouterIsAndWhatItDid)
     EXPECT_EQ(log.substr(log.size() - 24), "us, an argument is null\n");
 }
 
-TEST_F(FirmwareMaintenanceTest, TheLogHasNoSecretsAlsoWhereTheTraceShowsThem)
+TEST_F(FirmwareMaintenanceTest, TheLogHasNoSecretsEvenIfTheTraceShowsThem)
 {
     Options with_secrets = options();
     with_secrets.show_secrets = true;
@@ -164,7 +164,7 @@ TEST_F(FirmwareMaintenanceTest, TheLogIsBounded)
     EXPECT_EQ(log.find("devapi_get_sn_info"), std::string::npos);
 }
 
-TEST_F(FirmwareMaintenanceTest, AFolderGetsAFileOfItsOwnForEachLog)
+TEST_F(FirmwareMaintenanceTest, AFolderGetsASeparateFileForEachLog)
 {
     EXPECT_EQ(send(server_.address("logs/")), 0);
     EXPECT_EQ(send(server_.address(""), "../../etc/passwd?x=#%"), 0);
@@ -196,7 +196,7 @@ TEST_F(FirmwareMaintenanceTest, HttpsServersHaveToBeTrusted)
     EXPECT_EQ(secure.uploads().size(), 1u);
 }
 
-TEST_F(FirmwareMaintenanceTest, AnAnswerThatIsNoSuccessIsAFailure)
+TEST_F(FirmwareMaintenanceTest, AnUnsuccessfulAnswerIsAFailure)
 {
     for (const char *status : {"200", "201", "204"}) {
         EXPECT_EQ(send(server_.address(std::string("status/") + status)), 0) << reason();
@@ -206,14 +206,13 @@ TEST_F(FirmwareMaintenanceTest, AnAnswerThatIsNoSuccessIsAFailure)
                   std::string("the server answers with HTTP status ") + status);
     }
     EXPECT_FALSE(log_refusal(server_.address("cut/log.txt")).empty());
-    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")),
-              "the server does not stop answering");
+    EXPECT_EQ(log_refusal(server_.address("chatter/log.txt")), "the server's response is too long");
     EXPECT_FALSE(log_refusal("http://127.0.0.1:1/log.txt").empty());
 }
 
-TEST_F(FirmwareMaintenanceTest, WhatIsNoAddressOfTheWebIsRefused)
+TEST_F(FirmwareMaintenanceTest, OnlyWebAddressesAreAccepted)
 {
-    const std::string bad = "the address does not hold: ";
+    const std::string bad = "the address is invalid: ";
     EXPECT_EQ(log_refusal(""), "the address is empty");
     EXPECT_EQ(log_refusal("file://" + path("log.txt")), bad + "its scheme is none of http, https");
     EXPECT_EQ(log_refusal("ftp://127.0.0.1/log.txt"), bad + "its scheme is none of http, https");
@@ -221,24 +220,24 @@ TEST_F(FirmwareMaintenanceTest, WhatIsNoAddressOfTheWebIsRefused)
     EXPECT_EQ(log_refusal("http://127.0.0.1/" + std::string(1 << 20, 'a')),
               "the address is longer than 2047 bytes");
     EXPECT_EQ(log_refusal("http://127.0.0.1/\n"),
-              "the address holds control characters or is no UTF-8");
+              "the address contains control characters or is not UTF-8");
     EXPECT_FALSE(std::filesystem::exists(path("log.txt")));
 }
 
-TEST_F(FirmwareMaintenanceTest, ATypeOrAnAddressThatIsNoneIsRefused)
+TEST_F(FirmwareMaintenanceTest, AnInvalidTypeOrAddressIsRefused)
 {
     const std::string address = server_.address("logs/");
     EXPECT_EQ(log_refusal(address, ""), "log_type is empty");
     EXPECT_EQ(log_refusal(address, std::string(64, 'a')), "log_type is longer than 63 bytes");
-    EXPECT_EQ(log_refusal(address, "a\nb"), "log_type holds control characters or is no UTF-8");
-    EXPECT_EQ(log_refusal(address, "system", "../.."), "mac \"../..\" is no MAC address");
+    EXPECT_EQ(log_refusal(address, "a\nb"), "log_type contains control characters or is not UTF-8");
+    EXPECT_EQ(log_refusal(address, "system", "../.."), "mac \"../..\" is not a MAC address");
     EXPECT_EQ(devapi_get_hg_log(nullptr, "system", kMac), -1);
     EXPECT_EQ(devapi_get_hg_log(address.c_str(), nullptr, kMac), -1);
     EXPECT_EQ(devapi_get_hg_log(address.c_str(), "system", nullptr), -1);
     EXPECT_TRUE(server_.requests().empty());
 }
 
-TEST_F(FirmwareMaintenanceTest, AServerThatSaysNothingIsGivenUp)
+TEST_F(FirmwareMaintenanceTest, ASilentServerIsGivenUp)
 {
     set_limit("STALL_TIMEOUT", "1");
     ASSERT_EQ(reopen(options()), "");

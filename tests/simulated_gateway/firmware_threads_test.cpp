@@ -1,4 +1,4 @@
-// What goes on while an image is fetched or flashed.
+// Concurrent calls while an image is fetched or flashed.
 #include "firmware_fixture.h"
 
 #include <atomic>
@@ -10,7 +10,7 @@
 
 namespace {
 
-// Does not answer for the host slow.test until it is let.
+// Blocks the lookup of the host slow.test until it is released.
 enum Stage { kIdle, kAsked, kAnswered, kLeft };
 class NameServer {
   public:
@@ -34,7 +34,7 @@ class NameServer {
 
 } // namespace
 
-// In the place of the C library's.
+// Replaces the C library's function.
 extern "C" int getaddrinfo(const char *host, const char *service, const addrinfo *hints,
                            addrinfo **found)
 {
@@ -51,7 +51,7 @@ extern "C" int getaddrinfo(const char *host, const char *service, const addrinfo
 
 namespace {
 
-// What the gateway has reported.
+// The progress that the gateway has reported.
 class Reports {
   public:
     Reports() { simulated_gateway_on_progress(note, this); }
@@ -87,7 +87,7 @@ class Reports {
 
 class FirmwareThreadsTest : public FirmwareTest {
   protected:
-    // A download that is half-way, and stays there until the server lets go.
+    // Starts a download that stops half-way until the server is released.
     std::thread half_download(int32_t &result)
     {
         std::thread thread([&result, address = server_.address("hold/new.image")] {
@@ -108,7 +108,7 @@ void expect_rising(const std::vector<int32_t> &percents)
     }
 }
 
-TEST_F(FirmwareThreadsTest, ProgressRisesToAHundredOnceTheImageIsVerified)
+TEST_F(FirmwareThreadsTest, ProgressReachesAHundredOnceTheImageIsVerified)
 {
     ASSERT_EQ(open(options()), "");
     for (const std::string &address :
@@ -130,7 +130,7 @@ TEST_F(FirmwareThreadsTest, ProgressRisesToAHundredOnceTheImageIsVerified)
 
 TEST_F(FirmwareThreadsTest, ProgressDoesNotFallWhenADownloadStartsOver)
 {
-    // Large, so that there is something to report on the way.
+    // Large enough for progress reports during the download.
     write("large.image", make_image({.payload_size = 30'000'000}));
     ASSERT_EQ(open(options()), "");
     const std::string address = server_.address("cut/no-range/large.image");
@@ -144,7 +144,7 @@ TEST_F(FirmwareThreadsTest, ProgressDoesNotFallWhenADownloadStartsOver)
     }
 }
 
-TEST_F(FirmwareThreadsTest, NobodyIsToldAnyMoreOnceTheReportIsTakenBack)
+TEST_F(FirmwareThreadsTest, NoProgressIsReportedOnceTheCallbackIsRemoved)
 {
     ASSERT_EQ(open(options()), "");
     int32_t result = -1;
@@ -157,7 +157,7 @@ TEST_F(FirmwareThreadsTest, NobodyIsToldAnyMoreOnceTheReportIsTakenBack)
     EXPECT_TRUE(reports_.take().empty());
 }
 
-TEST_F(FirmwareThreadsTest, AReportMayCallTheDevice)
+TEST_F(FirmwareThreadsTest, AProgressCallbackMayCallTheDevice)
 {
     ASSERT_EQ(open(options()), "");
     int calls = 0;
@@ -186,7 +186,7 @@ TEST_F(FirmwareThreadsTest, OtherCallsGoOnAndASecondDownloadIsRefused)
     EXPECT_EQ(devapi_flash_update_image(server_.address("new.image").c_str()), -1);
     EXPECT_EQ(reason(), "another download is under way");
 
-    // What is flashed is the image that was whole last.
+    // The image that is flashed is the last complete one.
     write("new.image", "is not asked for any more");
     EXPECT_EQ(version_after_flash(), "V3.2.0");
 
@@ -198,7 +198,7 @@ TEST_F(FirmwareThreadsTest, OtherCallsGoOnAndASecondDownloadIsRefused)
     EXPECT_STREQ(info.Name, "Renamed");
 }
 
-TEST_F(FirmwareThreadsTest, ClosingEndsADownloadThatGoesOnLater)
+TEST_F(FirmwareThreadsTest, ClosingEndsADownloadThatResumesLater)
 {
     ASSERT_EQ(open(options()), "");
     int32_t result = 0;
@@ -242,7 +242,7 @@ TEST_F(FirmwareThreadsTest, ClosingDoesNotWaitForANameServer)
     name_server.await(kLeft);
 }
 
-TEST_F(FirmwareThreadsTest, AHostCanEndWhatIsUnderWayAndWhatComesLater)
+TEST_F(FirmwareThreadsTest, AHostCanEndCurrentAndLaterTransfers)
 {
     const std::string addresses[] = {
         server_.address("hold/new.image"), server_.address("hang/new.image"),
@@ -271,7 +271,7 @@ TEST_F(FirmwareThreadsTest, AHostCanEndWhatIsUnderWayAndWhatComesLater)
     simulated_gateway_end_transfers();
 }
 
-TEST_F(FirmwareThreadsTest, AReportMayCallTheDeviceWhileTheGatewayIsClosed)
+TEST_F(FirmwareThreadsTest, AProgressCallbackMayCallTheDeviceWhileTheGatewayIsClosed)
 {
     ASSERT_EQ(open(options()), "");
     std::atomic<bool> reported = false;
@@ -292,14 +292,14 @@ TEST_F(FirmwareThreadsTest, AReportMayCallTheDeviceWhileTheGatewayIsClosed)
     thread.join();
 }
 
-TEST_F(FirmwareThreadsTest, AFlashIsRefusedWhenItsSlotHasBeenStartedMeanwhile)
+TEST_F(FirmwareThreadsTest, AFlashIsRefusedWhenItsSlotHasStartedMeanwhile)
 {
     write("large.image", make_image({.version = "V4", .payload_size = 30'000'000}));
     ASSERT_EQ(open(options()), "");
     const auto download = [&](const std::string &name) {
         ASSERT_EQ(devapi_download_image(("file://" + path(name)).c_str(), 0), 0);
     };
-    // A flash may be done before the restart; then it was not this one.
+    // A flash may finish before the restart; then the race did not occur.
     bool refused = false;
     for (int times = 0; !refused && times < 20; ++times) {
         download("new.image");

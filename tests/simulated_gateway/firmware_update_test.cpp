@@ -1,4 +1,4 @@
-// From the download of an image to its start: what runs, what is kept, what is refused.
+// Download, flash and start of an image: what runs, what is kept, what is refused.
 #include "firmware_fixture.h"
 
 #include <sys/resource.h>
@@ -40,7 +40,7 @@ TEST_F(FirmwareUpdateTest, AFlashedImageRunsFromTheNextRestartOn)
     EXPECT_EQ(slots().at("next"), 2);
     EXPECT_EQ(read(path("state.firmware/slot_2.image")), make_image());
 
-    // Another process is no restart.
+    // Opening in another process is not a restart.
     ASSERT_EQ(reopen(options()), "");
     EXPECT_EQ(version(), "V2.4.1");
 
@@ -63,6 +63,38 @@ TEST_F(FirmwareUpdateTest, BothStepsInOne)
     EXPECT_EQ(devapi_flash_update_image(server_.address("none").c_str()), -1);
     EXPECT_EQ(reason(), "the server answers with HTTP status 404");
     EXPECT_EQ(devapi_flash_update_image(nullptr), -1);
+}
+
+TEST_F(FirmwareUpdateTest, ItsEndIsToldToTheHost)
+{
+    std::vector<std::string> told;
+    simulated_gateway_on_update(
+        [](const char *version, const char *reason, void *all) {
+            static_cast<std::vector<std::string> *>(all)->push_back(
+                version != nullptr ? version : std::string("failed: ") + reason);
+            EXPECT_NE(version == nullptr, reason == nullptr);
+        },
+        &told);
+    Options with_fault = options();
+    with_fault.faults = {"devapi_update_image=-1*1"};
+    ASSERT_EQ(open(with_fault), "");
+    EXPECT_EQ(devapi_update_image(), -1);
+    EXPECT_EQ(devapi_update_image(), -1);
+    EXPECT_EQ(download("none"), -1);
+    EXPECT_EQ(devapi_download_image(nullptr, 0), -1);
+    EXPECT_EQ(devapi_get_update_status_info(nullptr), -1) << "no step of an update";
+    EXPECT_EQ(download("new.image"), 0) << "not the end";
+    EXPECT_EQ(devapi_update_image(), 0);
+    EXPECT_EQ(devapi_flash_update_image(server_.address("new.image").c_str()), 0);
+    EXPECT_EQ(devapi_flash_update_image("ftp://127.0.0.1/new.image"), -1);
+    simulated_gateway_on_update(nullptr, nullptr);
+    EXPECT_EQ(download("none"), -1);
+    EXPECT_EQ(told,
+              (std::vector<std::string>{
+                  "failed: fault", "failed: no image was downloaded",
+                  "failed: the server answers with HTTP status 404", "failed: an argument is null",
+                  "V3.2.0", "V3.2.0",
+                  "failed: the address does not hold: its scheme is none of http, https, file"}));
 }
 
 TEST_F(FirmwareUpdateTest, TheSlotsTakeTurns)
@@ -117,7 +149,7 @@ TEST_F(FirmwareUpdateTest, WithoutADownloadNothingIsFlashed)
     EXPECT_EQ(slots().at("next"), 1);
 }
 
-TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
+TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
 {
     const std::string whole = make_image();
     std::string damaged = whole;
@@ -130,7 +162,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
         {"#!/bin/sh\n", "the image is none: it does not open with an image's magic"},
         {whole.substr(0, 403), "the image ends after 403 of 404 bytes"},
         {whole.substr(0, 99'999), "the image ends after 99999 of 100404 bytes"},
-        {whole + "x", "the image goes on behind the 100404 bytes that its header tells of"},
+        {whole + "x", "the image continues after the 100404 bytes given in its header"},
         {damaged, "the image is damaged: its SHA-256 is not the one in its header"},
         {make_image({.product = "MAP-AX1800"}),
          "the image is for \"MAP-AX1800\", not for \"HGU-AX3000\""},
@@ -147,7 +179,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
         EXPECT_EQ(devapi_update_image(), -1);
         EXPECT_EQ(devapi_flash_update_image(server_.address("wrong.image").c_str()), -1);
         EXPECT_EQ(slots().at("next"), 1);
-        // It does not stand in the way of the next image, at the same address either.
+        // It does not prevent the next download, even from the same address.
         write("wrong.image", whole);
         EXPECT_EQ(download("wrong.image"), 0) << complaint;
         std::filesystem::remove(path("state.firmware/downloaded.image"));
@@ -155,7 +187,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldIsRefusedAndLeavesNothing)
     EXPECT_EQ(version(), "V2.4.1");
 }
 
-TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldLeavesTheOneDownloadedBefore)
+TEST_F(FirmwareUpdateTest, AnInvalidImageLeavesTheOneDownloadedBefore)
 {
     ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
@@ -164,7 +196,7 @@ TEST_F(FirmwareUpdateTest, AnImageThatDoesNotHoldLeavesTheOneDownloadedBefore)
     EXPECT_EQ(version_after_flash(), "V3.2.0");
 }
 
-TEST_F(FirmwareUpdateTest, WhatTurnsBadOnTheDiskIsNotFlashed)
+TEST_F(FirmwareUpdateTest, AnImageCorruptedOnDiskIsNotFlashed)
 {
     ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
@@ -175,7 +207,7 @@ TEST_F(FirmwareUpdateTest, WhatTurnsBadOnTheDiskIsNotFlashed)
     EXPECT_FALSE(std::filesystem::exists(path("state.firmware/slot_2.image.tmp")));
 }
 
-TEST_F(FirmwareUpdateTest, ASlotThatDoesNotHoldIsNotStarted)
+TEST_F(FirmwareUpdateTest, AnInvalidSlotIsNotStarted)
 {
     const std::string slot = path("state.firmware/slot_2.image");
     const std::function<void()> damages[] = {
@@ -258,7 +290,7 @@ TEST_F(FirmwareUpdateTest, AStateInMemoryKeepsNoImages)
     unsetenv("TMPDIR");
 }
 
-TEST_F(FirmwareUpdateTest, FaultsAndModesAreThoseOfAnyFunction)
+TEST_F(FirmwareUpdateTest, FaultsAndModesApplyAsToAnyFunction)
 {
     Options with_faults = options();
     with_faults.faults = {"devapi_download_image=-7*1", "devapi_update_image=-8*1",
@@ -276,7 +308,7 @@ TEST_F(FirmwareUpdateTest, FaultsAndModesAreThoseOfAnyFunction)
     EXPECT_EQ(devapi_update_image(), 0);
 }
 
-TEST_F(FirmwareUpdateTest, ALinkInPlaceOfTheFolderIsNotFollowed)
+TEST_F(FirmwareUpdateTest, ALinkInsteadOfTheFolderIsNotFollowed)
 {
     std::filesystem::create_directory(path("elsewhere"));
     std::filesystem::create_directory_symlink(path("elsewhere"), path("state.firmware"));
@@ -285,7 +317,7 @@ TEST_F(FirmwareUpdateTest, ALinkInPlaceOfTheFolderIsNotFollowed)
     EXPECT_EQ(refusal(server_.address("image")), path("state.firmware") + ": is a link");
     EXPECT_TRUE(std::filesystem::is_empty(path("elsewhere")));
 
-    // Nor is an image taken from there that was flashed before.
+    // Nor is a previously flashed image read from there.
     std::filesystem::remove(path("state.firmware"));
     EXPECT_EQ(devapi_flash_update_image(server_.address("image").c_str()), 0) << reason();
     std::filesystem::remove(path("elsewhere"));

@@ -99,7 +99,7 @@ TEST_F(GatewayInspectionTest, OnlyHostsThatAreOnlineByRadioAreClients)
     EXPECT_EQ(resources<devapi_inspect_hg_resource>().substr(5), " 10 2");
 }
 
-TEST_F(GatewayInspectionTest, SecurityIsThatOfTheWeakestNetworkThatIsOn)
+TEST_F(GatewayInspectionTest, SecurityIsThatOfTheWeakestEnabledNetwork)
 {
     const auto security_with = [&](const char *encryption) {
         nlohmann::json home = house();
@@ -127,11 +127,11 @@ TEST_F(GatewayInspectionTest, AnOptimisationMovesTheChannelAndALaterInspectionSh
     EXPECT_EQ(wifi(), "8 MEDIUM 11 6 100 1");
     ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
     EXPECT_EQ(wifi(), "8 MEDIUM 11 6 100 1");
-    // What is best already stays.
+    // A channel that is the best already stays.
     EXPECT_EQ(optimize("6"), "8 MEDIUM 11 6 100 1");
 }
 
-TEST_F(GatewayInspectionTest, TheChannelOfTheRequestTellsTheRadio)
+TEST_F(GatewayInspectionTest, TheChannelOfTheRequestSelectsTheRadio)
 {
     ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
     EXPECT_EQ(optimize("36"), "8 MEDIUM 149 4 100 1");
@@ -160,7 +160,7 @@ TEST_F(GatewayInspectionTest, AmongEqualChannelsTheOneInUseStaysAndElseTheLowest
     EXPECT_EQ(optimize("44"), "8 MEDIUM 149 0 100 1");
 }
 
-TEST_F(GatewayInspectionTest, CongestionGrowsWithSignalAndNearnessUpToAHundred)
+TEST_F(GatewayInspectionTest, CongestionGrowsWithSignalAndProximityUpToAHundred)
 {
     const auto congestion_with = [&](const std::vector<nlohmann::json> &neighbours) {
         EXPECT_EQ(open_home(house_between(neighbours)), "");
@@ -183,20 +183,20 @@ TEST_F(GatewayInspectionTest, AnOptimisationWithoutAChannelOfARadioIsRefused)
     ASSERT_EQ(open_at(kTime, {.trace = path("trace")}), "");
     for (const char *channel : {"", "six", "6a", " 6"}) {
         EXPECT_EQ(optimize(channel), "refused");
-        EXPECT_EQ(reason(), "Channel is no number");
+        EXPECT_EQ(reason(), "Channel is not a number");
     }
     EXPECT_EQ(optimize("0"), "refused");
-    EXPECT_EQ(reason(), "Channel 0 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 0 does not belong to any radio");
     EXPECT_EQ(optimize("20", "50"), "refused");
-    EXPECT_EQ(reason(), "Channel 20 is that of no radio");
+    EXPECT_EQ(reason(), "Channel 20 does not belong to any radio");
     EXPECT_EQ(optimize("6", ""), "refused");
-    EXPECT_EQ(reason(), "PowerLevel is no number");
+    EXPECT_EQ(reason(), "PowerLevel is not a number");
     EXPECT_EQ(optimize("6", "101"), "refused");
     EXPECT_EQ(reason(), "/home/radios/0/power_percent: 101 is not within 0 to 100");
-    WifiInspectInfo brim = {};
-    std::memset(&brim, '6', sizeof(brim));
-    EXPECT_EQ(devapi_optimize_hg_wifi(&brim), -1);
-    EXPECT_EQ(reason(), "Channel 66666666 is that of no radio");
+    WifiInspectInfo filled = {};
+    std::memset(&filled, '6', sizeof(filled));
+    EXPECT_EQ(devapi_optimize_hg_wifi(&filled), -1);
+    EXPECT_EQ(reason(), "Channel 66666666 does not belong to any radio");
     EXPECT_EQ(wifi(), "8 MEDIUM 6 33 100 1");
 }
 
@@ -275,7 +275,7 @@ TEST_F(GatewayInspectionTest, AFaultIsNamedAndEndsWithARepair)
     }
 }
 
-TEST_F(GatewayInspectionTest, NoRepairPlugsInACableOrInventsAddresses)
+TEST_F(GatewayInspectionTest, ARepairFixesNeitherACableNorMissingAddresses)
 {
     ASSERT_EQ(open_home(house_without_wan("LINK_DOWN")), "");
     EXPECT_STREQ(net<devapi_optimize_net_connect>().DnsStatus, "0");
@@ -287,7 +287,7 @@ TEST_F(GatewayInspectionTest, NoRepairPlugsInACableOrInventsAddresses)
     EXPECT_EQ(fault(), "NO_ADDRESS");
 }
 
-TEST_F(GatewayInspectionTest, ARepairLeavesAConnectionThatWorks)
+TEST_F(GatewayInspectionTest, ARepairLeavesAWorkingConnectionUnchanged)
 {
     const Options kept = {.state_file = path("state")};
     ASSERT_EQ(open_at(kTime, kept), "");

@@ -1,10 +1,10 @@
-// gateway_process STATE COUNT STEP [ADDRESS...]: opens a gateway on the state file and power-cycles
-// it so many times, having flashed the image of each address before; then keeps it open until its
-// input ends. It says "." when it is open, after each flash and after each power cycle.
+// gateway_process STATE COUNT STEP [ADDRESS...]: opens a gateway on the state file, flashes the
+// image of each address, power-cycles the gateway COUNT times, and keeps it open until its input
+// ends. It prints "." when the gateway is open, after each flash and after each power cycle.
 //
-// It kills itself at that step of its work on files, counted from 0; -1 is none. It aborts where a
-// file takes its place before all of it is on the disk. For both it puts itself between the library
-// and the system.
+// It kills itself at this step of its file operations, counted from 0; -1 is none. It aborts where
+// a file is renamed into place before all of it is synced. For both it intercepts the library's
+// system calls.
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 
@@ -35,7 +35,7 @@ void die_at_last_step()
     }
 }
 
-// By file descriptor: written to, and not synced since.
+// By file descriptor: written to and not synced since.
 std::atomic<bool> is_unsynced[1024];
 
 void note(int fd, bool unsynced)

@@ -92,7 +92,7 @@ TEST_F(GatewaySettingsTest, BaseInformationIsThatOfTheHome)
     EXPECT_STREQ(info.ConfiguerStatus, "1");
 }
 
-TEST_F(GatewaySettingsTest, AHomeWithoutRadiosHasNothingToSayOfThem)
+TEST_F(GatewaySettingsTest, AHomeWithoutRadiosReportsNone)
 {
     nlohmann::json home = house();
     home["radios"] = home["ssids"] = home["guest_networks"] = nlohmann::json::array();
@@ -132,7 +132,7 @@ TEST_F(GatewaySettingsTest, UptimeRuns)
     EXPECT_STREQ(base().UpTime, "0");
 }
 
-TEST_F(GatewaySettingsTest, MeasurementsVaryByTimeAndSeedAndByNothingElse)
+TEST_F(GatewaySettingsTest, MeasurementsVaryByTimeAndSeedOnly)
 {
     const auto measured = [&](int64_t time, int64_t seed) {
         nlohmann::json home = house();
@@ -149,7 +149,7 @@ TEST_F(GatewaySettingsTest, MeasurementsVaryByTimeAndSeedAndByNothingElse)
     EXPECT_NE(measured(kTime, 8), first);
 }
 
-TEST_F(GatewaySettingsTest, MeasurementsStayNearThoseOfAnOrdinaryDay)
+TEST_F(GatewaySettingsTest, MeasurementsStayInATypicalRange)
 {
     std::string last;
     int changes = 0;
@@ -188,7 +188,7 @@ TEST_F(GatewaySettingsTest, ANameOfFullWidthIsReportedWhole)
     EXPECT_EQ(base().Name, std::string(63, 'n'));
 }
 
-TEST_F(GatewaySettingsTest, ANameThatWasCutWithinALetterLosesThePart)
+TEST_F(GatewaySettingsTest, ANameCutWithinACharacterDropsThePartialCharacter)
 {
     ASSERT_EQ(open({}), "");
     EXPECT_EQ(rename(std::string(62, 'n') + "ü"), 0);
@@ -197,7 +197,7 @@ TEST_F(GatewaySettingsTest, ANameThatWasCutWithinALetterLosesThePart)
     EXPECT_EQ(base().Name, std::string(60, 'n'));
 }
 
-TEST_F(GatewaySettingsTest, ANameThatIsNoneIsRefused)
+TEST_F(GatewaySettingsTest, AnInvalidNameIsRefused)
 {
     ASSERT_EQ(open({.trace = path("trace")}), "");
     EXPECT_EQ(rename(""), -1);
@@ -206,10 +206,10 @@ TEST_F(GatewaySettingsTest, ANameThatIsNoneIsRefused)
                              "b",
                              "\x80", "line\nbreak", "\x1b[2J"}) {
         EXPECT_EQ(rename(name), -1);
-        EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+        EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
     }
     HgBaseInfo info = {};
-    fill_to_the_brim(info.Name, 'n');
+    fill_completely(info.Name, 'n');
     info.Mac[0] = 'x';
     EXPECT_EQ(devapi_set_hg_base_info(&info), -1);
     EXPECT_EQ(reason(), "Name is longer than 63 bytes");
@@ -243,7 +243,7 @@ TEST_F(GatewaySettingsTest, APppoeAccountIsReportedAndKept)
     EXPECT_EQ(pppoe(), "smith s3cret 1");
 }
 
-TEST_F(GatewaySettingsTest, PppoeSwitchedOffKeepsTheAccountAndGoesByDhcp)
+TEST_F(GatewaySettingsTest, PppoeSwitchedOffKeepsTheAccountAndUsesDhcp)
 {
     ASSERT_EQ(open({}), "");
     EXPECT_EQ(set_pppoe("", "", "0"), "");
@@ -255,7 +255,7 @@ TEST_F(GatewaySettingsTest, PppoeSwitchedOffKeepsTheAccountAndGoesByDhcp)
     EXPECT_STREQ(base().WanLinkMode, "PPPoE");
 }
 
-TEST_F(GatewaySettingsTest, PppoeConnectsTheWanAnew)
+TEST_F(GatewaySettingsTest, PppoeReconnectsTheWan)
 {
     ASSERT_EQ(open_at(kTime, {.state_file = path("state")}), "");
     ASSERT_EQ(open_at(kTime + 1000, {.state_file = path("state")}), "");
@@ -272,19 +272,19 @@ TEST_F(GatewaySettingsTest, PppoeConnectsTheWanAnew)
     EXPECT_STREQ(base().NetStatus, "0");
 }
 
-TEST_F(GatewaySettingsTest, APppoeAccountThatIsNoneIsRefusedWithAReason)
+TEST_F(GatewaySettingsTest, AnInvalidPppoeAccountIsRefusedWithAReason)
 {
     ASSERT_EQ(open({}), "");
     EXPECT_EQ(set_pppoe("", "s3cret", "1"), "Account is empty");
     EXPECT_EQ(set_pppoe("smith", "", "1"), "Password is empty");
     EXPECT_EQ(set_pppoe("smith", "s3cret", "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
     EXPECT_EQ(set_pppoe("smi\xffth", "s3cret", "1"),
-              "Account holds control characters or is no UTF-8");
+              "Account contains control characters or is not UTF-8");
     EXPECT_EQ(set_pppoe("smith", "s3\ncret", "0"),
-              "Password holds control characters or is no UTF-8");
+              "Password contains control characters or is not UTF-8");
     PppoeSetting setting = {};
     set(setting.info.Account, "smith");
-    fill_to_the_brim(setting.info.Password, '1');
+    fill_completely(setting.info.Password, '1');
     set(setting.info.Enable, "1");
     EXPECT_EQ(devapi_set_hg_pppoe_info(&setting), -1);
     EXPECT_STREQ(setting.FailReason, "Password is longer than 63 bytes");

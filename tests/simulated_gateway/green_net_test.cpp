@@ -54,7 +54,7 @@ TEST_F(GreenNetTest, AnEntryIsFoundByItsMacInEveryForm)
     for (const std::string &mac : kNoMacs) {
         int32_t number = 77;
         EXPECT_LT(devapi_get_greennet_index_by_mac(mac.c_str(), &number), 0) << mac;
-        EXPECT_NE(reason().find(" is no MAC address"), std::string::npos) << mac;
+        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
         EXPECT_EQ(number, 77);
     }
     const std::string endless(100'000, '7');
@@ -82,14 +82,14 @@ TEST_F(GreenNetTest, AnEntryIsAddedAndKept)
     EXPECT_EQ(count(), 2);
 }
 
-TEST_F(GreenNetTest, AnEntryOfADeviceThatNobodyKnowsIsOne)
+TEST_F(GreenNetTest, AnUnknownDeviceMayHaveAnEntry)
 {
     EXPECT_EQ(add("02:00:00:00:00:01"), 3);
     EXPECT_EQ(devapi_set_protect_enable(1, 3), 0);
     EXPECT_EQ(resources(), "11 2"); // of the attached devices
 }
 
-TEST_F(GreenNetTest, WhatIsNoEntryIsRefused)
+TEST_F(GreenNetTest, AnInvalidEntryIsRefused)
 {
     const std::string before = read(path("state"));
     for (const std::string &mac : kNoMacs) {
@@ -104,19 +104,19 @@ TEST_F(GreenNetTest, WhatIsNoEntryIsRefused)
     EXPECT_EQ(set_entry(3, kConsoleMac, "x", "1"), -1);
     EXPECT_EQ(reason(), "there is no entry 3");
     EXPECT_EQ(set_entry(1, kTabletMac, "a\tb", "1"), -1);
-    EXPECT_EQ(reason(), "Name holds control characters or is no UTF-8");
+    EXPECT_EQ(reason(), "Name contains control characters or is not UTF-8");
     EXPECT_EQ(set_entry(1, kTabletMac, "Jonas", "yes"), -1);
     EXPECT_EQ(reason(), "NotifyEnable \"yes\" is none of \"0\", \"1\"");
-    GreenHostInfo brim = entry(1);
-    fill_to_the_brim(brim.Name, 'n');
-    EXPECT_EQ(devapi_set_green_net_info(&brim), -1);
+    GreenHostInfo filled = entry(1);
+    fill_completely(filled.Name, 'n');
+    EXPECT_EQ(devapi_set_green_net_info(&filled), -1);
     EXPECT_EQ(reason(), "Name is longer than 63 bytes");
-    fill_to_the_brim(brim.Mac, 'A');
-    EXPECT_EQ(devapi_set_green_net_info(&brim), -1);
+    fill_completely(filled.Mac, 'A');
+    EXPECT_EQ(devapi_set_green_net_info(&filled), -1);
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(GreenNetTest, ANameThatWasCutWithinALetterLosesThePart)
+TEST_F(GreenNetTest, ANameCutWithinACharacterDropsThePartialCharacter)
 {
     EXPECT_EQ(set_entry(1, kTabletMac, std::string(63, 'n'), "1"), 0);
     EXPECT_EQ(entry(1).Name, std::string(63, 'n'));
@@ -159,7 +159,7 @@ TEST_F(GreenNetTest, TheTableTakes64)
     EXPECT_EQ(add(mac_of(1)), 1);
 }
 
-TEST_F(GreenNetTest, AListKeepsWhatItNames)
+TEST_F(GreenNetTest, AListKeepsTheEntriesThatItNames)
 {
     EXPECT_EQ(add(mac_of(1)), 3);
     EXPECT_EQ(add(mac_of(2)), 4);
@@ -172,13 +172,13 @@ TEST_F(GreenNetTest, AListKeepsWhatItNames)
     EXPECT_EQ(add(mac_of(9)), 1); // into the first gap
     EXPECT_EQ(add(mac_of(10)), 3);
     ASSERT_EQ(open_when(kTime), "");
-    // Of one that there is not, and without the comma at the end.
+    // With a number that does not exist, and without the final comma.
     EXPECT_EQ(devapi_del_green_net_info_by_maclist("020000000063,02000000000A"), 0);
     EXPECT_EQ(count(), 1);
     EXPECT_EQ(number_of(mac_of(10)), 3);
 }
 
-TEST_F(GreenNetTest, NoListRemovesAll)
+TEST_F(GreenNetTest, AMissingListRemovesAll)
 {
     EXPECT_EQ(devapi_del_green_net_info_by_maclist(nullptr), 0);
     EXPECT_NE(lines(path("trace")).back().find("_by_maclist(list=null) = 0 in "),
@@ -191,7 +191,7 @@ TEST_F(GreenNetTest, NoListRemovesAll)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(GreenNetTest, AListThatIsNotRightRemovesNothing)
+TEST_F(GreenNetTest, AnInvalidListRemovesNothing)
 {
     const std::string before = read(path("state"));
     for (const char *list : {",", ",,", "72:9B:E0:46:D8:15,,", "72:9B:E0:46:D8:15,x,",
@@ -249,25 +249,25 @@ TEST_F(GreenNetTest, ThereIsRoomFor16Periods)
     EXPECT_EQ(periods(1), 16);
 }
 
-TEST_F(GreenNetTest, APeriodThatIsNoneIsRefusedAndChangesNothing)
+TEST_F(GreenNetTest, AnInvalidPeriodIsRefusedAndChangesNothing)
 {
     const std::string before = read(path("state"));
     const struct {
         const char *start, *end, *enable, *days, *reason;
     } refusals[] = {
-        {"24:00", "07:00", "1", "1", "StartTime \"24:00\" is no time like \"04:30\""},
-        {"", "07:00", "1", "1", "StartTime \"\" is no time like \"04:30\""},
-        {"NULL", "07:00", "1", "1", "StartTime \"NULL\" is no time like \"04:30\""},
-        {"20:00", "7:00", "1", "1", "EndTime \"7:00\" is no time like \"04:30\""},
-        {"20:00", "07:00:00", "1", "1", "EndTime \"07:00:0\" is no time like \"04:30\""},
+        {"24:00", "07:00", "1", "1", "StartTime \"24:00\" is not a time like \"04:30\""},
+        {"", "07:00", "1", "1", "StartTime \"\" is not a time like \"04:30\""},
+        {"NULL", "07:00", "1", "1", "StartTime \"NULL\" is not a time like \"04:30\""},
+        {"20:00", "7:00", "1", "1", "EndTime \"7:00\" is not a time like \"04:30\""},
+        {"20:00", "07:00:00", "1", "1", "EndTime \"07:00:0\" is not a time like \"04:30\""},
         {"20:00", "07:00", "", "1", "Enable \"\" is none of \"0\", \"1\""},
         {"20:00", "07:00", "2", "1", "Enable \"2\" is none of \"0\", \"1\""},
-        {"20:00", "07:00", "1", "", "DaysOfWeek \"\" is no list of days like \"137\""},
-        {"20:00", "07:00", "1", "0", "DaysOfWeek \"0\" is no list of days like \"137\""},
-        {"20:00", "07:00", "1", "8", "DaysOfWeek \"8\" is no list of days like \"137\""},
-        {"20:00", "07:00", "1", "11", "DaysOfWeek \"11\" is no list of days like \"137\""},
+        {"20:00", "07:00", "1", "", "DaysOfWeek \"\" is not a list of days like \"137\""},
+        {"20:00", "07:00", "1", "0", "DaysOfWeek \"0\" is not a list of days like \"137\""},
+        {"20:00", "07:00", "1", "8", "DaysOfWeek \"8\" is not a list of days like \"137\""},
+        {"20:00", "07:00", "1", "11", "DaysOfWeek \"11\" is not a list of days like \"137\""},
         {"20:00", "07:00", "1", "1,2,3,4,5",
-         "DaysOfWeek \"1,2,3,4\" is no list of days like \"137\""},
+         "DaysOfWeek \"1,2,3,4\" is not a list of days like \"137\""},
         {"20:00", "20:00", "1", "1", "/home/green_net/hosts/0/periods/0: ends when it starts"},
         {"20:00", "20:00", "0", "1", "/home/green_net/hosts/0/periods/0: ends when it starts"},
     };
@@ -283,10 +283,10 @@ TEST_F(GreenNetTest, APeriodThatIsNoneIsRefusedAndChangesNothing)
         info.PeriodNum = at;
         EXPECT_EQ(devapi_get_protect_period_info(&info), -1);
     }
-    ProtectPeriodInfo brim = {};
-    brim.HostIndex = brim.PeriodNum = 1;
-    fill_to_the_brim(brim.StartTime, '1');
-    EXPECT_EQ(devapi_set_protect_period_info(&brim), -1);
+    ProtectPeriodInfo filled = {};
+    filled.HostIndex = filled.PeriodNum = 1;
+    fill_completely(filled.StartTime, '1');
+    EXPECT_EQ(devapi_set_protect_period_info(&filled), -1);
     EXPECT_EQ(read(path("state")), before);
 }
 

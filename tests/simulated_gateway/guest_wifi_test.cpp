@@ -17,7 +17,7 @@ class GuestWifiTest : public GatewayTest {
         EXPECT_EQ(devapi_get_guest_wifi_info(&info), 0);
         return info;
     }
-    // The guest network as it is, open for so many seconds.
+    // The current guest network, open for this many seconds.
     static int32_t open_for(const std::string &seconds, const std::string &band = "2.4GHz")
     {
         GuestWifiInfo info = guest(band);
@@ -101,7 +101,7 @@ TEST_F(GuestWifiTest, MinusOneLeavesModeAndAdvertisementAsTheyAre)
     EXPECT_STREQ(guest().AdvertisementEnable, "1");
 }
 
-TEST_F(GuestWifiTest, ClosesByTheTimeGiven)
+TEST_F(GuestWifiTest, ClosesAfterTheTimeGiven)
 {
     EXPECT_EQ(open_for("3600"), 0);
     EXPECT_EQ(remaining(), "3600");
@@ -111,17 +111,17 @@ TEST_F(GuestWifiTest, ClosesByTheTimeGiven)
     EXPECT_EQ(remaining(), "1");
     EXPECT_STREQ(guest().Enable, "1");
     ASSERT_EQ(open_after(3600), "");
-    EXPECT_STREQ(ssid(2).Enable, "0"); // whatever is asked first
+    EXPECT_STREQ(ssid(2).Enable, "0"); // regardless of which call comes first
     EXPECT_STREQ(guest().Enable, "0");
     EXPECT_EQ(remaining(), "0");
     EXPECT_STREQ(guest().EndTimestamp, "3600");
     EXPECT_STREQ(ssid(1).Enable, "1");
-    // It stays closed, also when the clock goes back.
+    // It stays closed, even if the clock goes back.
     ASSERT_EQ(open_after(0), "");
     EXPECT_STREQ(guest().Enable, "0");
 }
 
-TEST_F(GuestWifiTest, EachBandHasATimeOfItsOwn)
+TEST_F(GuestWifiTest, EachBandHasASeparateTime)
 {
     EXPECT_EQ(open_for("100", "2.4GHz"), 0);
     EXPECT_EQ(open_for("200", "5GHz"), 0);
@@ -131,7 +131,7 @@ TEST_F(GuestWifiTest, EachBandHasATimeOfItsOwn)
     EXPECT_STREQ(guest("5GHz").Remainingtime, "50");
 }
 
-TEST_F(GuestWifiTest, AFreshSettingStartsTheTimeAnew)
+TEST_F(GuestWifiTest, ANewSettingRestartsTheTime)
 {
     EXPECT_EQ(open_for("3600"), 0);
     ASSERT_EQ(open_after(3000), "");
@@ -234,8 +234,8 @@ TEST_F(GuestWifiTest, BadTextsAreRefusedAndChangeNothing)
               "/home/ssids/1/password: needs at least 8 characters");
     EXPECT_EQ(refused(&GuestWifiInfo::ENCRYPT, "WPA"),
               "ENCRYPT \"WPA\" is none of \"OPEN\", \"WPA2\", \"WPA3\", \"WPA2/3\"");
-    EXPECT_EQ(refused(&GuestWifiInfo::ContinueTime, "two"), "ContinueTime is no number");
-    EXPECT_EQ(refused(&GuestWifiInfo::HourTime, ""), "HourTime is no number");
+    EXPECT_EQ(refused(&GuestWifiInfo::ContinueTime, "two"), "ContinueTime is not a number");
+    EXPECT_EQ(refused(&GuestWifiInfo::HourTime, ""), "HourTime is not a number");
     EXPECT_EQ(refused(&GuestWifiInfo::AdvertisementEnable, "2"),
               "AdvertisementEnable \"2\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&GuestWifiInfo::Mode, "11a"),

@@ -1,4 +1,4 @@
-// What the attached devices do in the course of time: they come and go, and share the rates.
+// The attached devices over time: they come and go, and share the rates.
 #include "hosts_fixture.h"
 
 #include <set>
@@ -30,7 +30,7 @@ class HostActivityTest : public HostsTest {
         }
         return sum;
     }
-    // The sum, and what the gateway says of the home, from which rounding takes a bit from each.
+    // The sum of the hosts' rates and the rate of the home; each host's rate is rounded down.
     static void expect_rates_to_agree()
     {
         const Sum sum = sum_of_rates();
@@ -105,7 +105,7 @@ TEST_F(HostActivityTest, OthersComeAndGoAtRandomByTheHour)
     }
 }
 
-TEST_F(HostActivityTest, ChanceGoesByTheSeed)
+TEST_F(HostActivityTest, RandomAbsencesDependOnTheSeed)
 {
     const auto presence = [&](int64_t seed) {
         nlohmann::json home = house();
@@ -168,7 +168,7 @@ TEST_F(HostActivityTest, RatesMoveAndAgreeWithThoseOfTheHome)
     EXPECT_GT(rates.size(), 15u);
 }
 
-TEST_F(HostActivityTest, WhoIsBlockedHasNoRatesAndTheHomeHasThoseOfTheOthers)
+TEST_F(HostActivityTest, ABlockedHostHasNoRatesAndTheHomeThoseOfTheOthers)
 {
     const AdBaseInfo before = host(kLaptop);
     const int others = std::stoi(base().DownSpeed) - std::stoi(before.DownSpeed);

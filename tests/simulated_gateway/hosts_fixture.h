@@ -1,9 +1,9 @@
-// The attached devices, by their place in the built-in scenario.
+// The attached devices, by their index in the built-in scenario.
 #pragma once
 
 #include "gateway_fixture.h"
 
-// MAC addresses that are none.
+// Invalid MAC addresses.
 inline const std::vector<std::string> kNoMacs = {
     "",
     "NULL",
@@ -88,7 +88,7 @@ class HostsTest : public GatewayTest {
         return devapi_set_attach_device_right(&info);
     }
 
-    // A device as it is, as a setting that changes nothing.
+    // The current values of a device, as a setting that changes nothing.
     static AdBaseSetting setting_of(int32_t index)
     {
         const AdBaseInfo info = host(index);

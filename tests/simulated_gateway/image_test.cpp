@@ -1,4 +1,4 @@
-// The form of images, byte by byte.
+// The format of images, byte by byte.
 #include "firmware/image.h"
 #include "firmware_fixture.h"
 #include "io/text.h"
@@ -9,7 +9,7 @@ namespace {
 
 class ImageTest : public testing::Test {
   protected:
-    // What is wrong with the image; empty when it holds.
+    // What is wrong with the image; empty when it is valid.
     static std::string complaint_about(const std::string &image, uint64_t largest = 1'000'000)
     {
         ImageCheck check({.product = "HGU-AX3000", .largest = largest});
@@ -21,7 +21,7 @@ class ImageTest : public testing::Test {
             return error.what();
         }
     }
-    // An image whose bytes are changed and whose digest holds all the same.
+    // An image whose bytes are changed and whose digest is still valid.
     static std::string changed(size_t offset, const std::string &bytes)
     {
         std::string image = make_image();
@@ -34,7 +34,7 @@ class ImageTest : public testing::Test {
     }
 };
 
-TEST_F(ImageTest, HasTheFormThatIsWrittenDown)
+TEST_F(ImageTest, HasTheDocumentedFormat)
 {
     const std::string whole = make_image({.payload_size = 0x01020304});
     EXPECT_EQ(whole.substr(0, 20), std::string("HGIMAGE\0\1\0\0\0\4\3\2\1\0\0\0\0", 20));
@@ -45,7 +45,7 @@ TEST_F(ImageTest, HasTheFormThatIsWrittenDown)
     EXPECT_EQ(complaint_about(whole, whole.size()), "");
 }
 
-TEST_F(ImageTest, HoldsInWhateverPiecesItComes)
+TEST_F(ImageTest, IsValidInChunksOfAnySize)
 {
     const std::string whole = make_image({.payload_size = 700});
     for (size_t piece = 1; piece < whole.size(); piece = piece * 3 + 1) {
@@ -66,7 +66,7 @@ TEST_F(ImageTest, HoldsInWhateverPiecesItComes)
     }
 }
 
-TEST_F(ImageTest, AFieldThatDoesNotHoldIsNamed)
+TEST_F(ImageTest, AnInvalidFieldIsNamed)
 {
     const struct {
         size_t offset;
@@ -81,23 +81,22 @@ TEST_F(ImageTest, AFieldThatDoesNotHoldIsNamed)
         {12, std::string(8, '\xff'),
          "the image has a payload of 18446744073709551615 bytes; no more than 1000000 bytes are "
          "taken in all"},
-        {20, std::string(256, 'x'),
-         "the image does not hold: its product is longer than 255 bytes"},
+        {20, std::string(256, 'x'), "the image is invalid: its product is longer than 255 bytes"},
         {20, "hgu", "the image is for \"hgu-AX3000\", not for \"HGU-AX3000\""},
-        {276, std::string(1, '\0'), "the image does not hold: its version is empty"},
+        {276, std::string(1, '\0'), "the image is invalid: its version is empty"},
         {276, "V3\n",
-         "the image does not hold: its version holds control characters or is no UTF-8"},
+         "the image is invalid: its version contains control characters or is not UTF-8"},
         {276, "\xff",
-         "the image does not hold: its version holds control characters or is no UTF-8"},
-        {276, std::string(64, 'x'), "the image does not hold: its version is longer than 63 bytes"},
-        {340, std::string(32, 'x'), "the image does not hold: its date is longer than 31 bytes"},
+         "the image is invalid: its version contains control characters or is not UTF-8"},
+        {276, std::string(64, 'x'), "the image is invalid: its version is longer than 63 bytes"},
+        {340, std::string(32, 'x'), "the image is invalid: its date is longer than 31 bytes"},
     };
     for (const auto &[offset, bytes, complaint] : wrong_fields) {
         EXPECT_EQ(complaint_about(changed(offset, bytes)), complaint);
     }
 }
 
-TEST_F(ImageTest, EveryCutIsNoticed)
+TEST_F(ImageTest, EveryTruncationIsDetected)
 {
     const std::string whole = make_image({.payload_size = 300});
     EXPECT_EQ(complaint_about(""), "the image is empty");
@@ -108,7 +107,7 @@ TEST_F(ImageTest, EveryCutIsNoticed)
     }
 }
 
-TEST_F(ImageTest, EveryFlippedBitIsNoticed)
+TEST_F(ImageTest, EveryFlippedBitIsDetected)
 {
     const std::string whole = make_image({.payload_size = 40});
     for (size_t bit = 0; bit < whole.size() * 8; ++bit) {
@@ -122,14 +121,14 @@ TEST_F(ImageTest, EveryFlippedBitIsNoticed)
               "the image is damaged: its SHA-256 is not the one in its header");
 }
 
-TEST_F(ImageTest, WhatFollowsItIsNotTaken)
+TEST_F(ImageTest, TrailingBytesAreRefused)
 {
     const std::string whole = make_image({.payload_size = 300});
     EXPECT_EQ(complaint_about(whole + "x"),
-              "the image goes on behind the 704 bytes that its header tells of");
+              "the image continues after the 704 bytes given in its header");
 }
 
-TEST_F(ImageTest, TheLargestOneIsTakenAndALargerOneNot)
+TEST_F(ImageTest, TheMaximumSizeIsAcceptedAndALargerOneRefused)
 {
     const std::string whole = make_image({.payload_size = 300});
     EXPECT_EQ(complaint_about(whole, 704), "");
@@ -140,7 +139,7 @@ TEST_F(ImageTest, TheLargestOneIsTakenAndALargerOneNot)
     }
 }
 
-TEST_F(ImageTest, IsNotMadeOfFieldsThatDoNotHold)
+TEST_F(ImageTest, IsNotBuiltFromInvalidFields)
 {
     EXPECT_THROW(make_image({.product = ""}), Error);
     EXPECT_THROW(make_image({.version = std::string(64, 'x')}), Error);

@@ -9,8 +9,8 @@ namespace {
 
 class KillTest : public GatewayTest {
   protected:
-    // The copy takes its place before the file: it is there with every file, whole, and at most one
-    // change ahead.
+    // The copy is renamed into place before the file: next to every file there is a complete copy,
+    // at most one change ahead.
     static void expect_copy_of(const std::string &state)
     {
         const int64_t boots = json_of(state).at("boot_count");
@@ -71,7 +71,7 @@ TEST_F(KillTest, AKillAtAnyMomentLeavesTheOldStateOrTheNew)
     }
 }
 
-TEST_F(KillTest, WhatAKilledProcessLeftDoesNoHarm)
+TEST_F(KillTest, LeftoversOfAKilledProcessDoNoHarm)
 {
     for (const char *name : {"state.tmp", "state.good.tmp"}) {
         write(name, "{\"format\": \"simulated gat");
@@ -105,7 +105,7 @@ TEST_F(KillTest, AHardLinkIsTheSameState)
     EXPECT_EQ(open({.state_file = path("link")}), "");
 }
 
-TEST_F(KillTest, AHardLinkToWhatWasLoadedIsTheSameState)
+TEST_F(KillTest, AHardLinkToTheLoadedFileIsTheSameState)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     close();

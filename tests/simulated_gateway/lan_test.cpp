@@ -71,7 +71,7 @@ TEST_F(LanTest, AnAddressPlanIsReportedAndKept)
     EXPECT_STREQ(dhcp().GateWay, "10.1.2.254");
 }
 
-TEST_F(LanTest, AMoveTakesHostsAndChildRoutersAlong)
+TEST_F(LanTest, AMoveRenumbersHostsAndChildRouters)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     EXPECT_EQ(set_lan("10.1.2.1", "255.255.255.0", "10.1.2.100", "10.1.2.249"), "");
@@ -83,14 +83,14 @@ TEST_F(LanTest, AMoveTakesHostsAndChildRoutersAlong)
     EXPECT_FALSE(saved_home().at("hosts").at(11).contains("ip"));
 }
 
-TEST_F(LanTest, AWiderSubnetLeavesTheAddressesAlone)
+TEST_F(LanTest, AWiderSubnetKeepsTheAddresses)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     EXPECT_EQ(set_lan("192.168.0.1", "255.255.0.0", "192.168.7.1", "192.168.7.9"), "");
     EXPECT_EQ(ip_of_host(0), "192.168.1.101");
 }
 
-TEST_F(LanTest, AnAddressThatIsTakenOrDoesNotFitIsReplacedFromThePool)
+TEST_F(LanTest, AnAddressInUseOrOutOfRangeIsReplacedFromThePool)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     // The NAS has .10, which the gateway wants.
@@ -112,7 +112,7 @@ TEST_F(LanTest, AnAddressThatIsTakenOrDoesNotFitIsReplacedFromThePool)
     EXPECT_EQ(home.at("hosts").at(0).at("ip"), "10.0.0.4");
 }
 
-TEST_F(LanTest, AMoveIntoASubnetThatIsTooSmallIsRefused)
+TEST_F(LanTest, AMoveToATooSmallSubnetIsRefused)
 {
     ASSERT_EQ(open({}), "");
     EXPECT_EQ(set_lan("10.0.0.1", "255.255.255.0", "10.0.0.100", "10.0.0.249"), "");
@@ -121,41 +121,42 @@ TEST_F(LanTest, AMoveIntoASubnetThatIsTooSmallIsRefused)
     EXPECT_EQ(lan(), "10.0.0.1 255.255.255.0 10.0.0.100 10.0.0.249");
 }
 
-TEST_F(LanTest, AnAddressPlanThatIsNoneIsRefusedWithAReason)
+TEST_F(LanTest, AnInvalidAddressPlanIsRefusedWithAReason)
 {
     const struct {
         const char *ip, *mask, *start, *end, *reason;
     } plans[] = {
-        {"", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is no IPv4 address"},
-        {"10.0.0.256", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is no IPv4 address"},
-        {"10.0.0.1", "24", "10.0.0.2", "10.0.0.9", "SubnetMask is no IPv4 address"},
-        {"10.0.0.1", "255.0.255.0", "10.0.0.2", "10.0.0.9", "SubnetMask is no mask of a LAN"},
-        {"10.0.0.1", "0.0.0.0", "10.0.0.2", "10.0.0.9", "SubnetMask is no mask of a LAN"},
-        {"10.0.0.1", "255.255.255.255", "10.0.0.1", "10.0.0.1", "SubnetMask is no mask of a LAN"},
-        {"0.0.0.1", "255.0.0.0", "0.0.0.2", "0.0.0.9", "GatewayLanIP is no address of a host"},
-        {"127.0.0.1", "255.0.0.0", "127.0.0.2", "127.0.0.9",
-         "GatewayLanIP is no address of a host"},
+        {"", "255.255.255.0", "10.0.0.2", "10.0.0.9", "GatewayLanIP is not an IPv4 address"},
+        {"10.0.0.256", "255.255.255.0", "10.0.0.2", "10.0.0.9",
+         "GatewayLanIP is not an IPv4 address"},
+        {"10.0.0.1", "24", "10.0.0.2", "10.0.0.9", "SubnetMask is not an IPv4 address"},
+        {"10.0.0.1", "255.0.255.0", "10.0.0.2", "10.0.0.9", "SubnetMask is not a LAN subnet mask"},
+        {"10.0.0.1", "0.0.0.0", "10.0.0.2", "10.0.0.9", "SubnetMask is not a LAN subnet mask"},
+        {"10.0.0.1", "255.255.255.255", "10.0.0.1", "10.0.0.1",
+         "SubnetMask is not a LAN subnet mask"},
+        {"0.0.0.1", "255.0.0.0", "0.0.0.2", "0.0.0.9", "GatewayLanIP is not a host address"},
+        {"127.0.0.1", "255.0.0.0", "127.0.0.2", "127.0.0.9", "GatewayLanIP is not a host address"},
         {"224.0.0.1", "255.255.255.0", "224.0.0.2", "224.0.0.9",
-         "GatewayLanIP is no address of a host"},
+         "GatewayLanIP is not a host address"},
         {"10.0.0.0", "255.255.255.0", "10.0.0.2", "10.0.0.9",
          "GatewayLanIP is the address of the network"},
         {"10.0.0.255", "255.255.255.0", "10.0.0.2", "10.0.0.9",
          "GatewayLanIP is the broadcast address"},
         {"100.72.18.1", "255.255.255.0", "100.72.18.2", "100.72.18.9",
-         "the subnet holds the address of the WAN"},
+         "the subnet contains the address of the WAN"},
         {"172.24.9.1", "255.255.255.0", "172.24.9.2", "172.24.9.9",
-         "the subnet holds the address of the WAN"},
-        {"10.0.0.1", "255.255.255.0", "x", "10.0.0.9", "StartIp is no IPv4 address"},
-        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "", "EndIp is no IPv4 address"},
+         "the subnet contains the address of the WAN"},
+        {"10.0.0.1", "255.255.255.0", "x", "10.0.0.9", "StartIp is not an IPv4 address"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.2", "", "EndIp is not an IPv4 address"},
         {"10.0.0.1", "255.255.255.0", "10.0.1.2", "10.0.0.9", "StartIp is outside the subnet"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.0", "10.0.0.9", "StartIp is outside the subnet"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.1.9", "EndIp is outside the subnet"},
         {"10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.0.255", "EndIp is outside the subnet"},
-        {"10.0.0.1", "255.255.255.0", "10.0.0.9", "10.0.0.8", "EndIp lies before StartIp"},
+        {"10.0.0.1", "255.255.255.0", "10.0.0.9", "10.0.0.8", "EndIp is before StartIp"},
         {"10.0.0.5", "255.255.255.0", "10.0.0.5", "10.0.0.9",
-         "the pool from StartIp to EndIp holds GatewayLanIP"},
+         "the pool from StartIp to EndIp contains GatewayLanIP"},
         {"10.0.0.5", "255.255.255.0", "10.0.0.2", "10.0.0.5",
-         "the pool from StartIp to EndIp holds GatewayLanIP"},
+         "the pool from StartIp to EndIp contains GatewayLanIP"},
     };
     ASSERT_EQ(open({.state_file = path("state"), .trace = path("trace")}), "");
     const std::string before = read(path("state"));
@@ -166,16 +167,16 @@ TEST_F(LanTest, AnAddressPlanThatIsNoneIsRefusedWithAReason)
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(LanTest, AddressesAreReadNoFurtherThanTheirFields)
+TEST_F(LanTest, AddressesAreReadWithinTheirFields)
 {
     ASSERT_EQ(open({}), "");
     LanIpSetting setting = lan_setting("10.0.0.1", "255.255.255.0", "10.0.0.2", "10.0.0.9");
-    fill_to_the_brim(setting.info.EndIp, '1');
+    fill_completely(setting.info.EndIp, '1');
     EXPECT_EQ(devapi_set_lan_ip_info(&setting), -1);
-    EXPECT_STREQ(setting.FailReason, "EndIp is no IPv4 address");
+    EXPECT_STREQ(setting.FailReason, "EndIp is not an IPv4 address");
 }
 
-TEST_F(LanTest, AChangeThatCannotBeSavedSaysSo)
+TEST_F(LanTest, AChangeThatCannotBeSavedReportsTheReason)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     std::filesystem::create_directory(path("state.tmp"));
@@ -183,7 +184,7 @@ TEST_F(LanTest, AChangeThatCannotBeSavedSaysSo)
     EXPECT_STREQ(dhcp().Enable, "1");
 }
 
-TEST_F(LanTest, AFaultLeavesTheReasonAsItIs)
+TEST_F(LanTest, AFaultLeavesTheReasonUnchanged)
 {
     ASSERT_EQ(open({.faults = {"devapi_set_hg_dhcp_info=-1"}}), "");
     DhcpSetting setting = {};
@@ -205,7 +206,7 @@ TEST_F(LanTest, TheDhcpServerIsSwitched)
                   "Enable \"" + std::string(enable) + "\" is none of \"0\", \"1\"");
     }
     DhcpSetting setting = {};
-    fill_to_the_brim(setting.info.Enable, '1');
+    fill_completely(setting.info.Enable, '1');
     EXPECT_EQ(devapi_set_hg_dhcp_info(&setting), -1);
     EXPECT_STREQ(dhcp().Enable, "1");
 }

@@ -13,7 +13,7 @@ class LinkChecksTest : public ServicesTest {
         EXPECT_EQ(devapi_get_all_wifi_channel_list(&list), 0);
         return list;
     }
-    // The networks on a channel; -1 when it is none that the radios may use.
+    // The number of networks on a channel; -1 when the radios may not use it.
     static int32_t networks_on(int16_t channel)
     {
         const WifiChannelList list = channels();
@@ -85,7 +85,7 @@ TEST_F(LinkChecksTest, EachNetworkOfAScanIsOnItsChannel)
     }
 }
 
-TEST_F(LinkChecksTest, OneThatIsNotHeardIsNotCounted)
+TEST_F(LinkChecksTest, ANetworkOutOfReachIsNotCounted)
 {
     nlohmann::json home = house();
     home["neighbours"][2]["signal_dbm"] = -95;
@@ -99,7 +99,7 @@ TEST_F(LinkChecksTest, OneThatIsNotHeardIsNotCounted)
     EXPECT_EQ(networks_on(36), 1);
 }
 
-TEST_F(LinkChecksTest, CountsThatNoListHasAreRefused)
+TEST_F(LinkChecksTest, CountsBeyondTheListAreRefused)
 {
     ChannelApNum counts = {};
     for (const int32_t wrong : {-1, 65, INT32_MIN, INT32_MAX}) {
@@ -136,7 +136,7 @@ TEST_F(LinkChecksTest, TheLinksAreThoseOfTheModel)
     EXPECT_EQ(devapi_get_link_info(nullptr), -1);
 }
 
-TEST_F(LinkChecksTest, AChannelIsAsGoodAsItIsFree)
+TEST_F(LinkChecksTest, AChannelsQualityIsHowFreeItIs)
 {
     nlohmann::json home = house();
     home["radios"][0]["enabled"] = false;
@@ -162,7 +162,7 @@ TEST_F(LinkChecksTest, OnlyAddressesOfTheInternetAnswerAPing)
           "8.8.8.8 ", "8.8.8.8;reboot", "dns.example", "::1"}) {
         EXPECT_EQ(devapi_get_ping_check(target), -1) << target;
     }
-    EXPECT_EQ(reason(), "target is no address of the Internet");
+    EXPECT_EQ(reason(), "target is not an Internet address");
     EXPECT_EQ(devapi_get_ping_check(std::string(1 << 20, '8').c_str()), -1);
     EXPECT_EQ(devapi_get_ping_check(nullptr), -1);
 

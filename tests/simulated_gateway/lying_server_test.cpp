@@ -1,4 +1,4 @@
-// A server that lies: whatever it answers, the download ends and nothing is changed by it.
+// A hostile server: after any answer, the download ends and has changed nothing.
 #include "firmware_fixture.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace {
 struct Lie {
     const char *name; // of lying_answers.py
     const char *reason;
-    const char *limit = nullptr; // where only one of seconds ends it
+    const char *limit = nullptr; // where only a time limit ends it
 };
 
 constexpr char kStands[] = "STALL_TIMEOUT";
@@ -17,7 +17,7 @@ constexpr char kGoesOn[] = "TRANSFER_TIMEOUT";
 constexpr char kTooSlow[] = "Operation too slow";
 constexpr char kTooLong[] = "Operation timed out";
 constexpr char kNoHttp[] = "Received HTTP/0.9 when not allowed";
-constexpr char kSurplus[] = "the server sends more than 4194304 bytes around its answer";
+constexpr char kSurplus[] = "the server sends more than 4194304 bytes in addition to its response";
 constexpr char kTooManyHeaders[] = "Too large response headers";
 
 constexpr Lie kLies[] = {
@@ -37,7 +37,7 @@ constexpr Lie kLies[] = {
     {"negative-length", "Invalid Content-Length: value"},
     {"a-terabyte", "Maximum file size exceeded"},
     {"length-beyond-64-bits", "Maximum file size exceeded"},
-    {"image-without-end", "the image goes on behind the 100404 bytes"},
+    {"image-without-end", "the image continues after the 100404 bytes"},
     {"nonsense-without-end", "the image is none"},
     {"chunk-without-size", "Illegal or missing hexadecimal sequence"},
     {"endless-size-of-a-chunk", "Too long hexadecimal number"},

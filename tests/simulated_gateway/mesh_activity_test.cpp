@@ -1,11 +1,11 @@
-// What the mesh does in the course of time: signals, speeds and stations move.
+// The mesh over time: signals and speeds vary, stations roam.
 #include "mesh_fixture.h"
 
 namespace {
 
 class MeshActivityTest : public MeshTest {};
 
-TEST_F(MeshActivityTest, SignalsAndRatesMoveWithTime)
+TEST_F(MeshActivityTest, SignalsAndRatesVaryWithTime)
 {
     std::set<std::string> signals;
     std::set<std::string> rates;
@@ -20,7 +20,7 @@ TEST_F(MeshActivityTest, SignalsAndRatesMoveWithTime)
     EXPECT_GT(rates.size(), 30u);
 }
 
-TEST_F(MeshActivityTest, RatesAreSharedOutAnewOnceADeviceHasLeft)
+TEST_F(MeshActivityTest, RatesAreRedistributedOnceADeviceHasLeft)
 {
     const auto expect_shared_out = [] {
         int sum = 0;
@@ -66,7 +66,7 @@ TEST_F(MeshActivityTest, LinkSpeedsAreThoseOfTheLastMeasurement)
     EXPECT_EQ(speed(), 866);
 }
 
-TEST_F(MeshActivityTest, WhoRoamsIsWithTheRouterThatItHearsBest)
+TEST_F(MeshActivityTest, ARoamingHostIsAtTheRouterWithTheStrongestSignal)
 {
     constexpr char phone[] = "DA:41:7C:0E:92:B3";
     const int64_t saturday = kTime + 2 * kDay;
@@ -97,7 +97,7 @@ TEST_F(MeshActivityTest, WhoRoamsIsWithTheRouterThatItHearsBest)
     EXPECT_GT(seen[kAttic], 4);
 }
 
-TEST_F(MeshActivityTest, WhoIsAwayOrDoesNotRoamStaysWhereItBelongs)
+TEST_F(MeshActivityTest, AnAbsentOrStationaryHostStaysAtItsRouter)
 {
     for (int64_t quarter = 0; quarter < 96; ++quarter) {
         ASSERT_EQ(open_when(kTime + quarter * 900), "");
@@ -109,11 +109,11 @@ TEST_F(MeshActivityTest, WhoIsAwayOrDoesNotRoamStaysWhereItBelongs)
     }
 }
 
-TEST_F(MeshActivityTest, OnlyWhoIsOnTheRadioCanRoam)
+TEST_F(MeshActivityTest, OnlyWirelessHostsCanRoam)
 {
     nlohmann::json home = house();
     home["hosts"][0]["roams"] = true;
-    EXPECT_EQ(open_home(home), path("home.json") + ": /hosts/0/roams: there is no link by radio");
+    EXPECT_EQ(open_home(home), path("home.json") + ": /hosts/0/roams: there is no radio link");
 }
 
 } // namespace

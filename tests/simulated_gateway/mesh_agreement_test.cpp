@@ -1,4 +1,4 @@
-// There is one mesh: whatever shows it shows the same, in every home and at every time.
+// All views of the mesh agree, in every home and at every time.
 #include "mesh_fixture.h"
 
 namespace {
@@ -26,7 +26,7 @@ class MeshAgreementTest : public MeshTest {
     }
 
   private:
-    // Hosts first, then the child routers, which have places there without being hosts.
+    // Hosts first, then the child routers, which are listed there without being hosts.
     void expect_table() const
     {
         const Macs macs = devices();
@@ -71,7 +71,7 @@ class MeshAgreementTest : public MeshTest {
         EXPECT_EQ(all, table);
     }
 
-    // But for the clock by which the time is given.
+    // Except for the access time, which the two functions give by different clocks.
     static void expect_same(const AdBaseInfo &shown, const AdBaseInfo &expected)
     {
         EXPECT_EQ(shown.HostIndex, expected.HostIndex);
@@ -88,7 +88,7 @@ class MeshAgreementTest : public MeshTest {
                   expected.AccessTime == std::string("NULL"));
     }
 
-    // The router and those between it and the main router, the uppermost last.
+    // The router and its ancestors below the main router, the uppermost last.
     std::vector<ChildRouterInfo> path_to(const ChildRouterInfo &router) const
     {
         std::vector<ChildRouterInfo> path = {router};
@@ -97,7 +97,7 @@ class MeshAgreementTest : public MeshTest {
                 return it.Mac == std::string(path.back().ParentMac);
             });
             if (parent == routers_.end() || path.size() > routers_.size()) {
-                ADD_FAILURE() << router.Mac << " hangs from nowhere";
+                ADD_FAILURE() << router.Mac << " is attached to no router";
                 break;
             }
             path.push_back(*parent);
@@ -206,7 +206,7 @@ class MeshAgreementTest : public MeshTest {
     std::vector<ChildRouterInfo> routers_;
 };
 
-TEST_F(MeshAgreementTest, InEveryHomeInTheCourseOfADay)
+TEST_F(MeshAgreementTest, InEveryHomeThroughoutADay)
 {
     for (const char *scenario :
          {"three_storey_house", "single_router", "operator_variant", "short_report"}) {

@@ -91,7 +91,7 @@ TEST_F(MeshControlTest, TheMeshGoesOffWithItsLinkLayerAndComesBack)
     EXPECT_EQ(mesh(), "0 2");
 }
 
-TEST_F(MeshControlTest, AMeshWithoutItsLinkLayerStaysSoUntilItIsSwitched)
+TEST_F(MeshControlTest, AMeshWithoutItsLinkLayerStaysDownUntilSwitched)
 {
     nlohmann::json home = house();
     home["mesh"]["link_layer_up"] = false;
@@ -100,7 +100,7 @@ TEST_F(MeshControlTest, AMeshWithoutItsLinkLayerStaysSoUntilItIsSwitched)
     EXPECT_EQ(link_layer(), "0");
 }
 
-TEST_F(MeshControlTest, InAStarAllChildRoutersHangFromTheMainRouter)
+TEST_F(MeshControlTest, InAStarAllChildRoutersAreAttachedToTheMainRouter)
 {
     ChildRouterList list = {};
     ASSERT_EQ(devapi_get_childrouter_list(&list), 0);
@@ -130,7 +130,7 @@ TEST_F(MeshControlTest, AfterAChangeItIsBusyForSomeSeconds)
     EXPECT_EQ(set_mesh("1", "1"), 0);
 }
 
-TEST_F(MeshControlTest, WhileRoutersArePairedItIsLeftAlone)
+TEST_F(MeshControlTest, DuringPairingTheMeshCannotBeSwitched)
 {
     EXPECT_EQ(pair("1", "60"), 0);
     EXPECT_EQ(set_mesh("0", "2"), MESH_BUSY_1);
@@ -159,7 +159,7 @@ TEST_F(MeshControlTest, WrongPairingsAreRefused)
     for (const char *time : {"0", "3601", "-1", "", "1m", "NULL"}) {
         EXPECT_EQ(pair("1", time), -1) << time;
     }
-    EXPECT_EQ(reason(), "Time is no number");
+    EXPECT_EQ(reason(), "Time is not a number");
     EXPECT_EQ(pair("on", "60"), -1);
     EXPECT_EQ(reason(), R"(Enable "on" is none of "0", "1")");
     EXPECT_EQ(set_mesh("0", "2"), 0);
@@ -168,7 +168,7 @@ TEST_F(MeshControlTest, WrongPairingsAreRefused)
     EXPECT_EQ(devapi_set_pair_status(nullptr), -1);
 }
 
-TEST_F(MeshControlTest, ARouterWithoutPairingSaysSo)
+TEST_F(MeshControlTest, ARouterWithoutPairingRefusesIt)
 {
     ASSERT_EQ(open_at(kTime, {.scenario = "single_router"}), "");
     EXPECT_EQ(pair("1", "60"), MESH_PAIRING_NOT_SUPPORTED);
@@ -242,7 +242,7 @@ TEST_F(MeshControlTest, TheHeartbeatIsANumberOfSeconds)
     for (const char *wrong : {"", "9", "86401", "-60", "60s", " 60", "6e1", "1.5"}) {
         EXPECT_EQ(devapi_set_kaa_heartbeat(wrong), -1) << wrong;
     }
-    EXPECT_EQ(reason(), "heartbeat is no number");
+    EXPECT_EQ(reason(), "heartbeat is not a number");
     EXPECT_EQ(devapi_set_kaa_heartbeat(std::string(1 << 20, '6').c_str()), -1);
     EXPECT_EQ(devapi_set_kaa_heartbeat(nullptr), -1);
     EXPECT_EQ(heartbeat(), 86400);
@@ -286,7 +286,7 @@ TEST_F(MeshControlTest, WrongLedSettingsChangeNothing)
     EXPECT_EQ(reason(), "the router has no LEDs");
 }
 
-TEST_F(MeshControlTest, TheFirstConfigurationIsThatOfTheBaseInformation)
+TEST_F(MeshControlTest, TheInitialConfigurationIsThatOfTheBaseInformation)
 {
     EXPECT_EQ(configuration(), 1);
     EXPECT_EQ(devapi_set_sta_tslink_config("0"), 0);
@@ -303,7 +303,7 @@ TEST_F(MeshControlTest, TheFirstConfigurationIsThatOfTheBaseInformation)
     EXPECT_STREQ(base().ConfiguerStatus, "1");
 }
 
-TEST_F(MeshControlTest, AScenarioHasToHold)
+TEST_F(MeshControlTest, AnInvalidScenarioIsRefused)
 {
     EXPECT_EQ(error_with("/mesh_control/heartbeat_seconds", 9),
               "/mesh_control/heartbeat_seconds: 9 is not within 10 to 86400");

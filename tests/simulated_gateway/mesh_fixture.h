@@ -18,7 +18,7 @@ class MeshTest : public GatewayTest {
     static constexpr char kFirstFloor[] = "3C:6A:D2:22:81:40";
     static constexpr char kAttic[] = "3C:6A:D2:22:81:80";
 
-    // Behind the twelve hosts of the house.
+    // Listed after the twelve hosts of the house.
     static constexpr int32_t kFirstFloorIndex = 13;
     static constexpr int32_t kAtticIndex = 14;
 
@@ -115,7 +115,7 @@ class MeshTest : public GatewayTest {
         EXPECT_EQ(devapi_get_childsta_base_info(&info), 0) << index;
         return info;
     }
-    // The router at which a device is listed, whatever lists it.
+    // The router at which a device is listed, as a child router's device or the main router's.
     static std::string router_of(const std::string &mac)
     {
         for (const int32_t identifier : identifiers()) {

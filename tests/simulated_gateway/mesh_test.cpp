@@ -1,9 +1,9 @@
-// The routers of the mesh one by one, and what the topology report knows of the main router.
+// The individual routers of the mesh, and the main router in the topology report.
 #include "mesh_fixture.h"
 
 namespace {
 
-TEST_F(MeshTest, AChildRouterIsReportedWithAllThatIsKnownOfIt)
+TEST_F(MeshTest, AChildRouterIsReportedWithEveryField)
 {
     EXPECT_EQ(identifiers(), (std::vector{kFirstFloorIndex, kAtticIndex}));
     ChildRouterInfo attic = router(kAtticIndex);
@@ -72,7 +72,7 @@ TEST_F(MeshTest, ChildRoutersRestartWithTheMainRouter)
 
 // ---- What is down ------------------------------------------------------------------------------
 
-TEST_F(MeshTest, ARouterThatIsOffTakesThoseBelowAlong)
+TEST_F(MeshTest, ARouterThatIsOffDisconnectsThoseBelow)
 {
     nlohmann::json home = house();
     home["mesh"]["child_routers"][0]["offline"] = true;
@@ -93,7 +93,7 @@ TEST_F(MeshTest, ARouterThatIsOffTakesThoseBelowAlong)
     EXPECT_LT(std::stoi(device("72:9B:E0:46:D8:15").Dbm), -49 - 6);
 }
 
-TEST_F(MeshTest, ALinkByRadioNeedsTheRadio)
+TEST_F(MeshTest, AWirelessLinkNeedsTheRadio)
 {
     nlohmann::json home = house();
     home["mesh"]["child_routers"][1]["link"]["kind"] = "2.4GHz";
@@ -137,7 +137,7 @@ TEST_F(MeshTest, AMeshThatIsOffHasNoChildRouters)
     EXPECT_EQ(reason(), "there is no child router 13");
 }
 
-TEST_F(MeshTest, RestrictedToAStarOrNotIsTheHomesAffair)
+TEST_F(MeshTest, RestrictionToAStarIsConfiguredInTheHome)
 {
     EXPECT_EQ(devapi_get_mesh_type(), 2);
     nlohmann::json home = house();
@@ -152,7 +152,7 @@ TEST_F(MeshTest, RestrictedToAStarOrNotIsTheHomesAffair)
 
 // ---- The main router ---------------------------------------------------------------------------
 
-TEST_F(MeshTest, ModelAndAreaCodeFitIntoTheRoomThatThereIs)
+TEST_F(MeshTest, ModelAndAreaCodeAreCutToTheirBuffers)
 {
     char text[32];
     std::ranges::fill(text, '#');
@@ -248,8 +248,8 @@ TEST_F(MeshTest, AnIndexOfNoStationIsRefused)
     }
 }
 
-// The plug-in reports of these what the call has left, whatever it answered.
-TEST_F(MeshTest, AFailedCallLeavesItsRecordAlone)
+// The plug-in reports the contents of these records regardless of the result of the call.
+TEST_F(MeshTest, AFailedCallLeavesItsRecordUnchanged)
 {
     const auto is_left_alone = []<class Record>(auto call, std::unique_ptr<Record> record) {
         memset(record.get(), '7', sizeof(Record));

@@ -78,13 +78,13 @@ TEST_F(PortsTest, ThereIsACounterForEachPort)
     EXPECT_EQ(ports().size(), 4u);
 }
 
-TEST_F(PortsTest, TheyCountWithTheTimeWhatTheHostsSendAndReceive)
+TEST_F(PortsTest, TheyCountTheTrafficOfTheHostsOverTime)
 {
     ASSERT_EQ(open_when(kTime + 10), "");
     const Statistics first = statistics();
     HgBaseInfo base = {};
     ASSERT_EQ(devapi_get_hg_base_info(&base), 0);
-    // What is shared out among the hosts is a little less than the rate of the home.
+    // The rates of the hosts are rounded down, so their sum is a little less than the home's rate.
     EXPECT_NEAR(static_cast<double>(first.at("WAN").sent), std::stod(base.UpSpeed) * 1250, 2e4);
     EXPECT_NEAR(static_cast<double>(first.at("WAN").received), std::stod(base.DownSpeed) * 1250,
                 2e4);
@@ -101,7 +101,7 @@ TEST_F(PortsTest, TheyCountWithTheTimeWhatTheHostsSendAndReceive)
     EXPECT_GT(second.at("WAN").packets_sent, first.at("WAN").packets_sent);
 }
 
-TEST_F(PortsTest, WhatTheWanCarriesTheOtherPortsCarry)
+TEST_F(PortsTest, TheWanCarriesTheTrafficOfTheOtherPorts)
 {
     ASSERT_EQ(open_when(kTime + 7200), "");
     const Statistics counted = statistics();
@@ -139,7 +139,7 @@ TEST_F(PortsTest, TheSameHomeCountsTheSame)
     EXPECT_NE(statistics().at("WAN").sent, first);
 }
 
-TEST_F(PortsTest, ABlockedHostAddsNothingAnyMore)
+TEST_F(PortsTest, ABlockedHostNoLongerCounts)
 {
     nlohmann::json home = house();
     home["mesh"]["enabled"] = home["mesh"]["link_layer_up"] = false;
@@ -162,7 +162,7 @@ TEST_F(PortsTest, ABlockedHostAddsNothingAnyMore)
     EXPECT_GT(statistics().at("LAN1").sent, before.at("LAN1").sent);
 }
 
-// The traffic is counted while the guest is still there, and shared out anew once it has gone.
+// Traffic is counted up to the time the guest leaves, and redistributed from then on.
 TEST_F(PortsTest, WhenAGuestNetworkEndsTheOthersShareItsRates)
 {
     nlohmann::json home = house();
@@ -186,7 +186,7 @@ TEST_F(PortsTest, WhenAGuestNetworkEndsTheOthersShareItsRates)
     EXPECT_NEAR(static_cast<double>(sum), std::stod(base.DownSpeed), 12);
 }
 
-TEST_F(PortsTest, ABootStartsThemAnew)
+TEST_F(PortsTest, ABootResetsThem)
 {
     ASSERT_EQ(open_when(kTime + 600), "");
     EXPECT_GT(statistics().at("WAN").sent, 0);
@@ -234,8 +234,8 @@ TEST_F(PortsTest, WrongBindingsAreRefused)
     EXPECT_EQ(refused("0", "LAN1"), "there is no WAN connection 0");
     EXPECT_EQ(refused("5", "LAN1"), "there is no WAN connection 5");
     EXPECT_EQ(refused("-1", "LAN1"), "there is no WAN connection -1");
-    EXPECT_EQ(refused("", "LAN1"), "index is no number");
-    EXPECT_EQ(refused("IPTV", "LAN1"), "index is no number");
+    EXPECT_EQ(refused("", "LAN1"), "index is not a number");
+    EXPECT_EQ(refused("IPTV", "LAN1"), "index is not a number");
     EXPECT_EQ(refused("1", "LAN5"), "there is no port \"LAN5\"");
     EXPECT_EQ(refused("1", "LAN0"), "there is no port \"LAN0\"");
     EXPECT_EQ(refused("1", "SSID9"), "there is no port \"SSID9\"");
@@ -251,7 +251,7 @@ TEST_F(PortsTest, WrongBindingsAreRefused)
     EXPECT_EQ(devapi_get_port_statistics_info(nullptr), -1);
 }
 
-TEST_F(PortsTest, AScenarioHasToHold)
+TEST_F(PortsTest, AnInvalidScenarioIsRefused)
 {
     const auto bound = [](const char *port, int wan) {
         return nlohmann::json{{"port", port}, {"wan", wan}};
@@ -261,7 +261,7 @@ TEST_F(PortsTest, AScenarioHasToHold)
     EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN1", 5)),
               "/ports/bindings/0/wan: there is no WAN connection 5");
     EXPECT_EQ(error_with("/ports/bindings", {bound("LAN1", 1), bound("LAN1", 2)}),
-              "/ports/bindings/1/port: LAN1 is bound already");
+              "/ports/bindings/1/port: LAN1 is already bound");
     EXPECT_EQ(error_with("/ports/lan", 9), "/ports/lan: 9 is not within 1 to 8");
 }
 

@@ -1,4 +1,4 @@
-// A gateway in a process of its own, to be killed. gateway_process.cpp says what it does.
+// A gateway in a separate process, which tests kill. gateway_process.cpp describes the process.
 #pragma once
 
 #include <string>
@@ -12,10 +12,10 @@ class GatewayProcess {
     GatewayProcess(const GatewayProcess &) = delete;
     GatewayProcess &operator=(const GatewayProcess &) = delete;
 
-    // Waits for so many of its dots; false when it ends before.
+    // Waits for this many dots; false when it ends before.
     bool wait_for(int dots) const;
     void kill();
-    // Lets it go; result: its exit status as waitpid() has it.
+    // Closes its input. Result: its exit status as waitpid() reports it.
     int end();
 
   private:

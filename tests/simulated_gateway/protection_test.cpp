@@ -1,11 +1,11 @@
-// What parental control does to the attached devices in the course of time.
+// The effect of parental control on the attached devices over time.
 #include "green_net_fixture.h"
 
 namespace {
 
 class ProtectionTest : public GreenNetTest {
   protected:
-    // Whether the tablet has access, as all functions say.
+    // Whether the tablet has access, which all functions have to report alike.
     static bool has_access()
     {
         const AdBaseInfo info = host(kTablet);
@@ -19,7 +19,7 @@ class ProtectionTest : public GreenNetTest {
     static constexpr int64_t kRestricted = kTime + 13 * kHour;
 };
 
-TEST_F(ProtectionTest, BeginsAndEndsByTheClock)
+TEST_F(ProtectionTest, BeginsAndEndsAtItsTimes)
 {
     const struct {
         int64_t time;
@@ -127,14 +127,14 @@ TEST_F(ProtectionTest, ANewEntryProtectsAnotherDevice)
     EXPECT_EQ(right(kLaptop), "ALLOW");
 }
 
-TEST_F(ProtectionTest, TheUsersOwnBlockStaysTheUsers)
+TEST_F(ProtectionTest, ABlockSetByTheUserOutlivesThePeriod)
 {
     EXPECT_EQ(set_right(kTabletMac, "DENY"), 0);
     for (const int64_t time : {kTime, kRestricted, kTime + 16 * kHour}) {
         ASSERT_EQ(open_when(time), "");
         EXPECT_FALSE(has_access());
     }
-    // Taken back while a period runs, it ends with the period.
+    // A block removed during a period ends with the period.
     ASSERT_EQ(open_when(kRestricted), "");
     EXPECT_EQ(set_right(kTabletMac, "ALLOW"), 0);
     EXPECT_FALSE(has_access());

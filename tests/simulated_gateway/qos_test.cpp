@@ -83,7 +83,7 @@ class QosTest : public ServicesTest {
 
 constexpr char kOffice[] = "1 Voice of the office 1 SIP 192.168.1.130..192.168.1.139 DSCP 46..46";
 
-TEST_F(QosTest, IsReportedAsTheScenarioHasIt)
+TEST_F(QosTest, IsReportedAsInTheScenario)
 {
     const QosInfo info = qos();
     EXPECT_STREQ(info.Enable, "1");
@@ -120,15 +120,15 @@ TEST_F(QosTest, ApplicationsHavePriorities)
     for (const char *wrong : {"0", "9", "", "high", "1 ", "-1", "99999999999999999999"}) {
         EXPECT_EQ(devapi_set_qos_app_info(1, wrong), -1) << wrong;
     }
-    EXPECT_EQ(reason(), "priority is no number");
+    EXPECT_EQ(reason(), "priority is not a number");
     EXPECT_EQ(devapi_set_qos_app_info(1, nullptr), -1);
     EXPECT_EQ(priorities(), "5 2 3 8 ");
 }
 
-TEST_F(QosTest, ANewRuleGetsANumberOfItsOwn)
+TEST_F(QosTest, ANewRuleGetsAUniqueNumber)
 {
     QosRule rule = chat("1");
-    set(rule.Id, "77"); // of no concern
+    set(rule.Id, "77"); // ignored
     EXPECT_EQ(devapi_set_qos_classification_info(&rule), 0) << reason();
     EXPECT_STREQ(rule.Id, "2");
     EXPECT_STREQ(rule.Action, "1");
@@ -136,7 +136,7 @@ TEST_F(QosTest, ANewRuleGetsANumberOfItsOwn)
     const std::vector<std::string> both = {kOffice, "2 Chat 3 DPORT 5222..5223"};
     EXPECT_EQ(rules(), both);
 
-    // One that became free is given again.
+    // A free number is reused.
     EXPECT_EQ(remove("1"), 0);
     EXPECT_EQ(devapi_set_qos_classification_info(&rule), 0);
     EXPECT_STREQ(rule.Id, "1");
@@ -165,7 +165,7 @@ TEST_F(QosTest, AnyOtherActionChangesARule)
         EXPECT_EQ(rules(), std::vector<std::string>{std::string("1 Action ") + action +
                                                     " 3 DPORT 5222..5223"});
     }
-    // A rule without types holds for everything.
+    // A rule without types applies to everything.
     QosRule rule = chat("3");
     set(rule.Id, "1");
     rule.type_count = 0;
@@ -173,7 +173,7 @@ TEST_F(QosTest, AnyOtherActionChangesARule)
     EXPECT_EQ(rules(), std::vector<std::string>{"1 Chat 3"});
 }
 
-TEST_F(QosTest, ARuleThatThereIsNotIsNeitherChangedNorDeleted)
+TEST_F(QosTest, AnUnknownRuleIsNeitherChangedNorDeleted)
 {
     for (const char *id : {"2", "0", "7", "-1"}) {
         EXPECT_EQ(remove(id), -1);
@@ -184,7 +184,7 @@ TEST_F(QosTest, ARuleThatThereIsNotIsNeitherChangedNorDeleted)
     }
     EXPECT_EQ(remove(""), -1);
     EXPECT_EQ(remove("one"), -1);
-    EXPECT_EQ(reason(), "Id is no number");
+    EXPECT_EQ(reason(), "Id is not a number");
     EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
     EXPECT_EQ(remove("1"), 0);
     EXPECT_EQ(rules(), std::vector<std::string>());
@@ -212,14 +212,14 @@ TEST_F(QosTest, EachTypeHasItsValues)
 
     const std::string path = "/home/qos/rules/1/traffic/0: ";
     EXPECT_EQ(refused_type("SMAC", "A4:BB:6D:31:07", "A4:BB:6D:31:07:FF"),
-              path + "\"A4:BB:6D:31:07\" is no value of SMAC");
-    EXPECT_EQ(refused_type("8021P", "0", "8"), path + "\"8\" is no value of 8021P");
-    EXPECT_EQ(refused_type("SIP", "10.0.0", "10.0.0.1"), path + "\"10.0.0\" is no value of SIP");
-    EXPECT_EQ(refused_type("DIP", "10.0.0.2", "10.0.0.1"), path + "10.0.0.1 lies below 10.0.0.2");
-    EXPECT_EQ(refused_type("SPORT", "0", "1"), path + "\"0\" is no value of SPORT");
-    EXPECT_EQ(refused_type("DPORT", "1", "65536"), path + "\"65536\" is no value of DPORT");
-    EXPECT_EQ(refused_type("DPORT", "1", "2x"), path + "\"2x\" is no value of DPORT");
-    EXPECT_EQ(refused_type("DSCP", "-1", "64"), path + "\"-1\" is no value of DSCP");
+              path + "\"A4:BB:6D:31:07\" is not a value of SMAC");
+    EXPECT_EQ(refused_type("8021P", "0", "8"), path + "\"8\" is not a value of 8021P");
+    EXPECT_EQ(refused_type("SIP", "10.0.0", "10.0.0.1"), path + "\"10.0.0\" is not a value of SIP");
+    EXPECT_EQ(refused_type("DIP", "10.0.0.2", "10.0.0.1"), path + "10.0.0.1 is below 10.0.0.2");
+    EXPECT_EQ(refused_type("SPORT", "0", "1"), path + "\"0\" is not a value of SPORT");
+    EXPECT_EQ(refused_type("DPORT", "1", "65536"), path + "\"65536\" is not a value of DPORT");
+    EXPECT_EQ(refused_type("DPORT", "1", "2x"), path + "\"2x\" is not a value of DPORT");
+    EXPECT_EQ(refused_type("DSCP", "-1", "64"), path + "\"-1\" is not a value of DSCP");
     EXPECT_EQ(refused_type("DSCP", "", "6"), "Min is empty");
     EXPECT_EQ(refused_type("DSCP", "6", ""), "Max is empty");
     EXPECT_NE(refused_type("TOS", "1", "2").find("Type \"TOS\" is none of \"SMAC\""),
@@ -235,7 +235,7 @@ TEST_F(QosTest, WrongRulesAreRefused)
     set(rule.PriorityLevel, "9");
     EXPECT_EQ(refused(rule), "PriorityLevel 9 is not within 1 to 8");
     set(rule.PriorityLevel, "");
-    EXPECT_EQ(refused(rule), "PriorityLevel is no number");
+    EXPECT_EQ(refused(rule), "PriorityLevel is not a number");
     for (const int32_t count : {-1, 4, INT32_MIN, INT32_MAX}) {
         rule = chat("1");
         rule.type_count = count;
@@ -248,17 +248,17 @@ TEST_F(QosTest, WrongRulesAreRefused)
     EXPECT_EQ(rules(), std::vector<std::string>{kOffice});
 }
 
-TEST_F(QosTest, AScenarioHasToHold)
+TEST_F(QosTest, AnInvalidScenarioIsRefused)
 {
     const nlohmann::json rule = house()["qos"]["rules"][0];
     EXPECT_EQ(error_with("/qos/rules", {rule, rule}),
               "/qos/rules/1/number: there is another rule 1");
     EXPECT_EQ(error_with("/qos/rules/0/traffic/1/max", "40"),
-              "/qos/rules/0/traffic/1: 40 lies below 46");
+              "/qos/rules/0/traffic/1: 40 is below 46");
     EXPECT_EQ(error_with("/qos/rules/0/priority", 0),
               "/qos/rules/0/priority: 0 is not within 1 to 8");
     EXPECT_EQ(error_with("/qos/applications", nlohmann::json(5, house()["qos"]["applications"][0])),
-              "/qos/applications: holds more than 4");
+              "/qos/applications: has more than 4 items");
 }
 
 } // namespace

@@ -37,7 +37,7 @@ class RemovedHostsTest : public HostsTest {
     }
 };
 
-TEST_F(RemovedHostsTest, AHostThatIsSwitchedOffGoesForGood)
+TEST_F(RemovedHostsTest, AHostThatIsSwitchedOffIsRemovedPermanently)
 {
     EXPECT_EQ(remove("be-27-15-f3-64-0a"), 0);
     EXPECT_EQ(count(), kHosts - 1);
@@ -49,7 +49,7 @@ TEST_F(RemovedHostsTest, AHostThatIsSwitchedOffGoesForGood)
     EXPECT_EQ(index_of(kOmasMac), 0);
 }
 
-TEST_F(RemovedHostsTest, OneThatIsOnlineComesBackWhenItAttachesAnew)
+TEST_F(RemovedHostsTest, AnOnlineHostReturnsWhenItReattaches)
 {
     const std::string neighbour = host(kKitchenSpeaker + 1).Mac;
     EXPECT_EQ(remove(kSpeakerMac), 0);
@@ -67,7 +67,7 @@ TEST_F(RemovedHostsTest, OneThatIsOnlineComesBackWhenItAttachesAnew)
     EXPECT_EQ(host(kHosts).AccessTime, std::to_string(kTime + kDay));
 }
 
-TEST_F(RemovedHostsTest, OneThatIsAwayComesBackWhenItReturns)
+TEST_F(RemovedHostsTest, AnAbsentHostReturnsAfterItsAbsence)
 {
     ASSERT_EQ(open_when(kFriday + 8 * kHour), ""); // Anna is away from 7:40 to 17:15
     EXPECT_STREQ(host(kAnnasPhone).NetStatus, "0");
@@ -78,7 +78,7 @@ TEST_F(RemovedHostsTest, OneThatIsAwayComesBackWhenItReturns)
     EXPECT_EQ(index_of(kAnnasMac), kHosts);
 }
 
-TEST_F(RemovedHostsTest, ABootAttachesAllAnew)
+TEST_F(RemovedHostsTest, ABootReattachesAll)
 {
     EXPECT_EQ(remove(kSpeakerMac), 0);
     EXPECT_EQ(remove(kTabletMac), 0);
@@ -113,7 +113,7 @@ TEST_F(RemovedHostsTest, ItsAddressIsFreeForOthers)
     EXPECT_STREQ(host(index_of(kNasMac)).ip, "192.168.1.100");
 }
 
-TEST_F(RemovedHostsTest, WithoutAFreeAddressItHasToWait)
+TEST_F(RemovedHostsTest, ItReturnsOnlyOnceAnAddressIsFree)
 {
     nlohmann::json home = house();
     home["lan"]["dhcp_pool"]["end"] = "192.168.1.102"; // .101 and .102 are held
@@ -127,7 +127,7 @@ TEST_F(RemovedHostsTest, WithoutAFreeAddressItHasToWait)
     EXPECT_NE(index_of(kSpeakerMac), 0);
 }
 
-TEST_F(RemovedHostsTest, ParentalControlDoesNotForget)
+TEST_F(RemovedHostsTest, ParentalControlKeepsItsEntry)
 {
     EXPECT_EQ(remove(kTabletMac), 0);
     int32_t index = 0;
@@ -137,7 +137,7 @@ TEST_F(RemovedHostsTest, ParentalControlDoesNotForget)
     EXPECT_STREQ(host(index_of(kTabletMac)).GreennetProtectEnable, "1");
 }
 
-TEST_F(RemovedHostsTest, FactoryRecoveryBringsAllBack)
+TEST_F(RemovedHostsTest, FactoryRecoveryRestoresAll)
 {
     EXPECT_EQ(remove(kSpeakerMac), 0);
     EXPECT_EQ(remove(kOmasMac), 0);
@@ -147,7 +147,7 @@ TEST_F(RemovedHostsTest, FactoryRecoveryBringsAllBack)
     EXPECT_EQ(index_of(kOmasMac), kHosts);
 }
 
-TEST_F(RemovedHostsTest, WhoIsNoHostIsRefused)
+TEST_F(RemovedHostsTest, AnythingButAHostIsRefused)
 {
     for (const std::string &mac : kNoMacs) {
         EXPECT_EQ(remove(mac), -1) << mac;
@@ -160,7 +160,7 @@ TEST_F(RemovedHostsTest, WhoIsNoHostIsRefused)
     EXPECT_EQ(count(), kHosts);
 }
 
-TEST_F(RemovedHostsTest, AStateFileHasToHold)
+TEST_F(RemovedHostsTest, AnInvalidStateFileIsRefused)
 {
     EXPECT_EQ(remove(kSpeakerMac), 0);
     close();

@@ -25,7 +25,7 @@ TEST_F(RoamingTest, StationControlAndFastRoamingAreKept)
     EXPECT_EQ(station_control(), 0);
     EXPECT_EQ(fast_roaming(), "1");
 
-    EXPECT_EQ(devapi_set_wifi_fastroaming(""), 0); // nothing said
+    EXPECT_EQ(devapi_set_wifi_fastroaming(""), 0); // an empty value
     for (const char *text : {"", "2", "on", "11"}) {
         EXPECT_EQ(devapi_set_wifi_stactrl(text), -1);
     }

@@ -70,7 +70,7 @@ TEST_F(ServiceSwitchesTest, TheMultiserviceModeIsKept)
     EXPECT_EQ(mode(), "VLAN");
 }
 
-TEST_F(ServiceSwitchesTest, OnlyARouterThatBindsVlansKeepsServicesApartByThem)
+TEST_F(ServiceSwitchesTest, OnlyARouterThatBindsVlansSeparatesServicesByVlan)
 {
     nlohmann::json home = house();
     home["identity"]["vlan_binding"] = false;
@@ -95,7 +95,7 @@ TEST_F(ServiceSwitchesTest, EachProtocolHasItsSwitch)
         }
         EXPECT_EQ(devapi_set_ap_alg_ability(&ability), 0);
         EXPECT_EQ(alg(), expected);
-        // One that is wrong, and none is set.
+        // One invalid switch, and none is set.
         set(ability.*switches[off], "on");
         set(ability.*switches[(off + 1) % std::size(switches)], "0");
         EXPECT_EQ(devapi_set_ap_alg_ability(&ability), -1);
@@ -151,7 +151,7 @@ TEST_F(ServiceSwitchesTest, ItsStatusIsNotCut)
     EXPECT_EQ(reason(), "there is no room for the status");
 }
 
-TEST_F(ServiceSwitchesTest, ASpeedTestFindsWhatTheTrafficLeavesOfTheLine)
+TEST_F(ServiceSwitchesTest, ASpeedTestMeasuresTheUnusedBandwidth)
 {
     SpeedTest test = {};
     ASSERT_EQ(devapi_speedtest_request(&test), 0);
@@ -179,7 +179,7 @@ TEST_F(ServiceSwitchesTest, ThereIsNoSpeedTestWithoutAConnection)
     EXPECT_EQ(rates(test), "  ");
 }
 
-TEST_F(ServiceSwitchesTest, WithAClockThatRunsASpeedTestTakesItsTime)
+TEST_F(ServiceSwitchesTest, WithARunningClockASpeedTestTakesTime)
 {
     unsetenv("SIMULATED_GATEWAY_TIME");
     ASSERT_EQ(reopen({.trace = path("trace")}), "");
@@ -203,20 +203,20 @@ TEST_F(ServiceSwitchesTest, NullIsRefused)
     EXPECT_EQ(devapi_get_wps_enable(nullptr), -1);
 }
 
-TEST_F(ServiceSwitchesTest, TextsToTheBrimAreRefused)
+TEST_F(ServiceSwitchesTest, UnterminatedTextsAreRefused)
 {
     MultiserviceMode mode = {};
-    fill_to_the_brim(mode.Mode, 'V');
+    fill_completely(mode.Mode, 'V');
     EXPECT_EQ(devapi_set_ap_multiservice_mode(&mode), -1);
     AlgAbility ability = {};
     std::memset(&ability, '1', sizeof(ability));
     EXPECT_EQ(devapi_set_ap_alg_ability(&ability), -1);
     UpnpState upnp = {};
-    fill_to_the_brim(upnp.Enable, '1');
+    fill_completely(upnp.Enable, '1');
     EXPECT_EQ(devapi_set_upnp_state(&upnp), -1);
 }
 
-TEST_F(ServiceSwitchesTest, AScenarioHasToHold)
+TEST_F(ServiceSwitchesTest, AnInvalidScenarioIsRefused)
 {
     EXPECT_EQ(error_with("/service_switches/multiservice_mode", "ROUTE"),
               R"(/service_switches/multiservice_mode: "ROUTE" is none of "NONE", "SSID", "VLAN")");

@@ -1,4 +1,4 @@
-// The three-storey house, with a trace, a state file and a clock that stands still.
+// The three-storey house, with a trace, a state file and a stopped clock.
 #pragma once
 
 #include "gateway_fixture.h"
@@ -15,13 +15,13 @@ class ServicesTest : public GatewayTest {
     {
         return open_at(time, {.state_file = path("state"), .trace = path("trace")});
     }
-    // Another home, whose changes are not kept.
+    // Opens another home, without a state file.
     std::string open_home(const nlohmann::json &home)
     {
         return open_at(kTime,
                        {.scenario = write("home.json", home.dump()), .trace = path("trace")});
     }
-    // What opening the house with one value changed says, without the file.
+    // The error of opening the house with one value changed, without the file's name.
     std::string error_with(const std::string &pointer, const nlohmann::json &value)
     {
         nlohmann::json home = house();

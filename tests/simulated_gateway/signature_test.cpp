@@ -1,4 +1,4 @@
-// Who vouches for an image, and that no older one comes back.
+// Signatures of images, and protection against a downgrade.
 #include "firmware/image.h"
 #include "firmware_fixture.h"
 #include "io/text.h"
@@ -26,7 +26,7 @@ class SignatureTest : public FirmwareTest {
         options.firmware_key = path("key.pub");
         return options;
     }
-    // Downloads the image. Result: empty on success, else why it is refused.
+    // Downloads the image. Result: empty on success, else the reason of the refusal.
     std::string offer(const std::string &image) const
     {
         write("offered.image", image);
@@ -47,7 +47,7 @@ class SignatureTest : public FirmwareTest {
 
     static constexpr char kUnsigned[] = "the image is not signed";
     static constexpr char kForeign[] =
-        "the image does not hold: its signature is not by the firmware key";
+        "the image is invalid: its signature is not by the firmware key";
     static std::string too_old(int64_t number, int64_t running)
     {
         return "the image has the rollback number " + std::to_string(number) +
@@ -55,7 +55,7 @@ class SignatureTest : public FirmwareTest {
     }
 };
 
-TEST_F(SignatureTest, HasTheFormThatIsWrittenDown)
+TEST_F(SignatureTest, HasTheDocumentedFormat)
 {
     const std::string image = signed_image("V4", 0x01020304);
     EXPECT_EQ(image.size(), 472u + 1000);
@@ -65,14 +65,14 @@ TEST_F(SignatureTest, HasTheFormThatIsWrittenDown)
     digest.add(std::string_view(image).substr(0, 376));
     digest.add(std::string_view(image).substr(472));
     EXPECT_EQ(image.substr(376, 32), digest.finish());
-    // OpenSSL's own program says the same of the signature.
+    // The openssl program verifies the signature as well.
     write("signed", image.substr(0, 408));
     write("signature", image.substr(408, 64));
     run_openssl({"pkeyutl", "-verify", "-rawin", "-pubin", "-inkey", path("key.pub"), "-in",
                  path("signed"), "-sigfile", path("signature"), "-out", path("verdict")});
 }
 
-TEST_F(SignatureTest, WithAKeyOnlyWhatItHasSignedIsTaken)
+TEST_F(SignatureTest, WithAKeyOnlyImagesSignedByItAreAccepted)
 {
     ASSERT_EQ(open(with_key()), "");
     EXPECT_EQ(offer(make_image()), kUnsigned);
@@ -84,7 +84,7 @@ TEST_F(SignatureTest, WithAKeyOnlyWhatItHasSignedIsTaken)
     EXPECT_EQ(warnings(), 0u);
 }
 
-TEST_F(SignatureTest, EveryFlippedBitIsNoticed)
+TEST_F(SignatureTest, EveryFlippedBitIsDetected)
 {
     using namespace simulated_gateway;
     const ImageDemands demands = {.key = std::make_shared<const VerificationKey>(path("key.pub"))};
@@ -148,7 +148,7 @@ TEST_F(SignatureTest, ASmallerNumberIsRefused)
     EXPECT_EQ(offer(signed_image("V5", 5)), too_old(5, UINT32_MAX));
 }
 
-TEST_F(SignatureTest, AnImageThatHasLainThereIsNoWayBack)
+TEST_F(SignatureTest, AStoredImageAllowsNoDowngrade)
 {
     ASSERT_EQ(open(with_key()), "");
     const std::string old = signed_image("V5", 5);
@@ -166,7 +166,7 @@ TEST_F(SignatureTest, AnImageThatHasLainThereIsNoWayBack)
               std::string::npos);
 }
 
-TEST_F(SignatureTest, AKeyHoldsForWhatWasTakenWithoutIt)
+TEST_F(SignatureTest, AKeyAppliesToImagesAcceptedWithoutIt)
 {
     ASSERT_EQ(open(options()), "");
     EXPECT_EQ(offer(make_image()), "");
@@ -183,7 +183,7 @@ TEST_F(SignatureTest, AKeyHoldsForWhatWasTakenWithoutIt)
               std::string::npos);
 }
 
-TEST_F(SignatureTest, WithoutAKeyAnyImageIsTakenWithAWarning)
+TEST_F(SignatureTest, WithoutAKeyAnyImageIsAcceptedWithAWarning)
 {
     ASSERT_EQ(open(options()), "");
     EXPECT_EQ(install(make_image()), "V3.2.0");
@@ -192,21 +192,21 @@ TEST_F(SignatureTest, WithoutAKeyAnyImageIsTakenWithAWarning)
     EXPECT_EQ(install(signed_image("V4", 4, "other")), "V4");
     EXPECT_NE(read(path("trace"))
                   .find("] warning, firmware V4 has a signature that is not "
-                        "verified, for lack of a firmware key\n"),
+                        "verified without a firmware key\n"),
               std::string::npos);
     EXPECT_EQ(warnings(), 2u);
-    // The number counts all the same, and an image without one has 0.
+    // The number is checked nevertheless, and an image without one has 0.
     EXPECT_EQ(offer(signed_image("V3", 3)), too_old(3, 4));
     EXPECT_EQ(offer(make_image()), too_old(0, 4));
 }
 
-TEST_F(SignatureTest, AKeyThatIsNoneIsAnError)
+TEST_F(SignatureTest, AnInvalidKeyIsAnError)
 {
     Options wrong = options();
     wrong.firmware_key = path("none");
     EXPECT_EQ(open(wrong), path("none") + ": No such file or directory");
     wrong.firmware_key = path("key");
-    EXPECT_EQ(open(wrong), path("key") + ": is no public Ed25519 key in PEM");
+    EXPECT_EQ(open(wrong), path("key") + ": is not a public Ed25519 key in PEM");
     setenv("SIMULATED_GATEWAY_FIRMWARE_KEY", path("key.pub").c_str(), 1);
     ASSERT_EQ(open(options()), "");
     EXPECT_EQ(offer(make_image()), kUnsigned);

@@ -12,7 +12,7 @@ class StateFileTest : public GatewayTest {
   protected:
     std::string state() const { return path("state.json"); }
 
-    // A state as the gateway writes it first, to be varied.
+    // A state as the gateway first writes it, for the test to change.
     nlohmann::json written_state()
     {
         write_state();
@@ -25,7 +25,7 @@ class StateFileTest : public GatewayTest {
     }
     std::string copy() const { return state() + ".good"; }
 
-    // What opening a state file with this text says about it.
+    // The error of opening a state file with this text, without the file's name.
     std::string complaint_about(const std::string &text)
     {
         write("state.json", text);
@@ -34,7 +34,7 @@ class StateFileTest : public GatewayTest {
         return error;
     }
 
-    // What opening a state file with this text says; the file has to stay as it is.
+    // The error of opening a state file with this text; the file has to stay unchanged.
     std::string error_of(const std::string &text)
     {
         const std::string error = complaint_about(text);
@@ -43,7 +43,7 @@ class StateFileTest : public GatewayTest {
     }
 };
 
-TEST_F(StateFileTest, IsMadeWhenItIsMissingAndHoldsEverything)
+TEST_F(StateFileTest, IsCreatedWhenMissingAndHoldsEverything)
 {
     const time_t before = time(nullptr);
     const nlohmann::json made = written_state();
@@ -59,7 +59,7 @@ TEST_F(StateFileTest, IsMadeWhenItIsMissingAndHoldsEverything)
     EXPECT_EQ(made.at("factory"), home);
 }
 
-TEST_F(StateFileTest, IsOfUseWithoutItsScenario)
+TEST_F(StateFileTest, IsUsableWithoutItsScenario)
 {
     nlohmann::json home = house();
     home["identity"]["device_type"] = "FROM-FILE";
@@ -83,12 +83,12 @@ TEST_F(StateFileTest, OfAnotherScenarioIsAnErrorThatNamesBoth)
     EXPECT_EQ(open({.scenario = "three_storey_house", .state_file = state()}), "");
 }
 
-TEST_F(StateFileTest, DamagedIsAnErrorAndStaysAsItIs)
+TEST_F(StateFileTest, DamagedIsAnErrorAndStaysUnchanged)
 {
     const std::string whole = written_state().dump();
     EXPECT_EQ(error_of(""), "state.json: is empty");
     EXPECT_EQ(error_of(whole.substr(0, whole.size() / 2)).substr(0, 20), "state.json: line 1, ");
-    EXPECT_EQ(error_of("{\"a\": 1, \"a\": 2}"), "state.json: /a: stands twice");
+    EXPECT_EQ(error_of("{\"a\": 1, \"a\": 2}"), "state.json: /a: is repeated");
     EXPECT_EQ(error_of(house().dump()), "state.json: /format: is \"simulated gateway scenario\", "
                                         "not \"simulated gateway state\"");
     const struct {
@@ -100,9 +100,9 @@ TEST_F(StateFileTest, DamagedIsAnErrorAndStaysAsItIs)
         {"/scenario", "", "is empty"},
         {"/boot_time", -1, "-1 is not within 0 to 9223372036854775807"},
         {"/boot_count", 0, "0 is not within 1 to 2147483647"},
-        {"/home/identity/mac", "x", "\"x\" is no MAC address like \"3C:6A:D2:10:4F:20\""},
-        {"/home/lan/dhcp_pool/end", "192.168.1.5", "192.168.1.5 lies before the start of the pool"},
-        {"/factory/hosts/0/ip", "10.0.0.1", "10.0.0.1 is no address of the LAN"},
+        {"/home/identity/mac", "x", "\"x\" is not a MAC address like \"3C:6A:D2:10:4F:20\""},
+        {"/home/lan/dhcp_pool/end", "192.168.1.5", "192.168.1.5 is before the start of the pool"},
+        {"/factory/hosts/0/ip", "10.0.0.1", "10.0.0.1 is not a LAN address"},
         {"/home/hosts/0/colour", "red", "there is no such field"},
     };
     for (const auto &[pointer, value, complaint] : wrong_values) {
@@ -130,7 +130,7 @@ TEST_F(StateFileTest, WithAnotherChecksumItIsRefused)
     nlohmann::ordered_json changed = nlohmann::ordered_json::parse(whole);
     changed["home"]["name"] = "Changed";
     std::filesystem::remove(copy());
-    const std::string not_that = "/checksum: is not that of what the file holds";
+    const std::string not_that = "/checksum: does not match the content of the file";
     EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
     for (const nlohmann::ordered_json &checksum :
          {nlohmann::ordered_json(7), nlohmann::ordered_json(nullptr), nlohmann::ordered_json("")}) {
@@ -138,7 +138,7 @@ TEST_F(StateFileTest, WithAnotherChecksumItIsRefused)
         changed["checksum"] = checksum;
         EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
     }
-    // How it is laid out is not what it holds.
+    // The checksum covers the content, not the layout.
     EXPECT_EQ(complaint_about(nlohmann::ordered_json::parse(whole).dump(1)), "");
     EXPECT_TRUE(read(state()) == whole);
 }
@@ -169,7 +169,7 @@ TEST_F(StateFileTest, AFlippedBitIsRefusedOrChangesNothing)
     EXPECT_GT(refused, flips * 3 / 4);
 }
 
-TEST_F(StateFileTest, TheCopyOfADamagedOneGoesOnWithTheLastChange)
+TEST_F(StateFileTest, TheCopyOfADamagedOneHasTheLastChange)
 {
     ASSERT_EQ(open({.state_file = state()}), "");
     simulated_gateway_power_cycle();
@@ -183,7 +183,7 @@ TEST_F(StateFileTest, TheCopyOfADamagedOneGoesOnWithTheLastChange)
     EXPECT_EQ(json_of(state()).at("boot_count"), 3);
 }
 
-TEST_F(StateFileTest, ACopyThatDoesNotHoldIsNotOffered)
+TEST_F(StateFileTest, AnInvalidCopyIsNotOffered)
 {
     write_state();
     const std::string whole = read(state());
@@ -204,7 +204,7 @@ TEST_F(StateFileTest, OnlyItsOwnerReadsItAndItsCopy)
 TEST_F(StateFileTest, AFolderOrALinkToNowhereIsAnError)
 {
     std::filesystem::create_directory(state());
-    EXPECT_EQ(open({.state_file = state()}), state() + ": is no regular file");
+    EXPECT_EQ(open({.state_file = state()}), state() + ": is not a regular file");
     std::filesystem::create_symlink(path("nowhere"), path("link"));
     EXPECT_EQ(open({.state_file = path("link")}), path("link") + ": No such file or directory");
     EXPECT_EQ(open({.state_file = path("no/state")}),
@@ -230,7 +230,7 @@ TEST_F(StateFileTest, UptimeRunsBetweenProcessesAndAPowerCycleResetsIt)
     EXPECT_GT(json_of(state()).at("boot_time"), long_running.at("boot_time"));
 }
 
-TEST_F(StateFileTest, AClockThatWentBackIsNoNegativeUptime)
+TEST_F(StateFileTest, AClockThatWentBackGivesNoNegativeUptime)
 {
     nlohmann::json future = written_state();
     future["boot_time"] = INT64_MAX;
@@ -252,7 +252,7 @@ TEST_F(StateFileTest, IsSavedAfterEveryChangeAndNotOnlyOnClose)
 TEST_F(StateFileTest, AChangeThatCannotBeSavedDoesNotHappen)
 {
     ASSERT_EQ(open({.state_file = state(), .trace = path("trace")}), "");
-    // Nothing can be written where a folder has the name of the temporary file.
+    // The folder has the name of the temporary file, so nothing can be written.
     std::filesystem::create_directory(state() + ".tmp");
     simulated_gateway_power_cycle();
     EXPECT_EQ(lines(path("trace")).at(0).substr(3),
@@ -273,7 +273,7 @@ TEST_F(StateFileTest, AChangeWhoseCopyCannotBeSavedDoesNotHappen)
     EXPECT_EQ(read(state()), before);
 }
 
-TEST_F(StateFileTest, IsFoundWhereverTheHostGoes)
+TEST_F(StateFileTest, IsFoundAfterAChangeOfTheWorkingDirectory)
 {
     const std::filesystem::path start = std::filesystem::current_path();
     std::filesystem::current_path(path(""));
@@ -283,7 +283,7 @@ TEST_F(StateFileTest, IsFoundWhereverTheHostGoes)
     EXPECT_EQ(json_of(state()).at("boot_count"), 2);
 }
 
-TEST_F(StateFileTest, AFileSizeLimitIsNoReasonToEnd)
+TEST_F(StateFileTest, AFileSizeLimitDoesNotEndTheProcess)
 {
     ASSERT_EQ(open({.state_file = state(), .trace = path("trace")}), "");
     const auto power_cycle_with_little_space = [] {

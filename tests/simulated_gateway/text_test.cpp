@@ -4,32 +4,32 @@
 
 using simulated_gateway::is_plain;
 using simulated_gateway::printable;
-using simulated_gateway::whole_letters;
+using simulated_gateway::whole_characters;
 
 namespace {
 
-TEST(TextTest, APartOfALetterAtTheEndIsDropped)
+TEST(TextTest, APartialCharacterAtTheEndIsDropped)
 {
     const std::string letters[] = {"ü", "€", "🏠"};
     for (const std::string &letter : letters) {
         for (size_t length = 1; length < letter.size(); ++length) {
-            EXPECT_EQ(whole_letters("ab" + letter.substr(0, length)), "ab") << letter << length;
-            EXPECT_EQ(whole_letters(letter.substr(0, length)), "") << letter << length;
+            EXPECT_EQ(whole_characters("ab" + letter.substr(0, length)), "ab") << letter << length;
+            EXPECT_EQ(whole_characters(letter.substr(0, length)), "") << letter << length;
         }
-        EXPECT_EQ(whole_letters("ab" + letter), "ab" + letter);
-        EXPECT_EQ(whole_letters(letter + letter.substr(0, 1)), letter);
+        EXPECT_EQ(whole_characters("ab" + letter), "ab" + letter);
+        EXPECT_EQ(whole_characters(letter + letter.substr(0, 1)), letter);
     }
 }
 
-TEST(TextTest, WhateverElseIsNoUtf8Stays)
+TEST(TextTest, OtherInvalidUtf8Stays)
 {
     for (const char *text : {"", "a", "\xff", "a\x80", "\x80\x80\x80", "\x80\x80\x80\x80\x80",
                              "\xc3\xbc\xbc", "\xe2\x41", "\xc3\x28"}) {
-        EXPECT_EQ(whole_letters(text), text);
+        EXPECT_EQ(whole_characters(text), text);
     }
 }
 
-TEST(TextTest, APrintableTextShowsWhatIsNotSeen)
+TEST(TextTest, APrintableTextShowsInvisibleCharacters)
 {
     EXPECT_EQ(printable("a\n\x1b\u009b\xff\u00e4"), "a\\n\\x1b\\xc2\\x9b\\xff\u00e4");
     EXPECT_EQ(printable("a\u202eb\u200bc\ufeff"),

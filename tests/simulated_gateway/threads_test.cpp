@@ -26,7 +26,7 @@ TEST_F(ThreadsTest, CallsPowerCyclesAndReopeningMix)
                 SystemInfo system = {};
                 const int32_t sn_result = devapi_get_sn_info(&sn);
                 const int32_t system_result = devapi_get_system_info(&system);
-                // A call that its gateway was closed under fails, and any other is whole.
+                // A call during which the gateway is closed fails; any other is complete.
                 const bool sn_right = sn_result == 0 ? std::string("3C:6A:D2:10:4F:20") == sn.MAC
                                                      : sn_result == -1 && sn.MAC[0] == '\0';
                 const bool system_right = system_result == 0
@@ -54,7 +54,7 @@ TEST_F(ThreadsTest, CallsPowerCyclesAndReopeningMix)
     }
     EXPECT_EQ(wrong, 0);
 
-    // Every line of the trace is whole, and there is one for each call.
+    // Every line of the trace is complete, and there is one for each call.
     int called = 0;
     for (const std::string &line : lines(path("trace"))) {
         EXPECT_EQ(line.substr(0, 1), "[") << line;
@@ -66,7 +66,7 @@ TEST_F(ThreadsTest, CallsPowerCyclesAndReopeningMix)
 
 TEST_F(ThreadsTest, ADelayedFaultHoldsUpNoOtherCallAndEndsWithTheGateway)
 {
-    // For a call that comes only after the gateway was closed.
+    // For a call that starts only after the gateway was closed.
     setenv("SIMULATED_GATEWAY_FAULTS", "devapi_get_system_info=-4", 1);
     ASSERT_EQ(open({.faults = {"devapi_get_system_info=-4@3600000ms"}}), "");
     std::thread delayed([] {

@@ -31,7 +31,7 @@ TEST_F(TraceTest, OneLineForEveryCall)
     }
 }
 
-TEST_F(TraceTest, HasItsReasonsToldToTheHost)
+TEST_F(TraceTest, PassesItsReasonsToTheHost)
 {
     std::vector<std::string> told;
     simulated_gateway_on_refusal(
@@ -76,13 +76,13 @@ TEST_F(TraceTest, AFileThatCannotBeWrittenIsAnError)
     EXPECT_EQ(open({.trace = path("pipe")}), path("pipe") + ": No such device or address");
 }
 
-TEST_F(TraceTest, AFullDiskIsNoReasonToFail)
+TEST_F(TraceTest, AFullDiskFailsNoCall)
 {
     ASSERT_EQ(open({.trace = "/dev/full"}), "");
     EXPECT_EQ(call(), 0);
 }
 
-TEST_F(TraceTest, APipeThatNobodyReadsIsNoReasonToFail)
+TEST_F(TraceTest, AnUnreadPipeFailsNoCall)
 {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     const int reader = ::open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);

@@ -16,7 +16,7 @@ class UplinkWifiTest : public GatewayTest {
                        {.scenario = write("home.json", home.dump()), .trace = path("trace")});
     }
 
-    // As a scan reports the inn's network, and with its key.
+    // The inn's network as a scan reports it, with its key.
     static UplinkWifiInfo inn()
     {
         UplinkWifiInfo info = {};
@@ -82,7 +82,7 @@ TEST_F(UplinkWifiTest, AnOpenNetworkNeedsNoKey)
     EXPECT_EQ(connected(), Networks({"Gasthof Krone Gäste 2.4GHz"}));
 }
 
-TEST_F(UplinkWifiTest, AnyOtherFailsAndChangesNothing)
+TEST_F(UplinkWifiTest, AnyOtherNetworkIsRefusedAndChangesNothing)
 {
     EXPECT_EQ(join(inn()), 0);
     const std::string before = read(path("state"));
@@ -98,15 +98,16 @@ TEST_F(UplinkWifiTest, AnyOtherFailsAndChangesNothing)
               "there is no network \"Lindenhof-5G\" in reach on \"5GHz\"");
     EXPECT_EQ(refused(&UplinkWifiInfo::Band, "6GHz"),
               "there is no network \"Gasthof Krone\" in reach on \"6GHz\"");
-    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "WPA3"), "the network has another encryption");
-    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "OPEN"), "the network has another encryption");
-    EXPECT_EQ(refused(&UplinkWifiInfo::WPACypher, "TKIP"), "the network has another encryption");
-    EXPECT_EQ(refused(&UplinkWifiInfo::WPA2Cypher, ""), "the network has another encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "WPA3"), "the network has a different encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::ENCRYPT, "OPEN"), "the network has a different encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::WPACypher, "TKIP"),
+              "the network has a different encryption");
+    EXPECT_EQ(refused(&UplinkWifiInfo::WPA2Cypher, ""), "the network has a different encryption");
     EXPECT_EQ(read(path("state")), before);
     EXPECT_EQ(connected(), Networks({"Gasthof Krone 5GHz"}));
 }
 
-TEST_F(UplinkWifiTest, NobodyJoinsANetworkWithoutAKnownKey)
+TEST_F(UplinkWifiTest, ANetworkWithoutAKnownKeyCannotBeJoined)
 {
     nlohmann::json home = house();
     home["neighbours"][5].erase("password");
@@ -118,7 +119,7 @@ TEST_F(UplinkWifiTest, NobodyJoinsANetworkWithoutAKnownKey)
     EXPECT_EQ(reason(), "PWD is not the key of the network");
 }
 
-TEST_F(UplinkWifiTest, OnlyANetworkInReachIsJoined)
+TEST_F(UplinkWifiTest, OnlyANetworkInRangeIsJoined)
 {
     nlohmann::json home = house();
     home["neighbours"][5]["signal_dbm"] = -95;
@@ -131,7 +132,7 @@ TEST_F(UplinkWifiTest, OnlyANetworkInReachIsJoined)
     EXPECT_EQ(reason(), "there is no network \"Gasthof Krone\" in reach on \"5GHz\"");
 }
 
-TEST_F(UplinkWifiTest, AmongSeveralOfTheNameItIsTheStrongest)
+TEST_F(UplinkWifiTest, OfSeveralWithTheNameTheStrongestIsJoined)
 {
     nlohmann::json home = house();
     nlohmann::json stronger = home["neighbours"][5];
@@ -145,7 +146,7 @@ TEST_F(UplinkWifiTest, AmongSeveralOfTheNameItIsTheStrongest)
     EXPECT_EQ(join(info), 0);
 }
 
-TEST_F(UplinkWifiTest, AnotherClientOfTheRepeaterIsLeftAlone)
+TEST_F(UplinkWifiTest, AnotherClientOfTheRepeaterIsUnchanged)
 {
     nlohmann::json home = house();
     home["repeater"]["used_by_another"] = true;

@@ -1,4 +1,4 @@
-// WAN connections by the texts of their fields.
+// WAN connections as texts of their fields.
 #pragma once
 
 #include "gateway_fixture.h"
@@ -43,7 +43,7 @@ class WanTest : public GatewayTest {
         return devapi_set_route_wan_info(&info);
     }
 
-    // What a record says in the fields that others have.
+    // The values of a record in the fields that others names.
     static Fields with_names(const WanInfo &info, const Fields &others)
     {
         Fields fields;

@@ -1,4 +1,4 @@
-// The WAN connections, one by one.
+// Settings and reports of the WAN connections.
 #include "wan_fixture.h"
 
 namespace {
@@ -46,7 +46,7 @@ TEST_F(WanTest, ReportsEveryFieldOfTheConnectionToTheInternet)
     EXPECT_STREQ(info.VLANPRIORITY, "0");
 }
 
-TEST_F(WanTest, ABridgeHasNothingOfItsOwn)
+TEST_F(WanTest, ABridgeHasNoAddresses)
 {
     const WanInfo info = wan("IPTV");
     EXPECT_STREQ(info.INDEX, "2");
@@ -67,7 +67,7 @@ TEST_F(WanTest, ABridgeHasNothingOfItsOwn)
     EXPECT_STREQ(info.NATENABLE, "0");
 }
 
-TEST_F(WanTest, TheOthersAreOfEveryKind)
+TEST_F(WanTest, TheOthersAreOfEveryType)
 {
     const WanInfo management = wan("Management");
     EXPECT_STREQ(management.SERVICELIST, "TR069");
@@ -162,7 +162,7 @@ TEST_F(WanTest, EveryFieldThatCanBeSetIsKept)
     EXPECT_STREQ(wan("Internet").SERVICELIST, "INTERNET");
 }
 
-TEST_F(WanTest, AFieldThatIsEmptyLeavesTheSettingAsItIs)
+TEST_F(WanTest, AnEmptyFieldLeavesTheSettingUnchanged)
 {
     const std::string before = read(path("state"));
     for (const char *name : {"Internet", "IPTV", "Management", "Voice"}) {
@@ -181,7 +181,7 @@ TEST_F(WanTest, WhatWasReadCanBeWrittenBack)
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(WanTest, NullTakesAValueAway)
+TEST_F(WanTest, NullRemovesAValue)
 {
     EXPECT_EQ(set_wan({{"VLANID", "NULL"}, {"DNS2", "NULL"}, {"IPV6_IPADDRESS", "NULL"}}), 0);
     EXPECT_STREQ(wan("Internet").VLANID, "NULL");
@@ -194,7 +194,7 @@ TEST_F(WanTest, NullTakesAValueAway)
     EXPECT_STREQ(wan("Voice").VLANPRIORITY, "0"); // gone with the VLAN that had it
 }
 
-TEST_F(WanTest, OnlyAChangeOfTheConnectionConnectsAnew)
+TEST_F(WanTest, OnlyAChangeOfTheConnectionReconnects)
 {
     ASSERT_EQ(open_after(1000), "");
     EXPECT_EQ(set_wan({{"QOSENABLE", "1"}, {"NATENABLE", "0"}, {"SERVICELIST", "INTERNET,OTHER"}}),
@@ -223,7 +223,7 @@ TEST_F(WanTest, ANewConnectionEndsAFault)
     EXPECT_STREQ(wan("Management").DNS1, "10.64.0.54");
 }
 
-TEST_F(WanTest, WithoutAConnectionOnlyStaticAddressesAreThere)
+TEST_F(WanTest, WithoutAConnectionOnlyStaticAddressesAreReported)
 {
     nlohmann::json home = house();
     home["wan"]["connected"] = home["other_wans"][2]["connected"] = false;
@@ -242,11 +242,12 @@ TEST_F(WanTest, WithoutAConnectionOnlyStaticAddressesAreThere)
     EXPECT_STREQ(wan("Voice").CONNECTIONSTATUS, "Disconnected");
 
     const std::string before = read(path("state"));
-    EXPECT_EQ(devapi_set_route_wan_info(&info), 0) << reason(); // what was read takes nothing away
+    EXPECT_EQ(devapi_set_route_wan_info(&info), 0)
+        << reason(); // values that were read remove nothing
     EXPECT_EQ(read(path("state")), before);
 }
 
-TEST_F(WanTest, FactoryRecoveryBringsTheConnectionsBack)
+TEST_F(WanTest, FactoryRecoveryRestoresTheConnections)
 {
     EXPECT_EQ(set_wan({{"ADDRESSTYPE", "DHCP"}, {"VLANID", "77"}}), 0);
     EXPECT_EQ(set_wan({{"VLANID", "78"}}, "IPTV"), 0);

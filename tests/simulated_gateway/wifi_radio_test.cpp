@@ -25,7 +25,7 @@ class WifiRadioTest : public GatewayTest {
         }
         return networks;
     }
-    // One of them by name and band; an empty one when it is not there.
+    // One of them by name and band; an empty record when it was not found.
     static ScanEntry found(const std::string &name, const std::string &band)
     {
         for (const ScanEntry &network : scan()) {
@@ -91,7 +91,7 @@ TEST_F(WifiRadioTest, TheStrongestComeFirst)
     }
 }
 
-TEST_F(WifiRadioTest, AFreshScanVariesAndTheSameTimeIsTheSame)
+TEST_F(WifiRadioTest, ScansVaryOverTimeAndRepeatAtTheSameTime)
 {
     std::map<std::string, std::set<int>> signals;
     std::vector<std::string> last;
@@ -108,11 +108,11 @@ TEST_F(WifiRadioTest, AFreshScanVariesAndTheSameTimeIsTheSame)
     }
     EXPECT_EQ(signals.at("Gasthof Krone 2.4GHz"),
               (std::set<int>{-64, -63, -62, -61, -60, -59, -58}));
-    // On the edge of the reach it comes and goes.
+    // At the edge of the range it comes and goes.
     EXPECT_EQ(signals.at("Sternwarte 5GHz"), (std::set<int>{-88, -87, -86, -85, -84, -83}));
 }
 
-TEST_F(WifiRadioTest, OnlyWhatIsInReachIsHeard)
+TEST_F(WifiRadioTest, OnlyNetworksInRangeAreFound)
 {
     nlohmann::json home = house();
     home["neighbours"][0]["signal_dbm"] = -92;
@@ -123,7 +123,7 @@ TEST_F(WifiRadioTest, OnlyWhatIsInReachIsHeard)
     }
 }
 
-TEST_F(WifiRadioTest, AScanHearsWhatTheChildRoutersRepeat)
+TEST_F(WifiRadioTest, AScanFindsWhatTheChildRoutersRepeat)
 {
     ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_STREQ(found("Lindenhof-5G", "5GHz").ENCRYPT, "WPA2/3");
@@ -146,7 +146,7 @@ TEST_F(WifiRadioTest, AScanHearsWhatTheChildRoutersRepeat)
     EXPECT_STREQ(found("Lindenhof-5G", "5GHz").SSID, "");
 }
 
-TEST_F(WifiRadioTest, ARadioThatIsOffHearsNothing)
+TEST_F(WifiRadioTest, ARadioThatIsOffFindsNothing)
 {
     ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_GT(count_of("5GHz"), 0);
@@ -236,7 +236,7 @@ TEST_F(WifiRadioTest, AHomeWithoutRadiosHasNoChannels)
     EXPECT_TRUE(scan().empty());
 }
 
-TEST_F(WifiRadioTest, NullsAndFaultsHandOverNothing)
+TEST_F(WifiRadioTest, NullsAndFaultsReturnNothing)
 {
     ASSERT_EQ(open({.faults = {"devapi_get_scan_ssid=-1", "devapi_scan_channel_power=-1"}}), "");
     ScanResult result = {};
@@ -255,7 +255,7 @@ TEST_F(WifiRadioTest, TheTraceShowsHowMuchAScanFound)
 {
     nlohmann::json home = house();
     home["mesh"]["link_layer_up"] = false;
-    home["neighbours"].erase(7); // on the edge of the reach
+    home["neighbours"].erase(7); // at the edge of the range
     ASSERT_EQ(open({.scenario = write("home.json", home.dump()), .trace = path("trace")}), "");
     scan();
     EXPECT_NE(lines(path("trace")).back().find("devapi_get_scan_ssid(result={networks=7}) = 0"),

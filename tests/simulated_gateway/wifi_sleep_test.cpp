@@ -13,13 +13,13 @@ class WifiSleepTest : public GatewayTest {
         set(info.DaysOfWeek, "1,7");
         return info;
     }
-    // As the plug-in adds one: with both calls.
+    // Adds a period as the plug-in does, with both calls.
     static int32_t add(WifiSleepInfo info)
     {
         const int32_t added = devapi_add_wifi_timer(&info);
         return added != 0 ? added : devapi_set_wifi_sleep_info(&info);
     }
-    // The periods as the plug-in asks for them.
+    // The periods, queried as the plug-in does.
     static std::vector<std::string> schedule()
     {
         std::vector<std::string> periods;
@@ -60,7 +60,7 @@ TEST_F(WifiSleepTest, HasRoomForThreePeriods)
     EXPECT_EQ(schedule(), Periods());
 }
 
-TEST_F(WifiSleepTest, NumbersTheTimersWhateverTheRecordSays)
+TEST_F(WifiSleepTest, NumbersTheTimersRegardlessOfTheRecord)
 {
     ASSERT_EQ(open({}), "");
     EXPECT_EQ(devapi_del_all_wifi_timerinfo(), 0);
@@ -83,7 +83,7 @@ TEST_F(WifiSleepTest, APeriodIsSetByItsTimers)
     EXPECT_EQ(schedule(), Periods({"1 23:30-05:45 1,2,3,4,7", "1 22:00-06:00 1,7"}));
 }
 
-TEST_F(WifiSleepTest, TimersThatAreNoPeriodAreRefused)
+TEST_F(WifiSleepTest, InvalidTimersAreRefused)
 {
     ASSERT_EQ(open({.trace = path("trace")}), "");
     const std::pair<int32_t, int32_t> pairs[] = {{0, 0},
@@ -124,14 +124,14 @@ TEST_F(WifiSleepTest, BadTextsOfAPeriodAreRefused)
     EXPECT_EQ(refused(&WifiSleepInfo::Enable, "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&WifiSleepInfo::Enable, ""), "Enable \"\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&WifiSleepInfo::StartTime, "24:00"),
-              "StartTime \"24:00\" is no time like \"04:30\"");
-    EXPECT_EQ(refused(&WifiSleepInfo::EndTime, ""), "EndTime \"\" is no time like \"04:30\"");
+              "StartTime \"24:00\" is not a time like \"04:30\"");
+    EXPECT_EQ(refused(&WifiSleepInfo::EndTime, ""), "EndTime \"\" is not a time like \"04:30\"");
     EXPECT_EQ(refused(&WifiSleepInfo::DaysOfWeek, "Mon"),
-              "DaysOfWeek \"Mon\" is no list of days like \"1,3,7\"");
+              "DaysOfWeek \"Mon\" is not a list of days like \"1,3,7\"");
     EXPECT_EQ(refused(&WifiSleepInfo::EndTime, "22:00"), "/home/wifi_sleep/0: ends when it starts");
-    WifiSleepInfo brim = period("22:00", "06:00");
-    fill_to_the_brim(brim.StartTime, '1');
-    EXPECT_EQ(devapi_add_wifi_timer(&brim), -1);
+    WifiSleepInfo filled = period("22:00", "06:00");
+    fill_completely(filled.StartTime, '1');
+    EXPECT_EQ(devapi_add_wifi_timer(&filled), -1);
     EXPECT_EQ(schedule(), Periods());
 }
 

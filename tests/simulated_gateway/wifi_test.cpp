@@ -17,7 +17,7 @@ class WifiTest : public GatewayTest {
         EXPECT_EQ(devapi_get_ssid_info(&info), 0);
         return info;
     }
-    // What the gateway makes of SSID 1 with one field changed.
+    // The result of setting SSID 1 with one field changed.
     template <size_t width>
     static int32_t with(char (SsidInfo::*field)[width], const std::string &text, int32_t index = 1)
     {
@@ -25,7 +25,7 @@ class WifiTest : public GatewayTest {
         set(info.*field, text);
         return devapi_set_ssid_list_info(&info);
     }
-    // The same for one that it refuses: why.
+    // The same for a refused value. Result: the reason.
     template <size_t width>
     std::string refused(char (SsidInfo::*field)[width], const std::string &text,
                         int32_t index = 1) const
@@ -100,7 +100,7 @@ TEST_F(WifiTest, AnIndexThatDoesNotExistIsRefused)
         EXPECT_EQ(devapi_set_ssid_list_info(&info), -1);
         EXPECT_EQ(reason(), why);
     }
-    const SsidInfo zero = {}; // of a list with an element missing
+    const SsidInfo zero = {}; // from a list with a missing element
     EXPECT_EQ(devapi_set_ssid_list_info(&zero), -1);
 }
 
@@ -136,7 +136,7 @@ TEST_F(WifiTest, SetsEveryFieldAndKeepsItInTheStateFile)
     EXPECT_STREQ(kept.PWD, "12345678");
     EXPECT_STREQ(kept.ENCRYPT, "WPA3");
     EXPECT_STREQ(kept.AdvertisementEnable, "0");
-    // What is the radio's, all SSIDs of the band report.
+    // All SSIDs of the band report the settings of their radio.
     const SsidInfo other = ssid(8);
     EXPECT_STREQ(other.SSID, "Lindenhof-8");
     EXPECT_STREQ(other.PowerLevel, "40");
@@ -148,7 +148,7 @@ TEST_F(WifiTest, SetsEveryFieldAndKeepsItInTheStateFile)
     EXPECT_STREQ(ssid(1).Channel, "6");
 }
 
-TEST_F(WifiTest, MinusOneLeavesASettingAsItIs)
+TEST_F(WifiTest, MinusOneLeavesASettingUnchanged)
 {
     SsidInfo info = ssid(7);
     for (auto *field : {info.Mode, info.AdvertisementEnable, info.Beamforming, info.Bandwidth}) {
@@ -162,7 +162,7 @@ TEST_F(WifiTest, MinusOneLeavesASettingAsItIs)
     EXPECT_STREQ(kept.Bandwidth, "80");
 }
 
-TEST_F(WifiTest, BandwidthMeansSomethingOnlyInTheList)
+TEST_F(WifiTest, BandwidthAppliesOnlyInTheList)
 {
     SsidInfo info = ssid(5);
     set(info.Bandwidth, "");
@@ -172,7 +172,7 @@ TEST_F(WifiTest, BandwidthMeansSomethingOnlyInTheList)
     EXPECT_STREQ(ssid(5).Bandwidth, "80");
     EXPECT_EQ(devapi_set_ssid_list_info(&info), 0);
     EXPECT_STREQ(ssid(5).Bandwidth, "40");
-    EXPECT_EQ(refused(&SsidInfo::Bandwidth, "", 5), "Bandwidth is no number");
+    EXPECT_EQ(refused(&SsidInfo::Bandwidth, "", 5), "Bandwidth is not a number");
     EXPECT_EQ(refused(&SsidInfo::Bandwidth, "60", 5),
               "/home/radios/1/bandwidth_mhz: 60 is none of 20, 40, 80, 160");
     EXPECT_EQ(refused(&SsidInfo::Bandwidth, "80"),
@@ -182,17 +182,17 @@ TEST_F(WifiTest, BandwidthMeansSomethingOnlyInTheList)
 TEST_F(WifiTest, ChannelsAreThoseOfTheBand)
 {
     EXPECT_EQ(refused(&SsidInfo::Channel, "36"),
-              "/home/radios/0/channel: 36 is no channel of 2.4GHz");
+              "/home/radios/0/channel: 36 is not a channel of 2.4GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "14"),
-              "/home/radios/0/channel: 14 is no channel of 2.4GHz");
+              "/home/radios/0/channel: 14 is not a channel of 2.4GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "6", 5),
-              "/home/radios/1/channel: 6 is no channel of 5GHz");
+              "/home/radios/1/channel: 6 is not a channel of 5GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "100", 5),
-              "/home/radios/1/channel: 100 is no channel of 5GHz");
+              "/home/radios/1/channel: 100 is not a channel of 5GHz");
     EXPECT_EQ(refused(&SsidInfo::Channel, "-1"),
               "/home/radios/0/channel: -1 is not within 1 to 165");
-    EXPECT_EQ(refused(&SsidInfo::Channel, "6a"), "Channel is no number");
-    EXPECT_EQ(refused(&SsidInfo::Channel, ""), "Channel is no number");
+    EXPECT_EQ(refused(&SsidInfo::Channel, "6a"), "Channel is not a number");
+    EXPECT_EQ(refused(&SsidInfo::Channel, ""), "Channel is not a number");
     EXPECT_EQ(with(&SsidInfo::Channel, "13"), 0);
     EXPECT_EQ(with(&SsidInfo::Channel, "165", 5), 0);
 }
@@ -213,9 +213,9 @@ TEST_F(WifiTest, APasswordHasTheLengthThatItsEncryptionNeeds)
               "/home/ssids/0/password: needs at least 8 characters");
     EXPECT_EQ(refused(&SsidInfo::PWD, ""), "PWD is empty");
     EXPECT_EQ(with(&SsidInfo::PWD, std::string(63, 'x')), 0);
-    SsidInfo brim = ssid(1);
-    fill_to_the_brim(brim.PWD, 'x');
-    EXPECT_EQ(devapi_set_ssid_info(&brim), -1);
+    SsidInfo filled = ssid(1);
+    fill_completely(filled.PWD, 'x');
+    EXPECT_EQ(devapi_set_ssid_info(&filled), -1);
     EXPECT_EQ(reason(), "PWD is longer than 63 bytes");
     EXPECT_EQ(refused(&SsidInfo::ENCRYPT, "WPA2", 4), "/home/ssids/3/password: needs at least 8 "
                                                       "characters"); // "NULL", as reported
@@ -229,12 +229,12 @@ TEST_F(WifiTest, BadTextsAreRefused)
 {
     EXPECT_EQ(refused(&SsidInfo::SSID, ""), "SSID is empty");
     EXPECT_EQ(refused(&SsidInfo::SSID, std::string(33, 'x')), "SSID is longer than 32 bytes");
-    EXPECT_EQ(refused(&SsidInfo::SSID, "a\nb"), "SSID holds control characters or is no UTF-8");
+    EXPECT_EQ(refused(&SsidInfo::SSID, "a\nb"), "SSID contains control characters or is not UTF-8");
     EXPECT_EQ(refused(&SsidInfo::ENCRYPT, "WEP"),
               "ENCRYPT \"WEP\" is none of \"OPEN\", \"WPA2\", \"WPA3\", \"WPA2/3\"");
     EXPECT_EQ(refused(&SsidInfo::PowerLevel, "101"),
               "/home/radios/0/power_percent: 101 is not within 0 to 100");
-    EXPECT_EQ(refused(&SsidInfo::PowerLevel, "high"), "PowerLevel is no number");
+    EXPECT_EQ(refused(&SsidInfo::PowerLevel, "high"), "PowerLevel is not a number");
     for (const char *flag : {"", "2", "on", "-1", "1 "}) {
         EXPECT_EQ(refused(&SsidInfo::Enable, flag),
                   "Enable \"" + std::string(flag) + "\" is none of \"0\", \"1\"");
@@ -247,7 +247,7 @@ TEST_F(WifiTest, BadTextsAreRefused)
     EXPECT_EQ(refused(&SsidInfo::Mode, ""), "/home/radios/0/standard: is empty");
 }
 
-TEST_F(WifiTest, ANameLosesThePartOfALetterAtItsEnd)
+TEST_F(WifiTest, ANameDropsAPartialCharacterAtItsEnd)
 {
     EXPECT_EQ(with(&SsidInfo::SSID, "Gäste\xc3"), 0);
     EXPECT_STREQ(ssid(1).SSID, "Gäste");
@@ -264,7 +264,7 @@ TEST_F(WifiTest, TheBaseInformationReportsWhatWasSet)
     EXPECT_STREQ(base().WiFiStatus2, "1");
 }
 
-TEST_F(WifiTest, ARadioGoesOffWithItsLastSsidAndComesOnWithAny)
+TEST_F(WifiTest, ARadioTurnsOffWithItsLastSsidAndOnWithAny)
 {
     for (const int32_t index : {5, 6}) {
         EXPECT_EQ(with(&SsidInfo::Enable, "0", index), 0);
@@ -280,7 +280,7 @@ TEST_F(WifiTest, ARadioGoesOffWithItsLastSsidAndComesOnWithAny)
     EXPECT_STREQ(ssid(8).UsedChannel, "44");
 }
 
-TEST_F(WifiTest, WhoIsInAnSsidThatIsOffIsNotOnline)
+TEST_F(WifiTest, AHostOfADisabledSsidIsOffline)
 {
     EXPECT_EQ(wifi_clients(), "8");
     EXPECT_EQ(with(&SsidInfo::Enable, "0", 3), 0);
@@ -292,7 +292,7 @@ TEST_F(WifiTest, WhoIsInAnSsidThatIsOffIsNotOnline)
     EXPECT_EQ(wifi_clients(), "8");
 }
 
-TEST_F(WifiTest, ThePowerOfTheUpperRadioHasACallOfItsOwn)
+TEST_F(WifiTest, ThePowerOfTheUpperRadioHasASeparateCall)
 {
     EXPECT_EQ(devapi_set_5gwifi_powerlevel("55"), 0);
     EXPECT_STREQ(ssid(5).PowerLevel, "55");

@@ -1,5 +1,8 @@
 #include "agent_process.h"
 
+#include "traffic.h"
+
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -18,7 +21,7 @@
 
 namespace {
 
-// Result of a system call, whose failure is a failure of the test.
+// The result of a system call; its failure fails the test.
 int checked(int result, const char *what)
 {
     if (result < 0) {
@@ -30,7 +33,7 @@ int checked(int result, const char *what)
 std::string content_of(int file)
 {
     const off_t size = lseek(file, 0, SEEK_END);
-    if (size < 0 && errno == ESPIPE) { // whoever wrote to the pipe has ended
+    if (size < 0 && errno == ESPIPE) { // the writer of the pipe has ended
         std::string content;
         std::array<char, 65536> buffer;
         ssize_t count = 0;
@@ -46,11 +49,21 @@ std::string content_of(int file)
 
 } // namespace
 
+// All lines that are whole.
+static void record_session(const std::string &output)
+{
+    size_t begin = 0;
+    for (size_t end = 0; (end = output.find('\n', begin)) != std::string::npos; begin = end + 1) {
+        record_session_line(std::string_view(output).substr(begin, end - begin));
+    }
+}
+
 AgentProcess::AgentProcess(const std::vector<std::string> &arguments, OutputTo output)
+    : is_serving_(std::ranges::find(arguments, "serve") != arguments.end())
 {
     std::signal(SIGPIPE, SIG_IGN);
-    // The leak check guesses where a library keeps what belongs to a thread, and now and then it
-    // guesses wrong and crashes.
+    // The leak check guesses where a library keeps thread-local data. It sometimes guesses wrong
+    // and crashes.
     setenv("ASAN_OPTIONS", "intercept_tls_get_addr=0", 0);
     std::array<int, 2> error = {};
     if (output == OutputTo::kUnreadError) {
@@ -129,7 +142,7 @@ void AgentProcess::close_input()
 bool AgentProcess::read_more()
 {
     std::array<char, 65536> buffer;
-    // A terminal whose other side is closed gives an error instead of an end.
+    // A terminal whose other side is closed reports an error instead of end of file.
     const ssize_t count = output_ >= 0 ? read(output_, buffer.data(), buffer.size()) : 0;
     if (count > 0) {
         unread_.append(buffer.data(), static_cast<size_t>(count));
@@ -144,6 +157,9 @@ std::string AgentProcess::read_line()
         end = unread_.find('\n');
     }
     const std::string line = unread_.substr(0, end);
+    if (is_serving_ && end != std::string::npos) {
+        record_session_line(line);
+    }
     unread_.erase(0, end == std::string::npos ? end : end + 1);
     return line;
 }
@@ -174,7 +190,7 @@ bool AgentProcess::await_error(std::string_view text) const
         if (ended) {
             return false;
         }
-        ended = has_ended(); // what it wrote before is looked at once more
+        ended = has_ended(); // then reads what it wrote before that
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
 }
@@ -209,6 +225,9 @@ AgentResult AgentProcess::wait()
     while (read_more()) {
     }
     close_output();
+    if (is_serving_) {
+        record_session(unread_);
+    }
     int status = 0;
     rusage usage = {};
     checked(wait4(process_, &status, 0, &usage), "wait4");
@@ -220,7 +239,7 @@ AgentResult AgentProcess::wait()
 AgentResult run_agent(const std::vector<std::string> &arguments, std::string_view input)
 {
     AgentProcess agent(arguments);
-    // The agent answers while it reads: somebody has to read the answers while this writes.
+    // The agent answers while it reads, so the answers must be read while this writes.
     std::thread writer([&] {
         agent.send(input);
         agent.close_input();

@@ -1,10 +1,10 @@
-// The clock in the hands of a test. A program that links this has its time() and localtime_r() go
-// through here.
+// A clock that the test controls. In a program that links this, time() and localtime_r() are the
+// ones defined here.
 #pragma once
 
 #include <ctime>
 
-// While it lives, the clock stands still at a moment, in a time zone as the variable TZ gives it.
+// Guard: stops the clock at a time, in a time zone written as the variable TZ takes it.
 class ClockControl {
   public:
     explicit ClockControl(time_t moment, const char *zone = "UTC0");
@@ -12,7 +12,7 @@ class ClockControl {
     ClockControl(const ClockControl &) = delete;
     ClockControl &operator=(const ClockControl &) = delete;
 
-    // From here on the time cannot be read, or not be converted to local time.
+    // From now on the time cannot be read, or cannot be converted to local time.
     void fail_time();
     void fail_local_time();
 };

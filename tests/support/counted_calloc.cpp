@@ -1,4 +1,4 @@
-// A program that links this has its calloc() counted among the allocations that FailingMemory lets
+// In a program that links this, calloc() counts among the allocations that FailingMemory makes
 // fail.
 #include "failing_memory.h"
 

@@ -1,8 +1,8 @@
-/* Put before the C library, so that one allocation of the process fails, or all from one on:
+/* Preloaded before the C library, so that one allocation of the process fails, or all from one on:
  *
  *   FAILING_ALLOCATION=17    the one with this number, counted from 0
- *   FAILING_ALLOCATION=17-   that one and all behind it
- *   COUNT_ALLOCATIONS=FILE   the number of all goes into the file at the end of the process
+ *   FAILING_ALLOCATION=17-   that one and all after it
+ *   COUNT_ALLOCATIONS=FILE   writes their number to the file when the process ends
  */
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -14,7 +14,7 @@
 #include <string.h>
 #include <unistd.h>
 
-/* What the loader asks for while it looks up the functions behind ours. */
+/* Serves the loader while it looks up the functions that these replace. */
 static char early[4096];
 static size_t early_used;
 

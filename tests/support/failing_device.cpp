@@ -1,5 +1,5 @@
-// The part of the test's device library that knows every function: each fails, unless another file
-// of the library defines it.
+// Defines every function of a test's device library as weak and failing; another file of the
+// library overrides those that it defines.
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/device_functions.h"
 

@@ -30,7 +30,7 @@ void release(void *block)
 
 void *FailingMemory::granted(size_t size)
 {
-    // Not malloc() or calloc(), which a program may have counted by themselves.
+    // Not malloc() or calloc(), which a program may count separately.
     void *memory = nullptr;
     return posix_memalign(&memory, alignof(std::max_align_t), size) == 0 ? allocated(memory)
                                                                          : nullptr;

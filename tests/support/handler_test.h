@@ -1,4 +1,4 @@
-// What every test of a handler starts from.
+// Helpers for tests of a handler.
 #pragma once
 
 #include "recording_device.h"
@@ -14,20 +14,20 @@ struct DeleteJson {
 };
 using Json = std::unique_ptr<cJSON, DeleteJson>;
 
-// Parses what a test has written; a text that is no JSON fails the test.
+// Parses a test's JSON; a text that is not JSON fails the test.
 Json parse(const std::string &text);
 
 // The object on one line, keys in order and repeated keys included; "null" for a null pointer.
 std::string print(const cJSON *json);
 
-// Sends a command as the agent would and gives back what the object holds afterwards. The traffic
-// is kept for the check against the protocol's description.
+// Sends a command as the agent would and returns what the object holds afterwards. The traffic is
+// kept for the check against the protocol's description.
 std::string run(const std::string &command, const std::string &request = "{}");
 
-// A text of so many bytes in which every place differs from its neighbours.
+// A text of this many bytes in which each byte differs from its neighbours.
 std::string text_of_length(size_t length);
 
-// Fills a field to its brim, without a NUL.
+// Fills a field completely, without a NUL.
 template <size_t width> void fill(char (&field)[width])
 {
     text_of_length(width).copy(field, width);

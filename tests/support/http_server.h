@@ -1,5 +1,5 @@
-// A web server in a process of its own, for what is downloaded in tests. http_server.py says how it
-// can be made to misbehave.
+// A web server in a separate process, for downloads in tests. http_server.py describes how it can
+// be made to misbehave.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ class HttpServer {
   public:
     enum class Protocol { kHttp, kHttps };
 
-    // Serves the folder's files until this object ends.
+    // Serves the folder's files until the destructor.
     explicit HttpServer(const std::string &folder, Protocol protocol = Protocol::kHttp);
     ~HttpServer();
     HttpServer(const HttpServer &) = delete;
@@ -21,14 +21,13 @@ class HttpServer {
     // The certificate to trust.
     std::string ca_file() const { return work_ + "/certificate.pem"; }
 
-    // Lets everything go on that the server holds back, now and later.
+    // Releases every response that the server holds back, now and later.
     void release() const;
 
-    // What was asked for until now: a path each, with "PUT " in front or a Range behind it, where
-    // there is one.
+    // The requests so far: a path each, after "PUT " and before a Range where there is one.
     std::vector<std::string> requests() const;
 
-    // What was put until now.
+    // The bodies of the PUT requests so far.
     struct Upload {
         std::string path;
         std::string body;

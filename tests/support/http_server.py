@@ -2,31 +2,31 @@
 """http_server.py FOLDER WORK [--secure]: serves the files of a folder, well or badly.
 
 It listens on a free port of 127.0.0.1, prints the port, and ends when its standard input ends. WORK
-is a folder for what it writes: "requests" gets a line for each request, its path, "PUT" in front and
-its Range behind where there is one; with --secure "certificate.pem" is what to trust.
+is a folder for its output: "requests" gets a line for each request, its path, after "PUT" and before
+its Range where there is one; with --secure "certificate.pem" is the certificate to trust.
 
-/NAME is a file, with Range, If-Range and ETag. Words in front of the name, as in /cut/no-etag/NAME,
+/NAME is a file, with Range, If-Range and ETag. Words before the name, as in /cut/no-etag/NAME,
 make it misbehave:
 
-  cut              closes the connection half-way, unless a Range is asked for
-  cut-once         closes the connection half-way when the path is asked for the first time
+  cut              closes the connection half-way, unless a Range is requested
+  cut-once         closes the connection half-way at the first request of the path
   hold             stops half-way, until standard input says "release"
   hang             does not answer at all, until standard input says "release"
   drip             sends half of it, then one byte a tenth of a second
   less             announces 1000 bytes more than it sends
   more             announces half of what it sends
-  no-range         sends the whole file whatever Range is asked for
+  no-range         sends the whole file regardless of the Range
   wrong-range      sends the file from its start as if that were the Range
-  ignore-if-range  sends the Range also of a file that has changed
+  ignore-if-range  sends the Range even if the file has changed
   no-etag          has no ETag
   last-modified    has a Last-Modified
-  redirect         redirects to the same without this word
-  status           answers with the status that the name is
+  redirect         redirects to the same path without this word
+  status           answers with the name as the status
 
 /redirect-loop redirects to itself, /redirect-to/ADDRESS to the address (with %-escapes), /lie/NAME
-answers as lying_answers.py has it, with the file new.image.
+answers with the function NAME of lying_answers.py and the file new.image.
 
-What is PUT is kept in WORK: "uploads" gets a line for each, its path, and "upload_N" is the Nth body
+PUT bodies are kept in WORK: "uploads" gets a line for each, its path, and "upload_N" is the Nth body
 from 1. Of the words, redirect (which keeps the method), status, hang, cut (no answer at all) and
 chatter (an answer without an end) make a difference.
 """
@@ -181,7 +181,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
 class Server(http.server.ThreadingHTTPServer):
     def handle_error(self, *_):
-        """A client that goes away is no news here."""
+        """A client that disconnects is not reported."""
 
 
 def make_certificate():

@@ -7,7 +7,7 @@
 
 static int32_t (*process)(const char *cmd, cJSON *obj);
 
-/* What the example calls. */
+/* The dispatcher that the example calls. */
 int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
 {
     return process(cmd, obj);

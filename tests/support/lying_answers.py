@@ -1,6 +1,6 @@
-"""The answers of a server that lies: ANSWERS has a function for each, by name. It gets a Connection
-and writes what it likes; when it returns, the connection is closed. An answer without an end goes on
-until the client has gone, which ends it with an OSError.
+"""The invalid answers of a hostile server: ANSWERS has a function for each, by name. It gets a
+Connection and writes its answer; when it returns, the connection is closed. An endless answer
+continues until the client disconnects, which ends it with an OSError.
 """
 
 import itertools
@@ -11,7 +11,7 @@ import time
 
 
 class Connection:
-    """A client that has asked for an image."""
+    """The connection of a client that has requested an image."""
 
     def __init__(self, connection, image, path):
         self.socket = connection
@@ -30,7 +30,7 @@ class Connection:
             self.send(block * (65536 // len(block)))
 
     def drip(self, block):
-        """More than what counts as standing still, and much less than an image needs."""
+        """Slow, but too fast to count as stalled."""
         for _ in itertools.count():
             self.send(block)
             time.sleep(0.05)
@@ -40,7 +40,7 @@ class Connection:
 
     def reset(self):
         self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
-        os.close(self.socket.detach())  # before anybody ends it in peace
+        os.close(self.socket.detach())  # before anything else shuts it down cleanly
 
 
 ANSWERS = {}
@@ -52,7 +52,7 @@ def answer(function):
     return function
 
 
-# ---- The connection ends or stands still --------------------------------------------------------
+# ---- The connection ends or stalls --------------------------------------------------------------
 
 
 @answer
@@ -95,7 +95,7 @@ def truncated(to):
     to.send(to.image[:-1])
 
 
-# ---- No HTTP ------------------------------------------------------------------------------------
+# ---- Not HTTP -----------------------------------------------------------------------------------
 
 
 @answer
@@ -120,7 +120,7 @@ def protocol_switch(to):
     to.stay_silent()
 
 
-# ---- Lengths that are wrong ---------------------------------------------------------------------
+# ---- Wrong lengths ------------------------------------------------------------------------------
 
 
 @answer

@@ -1,4 +1,4 @@
-/* A plug-in that needs what neither a device library nor an agent has. */
+/* A plug-in that needs symbols that neither a device library nor an agent has. */
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"
 

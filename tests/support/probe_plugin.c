@@ -1,13 +1,13 @@
 /*
- * A plug-in that shows its test what an agent does for plug-ins. Its commands:
+ * A plug-in that exercises what an agent provides for plug-ins. Its commands:
  *
  *   SYSTEM    runs "command" with system(); replies with the result, and whether the process has
  *             any child then
- *   SERVICES  replies with what the agent makes of "text" and "mac"
- *   LOG       logs "text" in many ways
+ *   SERVICES  replies with what the agent's services return for "text" and "mac"
+ *   LOG       logs "text" in several formats
  *   PRINT     prints "text" to standard output
- *   NOTICE    hands "text" to kaa_device_notice(); replies with the result
- *   NOTICES   lets a thread hand over "text" "count" times, and does not wait for it
+ *   NOTICE    passes "text" to kaa_device_notice(); replies with the result
+ *   NOTICES   starts a thread that passes "text" "count" times, and does not wait for it
  *   STOP      raises SIGTERM
  *   DUMPABLE  replies with whether the kernel would write a core dump
  */

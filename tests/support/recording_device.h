@@ -1,6 +1,6 @@
-// A device-access library for unit tests: it writes down every call with the bytes that reached it,
-// and answers what the test has programmed. The functions themselves are made from device_access.h,
-// so there is nothing to add here for a new one.
+// A device-access library for unit tests: it records every call with the bytes that reached it, and
+// returns what the test has programmed. The functions themselves are generated from
+// device_access.h, so a new one needs no change here.
 #pragma once
 
 #include "smart_router_service/device_access.h"
@@ -18,20 +18,20 @@ namespace recording_device {
 
 struct Call {
     std::string function;
-    // What each argument held when the call came: the bytes of a record, a text, or a number.
+    // The value of each argument on entry: the bytes of a record, a text, or a number.
     std::vector<std::string> arguments;
 
     bool operator==(const Call &) const = default;
 };
 
-// For the messages of failing tests: the call with its arguments, each row of NUL bytes as one "|".
+// For the messages of failing tests: the call with its arguments, each run of NUL bytes as one "|".
 void PrintTo(const Call &call, std::ostream *out);
 
 // The calls since the last reset, in order.
 std::vector<Call> calls();
 std::vector<std::string> called_functions();
 
-// The record that was handed to the call as an argument, as it was when the call came.
+// The record that was passed as an argument, as it was on entry.
 template <class Record> Record record(const Call &call, size_t argument = 0)
 {
     Record copy;
@@ -70,19 +70,19 @@ template <auto function> typename Answer<decltype(function)>::Type &answer()
     return programmed;
 }
 
-// Programs what a device function does from now on: a callable with the function's own signature.
-// An unprogrammed function writes nothing and returns 0.
+// Programs what a device function does from now on: a callable with the function's signature. An
+// unprogrammed function writes nothing and returns 0.
 template <auto function, class Callable> void when(Callable callable)
 {
     answer<function>() = callable;
     at_reset([] { answer<function>() = nullptr; });
 }
 
-// An argument as it reaches whoever answers for all functions.
+// An argument as passed to the answer for all functions.
 struct Argument {
-    const std::type_info *type; // of a number, or of what the address leads to
+    const std::type_info *type; // of a number, or of what the address points to
     void *address;              // null for a number
-    bool is_read_only;          // whether the function may not write there
+    bool is_read_only;          // the function may not write there
     int64_t number;             // 0 for an address
 };
 
@@ -96,8 +96,8 @@ template <class Content> Argument argument(Content *content)
             std::is_const_v<Content>, 0};
 }
 
-// Has one answer for every function that returns a number or nothing, until the next reset. What a
-// single function is programmed to do counts for the others only.
+// Sets one answer for every function that returns a number or nothing, until the next reset. What
+// single functions are programmed to do applies to the others only.
 using AnswerForAll = int32_t (*)(const char *function, std::initializer_list<Argument> arguments);
 void answer_all(AnswerForAll answer);
 AnswerForAll answer_for_all(); // null when there is none

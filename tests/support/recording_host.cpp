@@ -88,7 +88,7 @@ int32_t kaa_update_profile_info()
     return recording_device::call<kaa_update_profile_info>("kaa_update_profile_info");
 }
 
-// Takes the place of the C library's function: no test may restart the machine that it runs on.
+// Replaces the C library's function: no test may restart the machine that it runs on.
 int system(const char *command)
 {
     return recording_device::call<system>("system", command);

@@ -1,6 +1,6 @@
-// The host agent's services for unit tests: the log is kept for the test to look at. The other
-// services, and system() with them, are written down and programmed as the device's functions are,
-// so that one list shows what was called in which order.
+// The host agent's services for unit tests: the log is kept for the test to read. The other
+// services and system() are recorded and programmed as the device's functions are, so that one
+// list shows the order of all calls.
 #pragma once
 
 #include "smart_router_service/host_agent.h"

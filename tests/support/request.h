@@ -1,4 +1,4 @@
-// Requests of which a test changes one key at a time.
+// Requests in which a test changes one key at a time.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ inline std::string quoted(const std::string &text)
     return '"' + text + '"';
 }
 
-// Values that are no JSON text, in every type that there is.
+// JSON values of every type except string.
 inline const std::vector<std::string> kNoTexts = {"7",  "-0.5",     "true", "false",       "null",
                                                   "[]", R"(["x"])", "{}",   R"({"x":"y"})"};
 
@@ -22,10 +22,10 @@ class Request {
 
     explicit Request(Keys keys) : keys_(std::move(keys)) {}
 
-    // A copy, so that a loop may run over the keys of a request made on the spot.
+    // A copy, so that a range-based loop may iterate over the keys of a temporary request.
     Keys keys() const { return keys_; }
 
-    // The same with the key's value replaced, or with the key at the end where it is new.
+    // The same with the key's value replaced, or with a new key appended.
     Request with(const std::string &key, const std::string &json) const
     {
         Request changed = *this;
@@ -48,8 +48,8 @@ class Request {
 
     std::string json() const { return "{" + members() + "}"; }
 
-    // The request with the members of a reply behind it: what the object holds when nothing was
-    // taken out of it.
+    // The request followed by the members of a reply: what the object holds when nothing was
+    // removed from it.
     std::string followed_by(const std::string &reply) const
     {
         return "{" + members() + (keys_.empty() || reply.empty() ? "" : ",") + reply + "}";

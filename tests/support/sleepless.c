@@ -1,4 +1,4 @@
-/* Preloaded into an agent that has to serve more commands than it has time to sleep. */
+/* Preloaded into an agent that has to serve many commands without waiting for their sleeps. */
 #include <unistd.h>
 
 unsigned sleep(unsigned seconds)

@@ -1,5 +1,5 @@
-/* Put before the C library, so that time() tells the time at which the simulated gateway's clock
- * stands: the plug-in reads the computer's clock itself, and the two have to agree. */
+/* Preloaded before the C library, so that time() returns the time at which the simulated gateway's
+ * clock is stopped: the plug-in reads the system clock itself, and the two have to agree. */
 #include <stdlib.h>
 #include <time.h>
 

@@ -3,6 +3,9 @@
 
 #include <string_view>
 
+// Appends a line that the agent wrote, a JSON text.
+void record_session_line(std::string_view line);
+
 // Appends one command with its request and its reply, each as JSON text, and the name of this
 // program to the file that the environment variable PROTOCOL_TRAFFIC names; nothing when it is not
 // set.

@@ -1,4 +1,4 @@
-/* The example's agent as a part of another one, which ends only when the firmware worker has. */
+/* The example's agent inside another one, which ends only when the firmware worker has ended. */
 #ifndef TESTS_SUPPORT_WAITING_HOST_H
 #define TESTS_SUPPORT_WAITING_HOST_H
 

@@ -31,11 +31,11 @@ std::atomic<bool> worker_fails;
 std::atomic<bool> calloc_fails;
 std::atomic<bool> everything_counts;
 
-// The locks that a worker holds while it is at work.
+// The locks that a worker holds while it runs.
 pthread_mutex_t *const kLocks[] = {&setwifilistlock, &downimagelock};
 
-// A worker releases a lock that its starter took, after which the thread sanitizer no longer knows
-// that the lock puts one worker before the next. It is told here.
+// A worker releases a lock that its starter took, so the thread sanitizer does not see that the
+// lock orders one worker before the next. This annotation tells it.
 void order_begins([[maybe_unused]] pthread_mutex_t *lock)
 {
 #ifdef __SANITIZE_THREAD__
@@ -50,7 +50,7 @@ void order_ends([[maybe_unused]] pthread_mutex_t *lock)
 #endif
 }
 
-// A thread to be, and its entry: the end of each is counted.
+// A thread to start and its entry function; the end of each is counted.
 struct Thread {
     void *(*start)(void *);
     void *argument;
@@ -92,7 +92,7 @@ void __real_free(void *);
 
 unsigned __wrap_sleep(unsigned seconds)
 {
-    // Between the device's calls it shows in which order all this happened.
+    // Recorded among the device's calls, so that their order is visible.
     recording_device::write_down("sleep", {std::to_string(seconds)});
     const bool detached = is_detached();
     std::unique_lock lock(mutex);
@@ -154,7 +154,7 @@ int __wrap_pthread_mutex_unlock(pthread_mutex_t *which)
     return __real_pthread_mutex_unlock(which);
 }
 
-// Only what becomes of an ended child is kept from this process, whose tests run children.
+// The handling of ended children is not changed in this process, whose tests run children.
 int __wrap_sigaction(int signal, const struct sigaction *action, struct sigaction *former)
 {
     if (signal != SIGCHLD || action == nullptr) {

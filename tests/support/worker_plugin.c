@@ -1,6 +1,6 @@
 /*
  * A plug-in whose only command, WORK, starts a worker as a batch of Wi-Fi settings does. The worker
- * ends when somebody opens the named pipe "until" for writing.
+ * ends when the named pipe "until" is opened for writing.
  */
 #include "smart_router_service/processjsonability.h"
 

@@ -1,6 +1,5 @@
-// What the descriptions of the device interface say of its functions and records, for programs that
-// look over a device library's shoulder or stand in for one. Made from protocol/device by
-// protocol/generate.py.
+// Properties of the device functions and their records, for programs that check a device library or
+// replace one. Generated from protocol/device by protocol/generate.py.
 #pragma once
 
 #include "smart_router_service/device_access.h"
@@ -15,7 +14,7 @@
 // clang-format off
 namespace device_facts {
 
-// Results of a function; few, in a row.
+// A short list of results of a function.
 struct Results {
     int32_t values[4] = {};
     size_t count = 0;
@@ -29,15 +28,15 @@ struct Results {
 
 struct Function {
     std::string_view name;
-    size_t text_width = 0;          // of the text that it writes; 0 where it is handed the width
-    bool is_size_less_one = false;  // what it is handed is one less than the width
-    bool fills = false;             // what succeeds leaves something in what it is given
+    size_t text_width = 0;          // of the text that it writes; 0 if the width is an argument
+    bool is_size_less_one = false;  // that argument is the width minus one
+    bool fills = false;             // on success, it fills a record or writes a text
     std::string_view filled = {};   // the fields that it fills, each between blanks; empty for all
     std::string_view given = {};    // the fields that it is given, in the same way
-    bool counts = false;            // the number that it sets counts things and is not negative
-    bool is_answer = false;         // its result is what it is asked for
-    Results answers = {};           // results beside 0 that are no failures
-    Results results = {};           // all that there are; empty where any may come
+    bool counts = false;            // the number that it sets is a count, which is not negative
+    bool is_answer = false;         // its result is the requested value
+    Results answers = {};           // results other than 0 that are not failures
+    Results results = {};           // all possible results; empty if any result is possible
     Results known = {};             // those that say more than that it failed
     std::string_view minus_one_fails_for = {}; // callers for which only -1 is a failure, between blanks
     std::string_view other_rules_for = {};     // callers with other rules than that or that 0 is success
@@ -58,15 +57,15 @@ struct Field {
     const char *name;
     bool is_reserved = false;
     bool is_secret = false;
-    const char *counted_by = nullptr; // of an array whose entries are counted
-    int32_t count = 0;                // what the count says
-    bool negative_is_none = false;    // a count may be negative
+    const char *counted_by = nullptr; // of an array: the field with the number of entries
+    int32_t count = 0;                // the value of that field
+    bool negative_is_none = false;    // of a count: it may be negative
 };
 
 template <class Given, class Record>
 concept RecordOf = std::same_as<std::remove_const_t<Given>, Record>;
 
-// By their names.
+// Sorted by name.
 inline constexpr Function kFunctions[] = {
     {.name = "devapi_add_greennet_duration"},
     {.name = "devapi_add_greennet_mac"},
@@ -220,7 +219,7 @@ inline constexpr Function kFunctions[] = {
     {.name = "devapi_update_image"},
 };
 
-// Null for a name that is none of a device function.
+// Null if there is no device function with the name.
 constexpr const Function *find(std::string_view name)
 {
     const Function *const end = kFunctions + std::size(kFunctions);
@@ -240,13 +239,13 @@ constexpr bool is_among(std::string_view callers, std::string_view caller)
     return callers == " * ";
 }
 
-// Whether the result is one that is no failure.
+// Whether the result is not a failure.
 constexpr bool is_success(const Function &function, int32_t result)
 {
     return result == 0 || function.answers.contain(result) || (function.is_answer && result > 0);
 }
 
-// The name of a record; null for what is none.
+// The name of a record; null for other types.
 template <class Record> inline constexpr const char *kName = nullptr;
 template <> inline constexpr const char *kName<SnInfo> = "SnInfo";
 template <> inline constexpr const char *kName<SystemInfo> = "SystemInfo";
@@ -315,7 +314,7 @@ template <> inline constexpr const char *kName<PortStatisticsInfo> = "PortStatis
 template <> inline constexpr const char *kName<PortBinding> = "PortBinding";
 template <> inline constexpr const char *kName<PortBindingInfo> = "PortBindingInfo";
 
-// Each calls visit(Field, field) for the record's fields in their order, but for pointers.
+// Each calls visit(Field, field) for the record's fields in order, except pointers.
 template <RecordOf<SnInfo> Given> void visit_fields(Given &record, const auto &visit)
 {
     visit(Field{.name = "MAC"}, record.MAC);

@@ -67,6 +67,9 @@ typedef struct SimulatedGatewayOptions {
     /* File with the public Ed25519 key, as PEM, by which every image has to be signed. Default: any
      * image is taken, and the trace warns of it. */
     const char *firmware_key;
+    /* How long a reboot takes, in seconds of the machine's clock; there is no variable. 0: it is
+     * over at once, as it always is while the gateway's clock stands still. */
+    int32_t reboot_seconds;
 } SimulatedGatewayOptions;
 
 /*
@@ -132,6 +135,40 @@ typedef void (*SimulatedGatewayRefusal)(const char *function, const char *reason
  */
 SIMULATED_GATEWAY_API void simulated_gateway_on_refusal(SimulatedGatewayRefusal report,
                                                         void *context);
+
+/*
+ * What a host is told of a firmware update: that an image has been flashed, or that fetching or
+ * flashing one has failed.
+ *
+ * version: of the image that was flashed, which runs from the next reboot on; NULL after a failure.
+ * reason:  why it failed, in one line, as the trace has it; NULL after a success.
+ */
+typedef void (*SimulatedGatewayUpdate)(const char *version, const char *reason, void *context);
+
+/*
+ * Has report called, with context, for every such end; NULL ends that. It is called on the thread
+ * of the device call, without the gateway's lock, and by one thread at a time. It may call no
+ * function of this library. Once this function has returned, the report set before is not called
+ * any more. It may be called before the gateway is opened, and holds until it is called again.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_on_update(SimulatedGatewayUpdate report,
+                                                       void *context);
+
+/*
+ * What a host is told of a reboot: that it begins.
+ *
+ * seconds: how long it takes from now on, as reboot_seconds has it; 0: it is over already. The
+ *          gateway goes on answering device calls: it is the host that keeps commands back.
+ */
+typedef void (*SimulatedGatewayReboot)(int32_t seconds, void *context);
+
+/*
+ * Has report called, with context, whenever the gateway reboots: by devapi_reboot(), by
+ * devapi_recovery() or by simulated_gateway_power_cycle(). All else is as for
+ * simulated_gateway_on_update().
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_on_reboot(SimulatedGatewayReboot report,
+                                                       void *context);
 
 /*
  * Writes the MAC address of the router's LAN bridge into mac (size bytes, of which it takes 18), as

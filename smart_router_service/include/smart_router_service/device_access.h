@@ -1,44 +1,45 @@
 /*
- * What the router's device-access library provides to the plug-in.
+ * The functions that the router's device-access library provides to the plug-in.
  *
- * A router maker implements these functions for the hardware at hand. The plug-in leaves them
- * undefined; they are bound when it is loaded, so the device-access library has to be in memory
- * first, with its symbols visible to the plug-in (dlopen() with RTLD_GLOBAL).
+ * A router manufacturer implements these functions for its hardware. They are undefined symbols in
+ * the plug-in and bound when it is loaded, so the device-access library has to be loaded first,
+ * with its symbols visible to the plug-in (dlopen() with RTLD_GLOBAL).
  *
  * Conventions
  *
- * Results: 0 is success. Which other results are failures is stated at each function; what a query
- * that failed was to fill is not read, unless it is stated. Where the result is not looked at, the
- * record is used as the call leaves it, and what stands in it is reported: a call that fails should
- * leave its record alone.
+ * Results: 0 is success. Which other results are failures is stated for each function; unless
+ * stated otherwise, what a failed query was to fill is not read. If the result is ignored, the
+ * record is used as the call leaves it, and its contents are reported: a call that fails should not
+ * change its record.
  *
- * Not supported: every function has to be there. One that the device has no use for answers -1 and
- * writes nothing. To the plug-in that is a failure like any other; "hgagent conformance" tells it
- * from one. -1 is also the answer where there is no such thing as was asked for, such as a period.
+ * Not supported: every function has to be defined. A function that the device does not support
+ * returns -1 and writes nothing. To the plug-in that is a failure like any other; "hgagent
+ * conformance" distinguishes the two. -1 is also the result if a requested entry, such as a period,
+ * does not exist.
  *
  * Records: a function exchanges a record, a plain structure at the address that it is given. The
- * record belongs to the plug-in, has been filled with zero bytes and, for a query, only its
- * selecting fields have been set. The library must not keep the address.
+ * record belongs to the plug-in and has been zeroed; for a query, only the fields that select an
+ * entry have been set. The library must not keep the address.
  *
- * Texts: every char field holds a text that ends in NUL within the field. The plug-in cuts longer
- * values from a request at the field's width less one, and reads no further than the field where
- * the library leaves no NUL. A field without a value holds the text "NULL". The bytes pass through
- * unchanged; agents expect UTF-8.
+ * Texts: every char field contains a text that ends in NUL within the field. The plug-in truncates
+ * longer values from a request to the field's width minus one, and does not read beyond the field
+ * if the library omits the NUL. A field without a value contains the text "NULL". The bytes are
+ * passed through unchanged; agents expect UTF-8.
  *
- * Forms: where a unit or a form is given for a text and not in quotes, it is the simulated
- * gateway's, and a library may have its own: the plug-in hands the text on. docs/device_access.md
- * has the forms of all fields.
+ * Forms: units and forms of texts that are not in quotes are those of the simulated gateway, and a
+ * library may have others: the plug-in passes the text on. docs/device_access.md has the forms of
+ * all fields.
  *
  * Layout: the offsets and sizes are fixed and asserted at the end of the header. Integers are
- * signed, in the processor's byte order, and 32 bits wide, but for the channels of WifiChannelList,
- * which have 16.
+ * signed, in the processor's byte order, and 32 bits wide, except for the channels of
+ * WifiChannelList, which have 16.
  *
- * Threads: commands run on the agent's threads and on the plug-in's own workers, so every function
- * may be called at any time from several threads.
+ * Threads: commands run on the agent's threads and on the plug-in's workers, so every function may
+ * be called at any time from several threads.
  *
  * Programs: the reference agent refuses every command to system() with -1; routers run them.
  *
- * This file is made from protocol/device by protocol/generate.py.
+ * This file is generated from protocol/device by protocol/generate.py.
  */
 #ifndef SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
 #define SMART_ROUTER_SERVICE_DEVICE_ACCESS_H
@@ -51,16 +52,16 @@
 extern "C" {
 #endif
 
-/* The version of this interface. An agent can tell by it a library that was built for another major
- * version before anything is called. */
+/* The version of this interface. With it, an agent can detect a library that was built for another
+ * major version before it calls anything. */
 #define DEVICE_ACCESS_VERSION_MAJOR 1 /* layouts of records, prototypes, meanings */
 #define DEVICE_ACCESS_VERSION_MINOR 0 /* additions */
-/* Both in one number, as device_access_version() answers it. */
+/* Both in one number, as returned by device_access_version(). */
 #define DEVICE_ACCESS_VERSION (DEVICE_ACCESS_VERSION_MAJOR * 65536 + DEVICE_ACCESS_VERSION_MINOR)
 
-/* The one function that a library need not have: it answers DEVICE_ACCESS_VERSION. Without it the
- * library is taken to fit. The plug-in does not call it; "hgagent" refuses a library of another
- * major version. */
+/* The only optional function: it returns DEVICE_ACCESS_VERSION. A library without it is assumed to
+ * be compatible. The plug-in does not call it; "hgagent" refuses a library of another major
+ * version. */
 int32_t device_access_version(void);
 
 /* ---- Device identity ------------------------------------------------------------------------ */
@@ -72,7 +73,7 @@ typedef struct SnInfo {
     char DeviceType[256]; /* type of device, as the platform knows it */
 } SnInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_sn_info(SnInfo *info);
 
 /* Description and capabilities of the router. */
@@ -82,9 +83,9 @@ typedef struct SystemInfo {
     char ProductCLass[64];    /* product class */
     char CPUClass[64];        /* processor */
     char DEVType[64];         /* type of device */
-    char DEVType1[64];        /* second type of device, for devices that are two things */
+    char DEVType1[64];        /* second type of device, for a device with two types */
     char Capability[64];      /* list of capabilities */
-    char Card[64];            /* type of smart card, when there is one */
+    char Card[64];            /* type of smart card, if any */
     char UPLink[64];          /* type of uplink */
     char Cardno[64];          /* number of the smart card */
     char IPV6[64];            /* whether IPv6 is supported */
@@ -94,7 +95,7 @@ typedef struct SystemInfo {
     char VLANCapability[192]; /* types of VLAN handling that are supported */
 } SystemInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_system_info(SystemInfo *info);
 
 /* ---- Gateway settings ----------------------------------------------------------------------- */
@@ -104,8 +105,8 @@ typedef struct HgBaseInfo {
     char Name[64];                    /* name given by the user */
     char Mac[32];                     /* MAC address */
     char NetStatus[16];               /* state of the Internet connection */
-    char UpSpeed[32];                 /* upstream rate at this moment, kbit/s */
-    char DownSpeed[32];               /* downstream rate at this moment, kbit/s */
+    char UpSpeed[32];                 /* current upstream rate, kbit/s */
+    char DownSpeed[32];               /* current downstream rate, kbit/s */
     char WiFiStatus1[32];             /* state of the first radio, "up" or "1" when it is on */
     char WiFiStatus2[32];             /* state of the second radio */
     char SSID1[32];                   /* network name of the first radio */
@@ -132,13 +133,13 @@ typedef struct HgBaseInfo {
     char ConfiguerStatus[128];        /* state of the first configuration */
 } HgBaseInfo;
 
-/* Fills info. For GET_TSLINK_TOPOLOGY_INFO any result but 0 is a failure, and then info is not
- * read; for GET_HG_BASE_INFO and json_get_main_router_info any result but 0 is a failure, and then
- * info counts as empty. */
+/* Fills info. For GET_TSLINK_TOPOLOGY_INFO any result other than 0 is a failure, after which info
+ * is not read; for GET_HG_BASE_INFO and json_get_main_router_info any result other than 0 is a
+ * failure, after which info is taken as empty. */
 int32_t devapi_get_hg_base_info(HgBaseInfo *info);
 
-/* Gives the gateway another Name; all other fields are empty and have no meaning. Any result but 0
- * is a failure. */
+/* Sets the Name of the gateway; all other fields are empty and have no meaning. Any result other
+ * than 0 is a failure. */
 int32_t devapi_set_hg_base_info(const HgBaseInfo *info);
 
 /* LAN IP settings. */
@@ -149,15 +150,15 @@ typedef struct LanIpInfo {
     char EndIp[32];        /* last address of the DHCP pool */
 } LanIpInfo;
 
-/* Fills info. For GET_LAN_IP_INFO any result but 0 is a failure, and then info is not read; for
- * GET_HG_BASE_INFO and json_get_main_router_info any result but 0 is a failure, and then info
- * counts as empty. */
+/* Fills info. For GET_LAN_IP_INFO any result other than 0 is a failure, after which info is not
+ * read; for GET_HG_BASE_INFO and json_get_main_router_info any result other than 0 is a failure,
+ * after which info is taken as empty. */
 int32_t devapi_get_lan_ip_info(LanIpInfo *info);
 
 /* A setting followed by the reason for a refusal. */
 typedef struct LanIpSetting {
-    LanIpInfo info;      /* what is set */
-    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
+    LanIpInfo info;      /* the setting */
+    char FailReason[64]; /* reason for a failure, set by the device; empty if it gives none */
 } LanIpSetting;
 
 /* Applies the settings. Only -1 is a failure. */
@@ -167,18 +168,18 @@ int32_t devapi_set_lan_ip_info(LanIpSetting *setting);
 typedef struct WanIpInfo {
     char ip[34];              /* IP address */
     char Dns[65];             /* DNS servers */
-    char WanGateWay[32];      /* address of the next gateway */
+    char WanGateWay[32];      /* address of the default gateway */
     char ConnectionState[32]; /* "Connected", "Connecting" or another text */
 } WanIpInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info counts as empty. */
+/* Fills info. Any result other than 0 is a failure, after which info is taken as empty. */
 int32_t devapi_get_wan_ip_info(WanIpInfo *info);
 
-/* What a home page shows of the gateway. */
+/* State of the gateway for a home page. */
 typedef struct HomePageInfo {
     char Devname[64];        /* name given by the user */
-    char UploadSpeed[64];    /* upstream rate at this moment, kbit/s */
-    char DownloadSpeed[64];  /* downstream rate at this moment, kbit/s */
+    char UploadSpeed[64];    /* current upstream rate, kbit/s */
+    char DownloadSpeed[64];  /* current downstream rate, kbit/s */
     char GameSpeed[8];       /* whether games are accelerated */
     char GamePort[8];        /* port for games */
     char GameBand[8];        /* band for games */
@@ -187,7 +188,7 @@ typedef struct HomePageInfo {
     char CpuTemperature[64]; /* temperature of the CPU, degrees Celsius */
 } HomePageInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_home_page_info(HomePageInfo *info);
 
 /* The DHCP server of the LAN side. */
@@ -195,39 +196,39 @@ typedef struct DhcpInfo {
     char Enable[16];     /* "1" when the server is on */
     char IPAddress[64];  /* address of the server */
     char SubNetMask[64]; /* subnet mask */
-    char GateWay[64];    /* gateway that the server names */
+    char GateWay[64];    /* gateway address that the server hands out */
 } DhcpInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_hg_dhcp_info(DhcpInfo *info);
 
 /* A setting followed by the reason for a refusal. */
 typedef struct DhcpSetting {
-    DhcpInfo info;       /* what is set */
-    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
+    DhcpInfo info;       /* the setting */
+    char FailReason[64]; /* reason for a failure, set by the device; empty if it gives none */
 } DhcpSetting;
 
-/* Switches the DHCP server by Enable; the address fields are empty and have no meaning. Only -1 is
- * a failure. */
+/* Switches the DHCP server on or off, as given by Enable; the address fields are empty and have no
+ * meaning. Only -1 is a failure. */
 int32_t devapi_set_hg_dhcp_info(DhcpSetting *setting);
 
 /* The PPPoE account. */
 typedef struct PppoeInfo {
     char Account[64];  /* name of the account */
     char Password[64]; /* its password */
-    char Enable[16];   /* "1" when the gateway dials in by PPPoE */
+    char Enable[16];   /* "1" when the gateway connects by PPPoE */
 } PppoeInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_hg_pppoe_info(PppoeInfo *info);
 
 /* A setting followed by the reason for a refusal. */
 typedef struct PppoeSetting {
-    PppoeInfo info;      /* what is set */
-    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
+    PppoeInfo info;      /* the setting */
+    char FailReason[64]; /* reason for a failure, set by the device; empty if it gives none */
 } PppoeSetting;
 
-/* Applies account and switch. Any result but 0 is a failure. */
+/* Applies the account and the switch. Any result other than 0 is a failure. */
 int32_t devapi_set_hg_pppoe_info(PppoeSetting *setting);
 
 /* ---- Administration ------------------------------------------------------------------------- */
@@ -241,84 +242,84 @@ typedef struct LoginInfo {
     char WebLoginIp[64];  /* address of the web login */
 } LoginInfo;
 
-/* Fills Name and Password of the administrator. Any result but 0 is a failure, and then info is not
- * read. */
+/* Fills Name and Password of the administrator. Any result other than 0 is a failure, after which
+ * info is not read. */
 int32_t devapi_get_admin_info(LoginInfo *info);
 
-/* Sets Type, Name and Password of the administrator. Any result but 0 is a failure. */
+/* Sets Type, Name and Password of the administrator. Any result other than 0 is a failure. */
 int32_t devapi_set_admin_info(const LoginInfo *info);
 
-/* Sets WebLoginType. Any result but 0 is a failure. */
+/* Sets WebLoginType. Any result other than 0 is a failure. */
 int32_t devapi_set_web_login_type(const LoginInfo *info);
 
-/* Fills Password, WebLoginType and WebLoginIp of the web login. Any result but 0 is a failure, and
- * then info is not read. */
+/* Fills Password, WebLoginType and WebLoginIp of the web login. Any result other than 0 is a
+ * failure, after which info is not read. */
 int32_t devapi_get_web_login_info(LoginInfo *info);
 
-/* Sets WebLoginType and Password of the web login. Any result but 0 is a failure. */
+/* Sets WebLoginType and Password of the web login. Any result other than 0 is a failure. */
 int32_t devapi_set_web_login_info(const LoginInfo *info);
 
-/* Restores the factory settings. Any result but 0 is a failure. */
+/* Restores the factory settings. Any result other than 0 is a failure. */
 int32_t devapi_recovery(void);
 
-/* Restarts the gateway, at once or after the call. Any result but 0 is a failure. */
+/* Restarts the gateway, during the call or after it. Any result other than 0 is a failure. */
 int32_t devapi_reboot(void);
 
 /* Reboot schedule. */
 typedef struct RebootInfo {
     char GatewayRebootEnable[8]; /* "1" when the schedule is on */
-    char Time[8];                /* time of the day, HH:MM */
+    char Time[8];                /* time of day, HH:MM */
     char DaysOfWeek[16];         /* days of the week, as in 1,3,7 */
 } RebootInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_reboot_info(RebootInfo *info);
 
-/* Sets the schedule. Any result but 0 is a failure. */
+/* Sets the schedule. Any result other than 0 is a failure. */
 int32_t devapi_set_reboot_info(const RebootInfo *info);
 
-/* When the gateway, its Wi-Fi and its LEDs sleep. */
+/* The sleep times of the gateway, its Wi-Fi and its LEDs. */
 typedef struct HgSleepInfo {
     char GatewaySleepEnable[8]; /* "1" when the gateway sleeps */
     char WiFiSleepEnable[8];    /* "1" when the Wi-Fi sleeps */
     char LedSleepEnable[8];     /* "1" when the LEDs sleep */
-    char StartTime[8];          /* when the sleep begins, HH:MM */
-    char EndTime[8];            /* when the sleep ends, HH:MM */
+    char StartTime[8];          /* start of the sleep, HH:MM */
+    char EndTime[8];            /* end of the sleep, HH:MM */
 } HgSleepInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_hg_sleep_info(HgSleepInfo *info);
 
-/* Sets the sleep. Any result but 0 is a failure. */
+/* Sets the sleep times. Any result other than 0 is a failure. */
 int32_t devapi_set_hg_sleep_info(const HgSleepInfo *info);
 
 /* ---- Inspection and optimisation ------------------------------------------------------------ */
 
-/* State of the network connection. The reserved parts are the device's own. */
+/* State of the network connection. The device may use the reserved parts. */
 typedef struct NetInspectInfo {
     char reserved0[128];   /* not read */
     char WanStatus[64];    /* state of the WAN connection */
     char NetStatus[392];   /* state of the Internet connection */
     char WanIP[64];        /* IP address of the WAN side */
-    char NetMask[256];     /* mask of the WAN side */
+    char NetMask[256];     /* network mask of the WAN side */
     char DnsStatus[8];     /* DNS state */
     char NetQuality[1032]; /* quality of the connection */
 } NetInspectInfo;
 
-/* Measures the quality of the connection and fills NetQuality. Any result but 0 is a failure, and
- * then info is not read. */
+/* Measures the quality of the connection and fills NetQuality. Any result other than 0 is a
+ * failure, after which info is not read. */
 int32_t devapi_inspect_net_quality(NetInspectInfo *info);
 
-/* Improves the quality of the connection and fills NetQuality. Any result but 0 is a failure, and
- * then info is not read. */
+/* Improves the quality of the connection and fills NetQuality. Any result other than 0 is a
+ * failure, after which info is not read. */
 int32_t devapi_optimize_net_quality(NetInspectInfo *info);
 
-/* Inspects the connection and fills DnsStatus and WanStatus. Any result but 0 is a failure, and
- * then info is not read. */
+/* Inspects the connection and fills DnsStatus and WanStatus. Any result other than 0 is a failure,
+ * after which info is not read. */
 int32_t devapi_inspect_net_connect(NetInspectInfo *info);
 
-/* Repairs the connection and fills DnsStatus. Any result but 0 is a failure, and then info is not
- * read. */
+/* Repairs the connection and fills DnsStatus. Any result other than 0 is a failure, after which
+ * info is not read. */
 int32_t devapi_optimize_net_connect(NetInspectInfo *info);
 
 /* State of the Wi-Fi. */
@@ -331,16 +332,16 @@ typedef struct WifiInspectInfo {
     char FireWallEnable[4]; /* switch of the firewall */
 } WifiInspectInfo;
 
-/* Fills WiFiDevNum, Security, Channel and Congestion. Any result but 0 is a failure, and then info
- * is not read. */
+/* Fills WiFiDevNum, Security, Channel and Congestion. Any result other than 0 is a failure, after
+ * which info is not read. */
 int32_t devapi_inspect_hg_wifi(WifiInspectInfo *info);
 
 /* Moves the Wi-Fi from Channel to a better one; writes the new Channel and its Congestion. Any
- * result but 0 is a failure, and then info is not read. */
+ * result other than 0 is a failure, after which info is not read. */
 int32_t devapi_optimize_hg_wifi(WifiInspectInfo *info);
 
 /* The same with the transmit power: writes the new Channel, Congestion and PowerLevel. Any result
- * but 0 is a failure, and then info is not read. */
+ * other than 0 is a failure, after which info is not read. */
 int32_t devapi_optimize_wifi_channel_power(WifiInspectInfo *info);
 
 /* State of the firmware. */
@@ -348,8 +349,8 @@ typedef struct FwInspectInfo {
     char FWVersion[1088]; /* firmware version */
 } FwInspectInfo;
 
-/* Inspects everything and fills the three records. Any result but 0 is a failure, and then wifi,
- * firmware and net is not read. */
+/* Inspects everything and fills the three records. Any result other than 0 is a failure, after
+ * which wifi, firmware and net are not read. */
 int32_t devapi_inspect_hg(WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net);
 
 /* Load of the gateway. */
@@ -360,25 +361,25 @@ typedef struct ResourceInfo {
     char ProtectedDevNum[8]; /* number of devices under parental control */
 } ResourceInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_inspect_hg_resource(ResourceInfo *info);
 
-/* Frees resources and fills CpuPercent and MemPercent. Any result but 0 is a failure, and then info
- * is not read. */
+/* Frees resources and fills CpuPercent and MemPercent. Any result other than 0 is a failure, after
+ * which info is not read. */
 int32_t devapi_optimize_hg_resource(ResourceInfo *info);
 
-/* Writes the state of the uplink into status. status has room for size bytes. Any result but 0 is a
- * failure, and then status is not read. */
+/* Writes the state of the uplink to status. status has room for size bytes. Any result other than 0
+ * is a failure, after which status is not read. */
 int32_t devapi_get_uplink_status(char *status, int32_t size);
 
-/* Writes the reason for a network fault into reason. reason has room for 16 bytes. Any result but 0
- * is a failure, and then reason is not read. */
+/* Writes the reason for a network fault to reason. reason has room for 16 bytes. Any result other
+ * than 0 is a failure, after which reason is not read. */
 int32_t devapi_get_net_fault_info(char *reason);
 
 /* ---- Wi-Fi networks ------------------------------------------------------------------------- */
 
-/* Settings of one SSID. A setting whose Bandwidth, Mode, AdvertisementEnable or Beamforming is "-1"
- * leaves that as it is. */
+/* Settings of one SSID. In a setting, "-1" as Bandwidth, Mode, AdvertisementEnable or Beamforming
+ * leaves that value unchanged. */
 typedef struct SsidInfo {
     int32_t SSIDIndex;           /* number of the SSID, from 1 */
     char SSID[64];               /* network name */
@@ -389,85 +390,87 @@ typedef struct SsidInfo {
     char UsedChannel[8];         /* channel in use; only read */
     char Enable[8];              /* "1" when the network is on */
     char Bandwidth[16];          /* bandwidth of the channel, MHz */
-    char Type[16];               /* number of the band: not 0 for the upper one; only read */
+    char Type[16];               /* number of the band, 0 for 2.4 GHz, any other for 5 GHz; only
+                                    read */
     char Mode[8];                /* wireless standards in use */
     char AdvertisementEnable[8]; /* "1" when the name is broadcast */
     char Beamforming[8];         /* "1" when beamforming is on */
-    char PermissionProperty[8];  /* what clients may do; only read */
+    char PermissionProperty[8];  /* permissions of clients; only read */
 } SsidInfo;
 
-/* Fills info for the SSID of SSIDIndex, which may be any number. Any result but 0 is a failure, and
- * then info is not read. */
+/* Fills info for the SSID with the number SSIDIndex, which may be any number. Any result other than
+ * 0 is a failure, after which info is not read. */
 int32_t devapi_get_ssid_info(SsidInfo *info);
 
-/* Applies the settings to the SSID of SSIDIndex, which may be any number; Bandwidth is empty and
- * has no meaning. Any result but 0 is a failure. */
+/* Applies the settings to the SSID with the number SSIDIndex, which may be any number; Bandwidth is
+ * empty and has no meaning. Any result other than 0 is a failure. */
 int32_t devapi_set_ssid_info(const SsidInfo *info);
 
-/* Sets the transmit power of the 5 GHz radio. level may have any length. The result is not looked
- * at. */
+/* Sets the transmit power of the 5 GHz radio. level may have any length. The result is ignored. */
 int32_t devapi_set_5gwifi_powerlevel(const char *level);
 
 /* ---- Wi-Fi networks as a list --------------------------------------------------------------- */
 
-/* Sets *count to the number of SSIDs; a negative one is none. *count is 0 before. Any result but 0
- * is a failure, and then *count is not read. */
+/* Sets *count to the number of SSIDs; a negative number means none. *count is 0 before the call.
+ * Any result other than 0 is a failure, after which *count is not read. */
 int32_t devapi_get_ssid_num(int32_t *count);
 
-/* Sets *state to 1 when stations are steered between the radios, to another number when they are
- * not. *state is 1 before. Any result but 0 is a failure, and then *state is not read. */
+/* Sets *state to 1 when stations are steered between the radios, otherwise to another number.
+ * *state is 1 before the call. Any result other than 0 is a failure, after which *state is not
+ * read. */
 int32_t devapi_get_wifi_stactrl(int32_t *state);
 
-/* Writes the state of fast roaming into enable; an empty text when it is not known. enable has room
- * for 8 bytes. Any result but 0 is a failure, and then enable is not read. */
+/* Writes the state of fast roaming to enable; an empty text if it is not known. enable has room for
+ * 8 bytes. Any result other than 0 is a failure, after which enable is not read. */
 int32_t devapi_get_wifi_fastroaming_enable(char *enable);
 
-/* Sets *index to the number of the main SSID of the 5 GHz radio. *index is 0 before. The result is
- * not looked at: *index is used as the call leaves it. */
+/* Sets *index to the number of the main SSID of the 5 GHz radio. *index is 0 before the call. The
+ * result is ignored: *index is used as the call leaves it. */
 int32_t devapi_get_5g_wifi_index(int32_t *index);
 
-/* Sets *enable to 1 when the mesh is on. *enable is 0 before. The result is not looked at: *enable
- * is used as the call leaves it. */
+/* Sets *enable to 1 when the mesh is on. *enable is 0 before the call. The result is ignored:
+ * *enable is used as the call leaves it. */
 int32_t devapi_get_Multi_Ap_enable(int32_t *enable);
 
-/* The first of three calls by which the plug-in's worker applies a list of settings: the switch of
- * station control. The next list may change the text at any time: read it once. enable is shorter
- * than 8 bytes. The result is not looked at. */
+/* The first of the three calls with which the plug-in's worker applies a list of settings: the
+ * switch of station control. The next list may change the text at any time, so the function must
+ * read it only once. enable is shorter than 8 bytes. The result is ignored. */
 int32_t devapi_set_wifi_stactrl(const char *enable);
 
-/* The second: the switch of fast roaming, a text as before, which may be empty. enable is shorter
- * than 8 bytes. The result is not looked at. */
+/* The second call: the switch of fast roaming, which may be empty and must also be read only once.
+ * enable is shorter than 8 bytes. The result is ignored. */
 int32_t devapi_set_wifi_fastroaming(const char *enable);
 
-/* The third, once for each SSID: its settings, with Bandwidth. The result is not looked at. */
+/* The third call, once for each SSID: its settings, including Bandwidth. The result is ignored. */
 int32_t devapi_set_ssid_list_info(const SsidInfo *info);
 
 /* ---- Wi-Fi schedule, scans and channels ----------------------------------------------------- */
 
 /* One of the three periods in which the Wi-Fi sleeps. Period k has the timers 2k-1 and 2k. */
 typedef struct WifiSleepInfo {
-    int32_t StartTimer;  /* number of the timer that begins the period */
+    int32_t StartTimer;  /* number of the timer that starts the period */
     int32_t EndTimer;    /* number of the timer that ends it */
     char Enable[16];     /* "1" when the period is on */
-    char StartTime[32];  /* when the sleep begins, HH:MM */
-    char EndTime[32];    /* when the sleep ends, HH:MM */
+    char StartTime[32];  /* start of the sleep, HH:MM */
+    char EndTime[32];    /* end of the sleep, HH:MM */
     char DaysOfWeek[32]; /* days of the week, as in 1,3,7 */
 } WifiSleepInfo;
 
-/* Fills info for the period of the timers that are set in it. Any result but 0 is a failure: the
- * period is left out. */
+/* Fills info for the period of the two timers that are set in it. Any result other than 0 is
+ * a failure: the period is left out. */
 int32_t devapi_get_wifi_sleep_info(WifiSleepInfo *info);
 
-/* Removes all periods. Any result but 0 is a failure. */
+/* Removes all periods. Any result other than 0 is a failure. */
 int32_t devapi_del_all_wifi_timerinfo(void);
 
-/* Adds timers for one more period; devapi_set_wifi_sleep_info() then sets what they do. The device
- * numbers the timers, and may write the numbers into this call's record for that one. Only for the
- * first period of a schedule is the record zero before; for the others it comes as these two calls
- * left it, with new texts. Any result but 0 is a failure. */
+/* Adds the timers of one more period; devapi_set_wifi_sleep_info() then sets them. The device
+ * assigns the numbers of the timers and may write them to the record, which is then passed to that
+ * function. The record is zeroed only for the first period of a schedule; for each further one it
+ * is the record as these two calls left it, with new texts. Any result other than 0 is a
+ * failure. */
 int32_t devapi_add_wifi_timer(WifiSleepInfo *info);
 
-/* Sets what the timers do that were just added. Any result but 0 is a failure. */
+/* Sets the timers that were just added. Any result other than 0 is a failure. */
 int32_t devapi_set_wifi_sleep_info(WifiSleepInfo *info);
 
 /* One network found by a scan. */
@@ -481,15 +484,15 @@ typedef struct ScanEntry {
     char Connected[64];  /* "1" when the router is connected to it */
 } ScanEntry;
 
-/* What a scan found. */
+/* The result of a scan. */
 typedef struct ScanResult {
     int32_t reserved0;      /* not read */
-    ScanEntry *entries[60]; /* networks in any of the slots, the others null */
+    ScanEntry *entries[60]; /* the networks, in any of the slots; the other slots are NULL */
 } ScanResult;
 
-/* Fills the slots with entries that it allocates with malloc(), each on its own; the plug-in frees
- * them, also after a failure. Only the first 20 slots are reported. Any result but 0 is a failure,
- * and then result is not read. */
+/* Fills the slots with entries, each allocated separately with malloc(); the plug-in frees them,
+ * also after a failure. Only the first 20 slots are reported. Any result other than 0 is a failure,
+ * after which result is not read. */
 int32_t devapi_get_scan_ssid(ScanResult *result);
 
 /* Signal strength of one network. */
@@ -500,24 +503,24 @@ typedef struct ChannelPower {
 
 /* Signal strength of all networks. */
 typedef struct ChannelPowerResult {
-    int32_t count;         /* number of entries; none when it is negative */
-    ChannelPower *entries; /* array of so many entries */
+    int32_t count;         /* number of entries; a negative number means none */
+    ChannelPower *entries; /* array of count entries */
 } ChannelPowerResult;
 
-/* Fills result with an array that it allocates with malloc(); the plug-in frees it, also after a
- * failure. Any result but 0 is a failure, and then result is not read. */
+/* Fills result with an array allocated with malloc(); the plug-in frees it, also after a failure.
+ * Any result other than 0 is a failure, after which result is not read. */
 int32_t devapi_scan_channel_power(ChannelPowerResult *result);
 
 /* Channels that the radios may use. */
 typedef struct WifiChannelList {
     int32_t count_24g;        /* number of channels at 2.4 GHz, at most 64 */
     int32_t count_5g;         /* number of channels at 5 GHz, at most 64 */
-    int16_t channels_24g[64]; /* their numbers */
-    int16_t channels_5g[64];  /* the same for 5 GHz */
+    int16_t channels_24g[64]; /* numbers of the 2.4 GHz channels */
+    int16_t channels_5g[64];  /* numbers of the 5 GHz channels */
 } WifiChannelList;
 
-/* Fills list. For GET_WIFI_CHANNEL_LIST any result but 0 is a failure, and then list is not read;
- * for GET_SCAN_CHANNEL_COUNT only -1 is a failure, and then list is not read. */
+/* Fills list. For GET_WIFI_CHANNEL_LIST any result other than 0 is a failure, after which list is
+ * not read; for GET_SCAN_CHANNEL_COUNT only -1 is a failure, after which list is not read. */
 int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
 
 /* ---- Guest Wi-Fi ---------------------------------------------------------------------------- */
@@ -529,31 +532,31 @@ typedef struct GuestWifiInfo {
     char Enable[16];             /* "1" when the guest network is on */
     char SSID[64];               /* network name */
     char Band[16];               /* the band */
-    char ContinueTime[8];        /* whole days that it stays open */
-    char HourTime[8];            /* hours that it stays open */
-    char EndTimestamp[16];       /* seconds that it stays open, as the plug-in computed them: "-1",
+    char ContinueTime[8];        /* whole days for which it stays open */
+    char HourTime[8];            /* hours for which it stays open */
+    char EndTimestamp[16];       /* seconds for which it stays open, computed by the plug-in: "-1",
                                     or a number that may have wrapped at 32 bits */
     char Remainingtime[16];      /* seconds left; only read */
     char PWD[64];                /* password */
     char ENCRYPT[16];            /* type of encryption */
     char Mode[8];                /* wireless standards in use */
     char AdvertisementEnable[8]; /* "1" when the name is broadcast */
-    char PermissionProperty[8];  /* what guests may do; only read */
+    char PermissionProperty[8];  /* permissions of guests; only read */
 } GuestWifiInfo;
 
-/* Fills info for the guest network of Band. Any result but 0 is a failure, and then info is not
- * read. */
+/* Fills info for the guest network of Band. Any result other than 0 is a failure, after which info
+ * is not read. */
 int32_t devapi_get_guest_wifi_info(GuestWifiInfo *info);
 
-/* Sets up the guest network of Band. -2 says that the band's radio is off. Any result but 0 is a
- * failure. */
+/* Sets up the guest network of Band. -2 means that the band's radio is off. Any result other than 0
+ * is a failure. */
 int32_t devapi_set_guest_wifi_info(const GuestWifiInfo *info);
 
 /* ---- Uplink Wi-Fi --------------------------------------------------------------------------- */
 
 /* The network that the router joins as a repeater. */
 typedef struct UplinkWifiInfo {
-    char SSID[64];       /* network name; after a success that of the network joined */
+    char SSID[64];       /* network name; after success, that of the network joined */
     char PWD[64];        /* password */
     char ENCRYPT[64];    /* type of encryption */
     char WPACypher[64];  /* cipher of WPA */
@@ -561,13 +564,13 @@ typedef struct UplinkWifiInfo {
     char Band[128];      /* frequency band */
 } UplinkWifiInfo;
 
-/* Joins the network. -2 says that another client uses the repeater. Any result but 0 is a failure.
- * Of any other result than 0, -1 and -2 no reply key is added. */
+/* Joins the network. -2 means that another client uses the repeater. Any result other than 0 is a
+ * failure. For a result other than 0, -1 and -2, nothing is added to the reply. */
 int32_t devapi_set_uplink_wifi_info(UplinkWifiInfo *info);
 
 /* ---- Firmware ------------------------------------------------------------------------------- */
 
-/* The firmware that the router runs. */
+/* The firmware that is running on the router. */
 typedef struct UpdateStatusInfo {
     char Name[64];       /* name of the device or of the image */
     char HWVersion[64];  /* hardware version */
@@ -577,54 +580,53 @@ typedef struct UpdateStatusInfo {
     char AreaCode[40];   /* code of the operator's area */
 } UpdateStatusInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_update_status_info(UpdateStatusInfo *info);
 
 /*
- * Fetches an image from the address and keeps it, for devapi_update_image() to flash. Returns once
- * the image is there, which may take minutes; it is called without a lock on the router's settings,
- * so other functions go on being called meanwhile.
+ * Downloads an image and stores it for devapi_update_image(). Returns when the download has ended,
+ * which may take minutes; other functions are called meanwhile.
  *
- * url:  the address as it came from outside: of any length, with any characters. It must not reach
- *       a shell.
- * mode: 0 when a command waits for the download, 1 when the agent's own upgrade does.
+ * url:  the URL, unchanged from the request: it may have any length and contain any characters, and
+ *       must not be passed to a shell.
+ * mode: 0 when a command waits for the download, 1 when the agent's upgrade does.
  *
- * Any result but 0 is a failure. Whatever happens, the running firmware must not be touched.
+ * Any result other than 0 is a failure. The running firmware must not be changed in any case.
  */
 int32_t devapi_download_image(const char *url, int32_t mode);
 
-/* Flashes the image that was downloaded; it runs from the next start on. The router is not
- * restarted. HG_IMAGE_UPDATE may call it while another image is downloaded or flashed, so the
- * library has to guard itself. Any result but 0 is a failure: the router then starts what it ran
- * before. */
+/* Flashes the downloaded image, which runs after the next start. Does not restart the router.
+ * HG_IMAGE_UPDATE may call it while another image is downloaded or flashed, so the library needs
+ * its own lock. Any result other than 0 is a failure: after a restart, the router must run the
+ * previous firmware. */
 int32_t devapi_update_image(void);
 
-/* Both in one step: fetches the image from the address, which is as at devapi_download_image(), and
+/* Both in one step: downloads the image from the URL, which is as for devapi_download_image(), and
  * flashes it. The plug-in's worker then restarts the router with "sync;reboot". url may have any
- * length. Any result but 0 is a failure. */
+ * length. Any result other than 0 is a failure. */
 int32_t devapi_flash_update_image(const char *url);
 
 /* ---- Notices to the app --------------------------------------------------------------------- */
 
-/* Writes the MAC address by which the platform knows the router into mac. mac has room for size
- * bytes. For GET_HG_LOG any result but 0 is a failure, and then mac is not read; for
+/* Writes the MAC address under which the platform knows the router to mac. mac has room for size
+ * bytes. For GET_HG_LOG any result other than 0 is a failure, after which mac is not read; for
  * json_msg_notice_to_app, json_get_child_router_info and
- * json_get_topo_router_agent_info_bynewmethod the result is not looked at: mac is used as the call
- * leaves it. */
+ * json_get_topo_router_agent_info_bynewmethod the result is ignored: mac is used as the call leaves
+ * it. */
 int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size);
 
 /* ---- WAN connections ------------------------------------------------------------------------ */
 
-/* How many WAN connections there are. */
+/* The number of WAN connections and their names. */
 typedef struct WanNum {
-    char NUM[8];           /* their number */
+    char NUM[8];           /* number of connections */
     char Description[200]; /* their names */
 } WanNum;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_wan_num(WanNum *info);
 
-/* One WAN connection; every value is a text, numbers and switches included. */
+/* One WAN connection; every value, including numbers and switches, is a text. */
 typedef struct WanInfo {
     char INDEX[64];                 /* number of the connection */
     char IFNAME[64];                /* its network interface */
@@ -633,12 +635,12 @@ typedef struct WanInfo {
     char CONNECTIONTYPE[64];        /* routed or bridged */
     char PROTOCOL[64];              /* protocols on it, IPv4, IPv6 or both */
     char UPLINKMODE[64];            /* how it gets its addresses, as the platform names it */
-    char WANName[64];               /* its name, which selects it */
-    char SERVICELIST[64];           /* what it is used for */
+    char WANName[64];               /* its name, which selects the connection */
+    char SERVICELIST[64];           /* services that use it */
     char ADDRESSTYPE[64];           /* how it gets its IPv4 address */
     char IPADDRESS[64];             /* IPv4 address */
     char SUBNETMASK[64];            /* IPv4 mask */
-    char GATEWAY[64];               /* IPv4 address of the next gateway */
+    char GATEWAY[64];               /* IPv4 address of the default gateway */
     char DNS1[64];                  /* first DNS server, IPv4 */
     char DNS2[64];                  /* second DNS server, IPv4 */
     char Reserved2[16];             /* not used; stays zero */
@@ -646,27 +648,27 @@ typedef struct WanInfo {
     char IPV6_PRIFIX[64];           /* IPv6 prefix for the LAN */
     char IPV6_PREFIXLENGTH[64];     /* its length in bits */
     char IPV6_IPADDRESS[64];        /* IPv6 address */
-    char IPV6_GATEWAY[64];          /* IPv6 address of the next gateway */
+    char IPV6_GATEWAY[64];          /* IPv6 address of the default gateway */
     char IPV6_DNS1[64];             /* first DNS server, IPv6 */
     char IPV6_DNS2[64];             /* second DNS server, IPv6 */
     char PPPOE_USR_NAME[64];        /* name of the PPPoE account */
     char PPPOE_PASSWORD[64];        /* its password */
-    char PPPOE_PROXY[64];           /* whether hosts may dial in themselves */
+    char PPPOE_PROXY[64];           /* whether hosts may connect themselves */
     char PPPOE_SERVICENAME[64];     /* name of the PPPoE service */
-    char PPPOE_DIAL_MODE[64];       /* when the connection is dialled */
+    char PPPOE_DIAL_MODE[64];       /* when the connection is established */
     char NATENABLE[64];             /* switch of NAT */
     char QOSENABLE[64];             /* switch of quality of service */
     char VLANID[64];                /* number of the VLAN */
     char VLANPRIORITY[64];          /* its priority, 0 to 7 */
 } WanInfo;
 
-/* Fills info for the connection named by WANName. Any result but 0 is a failure, and then info is
- * not read. */
+/* Fills info for the connection named by WANName. Any result other than 0 is a failure, after which
+ * info is not read. */
 int32_t devapi_query_wan_info(WanInfo *info);
 
 /* Applies the settings of the connection named by WANName: SERVICELIST to DNS2, IPV6_PRIFIX to
- * PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. What the request did not give is empty, WANName
- * included. Any result but 0 is a failure. */
+ * PPPOE_PASSWORD, NATENABLE to VLANPRIORITY. Fields that the request did not give, including
+ * WANName, are empty. Any result other than 0 is a failure. */
 int32_t devapi_set_route_wan_info(const WanInfo *info);
 
 /* ---- Attached devices ----------------------------------------------------------------------- */
@@ -674,36 +676,38 @@ int32_t devapi_set_route_wan_info(const WanInfo *info);
 /*
  * The devices attached to the router are numbered by a host index, from 1 to the count of
  * devapi_get_host_num(). Numbers may change between two calls, as devices come and go. The plug-in
- * walks all of them, however large the count.
+ * reads all of them, regardless of how large the count is.
  */
 
-/* Sets *count to the number of attached devices. *count is 0 before. For GET_AD_BASE_INFO and
- * json_get_main_router_baseinfo only -1 is a failure, and then *count is not read; for
- * GET_ATTACH_DEVICE_RIGHT any result but 0 is logged: *count is used as the call leaves it. */
+/* Sets *count to the number of attached devices. *count is 0 before the call. For GET_AD_BASE_INFO
+ * and json_get_main_router_baseinfo only -1 is a failure, after which *count is not read; for
+ * GET_ATTACH_DEVICE_RIGHT any result other than 0 is logged: *count is used as the call leaves
+ * it. */
 int32_t devapi_get_host_num(int32_t *count);
 
 /* One attached device. */
 typedef struct AdBaseInfo {
-    int32_t Kind;                  /* 1 when the main router's own devices are listed, else 0 */
+    int32_t Kind;                  /* 1 when the devices attached to the main router itself are
+                                      listed, else 0 */
     int32_t HostIndex;             /* host index, which selects the device */
     char Mac[32];                  /* MAC address */
     char UID[32];                  /* unique identifier */
     char DevType[32];              /* type of device */
-    char DevFactory[32];           /* its maker */
+    char DevFactory[32];           /* its manufacturer */
     char Name[32];                 /* its host name */
     char ByName[32];               /* name given by the user */
     char OS[32];                   /* operating system */
-    char Version[32];              /* version of it */
+    char Version[32];              /* version of the operating system */
     char NetStatus[8];             /* whether it is online */
     char NetMonopoly[32];          /* whether it has exclusive bandwidth */
     char AccessType[32];           /* how it is attached: cable, or the band */
     char AccessEnable[8];          /* whether it may reach the Internet */
-    char AccessTime[32];           /* since when it is attached, s */
-    char UpSpeed[32];              /* upstream rate at this moment, kbit/s */
-    char DownSpeed[32];            /* downstream rate at this moment, kbit/s */
+    char AccessTime[32];           /* time at which it was attached, s */
+    char UpSpeed[32];              /* current upstream rate, kbit/s */
+    char DownSpeed[32];            /* current downstream rate, kbit/s */
     char ip[64];                   /* IP address */
-    char AccessCode[32];           /* how it is attached as a decimal number; "1" through an SSID */
-    char SSIDIndex[48];            /* number of that SSID, decimal */
+    char AccessCode[32];           /* how it is attached, as a decimal number; "1" for an SSID */
+    char SSIDIndex[48];            /* number of the SSID, decimal */
     char LinkStatus[8];            /* state of its link, decimal; "0" when it is offline */
     char SpeedLimit[8];            /* switch of the speed limits; no command sets it */
     char DownLimit[16];            /* download limit, kbit/s */
@@ -713,22 +717,23 @@ typedef struct AdBaseInfo {
     char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address */
 } AdBaseInfo;
 
-/* Fills info for the device with the host index. 1000 says that there is none. For GET_AD_BASE_INFO
- * and json_get_main_router_baseinfo only -1 is a failure, and then info is not read; for
- * GET_TSLINK_TOPOLOGY_INFO any result but 0 is a failure, and then info is not read. Where there is
- * none, GET_AD_BASE_INFO lists what the record then holds; the others go on with the next. */
+/* Fills info for the device with the host index. 1000 means that there is no such device. For
+ * GET_AD_BASE_INFO and json_get_main_router_baseinfo only -1 is a failure, after which info is not
+ * read; for GET_TSLINK_TOPOLOGY_INFO any result other than 0 is a failure, after which info is not
+ * read. If there is no such device, GET_AD_BASE_INFO lists the record as the call leaves it; other
+ * callers continue with the next device. */
 int32_t devapi_get_ad_base_info(AdBaseInfo *info);
 
 /* A setting followed by the reason for a refusal. */
 typedef struct AdBaseSetting {
-    AdBaseInfo info;     /* what is set */
-    char FailReason[64]; /* reason, set by the device on failure; empty when it gives none */
+    AdBaseInfo info;     /* the setting */
+    char FailReason[64]; /* reason for a failure, set by the device; empty if it gives none */
 } AdBaseSetting;
 
-/* Applies what a user sets of the device with the MAC address: DevType, ByName, AccessEnable,
- * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting as
- * it is; "0" as DownLimit ends the limit. ip is empty unless StaticDhcpEnable is given. The other
- * fields are empty and have no meaning. Only -1 is a failure. */
+/* Applies the user's settings for the device with the MAC address: DevType, ByName, AccessEnable,
+ * DownLimit, StaticDhcpEnable and ip. "-1" as DownLimit or StaticDhcpEnable leaves that setting
+ * unchanged; "0" as DownLimit removes the limit. ip is empty unless StaticDhcpEnable is given. The
+ * other fields are empty and have no meaning. Only -1 is a failure. */
 int32_t devapi_set_ad_base_info(AdBaseSetting *setting);
 
 /* Whether an attached device may reach the Internet. */
@@ -740,11 +745,11 @@ typedef struct AttachDeviceRight {
     char InternetAccessRight[64]; /* the right */
 } AttachDeviceRight;
 
-/* Fills info for the device with the host index. Any result but 0 is a failure: the device is left
- * out of the list. */
+/* Fills info for the device with the host index. Any result other than 0 is a failure: the device
+ * is left out of the list. */
 int32_t devapi_get_attach_device_right(AttachDeviceRight *info);
 
-/* Applies the right of the device with the MAC address. Any result but 0 is a failure. */
+/* Applies the right of the device with the MAC address. Any result other than 0 is a failure. */
 int32_t devapi_set_attach_device_right(const AttachDeviceRight *info);
 
 /* The switch of the firewall. */
@@ -752,7 +757,7 @@ typedef struct FirewallSwitch {
     char Enable[16]; /* "1" for on, "0" for off */
 } FirewallSwitch;
 
-/* Switches the firewall. Any result but 0 is a failure. */
+/* Switches the firewall. Any result other than 0 is a failure. */
 int32_t devapi_set_firewall_switch(const FirewallSwitch *info);
 
 /* ---- Parental control (green-net) ----------------------------------------------------------- */
@@ -762,19 +767,19 @@ int32_t devapi_set_firewall_switch(const FirewallSwitch *info);
  * number; numbers in between may be unused. */
 #define GREENNET_MAX_HOSTS 64
 
-/* Width of the texts for the switch, in bytes, terminator included. */
+/* Size of the texts for the switch, in bytes, terminator included. */
 #define GREENNET_SWITCH_SIZE 256
 
-/* Writes the switch of parental control into enable. enable has room for GREENNET_SWITCH_SIZE
- * bytes. Any result but 0 is a failure, and then enable is not read. */
+/* Writes the switch of parental control to enable. enable has room for GREENNET_SWITCH_SIZE bytes.
+ * Any result other than 0 is a failure, after which enable is not read. */
 int32_t devapi_get_greennet_enable(char *enable);
 
-/* Switches parental control by a text. enable is shorter than GREENNET_SWITCH_SIZE bytes. Any
- * result but 0 is a failure. */
+/* Switches parental control on or off, as given by the text. enable is shorter than
+ * GREENNET_SWITCH_SIZE bytes. Any result other than 0 is a failure. */
 int32_t devapi_set_greennet_enable(const char *enable);
 
-/* Sets *count to the number of entries in the table. *count is 0 before. Any result but 0 is a
- * failure, and then *count is not read. */
+/* Sets *count to the number of entries in the table. *count is 0 before the call. Any result other
+ * than 0 is a failure, after which *count is not read. */
 int32_t devapi_get_greennet_num(int32_t *count);
 
 /* One device under parental control. */
@@ -788,37 +793,37 @@ typedef struct GreenHostInfo {
 } GreenHostInfo;
 
 /* Fills info for the entry with the host index; one whose Mac is empty or "NULL" is not listed. Any
- * result but 0 is a failure: there is no such entry. */
+ * result other than 0 is a failure: there is no such entry. */
 int32_t devapi_get_green_net_info(GreenHostInfo *info);
 
-/* Stores Mac, Name and NotifyEnable of the entry with the host index. Any result but 0 is a
+/* Stores Mac, Name and NotifyEnable of the entry with the host index. Any result other than 0 is a
  * failure. */
 int32_t devapi_set_green_net_info(const GreenHostInfo *info);
 
-/* Stores NotifyEnable of the entry with the host index. Any result but 0 is a failure. */
+/* Stores NotifyEnable of the entry with the host index. Any result other than 0 is a failure. */
 int32_t devapi_set_green_net_notify(const GreenHostInfo *info);
 
 /* Sets *index to the host index of the entry for the MAC address, and to 0 when there is none. mac
- * is shorter than 64 bytes; *index is 0 before. 1 says that there is an entry, 0 that there is
- * none. A negative result is a failure. Callers that need an entry go by the result; the one that
- * adds missing entries goes by *index. */
+ * is shorter than 64 bytes; *index is 0 before the call. 1 means that there is an entry, 0 that
+ * there is none. A negative result is a failure. Callers that need an entry check the result; the
+ * one that adds missing entries checks *index. */
 int32_t devapi_get_greennet_index_by_mac(const char *mac, int32_t *index);
 
 /* Adds an entry for the MAC address and sets *index to its host index. mac is shorter than 64
- * bytes; *index is 0 before. Any result but 0 is a failure, and then *index is not read. One of
- * them is a table that is full. */
+ * bytes; *index is 0 before the call. Any result other than 0 is a failure, after which *index is
+ * not read. A full table is such a failure. */
 int32_t devapi_add_greennet_mac(const char *mac, int32_t *index);
 
-/* Removes all entries but those whose MAC addresses are in the list, each followed by a comma; all
- * of them for NULL. The list has room for 20 bytes per device: where a request named longer
- * addresses, it is cut, and what has lost its comma is no whole address. list may have any length.
- * Any result but 0 is a failure. */
+/* Removes all entries except those whose MAC addresses are in the list, each followed by a comma;
+ * removes all entries if the list is NULL. The list has 20 bytes per device: if a request has
+ * longer addresses, the list is cut, and a last address without a comma is incomplete. list may
+ * have any length. Any result other than 0 is a failure. */
 int32_t devapi_del_green_net_info_by_maclist(const char *list);
 
-/* Switches the access restriction on (1) or off (0). Any result but 0 is a failure. */
+/* Switches the access restriction on (1) or off (0). Any result other than 0 is a failure. */
 int32_t devapi_set_greenaccess_enable(int32_t enable);
 
-/* A time in which the access of a device is restricted. */
+/* A period in which the access of a device is restricted. */
 typedef struct ProtectPeriodInfo {
     int32_t HostIndex;  /* host index in the table of parental control */
     int32_t PeriodNum;  /* number of the period, from 1 */
@@ -828,59 +833,60 @@ typedef struct ProtectPeriodInfo {
     char DaysOfWeek[8]; /* days on which it begins, as in 12345 */
 } ProtectPeriodInfo;
 
-/* Sets *count to the number of periods of the entry. *count is 0 before. The result is not
- * looked at: *count is used as the call leaves it. */
+/* Sets *count to the number of periods of the entry. *count is 0 before the call. The result
+ * is ignored: *count is used as the call leaves it. */
 int32_t devapi_get_duration_num_by_index(int32_t index, int32_t *count);
 
-/* Fills the texts for host index and number of the period. Any result but 0 is a failure, and then
- * info is not read. */
+/* Fills the texts for host index and number of the period. Any result other than 0 is a failure,
+ * after which info is not read. */
 int32_t devapi_get_protect_period_info(ProtectPeriodInfo *info);
 
-/* Removes all periods of the entry. Any result but 0 is a failure. */
+/* Removes all periods of the entry. Any result other than 0 is a failure. */
 int32_t devapi_del_all_duration(int32_t index);
 
-/* Adds an empty period to the entry and sets *number to its number. *number is 0 before. Any result
- * but 0 is a failure, and then *number is not read. */
+/* Adds an empty period to the entry and sets *number to its number. *number is 0 before the call.
+ * Any result other than 0 is a failure, after which *number is not read. */
 int32_t devapi_add_greennet_duration(int32_t index, int32_t *number);
 
-/* Stores the texts of the period with the host index and number. Any result but 0 is a failure. */
+/* Stores the texts of the period with the host index and number. Any result other than 0 is a
+ * failure. */
 int32_t devapi_set_protect_period_info(const ProtectPeriodInfo *info);
 
-/* Switches the protection of the entry on (1) or off (0). Any result but 0 is a failure. */
+/* Switches the protection of the entry on (1) or off (0). Any result other than 0 is a failure. */
 int32_t devapi_set_protect_enable(int32_t enable, int32_t index);
 
 /* ---- Update schedule and log upload --------------------------------------------------------- */
 
-/* The time of the day in which the router may update itself. */
+/* The time of day at which the router may update itself. */
 typedef struct UpdateSchedule {
-    char Enable[2];      /* "1" when it may */
-    char StartHour[8];   /* hour of the beginning */
-    char StartMinute[8]; /* its minute */
-    char EndHour[8];     /* hour of the end */
-    char EndMinute[8];   /* its minute */
+    char Enable[2];      /* "1" when it may update itself */
+    char StartHour[8];   /* start, hour */
+    char StartMinute[8]; /* start, minute */
+    char EndHour[8];     /* end, hour */
+    char EndMinute[8];   /* end, minute */
 } UpdateSchedule;
 
-/* Fills schedule. Any result but 0 is a failure, and then schedule is not read. */
+/* Fills schedule. Any result other than 0 is a failure, after which schedule is not read. */
 int32_t devapi_get_update_schedule(UpdateSchedule *schedule);
 
 /* Applies the schedule. Only -1 is a failure. */
 int32_t devapi_set_update_schedule(const UpdateSchedule *schedule);
 
 /*
- * Sends the router's log to an address. The reply waits for this function: a library that sends for
- * long does so on a thread of its own.
+ * Sends the router's log to a URL. The reply is delayed until this function returns: a library that
+ * needs long for sending does it on a separate thread.
  *
- * url:      the address as it came from outside, of any length.
- * log_type: which log, as the platform names it.
+ * url:      the URL, unchanged from the request, of any length.
+ * log_type: which log, by its name in the platform.
  * mac:      the router's MAC address without colons; shorter than 24 bytes.
  *
- * The result is not looked at.
+ * The result is ignored.
  */
 int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac);
 
 /* ---- Mesh: routers and stations ------------------------------------------------------------- */
 
-/* The most that is reported of a mesh. */
+/* The largest numbers of entries in the reports of a mesh. */
 #define MESH_MAX_CHILD_ROUTERS 8 /* child routers */
 #define MESH_MAX_STATIONS 64     /* stations of a child router */
 #define MESH_MAX_LINKS 8         /* mesh links of a router */
@@ -888,33 +894,33 @@ int32_t devapi_get_hg_log(const char *url, const char *log_type, const char *mac
 
 /* The child routers of the mesh. */
 typedef struct ChildRouterList {
-    int32_t identifiers[MESH_MAX_CHILD_ROUTERS]; /* by which the other functions know them */
-    int32_t count;                               /* how many there are */
+    int32_t identifiers[MESH_MAX_CHILD_ROUTERS]; /* identifiers for the other functions */
+    int32_t count;                               /* number of entries */
 } ChildRouterList;
 
-/* Fills list. The result is not looked at: list is used as the call leaves it. */
+/* Fills list. The result is ignored: list is used as the call leaves it. */
 int32_t devapi_get_childrouter_list(ChildRouterList *list);
 
-/* A link of a router to another one. */
+/* A link from a router to another one. */
 typedef struct MeshLink {
     char nexthopMAC[32]; /* MAC address of the other router */
     char interface[24];  /* network interface */
     char dbm[16];        /* signal strength, dBm */
 } MeshLink;
 
-/* Fills the link by which the main router reaches the child router. Any result but 0 is a failure:
- * the child router is left out. */
+/* Fills the link between the main router and the child router. Any result other than 0 is
+ * a failure: the child router is left out. */
 int32_t devapi_get_router_mesh_info(MeshLink *link, int32_t identifier);
 
 /* A child router. */
 typedef struct ChildRouterInfo {
-    char RouterDeviceID[32];        /* identifier of the device */
+    char RouterDeviceID[32];        /* identifier of the router */
     char Name[64];                  /* its name */
     char Mac[64];                   /* MAC address, which selects its stations */
     char NetStatus[8];              /* whether it is online */
     char ChildRouterAccessType[8];  /* how it reaches its parent */
-    char UpSpeed[16];               /* upstream rate at this moment, kbit/s */
-    char DownSpeed[16];             /* downstream rate at this moment, kbit/s */
+    char UpSpeed[16];               /* current upstream rate, kbit/s */
+    char DownSpeed[16];             /* current downstream rate, kbit/s */
     char ip[32];                    /* IP address */
     char FWVersion[32];             /* firmware version */
     char FWDATA[32];                /* date of the firmware, YYYY-MM-DD */
@@ -926,17 +932,17 @@ typedef struct ChildRouterInfo {
     char Wlan0Mac[32];              /* MAC address of the first wireless interface */
     char ParentMac[32];             /* MAC address of its parent router */
     char dbm[8];                    /* signal strength, dBm */
-    MeshLink links[MESH_MAX_LINKS]; /* its mesh links */
-    int32_t link_count;             /* how many there are */
+    MeshLink links[MESH_MAX_LINKS]; /* the mesh links */
+    int32_t link_count;             /* number of entries */
     char Reserved[16];              /* not used */
     char LinkSpeed[16];             /* speed of its link, Mbit/s; only filled for a path of the
                                        parameter tree */
 } ChildRouterInfo;
 
-/* Fills info for the identifier of a child router, or for the host index of one. For
- * GET_UPDATE_STATUS and GET_TSLINK_TOPOLOGY_INFO any result but 0 is a failure, and then info is
- * not read; for json_get_child_router_info the result is not looked at: info is used as the call
- * leaves it. Where it is a failure, the child router is left out. */
+/* Fills info for a child router, given by its identifier or its host index. For GET_UPDATE_STATUS
+ * and GET_TSLINK_TOPOLOGY_INFO any result other than 0 is a failure, after which info is not read;
+ * for json_get_child_router_info the result is ignored: info is used as the call leaves it. On
+ * failure, the child router is left out. */
 int32_t devapi_get_childrouter_info(ChildRouterInfo *info, int32_t identifier);
 
 /* Position of a child router in the mesh. */
@@ -947,63 +953,64 @@ typedef struct ChildMeshInfo {
     char Reserved[104]; /* not used */
 } ChildMeshInfo;
 
-/* Fills info for the identifier of a child router. Any result but 0 is a failure: the child router
- * is left out. */
+/* Fills info for the identifier of a child router. Any result other than 0 is a failure: the child
+ * router is left out. */
 int32_t devapi_get_child_mesh_info(ChildMeshInfo *info, int32_t identifier);
 
 /* The routers attached to a child router. */
 typedef struct ChildMeshList {
-    int32_t count;                             /* how many there are */
-    ChildMeshInfo children[MESH_MAX_CHILDREN]; /* of each of which only Mac is read */
+    int32_t count;                             /* number of entries */
+    ChildMeshInfo children[MESH_MAX_CHILDREN]; /* only Mac of each one is read */
 } ChildMeshList;
 
-/* Fills list for the child router with the MAC address. mac is shorter than 64 bytes. The result is
- * not looked at: list is used as the call leaves it. */
+/* Fills list for the child router with the MAC address. mac is shorter than 64 bytes. The result
+ * is ignored: list is used as the call leaves it. */
 int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list);
 
 /* The stations of a child router. */
 typedef struct ChildStationList {
-    int32_t indexes[MESH_MAX_STATIONS]; /* by which devapi_get_childsta_base_info() knows them */
-    int32_t count;                      /* how many there are */
+    int32_t indexes[MESH_MAX_STATIONS]; /* indexes for devapi_get_childsta_base_info() */
+    int32_t count;                      /* number of entries */
 } ChildStationList;
 
-/* Fills list for the child router with the MAC address. mac is shorter than 64 bytes. The result is
- * not looked at: list is used as the call leaves it. */
+/* Fills list for the child router with the MAC address. mac is shorter than 64 bytes. The result
+ * is ignored: list is used as the call leaves it. */
 int32_t devapi_get_childsta_list(ChildStationList *list, const char *mac);
 
-/* Fills info for the station with the index in HostIndex. Any result but 0 is a failure: there is
- * no such station. */
+/* Fills info for the station with the index in HostIndex. Any result other than 0 is a failure:
+ * there is no such station. */
 int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
 
-/* Sets *count to the number of places in the table of attached devices, also those without a
- * device, for which devapi_get_ad_base_info() answers 1000. argument is 0 for
- * GET_TSLINK_TOPOLOGY_INFO, else what the agent has handed to put_to_json(), as wide as a pointer.
- * The plug-in walks all places, however many. *count is 0 before. Any result but 0 is a failure,
- * and then *count is not read. */
+/* Sets *count to the number of entries in the table of attached devices, including those without a
+ * device, for which devapi_get_ad_base_info() returns 1000. argument is 0 for
+ * GET_TSLINK_TOPOLOGY_INFO, otherwise the argument of put_to_json(), a number as wide as a pointer.
+ * The plug-in reads all entries, regardless of how many there are. *count is 0 before the call. Any
+ * result other than 0 is a failure, after which *count is not read. */
 int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
 
-/* Writes the model of the router into model. model has room for size bytes and one more. The result
- * is not looked at: model is used as the call leaves it. */
+/* Writes the model of the router to model. model has room for size + 1 bytes. The result
+ * is ignored: model is used as the call leaves it. */
 int32_t devapi_get_devicemodel(char *model, int32_t size);
 
-/* Writes the code of the operator's area into code. code has room for size bytes. The result is not
- * looked at: code is used as the call leaves it. */
+/* Writes the code of the operator's area to code. code has room for size bytes. The result
+ * is ignored: code is used as the call leaves it. */
 int32_t devapi_get_basic_area_code(char *code, int32_t size);
 
-/* Result: the type of mesh; 2 is one in which child routers may be attached to each other. */
+/* Result: the type of mesh; 2 is a mesh in which child routers may be attached to each other. */
 int32_t devapi_get_mesh_type(void);
 
-/* Has the mesh measure the speed of its links anew. Any result but 0 is a failure: it is logged and
- * the report goes on. */
+/* Makes the mesh measure the speed of its links again. Any result other than 0 is a failure: it is
+ * logged and the report continues. */
 int32_t devapi_call_tslink_set_topo_speed(void);
 
-/* Sets *hours to the hours by which the router's clock, as time() tells it, is ahead of the times
- * that the device library gives in local time. *hours is 0 before. The result is not looked at:
- * *hours is used as the call leaves it. */
+/* Sets *hours to the number of hours by which the router's clock, as returned by time(), is ahead
+ * of the times that the device library returns in local time. *hours is 0 before the call. The
+ * result is ignored: *hours is used as the call leaves it. */
 int32_t devapi_get_local_timezone(int32_t *hours);
 
-/* Result: 1 when the table of attached devices gives times in local time; else they are those of
- * the router's clock. The stations of child routers always have local time. */
+/* Result: 1 when the times in the table of attached devices are local times; otherwise they are
+ * times of the router's clock. The times of the stations of child routers are always local
+ * times. */
 int32_t devapi_get_systerm_timetype(void);
 
 /* The load of the router. */
@@ -1013,40 +1020,41 @@ typedef struct DevStatusInfo {
     char Memory[32];   /* memory load, % */
 } DevStatusInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info counts as empty. */
+/* Fills info. Any result other than 0 is a failure, after which info is taken as empty. */
 int32_t devapi_get_dev_status_info(DevStatusInfo *info);
 
 /* ---- Mesh: the topology as a list of relations ---------------------------------------------- */
 
-/* Width of the text of devapi_get_topo_relation_ship(), in bytes. */
+/* Size of the text of devapi_get_topo_relation_ship(), in bytes. */
 #define TOPO_RELATION_SIZE 256
 
-/* Writes the relations of the mesh as a text for devapi_handle_topo_struct() into text. text has
- * room for size bytes and one more. Any result but 0 is a failure, and then text is not read. */
+/* Writes the relations of the mesh, as a text for devapi_handle_topo_struct(), to text. text has
+ * room for size + 1 bytes. Any result other than 0 is a failure, after which text is not read. */
 int32_t devapi_get_topo_relation_ship(char *text, int32_t size);
 
-/* Sets *count to the number of relations. *count is 0 before. Any result but 0 is a failure, and
- * then *count is not read. */
+/* Sets *count to the number of relations. *count is 0 before the call. Any result other than 0 is a
+ * failure, after which *count is not read. */
 int32_t devapi_get_topo_relation_num(int32_t *count);
 
-/* A router in the topology, in a list. */
+/* A router of the topology, as a node of a list. */
 typedef struct TopoNode {
-    int32_t level;         /* steps from the Internet: the main router has 1, child routers more */
-    int32_t Reserved[2];   /* the device library's own */
+    int32_t level;         /* number of steps from the Internet: 1 for the main router, more for
+                              child routers */
+    int32_t Reserved[2];   /* used only by the device library */
     struct TopoNode *next; /* NULL at the end */
 } TopoNode;
 
-/* Makes a list of the relations: fills first, which the plug-in has taken from calloc(), and
- * appends further nodes. relations is shorter than TOPO_RELATION_SIZE bytes. Any result but 0 is
- * a failure: devapi_topo_xml_info_list() is not called, and the list is used as the call leaves
- * it. */
+/* Converts the relations to a list: fills first, which the plug-in has allocated with calloc(), and
+ * appends further nodes. relations is shorter than TOPO_RELATION_SIZE bytes. Any result other than
+ * 0 is a failure: devapi_topo_xml_info_list() is not called, and the list is used as the call
+ * leaves it. */
 int32_t devapi_handle_topo_struct(const char *relations, TopoNode *first);
 
-/* Completes the list for the number of relations, whatever devapi_get_topo_relation_num() has set
- * it to. The result is not looked at: first is used as the call leaves it. */
+/* Completes the list for the number of relations from devapi_get_topo_relation_num(), which is
+ * passed unchecked. The result is ignored: first is used as the call leaves it. */
 int32_t devapi_topo_xml_info_list(int32_t count, TopoNode *first);
 
-/* Frees the whole list, first included, by free(). */
+/* Frees the whole list, including first, with free(). */
 void devapi_free_topo_list(TopoNode *first);
 
 /* A router of the topology. */
@@ -1059,136 +1067,137 @@ typedef struct NodeDevInfo {
     char LinkSpeed[16]; /* speed of its link, Mbit/s */
 } NodeDevInfo;
 
-/* Fills info for the node. Any result but 0 is a failure: the node is left out. */
+/* Fills info for the node. Any result other than 0 is a failure: the node is left out. */
 int32_t devapi_get_node_dev_info(const TopoNode *node, NodeDevInfo *info);
 
-/* A device attached to a router of the topology, in a list. */
+/* A device attached to a router of the topology, as a node of a list. */
 typedef struct NodeBaseInfo {
-    int32_t Kind;              /* 1 for the list's own first node, which is no device */
+    int32_t Kind;              /* 1 for the first node of the list, which is not a device */
     char Mac[96];              /* MAC address */
     struct NodeBaseInfo *next; /* NULL at the end */
 } NodeBaseInfo;
 
 /* Appends the devices attached to the node's router to the list that begins with first. The plug-in
- * frees every node by free(), also after a failure, so they have to come from malloc() one by one.
- * Any result but 0 is a failure, and then first is not read. */
+ * frees every node with free(), also after a failure, so each node has to be allocated separately
+ * with malloc(). Any result other than 0 is a failure, after which first is not read. */
 int32_t devapi_get_node_baseinfo(const TopoNode *node, NodeBaseInfo *first);
 
-/* Width of the text of devapi_get_viewmac_by_mac(), in bytes. */
+/* Size of the text of devapi_get_viewmac_by_mac(), in bytes. */
 #define VIEW_MAC_SIZE 32
 
-/* Writes the form in which users know a router's MAC address into view. mac is shorter than 64
- * bytes; view has room for VIEW_MAC_SIZE bytes. Any result but 0 is a failure, and then view is not
- * read. */
+/* Writes a router's MAC address, in the form that is shown to users, to view. mac is shorter than
+ * 64 bytes; view has room for VIEW_MAC_SIZE bytes. Any result other than 0 is a failure, after
+ * which view is not read. */
 int32_t devapi_get_viewmac_by_mac(const char *mac, char *view);
 
 /* Sets *index to the host index of the device with the MAC address. mac is shorter than 96 bytes;
- * *index is 0 before. 1 says that there is one. For json_get_child_router_info any result but 1 is
- * a failure, and then *index is not read; for json_get_child_router_baseinfo the result is not
- * looked at: *index is used as the call leaves it. */
+ * *index is 0 before the call. 1 means that there is such a device. For json_get_child_router_info
+ * any result other than 1 is a failure, after which *index is not read; for
+ * json_get_child_router_baseinfo the result is ignored: *index is used as the call leaves it. */
 int32_t devapi_get_hostindex_by_mac(const char *mac, int32_t *index);
 
-/* ---- Mesh: the topology as a tree of parameters --------------------------------------------- */
+/* ---- Mesh: the topology as a parameter tree ------------------------------------------------- */
 
-/* Width of the values of the parameter tree, in bytes. */
+/* Size of the values of the parameter tree, in bytes. */
 #define TOPO_VALUE_SIZE 32
 
 /* Writes the value of a parameter, such as
- * "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.X_TS_Active", into value. The plug-in walks as
- * many routers as the parameter "APDeviceNumberOfEntries" says. path is shorter than 128 bytes;
- * value has room for TOPO_VALUE_SIZE bytes. Any result but 0 is a failure: the report ends. */
+ * "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.X_TS_Active", to value. The parameter
+ * "APDeviceNumberOfEntries" determines how many routers the plug-in reads. path is shorter than 128
+ * bytes; value has room for TOPO_VALUE_SIZE bytes. Any result other than 0 is a failure: the report
+ * ends. */
 int32_t devapi_topo_xml_getinfo(const char *path, char *value);
 
 /* Fills info for a router by its path, such as "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.".
- * path is shorter than 128 bytes. The result is not looked at: info is used as the call leaves
- * it. */
+ * path is shorter than 128 bytes. The result is ignored: info is used as the call leaves it. */
 int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *info);
 
 /* The stations of a router. */
 typedef struct StationList {
-    int32_t count;                          /* how many there are */
-    AdBaseInfo stations[MESH_MAX_STATIONS]; /* the stations themselves */
+    int32_t count;                          /* number of entries */
+    AdBaseInfo stations[MESH_MAX_STATIONS]; /* the stations */
 } StationList;
 
-/* Fills list for a router by its path. path is shorter than 128 bytes. The result is not looked at:
- * list is used as the call leaves it. */
+/* Fills list for a router by its path. path is shorter than 128 bytes. The result is ignored: list
+ * is used as the call leaves it. */
 int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path);
 
 /* ---- Child routers: relay of commands ------------------------------------------------------- */
 
 /*
- * Sends a command to the child router that its "DeviceID" names; no answer is waited for.
+ * Sends a command to the child router given by its "DeviceID", without waiting for a reply.
  *
- * text:   the command's object as formatted JSON text, of any size.
+ * text:   the command object as formatted JSON text, of any length.
  * length: its length in bytes, without the NUL.
  *
- * Any result but 0 is a failure.
+ * Any result other than 0 is a failure.
  */
 int32_t devapi_cmdstring_sendto_tslink(const char *text, int32_t length);
 
-/* Width of the method's text, in bytes. */
+/* Size of the method's text, in bytes. */
 #define RELAY_METHOD_SIZE 64
 
 /*
- * Sends a command to the child router that its "DeviceID" names, and waits for the answer.
+ * Sends a command to the child router given by its "DeviceID", and waits for the reply.
  *
- * text:   the command's object as formatted JSON text, of any size.
- * method: what is asked for, such as "get_childrouter_host_info", with zero bytes behind the text;
+ * text:   the command object as formatted JSON text, of any length.
+ * method: the requested method, such as "get_childrouter_host_info", padded with zero bytes;
  *         shorter than RELAY_METHOD_SIZE bytes.
- * answer: NULL before; set to the child router's answer, a JSON text from malloc(), which the
- *         plug-in frees by free(), also after a failure. Its content is validated.
+ * answer: NULL before the call; set to the child router's reply, a JSON text allocated with
+ *         malloc(), which the plug-in frees with free(), also after a failure. Its content is
+ *         validated.
  *
- * Any result but 0 is a failure, and then answer is not read. An answer that stays NULL is a
- * failure as well.
+ * Any result other than 0 is a failure, after which answer is not read. A reply that is still NULL
+ * is also a failure.
  */
 int32_t devapi_cmdstring_sendto_tslink_with_retinfo(const char *text, const char *method,
                                                     char **answer);
 
 /* ---- Mesh control --------------------------------------------------------------------------- */
 
-/* Sets the mesh up (1) or takes it down (0). The result is not looked at. */
+/* Sets the mesh up (1) or takes it down (0). The result is ignored. */
 int32_t devapi_setup_mesh(int32_t enable);
 
-/* Sets how often the agent reports to the platform. heartbeat may have any length. Any result but 0
- * is a failure. */
+/* Sets the interval at which the agent reports to the platform. heartbeat may have any length. Any
+ * result other than 0 is a failure. */
 int32_t devapi_set_kaa_heartbeat(const char *heartbeat);
 
-/* The switch of the mesh and how it works. */
+/* The switch and the mode of the mesh. */
 typedef struct MeshStatus {
     char MeshEnable[8]; /* "1" when the mesh is on */
     char MeshMode[8];   /* its mode */
 } MeshStatus;
 
-/* Fills status. Any result but 0 is a failure, and then status is not read. */
+/* Fills status. Any result other than 0 is a failure, after which status is not read. */
 int32_t devapi_get_mesh_status(MeshStatus *status);
 
-/* Results of devapi_set_mesh_status() that clients can tell apart, by the names as reasons; the
- * crossed numbering is what clients expect. */
+/* Results of devapi_set_mesh_status() that clients get different reasons for, which are these
+ * names; clients expect the crossed numbering. */
 #define MESH_BUSY_1 3 /* the reason "MESH_BUSY_1" */
 #define MESH_BUSY_0 4 /* the reason "MESH_BUSY_0" */
 
-/* Applies the status. Any result but 0 is a failure. */
+/* Applies the status. Any result other than 0 is a failure. */
 int32_t devapi_set_mesh_status(const MeshStatus *status);
 
-/* The time in which new routers may join the mesh. */
+/* The period in which new routers may join the mesh. */
 typedef struct PairStatus {
     char Enable[8]; /* "1" to open it, "0" to close it */
     char Time[8];   /* how long it stays open, s */
 } PairStatus;
 
-/* Result of devapi_set_pair_status() that clients get the reason "WIFI_SET_NOT_SUPPORT" for. */
+/* Result of devapi_set_pair_status() for which clients get the reason "WIFI_SET_NOT_SUPPORT". */
 #define MESH_PAIRING_NOT_SUPPORTED 2
 
-/* Opens or closes the time. Any result but 0 is a failure. */
+/* Opens or closes the period. Any result other than 0 is a failure. */
 int32_t devapi_set_pair_status(const PairStatus *status);
 
-/* What a radio is to do about WPS. */
+/* A WPS action of a radio. */
 typedef struct WpsState {
     char Radio[8];  /* the radio */
-    char Action[8]; /* what it is to do */
+    char Action[8]; /* the action */
 } WpsState;
 
-/* Starts or ends WPS. Any result but 0 is a failure. */
+/* Starts or stops WPS. Any result other than 0 is a failure. */
 int32_t devapi_set_wps_state(const WpsState *state);
 
 /* The LEDs. */
@@ -1198,36 +1207,38 @@ typedef struct LedInfo {
     char LedLight[10]; /* their brightness, % */
 } LedInfo;
 
-/* Fills info. Only -1 is a failure, and then info is not read. */
+/* Fills info. Only -1 is a failure, after which info is not read. */
 int32_t devapi_get_led_info(LedInfo *info);
 
-/* Applies the three texts of a request. A request value that is not a string comes as NULL; the
- * answer to that is -1. on, colour and light may have any length. Only -1 is a failure. */
+/* Applies the three texts of a request. A value in the request that is not a string is passed as
+ * NULL; the function then returns -1. on, colour and light may have any length. Only -1 is a
+ * failure. */
 int32_t devapi_set_sta_led(const char *on, const char *colour, const char *light);
 
 /* Sets *state to the state of the first configuration: 1 or more when it is done. *state is 0
- * before. Any result but 0 is a failure, and then *state is not read. */
+ * before the call. Any result other than 0 is a failure, after which *state is not read. */
 int32_t devapi_get_tslink_config(int32_t *state);
 
 /* Stores the state of the first configuration. state may have any length. Only -1 is a failure. */
 int32_t devapi_set_sta_tslink_config(const char *state);
 
-/* Removes an attached device, by its MAC address. mac may have any length. Only -1 is a failure. */
+/* Removes the attached device with the MAC address. mac may have any length. Only -1 is a
+ * failure. */
 int32_t devapi_del_device(const char *mac);
 
 /* ---- Checks of channels, links and signals -------------------------------------------------- */
 
-/* How many access points are in use on each channel of a WifiChannelList, in its order. */
+/* The number of access points on each channel of a WifiChannelList, in its order. */
 typedef struct ChannelApNum {
     int32_t counts_24g[64]; /* of the 2.4 GHz channels */
     int32_t counts_5g[64];  /* of the 5 GHz channels */
 } ChannelApNum;
 
-/* Fills counts for the channels of the list, which is as devapi_get_all_wifi_channel_list() has
- * left it, also where that failed. Only -1 is a failure, and then counts is not read. */
+/* Fills counts for the channels of the list, which is passed as devapi_get_all_wifi_channel_list()
+ * left it, even if that failed. Only -1 is a failure, after which counts is not read. */
 int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum *counts);
 
-/* What a check of the links has found. */
+/* The result of a check of the links. */
 typedef struct LinkInfo {
     char Wifi24Enable[8];       /* "1" when the 2.4 GHz radio is on */
     char Wifi24Channel[8];      /* its channel */
@@ -1241,41 +1252,41 @@ typedef struct LinkInfo {
     char Reserved[56];          /* not used */
 } LinkInfo;
 
-/* Fills info. The result is not looked at: info is used as the call leaves it. */
+/* Fills info. The result is ignored: info is used as the call leaves it. */
 int32_t devapi_get_link_info(LinkInfo *info);
 
-/* Pings an address. target may have any length. Any result but 0 is a failure: it did not
- * answer. */
+/* Pings an address. target may have any length. Any result other than 0 is a failure: there was no
+ * reply. */
 int32_t devapi_get_ping_check(const char *target);
 
-/* Sets *dbm to the signal strength of the station with the IP address. *dbm is 0 before; ip may
- * have any length. Only -1 is a failure, and then *dbm is not read. */
+/* Sets *dbm to the signal strength of the station with the IP address. *dbm is 0 before the call;
+ * ip may have any length. Only -1 is a failure, after which *dbm is not read. */
 int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
 
 /* ---- Quality of service --------------------------------------------------------------------- */
 
-/* The most that there is of each. */
+/* The largest number of each. */
 #define QOS_MAX_APPLICATIONS 4 /* applications */
 #define QOS_MAX_RULES 6        /* rules */
 #define QOS_MAX_TYPES 3        /* types of a rule */
 
 /* A type of traffic that a rule matches. */
 typedef struct QosType {
-    char Type[16];     /* what is compared */
-    char Min[64];      /* the least value */
-    char Max[64];      /* the greatest value */
+    char Type[16];     /* field that is compared */
+    char Min[64];      /* lowest value */
+    char Max[64];      /* highest value */
     char Reserved[64]; /* not used; stays zero */
 } QosType;
 
 /* A rule that gives traffic a priority. */
 typedef struct QosRule {
     char Id[8];                   /* its identifier */
-    char Action[8];               /* in a setting: "1" adds it, "2" deletes it, anything else
+    char Action[8];               /* in a setting: "1" adds the rule, "2" deletes it, anything else
                                      changes it */
     char Name[32];                /* its name */
     char PriorityLevel[8];        /* the priority */
-    int32_t type_count;           /* how many, 3 at most; none when it is negative */
-    QosType types[QOS_MAX_TYPES]; /* these kinds */
+    int32_t type_count;           /* number of types, at most 3; a negative number means none */
+    QosType types[QOS_MAX_TYPES]; /* the types */
 } QosRule;
 
 /* An application that the router knows. */
@@ -1288,28 +1299,28 @@ typedef struct QosApplication {
 /* Quality of service as a whole. */
 typedef struct QosInfo {
     char Enable[8];                                    /* "1" when it is on */
-    int32_t application_count;                         /* how many, 4 at most; none when it is
-                                                          negative */
+    int32_t application_count;                         /* number of applications, at most 4; a
+                                                          negative number means none */
     QosApplication applications[QOS_MAX_APPLICATIONS]; /* the applications */
-    int32_t rule_count;                                /* how many, 6 at most; none when it is
-                                                          negative */
+    int32_t rule_count;                                /* number of rules, at most 6; a negative
+                                                          number means none */
     QosRule rules[QOS_MAX_RULES];                      /* the rules */
 } QosInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_uplink_qos_info(QosInfo *info);
 
-/* Switches quality of service by the number that the first 7 bytes of the request's text begin
- * with. Any result but 0 is a failure. */
+/* Sets the switch of quality of service to the number at the start of the request's text, of which
+ * 7 bytes are read. Any result other than 0 is a failure. */
 int32_t devapi_set_qos_enable(int32_t enable);
 
 /* Sets the priority of the application with the identifier. priority is shorter than 8 bytes. Any
- * result but 0 is a failure. */
+ * result other than 0 is a failure. */
 int32_t devapi_set_qos_app_info(int32_t identifier, const char *priority);
 
-/* Adds, deletes or changes a rule, by its Action. To delete one, only Id and Action are filled. A
- * rule that was added has its identifier written into Id; whether it was added is read from Action
- * after the call. Any result but 0 is a failure. */
+/* Adds, deletes or changes a rule, as given by its Action. To delete a rule, only Id and Action are
+ * filled. For an added rule, the device writes its identifier to Id; whether it was added is read
+ * from Action after the call. Any result other than 0 is a failure. */
 int32_t devapi_set_qos_classification_info(QosRule *rule);
 
 /* ---- Service switches ----------------------------------------------------------------------- */
@@ -1319,21 +1330,21 @@ typedef struct MultiserviceMode {
     char Mode[8]; /* the mode */
 } MultiserviceMode;
 
-/* Fills mode. Any result but 0 is a failure, and then mode is not read. */
+/* Fills mode. Any result other than 0 is a failure, after which mode is not read. */
 int32_t devapi_get_ap_multiservice_mode(MultiserviceMode *mode);
 
-/* Applies the mode. Any result but 0 is a failure. */
+/* Applies the mode. Any result other than 0 is a failure. */
 int32_t devapi_set_ap_multiservice_mode(const MultiserviceMode *mode);
 
-/* What a speed test has measured. */
+/* The result of a speed test. */
 typedef struct SpeedTest {
     char DownBandWidth[8]; /* download bandwidth, kbit/s */
     char UpBandWidth[8];   /* upload bandwidth, kbit/s */
     char Delay[8];         /* delay, ms */
 } SpeedTest;
 
-/* Runs a speed test, which takes long, and fills test. Any result but 0 is a failure, and then test
- * is not read. */
+/* Runs a speed test, which takes a while, and fills test. Any result other than 0 is a failure,
+ * after which test is not read. */
 int32_t devapi_speedtest_request(SpeedTest *test);
 
 /* NAT helpers (ALG) by protocol, each "1" or "0". */
@@ -1347,10 +1358,10 @@ typedef struct AlgAbility {
     char SIP[8];   /* SIP */
 } AlgAbility;
 
-/* Fills ability. Any result but 0 is a failure, and then ability is not read. */
+/* Fills ability. Any result other than 0 is a failure, after which ability is not read. */
 int32_t devapi_get_ap_alg_ability(AlgAbility *ability);
 
-/* Applies the switches. Any result but 0 is a failure. */
+/* Applies the switches. Any result other than 0 is a failure. */
 int32_t devapi_set_ap_alg_ability(const AlgAbility *ability);
 
 /* The switch of UPnP. */
@@ -1358,23 +1369,26 @@ typedef struct UpnpState {
     char Enable[8]; /* "1" when it is on */
 } UpnpState;
 
-/* Fills state. Any result but 0 is a failure, and then state is not read. */
+/* Fills state. Any result other than 0 is a failure, after which state is not read. */
 int32_t devapi_get_upnp_state(UpnpState *state);
 
-/* Applies the switch. Any result but 0 is a failure. */
+/* Applies the switch. Any result other than 0 is a failure. */
 int32_t devapi_set_upnp_state(const UpnpState *state);
 
-/* Writes the state of the maker's configuration service into status. status has room for size
- * bytes. Any result but 0 is a failure, and then status is not read. */
+/* Writes the state of the manufacturer's configuration service to status. status has room for size
+ * bytes. Any result other than 0 is a failure, after which status is not read. */
 int32_t devapi_get_tsconf_status(char *status, int32_t size);
 
-/* Sets *enable to the switch of WPS; up to 7 characters of the number are reported, its sign
- * included. *enable is 0 before. Any result but 0 is a failure, and then *enable is not read. */
+/* Sets *enable to the switch of WPS; at most 7 characters of the number, including its sign, are
+ * reported. *enable is 0 before the call. Any result other than 0 is a failure, after which *enable
+ * is not read. */
 int32_t devapi_get_wps_enable(int32_t *enable);
 
-/* Switches WPS by the number that the first 7 bytes of the request's text begin with. Any result
- * but 0 is a failure. */
+/* Sets the switch of WPS to the number at the start of the request's text, of which 7 bytes are
+ * read. Any result other than 0 is a failure. */
 int32_t devapi_set_wps_enable(int32_t enable);
+
+/* ---- Ports ---------------------------------------------------------------------------------- */
 
 /* The traffic of a port. */
 typedef struct PortStatistics {
@@ -1387,48 +1401,50 @@ typedef struct PortStatistics {
 
 /* The traffic of all ports. */
 typedef struct PortStatisticsInfo {
-    int32_t count;           /* entries that are really there; none when it is negative */
-    PortStatistics *entries; /* an array from malloc(), which the plug-in frees; NULL for none */
+    int32_t count;           /* number of entries; a negative number means none */
+    PortStatistics *entries; /* array allocated with malloc(), which the plug-in frees; NULL for
+                                none */
 } PortStatisticsInfo;
 
-/* Fills info. entries is freed also after a failure, where it is set. Any result but 0 is a
- * failure, and then info is not read. */
+/* Fills info. If entries is set, it is also freed after a failure. Any result other than 0 is a
+ * failure, after which info is not read. */
 int32_t devapi_get_port_statistics_info(PortStatisticsInfo *info);
 
-/* Which ports a WAN connection serves. */
+/* The ports that are bound to a WAN connection. */
 typedef struct PortBinding {
     char Index[16];       /* number of the connection */
     char WANName[32];     /* its name */
     char BoundPorts[288]; /* the ports */
 } PortBinding;
 
-/* The most bindings that are reported. */
+/* The largest number of bindings that are reported. */
 #define PORT_MAX_BINDINGS 8
 
 /* All bindings. */
 typedef struct PortBindingInfo {
-    int32_t count;                          /* how many, 8 at most; none when it is negative */
+    int32_t count;                          /* number of bindings, at most 8; a negative number
+                                               means none */
     PortBinding entries[PORT_MAX_BINDINGS]; /* the bindings */
 } PortBindingInfo;
 
-/* Fills info. Any result but 0 is a failure, and then info is not read. */
+/* Fills info. Any result other than 0 is a failure, after which info is not read. */
 int32_t devapi_get_port_binding_info(PortBindingInfo *info);
 
-/* Binds ports to the connection with the number. index is shorter than 8 bytes; ports is shorter
- * than 256 bytes. Any result but 0 is a failure. */
+/* Binds ports to the connection with the given number. index is shorter than 8 bytes; ports is
+ * shorter than 256 bytes. Any result other than 0 is a failure. */
 int32_t devapi_set_port_binding(const char *index, const char *ports);
 
 /* ---- Layout --------------------------------------------------------------------------------- */
 
-/* Both sides are built by different makers at different times: a layout that drifts must not
- * compile. */
+/* The two sides are built by different vendors at different times, so a layout that differs must
+ * not compile. */
 #define DEVAPI_RECORD_SIZE(record, size)                                                           \
     static_assert(sizeof(record) == (size), #record " has to be " #size " bytes")
 #define DEVAPI_RECORD_FIELD(record, field, offset, width)                                          \
     static_assert(offsetof(record, field) == (offset) && sizeof(((record *)0)->field) == (width),  \
                   #record "." #field " has to be " #width " bytes at " #offset)
 
-/* A record with pointers has its layout on the 32-bit processors that it is meant for. */
+/* The layout of a record with pointers is only checked on 32-bit processors, the targets. */
 #define DEVAPI_RECORD_SIZE_32(record, size)                                                        \
     static_assert(sizeof(void *) != 4 || sizeof(record) == (size),                                 \
                   #record " has to be " #size " bytes")

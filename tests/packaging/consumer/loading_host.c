@@ -1,5 +1,5 @@
-/* The example agent, with the device library and the plug-in that the environment names loaded in
- * place of linked. */
+/* The example agent; it loads the device library and the plug-in that the environment names instead
+ * of being linked with them. */
 #include "smart_router_service/processjsonability.h"
 
 #include <dlfcn.h>

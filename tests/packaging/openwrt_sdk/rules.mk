@@ -1,4 +1,4 @@
-# What the package's makefile uses of an OpenWrt SDK, as far as it takes to run the package's steps.
+# The part of an OpenWrt SDK that the package's makefile needs to run its steps.
 INCLUDE_DIR := $(TOPDIR)/include
 CP := cp -fpR
 INSTALL_DIR := install -d -m0755

@@ -1,4 +1,4 @@
-# Flags and options as an SDK for a MIPS router passes them, those of the package last.
+# Flags and options as an SDK for a MIPS router passes them; the package's come last.
 TARGET_CFLAGS := -Os -pipe -mno-branch-likely -mips32r2 -mtune=24kc -fno-caller-saves -fno-plt \
 	-Wformat -Werror=format-security -fstack-protector -D_FORTIFY_SOURCE=1
 TARGET_LDFLAGS := -Wl,-z,now -Wl,-z,relro

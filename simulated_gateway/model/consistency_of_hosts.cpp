@@ -1,0 +1,96 @@
+#include "model/consistency.h"
+
+#include <set>
+
+namespace simulated_gateway {
+namespace {
+
+void check_absence(const Host &host, const std::string &path)
+{
+    const bool any = !host.away_from.empty() || !host.away_until.empty() || !host.away_days.empty();
+    const bool all = !host.away_from.empty() && !host.away_until.empty() && !host.away_days.empty();
+    if (any != all) {
+        refuse(path + "/away_from", "needs away_until and away_days, and they need it");
+    }
+    if (any && host.away_from == host.away_until) {
+        refuse(path + "/away_until", "equals away_from");
+    }
+}
+
+void check_period(const ProtectPeriod &period, const std::string &path)
+{
+    const bool whole = !period.start.empty() && !period.end.empty() && !period.days.empty();
+    if (period.enabled && !whole) {
+        refuse(path, "needs start, end and days");
+    }
+    if (whole && period.start == period.end) {
+        refuse(path, "ends when it starts");
+    }
+}
+
+} // namespace
+
+void check_hosts(const Home &home, const std::string &path, Addresses &addresses)
+{
+    for (size_t at = 0; at < home.hosts.size(); ++at) {
+        const Host &host = home.hosts[at];
+        const std::string place = item(path + "/hosts", at);
+        addresses.claim_mac(host.mac, place + "/mac");
+        if (!host.ip.empty()) {
+            addresses.claim_lan_address(host.ip, place + "/ip");
+        } else if (host.online) {
+            refuse(place + "/ip", "is missing, and the host is online");
+        } else if (host.address_bound) {
+            refuse(place + "/ip", "is missing, and the address is bound");
+        }
+        if (host.router != home.identity.mac && child_router(home.mesh, host.router) == nullptr) {
+            refuse(place + "/router", "there is no router " + host.router);
+        }
+        check_ssid_number(home, host.ssid, place);
+        check_signal(host.online && host.ssid != 0, host.signal_dbm, place + "/signal_dbm");
+        if (host.roams && host.ssid == 0) {
+            refuse(place + "/roams", "there is no radio link");
+        }
+        check_absence(host, place);
+    }
+}
+
+void check_removed_hosts(const State &state, const std::string &path)
+{
+    const Home &home = state.home;
+    std::set<std::string> macs;
+    for (const Host &host : home.hosts) {
+        macs.insert(host.mac);
+    }
+    for (size_t at = 0; at < state.removed_hosts.size(); ++at) {
+        const Host &host = state.removed_hosts[at].host;
+        const std::string place = item(path, at) + "/host";
+        check_ssid_number(home, host.ssid, place);
+        check_absence(host, place);
+        if (!macs.insert(host.mac).second) {
+            refuse(place + "/mac", "there is another device " + host.mac);
+        }
+    }
+}
+
+void check_green_net(const GreenNet &green_net, const std::string &path)
+{
+    std::set<int64_t> numbers;
+    std::map<std::string, std::string> owners;
+    for (size_t at = 0; at < green_net.hosts.size(); ++at) {
+        const GreenHost &entry = green_net.hosts[at];
+        const std::string place = item(path + "/hosts", at);
+        if (!numbers.insert(entry.number).second) {
+            refuse(place + "/number", "there is another entry " + std::to_string(entry.number));
+        }
+        const auto [owner, is_new] = owners.emplace(entry.mac, place + "/mac");
+        if (!is_new) {
+            refuse(place + "/mac", entry.mac + " belongs to " + owner->second);
+        }
+        for (size_t number = 0; number < entry.periods.size(); ++number) {
+            check_period(entry.periods[number], item(place + "/periods", number));
+        }
+    }
+}
+
+} // namespace simulated_gateway

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Measures the plug-in as it ships and prints one Markdown table; takes some minutes.
+#
+#   --keep    also writes the table to docs/performance.md
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+document=()
+if [ $# -gt 0 ]; then
+    if [ "$*" != --keep ]; then
+        echo "usage: $0 [--keep]" >&2
+        exit 2
+    fi
+    document=(docs/performance.md)
+fi
+scripts/install-deps.sh >&2
+scripts/build.sh release --target measurements hgagent link_check simulated_gateway >&2
+exec /usr/bin/python3 -B benchmarks/table.py build/release "${document[@]}"
