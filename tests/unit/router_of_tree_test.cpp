@@ -174,7 +174,9 @@ TEST_F(RouterOfTreeTest, BelowAnotherIsNotReportedWithoutItsParent)
             strcpy(value, strstr(path, "NumberOfEntries") != nullptr ? "2" : "1");
             return 0;
         });
-        record_is({});
+        ChildRouterInfo record = {};
+        put(record.ParentMac, "another");
+        record_is(record);
     };
     const auto act = [](cJSON *object) {
         json_get_topo_router_agent_info_bynewmethod(object);
