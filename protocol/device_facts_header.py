@@ -35,10 +35,14 @@ struct Function {
     bool is_size_less_one = false;  // that argument is the width minus one
     bool fills = false;             // on success, it fills a record or writes a text
     std::string_view filled = {};   // the fields that it fills, each between blanks; empty for all
+    std::string_view given = {};    // the fields that it is given, in the same way
     bool counts = false;            // the number that it sets is a count, which is not negative
     bool is_answer = false;         // its result is the requested value
     Results answers = {};           // results other than 0 that are not failures
     Results results = {};           // all possible results; empty if any result is possible
+    Results known = {};             // those that say more than that it failed
+    std::string_view minus_one_fails_for = {}; // callers for which only -1 is a failure, between blanks
+    std::string_view other_rules_for = {};     // callers with other rules than that or that 0 is success
 
     constexpr bool has_filled(std::string_view field) const
     {
@@ -77,6 +81,17 @@ constexpr const Function *find(std::string_view name)
     const Function *const found = std::lower_bound(
         kFunctions, end, name, [](const Function &row, std::string_view wanted) { return row.name < wanted; });
     return found != end && found->name == name ? found : nullptr;
+}
+
+// Whether the caller is among those between blanks; "*" stands for all.
+constexpr bool is_among(std::string_view callers, std::string_view caller)
+{
+    for (size_t at = callers.find(caller); at != callers.npos; at = callers.find(caller, at + 1)) {
+        if (callers[at - 1] == ' ' && callers[at + caller.size()] == ' ') {
+            return true;
+        }
+    }
+    return callers == " * ";
 }
 
 // Whether the result is not a failure.
@@ -135,6 +150,9 @@ def function_members(interface, function):
     filled = [field for argument in arguments for field in argument.get("filled", [])]
     if filled:
         yield '.filled = " ' + " ".join(filled) + ' "'
+    given = [field for argument in arguments for field in argument.get("given", [])]
+    if given:
+        yield '.given = " ' + " ".join(given) + ' "'
     if any(argument.get("count") and argument.get("way") == "out" and not argument.get("negative")
            for argument in arguments):
         yield ".counts = true"
@@ -148,6 +166,14 @@ def function_members(interface, function):
     rules = [result, *result.get("callers", [])]
     if result.get("exhaustive") or any(rule.get("failure") == "-1" for rule in rules):
         yield f".results = {results([0, -1, *(interface.number(each['result']) for each in known)])}"
+    if known:
+        yield f".known = {results([interface.number(each['result']) for each in known])}"
+    for member, of_rule in (("minus_one_fails_for", lambda rule: rule == "-1"),
+                            ("other_rules_for", lambda rule: rule not in ("not 0", "-1"))):
+        callers = [caller for rule in rules if "failure" in rule and of_rule(rule["failure"])
+                   for caller in rule.get("who", ["*"])]
+        if callers:
+            yield f'.{member} = " {" ".join(callers)} "'
 
 
 def fills(interface, argument):

@@ -5,12 +5,12 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
-programs=(unit unit_mesh unit_threads)
+programs=(unit unit_mesh unit_threads faults)
 # What earlier runs and earlier sources have counted says nothing about this run.
 mkdir -p build/coverage
 find build/coverage -name '*.gcda' -delete
 scripts/build.sh coverage --target "${programs[@]}"
 for program in "${programs[@]}"; do
-    "build/coverage/bin/$program" --gtest_brief=1
+    "build/coverage/bin/$program" --gtest_brief=1 --gtest_filter='-*Naughty*' >/dev/null
 done
 tools/coverage_report.py build/coverage

@@ -33,7 +33,9 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 PLUGIN = ROOT / "smart_router_service"
 BUILD = ROOT / "build/mutation"
 SURVIVORS = ROOT / "tests/mutation/survivors.json"
-PROGRAMS = ("unit", "unit_mesh", "unit_threads")
+PROGRAMS = ("unit", "unit_mesh", "unit_threads", "faults")
+# They notice nothing of the plug-in's that others do not, and take longest.
+LEFT_OUT = "*NaughtyStrings*"
 WORKERS = 2
 DEMANDED_PERCENT = 97
 
@@ -47,8 +49,10 @@ PRESET = {
     "plain": ["-DSMART_ROUTER_SANITIZERS=", "-DCMAKE_C_FLAGS_DEBUG=-O0", "-DCMAKE_CXX_FLAGS_DEBUG=-O0"],
     "sanitized": [],
 }
-# Seconds of processor time, and bytes, for one run of a program. The sanitizers need more of both.
-LIMITS = {"plain": f"ulimit -t 10; ulimit -v {4 << 20}", "sanitized": "ulimit -t 60"}
+# Seconds of processor time for one run of a program, and bytes; the sanitizers need more of both.
+SECONDS = {"plain": 10, "sanitized": 60}
+SECONDS_OF_FAULTS = {"plain": 60, "sanitized": 240}
+LIMITS = {"plain": f"ulimit -v {4 << 20}", "sanitized": "true"}
 # The one unit that reads the table. Of the others only prototypes change, which make no code.
 TABLE, READER = "commands.h", "processjsonability.cpp"
 # So often in a row all threads are found asleep, and no time used, before they count as stuck.
@@ -96,13 +100,12 @@ class Variant:
         subprocess.run([*before, LINKER, "-o", output, *objects, *after], cwd=self.folder, check=True,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
-    def run(self, binary, suites=None):
+    def run(self, binary, tests=("*",)):
         """Why the program is not green, as the name of the test where there is one; else None."""
-        command = [binary, "--gtest_fail_fast"]
-        if suites:
-            command.append("--gtest_filter=" + ":".join(f"{suite}.*" for suite in sorted(suites)))
+        seconds = SECONDS_OF_FAULTS if binary.suffix == ".faults" else SECONDS
+        command = [binary, "--gtest_fail_fast", f"--gtest_filter={':'.join(sorted(tests))}-{LEFT_OUT}"]
         process = subprocess.Popen(
-            ["sh", "-c", LIMITS[self.name] + '; exec "$@"', "sh", *command], cwd=BUILD,
+            ["sh", "-c", f'ulimit -t {seconds[self.name]}; {LIMITS[self.name]}; exec "$@"', "sh", *command], cwd=BUILD,
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
             env=dict(os.environ, ASAN_OPTIONS="hard_rss_limit_mb=2000"))
         ended = threading.Event()
@@ -117,6 +120,12 @@ class Variant:
         if process.returncode == 0:
             return None
         return (failed or begun[-1:] or ["before the first test"])[0]
+
+
+def kin_of(test):
+    """A filter for the tests of the same suite, or of the same command where they are made for all."""
+    suite, _, name = test.partition(".")
+    return "*/" + name.partition("/")[2] if "/" in name else suite + ".*"
 
 
 def kill_when_stuck(process, ended):
@@ -175,7 +184,7 @@ class Laboratory:
         self.workers = queue.Queue()
         for number in range(WORKERS):
             self.workers.put(Objects(BUILD / f"worker{number}"))
-        self.killers = defaultdict(lambda: defaultdict(Counter))  # by file and program: suites
+        self.killers = defaultdict(lambda: defaultdict(Counter))  # by file and program: tests
         self.check_original()
 
     def check_original(self):
@@ -196,23 +205,23 @@ class Laboratory:
         return [unit for unit in self.units
                 if name in self.original.path("plain", unit).with_suffix(".d").read_text().split()]
 
-    def run(self, name, program, worker, changed, suites=None):
+    def run(self, name, program, worker, changed, tests=("*",)):
         binary = worker.folder / f"{name}.{program}"
         objects = [(worker if unit in changed else self.original).path(name, unit)
                    for unit in self.units]
         self.variants[name].link(program, objects, binary)
-        return self.variants[name].run(binary, suites)
+        return self.variants[name].run(binary, tests)
 
     def same(self, kind, worker, units):
         return all(worker.path(kind, unit).read_bytes() == self.original.path(kind, unit).read_bytes()
                    for unit in units)
 
     def first_red(self, worker, file, units):
-        """What notices the change, of those suites that have noticed most in this file."""
+        """What notices the change, of those tests that have noticed most in this file."""
         known = self.killers[file]
         for program in sorted(known, key=lambda name: -known[name].total()):
-            suites = [suite for suite, _ in known[program].most_common(8)]
-            red = self.run("plain", program, worker, units, suites)
+            tests = [test for test, _ in known[program].most_common(8)]
+            red = self.run("plain", program, worker, units, tests)
             if red:
                 return program, red
         return None
@@ -249,7 +258,7 @@ class Laboratory:
             if not killer:
                 return "survived", None
             program, test = killer
-            self.killers[mutation.file][program][test.partition(".")[0]] += 1
+            self.killers[mutation.file][program][kin_of(test)] += 1
             return "killed", test
         except subprocess.CalledProcessError:
             return "does not link", None

@@ -46,6 +46,13 @@ job_service_kills() {
     SERVICE_SETTINGS=10000 build/debug/bin/service --gtest_filter=Run.KeepsTheHomeWholeWhateverIsKilledWhen
 }
 
+# All cases of the tests of which the ordinary run takes a sample.
+job_whole_tests() {
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug -- --quiet
+    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^faults|KillTest|AFlippedBit' --fixture-exclude-any '.*'
+}
+
 jobs=()
 for name in $(compgen -A function job_); do
     jobs+=("${name#job_}")

@@ -18,7 +18,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(sys.argv.pop())
 FOLDERS = ("docs", "protocol", "simulated_gateway", "smart_router_service", "tests/protocol",
-           "tests/support", "tests/unit")
+           "tests/support")
 STEPS = {int(number): code for number, code in re.findall(
     r"^### (\d)\. .*?^```\w+\n(.*?)^```", (ROOT / "docs/adding-a-command.md").read_text(encoding="utf-8"),
     re.M | re.S)}
@@ -38,18 +38,12 @@ def as_last_row(text, code):
     return f"{text[:end]}) \\\n{code}{text[end + 2:]}"
 
 
-def before_the_last_brace(text, code):
-    end = text.rindex("};")
-    return text[:end] + code + text[end:]
-
-
 PLACES = {
     1: ("protocol/device/device_identity.json", as_last_element),
     2: ("smart_router_service/device_identity.cpp", at_the_end),
     3: ("smart_router_service/commands.h", as_last_row),
     4: ("protocol/commands/GET_AREA_INFO.json", lambda _, code: code),
     5: ("simulated_gateway/device/device_identity.cpp", at_the_end),
-    6: ("tests/unit/regular_queries.cpp", before_the_last_brace),
 }
 
 
@@ -99,7 +93,7 @@ class AddingACommandTest(unittest.TestCase):
             status, output = self.run_script(f"tests/protocol/{check}")
             self.assertEqual(status, 0, output)
         entries = compile_entries()
-        for step in (2, 5, 6):
+        for step in (2, 5):
             self.compile(entries[str(ROOT / PLACES[step][0])])
 
     def compile(self, entry):

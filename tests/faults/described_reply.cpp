@@ -91,7 +91,7 @@ std::string keys_undescribed(const cJSON *item, const cJSON *keys)
     return item == nullptr ? "" : std::string(item->string) + " is not described";
 }
 
-// Takes the keys out of the request that the reply says are taken out.
+// Removes the keys from the request that the reply says are removed.
 void remove_described(cJSON *request, const cJSON *reply, const char *list, bool is_case_sensitive,
                       bool only_texts)
 {
@@ -108,12 +108,10 @@ void remove_described(cJSON *request, const cJSON *reply, const char *list, bool
 }
 
 // Why the object is not this reply to the request.
-std::string other_than(const cJSON *reply, const cJSON *request, const cJSON *object,
-                       bool is_case_sensitive)
+std::string other_than(const cJSON *reply, const cJSON *description, const cJSON *request,
+                       const cJSON *object)
 {
-    cJSON *rest = cJSON_Duplicate(request, 1);
-    remove_described(rest, reply, "removes", is_case_sensitive, false);
-    remove_described(rest, reply, "removes_if_text", is_case_sensitive, true);
+    cJSON *rest = left_of(description, reply, request);
     const cJSON *item = object->child;
     std::string why;
     const cJSON *left;
@@ -132,19 +130,49 @@ std::string other_than(const cJSON *reply, const cJSON *request, const cJSON *ob
 
 } // namespace
 
-std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object)
+cJSON *left_of(const cJSON *description, const cJSON *reply, const cJSON *request)
 {
     const bool is_case_sensitive =
         cJSON_IsTrue(cJSON_GetObjectItem(description, "case_sensitive")) != 0;
+    cJSON *rest = cJSON_Duplicate(request, 1);
+    remove_described(rest, reply, "removes", is_case_sensitive, false);
+    remove_described(rest, reply, "removes_if_text", is_case_sensitive, true);
+    return rest;
+}
+
+bool is_of_request(const cJSON *reply)
+{
+    const cJSON *key = cJSON_GetObjectItem(reply, "without");
+    key = key != nullptr ? key : cJSON_GetObjectItem(reply, "without_text");
+    // The key of an element can be missing when the device has been called for others.
+    return key != nullptr && strchr(key->child->valuestring, '.') == nullptr;
+}
+
+const cJSON *reply_given(const cJSON *description, const cJSON *request, const cJSON *object)
+{
+    const cJSON *given = nullptr;
+    const cJSON *reply;
+    cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
+    {
+        if ((given == nullptr || is_of_request(given)) &&
+            other_than(reply, description, request, object).empty()) {
+            given = reply;
+        }
+    }
+    return given;
+}
+
+std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object)
+{
+    if (reply_given(description, request, object) != nullptr) {
+        return "";
+    }
     std::string reasons;
     const cJSON *reply;
     cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
     {
-        const std::string why = other_than(reply, request, object, is_case_sensitive);
-        if (why.empty()) {
-            return "";
-        }
-        reasons += "\n  not when " + std::string(text_of(reply, "when")) + ": " + why;
+        reasons += "\n  not when " + std::string(text_of(reply, "when")) + ": " +
+                   other_than(reply, description, request, object);
     }
     return "no described reply" + reasons;
 }

@@ -1,6 +1,7 @@
 #include "rich_device.h"
 
 #include "failing_memory.h"
+#include "protocol/device_facts.h"
 #include "record_fields.h"
 #include "recording_device.h"
 #include "rich_values.h"
@@ -44,6 +45,20 @@ Home home;
 Fault fault;
 bool is_endless;
 std::vector<Call> made;
+std::map<std::string, std::set<std::string>, std::less<>> told; // by record and field, or function
+std::set<std::pair<std::string, std::string>> given;
+std::string calling; // the function
+
+const char *name_of(std::type_index record)
+{
+    const char *name = "";
+    device_facts::visit_records([&]<class Record>(std::type_identity<Record>) {
+        if (record == typeid(Record)) {
+            name = device_facts::kName<Record>;
+        }
+    });
+    return name;
+}
 
 int32_t limited(int32_t number)
 {
@@ -55,9 +70,31 @@ class Pen {
   public:
     Pen(Written how, Call &call) : how_(how), call_(call) {}
 
-    void text(char *field, size_t width, const std::string &value)
+    // The name is that of the record and its field, or of the function.
+    void text(char *field, size_t width, const std::string &value, const std::string &name)
+    {
+        note_given(field, width, name);
+        write_text(field, width, value, name);
+        told[name].insert({field, strnlen(field, width)});
+    }
+
+    static void note_given(const void *place, size_t width, const std::string &name)
+    {
+        const char *bytes = static_cast<const char *>(place);
+        if (std::any_of(bytes, bytes + width, [](char byte) { return byte != 0; })) {
+            given.insert({calling, name});
+        }
+    }
+
+    void write_text(char *field, size_t width, const std::string &value, const std::string &name)
     {
         call_.writes = true;
+        if (how_ == Written::kWidest && name.ends_with(value)) {
+            for (size_t at = 0; at < width; ++at) {
+                field[at] = name[at % name.size()];
+            }
+            return;
+        }
         if (fills_to_the_brim()) {
             memset(field, '9', width);
         } else if (how_ == Written::kGarbage) {
@@ -69,7 +106,15 @@ class Pen {
         }
     }
 
-    void number(int32_t &place, int32_t value, const std::vector<int32_t> &values)
+    void number(int32_t &place, int32_t value, const std::vector<int32_t> &values,
+                const std::string &name)
+    {
+        note_given(&place, sizeof place, name);
+        write_number(place, value, values);
+        told[name].insert(std::to_string(place));
+    }
+
+    void write_number(int32_t &place, int32_t value, const std::vector<int32_t> &values)
     {
         call_.writes = true;
         if (place != 0) { // what selects a record
@@ -96,8 +141,8 @@ class Pen {
         for (const RecordField &field : fields_of(type)) {
             const size_t entries = std::min<size_t>(field.count, 3);
             for (size_t at = 0; at < entries; ++at) {
-                entry(field, static_cast<char *>(address) + field.offset + at * field.width, at,
-                      values);
+                entry(name_of(type), field,
+                      static_cast<char *>(address) + field.offset + at * field.width, at, values);
             }
         }
     }
@@ -106,7 +151,7 @@ class Pen {
     template <class Entry> void array(int32_t &count, Entry *&entries)
     {
         call_.hands_over = true;
-        number(count, 2, {INT_MIN, -1});
+        write_number(count, 2, {INT_MIN, -1});
         if (how_ == Written::kNoMemory) {
             count = INT_MAX;
         } else if (how_ != Written::kNothing) {
@@ -163,15 +208,18 @@ class Pen {
   private:
     bool fills_to_the_brim() const { return how_ == Written::kBrim || how_ == Written::kRubbish; }
 
-    void entry(const RecordField &field, char *place, size_t at, const std::vector<int32_t> &values)
+    void entry(const char *record_name, const RecordField &field, char *place, size_t at,
+               const std::vector<int32_t> &values)
     {
+        const std::string name = std::string(record_name) + '.' + std::string(field.name);
         if (field.type == typeid(char)) {
-            text(place, field.width, text_for(field.name, home));
+            text(place, field.width, text_for(field.name, home), name);
         } else if (field.type == typeid(int32_t) && field.count == 1) {
-            number(*reinterpret_cast<int32_t *>(place), 2, values);
+            number(*reinterpret_cast<int32_t *>(place), 2, values, name);
         } else if (field.type == typeid(int32_t) || field.type == typeid(int16_t)) {
             if (how_ != Written::kNothing) {
                 *place = static_cast<char>(how_ == Written::kGarbage ? 0xA5 : at + 1);
+                told[name].insert(std::to_string(*place));
             }
         } else {
             record(field.type, place);
@@ -188,7 +236,7 @@ class Pen {
     void fill(NodeBaseInfo *node)
     {
         node->Kind = 2;
-        text(node->Mac, sizeof node->Mac, "A4:BB:6D:31:07:5E");
+        text(node->Mac, sizeof node->Mac, "A4:BB:6D:31:07:5E", "NodeBaseInfo.Mac");
     }
 
     Written how_;
@@ -215,10 +263,11 @@ void write(std::string_view function, std::initializer_list<Argument> arguments,
             pen.text(static_cast<char *>(place),
                      has_size ? static_cast<size_t>(next->number) : width_for(function),
                      function == "devapi_topo_xml_getinfo" ? parameter(text_at(*arguments.begin()))
-                                                           : text_for(function, home));
+                                                           : text_for(function, home),
+                     std::string(function));
         } else if (type == typeid(int32_t)) {
             pen.number(*static_cast<int32_t *>(place), number_for(function),
-                       {INT_MIN, -1, GREENNET_MAX_HOSTS + 1, INT_MAX});
+                       {INT_MIN, -1, GREENNET_MAX_HOSTS + 1, INT_MAX}, std::string(function));
         } else if (type == typeid(char *)) {
             pen.answer(static_cast<char **>(place));
         } else if (type == typeid(ScanResult)) {
@@ -251,6 +300,7 @@ void free_list(TopoNode *node)
 int32_t answer(const char *name, std::initializer_list<Argument> arguments)
 {
     const std::string_view function = name;
+    calling = name;
     if (function == "devapi_free_topo_list") {
         free_list(static_cast<TopoNode *>(arguments.begin()->address));
         return 0;
@@ -278,6 +328,20 @@ int32_t answer(const char *name, std::initializer_list<Argument> arguments)
 
 } // namespace
 
+bool has_told(std::string_view field, std::string_view text)
+{
+    auto texts = told.find(field);
+    if (texts == told.end()) {
+        texts = told.find(field.substr(0, field.find('.')));
+    }
+    return texts != told.end() && texts->second.contains(std::string(text));
+}
+
+const std::set<std::pair<std::string, std::string>> &given_fields()
+{
+    return given;
+}
+
 bool is_counted(std::string_view function)
 {
     return function.starts_with("devapi_") && function != "devapi_free_topo_list";
@@ -289,6 +353,7 @@ std::string Fault::name() const
         {Written::kNothing, "nothing"}, {Written::kGarbage, "garbage"},
         {Written::kBrim, "brim"},       {Written::kNoMemory, "no_memory"},
         {Written::kNumber, "number"},   {Written::kRubbish, "rubbish"},
+        {Written::kWidest, "widest"},
     };
     std::string text = std::to_string(call) + (lasts ? "+" : "");
     if (written != Written::kWhole) {
@@ -309,6 +374,8 @@ void furnish(const Home &where, const Fault &what, bool has_endless_walk)
     fault = what;
     is_endless = has_endless_walk;
     made.clear();
+    told.clear();
+    given.clear();
     recording_device::answer_all(answer);
     recording_device::when<base64_encode>([](const char *) {
         if (FailingMemory::next_fails()) {

@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace rich_device {
@@ -27,6 +29,7 @@ enum class Written {
     kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
     kNumber,   // one of the numbers is another
     kRubbish,  // each text as in kBrim, and each number the same one
+    kWidest,   // each text that leads nowhere to the last byte of its field, with one of its own
 };
 
 // What goes wrong in a run.
@@ -53,6 +56,14 @@ constexpr int32_t kLongWalk = 1000;
 
 // Whether a function's calls are counted among those that may fail.
 bool is_counted(std::string_view function);
+
+// Whether the device has written the text to the field, since it was furnished; the field is one of
+// the descriptions, RECORD.FIELD or FUNCTION.ARGUMENT. No further than the field's width.
+bool has_told(std::string_view field, std::string_view text);
+
+// The functions, each with a field that held something before the device wrote to it, since it was
+// furnished.
+const std::set<std::pair<std::string, std::string>> &given_fields();
 
 // Everything that can go wrong in the calls made since the device was furnished.
 std::vector<Fault> possible_faults();

@@ -5,6 +5,7 @@
 #include "handler_test.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 #include <memory>
 
@@ -139,6 +140,22 @@ std::vector<Subject> make_subjects()
 
 } // namespace
 
+std::string test_name(const Subject &subject)
+{
+    std::string name;
+    for (size_t at = 0; at < subject.name.size(); ++at) {
+        const char letter = subject.name[at];
+        const bool is_in_command = at < subject.command.size();
+        if (is_in_command && letter != '_') {
+            const bool is_first = at == 0 || subject.name[at - 1] == '_';
+            name += is_first ? letter : static_cast<char>(tolower(letter));
+        } else if (!is_in_command) {
+            name += letter;
+        }
+    }
+    return name;
+}
+
 const std::vector<Subject> &subjects()
 {
     static const std::vector<Subject> kSubjects = make_subjects();
@@ -167,7 +184,7 @@ std::string request_for(const Subject &subject)
     for (const std::string &name : {subject.name, subject.command}) {
         const auto written = kRequests.find(name);
         if (written != kRequests.end()) {
-            return written->second;
+            return print(parse(written->second).get());
         }
     }
     if (subject.builder != nullptr) {

@@ -25,6 +25,10 @@ inline void PrintTo(const Subject &subject, std::ostream *out)
     *out << subject.name;
 }
 
+// The name of its tests: the command as a suite of tests is named, GetWifiInfo for GET_WIFI_INFO,
+// and what is different.
+std::string test_name(const Subject &subject);
+
 // All of them: the commands are those of the dispatcher's own table.
 const std::vector<Subject> &subjects();
 

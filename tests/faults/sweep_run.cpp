@@ -71,7 +71,7 @@ SweepRun sweep_run(const Subject &subject, const std::string &request,
 
     SweepRun run;
     run.request = request;
-    Json object = parse(request);
+    Json object = request.empty() ? nullptr : parse(request);
     FailingMemory memory(memory_fault.first, memory_fault.how);
     run.result = subject.builder != nullptr
                      ? subject.builder(object.get(), run.kept)

@@ -6,6 +6,7 @@
 #include "recording_host.h"
 #include "subject.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,8 +34,12 @@ struct MemoryFault {
     std::string name() const; // such as "once:17"
 };
 
+// With an empty request there is no object at all.
 SweepRun sweep_run(const Subject &subject, const std::string &request, const MemoryFault &memory,
                    const rich_device::Fault &device);
+
+// Whether a device function only tells something.
+bool is_question(const std::string &function);
 
 // What is wrong with a run, whatever failed in it; empty when nothing is.
 std::string damage(const Subject &subject, const SweepRun &run);
@@ -43,10 +48,18 @@ std::string damage(const Subject &subject, const SweepRun &run);
 std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            FailingMemory::Fail how);
 
+// The function that the fault is in a call of.
+const std::string &called_function(const SweepRun &whole, const rich_device::Fault &fault);
+
 // Whether the subject takes no notice of what the call with the fault answers, so that it does the
 // same for any result.
 bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault);
+
+// Which result stands for that of the fault, by the description of the function: -1 for a failure,
+// 0 for none. Nothing where the result has a meaning of its own.
+std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
+                                    const rich_device::Fault &fault);
 
 // What is wrong with a run in which the device failed, next to the one in which nothing did.
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,

@@ -1,6 +1,7 @@
 #include "described_reply.h"
 #include "handler_test.h"
 #include "leeway.h"
+#include "protocol/device_facts.h"
 #include "sweep_run.h"
 
 #include <algorithm>
@@ -84,21 +85,6 @@ bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may,
 
 // ---- Calls -------------------------------------------------------------------------------------
 
-// Whether a device function only tells something.
-bool is_question(const std::string &function)
-{
-    for (const char *start :
-         {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
-          "devapi_handle_topo_", "devapi_free_topo_", "devapi_call_tslink_set_topo_speed",
-          "devapi_speedtest_", "devapi_cmdstring_sendto_tslink_with_retinfo"}) {
-        if (function.starts_with(start)) {
-            return function != "devapi_get_hg_log"; // sends it
-        }
-    }
-    return !function.starts_with("devapi_") && function != "kaa_device_notice" &&
-           function != "kaa_update_profile_info" && function != "system";
-}
-
 std::string described(const recording_device::Call &call)
 {
     std::ostringstream text;
@@ -159,12 +145,16 @@ bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
     return item == nullptr || cJSON_GetObjectItem(request, item->string) == nullptr;
 }
 
-// Whether one of the replies of the command gives the reason, or gives the device's own.
-bool knows_reason(const cJSON *description, std::string_view reason)
+// Whether one of the replies of the command gives the reason, or gives the device's own. That of a
+// request without a key is none where the request is whole.
+bool knows_reason(const cJSON *description, std::string_view reason, bool is_whole)
 {
     const cJSON *reply;
     cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
     {
+        if (is_whole && is_of_request(reply)) {
+            continue;
+        }
         const cJSON *key;
         cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, "keys"))
         {
@@ -180,7 +170,7 @@ bool knows_reason(const cJSON *description, std::string_view reason)
 }
 
 // Whether the items are a failure's: its status, with a reason or, where there is none, alone.
-bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
+bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, bool is_whole)
 {
     const auto take = [&item](std::string_view key, std::string_view text) {
         const bool is_there = item != nullptr && item->string == key && cJSON_IsString(item) != 0 &&
@@ -195,7 +185,7 @@ bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may)
     const cJSON *reason = item;
     return item == nullptr || (take("FailReason", "") && item == nullptr &&
                                (description == nullptr || has(may.reasons, reason->valuestring) ||
-                                knows_reason(description, reason->valuestring)));
+                                knows_reason(description, reason->valuestring, is_whole)));
 }
 
 // Whether a failure's status stands in the object, be it before one that tells of a success: some
@@ -228,7 +218,8 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
         tail = tail->next;
     }
     if (tail != nullptr) {
-        return is_failure(tail, description_of(subject.command), may)
+        const bool is_whole = run.request == request_for(subject);
+        return is_failure(tail, description_of(subject.command), may, is_whole)
                    ? ""
                    : "what is told is neither a success nor a failure of this command";
     }
@@ -239,6 +230,20 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
 }
 
 } // namespace
+
+bool is_question(const std::string &function)
+{
+    for (const char *start :
+         {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
+          "devapi_handle_topo_", "devapi_free_topo_", "devapi_call_tslink_set_topo_speed",
+          "devapi_speedtest_", "devapi_cmdstring_sendto_tslink_with_retinfo"}) {
+        if (function.starts_with(start)) {
+            return function != "devapi_get_hg_log"; // sends it
+        }
+    }
+    return !function.starts_with("devapi_") && function != "kaa_device_notice" &&
+           function != "kaa_update_profile_info" && function != "system";
+}
 
 std::string damage(const Subject &subject, const SweepRun &run)
 {
@@ -311,10 +316,33 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
                : "";
 }
 
+const std::string &called_function(const SweepRun &whole, const rich_device::Fault &fault)
+{
+    return whole.calls[position_of(whole, fault)].function;
+}
+
 bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault)
 {
-    return !is_looked_at(subject, whole.calls[position_of(whole, fault)].function);
+    return !is_looked_at(subject, called_function(whole, fault));
+}
+
+std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
+                                    const rich_device::Fault &fault)
+{
+    const std::string &function = called_function(whole, fault);
+    const device_facts::Function &facts = *device_facts::find(function);
+    const std::string &caller = subject.command.empty() ? subject.name : subject.command;
+    if (!is_looked_at(subject, function) || facts.known.contain(*fault.result) ||
+        device_facts::is_among(facts.other_rules_for, caller)) {
+        return {};
+    }
+    if (facts.minus_one_fails_for.empty() && !facts.results.empty() &&
+        !facts.results.contain(*fault.result)) {
+        return {}; // one that the function never has
+    }
+    const bool only_minus_one = device_facts::is_among(facts.minus_one_fails_for, caller);
+    return only_minus_one && *fault.result != -1 ? 0 : -1;
 }
 
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
@@ -350,5 +378,10 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     if (subject.builder != nullptr) {
         return "";
     }
-    return undescribed(description_of(subject.command), request.get(), object.get());
+    const cJSON *description = description_of(subject.command);
+    const cJSON *reply = reply_given(description, request.get(), object.get());
+    if (reply == nullptr) {
+        return undescribed(description, request.get(), object.get());
+    }
+    return is_of_request(reply) ? "the request is blamed for what the device does" : "";
 }

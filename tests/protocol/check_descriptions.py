@@ -42,6 +42,25 @@ def table_faults():
         yield f"{command} is described but not in the table of commands"
 
 
+def missing_key_faults():
+    """Each required key has the one reply to a request without it, and no reply names another key."""
+    for file, description in protocol.as_written().items():
+        keys = {}
+        for key in description["request"]:
+            keys[key["key"]] = key["required"]
+            keys.update({f"{key['key']}.{inner['key']}": key["required"] and inner["required"]
+                         for inner in key.get("items", [])})
+        for part in ("without", "without_text"):
+            named = [key for reply in description["replies"] for key in reply.get(part, [])]
+            for key in sorted(set(named) - keys.keys()):
+                yield f"{file.name}: {part} names {key}, which is no key of the request"
+            for key in sorted({key for key in named if named.count(key) > 1}):
+                yield f"{file.name}: two replies are {part} {key}"
+            for key, required in keys.items():
+                if part == "without" and required and key not in named:
+                    yield f"{file.name}: no reply is {part} {key}, which is required"
+
+
 def example_faults():
     for file, described in protocol.descriptions().items():
         description = protocol.parse(file.read_text(encoding="utf-8"))
@@ -158,7 +177,7 @@ def fields_within(interface, record):
 
 def main():
     written = {description["command"]: description for description in protocol.as_written().values()}
-    faults = [*schema_faults()] or [*table_faults(), *example_faults(), *relation_faults(),
+    faults = [*schema_faults()] or [*table_faults(), *missing_key_faults(), *example_faults(), *relation_faults(),
                                     *field_faults(Interface(), written)]
     for fault in faults:
         print(fault)

@@ -2,9 +2,9 @@
 // complete firmware.
 #include "firmware_fixture.h"
 #include "process_fixture.h"
+#include "sample.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -59,18 +59,17 @@ TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneCompleteFirmware)
     // While the second image replaces the first, neither is complete for a moment.
     const std::vector<std::string> may_run_after[] = {
         {"V2.4.1"}, {"V2.4.1", "V3"}, {"V2.4.1", "V3", "V4"}, {"V4"}, {"V4"}};
-    int kills = 0;
-    for (bool killed = true; killed;) {
-        SCOPED_TRACE("killed at step " + std::to_string(kills));
+    int step = 0;
+    for (bool killed = true; killed; step += sample_of(7)) {
+        SCOPED_TRACE("killed at step " + std::to_string(step));
         start_over();
-        GatewayProcess victim(process("1", std::to_string(kills)));
+        GatewayProcess victim(process("1", std::to_string(step)));
         size_t dots = 0;
         while (dots < 4 && victim.wait_for(1)) {
             ++dots;
         }
         const int status = victim.end();
         killed = WIFSIGNALED(status);
-        kills += killed ? 1 : 0;
         ASSERT_TRUE(killed || status == 0) << status;
 
         const Versions versions = versions_after_kill();
@@ -82,8 +81,7 @@ TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneCompleteFirmware)
     }
     // Opening, closing, two flashes and a power cycle save with six steps each; the other steps
     // write images.
-    EXPECT_GT(kills, 5 * 6 + 2 * 20);
-    std::printf("killed at %d steps\n", kills);
+    EXPECT_GT(step, 5 * 6 + 2 * 20);
     const auto requests = server_.requests();
     EXPECT_TRUE(std::ranges::any_of(requests, [](auto &it) {
         return it.find("bytes=") != std::string::npos;
@@ -93,7 +91,7 @@ TEST_F(FirmwareKillTest, AKillAtEveryStepLeavesOneCompleteFirmware)
 TEST_F(FirmwareKillTest, AKillAtAnyMomentLeavesOneCompleteFirmware)
 {
     constexpr int kills = 20;
-    for (int times = 0; times < kills; ++times) {
+    for (int times = 0; times < kills; times += sample_of(3)) {
         GatewayProcess victim(process("1000000", "-1"));
         ASSERT_TRUE(victim.wait_for(1 + times % 4));
         usleep(static_cast<useconds_t>(times * 997 % 40'000));

@@ -53,9 +53,12 @@ class FirmwareMaintenanceTest : public MeshTest {
     std::string children() { return report(json_get_child_router_update_info, "[]"); }
 };
 
+class GetUpdateStatus : public FirmwareMaintenanceTest {};
+class GetHgLog : public FirmwareMaintenanceTest {};
+
 // ---- GET_UPDATE_STATUS -------------------------------------------------------------------------
 
-TEST_F(FirmwareMaintenanceTest, TellsTheFirmwareOfAllRouters)
+TEST_F(GetUpdateStatus, TellsTheFirmwareOfAllRouters)
 {
     child_routers_are({4, 2});
     EXPECT_EQ(run("GET_UPDATE_STATUS", R"({"First":1})"),
@@ -70,7 +73,7 @@ TEST_F(FirmwareMaintenanceTest, TellsTheFirmwareOfAllRouters)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(FirmwareMaintenanceTest, ListsChildRoutersAsTheDeviceLeavesTheirList)
+TEST_F(GetUpdateStatus, ListsChildRoutersAsTheDeviceLeavesTheirList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         child_routers_are({4}, count);
@@ -87,18 +90,7 @@ TEST_F(FirmwareMaintenanceTest, ListsChildRoutersAsTheDeviceLeavesTheirList)
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), Names(8, "825307441"));
 }
 
-TEST_F(FirmwareMaintenanceTest, FailsWithTheMainRouter)
-{
-    for (const int32_t failure : {-1, 1, 1000}) {
-        when<devapi_get_update_status_info>(
-            [=](UpdateStatusInfo *status) { return spoil(status, failure); });
-        EXPECT_EQ(run("GET_UPDATE_STATUS"),
-                  R"({"Status":"1","FailReason":"Get mainrouter update status failed"})");
-    }
-    EXPECT_EQ(recording_device::called_functions(), Names(3, "devapi_get_update_status_info"));
-}
-
-TEST_F(FirmwareMaintenanceTest, HasEightChildRoutersAtMost)
+TEST_F(GetUpdateStatus, HasEightChildRoutersAtMost)
 {
     for (const int32_t count : {8, 9, INT_MAX}) {
         child_routers_are({1, 2, 3, 4, 5, 6, 7, 8}, count);
@@ -108,7 +100,7 @@ TEST_F(FirmwareMaintenanceTest, HasEightChildRoutersAtMost)
     }
 }
 
-TEST_F(FirmwareMaintenanceTest, LeavesOutAChildRouterThatCannotBeRead)
+TEST_F(GetUpdateStatus, LeavesOutAChildRouterThatCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         for (const int32_t position : {0, 1, 2}) {
@@ -127,17 +119,7 @@ TEST_F(FirmwareMaintenanceTest, LeavesOutAChildRouterThatCannotBeRead)
     }
 }
 
-TEST_F(FirmwareMaintenanceTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
-{
-    ChildRouterInfo router = {};
-    fill_places(&router, kChildRouterRecord, brim_of);
-    EXPECT_EQ(
-        report([&](cJSON *object) { return json_insert_childrouter_update_info(object, &router); }),
-        child(brim_of));
-    EXPECT_EQ(result, 0);
-}
-
-TEST_F(FirmwareMaintenanceTest, InsertsNothingWithoutAnArgument)
+TEST_F(GetUpdateStatus, InsertsNothingWithoutAnArgument)
 {
     const ChildRouterInfo router = child_router();
     EXPECT_EQ(json_insert_childrouter_update_info(nullptr, &router), -1);
@@ -160,7 +142,7 @@ TEST_F(FirmwareMaintenanceTest, OfWhatIsNoObjectTellsNothing)
 }
 
 // Without memory for the list itself the key is left out; a list that is short is none.
-TEST_F(FirmwareMaintenanceTest, IsToldWholeOrFails)
+TEST_F(GetUpdateStatus, IsToldWholeOrFails)
 {
     const std::string failed = "{" + failure("Get mainrouter update status failed") + "}";
     const LogLines no_child = {{3, "create child_router_itme err\n"}};
@@ -192,13 +174,13 @@ TEST_F(FirmwareMaintenanceTest, IsToldWholeOrFails)
     EXPECT_EQ(logged, 2u * (1 + 2 * 8));
 }
 
-TEST_F(FirmwareMaintenanceTest, HasNoChildRoutersWithoutAnArray)
+TEST_F(GetUpdateStatus, HasNoChildRoutersWithoutAnArray)
 {
     child_routers_are({4});
     EXPECT_EQ(json_get_child_router_update_info(nullptr), -1);
 }
 
-TEST_F(FirmwareMaintenanceTest, ItsPiecesAreMinusOneWithoutMemory)
+TEST_F(GetUpdateStatus, ItsPiecesAreMinusOneWithoutMemory)
 {
     const auto is_minus_one = [this](const std::string &, auto) {
         EXPECT_EQ(result, -1);
@@ -221,7 +203,7 @@ const Request kUpload({{"First", "1"},
                        {"LogType", R"("syslog")"},
                        {"Last", "{}"}});
 
-TEST_F(FirmwareMaintenanceTest, UploadsTheLog)
+TEST_F(GetHgLog, UploadsTheLog)
 {
     EXPECT_EQ(run("GET_HG_LOG", kUpload.json()),
               kUpload.without("UploadUrl").followed_by(R"("Status":"0")"));
@@ -235,7 +217,7 @@ TEST_F(FirmwareMaintenanceTest, UploadsTheLog)
               (LogLines{{7, "dev_mac = 3c:6a:d2:10:4f:20 br0_mac = 3C6AD2\n"}}));
 }
 
-TEST_F(FirmwareMaintenanceTest, ZeroesBothAddressBuffers)
+TEST_F(GetHgLog, ZeroesBothAddressBuffers)
 {
     when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
         EXPECT_EQ(std::string(mac, 24), std::string(24, '\0'));
@@ -251,7 +233,7 @@ TEST_F(FirmwareMaintenanceTest, ZeroesBothAddressBuffers)
               (LogLines{{7, "dev_mac = " + std::string(23, 'm') + " br0_mac = \n"}}));
 }
 
-TEST_F(FirmwareMaintenanceTest, UploadsToAnAddressAsItCame)
+TEST_F(GetHgLog, UploadsToAnAddressAsItCame)
 {
     for (const std::string &text : {std::string(), text_of_length(100000)}) {
         recording_device::reset();
@@ -262,7 +244,7 @@ TEST_F(FirmwareMaintenanceTest, UploadsToAnAddressAsItCame)
     }
 }
 
-TEST_F(FirmwareMaintenanceTest, SucceedsWhateverTheUploadSays)
+TEST_F(GetHgLog, SucceedsWhateverTheUploadSays)
 {
     for (const int32_t answer : {-1, 1, 1000}) {
         when<devapi_get_hg_log>([=](const char *, const char *, const char *) { return answer; });
@@ -271,33 +253,7 @@ TEST_F(FirmwareMaintenanceTest, SucceedsWhateverTheUploadSays)
     }
 }
 
-TEST_F(FirmwareMaintenanceTest, TakesTheFirstOfRepeatedAddressesInAnyCase)
-{
-    EXPECT_EQ(run("GET_HG_LOG", R"({"uploadurl":"a","UploadUrl":"b","LOGTYPE":"c","LogType":"d"})"),
-              R"({"UploadUrl":"b","LOGTYPE":"c","LogType":"d","Status":"0"})");
-    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names{"a"});
-    EXPECT_EQ(given_to("devapi_get_hg_log", 1), Names{"c"});
-}
-
-TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAKey)
-{
-    const std::string no_url = failure("json node: UploadUrl not found");
-    const std::string no_type = failure("json node: LogType not found");
-    const auto refuses = [](const Request &request, const std::string &members) {
-        EXPECT_EQ(run("GET_HG_LOG", request.json()), request.followed_by(members));
-    };
-    refuses(Request({}), no_url);
-    refuses(kUpload.without("UploadUrl"), no_url);
-    refuses(kUpload.without("LogType"), no_type);
-    for (const std::string &json : kNoTexts) {
-        refuses(kUpload.with("UploadUrl", json), no_url);
-        refuses(kUpload.with("UploadUrl", json).without("LogType"), no_url);
-        refuses(kUpload.with("LogType", json), no_type);
-    }
-    EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
-}
-
-TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAnAddressOfItsOwn)
+TEST_F(GetHgLog, UploadsNothingWithoutAnAddressOfItsOwn)
 {
     for (const int32_t answer : {-1, 1, 1000}) {
         recording_device::reset();
@@ -312,19 +268,6 @@ TEST_F(FirmwareMaintenanceTest, UploadsNothingWithoutAnAddressOfItsOwn)
         EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_iotagtd_device_mac"));
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(FirmwareMaintenanceTest, UploadsNothingThatCannotBeAnswered)
-{
-    EXPECT_EQ(sweep_memory("GET_HG_LOG", kUpload.json(), prepare,
-                           [](const std::string &object, FailingMemory::Fail how) {
-                               EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                                     ? kUpload.followed_by(
-                                                           failure("json node: get dev mac error"))
-                                                     : kUpload.json());
-                               EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
-                           }),
-              1u);
 }
 
 } // namespace firmware_maintenance_test

@@ -8,6 +8,10 @@ namespace gateway_settings_test {
 using recording_device::when;
 using recording_host::LogLine;
 
+class SetLanIpInfo : public HandlerTest {};
+class SetHgDhcpInfo : public HandlerTest {};
+class SetHgPppoeInfo : public HandlerTest {};
+class GetHgPppoeInfo : public HandlerTest {};
 class GatewaySettingsTest : public HandlerTest {};
 
 // ---- GET_HG_BASE_INFO --------------------------------------------------------------------------
@@ -31,9 +35,9 @@ int32_t base_result;
 int32_t lan_result;
 int32_t wan_result;
 
-class BaseInfoTest : public GatewaySettingsTest {
+class GetHgBaseInfo : public GatewaySettingsTest {
   protected:
-    BaseInfoTest()
+    GetHgBaseInfo()
     {
         base_result = lan_result = wan_result = 0;
         // Each field holds its key; everything else in the records is rubbish.
@@ -71,7 +75,7 @@ class BaseInfoTest : public GatewaySettingsTest {
     }
 };
 
-TEST_F(BaseInfoTest, ReportsThreeRecordsInOneOrder)
+TEST_F(GetHgBaseInfo, ReportsThreeRecordsInOneOrder)
 {
     EXPECT_EQ(run("GET_HG_BASE_INFO"), reply(true, true, true));
     EXPECT_EQ(recording_device::called_functions(),
@@ -84,7 +88,7 @@ TEST_F(BaseInfoTest, ReportsThreeRecordsInOneOrder)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(BaseInfoTest, FailsOnlyWhenNothingIsKnown)
+TEST_F(GetHgBaseInfo, FailsOnlyWhenNothingIsKnown)
 {
     for (const int32_t failing : {-1, 1, 1000}) {
         for (int known = 0; known < 8; ++known) {
@@ -97,55 +101,6 @@ TEST_F(BaseInfoTest, FailsOnlyWhenNothingIsKnown)
         }
     }
     EXPECT_EQ(recording_device::calls().size(), 3u * 3 * 8) << "all three calls, whatever fails";
-}
-
-TEST_F(BaseInfoTest, ReadsNoFurtherThanAField)
-{
-    when<devapi_get_hg_base_info>([](HgBaseInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    when<devapi_get_wan_ip_info>([](WanIpInfo *info) {
-        memset(info, 'y', sizeof *info);
-        return 0;
-    });
-    const std::string text = run("GET_HG_BASE_INFO");
-    const Json object = parse(text);
-    for (const BaseKey &key : kBaseKeys) {
-        EXPECT_EQ(cJSON_GetObjectItem(object.get(), key.key)->valuestring,
-                  std::string(key.width, 'x'));
-    }
-    EXPECT_EQ(cJSON_GetObjectItem(object.get(), "Dns")->valuestring, std::string(65, 'y'));
-    EXPECT_EQ(cJSON_GetObjectItem(object.get(), "WanGateWay")->valuestring, std::string(32, 'y'));
-}
-
-TEST_F(BaseInfoTest, DeletesNothing)
-{
-    EXPECT_EQ(run("GET_HG_BASE_INFO", R"({"Name":"x"})"),
-              R"({"Name":"x",)" + reply(true, true, true).substr(1));
-}
-
-TEST_F(BaseInfoTest, WithoutMemoryFailsOrAddsNothing)
-{
-    for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
-        for (size_t first = 0;; ++first) {
-            const Json object = parse("{}");
-            bool failed;
-            {
-                const FailingMemory memory(first, how);
-                hg_process_json_cmd("GET_HG_BASE_INFO", object.get());
-                failed = memory.has_failed();
-            }
-            if (!failed) {
-                EXPECT_EQ(first, 1 + 2u * 25);
-                break;
-            }
-            EXPECT_EQ(print(object.get()),
-                      how == FailingMemory::Fail::kOnce
-                          ? R"({"Status":"1","FailReason":"get base info error!"})"
-                          : "{}");
-        }
-    }
 }
 
 // ---- json_get_home_page_info -------------------------------------------------------------------
@@ -211,7 +166,7 @@ TEST_F(GatewaySettingsTest, NoCommandLeadsToTheHomePage)
 
 // ---- Logs of the settings ----------------------------------------------------------------------
 
-TEST_F(GatewaySettingsTest, TheLanSettingLogsItsValuesUncut)
+TEST_F(SetLanIpInfo, TheLanSettingLogsItsValuesUncut)
 {
     const std::string ip = text_of_length(40);
     run("SET_LAN_IP_INFO",
@@ -221,14 +176,14 @@ TEST_F(GatewaySettingsTest, TheLanSettingLogsItsValuesUncut)
                                             "| SubnetMask:b| StartIp:c| EndIp:d"}}));
 }
 
-TEST_F(GatewaySettingsTest, TheLanSettingLogsThePppoeTextOnABadRequest)
+TEST_F(SetLanIpInfo, TheLanSettingLogsThePppoeTextOnABadRequest)
 {
     run("SET_LAN_IP_INFO", R"({"EndIp":"d"})");
     EXPECT_EQ(recording_host::log_lines(),
               (std::vector<LogLine>{{3, "json_set_hg_pppoe_info : Err, null param"}}));
 }
 
-TEST_F(GatewaySettingsTest, TheDhcpSettingLogs)
+TEST_F(SetHgDhcpInfo, TheDhcpSettingLogs)
 {
     run("SET_HG_DHCP_INFO", R"({"Enable":"a switch that is too long"})");
     run("SET_HG_DHCP_INFO", R"({"Enable":1})");
@@ -237,7 +192,7 @@ TEST_F(GatewaySettingsTest, TheDhcpSettingLogs)
                                     {3, "json_set_hg_dhcp_info : Err, null param"}}));
 }
 
-TEST_F(GatewaySettingsTest, ThePppoeSettingLogsThePasswordInClear)
+TEST_F(SetHgPppoeInfo, ThePppoeSettingLogsThePasswordInClear)
 {
     run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Password":"p","Account":"a"})");
     run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Account":"a"})");
@@ -272,7 +227,7 @@ void pppoe_is(const char *enable)
     });
 }
 
-TEST_F(GatewaySettingsTest, PppoeThatIsOnShowsItsAccount)
+TEST_F(GetHgPppoeInfo, PppoeThatIsOnShowsItsAccount)
 {
     pppoe_is("1");
     EXPECT_EQ(run("GET_HG_PPPOE_INFO"),
@@ -280,38 +235,12 @@ TEST_F(GatewaySettingsTest, PppoeThatIsOnShowsItsAccount)
     EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(144, '\0'));
 }
 
-TEST_F(GatewaySettingsTest, PppoeThatIsNotExactlyOneHidesItsAccount)
+TEST_F(GetHgPppoeInfo, PppoeThatIsNotExactlyOneHidesItsAccount)
 {
     for (const char *enable : {"", "0", "01", "1 ", "11", "2", "on", "NULL", "1111111111111111"}) {
         pppoe_is(enable);
         EXPECT_EQ(run("GET_HG_PPPOE_INFO"), R"({"Status":"0","Enable":"0"})") << enable;
     }
-}
-
-TEST_F(GatewaySettingsTest, ThePppoeFieldsAreReadNoFurther)
-{
-    when<devapi_get_hg_pppoe_info>([](PppoeInfo *info) {
-        fill(info->Account);
-        fill(info->Password);
-        strcpy(info->Enable, "1");
-        return 0;
-    });
-    EXPECT_EQ(run("GET_HG_PPPOE_INFO"), R"({"Status":"0","Enable":"1","Account":")" +
-                                            text_of_length(64) + R"(","Password":")" +
-                                            text_of_length(64) + R"("})");
-}
-
-TEST_F(GatewaySettingsTest, PppoeThatCannotBeReadFails)
-{
-    for (const int32_t result : {-1, 1, -2, 1000}) {
-        when<devapi_get_hg_pppoe_info>([result](PppoeInfo *info) {
-            strcpy(info->Enable, "1");
-            return result;
-        });
-        EXPECT_EQ(run("GET_HG_PPPOE_INFO", R"({"Enable":"x"})"),
-                  R"({"Enable":"x","Status":"1","FailReason":"get hg pppoe info failed"})");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
 } // namespace gateway_settings_test

@@ -1,5 +1,4 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -13,7 +12,7 @@ using Names = std::vector<std::string>;
 
 constexpr char kCommand[] = "GET_GREENNET_PROTECT_PERIOD_LIST";
 
-class ProtectPeriodTest : public HandlerTest {};
+class GetGreennetProtectPeriodList : public HandlerTest {};
 
 void index_is(int32_t index, int32_t result = 1)
 {
@@ -51,7 +50,7 @@ std::string period(int32_t number)
            R"(","DaysOfWeek":"d)" + text + "\"}";
 }
 
-TEST_F(ProtectPeriodTest, ListsThePeriodsOfADevice)
+TEST_F(GetGreennetProtectPeriodList, ListsThePeriodsOfADevice)
 {
     periods_are(2);
     EXPECT_EQ(run(kCommand, R"({"Mac":"AA:BB","sleep":7})"),
@@ -68,21 +67,7 @@ TEST_F(ProtectPeriodTest, ListsThePeriodsOfADevice)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(ProtectPeriodTest, AListNeedsAMac)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Macs", R"("x")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(Request({}).with("Mac", no_text));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kCommand, request.json()),
-                  request.followed_by(failure("json node: mac not found")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(ProtectPeriodTest, AListNeedsADeviceOfTheTable)
+TEST_F(GetGreennetProtectPeriodList, AListNeedsADeviceOfTheTable)
 {
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
         recording_device::reset();
@@ -94,7 +79,7 @@ TEST_F(ProtectPeriodTest, AListNeedsADeviceOfTheTable)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(ProtectPeriodTest, TheResultOfTheCountIsNotLookedAt)
+TEST_F(GetGreennetProtectPeriodList, TheResultOfTheCountIsNotLookedAt)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         periods_are(0);
@@ -109,7 +94,7 @@ TEST_F(ProtectPeriodTest, TheResultOfTheCountIsNotLookedAt)
     }
 }
 
-TEST_F(ProtectPeriodTest, ThereMayBeNoPeriodsOrMany)
+TEST_F(GetGreennetProtectPeriodList, ThereMayBeNoPeriodsOrMany)
 {
     for (const int32_t count : {0, -1, -5, INT32_MIN}) {
         periods_are(count);
@@ -121,60 +106,236 @@ TEST_F(ProtectPeriodTest, ThereMayBeNoPeriodsOrMany)
     EXPECT_EQ(cJSON_GetArraySize(cJSON_GetObjectItem(object.get(), "Sleep")), 1000);
 }
 
-TEST_F(ProtectPeriodTest, APeriodThatCannotBeReadFailsTheList)
+} // namespace protect_period_test
+
+namespace protect_period_setting_test {
+
+using recording_device::Call;
+using recording_device::contents;
+using recording_device::when;
+using recording_host::LogLine;
+using Names = std::vector<std::string>;
+
+constexpr char kCommand[] = "SET_GREENNET_PROTECT_PERIOD_LIST";
+
+const Request kPeriod({{"StartTime", R"("21:00")"},
+                       {"EndTime", R"("06:30")"},
+                       {"Enable", R"("1")"},
+                       {"DaysOfWeek", R"("12345")"}});
+
+const LogLine kIndex = {7, "mac_index = 7\n"};
+const LogLine kNoText = {3, "string is null.\n"};
+
+std::string list_of(const std::string &elements)
 {
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        for (const int32_t count : {3, 2000000, INT32_MAX}) {
-            recording_device::reset();
-            periods_are(count, 2, result);
-            EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"),
-                      R"({"Mac":"x",)" + failure("get protect period list failed") + "}");
-            EXPECT_EQ(recording_device::calls().size(), 4u);
-        }
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
+    return R"({"Mac":"AA:BB","Sleep":[)" + elements + R"(],"Last":2})";
 }
 
-TEST_F(ProtectPeriodTest, CutsTheMacAndReadsNoFurtherThanItsFields)
+std::string reply(const std::string &members)
 {
-    periods_are(1);
-    when<devapi_get_protect_period_info>([](ProtectPeriodInfo *info) {
-        memset(info, 'x', sizeof *info);
+    return R"({"Mac":"AA:BB","Last":2,)" + members + "}";
+}
+
+void index_is(int32_t index, int32_t result = 1)
+{
+    when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
+        *out = index;
+        return result;
+    });
+}
+
+class SetGreennetProtectPeriodList : public HandlerTest {
+  protected:
+    SetGreennetProtectPeriodList() { index_is(7); }
+
+    static void forget()
+    {
+        recording_device::reset();
+        recording_host::reset();
+        index_is(7);
+    }
+};
+
+TEST_F(SetGreennetProtectPeriodList, ReplacesThePeriodsOfADevice)
+{
+    when<devapi_add_greennet_duration>([number = 40](int32_t, int32_t *out) mutable {
+        EXPECT_EQ(*out, 0);
+        *out = ++number;
         return 0;
     });
-    const std::string x(8, 'x');
-    for (const size_t length : {0u, 63u, 64u, 10000u}) {
-        const std::string mac = text_of_length(length);
-        EXPECT_EQ(run(kCommand, R"({"mac":)" + quoted(mac) + R"(,"Mac":"2"})"),
-                  R"({"mac":)" + quoted(mac) +
-                      R"(,"Mac":"2","Status":"0","Sleep":[{"StartTime":")" + x +
-                      R"(","EndTime":")" + x + R"(","Enable":")" + x + R"(","DaysOfWeek":")" + x +
-                      "\"}]}");
-        const auto calls = recording_device::calls();
-        EXPECT_EQ(calls[calls.size() - 3].arguments[0], mac.substr(0, 63));
+    const std::string off = kPeriod.with("Enable", R"("0")").json();
+    EXPECT_EQ(run(kCommand, list_of(off + "," + kPeriod.json())), reply(R"("Status":"0")"));
+    const int32_t none = 0;
+    const ProtectPeriodInfo first = {7, 41, "21:00", "06:30", "0", "12345"};
+    const ProtectPeriodInfo second = {7, 42, "21:00", "06:30", "1", "12345"};
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                                 {"devapi_del_all_duration", {"7"}},
+                                 {"devapi_add_greennet_duration", {"7", contents(&none)}},
+                                 {"devapi_set_protect_period_info", {contents(&first)}},
+                                 {"devapi_add_greennet_duration", {"7", contents(&none)}},
+                                 {"devapi_set_protect_period_info", {contents(&second)}},
+                                 {"devapi_set_protect_enable", {"1", "7"}}}));
+    EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+}
+
+TEST_F(SetGreennetProtectPeriodList, AnEmptyListRemovesAllPeriodsAndSwitchesProtectionOff)
+{
+    EXPECT_EQ(run(kCommand, list_of("")), reply(R"("Status":"0")"));
+    const int32_t none = 0;
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                                 {"devapi_del_all_duration", {"7"}},
+                                 {"devapi_set_protect_enable", {"0", "7"}}}));
+}
+
+TEST_F(SetGreennetProtectPeriodList, ProtectionIsOnWhenOnePeriodIs)
+{
+    const std::pair<std::vector<const char *>, const char *> switches[] = {
+        {{"0"}, "0"},
+        {{"1"}, "1"},
+        {{"0", "0", "0"}, "0"},
+        {{"1", "0", "0"}, "1"},
+        {{"0", "1"}, "1"},
+        {{"1", "1"}, "1"},
+        {{""}, "0"},
+        {{"01"}, "0"},
+        {{"1 "}, "0"},
+        {{"11"}, "0"},
+        {{"2", "on"}, "0"},
+        {{"10000000"}, "0"},
+    };
+    for (const auto &[enables, enabled] : switches) {
+        std::string elements;
+        for (const char *enable : enables) {
+            elements +=
+                (elements.empty() ? "" : ",") + kPeriod.with("Enable", quoted(enable)).json();
+        }
+        EXPECT_EQ(run(kCommand, list_of(elements)), reply(R"("Status":"0")"));
+        EXPECT_EQ(recording_device::calls().back(),
+                  (Call{"devapi_set_protect_enable", {enabled, "7"}}))
+            << elements;
     }
 }
 
-TEST_F(ProtectPeriodTest, AreListedAllOrNotAtAll)
+TEST_F(SetGreennetProtectPeriodList, NeedsADeviceOfTheTable)
 {
-    const size_t allocations = sweep_memory(
-        kCommand, R"({"Mac":"x"})", [] { periods_are(2); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object,
-                      how == FailingMemory::Fail::kOnce
-                          ? R"({"Mac":"x",)" + failure("get protect period list failed") + "}"
-                          : R"({"Mac":"x"})");
-        });
-    EXPECT_EQ(allocations, 1 + 1 + 2 * (1 + 2u * 4));
+    const std::string members = R"({"Mac":"AA:BB","Sleep":[],)";
+    for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
+        forget();
+        index_is(7, result);
+        EXPECT_EQ(run(kCommand, R"({"Mac":"AA:BB","Sleep":[]})"),
+                  members + failure("json node: mac index not found") + "}");
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
+        EXPECT_TRUE(recording_host::log_lines().empty());
+    }
 }
 
-TEST_F(ProtectPeriodTest, WhatIsNoObjectIsLeftAlone)
+TEST_F(SetGreennetProtectPeriodList, WhatIsNoListNeverRemovesAnything)
 {
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse(R"([{"Mac":"x"}])");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), R"([{"Mac":"x"}])");
-    EXPECT_TRUE(recording_device::calls().empty());
+    const Request mac = Request({}).with("Mac", R"("AA:BB")");
+    std::vector<Request> requests = {mac, mac.with("Sleeps", "[]")};
+    for (const std::string json :
+         {"7", "true", "false", "null", R"("")", R"("[]")", "{}", R"({"Sleep":[]})"}) {
+        requests.push_back(mac.with("Sleep", json));
+    }
+    for (const Request &request : requests) {
+        forget();
+        EXPECT_EQ(run(kCommand, request.json()),
+                  request.followed_by(failure("json node: list not found")));
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
+        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+    }
 }
 
-} // namespace protect_period_test
+TEST_F(SetGreennetProtectPeriodList, StopsWhenTheOldPeriodsStay)
+{
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
+        forget();
+        when<devapi_del_all_duration>([result](int32_t) { return result; });
+        EXPECT_EQ(run(kCommand, list_of(kPeriod.json())), reply(failure("del duration failed!")));
+        EXPECT_EQ(recording_device::called_functions(),
+                  (Names{"devapi_get_greennet_index_by_mac", "devapi_del_all_duration"}));
+        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+    }
+}
+
+// What was stored before the element stays stored; protection is not switched.
+TEST_F(SetGreennetProtectPeriodList, StopsAtTheFirstElementWithoutOneOfItsKeys)
+{
+    std::vector<std::string> wrong = {
+        "null", "7", "true", R"("Enable")", "[]", "{}", "[" + kPeriod.json() + "]"};
+    for (const auto &[key, json] : kPeriod.keys()) {
+        wrong.push_back(kPeriod.without(key).json());
+        for (const std::string &no_text : kNoTexts) {
+            wrong.push_back(kPeriod.with(key, no_text).json());
+        }
+    }
+    for (const std::string &bad : wrong) {
+        forget();
+        EXPECT_EQ(run(kCommand, list_of(kPeriod.json() + "," + bad + "," + kPeriod.json())),
+                  reply(failure("parse protect period info failed")));
+        EXPECT_EQ(recording_device::called_functions(),
+                  (Names{"devapi_get_greennet_index_by_mac", "devapi_del_all_duration",
+                         "devapi_add_greennet_duration", "devapi_set_protect_period_info"}))
+            << bad;
+        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{kIndex, kNoText}));
+    }
+}
+
+TEST_F(SetGreennetProtectPeriodList, StopsAtTheFirstPeriodThatTheDeviceRefuses)
+{
+    const std::string three = kPeriod.json() + "," + kPeriod.json() + "," + kPeriod.json();
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
+        forget();
+        int countdown = 2;
+        when<devapi_set_protect_period_info>(
+            [&](const ProtectPeriodInfo *) { return --countdown == 0 ? result : 0; });
+        EXPECT_EQ(run(kCommand, list_of(three)), reply(failure("set protect period info failed")));
+        EXPECT_EQ(recording_device::calls().size(), 2u + 2 * 2);
+
+        forget();
+        countdown = 2;
+        when<devapi_add_greennet_duration>(
+            [&](int32_t, int32_t *) { return --countdown == 0 ? result : 0; });
+        EXPECT_EQ(run(kCommand, list_of(three)), reply(failure("add protect period info failed")));
+        EXPECT_EQ(recording_device::calls().size(), 2u + 2 + 1);
+    }
+}
+
+TEST_F(SetGreennetProtectPeriodList, CutsItsTexts)
+{
+    for (const size_t length : {0u, 6u, 7u, 8u, 63u, 64u, 10000u}) {
+        forget();
+        index_is(INT32_MIN);
+        const std::string text = text_of_length(length);
+        Request request({});
+        for (const auto &[key, json] : kPeriod.keys()) {
+            request = request.with(key, quoted(text));
+        }
+        const Request mac = Request({}).with("Mac", quoted(text));
+        EXPECT_EQ(run(kCommand, mac.with("Sleep", "[" + request.json() + "]").json()),
+                  mac.followed_by(R"("Status":"0")"));
+        ProtectPeriodInfo expected = {INT32_MIN, 0, "", "", "", ""};
+        for (char *field :
+             {expected.StartTime, expected.EndTime, expected.Enable, expected.DaysOfWeek}) {
+            text.copy(field, 7);
+        }
+        EXPECT_EQ(recording_device::calls().at(0).arguments[0], text.substr(0, 63));
+        EXPECT_EQ(recording_device::calls().at(3).arguments[0], contents(&expected));
+        EXPECT_EQ(recording_host::log_lines(),
+                  (std::vector<LogLine>{{7, "mac_index = -2147483648\n"}}));
+    }
+}
+
+TEST_F(SetGreennetProtectPeriodList, TakesHundredsOfPeriods)
+{
+    std::string elements = kPeriod.json();
+    for (int at = 1; at < 300; ++at) {
+        elements += "," + kPeriod.json();
+    }
+    EXPECT_EQ(run(kCommand, list_of(elements)), reply(R"("Status":"0")"));
+    EXPECT_EQ(recording_device::calls().size(), 2u + 2 * 300 + 1);
+}
+
+} // namespace protect_period_setting_test

@@ -1,6 +1,5 @@
 // Access points on the channels, the check of the links, and the signal of a station.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <algorithm>
@@ -16,7 +15,9 @@ using Names = std::vector<std::string>;
 
 constexpr int32_t kAllButMinusOne[] = {0, 1, 2, -2, 1000, INT32_MIN, INT32_MAX};
 
-class LinkChecksTest : public HandlerTest {};
+class GetScanChannelCount : public HandlerTest {};
+class LinkCheck : public HandlerTest {};
+class GetStaRssi : public HandlerTest {};
 
 // ---- GET_SCAN_CHANNEL_COUNT --------------------------------------------------------------------
 
@@ -79,7 +80,7 @@ void bands_are(const Band &at_24g, int32_t count_24g, const Band &at_5g, int32_t
     });
 }
 
-TEST_F(LinkChecksTest, CountsTheAccessPointsOnEachChannel)
+TEST_F(GetScanChannelCount, CountsTheAccessPointsOnEachChannel)
 {
     const Band at_24g = {{1, 6, 11}, {4, 0, 12}};
     const Band at_5g = {{36, 165}, {3, 1}};
@@ -97,7 +98,7 @@ TEST_F(LinkChecksTest, CountsTheAccessPointsOnEachChannel)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(LinkChecksTest, ABandHasNoMoreThanSixtyFourChannels)
+TEST_F(GetScanChannelCount, ABandHasNoMoreThanSixtyFourChannels)
 {
     const Band at_24g = band_from(1);
     const Band at_5g = band_from(100);
@@ -110,25 +111,14 @@ TEST_F(LinkChecksTest, ABandHasNoMoreThanSixtyFourChannels)
     }
 }
 
-TEST_F(LinkChecksTest, ChannelsAndCountsMayBeAnyNumber)
+TEST_F(GetScanChannelCount, ChannelsAndCountsMayBeAnyNumber)
 {
     const Band band = {{0, -1, INT16_MIN, INT16_MAX}, {-1, INT32_MIN, INT32_MAX, 0}};
     bands_are(band, 4, band, 4);
     EXPECT_EQ(run(kCount), counts_reply(band, band));
 }
 
-TEST_F(LinkChecksTest, OnlyMinusOneFailsTheChannels)
-{
-    const Band band = {{7}, {8}};
-    for (const int32_t result : kAllButMinusOne) {
-        bands_are(band, 1, band, 1, result, 0);
-        EXPECT_EQ(run(kCount), counts_reply(band, band)) << result;
-        bands_are(band, 1, band, 1, 0, result);
-        EXPECT_EQ(run(kCount), counts_reply(band, band)) << result;
-    }
-}
-
-TEST_F(LinkChecksTest, BothCallsAreMadeEvenWhenTheFirstFails)
+TEST_F(GetScanChannelCount, BothCallsAreMadeEvenWhenTheFirstFails)
 {
     const Band band = {{7}, {8}};
     for (const auto &[list, count] : {std::pair(-1, 0), std::pair(0, -1), std::pair(-1, -1)}) {
@@ -144,19 +134,6 @@ TEST_F(LinkChecksTest, BothCallsAreMadeEvenWhenTheFirstFails)
         EXPECT_EQ(sent.channels_5g[0], 7);
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(LinkChecksTest, TheCountsAreReportedWholeOrNotAtAll)
-{
-    const Band band = {{7, 8}, {1, 2}};
-    const size_t allocations = sweep_memory(
-        kCount, "{}", [&] { bands_are(band, 2, band, 2); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("Get Wifi channel error") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 2u * (1 + 2 * (1 + 2 + 1)) + 1);
 }
 
 // ---- LINK_CHECK --------------------------------------------------------------------------------
@@ -189,7 +166,7 @@ void ping_gives(int32_t result)
     when<devapi_get_ping_check>([result](const char *) { return result; });
 }
 
-TEST_F(LinkChecksTest, ReportsTheLinksAndWhatAnsweredThePing)
+TEST_F(LinkCheck, ReportsTheLinksAndWhatAnsweredThePing)
 {
     link_is(kLink);
     const std::string reply = run(kCheck);
@@ -204,7 +181,7 @@ TEST_F(LinkChecksTest, ReportsTheLinksAndWhatAnsweredThePing)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(LinkChecksTest, APingWithoutAnswerIsReportedAsEmpty)
+TEST_F(LinkCheck, APingWithoutAnswerIsReportedAsEmpty)
 {
     link_is(kLink);
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
@@ -213,7 +190,7 @@ TEST_F(LinkChecksTest, APingWithoutAnswerIsReportedAsEmpty)
     }
 }
 
-TEST_F(LinkChecksTest, ALinkRecordOfAnyResultButMinusOneIsReported)
+TEST_F(LinkCheck, ALinkRecordOfAnyResultButMinusOneIsReported)
 {
     ping_gives(-1);
     for (const int32_t result : kAllButMinusOne) {
@@ -222,7 +199,7 @@ TEST_F(LinkChecksTest, ALinkRecordOfAnyResultButMinusOneIsReported)
     }
 }
 
-TEST_F(LinkChecksTest, LinksAreReportedAsTheDeviceLeavesThem)
+TEST_F(LinkCheck, LinksAreReportedAsTheDeviceLeavesThem)
 {
     for (const int32_t result : {-1, 1, 1000, INT32_MIN}) {
         link_is(kLink, result);
@@ -234,31 +211,6 @@ TEST_F(LinkChecksTest, LinksAreReportedAsTheDeviceLeavesThem)
               R"({"LanIP":7,"LanIP":"","WanIp":"","DnsCheck":"","DhcpCheck":"","PingCheck":"",)"
               R"("Wifi24Enable":"","Wifi24Channel":"","Wifi24ChannelCheck":"","Wifi58Enable":"",)"
               R"("Wifi58Channel":"","Wifi58ChannelCheck":"","Status":"0"})");
-}
-
-TEST_F(LinkChecksTest, ReadsNoFurtherThanTheFieldsOfTheLinks)
-{
-    LinkInfo full;
-    memset(&full, 'x', sizeof full);
-    link_is(full);
-    ping_gives(-1);
-    const std::string x8 = quoted(std::string(8, 'x'));
-    const std::string x32 = quoted(std::string(32, 'x'));
-    EXPECT_EQ(run(kCheck), R"({"LanIP":)" + x32 + R"(,"WanIp":)" + x32 + R"(,"DnsCheck":)" + x8 +
-                               R"(,"DhcpCheck":)" + x8 + R"(,"PingCheck":"","Wifi24Enable":)" + x8 +
-                               R"(,"Wifi24Channel":)" + x8 + R"(,"Wifi24ChannelCheck":)" + x8 +
-                               R"(,"Wifi58Enable":)" + x8 + R"(,"Wifi58Channel":)" + x8 +
-                               R"(,"Wifi58ChannelCheck":)" + x8 + R"(,"Status":"0"})");
-}
-
-TEST_F(LinkChecksTest, TheLinksAreReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kCheck, "{}", [] { link_is(kLink); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2u * 11);
 }
 
 // ---- GET_STA_RSSI ------------------------------------------------------------------------------
@@ -275,7 +227,7 @@ void signal_is(int32_t dbm, int32_t result = 0)
     });
 }
 
-TEST_F(LinkChecksTest, ReportsTheSignalAsANumber)
+TEST_F(GetStaRssi, ReportsTheSignalAsANumber)
 {
     for (const int32_t dbm : {-57, 0, 1, INT32_MIN, INT32_MAX}) {
         signal_is(dbm);
@@ -287,7 +239,7 @@ TEST_F(LinkChecksTest, ReportsTheSignalAsANumber)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(LinkChecksTest, HandsTheAddressOnWhole)
+TEST_F(GetStaRssi, HandsTheAddressOnWhole)
 {
     for (const size_t length : {0u, 1u, 31u, 32u, 100000u}) {
         const std::string text = text_of_length(length);
@@ -297,42 +249,6 @@ TEST_F(LinkChecksTest, HandsTheAddressOnWhole)
     }
     run(kSignal, R"({"ip":"first","IP":"second"})");
     EXPECT_EQ(recording_device::calls().back().arguments[0], "first");
-}
-
-TEST_F(LinkChecksTest, ASignalNeedsItsAddress)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Ip4", R"("A")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kStation.with("IP", no_text));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kSignal, request.json()),
-                  request.followed_by(failure("rssi get ip is NULL")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(LinkChecksTest, OnlyMinusOneFailsTheSignal)
-{
-    for (const int32_t result : kAllButMinusOne) {
-        signal_is(-40, result);
-        EXPECT_EQ(run(kSignal, kStation.json()), kStation.followed_by(R"("Dbm":-40,"Status":"0")"));
-    }
-    signal_is(-40, -1);
-    EXPECT_EQ(run(kSignal, kStation.json()), kStation.followed_by(failure("get scan rssi failed")));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(LinkChecksTest, TheSignalIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kSignal, kStation.json(), [] { signal_is(-40); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, kStation.followed_by(how == FailingMemory::Fail::kOnce
-                                                       ? failure("get scan rssi failed")
-                                                       : ""));
-        });
-    EXPECT_EQ(allocations, 1u + 1);
 }
 
 } // namespace link_checks_test

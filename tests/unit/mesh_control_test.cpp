@@ -1,6 +1,5 @@
 // Mesh, pairing, LEDs and the first configuration, as far as they follow no pattern.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 namespace mesh_control_test {
@@ -12,6 +11,12 @@ using Names = std::vector<std::string>;
 
 constexpr int32_t kResults[] = {0, -1, 1, 2, -2, 3, 4, 1000, INT32_MIN, INT32_MAX};
 
+class SetTslinkSsid : public HandlerTest {};
+class SetMeshStatus : public HandlerTest {};
+class SetMeshPair : public HandlerTest {};
+class SetLedStatus : public HandlerTest {};
+class SetTslinkConfigStatus : public HandlerTest {};
+class QueryTslinkConfigStatus : public HandlerTest {};
 class MeshControlTest : public HandlerTest {};
 
 // ---- SET_TSLINK_SSID ---------------------------------------------------------------------------
@@ -20,7 +25,7 @@ constexpr char kSetUp[] = "SET_TSLINK_SSID";
 const Request kOn = Request({}).with("Enable", R"("1")");
 const Request kOff = Request({}).with("Enable", R"("0")");
 
-TEST_F(MeshControlTest, SetsTheMeshUpWhateverTheDeviceSays)
+TEST_F(SetTslinkSsid, SetsTheMeshUpWhateverTheDeviceSays)
 {
     for (const int32_t result : kResults) {
         recording_device::reset();
@@ -31,7 +36,7 @@ TEST_F(MeshControlTest, SetsTheMeshUpWhateverTheDeviceSays)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(MeshControlTest, TakesTheMeshDownWhateverTheDeviceSays)
+TEST_F(SetTslinkSsid, TakesTheMeshDownWhateverTheDeviceSays)
 {
     for (const int32_t result : kResults) {
         recording_device::reset();
@@ -43,7 +48,7 @@ TEST_F(MeshControlTest, TakesTheMeshDownWhateverTheDeviceSays)
     }
 }
 
-TEST_F(MeshControlTest, TheMeshKnowsNothingButOnAndOff)
+TEST_F(SetTslinkSsid, TheMeshKnowsNothingButOnAndOff)
 {
     for (const std::string &text :
          {std::string("2"), std::string(""), std::string("01"), std::string("10"),
@@ -57,48 +62,9 @@ TEST_F(MeshControlTest, TheMeshKnowsNothingButOnAndOff)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(MeshControlTest, TheMeshNeedsItsSwitch)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Other", R"("1")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kOn.with("Enable", no_text).with("Other", "1"));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kSetUp, request.json()),
-                  request.followed_by(failure("Enable missing or not string")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(MeshControlTest, OnlyTheFirstOfRepeatedSwitchesIsReadAndConsumed)
-{
-    EXPECT_EQ(run(kSetUp, R"({"ENABLE":"0","Enable":"1"})"), kOn.followed_by(R"("Status":"0")"));
-    EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"0"}}}));
-    EXPECT_EQ(run(kSetUp, R"({"enable":"7","Enable":"1"})"),
-              kOn.followed_by(failure("Enable invalid")));
-    EXPECT_EQ(run(kSetUp, R"({"enable":7,"Enable":"1"})"),
-              R"({"enable":7,"Enable":"1",)" + failure("Enable missing or not string") + "}");
-    EXPECT_EQ(recording_device::calls().size(), 1u);
-}
-
-TEST_F(MeshControlTest, WithoutMemoryTheMeshStaysAsItIs)
-{
-    for (const Request &request : {kOn, kOff}) {
-        const size_t allocations = sweep_memory(
-            kSetUp, request.json(), [] {},
-            [](const std::string &object, FailingMemory::Fail how) {
-                EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-                EXPECT_TRUE(recording_device::calls().empty());
-                EXPECT_TRUE(recording_host::log_lines().empty());
-            });
-        EXPECT_EQ(allocations, 1u);
-    }
-}
-
 // ---- Results that clients are told apart -------------------------------------------------------
 
-TEST_F(MeshControlTest, ABusyMeshIsToldByItsResult)
+TEST_F(SetMeshStatus, ABusyMeshIsToldByItsResult)
 {
     const std::pair<int32_t, const char *> failures[] = {{3, "MESH_BUSY_1"},
                                                          {4, "MESH_BUSY_0"},
@@ -112,7 +78,7 @@ TEST_F(MeshControlTest, ABusyMeshIsToldByItsResult)
     }
 }
 
-TEST_F(MeshControlTest, AMeshThatCannotPairIsToldByItsResult)
+TEST_F(SetMeshPair, AMeshThatCannotPairIsToldByItsResult)
 {
     const std::pair<int32_t, const char *> failures[] = {{2, "WIFI_SET_NOT_SUPPORT"},
                                                          {1, "Set pair status failed"},
@@ -127,28 +93,7 @@ TEST_F(MeshControlTest, AMeshThatCannotPairIsToldByItsResult)
 
 // ---- LEDs --------------------------------------------------------------------------------------
 
-TEST_F(MeshControlTest, LedsAreSetBySwitchColourAndBrightness)
-{
-    EXPECT_EQ(
-        run("SET_LED_STATUS", R"({"LedCoLor":"blue","LedLight":"80","LedSwitch":"1","Other":1})"),
-        R"({"Other":1,"Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_sta_led", {"1", "blue", "80"}}}));
-}
-
-TEST_F(MeshControlTest, LedsNeedAllThreeKeys)
-{
-    const Request whole(
-        {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
-    for (const auto &[key, json] : whole.keys()) {
-        const Request request = whole.without(key);
-        EXPECT_EQ(run("SET_LED_STATUS", request.json()),
-                  request.followed_by(failure("LedCoLor, LedLight or Led_Switch is NULL")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(MeshControlTest, ALedValueThatIsNoTextReachesTheDeviceAsNone)
+TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
 {
     const Request whole(
         {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
@@ -179,7 +124,7 @@ TEST_F(MeshControlTest, ALedValueThatIsNoTextReachesTheDeviceAsNone)
 constexpr char kConfigure[] = "SET_TSLINK_CONFIG_STATUS";
 const Request kConfigured = Request({}).with("ConfiguerStatus", R"("1")");
 
-TEST_F(MeshControlTest, TheAgentLearnsOnceOfANewConfigurationState)
+TEST_F(SetTslinkConfigStatus, TheAgentLearnsOnceOfANewConfigurationState)
 {
     for (const int32_t result : kResults) {
         for (const int32_t agents : kResults) {
@@ -199,7 +144,7 @@ TEST_F(MeshControlTest, TheAgentLearnsOnceOfANewConfigurationState)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(MeshControlTest, WithoutASettingTheAgentLearnsNothing)
+TEST_F(SetTslinkConfigStatus, WithoutASettingTheAgentLearnsNothing)
 {
     run(kConfigure);
     run(kConfigure, R"({"ConfiguerStatus":1})");
@@ -219,7 +164,7 @@ void state_is(int32_t state, int32_t result = 0)
     });
 }
 
-TEST_F(MeshControlTest, TheConfigurationStateIsReportedAsZeroOrOne)
+TEST_F(QueryTslinkConfigStatus, TheConfigurationStateIsReportedAsZeroOrOne)
 {
     const std::pair<int32_t, const char *> states[] = {{0, "0"},         {1, "1"},        {2, "1"},
                                                        {5, "1"},         {-1, "0"},       {-3, "0"},
@@ -232,30 +177,6 @@ TEST_F(MeshControlTest, TheConfigurationStateIsReportedAsZeroOrOne)
     }
     EXPECT_EQ(recording_device::called_functions(),
               Names(std::size(states), "devapi_get_tslink_config"));
-}
-
-TEST_F(MeshControlTest, AConfigurationStateThatCannotBeReadFails)
-{
-    for (const int32_t result : kResults) {
-        state_is(1, result);
-        EXPECT_EQ(run(kIsConfigured, R"({"Other":1})"),
-                  result == 0
-                      ? R"({"Other":1,"ConfiguerStatus":"1","Status":"0"})"
-                      : R"({"Other":1,)" + failure("devapi get tslink config failed") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(MeshControlTest, TheConfigurationStateIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kIsConfigured, "{}", [] { state_is(1); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("devapi get tslink config failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 3u);
 }
 
 // ---- All ---------------------------------------------------------------------------------------
@@ -272,19 +193,6 @@ TEST_F(MeshControlTest, SettingsAreNotLogged)
     }
     EXPECT_EQ(recording_device::calls().size(), 6u);
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(MeshControlTest, WhatIsNoObjectIsLeftAlone)
-{
-    const std::string text = R"([{"Enable":"1","ConfiguerStatus":"1","MAC":"A","heartbeat":"5"}])";
-    for (const char *command : {kSetUp, kConfigure, kIsConfigured, "DEL_LAN_DEVICE",
-                                "SET_KAA_HEARTBEAT", "SET_LED_STATUS", "SET_MESH_PAIR"}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
-    EXPECT_EQ(recording_device::called_functions(), Names(2, "devapi_get_tslink_config"));
 }
 
 } // namespace mesh_control_test

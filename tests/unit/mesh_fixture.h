@@ -4,7 +4,6 @@
 
 #include "clock_control.h"
 #include "handler_test.h"
-#include "regular_commands.h"
 #include "request.h"
 
 #include <algorithm>
@@ -15,6 +14,13 @@
 
 using LogLines = std::vector<recording_host::LogLine>;
 using Names = std::vector<std::string>;
+
+// Where a text of a record stands, and the key that it is reported under.
+struct Place {
+    const char *key;
+    size_t offset;
+    size_t width;
+};
 using Places = std::vector<Place>;
 
 inline constexpr int64_t kNow = 1767225600;

@@ -1,7 +1,6 @@
 // What the mesh reports are made of.
 #include "mesh_report.h"
 
-#include "memory_sweep.h"
 #include "mesh_fixture.h"
 
 namespace mesh_report_test {

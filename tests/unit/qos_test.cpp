@@ -1,14 +1,14 @@
 // Quality of service: its switch, and the priorities of applications.
 #include "handler_test.h"
-#include "memory_sweep.h"
+#include "qos_rules_fixture.h"
 #include "request.h"
+
+#include <algorithm>
+#include <cstring>
 
 namespace qos_test {
 
 using recording_device::Call;
-using recording_device::when;
-
-constexpr int32_t kFailures[] = {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX};
 
 // Texts with the number that the first seven bytes of each begin with.
 const std::pair<std::string, int32_t> kNumbers[] = {{"1", 1},
@@ -26,14 +26,15 @@ const std::pair<std::string, int32_t> kNumbers[] = {{"1", 1},
                                                     {"-1234567", -123456},
                                                     {"       5", 0}};
 
-class QosTest : public HandlerTest {};
+class SetQosEnable : public HandlerTest {};
+class SetQosAppInfo : public HandlerTest {};
 
 // ---- SET_QOS_ENABLE ----------------------------------------------------------------------------
 
 constexpr char kSwitch[] = "SET_QOS_ENABLE";
 const Request kOn = Request({}).with("Enable", R"("1")");
 
-TEST_F(QosTest, SwitchesByTheNumberThatTheTextBeginsWith)
+TEST_F(SetQosEnable, SwitchesByTheNumberThatTheTextBeginsWith)
 {
     for (const auto &[text, number] : kNumbers) {
         EXPECT_EQ(run(kSwitch, kOn.with("Enable", quoted(text)).with("Other", "1").json()),
@@ -45,45 +46,12 @@ TEST_F(QosTest, SwitchesByTheNumberThatTheTextBeginsWith)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(QosTest, ASwitchNeedsItsText)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Other", R"("1")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kOn.with("Enable", no_text));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kSwitch, request.json()),
-                  request.followed_by(failure("get param:enable err")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(QosTest, ASwitchThatFailsIsConsumedToo)
-{
-    for (const int32_t result : kFailures) {
-        when<devapi_set_qos_enable>([result](int32_t) { return result; });
-        EXPECT_EQ(run(kSwitch, R"({"enable":"1","Enable":"2"})"),
-                  R"({"Enable":"2",)" + failure("Set qos enable failed") + "}");
-        EXPECT_EQ(recording_device::calls().back().arguments[0], "1");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
 // ---- SET_QOS_APP_INFO --------------------------------------------------------------------------
 
 constexpr char kPriority[] = "SET_QOS_APP_INFO";
 const Request kApplication({{"Id", R"("3")"}, {"PriorityLevel", R"("high")"}});
 
-TEST_F(QosTest, SetsThePriorityOfAnApplication)
-{
-    EXPECT_EQ(run(kPriority, kApplication.with("Name", R"("kept")").json()),
-              R"({"Name":"kept","Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_qos_app_info", {"3", "high"}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(QosTest, AnApplicationIsANumberOfAnyLength)
+TEST_F(SetQosAppInfo, AnApplicationIsANumberOfAnyLength)
 {
     const std::pair<const char *, const char *> numbers[] = {{"", "0"},
                                                              {"abc", "0"},
@@ -99,71 +67,410 @@ TEST_F(QosTest, AnApplicationIsANumberOfAnyLength)
     }
 }
 
-TEST_F(QosTest, APriorityIsCut)
+} // namespace qos_test
+
+// GET_QOS_INFO: the applications and the rules of quality of service.
+namespace qos_report_test {
+
+using recording_device::Call;
+using recording_device::when;
+
+constexpr char kCommand[] = "GET_QOS_INFO";
+
+class GetQosInfo : public HandlerTest {};
+
+// Puts a text into a field that is zeroed.
+template <size_t width> void put(char (&field)[width], const std::string &text)
 {
-    for (const size_t length : {0u, 6u, 7u, 8u, 100000u}) {
-        const std::string text = text_of_length(length);
-        EXPECT_EQ(run(kPriority, kApplication.with("PriorityLevel", quoted(text)).json()),
-                  R"({"Status":"0"})");
-        EXPECT_EQ(recording_device::calls().back().arguments[1], text.substr(0, 7));
-    }
+    text.copy(field, width - 1);
 }
 
-TEST_F(QosTest, APriorityNeedsBothKeys)
+// A report in which every entry has its number in every text, and rule n has n types, three at
+// most.
+QosInfo report_of(int32_t applications, int32_t rules)
 {
-    for (const auto &[key, json] : kApplication.keys()) {
-        std::vector<Request> requests = {kApplication.without(key), Request({})};
-        for (const std::string &no_text : kNoTexts) {
-            requests.push_back(kApplication.with(key, no_text));
-        }
-        for (const Request &request : requests) {
-            EXPECT_EQ(run(kPriority, request.json()),
-                      request.followed_by(failure("json param is null")));
+    QosInfo qos = {};
+    strcpy(qos.Enable, "1");
+    qos.application_count = applications;
+    for (int at = 0; at < QOS_MAX_APPLICATIONS; ++at) {
+        QosApplication &application = qos.applications[at];
+        const std::string number = std::to_string(at);
+        put(application.Id, "i" + number);
+        put(application.Name, "n" + number);
+        put(application.PriorityLevel, "p" + number);
+    }
+    qos.rule_count = rules;
+    for (int at = 0; at < QOS_MAX_RULES; ++at) {
+        QosRule &rule = qos.rules[at];
+        const std::string number = std::to_string(at);
+        put(rule.Id, "I" + number);
+        strcpy(rule.Action, "unseen");
+        put(rule.Name, "N" + number);
+        put(rule.PriorityLevel, "P" + number);
+        rule.type_count = at;
+        for (int type = 0; type < QOS_MAX_TYPES; ++type) {
+            put(rule.types[type].Type, "t" + number + std::to_string(type));
+            put(rule.types[type].Min, "l" + number + std::to_string(type));
+            put(rule.types[type].Max, "g" + number + std::to_string(type));
+            strcpy(rule.types[type].Reserved, "unseen");
         }
     }
-    EXPECT_TRUE(recording_device::calls().empty());
+    return qos;
+}
+
+void qos_is(const QosInfo &qos, int32_t result = 0)
+{
+    when<devapi_get_uplink_qos_info>([=](QosInfo *info) {
+        *info = qos;
+        return result;
+    });
+}
+
+std::string applications_up_to(int count)
+{
+    std::string elements;
+    for (int at = 0; at < count; ++at) {
+        const std::string number = std::to_string(at);
+        elements += (at == 0 ? R"({"Id":"i)" : R"(,{"Id":"i)") + number + R"(","Name":"n)" +
+                    number + R"(","PriorityLevel":"p)" + number + "\"}";
+    }
+    return "[" + elements + "]";
+}
+
+std::string rule(int at, int types)
+{
+    const std::string number = std::to_string(at);
+    std::string elements;
+    for (int type = 0; type < types; ++type) {
+        const std::string both = number + std::to_string(type);
+        elements += (type == 0 ? R"({"Type":"t)" : R"(,{"Type":"t)") + both + R"(","Min":"l)" +
+                    both + R"(","Max":"g)" + both + "\"}";
+    }
+    return R"({"Id":"I)" + number + R"(","Name":"N)" + number + R"(","PriorityLevel":"P)" + number +
+           R"(","type_list":[)" + elements + "]}";
+}
+
+std::string rules_up_to(int count)
+{
+    std::string elements;
+    for (int at = 0; at < count; ++at) {
+        elements += (at == 0 ? "" : ",") + rule(at, std::min(at, 3));
+    }
+    return "[" + elements + "]";
+}
+
+std::string report_reply(int applications, int rules)
+{
+    return R"({"Enable":"1","app_info_list":)" + applications_up_to(applications) +
+           R"(,"classification_info_list":)" + rules_up_to(rules) + R"(,"Status":"0"})";
+}
+
+TEST_F(GetQosInfo, ReportsApplicationsAndRules)
+{
+    qos_is(report_of(2, 3));
+    EXPECT_EQ(
+        run(kCommand, R"({"Enable":7})"),
+        R"({"Enable":7,"Enable":"1","app_info_list":[{"Id":"i0","Name":"n0","PriorityLevel":"p0"},)"
+        R"({"Id":"i1","Name":"n1","PriorityLevel":"p1"}],"classification_info_list":[)"
+        R"({"Id":"I0","Name":"N0","PriorityLevel":"P0","type_list":[]},)"
+        R"({"Id":"I1","Name":"N1","PriorityLevel":"P1","type_list":[)"
+        R"({"Type":"t10","Min":"l10","Max":"g10"}]},)"
+        R"({"Id":"I2","Name":"N2","PriorityLevel":"P2","type_list":[)"
+        R"({"Type":"t20","Min":"l20","Max":"g20"},{"Type":"t21","Min":"l21","Max":"g21"}]}],)"
+        R"("Status":"0"})");
+    EXPECT_EQ(
+        recording_device::calls(),
+        (std::vector<Call>{{"devapi_get_uplink_qos_info", {std::string(sizeof(QosInfo), '\0')}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(QosTest, APriorityThatFailsIsConsumedToo)
+TEST_F(GetQosInfo, ReportsNoMoreThanTheRecordHolds)
 {
-    for (const int32_t result : kFailures) {
-        when<devapi_set_qos_app_info>([result](int32_t, const char *) { return result; });
-        EXPECT_EQ(
-            run(kPriority, R"({"id":"1","prioritylevel":"a",)" + kApplication.json().substr(1)),
-            kApplication.followed_by(failure("set qos app info failed")));
-        EXPECT_EQ(recording_device::calls().back(), (Call{"devapi_set_qos_app_info", {"1", "a"}}));
+    for (const int32_t count : {0, 1, 3, 4, 5, 6, 7, 1000, INT32_MAX, -1, INT32_MIN}) {
+        qos_is(report_of(count, count));
+        EXPECT_EQ(run(kCommand),
+                  report_reply(std::max(std::min(count, 4), 0), std::max(std::min(count, 6), 0)))
+            << count;
     }
 }
 
-TEST_F(QosTest, WithoutMemoryNothingIsSet)
+TEST_F(GetQosInfo, ARuleHasNoMoreThanThreeTypes)
 {
-    const std::pair<const char *, std::pair<Request, const char *>> settings[] = {
-        {kSwitch, {kOn, "Set qos enable failed"}},
-        {kPriority, {kApplication, "set qos app info failed"}}};
-    for (const auto &[command, setting] : settings) {
-        const char *text = setting.second;
-        const size_t allocations = sweep_memory(
-            command, setting.first.json(), [] {},
-            [text](const std::string &object, FailingMemory::Fail how) {
-                EXPECT_EQ(object,
-                          how == FailingMemory::Fail::kOnce ? "{" + failure(text) + "}" : "{}");
-                EXPECT_TRUE(recording_device::calls().empty());
-            });
-        EXPECT_EQ(allocations, 1u);
+    for (const int32_t count : {0, 1, 2, 3, 4, 1000, INT32_MAX, -1, INT32_MIN}) {
+        QosInfo qos = report_of(0, 1);
+        qos.rules[0].type_count = count;
+        qos_is(qos);
+        EXPECT_EQ(run(kCommand),
+                  R"({"Enable":"1","app_info_list":[],"classification_info_list":[)" +
+                      rule(0, std::max(std::min(count, 3), 0)) + R"(],"Status":"0"})");
     }
 }
 
-TEST_F(QosTest, WhatIsNoObjectIsLeftAlone)
+} // namespace qos_report_test
+
+// Rules of one's own: what the device makes of them.
+namespace qos_rules_test {
+
+using recording_device::when;
+
+class SetQosClassificationInfo : public HandlerTest {};
+
+void device_leaves(const std::string &id, const std::string &action, int32_t result = 0)
 {
-    const std::string text = R"([{"Enable":"1","Id":"1","PriorityLevel":"1"}])";
-    for (const char *command : {kSwitch, kPriority}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
+    when<devapi_set_qos_classification_info>([=](QosRule *rule) {
+        memset(rule, '?', sizeof *rule);
+        memcpy(rule->Id, id.c_str(), std::min(id.size() + 1, sizeof rule->Id));
+        memcpy(rule->Action, action.c_str(), std::min(action.size() + 1, sizeof rule->Action));
+        return result;
+    });
 }
 
-} // namespace qos_test
+TEST_F(SetQosClassificationInfo, AnAddedRuleIsReportedWithTheIdThatTheDeviceLeft)
+{
+    for (const std::string text : {"1", " 1", "01", "+1", "1x", "0000001", "1.9"}) {
+        EXPECT_EQ(run(kCommand, action(text).json()), R"({"Status":"0","Id":"5"})") << text;
+    }
+    for (const size_t length : {0u, 1u, 7u, 8u}) {
+        device_leaves(text_of_length(length), "1");
+        EXPECT_EQ(run(kCommand, action("1").with("Other", "1").json()),
+                  R"({"Other":1,"Status":"0","Id":)" + quoted(text_of_length(length)) + "}");
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(SetQosClassificationInfo, ARuleThatWasNotAddedIsReportedWithoutId)
+{
+    for (const std::string text : {"0", "2", "3", "10", "-1", "x1", "", "00000001"}) {
+        EXPECT_EQ(run(kCommand, action(text).json()), R"({"Status":"0"})") << text;
+    }
+}
+
+// The device says what has become of the rule.
+TEST_F(SetQosClassificationInfo, WhetherARuleWasAddedIsReadAfterTheCall)
+{
+    device_leaves("77", "3");
+    EXPECT_EQ(run(kCommand, action("1").json()), R"({"Status":"0"})");
+    device_leaves("77", "1");
+    EXPECT_EQ(run(kCommand, action("3").json()), R"({"Status":"0","Id":"77"})");
+    EXPECT_EQ(run(kCommand, R"({"Id":"5","Action":"2"})"), R"({"Status":"0","Id":"77"})");
+    device_leaves("77", "11111111");
+    EXPECT_EQ(run(kCommand, action("1").json()), R"({"Status":"0"})");
+}
+
+TEST_F(SetQosClassificationInfo, ARefusedRuleKeepsItsId)
+{
+    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
+        for (const char *text : {"1", "2", "3"}) {
+            device_leaves("77", "1", result);
+            const Request request = action(text).with("Other", "{}");
+            EXPECT_EQ(run(kCommand, request.json()), left_after(request, true));
+        }
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+} // namespace qos_rules_test
+
+// Rules of one's own, as they are read from a request.
+namespace qos_rule_reading_test {
+
+using recording_device::Call;
+using recording_device::contents;
+using recording_host::LogLine;
+
+constexpr char kInvalid[] = "json param is invalid or miss";
+
+Request types(const std::string &json)
+{
+    return kRule.with("type_list", json);
+}
+
+QosRule whole_rule()
+{
+    return {"5", "3", "games", "7", 1, {{"port", "80", "90", ""}}};
+}
+
+LogLine missing(const std::string &keys)
+{
+    return {3, "parse_json_set_qos_cls_info:" + keys + " is invalid or miss"};
+}
+
+constexpr char kSelection[] = "Id,Action";
+constexpr char kDescription[] = "Name,PriorityLevel";
+constexpr char kTypeKeys[] = "Type,Max,Min";
+
+class SetQosClassificationInfoReading : public HandlerTest {
+  protected:
+    void expect_sent(const Request &request, const QosRule &rule)
+    {
+        forget();
+        EXPECT_EQ(run(kCommand, request.json()), left_after(request, false));
+        EXPECT_EQ(recording_device::calls(),
+                  (std::vector<Call>{{"devapi_set_qos_classification_info", {contents(&rule)}}}));
+        EXPECT_TRUE(recording_host::log_lines().empty());
+    }
+
+    void expect_refused(const Request &request, const std::string &keys)
+    {
+        forget();
+        EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure(kInvalid)));
+        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{missing(keys)})
+            << request.json();
+        EXPECT_TRUE(recording_device::calls().empty());
+    }
+
+  private:
+    static void forget()
+    {
+        recording_device::reset();
+        recording_host::reset();
+    }
+};
+
+// ---- Reading -----------------------------------------------------------------------------------
+
+TEST_F(SetQosClassificationInfoReading, SendsARuleWithItsTypes)
+{
+    expect_sent(kRule, whole_rule());
+    expect_sent(kRule.with("Other", R"([{"x":null}])"), whole_rule());
+}
+
+TEST_F(SetQosClassificationInfoReading, ToDeleteARuleTakesNoMoreThanItsIdAndAction)
+{
+    const QosRule rule = {"5", "2", "", "", 0, {}};
+    expect_sent(Request({{"Id", R"("5")"}, {"Action", R"("2")"}}), rule);
+    expect_sent(action("2"), rule);
+    expect_sent(action("2").with("Name", "7").with("type_list", "null"), rule);
+}
+
+TEST_F(SetQosClassificationInfoReading, OnlyATwoDeletes)
+{
+    for (const char *text : {"", "02", "2 ", " 2", "22", "+2", "2.0", "20000000"}) {
+        expect_refused(action(text).without("Name"), kDescription);
+        QosRule rule = whole_rule();
+        strncpy(rule.Action, text, 7);
+        expect_sent(action(text), rule);
+    }
+}
+
+TEST_F(SetQosClassificationInfoReading, ATypeListHasToBeAnArray)
+{
+    expect_refused(kRule.without("type_list"), "type_list");
+    for (const std::string json :
+         {"7", "-0.5", "true", "false", "null", R"("")", R"("[]")", "{}"}) {
+        expect_refused(types(json), "type_list");
+    }
+    expect_refused(types(R"({"0":)" + kType.json() + "}"), "type_list");
+}
+
+TEST_F(SetQosClassificationInfoReading, ATypeListMayBeEmpty)
+{
+    QosRule rule = whole_rule();
+    rule.type_count = 0;
+    rule.types[0] = {};
+    expect_sent(types("[]"), rule);
+}
+
+TEST_F(SetQosClassificationInfoReading, OnlyTheFirstThreeTypesAreRead)
+{
+    QosRule rule = whole_rule();
+    std::string list;
+    for (int count = 1; count <= 5; ++count) {
+        const std::string number = std::to_string(count);
+        list += (count == 1 ? "" : ",") + kType.with("Type", quoted(number)).json();
+        if (count <= 3) {
+            rule.type_count = count;
+            rule.types[count - 1] = {"", "80", "90", ""};
+            strcpy(rule.types[count - 1].Type, number.c_str());
+        }
+        expect_sent(types("[" + list + "]"), rule);
+    }
+    for (const char *behind : {"null", "7", "{}", R"("x")", R"({"Type":1})"}) {
+        const std::string first = list.substr(0, list.find(R"(,{"Type":"4")"));
+        expect_sent(types("[" + first + "," + behind + "]"), rule);
+        expect_sent(types("[" + first + "," + behind + "," + kType.json() + "]"), rule);
+    }
+}
+
+TEST_F(SetQosClassificationInfoReading, EachTypeUpToTheThirdNeedsItsKeys)
+{
+    std::vector<std::string> bad = {
+        "null", "7", "true", R"("Type")", "[]", "{}", "[" + kType.json() + "]"};
+    for (const auto &[key, json] : kType.keys()) {
+        bad.push_back(kType.without(key).json());
+        for (const std::string &no_text : kNoTexts) {
+            bad.push_back(kType.with(key, no_text).json());
+        }
+    }
+    std::string before;
+    for (int position = 0; position < 3; ++position) {
+        for (const std::string &element : bad) {
+            expect_refused(types("[" + before + element + "]"), kTypeKeys);
+            expect_refused(types("[" + before + element + "," + kType.json() + "]"), kTypeKeys);
+        }
+        before += kType.json() + ",";
+    }
+}
+
+// ---- Called directly ---------------------------------------------------------------------------
+
+TEST_F(SetQosClassificationInfoReading, ReadingNeedsARuleAndAnObject)
+{
+    QosRule rule = {};
+    const Json object = parse(kRule.json());
+    EXPECT_EQ(parse_json_set_qos_cls_info(nullptr, object.get()), -1);
+    EXPECT_EQ(parse_json_set_qos_cls_info(&rule, nullptr), -1);
+    EXPECT_EQ(parse_json_set_qos_cls_info(nullptr, nullptr), -1);
+    EXPECT_EQ(contents(&rule), std::string(sizeof rule, '\0'));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(SetQosClassificationInfoReading, ReadingNeedsEveryKey)
+{
+    for (const auto &[key, value] : kRule.keys()) {
+        QosRule rule = {};
+        const Json object = parse(kRule.without(key).json());
+        EXPECT_EQ(parse_json_set_qos_cls_info(&rule, object.get()), -1) << key;
+    }
+}
+
+TEST_F(SetQosClassificationInfoReading, ReadingCountsTheTypesByItself)
+{
+    const std::pair<Request, int32_t> requests[] = {{types("[]"), 0}, {kRule, 1}};
+    for (const int32_t before : {-1, 1, 2, 3, 4, INT32_MIN, INT32_MAX}) {
+        for (const auto &[request, count] : requests) {
+            QosRule rule = {};
+            rule.type_count = before;
+            EXPECT_EQ(parse_json_set_qos_cls_info(&rule, parse(request.json()).get()), 0);
+            EXPECT_EQ(rule.type_count, count);
+        }
+        QosRule rule = {};
+        rule.type_count = before;
+        const Json bad = parse(types("[" + kType.json() + ",{}]").json());
+        EXPECT_EQ(parse_json_set_qos_cls_info(&rule, bad.get()), -1);
+        EXPECT_EQ(rule.type_count, before);
+    }
+}
+
+TEST_F(SetQosClassificationInfoReading, ReadingLeavesTheObjectAsItIs)
+{
+    QosRule rule = {};
+    const Json object = parse(kRule.json());
+    EXPECT_EQ(parse_json_set_qos_cls_info(&rule, object.get()), 0);
+    const QosRule expected = whole_rule();
+    EXPECT_EQ(contents(&rule), contents(&expected));
+    EXPECT_EQ(print(object.get()), kRule.json());
+}
+
+TEST_F(SetQosClassificationInfoReading, WhatIsNoObjectHasNoKeys)
+{
+    for (const std::string json : {"[]", "7", "null", R"("Id")", R"([{"Id":"1","Action":"2"}])"}) {
+        recording_host::reset();
+        QosRule rule = {};
+        const Json item = parse(json);
+        EXPECT_EQ(parse_json_set_qos_cls_info(&rule, item.get()), -1);
+        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{missing(kSelection)});
+    }
+}
+
+} // namespace qos_rule_reading_test

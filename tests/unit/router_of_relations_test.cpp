@@ -1,4 +1,5 @@
 // One child router from the topology's list of relations.
+#include "memory_sweep.h"
 #include "relations_fixture.h"
 
 namespace router_of_relations_test {
@@ -244,6 +245,19 @@ TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
               "[" + router("[]").with("ParentMacAddress", R"("left behind")").json() + "]");
     when<devapi_get_iotagtd_device_mac>([](char *, int32_t) { return -1; });
     EXPECT_EQ(router_report(), "[" + router("[]").with("ParentMacAddress", R"("")").json() + "]");
+}
+
+// What the topology does not know is replaced, each value with memory of its own.
+TEST_F(RouterOfRelationsTest, AreLeftOutWhereMemoryEnds)
+{
+    const auto unknown_to_the_topology = [] {
+        prepare();
+        node_is({});
+        attached_are({});
+    };
+    sweep_memory([](cJSON *object) { json_get_topo_router_info(object); }, "{}",
+                 unknown_to_the_topology,
+                 [](const std::string &object, auto) { EXPECT_EQ(object, "{}"); });
 }
 
 TEST_F(RouterOfRelationsTest, AreNoneWithoutAnArgument)

@@ -1,4 +1,5 @@
 // One child router from the gateway's tree of parameters.
+#include "memory_sweep.h"
 #include "router_tree_fixture.h"
 
 namespace router_of_tree_test {
@@ -163,6 +164,31 @@ TEST_F(RouterOfTreeTest, HasTheLinksOfAChildRouterInThreeAreas)
         cJSON_GetArraySize(cJSON_GetObjectItem(
             cJSON_GetArrayItem(cJSON_GetObjectItem(object.get(), "ChildRouter"), 0), "MeshInfo")),
         8);
+}
+
+// A router below another one has memory for its parent's address, or there is no report.
+TEST_F(RouterOfTreeTest, BelowAnotherIsNotReportedWithoutItsParent)
+{
+    const auto below = [] {
+        when<devapi_topo_xml_getinfo>([](const char *path, char *value) {
+            strcpy(value, strstr(path, "NumberOfEntries") != nullptr ? "2" : "1");
+            return 0;
+        });
+        ChildRouterInfo record = {};
+        put(record.ParentMac, "another");
+        record_is(record);
+    };
+    const auto act = [](cJSON *object) {
+        json_get_topo_router_agent_info_bynewmethod(object);
+    };
+    sweep_memory(act, "{}", below, [](const std::string &object, auto) {
+        const Json report = parse(object);
+        const cJSON *router;
+        cJSON_ArrayForEach(router, cJSON_GetObjectItem(report.get(), "ChildRouter"))
+        {
+            EXPECT_TRUE(cJSON_HasObjectItem(router, "ParentMacAddress")) << object;
+        }
+    });
 }
 
 TEST_F(RouterOfTreeTest, OfWhatIsNoObjectAddsNothing)

@@ -1,7 +1,9 @@
 // Switches of network services, as far as they follow no pattern.
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace service_switches_test {
 
@@ -9,13 +11,14 @@ using recording_device::Call;
 using recording_device::when;
 using Names = std::vector<std::string>;
 
-constexpr int32_t kFailures[] = {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX};
-
+class GetTsconfStatus : public HandlerTest {};
+class GetWpsEnable : public HandlerTest {};
+class SetWpsEnable : public HandlerTest {};
 class ServiceSwitchesTest : public HandlerTest {};
 
 // ---- GET_TSCONF_STATUS -------------------------------------------------------------------------
 
-TEST_F(ServiceSwitchesTest, TheConfigurationServiceIsTakenInEightBytes)
+TEST_F(GetTsconfStatus, TheConfigurationServiceIsTakenInEightBytes)
 {
     run("GET_TSCONF_STATUS");
     EXPECT_EQ(recording_device::calls(),
@@ -35,7 +38,7 @@ void wps_is(int32_t enable, int32_t result = 0)
     });
 }
 
-TEST_F(ServiceSwitchesTest, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
+TEST_F(GetWpsEnable, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
 {
     const std::pair<int32_t, const char *> switches[] = {{1, "1"},
                                                          {0, "0"},
@@ -55,34 +58,12 @@ TEST_F(ServiceSwitchesTest, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(ServiceSwitchesTest, WpsThatCannotBeReadFails)
-{
-    for (const int32_t result : kFailures) {
-        wps_is(1, result);
-        EXPECT_EQ(run(kGetWps, R"({"Other":1})"),
-                  R"({"Other":1,)" + failure("Get wps enable failed") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(ServiceSwitchesTest, WpsIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kGetWps, "{}", [] { wps_is(1); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("Get wps enable failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 3u);
-}
-
 // ---- SET_WPS_ENABLE ----------------------------------------------------------------------------
 
 constexpr char kSetWps[] = "SET_WPS_ENABLE";
 const Request kOn = Request({}).with("Enable", R"("1")");
 
-TEST_F(ServiceSwitchesTest, WpsIsSwitchedByTheNumberThatTheTextBeginsWith)
+TEST_F(SetWpsEnable, WpsIsSwitchedByTheNumberThatTheTextBeginsWith)
 {
     const std::pair<const char *, const char *> numbers[] = {{"1", "1"},
                                                              {"0", "0"},
@@ -104,42 +85,6 @@ TEST_F(ServiceSwitchesTest, WpsIsSwitchedByTheNumberThatTheTextBeginsWith)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(ServiceSwitchesTest, WpsNeedsItsSwitch)
-{
-    std::vector<Request> requests = {Request({}), Request({}).with("Other", R"("1")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kOn.with("Enable", no_text));
-    }
-    for (const Request &request : requests) {
-        EXPECT_EQ(run(kSetWps, request.json()),
-                  request.followed_by(failure("get param:enable err")));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(ServiceSwitchesTest, AWpsSwitchThatFailsIsConsumedToo)
-{
-    for (const int32_t result : kFailures) {
-        when<devapi_set_wps_enable>([result](int32_t) { return result; });
-        EXPECT_EQ(run(kSetWps, R"({"enable":"1","Enable":"2"})"),
-                  R"({"Enable":"2",)" + failure("Set wps enable failed") + "}");
-        EXPECT_EQ(recording_device::calls().back().arguments[0], "1");
-    }
-}
-
-TEST_F(ServiceSwitchesTest, WithoutMemoryWpsIsNotSwitched)
-{
-    const size_t allocations = sweep_memory(
-        kSetWps, kOn.json(), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("Set wps enable failed") + "}"
-                                  : "{}");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
 // ---- All ---------------------------------------------------------------------------------------
 
 TEST_F(ServiceSwitchesTest, SettingsAreNotLogged)
@@ -154,18 +99,6 @@ TEST_F(ServiceSwitchesTest, SettingsAreNotLogged)
     }
     EXPECT_EQ(recording_device::calls().size(), 5u);
     EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(ServiceSwitchesTest, WhatIsNoObjectIsLeftAlone)
-{
-    const std::string text = R"([{"Enable":"1","Mode":"1"}])";
-    for (const char *command :
-         {kGetWps, kSetWps, "SET_AP_MULTISERVICE_MODE", "GET_TSCONF_STATUS"}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(text);
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), text) << command;
-    }
 }
 
 } // namespace service_switches_test

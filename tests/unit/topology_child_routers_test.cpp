@@ -5,11 +5,11 @@ namespace topology_child_routers_test {
 
 using recording_device::when;
 
-class TopologyChildRoutersTest : public TopologyChildRouters {};
+class GetTslinkTopologyInfoChildRouters : public TopologyChildRouters {};
 
 // ---- json_get_child_router_topo_info -----------------------------------------------------------
 
-TEST_F(TopologyChildRoutersTest, AreListedWithTheirStations)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreListedWithTheirStations)
 {
     child_routers_are({7, -3});
     stations_are({5}, 1);
@@ -30,7 +30,7 @@ TEST_F(TopologyChildRoutersTest, AreListedWithTheirStations)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(TopologyChildRoutersTest, AreListedAsTheDeviceLeavesTheirList)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreListedAsTheDeviceLeavesTheirList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         child_routers_are({7}, count);
@@ -51,13 +51,13 @@ TEST_F(TopologyChildRoutersTest, AreListedAsTheDeviceLeavesTheirList)
     }
 }
 
-TEST_F(TopologyChildRoutersTest, AreNoneWithoutAnArray)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreNoneWithoutAnArray)
 {
     EXPECT_EQ(json_get_child_router_topo_info(nullptr), -1);
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(TopologyChildRoutersTest, AreEightAtMost)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreEightAtMost)
 {
     for (const int32_t count : {9, INT_MAX}) {
         child_routers_are({1, 2, 3, 4, 5, 6, 7, 8}, count);
@@ -67,7 +67,7 @@ TEST_F(TopologyChildRoutersTest, AreEightAtMost)
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 1).back(), "8");
 }
 
-TEST_F(TopologyChildRoutersTest, AreListedThoughTheSpeedsAreOld)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreListedThoughTheSpeedsAreOld)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         recording_host::reset();
@@ -78,7 +78,7 @@ TEST_F(TopologyChildRoutersTest, AreListedThoughTheSpeedsAreOld)
     }
 }
 
-TEST_F(TopologyChildRoutersTest, AreLeftOutWhenTheyCannotBeRead)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreLeftOutWhenTheyCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         for (const int32_t position : {0, 1, 2}) {
@@ -97,7 +97,7 @@ TEST_F(TopologyChildRoutersTest, AreLeftOutWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(TopologyChildRoutersTest, AskForTheStationsOfAMacWithoutAnEnd)
+TEST_F(GetTslinkTopologyInfoChildRouters, AskForTheStationsOfAMacWithoutAnEnd)
 {
     ChildRouterInfo record = child_router();
     fill(record.Mac);
@@ -106,7 +106,7 @@ TEST_F(TopologyChildRoutersTest, AskForTheStationsOfAMacWithoutAnEnd)
     EXPECT_EQ(given_to("devapi_get_childsta_list", 1), Names{text_of_length(64)});
 }
 
-TEST_F(TopologyChildRoutersTest, StandInTheWholeReport)
+TEST_F(GetTslinkTopologyInfoChildRouters, StandInTheWholeReport)
 {
     stations_are({5}, 1);
     station_is(attached_device());
@@ -119,7 +119,7 @@ TEST_F(TopologyChildRoutersTest, StandInTheWholeReport)
 
 // ---- json_insert_childrouter_info --------------------------------------------------------------
 
-TEST_F(TopologyChildRoutersTest, ReportNoFurtherThanTheirFields)
+TEST_F(GetTslinkTopologyInfoChildRouters, ReportNoFurtherThanTheirFields)
 {
     ChildRouterInfo record = child_router();
     EXPECT_EQ(router(record), expected(kRouterPlaces).json());
@@ -129,7 +129,7 @@ TEST_F(TopologyChildRoutersTest, ReportNoFurtherThanTheirFields)
     EXPECT_EQ(router(record), expected(kRouterPlaces, brim_of).json());
 }
 
-TEST_F(TopologyChildRoutersTest, HaveLinksForTheOperatorsModelInAnyCase)
+TEST_F(GetTslinkTopologyInfoChildRouters, HaveLinksForTheOperatorsModelInAnyCase)
 {
     ChildRouterInfo record = child_router();
     record.link_count = 2;
@@ -162,7 +162,7 @@ TEST_F(TopologyChildRoutersTest, HaveLinksForTheOperatorsModelInAnyCase)
     EXPECT_EQ(router(record), expected(kRouterPlaces).json());
 }
 
-TEST_F(TopologyChildRoutersTest, HaveEightLinksAtMost)
+TEST_F(GetTslinkTopologyInfoChildRouters, HaveEightLinksAtMost)
 {
     model_is("qx2040b");
     ChildRouterInfo record = {};
@@ -187,7 +187,7 @@ TEST_F(TopologyChildRoutersTest, HaveEightLinksAtMost)
     }
 }
 
-TEST_F(TopologyChildRoutersTest, AreNothingWithoutAnArgument)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreNothingWithoutAnArgument)
 {
     const ChildRouterInfo record = child_router();
     EXPECT_EQ(json_insert_childrouter_info(nullptr, &record), -1);
@@ -198,3 +198,146 @@ TEST_F(TopologyChildRoutersTest, AreNothingWithoutAnArgument)
 }
 
 } // namespace topology_child_routers_test
+
+// The stations of the child routers in the topology report.
+namespace topology_stations_test {
+
+using recording_device::when;
+
+class GetTslinkTopologyInfoStations : public TopologyChildRouters {};
+
+// ---- json_get_childsta_info --------------------------------------------------------------------
+
+TEST_F(GetTslinkTopologyInfoStations, AskForEachStationByItsIndexAlone)
+{
+    stations_are({5, -9}, 2);
+    station_is(attached_device());
+    EXPECT_EQ(stations(), "[" + station().json() + "," + station().json() + "]");
+    EXPECT_EQ(given_to("devapi_get_childsta_list", 0), Names{std::string(260, '\0')});
+    EXPECT_EQ(given_to("devapi_get_childsta_list", 1), Names{"the mac"});
+    AdBaseInfo first = {};
+    first.HostIndex = 5;
+    AdBaseInfo second = {};
+    second.HostIndex = -9;
+    EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0),
+              (Names{recording_device::contents(&first), recording_device::contents(&second)}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GetTslinkTopologyInfoStations, AreListedAsTheDeviceLeavesTheirList)
+{
+    for (const int32_t count : {0, -1, INT_MIN}) {
+        stations_are({5}, count);
+        EXPECT_EQ(stations(), "[]");
+    }
+    when<devapi_get_childsta_list>([](ChildStationList *, const char *) { return -1; });
+    EXPECT_EQ(stations(), "[]");
+    EXPECT_EQ(recording_device::called_functions(), Names(4, "devapi_get_childsta_list"));
+    for (const int32_t failure : {-1, 1, 1000}) {
+        when<devapi_get_childsta_list>(
+            [=](ChildStationList *list, const char *) { return spoil(list, failure); });
+        const Json array = parse(stations());
+        EXPECT_EQ(cJSON_GetArraySize(array.get()), 64);
+    }
+}
+
+TEST_F(GetTslinkTopologyInfoStations, HaveSixtyFourStationsAtMost)
+{
+    for (const int32_t count : {64, 65, INT_MAX}) {
+        stations_are(std::vector<int32_t>(64, 3), count);
+        const Json array = parse(stations());
+        EXPECT_EQ(cJSON_GetArraySize(array.get()), 64);
+    }
+    EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0).size(), 3u * 64);
+}
+
+TEST_F(GetTslinkTopologyInfoStations, LeaveOutAStationThatCannotBeRead)
+{
+    for (const int32_t failure : {-1, 1, 1000}) {
+        for (const int32_t position : {0, 1, 2}) {
+            recording_host::reset();
+            stations_are({0, 1, 2}, 3);
+            when<devapi_get_childsta_base_info>([=](AdBaseInfo *info) {
+                const bool fails = info->HostIndex == position;
+                *info = attached_device();
+                return fails ? spoil(info, failure) : 0;
+            });
+            EXPECT_EQ(stations(), "[" + station().json() + "," + station().json() + "]");
+            EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "get ad_base info err\n"}}));
+        }
+    }
+}
+
+TEST_F(GetTslinkTopologyInfoStations, HaveNoStationsWithoutAnArgument)
+{
+    json_get_childsta_info(nullptr, "the mac");
+    EXPECT_EQ(stations(nullptr), "[]");
+    EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "param is NULL\n"}));
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+// ---- json_insert_childsta_info -----------------------------------------------------------------
+
+TEST_F(GetTslinkTopologyInfoStations, HaveStationsKeyByKey)
+{
+    AdBaseInfo record = attached_device();
+    EXPECT_EQ(station_object(&record), station().json());
+    EXPECT_EQ(result, 0);
+    EXPECT_STREQ(record.AccessTime, "100");
+    EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_local_timezone"});
+    fill_places(&record, kAttachedDevice, brim_of);
+    EXPECT_EQ(station_object(&record),
+              station(brim_of).with("AccessTime", quoted(std::to_string(kNow))).json());
+}
+
+TEST_F(GetTslinkTopologyInfoStations, CopyNullAsItStands)
+{
+    AdBaseInfo record = {};
+    fill_places(&record, kAttachedDevice, [](const Place &) { return std::string("NULL"); });
+    EXPECT_EQ(station_object(&record), station([](const Place &) { return std::string("NULL"); })
+                                           .with("AccessTime", quoted(std::to_string(kNow)))
+                                           .json());
+}
+
+TEST_F(GetTslinkTopologyInfoStations, CallAStationByItsHostNameWithoutAnotherName)
+{
+    AdBaseInfo record = attached_device();
+    put(record.ByName, "");
+    EXPECT_EQ(station_object(&record), station().with("ByName", R"("Name")").json());
+    record = attached_device();
+    put(record.ByName, "");
+    fill(record.Name); // without an end
+    const std::string name = quoted(text_of_length(32));
+    EXPECT_EQ(station_object(&record), station().with("Name", name).with("ByName", name).json());
+    record = attached_device();
+    put(record.ByName, "NULL");
+    EXPECT_EQ(station_object(&record), station().with("ByName", R"("NULL")").json());
+    record = attached_device();
+    put(record.ByName, "B");
+    EXPECT_EQ(station_object(&record), station().with("ByName", R"("B")").json());
+}
+
+TEST_F(GetTslinkTopologyInfoStations, CorrectTheTimeByTheZoneInAnyTimeType)
+{
+    const std::pair<int32_t, std::string> zones[] = {{8, R"("-28700")"}, {-5, R"("18100")"}};
+    for (const auto &[hours, elapsed] : zones) {
+        for (const int32_t type : {0, 1, 2}) {
+            zone_is(hours);
+            time_type_is(type);
+            AdBaseInfo record = attached_device();
+            EXPECT_EQ(station_object(&record), station().with("AccessTime", elapsed).json());
+        }
+    }
+}
+
+TEST_F(GetTslinkTopologyInfoStations, HaveNoStationWithoutAnArgument)
+{
+    AdBaseInfo record = attached_device();
+    EXPECT_EQ(json_insert_childsta_info(nullptr, &record), -1);
+    EXPECT_EQ(station_object(nullptr), "{}");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(record.AccessTime, std::to_string(kNow - 100));
+    EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
+}
+
+} // namespace topology_stations_test

@@ -29,9 +29,9 @@ void device_returns(int32_t result)
     });
 }
 
-class UplinkWifiTest : public HandlerTest {};
+class SetUplinkWifiInfo : public HandlerTest {};
 
-TEST_F(UplinkWifiTest, JoinsTheNetworkAndReportsItsName)
+TEST_F(SetUplinkWifiInfo, JoinsTheNetworkAndReportsItsName)
 {
     device_returns(0);
     EXPECT_EQ(run(kCommand, kUplink.with("Other", "[1]").json()),
@@ -45,7 +45,7 @@ TEST_F(UplinkWifiTest, JoinsTheNetworkAndReportsItsName)
                                         " cypher2 = AES, band = 5G\r\n"}}));
 }
 
-TEST_F(UplinkWifiTest, ReportsTheNameAsked)
+TEST_F(SetUplinkWifiInfo, ReportsTheNameAsked)
 {
     EXPECT_EQ(run(kCommand, kUplink.json()), R"({"Status":"0","ConnectedSSID":"street"})");
     EXPECT_EQ(run(kCommand, kUplink.with("SSID", quoted(text_of_length(64))).json()),
@@ -63,7 +63,7 @@ TEST_F(UplinkWifiTest, ReportsTheNameAsked)
     EXPECT_EQ(run(kCommand, kUplink.json()), R"({"Status":"0","ConnectedSSID":""})");
 }
 
-TEST_F(UplinkWifiTest, AnswersByTheDevicesResult)
+TEST_F(SetUplinkWifiInfo, AnswersByTheDevicesResult)
 {
     const std::pair<int32_t, std::string> replies[] = {
         {-1, "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"},
@@ -82,7 +82,7 @@ TEST_F(UplinkWifiTest, AnswersByTheDevicesResult)
     EXPECT_EQ(recording_host::log_lines().size(), std::size(replies)) << "the values only";
 }
 
-TEST_F(UplinkWifiTest, CutsItsTextsButNotTheLog)
+TEST_F(SetUplinkWifiInfo, CutsItsTextsButNotTheLog)
 {
     for (const size_t length : {63u, 64u, 127u, 128u, 100000u}) {
         const std::string text = text_of_length(length);
@@ -106,7 +106,7 @@ TEST_F(UplinkWifiTest, CutsItsTextsButNotTheLog)
     }
 }
 
-TEST_F(UplinkWifiTest, NamesEachAbsentKey)
+TEST_F(SetUplinkWifiInfo, NamesEachAbsentKey)
 {
     const std::pair<const char *, const char *> lines[] = {
         {"SSID", "can not find SSID object!\n"},
@@ -131,21 +131,7 @@ TEST_F(UplinkWifiTest, NamesEachAbsentKey)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(UplinkWifiTest, RefusesEachKeyWithoutText)
-{
-    for (const auto &[key, json] : kUplink.keys()) {
-        for (const std::string &no_text : kNoTexts) {
-            recording_host::reset();
-            const Request request = kUplink.with(key, no_text);
-            EXPECT_EQ(run(kCommand, request.json()),
-                      request.followed_by(failure("value string null")));
-            EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kRefused});
-        }
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(UplinkWifiTest, LooksAtAbsenceFirst)
+TEST_F(SetUplinkWifiInfo, LooksAtAbsenceFirst)
 {
     const Request request = kUplink.with("SSID", "7").without("Band");
     EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure("json node null")));
@@ -153,31 +139,8 @@ TEST_F(UplinkWifiTest, LooksAtAbsenceFirst)
               (std::vector<LogLine>{{3, "can not find Band object!\n"}, kRefused}));
 }
 
-TEST_F(UplinkWifiTest, OnlyTheFirstOfRepeatedKeysIsReadAndConsumed)
-{
-    EXPECT_EQ(run(kCommand, R"({"ssid":"1","pwd":"2","encrypt":"3","wpacypher":"4",)"
-                            R"("wpa2cypher":"5","band":"6",)" +
-                                kUplink.json().substr(1)),
-              kUplink.followed_by(R"("Status":"0","ConnectedSSID":"1")"));
-    const UplinkWifiInfo expected = {"1", "2", "3", "4", "5", "6"};
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], contents(&expected));
-}
-
-TEST_F(UplinkWifiTest, WithoutMemoryIsNotJoined)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, kUplink.json(), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"
-                                  : "{}");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 3u);
-}
-
 // No reply at all would say that the device had another result.
-TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
+TEST_F(SetUplinkWifiInfo, WithoutMemoryForTheThirdStatusFails)
 {
     const size_t allocations = sweep_memory(
         kCommand, kUplink.json(),
@@ -188,15 +151,6 @@ TEST_F(UplinkWifiTest, WithoutMemoryForTheThirdStatusFails)
                                   : "{}");
         });
     EXPECT_EQ(allocations, 6u);
-}
-
-TEST_F(UplinkWifiTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse("[" + kUplink.json() + "]");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), "[" + kUplink.json() + "]");
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
 } // namespace uplink_wifi_test

@@ -1,158 +1,66 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace wan_test {
 
-using recording_device::Call;
-using recording_device::contents;
 using recording_device::when;
 using recording_host::LogLine;
 
 constexpr char kCommand[] = "QUERY_WAN_INFO";
 
-class WanTest : public HandlerTest {};
+class QueryWanInfo : public HandlerTest {};
 
-// A text of the record: the key by which the protocol knows it, and where it stands.
-struct WanText {
-    const char *key;
-    size_t offset;
-};
-
-const std::vector<WanText> kReported = {
-    {"INDEX", 0},
-    {"IFNAME", 64},
-    {"CONNECTIONTYPE", 200},
-    {"CONNECTIONSTATUS", 128},
-    {"PROTOCOL", 264},
-    {"UPLINKMODE", 328},
-    {"SERVICELIST", 456},
-    {"ADDRESSTYPE", 520},
-    {"IPADDRESS", 584},
-    {"SUBNETMASK", 648},
-    {"GATEWAY", 712},
-    {"DNS1", 776},
-    {"DNS2", 840},
-    {"IPV6_CONNECTIONSTATUS", 920},
-    {"IPV6_IPADDRESS", 1112},
-    {"IPV6_PRIFIX", 984},
-    {"IPV6_PREFIXLENGTH", 1048},
-    {"IPV6_GATEWAY", 1176},
-    {"IPV6_DNS1", 1240},
-    {"IPV6_DNS2", 1304},
-    {"PPPOE_USR_NAME", 1368},
-    {"PPPOE_PASSWORD", 1432},
-    {"PPPOE_PROXY", 1496},
-    {"PPPOE_SERVICENAME", 1560},
-    {"PPPOE_DIAL_MODE", 1624},
-    {"NATENABLE", 1688},
-    {"QOSENABLE", 1752},
-    {"VLANID", 1816},
-    {"VLANPRIORITY", 1880},
-};
-
-// A device that writes what text() gives into each reported field, and rubbish everywhere else.
-template <class Text> void wan_holds(Text text, int32_t result = 0)
+// The reply when the fields that can be missing, and one that cannot, hold the text.
+std::string reply_of(const std::string &text)
 {
     when<devapi_query_wan_info>([=](WanInfo *info) {
-        memset(info, '?', sizeof *info);
-        for (const WanText &place : kReported) {
-            char *field = reinterpret_cast<char *>(info) + place.offset;
-            memset(field, '\0', 64);
-            std::string(text(place)).copy(field, 64);
-        }
-        return result;
-    });
-}
-
-template <class Text> std::string reported(Text text)
-{
-    std::string reply = R"("Status":"0")";
-    for (const WanText &place : kReported) {
-        reply += std::string(",\"") + place.key + "\":" + quoted(text(place));
-    }
-    return reply;
-}
-
-std::string own_name(const WanText &place)
-{
-    return std::string("its ") + place.key;
-}
-
-// What reaches the device of a query.
-std::string asked_for(const std::string &name)
-{
-    WanInfo wan = {};
-    name.copy(wan.WANName, sizeof wan.WANName);
-    return contents(&wan);
-}
-
-TEST_F(WanTest, ReportsAConnectionByItsName)
-{
-    wan_holds(own_name);
-    EXPECT_EQ(run(kCommand, R"({"First":1,"WANName":"2_INTERNET_R","INDEX":7})"),
-              R"({"First":1,"INDEX":7,)" + reported(own_name) + "}");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_query_wan_info", {asked_for("2_INTERNET_R")}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WanTest, AConnectionIsReadNoFurtherThanItsFields)
-{
-    const auto brim = [](const WanText &) {
-        return text_of_length(64);
-    };
-    wan_holds(brim);
-    EXPECT_EQ(run(kCommand, R"({"WANName":""})"), "{" + reported(brim) + "}");
-    when<devapi_query_wan_info>([](WanInfo *info) {
         memset(info, 'x', sizeof *info);
+        for (char *field : {info->GATEWAY, info->IPV6_IPADDRESS, info->IPV6_PRIFIX,
+                            info->IPV6_GATEWAY, info->PPPOE_DIAL_MODE, info->DNS1}) {
+            strcpy(field, text.c_str());
+        }
         return 0;
     });
-    EXPECT_EQ(run(kCommand, R"({"WANName":""})"),
-              "{" + reported([](const WanText &) { return std::string(64, 'x'); }) + "}");
+    return run(kCommand, R"({"WANName":"w"})");
 }
 
-TEST_F(WanTest, FiveMissingValuesAreReportedAsEmpty)
+std::vector<std::string> keys_with(const std::string &reply, const std::string &text)
 {
-    const std::vector<std::string> emptied = {"GATEWAY", "IPV6_IPADDRESS", "IPV6_PRIFIX",
-                                              "IPV6_GATEWAY", "PPPOE_DIAL_MODE"};
-    wan_holds([](const WanText &) { return "NULL"; });
-    EXPECT_EQ(run(kCommand, R"({"WANName":"w"})"),
-              "{" + reported([&](const WanText &place) {
-                  return std::count(emptied.begin(), emptied.end(), place.key) == 1 ? "" : "NULL";
-              }) + "}");
-}
-
-TEST_F(WanTest, OnlyTheExactWordIsAMissingValue)
-{
-    for (const char *text : {"null", "Null", "NULL ", " NULL", "NULLx", "NUL", "N", ""}) {
-        const auto held = [text](const WanText &) {
-            return text;
-        };
-        wan_holds(held);
-        EXPECT_EQ(run(kCommand, R"({"WANName":"w"})"), "{" + reported(held) + "}");
+    std::vector<std::string> keys;
+    const Json object = parse(reply);
+    const cJSON *item;
+    cJSON_ArrayForEach(item, object.get())
+    {
+        if (item->valuestring == text) {
+            keys.emplace_back(item->string);
+        }
     }
-    wan_holds([](const WanText &) { return std::string("NULL\0 and more", 14); });
-    const std::string reply = run(kCommand, R"({"WANName":"w"})");
-    EXPECT_NE(reply.find(R"("GATEWAY":"","DNS1":"NULL","DNS2":"NULL")"), std::string::npos);
+    return keys;
 }
 
-TEST_F(WanTest, CutsTheNameOfTheConnection)
+TEST_F(QueryWanInfo, FiveMissingValuesAreReportedAsEmpty)
 {
-    wan_holds(own_name);
-    for (const size_t length : {0u, 62u, 63u, 64u, 65u, 10000u}) {
-        const std::string name = text_of_length(length);
-        EXPECT_EQ(run(kCommand, R"({"WANName":)" + quoted(name) + "}"),
-                  "{" + reported(own_name) + "}");
-        EXPECT_EQ(recording_device::calls().back().arguments[0], asked_for(name.substr(0, 63)))
-            << length;
+    EXPECT_EQ(keys_with(reply_of("NULL"), ""),
+              (std::vector<std::string>{"GATEWAY", "IPV6_IPADDRESS", "IPV6_PRIFIX", "IPV6_GATEWAY",
+                                        "PPPOE_DIAL_MODE"}));
+    EXPECT_EQ(cJSON_GetObjectItem(parse(reply_of("NULL")).get(), "DNS1")->valuestring,
+              std::string("NULL"));
+}
+
+TEST_F(QueryWanInfo, OnlyTheExactWordIsAMissingValue)
+{
+    for (const char *text : {"null", "Null", "NULL ", " NULL", "NULLx", "NUL", "N"}) {
+        const Json object = parse(reply_of(text));
+        for (const char *key :
+             {"GATEWAY", "IPV6_IPADDRESS", "IPV6_PRIFIX", "IPV6_GATEWAY", "PPPOE_DIAL_MODE"}) {
+            EXPECT_STREQ(cJSON_GetObjectItem(object.get(), key)->valuestring, text) << key;
+        }
     }
 }
 
-TEST_F(WanTest, AQueryNeedsTheName)
+TEST_F(QueryWanInfo, AQueryNeedsTheName)
 {
     std::vector<Request> requests = {Request({}), Request({}).with("INDEX", R"("1")")};
     for (const std::string &no_text : kNoTexts) {
@@ -168,43 +76,150 @@ TEST_F(WanTest, AQueryNeedsTheName)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(WanTest, AFailedQueryLeavesTheName)
-{
-    for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        wan_holds(own_name, result);
-        EXPECT_EQ(run(kCommand, R"({"WANName":"w"})"),
-                  R"({"WANName":"w",)" + failure("QUERY_WAN_INFO_FAIL") + "}");
-    }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WanTest, OnlyTheFirstOfRepeatedNamesIsReadAndConsumed)
-{
-    wan_holds(own_name);
-    EXPECT_EQ(run(kCommand, R"({"wanname":"a","WANName":"b","WANNAME":7})"),
-              R"({"WANName":"b","WANNAME":7,)" + reported(own_name) + "}");
-    EXPECT_EQ(recording_device::calls().at(0).arguments[0], asked_for("a"));
-}
-
-TEST_F(WanTest, IsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        kCommand, R"({"WANName":"w"})", [] { wan_holds(own_name); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? R"({"WANName":"w",)" + failure("QUERY_WAN_INFO_FAIL") + "}"
-                                  : R"({"WANName":"w"})");
-        });
-    EXPECT_EQ(allocations, 1 + 2u * 29);
-}
-
-TEST_F(WanTest, WhatIsNoObjectIsLeftAlone)
-{
-    EXPECT_EQ(hg_process_json_cmd(kCommand, nullptr), 0);
-    const Json array = parse(R"([{"WANName":"w"}])");
-    EXPECT_EQ(hg_process_json_cmd(kCommand, array.get()), 0);
-    EXPECT_EQ(print(array.get()), R"([{"WANName":"w"}])");
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
 } // namespace wan_test
+
+namespace wan_setting_test {
+
+using recording_device::Call;
+using recording_host::LogLine;
+
+constexpr char kCommand[] = "SET_ROUTE_WAN_INFO";
+
+class SetRouteWanInfo : public HandlerTest {};
+
+// The bytes of a record that holds texts at these offsets and nothing else.
+std::string in_record(const std::vector<std::pair<size_t, std::string>> &texts)
+{
+    std::string record(1944, '\0');
+    for (const auto &[offset, text] : texts) {
+        record.replace(offset, text.size(), text);
+    }
+    return record;
+}
+
+struct Setting {
+    const char *key;
+    size_t offset;
+    const char *trace;
+};
+
+const std::vector<Setting> kSettings = {
+    {"WANName", 392, "wan_name = "},
+    {"SERVICELIST", 456, "service_list = "},
+    {"ADDRESSTYPE", 520, "addr_type = "},
+    {"IPADDRESS", 584, "IPADDRESS = "},
+    {"SUBNETMASK", 648, "SUBNETMASK = "},
+    {"GATEWAY", 712, "GATEWAY = "},
+    {"DNS1", 776, "DNS1 = "},
+    {"DNS2", 840, "DNS2 = "},
+    {"IPV6_IPADDRESS", 1112, "IPV6_IPADDRESS = "},
+    {"IPV6_PREFIXLENGTH", 1048, "IPV6_PREFIXLENGTH = "},
+    {"IPV6_GATEWAY", 1176, "IPV6_GATEWAY = "},
+    {"IPV6_DNS1", 1240, "IPV6_DNS1 = "},
+    {"IPV6_DNS2", 1304, "IPV6_DNS2= "},
+    {"IPV6_PRIFIX", 984, "IPV6_PRIFIX= "},
+    {"PPPOE_USR_NAME", 1368, "PPPOE_USR_NAME= "},
+    {"PPPOE_PASSWORD", 1432, "PPPOE_PASSWORD= "},
+    {"NATENABLE", 1688, "NATENABLE= "},
+    {"QOSENABLE", 1752, "QOSENABLE= "},
+    {"VLANID", 1816, "VLANID= "},
+    {"VLANPRIORITY", 1880, "VLANPRIORITY= "},
+};
+
+LogLine found(const Setting &setting, const std::string &text)
+{
+    return {7, setting.trace + text + " \n"};
+}
+
+LogLine not_found(const Setting &setting)
+{
+    const bool expected = &setting < &kSettings[3];
+    return {expected ? 3 : 7, std::string("can not find ") + setting.key + " object!\n"};
+}
+
+// A request with the same value for every key, from the last to the first.
+Request request_with(const std::string &json)
+{
+    Request request({});
+    for (auto setting = kSettings.rbegin(); setting != kSettings.rend(); ++setting) {
+        request = request.with(setting->key, json);
+    }
+    return request;
+}
+
+TEST_F(SetRouteWanInfo, SetsAConnection)
+{
+    Request request = request_with("7").with("INDEX", R"("1")").with("PPPOE_PROXY", R"("1")");
+    std::vector<std::pair<size_t, std::string>> texts;
+    std::vector<LogLine> lines;
+    for (const Setting &setting : kSettings) {
+        const std::string text = std::string("new ") + setting.key;
+        request = request.with(setting.key, quoted(text));
+        texts.emplace_back(setting.offset, text);
+        lines.push_back(found(setting, text));
+    }
+    EXPECT_EQ(run(kCommand, request.json()), R"({"INDEX":"1","PPPOE_PROXY":"1","Status":"0"})");
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_set_route_wan_info", {in_record(texts)}}}));
+    EXPECT_EQ(recording_host::log_lines(), lines);
+}
+
+TEST_F(SetRouteWanInfo, NoKeyOfASettingIsRequired)
+{
+    std::vector<LogLine> lines;
+    for (const Setting &setting : kSettings) {
+        lines.push_back(not_found(setting));
+    }
+    EXPECT_EQ(run(kCommand), R"({"Status":"0"})");
+    EXPECT_EQ(recording_device::calls(),
+              (std::vector<Call>{{"devapi_set_route_wan_info", {in_record({})}}}));
+    EXPECT_EQ(recording_host::log_lines(), lines);
+}
+
+TEST_F(SetRouteWanInfo, EachKeyOfASettingGoesToItsOwnField)
+{
+    for (const Setting &given : kSettings) {
+        recording_device::reset();
+        recording_host::reset();
+        std::vector<LogLine> lines;
+        for (const Setting &setting : kSettings) {
+            lines.push_back(&setting == &given ? found(setting, "x") : not_found(setting));
+        }
+        EXPECT_EQ(run(kCommand, Request({}).with(given.key, R"("x")").json()), R"({"Status":"0"})");
+        EXPECT_EQ(
+            recording_device::calls(),
+            (std::vector<Call>{{"devapi_set_route_wan_info", {in_record({{given.offset, "x"}})}}}));
+        EXPECT_EQ(recording_host::log_lines(), lines);
+    }
+}
+
+TEST_F(SetRouteWanInfo, AKeyWithoutTextCountsAsAbsentAndIsConsumed)
+{
+    for (const std::string &no_text : kNoTexts) {
+        recording_host::reset();
+        EXPECT_EQ(run(kCommand, request_with(no_text).json()), R"({"Status":"0"})") << no_text;
+        EXPECT_EQ(recording_device::calls().back().arguments[0], in_record({}));
+        for (size_t at = 0; at < kSettings.size(); ++at) {
+            EXPECT_EQ(recording_host::log_lines().at(at), not_found(kSettings[at]));
+        }
+    }
+}
+
+TEST_F(SetRouteWanInfo, ASettingCutsItsTextsButNotTheLog)
+{
+    for (const size_t length : {0u, 62u, 63u, 64u, 100u, 10000u}) {
+        recording_host::reset();
+        const std::string text = text_of_length(length);
+        EXPECT_EQ(run(kCommand, request_with(quoted(text)).json()), R"({"Status":"0"})");
+        std::vector<std::pair<size_t, std::string>> texts;
+        std::vector<LogLine> lines;
+        for (const Setting &setting : kSettings) {
+            texts.emplace_back(setting.offset, text.substr(0, 63));
+            lines.push_back(found(setting, text));
+        }
+        EXPECT_EQ(recording_device::calls().back().arguments[0], in_record(texts)) << length;
+        EXPECT_EQ(recording_host::log_lines(), lines);
+    }
+}
+
+} // namespace wan_setting_test

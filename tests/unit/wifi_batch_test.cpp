@@ -1,10 +1,14 @@
+#include "failing_memory.h"
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 #include "wifi.h"
+#include "wifi_batch_fixture.h"
+#include "worker_control.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <thread>
 
 namespace wifi_batch_test {
 
@@ -72,9 +76,9 @@ void fast_roaming_is(const std::string &text, int32_t result = 0)
     });
 }
 
-class WifiListTest : public HandlerTest {};
+class GetWifiListInfo : public HandlerTest {};
 
-TEST_F(WifiListTest, ReportsEverySsidAndTheSwitches)
+TEST_F(GetWifiListInfo, ReportsEverySsidAndTheSwitches)
 {
     device_with_ssids(2);
     station_control_is(1);
@@ -101,7 +105,7 @@ TEST_F(WifiListTest, ReportsEverySsidAndTheSwitches)
                   {"devapi_get_wifi_fastroaming_enable", {std::string(1, '\0')}}}));
 }
 
-TEST_F(WifiListTest, LeavesOutAnSsidThatCannotBeRead)
+TEST_F(GetWifiListInfo, LeavesOutAnSsidThatCannotBeRead)
 {
     device_with_ssids(3, {2});
     EXPECT_EQ(run("GET_WIFI_LIST_INFO"), R"({"WIFIList":[)" + element(1) + "," + element(3) +
@@ -112,7 +116,7 @@ TEST_F(WifiListTest, LeavesOutAnSsidThatCannotBeRead)
                                     {7, "json_get_wifi_list_info error! return =102! index=2\n"}}));
 }
 
-TEST_F(WifiListTest, NamesInDecimalWhatCannotBeRead)
+TEST_F(GetWifiListInfo, NamesInDecimalWhatCannotBeRead)
 {
     device_with_ssids(12, {12});
     run("GET_WIFI_LIST_INFO");
@@ -120,7 +124,7 @@ TEST_F(WifiListTest, NamesInDecimalWhatCannotBeRead)
               "json_get_wifi_list_info error! return =112! index=12\n");
 }
 
-TEST_F(WifiListTest, TheListMayBeEmpty)
+TEST_F(GetWifiListInfo, TheListMayBeEmpty)
 {
     for (const int32_t count : {0, -1, INT32_MIN}) {
         recording_device::reset();
@@ -131,7 +135,7 @@ TEST_F(WifiListTest, TheListMayBeEmpty)
     EXPECT_EQ(run("GET_WIFI_LIST_INFO"), R"({"WIFIList":[],"StaCtrl":"1","Status":"0"})");
 }
 
-TEST_F(WifiListTest, TheListMayBeLong)
+TEST_F(GetWifiListInfo, TheListMayBeLong)
 {
     device_with_ssids(100);
     const Json object = parse(run("GET_WIFI_LIST_INFO"));
@@ -139,26 +143,7 @@ TEST_F(WifiListTest, TheListMayBeLong)
     EXPECT_EQ(print(cJSON_GetObjectItem(object.get(), "WIFIList")->child->prev), element(100));
 }
 
-TEST_F(WifiListTest, ReadsNoFurtherThanItsFields)
-{
-    device_with_ssids(1);
-    when<devapi_get_ssid_info>([](SsidInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    fast_roaming_is("12345678");
-    const Json object = parse(run("GET_WIFI_LIST_INFO"));
-    constexpr size_t kWidths[] = {64, 64, 8, 64, 8, 8, 8, 16, 16, 8, 8, 8};
-    const cJSON *item = cJSON_GetObjectItem(object.get(), "WIFIList")->child->child;
-    EXPECT_STREQ(item->valuestring, "1");
-    for (const size_t width : kWidths) {
-        item = item->next;
-        EXPECT_EQ(item->valuestring, std::string(width, 'x')) << item->string;
-    }
-    EXPECT_STREQ(cJSON_GetObjectItem(object.get(), "FastRoaming")->valuestring, "12345678");
-}
-
-TEST_F(WifiListTest, OnlyStateOneIsStationControl)
+TEST_F(GetWifiListInfo, OnlyStateOneIsStationControl)
 {
     for (const int32_t state : {1, 0, 2, -1, 256}) {
         station_control_is(state);
@@ -169,7 +154,7 @@ TEST_F(WifiListTest, OnlyStateOneIsStationControl)
     }
 }
 
-TEST_F(WifiListTest, FastRoamingIsReportedOnlyWhenKnown)
+TEST_F(GetWifiListInfo, FastRoamingIsReportedOnlyWhenKnown)
 {
     for (const int32_t result : {-1, 1, -2}) {
         fast_roaming_is("1", result);
@@ -182,7 +167,7 @@ TEST_F(WifiListTest, FastRoamingIsReportedOnlyWhenKnown)
               R"({"WIFIList":[],"StaCtrl":"1","FastRoaming":"0","Status":"0"})");
 }
 
-TEST_F(WifiListTest, FailsWithoutTheNumberOfSsids)
+TEST_F(GetWifiListInfo, FailsWithoutTheNumberOfSsids)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         recording_device::reset();
@@ -199,7 +184,7 @@ TEST_F(WifiListTest, FailsWithoutTheNumberOfSsids)
     }
 }
 
-TEST_F(WifiListTest, FailsWithoutTheStationControl)
+TEST_F(GetWifiListInfo, FailsWithoutTheStationControl)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         recording_device::reset();
@@ -216,22 +201,6 @@ TEST_F(WifiListTest, FailsWithoutTheStationControl)
     }
 }
 
-TEST_F(WifiListTest, IsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_LIST_INFO", "{}",
-        [] {
-            device_with_ssids(2);
-            fast_roaming_is("1");
-        },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get ssid_num error") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2 * (1 + 2u * 13) + 2u * 2 + 1) << "list, elements, the other texts";
-}
-
 // ---- parse_wifi_info_from_json -----------------------------------------------------------------
 
 const Request kElement({{"SSIDIndex", R"("2")"},
@@ -242,7 +211,7 @@ const Request kElement({{"SSIDIndex", R"("2")"},
                         {"Channel", R"("6")"},
                         {"Enable", R"("1")"}});
 
-class WifiElementTest : public HandlerTest {
+class SetWifiInfoListElement : public HandlerTest {
   protected:
     int32_t parse_element(const std::string &json)
     {
@@ -255,7 +224,7 @@ class WifiElementTest : public HandlerTest {
     SsidInfo record = {};
 };
 
-TEST_F(WifiElementTest, LeavesOutWhatItWasNotGiven)
+TEST_F(SetWifiInfoListElement, LeavesOutWhatItWasNotGiven)
 {
     EXPECT_EQ(parse_element(kElement.with("UsedChannel", R"("1")")
                                 .with("Type", R"("1")")
@@ -267,7 +236,7 @@ TEST_F(WifiElementTest, LeavesOutWhatItWasNotGiven)
     EXPECT_EQ(contents(&record), contents(&expected));
 }
 
-TEST_F(WifiElementTest, TakesItsOptionsCutAtTheirFields)
+TEST_F(SetWifiInfoListElement, TakesItsOptionsCutAtTheirFields)
 {
     Request request({});
     for (const char *key : {"SSIDIndex", "SSID", "PWD", "ENCRYPT", "PowerLevel", "Channel",
@@ -287,7 +256,7 @@ TEST_F(WifiElementTest, TakesItsOptionsCutAtTheirFields)
     EXPECT_EQ(contents(&record), contents(&expected));
 }
 
-TEST_F(WifiElementTest, AnOptionWithoutTextCountsAsLeftOutAndAnEmptyOneDoesNot)
+TEST_F(SetWifiInfoListElement, AnOptionWithoutTextCountsAsLeftOutAndAnEmptyOneDoesNot)
 {
     for (const char *key : {"Bandwidth", "AdvertisementEnable", "Mode", "Beamforming"}) {
         EXPECT_EQ(parse_element(kElement.json()), 0);
@@ -301,7 +270,7 @@ TEST_F(WifiElementTest, AnOptionWithoutTextCountsAsLeftOutAndAnEmptyOneDoesNot)
     }
 }
 
-TEST_F(WifiElementTest, NeedsEachOfItsKeys)
+TEST_F(SetWifiInfoListElement, NeedsEachOfItsKeys)
 {
     for (const auto &[key, json] : kElement.keys()) {
         EXPECT_EQ(parse_element(kElement.without(key).json()), -1) << key;
@@ -317,7 +286,7 @@ TEST_F(WifiElementTest, NeedsEachOfItsKeys)
     EXPECT_EQ(contents(&record), std::string(292, '\0')) << "a refused element leaves it untouched";
 }
 
-TEST_F(WifiElementTest, ReadsItsIndexAsANumber)
+TEST_F(SetWifiInfoListElement, ReadsItsIndexAsANumber)
 {
     const std::pair<const char *, int32_t> indexes[] = {
         {"abc", 0}, {"0", 0}, {"9", 9}, {"-1", -1}, {"", 0}, {"99999999999", INT32_MAX}};
@@ -328,3 +297,480 @@ TEST_F(WifiElementTest, ReadsItsIndexAsANumber)
 }
 
 } // namespace wifi_batch_test
+
+// Batches that never get a worker.
+namespace wifi_batch_refusal_test {
+
+using recording_device::when;
+using Names = std::vector<std::string>;
+
+const Request kElement({{"SSIDIndex", R"("1")"},
+                        {"SSID", R"("home")"},
+                        {"PWD", R"("secret")"},
+                        {"ENCRYPT", R"("WPA2")"},
+                        {"PowerLevel", R"("80")"},
+                        {"Channel", R"("6")"},
+                        {"Enable", R"("0")"}});
+
+Request batch(const std::string &elements)
+{
+    return Request({{"First", "1"},
+                    {"WIFILIST", "[" + elements + "]"},
+                    {"StaCtrl", R"("on")"},
+                    {"FastRoaming", R"("fast")"}});
+}
+
+class SetWifiInfoListRefusal : public HandlerTest {
+  protected:
+    SetWifiInfoListRefusal() { forget_switches(); }
+    ~SetWifiInfoListRefusal() override
+    {
+        EXPECT_EQ(control.workers(), 0u);
+        EXPECT_TRUE(control.is_idle());
+        EXPECT_TRUE(recording_host::log_lines().empty());
+    }
+
+    static void forget_switches()
+    {
+        memset(g_stactrl_enable, 0, sizeof g_stactrl_enable);
+        memset(g_fastroaming_enable, 0, sizeof g_fastroaming_enable);
+    }
+
+    std::string send(const Request &request) { return run("SET_WIFI_INFO_LIST", request.json()); }
+
+    // A list that was looked at goes, and nothing else.
+    static std::string refused(const Request &request)
+    {
+        return request.without("WIFILIST").followed_by(failure("set ssid failed"));
+    }
+
+    WorkerControl control;
+};
+
+TEST_F(SetWifiInfoListRefusal, WithoutAList)
+{
+    std::vector<Request> requests = {batch("").without("WIFILIST"), Request({})};
+    for (const std::string json : {"7", "true", "null", R"("[]")", "{}", R"({"x":[]})"}) {
+        requests.push_back(batch("").with("WIFILIST", json));
+    }
+    for (const Request &request : requests) {
+        EXPECT_EQ(send(request), request.followed_by(failure("json node: wifilist not found")));
+    }
+    EXPECT_STREQ(g_stactrl_enable, "");
+    EXPECT_STREQ(g_fastroaming_enable, "");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(SetWifiInfoListRefusal, WithoutStationControl)
+{
+    std::vector<Request> requests = {batch(kElement.json()).without("StaCtrl")};
+    for (const std::string &json : kNoTexts) {
+        requests.push_back(batch(kElement.json()).with("StaCtrl", json));
+    }
+    for (const Request &request : requests) {
+        EXPECT_EQ(send(request), request.followed_by(failure("json node: StaCtrl not found")));
+    }
+    EXPECT_STREQ(g_stactrl_enable, "");
+    EXPECT_STREQ(g_fastroaming_enable, "");
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
+TEST_F(SetWifiInfoListRefusal, ForAnElementWithoutOneOfItsKeys)
+{
+    const std::string good = kElement.json();
+    for (const auto &[key, json] : kElement.keys()) {
+        std::vector<std::string> elements = {kElement.without(key).json()};
+        for (const std::string &no_text : kNoTexts) {
+            elements.push_back(kElement.with(key, no_text).json());
+        }
+        for (const std::string &bad : elements) {
+            for (const std::string &list : {bad, bad + "," + good, good + "," + bad}) {
+                EXPECT_EQ(send(batch(list)), refused(batch(list)));
+            }
+        }
+    }
+}
+
+TEST_F(SetWifiInfoListRefusal, ForAnElementThatIsNoObject)
+{
+    const std::string good = kElement.json();
+    for (const std::string bad : {"null", "7", R"("SSID")", "true", "[]", "{}", "[[[[]]]]"}) {
+        EXPECT_EQ(send(batch(good + "," + bad)), refused(batch("")));
+    }
+    EXPECT_EQ(send(batch("[" + good + "]")), refused(batch("")));
+    EXPECT_EQ(send(batch(R"({"WIFILIST":[)" + good + "]}")), refused(batch("")));
+}
+
+TEST_F(SetWifiInfoListRefusal, HasChangedTheSwitchesAllTheSame)
+{
+    EXPECT_EQ(send(batch("{}")), refused(batch("")));
+    EXPECT_STREQ(g_stactrl_enable, "on");
+    EXPECT_STREQ(g_fastroaming_enable, "fast");
+    EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_5g_wifi_index"});
+}
+
+TEST_F(SetWifiInfoListRefusal, ForAWorkerThatCannotBeStarted)
+{
+    when<devapi_get_Multi_Ap_enable>([](int32_t *enable) {
+        *enable = 1;
+        return 0;
+    });
+    for (const std::string &list : {kElement.json(), std::string()}) {
+        control.fail_next_worker();
+        EXPECT_EQ(send(batch(list)), refused(batch("")));
+        EXPECT_TRUE(control.is_idle());
+    }
+    EXPECT_EQ(recording_device::called_functions(),
+              (Names{"devapi_get_5g_wifi_index", "devapi_get_5g_wifi_index"}));
+}
+
+// The worker cannot be called back: what has to be answered is there before it starts.
+TEST_F(SetWifiInfoListRefusal, ForAWarningWithoutMemory)
+{
+    for (size_t first = 0; first < 4; ++first) {
+        const Json object = parse(batch(kElement.json()).json());
+        {
+            const FailingMemory memory(first, FailingMemory::Fail::kOnce);
+            hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get());
+        }
+        EXPECT_EQ(print(object.get()), refused(batch(""))) << "allocation " << first;
+        EXPECT_EQ(control.workers(), 0u);
+    }
+}
+
+} // namespace wifi_batch_refusal_test
+
+// One batch at a time, from the reply to the end of its worker.
+namespace wifi_batch_worker_test {
+
+using recording_device::contents;
+using recording_device::when;
+using Names = std::vector<std::string>;
+
+class SetWifiInfoList : public WifiBatchTest {};
+
+// The request to turn off the mesh first, as the apps have to receive it.
+constexpr char kMeshWarning[] = "\xC7\xEB\xCF\xC8\xB9\xD8\xB1\xD5mesh\xBF\xAA\xB9\xD8!";
+
+void mesh_is(int32_t state, int32_t result = 0)
+{
+    when<devapi_get_Multi_Ap_enable>([=](int32_t *enable) {
+        *enable = state;
+        return result;
+    });
+}
+
+void main_5g_ssid_is(int32_t index, int32_t result = 0)
+{
+    when<devapi_get_5g_wifi_index>([=](int32_t *out) {
+        *out = index;
+        return result;
+    });
+}
+
+// Before main(), and so before any batch.
+const int32_t size_at_start = g_set_wifi_array_size;
+const std::string switches_at_start = std::string(g_stactrl_enable) + g_fastroaming_enable;
+
+TEST_F(SetWifiInfoList, NothingIsKnownBeforeTheFirst)
+{
+    EXPECT_EQ(size_at_start, 0);
+    EXPECT_EQ(switches_at_start, "");
+}
+
+// ---- The life of a batch -----------------------------------------------------------------------
+
+TEST_F(SetWifiInfoList, IsAppliedAfterTheReply)
+{
+    control.hold_sleeps();
+    EXPECT_EQ(send(batch(element(3) + "," + element(7, "0")).with("FastRoaming", R"("on")")),
+              kSuccess);
+    control.wait_for_sleep(1);
+    EXPECT_FALSE(control.is_idle());
+    EXPECT_EQ(g_set_wifi_array_size, 2);
+    EXPECT_EQ(worker_calls(), (std::vector<Call>{{"sleep", {"1"}}}));
+
+    control.end_sleep();
+    control.wait_for_sleep(2);
+    EXPECT_EQ(worker_calls(),
+              (std::vector<Call>{
+                  {"sleep", {"1"}}, {"devapi_set_wifi_stactrl", {"1"}}, {"sleep", {"5"}}}));
+    EXPECT_FALSE(control.is_idle());
+
+    control.end_sleep();
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls(), whole_life("1", "on", {element_record(3), element_record(7, "0")}));
+    EXPECT_EQ(control.sleeps(), (std::vector<WorkerControl::Sleep>{{1, true}, {5, true}}));
+    EXPECT_EQ(control.workers(), 1u);
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(SetWifiInfoList, ReturnsZeroOnceItIsAccepted)
+{
+    const Json object = parse(batch(element(3)).json());
+    EXPECT_EQ(json_set_wifi_info_list(object.get()), 0);
+    control.wait_until_idle();
+}
+
+TEST_F(SetWifiInfoList, AsksTheDeviceInOrder)
+{
+    control.hold_sleeps();
+    send(batch(element(3)));
+    Names names = recording_device::called_functions();
+    std::erase(names, "sleep");
+    EXPECT_EQ(names, (Names{"devapi_get_5g_wifi_index", "devapi_get_Multi_Ap_enable"}));
+    for (const Call &call : recording_device::calls()) {
+        if (call.function != "sleep") {
+            EXPECT_EQ(call.arguments, (std::vector<std::string>{std::string(4, '\0')}))
+                << call.function;
+        }
+    }
+}
+
+TEST_F(SetWifiInfoList, TheResultsOfApplyingAreIgnored)
+{
+    when<devapi_set_wifi_stactrl>([](const char *) { return -1; });
+    when<devapi_set_wifi_fastroaming>([](const char *) { return -1; });
+    when<devapi_set_ssid_list_info>([](const SsidInfo *) { return -1; });
+    EXPECT_EQ(send(batch(element(3) + "," + element(4))), kSuccess);
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls(), whole_life("1", "", {element_record(3), element_record(4)}));
+}
+
+TEST_F(SetWifiInfoList, AnEmptyListStillAppliesTheSwitches)
+{
+    mesh_is(1);
+    EXPECT_EQ(send(batch("", "0")), kSuccess);
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls(), whole_life("0", "", {}));
+    EXPECT_EQ(g_set_wifi_array_size, 0);
+}
+
+TEST_F(SetWifiInfoList, AHugeListIsAppliedWhole)
+{
+    constexpr int32_t kCount = 20000;
+    std::string elements = element(0);
+    for (int32_t index = 1; index < kCount; ++index) {
+        elements += "," + element(index);
+    }
+    const Json object = parse(batch(elements).json());
+    EXPECT_EQ(hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get()), 0);
+    EXPECT_EQ(print(object.get()), kSuccess);
+    control.wait_until_idle();
+    const std::vector<Call> calls = worker_calls();
+    ASSERT_EQ(calls.size(), kCount + 4u);
+    for (int32_t index = 0; index < kCount; ++index) {
+        ASSERT_EQ(calls[static_cast<size_t>(index) + 4].arguments[0], element_record(index));
+    }
+}
+
+TEST_F(SetWifiInfoList, OnlyTheBatchsOwnKeysAreConsumed)
+{
+    EXPECT_EQ(run("SET_WIFI_INFO_LIST",
+                  R"({"First":1,"wifilist":[],"fastroaming":"1","stactrl":"1","WIFILIST":[7],)"
+                  R"("StaCtrl":2,"FastRoaming":3,"Last":[{}]})"),
+              R"({"First":1,"WIFILIST":[7],"StaCtrl":2,"FastRoaming":3,"Last":[{}],"Status":"0"})");
+    for (const std::string &no_text : kNoTexts) {
+        EXPECT_EQ(send(batch("").with("FastRoaming", no_text)), kSuccess);
+    }
+}
+
+TEST_F(SetWifiInfoList, TheWorkerAppliesWhatItIsGiven)
+{
+    auto *records = static_cast<SsidInfo *>(calloc(2, sizeof(SsidInfo)));
+    records[1].SSIDIndex = 4;
+    pthread_mutex_lock(&setwifilistlock);
+    g_set_wifi_array_size = 2;
+    pthread_t worker;
+    ASSERT_EQ(pthread_create(&worker, nullptr, set_wifi_list_arr_thread, records), 0);
+    control.wait_until_idle();
+    SsidInfo last = {};
+    last.SSIDIndex = 4;
+    EXPECT_EQ(worker_calls(), whole_life("", "", {std::string(292, '\0'), contents(&last)}));
+}
+
+// ---- The switches ------------------------------------------------------------------------------
+
+TEST_F(SetWifiInfoList, FastRoamingIsKeptAcrossBatches)
+{
+    EXPECT_EQ(send(batch("").with("FastRoaming", R"("1")")), kSuccess);
+    std::vector<std::string> later = {R"("")"};
+    later.insert(later.end(), kNoTexts.begin(), kNoTexts.end());
+    for (const std::string &json : later) {
+        EXPECT_EQ(send(batch("", "0").with("FastRoaming", json)), kSuccess);
+        control.wait_until_idle();
+        EXPECT_EQ(worker_calls().back(), (Call{"devapi_set_wifi_fastroaming", {"1"}})) << json;
+    }
+    EXPECT_EQ(send(batch("", "0")), kSuccess);
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls().back(), (Call{"devapi_set_wifi_fastroaming", {"1"}}));
+}
+
+TEST_F(SetWifiInfoList, TheSwitchesAreCut)
+{
+    const std::string text = text_of_length(100000);
+    EXPECT_EQ(send(batch("", text).with("FastRoaming", quoted(text))), kSuccess);
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls(), whole_life("abcdefg", "abcdefg", {}));
+    EXPECT_EQ(send(batch("", "")), kSuccess);
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls()[5], (Call{"devapi_set_wifi_stactrl", {""}}));
+}
+
+// ---- The mesh warning --------------------------------------------------------------------------
+
+TEST_F(SetWifiInfoList, TheMeshWarningIsOnlyAWarning)
+{
+    for (const std::string off : {"0", "", "abc", "00", "-0"}) {
+        recording_device::reset();
+        mesh_is(1);
+        EXPECT_EQ(send(batch(element(1, off) + "," + element(2)).with("FastRoaming", R"("1")")),
+                  R"({"FastRoaming":"1",)" + failure(kMeshWarning) + "}");
+        control.wait_until_idle();
+        EXPECT_EQ(worker_calls(),
+                  whole_life("1", "1", {element_record(1, off), element_record(2)}));
+    }
+}
+
+struct MeshCase {
+    const char *what;
+    int32_t mesh;
+    int32_t mesh_result;
+    int32_t index5g;
+    int32_t index5g_result;
+    std::string elements;
+    bool warns;
+};
+
+TEST_F(SetWifiInfoList, TheMeshWarningComesForAMainSsidThatGoesOff)
+{
+    const MeshCase cases[] = {
+        {"the first SSID", 1, 0, 5, 0, element(1, "0"), true},
+        {"the main SSID at 5 GHz", 1, 0, 5, 0, element(5, "0"), true},
+        {"another SSID", 1, 0, 5, 0, element(2, "0") + "," + element(6, "0"), false},
+        {"the last of several", 1, 0, 5, 0, element(2) + "," + element(5, "0"), true},
+        {"off, then on again", 1, 0, 5, 0, element(1, "0") + "," + element(1, "1"), true},
+        {"both stay on", 1, 0, 5, 0, element(1) + "," + element(5), false},
+        {"on by any number", 1, 0, 5, 0, element(1, "2") + "," + element(5, "-1"), false},
+        {"no 5 GHz index: the first", 1, 0, 0, 0, element(1, "0"), true},
+        {"no 5 GHz index: SSID 0", 1, 0, 0, 0, element(0, "0"), true},
+        {"the result of the 5 GHz index is ignored", 1, 0, 5, -1, element(5, "0"), true},
+        {"the mesh is off", 0, 0, 5, 0, element(1, "0"), false},
+        {"the mesh state is another number", 2, 0, 5, 0, element(1, "0"), false},
+        {"the mesh state is negative", -1, 0, 5, 0, element(1, "0"), false},
+        {"the result of the mesh state is ignored", 1, -1, 5, 0, element(1, "0"), true},
+    };
+    for (const MeshCase &one : cases) {
+        mesh_is(one.mesh, one.mesh_result);
+        main_5g_ssid_is(one.index5g, one.index5g_result);
+        EXPECT_EQ(send(batch(one.elements)),
+                  one.warns ? "{" + failure(kMeshWarning) + "}" : kSuccess)
+            << one.what;
+        control.wait_until_idle();
+    }
+    EXPECT_EQ(control.workers(), std::size(cases));
+}
+
+} // namespace wifi_batch_worker_test
+
+// Batches that meet each other.
+namespace wifi_batches_test {
+
+class SetWifiInfoListTwice : public WifiBatchTest {};
+
+TEST_F(SetWifiInfoListTwice, ASecondBatchWaitsInsideTheCommand)
+{
+    control.hold_sleeps();
+    send(batch(element(1)));
+    control.wait_for_sleep(1);
+    std::atomic<bool> answered = false;
+    std::thread second([&] {
+        EXPECT_EQ(send(batch(element(2) + "," + element(3))), kSuccess);
+        answered = true;
+    });
+    control.wait_for_waiting_batch();
+    EXPECT_FALSE(answered);
+    EXPECT_EQ(control.workers(), 1u);
+    EXPECT_EQ(g_set_wifi_array_size, 1);
+
+    control.end_all_sleeps();
+    second.join();
+    control.wait_until_idle();
+    std::vector<Call> expected = whole_life("1", "", {element_record(1)});
+    for (const Call &call : whole_life("1", "", {element_record(2), element_record(3)})) {
+        expected.push_back(call);
+    }
+    EXPECT_EQ(worker_calls(), expected);
+    EXPECT_EQ(control.workers(), 2u);
+}
+
+TEST_F(SetWifiInfoListTwice, ABatchWhileAWorkerSleepsChangesWhatThatOneApplies)
+{
+    for (const size_t sleeping : {1u, 2u}) {
+        recording_device::reset();
+        const size_t before = control.sleeps().size();
+        control.hold_sleeps();
+        send(batch(element(1), "one").with("FastRoaming", R"("first")"));
+        control.wait_for_sleep(before + 1);
+        if (sleeping == 2) {
+            control.end_sleep();
+            control.wait_for_sleep(before + 2);
+        }
+        std::thread second(
+            [&] { send(batch(element(2), "two").with("FastRoaming", R"("second")")); });
+        control.wait_for_waiting_batch();
+        control.end_all_sleeps();
+        second.join();
+        control.wait_until_idle();
+        std::vector<Call> expected =
+            whole_life(sleeping == 1 ? "two" : "one", "second", {element_record(1)});
+        for (const Call &call : whole_life("two", "second", {element_record(2)})) {
+            expected.push_back(call);
+        }
+        EXPECT_EQ(worker_calls(), expected) << "in sleep " << sleeping;
+    }
+}
+
+TEST_F(SetWifiInfoListTwice, ARefusedBatchWhileAWorkerSleepsChangesItsSwitchesToo)
+{
+    control.hold_sleeps();
+    send(batch(element(1), "one"));
+    control.wait_for_sleep(1);
+    EXPECT_EQ(send(batch("{}", "two").with("FastRoaming", R"("second")")),
+              R"({"StaCtrl":"two","FastRoaming":"second",)" + failure("set ssid failed") + "}");
+    control.end_all_sleeps();
+    control.wait_until_idle();
+    EXPECT_EQ(worker_calls(), whole_life("two", "second", {element_record(1)}));
+}
+
+TEST_F(SetWifiInfoListTwice, ManyBatchesAtOnceAreAppliedOneAfterTheOther)
+{
+    constexpr int32_t kThreads = 4;
+    constexpr int32_t kBatches = 10;
+    std::vector<std::thread> threads;
+    for (int32_t number = 1; number <= kThreads; ++number) {
+        threads.emplace_back([this, number] {
+            for (int32_t round = 0; round < kBatches; ++round) {
+                EXPECT_EQ(send(batch(element(number) + "," + element(number), "1")
+                                   .with("FastRoaming", R"("1")")),
+                          kSuccess);
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    control.wait_until_idle();
+    const std::vector<Call> calls = worker_calls();
+    ASSERT_EQ(calls.size(), kThreads * kBatches * 6u);
+    std::vector<int32_t> applied(kThreads + 1);
+    for (size_t at = 0; at < calls.size(); at += 6) {
+        const auto index = recording_device::record<SsidInfo>(calls[at + 4]).SSIDIndex;
+        EXPECT_EQ(std::vector<Call>(calls.begin() + at, calls.begin() + at + 6),
+                  whole_life("1", "1", {element_record(index), element_record(index)}));
+        ++applied[index];
+    }
+    EXPECT_EQ(applied, (std::vector<int32_t>{0, kBatches, kBatches, kBatches, kBatches}));
+}
+
+} // namespace wifi_batches_test

@@ -1,8 +1,9 @@
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 #include "wifi.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 namespace wifi_radio_test {
@@ -15,7 +16,8 @@ using Names = std::vector<std::string>;
 
 // ---- GET_WIFI_SLEEP_SCHEDULE -------------------------------------------------------------------
 
-class SleepScheduleTest : public HandlerTest {};
+class GetWifiSleepSchedule : public HandlerTest {};
+class SetWifiSleepSchedule : public HandlerTest {};
 
 // A device whose periods hold their names with the start timer behind; the period of that timer
 // cannot be read.
@@ -37,7 +39,7 @@ std::string period(const std::string &timer)
            R"(","DaysOfWeek":"d)" + timer + "\"}";
 }
 
-TEST_F(SleepScheduleTest, ReportsThreePeriods)
+TEST_F(GetWifiSleepSchedule, ReportsThreePeriods)
 {
     schedule_failing_at(0);
     EXPECT_EQ(run("GET_WIFI_SLEEP_SCHEDULE", R"({"WIFISleepList":"kept"})"),
@@ -54,7 +56,7 @@ TEST_F(SleepScheduleTest, ReportsThreePeriods)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SleepScheduleTest, LeavesOutAPeriodThatCannotBeRead)
+TEST_F(GetWifiSleepSchedule, LeavesOutAPeriodThatCannotBeRead)
 {
     schedule_failing_at(3);
     EXPECT_EQ(run("GET_WIFI_SLEEP_SCHEDULE"),
@@ -63,7 +65,7 @@ TEST_F(SleepScheduleTest, LeavesOutAPeriodThatCannotBeRead)
               (std::vector<LogLine>{{3, "json_get_wifi_sleep_info error! return =-7! index=2\n"}}));
 }
 
-TEST_F(SleepScheduleTest, NeverFails)
+TEST_F(GetWifiSleepSchedule, NeverFails)
 {
     when<devapi_get_wifi_sleep_info>([](WifiSleepInfo *) { return 1; });
     EXPECT_EQ(run("GET_WIFI_SLEEP_SCHEDULE"), R"({"WIFISleepList":[],"Status":"0"})");
@@ -71,30 +73,6 @@ TEST_F(SleepScheduleTest, NeverFails)
               (std::vector<LogLine>{{3, "json_get_wifi_sleep_info error! return =1! index=1\n"},
                                     {3, "json_get_wifi_sleep_info error! return =1! index=2\n"},
                                     {3, "json_get_wifi_sleep_info error! return =1! index=3\n"}}));
-}
-
-TEST_F(SleepScheduleTest, ReadsNoFurtherThanItsFields)
-{
-    when<devapi_get_wifi_sleep_info>([](WifiSleepInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const Json object = parse(run("GET_WIFI_SLEEP_SCHEDULE"));
-    const cJSON *item = object->child->child->child;
-    for (const size_t width : {16u, 32u, 32u, 32u}) {
-        EXPECT_EQ(item->valuestring, std::string(width, 'x')) << item->string;
-        item = item->next;
-    }
-}
-
-TEST_F(SleepScheduleTest, IsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_SLEEP_SCHEDULE", "{}", [] { schedule_failing_at(0); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce ? R"({"Status":"1"})" : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 3 * (1 + 2u * 4) + 1);
 }
 
 // ---- SET_WIFI_SLEEP_SCHEDULE -------------------------------------------------------------------
@@ -115,7 +93,7 @@ std::string schedule_reply(const std::string &reply)
     return R"({"First":1,"Last":2,)" + reply + "}";
 }
 
-TEST_F(SleepScheduleTest, ReplacesTheOldSchedule)
+TEST_F(SetWifiSleepSchedule, ReplacesTheOldSchedule)
 {
     const std::string second = kPeriod.with("Enable", R"("0")").json();
     EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE", schedule(kPeriod.json() + "," + second)),
@@ -131,7 +109,7 @@ TEST_F(SleepScheduleTest, ReplacesTheOldSchedule)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SleepScheduleTest, TheRecordGoesOnAsTheDeviceLeftIt)
+TEST_F(SetWifiSleepSchedule, TheRecordGoesOnAsTheDeviceLeftIt)
 {
     when<devapi_add_wifi_timer>([](WifiSleepInfo *info) {
         info->StartTimer += 10;
@@ -155,7 +133,7 @@ TEST_F(SleepScheduleTest, TheRecordGoesOnAsTheDeviceLeftIt)
     EXPECT_EQ(calls.at(4).arguments[0], contents(&record));
 }
 
-TEST_F(SleepScheduleTest, TakesAnyNumberOfPeriods)
+TEST_F(SetWifiSleepSchedule, TakesAnyNumberOfPeriods)
 {
     for (const size_t count : {0u, 1u, 3u, 1000u}) {
         recording_device::reset();
@@ -169,21 +147,7 @@ TEST_F(SleepScheduleTest, TakesAnyNumberOfPeriods)
     }
 }
 
-TEST_F(SleepScheduleTest, NeedsAList)
-{
-    const std::string refusal = failure("json node: WIFISleepList not found") + "}";
-    EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE"), "{" + refusal);
-    EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE", R"({"WIFIList":[]})"), R"({"WIFIList":[],)" + refusal);
-    // What is there and no list is taken out.
-    for (const std::string json : {"7", "true", "null", R"("[]")", "{}", R"({"x":[]})"}) {
-        EXPECT_EQ(
-            run("SET_WIFI_SLEEP_SCHEDULE", R"({"a":1,"wifisleeplist":)" + json + R"(,"b":2})"),
-            R"({"a":1,"b":2,)" + refusal);
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(SleepScheduleTest, StopsWhenTheOldScheduleStays)
+TEST_F(SetWifiSleepSchedule, StopsWhenTheOldScheduleStays)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         recording_device::reset();
@@ -194,7 +158,7 @@ TEST_F(SleepScheduleTest, StopsWhenTheOldScheduleStays)
     }
 }
 
-TEST_F(SleepScheduleTest, StopsAtTheFirstElementWithoutOneOfItsKeys)
+TEST_F(SetWifiSleepSchedule, StopsAtTheFirstElementWithoutOneOfItsKeys)
 {
     std::vector<std::string> wrong = {"null", "7",  R"("Enable")",
                                       "[]",   "{}", "[" + kPeriod.json() + "]"};
@@ -216,7 +180,7 @@ TEST_F(SleepScheduleTest, StopsAtTheFirstElementWithoutOneOfItsKeys)
     }
 }
 
-TEST_F(SleepScheduleTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
+TEST_F(SetWifiSleepSchedule, StopsAtTheFirstPeriodThatTheDeviceRefuses)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         recording_device::reset();
@@ -238,27 +202,7 @@ TEST_F(SleepScheduleTest, StopsAtTheFirstPeriodThatTheDeviceRefuses)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SleepScheduleTest, OnlyTheFirstOfRepeatedListsIsReadAndConsumed)
-{
-    EXPECT_EQ(run("SET_WIFI_SLEEP_SCHEDULE",
-                  R"({"wifisleeplist":[],"WIFISleepList":[7],"WIFISLEEPLIST":"x"})"),
-              R"({"WIFISleepList":[7],"WIFISLEEPLIST":"x","Status":"0"})");
-}
-
-TEST_F(SleepScheduleTest, WithoutMemoryTheOldScheduleStays)
-{
-    const size_t allocations = sweep_memory(
-        "SET_WIFI_SLEEP_SCHEDULE", schedule(kPeriod.json()), [] {},
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? schedule_reply(failure("del all wifi timerinfo failed"))
-                                  : R"({"First":1,"Last":2})");
-            EXPECT_TRUE(recording_device::calls().empty());
-        });
-    EXPECT_EQ(allocations, 1u);
-}
-
-TEST_F(SleepScheduleTest, AnElementFillsTheTextsOfARecord)
+TEST_F(SetWifiSleepSchedule, AnElementFillsTheTextsOfARecord)
 {
     Request request({});
     for (const auto &[key, json] : kPeriod.keys()) {
@@ -280,3 +224,192 @@ TEST_F(SleepScheduleTest, AnElementFillsTheTextsOfARecord)
 }
 
 } // namespace wifi_radio_test
+
+// What the radios hear, and the channels that they may use. Entries that are not freed are found by
+// the address sanitizer.
+namespace wifi_scan_test {
+
+using recording_device::Call;
+using recording_device::when;
+
+class GetScanWifiSsidlist : public HandlerTest {};
+class GetScanChannelPower : public HandlerTest {};
+class GetWifiChannelList : public HandlerTest {};
+
+// ---- GET_SCAN_WIFI_SSIDLIST --------------------------------------------------------------------
+
+ScanEntry *found(const std::string &name)
+{
+    auto *entry = static_cast<ScanEntry *>(malloc(sizeof(ScanEntry)));
+    *entry = {"", "-50", "WPA2", "TKIP", "AES", "5G", "0"};
+    strcpy(entry->SSID, name.c_str());
+    return entry;
+}
+
+std::string network(const std::string &name)
+{
+    return R"({"SSID":")" + name +
+           R"(","PowerLevel":"-50","ENCRYPT":"WPA2","WPACypher":"TKIP","WPA2Cypher":"AES",)"
+           R"("Band":"5G","Connected":"0"})";
+}
+
+// A scan that finds a network for each of the slots; its name is the slot's number.
+void scan_finds(const std::vector<size_t> &slots, int32_t result = 0)
+{
+    when<devapi_get_scan_ssid>([=](ScanResult *scan) {
+        scan->reserved0 = -1;
+        for (const size_t slot : slots) {
+            scan->entries[slot] = found(std::to_string(slot));
+        }
+        return result;
+    });
+}
+
+std::vector<size_t> slots_up_to(size_t end)
+{
+    std::vector<size_t> slots;
+    for (size_t slot = 0; slot < end; ++slot) {
+        slots.push_back(slot);
+    }
+    return slots;
+}
+
+std::string scan_reply(const std::vector<size_t> &slots)
+{
+    std::string networks;
+    for (const size_t slot : slots) {
+        networks += (networks.empty() ? "" : ",") + network(std::to_string(slot));
+    }
+    return R"({"SSIDList":[)" + networks + R"(],"Status":"0"})";
+}
+
+TEST_F(GetScanWifiSsidlist, AsksForAScanOnce)
+{
+    EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST", R"({"SSIDList":"kept"})"),
+              R"({"SSIDList":"kept","SSIDList":[],"Status":"0"})");
+    EXPECT_EQ(
+        recording_device::calls(),
+        (std::vector<Call>{{"devapi_get_scan_ssid", {std::string(sizeof(ScanResult), '\0')}}}));
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+TEST_F(GetScanWifiSsidlist, ReportsTheFirstTwentySlots)
+{
+    for (const size_t count : {1u, 19u, 20u, 21u, 25u, 60u}) {
+        scan_finds(slots_up_to(count));
+        EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"),
+                  scan_reply(slots_up_to(std::min<size_t>(count, 20))))
+            << count;
+    }
+}
+
+TEST_F(GetScanWifiSsidlist, PassesOverEmptySlots)
+{
+    scan_finds({1, 3, 18, 19});
+    EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"), scan_reply({1, 3, 18, 19}));
+    scan_finds({20, 59});
+    EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"), scan_reply({}));
+}
+
+TEST_F(GetScanWifiSsidlist, AFailedScanMayHandOverMemory)
+{
+    for (const int32_t result : {-1, 1, -2, 1000}) {
+        for (const size_t count : {0u, 3u, 60u}) {
+            scan_finds(slots_up_to(count), result);
+            EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"), "{" + failure("get scan rssi failed") + "}");
+        }
+    }
+    EXPECT_TRUE(recording_host::log_lines().empty());
+}
+
+// ---- GET_SCAN_CHANNEL_POWER --------------------------------------------------------------------
+
+// A scan that hands over so many entries and says that there are count.
+void powers_are(size_t entries, int32_t count, int32_t result = 0)
+{
+    when<devapi_scan_channel_power>([=](ChannelPowerResult *power) {
+        power->count = count;
+        power->entries = static_cast<ChannelPower *>(calloc(entries, sizeof(ChannelPower)));
+        for (size_t at = 0; at < entries; ++at) {
+            snprintf(power->entries[at].name, sizeof power->entries[at].name, "n%zu", at);
+            snprintf(power->entries[at].dbpower, sizeof power->entries[at].dbpower, "-%zu", at);
+        }
+        return result;
+    });
+}
+
+TEST_F(GetScanChannelPower, ReportsAnyNumberOfPowers)
+{
+    powers_are(1000, 1000);
+    const Json object = parse(run("GET_SCAN_CHANNEL_POWER"));
+    EXPECT_EQ(cJSON_GetArraySize(object->child), 1000);
+}
+
+TEST_F(GetScanChannelPower, ReportsNoPowersThatAreNotThere)
+{
+    for (const int32_t count : {0, -1, INT32_MIN}) {
+        powers_are(2, count);
+        EXPECT_EQ(run("GET_SCAN_CHANNEL_POWER"), R"({"SSIDList":[],"Status":"0"})") << count;
+    }
+    when<devapi_scan_channel_power>([](ChannelPowerResult *power) {
+        power->count = 5;
+        return 0;
+    });
+    EXPECT_EQ(run("GET_SCAN_CHANNEL_POWER"), R"({"SSIDList":[],"Status":"0"})");
+}
+
+// ---- GET_WIFI_CHANNEL_LIST ---------------------------------------------------------------------
+
+// A device with the channels 1, 2, 3 … at 2.4 GHz and 100, 101, 102 … at 5 GHz.
+void channels_are(int32_t count_24g, int32_t count_5g, int32_t result = 0)
+{
+    when<devapi_get_all_wifi_channel_list>([=](WifiChannelList *list) {
+        list->count_24g = count_24g;
+        list->count_5g = count_5g;
+        for (int16_t at = 0; at < 64; ++at) {
+            list->channels_24g[at] = static_cast<int16_t>(1 + at);
+            list->channels_5g[at] = static_cast<int16_t>(100 + at);
+        }
+        return result;
+    });
+}
+
+std::string channel_reply(int count_24g, int count_5g)
+{
+    const auto names = [](int first, int count) {
+        std::string text;
+        for (int at = 0; at < count; ++at) {
+            text += (at > 0 ? "," : "") + (R"({"Name":")" + std::to_string(first + at) + "\"}");
+        }
+        return text;
+    };
+    return R"({"List24g":[)" + names(1, count_24g) + R"(],"List58g":[)" + names(100, count_5g) +
+           R"(],"Status":"0"})";
+}
+
+TEST_F(GetWifiChannelList, CountsOfChannelsAreHeldToTheirArrays)
+{
+    const std::pair<int32_t, int> counts[] = {{0, 0},   {-1, 0},  {INT32_MIN, 0}, {1, 1},
+                                              {64, 64}, {65, 64}, {1000, 64},     {INT32_MAX, 64}};
+    for (const auto &[count, reported] : counts) {
+        channels_are(count, 0);
+        EXPECT_EQ(run("GET_WIFI_CHANNEL_LIST"), channel_reply(reported, 0)) << count;
+        channels_are(0, count);
+        EXPECT_EQ(run("GET_WIFI_CHANNEL_LIST"), channel_reply(0, reported)) << count;
+    }
+}
+
+TEST_F(GetWifiChannelList, AChannelMayBeAnyNumber)
+{
+    when<devapi_get_all_wifi_channel_list>([](WifiChannelList *list) {
+        list->count_24g = 2;
+        list->channels_24g[0] = INT16_MIN;
+        list->channels_24g[1] = INT16_MAX;
+        return 0;
+    });
+    EXPECT_EQ(run("GET_WIFI_CHANNEL_LIST", R"({"List58g":1})"),
+              R"({"List58g":1,"List24g":[{"Name":"-32768"},{"Name":"32767"}],"List58g":[],)"
+              R"("Status":"0"})");
+}
+
+} // namespace wifi_scan_test

@@ -1,5 +1,5 @@
+#include "commands.h"
 #include "handler_test.h"
-#include "memory_sweep.h"
 #include "request.h"
 
 #include <cstring>
@@ -10,12 +10,7 @@ using recording_device::contents;
 using recording_device::when;
 using recording_host::LogLine;
 
-class WifiTest : public HandlerTest {};
-
-constexpr const char *kReported[] = {"SSID",       "PWD",        "ENCRYPT",
-                                     "PowerLevel", "Channel",    "UsedChannel",
-                                     "Enable",     "Bandwidth",  "AdvertisementEnable",
-                                     "Mode",       "Beamforming"};
+class GetWifiInfo : public HandlerTest {};
 
 // ---- GET_WIFI_INFO -----------------------------------------------------------------------------
 
@@ -32,52 +27,7 @@ constexpr char kNamedReply[] =
     R"("Channel":"Channel","UsedChannel":"UsedCha","Enable":"Enable","Bandwidth":"Bandwidth",)"
     R"("AdvertisementEnable":"Adverti","Mode":"Mode","Beamforming":"Beamfor")";
 
-TEST_F(WifiTest, ReportsElevenKeysOfAnSsid)
-{
-    when<devapi_get_ssid_info>(named_ssid);
-    EXPECT_EQ(run("GET_WIFI_INFO", R"({"Before":1,"SSIDIndex":"3","SSID":"kept"})"),
-              R"({"Before":1,"SSID":"kept",)" + std::string(kNamedReply) + "}");
-    SsidInfo asked = {};
-    asked.SSIDIndex = 3;
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<recording_device::Call>{{"devapi_get_ssid_info", {contents(&asked)}}}));
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-TEST_F(WifiTest, ReadsNoFurtherThanTheFieldsOfAnSsid)
-{
-    when<devapi_get_ssid_info>([](SsidInfo *info) {
-        memset(info, 'x', sizeof *info);
-        return 0;
-    });
-    const Json object = parse(run("GET_WIFI_INFO", R"({"SSIDIndex":"1"})"));
-    constexpr size_t kWidths[] = {64, 64, 8, 64, 8, 8, 8, 16, 8, 8, 8};
-    const cJSON *item = object->child->next;
-    for (size_t at = 0; at < std::size(kWidths); ++at, item = item->next) {
-        EXPECT_STREQ(item->string, kReported[at]);
-        EXPECT_EQ(item->valuestring, std::string(kWidths[at], 'x')) << item->string;
-    }
-    EXPECT_EQ(item, nullptr);
-}
-
-TEST_F(WifiTest, AnIndexThatIsAbsentOrNoTextIsNoIndex)
-{
-    std::vector<std::string> requests = {"{}", R"({"Index":"1","SSID":"1"})"};
-    for (const std::string &json : kNoTexts) {
-        requests.push_back(R"({"SSIDIndex":)" + json + "}");
-    }
-    for (const std::string &request : requests) {
-        recording_host::reset();
-        EXPECT_EQ(run("GET_WIFI_INFO", request), request.substr(0, request.size() - 1) +
-                                                     (request == "{}" ? "" : ",") +
-                                                     failure("no index") + "}");
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "can not find SSIDIndex object!\n"}}));
-    }
-    EXPECT_TRUE(recording_device::calls().empty());
-}
-
-TEST_F(WifiTest, AnEmptyIndexIsRefused)
+TEST_F(GetWifiInfo, AnEmptyIndexIsRefused)
 {
     EXPECT_EQ(run("GET_WIFI_INFO", R"({"SSIDIndex":""})"),
               R"({"SSIDIndex":"",)" + failure("index string null") + "}");
@@ -85,7 +35,7 @@ TEST_F(WifiTest, AnEmptyIndexIsRefused)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(WifiTest, AnIndexThatReadsAsZeroIsRefused)
+TEST_F(GetWifiInfo, AnIndexThatReadsAsZeroIsRefused)
 {
     for (const std::string &index :
          {std::string("0"), std::string("abc"), std::string("-0"), std::string(" "),
@@ -101,7 +51,7 @@ TEST_F(WifiTest, AnIndexThatReadsAsZeroIsRefused)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(WifiTest, AnyOtherIndexReachesTheDevice)
+TEST_F(GetWifiInfo, AnyOtherIndexReachesTheDevice)
 {
     const std::pair<std::string, int32_t> indexes[] = {
         {"1", 1},
@@ -128,48 +78,160 @@ TEST_F(WifiTest, AnyOtherIndexReachesTheDevice)
     }
 }
 
-TEST_F(WifiTest, AnSsidThatCannotBeReadFails)
+} // namespace wifi_test
+
+namespace wifi_setting_test {
+
+using recording_device::contents;
+using recording_device::when;
+using Names = std::vector<std::string>;
+
+class SetWifiInfo : public HandlerTest {};
+
+const Request kSetting({{"SSIDIndex", R"("2")"},
+                        {"SSID", R"("home")"},
+                        {"PWD", R"("secret")"},
+                        {"ENCRYPT", R"("WPA2")"},
+                        {"PowerLevel", R"("80")"},
+                        {"Channel", R"("6")"},
+                        {"Enable", R"("1")"}});
+const Request kSettingWithOptions = kSetting.with("Beamforming", R"("b")")
+                                        .with("Mode", R"("m")")
+                                        .with("AdvertisementEnable", R"("a")");
+
+SsidInfo set_record()
 {
-    for (const int32_t result : {-1, 1, -2, 1000, INT32_MIN}) {
-        when<devapi_get_ssid_info>([result](SsidInfo *info) {
-            named_ssid(info);
-            return result;
-        });
-        EXPECT_EQ(run("GET_WIFI_INFO", R"({"SSIDIndex":"9","Other":"x"})"),
-                  R"({"Other":"x",)" + failure("get ssid info failed") + "}");
-    }
+    SsidInfo record = {2,   "home", "secret", "WPA2", "80", "6",  "",
+                       "1", "",     "",       "-1",   "-1", "-1", ""};
+    return record;
+}
+
+TEST_F(SetWifiInfo, ASettingLeavesOutWhatItWasNotGiven)
+{
+    EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("Bandwidth", R"("160")").json()),
+              R"({"Bandwidth":"160","Status":"0"})");
+    const SsidInfo expected = set_record();
+    EXPECT_EQ(recording_device::calls(), (std::vector<recording_device::Call>{
+                                             {"devapi_set_ssid_info", {contents(&expected)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(WifiTest, OnlyTheFirstIndexIsReadAndConsumed)
+TEST_F(SetWifiInfo, AnOptionWithoutTextCountsAsLeftOutAndStays)
 {
-    when<devapi_get_ssid_info>(named_ssid);
-    EXPECT_EQ(run("GET_WIFI_INFO", R"({"ssidindex":"2","SSIDIndex":"3"})"),
-              R"({"SSIDIndex":"3",)" + std::string(kNamedReply) + "}");
-    EXPECT_EQ(recording_device::record<SsidInfo>(recording_device::calls().at(0)).SSIDIndex, 2);
-}
-
-TEST_F(WifiTest, AnSsidIsReportedWholeOrNotAtAll)
-{
-    const size_t allocations = sweep_memory(
-        "GET_WIFI_INFO", R"({"SSIDIndex":"1"})", [] { when<devapi_get_ssid_info>(named_ssid); },
-        [](const std::string &object, FailingMemory::Fail how) {
-            EXPECT_EQ(object, how == FailingMemory::Fail::kOnce
-                                  ? "{" + failure("get ssid info failed") + "}"
-                                  : "{}");
-        });
-    EXPECT_EQ(allocations, 1 + 2u * 11);
-}
-
-TEST_F(WifiTest, WhatIsNoObjectIsLeftAlone)
-{
-    for (const char *command : {"GET_WIFI_INFO", "SET_WIFI_INFO"}) {
-        EXPECT_EQ(hg_process_json_cmd(command, nullptr), 0);
-        const Json array = parse(R"(["SSIDIndex",{"SSIDIndex":"1"}])");
-        EXPECT_EQ(hg_process_json_cmd(command, array.get()), 0);
-        EXPECT_EQ(print(array.get()), R"(["SSIDIndex",{"SSIDIndex":"1"}])");
+    const SsidInfo expected = set_record();
+    for (const std::string &json : kNoTexts) {
+        const std::string options =
+            R"("Mode":)" + json + R"(,"AdvertisementEnable":)" + json + R"(,"Beamforming":)" + json;
+        const std::string request = kSetting.json();
+        EXPECT_EQ(run("SET_WIFI_INFO", "{" + options + "," + request.substr(1)),
+                  "{" + options + R"(,"Status":"0"})");
+        EXPECT_EQ(recording_device::calls().back().arguments[0], contents(&expected));
     }
-    EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace wifi_test
+TEST_F(SetWifiInfo, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
+{
+    for (const int32_t result : {0, -1, 1, -2, 1000}) {
+        for (const int32_t power_result : {0, -1}) {
+            recording_device::reset();
+            when<devapi_set_ssid_info>([result](const SsidInfo *) { return result; });
+            when<devapi_set_5gwifi_powerlevel>([=](const char *) { return power_result; });
+            EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("SSIDIndex", R"("1")")
+                                               .with("PowerLevel", quoted(text_of_length(100)))
+                                               .json()),
+                      "{" + (result == 0 ? R"("Status":"0")" : failure("SET_WIFI_INFO_FAIL")) +
+                          "}");
+            EXPECT_EQ(recording_device::called_functions(),
+                      (Names{"devapi_set_ssid_info", "devapi_set_5gwifi_powerlevel"}));
+            const auto calls = recording_device::calls();
+            EXPECT_EQ(recording_device::record<SsidInfo>(calls[0]).PowerLevel, text_of_length(63));
+            EXPECT_EQ(calls[1].arguments[0], text_of_length(100)); // uncut
+        }
+    }
+}
+
+TEST_F(SetWifiInfo, TheOptionsLeaveTheObjectBeforeTheDeviceIsCalled)
+{
+    const Json object = parse(kSettingWithOptions.with("Mode", "7").json());
+    when<devapi_set_ssid_info>([&](const SsidInfo *) {
+        EXPECT_EQ(print(object.get()), kSetting.with("Mode", "7").json());
+        return 0;
+    });
+    EXPECT_EQ(json_set_wifi_info(object.get()), 0);
+    EXPECT_EQ(print(object.get()), R"({"Mode":7,"Status":"0"})");
+    EXPECT_EQ(recording_device::called_functions()[0], "devapi_set_ssid_info");
+}
+
+TEST_F(SetWifiInfo, NoOtherIndexReachesTheUpperRadioAndNoneIsRefused)
+{
+    const std::pair<const char *, int32_t> indexes[] = {
+        {"2", 2}, {"0", 0},   {"-1", -1}, {"9", 9},
+        {"", 0},  {"abc", 0}, {"11", 11}, {"99999999999", INT32_MAX},
+    };
+    for (const auto &[text, index] : indexes) {
+        recording_device::reset();
+        EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("SSIDIndex", quoted(text)).json()),
+                  R"({"Status":"0"})");
+        EXPECT_EQ(recording_device::called_functions(), Names{"devapi_set_ssid_info"}) << text;
+        EXPECT_EQ(recording_device::record<SsidInfo>(recording_device::calls()[0]).SSIDIndex,
+                  index);
+    }
+    run("SET_WIFI_INFO", kSetting.with("SSIDIndex", R"("1st")").json());
+    EXPECT_EQ(recording_device::called_functions().back(), "devapi_set_5gwifi_powerlevel");
+}
+
+TEST_F(SetWifiInfo, TheHandlerReturnsTheDevicesResult)
+{
+    for (const int32_t result : {0, -1, 7, -2}) {
+        when<devapi_set_ssid_info>([result](const SsidInfo *) { return result; });
+        EXPECT_EQ(json_set_wifi_info(parse(kSetting.json()).get()), result);
+        EXPECT_EQ(json_set_wifi_info(parse("{}").get()), -1);
+        EXPECT_EQ(json_set_wifi_info(parse(kSetting.with("SSID", "1").json()).get()), -1);
+    }
+}
+
+// ---- parse_wifi_set_info_from_json -------------------------------------------------------------
+
+TEST_F(SetWifiInfo, TheAgentsSettingLeavesTheOtherFieldsAlone)
+{
+    SsidInfo record;
+    memset(&record, '?', sizeof record);
+    SsidInfo expected = record;
+    const Json item = parse(kSettingWithOptions.json());
+    EXPECT_EQ(parse_wifi_set_info_from_json(&record, item.get()), 0);
+    expected.SSIDIndex = 2;
+    strcpy(expected.SSID, "home");
+    strcpy(expected.PWD, "secret");
+    strcpy(expected.PowerLevel, "80");
+    strcpy(expected.Channel, "6");
+    strcpy(expected.Enable, "1");
+    EXPECT_EQ(contents(&record), contents(&expected));
+    EXPECT_EQ(print(item.get()), kSettingWithOptions.json());
+}
+
+TEST_F(SetWifiInfo, TheAgentsSettingNeedsItsKeysButNoEncryption)
+{
+    SsidInfo record = {};
+    EXPECT_EQ(
+        parse_wifi_set_info_from_json(&record, parse(kSetting.without("ENCRYPT").json()).get()), 0);
+    EXPECT_EQ(
+        parse_wifi_set_info_from_json(&record, parse(kSetting.with("ENCRYPT", "7").json()).get()),
+        0);
+    record = {};
+    for (const auto &[key, json] : kSetting.without("ENCRYPT").keys()) {
+        const Json missing = parse(kSetting.without(key).json());
+        EXPECT_EQ(parse_wifi_set_info_from_json(&record, missing.get()), -1) << key;
+        for (const std::string &no_text : kNoTexts) {
+            const Json wrong = parse(kSetting.with(key, no_text).json());
+            EXPECT_EQ(parse_wifi_set_info_from_json(&record, wrong.get()), -1) << key;
+        }
+    }
+    for (const std::string no_object : {"null", "7", R"("x")", "[]", R"(["x"])"}) {
+        EXPECT_EQ(parse_wifi_set_info_from_json(&record, parse(no_object).get()), -1);
+    }
+    EXPECT_EQ(parse_wifi_set_info_from_json(&record, nullptr), -1);
+    EXPECT_EQ(contents(&record), std::string(292, '\0')) << "a refused object leaves it untouched";
+    EXPECT_EQ(parse_wifi_set_info_from_json(nullptr, parse(kSetting.json()).get()), -1);
+}
+
+} // namespace wifi_setting_test

@@ -1,0 +1,29 @@
+// Where a command deliberately differs from what all commands have in common.
+#pragma once
+
+#include "subject.h"
+
+#include <string>
+#include <string_view>
+
+// What all commands have in common.
+enum class Rule {
+    kAbsentKey,   // is refused, or an optional one left out
+    kOtherType,   // counts as it is described
+    kCut,         // a text is cut to its field and changes nothing else
+    kEmptyText,   // is a text like any other
+    kRepeatedKey, // only the first counts
+    kOtherCase,   // a key is found in any letter case, or else is absent
+    kPresentKey,  // keys of a reply that are there already stay
+    kResult,      // a device function's result counts as it is described; the key is the function
+    kZeroed,      // what the device writes to holds nothing before; the key is the field
+    kNoError,     // a success logs no error
+    kCallOrder,   // the calls come in the order that is described
+    kNoObject,    // what is no object is left as it is, and changes nothing
+};
+
+// Why the rule does not hold for the key; null where it does. An empty key stands for the request.
+const char *exception(const Subject &subject, Rule rule, const std::string &key);
+
+// The exceptions of a subject that were not asked for since: those that are none any more.
+std::string stale_exceptions(const Subject &subject, Rule rule);
