@@ -1,7 +1,8 @@
 # Marks the comments of the public headers as documentation for Doxygen: the first one as that of the file,
 # one after a declaration as that of the declaration, and the others as those of what follows. Headings are
 # not changed.
-1 s|^/\*$|/** \\file|
+1 s|^/\* SPDX.*||
+2 s|^/\*$|/** \\file|
 s|^( *)/\* ----|&|
 t
 s|([;,]) +/\* |\1 /**< |

@@ -28,6 +28,7 @@ from device_interface import Interface, ROOT
 SCHEMA_FOLDER = ROOT / "protocol/schemas"
 COMPLETE_FOLDER = ROOT / "protocol/complete"
 INCLUDE_FOLDER = ROOT / "smart_router_service/include/smart_router_service"
+LICENCE = "/* SPDX-License-Identifier: MIT */\n"
 
 
 def made_files():
@@ -53,7 +54,7 @@ def made_files():
         files[SCHEMA_FOLDER / f"{event['event']}.event.json"] = as_text(schemas.event_schema(event))
     files[SCHEMA_FOLDER / "session.request.json"] = as_text(schemas.session_request_schema())
     files[SCHEMA_FOLDER / "session.line.json"] = as_text(schemas.session_line_schema(happenings))
-    return files
+    return {path: LICENCE + text if path.suffix == ".h" else text for path, text in files.items()}
 
 
 def as_text(schema):

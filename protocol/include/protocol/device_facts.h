@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 // Properties of the device functions and their records, for programs that check a device library or
 // replace one. Generated from protocol/device by protocol/generate.py.
 #pragma once

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * The functions that the router's device-access library provides to the plug-in.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * All functions of device_access.h as a list for the preprocessor, for code that is the same for
  * every device function. This file is generated from protocol/device by protocol/generate.py.
