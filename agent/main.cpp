@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent, the reference agent: hosts the plug-in and a device library as a gateway's agent does.
 #include "commands/call.h"
 #include "commands/hosts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "cases.h"
 
 #include "commands.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands that are measured, each with its request and with the hand-written baseline that it
 // is compared with.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device.h"
 
 #include "smart_router_service/device_access.h"

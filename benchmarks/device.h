@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The device-access library of the benchmarks: queries copy constants, so that almost nothing is
 // spent outside the measured code, and the same on both sides. Functions without a constant fail.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sends each command of the table under callgrind, which writes the cost of finding its handler to
 // a separate file. The handlers here do nothing.
 #include "commands.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hand-written baseline that the plug-in's handlers are compared with: the same commands,
 // written with cJSON's ordinary calls, one key after the other. They make the same device calls
 // with the same records and give the same replies.

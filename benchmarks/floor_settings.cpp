@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings, and lists of settings.
 #include "floor.h"
 

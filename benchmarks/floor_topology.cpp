@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The topology report.
 #include "floor.h"
 

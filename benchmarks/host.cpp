@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The host's services for measurements, as small as possible.
 #include "smart_router_service/host_agent.h"
 

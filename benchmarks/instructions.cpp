@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs every case once under callgrind, which writes the cost of each run to a separate file. Lists
 // have each of the given sizes. The device's functions are not counted: --toggle-collect=devapi_*
 // excludes them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads the plug-in as an agent does and sends it a million commands, to measure how long loading
 // takes and how much memory the process keeps. Prints one JSON object.
 #include "device.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Counts instructions and heap allocations with callgrind. As a program it checks that the plug-in stays within the
 limits: measure.py handlers|elements|dispatch|serving PROGRAM."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Prints what the plug-in needs on a router: its sections, the code of each handler and its stack.
 size_report.py [--check] READELF OBJDUMP STRIP PLUGIN OBJECT...; with --check it fails when a limit is exceeded.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs every measurement and prints one Markdown table: table.py BUILD [DOCUMENT]. In the document, the table
 between the two marks is replaced. Times are processor times."""
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Measures the processor time of the same cases, which depends on this machine and its load.
 #include "cases.h"
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Options for all targets of the project. Log lines contain the names of source files, so their paths are
 # made relative to the project. GCC 12 warns wrongly at -O3 that a literal and the string that it is
 # concatenated with may overlap (its bug 105651).

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds all dependencies in one place, so that everything that is missing is reported at once, with the Debian
 # packages that contain it.
 set(missing "")

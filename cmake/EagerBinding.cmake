@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # eager_binding(OUTPUT): writes a source that takes the address of every undefined function that the
 # plug-in calls. On MIPS, the linker generates a stub of 16 bytes for a function that is only called, for
 # lazy binding. The plug-in binds all functions when it is loaded; taking their addresses, at four bytes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # embed_texts(TARGET NAME FILE...): compiles text files into a target, so that it needs no files at
 # run time. The target gets the header embedded/NAME.h with
 #   std::span<const embedded::Text> embedded::NAME()   each with the file's name and its text.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Defines the target cJSON::cJSON, since not every distribution ships cJSON with a CMake package.
 find_path(cJSON_INCLUDE_DIR cjson/cJSON.h)
 find_library(cJSON_LIBRARY cjson)

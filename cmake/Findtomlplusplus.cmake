@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # toml++ as headers alone: Debian's own CMake package links a shared library, which every start of the
 # agent would load.
 find_path(tomlplusplus_INCLUDE_DIR toml++/toml.h)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # utf8cpp is header-only, but Debian installs its CMake package in the folder of one architecture, which
 # builds for other architectures do not search.
 find_path(utf8cpp_INCLUDE_DIR utf8.h PATH_SUFFIXES utf8cpp)

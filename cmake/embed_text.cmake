@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The script that embed_texts() runs, with NAME, FILES and DIRECTORY.
 set(texts "")
 foreach(file IN LISTS FILES)

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * The smallest agent for the plug-in: runs one command and prints the reply.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "agent_calls.h"
 
 #include "smart_router_service/processjsonability.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions that the agent calls directly, named like commands.
 #pragma once
 

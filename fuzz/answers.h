@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The source of the steered device's results: the bytes of the input, one after the other. After
 // their end all bytes are 0, with which the device works and returns plausible values.
 #pragma once

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints the export of llvm-cov as one line for each file of the given folders, lowest coverage first, and
 a total.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device_answer.h"
 
 #include "protocol_words.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A call of the steered device: its result, and what it writes to its arguments.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Filling every record of the device interface.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzes the results and output of the device. An input is a request, followed by the bytes that
 // steer the device (device_answer.cpp). Without an object, the request has that of the command's
 // example.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzes the files of the service: the input is a configuration or a policy in TOML.
 //
 // What is wrong with one is told in lines of UTF-8 that begin with the file's name. What is right

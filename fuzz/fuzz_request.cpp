@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzes the requests of the agent: a command with any object, on a device that works. An input is
 //
 //   COMMAND

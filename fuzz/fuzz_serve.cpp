@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzes the input of hgagent serve: all of run_serve(), with the input as its standard input. The
 // first line may begin with "@"; the rest of that line steers the device (device_answer.cpp).
 //

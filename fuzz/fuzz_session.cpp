@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzes a session: successive requests to one simulated gateway, whose clock is stopped. An input
 // has a request on each line; "!" switches the gateway off and on again. The first line may choose
 // the home.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzes the files that the simulated gateway opens. An input is such a file: a scenario if it is
 // marked as one, otherwise a state file.
 //

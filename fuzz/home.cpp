@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "home.h"
 
 #include "request.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checks of the simulated gateway that have to succeed after any input.
 #pragma once
 

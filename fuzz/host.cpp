@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The services of the host agent: the log is formatted and discarded, the rest is as simple as
 // possible.
 #include "smart_router_service/host_agent.h"

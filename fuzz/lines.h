@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Inputs that consist of lines.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Generates the initial inputs of the fuzzers from the protocol's descriptions.
 
     make_seeds.py COMMANDS SCENARIOS OUT

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory that runs out at a point chosen by the input, for code that builds cJSON items.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "mutator.h"
 
 #include "agent_calls.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes to requests that keep them requests, which changes of random bytes would hardly do.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol_words.h"
 
 #include "embedded/protocol_commands.h"

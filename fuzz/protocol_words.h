@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Words from the descriptions of the commands, for generating requests.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The request in an input: a command's name, a line feed, and its object as JSON.
 #pragma once
 

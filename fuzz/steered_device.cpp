@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A device-access library that is steered by the bytes of the input. Its functions, and the code
 // that fills each record, are generated from the descriptions; new ones need no change here.
 #include "device_answer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "workers.h"
 
 #include "smart_router_service/processjsonability.h"

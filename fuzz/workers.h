@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in's workers, in a process that has to be deterministic and to complete each input
 // before the next.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "line_output.h"
 
 #include <algorithm>

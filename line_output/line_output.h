@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Output of lines to a descriptor whose reader may be slow or not read at all: writing never
 // blocks.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Three packages: the plug-in, for users with their own agent; the files to build an agent; and the
 # reference agent with the simulated gateway.
 set(package_of_runtime smart-router-service)

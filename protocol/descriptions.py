@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Reads the descriptions of the commands and events, for generators and checks."""
 
 import json

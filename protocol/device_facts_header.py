@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates protocol/device_facts.h: properties of the device interface that its declarations do not express."""
 
 TOP = """\

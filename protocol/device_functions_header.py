@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates device_functions.h from the descriptions of the device interface: a list for the preprocessor."""
 
 import device_interface

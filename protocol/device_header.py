@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates device_access.h from the descriptions of the device interface."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Reads the descriptions of the device interface, for generators and checks. Run as a program, it prints
 the names of the functions."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates protocol/device_layout.h: the memory layout of the arguments of device functions and of record fields."""
 
 TOP = """\

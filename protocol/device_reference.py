@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates docs/device_access.md from the descriptions of the device interface."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Builds the sentences about a device function from its description."""
 
 from device_interface import INTEGER_SIZES

@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: MIT
 """Generates files from the descriptions.
 
 From those of the commands and events: docs/protocol.md, the manual page hg-protocol(7), the JSON Schemas and

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates the manual page hg-protocol(7) from the descriptions: a summary of requests and replies."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates docs/protocol.md from the descriptions: every command with its request, replies and example."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Generates the JSON Schemas of requests and replies, of events and of the lines around them."""
 
 from descriptions import keys_with_items, limits

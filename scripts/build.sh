@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Configures and builds a preset, and shows its progress: build.sh PRESET [OPTION of cmake --build...]
 set -euo pipefail
 cd "$(dirname "$0")/.."

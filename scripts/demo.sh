@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds and demonstrates the installed programs: an evening in one home. The agent loads the plug-in and
 # a simulated gateway, sends commands and prints the replies.
 #

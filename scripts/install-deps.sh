@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the missing ones of the Debian packages that the project needs, and prints their names and size.
 # Without the permission to install, it prints the commands that root has to run.
 #

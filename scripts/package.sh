@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the Debian packages into build/package: the plug-in, its development files, and the reference
 # agent with the simulated gateway.
 #

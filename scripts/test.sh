@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds everything and runs every test: natively under the address and undefined-behaviour
 # sanitizers; tests with threads under the thread sanitizer; the plug-in's tests as 32-bit MIPS under
 # qemu; and, in the release build, the tests that count instructions, use an installation, or make the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The administrator's account, the web login, restart and factory recovery, and the schedules of
 // restarts and of sleep.
 #include "recipes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Notices to the phone app, in the envelope that the platform forwards.
 #include "recipes.h"
 

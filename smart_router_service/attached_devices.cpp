@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices attached to the router: their properties, the names and rights that the user gives
 // them, and the firewall.
 #include "recipes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands for child routers, which are forwarded unchanged and executed by the child router.
 #include "child_router_relay.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The common part of the relay, which is also exported.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of commands: the name of every command, with its handler.
 //
 // Everything that needs all commands iterates this table: the dispatcher, the handlers' prototypes

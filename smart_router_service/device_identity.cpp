@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The router's identity: serial number, description, and the version report for the agent.
 #include "recipes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables that map JSON keys to the fields of a record. A table lists fields by the names of the
 // record's members; the compiler determines the offset and width of each field. A handler passes a
 // table to the functions that fill a record from a request or write a record to a reply, so that no

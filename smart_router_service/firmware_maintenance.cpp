@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The update schedule, the firmware of all routers of the mesh, and the upload of the log that the
 // platform requests after a failure.
 #include "firmware_maintenance.h"

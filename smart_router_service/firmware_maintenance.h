@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parts of the mesh-wide update status, which are also exported.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Firmware: the running version, and the commands that download and flash an image. Downloading and
 // flashing take minutes, so most of them start a worker and reply at once.
 #include "firmware_update.h"

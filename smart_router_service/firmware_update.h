@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What firmware update exports in addition to its handlers: the function that starts the worker,
 // the worker, and the helpers of UPDATE_IMMEDIATE.
 #pragma once

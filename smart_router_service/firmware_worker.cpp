@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The threads that download and flash firmware, and the lock that allows only one at a time.
 #include "firmware_update.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Inspections of the gateway by itself, and optimisations.
 #include "recipes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Base information, home page, LAN addresses, DHCP server and PPPoE account of the gateway.
 #include "recipes.h"
 

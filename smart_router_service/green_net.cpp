@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parental control (green-net): its switch, the devices that it protects, and the periods of
 // protection.
 #include "recipes.h"

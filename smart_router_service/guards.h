@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // RAII guards that free a resource at the end of their scope.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The guest network of one band, and how long it stays open.
 #include "recipes.h"
 

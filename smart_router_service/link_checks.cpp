@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Access points on each channel, the check of the links, and the signal of a station.
 #include "recipes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "log.h"
 
 namespace smart_router {

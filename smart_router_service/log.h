@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The host's log, under the name of this module.
 #pragma once
 

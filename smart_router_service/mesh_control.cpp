@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mesh, pairing and WPS, the agent's heartbeat, LEDs, the state of the first configuration, and the
 // removal of devices.
 #include "recipes.h"

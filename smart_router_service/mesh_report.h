@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shared by the topology report and the reports that the agent requests directly: the operators'
 // area codes, the devices attached to a router, and the links between routers.
 #pragma once

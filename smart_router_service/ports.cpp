@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ports of the main router: their traffic counters, and their bindings to WAN connections.
 #include "recipes.h"
 

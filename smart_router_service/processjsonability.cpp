@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dispatcher: finds a command's handler by its name and calls it.
 #include "smart_router_service/processjsonability.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Quality of service: its switch, the priorities of known applications, and the user's rules.
 #include "qos.h"
 

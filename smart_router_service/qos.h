@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parsing of a classification rule, which is also exported.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recipes.h"
 
 namespace smart_router {

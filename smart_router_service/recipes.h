@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Recipes for regular commands. A query, a setting or an action is one line, which names the device
 // call, the table of fields and the failure text. A command that fits no recipe is a plain function
 // that uses the same parts, such as the steps of a setting. Handlers include this header, which

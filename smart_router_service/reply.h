@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reply of a command, which is added to the object of the request. It is built in a separate
 // object and moved as a whole, so that no partial reply is left when memory runs out. Keys must be
 // constants: the items refer to them.

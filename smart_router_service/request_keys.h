@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The keys of a request: finding them as cJSON does, that is, the first match, ignoring case;
 // filling records from them; and removing them from the object.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reports that the agent requests directly: the main router, the devices attached to it, and the
 // stations of any router.
 #include "router_info.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shared by the router and station reports, and the parts of them that are also exported.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The child routers from the topology's list of relations, which the agent requests directly.
 #include "router_info.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The child routers from the gateway's parameter tree, which the agent requests directly.
 #include "router_info.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switches of the router's network services, and a speed test.
 #include "recipes.h"
 

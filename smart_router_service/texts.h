@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The texts in the fields of records, and the numbers and counts in them. Every function knows the
 // width of its field: it writes at most width minus one bytes and a NUL, and it never reads beyond
 // the width, since the device library may have omitted the NUL.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The topology report: the whole mesh in one reply, from the main router's point of view.
 #include "topology_report.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parts of the topology report, which are also exported.
 #pragma once
 

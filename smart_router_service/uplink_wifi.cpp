@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The network that the router joins as a repeater.
 #include "recipes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The router's WAN connections: their number, and one of them at a time.
 #include "recipes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings of one SSID.
 #include "wifi.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shared by the Wi-Fi handlers: the keys of an SSID's settings, and helpers that are also exported
 // for agents that handle the same objects.
 #pragma once

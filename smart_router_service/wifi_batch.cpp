@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All SSIDs at once: the list, and the batch of settings that a worker applies after the reply, so
 // that the reply is sent before the radios restart.
 #include "wifi.h"

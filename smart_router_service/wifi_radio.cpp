@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sleep schedule of the Wi-Fi, scans for neighbouring networks, and the radios' channels.
 #include "wifi.h"
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Measures the plug-in as it ships and prints one Markdown table; takes some minutes.
 #
 #   --keep    also writes the table to docs/performance.md

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the plug-in with counters, runs its unit tests, and prints which of its lines and branches
 # they reach, by file. Fails when one is not reached and no comment gives the reason.
 set -euo pipefail

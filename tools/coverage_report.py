@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Prints which lines and branches of the plug-in its unit tests have reached, by file.
 
 usage: coverage_report.py BUILD_FOLDER

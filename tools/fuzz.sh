@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Fuzzes the plug-in, the agent and the simulated gateway (docs/testing.md).
 #
 #   fuzz.sh [SECONDS [TARGET...]]   for this time, by default 600 seconds, all targets in parallel

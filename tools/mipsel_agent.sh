@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the reference agent for 32-bit MIPS, and tests the example's device library with it under qemu.
 # Its libraries are Debian's mipsel packages. They are unpacked into the build folder: installed, they
 # would have to have the same versions as the native ones.

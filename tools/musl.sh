@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the plug-in and the examples with the C library musl instead of glibc, compares the symbols that
 # the plug-in needs with the reviewed list, and runs the examples. Debian has no cJSON for musl, so it is
 # built from Debian's source package.

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Changes the plug-in in thousands of small ways, one at a time, and looks whether its unit tests notice.
 
 usage: mutate.py [--files NAME...] [--sample PERCENT [--seed N]] [--only MUTANT...] [--list]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The mutations of a C++ source, which tests have to detect, as changes of its text.
 
 The patterns rely on the format of clang-format: an operator has a space on both sides, the bracket of a

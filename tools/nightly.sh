@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # What takes too long for every change (docs/testing.md). Each job is a function.
 #
 #   nightly.sh [JOB...]   these jobs, one after the other; all of them by default

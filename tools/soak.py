@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Sends a long mixture of commands to one `hgagent serve`, and fails when its private memory, its
 descriptors or its threads grow after a warm-up.
 

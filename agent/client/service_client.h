@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Requests to a running service, and what it says by itself.
 #pragma once
 

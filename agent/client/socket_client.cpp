@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "client/socket_client.h"
 
 #include <algorithm>

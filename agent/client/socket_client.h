@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines to and from a service's Unix socket, without ever waiting for it.
 #pragma once
 

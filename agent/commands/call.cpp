@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/call.h"
 
 #include "commands/remote_gateway.h"

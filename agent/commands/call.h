@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent call: one command from the command line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/hosts.h"
 
 #include "commands/remote_gateway.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent hosts: the devices that are attached to the gateway, for people.
 #pragma once
 

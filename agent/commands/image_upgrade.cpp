@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/image_upgrade.h"
 
 #include "host/plugin_host.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent report image-upgrade: the upgrade that a router's agent starts by itself.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/notice.h"
 
 #include "commands/remote_gateway.h"

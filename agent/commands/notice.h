@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Notices to the app.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/protocol_pages.h"
 
 #include "io/exit_status.h"

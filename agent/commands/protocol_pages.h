@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent list and describe: the protocol, for people.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/remote_gateway.h"
 
 #include "io/exit_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gateway of a running service, for the subcommands with --socket.
 #pragma once
 

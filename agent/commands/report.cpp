@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/report.h"
 
 #include "commands/image_upgrade.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent report: what the plug-in tells its agent without any command.
 #pragma once
 

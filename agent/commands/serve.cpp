@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/serve.h"
 
 #include "commands/image_upgrade.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent serve: requests from standard input, one a line, answered on standard output.
 #pragma once
 

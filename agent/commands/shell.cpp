@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/shell.h"
 
 #include "io/error_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent shell: commands for a running service, typed or from a file.
 #pragma once
 

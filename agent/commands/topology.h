@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent topology: the mesh, for people.
 #pragma once
 

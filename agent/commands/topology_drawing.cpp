@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/topology_drawing.h"
 
 #include "io/pages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh as a drawing.
 #pragma once
 

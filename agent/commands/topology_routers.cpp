@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands/topology_routers.h"
 
 #include "protocol/device_texts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh: its routers, and what is attached to each.
 #pragma once
 

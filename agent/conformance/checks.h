@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The checks themselves. They run in the process that has the device library loaded.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "conformance/conformance.h"
 
 #include "conformance/report.h"

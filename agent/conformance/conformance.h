@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent conformance: tests a device library against what the plug-in relies on.
 #pragma once
 

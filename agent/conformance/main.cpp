@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hg-conformance, the test of device libraries as a program of its own: what runs on a router,
 // where the reference agent's libraries are not. It does what "hgagent conformance" does.
 #include "conformance/conformance.h"

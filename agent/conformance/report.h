@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The checks of a device library and their results: as a table, and in JUnit's format.
 #pragma once
 

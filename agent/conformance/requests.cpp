@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "conformance/requests.h"
 
 #include "io/text.h"

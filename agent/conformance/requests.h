@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Requests that fit the device at hand: made from the descriptions of the commands, and from what
 // the device tells.
 #pragma once

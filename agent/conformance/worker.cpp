@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "conformance/worker.h"
 
 #include "conformance/checks.h"

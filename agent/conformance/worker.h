@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process in which the checks run. A library that crashes or hangs takes it along; the next
 // check gets another one.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/crash_report.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is known of a crash, for the log.
 #pragma once
 

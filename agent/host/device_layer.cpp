@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every function of device_access.h, made from the list of them: hands the call to the first stage.
 #include "host/device_layer.h"
 

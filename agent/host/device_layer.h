@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The layer between the plug-in and a device library, of any maker: a library that has the
 // functions of device_access.h and hands each call to the stages that the agent has put there. Its
 // functions are made from the descriptions; nothing here or in a stage is there for one function

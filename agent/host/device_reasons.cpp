@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/device_reasons.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a device library says of calls that it refuses: by the report of the simulated gateway, and
 // in the errors that any library logs.
 #pragma once

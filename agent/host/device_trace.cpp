@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/device_trace.h"
 
 #include "host/plugin_host.h"

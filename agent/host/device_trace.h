@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The trace: one line for every device call, in the order in which the calls ended.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/device_watch.h"
 
 #include "protocol/device_facts.h"

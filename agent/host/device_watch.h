@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stage that looks at every call of a device library and says where it breaks what
 // device_access.h promises.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/events.h"
 
 #include "io/text.h"

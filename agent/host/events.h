@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the gateway does by itself: updates that end, reboots, workers that outlive their command.
 // protocol/events describes each event.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/library_file.h"
 
 #include <dlfcn.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What can be said of a shared library's file without loading it.
 #pragma once
 

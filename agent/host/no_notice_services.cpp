@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent provides for notices to the app, where nobody takes any: the plug-in does without.
 #include "smart_router_service/host_agent.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/notice_receiver.h"
 
 #include "protocol/log_sink.h"

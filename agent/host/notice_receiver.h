@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who receives the notices to the app that the plug-in raises.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent provides for notices to the app.
 #include "host/notice_receiver.h"
 #include "smart_router_service/host_agent.h"

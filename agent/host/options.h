@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which libraries the host loads, and how.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/plugin_host.h"
 
 #include "host/device_trace.h"

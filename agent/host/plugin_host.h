@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two libraries in one process: the device library, and the plug-in on top of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/program.h"
 
 #include "host/plugin_host.h"

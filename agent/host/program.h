@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the programs that host the plug-in have in common from their start to their end.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/progress.h"
 
 #include "io/error_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How far work has come that takes its time.
 #pragma once
 

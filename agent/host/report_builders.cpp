@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/report_builders.h"
 
 #include "smart_router_service/processjsonability.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reports that change nothing: functions of the plug-in that no command leads to.
 #pragma once
 

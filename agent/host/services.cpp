@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent provides to the plug-in and to device libraries. These are the symbols that the
 // executable exports (exports.list).
 #include "smart_router_service/host_agent.h"

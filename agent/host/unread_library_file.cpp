@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Library files where nothing reads them: the loader alone says what is wrong with one.
 #include "host/library_file.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/workers.h"
 
 #include "io/exit_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Threads of the plug-in that go on after the command that started them has replied.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts where nothing knows encodings: what is no printable ASCII is shown by its bytes.
 #include "io/text.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "io/error_output.h"
 
 #include "line_output.h"

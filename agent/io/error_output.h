@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Standard error: lines from any thread, and at most one status line that stands below them all.
 // Nobody waits for its reader: line_output.h says what becomes of lines that are not read.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent's exit status says.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "io/pages.h"
 
 #include "io/exit_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pages for people, on standard output.
 #pragma once
 

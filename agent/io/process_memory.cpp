@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory of the executable. The operators take the place of the standard library's for everything
 // in the process.
 //

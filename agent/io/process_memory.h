@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory of the executable: wiped before it is freed, with a reserve for when it runs out.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "io/streams.h"
 
 #include "io/error_output.h"

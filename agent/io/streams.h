@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Standard input and output: lines of bounded length in, whole lines out, and an end when a signal
 // asks for it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts at the agent's edge. Device libraries and requests may hand over any bytes; what leaves the
 // agent is UTF-8, and what goes to a person is also one line.
 #pragma once

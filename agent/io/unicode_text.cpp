@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts of any encoding, with what knows them.
 #include "io/text.h"
 

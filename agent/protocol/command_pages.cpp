@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/command_pages.h"
 
 #include "io/pages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the protocol says of commands and events, as pages for people.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/description.h"
 
 #include <memory>

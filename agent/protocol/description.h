@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A part of the description of a command or an event: an object, a list, a text or a flag in a tree
 // of cJSON's. What is not there is an empty part.
 #pragma once

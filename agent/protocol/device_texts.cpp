@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/device_texts.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What replies say of devices, as people are shown it.
 #pragma once
 

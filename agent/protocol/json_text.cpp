@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/json_text.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Trees of cJSON's as texts.
 #pragma once
 

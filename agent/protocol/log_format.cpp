@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/log_format.h"
 
 #include "protocol/secrets.h"

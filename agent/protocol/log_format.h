@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Renders a printf format without what must not be in a log.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/log_sink.h"
 
 #include "io/error_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent's log: lines on standard error, "<LEVEL> MODULE: TEXT" each.
 #pragma once
 

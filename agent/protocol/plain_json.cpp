@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/plain_json.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A quick look at a text that is nearly always right.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/protocol.h"
 
 #include "embedded/protocol_commands.h"

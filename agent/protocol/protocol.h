@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands as protocol/ describes them, one description for each (protocol/command.schema.json
 // says what is in it).
 #pragma once

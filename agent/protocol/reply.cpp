@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/reply.h"
 
 #include "io/error_output.h"

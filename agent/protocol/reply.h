@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reply of one command or builder on its way out.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/requests.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Requests as they come in, and replies as they go out. The trees are cJSON's, as the plug-in's own
 // are: they keep the order of keys, and keys that stand twice.
 #pragma once

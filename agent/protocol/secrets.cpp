@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/secrets.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which values are secret, and how a log shows a text without them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/config.h"
 
 #include "io/exit_status.h"

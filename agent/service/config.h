@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration of the service: one structure for the file and the command line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/policy_test.h"
 
 #include "io/exit_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent policy test: what the gate would say, without a service.
 #pragma once
 

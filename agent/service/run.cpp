@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/run.h"
 
 #include "io/error_output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent run: the service.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/subcommands.h"
 
 #include "service/config.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The subcommands of the service on the agent's command line.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/line_editor.h"
 
 #include "io/text.h"

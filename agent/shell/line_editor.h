@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Editing a line at a terminal, with libedit.
 #pragma once
 

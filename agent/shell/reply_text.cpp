@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/reply_text.h"
 
 #include "io/text.h"

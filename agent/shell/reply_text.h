@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Replies as a person at a terminal is shown them.
 #pragma once
 

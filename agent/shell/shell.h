@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Carries out the lines of a shell with a running service.
 #pragma once
 

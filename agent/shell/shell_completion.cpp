@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/shell_completion.h"
 
 #include "host/report_builders.h"

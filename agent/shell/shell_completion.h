@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What can follow on a line of the shell.
 #pragma once
 

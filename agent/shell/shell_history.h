@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines that were typed before, in a file of the user's own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a line of the shell says.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/shell_secrets.h"
 
 #include "protocol/json_text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Secrets in what is typed: the history must not keep them.
 #pragma once
 

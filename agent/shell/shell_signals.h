@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The signals that a terminal sends, and an orderly end, as something to be polled.
 #pragma once
 

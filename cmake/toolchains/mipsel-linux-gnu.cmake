@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 32-bit little-endian MIPS with Debian's cross compiler; programs are run by qemu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR mipsel)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The C library musl instead of glibc, with Debian's musl-tools. There is no C++ library for it, and the
 # plug-in does not need one.
 set(CMAKE_SYSTEM_NAME Linux)

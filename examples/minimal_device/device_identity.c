@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What this library supports: the one device function of the command GET_SN_INFO. */
 #include "smart_router_service/device_access.h"
 

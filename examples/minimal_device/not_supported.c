@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * Every device function, with the result for one that is not supported: -1, with nothing written.
  * device_functions.h lists all of them, so none is ever missing.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/arguments.h"
 
 #include "firmware/web_transfer.h"

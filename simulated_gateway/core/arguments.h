@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The arguments of a device call, as the trace shows them.
 //
 // A record is shown with its texts and numbers; describe() is overloaded for records that need a

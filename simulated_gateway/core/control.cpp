@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The control interface: settings from the host and the environment, and the one open gateway.
 #include "core/control.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gateway that the process has open.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/device_call.h"
 
 #include "core/control.h"

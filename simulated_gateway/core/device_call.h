@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a device function is made of. A function is its name, its arguments and a body that works on
 // the state; fault plan, trace, lock and saving come with query(), setting() and long_work():
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/fault_plan.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fault plan: which device calls fail instead of being executed.
 #pragma once
 

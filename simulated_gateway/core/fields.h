@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fields of records: reading their values and writing them.
 #pragma once
 

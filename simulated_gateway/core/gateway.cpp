@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/gateway.h"
 
 #include "core/fields.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One simulated gateway: its state, its fault plan, its trace.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/refusal.h"
 
 #include "io/host_listener.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reports to the host on failed calls.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/trace.h"
 
 #include "io/text.h"

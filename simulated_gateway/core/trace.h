@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The trace: one line for every device call.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "core/update_report.h"
 
 #include "io/host_listener.h"

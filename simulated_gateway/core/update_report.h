@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the host is told of firmware updates and of reboots.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/attached_device.h"
 
 #include "io/clock.h"

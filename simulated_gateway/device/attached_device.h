@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The record of an attached device, which several device lists contain.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices attached to the routers: their records, names and permissions as set by the user, and
 // the firewall that protects them.
 #include "device/attached_device.h"

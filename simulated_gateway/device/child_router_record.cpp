@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "device/child_router_record.h"
 
 #include "device/attached_device.h"

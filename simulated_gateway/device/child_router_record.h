@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records of the mesh routers, which several reports contain.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands for child routers. Each is the text of a command's JSON object, without the command's
 // name: a child router acts according to the keys present.
 #include "device/attached_device.h"

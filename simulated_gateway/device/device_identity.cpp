@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The router's identity: serial number and description.
 #include "core/device_call.h"
 

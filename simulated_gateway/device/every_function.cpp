@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // References every device function, so that one missing from this library is reported by name when
 // the library is linked, not when it is called.
 #include "smart_router_service/device_access.h"

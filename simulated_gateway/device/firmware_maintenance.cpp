@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Firmware maintenance: when the router may update itself, and the upload of the log after a
 // failure.
 #include "core/gateway.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The running firmware, downloading an image, and flashing it.
 #include "core/device_call.h"
 #include "core/gateway.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The self-inspection of the gateway: what it finds, and how it optimizes.
 #include "core/device_call.h"
 #include "io/clock.h"

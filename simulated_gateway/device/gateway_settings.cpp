@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Base information and home page of the gateway, its LAN addresses, DHCP server and PPPoE account.
 #include "core/device_call.h"
 #include "io/clock.h"

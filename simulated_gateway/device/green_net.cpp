@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parental control (green-net): its switches, the table of protected devices, and the periods of
 // each. An index that selects an entry is the entry's number.
 #include "core/device_call.h"

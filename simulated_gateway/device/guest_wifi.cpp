@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The guest network of each band: one of the SSIDs, on for a limited time.
 #include "device/wireless_network.h"
 #include "io/clock.h"

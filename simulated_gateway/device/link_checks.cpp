@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checks of channels and links: access points, the state of the radios and of the WAN, whether an
 // address answers, and the signal of a station.
 #include "core/device_call.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The switches of the mesh, pairing and WPS; the agent's heartbeat, the LEDs, the state of the
 // initial configuration, and removing devices.
 #include "device/attached_device.h"

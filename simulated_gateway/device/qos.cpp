@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Upstream quality of service: the switch, the priorities of applications, and the rules.
 #include "core/device_call.h"
 

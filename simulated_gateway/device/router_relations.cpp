@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The topology of the mesh as a list of relations: the text, the list built from it, and
 // information about the routers in the list and the hosts attached to them.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The topology of the mesh as a tree of parameters. The entries of the tree are the main router,
 // followed by the child routers, numbered from 1.
 #include "device/attached_device.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The switches of the services, and the speed test.
 #include "core/device_call.h"
 #include "core/gateway.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The routers of the mesh and their stations, one by one, and the main router's part of the
 // topology report.
 #include "device/attached_device.h"

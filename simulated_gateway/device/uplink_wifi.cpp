@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The router as a repeater that joins a neighbouring network.
 #include "core/device_call.h"
 #include "simulation/neighbourhood.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The WAN connections: their number, and each of them by name. The first is the Internet
 // connection, which other device functions call the WAN.
 #include "core/device_call.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The SSIDs one by one. Transmit power, channel, bandwidth, mode and beamforming belong to the
 // radio: a setting of one SSID changes them for all SSIDs of its band.
 #include "device/wireless_network.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The SSID settings that a list of settings changes, and the settings common to all of the Wi-Fi.
 #include "device/wireless_network.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // When the Wi-Fi sleeps, what its radios receive, and which channels they may use.
 #include "core/device_call.h"
 #include "model/radio_channels.h"

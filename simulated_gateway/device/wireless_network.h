@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the records of SSIDs and guest networks have in common. The mode belongs to the radio, which
 // all networks of its band share.
 #pragma once

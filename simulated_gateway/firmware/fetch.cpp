@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/fetch.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Downloading an image from a URL.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/image.h"
 
 #include "model/rules.h"

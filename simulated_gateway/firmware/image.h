@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Firmware images: a header, followed by the payload up to the end of the file.
 //
 //   offset  bytes

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/machine.h"
 
 #include "io/files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The machine that the gateway runs on, which a command to the router must never restart.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hg-mkimage: makes firmware images for the simulated gateway, and shows what is in one.
 #include "firmware/image.h"
 #include "io/files.h"

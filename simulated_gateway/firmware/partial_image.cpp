@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/partial_image.h"
 
 #include "io/text.h"

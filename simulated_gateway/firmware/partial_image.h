@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A partly downloaded image: a growing file, and next to it a file that records where it comes
 // from, so that an interrupted download can be resumed.
 #pragma once

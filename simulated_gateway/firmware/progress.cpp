@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/progress.h"
 
 #include "io/host_listener.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Progress reports to the host for long operations.
 #pragma once
 

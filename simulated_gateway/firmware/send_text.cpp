@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/send_text.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Uploading a text to a URL.
 #pragma once
 

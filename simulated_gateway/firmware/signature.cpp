@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/signature.h"
 
 #include "io/files.h"

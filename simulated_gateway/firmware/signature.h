@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ed25519 signatures of firmware images, by keys in PEM files.
 #pragma once
 

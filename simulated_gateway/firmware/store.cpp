@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/store.h"
 
 #include "firmware/progress.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the gateway stores images: the one being downloaded, the downloaded one, and those in the
 // two slots.
 #pragma once

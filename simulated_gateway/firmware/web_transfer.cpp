@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware/web_transfer.h"
 
 #include "io/files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A transfer from or to a web server: what downloads and uploads have in common.
 #pragma once
 

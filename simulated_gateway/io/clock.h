@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The only clock of the gateway: all code uses it for the time.
 #pragma once
 

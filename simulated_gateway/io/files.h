@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files: read completely up to a limit, replaced completely or not at all.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A function of the host's that is told of something.
 #pragma once
 

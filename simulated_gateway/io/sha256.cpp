@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "io/sha256.h"
 
 #include "io/text.h"

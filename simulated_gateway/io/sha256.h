@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // SHA-256 of data that arrives in pieces.
 #pragma once
 

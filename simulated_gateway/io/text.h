@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts for people: one-line errors, printable text, and suggestions for misspelled names.
 #pragma once
 

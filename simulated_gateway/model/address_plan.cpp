@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/address_plan.h"
 
 #include <algorithm>

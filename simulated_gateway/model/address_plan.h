@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The address plan of the LAN: which plans a router accepts, and how the home moves to another one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/check.h"
 
 #include "model/consistency.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether a model is valid: each field by its rule, and the fields in relation to each other.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether the parts of a home are consistent with each other. The rules of their fields have been
 // checked before: every address parses. Each check throws an Error that starts with the path of the
 // invalid value.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/consistency.h"
 
 #include <set>

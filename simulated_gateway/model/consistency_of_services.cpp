@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/consistency.h"
 #include "model/port_names.h"
 #include "model/traffic_type.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/document.h"
 
 namespace simulated_gateway {

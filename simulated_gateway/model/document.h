@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files of the gateway: JSON that starts with "format" and "version".
 #pragma once
 

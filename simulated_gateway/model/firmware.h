@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The firmware part of the model: two slots, one running and the other one writable.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parental control: which devices are protected, and when.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices that are attached to the routers.
 #pragma once
 

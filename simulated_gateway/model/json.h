@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The model as JSON: reading and writing both use the descriptions in model.h.
 #pragma once
 

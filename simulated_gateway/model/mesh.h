@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh: the child routers and their links.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/model.h"
 
 #include "io/clock.h"

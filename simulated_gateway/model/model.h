@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The home of the gateway, and its current state.
 //
 // Each struct describes its fields once, in describe(): name, member, rule. Reading a scenario,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/parental_control.h"
 
 #include "io/clock.h"

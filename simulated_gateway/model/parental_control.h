@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How parental control applies to a device, given by its MAC address.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/port_names.h"
 
 namespace simulated_gateway {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Radio channels: which exist, how congested they are, and which is the best.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The values that are allowed in a field of the model. The description of a field (model.h) names
 // its rule; validation_error() returns what is wrong with a value, or an empty string.
 #pragma once

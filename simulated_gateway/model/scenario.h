@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scenarios: homes to start from, built in or in the user's files.
 #pragma once
 

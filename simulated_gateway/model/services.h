@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The services of the router other than the Wi-Fi: their switches, quality of service, the ports,
 // the line, and the parts of the mesh that are controlled here.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The part of the model that the user sets: logins, schedules, services and LEDs. Also the typical
 // measured values.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/state_file.h"
 
 #include "io/sha256.h"

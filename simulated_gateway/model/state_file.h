@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file that keeps the gateway's state between runs.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A cached value that is expensive to compute from the state and is valid for one point in time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/traffic_type.h"
 
 #include <charconv>

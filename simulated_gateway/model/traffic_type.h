@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What quality-of-service rules match, and the ranges of its values.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The WAN connections.
 #pragma once
 

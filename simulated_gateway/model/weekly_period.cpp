@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/weekly_period.h"
 
 #include "io/clock.h"

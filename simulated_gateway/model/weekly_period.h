@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Daily time spans that recur on given days of the week. A span that ends no later than it starts
 // ends on the next day. Days and times are in UTC, as the gateway's clock.
 #pragma once

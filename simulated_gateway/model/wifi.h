@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Wi-Fi of the home: radios, networks, and neighbouring networks.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/host_activity.h"
 
 #include "io/clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the attached devices do: who is there, at which router, who has access, and at which rates.
 // Those that roam wander by day from router to router. The same home gives the same at the same
 // time.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/life_cycle.h"
 
 #include "io/clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Booting the router, and the passage of time.
 #pragma once
 

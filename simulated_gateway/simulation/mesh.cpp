@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/mesh.h"
 
 #include "io/clock.h"

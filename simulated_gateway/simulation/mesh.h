@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The routers of the mesh: which exist, how they are connected, and how good their links are. A
 // null child router stands for the main router.
 //

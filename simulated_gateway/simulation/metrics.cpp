@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/metrics.h"
 
 #include "io/clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gateway's measurements of itself: values that vary over time around typical ones. The same
 // seed gives the same values at the same time.
 #pragma once

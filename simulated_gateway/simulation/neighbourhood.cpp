@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/neighbourhood.h"
 
 #include "simulation/mesh.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The networks that the radios receive.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/port_counters.h"
 
 #include "io/clock.h"

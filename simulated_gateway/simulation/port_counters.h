@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The traffic counters of the main router's ports.
 #pragma once
 

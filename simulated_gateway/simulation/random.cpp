@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/random.h"
 
 #include "io/clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random draws from the home's seed: the same home gives the same result at the same time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "simulation/removed_hosts.h"
 
 #include "io/clock.h"

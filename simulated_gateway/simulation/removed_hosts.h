@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hosts that the user has removed from the list of attached devices.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* A host in C that loads the plug-in: the interface must not need C++. */
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/host_agent.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Compares what built plug-ins export and need with the reviewed lists.
 
 usage: check_symbols.py READELF EXPORTS_MAP COMMANDS_H NEEDED_TXT PLUGIN...

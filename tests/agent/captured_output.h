@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Captures what a part of the agent writes to standard output.
 #pragma once
 

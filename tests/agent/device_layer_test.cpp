@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The layer forwards the arguments and the result of every function unchanged.
 #include "host/device_layer.h"
 

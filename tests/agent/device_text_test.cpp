@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How records and lists are shown: bounded, and without reading what is not filled.
 #include "protocol/device_text.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The trace shows every argument of every function, with every field. The functions and fields come
 // from the descriptions, so a new one is tested without further work.
 #include "host/device_trace.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines on standard error, and the status line below them.
 #include "io/error_output.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The services that the agent exports, called as a plug-in calls them.
 #include "smart_router_service/host_agent.h"
 

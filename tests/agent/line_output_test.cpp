@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines written to a descriptor that is read slowly, or not at all.
 #include "line_output.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the log renders printf formats.
 #include "protocol/log_format.h"
 

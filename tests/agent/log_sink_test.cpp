@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The log's lines on standard error.
 #include "captured_error.h"
 #include "protocol/log_sink.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What happens to the notices that libraries send.
 #include "host/notice_receiver.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Human-readable tables.
 #include "io/pages.h"
 

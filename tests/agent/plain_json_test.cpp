@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fast check whether a line is JSON, which must accept nothing that a parser refuses.
 #include "protocol/plain_json.h"
 

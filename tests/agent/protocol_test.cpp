@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The descriptions as the agent uses them.
 #include "protocol/protocol.h"
 

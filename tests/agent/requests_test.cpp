@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Replies as JSON text.
 #include "protocol/requests.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which values are secret, and JSON without them.
 #include "protocol/secrets.h"
 

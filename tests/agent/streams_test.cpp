@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Standard output, and the signals that interrupt waiting for it.
 #include "io/streams.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversion and escaping of texts for output.
 #include "io/text.h"
 

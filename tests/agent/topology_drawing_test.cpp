@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The drawing of the mesh, with any device names.
 #include "commands/topology_drawing.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which router is attached to which, from reports that may be inconsistent.
 #include "commands/topology_routers.h"
 

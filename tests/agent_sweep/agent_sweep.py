@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Runs hgagent serve with one failure at a time, and checks its answers, its exit status and the settings
 that it has acknowledged.
 

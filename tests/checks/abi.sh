@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Compares the interface that the public headers declare with tests/abi/baseline, the interface for which
 # the version was last raised: abi.sh BUILD_FOLDER [--update]
 #

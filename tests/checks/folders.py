@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Which folder may include which: fails on an include that the list below does not allow, on an unused
 entry of the list, and on a cycle of folders."""
 import graphlib

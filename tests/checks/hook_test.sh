@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The hook that formats what is committed: hook_test.sh, in the folder of the project
 set -euo pipefail
 project=$PWD

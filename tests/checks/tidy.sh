@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs clang-tidy on the sources of the product: tidy.sh BUILD_FOLDER. The plug-in is built in several
 # variants, and other sources in unity builds; each file is checked separately, once.
 set -euo pipefail

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent conformance on correct, faulty and minimal libraries.
 #include "agent_commands.h"
 #include "smart_router_service/device_access.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * A device library with one fault, which the environment names: FAULT=unterminated_text and so on.
  * Without the variable the library is correct. Functions that it does not support are those of the

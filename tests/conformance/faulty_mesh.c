@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The part of the faulty library that returns memory for the plug-in to free: lists and answers.
  */
 #include "fault.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The results of a device library in JUnit's format: junit_test.py HGAGENT DEVICE. They have to be XML,
 for any output of the library, and to agree with the table."""
 

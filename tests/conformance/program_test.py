@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """hg-conformance as it runs on a router, natively or under an emulator:
 program_test.py PROGRAM MINIMAL_DEVICE FAULTY_DEVICE READELF [EMULATOR...]. With a READELF other than "-" the
 program and the device layer may need no libraries but cJSON, the C++ runtime and the C library."""

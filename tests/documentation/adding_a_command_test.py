@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The code in docs/adding-a-command.md has to make a working command once it is inserted where the page says.
 
 usage: adding_a_command_test.py BUILD_FOLDER

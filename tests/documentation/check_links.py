@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Every link within the project's pages has to have a target: a file, and a heading in it."""
 
 import pathlib

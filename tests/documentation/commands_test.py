@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the compilations that the documents show, exactly as written, and checks that they leave nothing
 outside of build/.
 

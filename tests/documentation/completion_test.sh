@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Completes command lines as bash does: completion_test.sh HGAGENT COMPLETION COMMANDS_FOLDER
 set -euo pipefail
 hgagent=$1

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """scripts/demo.sh: its lines can be copied, it leaves the home as intended, and its output can be piped.
 
 usage: demo_test.py BUILD_FOLDER

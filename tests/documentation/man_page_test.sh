@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The manual page has to name every subcommand and option of the agent's own help, and every variable of
 # the environment: man_page_test.sh HGAGENT PAGE CONTROL_HEADER
 set -euo pipefail

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs the commands that the documents show, and compares their outputs.
 
 usage: outputs_test.py BUILD STANDING_CLOCK MINIMAL_DEVICE

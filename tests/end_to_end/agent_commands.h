@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands to the real plug-in through the agent. Requests and replies are recorded for the check
 // of the protocol.
 #pragma once

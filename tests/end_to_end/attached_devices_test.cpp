@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The attached devices: the table of hgagent hosts, and the settings of a device.
 #include "gateway_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent call: requests in every form, replies, exit statuses.
 #include "agent_commands.h"
 

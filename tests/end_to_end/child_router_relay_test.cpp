@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands for child routers, and their effects.
 #include "gateway_test.h"
 

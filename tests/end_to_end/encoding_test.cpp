@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Replies whose texts are not UTF-8.
 #include "agent_commands.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent serve --events: events, and requests during a reboot.
 #include "agent_commands.h"
 #include "firmware_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every example in the description of the protocol is valid for a new simulated gateway, whose
 // clock is stopped so that uptime and rates are those of the examples.
 #include "agent_commands.h"

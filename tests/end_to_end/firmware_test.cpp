@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware_test.h"
 
 #include <cstdlib>

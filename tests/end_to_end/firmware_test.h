@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests in which the simulated gateway fetches firmware from a web server.
 #pragma once
 

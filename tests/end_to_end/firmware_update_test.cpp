@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Firmware: commands fetch images from a server, flash and start them.
 #include "firmware_test.h"
 #include "reboot_programs.h"

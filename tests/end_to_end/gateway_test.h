@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests in which one agent changes the simulated gateway and the next one reports the change.
 #pragma once
 

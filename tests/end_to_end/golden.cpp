@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "golden.h"
 
 #include <gtest/gtest.h>

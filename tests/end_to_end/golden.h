@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Golden files: the expected output of the agent, kept next to the tests in the folder golden.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parental control: the devices that it protects and its periods, from one agent to the next.
 #include "gateway_test.h"
 

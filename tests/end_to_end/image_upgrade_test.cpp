@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent report image-upgrade: an upgrade that the agent starts, not a command.
 #include "firmware_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent's errors when a library cannot be loaded, or the simulated gateway in it cannot be
 // opened.
 #include "agent_commands.h"

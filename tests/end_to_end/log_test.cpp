@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent's log: levels, whole lines, masked secrets.
 #include "agent_commands.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The switch of the mesh, pairing and the LEDs.
 #include "gateway_test.h"
 

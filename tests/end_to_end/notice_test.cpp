@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Notices to the app: hgagent notice, and what serve shows of them.
 #include "agent_commands.h"
 

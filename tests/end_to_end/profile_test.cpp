@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the plug-in reports to the agent about the device's profile.
 #include "agent_commands.h"
 

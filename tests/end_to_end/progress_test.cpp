@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Progress of long operations, even if the device library reports impossible values.
 #include "agent_commands.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent list and describe.
 #include "agent_commands.h"
 

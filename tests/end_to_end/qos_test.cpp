@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Quality-of-service rules, from one agent to the next.
 #include "gateway_test.h"
 

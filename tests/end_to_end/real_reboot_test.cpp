@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An agent that does not replace system(), such as the example, on the simulated gateway: after an
 // update the simulated router restarts, never the machine.
 #include "firmware_test.h"

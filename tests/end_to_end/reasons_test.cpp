@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // --reasons: why the device library refuses calls, in addition to the reply.
 #include "agent_commands.h"
 

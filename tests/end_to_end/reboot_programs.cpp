@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "reboot_programs.h"
 
 #include "agent_process.h"

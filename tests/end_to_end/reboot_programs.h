@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stand-ins for the programs that a reboot runs.
 #pragma once
 

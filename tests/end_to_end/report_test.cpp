@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent report: the reports that no command returns.
 #include "agent_commands.h"
 #include "standing_clock.h"

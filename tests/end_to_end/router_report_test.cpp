@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reports on the routers of the mesh. Each built-in home has golden files, except the crowded
 // one, whose entries are only counted.
 #include "gateway_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent serve: one answer line for every input line, valid or not.
 #include "agent_commands.h"
 

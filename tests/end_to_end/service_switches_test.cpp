@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which WAN connection the LAN ports are bound to.
 #include "gateway_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The subcommands that query a running service, which is hgagent serve or the test itself.
 #include "gateway_test.h"
 #include "standing_clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stops the clocks of an agent and of its simulated gateway at the same time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // system() in a process that must not affect the machine that it runs on.
 #include "agent_commands.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent topology: the drawing of the mesh.
 #include "agent_commands.h"
 #include "golden.h"

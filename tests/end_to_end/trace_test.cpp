@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent's trace, for device libraries that have none.
 #include "agent_commands.h"
 

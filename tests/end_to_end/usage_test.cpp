@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent's errors for an invalid command line or request.
 #include "agent_commands.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WAN connections: what one agent sets, the next one reports.
 #include "gateway_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Wi-Fi commands: what one agent sets, even through a worker, the next one reports.
 #include "gateway_test.h"
 

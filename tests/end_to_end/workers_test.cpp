@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Threads of the plug-in that outlive the command that started them.
 #include "agent_commands.h"
 

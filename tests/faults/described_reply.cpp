@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "described_reply.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Holds a reply against the description of its command.
 #pragma once
 

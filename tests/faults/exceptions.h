@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where a command deliberately differs from what all commands have in common.
 #pragma once
 

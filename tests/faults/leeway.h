@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a command has of its own when memory ends: what its reply may lack, or say instead.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts that programs have stumbled over, in every text of every command's request. A failing case
 // prints the line that repeats it alone: the environment variable NAUGHTY_CASE names the text's
 // place in the request and the string's in the list. A sample begins at another string in each

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fields of every record of the device interface, but for pointers and records within, for what
 // is done to all of them alike.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "record_places.h"
 
 #include "protocol/device_facts.h"

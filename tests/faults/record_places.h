@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where a member of a record lies in the records that the device is given, of which it may be a
 // part.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all replies have in common, for each command: each key with a field of the device holds what
 // the device wrote there, up to the width of the field and no further; and what the device writes
 // to was zeroed before.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all commands have in common in how they read a request, for each command and each key that
 // is described for it. Where a command differs, exceptions.cpp says why.
 #include "described_reply.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rich_device.h"
 
 #include "failing_memory.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A device library that answers every call as richly as it can, whatever the call: each text has a
 // value, each list two entries at least. One call of a run can be made to fail or to misbehave. The
 // fields that it fills are read from device_access.h, so there is little to add here for a new

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rich_values.h"
 
 #include "protocol/device_facts.h"

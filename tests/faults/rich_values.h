@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the rich device has to tell.
 #pragma once
 

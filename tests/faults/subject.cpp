@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "subject.h"
 
 #include "commands.h"

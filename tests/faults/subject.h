@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the sweeps run: every command with a request that takes its longest path, and every builder
 // that the agent calls by itself.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "sweep_run.h"
 
 #include "clock_control.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One run of a subject with one thing going wrong, and what is to be said of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Failure as a dimension of every command and builder: each allocation fails in turn, and each call
 // of the device fails or misbehaves in every way. A failing case prints the line that repeats it
 // alone, also when the case ends the program: the environment variable FAULT_CASE names it.

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Lines for `hgagent serve` that violate the grammar of JSON, or are only just valid.
 
     json_cases.py [--seed SEED] [--count COUNT] >FILE

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Sends the cases of json_cases.py to one `hgagent serve`: json_cases_test.py HGAGENT [COUNT [SEED]].
 
 Each line gets exactly one answer, which is one line of JSON. A second parser, Python's, decides which

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """600 texts that are known to break programs: naughty_strings.py FILE
 
 Each line has the bytes of one in hexadecimal digits. None contains a NUL, which would end it for the

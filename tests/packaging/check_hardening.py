@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks that built files have the usual hardening against memory errors.
 
 Every file has to be linked with it. Its code is checked as well, except the plug-in's and, for

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds the example agent and device library outside of the project, with only what is installed under a
 # prefix: with CMake and with pkg-config, as docs/installing.md describes.
 # consumer_test.sh PREFIX EXAMPLES

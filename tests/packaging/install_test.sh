@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs a build under another prefix, and uses the installed files: install_test.sh BUILD_FOLDER EXAMPLES
 set -euo pipefail
 here=$(realpath "$(dirname "$0")")

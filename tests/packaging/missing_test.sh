@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # A configuration without presets names all missing dependencies at once, each with a package that
 # scripts/install-deps.sh installs: missing_test.sh PROJECT C_COMPILER CXX_COMPILER MAKE_PROGRAM
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs the steps of the OpenWrt package with stand-ins for the makefiles of an SDK, and checks which files
 # would be installed on the router, and their size.
 #

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs the Debian packages of a folder into a separate root folder, tries their contents, and removes
 # them again: packages_test.sh FOLDER
 #

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The plug-in alone needs CMake, a compiler and cJSON, and nothing else:
 # plugin_alone_test.sh PROJECT C_COMPILER CXX_COMPILER MAKE_PROGRAM CJSON_INCLUDE_DIR CJSON_LIBRARY
 set -euo pipefail

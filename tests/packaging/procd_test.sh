@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs the script that starts the service on OpenWrt with functions that stand for procd's, and looks at what it
 # would start.
 #

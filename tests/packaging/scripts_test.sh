@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # The scripts' output to a user who waits, or who may not install packages: scripts_test.sh PROJECT
 #
 # Programs that would build, test or install are replaced by stand-ins that do nothing, in a folder that is

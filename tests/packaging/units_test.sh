@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Holds systemd's units against what they promise, without systemd running: how much each leaves open, that
 # systemd can read them, and that the agent makes no system call that they forbid.
 #

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the protocol's descriptions against their schema, the plug-in's table of commands and the device
 functions, and each example against its own description."""
 

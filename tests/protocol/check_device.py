@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the descriptions of the device interface against their schema, each other and the descriptions
 of the commands."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the descriptions of the events against their schema, and each example against its description."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the traffic of the tests against the JSON Schemas: each reply has to be valid, and so has the
 request of each success; each schema that can refuse requests has to have refused one. Each line that the
 agent wrote while it served has to be valid as well, and each described event has to have occurred."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks the traffic of the tests against the protocol's descriptions: each reply has to be one of those
 described for its command, and each described reply has to have been seen, but with --part."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The errors that check_device.py finds, and those that check_descriptions.py finds in the fields that keys
 name: each case breaks a copy of the descriptions and expects a message that says where."""
 

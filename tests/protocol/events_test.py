@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Breaks the description of an event, and the lines of a session, and expects an error for each."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The protocol's descriptions, and JSON with repeated keys, for the tests of the protocol."""
 
 import json

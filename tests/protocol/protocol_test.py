@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The comparison of replies with descriptions has to find every type of difference."""
 
 import unittest

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The JSON Schemas have to refuse what a description does not allow, except order, repeated keys and bytes."""
 
 import unittest

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The audit's lines, and what becomes of them when there is no room.
 #include "service/gate/audit.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests of files have in common.
 #pragma once
 

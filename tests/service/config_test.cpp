@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration: file, command line, and what is wrong with either.
 #include "config_files.h"
 #include "service/config.h"

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The client in docs/agent.md, as written there, and socat talk to a service: documented_client_test.py PAGE HGAGENT"""
 import pathlib
 import re

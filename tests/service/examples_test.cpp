@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sample files do what their comments say.
 #include "service/config.h"
 

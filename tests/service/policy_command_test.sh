@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # hgagent policy test and hgagent run --check-config: what they print, and what they exit with.
 #
 # usage: policy_command_test.sh HGAGENT EXAMPLES

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Roles, members and rules: what is allowed and by which rule, and what is wrong with a file.
 #include "config_files.h"
 #include "service/gate/policy.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Token buckets, with a time of the test's own.
 #include "service/gate/rate_limit.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent run: many clients at once, and a worker that may do anything.
 #include "service_process.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A service as a process, and clients of its socket.
 #pragma once
 

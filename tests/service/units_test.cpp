@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hgagent run among other programs: systemd, a worker of its own unit, a policy, a reboot.
 #include "service_process.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/json.h"
 #include "shell/reply_text.h"
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The shell with `hgagent run`: running_service_test.py HGAGENT [TEST...]"""
 import json
 import os

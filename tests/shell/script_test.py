@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The shell without a terminal: script_test.py HGAGENT [TEST...]"""
 import json
 import pathlib

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "protocol/json.h"
 #include "protocol/protocol.h"
 #include "shell/shell_completion.h"

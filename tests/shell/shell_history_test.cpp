@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/shell_history.h"
 
 #include <gmock/gmock.h>

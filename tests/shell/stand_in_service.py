@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A service that does what a test tells it: real replies of `hgagent serve`, and whatever else."""
 import json
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The shell at a terminal: terminal_test.py HGAGENT [TEST...]"""
 import json
 import os

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which attached devices may access the Internet, and the firewall of the home.
 #include "hosts_fixture.h"
 

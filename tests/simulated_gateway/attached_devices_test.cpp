@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The attached devices: what is reported of them, and what a user sets.
 #include "hosts_fixture.h"
 

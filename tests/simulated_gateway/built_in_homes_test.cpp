@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The properties for which each built-in scenario exists.
 #include "mesh_fixture.h"
 

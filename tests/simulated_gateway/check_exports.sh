@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # check_exports.sh NM LIBRARY: the library exports the device functions and their version, its control
 # functions and the function that prevents a restart of the machine, nothing else.
 set -eu

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A clock near the end of the 64-bit range: times beyond it are never reached.
 #include "services_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Device functions of this test, built from what all device functions share.
 #include "core/device_call.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The page on writing scenarios has to name every field of the model.
 #include "model/model.h"
 

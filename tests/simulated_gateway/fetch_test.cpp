@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fetching images: addresses, and servers that behave correctly or misbehave.
 #include "firmware_fixture.h"
 

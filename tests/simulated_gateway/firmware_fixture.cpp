@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "firmware_fixture.h"
 
 #include "firmware/image.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A gateway with a trace and a state file, a web server for the files of the test's folder, and
 // images for both.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A process that is killed while it downloads, flashes and restarts leaves a gateway that runs one
 // complete firmware.
 #include "firmware_fixture.h"

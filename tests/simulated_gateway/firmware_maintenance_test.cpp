@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The update schedule of the router, and the upload of its log.
 #include "firmware_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Concurrent calls while an image is fetched or flashed.
 #include "firmware_fixture.h"
 

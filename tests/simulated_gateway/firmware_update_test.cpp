@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Download, flash and start of an image: what runs, what is kept, what is refused.
 #include "firmware_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A gateway opened with options of the test, in a separate folder.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // gateway_process STATE COUNT STEP [ADDRESS...]: opens a gateway on the state file, flashes the
 // image of each address, power-cycles the gateway COUNT times, and keeps it open until its input
 // ends. It prints "." when the gateway is open, after each flash and after each power cycle.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of parental control.
 #pragma once
 

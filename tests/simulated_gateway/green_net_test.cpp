@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parental control: its switches, the table of devices, and their periods.
 #include "green_net_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gateway_fixture.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The attached devices over time: they come and go, and share the rates.
 #include "hosts_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The attached devices, by their index in the built-in scenario.
 #pragma once
 

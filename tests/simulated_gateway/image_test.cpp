@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The format of images, byte by byte.
 #include "firmware/image.h"
 #include "firmware_fixture.h"

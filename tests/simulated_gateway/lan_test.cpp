@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The address plan of the LAN, and its DHCP server.
 #include "gateway_fixture.h"
 

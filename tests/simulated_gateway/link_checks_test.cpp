@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "services_fixture.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A hostile server: after any answer, the download ends and has changed nothing.
 #include "firmware_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh over time: signals and speeds vary, stations roam.
 #include "mesh_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All views of the mesh agree, in every home and at every time.
 #include "mesh_fixture.h"
 

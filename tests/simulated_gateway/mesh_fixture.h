@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh as each of its views shows it.
 #pragma once
 

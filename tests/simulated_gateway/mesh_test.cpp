@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The individual routers of the mesh, and the main router in the topology report.
 #include "mesh_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // hg-mkimage as a user runs it.
 #include "firmware_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A gateway in a separate process, which tests kill. gateway_process.cpp describes the process.
 #pragma once
 

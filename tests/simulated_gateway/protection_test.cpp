@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The effect of parental control on the attached devices over time.
 #include "green_net_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The last lines of the trace, which the gateway keeps in memory.
 #include "core/trace.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The topology as a list of relations: the text, the list, and the functions that use it.
 #include "mesh_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The topology as a tree of parameters.
 #include "mesh_fixture.h"
 

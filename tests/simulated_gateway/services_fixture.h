@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The three-storey house, with a trace, a state file and a stopped clock.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signatures of images, and protection against a downgrade.
 #include "firmware/image.h"
 #include "firmware_fixture.h"

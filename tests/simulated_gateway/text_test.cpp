@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "io/text.h"
 
 #include <gtest/gtest.h>

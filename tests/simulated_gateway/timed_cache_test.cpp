@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/timed_cache.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WAN connections as texts of their fields.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings of WAN connections that the gateway refuses.
 #include "wan_fixture.h"
 

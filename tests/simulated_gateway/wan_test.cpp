@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings and reports of the WAN connections.
 #include "wan_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "agent_process.h"
 
 #include "traffic.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the reference agent as a separate process, as a user does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A clock that the test controls. In a program that links this, time() and localtime_r() are the
 // ones defined here.
 #pragma once

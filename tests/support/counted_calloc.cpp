@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // In a program that links this, calloc() counts among the allocations that FailingMemory makes
 // fail.
 #include "failing_memory.h"

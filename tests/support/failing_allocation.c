@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Preloaded before the C library, so that one allocation of the process fails, or all from one on:
  *
  *   FAILING_ALLOCATION=17    the one with this number, counted from 0

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Defines every function of a test's device library as weak and failing; another file of the
 // library overrides those that it defines.
 #include "smart_router_service/device_access.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes cJSON run out of memory at a chosen allocation.
 #pragma once
 

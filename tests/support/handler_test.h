@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Helpers for tests of a handler.
 #pragma once
 

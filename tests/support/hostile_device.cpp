@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A hostile device library that is not the simulated gateway: it fills text fields completely,
 // without a NUL, passes bytes that are not UTF-8, reports impossible progress, and can be
 // power-cycled but not opened. It logs why it refuses UPnP, and asks the host to run a command.

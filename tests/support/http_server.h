@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A web server in a separate process, for downloads in tests. http_server.py describes how it can
 // be made to misbehave.
 #pragma once

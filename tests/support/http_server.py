@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """http_server.py FOLDER WORK [--secure]: serves the files of a folder, well or badly.
 
 It listens on a free port of 127.0.0.1, prints the port, and ends when its standard input ends. WORK

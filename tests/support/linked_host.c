@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The example's agent, linked with the plug-in and the simulated gateway. */
 #include "smart_router_service/processjsonability.h"
 #include "waiting_host.h"

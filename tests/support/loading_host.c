@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The example's agent, which loads the simulated gateway and then the plug-in. */
 #include "smart_router_service/processjsonability.h"
 #include "waiting_host.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The invalid answers of a hostile server: ANSWERS has a function for each, by name. It gets a
 Connection and writes its answer; when it returns, the connection is closed. An endless answer
 continues until the client disconnects, which ends it with an OSError.

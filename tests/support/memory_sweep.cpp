@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memory_sweep.h"
 
 #include "handler_test.h"

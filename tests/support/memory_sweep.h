@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a command or a report with every allocation failing in turn.
 #pragma once
 

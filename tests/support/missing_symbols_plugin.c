@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* A plug-in that needs symbols that neither a device library nor an agent has. */
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"

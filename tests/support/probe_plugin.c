@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * A plug-in that exercises what an agent provides for plug-ins. Its commands:
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A device-access library for unit tests: it records every call with the bytes that reached it, and
 // returns what the test has programmed. The functions themselves are generated from
 // device_access.h, so a new one needs no change here.

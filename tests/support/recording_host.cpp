@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recording_host.h"
 
 #include "recording_device.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The host agent's services for unit tests: the log is kept for the test to read. The other
 // services and system() are recorded and programmed as the device's functions are, so that one
 // list shows the order of all calls.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Requests in which a test changes one key at a time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests that do the same thing many times.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * A plug-in that misbehaves as its test asks. Its commands:
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Preloaded into an agent that has to serve many commands without waiting for their sleeps. */
 #include <unistd.h>
 

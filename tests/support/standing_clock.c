@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Preloaded before the C library, so that time() returns the time at which the simulated gateway's
  * clock is stopped: the plug-in reads the system clock itself, and the two have to agree. */
 #include <stdlib.h>

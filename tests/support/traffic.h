@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The traffic of the tests, kept for the check against the protocol's description.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The example's agent inside another one, which ends only when the firmware worker has ended. */
 #ifndef TESTS_SUPPORT_WAITING_HOST_H
 #define TESTS_SUPPORT_WAITING_HOST_H

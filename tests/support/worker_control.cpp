@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "worker_control.h"
 
 #include "failing_memory.h"

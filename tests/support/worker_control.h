@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lets a test control the plug-in's workers, of a batch of Wi-Fi settings and of a firmware update.
 // In a program that links this, sleep(), sigaction(), pthread_create(), malloc(), calloc(), free()
 // and the workers' locks are the ones defined here. Sleeps and the handling of ended children are

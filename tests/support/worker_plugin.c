@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * A plug-in whose only command, WORK, starts a worker as a batch of Wi-Fi settings does. The worker
  * ends when the named pipe "until" is opened for writing.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that travel on to a child router as they came. What is not freed is found by the address
 // sanitizer.
 #include "child_router_relay.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The firmware of all routers of the mesh, and the upload of the log. The update schedule stands
 // among the regular commands.
 #include "firmware_maintenance.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Firmware updates, with the worker in the test's hands. An update that is under way is a flash
 // that sleeps, as long as the test lets it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The firmware commands that run to their end: status, download, flash.
 #include "firmware_update_fixture.h"
 

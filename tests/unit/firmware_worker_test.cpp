@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The worker that fetches and flashes an image, who starts it, and the agent's own upgrade.
 #include "failing_memory.h"
 #include "firmware_update.h"

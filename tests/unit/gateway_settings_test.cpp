@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "failing_memory.h"
 #include "handler_test.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The switch of parental control, and the notices about its devices.
 #include "failing_memory.h"
 #include "handler_test.h"

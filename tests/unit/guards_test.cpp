@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // That nothing is freed too little or too often is for the address sanitizer to see.
 #include "guards.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a handler returns to callers within the process: with a device that agrees to everything, 0
 // for a success, and -1 for whatever is refused or cannot be answered.
 #include "commands.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Access points on the channels, the check of the links, and the signal of a station.
 #include "handler_test.h"
 #include "request.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mesh, pairing, LEDs and the first configuration, as far as they follow no pattern.
 #include "handler_test.h"
 #include "request.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests of the mesh reports share: records by their layout, what is expected of them, and
 // a mesh to report. The clock stands still.
 #pragma once

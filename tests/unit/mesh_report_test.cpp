@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the mesh reports are made of.
 #include "mesh_report.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Mistakes in a field table that the compiler has to refuse. CASE picks one; 0 is none of them.
 #include "recipes.h"
 

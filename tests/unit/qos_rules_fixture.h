@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Requests with rules of quality of service.
 #pragma once
 

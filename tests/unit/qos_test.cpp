@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Quality of service: its switch, and the priorities of applications.
 #include "handler_test.h"
 #include "qos_rules_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "recipes.h"
 
 #include "failing_memory.h"

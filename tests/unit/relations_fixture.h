@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A topology of two child routers and more, as the device library knows it by its relations.
 #pragma once
 

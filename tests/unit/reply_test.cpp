@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What handlers reply. That nothing is lost is for the address sanitizer to see.
 #include "reply.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "request_keys.h"
 
 #include "handler_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What hangs from a child router, in the reports from the topology's list of relations: further
 // child routers, and the devices attached to it.
 #include "relations_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices attached to the main router, as the agent reports them by itself.
 #include "mesh_fixture.h"
 #include "router_info.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The main router, the devices attached to it, and the stations of any router.
 #include "router_info.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One child router from the topology's list of relations.
 #include "memory_sweep.h"
 #include "relations_fixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One child router from the gateway's tree of parameters.
 #include "memory_sweep.h"
 #include "router_tree_fixture.h"

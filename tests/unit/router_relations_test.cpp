@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Child routers from the topology's list of relations.
 #include "relations_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A gateway's tree of parameters with child routers in it.
 #pragma once
 

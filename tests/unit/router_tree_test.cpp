@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Child routers from the gateway's tree of parameters.
 #include "router_tree_fixture.h"
 

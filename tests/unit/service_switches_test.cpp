@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Switches of network services, as far as they follow no pattern.
 #include "handler_test.h"
 #include "request.h"

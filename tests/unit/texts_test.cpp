@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "texts.h"
 
 #include "handler_test.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The child routers in the topology report, each with its stations.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The child routers in the topology report.
 #include "topology_child_routers_fixture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices attached to the main router in the topology report.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The main router in the topology report.
 #pragma once
 

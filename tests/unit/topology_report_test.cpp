@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The main router's own information in the topology report, and the report as a whole.
 #include "topology_devices_fixture.h"
 #include "topology_report_fixture.h"

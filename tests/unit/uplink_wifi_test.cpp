@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "handler_test.h"
 #include "memory_sweep.h"
 #include "request.h"

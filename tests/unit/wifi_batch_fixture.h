@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Batches of Wi-Fi settings, with the worker in the test's hands.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/common/config_error.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is wrong with a configuration or a policy: each problem with its file, line and key.
 #pragma once
 

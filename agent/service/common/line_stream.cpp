@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/common/line_stream.h"
 
 #include <boost/asio/post.hpp>

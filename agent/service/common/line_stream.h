@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines over descriptors, on the event loop: a socket, or a pair of pipes. Nothing here ever waits.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/common/request.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What passes between a way in, the gate and the worker.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/common/service_manager.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // systemd, where it has started us. Its library is loaded only then: no other start pays for it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What those who open sockets and descriptors share.
 #pragma once
 

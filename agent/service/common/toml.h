@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // toml++ 3.3, safe for files of any content. Two things have to be changed before it is:
 //
 // - Some of its assertions do not hold for wrong files, which it then refuses itself. Without

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/common/toml_file.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TOML files as the service takes them: of bounded size and depth, and every value with its line.
 #pragma once
 

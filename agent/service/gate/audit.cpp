@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/gate/audit.h"
 
 #include "io/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One line of JSON for each request: who asked for what, how it ended and how long it took.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Between the ways in and the worker: who may ask for what, whose turn it is, and who is told of
 // events. It knows neither how requests come in nor what the plug-in does with them.
 #pragma once

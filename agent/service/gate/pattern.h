@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Patterns as they stand in subscriptions.
 #pragma once
 

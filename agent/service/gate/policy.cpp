@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/gate/policy.h"
 
 #include "service/gate/pattern.h"

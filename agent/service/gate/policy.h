@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who may do what. A policy has roles; a role has members, rules, and perhaps a rate limit:
 //
 //   [roles.support]

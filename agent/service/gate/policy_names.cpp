@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/gate/policy_names.h"
 
 #include "commands/image_upgrade.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All that a policy can name, so that a rule that would match nothing is found when it is read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/gate/policy_reader.h"
 
 #include "io/text.h"

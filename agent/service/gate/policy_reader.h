@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a policy from the tables of a TOML file, of its own or within a configuration.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/gate/rate_limit.h"
 
 #include <algorithm>

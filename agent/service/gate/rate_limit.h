@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How many requests a role may send: token buckets. The time is handed in.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/ways_in/peer.h"
 
 #include <array>

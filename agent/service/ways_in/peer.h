@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who is at the other end of a Unix socket.
 #pragma once
 

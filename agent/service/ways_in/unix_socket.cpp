@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/ways_in/unix_socket.h"
 
 #include "service/common/line_stream.h"

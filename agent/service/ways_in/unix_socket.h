@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JSON lines over a Unix socket: any number of clients, each known by the kernel.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/worker/child_worker.h"
 
 #include "service/common/sockets.h"

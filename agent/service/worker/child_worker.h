@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `hgagent serve` as a child process, over a pair of pipes.
 #pragma once
 

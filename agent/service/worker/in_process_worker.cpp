@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/worker/in_process_worker.h"
 
 #include "commands/serve.h"

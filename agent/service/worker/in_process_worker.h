@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plug-in in this process, on a thread of its own. It is quicker than a process, and nothing
 // protects the service from it: it cannot be killed, and what crashes it crashes all.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/worker/listen.h"
 
 #include "io/exit_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The worker's side of a worker that is a unit of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/worker/supervisor.h"
 
 #include "io/text.h"

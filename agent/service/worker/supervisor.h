@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps a worker at work: starts it, gives it one command at a time and a time for it, and starts
 // it anew when it is stuck or dead.
 #pragma once

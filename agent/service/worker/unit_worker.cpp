@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "service/worker/unit_worker.h"
 
 #include "service/common/sockets.h"

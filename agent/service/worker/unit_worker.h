@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A worker that is a unit of its own, behind a Unix socket: it alone may have capabilities. It ends
 // when the connection does, and whoever keeps it at work starts the next one.
 #pragma once

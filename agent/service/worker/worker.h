@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What runs the commands: one process or thread with the plug-in in it, whatever form it has. It
 // speaks the lines of `serve --events`.
 #pragma once

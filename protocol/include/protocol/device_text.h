@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Device calls in readable form: {MAC="3C:6A:D2:10:4F:20", tslinkstatus="1"}.
 #pragma once
 

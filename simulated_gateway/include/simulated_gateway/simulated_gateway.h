@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * Control of the simulated gateway: a device-access library whose device is a model of one home.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * The functions that the management agent provides to the plug-in.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /*
  * The interface of the plug-in to the management agent.
  *

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The example agent; it loads the device library and the plug-in that the environment names instead
  * of being linked with them. */
 #include "smart_router_service/processjsonability.h"
