@@ -45,22 +45,22 @@ Json request_of(const CallOptions &call)
     return object_from_words(words);
 }
 
-std::string complaint_of(const BadRequest &problem, const std::vector<std::string> &words)
+std::string message_of(const BadRequest &problem, const std::vector<std::string> &words)
 {
-    std::string complaint = "bad request: " + std::string(problem.what());
+    std::string message = "bad request: " + std::string(problem.what());
     const std::string word = words.size() == 1 ? words.front() : "";
     if (!word.empty() && word != "-" && word.find_first_of("{[\"=") == std::string::npos) {
-        complaint += "; was KEY=VALUE meant?";
+        message += "; was KEY=VALUE meant?";
     }
-    return complaint;
+    return message;
 }
 
 // The reply tells only in a few words what is wrong.
 void point_to_description(const std::string &command)
 {
     if (find_description(command) != nullptr) {
-        complain(command + " failed: \"hgagent describe " + command +
-                 "\" shows what it takes and when it fails");
+        print_error(command + " failed: \"hgagent describe " + command +
+                    "\" shows what it takes and when it fails");
     }
 }
 
@@ -70,7 +70,7 @@ int show_reply(const Options &options, int32_t result, const cJSON *reply, Reply
 {
     const std::string &command = options.call.command;
     if (result == HG_NO_SUCH_COMMAND) {
-        complain(no_such_command(command));
+        print_error(no_such_command(command));
         return kUnknownCommand;
     }
     const ExitStatus status = write_reply(reply, options.raw_bytes, output, stop);
@@ -96,7 +96,7 @@ int run_call(const Options &options)
     try {
         object = request_of(options.call);
     } catch (const BadRequest &problem) {
-        complain(complaint_of(problem, options.call.request));
+        print_error(message_of(problem, options.call.request));
         return kWrongUsage;
     }
     if (options.socket) {
@@ -109,7 +109,7 @@ int run_call(const Options &options)
     const ProgressBar bar(host);
     std::optional<DeviceReasons> reasons;
     if (options.reasons) {
-        reasons.emplace(host, [](const std::string &reason) { complain(reason); });
+        reasons.emplace(host, [](const std::string &reason) { print_error(reason); });
     }
     return until_workers_end(host, stop, [&]() -> int {
         const int32_t result = host.process(options.call.command, object.get());

@@ -70,13 +70,13 @@ int run_hosts(const Options &options)
     ReplyOutput output;
     const Json reply = reply_of_gateway(options);
     if (text_of(reply.get(), "Status") != "0") {
-        complain("the gateway does not list its hosts: " +
-                 cell(text_of(reply.get(), "FailReason")));
+        print_error("the gateway does not list its hosts: " +
+                    cell(text_of(reply.get(), "FailReason")));
         return kCommandFailed;
     }
     const cJSON *hosts = cJSON_GetObjectItemCaseSensitive(reply.get(), "BaseInfo");
     if (!output.write_line(page_of(hosts))) {
-        complain("nobody reads the table");
+        print_error("nobody reads the table");
         return kCannotWrite;
     }
     return kSuccess;

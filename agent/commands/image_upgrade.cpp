@@ -72,7 +72,7 @@ int run_image_upgrade(const Options &options)
     try {
         check_length(url);
     } catch (const BadRequest &problem) {
-        complain(problem.what());
+        print_error(problem.what());
         return kWrongUsage;
     }
 
@@ -87,7 +87,7 @@ int run_image_upgrade(const Options &options)
             start(upgrade, url, thread);
             return kSuccess;
         } catch (const Busy &problem) {
-            complain(problem.what());
+            print_error(problem.what());
             return kCommandFailed;
         }
     });
@@ -97,7 +97,7 @@ int run_image_upgrade(const Options &options)
     pthread_join(thread, nullptr);
     // The thread returns nothing: whether it failed is only in the log.
     if (errors_of_libraries() != errors) {
-        complain("the firmware was not installed");
+        print_error("the firmware was not installed");
         return kCommandFailed;
     }
     return kSuccess;

@@ -62,15 +62,15 @@ int run_notice(const Options &options)
         notice.text = read_all_input(kMaxText);
     }
     if (notice.text.find('\0') != std::string::npos) {
-        complain("bad notice: a NUL byte would end its text");
+        print_error("bad notice: a NUL byte would end its text");
         return kWrongUsage;
     }
     if (options.socket && !utf8::is_valid(notice.text)) {
-        complain("bad notice: the text is not UTF-8, as a service needs it");
+        print_error("bad notice: the text is not UTF-8, as a service needs it");
         return kWrongUsage;
     }
     if (!utf8::is_valid(notice.plugin_name)) {
-        complain("bad notice: the plug-in's name is not UTF-8");
+        print_error("bad notice: the plug-in's name is not UTF-8");
         return kWrongUsage;
     }
 
@@ -84,7 +84,7 @@ int run_notice(const Options &options)
         }
     }
     if (result != 0) {
-        complain("the notice was refused with " + std::to_string(result));
+        print_error("the notice was refused with " + std::to_string(result));
     }
     return result == 0 ? kSuccess : kCommandFailed;
 }

@@ -13,7 +13,7 @@ int run_list(const std::string &pattern)
 {
     const std::string page = list_page(pattern);
     if (page.empty()) {
-        complain("no command matches \"" + pattern + "\"");
+        print_error("no command matches \"" + pattern + "\"");
         return kCommandFailed;
     }
     return show(page);
@@ -23,7 +23,7 @@ int run_list_of_events(const std::string &pattern)
 {
     const std::string page = event_list_page(pattern);
     if (page.empty()) {
-        complain("no event matches \"" + pattern + "\"");
+        print_error("no event matches \"" + pattern + "\"");
         return kCommandFailed;
     }
     return show(page);
@@ -33,7 +33,7 @@ int run_describe(const std::string &name)
 {
     const std::string page = description_page(name);
     if (page.empty()) {
-        complain(no_such_command(name));
+        print_error(no_such_command(name));
         return kUnknownCommand;
     }
     return show(page);

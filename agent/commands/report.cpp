@@ -64,12 +64,12 @@ int upgrade_service(const Options &options)
     const Json params = params_of("url", options.update_url);
     gateway.report(kImageUpgrade, params.get());
     if (!is_told) {
-        complain("the upgrade has begun; the service does not tell how it ends");
+        print_error("the upgrade has begun; the service does not tell how it ends");
         return kSuccess;
     }
     gateway.await_events([&] { return failure.has_value(); });
     if (!failure->empty()) {
-        complain(*failure);
+        print_error(*failure);
         return kCommandFailed;
     }
     return kSuccess;
@@ -147,7 +147,7 @@ int run_report(const Options &options)
         return options.socket ? upgrade_service(options) : run_image_upgrade(options);
     }
     if (options.report != kMesh && find_report(options.report) == nullptr) {
-        complain(no_such_report(options.report));
+        print_error(no_such_report(options.report));
         return kUnknownCommand;
     }
     return print_report(options);

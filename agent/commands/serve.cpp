@@ -63,7 +63,7 @@ void run_command(const Call &call, const PluginHost &host, bool raw_bytes, Reply
 {
     const int32_t result = host.process(call.command, call.params.get());
     if (result == HG_NO_SUCH_COMMAND) {
-        complain(no_such_command(call.command));
+        print_error(no_such_command(call.command));
     }
     answer.own = std::to_string(result) + R"(,"reply":)";
     // Printed anew, a number might lose a digit.
@@ -133,7 +133,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
     answer.begin = kNoMemory; // as above
     if (is_memory_short()) {
         malloc_trim(0); // what is free may be of use to others
-        complain_of_memory();
+        print_out_of_memory();
         return answer;
     }
     try {
@@ -155,7 +155,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
             reasons->take(); // they are not those of the next command
         }
         malloc_trim(0);
-        complain_of_memory();
+        print_out_of_memory();
     }
     return answer;
 }
@@ -260,7 +260,7 @@ void ServeSession::look()
     try {
         events_.look();
     } catch (const std::bad_alloc &) { // costs an event, and no more
-        complain_of_memory();
+        print_out_of_memory();
     }
 }
 

@@ -62,7 +62,7 @@ class ScriptUser : public ShellUser {
 
     void tell(const std::string &message) override
     {
-        complain((in_line_ ? "line " + std::to_string(line_) + ": " : "") + message);
+        print_error((in_line_ ? "line " + std::to_string(line_) + ": " : "") + message);
     }
 
     void begin_line()
@@ -135,7 +135,7 @@ int run_script(const std::string &path)
         user.end_line();
         status = status == kSuccess ? of_line : status;
         if (!user.has_reader()) {
-            complain("nobody reads the replies");
+            print_error("nobody reads the replies");
             return kCannotWrite;
         }
     }
@@ -257,7 +257,7 @@ class TerminalUser : public ShellUser {
                 editor_.remember(line);
             }
         } catch (const std::runtime_error &problem) {
-            complain(problem.what());
+            print_error(problem.what());
         }
     }
 
@@ -273,7 +273,7 @@ class TerminalUser : public ShellUser {
                 history_->add(kept);
             }
         } catch (const std::runtime_error &problem) {
-            complain(problem.what());
+            print_error(problem.what());
             history_.reset();
         }
     }
@@ -295,7 +295,7 @@ int run_shell(const std::optional<std::string> &socket)
         }
         return TerminalUser(path).run();
     } catch (const ServiceError &problem) {
-        complain(std::string(problem.what()) + "; \"hgagent run\" starts a service");
+        print_error(std::string(problem.what()) + "; \"hgagent run\" starts a service");
         return kCannotLoad;
     }
 }

@@ -86,7 +86,7 @@ int draw(const cJSON *mesh, const Options &options, ReplyOutput &output)
     const cJSON *topology = cJSON_GetObjectItemCaseSensitive(mesh, kTopology);
     const std::string failure = failure_in(topology);
     if (!failure.empty()) {
-        complain("the gateway does not tell its topology: " + failure);
+        print_error("the gateway does not tell its topology: " + failure);
         return kCommandFailed;
     }
     std::vector<Router> routers =
@@ -96,7 +96,7 @@ int draw(const cJSON *mesh, const Options &options, ReplyOutput &output)
                                     ? graph_of(routers)
                                     : tree_of(routers, options.topology.ascii || !is_locale_utf8());
     if (!output.write_line(drawing)) {
-        complain("nobody reads the drawing");
+        print_error("nobody reads the drawing");
         return kCannotWrite;
     }
     return kSuccess;

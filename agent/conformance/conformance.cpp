@@ -94,7 +94,7 @@ bool write_junit(const CheckResults &results, const HostOptions &host, const std
     out << junit_of(results, host.device.empty() ? "simulated gateway" : host.device);
     out.close();
     if (!out) {
-        complain("cannot write " + file);
+        print_error("cannot write " + file);
     }
     return !out.fail();
 }
@@ -106,9 +106,9 @@ int run_conformance(const HostOptions &host, const ConformanceOptions &options)
     std::vector<Check> checks = all_checks();
     const std::string unknown = unknown_name(checks, options);
     if (!unknown.empty()) {
-        complain(find_description(unknown) == nullptr
-                     ? no_such_command(unknown)
-                     : unknown + " calls no function of the device library");
+        print_error(find_description(unknown) == nullptr
+                        ? no_such_command(unknown)
+                        : unknown + " calls no function of the device library");
         return kUnknownCommand;
     }
     if (!options.commands.empty()) {
@@ -119,7 +119,7 @@ int run_conformance(const HostOptions &host, const ConformanceOptions &options)
     ReplyOutput output;
     const CheckResults results = results_of(checks, host, options, stop);
     if (!output.write_line(table_of(results, host.verbose), &stop)) {
-        complain("nobody reads the table");
+        print_error("nobody reads the table");
         return kCannotWrite;
     }
     if (!write_junit(results, host, options.junit)) {

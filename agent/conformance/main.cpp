@@ -127,12 +127,12 @@ std::optional<Options> parse(int count, char **words, int &exit_status)
     }
     exit_status = agent::kWrongUsage;
     if (!patience || !level) {
-        agent::complain(patience ? "--log-level takes a number from 0"
-                                 : "--patience takes a number of seconds from 1 to 86400");
+        agent::print_error(patience ? "--log-level takes a number from 0"
+                                    : "--patience takes a number of seconds from 1 to 86400");
         return std::nullopt;
     }
     if (options.host.device.empty() || optind != count) {
-        agent::complain("--device LIB is needed, and options only; --help shows them");
+        agent::print_error("--device LIB is needed, and options only; --help shows them");
         return std::nullopt;
     }
     conformance.patience = *patience;

@@ -27,16 +27,16 @@ int status_of_program(const std::function<int()> &work)
         open_error_output();
         return work();
     } catch (const HostError &problem) {
-        complain(problem.what(), kMaxHostError);
+        print_error(problem.what(), kMaxHostError);
         return problem.status();
     } catch (const StreamError &problem) {
-        complain(problem.what());
+        print_error(problem.what());
         return kCannotWrite;
     } catch (const std::bad_alloc &) {
-        complain_of_memory();
+        print_out_of_memory();
         return kOutOfMemory;
     } catch (const std::exception &problem) { // of the system, while the libraries are brought up
-        complain(problem.what());
+        print_error(problem.what());
         return kCannotLoad;
     }
 }

@@ -52,7 +52,7 @@ template <class Function> Function *gateway_function(const char *name)
 void tell_of_reboot()
 {
     try {
-        agent::complain("the gateway reboots");
+        agent::print_error("the gateway reboots");
     } catch (const std::bad_alloc &) {
         // The plug-in, which calls this, cannot handle exceptions.
     }

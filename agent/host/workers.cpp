@@ -59,7 +59,7 @@ void await(const Worker &worker, const PluginHost &host, const StopSignals &stop
     if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
         return;
     }
-    complain(worker.waiting);
+    print_error(worker.waiting);
     while (stop.arrived() == 0 && is_held(mutex)) {
         stop.wait(kPause);
     }
@@ -70,10 +70,10 @@ int status_of(const std::function<int()> &work)
     try {
         return work();
     } catch (const StreamError &problem) {
-        complain(problem.what()); // no reason to break off what has been started
+        print_error(problem.what()); // no reason to break off what has been started
         return kCannotWrite;
     } catch (const std::bad_alloc &) { // no more is this
-        complain_of_memory();
+        print_out_of_memory();
         return kOutOfMemory;
     }
 }
@@ -119,7 +119,7 @@ class TransferGuard {
                 end_transfers_();
             }
         } catch (const StreamError &problem) { // what is left is to wait for the download
-            complain(problem.what());
+            print_error(problem.what());
         }
     }
 

@@ -42,7 +42,7 @@ int show(const std::string &page)
 {
     std::cout << page << std::flush;
     if (!std::cout) {
-        complain("cannot write to standard output");
+        print_error("cannot write to standard output");
         return kCannotWrite;
     }
     return kSuccess;

@@ -73,16 +73,16 @@ std::string lower_case(std::string_view text)
     return result;
 }
 
-void complain(std::string_view message, size_t max_bytes)
+void print_error(std::string_view message, size_t max_bytes)
 {
     try {
         write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes));
     } catch (const std::bad_alloc &) {
-        complain_of_memory();
+        print_out_of_memory();
     }
 }
 
-void complain_of_memory()
+void print_out_of_memory()
 {
     write_error_line(PROGRAM_NAME ": out of memory");
 }

@@ -52,9 +52,9 @@ std::string lower_case(std::string_view text);
 
 // Writes "hgagent: MESSAGE", or another program's name, to standard error, on one line that is cut
 // as above.
-void complain(std::string_view message, size_t max_bytes = 4096);
+void print_error(std::string_view message, size_t max_bytes = 4096);
 
 // The same of memory that has run out, without allocating any.
-void complain_of_memory();
+void print_out_of_memory();
 
 } // namespace agent

@@ -30,7 +30,7 @@ ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
     const bool terminal = output.is_terminal();
     const std::string text = print(reply, {.indented = terminal, .raw_bytes = raw_bytes});
     if (!output.write_line(terminal && !raw_bytes ? json_for_terminal(text) : text, stop)) {
-        complain("nobody reads the reply");
+        print_error("nobody reads the reply");
         return kCannotWrite;
     }
     return status_of(reply);

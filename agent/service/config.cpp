@@ -479,7 +479,7 @@ std::optional<ServiceConfig> reload_config(const RunOptions &options, const Serv
 int report_problems(const ConfigError &wrong)
 {
     for (const ConfigProblem &problem : wrong.problems()) {
-        complain(problem.message());
+        print_error(problem.message());
     }
     return kWrongUsage;
 }

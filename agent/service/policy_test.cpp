@@ -112,7 +112,7 @@ int test_policy(const PolicyQuestion &question)
     const std::optional<AskedFor> asked_for = read_asked_for(question.request);
     const std::string problem = problem_of(asked_for, question.request);
     if (!problem.empty()) {
-        complain(problem);
+        print_error(problem);
         return kUnknownCommand;
     }
     RunOptions options;

@@ -136,7 +136,7 @@ class Service {
     {
         sockets_ = manager_.take_sockets();
         if (sockets_.empty() && config_.socket.path.empty()) {
-            complain("XDG_RUNTIME_DIR is not set: --socket has to say where to listen");
+            print_error("XDG_RUNTIME_DIR is not set: --socket has to say where to listen");
             return kWrongUsage;
         }
         gate_.emplace(loop_, make_worker(),
@@ -151,7 +151,7 @@ class Service {
         try {
             listen();
         } catch (const std::runtime_error &problem) {
-            complain(problem.what());
+            print_error(problem.what());
             return kCannotLoad;
         }
         watch_signals();
@@ -216,7 +216,7 @@ class Service {
         socket_->set_limits(socket_limits(config_.limits));
         const std::string problem = gate_->set_options(gate_options(config_));
         if (!problem.empty()) {
-            complain(problem);
+            print_error(problem);
         }
     }
 
@@ -228,7 +228,7 @@ class Service {
             config_ = std::move(*loaded);
             apply();
         }
-        complain(said);
+        print_error(said);
         manager_.notify("READY=1");
     }
 
@@ -269,7 +269,7 @@ class Service {
 
     void give_up(const std::string &reason, int status)
     {
-        complain(reason);
+        print_error(reason);
         exit_status_ = status > 0 ? status : kCannotLoad;
         is_stopping_ = true;
         socket_->stop_accepting();

@@ -14,7 +14,7 @@ namespace usage_test {
 constexpr char kSeeHelp[] = "Run with --help for more information.\n";
 
 // The error for a wrong usage.
-std::string complaint_of(const std::vector<std::string> &words)
+std::string message_of(const std::vector<std::string> &words)
 {
     const AgentResult result = run_agent(words);
     EXPECT_EQ(result.exit_status, 2) << testing::PrintToString(words);
@@ -29,40 +29,40 @@ std::string hint(const std::string &text)
 
 TEST(WrongUsage, SuggestsTheNearestSubcommand)
 {
-    EXPECT_EQ(complaint_of({"cal", "GET_SN_INFO"}), hint("no subcommand \"cal\"; was call meant?"));
-    EXPECT_EQ(complaint_of({"--log-level", "7", "sevre"}),
+    EXPECT_EQ(message_of({"cal", "GET_SN_INFO"}), hint("no subcommand \"cal\"; was call meant?"));
+    EXPECT_EQ(message_of({"--log-level", "7", "sevre"}),
               hint("no subcommand \"sevre\"; was serve meant?"));
-    EXPECT_EQ(complaint_of({"GET_SN_INFO", "{}"}),
+    EXPECT_EQ(message_of({"GET_SN_INFO", "{}"}),
               hint("GET_SN_INFO is a command: hgagent call GET_SN_INFO"));
-    EXPECT_EQ(complaint_of({"rubbish\n"}), hint("no subcommand \"rubbish\\n\""));
-    EXPECT_LT(complaint_of({std::string(100000, 'c')}).size(), 400U);
-    EXPECT_THAT(complaint_of({}), HasSubstr("A subcommand is required"));
+    EXPECT_EQ(message_of({"rubbish\n"}), hint("no subcommand \"rubbish\\n\""));
+    EXPECT_LT(message_of({std::string(100000, 'c')}).size(), 400U);
+    EXPECT_THAT(message_of({}), HasSubstr("A subcommand is required"));
 }
 
 TEST(WrongUsage, SaysWhereAnOptionBelongs)
 {
-    EXPECT_EQ(complaint_of({"call", "GET_SN_INFO", "--log-level", "7"}),
+    EXPECT_EQ(message_of({"call", "GET_SN_INFO", "--log-level", "7"}),
               hint("--log-level belongs before the subcommand: hgagent --log-level ... call ..."));
-    EXPECT_EQ(complaint_of({"serve", "--state=home.json"}),
+    EXPECT_EQ(message_of({"serve", "--state=home.json"}),
               hint("--state belongs before the subcommand: hgagent --state ... serve ..."));
-    EXPECT_EQ(complaint_of({"hosts", "--scenario", "single_router"}),
+    EXPECT_EQ(message_of({"hosts", "--scenario", "single_router"}),
               hint("--scenario belongs before the subcommand: hgagent --scenario ... hosts ..."));
-    EXPECT_EQ(complaint_of({"--max-line", "5", "serve"}),
+    EXPECT_EQ(message_of({"--max-line", "5", "serve"}),
               hint("--max-line belongs behind the subcommand serve"));
-    EXPECT_EQ(complaint_of({"--reasons", "call", "GET_SN_INFO"}),
+    EXPECT_EQ(message_of({"--reasons", "call", "GET_SN_INFO"}),
               hint("--reasons belongs behind the subcommand call or serve"));
-    EXPECT_THAT(complaint_of({"call", "GET_SN_INFO", "--rubbish"}),
+    EXPECT_THAT(message_of({"call", "GET_SN_INFO", "--rubbish"}),
                 HasSubstr("not expected: --rubbish"));
 }
 
 TEST(BadRequest, SuggestsTheNearestKey)
 {
     for (const std::string word : {"1", "up-to-date", "true"}) {
-        EXPECT_THAT(complaint_of({"call", "SET_UPNP_STATE", word}),
+        EXPECT_THAT(message_of({"call", "SET_UPNP_STATE", word}),
                     testing::EndsWith("; was KEY=VALUE meant?\n"));
     }
     for (const std::string word : {"{", "[]", "\"text\"", ""}) {
-        EXPECT_THAT(complaint_of({"call", "SET_UPNP_STATE", word}), Not(HasSubstr("KEY=VALUE")));
+        EXPECT_THAT(message_of({"call", "SET_UPNP_STATE", word}), Not(HasSubstr("KEY=VALUE")));
     }
 }
 

@@ -61,7 +61,7 @@ TEST_F(FaultPlanTest, MalformedFaultsAreQuoted)
 {
     const struct {
         const char *fault;
-        const char *complaint;
+        const char *expected_error;
     } malformed[] = {
         {"", "has to be FUNCTION=RESULT[*COUNT][@DELAYms]"},
         {"devapi_get_sn_info", "has to be FUNCTION=RESULT[*COUNT][@DELAYms]"},
@@ -80,8 +80,9 @@ TEST_F(FaultPlanTest, MalformedFaultsAreQuoted)
         {"devapi_get_sn_info=-1@5ms*2", "there is extra text at the end, \"*2\""},
         {"devapi_get_sn_info=-1 ", "there is extra text at the end, \" \""},
     };
-    for (const auto &[fault, complaint] : malformed) {
-        EXPECT_EQ(open({.faults = {fault}}), "fault \"" + std::string(fault) + "\": " + complaint);
+    for (const auto &[fault, expected_error] : malformed) {
+        EXPECT_EQ(open({.faults = {fault}}),
+                  "fault \"" + std::string(fault) + "\": " + expected_error);
     }
 }
 

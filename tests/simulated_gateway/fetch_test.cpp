@@ -62,7 +62,7 @@ TEST_F(FetchTest, InvalidAddressesAreRefused)
     const std::string bad_scheme = bad_form + "its scheme is none of http, https, file";
     const struct {
         std::string address;
-        std::string complaint;
+        std::string expected_error;
     } wrong_addresses[] = {
         {"", "the address is empty"},
         {"http://127.0.0.1/" + std::string(1 << 20, 'a'), "the address is longer than 2047 bytes"},
@@ -85,8 +85,8 @@ TEST_F(FetchTest, InvalidAddressesAreRefused)
         {"file:///dev/zero", bad_form + "no such file in the firmware folder"},
         {"file://" + path("pipe"), bad_form + "no such file in the firmware folder"},
     };
-    for (const auto &[address, complaint] : wrong_addresses) {
-        EXPECT_EQ(refusal(address).substr(0, complaint.size()), complaint);
+    for (const auto &[address, expected_error] : wrong_addresses) {
+        EXPECT_EQ(refusal(address).substr(0, expected_error.size()), expected_error);
     }
     EXPECT_EQ(fetch("new.image"), 0);
 }
@@ -219,16 +219,16 @@ TEST_F(FetchTest, AnInvalidFolderIsAnError)
 {
     const struct {
         std::string folder;
-        std::string complaint;
+        std::string expected_error;
     } wrong_folders[] = {
         {path("none"), path("none") + ": No such file or directory"},
         {path("new.image"), path("new.image") + ": Not a directory"},
         {"/", "/: is the root of the file system"},
     };
-    for (const auto &[folder, complaint] : wrong_folders) {
+    for (const auto &[folder, expected_error] : wrong_folders) {
         Options wrong = options();
         wrong.firmware_folder = folder;
-        EXPECT_EQ(reopen(wrong), complaint);
+        EXPECT_EQ(reopen(wrong), expected_error);
     }
 }
 
@@ -403,7 +403,7 @@ TEST_F(FetchTest, InvalidLimitsAreErrors)
     const struct {
         const char *name;
         const char *value;
-        const char *complaint;
+        const char *expected_error;
     } wrong_limits[] = {
         {"LARGEST_IMAGE", "0", "number of bytes from 1 to 2^40"},
         {"LARGEST_IMAGE", "64M", "number of bytes from 1 to 2^40"},
@@ -414,10 +414,10 @@ TEST_F(FetchTest, InvalidLimitsAreErrors)
         {"STALL_TIMEOUT", "86401", "number of seconds from 1 to 86400"},
         {"TRANSFER_TIMEOUT", "0", "number of seconds from 1 to 86400"},
     };
-    for (const auto &[name, value, complaint] : wrong_limits) {
+    for (const auto &[name, value, expected_error] : wrong_limits) {
         set_limit(name, value);
         EXPECT_EQ(reopen(options()), std::string("SIMULATED_GATEWAY_") + name + ": \"" + value +
-                                         "\" is no " + complaint);
+                                         "\" is no " + expected_error);
         unsetenv((std::string("SIMULATED_GATEWAY_") + name).c_str());
     }
 }

@@ -157,7 +157,7 @@ TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
     damaged[50'000] = static_cast<char>(~damaged[50'000]);
     const struct {
         std::string image;
-        const char *complaint;
+        const char *expected_error;
     } wrong_images[] = {
         {"", "the image is empty"},
         {"#!/bin/sh\n", "the image is none: it does not open with an image's magic"},
@@ -172,17 +172,17 @@ TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
     };
     set_limit("LARGEST_IMAGE", "150000");
     ASSERT_EQ(open(options()), "");
-    for (const auto &[image, complaint] : wrong_images) {
+    for (const auto &[image, expected_error] : wrong_images) {
         write("wrong.image", image);
-        EXPECT_EQ(refusal(server_.address("wrong.image")), complaint);
-        EXPECT_EQ(refusal("file://" + path("wrong.image")), complaint);
-        EXPECT_FALSE(has_partial()) << complaint;
+        EXPECT_EQ(refusal(server_.address("wrong.image")), expected_error);
+        EXPECT_EQ(refusal("file://" + path("wrong.image")), expected_error);
+        EXPECT_FALSE(has_partial()) << expected_error;
         EXPECT_EQ(devapi_update_image(), -1);
         EXPECT_EQ(devapi_flash_update_image(server_.address("wrong.image").c_str()), -1);
         EXPECT_EQ(slots().at("next"), 1);
         // It does not prevent the next download, even from the same address.
         write("wrong.image", whole);
-        EXPECT_EQ(download("wrong.image"), 0) << complaint;
+        EXPECT_EQ(download("wrong.image"), 0) << expected_error;
         std::filesystem::remove(path("state.firmware/downloaded.image"));
     }
     EXPECT_EQ(version(), "V2.4.1");

@@ -11,7 +11,7 @@ namespace {
 class ImageTest : public testing::Test {
   protected:
     // What is wrong with the image; empty when it is valid.
-    static std::string complaint_about(const std::string &image, uint64_t largest = 1'000'000)
+    static std::string message_about(const std::string &image, uint64_t largest = 1'000'000)
     {
         ImageCheck check({.product = "HGU-AX3000", .largest = largest});
         try {
@@ -43,7 +43,7 @@ TEST_F(ImageTest, HasTheDocumentedFormat)
     EXPECT_STREQ(whole.data() + 276, "V3.2.0");
     EXPECT_STREQ(whole.data() + 340, "2026-02-01");
     EXPECT_EQ(whole.size(), 404u + 0x01020304);
-    EXPECT_EQ(complaint_about(whole, whole.size()), "");
+    EXPECT_EQ(message_about(whole, whole.size()), "");
 }
 
 TEST_F(ImageTest, IsValidInChunksOfAnySize)
@@ -72,7 +72,7 @@ TEST_F(ImageTest, AnInvalidFieldIsNamed)
     const struct {
         size_t offset;
         std::string bytes;
-        const char *complaint;
+        const char *expected_error;
     } wrong_fields[] = {
         {0, "h", "the image is none: it does not open with an image's magic"},
         {7, "!", "the image is none: it does not open with an image's magic"},
@@ -92,17 +92,17 @@ TEST_F(ImageTest, AnInvalidFieldIsNamed)
         {276, std::string(64, 'x'), "the image is invalid: its version is longer than 63 bytes"},
         {340, std::string(32, 'x'), "the image is invalid: its date is longer than 31 bytes"},
     };
-    for (const auto &[offset, bytes, complaint] : wrong_fields) {
-        EXPECT_EQ(complaint_about(changed(offset, bytes)), complaint);
+    for (const auto &[offset, bytes, expected_error] : wrong_fields) {
+        EXPECT_EQ(message_about(changed(offset, bytes)), expected_error);
     }
 }
 
 TEST_F(ImageTest, EveryTruncationIsDetected)
 {
     const std::string whole = make_image({.payload_size = 300});
-    EXPECT_EQ(complaint_about(""), "the image is empty");
+    EXPECT_EQ(message_about(""), "the image is empty");
     for (size_t size = 1; size < whole.size(); ++size) {
-        EXPECT_EQ(complaint_about(whole.substr(0, size)),
+        EXPECT_EQ(message_about(whole.substr(0, size)),
                   "the image ends after " + std::to_string(size) + " of " +
                       std::to_string(size < 404 ? 404 : whole.size()) + " bytes");
     }
@@ -114,27 +114,27 @@ TEST_F(ImageTest, EveryFlippedBitIsDetected)
     for (size_t bit = 0; bit < whole.size() * 8; ++bit) {
         std::string flipped = whole;
         flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << bit % 8));
-        EXPECT_NE(complaint_about(flipped), "") << "bit " << bit;
+        EXPECT_NE(message_about(flipped), "") << "bit " << bit;
     }
     std::string damaged = whole;
     damaged.back() = static_cast<char>(~damaged.back());
-    EXPECT_EQ(complaint_about(damaged),
+    EXPECT_EQ(message_about(damaged),
               "the image is damaged: its SHA-256 is not the one in its header");
 }
 
 TEST_F(ImageTest, TrailingBytesAreRefused)
 {
     const std::string whole = make_image({.payload_size = 300});
-    EXPECT_EQ(complaint_about(whole + "x"),
+    EXPECT_EQ(message_about(whole + "x"),
               "the image continues after the 704 bytes given in its header");
 }
 
 TEST_F(ImageTest, TheMaximumSizeIsAcceptedAndALargerOneRefused)
 {
     const std::string whole = make_image({.payload_size = 300});
-    EXPECT_EQ(complaint_about(whole, 704), "");
+    EXPECT_EQ(message_about(whole, 704), "");
     for (const uint64_t largest : {703, 404, 300, 1}) {
-        EXPECT_EQ(complaint_about(whole, largest),
+        EXPECT_EQ(message_about(whole, largest),
                   "the image has a payload of 300 bytes; no more than " + std::to_string(largest) +
                       " bytes are taken in all");
     }

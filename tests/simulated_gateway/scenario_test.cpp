@@ -137,7 +137,7 @@ TEST_F(ScenarioTest, KeysAreChecked)
 struct WrongValue {
     const char *pointer;
     nlohmann::json value;
-    const char *complaint;
+    const char *expected_error;
 };
 
 TEST_F(ScenarioTest, ValuesAreChecked)
@@ -206,7 +206,7 @@ TEST_F(ScenarioTest, ValuesAreChecked)
     };
     for (const WrongValue &wrong : wrong_values) {
         EXPECT_EQ(error_with(wrong.pointer, wrong.value),
-                  std::string("my.json: ") + wrong.pointer + ": " + wrong.complaint);
+                  std::string("my.json: ") + wrong.pointer + ": " + wrong.expected_error);
     }
 }
 
@@ -299,7 +299,7 @@ TEST_F(ScenarioTest, TheHomeHasToBeConsistent)
         const std::string pointer =
             named != named_instead.end() ? named->second : std::string(wrong.pointer);
         EXPECT_EQ(error_with(wrong.pointer, wrong.value),
-                  "my.json: " + pointer + ": " + wrong.complaint);
+                  "my.json: " + pointer + ": " + wrong.expected_error);
     }
     nlohmann::json fewer_networks = house();
     fewer_networks["ssids"].erase(5);

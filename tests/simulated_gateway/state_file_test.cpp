@@ -27,7 +27,7 @@ class StateFileTest : public GatewayTest {
     std::string copy() const { return state() + ".good"; }
 
     // The error of opening a state file with this text, without the file's name.
-    std::string complaint_about(const std::string &text)
+    std::string message_about(const std::string &text)
     {
         write("state.json", text);
         const std::string error = open({.state_file = state()});
@@ -38,7 +38,7 @@ class StateFileTest : public GatewayTest {
     // The error of opening a state file with this text; the file has to stay unchanged.
     std::string error_of(const std::string &text)
     {
-        const std::string error = complaint_about(text);
+        const std::string error = message_about(text);
         EXPECT_EQ(read(state()), text);
         return error.starts_with(state()) ? "state.json" + error.substr(state().size()) : error;
     }
@@ -95,7 +95,7 @@ TEST_F(StateFileTest, DamagedIsAnErrorAndStaysUnchanged)
     const struct {
         const char *pointer;
         nlohmann::json value;
-        const char *complaint;
+        const char *expected_error;
     } wrong_values[] = {
         {"/version", 2, "is 2, not 1"},
         {"/scenario", "", "is empty"},
@@ -106,10 +106,11 @@ TEST_F(StateFileTest, DamagedIsAnErrorAndStaysUnchanged)
         {"/factory/hosts/0/ip", "10.0.0.1", "10.0.0.1 is not a LAN address"},
         {"/home/hosts/0/colour", "red", "there is no such field"},
     };
-    for (const auto &[pointer, value, complaint] : wrong_values) {
+    for (const auto &[pointer, value, expected_error] : wrong_values) {
         nlohmann::json wrong = nlohmann::json::parse(whole);
         wrong[nlohmann::json::json_pointer(pointer)] = value;
-        EXPECT_EQ(error_of(wrong.dump()), std::string("state.json: ") + pointer + ": " + complaint);
+        EXPECT_EQ(error_of(wrong.dump()),
+                  std::string("state.json: ") + pointer + ": " + expected_error);
     }
 }
 
@@ -117,7 +118,7 @@ TEST_F(StateFileTest, WithoutAChecksumItLoadsAndGetsOne)
 {
     nlohmann::json old = written_state();
     old["home"]["name"] = "Kept";
-    ASSERT_EQ(complaint_about(old.dump()), "");
+    ASSERT_EQ(message_about(old.dump()), "");
     EXPECT_EQ(json_of(state()).at("home").at("name"), "Kept");
     EXPECT_EQ(json_of(state()).at("checksum").get<std::string>().size(), 64u);
     EXPECT_EQ(read(copy()), read(state()));
@@ -140,7 +141,7 @@ TEST_F(StateFileTest, WithAnotherChecksumItIsRefused)
         EXPECT_EQ(error_of(changed.dump()), "state.json: " + not_that);
     }
     // The checksum covers the content, not the layout.
-    EXPECT_EQ(complaint_about(nlohmann::ordered_json::parse(whole).dump(1)), "");
+    EXPECT_EQ(message_about(nlohmann::ordered_json::parse(whole).dump(1)), "");
     EXPECT_TRUE(read(state()) == whole);
 }
 
@@ -156,7 +157,7 @@ TEST_F(StateFileTest, AFlippedBitIsRefusedOrChangesNothing)
         std::string flipped = whole;
         const size_t bit = random() % (8 * whole.size());
         flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ 1 << bit % 8);
-        const std::string error = complaint_about(flipped);
+        const std::string error = message_about(flipped);
         if (error.empty()) {
             EXPECT_EQ(read(state()), whole) << "bit " << bit;
         } else {
@@ -177,7 +178,7 @@ TEST_F(StateFileTest, TheCopyOfADamagedOneHasTheLastChange)
     simulated_gateway_power_cycle();
     close();
     const std::string whole = read(state());
-    ASSERT_NE(complaint_about(whole.substr(0, 1000)), "");
+    ASSERT_NE(message_about(whole.substr(0, 1000)), "");
     std::filesystem::copy_file(copy(), state(), std::filesystem::copy_options::overwrite_existing);
     EXPECT_EQ(read(state()), whole);
     EXPECT_EQ(open({.state_file = state()}), "");

@@ -28,7 +28,7 @@ ServiceManager::ServiceManager()
     // NOLINTEND(concurrency-mt-unsafe)
     library_ = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL);
     if (library_ == nullptr) {
-        complain("started by systemd, and libsystemd.so.0 cannot be loaded");
+        print_error("started by systemd, and libsystemd.so.0 cannot be loaded");
     }
 }
 

@@ -226,7 +226,7 @@ void Gate::audit(const Session &session, const Request &request, const Policy::V
                  std::chrono::system_clock::now());
     const std::string problem = audit_.take_problem();
     if (!problem.empty()) {
-        complain(problem);
+        print_error(problem);
     }
 }
 

@@ -70,13 +70,13 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
                 session.look();
             }
         } catch (const HostError &problem) {
-            complain(problem.what());
+            print_error(problem.what());
             end.exit_status = problem.status();
         } catch (const std::bad_alloc &) {
-            complain_of_memory();
+            print_out_of_memory();
             end.exit_status = kOutOfMemory;
         } catch (const std::exception &problem) {
-            complain(problem.what());
+            print_error(problem.what());
             end.exit_status = kCannotLoad;
         }
         end.text = "ended with exit status " + std::to_string(*end.exit_status);

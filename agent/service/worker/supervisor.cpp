@@ -76,7 +76,7 @@ void Supervisor::start_worker()
             listener_.on_no_worker(problem.what(), -1);
             return;
         }
-        complain(std::string("the worker cannot be started: ") + problem.what());
+        print_error(std::string("the worker cannot be started: ") + problem.what());
         count_crash("");
         start_again();
         return;
@@ -135,7 +135,8 @@ void Supervisor::take_answer(std::string_view line)
         listener_.on_change();
         return;
     case State::kOverdue:
-        complain("the worker has answered " + command_ + " after its time; the answer is dropped");
+        print_error("the worker has answered " + command_ +
+                    " after its time; the answer is dropped");
         deadline_.reset();
         refusal_.clear();
         state_ = State::kIdle;
@@ -189,7 +190,7 @@ void Supervisor::on_worker_fault(const std::string &fault)
     is_known_bad_ = true;
     const bool was_running = state_ == State::kRunning;
     const std::string when = was_running ? " while it runs " + command_ : "";
-    complain("the worker " + fault + when + "; it is killed");
+    print_error("the worker " + fault + when + "; it is killed");
     count_crash(was_running ? member("command", command_) : "");
     if (was_running) {
         end_command(Code::kOutcomeUnknown, "the worker failed" + when);
@@ -235,7 +236,7 @@ void Supervisor::on_worker_end(const WorkerEnd &end)
 {
     const bool was_expected = is_known_bad_;
     for (const auto &[worker, since] : std::exchange(background_, {})) {
-        complain("the background worker " + worker + " is lost with its process");
+        print_error("the background worker " + worker + " is lost with its process");
         raise("background.lost", R"({"worker":)" + agent::quoted(worker) + "}");
     }
     deadline_.reset();
@@ -255,7 +256,7 @@ void Supervisor::on_worker_end(const WorkerEnd &end)
     if (!was_expected) {
         const bool was_running = state_ == State::kRunning || state_ == State::kOverdue;
         const std::string when = was_running ? " while it ran " + command_ : "";
-        complain("the worker " + end.text + when);
+        print_error("the worker " + end.text + when);
         count_crash(
             (end.signal ? R"("signal":)" + std::to_string(*end.signal) + "," : "") +
             (end.exit_status ? R"("status":)" + std::to_string(*end.exit_status) + "," : "") +
@@ -284,7 +285,7 @@ void Supervisor::start_again()
     refusal_ = "the worker has crashed " + std::to_string(crashes_.size()) +
                " times within a minute and is started again in " + seconds_text(back_off_) +
                " seconds";
-    complain(refusal_);
+    print_error(refusal_);
     state_ = State::kBackingOff;
     raise("worker.backing-off", R"({"crashes":)" + std::to_string(crashes_.size()) +
                                     R"(,"seconds":)" + seconds_text(back_off_) + "}");
@@ -338,7 +339,7 @@ void Supervisor::on_deadline()
         break;
     case State::kStopping:
         if (std::exchange(is_terminated_, true)) {
-            complain("the worker does not end, and is killed");
+            print_error("the worker does not end, and is killed");
             worker_->kill();
         } else {
             worker_->terminate();
@@ -363,7 +364,7 @@ void Supervisor::on_overdue_command()
     }
     if (latest > now || !worker_->can_be_killed()) {
         if (state_ == State::kRunning) {
-            complain(problem);
+            print_error(problem);
             state_ = State::kOverdue;
             refusal_ = problem + ", and the worker cannot be started anew yet";
             listener_.on_no_answer(Code::kOutcomeUnknown, problem);
@@ -374,7 +375,7 @@ void Supervisor::on_overdue_command()
         }
         return;
     }
-    complain(problem + "; the worker is killed");
+    print_error(problem + "; the worker is killed");
     if (state_ == State::kRunning) {
         listener_.on_no_answer(Code::kTimeout, problem);
     }
