@@ -3,8 +3,8 @@
 
 TOP = """\
 // The memory layout of the arguments of the device functions and the fields of their records, and
-// the properties of each, for programs that handle calls of any function generically. Generated from
-// protocol/device by protocol/generate.py.
+// the properties of each, for programs that handle calls of any function generically.
+// Generated from protocol/device by protocol/generate.py.
 #pragma once
 
 #include "smart_router_service/device_access.h"

@@ -10,8 +10,10 @@ import sys
 
 ALLOWED = """
 agent                        agent/commands agent/conformance agent/host agent/io agent/protocol
-agent/commands               agent/client agent/conformance agent/host agent/io agent/protocol plugin_headers
+agent/commands               agent/client agent/conformance agent/host agent/io agent/protocol agent/shell
+agent/commands               plugin_headers
 agent/client                 agent/protocol
+agent/shell                  agent/client agent/host agent/io agent/protocol plugin_headers
 agent                        agent/service agent/service/worker
 agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker
 agent/service                agent/commands agent/io agent/protocol
