@@ -17,7 +17,7 @@ packages=(
     libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libssl-dev libsystemd-dev libtomlplusplus-dev
     libutfcpp-dev nlohmann-json3-dev
     ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema python3-pexpect
-    strace valgrind
+    socat strace systemd valgrind
 )
 foreign=()
 if [ "$*" = --all ]; then
