@@ -6,7 +6,7 @@ set(package_of_development smart-router-service-dev)
 set(package_of_agent hgagent)
 
 set(SMART_ROUTER_PACKAGE_MAINTAINER "The smart_router_service authors <smart-router-service@example.org>"
-    CACHE STRING "Who answers for the Debian packages")
+    CACHE STRING "Maintainer of the Debian packages")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME smart-router-service)
 set(CPACK_PACKAGE_CONTACT "${SMART_ROUTER_PACKAGE_MAINTAINER}")
@@ -25,7 +25,7 @@ set(same_version "(= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
 "command-processing plug-in for home gateways
-A management agent loads this library, hands in the JSON commands of a
+A management agent loads this library, passes it the JSON commands of a
 platform or an app, and finds the reply in the same object. The library turns
 each command into calls of the router's device-access library.")
 
@@ -33,9 +33,9 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "smart-router-service ${same_version}, libcjson-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
 "headers of the command-processing plug-in for home gateways
-For those who write an agent that loads the plug-in, or a device-access
+For developers of an agent that loads the plug-in, or of a device-access
 library for it: the headers, a CMake package, a pkg-config file, JSON Schemas
-of all commands, and the smallest agent and device library as examples.")
+of all commands, and a minimal agent and device library as examples.")
 
 set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "smart-router-service ${same_version}")
@@ -43,9 +43,9 @@ set(CPACK_DEBIAN_AGENT_DESCRIPTION
 "reference agent and simulated gateway for home-gateway commands
 The program hgagent loads the plug-in as the agent of a gateway does. Its
 device is a simulated gateway, a model of a home that answers queries and
-remembers what is set, or a device-access library that it tests.")
+remembers what is set, or a device-access library, which it can also test.")
 
-# Files that only Debian packages have to contain.
+# Files that only Debian packages contain.
 find_program(GZIP gzip REQUIRED)
 configure_file(debian/changelog.in changelog @ONLY)
 execute_process(COMMAND ${GZIP} --best --no-name --force --keep changelog
