@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Checks the traffic of the tests against the JSON Schemas: each reply has to be valid, and so has the
 request of each success; each schema that can refuse requests has to have refused one. Each line that the
-agent wrote while it served has to be valid as well, and each described event has to have occurred."""
+agent wrote while it served has to be valid as well, and each described event has to have occurred. With
+--part, after a part of the tests, no schema has to have refused a request, and no event to have occurred."""
 
 import json
 import sys
@@ -14,7 +15,7 @@ from descriptions import events
 MISSING = object()
 
 
-def main(traffic_file):
+def main(traffic_file, is_part):
     sys.stdout.reconfigure(errors="backslashreplace")
     descriptions = {description["command"]: description
                     for description in protocol.descriptions().values()}
@@ -47,9 +48,10 @@ def main(traffic_file):
             if succeeded(ordered, description):
                 faults.append(f"{command}: succeeded though in the request {error.json_path}: "
                               f"{error.message[:200]}\n  {line[:1000]}")
-    faults += [f"{command}: no test has sent a request that the schema refuses"
-               for command in sorted(demanding)]
-    faults += [f"{event}: no test has been told it" for event in sorted(untold)]
+    if not is_part:
+        faults += [f"{command}: no test has sent a request that the schema refuses"
+                   for command in sorted(demanding)]
+        faults += [f"{event}: no test has received it" for event in sorted(untold)]
     for fault in faults:
         print(fault)
     print(f"{len(records)} exchanges and lines, {len(schemas)} schemas, {len(faults)} faults")
@@ -98,4 +100,4 @@ def value_as_read(value, key, spelling):
     return MISSING
 
 
-sys.exit(main(sys.argv[1]))
+sys.exit(main(sys.argv[1], "--part" in sys.argv[2:]))

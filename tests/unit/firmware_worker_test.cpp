@@ -412,7 +412,8 @@ TEST_F(FirmwareThreadsTest, NeverMoreThanOneIsUnderWay)
     control.wait_until_idle();
     g_update_url[0] = '\0';
     EXPECT_FALSE(is_busy());
-    EXPECT_GT(started, 0u);
+    EXPECT_GT(started + downloaded + updated + upgraded,
+              0u); // which one wins is up to the scheduler
     EXPECT_EQ(flashes, started);
     EXPECT_EQ(downloads, downloaded + upgraded);
     EXPECT_EQ(updates, updated + upgraded);
