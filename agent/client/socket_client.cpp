@@ -38,6 +38,7 @@ sockaddr_un address_of(const std::string &path)
 
 std::string default_socket_path()
 {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing changes the environment
     const char *folder = getenv("XDG_RUNTIME_DIR");
     if (folder == nullptr || folder[0] != '/') {
         throw ServiceError("XDG_RUNTIME_DIR is not set: --socket PATH names the service's socket");
@@ -88,10 +89,8 @@ void SocketClient::write_some()
         const ssize_t count = ::send(descriptor_, unsent_.data(), unsent_.size(), MSG_NOSIGNAL);
         if (count >= 0) {
             unsent_.erase(0, static_cast<size_t>(count));
-        } else if (errno == EPIPE || errno == ECONNRESET) {
-            return; // what it sent before is still to be read
-        } else if (errno == EAGAIN) {
-            return;
+        } else if (errno == EAGAIN || errno == EPIPE || errno == ECONNRESET) {
+            return; // after the end of the connection, what it sent before is still to be read
         } else if (errno != EINTR) {
             throw ServiceError("cannot write to " + name_ + ": " + system_message(errno));
         }

@@ -34,8 +34,10 @@ constexpr size_t kMaxLine = 1024UL * 1024;
 
 Shell::Look look_at(bool is_terminal)
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): nothing changes the environment
     const char *no_colour = getenv("NO_COLOR");
     const char *terminal = getenv("TERM");
+    // NOLINTEND(concurrency-mt-unsafe)
     const bool is_plain = (no_colour != nullptr && no_colour[0] != '\0') || terminal == nullptr ||
                           strcmp(terminal, "dumb") == 0;
     return !is_terminal ? Shell::Look::kLines

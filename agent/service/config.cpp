@@ -353,6 +353,7 @@ class OptionReader {
 ServiceConfig defaults()
 {
     ServiceConfig config;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing changes the environment meanwhile
     if (const char *folder = getenv("XDG_RUNTIME_DIR"); folder != nullptr && *folder == '/') {
         config.socket.path = std::string(folder) + "/hgagent.sock";
     }

@@ -71,10 +71,12 @@ LineEditor::LineEditor(const std::string &prompt, Wait wait, Complete complete)
       history_(history_init())
 {
     // Lines are UTF-8, whatever else the locale says.
+    // NOLINTBEGIN(concurrency-mt-unsafe): the shell has one thread
     setlocale(LC_CTYPE, "");
     if (strcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
         setlocale(LC_CTYPE, "C.UTF-8");
     }
+    // NOLINTEND(concurrency-mt-unsafe)
     editor_.reset(el_init("hgagent", stdin, stdout, stderr));
     if (history_ == nullptr || editor_ == nullptr) {
         throw std::bad_alloc();
@@ -129,6 +131,7 @@ int LineEditor::next_character(wchar_t *character)
         if (count <= 0) { // a terminal that is gone is an end as well
             return 0;
         }
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): with a state of its own it is safe
         const size_t used = mbrtowc(character, &byte, 1, &state);
         if (used == static_cast<size_t>(-1)) {
             state = {};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Firmware maintenance: when the router may update itself, and the upload of the log after a
 // failure.
+#include "core/device_call.h"
 #include "core/gateway.h"
 #include "firmware/send_text.h"
 #include "io/clock.h"

@@ -30,7 +30,7 @@ TEST(List, FindsPartsOfNamesAndPatterns)
         const AgentResult result = run_agent({"list", pattern});
         EXPECT_EQ(result.exit_status, 0) << pattern;
         EXPECT_THAT(lines_of(result.output),
-                    ElementsAre("GET_SN_INFO  Serial number and kind of the router"))
+                    ElementsAre("GET_SN_INFO  Serial number and type of the router"))
             << pattern;
     }
 }
@@ -49,7 +49,8 @@ TEST(Describe, ShowsAllOfACommand)
 {
     const AgentResult result = run_agent({"describe", "RESPONSE_ROUTER_VERSION"});
     EXPECT_EQ(result.exit_status, 0);
-    EXPECT_THAT(result.output, StartsWith("RESPONSE_ROUTER_VERSION - Hands the agent"));
+    EXPECT_THAT(result.output,
+                StartsWith("RESPONSE_ROUTER_VERSION - Passes a version report to the agent"));
     for (const char *part : {"json_response_router_version", "device_identity", "Request",
                              "VersionInfo  required; the version report",
                              "Reply, success: ", "Reply, failure: ", "Status  \"1\"", "2048",

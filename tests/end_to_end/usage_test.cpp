@@ -48,9 +48,9 @@ TEST(WrongUsage, SaysWhereAnOptionBelongs)
     EXPECT_EQ(message_of({"hosts", "--scenario", "single_router"}),
               hint("--scenario belongs before the subcommand: hgagent --scenario ... hosts ..."));
     EXPECT_EQ(message_of({"--max-line", "5", "serve"}),
-              hint("--max-line belongs behind the subcommand serve"));
+              hint("--max-line belongs behind the subcommand serve or run"));
     EXPECT_EQ(message_of({"--reasons", "call", "GET_SN_INFO"}),
-              hint("--reasons belongs behind the subcommand call or serve"));
+              hint("--reasons belongs behind the subcommand call or serve or run"));
     EXPECT_THAT(message_of({"call", "GET_SN_INFO", "--rubbish"}),
                 HasSubstr("not expected: --rubbish"));
 }

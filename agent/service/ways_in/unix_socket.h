@@ -37,7 +37,7 @@ class SocketConnection;
 class UnixSocket {
   public:
     UnixSocket(boost::asio::io_context &loop, Gate &gate, const SocketLimits &limits);
-    ~UnixSocket();
+    ~UnixSocket(); // NOLINT(bugprone-exception-escape): as there
     UnixSocket(const UnixSocket &) = delete;
     UnixSocket &operator=(const UnixSocket &) = delete;
 

@@ -37,7 +37,7 @@ constexpr size_t kMostLeftInPipe = 1024UL * 1024;
     prctl(PR_SET_PDEATHSIG, SIGKILL); // a service that is gone leaves no worker behind
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    sigprocmask(SIG_SETMASK, &none, nullptr); // NOLINT(concurrency-mt-unsafe): alone since fork()
     if (getppid() == parent) {
         execv(kExecutable, words.data());
     }
