@@ -89,7 +89,7 @@ void SocketClient::write_some()
         if (count >= 0) {
             unsent_.erase(0, static_cast<size_t>(count));
         } else if (errno == EPIPE || errno == ECONNRESET) {
-            return; // what it sent before is still to be read
+            return; // data that it sent before must still be read
         } else if (errno == EAGAIN) {
             return;
         } else if (errno != EINTR) {
