@@ -328,8 +328,7 @@ void run_checks(const std::vector<Check> &checks, const HostOptions &host,
                 std::chrono::seconds patience, const StopSignals &stop,
                 const std::function<void(const Check &, CheckResult)> &take)
 {
-    signal(SIGCHLD,
-           SIG_DFL); // if SIGCHLD was ignored at the start, a worker's exit status would be lost
+    signal(SIGCHLD, SIG_DFL); // if it was ignored, a worker's exit status would be lost
     size_t next = 0;
     while (next < checks.size() && stop.arrived() == 0) {
         CheckProcess process(checks, next, host, patience, stop);

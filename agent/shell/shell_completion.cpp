@@ -166,8 +166,7 @@ Completion in_request(const std::string &command, const std::vector<ShellWord> &
 Completion complete(std::string_view text, const KnownValues &known_values)
 {
     std::vector<ShellWord> words = words_of(text);
-    if (words.empty() ||
-        words.back().end < text.size()) { // the cursor is at the start of the next word
+    if (words.empty() || words.back().end < text.size()) { // a new word begins
         words.push_back({"", text.size(), text.size(), false});
     }
     const ShellWord &begun = words.back();
