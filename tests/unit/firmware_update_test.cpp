@@ -21,7 +21,7 @@ TEST_F(HgGetUpdateStatus, TheStatusIsReported)
         *info = {"RT-7", "A1", "1.4.2", "2025-03-01", "router", "0371"};
         return 0;
     });
-    const Busy busy; // the status is nobody's secret
+    const Busy busy; // the status needs no lock
     EXPECT_EQ(run("HG_GET_UPDATE_STATUS", R"({"First":1,"name":"kept"})"),
               R"({"First":1,"name":"kept","Status":"0","up_status":"0","name":"RT-7",)"
               R"("HWVersion":"A1","FWVersion":"1.4.2","FWDATA":"2025-03-01",)"
@@ -108,7 +108,7 @@ TEST_F(ImageUpdate, AFlashIsRefusedWhileAnotherIsUnderWay)
 
 TEST_F(ImageUpdate, AnythingButOneFlashesNothing)
 {
-    const Busy busy; // what flashes nothing needs no lock
+    const Busy busy; // without flashing, no lock is needed
     for (const std::string &update : kNotNow) {
         const Request request = flash(R"({"Update":)" + escaped(update) + "}");
         EXPECT_EQ(run("IMAGE_UPDATE", request.json()),
@@ -314,7 +314,7 @@ TEST_F(ImageDownload, ADownloadThatCannotStartSaysSo)
 
 } // namespace firmware_start_test
 
-// PLATEFORM_UPDATE_IMMEDIATE, which looks at what runs before it starts a worker.
+// PLATEFORM_UPDATE_IMMEDIATE, which checks the running firmware before it starts a worker.
 namespace firmware_platform_test {
 
 using recording_device::when;
@@ -370,7 +370,7 @@ TEST_F(PlateformUpdateImmediate, ThePlatformNeedsADeviceThatAnswers)
     for (const int32_t result : kFailures) {
         recording_device::reset();
         when<devapi_get_update_status_info>([result](UpdateStatusInfo *info) {
-            strcpy(info->FWVersion, "x"); // what it leaves is not looked at
+            strcpy(info->FWVersion, "x"); // what it writes is ignored
             return result;
         });
         for (const Request &request : {kImage, kNothing, image("{}"), image("null")}) {

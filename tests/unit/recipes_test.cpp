@@ -261,7 +261,8 @@ TEST_F(RecipesTest, ASettingReturnsTheDevicesResult)
     EXPECT_EQ(setting<set_lamp>(kLampFields, "stuck")(object.get()), -1);
 }
 
-// A device that was changed has to be reported as changed: without memory for that it is not asked.
+// A device that was changed has to be reported as changed: without memory for that it is not
+// called.
 TEST_F(RecipesTest, ASettingWithoutMemoryDoesNotReachTheDevice)
 {
     const auto handler = setting<set_lamp>(kLampFields, "stuck");
