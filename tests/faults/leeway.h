@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a command has of its own when memory ends: what its reply may lack, or say instead.
+// The command-specific behaviour when memory runs out: what its reply may lack or contain instead.
 #pragma once
 
 #include "subject.h"
@@ -24,5 +24,5 @@ struct Leeway {
     bool calls = true;            // whether every call has to be made
 };
 
-// That of the subject; for most there is none.
+// The leeway of the subject; empty for most.
 const Leeway &leeway_of(const Subject &subject);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A device library that answers every call as richly as it can, whatever the call: each text has a
-// value, each list two entries at least. One call of a run can be made to fail or to misbehave. The
-// fields that it fills are read from device_access.h, so there is little to add here for a new
+// A device library that fills in the result of every call as completely as possible: each text has
+// a value, each list two entries at least. One call of a run can be made to fail or to misbehave.
+// The fields that it fills are read from device_access.h, so there is little to add here for a new
 // function.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace rich_device {
 
-// What the reports of the mesh go by.
+// The values on which the mesh reports depend.
 struct Home {
     const char *model = "HGU-AX3000";
     const char *area = "NORTH-07";
@@ -26,7 +26,7 @@ enum class Written {
     kWhole,    // everything, as it should be
     kNothing,  // the record stays zero
     kGarbage,  // any bytes, with or without an end
-    kBrim,     // each text to the last byte of its field, without a NUL
+    kBrim,     // each text fills its field completely, without a NUL
     kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
     kNumber,   // one of the numbers is another
     kRubbish,  // each text as in kBrim, and each number the same one
@@ -42,7 +42,7 @@ struct Fault {
     Written written = Written::kWhole;
     size_t number = 0; // which of the call's numbers, and its value
     int32_t value = 0;
-    bool lasts = false; // goes on in all calls behind it
+    bool lasts = false; // continues in all following calls
 
     std::string name() const; // such as "3:result=-1"
 };
