@@ -319,7 +319,7 @@ class CheckProcess {
     std::string unread_;
     std::string last_function_;
     bool is_late_ = false;
-    bool is_told_ = false; // to stop
+    bool is_told_ = false; // told to stop
 };
 
 } // namespace

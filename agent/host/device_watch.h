@@ -27,7 +27,7 @@ class DeviceWatch : public DeviceStage {
     DeviceWatch(DeviceStage &next, const DeviceWatcher &watcher) : next_(next), watcher_(watcher) {}
 
     // During the call, memory that the device library may write to is placed between guards.
-    // Whatever the plug-in could not free or read is removed from the result.
+    // Anything that the plug-in could not free or read is removed from the result.
     void run(DeviceCall &call) override;
 
   private:

@@ -12,7 +12,7 @@ std::string undescribed(const cJSON *description, const cJSON *request, const cJ
 // that is not specific to the request.
 const cJSON *reply_given(const cJSON *description, const cJSON *request, const cJSON *object);
 
-// Whether the reply is only for a request that lacks a required key.
+// Whether the reply is specific to requests that lack one of their own keys, not an element's key.
 bool is_of_request(const cJSON *reply);
 
 // The request without the keys that this reply removes. The caller deletes it.

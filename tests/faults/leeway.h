@@ -14,13 +14,13 @@ struct Leeway {
     const char *why;
     Names keys = {};              // that may be missing
     Names lists = {};             // that may be short of elements
-    const char *logged = nullptr; // what the log then says, where it has to say something
-    Names told = {};              // of the lists, those of which an added key then tells
-    Names added = {};             // keys that tell of what is left out
-    Names before = {};            // keys that stay before a failure
-    Names reasons = {};           // that are given of memory alone
-    const char *called = nullptr; // the change of the device that goes before what fails
-    bool keeps = true;            // whether what is kept elsewhere has to be there
+    const char *logged = nullptr; // what the log must then contain, if anything
+    Names told = {};              // the lists whose truncation an added key reports
+    Names added = {};             // keys that report what is omitted
+    Names before = {};            // keys that precede a failure
+    Names reasons = {};           // failure reasons specific to memory
+    const char *called = nullptr; // the device change that precedes the failure
+    bool keeps = true;            // whether the other output must be present
     bool calls = true;            // whether every call has to be made
 };
 

@@ -31,7 +31,7 @@ struct Call {
     bool hands_over = false;
     std::vector<std::vector<int32_t>> numbers; // the values to try for each of them
 
-    // All of those; without numbers, one that stands for none.
+    // All of those; without numbers, a placeholder.
     std::set<int32_t> values() const
     {
         std::set<int32_t> all;

@@ -46,8 +46,8 @@ template <class List> bool has(const List &list, std::string_view name)
     return std::find(list.begin(), list.end(), name) != list.end();
 }
 
-// Whether the item is what the whole one is, but for what may be left out. Names the lists that are
-// short of an element.
+// Whether the item equals the complete one, except for what may be omitted. Names the lists that
+// lack an element.
 bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may,
                 Leeway::Names &short_lists)
 {
@@ -224,7 +224,7 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
                    ? ""
                    : "what is told is neither a success nor a failure of this command";
     }
-    // Only a failure that was to be told anyhow has no memory to fall back on.
+    // Only a failure that was to be reported anyway has no memory to fall back on.
     const bool is_owed =
         how == FailingMemory::Fail::kOnce && subject.builder == nullptr && whole.succeeded(subject);
     return is_owed ? "nothing is answered, though there is memory for it" : "";
@@ -362,7 +362,7 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     }
     const std::string &failed = whole.calls[position].function;
     const bool counts = is_looked_at(subject, failed);
-    // Of what the worker comes to, no reply tells.
+    // No reply contains the worker's result.
     const bool is_refusal = fault.result == -1 && counts && !is_question(failed) &&
                             failed != "devapi_flash_update_image";
     const Json request = parse(run.request);

@@ -77,7 +77,7 @@ Request flash(const std::string &router)
 
 const Request kFlash = flash(R"({"Update":"1"})");
 
-// What is neither "1" nor anything else than a text.
+// Strings other than "1".
 const std::vector<std::string> kNotNow = {"0",  "",   "2",    "11",
                                           "1 ", " 1", "01",   "1\n",
                                           "+1", "-1", "1.0",  "1" + std::string(31, ' '),
@@ -192,7 +192,7 @@ TEST_F(UpdateImmediate, WithoutAnyPartAnUpdateHasNothingToDo)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-// What makes an image fail, and what it is answered with; the empty text for one that does not.
+// What makes an image fail, and its answer; an empty text for success.
 struct ImageCase {
     std::string json;
     bool busy;
@@ -209,7 +209,7 @@ const ImageCase kImages[] = {
     {R"({"UpdateUrl":"x"})", false, true, kNoThread},
 };
 
-// A part that is present, of whatever type, makes up for the image that failed.
+// A part that is present, of any type, compensates for the failed image.
 TEST_F(UpdateImmediate, TheOtherPartsOverrideTheImage)
 {
     const std::vector<std::string> parts = {"", "null", "0", "false", R"("")", "[]", "{}"};

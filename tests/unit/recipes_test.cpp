@@ -25,7 +25,7 @@ constexpr auto kLampFields = Fields{
 
 constexpr auto kNumber = Fields{FIELD_AS(Lamp, number, "Number")};
 
-// A field without room for a NUL, with something behind it that must not be read.
+// A field without room for a NUL, followed by data that must not be read.
 struct Brim {
     char field[4];
     char behind[4];

@@ -23,7 +23,7 @@ constexpr auto kDoorFields = Fields{
     FIELD(Door, Code),
 };
 
-// A field without room for a NUL, with something behind it that must not be read.
+// A field without room for a NUL, followed by data that must not be read.
 struct Brim {
     char field[4];
     char behind[4];
