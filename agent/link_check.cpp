@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program of the check in CMakeLists.txt, which is about what the linker says.
+// The program of the link check in CMakeLists.txt: the test is whether it links.
 int main()
 {
     return 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// hgagent, the reference agent: hosts the plug-in and a device library as a gateway's agent does.
+// hgagent, the reference agent: hosts the plug-in and a device library like a gateway's agent.
 #include "commands/call.h"
 #include "commands/hosts.h"
 #include "commands/notice.h"

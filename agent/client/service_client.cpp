@@ -99,7 +99,7 @@ void ServiceClient::take(const std::string &line)
     if (id == nullptr && !event.empty() && on_event_) {
         on_event_(event, cJSON_GetObjectItemCaseSensitive(object.get(), "data"));
     }
-    // Without an id it could not read the request, or did not want to.
+    // An answer with a null id: the service could not read the request or rejected it unread.
     if (cJSON_IsNull(id) != 0 ||
         (cJSON_IsNumber(id) != 0 && id->valuedouble == static_cast<double>(last_id_))) {
         answer_ = answer_from(object.get());

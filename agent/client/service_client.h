@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Requests to a running service, and what it says by itself.
+// Requests to a running service, and its events.
 #pragma once
 
 #include "client/socket_client.h"
@@ -15,41 +15,41 @@ namespace agent {
 
 struct ServiceAnswer {
     int32_t result = 0;
-    Json reply;        // null when there is none
-    std::string error; // why there is no result, for people; empty when there is one
-    std::string code;  // the same for programs
-    std::string rule;  // which one denied the request
+    Json reply;        // null if absent
+    std::string error; // error message; empty if there is a result
+    std::string code;  // the error's code for programs
+    std::string rule;  // the policy rule that denied the request
 };
 
-// What a request asks for, without its id; the parameters are the text of a JSON object.
+// Requests without their id; the parameters are the text of a JSON object.
 std::string command_request(std::string_view name, std::string_view params);
 std::string report_request(std::string_view name, std::string_view params);
 std::string hello_request();
 std::string subscribe_request(std::string_view pattern);
 std::string unsubscribe_request(std::string_view pattern);
 
-// A connection with one request at a time. A service that sends what is no JSON object is taken for
-// none: everything here throws ServiceError then, and when the connection has ended.
+// A connection with one request at a time. All functions throw ServiceError when the connection has
+// ended, or when the peer sends a line that is not a JSON object.
 class ServiceClient {
   public:
     using EventHandler = std::function<void(const std::string &name, const cJSON *data)>;
 
     explicit ServiceClient(const std::string &path, EventHandler on_event = nullptr);
 
-    // To be polled before work() is called, where the caller has more to wait for.
+    // For a caller's own poll(): call work() when it is ready.
     int descriptor() const { return socket_.descriptor(); }
     short wanted_events() const { return socket_.wanted_events(); }
 
-    // Begins a request. An answer to the one before that is still to come is dropped.
+    // Begins a request. An outstanding answer to the previous request is dropped.
     void begin(const std::string &request);
 
-    // Sends and reads what goes without waiting, and hands events to the handler.
+    // Sends and reads without blocking, and passes events to the handler.
     void work();
 
-    // The answer, once, when it has come.
+    // The answer when it has arrived; returned once.
     std::optional<ServiceAnswer> take_answer();
 
-    // Sends a request and waits for its answer, as long as the service takes.
+    // Sends a request and waits for its answer without a time limit.
     ServiceAnswer ask(const std::string &request);
 
   private:

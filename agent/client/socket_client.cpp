@@ -90,7 +90,7 @@ void SocketClient::write_some()
         if (count >= 0) {
             unsent_.erase(0, static_cast<size_t>(count));
         } else if (errno == EAGAIN || errno == EPIPE || errno == ECONNRESET) {
-            return; // after the end of the connection, what it sent before is still to be read
+            return; // after the end of the connection, data that it sent before must still be read
         } else if (errno != EINTR) {
             throw ServiceError("cannot write to " + name_ + ": " + system_message(errno));
         }

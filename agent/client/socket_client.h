@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lines to and from a service's Unix socket, without ever waiting for it.
+// Lines to and from a service's Unix socket, without blocking.
 #pragma once
 
 #include <stdexcept>
@@ -8,20 +8,20 @@
 
 namespace agent {
 
-// A service that cannot be reached, has gone, or does not speak as one; what() says it in a
-// sentence.
+// The service cannot be reached, has disconnected, or violates the protocol; what() is a readable
+// message.
 class ServiceError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-// Where a service listens unless it is told otherwise, $XDG_RUNTIME_DIR/hgagent.sock. Throws
-// ServiceError where there is no such folder.
+// The default socket of a service, $XDG_RUNTIME_DIR/hgagent.sock. Throws ServiceError when that
+// directory is not defined.
 std::string default_socket_path();
 
 class SocketClient {
   public:
-    // No reply of a gateway comes near.
+    // Much longer than any reply of a gateway.
     static constexpr size_t kMaxLine = 16UL * 1024 * 1024;
 
     // Connects. Throws ServiceError.
@@ -30,15 +30,15 @@ class SocketClient {
     SocketClient(const SocketClient &) = delete;
     SocketClient &operator=(const SocketClient &) = delete;
 
-    // To be polled for the events before work() is called.
+    // The descriptor to poll for the events; call work() when it is ready.
     int descriptor() const { return descriptor_; }
     short wanted_events() const;
 
-    // Adds a line and its end to what is to be sent.
+    // Appends a line and its end to the output.
     void send(std::string_view line);
 
-    // Sends what the socket takes and reads what has come, at most one piece of it, so that a
-    // service that sends to no end keeps nobody busy for long. Throws ServiceError when the
+    // Sends what the socket accepts and reads what has arrived, at most one chunk, so that a
+    // service that sends endlessly cannot monopolise the caller. Throws ServiceError when the
     // connection has ended, or when a line is too long.
     void work();
 
@@ -54,8 +54,8 @@ class SocketClient {
     int descriptor_;
     std::string unsent_;
     std::string received_;
-    size_t begin_ = 0;   // of what has not been taken
-    size_t scanned_ = 0; // up to here no line ends
+    size_t begin_ = 0;   // start of the unread lines
+    size_t scanned_ = 0; // no line end before this
 };
 
 } // namespace agent

@@ -55,7 +55,7 @@ std::string message_of(const BadRequest &problem, const std::vector<std::string>
     return message;
 }
 
-// The reply tells only in a few words what is wrong.
+// The reply describes the error only briefly.
 void point_to_description(const std::string &command)
 {
     if (find_description(command) != nullptr) {
@@ -64,7 +64,7 @@ void point_to_description(const std::string &command)
     }
 }
 
-// What the reply makes of the exit status.
+// Prints the reply. Result: the exit status that it implies.
 int show_reply(const Options &options, int32_t result, const cJSON *reply, ReplyOutput &output,
                const StopSignals *stop)
 {

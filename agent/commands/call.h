@@ -6,8 +6,8 @@
 
 namespace agent {
 
-// Runs the command, prints its reply, and waits until all that it started has come to its end.
-// Result: the exit status.
+// Runs the command, prints its reply, and waits until all work that it started has ended. Result:
+// the exit status.
 int run_call(const Options &options);
 
 } // namespace agent

@@ -45,7 +45,7 @@ std::string page_of(const cJSON *hosts)
     std::ostringstream page;
     table.print(page, "");
     std::string text = page.str();
-    text.pop_back(); // the last line's end
+    text.pop_back(); // the trailing line end
     return text;
 }
 

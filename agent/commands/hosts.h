@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// hgagent hosts: the devices that are attached to the gateway, for people.
+// hgagent hosts: the devices attached to the gateway, as a table.
 #pragma once
 
 #include "commands/options.h"

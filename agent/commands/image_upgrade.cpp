@@ -19,7 +19,7 @@ namespace agent {
 
 namespace {
 
-// What the plug-in exports for the upgrade.
+// The plug-in's exports for the upgrade.
 struct Upgrade {
     void *(*work)(void *);
     pthread_mutex_t *lock;
@@ -34,7 +34,7 @@ Upgrade upgrade_of(const PluginHost &host)
             static_cast<char *>(host.required_symbol("g_update_url"))};
 }
 
-// Starts the thread, which releases the lock at its end. Throws Busy.
+// Starts the thread, which releases the lock when it ends. Throws Busy.
 void start(const Upgrade &upgrade, const std::string &url, pthread_t &thread)
 {
     if (pthread_mutex_trylock(upgrade.lock) != 0) {
@@ -95,7 +95,7 @@ int run_image_upgrade(const Options &options)
         return ended;
     }
     pthread_join(thread, nullptr);
-    // The thread returns nothing: whether it failed is only in the log.
+    // The thread returns no result: a failure shows only in the log.
     if (errors_of_libraries() != errors) {
         print_error("the firmware was not installed");
         return kCommandFailed;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// hgagent report image-upgrade: the upgrade that a router's agent starts by itself.
+// hgagent report image-upgrade: the firmware upgrade that a router's agent starts without a
+// command.
 #pragma once
 
 #include "commands/options.h"
@@ -13,17 +14,17 @@ namespace agent {
 // The report's name.
 constexpr char kImageUpgrade[] = "image-upgrade";
 
-// Why an upgrade cannot begin now.
+// An upgrade cannot start now; what() says why.
 class Busy : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-// Lets the plug-in begin to fetch the image at the address and to flash it. Throws BadRequest, Busy
-// and HostError.
+// Makes the plug-in start fetching and flashing the image at the URL. Throws BadRequest, Busy and
+// HostError.
 void start_image_upgrade(const PluginHost &host, const std::string &url);
 
-// Lets the plug-in fetch the image at the address and flash it, and waits for that. Result: the
+// Makes the plug-in fetch and flash the image at the URL, and waits for it to finish. Result: the
 // exit status.
 int run_image_upgrade(const Options &options);
 

@@ -40,7 +40,7 @@ int32_t raise_here(const Options &options, const Notice &notice, std::vector<Jso
     return raise_notice(host, notice);
 }
 
-// What is pushed is told only where the policy of the service lets one see it.
+// The pushed notice is shown only if the service's policy allows the client to see it.
 int32_t raise_at_service(const std::string &socket, const Notice &notice,
                          std::vector<Json> &received)
 {

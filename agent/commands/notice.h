@@ -8,10 +8,10 @@
 
 namespace agent {
 
-// Lets the plug-in raise the notice. Result: 0 when it was accepted. Throws HostError.
+// Raises the notice through the plug-in. Result: 0 when it was accepted. Throws HostError.
 int32_t raise_notice(const PluginHost &host, const Notice &notice);
 
-// hgagent notice: raises one notice and prints what is received of it. Result: the exit status.
+// hgagent notice: raises one notice and prints it as received. Result: the exit status.
 int run_notice(const Options &options);
 
 } // namespace agent

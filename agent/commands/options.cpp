@@ -36,7 +36,7 @@ Examples:
   echo '{"id": 1, "command": "GET_SN_INFO", "params": {}}' | hgagent serve
 )";
 
-// A check that the help does not spell out: the value's own name says it.
+// Omits the check from the help text: the value's name already describes it.
 CLI::Validator silent(CLI::Validator check)
 {
     return check.description("");
@@ -58,7 +58,7 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--fault", host.faults,
                    "Let a device call fail: FUNCTION=RESULT[*COUNT][@DELAYms]; may be repeated")
         ->type_name("FAULT")
-        ->allow_extra_args(false); // else it would eat the subcommand as well
+        ->allow_extra_args(false); // otherwise it would take the subcommand as an argument
     app.add_option("--trace", host.trace,
                    "File to which every device call is written; - is standard error")
         ->type_name("FILE|-");
@@ -90,8 +90,8 @@ void add_host_options(CLI::App &app, Options &options)
                  "Print replies as the plug-in leaves them, whatever their encoding");
 }
 
-// Takes the words behind the name as they stand. CLI11's own list of words would take a JSON array
-// for a list.
+// Takes the words after the name unchanged. A CLI11 list option would split a JSON array into
+// elements.
 void take_request(const CLI::App &call, Options &options)
 {
     options.subcommand = Subcommand::kCall;
@@ -112,7 +112,7 @@ CLI::Option *add_reasons(CLI::App *subcommand, Options &options)
                                 "Tell what the device library says of the calls that it refuses");
 }
 
-// For those that can speak to a service as well: what is said of libraries is not for that.
+// For the subcommands that can also use a service. It excludes the options for libraries.
 void add_socket(CLI::App &app, CLI::App *subcommand, Options &options)
 {
     CLI::Option *socket =
@@ -292,7 +292,7 @@ The exit status is 1 when a check has failed; what is not supported or skipped i
     subcommand->callback([&options] { options.subcommand = Subcommand::kConformance; });
 }
 
-// ---- What is said of a wrong usage -------------------------------------------------------------
+// ---- Usage errors ------------------------------------------------------------------------------
 
 constexpr size_t kMaxWord = 64;
 
@@ -324,7 +324,7 @@ std::string about_subcommand(const CLI::App &app, const std::string &word)
     return "no subcommand " + quoted_word(word);
 }
 
-// Where an option belongs that stands elsewhere; empty when there is no such option.
+// The correct place of a misplaced option; empty when no such option exists.
 std::string about_place(const CLI::App &app, const std::string &option)
 {
     if (app.get_option_no_throw(option) != nullptr) {
@@ -340,7 +340,7 @@ std::string about_place(const CLI::App &app, const std::string &option)
     return owners.empty() ? "" : option + " belongs behind the subcommand " + owners;
 }
 
-// What the words that nobody took tell; empty when they tell nothing.
+// A hint derived from the unrecognised words; empty when there is none.
 std::string hint_for(const CLI::App &app)
 {
     for (const std::string &word : app.remaining(true)) {

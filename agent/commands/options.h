@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the command line asks for.
+// The options of the command line.
 #pragma once
 
 #include "conformance/conformance.h"
@@ -20,14 +20,14 @@ namespace agent {
 
 struct CallOptions {
     std::string command;
-    std::vector<std::string> request;        // nothing, a JSON text, "-", or KEY=VALUE words
-    std::optional<std::string> request_file; // instead of these
+    std::vector<std::string> request;        // none, a JSON text, "-", or KEY=VALUE words
+    std::optional<std::string> request_file; // used instead of these
 };
 
 struct ServeOptions {
-    std::string listen;              // where a service connects; empty: standard input and output
-    size_t max_line = 1024UL * 1024; // bytes of a line, its end not counted
-    bool events = false;             // tell of everything that happens by itself, as events
+    std::string listen; // address for the service to connect to; empty: standard input and output
+    size_t max_line = 1024UL * 1024; // bytes of a line without its end
+    bool events = false;             // also send asynchronous events
 };
 
 struct NoticeOptions {
@@ -36,7 +36,7 @@ struct NoticeOptions {
 };
 
 struct TopologyOptions {
-    bool ascii = false; // or with the lines that the locale has
+    bool ascii = false; // else line characters if the locale has them
     bool dot = false;   // for Graphviz
 };
 
@@ -55,33 +55,33 @@ enum class Subcommand {
 
 struct Options {
     HostOptions host;
-    std::optional<std::string> socket; // of a service, in place of libraries
+    std::optional<std::string> socket; // of a service, instead of libraries
     int32_t log_level = 3;
-    bool reasons = false;   // of call and serve: tell what the device library says of refusals
-    bool raw_bytes = false; // of replies: as the plug-in left them
+    bool reasons = false;   // of call and serve: show the device library's reasons for refusals
+    bool raw_bytes = false; // of replies: unchanged from the plug-in
     Subcommand subcommand = Subcommand::kCall;
     CallOptions call;
     ServeOptions serve;
     NoticeOptions notice;
     TopologyOptions topology;
     ConformanceOptions conformance;
-    int32_t notice_refusal = 0; // what every notice is answered with; 0: it is accepted
+    int32_t notice_refusal = 0; // result of every notice; 0: accepted
     std::string report;         // empty: all are listed
-    std::string update_url;     // of the report that upgrades
-    // Of the report that speaks of one router.
+    std::string update_url;     // of the upgrade report
+    // Of the report on one router.
     std::string router_path = kMainRouterPath;
     std::string pattern;      // of list
-    bool list_events = false; // instead of commands
-    std::string described;    // the command or event of describe
-    // Runs a subcommand that another part of the agent has; its exit status.
+    bool list_events = false; // list events instead of commands
+    std::string described;    // the command or event to describe
+    // Runs a subcommand of another part of the agent; returns its exit status.
     std::function<int()> other;
 };
 
 // Adds subcommands of other parts of the agent; their callbacks set the option `other`.
 using AddSubcommands = void (*)(CLI::App &app, Options &options);
 
-// Reads the command line. Nothing when all has been said (--help, --version, a wrong usage): then
-// exit_status is what the process ends with.
+// Parses the command line. Nothing when the process is to exit at once (--help, --version, a usage
+// error), with exit_status.
 std::optional<Options> parse_options(int count, char **words, int &exit_status,
                                      AddSubcommands add_others = nullptr);
 

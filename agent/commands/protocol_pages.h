@@ -9,10 +9,10 @@ namespace agent {
 // Prints the commands whose names match the pattern. Result: the exit status.
 int run_list(const std::string &pattern);
 
-// The same of the events.
+// The same for events.
 int run_list_of_events(const std::string &pattern);
 
-// Prints everything that is described of one command or event. Result: the exit status.
+// Prints the full description of one command or event. Result: the exit status.
 int run_describe(const std::string &name);
 
 } // namespace agent

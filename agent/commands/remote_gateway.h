@@ -14,26 +14,26 @@
 
 namespace agent {
 
-// Everything here throws HostError: when the service cannot be reached or has gone, and when it
-// refuses.
+// All functions throw HostError when the service cannot be reached, disconnects, or refuses the
+// request.
 class RemoteGateway {
   public:
     explicit RemoteGateway(const std::string &socket,
                            ServiceClient::EventHandler on_event = nullptr);
 
     struct Reply {
-        int32_t result; // as of the plug-in
+        int32_t result; // the plug-in's result code
         Json object;
     };
-    // The params are an object, which keeps its order and its repeated keys.
+    // The params are an object. The order of its keys and repeated keys are preserved.
     Reply command(const std::string &name, const cJSON *params);
     Reply report(const std::string &name, const cJSON *params);
     // Result: 0 when it was accepted.
     int32_t notice(const std::string &plugin_name, const std::string &text);
 
-    // From now on such events are told. Result: false when the service tells none.
+    // Subscribes to matching events. Result: false when the service sends no events.
     bool subscribe(const std::string &pattern);
-    // Waits for events until there is enough of them.
+    // Waits for events until is_enough returns true.
     void await_events(const std::function<bool()> &is_enough);
 
   private:

@@ -47,7 +47,8 @@ Json params_of(const char *name, const std::string &text)
     return params;
 }
 
-// Waits for the upgrade, as far as the service tells of it. Result: the exit status.
+// Starts the upgrade and waits for it as far as the service sends events about it. Result: the exit
+// status.
 int upgrade_service(const Options &options)
 {
     std::optional<std::string> failure; // empty: there was none
@@ -75,7 +76,7 @@ int upgrade_service(const Options &options)
     return kSuccess;
 }
 
-// The report, in an empty object. Result: that of the plug-in.
+// Builds the report in an empty object. Result: that of the plug-in.
 int32_t report_of_gateway(const Options &options, Json &report)
 {
     if (options.socket) {
@@ -98,11 +99,11 @@ int print_report(const Options &options)
     Json report = new_object();
     const int32_t result = report_of_gateway(options, report);
     const ExitStatus written = write_reply(report.get(), options.raw_bytes, output);
-    // Of the reports without a "Status" only the result says that they failed.
+    // For a report without a "Status", only the result shows a failure.
     return written == kSuccess && result != 0 ? kCommandFailed : written;
 }
 
-// The text of the params, or the fallback where they have none of the name.
+// The params' text under the name, or the fallback if it is absent.
 std::string text_param(const cJSON *params, const char *name, const char *fallback)
 {
     const cJSON *item = cJSON_GetObjectItemCaseSensitive(params, name);

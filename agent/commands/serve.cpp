@@ -22,8 +22,8 @@ namespace agent {
 
 namespace {
 
-// What a line is answered with: texts that follow each other. Those that are no constants of the
-// program are the line's, the printer's, or the answer's own.
+// The answer to a line: consecutive texts. Those that are not constants belong to the line, the
+// printer, or the answer itself.
 struct Answer {
     std::string_view id = "null";
     std::string_view begin;
@@ -66,7 +66,7 @@ void run_command(const Call &call, const PluginHost &host, bool raw_bytes, Reply
         print_error(no_such_command(call.command));
     }
     answer.own = std::to_string(result) + R"(,"reply":)";
-    // Printed anew, a number might lose a digit.
+    // Printing the parsed number again might lose a digit.
     answer.reply = result == HG_NO_SUCH_COMMAND ? call.params_text
                                                 : printer.print(call.params.get(), raw_bytes);
 }
@@ -82,7 +82,7 @@ void run_report(const Call &call, const PluginHost &host, bool raw_bytes, Answer
 void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
          ReplyPrinter &printer, Answer &answer)
 {
-    answer.begin = kNoMemoryForReply; // unless there is memory for another one
+    answer.begin = kNoMemoryForReply; // unless there is memory for a proper reply
     if (call.notice) {
         answer.own = std::to_string(raise_notice(host, *call.notice));
     } else if (call.report) {
@@ -117,7 +117,8 @@ void answer_call(const Call &call, const PluginHost &host, CommandReasons *reaso
     }
 }
 
-// Whether there is none for a request. What has begun may live on a reserve; nothing begins on it.
+// Whether memory is too short for another request. Running work may use the reserve; new work must
+// not start on it.
 bool is_memory_short()
 {
     constexpr size_t kForARequest = 4096;
@@ -132,7 +133,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
     Answer answer;
     answer.begin = kNoMemory; // as above
     if (is_memory_short()) {
-        malloc_trim(0); // what is free may be of use to others
+        malloc_trim(0); // returns free memory to the system
         print_out_of_memory();
         return answer;
     }
@@ -152,7 +153,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
         answer.own.clear();
         answer.reply = {};
         if (reasons != nullptr) {
-            reasons->take(); // they are not those of the next command
+            reasons->take(); // they must not be attributed to the next command
         }
         malloc_trim(0);
         print_out_of_memory();
@@ -160,7 +161,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
     return answer;
 }
 
-// Those that are told of what happens by itself.
+// Writes asynchronous events and notices to the output.
 class Teller {
   public:
     Teller(const Options &options, const ServeSession::Output &output)
@@ -179,7 +180,7 @@ class Teller {
         if (!options_.serve.events) {
             return output_({R"({"notice":)", text, "}\n"});
         }
-        // The data of an event are an object; another plug-in may push anything.
+        // The data of an event must be an object, but another plug-in may push any JSON value.
         const bool is_object = cJSON_IsObject(notice.get()) != 0;
         return event("notice", is_object ? text : "{\"value\":" + text + "}");
     }
@@ -197,7 +198,7 @@ class Teller {
     const ServeSession::Output &output_;
 };
 
-// Until the input ends, nobody reads the answers, or a signal arrives.
+// Runs until the input ends, the reader of the answers is gone, or a signal arrives.
 void answer_lines(ServeSession &session, size_t max_line, const StopSignals &stop)
 {
     LineReader reader(stop, max_line);
@@ -247,7 +248,7 @@ bool ServeSession::answer(std::string_view line)
 {
     const Answer answer = answer_to(line, host_, reasons_ ? &*reasons_ : nullptr,
                                     options_.raw_bytes, printer_, events_);
-    // A client has to know of a worker before it knows that the command is through.
+    // A client must learn of a worker before it gets the answer of the command that started it.
     look();
     const bool goes_on = output_(
         {R"({"id":)", answer.id, answer.begin, answer.own, answer.reply, answer.reasons, "}\n"});
@@ -259,7 +260,7 @@ void ServeSession::look()
 {
     try {
         events_.look();
-    } catch (const std::bad_alloc &) { // costs an event, and no more
+    } catch (const std::bad_alloc &) { // only the event is lost
         print_out_of_memory();
     }
 }

@@ -19,25 +19,25 @@
 
 namespace agent {
 
-// What serve does with each line: requests in, answers out, and between these what happens by
-// itself. Everything but its output is called on one thread, which runs the commands.
+// Handles the lines of serve: requests in, answers out, and asynchronous events in between.
+// Everything except the output is called on one thread, which runs the commands.
 class ServeSession {
   public:
-    // Takes the pieces of one line with its end. Called on any thread, by several at a time.
-    // Result: false when nobody takes lines any more.
+    // Writes one line, given in pieces and with its line end. Called from any thread, concurrently.
+    // Result: false when the reader is gone.
     using Output = std::function<bool(std::initializer_list<std::string_view> pieces)>;
 
-    // All that is handed in has to outlive it.
+    // All arguments must outlive the session.
     ServeSession(const Options &options, const PluginHost &host, Output output);
 
-    // Answers a line. Result: false when nobody takes answers any more.
+    // Answers a line. Result: false when the reader of the answers is gone.
     bool answer(std::string_view line);
-    // The same for a line that was too long to be kept.
+    // The same for a line that exceeded the maximum length and was dropped.
     bool answer_too_long();
 
-    // Tells of what has started or ended since the last answer.
+    // Reports background work that has started or ended since the last answer.
     void look();
-    // When to look again if no line comes before; nothing while there is nothing to look for.
+    // How long to wait before the next look() if no line arrives; nothing while no work is running.
     std::optional<std::chrono::milliseconds> next_look() const { return events_.next_look(); }
 
   private:
@@ -51,8 +51,8 @@ class ServeSession {
     ReplyPrinter printer_;
 };
 
-// Serves until the input ends or the output is closed, and then until all that the commands started
-// has come to its end; or until SIGTERM or SIGINT arrives. Result: the exit status.
+// Serves until the input ends or the output is closed, and then until all work started by the
+// commands has ended; or until SIGTERM or SIGINT arrives. Result: the exit status.
 int run_serve(const Options &options);
 
 } // namespace agent

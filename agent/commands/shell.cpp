@@ -94,7 +94,7 @@ LineReader::Result next_line(LineReader &reader, Shell &shell, const StopSignals
         if (read != LineReader::Result::kNothing) {
             return read;
         }
-        // As one descriptor, since that is what can be waited for beside the signals.
+        // Combined in one descriptor: the wait takes one in addition to the signals.
         const int both = epoll_create1(EPOLL_CLOEXEC);
         epoll_event input = {EPOLLIN, {}};
         epoll_ctl(both, EPOLL_CTL_ADD, STDIN_FILENO, &input);
@@ -112,7 +112,7 @@ LineReader::Result next_line(LineReader &reader, Shell &shell, const StopSignals
     }
 }
 
-// The status is that of the first line that failed; the others are carried out all the same.
+// The exit status is that of the first line that failed; the remaining lines still run.
 int run_script(const std::string &path)
 {
     const StopSignals stop;
@@ -240,7 +240,7 @@ class TerminalUser : public ShellUser {
             if (ready.signal != 0) {
                 return LineEditor::Wake::kContinued;
             }
-            if (ready.key) { // whatever a service sends, keys come first
+            if (ready.key) { // keys take precedence over what the service sends
                 return LineEditor::Wake::kKey;
             }
             shell_.work();

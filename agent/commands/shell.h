@@ -6,8 +6,8 @@
 
 namespace agent {
 
-// Adds the subcommand. It carries out the lines of standard input until that ends, at a terminal
-// with editing, completion and history.
+// Adds the subcommand. It runs the lines of standard input until end of input; on a terminal, with
+// editing, completion and history.
 void add_shell(CLI::App &app, Options &options);
 
 } // namespace agent

@@ -32,7 +32,7 @@ constexpr char kDevices[] = "devices";
 bool is_locale_utf8()
 {
     const locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
-    if (locale == nullptr) { // one that is not installed
+    if (locale == nullptr) { // the locale is not installed
         return false;
     }
     const bool is_utf8 = strcmp(nl_langinfo_l(CODESET, locale), "UTF-8") == 0;
@@ -40,7 +40,7 @@ bool is_locale_utf8()
     return is_utf8;
 }
 
-// Why the gateway says nothing of its topology; an empty text when it does.
+// Why the gateway did not report its topology; empty when it did.
 std::string failure_in(const cJSON *reply)
 {
     const cJSON *main_router = cJSON_GetObjectItemCaseSensitive(reply, "MainRouter");
@@ -51,16 +51,16 @@ std::string failure_in(const cJSON *reply)
     return text_of(main_router, "FailReason");
 }
 
-// Puts the item into the report under the name.
+// Adds the item to the report under the name.
 void add(cJSON *report, const char *name, Json item)
 {
     if (item == nullptr || cJSON_AddItemToObject(report, name, item.get()) == 0) {
         throw std::bad_alloc();
     }
-    static_cast<void>(item.release()); // it is the report's
+    static_cast<void>(item.release()); // now part of the report
 }
 
-// Which router is below which; nothing when this plug-in or the gateway does not say.
+// The parent of each router; an empty object when the plug-in or the gateway does not report it.
 Json tree_of_parameters(const PluginHost &host)
 {
     const auto build = reinterpret_cast<decltype(&json_get_topo_router_agent_info_bynewmethod)>(
@@ -72,7 +72,7 @@ Json tree_of_parameters(const PluginHost &host)
     return tree;
 }
 
-// The plug-in reports no more than so many devices of the main router, but counts one more.
+// The plug-in limits the devices that it lists for the main router, but counts one more.
 bool has_more_devices(const cJSON *mesh, const Router &main_router)
 {
     const cJSON *counted = cJSON_GetObjectItemCaseSensitive(mesh, kDevices);

@@ -11,14 +11,14 @@
 
 namespace agent {
 
-// The report with all that is drawn, as an object for who draws it elsewhere:
+// The report with all drawn data, as an object for clients that draw it themselves:
 //   {"topology": reply of GET_TSLINK_TOPOLOGY_INFO,
 //    "tree": report agent-topology, {} where this plug-in has none,
-//    "devices": how many the plug-in has counted at the main router, where it tells}
+//    "devices": number of devices that the plug-in counted at the main router, if known}
 constexpr char kMesh[] = "mesh";
 
-// Builds it in an empty object. Result: 0, or 1 when the gateway does not tell its topology. Throws
-// HostError.
+// Builds it in an empty object. Result: 0, or 1 when the gateway does not report its topology.
+// Throws HostError.
 int32_t report_mesh(const PluginHost &host, cJSON *report);
 
 // Draws the mesh as GET_TSLINK_TOPOLOGY_INFO reports it. Result: the exit status.

@@ -14,7 +14,7 @@ struct Strokes {
     const char *last_device;
     const char *router;
     const char *last_router;
-    const char *beside; // something that comes below
+    const char *beside; // for a node with siblings below it
     const char *below_last;
     const char *more;
 };
@@ -46,7 +46,7 @@ class Tree {
         std::ostringstream drawing;
         table_.print(drawing, "");
         std::string text = drawing.str();
-        text.pop_back(); // the last line's end
+        text.pop_back(); // the trailing line end
         return text;
     }
 
@@ -77,7 +77,8 @@ class Tree {
     Table table_;
 };
 
-// A text of the graph. It may stand as a label, where Graphviz expands backslashes and entities.
+// A quoted string of the graph. As it may be a label, backslashes and entities, which Graphviz
+// expands there, are escaped.
 std::string quoted_label(const std::string &text)
 {
     std::string label = "\"";
@@ -99,7 +100,7 @@ std::string style_of(const MeshNode &node)
     return node.state.empty() ? "" : ", style=dashed";
 }
 
-// Identifiers are numbers of the graph's own, so that no name can stand for another.
+// Identifiers are numbers assigned here, so that no two names can collide.
 std::string statement(const std::string &identifier, const MeshNode &node)
 {
     const std::string note = node.state.empty() ? "" : " (" + node.state + ")";

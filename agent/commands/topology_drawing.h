@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The mesh as a drawing.
+// Drawings of the mesh.
 #pragma once
 
 #include "commands/topology_routers.h"
@@ -9,12 +9,12 @@
 
 namespace agent {
 
-// Both take the routers with the main router first. The drawings end in no line end.
+// Both take the routers with the main router first. The drawings have no trailing line end.
 
-// A tree in a terminal, in letters of ASCII or in Unicode's lines. Names stand as they are.
+// A tree for a terminal, drawn in ASCII or with Unicode lines. Names are left unchanged.
 std::string tree_of(const std::vector<Router> &routers, bool ascii);
 
-// A graph in the language of Graphviz.
+// A graph in the DOT language of Graphviz.
 std::string graph_of(const std::vector<Router> &routers);
 
 } // namespace agent

@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t kMainRouter = 0;
 
-// In a form that can be compared; an empty text when it is no MAC address.
+// The MAC address in a form that can be compared; empty when the value is not a MAC address.
 std::string mac_of(const cJSON *item, const char *key)
 {
     char mac[HG_MAC_TEXT_SIZE];
@@ -53,12 +53,12 @@ Router main_router_of(const cJSON *item)
 {
     Router router = {node_of(item, ""),
                      devices_of(cJSON_GetObjectItemCaseSensitive(item, "MainBaseInfo"))};
-    // Of the main router it is not the link that is reported, but the connection to the Internet.
+    // For the main router the report gives the state of the Internet connection, not of a link.
     router.self.state = router.self.state.empty() ? "" : "no Internet";
     return router;
 }
 
-// MAC addresses of routers, and of those that they hang from.
+// Maps the MAC addresses of routers to those of their parents.
 std::map<std::string, std::string> parents_in(const cJSON *tree)
 {
     std::map<std::string, std::string> parents;
@@ -70,7 +70,7 @@ std::map<std::string, std::string> parents_in(const cJSON *tree)
     return parents;
 }
 
-// Whether the way up from the router ends at the main router.
+// Whether the chain of parents from the router ends at the main router.
 bool is_reached(const std::vector<size_t> &parents, size_t router)
 {
     for (size_t steps = 0; router != kMainRouter; ++steps) {
@@ -82,7 +82,7 @@ bool is_reached(const std::vector<size_t> &parents, size_t router)
     return true;
 }
 
-// For each router the place of the one that it hangs from.
+// The index of each router's parent.
 std::vector<size_t> parents_of(const std::vector<std::string> &macs, const cJSON *tree)
 {
     std::map<std::string, size_t> places;

@@ -24,7 +24,8 @@ struct CallResult {
     bool wrote;
 };
 
-// What the watch tells of the check at hand. The watch knows functions only, so there is one of it.
+// The watch's reports on the current check. A single instance, since the watch takes plain
+// functions only.
 struct CheckUnderWay {
     std::mutex mutex;
     CheckListener listener;
@@ -33,7 +34,7 @@ struct CheckUnderWay {
 };
 CheckUnderWay under_way;
 
-// The function that the thread is in; null for none.
+// The device function that the thread is executing; null for none.
 thread_local const char *function_at_work = nullptr;
 
 void calling(const char *function)
@@ -51,7 +52,7 @@ void answered(const char *function, int32_t result, bool wrote)
     under_way.listener.answered();
 }
 
-// With the lock held.
+// The lock must be held.
 bool matters(const char *function)
 {
     const auto &functions = under_way.functions;
@@ -86,7 +87,7 @@ void reason(const char *function, const char *text)
     said(std::string(function) + ": " + text);
 }
 
-// The function cannot be judged here, whatever it answers now.
+// With its command refused, the function cannot be judged, regardless of its result.
 void refused_command(const std::string &command)
 {
     if (function_at_work != nullptr) {
@@ -101,7 +102,7 @@ std::vector<CallResult> take_calls()
     return std::exchange(under_way.calls, {});
 }
 
-// Whether the result is one of the function's answers, and no failure.
+// Whether the result is one of the function's success codes.
 bool is_answer(const CallResult &call)
 {
     return device_facts::is_success(*device_facts::find(call.function), call.result);
@@ -116,8 +117,8 @@ std::string joined(const std::set<std::string> &names)
     return text;
 }
 
-// What the plug-in did with the device: -1 with nothing written is how a library says that it does
-// not support something.
+// Judges the calls that the plug-in made: with -1 and nothing written, a library reports an
+// unsupported function.
 CheckResult judge(bool success, const std::string &reason, const std::vector<CallResult> &calls)
 {
     std::set<std::string> unsupported;
@@ -132,7 +133,7 @@ CheckResult judge(bool success, const std::string &reason, const std::vector<Cal
             failed.insert(call.function + " answers " + std::to_string(call.result));
         }
     }
-    // -1 also says that there is no such thing in a list.
+    // -1 also means that an entry of a list does not exist.
     std::erase_if(unsupported, [&](const auto &function) { return supported.contains(function); });
     if (success && (unsupported.empty() || !supported.empty())) {
         return {Verdict::kPassed, unsupported.empty()
@@ -186,7 +187,7 @@ CheckResult check_functions(const PluginHost &host)
             missing};
 }
 
-// A command with what it needs of others.
+// The check of one command, with the other commands that it needs.
 class CommandCheck {
   public:
     CommandCheck(const PluginHost &host, const Description &command)
@@ -194,7 +195,7 @@ class CommandCheck {
     {
     }
 
-    // Asks for what there is until one is told.
+    // Queries the values that exist until one is reported.
     CheckResult query()
     {
         const std::vector<Json> requests = this->requests();
@@ -227,7 +228,7 @@ class CommandCheck {
                                   : set_again(selected, before.get());
     }
 
-    // Once, and only because somebody has named it.
+    // Runs the command once, and only because it was named explicitly.
     CheckResult lasting()
     {
         const std::vector<Json> requests = this->requests();
@@ -263,7 +264,7 @@ class CommandCheck {
         return result;
     }
 
-    // With the values that are in force.
+    // Sets the current values again.
     CheckResult set_again(const cJSON *selected, const cJSON *before)
     {
         CheckResult result = make(selected, before);

@@ -11,16 +11,16 @@
 
 namespace agent {
 
-// What is told while a check runs. May be called from any thread.
+// Receives messages while a check runs. May be called from any thread.
 struct CheckListener {
     std::function<void(const std::string &function)> calling; // a function of the device library
     std::function<void()> answered;
-    std::function<void(const std::string &reason)> reason; // what the library says of a failure
+    std::function<void(const std::string &reason)> reason; // the library's reason for a failure
     std::function<void(const std::string &warning)> warning;
     std::function<void(const std::string &fault)> fault;
 };
 
-// The plug-in on top of a device library that is looked at. There can be one in a process.
+// The plug-in on top of the device library under test. A process can have only one.
 class CheckedHost {
   public:
     // Throws HostError.
@@ -29,7 +29,7 @@ class CheckedHost {
     CheckedHost(const CheckedHost &) = delete;
     CheckedHost &operator=(const CheckedHost &) = delete;
 
-    // Faults and warnings that were told to the listener are no part of the result.
+    // The result excludes faults and warnings, which go to the listener.
     CheckResult run(const Check &check);
 
   private:

@@ -35,7 +35,7 @@ bool is_named(const Check &check, const ConformanceOptions &options)
     return std::ranges::find(options.commands, check.name) != options.commands.end();
 }
 
-// Why the check is not run; empty when it is.
+// Why the check is skipped; empty when it is run.
 std::string reason_to_skip(const Check &check, const ConformanceOptions &options)
 {
     const std::string effect =
@@ -46,7 +46,7 @@ std::string reason_to_skip(const Check &check, const ConformanceOptions &options
     return effect == "none" || options.allow_writes ? "" : "changes a setting: --allow-writes";
 }
 
-// The first name that is none of a check; empty when all are.
+// The first name that belongs to no check; empty when all do.
 std::string unknown_name(const std::vector<Check> &checks, const ConformanceOptions &options)
 {
     for (const std::string &name : options.commands) {
@@ -57,7 +57,7 @@ std::string unknown_name(const std::vector<Check> &checks, const ConformanceOpti
     return "";
 }
 
-// In the order of the checks; after a signal without those that were not reached.
+// In the order of the checks; after a signal, without the remaining ones.
 CheckResults results_of(const std::vector<Check> &checks, const HostOptions &host,
                         const ConformanceOptions &options, const StopSignals &stop)
 {

@@ -12,13 +12,13 @@ namespace agent {
 
 struct ConformanceOptions {
     bool allow_writes = false;
-    std::vector<std::string> commands; // empty: all that can be undone
+    std::vector<std::string> commands; // empty: all whose effect can be undone
     int32_t patience = 60;             // seconds for one check
     std::string junit;                 // file; empty: none
 };
 
-// Runs the checks, each of which a broken library may crash or hang, and prints what came of them.
-// Result: the exit status.
+// Runs the checks, any of which a faulty library may crash or hang, and prints the results. Result:
+// the exit status.
 int run_conformance(const HostOptions &host, const ConformanceOptions &options);
 
 } // namespace agent

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// hg-conformance, the test of device libraries as a program of its own: what runs on a router,
-// where the reference agent's libraries are not. It does what "hgagent conformance" does.
+// hg-conformance, the test of device libraries as a separate program: it runs on routers that lack
+// the libraries of the reference agent. It does the same as "hgagent conformance".
 #include "conformance/conformance.h"
 #include "host/program.h"
 #include "io/exit_status.h"
@@ -61,7 +61,7 @@ constexpr option kOptions[] = {
 
 constexpr int32_t kMostSeconds = 86400;
 
-// Nothing for what is no number in the range.
+// Nothing if it is not a number in the range.
 std::optional<int32_t> number(const char *text, int32_t least, int32_t most)
 {
     char *end = nullptr;
@@ -79,7 +79,7 @@ struct Options {
     int32_t log_level = 3;
 };
 
-// Nothing when all has been said; then exit_status is what the process ends with.
+// Nothing when the process is to exit at once, with exit_status.
 std::optional<Options> parse(int count, char **words, int &exit_status)
 {
     Options options;

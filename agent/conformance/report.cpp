@@ -11,7 +11,7 @@ namespace agent {
 
 namespace {
 
-// As a part of an XML document: one line, without what XML has no room for.
+// Escaped for an XML document: on one line, without characters that XML does not allow.
 std::string xml(const std::string &text)
 {
     constexpr char kNoCharacter[] = "\ufffd";

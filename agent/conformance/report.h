@@ -10,10 +10,10 @@
 
 namespace agent {
 
-// The check that all functions are there.
+// The check that all functions are present.
 constexpr char kFunctions[] = "functions";
 
-// What is checked: a command, a report, or the functions as such.
+// What is checked: a command, a report, or the presence of the functions.
 struct Check {
     std::string name;
     std::string subject;
@@ -26,22 +26,22 @@ enum class Verdict { kPassed, kFailed, kNotSupported, kSkipped };
 struct CheckResult {
     Verdict verdict = Verdict::kPassed;
     std::vector<std::string> details;       // one line each
-    std::vector<std::string> names = {};    // what the table only counts, unless all is wanted
-    std::vector<std::string> warnings = {}; // one line each; no part of the verdict
+    std::vector<std::string> names = {};    // the table shows only their number unless verbose
+    std::vector<std::string> warnings = {}; // one line each; they do not affect the verdict
 };
 
 using CheckResults = std::vector<std::pair<Check, CheckResult>>;
 
-// As people are told of it.
+// The verdict as shown to people.
 const char *word_for(Verdict verdict);
 
 size_t count_of(const CheckResults &results, Verdict verdict);
 
-// Rows of a table and a line with the sums, without the last line's end. verbose: with all names
+// Rows of a table and a line with the totals, without a trailing line end. verbose: with all names
 // that are otherwise only counted.
 std::string table_of(const CheckResults &results, bool verbose);
 
-// An XML document for the library with the name.
+// A JUnit XML document for the named library.
 std::string junit_of(const CheckResults &results, const std::string &library);
 
 } // namespace agent

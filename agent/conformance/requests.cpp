@@ -32,7 +32,7 @@ const cJSON *item_of(const cJSON *object, const std::string &key)
     return cJSON_GetObjectItemCaseSensitive(object, key.c_str());
 }
 
-// A text, or a number as one: requests take only texts.
+// A string, or a number converted to one: requests take only strings.
 std::string value_of(const cJSON *item)
 {
     if (cJSON_IsNumber(item) != 0) {
@@ -77,7 +77,7 @@ std::vector<std::string> values_in(const cJSON *reply, const Description &place)
     return values;
 }
 
-// A part that does not exist when there is none.
+// The key whose values the device lists; an empty part when there is none.
 Description key_with_place(const Description &command)
 {
     for (const Description &key : command["request"]) {
@@ -107,7 +107,7 @@ Json request_with(const Description &command, const std::string &selecting,
     return request;
 }
 
-// The request by which a setting is read back: its keys are named as those of the setting.
+// The request that reads a setting back: its keys have the same names as the setting's.
 Json request_of_query(const Description &query, const cJSON *selected)
 {
     Json request(cJSON_CreateObject());
@@ -117,7 +117,7 @@ Json request_of_query(const Description &query, const cJSON *selected)
     return request;
 }
 
-// Where in the reply the values of the setting stand.
+// The part of the reply that contains the values of the setting.
 const cJSON *place_of(const cJSON *reply, const Description &command, const cJSON *selected)
 {
     const Description &back = command["read_back"];
@@ -153,8 +153,8 @@ Json list_of(const Description &items, const cJSON *told)
     return list;
 }
 
-// What the device tells of a key, as the request has it: an optional one is left out where there is
-// no value, and so left as it is.
+// Adds the value that the device reports for a key. An optional key without a value is omitted, so
+// that the request leaves it unchanged.
 void put_told(cJSON *request, const Description &key, const cJSON *told)
 {
     if (cJSON_IsArray(told) != 0) {
@@ -256,7 +256,7 @@ Json changed_setting(const Description &command, const cJSON *setting)
     const std::string key = back["change"]["key"].text();
     const std::string missing = key_without_value(setting);
     if (!missing.empty() && missing != key) {
-        return nullptr; // a device may want the others before it takes this one
+        return nullptr; // a device may require the others to accept this one
     }
     const cJSON *present = item_of(setting, key);
     for (const Description &value : back["change"]["values"]) {

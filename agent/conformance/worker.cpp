@@ -17,7 +17,7 @@
 #include <system_error>
 #include <unistd.h>
 
-// Not every C library has it.
+// Not every C library provides it.
 extern "C" __attribute__((weak)) const char *sigabbrev_np(int signal) noexcept;
 
 namespace agent {
@@ -26,22 +26,22 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What the worker says, one line each: a letter and a text.
+// The messages of the worker, one line each: a letter and a text.
 enum Word : char {
     kUp = 'U',       // the libraries are loaded
     kNotUp = 'N',    // why not: exit status and message
     kBegins = 'B',   // a check
     kCalls = 'C',    // a function of the device library
-    kAnswered = 'A', // it has answered
-    kReason = 'R',   // what it says of a failure
-    kWarning = 'W',  // what may be a mistake of it
-    kFault = 'F',    // a fault of it
+    kAnswered = 'A', // the function has returned
+    kReason = 'R',   // its reason for a failure
+    kWarning = 'W',  // a possible mistake in it
+    kFault = 'F',    // a fault in it
     kDetail = 'D',   // a line of the result
-    kName = 'M',     // one of many that the result counts
+    kName = 'M',     // one of the names that the result counts
     kVerdict = 'V',  // the end of the check: its verdict
 };
 
-constexpr int kSignalCheck = 50;   // milliseconds between two looks at the signals
+constexpr int kSignalCheck = 50;   // milliseconds between two checks for signals
 constexpr size_t kMostFaults = 20; // of one check
 constexpr size_t kMostReasons = 5;
 constexpr size_t kMostWarnings = 5;
@@ -51,7 +51,7 @@ class Teller {
   public:
     explicit Teller(int pipe) : pipe_(pipe) {}
 
-    // Whole, whoever else says something. Nothing is to be done when nobody listens any more.
+    // One write per line, so that lines of several threads do not mix. A missing reader is ignored.
     void say(Word word, const std::string &text = "") const
     {
         const std::string line = static_cast<char>(word) + one_line(text, 1024) + '\n';
@@ -95,7 +95,7 @@ class Teller {
     _exit(0); // threads of the library may still run
 }
 
-// A name such as ABRT. Realtime signals have none of their own; they are counted from the first.
+// A name such as ABRT. Realtime signals have no names; they are numbered from the first.
 std::string name_of_signal(int signal)
 {
     if (const char *name = sigabbrev_np != nullptr ? sigabbrev_np(signal) : nullptr) {
@@ -105,7 +105,7 @@ std::string name_of_signal(int signal)
                               : std::to_string(signal);
 }
 
-// The process, and what it has said of the check at hand.
+// The process, and its messages about the current check.
 class CheckProcess {
   public:
     CheckProcess(const std::vector<Check> &checks, size_t first, const HostOptions &host,
@@ -139,7 +139,7 @@ class CheckProcess {
     CheckProcess(const CheckProcess &) = delete;
     CheckProcess &operator=(const CheckProcess &) = delete;
 
-    // Throws HostError when it does not come up.
+    // Throws HostError when it fails to start.
     void await_up()
     {
         const std::optional<std::string> line = next_line(deadline());
@@ -153,7 +153,7 @@ class CheckProcess {
         }
     }
 
-    // The result of its next check; none when it was told to stop before that.
+    // The result of its next check; nothing when it was stopped before it.
     std::optional<CheckResult> next_result()
     {
         const Clock::time_point end = deadline();
@@ -207,7 +207,7 @@ class CheckProcess {
   private:
     Clock::time_point deadline() const { return Clock::now() + patience_; }
 
-    // Anything else has been written by the library.
+    // Any other text was written by the library.
     static Verdict verdict_of(const std::string &text)
     {
         for (const Verdict verdict :
@@ -226,7 +226,7 @@ class CheckProcess {
         }
     }
 
-    // What the library said matters where the check did not succeed.
+    // The library's reasons are added only if the check did not pass.
     static CheckResult with_reasons(CheckResult result, const std::vector<std::string> &reasons)
     {
         if (result.verdict == Verdict::kFailed || result.verdict == Verdict::kNotSupported) {
@@ -257,7 +257,7 @@ class CheckProcess {
         return {Verdict::kFailed, std::move(faults)};
     }
 
-    // Ends the process, unless it has ended by itself, and says how.
+    // Kills the process if it is late, and describes how it ended.
     std::string end_of_process()
     {
         if (is_late_) {
@@ -276,7 +276,7 @@ class CheckProcess {
         return "it ends the process with status " + std::to_string(WEXITSTATUS(status));
     }
 
-    // Nothing when the process has ended, or is late.
+    // Nothing when the process has ended or exceeded its time.
     std::optional<std::string> next_line(Clock::time_point end)
     {
         size_t length = unread_.find('\n');
@@ -303,7 +303,7 @@ class CheckProcess {
         return line;
     }
 
-    // Only a signal from a terminal comes to both of us.
+    // Only a signal from a terminal reaches both processes.
     void pass_on_signal()
     {
         if (!is_told_ && stop_.arrived() != 0) {
@@ -319,7 +319,7 @@ class CheckProcess {
     std::string unread_;
     std::string last_function_;
     bool is_late_ = false;
-    bool is_told_ = false; // to stop
+    bool is_told_ = false; // told to stop
 };
 
 } // namespace
@@ -328,8 +328,7 @@ void run_checks(const std::vector<Check> &checks, const HostOptions &host,
                 std::chrono::seconds patience, const StopSignals &stop,
                 const std::function<void(const Check &, CheckResult)> &take)
 {
-    signal(SIGCHLD,
-           SIG_DFL); // or, if we were started otherwise, nobody learns how a worker has ended
+    signal(SIGCHLD, SIG_DFL); // if it was ignored, a worker's exit status would be lost
     size_t next = 0;
     while (next < checks.size() && stop.arrived() == 0) {
         CheckProcess process(checks, next, host, patience, stop);

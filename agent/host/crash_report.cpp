@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kMostCalls = 64;
 
-// A stack that has overflown has no room for the handler.
+// An overflowed stack has no room for the handler.
 std::array<char, 64UL * 1024> handler_stack;
 
 void write_text(std::string_view text)
@@ -22,7 +22,7 @@ void write_text(std::string_view text)
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
 }
 
-// Called by a signal: nothing here may allocate. The signal's own effect follows.
+// A signal handler: it must not allocate. The signal's default action follows.
 void report(int number)
 {
     const char *name = sigdescr_np(number);
@@ -37,7 +37,7 @@ void report(int number)
 
 void report_crashes()
 {
-    // Loads now what it would otherwise load, and allocate, in the handler.
+    // The first call of backtrace() loads a library and allocates, which the handler must not do.
     std::array<void *, 1> call = {};
     backtrace(call.data(), 1);
 
@@ -48,7 +48,7 @@ void report_crashes()
     for (const int number : {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
         struct sigaction action = {};
         sigaction(number, nullptr, &action);
-        if (action.sa_handler == SIG_DFL) { // else a sanitizer reports it
+        if (action.sa_handler == SIG_DFL) { // otherwise a sanitizer reports it
             action.sa_handler = report;
             action.sa_flags = static_cast<int>(SA_RESETHAND | SA_ONSTACK);
             sigaction(number, &action, nullptr);

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What is known of a crash, for the log.
+// A stack trace for the log after a crash.
 #pragma once
 
 namespace agent {
 
-// From here on a signal that ends the process because of a fault writes the calls that led there to
-// standard error first. A core dump would say more, but it would hold every password of the home,
-// so there is none (forbid_core_dumps()).
+// From now on, a fatal signal caused by a fault first writes the stack trace to standard error. A
+// core dump would contain more, but also every password of the home, so none is written
+// (forbid_core_dumps()).
 void report_crashes();
 
 } // namespace agent

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every function of device_access.h, made from the list of them: hands the call to the first stage.
+// Every function of device_access.h, generated from their list: passes the call to the first stage.
 #include "host/device_layer.h"
 
 #include "smart_router_service/device_access.h"
@@ -50,7 +50,7 @@ int32_t make(void *function, [[maybe_unused]] const intptr_t *arguments)
     (std::index_sequence_for<Types...>());
 }
 
-// The callers speak C: no exception may reach them, and out of memory is a failed call.
+// The callers are C code: no exception may reach them, and running out of memory is a failed call.
 template <class Result, class... Types>
 Result pass_on(const device_layout::Function &function, Result (*)(Types...), Types... arguments)
 {

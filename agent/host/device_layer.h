@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The layer between the plug-in and a device library, of any maker: a library that has the
-// functions of device_access.h and hands each call to the stages that the agent has put there. Its
-// functions are made from the descriptions; nothing here or in a stage is there for one function
-// alone.
+// The layer between the plug-in and a device library of any vendor: a library that exports the
+// functions of device_access.h and passes each call through the stages set by the agent. Its
+// functions are generated from the descriptions; neither the layer nor a stage has code for a
+// single function.
 #pragma once
 
 #include "protocol/device_layout.h"
@@ -12,7 +12,7 @@
 
 namespace agent {
 
-// The address that an argument is.
+// The argument as an address.
 inline char *address_of(intptr_t argument)
 {
     return reinterpret_cast<char *>(argument); // NOLINT(performance-no-int-to-ptr)
@@ -20,15 +20,15 @@ inline char *address_of(intptr_t argument)
 
 struct DeviceCall {
     const device_layout::Function &function;
-    std::span<intptr_t> arguments; // values and addresses, in the order of the description
-    int32_t result = -1;           // once it has been made
-    bool is_missing = false;       // the library has no such function
-    // Calls a function of this kind with the arguments.
+    std::span<intptr_t> arguments; // values or addresses, in the order of the description
+    int32_t result = -1;           // valid after the call
+    bool is_missing = false;       // the library lacks the function
+    // Calls a function of this type with the arguments.
     int32_t (*make)(void *function, const intptr_t *arguments);
 };
 
-// Called from any thread. A stage hands the call on to the next one, and looks at it before and
-// after. Where it puts memory of its own into the arguments, it puts them back.
+// Called from any thread. A stage passes the call to the next one and may inspect it before and
+// after. If it replaces arguments by its own memory, it restores them.
 class DeviceStage {
   public:
     DeviceStage() = default;

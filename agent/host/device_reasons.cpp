@@ -17,7 +17,7 @@ namespace {
 
 constexpr char kPluginModule[] = "libtsiotAgtd";
 
-std::mutex listener_lock; // held while the listener is at work, so that it cannot go meanwhile
+std::mutex listener_lock; // held during the call, so that the listener is not removed meanwhile
 DeviceReasons::Listener reason_listener;
 DeviceReasons::Listener refused_listener;
 
@@ -28,7 +28,7 @@ void tell(const std::string &who, const std::string &reason)
     }
 }
 
-// The callers cannot handle exceptions.
+// Exceptions must not reach the C callers.
 template <class Work> void without_exceptions(Work work)
 {
     try {

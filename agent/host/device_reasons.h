@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a device library says of calls that it refuses: by the report of the simulated gateway, and
-// in the errors that any library logs.
+// The reasons of a device library for refused calls: from the simulated gateway's report, and from
+// the errors that any library logs.
 #pragma once
 
 #include "host/plugin_host.h"
@@ -14,15 +14,15 @@
 
 namespace agent {
 
-// Listens for as long as it lives; there may be one at a time.
+// Listens during its lifetime; only one instance may exist at a time.
 class DeviceReasons {
   public:
-    // Gets one line, "FUNCTION: REASON" or "MODULE: REASON". Called on the thread of the device
+    // Receives one line, "FUNCTION: REASON" or "MODULE: REASON". Called on the thread of the device
     // call, by one thread at a time.
     using Listener = std::function<void(const std::string &reason)>;
 
-    // refused gets the commands that the library wanted run by system(). Without it they are
-    // reasons like any other.
+    // refused receives the commands that the library passed to system(). Without it they are
+    // reported as reasons.
     DeviceReasons(const PluginHost &host, Listener listener, Listener refused = nullptr);
     ~DeviceReasons();
     DeviceReasons(const DeviceReasons &) = delete;
@@ -32,13 +32,14 @@ class DeviceReasons {
     void (*set_)(void (*)(const char *, const char *, void *), void *);
 };
 
-// Sorts what is told on the thread that runs the commands by command.
+// Assigns reasons to commands by the thread that runs the commands.
 class CommandReasons {
   public:
-    // Made on the thread that runs the commands. late gets what is told on any other.
+    // Constructed on the thread that runs the commands. late receives the reasons from any other
+    // thread.
     CommandReasons(const PluginHost &host, DeviceReasons::Listener late);
 
-    // What has been told since the last time.
+    // The reasons since the last call.
     std::vector<std::string> take() { return std::exchange(told_, {}); }
 
   private:
@@ -46,11 +47,11 @@ class CommandReasons {
     DeviceReasons reasons_;
 };
 
-// For the log service: an error that some library has logged. Those of the plug-in are none of the
-// device library's.
+// Called by the log service for each error that a library logs. Errors of the plug-in are ignored:
+// they are not the device library's.
 void take_logged_error(const char *module, const char *format, va_list arguments);
 
-// For what stands in place of system(): a command that was not run.
+// Called by the replacement of system() for a command that was not run.
 void take_refused_command(const char *command);
 
 } // namespace agent

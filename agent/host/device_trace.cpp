@@ -35,7 +35,7 @@ std::string without_secrets(std::string_view form, std::string_view text)
                            : std::string(text);
 }
 
-// Seconds since the machine was started: on a router its uptime, as in the kernel's log.
+// Seconds since boot, comparable with the kernel's log.
 int64_t uptime()
 {
     timespec now = {};
@@ -43,8 +43,8 @@ int64_t uptime()
     return now.tv_sec;
 }
 
-// The arguments of one call, as they are shown: what the function reads as it was before, all else
-// as it is afterwards.
+// The arguments of one call as shown: inputs as they were before the call, all others as they are
+// after it.
 class ShownArguments {
   public:
     ShownArguments(const DeviceCall &call, bool show_secrets)
@@ -84,7 +84,7 @@ class ShownArguments {
         return argument.way == Way::kValue || argument.way == Way::kIn || call_.function.frees;
     }
 
-    // Whether the function was to fill it and has left it as it was.
+    // Whether the function should have filled the argument but left it unchanged.
     bool is_unset(size_t at) const
     {
         const Argument &argument = call_.function.arguments[at];
@@ -106,7 +106,7 @@ class ShownArguments {
 
 int open_trace(const std::string &file)
 {
-    // Without O_NONBLOCK a pipe in the file's place would make us wait for its reader.
+    // Without O_NONBLOCK, opening a pipe would block until it has a reader.
     const int opened = open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
                             S_IRUSR | S_IWUSR);
     if (opened < 0) {
@@ -121,7 +121,7 @@ DeviceTrace::DeviceTrace(DeviceStage &next, const std::string &file, bool show_s
     : next_(next), show_secrets_(show_secrets)
 {
     if (file != "-") {
-        signal(SIGXFSZ, SIG_IGN); // a file that grows beyond its limit ends no agent
+        signal(SIGXFSZ, SIG_IGN); // exceeding the file size limit must not end the agent
         file_ = open_trace(file);
         output_.use(file_);
     }
@@ -138,7 +138,7 @@ DeviceTrace::~DeviceTrace()
 void DeviceTrace::run(DeviceCall &call)
 {
     using Clock = std::chrono::steady_clock;
-    // What is done is done: a line for which there is no memory is lost, and nothing else.
+    // The call has been made: when memory is short, only its trace line is lost.
     std::optional<ShownArguments> arguments;
     try {
         arguments.emplace(call, show_secrets_);

@@ -18,7 +18,7 @@ class DeviceTrace : public DeviceStage {
 
     void run(DeviceCall &call) override;
 
-    // Writes what has not been written yet, as long as somebody reads it. Lines may still follow.
+    // Writes the pending output while its reader takes it. Lines may still follow.
     void finish();
 
   private:
@@ -26,8 +26,8 @@ class DeviceTrace : public DeviceStage {
 
     DeviceStage &next_;
     const bool show_secrets_;
-    int file_ = -1;    // none where it is standard error
-    std::mutex mutex_; // guards what is below
+    int file_ = -1;    // -1 for standard error
+    std::mutex mutex_; // guards the members below
     line_output::LineOutput output_{"trace", -1};
 };
 

@@ -27,7 +27,7 @@ using device_layout::Way;
 constexpr size_t kGuardSize = 64;
 constexpr char kGuardByte = '\xa5';
 constexpr char kNoValue[] = "NULL";
-// No home has so many; a list that is longer runs in a circle.
+// More entries than any home has; a longer list is taken for a cycle.
 constexpr size_t kLongestList = 65536;
 
 template <class Value> Value value_at(const void *place)
@@ -42,14 +42,14 @@ template <class Value> void put(void *place, Value value)
     memcpy(place, &value, sizeof value);
 }
 
-// Whether the memory may come from malloc(): what belongs to a loaded library never does.
+// Whether the memory may come from malloc(): memory of a loaded library never does.
 bool may_be_freed(const void *memory)
 {
     Dl_info library;
     return dladdr(memory, &library) == 0;
 }
 
-// The bytes that may be used of memory from malloc().
+// The usable size of memory from malloc().
 size_t room_of(char *memory)
 {
     return malloc_usable_size(memory);
@@ -60,7 +60,7 @@ std::string entry_of(const std::string &path, size_t at)
     return path + "[" + std::to_string(at) + "]";
 }
 
-// The field of a record that a path such as QosInfo.rules[0].Name leads into.
+// The first field name in a path below a record: rules of QosInfo.rules[0].Name.
 std::string_view field_in(std::string_view path)
 {
     path.remove_prefix(path.find('.') + 1);
@@ -74,10 +74,10 @@ bool is_number(const char *text)
     return end != text && *end == '\0';
 }
 
-// The texts that are empty where a device without a value says "NULL", by their paths.
+// The paths of texts that are empty although a device without a value must say "NULL".
 using EmptyTexts = std::vector<std::string>;
 
-// The memory of one argument: a copy of the plug-in's, between guards.
+// The memory of one argument: a copy of the plug-in's memory between guard areas.
 class Guarded {
   public:
     Guarded(char *own, size_t size)
@@ -91,7 +91,7 @@ class Guarded {
         const auto begin = behind ? area_.end() - kGuardSize : area_.begin();
         return std::any_of(begin, begin + kGuardSize, [](char byte) { return byte != kGuardByte; });
     }
-    // Whether it differs from what the plug-in has, to the last byte, padding included.
+    // Whether any byte, padding included, differs from the plug-in's memory.
     bool is_changed() { return memcmp(own_, value(), size_) != 0; }
     void give_back() { std::copy_n(value(), size_, own_); }
     size_t size() const { return size_; }
@@ -113,7 +113,7 @@ class Look {
     void run(DeviceStage &next)
     {
         std::vector<Guarded> areas;
-        areas.reserve(call_.arguments.size()); // they stay where they are
+        areas.reserve(call_.arguments.size()); // areas must not move in memory
         std::vector<Guarded *> area_of(call_.arguments.size());
         for (size_t at = 0; at < area_of.size(); ++at) {
             const size_t size = device_text::size_of(argument(at), call_.arguments.data());
@@ -152,7 +152,7 @@ class Look {
 
     void fault(const std::string &what) const { watcher_.fault(call_.function.name, what.c_str()); }
 
-    // Of some functions a caller takes any other result for a success or for nothing at all.
+    // For some functions a caller takes any other result for a success or ignores it.
     void check_result() const
     {
         if (!facts_.results.empty() && !facts_.results.contain(call_.result)) {
@@ -197,7 +197,7 @@ class Look {
         }
     }
 
-    // A text of any length, from malloc(). Result: whether there is one.
+    // Checks a text of any length from malloc(). Result: whether there is one.
     bool check_answer(char *place) const
     {
         char *answer = value_at<char *>(place);
@@ -219,12 +219,12 @@ class Look {
     void check_filled(const Argument &argument, char *at, bool wrote) const
     {
         const Record &record = *record_of(argument);
-        // Of texts each without a value is "NULL", while a list may be empty.
+        // A text without a value must be "NULL", while a list may be empty.
         const bool has_texts = std::ranges::count(record.fields, Kind::kText, &Field::kind) > 0;
         if (call_.result == 0 && !wrote && argument.is_filled && has_texts) {
             fault("it answers 0 and fills nothing in");
         }
-        // Where the device may say why it refuses, it is read after a failure as well.
+        // If the record can hold a reason for a refusal, it is read after a failure as well.
         const auto reason = std::ranges::find_if(record.fields, [](const Field &field) {
             return std::string_view(field.name) == "FailReason";
         });
@@ -259,7 +259,7 @@ class Look {
         watcher_.warning(call_.function.name, ("empty, and not \"NULL\": " + names).c_str());
     }
 
-    // empty takes the texts that should be "NULL"; it is null where the record need not be filled.
+    // empty collects the texts that should be "NULL"; it is null if the record need not be filled.
     void check(const Record &record, const std::string &path, char *at, EmptyTexts *empty) const
     {
         for (const Field &field : record.fields) {
@@ -307,7 +307,8 @@ class Look {
         }
     }
 
-    // How many entries of an array are there, by the record's count. Says so when that cannot be.
+    // The number of entries of an array according to the record's count. Reports an impossible
+    // count.
     size_t counted(const Record &record, const Field &array, const std::string &path,
                    const char *at, size_t room) const
     {
@@ -349,7 +350,7 @@ class Look {
         }
     }
 
-    // An array of its own beside its count.
+    // A separately allocated array with its count in the record.
     void check_array_behind(const Record &record, const Field &field, const std::string &path,
                             char *at, EmptyTexts *empty) const
     {
@@ -372,8 +373,8 @@ class Look {
         put<int32_t>(at + counter.offset, 0);
     }
 
-    // The list ends before the first node that nobody can free. The plug-in frees it also after a
-    // failure.
+    // Truncates the list before the first node that cannot be freed: the plug-in frees the list
+    // after a failure as well.
     void check_list(const Record &record, char *first) const
     {
         const size_t next =

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stage that looks at every call of a device library and says where it breaks what
-// device_access.h promises.
+// The stage that checks every call of a device library and reports violations of device_access.h.
 #pragma once
 
 #include "host/device_layer.h"
@@ -9,17 +8,17 @@
 
 namespace agent {
 
-// Who is told. May be called from any thread.
+// Receives the reports. May be called from any thread.
 struct DeviceWatcher {
     // The device library is about to be called.
     void (*calling)(const char *function) = nullptr;
-    // It has answered; wrote says whether it left anything in what it was given.
+    // It has returned; wrote: whether it wrote anything into its arguments.
     void (*answered)(const char *function, int32_t result, bool wrote) = nullptr;
-    // It has left a reason in a record that has room for one.
+    // It has filled in the reason for a failure, in a record with a field for it.
     void (*reason)(const char *function, const char *text) = nullptr;
-    // What it leaves is no fault, and may be a mistake.
+    // The result is not a fault, but may be a mistake.
     void (*warning)(const char *function, const char *what) = nullptr;
-    // It broke a promise.
+    // It violated device_access.h.
     void (*fault)(const char *function, const char *what) = nullptr;
 };
 
@@ -27,8 +26,8 @@ class DeviceWatch : public DeviceStage {
   public:
     DeviceWatch(DeviceStage &next, const DeviceWatcher &watcher) : next_(next), watcher_(watcher) {}
 
-    // What the device library may write into stands between guards meanwhile. What the plug-in
-    // could not free or read is taken out of it.
+    // During the call, memory that the device library may write to is placed between guards.
+    // Anything that the plug-in could not free or read is removed from the result.
     void run(DeviceCall &call) override;
 
   private:

@@ -17,9 +17,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kWorkerPause(50); // no descriptor tells that a lock is free
+constexpr milliseconds kWorkerPause(50); // no descriptor signals a free lock
 
-// The callers, in the device library, cannot handle exceptions.
+// Exceptions must not reach the callers in the device library.
 template <class Work> void without_exceptions(Work work)
 {
     try {
@@ -87,7 +87,7 @@ void Events::receive_reboot(int32_t seconds, void *events)
 void Events::begin_reboot(int32_t seconds)
 {
     const std::lock_guard lock(mutex_);
-    const bool goes_on = reboot_end_.has_value(); // one during the other makes it longer
+    const bool goes_on = reboot_end_.has_value(); // a reboot during a reboot extends it
     if (!goes_on) {
         tell("reboot.begun", "{\"seconds\":" + std::to_string(seconds) + "}");
     }

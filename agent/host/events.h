@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the gateway does by itself: updates that end, reboots, workers that outlive their command.
-// protocol/events describes each event.
+// Asynchronous events of the gateway: finished updates, reboots, workers that outlive their
+// command. protocol/events describes each event.
 #pragma once
 
 #include "host/plugin_host.h"
@@ -15,24 +15,23 @@
 
 namespace agent {
 
-// Listens for as long as it lives; there may be one at a time. It belongs to the thread that runs
-// the commands: no other may try the locks of the plug-in's workers, since a command that tries one
-// at that moment would be refused.
+// Listens during its lifetime; only one instance may exist at a time. It must be used on the thread
+// that runs the commands: if another thread tried the locks of the plug-in's workers, a command
+// that tries one at that moment would be refused.
 class Events {
   public:
-    // Gets a name and its data, a JSON object. Called on any thread.
+    // Receives the event's name and data, a JSON object. Called from any thread.
     using Tell = std::function<void(const char *event, const std::string &data)>;
 
-    // Without tell, only reboots are kept in mind.
+    // Without tell, only reboots are tracked.
     Events(const PluginHost &host, Tell tell);
     ~Events();
     Events(const Events &) = delete;
     Events &operator=(const Events &) = delete;
 
-    // Tells of workers that have started or ended since the last time, and of a reboot that is
-    // over.
+    // Reports workers that have started or ended since the last call, and a finished reboot.
     void look();
-    // When to look again: while something is under way that ends without a command.
+    // How long to wait before the next look(), while work is running that ends without a command.
     std::optional<std::chrono::milliseconds> next_look() const;
 
     bool is_rebooting();
@@ -47,7 +46,7 @@ class Events {
     WorkerWatch workers_;
     void (*on_update_)(void (*)(const char *, const char *, void *), void *) = nullptr;
     void (*on_reboot_)(void (*)(int32_t, void *), void *);
-    mutable std::mutex mutex_; // guards what follows
+    mutable std::mutex mutex_; // guards the members below
     std::optional<std::chrono::steady_clock::time_point> reboot_end_;
 };
 

@@ -12,7 +12,7 @@ namespace agent {
 
 namespace {
 
-// A file that is open for reading; what is no ELF file has no sections and no segments.
+// A file open for reading. A file that is not ELF has no sections and no segments.
 class ElfFile {
   public:
     explicit ElfFile(const std::string &path)
@@ -35,7 +35,7 @@ class ElfFile {
     Elf *elf_;
 };
 
-// What the dynamic sections of a library say.
+// The contents of a library's dynamic sections.
 struct Needs {
     std::vector<std::string> libraries;
     std::vector<std::string> symbols;
@@ -104,12 +104,12 @@ Needs read_needs(const std::string &path)
 
 bool is_cut_off(const std::string &path)
 {
-    std::error_code problem; // leaves the greatest size
+    std::error_code problem; // on an error the size is the maximum
     const uintmax_t size = std::filesystem::file_size(path, problem);
     const ElfFile elf(path);
     size_t count = 0;
     if (elf_getphdrnum(elf.get(), &count) != 0) {
-        return false; // the loader says what is wrong with it
+        return false; // the loader reports what is wrong
     }
     for (size_t at = 0; at < count; ++at) {
         GElf_Phdr segment;
@@ -131,7 +131,7 @@ std::vector<std::string> needed_symbols(const std::string &path)
 std::vector<std::string> missing_symbols(const std::string &path)
 {
     const Needs needs = read_needs(path);
-    // They stay open: this is only asked when the agent is about to end.
+    // They stay open: this is only called when the agent is about to exit.
     std::vector<void *> providers = {RTLD_DEFAULT};
     for (const std::string &library : needs.libraries) {
         void *handle = dlopen(library.c_str(), RTLD_LAZY | RTLD_LOCAL);

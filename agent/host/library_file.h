@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What can be said of a shared library's file without loading it.
+// Checks of a shared library's file without loading it.
 #pragma once
 
 #include <string>
@@ -7,15 +7,14 @@
 
 namespace agent {
 
-// Whether the file ends before what its header says is in it. Loading such a library would kill the
-// process.
+// Whether the file is shorter than its header says. Loading such a library would kill the process.
 bool is_cut_off(const std::string &path);
 
-// The symbols that the library in the file leaves undefined and that nothing provides: neither what
-// is loaded already nor the libraries that it needs itself. None when the file is no library.
+// The library's undefined symbols that neither the loaded libraries nor the library's own
+// dependencies provide. Empty when the file is not a library.
 std::vector<std::string> missing_symbols(const std::string &path);
 
-// The symbols that the library in the file leaves undefined.
+// The library's undefined symbols.
 std::vector<std::string> needed_symbols(const std::string &path);
 
 } // namespace agent

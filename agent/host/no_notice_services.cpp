@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the agent provides for notices to the app, where nobody takes any: the plug-in does without.
+// The notice service of a program that receives no notices to the app: the plug-in works without
+// it.
 #include "smart_router_service/host_agent.h"
 
 char *base64_encode(const char *)

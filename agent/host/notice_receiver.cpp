@@ -14,7 +14,7 @@ namespace {
 
 constexpr int32_t kNotPassedOn = -1;
 
-std::mutex receiver_lock; // held while the receiver is at work, so that it cannot go meanwhile
+std::mutex receiver_lock; // held during the call, so that the receiver is not removed meanwhile
 const NoticeReceiver *receiver = nullptr;
 
 Json json_of(const char *text)
@@ -64,7 +64,7 @@ int32_t receive_notice(const char *text)
     }
     try {
         return receiver->receive(text);
-    } catch (const std::exception &problem) { // the callers cannot handle any
+    } catch (const std::exception &problem) { // exceptions must not reach the C callers
         log_line(kLogError, "a notice is lost: %s", problem.what());
         return kNotPassedOn;
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who receives the notices to the app that the plug-in raises.
+// The receiver of the notices to the app that the plug-in raises.
 #pragma once
 
 #include "protocol/json.h"
@@ -9,14 +9,15 @@
 
 namespace agent {
 
-// Takes what is handed to kaa_device_notice() for as long as it lives; there may be one at a time.
+// Receives what is passed to kaa_device_notice() during its lifetime; only one instance may exist
+// at a time.
 class NoticeReceiver {
   public:
-    // Gets what a notice is: the JSON that its text holds, or the text. Called on the thread that
-    // raises it, by one at a time. Result: whether the notice has been passed on.
+    // Receives a notice: the JSON in its text, or the text itself. Called on the thread that raises
+    // it, by one thread at a time. Result: whether the notice has been passed on.
     using PassOn = std::function<bool(Json notice)>;
 
-    // A refusal other than 0 is what every notice is answered with, without being passed on.
+    // With a refusal other than 0, every notice gets that result and is not passed on.
     NoticeReceiver(int32_t refusal, PassOn pass_on);
     ~NoticeReceiver();
     NoticeReceiver(const NoticeReceiver &) = delete;
@@ -29,7 +30,7 @@ class NoticeReceiver {
     PassOn pass_on_;
 };
 
-// What kaa_device_notice() does. Result: 0 when a receiver has passed the notice on.
+// Implements kaa_device_notice(). Result: 0 when a receiver has passed the notice on.
 int32_t receive_notice(const char *text);
 
 } // namespace agent

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the agent provides for notices to the app.
+// The functions that the agent provides for notices to the app.
 #include "host/notice_receiver.h"
 #include "smart_router_service/host_agent.h"
 

@@ -8,11 +8,11 @@
 
 namespace agent {
 
-// Which libraries are loaded, and what the simulated gateway is told. What is not given is left to
-// the gateway's environment and defaults.
+// The libraries to load, and the options of the simulated gateway. For an option that is not given,
+// the gateway uses its environment and defaults.
 struct HostOptions {
-    std::string device; // path of the device library; empty: the one that is installed beside us
-    std::string plugin; // the same of the plug-in
+    std::string device; // path of the device library; empty: the installed one
+    std::string plugin; // path of the plug-in; likewise
     std::optional<std::string> scenario;
     std::optional<std::string> state;
     std::vector<std::string> faults;
@@ -21,7 +21,7 @@ struct HostOptions {
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
     std::optional<int32_t> reboot_seconds; // 0 without
-    bool verbose = false;                  // name all that a library lacks
+    bool verbose = false;                  // list all symbols that a library lacks
 };
 
 } // namespace agent

@@ -29,8 +29,8 @@ constexpr char kDeviceProviders[] = "the device library";
 constexpr char kOpenGateway[] = "simulated_gateway_open";
 constexpr size_t kMaxGatewayError = 1024;
 
-// Libraries stand where they were installed with the executable, wherever the whole was moved to,
-// or in the folder lib beside its own.
+// Libraries are found relative to the executable, so that the installation can be moved: in the
+// installed place, or in the directory lib next to the executable's.
 std::string library_path(const std::string &given, const char *standard)
 {
     namespace fs = std::filesystem;
@@ -47,7 +47,7 @@ std::string library_path(const std::string &given, const char *standard)
     return fs::exists(installed, problem) ? installed : folder.parent_path() / "lib" / standard;
 }
 
-// Why a library does not load that lacks these.
+// The message for a library that lacks these symbols.
 std::string lack_of(const std::vector<std::string> &missing, const std::string &providers,
                     bool verbose)
 {
@@ -57,13 +57,13 @@ std::string lack_of(const std::vector<std::string> &missing, const std::string &
            " nor by the agent: " + list_of_names(missing, verbose);
 }
 
-// providers: what else a library of this kind finds its names in.
+// providers: where else a library of this kind finds its symbols.
 void *load(const std::string &kind, const std::string &path, int flags,
            const std::string &providers, bool verbose)
 {
     const std::string message = "cannot load the " + kind + " " + path + ": ";
     std::error_code problem;
-    // Opening anything else might wait for ever, a pipe for one.
+    // Opening anything else, such as a pipe, might block forever.
     if (!std::filesystem::is_regular_file(path, problem)) {
         throw HostError(kCannotLoad, message + (problem ? problem.message() : "no regular file"));
     }
@@ -72,7 +72,7 @@ void *load(const std::string &kind, const std::string &path, int flags,
     }
     void *library = dlopen(path.c_str(), flags);
     if (library == nullptr) {
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): each thread has a text of its own
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the text is per thread
         const std::string reason = dlerror();
         const std::vector<std::string> missing = missing_symbols(path);
         throw HostError(kCannotLoad,
@@ -92,15 +92,15 @@ const char *text_or_null(const std::optional<std::string> &text)
     return text ? text->c_str() : nullptr;
 }
 
-// As people write it: the upper half of the number and the lower one.
+// The usual notation: the upper half of the number, then the lower half.
 std::string version_text(int32_t version)
 {
     const auto halves = static_cast<uint32_t>(version);
     return std::to_string(halves >> 16) + "." + std::to_string(halves & 0xffff);
 }
 
-// Records and prototypes of another major version are others. A library that does not tell its
-// version is taken to fit.
+// Records and prototypes differ between major versions. A library without a version is assumed to
+// be compatible.
 void check_version(void *library, const std::string &path)
 {
     const auto version =
@@ -135,8 +135,8 @@ class DeviceFunctions : public DeviceStage {
     void *library_;
 };
 
-// Those between the plug-in and the device library, the last one first. They are there as long as
-// the process is: workers of the plug-in may be calling until then.
+// The stages between the plug-in and the device library, the last one first. They live until the
+// process ends, because workers of the plug-in may call them until then.
 std::vector<std::unique_ptr<DeviceStage>> stages;
 
 template <class Stage, class... Arguments> Stage &add_stage(Arguments &&...arguments)
@@ -148,7 +148,7 @@ template <class Stage, class... Arguments> Stage &add_stage(Arguments &&...argum
 }
 
 // A library that is loaded into the global scope later finds the layer's functions before those of
-// the device library, which has found its own by now.
+// the device library. The device library's own calls are already bound.
 void load_layer()
 {
     void *layer = load("device layer", library_path("", kDeviceLayer), RTLD_NOW | RTLD_GLOBAL,
@@ -168,7 +168,7 @@ DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *wa
     const std::string path = library_path(options.device, kDeviceLibrary);
     library_ = load("device library", path, RTLD_NOW | RTLD_LOCAL, kOwnLibraries, options.verbose);
     check_version(library_, path);
-    // The simulated gateway traces its calls by itself.
+    // The simulated gateway traces its own calls.
     const bool has_own_trace = symbol(kOpenGateway) != nullptr;
     if (watcher != nullptr || (options.trace && !has_own_trace)) {
         put_stages(options, watcher, !has_own_trace);
@@ -191,11 +191,10 @@ void DeviceLibrary::put_stages(const HostOptions &options, const DeviceWatcher *
     has_watcher_ = watcher != nullptr;
 }
 
-// The layer has every function: a plug-in could no longer be told that the device library lacks
-// one.
+// The layer has every function, so the plug-in would load even if the device library lacks one.
 void DeviceLibrary::require_functions(const std::string &plugin, bool verbose) const
 {
-    if (trace_ == nullptr || has_watcher_) { // the watch has to see which are called
+    if (trace_ == nullptr || has_watcher_) { // the watch must see calls of missing functions
         return;
     }
     std::vector<std::string> missing;

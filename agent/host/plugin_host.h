@@ -15,7 +15,7 @@ namespace agent {
 class DeviceTrace;
 struct DeviceWatcher;
 
-// Why the libraries could not be brought up, and what the agent ends with.
+// Why the libraries could not be loaded, with the agent's exit status.
 class HostError : public std::runtime_error {
   public:
     HostError(ExitStatus status, const std::string &message)
@@ -28,10 +28,10 @@ class HostError : public std::runtime_error {
     ExitStatus status_;
 };
 
-// The device library. When it is the simulated gateway, it is opened with the options that were
-// given, and closed at the end of this object's life. With a watcher, and with a trace unless it is
-// the simulated gateway, the plug-in that is loaded next calls it by way of the device layer;
-// otherwise nothing stands between the two.
+// The device library. The simulated gateway is opened with the given options and closed by the
+// destructor. With a watcher, and with a trace unless the library is the simulated gateway, the
+// plug-in that is loaded next calls the library through the device layer; otherwise it calls the
+// library directly.
 class DeviceLibrary {
   public:
     DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher); // throws HostError
@@ -41,8 +41,8 @@ class DeviceLibrary {
 
     // Null when the library does not export it.
     void *symbol(const char *name) const;
-    // Throws HostError when the device library lacks functions that the plug-in in the file needs
-    // and would otherwise find in the layer.
+    // Throws HostError when the device library lacks functions that the plug-in in the file needs.
+    // Without this check the plug-in would find them in the layer.
     void require_functions(const std::string &plugin, bool verbose) const;
 
   private:
@@ -61,17 +61,18 @@ class PluginHost {
     // Throws HostError.
     explicit PluginHost(const HostOptions &options, const DeviceWatcher *watcher = nullptr);
 
-    // Runs one command; its reply is in the object afterwards. Result: that of the dispatcher.
+    // Runs one command; the reply is in the object afterwards. Result: that of the dispatcher.
     int32_t process(const std::string &command, cJSON *object) const
     {
         return process_(command.c_str(), object);
     }
 
-    // What the plug-in exports beside the dispatcher; null when this plug-in does not.
+    // A symbol that the plug-in exports in addition to the dispatcher; null when this plug-in does
+    // not.
     void *symbol(const char *name) const;
-    // The same, but throws HostError.
+    // The same, but throws HostError instead of returning null.
     void *required_symbol(const char *name) const;
-    // What the device library exports; null when it does not.
+    // A symbol of the device library; null when it is not exported.
     void *device_symbol(const char *name) const { return device_.symbol(name); }
 
     const std::string &path() const { return path_; }

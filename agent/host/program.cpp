@@ -17,7 +17,7 @@ namespace agent {
 
 namespace {
 
-// Has room for the names of all that a library may lack.
+// Has room for the names of all symbols that a library may lack.
 constexpr size_t kMaxHostError = 65536;
 
 int status_of_program(const std::function<int()> &work)
@@ -35,7 +35,7 @@ int status_of_program(const std::function<int()> &work)
     } catch (const std::bad_alloc &) {
         print_out_of_memory();
         return kOutOfMemory;
-    } catch (const std::exception &problem) { // of the system, while the libraries are brought up
+    } catch (const std::exception &problem) { // from the system, while the libraries are loaded
         print_error(problem.what());
         return kCannotLoad;
     }
@@ -48,7 +48,7 @@ int run_program(const std::function<int()> &work)
     const int exit_status = status_of_program(work);
     finish_error_output();
     if (has_other_threads()) {
-        // A worker of the plug-in may still run: nothing that it uses may be taken from it.
+        // A worker of the plug-in may still be running: nothing that it uses may be destroyed.
         fflush(nullptr);
         _exit(exit_status);
     }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What the programs that host the plug-in have in common from their start to their end.
+// Start and end of a process, common to the programs that host the plug-in.
 #pragma once
 
 #include <functional>
 
 namespace agent {
 
-// Does the work and returns its exit status. Whatever goes wrong is said in a sentence.
+// Does the work and returns its exit status. Prints an error message on failure.
 int run_program(const std::function<int()> &work);
 
 } // namespace agent

@@ -59,7 +59,7 @@ void Progress::receive(const char *task, int32_t percent, void *progress)
     try {
         static_cast<Progress *>(progress)->report_(task != nullptr ? task : "",
                                                    std::clamp(percent, 0, kWhole));
-    } catch (const std::exception &problem) { // the callers cannot handle any
+    } catch (const std::exception &problem) { // exceptions must not reach the C callers
         log_line(kLogError, "progress is lost: %s", problem.what());
     }
 }

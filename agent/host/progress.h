@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How far work has come that takes its time.
+// Progress of long operations.
 #pragma once
 
 #include "host/plugin_host.h"
@@ -10,7 +10,7 @@
 
 namespace agent {
 
-// Reports for as long as it lives, if the device library does.
+// Reports progress during its lifetime, if the device library supports it.
 class Progress {
   public:
     // Called on the thread that does the work.

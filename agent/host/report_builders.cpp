@@ -10,7 +10,7 @@ namespace agent {
 
 namespace {
 
-// What the plug-in exports for a report: a function that writes it into an empty object.
+// A function that the plug-in exports for a report; it builds the report in an empty object.
 using Build = int32_t (*)(cJSON *);
 using BuildForPath = decltype(&json_get_router_sta_info);
 

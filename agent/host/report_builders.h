@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reports that change nothing: functions of the plug-in that no command leads to.
+// The read-only reports: functions of the plug-in that no command calls.
 #pragma once
 
 #include "host/plugin_host.h"
@@ -11,9 +11,9 @@
 
 namespace agent {
 
-// The report that speaks of one router.
+// The report on one router.
 constexpr char kStations[] = "stations";
-// Its router where no other is asked for: the first entry of the tree is the main router.
+// Its default router: the first entry of the tree is the main router.
 constexpr char kMainRouterPath[] = "InternetGatewayDevice.WiFi.MultiAP.APDevice.1.";
 
 struct ReportBuilder {
@@ -28,7 +28,7 @@ std::span<const ReportBuilder> report_builders();
 // Null when there is no such report.
 const ReportBuilder *find_report(const std::string &name);
 
-// Builds one of them in an empty object, of the router with the path where it speaks of one.
+// Builds the report in an empty object; the path selects the router for a report on one router.
 // Result: that of the plug-in, 0 on success. Throws HostError.
 int32_t build_report(const PluginHost &host, const std::string &name,
                      const std::string &router_path, cJSON *report);

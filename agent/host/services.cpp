@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the agent provides to the plug-in and to device libraries. These are the symbols that the
-// executable exports (exports.list).
+// The functions that the agent provides to the plug-in and to device libraries: the symbols that
+// the executable exports (exports.list).
 #include "smart_router_service/host_agent.h"
 
 #include "host/device_reasons.h"
@@ -25,7 +25,7 @@ namespace {
 
 constexpr size_t kMaxMacText = 17;
 
-// Whether the text has the form, in which x stands for a hexadecimal digit.
+// Whether the text matches the form, where x is a hexadecimal digit.
 bool has_form(std::string_view text, std::string_view form)
 {
     return std::equal(text.begin(), text.end(), form.begin(), form.end(),
@@ -42,19 +42,19 @@ bool is_mac(const char *text)
            has_form(form, "xx-xx-xx-xx-xx-xx") || has_form(form, "xxxx.xxxx.xxxx");
 }
 
-// Null when the device library is no simulated gateway.
+// Null when the device library is not the simulated gateway.
 template <class Function> Function *gateway_function(const char *name)
 {
     return reinterpret_cast<Function *>(dlsym(RTLD_DEFAULT, name));
 }
 
-// A reboot is what was asked for, and so no line of the log, where it would count as an error.
+// A requested reboot is not logged: a line of the log would count as an error.
 void tell_of_reboot()
 {
     try {
         agent::print_error("the gateway reboots");
     } catch (const std::bad_alloc &) {
-        // The plug-in, which calls this, cannot handle exceptions.
+        // Exceptions must not reach the plug-in, which calls this.
     }
 }
 
@@ -129,12 +129,12 @@ void free_str_buf(char **text)
     }
 }
 
-// Takes the place of the C library's function for everything in the process: a plug-in on a
-// developer's machine must not be able to reboot it, nor to run anything else there.
+// Replaces the C library's function in the whole process: a plug-in on a developer's machine must
+// not be able to reboot it, or run anything else on it.
 int system(const char *command)
 {
     if (command == nullptr) {
-        return 0; // there is no shell
+        return 0; // no shell is available
     }
     if (strcmp(command, "sync;reboot") == 0) {
         tell_of_reboot();

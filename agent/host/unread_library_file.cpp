@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Library files where nothing reads them: the loader alone says what is wrong with one.
+// Library files in builds that cannot read ELF: the loader reports what is wrong with one.
 #include "host/library_file.h"
 
 namespace agent {

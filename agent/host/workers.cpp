@@ -24,7 +24,7 @@ namespace agent {
 
 namespace {
 
-// A worker holds a mutex of the plug-in's from before its command's reply to its own end.
+// A worker holds a mutex of the plug-in from before its command's reply until it ends.
 struct Worker {
     const char *name;
     const char *mutex;
@@ -41,7 +41,7 @@ pthread_mutex_t *mutex_of(const Worker &worker, const PluginHost &host)
     return static_cast<pthread_mutex_t *>(host.symbol(worker.mutex));
 }
 
-// A mutex cannot be waited for together with signals: it is tried again and again instead.
+// There is no wait for a mutex together with signals, so the mutex is polled.
 constexpr std::chrono::milliseconds kPause(50);
 
 bool is_held(pthread_mutex_t *mutex)
@@ -70,16 +70,16 @@ int status_of(const std::function<int()> &work)
     try {
         return work();
     } catch (const StreamError &problem) {
-        print_error(problem.what()); // no reason to break off what has been started
+        print_error(problem.what()); // started work must not be interrupted by this
         return kCannotWrite;
-    } catch (const std::bad_alloc &) { // no more is this
+    } catch (const std::bad_alloc &) { // nor by this
         print_out_of_memory();
         return kOutOfMemory;
     }
 }
 
-// Ends the simulated gateway's downloads when a signal arrives: inside a command nobody looks for
-// signals. Any other library has to end its own.
+// Cancels the simulated gateway's downloads when a signal arrives: no signal is checked for while a
+// command runs. Any other library has to cancel its own.
 class TransferGuard {
   public:
     TransferGuard(const PluginHost &host, const StopSignals &stop)
@@ -118,7 +118,7 @@ class TransferGuard {
             if (!stop.wait_for(ended_, POLLIN)) {
                 end_transfers_();
             }
-        } catch (const StreamError &problem) { // what is left is to wait for the download
+        } catch (const StreamError &problem) { // only the wait for the download remains
             print_error(problem.what());
         }
     }
@@ -180,7 +180,7 @@ void await_workers(const PluginHost &host)
 
 bool has_other_threads()
 {
-    // The folder has a folder for each thread, and so as many links more than it would have alone.
+    // The directory has a subdirectory for each thread, and each subdirectory adds a link.
     constexpr nlink_t links_of_one_thread = 3;
     struct stat threads = {};
     return stat("/proc/self/task", &threads) != 0 || threads.st_nlink != links_of_one_thread;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Threads of the plug-in that go on after the command that started them has replied.
+// Threads of the plug-in that continue after the command that started them has replied.
 #pragma once
 
 #include "host/plugin_host.h"
@@ -16,8 +16,8 @@ class WorkerWatch {
   public:
     explicit WorkerWatch(const PluginHost &host);
 
-    // Calls changed for each worker that was at work the last time and is not now, or the other
-    // way round. One that did all its work in between is not noticed.
+    // Calls changed for each worker that has started or ended since the last call. One that did
+    // both in between is not noticed.
     using Changed = std::function<void(const char *worker, bool is_at_work)>;
     void look(const Changed &changed);
     bool any_at_work() const;
@@ -25,22 +25,22 @@ class WorkerWatch {
   private:
     struct Watched {
         const char *name;
-        pthread_mutex_t *mutex; // null: this plug-in has none
+        pthread_mutex_t *mutex; // null: this plug-in lacks the worker
         bool is_at_work = false;
     };
     std::array<Watched, 2> workers_;
 };
 
-// Does the work, which may start workers, and then waits until none is at work any more, or a
-// signal arrives. Result: the exit status: that of the work, or that of the signal.
+// Does the work, which may start workers, and then waits until no worker is running or a signal
+// arrives. Result: the exit status of the work or of the signal.
 int until_workers_end(const PluginHost &host, const StopSignals &stop,
                       const std::function<int()> &work);
 
-// Waits until no worker is at work any more, whatever signals arrive.
+// Waits until no worker is running, regardless of signals.
 void await_workers(const PluginHost &host);
 
-// Whether any thread but the caller's is left: a worker that was not waited for, or one that has
-// done its work and is about to end.
+// Whether any thread but the caller's exists: a worker that was not waited for, or one that is
+// about to end.
 bool has_other_threads();
 
 } // namespace agent

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts where nothing knows encodings: what is no printable ASCII is shown by its bytes.
+// Texts in builds without encoding support: anything but printable ASCII is shown as bytes.
 #include "io/text.h"
 
 #include <algorithm>

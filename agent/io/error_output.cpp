@@ -19,13 +19,13 @@ line_output::LineOutput output(PROGRAM_NAME, STDERR_FILENO);
 std::string status;
 bool is_hidden = false;
 
-// What stands on the terminal's last line.
+// The content of the terminal's last line.
 std::string_view shown()
 {
     return is_hidden ? std::string_view() : status;
 }
 
-// What takes it away.
+// The characters that erase it.
 std::string_view erasure()
 {
     return shown().empty() ? "" : kEraseLine;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the agent's exit status says.
+// The agent's exit status.
 #pragma once
 
 namespace agent {
@@ -7,9 +7,9 @@ namespace agent {
 enum ExitStatus {
     kSuccess = 0,
     kCommandFailed = 1,  // the reply's "Status" is not "0"; refused, failed, nothing found
-    kWrongUsage = 2,     // also a request that is no JSON object
+    kWrongUsage = 2,     // also a request that is not a JSON object
     kUnknownCommand = 3, // no such command or report
-    kCannotLoad = 4,     // a library cannot be loaded, or the simulated gateway not be opened
+    kCannotLoad = 4,     // a library cannot be loaded, or the simulated gateway cannot be opened
     kCannotWrite = 5,    // standard input or output failed, or a file of requests or results
     kOutOfMemory = 6,    // before there was a request to answer
     kSignalled = 128,    // plus the number of the signal that ended the work

@@ -26,7 +26,7 @@ void Table::print(std::ostream &out, const std::string &indent) const
     }
     for (const auto &cells : rows_) {
         out << indent;
-        size_t missing = 0; // blanks up to where the next cell begins
+        size_t missing = 0; // spaces before the next cell
         for (size_t at = 0; at < cells.size(); ++at) {
             if (!cells[at].empty()) {
                 out << std::string(missing, ' ') << cells[at];

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Memory of the executable. The operators take the place of the standard library's for everything
-// in the process.
+// Memory of the executable. The operators replace the standard library's in the whole process.
 //
-// What is freed is wiped first. Requests, replies and the simulated gateway's home hold passwords,
-// and copies of them are made all along the way, also inside the standard library and the parsers;
-// here is the one place that all of them pass.
+// Memory is wiped before it is freed. Requests, replies and the simulated gateway's home contain
+// passwords, and they are copied in many places, also inside the standard library and the parsers;
+// all of them are freed here.
 #include "io/process_memory.h"
 
 #include <algorithm>
@@ -21,10 +20,10 @@
 
 namespace {
 
-// What operator new has when malloc() has nothing more, so that what has begun can be finished: a
-// command, and saving the state. Some code cannot do otherwise: destructors of nlohmann::json
-// allocate as well, and a failure there would end the process. serve begins nothing new meanwhile.
-// A part is kept for the time in which an exception is on its way. It takes no memory until it is
+// The reserve that operator new uses when malloc() fails, so that running work can be finished: a
+// command, and saving the state. Some code cannot handle a failure: destructors of nlohmann::json
+// allocate, and a failure there would end the process. serve starts nothing new meanwhile. A part
+// is kept for use during the propagation of an exception. The reserve takes no memory until it is
 // used.
 constexpr size_t kReserve = 16UL * 1024 * 1024;
 constexpr size_t kForExceptions = 4UL * 1024 * 1024;
@@ -54,7 +53,7 @@ bool is_of_reserve(const void *memory)
     return std::less_equal<>()(reserve, memory) && std::less<>()(memory, reserve + kReserve);
 }
 
-// It is there again once nobody has any of it.
+// The reserve is available again once all of it has been freed.
 void give_back_reserve()
 {
     const std::lock_guard lock(reserve_lock);
@@ -87,7 +86,7 @@ void release(void *memory)
     }
 }
 
-// OpenSSL 3.0 uses locks that it had no memory for. So it lives on the reserve as well.
+// OpenSSL 3.0 uses locks even if their allocation failed, so it may use the reserve as well.
 void *allocate_for_openssl(size_t size, const char *, int)
 {
     return allocate(size);
@@ -106,7 +105,8 @@ void *reallocate_for_openssl(void *memory, size_t size, const char *, int)
     }
     void *moved = allocate(size);
     if (moved != nullptr && memory != nullptr) {
-        // Of a block of the reserve only the place is known: what lies behind it is no harm.
+        // The size of a block in the reserve is unknown; copying beyond it within the reserve is
+        // harmless.
         const size_t known =
             is_of_reserve(memory)
                 ? static_cast<size_t>(reserve + kReserve - static_cast<char *>(memory))

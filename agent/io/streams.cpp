@@ -22,7 +22,7 @@ namespace agent {
 namespace {
 
 constexpr size_t kReadSize = 64UL * 1024;
-constexpr size_t kMostLine = PTRDIFF_MAX / 2; // more than there is memory for
+constexpr size_t kMostLine = PTRDIFF_MAX / 2; // more than fits into memory
 
 constexpr char kStandardInput[] = "standard input";
 
@@ -32,7 +32,7 @@ constexpr char kStandardInput[] = "standard input";
     throw StreamError(what + ": " + std::generic_category().message(reason));
 }
 
-// As read(), but goes on after a signal that somebody handles.
+// Like read(), but continues after a handled signal.
 size_t read_some(int descriptor, const std::string &name, char *to, size_t size)
 {
     ssize_t count = 0;
@@ -51,7 +51,7 @@ void secure_standard_streams()
 {
     for (int wanted = STDIN_FILENO; wanted <= STDERR_FILENO; ++wanted) {
         if (fcntl(wanted, F_GETFD) < 0) {
-            // Opened the wrong way round: reading and writing fail as they do when it is closed.
+            // Opened in the opposite mode: reading and writing fail as on a closed descriptor.
             const int opened = open("/dev/null", wanted == STDIN_FILENO ? O_WRONLY : O_RDONLY);
             if (opened != wanted) {
                 fail("cannot open /dev/null");
@@ -82,7 +82,7 @@ StopSignals::~StopSignals()
 
 int StopSignals::arrived() const
 {
-    // It is never taken, so that it wakes every thread that waits.
+    // The signal stays pending, so that it wakes every waiting thread.
     sigset_t pending;
     sigemptyset(&pending);
     sigpending(&pending);
@@ -142,14 +142,14 @@ LineReader::~LineReader()
     explicit_bzero(buffer_.get(), end_);
 }
 
-// Forgets the line that has been handed out, in which passwords may stand.
+// Wipes the line that was returned last, which may contain passwords.
 void LineReader::forget()
 {
     explicit_bzero(buffer_.get() + given_, begin_ - given_);
     given_ = begin_;
 }
 
-// Adds what there is to read to the buffer, once there is something.
+// Waits for input and appends it to the buffer.
 StopSignals::Wait LineReader::fill(std::chrono::milliseconds time)
 {
     const StopSignals::Wait waited = stop_.wait_for(STDIN_FILENO, POLLIN, time);
@@ -172,7 +172,7 @@ StopSignals::Wait LineReader::fill(std::chrono::milliseconds time)
 
 LineReader::Result LineReader::next(std::string_view &line, std::chrono::milliseconds time)
 {
-    size_t searched = 0; // bytes of the line that hold no line end
+    size_t searched = 0; // bytes of the line known to contain no line end
     forget();
     while (!stop_.seen()) {
         const std::string_view unread(buffer_.get() + begin_, end_ - begin_);
@@ -233,14 +233,13 @@ size_t size_of(std::initializer_list<std::string_view> pieces)
     return size;
 }
 
-// What is written at once: parts of pieces, no more than a pipe that is ready takes without
-// waiting.
+// The parts of pieces for one write: no more than a writable pipe accepts without blocking.
 struct Portion {
     std::array<iovec, 8> parts;
     int count = 0;
 };
 
-// The pieces together, from the place on, as much as fits.
+// The next portion of the pieces from the place on.
 Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place)
 {
     Portion portion;
@@ -250,7 +249,7 @@ Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place)
         const size_t length = std::min(piece.size() - skipped, room);
         place -= skipped;
         if (length > 0 && static_cast<size_t>(portion.count) < portion.parts.size()) {
-            // writev() takes what it does not change by a pointer to what it might
+            // writev() takes constant data through a non-const pointer
             portion.parts[static_cast<size_t>(portion.count++)] = {
                 const_cast<char *>(piece.data()) + skipped, length};
             room -= length;
@@ -276,7 +275,7 @@ bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const St
         if (given_up_) {
             return false;
         }
-        const Portion portion = portion_of(pieces, done); // more could wait for ever
+        const Portion portion = portion_of(pieces, done); // more could block forever
         const ssize_t written = writev(descriptor_, portion.parts.data(), portion.count);
         if (written >= 0) {
             done += static_cast<size_t>(written);

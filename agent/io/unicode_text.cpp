@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts of any encoding, with what knows them.
+// Texts of any encoding, in builds with encoding support.
 #include "io/text.h"
 
 #include <algorithm>
@@ -35,10 +35,10 @@ struct Range {
     char32_t last;
 };
 
-// What is not seen as it stands.
+// Characters that are not visible.
 constexpr Range kUnseen[] = {
     {0x0000, 0x001f},   // controls
-    {0x007f, 0x009f},   // controls: terminals obey them as they obey those above
+    {0x007f, 0x009f},   // controls: terminals interpret them like those above
     {0x00ad, 0x00ad},   // zero width
     {0x034f, 0x034f},   // zero width
     {0x061c, 0x061c},   // direction of writing
@@ -58,7 +58,7 @@ bool is_unseen(char32_t character)
     });
 }
 
-// The longest beginning of the text that is no longer than max_bytes and cuts no character.
+// The longest prefix of the text of at most max_bytes that splits no character.
 std::string_view beginning(std::string_view text, size_t max_bytes)
 {
     if (text.size() <= max_bytes) {
@@ -79,7 +79,7 @@ std::string replace_invalid(std::string_view bytes)
     return text;
 }
 
-// Also when the last character lacks its end: texts are cut to the width of a field by bytes.
+// Also true if the last character is incomplete: texts are truncated to a field's size in bytes.
 bool is_utf8(std::string_view text)
 {
     auto at = utf8::find_invalid(text.begin(), text.end());
@@ -97,11 +97,11 @@ std::string from_gbk(std::string_view text)
 {
     constexpr std::string_view kReplacement = "\ufffd";
     std::string in(text);
-    std::string out(text.size() * kReplacement.size(), '\0'); // no byte becomes more
+    std::string out(text.size() * kReplacement.size(), '\0'); // an upper bound for each byte
     iconv_t converter = iconv_open("UTF-8", "GBK");
     // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv_open() answers so
     if (converter == reinterpret_cast<iconv_t>(-1)) {
-        return replace_invalid(text); // a C library that has been installed without GBK
+        return replace_invalid(text); // the C library was installed without GBK
     }
     char *from = in.data();
     size_t left = in.size();
@@ -120,7 +120,7 @@ std::string from_gbk(std::string_view text)
 
 } // namespace
 
-// Nearly every text is ASCII, which takes much less to see.
+// Nearly every text is ASCII, which is much faster to check.
 bool is_valid_utf8(std::string_view text)
 {
     unsigned char bits = 0;
@@ -181,7 +181,8 @@ std::string json_for_terminal(std::string_view json)
     for (auto at = json.begin(); at != json.end();) {
         const auto start = at;
         const char32_t character = utf8::unchecked::next(at);
-        // Within texts JSON has escaped the first controls; elsewhere they are line ends and tabs.
+        // Within strings JSON has already escaped ASCII controls; elsewhere they are line ends and
+        // tabs.
         if (character < ' ' || !is_unseen(character)) {
             shown.append(start, at);
             continue;
@@ -199,7 +200,7 @@ std::string json_for_terminal(std::string_view json)
 
 size_t columns_of(std::string_view utf8_text)
 {
-    // The C library knows the widths, but tells them only in a locale of UTF-8.
+    // The C library provides the widths only in a UTF-8 locale.
     static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     const locale_t before = locale != nullptr ? uselocale(locale) : nullptr;
     size_t columns = 0;

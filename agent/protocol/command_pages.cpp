@@ -44,7 +44,7 @@ std::string form_of(const Description &key)
     return joined(parts, ", ");
 }
 
-// Everything about a key but its name, in the order in which one asks for it.
+// Everything about a key except its name, in the order in which a reader needs it.
 std::string about(const Description &key, bool in_request)
 {
     std::vector<std::string> parts;
@@ -163,7 +163,7 @@ void print_event_page(std::ostream &page, const Description &event)
          << "\",\"data\":" << event["example"].as_json() << "}\n";
 }
 
-// The names stand under the key.
+// key: the member that contains the name.
 std::string list_of(const std::vector<Description> &all, const std::string &key,
                     const std::string &pattern)
 {

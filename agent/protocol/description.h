@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A part of the description of a command or an event: an object, a list, a text or a flag in a tree
-// of cJSON's. What is not there is an empty part.
+// A part of the description of a command or an event: an object, a list, a string or a flag in a
+// cJSON tree. A missing part is an empty part.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -24,10 +24,10 @@ class Description {
     bool exists() const { return part_ != nullptr; }
     bool empty() const { return part_ == nullptr || part_->child == nullptr; }
 
-    std::string text() const;               // empty for what is no text
+    std::string text() const;               // empty if not a string
     std::vector<std::string> texts() const; // of a list
     bool is_true() const { return cJSON_IsTrue(part_) != 0; }
-    int64_t number() const; // 0 for what is no number
+    int64_t number() const; // 0 if not a number
     std::string as_json() const;
 
     friend bool operator==(const Description &part, std::string_view text)
@@ -35,7 +35,7 @@ class Description {
         return part.text() == text;
     }
 
-    // Over the elements of a list or the members of an object.
+    // Iterates over the elements of a list or the members of an object.
     class Iterator {
       public:
         explicit Iterator(const cJSON *at) : at_(at) {}

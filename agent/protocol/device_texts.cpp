@@ -7,7 +7,7 @@ namespace agent {
 
 namespace {
 
-// What a device says where it has nothing to say.
+// The text of a device for a missing value.
 constexpr char kNothing[] = "NULL";
 
 } // namespace

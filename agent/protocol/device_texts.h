@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What replies say of devices, as people are shown it.
+// Texts about devices in replies, as shown to people.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -8,10 +8,10 @@
 
 namespace agent {
 
-// The text behind the key on one line; an empty one when there is none.
+// The string under the key on one line; empty when there is none.
 std::string text_of(const cJSON *item, const char *key);
 
-// The name that the user gave to the device, else the device's own.
+// The name that the user gave to the device, otherwise the device's own.
 std::string name_of(const cJSON *device);
 
 } // namespace agent

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Trees of cJSON's with an owner.
+// Guards for cJSON trees.
 #pragma once
 
 #include <cjson/cJSON.h>

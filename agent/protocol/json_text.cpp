@@ -25,7 +25,7 @@ PrintedText print_bytes(const cJSON *item, bool indented)
     return text;
 }
 
-// The text as UTF-8, for an item to own.
+// The text as UTF-8, allocated for an item to own.
 char *new_utf8_text(const char *text)
 {
     const std::string converted = to_utf8(text);
@@ -37,7 +37,8 @@ char *new_utf8_text(const char *text)
     return copy;
 }
 
-// Makes every text UTF-8 in the item, in those behind it and in all that they contain.
+// Converts every string to UTF-8 in the item, in its following siblings and in all their
+// descendants.
 void make_utf8(cJSON *item)
 {
     for (; item != nullptr; item = item->next) {
@@ -91,12 +92,12 @@ std::string_view ReplyPrinter::print(const cJSON *reply, bool raw_bytes)
 void ReplyPrinter::print_bytes(const cJSON *item)
 {
     constexpr size_t most = INT_MAX;
-    constexpr size_t spare = 256; // cJSON wants some more than the text takes
+    constexpr size_t spare = 256; // cJSON requires more room than the text takes
     forget();
     const auto room = static_cast<int>(std::min(size_, most));
     if (cJSON_PrintPreallocated(const_cast<cJSON *>(item), memory_.get(), room, 0) == 0) {
         used_ = size_;
-        forget(); // what there was room for
+        forget(); // the truncated output
         const PrintedText text = agent::print_bytes(item, false);
         const size_t length = strlen(text.get());
         const size_t size = length + length / 4 + spare;
@@ -109,7 +110,7 @@ void ReplyPrinter::print_bytes(const cJSON *item)
 
 void ReplyPrinter::forget()
 {
-    if (used_ > 0) { // else there may be no memory yet
+    if (used_ > 0) { // otherwise there may be no memory yet
         explicit_bzero(memory_.get(), used_);
     }
     used_ = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Trees of cJSON's as texts.
+// Printing of cJSON trees.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -13,19 +13,19 @@ namespace agent {
 
 // How a reply is written.
 struct Form {
-    bool indented = false;  // or on one line
-    bool raw_bytes = false; // texts as the plug-in left them, or as UTF-8
+    bool indented = false;  // otherwise on one line
+    bool raw_bytes = false; // strings unchanged from the plug-in, otherwise converted to UTF-8
 };
 
 std::string print(const cJSON *item, const Form &form = {});
 
-// Prints one reply after the other into memory that it keeps, as much as the longest of them takes.
+// Prints replies into a buffer that it reuses; the buffer grows to the longest reply.
 class ReplyPrinter {
   public:
-    // The same text as print() makes. It is there until forget().
+    // The same text as from print(). It is valid until forget().
     std::string_view print(const cJSON *reply, bool raw_bytes);
 
-    // Wipes the text, in which passwords may stand.
+    // Wipes the text, which may contain passwords.
     void forget();
 
   private:
@@ -36,7 +36,7 @@ class ReplyPrinter {
     size_t used_ = 0;
 };
 
-// The text as a JSON text, in quotes.
+// The text as a JSON string, in quotes.
 std::string quoted(std::string_view text);
 
 } // namespace agent

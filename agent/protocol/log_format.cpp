@@ -12,18 +12,18 @@
 #include <string_view>
 #include <vector>
 
-// Formats come from the callers of the log, whom the compiler checks by the format attribute.
+// Formats come from callers of the log, which the compiler checks through the format attribute.
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
 namespace agent {
 
 namespace {
 
-// A width or precision that comes as an argument may ask for gigabytes of blanks.
+// A width or precision passed as an argument could request gigabytes of padding.
 constexpr int kMaxWidth = 1000;
 constexpr size_t kMaxUnknownText = 64UL * 1024;
 
-// Text as it stands in the format, then a conversion; the last piece may have none.
+// Literal text of the format, then a conversion; the last piece may have no conversion.
 struct Piece {
     std::string literal;
     std::string flags;
@@ -34,7 +34,7 @@ struct Piece {
     char conversion = '\0';
 };
 
-// A va_list is an array for some compilers and cannot be handed on as it is.
+// A va_list is an array for some compilers and cannot be passed by reference directly.
 struct Arguments {
     va_list list;
 };
@@ -77,7 +77,7 @@ bool is_understood(const Piece &piece)
     }
 }
 
-// Nothing for a format that is not understood.
+// Nothing for an unsupported format.
 std::optional<std::vector<Piece>> pieces_of(std::string_view rest)
 {
     std::vector<Piece> pieces(1);
@@ -165,7 +165,7 @@ uintmax_t unsigned_argument(const std::string &length, Arguments &arguments)
     return va_arg(arguments.list, unsigned);
 }
 
-// The bytes of a text argument: with a precision, it need not end in NUL.
+// The bytes of a string argument: with a precision, it need not be NUL-terminated.
 std::string_view text_argument(const Piece &piece, Arguments &arguments)
 {
     const char *text = va_arg(arguments.list, const char *);
@@ -185,7 +185,7 @@ std::string padded(const Piece &piece, const std::string &text)
     return piece.flags.find('-') != std::string::npos ? text + blanks : blanks + text;
 }
 
-// Puts the arguments in the place of asterisks, as printf does.
+// Replaces asterisks by their arguments, as printf does.
 void resolve_asterisks(Piece &piece, Arguments &arguments)
 {
     if (piece.width == "*") {
@@ -269,7 +269,8 @@ std::string format_log_text(bool show_secrets, const char *format, va_list argum
     for (const Piece &piece : *pieces) {
         text += piece.literal;
         if (piece.conversion != '\0') {
-            // The argument is rendered even when it is not shown, so that the next is the next.
+            // The argument is rendered even when it is not shown: this advances to the next
+            // argument.
             std::string value = render(piece, copy, show_secrets);
             text += !show_secrets && labels_a_secret(text) ? kMask : value;
         }

@@ -16,7 +16,7 @@ namespace {
 LogSettings settings;
 std::atomic<unsigned long> library_errors = 0;
 
-// What ends the text is the line's own end.
+// Trailing line ends are removed: the line gets its own.
 std::string_view without_line_end(std::string_view text)
 {
     for (const char end : {'\n', '\r'}) {
@@ -42,7 +42,7 @@ void write_message(const char *module, int32_t level, const char *format, va_lis
         line += one_line(without_line_end(text));
         write_error_line(line);
     } catch (const std::exception &) {
-        // The callers cannot handle any, and a lost line is no reason to end the agent.
+        // Exceptions must not reach the callers, and a lost line is no reason to end the agent.
     }
 }
 

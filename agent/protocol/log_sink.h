@@ -15,18 +15,18 @@ struct LogSettings {
     bool show_secrets = false;
 };
 
-// To be called before other threads log.
+// Must be called before other threads log.
 void set_log(const LogSettings &settings);
 
-// Writes one line of a library, whole, whoever else writes at the same time. The text of a line is
-// cut at 4096 bytes; line ends and control characters inside it become escapes, so that an argument
+// Writes one line of a library atomically with respect to other writers. The text of a line is
+// truncated to 4096 bytes; line ends and control characters in it are escaped, so that an argument
 // cannot forge a line.
 void log_arguments(const char *module, int32_t level, const char *format, va_list arguments);
 
-// How many errors libraries have logged, also those that are not shown.
+// The number of errors that libraries have logged, including those not shown.
 unsigned long errors_of_libraries();
 
-// Writes a line of the agent itself.
+// Writes a line in the name of the agent.
 __attribute__((format(printf, 2, 3))) void log_line(int32_t level, const char *format, ...);
 
 } // namespace agent

@@ -9,7 +9,7 @@ namespace agent {
 
 namespace {
 
-constexpr size_t kMostLevels = 32; // each of them takes stack
+constexpr size_t kMostLevels = 32; // each level takes stack
 constexpr ptrdiff_t kLongestNumber = 63;
 constexpr std::string_view kEscapes = "\"\\/bfnrt";
 
@@ -35,7 +35,7 @@ class Scan {
         return next();
     }
 
-    // Takes the mark, if it comes next.
+    // Consumes the character if it is next.
     bool take(char mark)
     {
         const bool found = next() == mark;
@@ -110,7 +110,7 @@ class Scan {
         return found;
     }
 
-    // An exponent is left to be what no value may be followed by.
+    // An exponent is not consumed: the check for what may follow a value then fails.
     bool take_number()
     {
         const char *begin = at_;

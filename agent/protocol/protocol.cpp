@@ -14,15 +14,15 @@ namespace agent {
 namespace {
 
 constexpr size_t kMaxNearest = 3;
-// No command's name is longer; comparing more of a hostile name would only take time.
+// No command's name is longer; comparing a longer hostile name would only waste time.
 constexpr size_t kMaxCompared = 64;
 
 constexpr std::chrono::seconds kUsualTime(30);
 
-// In the order of their names, which stand under the key.
+// Sorted by name, which is the value of the key.
 std::vector<Description> parse_descriptions(std::span<const embedded::Text> files, const char *key)
 {
-    static std::vector<Json> trees; // what the descriptions are parts of
+    static std::vector<Json> trees; // the descriptions refer to parts of these
     std::vector<Description> all;
     for (const embedded::Text &file : files) {
         trees.emplace_back(cJSON_ParseWithLength(file.text.data(), file.text.size()));

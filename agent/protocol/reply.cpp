@@ -26,7 +26,7 @@ ExitStatus status_of(const cJSON *reply)
 ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
                        const StopSignals *stop)
 {
-    const WithoutStatusLine status; // both may stand on one terminal
+    const WithoutStatusLine status; // both may be on the same terminal
     const bool terminal = output.is_terminal();
     const std::string text = print(reply, {.indented = terminal, .raw_bytes = raw_bytes});
     if (!output.write_line(terminal && !raw_bytes ? json_for_terminal(text) : text, stop)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reply of one command or builder on its way out.
+// Output of the reply of one command or report builder.
 #pragma once
 
 #include "io/exit_status.h"
@@ -9,12 +9,12 @@
 
 namespace agent {
 
-// What the reply's last "Status" makes of the exit status: a request may bring one of its own,
-// which comes first.
+// The exit status according to the reply's last "Status": the request may contain a "Status"
+// itself, which precedes the reply's.
 ExitStatus status_of(const cJSON *reply);
 
-// Writes the reply, indented on a terminal. With signals, gives up when one arrives while nobody
-// reads. Result: what the reply, or the lack of a reader, makes of the exit status. Throws
+// Writes the reply, indented on a terminal. With signals, gives up when one arrives while the
+// output blocks. Result: the exit status according to the reply or the lack of a reader. Throws
 // StreamError.
 ExitStatus write_reply(const cJSON *reply, bool raw_bytes, ReplyOutput &output,
                        const StopSignals *stop = nullptr);

@@ -16,22 +16,22 @@ namespace {
 
 constexpr size_t kMaxMessage = 200;
 
-// " at line 2, column 7": behind what has been read.
+// " at line 2, column 7": the place after what has been read.
 std::string place(std::string_view read)
 {
-    const size_t line_begin = read.rfind('\n') + 1; // 0 where there is none
+    const size_t line_begin = read.rfind('\n') + 1; // 0 if there is none
     return " at line " + std::to_string(std::count(read.begin(), read.end(), '\n') + 1) +
            ", column " + std::to_string(read.size() - line_begin + 1);
 }
 
-// Checks the grammar. cJSON would let pass what is no JSON (control characters in texts, numbers
-// such as 01) and could not say what is wrong; this parser can, and it needs no stack for depth.
+// Checks the grammar. cJSON accepts some invalid JSON (control characters in strings, numbers such
+// as 01) and reports no error text; this parser does, and it needs no stack for nested values.
 class SyntaxCheck : public nlohmann::json_sax<nlohmann::json> {
   public:
     explicit SyntaxCheck(std::string_view text) : text_(text) {}
     const std::string &error() const { return error_; }
-    // Where the number ends that is too large for the parser, if that is all that is wrong so far
-    // and the number stands in the value of the object's member "id"; else 0.
+    // The end of the number that is too large for the parser, if that is the only error so far and
+    // the number is in the value of the object's member "id"; otherwise 0.
     size_t large_number_in_id() const { return large_number_in_id_; }
     size_t depth() const { return depth_; }
 
@@ -81,7 +81,8 @@ class SyntaxCheck : public nlohmann::json_sax<nlohmann::json> {
         return true;
     }
 
-    // The plug-in's texts end at their first NUL: one inside would cut the text unnoticed.
+    // The plug-in's strings end at their first NUL: a NUL inside would truncate the string
+    // silently.
     bool check_text(const string_t &text)
     {
         if (text.find('\0') != std::string::npos) {
@@ -101,7 +102,7 @@ class SyntaxCheck : public nlohmann::json_sax<nlohmann::json> {
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kInNumbers = "+-.0123456789Ee";
 
-// Takes one of the letters away, if it comes next.
+// Consumes the next character if it is one of these.
 bool take_one(std::string_view &rest, std::string_view letters)
 {
     const bool found = !rest.empty() && letters.find(rest.front()) != std::string_view::npos;
@@ -109,7 +110,7 @@ bool take_one(std::string_view &rest, std::string_view letters)
     return found;
 }
 
-// The same for digits, as many as there are.
+// Consumes all digits that follow.
 bool take_digits(std::string_view &rest)
 {
     const size_t count = std::min(rest.find_first_not_of(kDigits), rest.size());
@@ -129,8 +130,8 @@ bool is_number(std::string_view text)
     return right && text.empty();
 }
 
-// The text with 0 in place of the numbers from the place to the end of the member, so that none of
-// them is too large for the parser. All else stays where it is.
+// The text with the numbers from the place to the end of the member replaced by 0, so that none is
+// too large for the parser. Everything else keeps its position.
 std::string without_numbers(std::string_view text, size_t place, size_t depth)
 {
     std::string copy(text);
@@ -155,9 +156,9 @@ std::string without_numbers(std::string_view text, size_t place, size_t depth)
 void check_syntax(std::string_view text, bool any_id)
 {
     if (is_plain_json(text)) {
-        return; // at a tenth of what the parser takes
+        return; // at a tenth of the parser's time
     }
-    // The parser takes a NUL byte for the end of the text and would not see what follows.
+    // The parser takes a NUL byte for the end of the text and would ignore the rest.
     const size_t nul = text.find('\0');
     if (nul != std::string_view::npos) {
         throw BadRequest("NUL byte" + place(text.substr(0, nul)));
@@ -175,7 +176,7 @@ void check_syntax(std::string_view text, bool any_id)
     throw BadRequest(one_line(check.error(), kMaxMessage));
 }
 
-// Walks over a text whose grammar has been checked.
+// A cursor over a text whose grammar has been checked.
 class Cursor {
   public:
     explicit Cursor(std::string_view text) : text_(text), rest_(text) {}
@@ -189,14 +190,14 @@ class Cursor {
         }
     }
 
-    // Past one of the characters that stand between values, and the space behind it.
+    // Skips a separator or bracket and the space after it.
     void skip_mark()
     {
         rest_.remove_prefix(1);
         skip_space();
     }
 
-    // The text of the value that begins here, and the space behind it is skipped.
+    // Returns the text of the value that begins here, and skips the space after it.
     std::string_view value()
     {
         size_t depth = 0;
@@ -222,10 +223,10 @@ class Cursor {
         return text;
     }
 
-    // The same as a tree.
+    // The same, as a tree.
     Json tree() { return tree_of(value()); }
 
-    // The text that the value is; nothing when it is none.
+    // The value as a string; nothing if it is not a string.
     std::optional<std::string> text_of(std::string_view value) const
     {
         const bool stands_for_itself =
@@ -255,15 +256,15 @@ class Cursor {
   private:
     size_t size() const { return rest_.size(); }
 
-    // What stands here is more than is read, also where nobody but the client will look at it.
+    // Values beyond the limits are rejected even where only the client would read them.
     [[noreturn]] void refuse(const char *here) const
     {
         throw BadRequest("nested too deep or too large" +
                          place(text_.substr(0, static_cast<size_t>(here - text_.data()))));
     }
 
-    // Whether cJSON stopped for what JSON allows and cJSON does not: more than 1000 levels, numbers
-    // of more than 63 characters. Otherwise it had no memory.
+    // Whether the failure is a limit of cJSON that JSON does not have: more than 1000 levels, or
+    // numbers of more than 63 characters. Otherwise it ran out of memory.
     static bool is_too_much(std::string_view value, size_t stopped)
     {
         const auto in_number = [&](size_t at) {
@@ -287,7 +288,7 @@ class Cursor {
     std::string_view rest_;
 };
 
-// A cursor at the brace that opens the object.
+// A cursor at the opening brace of the object.
 Cursor object_in(std::string_view text, bool any_id = false)
 {
     if (utf8::starts_with_bom(text.begin(), text.end())) {
@@ -303,13 +304,13 @@ Cursor object_in(std::string_view text, bool any_id = false)
     return cursor;
 }
 
-// The text behind the key; null when there is none.
+// The string under the key; null when there is none.
 const char *text_in(const Json &object, const char *key)
 {
     return cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
 }
 
-// Each of them fills in what is asked for, or what is wrong with it.
+// Each of them fills in the request, or its error.
 void read_command(std::optional<std::string> command, Call &call)
 {
     if (!command) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Requests as they come in, and replies as they go out. The trees are cJSON's, as the plug-in's own
-// are: they keep the order of keys, and keys that stand twice.
+// Parsing of requests. The trees are cJSON's, like those of the plug-in: they preserve the order of
+// keys and duplicate keys.
 #pragma once
 
 #include "protocol/json.h"
@@ -14,22 +14,22 @@
 
 namespace agent {
 
-// A text that is no request; what() says where and what is wrong.
+// The text is not a valid request; what() gives the place and the error.
 class BadRequest : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-// The JSON object that the text is. Throws BadRequest.
+// Parses the text as a JSON object. Throws BadRequest.
 Json parse_object(std::string_view text);
 
 // An object without members.
 Json new_object();
 
-// An object of texts from words of the form KEY=VALUE, in their order. Throws BadRequest.
+// An object of strings from words of the form KEY=VALUE, in their order. Throws BadRequest.
 Json object_from_words(std::span<const std::string> words);
 
-// What the plug-in is asked to push to the app.
+// A notice that the plug-in is to push to the app.
 struct Notice {
     std::string plugin_name;
     std::string text;
@@ -39,7 +39,7 @@ struct Notice {
 // {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}},
 // {"id": ANY, "report": "NAME", "params": {…}} or {"id": ANY, "hello": {}}.
 struct Call {
-    // Texts of the line itself, so that no number loses a digit.
+    // Unparsed parts of the line, so that no number loses a digit.
     std::string_view id = "null";
     std::string_view params_text = "{}";
     std::string command;
@@ -47,11 +47,11 @@ struct Call {
     std::optional<Notice> notice;
     std::optional<std::string> report;
     bool is_hello = false;
-    std::string error; // what is wrong with the call; empty when nothing is
+    std::string error; // what is wrong with the call; empty if it is valid
 };
 
-// The line has to outlive what is made of it. Throws BadRequest for a line that is no JSON object:
-// it has no id to answer to.
+// The line must outlive the result. Throws BadRequest for a line that is not a JSON object, which
+// has no id to put into an answer.
 Call parse_call(std::string_view line);
 
 } // namespace agent

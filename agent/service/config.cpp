@@ -150,7 +150,7 @@ std::string problem_of_worker(std::string_view kind)
                                    : in_message(kind) + " is not child, in-process or unix:PATH";
 }
 
-// What is wrong with the text; empty when nothing is.
+// What is wrong with the text; empty if it is valid.
 std::string problem_of(const Setting &setting, const std::string &text)
 {
     if (text.find('\0') != std::string::npos) {
@@ -175,7 +175,7 @@ std::string problem_of(const Setting &setting, const std::string &text)
 
 // ---- The file ----------------------------------------------------------------------------------
 
-// A path of the file, seen from where the service runs.
+// A path from the file, relative to the service's working directory.
 std::string from_folder_of(const std::string &file, const std::string &path)
 {
     return path == "-" ? path : (std::filesystem::path(file).parent_path() / path).string();
@@ -225,7 +225,7 @@ class FileReader {
         }
     }
 
-    // Of the key "policy", 0 without it.
+    // The line of the key "policy"; 0 if absent.
     size_t policy_line() const { return policy_line_; }
 
   private:
@@ -360,14 +360,14 @@ ServiceConfig defaults()
     return config;
 }
 
-// The problems of a file that another one names belong beside that name as well.
+// If the policy file cannot be read, the problem is reported where the file is named.
 void read_policy_file(ServiceConfig &config, const std::string &named_by, size_t line,
                       std::vector<ConfigProblem> &problems)
 {
     try {
         config.policy = Policy::parse(read_toml_file(config.policy_file), config.policy_file);
     } catch (const ConfigError &wrong) {
-        if (wrong.problems().front().line == 0) { // cannot be read at all
+        if (wrong.problems().front().line == 0) { // the file cannot be read
             problems.push_back({named_by, line, line > 0 ? "policy" : "--policy",
                                 wrong.problems().front().message()});
             return;
@@ -406,7 +406,7 @@ ServiceConfig combine(const toml::table *document, const RunOptions &options)
     return config;
 }
 
-// ---- Loading again -----------------------------------------------------------------------------
+// ---- Reload ------------------------------------------------------------------------------------
 
 bool is_same(const Setting &setting, ServiceConfig &left, ServiceConfig &right)
 {

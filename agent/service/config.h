@@ -20,32 +20,32 @@ namespace agent::service {
 
 struct SocketConfig {
     std::string path;  // by default $XDG_RUNTIME_DIR/hgagent.sock; empty without that variable
-    std::string group; // empty: the service's own
+    std::string group; // empty: the service's group
     std::string mode = "0600"; // octal, as chmod takes it
 
     mode_t mode_bits() const;
 };
 
 struct WorkerConfig {
-    std::string kind = "child"; // or "in-process", or "unix:PATH"
-    HostOptions host;           // the libraries, and what the simulated gateway is told
+    std::string kind = "child"; // "child", "in-process" or "unix:PATH"
+    HostOptions host;           // the libraries, and options of the simulated gateway
     int64_t refuse_notices = 0;
     bool raw_bytes = false;
     bool reasons = false;
     int64_t reboot_seconds = 45;
-    int64_t command_seconds = 30;      // for commands of which the protocol says nothing else
+    int64_t command_seconds = 30;      // for commands without a time in the protocol
     int64_t background_seconds = 1800; // for a Wi-Fi batch or an update
 
     bool in_process() const { return kind == "in-process"; }
-    std::string unit_socket() const; // PATH of unix:PATH, else empty
+    std::string unit_socket() const; // PATH of unix:PATH, otherwise empty
 };
 
 struct LimitsConfig {
     int64_t clients = 256;
-    int64_t line = 1024L * 1024;               // bytes of a request, as of serve
+    int64_t line = 1024L * 1024;               // bytes of a request, as for serve
     int64_t pending_output = 4L * 1024 * 1024; // bytes that a client has not read
-    int64_t idle_seconds = 0;                  // without a request or a subscription; 0: no end
-    int64_t queue = 16;                        // requests of one client that wait
+    int64_t idle_seconds = 0;                  // without a request or a subscription; 0: no limit
+    int64_t queue = 16;                        // waiting requests of one client
 };
 
 struct ServiceConfig {
@@ -58,10 +58,10 @@ struct ServiceConfig {
     int64_t log_level = 3;
 };
 
-// What the command line of `run` says: the files, and settings by their keys.
+// The command line of `run`: the files, and settings by their keys.
 struct RunOptions {
     std::string config; // empty: none
-    bool check = false; // only say what is wrong
+    bool check = false; // only report validation errors
     struct Given {
         std::string key;    // "limits.queue"
         std::string option; // "--max-queue", for messages
@@ -81,35 +81,35 @@ struct Setting {
                                std::vector<std::string> &(*)(ServiceConfig &),
                                int64_t &(*)(ServiceConfig &), bool &(*)(ServiceConfig &)>;
     Place place;
-    int64_t least = 0; // of a number
+    int64_t least = 0; // minimum of a number
     int64_t most = 0;
     enum class Form { kAny, kPath, kSocketPath, kMode, kGroup, kWorker };
     Form form = Form::kAny;
-    bool needs_restart = false; // a running service cannot take a change
+    bool needs_restart = false; // changes take effect only after a restart
 
     bool belongs_to_agent() const { return *help == '\0'; }
 };
 std::span<const Setting> settings();
 
-// The defaults, then the file, then the command line. A relative path in the file starts from the
-// file's folder. Throws ConfigError with all that is wrong.
+// The defaults, then the file, then the command line. A relative path in the file is relative to
+// the file's directory. Throws ConfigError with all problems.
 ServiceConfig load_config(const RunOptions &options);
 
-// The same of a file's text, for tests.
+// The same for a file's text, for tests.
 ServiceConfig parse_config(std::string_view toml, const std::string &file);
 
-// For a running service. Result: the new configuration, or nothing when it is wrong and the old one
-// stays; said has a line for the log in both cases, with the changes that need a restart.
+// For a running service. Result: the new configuration, or nothing when it is invalid and the old
+// one stays in use; in both cases said is a line for the log, with the changes that need a restart.
 std::optional<ServiceConfig> reload_config(const RunOptions &options, const ServiceConfig &old,
                                            std::string &said);
 
 // Writes each problem to standard error. Result: the exit status.
 int report_problems(const ConfigError &wrong);
 
-// Says whether the configuration is right. Result: the exit status.
+// Prints whether the configuration is valid. Result: the exit status.
 int check_config(const RunOptions &options);
 
-// The words by which a child of the service becomes its worker, without the program's name.
+// The arguments of a worker that is a child of the service, without the program's name.
 std::vector<std::string> worker_arguments(const ServiceConfig &config);
 
 } // namespace agent::service

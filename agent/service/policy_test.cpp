@@ -36,7 +36,7 @@ std::string name_of_group(gid_t number)
     return found != nullptr ? found->gr_name : "";
 }
 
-// The user's number and groups in the order in which the socket's way in gives them.
+// The user's number and groups in the same order as from the socket.
 void add_account(std::vector<std::string> &principals, const std::string &user)
 {
     passwd entry = {};
@@ -60,7 +60,7 @@ void add_account(std::vector<std::string> &principals, const std::string &user)
     }
 }
 
-// What is wrong with the request; empty when nothing is.
+// What is wrong with the request; empty if it is valid.
 std::string problem_of(const std::optional<AskedFor> &asked_for, const std::string &written)
 {
     if (!asked_for) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// hgagent policy test: what the gate would say, without a service.
+// hgagent policy test: the gate's decision on a request, without a service.
 #pragma once
 
 #include "service/common/request.h"
@@ -12,10 +12,10 @@ namespace agent::service {
 struct PolicyQuestion {
     std::string file;
     std::vector<std::string> principals; // or "owner"
-    std::string request;                 // as a rule writes it: "report:topology"
+    std::string request;                 // in the notation of rules: "report:topology"
 };
 
-// Who a client with these principals would be: a user that this system knows has its groups as
+// The identity of a client with these principals: a user known to this system has its groups as
 // well.
 Identity identity_of(const std::vector<std::string> &principals);
 

@@ -31,14 +31,14 @@ namespace agent::service {
 
 namespace {
 
-constexpr std::chrono::milliseconds kLastAnswers(1000); // to be read when the service stops
+constexpr std::chrono::milliseconds kLastAnswers(1000); // for clients to read them at the end
 constexpr std::chrono::milliseconds kStateWait(10'000);
 constexpr std::chrono::milliseconds kStatePause(20);
 
 constexpr char kClockVariable[] = "SIMULATED_GATEWAY_TIME";
 constexpr char kStateVariable[] = "SIMULATED_GATEWAY_STATE";
 
-// The protocol of systemd wants to know when.
+// systemd's protocol requires the time of the reload.
 std::string reloading()
 {
     timespec now = {};
@@ -53,8 +53,8 @@ std::string variable(const char *name)
     return value != nullptr ? value : "";
 }
 
-// Where the home is kept that no --state names: beside the socket, so that services with sockets of
-// their own have homes of their own.
+// The default path of the simulated home's state without --state: next to the socket, so that
+// services with separate sockets have separate homes.
 std::string state_beside(const std::string &socket)
 {
     namespace fs = std::filesystem;
@@ -106,14 +106,14 @@ Options serve_options(const ServiceConfig &config)
     options.notice_refusal = static_cast<int32_t>(config.worker.refuse_notices);
     options.serve.max_line = static_cast<size_t>(config.limits.line);
     options.serve.events = true;
-    // A clock that stands still would never see a reboot's end.
+    // With a stopped clock a reboot would never end.
     const bool clock_stands = !variable(kClockVariable).empty();
     options.host.reboot_seconds =
         clock_stands ? 0 : static_cast<int32_t>(config.worker.reboot_seconds);
     return options;
 }
 
-// The worker of a service that was killed may live on for a moment. It has the state as long.
+// The worker of a killed service may live on for a moment and keep the state locked.
 void await_state(const std::string &state)
 {
     const Descriptor lock(open((state + ".lock").c_str(), O_RDONLY | O_CLOEXEC));
@@ -172,7 +172,8 @@ class Service {
         const std::string given = config_.worker.host.state.value_or(variable(kStateVariable));
         if (given.empty()) {
             own_state_ = state_beside(config_.socket.path);
-            // By the environment: a device library that is no simulated gateway refuses the option.
+            // Set in the environment, because other device libraries than the simulated gateway
+            // reject the option.
             setenv(kStateVariable, own_state_.c_str(), 1); // NOLINT(concurrency-mt-unsafe): alone
         }
         await_state(given.empty() ? own_state_ : given);
@@ -205,7 +206,7 @@ class Service {
         write_error_line("listening on unix:" + socket_->path());
     }
 
-    // What of the configuration can change while the service runs.
+    // Applies the settings that can change while the service is running.
     void apply()
     {
         set_log({static_cast<int32_t>(config_.log_level), config_.worker.host.show_secrets});
@@ -276,7 +277,7 @@ class Service {
         end();
     }
 
-    // The worker has ended: what is left is to write the last answers.
+    // The worker has ended: only the last answers remain to be written.
     void end()
     {
         socket_->on_empty([this] { loop_.stop(); });
@@ -299,8 +300,8 @@ class Service {
         });
     }
 
-    // A home that nobody asked to keep outlives crashes, and nothing else. Until it is gone the
-    // socket is there, so that no other service begins with it.
+    // A home without --state survives crashes only. The socket exists until the home is removed, so
+    // that no other service starts with it.
     void remove_own_state() const
     {
         if (own_state_.empty()) {
@@ -318,7 +319,7 @@ class Service {
     ServiceManager manager_;
     std::vector<int> sockets_;
     std::string own_state_;
-    ChildWorker *child_ = nullptr; // the gate's
+    ChildWorker *child_ = nullptr; // owned by the gate
     std::optional<Gate> gate_;
     std::optional<UnixSocket> socket_;
     boost::asio::signal_set signals_;

@@ -12,7 +12,7 @@ namespace agent::service {
 
 namespace {
 
-// Neither is kept: what was given is read from the options themselves.
+// The values are ignored here: they are read from the options themselves.
 void ignore_count(int64_t) {}
 void ignore_text(const std::string &) {}
 
@@ -22,18 +22,18 @@ void add_setting(CLI::App *run, const Setting &setting)
         run->add_flag_function(setting.option, ignore_count, setting.help);
         return;
     }
-    // Its value is checked with those of the file.
+    // The value is checked together with those of the file.
     run->add_option_function<std::string>(setting.option, ignore_text, setting.help)
         ->type_name(setting.value_name)
         ->allow_extra_args(false);
 }
 
-// What the command line says of the settings, in their order.
+// The settings given on the command line, in their order.
 std::vector<RunOptions::Given> given_settings(const CLI::App &app, const CLI::App &run)
 {
     std::vector<RunOptions::Given> given;
     for (const Setting &setting : settings()) {
-        for (const CLI::App *place : {&app, &run}) { // some are options of both
+        for (const CLI::App *place : {&app, &run}) { // some options belong to both
             const CLI::Option *option = place->get_option_no_throw(setting.option);
             if (option != nullptr && option->count() > 0) {
                 given.push_back({setting.key, setting.option, option->results()});

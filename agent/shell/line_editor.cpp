@@ -30,7 +30,7 @@ size_t terminal_width()
     return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
-// In as many columns as there is room for.
+// Arranges the words in as many columns as fit.
 std::string in_columns(const std::vector<std::string> &words)
 {
     size_t widest = 0;
@@ -70,7 +70,7 @@ LineEditor::LineEditor(const std::string &prompt, Wait wait, Complete complete)
     : prompt_(prompt), wait_(std::move(wait)), complete_(std::move(complete)),
       history_(history_init())
 {
-    // Lines are UTF-8, whatever else the locale says.
+    // Lines are UTF-8, regardless of the locale's encoding.
     // NOLINTBEGIN(concurrency-mt-unsafe): the shell has one thread
     setlocale(LC_CTYPE, "");
     if (strcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
@@ -90,7 +90,7 @@ LineEditor::LineEditor(const std::string &prompt, Wait wait, Complete complete)
     el_set(editor, EL_EDITOR, "emacs");
     el_set(editor, EL_HIST, history, history_.get());
     el_set(editor, EL_GETCFN, get_character);
-    // Narrow texts would be copied here, and never be freed.
+    // el_set() would copy narrow strings here and never free them.
     el_wset(editor, EL_ADDFN, L"complete", L"Complete the word", complete_line);
     el_set(editor, EL_BIND, "^I", "complete", nullptr);
     el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
@@ -106,7 +106,7 @@ int LineEditor::get_character(EditLine *editor, wchar_t *character)
     return owner_of(editor).next_character(character);
 }
 
-// As libedit has it: 1 for a character, 0 at the end of input, -1 with errno.
+// Result, as libedit requires: 1 for a character, 0 at the end of input, -1 with errno.
 int LineEditor::next_character(wchar_t *character)
 {
     mbstate_t state = {};
@@ -128,7 +128,7 @@ int LineEditor::next_character(wchar_t *character)
         if (count < 0 && (errno == EINTR || errno == EAGAIN)) {
             continue;
         }
-        if (count <= 0) { // a terminal that is gone is an end as well
+        if (count <= 0) { // a lost terminal is an end of input as well
             return 0;
         }
         // NOLINTNEXTLINE(concurrency-mt-unsafe): with a state of its own it is safe
@@ -162,7 +162,7 @@ void LineEditor::remember(const std::string &line)
     history(history_.get(), &event, H_ENTER, line.c_str());
 }
 
-// Puts the cursor where the line began, with nothing on the screen from there on.
+// Moves the cursor to the start of the line and clears the screen from there.
 void LineEditor::leave_line()
 {
     const LineInfo *line = el_line(editor_.get());

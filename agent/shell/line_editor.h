@@ -15,22 +15,22 @@ namespace agent {
 class LineEditor {
   public:
     enum class Wake {
-        kKey,       // standard input has something
-        kGiveUp,    // the line is not wanted any more
-        kContinued, // the process was stopped meanwhile, or the terminal has another size
+        kKey,       // standard input is readable
+        kGiveUp,    // editing is cancelled
+        kContinued, // the process was stopped meanwhile, or the terminal was resized
     };
-    // Waits for the next key; what else happens is dealt with meanwhile.
+    // Waits for the next key and handles other events meanwhile.
     using Wait = std::function<Wake()>;
     using Complete = std::function<Completion(std::string_view before_cursor)>;
 
-    // Edits on standard input and output, which are to be a terminal.
+    // Edits on standard input and output, which must be a terminal.
     LineEditor(const std::string &prompt, Wait wait, Complete complete);
 
     enum class Result { kLine, kEnd, kGivenUp };
     // The line is without its end.
     Result read(std::string &line);
 
-    // Puts the line before those that the arrow keys bring back.
+    // Adds the line to those that the arrow keys recall.
     void remember(const std::string &line);
 
     // Writes the text and a line end above the line that is being edited, if there is one.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Replies as a person at a terminal is shown them.
+// Replies as shown to a person at a terminal.
 #pragma once
 
 #include <cjson/cJSON.h>
@@ -8,12 +8,12 @@
 
 namespace agent {
 
-// The item over several lines. Nothing in it can steer the terminal: what cannot be seen as it
-// stands is written as JSON's escapes, and the colours are the only other escapes. What is very
-// long is cut, and the text says so.
+// The item on several lines. Nothing in it can control the terminal: invisible characters are
+// written as JSON escapes, and the only terminal escapes are those for colours. Very long text is
+// truncated, with a note that it was.
 std::string text_for_terminal(const cJSON *item, bool coloured);
 
-// The name and what it says on one line.
+// The event's name and data on one line.
 std::string event_for_terminal(const std::string &name, const cJSON *data, bool coloured);
 
 } // namespace agent

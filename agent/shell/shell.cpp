@@ -24,14 +24,14 @@ using std::chrono::seconds;
 
 constexpr ShellClock::duration kFirstPause = seconds(1);
 constexpr ShellClock::duration kLongestPause = seconds(30);
-// Somebody sits at the keyboard meanwhile.
+// Short, because the user is waiting at the keyboard.
 constexpr ShellClock::duration kForGreeting = seconds(2);
 constexpr ShellClock::duration kForValues = seconds(2);
-// How long values are offered for completion before they are asked for anew.
+// How long values are cached for completion before they are requested again.
 constexpr ShellClock::duration kKeep = seconds(10);
 constexpr size_t kMaxShown = 200;
 
-// Texts of the service, which may be anything, on one line.
+// Text from the service, which may contain anything, on one line.
 std::string text_in(const Json &object, const char *key)
 {
     const char *text = cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
@@ -149,7 +149,7 @@ void Shell::work()
     } catch (const ServiceError &problem) {
         if (client_) {
             lose(problem);
-        } else { // as was told before
+        } else { // already reported
             next_try_ = ShellClock::now() + pause_;
             pause_ = std::min(pause_ * 2, kLongestPause);
         }
@@ -161,7 +161,7 @@ void Shell::work()
 void Shell::keep_event(const std::string &name, const cJSON *data)
 {
     if (events_pattern_.empty()) {
-        return; // those that were under way when they were switched off
+        return; // events that were in transit when they were switched off
     }
     if (look_ != Look::kLines) {
         events_ += (events_.empty() ? "" : "\n") +
@@ -263,7 +263,7 @@ ExitStatus Shell::request(const ShellInput &input)
     }
     pause_ = kFirstPause;
     if (!is_report && input.params != "{}") {
-        kept_.clear(); // it may have changed them
+        kept_.clear(); // the command may have changed the values
     }
     return show_answer(input, *answer);
 }
@@ -300,7 +300,7 @@ ExitStatus Shell::switch_events(const ShellInput &input)
     if (!input.is_on) {
         return kSuccess;
     }
-    // The first may come before the answer.
+    // The first event may arrive before the answer.
     events_pattern_ = input.name;
     const std::optional<ServiceAnswer> answer = ask(subscribe_request(input.name));
     if (!answer || !answer->error.empty()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Carries out the lines of a shell with a running service.
+// Runs the lines of a shell with a running service.
 #pragma once
 
 #include "client/service_client.h"
@@ -18,16 +18,16 @@ namespace agent {
 
 using ShellClock = std::chrono::steady_clock;
 
-// Whom the lines come from and the replies go to.
+// The source of the lines and the destination of the replies.
 class ShellUser {
   public:
     virtual ~ShellUser() = default;
 
-    // Waits until the descriptor is ready for the poll() events. Result: false at the time, and
-    // when the user does not want to wait any longer.
+    // Waits until the descriptor is ready for the poll() events. Result: false on timeout, and when
+    // the user cancels the wait.
     virtual bool wait_for(int descriptor, short events,
                           std::optional<ShellClock::time_point> until) = 0;
-    // A result, and what is to be known beside; each of one line or several, without the last end.
+    // Results and messages; each has one or more lines, without a trailing line end.
     virtual void print(const std::string &text) = 0;
     virtual void tell(const std::string &message) = 0;
 };
@@ -38,19 +38,19 @@ class Shell {
 
     Shell(ShellUser &user, std::string path, Look look);
 
-    // Both throw ServiceError. The greeting tells which service it is, so that another one is
-    // noticed later on.
+    // Both throw ServiceError. The greeting identifies the service, so that a different one is
+    // noticed later.
     void connect();
     void greet();
 
-    // Carries out one line. Result: what it makes of the exit status.
+    // Runs one line. Result: the exit status that it implies.
     ExitStatus run(std::string_view line);
     bool has_quit() const { return has_quit_; }
 
     Completion complete(std::string_view before_cursor);
 
-    // What goes on between the lines: events are shown, and a service that has gone is looked for
-    // again. To be called when the descriptor is ready for the events, and at the time.
+    // Background work between the lines: shows events, and reconnects to a service that has
+    // disconnected. To be called when the descriptor is ready for the events, and at the time.
     void work();
     int descriptor() const; // -1 while there is no connection
     short wanted_events() const;
@@ -83,13 +83,13 @@ class Shell {
     const Look look_;
     bool has_quit_ = false;
     std::optional<ServiceClient> client_;
-    std::string service_; // its version
+    std::string service_; // the service's version
     std::string protocol_;
     std::string epoch_;
     std::string events_pattern_;       // empty: none are shown
-    std::string events_;               // to be shown
+    std::string events_;               // pending output
     std::map<std::string, Kept> kept_; // replies for completion, by command
-    ShellClock::duration pause_;       // before the next try to connect
+    ShellClock::duration pause_;       // before the next attempt to connect
     ShellClock::time_point next_try_;
 };
 

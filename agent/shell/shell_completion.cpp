@@ -12,7 +12,7 @@ namespace agent {
 
 namespace {
 
-// No reply of a gateway has more, nor longer ones, that anybody would choose from.
+// Limits on the candidates: more or longer ones would be useless to choose from.
 constexpr size_t kMaxValues = 256;
 constexpr size_t kMaxValue = 64;
 
@@ -56,7 +56,7 @@ Words first_words()
     return words;
 }
 
-// Whether KEY=VALUE can give the key.
+// Whether the key can be given as KEY=VALUE.
 bool can_be_text(const Description &key)
 {
     const std::string type = key["type"].text();
@@ -79,7 +79,7 @@ bool begins_with(std::string_view word, std::string_view beginning)
     return same_text(word.substr(0, beginning.size()), beginning);
 }
 
-// How the texts begin in common; no character is cut.
+// The common prefix of the texts; no character is split.
 std::string common_beginning(const Words &texts)
 {
     std::string_view common = texts.front();
@@ -93,7 +93,7 @@ std::string common_beginning(const Words &texts)
     return std::string(common);
 }
 
-// Completes the word to those candidates that begin as it does.
+// Completes the word with the candidates that begin with it.
 Completion among(const ShellWord &word, const Words &candidates, const std::string &behind = " ")
 {
     Completion result;
@@ -166,7 +166,7 @@ Completion in_request(const std::string &command, const std::vector<ShellWord> &
 Completion complete(std::string_view text, const KnownValues &known_values)
 {
     std::vector<ShellWord> words = words_of(text);
-    if (words.empty() || words.back().end < text.size()) { // the next one has not been begun
+    if (words.empty() || words.back().end < text.size()) { // a new word begins
         words.push_back({"", text.size(), text.size(), false});
     }
     const ShellWord &begun = words.back();
@@ -214,7 +214,7 @@ std::vector<std::string> values_in_reply(const cJSON *reply, const Description &
     }
     Words values;
     for (const std::string &text : texts) {
-        // What cannot be seen as it stands would steer the terminal.
+        // Invisible characters could control the terminal.
         const bool is_plain = is_valid_utf8(text) && one_line(text, kMaxValue) == text;
         if (!text.empty() && is_plain && values.size() < kMaxValues &&
             std::find(values.begin(), values.end(), text) == values.end()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What can follow on a line of the shell.
+// Completion of a line of the shell.
 #pragma once
 
 #include "protocol/description.h"
@@ -11,19 +11,20 @@
 
 namespace agent {
 
-// The values that the gateway has, by the part "found_in" of a key's description.
+// The values that exist on the gateway, by the part "found_in" of a key's description.
 using KnownValues = std::function<std::vector<std::string>(const Description &found_in)>;
 
 struct Completion {
-    size_t begin = 0;                    // what stands from here to the end is replaced
+    size_t begin = 0;                    // the text from here to the end is replaced
     std::string text;                    // by this, unless it is empty
-    std::vector<std::string> candidates; // what can stand there, as people are shown it
+    std::vector<std::string> candidates; // the possible texts as shown to the user
 };
 
-// What can stand at the end of the text, which is the line up to the cursor.
+// Completes the end of the text, which is the line up to the cursor.
 Completion complete(std::string_view text, const KnownValues &known_values);
 
-// Those texts of a reply that the part "found_in" speaks of, as far as they can be shown and typed.
+// The texts of a reply that the part "found_in" refers to, without those that cannot be shown or
+// typed.
 std::vector<std::string> values_in_reply(const cJSON *reply, const Description &found_in);
 
 } // namespace agent

@@ -18,7 +18,7 @@ namespace {
 
 constexpr size_t kMostLines = 1000;
 constexpr size_t kMostBytes = 4096;
-constexpr off_t kMostOfFile = 1024L * 1024; // then the oldest lines go
+constexpr off_t kMostOfFile = 1024L * 1024; // beyond it, the oldest lines are dropped
 
 [[noreturn]] void fail(const std::string &path, int reason)
 {
@@ -26,7 +26,7 @@ constexpr off_t kMostOfFile = 1024L * 1024; // then the oldest lines go
                              std::generic_category().message(reason));
 }
 
-// Makes the folders on the way to the file, for the user alone.
+// Creates the parent directories of the file, accessible to the user only.
 void make_folders(const std::filesystem::path &folder)
 {
     std::error_code problem;
@@ -34,7 +34,7 @@ void make_folders(const std::filesystem::path &folder)
         return;
     }
     make_folders(folder.parent_path());
-    mkdir(folder.c_str(), S_IRWXU); // what is wrong is seen when the file is opened
+    mkdir(folder.c_str(), S_IRWXU); // errors show when the file is opened
 }
 
 void write_all(int descriptor, const std::string &path, std::string_view text)
@@ -66,7 +66,7 @@ std::string history_path()
 ShellHistory::ShellHistory(const std::string &path) : path_(path)
 {
     make_folders(std::filesystem::path(path).parent_path());
-    // A pipe in its place would keep the shell waiting.
+    // Opening a pipe in its place would block the shell.
     descriptor_ =
         open(path.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
     if (descriptor_ < 0) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lines that were typed before, in a file of the user's own.
+// The previously typed lines, in a file of the user.
 #pragma once
 
 #include <string>
@@ -8,13 +8,13 @@
 
 namespace agent {
 
-// Where the history lies: below $XDG_STATE_HOME, else below the home folder. Empty when there is
-// neither.
+// The path of the history: below $XDG_STATE_HOME, otherwise below the home directory. Empty when
+// there is neither.
 std::string history_path();
 
 class ShellHistory {
   public:
-    // Opens the file, or makes it, readable for its user alone. Throws std::runtime_error.
+    // Opens the file, or creates it, readable by the user only. Throws std::runtime_error.
     explicit ShellHistory(const std::string &path);
     ~ShellHistory();
     ShellHistory(const ShellHistory &) = delete;
@@ -23,7 +23,7 @@ class ShellHistory {
     // The last lines, the oldest first.
     const std::vector<std::string> &lines() const { return lines_; }
 
-    // Appends a line, which is not to have any secrets. Several shells may do so at once. Throws
+    // Appends a line, which must not contain secrets. Several shells may do so at once. Throws
     // std::runtime_error.
     void add(std::string_view line);
 

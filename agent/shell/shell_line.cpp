@@ -14,7 +14,7 @@ namespace agent {
 
 namespace {
 
-// In a word of these nothing has to be quoted.
+// A word of these characters only needs no quotes.
 constexpr std::string_view kPlainLetters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-+.,:/@%=";
 constexpr size_t kMaxWordShown = 64;
@@ -35,7 +35,7 @@ bool is_space(char letter)
     return std::string_view(kSpace).find(letter) != std::string_view::npos;
 }
 
-// Whether a backslash takes the letter's meaning away within double quotes.
+// Whether a backslash escapes the character within double quotes.
 bool is_special_in_quotes(char letter)
 {
     return std::string_view("\"\\$`").find(letter) != std::string_view::npos;
@@ -83,7 +83,7 @@ std::string params_of(std::span<const ShellWord> words)
 {
     if (words.size() == 1 && words.front().text.find_first_of("{[\"") == 0) {
         parse_object(words.front().text);
-        return words.front().text; // printed anew, a number might lose a digit
+        return words.front().text; // printing a parsed number again might lose a digit
     }
     std::vector<std::string> texts;
     for (const ShellWord &word : words) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a line of the shell says.
+// Parsing of a line of the shell.
 #pragma once
 
 #include <span>
@@ -9,18 +9,18 @@
 
 namespace agent {
 
-// A word as it was typed. Quotes and backslashes are those of a POSIX shell. A word that begins
-// with a brace reaches to the end of the line, so that JSON needs no quotes.
+// A word as typed. Quotes and backslashes work as in a POSIX shell. A word that begins with a brace
+// reaches to the end of the line, so that JSON needs no quotes.
 struct ShellWord {
     std::string text; // without its quotes
     size_t begin = 0; // in the line
     size_t end = 0;
-    bool is_open = false; // a quote has no end
+    bool is_open = false; // an unterminated quote
 };
 
 std::vector<ShellWord> words_of(std::string_view line);
 
-// The text as a word that words_of() reads back.
+// The text quoted as a word that words_of() reads back.
 std::string as_word(std::string_view text);
 
 enum class ShellVerb {
@@ -36,8 +36,7 @@ enum class ShellVerb {
 
 struct ShellInput {
     ShellVerb verb = ShellVerb::kNothing;
-    std::string
-        name; // of the command or report; the pattern of list and events; what help is about
+    std::string name; // of the command or report; the pattern of list and events; the topic of help
     std::string params = "{}"; // of a command or report, as JSON
     bool is_on = false;        // of events
 };
@@ -51,7 +50,7 @@ struct ShellWordHelp {
     const char *summary;
 };
 
-// The words that a line can begin with beside the names of commands.
+// The words that a line can begin with in addition to the names of commands.
 std::span<const ShellWordHelp> shell_words();
 
 } // namespace agent

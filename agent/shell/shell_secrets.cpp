@@ -21,7 +21,7 @@ bool is_address(std::string_view text)
     return text.find("://") != std::string_view::npos;
 }
 
-// The name that the text begins with.
+// The name at the beginning of the text.
 std::string_view name_in(std::string_view text)
 {
     return text.substr(0, text.find_first_not_of(kNameLetters));
@@ -72,7 +72,7 @@ void mask_members(cJSON *item, Found &found)
             if (shown == nullptr) {
                 throw std::bad_alloc();
             }
-            // The name goes along: replacing by pointer keeps that of the new item.
+            // The new item needs the name: replacing by pointer does not copy the old item's name.
             if (member->string != nullptr) {
                 Json named = new_object();
                 cJSON_AddItemToObject(named.get(), member->string, shown.release());
@@ -86,7 +86,7 @@ void mask_members(cJSON *item, Found &found)
     }
 }
 
-// The JSON without its secrets; nothing when it is none and may have some.
+// The JSON without its secrets; nothing when it is invalid and may contain secrets.
 std::optional<std::string> masked_json(const std::string &text, Found &found)
 {
     try {
@@ -103,7 +103,7 @@ std::optional<std::string> masked_json(const std::string &text, Found &found)
 std::string without_secrets(std::string_view line)
 {
     std::string kept;
-    size_t copied = 0; // of the line
+    size_t copied = 0; // bytes of the line
     bool in_secret = false;
     for (const ShellWord &word : words_of(line)) {
         const std::string_view name = name_in(word.text);
@@ -123,7 +123,7 @@ std::string without_secrets(std::string_view line)
         } else if (is_secret && name.size() < word.text.size()) {
             shown = std::string(name) + "=" + kMask;
         } else if (in_secret && !has_key && !is_secret) {
-            shown = ""; // the rest of a value whose quotes were forgotten
+            shown = ""; // the rest of an unquoted value with spaces
         } else if (is_address(word.text)) {
             shown = as_word(mask_address(word.text));
         }

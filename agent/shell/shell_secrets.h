@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Secrets in what is typed: the history must not keep them.
+// Masking of secrets in typed lines: the history must not keep them.
 #pragma once
 
 #include "shell/shell_line.h"
@@ -10,11 +10,11 @@
 
 namespace agent {
 
-// The line as the history keeps it: secret values, and what may be secret in addresses, are
-// replaced by "***". Empty when that is not to be told from the rest.
+// The line as the history keeps it: secret values, and parts of URLs that may be secret, are
+// replaced by "***". Empty when secrets cannot be distinguished from the rest.
 std::string without_secrets(std::string_view line);
 
-// Whether there is such a replacement among the words, where a secret belongs.
+// Whether any word contains such a replacement in place of a secret.
 bool holds_mask(std::span<const ShellWord> words);
 
 } // namespace agent

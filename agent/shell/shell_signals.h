@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The signals that a terminal sends, and an orderly end, as something to be polled.
+// The terminal's signals and requests to terminate, through a descriptor to poll.
 #pragma once
 
 namespace agent {
 
-// To be made before any thread is.
+// Must be constructed before any thread is started.
 class ShellSignals {
   public:
     ShellSignals();

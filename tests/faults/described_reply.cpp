@@ -72,7 +72,7 @@ std::string value_undescribed(const cJSON *value, const cJSON *key)
     return "";
 }
 
-// Holds an item and all behind it against the keys.
+// Checks an item and its following siblings against the keys.
 std::string keys_undescribed(const cJSON *item, const cJSON *keys)
 {
     const cJSON *key;

@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: MIT
-// Holds a reply against the description of its command.
+// Checks a reply against the description of its command.
 #pragma once
 
 #include <cjson/cJSON.h>
 #include <string>
 
-// Why the object is none of the replies that the command can give to the request; empty when it is
-// one.
+// Why the object is not one of the command's possible replies to the request; empty when it is.
 std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object);
 
-// The described reply that the object is; null when it is none. Where two are alike, the one that
-// does not answer the request alone.
+// The description of the reply in the object; null when there is none. Of two equal ones, the one
+// that is not specific to the request.
 const cJSON *reply_given(const cJSON *description, const cJSON *request, const cJSON *object);
 
-// Whether the reply answers a request that lacks one of its own keys, and nothing else.
+// Whether the reply is specific to requests that lack one of their own keys, not an element's key.
 bool is_of_request(const cJSON *reply);
 
 // The request without the keys that this reply removes. The caller deletes it.

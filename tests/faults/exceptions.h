@@ -20,11 +20,11 @@ enum class Rule {
     kZeroed,      // what the device writes to holds nothing before; the key is the field
     kNoError,     // a success logs no error
     kCallOrder,   // the calls come in the order that is described
-    kNoObject,    // what is no object is left as it is, and changes nothing
+    kNoObject,    // a value that is not an object is left unchanged, and nothing is changed
 };
 
-// Why the rule does not hold for the key; null where it does. An empty key stands for the request.
+// Why the rule does not apply to the key; null if it does. An empty key stands for the request.
 const char *exception(const Subject &subject, Rule rule, const std::string &key);
 
-// The exceptions of a subject that were not asked for since: those that are none any more.
+// The exceptions of a subject that were never used: they are obsolete.
 std::string stale_exceptions(const Subject &subject, Rule rule);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a command has of its own when memory ends: what its reply may lack, or say instead.
+// The command-specific behaviour when memory runs out: what its reply may lack or contain instead.
 #pragma once
 
 #include "subject.h"
@@ -14,15 +14,15 @@ struct Leeway {
     const char *why;
     Names keys = {};              // that may be missing
     Names lists = {};             // that may be short of elements
-    const char *logged = nullptr; // what the log then says, where it has to say something
-    Names told = {};              // of the lists, those of which an added key then tells
-    Names added = {};             // keys that tell of what is left out
-    Names before = {};            // keys that stay before a failure
-    Names reasons = {};           // that are given of memory alone
-    const char *called = nullptr; // the change of the device that goes before what fails
-    bool keeps = true;            // whether what is kept elsewhere has to be there
+    const char *logged = nullptr; // what the log must then contain, if anything
+    Names told = {};              // the lists whose truncation an added key reports
+    Names added = {};             // keys that report what is omitted
+    Names before = {};            // keys that precede a failure
+    Names reasons = {};           // failure reasons specific to memory
+    const char *called = nullptr; // the device change that precedes the failure
+    bool keeps = true;            // whether the other output must be present
     bool calls = true;            // whether every call has to be made
 };
 
-// That of the subject; for most there is none.
+// The leeway of the subject; empty for most.
 const Leeway &leeway_of(const Subject &subject);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Texts that programs have stumbled over, in every text of every command's request. A failing case
-// prints the line that repeats it alone: the environment variable NAUGHTY_CASE names the text's
-// place in the request and the string's in the list. A sample begins at another string in each
-// place and command, so that all of them are used.
+// Strings known to break programs, in every text of every command's request. A failing case prints
+// the line that repeats it alone: the environment variable NAUGHTY_CASE names the text's place in
+// the request and the string's in the list. A sample begins at another string in each place and
+// command, so that all of them are used.
 #include "clock_control.h"
 #include "described_reply.h"
 #include "failing_memory.h"
@@ -112,7 +112,7 @@ std::string with_text(const std::string &request, size_t place, const std::strin
     return print(object.get());
 }
 
-// What is wrong with a command's run; empty when nothing is.
+// What is wrong with a command's run; empty if nothing is.
 std::string damage(const Subject &subject, const std::string &request, WorkerControl &control)
 {
     recording_device::reset();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The fields of every record of the device interface, but for pointers and records within, for what
-// is done to all of them alike.
+// The fields of every record of the device interface, except pointers and nested records, for code
+// that treats all fields alike.
 #pragma once
 
 #include <cstddef>
@@ -16,5 +16,5 @@ struct RecordField {
     size_t count;
 };
 
-// None for what is no record.
+// Empty if it is not a record.
 const std::vector<RecordField> &fields_of(std::type_index record);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Where a member of a record lies in the records that the device is given, of which it may be a
-// part.
+// The place of a record's member in the records passed to the device, in which the record may be
+// nested.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-// The number that a text begins with, held to those of 32 bits.
+// The number that a text begins with, limited to 32 bits.
 int32_t number_in(const std::string &text);
 
 struct RecordPlace {
@@ -19,9 +19,9 @@ struct RecordPlace {
     bool is_number;
 
     bool holds(const std::string &record, const std::string &text) const;
-    // Puts the text there, or the number that it begins with, and zeroes what is left of the field.
+    // Writes the text, or the number that it begins with, and zeroes the rest of the field.
     void put(std::string &record, const std::string &text) const;
 };
 
-// None for what is no record.
+// Empty if it is not a record.
 const std::vector<RecordPlace> &places_of(const std::string &record, const std::string &member);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What all replies have in common, for each command: each key with a field of the device holds what
-// the device wrote there, up to the width of the field and no further; and what the device writes
+// What all replies have in common, for each command: each key with a field of the device contains
+// what the device wrote there, up to the width of the field; and the memory that the device writes
 // to was zeroed before.
 #include "described_reply.h"
 #include "exceptions.h"
@@ -15,7 +15,7 @@ using rich_device::Written;
 
 class ReplyTest : public testing::TestWithParam<Subject> {
   protected:
-    // Holds the items against the keys that they are described with.
+    // Checks the items against the keys of their description.
     void check(const cJSON *items, const cJSON *keys, const std::string &path)
     {
         const cJSON *item;

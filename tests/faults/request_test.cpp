@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What all commands have in common in how they read a request, for each command and each key that
-// is described for it. Where a command differs, exceptions.cpp says why.
+// The common rules for reading a request, for each command and each of its described keys. Where a
+// command differs, exceptions.cpp gives the reason.
 #include "described_reply.h"
 #include "exceptions.h"
 #include "handler_test.h"
@@ -37,7 +37,7 @@ struct Key {
         return cJSON_IsTrue(cJSON_GetObjectItem(described, "required")) != 0;
     }
 
-    // Where the key stands: in the request, in the first element of its list, or in its object.
+    // The place of the key: in the request, in the first element of its list, or in its object.
     cJSON *holder(cJSON *request) const
     {
         if (!is_nested()) {
@@ -173,7 +173,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
         told = members_behind(left(request.get(), success), whole.object);
     }
 
-    // The traffic is held against the descriptions once more, by another program.
+    // Another program checks the traffic against the descriptions as well.
     SweepRun run(const std::string &with)
     {
         SweepRun run = sweep_run(subject, with, {}, {});
@@ -235,7 +235,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
         return nullptr;
     }
 
-    // A changed request, with all that is true of every command looked at.
+    // Runs a changed request and checks what is true of every command.
     struct Case {
         Json request;
         SweepRun run;
@@ -252,7 +252,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
         return changed;
     }
 
-    // Holds a rule, unless there is an exception from it.
+    // Checks a rule unless there is an exception from it.
     void hold(Rule rule, const std::string &key, const std::string &why, const SweepRun &of)
     {
         if (!why.empty() && exception(subject, rule, key) == nullptr) {
@@ -348,7 +348,7 @@ bool is_of_type(const std::string &json, const char *type)
 
 TEST_P(RequestTest, AnswersToAValueOfAnotherType)
 {
-    keeps_successes = false; // the schemas have no such requests
+    keeps_successes = false; // the schemas do not cover such requests
     for (const Key &key : keys) {
         const Case without = changed([&](cJSON *object) { remove(key, object); });
         std::vector<std::string> values = kNoTexts;
@@ -379,7 +379,7 @@ TEST_P(RequestTest, AnswersToAValueOfAnotherType)
     expect_exceptions_used(Rule::kOtherType);
 }
 
-// Where an absent key and one without text have answers of their own, absence is looked at first.
+// If an absent key and one without text have different answers, absence is checked first.
 TEST_P(RequestTest, LooksAtAbsenceFirst)
 {
     for (const Key &absent : keys) {
@@ -398,10 +398,10 @@ TEST_P(RequestTest, LooksAtAbsenceFirst)
     }
 }
 
-// A text that stands nowhere else, as a number too.
+// A text that occurs nowhere else, not even as a number.
 constexpr char kMark[] = "91357";
 
-// What the command does with a text, next to what it does with the mark in its place.
+// Compares the command's run with a text to its run with the mark in its place.
 TEST_P(RequestTest, CutsATextToItsFieldAndNowhereElse)
 {
     for (const Key &key : keys) {
@@ -549,7 +549,7 @@ TEST_P(RequestTest, MakesTheDescribedCallsInTheirOrder)
     expect_exceptions_used(Rule::kCallOrder);
 }
 
-// What is logged of a success is no error.
+// A success logs no error.
 TEST_P(RequestTest, LogsNoError)
 {
     for (const recording_host::LogLine &line : whole.log) {

@@ -31,7 +31,7 @@ struct Call {
     bool hands_over = false;
     std::vector<std::vector<int32_t>> numbers; // the values to try for each of them
 
-    // All of those; without numbers, one that stands for none.
+    // All of those; without numbers, a placeholder.
     std::set<int32_t> values() const
     {
         std::set<int32_t> all;
@@ -66,7 +66,7 @@ int32_t limited(int32_t number)
     return is_endless ? std::min(number, kLongWalk) : number;
 }
 
-// Writes what one call hands over.
+// Writes the output of one call.
 class Pen {
   public:
     Pen(Written how, Call &call) : how_(how), call_(call) {}
@@ -157,7 +157,7 @@ class Pen {
             count = INT_MAX;
         } else if (how_ != Written::kNothing) {
             entries = zeroed<Entry>(2);
-            // A garbled count of entries that are not there could not be told from a true one.
+            // An invalid count without entries could not be distinguished from a valid one.
             count = std::min(count, 2);
             record(typeid(Entry), &entries[0]);
             record(typeid(Entry), &entries[1]);
@@ -410,7 +410,7 @@ std::vector<Fault> possible_faults()
                 faults.push_back({at, {}, Written::kNumber, number, value});
             }
         }
-        // A library whose calls leave rubbish behind when they fail, once or from then on.
+        // A library whose failing calls write garbage, once or from then on.
         for (const int32_t value : call.values()) {
             for (const bool lasts : {false, true}) {
                 faults.push_back({at, -1, Written::kRubbish, 0, value, lasts});

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A device library that answers every call as richly as it can, whatever the call: each text has a
-// value, each list two entries at least. One call of a run can be made to fail or to misbehave. The
-// fields that it fills are read from device_access.h, so there is little to add here for a new
+// A device library that fills in the result of every call as completely as possible: each text has
+// a value, each list two entries at least. One call of a run can be made to fail or to misbehave.
+// The fields that it fills are read from device_access.h, so there is little to add here for a new
 // function.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace rich_device {
 
-// What the reports of the mesh go by.
+// The values on which the mesh reports depend.
 struct Home {
     const char *model = "HGU-AX3000";
     const char *area = "NORTH-07";
@@ -25,10 +25,10 @@ struct Home {
 enum class Written {
     kWhole,    // everything, as it should be
     kNothing,  // the record stays zero
-    kGarbage,  // any bytes, with or without an end
-    kBrim,     // each text to the last byte of its field, without a NUL
+    kGarbage,  // any bytes, terminated or not
+    kBrim,     // each text fills its field completely, without a NUL
     kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
-    kNumber,   // one of the numbers is another
+    kNumber,   // one of the numbers is different
     kRubbish,  // each text as in kBrim, and each number the same one
     kWidest,   // each text that leads nowhere to the last byte of its field, with one of its own
 };
@@ -42,7 +42,7 @@ struct Fault {
     Written written = Written::kWhole;
     size_t number = 0; // which of the call's numbers, and its value
     int32_t value = 0;
-    bool lasts = false; // goes on in all calls behind it
+    bool lasts = false; // continues in all following calls
 
     std::string name() const; // such as "3:result=-1"
 };
@@ -58,15 +58,15 @@ constexpr int32_t kLongWalk = 1000;
 // Whether a function's calls are counted among those that may fail.
 bool is_counted(std::string_view function);
 
-// Whether the device has written the text to the field, since it was furnished; the field is one of
+// Whether the device has written the text to the field, since it was set up; the field is one of
 // the descriptions, RECORD.FIELD or FUNCTION.ARGUMENT. No further than the field's width.
 bool has_told(std::string_view field, std::string_view text);
 
 // The functions, each with a field that held something before the device wrote to it, since it was
-// furnished.
+// set up.
 const std::set<std::pair<std::string, std::string>> &given_fields();
 
-// Everything that can go wrong in the calls made since the device was furnished.
+// All faults possible in the calls since the device was set up.
 std::vector<Fault> possible_faults();
 
 // The bridge's MAC address, by which child routers know the main router.

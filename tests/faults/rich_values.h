@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the rich device has to tell.
+// The values of the rich device.
 #pragma once
 
 #include "rich_device.h"
@@ -15,10 +15,10 @@ namespace rich_device {
 // matters, else the name itself.
 std::string text_for(std::string_view name, const Home &home);
 
-// A parameter of the tree, which holds a main router and two child routers.
+// A parameter of the tree, which contains a main router and two child routers.
 std::string parameter(std::string_view path);
 
-// The width of a bare text whose size is not handed in.
+// The width of a bare text whose size is not passed.
 size_t width_for(std::string_view function);
 
 // A bare number that a function hands over, and the function's result.

@@ -69,7 +69,7 @@ template <int32_t (*builder)(cJSON *)> int32_t run_builder(cJSON *object, std::s
 
 int32_t build_home_page(cJSON *object, std::string &)
 {
-    json_get_home_page_info(object); // its result is the device's, whatever came of the reply
+    json_get_home_page_info(object); // its result is the device's, regardless of the reply
     return cJSON_GetObjectItem(object, "Status") != nullptr ? 0 : -1;
 }
 
@@ -110,7 +110,7 @@ std::vector<Subject> make_subjects()
 #define ADD_COMMAND(name, handler) list.push_back({name, name});
     SMART_ROUTER_COMMANDS(ADD_COMMAND)
 #undef ADD_COMMAND
-    // What else leads another way.
+    // Other variants that take a different path.
     list.push_back(
         {"GET_TSLINK_TOPOLOGY_INFO_of_operators", "GET_TSLINK_TOPOLOGY_INFO", nullptr, kOperators});
     list.push_back({"SET_GREENNET_DEVICE_LIST_of_none", "SET_GREENNET_DEVICE_LIST"});

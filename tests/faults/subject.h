@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-// A builder, run on an object; kept gets what it leaves elsewhere. Result: 0 when it succeeded.
+// A builder, run on an object; kept receives its other output. Result: 0 when it succeeded.
 using Builder = int32_t (*)(cJSON *object, std::string &kept);
 
 struct Subject {
@@ -41,5 +41,5 @@ std::string request_for(const Subject &subject);
 // the process.
 const cJSON *description_of(const std::string &command);
 
-// Whether a walk of the command over a count of the device's is ended by nothing but its end.
+// Whether a loop of the command over a count from the device ends only at the count.
 bool has_endless_walk(const Subject &subject);

@@ -35,7 +35,7 @@ std::vector<recording_device::Call> comparable_calls()
     return calls;
 }
 
-// So that no later run waits for a lock that this one has kept.
+// Prevents later runs from waiting for a lock that this run still holds.
 void release_locks()
 {
     for (pthread_mutex_t *lock : {&setwifilistlock, &downimagelock}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One run of a subject with one thing going wrong, and what is to be said of it.
+// One run of a subject with one fault, and its evaluation.
 #pragma once
 
 #include "failing_memory.h"
@@ -14,12 +14,12 @@
 struct SweepRun {
     std::string request;
     int32_t result = 0; // the dispatcher's or the builder's
-    std::string object; // what the object holds afterwards
-    std::string kept;   // what was left elsewhere
+    std::string object; // the object's contents afterwards
+    std::string kept;   // output other than the object
     std::vector<recording_device::Call> calls;
     std::vector<recording_host::LogLine> log;
     size_t allocations = 0;
-    size_t blocks = 0; // that were not freed
+    size_t blocks = 0; // blocks that were not freed
     bool is_idle = false;
     bool is_json = false;
 
@@ -35,25 +35,25 @@ struct MemoryFault {
     std::string name() const; // such as "once:17"
 };
 
-// With an empty request there is no object at all.
+// An empty request means that no object is passed.
 SweepRun sweep_run(const Subject &subject, const std::string &request, const MemoryFault &memory,
                    const rich_device::Fault &device);
 
 // Whether a device function only tells something.
 bool is_question(const std::string &function);
 
-// What is wrong with a run, whatever failed in it; empty when nothing is.
+// What is wrong with a run, regardless of the fault; empty if nothing is.
 std::string damage(const Subject &subject, const SweepRun &run);
 
-// What is wrong with a run in which memory failed, next to the one in which it sufficed.
+// What is wrong with a run in which an allocation failed, compared with the complete run.
 std::string memory_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            FailingMemory::Fail how);
 
-// The function that the fault is in a call of.
+// The function whose call has the fault.
 const std::string &called_function(const SweepRun &whole, const rich_device::Fault &fault);
 
-// Whether the subject takes no notice of what the call with the fault answers, so that it does the
-// same for any result.
+// Whether the subject ignores the result of the faulty call, so that it does the same for any
+// result.
 bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault);
 
@@ -62,6 +62,6 @@ bool is_result_ignored(const Subject &subject, const SweepRun &whole,
 std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
                                     const rich_device::Fault &fault);
 
-// What is wrong with a run in which the device failed, next to the one in which nothing did.
+// What is wrong with a run in which the device failed, compared with the complete run.
 std::string device_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                            const rich_device::Fault &fault);

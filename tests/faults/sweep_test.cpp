@@ -30,7 +30,7 @@ size_t allocations_swept;
 size_t calls_swept;
 size_t cases_run;
 
-// Tells what a run of the whole program has come to.
+// Prints the figures of a run of the whole program.
 class Figures : public testing::Environment {
   public:
     void TearDown() override
@@ -86,7 +86,7 @@ class FaultTest : public testing::TestWithParam<Subject> {
         printf("%zu cases\n", cases);
     }
 
-    // Begins a case. Result: whether it is to be run.
+    // Starts a case. Result: whether it is to be run.
     bool is_wanted(const std::string &name)
     {
         const bool wanted = only == nullptr || name == only;
@@ -95,7 +95,7 @@ class FaultTest : public testing::TestWithParam<Subject> {
         return wanted;
     }
 
-    // Tells what is wrong with the case. Result: whether nothing is.
+    // Reports what is wrong with the case. Result: whether it passed.
     static bool holds(const SweepRun &expected, const SweepRun &run, const std::string &verdict)
     {
         if (!verdict.empty()) {
@@ -127,8 +127,8 @@ class FaultTest : public testing::TestWithParam<Subject> {
 
 class MemoryFaultTest : public FaultTest {
   protected:
-    // Fails each allocation of a run that is else the same, up to the first case that is wrong.
-    // Result: whether there is none.
+    // Fails each allocation of an otherwise identical run, up to the first failing case. Result:
+    // whether all passed.
     bool sweep(const std::string &name, const std::string &of_request, const Fault &device)
     {
         const SweepRun sufficing = sweep_run(subject, of_request, {}, device);
@@ -151,7 +151,7 @@ class MemoryFaultTest : public FaultTest {
                 }
             }
         }
-        // Nothing of all this has left a trace.
+        // None of this has lasting effects.
         const SweepRun again = sweep_run(subject, of_request, {sufficing.allocations}, device);
         EXPECT_EQ(again.object, sufficing.object) << name;
         EXPECT_EQ(again.calls, sufficing.calls) << name;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The calls whose result nobody looks at; some only in the subjects whose names begin so.
+// The calls whose result is ignored; some only in subjects with this name prefix.
 constexpr struct {
     std::string_view function;
     std::string_view subject;
@@ -46,8 +46,8 @@ template <class List> bool has(const List &list, std::string_view name)
     return std::find(list.begin(), list.end(), name) != list.end();
 }
 
-// Whether the item is what the whole one is, but for what may be left out. Names the lists that are
-// short of an element.
+// Whether the item equals the complete one, except for what may be omitted. Names the lists that
+// lack an element.
 bool is_thinned(const cJSON *item, const cJSON *whole, const Leeway &may,
                 Leeway::Names &short_lists)
 {
@@ -93,7 +93,7 @@ std::string described(const recording_device::Call &call)
     return text.str();
 }
 
-// Why the calls are not some of the whole run's, in its order and with the same bytes.
+// Why the calls are not a subsequence of the complete run's calls with the same bytes.
 std::string other_calls(const std::vector<recording_device::Call> &calls,
                         const std::vector<recording_device::Call> &whole)
 {
@@ -109,7 +109,7 @@ std::string other_calls(const std::vector<recording_device::Call> &calls,
     return "";
 }
 
-// Whether the subject asks for the result of the function.
+// Whether the subject uses the result of the function.
 bool is_looked_at(const Subject &subject, std::string_view function)
 {
     return std::none_of(std::begin(kNotLookedAt), std::end(kNotLookedAt), [&](const auto &row) {
@@ -117,7 +117,7 @@ bool is_looked_at(const Subject &subject, std::string_view function)
     });
 }
 
-// Where the call with the fault stands among those of the whole run.
+// The position of the faulty call among those of the complete run.
 size_t position_of(const SweepRun &whole, const rich_device::Fault &fault)
 {
     size_t counted = 0;
@@ -130,7 +130,7 @@ size_t position_of(const SweepRun &whole, const rich_device::Fault &fault)
 
 // ---- Replies -----------------------------------------------------------------------------------
 
-// Whether the object is the request, less some of its keys, and what is left is the tail.
+// Whether the object is the request minus some of its keys, followed by the tail.
 bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
 {
     const cJSON *item = object->child;
@@ -197,7 +197,7 @@ bool tells_of_failure(const cJSON *object)
     return status != nullptr && std::string_view(status) == "1";
 }
 
-// What is wrong with the reply to a command, or the end of a builder, that failed.
+// What is wrong with the reply of a failed command, or the result of a failed builder.
 std::string failure_verdict(const Subject &subject, const SweepRun &whole, const SweepRun &run,
                             FailingMemory::Fail how)
 {
@@ -224,7 +224,7 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
                    ? ""
                    : "what is told is neither a success nor a failure of this command";
     }
-    // Only a failure that was to be told anyhow has no memory to fall back on.
+    // Only a failure that was to be reported anyway has no memory to fall back on.
     const bool is_owed =
         how == FailingMemory::Fail::kOnce && subject.builder == nullptr && whole.succeeded(subject);
     return is_owed ? "nothing is answered, though there is memory for it" : "";
@@ -340,7 +340,7 @@ std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whol
     }
     if (facts.minus_one_fails_for.empty() && !facts.results.empty() &&
         !facts.results.contain(*fault.result)) {
-        return {}; // one that the function never has
+        return {}; // a result that the function never has
     }
     const bool only_minus_one = device_facts::is_among(facts.minus_one_fails_for, caller);
     return only_minus_one && *fault.result != -1 ? 0 : -1;
@@ -353,7 +353,7 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     if (!harm.empty()) {
         return harm;
     }
-    // Up to the call that failed nothing may be different.
+    // There must be no difference before the failed call.
     const size_t position = position_of(whole, fault);
     for (size_t at = 0; at <= position; ++at) {
         if (at >= run.calls.size() || !(run.calls[at] == whole.calls[at])) {
@@ -362,7 +362,7 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     }
     const std::string &failed = whole.calls[position].function;
     const bool counts = is_looked_at(subject, failed);
-    // Of what the worker comes to, no reply tells.
+    // No reply contains the worker's result.
     const bool is_refusal = fault.result == -1 && counts && !is_question(failed) &&
                             failed != "devapi_flash_update_image";
     const Json request = parse(run.request);

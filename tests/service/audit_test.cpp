@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The audit's lines, and what becomes of them when there is no room.
+// The audit's lines, and its behaviour when there is no room.
 #include "service/gate/audit.h"
 
 #include <csignal>
@@ -71,7 +71,7 @@ class AuditFile : public testing::Test {
     std::string path_;
 };
 
-// Files of this process may not grow beyond the size.
+// Limits the size of files written by this process.
 class FullDisk {
   public:
     explicit FullDisk(rlim_t size)

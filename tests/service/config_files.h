@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests of files have in common.
+// Helpers for the tests of files.
 #pragma once
 
 #include "service/common/config_error.h"
@@ -9,7 +9,7 @@
 
 namespace agent::service {
 
-// The problems that reading tells, a line each; empty when it tells none.
+// The problems that reading reports, one per line; empty when there are none.
 inline std::string problems_of(const std::function<void()> &read)
 {
     try {

@@ -70,7 +70,7 @@ TEST(Examples, LetMonitorsWatch)
     EXPECT_FALSE(verdict_for("user:somebody", "GET_SN_INFO").allowed);
 }
 
-// What stands behind a # in the sample is what holds without it.
+// The values in comments of the sample are the defaults.
 TEST(Examples, TellTheDefaults)
 {
     RunOptions options;

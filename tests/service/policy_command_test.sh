@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# hgagent policy test and hgagent run --check-config: what they print, and what they exit with.
+# hgagent policy test and hgagent run --check-config: their output and exit status.
 #
 # usage: policy_command_test.sh HGAGENT EXAMPLES
 set -euo pipefail

@@ -31,7 +31,7 @@ std::string role(const std::string &lines)
     return "[roles.support]\nmembers = [\"user:alice\"]\n" + lines + "\n";
 }
 
-// What becomes of the request, as "allowed: RULE" or "denied: RULE".
+// The decision on the request, as "allowed: RULE" or "denied: RULE".
 std::string verdict(const std::string &toml, const std::string &request,
                     const Identity &who = kAlice)
 {
@@ -360,7 +360,7 @@ TEST(PolicyFile, TellsAFileThatIsTooLong)
               "policy.toml: the file is longer than 262144 bytes");
 }
 
-// Tables within tables are freed by functions that call themselves.
+// Nested tables are freed recursively.
 TEST(PolicyFile, TellsKeysThatAreTooDeep)
 {
     std::string deep = "a";

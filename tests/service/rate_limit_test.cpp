@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Token buckets, with a time of the test's own.
+// Token buckets, with a simulated time.
 #include "service/gate/rate_limit.h"
 
 #include <gtest/gtest.h>

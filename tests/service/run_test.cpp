@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// hgagent run: many clients at once, and a worker that may do anything.
+// hgagent run: many clients at once, and a misbehaving worker.
 #include "service_process.h"
 
 #include "agent_commands.h"
@@ -39,7 +39,7 @@ std::string code_of(const std::string &answer)
     return nlohmann::json::parse(answer).value("code", "");
 }
 
-// A client for whom the worker is at work.
+// A client whose command is running.
 std::unique_ptr<TestClient> ready_client(const ServiceProcess &service)
 {
     auto client = service.client();
@@ -187,13 +187,13 @@ TEST(Run, GoesOnAfterClientsThatVanish)
     const Gatepost gate;
     const auto first = ready_client(service);
     first->send_line(request(1, "WAIT", gate.params()));
-    first->close(); // while its command is at work
+    first->close(); // while its command is running
     for (int count = 0; count < 20; ++count) {
         const auto client = service.client();
         client->send_line(request(1, "ECHO"));
         client->send("{\"id\":2,\"comm"); // half a line
         if (count % 2 == 0) {
-            // What is unread when it closes makes it a reset.
+            // Unread data at close() causes a connection reset.
             client->send_line("rubbish");
         }
     }
@@ -339,7 +339,7 @@ TEST(Run, GoesOnWithoutDescriptors)
     setrlimit(RLIMIT_NOFILE, &few);
     const ServiceProcess service;
     setrlimit(RLIMIT_NOFILE, &before);
-    // The sanitizer needs descriptors to look at objects of a kind that it has not met yet.
+    // The sanitizer needs descriptors to inspect objects of a new type.
     ready_client(service)->close();
     await_reading(service);
     std::vector<std::unique_ptr<TestClient>> clients;
@@ -460,7 +460,7 @@ TEST(Run, SparesABackgroundWorker)
     EXPECT_EQ(client->read_line(), R"({"id":2,"error":"WAIT has taken more than 1 seconds",)"
                                    R"("code":"outcome-unknown"})");
     EXPECT_EQ(code_of(other->ask(request(3, "ECHO"))), "busy");
-    // The command comes to its end: nothing has to be killed.
+    // The command ends: nothing has to be killed.
     gate.open();
     work.open();
     EXPECT_EQ(watcher->await_event("background.ended"), nlohmann::json({{"worker", "wifi-batch"}}));
@@ -558,7 +558,7 @@ TEST(Run, KeepsTheHomeWholeWhateverIsKilledWhen)
     std::mt19937 random(seed);
     ServiceProcess service;
     auto client = ready_client(service);
-    int kept = -1; // what was acknowledged last
+    int kept = -1; // the last acknowledged setting
     bool is_worker = false;
     for (int number = 0; number < settings; ++number) {
         const int value = number % 100;
@@ -610,7 +610,7 @@ TEST(Run, RunsThePluginInItsOwnProcess)
     EXPECT_EQ(code_of(other->ask(request(2, "ECHO"))), "busy");
     gate.open();
     std::string code = "busy";
-    while (code == "busy") { // until the thread has come back
+    while (code == "busy") { // until the thread has returned
         code = code_of(other->ask(request(3, "ECHO")));
     }
     EXPECT_EQ(code, "");

@@ -68,7 +68,7 @@ void TestClient::send(std::string_view text) const
     while (!text.empty()) {
         const ssize_t sent = ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
         if (sent < 0) {
-            return; // the service has closed the connection, which shows when it is read
+            return; // the service has closed the connection; reading will show it
         }
         text.remove_prefix(static_cast<size_t>(sent));
     }

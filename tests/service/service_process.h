@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-// One connection. Whatever a test does not read stays unread.
+// One connection. Lines that the test does not read stay unread.
 class TestClient {
   public:
     explicit TestClient(const std::string &path);
@@ -25,7 +25,7 @@ class TestClient {
     std::string read_line();
     std::string ask(std::string_view line);
     nlohmann::json ask_json(std::string_view line) { return nlohmann::json::parse(ask(line)); }
-    // The data of the next event of the name; lines before it are passed over.
+    // The data of the next event of the name; lines before it are skipped.
     nlohmann::json await_event(std::string_view name);
     void end_output() const;
     void close();
@@ -36,7 +36,8 @@ class TestClient {
     std::string unread_;
 };
 
-// `hgagent [options] run --socket … [run options]`, in a folder of its own, which listens by now.
+// `hgagent [options] run --socket … [run options]`, in a separate directory; it is already
+// listening.
 class ServiceProcess {
   public:
     explicit ServiceProcess(std::vector<std::string> run_options = {},
@@ -61,7 +62,7 @@ class ServiceProcess {
     std::unique_ptr<AgentProcess> process_;
 };
 
-// A path in a folder of the test's own; nothing is there.
+// A path in the test's own directory where no file exists.
 std::string new_path(const std::string &name);
 
 // A named pipe: a command or a worker of the test's plug-in waits until it is opened.
@@ -70,7 +71,7 @@ class Gatepost {
     Gatepost();
     const std::string &path() const { return path_; }
     std::string params() const { return R"({"until":")" + path_ + "\"}"; }
-    // Lets one who waits go on; waits until there is one.
+    // Waits for a waiting process or thread and releases it.
     void open() const;
 
   private:

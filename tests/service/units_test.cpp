@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// hgagent run among other programs: systemd, a worker of its own unit, a policy, a reboot.
+// hgagent run with systemd, with a worker in a separate unit, with a policy, and during a reboot.
 #include "service_process.h"
 
 #include <gmock/gmock.h>
@@ -153,7 +153,7 @@ TEST(UnitWorker, MayBeAnything)
     ServiceProcess service({"--worker=unix:" + path});
     const auto client = service.client();
     client->send_line(kQuestion);
-    // The stand-in: each connection writes other rubbish, the last one answers.
+    // The fake worker: each connection writes different garbage, the last one answers.
     for (const char *text : {"rubbish\n", "{\"id\":", "", "{\"event\":\"", "\n"}) {
         const int connection = accept(listener.descriptor(), nullptr, nullptr);
         ASSERT_GE(connection, 0);
@@ -204,10 +204,10 @@ TEST(Reboot, IsToldAndLasts)
     EXPECT_THAT(client->ask(kQuestion), StartsWith(kAnswer));
 }
 
-// What a client of another user is told.
+// The answers to a client of another user.
 class Stranger {
   public:
-    // Runs the lines as the user with the number, and gives the answers.
+    // Runs the lines as the user with the number, and returns the answers.
     static std::vector<std::string> ask(const std::string &path, uid_t user,
                                         const std::vector<std::string> &lines)
     {

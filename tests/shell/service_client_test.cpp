@@ -58,7 +58,7 @@ class ServiceClientTest : public testing::Test {
         return line;
     }
 
-    // Answers one request with the text, and gives the request back.
+    // Answers one request with the text, and returns the request.
     std::future<std::string> answer_with(std::string text)
     {
         return std::async(std::launch::async, [this, text = std::move(text)] {
@@ -221,7 +221,7 @@ TEST_F(ServiceClientTest, TakesLinesThatComeInPieces)
         lines.push_back(line);
     }
     EXPECT_THAT(lines, ElementsAre("abc", "de", "", "f"));
-    socket.work(); // nothing has come, and it does not wait
+    socket.work(); // nothing has arrived, and it does not block
     EXPECT_FALSE(socket.next(line));
 }
 

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-// Completes, and records which values were asked for.
+// Completes, and records which values were requested.
 struct Completed {
     explicit Completed(std::string_view text, std::vector<std::string> values = {})
     {
@@ -109,7 +109,7 @@ TEST(ShellCompletion, QuotesWhatNeedsIt)
               "QUERY_WAN_INFO \"WANName=Wohn zimmer\" ");
     EXPECT_EQ(Completed("QUERY_WAN_INFO WANName=\"Wohn z", values).line,
               "QUERY_WAN_INFO \"WANName=Wohn zimmer\" ");
-    // What two characters have in common is no character.
+    // The common bytes of two characters are not a character.
     EXPECT_EQ(Completed("QUERY_WAN_INFO WANName=", {"ä b", "ö b"}).line,
               "QUERY_WAN_INFO \"WANName=");
 }

@@ -49,7 +49,7 @@ class AppNoticeTest : public HandlerTest {
         EXPECT_EQ(std::count(calls.begin(), calls.end(), Call{"free_str_buf", {text}}), times);
     }
 
-    // What was called beside that, in order.
+    // The other calls, in order.
     static Calls calls()
     {
         Calls calls = recording_device::calls();
@@ -57,7 +57,7 @@ class AppNoticeTest : public HandlerTest {
         return calls;
     }
 
-    // The text that reached the agent; an empty one when none did.
+    // The text that reached the agent; empty when none did.
     static std::string sent()
     {
         const Calls made = calls();

@@ -59,7 +59,7 @@ std::string text_of(const BaseText &place, int32_t host)
     return std::to_string(host) + "@" + std::to_string(place.offset);
 }
 
-// Fills the fields that are reported, and everything else with rubbish.
+// Fills the reported fields, and everything else with garbage.
 int32_t describe(AdBaseInfo *info, int32_t result)
 {
     const int32_t host = info->HostIndex;
@@ -298,7 +298,7 @@ void hosts_are(int32_t count, int32_t result = 0)
     });
 }
 
-// Texts that end in the host index, and rubbish behind them.
+// Texts that end in the host index, followed by garbage.
 int32_t describe(AttachDeviceRight *right, int32_t result)
 {
     const std::string host = std::to_string(right->HostIndex);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Commands that travel on to a child router as they came. What is not freed is found by the address
-// sanitizer.
+// Commands that are forwarded unchanged to a child router. The address sanitizer detects leaks.
 #include "child_router_relay.h"
 #include "handler_test.h"
 #include "memory_sweep.h"
@@ -217,8 +216,8 @@ TEST_F(ChildRouterCommonTest, WhatHasNoTextIsNotSent)
 
 } // namespace child_router_relay_test
 
-// GET_CHILD_ROUTER_AD_BASE_INFO: the one command that waits for what the child router answers.
-// What is not freed is found by the address sanitizer.
+// GET_CHILD_ROUTER_AD_BASE_INFO: the one command that waits for what the child router answers. The
+// address sanitizer detects leaks.
 namespace child_router_answer_test {
 
 using recording_device::when;

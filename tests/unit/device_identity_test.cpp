@@ -17,7 +17,7 @@ class ResponseRouterVersion : public HandlerTest {
     }
     ~ResponseRouterVersion() override { info_wersion = nullptr; }
 
-    // Everything behind the kept text has to be as it was.
+    // Everything after the kept text must be unchanged.
     std::string kept() const
     {
         const std::string all(buffer, sizeof buffer);

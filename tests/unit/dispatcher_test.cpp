@@ -50,7 +50,7 @@ TEST_F(DispatcherTest, CallsTheHandlerOfTheName)
     }
 }
 
-// New commands come behind those of the list, each with a test of its own.
+// New commands follow those of the list, each with a separate test.
 TEST_F(DispatcherTest, BeginsWithTheProtocolsListInItsOrder)
 {
     constexpr size_t kListed = 109;

@@ -9,7 +9,7 @@ namespace fields_test {
 
 using namespace smart_router;
 
-// A record of the test's own.
+// A record for this test.
 struct Lamp {
     int32_t number;
     char Colour[8];

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The firmware of all routers of the mesh, and the upload of the log. The update schedule stands
-// among the regular commands.
+// The firmware of all routers of the mesh, and the upload of the log. The update schedule is tested
+// with the regular commands.
 #include "firmware_maintenance.h"
 
 #include "memory_sweep.h"
@@ -142,7 +142,7 @@ TEST_F(FirmwareMaintenanceTest, OfWhatIsNoObjectTellsNothing)
     EXPECT_EQ(given_to("devapi_get_hg_log", 0), Names());
 }
 
-// Without memory for the list itself the key is left out; a list that is short is none.
+// Without memory for the list itself the key is omitted; an incomplete list is never reported.
 TEST_F(GetUpdateStatus, IsToldWholeOrFails)
 {
     const std::string failed = "{" + failure("Get mainrouter update status failed") + "}";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Firmware updates, with the worker in the test's hands. An update that is under way is a flash
-// that sleeps, as long as the test lets it.
+// Firmware updates, with the worker under the test's control. An update in progress is a flash that
+// sleeps until the test releases it.
 #pragma once
 
 #include "handler_test.h"
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-// Every result that is none of success is a failure, whatever its sign.
+// Every result other than success is a failure, regardless of its sign.
 inline constexpr int32_t kFailures[] = {1, -1, 5, INT_MIN};
 
 inline constexpr char kAddress[] = "http://updates.example/r7.bin";
@@ -28,7 +28,7 @@ inline const std::vector<std::string> kOddAddresses = {
     std::string(1 << 20, '/'),
 };
 
-// The lock in somebody else's hands.
+// The lock, held by somebody else.
 class Busy {
   public:
     Busy() { EXPECT_EQ(pthread_mutex_trylock(&downimagelock), 0); }

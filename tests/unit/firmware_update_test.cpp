@@ -21,7 +21,7 @@ TEST_F(HgGetUpdateStatus, TheStatusIsReported)
         *info = {"RT-7", "A1", "1.4.2", "2025-03-01", "router", "0371"};
         return 0;
     });
-    const Busy busy; // the status is nobody's secret
+    const Busy busy; // the status needs no lock
     EXPECT_EQ(run("HG_GET_UPDATE_STATUS", R"({"First":1,"name":"kept"})"),
               R"({"First":1,"name":"kept","Status":"0","up_status":"0","name":"RT-7",)"
               R"("HWVersion":"A1","FWVersion":"1.4.2","FWDATA":"2025-03-01",)"
@@ -77,7 +77,7 @@ Request flash(const std::string &router)
 
 const Request kFlash = flash(R"({"Update":"1"})");
 
-// What is neither "1" nor anything else than a text.
+// Strings other than "1".
 const std::vector<std::string> kNotNow = {"0",  "",   "2",    "11",
                                           "1 ", " 1", "01",   "1\n",
                                           "+1", "-1", "1.0",  "1" + std::string(31, ' '),
@@ -108,7 +108,7 @@ TEST_F(ImageUpdate, AFlashIsRefusedWhileAnotherIsUnderWay)
 
 TEST_F(ImageUpdate, AnythingButOneFlashesNothing)
 {
-    const Busy busy; // what flashes nothing needs no lock
+    const Busy busy; // without flashing, no lock is needed
     for (const std::string &update : kNotNow) {
         const Request request = flash(R"({"Update":)" + escaped(update) + "}");
         EXPECT_EQ(run("IMAGE_UPDATE", request.json()),
@@ -192,7 +192,7 @@ TEST_F(UpdateImmediate, WithoutAnyPartAnUpdateHasNothingToDo)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-// What makes an image fail, and what it is answered with; the empty text for one that does not.
+// What makes an image fail, and its answer; an empty text for success.
 struct ImageCase {
     std::string json;
     bool busy;
@@ -209,7 +209,7 @@ const ImageCase kImages[] = {
     {R"({"UpdateUrl":"x"})", false, true, kNoThread},
 };
 
-// A part that is present, of whatever type, makes up for the image that failed.
+// A part that is present, of any type, compensates for the failed image.
 TEST_F(UpdateImmediate, TheOtherPartsOverrideTheImage)
 {
     const std::vector<std::string> parts = {"", "null", "0", "false", R"("")", "[]", "{}"};
@@ -314,7 +314,7 @@ TEST_F(ImageDownload, ADownloadThatCannotStartSaysSo)
 
 } // namespace firmware_start_test
 
-// PLATEFORM_UPDATE_IMMEDIATE, which looks at what runs before it starts a worker.
+// PLATEFORM_UPDATE_IMMEDIATE, which checks the running firmware before it starts a worker.
 namespace firmware_platform_test {
 
 using recording_device::when;
@@ -370,7 +370,7 @@ TEST_F(PlateformUpdateImmediate, ThePlatformNeedsADeviceThatAnswers)
     for (const int32_t result : kFailures) {
         recording_device::reset();
         when<devapi_get_update_status_info>([result](UpdateStatusInfo *info) {
-            strcpy(info->FWVersion, "x"); // what it leaves is not looked at
+            strcpy(info->FWVersion, "x"); // what it writes is ignored
             return result;
         });
         for (const Request &request : {kImage, kNothing, image("{}"), image("null")}) {

@@ -47,7 +47,7 @@ TEST_F(FirmwareUpdateTest, TheStarterNeedsAnAddress)
 {
     EXPECT_EQ(start_prthead_dowing_image(nullptr), -1);
     EXPECT_FALSE(is_busy());
-    const Busy busy; // looked at before the lock
+    const Busy busy; // checked before the lock
     EXPECT_EQ(start_prthead_dowing_image(nullptr), -1);
     EXPECT_TRUE(is_busy());
     EXPECT_EQ(control.workers(), 0u);
@@ -65,7 +65,7 @@ TEST_F(FirmwareUpdateTest, TheStarterNeedsMemoryForTheCopy)
 TEST_F(FirmwareUpdateTest, TheStarterNeedsTheLock)
 {
     const Busy busy;
-    control.fail_next_worker(); // which nobody asks for
+    control.fail_next_worker(); // which is not requested
     EXPECT_EQ(start_prthead_dowing_image(kAddress), -2);
     EXPECT_TRUE(is_busy());
 }
@@ -90,7 +90,7 @@ TEST_F(FirmwareUpdateTest, TheWorkerHoldsTheLockUntilTheRouterRestarts)
     });
     when<system>([](const char *) {
         sleep(30);
-        return -1; // nobody looks at it
+        return -1; // the result is ignored
     });
     control.hold_sleeps();
     EXPECT_EQ(start_prthead_dowing_image(kAddress), 0);
@@ -301,7 +301,7 @@ TEST_F(UpdateImmediateImage, TheOtherPartsAreTakenAsDone)
 
 } // namespace firmware_worker_test
 
-// The worker beside everything else that touches the lock.
+// The worker concurrently with everything else that uses the lock.
 namespace firmware_threads_test {
 
 using recording_device::when;

@@ -41,7 +41,7 @@ class GetHgBaseInfo : public GatewaySettingsTest {
     GetHgBaseInfo()
     {
         base_result = lan_result = wan_result = 0;
-        // Each field holds its key; everything else in the records is rubbish.
+        // Each field contains its key; everything else in the records is garbage.
         when<devapi_get_hg_base_info>([](HgBaseInfo *info) {
             memset(info, '?', sizeof *info);
             for (const BaseKey &key : kBaseKeys) {

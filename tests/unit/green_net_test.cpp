@@ -480,7 +480,7 @@ TEST_F(SetGreennetDeviceList, StopsAtTheFirstDeviceWithoutAnIndex)
     }
 }
 
-// Whether there is an entry is told by the index, not by the result.
+// The index, not the result, shows whether there is an entry.
 TEST_F(SetGreennetDeviceList, OnlyIndexZeroIsANewDevice)
 {
     for (const int32_t result : {0, 1, 2, 1000, INT32_MAX}) {

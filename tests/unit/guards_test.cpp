@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// That nothing is freed too little or too often is for the address sanitizer to see.
+// The address sanitizer detects leaks and double frees.
 #include "guards.h"
 
 #include "handler_test.h"

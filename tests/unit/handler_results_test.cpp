@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a handler returns to callers within the process: with a device that agrees to everything, 0
-// for a success, and -1 for whatever is refused or cannot be answered.
+// for a success, and -1 for everything that is refused or cannot be answered.
 #include "commands.h"
 #include "handler_test.h"
 #include "memory_sweep.h"
@@ -97,7 +97,7 @@ const Handler kHandlers[] = {
      texts({"Id", "Action", "Name", "PriorityLevel"}).with("type_list", "[]")},
 };
 
-// Those that carry something out without being told what.
+// Handlers that act without parameters.
 const Handler kActions[] = {
     {json_set_recovery, texts({})},         {json_reboot, texts({})},
     {json_optimize_net_quality, texts({})}, {json_optimize_net_connect, texts({})},
@@ -121,7 +121,7 @@ class HandlerResultTest : public HandlerTest {
         const bool success = answered.find(R"("Status":"0")") != std::string::npos;
         EXPECT_EQ(result, success ? 0 : -1) << request.json() << " became " << answered;
     }
-    // Where the memory for the reply runs out, wherever that is.
+    // Memory for the reply runs out at every possible place.
     static void expect_failure_without_memory(const Handler &handler)
     {
         int32_t result = 0;

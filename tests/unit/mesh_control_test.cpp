@@ -108,7 +108,7 @@ TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
                 recording_device::reset();
                 when<devapi_set_sta_led>(
                     [=](const char *, const char *, const char *) { return result; });
-                const Json object = parse(request.json()); // no request that is described
+                const Json object = parse(request.json()); // not a described request
                 EXPECT_EQ(hg_process_json_cmd("SET_LED_STATUS", object.get()), 0);
                 EXPECT_EQ(print(object.get()),
                           result == 0 ? R"({"Status":"0"})"

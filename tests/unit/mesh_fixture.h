@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the mesh reports share: records by their layout, what is expected of them, and
-// a mesh to report. The clock stands still.
+// Shared by the tests of the mesh reports: records by their layout, the expected replies, and a
+// mesh to report. The clock is stopped.
 #pragma once
 
 #include "clock_control.h"
@@ -16,7 +16,7 @@
 using LogLines = std::vector<recording_host::LogLine>;
 using Names = std::vector<std::string>;
 
-// Where a text of a record stands, and the key that it is reported under.
+// The place of a text in a record, and the key under which it is reported.
 struct Place {
     const char *key;
     size_t offset;
@@ -26,13 +26,13 @@ using Places = std::vector<Place>;
 
 inline constexpr int64_t kNow = 1767225600;
 
-// What a program finds in a field of the record: its key, in full or as far as it fits.
+// The content of a field of the record: its key, truncated to the field.
 inline std::string value_of(const Place &place)
 {
     return std::string(place.key).substr(0, place.width - 1);
 }
 
-// The same for a device that leaves no room for the NUL.
+// The same for a device that fills its field completely.
 inline std::string brim_of(const Place &place)
 {
     return text_of_length(place.width);
@@ -162,7 +162,7 @@ inline Places select(const Places &places, const Names &keys)
     return chosen;
 }
 
-// An attached device with a text of its own in every field, attached for 100 seconds.
+// An attached device with a different text in every field, attached for 100 seconds.
 inline AdBaseInfo attached_device()
 {
     AdBaseInfo device = {};
@@ -229,7 +229,7 @@ class MeshTest : public HandlerTest {
         recording_device::when<devapi_get_systerm_timetype>([type] { return type; });
     }
 
-    // The list of child routers; a count of its own is one that the array does not have.
+    // The list of child routers; count may differ from the number of identifiers.
     static void child_routers_are(const std::vector<int32_t> &identifiers, int32_t count)
     {
         recording_device::when<devapi_get_childrouter_list>([=](ChildRouterList *list) {
@@ -253,7 +253,7 @@ class MeshTest : public HandlerTest {
         });
     }
 
-    // What the call with this name was given, each time that it was made.
+    // The arguments of each call with this name.
     static Names given_to(const std::string &function, size_t argument)
     {
         Names given;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Mistakes in a field table that the compiler has to refuse. CASE picks one; 0 is none of them.
+// Mistakes in a field table that the compiler must reject. CASE picks one; 0 is none of them.
 #include "recipes.h"
 
 using namespace smart_router;

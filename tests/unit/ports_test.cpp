@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-// What the ports carry, and which connections they serve. Entries that are not freed are found by
-// the address sanitizer.
+// What the ports carry, and which connections they serve. The address sanitizer detects entries
+// that are not freed.
 namespace ports_test {
 
 using recording_device::Call;
@@ -25,8 +25,8 @@ template <size_t width> void put(char (&field)[width], const std::string &text)
 
 constexpr char kStatistics[] = "GET_PORT_STATISTICS";
 
-// Hands over so many entries, each with its number in every text, and says that there are count;
-// none are handed over as a null pointer.
+// Returns this many entries, each with its number in every text, and reports count; no entries are
+// returned as a null pointer.
 void statistics_are(size_t entries, int32_t count, int32_t result = 0)
 {
     when<devapi_get_port_statistics_info>([=](PortStatisticsInfo *info) {

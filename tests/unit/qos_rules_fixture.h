@@ -19,7 +19,7 @@ inline Request action(const std::string &text)
     return kRule.with("Action", quoted(text));
 }
 
-// What is left of a request with a rule, once the device was called.
+// The remainder of a request with a rule after the device call.
 inline std::string left_after(const Request &request, bool failed)
 {
     Request left = request;

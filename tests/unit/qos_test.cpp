@@ -209,7 +209,7 @@ TEST_F(GetQosInfo, ARuleHasNoMoreThanThreeTypes)
 
 } // namespace qos_report_test
 
-// Rules of one's own: what the device makes of them.
+// User-defined rules: how the device handles them.
 namespace qos_rules_test {
 
 using recording_device::when;
@@ -246,7 +246,7 @@ TEST_F(SetQosClassificationInfo, ARuleThatWasNotAddedIsReportedWithoutId)
     }
 }
 
-// The device says what has become of the rule.
+// The device reports the result for the rule.
 TEST_F(SetQosClassificationInfo, WhetherARuleWasAddedIsReadAfterTheCall)
 {
     device_leaves("77", "3");
@@ -272,7 +272,7 @@ TEST_F(SetQosClassificationInfo, ARefusedRuleKeepsItsId)
 
 } // namespace qos_rules_test
 
-// Rules of one's own, as they are read from a request.
+// User-defined rules as read from a request.
 namespace qos_rule_reading_test {
 
 using recording_device::Call;

@@ -25,7 +25,7 @@ constexpr auto kLampFields = Fields{
 
 constexpr auto kNumber = Fields{FIELD_AS(Lamp, number, "Number")};
 
-// A field without room for a NUL, with something behind it that must not be read.
+// A field without room for a NUL, followed by data that must not be read.
 struct Brim {
     char field[4];
     char behind[4];
@@ -261,7 +261,8 @@ TEST_F(RecipesTest, ASettingReturnsTheDevicesResult)
     EXPECT_EQ(setting<set_lamp>(kLampFields, "stuck")(object.get()), -1);
 }
 
-// A device that was changed has to be reported as changed: without memory for that it is not asked.
+// A device that was changed has to be reported as changed: without memory for that it is not
+// called.
 TEST_F(RecipesTest, ASettingWithoutMemoryDoesNotReachTheDevice)
 {
     const auto handler = setting<set_lamp>(kLampFields, "stuck");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What handlers reply. That nothing is lost is for the address sanitizer to see.
+// What handlers reply. The address sanitizer detects leaks.
 #include "reply.h"
 
 #include "failing_memory.h"
@@ -23,7 +23,7 @@ constexpr auto kDoorFields = Fields{
     FIELD(Door, Code),
 };
 
-// A field without room for a NUL, with something behind it that must not be read.
+// A field without room for a NUL, followed by data that must not be read.
 struct Brim {
     char field[4];
     char behind[4];
@@ -169,7 +169,7 @@ TEST_F(ReplyTest, ToAJoinedReplyMoreCanBeJoined)
     }
 }
 
-// Not everything that builds objects keeps where they end.
+// Not every builder of objects maintains the pointer to the last member.
 TEST_F(ReplyTest, AReplyFindsTheEndByItself)
 {
     const Json object = parse(R"({"x":1,"y":2})");
@@ -225,7 +225,7 @@ TEST_F(ReplyTest, AReplyMayBePrinted)
     EXPECT_STREQ(PrintedJson(reply.print()).text(), "{\n}");
     reply.success();
     reply.text("a", "\"");
-    for (int round = 0; round < 2; ++round) { // printing takes nothing out of it
+    for (int round = 0; round < 2; ++round) { // printing does not change it
         EXPECT_STREQ(PrintedJson(reply.print()).text(),
                      "{\n\t\"Status\":\t\"0\",\n\t\"a\":\t\"\\\"\"\n}");
     }
@@ -260,7 +260,7 @@ TEST_F(ReplyTest, AFailureHasItsStatusFirst)
     EXPECT_EQ(failure("abcdef", 3), R"({"Status":"1","FailReason":"abc"})");
 }
 
-// Its text is a constant, which the address sanitizer would see freed.
+// Its text is a constant: the address sanitizer would detect that it is freed.
 TEST_F(ReplyTest, AStatusCanBeCopiedReplacedAndDeleted)
 {
     const Json object = parse("{}");

@@ -23,7 +23,7 @@ constexpr auto kDoorFields = Fields{
     FIELD(Door, Code),
 };
 
-// Not inlined: GCC 12 would take the place of a key for an array of its own, without an end.
+// Not inlined: GCC 12 would take the key's storage for a separate, unterminated array.
 [[gnu::noinline]] Field door_field(size_t position)
 {
     auto field = FieldList(kDoorFields).begin();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What hangs from a child router, in the reports from the topology's list of relations: further
-// child routers, and the devices attached to it.
+// What is attached to a child router, in the reports from the topology's list of relations: further
+// child routers, and devices.
 #include "relations_fixture.h"
 
 namespace router_children_test {
@@ -187,7 +187,7 @@ TEST_F(AttachedToAChildTest, AreTheNodesThatAreNoHeads)
         EXPECT_EQ(devices(), list(both_devices())) << kind;
     }
     when<devapi_get_node_baseinfo>([](const TopoNode *, NodeBaseInfo *first) {
-        first->Kind = 2; // the plug-in's own node is one like any other
+        first->Kind = 2; // the plug-in's own node is treated like any other
         put(first->Mac, "first");
         return 0;
     });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The devices attached to the main router, as the agent reports them by itself.
+// The devices attached to the main router, in the agent's own reports.
 #include "mesh_fixture.h"
 #include "router_info.h"
 
@@ -7,7 +7,7 @@ namespace router_devices_test {
 
 using recording_device::when;
 
-// A device of the kind that is reported, online by cable.
+// A device of the reported type, online by cable.
 AdBaseInfo device_by_cable()
 {
     AdBaseInfo device = attached_device();

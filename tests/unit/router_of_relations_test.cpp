@@ -248,7 +248,7 @@ TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
     EXPECT_EQ(router_report(), "[" + router("[]").with("ParentMacAddress", R"("")").json() + "]");
 }
 
-// What the topology does not know is replaced, each value with memory of its own.
+// Values unknown to the topology are replaced, each in separately allocated memory.
 TEST_F(RouterOfRelationsTest, AreLeftOutWhereMemoryEnds)
 {
     const auto unknown_to_the_topology = [] {

@@ -67,7 +67,7 @@ TEST_F(RouterRelationsTest, AreTheNodesFromTheSecondLevelOn)
     }
     EXPECT_EQ(levels, (std::vector<int32_t>{2, 3, INT_MAX}));
     when<devapi_handle_topo_struct>([](const char *, TopoNode *first) {
-        first->level = 2; // the plug-in's own node is one like any other
+        first->level = 2; // the plug-in's own node is treated like any other
         return 0;
     });
     EXPECT_EQ(routers(), list(1));

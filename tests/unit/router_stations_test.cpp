@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stations of any router, as the agent reports them by itself.
+// The stations of any router, in the agent's own reports.
 #include "mesh_fixture.h"
 #include "router_info.h"
 

@@ -10,7 +10,7 @@ namespace texts_test {
 
 using namespace smart_router;
 
-// A field without room for a NUL, with something behind it that must not be read.
+// A field without room for a NUL, followed by data that must not be read.
 struct Brim {
     char field[4];
     char behind[4];
@@ -41,7 +41,7 @@ TEST_F(TextsTest, AFieldHoldsATextWhenTheyAreTheSame)
     for (const char *other : {"", "d", "doo", "doors", "Door", "door ", "xoor", "doox"}) {
         EXPECT_FALSE(holds(field, other)) << other;
     }
-    memcpy(field, "\0door", 6); // what stands behind the NUL is not the field's text
+    memcpy(field, "\0door", 6); // bytes after the NUL are not part of the text
     EXPECT_TRUE(holds(field, ""));
     EXPECT_FALSE(holds(field, "door"));
 }

@@ -307,7 +307,7 @@ TEST_F(GetTslinkTopologyInfoStations, CallAStationByItsHostNameWithoutAnotherNam
     EXPECT_EQ(station_object(&record), station().with("ByName", R"("Name")").json());
     record = attached_device();
     put(record.ByName, "");
-    fill(record.Name); // without an end
+    fill(record.Name); // unterminated
     const std::string name = quoted(text_of_length(32));
     EXPECT_EQ(station_object(&record), station().with("Name", name).with("ByName", name).json());
     record = attached_device();

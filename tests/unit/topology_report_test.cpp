@@ -87,7 +87,7 @@ TEST_F(GetTslinkTopologyInfo, CutsTheAreaToTheOperatorForItsModel)
     }
     put(base.AreaCode, std::string(27, 'x') + "ARVEN"); // ends without a NUL
     EXPECT_EQ(value("AreaCode"), R"("ARVEN")");
-    put(base.AreaCode, std::string(28, 'x') + "ARVE"); // "N" would be the next field's
+    put(base.AreaCode, std::string(28, 'x') + "ARVE"); // "N" would be in the next field
     put(base.AddressType, "N");
     EXPECT_EQ(value("AreaCode"), quoted(std::string(28, 'x') + "ARVE"));
 }
@@ -549,7 +549,7 @@ TEST_F(GetTslinkTopologyInfoDevices, AreNoneInTheReportWhenTheCountFails)
 
 } // namespace topology_devices_test
 
-// What the topology report says of a device attached to the main router.
+// A device attached to the main router in the topology report.
 namespace topology_device_values_test {
 
 using recording_device::when;
@@ -626,7 +626,7 @@ TEST_F(GetTslinkTopologyInfoDeviceValues, CallsADeviceByItsHostNameWithoutAnothe
 {
     put(device.ByName, "");
     EXPECT_EQ(value("ByName"), "Name");
-    fill(device.Name); // without an end
+    fill(device.Name); // unterminated
     EXPECT_EQ(value("ByName"), text_of_length(32));
     put(device.Name, "NULL");
     EXPECT_EQ(value("ByName"), "NULL");
@@ -651,7 +651,7 @@ TEST_F(GetTslinkTopologyInfoDeviceValues, HasTheTimeThatHasPassed)
         {"0", std::to_string(kNow)},
         {" 1767225500 s", "100"},
         {"-100", std::to_string(kNow + 100)},
-        {"-2147483648", "-380258048"},                     // more than 32 bits hold
+        {"-2147483648", "-380258048"},                     // exceeds 32 bits
         {"4294967296", std::to_string(kNow)},              // the same in 32 bits
         {"9223372036854775807", std::to_string(kNow + 1)}, // likewise
         {"99999999999999999999999999999999", std::to_string(kNow + 1)},

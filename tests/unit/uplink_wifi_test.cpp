@@ -140,7 +140,7 @@ TEST_F(SetUplinkWifiInfo, LooksAtAbsenceFirst)
               (std::vector<LogLine>{{3, "can not find Band object!\n"}, kRefused}));
 }
 
-// No reply at all would say that the device had another result.
+// A missing reply would suggest that the device had another result.
 TEST_F(SetUplinkWifiInfo, WithoutMemoryForTheThirdStatusFails)
 {
     const size_t allocations = sweep_memory(

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Batches of Wi-Fi settings, with the worker in the test's hands.
+// Batches of Wi-Fi settings, with the worker under the test's control.
 #pragma once
 
 #include "handler_test.h"

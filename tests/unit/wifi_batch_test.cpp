@@ -25,8 +25,8 @@ void copy(char *field, const std::string &text)
     strcpy(field, text.c_str());
 }
 
-// A device whose SSIDs hold the names of their fields, with the number behind; of the numbers in
-// failing the SSIDs cannot be read.
+// A device whose SSIDs contain the names of their fields, followed by the number; SSIDs with the
+// numbers in failing cannot be read.
 void device_with_ssids(int32_t count, const std::vector<int32_t> &failing = {})
 {
     when<devapi_get_ssid_num>([count](int32_t *out) {
@@ -339,7 +339,7 @@ class SetWifiInfoListRefusal : public HandlerTest {
 
     std::string send(const Request &request) { return run("SET_WIFI_INFO_LIST", request.json()); }
 
-    // A list that was looked at goes, and nothing else.
+    // A list that was read is removed, and nothing else.
     static std::string refused(const Request &request)
     {
         return request.without("WIFILIST").followed_by(failure("set ssid failed"));
@@ -425,7 +425,7 @@ TEST_F(SetWifiInfoListRefusal, ForAWorkerThatCannotBeStarted)
               (Names{"devapi_get_5g_wifi_index", "devapi_get_5g_wifi_index"}));
 }
 
-// The worker cannot be called back: what has to be answered is there before it starts.
+// The worker cannot be cancelled: the answer is complete before it starts.
 TEST_F(SetWifiInfoListRefusal, ForAWarningWithoutMemory)
 {
     for (size_t first = 0; first < 4; ++first) {

@@ -20,7 +20,7 @@ using Names = std::vector<std::string>;
 class GetWifiSleepSchedule : public HandlerTest {};
 class SetWifiSleepSchedule : public HandlerTest {};
 
-// A device whose periods hold their names with the start timer behind; the period of that timer
+// A device whose periods contain their names followed by the start timer; the period of that timer
 // cannot be read.
 void schedule_failing_at(int32_t timer)
 {
@@ -325,7 +325,7 @@ TEST_F(GetScanWifiSsidlist, AFailedScanMayHandOverMemory)
 
 // ---- GET_SCAN_CHANNEL_POWER --------------------------------------------------------------------
 
-// A scan that hands over so many entries and says that there are count.
+// A scan that returns this many entries and reports count.
 void powers_are(size_t entries, int32_t count, int32_t result = 0)
 {
     when<devapi_scan_channel_power>([=](ChannelPowerResult *power) {

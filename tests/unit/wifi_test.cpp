@@ -15,7 +15,7 @@ class GetWifiInfo : public HandlerTest {};
 
 // ---- GET_WIFI_INFO -----------------------------------------------------------------------------
 
-// A device whose fields hold what the protocol calls them.
+// A device whose fields contain their names in the protocol.
 int32_t named_ssid(SsidInfo *info)
 {
     *info = {77,       "SSID",      "PWD",  "ENCRYPT", "PowerLevel", "Channel", "UsedCha",
@@ -146,7 +146,7 @@ TEST_F(SetWifiInfo, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
                       (Names{"devapi_set_ssid_info", "devapi_set_5gwifi_powerlevel"}));
             const auto calls = recording_device::calls();
             EXPECT_EQ(recording_device::record<SsidInfo>(calls[0]).PowerLevel, text_of_length(63));
-            EXPECT_EQ(calls[1].arguments[0], text_of_length(100)); // uncut
+            EXPECT_EQ(calls[1].arguments[0], text_of_length(100)); // not truncated
         }
     }
 }

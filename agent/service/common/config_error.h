@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is wrong with a configuration or a policy: each problem with its file, line and key.
+// Validation errors of a configuration or a policy: each with its file, line and key.
 #pragma once
 
 #include <cstddef>
@@ -10,20 +10,20 @@
 
 namespace agent::service {
 
-// A text out of a file, for a message: in quotes, on one line and not too long.
+// A text from a file, for a message: in quotes, on one line, truncated if long.
 std::string in_message(std::string_view text);
 
 struct ConfigProblem {
     std::string file; // or "command line"
-    size_t line = 0;  // 0: of no line
+    size_t line = 0;  // 0: none
     std::string key;  // as in "limits.queue"; may be empty
     std::string text; // a sentence without its full stop
 
-    // "FILE:LINE: KEY: TEXT", on one line whatever stands in them.
+    // "FILE:LINE: KEY: TEXT", on one line regardless of their contents.
     std::string message() const;
 };
 
-// what() has all of them, a line each, by file and line.
+// what() lists all problems, one per line, by file and line.
 class ConfigError : public std::runtime_error {
   public:
     explicit ConfigError(std::vector<ConfigProblem> problems);

@@ -18,12 +18,12 @@ namespace {
 
 using boost::asio::posix::stream_descriptor;
 
-// The loop reads one descriptor at a time: one buffer serves them all. It is wiped after use, since
-// passwords pass.
+// The loop reads one descriptor at a time, so all share one buffer. It is wiped after use, since it
+// may have contained passwords.
 constexpr size_t kReadSize = 64UL * 1024;
 char buffer[kReadSize];
 
-// What has been written is cut off at the front once it is so much.
+// Written data is erased from the front of the buffer once it reaches this size.
 constexpr size_t kMuchWritten = 256UL * 1024;
 
 void forbid_waiting(int descriptor)
@@ -79,7 +79,7 @@ void LineStream::wait_for_input()
                    });
 }
 
-// Result: what read() gives; what was read has been taken.
+// Result: that of read(); the input has been processed.
 ssize_t LineStream::read_once()
 {
     ssize_t count = 0;
@@ -121,7 +121,7 @@ void LineStream::drain(size_t most)
     }
 }
 
-// Hands the lines out. What is left of them stays in unread_.
+// Passes the lines on. The rest stays in unread_.
 void LineStream::take(std::string_view bytes)
 {
     is_taking_ = true;
@@ -138,7 +138,7 @@ void LineStream::take(std::string_view bytes)
     is_taking_ = false;
 }
 
-// Result: how many bytes are done with.
+// Result: the number of bytes processed.
 size_t LineStream::take_lines(std::string_view bytes)
 {
     size_t taken = 0;
@@ -178,7 +178,7 @@ void LineStream::resume()
     if (is_taking_) {
         return;
     }
-    // The listener must not be called by whom it calls.
+    // Deferred, so that the listener is not called from within its own call.
     boost::asio::post(in_.get_executor(), [self = shared_from_this()] {
         if (!self->is_open() || self->is_paused_) {
             return;
@@ -198,7 +198,7 @@ void LineStream::resume()
     });
 }
 
-// The last line need not have an end.
+// The last line may lack its line end.
 void LineStream::end_input(bool is_gone)
 {
     has_input_ended_ = true;
@@ -227,7 +227,8 @@ void LineStream::send(std::string_view line)
         if (done == line.size() + 1) {
             return;
         }
-        // A failure shows again when the rest is written, outside of the caller's work.
+        // An error recurs when the rest is written, and is handled there, outside of the caller's
+        // work.
         wait_for_output();
     }
     pending_.append(line.substr(std::min(done, line.size())));

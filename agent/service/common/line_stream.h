@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lines over descriptors, on the event loop: a socket, or a pair of pipes. Nothing here ever waits.
+// Lines over descriptors, on the event loop: a socket, or a pair of pipes. Nothing here blocks.
 #pragma once
 
 #include <boost/asio/io_context.hpp>
@@ -16,11 +16,11 @@ namespace agent::service {
 class LineListener {
   public:
     virtual void on_line(std::string_view line) = 0;
-    // The line that begins here is longer than it may be; it is passed over.
+    // The line that begins here is too long; it is skipped.
     virtual void on_too_long() = 0;
-    // Nothing more comes. is_gone: nor does the other side read any more.
+    // End of input. is_gone: the peer no longer reads either.
     virtual void on_input_end(bool is_gone) = 0;
-    // All that was to be written has been.
+    // All output has been written.
     virtual void on_drained() = 0;
 
   protected:
@@ -29,8 +29,8 @@ class LineListener {
 
 class LineStream : public std::enable_shared_from_this<LineStream> {
   public:
-    // Takes the descriptors over; out is -1 where in is for both. The listener has to stay until
-    // close().
+    // Takes ownership of the descriptors; out is -1 if in is used for both. The listener must live
+    // until close().
     static std::shared_ptr<LineStream> make(boost::asio::io_context &loop, int in, int out,
                                             size_t max_line, LineListener &listener);
     ~LineStream();
@@ -38,20 +38,20 @@ class LineStream : public std::enable_shared_from_this<LineStream> {
     LineStream &operator=(const LineStream &) = delete;
 
     void start();
-    // No line comes until resume(); what has been read already is kept. Both may be called from
-    // within on_line().
+    // No line is passed on until resume(); input that has been read is kept. Both may be called
+    // from within on_line().
     void pause() { is_paused_ = true; }
     void resume();
     bool is_paused() const { return is_paused_; }
 
-    // Writes the line and its end; what there is no room for is kept until there is some.
+    // Writes the line and its end; what cannot be written yet is buffered.
     void send(std::string_view line);
-    // How much is kept.
+    // The number of buffered bytes.
     size_t pending() const { return pending_.size() - written_; }
 
-    // Reads what is left, at most this much, where the other side has ended.
+    // Reads the remaining input, at most this much, after the peer has ended.
     void drain(size_t most);
-    // Ends writing, once all has been written.
+    // Closes the output once all of it has been written.
     void end_output();
     void close();
     bool is_open() const { return listener_ != nullptr; }
@@ -74,9 +74,9 @@ class LineStream : public std::enable_shared_from_this<LineStream> {
     std::optional<boost::asio::posix::stream_descriptor> out_;
     const size_t max_line_;
     LineListener *listener_;
-    std::string unread_;       // of a line whose end has not come, or while paused
-    size_t searched_ = 0;      // bytes of it that hold no line end
-    bool is_skipping_ = false; // a line that is too long
+    std::string unread_;       // an incomplete line, or input while paused
+    size_t searched_ = 0;      // bytes of it known to contain no line end
+    bool is_skipping_ = false; // while inside a line that is too long
     bool is_paused_ = false;
     bool is_taking_ = false;
     bool is_waiting_for_input_ = false;

@@ -20,8 +20,8 @@ constexpr std::array<std::string_view, 9> kCodes = {
 
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 
-// Walks over the members of the outer object. Of a text that is JSON it sees what every parser
-// sees. What it makes of other texts does not matter: the worker refuses them whole.
+// Iterates over the members of the outer object. For valid JSON it agrees with every parser. Its
+// results for other texts do not matter: the worker rejects them.
 class OuterKeys {
   public:
     explicit OuterKeys(std::string_view line) : line_(line)
@@ -36,8 +36,7 @@ class OuterKeys {
 
     bool is_good() const { return is_good_; }
 
-    // The next key and value, as they stand in the line. Result: false at the object's end, or when
-    // there is something wrong.
+    // The next key and value, unparsed. Result: false at the object's end, or on an error.
     bool next_member(std::string_view &key, std::string_view &value)
     {
         if (!is_good_ || has_ended_) {
@@ -103,7 +102,7 @@ class OuterKeys {
     bool has_ended_ = false;
 };
 
-// The text that a JSON string stands for; nothing for other values.
+// The value of a JSON string; nothing for other values.
 std::optional<std::string> text_of(std::string_view value)
 {
     if (value.size() < 2 || value.front() != '"' || value.back() != '"') {
@@ -119,7 +118,7 @@ std::optional<std::string> text_of(std::string_view value)
 struct Kind {
     std::string_view key;
     Subject subject;
-    bool has_name; // the value is it; else the key itself
+    bool has_name; // the value is the name; otherwise the key is
 };
 
 constexpr Kind kKinds[] = {
@@ -136,7 +135,7 @@ Request refused(Request request, std::string error)
     return request;
 }
 
-// Lets the parser that the worker has say what is wrong.
+// Takes the error message from the worker's parser.
 Request refused_by_parser(Request request)
 {
     try {
@@ -150,7 +149,7 @@ Request refused_by_parser(Request request)
     }
 }
 
-// The part of the system that raises a notice; empty where it is not told.
+// The part of the system that raises a notice; empty if not given.
 std::string raiser_of(std::string_view notice)
 {
     OuterKeys keys(notice);
@@ -164,7 +163,7 @@ std::string raiser_of(std::string_view notice)
     return "";
 }
 
-// Result: whether the key is one of those that say what is asked for, and has a fitting value.
+// Reads the request's type and name from its key. Result: whether the value is valid.
 bool read_kind(const Kind &kind, std::string_view value, Request &request)
 {
     request.subject = kind.subject;
@@ -213,7 +212,7 @@ Request read_request(std::string_view line)
     if (!keys.is_good() || kinds == 0 || !has_name) {
         return refused_by_parser(std::move(request));
     }
-    // Which one is meant must not be a matter of who reads the line.
+    // Otherwise gate and worker could disagree on which request is meant.
     if (kinds > 1) {
         return refused(std::move(request), "the line asks for more than one thing");
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What passes between a way in, the gate and the worker.
+// The data passed between a transport, the gate and the worker.
 #pragma once
 
 #include <string>
@@ -8,24 +8,24 @@
 
 namespace agent::service {
 
-// Who is at the other end of a connection. The way in says so, never a message.
+// The identity of a connection's peer. It comes from the transport, never from a message.
 struct Identity {
     std::string way_in; // "socket"
     std::string name;   // for the audit and for refusals: "user:alice"
-    // What a policy can name, the most special first: "user:alice", "uid:1000", "group:staff",
-    // "gid:50".
+    // The names by which a policy can refer to it, the most specific first: "user:alice",
+    // "uid:1000", "group:staff", "gid:50".
     std::vector<std::string> principals;
-    bool is_owner = false; // the same user as the service's, on the local socket
+    bool is_owner = false; // the service's own user, on the local socket
 };
 
-// What a request asks for; its name says which.
+// The type of a request; the request's name selects one of that type.
 enum class Subject { kCommand, kReport, kNotice, kControl, kSubscription };
 
 constexpr std::string_view kHello = "hello"; // the only control there is
 
-// Why there is no result: the same for every way in.
+// Why there is no result: the same codes for all transports.
 enum class Code {
-    kNone, // there is one
+    kNone, // there is a result
     kBadRequest,
     kDenied,
     kRateLimited,
@@ -36,16 +36,16 @@ enum class Code {
     kRebooting
 };
 
-// As it stands in answers: "bad-request".
+// As in answers: "bad-request".
 std::string_view name_of(Code code);
 
-// A line as `serve` takes it, with what the gate has to know of it. The worker is handed the line
-// as it came: it is looked into for its outer keys only.
+// A line for `serve`, with what the gate must know of it. Only its outer keys are parsed; the
+// worker gets the line unchanged.
 struct Request {
     std::string line;
     std::string id = "null"; // JSON text
     Subject subject = Subject::kCommand;
-    // Of the command or report; the pattern of a subscription; who raises the notice.
+    // The name of the command or report; the pattern of a subscription; the source of the notice.
     std::string name;
     bool is_unsubscribe = false; // of a subscription
     size_t params_begin = 0;     // in the line
@@ -60,17 +60,17 @@ struct Request {
     }
 };
 
-// Never throws for what stands in the line: then the request says what is wrong with it.
+// Never throws because of the line's contents: the request then contains the error.
 Request read_request(std::string_view line);
 
-// What a way in answers a line with that it had no room for.
+// A transport's answer to a line that is too long.
 std::string too_long_answer(size_t max_line);
 
-// {"id": ID, "error": TEXT, "code": CODE}; rule is what a denial names beside it.
+// {"id": ID, "error": TEXT, "code": CODE}; rule is added to a denial.
 std::string error_answer(std::string_view id, Code code, std::string_view text,
                          std::string_view rule = "");
 
-// The code in an answer that may be an error; its reply is not looked into.
+// The code in an answer that may be an error; a reply in it is not parsed.
 Code code_in(std::string_view answer);
 
 } // namespace agent::service

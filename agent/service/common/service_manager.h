@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// systemd, where it has started us. Its library is loaded only then: no other start pays for it.
+// Communication with systemd if it has started this process. Its library is loaded only then, so
+// that other starts do not pay for it.
 #pragma once
 
 #include <chrono>
@@ -12,11 +13,11 @@ class ServiceManager {
   public:
     ServiceManager();
 
-    // "READY=1" and the like; does nothing where nobody listens.
+    // Sends "READY=1" and the like; does nothing without systemd.
     void notify(const std::string &state) const;
-    // The sockets that were handed over.
+    // The sockets passed by systemd.
     std::vector<int> take_sockets() const;
-    // How often it wants to hear that we are alive; zero: not at all.
+    // The watchdog's timeout; zero: no watchdog.
     std::chrono::microseconds watchdog() const;
 
   private:

@@ -32,7 +32,7 @@ int bind_socket(const std::string &path)
 {
     const sockaddr_un address = address_of(path);
     Descriptor made(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    // By the mask: else others could connect until the mode is set.
+    // Set through the umask: otherwise others could connect before the mode is set.
     const mode_t before = umask(S_IRWXG | S_IRWXO | S_IXUSR);
     const int bound =
         bind(made.get(), reinterpret_cast<const sockaddr *>(&address), sizeof(address));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What those who open sockets and descriptors share.
+// Helpers for sockets and descriptors.
 #pragma once
 
 #include <string>
@@ -15,11 +15,10 @@ std::string system_problem(const std::string &what);
 // Throws std::runtime_error where the path is too long or empty.
 sockaddr_un address_of(const std::string &path);
 
-// A new socket that is bound to the path; nobody but the user may connect. Throws
-// std::runtime_error.
+// A new socket bound to the path; only the user may connect. Throws std::runtime_error.
 int bind_socket(const std::string &path);
 
-// Closes its descriptor.
+// A guard that closes its descriptor.
 class Descriptor {
   public:
     explicit Descriptor(int descriptor) : descriptor_(descriptor) {}

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-// toml++ 3.3, safe for files of any content. Two things have to be changed before it is:
+// toml++ 3.3, safe for files of any content. It needs two changes:
 //
-// - Some of its assertions do not hold for wrong files, which it then refuses itself. Without
-// NDEBUG they would
-//   end the process, and with it clang would take them for granted.
-// - Its test for spaces beyond ASCII takes some letters for impossible, such as a Greek one outside
-// a text.
-//   What is no space has to be told so.
+// - Some of its assertions fail for invalid files, which it would then reject itself. Without
+//   NDEBUG they would end the process, and with it clang would assume that they are true.
+// - Its test for non-ASCII spaces assumes that some letters cannot occur, such as a Greek one
+//   outside a string. The test must return false for them.
 #pragma once
 
 #pragma push_macro("NDEBUG")

@@ -16,8 +16,7 @@ namespace agent::service {
 namespace {
 
 constexpr size_t kMaxBytes = 256UL * 1024;
-// Each dot of a key is a table within a table, and tables are freed by functions that call
-// themselves.
+// Each dot of a key nests a table, and tables are freed recursively.
 constexpr auto kMaxDots = 200;
 
 [[noreturn]] void fail(const std::string &file, size_t line, std::string text)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// TOML files as the service takes them: of bounded size and depth, and every value with its line.
+// TOML files for the service: of bounded size and depth, and every value with its line.
 #pragma once
 
 #include "service/common/config_error.h"
@@ -13,15 +13,15 @@
 
 namespace agent::service {
 
-// The file's text. Throws ConfigError, also for what is no regular file: a pipe would make a
-// running service wait.
+// The file's text. Throws ConfigError, also if it is not a regular file: a pipe would block a
+// running service.
 std::string read_toml_file(const std::string &path);
 
-// Throws ConfigError for what is no TOML in UTF-8, or is too long or nested too deeply.
+// Throws ConfigError if the text is not TOML in UTF-8, too long or nested too deeply.
 toml::table parse_toml(std::string_view text, const std::string &file);
 
-// Takes the values of a table out of it by their keys and collects what is wrong with them. A key
-// that nobody has asked for is wrong as well.
+// Reads the values of a table by their keys and collects validation errors. A key that was never
+// read is an error as well.
 class TomlReader {
   public:
     // The prefix names the table in messages: "limits".
@@ -31,7 +31,7 @@ class TomlReader {
     {
     }
 
-    // Null, or nothing, where the key is absent or its value has another type.
+    // Null, or nothing, if the key is absent or its value has another type.
     const toml::table *table(std::string_view key);
     const std::string *text(std::string_view key);
     std::optional<int64_t> whole_number(std::string_view key);
@@ -41,7 +41,7 @@ class TomlReader {
 
     size_t line_of(std::string_view key) const;
     void add_problem(size_t line, std::string_view key, std::string text);
-    // To be called when all keys have been asked for.
+    // To be called when all keys have been read.
     void refuse_other_keys();
 
   private:

@@ -18,7 +18,7 @@ namespace agent::service {
 
 namespace {
 
-// A request can be as long as a line may be; the audit is to stay readable.
+// A request can be as long as a line; the audit must stay readable.
 constexpr size_t kMaxParams = 4096;
 constexpr size_t kMaxName = 256;
 
@@ -59,8 +59,8 @@ std::string_view subject_word(Subject subject)
     return found != words.end() ? found->word : "command";
 }
 
-// The JSON with the passwords in addresses replaced. Other spellings of the same text, as
-// "http:\/\/", are addresses as well.
+// The JSON with the passwords in URLs replaced. Strings with escapes, such as "http:\/\/", are
+// recognised as URLs as well.
 std::string mask_addresses(const std::string &json)
 {
     std::string shown;
@@ -90,7 +90,7 @@ std::string params_member(std::string_view params)
     if (!nlohmann::json::accept(masked)) {
         return ",\"params\":" + json_text(masked);
     }
-    // Only space between the values can hold a line's end.
+    // In valid JSON, only whitespace between values can contain a line end.
     std::ranges::replace_if(
         masked, [](char letter) { return letter == '\n' || letter == '\r'; }, ' ');
     return ",\"params\":" + mask_addresses(masked);
@@ -186,9 +186,9 @@ bool AuditLog::append(std::string_view line)
     if (written == static_cast<ssize_t>(line.size())) {
         return true;
     }
-    const int reason = written < 0 ? errno : ENOSPC; // only a full disk takes a part
+    const int reason = written < 0 ? errno : ENOSPC; // only a full disk causes a partial write
     if (written > 0 && before >= 0 && ftruncate(descriptor_, before) != 0) {
-        // A part of the line stands there. The next one begins on a line of its own.
+        // A part of the line remains in the file. The next record must start on a new line.
         [[maybe_unused]] const ssize_t ended = ::write(descriptor_, "\n", 1);
     }
     if (went_well_before) {

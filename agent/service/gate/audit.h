@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One line of JSON for each request: who asked for what, how it ended and how long it took.
+// The audit: one line of JSON for each request with the client, the request, its result and its
+// duration.
 #pragma once
 
 #include "service/common/request.h"
@@ -17,22 +18,21 @@ struct AuditRecord {
     std::string_view role; // empty: none
     Subject subject = Subject::kCommand;
     std::string_view name;
-    std::string_view params; // as they came; passwords and keys are masked
+    std::string_view params; // unchanged; passwords and keys are masked in the line
     std::string_view code;   // of an error; empty for an answer
-    std::string_view rule;   // of a refusal, and of what was allowed
+    std::string_view rule;   // that refused or allowed the request
     std::optional<int32_t> result;
-    std::string_view status; // the reply's "Status"; empty: it has none
+    std::string_view status; // the reply's "Status"; empty if absent
     std::chrono::microseconds waited{0};
     std::chrono::microseconds worked{0};
 };
 
-// The line, with its end. Params that are too long are left out, and the line says how long they
-// are.
+// The line with its end. Params that are too long are replaced by their length.
 std::string audit_line(const AuditRecord &record, std::chrono::system_clock::time_point now);
 
-// The file to which the lines are appended. Whatever becomes of it, the service goes on: a line
-// that cannot be written whole is taken back and counted, and as soon as there is room, a line says
-// how many are missing: {"time": TEXT, "lost": COUNT}.
+// The file to which the lines are appended. The service continues regardless of write errors: a
+// line that cannot be written whole is removed and counted, and as soon as there is room, a line
+// reports how many are missing: {"time": TEXT, "lost": COUNT}.
 class AuditLog {
   public:
     AuditLog() = default; // writes nothing
@@ -40,18 +40,17 @@ class AuditLog {
     AuditLog(const AuditLog &) = delete;
     AuditLog &operator=(const AuditLog &) = delete;
 
-    // Opens the file, or another one, or the same again after it was renamed; the one before is
-    // then closed. An empty path: none. Result: what went wrong, else empty; the file before stays
-    // in use.
+    // Opens a file, also the same one again after it was renamed, and closes the previous one. An
+    // empty path: no file. Result: empty, or the error; the previous file then stays in use.
     std::string open(const std::string &path);
 
     void write(const AuditRecord &record, std::chrono::system_clock::time_point now);
 
-    // Lines that are missing in the file and not told of there yet, and in all since the start.
+    // The number of lost lines that the file does not report yet, and the total since the start.
     uint64_t untold() const { return untold_; }
     uint64_t lost() const { return lost_; }
 
-    // What went wrong when a line was lost, once for each time that it begins; else empty.
+    // The error when lines begin to be lost, returned once each time; otherwise empty.
     std::string take_problem();
 
   private:

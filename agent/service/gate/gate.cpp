@@ -19,8 +19,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Answers that wait behind those of a client's earlier requests. A client that sends on without
-// reading is not read from any more.
+// Answers that wait for those of a client's earlier requests. A client that keeps sending without
+// reading answers is no longer read from.
 constexpr size_t kMostEntries = 64;
 constexpr size_t kMostSubscriptions = 32;
 constexpr size_t kMostPattern = 128;
@@ -48,7 +48,7 @@ std::string_view behind(std::string_view line, std::string_view mark)
     return at == std::string_view::npos ? "" : line.substr(at + mark.size());
 }
 
-// What an answer's line says, found without reading all of it.
+// The result in an answer's line, found without parsing all of it.
 std::optional<int32_t> result_in(std::string_view line)
 {
     const std::string_view text = behind(line, R"("result":)");
@@ -65,7 +65,7 @@ std::string_view status_in(std::string_view line)
 
 } // namespace
 
-// A client's place: its requests in their order, and what it wants to be told of.
+// The state of a client: its requests in order, and its subscriptions.
 class Session {
   public:
     Session(std::shared_ptr<const Identity> identity, Client &way_in)
@@ -86,7 +86,7 @@ class Session {
 
     std::shared_ptr<const Identity> who;
     Client *client;
-    std::deque<Entry> entries; // answered ones leave at the front
+    std::deque<Entry> entries; // answered ones are removed at the front
     size_t waiting = 0;
     bool is_lined_up = false;
     bool was_full = false;
@@ -293,25 +293,25 @@ void Gate::give_next()
     supervisor_.run(next->request, time_of(next->request));
 }
 
-// The request that the worker has is the one of its session that is neither waiting nor answered.
+// The running request is the one of its session that is neither waiting nor answered.
 void Gate::finish(std::string_view line, Code code)
 {
     Session *session = std::exchange(running_, nullptr);
     if (session == nullptr) {
-        return; // the client has gone
+        return; // the client has disconnected
     }
     const auto entry = std::ranges::find_if(session->entries, [](const Session::Entry &one) {
         return !one.is_waiting && !one.is_answered;
     });
     audit(*session, entry->request, entry->verdict, code, line,
           between(entry->arrived, entry->begun), between(entry->begun, Clock::now()));
-    // The one place where a reply is read: for those who may not see secrets.
+    // The only place where a reply is parsed: to mask it for clients that may not see secrets.
     std::string masked;
     if (!entry->verdict.sees_secrets) {
         masked = mask_json(line);
         line = masked;
     }
-    if (session->entries.size() == 1) { // nearly always; the answer need not be kept
+    if (session->entries.size() == 1) { // the usual case; the answer need not be kept
         session->entries.pop_front();
         session->client->on_answer({line, code});
         return;
@@ -322,7 +322,7 @@ void Gate::finish(std::string_view line, Code code)
     flush(*session);
 }
 
-// Hands out what is answered, up to the first that is not.
+// Delivers the answers up to the first unanswered request.
 void Gate::flush(Session &session)
 {
     const bool was_full = is_full(session);
@@ -385,7 +385,7 @@ void Gate::on_event(std::string_view name, std::string_view line)
             })) {
             continue;
         }
-        // A wide pattern may take in what another rule denies.
+        // A wide pattern may match an event that another rule denies.
         const auto verdict = options_.policy.decide(*session->who, Subject::kSubscription, name);
         if (verdict.allowed) {
             session->client->on_event(verdict.sees_secrets ? line : mask_json(line));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Between the ways in and the worker: who may ask for what, whose turn it is, and who is told of
-// events. It knows neither how requests come in nor what the plug-in does with them.
+// Between the transports and the worker: authorisation, scheduling of requests, and delivery of
+// events. It is independent of the transport and of what the plug-in does with a request.
 #pragma once
 
 #include "service/common/request.h"
@@ -28,13 +28,14 @@ struct Answer {
     Code code;
 };
 
-// What a way in has for each of its clients.
+// Implemented by a transport for each of its clients.
 class Client {
   public:
-    // In the order of the requests.
+    // Called in the order of the requests.
     virtual void on_answer(const Answer &answer) = 0;
     virtual void on_event(std::string_view line) = 0;
-    // Whether it has room for another answer; once it has again, the way in calls Gate::resume().
+    // Whether it has room for another answer; when it has room again, the transport calls
+    // Gate::resume().
     virtual bool has_room() const = 0;
     // Gate::is_full() is false again.
     virtual void on_less_full() = 0;
@@ -44,8 +45,8 @@ class Client {
 };
 
 struct GateOptions {
-    size_t queue = 16;             // requests of a connection that wait for their turn
-    std::chrono::seconds time{30}; // of a command of which the protocol says nothing else
+    size_t queue = 16;             // waiting requests of a connection
+    std::chrono::seconds time{30}; // for a command without a time in the protocol
     Policy policy = Policy::for_owner_only();
     std::string audit; // file; empty: none
 };
@@ -63,24 +64,25 @@ class Gate : SupervisorListener {
     Gate(boost::asio::io_context &loop, std::unique_ptr<Worker> worker, Hooks hooks);
     ~Gate();
 
-    // Also while it is at work. Result: what is wrong with the audit's file, else empty.
+    // May be called while the gate is running. Result: what is wrong with the audit's file,
+    // otherwise empty.
     std::string set_options(GateOptions options);
     Supervisor &supervisor() { return supervisor_; }
 
-    // The client stays until close(); its requests that have not begun by then never do.
+    // The client must live until close(), which drops its requests that have not been started.
     Session *open(std::shared_ptr<const Identity> who, Client &client);
     void close(Session *session);
     void submit(Session &session, Request request);
-    // A line that the way in had no room for, in its turn.
+    // Answers, in its turn, a line that was too long for the transport.
     void refuse(Session &session, Code code, std::string answer);
     void resume(Session &session);
-    // Whether the way in should let the client's next requests wait.
+    // Whether the transport should stop reading the client's requests.
     static bool is_full(const Session &session);
     static bool is_answered(const Session &session);
-    static bool is_idle(const Session &session); // that, and there is nothing to be told of
+    static bool is_idle(const Session &session); // all answered, and no subscriptions
 
     void start() { supervisor_.start(); }
-    // Lets the running command come to its end; all others are refused.
+    // Lets the running command end; all others are refused.
     void stop();
 
   private:
@@ -112,12 +114,12 @@ class Gate : SupervisorListener {
     GateOptions options_;
     RateLimiter rates_;
     AuditLog audit_;
-    // What the protocol says, of the commands that may take long.
+    // The times in the protocol of the commands that may take long.
     std::map<std::string, std::chrono::seconds, std::less<>> times_;
     const std::string epoch_;
     std::list<std::unique_ptr<Session>> sessions_;
-    std::deque<Session *> turns_; // those that have requests waiting, each once
-    Session *running_ = nullptr;  // whose request the worker has; null also when that one has gone
+    std::deque<Session *> turns_; // the sessions with waiting requests, each once
+    Session *running_ = nullptr;  // whose request is running; null once its client has left
     bool is_stopping_ = false;
     bool is_rebooting_ = false;
     Supervisor supervisor_;

@@ -7,8 +7,8 @@ bool matches(std::string_view pattern, std::string_view text)
 {
     size_t at = 0;
     size_t read = 0;
-    size_t star = std::string_view::npos; // the last one
-    size_t taken = 0;                     // where its text ends, so far
+    size_t star = std::string_view::npos; // position of the last star
+    size_t taken = 0;                     // end of the text that it matches so far
     while (read < text.size()) {
         if (at < pattern.size() && pattern[at] == '*') {
             star = at++;

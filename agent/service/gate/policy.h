@@ -9,8 +9,8 @@
 //   rate = 20
 //   burst = 40
 //
-// Who is in no role may do nothing, except for the service's owner on the local socket, who may do
-// everything. docs/service.md has what a member and a rule can be and which rule decides.
+// A client without a role may do nothing, except for the service's owner on the local socket, who
+// may do everything. docs/service.md describes members, rules, and which rule decides.
 #pragma once
 
 #include "service/common/config_error.h"
@@ -25,27 +25,27 @@
 
 namespace agent::service {
 
-// What a rule speaks of. Selectors stand for all commands of a subject or of an effect.
+// What a rule refers to. Selectors stand for all commands of a subject or of an effect.
 struct Rule {
     enum class Kind {
         kName,
         kSelector,
         kPattern
-    }; // a later one decides only where no earlier does
+    }; // a later kind decides only if no earlier one does
     Subject subject = Subject::kCommand;
     Kind kind = Kind::kName;
-    std::string pattern;               // without what says the subject: "update.*"
+    std::string pattern;               // without the subject's prefix: "update.*"
     std::vector<std::string> commands; // of a selector, sorted
     bool allows = false;
-    std::string place; // as refusals show it: FILE:LINE: deny "event:update.*"
+    std::string place; // as shown in refusals: FILE:LINE: deny "event:update.*"
 
-    // How many characters are no wildcards: the longer of two patterns decides.
+    // The number of characters that are not wildcards: the longer of two patterns decides.
     size_t length() const;
     bool matches(Subject asked, std::string_view name) const;
 };
 
-// What is asked for, as a rule writes it: "GET_SN_INFO", "report:topology", "event:update.*".
-// Nothing when there is no such kind of request.
+// A request in the notation of rules: "GET_SN_INFO", "report:topology", "event:update.*". Nothing
+// when there is no such type of request.
 struct AskedFor {
     Subject subject = Subject::kCommand;
     std::string name;
@@ -54,23 +54,22 @@ std::optional<AskedFor> read_asked_for(std::string_view text);
 
 class Policy {
   public:
-    // The policy of a file that holds roles and nothing else. Throws ConfigError with all that is
-    // wrong.
+    // The policy of a file that contains only roles. Throws ConfigError with all problems.
     static Policy parse(std::string_view toml, const std::string &file);
     static Policy for_owner_only() { return {}; }
 
     struct Verdict {
         bool allowed = false;
         std::string role; // empty: none
-        std::string rule; // why: the file, the line and the rule as written, or a sentence
+        std::string rule; // reason: the file, the line and the rule as written, or a sentence
         bool sees_secrets = false;
     };
-    // Of a subscription, the name is the pattern that is subscribed to; it is allowed when a rule's
-    // pattern matches it as a text. A wide subscription may bring an event that another rule
-    // denies, so each event is asked for by its own name as well, before it is sent.
+    // For a subscription, the name is the pattern subscribed to; it is allowed when a rule's
+    // pattern matches it as a text. A wide subscription may match an event that another rule
+    // denies, so each event is also checked by its own name before it is sent.
     Verdict decide(const Identity &who, Subject subject, std::string_view name) const;
 
-    // Of the roles that have one. The owner has none.
+    // The limits of the roles that have one. The owner has none.
     RateLimiter::Limits limits() const;
     std::optional<RateLimit> limit_of(std::string_view role) const;
 
@@ -78,7 +77,7 @@ class Policy {
     friend class PolicyReader;
     struct Role {
         std::string name;
-        std::vector<Rule> rules; // what decides first comes first
+        std::vector<Rule> rules; // in order of precedence
         bool secrets = false;
         std::optional<RateLimit> limit;
     };

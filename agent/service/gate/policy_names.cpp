@@ -41,7 +41,7 @@ std::vector<std::string> known_names(Subject subject)
             names.push_back(description["event"].text());
         }
         break;
-    case Subject::kNotice: // of any part of the system
+    case Subject::kNotice: // any part of the system may raise one
         break;
     }
     return names;
@@ -50,7 +50,7 @@ std::vector<std::string> known_names(Subject subject)
 std::map<std::string, std::vector<std::string>> commands_by(const std::string &key)
 {
     std::map<std::string, std::vector<std::string>> commands;
-    for (const Description &description : descriptions()) { // by name
+    for (const Description &description : descriptions()) { // sorted by name
         commands[description[key].text()].push_back(description["command"].text());
     }
     return commands;

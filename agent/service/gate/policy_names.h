@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// All that a policy can name, so that a rule that would match nothing is found when it is read.
+// All names that a policy can use, so that a rule that matches nothing is detected when it is read.
 #pragma once
 
 #include "service/common/request.h"
@@ -11,18 +11,18 @@
 
 namespace agent::service {
 
-// The words before the colon of a rule that speak of a request other than a command, by subject.
+// The prefixes, before the colon, of rules on requests other than commands, by subject.
 struct SubjectWord {
     Subject subject;
     std::string_view word;
 };
 const std::vector<SubjectWord> &subject_words();
 
-// The names of a subject's requests; none where any name can come, as with notices.
+// The names of a subject's requests; empty if any name is possible, as with notices.
 std::vector<std::string> known_names(Subject subject);
 
-// The values that the protocol's commands have under the key "subject" or "effect", each with the
-// names of the commands that have it, sorted.
+// Maps each value of the key "subject" or "effect" in the protocol's descriptions to the sorted
+// names of the commands with that value.
 std::map<std::string, std::vector<std::string>> commands_by(const std::string &key);
 
 } // namespace agent::service

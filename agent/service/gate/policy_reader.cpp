@@ -76,7 +76,7 @@ std::string read_selector(const std::string &key, const std::string &value, Rule
            list_of_names(values, true);
 }
 
-// Also a pattern that matches nothing is a problem: a misspelt denial would allow.
+// A pattern that matches nothing is a problem, too: a misspelt denial would allow the request.
 std::string problem_of_names(const Rule &rule, std::string_view written)
 {
     if (rule.pattern.empty()) {
@@ -125,7 +125,7 @@ Policy PolicyReader::read(const toml::table &roles, const std::string &file,
 {
     PolicyReader reader(file, problems);
     TomlReader tables(roles, file, "roles", problems);
-    // By line, so that of two roles with the same member the later one is told.
+    // Sorted by line, so that of two roles with the same member the later one is reported.
     std::vector<std::pair<size_t, std::string>> names;
     for (const auto &[key, node] : roles) {
         names.emplace_back(key.source().begin.line, key.str());

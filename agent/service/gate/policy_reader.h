@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reads a policy from the tables of a TOML file, of its own or within a configuration.
+// Reads a policy from the tables of a TOML file, either a separate file or a configuration.
 #pragma once
 
 #include "service/common/toml_file.h"
@@ -13,7 +13,7 @@ namespace agent::service {
 
 class PolicyReader {
   public:
-    // Problems are added to the list; with any, the policy is of no use.
+    // Problems are appended to the list; if there are any, the policy must not be used.
     static Policy read(const toml::table &roles, const std::string &file,
                        std::vector<ConfigProblem> &problems);
 

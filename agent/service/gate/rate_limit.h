@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How many requests a role may send: token buckets. The time is handed in.
+// How many requests a role may send: token buckets. The time is a parameter.
 #pragma once
 
 #include <chrono>
@@ -11,7 +11,7 @@ namespace agent::service {
 
 struct RateLimit {
     double per_second = 0;
-    double burst = 0; // how many may come at once
+    double burst = 0; // how many may arrive at once
     bool operator==(const RateLimit &) const = default;
 };
 
@@ -23,8 +23,8 @@ class TokenBucket {
     {
     }
 
-    // Takes a token. Result: false when there is none. A time before the last one counts as that
-    // one.
+    // Takes a token. Result: false when there is none. A time before the last one counts as the
+    // last one.
     bool take(Time now);
 
     const RateLimit &limit() const { return limit_; }
@@ -35,16 +35,16 @@ class TokenBucket {
     Time last_;
 };
 
-// A bucket for each role that has a limit; all members of a role share it.
+// A bucket for each role with a limit; all members of a role share it.
 class RateLimiter {
   public:
     using Limits = std::map<std::string, RateLimit, std::less<>>;
 
-    // Also when a policy is loaded again: a role whose limit is the same keeps its bucket as it is,
-    // so that loading is no way to a full one.
+    // Also called when a policy is reloaded: a role with an unchanged limit keeps its bucket's
+    // level, so that reloading does not fill it.
     void set_limits(const Limits &limits, TokenBucket::Time now);
 
-    // Result: false when the role has used up its requests. A role without a limit always may.
+    // Result: false when the role has used up its requests. Always true for a role without a limit.
     bool take(std::string_view role, TokenBucket::Time now);
 
   private:

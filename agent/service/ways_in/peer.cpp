@@ -13,7 +13,7 @@ namespace agent::service {
 
 namespace {
 
-constexpr size_t kEntrySize = 16384; // of a group with many members
+constexpr size_t kEntrySize = 16384; // enough for a group with many members
 
 std::optional<std::string> user_name(uid_t user)
 {

@@ -27,13 +27,13 @@ using boost::asio::posix::stream_descriptor;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kBacklog = 128;
-constexpr int kMostAtOnce = 16; // clients that are taken in before others have their turn
+constexpr int kMostAtOnce = 16; // clients accepted in a row before other work
 constexpr std::chrono::milliseconds kAcceptAgain(100);
 constexpr std::chrono::milliseconds kShortestLook(10);
 constexpr std::chrono::milliseconds kLongestLook(10'000);
 
-// Held while a socket is made, so that of two services that start at once none takes the other's
-// for one that was left behind.
+// Held while a socket is created, so that of two services that start at the same time neither takes
+// the other's socket for a stale one.
 class FolderLock {
   public:
     explicit FolderLock(const std::string &path)
@@ -54,7 +54,7 @@ class FolderLock {
     const Descriptor folder_;
 };
 
-// A socket that a process has left behind refuses connections. Anything else stays.
+// Removes a stale socket, which refuses connections. Anything else is kept.
 void remove_stale(const std::string &path)
 {
     struct stat status = {};
@@ -116,7 +116,7 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
         }
     }
 
-    // Once all that is on its way has been written.
+    // Closes the connection once all pending answers have been written.
     void close_when_done()
     {
         is_last_ = true;
@@ -167,7 +167,7 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
         }
     }
 
-    // Events cannot wait as requests can: who does not read them is left.
+    // Events cannot be held back like requests: a client that does not read them is disconnected.
     void on_event(std::string_view line) override
     {
         if (has_room()) {
@@ -196,7 +196,7 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
         }
     }
 
-    // The gate is in the middle of its sessions.
+    // Deferred, because the gate may be iterating over its sessions.
     template <class Function> void close_soon(Function function)
     {
         boost::asio::post(owner_.loop_, [self = shared_from_this(), function] { function(*self); });
@@ -208,7 +208,7 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
 
     UnixSocket &owner_;
     Clock::time_point last_use_;
-    bool is_last_ = false; // nothing more is asked for
+    bool is_last_ = false; // the client sends no more requests
     Session *session_;
     std::shared_ptr<LineStream> lines_;
 };
@@ -297,7 +297,7 @@ namespace {
 void turn_away(int client, const std::string &why)
 {
     const std::string answer = error_answer("null", Code::kBusy, why) + "\n";
-    // It has just been accepted: there is room.
+    // Just accepted, so its buffer has room.
     [[maybe_unused]] const ssize_t sent =
         send(client, answer.data(), answer.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     close(client);
@@ -305,7 +305,7 @@ void turn_away(int client, const std::string &why)
 
 } // namespace
 
-// Result: whether somebody was there to be turned away.
+// Result: whether a client was waiting.
 bool UnixSocket::turn_away_one()
 {
     close(spare_);
@@ -329,7 +329,7 @@ void UnixSocket::open(int descriptor)
     connection->start();
 }
 
-// The system has no room for another connection: asking again at once would change nothing.
+// The system has no resources for another connection: an immediate retry would fail as well.
 void UnixSocket::pause()
 {
     pause_.expires_after(kAcceptAgain);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// JSON lines over a Unix socket: any number of clients, each known by the kernel.
+// JSON lines over a Unix socket: any number of clients, each identified by the kernel.
 #pragma once
 
 #include "service/gate/gate.h"
@@ -22,13 +22,13 @@ struct SocketLimits {
     size_t clients = 256;
     size_t line = 1024UL * 1024;       // bytes of a request
     size_t pending = 1024UL * 1024;    // bytes of answers that a client has not read
-    std::chrono::milliseconds idle{0}; // zero: no end
+    std::chrono::milliseconds idle{0}; // zero: no limit
 };
 
-// How the socket is made; none of it holds for one that was handed over by the system.
+// How the socket is created; ignored for a socket passed by systemd.
 struct SocketOptions {
     std::string path;
-    std::string group; // empty: the service's own
+    std::string group; // empty: the service's group
     mode_t mode = 0600;
 };
 
@@ -41,16 +41,16 @@ class UnixSocket {
     UnixSocket(const UnixSocket &) = delete;
     UnixSocket &operator=(const UnixSocket &) = delete;
 
-    // Throws std::runtime_error, also where somebody answers at the path.
+    // Throws std::runtime_error, also when a process is listening at the path.
     void listen(const SocketOptions &options);
     void take_over(int descriptor);
     void set_limits(const SocketLimits &limits) { limits_ = limits; }
     const SocketLimits &limits() const { return limits_; }
     const std::string &path() const { return path_; }
 
-    // Accepts nobody any more. The socket stays until the end of this object.
+    // Accepts no more clients. The socket exists until the destruction of this object.
     void stop_accepting();
-    // Ends each connection once its answers are written, and tells when there is none left.
+    // Closes each connection once its answers are written, and calls back when none is left.
     void on_empty(std::function<void()> tell);
 
   private:
@@ -68,9 +68,9 @@ class UnixSocket {
     Gate &gate_;
     SocketLimits limits_;
     std::string path_;
-    bool is_own_ = false; // and to be removed at the end
+    bool is_own_ = false; // created here, so removed at the end
     std::optional<boost::asio::posix::stream_descriptor> listener_;
-    int spare_ = -1; // given up to turn a client away where there are no more descriptors
+    int spare_ = -1; // closed to accept and reject a client when no descriptors are left
     boost::asio::steady_timer pause_;
     boost::asio::steady_timer idle_;
     std::set<std::shared_ptr<SocketConnection>> connections_;

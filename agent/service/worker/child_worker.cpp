@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern "C" { // which the header of this C library forgets
+extern "C" { // missing in this C library's header
 #include <sys/pidfd.h>
 }
 
@@ -23,18 +23,19 @@ namespace {
 constexpr char kExecutable[] = "/proc/self/exe";
 constexpr int kCannotRun = 127;
 
-// What a worker has written when it ends fits into the pipe; who else holds the pipe may write on.
+// What a worker has written when it ends fits into the pipe; another process with the pipe may keep
+// writing.
 constexpr size_t kMostLeftInPipe = 1024UL * 1024;
 
-// What happens in the child between fork() and the new program. Only calls that are safe there.
+// Runs in the child between fork() and exec. Only async-signal-safe calls are allowed.
 [[noreturn]] void run_child(const std::vector<char *> &words, int input, int output, pid_t parent)
 {
     dup2(input, STDIN_FILENO);
     dup2(output, STDOUT_FILENO);
-    // A group of its own: what it has started is killed with it, and a terminal's Ctrl-C goes to
-    // the service alone, which ends its worker in order.
+    // A separate process group: its children are killed with it, and Ctrl-C at a terminal reaches
+    // only the service, which ends its worker cleanly.
     setpgid(0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // a service that is gone leaves no worker behind
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // no worker outlives the service
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr); // NOLINT(concurrency-mt-unsafe): alone since fork()
@@ -105,7 +106,7 @@ void ChildWorker::start(WorkerListener &listener)
     if (process == 0) {
         run_child(words, child_input.get(), child_output.get(), parent);
     }
-    setpgid(process, process); // whoever of the two comes first
+    setpgid(process, process); // both processes set it, to avoid a race
     process_ = process;
 
     const int end = pidfd_open(process, 0);
@@ -138,7 +139,7 @@ void ChildWorker::reap()
 {
     int status = 0;
     waitpid(process_, &status, 0);
-    ::kill(-process_, SIGKILL); // what it has started and left behind
+    ::kill(-process_, SIGKILL); // children that it left behind
     process_ = -1;
     end_.reset();
     lines_->drain(kMostLeftInPipe);
@@ -186,8 +187,8 @@ void ChildWorker::on_too_long()
 
 void ChildWorker::on_input_end(bool)
 {
-    // Its process has ended as well, or is about to; a worker that lives on without its pipe is
-    // found by the time that its command takes.
+    // The process has ended as well, or is about to; a worker that lives on without its pipe is
+    // detected by its command's time limit.
 }
 
 } // namespace agent::service

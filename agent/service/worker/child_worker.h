@@ -18,13 +18,13 @@ namespace agent::service {
 
 class ChildWorker : public Worker, LineListener {
   public:
-    // The arguments are those of this executable.
+    // The arguments are for this executable.
     ChildWorker(boost::asio::io_context &loop, std::vector<std::string> arguments);
     ~ChildWorker() override;
     ChildWorker(const ChildWorker &) = delete;
     ChildWorker &operator=(const ChildWorker &) = delete;
 
-    // Those of the next start.
+    // Sets the arguments of the next start.
     void set_arguments(std::vector<std::string> arguments) { arguments_ = std::move(arguments); }
 
     void start(WorkerListener &listener) override;

@@ -45,7 +45,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
         changed_.notify_one();
     }
 
-    // Nothing is handed out any more.
+    // No more lines are passed on after this.
     void leave()
     {
         has_left_ = true;
@@ -96,7 +96,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
     }
 
   private:
-    // Result: false at the end of the lines. No line: it is time to look.
+    // Result: false at the end of the lines. No line: it is time for ServeSession::look().
     bool next(std::string &line, bool &has_line, std::optional<std::chrono::milliseconds> look)
     {
         std::unique_lock lock(mutex_);
@@ -135,7 +135,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
         for (const std::string_view piece : pieces) {
             line += piece;
         }
-        line.pop_back(); // its end
+        line.pop_back(); // the line end
         const std::lock_guard lock(mutex_);
         if (loop_ == nullptr) {
             return false;
@@ -150,10 +150,10 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    boost::asio::io_context *loop_; // null once nobody listens
+    boost::asio::io_context *loop_; // null after leave()
     bool has_left_ = false;         // the same, for the event loop alone
     WorkerListener *const listener_;
-    std::vector<std::string> lines_; // one, hardly ever two
+    std::vector<std::string> lines_; // usually one
     bool is_finishing_ = false;
 };
 
@@ -172,7 +172,7 @@ InProcessWorker::~InProcessWorker()
 void InProcessWorker::start(WorkerListener &listener)
 {
     shared_ = std::make_shared<Shared>(loop_, listener);
-    // Signals are for the event loop.
+    // Signals are handled by the event loop's thread.
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
@@ -196,7 +196,7 @@ void InProcessWorker::finish()
     shared_->finish();
 }
 
-// It goes on by itself; nobody waits for it any more.
+// The thread cannot be killed: it runs on detached.
 void InProcessWorker::kill()
 {
     WorkerEnd end;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The plug-in in this process, on a thread of its own. It is quicker than a process, and nothing
-// protects the service from it: it cannot be killed, and what crashes it crashes all.
+// The plug-in in this process, on a separate thread. It is faster than a process, but the service
+// is not isolated from it: it cannot be killed, and a crash in it crashes the service.
 #pragma once
 
 #include "commands/options.h"
@@ -31,7 +31,7 @@ class InProcessWorker : public Worker {
 
     boost::asio::io_context &loop_;
     const Options options_;
-    std::shared_ptr<Shared> shared_; // with the thread, which may outlive this object
+    std::shared_ptr<Shared> shared_; // shared with the thread, which may outlive this object
 };
 
 } // namespace agent::service

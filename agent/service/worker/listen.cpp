@@ -19,7 +19,7 @@ namespace {
 
 int listen_at(const std::string &path)
 {
-    unlink(path.c_str()); // of the worker before this one: there is one at a time
+    unlink(path.c_str()); // left by the previous worker: only one runs at a time
     Descriptor listener(bind_socket(path));
     if (listen(listener.get(), 1) != 0) {
         throw std::runtime_error(system_problem("cannot listen at " + path));
@@ -27,7 +27,7 @@ int listen_at(const std::string &path)
     return listener.release();
 }
 
-// A call of a device library may never return; so this does not wait for it.
+// Exits without waiting for the running command: a call of a device library may never return.
 void end_with(int connection)
 {
     pollfd one = {connection, 0, 0};
@@ -56,7 +56,7 @@ void wait_for_service(const std::string &address)
     close(listener);
     dup2(connection, STDIN_FILENO);
     dup2(connection, STDOUT_FILENO);
-    // Signals are for the thread that runs commands.
+    // Signals are handled by the thread that runs commands.
     sigset_t all;
     sigset_t before;
     sigfillset(&all);

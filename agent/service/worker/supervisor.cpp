@@ -32,13 +32,13 @@ std::string seconds_text(milliseconds time)
     return rest == 0 ? text : text + "." + std::to_string(1000 + rest).substr(1);
 }
 
-// The text between the place and the next quote; names need no escapes.
+// The text from the place to the next quote; names contain no escapes.
 std::string_view name_at(std::string_view line, size_t place)
 {
     return line.substr(place, line.find('"', place) - place);
 }
 
-// Of an event's data, with a comma behind.
+// A member of an event's data, followed by a comma.
 std::string member(const std::string &key, const std::string &text)
 {
     return "\"" + key + "\":" + agent::quoted(text) + ",";
@@ -123,7 +123,7 @@ void Supervisor::take_answer(std::string_view line)
         listener_.on_change();
         return;
     case State::kRunning:
-        // A line that the worker could not read it answers without its id.
+        // The worker answers a line that it could not read without its id.
         if (!line.ends_with('}') ||
             !((rest.starts_with(id_) && rest.substr(id_.size()).starts_with(",\"")) ||
               rest.starts_with("null,\"error\":"))) {
@@ -220,7 +220,7 @@ void Supervisor::raise(std::string_view name, const std::string &data)
                        std::string(kEventBegin) + std::string(name) + R"(","data":)" + data + "}");
 }
 
-// What is known of it, as members of the event's data, each with a comma behind.
+// known: what is known of the crash, as members of the event's data, each followed by a comma.
 void Supervisor::count_crash(const std::string &known)
 {
     ++crash_count_;
@@ -293,7 +293,7 @@ void Supervisor::start_again()
     listener_.on_change();
 }
 
-// Setting a timer costs system calls. It is left as it is where it comes soon enough: then it finds
+// Setting a timer costs system calls. A timer that expires early enough is kept: on expiry it finds
 // that there is time left, and is set again.
 void Supervisor::set_deadline(Clock::time_point deadline)
 {
@@ -351,8 +351,8 @@ void Supervisor::on_deadline()
     }
 }
 
-// The command has used up its time. While a background worker is at work the process stays, until
-// that one has ended or used up its own.
+// The command has exceeded its time. While a background worker is running, the process is kept
+// until that worker has ended or exceeded its own time.
 void Supervisor::on_overdue_command()
 {
     const std::string problem =

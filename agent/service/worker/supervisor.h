@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Keeps a worker at work: starts it, gives it one command at a time and a time for it, and starts
-// it anew when it is stuck or dead.
+// Keeps a worker running: starts it, gives it one command at a time with a time limit, and restarts
+// it when it hangs or has ended.
 #pragma once
 
 #include "service/common/request.h"
@@ -21,24 +21,24 @@ namespace agent::service {
 
 struct WorkerTimes {
     std::chrono::milliseconds start{30'000};
-    // What a background worker of the plug-in may take where an overdue command waits for it.
+    // The time limit of a background worker of the plug-in while an overdue command waits for it.
     std::chrono::milliseconds background{1'800'000};
-    std::chrono::milliseconds back_off{10'000}; // the first time; then twice as long each time
-    std::chrono::milliseconds finish{10'000};   // to end by itself when the service stops
+    std::chrono::milliseconds back_off{10'000}; // the first time; then doubled each time
+    std::chrono::milliseconds finish{10'000};   // for an orderly end when the service stops
 };
 
 class SupervisorListener {
   public:
     // The running command's answer.
     virtual void on_answer(std::string_view line) = 0;
-    // It will have none.
+    // The running command will get no answer.
     virtual void on_no_answer(Code code, const std::string &text) = 0;
     virtual void on_event(std::string_view name, std::string_view line) = 0;
     // is_idle() or refusal() has changed.
     virtual void on_change() = 0;
-    // It could not even be started the first time; exit_status is what it said, or -1.
+    // Its first start failed; exit_status is the worker's, or -1.
     virtual void on_no_worker(const std::string &reason, int exit_status) = 0;
-    // After stop(): it has ended.
+    // After stop(): the worker has ended.
     virtual void on_stopped() = 0;
 
   protected:
@@ -55,20 +55,20 @@ class Supervisor : WorkerListener {
     void stop();     // in order
     void stop_now(); // at once
 
-    // Whether a command may be given.
+    // Whether a command may be sent.
     bool is_idle() const { return state_ == State::kIdle; }
-    // Why commands should not even wait; empty when they may.
+    // Why commands should be refused instead of waiting; empty when they may wait.
     const std::string &refusal() const { return refusal_; }
     void run(const Request &request, std::chrono::milliseconds time);
 
   private:
     enum class State {
-        kNone,     // not started yet, or stopped
-        kStarting, // its first answer is awaited
+        kNone,     // not started, or stopped
+        kStarting, // waiting for its first answer
         kIdle,
         kRunning,
-        kOverdue,    // the command's client has been answered; a background worker is waited for
-        kEnding,     // killed, its end is awaited
+        kOverdue,    // the command's client has been answered; waiting for a background worker
+        kEnding,     // killed, waiting for its end
         kBackingOff, // it has crashed too often
         kStopping,
     };
@@ -96,14 +96,14 @@ class Supervisor : WorkerListener {
     SupervisorListener &listener_;
     WorkerTimes times_;
     State state_ = State::kNone;
-    bool has_run_ = false;       // it has been ready once
-    bool is_known_bad_ = false;  // it is being killed for what it did
-    bool is_terminated_ = false; // when it did not end by itself
+    bool has_run_ = false;       // it has been ready at least once
+    bool is_known_bad_ = false;  // it is being killed because of a fault
+    bool is_terminated_ = false; // SIGTERM was sent because it did not end by itself
     std::string refusal_;
     std::string id_;      // of the running command
     std::string command_; // its name
     std::chrono::milliseconds time_{0};
-    std::map<std::string, Clock::time_point, std::less<>> background_; // each with its start
+    std::map<std::string, Clock::time_point, std::less<>> background_; // with their start times
     std::deque<Clock::time_point> crashes_;                            // of the last minute
     uint64_t crash_count_ = 0;
     uint64_t starts_ = 0;

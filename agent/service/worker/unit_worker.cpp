@@ -36,7 +36,7 @@ void UnitWorker::start(WorkerListener &listener)
     connect();
 }
 
-// The unit may be about to start: it is asked again until the supervisor loses patience.
+// The unit may be about to start, so connecting is retried until the supervisor's time limit.
 void UnitWorker::connect()
 {
     Descriptor connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
@@ -62,7 +62,7 @@ void UnitWorker::send(std::string_view line)
     if (lines_ != nullptr) {
         lines_->send(line);
     } else {
-        unsent_ = line; // one line at a time is on its way
+        unsent_ = line; // only one line is in transit at a time
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A worker that is a unit of its own, behind a Unix socket: it alone may have capabilities. It ends
-// when the connection does, and whoever keeps it at work starts the next one.
+// A worker that is a separate systemd unit, behind a Unix socket: it alone may have capabilities.
+// It ends when the connection does, and its service manager starts the next one.
 #pragma once
 
 #include "service/common/line_stream.h"
@@ -38,7 +38,7 @@ class UnitWorker : public Worker, LineListener {
     const sockaddr_un address_;
     WorkerListener *listener_ = nullptr;
     std::shared_ptr<LineStream> lines_;
-    std::string unsent_; // until the connection is there
+    std::string unsent_; // until connected
     bool is_ending_ = false;
     boost::asio::steady_timer retry_;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What runs the commands: one process or thread with the plug-in in it, whatever form it has. It
-// speaks the lines of `serve --events`.
+// The interface of what runs the commands: a process or thread with the plug-in. It uses the lines
+// of `serve --events`.
 #pragma once
 
 #include <optional>
@@ -26,9 +26,9 @@ struct WorkerEnd {
 class WorkerListener {
   public:
     virtual void on_worker_line(std::string_view line) = 0;
-    // What it wrote is no line of a bounded length, or it takes no more lines.
+    // It wrote a line that is too long, or no longer reads lines.
     virtual void on_worker_fault(const std::string &fault) = 0;
-    // It has ended, and all that it wrote has been handed out: another one may be started.
+    // It has ended, and all its output has been passed on: it may be started again.
     virtual void on_worker_end(const WorkerEnd &end) = 0;
 
   protected:
@@ -39,18 +39,19 @@ class Worker {
   public:
     virtual ~Worker() = default;
 
-    // Starts it, also anew after its end. Throws WorkerError.
+    // Starts it, also again after it has ended. Throws WorkerError.
     virtual void start(WorkerListener &listener) = 0;
     virtual void send(std::string_view line) = 0;
-    // Lets it end by itself once it has answered; then as a signal asks for it; then at once.
+    // In increasing severity: lets it end by itself once it has answered; ends it as by SIGTERM;
+    // ends it at once.
     virtual void finish() = 0;
     virtual void terminate() = 0;
     virtual void kill() = 0;
     virtual bool can_be_killed() const { return true; }
 };
 
-// The longest line that a worker may write. The longest reply, a mesh with everything in it, takes
-// a quarter of a megabyte.
+// The longest line that a worker may write. The longest reply, a mesh filled to its limits, takes a
+// quarter of a megabyte.
 constexpr size_t kMaxWorkerLine = 16UL * 1024 * 1024;
 
 } // namespace agent::service
