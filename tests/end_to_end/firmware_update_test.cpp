@@ -276,8 +276,8 @@ TEST_F(FirmwareUpdate, WorksAfterAHostileServer)
     EXPECT_EQ(agent.process().finish().exit_status, 0);
     std::ostringstream traced;
     traced << std::ifstream(trace).rdbuf();
-    EXPECT_THAT(traced.str(), HasSubstr("the server sends more than 4194304 bytes around its "
-                                        "answer"));
+    EXPECT_THAT(traced.str(), HasSubstr("the server sends more than 4194304 bytes in "
+                                        "addition to its response"));
 }
 
 TEST_F(FirmwareUpdate, AcceptsFilesOnlyFromItsFolder)
