@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A service that does what a test tells it: real replies of `hgagent serve`, and whatever else."""
+"""A service that does what a test tells it: real replies of `hgagent serve`, and more."""
 import json
 import os
 import socket
