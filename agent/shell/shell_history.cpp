@@ -52,6 +52,7 @@ void write_all(int descriptor, const std::string &path, std::string_view text)
 
 std::string history_path()
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): nothing changes the environment
     const char *state = getenv("XDG_STATE_HOME");
     if (state != nullptr && state[0] == '/') {
         return std::string(state) + "/hgagent/history";
@@ -60,6 +61,7 @@ std::string history_path()
     if (home != nullptr && home[0] == '/') {
         return std::string(home) + "/.local/state/hgagent/history";
     }
+    // NOLINTEND(concurrency-mt-unsafe)
     return "";
 }
 

@@ -218,9 +218,8 @@ UnixSocket::UnixSocket(boost::asio::io_context &loop, Gate &gate, const SocketLi
 {
 }
 
-// NOLINTNEXTLINE(bugprone-exception-escape): closing fails only without memory, which ends the
-// service
-UnixSocket::~UnixSocket()
+// Closing fails only without memory, which ends the service.
+UnixSocket::~UnixSocket() // NOLINT(bugprone-exception-escape)
 {
     stop_accepting();
     on_empty_ = nullptr;
