@@ -91,24 +91,42 @@ TEST(Events, ReplaceProgress)
 
 // ---- Workers ------------------------------------------------------------------------------------
 
+// A named pipe for which a worker waits until the test opens it.
+class HeldPipe {
+  public:
+    HeldPipe() : path_(test_file("pipe"))
+    {
+        std::filesystem::remove(path_);
+        EXPECT_EQ(mkfifo(path_.c_str(), 0600), 0);
+    }
+    ~HeldPipe() { close(writer_); }
+    HeldPipe(const HeldPipe &) = delete;
+    HeldPipe &operator=(const HeldPipe &) = delete;
+
+    const std::string &path() const { return path_; }
+    // The pipe stays open: the worker may not have got as far as opening it.
+    void release() { writer_ = open(path_.c_str(), O_RDWR | O_CLOEXEC); }
+
+  private:
+    const std::string path_;
+    int writer_ = -1;
+};
+
 // A worker that runs until the test releases it, and an agent that serves with it.
 class WorkerEvents : public testing::Test {
   protected:
-    WorkerEvents() : pipe_(test_file("pipe"))
+    WorkerEvents()
     {
-        std::filesystem::remove(pipe_);
-        EXPECT_EQ(mkfifo(pipe_.c_str(), 0600), 0);
-        agent_.send(R"({"id":1,"command":"WORK","params":{"until":")" + pipe_ + "\"}}\n");
+        agent_.send(R"({"id":1,"command":"WORK","params":{"until":")" + pipe_.path() + "\"}}\n");
     }
-    ~WorkerEvents() override { close(writer_); }
 
-    void release() { writer_ = open(pipe_.c_str(), O_RDWR | O_CLOEXEC); }
-
-    AgentProcess agent_{{"--plugin", WORKER_PLUGIN, "serve", "--events"}};
+    void release() { pipe_.release(); }
 
   private:
-    const std::string pipe_;
-    int writer_ = -1;
+    HeldPipe pipe_; // outlives the agent, which waits for its worker
+
+  protected:
+    AgentProcess agent_{{"--plugin", WORKER_PLUGIN, "serve", "--events"}};
 };
 
 TEST_F(WorkerEvents, ReportTheStartBeforeTheAnswer)
