@@ -93,6 +93,18 @@ class Session {
     std::vector<std::string> subscriptions;
 };
 
+namespace {
+
+// The running request is the one of its session that is neither waiting nor answered.
+Session::Entry &running_entry(Session &session)
+{
+    return *std::ranges::find_if(session.entries, [](const Session::Entry &one) {
+        return !one.is_waiting && !one.is_answered;
+    });
+}
+
+} // namespace
+
 Gate::Gate(boost::asio::io_context &loop, std::unique_ptr<Worker> worker, Hooks hooks)
     : hooks_(std::move(hooks)), epoch_(random_epoch()), supervisor_(loop, std::move(worker), *this)
 {
@@ -123,6 +135,10 @@ void Gate::close(Session *session)
 {
     std::erase(turns_, session);
     if (running_ == session) {
+        // Its command is carried out all the same: leaving must not keep it out of the audit.
+        const Session::Entry &entry = running_entry(*session);
+        audit(*session, entry.request, entry.verdict, Code::kOutcomeUnknown, "",
+              between(entry.arrived, entry.begun), between(entry.begun, Clock::now()));
         running_ = nullptr;
     }
     std::erase_if(sessions_, [&](const auto &one) { return one.get() == session; });
@@ -293,16 +309,13 @@ void Gate::give_next()
     supervisor_.run(next->request, time_of(next->request));
 }
 
-// The running request is the one of its session that is neither waiting nor answered.
 void Gate::finish(std::string_view line, Code code)
 {
     Session *session = std::exchange(running_, nullptr);
     if (session == nullptr) {
         return; // the client has disconnected
     }
-    const auto entry = std::ranges::find_if(session->entries, [](const Session::Entry &one) {
-        return !one.is_waiting && !one.is_answered;
-    });
+    Session::Entry *const entry = &running_entry(*session);
     audit(*session, entry->request, entry->verdict, code, line,
           between(entry->arrived, entry->begun), between(entry->begun, Clock::now()));
     // The only place where a reply is parsed: to mask it for clients that may not see secrets.
@@ -346,10 +359,7 @@ void Gate::on_no_answer(Code code, const std::string &text)
     if (running_ == nullptr) {
         return;
     }
-    const auto entry = std::ranges::find_if(running_->entries, [](const Session::Entry &one) {
-        return !one.is_waiting && !one.is_answered;
-    });
-    finish(error_answer(entry->request.id, code, text), code);
+    finish(error_answer(running_entry(*running_).request.id, code, text), code);
 }
 
 void Gate::refuse_waiting(Code code, const std::string &text)
@@ -360,6 +370,8 @@ void Gate::refuse_waiting(Code code, const std::string &text)
     for (const auto &session : sessions_) {
         for (Session::Entry &entry : session->entries) {
             if (entry.is_waiting) {
+                audit(*session, entry.request, entry.verdict, code, "",
+                      between(entry.arrived, Clock::now()), {});
                 entry.is_waiting = false;
                 entry.is_answered = true;
                 entry.answer = error_answer(entry.request.id, code, text);
