@@ -147,6 +147,7 @@ class Service {
                           .on_stopped = [this] { end(); },
                       });
         socket_.emplace(loop_, *gate_, socket_limits(config_.limits));
+        ways_in_.push_back(&*socket_);
         apply();
         try {
             listen();
@@ -264,7 +265,7 @@ class Service {
         }
         is_stopping_ = true;
         manager_.notify("STOPPING=1");
-        socket_->stop_accepting();
+        stop_accepting();
         gate_->stop();
     }
 
@@ -273,14 +274,28 @@ class Service {
         print_error(reason);
         exit_status_ = status > 0 ? status : kCannotLoad;
         is_stopping_ = true;
-        socket_->stop_accepting();
+        stop_accepting();
         end();
+    }
+
+    void stop_accepting()
+    {
+        for (WayIn *one : ways_in_) {
+            one->stop_accepting();
+        }
     }
 
     // The worker has ended: only the last answers remain to be written.
     void end()
     {
-        socket_->on_empty([this] { loop_.stop(); });
+        busy_ways_in_ = ways_in_.size();
+        for (WayIn *one : ways_in_) {
+            one->on_empty([this] {
+                if (--busy_ways_in_ == 0) {
+                    loop_.stop();
+                }
+            });
+        }
         grace_.expires_after(kLastAnswers);
         grace_.async_wait([this](const boost::system::error_code &) { loop_.stop(); });
     }
@@ -322,6 +337,8 @@ class Service {
     ChildWorker *child_ = nullptr; // owned by the gate
     std::optional<Gate> gate_;
     std::optional<UnixSocket> socket_;
+    std::vector<WayIn *> ways_in_;
+    size_t busy_ways_in_ = 0; // at the end: those with answers to write
     boost::asio::signal_set signals_;
     boost::asio::steady_timer grace_;
     boost::asio::steady_timer watchdog_;

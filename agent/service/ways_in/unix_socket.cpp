@@ -221,7 +221,7 @@ UnixSocket::UnixSocket(boost::asio::io_context &loop, Gate &gate, const SocketLi
 // Closing fails only without memory, which ends the service.
 UnixSocket::~UnixSocket() // NOLINT(bugprone-exception-escape)
 {
-    stop_accepting();
+    UnixSocket::stop_accepting();
     on_empty_ = nullptr;
     for (const auto &connection : std::set(connections_)) {
         connection->close();
@@ -362,7 +362,7 @@ void UnixSocket::remove(const std::shared_ptr<SocketConnection> &connection)
 {
     connections_.erase(connection);
     if (connections_.empty() && on_empty_) {
-        on_empty_();
+        std::exchange(on_empty_, nullptr)();
     }
 }
 
@@ -382,8 +382,8 @@ void UnixSocket::on_empty(std::function<void()> tell)
     for (const auto &connection : std::set(connections_)) {
         connection->close_when_done();
     }
-    if (connections_.empty()) {
-        on_empty_();
+    if (connections_.empty() && on_empty_) {
+        std::exchange(on_empty_, nullptr)();
     }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "service/gate/gate.h"
+#include "service/ways_in/way_in.h"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
@@ -34,12 +35,10 @@ struct SocketOptions {
 
 class SocketConnection;
 
-class UnixSocket {
+class UnixSocket : public WayIn {
   public:
     UnixSocket(boost::asio::io_context &loop, Gate &gate, const SocketLimits &limits);
-    ~UnixSocket(); // NOLINT(bugprone-exception-escape): as there
-    UnixSocket(const UnixSocket &) = delete;
-    UnixSocket &operator=(const UnixSocket &) = delete;
+    ~UnixSocket() override; // NOLINT(bugprone-exception-escape): as there
 
     // Throws std::runtime_error, also when a process is listening at the path.
     void listen(const SocketOptions &options);
@@ -48,10 +47,9 @@ class UnixSocket {
     const SocketLimits &limits() const { return limits_; }
     const std::string &path() const { return path_; }
 
-    // Accepts no more clients. The socket exists until the destruction of this object.
-    void stop_accepting();
-    // Closes each connection once its answers are written, and calls back when none is left.
-    void on_empty(std::function<void()> tell);
+    // The socket exists until the destruction of this object.
+    void stop_accepting() override;
+    void on_empty(std::function<void()> tell) override;
 
   private:
     friend class SocketConnection;
