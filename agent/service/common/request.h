@@ -2,6 +2,8 @@
 // The data passed between a transport, the gate and the worker.
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +17,9 @@ struct Identity {
     // The names by which a policy can refer to it, the most specific first: "user:alice",
     // "uid:1000", "group:staff", "gid:50".
     std::vector<std::string> principals;
-    bool is_owner = false; // the service's own user, on the local socket
+    bool is_owner = false; // may do everything: the service's own user, on the local socket
+    // Without a role it may query what is not secret: a local broker when there is no policy.
+    bool is_guest = false;
 };
 
 // The type of a request; the request's name selects one of that type.
@@ -52,6 +56,13 @@ struct Request {
     size_t params_size = 0;
     Code code = Code::kNone; // what is wrong with the line, and why
     std::string error;
+
+    // Set by transports whose clients repeat a request until it is answered.
+    std::string repeat_key; // the same for each repetition of one request; empty: none
+    std::string epoch;      // of the service that the client knows; empty: any
+    // Nobody waits for the answer any longer: the request is dropped unless it is running.
+    std::optional<std::chrono::steady_clock::time_point> expires;
+    bool hide_secrets = false; // mask the reply even if the client may see secrets
 
     // JSON text; empty when there are none.
     std::string_view params() const
