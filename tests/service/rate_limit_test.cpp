@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Token buckets, with a simulated time.
 #include "service/gate/rate_limit.h"
+#include "service/gate/refusals.h"
 
 #include <gtest/gtest.h>
 
@@ -102,6 +103,29 @@ TEST(RateLimiter, ForgetsARoleThatHasNoLimitAnyMore)
     limiter.set_limits({}, kStart);
     EXPECT_TRUE(limiter.take("one", kStart));
     EXPECT_TRUE(limiter.take("one", kStart));
+}
+
+TEST(RefusalEvents, AreLimitedForEachClient)
+{
+    RefusalEvents events;
+    for (int count = 0; count < 10; ++count) {
+        EXPECT_EQ(events.take("one", kStart), 0U);
+    }
+    for (int count = 0; count < 500; ++count) {
+        EXPECT_EQ(events.take("one", kStart), std::nullopt);
+    }
+    EXPECT_EQ(events.take("two", kStart), 0U);
+    EXPECT_EQ(events.take("one", kStart + milliseconds(1000)), 500U);
+    EXPECT_EQ(events.take("one", kStart + milliseconds(1000)), std::nullopt);
+    EXPECT_EQ(events.take("one", kStart + milliseconds(2000)), 1U);
+}
+
+TEST(RefusalEvents, HoldManyClients)
+{
+    RefusalEvents events;
+    for (int count = 0; count < 100'000; ++count) {
+        EXPECT_EQ(events.take(std::to_string(count), kStart), 0U);
+    }
 }
 
 } // namespace agent::service

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <random>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -18,10 +19,12 @@
 #include <unistd.h>
 
 using testing::ContainsRegex;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 namespace run_test {
 
@@ -53,6 +56,26 @@ void await_reading(const ServiceProcess &service)
     for (int count = 0; count < 3; ++count) {
         EXPECT_EQ(service.client()->ask_json(R"({"hello":{}})")["result"], 0);
     }
+}
+
+std::vector<nlohmann::json> records_of(const std::string &audit)
+{
+    std::vector<nlohmann::json> records;
+    std::ifstream lines(audit);
+    for (std::string line; std::getline(lines, line);) {
+        records.push_back(nlohmann::json::parse(line));
+    }
+    return records;
+}
+
+// Commands with their codes: "ECHO busy".
+std::vector<std::string> codes_in(const std::string &audit)
+{
+    std::vector<std::string> codes;
+    for (const nlohmann::json &record : records_of(audit)) {
+        codes.push_back(record.value("command", "") + " " + record.value("code", ""));
+    }
+    return codes;
 }
 
 int pid_of(TestClient &client)
@@ -201,6 +224,51 @@ TEST(Run, GoesOnAfterClientsThatVanish)
     gate.open();
     // Those that were waiting were dropped with their clients.
     EXPECT_EQ(service.client()->ask_json(request(1, "ECHO"))["reply"]["echoed"], 1);
+}
+
+TEST(Run, AuditsTheRequestsOfClientsThatVanish)
+{
+    const std::string audit = new_path("audit");
+    ServiceProcess service({"--audit=" + audit}, kPlugin);
+    const Gatepost gate;
+    const auto first = ready_client(service);
+    first->send_line(request(1, "WAIT", gate.params()));
+    first->send_line(request(2, "PID"));
+    const auto second = service.client();
+    second->send_line(request(3, "ECHO"));
+    await_reading(service);
+    first->close();
+    second->close();
+    await_reading(service);
+    gate.open();
+    EXPECT_EQ(service.client()->ask_json(request(4, "ECHO"))["reply"]["echoed"], 1);
+    service.stop(SIGTERM);
+    EXPECT_THAT(codes_in(audit), UnorderedElementsAre("NO_SUCH_COMMAND ", "WAIT outcome-unknown",
+                                                      "PID not-run", "ECHO not-run", "ECHO "));
+    for (const nlohmann::json &record : records_of(audit)) {
+        if (record.value("code", "") == "not-run") {
+            EXPECT_GT(record["waited_us"], 0);
+            EXPECT_EQ(record["worked_us"], 0);
+        }
+    }
+}
+
+TEST(Run, AuditsRequestsThatAreRefusedInTheQueue)
+{
+    const std::string audit = new_path("audit");
+    ServiceProcess service({"--audit=" + audit}, kPlugin);
+    const Gatepost gate;
+    const auto running = ready_client(service);
+    running->send_line(request(1, "WAIT", gate.params()));
+    const auto waiting = service.client();
+    waiting->send_line(request(2, "ECHO"));
+    await_reading(service);
+    service.process().signal(SIGTERM);
+    EXPECT_EQ(code_of(waiting->read_line()), "busy");
+    gate.open();
+    EXPECT_EQ(code_of(running->read_line()), "");
+    EXPECT_EQ(service.process().wait().exit_status, 0);
+    EXPECT_THAT(codes_in(audit), ElementsAre("NO_SUCH_COMMAND ", "ECHO busy", "WAIT "));
 }
 
 TEST(Run, TakesManyClientsThatSayNothing)

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <fstream>
+#include <map>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -241,6 +242,15 @@ class Stranger {
     }
 };
 
+// So that other users reach the socket.
+void open_folders_of(const ServiceProcess &service)
+{
+    const std::string folder(service.socket(), 0, service.socket().rfind('/'));
+    for (const std::string &each : {folder, std::string(folder, 0, folder.rfind('/'))}) {
+        ASSERT_EQ(chmod(each.c_str(), 0755), 0);
+    }
+}
+
 TEST(Policy, HoldsForOtherUsers)
 {
     if (geteuid() != 0) {
@@ -250,13 +260,10 @@ TEST(Policy, HoldsForOtherUsers)
     const std::string config = new_path("config.toml");
     std::ofstream(config) << "[socket]\nmode = \"0666\"\n[roles.guest]\nmembers = [\"uid:54321\"]\n"
                              "allow = [\"GET_*\", \"event:update.*\"]\ndeny = [\"GET_SN_INFO\"]\n"
-                             "rate = 0.001\nburst = 4\n";
+                             "rate = 0.001\nburst = 7\n";
     const std::string audit = new_path("audit");
     ServiceProcess service({"--config=" + config, "--audit=" + audit});
-    const std::string folder(service.socket(), 0, service.socket().rfind('/'));
-    for (const std::string &each : {folder, std::string(folder, 0, folder.rfind('/'))}) {
-        ASSERT_EQ(chmod(each.c_str(), 0755), 0);
-    }
+    open_folders_of(service);
     const auto watcher = service.client();
     EXPECT_EQ(watcher->ask(kSubscribe), kSubscribed);
     EXPECT_THAT(watcher->await_event("worker.started")["starts"], 1);
@@ -290,6 +297,47 @@ TEST(Policy, HoldsForOtherUsers)
         records.push_back(nlohmann::json::parse(line));
     }
     ASSERT_GE(records.size(), 7U);
+}
+
+TEST(Policy, LimitsAFloodOfDeniedRequests)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can be another user";
+    }
+    constexpr uid_t kUser = 54321;
+    constexpr size_t kCount = 1000;
+    const std::string config = new_path("config.toml");
+    std::ofstream(config) << "[socket]\nmode = \"0666\"\n[roles.guest]\n"
+                             "members = [\"uid:54321\"]\nallow = [\"GET_*\"]\n"
+                             "rate = 0.001\nburst = 50\n";
+    const ServiceProcess service({"--config=" + config});
+    open_folders_of(service);
+    const auto watcher = service.client();
+    EXPECT_EQ(watcher->ask(R"({"id":"s","subscribe":"policy.*"})"), kSubscribed);
+    const auto count_codes = [&](uid_t user) {
+        const std::vector<std::string> lines(kCount, R"({"id":3,"command":"SET_LED_STATUS"})");
+        std::map<std::string, size_t> codes;
+        for (const std::string &answer : Stranger::ask(service.socket(), user, lines)) {
+            ++codes[nlohmann::json::parse(answer).value("code", "")];
+        }
+        return codes;
+    };
+    const std::map<std::string, size_t> expected = {{"denied", 50}, {"rate-limited", kCount - 50}};
+    EXPECT_EQ(count_codes(kUser), expected);
+    // Clients without a role share a limit, which fills while the test runs.
+    EXPECT_GE(count_codes(kUser + 1)["denied"], 40U);
+
+    // The first refusals raise an event each, and later ones now and then.
+    size_t refusals = 0;
+    for (int event = 0; event < 10; ++event) {
+        const auto data = watcher->await_event("policy.refused");
+        EXPECT_EQ(data["who"], "uid:54321");
+        EXPECT_FALSE(data.contains("omitted"));
+    }
+    for (std::string who = "uid:54321"; who == "uid:54321"; ++refusals) {
+        who = watcher->await_event("policy.refused")["who"];
+    }
+    EXPECT_LT(refusals, 40U);
 }
 
 } // namespace units_test

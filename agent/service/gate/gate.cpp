@@ -25,6 +25,13 @@ constexpr size_t kMostEntries = 64;
 constexpr size_t kMostSubscriptions = 32;
 constexpr size_t kMostPattern = 128;
 
+// Clients without a role, who share a limit: all that they send is denied.
+const std::string kStrangers = "a client without a role";
+constexpr RateLimit kStrangersLimit = {20, 40};
+
+// Only in the audit: nobody is there to be answered.
+constexpr std::string_view kNotRun = "not-run";
+
 constexpr char kRebooting[] = "the gateway reboots";
 constexpr char kStopping[] = "the service stops";
 
@@ -119,7 +126,9 @@ Gate::Gate(boost::asio::io_context &loop, std::unique_ptr<Worker> worker, Hooks 
 std::string Gate::set_options(GateOptions options)
 {
     options_ = std::move(options);
-    rates_.set_limits(options_.policy.limits(), Clock::now());
+    auto limits = options_.policy.limits();
+    limits.emplace(kStrangers, kStrangersLimit);
+    rates_.set_limits(limits, Clock::now());
     return audit_.open(options_.audit);
 }
 
@@ -134,11 +143,18 @@ Session *Gate::open(std::shared_ptr<const Identity> who, Client &client)
 void Gate::close(Session *session)
 {
     std::erase(turns_, session);
+    // Leaving must keep no request out of the audit: a running command is carried out all the same,
+    // and one that waits never is.
+    const auto now = Clock::now();
+    for (const Session::Entry &entry : session->entries) {
+        if (!entry.is_answered) {
+            const auto begun = entry.is_waiting ? now : entry.begun;
+            audit(*session, entry.request, entry.verdict,
+                  entry.is_waiting ? kNotRun : name_of(Code::kOutcomeUnknown), "",
+                  between(entry.arrived, begun), between(begun, now));
+        }
+    }
     if (running_ == session) {
-        // Its command is carried out all the same: leaving must not keep it out of the audit.
-        const Session::Entry &entry = running_entry(*session);
-        audit(*session, entry.request, entry.verdict, Code::kOutcomeUnknown, "",
-              between(entry.arrived, entry.begun), between(entry.begun, Clock::now()));
         running_ = nullptr;
     }
     std::erase_if(sessions_, [&](const auto &one) { return one.get() == session; });
@@ -177,13 +193,16 @@ void Gate::submit(Session &session, Request request)
         return;
     }
     Policy::Verdict verdict = options_.policy.decide(*session.who, request.subject, request.name);
-    if (!verdict.allowed) {
+    const bool is_stranger = !verdict.allowed && verdict.role.empty();
+    // A denied request takes a token as well: each is written to the audit.
+    if (!rates_.take(is_stranger ? kStrangers : verdict.role, Clock::now())) {
+        refuse(session, request, verdict, Code::kRateLimited,
+               (is_stranger ? kStrangers : "the role \"" + verdict.role + "\"") +
+                   " has sent too many requests");
+    } else if (!verdict.allowed) {
         tell_refusal(session, request, verdict.rule);
         refuse(session, request, verdict, Code::kDenied,
                "the policy does not allow " + request.name + " to " + session.who->name);
-    } else if (!rates_.take(verdict.role, Clock::now())) {
-        refuse(session, request, verdict, Code::kRateLimited,
-               "the role \"" + verdict.role + "\" has sent too many requests");
     } else if (request.subject == Subject::kControl || request.subject == Subject::kSubscription) {
         answer_control(session, request);
     } else if (is_stopping_) {
@@ -215,29 +234,34 @@ void Gate::refuse(Session &session, const Request &request, const Policy::Verdic
                   Code code, std::string_view text)
 {
     const std::string_view rule = code == Code::kDenied ? verdict.rule : std::string_view();
-    audit(session, request, verdict, code, "", {}, {});
+    audit(session, request, verdict, name_of(code), "", {}, {});
     refuse(session, code, error_answer(request.id, code, text, rule));
 }
 
 void Gate::tell_refusal(const Session &session, const Request &request, const std::string &rule)
 {
     const Identity &who = *session.who;
+    const auto omitted = refusals_.take(who.way_in + ' ' + who.name, Clock::now());
+    if (!omitted) {
+        return;
+    }
     on_event("policy.refused",
              R"({"event":"policy.refused","data":{"who":)" + agent::quoted(who.name) +
                  R"(,"way_in":)" + agent::quoted(who.way_in) + R"(,"name":)" +
-                 agent::quoted(request.name) + R"(,"rule":)" + agent::quoted(rule) + "}}");
+                 agent::quoted(request.name) + R"(,"rule":)" + agent::quoted(rule) +
+                 (*omitted > 0 ? R"(,"omitted":)" + std::to_string(*omitted) : "") + "}}");
 }
 
 void Gate::audit(const Session &session, const Request &request, const Policy::Verdict &verdict,
-                 Code code, std::string_view answer, std::chrono::microseconds waited,
+                 std::string_view code, std::string_view answer, std::chrono::microseconds waited,
                  std::chrono::microseconds worked)
 {
     if (options_.audit.empty()) {
         return;
     }
-    const bool has_result = code == Code::kNone;
-    audit_.write({*session.who, verdict.role, request.subject, request.name, request.params(),
-                  name_of(code), verdict.rule, has_result ? result_in(answer) : std::nullopt,
+    const bool has_result = code.empty();
+    audit_.write({*session.who, verdict.role, request.subject, request.name, request.params(), code,
+                  verdict.rule, has_result ? result_in(answer) : std::nullopt,
                   has_result ? status_in(answer) : std::string_view(), waited, worked},
                  std::chrono::system_clock::now());
     const std::string problem = audit_.take_problem();
@@ -316,7 +340,7 @@ void Gate::finish(std::string_view line, Code code)
         return; // the client has disconnected
     }
     Session::Entry *const entry = &running_entry(*session);
-    audit(*session, entry->request, entry->verdict, code, line,
+    audit(*session, entry->request, entry->verdict, name_of(code), line,
           between(entry->arrived, entry->begun), between(entry->begun, Clock::now()));
     // The only place where a reply is parsed: to mask it for clients that may not see secrets.
     std::string masked;
@@ -370,7 +394,7 @@ void Gate::refuse_waiting(Code code, const std::string &text)
     for (const auto &session : sessions_) {
         for (Session::Entry &entry : session->entries) {
             if (entry.is_waiting) {
-                audit(*session, entry.request, entry.verdict, code, "",
+                audit(*session, entry.request, entry.verdict, name_of(code), "",
                       between(entry.arrived, Clock::now()), {});
                 entry.is_waiting = false;
                 entry.is_answered = true;

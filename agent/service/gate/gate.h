@@ -7,6 +7,7 @@
 #include "service/gate/audit.h"
 #include "service/gate/policy.h"
 #include "service/gate/rate_limit.h"
+#include "service/gate/refusals.h"
 #include "service/worker/supervisor.h"
 
 #include <boost/asio/io_context.hpp>
@@ -100,7 +101,7 @@ class Gate : SupervisorListener {
                 std::string_view text);
     void answer_control(Session &session, const Request &request);
     void audit(const Session &session, const Request &request, const Policy::Verdict &verdict,
-               Code code, std::string_view answer, std::chrono::microseconds waited,
+               std::string_view code, std::string_view answer, std::chrono::microseconds waited,
                std::chrono::microseconds worked);
     void tell_refusal(const Session &session, const Request &request, const std::string &rule);
     std::chrono::milliseconds time_of(const Request &request) const;
@@ -113,6 +114,7 @@ class Gate : SupervisorListener {
     Hooks hooks_;
     GateOptions options_;
     RateLimiter rates_;
+    RefusalEvents refusals_;
     AuditLog audit_;
     // The times in the protocol of the commands that may take long.
     std::map<std::string, std::chrono::seconds, std::less<>> times_;
