@@ -9,16 +9,16 @@ ANY_TEXT = "any text"  # a form without information
 USUAL_SECONDS = 30  # time limit of a command whose description has none
 
 
-def as_written():
-    """The descriptions by file, in the order of the commands' names."""
-    files = sorted((ROOT / "protocol/commands").glob("*.json"))
+def as_written(folder="commands"):
+    """The descriptions in a folder by file, in the order of their names."""
+    files = sorted((ROOT / "protocol" / folder).glob("*.json"))
     return {file: json.loads(file.read_text(encoding="utf-8")) for file in files}
 
 
-def descriptions():
+def descriptions(folder="commands"):
     """The same, with the information from the device fields added to the keys."""
     interface = Interface()
-    found = as_written()
+    found = as_written(folder)
     for description in found.values():
         complete(interface, description["request"], in_request=True)
         for reply in description["replies"]:
@@ -26,10 +26,19 @@ def descriptions():
     return found
 
 
+def reports():
+    """The descriptions of the reports, in the same form."""
+    return descriptions("reports")
+
+
 def events():
     """The descriptions of the events by file, in the order of their names."""
-    files = sorted((ROOT / "protocol/events").glob("*.json"))
-    return {file: json.loads(file.read_text(encoding="utf-8")) for file in files}
+    return as_written("events")
+
+
+def name_of(description):
+    """The name of a command or report."""
+    return description.get("command") or description["report"]
 
 
 def complete(interface, keys, in_request):

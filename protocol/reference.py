@@ -25,7 +25,14 @@ What happens by itself: [`hgagent serve --events`](agent.md#events---events) wri
 """
 
 
-def reference(descriptions, events, introduction):
+REPORTS = """
+What the plug-in builds for its agent, beside the commands: [`hgagent report`](agent.md#reports-report) and
+`{"report": NAME, "params": {...}}` request them. The request's keys are the parameters. The `result` of an answer is
+that of the function, 0 for success.
+"""
+
+
+def reference(descriptions, reports, events, introduction):
     subjects = {}
     for description in descriptions:
         subjects.setdefault(description["subject"], []).append(description)
@@ -38,6 +45,10 @@ def reference(descriptions, events, introduction):
         parts.append(f"## {subject_title(subject)}\n")
         for description in subjects[subject]:
             parts += command_parts(description)
+    parts.append(f"## The {len(reports)} reports\n")
+    parts.append(REPORTS.strip() + "\n")
+    for report in reports:
+        parts += report_parts(report)
     parts.append(f"## The {len(events)} events\n")
     parts.append(EVENTS.strip() + "\n")
     for event in events:
@@ -70,7 +81,18 @@ def command_parts(description):
     calls = ", ".join(f"`{call}`" for call in description["device_calls"]) or "none"
     time = f" It may take {description['seconds']} seconds." if "seconds" in description else ""
     yield f"Handler `{description['handler']}`. Device calls: {calls}.{time}\n"
+    yield from call_parts(description)
 
+
+def report_parts(report):
+    yield f"### {report['report']}\n"
+    builder = f" Function `{report['builder']}`." if "builder" in report else ""
+    yield f"{report['summary']}.{' ' + report['details'] if 'details' in report else ''}{builder}\n"
+    yield from call_parts(report)
+
+
+def call_parts(description):
+    """Request, replies and example."""
     capitals = " (case-sensitive)" if description.get("case_sensitive") else ""
     if description["request"]:
         yield f"**Request**{capitals}\n"

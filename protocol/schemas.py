@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Generates the JSON Schemas of requests and replies, of events and of the lines around them."""
 
-from descriptions import keys_with_items, limits
+from descriptions import keys_with_items, limits, name_of
 
 DIALECT = "https://json-schema.org/draft/2020-12/schema"
 
@@ -21,7 +21,7 @@ def request_schema(description):
     note = CASE_SENSITIVE_NOTE if description.get("case_sensitive") else REQUEST_NOTE
     return {
         "$schema": DIALECT,
-        "title": f"Request of {description['command']}",
+        "title": f"Request of {name_of(description)}",
         "description": f"{description['summary']}. {note}{FORM_NOTE}",
         **object_schema(description["request"], in_request=True),
     }
@@ -34,7 +34,7 @@ def reply_schema(description):
                for reply in description["replies"]]
     schema = {
         "$schema": DIALECT,
-        "title": f"Reply of {description['command']}",
+        "title": f"Reply of {name_of(description)}",
         "description": f"{description['summary']}. {REPLY_NOTE}{FORM_NOTE}",
         "anyOf": replies,
     }

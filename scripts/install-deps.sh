@@ -30,7 +30,9 @@ for option in "$@"; do
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
-            packages+=(abigail-tools clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc shellcheck)
+            packages+=(abigail-tools clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc nodejs shellcheck)
+            # Builds of nodejs from elsewhere contain npm, and conflict with Debian's.
+            command -v npm >/dev/null || packages+=(npm)
             ;;
         --clang)
             packages+=(clang-14 libclang-rt-14-dev llvm-14)

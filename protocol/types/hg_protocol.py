@@ -1,0 +1,5652 @@
+# SPDX-License-Identifier: MIT
+# Generated from protocol/ by protocol/generate.py.
+"""The requests and replies of the commands and reports, the events, and the lines around them. A reply can have
+other keys as well: those of the request that the command does not know."""
+
+from typing import Any, Literal, NotRequired, Protocol, TypedDict, Union, overload
+
+
+class ChildHgLocalRecoveryRequest(TypedDict):
+    """CHILD_HG_LOCAL_RECOVERY: Restores the factory settings of a child router."""
+
+    # identifier of the child router
+    DeviceID: str
+
+
+class ChildHgLocalRecoverySuccess(TypedDict):
+    """CHILD_HG_LOCAL_RECOVERY, success: the command was sent."""
+
+    Status: Literal["0"]
+
+
+class ChildHgLocalRecoveryFailure(TypedDict):
+    """CHILD_HG_LOCAL_RECOVERY, failure."""
+
+    # that of the request
+    DeviceID: NotRequired[str]
+    Status: Literal["1"]
+    # "DeviceID Not Found": the key is missing or not a string; "send json to child err": the command could not be sent
+    FailReason: Literal["DeviceID Not Found", "send json to child err"]
+
+
+# Reply of CHILD_HG_LOCAL_RECOVERY.
+ChildHgLocalRecoveryReply = Union[ChildHgLocalRecoverySuccess, ChildHgLocalRecoveryFailure]
+
+
+class DelLanDeviceRequest(TypedDict):
+    """DEL_LAN_DEVICE: Removes an attached device."""
+
+    # MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"
+    MAC: str
+
+
+class DelLanDeviceSuccess(TypedDict):
+    """DEL_LAN_DEVICE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class DelLanDeviceFailure(TypedDict):
+    """DEL_LAN_DEVICE, failure."""
+
+    # that of the request
+    MAC: NotRequired[str]
+    Status: Literal["1"]
+    # "parama is errer!": the key is missing; "MAC  value is NULL": the key is present but not a string; "set tslink config failed": the device refused the change
+    FailReason: Literal["parama is errer!", "MAC  value is NULL", "set tslink config failed"]
+
+
+# Reply of DEL_LAN_DEVICE.
+DelLanDeviceReply = Union[DelLanDeviceSuccess, DelLanDeviceFailure]
+
+
+class GetAdminInfoRequest(TypedDict):
+    """GET_ADMIN_INFO: The administrator's account."""
+
+
+class GetAdminInfoSuccess(TypedDict):
+    """GET_ADMIN_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # name of the administrator; as in "admin"; at most 128 bytes
+    Name: str
+    # password of the account or of the web login; as in "zaun-und-tor-58"; at most 128 bytes; secret
+    Password: str
+
+
+class GetAdminInfoFailure(TypedDict):
+    """GET_ADMIN_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get admin info failed": the device could not answer
+    FailReason: Literal["get admin info failed"]
+
+
+# Reply of GET_ADMIN_INFO.
+GetAdminInfoReply = Union[GetAdminInfoSuccess, GetAdminInfoFailure]
+
+
+class GetAdBaseInfoRequest(TypedDict):
+    """GET_AD_BASE_INFO: The attached devices, with all details."""
+
+
+class GetAdBaseInfoBaseInfo(TypedDict):
+    """BaseInfo: the devices."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: str
+    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    UID: str
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevType: str
+    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    DevFactory: str
+    # the type of device again; the model is not known; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevModle: str
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: str
+    # name given by the user; as in "Anna"; at most 32 bytes
+    ByName: str
+    # operating system; as in "Linux"; at most 32 bytes
+    OS: str
+    # version of the operating system; as in "6.1"; at most 32 bytes
+    Version: str
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # "1" when it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    NetMonopoly: str
+    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    AccessType: str
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    AccessEnable: str
+    # time at which it was attached; seconds since 1970, s, as in "1767225600"; at most 32 bytes
+    AccessTime: str
+    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    DownSpeed: str
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: str
+    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GreennetProtectEnable: str
+    # "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    StaticDhcpEnable: str
+
+
+class GetAdBaseInfoSuccess(TypedDict):
+    """GET_AD_BASE_INFO, success: the device reported every attached device."""
+
+    # the devices
+    BaseInfo: list[GetAdBaseInfoBaseInfo]
+    Status: Literal["0"]
+
+
+class GetAdBaseInfoFailure(TypedDict):
+    """GET_AD_BASE_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get ad base info error": the device could not report how many there are, or could not read one of them
+    FailReason: Literal["get ad base info error"]
+
+
+# Reply of GET_AD_BASE_INFO.
+GetAdBaseInfoReply = Union[GetAdBaseInfoSuccess, GetAdBaseInfoFailure]
+
+
+class GetApAlgAbilityRequest(TypedDict):
+    """GET_AP_ALG_ABILITY: NAT helpers (ALG) by protocol."""
+
+
+class GetApAlgAbilitySuccess(TypedDict):
+    """GET_AP_ALG_ABILITY, success: the device answered."""
+
+    # "1" when the PPTP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    PPTP: str
+    # "1" when the FTP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    FTP: str
+    # "1" when the IPsec helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    IPSEC: str
+    # "1" when the L2TP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    L2TP: str
+    # "1" when the RTSP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    RTSP: str
+    # "1" when the H.323 helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    H323: str
+    # "1" when the SIP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    SIP: str
+    Status: Literal["0"]
+
+
+class GetApAlgAbilityFailure(TypedDict):
+    """GET_AP_ALG_ABILITY, failure."""
+
+    Status: Literal["1"]
+    # "Get ap ALG ability failed": the device could not answer
+    FailReason: Literal["Get ap ALG ability failed"]
+
+
+# Reply of GET_AP_ALG_ABILITY.
+GetApAlgAbilityReply = Union[GetApAlgAbilitySuccess, GetApAlgAbilityFailure]
+
+
+class GetApMultiserviceModeRequest(TypedDict):
+    """GET_AP_MULTISERVICE_MODE: Multiservice mode of the access point."""
+
+
+class GetApMultiserviceModeSuccess(TypedDict):
+    """GET_AP_MULTISERVICE_MODE, success: the device answered."""
+
+    # the mode; NONE, SSID or VLAN, as in "VLAN"; at most 8 bytes
+    Mode: str
+    Status: Literal["0"]
+
+
+class GetApMultiserviceModeFailure(TypedDict):
+    """GET_AP_MULTISERVICE_MODE, failure."""
+
+    Status: Literal["1"]
+    # "Get ap multisservice mode failed": the device could not answer
+    FailReason: Literal["Get ap multisservice mode failed"]
+
+
+# Reply of GET_AP_MULTISERVICE_MODE.
+GetApMultiserviceModeReply = Union[GetApMultiserviceModeSuccess, GetApMultiserviceModeFailure]
+
+
+class GetAttachDeviceRightRequest(TypedDict):
+    """GET_ATTACH_DEVICE_RIGHT: Which of the attached devices may reach the Internet."""
+
+
+class GetAttachDeviceRightMACList(TypedDict):
+    """MACList: the devices."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 64 bytes
+    MAC: str
+    # host name; as in "workshop-pc"; at most 64 bytes
+    name: str
+    # the right; ALLOW or DENY, as in "ALLOW"; at most 64 bytes
+    InternetAccessRight: str
+
+
+class GetAttachDeviceRightSuccess(TypedDict):
+    """GET_ATTACH_DEVICE_RIGHT, success: in any case; a device whose right could not be determined is left out."""
+
+    # the devices
+    MACList: list[GetAttachDeviceRightMACList]
+    Status: Literal["0"]
+
+
+# Reply of GET_ATTACH_DEVICE_RIGHT.
+GetAttachDeviceRightReply = Union[GetAttachDeviceRightSuccess]
+
+
+class GetChildRouterAdBaseInfoRequest(TypedDict):
+    """GET_CHILD_ROUTER_AD_BASE_INFO: The devices of a child router."""
+
+    # identifier of the child router
+    DeviceID: Any
+
+
+class GetChildRouterAdBaseInfoSuccess(TypedDict):
+    """GET_CHILD_ROUTER_AD_BASE_INFO, success: the child router replied."""
+
+    # that of the request
+    DeviceID: NotRequired[Any]
+    # the devices, as the child router describes them
+    BaseInfo: Any
+    Status: Literal["0"]
+
+
+class GetChildRouterAdBaseInfoFailure(TypedDict):
+    """GET_CHILD_ROUTER_AD_BASE_INFO, failure."""
+
+    # that of the request
+    DeviceID: NotRequired[Any]
+    Status: Literal["1"]
+    # "DeviceID Not Found": the identifier is missing; "Get json_str fail": memory ran out before the command was sent; "sendto tslink or retinfo fail": the command could not be sent, or there was no reply; "Get child_adbaseinfo fail": the child router's reply is not JSON; "BaseInfo is NULL": the child router's reply does not contain the devices; "cJSON_Print fail": memory ran out for the devices
+    FailReason: Literal["DeviceID Not Found", "Get json_str fail", "sendto tslink or retinfo fail", "Get child_adbaseinfo fail", "BaseInfo is NULL", "cJSON_Print fail"]
+
+
+# Reply of GET_CHILD_ROUTER_AD_BASE_INFO.
+GetChildRouterAdBaseInfoReply = Union[GetChildRouterAdBaseInfoSuccess, GetChildRouterAdBaseInfoFailure]
+
+
+class GetGatewayNetFaultRequest(TypedDict):
+    """GET_GATEWAY_NET_FAULT: Reason for a network fault."""
+
+
+class GetGatewayNetFaultSuccess(TypedDict):
+    """GET_GATEWAY_NET_FAULT, success: the device answered."""
+
+    # reason for the fault, as reported by the device; LINK_DOWN, NO_ADDRESS, AUTH_FAILED or DNS_FAILED, as in "NO_ADDRESS"; at most 16 bytes
+    NetFaultReason: str
+    Status: Literal["0"]
+
+
+class GetGatewayNetFaultFailure(TypedDict):
+    """GET_GATEWAY_NET_FAULT, failure: the device could not answer."""
+
+    Status: Literal["1"]
+
+
+# Reply of GET_GATEWAY_NET_FAULT.
+GetGatewayNetFaultReply = Union[GetGatewayNetFaultSuccess, GetGatewayNetFaultFailure]
+
+
+class GetGreennetDeviceListRequest(TypedDict):
+    """GET_GREENNET_DEVICE_LIST: The devices under parental control."""
+
+
+class GetGreennetDeviceListDeviceList(TypedDict):
+    """DeviceList: the devices, 64 at most."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; at most 64 bytes
+    Mac: str
+    # name given by the user; as in "Jonas"; at most 64 bytes
+    Name: str
+    # "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    NotifyEnable: str
+    # "1" when its protect periods are in force; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    ProtectEnable: str
+
+
+class GetGreennetDeviceListSuccess(TypedDict):
+    """GET_GREENNET_DEVICE_LIST, success: the device reported how many there are."""
+
+    Status: Literal["0"]
+    # the devices, 64 at most
+    DeviceList: list[GetGreennetDeviceListDeviceList]
+
+
+class GetGreennetDeviceListFailure(TypedDict):
+    """GET_GREENNET_DEVICE_LIST, failure."""
+
+    Status: Literal["1"]
+    # "get host num failed": the device could not report how many there are
+    FailReason: Literal["get host num failed"]
+
+
+# Reply of GET_GREENNET_DEVICE_LIST.
+GetGreennetDeviceListReply = Union[GetGreennetDeviceListSuccess, GetGreennetDeviceListFailure]
+
+
+class GetGreennetEnableRequest(TypedDict):
+    """GET_GREENNET_ENABLE: Whether parental control is on."""
+
+
+class GetGreennetEnableSuccess(TypedDict):
+    """GET_GREENNET_ENABLE, success: the device answered."""
+
+    # "1" when parental control is on; 1 for on, 0 for off, as in "1"; at most 256 bytes
+    Enable: str
+    Status: Literal["0"]
+
+
+class GetGreennetEnableFailure(TypedDict):
+    """GET_GREENNET_ENABLE, failure."""
+
+    Status: Literal["1"]
+    # "get green net enable failed": the device could not answer
+    FailReason: Literal["get green net enable failed"]
+
+
+# Reply of GET_GREENNET_ENABLE.
+GetGreennetEnableReply = Union[GetGreennetEnableSuccess, GetGreennetEnableFailure]
+
+
+class GetGreennetProtectPeriodListRequest(TypedDict):
+    """GET_GREENNET_PROTECT_PERIOD_LIST: The periods in which a device is restricted."""
+
+    # MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; truncated to 63 bytes
+    Mac: str
+
+
+class GetGreennetProtectPeriodListSleep(TypedDict):
+    """Sleep: the periods."""
+
+    # start of the period; HH:MM, from 00:00 to 23:59, as in "22:00"; at most 8 bytes
+    StartTime: str
+    # end of the period; HH:MM, from 00:00 to 23:59, as in "07:30"; at most 8 bytes
+    EndTime: str
+    # "1" when the period is in force; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    # days on which it begins; 1 (Monday) to 7, without commas, as in "12345"; at most 8 bytes
+    DaysOfWeek: str
+
+
+class GetGreennetProtectPeriodListSuccess(TypedDict):
+    """GET_GREENNET_PROTECT_PERIOD_LIST, success: the device reported every period."""
+
+    # that of the request
+    Mac: NotRequired[str]
+    Status: Literal["0"]
+    # the periods
+    Sleep: list[GetGreennetProtectPeriodListSleep]
+
+
+class GetGreennetProtectPeriodListFailure(TypedDict):
+    """GET_GREENNET_PROTECT_PERIOD_LIST, failure."""
+
+    # that of the request
+    Mac: NotRequired[str]
+    Status: Literal["1"]
+    # "json node: mac not found": Mac is missing or not a string; "xml mac index not found": the device is not under parental control; "get protect period list failed": a period could not be read
+    FailReason: Literal["json node: mac not found", "xml mac index not found", "get protect period list failed"]
+
+
+# Reply of GET_GREENNET_PROTECT_PERIOD_LIST.
+GetGreennetProtectPeriodListReply = Union[GetGreennetProtectPeriodListSuccess, GetGreennetProtectPeriodListFailure]
+
+
+class GetHgBaseInfoRequest(TypedDict):
+    """GET_HG_BASE_INFO: Identity and state of the gateway."""
+
+
+class GetHgBaseInfoSuccess(TypedDict):
+    """GET_HG_BASE_INFO, success: the device answered at least one of the three calls; what it could not report is empty."""
+
+    Status: Literal["0"]
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    Mac: str
+    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    NetStatus: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    DownSpeed: str
+    # state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    WiFiStatus1: str
+    # state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    WiFiStatus2: str
+    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    SSID1: str
+    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    SSID2: str
+    # IP address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    ip: str
+    # hardware version; as in "V1.2"; at most 32 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    UpTime: str
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    AreaCode: str
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    Wlan1Mac: str
+    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    WanLinkMode: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    Cpu: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    Memory: str
+    # address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    LanIp: str
+    # address of the default gateway; IPv4 address, as in "100.72.0.1"; at most 32 bytes
+    WanGateWay: str
+    # DNS servers; addresses, with commas, as in "100.64.0.53,100.64.1.53"; at most 65 bytes
+    Dns: str
+    # always this string of two characters, not an array
+    MeshInfo: Literal["[]"]
+
+
+class GetHgBaseInfoFailure(TypedDict):
+    """GET_HG_BASE_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get base info error!": the device answered none of the three calls
+    FailReason: Literal["get base info error!"]
+
+
+# Reply of GET_HG_BASE_INFO.
+GetHgBaseInfoReply = Union[GetHgBaseInfoSuccess, GetHgBaseInfoFailure]
+
+
+class GetHgDhcpInfoRequest(TypedDict):
+    """GET_HG_DHCP_INFO: The DHCP server of the LAN side."""
+
+
+class GetHgDhcpInfoSuccess(TypedDict):
+    """GET_HG_DHCP_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # "1" when the server is on; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    Enable: str
+    # address of the server; IPv4 address, as in "192.168.1.1"; at most 64 bytes
+    IPAddress: str
+    # subnet mask; IPv4 mask, as in "255.255.255.0"; at most 64 bytes
+    SubNetMask: str
+    # gateway address that the server hands out; IPv4 address, as in "192.168.1.1"; at most 64 bytes
+    GateWay: str
+
+
+class GetHgDhcpInfoFailure(TypedDict):
+    """GET_HG_DHCP_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get hg dhcp failed": the device could not answer
+    FailReason: Literal["get hg dhcp failed"]
+
+
+# Reply of GET_HG_DHCP_INFO.
+GetHgDhcpInfoReply = Union[GetHgDhcpInfoSuccess, GetHgDhcpInfoFailure]
+
+
+class GetHgGuestSsidRequest(TypedDict):
+    """GET_HG_GUEST_SSID: The guest network of one band."""
+
+    # the band; 2.4GHz or 5GHz, as in "2.4GHz"; truncated to 15 bytes
+    Band: str
+
+
+class GetHgGuestSsidSuccess(TypedDict):
+    """GET_HG_GUEST_SSID, success: the device answered."""
+
+    # that of the request
+    Band: NotRequired[str]
+    # "1" when the guest network is on; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    Enable: str
+    # permissions of guests; FULL, or GUEST for Internet access only, as in "GUEST"; at most 8 bytes
+    PermissionProperty: str
+    # network name; as in "Lindenhof-Guest"; at most 64 bytes
+    SSID: str
+    # whole days for which it stays open; whole number, -1 for no limit, days, as in "2"; at most 8 bytes
+    ContinueTime: str
+    # "1" when the band's radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    RadioEnable: str
+    # hours for which it stays open; whole number, -1 for no limit, h, as in "3"; at most 8 bytes
+    HourTime: str
+    # seconds for which it stays open; whole number, -1 for no limit, s, as in "183600"; at most 16 bytes
+    EndTimestamp: str
+    # time left; whole number, -1 for no limit, s, as in "183600"; at most 16 bytes
+    Remainingtime: str
+    # password of the guest network; as in "willkommen24"; at most 64 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 16 bytes
+    ENCRYPT: str
+    # wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes
+    Mode: str
+    # "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    AdvertisementEnable: str
+    Status: Literal["0"]
+
+
+class GetHgGuestSsidFailure(TypedDict):
+    """GET_HG_GUEST_SSID, failure."""
+
+    # that of the request
+    Band: NotRequired[str]
+    Status: Literal["1"]
+    # "json :get band failed": Band is missing or not a string; "get guest wifi info failed": the device could not answer
+    FailReason: Literal["json :get band failed", "get guest wifi info failed"]
+
+
+# Reply of GET_HG_GUEST_SSID.
+GetHgGuestSsidReply = Union[GetHgGuestSsidSuccess, GetHgGuestSsidFailure]
+
+
+class GetHgLogRequest(TypedDict):
+    """GET_HG_LOG: Uploads the router's log to a URL."""
+
+    # URL that the log is sent to; address of a server, as in "https://updates.example/hgu.img"
+    UploadUrl: str
+    # which log, by its name in the platform; name of a log, as in "syslog"
+    LogType: str
+
+
+class GetHgLogSuccess(TypedDict):
+    """GET_HG_LOG, success: the device library was asked to send the log."""
+
+    # that of the request
+    LogType: NotRequired[str]
+    Status: Literal["0"]
+
+
+class GetHgLogFailure(TypedDict):
+    """GET_HG_LOG, failure."""
+
+    # that of the request
+    UploadUrl: NotRequired[str]
+    # that of the request
+    LogType: NotRequired[str]
+    Status: Literal["1"]
+    # "json node: get dev mac error": the router's MAC address is not known; "json node: UploadUrl not found": UploadUrl is missing or not a string; "json node: LogType not found": LogType is missing or not a string
+    FailReason: Literal["json node: get dev mac error", "json node: UploadUrl not found", "json node: LogType not found"]
+
+
+# Reply of GET_HG_LOG.
+GetHgLogReply = Union[GetHgLogSuccess, GetHgLogFailure]
+
+
+class GetHgPppoeInfoRequest(TypedDict):
+    """GET_HG_PPPOE_INFO: The PPPoE account."""
+
+
+class GetHgPppoeInfoSuccess(TypedDict):
+    """GET_HG_PPPOE_INFO, success: PPPoE is on."""
+
+    Status: Literal["0"]
+    # PPPoE is on
+    Enable: Literal["1"]
+    # name of the account; as in "k4471902@fibre.example"; at most 64 bytes
+    Account: str
+    # its password; as in "Lh7-pq2-Vw9"; at most 64 bytes; secret
+    Password: str
+
+
+class GetHgPppoeInfoSuccess2(TypedDict):
+    """GET_HG_PPPOE_INFO, success: PPPoE is off; account and password stay on the gateway."""
+
+    Status: Literal["0"]
+    # PPPoE is off
+    Enable: Literal["0"]
+
+
+class GetHgPppoeInfoFailure(TypedDict):
+    """GET_HG_PPPOE_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get hg pppoe info failed": the device could not answer
+    FailReason: Literal["get hg pppoe info failed"]
+
+
+# Reply of GET_HG_PPPOE_INFO.
+GetHgPppoeInfoReply = Union[GetHgPppoeInfoSuccess, GetHgPppoeInfoSuccess2, GetHgPppoeInfoFailure]
+
+
+class GetHgRebootInfoRequest(TypedDict):
+    """GET_HG_REBOOT_INFO: Reboot schedule."""
+
+
+class GetHgRebootInfoSuccess(TypedDict):
+    """GET_HG_REBOOT_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # "1" when the schedule is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GatewayRebootEnable: str
+    # time of day; HH:MM, from 00:00 to 23:59, as in "04:30"; at most 8 bytes
+    Time: str
+    # days of the week; 1 (Monday) to 7, with commas, as in "1,4"; at most 16 bytes
+    DaysOfWeek: str
+
+
+class GetHgRebootInfoFailure(TypedDict):
+    """GET_HG_REBOOT_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get reboot info failed": the device could not answer
+    FailReason: Literal["get reboot info failed"]
+
+
+# Reply of GET_HG_REBOOT_INFO.
+GetHgRebootInfoReply = Union[GetHgRebootInfoSuccess, GetHgRebootInfoFailure]
+
+
+class GetHgSleepInfoRequest(TypedDict):
+    """GET_HG_SLEEP_INFO: The sleep times of the gateway, its Wi-Fi and its LEDs."""
+
+
+class GetHgSleepInfoSuccess(TypedDict):
+    """GET_HG_SLEEP_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # "1" when the gateway sleeps; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GatewaySleepEnable: str
+    # "1" when the Wi-Fi sleeps; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    WiFiSleepEnable: str
+    # "1" when the LEDs sleep; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    LedSleepEnable: str
+    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "22:30"; at most 8 bytes
+    StartTime: str
+    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "06:30"; at most 8 bytes
+    EndTime: str
+
+
+class GetHgSleepInfoFailure(TypedDict):
+    """GET_HG_SLEEP_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get hg sleep info failed": the device could not answer
+    FailReason: Literal["get hg sleep info failed"]
+
+
+# Reply of GET_HG_SLEEP_INFO.
+GetHgSleepInfoReply = Union[GetHgSleepInfoSuccess, GetHgSleepInfoFailure]
+
+
+class GetHgUplinkStatusRequest(TypedDict):
+    """GET_HG_UPLINK_STATUS: State of the uplink."""
+
+
+class GetHgUplinkStatusSuccess(TypedDict):
+    """GET_HG_UPLINK_STATUS, success: the device answered."""
+
+    Status: Literal["0"]
+    # state of the uplink, "1" when it is up; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    UpLinkStatus: str
+
+
+class GetHgUplinkStatusFailure(TypedDict):
+    """GET_HG_UPLINK_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "get uplink status failed": the device could not answer
+    FailReason: Literal["get uplink status failed"]
+
+
+# Reply of GET_HG_UPLINK_STATUS.
+GetHgUplinkStatusReply = Union[GetHgUplinkStatusSuccess, GetHgUplinkStatusFailure]
+
+
+class GetLanIpInfoRequest(TypedDict):
+    """GET_LAN_IP_INFO: LAN IP settings."""
+
+
+class GetLanIpInfoSuccess(TypedDict):
+    """GET_LAN_IP_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    GatewayLanIP: str
+    # subnet mask; IPv4 mask, as in "255.255.255.0"; at most 32 bytes
+    SubnetMask: str
+    # first address of the DHCP pool; IPv4 address, as in "192.168.1.100"; at most 32 bytes
+    StartIp: str
+    # last address of the DHCP pool; IPv4 address, as in "192.168.1.249"; at most 32 bytes
+    EndIp: str
+
+
+class GetLanIpInfoFailure(TypedDict):
+    """GET_LAN_IP_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get lan ip info failed": the device could not answer
+    FailReason: Literal["get lan ip info failed"]
+
+
+# Reply of GET_LAN_IP_INFO.
+GetLanIpInfoReply = Union[GetLanIpInfoSuccess, GetLanIpInfoFailure]
+
+
+class GetLedStatusRequest(TypedDict):
+    """GET_LED_STATUS: LED settings."""
+
+
+class GetLedStatusSuccess(TypedDict):
+    """GET_LED_STATUS, success: the device answered."""
+
+    Status: Literal["0"]
+    # "1" when they are on; 1 for on, 0 for off, as in "1"; at most 2 bytes
+    LedSwitch: str
+    # their colour; WHITE, BLUE, GREEN, ORANGE or RED, as in "WHITE"; at most 8 bytes
+    LedCoLor: str
+    # their brightness; whole number, without a percent sign, %, as in "60"; at most 10 bytes
+    LedLight: str
+
+
+class GetLedStatusFailure(TypedDict):
+    """GET_LED_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "get led info failed": the device could not answer
+    FailReason: Literal["get led info failed"]
+
+
+# Reply of GET_LED_STATUS.
+GetLedStatusReply = Union[GetLedStatusSuccess, GetLedStatusFailure]
+
+
+class GetMeshStatusRequest(TypedDict):
+    """GET_MESH_STATUS: Mesh settings."""
+
+
+class GetMeshStatusSuccess(TypedDict):
+    """GET_MESH_STATUS, success: the device answered."""
+
+    # "1" when the mesh is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    MeshEnable: str
+    # its mode; 1 or 2, the type of mesh, as in "2"; at most 8 bytes
+    MeshMode: str
+    Status: Literal["0"]
+
+
+class GetMeshStatusFailure(TypedDict):
+    """GET_MESH_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "Get mesh status failed": the device could not answer
+    FailReason: Literal["Get mesh status failed"]
+
+
+# Reply of GET_MESH_STATUS.
+GetMeshStatusReply = Union[GetMeshStatusSuccess, GetMeshStatusFailure]
+
+
+class GetPortBindingRequest(TypedDict):
+    """GET_PORT_BINDING: The ports that are bound to each WAN connection."""
+
+
+class GetPortBindingPortStatList(TypedDict):
+    """port_stat_list: the connections, 8 at most."""
+
+    # number of the connection; whole number from 1, as in "1"; at most 16 bytes
+    Index: str
+    # its name; as in "Internet"; at most 32 bytes
+    WANName: str
+    # the ports that are bound to it; LAN1, SSID1 and so on, with commas, as in "LAN3,LAN4"; at most 288 bytes
+    BoundPorts: str
+
+
+class GetPortBindingSuccess(TypedDict):
+    """GET_PORT_BINDING, success: the device answered."""
+
+    # the connections, 8 at most
+    port_stat_list: list[GetPortBindingPortStatList]
+    Status: Literal["0"]
+
+
+class GetPortBindingFailure(TypedDict):
+    """GET_PORT_BINDING, failure."""
+
+    Status: Literal["1"]
+    # "get port binding info error": the device could not answer; "cJSON_CreateArray error": memory ran out
+    FailReason: Literal["get port binding info error", "cJSON_CreateArray error"]
+
+
+# Reply of GET_PORT_BINDING.
+GetPortBindingReply = Union[GetPortBindingSuccess, GetPortBindingFailure]
+
+
+class GetPortStatisticsRequest(TypedDict):
+    """GET_PORT_STATISTICS: Traffic counters of the ports."""
+
+
+class GetPortStatisticsPortStatList(TypedDict):
+    """port_stat_list: the ports."""
+
+    # name of the port; WAN, LAN1 and so on, or the band of a radio, as in "LAN1"; at most 16 bytes
+    Port: str
+    # bytes sent; whole number, bytes, as in "104857600"; at most 32 bytes
+    tx_traffic: str
+    # bytes received; whole number, bytes, as in "104857600"; at most 32 bytes
+    rx_traffic: str
+    # packets sent; whole number, packets, as in "81920"; at most 32 bytes
+    tx_packets: str
+    # packets received; whole number, packets, as in "81920"; at most 32 bytes
+    rx_packets: str
+
+
+class GetPortStatisticsSuccess(TypedDict):
+    """GET_PORT_STATISTICS, success: the device answered."""
+
+    # the ports
+    port_stat_list: list[GetPortStatisticsPortStatList]
+    Status: Literal["0"]
+
+
+class GetPortStatisticsFailure(TypedDict):
+    """GET_PORT_STATISTICS, failure."""
+
+    Status: Literal["1"]
+    # "get port statistics info error": the device could not answer; "cJSON_CreateArray error": memory ran out
+    FailReason: Literal["get port statistics info error", "cJSON_CreateArray error"]
+
+
+# Reply of GET_PORT_STATISTICS.
+GetPortStatisticsReply = Union[GetPortStatisticsSuccess, GetPortStatisticsFailure]
+
+
+class GetQosInfoRequest(TypedDict):
+    """GET_QOS_INFO: Quality of service: its switch, applications and rules."""
+
+
+class GetQosInfoAppInfoList(TypedDict):
+    """app_info_list: the applications, 4 at most."""
+
+    # identifier of the application; whole number from 1, as in "1"; at most 8 bytes
+    Id: str
+    # name of the application; as in "Voice"; at most 32 bytes
+    Name: str
+    # its priority; 1 (highest) to 8, as in "1"; at most 8 bytes
+    PriorityLevel: str
+
+
+class GetQosInfoClassificationInfoListTypeList(TypedDict):
+    """type_list: types of traffic that it matches, 3 at most."""
+
+    # field that is compared; as in "DSCP"; at most 16 bytes
+    Type: str
+    # lowest value; as in "46"; at most 64 bytes
+    Min: str
+    # highest value; as in "46"; at most 64 bytes
+    Max: str
+
+
+class GetQosInfoClassificationInfoList(TypedDict):
+    """classification_info_list: the rules, 6 at most."""
+
+    # identifier of the rule; whole number from 1, as in "1"; at most 8 bytes
+    Id: str
+    # name of the rule; as in "Voice of the office"; at most 32 bytes
+    Name: str
+    # its priority; 1 (highest) to 8, as in "1"; at most 8 bytes
+    PriorityLevel: str
+    # types of traffic that it matches, 3 at most
+    type_list: list[GetQosInfoClassificationInfoListTypeList]
+
+
+class GetQosInfoSuccess(TypedDict):
+    """GET_QOS_INFO, success: the device answered."""
+
+    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    # the applications, 4 at most
+    app_info_list: list[GetQosInfoAppInfoList]
+    # the rules, 6 at most
+    classification_info_list: list[GetQosInfoClassificationInfoList]
+    Status: Literal["0"]
+
+
+class GetQosInfoFailure(TypedDict):
+    """GET_QOS_INFO, failure: memory ran out for the applications."""
+
+    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    Status: Literal["1"]
+    FailReason: Literal["cJSON_CreateArray error"]
+
+
+class GetQosInfoFailure2(TypedDict):
+    """GET_QOS_INFO, failure: memory ran out for the rules."""
+
+    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    # the applications, 4 at most
+    app_info_list: list[GetQosInfoAppInfoList]
+    Status: Literal["1"]
+    FailReason: Literal["cJSON_CreateArray error"]
+
+
+class GetQosInfoFailure3(TypedDict):
+    """GET_QOS_INFO, failure: memory ran out for a rule, which is left out; the reply has two statuses."""
+
+    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    # the applications, 4 at most
+    app_info_list: list[GetQosInfoAppInfoList]
+    FailReason: Literal["cJSON_CreateArray error"]
+    # the rules, 6 at most
+    classification_info_list: list[GetQosInfoClassificationInfoList]
+    Status: Literal["0"]
+
+
+class GetQosInfoFailure4(TypedDict):
+    """GET_QOS_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get uplink qos info error": the device could not answer; "cJSON_CreateArray error": memory ran out
+    FailReason: Literal["get uplink qos info error", "cJSON_CreateArray error"]
+
+
+# Reply of GET_QOS_INFO.
+GetQosInfoReply = Union[GetQosInfoSuccess, GetQosInfoFailure, GetQosInfoFailure2, GetQosInfoFailure3, GetQosInfoFailure4]
+
+
+class GetScanChannelCountRequest(TypedDict):
+    """GET_SCAN_CHANNEL_COUNT: Number of access points on each channel."""
+
+
+class GetScanChannelCountList24g(TypedDict):
+    """List24g: at most 64 channels at 2.4 GHz."""
+
+    # number of the channel; at most 6 bytes
+    Name: str
+    # number of access points found on it
+    Count: float
+
+
+class GetScanChannelCountList58g(TypedDict):
+    """List58g: at most 64 channels at 5 GHz."""
+
+    # number of the channel; at most 6 bytes
+    Name: str
+    # number of access points found on it
+    Count: float
+
+
+class GetScanChannelCountSuccess(TypedDict):
+    """GET_SCAN_CHANNEL_COUNT, success: the device answered."""
+
+    # at most 64 channels at 2.4 GHz
+    List24g: list[GetScanChannelCountList24g]
+    # at most 64 channels at 5 GHz
+    List58g: list[GetScanChannelCountList58g]
+    Status: Literal["0"]
+
+
+class GetScanChannelCountFailure(TypedDict):
+    """GET_SCAN_CHANNEL_COUNT, failure."""
+
+    Status: Literal["1"]
+    # "Get Wifi channel error": the device could not answer
+    FailReason: Literal["Get Wifi channel error"]
+
+
+# Reply of GET_SCAN_CHANNEL_COUNT.
+GetScanChannelCountReply = Union[GetScanChannelCountSuccess, GetScanChannelCountFailure]
+
+
+class GetScanChannelPowerRequest(TypedDict):
+    """GET_SCAN_CHANNEL_POWER: Signal strength of each neighbouring network."""
+
+
+class GetScanChannelPowerSSIDList(TypedDict):
+    """SSIDList: the networks."""
+
+    # network name; as in "FamilieBrandt"; at most 64 bytes
+    name: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 64 bytes
+    dbpower: str
+
+
+class GetScanChannelPowerSuccess(TypedDict):
+    """GET_SCAN_CHANNEL_POWER, success: the scan succeeded."""
+
+    # the networks
+    SSIDList: list[GetScanChannelPowerSSIDList]
+    Status: Literal["0"]
+
+
+class GetScanChannelPowerFailure(TypedDict):
+    """GET_SCAN_CHANNEL_POWER, failure."""
+
+    Status: Literal["1"]
+    # "get channel rssi failed": the scan failed
+    FailReason: Literal["get channel rssi failed"]
+
+
+# Reply of GET_SCAN_CHANNEL_POWER.
+GetScanChannelPowerReply = Union[GetScanChannelPowerSuccess, GetScanChannelPowerFailure]
+
+
+class GetScanWifiSsidlistRequest(TypedDict):
+    """GET_SCAN_WIFI_SSIDLIST: Neighbouring networks."""
+
+
+class GetScanWifiSsidlistSSIDList(TypedDict):
+    """SSIDList: at most twenty networks."""
+
+    # network name; as in "FamilieBrandt"; at most 64 bytes
+    SSID: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 64 bytes
+    PowerLevel: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 64 bytes
+    ENCRYPT: str
+    # cipher of WPA; NONE or AES, as in "NONE"; at most 64 bytes
+    WPACypher: str
+    # cipher of WPA2; NONE or AES, as in "AES"; at most 64 bytes
+    WPA2Cypher: str
+    # frequency band; 2.4GHz or 5GHz, as in "5GHz"; at most 64 bytes
+    Band: str
+    # "1" when the router is connected to it; 1 for yes, 0 for no, as in "0"; at most 64 bytes
+    Connected: str
+
+
+class GetScanWifiSsidlistSuccess(TypedDict):
+    """GET_SCAN_WIFI_SSIDLIST, success: the scan succeeded."""
+
+    # at most twenty networks
+    SSIDList: list[GetScanWifiSsidlistSSIDList]
+    Status: Literal["0"]
+
+
+class GetScanWifiSsidlistFailure(TypedDict):
+    """GET_SCAN_WIFI_SSIDLIST, failure."""
+
+    Status: Literal["1"]
+    # "get scan rssi failed": the scan failed
+    FailReason: Literal["get scan rssi failed"]
+
+
+# Reply of GET_SCAN_WIFI_SSIDLIST.
+GetScanWifiSsidlistReply = Union[GetScanWifiSsidlistSuccess, GetScanWifiSsidlistFailure]
+
+
+class GetSnInfoRequest(TypedDict):
+    """GET_SN_INFO: Serial number and type of the router."""
+
+
+class GetSnInfoSuccess(TypedDict):
+    """GET_SN_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # MAC address that serves as the serial number; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 64 bytes
+    MAC: str
+    # state of the mesh link layer, "1" when it is up; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    tslinkstatus: str
+    # type of device; as in "HGU-AX3000"; at most 256 bytes
+    DeviceType: str
+
+
+class GetSnInfoFailure(TypedDict):
+    """GET_SN_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get sn failed": the device could not answer
+    FailReason: Literal["get sn failed"]
+
+
+# Reply of GET_SN_INFO.
+GetSnInfoReply = Union[GetSnInfoSuccess, GetSnInfoFailure]
+
+
+class GetStaRssiRequest(TypedDict):
+    """GET_STA_RSSI: Signal strength of a station."""
+
+    # IP address of the station; IPv4 address, as in "192.168.1.1"
+    IP: str
+
+
+class GetStaRssiSuccess(TypedDict):
+    """GET_STA_RSSI, success: the device answered."""
+
+    # that of the request
+    IP: NotRequired[str]
+    # signal strength in dBm; whole number below 0, dBm, as in "-54"
+    Dbm: float
+    Status: Literal["0"]
+
+
+class GetStaRssiFailure(TypedDict):
+    """GET_STA_RSSI, failure."""
+
+    # that of the request
+    IP: NotRequired[str]
+    Status: Literal["1"]
+    # "rssi get ip is NULL": the key is missing or not a string; "get scan rssi failed": the device could not answer
+    FailReason: Literal["rssi get ip is NULL", "get scan rssi failed"]
+
+
+# Reply of GET_STA_RSSI.
+GetStaRssiReply = Union[GetStaRssiSuccess, GetStaRssiFailure]
+
+
+class GetTsconfStatusRequest(TypedDict):
+    """GET_TSCONF_STATUS: State of the manufacturer's configuration service."""
+
+
+class GetTsconfStatusSuccess(TypedDict):
+    """GET_TSCONF_STATUS, success: the device answered."""
+
+    # the state; RUNNING, WAITING or STOPPED, as in "RUNNING"; at most 8 bytes
+    TsconfStatus: str
+    Status: Literal["0"]
+
+
+class GetTsconfStatusFailure(TypedDict):
+    """GET_TSCONF_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "Get tsconf status failed": the device could not answer
+    FailReason: Literal["Get tsconf status failed"]
+
+
+# Reply of GET_TSCONF_STATUS.
+GetTsconfStatusReply = Union[GetTsconfStatusSuccess, GetTsconfStatusFailure]
+
+
+class GetTslinkTopologyInfoRequest(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO: The whole mesh: the main router with its devices, and each child router with its stations."""
+
+
+class GetTslinkTopologyInfoMainRouterMeshInfo(TypedDict):
+    """MeshInfo: links to the child routers, on the model of the operators and in their areas."""
+
+    # MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    nexthopMAC: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes
+    dbm: str
+
+
+class GetTslinkTopologyInfoMainRouterChildInfo(TypedDict):
+    """ChildInfo: child routers attached to this one, on other models in a mesh of type 2."""
+
+    # MAC address of the child router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    childMac: str
+
+
+class GetTslinkTopologyInfoMainRouterMainBaseInfo(TypedDict):
+    """MainBaseInfo: the devices attached to it, 32 at most."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: str
+    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    UID: str
+    # "3" for a computer, empty when the type is not known
+    DevType: Literal["3", "0", ""]
+    # always the same if the manufacturer is known
+    DevFactory: Literal["unknow", ""]
+    # "3" if the type is known
+    DevModle: Literal["3", ""]
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: str
+    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    ByName: str
+    # "3" if the operating system is known
+    OS: Literal["3", ""]
+    # version of the operating system; as in "6.1"; at most 32 bytes
+    Version: str
+    # state of its link; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # "0" if it is known
+    NetMonopoly: Literal["0", ""]
+    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    AccessType: str
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    AccessEnable: str
+    # seconds since it was attached; at most 11 bytes
+    AccessTime: str
+    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    DownSpeed: str
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: str
+    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    SpeedLimit: str
+    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    DownLimit: str
+    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    UpLimit: str
+    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GreennetProtectEnable: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    dbm: str
+    # "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    StaticDhcpEnable: str
+
+
+class GetTslinkTopologyInfoMainRouter(TypedDict):
+    """MainRouter: the router that replies."""
+
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    Mac: str
+    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    NetStatus: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    DownSpeed: str
+    # "1" when the first radio is on
+    WiFiStatus1: Literal["1", "0"]
+    # "1" when the second radio is on
+    WiFiStatus2: Literal["1", "0"]
+    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    SSID1: str
+    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    SSID2: str
+    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    ip: str
+    # hardware version; as in "V1.2"; at most 32 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    UpTime: str
+    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    WanUptime: str
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    AreaCode: str
+    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    ConfiguerStatus: str
+    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    WanConMode: str
+    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    AddressType: str
+    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    LedLight: str
+    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    LedSwitch: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    cpuusage: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    ramusage: str
+    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QosAcceleratorEnable: str
+    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QQGameAcceleratorEnable: str
+    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    FireWallEnable: str
+    # always the same
+    NetQuality: Literal["0"]
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    Wlan1Mac: str
+    # links to the child routers, on the model of the operators and in their areas
+    MeshInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterMeshInfo]]
+    # child routers attached to this one, on other models in a mesh of type 2
+    ChildInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterChildInfo]]
+    # the devices attached to it, 32 at most
+    MainBaseInfo: list[GetTslinkTopologyInfoMainRouterMainBaseInfo]
+
+
+class GetTslinkTopologyInfoChildRouterMeshInfo(TypedDict):
+    """MeshInfo: its links to other routers, on the model of the operators."""
+
+    # MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    nexthopMAC: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes
+    dbm: str
+    # network interface; name of the network interface, as in "wlan1"; at most 24 bytes
+    interface: str
+
+
+class GetTslinkTopologyInfoChildRouterChildBaseInfo(TypedDict):
+    """ChildBaseInfo: its stations, without those that the device could not report."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: str
+    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    UID: str
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevType: str
+    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    DevFactory: str
+    # always the same
+    DevModle: Literal["Tessaline"]
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: str
+    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    ByName: str
+    # always the same
+    OS: Literal["3"]
+    # version of the operating system; as in "6.1"; at most 32 bytes
+    Version: str
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    NetMonopoly: str
+    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    AccessType: str
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    AccessEnable: str
+    # seconds since it was attached; at most 11 bytes
+    AccessTime: str
+    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    DownSpeed: str
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: str
+    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GreennetProtectEnable: str
+    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    SpeedLimit: str
+    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    DownLimit: str
+    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    UpLimit: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    dbm: str
+    # "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    StaticDhcpEnable: str
+
+
+class GetTslinkTopologyInfoChildRouter(TypedDict):
+    """ChildRouter: the child routers, without those that the device could not report; none of them when memory ran out."""
+
+    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    RouterDeviceID: str
+    # its name; as in "Attic"; at most 64 bytes
+    Name: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 64 bytes
+    Mac: str
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    ChildRouterAccessType: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes
+    DownSpeed: str
+    # IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes
+    ip: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since it started; whole number, s, as in "86400"; at most 16 bytes
+    UpTime: str
+    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    AreaCode: str
+    # hardware version; as in "V1.2"; at most 16 bytes
+    HWVersion: str
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes
+    Wlan1Mac: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    dbm: str
+    # its links to other routers, on the model of the operators
+    MeshInfo: NotRequired[list[GetTslinkTopologyInfoChildRouterMeshInfo]]
+    # its stations, without those that the device could not report
+    ChildBaseInfo: list[GetTslinkTopologyInfoChildRouterChildBaseInfo]
+
+
+class GetTslinkTopologyInfoSuccess(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO, success: the device reported what there is."""
+
+    # the router that replies
+    MainRouter: GetTslinkTopologyInfoMainRouter
+    # the child routers, without those that the device could not report; none of them when memory ran out
+    ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
+    Status: Literal["0"]
+
+
+class GetTslinkTopologyInfoMainRouter2(TypedDict):
+    """MainRouter: the router that replies."""
+
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    Mac: str
+    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    NetStatus: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    DownSpeed: str
+    # "1" when the first radio is on
+    WiFiStatus1: Literal["1", "0"]
+    # "1" when the second radio is on
+    WiFiStatus2: Literal["1", "0"]
+    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    SSID1: str
+    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    SSID2: str
+    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    ip: str
+    # hardware version; as in "V1.2"; at most 32 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    UpTime: str
+    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    WanUptime: str
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    AreaCode: str
+    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    ConfiguerStatus: str
+    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    WanConMode: str
+    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    AddressType: str
+    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    LedLight: str
+    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    LedSwitch: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    cpuusage: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    ramusage: str
+    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QosAcceleratorEnable: str
+    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QQGameAcceleratorEnable: str
+    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    FireWallEnable: str
+    # always the same
+    NetQuality: Literal["0"]
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    Wlan1Mac: str
+    # links to the child routers, on the model of the operators and in their areas
+    MeshInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterMeshInfo]]
+    # child routers attached to this one, on other models in a mesh of type 2
+    ChildInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterChildInfo]]
+    FailReason: Literal["get main base info error!"]
+
+
+class GetTslinkTopologyInfoSuccess2(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO, success: a device of the main router could not be read."""
+
+    # the router that replies
+    MainRouter: GetTslinkTopologyInfoMainRouter2
+    # the child routers, without those that the device could not report; none of them when memory ran out
+    ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
+    Status: Literal["0"]
+
+
+class GetTslinkTopologyInfoMainRouter3(TypedDict):
+    """MainRouter: the router that replies."""
+
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    Mac: str
+    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    NetStatus: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    DownSpeed: str
+    # "1" when the first radio is on
+    WiFiStatus1: Literal["1", "0"]
+    # "1" when the second radio is on
+    WiFiStatus2: Literal["1", "0"]
+    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    SSID1: str
+    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    SSID2: str
+    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    ip: str
+    # hardware version; as in "V1.2"; at most 32 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    UpTime: str
+    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    WanUptime: str
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    AreaCode: str
+    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    ConfiguerStatus: str
+    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    WanConMode: str
+    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    AddressType: str
+    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    LedLight: str
+    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    LedSwitch: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    cpuusage: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    ramusage: str
+    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QosAcceleratorEnable: str
+    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QQGameAcceleratorEnable: str
+    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    FireWallEnable: str
+    # always the same
+    NetQuality: Literal["0"]
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    Wlan1Mac: str
+    # links to the child routers, on the model of the operators and in their areas
+    MeshInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterMeshInfo]]
+    # child routers attached to this one, on other models in a mesh of type 2
+    ChildInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterChildInfo]]
+    FailReason: Literal["cJSON create array failed!"]
+
+
+class GetTslinkTopologyInfoSuccess3(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO, success: there is no memory for the list of the main router's devices."""
+
+    # the router that replies
+    MainRouter: GetTslinkTopologyInfoMainRouter3
+    # the child routers, without those that the device could not report; none of them when memory ran out
+    ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
+    Status: Literal["0"]
+
+
+class GetTslinkTopologyInfoMainRouter4(TypedDict):
+    """MainRouter: the router that replies."""
+
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    Mac: str
+    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    NetStatus: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    DownSpeed: str
+    # "1" when the first radio is on
+    WiFiStatus1: Literal["1", "0"]
+    # "1" when the second radio is on
+    WiFiStatus2: Literal["1", "0"]
+    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    SSID1: str
+    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    SSID2: str
+    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    ip: str
+    # hardware version; as in "V1.2"; at most 32 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    UpTime: str
+    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    WanUptime: str
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    AreaCode: str
+    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    ConfiguerStatus: str
+    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    WanConMode: str
+    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    AddressType: str
+    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    LedLight: str
+    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    LedSwitch: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    cpuusage: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    ramusage: str
+    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QosAcceleratorEnable: str
+    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    QQGameAcceleratorEnable: str
+    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    FireWallEnable: str
+    # always the same
+    NetQuality: Literal["0"]
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    Wlan1Mac: str
+
+
+class GetTslinkTopologyInfoSuccess4(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO, success: there is no memory for the main router's place in the mesh."""
+
+    # the router that replies
+    MainRouter: GetTslinkTopologyInfoMainRouter4
+    # the child routers, without those that the device could not report; none of them when memory ran out
+    ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
+    Status: Literal["0"]
+
+
+class GetTslinkTopologyInfoMainRouter5(TypedDict):
+    """MainRouter: an element."""
+
+    FailReason: Literal["get base info error!"]
+
+
+class GetTslinkTopologyInfoSuccess5(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO, success: the device could not report about the main router."""
+
+    MainRouter: GetTslinkTopologyInfoMainRouter5
+    # the child routers, without those that the device could not report; none of them when memory ran out
+    ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
+    Status: Literal["0"]
+
+
+class GetTslinkTopologyInfoFailure(TypedDict):
+    """GET_TSLINK_TOPOLOGY_INFO, failure."""
+
+    Status: Literal["1"]
+    # "Create mainrouter json error": there is no memory for the main router
+    FailReason: Literal["Create mainrouter json error"]
+
+
+# Reply of GET_TSLINK_TOPOLOGY_INFO.
+GetTslinkTopologyInfoReply = Union[GetTslinkTopologyInfoSuccess, GetTslinkTopologyInfoSuccess2, GetTslinkTopologyInfoSuccess3, GetTslinkTopologyInfoSuccess4, GetTslinkTopologyInfoSuccess5, GetTslinkTopologyInfoFailure]
+
+
+class GetUpdateScheduleRequest(TypedDict):
+    """GET_UPDATE_SCHEDULE: The time of day at which the router may update itself."""
+
+
+class GetUpdateScheduleSuccess(TypedDict):
+    """GET_UPDATE_SCHEDULE, success: the device answered."""
+
+    # "1" when the router may update itself; 1 for on, 0 for off, as in "1"; at most 2 bytes
+    Enable: str
+    # start, hour; 0 to 23, without leading zeros, as in "2"; at most 8 bytes
+    StartHour: str
+    # start, minute; 0 to 59, without leading zeros, as in "30"; at most 8 bytes
+    StartMinute: str
+    # end, hour; 0 to 23, without leading zeros, as in "4"; at most 8 bytes
+    EndHour: str
+    # end, minute; 0 to 59, without leading zeros, as in "0"; at most 8 bytes
+    EndMinute: str
+    Status: Literal["0"]
+
+
+class GetUpdateScheduleFailure(TypedDict):
+    """GET_UPDATE_SCHEDULE, failure."""
+
+    Status: Literal["1"]
+    # "Get update schedule failed": the device could not answer
+    FailReason: Literal["Get update schedule failed"]
+
+
+# Reply of GET_UPDATE_SCHEDULE.
+GetUpdateScheduleReply = Union[GetUpdateScheduleSuccess, GetUpdateScheduleFailure]
+
+
+class GetUpdateStatusRequest(TypedDict):
+    """GET_UPDATE_STATUS: Firmware versions of all routers of the mesh."""
+
+
+class GetUpdateStatusMainRouter(TypedDict):
+    """MainRouter: the router that replies, as for HG_GET_UPDATE_STATUS."""
+
+    Status: Literal["0"]
+    # always the same
+    up_status: Literal["0"]
+    # name of the device or of the image; as in "Lindenhof"; at most 64 bytes
+    name: str
+    # hardware version; as in "V1.2"; at most 64 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 64 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 64 bytes
+    FWDATA: str
+    # type of device; as in "HGU-AX3000"; at most 64 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 40 bytes
+    AreaCode: str
+
+
+class GetUpdateStatusChildRouter(TypedDict):
+    """ChildRouter: the child routers."""
+
+    # always the same
+    up_status: Literal["0"]
+    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    DeviceID: str
+    # its name; as in "Attic"; at most 64 bytes
+    name: str
+    # hardware version; as in "V1.2"; at most 16 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    AreaCode: str
+
+
+class GetUpdateStatusSuccess(TypedDict):
+    """GET_UPDATE_STATUS, success: the device reported about the main router; the list of child routers is used as it left it, and a child router that it could not report is left out."""
+
+    # the router that replies, as for HG_GET_UPDATE_STATUS
+    MainRouter: GetUpdateStatusMainRouter
+    # the child routers
+    ChildRouter: list[GetUpdateStatusChildRouter]
+    Status: Literal["0"]
+
+
+class GetUpdateStatusFailure(TypedDict):
+    """GET_UPDATE_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "Get mainrouter update status failed": the device could not report about the main router
+    FailReason: Literal["Get mainrouter update status failed"]
+
+
+# Reply of GET_UPDATE_STATUS.
+GetUpdateStatusReply = Union[GetUpdateStatusSuccess, GetUpdateStatusFailure]
+
+
+class GetUpnpStateRequest(TypedDict):
+    """GET_UPNP_STATE: Whether UPnP is on."""
+
+
+class GetUpnpStateSuccess(TypedDict):
+    """GET_UPNP_STATE, success: the device answered."""
+
+    # "1" when it is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    Status: Literal["0"]
+
+
+class GetUpnpStateFailure(TypedDict):
+    """GET_UPNP_STATE, failure."""
+
+    Status: Literal["1"]
+    # "Get UPNP enable failed": the device could not answer
+    FailReason: Literal["Get UPNP enable failed"]
+
+
+# Reply of GET_UPNP_STATE.
+GetUpnpStateReply = Union[GetUpnpStateSuccess, GetUpnpStateFailure]
+
+
+class GetWebLoginInfoRequest(TypedDict):
+    """GET_WEB_LOGIN_INFO: Password, type and address of the web login."""
+
+
+class GetWebLoginInfoSuccess(TypedDict):
+    """GET_WEB_LOGIN_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # password of the account or of the web login; as in "zaun-und-tor-58"; at most 128 bytes; secret
+    Password: str
+    # type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; at most 8 bytes
+    WebLoginType: str
+    # address of the web login; IPv4 address, as in "192.168.1.1"; at most 64 bytes
+    WebLoginIp: str
+
+
+class GetWebLoginInfoFailure(TypedDict):
+    """GET_WEB_LOGIN_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get web login info failed": the device could not answer
+    FailReason: Literal["get web login info failed"]
+
+
+# Reply of GET_WEB_LOGIN_INFO.
+GetWebLoginInfoReply = Union[GetWebLoginInfoSuccess, GetWebLoginInfoFailure]
+
+
+class GetWifiChannelListRequest(TypedDict):
+    """GET_WIFI_CHANNEL_LIST: Channels that the radios may use."""
+
+
+class GetWifiChannelListList24g(TypedDict):
+    """List24g: at most 64 channels at 2.4 GHz."""
+
+    # number of the channel; at most 6 bytes
+    Name: str
+
+
+class GetWifiChannelListList58g(TypedDict):
+    """List58g: at most 64 channels at 5 GHz."""
+
+    # number of the channel; at most 6 bytes
+    Name: str
+
+
+class GetWifiChannelListSuccess(TypedDict):
+    """GET_WIFI_CHANNEL_LIST, success: the device answered."""
+
+    # at most 64 channels at 2.4 GHz
+    List24g: list[GetWifiChannelListList24g]
+    # at most 64 channels at 5 GHz
+    List58g: list[GetWifiChannelListList58g]
+    Status: Literal["0"]
+
+
+class GetWifiChannelListFailure(TypedDict):
+    """GET_WIFI_CHANNEL_LIST, failure."""
+
+    Status: Literal["1"]
+    # "Get Wifi channel error": the device could not answer
+    FailReason: Literal["Get Wifi channel error"]
+
+
+# Reply of GET_WIFI_CHANNEL_LIST.
+GetWifiChannelListReply = Union[GetWifiChannelListSuccess, GetWifiChannelListFailure]
+
+
+class GetWifiInfoRequest(TypedDict):
+    """GET_WIFI_INFO: Settings of one SSID."""
+
+    # number of the SSID, from 1; the device decides which exist; truncated to 63 bytes
+    SSIDIndex: str
+
+
+class GetWifiInfoSuccess(TypedDict):
+    """GET_WIFI_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # network name; as in "Lindenhof"; at most 64 bytes
+    SSID: str
+    # password of the network; as in "apfelbaum-1962"; at most 64 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 8 bytes
+    ENCRYPT: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; at most 64 bytes
+    PowerLevel: str
+    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Channel: str
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    UsedChannel: str
+    # "1" when the network is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    # bandwidth of the channel; whole number, MHz, as in "20"; at most 16 bytes
+    Bandwidth: str
+    # "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    AdvertisementEnable: str
+    # wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes
+    Mode: str
+    # "1" when beamforming is on; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    Beamforming: str
+
+
+class GetWifiInfoFailure(TypedDict):
+    """GET_WIFI_INFO, failure."""
+
+    # that of the request
+    SSIDIndex: NotRequired[str]
+    Status: Literal["1"]
+    # "no index": there is no index or it is not a string; "index string null": the index is empty; "index is 0, (should be 1 to 8)": the index is 0 or not a number; "get ssid info failed": the device could not answer
+    FailReason: Literal["no index", "index string null", "index is 0, (should be 1 to 8)", "get ssid info failed"]
+
+
+# Reply of GET_WIFI_INFO.
+GetWifiInfoReply = Union[GetWifiInfoSuccess, GetWifiInfoFailure]
+
+
+class GetWifiListInfoRequest(TypedDict):
+    """GET_WIFI_LIST_INFO: Settings of all SSIDs, and the two switches of all radios."""
+
+
+class GetWifiListInfoWIFIList(TypedDict):
+    """WIFIList: the SSIDs."""
+
+    # number of the SSID; at most 11 bytes
+    SSIDIndex: str
+    # network name; as in "Lindenhof"; at most 64 bytes
+    SSID: str
+    # password of the network; as in "apfelbaum-1962"; at most 64 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 8 bytes
+    ENCRYPT: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; at most 64 bytes
+    PowerLevel: str
+    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Channel: str
+    # "1" when the network is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Enable: str
+    # permissions of clients; FULL, or GUEST for Internet access only, as in "FULL"; at most 8 bytes
+    PermissionProperty: str
+    # number of the band, 0 for 2.4 GHz, any other for 5 GHz; 0 for 2.4 GHz, 1 for 5 GHz, as in "0"; at most 16 bytes
+    Type: str
+    # bandwidth of the channel; whole number, MHz, as in "20"; at most 16 bytes
+    Bandwidth: str
+    # "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    AdvertisementEnable: str
+    # wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes
+    Mode: str
+    # "1" when beamforming is on; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    Beamforming: str
+
+
+class GetWifiListInfoSuccess(TypedDict):
+    """GET_WIFI_LIST_INFO, success: the device reported the number of SSIDs and the state of station control; an SSID that it could not report is left out."""
+
+    # the SSIDs
+    WIFIList: list[GetWifiListInfoWIFIList]
+    # "1" when stations are steered between the radios
+    StaCtrl: Literal["1", "0"]
+    # switch of fast roaming, if it is known; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    FastRoaming: NotRequired[str]
+    Status: Literal["0"]
+
+
+class GetWifiListInfoFailure(TypedDict):
+    """GET_WIFI_LIST_INFO, failure."""
+
+    Status: Literal["1"]
+    # "get ssid_num error": the device could not report the number of SSIDs; "get stactrl error": the device could not report the state of station control
+    FailReason: Literal["get ssid_num error", "get stactrl error"]
+
+
+# Reply of GET_WIFI_LIST_INFO.
+GetWifiListInfoReply = Union[GetWifiListInfoSuccess, GetWifiListInfoFailure]
+
+
+class GetWifiSleepScheduleRequest(TypedDict):
+    """GET_WIFI_SLEEP_SCHEDULE: Periods in which the Wi-Fi sleeps."""
+
+
+class GetWifiSleepScheduleWIFISleepList(TypedDict):
+    """WIFISleepList: at most three periods."""
+
+    # "1" when the period is on; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    Enable: str
+    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "23:30"; at most 32 bytes
+    StartTime: str
+    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "05:45"; at most 32 bytes
+    EndTime: str
+    # days of the week; 1 (Monday) to 7, with commas, as in "1,2,3,4,7"; at most 32 bytes
+    DaysOfWeek: str
+
+
+class GetWifiSleepScheduleSuccess(TypedDict):
+    """GET_WIFI_SLEEP_SCHEDULE, success: always; a period that the device could not report is left out."""
+
+    # at most three periods
+    WIFISleepList: list[GetWifiSleepScheduleWIFISleepList]
+    Status: Literal["0"]
+
+
+# Reply of GET_WIFI_SLEEP_SCHEDULE.
+GetWifiSleepScheduleReply = Union[GetWifiSleepScheduleSuccess]
+
+
+class GetWpsEnableRequest(TypedDict):
+    """GET_WPS_ENABLE: Whether WPS is on."""
+
+
+class GetWpsEnableSuccess(TypedDict):
+    """GET_WPS_ENABLE, success: the device answered."""
+
+    # the switch, a decimal number; at most 7 bytes
+    Enable: str
+    Status: Literal["0"]
+
+
+class GetWpsEnableFailure(TypedDict):
+    """GET_WPS_ENABLE, failure."""
+
+    Status: Literal["1"]
+    # "Get wps enable failed": the device could not answer
+    FailReason: Literal["Get wps enable failed"]
+
+
+# Reply of GET_WPS_ENABLE.
+GetWpsEnableReply = Union[GetWpsEnableSuccess, GetWpsEnableFailure]
+
+
+class HgGetUpdateStatusRequest(TypedDict):
+    """HG_GET_UPDATE_STATUS: Version of the running firmware."""
+
+
+class HgGetUpdateStatusSuccess(TypedDict):
+    """HG_GET_UPDATE_STATUS, success: the device answered."""
+
+    Status: Literal["0"]
+    # always the same
+    up_status: Literal["0"]
+    # name of the device or of the image; as in "Lindenhof"; at most 64 bytes
+    name: str
+    # hardware version; as in "V1.2"; at most 64 bytes
+    HWVersion: str
+    # firmware version; as in "V2.4.1"; at most 64 bytes
+    FWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 64 bytes
+    FWDATA: str
+    # type of device; as in "HGU-AX3000"; at most 64 bytes
+    DeviceType: str
+    # code of the operator's area; as in "NORTH-07"; at most 40 bytes
+    AreaCode: str
+
+
+class HgGetUpdateStatusFailure(TypedDict):
+    """HG_GET_UPDATE_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "get update status info failed": the device could not answer
+    FailReason: Literal["get update status info failed"]
+
+
+# Reply of HG_GET_UPDATE_STATUS.
+HgGetUpdateStatusReply = Union[HgGetUpdateStatusSuccess, HgGetUpdateStatusFailure]
+
+
+class HgImageDownloadRequest(TypedDict):
+    """HG_IMAGE_DOWNLOAD: Downloads an image of the firmware, to be flashed later."""
+
+    # URL of the image, of any length; address of a server, as in "https://updates.example/hgu.img"
+    UpdateUrl: str
+
+
+class HgImageDownloadSuccess(TypedDict):
+    """HG_IMAGE_DOWNLOAD, success: the image was downloaded."""
+
+    Status: Literal["0"]
+
+
+class HgImageDownloadFailure(TypedDict):
+    """HG_IMAGE_DOWNLOAD, failure."""
+
+    # that of the request
+    UpdateUrl: NotRequired[str]
+    Status: Literal["1"]
+    # "json_url node null": the URL is missing or not a string; "get update status error": the device does not report the running version; "update status maybe downloading or upgrading": another image is being downloaded or flashed; "hg download image failed": the image could not be downloaded
+    FailReason: Literal["json_url node null", "get update status error", "update status maybe downloading or upgrading", "hg download image failed"]
+
+
+# Reply of HG_IMAGE_DOWNLOAD.
+HgImageDownloadReply = Union[HgImageDownloadSuccess, HgImageDownloadFailure]
+
+
+class HgImageUpdateRequest(TypedDict):
+    """HG_IMAGE_UPDATE: Flashes the downloaded image, even while another one is downloaded."""
+
+    # "1" to flash now; anything else does nothing
+    Update: str
+
+
+class HgImageUpdateSuccess(TypedDict):
+    """HG_IMAGE_UPDATE, success: the image was flashed, or flashing was not requested."""
+
+    # that of the request
+    Update: NotRequired[str]
+    Status: Literal["0"]
+
+
+class HgImageUpdateFailure(TypedDict):
+    """HG_IMAGE_UPDATE, failure."""
+
+    # that of the request
+    Update: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": Update is missing or not a string; "gghelper_update_image failed": the device could not flash the image
+    FailReason: Literal["json node null", "gghelper_update_image failed"]
+
+
+# Reply of HG_IMAGE_UPDATE.
+HgImageUpdateReply = Union[HgImageUpdateSuccess, HgImageUpdateFailure]
+
+
+class HgInspectionRequest(TypedDict):
+    """HG_INSPECTION: Inspects the whole gateway."""
+
+
+class HgInspectionSuccess(TypedDict):
+    """HG_INSPECTION, success: the device answered."""
+
+    Status: Literal["0"]
+    # number of Wi-Fi clients; whole number, as in "8"; at most 8 bytes
+    WiFiDevNum: str
+    # security level of the encryption; LOW, MEDIUM or HIGH, as in "MEDIUM"; at most 8 bytes
+    Security: str
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Channel: str
+    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    Congestion: str
+    # firmware version; as in "V2.4.1"; at most 1088 bytes
+    FWVersion: str
+    # state of the WAN connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    WanStatus: str
+    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 392 bytes
+    NetStatus: str
+    # IP address of the WAN side; IPv4 address, as in "100.72.18.203"; at most 64 bytes
+    WanIP: str
+    # network mask of the WAN side; IPv4 mask, as in "255.255.255.255"; at most 256 bytes
+    NetMask: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; at most 8 bytes
+    PowerLevel: str
+    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 4 bytes
+    FireWallEnable: str
+
+
+class HgInspectionFailure(TypedDict):
+    """HG_INSPECTION, failure."""
+
+    Status: Literal["1"]
+    # "inspect hg failed": the device could not answer
+    FailReason: Literal["inspect hg failed"]
+
+
+# Reply of HG_INSPECTION.
+HgInspectionReply = Union[HgInspectionSuccess, HgInspectionFailure]
+
+
+class HgLocalRecoveryRequest(TypedDict):
+    """HG_LOCAL_RECOVERY: Restores the factory settings."""
+
+
+class HgLocalRecoverySuccess(TypedDict):
+    """HG_LOCAL_RECOVERY, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class HgLocalRecoveryFailure(TypedDict):
+    """HG_LOCAL_RECOVERY, failure."""
+
+    Status: Literal["1"]
+    # "recovery failed": the device refused the change
+    FailReason: Literal["recovery failed"]
+
+
+# Reply of HG_LOCAL_RECOVERY.
+HgLocalRecoveryReply = Union[HgLocalRecoverySuccess, HgLocalRecoveryFailure]
+
+
+class HgNetconnInspectionRequest(TypedDict):
+    """HG_NETCONN_INSPECTION: Inspects the network connection."""
+
+
+class HgNetconnInspectionSuccess(TypedDict):
+    """HG_NETCONN_INSPECTION, success: the device answered."""
+
+    Status: Literal["0"]
+    # DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    DnsStatus: str
+    # state of the WAN connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    WanStatus: str
+
+
+class HgNetconnInspectionFailure(TypedDict):
+    """HG_NETCONN_INSPECTION, failure."""
+
+    Status: Literal["1"]
+    # "get net connect inspection failed": the device could not answer
+    FailReason: Literal["get net connect inspection failed"]
+
+
+# Reply of HG_NETCONN_INSPECTION.
+HgNetconnInspectionReply = Union[HgNetconnInspectionSuccess, HgNetconnInspectionFailure]
+
+
+class HgNetconnOptimizationRequest(TypedDict):
+    """HG_NETCONN_OPTIMIZATION: Repairs the network connection."""
+
+
+class HgNetconnOptimizationSuccess(TypedDict):
+    """HG_NETCONN_OPTIMIZATION, success: the device answered."""
+
+    Status: Literal["0"]
+    # DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    DnsStatus: str
+
+
+class HgNetconnOptimizationFailure(TypedDict):
+    """HG_NETCONN_OPTIMIZATION, failure."""
+
+    Status: Literal["1"]
+    # "Net connect optimize failed": the device could not answer
+    FailReason: Literal["Net connect optimize failed"]
+
+
+# Reply of HG_NETCONN_OPTIMIZATION.
+HgNetconnOptimizationReply = Union[HgNetconnOptimizationSuccess, HgNetconnOptimizationFailure]
+
+
+class HgNetqualInspectionRequest(TypedDict):
+    """HG_NETQUAL_INSPECTION: Measures the quality of the network connection."""
+
+
+class HgNetqualInspectionSuccess(TypedDict):
+    """HG_NETQUAL_INSPECTION, success: the device answered."""
+
+    Status: Literal["0"]
+    # quality of the connection; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 1032 bytes
+    NetQuality: str
+
+
+class HgNetqualInspectionFailure(TypedDict):
+    """HG_NETQUAL_INSPECTION, failure."""
+
+    Status: Literal["1"]
+    # "Net quality inspection failed": the device could not answer
+    FailReason: Literal["Net quality inspection failed"]
+
+
+# Reply of HG_NETQUAL_INSPECTION.
+HgNetqualInspectionReply = Union[HgNetqualInspectionSuccess, HgNetqualInspectionFailure]
+
+
+class HgNetqualOptimizationRequest(TypedDict):
+    """HG_NETQUAL_OPTIMIZATION: Improves the quality of the network connection."""
+
+
+class HgNetqualOptimizationSuccess(TypedDict):
+    """HG_NETQUAL_OPTIMIZATION, success: the device answered."""
+
+    Status: Literal["0"]
+    # quality of the connection; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 1032 bytes
+    NetQuality: str
+
+
+class HgNetqualOptimizationFailure(TypedDict):
+    """HG_NETQUAL_OPTIMIZATION, failure."""
+
+    Status: Literal["1"]
+    # "Net quality optimize failed": the device could not answer
+    FailReason: Literal["Net quality optimize failed"]
+
+
+# Reply of HG_NETQUAL_OPTIMIZATION.
+HgNetqualOptimizationReply = Union[HgNetqualOptimizationSuccess, HgNetqualOptimizationFailure]
+
+
+class HgResourceInspectionRequest(TypedDict):
+    """HG_RESOURCE_INSPECTION: Load of the gateway."""
+
+
+class HgResourceInspectionSuccess(TypedDict):
+    """HG_RESOURCE_INSPECTION, success: the device answered."""
+
+    Status: Literal["0"]
+    # CPU load in percent; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    CpuPercent: str
+    # memory load in percent; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    MemPercent: str
+    # number of attached devices; whole number, as in "11"; at most 8 bytes
+    LanDevNum: str
+    # number of devices under parental control; whole number, as in "2"; at most 8 bytes
+    ProtectedDevNum: str
+
+
+class HgResourceInspectionFailure(TypedDict):
+    """HG_RESOURCE_INSPECTION, failure."""
+
+    Status: Literal["1"]
+    # "get resource inspection info failed": the device could not answer
+    FailReason: Literal["get resource inspection info failed"]
+
+
+# Reply of HG_RESOURCE_INSPECTION.
+HgResourceInspectionReply = Union[HgResourceInspectionSuccess, HgResourceInspectionFailure]
+
+
+class HgResourceOptimizationRequest(TypedDict):
+    """HG_RESOURCE_OPTIMIZATION: Frees resources of the gateway."""
+
+
+class HgResourceOptimizationSuccess(TypedDict):
+    """HG_RESOURCE_OPTIMIZATION, success: the device answered."""
+
+    Status: Literal["0"]
+    # CPU load in percent; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    CpuPercent: str
+    # memory load in percent; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    MemPercent: str
+
+
+class HgResourceOptimizationFailure(TypedDict):
+    """HG_RESOURCE_OPTIMIZATION, failure."""
+
+    Status: Literal["1"]
+    # "get resource inspection info failed": the device could not answer
+    FailReason: Literal["get resource inspection info failed"]
+
+
+# Reply of HG_RESOURCE_OPTIMIZATION.
+HgResourceOptimizationReply = Union[HgResourceOptimizationSuccess, HgResourceOptimizationFailure]
+
+
+class HgSpeedtestRequestRequest(TypedDict):
+    """HG_SPEEDTEST_REQUEST: Runs a speed test, and waits for it."""
+
+
+class HgSpeedtestRequestSuccess(TypedDict):
+    """HG_SPEEDTEST_REQUEST, success: the device answered."""
+
+    # download bandwidth; whole number, kbit/s, as in "232020"; at most 8 bytes
+    DownBandWidth: str
+    # upload bandwidth; whole number, kbit/s, as in "37552"; at most 8 bytes
+    UpBandWidth: str
+    # the delay; whole number, ms, as in "26"; at most 8 bytes
+    Delay: str
+    Status: Literal["0"]
+
+
+class HgSpeedtestRequestFailure(TypedDict):
+    """HG_SPEEDTEST_REQUEST, failure."""
+
+    Status: Literal["1"]
+    # "speedtest request failed": the device could not answer
+    FailReason: Literal["speedtest request failed"]
+
+
+# Reply of HG_SPEEDTEST_REQUEST.
+HgSpeedtestRequestReply = Union[HgSpeedtestRequestSuccess, HgSpeedtestRequestFailure]
+
+
+class HgWifiChannelPowerOptimizationRequest(TypedDict):
+    """HG_WIFI_CHANNEL_POWER_OPTIMIZATION: Moves the Wi-Fi to a better channel and transmit power."""
+
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    Channel: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; truncated to 7 bytes
+    PowerLevel: str
+
+
+class HgWifiChannelPowerOptimizationSuccess(TypedDict):
+    """HG_WIFI_CHANNEL_POWER_OPTIMIZATION, success: the device accepted the change."""
+
+    Status: Literal["0"]
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Channel: str
+    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    Congestion: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; at most 8 bytes
+    PowerLevel: str
+
+
+class HgWifiChannelPowerOptimizationFailure(TypedDict):
+    """HG_WIFI_CHANNEL_POWER_OPTIMIZATION, failure."""
+
+    # that of the request
+    Channel: NotRequired[str]
+    # that of the request
+    PowerLevel: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "wifi channel power optimize failed": the device refused the change
+    FailReason: Literal["json node null", "value string null", "wifi channel power optimize failed"]
+
+
+# Reply of HG_WIFI_CHANNEL_POWER_OPTIMIZATION.
+HgWifiChannelPowerOptimizationReply = Union[HgWifiChannelPowerOptimizationSuccess, HgWifiChannelPowerOptimizationFailure]
+
+
+class HgWifiInspectionRequest(TypedDict):
+    """HG_WIFI_INSPECTION: Inspects the Wi-Fi."""
+
+
+class HgWifiInspectionSuccess(TypedDict):
+    """HG_WIFI_INSPECTION, success: the device answered."""
+
+    Status: Literal["0"]
+    # number of Wi-Fi clients; whole number, as in "8"; at most 8 bytes
+    WiFiDevNum: str
+    # security level of the encryption; LOW, MEDIUM or HIGH, as in "MEDIUM"; at most 8 bytes
+    Security: str
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Channel: str
+    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    Congestion: str
+
+
+class HgWifiInspectionFailure(TypedDict):
+    """HG_WIFI_INSPECTION, failure."""
+
+    Status: Literal["1"]
+    # "get wifi inspection info failed": the device could not answer
+    FailReason: Literal["get wifi inspection info failed"]
+
+
+# Reply of HG_WIFI_INSPECTION.
+HgWifiInspectionReply = Union[HgWifiInspectionSuccess, HgWifiInspectionFailure]
+
+
+class HgWifiOptimizationRequest(TypedDict):
+    """HG_WIFI_OPTIMIZATION: Moves the Wi-Fi to a better channel."""
+
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    Channel: str
+
+
+class HgWifiOptimizationSuccess(TypedDict):
+    """HG_WIFI_OPTIMIZATION, success: the device accepted the change."""
+
+    Status: Literal["0"]
+    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Channel: str
+    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    Congestion: str
+
+
+class HgWifiOptimizationFailure(TypedDict):
+    """HG_WIFI_OPTIMIZATION, failure."""
+
+    # that of the request
+    Channel: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_HG_SLEEP_INFO_FAIL": the device refused the change
+    FailReason: Literal["json node null", "value string null", "SET_HG_SLEEP_INFO_FAIL"]
+
+
+# Reply of HG_WIFI_OPTIMIZATION.
+HgWifiOptimizationReply = Union[HgWifiOptimizationSuccess, HgWifiOptimizationFailure]
+
+
+class ImageDownloadRequestMainRouter(TypedDict):
+    """MainRouter: the main router."""
+
+    # URL of the image, of any length; address of a server, as in "https://updates.example/hgu.img"
+    UpdateUrl: str
+
+
+class ImageDownloadRequest(TypedDict):
+    """IMAGE_DOWNLOAD: Updates the firmware of the main router."""
+
+    # the main router
+    MainRouter: ImageDownloadRequestMainRouter
+    # the child routers; it is not read
+    ChildRouter: NotRequired[Any]
+
+
+class ImageDownloadSuccess(TypedDict):
+    """IMAGE_DOWNLOAD, success: the worker was started."""
+
+    Status: Literal["0"]
+    updateResult: Literal["0"]
+
+
+class ImageDownloadFailure(TypedDict):
+    """IMAGE_DOWNLOAD, failure: another image is being downloaded or flashed."""
+
+    updateResult: Literal["-1"]
+    Status: Literal["1"]
+    FailReason: Literal["dev is dowing image now"]
+
+
+class ImageDownloadFailure2(TypedDict):
+    """IMAGE_DOWNLOAD, failure: the worker could not be started."""
+
+    updateResult: Literal["-1"]
+    Status: Literal["1"]
+    FailReason: Literal["failed to create down image thread"]
+
+
+class ImageDownloadFailure3(TypedDict):
+    """IMAGE_DOWNLOAD, failure."""
+
+    # that of the request
+    MainRouter: NotRequired[Any]
+    Status: Literal["1"]
+    # "Get mainrouter error": MainRouter is missing; "Get UpdateUrl null": the URL is missing or not a string
+    FailReason: Literal["Get mainrouter error", "Get UpdateUrl null"]
+
+
+# Reply of IMAGE_DOWNLOAD.
+ImageDownloadReply = Union[ImageDownloadSuccess, ImageDownloadFailure, ImageDownloadFailure2, ImageDownloadFailure3]
+
+
+class ImageUpdateRequestMainRouter(TypedDict):
+    """MainRouter: the main router."""
+
+    # "1" to flash now; anything else does nothing
+    Update: str
+
+
+class ImageUpdateRequest(TypedDict):
+    """IMAGE_UPDATE: Flashes the downloaded image."""
+
+    # the main router
+    MainRouter: ImageUpdateRequestMainRouter
+
+
+class ImageUpdateSuccess(TypedDict):
+    """IMAGE_UPDATE, success: the image was flashed, or flashing was not requested."""
+
+    Status: Literal["0"]
+
+
+class ImageUpdateFailure(TypedDict):
+    """IMAGE_UPDATE, failure."""
+
+    # that of the request
+    MainRouter: NotRequired[Any]
+    Status: Literal["1"]
+    # "Get MainRouter error": MainRouter is missing; "Get Update error": Update is missing or not a string; "update status maybe downloding or upgrading": another image is being downloaded or flashed; "update image failed": the device could not flash the image
+    FailReason: Literal["Get MainRouter error", "Get Update error", "update status maybe downloding or upgrading", "update image failed"]
+
+
+# Reply of IMAGE_UPDATE.
+ImageUpdateReply = Union[ImageUpdateSuccess, ImageUpdateFailure]
+
+
+class LinkCheckRequest(TypedDict):
+    """LINK_CHECK: Checks the links once."""
+
+
+class LinkCheckSuccess(TypedDict):
+    """LINK_CHECK, success: in any case; each value except that of the ping is as the device left it."""
+
+    # IP address on the LAN side; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    LanIP: str
+    # IP address on the WAN side; IPv4 address, as in "100.72.18.203"; at most 32 bytes
+    WanIp: str
+    # DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    DnsCheck: str
+    # the same; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    DhcpCheck: str
+    # address that replied to a ping; empty when it did not
+    PingCheck: str
+    # "1" when the 2.4 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Wifi24Enable: str
+    # its channel; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    Wifi24Channel: str
+    # state of that channel; GOOD, FAIR or POOR, or NONE without a connection, as in "FAIR"; at most 8 bytes
+    Wifi24ChannelCheck: str
+    # "1" when the 5 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    Wifi58Enable: str
+    # its channel; number of the channel; 0 means automatic in a setting, none in a report, as in "44"; at most 8 bytes
+    Wifi58Channel: str
+    # state of that channel; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 8 bytes
+    Wifi58ChannelCheck: str
+    Status: Literal["0"]
+
+
+# Reply of LINK_CHECK.
+LinkCheckReply = Union[LinkCheckSuccess]
+
+
+class PlateformUpdateImmediateRequestImage(TypedDict):
+    """Image: the image."""
+
+    # version of the image; it is not read
+    Version: Any
+    # URL of the image, of any length, or the running version; address of a server, as in "https://updates.example/hgu.img"
+    UpdateUrl: str
+
+
+class PlateformUpdateImmediateRequest(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE: Updates the firmware on behalf of the platform."""
+
+    # the image
+    Image: PlateformUpdateImmediateRequestImage
+
+
+class PlateformUpdateImmediateSuccess(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, success: the worker was started."""
+
+    Status: Literal["0"]
+    updateResult: Literal["0"]
+    FailReason: Literal["success"]
+
+
+class PlateformUpdateImmediateFailure(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: the device does not report the running version."""
+
+    Status: Literal["1"]
+    FailReason: Literal["handle pack error"]
+
+
+class PlateformUpdateImmediateFailure2(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: Image is missing."""
+
+    Status: Literal["1"]
+    FailReason: Literal["handle pack error"]
+
+
+class PlateformUpdateImmediateFailure3(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: Version is missing."""
+
+    Status: Literal["1"]
+    FailReason: Literal["handle pack error"]
+
+
+class PlateformUpdateImmediateFailure4(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: the URL is missing or not a string."""
+
+    Status: Literal["1"]
+    FailReason: Literal["handle pack error"]
+
+
+class PlateformUpdateImmediateFailure5(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: the URL is the running version."""
+
+    Status: Literal["1"]
+    FailReason: Literal["handle pack error"]
+
+
+class PlateformUpdateImmediateFailure6(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: another image is being downloaded or flashed."""
+
+    updateResult: Literal["-1"]
+    Status: Literal["1"]
+    FailReason: Literal["dev is dowing image now"]
+
+
+class PlateformUpdateImmediateFailure7(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: the worker could not be started."""
+
+    updateResult: Literal["-1"]
+    Status: Literal["1"]
+    FailReason: Literal["failed to create down image thread"]
+
+
+# Reply of PLATEFORM_UPDATE_IMMEDIATE.
+PlateformUpdateImmediateReply = Union[PlateformUpdateImmediateSuccess, PlateformUpdateImmediateFailure, PlateformUpdateImmediateFailure2, PlateformUpdateImmediateFailure3, PlateformUpdateImmediateFailure4, PlateformUpdateImmediateFailure5, PlateformUpdateImmediateFailure6, PlateformUpdateImmediateFailure7]
+
+
+class QuerySystemInfoRequest(TypedDict):
+    """QUERY_SYSTEM_INFO: Description and capabilities of the router."""
+
+
+class QuerySystemInfoSuccess(TypedDict):
+    """QUERY_SYSTEM_INFO, success: the device answered."""
+
+    Status: Literal["0"]
+    # software version; as in "V2.4.1"; at most 64 bytes
+    SWVersion: str
+    # hardware version; as in "V1.2"; at most 64 bytes
+    HDVersion: str
+    # product class; as in "HGU-AX3000"; at most 64 bytes
+    ProductCLass: str
+    # type of processor; as in "MIPS 1004Kc 880MHz"; at most 64 bytes
+    CPUClass: str
+    # type of device; as in "HGU"; at most 64 bytes
+    DEVType: str
+    # second type of device, for a device with two types; as in "ONU"; at most 64 bytes
+    DEVType1: str
+    # list of capabilities; words, with commas, as in "wifi,mesh,qos,greennet,wps"; at most 64 bytes
+    Capability: str
+    # type of smart card, if any; as in "SIM"; at most 64 bytes
+    Card: str
+    # type of uplink; as in "LAN"; at most 64 bytes
+    UPLink: str
+    # number of the smart card; as in "89490200001234567890"; at most 64 bytes
+    Cardno: str
+    # whether IPv6 is supported; 1 for yes, 0 for no, as in "1"; at most 64 bytes
+    IPV6: str
+    # whether ports can be bound to VLANs; 1 for yes, 0 for no, as in "1"; at most 64 bytes
+    VLANbind: str
+    # whether the LEDs can be switched; 1 for yes, 0 for no, as in "1"; at most 64 bytes
+    LED: str
+    # whether there is an NFC tag; 1 for yes, 0 for no, as in "0"; at most 64 bytes
+    NFC: str
+    # types of VLAN handling that are supported; words, with commas, as in "tag,transparent"; at most 192 bytes
+    VLANCapability: str
+
+
+class QuerySystemInfoFailure(TypedDict):
+    """QUERY_SYSTEM_INFO, failure."""
+
+    Status: Literal["1"]
+    # "Get System Info Failed From Gdbus": the device could not answer
+    FailReason: Literal["Get System Info Failed From Gdbus"]
+
+
+# Reply of QUERY_SYSTEM_INFO.
+QuerySystemInfoReply = Union[QuerySystemInfoSuccess, QuerySystemInfoFailure]
+
+
+class QueryTslinkConfigStatusRequest(TypedDict):
+    """QUERY_TSLINK_CONFIG_STATUS: State of the first configuration."""
+
+
+class QueryTslinkConfigStatusSuccess(TypedDict):
+    """QUERY_TSLINK_CONFIG_STATUS, success: the device answered."""
+
+    # "1" when it is done
+    ConfiguerStatus: Literal["0", "1"]
+    Status: Literal["0"]
+
+
+class QueryTslinkConfigStatusFailure(TypedDict):
+    """QUERY_TSLINK_CONFIG_STATUS, failure."""
+
+    Status: Literal["1"]
+    # "devapi get tslink config failed": the device could not answer
+    FailReason: Literal["devapi get tslink config failed"]
+
+
+# Reply of QUERY_TSLINK_CONFIG_STATUS.
+QueryTslinkConfigStatusReply = Union[QueryTslinkConfigStatusSuccess, QueryTslinkConfigStatusFailure]
+
+
+class QueryWanInfoRequest(TypedDict):
+    """QUERY_WAN_INFO: Settings and state of one WAN connection."""
+
+    # name of the connection, which selects it; as in "Internet"; truncated to 63 bytes
+    WANName: str
+
+
+class QueryWanInfoSuccess(TypedDict):
+    """QUERY_WAN_INFO, success: the device knows the connection."""
+
+    Status: Literal["0"]
+    # number of the connection; whole number from 1, as in "1"; at most 64 bytes
+    INDEX: str
+    # its network interface; name of the network interface, as in "ppp0"; at most 64 bytes
+    IFNAME: str
+    # routed or bridged; IP_Routed or IP_Bridged, as in "IP_Routed"; at most 64 bytes
+    CONNECTIONTYPE: str
+    # state of the IPv4 connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    CONNECTIONSTATUS: str
+    # protocols on it, IPv4, IPv6 or both; IPv4 or IPv4/IPv6, as in "IPv4/IPv6"; at most 64 bytes
+    PROTOCOL: str
+    # how it gets its addresses, as the platform names it; DHCP, PPPoE, Static or Bridge, as in "PPPoE"; at most 64 bytes
+    UPLINKMODE: str
+    # services that use it; INTERNET, IPTV, TR069, VOIP and OTHER, with commas, as in "TR069,VOIP"; at most 64 bytes
+    SERVICELIST: str
+    # how it gets its IPv4 address; DHCP, PPPoE or Static, as in "PPPoE"; at most 64 bytes
+    ADDRESSTYPE: str
+    # IPv4 address; IPv4 address, as in "100.72.18.203"; at most 64 bytes
+    IPADDRESS: str
+    # IPv4 mask; IPv4 mask, as in "255.255.255.255"; at most 64 bytes
+    SUBNETMASK: str
+    # IPv4 address of the default gateway, empty when there is none; IPv4 address, as in "100.72.0.1"; at most 64 bytes
+    GATEWAY: str
+    # first DNS server, IPv4; IPv4 address, as in "100.64.0.53"; at most 64 bytes
+    DNS1: str
+    # second DNS server, IPv4; IPv4 address, as in "100.64.1.53"; at most 64 bytes
+    DNS2: str
+    # state of the IPv6 connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    IPV6_CONNECTIONSTATUS: str
+    # IPv6 address, empty when there is none; IPv6 address, as in "2001:db8:4f20::1"; at most 64 bytes
+    IPV6_IPADDRESS: str
+    # IPv6 prefix for the LAN, empty when there is none; IPv6 prefix, as in "2001:db8:4f20:a00::"; at most 64 bytes
+    IPV6_PRIFIX: str
+    # its length in bits; number of bits, as in "56"; at most 64 bytes
+    IPV6_PREFIXLENGTH: str
+    # IPv6 address of the default gateway, empty when there is none; IPv6 address, as in "fe80::1"; at most 64 bytes
+    IPV6_GATEWAY: str
+    # first DNS server, IPv6; IPv6 address, as in "2001:db8:53::1"; at most 64 bytes
+    IPV6_DNS1: str
+    # second DNS server, IPv6; IPv6 address, as in "2001:db8:53::2"; at most 64 bytes
+    IPV6_DNS2: str
+    # name of the PPPoE account; as in "k4471902@fibre.example"; at most 64 bytes
+    PPPOE_USR_NAME: str
+    # its password; as in "Lh7-pq2-Vw9"; at most 64 bytes; secret
+    PPPOE_PASSWORD: str
+    # "1" when hosts may connect themselves; 1 for on, 0 for off, as in "0"; at most 64 bytes
+    PPPOE_PROXY: str
+    # name of the PPPoE service; as in "fibre"; at most 64 bytes
+    PPPOE_SERVICENAME: str
+    # when the connection is established, empty when it is not; AlwaysOn, as in "AlwaysOn"; at most 64 bytes
+    PPPOE_DIAL_MODE: str
+    # "1" when NAT is on; 1 for on, 0 for off, as in "1"; at most 64 bytes
+    NATENABLE: str
+    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 64 bytes
+    QOSENABLE: str
+    # number of the VLAN; 1 to 4094, as in "7"; at most 64 bytes
+    VLANID: str
+    # its priority, 0 to 7; 0 to 7, as in "0"; at most 64 bytes
+    VLANPRIORITY: str
+
+
+class QueryWanInfoFailure(TypedDict):
+    """QUERY_WAN_INFO, failure."""
+
+    # that of the request
+    WANName: NotRequired[str]
+    Status: Literal["1"]
+    # "json object WANName not found!": WANName is missing or not a string; "QUERY_WAN_INFO_FAIL": the device could not answer
+    FailReason: Literal["json object WANName not found!", "QUERY_WAN_INFO_FAIL"]
+
+
+# Reply of QUERY_WAN_INFO.
+QueryWanInfoReply = Union[QueryWanInfoSuccess, QueryWanInfoFailure]
+
+
+class QueryWanNumRequest(TypedDict):
+    """QUERY_WAN_NUM: Number and names of the WAN connections."""
+
+
+class QueryWanNumSuccess(TypedDict):
+    """QUERY_WAN_NUM, success: the device answered."""
+
+    Status: Literal["0"]
+    # how many connections there are; whole number, as in "4"; at most 8 bytes
+    NUM: str
+    # their names; names, with commas, as in "Internet,IPTV,Management,Voice"; at most 200 bytes
+    Description: str
+
+
+class QueryWanNumFailure(TypedDict):
+    """QUERY_WAN_NUM, failure."""
+
+    Status: Literal["1"]
+    # "QUERY_WAN_NUM_FAIL": the device could not answer
+    FailReason: Literal["QUERY_WAN_NUM_FAIL"]
+
+
+# Reply of QUERY_WAN_NUM.
+QueryWanNumReply = Union[QueryWanNumSuccess, QueryWanNumFailure]
+
+
+class ResponseRouterVersionRequest(TypedDict):
+    """RESPONSE_ROUTER_VERSION: Passes a version report to the agent."""
+
+    # the version report; it stays in the reply
+    VersionInfo: str
+
+
+class ResponseRouterVersionSuccess(TypedDict):
+    """RESPONSE_ROUTER_VERSION, success: there is a version report."""
+
+    # that of the request
+    VersionInfo: NotRequired[str]
+    Status: Literal["0"]
+
+
+class ResponseRouterVersionFailure(TypedDict):
+    """RESPONSE_ROUTER_VERSION, failure: VersionInfo is missing, empty or not a string; the object is still copied."""
+
+    # that of the request
+    VersionInfo: NotRequired[str]
+    Status: Literal["1"]
+
+
+# Reply of RESPONSE_ROUTER_VERSION.
+ResponseRouterVersionReply = Union[ResponseRouterVersionSuccess, ResponseRouterVersionFailure]
+
+
+class RpChildHgRebootRequest(TypedDict):
+    """RP_CHILD_HG_REBOOT: Restarts a child router."""
+
+    # identifier of the child router
+    DeviceID: str
+
+
+class RpChildHgRebootSuccess(TypedDict):
+    """RP_CHILD_HG_REBOOT, success: the command was sent."""
+
+    Status: Literal["0"]
+
+
+class RpChildHgRebootFailure(TypedDict):
+    """RP_CHILD_HG_REBOOT, failure."""
+
+    # that of the request
+    DeviceID: NotRequired[str]
+    Status: Literal["1"]
+    # "DeviceID Not Found": the key is missing or not a string; "send json to child err": the command could not be sent
+    FailReason: Literal["DeviceID Not Found", "send json to child err"]
+
+
+# Reply of RP_CHILD_HG_REBOOT.
+RpChildHgRebootReply = Union[RpChildHgRebootSuccess, RpChildHgRebootFailure]
+
+
+class RpHgRebootRequest(TypedDict):
+    """RP_HG_REBOOT: Restarts the gateway."""
+
+
+class RpHgRebootSuccess(TypedDict):
+    """RP_HG_REBOOT, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class RpHgRebootFailure(TypedDict):
+    """RP_HG_REBOOT, failure."""
+
+    Status: Literal["1"]
+    # "reboot failed": the device refused the change
+    FailReason: Literal["reboot failed"]
+
+
+# Reply of RP_HG_REBOOT.
+RpHgRebootReply = Union[RpHgRebootSuccess, RpHgRebootFailure]
+
+
+class SetAdminInfoRequest(TypedDict):
+    """SET_ADMIN_INFO: Sets the administrator's account."""
+
+    # type of administrator account; 1 for the user's account, 2 for the operator's, as in "1"; truncated to 7 bytes
+    Type: str
+    # name of the administrator; as in "admin"; truncated to 127 bytes
+    Name: str
+    # password of the account or of the web login; as in "zaun-und-tor-58"; truncated to 127 bytes; secret
+    Password: str
+
+
+class SetAdminInfoSuccess(TypedDict):
+    """SET_ADMIN_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetAdminInfoFailure(TypedDict):
+    """SET_ADMIN_INFO, failure."""
+
+    # that of the request
+    Type: NotRequired[str]
+    # that of the request
+    Name: NotRequired[str]
+    # that of the request
+    Password: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "set admin info failed": the device refused the change
+    FailReason: Literal["json node null", "value string null", "set admin info failed"]
+
+
+# Reply of SET_ADMIN_INFO.
+SetAdminInfoReply = Union[SetAdminInfoSuccess, SetAdminInfoFailure]
+
+
+class SetAdBaseInfoRequest(TypedDict):
+    """SET_AD_BASE_INFO: Changes the user's settings for an attached device."""
+
+    # MAC address of the device; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; truncated to 31 bytes
+    MAC: str
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; truncated to 31 bytes
+    DevType: str
+    # name given by the user; as in "Anna"; truncated to 31 bytes
+    ByName: str
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    AccessEnable: str
+    # download limit; unchanged when absent, or without SpeedLimit; whole number, 0 for none, kbit/s, as in "20000"; truncated to 15 bytes
+    DownLimit: NotRequired[str]
+    # ignored, but removed
+    UpLimit: NotRequired[Any]
+    # "0" removes the limit; DownLimit has to be given as well
+    SpeedLimit: NotRequired[str]
+    # "1" to bind the IP address to the MAC address; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    StaticDhcpEnable: NotRequired[str]
+    # the IP address to bind, required with StaticDhcpEnable; IPv4 address, as in "192.168.1.101"; truncated to 63 bytes
+    ip: NotRequired[str]
+
+
+class SetAdBaseInfoSuccess(TypedDict):
+    """SET_AD_BASE_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetAdBaseInfoFailure(TypedDict):
+    """SET_AD_BASE_INFO, failure: the device refused the change."""
+
+    Status: Literal["1"]
+    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    FailReason: str
+
+
+class SetAdBaseInfoFailure2(TypedDict):
+    """SET_AD_BASE_INFO, failure."""
+
+    Status: Literal["1"]
+    # "INVALID_PARAM": a required key is missing or not a string; "ip/mac binding: ip addr missing!": StaticDhcpEnable is given without ip
+    FailReason: Literal["INVALID_PARAM", "ip/mac binding: ip addr missing!"]
+
+
+# Reply of SET_AD_BASE_INFO.
+SetAdBaseInfoReply = Union[SetAdBaseInfoSuccess, SetAdBaseInfoFailure, SetAdBaseInfoFailure2]
+
+
+class SetApAlgAbilityRequest(TypedDict):
+    """SET_AP_ALG_ABILITY: Switches NAT helpers (ALG) by protocol."""
+
+    # "1" to enable the PPTP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    PPTP: str
+    # "1" to enable the FTP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    FTP: str
+    # "1" to enable the IPsec helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    IPSEC: str
+    # "1" to enable the L2TP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    L2TP: str
+    # "1" to enable the RTSP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    RTSP: str
+    # "1" to enable the H.323 helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    H323: str
+    # "1" to enable the SIP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    SIP: str
+
+
+class SetApAlgAbilitySuccess(TypedDict):
+    """SET_AP_ALG_ABILITY, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetApAlgAbilityFailure(TypedDict):
+    """SET_AP_ALG_ABILITY, failure."""
+
+    # that of the request
+    PPTP: NotRequired[str]
+    # that of the request
+    FTP: NotRequired[str]
+    # that of the request
+    IPSEC: NotRequired[str]
+    # that of the request
+    L2TP: NotRequired[str]
+    # that of the request
+    RTSP: NotRequired[str]
+    # that of the request
+    H323: NotRequired[str]
+    # that of the request
+    SIP: NotRequired[str]
+    Status: Literal["1"]
+    # "json param null": a key is missing or not a string; "Set ap ALG ability failed": the device refused the change
+    FailReason: Literal["json param null", "Set ap ALG ability failed"]
+
+
+# Reply of SET_AP_ALG_ABILITY.
+SetApAlgAbilityReply = Union[SetApAlgAbilitySuccess, SetApAlgAbilityFailure]
+
+
+class SetApMultiserviceModeRequest(TypedDict):
+    """SET_AP_MULTISERVICE_MODE: Sets the multiservice mode of the access point."""
+
+    # the mode; NONE, SSID or VLAN, as in "VLAN"; truncated to 7 bytes
+    Mode: str
+
+
+class SetApMultiserviceModeSuccess(TypedDict):
+    """SET_AP_MULTISERVICE_MODE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetApMultiserviceModeFailure(TypedDict):
+    """SET_AP_MULTISERVICE_MODE, failure."""
+
+    # that of the request
+    Mode: NotRequired[str]
+    Status: Literal["1"]
+    # "get param:mode err": the key is missing or not a string; "Set ap multisservice mode failed": the device refused the change
+    FailReason: Literal["get param:mode err", "Set ap multisservice mode failed"]
+
+
+# Reply of SET_AP_MULTISERVICE_MODE.
+SetApMultiserviceModeReply = Union[SetApMultiserviceModeSuccess, SetApMultiserviceModeFailure]
+
+
+class SetAttachDeviceRightRequest(TypedDict):
+    """SET_ATTACH_DEVICE_RIGHT: Allows an attached device to reach the Internet, or forbids it."""
+
+    # MAC address of the device; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; truncated to 63 bytes
+    MAC: str
+    # the right; ALLOW or DENY, as in "ALLOW"; truncated to 63 bytes
+    InternetAccessRight: str
+
+
+class SetAttachDeviceRightSuccess(TypedDict):
+    """SET_ATTACH_DEVICE_RIGHT, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetAttachDeviceRightFailure(TypedDict):
+    """SET_ATTACH_DEVICE_RIGHT, failure."""
+
+    # that of the request
+    MAC: NotRequired[str]
+    # that of the request
+    InternetAccessRight: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_ATTATCH_DEVICE_RIGHT_FAIL": the device refused the change
+    FailReason: Literal["json node null", "value string null", "SET_ATTATCH_DEVICE_RIGHT_FAIL"]
+
+
+# Reply of SET_ATTACH_DEVICE_RIGHT.
+SetAttachDeviceRightReply = Union[SetAttachDeviceRightSuccess, SetAttachDeviceRightFailure]
+
+
+class SetChildRouteradBaseInfoRequest(TypedDict):
+    """SET_CHILD_ROUTERAD_BASE_INFO: Changes the settings for a device of a child router."""
+
+    # identifier of the child router
+    DeviceID: str
+    # MAC address of the device
+    Mac: NotRequired[Any]
+    # type of device
+    DevType: NotRequired[Any]
+    # name given by the user
+    ByName: NotRequired[Any]
+    # "1" when it is to have exclusive bandwidth
+    NetMonopoly: NotRequired[Any]
+    # "1" when it may reach the Internet
+    AccessEnable: NotRequired[Any]
+
+
+class SetChildRouteradBaseInfoSuccess(TypedDict):
+    """SET_CHILD_ROUTERAD_BASE_INFO, success: the command was sent."""
+
+    Status: Literal["0"]
+
+
+class SetChildRouteradBaseInfoFailure(TypedDict):
+    """SET_CHILD_ROUTERAD_BASE_INFO, failure."""
+
+    Status: Literal["1"]
+    # "DeviceID Not Found": the identifier is missing or not a string; "send json to child err": the command could not be sent
+    FailReason: Literal["DeviceID Not Found", "send json to child err"]
+
+
+# Reply of SET_CHILD_ROUTERAD_BASE_INFO.
+SetChildRouteradBaseInfoReply = Union[SetChildRouteradBaseInfoSuccess, SetChildRouteradBaseInfoFailure]
+
+
+class SetChildRouterHgBaseInfoRequest(TypedDict):
+    """SET_CHILD_ROUTER_HG_BASE_INFO: Renames a child router."""
+
+    # identifier of the child router
+    DeviceID: str
+    # name of the child router
+    Name: str
+
+
+class SetChildRouterHgBaseInfoSuccess(TypedDict):
+    """SET_CHILD_ROUTER_HG_BASE_INFO, success: the command was sent."""
+
+    Status: Literal["0"]
+
+
+class SetChildRouterHgBaseInfoFailure(TypedDict):
+    """SET_CHILD_ROUTER_HG_BASE_INFO, failure."""
+
+    # that of the request
+    DeviceID: NotRequired[str]
+    # that of the request
+    Name: NotRequired[str]
+    Status: Literal["1"]
+    # "param json not found": a key is missing or not a string; "set childrouter info failed": the command could not be sent
+    FailReason: Literal["param json not found", "set childrouter info failed"]
+
+
+# Reply of SET_CHILD_ROUTER_HG_BASE_INFO.
+SetChildRouterHgBaseInfoReply = Union[SetChildRouterHgBaseInfoSuccess, SetChildRouterHgBaseInfoFailure]
+
+
+class SetFirewallSwitchRequest(TypedDict):
+    """SET_FIREWALL_SWITCH: Switches the firewall."""
+
+    # "1" when the firewall is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    Enable: str
+
+
+class SetFirewallSwitchSuccess(TypedDict):
+    """SET_FIREWALL_SWITCH, success: the device accepted the change."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["0"]
+
+
+class SetFirewallSwitchFailure(TypedDict):
+    """SET_FIREWALL_SWITCH, failure: Enable is missing or not a string; no reply key is added."""
+
+    # that of the request
+    Enable: NotRequired[str]
+
+
+class SetFirewallSwitchFailure2(TypedDict):
+    """SET_FIREWALL_SWITCH, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["1"]
+    # "set firewall switch failed": the device refused the change
+    FailReason: Literal["set firewall switch failed"]
+
+
+# Reply of SET_FIREWALL_SWITCH.
+SetFirewallSwitchReply = Union[SetFirewallSwitchSuccess, SetFirewallSwitchFailure, SetFirewallSwitchFailure2]
+
+
+class SetGreennetDeviceListRequestDeviceList(TypedDict):
+    """DeviceList: the devices."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; truncated to 63 bytes
+    Mac: str
+    # name given by the user; as in "Jonas"; truncated to 63 bytes
+    Name: str
+    # "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    NotifyEnable: str
+
+
+class SetGreennetDeviceListRequest(TypedDict):
+    """SET_GREENNET_DEVICE_LIST: Replaces the devices under parental control."""
+
+    # the devices
+    DeviceList: list[SetGreennetDeviceListRequestDeviceList]
+
+
+class SetGreennetDeviceListSuccess(TypedDict):
+    """SET_GREENNET_DEVICE_LIST, success: the device stored the list."""
+
+    Status: Literal["0"]
+
+
+class SetGreennetDeviceListFailure(TypedDict):
+    """SET_GREENNET_DEVICE_LIST, failure: the devices are stored, but the others could not be removed; the reply has two statuses."""
+
+    FailReason: Literal["del green net info failed"]
+    Status: Literal["0"]
+
+
+class SetGreennetDeviceListFailure2(TypedDict):
+    """SET_GREENNET_DEVICE_LIST, failure."""
+
+    # that of the request
+    DeviceList: NotRequired[Any]
+    Status: Literal["1"]
+    # "json node: list not found": there is no list; "set greenaccess enable failed": the access restriction could not be switched on; "malloc mac_list failed": memory ran out; "parse green host info failed": an element lacks a key, or the device could not look up or add its entry; "set lan host info failed": the device could not store an element
+    FailReason: Literal["json node: list not found", "set greenaccess enable failed", "malloc mac_list failed", "parse green host info failed", "set lan host info failed"]
+
+
+# Reply of SET_GREENNET_DEVICE_LIST.
+SetGreennetDeviceListReply = Union[SetGreennetDeviceListSuccess, SetGreennetDeviceListFailure, SetGreennetDeviceListFailure2]
+
+
+class SetGreennetEnableRequest(TypedDict):
+    """SET_GREENNET_ENABLE: Switches parental control."""
+
+    # "1" when parental control is on; 1 for on, 0 for off, as in "1"; truncated to 255 bytes
+    Enable: str
+
+
+class SetGreennetEnableSuccess(TypedDict):
+    """SET_GREENNET_ENABLE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetGreennetEnableFailure(TypedDict):
+    """SET_GREENNET_ENABLE, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["1"]
+    # "param error": Enable is missing or not a string; "set green net enable failed": the device refused the change
+    FailReason: Literal["param error", "set green net enable failed"]
+
+
+# Reply of SET_GREENNET_ENABLE.
+SetGreennetEnableReply = Union[SetGreennetEnableSuccess, SetGreennetEnableFailure]
+
+
+class SetGreennetNotifyEnableRequest(TypedDict):
+    """SET_GREENNET_NOTIFY_ENABLE: Switches the notices about a device under parental control."""
+
+    # MAC address of the device; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; truncated to 63 bytes
+    Mac: str
+    # "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    NotifyEnable: str
+
+
+class SetGreennetNotifyEnableSuccess(TypedDict):
+    """SET_GREENNET_NOTIFY_ENABLE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetGreennetNotifyEnableFailure(TypedDict):
+    """SET_GREENNET_NOTIFY_ENABLE, failure."""
+
+    # that of the request
+    Mac: NotRequired[str]
+    # that of the request
+    NotifyEnable: NotRequired[str]
+    Status: Literal["1"]
+    # "json node: list not found": a key is missing or not a string; "get host index failed.": the device is not under parental control; "set host notify failed.": the device refused the change
+    FailReason: Literal["json node: list not found", "get host index failed.", "set host notify failed."]
+
+
+# Reply of SET_GREENNET_NOTIFY_ENABLE.
+SetGreennetNotifyEnableReply = Union[SetGreennetNotifyEnableSuccess, SetGreennetNotifyEnableFailure]
+
+
+class SetGreennetProtectPeriodListRequestSleep(TypedDict):
+    """Sleep: the new periods; an empty list removes all."""
+
+    # start of the period; HH:MM, from 00:00 to 23:59, as in "22:00"; truncated to 7 bytes
+    StartTime: str
+    # end of the period; HH:MM, from 00:00 to 23:59, as in "07:30"; truncated to 7 bytes
+    EndTime: str
+    # "1" when the period is in force; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    Enable: str
+    # days on which it begins; 1 (Monday) to 7, without commas, as in "12345"; truncated to 7 bytes
+    DaysOfWeek: str
+
+
+class SetGreennetProtectPeriodListRequest(TypedDict):
+    """SET_GREENNET_PROTECT_PERIOD_LIST: Replaces the periods in which a device is restricted."""
+
+    # MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; truncated to 63 bytes
+    Mac: str
+    # the new periods; an empty list removes all
+    Sleep: list[SetGreennetProtectPeriodListRequestSleep]
+
+
+class SetGreennetProtectPeriodListSuccess(TypedDict):
+    """SET_GREENNET_PROTECT_PERIOD_LIST, success: the device accepted all periods; the protection is on when one of them is in force."""
+
+    # that of the request
+    Mac: NotRequired[str]
+    Status: Literal["0"]
+
+
+class SetGreennetProtectPeriodListFailure(TypedDict):
+    """SET_GREENNET_PROTECT_PERIOD_LIST, failure."""
+
+    # that of the request
+    Mac: NotRequired[str]
+    # that of the request
+    Sleep: NotRequired[Any]
+    Status: Literal["1"]
+    # "json node: mac not found": Mac is missing or not a string; "json node: mac index not found": the device is not under parental control; "json node: list not found": there is no list; "del duration failed!": the old periods could not be removed; "parse protect period info failed": an element lacks a key; "add protect period info failed": the device could not add a period; "set protect period info failed": the device could not store a period; "set PortectEnable failed!": the device could not switch the protection
+    FailReason: Literal["json node: mac not found", "json node: mac index not found", "json node: list not found", "del duration failed!", "parse protect period info failed", "add protect period info failed", "set protect period info failed", "set PortectEnable failed!"]
+
+
+# Reply of SET_GREENNET_PROTECT_PERIOD_LIST.
+SetGreennetProtectPeriodListReply = Union[SetGreennetProtectPeriodListSuccess, SetGreennetProtectPeriodListFailure]
+
+
+class SetHgBaseInfoRequest(TypedDict):
+    """SET_HG_BASE_INFO: Renames the gateway."""
+
+    # name given by the user; as in "Lindenhof"; truncated to 63 bytes
+    Name: str
+
+
+class SetHgBaseInfoSuccess(TypedDict):
+    """SET_HG_BASE_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetHgBaseInfoFailure(TypedDict):
+    """SET_HG_BASE_INFO, failure."""
+
+    # that of the request
+    Name: NotRequired[str]
+    Status: Literal["1"]
+    # "param format error": a key is missing or not a string; "set hg base info failed": the device refused the change
+    FailReason: Literal["param format error", "set hg base info failed"]
+
+
+# Reply of SET_HG_BASE_INFO.
+SetHgBaseInfoReply = Union[SetHgBaseInfoSuccess, SetHgBaseInfoFailure]
+
+
+class SetHgDhcpInfoRequest(TypedDict):
+    """SET_HG_DHCP_INFO: Switches the DHCP server of the LAN side."""
+
+    # "1" when the server is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    Enable: str
+
+
+class SetHgDhcpInfoSuccess(TypedDict):
+    """SET_HG_DHCP_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetHgDhcpInfoFailure(TypedDict):
+    """SET_HG_DHCP_INFO, failure: the device refused the change."""
+
+    Status: Literal["1"]
+    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    FailReason: str
+
+
+class SetHgDhcpInfoFailure2(TypedDict):
+    """SET_HG_DHCP_INFO, failure."""
+
+    Status: Literal["1"]
+    # "INVALID_PARAM": a key is missing or not a string
+    FailReason: Literal["INVALID_PARAM"]
+
+
+# Reply of SET_HG_DHCP_INFO.
+SetHgDhcpInfoReply = Union[SetHgDhcpInfoSuccess, SetHgDhcpInfoFailure, SetHgDhcpInfoFailure2]
+
+
+class SetHgGuestSsidRequest(TypedDict):
+    """SET_HG_GUEST_SSID: Sets up the guest network of one band."""
+
+    # "1" when the guest network is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    Enable: str
+    # network name; as in "Lindenhof-Guest"; truncated to 63 bytes
+    SSID: str
+    # the band; 2.4GHz or 5GHz, as in "2.4GHz"; truncated to 15 bytes
+    Band: str
+    # password of the guest network; as in "willkommen24"; truncated to 63 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 15 bytes
+    ENCRYPT: str
+    # whole days for which it stays open; whole number, -1 for no limit, days, as in "2"; truncated to 7 bytes
+    ContinueTime: NotRequired[str]
+    # hours for which it stays open; whole number, -1 for no limit, h, as in "3"; truncated to 7 bytes
+    HourTime: NotRequired[str]
+    # ignored, but removed: the seconds are computed from days and hours
+    EndTimestamp: NotRequired[Any]
+    # wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes
+    Mode: NotRequired[str]
+    # "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    AdvertisementEnable: NotRequired[str]
+
+
+class SetHgGuestSsidSuccess(TypedDict):
+    """SET_HG_GUEST_SSID, success: the device accepted the change."""
+
+    # that of the request
+    Mode: NotRequired[Any]
+    # that of the request
+    AdvertisementEnable: NotRequired[Any]
+    Status: Literal["0"]
+
+
+class SetHgGuestSsidFailure(TypedDict):
+    """SET_HG_GUEST_SSID, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    # that of the request
+    SSID: NotRequired[str]
+    # that of the request
+    Band: NotRequired[str]
+    # that of the request
+    PWD: NotRequired[str]
+    # that of the request
+    ENCRYPT: NotRequired[str]
+    # that of the request
+    ContinueTime: NotRequired[str]
+    # that of the request
+    HourTime: NotRequired[str]
+    # that of the request
+    EndTimestamp: NotRequired[Any]
+    # that of the request
+    Mode: NotRequired[Any]
+    # that of the request
+    AdvertisementEnable: NotRequired[Any]
+    Status: Literal["1"]
+    # "parse guest ssid failed": a required key is missing or not a string; "radio enable is closed,need to open": the radio of the band is off; "set guest ssid failed": the device refused for another reason
+    FailReason: Literal["parse guest ssid failed", "radio enable is closed,need to open", "set guest ssid failed"]
+
+
+# Reply of SET_HG_GUEST_SSID.
+SetHgGuestSsidReply = Union[SetHgGuestSsidSuccess, SetHgGuestSsidFailure]
+
+
+class SetHgPppoeInfoRequest(TypedDict):
+    """SET_HG_PPPOE_INFO: Sets the PPPoE account and switches PPPoE."""
+
+    # name of the account; as in "k4471902@fibre.example"; truncated to 63 bytes
+    Account: str
+    # its password; as in "Lh7-pq2-Vw9"; truncated to 63 bytes; secret
+    Password: str
+    # "1" when the gateway connects by PPPoE; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    Enable: str
+
+
+class SetHgPppoeInfoSuccess(TypedDict):
+    """SET_HG_PPPOE_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetHgPppoeInfoFailure(TypedDict):
+    """SET_HG_PPPOE_INFO, failure: the device refused the change."""
+
+    Status: Literal["1"]
+    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    FailReason: str
+
+
+class SetHgPppoeInfoFailure2(TypedDict):
+    """SET_HG_PPPOE_INFO, failure."""
+
+    Status: Literal["1"]
+    # "INVALID_PARAM": a key is missing or not a string
+    FailReason: Literal["INVALID_PARAM"]
+
+
+# Reply of SET_HG_PPPOE_INFO.
+SetHgPppoeInfoReply = Union[SetHgPppoeInfoSuccess, SetHgPppoeInfoFailure, SetHgPppoeInfoFailure2]
+
+
+class SetHgRebootInfoRequest(TypedDict):
+    """SET_HG_REBOOT_INFO: Sets the reboot schedule."""
+
+    # "1" when the schedule is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    GatewayRebootEnable: str
+    # time of day; HH:MM, from 00:00 to 23:59, as in "04:30"; truncated to 7 bytes
+    Time: str
+    # days of the week; 1 (Monday) to 7, with commas, as in "1,4"; truncated to 15 bytes
+    DaysOfWeek: str
+
+
+class SetHgRebootInfoSuccess(TypedDict):
+    """SET_HG_REBOOT_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetHgRebootInfoFailure(TypedDict):
+    """SET_HG_REBOOT_INFO, failure."""
+
+    # that of the request
+    GatewayRebootEnable: NotRequired[str]
+    # that of the request
+    Time: NotRequired[str]
+    # that of the request
+    DaysOfWeek: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "set reboot info failed": the device refused the change
+    FailReason: Literal["json node null", "value string null", "set reboot info failed"]
+
+
+# Reply of SET_HG_REBOOT_INFO.
+SetHgRebootInfoReply = Union[SetHgRebootInfoSuccess, SetHgRebootInfoFailure]
+
+
+class SetHgSleepInfoRequest(TypedDict):
+    """SET_HG_SLEEP_INFO: Sets the sleep times of the gateway, its Wi-Fi and its LEDs."""
+
+    # "1" when the gateway sleeps; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    GatewaySleepEnable: str
+    # "1" when the Wi-Fi sleeps; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    WiFiSleepEnable: str
+    # "1" when the LEDs sleep; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    LedSleepEnable: str
+    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "22:30"; truncated to 7 bytes
+    StartTime: str
+    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "06:30"; truncated to 7 bytes
+    EndTime: str
+
+
+class SetHgSleepInfoSuccess(TypedDict):
+    """SET_HG_SLEEP_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetHgSleepInfoFailure(TypedDict):
+    """SET_HG_SLEEP_INFO, failure."""
+
+    # that of the request
+    GatewaySleepEnable: NotRequired[str]
+    # that of the request
+    WiFiSleepEnable: NotRequired[str]
+    # that of the request
+    LedSleepEnable: NotRequired[str]
+    # that of the request
+    StartTime: NotRequired[str]
+    # that of the request
+    EndTime: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_HG_SLEEP_INFO_FAIL": the device refused the change
+    FailReason: Literal["json node null", "value string null", "SET_HG_SLEEP_INFO_FAIL"]
+
+
+# Reply of SET_HG_SLEEP_INFO.
+SetHgSleepInfoReply = Union[SetHgSleepInfoSuccess, SetHgSleepInfoFailure]
+
+
+class SetKaaHeartbeatRequest(TypedDict):
+    """SET_KAA_HEARTBEAT: Sets the interval at which the agent reports to the platform."""
+
+    # interval between two reports, as interpreted by the device; whole number, 10 to 86400, s, as in "120"
+    heartbeat: str
+
+
+class SetKaaHeartbeatSuccess(TypedDict):
+    """SET_KAA_HEARTBEAT, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetKaaHeartbeatFailure(TypedDict):
+    """SET_KAA_HEARTBEAT, failure."""
+
+    # that of the request
+    heartbeat: NotRequired[str]
+    Status: Literal["1"]
+    # "get json_heartbeat err": the key is missing or not a string; "set kaa heartbeat err": the device refused the change
+    FailReason: Literal["get json_heartbeat err", "set kaa heartbeat err"]
+
+
+# Reply of SET_KAA_HEARTBEAT.
+SetKaaHeartbeatReply = Union[SetKaaHeartbeatSuccess, SetKaaHeartbeatFailure]
+
+
+class SetLanIpInfoRequest(TypedDict):
+    """SET_LAN_IP_INFO: Changes the LAN IP settings."""
+
+    # address of the gateway; IPv4 address, as in "192.168.1.1"; truncated to 31 bytes
+    GatewayLanIP: str
+    # subnet mask; IPv4 mask, as in "255.255.255.0"; truncated to 31 bytes
+    SubnetMask: str
+    # first address of the DHCP pool; IPv4 address, as in "192.168.1.100"; truncated to 31 bytes
+    StartIp: str
+    # last address of the DHCP pool; IPv4 address, as in "192.168.1.249"; truncated to 31 bytes
+    EndIp: str
+
+
+class SetLanIpInfoSuccess(TypedDict):
+    """SET_LAN_IP_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetLanIpInfoFailure(TypedDict):
+    """SET_LAN_IP_INFO, failure: the device refused the change."""
+
+    Status: Literal["1"]
+    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    FailReason: str
+
+
+class SetLanIpInfoFailure2(TypedDict):
+    """SET_LAN_IP_INFO, failure."""
+
+    Status: Literal["1"]
+    # "INVALID_PARAM": a key is missing or not a string
+    FailReason: Literal["INVALID_PARAM"]
+
+
+# Reply of SET_LAN_IP_INFO.
+SetLanIpInfoReply = Union[SetLanIpInfoSuccess, SetLanIpInfoFailure, SetLanIpInfoFailure2]
+
+
+class SetLedStatusRequest(TypedDict):
+    """SET_LED_STATUS: Sets the LEDs."""
+
+    # "1" when they are on; 1 for on, 0 for off, as in "1"
+    LedSwitch: str
+    # their colour; WHITE, BLUE, GREEN, ORANGE or RED, as in "WHITE"
+    LedCoLor: str
+    # their brightness; whole number, without a percent sign, %, as in "47"
+    LedLight: str
+
+
+class SetLedStatusSuccess(TypedDict):
+    """SET_LED_STATUS, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetLedStatusFailure(TypedDict):
+    """SET_LED_STATUS, failure."""
+
+    # that of the request
+    LedSwitch: NotRequired[str]
+    # that of the request
+    LedCoLor: NotRequired[str]
+    # that of the request
+    LedLight: NotRequired[str]
+    Status: Literal["1"]
+    # "LedCoLor, LedLight or Led_Switch is NULL": a key is missing; "get scan rssi failed": the device refused, also when a value is not a string
+    FailReason: Literal["LedCoLor, LedLight or Led_Switch is NULL", "get scan rssi failed"]
+
+
+# Reply of SET_LED_STATUS.
+SetLedStatusReply = Union[SetLedStatusSuccess, SetLedStatusFailure]
+
+
+class SetMeshPairRequest(TypedDict):
+    """SET_MESH_PAIR: Opens or closes the period in which new routers may join the mesh."""
+
+    # "1" to open it, "0" to close it; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    Enable: str
+    # how long it stays open; whole number, 1 to 3600, s, as in "120"; truncated to 7 bytes
+    Time: str
+
+
+class SetMeshPairSuccess(TypedDict):
+    """SET_MESH_PAIR, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetMeshPairFailure(TypedDict):
+    """SET_MESH_PAIR, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    # that of the request
+    Time: NotRequired[str]
+    Status: Literal["1"]
+    # "get Enable and Time err": a key is missing or not a string; "WIFI_SET_NOT_SUPPORT": the device does not support pairing; "Set pair status failed": the device refused for another reason
+    FailReason: Literal["get Enable and Time err", "WIFI_SET_NOT_SUPPORT", "Set pair status failed"]
+
+
+# Reply of SET_MESH_PAIR.
+SetMeshPairReply = Union[SetMeshPairSuccess, SetMeshPairFailure]
+
+
+class SetMeshStatusRequest(TypedDict):
+    """SET_MESH_STATUS: Sets the mesh."""
+
+    # "1" when the mesh is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    MeshEnable: str
+    # its mode; 1 or 2, the type of mesh, as in "2"; truncated to 7 bytes
+    MeshMode: str
+
+
+class SetMeshStatusSuccess(TypedDict):
+    """SET_MESH_STATUS, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetMeshStatusFailure(TypedDict):
+    """SET_MESH_STATUS, failure."""
+
+    # that of the request
+    MeshEnable: NotRequired[str]
+    # that of the request
+    MeshMode: NotRequired[str]
+    Status: Literal["1"]
+    # "get MeshEnable and MeshMode err": a key is missing or not a string; "MESH_BUSY_0": the mesh is busy: the device's result is 4; "MESH_BUSY_1": the mesh is busy: the device's result is 3; "Set mesh status failed": the device refused for another reason
+    FailReason: Literal["get MeshEnable and MeshMode err", "MESH_BUSY_0", "MESH_BUSY_1", "Set mesh status failed"]
+
+
+# Reply of SET_MESH_STATUS.
+SetMeshStatusReply = Union[SetMeshStatusSuccess, SetMeshStatusFailure]
+
+
+class SetPortBindingRequest(TypedDict):
+    """SET_PORT_BINDING: Binds ports to a WAN connection."""
+
+    # number of the connection; whole number from 1, as in "1"; truncated to 7 bytes
+    Index: str
+    # the ports; LAN1, SSID1 and so on, with commas, as in "LAN3,LAN4"; truncated to 255 bytes
+    BoundPorts: str
+
+
+class SetPortBindingSuccess(TypedDict):
+    """SET_PORT_BINDING, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetPortBindingFailure(TypedDict):
+    """SET_PORT_BINDING, failure."""
+
+    # that of the request
+    Index: NotRequired[str]
+    # that of the request
+    BoundPorts: NotRequired[str]
+    Status: Literal["1"]
+    # "json param is null": a key is missing or not a string; "set port binding failed": the device refused the change
+    FailReason: Literal["json param is null", "set port binding failed"]
+
+
+# Reply of SET_PORT_BINDING.
+SetPortBindingReply = Union[SetPortBindingSuccess, SetPortBindingFailure]
+
+
+class SetQosAppInfoRequest(TypedDict):
+    """SET_QOS_APP_INFO: Sets the priority of an application."""
+
+    # identifier of the application; the number that it begins with counts
+    Id: str
+    # the priority; 1 (highest) to 8, as in "1"; truncated to 7 bytes
+    PriorityLevel: str
+
+
+class SetQosAppInfoSuccess(TypedDict):
+    """SET_QOS_APP_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetQosAppInfoFailure(TypedDict):
+    """SET_QOS_APP_INFO, failure."""
+
+    # that of the request
+    Id: NotRequired[str]
+    # that of the request
+    PriorityLevel: NotRequired[str]
+    Status: Literal["1"]
+    # "json param is null": a key is missing or not a string; "set qos app info failed": the device refused the change
+    FailReason: Literal["json param is null", "set qos app info failed"]
+
+
+# Reply of SET_QOS_APP_INFO.
+SetQosAppInfoReply = Union[SetQosAppInfoSuccess, SetQosAppInfoFailure]
+
+
+class SetQosClassificationInfoRequestTypeList(TypedDict):
+    """type_list: types of traffic that it matches, required unless the rule is deleted; those after the third are not read."""
+
+    # field that is compared; as in "DSCP"; truncated to 15 bytes
+    Type: str
+    # lowest value; as in "46"; truncated to 63 bytes
+    Min: str
+    # highest value; as in "46"; truncated to 63 bytes
+    Max: str
+
+
+class SetQosClassificationInfoRequest(TypedDict):
+    """SET_QOS_CLASSIFICATION_INFO: Adds, deletes or changes a rule of quality of service."""
+
+    # identifier of the rule; one that is added gets its own; whole number from 1, as in "1"; truncated to 7 bytes
+    Id: str
+    # "1" adds it, "2" deletes it, anything else changes it; whole number, as in "1"; truncated to 7 bytes
+    Action: str
+    # name of the rule; required unless the rule is deleted; as in "Voice of the office"; truncated to 31 bytes
+    Name: NotRequired[str]
+    # the priority; required unless the rule is deleted; 1 (highest) to 8, as in "1"; truncated to 7 bytes
+    PriorityLevel: NotRequired[str]
+    # types of traffic that it matches, required unless the rule is deleted; those after the third are not read
+    type_list: NotRequired[list[SetQosClassificationInfoRequestTypeList]]
+
+
+class SetQosClassificationInfoSuccess(TypedDict):
+    """SET_QOS_CLASSIFICATION_INFO, success: the device added the rule."""
+
+    Status: Literal["0"]
+    # identifier of the new rule; whole number from 1, as in "1"; at most 8 bytes
+    Id: str
+
+
+class SetQosClassificationInfoSuccess2(TypedDict):
+    """SET_QOS_CLASSIFICATION_INFO, success: the device deleted or changed the rule."""
+
+    Status: Literal["0"]
+
+
+class SetQosClassificationInfoFailure(TypedDict):
+    """SET_QOS_CLASSIFICATION_INFO, failure."""
+
+    # that of the request
+    Id: NotRequired[str]
+    # that of the request
+    Action: NotRequired[str]
+    # that of the request
+    Name: NotRequired[str]
+    # that of the request
+    PriorityLevel: NotRequired[str]
+    # that of the request
+    type_list: NotRequired[Any]
+    Status: Literal["1"]
+    # "json param is invalid or miss": a key is missing or of a wrong type; "set qos cls info error": the device refused the change
+    FailReason: Literal["json param is invalid or miss", "set qos cls info error"]
+
+
+# Reply of SET_QOS_CLASSIFICATION_INFO.
+SetQosClassificationInfoReply = Union[SetQosClassificationInfoSuccess, SetQosClassificationInfoSuccess2, SetQosClassificationInfoFailure]
+
+
+class SetQosEnableRequest(TypedDict):
+    """SET_QOS_ENABLE: Switches quality of service."""
+
+    # "1" to switch it on; the number at the start of the text counts; truncated to 7 bytes
+    Enable: str
+
+
+class SetQosEnableSuccess(TypedDict):
+    """SET_QOS_ENABLE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetQosEnableFailure(TypedDict):
+    """SET_QOS_ENABLE, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["1"]
+    # "get param:enable err": the key is missing or not a string; "Set qos enable failed": the device refused the change
+    FailReason: Literal["get param:enable err", "Set qos enable failed"]
+
+
+# Reply of SET_QOS_ENABLE.
+SetQosEnableReply = Union[SetQosEnableSuccess, SetQosEnableFailure]
+
+
+class SetRouteWanInfoRequest(TypedDict):
+    """SET_ROUTE_WAN_INFO: Changes the settings of one WAN connection."""
+
+    # name of the connection, which selects it; as in "Internet"; truncated to 63 bytes
+    WANName: NotRequired[str]
+    # services that use it; INTERNET, IPTV, TR069, VOIP and OTHER, with commas, as in "TR069,VOIP"; truncated to 63 bytes
+    SERVICELIST: NotRequired[str]
+    # how it gets its IPv4 address; DHCP, PPPoE or Static, as in "PPPoE"; truncated to 63 bytes
+    ADDRESSTYPE: NotRequired[str]
+    # IPv4 address; IPv4 address, as in "100.72.18.203"; truncated to 63 bytes
+    IPADDRESS: NotRequired[str]
+    # IPv4 mask; IPv4 mask, as in "255.255.255.255"; truncated to 63 bytes
+    SUBNETMASK: NotRequired[str]
+    # IPv4 address of the default gateway; IPv4 address, as in "100.72.0.1"; truncated to 63 bytes
+    GATEWAY: NotRequired[str]
+    # first DNS server, IPv4; IPv4 address, as in "100.64.0.53"; truncated to 63 bytes
+    DNS1: NotRequired[str]
+    # second DNS server, IPv4; IPv4 address, as in "100.64.1.53"; truncated to 63 bytes
+    DNS2: NotRequired[str]
+    # IPv6 address; IPv6 address, as in "2001:db8:4f20::1"; truncated to 63 bytes
+    IPV6_IPADDRESS: NotRequired[str]
+    # its length in bits; number of bits, as in "56"; truncated to 63 bytes
+    IPV6_PREFIXLENGTH: NotRequired[str]
+    # IPv6 address of the default gateway; IPv6 address, as in "fe80::1"; truncated to 63 bytes
+    IPV6_GATEWAY: NotRequired[str]
+    # first DNS server, IPv6; IPv6 address, as in "2001:db8:53::1"; truncated to 63 bytes
+    IPV6_DNS1: NotRequired[str]
+    # second DNS server, IPv6; IPv6 address, as in "2001:db8:53::2"; truncated to 63 bytes
+    IPV6_DNS2: NotRequired[str]
+    # IPv6 prefix for the LAN; IPv6 prefix, as in "2001:db8:4f20:a00::"; truncated to 63 bytes
+    IPV6_PRIFIX: NotRequired[str]
+    # name of the PPPoE account; as in "k4471902@fibre.example"; truncated to 63 bytes
+    PPPOE_USR_NAME: NotRequired[str]
+    # its password; as in "Lh7-pq2-Vw9"; truncated to 63 bytes; secret
+    PPPOE_PASSWORD: NotRequired[str]
+    # "1" when NAT is on; 1 for on, 0 for off, as in "1"; truncated to 63 bytes
+    NATENABLE: NotRequired[str]
+    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; truncated to 63 bytes
+    QOSENABLE: NotRequired[str]
+    # number of the VLAN; 1 to 4094, as in "7"; truncated to 63 bytes
+    VLANID: NotRequired[str]
+    # its priority, 0 to 7; 0 to 7, as in "0"; truncated to 63 bytes
+    VLANPRIORITY: NotRequired[str]
+
+
+class SetRouteWanInfoSuccess(TypedDict):
+    """SET_ROUTE_WAN_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetRouteWanInfoFailure(TypedDict):
+    """SET_ROUTE_WAN_INFO, failure."""
+
+    Status: Literal["1"]
+    # "SET_ROUTE_WAN_INFO_FAIL": the device refused the change
+    FailReason: Literal["SET_ROUTE_WAN_INFO_FAIL"]
+
+
+# Reply of SET_ROUTE_WAN_INFO.
+SetRouteWanInfoReply = Union[SetRouteWanInfoSuccess, SetRouteWanInfoFailure]
+
+
+class SetTslinkConfigStatusRequest(TypedDict):
+    """SET_TSLINK_CONFIG_STATUS: Stores the state of the first configuration, and notifies the agent."""
+
+    # "1" when the first configuration is done; 1 for yes, 0 for no, as in "1"
+    ConfiguerStatus: str
+
+
+class SetTslinkConfigStatusSuccess(TypedDict):
+    """SET_TSLINK_CONFIG_STATUS, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetTslinkConfigStatusFailure(TypedDict):
+    """SET_TSLINK_CONFIG_STATUS, failure."""
+
+    # that of the request
+    ConfiguerStatus: NotRequired[str]
+    Status: Literal["1"]
+    # "ConfiguerStatus  is NULL": the key is missing; "ConfiguerStatus  value is NULL": the key is present but not a string; "set tslink config failed": the device refused the change
+    FailReason: Literal["ConfiguerStatus  is NULL", "ConfiguerStatus  value is NULL", "set tslink config failed"]
+
+
+# Reply of SET_TSLINK_CONFIG_STATUS.
+SetTslinkConfigStatusReply = Union[SetTslinkConfigStatusSuccess, SetTslinkConfigStatusFailure]
+
+
+class SetTslinkSsidRequest(TypedDict):
+    """SET_TSLINK_SSID: Sets the mesh up or takes it down."""
+
+    # "1" to set it up, "0" to take it down
+    Enable: str
+
+
+class SetTslinkSsidSuccess(TypedDict):
+    """SET_TSLINK_SSID, success: the device was called; its result is ignored."""
+
+    Status: Literal["0"]
+
+
+class SetTslinkSsidFailure(TypedDict):
+    """SET_TSLINK_SSID, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["1"]
+    # "Enable missing or not string": the key is missing or not a string; "Enable invalid": the text is neither "0" nor "1"
+    FailReason: Literal["Enable missing or not string", "Enable invalid"]
+
+
+# Reply of SET_TSLINK_SSID.
+SetTslinkSsidReply = Union[SetTslinkSsidSuccess, SetTslinkSsidFailure]
+
+
+class SetUpdateScheduleRequest(TypedDict):
+    """SET_UPDATE_SCHEDULE: Sets the time of day at which the router may update itself."""
+
+    # "1" when the router may update itself; 1 for on, 0 for off, as in "1"; truncated to 1 bytes
+    Enable: str
+    # start, hour; 0 to 23, without leading zeros, as in "2"; truncated to 7 bytes
+    StartHour: str
+    # start, minute; 0 to 59, without leading zeros, as in "30"; truncated to 7 bytes
+    StartMinute: str
+    # end, hour; 0 to 23, without leading zeros, as in "4"; truncated to 7 bytes
+    EndHour: str
+    # end, minute; 0 to 59, without leading zeros, as in "0"; truncated to 7 bytes
+    EndMinute: str
+
+
+class SetUpdateScheduleSuccess(TypedDict):
+    """SET_UPDATE_SCHEDULE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetUpdateScheduleFailure(TypedDict):
+    """SET_UPDATE_SCHEDULE, failure."""
+
+    Status: Literal["1"]
+    # "parameter error": a key is missing or not a string; "Set update schedule failed": the device refused the change
+    FailReason: Literal["parameter error", "Set update schedule failed"]
+
+
+# Reply of SET_UPDATE_SCHEDULE.
+SetUpdateScheduleReply = Union[SetUpdateScheduleSuccess, SetUpdateScheduleFailure]
+
+
+class SetUplinkWifiInfoRequest(TypedDict):
+    """SET_UPLINK_WIFI_INFO: Joins an upstream network as a repeater."""
+
+    # name of the network to join; as in "FamilieBrandt"; truncated to 63 bytes
+    SSID: str
+    # password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 63 bytes
+    ENCRYPT: str
+    # cipher of WPA; NONE or AES, as in "NONE"; truncated to 63 bytes
+    WPACypher: str
+    # cipher of WPA2; NONE or AES, as in "AES"; truncated to 63 bytes
+    WPA2Cypher: str
+    # frequency band; 2.4GHz or 5GHz, as in "5GHz"; truncated to 127 bytes
+    Band: str
+
+
+class SetUplinkWifiInfoSuccess(TypedDict):
+    """SET_UPLINK_WIFI_INFO, success: the router joined a network."""
+
+    Status: Literal["0"]
+    # name of the network that was joined; as in "FamilieBrandt"; at most 64 bytes
+    ConnectedSSID: str
+
+
+class SetUplinkWifiInfoFailure(TypedDict):
+    """SET_UPLINK_WIFI_INFO, failure: another client uses the repeater."""
+
+    Status: Literal["2"]
+    FailReason: Literal["SOMEONE_USING_REPEATER"]
+
+
+class SetUplinkWifiInfoFailure2(TypedDict):
+    """SET_UPLINK_WIFI_INFO, failure: the device returned an undocumented result; no reply key is added."""
+
+
+class SetUplinkWifiInfoFailure3(TypedDict):
+    """SET_UPLINK_WIFI_INFO, failure."""
+
+    # that of the request
+    SSID: NotRequired[str]
+    # that of the request
+    PWD: NotRequired[str]
+    # that of the request
+    ENCRYPT: NotRequired[str]
+    # that of the request
+    WPACypher: NotRequired[str]
+    # that of the request
+    WPA2Cypher: NotRequired[str]
+    # that of the request
+    Band: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_UPLINK_WIFI_INFO_FAIL": the device could not join
+    FailReason: Literal["json node null", "value string null", "SET_UPLINK_WIFI_INFO_FAIL"]
+
+
+# Reply of SET_UPLINK_WIFI_INFO.
+SetUplinkWifiInfoReply = Union[SetUplinkWifiInfoSuccess, SetUplinkWifiInfoFailure, SetUplinkWifiInfoFailure2, SetUplinkWifiInfoFailure3]
+
+
+class SetUpnpStateRequest(TypedDict):
+    """SET_UPNP_STATE: Switches UPnP."""
+
+    # "1" to switch it on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    Enable: str
+
+
+class SetUpnpStateSuccess(TypedDict):
+    """SET_UPNP_STATE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetUpnpStateFailure(TypedDict):
+    """SET_UPNP_STATE, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["1"]
+    # "get param:enable err": the key is missing or not a string; "Set UPNP enable failed": the device refused the change
+    FailReason: Literal["get param:enable err", "Set UPNP enable failed"]
+
+
+# Reply of SET_UPNP_STATE.
+SetUpnpStateReply = Union[SetUpnpStateSuccess, SetUpnpStateFailure]
+
+
+class SetWebLoginInfoRequest(TypedDict):
+    """SET_WEB_LOGIN_INFO: Sets type and password of the web login."""
+
+    # type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; truncated to 7 bytes
+    WebLoginType: str
+    # password of the account or of the web login; as in "zaun-und-tor-58"; truncated to 127 bytes; secret
+    Password: str
+
+
+class SetWebLoginInfoSuccess(TypedDict):
+    """SET_WEB_LOGIN_INFO, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetWebLoginInfoFailure(TypedDict):
+    """SET_WEB_LOGIN_INFO, failure."""
+
+    # that of the request
+    WebLoginType: NotRequired[str]
+    # that of the request
+    Password: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "set web login info failed": the device refused the change
+    FailReason: Literal["json node null", "value string null", "set web login info failed"]
+
+
+# Reply of SET_WEB_LOGIN_INFO.
+SetWebLoginInfoReply = Union[SetWebLoginInfoSuccess, SetWebLoginInfoFailure]
+
+
+class SetWebLoginTypeRequest(TypedDict):
+    """SET_WEB_LOGIN_TYPE: Sets the type of web login."""
+
+    # type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; truncated to 7 bytes
+    Type: str
+
+
+class SetWebLoginTypeSuccess(TypedDict):
+    """SET_WEB_LOGIN_TYPE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetWebLoginTypeFailure(TypedDict):
+    """SET_WEB_LOGIN_TYPE, failure."""
+
+    # that of the request
+    Type: NotRequired[str]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "set web login type failed": the device refused the change
+    FailReason: Literal["json node null", "value string null", "set web login type failed"]
+
+
+# Reply of SET_WEB_LOGIN_TYPE.
+SetWebLoginTypeReply = Union[SetWebLoginTypeSuccess, SetWebLoginTypeFailure]
+
+
+class SetWifiInfoRequest(TypedDict):
+    """SET_WIFI_INFO: Changes the settings of one SSID."""
+
+    # number of the SSID, from 1; the device decides which exist
+    SSIDIndex: str
+    # network name; as in "Lindenhof"; truncated to 63 bytes
+    SSID: str
+    # password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 7 bytes
+    ENCRYPT: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; truncated to 63 bytes
+    PowerLevel: str
+    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    Channel: str
+    # "1" when the network is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    Enable: str
+    # "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    AdvertisementEnable: NotRequired[str]
+    # wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes
+    Mode: NotRequired[str]
+    # "1" when beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    Beamforming: NotRequired[str]
+
+
+class SetWifiInfoSuccess(TypedDict):
+    """SET_WIFI_INFO, success: the device accepted the change."""
+
+    # that of the request
+    AdvertisementEnable: NotRequired[Any]
+    # that of the request
+    Mode: NotRequired[Any]
+    # that of the request
+    Beamforming: NotRequired[Any]
+    Status: Literal["0"]
+
+
+class SetWifiInfoFailure(TypedDict):
+    """SET_WIFI_INFO, failure."""
+
+    # that of the request
+    SSIDIndex: NotRequired[str]
+    # that of the request
+    SSID: NotRequired[str]
+    # that of the request
+    PWD: NotRequired[str]
+    # that of the request
+    ENCRYPT: NotRequired[str]
+    # that of the request
+    PowerLevel: NotRequired[str]
+    # that of the request
+    Channel: NotRequired[str]
+    # that of the request
+    Enable: NotRequired[str]
+    # that of the request
+    AdvertisementEnable: NotRequired[Any]
+    # that of the request
+    Mode: NotRequired[Any]
+    # that of the request
+    Beamforming: NotRequired[Any]
+    Status: Literal["1"]
+    # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_WIFI_INFO_FAIL": the device refused the change
+    FailReason: Literal["json node null", "value string null", "SET_WIFI_INFO_FAIL"]
+
+
+# Reply of SET_WIFI_INFO.
+SetWifiInfoReply = Union[SetWifiInfoSuccess, SetWifiInfoFailure]
+
+
+class SetWifiInfoListRequestWifilist(TypedDict):
+    """WIFILIST: the SSIDs; an empty list sets the switches only."""
+
+    # number of the SSID, from 1
+    SSIDIndex: str
+    # network name; as in "Lindenhof"; truncated to 63 bytes
+    SSID: str
+    # password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret
+    PWD: str
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 7 bytes
+    ENCRYPT: str
+    # transmit power; whole number, without a percent sign, %, as in "100"; truncated to 63 bytes
+    PowerLevel: str
+    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    Channel: str
+    # "1" when the network is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    Enable: str
+    # bandwidth of the channel; unchanged when absent; whole number, MHz, as in "20"; truncated to 15 bytes
+    Bandwidth: NotRequired[str]
+    # "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    AdvertisementEnable: NotRequired[str]
+    # wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes
+    Mode: NotRequired[str]
+    # "1" when beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    Beamforming: NotRequired[str]
+
+
+class SetWifiInfoListRequest(TypedDict):
+    """SET_WIFI_INFO_LIST: Changes the settings of several SSIDs, and the two switches of all radios."""
+
+    # the SSIDs; an empty list sets the switches only
+    WIFILIST: list[SetWifiInfoListRequestWifilist]
+    # "1" to steer stations between the radios; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    StaCtrl: str
+    # switch of fast roaming; when absent or empty, the previous value is applied again; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    FastRoaming: NotRequired[str]
+
+
+class SetWifiInfoListSuccess(TypedDict):
+    """SET_WIFI_INFO_LIST, success: the batch is accepted; it is applied after the reply, within about six seconds."""
+
+    Status: Literal["0"]
+
+
+class SetWifiInfoListFailure(TypedDict):
+    """SET_WIFI_INFO_LIST, failure: the batch is accepted and applied, but it turns off a main SSID while the mesh is on."""
+
+    # that of the request
+    FastRoaming: NotRequired[str]
+    Status: Literal["1"]
+    # 请先关闭mesh开关! (turn off the mesh switch first), encoded in GBK; at most 17 bytes
+    FailReason: str
+
+
+class SetWifiInfoListFailure2(TypedDict):
+    """SET_WIFI_INFO_LIST, failure."""
+
+    # that of the request
+    WIFILIST: NotRequired[Any]
+    # that of the request
+    StaCtrl: NotRequired[str]
+    # that of the request
+    FastRoaming: NotRequired[str]
+    Status: Literal["1"]
+    # "json node: wifilist not found": there is no list; "json node: StaCtrl not found": StaCtrl is missing or not a string; "set ssid failed": an element lacks a key, or no worker could be started
+    FailReason: Literal["json node: wifilist not found", "json node: StaCtrl not found", "set ssid failed"]
+
+
+# Reply of SET_WIFI_INFO_LIST.
+SetWifiInfoListReply = Union[SetWifiInfoListSuccess, SetWifiInfoListFailure, SetWifiInfoListFailure2]
+
+
+class SetWifiSleepScheduleRequestWIFISleepList(TypedDict):
+    """WIFISleepList: the new periods; an empty list removes all."""
+
+    # "1" when the period is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    Enable: str
+    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "23:30"; truncated to 31 bytes
+    StartTime: str
+    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "05:45"; truncated to 31 bytes
+    EndTime: str
+    # days of the week; 1 (Monday) to 7, with commas, as in "1,2,3,4,7"; truncated to 31 bytes
+    DaysOfWeek: str
+
+
+class SetWifiSleepScheduleRequest(TypedDict):
+    """SET_WIFI_SLEEP_SCHEDULE: Replaces the periods in which the Wi-Fi sleeps."""
+
+    # the new periods; an empty list removes all
+    WIFISleepList: list[SetWifiSleepScheduleRequestWIFISleepList]
+
+
+class SetWifiSleepScheduleSuccess(TypedDict):
+    """SET_WIFI_SLEEP_SCHEDULE, success: the device accepted all periods."""
+
+    Status: Literal["0"]
+
+
+class SetWifiSleepScheduleFailure(TypedDict):
+    """SET_WIFI_SLEEP_SCHEDULE, failure."""
+
+    Status: Literal["1"]
+    # "json node: WIFISleepList not found": there is no list; any other value under the key is removed; "del all wifi timerinfo failed": the device could not remove the old periods; "parse sleep info failed": an element lacks a key; "add wifi timer failed": the device could not add a period; "set ssid failed": the device could not set an added period
+    FailReason: Literal["json node: WIFISleepList not found", "del all wifi timerinfo failed", "parse sleep info failed", "add wifi timer failed", "set ssid failed"]
+
+
+# Reply of SET_WIFI_SLEEP_SCHEDULE.
+SetWifiSleepScheduleReply = Union[SetWifiSleepScheduleSuccess, SetWifiSleepScheduleFailure]
+
+
+class SetWpsEnableRequest(TypedDict):
+    """SET_WPS_ENABLE: Switches WPS."""
+
+    # "1" to switch it on; the number at the start of the text counts; truncated to 7 bytes
+    Enable: str
+
+
+class SetWpsEnableSuccess(TypedDict):
+    """SET_WPS_ENABLE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetWpsEnableFailure(TypedDict):
+    """SET_WPS_ENABLE, failure."""
+
+    # that of the request
+    Enable: NotRequired[str]
+    Status: Literal["1"]
+    # "get param:enable err": the key is missing or not a string; "Set wps enable failed": the device refused the change
+    FailReason: Literal["get param:enable err", "Set wps enable failed"]
+
+
+# Reply of SET_WPS_ENABLE.
+SetWpsEnableReply = Union[SetWpsEnableSuccess, SetWpsEnableFailure]
+
+
+class SetWpsStateRequest(TypedDict):
+    """SET_WPS_STATE: Starts or stops WPS on a radio."""
+
+    # the radio, by its band; 2.4GHz or 5GHz, as in "5GHz"; truncated to 7 bytes
+    Radio: str
+    # "1" to start, "0" to stop; 1 to start, 0 to stop, as in "1"; truncated to 7 bytes
+    Action: str
+
+
+class SetWpsStateSuccess(TypedDict):
+    """SET_WPS_STATE, success: the device accepted the change."""
+
+    Status: Literal["0"]
+
+
+class SetWpsStateFailure(TypedDict):
+    """SET_WPS_STATE, failure."""
+
+    # that of the request
+    Radio: NotRequired[str]
+    # that of the request
+    Action: NotRequired[str]
+    Status: Literal["1"]
+    # "get radio and action err": a key is missing or not a string; "Set wps state failed": the device refused the change
+    FailReason: Literal["get radio and action err", "Set wps state failed"]
+
+
+# Reply of SET_WPS_STATE.
+SetWpsStateReply = Union[SetWpsStateSuccess, SetWpsStateFailure]
+
+
+class UpdateImmediateRequestImage(TypedDict):
+    """Image: the image; nothing is started without it."""
+
+    # URL of the image, of any length; required unless there are rules; address of a server, as in "https://updates.example/hgu.img"
+    UpdateUrl: NotRequired[str]
+
+
+class UpdateImmediateRequest(TypedDict):
+    """UPDATE_IMMEDIATE: Updates the firmware, and with it the rules for packet inspection."""
+
+    # the image; nothing is started without it
+    Image: NotRequired[UpdateImmediateRequestImage]
+    # rules for packet inspection; they are not read
+    Dpi: NotRequired[Any]
+    # rules for the inspection of HTTP; they are not read
+    DpiHttp: NotRequired[Any]
+
+
+class UpdateImmediateSuccess(TypedDict):
+    """UPDATE_IMMEDIATE, success: the worker was started, there is no image, or there are rules."""
+
+    Status: Literal["0"]
+
+
+class UpdateImmediateFailure(TypedDict):
+    """UPDATE_IMMEDIATE, failure."""
+
+    # that of the request
+    Dpi: NotRequired[Any]
+    # that of the request
+    DpiHttp: NotRequired[Any]
+    Status: Literal["1"]
+    # "json no UpdateUrl": there are no rules, and the URL of the image is missing or not a string; "dev is dowing image now": there are no rules, and another image is being downloaded or flashed; "failed to create down image thread": there are no rules, and the worker could not be started
+    FailReason: Literal["json no UpdateUrl", "dev is dowing image now", "failed to create down image thread"]
+
+
+# Reply of UPDATE_IMMEDIATE.
+UpdateImmediateReply = Union[UpdateImmediateSuccess, UpdateImmediateFailure]
+
+
+class ReportAgentTopologyRequest(TypedDict):
+    """agent-topology: The child routers with their stations, from the tree of parameters."""
+
+
+class ReportAgentTopologyChildRouterChildInfo(TypedDict):
+    """ChildInfo: the routers attached to it."""
+
+    # MAC address of the mesh interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    childMac: str
+
+
+class ReportAgentTopologyChildRouterMeshInfo(TypedDict):
+    """MeshInfo: its links to other routers, on the model of the operators."""
+
+    # MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    nexthopMAC: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes
+    dbm: str
+    # network interface; name of the network interface, as in "wlan1"; at most 24 bytes
+    interface: str
+
+
+class ReportAgentTopologyChildRouterChildBaseInfo(TypedDict):
+    """ChildBaseInfo: its stations; missing if there was no memory for them."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: str
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevType: str
+    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    DevFactory: str
+    # always the same
+    DevModle: Literal["Tessaline"]
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: str
+    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    ByName: str
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    NetMonopoly: str
+    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    AccessType: str
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    AccessEnable: str
+    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    DownSpeed: str
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: str
+    # seconds since it was attached; at most 32 bytes
+    AccessTime: str
+    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    UID: str
+    # always the same
+    OS: Literal["3"]
+    # version of the operating system; as in "6.1"; at most 32 bytes
+    Version: str
+    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GreennetProtectEnable: str
+    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    SpeedLimit: str
+    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    DownLimit: str
+    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    UpLimit: str
+
+
+class ReportAgentTopologyChildRouter(TypedDict):
+    """ChildRouter: the child routers that are up."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 64 bytes
+    Mac: str
+    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    AccessType: str
+    # speed of its link; only filled for a path of the parameter tree; whole number, Mbit/s, as in "866"; at most 16 bytes
+    LinkSpeed: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    dbm: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    RouterDeviceID: str
+    # its name; as in "Attic"; at most 64 bytes
+    Name: str
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    ChildRouterAccessType: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes
+    DownSpeed: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # hardware version; as in "V1.2"; at most 16 bytes
+    HWVersion: str
+    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    AreaCode: str
+    # time since it started; whole number, s, as in "86400"; at most 16 bytes
+    UpTime: str
+    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    DeviceType: str
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes
+    Wlan1Mac: str
+    # IP address again; IPv4 address, as in "192.168.1.2"; at most 32 bytes
+    ip: str
+    # MAC address of the router that it is attached to; at most 32 bytes
+    ParentMacAddress: str
+    # the routers attached to it
+    ChildInfo: NotRequired[list[ReportAgentTopologyChildRouterChildInfo]]
+    # its links to other routers, on the model of the operators
+    MeshInfo: NotRequired[list[ReportAgentTopologyChildRouterMeshInfo]]
+    # its stations; missing if there was no memory for them
+    ChildBaseInfo: NotRequired[list[ReportAgentTopologyChildRouterChildBaseInfo]]
+
+
+class ReportAgentTopologySuccess(TypedDict):
+    """agent-topology, success: the tree of parameters could be read."""
+
+    # the child routers that are up
+    ChildRouter: list[ReportAgentTopologyChildRouter]
+
+
+class ReportAgentTopologyFailure(TypedDict):
+    """agent-topology, failure: a parameter could not be read; the result is -1."""
+
+
+# Reply of agent-topology.
+ReportAgentTopologyReply = Union[ReportAgentTopologySuccess, ReportAgentTopologyFailure]
+
+
+class ReportHomePageRequest(TypedDict):
+    """home-page: What a home page shows of the gateway."""
+
+
+class ReportHomePageSuccess(TypedDict):
+    """home-page, success: the device reported them."""
+
+    Status: Literal["0"]
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Devname: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 64 bytes
+    UploadSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 64 bytes
+    DownloadSpeed: str
+    # whether games are accelerated; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GameSpeed: str
+    # port for games; number of a LAN port, as in "2"; at most 8 bytes
+    GamePort: str
+    # band for games; 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    GameBand: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 64 bytes
+    CpuRate: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 64 bytes
+    MemRate: str
+    # temperature of the CPU; whole number, degrees Celsius, as in "54"; at most 64 bytes
+    CpuTemperature: str
+
+
+class ReportHomePageFailure(TypedDict):
+    """home-page, failure."""
+
+    Status: Literal["1"]
+    # "get home page info failed": the device reported nothing
+    FailReason: Literal["get home page info failed"]
+
+
+# Reply of home-page.
+ReportHomePageReply = Union[ReportHomePageSuccess, ReportHomePageFailure]
+
+
+class ReportImageUpgradeRequest(TypedDict):
+    """image-upgrade: Fetch the image at an address and flash it, as an agent does by itself."""
+
+    # address of the image; without one the upgrade fails; URL, as in "http://127.0.0.1:8000/new.image"
+    url: NotRequired[str]
+
+
+class ReportImageUpgradeSuccess(TypedDict):
+    """image-upgrade, success: the upgrade has been started."""
+
+    # that of the request
+    url: NotRequired[str]
+
+
+# Reply of image-upgrade.
+ReportImageUpgradeReply = Union[ReportImageUpgradeSuccess]
+
+
+class ReportMainBaseRequest(TypedDict):
+    """main-base: The devices that are online, as the main router lists them."""
+
+
+class ReportMainBaseMainBaseInfo(TypedDict):
+    """MainBaseInfo: the devices that are online."""
+
+    # code of its type: "1" phone, "3" computer, "0" anything else
+    DevType: Literal["0", "1", "3"]
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevModle: str
+    # only if its operating system is unknown
+    OS: NotRequired[Literal["0"]]
+    # how it is attached: "1" by cable, "2" 2.4 GHz, "4" 5 GHz, "0" unknown
+    AccessType: Literal["0", "1", "2", "4"]
+    # "1" when it is online
+    NetStatus: Literal["1", "0"]
+    # the same as NetStatus
+    AccessEnable: Literal["1", "0"]
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: str
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: str
+    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    ByName: str
+    # always empty
+    DevFactory: Literal[""]
+    # time at which it was attached; seconds since 1970, s, as in "1767225600"; at most 32 bytes
+    AccessTime: str
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: str
+    # current upstream rate; decimal number with two decimals, bytes/s, as in "25625.00"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; decimal number with two decimals, bytes/s, as in "25625.00"; at most 32 bytes
+    DownSpeed: str
+
+
+class ReportMainBaseSuccess(TypedDict):
+    """main-base, success: the devices were counted; a count that fails is 0."""
+
+    # the devices that are online
+    MainBaseInfo: list[ReportMainBaseMainBaseInfo]
+
+
+# Reply of main-base.
+ReportMainBaseReply = Union[ReportMainBaseSuccess]
+
+
+class ReportMainRouterRequest(TypedDict):
+    """main-router: What is known of the main router."""
+
+
+class ReportMainRouterSuccess(TypedDict):
+    """main-router, success: the device reported at least a part, long form."""
+
+    Status: Literal["0"]
+    # "1" when the WAN is connected or connecting
+    NetStatus: Literal["1", "0"]
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    WiFiStatus1: str
+    # state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    WiFiStatus2: str
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # IP address of the WAN; IPv4 address, as in "100.72.18.203"; at most 34 bytes
+    ip: str
+    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    Mac: str
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    DownSpeed: str
+    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    SSID1: str
+    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    SSID2: str
+    # hardware version; as in "V1.2"; at most 32 bytes
+    HWVersion: str
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: str
+    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    UpTime: str
+    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    WanUptime: str
+    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    ConfiguerStatus: str
+    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    WanConMode: str
+    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    AddressType: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    cpuusage: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    ramusage: str
+    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    FireWallEnable: str
+    # always the same
+    NetQuality: Literal["0"]
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    Wlan0Mac: str
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    Wlan1Mac: str
+
+
+class ReportMainRouterSuccess2(TypedDict):
+    """main-router, success: the device reported at least a part, short form."""
+
+    Status: Literal["0"]
+    # "1" when the WAN is connected or connecting
+    NetStatus: Literal["1", "0"]
+    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    DeviceType: str
+    # state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    WiFiStatus1: str
+    # state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    WiFiStatus2: str
+    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    Name: str
+    # firmware version; as in "V2.4.1"; at most 32 bytes
+    FWVersion: str
+    # IP address of the WAN; IPv4 address, as in "100.72.18.203"; at most 34 bytes
+    ip: str
+    # CPU load; whole number, without a percent sign, %, as in "26"; at most 32 bytes
+    Cpu: str
+    # memory load; whole number, without a percent sign, %, as in "47"; at most 32 bytes
+    Memory: str
+    # address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    LanIp: str
+    # address of the default gateway; IPv4 address, as in "100.72.0.1"; at most 32 bytes
+    WanGateWay: str
+    # DNS servers; addresses, with commas, as in "100.64.0.53,100.64.1.53"; at most 65 bytes
+    Dns: str
+
+
+class ReportMainRouterFailure(TypedDict):
+    """main-router, failure."""
+
+    Status: Literal["1"]
+    # "get base info error!": the device reported nothing
+    FailReason: Literal["get base info error!"]
+
+
+# Reply of main-router.
+ReportMainRouterReply = Union[ReportMainRouterSuccess, ReportMainRouterSuccess2, ReportMainRouterFailure]
+
+
+class ReportMeshRequest(TypedDict):
+    """mesh: What hgagent topology draws: topology, tree of parameters and a count."""
+
+
+class ReportMeshSuccess(TypedDict):
+    """mesh, success: the topology was reported."""
+
+    # the reply of GET_TSLINK_TOPOLOGY_INFO
+    topology: dict[str, Any]
+    # the report agent-topology
+    tree: dict[str, Any]
+    # number of devices that the main router has counted, if the plug-in exports it
+    devices: NotRequired[float]
+
+
+class ReportMeshFailure(TypedDict):
+    """mesh, failure: the command failed; the result is 1."""
+
+    # the reply of GET_TSLINK_TOPOLOGY_INFO, with its failure
+    topology: dict[str, Any]
+
+
+# Reply of mesh.
+ReportMeshReply = Union[ReportMeshSuccess, ReportMeshFailure]
+
+
+class ReportStationsRequest(TypedDict):
+    """stations: The stations of one router in the tree of parameters."""
+
+    # the router in the tree of parameters; the main router unless given; path that ends with a full stop, as in "InternetGatewayDevice.WiFi.MultiAP.APDevice.2."
+    path: NotRequired[str]
+
+
+class ReportStationsMainBaseInfo(TypedDict):
+    """MainBaseInfo: its stations."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: str
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevType: str
+    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    DevFactory: str
+    # always the same
+    DevModle: Literal["Tessaline"]
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: str
+    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    ByName: str
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: str
+    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    NetMonopoly: str
+    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    AccessType: str
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    AccessEnable: str
+    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    UpSpeed: str
+    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    DownSpeed: str
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: str
+    # seconds since it was attached; at most 32 bytes
+    AccessTime: str
+    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    UID: str
+    # always the same
+    OS: Literal["3"]
+    # version of the operating system; as in "6.1"; at most 32 bytes
+    Version: str
+    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GreennetProtectEnable: str
+    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    SpeedLimit: str
+    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    DownLimit: str
+    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    UpLimit: str
+
+
+class ReportStationsSuccess(TypedDict):
+    """stations, success: the report was built; an unknown router has no stations."""
+
+    # that of the request
+    path: NotRequired[str]
+    # its stations
+    MainBaseInfo: list[ReportStationsMainBaseInfo]
+
+
+class ReportStationsFailure(TypedDict):
+    """stations, failure: there is no memory; the result is -1."""
+
+    # that of the request
+    path: NotRequired[str]
+
+
+# Reply of stations.
+ReportStationsReply = Union[ReportStationsSuccess, ReportStationsFailure]
+
+
+class ReportTopologyRequest(TypedDict):
+    """topology: The child routers with their stations, from the relations of the topology."""
+
+
+class ReportTopologyChildRouterChildInfo(TypedDict):
+    """ChildInfo: the routers attached to it."""
+
+    # MAC address of the mesh interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    childMac: str
+
+
+class ReportTopologyChildRouterChildBaseInfo(TypedDict):
+    """ChildBaseInfo: its stations; missing if the device could not report them."""
+
+    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    Mac: NotRequired[str]
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    DevType: NotRequired[str]
+    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    DevFactory: NotRequired[str]
+    # always the same
+    DevModle: NotRequired[Literal["Tessaline"]]
+    # host name; as in "workshop-pc"; at most 32 bytes
+    Name: NotRequired[str]
+    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    ByName: NotRequired[str]
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: NotRequired[str]
+    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    NetMonopoly: NotRequired[str]
+    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    AccessType: NotRequired[str]
+    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    AccessEnable: NotRequired[str]
+    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    UpSpeed: NotRequired[str]
+    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    DownSpeed: NotRequired[str]
+    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    ip: NotRequired[str]
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    dbm: NotRequired[str]
+    # seconds since it was attached; in the short form of the report, the time at which it was; at most 32 bytes
+    AccessTime: NotRequired[str]
+    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    UID: NotRequired[str]
+    # always the same
+    OS: NotRequired[Literal["3"]]
+    # version of the operating system; as in "6.1"; at most 32 bytes
+    Version: NotRequired[str]
+    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    GreennetProtectEnable: NotRequired[str]
+    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    SpeedLimit: NotRequired[str]
+    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    DownLimit: NotRequired[str]
+    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    UpLimit: NotRequired[str]
+
+
+class ReportTopologyChildRouter(TypedDict):
+    """ChildRouter: the child routers; none if the mesh is off or its relations are unknown."""
+
+    # MAC address, in the form that the device library shows to users; bytes in hexadecimal, as in "3C-6A-D2-22-81-40"; at most 32 bytes
+    Mac: str
+    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    AccessType: str
+    # speed of its link; whole number, Mbit/s, as in "866"; at most 16 bytes
+    LinkSpeed: str
+    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    dbm: str
+    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    RouterDeviceID: NotRequired[str]
+    # its name; as in "Attic"; at most 64 bytes
+    Name: NotRequired[str]
+    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    NetStatus: NotRequired[str]
+    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    ChildRouterAccessType: NotRequired[str]
+    # current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes
+    UpSpeed: NotRequired[str]
+    # current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes
+    DownSpeed: NotRequired[str]
+    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    FWDATA: NotRequired[str]
+    # hardware version; as in "V1.2"; at most 16 bytes
+    HWVersion: NotRequired[str]
+    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    AreaCode: NotRequired[str]
+    # time since it started; whole number, s, as in "86400"; at most 16 bytes
+    UpTime: NotRequired[str]
+    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    DeviceType: NotRequired[str]
+    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes
+    Wlan0Mac: NotRequired[str]
+    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes
+    Wlan1Mac: NotRequired[str]
+    # firmware version; as in "V2.4.1"; at most 64 bytes
+    FWVersion: NotRequired[str]
+    # IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes
+    ip: NotRequired[str]
+    # MAC address of the router that it is attached to; at most 32 bytes
+    ParentMacAddress: NotRequired[str]
+    # the routers attached to it
+    ChildInfo: NotRequired[list[ReportTopologyChildRouterChildInfo]]
+    # its stations; missing if the device could not report them
+    ChildBaseInfo: NotRequired[list[ReportTopologyChildRouterChildBaseInfo]]
+
+
+class ReportTopologySuccess(TypedDict):
+    """topology, success: the report was built."""
+
+    # the child routers; none if the mesh is off or its relations are unknown
+    ChildRouter: list[ReportTopologyChildRouter]
+
+
+class ReportTopologyFailure(TypedDict):
+    """topology, failure: there is no memory; the result is -1."""
+
+
+# Reply of topology.
+ReportTopologyReply = Union[ReportTopologySuccess, ReportTopologyFailure]
+
+
+class BackgroundEndedData(TypedDict):
+    """background.ended: A worker has ended."""
+
+    # which worker: the one that applies a batch of Wi-Fi settings, or the one that fetches and flashes firmware
+    worker: Literal["wifi-batch", "firmware"]
+
+
+class BackgroundLostData(TypedDict):
+    """background.lost: A worker was lost with its process."""
+
+    # which worker: the one that applies a batch of Wi-Fi settings, or the one that fetches and flashes firmware
+    worker: Literal["wifi-batch", "firmware"]
+
+
+class BackgroundStartedData(TypedDict):
+    """background.started: A worker continues after the answer."""
+
+    # which worker: the one that applies a batch of Wi-Fi settings, or the one that fetches and flashes firmware
+    worker: Literal["wifi-batch", "firmware"]
+
+
+class NoticeData(TypedDict):
+    """notice: Something is pushed to the app."""
+
+    # what the app is to do, always "Push" with this plug-in
+    RPCMethod: NotRequired[str]
+    # the part of the system that raised it
+    Plugin_Name: NotRequired[str]
+    # local time of the router, such as 20260101000000
+    time: NotRequired[str]
+    # MD5 of Message, in hexadecimal digits
+    MD5: NotRequired[str]
+    # MAC address of the router
+    mac: NotRequired[str]
+    # the text in base64
+    Message: NotRequired[str]
+    # what another plug-in pushed, if it is not an object
+    value: NotRequired[Any]
+
+
+class PolicyRefusedData(TypedDict):
+    """policy.refused: A request was refused."""
+
+    # who sent the request, such as "user:alice"
+    who: str
+    # the transport of the request, such as "socket"
+    way_in: str
+    # the command, report, control or event pattern that was requested
+    name: str
+    # the rule that refuses, with its file and line
+    rule: str
+    # how many refusals of this client have raised no event since its last one: a client raises ten at once, and then one a second
+    omitted: NotRequired[float]
+
+
+class RebootBegunData(TypedDict):
+    """reboot.begun: The gateway reboots."""
+
+    # how long the reboot takes; until then requests are refused with the code "rebooting"
+    seconds: float
+
+
+class RebootEndedData(TypedDict):
+    """reboot.ended: The gateway is back."""
+
+
+class UpdateFailedData(TypedDict):
+    """update.failed: A firmware update has failed."""
+
+    # why, in one line, as the device library has it
+    reason: str
+
+
+class UpdateProgressData(TypedDict):
+    """update.progress: A firmware image is being fetched."""
+
+    # the task, "firmware" with the simulated gateway
+    task: str
+    # how much of it is done, 0 to 100; 100 when the image is complete and verified
+    percent: float
+
+
+class UpdateSucceededData(TypedDict):
+    """update.succeeded: A firmware image has been flashed."""
+
+    # the version of the image
+    version: str
+
+
+class WorkerBackingOffData(TypedDict):
+    """worker.backing-off: The service waits before it restarts the process."""
+
+    # how often within the last minute
+    crashes: float
+    # how long the service waits
+    seconds: float
+
+
+class WorkerCrashedData(TypedDict):
+    """worker.crashed: The gateway's process has crashed."""
+
+    # the signal that ended it
+    signal: NotRequired[float]
+    # its exit status, where no signal ended it
+    status: NotRequired[float]
+    # the command that was running
+    command: NotRequired[str]
+    # how often it has crashed since the service started
+    crashes: float
+
+
+class WorkerKilledData(TypedDict):
+    """worker.killed: The gateway's process was killed."""
+
+    # the command that was running
+    command: NotRequired[str]
+    # how long it may take
+    seconds: float
+
+
+class WorkerStartedData(TypedDict):
+    """worker.started: The gateway's process has started."""
+
+    # how often the service has started it, this time included
+    starts: float
+
+
+Command = Literal["CHILD_HG_LOCAL_RECOVERY", "DEL_LAN_DEVICE", "GET_ADMIN_INFO", "GET_AD_BASE_INFO", "GET_AP_ALG_ABILITY", "GET_AP_MULTISERVICE_MODE", "GET_ATTACH_DEVICE_RIGHT", "GET_CHILD_ROUTER_AD_BASE_INFO", "GET_GATEWAY_NET_FAULT", "GET_GREENNET_DEVICE_LIST", "GET_GREENNET_ENABLE", "GET_GREENNET_PROTECT_PERIOD_LIST", "GET_HG_BASE_INFO", "GET_HG_DHCP_INFO", "GET_HG_GUEST_SSID", "GET_HG_LOG", "GET_HG_PPPOE_INFO", "GET_HG_REBOOT_INFO", "GET_HG_SLEEP_INFO", "GET_HG_UPLINK_STATUS", "GET_LAN_IP_INFO", "GET_LED_STATUS", "GET_MESH_STATUS", "GET_PORT_BINDING", "GET_PORT_STATISTICS", "GET_QOS_INFO", "GET_SCAN_CHANNEL_COUNT", "GET_SCAN_CHANNEL_POWER", "GET_SCAN_WIFI_SSIDLIST", "GET_SN_INFO", "GET_STA_RSSI", "GET_TSCONF_STATUS", "GET_TSLINK_TOPOLOGY_INFO", "GET_UPDATE_SCHEDULE", "GET_UPDATE_STATUS", "GET_UPNP_STATE", "GET_WEB_LOGIN_INFO", "GET_WIFI_CHANNEL_LIST", "GET_WIFI_INFO", "GET_WIFI_LIST_INFO", "GET_WIFI_SLEEP_SCHEDULE", "GET_WPS_ENABLE", "HG_GET_UPDATE_STATUS", "HG_IMAGE_DOWNLOAD", "HG_IMAGE_UPDATE", "HG_INSPECTION", "HG_LOCAL_RECOVERY", "HG_NETCONN_INSPECTION", "HG_NETCONN_OPTIMIZATION", "HG_NETQUAL_INSPECTION", "HG_NETQUAL_OPTIMIZATION", "HG_RESOURCE_INSPECTION", "HG_RESOURCE_OPTIMIZATION", "HG_SPEEDTEST_REQUEST", "HG_WIFI_CHANNEL_POWER_OPTIMIZATION", "HG_WIFI_INSPECTION", "HG_WIFI_OPTIMIZATION", "IMAGE_DOWNLOAD", "IMAGE_UPDATE", "LINK_CHECK", "PLATEFORM_UPDATE_IMMEDIATE", "QUERY_SYSTEM_INFO", "QUERY_TSLINK_CONFIG_STATUS", "QUERY_WAN_INFO", "QUERY_WAN_NUM", "RESPONSE_ROUTER_VERSION", "RP_CHILD_HG_REBOOT", "RP_HG_REBOOT", "SET_ADMIN_INFO", "SET_AD_BASE_INFO", "SET_AP_ALG_ABILITY", "SET_AP_MULTISERVICE_MODE", "SET_ATTACH_DEVICE_RIGHT", "SET_CHILD_ROUTERAD_BASE_INFO", "SET_CHILD_ROUTER_HG_BASE_INFO", "SET_FIREWALL_SWITCH", "SET_GREENNET_DEVICE_LIST", "SET_GREENNET_ENABLE", "SET_GREENNET_NOTIFY_ENABLE", "SET_GREENNET_PROTECT_PERIOD_LIST", "SET_HG_BASE_INFO", "SET_HG_DHCP_INFO", "SET_HG_GUEST_SSID", "SET_HG_PPPOE_INFO", "SET_HG_REBOOT_INFO", "SET_HG_SLEEP_INFO", "SET_KAA_HEARTBEAT", "SET_LAN_IP_INFO", "SET_LED_STATUS", "SET_MESH_PAIR", "SET_MESH_STATUS", "SET_PORT_BINDING", "SET_QOS_APP_INFO", "SET_QOS_CLASSIFICATION_INFO", "SET_QOS_ENABLE", "SET_ROUTE_WAN_INFO", "SET_TSLINK_CONFIG_STATUS", "SET_TSLINK_SSID", "SET_UPDATE_SCHEDULE", "SET_UPLINK_WIFI_INFO", "SET_UPNP_STATE", "SET_WEB_LOGIN_INFO", "SET_WEB_LOGIN_TYPE", "SET_WIFI_INFO", "SET_WIFI_INFO_LIST", "SET_WIFI_SLEEP_SCHEDULE", "SET_WPS_ENABLE", "SET_WPS_STATE", "UPDATE_IMMEDIATE"]
+Report = Literal["agent-topology", "home-page", "image-upgrade", "main-base", "main-router", "mesh", "stations", "topology"]
+EventName = Literal["background.ended", "background.lost", "background.started", "notice", "policy.refused", "reboot.begun", "reboot.ended", "update.failed", "update.progress", "update.succeeded", "worker.backing-off", "worker.crashed", "worker.killed", "worker.started"]
+Code = Literal["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
+
+
+class Failed(TypedDict):
+    """Why there is no result."""
+
+    # for people
+    error: str
+    # for programs
+    code: Code
+    # the rule of the policy that refuses, with its place
+    rule: NotRequired[str]
+
+
+class _EventBackgroundEnded(TypedDict):
+    event: Literal["background.ended"]
+    data: BackgroundEndedData
+
+
+class _EventBackgroundLost(TypedDict):
+    event: Literal["background.lost"]
+    data: BackgroundLostData
+
+
+class _EventBackgroundStarted(TypedDict):
+    event: Literal["background.started"]
+    data: BackgroundStartedData
+
+
+class _EventNotice(TypedDict):
+    event: Literal["notice"]
+    data: NoticeData
+
+
+class _EventPolicyRefused(TypedDict):
+    event: Literal["policy.refused"]
+    data: PolicyRefusedData
+
+
+class _EventRebootBegun(TypedDict):
+    event: Literal["reboot.begun"]
+    data: RebootBegunData
+
+
+class _EventRebootEnded(TypedDict):
+    event: Literal["reboot.ended"]
+    data: RebootEndedData
+
+
+class _EventUpdateFailed(TypedDict):
+    event: Literal["update.failed"]
+    data: UpdateFailedData
+
+
+class _EventUpdateProgress(TypedDict):
+    event: Literal["update.progress"]
+    data: UpdateProgressData
+
+
+class _EventUpdateSucceeded(TypedDict):
+    event: Literal["update.succeeded"]
+    data: UpdateSucceededData
+
+
+class _EventWorkerBackingOff(TypedDict):
+    event: Literal["worker.backing-off"]
+    data: WorkerBackingOffData
+
+
+class _EventWorkerCrashed(TypedDict):
+    event: Literal["worker.crashed"]
+    data: WorkerCrashedData
+
+
+class _EventWorkerKilled(TypedDict):
+    event: Literal["worker.killed"]
+    data: WorkerKilledData
+
+
+class _EventWorkerStarted(TypedDict):
+    event: Literal["worker.started"]
+    data: WorkerStartedData
+
+
+Event = Union[_EventBackgroundEnded, _EventBackgroundLost, _EventBackgroundStarted, _EventNotice, _EventPolicyRefused, _EventRebootBegun, _EventRebootEnded, _EventUpdateFailed, _EventUpdateProgress, _EventUpdateSucceeded, _EventWorkerBackingOff, _EventWorkerCrashed, _EventWorkerKilled, _EventWorkerStarted]
+
+
+class CallCommand(Protocol):
+    """A function that carries out a command and returns its reply."""
+
+    @overload
+    def __call__(self, name: Literal["CHILD_HG_LOCAL_RECOVERY"], params: ChildHgLocalRecoveryRequest) -> ChildHgLocalRecoveryReply: ...
+
+    @overload
+    def __call__(self, name: Literal["DEL_LAN_DEVICE"], params: DelLanDeviceRequest) -> DelLanDeviceReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_ADMIN_INFO"], params: GetAdminInfoRequest) -> GetAdminInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_AD_BASE_INFO"], params: GetAdBaseInfoRequest) -> GetAdBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_AP_ALG_ABILITY"], params: GetApAlgAbilityRequest) -> GetApAlgAbilityReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_AP_MULTISERVICE_MODE"], params: GetApMultiserviceModeRequest) -> GetApMultiserviceModeReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_ATTACH_DEVICE_RIGHT"], params: GetAttachDeviceRightRequest) -> GetAttachDeviceRightReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_CHILD_ROUTER_AD_BASE_INFO"], params: GetChildRouterAdBaseInfoRequest) -> GetChildRouterAdBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_GATEWAY_NET_FAULT"], params: GetGatewayNetFaultRequest) -> GetGatewayNetFaultReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_GREENNET_DEVICE_LIST"], params: GetGreennetDeviceListRequest) -> GetGreennetDeviceListReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_GREENNET_ENABLE"], params: GetGreennetEnableRequest) -> GetGreennetEnableReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_GREENNET_PROTECT_PERIOD_LIST"], params: GetGreennetProtectPeriodListRequest) -> GetGreennetProtectPeriodListReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_BASE_INFO"], params: GetHgBaseInfoRequest) -> GetHgBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_DHCP_INFO"], params: GetHgDhcpInfoRequest) -> GetHgDhcpInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_GUEST_SSID"], params: GetHgGuestSsidRequest) -> GetHgGuestSsidReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_LOG"], params: GetHgLogRequest) -> GetHgLogReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_PPPOE_INFO"], params: GetHgPppoeInfoRequest) -> GetHgPppoeInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_REBOOT_INFO"], params: GetHgRebootInfoRequest) -> GetHgRebootInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_SLEEP_INFO"], params: GetHgSleepInfoRequest) -> GetHgSleepInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_HG_UPLINK_STATUS"], params: GetHgUplinkStatusRequest) -> GetHgUplinkStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_LAN_IP_INFO"], params: GetLanIpInfoRequest) -> GetLanIpInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_LED_STATUS"], params: GetLedStatusRequest) -> GetLedStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_MESH_STATUS"], params: GetMeshStatusRequest) -> GetMeshStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_PORT_BINDING"], params: GetPortBindingRequest) -> GetPortBindingReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_PORT_STATISTICS"], params: GetPortStatisticsRequest) -> GetPortStatisticsReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_QOS_INFO"], params: GetQosInfoRequest) -> GetQosInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_SCAN_CHANNEL_COUNT"], params: GetScanChannelCountRequest) -> GetScanChannelCountReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_SCAN_CHANNEL_POWER"], params: GetScanChannelPowerRequest) -> GetScanChannelPowerReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_SCAN_WIFI_SSIDLIST"], params: GetScanWifiSsidlistRequest) -> GetScanWifiSsidlistReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_SN_INFO"], params: GetSnInfoRequest) -> GetSnInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_STA_RSSI"], params: GetStaRssiRequest) -> GetStaRssiReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_TSCONF_STATUS"], params: GetTsconfStatusRequest) -> GetTsconfStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_TSLINK_TOPOLOGY_INFO"], params: GetTslinkTopologyInfoRequest) -> GetTslinkTopologyInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_UPDATE_SCHEDULE"], params: GetUpdateScheduleRequest) -> GetUpdateScheduleReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_UPDATE_STATUS"], params: GetUpdateStatusRequest) -> GetUpdateStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_UPNP_STATE"], params: GetUpnpStateRequest) -> GetUpnpStateReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_WEB_LOGIN_INFO"], params: GetWebLoginInfoRequest) -> GetWebLoginInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_WIFI_CHANNEL_LIST"], params: GetWifiChannelListRequest) -> GetWifiChannelListReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_WIFI_INFO"], params: GetWifiInfoRequest) -> GetWifiInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_WIFI_LIST_INFO"], params: GetWifiListInfoRequest) -> GetWifiListInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_WIFI_SLEEP_SCHEDULE"], params: GetWifiSleepScheduleRequest) -> GetWifiSleepScheduleReply: ...
+
+    @overload
+    def __call__(self, name: Literal["GET_WPS_ENABLE"], params: GetWpsEnableRequest) -> GetWpsEnableReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_GET_UPDATE_STATUS"], params: HgGetUpdateStatusRequest) -> HgGetUpdateStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_IMAGE_DOWNLOAD"], params: HgImageDownloadRequest) -> HgImageDownloadReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_IMAGE_UPDATE"], params: HgImageUpdateRequest) -> HgImageUpdateReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_INSPECTION"], params: HgInspectionRequest) -> HgInspectionReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_LOCAL_RECOVERY"], params: HgLocalRecoveryRequest) -> HgLocalRecoveryReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_NETCONN_INSPECTION"], params: HgNetconnInspectionRequest) -> HgNetconnInspectionReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_NETCONN_OPTIMIZATION"], params: HgNetconnOptimizationRequest) -> HgNetconnOptimizationReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_NETQUAL_INSPECTION"], params: HgNetqualInspectionRequest) -> HgNetqualInspectionReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_NETQUAL_OPTIMIZATION"], params: HgNetqualOptimizationRequest) -> HgNetqualOptimizationReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_RESOURCE_INSPECTION"], params: HgResourceInspectionRequest) -> HgResourceInspectionReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_RESOURCE_OPTIMIZATION"], params: HgResourceOptimizationRequest) -> HgResourceOptimizationReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_SPEEDTEST_REQUEST"], params: HgSpeedtestRequestRequest) -> HgSpeedtestRequestReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_WIFI_CHANNEL_POWER_OPTIMIZATION"], params: HgWifiChannelPowerOptimizationRequest) -> HgWifiChannelPowerOptimizationReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_WIFI_INSPECTION"], params: HgWifiInspectionRequest) -> HgWifiInspectionReply: ...
+
+    @overload
+    def __call__(self, name: Literal["HG_WIFI_OPTIMIZATION"], params: HgWifiOptimizationRequest) -> HgWifiOptimizationReply: ...
+
+    @overload
+    def __call__(self, name: Literal["IMAGE_DOWNLOAD"], params: ImageDownloadRequest) -> ImageDownloadReply: ...
+
+    @overload
+    def __call__(self, name: Literal["IMAGE_UPDATE"], params: ImageUpdateRequest) -> ImageUpdateReply: ...
+
+    @overload
+    def __call__(self, name: Literal["LINK_CHECK"], params: LinkCheckRequest) -> LinkCheckReply: ...
+
+    @overload
+    def __call__(self, name: Literal["PLATEFORM_UPDATE_IMMEDIATE"], params: PlateformUpdateImmediateRequest) -> PlateformUpdateImmediateReply: ...
+
+    @overload
+    def __call__(self, name: Literal["QUERY_SYSTEM_INFO"], params: QuerySystemInfoRequest) -> QuerySystemInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["QUERY_TSLINK_CONFIG_STATUS"], params: QueryTslinkConfigStatusRequest) -> QueryTslinkConfigStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["QUERY_WAN_INFO"], params: QueryWanInfoRequest) -> QueryWanInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["QUERY_WAN_NUM"], params: QueryWanNumRequest) -> QueryWanNumReply: ...
+
+    @overload
+    def __call__(self, name: Literal["RESPONSE_ROUTER_VERSION"], params: ResponseRouterVersionRequest) -> ResponseRouterVersionReply: ...
+
+    @overload
+    def __call__(self, name: Literal["RP_CHILD_HG_REBOOT"], params: RpChildHgRebootRequest) -> RpChildHgRebootReply: ...
+
+    @overload
+    def __call__(self, name: Literal["RP_HG_REBOOT"], params: RpHgRebootRequest) -> RpHgRebootReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_ADMIN_INFO"], params: SetAdminInfoRequest) -> SetAdminInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_AD_BASE_INFO"], params: SetAdBaseInfoRequest) -> SetAdBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_AP_ALG_ABILITY"], params: SetApAlgAbilityRequest) -> SetApAlgAbilityReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_AP_MULTISERVICE_MODE"], params: SetApMultiserviceModeRequest) -> SetApMultiserviceModeReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_ATTACH_DEVICE_RIGHT"], params: SetAttachDeviceRightRequest) -> SetAttachDeviceRightReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_CHILD_ROUTERAD_BASE_INFO"], params: SetChildRouteradBaseInfoRequest) -> SetChildRouteradBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_CHILD_ROUTER_HG_BASE_INFO"], params: SetChildRouterHgBaseInfoRequest) -> SetChildRouterHgBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_FIREWALL_SWITCH"], params: SetFirewallSwitchRequest) -> SetFirewallSwitchReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_GREENNET_DEVICE_LIST"], params: SetGreennetDeviceListRequest) -> SetGreennetDeviceListReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_GREENNET_ENABLE"], params: SetGreennetEnableRequest) -> SetGreennetEnableReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_GREENNET_NOTIFY_ENABLE"], params: SetGreennetNotifyEnableRequest) -> SetGreennetNotifyEnableReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_GREENNET_PROTECT_PERIOD_LIST"], params: SetGreennetProtectPeriodListRequest) -> SetGreennetProtectPeriodListReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_HG_BASE_INFO"], params: SetHgBaseInfoRequest) -> SetHgBaseInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_HG_DHCP_INFO"], params: SetHgDhcpInfoRequest) -> SetHgDhcpInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_HG_GUEST_SSID"], params: SetHgGuestSsidRequest) -> SetHgGuestSsidReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_HG_PPPOE_INFO"], params: SetHgPppoeInfoRequest) -> SetHgPppoeInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_HG_REBOOT_INFO"], params: SetHgRebootInfoRequest) -> SetHgRebootInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_HG_SLEEP_INFO"], params: SetHgSleepInfoRequest) -> SetHgSleepInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_KAA_HEARTBEAT"], params: SetKaaHeartbeatRequest) -> SetKaaHeartbeatReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_LAN_IP_INFO"], params: SetLanIpInfoRequest) -> SetLanIpInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_LED_STATUS"], params: SetLedStatusRequest) -> SetLedStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_MESH_PAIR"], params: SetMeshPairRequest) -> SetMeshPairReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_MESH_STATUS"], params: SetMeshStatusRequest) -> SetMeshStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_PORT_BINDING"], params: SetPortBindingRequest) -> SetPortBindingReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_QOS_APP_INFO"], params: SetQosAppInfoRequest) -> SetQosAppInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_QOS_CLASSIFICATION_INFO"], params: SetQosClassificationInfoRequest) -> SetQosClassificationInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_QOS_ENABLE"], params: SetQosEnableRequest) -> SetQosEnableReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_ROUTE_WAN_INFO"], params: SetRouteWanInfoRequest) -> SetRouteWanInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_TSLINK_CONFIG_STATUS"], params: SetTslinkConfigStatusRequest) -> SetTslinkConfigStatusReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_TSLINK_SSID"], params: SetTslinkSsidRequest) -> SetTslinkSsidReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_UPDATE_SCHEDULE"], params: SetUpdateScheduleRequest) -> SetUpdateScheduleReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_UPLINK_WIFI_INFO"], params: SetUplinkWifiInfoRequest) -> SetUplinkWifiInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_UPNP_STATE"], params: SetUpnpStateRequest) -> SetUpnpStateReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WEB_LOGIN_INFO"], params: SetWebLoginInfoRequest) -> SetWebLoginInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WEB_LOGIN_TYPE"], params: SetWebLoginTypeRequest) -> SetWebLoginTypeReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WIFI_INFO"], params: SetWifiInfoRequest) -> SetWifiInfoReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WIFI_INFO_LIST"], params: SetWifiInfoListRequest) -> SetWifiInfoListReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WIFI_SLEEP_SCHEDULE"], params: SetWifiSleepScheduleRequest) -> SetWifiSleepScheduleReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WPS_ENABLE"], params: SetWpsEnableRequest) -> SetWpsEnableReply: ...
+
+    @overload
+    def __call__(self, name: Literal["SET_WPS_STATE"], params: SetWpsStateRequest) -> SetWpsStateReply: ...
+
+    @overload
+    def __call__(self, name: Literal["UPDATE_IMMEDIATE"], params: UpdateImmediateRequest) -> UpdateImmediateReply: ...
+
+
+class CallReport(Protocol):
+    """A function that requests a report."""
+
+    @overload
+    def __call__(self, name: Literal["agent-topology"], params: ReportAgentTopologyRequest) -> ReportAgentTopologyReply: ...
+
+    @overload
+    def __call__(self, name: Literal["home-page"], params: ReportHomePageRequest) -> ReportHomePageReply: ...
+
+    @overload
+    def __call__(self, name: Literal["image-upgrade"], params: ReportImageUpgradeRequest) -> ReportImageUpgradeReply: ...
+
+    @overload
+    def __call__(self, name: Literal["main-base"], params: ReportMainBaseRequest) -> ReportMainBaseReply: ...
+
+    @overload
+    def __call__(self, name: Literal["main-router"], params: ReportMainRouterRequest) -> ReportMainRouterReply: ...
+
+    @overload
+    def __call__(self, name: Literal["mesh"], params: ReportMeshRequest) -> ReportMeshReply: ...
+
+    @overload
+    def __call__(self, name: Literal["stations"], params: ReportStationsRequest) -> ReportStationsReply: ...
+
+    @overload
+    def __call__(self, name: Literal["topology"], params: ReportTopologyRequest) -> ReportTopologyReply: ...
