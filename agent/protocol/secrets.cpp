@@ -21,6 +21,15 @@ bool is_word_letter(char letter)
            (letter >= '0' && letter <= '9') || letter == '_';
 }
 
+bool names_a_secret(const Description &part)
+{
+    bool found = is_secret_name(part["key"].text());
+    for (const Description &inner : part) {
+        found = found || names_a_secret(inner);
+    }
+    return found;
+}
+
 size_t after_space(std::string_view text, size_t at)
 {
     return std::min(text.find_first_not_of(kSpace, at), text.size());
@@ -57,6 +66,12 @@ bool is_secret_name(std::string_view name)
     return std::any_of(kSecretEndings.begin(), kSecretEndings.end(),
                        [&](std::string_view ending) { return lower.ends_with(ending); }) ||
            secret_keys().contains(lower);
+}
+
+bool may_reply_secrets(std::string_view command)
+{
+    const Description *description = find_description(command);
+    return description == nullptr || names_a_secret((*description)["replies"]);
 }
 
 bool labels_a_secret(std::string_view text)

@@ -13,6 +13,10 @@ constexpr char kMask[] = "***";
 // "password", or the protocol's descriptions mark it as secret. Case is ignored.
 bool is_secret_name(std::string_view name);
 
+// Whether a reply of the command may contain a secret value, apart from those of its own request.
+// Commands without a description are assumed to.
+bool may_reply_secrets(std::string_view command);
+
 // Whether the text labels what follows it as secret: its last word is a secret name, followed by
 // nothing but punctuation ("Account:%s|Password:", "pwd = ").
 bool labels_a_secret(std::string_view text);

@@ -101,6 +101,12 @@ constexpr Setting kSettings[] = {
      place_in<&ServiceConfig::limits, &LimitsConfig::idle_seconds>, 0, kMostSeconds},
     {"limits.queue", "--max-queue", "COUNT", "Requests of one client that may wait; 16 by default",
      place_in<&ServiceConfig::limits, &LimitsConfig::queue>, 1, 100000},
+    {"limits.answers", "--max-answers", "COUNT",
+     "Answers kept ten minutes for clients that repeat changes; 16384 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::answers>, 1, 10'000'000},
+    {"limits.answer-bytes", "--max-answer-bytes", "BYTES",
+     "Bytes of all kept answers; 8388608 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::answer_bytes>, 1, kMostBytes},
 };
 
 std::string out_of_range(const Setting &setting)

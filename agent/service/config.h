@@ -46,6 +46,8 @@ struct LimitsConfig {
     int64_t pending_output = 4L * 1024 * 1024; // bytes that a client has not read
     int64_t idle_seconds = 0;                  // without a request or a subscription; 0: no limit
     int64_t queue = 16;                        // waiting requests of one client
+    int64_t answers = 16384;                   // kept for repetitions
+    int64_t answer_bytes = 8L * 1024 * 1024;   // of all of them
 };
 
 struct ServiceConfig {

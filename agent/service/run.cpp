@@ -93,6 +93,8 @@ GateOptions gate_options(const ServiceConfig &config)
     options.time = seconds(config.worker.command_seconds);
     options.policy = config.policy;
     options.audit = config.audit;
+    options.answers = {static_cast<size_t>(config.limits.answers),
+                       static_cast<size_t>(config.limits.answer_bytes)};
     return options;
 }
 

@@ -119,6 +119,9 @@ std::string audit_line(const AuditRecord &record, std::chrono::system_clock::tim
     } else {
         line += member("code", record.code);
     }
+    if (record.is_repetition) {
+        line += ",\"repetition\":true";
+    }
     if (!record.rule.empty()) {
         line += member("rule", record.rule);
     }

@@ -22,7 +22,8 @@ struct AuditRecord {
     std::string_view code;   // of an error; empty for an answer
     std::string_view rule;   // that refused or allowed the request
     std::optional<int32_t> result;
-    std::string_view status; // the reply's "Status"; empty if absent
+    std::string_view status;    // the reply's "Status"; empty if absent
+    bool is_repetition = false; // the answer is that of an earlier request
     std::chrono::microseconds waited{0};
     std::chrono::microseconds worked{0};
 };

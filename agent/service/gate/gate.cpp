@@ -64,6 +64,34 @@ std::optional<int32_t> result_in(std::string_view line)
     return problem == std::errc() && end != text.data() ? std::optional(result) : std::nullopt;
 }
 
+// Whether the request was given to the worker, so that it may have been executed. The worker
+// refuses some requests itself: while the gateway reboots, or without memory.
+bool may_be_executed(Code code)
+{
+    return code == Code::kNone || code == Code::kTimeout || code == Code::kOutcomeUnknown;
+}
+
+constexpr std::string_view kAnswerBegin = R"({"id":)";
+
+// What follows the id in an answer. The worker answers a line that it could not read without it.
+std::string_view behind_id(std::string_view answer, std::string_view id)
+{
+    std::string_view rest = behind(answer, kAnswerBegin);
+    const std::string_view given = rest.starts_with(id) ? id : "null";
+    return rest.substr(std::min(given.size(), rest.size()));
+}
+
+std::string with_id(std::string_view id, std::string_view rest)
+{
+    return std::string(kAnswerBegin) + std::string(id) + std::string(rest);
+}
+
+// What makes a request the same as an earlier one.
+std::string contents_of(const Request &request)
+{
+    return request.name + '\n' + std::string(request.params());
+}
+
 std::string_view status_in(std::string_view line)
 {
     const std::string_view text = behind(line, R"("Status":")");
@@ -82,7 +110,9 @@ class Session {
 
     struct Entry {
         Request request;
-        bool is_waiting = true; // for its turn
+        bool is_waiting = true;     // for its turn
+        bool is_repetition = false; // of a request whose answer it gets
+        bool is_duplicate = false;  // a repetition of one of the same session
         bool is_answered = false;
         std::string answer;
         Code code = Code::kNone;
@@ -102,12 +132,21 @@ class Session {
 
 namespace {
 
-// The running request is the one of its session that is neither waiting nor answered.
+// The running request is the one of its session that waits for nothing and is not answered.
 Session::Entry &running_entry(Session &session)
 {
     return *std::ranges::find_if(session.entries, [](const Session::Entry &one) {
-        return !one.is_waiting && !one.is_answered;
+        return !one.is_waiting && !one.is_repetition && !one.is_answered;
     });
+}
+
+void answer(Session::Entry &entry, Code code, std::string text)
+{
+    entry.is_waiting = false;
+    entry.is_repetition = false;
+    entry.is_answered = true;
+    entry.answer = std::move(text);
+    entry.code = code;
 }
 
 } // namespace
@@ -120,6 +159,9 @@ Gate::Gate(boost::asio::io_context &loop, std::unique_ptr<Worker> worker, Hooks 
             const std::string command = description["command"].text();
             times_.emplace(command, seconds_of(command));
         }
+        if (description["effect"] == "none") {
+            queries_.push_back(description["command"].text());
+        }
     }
 }
 
@@ -129,6 +171,7 @@ std::string Gate::set_options(GateOptions options)
     auto limits = options_.policy.limits();
     limits.emplace(kStrangers, kStrangersLimit);
     rates_.set_limits(limits, Clock::now());
+    answers_.set_limits(options_.answers);
     return audit_.open(options_.audit);
 }
 
@@ -148,16 +191,28 @@ void Gate::close(Session *session)
     const auto now = Clock::now();
     for (const Session::Entry &entry : session->entries) {
         if (!entry.is_answered) {
-            const auto begun = entry.is_waiting ? now : entry.begun;
+            const bool is_waiting = entry.is_waiting || entry.is_repetition;
+            const auto begun = is_waiting ? now : entry.begun;
             audit(*session, entry.request, entry.verdict,
-                  entry.is_waiting ? kNotRun : name_of(Code::kOutcomeUnknown), "",
-                  between(entry.arrived, begun), between(begun, now));
+                  is_waiting ? kNotRun : name_of(Code::kOutcomeUnknown), "",
+                  between(entry.arrived, begun), between(begun, now), entry.is_repetition);
         }
     }
     if (running_ == session) {
         running_ = nullptr;
     }
+    std::vector<std::string> keys;
+    for (const Session::Entry &entry : session->entries) {
+        waiting_repetitions_ -= entry.is_repetition ? 1 : 0;
+        if (entry.is_waiting && !entry.request.repeat_key.empty()) {
+            keys.push_back(entry.request.repeat_key);
+        }
+    }
     std::erase_if(sessions_, [&](const auto &one) { return one.get() == session; });
+    if (!keys.empty()) {
+        std::ranges::for_each(keys, [this](const std::string &key) { pass_on(key); });
+        give_next();
+    }
 }
 
 bool Gate::is_full(const Session &session)
@@ -177,12 +232,7 @@ bool Gate::is_idle(const Session &session)
 
 void Gate::refuse(Session &session, Code code, std::string answer)
 {
-    Session::Entry entry;
-    entry.is_waiting = false;
-    entry.is_answered = true;
-    entry.answer = std::move(answer);
-    entry.code = code;
-    session.entries.push_back(std::move(entry));
+    service::answer(session.entries.emplace_back(), code, std::move(answer));
     flush(session);
 }
 
@@ -193,6 +243,12 @@ void Gate::submit(Session &session, Request request)
         return;
     }
     Policy::Verdict verdict = options_.policy.decide(*session.who, request.subject, request.name);
+    verdict.sees_secrets = verdict.sees_secrets && !request.hide_secrets;
+    if (!request.repeat_key.empty()) {
+        // A key of one transport means nothing in another; a query simply runs again.
+        request.repeat_key =
+            may_change(request) ? session.who->way_in + '\n' + request.repeat_key : "";
+    }
     const bool is_stranger = !verdict.allowed && verdict.role.empty();
     // A denied request takes a token as well: each is written to the audit.
     if (!rates_.take(is_stranger ? kStrangers : verdict.role, Clock::now())) {
@@ -205,6 +261,11 @@ void Gate::submit(Session &session, Request request)
                "the policy does not allow " + request.name + " to " + session.who->name);
     } else if (request.subject == Subject::kControl || request.subject == Subject::kSubscription) {
         answer_control(session, request);
+    } else if (!request.epoch.empty() && request.epoch != epoch_ && may_change(request)) {
+        refuse(session, request, verdict, Code::kOutcomeUnknown,
+               "the service has started again, and does not know whether the request was executed");
+    } else if (take_repetition(session, request, verdict)) {
+        return;
     } else if (is_stopping_) {
         refuse(session, request, verdict, Code::kBusy, kStopping);
     } else if (is_rebooting_) {
@@ -214,6 +275,9 @@ void Gate::submit(Session &session, Request request)
     } else if (session.waiting >= options_.queue) {
         refuse(session, request, verdict, Code::kBusy,
                std::to_string(options_.queue) + " requests are waiting already");
+    } else if (!begin_answer(request)) {
+        refuse(session, request, verdict, Code::kBusy,
+               "there is no room to keep the answer; the kept ones expire after ten minutes");
     } else {
         take(session, std::move(request), std::move(verdict));
     }
@@ -228,6 +292,105 @@ void Gate::take(Session &session, Request request, Policy::Verdict verdict)
     ++session.waiting;
     line_up(session);
     give_next();
+}
+
+bool Gate::may_change(const Request &request) const
+{
+    return request.subject == Subject::kNotice ||
+           (request.subject == Subject::kCommand &&
+            !std::ranges::binary_search(queries_, request.name));
+}
+
+// Result: whether the request repeats an earlier one, and is dealt with.
+bool Gate::take_repetition(Session &session, Request &request, Policy::Verdict &verdict)
+{
+    AnswerCache::Entry first;
+    const auto now = Clock::now();
+    if (request.repeat_key.empty() ||
+        !answers_.find(request.repeat_key, contents_of(request), now, first)) {
+        return false;
+    }
+    if (!first.is_same_request) {
+        refuse(session, request, verdict, Code::kBadRequest,
+               "an earlier request has the same key for repetitions, and is a different one");
+        return true;
+    }
+    ++repetitions_;
+    if (first.is_answered) {
+        const std::string answer = with_id(request.id, first.answer);
+        audit(session, request, verdict, name_of(first.code), answer, {}, {}, true);
+        refuse(session, first.code, answer);
+        return true;
+    }
+    const bool is_duplicate = std::ranges::any_of(session.entries, [&](const auto &entry) {
+        return !entry.is_answered && entry.request.repeat_key == request.repeat_key;
+    });
+    Session::Entry &entry = session.entries.emplace_back();
+    entry.request = std::move(request);
+    entry.verdict = std::move(verdict);
+    entry.is_waiting = false;
+    entry.is_repetition = true;
+    entry.is_duplicate = is_duplicate;
+    entry.arrived = now;
+    ++waiting_repetitions_;
+    return true;
+}
+
+// Result: whether there is room for the answer, if it has to be kept.
+bool Gate::begin_answer(const Request &request)
+{
+    return request.repeat_key.empty() ||
+           answers_.begin(request.repeat_key, contents_of(request), Clock::now());
+}
+
+// The running request has its answer, without the id: for later repetitions and those that wait.
+void Gate::settle(const std::string &key, std::string_view answer, Code code)
+{
+    if (may_be_executed(code)) {
+        // Masked for everybody: a refused setting's reply repeats its parameters.
+        answers_.keep(key, mask_json(answer), code, Clock::now());
+    } else {
+        answers_.forget(key);
+    }
+}
+
+void Gate::answer_repetitions(const std::string &key, std::string_view answer, Code code)
+{
+    if (waiting_repetitions_ == 0) {
+        return;
+    }
+    for (const auto &session : sessions_) {
+        for (Session::Entry &entry : session->entries) {
+            if (entry.is_repetition && entry.request.repeat_key == key) {
+                std::string line = with_id(entry.request.id, answer);
+                audit(*session, entry.request, entry.verdict, name_of(code), line,
+                      between(entry.arrived, Clock::now()), {}, true);
+                --waiting_repetitions_;
+                service::answer(entry, code,
+                                entry.verdict.sees_secrets ? std::move(line) : mask_json(line));
+            }
+        }
+        flush(*session);
+    }
+}
+
+// The request with the key will not be executed: its first repetition takes its place.
+void Gate::pass_on(const std::string &key)
+{
+    for (const auto &session : sessions_) {
+        for (Session::Entry &entry : session->entries) {
+            if (entry.is_repetition && entry.request.repeat_key == key) {
+                entry.is_repetition = false;
+                entry.is_duplicate = false;
+                entry.is_waiting = true;
+                --waiting_repetitions_;
+                ++session->waiting;
+                line_up(*session);
+                return;
+            }
+        }
+    }
+    answers_.forget(key);
 }
 
 void Gate::refuse(Session &session, const Request &request, const Policy::Verdict &verdict,
@@ -254,7 +417,7 @@ void Gate::tell_refusal(const Session &session, const Request &request, const st
 
 void Gate::audit(const Session &session, const Request &request, const Policy::Verdict &verdict,
                  std::string_view code, std::string_view answer, std::chrono::microseconds waited,
-                 std::chrono::microseconds worked)
+                 std::chrono::microseconds worked, bool is_repetition)
 {
     if (options_.audit.empty()) {
         return;
@@ -262,7 +425,8 @@ void Gate::audit(const Session &session, const Request &request, const Policy::V
     const bool has_result = code.empty();
     audit_.write({*session.who, verdict.role, request.subject, request.name, request.params(), code,
                   verdict.rule, has_result ? result_in(answer) : std::nullopt,
-                  has_result ? status_in(answer) : std::string_view(), waited, worked},
+                  has_result ? status_in(answer) : std::string_view(), is_repetition, waited,
+                  worked},
                  std::chrono::system_clock::now());
     const std::string problem = audit_.take_problem();
     if (!problem.empty()) {
@@ -318,45 +482,74 @@ void Gate::resume(Session &session)
 
 void Gate::give_next()
 {
-    if (turns_.empty() || !supervisor_.is_idle() || is_rebooting_ || is_stopping_) {
-        return;
+    while (!turns_.empty() && supervisor_.is_idle() && !is_rebooting_ && !is_stopping_) {
+        Session &session = *turns_.front();
+        turns_.pop_front();
+        session.is_lined_up = false;
+        Session::Entry &next = *std::ranges::find_if(session.entries, &Session::Entry::is_waiting);
+        next.is_waiting = false;
+        next.begun = Clock::now();
+        --session.waiting;
+        line_up(session);
+        if (next.request.expires && *next.request.expires <= next.begun) {
+            drop_expired(session);
+            continue;
+        }
+        running_ = &session;
+        running_id_ = next.request.id;
+        running_key_ = next.request.repeat_key;
+        supervisor_.run(next.request, time_of(next.request));
     }
-    Session &session = *turns_.front();
-    turns_.pop_front();
-    session.is_lined_up = false;
-    const auto next = std::ranges::find_if(session.entries, &Session::Entry::is_waiting);
-    next->is_waiting = false;
-    next->begun = Clock::now();
-    --session.waiting;
-    running_ = &session;
-    line_up(session);
-    supervisor_.run(next->request, time_of(next->request));
+}
+
+void Gate::drop_expired(Session &session)
+{
+    Session::Entry &entry = running_entry(session);
+    audit(session, entry.request, entry.verdict, name_of(Code::kTimeout), "",
+          between(entry.arrived, entry.begun), {});
+    answer(entry, Code::kTimeout,
+           error_answer(entry.request.id, Code::kTimeout,
+                        "the request has expired before its turn, and is not executed"));
+    if (!entry.request.repeat_key.empty()) {
+        pass_on(std::string(entry.request.repeat_key));
+    }
+    flush(session);
 }
 
 void Gate::finish(std::string_view line, Code code)
 {
-    Session *session = std::exchange(running_, nullptr);
-    if (session == nullptr) {
-        return; // the client has disconnected
+    const std::string key = std::exchange(running_key_, {});
+    const std::string kept(key.empty() ? std::string_view() : behind_id(line, running_id_));
+    if (!key.empty()) {
+        settle(key, kept, code);
     }
-    Session::Entry *const entry = &running_entry(*session);
-    audit(*session, entry->request, entry->verdict, name_of(code), line,
-          between(entry->arrived, entry->begun), between(entry->begun, Clock::now()));
-    // The only place where a reply is parsed: to mask it for clients that may not see secrets.
+    if (Session *session = std::exchange(running_, nullptr)) {
+        finish(*session, line, code);
+    }
+    if (!key.empty()) {
+        answer_repetitions(key, kept, code);
+    }
+}
+
+void Gate::finish(Session &session, std::string_view line, Code code)
+{
+    Session::Entry &entry = running_entry(session);
+    audit(session, entry.request, entry.verdict, name_of(code), line,
+          between(entry.arrived, entry.begun), between(entry.begun, Clock::now()));
+    // Replies are parsed here only, and for repetitions: to mask them for clients that may not see
+    // secrets.
     std::string masked;
-    if (!entry->verdict.sees_secrets) {
+    if (!entry.verdict.sees_secrets) {
         masked = mask_json(line);
         line = masked;
     }
-    if (session->entries.size() == 1) { // the usual case; the answer need not be kept
-        session->entries.pop_front();
-        session->client->on_answer({line, code});
+    if (session.entries.size() == 1) { // the usual case; the answer need not be kept
+        session.entries.pop_front();
+        session.client->on_answer({line, code});
         return;
     }
-    entry->is_answered = true;
-    entry->answer = line;
-    entry->code = code;
-    flush(*session);
+    answer(entry, code, std::string(line));
+    flush(session);
 }
 
 // Delivers the answers up to the first unanswered request.
@@ -366,7 +559,7 @@ void Gate::flush(Session &session)
     while (!session.entries.empty() && session.entries.front().is_answered) {
         const Session::Entry entry = std::move(session.entries.front());
         session.entries.pop_front();
-        session.client->on_answer({entry.answer, entry.code});
+        session.client->on_answer({entry.answer, entry.code, entry.is_duplicate});
     }
     if (was_full && !is_full(session)) {
         session.client->on_less_full();
@@ -380,10 +573,7 @@ void Gate::on_answer(std::string_view line)
 
 void Gate::on_no_answer(Code code, const std::string &text)
 {
-    if (running_ == nullptr) {
-        return;
-    }
-    finish(error_answer(running_entry(*running_).request.id, code, text), code);
+    finish(error_answer(running_id_, code, text), code);
 }
 
 void Gate::refuse_waiting(Code code, const std::string &text)
@@ -393,13 +583,13 @@ void Gate::refuse_waiting(Code code, const std::string &text)
     }
     for (const auto &session : sessions_) {
         for (Session::Entry &entry : session->entries) {
-            if (entry.is_waiting) {
+            const std::string &key = entry.request.repeat_key;
+            if (entry.is_waiting || (entry.is_repetition && key != running_key_)) {
                 audit(*session, entry.request, entry.verdict, name_of(code), "",
-                      between(entry.arrived, Clock::now()), {});
-                entry.is_waiting = false;
-                entry.is_answered = true;
-                entry.answer = error_answer(entry.request.id, code, text);
-                entry.code = code;
+                      between(entry.arrived, Clock::now()), {}, entry.is_repetition);
+                waiting_repetitions_ -= entry.is_repetition ? 1 : 0;
+                answers_.forget(key);
+                answer(entry, code, error_answer(entry.request.id, code, text));
             }
         }
         session->waiting = 0;

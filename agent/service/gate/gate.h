@@ -4,6 +4,7 @@
 #pragma once
 
 #include "service/common/request.h"
+#include "service/gate/answer_cache.h"
 #include "service/gate/audit.h"
 #include "service/gate/policy.h"
 #include "service/gate/rate_limit.h"
@@ -13,6 +14,7 @@
 #include <boost/asio/io_context.hpp>
 
 #include <chrono>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <list>
@@ -27,6 +29,9 @@ namespace agent::service {
 struct Answer {
     std::string_view line; // without its end
     Code code;
+    // An answer to a repetition that waited with its first request in the same session, and so
+    // follows the answer to that. A transport whose clients expect one answer drops it.
+    bool is_duplicate = false;
 };
 
 // Implemented by a transport for each of its clients.
@@ -50,6 +55,7 @@ struct GateOptions {
     std::chrono::seconds time{30}; // for a command without a time in the protocol
     Policy policy = Policy::for_owner_only();
     std::string audit; // file; empty: none
+    AnswerCache::Limits answers;
 };
 
 class Session;
@@ -82,6 +88,10 @@ class Gate : SupervisorListener {
     static bool is_answered(const Session &session);
     static bool is_idle(const Session &session); // all answered, and no subscriptions
 
+    const AnswerCache &answers() const { return answers_; }
+    // The requests that were recognised as repetitions.
+    uint64_t repetitions() const { return repetitions_; }
+
     void start() { supervisor_.start(); }
     // Lets the running command end; all others are refused.
     void stop();
@@ -97,18 +107,26 @@ class Gate : SupervisorListener {
     void on_stopped() override;
 
     void take(Session &session, Request request, Policy::Verdict verdict);
+    bool may_change(const Request &request) const;
+    bool take_repetition(Session &session, Request &request, Policy::Verdict &verdict);
+    bool begin_answer(const Request &request);
+    void settle(const std::string &key, std::string_view answer, Code code);
+    void answer_repetitions(const std::string &key, std::string_view answer, Code code);
+    void pass_on(const std::string &key);
+    void drop_expired(Session &session);
     void refuse(Session &session, const Request &request, const Policy::Verdict &verdict, Code code,
                 std::string_view text);
     void answer_control(Session &session, const Request &request);
     void audit(const Session &session, const Request &request, const Policy::Verdict &verdict,
                std::string_view code, std::string_view answer, std::chrono::microseconds waited,
-               std::chrono::microseconds worked);
+               std::chrono::microseconds worked, bool is_repetition = false);
     void tell_refusal(const Session &session, const Request &request, const std::string &rule);
     std::chrono::milliseconds time_of(const Request &request) const;
     void refuse_waiting(Code code, const std::string &text);
     void line_up(Session &session);
     void give_next();
     void finish(std::string_view line, Code code);
+    void finish(Session &session, std::string_view line, Code code);
     static void flush(Session &session);
 
     Hooks hooks_;
@@ -118,10 +136,16 @@ class Gate : SupervisorListener {
     AuditLog audit_;
     // The times in the protocol of the commands that may take long.
     std::map<std::string, std::chrono::seconds, std::less<>> times_;
+    std::vector<std::string> queries_; // the commands that change nothing, sorted
     const std::string epoch_;
+    AnswerCache answers_;
+    uint64_t repetitions_ = 0;
+    size_t waiting_repetitions_ = 0; // entries that wait for the answer to another one
     std::list<std::unique_ptr<Session>> sessions_;
     std::deque<Session *> turns_; // the sessions with waiting requests, each once
     Session *running_ = nullptr;  // whose request is running; null once its client has left
+    std::string running_id_;
+    std::string running_key_; // its repeat_key
     bool is_stopping_ = false;
     bool is_rebooting_ = false;
     Supervisor supervisor_;

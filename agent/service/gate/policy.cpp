@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/gate/policy.h"
 
+#include "protocol/json_text.h"
 #include "service/gate/pattern.h"
 #include "service/gate/policy_names.h"
 #include "service/gate/policy_reader.h"
@@ -13,6 +14,23 @@ namespace {
 
 constexpr char kWildcards[] = "*?";
 constexpr char kOwner[] = "owner";
+
+Policy::Verdict decide_for_guest(const Identity &who, Subject subject, std::string_view name)
+{
+    const bool is_open =
+        subject == Subject::kCommand && std::ranges::binary_search(open_queries(), name);
+    if (is_open || (subject == Subject::kControl && name == kHello)) {
+        return {true, "", "without a policy, a local broker may query what is not secret", false};
+    }
+    if (!is_known(subject, name)) {
+        return {false, "", "no policy is given, and there is no such request to allow", false};
+    }
+    return {false, "",
+            "no policy is given; add to one: [roles.NAME] members = [" +
+                agent::quoted(who.principals.empty() ? who.name : who.principals.front()) +
+                "], allow = [" + agent::quoted(rule_for(subject, name)) + "]",
+            false};
+}
 
 } // namespace
 
@@ -87,6 +105,9 @@ Policy::Verdict Policy::decide(const Identity &who, Subject subject, std::string
 {
     if (who.is_owner) {
         return {true, kOwner, "the owner of the service may do everything", true};
+    }
+    if (who.is_guest && roles_.empty()) {
+        return decide_for_guest(who, subject, name);
     }
     const Role *role = role_of(who);
     if (role == nullptr) {

@@ -9,8 +9,9 @@
 //   rate = 20
 //   burst = 40
 //
-// A client without a role may do nothing, except for the service's owner on the local socket, who
-// may do everything. docs/service.md describes members, rules, and which rule decides.
+// A client without a role may do nothing, except for the service's owner, who may do everything,
+// and, while there are no roles at all, for guests, who may query what is not secret.
+// docs/service.md describes members, rules, and which rule decides.
 #pragma once
 
 #include "service/common/config_error.h"

@@ -5,6 +5,10 @@
 #include "commands/topology.h"
 #include "host/report_builders.h"
 #include "protocol/protocol.h"
+#include "protocol/secrets.h"
+#include "service/gate/pattern.h"
+
+#include <algorithm>
 
 namespace agent::service {
 
@@ -44,6 +48,35 @@ std::vector<std::string> known_names(Subject subject)
     case Subject::kNotice: // any part of the system may raise one
         break;
     }
+    return names;
+}
+
+bool is_known(Subject subject, std::string_view name)
+{
+    const std::vector<std::string> names = known_names(subject);
+    return names.empty() || std::ranges::any_of(names, [&](const std::string &known) {
+               return subject == Subject::kSubscription ? matches(name, known) : name == known;
+           });
+}
+
+std::string rule_for(Subject subject, std::string_view name)
+{
+    const auto &words = subject_words();
+    const auto found = std::ranges::find(words, subject, &SubjectWord::subject);
+    return (found != words.end() ? std::string(found->word) + ":" : "") + std::string(name);
+}
+
+const std::vector<std::string> &open_queries()
+{
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> queries;
+        for (const std::string &name : known_names(Subject::kCommand)) { // sorted
+            if (!may_change(name) && !may_reply_secrets(name)) {
+                queries.push_back(name);
+            }
+        }
+        return queries;
+    }();
     return names;
 }
 
