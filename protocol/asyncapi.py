@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Generates the AsyncAPI 3 document of the messages of a gateway on an MQTT broker."""
 
-from components import (LICENCE, NOTES, command_answer, component, component_schemas, protocol_version,
-                        report_answer, summary_of)
+from components import (LICENCE, NOTES, PROTOCOL_VERSION, command_answer, component, component_schemas, report_answer,
+                        summary_of)
 from reference import subject_title
 from schemas import session_line_schema, session_request_schema
 
@@ -55,7 +55,7 @@ def asyncapi(commands, reports, events):
     }
     return {
         "asyncapi": "3.0.0",
-        "info": {"title": "Home gateway: messages on MQTT", "version": protocol_version(),
+        "info": {"title": "Home gateway: messages on MQTT", "version": PROTOCOL_VERSION,
                  "description": INTRODUCTION + "\n" + NOTES,
                  "license": {"name": LICENCE["name"]}},
         "defaultContentType": JSON,

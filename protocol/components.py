@@ -2,10 +2,7 @@
 """What the documents of the interfaces on a network share: the schemas of all requests, replies and events
 as components, and the texts about them."""
 
-import re
-
 import schemas
-from device_interface import ROOT
 
 # The title, description and HTTP status of each code that an answer without a result can have.
 CODES = {
@@ -18,6 +15,7 @@ CODES = {
     "rebooting": (503, "nothing has been done, since the gateway is rebooting"),
     "timeout": (504, "the command took longer than it may, or the request has expired"),
 }
+PROTOCOL_VERSION = "1.0"  # as in agent/protocol/protocol.h
 LICENCE = {"name": "MIT", "identifier": "MIT"}
 
 NOTES = f"""\
@@ -30,12 +28,6 @@ Replies: {schemas.REPLY_NOTE}
 
 Limits of texts are in bytes, which a schema cannot count, and forms are those of the simulated gateway: both are
 only notes, `x-max-bytes`, `x-unit`, `x-values` and `x-pattern`."""
-
-
-def protocol_version():
-    """The version of the commands and lines, which the agent defines."""
-    text = (ROOT / "agent/protocol/protocol.h").read_text(encoding="utf-8")
-    return re.search(r'kProtocolVersion\[\] = "([0-9.]+)"', text)[1]
 
 
 def summary_of(description):

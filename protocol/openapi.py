@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Generates the OpenAPI 3.1 document of the service's HTTP interface."""
 
-from components import (CODES, LICENCE, NOTES, command_answer, component, component_schemas, protocol_version,
-                        report_answer, summary_of)
+from components import (CODES, LICENCE, NOTES, PROTOCOL_VERSION, command_answer, component, component_schemas, report_answer,
+                        summary_of)
 from reference import subject_title
 
 INTRODUCTION = """\
@@ -23,7 +23,7 @@ def openapi(commands, reports, events):
     subjects = sorted({description["subject"] for description in commands})
     return {
         "openapi": "3.1.0",
-        "info": {"title": "Home gateway: HTTP interface", "version": protocol_version(),
+        "info": {"title": "Home gateway: HTTP interface", "version": PROTOCOL_VERSION,
                  "description": INTRODUCTION + "\n" + NOTES, "license": LICENCE},
         "servers": [
             {"url": "/", "description": "the service that this document comes from"},

@@ -66,7 +66,7 @@ class AddingACommandTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.tree = pathlib.Path(folder.name)
         for name in FOLDERS:
-            shutil.copytree(ROOT / name, self.tree / name)
+            shutil.copytree(ROOT / name, self.tree / name, ignore=shutil.ignore_patterns("node_modules"))
 
     def take_steps(self, but=None):
         for step, (path, put) in PLACES.items():

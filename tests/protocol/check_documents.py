@@ -32,6 +32,10 @@ def main():
         if kind != "event":
             faults += [f"openapi.json has no path for {name}" for name in names
                        if f"/api/{kind}/{name}" not in openapi["paths"]]
+    header = (protocol.ROOT / "agent/protocol/protocol.h").read_text(encoding="utf-8")
+    for document in (asyncapi, openapi):
+        if f'kProtocolVersion[] = "{document["info"]["version"]}"' not in header:
+            faults.append(f"{document['info']['title']}: the agent has another version of the protocol")
     faults += type_faults(commands, events().values())
     for fault in faults:
         print(fault)
