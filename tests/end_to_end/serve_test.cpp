@@ -333,6 +333,22 @@ TEST(Serve, EndsOnASignalThoughNobodyReadsTheLog)
     EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
 }
 
+TEST(Serve, IsNotBlockedByUnreadPrintsOfALibrary)
+{
+    const std::string text(4000, 'x');
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"}, OutputTo::kUnreadError);
+    for (int count = 0; count < 30; ++count) { // more than the pipe holds
+        EXPECT_THAT(ask_probe(agent, R"({"command":"PRINT","params":{"text":")" + text + "\"}}"),
+                    HasSubstr("\"result\":0"));
+    }
+    // A program that a library runs has the same standard error.
+    EXPECT_THAT(ask_probe(agent, R"({"command":"SYSTEM","params":{"command":"echo more >&2"}})"),
+                HasSubstr("\"result\":0"));
+    agent.signal(SIGTERM);
+    agent.await_end();
+    EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
+}
+
 TEST(Serve, IsNotBlockedByAnUnreadTrace)
 {
     const std::string pipe = test_file("trace");
