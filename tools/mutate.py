@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Changes the plug-in in thousands of small ways, one at a time, and looks whether its unit tests notice.
 
-usage: mutate.py [--files NAME...] [--sample PERCENT [--seed N]] [--only MUTANT...] [--list]
+usage: mutate.py [--files NAME...] [--sample PERCENT [--seed N]] [--only MUTANT...] [--resume] [--list]
 
 A mutant is killed when a test goes red, crashes, uses far more time than all tests do, or waits for
 what never comes. What survives is run once more under the address and undefined-behaviour
@@ -11,9 +11,11 @@ optimisation.
 
 Every survivor has to stand in tests/mutation/survivors.json, with the reason why no test can or need
 notice it; a mutant that stands there has to survive. The sources are not touched: everything happens
-in build/mutation.
+in build/mutation. With --resume, mutants that an earlier run has tried are not tried again, provided
+that neither the plug-in nor its tests have changed since.
 """
 import argparse
+import hashlib
 import json
 import os
 import pathlib
@@ -34,6 +36,9 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 PLUGIN = ROOT / "smart_router_service"
 BUILD = ROOT / "build/mutation"
 SURVIVORS = ROOT / "tests/mutation/survivors.json"
+# What a verdict depends on.
+SOURCES = (PLUGIN, *(ROOT / name for name in (
+    "tests/unit", "tests/faults", "tests/support", "protocol", "tools/mutate.py", "tools/mutations.py")))
 PROGRAMS = ("unit", "unit_mesh", "unit_threads", "faults")
 # They notice nothing of the plug-in's that others do not, and take longest.
 LEFT_OUT = "*NaughtyStrings*"
@@ -164,8 +169,40 @@ class Objects:
         return result.returncode == 0
 
 
-class Laboratory:
+def digest_of_sources():
+    digest = hashlib.sha256()
+    for source in SOURCES:
+        for path in sorted(source.rglob("*")) if source.is_dir() else [source]:
+            if path.is_file() and "__pycache__" not in path.parts:
+                digest.update(f"{path.relative_to(ROOT)}\0".encode() + path.read_bytes() + b"\0")
+    return digest.hexdigest()
+
+
+class Journal:
+    """The verdicts so far, one a line after the digest of what they depend on."""
+
     def __init__(self):
+        path = BUILD / "verdicts"
+        BUILD.mkdir(parents=True, exist_ok=True)
+        digest = digest_of_sources()
+        # The last line may be incomplete.
+        lines = path.read_text().split("\n")[:-1] if path.exists() else []
+        is_current = lines[:1] == [digest]
+        self.verdicts = {name: (verdict, killer) for name, verdict, killer in map(json.loads, lines[1:])
+                         } if is_current else {}
+        self.file = path.open("w")
+        print(digest, file=self.file)
+        for name, verdict in self.verdicts.items():
+            self.add(name, verdict)
+
+    def add(self, name, verdict):
+        print(json.dumps([name, *verdict]), file=self.file, flush=True)
+
+
+class Laboratory:
+    def __init__(self, is_resumed):
+        self.journal = Journal()
+        self.known = dict(self.journal.verdicts) if is_resumed else {}
         self.variants = {name: Variant(name) for name in PRESET}
         self.flags = {
             "plain": self.variants["plain"].flags + PLAIN_FLAGS,
@@ -235,7 +272,16 @@ class Laboratory:
         return None
 
     def verdict(self, mutation, text):
-        """What became of the mutant, and what killed it."""
+        """What became of the mutant, and the program and the test that killed it."""
+        verdict, killer = self.known.get(mutation.name) or self.tried(mutation, text)
+        if mutation.name not in self.known:
+            self.journal.add(mutation.name, (verdict, killer))
+        if killer:
+            program, test = killer
+            self.killers[mutation.file][program][kin_of(test)] += 1
+        return verdict, killer
+
+    def tried(self, mutation, text):
         worker = self.workers.get()
         path = worker.folder / "smart_router_service" / mutation.file
         units = self.users_of(mutation.file)
@@ -256,11 +302,7 @@ class Laboratory:
                 for unit in units:
                     worker.compile("sanitized", unit, self.flags["sanitized"])
                 killer = self.any_red("sanitized", worker, units)
-            if not killer:
-                return "survived", None
-            program, test = killer
-            self.killers[mutation.file][program][kin_of(test)] += 1
-            return "killed", test
+            return ("killed" if killer else "survived"), killer
         except subprocess.CalledProcessError:
             return "does not link", None
         finally:
@@ -315,6 +357,7 @@ def main():
     parser.add_argument("--sample", type=float, metavar="PERCENT")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--only", nargs="+", metavar="MUTANT")
+    parser.add_argument("--resume", action="store_true")
     parser.add_argument("--list", action="store_true")
     options = parser.parse_args()
     texts, found = chosen(options)
@@ -326,7 +369,7 @@ def main():
     os.nice(15)
     explained = {tuple(mutant) for entry in json.loads(SURVIVORS.read_text())
                  for mutant in entry["mutants"]}
-    laboratory = Laboratory()
+    laboratory = Laboratory(options.resume)
     totals, unexplained, seen = Counter(), 0, set()
     for file, of_file in found.items():
         counts = Counter()
@@ -336,7 +379,7 @@ def main():
                 counts[verdict] += 1
                 key = describe(mutation, texts[file])
                 if options.only:
-                    print(mutation.name, verdict, killer or "")
+                    print(mutation.name, verdict, *killer or ())
                 if verdict == "survived" and key in explained:
                     seen.add(key)
                 elif verdict == "survived":

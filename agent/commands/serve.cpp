@@ -5,6 +5,7 @@
 #include "commands/report.h"
 #include "host/crash_report.h"
 #include "host/workers.h"
+#include "io/error_output.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
 #include "io/text.h"
@@ -279,7 +280,8 @@ int run_serve(const Options &options)
     }
     report_crashes();
     const StopSignals stop;
-    ReplyOutput output;
+    keep_prints_from_blocking();
+    ReplyOutput output; // after this, prints to standard output go to standard error
     const PluginHost host(options.host);
     ServeSession session(options, host, [&](std::initializer_list<std::string_view> pieces) {
         return output.write(pieces, &stop);

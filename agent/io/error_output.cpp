@@ -49,6 +49,11 @@ void open_error_output()
     }
 }
 
+void keep_prints_from_blocking()
+{
+    dup2(output.descriptor(), STDERR_FILENO);
+}
+
 int unwritten_error_output()
 {
     const std::lock_guard lock(mutex);

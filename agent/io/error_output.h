@@ -12,6 +12,10 @@ namespace agent {
 // process fills the pipe at the same time.
 void open_error_output();
 
+// From now on nothing that a library prints to standard error can block either: what a pipe or terminal
+// has no room for is lost. A socket may still block, since this process cannot open it again.
+void keep_prints_from_blocking();
+
 // Writes the text and a line end as one line. Does not allocate.
 void write_error_line(std::string_view text);
 

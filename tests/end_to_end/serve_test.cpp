@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // hgagent serve: one answer line for every input line, valid or not.
 #include "agent_commands.h"
+#include "invalid_lines.h"
 
 #include <gmock/gmock.h>
 
@@ -40,33 +41,13 @@ TEST(Serve, AnswersWhileItsInputIsOpen)
 
 TEST(Serve, ContinuesAfterEveryInvalidLine)
 {
-    const std::string nul(1, '\0');
-    const std::string bad_lines[] = {
-        "rubbish",
-        "",
-        " ",
-        "{",
-        "null",
-        "\"text\"",
-        "12",
-        "[]",
-        R"([{"command":"GET_SN_INFO"}])",
-        R"({"id":1,"command":"GET_SN_INFO"} {})",
-        R"({"id":1,"command":"GET_SN_INFO"}})",
-        "{\"id\":1,\"command\":\"GET_SN_INFO\"}" + nul,
-        "{\"id\":1,\"command\":\"GET_SN_INFO\",\"params\":{\"a\":\"\xff\"}}",
-        R"({"id":1,"command":"GET_SN_INFO","params":{"a":"\u0000"}})",
-        R"({"id":1,"command":"GET_SN_INFO","params":{"a":)" + std::string(5000, '[') +
-            std::string(5000, ']') + "}}",
-        std::string(500000, '['),
-        R"({"id":1,"command":"GET_SN_INFO","params":{"a":1e999}})",
-        R"({"id":1e999,"command":"GET_SN_INFO","params":{"a":1e999}})",
+    const std::vector<std::string> bad_lines = invalid_lines({
         R"({"id":1e999 1,"command":"GET_SN_INFO"})",
         R"({"id":[1e999,01],"command":"GET_SN_INFO"})",
         R"({"id":[1e999,1e],"command":"GET_SN_INFO"})",
         R"({"id":[1e999)",
         R"({"command":"GET_SN_INFO","params":{"id":1e999}})",
-    };
+    });
     for (const std::string &bad : bad_lines) {
         const AgentResult result = serve(bad + "\n" + kRequest + "\n");
         EXPECT_EQ(result.exit_status, 0) << bad.substr(0, 100);
@@ -347,6 +328,22 @@ TEST(Serve, EndsOnASignalThoughNobodyReadsTheLog)
     for (int count = 0; count < 30; ++count) { // more than the pipe holds
         ask_probe(agent, request);
     }
+    agent.signal(SIGTERM);
+    agent.await_end();
+    EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);
+}
+
+TEST(Serve, IsNotBlockedByUnreadPrintsOfALibrary)
+{
+    const std::string text(4000, 'x');
+    AgentProcess agent({"--plugin", PROBE_PLUGIN, "serve"}, OutputTo::kUnreadError);
+    for (int count = 0; count < 30; ++count) { // more than the pipe holds
+        EXPECT_THAT(ask_probe(agent, R"({"command":"PRINT","params":{"text":")" + text + "\"}}"),
+                    HasSubstr("\"result\":0"));
+    }
+    // A program that a library runs has the same standard error.
+    EXPECT_THAT(ask_probe(agent, R"({"command":"SYSTEM","params":{"command":"echo more >&2"}})"),
+                HasSubstr("\"result\":0"));
     agent.signal(SIGTERM);
     agent.await_end();
     EXPECT_EQ(agent.finish().exit_status, 128 + SIGTERM);

@@ -3,6 +3,7 @@
 #include "service_process.h"
 
 #include "agent_commands.h"
+#include "invalid_lines.h"
 
 #include <gmock/gmock.h>
 
@@ -108,27 +109,7 @@ TEST(Run, AnswersEachClientInItsOrder)
 
 TEST(Run, AnswersBadLinesAsServeDoes)
 {
-    const std::string nul(1, '\0');
-    const std::vector<std::string> bad_lines = {
-        "rubbish",
-        "",
-        " ",
-        "{",
-        "null",
-        "\"text\"",
-        "12",
-        "[]",
-        R"([{"command":"GET_SN_INFO"}])",
-        R"({"id":1,"command":"GET_SN_INFO"} {})",
-        R"({"id":1,"command":"GET_SN_INFO"}})",
-        "{\"id\":1,\"command\":\"GET_SN_INFO\"}" + nul,
-        "{\"id\":1,\"command\":\"GET_SN_INFO\",\"params\":{\"a\":\"\xff\"}}",
-        R"({"id":1,"command":"GET_SN_INFO","params":{"a":"\u0000"}})",
-        R"({"id":1,"command":"GET_SN_INFO","params":{"a":)" + std::string(5000, '[') +
-            std::string(5000, ']') + "}}",
-        std::string(500000, '['),
-        R"({"id":1,"command":"GET_SN_INFO","params":{"a":1e999}})",
-        R"({"id":1e999,"command":"GET_SN_INFO","params":{"a":1e999}})",
+    const std::vector<std::string> bad_lines = invalid_lines({
         R"({"id":1e999,"command":"GET_SN_INFO"})",
         R"({"id":1,"command":7})",
         R"({"id":1,"command":"GET_SN_INFO","params":7})",
@@ -147,7 +128,7 @@ TEST(Run, AnswersBadLinesAsServeDoes)
         R"({"id":tru"e,"command":"GET_SN_INFO"})",
         R"({"id":01,"command":"GET_SN_INFO"})",
         "{\"id\":1,\"command\":\"GET_SN_INFO\"}" + std::string(1024UL * 1024, ' '),
-    };
+    });
     std::string input;
     for (const std::string &line : bad_lines) {
         input += line + "\n";

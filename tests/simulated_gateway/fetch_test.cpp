@@ -343,6 +343,18 @@ TEST_F(FetchTest, AChangedImageStartsAgain)
     }
 }
 
+// Each attempt alone would be in time.
+TEST_F(FetchTest, ResumingAndStartingAgainShareOneDeadline)
+{
+    const std::string address =
+        server_.address("cut-once/wrong-range/ignore-if-range/late/new.image");
+    EXPECT_NE(refusal(address), "");
+    EXPECT_TRUE(has_partial());
+    set_limit("TRANSFER_TIMEOUT", "3");
+    ASSERT_EQ(reopen(options()), "");
+    EXPECT_NE(refusal(address).find("timed out"), std::string::npos) << reason();
+}
+
 TEST_F(FetchTest, AServerWithoutRangesSendsTheWholeImage)
 {
     for (const std::string behaviour : {"no-range/", "wrong-range/"}) {

@@ -14,6 +14,7 @@ make it misbehave:
   hold             stops half-way, until standard input says "release"
   hang             does not answer at all, until standard input says "release"
   drip             sends half of it, then one byte a tenth of a second
+  late             answers after two seconds, except at the first request of the path
   less             announces 1000 bytes more than it sends
   more             announces half of what it sends
   no-range         sends the whole file regardless of the Range
@@ -68,6 +69,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         *words, name = self.path.partition("?")[0].lstrip("/").split("/")
         if "cut-once" in words and is_first or "cut" in words and not asked:
             words.append("ends half-way")
+        if "late" in words and not is_first:
+            time.sleep(2)
         if words == ["lie"]:
             self.lie(name)
         elif name == "redirect-loop":
