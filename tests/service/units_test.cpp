@@ -147,6 +147,15 @@ TEST(UnitWorker, ServesTheServiceAndIsStartedAnew)
     EXPECT_EQ(worker->wait().exit_status, 0);
 }
 
+TEST(UnitWorker, IsReportedIfItDoesNotCome)
+{
+    const std::string path = new_path("worker.sock");
+    ServiceProcess service({"--worker=unix:" + path});
+    EXPECT_TRUE(service.process().await_error("hgagent: the worker at " + path +
+                                              " cannot be reached: No such file or directory"));
+    EXPECT_EQ(service.stop(SIGTERM).exit_status, 0);
+}
+
 TEST(UnitWorker, MayBeAnything)
 {
     const std::string path = new_path("worker.sock");
