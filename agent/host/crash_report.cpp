@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/crash_report.h"
 
+#include "io/error_output.h"
+
 #include <array>
 #include <csignal>
 #include <cstring>
@@ -26,6 +28,7 @@ void write_text(std::string_view text)
 void report(int number)
 {
     const char *name = sigdescr_np(number);
+    write_text(level_prefix(Level::kCritical));
     write_text(PROGRAM_NAME ": crashed: ");
     write_text(name != nullptr ? name : "signal");
     write_text("; the calls that led here, the last one first:\n");

@@ -162,7 +162,7 @@ void DeviceTrace::run(DeviceCall &call)
 void DeviceTrace::write(const std::string &line)
 {
     if (file_ < 0) {
-        write_error_line(line);
+        write_error_line(line, Level::kDebug);
         return;
     }
     const std::lock_guard lock(mutex_);

@@ -3,8 +3,11 @@
 
 #include "line_output.h"
 
+#include <cstdlib>
 #include <mutex>
+#include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -18,6 +21,18 @@ std::mutex mutex;
 line_output::LineOutput output(PROGRAM_NAME, STDERR_FILENO);
 std::string status;
 bool is_hidden = false;
+
+bool writes_to_journal = false;
+
+// The journal's service manager names the file in the environment, which descendants with another
+// standard error inherit.
+bool find_journal()
+{
+    const char *named = getenv("JOURNAL_STREAM"); // NOLINT(concurrency-mt-unsafe): before threads
+    struct stat info = {};
+    return named != nullptr && fstat(STDERR_FILENO, &info) == 0 &&
+           named == std::to_string(info.st_dev) + ":" + std::to_string(info.st_ino);
+}
 
 // The content of the terminal's last line.
 std::string_view shown()
@@ -43,6 +58,7 @@ void hide(bool hidden)
 
 void open_error_output()
 {
+    writes_to_journal = find_journal();
     const int own = line_output::own_descriptor(STDERR_FILENO);
     if (own >= 0) {
         output.use(own);
@@ -72,10 +88,21 @@ void finish_error_output()
     output.finish();
 }
 
-void write_error_line(std::string_view text)
+bool is_journal()
+{
+    return writes_to_journal;
+}
+
+std::string_view level_prefix(Level level)
+{
+    static constexpr std::string_view kPrefixes = "<0><1><2><3><4><5><6><7>";
+    return is_journal() ? kPrefixes.substr(3 * static_cast<size_t>(level), 3) : "";
+}
+
+void write_error_line(std::string_view text, Level level)
 {
     const std::lock_guard lock(mutex);
-    output.write({erasure(), text, "\n", shown()});
+    output.write({erasure(), level_prefix(level), text, "\n", shown()});
 }
 
 void set_status_line(std::string text)

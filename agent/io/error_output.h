@@ -16,8 +16,25 @@ void open_error_output();
 // has no room for is lost. A socket may still block, since this process cannot open it again.
 void keep_prints_from_blocking();
 
-// Writes the text and a line end as one line. Does not allocate.
-void write_error_line(std::string_view text);
+// The journal's levels.
+enum class Level {
+    kCritical = 2,
+    kError = 3,
+    kNotice = 5,
+    kInfo = 6,
+    kDebug = 7,
+};
+
+// Writes the text and a line end as one line. Does not allocate. The level is written for the
+// journal only.
+void write_error_line(std::string_view text, Level level = Level::kInfo);
+
+// Whether standard error is the journal's, which reads levels such as "<3>" at the begin of lines.
+// Known since open_error_output().
+bool is_journal();
+
+// "<3>" for the journal, otherwise an empty text.
+std::string_view level_prefix(Level level);
 
 // Replaces the status line; an empty text removes it. For a terminal only.
 void set_status_line(std::string text);

@@ -76,15 +76,20 @@ std::string lower_case(std::string_view text)
 void print_error(std::string_view message, size_t max_bytes)
 {
     try {
-        write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes));
+        write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes), Level::kError);
     } catch (const std::bad_alloc &) {
         print_out_of_memory();
     }
 }
 
+void print_notice(std::string_view message)
+{
+    write_error_line(PROGRAM_NAME ": " + one_line(message), Level::kNotice);
+}
+
 void print_out_of_memory()
 {
-    write_error_line(PROGRAM_NAME ": out of memory");
+    write_error_line(PROGRAM_NAME ": out of memory", Level::kError);
 }
 
 } // namespace agent

@@ -5,6 +5,7 @@
 #include "io/text.h"
 #include "protocol/log_format.h"
 
+#include <algorithm>
 #include <atomic>
 #include <exception>
 #include <string>
@@ -34,13 +35,12 @@ void write_message(const char *module, int32_t level, const char *format, va_lis
     }
     try {
         const std::string text = format_log_text(settings.show_secrets, format, arguments);
-        std::string line = "<";
-        line += std::to_string(level);
-        line += "> ";
+        std::string line = is_journal() ? "" : "<" + std::to_string(level) + "> ";
         line += one_line(module);
         line += ": ";
         line += one_line(without_line_end(text));
-        write_error_line(line);
+        constexpr auto kLast = static_cast<int32_t>(Level::kDebug);
+        write_error_line(line, static_cast<Level>(std::clamp(level, 0, kLast)));
     } catch (const std::exception &) {
         // Exceptions must not reach the callers, and a lost line is no reason to end the agent.
     }

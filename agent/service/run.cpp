@@ -231,8 +231,10 @@ class Service {
         if (auto loaded = reload_config(options_, config_, said)) {
             config_ = std::move(*loaded);
             apply();
+            print_notice(said);
+        } else {
+            print_error(said);
         }
-        print_error(said);
         manager_.notify("READY=1");
     }
 

@@ -695,6 +695,15 @@ TEST(Run, LeavesASocketWhereSomebodyAnswers)
     EXPECT_EQ(service.client()->ask(kQuestion), kAnswer);
 }
 
+TEST(Run, LeavesWhatHasTakenItsPlace)
+{
+    ServiceProcess service;
+    std::filesystem::remove(service.socket());
+    std::ofstream(service.socket()) << "a file";
+    EXPECT_EQ(service.stop(SIGTERM).exit_status, 0);
+    EXPECT_TRUE(std::filesystem::is_regular_file(service.socket()));
+}
+
 TEST(Run, LeavesWhatIsNoSocket)
 {
     const std::string path = test_file("no socket", "a file");

@@ -119,6 +119,41 @@ TEST(Systemd, HandsOverASocket)
     EXPECT_EQ(lstat(path.c_str(), &left), 0) << "the socket is systemd's";
 }
 
+// What hgagent run writes to a standard error that the environment names as the journal's, or, with
+// another number, as another file. It cannot listen.
+std::string log_of_run(int file_number_off_by)
+{
+    int pipe_ends[2];
+    EXPECT_EQ(pipe(pipe_ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        struct stat info = {};
+        fstat(pipe_ends[1], &info);
+        setenv("JOURNAL_STREAM",
+               (std::to_string(info.st_dev) + ":" +
+                std::to_string(info.st_ino + static_cast<ino_t>(file_number_off_by)))
+                   .c_str(),
+               1);
+        dup2(pipe_ends[1], STDERR_FILENO);
+        close(pipe_ends[0]);
+        execl(HGAGENT_PATH, "hgagent", "run", "--socket=/nonexistent/socket", nullptr);
+        _exit(127);
+    }
+    close(pipe_ends[1]);
+    std::string log(1000, '\0');
+    const ssize_t count = read(pipe_ends[0], log.data(), log.size());
+    close(pipe_ends[0]);
+    waitpid(child, nullptr, 0);
+    log.resize(count > 0 ? static_cast<size_t>(count) : 0);
+    return log;
+}
+
+TEST(Systemd, GetsTheLevelsOfLogLines)
+{
+    EXPECT_THAT(log_of_run(0), StartsWith("<3>hgagent: "));
+    EXPECT_THAT(log_of_run(1), StartsWith("hgagent: "));
+}
+
 TEST(UnitWorker, ServesTheServiceAndIsStartedAnew)
 {
     const std::string path = new_path("worker.sock");
@@ -145,6 +180,15 @@ TEST(UnitWorker, ServesTheServiceAndIsStartedAnew)
     EXPECT_EQ(client->ask_json(request(4, "ECHO"))["result"], 0);
     EXPECT_EQ(service.stop(SIGTERM).exit_status, 0);
     EXPECT_EQ(worker->wait().exit_status, 0);
+}
+
+TEST(UnitWorker, IsReportedIfItDoesNotCome)
+{
+    const std::string path = new_path("worker.sock");
+    ServiceProcess service({"--worker=unix:" + path});
+    EXPECT_TRUE(service.process().await_error("hgagent: the worker at " + path +
+                                              " cannot be reached: No such file or directory"));
+    EXPECT_EQ(service.stop(SIGTERM).exit_status, 0);
 }
 
 TEST(UnitWorker, MayBeAnything)

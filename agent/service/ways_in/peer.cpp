@@ -3,11 +3,10 @@
 
 #include <array>
 #include <grp.h>
-#include <optional>
 #include <pwd.h>
+#include <string>
 #include <sys/socket.h>
 #include <unistd.h>
-#include <vector>
 
 namespace agent::service {
 
@@ -50,30 +49,34 @@ std::vector<gid_t> groups_of(int socket, gid_t first)
 
 } // namespace
 
-Identity identity_of_peer(int socket)
+std::optional<Peer> peer_of(int socket)
 {
-    Identity who;
-    who.way_in = "socket";
     ucred peer = {};
     socklen_t size = sizeof(peer);
     if (getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) {
-        who.name = "unknown";
-        return who;
+        return std::nullopt;
     }
-    const std::string number = "uid:" + std::to_string(peer.uid);
-    const auto user = user_name(peer.uid);
+    return Peer{peer.uid, groups_of(socket, peer.gid)};
+}
+
+Identity identity_of_peer(const Peer &peer)
+{
+    Identity who;
+    who.way_in = "socket";
+    const std::string number = "uid:" + std::to_string(peer.user);
+    const auto user = user_name(peer.user);
     if (user) {
         who.principals.push_back("user:" + *user);
     }
     who.principals.push_back(number);
     who.name = who.principals.front();
-    for (const gid_t group : groups_of(socket, peer.gid)) {
+    for (const gid_t group : peer.groups) {
         if (const auto name = group_name(group)) {
             who.principals.push_back("group:" + *name);
         }
         who.principals.push_back("gid:" + std::to_string(group));
     }
-    who.is_owner = peer.uid == geteuid();
+    who.is_owner = peer.user == geteuid();
     return who;
 }
 

@@ -97,10 +97,8 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
                          Client,
                          LineListener {
   public:
-    SocketConnection(UnixSocket &owner, int descriptor)
-        : owner_(owner), last_use_(Clock::now()),
-          session_(
-              owner.gate_.open(std::make_shared<Identity>(identity_of_peer(descriptor)), *this)),
+    SocketConnection(UnixSocket &owner, int descriptor, const std::shared_ptr<const Identity> &who)
+        : owner_(owner), last_use_(Clock::now()), session_(owner.gate_.open(who, *this)),
           lines_(LineStream::make(owner.loop_, descriptor, -1, owner.limits_.line, *this))
     {
     }
@@ -214,7 +212,8 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
 };
 
 UnixSocket::UnixSocket(boost::asio::io_context &loop, Gate &gate, const SocketLimits &limits)
-    : loop_(loop), gate_(gate), limits_(limits), pause_(loop), idle_(loop)
+    : loop_(loop), gate_(gate), limits_(limits), pause_(loop), idle_(loop),
+      peers_(loop, identity_of_peer, {})
 {
 }
 
@@ -227,9 +226,19 @@ UnixSocket::~UnixSocket() // NOLINT(bugprone-exception-escape)
         connection->close();
     }
     ::close(spare_);
-    if (is_own_) {
+    remove_path();
+}
+
+// Unless another file has taken the socket's place.
+void UnixSocket::remove_path() const
+{
+    struct stat own = {};
+    struct stat found = {};
+    if (own_ >= 0 && fstat(own_, &own) == 0 && lstat(path_.c_str(), &found) == 0 &&
+        own.st_dev == found.st_dev && own.st_ino == found.st_ino) {
         unlink(path_.c_str());
     }
+    ::close(own_);
 }
 
 void UnixSocket::listen(const SocketOptions &options)
@@ -238,7 +247,7 @@ void UnixSocket::listen(const SocketOptions &options)
     remove_stale(options.path);
     Descriptor listener(bind_socket(options.path));
     path_ = options.path;
-    is_own_ = true;
+    own_ = ::open(path_.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
     give_away(options);
     if (::listen(listener.get(), kBacklog) != 0) {
         throw std::runtime_error(system_problem("cannot listen at " + path_));
@@ -318,12 +327,29 @@ bool UnixSocket::turn_away_one()
 
 void UnixSocket::open(int descriptor)
 {
-    if (connections_.size() >= limits_.clients) {
+    if (connections_.size() + peers_.waiting() >= limits_.clients) {
         turn_away(descriptor,
                   "the service has " + std::to_string(limits_.clients) + " clients already");
         return;
     }
-    const auto connection = std::make_shared<SocketConnection>(*this, descriptor);
+    const auto peer = peer_of(descriptor);
+    if (!peer) {
+        ::close(descriptor);
+        return;
+    }
+    peers_.identify(*peer, [this, client = std::make_shared<Descriptor>(descriptor)](
+                               const std::shared_ptr<const Identity> &who) {
+        if (who == nullptr) {
+            turn_away(client->release(), "the names of the user and of its groups are not found");
+        } else {
+            start(client->release(), who);
+        }
+    });
+}
+
+void UnixSocket::start(int descriptor, const std::shared_ptr<const Identity> &who)
+{
+    const auto connection = std::make_shared<SocketConnection>(*this, descriptor, who);
     connections_.insert(connection);
     connection->start();
 }
@@ -374,6 +400,7 @@ void UnixSocket::stop_accepting()
     }
     pause_.cancel();
     idle_.cancel();
+    peers_.forget_waiting();
 }
 
 void UnixSocket::on_empty(std::function<void()> tell)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "service/gate/gate.h"
+#include "service/ways_in/peer_directory.h"
 #include "service/ways_in/way_in.h"
 
 #include <boost/asio/io_context.hpp>
@@ -58,6 +59,8 @@ class UnixSocket : public WayIn {
     void accept();
     bool turn_away_one();
     void open(int descriptor);
+    void start(int descriptor, const std::shared_ptr<const Identity> &who);
+    void remove_path() const;
     void pause();
     void look_for_idle();
     void remove(const std::shared_ptr<SocketConnection> &connection);
@@ -66,11 +69,14 @@ class UnixSocket : public WayIn {
     Gate &gate_;
     SocketLimits limits_;
     std::string path_;
-    bool is_own_ = false; // created here, so removed at the end
+    // Of the path, if created here, to be removed at the end. It is held open: otherwise another
+    // file could get its number.
+    int own_ = -1;
     std::optional<boost::asio::posix::stream_descriptor> listener_;
     int spare_ = -1; // closed to accept and reject a client when no descriptors are left
     boost::asio::steady_timer pause_;
     boost::asio::steady_timer idle_;
+    PeerDirectory peers_;
     std::set<std::shared_ptr<SocketConnection>> connections_;
     std::function<void()> on_empty_;
 };

@@ -73,7 +73,7 @@ ChildWorker::~ChildWorker()
     }
     if (process_ > 0) {
         ::kill(-process_, SIGKILL);
-        waitpid(process_, nullptr, 0);
+        waitpid(process_, nullptr, WNOHANG); // it may not end
     }
 }
 

@@ -116,6 +116,7 @@ void Supervisor::take_answer(std::string_view line)
             break;
         }
         has_run_ = true;
+        is_late_ = false;
         refusal_.clear();
         deadline_.reset();
         state_ = State::kIdle;
@@ -204,7 +205,7 @@ void Supervisor::kill_worker()
     if (state_ != State::kStopping) {
         state_ = State::kEnding;
     }
-    deadline_.reset();
+    set_deadline(Clock::now() + times_.kill);
     worker_->kill();
 }
 
@@ -234,6 +235,9 @@ void Supervisor::count_crash(const std::string &known)
 
 void Supervisor::on_worker_end(const WorkerEnd &end)
 {
+    if (state_ == State::kNone) {
+        return; // too late: the service ends without it
+    }
     const bool was_expected = is_known_bad_;
     for (const auto &[worker, since] : std::exchange(background_, {})) {
         print_error("the background worker " + worker + " is lost with its process");
@@ -277,7 +281,9 @@ void Supervisor::start_again()
     }
     if (crashes_.size() < kManyCrashes) {
         back_off_ = milliseconds(0);
-        refusal_.clear();
+        if (!is_late_) {
+            refusal_.clear();
+        }
         start_worker();
         return;
     }
@@ -328,7 +334,17 @@ void Supervisor::on_deadline()
 {
     switch (state_) {
     case State::kStarting:
+        is_late_ = true;
+        refusal_ = "the worker has not been ready within " + seconds_text(times_.start) +
+                   " seconds, and is started again";
         on_worker_fault("has not been ready within " + seconds_text(times_.start) + " seconds");
+        listener_.on_change();
+        break;
+    case State::kEnding:
+        // A process that waits for a device in the kernel ends only once that answers.
+        refusal_ = "the worker was killed and has not ended yet";
+        print_error(refusal_);
+        listener_.on_change();
         break;
     case State::kRunning:
     case State::kOverdue:
@@ -338,12 +354,15 @@ void Supervisor::on_deadline()
         start_worker();
         break;
     case State::kStopping:
-        if (std::exchange(is_terminated_, true)) {
-            print_error("the worker does not end, and is killed");
-            worker_->kill();
-        } else {
+        if (!std::exchange(is_terminated_, true)) {
             worker_->terminate();
             set_deadline(Clock::now() + times_.finish);
+        } else if (!is_known_bad_) {
+            print_error("the worker does not end, and is killed");
+            kill_worker();
+        } else {
+            print_error("the service ends without its worker, which was killed and has not ended");
+            on_worker_end({});
         }
         break;
     default:

@@ -25,6 +25,7 @@ struct WorkerTimes {
     std::chrono::milliseconds background{1'800'000};
     std::chrono::milliseconds back_off{10'000}; // the first time; then doubled each time
     std::chrono::milliseconds finish{10'000};   // for an orderly end when the service stops
+    std::chrono::milliseconds kill{5'000};      // for the end of a killed process
 };
 
 class SupervisorListener {
@@ -97,6 +98,7 @@ class Supervisor : WorkerListener {
     WorkerTimes times_;
     State state_ = State::kNone;
     bool has_run_ = false;       // it has been ready at least once
+    bool is_late_ = false;       // it was not ready in time, and has not been since
     bool is_known_bad_ = false;  // it is being killed because of a fault
     bool is_terminated_ = false; // SIGTERM was sent because it did not end by itself
     std::string refusal_;

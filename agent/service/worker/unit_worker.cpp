@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/worker/unit_worker.h"
 
+#include "io/text.h"
 #include "service/common/sockets.h"
 
 #include <boost/asio/post.hpp>
@@ -12,6 +13,7 @@ namespace agent::service {
 namespace {
 
 constexpr std::chrono::milliseconds kConnectAgain(100);
+constexpr int kToldAfter = 10; // attempts: a unit that starts again needs some
 constexpr size_t kMostLeft = 1024UL * 1024;
 
 } // namespace
@@ -33,6 +35,7 @@ void UnitWorker::start(WorkerListener &listener)
     listener_ = &listener;
     unsent_.clear();
     is_ending_ = false;
+    attempts_ = 0;
     connect();
 }
 
@@ -48,6 +51,10 @@ void UnitWorker::connect()
             lines_->send(unsent_);
         }
         return;
+    }
+    if (++attempts_ == kToldAfter) {
+        print_error(system_problem("the worker at " + std::string(address_.sun_path) +
+                                   " cannot be reached"));
     }
     retry_.expires_after(kConnectAgain);
     retry_.async_wait([this](const boost::system::error_code &problem) {

@@ -40,6 +40,7 @@ class UnitWorker : public Worker, LineListener {
     std::shared_ptr<LineStream> lines_;
     std::string unsent_; // until connected
     bool is_ending_ = false;
+    int attempts_ = 0; // to connect
     boost::asio::steady_timer retry_;
 };
 
