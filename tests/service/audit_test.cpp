@@ -121,6 +121,14 @@ TEST(AuditLine, HasTheCodeOfAnErrorInPlaceOfAResult)
     EXPECT_FALSE(line.contains("rule"));
 }
 
+TEST(AuditLine, MarksRepetitions)
+{
+    AuditRecord record = record_of("SET_LED_STATUS");
+    EXPECT_FALSE(line_of(record).contains("repetition"));
+    record.is_repetition = true;
+    EXPECT_EQ(line_of(record)["repetition"], true);
+}
+
 TEST(AuditLine, NamesTheKindOfRequest)
 {
     for (const auto &[subject, key] :

@@ -72,6 +72,8 @@ TEST(Config, HasDefaults)
     EXPECT_EQ(config.limits.clients, 256);
     EXPECT_EQ(config.limits.line, 1048576);
     EXPECT_EQ(config.limits.queue, 16);
+    EXPECT_EQ(config.limits.answers, 16384);
+    EXPECT_EQ(config.limits.answer_bytes, 8388608);
     EXPECT_EQ(config.audit, "");
     EXPECT_EQ(config.log_level, 3);
     EXPECT_FALSE(config.policy.decide(kMember, Subject::kCommand, "GET_SN_INFO").allowed);
@@ -116,6 +118,8 @@ line = 5
 pending-output = 6
 idle-seconds = 7
 queue = 8
+answers = 9
+answer-bytes = 10
 )" + std::string(kRoles),
                                               "/etc/hgagent.toml");
     EXPECT_EQ(config.audit, "/var/log/audit.jsonl");
@@ -145,6 +149,8 @@ queue = 8
     EXPECT_EQ(config.limits.pending_output, 6);
     EXPECT_EQ(config.limits.idle_seconds, 7);
     EXPECT_EQ(config.limits.queue, 8);
+    EXPECT_EQ(config.limits.answers, 9);
+    EXPECT_EQ(config.limits.answer_bytes, 10);
     EXPECT_TRUE(config.policy.decide(kMember, Subject::kCommand, "GET_SN_INFO").allowed);
 }
 

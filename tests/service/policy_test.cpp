@@ -159,6 +159,48 @@ TEST(Policy, KeepsKindsOfRequestsApart)
     EXPECT_EQ(verdict(others, "GET_SN_INFO"), "denied: no rule of the role \"support\" allows it");
 }
 
+TEST(Policy, LetsGuestsQueryWhatIsNotSecret)
+{
+    Identity guest = client({"topic-root:gateway"});
+    guest.is_guest = true;
+    constexpr char kReason[] = "without a policy, a local broker may query what is not secret";
+    for (const char *request : {"GET_SN_INFO", "GET_GREENNET_DEVICE_LIST", "control:hello"}) {
+        EXPECT_EQ(verdict("", request, guest), std::string("allowed: ") + kReason) << request;
+    }
+    EXPECT_FALSE(
+        Policy::for_owner_only().decide(guest, Subject::kCommand, "GET_SN_INFO").sees_secrets);
+    EXPECT_EQ(role_of("", guest), "");
+}
+
+TEST(Policy, TellsGuestsTheRuleToAdd)
+{
+    Identity guest = client({"topic-root:gateway"});
+    guest.is_guest = true;
+    for (const char *request : {"SET_HG_BASE_INFO", "GET_WIFI_INFO", "GET_HG_PPPOE_INFO",
+                                "report:topology", "event:update.*", "event:*", "notice:any"}) {
+        const std::string denial = verdict("", request, guest);
+        const std::string begin = "denied: no policy is given; add to one: ";
+        EXPECT_EQ(denial, begin + R"([roles.NAME] members = ["topic-root:gateway"], allow = [")" +
+                              request + "\"]");
+    }
+    for (const char *request :
+         {"NO_SUCH_COMMAND", "GET_*", "*", "report:x", "event:nothing.*", "control:other"}) {
+        EXPECT_EQ(verdict("", request, guest),
+                  "denied: no policy is given, and there is no such request to allow");
+    }
+}
+
+TEST(Policy, HasNoGuestsOnceItHasRoles)
+{
+    Identity guest = client({"topic-root:gateway"});
+    guest.is_guest = true;
+    EXPECT_EQ(verdict(role("allow = [\"*\"]"), "GET_SN_INFO", guest),
+              "denied: no role has this client as a member");
+    guest.principals = {"user:alice"};
+    EXPECT_EQ(verdict(role("allow = [\"SET_*\"]"), "GET_SN_INFO", guest),
+              "denied: no rule of the role \"support\" allows it");
+}
+
 TEST(Policy, LetsEveryRoleAskForHello)
 {
     EXPECT_EQ(verdict(role(""), "control:hello"), "allowed: every role may ask for \"hello\"");
