@@ -14,8 +14,8 @@ set -euo pipefail
 packages=(
     cmake g++ make ninja-build
     libcjson-dev
-    libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libssl-dev libsystemd-dev libtomlplusplus-dev
-    libutfcpp-dev nlohmann-json3-dev
+    libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libmosquitto-dev libssl-dev libsystemd-dev
+    libtomlplusplus-dev libutfcpp-dev nlohmann-json3-dev zlib1g-dev
     ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema python3-pexpect
     socat strace systemd valgrind
 )

@@ -6,6 +6,8 @@
 #include "io/text.h"
 #include "service/common/toml_file.h"
 #include "service/gate/policy_reader.h"
+#include "service/ways_in/mqtt/broker_address.h"
+#include "service/ways_in/mqtt/topics.h"
 
 #include <algorithm>
 #include <array>
@@ -24,6 +26,9 @@ constexpr char kCommandLine[] = "command line";
 constexpr char kUnix[] = "unix:";
 constexpr int64_t kMostSeconds = 7L * 24 * 3600;
 constexpr int64_t kMostBytes = 1L << 30;
+// What all brokers accept.
+constexpr int64_t kMostKeepAlive = 1160;
+constexpr int64_t kMostSession = 8L * 3600;
 
 template <auto Part, auto Member> auto &place_in(ServiceConfig &config)
 {
@@ -107,6 +112,48 @@ constexpr Setting kSettings[] = {
     {"limits.answer-bytes", "--max-answer-bytes", "BYTES",
      "Bytes of all kept answers; 8388608 by default",
      place_in<&ServiceConfig::limits, &LimitsConfig::answer_bytes>, 1, kMostBytes},
+    {"mqtt.brokers", "--broker", "URL",
+     "Broker to connect to, mqtt://HOST[:PORT] or mqtts:// with TLS; of several the first that "
+     "answers",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::brokers>, 0, 0, Form::kBroker, true},
+    {"mqtt.id", "--id", "ID", "Name of this gateway on the broker",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::id>, 0, 0, Form::kGatewayId, true},
+    {"mqtt.root", "--root", "ROOT", "Beginning of its topics; \"gateway\" by default",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::root>, 0, 0, Form::kTopicRoot, true},
+    {"mqtt.response-topics", "--response-topic", "TOPIC",
+     "Topic for answers besides those below ROOT/ID/reply/; all below it with a slash at its end",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::response_topics>, 0, 0, Form::kResponseTopic,
+     true},
+    {"mqtt.trust", "--trust", "", "Allow everything to a broker on this machine",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::trust>, 0, 0, Form::kAny, true},
+    {"mqtt.insecure", "--insecure", "", "Connect to a broker on another machine without TLS",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::insecure>, 0, 0, Form::kAny, true},
+    {"mqtt.credentials", "--broker-credentials", "FILE",
+     "File with the user and the password for the broker, each on a line",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::credentials>, 0, 0, Form::kPath, true},
+    {"mqtt.ca", "--broker-ca", "FILE",
+     "Certificates that the broker's has to be signed by, instead of the system's",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::ca>, 0, 0, Form::kPath, true},
+    {"mqtt.certificate", "--broker-certificate", "FILE", "Certificate of this gateway",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::certificate>, 0, 0, Form::kPath, true},
+    {"mqtt.key", "--broker-key", "FILE", "Its private key",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::key>, 0, 0, Form::kPath, true},
+    {"mqtt.alpn", "--broker-alpn", "NAME", "Protocol that TLS asks for",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::alpn>, 0, 0, Form::kName, true},
+    {"mqtt.server-name", "--broker-server-name", "NAME",
+     "Name in the broker's certificate, instead of its host",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::server_name>, 0, 0, Form::kName, true},
+    {"mqtt.keep-alive-seconds", "--broker-keep-alive", "SECONDS",
+     "When a silent connection is checked; 60 by default",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::keep_alive_seconds>, 5, kMostKeepAlive, Form::kAny,
+     true},
+    {"mqtt.session-seconds", "--broker-session", "SECONDS",
+     "How long the broker keeps requests for an absent gateway; 3600 by default",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::session_seconds>, 0, kMostSession, Form::kAny,
+     true},
+    {"mqtt.max-packet", "--max-packet", "BYTES",
+     "Largest packet with an answer, where the broker does not say; 0, the default, means any",
+     place_in<&ServiceConfig::mqtt, &MqttConfig::max_packet>, 0, kMostBytes, Form::kAny, true},
 };
 
 std::string out_of_range(const Setting &setting)
@@ -156,6 +203,24 @@ std::string problem_of_worker(std::string_view kind)
                                    : in_message(kind) + " is not child, in-process or unix:PATH";
 }
 
+std::string problem_of_broker(const std::string &url)
+{
+    try {
+        parse_broker(url);
+        return "";
+    } catch (const std::invalid_argument &problem) {
+        return in_message(url) + ": " + problem.what();
+    }
+}
+
+std::string problem_of_name(std::string_view name)
+{
+    constexpr size_t kMost = 255;
+    return name.empty() || name.size() > kMost
+               ? "has to have from 1 to " + std::to_string(kMost) + " bytes"
+               : "";
+}
+
 // What is wrong with the text; empty if it is valid.
 std::string problem_of(const Setting &setting, const std::string &text)
 {
@@ -175,6 +240,16 @@ std::string problem_of(const Setting &setting, const std::string &text)
         return problem_of_group(text);
     case Form::kWorker:
         return problem_of_worker(text);
+    case Form::kBroker:
+        return problem_of_broker(text);
+    case Form::kGatewayId:
+        return problem_of_gateway_id(text);
+    case Form::kTopicRoot:
+        return problem_of_topic_root(text);
+    case Form::kResponseTopic:
+        return problem_of_response_topic(text);
+    case Form::kName:
+        return problem_of_name(text);
     }
     return "";
 }
@@ -209,7 +284,7 @@ class FileReader {
     {
         TomlReader top(document, file_, "", problems_);
         std::map<std::string, TomlReader> tables;
-        for (const char *name : {"socket", "worker", "limits"}) {
+        for (const char *name : {"socket", "worker", "limits", "mqtt"}) {
             if (const toml::table *table = top.table(name)) {
                 tables.try_emplace(name, *table, file_, name, problems_);
             }
@@ -256,10 +331,14 @@ class FileReader {
         value = reader.flag(key).value_or(value);
     }
 
-    void read_value(const Setting &, TomlReader &reader, std::string_view key,
+    void read_value(const Setting &setting, TomlReader &reader, std::string_view key,
                     std::vector<std::string> &value)
     {
         for (auto &[text, line] : reader.texts(key)) {
+            const std::string problem = problem_of(setting, text);
+            if (!problem.empty()) {
+                reader.add_problem(line, key, problem);
+            }
             value.push_back(text);
         }
     }
@@ -331,9 +410,15 @@ class OptionReader {
 
     static void take(const Setting &, const RunOptions::Given &, bool &value) { value = true; }
 
-    static void take(const Setting &, const RunOptions::Given &given,
-                     std::vector<std::string> &value)
+    void take(const Setting &setting, const RunOptions::Given &given,
+              std::vector<std::string> &value)
     {
+        for (const std::string &text : given.values) {
+            const std::string problem = problem_of(setting, text);
+            if (!problem.empty()) {
+                refuse(given, problem);
+            }
+        }
         value = given.values;
     }
 
@@ -382,6 +467,41 @@ void read_policy_file(ServiceConfig &config, const std::string &named_by, size_t
     }
 }
 
+// What is wrong with the settings of MQTT together; empty if nothing is.
+std::string problem_of_mqtt(const ServiceConfig &config)
+{
+    const MqttConfig &mqtt = config.mqtt;
+    if (mqtt.brokers.empty()) {
+        return "";
+    }
+    if (mqtt.id.empty()) {
+        return "a gateway on a broker needs a name: --id, or id in [mqtt]";
+    }
+    if (mqtt.certificate.empty() != mqtt.key.empty()) {
+        return "a certificate and its key are given together";
+    }
+    for (const std::string &url : mqtt.brokers) {
+        const BrokerAddress broker = parse_broker(url);
+        if (broker.is_local()) {
+            continue;
+        }
+        if (!broker.is_tls && !mqtt.insecure) {
+            return broker.url() +
+                   " is on another machine: use mqtts://, or --insecure to do without TLS";
+        }
+        if (mqtt.trust) {
+            return broker.url() + " is on another machine: --trust is for local brokers only";
+        }
+        if (!config.policy.has_roles()) {
+            return broker.url() +
+                   " is on another machine: a policy has to say what it may do, with members = "
+                   "[\"topic-root:" +
+                   mqtt.root + "\"] in a role";
+        }
+    }
+    return "";
+}
+
 void throw_if_any(std::vector<ConfigProblem> problems)
 {
     if (!problems.empty()) {
@@ -409,6 +529,10 @@ ServiceConfig combine(const toml::table *document, const RunOptions &options)
                          policy_given ? 0 : file.policy_line(), problems);
     }
     throw_if_any(problems);
+    if (const std::string problem = problem_of_mqtt(config); !problem.empty()) {
+        throw ConfigError(
+            {{options.config.empty() ? kCommandLine : options.config, 0, "", problem}});
+    }
     return config;
 }
 
@@ -428,6 +552,12 @@ mode_t SocketConfig::mode_bits() const
         bits = bits * 8 + static_cast<mode_t>(digit - '0');
     }
     return bits;
+}
+
+bool MqttConfig::is_local() const
+{
+    return std::ranges::all_of(brokers,
+                               [](const std::string &url) { return parse_broker(url).is_local(); });
 }
 
 std::string WorkerConfig::unit_socket() const

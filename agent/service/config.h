@@ -50,10 +50,33 @@ struct LimitsConfig {
     int64_t answer_bytes = 8L * 1024 * 1024;   // of all of them
 };
 
+// A gateway on a broker; without a broker there is none.
+struct MqttConfig {
+    std::vector<std::string> brokers; // URLs, in the order in which they are tried
+    std::string id;
+    std::string root = "gateway";
+    std::vector<std::string> response_topics; // besides those below reply/
+    bool trust = false;                       // local brokers only: everything is allowed
+    bool insecure = false;                    // other brokers without TLS
+    std::string credentials;                  // file
+    std::string ca;                           // file; empty: the system's
+    std::string certificate;                  // file; empty: none
+    std::string key;                          // file
+    std::string alpn;
+    std::string server_name; // empty: the host's
+    int64_t keep_alive_seconds = 60;
+    int64_t session_seconds = 3600;
+    int64_t max_packet = 0; // of an answer; 0: what the broker carries
+
+    // Whether all brokers are on this machine.
+    bool is_local() const;
+};
+
 struct ServiceConfig {
     SocketConfig socket;
     WorkerConfig worker;
     LimitsConfig limits;
+    MqttConfig mqtt;
     std::string policy_file;
     Policy policy;
     std::string audit; // file; empty: none
@@ -85,7 +108,19 @@ struct Setting {
     Place place;
     int64_t least = 0; // minimum of a number
     int64_t most = 0;
-    enum class Form { kAny, kPath, kSocketPath, kMode, kGroup, kWorker };
+    enum class Form {
+        kAny,
+        kPath,
+        kSocketPath,
+        kMode,
+        kGroup,
+        kWorker,
+        kBroker,
+        kGatewayId,
+        kTopicRoot,
+        kResponseTopic,
+        kName
+    };
     Form form = Form::kAny;
     bool needs_restart = false; // changes take effect only after a restart
 

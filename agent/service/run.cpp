@@ -9,6 +9,7 @@
 #include "service/common/service_manager.h"
 #include "service/common/sockets.h"
 #include "service/gate/gate.h"
+#include "service/ways_in/mqtt/mqtt.h"
 #include "service/ways_in/unix_socket.h"
 #include "service/worker/child_worker.h"
 #include "service/worker/in_process_worker.h"
@@ -77,6 +78,39 @@ SocketLimits socket_limits(const LimitsConfig &config)
     limits.pending = static_cast<size_t>(config.pending_output);
     limits.idle = seconds(config.idle_seconds);
     return limits;
+}
+
+MqttLimits mqtt_limits(const LimitsConfig &config)
+{
+    MqttLimits limits;
+    limits.clients = static_cast<size_t>(config.clients);
+    limits.request = static_cast<size_t>(config.line);
+    limits.pending = static_cast<size_t>(config.pending_output);
+    return limits;
+}
+
+// A local broker without a policy may query what is not secret.
+bool is_guest(const ServiceConfig &config)
+{
+    return config.mqtt.is_local() && !config.policy.has_roles();
+}
+
+MqttOptions mqtt_options(const ServiceConfig &config)
+{
+    const MqttConfig &mqtt = config.mqtt;
+    MqttOptions options;
+    options.brokers = mqtt.brokers;
+    options.id = mqtt.id;
+    options.root = mqtt.root;
+    options.response_topics = mqtt.response_topics;
+    options.credentials = mqtt.credentials;
+    options.tls = {mqtt.ca, mqtt.certificate, mqtt.key, mqtt.alpn, mqtt.server_name};
+    options.keep_alive = seconds(mqtt.keep_alive_seconds);
+    options.session = seconds(mqtt.session_seconds);
+    options.max_packet = static_cast<size_t>(mqtt.max_packet);
+    options.is_trusted = mqtt.trust;
+    options.is_guest = is_guest(config);
+    return options;
 }
 
 WorkerTimes worker_times(const WorkerConfig &config)
@@ -150,6 +184,10 @@ class Service {
                       });
         socket_.emplace(loop_, *gate_, socket_limits(config_.limits));
         ways_in_.push_back(&*socket_);
+        if (!config_.mqtt.brokers.empty()) {
+            mqtt_.emplace(loop_, *gate_, mqtt_limits(config_.limits));
+            ways_in_.push_back(&*mqtt_);
+        }
         apply();
         try {
             listen();
@@ -207,6 +245,9 @@ class Service {
             socket_->take_over(sockets_.front());
         }
         write_error_line("listening on unix:" + socket_->path());
+        if (mqtt_) {
+            mqtt_->start(mqtt_options(config_));
+        }
     }
 
     // Applies the settings that can change while the service is running.
@@ -218,6 +259,10 @@ class Service {
             child_->set_arguments(child_arguments());
         }
         socket_->set_limits(socket_limits(config_.limits));
+        if (mqtt_) {
+            mqtt_->set_limits(mqtt_limits(config_.limits));
+            mqtt_->set_guest(is_guest(config_));
+        }
         const std::string problem = gate_->set_options(gate_options(config_));
         if (!problem.empty()) {
             print_error(problem);
@@ -341,6 +386,7 @@ class Service {
     ChildWorker *child_ = nullptr; // owned by the gate
     std::optional<Gate> gate_;
     std::optional<UnixSocket> socket_;
+    std::optional<Mqtt> mqtt_;
     std::vector<WayIn *> ways_in_;
     size_t busy_ways_in_ = 0; // at the end: those with answers to write
     boost::asio::signal_set signals_;

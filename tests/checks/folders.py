@@ -17,7 +17,10 @@ agent/shell                  agent/client agent/host agent/io agent/protocol plu
 agent                        agent/service agent/service/worker
 agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker
 agent/service                agent/commands agent/io agent/protocol
+agent/service                agent/service/ways_in/mqtt
 agent/service/ways_in        agent/service/common agent/service/gate
+agent/service/ways_in/mqtt   agent/service/ways_in agent/service/common agent/service/gate
+agent/service/ways_in/mqtt   agent/io agent/protocol
 agent/service/gate           agent/service/common agent/service/worker
 agent/service/gate           agent/commands agent/host agent/io agent/protocol
 agent/service/worker         agent/service/common agent/commands agent/host agent/io agent/protocol

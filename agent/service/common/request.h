@@ -12,7 +12,7 @@ namespace agent::service {
 
 // The identity of a connection's peer. It comes from the transport, never from a message.
 struct Identity {
-    std::string way_in; // "socket"
+    std::string way_in; // "socket", "mqtt"
     std::string name;   // for the audit and for refusals: "user:alice"
     // The names by which a policy can refer to it, the most specific first: "user:alice",
     // "uid:1000", "group:staff", "gid:50".

@@ -215,6 +215,11 @@ void Gate::close(Session *session)
     }
 }
 
+void Gate::follow_events(Session &session)
+{
+    session.subscriptions = {"*"};
+}
+
 bool Gate::is_full(const Session &session)
 {
     return session.entries.size() >= kMostEntries;

@@ -58,6 +58,7 @@ class Policy {
     // The policy of a file that contains only roles. Throws ConfigError with all problems.
     static Policy parse(std::string_view toml, const std::string &file);
     static Policy for_owner_only() { return {}; }
+    bool has_roles() const { return !roles_.empty(); }
 
     struct Verdict {
         bool allowed = false;

@@ -17,8 +17,9 @@ namespace {
 constexpr size_t kMaxRoleName = 64;
 constexpr double kMostPerSecond = 1e6;
 
-constexpr std::array<std::string_view, 5> kKindsOfMembers = {"user", "uid", "group", "gid",
-                                                             "way-in"};
+constexpr std::array<std::string_view, 6> kKindsOfMembers = {"user", "uid",    "group",
+                                                             "gid",  "way-in", "topic-root"};
+constexpr std::array<std::string_view, 2> kWaysIn = {"socket", "mqtt"};
 constexpr std::array<std::string_view, 2> kSelectors = {"subject", "effect"};
 
 bool is_role_name(std::string_view name)
@@ -37,7 +38,8 @@ std::string problem_of_member(std::string_view member)
     if (colon == std::string_view::npos ||
         std::ranges::find(kKindsOfMembers, kind) == kKindsOfMembers.end()) {
         return in_message(member) +
-               " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER or way-in:NAME";
+               " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, topic-root:ROOT or "
+               "way-in:NAME";
     }
     const std::string_view name = member.substr(colon + 1);
     if (name.empty()) {
@@ -50,8 +52,8 @@ std::string problem_of_member(std::string_view member)
             return in_message(member) + " has to have a number, without leading zeros";
         }
     }
-    if (kind == "way-in" && name != "socket") {
-        return in_message(member) + ": the only way in is \"socket\"";
+    if (kind == "way-in" && std::ranges::find(kWaysIn, name) == kWaysIn.end()) {
+        return in_message(member) + ": the ways in are \"socket\" and \"mqtt\"";
     }
     return "";
 }

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "service/ways_in/mqtt/compression.h"
+
+#include <new>
+#include <zlib.h>
+
+namespace agent::service {
+
+namespace {
+
+constexpr int kGzipFormat = 16; // added to the size of the window
+constexpr int kDefaultMemory = 8;
+
+} // namespace
+
+std::string gzip(std::string_view text)
+{
+    z_stream stream = {};
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, MAX_WBITS + kGzipFormat,
+                     kDefaultMemory, Z_DEFAULT_STRATEGY) != Z_OK) {
+        throw std::bad_alloc();
+    }
+    std::string packed(deflateBound(&stream, text.size()), '\0');
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.data()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = reinterpret_cast<Bytef *>(packed.data());
+    stream.avail_out = static_cast<uInt>(packed.size());
+    deflate(&stream, Z_FINISH); // cannot fail: there is room for the longest result
+    packed.resize(stream.total_out);
+    deflateEnd(&stream);
+    return packed;
+}
+
+} // namespace agent::service
