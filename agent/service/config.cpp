@@ -6,6 +6,7 @@
 #include "io/text.h"
 #include "service/common/toml_file.h"
 #include "service/gate/policy_reader.h"
+#include "service/ways_in/http/origin.h"
 
 #include <algorithm>
 #include <array>
@@ -55,6 +56,16 @@ constexpr Setting kSettings[] = {
      place_in<&ServiceConfig::socket, &SocketConfig::group>, 0, 0, Form::kGroup, true},
     {"socket.mode", "--socket-mode", "MODE", "Permissions of the socket, in octal; 0600 by default",
      place_in<&ServiceConfig::socket, &SocketConfig::mode>, 0, 0, Form::kMode, true},
+    {"console.address", "--console", "ADDRESS:PORT",
+     "Serve the console and HTTP as well, at 127.0.0.1:8080 unless given; port 0 for any",
+     place_in<&ServiceConfig::console, &ConsoleConfig::address>, 0, 0, Form::kConsole, true,
+     "127.0.0.1:8080"},
+    {"console.folder", "--console-folder", "FOLDER",
+     "Folder with the console's files, instead of the installed one",
+     place_in<&ServiceConfig::console, &ConsoleConfig::folder>, 0, 0, Form::kPath},
+    {"console.session-seconds", "--console-session-seconds", "SECONDS",
+     "After how long without a request a login ends; 43200 by default",
+     place_in<&ServiceConfig::console, &ConsoleConfig::session_seconds>, 1, kMostSeconds},
     {"worker.kind", "--worker", "KIND",
      "child (the default), in-process, or unix:PATH for a worker that listens there",
      place_in<&ServiceConfig::worker, &WorkerConfig::kind>, 0, 0, Form::kWorker, true},
@@ -107,6 +118,9 @@ constexpr Setting kSettings[] = {
     {"limits.answer-bytes", "--max-answer-bytes", "BYTES",
      "Bytes of all kept answers; 8388608 by default",
      place_in<&ServiceConfig::limits, &LimitsConfig::answer_bytes>, 1, kMostBytes},
+    {"limits.request-seconds", "--request-seconds", "SECONDS",
+     "How long a request by HTTP may take to arrive; 10 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::request_seconds>, 1, kMostSeconds},
 };
 
 std::string out_of_range(const Setting &setting)
@@ -156,6 +170,16 @@ std::string problem_of_worker(std::string_view kind)
                                    : in_message(kind) + " is not child, in-process or unix:PATH";
 }
 
+std::string problem_of_console(const std::string &address)
+{
+    try {
+        ListenAddress::parse(address);
+    } catch (const std::runtime_error &problem) {
+        return problem.what();
+    }
+    return "";
+}
+
 // What is wrong with the text; empty if it is valid.
 std::string problem_of(const Setting &setting, const std::string &text)
 {
@@ -175,6 +199,8 @@ std::string problem_of(const Setting &setting, const std::string &text)
         return problem_of_group(text);
     case Form::kWorker:
         return problem_of_worker(text);
+    case Form::kConsole:
+        return problem_of_console(text);
     }
     return "";
 }
@@ -209,7 +235,7 @@ class FileReader {
     {
         TomlReader top(document, file_, "", problems_);
         std::map<std::string, TomlReader> tables;
-        for (const char *name : {"socket", "worker", "limits"}) {
+        for (const char *name : {"socket", "console", "worker", "limits"}) {
             if (const toml::table *table = top.table(name)) {
                 tables.try_emplace(name, *table, file_, name, problems_);
             }
@@ -340,11 +366,13 @@ class OptionReader {
     template <typename Text>
     void take(const Setting &setting, const RunOptions::Given &given, Text &value)
     {
-        const std::string problem = problem_of(setting, given.values.back());
+        const bool is_default = setting.without_value != nullptr && given.values.back().empty();
+        const std::string text = is_default ? setting.without_value : given.values.back();
+        const std::string problem = problem_of(setting, text);
         if (!problem.empty()) {
             refuse(given, problem);
         }
-        value = given.values.back();
+        value = text;
     }
 
     void refuse(const RunOptions::Given &given, std::string text)

@@ -40,6 +40,12 @@ struct WorkerConfig {
     std::string unit_socket() const; // PATH of unix:PATH, otherwise empty
 };
 
+struct ConsoleConfig {
+    std::string address; // ADDRESS:PORT; empty: no console
+    std::string folder;  // of its files; empty: the installed one
+    int64_t session_seconds = 12L * 3600;
+};
+
 struct LimitsConfig {
     int64_t clients = 256;
     int64_t line = 1024L * 1024;               // bytes of a request, as for serve
@@ -48,10 +54,12 @@ struct LimitsConfig {
     int64_t queue = 16;                        // waiting requests of one client
     int64_t answers = 16384;                   // kept for repetitions
     int64_t answer_bytes = 8L * 1024 * 1024;   // of all of them
+    int64_t request_seconds = 10;              // for a request by HTTP to arrive
 };
 
 struct ServiceConfig {
     SocketConfig socket;
+    ConsoleConfig console;
     WorkerConfig worker;
     LimitsConfig limits;
     std::string policy_file;
@@ -85,9 +93,10 @@ struct Setting {
     Place place;
     int64_t least = 0; // minimum of a number
     int64_t most = 0;
-    enum class Form { kAny, kPath, kSocketPath, kMode, kGroup, kWorker };
+    enum class Form { kAny, kPath, kSocketPath, kMode, kGroup, kWorker, kConsole };
     Form form = Form::kAny;
-    bool needs_restart = false; // changes take effect only after a restart
+    bool needs_restart = false;          // changes take effect only after a restart
+    const char *without_value = nullptr; // the value of the option by itself
 
     bool belongs_to_agent() const { return *help == '\0'; }
 };

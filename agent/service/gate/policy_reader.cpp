@@ -17,8 +17,8 @@ namespace {
 constexpr size_t kMaxRoleName = 64;
 constexpr double kMostPerSecond = 1e6;
 
-constexpr std::array<std::string_view, 5> kKindsOfMembers = {"user", "uid", "group", "gid",
-                                                             "way-in"};
+constexpr std::array<std::string_view, 6> kKindsOfMembers = {"user", "uid",       "group",
+                                                             "gid",  "http-user", "way-in"};
 constexpr std::array<std::string_view, 2> kSelectors = {"subject", "effect"};
 
 bool is_role_name(std::string_view name)
@@ -36,8 +36,8 @@ std::string problem_of_member(std::string_view member)
     const std::string_view kind = member.substr(0, colon);
     if (colon == std::string_view::npos ||
         std::ranges::find(kKindsOfMembers, kind) == kKindsOfMembers.end()) {
-        return in_message(member) +
-               " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER or way-in:NAME";
+        return in_message(member) + " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, "
+                                    "http-user:NAME or way-in:NAME";
     }
     const std::string_view name = member.substr(colon + 1);
     if (name.empty()) {
@@ -50,8 +50,8 @@ std::string problem_of_member(std::string_view member)
             return in_message(member) + " has to have a number, without leading zeros";
         }
     }
-    if (kind == "way-in" && name != "socket") {
-        return in_message(member) + ": the only way in is \"socket\"";
+    if (kind == "way-in" && name != "socket" && name != "http") {
+        return in_message(member) + ": the ways in are \"socket\" and \"http\"";
     }
     return "";
 }
