@@ -9,6 +9,7 @@
 #include <boost/beast/http/basic_parser.hpp>
 #include <boost/beast/http/error.hpp>
 #include <boost/beast/http/rfc7230.hpp>
+#include <limits>
 
 namespace agent::service {
 
@@ -99,7 +100,8 @@ class RequestReader::Parser : public http::basic_parser<true> {
     Parser()
     {
         header_limit(kMostHeader);
-        body_limit(boost::none); // depends on the request, so the connection checks it
+        // It depends on the request, so the connection checks it.
+        body_limit(std::numeric_limits<uint64_t>::max());
     }
 
     size_t take(std::string_view bytes)
