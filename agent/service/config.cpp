@@ -6,6 +6,7 @@
 #include "io/text.h"
 #include "service/common/toml_file.h"
 #include "service/gate/policy_reader.h"
+#include "service/ways_in/http/origin.h"
 #include "service/ways_in/mqtt/broker_address.h"
 #include "service/ways_in/mqtt/topics.h"
 
@@ -60,6 +61,16 @@ constexpr Setting kSettings[] = {
      place_in<&ServiceConfig::socket, &SocketConfig::group>, 0, 0, Form::kGroup, true},
     {"socket.mode", "--socket-mode", "MODE", "Permissions of the socket, in octal; 0600 by default",
      place_in<&ServiceConfig::socket, &SocketConfig::mode>, 0, 0, Form::kMode, true},
+    {"console.address", "--console", "ADDRESS:PORT",
+     "Serve the console and HTTP as well, at 127.0.0.1:8080 unless given; port 0 for any",
+     place_in<&ServiceConfig::console, &ConsoleConfig::address>, 0, 0, Form::kConsole, true,
+     "127.0.0.1:8080"},
+    {"console.folder", "--console-folder", "FOLDER",
+     "Folder with the console's files, instead of the installed one",
+     place_in<&ServiceConfig::console, &ConsoleConfig::folder>, 0, 0, Form::kPath},
+    {"console.session-seconds", "--console-session-seconds", "SECONDS",
+     "After how long without a request a login ends; 43200 by default",
+     place_in<&ServiceConfig::console, &ConsoleConfig::session_seconds>, 1, kMostSeconds},
     {"worker.kind", "--worker", "KIND",
      "child (the default), in-process, or unix:PATH for a worker that listens there",
      place_in<&ServiceConfig::worker, &WorkerConfig::kind>, 0, 0, Form::kWorker, true},
@@ -154,6 +165,9 @@ constexpr Setting kSettings[] = {
     {"mqtt.max-packet", "--max-packet", "BYTES",
      "Largest packet with an answer, where the broker does not say; 0, the default, means any",
      place_in<&ServiceConfig::mqtt, &MqttConfig::max_packet>, 0, kMostBytes, Form::kAny, true},
+    {"limits.request-seconds", "--request-seconds", "SECONDS",
+     "How long a request by HTTP may take to arrive; 10 by default",
+     place_in<&ServiceConfig::limits, &LimitsConfig::request_seconds>, 1, kMostSeconds},
 };
 
 std::string out_of_range(const Setting &setting)
@@ -221,6 +235,16 @@ std::string problem_of_name(std::string_view name)
                : "";
 }
 
+std::string problem_of_console(const std::string &address)
+{
+    try {
+        ListenAddress::parse(address);
+    } catch (const std::runtime_error &problem) {
+        return problem.what();
+    }
+    return "";
+}
+
 // What is wrong with the text; empty if it is valid.
 std::string problem_of(const Setting &setting, const std::string &text)
 {
@@ -250,6 +274,8 @@ std::string problem_of(const Setting &setting, const std::string &text)
         return problem_of_response_topic(text);
     case Form::kName:
         return problem_of_name(text);
+    case Form::kConsole:
+        return problem_of_console(text);
     }
     return "";
 }
@@ -284,7 +310,7 @@ class FileReader {
     {
         TomlReader top(document, file_, "", problems_);
         std::map<std::string, TomlReader> tables;
-        for (const char *name : {"socket", "worker", "limits", "mqtt"}) {
+        for (const char *name : {"socket", "console", "worker", "limits", "mqtt"}) {
             if (const toml::table *table = top.table(name)) {
                 tables.try_emplace(name, *table, file_, name, problems_);
             }
@@ -425,11 +451,13 @@ class OptionReader {
     template <typename Text>
     void take(const Setting &setting, const RunOptions::Given &given, Text &value)
     {
-        const std::string problem = problem_of(setting, given.values.back());
+        const bool is_default = setting.without_value != nullptr && given.values.back().empty();
+        const std::string text = is_default ? setting.without_value : given.values.back();
+        const std::string problem = problem_of(setting, text);
         if (!problem.empty()) {
             refuse(given, problem);
         }
-        value = given.values.back();
+        value = text;
     }
 
     void refuse(const RunOptions::Given &given, std::string text)

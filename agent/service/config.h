@@ -40,6 +40,12 @@ struct WorkerConfig {
     std::string unit_socket() const; // PATH of unix:PATH, otherwise empty
 };
 
+struct ConsoleConfig {
+    std::string address; // ADDRESS:PORT; empty: no console
+    std::string folder;  // of its files; empty: the installed one
+    int64_t session_seconds = 12L * 3600;
+};
+
 struct LimitsConfig {
     int64_t clients = 256;
     int64_t line = 1024L * 1024;               // bytes of a request, as for serve
@@ -48,6 +54,7 @@ struct LimitsConfig {
     int64_t queue = 16;                        // waiting requests of one client
     int64_t answers = 16384;                   // kept for repetitions
     int64_t answer_bytes = 8L * 1024 * 1024;   // of all of them
+    int64_t request_seconds = 10;              // for a request by HTTP to arrive
 };
 
 // A gateway on a broker; without a broker there is none.
@@ -74,6 +81,7 @@ struct MqttConfig {
 
 struct ServiceConfig {
     SocketConfig socket;
+    ConsoleConfig console;
     WorkerConfig worker;
     LimitsConfig limits;
     MqttConfig mqtt;
@@ -115,6 +123,7 @@ struct Setting {
         kMode,
         kGroup,
         kWorker,
+        kConsole,
         kBroker,
         kGatewayId,
         kTopicRoot,
@@ -122,7 +131,8 @@ struct Setting {
         kName
     };
     Form form = Form::kAny;
-    bool needs_restart = false; // changes take effect only after a restart
+    bool needs_restart = false;          // changes take effect only after a restart
+    const char *without_value = nullptr; // the value of the option by itself
 
     bool belongs_to_agent() const { return *help == '\0'; }
 };

@@ -9,6 +9,8 @@
 #include "service/common/service_manager.h"
 #include "service/common/sockets.h"
 #include "service/gate/gate.h"
+#include "service/ways_in/http/announce.h"
+#include "service/ways_in/http/server.h"
 #include "service/ways_in/mqtt/mqtt.h"
 #include "service/ways_in/unix_socket.h"
 #include "service/worker/child_worker.h"
@@ -54,15 +56,27 @@ std::string variable(const char *name)
     return value != nullptr ? value : "";
 }
 
-// The default path of the simulated home's state without --state: next to the socket, so that
-// services with separate sockets have separate homes.
-std::string state_beside(const std::string &socket)
+// A file of the service's own: next to the socket, so that services with separate sockets have
+// separate files.
+std::string file_beside(const std::string &socket, const std::string &ending)
 {
     namespace fs = std::filesystem;
     const std::string systemd_folder = variable("RUNTIME_DIRECTORY");
     const fs::path path(socket);
     const fs::path folder = systemd_folder.empty() ? path.parent_path() : fs::path(systemd_folder);
-    return folder / (path.stem().string() + ".state.json");
+    return folder / (path.stem().string() + ending);
+}
+
+// The default path of the simulated home's state without --state.
+std::string state_beside(const std::string &socket)
+{
+    return file_beside(socket, ".state.json");
+}
+
+// Where the console's address is written when nobody is at a terminal to read it.
+std::string console_file(const std::string &socket)
+{
+    return file_beside(socket, ".console");
 }
 
 std::chrono::seconds seconds(int64_t count)
@@ -110,6 +124,20 @@ MqttOptions mqtt_options(const ServiceConfig &config)
     options.max_packet = static_cast<size_t>(mqtt.max_packet);
     options.is_trusted = mqtt.trust;
     options.is_guest = is_guest(config);
+    return options;
+}
+
+HttpOptions http_options(const ServiceConfig &config, const std::string &state)
+{
+    HttpOptions options;
+    options.folder = config.console.folder;
+    options.clients = static_cast<size_t>(config.limits.clients);
+    options.body = static_cast<size_t>(config.limits.line);
+    options.pending = static_cast<size_t>(config.limits.pending_output);
+    options.request_time = seconds(config.limits.request_seconds);
+    options.session_time = seconds(config.console.session_seconds);
+    options.is_simulated = config.worker.host.device.empty() && config.worker.unit_socket().empty();
+    options.state = state;
     return options;
 }
 
@@ -188,8 +216,9 @@ class Service {
             mqtt_.emplace(loop_, *gate_, mqtt_limits(config_.limits));
             ways_in_.push_back(&*mqtt_);
         }
-        apply();
         try {
+            open_console();
+            apply();
             listen();
         } catch (const std::runtime_error &problem) {
             print_error(problem.what());
@@ -217,7 +246,8 @@ class Service {
             // reject the option.
             setenv(kStateVariable, own_state_.c_str(), 1); // NOLINT(concurrency-mt-unsafe): alone
         }
-        await_state(given.empty() ? own_state_ : given);
+        state_ = given.empty() ? own_state_ : given;
+        await_state(state_);
         if (config_.worker.in_process()) {
             return std::make_unique<InProcessWorker>(loop_, serve_options(config_));
         }
@@ -245,8 +275,20 @@ class Service {
             socket_->take_over(sockets_.front());
         }
         write_error_line("listening on unix:" + socket_->path());
+        if (http_) {
+            http_->listen(config_.console.address);
+            announced_.emplace(*http_, console_file(config_.socket.path));
+        }
         if (mqtt_) {
             mqtt_->start(mqtt_options(config_));
+        }
+    }
+
+    void open_console()
+    {
+        if (!config_.console.address.empty()) {
+            http_.emplace(loop_, *gate_, http_options(config_, state_));
+            ways_in_.push_back(&*http_);
         }
     }
 
@@ -262,6 +304,9 @@ class Service {
         if (mqtt_) {
             mqtt_->set_limits(mqtt_limits(config_.limits));
             mqtt_->set_guest(is_guest(config_));
+        }
+        if (http_) {
+            http_->set_options(http_options(config_, state_));
         }
         const std::string problem = gate_->set_options(gate_options(config_));
         if (!problem.empty()) {
@@ -383,9 +428,12 @@ class Service {
     ServiceManager manager_;
     std::vector<int> sockets_;
     std::string own_state_;
+    std::string state_; // path of the simulated home's state; empty for a worker of its own unit
     ChildWorker *child_ = nullptr; // owned by the gate
     std::optional<Gate> gate_;
     std::optional<UnixSocket> socket_;
+    std::optional<HttpServer> http_;
+    std::optional<Announcement> announced_;
     std::optional<Mqtt> mqtt_;
     std::vector<WayIn *> ways_in_;
     size_t busy_ways_in_ = 0; // at the end: those with answers to write

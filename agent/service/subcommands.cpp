@@ -12,6 +12,8 @@ namespace agent::service {
 
 namespace {
 
+using namespace std::string_literals;
+
 // The values are ignored here: they are read from the options themselves.
 void ignore_count(int64_t) {}
 void ignore_text(const std::string &) {}
@@ -23,9 +25,13 @@ void add_setting(CLI::App *run, const Setting &setting)
         return;
     }
     // The value is checked together with those of the file.
-    run->add_option_function<std::string>(setting.option, ignore_text, setting.help)
-        ->type_name(setting.value_name)
-        ->allow_extra_args(false);
+    CLI::Option *option =
+        run->add_option_function<std::string>(setting.option, ignore_text, setting.help)
+            ->type_name(setting.value_name)
+            ->allow_extra_args(false);
+    if (setting.without_value != nullptr) {
+        option->expected(0, 1)->type_name("["s + setting.value_name + "]");
+    }
 }
 
 // The settings given on the command line, in their order.

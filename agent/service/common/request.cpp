@@ -202,6 +202,8 @@ Request read_request(std::string_view line)
         } else if (name == "params" && request.params_size == 0) {
             request.params_begin = keys.place_of(value);
             request.params_size = value.size();
+        } else if (name == "secrets") {
+            request.shows_secrets = text_of(value) == "show";
         } else if (const auto *kind = std::ranges::find_if(
                        kKinds, [&](const Kind &one) { return name == one.key; });
                    kind != std::end(kKinds)) {

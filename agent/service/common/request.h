@@ -56,6 +56,7 @@ struct Request {
     size_t params_size = 0;
     Code code = Code::kNone; // what is wrong with the line, and why
     std::string error;
+    bool shows_secrets = false; // "secrets":"show" beside "command"
 
     // Set by transports whose clients repeat a request until it is answered.
     std::string repeat_key; // the same for each repetition of one request; empty: none

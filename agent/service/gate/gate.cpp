@@ -424,10 +424,12 @@ void Gate::audit(const Session &session, const Request &request, const Policy::V
                  std::string_view code, std::string_view answer, std::chrono::microseconds waited,
                  std::chrono::microseconds worked, bool is_repetition)
 {
+    const bool has_result = code.empty();
+    metrics_.count(request.subject, request.name, code,
+                   has_result ? result_in(answer) : std::nullopt, waited + worked);
     if (options_.audit.empty()) {
         return;
     }
-    const bool has_result = code.empty();
     audit_.write({*session.who, verdict.role, request.subject, request.name, request.params(), code,
                   verdict.rule, has_result ? result_in(answer) : std::nullopt,
                   has_result ? status_in(answer) : std::string_view(), is_repetition, waited,
@@ -610,6 +612,9 @@ void Gate::on_event(std::string_view name, std::string_view line)
     } else if (name == "reboot.ended" || name == "worker.started") {
         is_rebooting_ = false;
     }
+    if (name == "worker.started") {
+        metrics_.count_worker();
+    }
     for (const auto &session : sessions_) {
         if (!std::ranges::any_of(session->subscriptions, [&](const std::string &pattern) {
                 return matches(pattern, name);
@@ -638,6 +643,17 @@ void Gate::on_change()
 void Gate::on_no_worker(const std::string &reason, int exit_status)
 {
     hooks_.on_no_worker(reason, exit_status);
+}
+
+std::string Gate::metrics() const
+{
+    std::map<std::string, size_t, std::less<>> clients;
+    size_t waiting = 0;
+    for (const auto &session : sessions_) {
+        ++clients[session->who->way_in];
+        waiting += session->waiting;
+    }
+    return metrics_.text({clients, waiting, supervisor_.is_idle()});
 }
 
 void Gate::stop()

@@ -6,6 +6,7 @@
 #include "service/common/request.h"
 #include "service/gate/answer_cache.h"
 #include "service/gate/audit.h"
+#include "service/gate/metrics.h"
 #include "service/gate/policy.h"
 #include "service/gate/rate_limit.h"
 #include "service/gate/refusals.h"
@@ -75,6 +76,11 @@ class Gate : SupervisorListener {
     // otherwise empty.
     std::string set_options(GateOptions options);
     Supervisor &supervisor() { return supervisor_; }
+    const Policy &policy() const { return options_.policy; }
+    // Differs after each start.
+    const std::string &epoch() const { return epoch_; }
+    // In the text format of Prometheus.
+    std::string metrics() const;
 
     // The client must live until close(), which drops its requests that have not been started.
     Session *open(std::shared_ptr<const Identity> who, Client &client);
@@ -137,6 +143,7 @@ class Gate : SupervisorListener {
     RateLimiter rates_;
     RefusalEvents refusals_;
     AuditLog audit_;
+    Metrics metrics_;
     // The times in the protocol of the commands that may take long.
     std::map<std::string, std::chrono::seconds, std::less<>> times_;
     std::vector<std::string> queries_; // the commands that change nothing, sorted

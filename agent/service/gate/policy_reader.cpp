@@ -17,9 +17,9 @@ namespace {
 constexpr size_t kMaxRoleName = 64;
 constexpr double kMostPerSecond = 1e6;
 
-constexpr std::array<std::string_view, 6> kKindsOfMembers = {"user", "uid",    "group",
-                                                             "gid",  "way-in", "topic-root"};
-constexpr std::array<std::string_view, 2> kWaysIn = {"socket", "mqtt"};
+constexpr std::array<std::string_view, 7> kKindsOfMembers = {
+    "user", "uid", "group", "gid", "http-user", "topic-root", "way-in"};
+constexpr std::array<std::string_view, 3> kWaysIn = {"socket", "http", "mqtt"};
 constexpr std::array<std::string_view, 2> kSelectors = {"subject", "effect"};
 
 bool is_role_name(std::string_view name)
@@ -37,9 +37,8 @@ std::string problem_of_member(std::string_view member)
     const std::string_view kind = member.substr(0, colon);
     if (colon == std::string_view::npos ||
         std::ranges::find(kKindsOfMembers, kind) == kKindsOfMembers.end()) {
-        return in_message(member) +
-               " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, topic-root:ROOT or "
-               "way-in:NAME";
+        return in_message(member) + " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, "
+                                    "http-user:NAME, topic-root:ROOT or way-in:NAME";
     }
     const std::string_view name = member.substr(colon + 1);
     if (name.empty()) {
@@ -53,7 +52,7 @@ std::string problem_of_member(std::string_view member)
         }
     }
     if (kind == "way-in" && std::ranges::find(kWaysIn, name) == kWaysIn.end()) {
-        return in_message(member) + ": the ways in are \"socket\" and \"mqtt\"";
+        return in_message(member) + ": the ways in are \"socket\", \"http\" and \"mqtt\"";
     }
     return "";
 }

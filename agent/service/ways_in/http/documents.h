@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// What describes the interface to programs.
+#pragma once
+
+#include "service/ways_in/http/static_files.h"
+
+namespace agent::service {
+
+// {"protocol": VERSION, "commands": […], "events": […]}: all descriptions.
+const StaticFile &protocol_document();
+
+} // namespace agent::service

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include "service/ways_in/http/server.h"
+
+#include "io/text.h"
+#include "service/ways_in/http/connection.h"
+
+#include <algorithm>
+#include <boost/asio/ip/v6_only.hpp>
+#include <stdexcept>
+#include <utility>
+
+namespace agent::service {
+
+namespace {
+
+using boost::asio::ip::tcp;
+
+constexpr std::chrono::milliseconds kAcceptAgain(100);
+constexpr std::string_view kBearer = "bearer ";
+
+} // namespace
+
+HttpServer::HttpServer(boost::asio::io_context &loop, Gate &gate, HttpOptions options)
+    : loop_(loop), gate_(gate), token_(random_token()), acceptor_(loop), pause_(loop)
+{
+    auto who = std::make_shared<Identity>();
+    who->way_in = "http";
+    who->name = "console";
+    who->is_owner = true;
+    token_holder_ = who;
+    set_options(std::move(options));
+}
+
+// Closing fails only without memory, which ends the service.
+HttpServer::~HttpServer() // NOLINT(bugprone-exception-escape)
+{
+    HttpServer::stop_accepting();
+    on_empty_ = nullptr;
+    for (const auto &peer : std::set(peers_)) {
+        peer->close();
+    }
+}
+
+void HttpServer::set_options(HttpOptions options)
+{
+    files_.load(options.folder.empty() ? default_console_folder() : options.folder);
+    logins_.set_life(options.session_time);
+    options_ = std::move(options);
+}
+
+void HttpServer::listen(const std::string &address)
+{
+    listening_ = ListenAddress::parse(address);
+    const tcp::endpoint place(boost::asio::ip::make_address(listening_.host), listening_.port);
+    try {
+        acceptor_.open(place.protocol());
+        acceptor_.set_option(tcp::acceptor::reuse_address(true));
+        if (listening_.is_ipv6) {
+            acceptor_.set_option(boost::asio::ip::v6_only(true));
+        }
+        acceptor_.bind(place);
+        acceptor_.listen();
+        listening_.port = acceptor_.local_endpoint().port();
+    } catch (const boost::system::system_error &problem) {
+        throw std::runtime_error("cannot listen at " + address + ": " + problem.code().message());
+    }
+    accept();
+}
+
+std::string HttpServer::address() const
+{
+    return "http://" + listening_.authority() + "/";
+}
+
+void HttpServer::accept()
+{
+    acceptor_.async_accept([this](const boost::system::error_code &problem, tcp::socket socket) {
+        if (problem == boost::asio::error::operation_aborted || !acceptor_.is_open()) {
+            return;
+        }
+        if (!problem) {
+            open(std::move(socket));
+            accept();
+        } else if (drop_an_idle_one()) {
+            accept();
+        } else { // no descriptors left, and nothing to close for one
+            pause_.expires_after(kAcceptAgain);
+            pause_.async_wait([this](const boost::system::error_code &cancelled) {
+                if (!cancelled) {
+                    accept();
+                }
+            });
+        }
+    });
+}
+
+void HttpServer::open(tcp::socket socket)
+{
+    if (peers_.size() >= options_.clients && !drop_an_idle_one()) {
+        return; // closes the socket: everybody else is in use
+    }
+    boost::system::error_code problem;
+    socket.set_option(tcp::no_delay(true), problem);
+    const tcp::endpoint own = socket.local_endpoint(problem);
+    if (problem) {
+        return; // it has gone already
+    }
+    ListenAddress local;
+    local.host = own.address().to_string();
+    local.port = own.port();
+    local.is_loopback = own.address().is_loopback();
+    local.is_ipv6 = own.address().is_v6();
+    const auto connection = std::make_shared<HttpConnection>(
+        *this, make_plain_stream(loop_, std::move(socket)), std::move(local));
+    peers_.insert(connection);
+    connection->start();
+}
+
+// Closes the connection that has been waiting longest for a request, so that idle connections
+// cannot keep others out.
+bool HttpServer::drop_an_idle_one()
+{
+    std::shared_ptr<HttpPeer> oldest;
+    for (const auto &peer : peers_) {
+        if (peer->idle_since() &&
+            (oldest == nullptr || *peer->idle_since() < *oldest->idle_since())) {
+            oldest = peer;
+        }
+    }
+    if (oldest == nullptr) {
+        return false;
+    }
+    oldest->close();
+    return true;
+}
+
+void HttpServer::remove(const std::shared_ptr<HttpPeer> &peer)
+{
+    peers_.erase(peer);
+    if (peers_.empty() && on_empty_) {
+        std::exchange(on_empty_, nullptr)();
+    }
+}
+
+// All ports of a host share its cookies.
+std::string HttpServer::cookie_name() const
+{
+    return "hgagent-" + std::to_string(listening_.port);
+}
+
+std::string HttpServer::cookie(const std::string &value) const
+{
+    return cookie_name() + "=" + value + "; HttpOnly; SameSite=Strict; Path=/";
+}
+
+std::string HttpServer::cookie_of(const HttpRequest &request) const
+{
+    const std::string begin = cookie_name() + "=";
+    for (const auto &[name, value] : request.fields) {
+        std::string_view rest = name == "cookie" ? std::string_view(value) : std::string_view();
+        while (!rest.empty()) {
+            const std::string_view pair = rest.substr(0, rest.find(';'));
+            rest.remove_prefix(std::min(pair.size() + 1, rest.size()));
+            const size_t start = std::min(pair.find_first_not_of(' '), pair.size());
+            if (pair.substr(start).starts_with(begin)) {
+                return std::string(pair.substr(start + begin.size()));
+            }
+        }
+    }
+    return "";
+}
+
+bool HttpServer::is_token(std::string_view token) const
+{
+    return is_same_secret(token, token_);
+}
+
+std::optional<Login> HttpServer::login_of(const HttpRequest &request)
+{
+    std::string secret = cookie_of(request);
+    if (const std::string *given = request.find("authorization")) {
+        const std::string_view text(*given);
+        if (!same_text(text.substr(0, kBearer.size()), kBearer)) {
+            return std::nullopt;
+        }
+        secret = text.substr(kBearer.size());
+        if (is_token(secret)) {
+            return Login{token_holder_, "token"};
+        }
+    }
+    const Login *login = logins_.find(secret, Clock::now());
+    return login != nullptr ? std::optional(*login) : std::nullopt;
+}
+
+bool HttpServer::is_login_open(const Login &login)
+{
+    return login.who == token_holder_ && login.id == "token"
+               ? true
+               : logins_.touch(login.id, Clock::now());
+}
+
+std::string HttpServer::log_in(std::shared_ptr<const Identity> who)
+{
+    return logins_.open(std::move(who), Clock::now());
+}
+
+void HttpServer::log_out(const HttpRequest &request)
+{
+    const auto login = login_of(request);
+    logins_.close(cookie_of(request));
+    if (login) {
+        for (const auto &peer : std::set(peers_)) {
+            peer->on_logout(login->id);
+        }
+    }
+}
+
+void HttpServer::stop_accepting()
+{
+    boost::system::error_code ignored;
+    acceptor_.close(ignored);
+    pause_.cancel();
+    is_stopping_ = true;
+}
+
+void HttpServer::on_empty(std::function<void()> tell)
+{
+    on_empty_ = std::move(tell);
+    for (const auto &peer : std::set(peers_)) {
+        peer->close_when_done();
+    }
+    if (peers_.empty() && on_empty_) {
+        std::exchange(on_empty_, nullptr)();
+    }
+}
+
+} // namespace agent::service

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// HTTP and WebSocket: the console in a browser, and programs. docs/service.md describes who may
+// connect and what protects a client from pages of other sites.
+#pragma once
+
+#include "service/gate/gate.h"
+#include "service/ways_in/http/login_sessions.h"
+#include "service/ways_in/http/origin.h"
+#include "service/ways_in/http/static_files.h"
+#include "service/ways_in/way_in.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace agent::service {
+
+struct HttpOptions {
+    std::string folder; // of the console; empty: the installed one
+    size_t clients = 256;
+    size_t body = 1024UL * 1024;           // bytes of a request's body or a message
+    size_t pending = 4UL * 1024 * 1024;    // bytes that a client has not read
+    std::chrono::seconds request_time{10}; // for a request to arrive, and for output to be read
+    std::chrono::seconds idle_time{60};    // between two requests of a connection
+    std::chrono::seconds session_time{12L * 3600}; // without a request
+    bool is_simulated = false;                     // the device is the simulated gateway
+    std::string state; // path of its state: uploads are stored beside it
+};
+
+// A connection of either kind.
+class HttpPeer {
+  public:
+    virtual ~HttpPeer() = default;
+    virtual void close() = 0;
+    // Closes once what is being answered has been written.
+    virtual void close_when_done() = 0;
+    // Since when it waits for a request; nothing while it is in use.
+    virtual std::optional<std::chrono::steady_clock::time_point> idle_since() const = 0;
+    // The login it depends on has ended.
+    virtual void on_logout(const std::string &login) = 0;
+};
+
+class HttpServer : public WayIn {
+  public:
+    HttpServer(boost::asio::io_context &loop, Gate &gate, HttpOptions options);
+    ~HttpServer() override; // NOLINT(bugprone-exception-escape): as there
+
+    // Throws std::runtime_error.
+    void listen(const std::string &address);
+    // While it is running. Throws std::runtime_error: the previous options then stay in use.
+    void set_options(HttpOptions options);
+
+    // "http://127.0.0.1:8080/"
+    std::string address() const;
+    // The same with the token in its fragment.
+    std::string address_with_token() const { return address() + "#token=" + token_; }
+    bool has_console() const { return files_.has_console(); }
+
+    void stop_accepting() override;
+    void on_empty(std::function<void()> tell) override;
+
+    // ---- For the connections.
+    using Clock = std::chrono::steady_clock;
+    boost::asio::io_context &loop() { return loop_; }
+    Gate &gate() { return gate_; }
+    const HttpOptions &options() const { return options_; }
+    const StaticFiles &files() const { return files_; }
+    const ListenAddress &listening() const { return listening_; }
+    bool is_stopping() const { return is_stopping_; }
+    int check_origin(const HttpRequest &request, const ListenAddress &local) const
+    {
+        return origins_.status(request, local);
+    }
+    // For Set-Cookie.
+    std::string cookie(const std::string &value) const;
+    // By its cookie or its bearer token; nothing: not logged in.
+    std::optional<Login> login_of(const HttpRequest &request);
+    bool is_login_open(const Login &login);
+    bool is_token(std::string_view token) const;
+    // Result: the value of the cookie.
+    std::string log_in(std::shared_ptr<const Identity> who);
+    void log_out(const HttpRequest &request);
+    std::shared_ptr<const Identity> token_holder() const { return token_holder_; }
+    void add(const std::shared_ptr<HttpPeer> &peer) { peers_.insert(peer); }
+    void remove(const std::shared_ptr<HttpPeer> &peer);
+
+  private:
+    void accept();
+    void open(boost::asio::ip::tcp::socket socket);
+    bool drop_an_idle_one();
+    std::string cookie_name() const;
+    std::string cookie_of(const HttpRequest &request) const;
+
+    boost::asio::io_context &loop_;
+    Gate &gate_;
+    HttpOptions options_;
+    StaticFiles files_;
+    ListenAddress listening_;
+    OriginCheck origins_{false, {}};
+    std::string token_;
+    std::shared_ptr<const Identity> token_holder_;
+    LoginSessions logins_;
+    boost::asio::ip::tcp::acceptor acceptor_;
+    boost::asio::steady_timer pause_;
+    std::set<std::shared_ptr<HttpPeer>> peers_;
+    bool is_stopping_ = false;
+    std::function<void()> on_empty_;
+};
+
+} // namespace agent::service
