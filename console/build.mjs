@@ -3,7 +3,7 @@
 // that a browser may keep them for ever. A compressed variant lies beside each file. The service serves index.html as
 // / and the others below /assets/.
 import { build } from "esbuild";
-import { existsSync, mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
+import { mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
 import { basename, dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
@@ -22,17 +22,17 @@ const result = await build({
     write: false,
     metafile: true,
     format: "esm",
-    target: "es2022",
+    target: "es2023",
     jsx: "automatic",
     jsxImportSource: "preact",
     legalComments: "none",
     entryNames: "[name]-[hash]",
 });
-const files = new Map(result.outputFiles.map((file) => [basename(file.path), Buffer.from(file.contents)]));
+const files = new Map(result.outputFiles.map((file) => [`assets/${basename(file.path)}`, Buffer.from(file.contents)]));
 const nameOf = (end) => [...files.keys()].find((name) => name.endsWith(end));
 const index = readFileSync(join(source, "src/index.html"), "utf8")
-    .replace("SCRIPT", `/assets/${nameOf(".js")}`)
-    .replace("STYLE", `/assets/${nameOf(".css")}`);
+    .replace("SCRIPT", `/${nameOf(".js")}`)
+    .replace("STYLE", `/${nameOf(".css")}`);
 files.set("index.html", Buffer.from(index));
 
 // The licences of the bundled packages require their texts to go with them.
@@ -46,12 +46,8 @@ const licences = [...packages].sort().map((name) => {
     return `${name} ${version}\n\n${readFileSync(join(home, file), "utf8")}`;
 });
 
-if (existsSync(folder)) {
-    for (const old of readdirSync(folder).filter((name) => /^(app-|index\.html)/.test(name))) {
-        rmSync(join(folder, old));
-    }
-}
-mkdirSync(folder, { recursive: true });
+rmSync(join(folder, "assets"), { recursive: true, force: true });
+mkdirSync(join(folder, "assets"), { recursive: true });
 let weight = 0;
 for (const [name, contents] of files) {
     const compressed = gzipSync(contents, { level: 9 });

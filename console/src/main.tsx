@@ -8,34 +8,69 @@ import { Field, Messages } from "./parts.tsx";
 import { useReply } from "./store.ts";
 import "./style.css";
 import { Home } from "./views/home.tsx";
+import { Commands } from "./views/commands.tsx";
+import { EventLog } from "./views/event_log.tsx";
+import { Firmware } from "./views/firmware.tsx";
 import { Hosts } from "./views/hosts.tsx";
+import { Inspection } from "./views/inspection.tsx";
+import { Internet } from "./views/internet.tsx";
+import { Notices } from "./views/notices.tsx";
+import { Parental } from "./views/parental.tsx";
+import { Qos } from "./views/qos.tsx";
+import { Simulation } from "./views/simulation.tsx";
+import { WiFi } from "./views/wifi.tsx";
 
 interface View {
     id: string;
     label: string;
-    component: FunctionComponent;
-    // One of these has to be allowed.
+    component: FunctionComponent<{ path: string }>;
+    // One of these commands has to be allowed.
     needs?: string[];
+    available?: () => boolean;
     developer?: boolean;
 }
 
 const views: View[] = [
     { id: "home", label: "Home", component: Home },
     { id: "devices", label: "Devices", component: Hosts, needs: ["GET_AD_BASE_INFO"] },
+    {
+        id: "wifi",
+        label: "Wi-Fi",
+        component: WiFi,
+        needs: ["GET_WIFI_LIST_INFO", "GET_SCAN_CHANNEL_COUNT", "GET_HG_GUEST_SSID", "GET_SCAN_WIFI_SSIDLIST"],
+    },
+    { id: "parental", label: "Parental control", component: Parental, needs: ["GET_GREENNET_DEVICE_LIST"] },
+    { id: "internet", label: "Internet and LAN", component: Internet, needs: ["QUERY_WAN_NUM", "GET_LAN_IP_INFO"] },
+    { id: "firmware", label: "Firmware", component: Firmware, needs: ["GET_UPDATE_STATUS", "RP_HG_REBOOT"] },
+    { id: "qos", label: "Quality of service", component: Qos, needs: ["GET_QOS_INFO"] },
+    { id: "inspection", label: "Inspection", component: Inspection, needs: ["HG_INSPECTION", "HG_WIFI_INSPECTION"] },
+    { id: "notices", label: "Notices", component: Notices },
+    { id: "commands", label: "Commands", component: Commands, developer: true },
+    { id: "events", label: "Events", component: EventLog, developer: true },
+    {
+        id: "simulation",
+        label: "Simulated gateway",
+        component: Simulation,
+        developer: true,
+        available: () => session!.control && session!.device === "simulated",
+    },
 ];
 
-function useRoute(): View[] & { current?: View } {
+const isAvailable = ({ needs, available }: View): boolean =>
+    (needs === undefined || needs.some((command) => session!.commands.includes(command))) &&
+    (available === undefined || available());
+
+// The address is #/VIEW or #/VIEW/PATH.
+function useRoute(): { allowed: View[]; current: View; path: string } {
     const [hash, setHash] = useState(location.hash);
     useEffect(() => {
         const update = () => setHash(location.hash);
         addEventListener("hashchange", update);
         return () => removeEventListener("hashchange", update);
     }, []);
-    const allowed: View[] & { current?: View } = views.filter(
-        (view) => view.needs === undefined || view.needs.some((command) => session?.commands.includes(command)),
-    );
-    allowed.current = allowed.find((view) => hash === `#/${view.id}`) ?? allowed[0];
-    return allowed;
+    const [, id, path] = /^#\/(\w+)\/?(.*)$/.exec(hash) ?? [];
+    const allowed = views.filter(isAvailable);
+    return { allowed, current: allowed.find((view) => view.id === id) ?? allowed[0]!, path: path ?? "" };
 }
 
 function LogIn() {
@@ -104,8 +139,7 @@ function Connection(props: { state: string }) {
 }
 
 function Page(props: { state: string }) {
-    const routes = useRoute();
-    const current = routes.current!;
+    const { allowed, current, path } = useRoute();
     const name = textOf(useReply({ command: "GET_HG_BASE_INFO" }, 3000).reply?.Name) || "Gateway";
     const main = useRef<HTMLElement>(null);
     useEffect(() => {
@@ -133,13 +167,13 @@ function Page(props: { state: string }) {
                 </button>
             </header>
             <nav aria-label="Views">
-                {routes.filter((view) => !view.developer).map(link)}
+                {allowed.filter((view) => !view.developer).map(link)}
                 <span class="group">Developer</span>
-                {routes.filter((view) => view.developer).map(link)}
+                {allowed.filter((view) => view.developer).map(link)}
             </nav>
             <main id="content" ref={main} tabIndex={-1} class={props.state === "open" ? "" : "stale"}>
                 <h1>{current.label}</h1>
-                <View />
+                <View path={path} />
             </main>
             <Messages />
         </>
