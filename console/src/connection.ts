@@ -203,6 +203,13 @@ export async function logIn(credentials: { token: string } | { user: string; pas
     return "";
 }
 
+// Another page of this browser may have logged in, and its cookie is also ours.
+addEventListener("focus", () => {
+    if (state === "login") {
+        void connect();
+    }
+});
+
 export async function logOut(): Promise<void> {
     await fetch("/api/logout", { method: "POST" }).catch(() => undefined);
     location.reload();

@@ -142,6 +142,10 @@ function Page(props: { state: string }) {
     const { allowed, current, path } = useRoute();
     const name = textOf(useReply({ command: "GET_HG_BASE_INFO" }, 3000).reply?.Name) || "Gateway";
     const main = useRef<HTMLElement>(null);
+    const nav = useRef<HTMLElement>(null);
+    useEffect(() => {
+        nav.current!.querySelector("[aria-current]")?.scrollIntoView({ block: "nearest", inline: "center" });
+    }, [current]);
     useEffect(() => {
         document.title = `${current.label} – ${name}`;
     }, [current.label, name]);
@@ -166,7 +170,7 @@ function Page(props: { state: string }) {
                     Log out
                 </button>
             </header>
-            <nav aria-label="Views">
+            <nav aria-label="Views" ref={nav}>
                 {allowed.filter((view) => !view.developer).map(link)}
                 <span class="group">Developer</span>
                 {allowed.filter((view) => view.developer).map(link)}

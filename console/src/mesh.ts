@@ -91,19 +91,16 @@ export function meshOf(
         }
     }
     // A chain of parents that does not end at the main router is a circle.
-    const reached = (node: MeshNode): boolean => {
-        let at: MeshNode | undefined = node;
-        for (let steps = 0; steps <= children.length && at !== undefined; steps += 1) {
-            if (at === main) {
-                return true;
-            }
-            at = parents.get(at);
+    const isReached = (node: MeshNode): boolean => {
+        let at = node;
+        for (let steps = 0; steps <= children.length && at !== main; steps += 1) {
+            at = parents.get(at) ?? main;
         }
-        return false;
+        return at === main;
     };
     main.children = stationsOf(main, mainRecord.MainBaseInfo, expanded);
     children.forEach(([node, record]) => (node.children = stationsOf(node, record.ChildBaseInfo, expanded)));
-    children.forEach(([node]) => ((reached(node) && parents.get(node)) || main).children.push(node));
+    children.forEach(([node]) => ((isReached(node) && parents.get(node)) || main).children.push(node));
     const internet: MeshNode = {
         ...nodeOf("internet", {}, textOf(mainRecord.WanConMode)),
         id: "internet",

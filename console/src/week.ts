@@ -70,7 +70,7 @@ export function periodsOf(minutes: Minutes, off: readonly Period[] = []): Period
             }
         }
     }
-    const periods = [...daysOf].map(([times, days]) => ({
+    const periods = [...daysOf].sort().map(([times, days]) => ({
         StartTime: times.slice(0, 5),
         EndTime: times.slice(6),
         Enable: "1",

@@ -268,7 +268,23 @@ export function Home() {
     const facts = base.reply ?? {};
     return (
         <div class="cards">
-            <Card title="Mesh" wide known={whole ? mesh : alone} tools={<Legend />}>
+            <Card
+                title="Mesh"
+                wide
+                known={whole ? mesh : alone}
+                tools={
+                    <>
+                        <Legend />
+                        {mayCall("SET_MESH_PAIR") && (
+                            <ConfirmButton
+                                label="Add a router"
+                                question="For two minutes, a new router may join the mesh. Switch it on now."
+                                onConfirm={() => act("SET_MESH_PAIR", { Enable: "1", Time: "120" }, "A new router may join.")}
+                            />
+                        )}
+                    </>
+                }
+            >
                 {root === null ? (
                     <p class="muted">The gateway reports no mesh.</p>
                 ) : (

@@ -113,8 +113,8 @@ function hill(from: number, to: number, base: number, height: number): string {
 
 function Spectrum(props: { band: string; counts: Count[]; networks: Network[] }) {
     const { counts } = props;
-    const width = 640;
-    const height = 190;
+    const width = 440;
+    const height = 150;
     const base = height - 30;
     const channels = counts.map(({ Name }) => Name);
     const step = width / (channels.length + 3);
@@ -181,6 +181,7 @@ function Spectrum(props: { band: string; counts: Count[]; networks: Network[] })
 function Neighbours(props: { found: Record<string, string>[]; own: Set<string> }) {
     const others = props.found.filter(({ SSID }) => !props.own.has(SSID!));
     return (
+        <div class="scroll" tabIndex={0} role="region" aria-label="Neighbours, table">
         <table>
             <thead>
                 <tr>
@@ -203,6 +204,7 @@ function Neighbours(props: { found: Record<string, string>[]; own: Set<string> }
                 ))}
             </tbody>
         </table>
+        </div>
     );
 }
 
