@@ -10,7 +10,7 @@ const { chromium } = require("playwright-core");
 export const axeFile = require.resolve("axe-core/axe.min.js");
 
 // Only ends a test that would hang for ever.
-const patience = 600000;
+const patience = Number(process.env.CONSOLE_PATIENCE ?? 600000);
 
 export async function startBrowser() {
     return chromium.launch({

@@ -24,8 +24,8 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
     const { minutes, disabled } = props;
     const grid = useRef<HTMLDivElement>(null);
     const [focus, setFocus] = useState({ day: 0, slot: 0 });
-    // Whether the pointer restricts or frees; null while it is up.
-    const brush = useRef<0 | 1 | null>(null);
+    // Whether the pointer restricts or frees, and the cell that it painted last; null while it is up.
+    const brush = useRef<{ value: 0 | 1; day: number; slot: number } | null>(null);
     const latest = useRef(minutes);
     latest.current = minutes;
     const paint = (dayAt: number, slotAt: number, value: 0 | 1) => {
@@ -35,13 +35,23 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
         latest.current = painted;
         props.onChange(painted);
     };
-    const opposite = (dayAt: number, slotAt: number) => (covers(latest.current, dayAt, slotAt) === "all" ? 0 : 1);
+    // A fast pointer skips cells: all between the last one and this are painted.
+    const paintTo = (dayAt: number, slotAt: number) => {
+        const { value, day: fromDay, slot: fromSlot } = brush.current!;
+        const steps = Math.max(Math.abs(dayAt - fromDay), Math.abs(slotAt - fromSlot));
+        for (let step = 1; step <= steps; step += 1) {
+            const part = step / steps;
+            paint(Math.round(fromDay + (dayAt - fromDay) * part), Math.round(fromSlot + (slotAt - fromSlot) * part), value);
+        }
+        brush.current = { value, day: dayAt, slot: slotAt };
+    };
+    const opposite = (dayAt: number, slotAt: number): 0 | 1 => (covers(latest.current, dayAt, slotAt) === "all" ? 0 : 1);
     const cellAt = (event: PointerEvent): [number, number] | undefined => {
         const cell = document.elementFromPoint(event.clientX, event.clientY)?.closest<HTMLElement>("[data-slot]");
         return cell && grid.current!.contains(cell) ? [Number(cell.dataset.day), Number(cell.dataset.slot)] : undefined;
     };
     useEffect(() => {
-        const up = () => (brush.current = null);
+        const up = () => void (brush.current = null);
         addEventListener("pointerup", up);
         return () => removeEventListener("pointerup", up);
     }, []);
@@ -68,7 +78,7 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
             setFocus(target);
             grid.current!.querySelector<HTMLElement>(`[data-day="${target.day}"][data-slot="${target.slot}"]`)!.focus();
         } else if ((event.key === " " || event.key === "Enter") && !disabled) {
-            paint(focus.day, focus.slot, opposite(focus.day, focus.slot) as 0 | 1);
+            paint(focus.day, focus.slot, opposite(focus.day, focus.slot));
         } else {
             return;
         }
@@ -110,13 +120,13 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
                                         return;
                                     }
                                     event.currentTarget.releasePointerCapture(event.pointerId);
-                                    brush.current = opposite(dayAt, slotAt) as 0 | 1;
-                                    paint(dayAt, slotAt, brush.current);
+                                    brush.current = { value: opposite(dayAt, slotAt), day: dayAt, slot: slotAt };
+                                    paint(dayAt, slotAt, brush.current.value);
                                 }}
                                 onPointerMove={(event) => {
                                     const cell = brush.current === null ? undefined : cellAt(event);
                                     if (cell !== undefined) {
-                                        paint(...cell, brush.current!);
+                                        paintTo(...cell);
                                     }
                                 }}
                             />
