@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// Bundles the page: node build.mjs FOLDER. The names of script and style sheet contain a hash of their contents, so
+// that a browser may keep them for ever. A compressed variant lies beside each file. The service serves index.html as
+// / and the others below /assets/.
+import { build } from "esbuild";
+import { mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
+import { basename, dirname, join } from "node:path";
+import { fileURLToPath } from "node:url";
+import { gzipSync } from "node:zlib";
+
+// The page has to open at once over a slow connection: this is the most that it may weigh, compressed.
+const heaviestPage = 60000;
+const source = dirname(fileURLToPath(import.meta.url));
+const folder = process.argv[2] ?? join(source, "dist");
+
+const result = await build({
+    entryPoints: { app: join(source, "src/main.tsx") },
+    absWorkingDir: source,
+    outdir: folder,
+    bundle: true,
+    minify: true,
+    write: false,
+    metafile: true,
+    format: "esm",
+    target: "es2023",
+    jsx: "automatic",
+    jsxImportSource: "preact",
+    legalComments: "none",
+    entryNames: "[name]-[hash]",
+});
+const files = new Map(result.outputFiles.map((file) => [`assets/${basename(file.path)}`, Buffer.from(file.contents)]));
+const nameOf = (end) => [...files.keys()].find((name) => name.endsWith(end));
+const index = readFileSync(join(source, "src/index.html"), "utf8")
+    .replace("SCRIPT", `/${nameOf(".js")}`)
+    .replace("STYLE", `/${nameOf(".css")}`);
+files.set("index.html", Buffer.from(index));
+
+// The licences of the bundled packages require their texts to go with them.
+const packages = new Set(
+    Object.keys(result.metafile.inputs).flatMap((input) => /node_modules\/((?:@[^/]+\/)?[^/]+)/.exec(input)?.[1] ?? []),
+);
+const licences = [...packages].sort().map((name) => {
+    const home = join(source, "node_modules", name);
+    const file = readdirSync(home).find((entry) => /^licen[cs]e/i.test(entry));
+    const { version } = JSON.parse(readFileSync(join(home, "package.json"), "utf8"));
+    return `${name} ${version}\n\n${readFileSync(join(home, file), "utf8")}`;
+});
+
+rmSync(join(folder, "assets"), { recursive: true, force: true });
+mkdirSync(join(folder, "assets"), { recursive: true });
+let weight = 0;
+for (const [name, contents] of files) {
+    const compressed = gzipSync(contents, { level: 9 });
+    weight += compressed.length;
+    writeFileSync(join(folder, name), contents);
+    writeFileSync(join(folder, `${name}.gz`), compressed);
+}
+writeFileSync(join(folder, "licences.txt"), licences.join("\n----\n\n"));
+console.log(`console: ${weight} bytes compressed, of at most ${heaviestPage}`);
+if (weight > heaviestPage) {
+    console.error("the page is too heavy");
+    process.exit(1);
+}
