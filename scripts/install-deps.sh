@@ -16,8 +16,8 @@ packages=(
     libcjson-dev
     libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libmosquitto-dev libssl-dev libsystemd-dev
     libtomlplusplus-dev libutfcpp-dev nlohmann-json3-dev zlib1g-dev
-    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev openssl pkgconf python3 python3-jsonschema python3-pexpect
-    socat strace systemd valgrind
+    ca-certificates libbenchmark-dev libgmock-dev libgtest-dev mosquitto mosquitto-clients openssl pkgconf python3
+    python3-jsonschema python3-paho-mqtt python3-pexpect socat strace systemd valgrind
 )
 foreign=()
 if [ "$*" = --all ]; then

@@ -47,6 +47,14 @@ job_service_kills() {
     SERVICE_SETTINGS=10000 build/debug/bin/service --gtest_filter=Run.KeepsTheHomeWholeWhateverIsKilledWhen
 }
 
+# 10,000 requests for each kind of failure of the broker, which is also away for a minute.
+job_broker() {
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug --target hgagent smart_router_service simulated_gateway counting_device -- --quiet
+    REQUESTS=10000 AWAY_SECONDS=60 /usr/bin/python3 -B tests/broker/exactly_once_test.py build/debug/bin/hgagent \
+        build/debug/tests/broker
+}
+
 # All cases of the tests of which the ordinary run takes a sample.
 job_whole_tests() {
     cmake --preset debug >/dev/null

@@ -287,7 +287,8 @@ TEST(PolicyFile, TellsMembersThatNobodyCanBe)
         return policy_problems("[roles.a]\nmembers = ['" + member + "']");
     };
     const std::string place = "policy.toml:2: roles.a.members: ";
-    const std::string form = " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER or way-in:NAME";
+    const std::string form = " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, http-user:NAME, "
+                             "topic-root:ROOT or way-in:NAME";
     EXPECT_EQ(problem("alice"), place + "\"alice\"" + form);
     EXPECT_EQ(problem("usr:alice"), place + "\"usr:alice\"" + form);
     EXPECT_EQ(problem(""), place + "\"\"" + form);
@@ -296,7 +297,8 @@ TEST(PolicyFile, TellsMembersThatNobodyCanBe)
         EXPECT_EQ(problem(number),
                   place + "\"" + number + "\" has to have a number, without leading zeros");
     }
-    EXPECT_EQ(problem("way-in:mqtt"), place + "\"way-in:mqtt\": the only way in is \"socket\"");
+    EXPECT_EQ(problem("way-in:door"),
+              place + "\"way-in:door\": the ways in are \"socket\", \"http\" and \"mqtt\"");
     EXPECT_EQ(problem("uid:0"), "");
 }
 

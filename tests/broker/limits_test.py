@@ -1,0 +1,92 @@
+# SPDX-License-Identifier: MIT
+"""Brokers that carry less than others, or refuse the gateway."""
+import json
+import re
+import zlib
+
+import case
+import trial
+
+
+class LimitsTest(case.BrokerCase):
+    def test_maximum_packet_of_16_kib(self):
+        broker = self.mosquitto("max_packet_size 16384")
+        running = self.trusted(broker, device=False, whole_options=("--scenario", "crowded_mesh"))
+        client = self.caller(broker)
+        client.publish("gateway/gw/report/topology", b"", response=client.reply, correlation=b"plain")
+        refused = client.await_message(lambda message: message.correlation == b"plain")
+        self.assertEqual(refused.code, "too-large", refused.payload)
+        sizes = [int(size) for size in re.findall(r"\d{4,}", refused.body["error"].replace(",", ""))]
+        self.assertEqual(len(sizes), 2, refused.payload)
+        self.assertGreater(sizes[0], sizes[1])
+        self.assertLessEqual(sizes[1], 16384)
+        client.publish("gateway/gw/report/topology", b"", response=client.reply, correlation=b"gzip",
+                       user=[("accept-encoding", "gzip")])
+        small = client.await_message(lambda message: message.correlation == b"gzip")
+        whole = json.loads(zlib.decompress(small.payload, 31))
+        self.assertEqual(whole, self.ask_report(running))
+
+    def ask_report(self, running):
+        answer = self.ask_socket(running, '{"id":1,"report":"topology","params":{}}')
+        del answer["id"]
+        return answer
+
+    def test_answers_just_below_and_above_the_maximum_packet(self):
+        """Whatever the size of its topic and properties, an answer arrives or is refused; none is lost."""
+        broker = self.mosquitto("max_packet_size 1024")
+        self.trusted(broker)
+        for length in (1, 10, 100, 200):
+            client = self.caller(broker, name="c" * length)
+            for correlation in range(1, 400, 13):
+                answer = client.ask("GET_SN_INFO", correlation=b"x" * correlation)
+                self.assertIn(answer.code, (None, "too-large"))
+
+    def test_receive_maximum_of_10(self):
+        broker = self.mosquitto("max_inflight_messages 10")
+        running = self.trusted(broker)
+        counted = trial.run(self.caller(broker), running.executed, 300, in_flight=100)
+        self.assertTrue(counted.kept_promise(), counted)
+
+    def test_no_retained_messages(self):
+        broker = self.mosquitto("retain_available false")
+        self.trusted(broker)
+        client = self.caller(broker)
+        client.subscribe("gateway/gw/state")
+        client.publish("gateway/gw/state/get")
+        state = client.await_message(lambda message: message.topic == "gateway/gw/state")
+        self.assertIs(state.body["online"], True)
+        self.assertEqual(client.ask("GET_SN_INFO").body["result"], 0)
+
+    def test_quality_of_service_0_only(self):
+        broker = self.mosquitto("max_qos 0")
+        self.trusted(broker)
+        client = self.caller(broker, qos=0)
+        self.assertEqual(client.ask("GET_SN_INFO").body["result"], 0)
+
+    def test_short_keep_alive(self):
+        broker = self.mosquitto("max_keepalive 10")
+        self.trusted(broker)
+        self.assertEqual(self.caller(broker).ask("GET_SN_INFO").body["result"], 0)
+
+    def test_broker_refuses(self):
+        passwords = self.folder / "passwords"
+        passwords.touch(mode=0o600)
+        broker = self.mosquitto(f"password_file {passwords}", anonymous=False)
+        running = self.trusted(broker, connected=False)
+        running.await_line("uthori")
+        self.assertEqual(self.ask_socket(running, '{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
+        self.assertEqual(running.end(), 0)
+
+    def test_another_client_takes_the_session(self):
+        """Somebody else with the same client identifier: the broker disconnects the gateway, which comes back."""
+        broker = self.mosquitto()
+        running = self.trusted(broker)
+        identifier = re.search(r"as (\S+) \(p5", broker.log()).group(1)
+        other = self.caller(broker, name=identifier)
+        other.client.disconnect()
+        running.await_broker()
+        self.assertEqual(self.caller(broker).ask("GET_SN_INFO").body["result"], 0)
+
+
+if __name__ == "__main__":
+    case.main()

@@ -1,0 +1,79 @@
+# SPDX-License-Identifier: MIT
+"""`hgagent run` as a process of a test, and what its device library has counted."""
+import collections
+import os
+import pathlib
+import queue
+import signal
+import subprocess
+import threading
+
+
+class Service:
+    """A service that counts: its device library appends the name of every SET_HG_BASE_INFO to a file."""
+
+    def __init__(self, hgagent, folder, options, device=None, environment=None, whole_options=()):
+        self.folder = pathlib.Path(folder)
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.socket = self.folder / "s.sock"
+        self.counts = self.folder / "executed"
+        self.counts.touch()
+        self.words = [str(hgagent), *whole_options, *(["--device", str(device)] if device else []), "run",
+                      "--socket", str(self.socket), *map(str, options)]
+        self.environment = {**os.environ, "EXECUTED": str(self.counts), **(environment or {})}
+        self.process = None
+        self.lines = []
+        self.news = queue.Queue()
+        self.start()
+
+    def start(self):
+        self.process = subprocess.Popen(self.words, env=self.environment, stderr=subprocess.PIPE, text=True)
+        threading.Thread(target=self.read, args=(self.process,), daemon=True).start()
+        self.await_line("listening on unix:")
+
+    def read(self, process):
+        with process.stderr:
+            for line in process.stderr:
+                self.news.put(line.rstrip("\n"))
+        self.news.put(None)
+
+    def await_line(self, text):
+        """The next line of standard error that contains the text."""
+        while True:
+            line = self.news.get()
+            if line is None:
+                raise RuntimeError("the service has ended: " + "\n".join(self.lines[-20:]))
+            self.lines.append(line)
+            if text in line:
+                return line
+
+    def await_broker(self):
+        return self.await_line("connected to mqtt")
+
+    def worker(self):
+        """The process of the worker."""
+        process = self.process.pid
+        return int(pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()[0])
+
+    def kill_worker(self):
+        os.kill(self.worker(), signal.SIGKILL)
+
+    def end(self, with_signal=signal.SIGTERM):
+        """Its exit status, and the rest of what it wrote."""
+        self.process.send_signal(with_signal)
+        status = self.process.wait()
+        while (line := self.news.get()) is not None:
+            self.lines.append(line)
+        return status
+
+    def restart(self, with_signal=signal.SIGKILL):
+        self.end(with_signal)
+        self.start()
+
+    def close(self):
+        if self.process.poll() is None:
+            self.end(signal.SIGTERM)
+
+    def executed(self):
+        """How often the device has executed each name."""
+        return collections.Counter(self.counts.read_text(encoding="utf-8").splitlines())

@@ -1,0 +1,91 @@
+# SPDX-License-Identifier: MIT
+"""A broker or a name server that does not answer delays nothing else."""
+import os
+import socket
+
+import case
+
+QUERY = '{"id":1,"command":"GET_SN_INFO"}'
+
+
+class SilenceTest(case.BrokerCase):
+    def silent_listener(self):
+        """A port that accepts connections and never answers."""
+        listener = socket.create_server(("127.0.0.1", 0))
+        self.addCleanup(listener.close)
+        return listener
+
+    def check_all_else(self, running, broker):
+        self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+        client = self.caller(broker)
+        for _ in range(20):
+            self.assertEqual(client.ask("GET_SN_INFO").body["result"], 0)
+        self.assertEqual(running.end(), 0)
+
+    def test_silent_broker(self):
+        listener = self.silent_listener()
+        broker = self.mosquitto()
+        running = self.service("--broker", f"mqtt://127.0.0.1:{listener.getsockname()[1]}", "--broker", broker.url,
+                               "--id", "gw", "--trust", connected=False)
+        connection, _ = listener.accept()
+        self.addCleanup(connection.close)
+        self.assertTrue(connection.recv(1))  # of its CONNECT, which nobody answers
+        running.await_broker()
+        self.check_all_else(running, broker)
+
+    def test_broker_whose_host_is_silent(self):
+        """A listener whose queue is full does not even answer the first packet."""
+        listener = socket.socket()
+        self.addCleanup(listener.close)
+        listener.bind(("127.0.0.1", 0))
+        listener.listen(0)
+        fillers = []
+        for _ in range(4):
+            filler = socket.socket()
+            self.addCleanup(filler.close)
+            filler.setblocking(False)
+            filler.connect_ex(listener.getsockname())
+            fillers.append(filler)
+        broker = self.mosquitto()
+        running = self.service("--broker", f"mqtt://127.0.0.1:{listener.getsockname()[1]}", "--broker", broker.url,
+                               "--id", "gw", "--trust", connected=False)
+        running.await_broker()
+        self.check_all_else(running, broker)
+
+    def test_silent_name_server(self):
+        held = self.pipe()
+        lookups = self.folder / "lookups"
+        lookups.touch()
+        broker = self.mosquitto()
+        policy = self.folder / "policy.toml"
+        policy.write_text('[roles.all]\nmembers = ["topic-root:gateway"]\nallow = ["*"]\n', encoding="ascii")
+        options = os.environ.get("ASAN_OPTIONS", "intercept_tls_get_addr=0")
+        running = self.service(
+            "--broker", broker.url, "--broker", "mqtts://silent.test", "--id", "gw", "--policy", policy,
+            environment={
+                "LD_PRELOAD": str(case.LIBRARIES / "silent_names.so"), "HELD": str(held), "LOOKUPS": str(lookups),
+                "ASAN_OPTIONS": options + ":verify_asan_link_order=0"})
+        broker.stop()
+        while not lookups.read_text(encoding="ascii"):
+            self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+        # The lookup lasts until the service ends.
+        self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+        self.assertEqual(running.end(), 0)
+
+    def test_broker_stops_answering(self):
+        """The broker stands still in the middle of it; the socket is served, and the broker again when it goes on."""
+        broker = self.mosquitto()
+        running = self.trusted(broker)
+        client = self.caller(broker)
+        self.assertEqual(client.ask("GET_SN_INFO").body["result"], 0)
+        broker.suspend()
+        request = client.request("GET_SN_INFO")
+        for _ in range(20):
+            self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+        broker.resume()
+        while not request.answers:
+            client.turn()
+
+
+if __name__ == "__main__":
+    case.main()

@@ -1,0 +1,87 @@
+# SPDX-License-Identifier: MIT
+"""TLS: which brokers the gateway talks to, and with which certificates."""
+import subprocess
+
+import case
+
+
+def openssl(*words):
+    subprocess.run(["openssl", *map(str, words)], check=True, capture_output=True)
+
+
+class TlsTest(case.BrokerCase):
+    def authority(self, name):
+        openssl("req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-days", "2",
+                "-subj", f"/CN={name}", "-keyout", self.folder / f"{name}.key", "-out", self.folder / f"{name}.crt")
+        return name
+
+    def certificate(self, name, authority, names="DNS:localhost,IP:127.0.0.1", days=2):
+        """A key and a certificate; negative days: it has expired."""
+        key, request, made = (self.folder / f"{name}.{end}" for end in ("key", "csr", "crt"))
+        extensions = self.folder / f"{name}.ext"
+        extensions.write_text(f"subjectAltName={names}\n", encoding="ascii")
+        openssl("req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-subj", f"/CN={name}",
+                "-keyout", key, "-out", request)
+        openssl("x509", "-req", "-in", request, "-CA", self.folder / f"{authority}.crt", "-CAkey",
+                self.folder / f"{authority}.key", "-set_serial", "1", "-days", days, "-extfile", extensions, "-out", made)
+        return key, made
+
+    def broker(self, key, certificate, *lines):
+        return self.mosquitto(listener="\n".join([f"certfile {certificate}", f"keyfile {key}", *lines]))
+
+    def secure(self, broker, *options, host="localhost", authority="ours", connected=True, **more):
+        return self.service("--broker", f"mqtts://{host}:{broker.port.number}", "--id", "gw", "--trust",
+                            "--broker-ca", self.folder / f"{authority}.crt", *options, connected=connected, **more)
+
+    def check_refused(self, running, *words):
+        """It says why, goes on, and ends when it is told to."""
+        line = running.await_line("broker")
+        while not any(word in line.lower() for word in words):
+            line = running.await_line("broker")
+        self.assertEqual(self.ask_socket(running, '{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
+        self.assertEqual(running.end(), 0)
+        self.assertFalse([one for one in running.lines if one.startswith("connected to mqtt")])
+
+    def test_trusted_authority(self):
+        self.authority("ours")
+        broker = self.broker(*self.certificate("broker", "ours"))
+        self.secure(broker)
+        self.assertIn("p5", broker.log())
+
+    def test_expired_certificate(self):
+        self.authority("ours")
+        broker = self.broker(*self.certificate("broker", "ours", days=-1))
+        self.check_refused(self.secure(broker, connected=False), "certificate", "expired")
+
+    def test_foreign_authority(self):
+        self.authority("ours")
+        self.authority("theirs")
+        broker = self.broker(*self.certificate("broker", "theirs"))
+        self.check_refused(self.secure(broker, connected=False), "certificate")
+
+    def test_certificate_for_another_name(self):
+        self.authority("ours")
+        broker = self.broker(*self.certificate("broker", "ours", names="DNS:other.test"))
+        self.check_refused(self.secure(broker, connected=False), "certificate", "name")
+
+    def test_old_version_of_tls(self):
+        self.authority("ours")
+        broker = self.broker(*self.certificate("broker", "ours"), "tls_version tlsv1.1")
+        self.check_refused(self.secure(broker, connected=False), "tls", "version", "protocol", "alert")
+
+    def test_client_certificate(self):
+        self.authority("ours")
+        key, certificate = self.certificate("gateway", "ours")
+        key.chmod(0o600)
+        broker = self.broker(*self.certificate("broker", "ours"), f"cafile {self.folder}/ours.crt",
+                             "require_certificate true", "use_identity_as_username true")
+        self.secure(broker, "--broker-certificate", certificate, "--broker-key", key)
+        self.assertIn("u'gateway'", broker.log())
+        without = self.secure(broker, name="without", connected=False)
+        without.await_line("broker")
+        self.assertEqual(without.end(), 0)
+        self.assertFalse([one for one in without.lines if one.startswith("connected to mqtt")])
+
+
+if __name__ == "__main__":
+    case.main()
