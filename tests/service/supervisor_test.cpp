@@ -16,7 +16,7 @@ using std::chrono::hours;
 using std::chrono::milliseconds;
 
 // A worker that does only what the test makes it do.
-class FakeWorker : public Worker {
+class ManualWorker : public Worker {
   public:
     void start(WorkerListener &listener) override
     {
@@ -61,7 +61,7 @@ class SupervisorTest : public testing::Test {
   protected:
     SupervisorTest()
     {
-        auto made = std::make_unique<FakeWorker>();
+        auto made = std::make_unique<ManualWorker>();
         worker = made.get();
         supervisor.emplace(loop, std::move(made), listener);
     }
@@ -88,7 +88,7 @@ class SupervisorTest : public testing::Test {
 
     boost::asio::io_context loop;
     Listener listener;
-    FakeWorker *worker = nullptr;
+    ManualWorker *worker = nullptr;
     std::optional<Supervisor> supervisor;
 };
 

@@ -11,7 +11,7 @@ std::string gzip(std::string_view text)
     constexpr int kGzipFormat = 16; // added to the window's bits
     constexpr int kMemoryLevel = 8;
     z_stream stream = {};
-    if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, MAX_WBITS + kGzipFormat, kMemoryLevel,
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, MAX_WBITS + kGzipFormat, kMemoryLevel,
                      Z_DEFAULT_STRATEGY) != Z_OK) {
         throw std::bad_alloc();
     }

@@ -91,7 +91,6 @@ class Gate : SupervisorListener {
     void resume(Session &session);
     // Subscribes to all events. The policy is asked for each of them, and nothing is refused.
     static void follow_events(Session &session);
-    const std::string &epoch() const { return epoch_; }
     // Whether the transport should stop reading the client's requests.
     static bool is_full(const Session &session);
     static bool is_answered(const Session &session);

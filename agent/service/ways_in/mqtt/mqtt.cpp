@@ -5,7 +5,7 @@
 #include "io/text.h"
 #include "protocol/json_text.h"
 #include "protocol/protocol.h"
-#include "service/ways_in/mqtt/compression.h"
+#include "service/common/gzip.h"
 #include "service/ways_in/mqtt/requests.h"
 
 #include <algorithm>
