@@ -29,14 +29,18 @@ job_mipsel_agent() {
     tools/mipsel_agent.sh
 }
 
-# Each allocation, and each system call, of hgagent serve fails in turn; the ordinary tests take a sample.
+# The first and the middle allocation of each call stack, and each system call, of hgagent serve and of call
+# fail in turn; the ordinary tests take a sample.
 job_agent_sweep() {
-    local sweep=(python3 -B tests/agent_sweep/agent_sweep.py) status=0
+    local sweep=(python3 -B tests/agent_sweep/agent_sweep.py) status=0 which
     cmake --preset release >/dev/null
-    cmake --build --preset release --target hgagent failing_allocation -- --quiet
-    "${sweep[@]}" memory build/release/bin/hgagent \
-        --library "$PWD/build/release/tests/agent_sweep/libfailing_allocation.so" || status=1
-    "${sweep[@]}" system_calls build/release/bin/hgagent || status=1
+    cmake --build --preset release --target hgagent smart_router_service simulated_gateway failing_allocation \
+        -- --quiet
+    for which in '' --call; do
+        "${sweep[@]}" memory build/release/bin/hgagent $which \
+            --library "$PWD/build/release/tests/agent_sweep/libfailing_allocation.so" || status=1
+        "${sweep[@]}" system_calls build/release/bin/hgagent $which || status=1
+    done
     return "$status"
 }
 

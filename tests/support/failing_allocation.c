@@ -3,17 +3,18 @@
  *
  *   FAILING_ALLOCATION=17    the one with this number, counted from 0
  *   FAILING_ALLOCATION=17-   that one and all after it
- *   COUNT_ALLOCATIONS=FILE   writes their number to the file when the process ends
+ *   ALLOCATION_STACKS=FILE   writes a hash of the call stack of each to the file when the process
+ * ends, one a line
  */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
-#include <fcntl.h>
+#include <execinfo.h>
 #include <stdatomic.h>
+#include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <unistd.h>
 
 /* Serves the loader while it looks up the functions that these replace. */
 static char early[4096];
@@ -27,17 +28,43 @@ static atomic_long count;
 static long first = -1;
 static int lasting;
 
-static void count_at_the_end(void)
+/* The hashes; of further allocations there is none. */
+#define MOST_STACKS 1000000
+static uint64_t stacks[MOST_STACKS];
+static const char *stacks_file;
+static _Thread_local int in_backtrace;
+
+/* FNV-1a of the return addresses. The plug-in has no unwind tables: the stack ends at its innermost
+ * function. */
+static void note_stack(long number)
 {
-    const char *file = getenv("COUNT_ALLOCATIONS");
-    if (file != NULL) {
-        char text[32];
-        const int length = snprintf(text, sizeof(text), "%ld\n", (long)count);
-        const int to = open(file, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-        if (to < 0 || write(to, text, (size_t)length) != length) {
-            abort();
-        }
-        close(to);
+    void *frames[128];
+    if (number >= MOST_STACKS || in_backtrace) {
+        return;
+    }
+    in_backtrace = 1; /* the first call allocates */
+    const int depth = backtrace(frames, (int)(sizeof(frames) / sizeof(frames[0])));
+    in_backtrace = 0;
+    uint64_t hash = 14695981039346656037U;
+    for (int frame = 0; frame < depth; ++frame) {
+        hash = (hash ^ (uintptr_t)frames[frame]) * 1099511628211U;
+    }
+    stacks[number] = hash;
+}
+
+static void write_stacks(void)
+{
+    FILE *file = fopen(stacks_file, "we");
+    if (file == NULL) {
+        abort();
+    }
+    stacks_file = NULL;
+    const long last = count < MOST_STACKS ? count : MOST_STACKS;
+    for (long number = 0; number < last; ++number) {
+        fprintf(file, "%016jx\n", (uintmax_t)stacks[number]);
+    }
+    if (fclose(file) != 0) {
+        abort();
     }
 }
 
@@ -48,7 +75,10 @@ __attribute__((constructor)) static void begin(void)
     next_malloc = (void *(*)(size_t))dlsym(RTLD_NEXT, "malloc");
     next_realloc = (void *(*)(void *, size_t))dlsym(RTLD_NEXT, "realloc");
     next_free = (void (*)(void *))dlsym(RTLD_NEXT, "free");
-    atexit(count_at_the_end);
+    stacks_file = getenv("ALLOCATION_STACKS");
+    if (stacks_file != NULL) {
+        atexit(write_stacks);
+    }
     count = 0;
     const char *number = getenv("FAILING_ALLOCATION");
     if (number != NULL) {
@@ -61,6 +91,9 @@ __attribute__((constructor)) static void begin(void)
 static int fails(void)
 {
     const long number = atomic_fetch_add(&count, 1);
+    if (stacks_file != NULL) {
+        note_stack(number);
+    }
     const int failing = first >= 0 && (number == first || (lasting && number > first));
     if (failing) {
         errno = ENOMEM;
