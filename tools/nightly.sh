@@ -25,6 +25,14 @@ job_json_cases() {
     /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
 }
 
+# Races within the C library as well, which the thread sanitizer does not see.
+job_helgrind() {
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target unit_threads -- --quiet
+    valgrind --quiet --tool=helgrind --error-limit=no --error-exitcode=1 \
+        --suppressions=tests/support/helgrind.supp build/release/bin/unit_threads --gtest_brief=1
+}
+
 job_mipsel_agent() {
     tools/mipsel_agent.sh
 }
