@@ -118,7 +118,7 @@ DeviceAnswer::DeviceAnswer(const char *function)
         content_ = Content::kNothing;
         break;
     case 9:
-        content_ = Content::kBrim;
+        content_ = Content::kFull;
         break;
     case 10:
     case 11:
@@ -130,7 +130,7 @@ DeviceAnswer::DeviceAnswer(const char *function)
         break;
     case 13: // a failure that has still written
         result_ = kResults[more % std::size(kResults)];
-        content_ = more % 2 == 0 ? Content::kPlausible : Content::kBrim;
+        content_ = more % 2 == 0 ? Content::kPlausible : Content::kFull;
         break;
     case 14:
         content_ = Content::kEmpty;
@@ -156,7 +156,7 @@ void DeviceAnswer::fill_text(const char *name, std::span<char> field)
     case Content::kPlausible:
         put(field, plausible_text(name, turn));
         break;
-    case Content::kBrim:
+    case Content::kFull:
         std::fill(field.begin(), field.end(), 'B');
         break;
     case Content::kEmpty:
@@ -178,7 +178,7 @@ void DeviceAnswer::fill_text(const char *name, std::span<char> field)
 int32_t DeviceAnswer::number()
 {
     switch (content_) {
-    case Content::kBrim:
+    case Content::kFull:
         return INT_MAX;
     case Content::kEmpty:
         return 0;
@@ -219,7 +219,7 @@ bool DeviceAnswer::free_text(std::string &text)
     case Content::kEmpty:
         text = "";
         return true;
-    case Content::kBrim:
+    case Content::kFull:
         text = std::string(5000, '[');
         return true;
     case Content::kPlausible: // the reply of another router to a query for its devices

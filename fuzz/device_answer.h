@@ -57,7 +57,7 @@ class DeviceAnswer {
     bool free_text(std::string &text);
 
   private:
-    enum class Content { kPlausible, kNothing, kBrim, kEmpty, kFieldByField, kRaw };
+    enum class Content { kPlausible, kNothing, kFull, kEmpty, kFieldByField, kRaw };
 
     int32_t number();
 

@@ -5,7 +5,7 @@ namespace {
 
 const Leeway kLeeways[] = {
     {.name = "GET_GREENNET_DEVICE_LIST",
-     .why = "an entry without memory is skipped, and the log tells of it",
+     .why = "an entry without memory is skipped, and the log says so",
      .lists = {"DeviceList"},
      .logged = "cJSON_CreateObject error\n"},
     {.name = "GET_PORT_BINDING",
@@ -19,7 +19,7 @@ const Leeway kLeeways[] = {
          "an application without memory is skipped; so is a rule, of which the reply tells; what "
          "stands before a list without memory stays",
      .lists = {"app_info_list", "classification_info_list"},
-     .told = {"classification_info_list"},
+     .reported = {"classification_info_list"},
      .added = {"Status", "FailReason"},
      .before = {"Enable", "app_info_list"}},
     {.name = "GET_TSLINK_TOPOLOGY_INFO",
@@ -62,8 +62,7 @@ const Leeway kLeeways[] = {
      .why = "a router without memory for its stations is reported without them",
      .keys = {"ChildBaseInfo"}},
     {.name = "json_get_topo_router_info",
-     .why =
-         "a child router is left out whose list of children has no memory, and the log tells of it",
+     .why = "a child router is left out whose list of children has no memory, and the log says so",
      .lists = {"ChildRouter"},
      .logged = "create childinfo_json err"},
 };

@@ -15,7 +15,7 @@ struct Leeway {
     Names keys = {};              // that may be missing
     Names lists = {};             // that may be short of elements
     const char *logged = nullptr; // what the log must then contain, if anything
-    Names told = {};              // the lists whose truncation an added key reports
+    Names reported = {};          // the lists whose truncation an added key reports
     Names added = {};             // keys that report what is omitted
     Names before = {};            // keys that precede a failure
     Names reasons = {};           // failure reasons specific to memory

@@ -42,7 +42,7 @@ class ReplyTest : public testing::TestWithParam<Subject> {
         if (field != nullptr && (is_text || cJSON_IsNumber(item) != 0)) {
             ++fields;
             const std::string value = is_text ? item->valuestring : std::to_string(item->valueint);
-            EXPECT_TRUE(rich_device::has_told(field->valuestring, value) ||
+            EXPECT_TRUE(rich_device::has_written(field->valuestring, value) ||
                         (value.empty() && is_first_refused))
                 << path << " is not what the device wrote to " << field->valuestring << ": "
                 << value;

@@ -46,7 +46,8 @@ Home home;
 Fault fault;
 bool is_endless;
 std::vector<Call> made;
-std::map<std::string, std::set<std::string>, std::less<>> told; // by record and field, or function
+std::map<std::string, std::set<std::string>, std::less<>>
+    written_texts; // by record and field, or function
 std::set<std::pair<std::string, std::string>> given;
 std::string calling; // the function
 
@@ -76,7 +77,7 @@ class Pen {
     {
         note_given(field, width, name);
         write_text(field, width, value, name);
-        told[name].insert({field, strnlen(field, width)});
+        written_texts[name].insert({field, strnlen(field, width)});
     }
 
     static void note_given(const void *place, size_t width, const std::string &name)
@@ -96,7 +97,7 @@ class Pen {
             }
             return;
         }
-        if (fills_to_the_brim()) {
+        if (fills_fields()) {
             memset(field, '9', width);
         } else if (how_ == Written::kGarbage) {
             for (size_t at = 0; at < width; ++at) {
@@ -112,7 +113,7 @@ class Pen {
     {
         note_given(&place, sizeof place, name);
         write_number(place, value, values);
-        told[name].insert(std::to_string(place));
+        written_texts[name].insert(std::to_string(place));
     }
 
     void write_number(int32_t &place, int32_t value, const std::vector<int32_t> &values)
@@ -199,7 +200,7 @@ class Pen {
         std::string answer = R"({"Count":"2","BaseInfo":[{"Mac":"A"},{"Mac":"B"}]})";
         if (how_ == Written::kGarbage) {
             answer.assign(5000, '[');
-        } else if (fills_to_the_brim()) {
+        } else if (fills_fields()) {
             answer = R"({"BaseInfo":")" + std::string(5000, '9') + R"("})";
         }
         *text = static_cast<char *>(FailingMemory::granted(answer.size() + 1));
@@ -207,7 +208,7 @@ class Pen {
     }
 
   private:
-    bool fills_to_the_brim() const { return how_ == Written::kBrim || how_ == Written::kRubbish; }
+    bool fills_fields() const { return how_ == Written::kFull || how_ == Written::kRubbish; }
 
     void entry(const char *record_name, const RecordField &field, char *place, size_t at,
                const std::vector<int32_t> &values)
@@ -220,7 +221,7 @@ class Pen {
         } else if (field.type == typeid(int32_t) || field.type == typeid(int16_t)) {
             if (how_ != Written::kNothing) {
                 *place = static_cast<char>(how_ == Written::kGarbage ? 0xA5 : at + 1);
-                told[name].insert(std::to_string(*place));
+                written_texts[name].insert(std::to_string(*place));
             }
         } else {
             record(field.type, place);
@@ -329,13 +330,13 @@ int32_t answer(const char *name, std::initializer_list<Argument> arguments)
 
 } // namespace
 
-bool has_told(std::string_view field, std::string_view text)
+bool has_written(std::string_view field, std::string_view text)
 {
-    auto texts = told.find(field);
-    if (texts == told.end()) {
-        texts = told.find(field.substr(0, field.find('.')));
+    auto texts = written_texts.find(field);
+    if (texts == written_texts.end()) {
+        texts = written_texts.find(field.substr(0, field.find('.')));
     }
-    return texts != told.end() && texts->second.contains(std::string(text));
+    return texts != written_texts.end() && texts->second.contains(std::string(text));
 }
 
 const std::set<std::pair<std::string, std::string>> &given_fields()
@@ -352,7 +353,7 @@ std::string Fault::name() const
 {
     static const std::map<Written, std::string> kNames = {
         {Written::kNothing, "nothing"}, {Written::kGarbage, "garbage"},
-        {Written::kBrim, "brim"},       {Written::kNoMemory, "no_memory"},
+        {Written::kFull, "full"},       {Written::kNoMemory, "no_memory"},
         {Written::kNumber, "number"},   {Written::kRubbish, "rubbish"},
         {Written::kWidest, "widest"},
     };
@@ -375,7 +376,7 @@ void furnish(const Home &where, const Fault &what, bool has_endless_walk)
     fault = what;
     is_endless = has_endless_walk;
     made.clear();
-    told.clear();
+    written_texts.clear();
     given.clear();
     recording_device::answer_all(answer);
     recording_device::when<base64_encode>([](const char *) {
@@ -396,10 +397,10 @@ std::vector<Fault> possible_faults()
         const Call &call = made[at];
         if (call.writes) {
             faults.push_back({at, -1, Written::kGarbage});
-            faults.push_back({at, -1, Written::kBrim});
+            faults.push_back({at, -1, Written::kFull});
             faults.push_back({at, {}, Written::kNothing});
             faults.push_back({at, {}, Written::kGarbage});
-            faults.push_back({at, {}, Written::kBrim});
+            faults.push_back({at, {}, Written::kFull});
         }
         if (call.hands_over) {
             faults.push_back({at, {}, Written::kNoMemory});

@@ -26,10 +26,10 @@ enum class Written {
     kWhole,    // everything, as it should be
     kNothing,  // the record stays zero
     kGarbage,  // any bytes, terminated or not
-    kBrim,     // each text fills its field completely, without a NUL
+    kFull,     // each text fills its field completely, without a NUL
     kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
     kNumber,   // one of the numbers is different
-    kRubbish,  // each text as in kBrim, and each number the same one
+    kRubbish,  // each text as in kFull, and each number the same one
     kWidest,   // each text that leads nowhere to the last byte of its field, with one of its own
 };
 
@@ -60,7 +60,7 @@ bool is_counted(std::string_view function);
 
 // Whether the device has written the text to the field, since it was set up; the field is one of
 // the descriptions, RECORD.FIELD or FUNCTION.ARGUMENT. No further than the field's width.
-bool has_told(std::string_view field, std::string_view text);
+bool has_written(std::string_view field, std::string_view text);
 
 // The functions, each with a field that held something before the device wrote to it, since it was
 // set up.

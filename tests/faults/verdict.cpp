@@ -189,9 +189,9 @@ bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, 
                                 knows_reason(description, reason->valuestring, is_whole)));
 }
 
-// Whether a failure's status stands in the object, be it before one that tells of a success: some
+// Whether a failure's status stands in the object, be it before one that reports a success: some
 // commands have both.
-bool tells_of_failure(const cJSON *object)
+bool reports_failure(const cJSON *object)
 {
     const char *status = cJSON_GetStringValue(cJSON_GetObjectItem(object, "Status"));
     return status != nullptr && std::string_view(status) == "1";
@@ -222,7 +222,7 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
         const bool is_whole = run.request == request_for(subject);
         return is_failure(tail, description_of(subject.command), may, is_whole)
                    ? ""
-                   : "what is told is neither a success nor a failure of this command";
+                   : "the reply is neither a success nor a failure of this command";
     }
     // Only a failure that was to be reported anyway has no memory to fall back on.
     const bool is_owed =
@@ -259,7 +259,7 @@ std::string damage(const Subject &subject, const SweepRun &run)
     }
     const Json kept(cJSON_Parse(run.kept.c_str()));
     if (subject.builder == nullptr && !run.kept.empty() && print(kept.get()) != run.object) {
-        return "what is kept is not what is told";
+        return "what is kept is not what is reported";
     }
     return run.is_json ? "" : "the object cannot be read back";
 }
@@ -281,25 +281,25 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
                    (may.called == nullptr || call.function != may.called);
         });
         return change != run.calls.end() && whole.succeeded(subject)
-                   ? "a failure is told, though the device was changed: " + described(*change)
+                   ? "a failure is reported, though the device was changed: " + described(*change)
                    : failure_verdict(subject, whole, run, how);
     }
     if (!whole.succeeded(subject)) {
-        return "a success is told of what fails";
+        return "a success is reported of what fails";
     }
     if (run.kept != whole.kept && (may.keeps || !run.kept.empty())) {
-        return "a success is told, though something else is kept";
+        return "a success is reported, though something else is kept";
     }
     if (run.object == whole.object) {
         return run.calls == whole.calls || !may.calls
                    ? ""
-                   : "a success is told, though calls are missing";
+                   : "a success is reported, though calls are missing";
     }
     Leeway::Names short_lists;
     const Json object = parse(run.object);
     const Json whole_object = parse(whole.object);
     if (!is_thinned(object.get(), whole_object.get(), may, short_lists)) {
-        return "a success is told, though the reply is not whole";
+        return "a success is reported, though the reply is not whole";
     }
     const bool is_logged =
         may.logged == nullptr ||
@@ -307,13 +307,13 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
             return line.level == 3 && line.text.starts_with(may.logged);
         });
     if (!short_lists.empty() && !is_logged) {
-        return "a list is short, and nothing in the log tells of it";
+        return "a list is short, and nothing in the log says so";
     }
-    const bool is_to_be_told =
+    const bool is_to_be_reported =
         std::any_of(short_lists.begin(), short_lists.end(),
-                    [&](std::string_view list) { return has(may.told, list); });
-    return is_to_be_told && !tells_of_failure(object.get())
-               ? "a list is short, and nothing in the reply tells of it"
+                    [&](std::string_view list) { return has(may.reported, list); });
+    return is_to_be_reported && !reports_failure(object.get())
+               ? "a list is short, and nothing in the reply says so"
                : "";
 }
 
@@ -367,14 +367,14 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
                             failed != "devapi_flash_update_image";
     const Json request = parse(run.request);
     const Json object = parse(run.object);
-    const bool leaves_texts = fault.written == rich_device::Written::kBrim ||
+    const bool leaves_texts = fault.written == rich_device::Written::kFull ||
                               fault.written == rich_device::Written::kRubbish;
     if (fault.result == -1 && leaves_texts && !fault.lasts && counts && is_question(failed) &&
         run.object.find("99999999") != std::string::npos) {
         return "the reply shows what a failed call left: " + failed;
     }
-    if (is_refusal && run.succeeded(subject) && !tells_of_failure(object.get())) {
-        return "a success is told of what the device refused: " + failed;
+    if (is_refusal && run.succeeded(subject) && !reports_failure(object.get())) {
+        return "a success is reported of what the device refused: " + failed;
     }
     if (subject.builder != nullptr) {
         return "";

@@ -9,6 +9,14 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <vector>
+
+// What most tests of handlers use of the recordings.
+using recording_device::Call;
+using recording_device::contents;
+using recording_device::when;
+using recording_host::LogLine;
+using Names = std::vector<std::string>;
 
 struct DeleteJson {
     void operator()(cJSON *json) const { cJSON_Delete(json); }

@@ -10,9 +10,6 @@
 
 namespace app_notice_test {
 
-using recording_device::when;
-using recording_host::LogLine;
-using Call = recording_device::Call;
 using Calls = std::vector<Call>;
 using Lines = std::vector<LogLine>;
 

@@ -8,11 +8,6 @@
 
 namespace attached_devices_test {
 
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using Names = std::vector<std::string>;
-
 constexpr char kCommand[] = "GET_AD_BASE_INFO";
 const std::string kFailure = "{" + failure("get ad base info error") + "}";
 
@@ -129,10 +124,6 @@ TEST_F(GetAdBaseInfo, AnyCountIsHeldToTheDevicesThatCanBeRead)
 } // namespace attached_devices_test
 
 namespace attached_device_setting_test {
-
-using recording_device::Call;
-using recording_device::contents;
-using recording_host::LogLine;
 
 constexpr char kCommand[] = "SET_AD_BASE_INFO";
 constexpr char kSuccess[] = R"({"Status":"0"})";
@@ -276,11 +267,6 @@ TEST_F(SetAdBaseInfo, AnyTextIsAMacAddress)
 
 // The attached devices' rights, and the firewall before them all.
 namespace attached_device_rights_test {
-
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
 
 class GetAttachDeviceRight : public HandlerTest {};
 class SetAttachDeviceRight : public HandlerTest {};

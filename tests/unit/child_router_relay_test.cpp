@@ -12,10 +12,6 @@
 
 namespace child_router_relay_test {
 
-using recording_device::Call;
-using recording_device::when;
-using recording_host::LogLine;
-
 constexpr char kSend[] = "devapi_cmdstring_sendto_tslink";
 
 struct Relay {
@@ -219,9 +215,6 @@ TEST_F(ChildRouterCommonTest, WhatHasNoTextIsNotSent)
 // GET_CHILD_ROUTER_AD_BASE_INFO: the one command that waits for what the child router answers. The
 // address sanitizer detects leaks.
 namespace child_router_answer_test {
-
-using recording_device::when;
-using Names = std::vector<std::string>;
 
 constexpr char kCommand[] = "GET_CHILD_ROUTER_AD_BASE_INFO";
 constexpr char kAsk[] = "devapi_cmdstring_sendto_tslink_with_retinfo";

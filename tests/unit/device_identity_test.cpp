@@ -6,8 +6,6 @@
 
 namespace device_identity_test {
 
-using recording_host::LogLine;
-
 class ResponseRouterVersion : public HandlerTest {
   protected:
     ResponseRouterVersion()

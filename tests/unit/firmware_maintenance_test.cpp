@@ -8,8 +8,6 @@
 
 namespace firmware_maintenance_test {
 
-using recording_device::when;
-
 const std::string kMainRouter =
     R"({"Status":"0","up_status":"0","name":"n","HWVersion":"h","FWVersion":"f","FWDATA":"d",)"
     R"("DeviceType":"t","AreaCode":"a"})";

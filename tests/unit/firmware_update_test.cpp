@@ -6,8 +6,6 @@
 
 namespace firmware_update_test {
 
-using recording_device::when;
-
 class HgGetUpdateStatus : public FirmwareUpdateTest {};
 class HgImageDownload : public FirmwareUpdateTest {};
 class ImageUpdate : public FirmwareUpdateTest {};
@@ -152,8 +150,6 @@ TEST_F(HgImageUpdate, AnythingButOneFlashesNothingUnguarded)
 
 // UPDATE_IMMEDIATE and IMAGE_DOWNLOAD, which hand the address to a worker and answer at once.
 namespace firmware_start_test {
-
-using recording_device::when;
 
 class UpdateImmediate : public FirmwareUpdateTest {};
 class ImageDownload : public FirmwareUpdateTest {};
@@ -316,8 +312,6 @@ TEST_F(ImageDownload, ADownloadThatCannotStartSaysSo)
 
 // PLATEFORM_UPDATE_IMMEDIATE, which checks the running firmware before it starts a worker.
 namespace firmware_platform_test {
-
-using recording_device::when;
 
 class PlateformUpdateImmediate : public FirmwareUpdateTest {};
 

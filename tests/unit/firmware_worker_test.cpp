@@ -12,8 +12,6 @@
 
 namespace firmware_worker_test {
 
-using recording_device::when;
-using recording_host::LogLine;
 using smart_router::kUpdateFailureSize;
 
 // ---- The starter -------------------------------------------------------------------------------
@@ -303,8 +301,6 @@ TEST_F(UpdateImmediateImage, TheOtherPartsAreTakenAsDone)
 
 // The worker concurrently with everything else that uses the lock.
 namespace firmware_threads_test {
-
-using recording_device::when;
 
 constexpr int kRounds = 1000;
 

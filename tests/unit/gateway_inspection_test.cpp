@@ -5,8 +5,6 @@
 
 namespace gateway_inspection_test {
 
-using recording_device::when;
-
 class HgInspection : public HandlerTest {};
 class GetHgUplinkStatus : public HandlerTest {};
 class GatewayInspectionTest : public HandlerTest {};

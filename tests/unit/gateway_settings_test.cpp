@@ -6,9 +6,6 @@
 
 namespace gateway_settings_test {
 
-using recording_device::when;
-using recording_host::LogLine;
-
 class SetLanIpInfo : public HandlerTest {};
 class SetHgDhcpInfo : public HandlerTest {};
 class SetHgPppoeInfo : public HandlerTest {};

@@ -6,11 +6,6 @@
 
 namespace protect_period_test {
 
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using Names = std::vector<std::string>;
-
 constexpr char kCommand[] = "GET_GREENNET_PROTECT_PERIOD_LIST";
 
 class GetGreennetProtectPeriodList : public HandlerTest {};
@@ -110,12 +105,6 @@ TEST_F(GetGreennetProtectPeriodList, ThereMayBeNoPeriodsOrMany)
 } // namespace protect_period_test
 
 namespace protect_period_setting_test {
-
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
 
 constexpr char kCommand[] = "SET_GREENNET_PROTECT_PERIOD_LIST";
 

@@ -11,12 +11,6 @@
 
 namespace green_net_test {
 
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
-
 class GetGreennetEnable : public HandlerTest {};
 class SetGreennetNotifyEnable : public HandlerTest {};
 
@@ -116,12 +110,6 @@ TEST_F(SetGreennetNotifyEnable, NoticesCutTheirTexts)
 } // namespace green_net_test
 
 namespace green_net_list_test {
-
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
 
 constexpr char kCommand[] = "GET_GREENNET_DEVICE_LIST";
 
@@ -290,12 +278,6 @@ TEST_F(GetGreennetDeviceList, ADeviceWithoutMemoryIsLeftOutAndLogged)
 } // namespace green_net_list_test
 
 namespace green_net_list_setting_test {
-
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
 
 constexpr char kCommand[] = "SET_GREENNET_DEVICE_LIST";
 constexpr char kSuccess[] = R"({"First":1,"Last":2,"Status":"0"})";
@@ -599,8 +581,6 @@ TEST_F(SetGreennetDeviceList, WithoutMemoryARefusedRemovalIsNotToldByHalf)
 
 // The MAC addresses that SET_GREENNET_DEVICE_LIST keeps, as the device gets them in one text.
 namespace green_net_mac_list_test {
-
-using recording_device::when;
 
 // Every device has an entry already.
 class SetGreennetDeviceListMacs : public HandlerTest {

@@ -6,10 +6,6 @@
 
 namespace guest_wifi_test {
 
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-
 class SetHgGuestSsid : public HandlerTest {};
 class GuestWifiTest : public HandlerTest {};
 

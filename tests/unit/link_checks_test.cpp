@@ -9,11 +9,6 @@
 
 namespace link_checks_test {
 
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using Names = std::vector<std::string>;
-
 constexpr int32_t kAllButMinusOne[] = {0, 1, 2, -2, 1000, INT32_MIN, INT32_MAX};
 
 class GetScanChannelCount : public HandlerTest {};

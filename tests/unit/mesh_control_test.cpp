@@ -5,11 +5,6 @@
 
 namespace mesh_control_test {
 
-using recording_device::Call;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
-
 constexpr int32_t kResults[] = {0, -1, 1, 2, -2, 3, 4, 1000, INT32_MIN, INT32_MAX};
 
 class SetTslinkSsid : public HandlerTest {};

@@ -14,7 +14,6 @@
 #include <vector>
 
 using LogLines = std::vector<recording_host::LogLine>;
-using Names = std::vector<std::string>;
 
 // The place of a text in a record, and the key under which it is reported.
 struct Place {
@@ -33,7 +32,7 @@ inline std::string value_of(const Place &place)
 }
 
 // The same for a device that fills its field completely.
-inline std::string brim_of(const Place &place)
+inline std::string full_text_of(const Place &place)
 {
     return text_of_length(place.width);
 }

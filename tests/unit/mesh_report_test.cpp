@@ -6,7 +6,6 @@
 
 namespace mesh_report_test {
 
-using recording_device::when;
 using namespace smart_router;
 
 class MeshReportTest : public MeshTest {

@@ -9,9 +9,6 @@
 // that are not freed.
 namespace ports_test {
 
-using recording_device::Call;
-using recording_device::when;
-
 class GetPortStatistics : public HandlerTest {};
 class GetPortBinding : public HandlerTest {};
 

@@ -9,8 +9,6 @@
 
 namespace qos_test {
 
-using recording_device::Call;
-
 // Texts with the number that the first seven bytes of each begin with.
 const std::pair<std::string, int32_t> kNumbers[] = {{"1", 1},
                                                     {"0", 0},
@@ -72,9 +70,6 @@ TEST_F(SetQosAppInfo, AnApplicationIsANumberOfAnyLength)
 
 // GET_QOS_INFO: the applications and the rules of quality of service.
 namespace qos_report_test {
-
-using recording_device::Call;
-using recording_device::when;
 
 constexpr char kCommand[] = "GET_QOS_INFO";
 
@@ -212,8 +207,6 @@ TEST_F(GetQosInfo, ARuleHasNoMoreThanThreeTypes)
 // User-defined rules: how the device handles them.
 namespace qos_rules_test {
 
-using recording_device::when;
-
 class SetQosClassificationInfo : public HandlerTest {};
 
 void device_leaves(const std::string &id, const std::string &action, int32_t result = 0)
@@ -274,10 +267,6 @@ TEST_F(SetQosClassificationInfo, ARefusedRuleKeepsItsId)
 
 // User-defined rules as read from a request.
 namespace qos_rule_reading_test {
-
-using recording_device::Call;
-using recording_device::contents;
-using recording_host::LogLine;
 
 constexpr char kInvalid[] = "json param is invalid or miss";
 

@@ -26,11 +26,11 @@ constexpr auto kLampFields = Fields{
 constexpr auto kNumber = Fields{FIELD_AS(Lamp, number, "Number")};
 
 // A field without room for a NUL, followed by data that must not be read.
-struct Brim {
+struct FullField {
     char field[4];
     char behind[4];
 };
-constexpr Brim kBrim = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
+constexpr FullField kFullField = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
 
 int32_t result;
 Lamp lamp;
@@ -95,25 +95,25 @@ TEST_F(RecipesTest, AQueryFailsByItsRule)
 
 int32_t answer;
 
-int32_t read(Brim *brim)
+int32_t read(FullField *record)
 {
-    EXPECT_EQ(std::string(brim->field, sizeof *brim), std::string(8, '\0'));
-    *brim = kBrim;
+    EXPECT_EQ(std::string(record->field, sizeof *record), std::string(8, '\0'));
+    *record = kFullField;
     return answer;
 }
 
 TEST_F(RecipesTest, ARecordWhoseReadFailedIsEmpty)
 {
-    Brim brim;
-    memset(&brim, '?', sizeof brim);
+    FullField record;
+    memset(&record, '?', sizeof record);
     answer = 0;
-    EXPECT_TRUE(read_or_empty<read>(brim));
-    EXPECT_EQ(memcmp(&brim, &kBrim, sizeof brim), 0);
+    EXPECT_TRUE(read_or_empty<read>(record));
+    EXPECT_EQ(memcmp(&record, &kFullField, sizeof record), 0);
     for (const int32_t failure : {-1, 1, 1000, INT_MIN}) {
         answer = failure;
-        memset(&brim, '?', sizeof brim);
-        EXPECT_FALSE(read_or_empty<read>(brim));
-        EXPECT_EQ(std::string(brim.field, sizeof brim), std::string(8, '\0'));
+        memset(&record, '?', sizeof record);
+        EXPECT_FALSE(read_or_empty<read>(record));
+        EXPECT_EQ(std::string(record.field, sizeof record), std::string(8, '\0'));
     }
 }
 

@@ -24,15 +24,15 @@ constexpr auto kDoorFields = Fields{
 };
 
 // A field without room for a NUL, followed by data that must not be read.
-struct Brim {
+struct FullField {
     char field[4];
     char behind[4];
 };
-constexpr Brim kBrim = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
+constexpr FullField kFullField = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
 
 constexpr auto kFields = Fields{
-    FIELD(Brim, field),
-    FIELD(Brim, behind),
+    FIELD(FullField, field),
+    FIELD(FullField, behind),
 };
 
 class ReplyTest : public HandlerTest {};
@@ -130,7 +130,7 @@ TEST_F(ReplyTest, AReplyHoldsItemsListsAndElements)
     reply.add("item", cJSON_CreateTrue());
     cJSON *list = reply.list("list");
     reply.append(list, cJSON_CreateNumber(7));
-    reply.append(list, kFields, &kBrim);
+    reply.append(list, kFields, &kFullField);
     reply.list("empty");
     EXPECT_TRUE(reply.complete());
     EXPECT_TRUE(reply.join(object.get()));
@@ -195,7 +195,7 @@ TEST_F(ReplyTest, AReplyThatGotNothingIsIncomplete)
     no_element.append(list, nullptr);
     EXPECT_FALSE(no_element.complete());
     no_element.append(list, cJSON_CreateTrue()); // deleted, as the reply is lost anyhow
-    no_element.append(list, kFields, &kBrim);
+    no_element.append(list, kFields, &kFullField);
     EXPECT_EQ(cJSON_GetArraySize(list), 0);
     EXPECT_FALSE(no_element.join(object.get()));
     EXPECT_EQ(print(object.get()), "{}");
@@ -213,7 +213,7 @@ TEST_F(ReplyTest, AReplyWithoutMemoryForAListOrAnElementIsIncomplete)
         Reply reply;
         cJSON *list = reply.list("list");
         const FailingMemory memory(first, FailingMemory::Fail::kOnce);
-        reply.append(list, kFields, &kBrim);
+        reply.append(list, kFields, &kFullField);
         EXPECT_FALSE(reply.complete()) << first;
         EXPECT_EQ(cJSON_GetArraySize(list), 0);
     }

@@ -5,8 +5,6 @@
 
 namespace router_children_test {
 
-using recording_device::when;
-
 // ---- Child routers of a child router -----------------------------------------------------------
 
 class ChildrenTest : public RelationsTest {
@@ -242,13 +240,13 @@ TEST_F(AttachedToAChildTest, AreReportedNoFurtherThanTheirFields)
 {
     attached_are({text_of_length(96)});
     AdBaseInfo device = {};
-    fill_places(&device, kAttachedDevice, brim_of);
+    fill_places(&device, kAttachedDevice, full_text_of);
     when<devapi_get_childsta_base_info>([&](AdBaseInfo *info) {
         *info = device;
         return 0;
     });
     EXPECT_EQ(devices(), list("[" +
-                              attached(text_of_length(96), brim_of)
+                              attached(text_of_length(96), full_text_of)
                                   .with("AccessTime", quoted(std::to_string(kNow)))
                                   .json() +
                               "]"));

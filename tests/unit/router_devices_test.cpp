@@ -5,8 +5,6 @@
 
 namespace router_devices_test {
 
-using recording_device::when;
-
 // A device of the reported type, online by cable.
 AdBaseInfo device_by_cable()
 {
@@ -285,7 +283,7 @@ TEST_F(RouterDevicesTest, CutARateThatIsTooLong)
 
 TEST_F(RouterDevicesTest, ReportNoFurtherThanTheirFields)
 {
-    fill_places(&device, kAttachedDevice, brim_of);
+    fill_places(&device, kAttachedDevice, full_text_of);
     put(device.LinkStatus, "1");
     EXPECT_EQ(devices(), list({reported()
                                    .without("OS")

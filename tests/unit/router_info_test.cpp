@@ -6,8 +6,6 @@
 
 namespace router_info_test {
 
-using recording_device::when;
-
 class RouterInfoTest : public MeshTest {
   protected:
     RouterInfoTest()
@@ -212,11 +210,11 @@ TEST_F(RouterInfoTest, SucceedsWithWhatIsKnown)
 
 TEST_F(RouterInfoTest, ReadsNoFurtherThanItsFields)
 {
-    fill_places(&base, kMainRouterRecord, brim_of);
+    fill_places(&base, kMainRouterRecord, full_text_of);
     fill(wan.ip);
     fill(wan.ConnectionState);
-    const Request begin = beginning(text_of_length(34), brim_of).with("NetStatus", R"("0")");
-    EXPECT_EQ(router(), whole(begin, brim_of).json());
+    const Request begin = beginning(text_of_length(34), full_text_of).with("NetStatus", R"("0")");
+    EXPECT_EQ(router(), whole(begin, full_text_of).json());
     fill(wan.Dns);
     fill(wan.WanGateWay);
     fill(lan.GatewayLanIP);

@@ -5,8 +5,6 @@
 
 namespace router_of_relations_test {
 
-using recording_device::when;
-
 class RouterOfRelationsTest : public RelationsTest {
   protected:
     std::string router_report()
@@ -74,10 +72,10 @@ TEST_F(RouterOfRelationsTest, HaveTheirMacsAsTheyStandWithoutAnother)
 TEST_F(RouterOfRelationsTest, ReportNoFurtherThanTheirFields)
 {
     NodeDevInfo node = {};
-    fill_places(&node, kNodeRecord, brim_of);
+    fill_places(&node, kNodeRecord, full_text_of);
     node_is(node);
     ChildRouterInfo record = {};
-    fill_places(&record, kChildRouterRecord, brim_of);
+    fill_places(&record, kChildRouterRecord, full_text_of);
     child_router_is(record);
     when<devapi_get_viewmac_by_mac>([](const char *, char *view) {
         text_of_length(32).copy(view, 32);
@@ -86,7 +84,7 @@ TEST_F(RouterOfRelationsTest, ReportNoFurtherThanTheirFields)
     attached_are({});
     Request expected = router("[]");
     for (const Place &place : kNodeRecord) {
-        expected = expected.with(place.key, quoted(brim_of(place)));
+        expected = expected.with(place.key, quoted(full_text_of(place)));
     }
     expected = expected.with("Mac", quoted(text_of_length(32)));
     expected = expected.with("ParentMacAddress", quoted(text_of_length(32)));
@@ -94,7 +92,7 @@ TEST_F(RouterOfRelationsTest, ReportNoFurtherThanTheirFields)
          select(kChildRouterRecord, {"RouterDeviceID", "Name", "NetStatus", "ChildRouterAccessType",
                                      "UpSpeed", "DownSpeed", "FWDATA", "HWVersion", "AreaCode",
                                      "UpTime", "DeviceType", "Wlan0Mac", "Wlan1Mac"})) {
-        expected = expected.with(place.key, quoted(brim_of(place)));
+        expected = expected.with(place.key, quoted(full_text_of(place)));
     }
     EXPECT_EQ(router_report(), "[" + expected.json() + "]");
     EXPECT_EQ(given_to("devapi_get_viewmac_by_mac", 0),

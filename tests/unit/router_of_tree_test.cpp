@@ -5,16 +5,14 @@
 
 namespace router_of_tree_test {
 
-using recording_device::when;
-
 class RouterOfTreeTest : public RouterTree {};
 
 TEST_F(RouterOfTreeTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
 {
     ChildRouterInfo record = {};
-    fill_places(&record, kChildRouterRecord, brim_of);
+    fill_places(&record, kChildRouterRecord, full_text_of);
     record_is(record);
-    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", brim_of, text_of_length(32))));
+    EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", full_text_of, text_of_length(32))));
     EXPECT_EQ(given_to("devapi_get_child_mesh_info_bynewmethod", 0), Names{text_of_length(64)});
 }
 

@@ -4,8 +4,6 @@
 
 namespace router_relations_test {
 
-using recording_device::when;
-
 class RouterRelationsTest : public RelationsTest {
   protected:
     std::string routers() { return report(json_get_topo_router_info); }

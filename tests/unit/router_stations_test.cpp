@@ -5,8 +5,6 @@
 
 namespace router_stations_test {
 
-using recording_device::when;
-
 Request station(std::string (*text)(const Place &) = value_of)
 {
     Places places = kAttachedDevice;
@@ -111,11 +109,12 @@ TEST_F(RouterStationsTest, AreListedAsTheDeviceLeavesTheirList)
 TEST_F(RouterStationsTest, ReportNoFurtherThanTheirFieldsAndNullAsItStands)
 {
     AdBaseInfo device = {};
-    fill_places(&device, kAttachedDevice, brim_of);
+    fill_places(&device, kAttachedDevice, full_text_of);
     stations_are(device, 1);
     EXPECT_EQ(stations(),
               R"({"ChildBaseInfo":[)" +
-                  station(brim_of).with("AccessTime", quoted(std::to_string(kNow))).json() + "]}");
+                  station(full_text_of).with("AccessTime", quoted(std::to_string(kNow))).json() +
+                  "]}");
     fill_places(&device, kAttachedDevice, [](const Place &) { return std::string("NULL"); });
     stations_are(device, 1);
     EXPECT_EQ(stations(), R"({"ChildBaseInfo":[)" +

@@ -8,10 +8,6 @@
 
 namespace service_switches_test {
 
-using recording_device::Call;
-using recording_device::when;
-using Names = std::vector<std::string>;
-
 class GetTsconfStatus : public HandlerTest {};
 class GetWpsEnable : public HandlerTest {};
 class SetWpsEnable : public HandlerTest {};

@@ -11,11 +11,11 @@ namespace texts_test {
 using namespace smart_router;
 
 // A field without room for a NUL, followed by data that must not be read.
-struct Brim {
+struct FullField {
     char field[4];
     char behind[4];
 };
-constexpr Brim kBrim = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
+constexpr FullField kFullField = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
 
 class TextsTest : public HandlerTest {};
 
@@ -68,8 +68,8 @@ TEST_F(TextsTest, AFieldHoldsATextInAnyCaseOnlyAsAWhole)
     for (const char *text : {"", "u", "ups", "up "}) {
         EXPECT_FALSE(holds_any_case(field, text)) << text;
     }
-    EXPECT_TRUE(holds_any_case(kBrim.field, "42Bc"));
-    EXPECT_FALSE(holds_any_case(kBrim.field, "42bCD"));
+    EXPECT_TRUE(holds_any_case(kFullField.field, "42Bc"));
+    EXPECT_FALSE(holds_any_case(kFullField.field, "42bCD"));
     const char none[4] = "";
     EXPECT_TRUE(holds_any_case(none, ""));
     EXPECT_FALSE(holds_any_case(none, "NULL"));
@@ -86,10 +86,10 @@ TEST_F(TextsTest, AFieldContainsATextAnywhereInIt)
     }
     EXPECT_TRUE(contains(field, "ABD", Case::kIsIgnored));
     EXPECT_FALSE(contains(field, "ABE", Case::kIsIgnored));
-    EXPECT_TRUE(contains(kBrim.field, "bC"));
-    EXPECT_FALSE(contains(kBrim.field, "CD"));
-    EXPECT_FALSE(contains(kBrim.field, "D7"));
-    EXPECT_FALSE(contains(kBrim.field, "42bCD"));
+    EXPECT_TRUE(contains(kFullField.field, "bC"));
+    EXPECT_FALSE(contains(kFullField.field, "CD"));
+    EXPECT_FALSE(contains(kFullField.field, "D7"));
+    EXPECT_FALSE(contains(kFullField.field, "42bCD"));
     const char ended[8] = {'a', '\0', 'b', 'c', '\0'};
     EXPECT_FALSE(contains(ended, "bc"));
     const char none[4] = "";
@@ -98,7 +98,7 @@ TEST_F(TextsTest, AFieldContainsATextAnywhereInIt)
 
 TEST_F(TextsTest, AFieldsTextEndsWithTheField)
 {
-    EXPECT_STREQ(Ended(kBrim.field).text(), "42bC");
+    EXPECT_STREQ(Ended(kFullField.field).text(), "42bC");
     const char brief[4] = {'a', '\0', 'b', '\0'};
     EXPECT_STREQ(Ended(brief).text(), "a");
     const char none[4] = "";
@@ -108,9 +108,9 @@ TEST_F(TextsTest, AFieldsTextEndsWithTheField)
 TEST_F(TextsTest, AFieldsNumberEndsWithTheField)
 {
     const char digits[4] = {'1', '2', '3', '4'};
-    const Brim brim = {{'1', '2', '3', '4'}, {'5', '6', '7', '\0'}};
+    const FullField record = {{'1', '2', '3', '4'}, {'5', '6', '7', '\0'}};
     EXPECT_EQ(number_in(digits), 1234);
-    EXPECT_EQ(number_in(brim.field), 1234);
+    EXPECT_EQ(number_in(record.field), 1234);
     const std::pair<const char *, int32_t> numbers[] = {{"", 0},
                                                         {"NULL", 0},
                                                         {" -7x", -7},

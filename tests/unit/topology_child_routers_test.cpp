@@ -4,8 +4,6 @@
 
 namespace topology_child_routers_test {
 
-using recording_device::when;
-
 class GetTslinkTopologyInfoChildRouters : public TopologyChildRouters {};
 
 // ---- json_get_child_router_topo_info -----------------------------------------------------------
@@ -126,8 +124,8 @@ TEST_F(GetTslinkTopologyInfoChildRouters, ReportNoFurtherThanTheirFields)
     EXPECT_EQ(router(record), expected(kRouterPlaces).json());
     EXPECT_EQ(result, 0);
     EXPECT_EQ(given_to("devapi_get_devicemodel", 1), Names{"31"});
-    fill_places(&record, kChildRouterRecord, brim_of);
-    EXPECT_EQ(router(record), expected(kRouterPlaces, brim_of).json());
+    fill_places(&record, kChildRouterRecord, full_text_of);
+    EXPECT_EQ(router(record), expected(kRouterPlaces, full_text_of).json());
 }
 
 TEST_F(GetTslinkTopologyInfoChildRouters, HaveLinksForTheOperatorsModelInAnyCase)
@@ -202,8 +200,6 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreNothingWithoutAnArgument)
 
 // The stations of the child routers in the topology report.
 namespace topology_stations_test {
-
-using recording_device::when;
 
 class GetTslinkTopologyInfoStations : public TopologyChildRouters {};
 
@@ -286,9 +282,9 @@ TEST_F(GetTslinkTopologyInfoStations, HaveStationsKeyByKey)
     EXPECT_EQ(result, 0);
     EXPECT_STREQ(record.AccessTime, "100");
     EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_local_timezone"});
-    fill_places(&record, kAttachedDevice, brim_of);
+    fill_places(&record, kAttachedDevice, full_text_of);
     EXPECT_EQ(station_object(&record),
-              station(brim_of).with("AccessTime", quoted(std::to_string(kNow))).json());
+              station(full_text_of).with("AccessTime", quoted(std::to_string(kNow))).json());
 }
 
 TEST_F(GetTslinkTopologyInfoStations, CopyNullAsItStands)

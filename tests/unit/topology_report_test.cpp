@@ -5,8 +5,6 @@
 
 namespace topology_report_test {
 
-using recording_device::when;
-
 class GetTslinkTopologyInfo : public TopologyReport {};
 
 // ---- The main router's own information ---------------------------------------------------------
@@ -35,8 +33,8 @@ TEST_F(GetTslinkTopologyInfo, ZeroesTheBuffersOfModelAndBridge)
 
 TEST_F(GetTslinkTopologyInfo, ReadsNoFurtherThanTheFieldsOfTheRouter)
 {
-    fill_places(&base, kMainRouterRecord, brim_of);
-    EXPECT_EQ(router_report(), without_devices(router(brim_of)).json());
+    fill_places(&base, kMainRouterRecord, full_text_of);
+    EXPECT_EQ(router_report(), without_devices(router(full_text_of)).json());
 }
 
 TEST_F(GetTslinkTopologyInfo, IsAReasonAloneWithoutTheBaseInformation)
@@ -155,8 +153,6 @@ TEST_F(GetTslinkTopologyInfo, OfWhatIsNoObjectAddsNothing)
 
 // The mesh of the main router in the topology report.
 namespace topology_mesh_test {
-
-using recording_device::when;
 
 class GetTslinkTopologyInfoMesh : public TopologyReport {};
 
@@ -306,8 +302,6 @@ TEST_F(GetTslinkTopologyInfoMesh, ListsTheChildrenThatHangFromTheMainRouter)
 // Which devices attached to the main router are in the topology report.
 namespace topology_devices_test {
 
-using recording_device::when;
-
 class GetTslinkTopologyInfoDevices : public TopologyDevices {};
 
 // ---- The walk ----------------------------------------------------------------------------------
@@ -347,9 +341,9 @@ TEST_F(GetTslinkTopologyInfoDevices, AsksForEachDeviceWithKindAndIndexAlone)
 
 TEST_F(GetTslinkTopologyInfoDevices, ReadsNoFurtherThanTheFieldsOfADevice)
 {
-    fill_places(&device, kAttachedDevice, brim_of);
+    fill_places(&device, kAttachedDevice, full_text_of);
     EXPECT_EQ(devices(), "[" +
-                             reported(brim_of)
+                             reported(full_text_of)
                                  .with("NetStatus", quoted(text_of_length(8)))
                                  .with("AccessTime", quoted(std::to_string(kNow)))
                                  .json() +
@@ -551,8 +545,6 @@ TEST_F(GetTslinkTopologyInfoDevices, AreNoneInTheReportWhenTheCountFails)
 
 // A device attached to the main router in the topology report.
 namespace topology_device_values_test {
-
-using recording_device::when;
 
 class GetTslinkTopologyInfoDeviceValues : public TopologyDevices {};
 

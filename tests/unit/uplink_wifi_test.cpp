@@ -7,10 +7,6 @@
 
 namespace uplink_wifi_test {
 
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-
 constexpr char kCommand[] = "SET_UPLINK_WIFI_INFO";
 
 const Request kUplink({{"SSID", R"("street")"},

@@ -6,9 +6,6 @@
 
 namespace wan_test {
 
-using recording_device::when;
-using recording_host::LogLine;
-
 constexpr char kCommand[] = "QUERY_WAN_INFO";
 
 class QueryWanInfo : public HandlerTest {};
@@ -80,9 +77,6 @@ TEST_F(QueryWanInfo, AQueryNeedsTheName)
 } // namespace wan_test
 
 namespace wan_setting_test {
-
-using recording_device::Call;
-using recording_host::LogLine;
 
 constexpr char kCommand[] = "SET_ROUTE_WAN_INFO";
 

@@ -13,11 +13,6 @@
 
 namespace wifi_batch_test {
 
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
-
 // ---- GET_WIFI_LIST_INFO ------------------------------------------------------------------------
 
 void copy(char *field, const std::string &text)
@@ -204,14 +199,6 @@ TEST_F(GetWifiListInfo, FailsWithoutTheStationControl)
 
 // ---- parse_wifi_info_from_json -----------------------------------------------------------------
 
-const Request kElement({{"SSIDIndex", R"("2")"},
-                        {"SSID", R"("home")"},
-                        {"PWD", R"("secret")"},
-                        {"ENCRYPT", R"("WPA2")"},
-                        {"PowerLevel", R"("80")"},
-                        {"Channel", R"("6")"},
-                        {"Enable", R"("1")"}});
-
 class SetWifiInfoListElement : public HandlerTest {
   protected:
     int32_t parse_element(const std::string &json)
@@ -301,9 +288,6 @@ TEST_F(SetWifiInfoListElement, ReadsItsIndexAsANumber)
 
 // Batches that never get a worker.
 namespace wifi_batch_refusal_test {
-
-using recording_device::when;
-using Names = std::vector<std::string>;
 
 const Request kElement({{"SSIDIndex", R"("1")"},
                         {"SSID", R"("home")"},
@@ -443,10 +427,6 @@ TEST_F(SetWifiInfoListRefusal, ForAWarningWithoutMemory)
 
 // One batch at a time, from the reply to the end of its worker.
 namespace wifi_batch_worker_test {
-
-using recording_device::contents;
-using recording_device::when;
-using Names = std::vector<std::string>;
 
 class SetWifiInfoList : public WifiBatchTest {};
 

@@ -9,12 +9,6 @@
 
 namespace wifi_radio_test {
 
-using recording_device::Call;
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-using Names = std::vector<std::string>;
-
 // ---- GET_WIFI_SLEEP_SCHEDULE -------------------------------------------------------------------
 
 class GetWifiSleepSchedule : public HandlerTest {};
@@ -229,9 +223,6 @@ TEST_F(SetWifiSleepSchedule, AnElementFillsTheTextsOfARecord)
 // What the radios hear, and the channels that they may use. Entries that are not freed are found by
 // the address sanitizer.
 namespace wifi_scan_test {
-
-using recording_device::Call;
-using recording_device::when;
 
 class GetScanWifiSsidlist : public HandlerTest {};
 class GetScanChannelPower : public HandlerTest {};

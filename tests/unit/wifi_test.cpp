@@ -7,10 +7,6 @@
 
 namespace wifi_test {
 
-using recording_device::contents;
-using recording_device::when;
-using recording_host::LogLine;
-
 class GetWifiInfo : public HandlerTest {};
 
 // ---- GET_WIFI_INFO -----------------------------------------------------------------------------
@@ -82,10 +78,6 @@ TEST_F(GetWifiInfo, AnyOtherIndexReachesTheDevice)
 } // namespace wifi_test
 
 namespace wifi_setting_test {
-
-using recording_device::contents;
-using recording_device::when;
-using Names = std::vector<std::string>;
 
 class SetWifiInfo : public HandlerTest {};
 
