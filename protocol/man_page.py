@@ -29,7 +29,7 @@ The meaning of each key is shown by
 .Ql hgagent describe NAME .
 """
 EVENTS = r""".Sh EVENTS
-What happens by itself is told by
+What happens by itself is reported by
 .Ql hgagent serve --events
 and by the service in lines
 .Li {\(dqevent\(dq: NAME, \(dqdata\(dq: {...}} .

@@ -59,7 +59,7 @@ def reference(descriptions, reports, events, introduction):
 def event_parts(event):
     yield f"### {event['event']}\n"
     by = {"serve": "`hgagent serve`", "service": "the service"}[event["made_by"]]
-    yield (f"{event['summary']}: {event['when']}. Told by {by}."
+    yield (f"{event['summary']}: {event['when']}. Sent by {by}."
            f"{' ' + event['details'] if 'details' in event else ''}\n")
     if event["data"]:
         yield table(("Key", "Value", "Meaning"),

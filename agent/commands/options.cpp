@@ -109,7 +109,7 @@ void take_request(const CLI::App &call, Options &options)
 CLI::Option *add_reasons(CLI::App *subcommand, Options &options)
 {
     return subcommand->add_flag("--reasons", options.reasons,
-                                "Tell what the device library says of the calls that it refuses");
+                                "Report what the device library says about calls that it refuses");
 }
 
 // For the subcommands that can also use a service. It excludes the options for libraries.
@@ -159,7 +159,7 @@ void add_serve(CLI::App &app, Options &options)
         ->check(silent(CLI::PositiveNumber))
         ->capture_default_str();
     serve->add_flag("--events", options.serve.events,
-                    "Tell of everything that happens by itself in lines {\"event\": NAME, ...}");
+                    "Report everything that happens by itself in lines {\"event\": NAME, ...}");
     add_reasons(serve, options);
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
@@ -259,7 +259,7 @@ void add_protocol_pages(CLI::App &app, Options &options)
     list->callback([&options] { options.subcommand = Subcommand::kList; });
 
     CLI::App *describe = app.add_subcommand(
-        "describe", "Show what a command takes and replies, or what an event tells");
+        "describe", "Show what a command takes and replies, or what an event contains");
     describe->add_option("NAME", options.described, "Name of the command or event")
         ->type_name("")
         ->required();

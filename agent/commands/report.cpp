@@ -61,11 +61,12 @@ int upgrade_service(const Options &options)
             failure = "the gateway's process has ended meanwhile";
         }
     });
-    const bool is_told = gateway.subscribe("update.*") && gateway.subscribe("background.lost");
+    const bool is_subscribed =
+        gateway.subscribe("update.*") && gateway.subscribe("background.lost");
     const Json params = params_of("url", options.update_url);
     gateway.report(kImageUpgrade, params.get());
-    if (!is_told) {
-        print_error("the upgrade has begun; the service does not tell how it ends");
+    if (!is_subscribed) {
+        print_error("the upgrade has begun; the service does not report how it ends");
         return kSuccess;
     }
     gateway.await_events([&] { return failure.has_value(); });

@@ -163,9 +163,9 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
 }
 
 // Writes asynchronous events and notices to the output.
-class Teller {
+class AsyncOutput {
   public:
-    Teller(const Options &options, const ServeSession::Output &output)
+    AsyncOutput(const Options &options, const ServeSession::Output &output)
         : options_(options), output_(output)
     {
     }
@@ -228,14 +228,15 @@ void answer_lines(ServeSession &session, size_t max_line, const StopSignals &sto
 ServeSession::ServeSession(const Options &options, const PluginHost &host, Output output)
     : options_(options), host_(host), output_(std::move(output)),
       events_(host, options.serve.events
-                        ? Events::Tell([this](const char *name, const std::string &data) {
-                              Teller(options_, output_).event(name, data);
+                        ? Events::Report([this](const char *name, const std::string &data) {
+                              AsyncOutput(options_, output_).event(name, data);
                           })
                         : nullptr),
-      notices_(options.notice_refusal,
-               [this](const Json &notice) { return Teller(options_, output_).notice(notice); }),
+      notices_(
+          options.notice_refusal,
+          [this](const Json &notice) { return AsyncOutput(options_, output_).notice(notice); }),
       progress_(host, [this](const std::string &task, int32_t percent) {
-          Teller(options_, output_).progress(task, percent);
+          AsyncOutput(options_, output_).progress(task, percent);
       })
 {
     if (options.reasons) {

@@ -62,7 +62,7 @@ class ScriptUser : public ShellUser {
         has_reader_ = output_.write_line(text, &stop_) && has_reader_;
     }
 
-    void tell(const std::string &message) override
+    void show(const std::string &message) override
     {
         print_error((in_line_ ? "line " + std::to_string(line_) + ": " : "") + message);
     }
@@ -130,7 +130,7 @@ int run_script(const std::string &path)
         user.begin_line();
         ExitStatus of_line = kWrongUsage;
         if (read == LineReader::Result::kTooLong) {
-            user.tell("it is longer than " + std::to_string(kMaxLine) + " bytes");
+            user.show("it is longer than " + std::to_string(kMaxLine) + " bytes");
         } else {
             of_line = shell.run(line);
         }
@@ -161,7 +161,7 @@ class TerminalUser : public ShellUser {
         shell_.connect();
         shell_.greet();
         open_history();
-        editor_.print_above("\"help\" tells what can be typed here.");
+        editor_.print_above("\"help\" shows what can be typed here.");
         std::string line;
         while (!shell_.has_quit() && signal_ == 0) {
             const LineEditor::Result read = editor_.read(line);
@@ -192,7 +192,7 @@ class TerminalUser : public ShellUser {
     }
 
     void print(const std::string &text) override { editor_.print_above(text); }
-    void tell(const std::string &message) override
+    void show(const std::string &message) override
     {
         editor_.print_above("hgagent: " + one_line(message));
     }
@@ -312,7 +312,7 @@ void add_shell(CLI::App &app, Options &options)
         ->type_name("PATH")
         ->allow_extra_args(false);
     shell->footer(R"(
-Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" tells what can be typed. What is no terminal is
+Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" shows what can be typed. What is no terminal is
 read line by line; the exit status is that of the first line that failed.)");
     shell->callback([&options] {
         options.subcommand = Subcommand::kOther;

@@ -86,7 +86,7 @@ int draw(const cJSON *mesh, const Options &options, ReplyOutput &output)
     const cJSON *topology = cJSON_GetObjectItemCaseSensitive(mesh, kTopology);
     const std::string failure = failure_in(topology);
     if (!failure.empty()) {
-        print_error("the gateway does not tell its topology: " + failure);
+        print_error("the gateway does not report its topology: " + failure);
         return kCommandFailed;
     }
     std::vector<Router> routers =

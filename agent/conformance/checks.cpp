@@ -221,7 +221,7 @@ class CommandCheck {
         if (before == nullptr) {
             return {Verdict::kSkipped,
                     {"could not be restored: " + command_["read_back"]["command"].text() +
-                     " does not tell all of it"}};
+                     " does not report all of it"}};
         }
         const Json changed = changed_setting(command_, before.get());
         return changed != nullptr ? change_and_restore(selected, changed.get(), before.get())
@@ -243,8 +243,9 @@ class CommandCheck {
     {
         for (const Description &key : command_["request"]) {
             if (key.contains("found_in")) {
-                return {Verdict::kSkipped,
-                        {key["found_in"]["command"].text() + " tells no " + key["key"].text()}};
+                return {
+                    Verdict::kSkipped,
+                    {key["found_in"]["command"].text() + " does not report " + key["key"].text()}};
             }
         }
         return {};
@@ -274,7 +275,7 @@ class CommandCheck {
         }
         if (result.verdict == Verdict::kNotSupported && !missing.empty()) {
             return {Verdict::kSkipped,
-                    {command_["read_back"]["command"].text() + " tells no " + missing}};
+                    {command_["read_back"]["command"].text() + " does not report " + missing}};
         }
         return result;
     }

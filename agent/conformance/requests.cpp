@@ -136,17 +136,17 @@ const cJSON *place_of(const cJSON *reply, const Description &command, const cJSO
     return nullptr;
 }
 
-void put_told(cJSON *request, const Description &key, const cJSON *told);
+void put_reported(cJSON *request, const Description &key, const cJSON *reported);
 
-Json list_of(const Description &items, const cJSON *told)
+Json list_of(const Description &items, const cJSON *reported)
 {
     Json list(cJSON_CreateArray());
     const cJSON *element = nullptr;
-    cJSON_ArrayForEach(element, told)
+    cJSON_ArrayForEach(element, reported)
     {
         Json entry(cJSON_CreateObject());
         for (const Description &key : items) {
-            put_told(entry.get(), key, item_of(element, key["key"].text()));
+            put_reported(entry.get(), key, item_of(element, key["key"].text()));
         }
         cJSON_AddItemToArray(list.get(), entry.release());
     }
@@ -155,13 +155,13 @@ Json list_of(const Description &items, const cJSON *told)
 
 // Adds the value that the device reports for a key. An optional key without a value is omitted, so
 // that the request leaves it unchanged.
-void put_told(cJSON *request, const Description &key, const cJSON *told)
+void put_reported(cJSON *request, const Description &key, const cJSON *reported)
 {
-    if (cJSON_IsArray(told) != 0) {
-        put(request, key["key"].text(), list_of(key["items"], told));
+    if (cJSON_IsArray(reported) != 0) {
+        put(request, key["key"].text(), list_of(key["items"], reported));
         return;
     }
-    const std::string value = value_of(told);
+    const std::string value = value_of(reported);
     if (is_value(value) || key["required"].is_true()) {
         put(request, key["key"].text(),
             Json(cJSON_CreateString(is_value(value) ? value.c_str() : "")));
@@ -219,15 +219,16 @@ Json setting_in_force(const Description &command, const cJSON *selected, const A
     Json setting(cJSON_CreateObject());
     for (const Description &key : command["request"]) {
         const std::string name = key["key"].text();
-        const cJSON *told = item_of(place, renamed.contains(name) ? renamed[name].text() : name);
+        const cJSON *reported =
+            item_of(place, renamed.contains(name) ? renamed[name].text() : name);
         if (given.contains(name)) {
             put(setting.get(), name, json_of(given[name]));
         } else if (key.contains("found_in") || has_key(query["request"], name)) {
             put_copy(setting.get(), name, item_of(selected, name));
         } else if (std::ranges::find(without, name) != without.end()) {
             continue;
-        } else if (told != nullptr) {
-            put_told(setting.get(), key, told);
+        } else if (reported != nullptr) {
+            put_reported(setting.get(), key, reported);
         } else if (key["required"].is_true()) {
             return nullptr;
         }

@@ -47,9 +47,9 @@ constexpr size_t kMostReasons = 5;
 constexpr size_t kMostWarnings = 5;
 
 // The worker's end of the pipe.
-class Teller {
+class ResultPipe {
   public:
-    explicit Teller(int pipe) : pipe_(pipe) {}
+    explicit ResultPipe(int pipe) : pipe_(pipe) {}
 
     // One write per line, so that lines of several threads do not mix. A missing reader is ignored.
     void say(Word word, const std::string &text = "") const
@@ -64,32 +64,32 @@ class Teller {
     int pipe_;
 };
 
-[[noreturn]] void work(const Teller &teller, const std::vector<Check> &checks, size_t first,
+[[noreturn]] void work(const ResultPipe &results, const std::vector<Check> &checks, size_t first,
                        const HostOptions &options, const StopSignals &stop)
 {
     try {
         CheckedHost host(options,
-                         {[&](const std::string &function) { teller.say(kCalls, function); },
-                          [&] { teller.say(kAnswered); },
-                          [&](const std::string &reason) { teller.say(kReason, reason); },
-                          [&](const std::string &warning) { teller.say(kWarning, warning); },
+                         {[&](const std::string &function) { results.say(kCalls, function); },
+                          [&] { results.say(kAnswered); },
+                          [&](const std::string &reason) { results.say(kReason, reason); },
+                          [&](const std::string &warning) { results.say(kWarning, warning); },
                           [&](const std::string &fault) {
-                              teller.say(kFault, fault);
+                              results.say(kFault, fault);
                           }});
-        teller.say(kUp);
+        results.say(kUp);
         for (size_t at = first; at < checks.size() && stop.arrived() == 0; ++at) {
-            teller.say(kBegins);
+            results.say(kBegins);
             const CheckResult result = host.run(checks[at]);
             for (const std::string &detail : result.details) {
-                teller.say(kDetail, detail);
+                results.say(kDetail, detail);
             }
             for (const std::string &name : result.names) {
-                teller.say(kName, name);
+                results.say(kName, name);
             }
-            teller.say(kVerdict, word_for(result.verdict));
+            results.say(kVerdict, word_for(result.verdict));
         }
     } catch (const HostError &problem) {
-        teller.say(kNotUp, std::to_string(problem.status()) + ' ' + problem.what());
+        results.say(kNotUp, std::to_string(problem.status()) + ' ' + problem.what());
     }
     fflush(nullptr);
     _exit(0); // threads of the library may still run
@@ -119,7 +119,7 @@ class CheckProcess {
         process_ = fork();
         if (process_ == 0) {
             close(ends[0]);
-            work(Teller(ends[1]), checks, first, host, stop);
+            work(ResultPipe(ends[1]), checks, first, host, stop);
         }
         close(ends[1]);
         pipe_ = ends[0];
@@ -237,17 +237,17 @@ class CheckProcess {
         return result;
     }
 
-    static CheckResult with_faults(Verdict verdict, CheckResult told,
+    static CheckResult with_faults(Verdict verdict, CheckResult result,
                                    std::vector<std::string> faults)
     {
         if (faults.empty()) {
-            told.verdict = verdict;
-            return told;
+            result.verdict = verdict;
+            return result;
         }
         if (verdict == Verdict::kFailed) {
-            faults.insert(faults.end(), told.details.begin(), told.details.end());
+            faults.insert(faults.end(), result.details.begin(), result.details.end());
         }
-        return {Verdict::kFailed, std::move(faults), {}, std::move(told.warnings)};
+        return {Verdict::kFailed, std::move(faults), {}, std::move(result.warnings)};
     }
 
     CheckResult broken_off(std::vector<std::string> faults, const std::string &where)
@@ -306,8 +306,8 @@ class CheckProcess {
     // Only a signal from a terminal reaches both processes.
     void pass_on_signal()
     {
-        if (!is_told_ && stop_.arrived() != 0) {
-            is_told_ = true;
+        if (!is_stopping_ && stop_.arrived() != 0) {
+            is_stopping_ = true;
             kill(process_, stop_.arrived());
         }
     }
@@ -319,7 +319,7 @@ class CheckProcess {
     std::string unread_;
     std::string last_function_;
     bool is_late_ = false;
-    bool is_told_ = false; // told to stop
+    bool is_stopping_ = false;
 };
 
 } // namespace

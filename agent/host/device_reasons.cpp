@@ -21,7 +21,7 @@ std::mutex listener_lock; // held during the call, so that the listener is not r
 DeviceReasons::Listener reason_listener;
 DeviceReasons::Listener refused_listener;
 
-void tell(const std::string &who, const std::string &reason)
+void report(const std::string &who, const std::string &reason)
 {
     if (reason_listener) {
         reason_listener(one_line(who) + ": " + one_line(reason));
@@ -41,7 +41,7 @@ template <class Work> void without_exceptions(Work work)
 
 void take_refusal(const char *function, const char *reason, void *)
 {
-    without_exceptions([&] { tell(function, reason); });
+    without_exceptions([&] { report(function, reason); });
 }
 
 } // namespace
@@ -91,7 +91,7 @@ void take_logged_error(const char *module, const char *format, va_list arguments
         if (reason_listener) {
             std::string text = format_log_text(false, format, arguments);
             text.erase(text.find_last_not_of("\r\n") + 1);
-            tell(module, text);
+            report(module, text);
         }
     });
 }
@@ -102,7 +102,7 @@ void take_refused_command(const char *command)
         if (refused_listener) {
             refused_listener(command);
         } else {
-            tell(PROGRAM_NAME, std::string("refused to run a command: ") + command);
+            report(PROGRAM_NAME, std::string("refused to run a command: ") + command);
         }
     });
 }

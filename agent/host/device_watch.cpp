@@ -314,15 +314,15 @@ class Look {
     {
         const Field &counter = record.fields[static_cast<size_t>(array.counted_by)];
         const auto count = value_at<int32_t>(at + counter.offset);
-        const std::string told = path + "." + counter.name + " is " + std::to_string(count);
+        const std::string found = path + "." + counter.name + " is " + std::to_string(count);
         if (count < 0) {
             if (!counter.negative_is_none) {
-                fault(told);
+                fault(found);
             }
             return 0;
         }
         if (static_cast<size_t>(count) > room) {
-            fault(told + ", and there is room for " + std::to_string(room));
+            fault(found + ", and there is room for " + std::to_string(room));
             return room;
         }
         return static_cast<size_t>(count);

@@ -31,12 +31,12 @@ template <class Work> void without_exceptions(Work work)
 
 } // namespace
 
-Events::Events(const PluginHost &host, Tell tell)
-    : tell_(std::move(tell)), workers_(host),
+Events::Events(const PluginHost &host, Report report)
+    : report_(std::move(report)), workers_(host),
       on_reboot_(reinterpret_cast<decltype(&simulated_gateway_on_reboot)>(
           host.device_symbol("simulated_gateway_on_reboot")))
 {
-    if (tell_) {
+    if (report_) {
         on_update_ = reinterpret_cast<decltype(&simulated_gateway_on_update)>(
             host.device_symbol("simulated_gateway_on_update"));
     }
@@ -58,10 +58,10 @@ Events::~Events()
     }
 }
 
-void Events::tell(const char *event, const std::string &data) const
+void Events::report(const char *event, const std::string &data) const
 {
-    if (tell_) {
-        tell_(event, data);
+    if (report_) {
+        report_(event, data);
     }
 }
 
@@ -70,9 +70,9 @@ void Events::receive_update(const char *version, const char *reason, void *event
     without_exceptions([&] {
         auto *self = static_cast<Events *>(events);
         if (reason != nullptr) {
-            self->tell("update.failed", "{\"reason\":" + agent::quoted(one_line(reason)) + "}");
+            self->report("update.failed", "{\"reason\":" + agent::quoted(one_line(reason)) + "}");
         } else {
-            self->tell(
+            self->report(
                 "update.succeeded",
                 "{\"version\":" + agent::quoted(one_line(version != nullptr ? version : "")) + "}");
         }
@@ -89,13 +89,13 @@ void Events::begin_reboot(int32_t seconds)
     const std::lock_guard lock(mutex_);
     const bool goes_on = reboot_end_.has_value(); // a reboot during a reboot extends it
     if (!goes_on) {
-        tell("reboot.begun", "{\"seconds\":" + std::to_string(seconds) + "}");
+        report("reboot.begun", "{\"seconds\":" + std::to_string(seconds) + "}");
     }
     if (seconds > 0) {
         reboot_end_ = std::max(reboot_end_.value_or(Clock::time_point()),
                                Clock::now() + std::chrono::seconds(seconds));
     } else if (!goes_on) {
-        tell("reboot.ended", "{}");
+        report("reboot.ended", "{}");
     }
 }
 
@@ -104,7 +104,7 @@ bool Events::is_rebooting()
     const std::lock_guard lock(mutex_);
     if (reboot_end_ && Clock::now() >= *reboot_end_) {
         reboot_end_.reset();
-        tell("reboot.ended", "{}");
+        report("reboot.ended", "{}");
     }
     return reboot_end_.has_value();
 }
@@ -112,18 +112,18 @@ bool Events::is_rebooting()
 void Events::look()
 {
     is_rebooting();
-    if (!tell_) {
+    if (!report_) {
         return;
     }
     workers_.look([&](const char *worker, bool is_at_work) {
-        tell(is_at_work ? "background.started" : "background.ended",
-             "{\"worker\":" + agent::quoted(worker) + "}");
+        report(is_at_work ? "background.started" : "background.ended",
+               "{\"worker\":" + agent::quoted(worker) + "}");
     });
 }
 
 std::optional<milliseconds> Events::next_look() const
 {
-    if (!tell_) {
+    if (!report_) {
         return std::nullopt;
     }
     std::optional<milliseconds> next;

@@ -21,10 +21,10 @@ namespace agent {
 class Events {
   public:
     // Receives the event's name and data, a JSON object. Called from any thread.
-    using Tell = std::function<void(const char *event, const std::string &data)>;
+    using Report = std::function<void(const char *event, const std::string &data)>;
 
-    // Without tell, only reboots are tracked.
-    Events(const PluginHost &host, Tell tell);
+    // Without report, only reboots are tracked.
+    Events(const PluginHost &host, Report report);
     ~Events();
     Events(const Events &) = delete;
     Events &operator=(const Events &) = delete;
@@ -40,9 +40,9 @@ class Events {
     static void receive_update(const char *version, const char *reason, void *events);
     static void receive_reboot(int32_t seconds, void *events);
     void begin_reboot(int32_t seconds);
-    void tell(const char *event, const std::string &data) const;
+    void report(const char *event, const std::string &data) const;
 
-    const Tell tell_;
+    const Report report_;
     WorkerWatch workers_;
     void (*on_update_)(void (*)(const char *, const char *, void *), void *) = nullptr;
     void (*on_reboot_)(void (*)(int32_t, void *), void *);

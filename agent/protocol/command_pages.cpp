@@ -80,7 +80,7 @@ std::string about(const Description &key, bool in_request)
         parts.push_back(form_of(key));
     }
     if (key.contains("found_in")) {
-        parts.push_back("told by " + key["found_in"]["command"].text());
+        parts.push_back("reported by " + key["found_in"]["command"].text());
     }
     return joined(parts, "; ");
 }
@@ -88,7 +88,7 @@ std::string about(const Description &key, bool in_request)
 std::string changes_of(const Description &command)
 {
     if (command.contains("read_back")) {
-        return "a setting, told by " + command["read_back"]["command"].text();
+        return "a setting, reported by " + command["read_back"]["command"].text();
     }
     return command["effect"] == "none" ? "nothing" : "what it cannot change back";
 }
@@ -155,7 +155,7 @@ void print_event_page(std::ostream &page, const Description &event)
     }
     Table facts;
     facts.row({"When", event["when"].text()});
-    facts.row({"Told by", event["made_by"] == "serve" ? "hgagent serve --events" : "the service"});
+    facts.row({"Sent by", event["made_by"] == "serve" ? "hgagent serve --events" : "the service"});
     facts.print(page, "");
     page << "\nData\n";
     print_keys(page, event["data"], false);

@@ -94,7 +94,7 @@ constexpr Setting kSettings[] = {
     {"worker.raw-bytes", "--raw-bytes", "", "",
      place_in<&ServiceConfig::worker, &WorkerConfig::raw_bytes>},
     {"worker.reasons", "--reasons", "",
-     "Tell what the device library says of the calls that it refuses",
+     "Report what the device library says about calls that it refuses",
      place_in<&ServiceConfig::worker, &WorkerConfig::reasons>},
     {"worker.reboot-seconds", "--reboot-seconds", "SECONDS",
      "How long a reboot of the simulated gateway takes; 45 by default",

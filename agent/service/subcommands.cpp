@@ -85,7 +85,7 @@ void add_policy(CLI::App &app, Options &options)
 {
     CLI::App *policy = app.add_subcommand("policy", "Try out who may do what with the service");
     CLI::App *test = policy->add_subcommand(
-        "test", "Tell whether a request would be allowed, and by which rule");
+        "test", "Report whether a request would be allowed, and by which rule");
     policy->require_subcommand(1);
     policy->footer("");
     auto question = std::make_shared<PolicyQuestion>();

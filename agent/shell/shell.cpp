@@ -93,7 +93,7 @@ void Shell::lose(const ServiceError &problem)
 {
     client_.reset();
     print_events();
-    user_.tell(std::string(problem.what()) + "; the shell will connect again");
+    user_.show(std::string(problem.what()) + "; the shell will connect again");
     next_try_ = ShellClock::now() + pause_;
     pause_ = std::min(pause_ * 2, kLongestPause);
 }
@@ -133,8 +133,8 @@ void Shell::connect_again()
     if (!events_pattern_.empty()) {
         ask(subscribe_request(events_pattern_), ShellClock::now() + kForGreeting);
     }
-    user_.tell("connected to the service again" +
-               std::string(!epoch.empty() && epoch != epoch_ ? "; it was started anew" : ""));
+    user_.show("connected to the service again" +
+               std::string(!epoch.empty() && epoch != epoch_ ? "; it was restarted" : ""));
 }
 
 void Shell::work()
@@ -217,7 +217,7 @@ ExitStatus Shell::run(std::string_view line)
     try {
         return carry_out(parse_shell_line(line));
     } catch (const BadRequest &problem) {
-        user_.tell("bad request: " + std::string(problem.what()));
+        user_.show("bad request: " + std::string(problem.what()));
         return kWrongUsage;
     } catch (const ServiceError &problem) {
         lose(problem);
@@ -258,7 +258,7 @@ ExitStatus Shell::request(const ShellInput &input)
         ask(is_report ? report_request(input.name, input.params)
                       : command_request(input.name, input.params));
     if (!answer) {
-        user_.tell("no answer was waited for; it may be carried out all the same");
+        user_.show("no answer was waited for; it may be carried out all the same");
         return kCommandFailed;
     }
     pause_ = kFirstPause;
@@ -271,12 +271,12 @@ ExitStatus Shell::request(const ShellInput &input)
 ExitStatus Shell::show_answer(const ShellInput &input, const ServiceAnswer &answer)
 {
     if (!answer.error.empty()) {
-        user_.tell((answer.code.empty() ? "" : answer.code + ": ") + answer.error +
+        user_.show((answer.code.empty() ? "" : answer.code + ": ") + answer.error +
                    (answer.rule.empty() ? "" : " (" + answer.rule + ")"));
         return answer.code == "bad-request" ? kWrongUsage : kCommandFailed;
     }
     if (input.verb == ShellVerb::kCall && answer.result == HG_NO_SUCH_COMMAND) {
-        user_.tell(no_such_command(input.name));
+        user_.show(no_such_command(input.name));
         return kUnknownCommand;
     }
     if (answer.reply != nullptr) {
@@ -323,7 +323,7 @@ ExitStatus Shell::help(const std::string &name)
     } else if (!page.empty()) {
         user_.print(without_last_end(page));
     } else {
-        user_.tell(no_such_command(name));
+        user_.show(no_such_command(name));
         return kUnknownCommand;
     }
     return kSuccess;
@@ -333,7 +333,7 @@ ExitStatus Shell::list(const std::string &pattern)
 {
     const std::string page = list_page(pattern);
     if (page.empty()) {
-        user_.tell("no command matches \"" + pattern + "\"");
+        user_.show("no command matches \"" + pattern + "\"");
         return kCommandFailed;
     }
     user_.print(without_last_end(page));

@@ -29,7 +29,7 @@ class ShellUser {
                           std::optional<ShellClock::time_point> until) = 0;
     // Results and messages; each has one or more lines, without a trailing line end.
     virtual void print(const std::string &text) = 0;
-    virtual void tell(const std::string &message) = 0;
+    virtual void show(const std::string &message) = 0;
 };
 
 class Shell {

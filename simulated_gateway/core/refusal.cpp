@@ -18,7 +18,7 @@ HostListener<SimulatedGatewayRefusal> &refusal_listener()
 
 void report_refusal(const char *function, const std::string &reason)
 {
-    refusal_listener().tell(function, reason.c_str());
+    refusal_listener().notify(function, reason.c_str());
 }
 
 } // namespace simulated_gateway

@@ -31,19 +31,19 @@ HostListener<SimulatedGatewayReboot> &reboot_listener()
 
 void report_flashed_image(const std::string &version)
 {
-    update_listener().tell(version.c_str(), nullptr);
+    update_listener().notify(version.c_str(), nullptr);
 }
 
 void report_failed_update(const char *function, const std::string &reason)
 {
     if (std::ranges::find(kSteps, function) != std::end(kSteps)) {
-        update_listener().tell(nullptr, reason.c_str());
+        update_listener().notify(nullptr, reason.c_str());
     }
 }
 
 void report_reboot(int32_t seconds)
 {
-    reboot_listener().tell(seconds);
+    reboot_listener().notify(seconds);
 }
 
 } // namespace simulated_gateway

@@ -22,7 +22,7 @@ void Progress::report(int32_t percent)
         return;
     }
     last_ = percent;
-    progress_listener().tell(task_, percent);
+    progress_listener().notify(task_, percent);
 }
 
 } // namespace simulated_gateway

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A function of the host's that is told of something.
+// A function of the host's that is notified of something.
 #pragma once
 
 #include <mutex>
@@ -16,7 +16,7 @@ template <class Report> class HostListener {
         context_ = context;
     }
 
-    template <class... Facts> void tell(Facts... facts)
+    template <class... Facts> void notify(Facts... facts)
     {
         const std::lock_guard lock(mutex_);
         if (report_ != nullptr) {
@@ -25,7 +25,7 @@ template <class Report> class HostListener {
     }
 
   private:
-    std::mutex mutex_; // held while the host is told something
+    std::mutex mutex_; // held while the host is notified
     Report report_ = nullptr;
     void *context_ = nullptr;
 };

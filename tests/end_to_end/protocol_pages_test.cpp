@@ -83,8 +83,9 @@ TEST(Describe, SaysWhatACommandChangesAndWhichReportsIt)
     EXPECT_THAT(run_agent({"describe", "RP_HG_REBOOT"}).output,
                 HasSubstr("Changes       what it cannot change back\n"));
     const std::string page = run_agent({"describe", "SET_WIFI_INFO"}).output;
-    EXPECT_THAT(page, HasSubstr("Changes       a setting, told by GET_WIFI_INFO\n"));
-    EXPECT_THAT(page, HasSubstr("the device decides which exist; told by GET_WIFI_LIST_INFO\n"));
+    EXPECT_THAT(page, HasSubstr("Changes       a setting, reported by GET_WIFI_INFO\n"));
+    EXPECT_THAT(page,
+                HasSubstr("the device decides which exist; reported by GET_WIFI_LIST_INFO\n"));
 }
 
 TEST(Describe, MarksCaseSensitiveKeys)
@@ -134,7 +135,7 @@ TEST(Describe, ShowsAllOfAnEvent)
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_THAT(result.output, StartsWith("background.lost - A worker was lost with its process"));
     for (const char *part :
-         {"Told by  the service", "worker  \"wifi-batch\" or \"firmware\"; which worker",
+         {"Sent by  the service", "worker  \"wifi-batch\" or \"firmware\"; which worker",
           R"({"event":"background.lost","data":{"worker":"wifi-batch"}})"}) {
         EXPECT_THAT(result.output, HasSubstr(part));
     }

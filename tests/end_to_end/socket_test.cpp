@@ -273,7 +273,7 @@ TEST_F(Socket, WaitsForAnUpgrade)
     const AgentResult untold = answered(
         words, {R"({"id":1,"error":"no","code":"denied"})", R"({"id":2,"result":0,"reply":{}})"});
     EXPECT_EQ(untold.exit_status, 0);
-    EXPECT_THAT(untold.error, HasSubstr("does not tell how it ends"));
+    EXPECT_THAT(untold.error, HasSubstr("does not report how it ends"));
 }
 
 TEST(SocketUsage, LeavesTheLibrariesToTheService)

@@ -108,11 +108,12 @@ TEST(TopologyDrawing, CannotBeMadeWhenTheDeviceFails)
     const AgentResult base = run_agent({"--fault", "devapi_get_hg_base_info=-1", "topology"});
     EXPECT_EQ(base.exit_status, 1);
     EXPECT_THAT(base.output, IsEmpty());
-    EXPECT_THAT(base.error,
-                HasSubstr("hgagent: the gateway does not tell its topology: get base info error!"));
+    EXPECT_THAT(
+        base.error,
+        HasSubstr("hgagent: the gateway does not report its topology: get base info error!"));
     const AgentResult devices = run_agent({"--fault", "devapi_get_ad_base_info=-1", "topology"});
     EXPECT_EQ(devices.exit_status, 1);
-    EXPECT_THAT(devices.error, HasSubstr("tell its topology: get main base info error!"));
+    EXPECT_THAT(devices.error, HasSubstr("report its topology: get main base info error!"));
 }
 
 TEST(TopologyDrawing, NeedsAPluginThatReportsIt)

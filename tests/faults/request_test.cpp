@@ -16,8 +16,6 @@
 
 namespace request_test {
 
-using recording_device::Call;
-
 // ---- Keys --------------------------------------------------------------------------------------
 
 // A key of the request; one of a list's elements or of an object has its name before a dot.

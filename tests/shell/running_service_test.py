@@ -80,7 +80,7 @@ class RunningServiceTest(unittest.TestCase):
         shell.expect_exact("has closed the connection")
         self.end_service()
         self.service = self.start_service()
-        shell.expect_exact("connected to the service again; it was started anew")
+        shell.expect_exact("connected to the service again; it was restarted")
         shell.expect_exact(PROMPT)
         self.assertIn("HGU-AX3000", self.run_line(shell, "GET_SN_INFO"))
         self.assertIn("on, *", self.run_line(shell, "status"))

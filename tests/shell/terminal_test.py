@@ -259,7 +259,7 @@ class TerminalTest(unittest.TestCase):
         self.service.epoch = 2
         self.service.lines.clear()
         self.service.start()
-        shell.expect_exact("connected to the service again; it was started anew")
+        shell.expect_exact("connected to the service again; it was restarted")
         self.service.wait_for(lambda line: line.get("subscribe") == "*")
         shell.expect_exact("GET_SN")
         self.assertIn("HGU-AX3000", self.run_line(shell, "_INFO"))
