@@ -103,7 +103,8 @@ class TransferGuard {
     ~TransferGuard()
     {
         if (thread_.joinable()) {
-            eventfd_write(ended_, 1);
+            while (eventfd_write(ended_, 1) != 0) { // or the thread would wait forever
+            }
             thread_.join();
             close(ended_);
         }
