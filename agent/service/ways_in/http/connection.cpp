@@ -24,9 +24,10 @@ constexpr char kContinue[] = "HTTP/1.1 100 Continue\r\n\r\n";
 } // namespace
 
 HttpConnection::HttpConnection(HttpServer &server, std::shared_ptr<HttpStream> stream,
-                               ListenAddress local)
-    : server_(server), stream_(std::move(stream)), local_(std::move(local)), since_(Clock::now()),
-      reader_(std::make_unique<RequestReader>()), buffer_(kReadSize, '\0'), timer_(server.loop())
+                               ListenAddress local, std::string peer)
+    : server_(server), stream_(std::move(stream)), local_(std::move(local)), peer_(std::move(peer)),
+      since_(Clock::now()), reader_(std::make_unique<RequestReader>()), buffer_(kReadSize, '\0'),
+      timer_(server.loop())
 {
 }
 
