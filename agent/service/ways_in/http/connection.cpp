@@ -53,6 +53,12 @@ void HttpConnection::close()
     server_.remove(shared_from_this());
 }
 
+void HttpConnection::abort()
+{
+    stream_->abort();
+    close();
+}
+
 void HttpConnection::close_when_done()
 {
     is_last_ = true;
@@ -104,7 +110,7 @@ void HttpConnection::on_deadline()
     } else if (phase_ == Phase::kReading) {
         refuse(status::kRequestTimeout, "the request took too long to arrive");
     } else {
-        close();
+        is_writing_ ? abort() : close();
     }
 }
 

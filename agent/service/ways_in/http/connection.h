@@ -55,6 +55,8 @@ class HttpConnection : public HttpPeer, public std::enable_shared_from_this<Http
     // More of a response whose body has no end.
     void send(std::string text);
     size_t pending() const { return pending_; }
+    // Closes it even if the client does not read.
+    void abort();
     // Calls it from the loop, if the connection is still there then.
     template <class Function> void later(Function function)
     {

@@ -232,7 +232,7 @@ class EventsHandler : public HttpHandler, Client {
 
     void close_soon() const
     {
-        connection_.later([](HttpConnection &connection) { connection.close(); });
+        connection_.later([](HttpConnection &connection) { connection.abort(); });
     }
 
     HttpConnection &connection_;

@@ -22,7 +22,7 @@ namespace http = boost::beast::http;
 using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kPingTime(20);
+constexpr int kPingFactor = 2; // times the time for a request
 constexpr int kMostSilence = 3; // pings without a sign of life
 
 class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket>, Client {
@@ -107,6 +107,12 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         }
     }
 
+    void abort()
+    {
+        stream_->abort();
+        close();
+    }
+
     // Closes it with a close frame.
     void end(websocket::close_code code)
     {
@@ -181,7 +187,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         if (has_room()) {
             send(mask_json(line));
         } else {
-            boost::asio::post(server_.loop(), [self = shared_from_this()] { self->close(); });
+            boost::asio::post(server_.loop(), [self = shared_from_this()] { self->abort(); });
         }
     }
 
@@ -219,7 +225,8 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
                                     self->close();
                                     return;
                                 }
-                                self->pending_ -= self->out_.front().size();
+                                ++self->written_;
+            self->pending_ -= self->out_.front().size();
                                 self->out_.pop_front();
                                 if (!self->out_.empty()) {
                                     self->write();
@@ -234,7 +241,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
     // Finds out whether the client is still there and still logged in.
     void arm_ping()
     {
-        ping_.expires_after(kPingTime);
+        ping_.expires_after(server_.options().request_time * kPingFactor);
         ping_.async_wait([self = shared_from_this()](const error_code &problem) {
             if (problem || !self->is_open_ || self->is_ending_) {
                 return;
@@ -243,8 +250,14 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
                 self->end(websocket::close_code::policy_error);
                 return;
             }
+            const bool is_stuck = !self->out_.empty() && self->written_before_ == self->written_;
+            self->written_before_ = self->written_;
+            if (is_stuck) {
+                self->abort();
+                return;
+            }
             if (self->is_reading_ && ++self->silence_ > kMostSilence) {
-                self->close();
+                self->abort();
                 return;
             }
             if (!self->is_pinging_) {
@@ -267,6 +280,8 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
     boost::beast::flat_buffer in_;
     std::deque<std::string> out_;
     size_t pending_ = 0;
+    uint64_t written_ = 0;        // messages
+    uint64_t written_before_ = 0; // at the previous ping
     bool is_pinging_ = false;
     int silence_ = 0;
     std::optional<websocket::close_code> last_code_; // when everything has been written
