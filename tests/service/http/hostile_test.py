@@ -131,12 +131,15 @@ class Hostile(ServiceTest):
 
     def test_a_web_socket_that_does_not_read_is_closed(self):
         mine = self.service.web_socket(sockopt=[(socket.SOL_SOCKET, socket.SO_RCVBUF, 4096)])
-        for _ in range(70):
-            mine.send('{"id":"' + "a" * 90000 + '","hello":{}}')
-        poll_until_closed(mine.sock)
+        sent = 0
+        try:
+            while sent < 1000:  # 90 MB; the service stops reading, and closes, long before
+                mine.send('{"id":"' + "a" * 90000 + '","hello":{}}')
+                sent += 1
+        except OSError:
+            pass
+        self.assertLess(sent, 300)
         mine.sock.close()
-        memory = re.search(r"process_resident_memory_bytes (\d+)", self.ask("GET", "/metrics")[2])
-        self.assertLess(int(memory.group(1)), 300_000_000)
 
     def test_many_connections_keep_nobody_out(self):
         held = []

@@ -22,7 +22,7 @@ namespace http = boost::beast::http;
 using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 
-constexpr int kPingFactor = 2; // times the time for a request
+constexpr int kPingFactor = 2;  // times the time for a request
 constexpr int kMostSilence = 3; // pings without a sign of life
 
 class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket>, Client {
@@ -130,8 +130,8 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
 
     void read()
     {
-        if (is_reading_ || !is_open_ || is_ending_) {
-            return;
+        if (is_reading_ || !is_open_ || is_ending_ || !has_room() || Gate::is_full(*session_)) {
+            return; // read() follows when there is room
         }
         is_reading_ = true;
         socket_.async_read(in_, [self = shared_from_this()](const error_code &problem, size_t) {
@@ -159,9 +159,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         submit({static_cast<const char *>(data.data()), data.size()});
         explicit_bzero(in_.data().data(), in_.size());
         in_.consume(in_.size());
-        if (session_ != nullptr && !Gate::is_full(*session_)) {
-            read();
-        }
+        read();
     }
 
     void submit(std::string_view text)
@@ -218,24 +216,25 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         }
         socket_.async_write(boost::asio::buffer(out_.front()),
                             [self = shared_from_this()](const error_code &problem, size_t) {
-                                if (!self->is_open_) {
-                                    return;
-                                }
-                                if (problem) {
-                                    self->close();
-                                    return;
-                                }
-                                ++self->written_;
-            self->pending_ -= self->out_.front().size();
-                                self->out_.pop_front();
-                                if (!self->out_.empty()) {
-                                    self->write();
-                                } else if (self->last_code_) {
-                                    self->end(*self->last_code_);
-                                } else if (self->session_ != nullptr) {
-                                    self->server_.gate().resume(*self->session_);
+                                if (self->is_open_) {
+                                    problem ? self->close() : self->on_written();
                                 }
                             });
+    }
+
+    void on_written()
+    {
+        ++written_;
+        pending_ -= out_.front().size();
+        out_.pop_front();
+        if (!out_.empty()) {
+            write();
+        } else if (last_code_) {
+            end(*last_code_);
+        } else if (session_ != nullptr) {
+            server_.gate().resume(*session_);
+            read();
+        }
     }
 
     // Finds out whether the client is still there and still logged in.
