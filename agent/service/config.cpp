@@ -65,6 +65,17 @@ constexpr Setting kSettings[] = {
      "Serve the console and HTTP as well, at 127.0.0.1:8080 unless given; port 0 for any",
      place_in<&ServiceConfig::console, &ConsoleConfig::address>, 0, 0, Form::kConsole, true,
      "127.0.0.1:8080"},
+    {"console.certificate", "--console-certificate", "FILE",
+     "Certificate chain in PEM for TLS, which other addresses than this host's own need",
+     place_in<&ServiceConfig::console, &ConsoleConfig::certificate>, 0, 0, Form::kPath},
+    {"console.key", "--console-key", "FILE", "Private key of the certificate, in PEM",
+     place_in<&ServiceConfig::console, &ConsoleConfig::key>, 0, 0, Form::kPath},
+    {"console.passwords", "--console-passwords", "FILE",
+     "Users and their passwords, as lines USER:HASH with hashes by argon2 -id -e",
+     place_in<&ServiceConfig::console, &ConsoleConfig::passwords>, 0, 0, Form::kPath},
+    {"console.names", "--console-name", "HOST",
+     "Name of this host that clients may use instead of its address; may be repeated",
+     place_in<&ServiceConfig::console, &ConsoleConfig::names>},
     {"console.folder", "--console-folder", "FOLDER",
      "Folder with the console's files, instead of the installed one",
      place_in<&ServiceConfig::console, &ConsoleConfig::folder>, 0, 0, Form::kPath},
@@ -537,6 +548,27 @@ void throw_if_any(std::vector<ConfigProblem> problems)
     }
 }
 
+// What the settings of the console have to do with each other.
+void check_console(const ConsoleConfig &console, std::vector<ConfigProblem> &problems)
+{
+    const auto add = [&](const char *key, const char *text) {
+        problems.push_back({"the configuration", 0, key, text});
+    };
+    if (console.certificate.empty() != console.key.empty()) {
+        add(console.key.empty() ? "console.key" : "console.certificate",
+            "certificate and key are given together");
+    }
+    if (console.address.empty() || ListenAddress::parse(console.address).is_loopback) {
+        return;
+    }
+    if (console.certificate.empty()) {
+        add("console.certificate", "other addresses than this host's own need TLS");
+    }
+    if (console.passwords.empty()) {
+        add("console.passwords", "other addresses than this host's own need users with passwords");
+    }
+}
+
 ServiceConfig combine(const toml::table *document, const RunOptions &options)
 {
     ServiceConfig config = defaults();
@@ -556,6 +588,7 @@ ServiceConfig combine(const toml::table *document, const RunOptions &options)
         read_policy_file(config, policy_given ? kCommandLine : options.config,
                          policy_given ? 0 : file.policy_line(), problems);
     }
+    check_console(config.console, problems);
     throw_if_any(problems);
     if (const std::string problem = problem_of_mqtt(config); !problem.empty()) {
         throw ConfigError(

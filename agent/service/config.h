@@ -43,6 +43,10 @@ struct WorkerConfig {
 struct ConsoleConfig {
     std::string address; // ADDRESS:PORT; empty: no console
     std::string folder;  // of its files; empty: the installed one
+    std::string certificate;
+    std::string key;
+    std::string passwords; // file of lines USER:HASH
+    std::vector<std::string> names;
     int64_t session_seconds = 12L * 3600;
 };
 

@@ -130,6 +130,10 @@ MqttOptions mqtt_options(const ServiceConfig &config)
 HttpOptions http_options(const ServiceConfig &config, const std::string &state)
 {
     HttpOptions options;
+    options.certificate = config.console.certificate;
+    options.key = config.console.key;
+    options.passwords = config.console.passwords;
+    options.names = config.console.names;
     options.folder = config.console.folder;
     options.clients = static_cast<size_t>(config.limits.clients);
     options.body = static_cast<size_t>(config.limits.line);
@@ -219,6 +223,7 @@ class Service {
         try {
             open_console();
             apply();
+            apply_to_console();
             listen();
         } catch (const std::runtime_error &problem) {
             print_error(problem.what());
@@ -276,7 +281,7 @@ class Service {
         }
         write_error_line("listening on unix:" + socket_->path());
         if (http_) {
-            http_->listen(config_.console.address);
+            http_->listen();
             announced_.emplace(*http_, console_file(config_.socket.path));
         }
         if (mqtt_) {
@@ -287,7 +292,7 @@ class Service {
     void open_console()
     {
         if (!config_.console.address.empty()) {
-            http_.emplace(loop_, *gate_, http_options(config_, state_));
+            http_.emplace(loop_, *gate_, config_.console.address);
             ways_in_.push_back(&*http_);
         }
     }
@@ -305,12 +310,17 @@ class Service {
             mqtt_->set_limits(mqtt_limits(config_.limits));
             mqtt_->set_guest(is_guest(config_));
         }
-        if (http_) {
-            http_->set_options(http_options(config_, state_));
-        }
         const std::string problem = gate_->set_options(gate_options(config_));
         if (!problem.empty()) {
             print_error(problem);
+        }
+    }
+
+    // Throws std::runtime_error when a file is not what it should be.
+    void apply_to_console()
+    {
+        if (http_) {
+            http_->set_options(http_options(config_, state_));
         }
     }
 
@@ -319,9 +329,15 @@ class Service {
         manager_.notify(reloading());
         std::string said;
         if (auto loaded = reload_config(options_, config_, said)) {
+            loaded->console.address = config_.console.address;
             config_ = std::move(*loaded);
             apply();
             print_notice(said);
+            try {
+                apply_to_console();
+            } catch (const std::runtime_error &problem) {
+                print_error(std::string("the console keeps its settings: ") + problem.what());
+            }
         } else {
             print_error(said);
         }

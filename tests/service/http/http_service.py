@@ -41,7 +41,7 @@ class Service:
             if not line:
                 raise RuntimeError("the service has ended: " + "".join(self.lines))
             self.lines.append(line)
-            if line.startswith(("the address with the token is in ", "listening on https://")):
+            if line.startswith("listening on http"):
                 break
         found = re.search(r"listening on (https?)://(\[.*\]|[^:/]*):(\d+)/\n", "".join(self.lines))
         self.scheme, self.host, self.port = found.group(1), found.group(2), int(found.group(3))

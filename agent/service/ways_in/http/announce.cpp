@@ -29,17 +29,19 @@ void write_private_file(const std::string &path, const std::string &text)
 
 Announcement::Announcement(const HttpServer &server, const std::string &file)
 {
-    if (isatty(STDERR_FILENO) == 1) {
-        write_error_line("listening on " + server.address_with_token());
-    } else {
-        write_private_file(file, server.address_with_token() + "\n");
-        file_ = file;
-        write_error_line("listening on " + server.address());
-        write_error_line("the address with the token is in " + file);
-    }
     if (!server.has_console()) {
         print_error("there is no console in this installation, only HTTP for programs");
     }
+    if (server.has_token() && isatty(STDERR_FILENO) == 1) {
+        write_error_line("listening on " + server.address_with_token());
+        return;
+    }
+    if (server.has_token()) {
+        write_private_file(file, server.address_with_token() + "\n");
+        file_ = file;
+        write_error_line("the address with the token is in " + file);
+    }
+    write_error_line("listening on " + server.address());
 }
 
 Announcement::~Announcement()

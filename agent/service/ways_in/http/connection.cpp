@@ -24,9 +24,10 @@ constexpr char kContinue[] = "HTTP/1.1 100 Continue\r\n\r\n";
 } // namespace
 
 HttpConnection::HttpConnection(HttpServer &server, std::shared_ptr<HttpStream> stream,
-                               ListenAddress local)
-    : server_(server), stream_(std::move(stream)), local_(std::move(local)), since_(Clock::now()),
-      reader_(std::make_unique<RequestReader>()), buffer_(kReadSize, '\0'), timer_(server.loop())
+                               ListenAddress local, std::string peer)
+    : server_(server), stream_(std::move(stream)), local_(std::move(local)), peer_(std::move(peer)),
+      since_(Clock::now()), reader_(std::make_unique<RequestReader>()), buffer_(kReadSize, '\0'),
+      timer_(server.loop())
 {
 }
 
@@ -50,6 +51,12 @@ void HttpConnection::close()
     // The handler may be on the stack, and the gate may be iterating over its sessions.
     boost::asio::post(server_.loop(), [self = shared_from_this()] { self->handler_ = nullptr; });
     server_.remove(shared_from_this());
+}
+
+void HttpConnection::abort()
+{
+    stream_->abort();
+    close();
 }
 
 void HttpConnection::close_when_done()
@@ -103,7 +110,7 @@ void HttpConnection::on_deadline()
     } else if (phase_ == Phase::kReading) {
         refuse(status::kRequestTimeout, "the request took too long to arrive");
     } else {
-        close();
+        is_writing_ ? abort() : close();
     }
 }
 

@@ -38,7 +38,8 @@ class HttpHandler {
 
 class HttpConnection : public HttpPeer, public std::enable_shared_from_this<HttpConnection> {
   public:
-    HttpConnection(HttpServer &server, std::shared_ptr<HttpStream> stream, ListenAddress local);
+    HttpConnection(HttpServer &server, std::shared_ptr<HttpStream> stream, ListenAddress local,
+                   std::string peer);
 
     void start();
     void close() override;
@@ -48,11 +49,14 @@ class HttpConnection : public HttpPeer, public std::enable_shared_from_this<Http
 
     // ---- For the handlers. None of these calls back at once.
     HttpServer &server() { return server_; }
+    const std::string &peer() const { return peer_; } // its address
     HttpRequest &request() { return reader_->request(); }
     void respond(HttpResponse response);
     // More of a response whose body has no end.
     void send(std::string text);
     size_t pending() const { return pending_; }
+    // Closes it even if the client does not read.
+    void abort();
     // Calls it from the loop, if the connection is still there then.
     template <class Function> void later(Function function)
     {
@@ -94,6 +98,7 @@ class HttpConnection : public HttpPeer, public std::enable_shared_from_this<Http
     HttpServer &server_;
     std::shared_ptr<HttpStream> stream_;
     const ListenAddress local_;
+    const std::string peer_;
     bool is_open_ = true;
     bool is_last_ = false; // no request after this one
     bool is_gone_ = false; // the client has ended its output

@@ -54,14 +54,38 @@ class LoginHandler : public BodyHandler {
             return;
         }
         HttpServer &server = connection_.server();
-        if (!server.is_token(text_in(body, "token"))) {
+        if (body.contains("user")) {
+            check_password(text_in(body, "user"), text_in(body, "password"));
+        } else if (server.is_token(text_in(body, "token"))) {
+            log_in(server.token_holder());
+        } else {
             connection_.respond(refusal(status::kUnauthorized, "the token is wrong"));
-            return;
         }
-        log_in(server.token_holder());
     }
 
   private:
+    void check_password(const std::string &user, std::string password)
+    {
+        const bool is_checked = connection_.server().check_password(
+            connection_.peer(), user, std::move(password),
+            [this, user, alive = std::weak_ptr(alive_)](bool is_right) {
+                if (alive.expired()) {
+                    return; // the client has gone
+                }
+                if (is_right) {
+                    log_in(HttpServer::identity_of("http-user:" + user, false));
+                } else {
+                    connection_.respond(
+                        refusal(status::kUnauthorized, "the user or the password is wrong"));
+                }
+            });
+        if (!is_checked) {
+            HttpResponse response =
+                error_response(Code::kRateLimited, "there have been too many logins");
+            connection_.respond(std::move(response));
+        }
+    }
+
     void log_in(std::shared_ptr<const Identity> who)
     {
         HttpServer &server = connection_.server();
@@ -69,6 +93,8 @@ class LoginHandler : public BodyHandler {
         response.add("Set-Cookie", server.cookie(server.log_in(std::move(who))));
         connection_.respond(std::move(response));
     }
+
+    const std::shared_ptr<int> alive_ = std::make_shared<int>();
 };
 
 // ---- Commands and reports -----------------------------------------------------------------------
@@ -206,7 +232,7 @@ class EventsHandler : public HttpHandler, Client {
 
     void close_soon() const
     {
-        connection_.later([](HttpConnection &connection) { connection.close(); });
+        connection_.later([](HttpConnection &connection) { connection.abort(); });
     }
 
     HttpConnection &connection_;

@@ -39,7 +39,7 @@ class LoginSessions {
     // Closes those that the function selects.
     template <class Function> void close_if(Function is_over)
     {
-        std::erase_if(sessions_, [&](const auto &one) { return is_over(*one.second.login.who); });
+        std::erase_if(sessions_, [&](const auto &one) { return is_over(one.second.login); });
     }
     size_t size() const { return sessions_.size(); }
 

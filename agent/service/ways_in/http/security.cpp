@@ -29,9 +29,10 @@ const Security &load_security()
     static const Security *loaded = nullptr;
     if (loaded == nullptr) {
         void *library = dlopen(module_path().c_str(), RTLD_NOW | RTLD_LOCAL);
-        const auto get = library != nullptr ? reinterpret_cast<const Security *(*)()>(
-                                                  dlsym(library, "agent_security"))
-                                            : nullptr;
+        const auto get =
+            library != nullptr
+                ? reinterpret_cast<const Security *(*)()>(dlsym(library, "agent_security"))
+                : nullptr;
         if (get == nullptr) {
             // NOLINTNEXTLINE(concurrency-mt-unsafe): the text is per thread
             throw std::runtime_error(std::string("cannot load TLS: ") + dlerror());

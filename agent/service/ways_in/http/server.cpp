@@ -3,6 +3,7 @@
 
 #include "io/text.h"
 #include "service/ways_in/http/connection.h"
+#include "service/ways_in/http/tls_stream.h"
 
 #include <algorithm>
 #include <boost/asio/ip/v6_only.hpp>
@@ -14,21 +15,34 @@ namespace agent::service {
 namespace {
 
 using boost::asio::ip::tcp;
+using boost::system::error_code;
 
 constexpr std::chrono::milliseconds kAcceptAgain(100);
 constexpr std::string_view kBearer = "bearer ";
+constexpr char kTokenLogin[] = "token"; // of programs that send the token with each request
 
 } // namespace
 
-HttpServer::HttpServer(boost::asio::io_context &loop, Gate &gate, HttpOptions options)
-    : loop_(loop), gate_(gate), token_(random_token()), acceptor_(loop), pause_(loop)
+std::shared_ptr<const Identity> HttpServer::identity_of(const std::string &name, bool is_owner)
 {
     auto who = std::make_shared<Identity>();
     who->way_in = "http";
-    who->name = "console";
-    who->is_owner = true;
-    token_holder_ = who;
-    set_options(std::move(options));
+    who->name = name;
+    who->is_owner = is_owner;
+    if (!is_owner) {
+        who->principals.push_back(name);
+    }
+    return who;
+}
+
+HttpServer::HttpServer(boost::asio::io_context &loop, Gate &gate, const std::string &address)
+    : loop_(loop), gate_(gate), listening_(ListenAddress::parse(address)), acceptor_(loop),
+      pause_(loop)
+{
+    if (listening_.is_loopback) {
+        token_ = random_token();
+    }
+    token_holder_ = identity_of("console", true);
 }
 
 // Closing fails only without memory, which ends the service.
@@ -43,14 +57,54 @@ HttpServer::~HttpServer() // NOLINT(bugprone-exception-escape)
 
 void HttpServer::set_options(HttpOptions options)
 {
-    files_.load(options.folder.empty() ? default_console_folder() : options.folder);
+    const bool has_tls = !options.certificate.empty();
+    if (!listening_.is_loopback && (!has_tls || options.passwords.empty())) {
+        throw std::runtime_error("other addresses than this host's own need a certificate, its key "
+                                 "and passwords");
+    }
+    if (acceptor_.is_open() && has_tls != (tls_ != nullptr)) {
+        throw std::runtime_error("only a restart turns TLS on or off");
+    }
+    // Everything that may fail comes before anything changes.
+    std::unique_ptr<TlsContext> tls =
+        has_tls ? load_security().make_context(options.certificate, options.key) : nullptr;
+    PasswordFile passwords =
+        options.passwords.empty() ? PasswordFile() : PasswordFile::read(options.passwords);
+    StaticFiles files;
+    files.load(options.folder.empty() ? default_console_folder() : options.folder);
+    if (!options.passwords.empty() && !checker_) {
+        checker_.emplace(loop_, load_security());
+    }
+    end_logins_without(passwords);
+    tls_ = std::move(tls);
+    passwords_ = std::move(passwords);
+    files_ = std::move(files);
+    origins_ = OriginCheck(has_tls, options.names);
     logins_.set_life(options.session_time);
     options_ = std::move(options);
 }
 
-void HttpServer::listen(const std::string &address)
+// A user who has been removed, or has another password, has to log in again.
+void HttpServer::end_logins_without(const PasswordFile &passwords)
 {
-    listening_ = ListenAddress::parse(address);
+    std::vector<std::string> ended;
+    logins_.close_if([&](const Login &login) {
+        const std::string user = login.who->name.substr(login.who->name.find(':') + 1);
+        const bool is_over =
+            login.who != token_holder_ &&
+            (!passwords.has(user) || passwords.hash_of(user) != passwords_.hash_of(user));
+        if (is_over) {
+            ended.push_back(login.id);
+        }
+        return is_over;
+    });
+    for (const std::string &login : ended) {
+        tell_logout(login);
+    }
+}
+
+void HttpServer::listen()
+{
     const tcp::endpoint place(boost::asio::ip::make_address(listening_.host), listening_.port);
     try {
         acceptor_.open(place.protocol());
@@ -62,19 +116,20 @@ void HttpServer::listen(const std::string &address)
         acceptor_.listen();
         listening_.port = acceptor_.local_endpoint().port();
     } catch (const boost::system::system_error &problem) {
-        throw std::runtime_error("cannot listen at " + address + ": " + problem.code().message());
+        throw std::runtime_error("cannot listen at " + listening_.authority() + ": " +
+                                 problem.code().message());
     }
     accept();
 }
 
 std::string HttpServer::address() const
 {
-    return "http://" + listening_.authority() + "/";
+    return (tls_ != nullptr ? "https://" : "http://") + listening_.authority() + "/";
 }
 
 void HttpServer::accept()
 {
-    acceptor_.async_accept([this](const boost::system::error_code &problem, tcp::socket socket) {
+    acceptor_.async_accept([this](const error_code &problem, tcp::socket socket) {
         if (problem == boost::asio::error::operation_aborted || !acceptor_.is_open()) {
             return;
         }
@@ -85,7 +140,7 @@ void HttpServer::accept()
             accept();
         } else { // no descriptors left, and nothing to close for one
             pause_.expires_after(kAcceptAgain);
-            pause_.async_wait([this](const boost::system::error_code &cancelled) {
+            pause_.async_wait([this](const error_code &cancelled) {
                 if (!cancelled) {
                     accept();
                 }
@@ -99,10 +154,12 @@ void HttpServer::open(tcp::socket socket)
     if (peers_.size() >= options_.clients && !drop_an_idle_one()) {
         return; // closes the socket: everybody else is in use
     }
-    boost::system::error_code problem;
+    error_code problem;
     socket.set_option(tcp::no_delay(true), problem);
     const tcp::endpoint own = socket.local_endpoint(problem);
-    if (problem) {
+    error_code unknown;
+    const std::string peer = socket.remote_endpoint(unknown).address().to_string();
+    if (problem || unknown) {
         return; // it has gone already
     }
     ListenAddress local;
@@ -110,8 +167,10 @@ void HttpServer::open(tcp::socket socket)
     local.port = own.port();
     local.is_loopback = own.address().is_loopback();
     local.is_ipv6 = own.address().is_v6();
-    const auto connection = std::make_shared<HttpConnection>(
-        *this, make_plain_stream(loop_, std::move(socket)), std::move(local));
+    auto stream = tls_ != nullptr ? make_tls_stream(loop_, std::move(socket), tls_->accept())
+                                  : make_plain_stream(loop_, std::move(socket));
+    const auto connection =
+        std::make_shared<HttpConnection>(*this, std::move(stream), std::move(local), peer);
     peers_.insert(connection);
     connection->start();
 }
@@ -150,7 +209,8 @@ std::string HttpServer::cookie_name() const
 
 std::string HttpServer::cookie(const std::string &value) const
 {
-    return cookie_name() + "=" + value + "; HttpOnly; SameSite=Strict; Path=/";
+    return cookie_name() + "=" + value + "; HttpOnly; SameSite=Strict; Path=/" +
+           (tls_ != nullptr ? "; Secure" : "");
 }
 
 std::string HttpServer::cookie_of(const HttpRequest &request) const
@@ -172,7 +232,14 @@ std::string HttpServer::cookie_of(const HttpRequest &request) const
 
 bool HttpServer::is_token(std::string_view token) const
 {
-    return is_same_secret(token, token_);
+    return has_token() && is_same_secret(token, token_);
+}
+
+bool HttpServer::check_password(const std::string &address, const std::string &user,
+                                std::string password, PasswordChecker::Done done)
+{
+    return limiter_.take(address, Clock::now()) && checker_ &&
+           checker_->check(passwords_.hash_of(user), std::move(password), std::move(done));
 }
 
 std::optional<Login> HttpServer::login_of(const HttpRequest &request)
@@ -185,7 +252,7 @@ std::optional<Login> HttpServer::login_of(const HttpRequest &request)
         }
         secret = text.substr(kBearer.size());
         if (is_token(secret)) {
-            return Login{token_holder_, "token"};
+            return Login{token_holder_, kTokenLogin};
         }
     }
     const Login *login = logins_.find(secret, Clock::now());
@@ -194,9 +261,7 @@ std::optional<Login> HttpServer::login_of(const HttpRequest &request)
 
 bool HttpServer::is_login_open(const Login &login)
 {
-    return login.who == token_holder_ && login.id == "token"
-               ? true
-               : logins_.touch(login.id, Clock::now());
+    return login.id == kTokenLogin || logins_.touch(login.id, Clock::now());
 }
 
 std::string HttpServer::log_in(std::shared_ptr<const Identity> who)
@@ -209,15 +274,20 @@ void HttpServer::log_out(const HttpRequest &request)
     const auto login = login_of(request);
     logins_.close(cookie_of(request));
     if (login) {
-        for (const auto &peer : std::set(peers_)) {
-            peer->on_logout(login->id);
-        }
+        tell_logout(login->id);
+    }
+}
+
+void HttpServer::tell_logout(const std::string &login)
+{
+    for (const auto &peer : std::set(peers_)) {
+        peer->on_logout(login);
     }
 }
 
 void HttpServer::stop_accepting()
 {
-    boost::system::error_code ignored;
+    error_code ignored;
     acceptor_.close(ignored);
     pause_.cancel();
     is_stopping_ = true;

@@ -4,8 +4,12 @@
 #pragma once
 
 #include "service/gate/gate.h"
+#include "service/ways_in/http/login_limiter.h"
 #include "service/ways_in/http/login_sessions.h"
 #include "service/ways_in/http/origin.h"
+#include "service/ways_in/http/password_checker.h"
+#include "service/ways_in/http/password_file.h"
+#include "service/ways_in/http/security.h"
 #include "service/ways_in/http/static_files.h"
 #include "service/ways_in/way_in.h"
 
@@ -24,7 +28,12 @@
 namespace agent::service {
 
 struct HttpOptions {
-    std::string folder; // of the console; empty: the installed one
+    // For TLS; without these only a loopback address can be served.
+    std::string certificate;
+    std::string key;
+    std::string passwords;          // file of the users; empty: the token alone
+    std::vector<std::string> names; // by which clients may call this host
+    std::string folder;             // of the console; empty: the installed one
     size_t clients = 256;
     size_t body = 1024UL * 1024;           // bytes of a request's body or a message
     size_t pending = 4UL * 1024 * 1024;    // bytes that a client has not read
@@ -50,17 +59,20 @@ class HttpPeer {
 
 class HttpServer : public WayIn {
   public:
-    HttpServer(boost::asio::io_context &loop, Gate &gate, HttpOptions options);
+    // address: ADDRESS:PORT; port 0 for any. Throws std::runtime_error.
+    HttpServer(boost::asio::io_context &loop, Gate &gate, const std::string &address);
     ~HttpServer() override; // NOLINT(bugprone-exception-escape): as there
 
-    // Throws std::runtime_error.
-    void listen(const std::string &address);
-    // While it is running. Throws std::runtime_error: the previous options then stay in use.
+    // Before listen(), and while it is running. Throws std::runtime_error: the previous options
+    // then stay in use.
     void set_options(HttpOptions options);
+    // Throws std::runtime_error.
+    void listen();
 
     // "http://127.0.0.1:8080/"
     std::string address() const;
-    // The same with the token in its fragment.
+    // Only the holders of the token can log in without a password; there is none on a network.
+    bool has_token() const { return !token_.empty(); }
     std::string address_with_token() const { return address() + "#token=" + token_; }
     bool has_console() const { return files_.has_console(); }
 
@@ -85,6 +97,9 @@ class HttpServer : public WayIn {
     std::optional<Login> login_of(const HttpRequest &request);
     bool is_login_open(const Login &login);
     bool is_token(std::string_view token) const;
+    // Verifies the user's password and calls back later. Result: false when too many have tried.
+    bool check_password(const std::string &address, const std::string &user, std::string password,
+                        PasswordChecker::Done done);
     // Result: the value of the cookie.
     std::string log_in(std::shared_ptr<const Identity> who);
     void log_out(const HttpRequest &request);
@@ -92,7 +107,12 @@ class HttpServer : public WayIn {
     void add(const std::shared_ptr<HttpPeer> &peer) { peers_.insert(peer); }
     void remove(const std::shared_ptr<HttpPeer> &peer);
 
+    // name: "http-user:alice".
+    static std::shared_ptr<const Identity> identity_of(const std::string &name, bool is_owner);
+
   private:
+    void end_logins_without(const PasswordFile &passwords);
+    void tell_logout(const std::string &login);
     void accept();
     void open(boost::asio::ip::tcp::socket socket);
     bool drop_an_idle_one();
@@ -108,6 +128,10 @@ class HttpServer : public WayIn {
     std::string token_;
     std::shared_ptr<const Identity> token_holder_;
     LoginSessions logins_;
+    std::unique_ptr<TlsContext> tls_;
+    PasswordFile passwords_;
+    LoginLimiter limiter_;
+    std::optional<PasswordChecker> checker_;
     boost::asio::ip::tcp::acceptor acceptor_;
     boost::asio::steady_timer pause_;
     std::set<std::shared_ptr<HttpPeer>> peers_;

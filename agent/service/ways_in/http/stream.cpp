@@ -39,6 +39,13 @@ void HttpStream::close()
     socket_.close(ignored);
 }
 
+void HttpStream::abort()
+{
+    boost::system::error_code ignored;
+    socket_.set_option(boost::asio::socket_base::linger(true, 0), ignored);
+    close();
+}
+
 std::shared_ptr<HttpStream> make_plain_stream(boost::asio::io_context &loop, tcp::socket socket)
 {
     return std::make_shared<PlainStream>(loop, std::move(socket));

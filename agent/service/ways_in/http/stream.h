@@ -30,6 +30,8 @@ class HttpStream {
     // Ends the output; the peer's input may still be read.
     virtual void end_output() = 0;
     void close();
+    // Drops what the peer has not read; the system would keep it for minutes.
+    void abort();
 
     executor_type get_executor() noexcept { return loop_.get_executor(); }
 

@@ -65,24 +65,22 @@ class TlsStream : public HttpStream, public std::enable_shared_from_this<TlsStre
   private:
     void finish(Done done, error_code problem, size_t count)
     {
-        boost::asio::post(loop_, [done = std::move(done), problem, count] {
-            done(problem, count);
-        });
+        boost::asio::post(loop_,
+                          [done = std::move(done), problem, count] { done(problem, count); });
     }
 
     void receive(boost::asio::mutable_buffer buffer, Done done)
     {
-        socket_.async_read_some(
-            boost::asio::buffer(raw_),
-            [self = shared_from_this(), buffer, done = std::move(done)](const error_code &problem,
-                                                                        size_t count) {
-                if (problem) {
-                    done(problem, 0);
-                    return;
-                }
-                self->session_->receive({self->raw_.data(), count});
-                self->read_some(buffer, done);
-            });
+        socket_.async_read_some(boost::asio::buffer(raw_),
+                                [self = shared_from_this(), buffer,
+                                 done = std::move(done)](const error_code &problem, size_t count) {
+                                    if (problem) {
+                                        done(problem, 0);
+                                        return;
+                                    }
+                                    self->session_->receive({self->raw_.data(), count});
+                                    self->read_some(buffer, done);
+                                });
     }
 
     void flush()
@@ -103,16 +101,15 @@ class TlsStream : public HttpStream, public std::enable_shared_from_this<TlsStre
         }
         is_flushing_ = true;
         flushed_ = std::exchange(out_, {});
-        boost::asio::async_write(
-            socket_, boost::asio::buffer(flushed_),
-            [self = shared_from_this()](const error_code &problem, size_t) {
-                self->is_flushing_ = false;
-                if (!problem) {
-                    self->flush();
-                } else if (self->on_written_) {
-                    std::exchange(self->on_written_, nullptr)(problem, 0);
-                }
-            });
+        boost::asio::async_write(socket_, boost::asio::buffer(flushed_),
+                                 [self = shared_from_this()](const error_code &problem, size_t) {
+                                     self->is_flushing_ = false;
+                                     if (!problem) {
+                                         self->flush();
+                                     } else if (self->on_written_) {
+                                         std::exchange(self->on_written_, nullptr)(problem, 0);
+                                     }
+                                 });
     }
 
     std::unique_ptr<TlsSession> session_;

@@ -22,7 +22,7 @@ namespace http = boost::beast::http;
 using boost::system::error_code;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kPingTime(20);
+constexpr int kPingFactor = 2;  // times the time for a request
 constexpr int kMostSilence = 3; // pings without a sign of life
 
 class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket>, Client {
@@ -107,6 +107,12 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         }
     }
 
+    void abort()
+    {
+        stream_->abort();
+        close();
+    }
+
     // Closes it with a close frame.
     void end(websocket::close_code code)
     {
@@ -124,8 +130,8 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
 
     void read()
     {
-        if (is_reading_ || !is_open_ || is_ending_) {
-            return;
+        if (is_reading_ || !is_open_ || is_ending_ || !has_room() || Gate::is_full(*session_)) {
+            return; // read() follows when there is room
         }
         is_reading_ = true;
         socket_.async_read(in_, [self = shared_from_this()](const error_code &problem, size_t) {
@@ -153,9 +159,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         submit({static_cast<const char *>(data.data()), data.size()});
         explicit_bzero(in_.data().data(), in_.size());
         in_.consume(in_.size());
-        if (session_ != nullptr && !Gate::is_full(*session_)) {
-            read();
-        }
+        read();
     }
 
     void submit(std::string_view text)
@@ -181,7 +185,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         if (has_room()) {
             send(mask_json(line));
         } else {
-            boost::asio::post(server_.loop(), [self = shared_from_this()] { self->close(); });
+            boost::asio::post(server_.loop(), [self = shared_from_this()] { self->abort(); });
         }
     }
 
@@ -212,29 +216,31 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         }
         socket_.async_write(boost::asio::buffer(out_.front()),
                             [self = shared_from_this()](const error_code &problem, size_t) {
-                                if (!self->is_open_) {
-                                    return;
-                                }
-                                if (problem) {
-                                    self->close();
-                                    return;
-                                }
-                                self->pending_ -= self->out_.front().size();
-                                self->out_.pop_front();
-                                if (!self->out_.empty()) {
-                                    self->write();
-                                } else if (self->last_code_) {
-                                    self->end(*self->last_code_);
-                                } else if (self->session_ != nullptr) {
-                                    self->server_.gate().resume(*self->session_);
+                                if (self->is_open_) {
+                                    problem ? self->close() : self->on_written();
                                 }
                             });
+    }
+
+    void on_written()
+    {
+        ++written_;
+        pending_ -= out_.front().size();
+        out_.pop_front();
+        if (!out_.empty()) {
+            write();
+        } else if (last_code_) {
+            end(*last_code_);
+        } else if (session_ != nullptr) {
+            server_.gate().resume(*session_);
+            read();
+        }
     }
 
     // Finds out whether the client is still there and still logged in.
     void arm_ping()
     {
-        ping_.expires_after(kPingTime);
+        ping_.expires_after(server_.options().request_time * kPingFactor);
         ping_.async_wait([self = shared_from_this()](const error_code &problem) {
             if (problem || !self->is_open_ || self->is_ending_) {
                 return;
@@ -243,8 +249,14 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
                 self->end(websocket::close_code::policy_error);
                 return;
             }
+            const bool is_stuck = !self->out_.empty() && self->written_before_ == self->written_;
+            self->written_before_ = self->written_;
+            if (is_stuck) {
+                self->abort();
+                return;
+            }
             if (self->is_reading_ && ++self->silence_ > kMostSilence) {
-                self->close();
+                self->abort();
                 return;
             }
             if (!self->is_pinging_) {
@@ -267,6 +279,8 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
     boost::beast::flat_buffer in_;
     std::deque<std::string> out_;
     size_t pending_ = 0;
+    uint64_t written_ = 0;        // messages
+    uint64_t written_before_ = 0; // at the previous ping
     bool is_pinging_ = false;
     int silence_ = 0;
     std::optional<websocket::close_code> last_code_; // when everything has been written

@@ -2,8 +2,8 @@
 // TLS by OpenSSL and Argon2 by its reference library, as a module.
 #include "service/ways_in/http/security.h"
 
-#include <array>
 #include <argon2.h>
+#include <array>
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
@@ -18,10 +18,10 @@ struct Deleter {
     void operator()(SSL_CTX *context) const { SSL_CTX_free(context); }
 };
 
-std::string last_error()
+std::string first_error()
 {
     std::array<char, 256> text = {};
-    ERR_error_string_n(ERR_peek_last_error(), text.data(), text.size());
+    ERR_error_string_n(ERR_peek_error(), text.data(), text.size());
     ERR_clear_error();
     return text.data();
 }
@@ -138,11 +138,11 @@ class OpenSslContext : public TlsContext {
         SSL_CTX_set_alpn_select_cb(context, choose_protocol, nullptr);
         if (SSL_CTX_use_certificate_chain_file(context, certificate.c_str()) != 1) {
             throw std::runtime_error("cannot use the certificate " + certificate + ": " +
-                                     last_error());
+                                     first_error());
         }
         if (SSL_CTX_use_PrivateKey_file(context, key.c_str(), SSL_FILETYPE_PEM) != 1 ||
             SSL_CTX_check_private_key(context) != 1) {
-            throw std::runtime_error("cannot use the key " + key + ": " + last_error());
+            throw std::runtime_error("cannot use the key " + key + ": " + first_error());
         }
     }
 
