@@ -5,7 +5,7 @@ import { accessText, dbmText, duration, isOn, numberOf, rate, signalLevel, textO
 import { traffic } from "../history.ts";
 import { layoutOf, meshOf, type MeshNode, type PlacedNode } from "../mesh.ts";
 import { act, BarShapes, Card, ConfirmButton, Facts, FormDialog, Meter, Signal, Sparkline, State, Switch } from "../parts.tsx";
-import { mayCall, mayReport, useReply } from "../store.ts";
+import { mayCall, mayReport, useReply, useReport } from "../store.ts";
 import { EditHost } from "./edit_host.tsx";
 
 const routerWidth = 150;
@@ -243,14 +243,14 @@ function Traffic(props: { base: Record<string, any> }) {
 
 export function Home() {
     const whole = mayReport("mesh");
-    const mesh = useReply(whole ? { report: "mesh" } : null, 3000);
+    const mesh = useReport(whole ? { report: "mesh" } : null, 3000);
     const alone = useReply(whole ? null : { command: "GET_TSLINK_TOPOLOGY_INFO" }, 3000);
     const base = useReply({ command: "GET_HG_BASE_INFO" }, 3000);
     const leds = useReply({ command: "GET_LED_STATUS" });
     const meshState = useReply({ command: "GET_MESH_STATUS" });
     const [selected, setSelected] = useState("");
     const [expanded, setExpanded] = useState<ReadonlySet<string>>(new Set());
-    const topology = whole ? mesh.reply?.topology : alone.reply;
+    const topology: Record<string, any> | undefined = whole ? mesh.reply?.topology : alone.reply;
     const tree = mesh.reply?.tree;
     const root = useMemo(() => (topology?.MainRouter ? meshOf(topology, tree, expanded) : null), [topology, tree, expanded]);
     const select = (node: MeshNode) => {
@@ -312,8 +312,8 @@ export function Home() {
                         onChange={(on) =>
                             void act("SET_LED_STATUS", {
                                 LedSwitch: on ? "1" : "0",
-                                LedCoLor: leds.reply!.LedCoLor,
-                                LedLight: leds.reply!.LedLight,
+                                LedCoLor: leds.reply!.LedCoLor ?? "",
+                                LedLight: leds.reply!.LedLight ?? "",
                             })
                         }
                     />
@@ -324,7 +324,7 @@ export function Home() {
                         on={isOn(meshState.reply.MeshEnable)}
                         disabled={!mayCall("SET_MESH_STATUS")}
                         onChange={(on) =>
-                            void act("SET_MESH_STATUS", { MeshEnable: on ? "1" : "0", MeshMode: meshState.reply!.MeshMode })
+                            void act("SET_MESH_STATUS", { MeshEnable: on ? "1" : "0", MeshMode: meshState.reply!.MeshMode ?? "" })
                         }
                     />
                 )}
