@@ -31,7 +31,7 @@ endif()
 
 # The packages are found from the folder of the sources.
 file(REMOVE_RECURSE ${WORK}/src)
-file(COPY ${SOURCE}/src ${SOURCE}/build.mjs ${SOURCE}/tsconfig.json DESTINATION ${WORK})
+file(COPY ${SOURCE}/src ${SOURCE}/build.mjs ${SOURCE}/tsconfig.json ${SOURCE}/../protocol/types DESTINATION ${WORK})
 execute_process(COMMAND ${NODE} build.mjs ${FOLDER} WORKING_DIRECTORY ${WORK} RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     # An error of the sources is never passed over.

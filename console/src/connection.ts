@@ -129,11 +129,13 @@ function receive(text: string): void {
         eventListeners.call({ name: line.event, data: line.data ?? {}, at: new Date() });
         return;
     }
-    const waiting = sent.get(line.id);
+    // An answer to a line that the service could not read has no number. Answers come in the order of the requests.
+    const id = line.id ?? sent.keys().next().value;
+    const waiting = sent.get(id);
     if (waiting === undefined) {
         return;
     }
-    sent.delete(line.id);
+    sent.delete(id);
     if (line.error !== undefined) {
         waiting.reject(new Refusal(line.error, line.code, line.rule));
     } else {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The mesh as a tree, from the gateway's topology report, and where each node is drawn.
-import { hierarchy, tree } from "d3-hierarchy";
+import { cluster, hierarchy } from "d3-hierarchy";
 import { nameOf, numberOf, textOf } from "./format.ts";
 
 export interface MeshNode {
@@ -134,10 +134,11 @@ export function layoutOf(root: MeshNode, available: number): Layout {
     const nodes: PlacedNode[] = [];
     const placed = new Map<MeshNode, PlacedNode>();
     const column = sideways ? Math.min((available - lastColumnWidth) / whole.height, 260) : 0;
+    // Each leaf has a row of its own, since its text is wider than a column.
     const positions = sideways
-        ? tree<MeshNode>()
-              .nodeSize([rowHeight, column])
-              .separation((a, b) => (a.children || b.children ? 1.4 : 1))(whole)
+        ? cluster<MeshNode>()
+              .nodeSize([rowHeight, 1])
+              .separation((a, b) => (a.parent === b.parent ? 1 : 1.3))(whole)
         : undefined;
     const top = positions === undefined ? 0 : Math.min(...positions.descendants().map((node) => node.x));
     let row = 0;
@@ -146,7 +147,7 @@ export function layoutOf(root: MeshNode, available: number): Layout {
         const place =
             positions === undefined
                 ? { x: node.depth * indent, y: row * 44 }
-                : { x: node.y as number, y: (node.x as number) - top };
+                : { x: node.depth * column, y: (node.x as number) - top };
         const at = { ...node.data, x: place.x, y: place.y + rowHeight / 2 + 4, depth: node.depth, parent };
         row += 1;
         nodes.push(at);

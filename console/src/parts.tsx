@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The parts that all views are made of.
+import type { Command, Request } from "hg_protocol";
 import type { ComponentChildren } from "preact";
 import { useEffect, useId, useRef, useState } from "preact/hooks";
 import { call, session } from "./connection.ts";
 import { dbmText, signalLevel } from "./format.ts";
-import { change, type Known, type Outcome } from "./store.ts";
+import { change, type Known, type Outcome, type ReplyOf } from "./store.ts";
 
 // A message about the last action, which a screen reader reads at once.
 let announce: (outcome: Outcome) => void = () => {};
@@ -36,7 +37,7 @@ export function Messages() {
 export const say = (outcome: Outcome): void => announce(outcome);
 
 // Calls a command that changes something and shows the outcome.
-export async function act(command: string, params: object = {}, saved?: string): Promise<Outcome> {
+export async function act<C extends Command>(command: C, params: Request<C>, saved?: string): Promise<Outcome> {
     const outcome = await change(command, params);
     announce(outcome.ok && saved !== undefined ? { ...outcome, text: saved } : outcome);
     return outcome;
@@ -262,13 +263,13 @@ export function ConfirmButton(props: { label: string; question: string; class?: 
 }
 
 // Asks a command for a value that the service masks unless it is told otherwise.
-export async function secretOf(
-    command: string,
-    params: object,
-    pick: (reply: Record<string, any>) => unknown,
+export async function secretOf<C extends Command>(
+    command: C,
+    params: Request<C>,
+    pick: (reply: ReplyOf<C>) => unknown,
 ): Promise<string> {
     const answer = await call(command, JSON.stringify(params), true);
-    return String(pick(answer.reply) ?? "");
+    return String(pick(answer.reply as ReplyOf<C>) ?? "");
 }
 
 export function Secret(props: { label: string; fetch: () => Promise<string> }) {

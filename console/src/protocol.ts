@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The descriptions of the commands, which the service provides.
+import type { Command } from "hg_protocol";
 import { useEffect, useState } from "preact/hooks";
 import type { FieldDescription, Values } from "./parts.tsx";
 
@@ -17,11 +18,11 @@ export interface RequestKey {
     pattern?: string;
     example?: string;
     secret?: boolean;
-    found_in?: { command: string; list?: string; key: string; separator?: string };
+    found_in?: { command: Command; list?: string; key: string; separator?: string };
 }
 
 export interface CommandDescription {
-    command: string;
+    command: Command;
     summary: string;
     details?: string;
     subject: string;

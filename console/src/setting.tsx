@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A button that opens a form for a setting, made from the description of its command.
+import type { Command, Request } from "hg_protocol";
 import { useState } from "preact/hooks";
 import { call, session } from "./connection.ts";
 import { textOf } from "./format.ts";
@@ -9,9 +10,9 @@ import { mayCall } from "./store.ts";
 
 export function Setting(props: {
     title: string;
-    command: string;
+    command: Command;
     // The query whose reply has the present values, with passwords if the role may see them.
-    query: string;
+    query: Command;
     params?: Record<string, string>;
     // The part of the reply that has the values, by default the reply itself.
     pick?: (reply: Record<string, any>) => Record<string, unknown> | undefined;
@@ -51,7 +52,7 @@ export function Setting(props: {
                         .filter(({ key, type }) => !hidden.has(key) && type === undefined)
                         .map((key) => fieldOf(key, values[key.key] ?? ""))}
                     values={values}
-                    onSubmit={(changed) => act(props.command, paramsOf(request, changed))}
+                    onSubmit={(changed) => act(props.command, paramsOf(request, changed) as Request<Command>)}
                     onClose={() => setValues(null)}
                 />
             )}

@@ -1,14 +1,23 @@
 // SPDX-License-Identifier: MIT
 // Replies of the gateway, shared by the views, and kept up to date while a view shows them.
+import type { Command, Commands, Report, Reports, Request } from "hg_protocol";
 import { useEffect, useState } from "preact/hooks";
 import { type Answer, type Refusal, call, onEvent, onState, report, session, state } from "./connection.ts";
 import { remember } from "./history.ts";
 
-export interface Query {
+interface Query {
     command?: string;
     report?: string;
     params?: object;
 }
+
+type AnyKey<Union> = Union extends unknown ? keyof Union : never;
+type AnyValue<Union, Key> = Union extends unknown ? (Key extends keyof Union ? Union[Key] : never) : never;
+// What a reply may have, be it a success or a failure.
+type Merged<Union> = { [Key in AnyKey<Union>]?: AnyValue<Union, Key> };
+
+export type ReplyOf<C extends Command> = Merged<Commands[C]["reply"]>;
+export type ReportOf<R extends Report> = Merged<Reports[R]["reply"]>;
 
 export interface Known<T> {
     reply?: T;
@@ -76,15 +85,26 @@ onEvent((event) => {
     }
 });
 
-export const mayCall = (command: string): boolean => session?.commands.includes(command) ?? false;
+export const mayCall = (command: Command): boolean => session?.commands.includes(command) ?? false;
 
-export const mayReport = (name: string): boolean => session?.reports.includes(name) ?? false;
+export const mayReport = (name: Report): boolean => session?.reports.includes(name) ?? false;
 
-// The reply to a query, asked again every so often; nothing for null or without the right to it.
-export function useReply<T = Record<string, any>>(query: Query | null, milliseconds = 10000): Known<T> {
+// The reply to a command, asked again every so often; nothing for null or without the right to it.
+export function useReply<C extends Command>(
+    query: { command: C; params?: Request<C> } | null,
+    milliseconds?: number,
+): Known<ReplyOf<C>> {
+    return useQuery(query, milliseconds);
+}
+
+export function useReport<R extends Report>(query: { report: R } | null, milliseconds?: number): Known<ReportOf<R>> {
+    return useQuery(query, milliseconds);
+}
+
+function useQuery(query: Query | null, milliseconds = 10000): Known<any> {
     const key = query === null ? "" : JSON.stringify(query);
     const allowed =
-        query !== null && (query.command !== undefined ? mayCall(query.command) : mayReport(query.report!));
+        query !== null && (query.command !== undefined ? mayCall(query.command as Command) : mayReport(query.report as Report));
     const [, setCount] = useState(0);
     useEffect(() => {
         if (!allowed) {
@@ -116,7 +136,7 @@ export interface Outcome {
 }
 
 // Calls a command that changes something, and has everything that is shown asked again, here and in the other pages.
-export async function change(command: string, params: object = {}): Promise<Outcome> {
+export async function change<C extends Command>(command: C, params: Request<C>): Promise<Outcome> {
     try {
         const answer = await call(command, JSON.stringify(params));
         const { Status, FailReason } = answer.reply;

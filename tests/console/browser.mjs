@@ -21,7 +21,7 @@ export async function startBrowser() {
 
 // A page that is logged in, in a browser context of its own, or that of another page.
 export async function openPage(browser, service, options = {}) {
-    const { context, view = "home", ...rest } = options;
+    const { context, view = "home", clock = false, ...rest } = options;
     const own = context ?? (await browser.newContext({ reducedMotion: "reduce", ...rest }));
     const page = await own.newPage();
     page.setDefaultTimeout(patience);
@@ -39,6 +39,9 @@ export async function openPage(browser, service, options = {}) {
             page.problems.push(`a request to ${request.url()}`);
         }
     });
+    if (clock) {
+        await page.clock.install();
+    }
     await page.goto(context === undefined ? service.address : service.origin);
     await page.getByText("Connected", { exact: true }).waitFor();
     await show(page, view);

@@ -205,7 +205,10 @@ test("no two nodes of the drawing overlap", () => {
         nodes.forEach((one, at) => {
             assert.ok(one.x >= 0 && one.y >= 0 && one.y < height);
             nodes.slice(at + 1).forEach((other) => {
-                assert.ok(Math.abs(one.y - other.y) >= 30 || Math.abs(one.x - other.x) >= 100);
+                // Only the text of a router, and of the Internet, fits into its column.
+                const left = one.x < other.x ? one : other;
+                const fits = ["router", "internet"].includes(left.kind) && Math.abs(one.x - other.x) >= 160;
+                assert.ok(Math.abs(one.y - other.y) >= 30 || fits, `${one.name}, ${other.name}`);
             });
         });
     }

@@ -35,14 +35,15 @@ test("the mesh has every router and station, with its link", async () => {
         assert.equal(await mesh.locator(".node.station").count(), stations.length);
     });
     for (const { Name, NetStatus, ChildRouterAccessType: access, dbm } of topology.ChildRouter) {
-        const label = `router ${Name}, ${access === "cable" ? "Cable" : access.replace("GHz", " GHz")}${dbm === "NULL" ? "" : `, ${dbm.replace("-", "−")} dBm`}`;
+        const label = `router ${Name} ${access === "cable" ? "Cable" : access.replace("GHz", " GHz")}${dbm === "NULL" ? "" : ` · ${dbm.replace("-", "−")} dBm`}`;
         assert.equal(NetStatus, "1");
         await mesh.getByRole("button", { name: label, exact: true }).waitFor();
     }
     for (const host of stations) {
         const node = mesh.locator(".node.station").filter({ has: page.locator("text.name", { hasText: nameOf(host) }) });
         const label = await node.getAttribute("aria-label");
-        assert.ok(label.includes(host.AccessType === "cable" ? "Cable" : host.AccessType.replace("GHz", " GHz")), label);
+        const link = host.AccessType === "cable" ? "Cable" : host.AccessType.replace("GHz", " GHz");
+        assert.equal(label.includes(link), host.NetStatus !== "0", label);
         assert.equal(label.includes("offline"), host.NetStatus === "0", label);
         assert.equal(/\boffline\b/.test(await node.getAttribute("class")), host.NetStatus === "0");
         assert.equal(label.includes("blocked"), host.AccessEnable === "0", label);

@@ -45,7 +45,7 @@ function hasSecret(keys: RequestKey[]): boolean {
     return keys.some((key) => key.secret === true || (key.items !== undefined && hasSecret(key.items)));
 }
 
-async function send(command: string, request: string, showSecrets: boolean): Promise<Sent> {
+async function send(command: string, request: string, params: JsonText, showSecrets: boolean): Promise<Sent> {
     const at = new Date();
     const began = performance.now();
     const result = (text: string, ok: boolean, summary: string): Sent => ({
@@ -58,7 +58,7 @@ async function send(command: string, request: string, showSecrets: boolean): Pro
         at,
     });
     try {
-        const { result: code, reply, whole } = await call(command, request.trim() === "" ? "{}" : request, showSecrets);
+        const { result: code, reply, whole } = await call(command, printJson(params), showSecrets);
         const status = textOf(reply.Status);
         const ok = code === 0 && (status === "0" || reply.Status === undefined);
         return result(pretty(whole), ok, code !== 0 ? `result ${code}` : status === "" ? "answered" : `Status ${status}`);
@@ -200,7 +200,7 @@ function Workbench(props: { description: CommandDescription }) {
         event.preventDefault();
         setWaiting(true);
         setSince(new Date());
-        const result = await send(command, text, secrets);
+        const result = await send(command, text, request as JsonText, secrets);
         history = [result, ...history].slice(0, mostSent);
         setSent(result);
         setWaiting(false);
@@ -270,7 +270,7 @@ function Workbench(props: { description: CommandDescription }) {
                         )
                     }
                 >
-                    <pre class="code" tabIndex={0} role="region" aria-label="Reply" aria-live="polite">
+                    <pre class="code" tabIndex={0} role="region" aria-label="Text of the reply" aria-live="polite">
                         {sent?.text ?? ""}
                     </pre>
                 </Card>

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The form of one attached device.
-import { numberOf, textOf } from "../format.ts";
+import type { SetAdBaseInfoRequest } from "hg_protocol";
+import { textOf } from "../format.ts";
 import { act, FormDialog, type Values } from "../parts.tsx";
 import { useReply } from "../store.ts";
 
 const types = ["Computer", "Phone", "Tablet", "TV", "Console", "Camera", "Printer", "Speaker", "Other"];
 
 export function EditHost(props: { mac: string; onClose: () => void }) {
-    const hosts = useReply({ command: "GET_AD_BASE_INFO" }).reply?.BaseInfo as Record<string, unknown>[] | undefined;
+    const hosts = useReply({ command: "GET_AD_BASE_INFO" }).reply?.BaseInfo;
     const host = hosts?.find((each) => each.Mac === props.mac);
     if (host === undefined) {
         return null;
     }
     const save = (values: Values) => {
-        const params: Values = {
+        const params: SetAdBaseInfoRequest = {
             MAC: props.mac,
             DevType: values.DevType!,
             ByName: values.ByName!,
@@ -57,7 +58,7 @@ export function EditHost(props: { mac: string; onClose: () => void }) {
                 ByName: textOf(host.ByName) || textOf(host.Name),
                 DevType: types.includes(textOf(host.DevType)) ? textOf(host.DevType) : "Other",
                 AccessEnable: textOf(host.AccessEnable) || "1",
-                DownLimit: numberOf(host.DownLimit)?.toString() ?? "",
+                DownLimit: "",
                 StaticDhcpEnable: textOf(host.StaticDhcpEnable) || "0",
             }}
             onSubmit={save}

@@ -9,8 +9,8 @@ import { mayCall, useReply } from "../store.ts";
 
 function Versions() {
     const known = useReply({ command: "GET_UPDATE_STATUS" }, 5000);
-    const main = known.reply?.MainRouter as Record<string, string> | undefined;
-    const routers = main === undefined ? [] : [main, ...((known.reply!.ChildRouter ?? []) as Record<string, string>[])];
+    const main = known.reply?.MainRouter;
+    const routers = main === undefined ? [] : [main, ...(known.reply!.ChildRouter ?? [])];
     return (
         <Card title="Versions" wide known={known}>
             <div class="scroll" tabIndex={0} role="region" aria-label="Versions, table">
@@ -175,10 +175,10 @@ function Schedules() {
     const { reply: when } = update;
     const off = <span class="muted">off</span>;
     const sleepers = [
-        ["GatewaySleepEnable", "gateway"],
-        ["WiFiSleepEnable", "Wi-Fi"],
-        ["LedSleepEnable", "LEDs"],
-    ].filter(([key]) => isOn(sleep.reply?.[key!]));
+        ["gateway", sleep.reply?.GatewaySleepEnable],
+        ["Wi-Fi", sleep.reply?.WiFiSleepEnable],
+        ["LEDs", sleep.reply?.LedSleepEnable],
+    ].filter(([, enable]) => isOn(enable));
     return (
         <Card title="Schedules">
             <Facts
@@ -208,7 +208,7 @@ function Schedules() {
                               [
                                   "Sleeps",
                                   sleepers.length > 0
-                                      ? `${sleepers.map(([, name]) => name).join(", ")}: ${sleep.reply.StartTime} to ${sleep.reply.EndTime}`
+                                      ? `${sleepers.map(([name]) => name).join(", ")}: ${sleep.reply.StartTime} to ${sleep.reply.EndTime}`
                                       : off,
                               ],
                           ] as [string, string][])

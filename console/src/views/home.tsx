@@ -5,7 +5,7 @@ import { accessText, dbmText, duration, isOn, numberOf, rate, signalLevel, textO
 import { traffic } from "../history.ts";
 import { layoutOf, meshOf, type MeshNode, type PlacedNode } from "../mesh.ts";
 import { act, BarShapes, Card, ConfirmButton, Facts, FormDialog, Meter, Signal, Sparkline, State, Switch } from "../parts.tsx";
-import { mayCall, mayReport, useReply } from "../store.ts";
+import { mayCall, mayReport, useReply, useReport } from "../store.ts";
 import { EditHost } from "./edit_host.tsx";
 
 const routerWidth = 150;
@@ -28,23 +28,39 @@ function Link(props: { node: PlacedNode; sideways: boolean }) {
     return <path class={`link ${kind} ${live ? "" : "offline"}`} d={path} stroke-width={live ? thickness(node) : 1.25} />;
 }
 
-function descriptionOf(node: PlacedNode): string {
-    const what = { internet: "", router: "router ", station: "", more: "" }[node.kind];
-    const link = node.access === "" ? "" : `, ${accessText(node.access)}`;
-    const signal = node.dbm === undefined ? "" : `, ${dbmText(node.dbm)}`;
-    return `${what}${node.name}${link}${signal}${node.online ? "" : ", offline"}${node.blocked ? ", blocked" : ""}`;
+// The two lines of a node.
+function textsOf(node: PlacedNode): [name: string, detail: string] {
+    if (node.kind === "internet") {
+        return ["Internet", node.online ? node.access : "no connection"];
+    }
+    const state = node.online ? [accessText(node.access), dbmText(node.dbm)] : ["offline"];
+    const more = node.kind !== "station" ? [] : [node.blocked ? "blocked" : "", node.online && node.down > 0 ? `↓ ${rate(node.down)}` : ""];
+    const name = shortened(node.name, node.kind === "router" ? 19 : 26);
+    return [name, node.kind === "more" ? "" : [...state, ...more].filter(Boolean).join(" · ")];
+}
+
+// What is to be seen, and the rest of the name.
+function labelOf(node: PlacedNode): string {
+    const [name, detail] = textsOf(node);
+    const rest = name === node.name || node.kind === "internet" ? "" : `, ${node.name}`;
+    return `${node.kind === "router" ? "router " : ""}${name} ${detail}${rest}`.trim();
 }
 
 function NodeShape(props: { node: PlacedNode }) {
     const { node } = props;
-    const detail = node.online ? [accessText(node.access), dbmText(node.dbm)].filter(Boolean).join(" · ") : "offline";
+    const [name, detail] = textsOf(node);
+    const bars = node.online && node.dbm !== undefined && <BarShapes level={signalLevel(node.dbm)} />;
+    // The blanks keep the two lines apart where only their text counts.
     if (node.kind === "internet") {
         return (
             <>
                 <circle cx="20" cy="0" r="15" class="globe" />
                 <path class="globe lines" d="M5,0 H35 M20,-15 C10,-6 10,6 20,15 M20,-15 C30,-6 30,6 20,15" />
-                <text x="44" y="4" class="beside">
-                    {node.online ? "" : "Internet: no connection"}
+                <text x="44" y="-6" class="name">
+                    {name}
+                </text>{" "}
+                <text x="44" y="18" class="detail">
+                    {detail}
                 </text>
             </>
         );
@@ -54,45 +70,25 @@ function NodeShape(props: { node: PlacedNode }) {
             <>
                 <rect x="0" y="-17" width={routerWidth} height="34" rx="8" class="box" />
                 <text x="12" y={detail === "" ? 5 : -1} class="name">
-                    {shortened(node.name, 19)}
-                </text>
+                    {name}
+                </text>{" "}
                 <text x="12" y="12" class="detail">
                     {detail}
                 </text>
-                {node.online && node.dbm !== undefined && (
-                    <g transform={`translate(${routerWidth - 24} -6)`}>
-                        <BarShapes level={signalLevel(node.dbm)} />
-                    </g>
-                )}
-            </>
-        );
-    }
-    if (node.kind === "more") {
-        return (
-            <>
-                <circle cx="6" cy="0" r="6" class="dot" />
-                <text x="20" y="4" class="name">
-                    {node.name}
-                </text>
+                {bars && <g transform={`translate(${routerWidth - 24} -6)`}>{bars}</g>}
             </>
         );
     }
     return (
         <>
             <circle cx="6" cy="0" r="6" class={`dot ${kindOf(node.access)}`} />
-            <text x="20" y="-1" class="name">
-                {shortened(node.name, 26)}
+            <text x="20" y={detail === "" ? 4 : -1} class="name">
+                {name}
+            </text>{" "}
+            <text x={bars ? 38 : 20} y="12" class="detail">
+                {detail}
             </text>
-            <text x={node.online && node.dbm !== undefined ? 38 : 20} y="12" class="detail">
-                {[detail, node.blocked ? "blocked" : "", node.online && node.down + node.up > 0 ? `↓ ${rate(node.down)}` : ""]
-                    .filter(Boolean)
-                    .join(" · ")}
-            </text>
-            {node.online && node.dbm !== undefined && (
-                <g transform="translate(20 2)">
-                    <BarShapes level={signalLevel(node.dbm)} />
-                </g>
-            )}
+            {bars && <g transform="translate(20 2)">{bars}</g>}
         </>
     );
 }
@@ -152,7 +148,7 @@ function Drawing(props: { root: MeshNode; selected: string; onSelect: (node: Mes
                             style={{ transform: `translate(${node.x}px, ${node.y}px)` }}
                             role="button"
                             tabIndex={node.id === current ? 0 : -1}
-                            aria-label={descriptionOf(node)}
+                            aria-label={labelOf(node)}
                             onClick={() => props.onSelect(node)}
                             onKeyDown={(event) => move(event, node)}
                         >
@@ -247,14 +243,14 @@ function Traffic(props: { base: Record<string, any> }) {
 
 export function Home() {
     const whole = mayReport("mesh");
-    const mesh = useReply(whole ? { report: "mesh" } : null, 3000);
+    const mesh = useReport(whole ? { report: "mesh" } : null, 3000);
     const alone = useReply(whole ? null : { command: "GET_TSLINK_TOPOLOGY_INFO" }, 3000);
     const base = useReply({ command: "GET_HG_BASE_INFO" }, 3000);
     const leds = useReply({ command: "GET_LED_STATUS" });
     const meshState = useReply({ command: "GET_MESH_STATUS" });
     const [selected, setSelected] = useState("");
     const [expanded, setExpanded] = useState<ReadonlySet<string>>(new Set());
-    const topology = whole ? mesh.reply?.topology : alone.reply;
+    const topology: Record<string, any> | undefined = whole ? mesh.reply?.topology : alone.reply;
     const tree = mesh.reply?.tree;
     const root = useMemo(() => (topology?.MainRouter ? meshOf(topology, tree, expanded) : null), [topology, tree, expanded]);
     const select = (node: MeshNode) => {
@@ -316,8 +312,8 @@ export function Home() {
                         onChange={(on) =>
                             void act("SET_LED_STATUS", {
                                 LedSwitch: on ? "1" : "0",
-                                LedCoLor: leds.reply!.LedCoLor,
-                                LedLight: leds.reply!.LedLight,
+                                LedCoLor: leds.reply!.LedCoLor ?? "",
+                                LedLight: leds.reply!.LedLight ?? "",
                             })
                         }
                     />
@@ -328,7 +324,7 @@ export function Home() {
                         on={isOn(meshState.reply.MeshEnable)}
                         disabled={!mayCall("SET_MESH_STATUS")}
                         onChange={(on) =>
-                            void act("SET_MESH_STATUS", { MeshEnable: on ? "1" : "0", MeshMode: meshState.reply!.MeshMode })
+                            void act("SET_MESH_STATUS", { MeshEnable: on ? "1" : "0", MeshMode: meshState.reply!.MeshMode ?? "" })
                         }
                     />
                 )}

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The attached devices as a table. Only the rows that are in sight are in the document, so that hundreds stay smooth.
+import type { GetAdBaseInfoBaseInfo } from "hg_protocol";
 import { useLayoutEffect, useMemo, useRef, useState } from "preact/hooks";
 import { accessText, nameOf, numberOf, rate, textOf } from "../format.ts";
 import { hostRates } from "../history.ts";
@@ -7,7 +8,7 @@ import { Card, Sparkline } from "../parts.tsx";
 import { mayCall, useReply } from "../store.ts";
 import { EditHost } from "./edit_host.tsx";
 
-type Host = Record<string, unknown>;
+type Host = GetAdBaseInfoBaseInfo;
 
 const rowHeight = 44;
 // Rows beyond the edges, which are there before they are scrolled into sight.
@@ -98,7 +99,7 @@ export function Hosts() {
     const [scroll, setScroll] = useState(0);
     const [height, setHeight] = useState(600);
     const body = useRef<HTMLDivElement>(null);
-    const all = (known.reply?.BaseInfo ?? []) as Host[];
+    const all = known.reply?.BaseInfo ?? [];
     const shown = useMemo(() => {
         const wanted = filter.toLowerCase();
         const found = all.filter((host) =>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Inspection of the gateway and its optimisation, with the values before and after.
+import type { Command } from "hg_protocol";
 import { useState } from "preact/hooks";
 import { call } from "../connection.ts";
 import { numberOf, rate, textOf } from "../format.ts";
@@ -26,7 +27,7 @@ const rows: { key: string; label: string; text?: (value: string) => string }[] =
     { key: "ProtectedDevNum", label: "Under parental control" },
 ];
 
-const inspections = [
+const inspections: Command[] = [
     "HG_INSPECTION",
     "HG_NETCONN_INSPECTION",
     "HG_NETQUAL_INSPECTION",
@@ -34,7 +35,7 @@ const inspections = [
     "HG_WIFI_INSPECTION",
 ];
 
-const optimisations = [
+const optimisations: Command[] = [
     "HG_NETCONN_OPTIMIZATION",
     "HG_NETQUAL_OPTIMIZATION",
     "HG_RESOURCE_OPTIMIZATION",
@@ -42,7 +43,7 @@ const optimisations = [
 ];
 
 // Calls those that the role may call, and puts the values of their replies together.
-async function collect(commands: string[], params: object = {}): Promise<Values> {
+async function collect(commands: Command[], params: object = {}): Promise<Values> {
     const values: Values = {};
     for (const command of commands.filter(mayCall)) {
         const { reply } = await call(command, JSON.stringify(params));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The connections to the Internet, the local network, and the ports.
+import type { Command, GetPortStatisticsPortStatList, Request, SetApAlgAbilityRequest } from "hg_protocol";
 import { isOn, numberOf, size, switchText, textOf } from "../format.ts";
 import { act, Card, Facts, Secret, secretOf, State, Switch } from "../parts.tsx";
 import { Setting } from "../setting.tsx";
@@ -77,13 +78,15 @@ function Lan() {
     );
 }
 
+const gatewayNames = ["PPTP", "FTP", "IPSEC", "L2TP", "RTSP", "H323", "SIP"] as const;
+
 function Services() {
     const upnp = useReply({ command: "GET_UPNP_STATE" }, 10000);
     const wps = useReply({ command: "GET_WPS_ENABLE" }, 10000);
     const inspection = useReply({ command: "HG_INSPECTION" }, 10000);
     const alg = useReply({ command: "GET_AP_ALG_ABILITY" }, 10000);
-    const { Status: _, ...gateways } = alg.reply ?? {};
-    const one = (label: string, command: string, value: unknown, params: (on: string) => object) =>
+    const gateways = alg.reply as SetApAlgAbilityRequest | undefined;
+    const one = <C extends Command>(label: string, command: C, value: unknown, params: (on: string) => Request<C>) =>
         value !== undefined && (
             <Switch
                 key={label}
@@ -100,12 +103,15 @@ function Services() {
                 {one("UPnP", "SET_UPNP_STATE", upnp.reply?.Enable, (Enable) => ({ Enable }))}
                 {one("WPS", "SET_WPS_ENABLE", wps.reply?.Enable, (Enable) => ({ Enable }))}
             </div>
-            {alg.reply && (
+            {gateways && (
                 <>
                     <h3>Application-level gateways</h3>
                     <div class="switches">
-                        {Object.keys(gateways).map((name) =>
-                            one(name, "SET_AP_ALG_ABILITY", gateways[name], (on) => ({ ...gateways, [name]: on })),
+                        {gatewayNames.map((name) =>
+                            one(name, "SET_AP_ALG_ABILITY", gateways[name], (on) => {
+                                const values = gatewayNames.map((each) => [each, each === name ? on : gateways[each]]);
+                                return Object.fromEntries(values) as SetApAlgAbilityRequest;
+                            }),
                         )}
                     </div>
                 </>
@@ -117,11 +123,11 @@ function Services() {
 function Ports() {
     const statistics = useReply({ command: "GET_PORT_STATISTICS" }, 3000);
     const bindings = useReply({ command: "GET_PORT_BINDING" }, 10000);
-    const ports = (statistics.reply?.port_stat_list ?? []) as Record<string, string>[];
-    const bound = (bindings.reply?.port_stat_list ?? []) as Record<string, string>[];
+    const ports = statistics.reply?.port_stat_list ?? [];
+    const bound = bindings.reply?.port_stat_list ?? [];
     const wanOf = (port: string) =>
         bound.find(({ BoundPorts }) => textOf(BoundPorts).split(",").includes(port))?.WANName ?? "";
-    const figures: [string, string, (value: number) => string][] = [
+    const figures: [keyof GetPortStatisticsPortStatList, string, (value: number) => string][] = [
         ["rx_traffic", "Received", size],
         ["tx_traffic", "Sent", size],
         ["rx_packets", "Packets received", String],

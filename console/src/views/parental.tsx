@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Parental control: which devices, and when they are restricted, painted on a grid of the week.
+import type { GetGreennetDeviceListDeviceList } from "hg_protocol";
 import { useEffect, useRef, useState } from "preact/hooks";
 import { isOn, nameOf, switchText, textOf } from "../format.ts";
 import { act, Card, ConfirmButton, Switch } from "../parts.tsx";
 import { mayCall, useReply } from "../store.ts";
-import { day, type Minutes, minutesOf, type Period, periodsOf } from "../week.ts";
+import { day, type Minutes, minutesOf, periodsOf } from "../week.ts";
 
 const days = ["Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"];
 const slot = 30;
@@ -141,7 +142,7 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
 function Times(props: { mac: string; name: string }) {
     const known = useReply({ command: "GET_GREENNET_PROTECT_PERIOD_LIST", params: { Mac: props.mac } }, 5000);
     const [draft, setDraft] = useState<Minutes | null>(null);
-    const periods = (known.reply?.Sleep ?? []) as Period[];
+    const periods = known.reply?.Sleep ?? [];
     const off = periods.filter((period) => !isOn(period.Enable));
     const maySet = mayCall("SET_GREENNET_PROTECT_PERIOD_LIST");
     const save = async () => {
@@ -184,7 +185,7 @@ function Times(props: { mac: string; name: string }) {
     );
 }
 
-type Child = Record<string, string>;
+type Child = GetGreennetDeviceListDeviceList;
 
 export function Parental() {
     const enabled = useReply({ command: "GET_GREENNET_ENABLE" }, 5000);
@@ -192,8 +193,8 @@ export function Parental() {
     const hosts = useReply({ command: "GET_AD_BASE_INFO" }, 10000);
     const [chosen, setChosen] = useState("");
     const [added, setAdded] = useState("");
-    const devices = (list.reply?.DeviceList ?? []) as Child[];
-    const known = new Map(((hosts.reply?.BaseInfo ?? []) as Child[]).map((host) => [textOf(host.Mac), host]));
+    const devices = list.reply?.DeviceList ?? [];
+    const known = new Map((hosts.reply?.BaseInfo ?? []).map((host) => [textOf(host.Mac), host]));
     const current = devices.find(({ Mac }) => Mac === chosen) ?? devices[0];
     const maySet = mayCall("SET_GREENNET_DEVICE_LIST");
     const replace = (all: Child[]) =>
@@ -202,7 +203,7 @@ export function Parental() {
         });
     const add = async () => {
         const host = known.get(added)!;
-        const outcome = await replace([...devices, { Mac: added, Name: nameOf(host), NotifyEnable: "0" }]);
+        const outcome = await replace([...devices, { Mac: added, Name: nameOf(host), NotifyEnable: "0", ProtectEnable: "0" }]);
         if (outcome.ok) {
             setChosen(added);
             setAdded("");

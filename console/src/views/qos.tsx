@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Quality of service: which traffic goes first.
+import type { GetQosInfoClassificationInfoList } from "hg_protocol";
 import { useState } from "preact/hooks";
 import { isOn, switchText } from "../format.ts";
 import { act, Card, ConfirmButton, FormDialog, Switch, type Values } from "../parts.tsx";
@@ -18,20 +19,9 @@ const types: [string, string][] = [
     ["8021P", "Priority of the frame"],
 ];
 
-interface Match {
-    Type: string;
-    Min: string;
-    Max: string;
-}
+type Rule = GetQosInfoClassificationInfoList;
 
-interface Rule {
-    Id: string;
-    Name: string;
-    PriorityLevel: string;
-    type_list: Match[];
-}
-
-const matchText = ({ Type, Min, Max }: Match): string =>
+const matchText = ({ Type, Min, Max }: Rule["type_list"][number]): string =>
     `${types.find(([type]) => type === Type)?.[1] ?? Type} ${Min === Max ? Min : `${Min} to ${Max}`}`;
 
 const slots = [1, 2, 3];
@@ -82,7 +72,7 @@ export function Qos() {
     const known = useReply({ command: "GET_QOS_INFO" }, 5000);
     const [edited, setEdited] = useState<Rule | "new" | null>(null);
     const qos = known.reply ?? {};
-    const rules = (qos.classification_info_list ?? []) as Rule[];
+    const rules = qos.classification_info_list ?? [];
     const maySet = mayCall("SET_QOS_CLASSIFICATION_INFO");
     return (
         <div class="cards">
@@ -106,7 +96,7 @@ export function Qos() {
                         </tr>
                     </thead>
                     <tbody>
-                        {((qos.app_info_list ?? []) as Record<string, string>[]).map((app) => (
+                        {(qos.app_info_list ?? []).map((app) => (
                             <tr key={app.Id}>
                                 <td>{app.Name}</td>
                                 <td>

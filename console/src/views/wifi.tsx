@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The wireless networks, their neighbours, and the guest network.
+import type { GetScanWifiSsidlistSSIDList, GetWifiInfoSuccess, GetWifiListInfoWIFIList } from "hg_protocol";
 import { call, session } from "../connection.ts";
 import { daysText, duration, isOn, numberOf, switchText, textOf } from "../format.ts";
 import { act, Card, Facts, say, Secret, secretOf, Signal, Switch } from "../parts.tsx";
@@ -7,15 +8,16 @@ import { Setting } from "../setting.tsx";
 import { blockOf } from "../spectrum.ts";
 import { mayCall, useReply } from "../store.ts";
 
-type Network = Record<string, string>;
+type Network = GetWifiListInfoWIFIList;
 
 const bandOf = (network: Network): string => (network.Type === "1" ? "5 GHz" : "2.4 GHz");
 
 async function switchNetwork(network: Network, on: boolean): Promise<void> {
     try {
-        const { reply } = await call("GET_WIFI_INFO", JSON.stringify({ SSIDIndex: network.SSIDIndex }), true);
-        const { SSID, PWD, ENCRYPT, PowerLevel, Channel } = reply;
-        const params = { SSIDIndex: network.SSIDIndex, SSID, PWD, ENCRYPT, PowerLevel, Channel, Enable: switchText(on) };
+        const { SSIDIndex } = network;
+        const { reply } = await call("GET_WIFI_INFO", JSON.stringify({ SSIDIndex }), true);
+        const { SSID, PWD, ENCRYPT, PowerLevel, Channel } = reply as unknown as GetWifiInfoSuccess;
+        const params = { SSIDIndex, SSID, PWD, ENCRYPT, PowerLevel, Channel, Enable: switchText(on) };
         await act("SET_WIFI_INFO", params, `${network.SSID} is ${on ? "on" : "off"}.`);
     } catch (error) {
         say({ ok: false, text: (error as Error).message });
@@ -178,7 +180,7 @@ function Spectrum(props: { band: string; counts: Count[]; networks: Network[] })
     );
 }
 
-function Neighbours(props: { found: Record<string, string>[]; own: Set<string> }) {
+function Neighbours(props: { found: GetScanWifiSsidlistSSIDList[]; own: Set<string> }) {
     const others = props.found.filter(({ SSID }) => !props.own.has(SSID!));
     return (
         <div class="scroll" tabIndex={0} role="region" aria-label="Neighbours, table">
@@ -218,7 +220,8 @@ function Guests(props: { band: string }) {
     const maySwitch = mayCall("SET_HG_GUEST_SSID") && session!.secrets;
     const turn = async (on: boolean) => {
         const PWD = await secretOf("GET_HG_GUEST_SSID", { Band: props.band }, (reply) => reply.PWD);
-        await act("SET_HG_GUEST_SSID", { Enable: switchText(on), SSID: guest.SSID, Band: props.band, PWD, ENCRYPT: guest.ENCRYPT });
+        const { SSID = "", ENCRYPT = "" } = guest;
+        await act("SET_HG_GUEST_SSID", { Enable: switchText(on), SSID, Band: props.band, PWD, ENCRYPT });
     };
     return (
         <Card
@@ -265,9 +268,9 @@ export function WiFi() {
     const counts = useReply({ command: "GET_SCAN_CHANNEL_COUNT" }, 15000);
     const scan = useReply({ command: "GET_SCAN_WIFI_SSIDLIST" }, 15000);
     const sleep = useReply({ command: "GET_WIFI_SLEEP_SCHEDULE" }, 15000);
-    const networks = (list.reply?.WIFIList ?? []) as Network[];
+    const networks = list.reply?.WIFIList ?? [];
     const ofBand = (type: string) => networks.filter((network) => network.Type === type);
-    const periods = (sleep.reply?.WIFISleepList ?? []) as Record<string, string>[];
+    const periods = sleep.reply?.WIFISleepList ?? [];
     return (
         <div class="cards">
             {mayCall("GET_WIFI_LIST_INFO") && (

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+// Logging in, roles, two pages at once, and a service that restarts under the page.
+import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { after, before, test } from "node:test";
+import { card, closePage, eventually, isSwitchedOn, openPage, show, startBrowser, turn } from "./browser.mjs";
+import { fileFor, Service } from "./service.mjs";
+
+let browser;
+let service;
+
+before(async () => {
+    service = await Service.start();
+    browser = await startBrowser();
+});
+
+after(async () => {
+    await browser.close();
+    await service.stop();
+});
+
+test("the token does not stay in the address", async () => {
+    const page = await openPage(browser, service);
+    assert.ok(!page.url().includes(service.token));
+    assert.ok(!(await page.content()).includes(service.token));
+    await closePage(page);
+});
+
+test("without a token there is a form, which takes one", async () => {
+    const context = await browser.newContext();
+    const page = await context.newPage();
+    await page.goto(`${service.origin}/#/wifi`);
+    const token = page.getByLabel("Token or address");
+    await token.fill("0123456789abcdef");
+    await page.getByRole("button", { name: "Log in" }).click();
+    await page.getByRole("alert").waitFor();
+    // The whole address may be entered as well.
+    await token.fill(service.address);
+    await page.getByRole("button", { name: "Log in" }).click();
+    await page.getByRole("heading", { name: "Wi-Fi", exact: true, level: 1 }).waitFor();
+    await page.getByRole("button", { name: "Log out" }).click();
+    await token.waitFor();
+    await context.close();
+});
+
+test("two pages stay in step", async () => {
+    const first = await openPage(browser, service, { view: "internet" });
+    const second = await openPage(browser, service, { context: first.context(), view: "internet" });
+    const stranger = await openPage(browser, service, { view: "internet" });
+    for (const wanted of [false, true]) {
+        await turn(card(first, "Services"), "UPnP");
+        for (const page of [first, second, stranger]) {
+            await eventually(async () => assert.equal(await isSwitchedOn(card(page, "Services"), "UPnP"), wanted));
+        }
+    }
+    await service.ask({ notice: { plugin_name: "parental_control", text: "for all" } });
+    for (const page of [first, second, stranger]) {
+        await show(page, "notices");
+        await page.getByText("for all").waitFor();
+    }
+    await second.close();
+    await closePage(first);
+    await closePage(stranger);
+});
+
+test("a change by another client is seen", async () => {
+    const page = await openPage(browser, service);
+    await service.call("SET_HG_BASE_INFO", { Name: "Renamed" });
+    await page.locator("header.top strong", { hasText: "Renamed" }).waitFor();
+    await card(page, "Mesh").getByRole("button", { name: /^router Renamed/ }).waitFor();
+    await service.call("SET_HG_BASE_INFO", { Name: "Lindenhof" });
+    await closePage(page);
+});
+
+test("a worker process that ends does not disturb the page", async () => {
+    const page = await openPage(browser, service);
+    const children = readFileSync(`/proc/${service.process.pid}/task/${service.process.pid}/children`, "utf8");
+    const workers = children.trim().split(" ").filter(Boolean).map(Number);
+    assert.equal(workers.length, 1);
+    await show(page, "events");
+    process.kill(workers[0], "SIGKILL");
+    await page.getByRole("list", { name: "Events" }).getByText("worker.crashed", { exact: true }).waitFor();
+    await show(page, "home");
+    await card(page, "Mesh").getByRole("button", { name: /^router Attic/ }).waitFor();
+    await service.call("SET_HG_BASE_INFO", { Name: "After the crash" });
+    await page.locator("header.top strong", { hasText: "After the crash" }).waitFor();
+    await closePage(page);
+});
+
+test("polling pauses in a hidden page", async () => {
+    const page = await openPage(browser, service, { clock: true });
+    const sent = [];
+    const session = await page.context().newCDPSession(page);
+    await session.send("Network.enable");
+    session.on("Network.webSocketFrameSent", ({ response }) => sent.push(response.payloadData));
+    const hide = (hidden) =>
+        page.evaluate((value) => {
+            Object.defineProperty(document, "hidden", { value, configurable: true });
+            document.dispatchEvent(new Event("visibilitychange"));
+        }, hidden);
+    // A minute of the page's clock, in which each step leaves time for an answer.
+    const minute = async () => {
+        const before = sent.length;
+        for (let step = 0; step < 20; step += 1) {
+            await page.clock.runFor(3000);
+            await service.call("GET_SN_INFO");
+        }
+        return sent.length - before;
+    };
+    await hide(true);
+    // Requests that were waiting may still be sent; none follows them.
+    assert.ok((await minute()) <= 6);
+    assert.equal(await minute(), 0);
+    await hide(false);
+    await eventually(async () => assert.ok((await minute()) > 10));
+    await closePage(page);
+});
+
+test("the service restarts under the page, which comes back", async () => {
+    const page = await openPage(browser, service, { view: "devices" });
+    await page.getByRole("button", { name: "printer", exact: true }).waitFor();
+    await service.end();
+    await page.getByText("Connecting…").waitFor();
+    // What is known stays in sight.
+    assert.equal(await page.getByRole("button", { name: "printer", exact: true }).isVisible(), true);
+    await service.restart();
+    // A new start has a new token: logging in continues where the page was.
+    await page.getByLabel("Token or address").fill(service.token);
+    await page.getByRole("button", { name: "Log in" }).click();
+    await page.getByText("Connected", { exact: true }).waitFor();
+    await page.getByRole("button", { name: "printer", exact: true }).waitFor();
+    assert.ok(page.url().endsWith("#/devices"));
+    await closePage(page);
+});
