@@ -204,6 +204,8 @@ def line_schemas(events):
     line = session_line_schema(events)
     answers = [branch for branch in line["anyOf"] if "id" in branch["required"]]
     del request["$schema"]
+    request["anyOf"] = [branch for branch in request["anyOf"]
+                        if branch["required"][0] in ("command", "report", "notice", "hello")]
     return {"line.request": {**request, "description": "One JSON object; other members are ignored, and of repeated "
                                                        "ones the first counts."},
             "line.answer": {"title": "The answer to a line", "anyOf": answers}}
