@@ -151,9 +151,10 @@ TEST(Control, SaysWhatIsWrongWithAControl)
         {R"({"Show":{}})", needs_one},
         {R"({"show":{},"show":{}})", needs_one},
         {R"({"faults":[],"trace":true})", needs_one},
-        {R"({"faults":null})", "\"faults\" is no array of texts"},
-        {R"({"faults":{}})", "\"faults\" is no array of texts"},
-        {R"({"faults":["devapi_get_sn_info=1",7]})", "\"faults\" is no array of texts"},
+        {R"({"faults":null})", "\"faults\" is no array of texts of at most 256 bytes"},
+        {R"({"faults":{}})", "\"faults\" is no array of texts of at most 256 bytes"},
+        {R"({"faults":["devapi_get_sn_info=1",7]})",
+         "\"faults\" is no array of texts of at most 256 bytes"},
         {R"({"scenario":1})", "\"scenario\" is no text of at most 256 bytes"},
         {R"({"scenario":"/etc/passwd"})",
          "a scenario file can only be given when the gateway is opened"},
@@ -170,22 +171,31 @@ TEST(Control, SaysWhatIsWrongWithAControl)
     EXPECT_EQ(lines_of(serve(input).output), answers);
 }
 
-TEST(Control, TakesLargeValues)
+TEST(Control, LimitsTextsAndNotTheirNumber)
 {
     std::string faults;
     for (int count = 0; count < 20000; ++count) {
         faults += std::string(count > 0 ? "," : "") + R"("devapi_get_sn_info=-1*1")";
     }
+    const std::string long_text(257, 'x');
+    std::string umlauts;
+    for (int count = 0; count < 128; ++count) {
+        umlauts += "\u00e4";
+    }
     const auto lines =
         lines_of(serve(control(R"({"faults":[)" + faults + "]}") +
+                       control(R"({"faults":[")" + long_text + "\"]}") +
                        control(R"({"scenario":")" + std::string(500000, 'x') + "\"}") +
-                       control(R"({"clock":"+)" + std::string(500000, '9') + "\"}"))
+                       control(R"({"clock":")" + long_text + "\"}") +
+                       control(R"({"scenario":")" + umlauts + "\"}"))
                      .output);
-    ASSERT_EQ(lines.size(), 3U);
+    ASSERT_EQ(lines.size(), 5U);
     EXPECT_EQ(lines[0], kDone);
-    EXPECT_THAT(lines[1], AllOf(HasSubstr("there is no scenario"), HasSubstr("bad-request")));
-    EXPECT_THAT(lines[2], AllOf(HasSubstr("is neither a time"), HasSubstr("bad-request")));
-    EXPECT_LT(lines[1].size() + lines[2].size(), 5000U);
+    EXPECT_EQ(lines[1], error("\"faults\" is no array of texts of at most 256 bytes"));
+    EXPECT_EQ(lines[2], error("\"scenario\" is no text of at most 256 bytes"));
+    EXPECT_EQ(lines[3], error("\"clock\" is neither a text of at most 256 bytes nor null"));
+    EXPECT_THAT(lines[4],
+                AllOf(HasSubstr("there is no scenario \\\"" + umlauts), HasSubstr("bad-request")));
 }
 
 TEST(Control, IsOnlyForTheSimulatedGateway)

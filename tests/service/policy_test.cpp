@@ -233,8 +233,8 @@ TEST(Policy, HasNoGuestsOnceItHasRoles)
 TEST(Policy, LetsEveryRoleAskForHello)
 {
     EXPECT_EQ(verdict(role(""), "control:hello"), "allowed: every role may ask for \"hello\"");
-    EXPECT_EQ(verdict(role(""), "control:other"),
-              "denied: no rule of the role \"support\" allows it");
+    EXPECT_EQ(verdict(role(R"(deny = ["control:hello"])"), "control:hello"),
+              "denied: policy.toml:3: deny \"control:hello\"");
 }
 
 TEST(Policy, TakesTheRoleOfTheMostSpecialPrincipal)
