@@ -52,7 +52,8 @@ void check(const Policy &policy)
     for (const auto &[subject, name] :
          {std::pair(Subject::kCommand, "GET_WIFI_INFO"), std::pair(Subject::kCommand, "NO_SUCH"),
           std::pair(Subject::kReport, "topology"), std::pair(Subject::kNotice, "any"),
-          std::pair(Subject::kControl, "hello"), std::pair(Subject::kSubscription, "update.*")}) {
+          std::pair(Subject::kControl, "hello"), std::pair(Subject::kControl, "faults"),
+          std::pair(Subject::kSubscription, "update.*")}) {
         if (!policy.decide(owner, subject, name).allowed) {
             give_up("the owner is refused");
         }

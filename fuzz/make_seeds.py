@@ -110,6 +110,9 @@ def main():
         "notice",
         '{"id":"a","notice":{"plugin_name":"agent","text":"{}"}}\nrubbish\n\n{"id":[1.50],"command":1}\n',
     )
+    controls = ('{"faults":["devapi_get_sn_info=-1*2@5ms"]}', '{"scenario":"single_router"}', '{"clock":"+3600"}',
+                '{"clock":null}', '{"trace":true}', '{"show":{}}', '{"show":{},"trace":1}')
+    write(out / "fuzz_serve", "control", "".join(f'{{"id":1,"control":{control}}}\n' for control in controls))
     for scenario in sorted(pathlib.Path(sys.argv[2]).glob("*.json")):
         home = json.loads(scenario.read_text(encoding="utf-8"))
         if scenario.stem in SMALL_HOMES:

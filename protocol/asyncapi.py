@@ -204,6 +204,8 @@ def line_schemas(events):
     line = session_line_schema(events)
     answers = [branch for branch in line["anyOf"] if "id" in branch["required"]]
     del request["$schema"]
+    request["anyOf"] = [branch for branch in request["anyOf"]
+                        if branch["required"][0] in ("command", "report", "notice", "hello")]
     return {"line.request": {**request, "description": "One JSON object; other members are ignored, and of repeated "
                                                        "ones the first counts."},
             "line.answer": {"title": "The answer to a line", "anyOf": answers}}
@@ -268,6 +270,25 @@ def add_state(channels, operations, messages):
     channels["state"] = channel("state", "State of the gateway",
                                 "Retained, and published by the broker as the last will when the connection is lost.",
                                 "state")
+    messages["state.get"] = {
+        "title": "A question for the state",
+        "summary": "The payload does not matter",
+        "payload": {},
+        "examples": [{"name": "question", "payload": {}}],
+    }
+    channels["state.get"] = channel("state/get", "Question for the state",
+                                    "The gateway publishes its state again, for clients of brokers that do not retain "
+                                    "messages.", "state.get")
+    operations["state.get"] = {
+        "action": "receive",
+        "channel": {"$ref": "#/channels/state.get"},
+        "title": "state.get",
+        "summary": "Has the state published again",
+        "tags": [{"name": "State"}],
+        "traits": [{"$ref": "#/components/operationTraits/at-least-once"}],
+        "messages": [{"$ref": "#/channels/state.get/messages/state.get"}],
+        "reply": {"channel": {"$ref": "#/channels/state"}, "messages": [{"$ref": "#/channels/state/messages/state"}]},
+    }
     operations["state"] = {
         **send_operation("state", "state", "Whether the gateway is connected", "State"),
         "bindings": {"mqtt": {"qos": QOS, "retain": True, "bindingVersion": "0.2.0"}},

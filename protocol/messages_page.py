@@ -35,7 +35,8 @@ mosquitto_pub -t gateway/lindenhof/request/me -m '{"id": 1, "command": "GET_SN_I
 def messages_page(document, commands):
     parts = [HEADER, document["info"]["description"].split("\n\nValues are")[0].rstrip() + "\n", DOCUMENT.strip() + "\n"]
     parts += ["## Topics\n", table(("Topic", "Direction", "Payload"), topic_rows(document)),
-              "All messages have QoS 1; only the state is retained. The parts of the topics:\n",
+              "Events and the state have QoS 1, and an answer has that of its request: 1 is recommended, with 0 a request "
+              "or its answer can be lost. Only the state is retained. The parts of the topics:\n",
               table(("Part", "Meaning"), [(f"`{{{name}}}`", parameter_text(parameter)) for name, parameter
                                           in document["components"]["parameters"].items()])]
     parts += [BY_HAND.strip() + "\n", "## Requests\n", request_text(document)]

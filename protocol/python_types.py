@@ -24,7 +24,7 @@ def python_types(model):
                      f"{comment(part.note)}{part.name} = Union[{', '.join(part.members)}]\n")
     parts.append(literal("Command", model.commands) + literal("Report", model.reports)
                  + literal("EventName", model.events) + literal("Code", model.codes.texts))
-    parts.append(FAILED)
+    parts += [FAILED, CONTROL]
     events = [f"_Event{name.removesuffix('Data')}" for name in model.events.values()]
     parts += [f"class {name}(TypedDict):\n    event: Literal[{json.dumps(event)}]\n    data: {data}\n"
               for name, (event, data) in zip(events, model.events.items())]
@@ -45,6 +45,31 @@ class Failed(TypedDict):
     code: Code
     # the rule of the policy that refuses, with its place
     rule: NotRequired[str]
+'''
+
+
+CONTROL = '''\
+class FaultKinds(TypedDict):
+    """What can be part of a fault plan."""
+
+    form: str
+    functions: list[str]
+
+
+class ControlSettings(TypedDict):
+    """The reply to the control "show" of the simulated gateway."""
+
+    scenario: str
+    # the scenarios that can be loaded
+    scenarios: list[str]
+    # the fault plan, with the calls that are left
+    faults: list[str]
+    fault_kinds: FaultKinds
+    # the clock as set; None: it follows the machine's
+    clock: Union[str, None]
+    # time of the clock, in UTC
+    time: str
+    trace: bool
 '''
 
 

@@ -135,6 +135,26 @@ def data_schema(description):
 CODES = ["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
 
 
+# What a line can control of the simulated gateway.
+CONTROL = {
+    "description": "What to change; the reply is empty, except for show",
+    "type": "object",
+    "minProperties": 1,
+    "maxProperties": 1,
+    "additionalProperties": False,
+    "properties": {
+        "faults": {"description": "The new fault plan; none lifts it", "type": "array",
+                   "items": {"type": "string", "examples": ["devapi_get_sn_info=-1*2"]}},
+        "scenario": {"description": "The built-in scenario to load; the current one is reset", "type": "string"},
+        "clock": {"description": "A time at which the clock stands still, \"+SECONDS\" by which it moves forward, or "
+                                 "null for the machine's", "type": ["string", "null"],
+                  "examples": ["2026-01-01T00:00:00", "+3600"]},
+        "trace": {"description": "Whether device calls are reported as events", "type": "boolean"},
+        "show": {"description": "Asks for the settings", "type": "object"},
+    },
+}
+
+
 def session_request_schema():
     """A line that hgagent serve and the service read."""
     params = {"type": "object", "description": "The request of the command, or what the report takes"}
@@ -153,6 +173,8 @@ def session_request_schema():
              "properties": {"notice": {"type": "object", "required": ["plugin_name", "text"],
                                        "properties": {"plugin_name": {"type": "string"},
                                                       "text": {"type": "string"}}}}},
+            {"title": "control of the simulated gateway", "required": ["control"],
+             "properties": {"control": CONTROL}},
             {"title": "a question for the versions", "required": ["hello"],
              "properties": {"hello": {"type": "object"}}},
             {"title": "a subscription to events, of the service alone", "required": ["subscribe"],

@@ -34,6 +34,29 @@ export interface Failed {
   rule?: string;
 }
 
+/** A change of the simulated gateway, for the owner of the service alone. */
+export type Control =
+  | { faults: string[] }
+  | { scenario: string }
+  | { clock: string | null }
+  | { trace: boolean }
+  | { show: Record<string, never> };
+
+/** The reply to the control "show". */
+export interface ControlSettings {
+  scenario: string;
+  /** The scenarios that can be loaded. */
+  scenarios: string[];
+  /** The fault plan, with the calls that are left. */
+  faults: string[];
+  fault_kinds: { form: string; functions: string[] };
+  /** The clock as set; null: it follows the machine's. */
+  clock: string | null;
+  /** Time of the clock, in UTC. */
+  time: string;
+  trace: boolean;
+}
+
 /** The answer to a command. */
 export type Answer<C extends Command> = { result: 0; reply: Reply<C> } | Failed;
 /** The answer to a report; the result is 0 for success. */

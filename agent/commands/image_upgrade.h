@@ -14,12 +14,6 @@ namespace agent {
 // The report's name.
 constexpr char kImageUpgrade[] = "image-upgrade";
 
-// An upgrade cannot start now; what() says why.
-class Busy : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
-
 // Makes the plug-in start fetching and flashing the image at the URL. Throws BadRequest, Busy and
 // HostError.
 void start_image_upgrade(const PluginHost &host, const std::string &url);

@@ -167,7 +167,8 @@ Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no
 A line that is no request is answered with {"id": null, "error": "...", "code": "bad-request"}, one that
 is too long with the code "too-large", and all during a reboot with "rebooting".
 A report is built by {"id": ANY, "report": "NAME", "params": {...}} and answered likewise; {"hello": {}} is
-answered with the versions of protocol and agent.
+answered with the versions of protocol and agent. {"control": {...}} changes faults, scenario, clock and trace of
+the simulated gateway.
 A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}}, and
 answered with {"id": ANY, "result": 0} when it was accepted.
 Between answers there are lines {"notice": {...}} for what is pushed to the app, and

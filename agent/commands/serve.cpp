@@ -97,6 +97,12 @@ void run(const Call &call, const PluginHost &host, CommandReasons *reasons, bool
     answer.begin = R"(,"result":)";
 }
 
+void run_control(const Call &call, GatewayControl &control, Answer &answer)
+{
+    answer.own = "0,\"reply\":" + control.run(call.control.get());
+    answer.begin = R"(,"result":)";
+}
+
 void say_hello(Answer &answer)
 {
     answer.own = std::string(R"(0,"reply":{"protocol":")") + kProtocolVersion +
@@ -104,17 +110,30 @@ void say_hello(Answer &answer)
     answer.begin = R"(,"result":)";
 }
 
-void answer_call(const Call &call, const PluginHost &host, CommandReasons *reasons, bool raw_bytes,
-                 ReplyPrinter &printer, Events &events, Answer &answer)
+// What a session keeps between its lines.
+struct Kept {
+    CommandReasons *reasons; // null without --reasons
+    ReplyPrinter &printer;
+    Events &events;
+    GatewayControl &control;
+    std::string &running;
+};
+
+void answer_call(const Call &call, const PluginHost &host, bool raw_bytes, const Kept &kept,
+                 Answer &answer)
 {
     if (!call.error.empty()) {
         set_error(answer, call.error, kBadRequest);
     } else if (call.is_hello) {
         say_hello(answer);
-    } else if (events.is_rebooting()) {
+    } else if (kept.events.is_rebooting()) {
         set_error(answer, "the gateway reboots", kRebooting);
+    } else if (call.control != nullptr) {
+        run_control(call, kept.control, answer);
     } else {
-        run(call, host, reasons, raw_bytes, printer, answer);
+        kept.running = call.command;
+        run(call, host, kept.reasons, raw_bytes, kept.printer, answer);
+        kept.running.clear();
     }
 }
 
@@ -128,8 +147,7 @@ bool is_memory_short()
     return memory == nullptr;
 }
 
-Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *reasons,
-                 bool raw_bytes, ReplyPrinter &printer, Events &events)
+Answer answer_to(std::string_view line, const PluginHost &host, bool raw_bytes, const Kept &kept)
 {
     Answer answer;
     answer.begin = kNoMemory; // as above
@@ -142,7 +160,7 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
         try {
             const Call call = parse_call(line);
             answer.id = call.id;
-            answer_call(call, host, reasons, raw_bytes, printer, events, answer);
+            answer_call(call, host, raw_bytes, kept, answer);
         } catch (const BadRequest &problem) {
             set_error(answer, problem.what(), kBadRequest);
         } catch (const Busy &problem) {
@@ -153,8 +171,8 @@ Answer answer_to(std::string_view line, const PluginHost &host, CommandReasons *
     } catch (const std::bad_alloc &) {
         answer.own.clear();
         answer.reply = {};
-        if (reasons != nullptr) {
-            reasons->take(); // they must not be attributed to the next command
+        if (kept.reasons != nullptr) {
+            kept.reasons->take(); // they must not be attributed to the next command
         }
         malloc_trim(0);
         print_out_of_memory();
@@ -192,6 +210,17 @@ class AsyncOutput {
             "{\"task\":" + agent::quoted(task) + ",\"percent\":" + std::to_string(percent) + "}";
         return options_.serve.events ? event("update.progress", text)
                                      : output_({R"({"progress":)", text, "}\n"});
+    }
+
+    // The command is empty if none made the call.
+    bool device_call(const std::string &function, const std::string &command, int32_t result,
+                     const std::string &line) const
+    {
+        return event("device.call",
+                     "{\"call\":" + agent::quoted(function) +
+                         (command.empty() ? "" : ",\"command\":" + agent::quoted(command)) +
+                         ",\"result\":" + std::to_string(result) +
+                         ",\"text\":" + agent::quoted(line) + "}");
     }
 
   private:
@@ -232,6 +261,15 @@ ServeSession::ServeSession(const Options &options, const PluginHost &host, Outpu
                               AsyncOutput(options_, output_).event(name, data);
                           })
                         : nullptr),
+      control_(host, options.serve.events
+                         ? GatewayControl::CallListener([this](const char *function, int32_t result,
+                                                               const char *line) {
+                               const bool is_command =
+                                   std::this_thread::get_id() == commands_ && !running_.empty();
+                               AsyncOutput(options_, output_)
+                                   .device_call(function, is_command ? running_ : "", result, line);
+                           })
+                         : nullptr),
       notices_(
           options.notice_refusal,
           [this](const Json &notice) { return AsyncOutput(options_, output_).notice(notice); }),
@@ -248,8 +286,9 @@ ServeSession::ServeSession(const Options &options, const PluginHost &host, Outpu
 
 bool ServeSession::answer(std::string_view line)
 {
-    const Answer answer = answer_to(line, host_, reasons_ ? &*reasons_ : nullptr,
-                                    options_.raw_bytes, printer_, events_);
+    const Answer answer =
+        answer_to(line, host_, options_.raw_bytes,
+                  {reasons_ ? &*reasons_ : nullptr, printer_, events_, control_, running_});
     // A client must learn of a worker before it gets the answer of the command that started it.
     look();
     const bool goes_on = output_(

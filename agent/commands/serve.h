@@ -6,6 +6,7 @@
 #include "commands/options.h"
 #include "host/device_reasons.h"
 #include "host/events.h"
+#include "host/gateway_control.h"
 #include "host/notice_receiver.h"
 #include "host/plugin_host.h"
 #include "host/progress.h"
@@ -15,7 +16,9 @@
 #include <functional>
 #include <initializer_list>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <thread>
 
 namespace agent {
 
@@ -45,6 +48,9 @@ class ServeSession {
     const PluginHost &host_;
     const Output output_;
     Events events_;
+    const std::thread::id commands_ = std::this_thread::get_id();
+    std::string running_; // the command that is running; only for the thread that runs it
+    GatewayControl control_;
     const NoticeReceiver notices_;
     const Progress progress_;
     std::optional<CommandReasons> reasons_;

@@ -15,6 +15,7 @@ namespace agent {
 namespace {
 
 constexpr size_t kMaxMessage = 200;
+constexpr size_t kMostControlText = 256;
 
 // " at line 2, column 7": the place after what has been read.
 std::string place(std::string_view read)
@@ -339,6 +340,57 @@ void read_hello(const Json &hello, Call &call)
     call.error = call.is_hello ? "" : "\"hello\" is no object";
 }
 
+// A text of a control: longer ones are never valid, and would fill the error message.
+bool is_short_text(const cJSON *value)
+{
+    return cJSON_IsString(value) != 0 && std::strlen(value->valuestring) <= kMostControlText;
+}
+
+bool is_list_of_texts(const cJSON *value)
+{
+    const cJSON *element = nullptr;
+    cJSON_ArrayForEach(element, value)
+    {
+        if (!is_short_text(element)) {
+            return false;
+        }
+    }
+    return cJSON_IsArray(value) != 0;
+}
+
+// What is wrong with the value of a control; empty if nothing is.
+std::string control_error(const cJSON *value)
+{
+    const std::string_view name = value->string;
+    if (name == "faults") {
+        return is_list_of_texts(value) ? ""
+                                       : "\"faults\" is no array of texts of at most 256 bytes";
+    }
+    if (name == "scenario") {
+        return is_short_text(value) ? "" : "\"scenario\" is no text of at most 256 bytes";
+    }
+    if (name == "clock") {
+        return is_short_text(value) || cJSON_IsNull(value) != 0
+                   ? ""
+                   : "\"clock\" is neither a text of at most 256 bytes nor null";
+    }
+    if (name == "trace") {
+        return cJSON_IsBool(value) != 0 ? "" : "\"trace\" is neither true nor false";
+    }
+    return cJSON_IsObject(value) != 0 ? "" : "\"show\" is no object";
+}
+
+void read_control(Json control, Call &call)
+{
+    const bool is_one = cJSON_IsObject(control.get()) != 0 &&
+                        cJSON_GetArraySize(control.get()) == 1 &&
+                        std::ranges::find(kControls, control->child->string) != std::end(kControls);
+    call.error = is_one ? control_error(control->child)
+                        : "\"control\" needs one of \"faults\", \"scenario\", \"clock\", "
+                          "\"trace\" and \"show\"";
+    call.control = std::move(control);
+}
+
 void read_notice(const Json &notice, Call &call)
 {
     const char *plugin_name = text_in(notice, "plugin_name");
@@ -392,6 +444,7 @@ Call parse_call(std::string_view line)
     std::optional<std::string> command;
     Json notice;
     Json report;
+    Json control;
     Json hello;
     Call call;
     bool has_id = false;
@@ -417,6 +470,8 @@ Call parse_call(std::string_view line)
             notice = cursor.tree_of(text);
         } else if (key == "report" && report == nullptr) {
             report = cursor.tree_of(text);
+        } else if (key == "control" && control == nullptr) {
+            control = cursor.tree_of(text);
         } else if (key == "hello" && hello == nullptr) {
             hello = cursor.tree_of(text);
         }
@@ -429,6 +484,8 @@ Call parse_call(std::string_view line)
         read_notice(notice, call);
     } else if (!has_command && report != nullptr) {
         read_report(report, call);
+    } else if (!has_command && control != nullptr) {
+        read_control(std::move(control), call);
     } else if (!has_command && hello != nullptr) {
         read_hello(hello, call);
     } else {

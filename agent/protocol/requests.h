@@ -20,6 +20,12 @@ class BadRequest : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// A request cannot be carried out now; what() says why.
+class Busy : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
 // Parses the text as a JSON object. Throws BadRequest.
 Json parse_object(std::string_view text);
 
@@ -35,9 +41,13 @@ struct Notice {
     std::string text;
 };
 
+// What a line can control of the simulated gateway.
+constexpr std::string_view kControls[] = {"faults", "scenario", "clock", "trace", "show"};
+
 // One line that serve reads: {"id": ANY, "command": "NAME", "params": {…}}, or instead of a command
 // {"id": ANY, "notice": {"plugin_name": TEXT, "text": TEXT}},
-// {"id": ANY, "report": "NAME", "params": {…}} or {"id": ANY, "hello": {}}.
+// {"id": ANY, "report": "NAME", "params": {…}}, {"id": ANY, "control": {NAME: ANY}} or
+// {"id": ANY, "hello": {}}.
 struct Call {
     // Unparsed parts of the line, so that no number loses a digit.
     std::string_view id = "null";
@@ -46,6 +56,7 @@ struct Call {
     Json params;
     std::optional<Notice> notice;
     std::optional<std::string> report;
+    Json control; // exactly one of kControls, with a value of its type
     bool is_hello = false;
     std::string error; // what is wrong with the call; empty if it is valid
 };

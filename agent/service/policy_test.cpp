@@ -5,11 +5,13 @@
 #include "io/pages.h"
 #include "io/text.h"
 #include "protocol/protocol.h"
+#include "protocol/requests.h"
 #include "service/config.h"
 #include "service/gate/policy_names.h"
 
 #include <algorithm>
 #include <grp.h>
+#include <iterator>
 #include <pwd.h>
 #include <sstream>
 
@@ -66,7 +68,10 @@ std::string problem_of(const std::optional<AskedFor> &asked_for, const std::stri
     if (!asked_for) {
         return "there is no kind of request such as " + in_message(written);
     }
-    const std::vector<std::string> names = known_names(asked_for->subject);
+    std::vector<std::string> names = known_names(asked_for->subject);
+    if (asked_for->subject == Subject::kControl) { // no rule can allow these
+        names.insert(names.end(), std::begin(kControls), std::end(kControls));
+    }
     const bool is_free = names.empty() || asked_for->subject == Subject::kSubscription;
     if (is_free || std::ranges::find(names, asked_for->name) != names.end()) {
         return "";

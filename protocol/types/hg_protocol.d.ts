@@ -4553,6 +4553,18 @@ export interface BackgroundStartedData {
   worker: "wifi-batch" | "firmware";
 }
 
+/** device.call: The plug-in has called the device library. */
+export interface DeviceCallData {
+  /** the device function, such as "devapi_get_sn_info" */
+  call: string;
+  /** the command that made the call; absent for a report, and for a worker that continues after the answer */
+  command?: string;
+  /** what the function returned */
+  result: number;
+  /** the line of the trace, with secrets masked */
+  text: string;
+}
+
 /** notice: Something is pushed to the app. */
 export interface NoticeData {
   /** what the app is to do, always "Push" with this plug-in */
@@ -4778,6 +4790,7 @@ export interface Events {
   "background.ended": BackgroundEndedData;
   "background.lost": BackgroundLostData;
   "background.started": BackgroundStartedData;
+  "device.call": DeviceCallData;
   notice: NoticeData;
   "policy.refused": PolicyRefusedData;
   "reboot.begun": RebootBegunData;
@@ -4813,6 +4826,29 @@ export interface Failed {
   code: Code;
   /** The rule of the policy that refuses, with its place. */
   rule?: string;
+}
+
+/** A change of the simulated gateway, for the owner of the service alone. */
+export type Control =
+  | { faults: string[] }
+  | { scenario: string }
+  | { clock: string | null }
+  | { trace: boolean }
+  | { show: Record<string, never> };
+
+/** The reply to the control "show". */
+export interface ControlSettings {
+  scenario: string;
+  /** The scenarios that can be loaded. */
+  scenarios: string[];
+  /** The fault plan, with the calls that are left. */
+  faults: string[];
+  fault_kinds: { form: string; functions: string[] };
+  /** The clock as set; null: it follows the machine's. */
+  clock: string | null;
+  /** Time of the clock, in UTC. */
+  time: string;
+  trace: boolean;
 }
 
 /** The answer to a command. */

@@ -5097,6 +5097,19 @@ class BackgroundStartedData(TypedDict):
     worker: Literal["wifi-batch", "firmware"]
 
 
+class DeviceCallData(TypedDict):
+    """device.call: The plug-in has called the device library."""
+
+    # the device function, such as "devapi_get_sn_info"
+    call: str
+    # the command that made the call; absent for a report, and for a worker that continues after the answer
+    command: NotRequired[str]
+    # what the function returned
+    result: float
+    # the line of the trace, with secrets masked
+    text: str
+
+
 class NoticeData(TypedDict):
     """notice: Something is pushed to the app."""
 
@@ -5205,7 +5218,7 @@ class WorkerStartedData(TypedDict):
 
 Command = Literal["CHILD_HG_LOCAL_RECOVERY", "DEL_LAN_DEVICE", "GET_ADMIN_INFO", "GET_AD_BASE_INFO", "GET_AP_ALG_ABILITY", "GET_AP_MULTISERVICE_MODE", "GET_ATTACH_DEVICE_RIGHT", "GET_CHILD_ROUTER_AD_BASE_INFO", "GET_GATEWAY_NET_FAULT", "GET_GREENNET_DEVICE_LIST", "GET_GREENNET_ENABLE", "GET_GREENNET_PROTECT_PERIOD_LIST", "GET_HG_BASE_INFO", "GET_HG_DHCP_INFO", "GET_HG_GUEST_SSID", "GET_HG_LOG", "GET_HG_PPPOE_INFO", "GET_HG_REBOOT_INFO", "GET_HG_SLEEP_INFO", "GET_HG_UPLINK_STATUS", "GET_LAN_IP_INFO", "GET_LED_STATUS", "GET_MESH_STATUS", "GET_PORT_BINDING", "GET_PORT_STATISTICS", "GET_QOS_INFO", "GET_SCAN_CHANNEL_COUNT", "GET_SCAN_CHANNEL_POWER", "GET_SCAN_WIFI_SSIDLIST", "GET_SN_INFO", "GET_STA_RSSI", "GET_TSCONF_STATUS", "GET_TSLINK_TOPOLOGY_INFO", "GET_UPDATE_SCHEDULE", "GET_UPDATE_STATUS", "GET_UPNP_STATE", "GET_WEB_LOGIN_INFO", "GET_WIFI_CHANNEL_LIST", "GET_WIFI_INFO", "GET_WIFI_LIST_INFO", "GET_WIFI_SLEEP_SCHEDULE", "GET_WPS_ENABLE", "HG_GET_UPDATE_STATUS", "HG_IMAGE_DOWNLOAD", "HG_IMAGE_UPDATE", "HG_INSPECTION", "HG_LOCAL_RECOVERY", "HG_NETCONN_INSPECTION", "HG_NETCONN_OPTIMIZATION", "HG_NETQUAL_INSPECTION", "HG_NETQUAL_OPTIMIZATION", "HG_RESOURCE_INSPECTION", "HG_RESOURCE_OPTIMIZATION", "HG_SPEEDTEST_REQUEST", "HG_WIFI_CHANNEL_POWER_OPTIMIZATION", "HG_WIFI_INSPECTION", "HG_WIFI_OPTIMIZATION", "IMAGE_DOWNLOAD", "IMAGE_UPDATE", "LINK_CHECK", "PLATEFORM_UPDATE_IMMEDIATE", "QUERY_SYSTEM_INFO", "QUERY_TSLINK_CONFIG_STATUS", "QUERY_WAN_INFO", "QUERY_WAN_NUM", "RESPONSE_ROUTER_VERSION", "RP_CHILD_HG_REBOOT", "RP_HG_REBOOT", "SET_ADMIN_INFO", "SET_AD_BASE_INFO", "SET_AP_ALG_ABILITY", "SET_AP_MULTISERVICE_MODE", "SET_ATTACH_DEVICE_RIGHT", "SET_CHILD_ROUTERAD_BASE_INFO", "SET_CHILD_ROUTER_HG_BASE_INFO", "SET_FIREWALL_SWITCH", "SET_GREENNET_DEVICE_LIST", "SET_GREENNET_ENABLE", "SET_GREENNET_NOTIFY_ENABLE", "SET_GREENNET_PROTECT_PERIOD_LIST", "SET_HG_BASE_INFO", "SET_HG_DHCP_INFO", "SET_HG_GUEST_SSID", "SET_HG_PPPOE_INFO", "SET_HG_REBOOT_INFO", "SET_HG_SLEEP_INFO", "SET_KAA_HEARTBEAT", "SET_LAN_IP_INFO", "SET_LED_STATUS", "SET_MESH_PAIR", "SET_MESH_STATUS", "SET_PORT_BINDING", "SET_QOS_APP_INFO", "SET_QOS_CLASSIFICATION_INFO", "SET_QOS_ENABLE", "SET_ROUTE_WAN_INFO", "SET_TSLINK_CONFIG_STATUS", "SET_TSLINK_SSID", "SET_UPDATE_SCHEDULE", "SET_UPLINK_WIFI_INFO", "SET_UPNP_STATE", "SET_WEB_LOGIN_INFO", "SET_WEB_LOGIN_TYPE", "SET_WIFI_INFO", "SET_WIFI_INFO_LIST", "SET_WIFI_SLEEP_SCHEDULE", "SET_WPS_ENABLE", "SET_WPS_STATE", "UPDATE_IMMEDIATE"]
 Report = Literal["agent-topology", "home-page", "image-upgrade", "main-base", "main-router", "mesh", "stations", "topology"]
-EventName = Literal["background.ended", "background.lost", "background.started", "notice", "policy.refused", "reboot.begun", "reboot.ended", "update.failed", "update.progress", "update.succeeded", "worker.backing-off", "worker.crashed", "worker.killed", "worker.started"]
+EventName = Literal["background.ended", "background.lost", "background.started", "device.call", "notice", "policy.refused", "reboot.begun", "reboot.ended", "update.failed", "update.progress", "update.succeeded", "worker.backing-off", "worker.crashed", "worker.killed", "worker.started"]
 Code = Literal["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
 
 
@@ -5218,6 +5231,29 @@ class Failed(TypedDict):
     code: Code
     # the rule of the policy that refuses, with its place
     rule: NotRequired[str]
+
+
+class FaultKinds(TypedDict):
+    """What can be part of a fault plan."""
+
+    form: str
+    functions: list[str]
+
+
+class ControlSettings(TypedDict):
+    """The reply to the control "show" of the simulated gateway."""
+
+    scenario: str
+    # the scenarios that can be loaded
+    scenarios: list[str]
+    # the fault plan, with the calls that are left
+    faults: list[str]
+    fault_kinds: FaultKinds
+    # the clock as set; None: it follows the machine's
+    clock: Union[str, None]
+    # time of the clock, in UTC
+    time: str
+    trace: bool
 
 
 class _EventBackgroundEnded(TypedDict):
@@ -5233,6 +5269,11 @@ class _EventBackgroundLost(TypedDict):
 class _EventBackgroundStarted(TypedDict):
     event: Literal["background.started"]
     data: BackgroundStartedData
+
+
+class _EventDeviceCall(TypedDict):
+    event: Literal["device.call"]
+    data: DeviceCallData
 
 
 class _EventNotice(TypedDict):
@@ -5290,7 +5331,7 @@ class _EventWorkerStarted(TypedDict):
     data: WorkerStartedData
 
 
-Event = Union[_EventBackgroundEnded, _EventBackgroundLost, _EventBackgroundStarted, _EventNotice, _EventPolicyRefused, _EventRebootBegun, _EventRebootEnded, _EventUpdateFailed, _EventUpdateProgress, _EventUpdateSucceeded, _EventWorkerBackingOff, _EventWorkerCrashed, _EventWorkerKilled, _EventWorkerStarted]
+Event = Union[_EventBackgroundEnded, _EventBackgroundLost, _EventBackgroundStarted, _EventDeviceCall, _EventNotice, _EventPolicyRefused, _EventRebootBegun, _EventRebootEnded, _EventUpdateFailed, _EventUpdateProgress, _EventUpdateSucceeded, _EventWorkerBackingOff, _EventWorkerCrashed, _EventWorkerKilled, _EventWorkerStarted]
 
 
 class CallCommand(Protocol):

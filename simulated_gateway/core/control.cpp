@@ -4,10 +4,12 @@
 
 #include "core/fields.h"
 #include "io/clock.h"
+#include "model/scenario.h"
 #include "simulated_gateway/simulated_gateway.h"
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -142,6 +144,111 @@ Settings settings_from(const SimulatedGatewayOptions &options)
 
 } // namespace
 
+namespace {
+
+std::shared_ptr<Gateway> open_gateway()
+{
+    const std::lock_guard lock(control().mutex);
+    return control().gateway;
+}
+
+// Changes a setting of the open gateway. Result: 0; -1 with the reason in error.
+template <class Change> int32_t change_open(char *error, size_t error_size, Change change)
+try {
+    const std::shared_ptr<Gateway> gateway = open_gateway();
+    if (gateway == nullptr) {
+        throw Error("no gateway is open");
+    }
+    change(*gateway);
+    return 0;
+} catch (const std::exception &failure) {
+    if (error != nullptr && error_size > 0) {
+        std::snprintf(error, error_size, "%s", failure.what());
+    }
+    return -1;
+}
+
+// "2026-01-01T00:00:00", in UTC.
+std::string time_text(int64_t time)
+{
+    constexpr int64_t end_of_9999 = 253402300799;
+    const auto whole = std::chrono::sys_seconds(std::chrono::seconds(std::min(time, end_of_9999)));
+    const auto day = std::chrono::floor<std::chrono::days>(whole);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss clock(whole - day);
+    char text[64];
+    std::snprintf(text, sizeof(text), "%04d-%02u-%02uT%02d:%02d:%02d",
+                  static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                  static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                  static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    return text;
+}
+
+int digits_at(const std::string &text, size_t place, size_t count)
+{
+    int number = 0;
+    for (const char letter : text.substr(place, count)) {
+        number = 10 * number + (letter - '0');
+    }
+    return number;
+}
+
+// Nothing for other texts.
+std::optional<int64_t> time_in(const std::string &text)
+{
+    constexpr std::string_view form = "dddd-dd-ddTdd:dd:dd";
+    const bool has_form = std::ranges::equal(text, form, [](char letter, char mark) {
+        return mark == 'd' ? letter >= '0' && letter <= '9' : letter == mark;
+    });
+    if (!has_form) {
+        return std::nullopt;
+    }
+    const std::chrono::year_month_day date(
+        std::chrono::year(digits_at(text, 0, 4)),
+        std::chrono::month(static_cast<unsigned>(digits_at(text, 5, 2))),
+        std::chrono::day(static_cast<unsigned>(digits_at(text, 8, 2))));
+    const int hours = digits_at(text, 11, 2);
+    const int minutes = digits_at(text, 14, 2);
+    const int seconds = digits_at(text, 17, 2);
+    const bool exists = date.ok() && date.year() >= std::chrono::year(1970) && hours < 24 &&
+                        minutes < 60 && seconds < 60;
+    return exists ? std::optional(std::chrono::sys_days(date).time_since_epoch() /
+                                      std::chrono::seconds(1) +
+                                  hours * 3600 + minutes * 60 + seconds)
+                  : std::nullopt;
+}
+
+void set_clock(const char *clock)
+{
+    if (clock == nullptr) {
+        fix_clock(std::nullopt);
+        return;
+    }
+    constexpr int64_t most_seconds = INT64_C(10) * 366 * 86400;
+    const std::string text = clock;
+    if (const auto time = time_in(text)) {
+        fix_clock(time);
+        return;
+    }
+    int64_t seconds = 0;
+    const char *end = text.data() + text.size();
+    const bool is_number =
+        text.size() > 1 && text[0] == '+' && text[1] != '-' &&
+        std::from_chars(text.data() + 1, end, seconds) == std::from_chars_result{end, std::errc()};
+    if (!is_number || seconds > most_seconds) {
+        throw Error(
+            "clock: " + in_quotes(text) +
+            " is neither a time such as \"2026-01-01T00:00:00\" nor \"+SECONDS\", at most " +
+            std::to_string(most_seconds));
+    }
+    if (!advance_clock(seconds)) {
+        throw Error("clock: more than a hundred years ahead of the machine's");
+    }
+}
+
+} // namespace
+
 std::shared_ptr<Gateway> current_gateway()
 {
     const std::lock_guard lock(control().mutex);
@@ -182,10 +289,7 @@ void simulated_gateway_close()
 {
     // Without the lock of the control: work that ends here may have to report to the host, which
     // may call the gateway from there.
-    const std::shared_ptr<Gateway> closing = [] {
-        const std::lock_guard lock(control().mutex);
-        return control().gateway;
-    }();
+    const std::shared_ptr<Gateway> closing = open_gateway();
     if (closing != nullptr) {
         closing->end_calls();
     }
@@ -208,13 +312,60 @@ void simulated_gateway_end_transfers()
 void simulated_gateway_power_cycle()
 {
     // Without the lock of the control, as when closing: the host is told of it.
-    const std::shared_ptr<Gateway> gateway = [] {
-        const std::lock_guard lock(control().mutex);
-        return control().gateway;
-    }();
+    const std::shared_ptr<Gateway> gateway = open_gateway();
     if (gateway != nullptr) {
         gateway->power_cycle();
     }
+}
+
+int32_t simulated_gateway_set_faults(const char *const *faults, char *error, size_t error_size)
+{
+    return change_open(error, error_size, [&](Gateway &gateway) {
+        std::vector<std::string> texts;
+        for (const char *const *fault = faults; fault != nullptr && *fault != nullptr; ++fault) {
+            texts.emplace_back(*fault);
+        }
+        gateway.set_faults(texts);
+    });
+}
+
+int32_t simulated_gateway_load(const char *scenario, char *error, size_t error_size)
+{
+    return change_open(error, error_size, [&](Gateway &gateway) {
+        gateway.load(scenario != nullptr ? scenario : "");
+    });
+}
+
+int32_t simulated_gateway_set_clock(const char *clock, char *error, size_t error_size)
+{
+    return change_open(error, error_size, [&](Gateway &) { set_clock(clock); });
+}
+
+void simulated_gateway_show(SimulatedGatewayShown report, void *context)
+try {
+    const std::shared_ptr<Gateway> gateway = open_gateway();
+    if (gateway == nullptr || report == nullptr) {
+        return;
+    }
+    report("scenario", gateway->scenario().c_str(), context);
+    for (const std::string &name : built_in_scenarios()) {
+        report("scenarios", name.c_str(), context);
+    }
+    for (const std::string &fault : gateway->faults()) {
+        report("fault", fault.c_str(), context);
+    }
+    for (const std::string_view function : FaultPlan::functions()) {
+        report("function", std::string(function).c_str(), context);
+    }
+    const std::string time = time_text(now());
+    if (!clock_runs()) {
+        report("clock", time.c_str(), context);
+    } else if (clock_lead() > 0) {
+        report("clock", ("+" + std::to_string(clock_lead())).c_str(), context);
+    }
+    report("time", time.c_str(), context);
+} catch (const std::exception &failure) {
+    write_all(STDERR_FILENO, std::string("simulated gateway: ") + failure.what() + "\n");
 }
 
 int32_t simulated_gateway_bridge_mac(char *mac, size_t size)

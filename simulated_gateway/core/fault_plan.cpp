@@ -86,6 +86,29 @@ void FaultPlan::add(std::string_view text)
     }
 }
 
+std::vector<std::string> FaultPlan::texts() const
+{
+    std::vector<std::string> texts;
+    for (const auto &[function, planned] : faults_) {
+        for (const Fault &fault : planned) {
+            std::string text = function + "=" + std::to_string(fault.result);
+            if (fault.calls_left) {
+                text += "*" + std::to_string(*fault.calls_left);
+            }
+            if (fault.delay.count() > 0) {
+                text += "@" + std::to_string(fault.delay.count()) + "ms";
+            }
+            texts.push_back(std::move(text));
+        }
+    }
+    return texts;
+}
+
+std::vector<std::string_view> FaultPlan::functions()
+{
+    return {std::begin(kFunctions), std::end(kFunctions)};
+}
+
 std::optional<Fault> FaultPlan::next(std::string_view function)
 {
     const auto planned = faults_.find(function);

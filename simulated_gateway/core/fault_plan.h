@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace simulated_gateway {
 
@@ -23,6 +24,11 @@ class FaultPlan {
     // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]" after the faults already planned for the function.
     // Throws an Error that quotes it.
     void add(std::string_view text);
+
+    // The faults that are left, in the same form, in the order of the functions' names.
+    std::vector<std::string> texts() const;
+    // The functions that can fail.
+    static std::vector<std::string_view> functions();
 
     // The planned result of the function's next call; nothing if the call is to be executed.
     std::optional<Fault> next(std::string_view function);

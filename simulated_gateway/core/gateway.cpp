@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/gateway.h"
 
+#include "core/call_report.h"
 #include "core/fields.h"
 #include "core/refusal.h"
 #include "core/update_report.h"
@@ -17,12 +18,12 @@ namespace {
 
 constexpr char kClosed[] = "the gateway was closed";
 
-State new_state(const std::string &scenario)
+State new_state(const std::string &scenario, const Home &home)
 {
     State state;
     state.scenario = scenario_name(scenario);
-    state.home = load_scenario(scenario);
-    state.factory = state.home;
+    state.home = home;
+    state.factory = home;
     state.firmware.slot(1) = {state.home.identity.software_version,
                               state.home.identity.firmware_date, "", 0};
     boot(state);
@@ -57,11 +58,13 @@ Gateway::Gateway(const Settings &settings)
                           ? std::make_shared<const VerificationKey>(*settings.firmware_key)
                           : nullptr);
     if (!kept) {
-        keep(new_state(settings.scenario.value_or(kDefaultScenario)));
+        const std::string scenario = settings.scenario.value_or(kDefaultScenario);
+        keep(new_state(scenario, load_scenario(scenario)));
         has_rebooted_ = false; // it was switched on
         return;
     }
-    if (settings.scenario && scenario_name(*settings.scenario) != kept->scenario) {
+    if (settings.scenario && scenario_name(*settings.scenario) != kept->scenario &&
+        scenario_name(*settings.scenario) != kept->opened_as) {
         throw Error(*settings.state_file + ": holds the home of scenario " +
                     in_quotes(kept->scenario) + ", not of " +
                     in_quotes(scenario_name(*settings.scenario)));
@@ -176,6 +179,9 @@ int32_t Gateway::run_locked(const char *function, std::initializer_list<Argument
     call.duration = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now() - start);
     trace_.call(up, call);
+    if (is_call_reported()) {
+        report_call(function, call.result, Trace::masked_line(up, call));
+    }
     if (call.result != 0 && !call.note.empty()) {
         report_refusal(function, call.note);
         report_failed_update(function, call.note);
@@ -232,6 +238,54 @@ void Gateway::end_change(Lock &lock)
     if (has_rebooted) {
         report_reboot(clock_runs() ? reboot_seconds_ : 0);
     }
+}
+
+void Gateway::set_faults(const std::vector<std::string> &faults)
+{
+    FaultPlan plan;
+    for (const std::string &fault : faults) {
+        plan.add(fault);
+    }
+    const std::lock_guard lock(mutex_);
+    faults_ = std::move(plan);
+}
+
+std::vector<std::string> Gateway::faults()
+{
+    const std::lock_guard lock(mutex_);
+    return faults_.texts();
+}
+
+void Gateway::load(const std::string &scenario)
+{
+    const std::lock_guard lock(mutex_);
+    if (closed_) {
+        throw Error(kClosed);
+    }
+    if (long_calls_ > 0) {
+        throw Error("a device call is running");
+    }
+    const bool is_current = scenario == state_.scenario;
+    if (!is_current && is_scenario_file(scenario)) {
+        throw Error("a scenario file can only be given when the gateway is opened");
+    }
+    State fresh = new_state(scenario, is_current ? state_.factory : load_scenario(scenario));
+    // Whoever opens the state again may still name the scenario of the first time.
+    const std::string &opened_as = state_.opened_as.empty() ? state_.scenario : state_.opened_as;
+    fresh.opened_as = opened_as != scenario ? opened_as : "";
+    let_time_pass(fresh);
+    check(fresh);
+    if (state_file_) {
+        state_file_->save(fresh);
+    }
+    state_ = std::move(fresh);
+    trace_.event(uptime(), "scenario", scenario.c_str());
+}
+
+std::string Gateway::scenario()
+{
+    const std::lock_guard lock(mutex_);
+    return state_.scenario;
 }
 
 void Gateway::power_cycle()

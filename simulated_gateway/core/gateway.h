@@ -65,6 +65,15 @@ class Gateway {
     // What it did last, as lines.
     std::string recent() { return trace_.recent(); }
 
+    // The settings that the host may change while the gateway is open.
+    // Throws an Error that quotes the first wrong fault; then the plan is as before.
+    void set_faults(const std::vector<std::string> &faults);
+    std::vector<std::string> faults();
+    // Replaces the home by that of a built-in scenario, or by its own factory state if the scenario
+    // is the current one. Throws an Error, also while long work is running.
+    void load(const std::string &scenario);
+    std::string scenario();
+
     void power_cycle();
     std::string bridge_mac();
 

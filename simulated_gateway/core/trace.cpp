@@ -44,9 +44,15 @@ try {
     const Entry entry = {uptime, call.function, call.result, call.duration, call.note};
     remember(entry);
     if (is_on()) {
-        write(line_of(entry, arguments_of(call)));
+        write(line_of(entry, arguments_of(call, show_secrets_)));
     }
 } catch (const std::exception &) {
+}
+
+std::string Trace::masked_line(int64_t uptime, const Call &call)
+{
+    const Entry entry = {uptime, call.function, call.result, call.duration, call.note};
+    return printable(line_of(entry, arguments_of(call, false)));
 }
 
 void Trace::event(int64_t uptime, const char *text, const char *note) noexcept
@@ -102,7 +108,7 @@ std::string Trace::recent()
     return lines;
 }
 
-std::string Trace::arguments_of(const Call &call) const
+std::string Trace::arguments_of(const Call &call, bool show_secrets)
 {
     std::string text = "(";
     const char *separator = "";
@@ -116,7 +122,7 @@ std::string Trace::arguments_of(const Call &call) const
         } else if (argument.is_reply && !call.filled) {
             text += "unset";
         } else {
-            text += argument.shown(argument.value, show_secrets_);
+            text += argument.shown(argument.value, show_secrets);
         }
     }
     return text + ")";

@@ -37,6 +37,8 @@ class Trace {
     // call itself has already been executed: if a line cannot be written, only the line is lost. A
     // pipe whose reader is slow does not block the caller.
     void call(int64_t uptime, const Call &call) noexcept;
+    // The line of a call, as it would be written; secrets are always masked.
+    static std::string masked_line(int64_t uptime, const Call &call);
     void event(int64_t uptime, const char *text, const char *note = "") noexcept;
 
     // The last lines of the trace, even without a file, but without the arguments of the calls.
@@ -53,7 +55,7 @@ class Trace {
 
     static std::string line_of(const Entry &entry, const std::string &arguments = {});
     static size_t length_of(const Entry &entry);
-    std::string arguments_of(const Call &call) const;
+    static std::string arguments_of(const Call &call, bool show_secrets);
     void write(const std::string &text);
     void remember(const Entry &entry);
 

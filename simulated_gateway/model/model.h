@@ -178,6 +178,7 @@ struct Rates {
 // All persistent state: the firmware, the home as it is, and its factory state.
 struct State {
     std::string scenario;  // name of the scenario that was loaded
+    std::string opened_as; // the one that it was opened with, if the host has loaded another since
     int64_t boot_time = 0; // seconds since 1970
     int64_t boot_count = 0;
     int64_t wan_time = 0;          // when the WAN was connected
@@ -194,6 +195,7 @@ struct State {
     template <class Self, class Visitor> static void describe(Self &self, Visitor &visit)
     {
         visit.field("scenario", self.scenario, Text{256});
+        visit.field("opened_as", self.opened_as, Text{256, Presence::kOptional});
         visit.field("boot_time", self.boot_time, Range{0, INT64_MAX});
         visit.field("boot_count", self.boot_count, Range{1, INT32_MAX});
         visit.field("wan_time", self.wan_time, Range{0, INT64_MAX});

@@ -8,18 +8,24 @@
 #include <filesystem>
 
 namespace simulated_gateway {
-namespace {
 
-bool is_file(const std::string &name_or_file)
+bool is_scenario_file(const std::string &name_or_file)
 {
     return name_or_file.find('/') != std::string::npos || name_or_file.ends_with(".json");
 }
 
-} // namespace
+std::vector<std::string> built_in_scenarios()
+{
+    std::vector<std::string> names;
+    for (const embedded::Text &scenario : embedded::scenario_files()) {
+        names.push_back(scenario_name(std::string(scenario.file_name)));
+    }
+    return names;
+}
 
 std::string scenario_name(const std::string &name_or_file)
 {
-    if (!is_file(name_or_file)) {
+    if (!is_scenario_file(name_or_file)) {
         return name_or_file;
     }
     return std::filesystem::path(name_or_file).stem().string();
@@ -27,7 +33,7 @@ std::string scenario_name(const std::string &name_or_file)
 
 Home load_scenario(const std::string &name_or_file)
 {
-    if (is_file(name_or_file)) {
+    if (is_scenario_file(name_or_file)) {
         return read_document<Home>(name_or_file, read_file(name_or_file), kScenarioFormat);
     }
     std::string names;

@@ -2,6 +2,7 @@
 // hgagent serve --events: events, and requests during a reboot.
 #include "agent_commands.h"
 #include "firmware_test.h"
+#include "held_pipe.h"
 
 #include <gmock/gmock.h>
 
@@ -90,27 +91,6 @@ TEST(Events, ReplaceProgress)
 }
 
 // ---- Workers ------------------------------------------------------------------------------------
-
-// A named pipe for which a worker waits until the test opens it.
-class HeldPipe {
-  public:
-    HeldPipe() : path_(test_file("pipe"))
-    {
-        std::filesystem::remove(path_);
-        EXPECT_EQ(mkfifo(path_.c_str(), 0600), 0);
-    }
-    ~HeldPipe() { close(writer_); }
-    HeldPipe(const HeldPipe &) = delete;
-    HeldPipe &operator=(const HeldPipe &) = delete;
-
-    const std::string &path() const { return path_; }
-    // The pipe stays open: the worker may not have got as far as opening it.
-    void release() { writer_ = open(path_.c_str(), O_RDWR | O_CLOEXEC); }
-
-  private:
-    const std::string path_;
-    int writer_ = -1;
-};
 
 // A worker that runs until the test releases it, and an agent that serves with it.
 class WorkerEvents : public testing::Test {

@@ -51,6 +51,35 @@ std::string role_of(const std::string &toml, const Identity &who)
 
 } // namespace
 
+TEST(Policy, LeavesTheControlOfTheGatewayToTheOwner)
+{
+    const std::string only_the_owner =
+        "denied: only the owner of the service controls the simulated gateway, and not by MQTT";
+    Identity owner = kAlice;
+    owner.is_owner = true;
+    Identity guest = client({});
+    guest.is_guest = true;
+    Identity broker = owner;
+    broker.way_in = "mqtt";
+    const std::string everything = role(R"(allow = ["*", "control:*"])");
+    for (const char *name : {"faults", "scenario", "clock", "trace", "show"}) {
+        const std::string request = std::string("control:") + name;
+        EXPECT_EQ(verdict("", request, owner),
+                  "allowed: the owner of the service may do everything");
+        EXPECT_EQ(verdict("", request, broker), only_the_owner);
+        EXPECT_EQ(verdict("", request, guest), only_the_owner);
+        EXPECT_EQ(verdict("", request), only_the_owner);
+        EXPECT_EQ(verdict(everything, request), only_the_owner);
+        EXPECT_THAT(policy_problems(role("allow = [\"" + request + "\"]")),
+                    testing::HasSubstr(request));
+    }
+    EXPECT_THAT(verdict(everything, "control:hello"), StartsWith("allowed"));
+    EXPECT_THAT(verdict("", "control:hello", broker), StartsWith("allowed"));
+    EXPECT_EQ(Policy::parse(everything, kFile).decide(kAlice, Subject::kControl, "clock").role,
+              "support")
+        << "whose rate limit applies";
+}
+
 TEST(Policy, AllowsNothingToOthersThanTheOwner)
 {
     Identity owner = kAlice;
@@ -204,8 +233,8 @@ TEST(Policy, HasNoGuestsOnceItHasRoles)
 TEST(Policy, LetsEveryRoleAskForHello)
 {
     EXPECT_EQ(verdict(role(""), "control:hello"), "allowed: every role may ask for \"hello\"");
-    EXPECT_EQ(verdict(role(""), "control:other"),
-              "denied: no rule of the role \"support\" allows it");
+    EXPECT_EQ(verdict(role(R"(deny = ["control:hello"])"), "control:hello"),
+              "denied: policy.toml:3: deny \"control:hello\"");
 }
 
 TEST(Policy, TakesTheRoleOfTheMostSpecialPrincipal)

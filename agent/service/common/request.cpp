@@ -121,10 +121,12 @@ struct Kind {
     bool has_name; // the value is the name; otherwise the key is
 };
 
+constexpr std::string_view kControl = "control";
 constexpr Kind kKinds[] = {
-    {"command", Subject::kCommand, true},        {"report", Subject::kReport, true},
-    {"notice", Subject::kNotice, false},         {kHello, Subject::kControl, false},
-    {"subscribe", Subject::kSubscription, true}, {"unsubscribe", Subject::kSubscription, true},
+    {"command", Subject::kCommand, true},          {"report", Subject::kReport, true},
+    {"notice", Subject::kNotice, false},           {kHello, Subject::kControl, false},
+    {kControl, Subject::kControl, false},          {"subscribe", Subject::kSubscription, true},
+    {"unsubscribe", Subject::kSubscription, true},
 };
 constexpr std::string_view kUnsubscribe = "unsubscribe";
 
@@ -163,6 +165,22 @@ std::string raiser_of(std::string_view notice)
     return "";
 }
 
+// The name of the only control in the object; nothing if it is not the only one.
+std::optional<std::string> control_in(std::string_view controls)
+{
+    OuterKeys keys(controls);
+    std::string_view key;
+    std::string_view value;
+    if (!keys.next_member(key, value)) {
+        return std::nullopt;
+    }
+    const auto name = text_of(key);
+    return name && std::ranges::find(kControls, *name) != std::end(kControls) &&
+                   !keys.next_member(key, value) && keys.is_good()
+               ? name
+               : std::nullopt;
+}
+
 // Reads the request's type and name from its key. Result: whether the value is valid.
 bool read_kind(const Kind &kind, std::string_view value, Request &request)
 {
@@ -172,7 +190,9 @@ bool read_kind(const Kind &kind, std::string_view value, Request &request)
         request.name = raiser_of(value);
         return true;
     }
-    const auto name = kind.has_name ? text_of(value) : std::string(kind.key);
+    const auto name = kind.has_name          ? text_of(value)
+                      : kind.key == kControl ? control_in(value)
+                                             : std::string(kind.key);
     request.name = name.value_or("");
     return name.has_value();
 }

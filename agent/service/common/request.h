@@ -25,7 +25,7 @@ struct Identity {
 // The type of a request; the request's name selects one of that type.
 enum class Subject { kCommand, kReport, kNotice, kControl, kSubscription };
 
-constexpr std::string_view kHello = "hello"; // the only control there is
+constexpr std::string_view kHello = "hello"; // the only control that the service answers itself
 
 // Why there is no result: the same codes for all transports.
 enum class Code {
@@ -49,7 +49,8 @@ struct Request {
     std::string line;
     std::string id = "null"; // JSON text
     Subject subject = Subject::kCommand;
-    // The name of the command or report; the pattern of a subscription; the source of the notice.
+    // The name of the command, report or control; the pattern of a subscription; the source of the
+    // notice.
     std::string name;
     bool is_unsubscribe = false; // of a subscription
     size_t params_begin = 0;     // in the line

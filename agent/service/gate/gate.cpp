@@ -92,6 +92,12 @@ std::string contents_of(const Request &request)
     return request.name + '\n' + std::string(request.params());
 }
 
+bool is_answered_here(const Request &request)
+{
+    return request.subject == Subject::kSubscription ||
+           (request.subject == Subject::kControl && request.name == kHello);
+}
+
 std::string_view status_in(std::string_view line)
 {
     const std::string_view text = behind(line, R"("Status":")");
@@ -264,7 +270,7 @@ void Gate::submit(Session &session, Request request)
         tell_refusal(session, request, verdict.rule);
         refuse(session, request, verdict, Code::kDenied,
                "the policy does not allow " + request.name + " to " + session.who->name);
-    } else if (request.subject == Subject::kControl || request.subject == Subject::kSubscription) {
+    } else if (is_answered_here(request)) {
         answer_control(session, request);
     } else if (!request.epoch.empty() && request.epoch != epoch_ && may_change(request)) {
         refuse(session, request, verdict, Code::kOutcomeUnknown,

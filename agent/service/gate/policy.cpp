@@ -103,6 +103,16 @@ const Policy::Role *Policy::role_of(const Identity &who) const
 
 Policy::Verdict Policy::decide(const Identity &who, Subject subject, std::string_view name) const
 {
+    const bool is_for_owner = subject == Subject::kControl && name != kHello;
+    if (is_for_owner && !(who.is_owner && who.way_in != "mqtt")) {
+        const Role *role = role_of(who);
+        return {false,
+                who.is_owner      ? kOwner
+                : role != nullptr ? role->name
+                                  : "",
+                "only the owner of the service controls the simulated gateway, and not by MQTT",
+                false};
+    }
     if (who.is_owner) {
         return {true, kOwner, "the owner of the service may do everything", true};
     }

@@ -102,6 +102,68 @@ SIMULATED_GATEWAY_API void simulated_gateway_end_transfers(void);
 SIMULATED_GATEWAY_API void simulated_gateway_power_cycle(void);
 
 /*
+ * The next functions change settings of the open gateway. Result: 0, or -1 with a text of one line
+ * in error (error_size bytes), and then nothing has changed.
+ *
+ * Replaces the fault plan by an array as in the options; an empty one lifts it.
+ */
+SIMULATED_GATEWAY_API int32_t simulated_gateway_set_faults(const char *const *faults, char *error,
+                                                           size_t error_size);
+
+/*
+ * Replaces the home by that of a scenario that is built in, in its first state, or resets it if it
+ * is the current scenario. The state is saved. It fails while a device call is downloading or
+ * uploading; the host has to make sure that no work of the plug-in is in between device calls.
+ * A state file that was opened with a scenario before can still be opened with it.
+ */
+SIMULATED_GATEWAY_API int32_t simulated_gateway_load(const char *scenario, char *error,
+                                                     size_t error_size);
+
+/*
+ * Sets the clock. "2026-01-01T00:00:00", in UTC: it stands still at this time. "+3600": it moves
+ * forward by so many seconds, up to ten years, and runs or stands still as before. NULL: it follows
+ * the machine's clock. It ends with the process and is not part of the state.
+ */
+SIMULATED_GATEWAY_API int32_t simulated_gateway_set_clock(const char *clock, char *error,
+                                                          size_t error_size);
+
+/*
+ * Receives what simulated_gateway_show() shows, one text at a time:
+ *
+ *   scenario   the name of the current scenario
+ *   scenarios  a scenario that is built in; repeated
+ *   fault      a fault that is planned, with the calls that are left; repeated
+ *   function   a device function that can fail; repeated
+ *   clock      the clock as set: a time, or "+SECONDS"; only if it does not follow the machine's
+ *   time       the time of the clock, in UTC
+ */
+typedef void (*SimulatedGatewayShown)(const char *name, const char *text, void *context);
+
+/*
+ * Calls report, with context, for the settings of the open gateway, on this thread. Nothing happens
+ * when no gateway is open.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_show(SimulatedGatewayShown report, void *context);
+
+/*
+ * Receives device calls.
+ *
+ * function: its name, as devapi_set_upnp_state.
+ * result:   what it returned.
+ * line:     its line of the trace; secrets are masked.
+ */
+typedef void (*SimulatedGatewayCall)(const char *function, int32_t result, const char *line,
+                                     void *context);
+
+/*
+ * Has report called, with context, after every device call; NULL ends that. It is called on the
+ * thread of the call, without the gateway's lock, and by one thread at a time. It may call no
+ * function of this library. Once this function has returned, the report set before is not called
+ * any more. It may be called before the gateway is opened, and holds until it is called again.
+ */
+SIMULATED_GATEWAY_API void simulated_gateway_on_call(SimulatedGatewayCall report, void *context);
+
+/*
  * What a host is told of work that takes its time.
  *
  * task:    "firmware" while an image is fetched.
