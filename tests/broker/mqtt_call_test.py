@@ -10,6 +10,10 @@ import case
 CHANGE = "SET_HG_BASE_INFO"
 
 
+def openssl(*words):
+    subprocess.run(["openssl", *map(str, words)], check=True, capture_output=True)
+
+
 class MqttCallTest(case.BrokerCase):
     def words(self, broker, *words):
         return [case.HGAGENT, "mqtt-call", "--broker", broker.url, *map(str, words)]
@@ -137,6 +141,56 @@ class MqttCallTest(case.BrokerCase):
         self.assertEqual(first.wait(), 0)
         self.assertEqual(self.call(broker, "--id", "gw", CHANGE, "Name=last")[0], 0)
         self.assertEqual(running.executed(), {"wait": 1, "last": 1})
+
+    # ---- The connection --------------------------------------------------------------------------------------------
+
+    def test_tls(self):
+        for name in ("ours", "theirs"):
+            openssl("req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-days", "2",
+                    "-subj", f"/CN={name}", "-addext", "subjectAltName=DNS:localhost",
+                    "-keyout", self.folder / f"{name}.key", "-out", self.folder / f"{name}.crt")
+        broker = self.mosquitto(listener=f"certfile {self.folder}/ours.crt\nkeyfile {self.folder}/ours.key")
+        url = f"mqtts://localhost:{broker.port.number}"
+        ours, theirs = self.folder / "ours.crt", self.folder / "theirs.crt"
+        self.service("--broker", url, "--id", "gw", "--trust", "--broker-ca", ours)
+
+        def over_tls(host, *words):
+            done = subprocess.run([case.HGAGENT, "mqtt-call", "--broker", f"mqtts://{host}:{broker.port.number}",
+                                   "--id", "gw", *map(str, words), "GET_SN_INFO"], capture_output=True, text=True)
+            return done.returncode, done.stderr
+        self.assertEqual(over_tls("localhost", "--broker-ca", ours), (0, ""))
+        self.assertEqual(over_tls("127.0.0.1", "--broker-ca", ours, "--broker-server-name", "localhost"), (0, ""))
+        for host, authority in (("localhost", theirs), ("127.0.0.1", ours), ("localhost", self.folder / "none")):
+            status, message = over_tls(host, "--broker-ca", authority)
+            self.assertEqual(status, 4)
+            self.assertIn("cannot connect to mqtts://", message)
+
+    def test_credentials(self):
+        passwords = self.folder / "passwords"
+        passwords.touch(mode=0o600)
+        subprocess.run(["mosquitto_passwd", "-b", str(passwords), "platform", "apfelbaum"], check=True,
+                       stderr=subprocess.DEVNULL)
+        broker = self.mosquitto(f"password_file {passwords}", anonymous=False)
+        given = self.folder / "credentials"
+        given.write_text("platform\napfelbaum\n", encoding="ascii")
+        given.chmod(0o600)
+        self.trusted(broker, "--broker-credentials", given)
+        words = ("--id", "gw", "--broker-credentials", given, "GET_SN_INFO")
+        self.assertEqual(self.call(broker, *words)[0], 0)
+        status, message = self.refused(broker, "--id", "gw", "GET_SN_INFO")
+        self.assertEqual(status, 4)
+        self.assertIn("the broker refuses the connection", message)
+        given.chmod(0o644)
+        status, message = self.refused(broker, *words)
+        self.assertEqual(status, 2)
+        self.assertIn("others may read it", message)
+
+    def test_broker_is_silent(self):
+        broker = self.mosquitto()
+        broker.suspend()
+        self.addCleanup(broker.resume)
+        status, message = self.refused(broker, "--id", "gw", "GET_SN_INFO")
+        self.assertEqual((status, message), (4, f"cannot connect to {broker.url}: no answer within 10 seconds"))
 
     # ---- Several gateways, events ---------------------------------------------------------------------------------
 

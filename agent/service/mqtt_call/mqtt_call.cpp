@@ -111,7 +111,11 @@ MqttCallerOptions caller_options(const MqttCallOptions &call, const std::string 
     }
     options.tls = call.tls;
     if (!call.credentials.empty()) {
-        options.credentials = read_credentials(call.credentials);
+        try {
+            options.credentials = read_credentials(call.credentials);
+        } catch (const std::runtime_error &problem) {
+            throw WrongUsage(problem.what());
+        }
     }
     options.command = command;
     options.is_change = may_change(command);
