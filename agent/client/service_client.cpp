@@ -41,6 +41,11 @@ ServiceAnswer answer_from(cJSON *line)
 
 } // namespace
 
+ServiceAnswer read_answer(std::string_view text)
+{
+    return answer_from(parse_object(text).get());
+}
+
 std::string command_request(std::string_view name, std::string_view params)
 {
     return members_of_request("command", name, params);

@@ -21,6 +21,9 @@ struct ServiceAnswer {
     std::string rule;  // the policy rule that denied the request
 };
 
+// Throws BadRequest when the text is not a JSON object.
+ServiceAnswer read_answer(std::string_view text);
+
 // Requests without their id; the parameters are the text of a JSON object.
 std::string command_request(std::string_view name, std::string_view params);
 std::string report_request(std::string_view name, std::string_view params);

@@ -30,7 +30,7 @@ bool looks_like_json(const std::string &word)
            (begin != std::string::npos && strchr("{[\"", word[begin]) != nullptr);
 }
 
-Json request_of(const CallOptions &call)
+Json parse_request(const CallOptions &call)
 {
     const std::vector<std::string> &words = call.request;
     if (call.request_file) {
@@ -64,7 +64,26 @@ void point_to_description(const std::string &command)
     }
 }
 
-// Prints the reply. Result: the exit status that it implies.
+int call_service(const Options &options, const cJSON *request)
+{
+    ReplyOutput output;
+    RemoteGateway gateway(*options.socket);
+    const RemoteGateway::Reply reply = gateway.command(options.call.command, request);
+    return show_reply(options, reply.result, reply.object.get(), output, nullptr);
+}
+
+} // namespace
+
+Json request_of(const CallOptions &call)
+{
+    try {
+        return parse_request(call);
+    } catch (const BadRequest &problem) {
+        print_error(message_of(problem, call.request));
+        return nullptr;
+    }
+}
+
 int show_reply(const Options &options, int32_t result, const cJSON *reply, ReplyOutput &output,
                const StopSignals *stop)
 {
@@ -80,23 +99,10 @@ int show_reply(const Options &options, int32_t result, const cJSON *reply, Reply
     return status;
 }
 
-int call_service(const Options &options, const cJSON *request)
-{
-    ReplyOutput output;
-    RemoteGateway gateway(*options.socket);
-    const RemoteGateway::Reply reply = gateway.command(options.call.command, request);
-    return show_reply(options, reply.result, reply.object.get(), output, nullptr);
-}
-
-} // namespace
-
 int run_call(const Options &options)
 {
-    Json object;
-    try {
-        object = request_of(options.call);
-    } catch (const BadRequest &problem) {
-        print_error(message_of(problem, options.call.request));
+    const Json object = request_of(options.call);
+    if (object == nullptr) {
         return kWrongUsage;
     }
     if (options.socket) {

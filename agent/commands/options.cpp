@@ -17,13 +17,15 @@ Exit status:
   0  done; for call and report: the reply's "Status" is "0", or there is none
   1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
-     conformance: a check failed; with --socket: the service refused
+     conformance: a check failed; with --socket: the service refused; mqtt-call: as call, or a
+     gateway refused or did not answer
   2  wrong usage, or a request that is no JSON object
   3  no such command or report
-  4  a library cannot be loaded, the simulated gateway not be opened, or a service not be reached
-  5  standard input or output failed, or the file of --junit or --request-file
+  4  a library cannot be loaded, the simulated gateway not be opened, or a service or broker not be
+     reached
+  5  standard input or output failed, or the file of --junit, --request-file or --ids
   6  out of memory
-  128 + N  call, serve, report image-upgrade, conformance or shell was ended by signal N
+  128 + N  call, serve, report image-upgrade, conformance, shell or mqtt-call was ended by signal N
 
 Examples:
   hgagent call GET_SN_INFO
@@ -90,22 +92,6 @@ void add_host_options(CLI::App &app, Options &options)
                  "Print replies as the plug-in leaves them, whatever their encoding");
 }
 
-// Takes the words after the name unchanged. A CLI11 list option would split a JSON array into
-// elements.
-void take_request(const CLI::App &call, Options &options)
-{
-    options.subcommand = Subcommand::kCall;
-    options.call.request = call.remaining();
-    if (options.call.request_file && !options.call.request.empty()) {
-        throw CLI::ExtrasError("call", options.call.request);
-    }
-    for (const std::string &word : options.call.request) {
-        if (word.starts_with('-') && word != "-") {
-            throw CLI::ExtrasError("call", {word});
-        }
-    }
-}
-
 CLI::Option *add_reasons(CLI::App *subcommand, Options &options)
 {
     return subcommand->add_flag("--reasons", options.reasons,
@@ -121,33 +107,25 @@ void add_socket(CLI::App &app, CLI::App *subcommand, Options &options)
                          "Unix socket of a running service, which is asked instead of libraries")
             ->type_name("PATH")
             ->allow_extra_args(false);
-    for (const char *option :
-         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
-          "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"}) {
-        socket->excludes(app.get_option(option));
-    }
+    exclude_library_options(app, socket);
 }
 
 void add_call(CLI::App &app, Options &options)
 {
     CLI::App *call = app.add_subcommand("call", "Run one command and print its reply");
-    call->add_option("NAME", options.call.command, "Name of the command")
-        ->type_name("")
-        ->required();
+    add_request(call, options.call)->required();
     CLI::Option *reasons = add_reasons(call, options);
     add_socket(app, call, options);
     call->get_option("--socket")->excludes(reasons);
-    call->add_option("--request-file", options.call.request_file,
-                     "File with the request, a JSON object")
-        ->type_name("FILE")
-        ->allow_extra_args(false);
-    call->allow_extras();
     call->footer(R"(
 hgagent call NAME [JSON | - | KEY=VALUE ...]
 The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a text, in their
 order; without any of them {}. Everybody on the machine can read the words of a command line: give a
 password on standard input or in a file.)");
-    call->callback([call, &options] { take_request(*call, options); });
+    call->callback([call, &options] {
+        options.subcommand = Subcommand::kCall;
+        take_request(*call, options.call);
+    });
 }
 
 void add_serve(CLI::App &app, Options &options)
@@ -366,6 +344,42 @@ std::string failure_message(const CLI::App *app, const CLI::Error &problem)
 }
 
 } // namespace
+
+CLI::Option *add_request(CLI::App *subcommand, CallOptions &call)
+{
+    CLI::Option *name =
+        subcommand->add_option("NAME", call.command, "Name of the command")->type_name("");
+    subcommand
+        ->add_option("--request-file", call.request_file, "File with the request, a JSON object")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    subcommand->allow_extras();
+    return name;
+}
+
+// Takes the words after the name unchanged. A CLI11 list option would split a JSON array into
+// elements.
+void take_request(const CLI::App &subcommand, CallOptions &call)
+{
+    call.request = subcommand.remaining();
+    if (call.request_file && !call.request.empty()) {
+        throw CLI::ExtrasError(subcommand.get_name(), call.request);
+    }
+    for (const std::string &word : call.request) {
+        if (word.starts_with('-') && word != "-") {
+            throw CLI::ExtrasError(subcommand.get_name(), {word});
+        }
+    }
+}
+
+void exclude_library_options(CLI::App &app, CLI::Option *option)
+{
+    for (const char *excluded :
+         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
+          "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"}) {
+        option->excludes(app.get_option(excluded));
+    }
+}
 
 std::optional<Options> parse_options(int count, char **words, int &exit_status,
                                      AddSubcommands add_others)

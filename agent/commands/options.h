@@ -14,7 +14,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 namespace agent {
 
@@ -79,6 +80,14 @@ struct Options {
 
 // Adds subcommands of other parts of the agent; their callbacks set the option `other`.
 using AddSubcommands = void (*)(CLI::App &app, Options &options);
+
+// For subcommands that take a request: adds its name, which is returned, and its other options, and
+// reads its words in the subcommand's callback.
+CLI::Option *add_request(CLI::App *subcommand, CallOptions &call);
+void take_request(const CLI::App &subcommand, CallOptions &call);
+
+// With this option the options for libraries are a usage error.
+void exclude_library_options(CLI::App &app, CLI::Option *option);
 
 // Parses the command line. Nothing when the process is to exit at once (--help, --version, a usage
 // error), with exit_status.

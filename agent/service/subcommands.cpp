@@ -2,6 +2,7 @@
 #include "service/subcommands.h"
 
 #include "service/config.h"
+#include "service/mqtt_call/mqtt_call.h"
 #include "service/policy_test.h"
 #include "service/run.h"
 
@@ -130,6 +131,7 @@ void add_subcommands(CLI::App &app, Options &options)
     add_listen(app, options);
     add_run(app, options);
     add_policy(app, options);
+    add_mqtt_call(app, options);
 }
 
 } // namespace agent::service

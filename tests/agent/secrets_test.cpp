@@ -22,6 +22,16 @@ TEST(SecretNames, EndInOneOfTheWords)
     }
 }
 
+TEST(SecretReplies, AreThoseThatMayHaveASecretKey)
+{
+    for (const char *command : {"GET_WIFI_INFO", "GET_HG_PPPOE_INFO", "NO_SUCH_COMMAND"}) {
+        EXPECT_TRUE(agent::may_reply_secrets(command)) << command;
+    }
+    for (const char *command : {"GET_SN_INFO", "SET_WIFI_INFO", "GET_GREENNET_DEVICE_LIST"}) {
+        EXPECT_FALSE(agent::may_reply_secrets(command)) << command;
+    }
+}
+
 TEST(SecretLabels, PrecedeTheValueDirectly)
 {
     for (const char *label : {"Password:", "pwd = ", "PPPOE_PASSWORD= ", "a|b:c|Pwd: \"", "psk\t",

@@ -43,6 +43,9 @@ expect 'call behind options' GET_SN_INFO \
 
 expect 'call over a socket' GET_SN_INFO "$(completed call --socket call GET_SN_)"
 
+expect 'mqtt-call' GET_SN_INFO "$(completed mqtt-call --broker mqtt : //call --id call --follow GET_SN_)"
+expect 'a key of mqtt-call' Enable= "$(completed mqtt-call --id gw SET_UPNP_STATE En)"
+
 # All keys of requests that may be strings; no lists, no objects, and no ignored keys.
 for command in SET_UPNP_STATE SET_AD_BASE_INFO SET_WIFI_INFO_LIST GET_SN_INFO; do
     expect "keys of $command" "$(completed call "$command" '' | sed '/^$/d')" "$(sed -n \
@@ -54,7 +57,7 @@ expect 'a key that is given' "$(completed call SET_UPNP_STATE Enable = 1 '')" ''
 expect 'the value of a key' "$(completed call SET_UPNP_STATE Enable = '')$(completed call SET_UPNP_STATE Enable =)" ''
 
 expect subcommands "$(completed '' | grep -v '^-')" \
-    "$(in_help '/^Subcommands/,/^$/ s/^  \([a-z]*\) .*/\1/p')"
+    "$(in_help '/^Subcommands/,/^$/ s/^  \([a-z-]*\) .*/\1/p')"
 expect options "$(completed --)" "$(in_help "$options")"
 for subcommand in $(completed '' | grep -v '^-'); do
     before=()

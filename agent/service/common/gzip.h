@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -8,5 +10,8 @@ namespace agent::service {
 
 // The text compressed in the format of gzip.
 std::string gzip(std::string_view text);
+
+// Nothing if the text is not valid, or has more than max_bytes once it is decompressed.
+std::optional<std::string> gunzip(std::string_view packed, size_t max_bytes);
 
 } // namespace agent::service

@@ -27,8 +27,8 @@ constexpr char kAcceptEncoding[] = "accept-encoding";
 constexpr char kContentEncoding[] = "content-encoding";
 constexpr char kGzip[] = "gzip";
 constexpr int kQos = 1; // of the subscriptions
-constexpr std::chrono::seconds kShortestLook(1);
-constexpr std::chrono::seconds kLongestLook(15);
+constexpr std::chrono::seconds kShortestPause(1);
+constexpr std::chrono::seconds kLongestPause(15);
 
 // Once for the process.
 class Library {
@@ -54,6 +54,10 @@ class Properties {
     {
         check(mosquitto_property_add_binary(&list_, identifier, value.data(),
                                             static_cast<uint16_t>(value.size())));
+    }
+    void add_text(int identifier, const char *value)
+    {
+        check(mosquitto_property_add_string(&list_, identifier, value));
     }
     void add_pair(const char *name, const char *value)
     {
@@ -102,6 +106,8 @@ void read_user_property(const mosquitto_property *property, ReceivedMessage &mes
         message.epoch = value;
     } else if (name == kAcceptEncoding) {
         message.wants_gzip = value == kGzip;
+    } else if (name == kContentEncoding) {
+        message.is_gzip = value == kGzip;
     }
 }
 
@@ -150,13 +156,22 @@ size_t size_of_length(size_t length)
     return bytes;
 }
 
+size_t size_of_text(std::string_view text)
+{
+    return text.empty() ? 0 : 3 + text.size();
+}
+
+size_t size_of_pair(std::string_view name, std::string_view value)
+{
+    return value.empty() ? 0 : 5 + name.size() + value.size();
+}
+
 size_t size_of_properties(const PublishedMessage &message)
 {
-    size_t size = message.correlation.empty() ? 0 : 3 + message.correlation.size();
-    if (message.is_gzip) {
-        size += 5 + strlen(kContentEncoding) + strlen(kGzip);
-    }
-    return size;
+    return size_of_text(message.correlation) + size_of_text(message.response_topic) +
+           (message.expiry ? 5 : 0) + size_of_pair(kEpoch, message.epoch) +
+           size_of_pair(kContentEncoding, message.is_gzip ? kGzip : "") +
+           size_of_pair(kAcceptEncoding, message.wants_gzip ? kGzip : "");
 }
 
 BrokerConnection &connection_of(void *object)
@@ -258,8 +273,10 @@ void BrokerConnection::start()
                                                                : credentials.password.c_str());
     }
     const PublishedMessage &will = options_.will;
-    mosquitto_will_set_v5(client_, will.topic.c_str(), static_cast<int>(will.payload.size()),
-                          will.payload.data(), will.qos, will.retain, nullptr);
+    if (!will.topic.empty()) {
+        mosquitto_will_set_v5(client_, will.topic.c_str(), static_cast<int>(will.payload.size()),
+                              will.payload.data(), will.qos, will.retain, nullptr);
+    }
     Properties properties;
     properties.add_number(MQTT_PROP_SESSION_EXPIRY_INTERVAL,
                           static_cast<uint32_t>(options_.session.count()));
@@ -331,7 +348,7 @@ void BrokerConnection::wait_for_output()
 // The library sends pings, and finds out that none is answered, when it is called.
 void BrokerConnection::schedule_keep_alive()
 {
-    keep_alive_.expires_after(std::clamp(options_.keep_alive / 4, kShortestLook, kLongestLook));
+    keep_alive_.expires_after(std::clamp(options_.keep_alive / 4, kShortestPause, kLongestPause));
     keep_alive_.async_wait([this](const boost::system::error_code &problem) {
         if (problem || is_lost_) {
             return;
@@ -446,6 +463,19 @@ int BrokerConnection::publish(const PublishedMessage &message)
     }
     if (message.is_gzip) {
         properties.add_pair(kContentEncoding, kGzip);
+    }
+    if (!message.response_topic.empty()) {
+        properties.add_text(MQTT_PROP_RESPONSE_TOPIC, message.response_topic.c_str());
+    }
+    if (!message.epoch.empty()) {
+        properties.add_pair(kEpoch, message.epoch.c_str());
+    }
+    if (message.wants_gzip) {
+        properties.add_pair(kAcceptEncoding, kGzip);
+    }
+    if (message.expiry) {
+        properties.add_number(MQTT_PROP_MESSAGE_EXPIRY_INTERVAL,
+                              static_cast<uint32_t>(message.expiry->count()));
     }
     int number = 0;
     const int result = mosquitto_publish_v5(

@@ -41,6 +41,12 @@ struct PublishedMessage {
     int qos = 0;
     bool retain = false;
     bool is_gzip = false;
+
+    // Of a request.
+    std::string response_topic; // empty: none
+    std::string epoch;          // the same
+    bool wants_gzip = false;
+    std::optional<std::chrono::seconds> expiry;
 };
 
 // The number of bytes of the message as a packet.
@@ -55,6 +61,7 @@ struct ReceivedMessage {
     std::string correlation;    // the same
     std::string epoch;          // the same
     bool wants_gzip = false;
+    bool is_gzip = false;
     std::optional<std::chrono::seconds> expiry;
 };
 
@@ -84,7 +91,7 @@ struct ConnectOptions {
     std::chrono::seconds keep_alive{60};
     std::chrono::seconds session{0};
     uint32_t max_packet = 0; // that this client accepts
-    PublishedMessage will;
+    PublishedMessage will; // without a topic: none
     std::vector<std::string> subscriptions;
 };
 

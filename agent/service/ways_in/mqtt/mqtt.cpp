@@ -120,7 +120,9 @@ class MqttClient : Client {
         last_use_ = Mqtt::Clock::now();
         const Asked asked = std::move(asked_.front());
         asked_.pop_front();
-        answer(asked, answered.line);
+        if (!answered.is_duplicate) { // a request that is repeated while it runs is answered once
+            answer(asked, answered.line);
+        }
     }
 
     void on_event(std::string_view) override {} // subscriptions are not passed on

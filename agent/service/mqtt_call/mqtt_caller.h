@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// The platform's side of gateways on a broker. It sends each gateway a request, and repeats it with
+// the same correlation data until it is answered, also over new connections: so a change is
+// executed at most once, and its answer does not get lost.
+#pragma once
+
+#include "service/ways_in/mqtt/backoff.h"
+#include "service/ways_in/mqtt/broker_connection.h"
+#include "service/ways_in/mqtt/name_lookup.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace agent::service {
+
+struct MqttCallerOptions {
+    std::vector<BrokerAddress> brokers; // the first one that can be reached is used
+    Credentials credentials;
+    TlsOptions tls;
+    std::string root;
+    std::vector<std::string> ids; // of the gateways
+    std::string command;          // empty: none, events only
+    std::string params;           // JSON object
+    bool is_change = false;       // a restart of the gateway's service makes the outcome unknown
+    bool has_events = false;
+    bool follows = false; // goes on with events when all answers are there
+    std::chrono::seconds timeout{60};
+    std::chrono::milliseconds repeat{5000};
+};
+
+class MqttCallerListener {
+  public:
+    virtual void on_connected(const std::string &broker) = 0;
+    // The payload of the gateway's answer. Result: false when nothing has been executed, so that
+    // the request is to be repeated.
+    virtual bool on_answer(const std::string &gateway, const std::string &payload) = 0;
+    // was_sent: the gateway may have executed the request. is_offline: as the broker says.
+    virtual void on_no_answer(const std::string &gateway, bool was_sent, bool is_offline) = 0;
+    virtual void on_event(const std::string &gateway, std::string_view name,
+                          std::string_view data) = 0;
+    virtual void on_interruption(const std::string &why) = 0;
+    virtual void on_no_broker(const std::string &why) = 0;
+    // All answers and non-answers have been passed on, and no events are to follow.
+    virtual void on_end() = 0;
+
+  protected:
+    ~MqttCallerListener() = default;
+};
+
+class MqttCaller : BrokerListener {
+  public:
+    MqttCaller(boost::asio::io_context &loop, MqttCallerOptions options,
+               MqttCallerListener &listener);
+
+    void start();
+    // Leaves the broker in order.
+    void stop();
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Gateway {
+        std::string id;
+        std::string correlation;
+        std::string epoch; // that the request is for; empty: not known yet
+        Clock::time_point asked;
+        bool was_sent = false;
+        bool is_offline = false;
+        bool is_done = false;
+    };
+
+    void on_connected() override;
+    void on_message(const ReceivedMessage &message) override;
+    void on_acknowledged(int) override {}
+    void on_lost(const std::string &why) override;
+
+    void try_next(const std::string &why);
+    void resolve();
+    void connect();
+    std::vector<std::string> subscriptions() const;
+    const BrokerAddress &broker() const { return options_.brokers[broker_]; }
+
+    void begin_next();
+    void ask(Gateway &gateway);
+    void take_state(Gateway &gateway, const ReceivedMessage &message);
+    void take_answer(Gateway &gateway, const ReceivedMessage &message);
+    void finish(Gateway &gateway);
+    void schedule_repetitions();
+    void on_timeout();
+    void end_unless_following();
+    std::string topic(const Gateway &gateway, std::string_view rest) const;
+
+    boost::asio::io_context &loop_;
+    const MqttCallerOptions options_;
+    MqttCallerListener &listener_;
+    const std::string client_; // its name on the broker, and in its reply topics
+    std::vector<Gateway> gateways_;
+    std::unordered_map<std::string_view, size_t> place_of_id_;
+    std::vector<Gateway *> active_; // those that have been asked, and have not answered
+    size_t next_ = 0;               // the first one that has not been asked
+
+    size_t broker_ = 0;
+    std::vector<std::string> addresses_; // of the broker, not tried yet, in reverse order
+    size_t failures_ = 0;                // brokers that have failed one after the other
+    bool has_been_connected_ = false;
+    bool is_connected_ = false;
+    NameLookup lookup_;
+    Backoff backoff_;
+    std::minstd_rand random_{std::random_device{}()};
+    boost::asio::steady_timer attempt_; // the end of an attempt, or of the pause before one
+    std::optional<TlsContext> tls_;
+    std::unique_ptr<BrokerConnection> connection_;
+
+    Clock::time_point deadline_;
+    boost::asio::steady_timer timeout_;
+    boost::asio::steady_timer repeat_;
+    bool has_ended_ = false;
+};
+
+} // namespace agent::service
