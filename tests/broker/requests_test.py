@@ -171,7 +171,8 @@ class RequestsTest(case.BrokerCase):
         self.assertEqual(sum(self.running.executed().values()), 0)
 
     def test_compressed_answers(self):
-        client = self.start(device=False, whole_options=("--scenario", "three_storey_house"))
+        client = self.start(device=False, whole_options=("--scenario", "three_storey_house"),
+                            environment={"SIMULATED_GATEWAY_TIME": "1767225600"})
         client.publish("gateway/gw/report/topology", b"", response=client.reply, correlation=b"plain")
         plain = client.await_message(lambda message: message.correlation == b"plain")
         client.publish("gateway/gw/report/topology", b"", response=client.reply, correlation=b"gzip",
