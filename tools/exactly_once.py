@@ -29,7 +29,7 @@ import trial  # noqa: E402
 
 CREDENTIALS = "gw@localhost", "any"
 # How long clients have after a repair until the next failure.
-PAUSE_SECONDS = 2
+PAUSE_SECONDS = 0.3
 
 
 class Bare:

@@ -18,6 +18,7 @@ using namespace std::string_literals;
 // The values are ignored here: they are read from the options themselves.
 void ignore_count(int64_t) {}
 void ignore_text(const std::string &) {}
+void ignore_texts(const std::vector<std::string> &) {}
 
 void add_setting(CLI::App *run, const Setting &setting)
 {
@@ -26,10 +27,13 @@ void add_setting(CLI::App *run, const Setting &setting)
         return;
     }
     // The value is checked together with those of the file.
+    using List = std::vector<std::string> &(*)(ServiceConfig &);
     CLI::Option *option =
-        run->add_option_function<std::string>(setting.option, ignore_text, setting.help)
-            ->type_name(setting.value_name)
-            ->allow_extra_args(false);
+        std::holds_alternative<List>(setting.place)
+            ? run->add_option_function<std::vector<std::string>>(setting.option, ignore_texts,
+                                                                 setting.help)
+            : run->add_option_function<std::string>(setting.option, ignore_text, setting.help);
+    option->type_name(setting.value_name)->allow_extra_args(false);
     if (setting.without_value != nullptr) {
         option->expected(0, 1)->type_name("["s + setting.value_name + "]");
     }

@@ -23,7 +23,7 @@ class Answer:
         self.payload = message.payload
         self.topic = message.topic
         self.retained = message.retain
-        properties = message.properties
+        properties = getattr(message, "properties", None)
         self.correlation = getattr(properties, "CorrelationData", b"") if properties else b""
         self.user = dict(getattr(properties, "UserProperty", [])) if properties else {}
 

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What single requests are answered with, proper ones and others."""
 import json
+import time
 import zlib
 
 import caller
@@ -48,7 +49,7 @@ class RequestsTest(case.BrokerCase):
 
     def test_unknown_commands_and_topics(self):
         client = self.start()
-        self.assertEqual(self.send(client, "gateway/gw/command/NO_SUCH", b"").code, "bad-request")
+        self.assertEqual(self.send(client, "gateway/gw/command/NO_SUCH", b"").body, {"result": -3, "reply": {}})
         for topic in ("gateway/gw/command/", "gateway/gw/command/A/B", "gateway/gw/command", "gateway/gw", "gateway/gw/",
                       "gateway/gw/request/", "gateway/gw/event/notice", "gateway/gw/command/" + "x" * 300):
             client.publish(topic, b"{}", response=client.reply)
@@ -88,7 +89,13 @@ class RequestsTest(case.BrokerCase):
         client = self.start()
         for _ in range(5):
             request = client.request(NAME, {"Name": "often"}, correlation=b"same")
-        while len(request.answers) < 5:
+        while not request.answers:
+            client.turn()
+        # Those that came while the first was running were answered with it; from now on each is answered.
+        client.ask("GET_SN_INFO")
+        before = len(request.answers)
+        client.send(request)
+        while len(request.answers) == before:
             client.turn()
         self.assertEqual({answer.payload for answer in request.answers}, {b'{"result":0,"reply":{"Status":"0"}}'})
         self.assertEqual(self.running.executed(), {"often": 1})
@@ -116,12 +123,17 @@ class RequestsTest(case.BrokerCase):
             client.turn()
         for _ in range(3):
             client.send(request)
+        # The state comes when the gateway has read them all.
+        client.subscribe("gateway/gw/state")
+        client.publish("gateway/gw/state/get")
+        client.await_message(lambda message: message.topic.endswith("/state") and not message.retained)
         self.assertEqual(request.answers, [])
         self.release(held)
         while not request.answers:
             client.turn()
         self.assertEqual(request.answers[0].body["result"], 0)
         client.ask("GET_SN_INFO")
+        self.assertEqual(len(request.answers), 1)
         self.assertEqual(self.running.executed(), {"wait": 1})
 
     def test_expired_requests(self):
@@ -131,11 +143,12 @@ class RequestsTest(case.BrokerCase):
         while not self.running.executed():
             client.turn()
         expired = client.request(NAME, {"Name": "expired"}, expiry=1)
-        while not expired.answers:
+        began = time.monotonic()
+        while time.monotonic() < began + 1.5:
             client.turn()
-        self.assertEqual(expired.answers[0].code, "timeout", expired.answers[0].payload)
         self.release(held)
         client.ask(NAME, {"Name": "later"}, expiry=600)
+        self.assertEqual([answer.code for answer in expired.answers], ["timeout"])
         self.assertEqual(self.running.executed(), {"wait": 1, "later": 1})
 
     def test_worker_dies_during_a_command(self):
@@ -158,7 +171,8 @@ class RequestsTest(case.BrokerCase):
         self.assertEqual(sum(self.running.executed().values()), 0)
 
     def test_compressed_answers(self):
-        client = self.start(device=False, whole_options=("--scenario", "three_storey_house"))
+        client = self.start(device=False, whole_options=("--scenario", "three_storey_house"),
+                            environment={"SIMULATED_GATEWAY_TIME": "1767225600"})
         client.publish("gateway/gw/report/topology", b"", response=client.reply, correlation=b"plain")
         plain = client.await_message(lambda message: message.correlation == b"plain")
         client.publish("gateway/gw/report/topology", b"", response=client.reply, correlation=b"gzip",

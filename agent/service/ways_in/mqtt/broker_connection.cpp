@@ -265,6 +265,7 @@ void BrokerConnection::start()
     mosquitto_int_option(client_, MOSQ_OPT_TCP_NODELAY, 1);
     if (options_.tls != nullptr) {
         mosquitto_void_option(client_, MOSQ_OPT_SSL_CTX, options_.tls->get());
+        mosquitto_int_option(client_, MOSQ_OPT_SSL_CTX_WITH_DEFAULTS, 0);
     }
     const Credentials &credentials = options_.credentials;
     if (!credentials.user.empty()) {
@@ -291,8 +292,7 @@ void BrokerConnection::start()
         mosquitto_connect_async(client_, options_.address.c_str(), options_.broker.port,
                                 static_cast<int>(options_.keep_alive.count()));
     if (result != MOSQ_ERR_SUCCESS) {
-        lose(result == MOSQ_ERR_ERRNO ? strerror(errno) // NOLINT(concurrency-mt-unsafe): own text
-                                      : mosquitto_strerror(result));
+        on_disconnected(result);
         return;
     }
     open();
@@ -310,7 +310,7 @@ void BrokerConnection::open()
     socket_.assign(duplicate);
     wait_for_input();
     schedule_keep_alive();
-    after_call();
+    after_call(MOSQ_ERR_SUCCESS);
 }
 
 void BrokerConnection::wait_for_input()
@@ -320,8 +320,7 @@ void BrokerConnection::wait_for_input()
                            if (problem || is_lost_) {
                                return;
                            }
-                           mosquitto_loop_read(client_, 1);
-                           after_call();
+                           after_call(mosquitto_loop_read(client_, 1));
                            if (!is_lost_) {
                                wait_for_input();
                            }
@@ -340,8 +339,7 @@ void BrokerConnection::wait_for_output()
                                return;
                            }
                            is_waiting_to_write_ = false;
-                           mosquitto_loop_write(client_, 1);
-                           after_call();
+                           after_call(mosquitto_loop_write(client_, 1));
                        });
 }
 
@@ -353,31 +351,31 @@ void BrokerConnection::schedule_keep_alive()
         if (problem || is_lost_) {
             return;
         }
-        mosquitto_loop_misc(client_);
-        after_call();
+        after_call(mosquitto_loop_misc(client_));
         if (!is_lost_) {
             schedule_keep_alive();
         }
     });
 }
 
-void BrokerConnection::after_call()
+void BrokerConnection::after_call(int result)
 {
     if (is_in_callback_) {
         return; // the library would wait for itself
     }
+    if (result == MOSQ_ERR_SUCCESS && !is_lost_ && !is_waiting_to_write_ &&
+        mosquitto_want_write(client_)) {
+        // What callbacks have published: the library only queues it.
+        result = mosquitto_loop_write(client_, 1);
+        if (result == MOSQ_ERR_SUCCESS && !is_lost_ && mosquitto_want_write(client_)) {
+            wait_for_output();
+        }
+    }
     if (exception_) {
         std::rethrow_exception(std::exchange(exception_, nullptr));
     }
-    if (!is_lost_ && !is_waiting_to_write_ && mosquitto_want_write(client_)) {
-        // What callbacks have published: the library only queues it.
-        mosquitto_loop_write(client_, 1);
-        if (exception_) {
-            std::rethrow_exception(std::exchange(exception_, nullptr));
-        }
-        if (!is_lost_ && mosquitto_want_write(client_)) {
-            wait_for_output();
-        }
+    if (result != MOSQ_ERR_SUCCESS) { // not every error leads to a callback
+        on_disconnected(result);
     }
 }
 
@@ -481,7 +479,7 @@ int BrokerConnection::publish(const PublishedMessage &message)
     const int result = mosquitto_publish_v5(
         client_, &number, message.topic.c_str(), static_cast<int>(message.payload.size()),
         message.payload.data(), message.qos, message.retain, properties.get());
-    after_call();
+    after_call(MOSQ_ERR_SUCCESS);
     if (result == MOSQ_ERR_NOMEM) {
         throw std::bad_alloc();
     }
@@ -493,8 +491,7 @@ int BrokerConnection::publish(const PublishedMessage &message)
 void BrokerConnection::disconnect()
 {
     is_disconnecting_ = true;
-    mosquitto_disconnect_v5(client_, MQTT_RC_NORMAL_DISCONNECTION, nullptr);
-    after_call();
+    after_call(mosquitto_disconnect_v5(client_, MQTT_RC_NORMAL_DISCONNECTION, nullptr));
 }
 
 } // namespace agent::service

@@ -119,9 +119,8 @@ class BrokerConnection {
     void wait_for_input();
     void wait_for_output();
     void schedule_keep_alive();
-    void write();
     // After each call of libmosquitto that may have had callbacks.
-    void after_call();
+    void after_call(int result);
     void lose(const std::string &why);
     void on_connack(int reason, const mqtt5__property *properties);
     void on_suback(const std::vector<int> &granted);

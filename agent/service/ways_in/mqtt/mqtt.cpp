@@ -89,27 +89,25 @@ class MqttClient : Client {
         message.correlation = asked.correlation;
         message.qos = asked.qos;
         message.payload = asked.is_line ? std::string(line) : answer_payload(line);
-        const size_t whole = message.payload.size();
         if (asked.wants_gzip) {
             message.payload = gzip(message.payload);
             message.is_gzip = true;
         }
         const size_t limit = owner_.max_packet();
         if (packet_size(message) > limit) {
-            message.payload = too_large(asked, whole, packet_size(message), limit);
+            message.payload = too_large(asked, packet_size(message), limit);
             message.is_gzip = false;
         }
         owner_.send(std::move(message), asked.expires);
     }
 
   private:
-    static std::string too_large(const Asked &asked, size_t whole, size_t packet, size_t limit)
+    static std::string too_large(const Asked &asked, size_t packet, size_t limit)
     {
-        std::string text = "the answer has " + std::to_string(whole) +
-                           " bytes and makes a packet of " + std::to_string(packet) +
-                           "; packets may have " + std::to_string(limit);
+        std::string text = "the answer makes a packet of " + std::to_string(packet) +
+                           " bytes, and the broker carries " + std::to_string(limit);
         if (!asked.wants_gzip) {
-            text += "; accept-encoding: gzip makes it smaller";
+            text += "; with the user property accept-encoding: gzip it is smaller";
         }
         const std::string answer = error_answer(asked.id, Code::kTooLarge, text);
         return asked.is_line ? answer : answer_payload(answer);
