@@ -71,10 +71,10 @@ static void write_stacks(void)
 /* The allocations of the loader before this are not counted. */
 __attribute__((constructor)) static void begin(void)
 {
-    next_calloc = (void *(*)(size_t, size_t))dlsym(RTLD_NEXT, "calloc");
-    next_malloc = (void *(*)(size_t))dlsym(RTLD_NEXT, "malloc");
-    next_realloc = (void *(*)(void *, size_t))dlsym(RTLD_NEXT, "realloc");
-    next_free = (void (*)(void *))dlsym(RTLD_NEXT, "free");
+    *(void **)&next_calloc = dlsym(RTLD_NEXT, "calloc");
+    *(void **)&next_malloc = dlsym(RTLD_NEXT, "malloc");
+    *(void **)&next_realloc = dlsym(RTLD_NEXT, "realloc");
+    *(void **)&next_free = dlsym(RTLD_NEXT, "free");
     stacks_file = getenv("ALLOCATION_STACKS");
     if (stacks_file != NULL) {
         atexit(write_stacks);
@@ -119,7 +119,7 @@ static void *allocate_early(size_t size)
 static void find_next(void)
 {
     if (next_malloc == NULL) {
-        next_malloc = (void *(*)(size_t))dlsym(RTLD_NEXT, "malloc");
+        *(void **)&next_malloc = dlsym(RTLD_NEXT, "malloc");
     }
 }
 
@@ -140,7 +140,7 @@ void *calloc(size_t many, size_t size)
 void *realloc(void *memory, size_t size)
 {
     if (next_realloc == NULL) {
-        next_realloc = (void *(*)(void *, size_t))dlsym(RTLD_NEXT, "realloc");
+        *(void **)&next_realloc = dlsym(RTLD_NEXT, "realloc");
     }
     return fails() ? NULL : next_realloc(memory, size);
 }
@@ -151,7 +151,7 @@ void free(void *memory)
         return;
     }
     if (next_free == NULL) {
-        next_free = (void (*)(void *))dlsym(RTLD_NEXT, "free");
+        *(void **)&next_free = dlsym(RTLD_NEXT, "free");
     }
     next_free(memory);
 }
