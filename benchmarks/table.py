@@ -11,6 +11,7 @@ import subprocess
 import sys
 
 import measure
+import service
 
 SIZES = [10, 100, 1_000, 10_000, 100_000]
 COMMANDS = 1_000_000
@@ -139,7 +140,22 @@ def serving(build):
     yield row(f"hgagent serve, for each GET_AD_BASE_INFO, {hosts} hosts", instructions)
 
 
-MEASUREMENTS = [handlers, dispatch, loading, processes, serving]
+def services(build):
+    """hgagent run, beside a bare responder; client and server on one core."""
+    figures = service.measure(build)
+    for name, key in (("with its worker", "worker"), ("in-process", "inside")):
+        yield row(f"hgagent run {name}, client and service for each GET_SN_INFO; compared with a bare responder",
+                  times=(figures[key], figures["bare"]))
+    yield row("hgagent run in-process, client and service for each GET_AD_BASE_INFO, 552 hosts; compared with "
+              "hgagent serve", times=(figures["list"], figures["serve"]))
+    yield row(f"{service.GOOD} clients of hgagent run, their 99th percentile beside {service.BAD} that misbehave; "
+              "compared with a quiet run", times=(1000 * figures["crowd"], 1000 * figures["quiet"]))
+    for when, title in (("idle", "idle"), ("after", f"after {number(service.MANY_REQUESTS)} requests")):
+        (run, worker), (inside,) = figures[when]
+        yield row(f"hgagent run, {title}: service, worker; in-process", memory=f"{run}, {worker}; {inside} KiB")
+
+
+MEASUREMENTS = [handlers, dispatch, loading, processes, serving, services]
 
 
 def machine():

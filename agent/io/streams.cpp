@@ -10,8 +10,10 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <poll.h>
 #include <sys/signalfd.h>
+#include <sys/syscall.h>
 #include <sys/uio.h>
 #include <system_error>
 #include <unistd.h>
@@ -233,17 +235,16 @@ size_t size_of(std::initializer_list<std::string_view> pieces)
     return size;
 }
 
-// The parts of pieces for one write: no more than a writable pipe accepts without blocking.
+// The parts of pieces for one write.
 struct Portion {
     std::array<iovec, 8> parts;
     int count = 0;
 };
 
-// The next portion of the pieces from the place on.
-Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place)
+// The next bytes of the pieces from the place on.
+Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place, size_t room)
 {
     Portion portion;
-    size_t room = PIPE_BUF;
     for (const std::string_view piece : pieces) {
         const size_t skipped = std::min(place, piece.size());
         const size_t length = std::min(piece.size() - skipped, room);
@@ -258,6 +259,16 @@ Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place)
     return portion;
 }
 
+// Writes as much as there is room for, without blocking, whatever the flags of the descriptor,
+// which belong to other processes as well. By its number, since not every C library has the
+// function.
+ssize_t write_now(int descriptor, const Portion &portion)
+{
+    constexpr long kNoPlace = -1;
+    return syscall(SYS_pwritev2, descriptor, portion.parts.data(), portion.count, kNoPlace,
+                   kNoPlace, RWF_NOWAIT);
+}
+
 } // namespace
 
 bool ReplyOutput::write_line(std::string_view text, const StopSignals *stop)
@@ -270,13 +281,26 @@ bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const St
     const size_t size = size_of(pieces);
     size_t done = 0;
     const std::lock_guard lock(mutex_);
+    bool must_wait = !can_write_now_;
     while (done < size) {
-        given_up_ = given_up_ || (stop != nullptr && !stop->wait_for(descriptor_, POLLOUT));
+        given_up_ =
+            given_up_ || (must_wait && stop != nullptr && !stop->wait_for(descriptor_, POLLOUT));
         if (given_up_) {
             return false;
         }
-        const Portion portion = portion_of(pieces, done); // more could block forever
-        const ssize_t written = writev(descriptor_, portion.parts.data(), portion.count);
+        ssize_t written = -1;
+        if (must_wait) {
+            // No more than a writable pipe accepts without blocking.
+            const Portion portion = portion_of(pieces, done, PIPE_BUF);
+            written = writev(descriptor_, portion.parts.data(), portion.count);
+        } else {
+            written = write_now(descriptor_, portion_of(pieces, done, size));
+            must_wait = true;
+            if (written < 0 && errno != EPIPE) { // otherwise waiting would show the error as well
+                can_write_now_ = errno == EAGAIN;
+                continue;
+            }
+        }
         if (written >= 0) {
             done += static_cast<size_t>(written);
         } else if (errno == EPIPE || errno == EBADF) {

@@ -112,6 +112,7 @@ class ReplyOutput {
     int descriptor_;
     std::mutex mutex_;
     bool given_up_ = false;
+    bool can_write_now_ = true; // until the system refuses to write without blocking
 };
 
 // Reads all of standard input. Throws StreamError, also when it is longer than max_bytes.

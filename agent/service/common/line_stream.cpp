@@ -18,8 +18,8 @@ namespace {
 
 using boost::asio::posix::stream_descriptor;
 
-// The loop reads one descriptor at a time, so all share one buffer. It is wiped after use, since it
-// may have contained passwords.
+// The loop reads one descriptor at a time, so all share one buffer for long input. It is wiped
+// after use, since it may have contained passwords.
 constexpr size_t kReadSize = 64UL * 1024;
 char buffer[kReadSize];
 
@@ -41,14 +41,26 @@ bool is_hung_up(int descriptor)
 
 LineStream::LineStream(boost::asio::io_context &loop, int in, int out, size_t max_line,
                        LineListener &listener)
-    : in_(loop), max_line_(max_line), listener_(&listener)
+    : loop_(loop), max_line_(max_line), listener_(&listener)
 {
     forbid_waiting(in);
-    in_.assign(in);
     if (out >= 0) {
         forbid_waiting(out);
-        out_.emplace(loop).assign(out);
+        in_.emplace(loop, in);
+        out_.emplace(loop, out);
+    } else {
+        socket_.emplace(loop, boost::asio::generic::stream_protocol(AF_UNIX, 0), in);
     }
+}
+
+int LineStream::input_descriptor()
+{
+    return socket_ ? socket_->native_handle() : in_->native_handle();
+}
+
+int LineStream::output_descriptor()
+{
+    return socket_ ? socket_->native_handle() : out_->native_handle();
 }
 
 std::shared_ptr<LineStream> LineStream::make(boost::asio::io_context &loop, int in, int out,
@@ -70,13 +82,48 @@ void LineStream::wait_for_input()
         return;
     }
     is_waiting_for_input_ = true;
-    in_.async_wait(stream_descriptor::wait_read,
-                   [self = shared_from_this()](const boost::system::error_code &problem) {
-                       self->is_waiting_for_input_ = false;
-                       if (!problem && self->is_open() && !self->is_paused_) {
-                           self->read();
-                       }
-                   });
+    if (socket_) {
+        socket_->async_receive(
+            boost::asio::buffer(begin_),
+            [self = shared_from_this()](const boost::system::error_code &problem, size_t count) {
+                self->is_waiting_for_input_ = false;
+                self->take_received(problem, count);
+            });
+        return;
+    }
+    // What has been read must not wait in a queue here: the process may end, and drain() follows.
+    in_->async_wait(stream_descriptor::wait_read,
+                    [self = shared_from_this()](const boost::system::error_code &problem) {
+                        self->is_waiting_for_input_ = false;
+                        if (!problem && self->is_open() && !self->is_paused_) {
+                            self->read();
+                        }
+                    });
+}
+
+void LineStream::take_received(const boost::system::error_code &problem, size_t count)
+{
+    if (count > 0 && is_open()) {
+        take({begin_.data(), count});
+    }
+    explicit_bzero(begin_.data(), count);
+    if (!is_open()) {
+        return;
+    }
+    if (problem) {
+        has_input_ended_ = true;
+        is_gone_ = problem != boost::asio::error::eof || is_hung_up(input_descriptor());
+    }
+    if (is_paused_) {
+        return;
+    }
+    if (has_input_ended_) {
+        end_input(is_gone_);
+    } else if (count == begin_.size()) {
+        read(); // the larger buffer takes the rest
+    } else {
+        wait_for_input();
+    }
 }
 
 // Result: that of read(); the input has been processed.
@@ -84,7 +131,7 @@ ssize_t LineStream::read_once()
 {
     ssize_t count = 0;
     do {
-        count = ::read(in_.native_handle(), buffer, sizeof(buffer));
+        count = ::read(input_descriptor(), buffer, sizeof(buffer));
     } while (count < 0 && errno == EINTR);
     const int reason = errno;
     if (count > 0) {
@@ -102,7 +149,7 @@ void LineStream::read()
         return;
     }
     if (count == 0) {
-        end_input(is_hung_up(in_.native_handle()));
+        end_input(is_hung_up(input_descriptor()));
     } else if (count < 0 && errno != EAGAIN) {
         end_input(true);
     } else if (!is_paused_) {
@@ -179,7 +226,7 @@ void LineStream::resume()
         return;
     }
     // Deferred, so that the listener is not called from within its own call.
-    boost::asio::post(in_.get_executor(), [self = shared_from_this()] {
+    boost::asio::post(loop_, [self = shared_from_this()] {
         if (!self->is_open() || self->is_paused_) {
             return;
         }
@@ -222,7 +269,7 @@ void LineStream::send(std::string_view line)
     if (pending() == 0) {
         char end = '\n';
         const iovec pieces[] = {{const_cast<char *>(line.data()), line.size()}, {&end, 1}};
-        const ssize_t written = writev(output().native_handle(), pieces, 2);
+        const ssize_t written = writev(output_descriptor(), pieces, 2);
         done = written > 0 ? static_cast<size_t>(written) : 0;
         if (done == line.size() + 1) {
             return;
@@ -237,17 +284,21 @@ void LineStream::send(std::string_view line)
 
 void LineStream::wait_for_output()
 {
-    output().async_wait(stream_descriptor::wait_write,
-                        [self = shared_from_this()](const boost::system::error_code &problem) {
-                            if (!problem && self->is_open()) {
-                                self->write_pending();
-                            }
-                        });
+    auto handler = [self = shared_from_this()](const boost::system::error_code &problem) {
+        if (!problem && self->is_open()) {
+            self->write_pending();
+        }
+    };
+    if (socket_) {
+        socket_->async_wait(boost::asio::socket_base::wait_write, std::move(handler));
+    } else {
+        out_->async_wait(stream_descriptor::wait_write, std::move(handler));
+    }
 }
 
 void LineStream::write_pending()
 {
-    const ssize_t count = ::write(output().native_handle(), pending_.data() + written_, pending());
+    const ssize_t count = ::write(output_descriptor(), pending_.data() + written_, pending());
     if (count < 0 && errno != EAGAIN && errno != EINTR) {
         pending_.clear();
         written_ = 0;
@@ -278,8 +329,8 @@ void LineStream::end_output()
     if (pending() > 0) {
         return;
     }
-    if (!out_) {
-        shutdown(in_.native_handle(), SHUT_WR);
+    if (socket_) {
+        shutdown(socket_->native_handle(), SHUT_WR);
     } else if (out_->is_open()) {
         out_->close();
     }
@@ -289,8 +340,10 @@ void LineStream::close()
 {
     listener_ = nullptr;
     boost::system::error_code ignored;
-    in_.close(ignored);
-    if (out_) {
+    if (socket_) {
+        socket_->close(ignored);
+    } else {
+        in_->close(ignored);
         out_->close(ignored);
     }
     pending_.clear();

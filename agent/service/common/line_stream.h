@@ -2,9 +2,11 @@
 // Lines over descriptors, on the event loop: a socket, or a pair of pipes. Nothing here blocks.
 #pragma once
 
+#include <boost/asio/generic/stream_protocol.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -60,6 +62,7 @@ class LineStream : public std::enable_shared_from_this<LineStream> {
     LineStream(boost::asio::io_context &loop, int in, int out, size_t max_line,
                LineListener &listener);
     void wait_for_input();
+    void take_received(const boost::system::error_code &problem, size_t count);
     void read();
     ssize_t read_once();
     void take(std::string_view bytes);
@@ -68,10 +71,16 @@ class LineStream : public std::enable_shared_from_this<LineStream> {
     void end_input(bool is_gone);
     void wait_for_output();
     void write_pending();
-    boost::asio::posix::stream_descriptor &output() { return out_ ? *out_ : in_; }
+    int input_descriptor();
+    int output_descriptor();
 
-    boost::asio::posix::stream_descriptor in_;
+    // A socket, or a pair of pipes. The library can receive from a socket without telling the
+    // kernel each time that it waits again.
+    std::optional<boost::asio::generic::stream_protocol::socket> socket_;
+    std::optional<boost::asio::posix::stream_descriptor> in_;
     std::optional<boost::asio::posix::stream_descriptor> out_;
+    boost::asio::io_context &loop_;
+    std::array<char, 4096> begin_; // of what a socket receives
     const size_t max_line_;
     LineListener *listener_;
     std::string unread_;       // an incomplete line, or input while paused

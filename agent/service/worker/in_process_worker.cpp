@@ -5,16 +5,19 @@
 #include "host/workers.h"
 #include "io/streams.h"
 #include "io/text.h"
+#include "service/common/sockets.h"
 
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/post.hpp>
 
-#include <condition_variable>
 #include <csignal>
 #include <mutex>
 #include <new>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace agent::service {
@@ -25,6 +28,9 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
     Shared(boost::asio::io_context &loop, WorkerListener &listener)
         : loop_(&loop), listener_(&listener)
     {
+        if (changed_.get() < 0) {
+            throw WorkerError(system_problem("cannot make an event descriptor"));
+        }
     }
 
     void send(std::string_view line)
@@ -33,7 +39,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
             const std::lock_guard lock(mutex_);
             lines_.emplace_back(line);
         }
-        changed_.notify_one();
+        wake();
     }
 
     void finish()
@@ -42,7 +48,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
             const std::lock_guard lock(mutex_);
             is_finishing_ = true;
         }
-        changed_.notify_one();
+        wake();
     }
 
     // No more lines are passed on after this.
@@ -99,21 +105,41 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
     // Result: false at the end of the lines. No line: it is time for ServeSession::look().
     bool next(std::string &line, bool &has_line, std::optional<std::chrono::milliseconds> look)
     {
-        std::unique_lock lock(mutex_);
-        const auto is_due = [this] {
-            return !lines_.empty() || is_finishing_;
-        };
-        if (look) {
-            changed_.wait_for(lock, *look, is_due);
-        } else {
-            changed_.wait(lock, is_due);
+        bool is_last = take(line, has_line);
+        if (!has_line && !is_last) {
+            wait(look);
+            is_last = take(line, has_line);
         }
+        return has_line || !is_last;
+    }
+
+    // Result: whether no more lines will come.
+    bool take(std::string &line, bool &has_line)
+    {
+        const std::lock_guard lock(mutex_);
         has_line = !lines_.empty();
         if (has_line) {
             line = std::move(lines_.front());
             lines_.erase(lines_.begin());
         }
-        return has_line || !is_finishing_;
+        return is_finishing_;
+    }
+
+    void wake() const
+    {
+        const uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = write(changed_.get(), &one, sizeof(one));
+    }
+
+    // Until wake(), or until time has passed.
+    void wait(std::optional<std::chrono::milliseconds> time) const
+    {
+        pollfd woken = {changed_.get(), POLLIN, 0};
+        if (time && poll(&woken, 1, static_cast<int>(time->count())) <= 0) {
+            return;
+        }
+        uint64_t count = 0;
+        [[maybe_unused]] const ssize_t got = read(changed_.get(), &count, sizeof(count));
     }
 
     void serve(ServeSession &session)
@@ -131,7 +157,12 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
 
     bool hand_out(std::initializer_list<std::string_view> pieces)
     {
+        size_t size = 0;
+        for (const std::string_view piece : pieces) {
+            size += piece.size();
+        }
         std::string line;
+        line.reserve(size);
         for (const std::string_view piece : pieces) {
             line += piece;
         }
@@ -149,7 +180,8 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
     }
 
     std::mutex mutex_;
-    std::condition_variable changed_;
+    // Cheaper than a condition variable, which takes the waiting thread another system call.
+    const Descriptor changed_{eventfd(0, EFD_CLOEXEC)};
     boost::asio::io_context *loop_; // null after leave()
     bool has_left_ = false;         // the same, for the event loop alone
     WorkerListener *const listener_;
