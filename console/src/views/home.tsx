@@ -147,7 +147,7 @@ function Drawing(props: { root: MeshNode; selected: string; onSelect: (node: Mes
                             class={`node ${node.kind} ${node.online ? "" : "offline"} ${node.id === props.selected ? "selected" : ""}`}
                             style={{ transform: `translate(${node.x}px, ${node.y}px)` }}
                             role="button"
-                            tabIndex={node.id === current ? 0 : -1}
+                            tabindex={node.id === current ? 0 : -1}
                             aria-label={labelOf(node)}
                             onClick={() => props.onSelect(node)}
                             onKeyDown={(event) => move(event, node)}
