@@ -8,6 +8,7 @@
 #   --clang    also the compiler that builds the fuzzers
 #   --musl     also those that build the plug-in for the C library musl
 #   --packages also those that build and check the Debian packages
+#   --console  also those that build the console and test it in a browser
 #   --all      all of these: everything that .ci/run and the tools need
 set -euo pipefail
 
@@ -20,8 +21,11 @@ packages=(
     python3-jsonschema python3-paho-mqtt python3-pexpect socat strace systemd valgrind
 )
 foreign=()
+node=(nodejs)
+# Builds of nodejs from elsewhere contain npm, and conflict with Debian's.
+command -v npm >/dev/null || node+=(npm)
 if [ "$*" = --all ]; then
-    set -- --cross --checks --clang --musl --packages
+    set -- --cross --checks --clang --musl --packages --console
 fi
 for option in "$@"; do
     case $option in
@@ -30,9 +34,7 @@ for option in "$@"; do
             foreign+=(libcjson-dev:mipsel libgtest-dev:mipsel libstdc++6:mipsel)
             ;;
         --checks)
-            packages+=(abigail-tools clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc nodejs shellcheck)
-            # Builds of nodejs from elsewhere contain npm, and conflict with Debian's.
-            command -v npm >/dev/null || packages+=(npm)
+            packages+=(abigail-tools clang-format-14 clang-tidy-14 cppcheck doxygen git mandoc "${node[@]}" shellcheck)
             ;;
         --clang)
             packages+=(clang-14 libclang-rt-14-dev llvm-14)
@@ -43,8 +45,11 @@ for option in "$@"; do
         --packages)
             packages+=(dpkg-dev fakeroot file lintian man-db)
             ;;
+        --console)
+            packages+=(chromium "${node[@]}")
+            ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] | --all" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] [--console] | --all" >&2
             exit 2
             ;;
     esac

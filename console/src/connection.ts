@@ -21,8 +21,8 @@ export interface Answer {
     result: number;
     // Values as JSON.parse() gives them; of a repeated key, the last.
     reply: Record<string, unknown>;
-    // The same reply with everything that it contains.
-    whole: JsonText;
+    // The same reply with everything that it contains; only parsed where it is wanted.
+    whole: () => JsonText;
 }
 
 export interface GatewayEvent {
@@ -139,7 +139,7 @@ function receive(text: string): void {
     if (line.error !== undefined) {
         waiting.reject(new Refusal(line.error, line.code, line.rule));
     } else {
-        const whole = memberOf(parseJson(text), "reply") ?? { kind: "object", members: [] };
+        const whole = () => memberOf(parseJson(text), "reply") ?? { kind: "object" as const, members: [] };
         waiting.resolve({ result: line.result, reply: line.reply ?? {}, whole });
     }
     sendQueued();

@@ -31,7 +31,7 @@ interface View {
 }
 
 const views: View[] = [
-    { id: "home", label: "Home", component: Home },
+    { id: "home", label: "Home", component: Home, needs: ["GET_TSLINK_TOPOLOGY_INFO", "GET_HG_BASE_INFO"] },
     { id: "devices", label: "Devices", component: Hosts, needs: ["GET_AD_BASE_INFO"] },
     {
         id: "wifi",

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Logging in, roles, two pages at once, and a service that restarts under the page.
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { after, before, test } from "node:test";
 import { card, closePage, eventually, isSwitchedOn, openPage, show, startBrowser, turn } from "./browser.mjs";
-import { fileFor, Service } from "./service.mjs";
+import { Service } from "./service.mjs";
 
 let browser;
 let service;
@@ -131,4 +133,74 @@ test("the service restarts under the page, which comes back", async () => {
     await page.getByRole("button", { name: "printer", exact: true }).waitFor();
     assert.ok(page.url().endsWith("#/devices"));
     await closePage(page);
+});
+
+// Of "viewing-2026".
+const hash = "$argon2id$v=19$m=4096,t=1,p=1$YSBzYWx0IGZvciB0ZXN0cw$UYyboIrz6NU/LHy+ugNINzrUPr0DuXuxRXp9FDQZ4EU";
+
+test("the role decides what there is", async (context) => {
+    const folder = mkdtempSync(join(tmpdir(), "console-roles-"));
+    const file = (name, text) => {
+        writeFileSync(join(folder, name), text, { mode: 0o600 });
+        return join(folder, name);
+    };
+    const policy = file(
+        "policy.toml",
+        `[roles.viewer]
+members = ["http-user:viewer"]
+allow = ["effect:none", "report:*", "event:*"]
+deny = ["GET_ADMIN_INFO"]
+
+[roles.guest]
+members = ["http-user:guest"]
+allow = ["GET_AD_BASE_INFO"]
+`,
+    );
+    const passwords = file("passwords", `viewer:${hash}\nguest:${hash}\n`);
+    const limited = await Service.start({ run: ["--policy", policy, "--console-passwords", passwords] });
+    const logIn = async (user) => {
+        const page = await (await browser.newContext()).newPage();
+        await page.goto(limited.origin);
+        await page.getByLabel("User").fill(user);
+        await page.getByLabel("Password", { exact: true }).fill("viewing-2026");
+        await page.getByRole("button", { name: "Log in" }).click();
+        await page.getByText("Connected", { exact: true }).waitFor();
+        return page;
+    };
+    const viewsOf = (page) => page.locator("nav a").allTextContents();
+    try {
+        await context.test("a viewer changes nothing and sees no secret", async () => {
+            const page = await logIn("viewer");
+            assert.ok(!(await viewsOf(page)).includes("Simulated gateway"));
+            await show(page, "wifi");
+            const networks = card(page, "Networks");
+            await networks.getByText("hidden").first().waitFor();
+            assert.equal(await page.getByRole("button", { name: /^(Edit|Show)/ }).count(), 0);
+            assert.equal(await networks.getByRole("switch").first().isDisabled(), true);
+            await show(page, "firmware");
+            await card(page, "Versions").getByText("Attic").waitFor();
+            assert.equal(await page.getByRole("button", { name: "Factory settings" }).count(), 0);
+            assert.equal(await page.getByLabel("Image on this computer").count(), 0);
+            await show(page, "parental");
+            await page.locator(".slot.all").first().waitFor();
+            assert.equal(await page.getByRole("button", { name: "Save" }).count(), 0);
+            await show(page, "commands");
+            await page.locator(".finder a").first().waitFor();
+            const names = await page.locator(".finder a").allTextContents();
+            assert.ok(names.includes("GET_WIFI_INFO") && !names.includes("GET_ADMIN_INFO"));
+            assert.deepEqual(names.filter((name) => name.startsWith("SET_")), []);
+            assert.equal(await page.getByRole("switch", { name: "Show secrets" }).count(), 0);
+            await page.context().close();
+        });
+        await context.test("a guest has the views of what it may ask for", async () => {
+            const page = await logIn("guest");
+            assert.deepEqual(await viewsOf(page), ["Devices", "Notices", "Commands", "Events"]);
+            await page.getByText("printer").waitFor();
+            assert.equal(await page.getByRole("button", { name: "printer" }).count(), 0);
+            await page.context().close();
+        });
+    } finally {
+        await limited.stop();
+        rmSync(folder, { recursive: true });
+    }
 });

@@ -61,7 +61,7 @@ async function send(command: string, request: string, params: JsonText, showSecr
         const { result: code, reply, whole } = await call(command, printJson(params), showSecrets);
         const status = textOf(reply.Status);
         const ok = code === 0 && (status === "0" || reply.Status === undefined);
-        return result(pretty(whole), ok, code !== 0 ? `result ${code}` : status === "" ? "answered" : `Status ${status}`);
+        return result(pretty(whole()), ok, code !== 0 ? `result ${code}` : status === "" ? "answered" : `Status ${status}`);
     } catch (error) {
         const { message, code, rule } = error as Refusal;
         return result([message, rule].filter(Boolean).join("\n"), false, code);
@@ -115,8 +115,10 @@ function Trace(props: { command: string; since: Date | undefined }) {
             () => setOn(null),
         );
     }, []);
+    // Calls of a worker that continues after the reply belong to no command.
     const calls = useEvents(/^device\.call$/).filter(
-        ({ data, at }) => data.command === props.command && props.since !== undefined && at >= props.since,
+        ({ data, at }) =>
+            (data.command ?? props.command) === props.command && props.since !== undefined && at >= props.since,
     );
     if (on === null) {
         return null;

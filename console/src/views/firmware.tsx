@@ -167,6 +167,8 @@ function Update() {
     );
 }
 
+const scheduleQueries = ["GET_UPDATE_SCHEDULE", "GET_HG_REBOOT_INFO", "GET_HG_SLEEP_INFO"] as const;
+
 function Schedules() {
     const update = useReply({ command: "GET_UPDATE_SCHEDULE" });
     const reboot = useReply({ command: "GET_HG_REBOOT_INFO" });
@@ -231,7 +233,7 @@ export function Firmware() {
         <div class="cards">
             {mayCall("GET_UPDATE_STATUS") && <Versions />}
             {mayCall("IMAGE_DOWNLOAD") && <Update />}
-            <Schedules />
+            {scheduleQueries.some(mayCall) && <Schedules />}
             {(mayCall("RP_HG_REBOOT") || mayCall("HG_LOCAL_RECOVERY")) && (
                 <Card title="Restart">
                     <p class="muted">A restart takes about a minute. The factory settings delete all settings of this home.</p>

@@ -147,7 +147,7 @@ function Drawing(props: { root: MeshNode; selected: string; onSelect: (node: Mes
                             class={`node ${node.kind} ${node.online ? "" : "offline"} ${node.id === props.selected ? "selected" : ""}`}
                             style={{ transform: `translate(${node.x}px, ${node.y}px)` }}
                             role="button"
-                            tabIndex={node.id === current ? 0 : -1}
+                            tabindex={node.id === current ? 0 : -1}
                             aria-label={labelOf(node)}
                             onClick={() => props.onSelect(node)}
                             onKeyDown={(event) => move(event, node)}
@@ -264,71 +264,77 @@ export function Home() {
     const facts = base.reply ?? {};
     return (
         <div class="cards">
-            <Card
-                title="Mesh"
-                wide
-                known={whole ? mesh : alone}
-                tools={
-                    <>
-                        <Legend />
-                        {mayCall("SET_MESH_PAIR") && (
-                            <ConfirmButton
-                                label="Add a router"
-                                question="For two minutes, a new router may join the mesh. Switch it on now."
-                                onConfirm={() => act("SET_MESH_PAIR", { Enable: "1", Time: "120" }, "A new router may join.")}
+            {(whole || mayCall("GET_TSLINK_TOPOLOGY_INFO")) && (
+                <Card
+                    title="Mesh"
+                    wide
+                    known={whole ? mesh : alone}
+                    tools={
+                        <>
+                            <Legend />
+                            {mayCall("SET_MESH_PAIR") && (
+                                <ConfirmButton
+                                    label="Add a router"
+                                    question="For two minutes, a new router may join the mesh. Switch it on now."
+                                    onConfirm={() => act("SET_MESH_PAIR", { Enable: "1", Time: "120" }, "A new router may join.")}
+                                />
+                            )}
+                        </>
+                    }
+                >
+                    {root === null ? (
+                        <p class="muted">The gateway reports no mesh.</p>
+                    ) : (
+                        <Drawing root={root} selected={selected} onSelect={select} />
+                    )}
+                </Card>
+            )}
+            {chosen !== undefined && chosen.kind !== "internet" && <Details key={chosen.id} node={chosen} />}
+            {mayCall("GET_HG_BASE_INFO") && (
+                <>
+                    <Card title="Traffic" known={base}>
+                        <Traffic base={facts} />
+                    </Card>
+                    <Card title="Gateway" known={base}>
+                        <Facts
+                            facts={[
+                                ["Internet", <State good={facts.NetStatus === "1"}>{facts.NetStatus === "1" ? "connected" : "no connection"}</State>],
+                                ["Connected by", textOf(facts.WanLinkMode)],
+                                ["Model", textOf(facts.DeviceType)],
+                                ["Firmware", `${textOf(facts.FWVersion)} (${textOf(facts.FWDATA)})`],
+                                ["IP address", textOf(facts.LanIp)],
+                                ["Running for", duration(numberOf(facts.UpTime) ?? 0)],
+                            ]}
+                        />
+                        <Meter label="Processor" percent={numberOf(facts.Cpu) ?? 0} />
+                        <Meter label="Memory" percent={numberOf(facts.Memory) ?? 0} />
+                        {leds.reply && (
+                            <Switch
+                                label="LEDs"
+                                on={isOn(leds.reply.LedSwitch)}
+                                disabled={!mayCall("SET_LED_STATUS")}
+                                onChange={(on) =>
+                                    void act("SET_LED_STATUS", {
+                                        LedSwitch: on ? "1" : "0",
+                                        LedCoLor: leds.reply!.LedCoLor ?? "",
+                                        LedLight: leds.reply!.LedLight ?? "",
+                                    })
+                                }
                             />
                         )}
-                    </>
-                }
-            >
-                {root === null ? (
-                    <p class="muted">The gateway reports no mesh.</p>
-                ) : (
-                    <Drawing root={root} selected={selected} onSelect={select} />
-                )}
-            </Card>
-            {chosen !== undefined && chosen.kind !== "internet" && <Details key={chosen.id} node={chosen} />}
-            <Card title="Traffic" known={base}>
-                <Traffic base={facts} />
-            </Card>
-            <Card title="Gateway" known={base}>
-                <Facts
-                    facts={[
-                        ["Internet", <State good={facts.NetStatus === "1"}>{facts.NetStatus === "1" ? "connected" : "no connection"}</State>],
-                        ["Connected by", textOf(facts.WanLinkMode)],
-                        ["Model", textOf(facts.DeviceType)],
-                        ["Firmware", `${textOf(facts.FWVersion)} (${textOf(facts.FWDATA)})`],
-                        ["IP address", textOf(facts.LanIp)],
-                        ["Running for", duration(numberOf(facts.UpTime) ?? 0)],
-                    ]}
-                />
-                <Meter label="Processor" percent={numberOf(facts.Cpu) ?? 0} />
-                <Meter label="Memory" percent={numberOf(facts.Memory) ?? 0} />
-                {leds.reply && (
-                    <Switch
-                        label="LEDs"
-                        on={isOn(leds.reply.LedSwitch)}
-                        disabled={!mayCall("SET_LED_STATUS")}
-                        onChange={(on) =>
-                            void act("SET_LED_STATUS", {
-                                LedSwitch: on ? "1" : "0",
-                                LedCoLor: leds.reply!.LedCoLor ?? "",
-                                LedLight: leds.reply!.LedLight ?? "",
-                            })
-                        }
-                    />
-                )}
-                {meshState.reply && (
-                    <Switch
-                        label="Mesh"
-                        on={isOn(meshState.reply.MeshEnable)}
-                        disabled={!mayCall("SET_MESH_STATUS")}
-                        onChange={(on) =>
-                            void act("SET_MESH_STATUS", { MeshEnable: on ? "1" : "0", MeshMode: meshState.reply!.MeshMode ?? "" })
-                        }
-                    />
-                )}
-            </Card>
+                        {meshState.reply && (
+                            <Switch
+                                label="Mesh"
+                                on={isOn(meshState.reply.MeshEnable)}
+                                disabled={!mayCall("SET_MESH_STATUS")}
+                                onChange={(on) =>
+                                    void act("SET_MESH_STATUS", { MeshEnable: on ? "1" : "0", MeshMode: meshState.reply!.MeshMode ?? "" })
+                                }
+                            />
+                        )}
+                    </Card>
+                </>
+            )}
         </div>
     );
 }

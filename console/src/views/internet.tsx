@@ -78,6 +78,8 @@ function Lan() {
     );
 }
 
+const serviceQueries = ["GET_UPNP_STATE", "GET_WPS_ENABLE", "HG_INSPECTION", "GET_AP_ALG_ABILITY"] as const;
+
 const gatewayNames = ["PPTP", "FTP", "IPSEC", "L2TP", "RTSP", "H323", "SIP"] as const;
 
 function Services() {
@@ -186,14 +188,13 @@ export function Internet() {
     const names = useReply({ command: "QUERY_WAN_NUM" }, 10000);
     return (
         <div class="cards">
-            {textOf(names.reply?.Description)
-                .split(",")
-                .filter(Boolean)
-                .map((name) => (
-                    <Wan key={name} name={name} />
-                ))}
+            {mayCall("QUERY_WAN_INFO") &&
+                textOf(names.reply?.Description)
+                    .split(",")
+                    .filter(Boolean)
+                    .map((name) => <Wan key={name} name={name} />)}
             {(mayCall("GET_LAN_IP_INFO") || mayCall("GET_HG_DHCP_INFO")) && <Lan />}
-            <Services />
+            {serviceQueries.some(mayCall) && <Services />}
             {mayCall("GET_PORT_STATISTICS") && <Ports />}
         </div>
     );

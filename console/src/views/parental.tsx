@@ -275,7 +275,7 @@ export function Parental() {
                     </div>
                 )}
             </Card>
-            {current && <Times key={current.Mac} mac={current.Mac!} name={current.Name!} />}
+            {current && mayCall("GET_GREENNET_PROTECT_PERIOD_LIST") && <Times key={current.Mac} mac={current.Mac!} name={current.Name!} />}
         </div>
     );
 }

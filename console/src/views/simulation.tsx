@@ -4,7 +4,6 @@ import { useEffect, useState } from "preact/hooks";
 import { control, onState } from "../connection.ts";
 import { textOf } from "../format.ts";
 import { Card, ConfirmButton, Facts, say } from "../parts.tsx";
-import { useDescriptions } from "../protocol.ts";
 import { changed, type Outcome } from "../store.ts";
 
 type Shown = Record<string, any>;
@@ -15,7 +14,6 @@ export function Simulation() {
     const [scenario, setScenario] = useState("");
     const [fault, setFault] = useState("");
     const [time, setTime] = useState("");
-    const commands = useDescriptions()?.commands ?? [];
     const load = () =>
         control({ show: {} }).then(
             ({ reply }) => {
@@ -46,7 +44,7 @@ export function Simulation() {
     }
     const faults = (shown.faults ?? []) as string[];
     const scenarios = (shown.scenarios ?? []) as string[];
-    const functions = [...new Set(commands.flatMap(({ device_calls }) => device_calls ?? []))].sort();
+    const functions = (shown.fault_kinds?.functions ?? []) as string[];
     return (
         <div class="cards">
             <Card title="Scenario">
@@ -68,7 +66,12 @@ export function Simulation() {
                 </div>
             </Card>
             <Card title="Clock">
-                <Facts facts={[["Time of the gateway", textOf(shown.clock) || "follows this computer"]]} />
+                <Facts
+                    facts={[
+                        ["Time of the gateway, UTC", textOf(shown.time).replace("T", " ")],
+                        ["Clock", textOf(shown.clock) === "" ? "runs" : "stands still"],
+                    ]}
+                />
                 <form
                     class="buttons"
                     onSubmit={(event) => {
