@@ -31,12 +31,12 @@ class TlsSession {
 };
 
 // A certificate and its key.
-class TlsContext {
+class ServerTls {
   public:
-    TlsContext() = default;
-    virtual ~TlsContext() = default;
-    TlsContext(const TlsContext &) = delete;
-    TlsContext &operator=(const TlsContext &) = delete;
+    ServerTls() = default;
+    virtual ~ServerTls() = default;
+    ServerTls(const ServerTls &) = delete;
+    ServerTls &operator=(const ServerTls &) = delete;
 
     virtual std::unique_ptr<TlsSession> accept() = 0;
 };
@@ -45,8 +45,8 @@ class TlsContext {
 class Security {
   public:
     // Throws std::runtime_error when a file is not what it should be.
-    virtual std::unique_ptr<TlsContext> make_context(const std::string &certificate_file,
-                                                     const std::string &key_file) const = 0;
+    virtual std::unique_ptr<ServerTls> make_context(const std::string &certificate_file,
+                                                    const std::string &key_file) const = 0;
     // Takes long, on purpose. May be called from any thread.
     virtual bool is_password(const std::string &argon2id_hash, std::string_view password) const = 0;
 

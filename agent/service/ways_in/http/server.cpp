@@ -66,7 +66,7 @@ void HttpServer::set_options(HttpOptions options)
         throw std::runtime_error("only a restart turns TLS on or off");
     }
     // Everything that may fail comes before anything changes.
-    std::unique_ptr<TlsContext> tls =
+    std::unique_ptr<ServerTls> tls =
         has_tls ? load_security().make_context(options.certificate, options.key) : nullptr;
     PasswordFile passwords =
         options.passwords.empty() ? PasswordFile() : PasswordFile::read(options.passwords);

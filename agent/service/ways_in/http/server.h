@@ -128,7 +128,7 @@ class HttpServer : public WayIn {
     std::string token_;
     std::shared_ptr<const Identity> token_holder_;
     LoginSessions logins_;
-    std::unique_ptr<TlsContext> tls_;
+    std::unique_ptr<ServerTls> tls_;
     PasswordFile passwords_;
     LoginLimiter limiter_;
     std::optional<PasswordChecker> checker_;

@@ -119,7 +119,7 @@ int choose_protocol(SSL *, const unsigned char **chosen, unsigned char *size,
     return SSL_TLSEXT_ERR_OK;
 }
 
-class OpenSslContext : public TlsContext {
+class OpenSslContext : public ServerTls {
   public:
     OpenSslContext(const std::string &certificate, const std::string &key)
         : context_(SSL_CTX_new(TLS_server_method()))
@@ -157,8 +157,8 @@ class OpenSslContext : public TlsContext {
 
 class OwnSecurity : public Security {
   public:
-    std::unique_ptr<TlsContext> make_context(const std::string &certificate_file,
-                                             const std::string &key_file) const override
+    std::unique_ptr<ServerTls> make_context(const std::string &certificate_file,
+                                            const std::string &key_file) const override
     {
         return std::make_unique<OpenSslContext>(certificate_file, key_file);
     }
