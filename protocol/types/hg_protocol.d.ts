@@ -5,7 +5,7 @@
 
 /** CHILD_HG_LOCAL_RECOVERY: Restores the factory settings of a child router. */
 export interface ChildHgLocalRecoveryRequest {
-  /** identifier of the child router */
+  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
   DeviceID: string;
 }
 
@@ -1061,7 +1061,7 @@ export interface GetTslinkTopologyInfoMainRouterMainBaseInfo {
   AccessType: string;
   /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
   AccessEnable: string;
-  /** seconds since it was attached; at most 11 bytes */
+  /** seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes */
   AccessTime: string;
   /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
   UpSpeed: string;
@@ -1191,7 +1191,7 @@ export interface GetTslinkTopologyInfoChildRouterChildBaseInfo {
   AccessType: string;
   /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
   AccessEnable: string;
-  /** seconds since it was attached; at most 11 bytes */
+  /** seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes */
   AccessTime: string;
   /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
   UpSpeed: string;
@@ -2293,7 +2293,7 @@ export interface LinkCheckSuccess {
   DnsCheck: string;
   /** the same; 1 when it is up, else 0, as in "1"; at most 8 bytes */
   DhcpCheck: string;
-  /** address that replied to a ping; empty when it did not */
+  /** address that replied to a ping; empty when it did not; IP address, as in "192.0.2.1" */
   PingCheck: string;
   /** "1" when the 2.4 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
   Wifi24Enable: string;
@@ -2577,7 +2577,7 @@ export type ResponseRouterVersionReply = ResponseRouterVersionSuccess | Response
 
 /** RP_CHILD_HG_REBOOT: Restarts a child router. */
 export interface RpChildHgRebootRequest {
-  /** identifier of the child router */
+  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
   DeviceID: string;
 }
 
@@ -2790,7 +2790,7 @@ export type SetAttachDeviceRightReply = SetAttachDeviceRightSuccess | SetAttachD
 
 /** SET_CHILD_ROUTERAD_BASE_INFO: Changes the settings for a device of a child router. */
 export interface SetChildRouteradBaseInfoRequest {
-  /** identifier of the child router */
+  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
   DeviceID: string;
   /** MAC address of the device */
   Mac?: unknown;
@@ -2821,9 +2821,9 @@ export type SetChildRouteradBaseInfoReply = SetChildRouteradBaseInfoSuccess | Se
 
 /** SET_CHILD_ROUTER_HG_BASE_INFO: Renames a child router. */
 export interface SetChildRouterHgBaseInfoRequest {
-  /** identifier of the child router */
+  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
   DeviceID: string;
-  /** name of the child router */
+  /** name of the child router; as in "Attic" */
   Name: string;
 }
 
@@ -4055,7 +4055,7 @@ export interface ReportAgentTopologyChildRouterChildBaseInfo {
   DownSpeed: string;
   /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** seconds since it was attached; at most 32 bytes */
+  /** seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes */
   AccessTime: string;
   /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
   UID: string;
@@ -4113,7 +4113,7 @@ export interface ReportAgentTopologyChildRouter {
   Wlan1Mac: string;
   /** IP address again; IPv4 address, as in "192.168.1.2"; at most 32 bytes */
   ip: string;
-  /** MAC address of the router that it is attached to; at most 32 bytes */
+  /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
   ParentMacAddress: string;
   /** the routers attached to it */
   ChildInfo?: ReportAgentTopologyChildRouterChildInfo[];
@@ -4383,7 +4383,7 @@ export interface ReportStationsMainBaseInfo {
   DownSpeed: string;
   /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** seconds since it was attached; at most 32 bytes */
+  /** seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes */
   AccessTime: string;
   /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
   UID: string;
@@ -4477,7 +4477,7 @@ export interface ReportTopologyChildRouterChildBaseInfo {
 
 /** ChildRouter: the child routers; none if the mesh is off or its relations are unknown. */
 export interface ReportTopologyChildRouter {
-  /** MAC address, in the form that the device library shows to users; bytes in hexadecimal, as in "3C-6A-D2-22-81-40"; at most 32 bytes */
+  /** MAC address, in the form that the device library shows to users; bytes in hexadecimal, with dashes, as on the label, as in "3C-6A-D2-22-81-40"; at most 32 bytes */
   Mac: string;
   /** how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
   AccessType: string;
@@ -4515,7 +4515,7 @@ export interface ReportTopologyChildRouter {
   FWVersion?: string;
   /** IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes */
   ip?: string;
-  /** MAC address of the router that it is attached to; at most 32 bytes */
+  /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
   ParentMacAddress?: string;
   /** the routers attached to it */
   ChildInfo?: ReportTopologyChildRouterChildInfo[];

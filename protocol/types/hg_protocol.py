@@ -9,7 +9,7 @@ from typing import Any, Literal, NotRequired, Protocol, TypedDict, Union, overlo
 class ChildHgLocalRecoveryRequest(TypedDict):
     """CHILD_HG_LOCAL_RECOVERY: Restores the factory settings of a child router."""
 
-    # identifier of the child router
+    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
     DeviceID: str
 
 
@@ -1212,7 +1212,7 @@ class GetTslinkTopologyInfoMainRouterMainBaseInfo(TypedDict):
     AccessType: str
     # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
     AccessEnable: str
-    # seconds since it was attached; at most 11 bytes
+    # seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes
     AccessTime: str
     # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
     UpSpeed: str
@@ -1345,7 +1345,7 @@ class GetTslinkTopologyInfoChildRouterChildBaseInfo(TypedDict):
     AccessType: str
     # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
     AccessEnable: str
-    # seconds since it was attached; at most 11 bytes
+    # seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes
     AccessTime: str
     # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
     UpSpeed: str
@@ -2574,7 +2574,7 @@ class LinkCheckSuccess(TypedDict):
     DnsCheck: str
     # the same; 1 when it is up, else 0, as in "1"; at most 8 bytes
     DhcpCheck: str
-    # address that replied to a ping; empty when it did not
+    # address that replied to a ping; empty when it did not; IP address, as in "192.0.2.1"
     PingCheck: str
     # "1" when the 2.4 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
     Wifi24Enable: str
@@ -2891,7 +2891,7 @@ ResponseRouterVersionReply = Union[ResponseRouterVersionSuccess, ResponseRouterV
 class RpChildHgRebootRequest(TypedDict):
     """RP_CHILD_HG_REBOOT: Restarts a child router."""
 
-    # identifier of the child router
+    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
     DeviceID: str
 
 
@@ -3133,7 +3133,7 @@ SetAttachDeviceRightReply = Union[SetAttachDeviceRightSuccess, SetAttachDeviceRi
 class SetChildRouteradBaseInfoRequest(TypedDict):
     """SET_CHILD_ROUTERAD_BASE_INFO: Changes the settings for a device of a child router."""
 
-    # identifier of the child router
+    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
     DeviceID: str
     # MAC address of the device
     Mac: NotRequired[Any]
@@ -3168,9 +3168,9 @@ SetChildRouteradBaseInfoReply = Union[SetChildRouteradBaseInfoSuccess, SetChildR
 class SetChildRouterHgBaseInfoRequest(TypedDict):
     """SET_CHILD_ROUTER_HG_BASE_INFO: Renames a child router."""
 
-    # identifier of the child router
+    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
     DeviceID: str
-    # name of the child router
+    # name of the child router; as in "Attic"
     Name: str
 
 
@@ -4560,7 +4560,7 @@ class ReportAgentTopologyChildRouterChildBaseInfo(TypedDict):
     DownSpeed: str
     # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
     ip: str
-    # seconds since it was attached; at most 32 bytes
+    # seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes
     AccessTime: str
     # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
     UID: str
@@ -4619,7 +4619,7 @@ class ReportAgentTopologyChildRouter(TypedDict):
     Wlan1Mac: str
     # IP address again; IPv4 address, as in "192.168.1.2"; at most 32 bytes
     ip: str
-    # MAC address of the router that it is attached to; at most 32 bytes
+    # MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
     ParentMacAddress: str
     # the routers attached to it
     ChildInfo: NotRequired[list[ReportAgentTopologyChildRouterChildInfo]]
@@ -4914,7 +4914,7 @@ class ReportStationsMainBaseInfo(TypedDict):
     DownSpeed: str
     # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
     ip: str
-    # seconds since it was attached; at most 32 bytes
+    # seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes
     AccessTime: str
     # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
     UID: str
@@ -5015,7 +5015,7 @@ class ReportTopologyChildRouterChildBaseInfo(TypedDict):
 class ReportTopologyChildRouter(TypedDict):
     """ChildRouter: the child routers; none if the mesh is off or its relations are unknown."""
 
-    # MAC address, in the form that the device library shows to users; bytes in hexadecimal, as in "3C-6A-D2-22-81-40"; at most 32 bytes
+    # MAC address, in the form that the device library shows to users; bytes in hexadecimal, with dashes, as on the label, as in "3C-6A-D2-22-81-40"; at most 32 bytes
     Mac: str
     # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
     AccessType: str
@@ -5053,7 +5053,7 @@ class ReportTopologyChildRouter(TypedDict):
     FWVersion: NotRequired[str]
     # IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes
     ip: NotRequired[str]
-    # MAC address of the router that it is attached to; at most 32 bytes
+    # MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
     ParentMacAddress: NotRequired[str]
     # the routers attached to it
     ChildInfo: NotRequired[list[ReportTopologyChildRouterChildInfo]]

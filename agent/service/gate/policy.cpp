@@ -2,11 +2,13 @@
 #include "service/gate/policy.h"
 
 #include "protocol/json_text.h"
+#include "protocol/requests.h"
 #include "service/gate/pattern.h"
 #include "service/gate/policy_names.h"
 #include "service/gate/policy_reader.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace agent::service {
 
@@ -103,7 +105,8 @@ const Policy::Role *Policy::role_of(const Identity &who) const
 
 Policy::Verdict Policy::decide(const Identity &who, Subject subject, std::string_view name) const
 {
-    const bool is_for_owner = subject == Subject::kControl && name != kHello;
+    const bool is_for_owner =
+        subject == Subject::kControl && std::ranges::find(kControls, name) != std::end(kControls);
     if (is_for_owner && !(who.is_owner && who.way_in != "mqtt")) {
         const Role *role = role_of(who);
         return {false,
