@@ -67,6 +67,13 @@ job_broker() {
         build/debug/tests/broker
 }
 
+# A million clients that connect and say nothing.
+job_service_connects() {
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug --target service -- --quiet
+    SERVICE_CONNECTS=1000000 build/debug/bin/service --gtest_filter=Run.TakesManyClientsThatSayNothing
+}
+
 # All cases of the tests of which the ordinary run takes a sample.
 job_whole_tests() {
     cmake --preset debug >/dev/null

@@ -372,12 +372,27 @@ void take_request(const CLI::App &subcommand, CallOptions &call)
     }
 }
 
+namespace {
+
+constexpr const char *kLibraryOptions[] = {
+    "--device", "--plugin",          "--scenario",     "--state",          "--fault",
+    "--trace",  "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"};
+
+} // namespace
+
 void exclude_library_options(CLI::App &app, CLI::Option *option)
 {
-    for (const char *excluded :
-         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace",
-          "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"}) {
+    for (const char *excluded : kLibraryOptions) {
         option->excludes(app.get_option(excluded));
+    }
+}
+
+void refuse_library_options(const CLI::App &app, const std::string &subcommand)
+{
+    for (const char *option : kLibraryOptions) {
+        if (app.get_option(option)->count() > 0) {
+            throw CLI::ExcludesError(subcommand, option);
+        }
     }
 }
 

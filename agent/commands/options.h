@@ -88,6 +88,9 @@ void take_request(const CLI::App &subcommand, CallOptions &call);
 
 // With this option the options for libraries are a usage error.
 void exclude_library_options(CLI::App &app, CLI::Option *option);
+// For a subcommand that always uses a service. Throws CLI::ExcludesError where the command line has
+// such an option.
+void refuse_library_options(const CLI::App &app, const std::string &subcommand);
 
 // Parses the command line. Nothing when the process is to exit at once (--help, --version, a usage
 // error), with exit_status.

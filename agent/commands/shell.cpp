@@ -314,7 +314,8 @@ void add_shell(CLI::App &app, Options &options)
     shell->footer(R"(
 Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" shows what can be typed. What is no terminal is
 read line by line; the exit status is that of the first line that failed.)");
-    shell->callback([&options] {
+    shell->callback([&app, &options] {
+        refuse_library_options(app, "shell");
         options.subcommand = Subcommand::kOther;
         options.other = [socket = options.socket] {
             return run_shell(socket);

@@ -296,8 +296,8 @@ bool ReplyOutput::write(std::initializer_list<std::string_view> pieces, const St
         } else {
             written = write_now(descriptor_, portion_of(pieces, done, size));
             must_wait = true;
-            if (written < 0 && errno != EPIPE) { // otherwise waiting would show the error as well
-                can_write_now_ = errno == EAGAIN;
+            if (written < 0 && errno != EPIPE) {
+                can_write_now_ = errno == EAGAIN || errno == EINTR;
                 continue;
             }
         }

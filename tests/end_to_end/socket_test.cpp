@@ -282,7 +282,9 @@ TEST(SocketUsage, LeavesTheLibrariesToTheService)
         {"--state", "x", "call", "--socket", "y", "GET_SN_INFO"},
         {"--fault", "x=1", "hosts", "--socket", "y"},
         {"--reboot-seconds", "1", "topology", "--socket", "y"},
-        {"call", "--socket", "y", "--reasons", "GET_SN_INFO"}};
+        {"call", "--socket", "y", "--reasons", "GET_SN_INFO"},
+        {"--scenario", "single_router", "shell", "--socket", "y"},
+        {"--device", "x", "shell"}};
     for (const std::vector<std::string> &words : all) {
         const AgentResult result = run_agent(words);
         EXPECT_EQ(result.exit_status, 2) << words[0];

@@ -157,6 +157,39 @@ AgentResult ServiceProcess::stop(int signal)
     return process_->wait();
 }
 
+void await_reading(const ServiceProcess &service)
+{
+    for (int count = 0; count < 3; ++count) {
+        if (service.client()->ask_json(R"({"hello":{}})")["result"] != 0) {
+            throw std::runtime_error("the service does not answer");
+        }
+    }
+}
+
+TimeLimit::TimeLimit() : path_(new_path("config.toml"))
+{
+    std::ofstream(path_) << "";
+}
+
+void TimeLimit::send_overdue(ServiceProcess &service, const TestClient &client,
+                             std::string_view line)
+{
+    service.client()->ask(request(0, "NO_SUCH_COMMAND")); // the worker is idle then
+    set(service, 1);
+    client.send_line(line);
+    await_reading(service); // the command has its time
+    set(service, 3600);
+}
+
+void TimeLimit::set(ServiceProcess &service, int seconds)
+{
+    std::ofstream(path_) << "[worker]\ncommand-seconds = " << seconds << "\n";
+    service.process().signal(SIGHUP);
+    if (!service.process().await_error("the configuration is loaded again", ++reloads_)) {
+        throw std::runtime_error("the service has ended");
+    }
+}
+
 Gatepost::Gatepost() : path_(new_path("pipe"))
 {
     required(mkfifo(path_.c_str(), S_IRUSR | S_IWUSR), "mkfifo");

@@ -62,6 +62,26 @@ class ServiceProcess {
     std::unique_ptr<AgentProcess> process_;
 };
 
+// The time limit of a service's commands. It is short only for the one command that is to exceed
+// it: on a slow machine, others may take as long.
+class TimeLimit {
+  public:
+    TimeLimit();
+    // For hgagent run.
+    std::string option() const { return "--config=" + path_; }
+    // Sends the line of a command that does not end within its time, a second.
+    void send_overdue(ServiceProcess &service, const TestClient &client, std::string_view line);
+
+  private:
+    void set(ServiceProcess &service, int seconds);
+
+    const std::string path_;
+    int reloads_ = 0;
+};
+
+// Until the service has read what others have sent.
+void await_reading(const ServiceProcess &service);
+
 // A path in the test's own directory where no file exists.
 std::string new_path(const std::string &name);
 

@@ -6,14 +6,18 @@
 
 #include <csignal>
 #include <fstream>
+#include <grp.h>
 #include <map>
+#include <optional>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -162,13 +166,15 @@ TEST(UnitWorker, ServesTheServiceAndIsStartedAnew)
             std::vector<std::string>{plugin, "serve", "--events", "--listen=unix:" + path});
     };
     auto worker = start_worker(kPlugin[0]);
-    ServiceProcess service({"--worker=unix:" + path, "--command-seconds=1"});
+    TimeLimit limit;
+    ServiceProcess service({"--worker=unix:" + path, limit.option()});
     const auto client = service.client();
     EXPECT_EQ(client->ask_json(request(0, "PID"))["reply"]["pid"], worker->process());
 
     // A command that never returns: the connection is closed, and the worker ends by itself.
     const Gatepost gate;
-    EXPECT_EQ(client->ask_json(request(1, "WAIT", gate.params()))["code"], "timeout");
+    limit.send_overdue(service, *client, request(1, "WAIT", gate.params()));
+    EXPECT_EQ(nlohmann::json::parse(client->read_line())["code"], "timeout");
     EXPECT_EQ(worker->wait().exit_status, 0);
 
     worker = start_worker(kPlugin[0]);
@@ -252,19 +258,26 @@ TEST(Reboot, IsToldAndLasts)
 // The answers to a client of another user.
 class Stranger {
   public:
-    // Runs the lines as the user with the number, and returns the answers.
+    // Runs the lines as the user with the number, whose group has the same one if none is given,
+    // and returns the answers; "no connection" if there is none.
     static std::vector<std::string> ask(const std::string &path, uid_t user,
-                                        const std::vector<std::string> &lines)
+                                        const std::vector<std::string> &lines,
+                                        std::optional<gid_t> group = std::nullopt)
     {
         int pipe_ends[2];
         EXPECT_EQ(pipe(pipe_ends), 0);
         const pid_t child = fork();
         if (child == 0) {
             std::string answers;
-            if (setgid(user) == 0 && setuid(user) == 0) {
-                TestClient client(path);
-                for (const std::string &line : lines) {
-                    answers += client.ask(line) + "\n";
+            if (setgroups(0, nullptr) == 0 && setgid(group.value_or(user)) == 0 &&
+                setuid(user) == 0) {
+                try {
+                    TestClient client(path);
+                    for (const std::string &line : lines) {
+                        answers += client.ask(line) + "\n";
+                    }
+                } catch (const std::system_error &) {
+                    answers = "no connection\n";
                 }
             }
             _exit(write(pipe_ends[1], answers.data(), answers.size()) < 0 ? 1 : 0);
@@ -341,6 +354,31 @@ TEST(Policy, HoldsForOtherUsers)
         records.push_back(nlohmann::json::parse(line));
     }
     ASSERT_GE(records.size(), 7U);
+}
+
+TEST(Policy, OpensTheSocketToItsGroup)
+{
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can be another user";
+    }
+    constexpr uid_t kUser = 54321;
+    const group *known = getgrnam("daemon");
+    if (known == nullptr) {
+        GTEST_SKIP() << "there is no group daemon";
+    }
+    const gid_t number = known->gr_gid;
+    const std::string config = new_path("config.toml");
+    std::ofstream(config) << "[socket]\ngroup = \"daemon\"\nmode = \"0660\"\n[roles.group]\n"
+                             "members = [\"group:daemon\"]\nallow = [\"GET_SN_INFO\"]\n";
+    const ServiceProcess service({"--config=" + config});
+    open_folders_of(service);
+    struct stat status = {};
+    ASSERT_EQ(stat(service.socket().c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, number);
+    EXPECT_EQ(status.st_mode & 07777, 0660U);
+    EXPECT_THAT(Stranger::ask(service.socket(), kUser, {kQuestion}, number),
+                ElementsAre(StartsWith(kAnswer)));
+    EXPECT_THAT(Stranger::ask(service.socket(), kUser, {kQuestion}), ElementsAre("no connection"));
 }
 
 TEST(Policy, LimitsAFloodOfDeniedRequests)

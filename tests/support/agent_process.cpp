@@ -181,11 +181,16 @@ bool AgentProcess::has_ended() const
     return info.si_pid != 0;
 }
 
-bool AgentProcess::await_error(std::string_view text) const
+bool AgentProcess::await_error(std::string_view text, int times) const
 {
     bool ended = false;
     for (;;) {
-        if (content_of(error_).find(text) != std::string::npos) {
+        const std::string said = content_of(error_);
+        size_t at = said.find(text);
+        for (int more = times - 1; more > 0 && at != std::string::npos; --more) {
+            at = said.find(text, at + 1);
+        }
+        if (at != std::string::npos) {
             return true;
         }
         if (ended) {
