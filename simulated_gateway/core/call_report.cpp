@@ -27,7 +27,7 @@ bool is_call_reported()
 
 void report_call(const char *function, int32_t result, const std::string &line)
 {
-    call_listener().tell(function, result, line.c_str());
+    call_listener().notify(function, result, line.c_str());
 }
 
 } // namespace simulated_gateway
