@@ -170,11 +170,11 @@ TEST(Config, StartsRelativePathsFromTheFilesFolder)
 TEST(Config, TellsUnknownKeysAndTables)
 {
     EXPECT_EQ(
-        config_problems("log_level = 3\n[limits]\nqueu = 1\n[mqtt]\nbroker = \"x\"\n[console]\n"),
+        config_problems("log_level = 3\n[limits]\nqueu = 1\n[queue]\nbroker = \"x\"\n[other]\n"),
         "hgagent.toml:1: log_level: there is no such key\n"
         "hgagent.toml:3: limits.queu: there is no such key\n"
-        "hgagent.toml:4: mqtt: there is no such key\n"
-        "hgagent.toml:6: console: there is no such key");
+        "hgagent.toml:4: queue: there is no such key\n"
+        "hgagent.toml:6: other: there is no such key");
 }
 
 TEST(Config, TellsWrongTypes)
@@ -235,7 +235,7 @@ TEST(Config, TellsProblemsOfRolesAsOfAPolicy)
     EXPECT_EQ(config_problems("[limits]\nqueue = 0\n[roles.a]\nmembers = [\"x\"]\n"),
               "hgagent.toml:2: limits.queue: has to be from 1 to 100000\n"
               "hgagent.toml:4: roles.a.members: \"x\" is not user:NAME, uid:NUMBER, group:NAME, "
-              "gid:NUMBER or way-in:NAME");
+              "gid:NUMBER, http-user:NAME, topic-root:ROOT or way-in:NAME");
 }
 
 TEST(Config, TellsRolesBesideAPolicyFile)
