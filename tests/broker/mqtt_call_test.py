@@ -4,6 +4,7 @@ a service fails meanwhile."""
 import json
 import signal
 import subprocess
+import time
 
 import case
 
@@ -137,6 +138,7 @@ class MqttCallTest(case.BrokerCase):
         status, message = self.refused(broker, "--id", "gw", "--timeout", "1", CHANGE, "Name=late")
         self.assertEqual((status, message), (1, "the gateway gw: no answer within 1 seconds; whether the command has "
                                              "been executed is unknown"))
+        time.sleep(2)  # the expiry is in whole seconds, at least one, from its arrival
         self.release(held)
         self.assertEqual(first.wait(), 0)
         self.assertEqual(self.call(broker, "--id", "gw", CHANGE, "Name=last")[0], 0)
