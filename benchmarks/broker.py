@@ -17,8 +17,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/b
 import brokers  # noqa: E402
 import service  # noqa: E402
 
-COUNT = 20_000
-RUNS = 7
+COUNT = 5_000
+RUNS = 5
 CORE = max(os.sched_getaffinity(0))
 REPLY = ('{"result":0,"reply":{"Status":"0","MAC":"02:00:5E:10:00:02","tslinkstatus":"0",'
          '"DeviceType":"COUNTING"}}')

@@ -83,7 +83,7 @@ class ExactlyOnceTest(case.BrokerCase):
             running.restart()
             running.await_broker()
         counted = trial.run(client, running.executed, REQUESTS, fail=fail, failures=1,
-                            user=[("epoch", state["epoch"])])
+                            user=lambda: [("epoch", state["epoch"])])
         self.assertEqual((counted.answered, counted.twice), (REQUESTS, 0), counted)
         self.assertGreater(counted.outcome_unknown, 0, counted)
         new = client.await_message(

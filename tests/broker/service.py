@@ -24,7 +24,12 @@ class Service:
         self.process = None
         self.lines = []
         self.news = queue.Queue()
-        self.start()
+        try:
+            self.start()
+        except BaseException:
+            self.process.kill()
+            self.process.wait()
+            raise
 
     def start(self):
         self.process = subprocess.Popen(self.words, env=self.environment, stderr=subprocess.PIPE, text=True)
