@@ -207,6 +207,8 @@ def main():
         work = pathlib.Path(work)
         if options.cluster:
             for number, whose in enumerate(("nothing", "the client's node killed", "the gateway's node killed")):
+                if options.only not in whose:
+                    continue
                 for rule in (False, True):
                     tally = count_in_cluster(options, work / f"{number}-{rule}", whose, rule)
                     print_tally(whose, "hgagent", rule, tally)

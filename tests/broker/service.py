@@ -7,6 +7,7 @@ import queue
 import signal
 import subprocess
 import threading
+import time
 
 
 class Service:
@@ -27,8 +28,7 @@ class Service:
         try:
             self.start()
         except BaseException:
-            self.process.kill()
-            self.process.wait()
+            self.close()
             raise
 
     def start(self):
@@ -56,9 +56,13 @@ class Service:
         return self.await_line("connected to mqtt")
 
     def worker(self):
-        """The process of the worker."""
+        """The process of the worker, as soon as there is one."""
         process = self.process.pid
-        return int(pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()[0])
+        while True:
+            children = pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()
+            if children:
+                return int(children[0])
+            time.sleep(0.01)
 
     def kill_worker(self):
         os.kill(self.worker(), signal.SIGKILL)
@@ -76,7 +80,7 @@ class Service:
         self.start()
 
     def close(self):
-        if self.process.poll() is None:
+        if self.process is not None and self.process.poll() is None:
             self.end(signal.SIGTERM)
 
     def executed(self):
