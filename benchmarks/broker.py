@@ -117,6 +117,8 @@ def memory(build, broker, folder):
     figures = []
     for name, on_broker in (("without", False), ("with", True)):
         gateway = Agent(build, broker, folder, name, on_broker=on_broker)
+        # While a worker is being started, the pages of the service are shared with it.
+        gateway.service.ask('{"id":1,"command":"GET_SN_INFO"}')
         figures.append(private_kib(gateway.processes[0]))
         gateway.close()
     bare = Bare(build, broker, 1)

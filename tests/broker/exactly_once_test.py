@@ -60,7 +60,7 @@ class ExactlyOnceTest(case.BrokerCase):
         def fail():
             broker.kill()
             time.sleep(AWAY_SECONDS)
-            self.assertEqual(self.ask_socket(running, '{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
+            self.assertEqual(running.ask('{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
             broker.start()
             running.await_broker()
         self.judge(broker, running, fail, failures=1)

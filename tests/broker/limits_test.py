@@ -92,7 +92,7 @@ class LimitsTest(case.BrokerCase):
         broker = self.mosquitto(f"password_file {passwords}", anonymous=False)
         running = self.trusted(broker, connected=False)
         running.await_line("uthori")
-        self.assertEqual(self.ask_socket(running, '{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
+        self.assertEqual(running.ask('{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
         self.assertEqual(running.end(), 0)
 
     def test_another_client_takes_the_session(self):

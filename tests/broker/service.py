@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """`hgagent run` as a process of a test, and what its device library has counted."""
 import collections
+import json
 import os
 import pathlib
 import queue
@@ -54,6 +55,12 @@ class Service:
 
     def await_broker(self):
         return self.await_line("connected to mqtt")
+
+    def ask(self, line):
+        """The answer to a line on the Unix socket."""
+        socat = subprocess.run(["socat", "-t600", "-", f"UNIX-CONNECT:{self.socket}"], check=True, text=True,
+                               input=line + "\n", capture_output=True)
+        return json.loads(socat.stdout)
 
     def worker(self):
         """The process of the worker, as soon as there is one."""

@@ -23,7 +23,7 @@ class SilenceTest(case.BrokerCase):
         connection, _ = listener.accept()
         self.addCleanup(connection.close)
         self.assertTrue(connection.recv(1))  # of its CONNECT, which nobody answers
-        self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+        self.assertEqual(running.ask(QUERY)["result"], 0)
         # After a while it tries the other one.
         running.await_broker()
         self.assertEqual(self.caller(broker).ask("GET_SN_INFO").body["result"], 0)
@@ -45,7 +45,7 @@ class SilenceTest(case.BrokerCase):
         running = self.service("--broker", f"mqtt://127.0.0.1:{listener.getsockname()[1]}", "--id", "gw", "--trust",
                                connected=False)
         for _ in range(20):
-            self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+            self.assertEqual(running.ask(QUERY)["result"], 0)
         self.assertEqual(running.end(), 0)
         self.assertEqual(running.lines, [f"listening on unix:{running.socket}"])
 
@@ -64,9 +64,9 @@ class SilenceTest(case.BrokerCase):
                 "ASAN_OPTIONS": options + ":verify_asan_link_order=0"})
         broker.stop()
         while not lookups.read_text(encoding="ascii"):
-            self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+            self.assertEqual(running.ask(QUERY)["result"], 0)
         # The lookup lasts until the service ends.
-        self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+        self.assertEqual(running.ask(QUERY)["result"], 0)
         self.assertEqual(running.end(), 0)
 
     def test_broker_stops_answering(self):
@@ -78,7 +78,7 @@ class SilenceTest(case.BrokerCase):
         broker.suspend()
         request = client.request("GET_SN_INFO")
         for _ in range(20):
-            self.assertEqual(self.ask_socket(running, QUERY)["result"], 0)
+            self.assertEqual(running.ask(QUERY)["result"], 0)
         broker.resume()
         while not request.answers:
             client.turn()
