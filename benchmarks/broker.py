@@ -17,12 +17,11 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/b
 import brokers  # noqa: E402
 import service  # noqa: E402
 
-COUNT = 20_000
-RUNS = 7
+COUNT = 5_000
+RUNS = 5
 CORE = max(os.sched_getaffinity(0))
 REPLY = ('{"result":0,"reply":{"Status":"0","MAC":"02:00:5E:10:00:02","tslinkstatus":"0",'
          '"DeviceType":"COUNTING"}}')
-TOPIC = "gateway/gw/command/GET_SN_INFO"
 MARKS = "<!-- broker -->\n", "\n<!-- /broker -->"
 
 
@@ -44,8 +43,8 @@ def pin(process):
 
 class Bare:
     def __init__(self, build, broker, qos):
-        self.process = subprocess.Popen([build / "bin/broker_responder", str(broker.port.number), "gateway/gw/command/+",
-                                         str(qos), REPLY], stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([build / "bin/broker_responder", str(broker.port.number),
+                                         "gateway/bare/command/+", str(qos), REPLY], stdout=subprocess.PIPE, text=True)
         self.process.stdout.readline()
         self.processes = [self.process.pid]
 
@@ -56,9 +55,9 @@ class Bare:
 
 
 class Agent:
-    def __init__(self, build, broker, folder, options=(), on_broker=True):
-        words = ["--broker", broker.url, "--id", "gw", "--trust"] if on_broker else []
-        self.service = service.Service(build / "bin/hgagent", folder, [*words, *options],
+    def __init__(self, build, broker, folder, name, options=(), on_broker=True):
+        words = ["--broker", broker.url, "--id", name, "--trust"] if on_broker else []
+        self.service = service.Service(build / "bin/hgagent", folder / name, [*words, *options],
                                        build / "tests/broker/counting_device.so")
         if on_broker:
             self.service.await_broker()
@@ -70,20 +69,18 @@ class Agent:
         self.service.close()
 
 
-def measure(build, broker, gateway, qos, in_flight):
-    """The medians of client, gateway and broker in microseconds of processor time for each request."""
+def run(build, broker, name, gateway, qos, in_flight):
+    """Microseconds of client, gateway and broker for each request."""
     for process in [broker.process.pid, *gateway.processes]:
         pin(process)
-    rows = []
-    for _ in range(RUNS):
-        before = processor_microseconds(gateway.processes), processor_microseconds([broker.process.pid])
-        output = subprocess.run(
-            ["taskset", "--cpu-list", str(CORE), build / "bin/broker_caller", str(broker.port.number), TOPIC,
-             "gateway/gw/reply/caller", str(qos), str(in_flight), str(COUNT)],
-            check=True, stdout=subprocess.PIPE, text=True).stdout
-        after = processor_microseconds(gateway.processes), processor_microseconds([broker.process.pid])
-        rows.append([float(output.split()[0]), *((end - begin) / COUNT for begin, end in zip(before, after))])
-    return [statistics.median(column) for column in zip(*rows)]
+    processes = gateway.processes, [broker.process.pid]
+    before = list(map(processor_microseconds, processes))
+    output = subprocess.run(
+        ["taskset", "--cpu-list", str(CORE), build / "bin/broker_caller", str(broker.port.number),
+         f"gateway/{name}/command/GET_SN_INFO", f"gateway/{name}/reply/caller", str(qos), str(in_flight), str(COUNT)],
+        check=True, stdout=subprocess.PIPE, text=True).stdout
+    after = list(map(processor_microseconds, processes))
+    return [float(output.split()[0]), *((end - begin) / COUNT for begin, end in zip(before, after))]
 
 
 def table(build, folder):
@@ -91,21 +88,24 @@ def table(build, folder):
              "A core is full at |", "| --- | ---: | ---: | ---: | ---: | ---: |"]
     broker = brokers.Mosquitto(folder / "broker")
     try:
-        for in_flight in (1, 64):
-            for qos in (0, 1):
-                bare = None
-                for name, start in (
-                        ("bare responder", lambda qos=qos: Bare(build, broker, qos)),
-                        ("worker in-process", lambda: Agent(build, broker, folder / "in-process", ["--in-process"])),
-                        ("worker as a child", lambda: Agent(build, broker, folder / "child"))):
-                    gateway = start()
-                    try:
-                        client, own, other = measure(build, broker, gateway, qos, in_flight)
-                    finally:
-                        gateway.close()
-                    bare = bare or own
-                    lines.append(f"| QoS {qos}, {in_flight} at a time, {name} | {client:.1f} | {own:.1f} | "
-                                 f"{own / bare:.2f} | {other:.1f} | {1e6 / own:,.0f}/s |")
+        for qos in (0, 1):
+            gateways = {"bare": ("bare responder", Bare(build, broker, qos)),
+                        "within": ("worker in-process", Agent(build, broker, folder, "within", ["--in-process"])),
+                        "child": ("worker as a child", Agent(build, broker, folder, "child"))}
+            for in_flight in (1, 64):
+                runs = {name: [] for name in gateways}
+                for _ in range(RUNS):
+                    # In turn, so that what else the machine does meets all of them.
+                    for name, (_, gateway) in gateways.items():
+                        runs[name].append(run(build, broker, name, gateway, qos, in_flight))
+                for name, (title, _) in gateways.items():
+                    client, own, other = (statistics.median(column) for column in zip(*runs[name]))
+                    ratio = statistics.median(mine[1] / bare[1] for mine, bare in zip(runs[name], runs["bare"]))
+                    lines.append(f"| QoS {qos}, {in_flight} at a time, {title} | {client:.1f} | {own:.1f} | "
+                                 f"{ratio:.2f} | {other:.1f} | {1e6 / own:,.0f}/s |")
+                    print(lines[-1], file=sys.stderr, flush=True)
+            for _, gateway in gateways.values():
+                gateway.close()
         lines += ["", *memory(build, broker, folder)]
     finally:
         broker.close()
@@ -116,7 +116,9 @@ def memory(build, broker, folder):
     """Private memory of the service, by itself and with a broker."""
     figures = []
     for name, on_broker in (("without", False), ("with", True)):
-        gateway = Agent(build, broker, folder / name, on_broker=on_broker)
+        gateway = Agent(build, broker, folder, name, on_broker=on_broker)
+        # While a worker is being started, the pages of the service are shared with it.
+        gateway.service.ask('{"id":1,"command":"GET_SN_INFO"}')
         figures.append(private_kib(gateway.processes[0]))
         gateway.close()
     bare = Bare(build, broker, 1)

@@ -4,7 +4,7 @@
 clients without and with the rule of repeating a request until it is answered, and for comparison a responder without
 the answer cache.
 
-    tools/exactly_once.py [--requests 10000] [--in-flight 16] [--failures 4] [--cluster] [--build build/release]
+    tools/exactly_once.py [--requests 10000] [--in-flight 16] [--failures 4] [--only TEXT] [--cluster] [--build build/release]
 
 --cluster takes a cluster of three ejabberd nodes instead of a mosquitto (tools/cluster.sh). The build needs the targets
 hgagent, smart_router_service, counting_device and broker_responder.
@@ -98,9 +98,20 @@ FAILURES = (
 )
 
 
-def state_of(client):
+def epoch_of(client):
+    """Gives the epoch that the client knows at that moment."""
     client.subscribe("gateway/gw/state")
-    return client.await_message(lambda message: message.topic == "gateway/gw/state").body
+    known = client.await_message(lambda message: message.topic == "gateway/gw/state").body["epoch"]
+
+    def properties():
+        nonlocal known
+        while client.messages:
+            message = client.messages.pop()
+            if message.topic == "gateway/gw/state" and message.body.get("online"):
+                known = message.body["epoch"]
+                client.messages.clear()
+        return [("epoch", known)]
+    return properties
 
 
 def count(options, folder, failure, bare, rule):
@@ -119,13 +130,13 @@ def count(options, folder, failure, bare, rule):
                 options.build / "tests/broker/counting_device.so")
             running.await_broker()
         client = caller.Caller([broker.port.number])
-        epoch = [("epoch", state_of(client)["epoch"])] if "epoch" in name and "no epoch" not in name else []
+        user = epoch_of(client) if "its epoch" in name else lambda: ()
 
         def disturb():
             fail(running, broker)
             time.sleep(PAUSE_SECONDS)
         return trial.run(client, running.executed, options.requests, options.in_flight, rule,
-                         disturb if fail is not None else None, options.failures, epoch)
+                         disturb if fail is not None else None, options.failures, user)
     finally:
         if running is not None:
             running.close()
@@ -184,6 +195,7 @@ def main():
     parser.add_argument("--requests", type=int, default=10_000)
     parser.add_argument("--in-flight", type=int, default=16)
     parser.add_argument("--failures", type=int, default=4)
+    parser.add_argument("--only", default="", help="the failures that contain this text")
     parser.add_argument("--cluster", action="store_true")
     parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
     options = parser.parse_args()
@@ -195,12 +207,14 @@ def main():
         work = pathlib.Path(work)
         if options.cluster:
             for number, whose in enumerate(("nothing", "the client's node killed", "the gateway's node killed")):
+                if options.only not in whose:
+                    continue
                 for rule in (False, True):
                     tally = count_in_cluster(options, work / f"{number}-{rule}", whose, rule)
                     print_tally(whose, "hgagent", rule, tally)
                     broken = broken or rule and not tally.kept_promise()
             return 1 if broken else 0
-        for number, failure in enumerate(FAILURES):
+        for number, failure in enumerate(one for one in FAILURES if options.only in one[0]):
             for bare in (False, True):
                 for rule in (False, True):
                     if bare and failure[3]:

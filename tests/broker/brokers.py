@@ -51,7 +51,11 @@ class Mosquitto:
             f"{settings}\n"
             f"listener {self.port.number} 127.0.0.1\n"
             f"{listener}\n", encoding="utf-8")
-        self.start()
+        try:
+            self.start()
+        except BaseException:
+            self.close()
+            raise
 
     @property
     def url(self):

@@ -1,10 +1,8 @@
 # SPDX-License-Identifier: MIT
 """What the tests with a broker have in common: NAME_test.py HGAGENT FOLDER [TEST...], where FOLDER has the libraries
 that the tests load."""
-import json
 import os
 import pathlib
-import subprocess
 import sys
 import tempfile
 import unittest
@@ -55,12 +53,6 @@ class BrokerCase(unittest.TestCase):
     def release(self, path):
         """Waits for the command that waits on the pipe, and lets it go on."""
         os.close(os.open(path, os.O_WRONLY))
-
-    def ask_socket(self, running, line):
-        """The answer to a line on the Unix socket of the service."""
-        socat = subprocess.run(["socat", "-t600", "-", f"UNIX-CONNECT:{running.socket}"], check=True, text=True,
-                               input=line + "\n", capture_output=True)
-        return json.loads(socat.stdout)
 
 
 def main():

@@ -46,10 +46,17 @@ class Cluster:
         self.mapper = subprocess.Popen(
             [shutil.which("epmd"), "-port", str(self.mapper_port.number), "-address", "127.0.0.1"],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=self.environment)
-        self.mapper_port.await_listener(self.mapper)
-        self.nodes = [Node(self, number) for number in range(1, count + 1)]
-        for node in self.nodes[1:]:
-            node.join(self.nodes[0])
+        self.nodes = []
+        try:
+            self.mapper_port.await_listener(self.mapper)
+            for number in range(1, count + 1):
+                self.nodes.append(Node(self, number))
+                self.nodes[-1].start()
+            for node in self.nodes[1:]:
+                node.join(self.nodes[0])
+        except BaseException:
+            self.close()
+            raise
 
     @property
     def ports(self):
@@ -77,7 +84,6 @@ class Node:
             "EJABBERD_LOG_PATH": str(self.folder / "ejabberd.log"), "EJABBERD_PID_PATH": str(self.folder / "pid"),
             "ERL_INETRC": str(cluster.folder / "inetrc"), "ERL_CRASH_DUMP": str(self.folder / "crash")}
         self.process = None
-        self.start()
 
     def erl(self, name, *words):
         return [shutil.which("erl"), "-sname", name, "-setcookie", "trial", "-noinput",

@@ -60,7 +60,7 @@ class ExactlyOnceTest(case.BrokerCase):
         def fail():
             broker.kill()
             time.sleep(AWAY_SECONDS)
-            self.assertEqual(self.ask_socket(running, '{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
+            self.assertEqual(running.ask('{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
             broker.start()
             running.await_broker()
         self.judge(broker, running, fail, failures=1)
@@ -83,7 +83,7 @@ class ExactlyOnceTest(case.BrokerCase):
             running.restart()
             running.await_broker()
         counted = trial.run(client, running.executed, REQUESTS, fail=fail, failures=1,
-                            user=[("epoch", state["epoch"])])
+                            user=lambda: [("epoch", state["epoch"])])
         self.assertEqual((counted.answered, counted.twice), (REQUESTS, 0), counted)
         self.assertGreater(counted.outcome_unknown, 0, counted)
         new = client.await_message(

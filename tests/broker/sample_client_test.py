@@ -29,7 +29,7 @@ class SampleClientTest(case.BrokerCase):
         return output
 
     def ask(self, running, command, params=None):
-        return self.ask_socket(running, json.dumps({"id": 1, "command": command, "params": params or {}}))["reply"]
+        return running.ask(json.dumps({"id": 1, "command": command, "params": params or {}}))["reply"]
 
     def test_rename(self):
         running = self.trusted(self.broker, device=False)

@@ -1,12 +1,14 @@
 # SPDX-License-Identifier: MIT
 """`hgagent run` as a process of a test, and what its device library has counted."""
 import collections
+import json
 import os
 import pathlib
 import queue
 import signal
 import subprocess
 import threading
+import time
 
 
 class Service:
@@ -24,7 +26,11 @@ class Service:
         self.process = None
         self.lines = []
         self.news = queue.Queue()
-        self.start()
+        try:
+            self.start()
+        except BaseException:
+            self.close()
+            raise
 
     def start(self):
         self.process = subprocess.Popen(self.words, env=self.environment, stderr=subprocess.PIPE, text=True)
@@ -50,10 +56,20 @@ class Service:
     def await_broker(self):
         return self.await_line("connected to mqtt")
 
+    def ask(self, line):
+        """The answer to a line on the Unix socket."""
+        socat = subprocess.run(["socat", "-t600", "-", f"UNIX-CONNECT:{self.socket}"], check=True, text=True,
+                               input=line + "\n", capture_output=True)
+        return json.loads(socat.stdout)
+
     def worker(self):
-        """The process of the worker."""
+        """The process of the worker, as soon as there is one."""
         process = self.process.pid
-        return int(pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()[0])
+        while True:
+            children = pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()
+            if children:
+                return int(children[0])
+            time.sleep(0.01)
 
     def kill_worker(self):
         os.kill(self.worker(), signal.SIGKILL)
@@ -71,7 +87,7 @@ class Service:
         self.start()
 
     def close(self):
-        if self.process.poll() is None:
+        if self.process is not None and self.process.poll() is None:
             self.end(signal.SIGTERM)
 
     def executed(self):

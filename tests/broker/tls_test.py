@@ -38,7 +38,7 @@ class TlsTest(case.BrokerCase):
         """It reports why, goes on, and ends by SIGTERM."""
         line = running.await_line("cannot connect to mqtts://")
         self.assertTrue(not words or any(word in line for word in words), line)
-        self.assertEqual(self.ask_socket(running, '{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
+        self.assertEqual(running.ask('{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
         self.assertEqual(running.end(), 0)
         self.assertFalse([one for one in running.lines if one.startswith("connected to mqtt")])
 

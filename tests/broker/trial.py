@@ -27,14 +27,15 @@ class Tally:
                 self.once >= self.sent - self.outcome_unknown - self.refused)
 
 
-def names(count, prefix="n", user=()):
-    return [(COMMAND, {"Name": f"{prefix}{number}"}, user) for number in range(count)]
+def requests(count, user):
+    """The user properties are those of the moment at which a request is sent."""
+    return ((COMMAND, {"Name": f"n{number}"}, user()) for number in range(count))
 
 
-def run(caller, executed, count, in_flight=16, rule=True, fail=None, failures=4, user=()):
+def run(caller, executed, count, in_flight=16, rule=True, fail=None, failures=4, user=lambda: ()):
     """Sends `count` requests. fail() makes something fail and repairs it; it is called `failures` times, evenly spread
     over the requests, on a thread of its own. executed() counts the executions of each name."""
-    wanted = names(count, user=user)
+    wanted = requests(count, user)
     tally = Tally(sent=count)
     disturbance = None
     errors = []
