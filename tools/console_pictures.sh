@@ -18,7 +18,7 @@ node tests/console/pictures.mjs "$folder" $documents
 if [ -n "$documents" ]; then
     mkdir -p docs/images
     for picture in "$folder"/console-*.png; do
-        pngquant --force --speed 1 --strip --output "docs/images/$(basename "$picture")" 24 "$picture"
+        pngquant --force --speed 1 --strip --output "docs/images/$(basename "$picture")" 48 "$picture"
     done
     folder=docs/images
 fi

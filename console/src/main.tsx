@@ -144,6 +144,7 @@ function Page(props: { state: string }) {
     const main = useRef<HTMLElement>(null);
     const nav = useRef<HTMLElement>(null);
     useEffect(() => {
+        scrollTo(0, 0);
         nav.current!.querySelector("[aria-current]")?.scrollIntoView({ block: "nearest", inline: "center" });
     }, [current]);
     useEffect(() => {

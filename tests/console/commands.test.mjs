@@ -213,7 +213,11 @@ test("faults, clock and scenario of the simulated gateway are set", async () => 
     const scenario = card(page, "Scenario");
     await scenario.getByRole("combobox", { name: "Scenario" }).selectOption("single_router");
     await scenario.getByRole("button", { name: "Start this scenario" }).click();
-    await page.getByRole("dialog").getByRole("button", { name: "Start this scenario" }).click();
+    // It is refused while a worker of an earlier command is still running.
+    await eventually(async () => {
+        await page.evaluate(() => document.querySelector("dialog button.primary:not(:disabled)")?.click());
+        assert.equal(await page.getByRole("dialog").count(), 0);
+    });
     await scenario.locator("dd").getByText("single_router").waitFor();
     const { Name } = await service.call("GET_HG_BASE_INFO");
     assert.notEqual(Name, "Lindenhof");

@@ -28,7 +28,9 @@ async function take(colorScheme, width) {
             await card(page, "Mesh").getByRole("button", { name: /^router Attic/ }).click();
         }
         // Messages about actions are not part of the view.
-        await page.locator(".message button").click().catch(() => {});
+        for (const button of await page.locator(".message button").all()) {
+            await button.click();
+        }
         await page.mouse.move(0, 0);
         const name = documents ? `console-${view.id}.png` : `${view.id}-${colorScheme}-${width}.png`;
         await page.screenshot({ path: join(folder, name), fullPage: !documents });

@@ -14,5 +14,4 @@ if [ "$1" = --browser ]; then
     shift
     [ -x "$CHROMIUM" ] || skip 'there is no Chromium (Debian: chromium)'
 fi
-# Without this, what Node.js is told by the test runner's environment would reach its children.
 exec "$@"

@@ -147,7 +147,7 @@ export function Inspection() {
         });
     return (
         <div class="cards">
-            <Card title="Inspection" known={{ reply: true }}>
+            <Card title="Inspection" wide>
                 {before === null ? (
                     <p class="muted">An inspection changes nothing. An optimisation may change the channel and the transmit power.</p>
                 ) : (
