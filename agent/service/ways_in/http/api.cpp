@@ -4,6 +4,7 @@
 #include "protocol/protocol.h"
 #include "service/gate/policy_names.h"
 #include "service/ways_in/http/documents.h"
+#include "service/ways_in/http/firmware_upload.h"
 #include "service/ways_in/http/handlers.h"
 
 #include <algorithm>
@@ -148,6 +149,25 @@ Made refuse(HttpResponse &refused, HttpResponse response)
     return nullptr;
 }
 
+// Decided before the image is sent.
+Made make_firmware(HttpConnection &connection, const Login &login, HttpResponse &refused)
+{
+    const Policy &policy = connection.server().gate().policy();
+    auto verdict = policy.decide(*login.who, Subject::kCommand, "IMAGE_DOWNLOAD");
+    if (!verdict.allowed) {
+        verdict = policy.decide(*login.who, Subject::kCommand, "HG_IMAGE_UPDATE");
+    }
+    if (!verdict.allowed) {
+        return refuse(refused,
+                      answer_response(error_answer("null", Code::kDenied,
+                                                   "the policy allows no update", verdict.rule),
+                                      Code::kDenied));
+    }
+    return connection.server().begin_upload()
+               ? make_firmware_upload(connection)
+               : refuse(refused, error_response(Code::kBusy, "another image is being uploaded"));
+}
+
 } // namespace
 
 Made make_handler(HttpConnection &connection, HttpResponse &refused)
@@ -169,6 +189,9 @@ Made make_handler(HttpConnection &connection, HttpResponse &refused)
     if (!login) {
         return refuse(refused, not_logged_in());
     }
+    if (request.path == "/api/firmware" && request.method == "PUT") {
+        return make_firmware(connection, *login, refused);
+    }
     const Route *found = nullptr;
     for (const Route &route : kRoutes) {
         if (matches(route, request.path)) {
@@ -178,6 +201,9 @@ Made make_handler(HttpConnection &connection, HttpResponse &refused)
                                   decoded(request.path.substr(route.path.size()), false));
             }
         }
+    }
+    if (request.path == "/api/firmware") {
+        return refuse(refused, wrong_method("PUT"));
     }
     return refuse(refused, found != nullptr ? wrong_method(found->method)
                                             : refusal(status::kNotFound, "there is no such path"));

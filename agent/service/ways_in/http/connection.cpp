@@ -243,6 +243,9 @@ bool HttpConnection::take_body()
         respond(error_response(Code::kTooLarge, "the body is too long"));
         return false;
     }
+    if (!part.empty() && handler_->takes_long()) {
+        arm(server_.options().request_time);
+    }
     return part.empty() || handler_->on_body(part);
 }
 

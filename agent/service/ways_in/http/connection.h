@@ -25,6 +25,8 @@ class HttpHandler {
     virtual ~HttpHandler() = default;
     // How long the body may be.
     virtual size_t most_body() const = 0;
+    // Whether only the pauses in the body are limited, not the time that all of it takes.
+    virtual bool takes_long() const { return false; }
     // A part of the body. Result: false: the handler has already responded.
     virtual bool on_body(std::string_view part) = 0;
     // The request is complete. The handler responds now or later.
