@@ -21,7 +21,7 @@ agent/service                agent/service/ways_in/http agent/service/ways_in/mq
 agent/service/mqtt_call      agent/service/ways_in/mqtt agent/service/gate agent/service/common
 agent/service/mqtt_call      agent/client agent/commands agent/io agent/protocol plugin_headers
 agent/service/ways_in/http   agent/service/ways_in agent/service/common agent/service/gate
-agent/service/ways_in/http   agent/io agent/protocol
+agent/service/ways_in/http   agent/io agent/protocol embedded_texts
 agent/service/ways_in/http/security_module agent/service/ways_in/http
 agent/service/ways_in        agent/service/common agent/service/gate
 agent/service/ways_in/mqtt   agent/service/ways_in agent/service/common agent/service/gate

@@ -69,7 +69,8 @@ class Api(ServiceTest):
         status, fields, _ = self.ask("GET", "/api/command/GET_SN_INFO")
         self.assertEqual((status, fields["Allow"]), (405, "POST"))
         status, fields, _ = self.ask("DELETE", "/api/session")
-        self.assertEqual((status, fields["Allow"]), (405, "GET, HEAD"))
+        self.assertEqual((status, fields["Allow"]), (405, "GET"))
+        self.assertEqual(self.ask("HEAD", "/api/events")[0], 405)
         self.assertEqual(self.ask("OPTIONS", "/api/login")[0], 405)
         self.assertEqual(self.ask("POST", "/")[0], 405)
 
@@ -99,6 +100,21 @@ class Api(ServiceTest):
         self.assertNotEqual(response.headers["ETag"], fields["ETag"])
         self.assertEqual(gzip.decompress(response.read()).decode(), text)
         connection.close()
+
+    def test_every_documented_path_exists(self):
+        status, _, text = self.ask("GET", "/api/openapi.json")
+        self.assertEqual(status, 200)
+        paths = json.loads(text)["paths"]
+        self.assertIn("/api/command/GET_SN_INFO", paths)
+        for path, methods in paths.items():
+            if path == "/api/events":
+                continue
+            # With a method that none of them has, an unknown path is answered differently.
+            status, fields, _ = self.ask("TRACE", path)
+            self.assertEqual(status, 405, path)
+            for method in methods:
+                if method in ("get", "post", "put"):
+                    self.assertIn(method.upper(), fields["Allow"], path)
 
     def test_serves_the_console(self):
         status, fields, text = self.ask("GET", "/", token=False)

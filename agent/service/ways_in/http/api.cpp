@@ -95,6 +95,12 @@ Made make_protocol(HttpConnection &connection, const Login &, const std::string 
         connection, [&connection] { return protocol_document().response(connection.request()); });
 }
 
+Made make_openapi(HttpConnection &connection, const Login &, const std::string &)
+{
+    return make_simple(connection,
+                       [&connection] { return openapi_document().response(connection.request()); });
+}
+
 Made make_metrics(HttpConnection &connection, const Login &, const std::string &)
 {
     return make_simple(connection, [&connection] {
@@ -112,10 +118,15 @@ struct Route {
 };
 
 constexpr Route kRoutes[] = {
-    {"GET", "/api/session", make_session},        {"POST", "/api/logout", make_logout},
-    {"POST", "/api/command/", make_command},      {"POST", "/api/report/", make_report},
-    {"GET", "/api/events", make_event_stream},    {"GET", "/api/socket", make_web_socket},
-    {"GET", "/api/protocol.json", make_protocol}, {"GET", "/metrics", make_metrics},
+    {"GET", "/api/session", make_session},
+    {"POST", "/api/logout", make_logout},
+    {"POST", "/api/command/", make_command},
+    {"POST", "/api/report/", make_report},
+    {"GET", "/api/events", make_event_stream},
+    {"GET", "/api/socket", make_web_socket},
+    {"GET", "/api/protocol.json", make_protocol},
+    {"GET", "/api/openapi.json", make_openapi},
+    {"GET", "/metrics", make_metrics},
 };
 
 bool matches(const Route &route, std::string_view path)
@@ -124,15 +135,10 @@ bool matches(const Route &route, std::string_view path)
                                      : path == route.path;
 }
 
-bool has_method(const HttpRequest &request, std::string_view method)
-{
-    return request.method == method || (method == "GET" && request.method == "HEAD");
-}
-
 HttpResponse wrong_method(std::string_view allowed)
 {
     HttpResponse response = refusal(status::kMethodNotAllowed, "the method is not allowed here");
-    response.add("Allow", std::string(allowed) + (allowed == "GET" ? ", HEAD" : ""));
+    response.add("Allow", std::string(allowed));
     return response;
 }
 
@@ -174,15 +180,15 @@ Made make_handler(HttpConnection &connection, HttpResponse &refused)
 {
     const HttpRequest &request = connection.request();
     if (const StaticFile *file = connection.server().files().find(request.path)) {
-        return has_method(request, "GET")
+        return (request.method == "GET" || request.method == "HEAD")
                    ? make_simple(
                          connection,
                          [&connection, file] { return file->response(connection.request()); })
-                   : refuse(refused, wrong_method("GET"));
+                   : refuse(refused, wrong_method("GET, HEAD"));
     }
     if (request.path == "/api/login") {
-        return has_method(request, "POST") ? make_login(connection)
-                                           : refuse(refused, wrong_method("POST"));
+        return request.method == "POST" ? make_login(connection)
+                                        : refuse(refused, wrong_method("POST"));
     }
     // Without a login one does not learn what there is.
     const std::optional<Login> login = connection.server().login_of(request);
@@ -196,7 +202,7 @@ Made make_handler(HttpConnection &connection, HttpResponse &refused)
     for (const Route &route : kRoutes) {
         if (matches(route, request.path)) {
             found = &route;
-            if (has_method(request, route.method)) {
+            if (request.method == route.method) {
                 return route.make(connection, *login,
                                   decoded(request.path.substr(route.path.size()), false));
             }

@@ -33,8 +33,6 @@ class HttpHandler {
     virtual void run() = 0;
     // What an idle stream has to say from time to time; empty: nothing.
     virtual std::string heartbeat() const { return ""; }
-    // All output has been written.
-    virtual void on_drained() {}
     virtual void on_logout(const std::string &) {}
 };
 

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr size_t kMostImage = 64UL * 1024 * 1024;
-constexpr char kBegin[] = "image-";
+constexpr char kImagePrefix[] = "image-";
 constexpr size_t kNameDigits = 16;
 
 class Digest {
@@ -53,7 +53,8 @@ class FirmwareUpload : public HttpHandler {
         const std::string &folder = connection.server().options().uploads;
         std::error_code ignored;
         fs::create_directories(folder, ignored);
-        path_ = (fs::path(folder) / (kBegin + random_token().substr(0, kNameDigits))).string();
+        path_ =
+            (fs::path(folder) / (kImagePrefix + random_token().substr(0, kNameDigits))).string();
         file_.emplace(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
                            S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH));
         if (file_->get() < 0) {
@@ -111,7 +112,8 @@ class FirmwareUpload : public HttpHandler {
     {
         std::error_code ignored;
         for (const auto &entry : fs::directory_iterator(fs::path(path_).parent_path(), ignored)) {
-            if (entry.path() != path_ && entry.path().filename().string().starts_with(kBegin)) {
+            if (entry.path() != path_ &&
+                entry.path().filename().string().starts_with(kImagePrefix)) {
                 fs::remove(entry.path(), ignored);
             }
         }
