@@ -13,7 +13,8 @@ foreach(file IN LISTS FILES)
         string(APPEND pieces "\n     R\"embedded(${piece})embedded\"")
         math(EXPR at "${at} + 8000")
     endwhile()
-    string(APPEND texts "    {\"${file_name}\",${pieces}},\n")
+    # The suffix saves the compiler counting the characters, which it refuses to do for a long text.
+    string(APPEND texts "    {\"${file_name}\",${pieces}sv},\n")
 endforeach()
 
 file(WRITE ${DIRECTORY}/embedded/${NAME}.h
@@ -39,6 +40,8 @@ std::span<const Text> ${NAME}();
 
 file(WRITE ${DIRECTORY}/${NAME}.cpp
 "#include \"embedded/${NAME}.h\"
+
+using namespace std::string_view_literals;
 
 namespace {
 

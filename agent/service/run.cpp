@@ -39,6 +39,7 @@ constexpr std::chrono::milliseconds kStateWait(10'000);
 constexpr std::chrono::milliseconds kStatePause(20);
 
 constexpr char kClockVariable[] = "SIMULATED_GATEWAY_TIME";
+constexpr char kFirmwareVariable[] = "SIMULATED_GATEWAY_FIRMWARE_FOLDER";
 constexpr char kStateVariable[] = "SIMULATED_GATEWAY_STATE";
 
 // systemd's protocol requires the time of the reload.
@@ -127,7 +128,7 @@ MqttOptions mqtt_options(const ServiceConfig &config)
     return options;
 }
 
-HttpOptions http_options(const ServiceConfig &config, const std::string &state)
+HttpOptions http_options(const ServiceConfig &config, const std::string &uploads)
 {
     HttpOptions options;
     options.certificate = config.console.certificate;
@@ -141,7 +142,7 @@ HttpOptions http_options(const ServiceConfig &config, const std::string &state)
     options.request_time = seconds(config.limits.request_seconds);
     options.session_time = seconds(config.console.session_seconds);
     options.is_simulated = config.worker.host.device.empty() && config.worker.unit_socket().empty();
-    options.state = state;
+    options.uploads = uploads;
     return options;
 }
 
@@ -242,6 +243,7 @@ class Service {
     {
         const std::string unit = config_.worker.unit_socket();
         if (!unit.empty()) {
+            uploads_ = file_beside(config_.socket.path, ".firmware");
             return std::make_unique<UnitWorker>(loop_, unit);
         }
         const std::string given = config_.worker.host.state.value_or(variable(kStateVariable));
@@ -251,14 +253,30 @@ class Service {
             // reject the option.
             setenv(kStateVariable, own_state_.c_str(), 1); // NOLINT(concurrency-mt-unsafe): alone
         }
-        state_ = given.empty() ? own_state_ : given;
-        await_state(state_);
+        const std::string state = given.empty() ? own_state_ : given;
+        await_state(state);
+        choose_uploads(state);
         if (config_.worker.in_process()) {
             return std::make_unique<InProcessWorker>(loop_, serve_options(config_));
         }
         auto child = std::make_unique<ChildWorker>(loop_, child_arguments());
         child_ = child.get();
         return child;
+    }
+
+    // The simulated gateway reads images from its firmware folder only. Without one, it is given
+    // the folder of the uploads, as above in the environment.
+    void choose_uploads(const std::string &state)
+    {
+        if (config_.console.address.empty()) {
+            return;
+        }
+        const std::string given =
+            config_.worker.host.firmware_folder.value_or(variable(kFirmwareVariable));
+        uploads_ = given.empty() ? state + ".firmware" : given + "/hgagent-uploads";
+        if (given.empty()) {
+            setenv(kFirmwareVariable, uploads_.c_str(), 1); // NOLINT(concurrency-mt-unsafe): alone
+        }
     }
 
     std::vector<std::string> child_arguments() const
@@ -320,7 +338,7 @@ class Service {
     void apply_to_console()
     {
         if (http_) {
-            http_->set_options(http_options(config_, state_));
+            http_->set_options(http_options(config_, uploads_));
         }
     }
 
@@ -436,6 +454,8 @@ class Service {
             std::error_code ignored;
             std::filesystem::remove(own_state_ + ending, ignored);
         }
+        std::error_code ignored;
+        std::filesystem::remove_all(own_state_ + ".firmware", ignored);
     }
 
     const RunOptions &options_;
@@ -444,7 +464,7 @@ class Service {
     ServiceManager manager_;
     std::vector<int> sockets_;
     std::string own_state_;
-    std::string state_; // path of the simulated home's state; empty for a worker of its own unit
+    std::string uploads_;          // folder for firmware images from the console
     ChildWorker *child_ = nullptr; // owned by the gate
     std::optional<Gate> gate_;
     std::optional<UnixSocket> socket_;

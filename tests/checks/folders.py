@@ -17,10 +17,13 @@ agent/shell                  agent/client agent/host agent/io agent/protocol plu
 agent                        agent/service agent/service/worker
 agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker
 agent/service                agent/commands agent/io agent/protocol
-agent/service                agent/service/ways_in/mqtt agent/service/mqtt_call
+agent/service                agent/service/ways_in/http agent/service/ways_in/mqtt agent/service/mqtt_call
 agent/service/mqtt_call      agent/service/ways_in/mqtt agent/service/gate agent/service/common
 agent/service/mqtt_call      agent/client agent/commands agent/io agent/protocol plugin_headers
-agent/service/ways_in        agent/service/common agent/service/gate
+agent/service/ways_in/http   agent/service/ways_in agent/service/common agent/service/gate
+agent/service/ways_in/http   agent/io agent/protocol embedded_texts
+agent/service/ways_in/http/security_module agent/service/ways_in/http
+agent/service/ways_in        agent/service/common agent/service/gate agent/io
 agent/service/ways_in/mqtt   agent/service/ways_in agent/service/common agent/service/gate
 agent/service/ways_in/mqtt   agent/io agent/protocol
 agent/service/gate           agent/service/common agent/service/worker

@@ -95,6 +95,8 @@ class Network(unittest.TestCase):
         status, _, text = self.ask("POST", "/api/command/RP_HG_REBOOT", {}, alice)
         self.assertEqual((status, json.loads(text)["code"]), (403, "denied"))
         self.assertIn("viewers", json.loads(text)["rule"])
+        status, _, text = self.ask("PUT", "/api/firmware", None, alice)
+        self.assertEqual((status, json.loads(text)["code"]), (403, "denied"))
         status, bob = self.log_in("bob", "bob's")
         self.assertEqual(json.loads(self.ask("GET", "/api/session", headers=bob)[2])["commands"], ["GET_SN_INFO"])
         # Programs may send the same value as a bearer.
@@ -133,7 +135,7 @@ class Network(unittest.TestCase):
         _, alice = self.log_in("alice", "right")
         (self.folder / "passwords").write_text("rubbish\n")
         self.service.process.send_signal(signal.SIGHUP)
-        said = self.service.process.stderr.readline()
+        said = self.service.process.stderr.readline() + self.service.process.stderr.readline()
         self.assertIn("passwords:1: the line is not USER:HASH", said)
         self.assertEqual(self.ask("GET", "/api/session", headers=alice)[0], 200)
         (self.folder / "passwords").write_text(self.lines)

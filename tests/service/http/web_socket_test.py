@@ -176,6 +176,10 @@ class Shutdown(unittest.TestCase):
         mine.send('{"id":1,"subscribe":"*"}')
         self.assertEqual(mine.recv(), '{"id":1,"result":0}')
         idle = socket.create_connection(("127.0.0.1", service.port))
+        stream = socket.create_connection(("127.0.0.1", service.port))
+        stream.sendall(f"GET /api/events HTTP/1.1\r\nHost: {service.authority}\r\n"
+                       f"Authorization: Bearer {service.token}\r\n\r\n".encode())
+        self.assertTrue(stream.recv(12).startswith(b"HTTP/1.1 200"))
         service.process.terminate()
         opcode, data = mine.recv_data()
         while opcode == 1:
@@ -183,6 +187,8 @@ class Shutdown(unittest.TestCase):
         self.assertEqual((opcode, data[:2]), (8, struct.pack(">H", 1001)))
         self.assertEqual(read_all(idle), b"")
         idle.close()
+        read_all(stream)
+        stream.close()
         self.assertEqual(service.stop(), 0)
         self.assertFalse(os.path.exists(service.folder / "s.console"))
 

@@ -4,6 +4,7 @@
 #include "protocol/protocol.h"
 #include "service/gate/policy_names.h"
 #include "service/ways_in/http/documents.h"
+#include "service/ways_in/http/firmware_upload.h"
 #include "service/ways_in/http/handlers.h"
 
 #include <algorithm>
@@ -94,6 +95,12 @@ Made make_protocol(HttpConnection &connection, const Login &, const std::string 
         connection, [&connection] { return protocol_document().response(connection.request()); });
 }
 
+Made make_openapi(HttpConnection &connection, const Login &, const std::string &)
+{
+    return make_simple(connection,
+                       [&connection] { return openapi_document().response(connection.request()); });
+}
+
 Made make_metrics(HttpConnection &connection, const Login &, const std::string &)
 {
     return make_simple(connection, [&connection] {
@@ -111,10 +118,15 @@ struct Route {
 };
 
 constexpr Route kRoutes[] = {
-    {"GET", "/api/session", make_session},        {"POST", "/api/logout", make_logout},
-    {"POST", "/api/command/", make_command},      {"POST", "/api/report/", make_report},
-    {"GET", "/api/events", make_event_stream},    {"GET", "/api/socket", make_web_socket},
-    {"GET", "/api/protocol.json", make_protocol}, {"GET", "/metrics", make_metrics},
+    {"GET", "/api/session", make_session},
+    {"POST", "/api/logout", make_logout},
+    {"POST", "/api/command/", make_command},
+    {"POST", "/api/report/", make_report},
+    {"GET", "/api/events", make_event_stream},
+    {"GET", "/api/socket", make_web_socket},
+    {"GET", "/api/protocol.json", make_protocol},
+    {"GET", "/api/openapi.json", make_openapi},
+    {"GET", "/metrics", make_metrics},
 };
 
 bool matches(const Route &route, std::string_view path)
@@ -123,15 +135,10 @@ bool matches(const Route &route, std::string_view path)
                                      : path == route.path;
 }
 
-bool has_method(const HttpRequest &request, std::string_view method)
-{
-    return request.method == method || (method == "GET" && request.method == "HEAD");
-}
-
 HttpResponse wrong_method(std::string_view allowed)
 {
     HttpResponse response = refusal(status::kMethodNotAllowed, "the method is not allowed here");
-    response.add("Allow", std::string(allowed) + (allowed == "GET" ? ", HEAD" : ""));
+    response.add("Allow", std::string(allowed));
     return response;
 }
 
@@ -148,36 +155,61 @@ Made refuse(HttpResponse &refused, HttpResponse response)
     return nullptr;
 }
 
+// Decided before the image is sent.
+Made make_firmware(HttpConnection &connection, const Login &login, HttpResponse &refused)
+{
+    const Policy &policy = connection.server().gate().policy();
+    auto verdict = policy.decide(*login.who, Subject::kCommand, "IMAGE_DOWNLOAD");
+    if (!verdict.allowed) {
+        verdict = policy.decide(*login.who, Subject::kCommand, "HG_IMAGE_UPDATE");
+    }
+    if (!verdict.allowed) {
+        return refuse(refused,
+                      answer_response(error_answer("null", Code::kDenied,
+                                                   "the policy allows no update", verdict.rule),
+                                      Code::kDenied));
+    }
+    return connection.server().begin_upload()
+               ? make_firmware_upload(connection)
+               : refuse(refused, error_response(Code::kBusy, "another image is being uploaded"));
+}
+
 } // namespace
 
 Made make_handler(HttpConnection &connection, HttpResponse &refused)
 {
     const HttpRequest &request = connection.request();
     if (const StaticFile *file = connection.server().files().find(request.path)) {
-        return has_method(request, "GET")
+        return (request.method == "GET" || request.method == "HEAD")
                    ? make_simple(
                          connection,
                          [&connection, file] { return file->response(connection.request()); })
-                   : refuse(refused, wrong_method("GET"));
+                   : refuse(refused, wrong_method("GET, HEAD"));
     }
     if (request.path == "/api/login") {
-        return has_method(request, "POST") ? make_login(connection)
-                                           : refuse(refused, wrong_method("POST"));
+        return request.method == "POST" ? make_login(connection)
+                                        : refuse(refused, wrong_method("POST"));
     }
     // Without a login one does not learn what there is.
     const std::optional<Login> login = connection.server().login_of(request);
     if (!login) {
         return refuse(refused, not_logged_in());
     }
+    if (request.path == "/api/firmware" && request.method == "PUT") {
+        return make_firmware(connection, *login, refused);
+    }
     const Route *found = nullptr;
     for (const Route &route : kRoutes) {
         if (matches(route, request.path)) {
             found = &route;
-            if (has_method(request, route.method)) {
+            if (request.method == route.method) {
                 return route.make(connection, *login,
                                   decoded(request.path.substr(route.path.size()), false));
             }
         }
+    }
+    if (request.path == "/api/firmware") {
+        return refuse(refused, wrong_method("PUT"));
     }
     return refuse(refused, found != nullptr ? wrong_method(found->method)
                                             : refusal(status::kNotFound, "there is no such path"));

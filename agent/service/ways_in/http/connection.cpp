@@ -37,7 +37,8 @@ void HttpConnection::start()
     read();
 }
 
-// Everything is dropped; an operation that is running keeps this object until it has ended.
+// Everything is dropped; an operation that is running keeps this object until it has ended. It must
+// not be called by the handler or the gate, which later() is for.
 void HttpConnection::close()
 {
     if (!is_open_) {
@@ -48,8 +49,7 @@ void HttpConnection::close()
     stream_->close();
     out_.clear();
     pending_ = 0;
-    // The handler may be on the stack, and the gate may be iterating over its sessions.
-    boost::asio::post(server_.loop(), [self = shared_from_this()] { self->handler_ = nullptr; });
+    handler_ = nullptr;
     server_.remove(shared_from_this());
 }
 
@@ -84,6 +84,7 @@ std::shared_ptr<HttpStream> HttpConnection::release()
 {
     is_open_ = false;
     timer_.cancel();
+    // It is the one that calls.
     boost::asio::post(server_.loop(), [self = shared_from_this()] { self->handler_ = nullptr; });
     server_.remove(shared_from_this());
     return stream_;
@@ -243,6 +244,9 @@ bool HttpConnection::take_body()
         respond(error_response(Code::kTooLarge, "the body is too long"));
         return false;
     }
+    if (!part.empty() && handler_->takes_long()) {
+        arm(server_.options().request_time);
+    }
     return part.empty() || handler_->on_body(part);
 }
 
@@ -316,7 +320,6 @@ void HttpConnection::on_written()
 {
     if (phase_ == Phase::kStreaming) {
         arm(kHeartbeat);
-        handler_->on_drained();
     } else if (phase_ == Phase::kResponding) {
         finish_request();
     }

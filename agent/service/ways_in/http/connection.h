@@ -25,14 +25,14 @@ class HttpHandler {
     virtual ~HttpHandler() = default;
     // How long the body may be.
     virtual size_t most_body() const = 0;
+    // Whether only the pauses in the body are limited, not the time that all of it takes.
+    virtual bool takes_long() const { return false; }
     // A part of the body. Result: false: the handler has already responded.
     virtual bool on_body(std::string_view part) = 0;
     // The request is complete. The handler responds now or later.
     virtual void run() = 0;
     // What an idle stream has to say from time to time; empty: nothing.
     virtual std::string heartbeat() const { return ""; }
-    // All output has been written.
-    virtual void on_drained() {}
     virtual void on_logout(const std::string &) {}
 };
 

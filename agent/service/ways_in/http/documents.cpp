@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/ways_in/http/documents.h"
 
+#include "embedded/openapi_document.h"
 #include "protocol/protocol.h"
 
 namespace agent::service {
@@ -25,6 +26,13 @@ const StaticFile &protocol_document()
         StaticFile::make("application/json", std::string(R"({"protocol":")") + kProtocolVersion +
                                                  R"(","commands":)" + list_of(descriptions()) +
                                                  R"(,"events":)" + list_of(events()) + "}");
+    return document;
+}
+
+const StaticFile &openapi_document()
+{
+    static const StaticFile document = StaticFile::make(
+        "application/json", std::string(embedded::openapi_document().front().text));
     return document;
 }
 

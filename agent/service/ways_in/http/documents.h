@@ -8,5 +8,7 @@ namespace agent::service {
 
 // {"protocol": VERSION, "commands": […], "events": […]}: all descriptions.
 const StaticFile &protocol_document();
+// The interface as OpenAPI 3.1.
+const StaticFile &openapi_document();
 
 } // namespace agent::service

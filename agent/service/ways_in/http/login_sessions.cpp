@@ -16,6 +16,8 @@ constexpr size_t kMostSessions = 64;
 constexpr std::chrono::hours kLongest(7 * 24);
 constexpr size_t kTokenBytes = 32;
 
+} // namespace
+
 std::string in_hex(const unsigned char *bytes, size_t count)
 {
     constexpr char kDigits[] = "0123456789abcdef";
@@ -26,8 +28,6 @@ std::string in_hex(const unsigned char *bytes, size_t count)
     }
     return text;
 }
-
-} // namespace
 
 std::string random_token()
 {

@@ -17,6 +17,7 @@ std::string random_token();
 // In a time that does not depend on where they differ.
 bool is_same_secret(std::string_view left, std::string_view right);
 std::string digest_of(std::string_view secret);
+std::string in_hex(const unsigned char *bytes, size_t count);
 
 struct Login {
     std::shared_ptr<const Identity> who;

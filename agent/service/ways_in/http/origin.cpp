@@ -60,6 +60,13 @@ std::string ListenAddress::authority() const
     return (is_ipv6 ? "[" + host + "]" : host) + ":" + std::to_string(port);
 }
 
+OriginCheck::OriginCheck(bool is_tls, const std::vector<std::string> &names) : is_tls_(is_tls)
+{
+    for (const std::string &name : names) {
+        names_.push_back(lower_case(name));
+    }
+}
+
 bool OriginCheck::is_own_host(std::string_view host, const ListenAddress &local) const
 {
     const std::string port = ":" + std::to_string(local.port);

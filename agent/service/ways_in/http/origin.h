@@ -26,10 +26,7 @@ struct ListenAddress {
 class OriginCheck {
   public:
     // names: additional host names without a port.
-    OriginCheck(bool is_tls, std::vector<std::string> names)
-        : is_tls_(is_tls), names_(std::move(names))
-    {
-    }
+    OriginCheck(bool is_tls, const std::vector<std::string> &names);
 
     // local: the address at which the connection arrived. Result: 0, or the status to refuse with.
     // 421: a name that somebody let point here (DNS rebinding); 403: another site.

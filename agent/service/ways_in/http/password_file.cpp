@@ -17,9 +17,9 @@ namespace agent::service {
 
 namespace {
 
-constexpr size_t kMostBytes = 256UL * 1024;
+constexpr size_t kMostPasswordBytes = 256UL * 1024;
 constexpr size_t kMostName = 64;
-constexpr std::string_view kBegin = "$argon2id$v=19$m=";
+constexpr std::string_view kHashBegin = "$argon2id$v=19$m=";
 // A hash says itself how much memory and time it takes to verify.
 constexpr uint32_t kMostKilobytes = 256U * 1024;
 constexpr uint32_t kMostPasses = 16;
@@ -50,7 +50,7 @@ bool is_base64(std::string_view text)
 
 bool is_hash(std::string_view text)
 {
-    if (!take_number(text, kBegin, kMostKilobytes) || !take_number(text, ",t=", kMostPasses) ||
+    if (!take_number(text, kHashBegin, kMostKilobytes) || !take_number(text, ",t=", kMostPasses) ||
         !take_number(text, ",p=", kMostLanes) || !text.starts_with('$')) {
         return false;
     }
@@ -84,7 +84,7 @@ PasswordFile PasswordFile::read(const std::string &path)
     if (file.get() < 0 || fstat(file.get(), &status) != 0) {
         throw std::runtime_error(system_problem("cannot read " + path));
     }
-    if (!S_ISREG(status.st_mode) || static_cast<size_t>(status.st_size) > kMostBytes) {
+    if (!S_ISREG(status.st_mode) || static_cast<size_t>(status.st_size) > kMostPasswordBytes) {
         throw std::runtime_error(path + " is not a file of passwords");
     }
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {

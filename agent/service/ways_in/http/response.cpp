@@ -36,6 +36,7 @@ constexpr Status kStatuses[] = {
     {503, "Service Unavailable"},
     {504, "Gateway Timeout"},
     {505, "HTTP Version Not Supported"},
+    {507, "Insufficient Storage"},
 };
 
 // In the order of Code.

@@ -26,6 +26,7 @@ constexpr int kTooLarge = 413;
 constexpr int kMisdirected = 421;
 constexpr int kHeaderTooLarge = 431;
 constexpr int kVersionNotSupported = 505;
+constexpr int kNoStorage = 507;
 } // namespace status
 
 struct HttpResponse {

@@ -23,6 +23,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace agent::service {
@@ -41,7 +42,7 @@ struct HttpOptions {
     std::chrono::seconds idle_time{60};    // between two requests of a connection
     std::chrono::seconds session_time{12L * 3600}; // without a request
     bool is_simulated = false;                     // the device is the simulated gateway
-    std::string state; // path of its state: uploads are stored beside it
+    std::string uploads;                           // folder for firmware images
 };
 
 // A connection of either kind.
@@ -100,6 +101,9 @@ class HttpServer : public WayIn {
     // Verifies the user's password and calls back later. Result: false when too many have tried.
     bool check_password(const std::string &address, const std::string &user, std::string password,
                         PasswordChecker::Done done);
+    // One upload at a time. Result: whether it may begin.
+    bool begin_upload() { return !std::exchange(is_uploading_, true); }
+    void end_upload() { is_uploading_ = false; }
     // Result: the value of the cookie.
     std::string log_in(std::shared_ptr<const Identity> who);
     void log_out(const HttpRequest &request);
@@ -135,6 +139,7 @@ class HttpServer : public WayIn {
     boost::asio::ip::tcp::acceptor acceptor_;
     boost::asio::steady_timer pause_;
     std::set<std::shared_ptr<HttpPeer>> peers_;
+    bool is_uploading_ = false;
     bool is_stopping_ = false;
     std::function<void()> on_empty_;
 };

@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr size_t kMostFiles = 200;
-constexpr size_t kMostBytes = 32UL * 1024 * 1024;
+constexpr size_t kMostConsoleBytes = 32UL * 1024 * 1024;
 constexpr char kIndex[] = "index.html";
 constexpr char kGzipEnding[] = ".gz";
 constexpr char kForever[] = "public, max-age=31536000, immutable";
@@ -120,7 +120,7 @@ void StaticFiles::load(const std::string &folder)
             continue;
         }
         bytes += entry.file_size();
-        if (files.size() >= kMostFiles || bytes > kMostBytes) {
+        if (files.size() >= kMostFiles || bytes > kMostConsoleBytes) {
             throw std::runtime_error("the console's folder " + folder + " has too many files");
         }
         StaticFile file = StaticFile::make(type->second, text_of(path));

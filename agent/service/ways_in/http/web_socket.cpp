@@ -61,6 +61,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
                              });
     }
 
+    // Must not be called by the gate.
     void close() override
     {
         if (!is_open_) {
@@ -69,8 +70,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
         is_open_ = false;
         ping_.cancel();
         stream_->close();
-        // The gate may be iterating over its sessions.
-        boost::asio::post(server_.loop(), [self = shared_from_this()] { self->leave(); });
+        leave();
         server_.remove(shared_from_this());
     }
 
