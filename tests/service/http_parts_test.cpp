@@ -15,7 +15,7 @@ using std::chrono::seconds;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr TokenBucket::Time kNow{hours(1000)};
+constexpr TokenBucket::Time kBegin{hours(1000)};
 
 std::shared_ptr<const Identity> somebody()
 {
@@ -37,10 +37,10 @@ TEST(LoginSessions, EndWhenTheyAreNotUsed)
 {
     LoginSessions sessions;
     sessions.set_life(seconds(100));
-    const std::string value = sessions.open(somebody(), kNow);
-    EXPECT_NE(sessions.find(value, kNow + seconds(99)), nullptr);
-    EXPECT_NE(sessions.find(value, kNow + seconds(198)), nullptr);
-    EXPECT_EQ(sessions.find(value, kNow + seconds(298)), nullptr);
+    const std::string value = sessions.open(somebody(), kBegin);
+    EXPECT_NE(sessions.find(value, kBegin + seconds(99)), nullptr);
+    EXPECT_NE(sessions.find(value, kBegin + seconds(198)), nullptr);
+    EXPECT_EQ(sessions.find(value, kBegin + seconds(298)), nullptr);
     EXPECT_EQ(sessions.size(), 0U);
 }
 
@@ -48,35 +48,35 @@ TEST(LoginSessions, EndAfterAWeek)
 {
     LoginSessions sessions;
     sessions.set_life(hours(24 * 30));
-    const std::string value = sessions.open(somebody(), kNow);
-    const std::string id = sessions.find(value, kNow)->id;
-    EXPECT_TRUE(sessions.touch(id, kNow + hours(24 * 7) - seconds(1)));
-    EXPECT_FALSE(sessions.touch(id, kNow + hours(24 * 7)));
+    const std::string value = sessions.open(somebody(), kBegin);
+    const std::string id = sessions.find(value, kBegin)->id;
+    EXPECT_TRUE(sessions.touch(id, kBegin + hours(24 * 7) - seconds(1)));
+    EXPECT_FALSE(sessions.touch(id, kBegin + hours(24 * 7)));
 }
 
 TEST(LoginSessions, TheOneThatWasUsedLeastRecentlyMakesRoom)
 {
     LoginSessions sessions;
     sessions.set_life(hours(1));
-    const std::string first = sessions.open(somebody(), kNow);
-    const std::string second = sessions.open(somebody(), kNow + seconds(1));
+    const std::string first = sessions.open(somebody(), kBegin);
+    const std::string second = sessions.open(somebody(), kBegin + seconds(1));
     for (int count = 2; count < 64; ++count) {
-        sessions.open(somebody(), kNow + seconds(2));
+        sessions.open(somebody(), kBegin + seconds(2));
     }
-    EXPECT_NE(sessions.find(first, kNow + seconds(3)), nullptr);
-    sessions.open(somebody(), kNow + seconds(4));
+    EXPECT_NE(sessions.find(first, kBegin + seconds(3)), nullptr);
+    sessions.open(somebody(), kBegin + seconds(4));
     EXPECT_EQ(sessions.size(), 64U);
-    EXPECT_NE(sessions.find(first, kNow + seconds(4)), nullptr);
-    EXPECT_EQ(sessions.find(second, kNow + seconds(4)), nullptr);
+    EXPECT_NE(sessions.find(first, kBegin + seconds(4)), nullptr);
+    EXPECT_EQ(sessions.find(second, kBegin + seconds(4)), nullptr);
 }
 
 TEST(LoginLimiter, LimitsEachAddress)
 {
     LoginLimiter limiter;
-    EXPECT_EQ(logins(limiter, "192.0.2.1", kNow), 5);
-    EXPECT_EQ(logins(limiter, "192.0.2.2", kNow), 5);
-    EXPECT_EQ(logins(limiter, "192.0.2.1", kNow + seconds(4)), 0);
-    EXPECT_EQ(logins(limiter, "192.0.2.1", kNow + seconds(5)), 1);
+    EXPECT_EQ(logins(limiter, "192.0.2.1", kBegin), 5);
+    EXPECT_EQ(logins(limiter, "192.0.2.2", kBegin), 5);
+    EXPECT_EQ(logins(limiter, "192.0.2.1", kBegin + seconds(4)), 0);
+    EXPECT_EQ(logins(limiter, "192.0.2.1", kBegin + seconds(5)), 1);
 }
 
 TEST(LoginLimiter, LimitsAllTogether)
@@ -84,18 +84,18 @@ TEST(LoginLimiter, LimitsAllTogether)
     LoginLimiter limiter;
     int all = 0;
     for (int host = 1; host <= 100; ++host) {
-        all += logins(limiter, "192.0.2." + std::to_string(host), kNow);
+        all += logins(limiter, "192.0.2." + std::to_string(host), kBegin);
     }
     EXPECT_EQ(all, 20);
-    EXPECT_EQ(logins(limiter, "192.0.2.200", kNow + seconds(1)), 2);
+    EXPECT_EQ(logins(limiter, "192.0.2.200", kBegin + seconds(1)), 2);
 }
 
 TEST(LoginLimiter, TakesANetworkOfIpv6ForOneHost)
 {
     LoginLimiter limiter;
-    EXPECT_EQ(logins(limiter, "2001:db8::1", kNow), 5);
-    EXPECT_EQ(logins(limiter, "2001:db8::ffff:2", kNow), 0);
-    EXPECT_EQ(logins(limiter, "2001:db8:0:1::1", kNow), 5);
+    EXPECT_EQ(logins(limiter, "2001:db8::1", kBegin), 5);
+    EXPECT_EQ(logins(limiter, "2001:db8::ffff:2", kBegin), 0);
+    EXPECT_EQ(logins(limiter, "2001:db8:0:1::1", kBegin), 5);
 }
 
 TEST(Metrics, CountsByCommandAndResult)
