@@ -63,7 +63,7 @@ job_service_kills() {
 job_broker() {
     cmake --preset debug >/dev/null
     cmake --build --preset debug --target hgagent smart_router_service simulated_gateway counting_device -- --quiet
-    REQUESTS=10000 AWAY_SECONDS=60 /usr/bin/python3 -B tests/broker/exactly_once_test.py build/debug/bin/hgagent \
+    REQUESTS=10000 FAILURES=4 AWAY_SECONDS=60 /usr/bin/python3 -B tests/broker/exactly_once_test.py build/debug/bin/hgagent \
         build/debug/tests/broker
 }
 

@@ -2,7 +2,7 @@
 """Commands that change the device are executed at most once and answered always, whatever fails meanwhile, for clients
 that repeat a request with the same correlation until it is answered.
 
-REQUESTS in the environment is the number of requests of each kind of failure, AWAY_SECONDS how long the broker is away.
+REQUESTS and FAILURES in the environment are the numbers for each kind of failure, AWAY_SECONDS how long the broker is away.
 """
 import os
 import time
@@ -11,16 +11,17 @@ import brokers
 import case
 import trial
 
-REQUESTS = int(os.environ.get("REQUESTS", "300"))
-AWAY_SECONDS = float(os.environ.get("AWAY_SECONDS", "2"))
+REQUESTS = int(os.environ.get("REQUESTS", "200"))
+FAILURES = int(os.environ.get("FAILURES", "2"))
+AWAY_SECONDS = float(os.environ.get("AWAY_SECONDS", "1"))
 
 
 class ExactlyOnceTest(case.BrokerCase):
     def persistent_mosquitto(self, autosave=None):
         return self.mosquitto(brokers.persistence(self.folder / "broker", autosave))
 
-    def judge(self, broker, running, fail, **more):
-        counted = trial.run(self.caller(broker), running.executed, REQUESTS, fail=fail, **more)
+    def judge(self, broker, running, fail):
+        counted = trial.run(self.caller(broker), running.executed, REQUESTS, fail=fail, failures=FAILURES)
         self.assertTrue(counted.kept_promise(), counted)
         self.assertGreater(counted.failures, 0)
         return counted
@@ -63,7 +64,7 @@ class ExactlyOnceTest(case.BrokerCase):
             self.assertEqual(running.ask('{"id":1,"command":"GET_SN_INFO"}')["result"], 0)
             broker.start()
             running.await_broker()
-        self.judge(broker, running, fail, failures=1)
+        self.judge(broker, running, fail)
 
     def test_worker_is_killed(self):
         broker = self.mosquitto()
