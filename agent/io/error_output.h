@@ -12,8 +12,9 @@ namespace agent {
 // process fills the pipe at the same time.
 void open_error_output();
 
-// From now on nothing that a library prints to standard error can block either: what a pipe or terminal
-// has no room for is lost. A socket may still block, since this process cannot open it again.
+// From now on nothing that a library prints to standard error can block either: what a pipe or
+// terminal has no room for is lost. A socket may still block, since this process cannot open it
+// again.
 void keep_prints_from_blocking();
 
 // The journal's levels.

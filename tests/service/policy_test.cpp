@@ -316,8 +316,9 @@ TEST(PolicyFile, TellsMembersThatNobodyCanBe)
         return policy_problems("[roles.a]\nmembers = ['" + member + "']");
     };
     const std::string place = "policy.toml:2: roles.a.members: ";
-    const std::string form = " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, http-user:NAME, "
-                             "topic-root:ROOT or way-in:NAME";
+    const std::string form =
+        " is not user:NAME, uid:NUMBER, group:NAME, gid:NUMBER, http-user:NAME, "
+        "topic-root:ROOT or way-in:NAME";
     EXPECT_EQ(problem("alice"), place + "\"alice\"" + form);
     EXPECT_EQ(problem("usr:alice"), place + "\"usr:alice\"" + form);
     EXPECT_EQ(problem(""), place + "\"\"" + form);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Keeps the answers to requests that change something, so that each is executed at most once however
-// often its client repeats it. An entry begins when its request is accepted, and ends ten minutes
-// after its answer. It is never removed earlier to make room for others: when the cache is full, no
-// new request is accepted.
+// Keeps the answers to requests that change something, so that each is executed at most once
+// however often its client repeats it. An entry begins when its request is accepted, and ends ten
+// minutes after its answer. It is never removed earlier to make room for others: when the cache is
+// full, no new request is accepted.
 #pragma once
 
 #include "service/common/request.h"

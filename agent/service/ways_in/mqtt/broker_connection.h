@@ -91,7 +91,7 @@ struct ConnectOptions {
     std::chrono::seconds keep_alive{60};
     std::chrono::seconds session{0};
     uint32_t max_packet = 0; // that this client accepts
-    PublishedMessage will; // without a topic: none
+    PublishedMessage will;   // without a topic: none
     std::vector<std::string> subscriptions;
 };
 
