@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What has happened since the page was opened.
-import { useEffect, useState } from "preact/hooks";
+import { useLayoutEffect, useState } from "preact/hooks";
 import { type GatewayEvent, onEvent } from "./connection.ts";
 
 const mostEvents = 500;
@@ -25,7 +25,7 @@ export function clearEvents(): void {
 // The events whose names match, the newest first.
 export function useEvents(pattern: RegExp): GatewayEvent[] {
     const [, setCount] = useState(0);
-    useEffect(() => {
+    useLayoutEffect(() => {
         const watcher = () => setCount((count) => count + 1);
         watchers.add(watcher);
         return () => void watchers.delete(watcher);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The page: log-in, navigation, and the state of the connection.
 import { type FunctionComponent, render } from "preact";
-import { useEffect, useRef, useState } from "preact/hooks";
+import { useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
 import { logIn, logOut, onEvent, onState, session, start, state } from "./connection.ts";
 import { textOf } from "./format.ts";
 import { Field, Messages } from "./parts.tsx";
@@ -187,7 +187,8 @@ function Page(props: { state: string }) {
 
 function App() {
     const [known, setKnown] = useState(state);
-    useEffect(() => onState(setKnown), []);
+    // Before anything else happens: an effect would come too late for an answer that is there at once.
+    useLayoutEffect(() => onState(setKnown), []);
     if (known === "login") {
         return <LogIn />;
     }
