@@ -46,10 +46,10 @@ void HttpConnection::close()
     }
     is_open_ = false;
     timer_.cancel();
+    handler_ = nullptr;
     stream_->close();
     out_.clear();
     pending_ = 0;
-    handler_ = nullptr;
     server_.remove(shared_from_this());
 }
 
