@@ -275,6 +275,8 @@ class Service {
             config_.worker.host.firmware_folder.value_or(variable(kFirmwareVariable));
         uploads_ = given.empty() ? state + ".firmware" : given + "/hgagent-uploads";
         if (given.empty()) {
+            std::error_code ignored; // without the folder, the worker says what is wrong
+            std::filesystem::create_directories(uploads_, ignored);
             setenv(kFirmwareVariable, uploads_.c_str(), 1); // NOLINT(concurrency-mt-unsafe): alone
         }
     }

@@ -46,10 +46,10 @@ void HttpConnection::close()
     }
     is_open_ = false;
     timer_.cancel();
+    handler_ = nullptr;
     stream_->close();
     out_.clear();
     pending_ = 0;
-    handler_ = nullptr;
     server_.remove(shared_from_this());
 }
 
@@ -288,6 +288,9 @@ void HttpConnection::write(std::string text)
 
 void HttpConnection::write_next()
 {
+    if (phase_ == Phase::kResponding) {
+        handler_ = nullptr; // what it holds is free before the client has its response
+    }
     if (phase_ != Phase::kReading) {
         arm(server_.options().request_time); // for each part, so that a long one may take longer
     }
@@ -327,7 +330,6 @@ void HttpConnection::on_written()
 
 void HttpConnection::finish_request()
 {
-    handler_ = nullptr;
     if (!keep_alive_ || is_last_) {
         end();
         return;
