@@ -175,6 +175,7 @@ StopSignals::Wait LineReader::fill(std::chrono::milliseconds time)
 LineReader::Result LineReader::next(std::string_view &line, std::chrono::milliseconds time)
 {
     size_t searched = 0; // bytes of the line known to contain no line end
+    bool has_waited = false;
     forget();
     while (!stop_.seen()) {
         const std::string_view unread(buffer_.get() + begin_, end_ - begin_);
@@ -183,6 +184,10 @@ LineReader::Result LineReader::next(std::string_view &line, std::chrono::millise
         const bool started = too_long_ || length > 0;
         too_long_ = too_long_ || length > max_line_;
         if (has_end || (ended_ && started)) {
+            // A signal during the previous line; a wait has seen it already.
+            if (!has_waited && stop_.arrived() != 0) {
+                break;
+            }
             const bool too_long = std::exchange(too_long_, false);
             line = too_long ? "" : unread.substr(0, length);
             begin_ += length + (has_end ? 1 : 0);
@@ -197,6 +202,7 @@ LineReader::Result LineReader::next(std::string_view &line, std::chrono::millise
         }
         searched = end_ - begin_;
         const StopSignals::Wait waited = fill(time);
+        has_waited = true;
         if (waited == StopSignals::Wait::kTime) {
             return Result::kNothing;
         }
