@@ -17,8 +17,9 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 DOCUMENTS = ("README.md", "docs/agent.md", "docs/porting.md", "docs/service.md",
              "examples/README.md")
 PROGRAM = re.compile(r"(build/release/bin/)?(hgagent|minimal_host) ")
-# They need a web server, and a device library with faults.
-NOT_RUN = ("--url http://", "conformance --allow-writes")
+# They need a web server, a device library with faults, or another program: broker_page_test.py runs those with
+# a broker.
+NOT_RUN = ("--url http://", "conformance --allow-writes", "--broker ", "run --console")
 
 
 def shown_in(document):
