@@ -3,17 +3,24 @@
 # Builds and demonstrates the installed programs: an evening in one home. The agent loads the plug-in and
 # a simulated gateway, sends commands and prints the replies.
 #
-#   demo.sh [FOLDER]   uses an existing build in the folder, such as build/debug
+#   demo.sh [--console] [FOLDER]   uses an existing build in the folder, such as build/debug
+#
+# With --console the evening is shown in the browser, a step each time Enter is pressed.
 #
 # shellcheck disable=SC2016 # lines are printed before the shell expands them
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+in_browser=
+if [ "${1-}" = --console ]; then
+    in_browser=--console
+    shift
+fi
 build=build/release
 if [ $# -gt 0 ]; then
     build=$(realpath --relative-base="$PWD" "$1")
 else
-    scripts/install-deps.sh
+    scripts/install-deps.sh $in_browser
     echo 'building; the first time takes some minutes'
     scripts/build.sh release --target product standing_clock
 fi
@@ -28,6 +35,76 @@ show() {
     printf '$ %s\n' "$1"
     eval "$1" || printf '(exit status %d)\n' "$?"
 }
+
+# Waits for Enter if there is a terminal, then names the next step and the view that shows it.
+step() {
+    if [ -t 0 ]; then
+        read -rp "${bold}Enter continues.$normal "
+    fi
+    say "$2: ${address%%#*}#/$1"
+}
+# A service with the console, whose page follows what other clients change.
+evening_in_the_browser() {
+    if ! [ -e "$build/console/index.html" ]; then
+        echo "$0: $build has no console, since it was built without Node.js: scripts/install-deps.sh --console" >&2
+        exit 1
+    fi
+    unset "${!SIMULATED_GATEWAY_@}" # the home is a new one, and its clock runs
+    PATH="$(realpath "$build")/bin:$PATH"
+    DEMO=$(mktemp -d)
+    service=
+    trap '[ -z "$service" ] || { kill "$service" && wait "$service"; } || true; rm -rf "$DEMO"' EXIT
+    hgagent --firmware-folder "$DEMO" run --console 127.0.0.1:0 --reboot-seconds 10 --socket "$DEMO/socket" \
+        2>"$DEMO/log" &
+    service=$!
+    until grep -q '^listening on http' "$DEMO/log"; do
+        if ! kill -0 "$service" 2>/dev/null; then
+            cat "$DEMO/log" >&2
+            exit 1
+        fi
+        sleep 0.1
+    done
+    address=$(cat "$DEMO/socket.console")
+    say 'Open this address in a browser. The page follows each step:'
+    echo "  $address"
+    if [ -t 0 ] && [ -n "${DISPLAY-}${WAYLAND_DISPLAY-}" ] && command -v xdg-open >/dev/null; then
+        xdg-open "$address" >/dev/null 2>&1 || true
+    fi
+    show "export PATH=\"$(realpath "$build")/bin:\$PATH\" DEMO=$DEMO"
+
+    step home 'Three routers in a mesh, and the devices at this time of day. The router upstairs gets a name'
+    show 'hgagent call --socket "$DEMO/socket" SET_CHILD_ROUTER_HG_BASE_INFO DeviceID=3C6AD2228140 Name=Studio'
+    step devices 'The television gets a name'
+    show "hgagent call --socket \"\$DEMO/socket\" SET_AD_BASE_INFO MAC=8C:79:F5:62:1A:09 DevType=TV \\
+    ByName='Big screen' AccessEnable=1"
+    step wifi 'Guests come: a network for a day'
+    show "hgagent call --socket \"\$DEMO/socket\" SET_HG_GUEST_SSID Enable=1 SSID='Guests of the house' Band=5GHz \\
+    PWD='come on in' ENCRYPT=WPA2 ContinueTime=1 HourTime=0"
+    step parental 'Jonas has no Internet access from 8 p.m. on'
+    show "hgagent call --socket \"\$DEMO/socket\" SET_GREENNET_PROTECT_PERIOD_LIST '{\"Mac\": \"72:9B:E0:46:D8:15\",
+    \"Sleep\": [{\"StartTime\": \"20:00\", \"EndTime\": \"07:00\", \"Enable\": \"1\", \"DaysOfWeek\": \"1234567\"}]}'"
+    step qos 'A priority rule for calls'
+    show "hgagent call --socket \"\$DEMO/socket\" SET_QOS_CLASSIFICATION_INFO '{\"Id\": \"0\", \"Action\": \"1\",
+    \"Name\": \"Calls\", \"PriorityLevel\": \"1\", \"type_list\": [{\"Type\": \"DSCP\", \"Min\": \"46\", \"Max\": \"46\"}]}'"
+    step internet 'A second port for the television box'
+    show 'hgagent call --socket "$DEMO/socket" SET_PORT_BINDING Index=2 BoundPorts=LAN3,LAN4'
+    step notices 'A notice to the phone'
+    show "hgagent notice --socket \"\$DEMO/socket\" --plugin-name firmware 'There is new firmware for your router'"
+    step home 'The router upstairs restarts, which disconnects the attic for 45 seconds'
+    show 'hgagent call --socket "$DEMO/socket" RP_CHILD_HG_REBOOT DeviceID=3C6AD2228140'
+    step firmware 'New firmware: fetched, flashed, and started by a reboot of ten seconds'
+    show 'hg-mkimage --product HGU-AX3000 --version V3.0.0 --date 2026-01-01 "$DEMO/new.image"'
+    show 'hgagent call --socket "$DEMO/socket" UPDATE_IMMEDIATE \
+    "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
+    step commands 'Each of the 109 commands as a form, with request, reply and device calls'
+    if [ -t 0 ]; then
+        read -rp "${bold}Enter ends the service.$normal "
+    fi
+}
+if [ -n "$in_browser" ]; then
+    evening_in_the_browser
+    exit
+fi
 
 say 'You can type every line after "$ " yourself. First, the folders of the programs and the home.'
 echo 'Each command runs a separate agent; settings are kept in the home from one to the next.'

@@ -8,6 +8,7 @@ import json
 import os
 import pathlib
 import re
+import socket
 import subprocess
 import sys
 import tempfile
@@ -94,6 +95,33 @@ class DemoTest(unittest.TestCase):
             self.assertTrue((ROOT / program).exists(), program)
             if words:
                 self.assertEqual(run(ROOT / program, *words).returncode, 0, line)
+
+
+@unittest.skipUnless((ROOT / BUILD / "console/index.html").exists(), "the build has no console")
+class ConsoleDemoTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        demo = run(ROOT / "scripts/demo.sh", "--console", BUILD)
+        cls.status, cls.output = demo.returncode, demo.stdout
+        cls.shown = shown_in(text.lstrip("\n") + "\n" for text in cls.output.split("\n\n"))
+
+    def test_each_step_succeeds(self):
+        self.assertEqual(self.status, 0, self.output)
+        self.assertNotIn("(exit status", self.output)
+        statuses = [json.loads(output)["Status"] for command, output in self.shown if " call " in command]
+        self.assertEqual(statuses, ["0"] * 8)
+
+    def test_its_views_exist(self):
+        page = (ROOT / "console/src/main.tsx").read_text(encoding="utf-8")
+        views = re.findall(r": http://127\.0\.0\.1:\d+/#/(\w+)$", self.output, re.M)
+        self.assertGreater(len(views), 8)
+        for view in views:
+            self.assertRegex(page, rf'\bid: "{view}"')
+
+    def test_the_service_ends(self):
+        port = int(re.search(r"http://127\.0\.0\.1:(\d+)/#token=", self.output)[1])
+        with socket.socket() as connection:
+            self.assertNotEqual(connection.connect_ex(("127.0.0.1", port)), 0)
 
 
 unittest.main()
