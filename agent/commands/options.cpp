@@ -336,6 +336,16 @@ std::string hint_for(const CLI::App &app)
     return "";
 }
 
+// Which options exclude each other is left out: the lists are longer than what the options mean.
+class HelpFormatter : public CLI::Formatter {
+  public:
+    std::string make_option_opts(const CLI::Option *option) const override
+    {
+        const std::string text = CLI::Formatter::make_option_opts(option);
+        return text.substr(0, std::min(text.find(" Needs:"), text.find(" Excludes:")));
+    }
+};
+
 std::string failure_message(const CLI::App *app, const CLI::Error &problem)
 {
     const std::string hint = hint_for(*app);
@@ -407,6 +417,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status,
     app.set_version_flag("--version", "hgagent " HGAGENT_VERSION);
     app.footer(kFooter);
     app.failure_message(failure_message);
+    app.formatter(std::make_shared<HelpFormatter>()); // before the subcommands, which take it over
     app.require_subcommand(1);
     add_host_options(app, options);
     add_call(app, options);

@@ -59,8 +59,8 @@ std::vector<RunOptions::Given> given_settings(const CLI::App &app, const CLI::Ap
 
 void add_run(CLI::App &app, Options &options)
 {
-    CLI::App *run =
-        app.add_subcommand("run", "Serve many clients at once over a Unix socket, under a policy");
+    CLI::App *run = app.add_subcommand(
+        "run", "Serve many clients at once, by Unix socket, MQTT and HTTP, under a policy");
     auto chosen = std::make_shared<RunOptions>();
     run->add_option("--config", chosen->config, "File with the configuration, in TOML")
         ->type_name("FILE")
@@ -75,8 +75,8 @@ void add_run(CLI::App &app, Options &options)
     run->add_flag_function("--in-process", ignore_count, "The same as --worker in-process")
         ->excludes(run->get_option("--worker"));
     run->footer(R"(
-Without a configuration only the user who started the service may use it.
-What stands on the command line comes before what stands in the file. SIGHUP loads the file again.)");
+Without a policy only the user who started the service may use it.
+Options take precedence over the file. SIGHUP loads the file again.)");
     run->callback([&app, run, chosen, &options] {
         chosen->given = given_settings(app, *run);
         options.subcommand = Subcommand::kOther;
@@ -101,9 +101,9 @@ void add_policy(CLI::App &app, Options &options)
                      "Name of a command, or report:NAME, notice:NAME, event:NAME or control:NAME")
         ->type_name("")
         ->required();
-    test->add_option(
-            "--as", question->principals,
-            "Who asks: owner, user:NAME, uid:NUMBER, group:NAME or gid:NUMBER; may be repeated")
+    test->add_option("--as", question->principals,
+                     "Who asks: owner, or a member of a role, such as user:NAME or "
+                     "topic-root:ROOT; may be repeated")
         ->type_name("WHO")
         ->required()
         ->allow_extra_args(false);

@@ -19,7 +19,7 @@ expect()
     fi
 }
 
-subcommands=$("$hgagent" --help | sed -n '/^Subcommands/,/^$/ s/^  \([a-z]*\) .*/\1/p')
+subcommands=$("$hgagent" --help | sed -n '/^Subcommands/,/^$/ s/^  \([a-z-]*\) .*/\1/p')
 for subcommand in '' $subcommands; do
     [ -z "$subcommand" ] || expect "^\\.It Ic $subcommand"
     for option in $("$hgagent" ${subcommand:+"$subcommand"} --help | sed -n 's/^  \(-h,\)\?-\(-[a-z-]*\).*/\2/p'); do

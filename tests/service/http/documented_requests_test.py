@@ -34,6 +34,7 @@ class Documented(unittest.TestCase):
         self.assertNotIn("***", wifi)
         for answer in (wifi, changed, topology):
             self.assertIn('"result":0', answer)
+        self.assertIn('"Status":"0"', changed)
         self.assertIn('"size":8', image)
         self.assertIn('command="GET_SN_INFO",result="success"', metrics)
         self.assertEqual(events, "")
