@@ -12,10 +12,10 @@ export const axeFile = require.resolve("axe-core/axe.min.js");
 // Only ends a test that would hang for ever.
 const patience = Number(process.env.CONSOLE_PATIENCE ?? 600000);
 
-export async function startBrowser() {
+export async function startBrowser(...more) {
     return chromium.launch({
         executablePath: process.env.CHROMIUM,
-        args: process.getuid() === 0 ? ["--no-sandbox"] : [],
+        args: [...(process.getuid() === 0 ? ["--no-sandbox"] : []), ...more],
     });
 }
 
