@@ -286,7 +286,8 @@ void Mqtt::connect()
                                                      static_cast<BrokerListener &>(*this));
     timer_.expires_after(kAttempt);
     timer_.async_wait([this](const boost::system::error_code &problem) {
-        if (!problem) {
+        // An expiry that is queued already cannot be cancelled.
+        if (!problem && connection_ != nullptr && !is_online_) {
             on_lost("no answer within " + std::to_string(kAttempt.count()) + " seconds");
         }
     });
