@@ -515,7 +515,7 @@ void Mqtt::send(PublishedMessage message, std::optional<Clock::time_point> expir
         note("answers are lost, because the broker does not take them");
         return;
     }
-    pending_ += waiting.message.payload.size();
+    pending_ += packet_size(waiting.message);
     waiting_.push_back(std::move(waiting));
     was_full_ = was_full_ || !has_room();
 }
@@ -533,8 +533,9 @@ void Mqtt::publish(Waiting waiting)
     waiting.number = connection_->publish(waiting.message);
     // What a broken connection has not taken is kept for the next one.
     if (waiting.message.qos > 0 && waiting.number >= 0) {
-        pending_ += waiting.message.payload.size();
+        pending_ += packet_size(waiting.message);
         unacknowledged_.push_back(std::move(waiting));
+        was_full_ = was_full_ || !has_room();
     }
 }
 
@@ -543,7 +544,7 @@ void Mqtt::publish_waiting()
     while (!waiting_.empty() && may_publish(waiting_.front().message)) {
         Waiting next = std::move(waiting_.front());
         waiting_.pop_front();
-        pending_ -= next.message.payload.size();
+        pending_ -= packet_size(next.message);
         if (!next.expires || *next.expires > Clock::now()) {
             publish(std::move(next));
         }
@@ -563,7 +564,7 @@ void Mqtt::on_acknowledged(int number)
     if (found == unacknowledged_.end()) {
         return; // of quality of service 0
     }
-    pending_ -= found->message.payload.size();
+    pending_ -= packet_size(found->message);
     unacknowledged_.erase(found);
     publish_waiting();
 }
