@@ -65,6 +65,17 @@ class LimitsTest(case.BrokerCase):
         counted = trial.run(self.caller(broker), running.executed, 300, in_flight=100)
         self.assertTrue(counted.kept_promise(), counted)
 
+    def test_room_for_a_single_answer(self):
+        """Requests that wait until the broker has acknowledged an answer go on without another request."""
+        broker = self.mosquitto()
+        self.trusted(broker, "--max-pending-output", "1")
+        client = self.caller(broker)
+        for number in range(10):
+            client.publish("gateway/gw/command/GET_SN_INFO", response=client.reply, correlation=str(number).encode())
+        for number in range(10):
+            wanted = str(number).encode()
+            client.await_message(lambda message, wanted=wanted: message.correlation == wanted)
+
     def test_no_retained_messages(self):
         broker = self.mosquitto("retain_available false")
         self.trusted(broker)

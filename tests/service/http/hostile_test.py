@@ -4,6 +4,7 @@
 import os
 import random
 import re
+import signal
 import socket
 import struct
 import threading
@@ -55,6 +56,18 @@ class Hostile(ServiceTest):
             self.assertIn(self.status_of(request), (0, 400, 505), request)
         self.assertEqual(self.status_of("GET / HTTP/2.0\r\n" + self.head() + "\r\n"), 505)
         self.assertEqual(self.status_of("GET / HTTP/1.2\r\n" + self.head() + "\r\n"), 505)
+
+    def test_a_reload_during_a_request_is_harmless(self):
+        """The files of the console are replaced between a request's header and its end."""
+        with socket.create_connection(("127.0.0.1", self.service.port)) as plain:
+            plain.sendall(f"GET / HTTP/1.1\r\nHost: {self.service.authority}\r\nExpect: 100-continue\r\n"
+                          "Transfer-Encoding: chunked\r\n\r\n".encode())
+            self.assertTrue(plain.recv(100).startswith(b"HTTP/1.1 100 "))  # the header has been read
+            self.service.process.send_signal(signal.SIGHUP)
+            self.assertIn("loaded again", self.service.process.stderr.readline())
+            plain.sendall(b"0\r\n\r\n")
+            plain.shutdown(socket.SHUT_WR)
+            self.assertTrue(read_all(plain).startswith(b"HTTP/1.1 200 "))
 
     def test_old_clients_are_served(self):
         self.assertEqual(self.status_of("GET / HTTP/1.0\r\n" + self.head() + "\r\n", finish=False), 200)

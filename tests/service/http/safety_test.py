@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """What keeps strangers and pages of other sites out: safety_test.py HGAGENT"""
 import json
+import os
 import pathlib
 import re
 import signal
@@ -20,6 +21,19 @@ class Login(ServiceTest):
         status, fields, _ = self.log_in()
         self.assertEqual(status, 204)
         return fields["Set-Cookie"].split(";")[0]
+
+    def test_a_worker_inherits_no_connection(self):
+        connection = self.service.connect()
+        self.ask("GET", "/", connection=connection)
+        process = pathlib.Path(f"/proc/{self.service.process.pid}")
+        sockets = []
+        for descriptor in (process / "fd").iterdir():
+            if int(descriptor.name) > 2 and os.readlink(descriptor).startswith("socket:"):
+                sockets.append(descriptor.name)
+                flags = re.search(r"^flags:\s*(\d+)$", (process / "fdinfo" / descriptor.name).read_text(), re.MULTILINE)
+                self.assertTrue(int(flags.group(1), 8) & os.O_CLOEXEC, descriptor.name)
+        self.assertGreaterEqual(len(sockets), 3)  # the two listeners and the connection
+        connection.close()
 
     def test_everything_else_needs_a_login(self):
         for method, path in (("GET", "/api/session"), ("POST", "/api/command/GET_SN_INFO"), ("POST", "/api/report/topology"),

@@ -183,7 +183,10 @@ Made make_handler(HttpConnection &connection, HttpResponse &refused)
         return (request.method == "GET" || request.method == "HEAD")
                    ? make_simple(
                          connection,
-                         [&connection, file] { return file->response(connection.request()); })
+                         // A copy: a reload replaces the files before the request is complete.
+                         [&connection, copy = *file] {
+                             return copy.response(connection.request());
+                         })
                    : refuse(refused, wrong_method("GET, HEAD"));
     }
     if (request.path == "/api/login") {

@@ -68,7 +68,8 @@ class HttpConnection : public HttpPeer, public std::enable_shared_from_this<Http
     }
     // Hands the stream over to a WebSocket; the connection is removed.
     std::shared_ptr<HttpStream> release();
-    bool has_input() const { return !in_.empty(); }
+    // Whether the client has sent, or may be sending, more than the request.
+    bool has_input() const { return !in_.empty() || is_reading_; }
 
   private:
     enum class Phase {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <boost/asio/ip/v6_only.hpp>
+#include <fcntl.h>
 #include <stdexcept>
 #include <utility>
 
@@ -20,6 +21,13 @@ using boost::system::error_code;
 constexpr std::chrono::milliseconds kAcceptAgain(100);
 constexpr std::string_view kBearer = "bearer ";
 constexpr char kTokenLogin[] = "token"; // of programs that send the token with each request
+
+// A worker that inherits a connection would keep it open when the service closes it. Asio does not
+// set the flag.
+void keep_from_worker(int descriptor)
+{
+    fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+}
 
 } // namespace
 
@@ -108,6 +116,7 @@ void HttpServer::listen()
     const tcp::endpoint place(boost::asio::ip::make_address(listening_.host), listening_.port);
     try {
         acceptor_.open(place.protocol());
+        keep_from_worker(acceptor_.native_handle());
         acceptor_.set_option(tcp::acceptor::reuse_address(true));
         if (listening_.is_ipv6) {
             acceptor_.set_option(boost::asio::ip::v6_only(true));
@@ -151,6 +160,7 @@ void HttpServer::accept()
 
 void HttpServer::open(tcp::socket socket)
 {
+    keep_from_worker(socket.native_handle());
     if (peers_.size() >= options_.clients && !drop_an_idle_one()) {
         return; // closes the socket: everybody else is in use
     }

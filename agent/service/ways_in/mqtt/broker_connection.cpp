@@ -316,8 +316,8 @@ void BrokerConnection::open()
 void BrokerConnection::wait_for_input()
 {
     socket_.async_wait(stream_descriptor::wait_read,
-                       [this](const boost::system::error_code &problem) {
-                           if (problem || is_lost_) {
+                       [this, is_alive = is_alive_](const boost::system::error_code &problem) {
+                           if (problem || !*is_alive || is_lost_) {
                                return;
                            }
                            after_call(mosquitto_loop_read(client_, 1));
@@ -334,8 +334,8 @@ void BrokerConnection::wait_for_output()
     }
     is_waiting_to_write_ = true;
     socket_.async_wait(stream_descriptor::wait_write,
-                       [this](const boost::system::error_code &problem) {
-                           if (problem || is_lost_) {
+                       [this, is_alive = is_alive_](const boost::system::error_code &problem) {
+                           if (problem || !*is_alive || is_lost_) {
                                return;
                            }
                            is_waiting_to_write_ = false;
@@ -347,8 +347,8 @@ void BrokerConnection::wait_for_output()
 void BrokerConnection::schedule_keep_alive()
 {
     keep_alive_.expires_after(std::clamp(options_.keep_alive / 4, kShortestPause, kLongestPause));
-    keep_alive_.async_wait([this](const boost::system::error_code &problem) {
-        if (problem || is_lost_) {
+    keep_alive_.async_wait([this, is_alive = is_alive_](const boost::system::error_code &problem) {
+        if (problem || !*is_alive || is_lost_) {
             return;
         }
         after_call(mosquitto_loop_misc(client_));

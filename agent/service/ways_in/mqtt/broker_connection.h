@@ -143,6 +143,7 @@ class BrokerConnection {
     BrokerFeatures features_;
     Refusal refusal_ = Refusal::kOther;
     std::exception_ptr exception_; // from a callback: it must not pass through the library
+    // Completions that are queued already cannot be cancelled: they may run after the destructor.
     std::shared_ptr<bool> is_alive_ = std::make_shared<bool>(true);
 };
 

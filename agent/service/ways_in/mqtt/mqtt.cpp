@@ -32,6 +32,8 @@ constexpr std::chrono::seconds kNotes(10); // between two notes
 // larger still the broker drops.
 constexpr size_t kLargestPacket = 16UL * 1024 * 1024;
 constexpr size_t kRoomForProperties = 64UL * 1024;
+// Bytes of requests that are not answered yet: a single peer may be many clients.
+constexpr size_t kMostAsked = 32UL * 1024 * 1024;
 
 std::string now_as_text()
 {
@@ -69,11 +71,13 @@ class MqttClient : Client {
         bool is_line = false; // the answer keeps its id
         bool wants_gzip = false;
         std::optional<Mqtt::Clock::time_point> expires;
+        size_t bytes = 0; // of the request
     };
 
     void submit(Asked asked, Request request)
     {
         last_use_ = Mqtt::Clock::now();
+        owner_.asked_ += asked.bytes;
         asked_.push_back(std::move(asked));
         owner_.gate_.submit(*session_, std::move(request));
     }
@@ -118,6 +122,7 @@ class MqttClient : Client {
         last_use_ = Mqtt::Clock::now();
         const Asked asked = std::move(asked_.front());
         asked_.pop_front();
+        owner_.asked_ -= asked.bytes;
         if (!answered.is_duplicate) { // a request that is repeated while it runs is answered once
             answer(asked, answered.line);
         }
@@ -286,7 +291,8 @@ void Mqtt::connect()
                                                      static_cast<BrokerListener &>(*this));
     timer_.expires_after(kAttempt);
     timer_.async_wait([this](const boost::system::error_code &problem) {
-        if (!problem) {
+        // An expiry that is queued already cannot be cancelled.
+        if (!problem && connection_ != nullptr && !is_online_) {
             on_lost("no answer within " + std::to_string(kAttempt.count()) + " seconds");
         }
     });
@@ -406,6 +412,7 @@ void Mqtt::submit(const ReceivedMessage &message, const Topics::Target &target,
     asked.qos = message.qos;
     asked.is_line = is_line;
     asked.wants_gzip = message.wants_gzip;
+    asked.bytes = message.payload.size() + message.correlation.size() + message.epoch.size();
     if (message.expiry) {
         asked.expires = Clock::now() + *message.expiry;
     }
@@ -425,7 +432,8 @@ void Mqtt::submit(const ReceivedMessage &message, const Topics::Target &target,
     asked.id = request.id;
     // The gate keeps the answers of a client in order, so there is an end to what it can refuse.
     // Not to read on would only move the queue to the broker, which drops what is too much.
-    if (is_stopping_ || client->is_full()) {
+    const bool is_full = client->is_full() || (asked_ > 0 && asked_ + asked.bytes > kMostAsked);
+    if (is_stopping_ || is_full) {
         client->answer(asked, error_answer(asked.id, Code::kBusy,
                                            is_stopping_ ? "the service stops"
                                                         : "too many requests are waiting already"));
@@ -514,7 +522,7 @@ void Mqtt::send(PublishedMessage message, std::optional<Clock::time_point> expir
         note("answers are lost, because the broker does not take them");
         return;
     }
-    pending_ += waiting.message.payload.size();
+    pending_ += packet_size(waiting.message);
     waiting_.push_back(std::move(waiting));
     was_full_ = was_full_ || !has_room();
 }
@@ -532,8 +540,9 @@ void Mqtt::publish(Waiting waiting)
     waiting.number = connection_->publish(waiting.message);
     // What a broken connection has not taken is kept for the next one.
     if (waiting.message.qos > 0 && waiting.number >= 0) {
-        pending_ += waiting.message.payload.size();
+        pending_ += packet_size(waiting.message);
         unacknowledged_.push_back(std::move(waiting));
+        was_full_ = was_full_ || !has_room();
     }
 }
 
@@ -542,7 +551,7 @@ void Mqtt::publish_waiting()
     while (!waiting_.empty() && may_publish(waiting_.front().message)) {
         Waiting next = std::move(waiting_.front());
         waiting_.pop_front();
-        pending_ -= next.message.payload.size();
+        pending_ -= packet_size(next.message);
         if (!next.expires || *next.expires > Clock::now()) {
             publish(std::move(next));
         }
@@ -562,7 +571,7 @@ void Mqtt::on_acknowledged(int number)
     if (found == unacknowledged_.end()) {
         return; // of quality of service 0
     }
-    pending_ -= found->message.payload.size();
+    pending_ -= packet_size(found->message);
     unacknowledged_.erase(found);
     publish_waiting();
 }

@@ -132,6 +132,7 @@ class Mqtt : public WayIn, BrokerListener {
     bool is_online_ = false;
     Clock::time_point online_since_;
 
+    size_t asked_ = 0;              // bytes of requests without an answer, of all clients
     std::list<MqttClient> clients_; // the last used first
     std::unordered_map<std::string_view, std::list<MqttClient>::iterator> client_of_topic_;
     std::unique_ptr<EventClient> events_;
