@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Bundles the page: node build.mjs FOLDER. The names of script and style sheet contain a hash of their contents, so
+// Bundles the page: node build.mjs FOLDER. The names of script, style sheet and icon contain a hash of their contents, so
 // that a browser may keep them for ever. A compressed variant lies beside each file. The service serves index.html as
 // / and the others below /assets/.
 import { build } from "esbuild";
+import { createHash } from "node:crypto";
 import { mkdirSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
 import { basename, dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
@@ -29,10 +30,13 @@ const result = await build({
     entryNames: "[name]-[hash]",
 });
 const files = new Map(result.outputFiles.map((file) => [`assets/${basename(file.path)}`, Buffer.from(file.contents)]));
+const icon = readFileSync(join(source, "src/icon.svg"));
+files.set(`assets/icon-${createHash("sha256").update(icon).digest("hex").slice(0, 8)}.svg`, icon);
 const nameOf = (end) => [...files.keys()].find((name) => name.endsWith(end));
 const index = readFileSync(join(source, "src/index.html"), "utf8")
     .replace("SCRIPT", `/${nameOf(".js")}`)
-    .replace("STYLE", `/${nameOf(".css")}`);
+    .replace("STYLE", `/${nameOf(".css")}`)
+    .replace("ICON", `/${nameOf(".svg")}`);
 files.set("index.html", Buffer.from(index));
 
 // The licences of the bundled packages require their texts to go with them.

@@ -121,7 +121,7 @@ class Api(ServiceTest):
         self.assertEqual((status, text), (200, CONSOLE_PAGE))
         self.assertEqual(fields["Content-Type"], "text/html; charset=utf-8")
         self.assertEqual(fields["Cache-Control"], "no-cache")
-        self.assertIn("default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; "
+        self.assertIn("default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
                       "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'",
                       fields["Content-Security-Policy"])
         self.assertEqual(fields["X-Content-Type-Options"], "nosniff")

@@ -47,7 +47,7 @@ constexpr char kRebootSeconds[] = "5";
 
 constexpr char kSecurityFields[] =
     "Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; "
-    "img-src 'self' data:; connect-src 'self'; base-uri 'none'; form-action 'none'; "
+    "img-src 'self'; connect-src 'self'; base-uri 'none'; form-action 'none'; "
     "frame-ancestors 'none'\r\n"
     "X-Content-Type-Options: nosniff\r\n"
     "Referrer-Policy: no-referrer\r\n"
