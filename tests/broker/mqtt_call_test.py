@@ -62,6 +62,22 @@ class MqttCallTest(case.BrokerCase):
         status, reply, _ = self.call(broker, "--id", "gw", "GET_UPNP_STATE")
         self.assertEqual(json.loads(reply)["Enable"], "0")
 
+    def test_a_hostile_gateway_does_not_end_the_call(self):
+        """An epoch that cannot be sent back: too long for a user property, or with a control character."""
+        broker = self.mosquitto()
+        self.trusted(broker)
+        bad = self.caller(broker, gateway="bad")
+        bad.subscribe("gateway/bad/state/get")
+        for epoch in ("x" * 70000, "\x01"):
+            process = self.begin(broker, "--id", "gw", "--id", "bad", "--timeout", "4", CHANGE)
+            bad.await_message(lambda message: message.topic == "gateway/bad/state/get")
+            bad.publish("gateway/bad/state", json.dumps({"online": True, "epoch": epoch}).encode())
+            bad.turn()
+            reply, _ = process.communicate()
+            answers = {one["gateway"]: one for one in map(json.loads, reply.splitlines())}
+            self.assertEqual(answers["gw"].get("result"), 0, reply)
+            self.assertIn("no answer within 4 seconds", answers["bad"]["error"])
+
     def test_failure(self):
         broker = self.mosquitto()
         self.trusted(broker, device=False)

@@ -33,6 +33,16 @@ std::string random_text()
     return text;
 }
 
+// Another text could not be sent back, and one gateway must not end the call of all.
+bool is_epoch(std::string_view text)
+{
+    constexpr size_t kMaxEpoch = 64;
+    return !text.empty() && text.size() <= kMaxEpoch &&
+           text.find_first_not_of(
+               "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-") ==
+               std::string_view::npos;
+}
+
 } // namespace
 
 MqttCaller::MqttCaller(boost::asio::io_context &loop, MqttCallerOptions options,
@@ -295,7 +305,7 @@ void MqttCaller::take_state(Gateway &gateway, const ReceivedMessage &message)
     // A retained state may be that of a service that has ended without the broker's knowledge.
     const bool is_waiting = options_.is_change && gateway.epoch.empty() && !gateway.is_done &&
                             gateway.asked != Clock::time_point();
-    if (is_waiting && !message.is_retained && epoch != nullptr) {
+    if (is_waiting && !message.is_retained && epoch != nullptr && is_epoch(epoch)) {
         gateway.epoch = epoch;
         ask(gateway);
     }
