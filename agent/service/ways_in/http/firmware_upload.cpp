@@ -100,7 +100,8 @@ class FirmwareUpload : public HttpHandler {
         }
         is_whole_ = true;
         remove_others();
-        const std::string url = "file://" + fs::absolute(path_).string();
+        std::error_code ignored; // an empty path is refused by the gateway
+        const std::string url = "file://" + fs::absolute(path_, ignored).string();
         connection_.respond(json_response(status::kOk, R"({"url":)" + agent::quoted(url) +
                                                            R"(,"size":)" + std::to_string(size_) +
                                                            R"(,"sha256":")" + sha256_.text() +
@@ -110,11 +111,13 @@ class FirmwareUpload : public HttpHandler {
   private:
     void remove_others() const
     {
-        std::error_code ignored;
-        for (const auto &entry : fs::directory_iterator(fs::path(path_).parent_path(), ignored)) {
-            if (entry.path() != path_ &&
-                entry.path().filename().string().starts_with(kImagePrefix)) {
-                fs::remove(entry.path(), ignored);
+        std::error_code problem;
+        fs::directory_iterator entry(fs::path(path_).parent_path(), problem);
+        for (; !problem && entry != fs::directory_iterator(); entry.increment(problem)) {
+            const fs::path &path = entry->path();
+            if (path != path_ && path.filename().string().starts_with(kImagePrefix)) {
+                std::error_code ignored;
+                fs::remove(path, ignored);
             }
         }
     }

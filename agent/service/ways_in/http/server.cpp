@@ -248,8 +248,15 @@ bool HttpServer::is_token(std::string_view token) const
 bool HttpServer::check_password(const std::string &address, const std::string &user,
                                 std::string password, PasswordChecker::Done done)
 {
-    return limiter_.take(address, Clock::now()) && checker_ &&
-           checker_->check(passwords_.hash_of(user), std::move(password), std::move(done));
+    if (!limiter_.take(address, Clock::now()) || !checker_) {
+        return false;
+    }
+    const std::string hash = passwords_.hash_of(user);
+    // A reload may have removed the user or changed the password meanwhile.
+    return checker_->check(hash, std::move(password),
+                           [this, user, hash, done = std::move(done)](bool is_right) {
+                               done(is_right && passwords_.hash_of(user) == hash);
+                           });
 }
 
 std::optional<Login> HttpServer::login_of(const HttpRequest &request)
