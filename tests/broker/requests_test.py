@@ -185,6 +185,7 @@ class RequestsTest(case.BrokerCase):
 
     def test_state(self):
         client = self.start()
+        client.ask("GET_SN_INFO")  # the state has been published before
         client.subscribe("gateway/gw/state")
         state = client.await_message(lambda message: message.topic == "gateway/gw/state")
         self.assertTrue(state.retained)

@@ -4,7 +4,7 @@
 Every file has to be linked with it. Its code is checked as well, except the plug-in's and, for
 fortified copies, that of files without a copy whose length could be known.
 
-usage: check_hardening.py READELF PLUGIN WITHOUT_COPIES FILE..."""
+usage: check_hardening.py READELF PLUGIN WITHOUT_COPIES... -- FILE..."""
 
 import os
 import re
@@ -48,8 +48,10 @@ def copy_faults(readelf, file):
         yield "does not check the lengths that the C library writes"
 
 
-def main(readelf, plugin, without_copies, *files):
-    everything = (plugin, without_copies, *files)
+def main(readelf, *given):
+    separator = given.index("--")
+    others, files = given[:separator], given[separator + 1:]
+    everything = others + files
     checks = ((linking_faults, everything), (stack_faults, everything[1:]), (copy_faults, files))
     faults = [f"{file}: {fault}" for check, of in checks for file in of
               for fault in check(readelf, file)]
