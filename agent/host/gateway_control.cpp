@@ -5,7 +5,6 @@
 #include "protocol/json_text.h"
 #include "protocol/log_sink.h"
 #include "protocol/requests.h"
-#include "simulated_gateway/simulated_gateway.h"
 
 #include <cstring>
 #include <exception>
@@ -75,8 +74,8 @@ GatewayControl::GatewayControl(const PluginHost &host, CallListener listener)
 
 GatewayControl::~GatewayControl()
 {
-    if (is_traced_) {
-        set_trace(false);
+    if (end_trace_ != nullptr) {
+        end_trace_(nullptr, nullptr);
     }
 }
 
@@ -140,7 +139,7 @@ void GatewayControl::set_trace(bool is_on)
         throw BadRequest("the trace consists of events, which need --events");
     }
     function(is_on ? receive : nullptr, this);
-    is_traced_ = is_on;
+    end_trace_ = is_on ? function : nullptr;
 }
 
 std::string GatewayControl::shown() const
@@ -154,7 +153,7 @@ std::string GatewayControl::shown() const
            "\",\"functions\":" + list_of(shown["function"]) +
            "},\"clock\":" + text_or_null(shown["clock"]) +
            ",\"time\":" + text_or_null(shown["time"]) +
-           ",\"trace\":" + (is_traced_ ? "true" : "false") + "}";
+           ",\"trace\":" + (end_trace_ != nullptr ? "true" : "false") + "}";
 }
 
 void GatewayControl::receive(const char *function, int32_t result, const char *line, void *control)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/plugin_host.h"
+#include "simulated_gateway/simulated_gateway.h"
 
 #include <cjson/cJSON.h>
 
@@ -40,7 +41,7 @@ class GatewayControl {
 
     const PluginHost &host_;
     const CallListener listener_;
-    bool is_traced_ = false;
+    decltype(&simulated_gateway_on_call) end_trace_ = nullptr; // while the trace is on
 };
 
 } // namespace agent

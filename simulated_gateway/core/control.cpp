@@ -215,7 +215,7 @@ std::optional<int64_t> time_in(const std::string &text)
                         minutes < 60 && seconds < 60;
     return exists ? std::optional(std::chrono::sys_days(date).time_since_epoch() /
                                       std::chrono::seconds(1) +
-                                  hours * 3600 + minutes * 60 + seconds)
+                                  hours * 3600L + minutes * 60L + seconds)
                   : std::nullopt;
 }
 

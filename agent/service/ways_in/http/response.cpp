@@ -119,7 +119,7 @@ std::string header_of(const HttpResponse &response, bool keep_alive, bool is_htt
     text +=
         std::to_string(response.status) + " " + std::string(reason_of(response.status)) + "\r\n";
     for (const auto &[name, value] : response.fields) {
-        text += name + ": " + value + "\r\n";
+        text.append(name).append(": ").append(value).append("\r\n");
     }
     if (!response.is_stream && response.status != 204 && response.status != 304) {
         text += "Content-Length: " +

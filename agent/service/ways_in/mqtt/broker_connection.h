@@ -22,7 +22,7 @@
 
 struct mosquitto;
 struct mosquitto_message;
-struct mqtt5__property;
+struct mqtt5__property; // NOLINT(bugprone-reserved-identifier): the name in libmosquitto
 
 namespace agent::service {
 
