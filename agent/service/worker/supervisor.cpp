@@ -385,7 +385,7 @@ void Supervisor::on_overdue_command()
         if (state_ == State::kRunning) {
             print_error(problem);
             state_ = State::kOverdue;
-            refusal_ = problem + ", and the worker cannot be started anew yet";
+            refusal_ = problem + ", and the worker cannot be started again yet";
             listener_.on_no_answer(Code::kOutcomeUnknown, problem);
             listener_.on_change();
         }
