@@ -270,7 +270,7 @@ void Gateway::load(const std::string &scenario)
         throw Error("a scenario file can only be given when the gateway is opened");
     }
     State fresh = new_state(scenario, is_current ? state_.factory : load_scenario(scenario));
-    // Whoever opens the state again may still name the scenario of the first time.
+    // The next process to open the state may still name the scenario of its first start.
     const std::string &opened_as = state_.opened_as.empty() ? state_.scenario : state_.opened_as;
     fresh.opened_as = opened_as != scenario ? opened_as : "";
     let_time_pass(fresh);
