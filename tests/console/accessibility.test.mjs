@@ -1,23 +1,12 @@
 // SPDX-License-Identifier: MIT
 // axe-core finds nothing in any view, in light and dark, wide and narrow; and the page works by keyboard.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
-import { axeFile, card, closePage, eventually, openPage, show, startBrowser } from "./browser.mjs";
-import { Service } from "./service.mjs";
+import { test } from "node:test";
+import { axeFile, card, closePage, eventually, openPage, show } from "./browser.mjs";
+import { startService } from "./console.mjs";
 import { viewport, views, waitForView } from "./all_views.mjs";
 
-let browser;
-let service;
-
-before(async () => {
-    service = await Service.start();
-    browser = await startBrowser();
-});
-
-after(async () => {
-    await browser.close();
-    await service.stop();
-});
+const { browser, service } = await startService();
 
 async function findings(page) {
     // The page's policy allows no foreign script; the developer tools of the browser may add one.

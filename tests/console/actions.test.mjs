@@ -3,25 +3,12 @@
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
-import { card, closePage, eventually, fact, isSwitchedOn, openPage, show, startBrowser, turn } from "./browser.mjs";
-import { fileFor, Service } from "./service.mjs";
+import { test } from "node:test";
+import { card, eventually, fact, isSwitchedOn, show, turn } from "./browser.mjs";
+import { startPage } from "./console.mjs";
+import { fileFor } from "./service.mjs";
 
-let browser;
-let service;
-let page;
-
-before(async () => {
-    service = await Service.start();
-    browser = await startBrowser();
-    page = await openPage(browser, service);
-});
-
-after(async () => {
-    await closePage(page);
-    await browser.close();
-    await service.stop();
-});
+const { service, page } = await startPage();
 
 const dialog = () => page.getByRole("dialog");
 

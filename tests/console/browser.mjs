@@ -33,9 +33,9 @@ export async function openPage(browser, service, options = {}) {
             page.problems.push(message.text());
         }
     });
-    // Whatever the page loads has to come from the service.
+    // Everything that the page loads has to come from the service.
     page.on("request", (request) => {
-        if (!request.url().startsWith(service.origin) && !request.url().startsWith("data:")) {
+        if (!request.url().startsWith(service.origin)) {
             page.problems.push(`a request to ${request.url()}`);
         }
     });

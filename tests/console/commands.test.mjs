@@ -2,27 +2,12 @@
 // Every command as a form: it sends its example and shows the reply; and what a developer finds beside it.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
-import { after, before, test } from "node:test";
-import { card, closePage, eventually, openPage, show, startBrowser, turn } from "./browser.mjs";
-import { Service } from "./service.mjs";
+import { test } from "node:test";
+import { card, eventually, show, turn } from "./browser.mjs";
+import { startPage } from "./console.mjs";
 
-let browser;
-let service;
-let page;
-let commands;
-
-before(async () => {
-    service = await Service.start();
-    browser = await startBrowser();
-    page = await openPage(browser, service);
-    commands = await page.evaluate(async () => (await (await fetch("/api/protocol.json")).json()).commands);
-});
-
-after(async () => {
-    await closePage(page);
-    await browser.close();
-    await service.stop();
-});
+const { service, page } = await startPage();
+const { commands } = await page.evaluate(async () => (await fetch("/api/protocol.json")).json());
 
 const request = () => page.getByRole("textbox", { name: "Request", exact: true });
 const reply = () => page.getByRole("region", { name: "Text of the reply" });

@@ -1,26 +1,12 @@
 // SPDX-License-Identifier: MIT
 // A home with more than five hundred devices. The time between frames is reported, not judged: it depends on the
-// machine. Judged is what keeps it short, that few rows and nodes are in the document.
+// machine. Only what keeps it short is judged: few rows and nodes are in the document.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
-import { card, closePage, eventually, openPage, show, startBrowser } from "./browser.mjs";
-import { Service } from "./service.mjs";
+import { test } from "node:test";
+import { card, eventually, show } from "./browser.mjs";
+import { startPage } from "./console.mjs";
 
-let browser;
-let service;
-let page;
-
-before(async () => {
-    service = await Service.start({ agent: ["--scenario", "crowded_mesh"], clock: null });
-    browser = await startBrowser();
-    page = await openPage(browser, service);
-});
-
-after(async () => {
-    await closePage(page);
-    await browser.close();
-    await service.stop();
-});
+const { service, page } = await startPage({ agent: ["--scenario", "crowded_mesh"], clock: null });
 
 // The times between frames while `steps` frames are drawn, with a step of the action in each.
 const framesOf = (steps, step) =>

@@ -4,22 +4,12 @@ import assert from "node:assert/strict";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
-import { card, closePage, eventually, isSwitchedOn, openPage, show, startBrowser, turn } from "./browser.mjs";
+import { test } from "node:test";
+import { card, closePage, eventually, isSwitchedOn, openPage, show, turn } from "./browser.mjs";
+import { startService } from "./console.mjs";
 import { Service } from "./service.mjs";
 
-let browser;
-let service;
-
-before(async () => {
-    service = await Service.start();
-    browser = await startBrowser();
-});
-
-after(async () => {
-    await browser.close();
-    await service.stop();
-});
+const { browser, service } = await startService();
 
 test("the token does not stay in the address", async () => {
     const page = await openPage(browser, service);

@@ -1,25 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Each view shows what the home holds.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
-import { card, closePage, eventually, fact, isSwitchedOn, openPage, show, startBrowser } from "./browser.mjs";
-import { Service } from "./service.mjs";
+import { test } from "node:test";
+import { card, eventually, fact, isSwitchedOn, show } from "./browser.mjs";
+import { startPage } from "./console.mjs";
 
-let browser;
-let service;
-let page;
-
-before(async () => {
-    service = await Service.start();
-    browser = await startBrowser();
-    page = await openPage(browser, service);
-});
-
-after(async () => {
-    await closePage(page);
-    await browser.close();
-    await service.stop();
-});
+const { service, page } = await startPage();
 
 const nameOf = ({ ByName, Name }) => (ByName !== undefined && ByName !== "NULL" && ByName !== "" ? ByName : Name);
 const rateText = (kbits) => (Number(kbits) < 1000 ? `${kbits} kbit/s` : `${(kbits / 1000).toFixed(1)} Mbit/s`);
