@@ -1,19 +1,30 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Measures the plug-in as it ships and prints one Markdown table; takes some minutes.
+# Measures the plug-in and the agent as they ship and prints one Markdown table; takes some minutes.
 #
+#   --broker  measures the service on a broker instead, next to a bare responder
 #   --keep    also writes the table to docs/performance.md
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+table=table.py
+targets=(measurements hgagent link_check simulated_gateway)
 document=()
-if [ $# -gt 0 ]; then
-    if [ "$*" != --keep ]; then
-        echo "usage: $0 [--keep]" >&2
-        exit 2
-    fi
-    document=(docs/performance.md)
-fi
+for option in "$@"; do
+    case $option in
+        --broker)
+            table=broker.py
+            targets=(hgagent smart_router_service counting_device broker_caller broker_responder)
+            ;;
+        --keep)
+            document=(docs/performance.md)
+            ;;
+        *)
+            echo "usage: $0 [--broker] [--keep]" >&2
+            exit 2
+            ;;
+    esac
+done
 scripts/install-deps.sh >&2
-scripts/build.sh release --target measurements hgagent link_check simulated_gateway >&2
-exec /usr/bin/python3 -B benchmarks/table.py build/release "${document[@]}"
+scripts/build.sh release --target "${targets[@]}" >&2
+exec /usr/bin/python3 -B "benchmarks/$table" build/release "${document[@]}"
