@@ -67,6 +67,31 @@ export function Card(props: {
     );
 }
 
+// A table that scrolls within its card where the page is narrow. The columns from figuresFrom on are aligned as figures.
+export function Table(props: {
+    name: string;
+    heads: ComponentChildren[];
+    figuresFrom?: number;
+    children: ComponentChildren;
+}) {
+    return (
+        <div class="scroll" tabIndex={0} role="region" aria-label={`${props.name}, table`}>
+            <table>
+                <thead>
+                    <tr>
+                        {props.heads.map((head, at) => (
+                            <th scope="col" key={at} class={at >= (props.figuresFrom ?? Infinity) ? "figure" : undefined}>
+                                {head}
+                            </th>
+                        ))}
+                    </tr>
+                </thead>
+                <tbody>{props.children}</tbody>
+            </table>
+        </div>
+    );
+}
+
 export function Facts(props: { facts: [string, ComponentChildren][] }) {
     return (
         <dl class="facts">

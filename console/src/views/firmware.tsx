@@ -3,7 +3,7 @@
 import { useEffect, useRef, useState } from "preact/hooks";
 import { onEvent } from "../connection.ts";
 import { daysText, isOn, size, textOf } from "../format.ts";
-import { act, Card, ConfirmButton, Facts, say } from "../parts.tsx";
+import { act, Card, ConfirmButton, Facts, say, Table } from "../parts.tsx";
 import { Setting } from "../setting.tsx";
 import { mayCall, useReply } from "../store.ts";
 
@@ -13,30 +13,17 @@ function Versions() {
     const routers = main === undefined ? [] : [main, ...(known.reply!.ChildRouter ?? [])];
     return (
         <Card title="Versions" wide known={known}>
-            <div class="scroll" tabIndex={0} role="region" aria-label="Versions, table">
-                <table>
-                    <thead>
-                        <tr>
-                            <th scope="col">Router</th>
-                            <th scope="col">Model</th>
-                            <th scope="col">Hardware</th>
-                            <th scope="col">Firmware</th>
-                            <th scope="col">Date</th>
-                        </tr>
-                    </thead>
-                    <tbody>
-                        {routers.map((router, at) => (
-                            <tr key={at}>
-                                <td>{textOf(router.name)}</td>
-                                <td>{textOf(router.DeviceType)}</td>
-                                <td>{textOf(router.HWVersion)}</td>
-                                <td>{textOf(router.FWVersion)}</td>
-                                <td>{textOf(router.FWDATA)}</td>
-                            </tr>
-                        ))}
-                    </tbody>
-                </table>
-            </div>
+            <Table name="Versions" heads={["Router", "Model", "Hardware", "Firmware", "Date"]}>
+                {routers.map((router, at) => (
+                    <tr key={at}>
+                        <td>{textOf(router.name)}</td>
+                        <td>{textOf(router.DeviceType)}</td>
+                        <td>{textOf(router.HWVersion)}</td>
+                        <td>{textOf(router.FWVersion)}</td>
+                        <td>{textOf(router.FWDATA)}</td>
+                    </tr>
+                ))}
+            </Table>
         </Card>
     );
 }

@@ -2,7 +2,7 @@
 // The connections to the Internet, the local network, and the ports.
 import type { Command, GetPortStatisticsPortStatList, Request, SetApAlgAbilityRequest } from "hg_protocol";
 import { isOn, numberOf, size, switchText, textOf } from "../format.ts";
-import { act, Card, Facts, Secret, secretOf, State, Switch } from "../parts.tsx";
+import { act, Card, Facts, Secret, secretOf, State, Switch, Table } from "../parts.tsx";
 import { Setting } from "../setting.tsx";
 import { mayCall, useReply } from "../store.ts";
 
@@ -137,34 +137,19 @@ function Ports() {
     ];
     return (
         <Card title="Ports" wide known={mayCall("GET_PORT_STATISTICS") ? statistics : bindings}>
-            <div class="scroll" tabIndex={0} role="region" aria-label="Ports, table">
-                <table>
-                    <thead>
-                        <tr>
-                            <th scope="col">Port</th>
-                            <th scope="col">Bound to</th>
-                            {figures.map(([, label]) => (
-                                <th scope="col" class="figure" key={label}>
-                                    {label}
-                                </th>
-                            ))}
-                        </tr>
-                    </thead>
-                    <tbody>
-                        {ports.map((port) => (
-                            <tr key={port.Port}>
-                                <td>{port.Port!.replace("GHz", " GHz")}</td>
-                                <td>{wanOf(port.Port!) || <span class="muted">–</span>}</td>
-                                {figures.map(([key, , format]) => (
-                                    <td class="figure" key={key}>
-                                        {format(numberOf(port[key]) ?? 0)}
-                                    </td>
-                                ))}
-                            </tr>
+            <Table name="Ports" heads={["Port", "Bound to", ...figures.map(([, label]) => label)]} figuresFrom={2}>
+                {ports.map((port) => (
+                    <tr key={port.Port}>
+                        <td>{port.Port!.replace("GHz", " GHz")}</td>
+                        <td>{wanOf(port.Port!) || <span class="muted">–</span>}</td>
+                        {figures.map(([key, , format]) => (
+                            <td class="figure" key={key}>
+                                {format(numberOf(port[key]) ?? 0)}
+                            </td>
                         ))}
-                    </tbody>
-                </table>
-            </div>
+                    </tr>
+                ))}
+            </Table>
             {mayCall("SET_PORT_BINDING") && bound.length > 0 && (
                 <div class="buttons">
                     {bound.map(({ Index, WANName }) => (

@@ -3,7 +3,7 @@
 import type { GetScanWifiSsidlistSSIDList, GetWifiInfoSuccess, GetWifiListInfoWIFIList } from "hg_protocol";
 import { call, session } from "../connection.ts";
 import { daysText, duration, isOn, numberOf, switchText, textOf } from "../format.ts";
-import { act, Card, Facts, say, Secret, secretOf, Signal, Switch } from "../parts.tsx";
+import { act, Card, Facts, say, Secret, secretOf, Signal, Switch, Table } from "../parts.tsx";
 import { Setting } from "../setting.tsx";
 import { blockOf } from "../spectrum.ts";
 import { mayCall, useReply } from "../store.ts";
@@ -28,76 +28,62 @@ function Networks(props: { networks: Network[] }) {
     // The gateway wants the password again, even if only the switch changes.
     const maySwitch = mayCall("SET_WIFI_INFO") && mayCall("GET_WIFI_INFO") && session!.secrets;
     return (
-        <div class="scroll" tabIndex={0} role="region" aria-label="Networks, table">
-            <table>
-                <thead>
-                    <tr>
-                        <th scope="col">Network</th>
-                        <th scope="col">On</th>
-                        <th scope="col">Band</th>
-                        <th scope="col">Channel</th>
-                        <th scope="col">Security</th>
-                        <th scope="col">Password</th>
-                        <th scope="col">
-                            <span class="hidden">Actions</span>
-                        </th>
-                    </tr>
-                </thead>
-                <tbody>
-                    {props.networks.map((network) => (
-                        <tr key={network.SSIDIndex}>
-                            <td>
-                                {network.SSID}
-                                <small class="muted">
-                                    {[
-                                        network.PermissionProperty === "GUEST" ? "guests" : "",
-                                        network.AdvertisementEnable === "0" ? "name not broadcast" : "",
-                                    ]
-                                        .filter(Boolean)
-                                        .map((note) => ` ${note}`)
-                                        .join(",")}
-                                </small>
-                            </td>
-                            <td>
-                                <Switch
-                                    label={`${network.SSID} on`}
-                                    hideLabel
-                                    on={isOn(network.Enable)}
-                                    disabled={!maySwitch}
-                                    onChange={(on) => void switchNetwork(network, on)}
-                                />
-                            </td>
-                            <td>{bandOf(network)}</td>
-                            <td>
-                                {network.Channel === "0" ? "automatic" : network.Channel}{" "}
-                                <small class="muted">{network.Bandwidth} MHz</small>
-                            </td>
-                            <td>{network.ENCRYPT}</td>
-                            <td>
-                                {network.ENCRYPT === "OPEN" ? (
-                                    "–"
-                                ) : (
-                                    <Secret
-                                        label={`password of ${network.SSID}`}
-                                        fetch={() =>
-                                            secretOf("GET_WIFI_INFO", { SSIDIndex: network.SSIDIndex }, (reply) => reply.PWD)
-                                        }
-                                    />
-                                )}
-                            </td>
-                            <td>
-                                <Setting
-                                    title={`Edit ${network.SSID}`}
-                                    command="SET_WIFI_INFO"
-                                    query="GET_WIFI_INFO"
-                                    params={{ SSIDIndex: network.SSIDIndex! }}
-                                />
-                            </td>
-                        </tr>
-                    ))}
-                </tbody>
-            </table>
-        </div>
+        <Table
+            name="Networks"
+            heads={["Network", "On", "Band", "Channel", "Security", "Password", <span class="hidden">Actions</span>]}
+        >
+            {props.networks.map((network) => (
+                <tr key={network.SSIDIndex}>
+                    <td>
+                        {network.SSID}
+                        <small class="muted">
+                            {[
+                                network.PermissionProperty === "GUEST" ? "guests" : "",
+                                network.AdvertisementEnable === "0" ? "name not broadcast" : "",
+                            ]
+                                .filter(Boolean)
+                                .map((note) => ` ${note}`)
+                                .join(",")}
+                        </small>
+                    </td>
+                    <td>
+                        <Switch
+                            label={`${network.SSID} on`}
+                            hideLabel
+                            on={isOn(network.Enable)}
+                            disabled={!maySwitch}
+                            onChange={(on) => void switchNetwork(network, on)}
+                        />
+                    </td>
+                    <td>{bandOf(network)}</td>
+                    <td>
+                        {network.Channel === "0" ? "automatic" : network.Channel}{" "}
+                        <small class="muted">{network.Bandwidth} MHz</small>
+                    </td>
+                    <td>{network.ENCRYPT}</td>
+                    <td>
+                        {network.ENCRYPT === "OPEN" ? (
+                            "–"
+                        ) : (
+                            <Secret
+                                label={`password of ${network.SSID}`}
+                                fetch={() =>
+                                    secretOf("GET_WIFI_INFO", { SSIDIndex: network.SSIDIndex }, (reply) => reply.PWD)
+                                }
+                            />
+                        )}
+                    </td>
+                    <td>
+                        <Setting
+                            title={`Edit ${network.SSID}`}
+                            command="SET_WIFI_INFO"
+                            query="GET_WIFI_INFO"
+                            params={{ SSIDIndex: network.SSIDIndex! }}
+                        />
+                    </td>
+                </tr>
+            ))}
+        </Table>
     );
 }
 
@@ -183,30 +169,18 @@ function Spectrum(props: { band: string; counts: Count[]; networks: Network[] })
 function Neighbours(props: { found: GetScanWifiSsidlistSSIDList[]; own: Set<string> }) {
     const others = props.found.filter(({ SSID }) => !props.own.has(SSID!));
     return (
-        <div class="scroll" tabIndex={0} role="region" aria-label="Neighbours, table">
-        <table>
-            <thead>
-                <tr>
-                    <th scope="col">Network</th>
-                    <th scope="col">Band</th>
-                    <th scope="col">Security</th>
-                    <th scope="col">Signal</th>
+        <Table name="Neighbours" heads={["Network", "Band", "Security", "Signal"]}>
+            {others.map((network, at) => (
+                <tr key={at}>
+                    <td>{textOf(network.SSID) || <span class="muted">no name</span>}</td>
+                    <td>{network.Band!.replace("GHz", " GHz")}</td>
+                    <td>{network.ENCRYPT}</td>
+                    <td>
+                        <Signal dbm={numberOf(network.PowerLevel)} />
+                    </td>
                 </tr>
-            </thead>
-            <tbody>
-                {others.map((network, at) => (
-                    <tr key={at}>
-                        <td>{textOf(network.SSID) || <span class="muted">no name</span>}</td>
-                        <td>{network.Band!.replace("GHz", " GHz")}</td>
-                        <td>{network.ENCRYPT}</td>
-                        <td>
-                            <Signal dbm={numberOf(network.PowerLevel)} />
-                        </td>
-                    </tr>
-                ))}
-            </tbody>
-        </table>
-        </div>
+            ))}
+        </Table>
     );
 }
 
