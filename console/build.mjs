@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Bundles the page: node build.mjs FOLDER. The names of script, style sheet and icon contain a hash of their contents, so
-// that a browser may keep them for ever. A compressed variant lies beside each file. The service serves index.html as
+// that a browser may keep them forever. A compressed variant is next to each file. The service serves index.html as
 // / and the others below /assets/.
 import { build } from "esbuild";
 import { createHash } from "node:crypto";

@@ -265,7 +265,7 @@ Portion portion_of(std::initializer_list<std::string_view> pieces, size_t place,
     return portion;
 }
 
-// Writes as much as there is room for, without blocking, whatever the flags of the descriptor,
+// Writes as much as there is room for, without blocking, regardless of the flags of the descriptor,
 // which belong to other processes as well. By its number, since not every C library has the
 // function.
 ssize_t write_now(int descriptor, const Portion &portion)

@@ -52,7 +52,7 @@ std::string lower_case(std::string_view text);
 // above.
 void print_error(std::string_view message, size_t max_bytes = 4096);
 
-// The same for what is no error.
+// The same for messages that are not errors.
 void print_notice(std::string_view message);
 
 // The same as an error for running out of memory, without allocating.

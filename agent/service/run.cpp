@@ -74,7 +74,7 @@ std::string state_beside(const std::string &socket)
     return file_beside(socket, ".state.json");
 }
 
-// Where the console's address is written when nobody is at a terminal to read it.
+// Where the console's address is written when standard error is not a terminal.
 std::string console_file(const std::string &socket)
 {
     return file_beside(socket, ".console");

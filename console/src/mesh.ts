@@ -134,7 +134,7 @@ export function layoutOf(root: MeshNode, available: number): Layout {
     const nodes: PlacedNode[] = [];
     const placed = new Map<MeshNode, PlacedNode>();
     const column = sideways ? Math.min((available - lastColumnWidth) / whole.height, 260) : 0;
-    // Each leaf has a row of its own, since its text is wider than a column.
+    // Each leaf has a separate row, since its text is wider than a column.
     const positions = sideways
         ? cluster<MeshNode>()
               .nodeSize([rowHeight, 1])

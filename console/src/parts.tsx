@@ -287,7 +287,7 @@ export function ConfirmButton(props: { label: string; question: string; class?: 
     );
 }
 
-// Asks a command for a value that the service masks unless it is told otherwise.
+// Requests a value that the service masks by default.
 export async function secretOf<C extends Command>(
     command: C,
     params: Request<C>,

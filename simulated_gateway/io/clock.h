@@ -19,7 +19,7 @@ int64_t later(int64_t time, int64_t seconds);
 // Stops the clock at a time, so that every value that depends on it is constant. Without a time it
 // follows the machine's clock.
 void fix_clock(std::optional<int64_t> time);
-// Moves the clock forward; it runs or stands still as before. Result: false, with the clock
+// Moves the clock forward; it runs or is stopped as before. Result: false, with the clock
 // unchanged, if a running clock would be more than a hundred years ahead of the machine's.
 bool advance_clock(int64_t seconds);
 bool clock_runs();

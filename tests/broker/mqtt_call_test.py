@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """`hgagent mqtt-call` with real brokers and services: its answers and exit statuses, and what it does when a broker or
-a service fails meanwhile."""
+a service fails."""
 import json
 import signal
 import subprocess
@@ -140,7 +140,7 @@ class MqttCallTest(case.BrokerCase):
                              (1, none + "; it is offline"))
 
     def test_expired_request(self):
-        """What nobody waits for any longer is not executed when the gateway comes back."""
+        """An expired request is not executed when the gateway comes back."""
         broker = self.mosquitto()
         running = self.trusted(broker)
         held = self.pipe()

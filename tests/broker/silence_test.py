@@ -22,7 +22,7 @@ class SilenceTest(case.BrokerCase):
                                "--id", "gw", "--trust", connected=False)
         connection, _ = listener.accept()
         self.addCleanup(connection.close)
-        self.assertTrue(connection.recv(1))  # of its CONNECT, which nobody answers
+        self.assertTrue(connection.recv(1))  # its CONNECT, which is not answered
         self.assertEqual(running.ask(QUERY)["result"], 0)
         # After a while it tries the other one.
         running.await_broker()

@@ -34,7 +34,7 @@ def requests(count, user):
 
 def run(caller, executed, count, in_flight=16, rule=True, fail=None, failures=4, user=lambda: ()):
     """Sends `count` requests. fail() makes something fail and repairs it; it is called `failures` times, evenly spread
-    over the requests, on a thread of its own. executed() counts the executions of each name."""
+    over the requests, on a separate thread. executed() counts the executions of each name."""
     wanted = requests(count, user)
     tally = Tally(sent=count)
     disturbance = None

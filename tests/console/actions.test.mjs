@@ -326,7 +326,7 @@ test("the mesh is switched off", async () => {
     await turn(gateway, "Mesh");
     await eventually(async () => assert.equal((await service.call("GET_MESH_STATUS")).MeshEnable, "0"));
     await eventually(async () => assert.equal(await isSwitchedOn(gateway, "Mesh"), false));
-    // It is busy for a while afterwards, and the clock stands still.
+    // It is busy for a while afterwards, and the clock is stopped.
     await turn(gateway, "Mesh");
     await page.getByText("The gateway refused: MESH_BUSY_0.").waitFor();
     assert.equal(await isSwitchedOn(gateway, "Mesh"), false);

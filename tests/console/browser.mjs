@@ -9,7 +9,7 @@ const require = createRequire(join(process.env.CONSOLE_WORK, "package.json"));
 const { chromium } = require("playwright-core");
 export const axeFile = require.resolve("axe-core/axe.min.js");
 
-// Only ends a test that would hang for ever.
+// Only ends a test that would never end.
 const patience = Number(process.env.CONSOLE_PATIENCE ?? 600000);
 
 export async function startBrowser(...more) {
@@ -19,7 +19,7 @@ export async function startBrowser(...more) {
     });
 }
 
-// A page that is logged in, in a browser context of its own, or that of another page.
+// A page that is logged in, in a separate browser context, or in that of another page.
 export async function openPage(browser, service, options = {}) {
     const { context, view = "home", clock = false, ...rest } = options;
     const own = context ?? (await browser.newContext({ reducedMotion: "reduce", ...rest }));
@@ -69,7 +69,7 @@ export async function eventually(assertions) {
 
 export const card = (page, title) => page.getByRole("region", { name: title, exact: true });
 
-// The value beside a name in a card.
+// The value that a card shows for a name.
 export const fact = (where, name) =>
     where
         .locator(".facts > div")

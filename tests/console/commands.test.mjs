@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every command as a form: it sends its example and shows the reply; and what a developer finds beside it.
+// Every command as a form: it sends its example and shows the reply; and what a developer finds next to it.
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { test } from "node:test";

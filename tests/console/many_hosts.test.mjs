@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A home with more than five hundred devices. The time between frames is reported, not judged: it depends on the
-// machine. Only what keeps it short is judged: few rows and nodes are in the document.
+// A home with more than five hundred devices. The time between frames is reported but not checked: it depends
+// on the machine. What keeps it short is checked: few rows and nodes are in the document.
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { card, eventually, show } from "./browser.mjs";

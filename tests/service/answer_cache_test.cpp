@@ -66,7 +66,7 @@ TEST(AnswerCache, ForgetsARequestThatWasNotExecuted)
     EXPECT_EQ(found(cache, "a"), "none");
     EXPECT_EQ(cache.bytes(), 0U);
     cache.forget("a");
-    cache.keep("a", "done", Code::kNone, kAnswered); // nobody asked
+    cache.keep("a", "done", Code::kNone, kAnswered); // no request began it
     EXPECT_EQ(found(cache, "a"), "none");
     EXPECT_EQ(cache.bytes(), 0U);
 }

@@ -217,7 +217,7 @@ TEST(MqttRequest, TakesNothingButOneObject)
              R"({},"hello":{})", R"({"a":1},"comm\u0061nd":"REBOOT")", "{\"a\":\"b\nc\"}",
              "{\"a\":\"b\n"}) {
         const Request request = command(payload);
-        // What is no JSON at all the worker refuses, since it reads the whole line.
+        // The worker refuses what is not JSON, since it reads the whole line.
         if (request.code == Code::kNone) {
             EXPECT_EQ(request.name, "GET_SN_INFO") << payload;
             EXPECT_EQ(request.params(), payload) << payload;

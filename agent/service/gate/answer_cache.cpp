@@ -43,7 +43,7 @@ bool AnswerCache::begin(std::string_view key, std::string_view request, Time now
     return true;
 }
 
-// An answer may exceed the limit: the command has been executed, and only one is at a time.
+// An answer may exceed the limit: the command has been executed, and only one runs at a time.
 void AnswerCache::keep(std::string_view key, std::string answer, Code code, Time now)
 {
     const auto entry = entries_.find(key);

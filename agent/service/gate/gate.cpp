@@ -29,7 +29,7 @@ constexpr size_t kMostPattern = 128;
 const std::string kStrangers = "a client without a role";
 constexpr RateLimit kStrangersLimit = {20, 40};
 
-// Only in the audit: nobody is there to be answered.
+// Only in the audit: the client has disconnected.
 constexpr std::string_view kNotRun = "not-run";
 
 constexpr char kRebooting[] = "the gateway reboots";
@@ -192,7 +192,7 @@ Session *Gate::open(std::shared_ptr<const Identity> who, Client &client)
 void Gate::close(Session *session)
 {
     std::erase(turns_, session);
-    // Leaving must keep no request out of the audit: a running command is carried out all the same,
+    // A client that leaves is audited as well: its running command is still carried out,
     // and one that waits never is.
     const auto now = Clock::now();
     for (const Session::Entry &entry : session->entries) {

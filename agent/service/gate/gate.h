@@ -89,7 +89,7 @@ class Gate : SupervisorListener {
     // Answers, in its turn, a line that was too long for the transport.
     void refuse(Session &session, Code code, std::string answer);
     void resume(Session &session);
-    // Subscribes to all events. The policy is asked for each of them, and nothing is refused.
+    // Subscribes to all events. The policy is checked for each of them; denied ones are omitted.
     static void follow_events(Session &session);
     // Whether the transport should stop reading the client's requests.
     static bool is_full(const Session &session);

@@ -282,7 +282,7 @@ void MqttCaller::on_message(const ReceivedMessage &message)
     const std::string_view id = below.substr(0, below.find('/'));
     const auto found = place_of_id_.find(id);
     if (found == place_of_id_.end() || id.size() == below.size()) {
-        return; // of a gateway that has not been asked for
+        return; // of a gateway that was not requested
     }
     Gateway &gateway = gateways_[found->second];
     const std::string_view rest = below.substr(id.size() + 1);

@@ -120,8 +120,8 @@ SIMULATED_GATEWAY_API int32_t simulated_gateway_load(const char *scenario, char 
                                                      size_t error_size);
 
 /*
- * Sets the clock. "2026-01-01T00:00:00", in UTC: it stands still at this time. "+3600": it moves
- * forward by so many seconds, up to ten years, and runs or stands still as before. NULL: it follows
+ * Sets the clock. "2026-01-01T00:00:00", in UTC: it stops at this time. "+3600": it moves
+ * forward by so many seconds, up to ten years, and runs or is stopped as before. NULL: it follows
  * the machine's clock. It ends with the process and is not part of the state.
  */
 SIMULATED_GATEWAY_API int32_t simulated_gateway_set_clock(const char *clock, char *error,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What can be asked for by HTTP: the console's files, and the paths below /api.
+// What can be requested by HTTP: the console's files, and the paths below /api.
 #pragma once
 
 #include "service/ways_in/http/connection.h"

@@ -12,7 +12,7 @@ constexpr RateLimit kOfAddress = {0.2, 5};
 constexpr RateLimit kOfAll = {2, 20};
 constexpr size_t kMostAddresses = 1024;
 
-// A host with IPv6 has a network of addresses, so its first half stands for all of them.
+// A host with IPv6 has a network of addresses, so only the first half identifies it.
 std::string network_of(const std::string &address)
 {
     boost::system::error_code problem;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Verifies passwords on a thread of its own, one after the other, since it takes long on purpose.
+// Verifies passwords on a separate thread, one after the other, since each takes long on purpose.
 #pragma once
 
 #include "service/ways_in/http/security.h"

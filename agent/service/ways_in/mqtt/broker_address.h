@@ -14,8 +14,8 @@ struct BrokerAddress {
     uint16_t port = 0;
 
     std::string url() const; // always with the port
-    // Whether nobody but this machine can be meant. What "localhost" resolves to is checked again
-    // before the connection.
+    // Whether the address is certainly of this machine. What "localhost" resolves to is checked
+    // again before the connection.
     bool is_local() const;
 };
 

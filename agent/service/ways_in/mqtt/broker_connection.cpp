@@ -76,7 +76,7 @@ class Properties {
     mosquitto_property *list_ = nullptr;
 };
 
-// Takes over a text that the library has allocated.
+// Takes ownership of a text that the library has allocated.
 std::string taken(char *text)
 {
     std::string copy = text != nullptr ? text : "";

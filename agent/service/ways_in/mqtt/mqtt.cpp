@@ -249,7 +249,7 @@ void Mqtt::on_addresses(std::vector<std::string> addresses, const std::string &p
         return;
     }
     addresses_ = std::move(addresses);
-    if (broker().is_local()) { // whatever the resolver says, no other machine was meant
+    if (broker().is_local()) { // no other machine is meant, regardless of the resolver
         std::erase_if(addresses_,
                       [](const std::string &address) { return !is_loopback_address(address); });
     }

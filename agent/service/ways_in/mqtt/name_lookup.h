@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Resolves names on a thread of its own: a silent name server takes ten seconds, and no other
+// Resolves names on a separate thread: a silent name server takes ten seconds, and no other
 // transport may wait for it.
 #pragma once
 

@@ -74,7 +74,7 @@ Request request_of(const Topics::Target &target, std::string_view payload)
     }
     std::string line(kNoId);
     line += target.kind == Topics::Target::Kind::kReport ? R"("report":")" : R"("command":")";
-    line += target.name; // letters that need no escape
+    line += target.name; // characters that need no escape
     line += R"(","params":)";
     const size_t begin = line.size();
     line += payload.empty() ? "{}" : payload;
