@@ -95,14 +95,20 @@ def error_responses():
             for status in ("400", "401", "403", "413", "429", "502", "503", "504")}
 
 
+# What is refused before the gate has no code: who sends it is not known.
+WITHOUT_CODE = {"type": "object", "properties": {"error": {"type": "string"}}, "required": ["error"]}
+
+
 def responses():
-    by_status = {401: ["the request has no valid token or session"]}
+    by_status = {401: ["the request has no valid token or session"],
+                 403: ["the page is of another origin, which has no code"]}
+    schemas = {401: WITHOUT_CODE, 403: WITHOUT_CODE}
     for code, (status, meaning) in CODES.items():
         by_status.setdefault(status, []).append(f"{code}: {meaning}")
     found = {}
     for status, meanings in sorted(by_status.items()):
         found[str(status)] = {"description": "; ".join(meanings),
-                              "content": {JSON: {"schema": component("error")}}}
+                              "content": {JSON: {"schema": schemas.get(status, component("error"))}}}
         if status in (429, 503):
             found[str(status)]["headers"] = {"Retry-After": {
                 "description": "when another attempt makes sense, in seconds", "schema": {"type": "integer"}}}

@@ -27,7 +27,7 @@ std::string refusal_in(const ServiceAnswer &answer)
 {
     return "the service refuses: " + answer.error +
            (answer.code.empty() ? "" : " (" + answer.code + ")") +
-           (answer.rule.empty() ? "" : ", by " + answer.rule);
+           (answer.rule.empty() ? "" : ": " + answer.rule);
 }
 
 } // namespace

@@ -75,7 +75,8 @@ void add_run(CLI::App &app, Options &options)
     run->add_flag_function("--in-process", ignore_count, "The same as --worker in-process")
         ->excludes(run->get_option("--worker"));
     run->footer(R"(
-Without a policy only the user who started the service may use it.
+Without a policy it serves the user who started it, clients with the console's token,
+and a local broker for queries without secrets.
 Options take precedence over the file. SIGHUP loads the file again.)");
     run->callback([&app, run, chosen, &options] {
         chosen->given = given_settings(app, *run);

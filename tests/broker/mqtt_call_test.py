@@ -125,7 +125,7 @@ class MqttCallTest(case.BrokerCase):
         status, message = self.refused(broker, "--id", "gw", CHANGE, "Name=x")
         self.assertEqual(status, 1)
         self.assertEqual(message, f"the gateway refuses: the policy does not allow {CHANGE} to topic-root:gateway "
-                         '(denied), by no policy is given; add to one: [roles.NAME] members = '
+                         '(denied): no policy is given; add to one: [roles.NAME] members = '
                          f'["topic-root:gateway"], allow = ["{CHANGE}"]')
 
     def test_no_answer(self):

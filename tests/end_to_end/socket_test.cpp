@@ -212,7 +212,7 @@ TEST_F(Socket, SaysWhyTheServiceRefuses)
             words, {R"({"id":1,"error":"not for you","code":"denied","rule":"a.toml:3"})"});
         EXPECT_EQ(denied.exit_status, 1);
         EXPECT_EQ(denied.error,
-                  "hgagent: the service refuses: not for you (denied), by a.toml:3\n");
+                  "hgagent: the service refuses: not for you (denied): a.toml:3\n");
         EXPECT_THAT(denied.output, IsEmpty());
     }
     EXPECT_EQ(

@@ -196,7 +196,7 @@ class MqttCall : MqttCallerListener {
         if (!answer.error.empty()) {
             print_error("the gateway refuses: " + answer.error +
                         (answer.code.empty() ? "" : " (" + answer.code + ")") +
-                        (answer.rule.empty() ? "" : ", by " + answer.rule));
+                        (answer.rule.empty() ? "" : ": " + answer.rule));
             raise(kCommandFailed);
             return;
         }
