@@ -597,7 +597,8 @@ TEST_F(Expiry, LetsARepetitionTakeThePlace)
     end_blocker();
     EXPECT_THAT(given, ElementsAre(HasSubstr("\"id\":9"), kSetAgain));
     worker_says(kDoneAgain);
-    EXPECT_THAT(client.answers, ElementsAre(HasSubstr("expired"), kDoneAgain));
+    EXPECT_THAT(client.answers,
+                ElementsAre(AllOf(HasSubstr("duplicate: "), HasSubstr("expired")), kDoneAgain));
 }
 
 } // namespace agent::service

@@ -46,7 +46,7 @@ class AnswerCache {
     // The key's request has not been executed: the next one with the key is a new request.
     void forget(std::string_view key);
 
-    // At the last call with a time.
+    // Without those that had expired when a time was last passed.
     size_t answers() const { return entries_.size(); }
     size_t bytes() const { return bytes_; }
 

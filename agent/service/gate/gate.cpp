@@ -192,8 +192,8 @@ Session *Gate::open(std::shared_ptr<const Identity> who, Client &client)
 void Gate::close(Session *session)
 {
     std::erase(turns_, session);
-    // A client that leaves is audited as well: its running command is still carried out,
-    // and one that waits never is.
+    // The requests of a client that leaves are audited as well: its running command is still
+    // carried out, and one that waits never is.
     const auto now = Clock::now();
     for (const Session::Entry &entry : session->entries) {
         if (!entry.is_answered) {
@@ -385,8 +385,9 @@ void Gate::answer_repetitions(const std::string &key, std::string_view answer, C
     }
 }
 
-// The request with the key will not be executed: its first repetition takes its place.
-void Gate::pass_on(const std::string &key)
+// The request with the key will not be executed: its first repetition takes its place. Result: the
+// repetition's session, or null.
+Session *Gate::pass_on(const std::string &key)
 {
     for (const auto &session : sessions_) {
         for (Session::Entry &entry : session->entries) {
@@ -397,11 +398,12 @@ void Gate::pass_on(const std::string &key)
                 --waiting_repetitions_;
                 ++session->waiting;
                 line_up(*session);
-                return;
+                return session.get();
             }
         }
     }
     answers_.forget(key);
+    return nullptr;
 }
 
 void Gate::refuse(Session &session, const Request &request, const Policy::Verdict &verdict,
@@ -524,7 +526,8 @@ void Gate::drop_expired(Session &session)
            error_answer(entry.request.id, Code::kTimeout,
                         "the request has expired before its turn, and is not executed"));
     if (!entry.request.repeat_key.empty()) {
-        pass_on(std::string(entry.request.repeat_key));
+        // The client gets the answer of its repetition instead.
+        entry.is_duplicate = pass_on(std::string(entry.request.repeat_key)) == &session;
     }
     flush(session);
 }

@@ -120,7 +120,7 @@ class Gate : SupervisorListener {
     bool begin_answer(const Request &request);
     void settle(const std::string &key, std::string_view answer, Code code);
     void answer_repetitions(const std::string &key, std::string_view answer, Code code);
-    void pass_on(const std::string &key);
+    Session *pass_on(const std::string &key);
     void drop_expired(Session &session);
     void refuse(Session &session, const Request &request, const Policy::Verdict &verdict, Code code,
                 std::string_view text);
