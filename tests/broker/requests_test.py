@@ -76,8 +76,9 @@ class RequestsTest(case.BrokerCase):
         self.assertEqual(client.ask("GET_SN_INFO").body["result"], 0)
         watcher.await_message(lambda message: message.topic == client.reply)
         astray = [message.topic for message in watcher.messages if message.correlation == b"astray"
-                  and not message.topic.startswith("gateway/gw/command/")]
+                  and not message.payload.startswith(b'{"Name"')]  # which are the requests
         self.assertEqual(set(astray) - set(allowed), set())
+        self.assertEqual(self.running.executed(), {f"n{elsewhere.index(*allowed)}": 1})
 
     def test_configured_response_topics(self):
         client = self.start("--response-topic", "platform/answers/")

@@ -109,7 +109,7 @@ class MqttClient : Client {
     static std::string too_large(const Asked &asked, size_t packet, size_t limit)
     {
         std::string text = "the answer makes a packet of " + std::to_string(packet) +
-                           " bytes, and the broker carries " + std::to_string(limit);
+                           " bytes, and packets may have " + std::to_string(limit);
         if (!asked.wants_gzip) {
             text += "; with the user property accept-encoding: gzip it is smaller";
         }
@@ -325,6 +325,7 @@ void Mqtt::on_connected()
     timer_.cancel();
     is_online_ = true;
     online_since_ = Clock::now();
+    brokers_[broker_].max_packet = connection_->features().max_packet;
     failures_ = 0;
     addresses_.clear();
     problem_.clear();
@@ -333,7 +334,8 @@ void Mqtt::on_connected()
     for (; !unacknowledged_.empty(); unacknowledged_.pop_back()) {
         waiting_.push_front(std::move(unacknowledged_.back()));
     }
-    publish_state(true);
+    // Even if the queue is full: the retained state would be that of the last connection's end.
+    queue({state(true), std::nullopt});
     publish_waiting();
 }
 
@@ -389,7 +391,7 @@ void Mqtt::on_message(const ReceivedMessage &message)
         return;
     }
     if (target.kind == Topics::Target::Kind::kState) {
-        publish_state(!is_stopping_);
+        send(state(!is_stopping_), std::nullopt);
         return;
     }
     const std::string response_topic = target.kind == Topics::Target::Kind::kLine
@@ -433,10 +435,9 @@ void Mqtt::submit(const ReceivedMessage &message, const Topics::Target &target,
     // The gate keeps the answers of a client in order, so there is an end to what it can refuse.
     // Not to read on would only move the queue to the broker, which drops what is too much.
     const bool is_full = client->is_full() || (asked_ > 0 && asked_ + asked.bytes > kMostAsked);
-    if (is_stopping_ || is_full) {
-        client->answer(asked, error_answer(asked.id, Code::kBusy,
-                                           is_stopping_ ? "the service stops"
-                                                        : "too many requests are waiting already"));
+    if (is_full) {
+        client->answer(
+            asked, error_answer(asked.id, Code::kBusy, "too many requests are waiting already"));
         return;
     }
     const std::string &mark = is_line ? request.id : message.correlation;
@@ -496,11 +497,9 @@ void Mqtt::schedule_look()
 
 size_t Mqtt::max_packet() const
 {
-    size_t limit = options_.max_packet > 0 ? options_.max_packet : SIZE_MAX;
-    if (connection_ != nullptr && connection_->features().max_packet > 0) {
-        limit = std::min<size_t>(limit, connection_->features().max_packet);
-    }
-    return limit;
+    const size_t limit = options_.max_packet > 0 ? options_.max_packet : SIZE_MAX;
+    const size_t of_broker = brokers_[broker_].max_packet;
+    return of_broker > 0 ? std::min(limit, of_broker) : limit;
 }
 
 bool Mqtt::may_publish(const PublishedMessage &message) const
@@ -522,6 +521,11 @@ void Mqtt::send(PublishedMessage message, std::optional<Clock::time_point> expir
         note("answers are lost, because the broker does not take them");
         return;
     }
+    queue(std::move(waiting));
+}
+
+void Mqtt::queue(Waiting waiting)
+{
     pending_ += packet_size(waiting.message);
     waiting_.push_back(std::move(waiting));
     was_full_ = was_full_ || !has_room();
@@ -591,11 +595,6 @@ PublishedMessage Mqtt::state(bool is_online) const
     return message;
 }
 
-void Mqtt::publish_state(bool is_online)
-{
-    send(state(is_online), std::nullopt);
-}
-
 // ---- The end ------------------------------------------------------------------------------------
 
 void Mqtt::stop_accepting()
@@ -615,7 +614,8 @@ void Mqtt::on_empty(std::function<void()> tell)
         std::exchange(on_empty_, nullptr)();
         return;
     }
-    publish_state(false);
+    queue({state(false), std::nullopt});
+    publish_waiting();
     end_if_sent();
 }
 

@@ -96,12 +96,12 @@ class Mqtt : public WayIn, BrokerListener {
     void note(const std::string &text);
 
     void send(PublishedMessage message, std::optional<Clock::time_point> expires);
+    void queue(Waiting waiting); // regardless of the room
     bool may_publish(const PublishedMessage &message) const;
     void publish(Waiting waiting);
     void publish_waiting();
     bool has_room() const { return pending_ < limits_.pending; }
     size_t max_packet() const;
-    void publish_state(bool is_online);
     PublishedMessage state(bool is_online) const;
     void end_if_sent();
 
@@ -117,6 +117,7 @@ class Mqtt : public WayIn, BrokerListener {
         BrokerAddress address;
         bool retains = true; // and what it accepts of a will
         int qos = 1;
+        size_t max_packet = 0; // as it said last; 0: any
     };
     std::vector<Broker> brokers_;
     size_t broker_ = 0;                  // the one that is tried or connected
