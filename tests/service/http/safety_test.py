@@ -63,6 +63,19 @@ class Login(ServiceTest):
         self.assertEqual(self.ask("GET", "/api/session", headers=cookie, token=False)[0], 401)
         self.assertEqual(self.ask("GET", "/api/session", headers=other, token=False)[0], 200)
 
+    def test_logout_of_a_session_that_is_used_as_a_bearer(self):
+        session = {"Authorization": "Bearer " + self.cookie().split("=")[1]}
+        self.assertEqual(self.ask("GET", "/api/session", headers=session)[0], 200)
+        self.assertEqual(self.ask("POST", "/api/logout", headers=session)[0], 204)
+        self.assertEqual(self.ask("GET", "/api/session", headers=session)[0], 401)
+
+    def test_the_token_stays_valid_after_a_logout(self):
+        self.assertEqual(self.ask("POST", "/api/logout")[0], 204)
+        self.assertEqual(self.ask("GET", "/api/session")[0], 200)
+
+    def test_a_user_where_there_are_none(self):
+        self.assertEqual(self.ask("POST", "/api/login", {"user": "alice", "password": "x"}, token=False)[0], 401)
+
     def test_wrong_secrets(self):
         token = self.service.token
         for wrong in ("", "0" * 64, token[:-1], token + "0", token.upper() + " ", token[:-1] + ("0" if token[-1] != "0" else "1")):

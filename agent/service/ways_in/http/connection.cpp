@@ -69,7 +69,8 @@ void HttpConnection::close_when_done()
 
 std::optional<Clock::time_point> HttpConnection::idle_since() const
 {
-    const bool is_idle = phase_ == Phase::kWaiting || phase_ == Phase::kReading;
+    const bool is_uploading = handler_ != nullptr && handler_->takes_long();
+    const bool is_idle = phase_ == Phase::kWaiting || (phase_ == Phase::kReading && !is_uploading);
     return is_idle ? std::optional(since_) : std::nullopt;
 }
 

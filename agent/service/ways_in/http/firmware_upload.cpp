@@ -78,9 +78,13 @@ class FirmwareUpload : public HttpHandler {
 
     bool on_body(std::string_view part) override
     {
-        if (problem_.empty() &&
-            write(file_->get(), part.data(), part.size()) != static_cast<ssize_t>(part.size())) {
-            problem_ = system_problem("cannot write " + path_);
+        for (std::string_view rest = part; problem_.empty() && !rest.empty();) {
+            const ssize_t written = write(file_->get(), rest.data(), rest.size());
+            if (written >= 0) {
+                rest.remove_prefix(static_cast<size_t>(written));
+            } else if (errno != EINTR) {
+                problem_ = system_problem("cannot write " + path_);
+            }
         }
         if (!problem_.empty()) {
             connection_.respond(refusal(status::kNoStorage, problem_));

@@ -248,8 +248,12 @@ bool HttpServer::is_token(std::string_view token) const
 bool HttpServer::check_password(const std::string &address, const std::string &user,
                                 std::string password, PasswordChecker::Done done)
 {
-    if (!limiter_.take(address, Clock::now()) || !checker_) {
+    if (!limiter_.take(address, Clock::now())) {
         return false;
+    }
+    if (!checker_) { // there are no users
+        done(false);
+        return true;
     }
     const std::string hash = passwords_.hash_of(user);
     // A reload may have removed the user or changed the password meanwhile.
@@ -259,18 +263,22 @@ bool HttpServer::check_password(const std::string &address, const std::string &u
                            });
 }
 
+std::string HttpServer::secret_of(const HttpRequest &request) const
+{
+    const std::string *given = request.find("authorization");
+    if (given == nullptr) {
+        return cookie_of(request);
+    }
+    const std::string_view text(*given);
+    const bool is_bearer = same_text(text.substr(0, kBearer.size()), kBearer);
+    return std::string(is_bearer ? text.substr(kBearer.size()) : std::string_view());
+}
+
 std::optional<Login> HttpServer::login_of(const HttpRequest &request)
 {
-    std::string secret = cookie_of(request);
-    if (const std::string *given = request.find("authorization")) {
-        const std::string_view text(*given);
-        if (!same_text(text.substr(0, kBearer.size()), kBearer)) {
-            return std::nullopt;
-        }
-        secret = text.substr(kBearer.size());
-        if (is_token(secret)) {
-            return Login{token_holder_, kTokenLogin};
-        }
+    const std::string secret = secret_of(request);
+    if (request.find("authorization") != nullptr && is_token(secret)) {
+        return Login{token_holder_, kTokenLogin};
     }
     const Login *login = logins_.find(secret, Clock::now());
     return login != nullptr ? std::optional(*login) : std::nullopt;
@@ -288,11 +296,14 @@ std::string HttpServer::log_in(std::shared_ptr<const Identity> who)
 
 void HttpServer::log_out(const HttpRequest &request)
 {
-    const auto login = login_of(request);
-    logins_.close(cookie_of(request));
-    if (login) {
-        tell_logout(login->id);
+    const std::string secret = secret_of(request);
+    const Login *found = logins_.find(secret, Clock::now());
+    if (found == nullptr) { // the console's token, which stays valid
+        return;
     }
+    const Login login = *found;
+    logins_.close(secret);
+    tell_logout(login.id);
 }
 
 void HttpServer::tell_logout(const std::string &login)

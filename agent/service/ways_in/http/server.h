@@ -122,6 +122,8 @@ class HttpServer : public WayIn {
     bool drop_an_idle_one();
     std::string cookie_name() const;
     std::string cookie_of(const HttpRequest &request) const;
+    // The token or the session of a cookie or a bearer; empty if there is none.
+    std::string secret_of(const HttpRequest &request) const;
 
     boost::asio::io_context &loop_;
     Gate &gate_;
