@@ -211,8 +211,7 @@ TEST_F(Socket, SaysWhyTheServiceRefuses)
         const AgentResult denied = answered(
             words, {R"({"id":1,"error":"not for you","code":"denied","rule":"a.toml:3"})"});
         EXPECT_EQ(denied.exit_status, 1);
-        EXPECT_EQ(denied.error,
-                  "hgagent: the service refuses: not for you (denied): a.toml:3\n");
+        EXPECT_EQ(denied.error, "hgagent: the service refuses: not for you (denied): a.toml:3\n");
         EXPECT_THAT(denied.output, IsEmpty());
     }
     EXPECT_EQ(
