@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <set>
 
 using Json = nlohmann::ordered_json;
@@ -30,7 +31,7 @@ class Examples : public testing::TestWithParam<embedded::Text> {
 
 std::string command_of(const testing::TestParamInfo<embedded::Text> &file)
 {
-    return Json::parse(file.param.text)["command"];
+    return std::filesystem::path(file.param.file_name).stem();
 }
 
 TEST_P(Examples, AreWhatTheCommandsReply)
@@ -75,7 +76,9 @@ std::vector<embedded::Text> with_secrets()
 {
     std::vector<embedded::Text> files;
     for (const embedded::Text &file : embedded::protocol_commands()) {
-        if (!secrets_in(Json::parse(file.text)).empty()) {
+        // Each test is a process of its own and makes this list: most files need not be parsed.
+        if (file.text.find("\"secret\"") != std::string_view::npos &&
+            !secrets_in(Json::parse(file.text)).empty()) {
             files.push_back(file);
         }
     }
