@@ -99,7 +99,8 @@ def answer_text(document):
     return "\n".join([
         table(("Property of MQTT 5", "Value", "Meaning"), property_rows(trait, "text")),
         "The payload has a `result` and a `reply`, or an `error` and a `code`. The `result` is 0 for a command, "
-        "and that of its function for a report:\n",
+        "-3 if there is no such command, whose `reply` is then the parameters unchanged, and for a report that of its "
+        "function:\n",
         fenced(shown["SET_HG_BASE_INFO.answer"]["examples"][0]["payload"]) + fenced(error),
         table(("`code`", "Meaning"), [(f"`{code}`", meaning) for code, (_, meaning) in CODES.items()])])
 

@@ -14,7 +14,8 @@ namespace {
 
 constexpr char kFooter[] = R"(
 Exit status:
-  0  done; for call and report: the reply's "Status" is "0", or there is none
+  0  done; for call and report: the reply's "Status" is "0", or there is none; run: ended by SIGTERM
+     or SIGINT
   1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
      conformance: a check failed; with --socket: the service refused; mqtt-call: as call, or a

@@ -40,7 +40,7 @@ std::string library_path(const std::string &given, const char *standard)
     std::error_code problem;
     const fs::path folder = fs::read_symlink("/proc/self/exe", problem).parent_path();
     if (problem) {
-        throw HostError(kCannotLoad, std::string("cannot tell where ") + standard +
+        throw HostError(kCannotLoad, std::string("cannot find out where ") + standard +
                                          " is: /proc/self/exe: " + problem.message());
     }
     const fs::path installed = (folder / HGAGENT_LIBRARIES / standard).lexically_normal();

@@ -49,7 +49,7 @@ template <class Function> Function *gateway_function(const char *name)
 }
 
 // A requested reboot is not logged: a line of the log would count as an error.
-void tell_of_reboot()
+void report_reboot()
 {
     try {
         agent::print_error("the gateway reboots");
@@ -137,7 +137,7 @@ int system(const char *command)
         return 0; // no shell is available
     }
     if (strcmp(command, "sync;reboot") == 0) {
-        tell_of_reboot();
+        report_reboot();
         power_cycle();
         return 0;
     }

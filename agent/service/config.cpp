@@ -516,6 +516,9 @@ std::string problem_of_mqtt(const ServiceConfig &config)
     if (mqtt.id.empty()) {
         return "a gateway on a broker needs a name: --id, or id in [mqtt]";
     }
+    if (std::string problem = problem_of_client_identifier(mqtt.root, mqtt.id); !problem.empty()) {
+        return problem;
+    }
     if (mqtt.certificate.empty() != mqtt.key.empty()) {
         return "a certificate and its key are given together";
     }

@@ -5,6 +5,7 @@
 #include "commands/options.h"
 #include "service/common/config_error.h"
 #include "service/gate/policy.h"
+#include "service/ways_in/mqtt/topics.h"
 
 #include <chrono>
 #include <cstdint>
@@ -65,7 +66,7 @@ struct LimitsConfig {
 struct MqttConfig {
     std::vector<std::string> brokers; // URLs, in the order in which they are tried
     std::string id;
-    std::string root = "gateway";
+    std::string root = kDefaultRoot;
     std::vector<std::string> response_topics; // besides those below reply/
     bool trust = false;                       // local brokers only: everything is allowed
     bool insecure = false;                    // other brokers without TLS

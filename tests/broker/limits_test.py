@@ -88,6 +88,33 @@ class LimitsTest(case.BrokerCase):
         self.assertIs(state.body["online"], True)
         self.assertEqual(client.ask("GET_SN_INFO").body["result"], 0)
 
+    def test_questions_for_the_state_have_the_rate_of_the_role(self):
+        broker = self.mosquitto()
+        policy = self.folder / "policy.toml"
+        policy.write_text('[roles.a]\nmembers = ["topic-root:gateway"]\nallow = ["*"]\nrate = 0.001\nburst = 3\n',
+                          encoding="ascii")
+        running = self.service("--broker", broker.url, "--id", "gw", "--policy", policy, device=False)
+        client = self.caller(broker)
+        client.subscribe("gateway/gw/state")
+        client.await_message(lambda message: message.retained)
+        for _ in range(10):
+            client.publish("gateway/gw/state/get")
+        self.assertEqual(client.ask("GET_SN_INFO").code, "rate-limited")
+        self.assertEqual([message.topic for message in client.messages], ["gateway/gw/state"] * 3)
+        running.await_line("the state is not published again")
+
+    def test_two_gateways_of_one_id_below_different_roots(self):
+        """They have different client identifiers, so neither takes the session of the other."""
+        broker = self.mosquitto()
+        roots = ("gateway", "lab", "lab/upper")
+        for root in roots:
+            self.trusted(broker, "--root", root, name=root.replace("/", "-"), device=False)
+        for root in roots * 2:
+            self.assertEqual(self.caller(broker, root=root, name=f"caller-{root}").ask("GET_SN_INFO").body["result"], 0)
+        connected = re.findall(r"as (\S+) \(p5", broker.log())
+        self.assertEqual([name for name in connected if not name.startswith("caller")],
+                         ["gw", "gw@lab", "gw@lab@upper"])
+
     def test_quality_of_service_0_only(self):
         broker = self.mosquitto("max_qos 0")
         self.trusted(broker)

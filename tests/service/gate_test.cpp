@@ -63,12 +63,13 @@ class FakeClient : public Client {
         answers.push_back((answer.is_duplicate ? "duplicate: " : "") + std::string(answer.line));
         codes.push_back(answer.code);
     }
-    void on_event(std::string_view) override {}
+    void on_event(std::string_view line) override { events.emplace_back(line); }
     bool has_room() const override { return true; }
     void on_less_full() override {}
 
     std::vector<std::string> answers;
     std::vector<Code> codes;
+    std::vector<std::string> events;
 };
 
 class GateWithFakeWorker : public testing::Test {
@@ -89,7 +90,7 @@ class GateWithFakeWorker : public testing::Test {
         return gate->open(std::make_shared<Identity>(alice), its_client);
     }
 
-    static Request request(const char *line, const std::string &key = "key")
+    static Request request(const std::string &line, const std::string &key = "key")
     {
         Request read = read_request(line);
         read.repeat_key = key;
@@ -470,6 +471,49 @@ TEST_F(Repetitions, AreSubjectToThePolicy)
     EXPECT_EQ(alice.codes.at(3), Code::kNone);
     EXPECT_EQ(alice.codes.at(4), Code::kRateLimited);
     EXPECT_THAT(given, SizeIs(1));
+}
+
+TEST_F(GateWithFakeWorker, BoundsTheNameInARefusal)
+{
+    FakeClient stranger;
+    FakeClient watcher;
+    Session *its = open("mqtt", stranger, false);
+    Gate::follow_events(*open("mqtt", watcher));
+    gate->submit(*its, request(R"({"command":")" + std::string(128, 'a') + "\"}"));
+    gate->submit(*its, request(R"({"command":")" + std::string(100'000, 'b') + "\"}"));
+    EXPECT_THAT(stranger.answers.at(0), HasSubstr(" " + std::string(128, 'a') + " to user:alice"));
+    EXPECT_THAT(stranger.answers.at(1),
+                HasSubstr(" " + std::string(128, 'b') + " [99872 more bytes] to user:alice"));
+    EXPECT_THAT(watcher.events.at(0), HasSubstr(std::string(128, 'a') + "\""));
+    EXPECT_THAT(watcher.events.at(1), HasSubstr(std::string(128, 'b') + " [99872 more bytes]\""));
+}
+
+TEST_F(GateWithFakeWorker, TakesTokensForWhatATransportAnswers)
+{
+    const Identity alice{"mqtt", "user:alice", {"user:alice"}};
+    const Identity bob{"mqtt", "user:bob", {"user:bob"}};
+    const Identity owner{"mqtt", "user:alice", {"user:alice"}, true};
+    GateOptions options;
+    options.policy = Policy::parse(
+        "[roles.a]\nmembers=[\"user:alice\"]\nallow=[\"*\"]\nrate=0.001\nburst=3", "policy.toml");
+    gate->set_options(options);
+    Session *its = open("mqtt", client, false);
+    gate->submit(*its, request(kQuery));
+    EXPECT_TRUE(gate->take_token(alice));
+    EXPECT_TRUE(gate->take_token(alice));
+    EXPECT_FALSE(gate->take_token(alice));
+    gate->submit(*its, request(kQuery));
+    worker_says(kDone);
+    EXPECT_THAT(client.codes, ElementsAre(Code::kNone, Code::kRateLimited));
+    for (int asked = 0; asked < 1000; ++asked) {
+        ASSERT_TRUE(gate->take_token(owner));
+    }
+    // Clients without a role share their limit, which fills up again while a slow machine asks.
+    int allowed = 0;
+    for (int asked = 0; asked < 1000; ++asked) {
+        allowed += gate->take_token(bob) ? 1 : 0;
+    }
+    EXPECT_THAT(allowed, AllOf(testing::Ge(40), testing::Lt(1000)));
 }
 
 TEST_F(Repetitions, GetNoSecretsFromTheCache)

@@ -157,6 +157,19 @@ TEST(Topics, SubscribesToWhatItUnderstands)
     EXPECT_EQ(kTopics.reply("me"), "gateway/gw1/reply/me");
 }
 
+TEST(Topics, MakeAClientIdentifierPerRoot)
+{
+    EXPECT_EQ(client_identifier("gateway", "gw"), "gw");
+    EXPECT_EQ(client_identifier("lab", "gw"), "gw@lab");
+    EXPECT_EQ(client_identifier("lab/second-floor", "gw"), "gw@lab@second-floor");
+    const std::string id(64, 'a');
+    EXPECT_EQ(problem_of_client_identifier("gateway", id), "");
+    EXPECT_EQ(problem_of_client_identifier(std::string(63, 'b'), id), "");
+    EXPECT_EQ(problem_of_client_identifier(std::string(64, 'b'), id),
+              "the client identifier " + id + "@" + std::string(64, 'b') +
+                  " has more than 128 bytes: choose a shorter root or id");
+}
+
 TEST(Topics, ChecksNames)
 {
     for (const std::string &id :

@@ -144,7 +144,7 @@ TEST(Run, DoesNotGuessWhatALineAsksFor)
     for (const char *line : {R"({"id":1,"command":"GET_SN_INFO","command":"GET_WIFI_INFO"})",
                              R"({"id":1,"hello":{},"command":"GET_SN_INFO"})",
                              R"({"id":1,"report":"topology","comm\u0061nd":"GET_SN_INFO"})"}) {
-        EXPECT_EQ(client->ask(line), R"({"id":1,"error":"the line asks for more than one thing",)"
+        EXPECT_EQ(client->ask(line), R"({"id":1,"error":"the line has more than one request",)"
                                      R"("code":"bad-request"})");
     }
 }

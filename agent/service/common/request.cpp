@@ -236,7 +236,7 @@ Request read_request(std::string_view line)
     }
     // Otherwise gate and worker could disagree on which request is meant.
     if (kinds > 1) {
-        return refused(std::move(request), "the line asks for more than one thing");
+        return refused(std::move(request), "the line has more than one request");
     }
     return request;
 }

@@ -24,6 +24,7 @@ using std::chrono::milliseconds;
 constexpr size_t kMostEntries = 64;
 constexpr size_t kMostSubscriptions = 32;
 constexpr size_t kMostPattern = 128;
+constexpr size_t kMostName = 128; // of one that is shown: clients may choose a longer one
 
 // Clients without a role, who share a limit: all that they send is denied.
 const std::string kStrangers = "a client without a role";
@@ -34,6 +35,17 @@ constexpr std::string_view kNotRun = "not-run";
 
 constexpr char kRebooting[] = "the gateway reboots";
 constexpr char kStopping[] = "the service stops";
+
+bool is_stranger(const Policy::Verdict &verdict)
+{
+    return !verdict.allowed && verdict.role.empty();
+}
+
+// Whose tokens the client takes.
+const std::string &limited_role(const Policy::Verdict &verdict)
+{
+    return is_stranger(verdict) ? kStrangers : verdict.role;
+}
 
 std::string random_epoch()
 {
@@ -247,6 +259,12 @@ void Gate::refuse(Session &session, Code code, std::string answer)
     flush(session);
 }
 
+bool Gate::take_token(const Identity &who)
+{
+    return rates_.take(limited_role(options_.policy.decide(who, Subject::kControl, kHello)),
+                       Clock::now());
+}
+
 void Gate::submit(Session &session, Request request)
 {
     if (request.code != Code::kNone) {
@@ -260,16 +278,16 @@ void Gate::submit(Session &session, Request request)
         request.repeat_key =
             may_change(request) ? session.who->way_in + '\n' + request.repeat_key : "";
     }
-    const bool is_stranger = !verdict.allowed && verdict.role.empty();
     // A denied request takes a token as well: each is written to the audit.
-    if (!rates_.take(is_stranger ? kStrangers : verdict.role, Clock::now())) {
+    if (!rates_.take(limited_role(verdict), Clock::now())) {
         refuse(session, request, verdict, Code::kRateLimited,
-               (is_stranger ? kStrangers : "the role \"" + verdict.role + "\"") +
+               (is_stranger(verdict) ? kStrangers : "the role \"" + verdict.role + "\"") +
                    " has sent too many requests");
     } else if (!verdict.allowed) {
-        tell_refusal(session, request, verdict.rule);
+        report_refusal(session, request, verdict.rule);
         refuse(session, request, verdict, Code::kDenied,
-               "the policy does not allow " + request.name + " to " + session.who->name);
+               "the policy does not allow " + one_line(request.name, kMostName) + " to " +
+                   session.who->name);
     } else if (is_answered_here(request)) {
         answer_control(session, request);
     } else if (!request.epoch.empty() && request.epoch != epoch_ && may_change(request)) {
@@ -414,7 +432,7 @@ void Gate::refuse(Session &session, const Request &request, const Policy::Verdic
     refuse(session, code, error_answer(request.id, code, text, rule));
 }
 
-void Gate::tell_refusal(const Session &session, const Request &request, const std::string &rule)
+void Gate::report_refusal(const Session &session, const Request &request, const std::string &rule)
 {
     const Identity &who = *session.who;
     const auto omitted = refusals_.take(who.way_in + ' ' + who.name, Clock::now());
@@ -424,7 +442,8 @@ void Gate::tell_refusal(const Session &session, const Request &request, const st
     on_event("policy.refused",
              R"({"event":"policy.refused","data":{"who":)" + agent::quoted(who.name) +
                  R"(,"way_in":)" + agent::quoted(who.way_in) + R"(,"name":)" +
-                 agent::quoted(request.name) + R"(,"rule":)" + agent::quoted(rule) +
+                 agent::quoted(one_line(request.name, kMostName)) + R"(,"rule":)" +
+                 agent::quoted(rule) +
                  (*omitted > 0 ? R"(,"omitted":)" + std::to_string(*omitted) : "") + "}}");
 }
 

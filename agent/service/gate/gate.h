@@ -89,6 +89,9 @@ class Gate : SupervisorListener {
     // Answers, in its turn, a line that was too long for the transport.
     void refuse(Session &session, Code code, std::string answer);
     void resume(Session &session);
+    // For requests that a transport answers itself. Result: false if the client's role has sent too
+    // many.
+    bool take_token(const Identity &who);
     // Subscribes to all events. The policy is checked for each of them; denied ones are omitted.
     static void follow_events(Session &session);
     // Whether the transport should stop reading the client's requests.
@@ -128,7 +131,7 @@ class Gate : SupervisorListener {
     void audit(const Session &session, const Request &request, const Policy::Verdict &verdict,
                std::string_view code, std::string_view answer, std::chrono::microseconds waited,
                std::chrono::microseconds worked, bool is_repetition = false);
-    void tell_refusal(const Session &session, const Request &request, const std::string &rule);
+    void report_refusal(const Session &session, const Request &request, const std::string &rule);
     std::chrono::milliseconds time_of(const Request &request) const;
     void refuse_waiting(Code code, const std::string &text);
     void line_up(Session &session);

@@ -39,7 +39,7 @@ struct MqttCallOptions {
     std::vector<std::string> brokers;
     std::vector<std::string> ids;
     std::optional<std::string> ids_file;
-    std::string root = "gateway";
+    std::string root = kDefaultRoot;
     std::string events;
     bool follows = false;
     bool insecure = false;

@@ -403,9 +403,9 @@ void UnixSocket::stop_accepting()
     peers_.forget_waiting();
 }
 
-void UnixSocket::on_empty(std::function<void()> tell)
+void UnixSocket::on_empty(std::function<void()> done)
 {
-    on_empty_ = std::move(tell);
+    on_empty_ = std::move(done);
     for (const auto &connection : std::set(connections_)) {
         connection->close_when_done();
     }

@@ -50,7 +50,7 @@ class UnixSocket : public WayIn {
 
     // The socket exists until the destruction of this object.
     void stop_accepting() override;
-    void on_empty(std::function<void()> tell) override;
+    void on_empty(std::function<void()> done) override;
 
   private:
     friend class SocketConnection;

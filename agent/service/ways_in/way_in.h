@@ -17,7 +17,7 @@ class WayIn {
     // Accepts no more clients and no more requests.
     virtual void stop_accepting() = 0;
     // Closes each connection once its answers are written, and calls back when none is left.
-    virtual void on_empty(std::function<void()> tell) = 0;
+    virtual void on_empty(std::function<void()> done) = 0;
 };
 
 } // namespace agent::service

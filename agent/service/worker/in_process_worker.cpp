@@ -86,10 +86,10 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
             end.exit_status = kCannotLoad;
         }
         end.text = "ended with exit status " + std::to_string(*end.exit_status);
-        tell_end(end);
+        report_end(end);
     }
 
-    void tell_end(const WorkerEnd &end)
+    void report_end(const WorkerEnd &end)
     {
         const std::lock_guard lock(mutex_);
         if (loop_ != nullptr) {
@@ -233,7 +233,7 @@ void InProcessWorker::kill()
 {
     WorkerEnd end;
     end.text = "is left behind";
-    shared_->tell_end(end);
+    shared_->report_end(end);
 }
 
 } // namespace agent::service

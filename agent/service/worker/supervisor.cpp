@@ -163,8 +163,7 @@ void Supervisor::take_event(std::string_view line)
         events_in_second_ = 0;
     }
     if (++events_in_second_ > kMostEvents) {
-        on_worker_fault("tells of more than " + std::to_string(kMostEvents) +
-                        " events in a second");
+        on_worker_fault("reports more than " + std::to_string(kMostEvents) + " events in a second");
         return;
     }
     const std::string_view name = name_at(line, kEventBegin.size());

@@ -107,7 +107,7 @@ void HttpServer::end_logins_without(const PasswordFile &passwords)
         return is_over;
     });
     for (const std::string &login : ended) {
-        tell_logout(login);
+        report_logout(login);
     }
 }
 
@@ -303,10 +303,10 @@ void HttpServer::log_out(const HttpRequest &request)
     }
     const Login login = *found;
     logins_.close(secret);
-    tell_logout(login.id);
+    report_logout(login.id);
 }
 
-void HttpServer::tell_logout(const std::string &login)
+void HttpServer::report_logout(const std::string &login)
 {
     for (const auto &peer : std::set(peers_)) {
         peer->on_logout(login);
@@ -321,9 +321,9 @@ void HttpServer::stop_accepting()
     is_stopping_ = true;
 }
 
-void HttpServer::on_empty(std::function<void()> tell)
+void HttpServer::on_empty(std::function<void()> done)
 {
-    on_empty_ = std::move(tell);
+    on_empty_ = std::move(done);
     for (const auto &peer : std::set(peers_)) {
         peer->close_when_done();
     }

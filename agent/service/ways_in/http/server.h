@@ -78,7 +78,7 @@ class HttpServer : public WayIn {
     bool has_console() const { return files_.has_console(); }
 
     void stop_accepting() override;
-    void on_empty(std::function<void()> tell) override;
+    void on_empty(std::function<void()> done) override;
 
     // ---- For the connections.
     using Clock = std::chrono::steady_clock;
@@ -116,7 +116,7 @@ class HttpServer : public WayIn {
 
   private:
     void end_logins_without(const PasswordFile &passwords);
-    void tell_logout(const std::string &login);
+    void report_logout(const std::string &login);
     void accept();
     void open(boost::asio::ip::tcp::socket socket);
     bool drop_an_idle_one();

@@ -267,7 +267,7 @@ void Mqtt::connect()
     options.broker = broker();
     options.address = std::move(addresses_.back());
     addresses_.pop_back();
-    options.id = options_.id;
+    options.id = client_identifier(options_.root, options_.id);
     options.credentials = credentials_;
     options.keep_alive = options_.keep_alive;
     options.session = options_.session;
@@ -391,7 +391,11 @@ void Mqtt::on_message(const ReceivedMessage &message)
         return;
     }
     if (target.kind == Topics::Target::Kind::kState) {
-        send(state(!is_stopping_), std::nullopt);
+        if (gate_.take_token(*who_)) {
+            send(state(!is_stopping_), std::nullopt);
+        } else {
+            note("the state is not published again, because there are too many requests for it");
+        }
         return;
     }
     const std::string response_topic = target.kind == Topics::Target::Kind::kLine
@@ -606,9 +610,9 @@ void Mqtt::stop_accepting()
     }
 }
 
-void Mqtt::on_empty(std::function<void()> tell)
+void Mqtt::on_empty(std::function<void()> done)
 {
-    on_empty_ = std::move(tell);
+    on_empty_ = std::move(done);
     if (!is_online_) {
         connection_.reset();
         std::exchange(on_empty_, nullptr)();

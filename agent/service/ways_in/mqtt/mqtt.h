@@ -61,7 +61,7 @@ class Mqtt : public WayIn, BrokerListener {
     // Requests that still arrive are answered `busy`.
     void stop_accepting() override;
     // Publishes that the gateway has gone, and disconnects.
-    void on_empty(std::function<void()> tell) override;
+    void on_empty(std::function<void()> done) override;
 
   private:
     friend class MqttClient;

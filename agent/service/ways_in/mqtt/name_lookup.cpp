@@ -65,7 +65,7 @@ class NameLookup::Shared : public std::enable_shared_from_this<NameLookup::Share
     }
 
     // On the thread.
-    void tell(Found found)
+    void report(Found found)
     {
         const std::lock_guard lock(mutex_);
         if (loop_ != nullptr) {
@@ -105,9 +105,9 @@ void NameLookup::start(const std::string &host, Done done)
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
     try {
-        std::thread([shared = shared_, host] { shared->tell(look_up(host)); }).detach();
+        std::thread([shared = shared_, host] { shared->report(look_up(host)); }).detach();
     } catch (const std::system_error &) {
-        shared_->tell({{}, "no thread can be started"});
+        shared_->report({{}, "no thread can be started"});
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }

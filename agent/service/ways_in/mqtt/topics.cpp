@@ -16,6 +16,7 @@ constexpr std::ptrdiff_t kMaxSlashes = 7;
 constexpr size_t kMaxId = 64;
 constexpr size_t kMaxRoot = 96;
 constexpr std::ptrdiff_t kMaxSlashesOfRoot = 3;
+constexpr size_t kMaxClientIdentifier = 128;
 
 constexpr std::string_view kLetters =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.:";
@@ -75,6 +76,27 @@ std::string problem_of_topic_root(std::string_view root)
         begin = end + 1;
     }
     return "";
+}
+
+std::string problem_of_client_identifier(std::string_view root, std::string_view id)
+{
+    const std::string identifier = client_identifier(root, id);
+    return identifier.size() <= kMaxClientIdentifier
+               ? ""
+               : "the client identifier " + identifier + " has more than " +
+                     std::to_string(kMaxClientIdentifier) + " bytes: choose a shorter root or id";
+}
+
+// Neither root nor id contains an @. A slash would be refused by brokers that insert the identifier
+// into the topics of their access lists.
+std::string client_identifier(std::string_view root, std::string_view id)
+{
+    std::string identifier(id);
+    if (root != kDefaultRoot) {
+        identifier += "@" + std::string(root);
+        std::ranges::replace(identifier, '/', '@');
+    }
+    return identifier;
 }
 
 std::string problem_of_response_topic(std::string_view topic)

@@ -12,8 +12,16 @@ namespace agent::service {
 // What is wrong with the names; empty if they are valid.
 std::string problem_of_gateway_id(std::string_view id);
 std::string problem_of_topic_root(std::string_view root);
+// Both are valid, each by itself.
+std::string problem_of_client_identifier(std::string_view root, std::string_view id);
 // A topic that answers may go to, or a prefix of such topics, which ends in a slash.
 std::string problem_of_response_topic(std::string_view topic);
+
+constexpr char kDefaultRoot[] = "gateway";
+
+// With which the gateway connects. Unique on a broker, where gateways with one id may have
+// different roots: they would take each other's session.
+std::string client_identifier(std::string_view root, std::string_view id);
 
 class Topics {
   public:
