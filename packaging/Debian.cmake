@@ -35,7 +35,8 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
 "headers of the command-processing plug-in for home gateways
 For developers of an agent that loads the plug-in, or of a device-access
 library for it: the headers, a CMake package, a pkg-config file, JSON Schemas
-of all commands, and a minimal agent and device library as examples.")
+of all commands, types for TypeScript and Python, and examples: a minimal
+agent and device library, and clients of a gateway.")
 
 set(CPACK_DEBIAN_AGENT_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_AGENT_PACKAGE_DEPENDS "smart-router-service ${same_version}")

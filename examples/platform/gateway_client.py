@@ -125,12 +125,15 @@ def bedtime(gateway, mac, start, end):
 
 def firmware(gateway, url):
     gateway.call("IMAGE_DOWNLOAD", {"MainRouter": {"UpdateUrl": url}})
-    while (event := gateway.next_event(600))[0] != "update.succeeded":
-        if event[0] == "update.failed":
-            raise Refused(event[1]["reason"])
-        if event[0] == "update.progress":
-            print(f"{event[1]['percent']} %", flush=True)
-    print(event[1]["version"])
+    while (event := gateway.next_event(600))[0] != "reboot.ended":
+        name, data = event
+        if name == "update.failed":
+            raise Refused(data["reason"])
+        if name == "update.progress":
+            print(f"{data['percent']} %", flush=True)
+        elif name == "reboot.begun":
+            print(f"reboots for {data['seconds']} seconds", flush=True)
+    print(gateway.call("GET_HG_BASE_INFO")["FWVersion"])
 
 
 def main():

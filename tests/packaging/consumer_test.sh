@@ -50,4 +50,9 @@ cc -std=gnu11 -D "EXAMPLE=\"$examples/minimal_host.c\"" "$here/consumer/loading_
 PLUGIN=$(pkg-config --variable=plugin smart_router_service_host)
 export PLUGIN DEVICE=$work/libmy_device.so
 expect_reply "$work/loading"
+
+# The types for clients of a gateway.
+types=$prefix/share/smart_router_service/types
+grep -q '^export interface Commands ' "$types/hg_protocol.d.ts"
+PYTHONPATH=$types python3 -B -c 'from hg_protocol import CallCommand, GetSnInfoReply'
 echo 'built by CMake and by pkg-config against what is installed'
