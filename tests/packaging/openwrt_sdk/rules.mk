@@ -3,3 +3,4 @@ INCLUDE_DIR := $(TOPDIR)/include
 CP := cp -fpR
 INSTALL_DIR := install -d -m0755
 INSTALL_BIN := install -m0755
+INSTALL_CONF := install -m0600

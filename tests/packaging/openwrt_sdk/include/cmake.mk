@@ -11,6 +11,11 @@ define Build/Configure
 	cmake --build $(PKG_BUILD_DIR)/build
 endef
 
+# With this machine's compiler and libraries.
+define Build/ConfigureHere
+	cmake -G Ninja -S $(PKG_BUILD_DIR) -B $(PKG_BUILD_DIR)/build -DCMAKE_INSTALL_PREFIX=/usr $(CMAKE_OPTIONS)
+endef
+
 define Build/Install
 	DESTDIR=$(PKG_INSTALL_DIR) cmake --install $(PKG_BUILD_DIR)/build
 endef
