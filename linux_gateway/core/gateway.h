@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// The gateway of this process: its configuration, its state, and what it sees of the machine.
+#pragma once
+
+#include "core/configuration.h"
+#include "core/state.h"
+#include "core/state_file.h"
+#include "enforcement/enforcement.h"
+#include "system/network_reader.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace linux_gateway {
+
+// What a device function works on. Nothing in it changes, so it is used without a lock.
+struct View {
+    const Configuration &configuration;
+    std::shared_ptr<const State> state;
+    std::shared_ptr<const Network> network; // at most half a second old
+};
+
+class Gateway {
+  public:
+    // Reads configuration and state, and puts the rules into the kernel. Throws an Error.
+    Gateway();
+
+    View view();
+
+    // Changes the state: the body works on a copy, and refuses by throwing an Error. The change is
+    // in the kernel and on the disk when this returns; if either fails, an Error is thrown and
+    // nothing has changed.
+    void change(const std::function<void(State &state, const View &view)> &body);
+
+    // Ends the threads; nothing may be changed from then on.
+    void close();
+
+  private:
+    View view_locked();
+    Rules rules(const State &state) const;
+
+    const Configuration configuration_;
+    std::mutex mutex_; // guards everything below
+    Enforcement enforcement_;
+    StateFile state_file_;
+    NetworkReader network_reader_;
+    std::shared_ptr<const State> state_;
+    std::shared_ptr<const Network> network_;
+    std::chrono::steady_clock::time_point network_time_;
+    bool is_closed_ = false;
+};
+
+} // namespace linux_gateway
