@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "core/configuration.h"
 
+#include "system/dhcp_server.h"
 #include "system/error.h"
 #include "system/files.h"
+#include "system/network_reader.h"
 #include "system/text.h"
 
 #include <cstdlib>
@@ -48,7 +50,8 @@ void read_file(Configuration &configuration, const std::string &path, const std:
         } else if (name == "lease_file") {
             take(configuration.lease_file);
         } else if (name == "dnsmasq_configuration") {
-            take(configuration.dnsmasq_configuration);
+            configuration.dnsmasq_configuration.resize(1);
+            take(configuration.dnsmasq_configuration.front());
         } else if (name == "resolver_configuration") {
             take(configuration.resolver_configuration);
         } else if (name == "state") {
@@ -72,9 +75,50 @@ void read_file(Configuration &configuration, const std::string &path, const std:
     }
 }
 
+// The LAN bridge: the only one with an IPv4 address, or the only one of those whose hosts get their
+// addresses from the DHCP server.
+std::string find_bridge(const Interfaces &interfaces, const DhcpServer &server)
+{
+    std::vector<std::string> bridges;
+    std::vector<std::string> served;
+    for (const Link &link : interfaces.links) {
+        if (link.kind != "bridge" || link.ipv4.empty()) {
+            continue;
+        }
+        bridges.push_back(link.name);
+        const Address &address = link.ipv4.front();
+        if (server.range_in(address.text, address.prefix_length) != nullptr) {
+            served.push_back(link.name);
+        }
+    }
+    const std::vector<std::string> &found = served.empty() ? bridges : served;
+    if (found.empty()) {
+        throw Error("no LAN bridge: no interface of this machine is a bridge with an IPv4 address");
+    }
+    if (found.size() > 1) {
+        std::string names;
+        for (const std::string &name : found) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+        throw Error("no LAN bridge: it could be " + names + "; name it as lan_bridge in " +
+                    file_of_configuration());
+    }
+    return found.front();
+}
+
+std::string find_wan_port(const Interfaces &interfaces, const std::string &lan_bridge)
+{
+    if (interfaces.default_route.empty() || interfaces.default_route == lan_bridge) {
+        throw Error("no WAN port: there is no default route that would show it; name it as "
+                    "wan_port in " +
+                    file_of_configuration());
+    }
+    return interfaces.default_route;
+}
+
 } // namespace
 
-Configuration configuration()
+Configuration find_configuration()
 {
     Configuration configuration;
     const std::string path = file_of_configuration();
@@ -82,6 +126,18 @@ Configuration configuration()
         read_file(configuration, path, *text);
     } else if (path != kDefaultFile) {
         throw Error("cannot read the configuration " + path);
+    }
+    const Interfaces interfaces = read_interfaces();
+    const DhcpServer server = read_dhcp_server(configuration.dnsmasq_configuration);
+    if (configuration.lan_bridge.empty()) {
+        configuration.lan_bridge = find_bridge(interfaces, server);
+    }
+    if (configuration.wan_port.empty()) {
+        configuration.wan_port = find_wan_port(interfaces, configuration.lan_bridge);
+    }
+    if (configuration.lease_file.empty()) {
+        constexpr char of_debian[] = "/var/lib/misc/dnsmasq.leases";
+        configuration.lease_file = server.lease_file.empty() ? of_debian : server.lease_file;
     }
     return configuration;
 }

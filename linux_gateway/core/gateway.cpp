@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "core/gateway.h"
 
+#include "core/obstacles.h"
+#include "system/dhcp_server.h"
 #include "system/error.h"
 #include "system/log.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace linux_gateway {
 
@@ -11,12 +16,19 @@ namespace linux_gateway {
 constexpr std::chrono::milliseconds kSnapshotTime{500};
 
 Gateway::Gateway()
-    : configuration_(configuration()), state_file_(configuration_.state),
-      state_(std::make_shared<const State>(state_file_.read()))
+    : configuration_(find_configuration()), machine_(read_machine()),
+      state_file_(configuration_.state), state_(std::make_shared<const State>(state_file_.read()))
 {
     const std::lock_guard lock(mutex_);
-    view_locked();
-    const std::string error = state_file_.is_ours() ? enforcement_.apply(rules(*state_)) : "";
+    const Rules wanted = rules(*state_, *view_locked().network);
+    for (const std::string &obstacle : obstacles(configuration_)) {
+        log_error(obstacle);
+    }
+    if (!state_file_.is_ours()) {
+        log_info("another process controls this gateway, so nothing can be set");
+        return;
+    }
+    const std::string error = enforcement_.apply(wanted);
     if (!error.empty()) {
         throw Error(error);
     }
@@ -33,10 +45,12 @@ View Gateway::view_locked()
         for (const auto &[mac, settings] : state_->hosts) {
             sources.known_hosts.insert(mac);
         }
+        sources.reserved_hosts =
+            read_dhcp_server(configuration_.dnsmasq_configuration).reserved_hosts;
         network_ = std::make_shared<const Network>(network_reader_.read(sources));
         network_time_ = now;
     }
-    return {configuration_, state_, network_};
+    return {configuration_, machine_, meter_, state_, network_};
 }
 
 View Gateway::view()
@@ -45,9 +59,26 @@ View Gateway::view()
     return view_locked();
 }
 
-Rules Gateway::rules(const State &state) const
+std::string gateway_name(const View &view)
 {
-    return rules_of(state, configuration_.lan_bridge, std::nullopt);
+    return view.state->name.empty() ? host_name() : view.state->name;
+}
+
+Rules Gateway::rules(const State &state, const Network &network)
+{
+    if (configuration_.management_host) {
+        const std::string &wanted = *configuration_.management_host;
+        const std::optional<Mac> mac = parse_mac(wanted);
+        const auto found = std::ranges::find_if(network.hosts, [&](const Host &host) {
+            return host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
+        });
+        if (mac) {
+            management_host_ = mac;
+        } else if (found != network.hosts.end()) {
+            management_host_ = found->mac;
+        }
+    }
+    return rules_of(state, configuration_.lan_bridge, management_host_);
 }
 
 void Gateway::change(const std::function<void(State &, const View &)> &body)
@@ -60,13 +91,19 @@ void Gateway::change(const std::function<void(State &, const View &)> &body)
         throw Error("another process controls this gateway: it has locked " + configuration_.state);
     }
     auto changed = std::make_shared<State>(*state_);
-    body(*changed, view_locked());
+    const View view = view_locked();
+    body(*changed, view);
+    std::erase_if(changed->hosts, [](const auto &entry) { return entry.second == HostSettings(); });
+    if (changed->hosts.size() > kMostHostSettings) {
+        throw Error("there are settings for " + std::to_string(kMostHostSettings) +
+                    " hosts already");
+    }
     if (*changed == *state_) {
         return;
     }
     // The kernel first: it has more reasons to refuse, and is rebuilt from the file after a crash.
-    const Rules before = rules(*state_);
-    const Rules after = rules(*changed);
+    const Rules before = rules(*state_, *view.network);
+    const Rules after = rules(*changed, *view.network);
     if (after != before) {
         const std::string error = enforcement_.apply(after);
         if (!error.empty()) {

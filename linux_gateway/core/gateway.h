@@ -6,6 +6,8 @@
 #include "core/state.h"
 #include "core/state_file.h"
 #include "enforcement/enforcement.h"
+#include "system/load_meter.h"
+#include "system/machine.h"
 #include "system/network_reader.h"
 
 #include <chrono>
@@ -20,9 +22,14 @@ namespace linux_gateway {
 // What a device function works on. Nothing in it changes, so it is used without a lock.
 struct View {
     const Configuration &configuration;
+    const Machine &machine;
+    LoadMeter &meter; // has a lock of its own
     std::shared_ptr<const State> state;
     std::shared_ptr<const Network> network; // at most half a second old
 };
+
+// The name given by the user, or the machine's.
+std::string gateway_name(const View &view);
 
 class Gateway {
   public:
@@ -41,9 +48,11 @@ class Gateway {
 
   private:
     View view_locked();
-    Rules rules(const State &state) const;
+    Rules rules(const State &state, const Network &network);
 
     const Configuration configuration_;
+    const Machine machine_;
+    LoadMeter meter_;
     std::mutex mutex_; // guards everything below
     Enforcement enforcement_;
     StateFile state_file_;
@@ -51,6 +60,7 @@ class Gateway {
     std::shared_ptr<const State> state_;
     std::shared_ptr<const Network> network_;
     std::chrono::steady_clock::time_point network_time_;
+    std::optional<Mac> management_host_; // once it was seen
     bool is_closed_ = false;
 };
 

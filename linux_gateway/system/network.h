@@ -60,6 +60,8 @@ struct Network {
     bool is_route_by_dhcp = false;
     std::vector<Host> hosts; // their order stays while they are there
 
+    // Whether the WAN port has a carrier, an address and a default route.
+    bool is_wan_connected() const;
     const Host *host(const Mac &mac) const;
 };
 

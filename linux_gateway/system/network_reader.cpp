@@ -169,32 +169,51 @@ void read_addresses(RouteSocket &socket, std::map<int, Link> &links)
     });
 }
 
-// Fills the gateways of the default routes over the WAN port.
+struct DefaultRoute {
+    int port = 0;
+    uint32_t metric = 0;
+    std::string gateway;
+    bool is_by_dhcp = false;
+};
+
+// The preferred default route of a family, over any port or over one.
+std::optional<DefaultRoute> read_default_route(RouteSocket &socket, int family,
+                                               std::optional<int> wanted_port)
+{
+    std::optional<DefaultRoute> best;
+    rtmsg request = {};
+    request.rtm_family = static_cast<unsigned char>(family);
+    socket.dump(RTM_GETROUTE, request, [&](const nlmsghdr &message) {
+        const auto *header = header_of<rtmsg>(message);
+        if (header == nullptr || header->rtm_dst_len != 0 || header->rtm_table != RT_TABLE_MAIN ||
+            header->rtm_type != RTN_UNICAST || header->rtm_family != family) {
+            return;
+        }
+        const Attributes<RTA_MAX + 1> attributes(message, sizeof(rtmsg));
+        DefaultRoute route;
+        route.port = static_cast<int>(attributes.number(RTA_OIF).value_or(0));
+        route.metric = attributes.number(RTA_PRIORITY).value_or(0);
+        route.gateway = address_text(family, attributes.bytes(RTA_GATEWAY));
+        route.is_by_dhcp = header->rtm_protocol == RTPROT_DHCP;
+        if (wanted_port.value_or(route.port) == route.port &&
+            (!best || route.metric < best->metric)) {
+            best = route;
+        }
+    });
+    return best;
+}
+
+// Fills what depends on the default routes over the WAN port.
 void read_routes(RouteSocket &socket, Network &network)
 {
-    for (const int family : {AF_INET, AF_INET6}) {
-        std::string &gateway = family == AF_INET ? network.gateway_ipv4 : network.gateway_ipv6;
-        uint32_t best = UINT32_MAX;
-        rtmsg request = {};
-        request.rtm_family = static_cast<unsigned char>(family);
-        socket.dump(RTM_GETROUTE, request, [&](const nlmsghdr &message) {
-            const auto *header = header_of<rtmsg>(message);
-            if (header == nullptr || header->rtm_dst_len != 0 ||
-                header->rtm_table != RT_TABLE_MAIN || header->rtm_type != RTN_UNICAST ||
-                header->rtm_family != family) {
-                return;
-            }
-            const Attributes<RTA_MAX + 1> attributes(message, sizeof(rtmsg));
-            const uint32_t metric = attributes.number(RTA_PRIORITY).value_or(0);
-            if (attributes.number(RTA_OIF) != static_cast<uint32_t>(network.wan->index) ||
-                metric >= best) {
-                return;
-            }
-            best = metric;
-            gateway = address_text(family, attributes.bytes(RTA_GATEWAY));
-            (family == AF_INET ? network.has_ipv4_route : network.has_ipv6_route) = true;
-            network.is_route_by_dhcp |= header->rtm_protocol == RTPROT_DHCP;
-        });
+    if (const auto route = read_default_route(socket, AF_INET, network.wan->index)) {
+        network.has_ipv4_route = true;
+        network.gateway_ipv4 = route->gateway;
+        network.is_route_by_dhcp = route->is_by_dhcp;
+    }
+    if (const auto route = read_default_route(socket, AF_INET6, network.wan->index)) {
+        network.has_ipv6_route = true;
+        network.gateway_ipv6 = route->gateway;
     }
 }
 
@@ -282,6 +301,25 @@ bool is_wireless(const Link &link)
 
 } // namespace
 
+Interfaces read_interfaces()
+{
+    RouteSocket socket;
+    std::map<int, Link> links = read_links(socket);
+    read_addresses(socket, links);
+    Interfaces interfaces;
+    std::optional<DefaultRoute> route = read_default_route(socket, AF_INET, std::nullopt);
+    if (!route) {
+        route = read_default_route(socket, AF_INET6, std::nullopt);
+    }
+    for (const auto &[index, link] : links) {
+        if (route && route->port == index) {
+            interfaces.default_route = link.name;
+        }
+        interfaces.links.push_back(link);
+    }
+    return interfaces;
+}
+
 Network NetworkReader::read(const NetworkSources &sources)
 {
     Network network;
@@ -339,6 +377,12 @@ Network NetworkReader::read(const NetworkSources &sources)
     seen_ = std::move(seen);
     std::ranges::sort(network.hosts, {}, [&](const Host &host) { return seen_[host.mac].order; });
     return network;
+}
+
+bool Network::is_wan_connected() const
+{
+    return wan && wan->is_up &&
+           ((has_ipv4_route && !wan->ipv4.empty()) || (has_ipv6_route && !wan->ipv6.empty()));
 }
 
 const Host *Network::host(const Mac &mac) const

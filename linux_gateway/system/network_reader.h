@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace linux_gateway {
 
@@ -19,6 +20,14 @@ struct NetworkSources {
     std::set<Mac> known_hosts;    // listed even when nothing is seen of them
     std::set<Mac> reserved_hosts; // the DHCP server reserves an address for them
 };
+
+// The interfaces of the machine with their addresses, for finding out which of them are used.
+struct Interfaces {
+    std::vector<Link> links;
+    std::string default_route; // name of the interface; empty if there is no route
+};
+// Throws an Error.
+Interfaces read_interfaces();
 
 class NetworkReader {
   public:

@@ -42,7 +42,7 @@ simulated_gateway/core       plugin_headers device_facts gateway_header line_out
 simulated_gateway/simulation simulated_gateway/io simulated_gateway/model
 simulated_gateway/firmware   simulated_gateway/io simulated_gateway/model gateway_header
 simulated_gateway/model      simulated_gateway/io plugin_headers embedded_texts
-linux_gateway/device         linux_gateway/core plugin_headers
+linux_gateway/device         linux_gateway/core linux_gateway/system plugin_headers
 linux_gateway/core           linux_gateway/enforcement linux_gateway/system plugin_headers
 linux_gateway/enforcement    linux_gateway/system
 linux_gateway/system         plugin_headers
