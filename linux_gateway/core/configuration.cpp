@@ -77,11 +77,11 @@ void read_file(Configuration &configuration, const std::string &path, const std:
 
 // The LAN bridge: the only one with an IPv4 address, or the only one of those whose hosts get their
 // addresses from the DHCP server.
-std::string find_bridge(const Interfaces &interfaces, const DhcpServer &server)
+std::string find_bridge(const std::vector<Link> &interfaces, const DhcpServer &server)
 {
     std::vector<std::string> bridges;
     std::vector<std::string> served;
-    for (const Link &link : interfaces.links) {
+    for (const Link &link : interfaces) {
         if (link.kind != "bridge" || link.ipv4.empty()) {
             continue;
         }
@@ -106,16 +106,6 @@ std::string find_bridge(const Interfaces &interfaces, const DhcpServer &server)
     return found.front();
 }
 
-std::string find_wan_port(const Interfaces &interfaces, const std::string &lan_bridge)
-{
-    if (interfaces.default_route.empty() || interfaces.default_route == lan_bridge) {
-        throw Error("no WAN port: there is no default route that would show it; name it as "
-                    "wan_port in " +
-                    file_of_configuration());
-    }
-    return interfaces.default_route;
-}
-
 } // namespace
 
 Configuration find_configuration()
@@ -127,13 +117,9 @@ Configuration find_configuration()
     } else if (path != kDefaultFile) {
         throw Error("cannot read the configuration " + path);
     }
-    const Interfaces interfaces = read_interfaces();
     const DhcpServer server = read_dhcp_server(configuration.dnsmasq_configuration);
     if (configuration.lan_bridge.empty()) {
-        configuration.lan_bridge = find_bridge(interfaces, server);
-    }
-    if (configuration.wan_port.empty()) {
-        configuration.wan_port = find_wan_port(interfaces, configuration.lan_bridge);
+        configuration.lan_bridge = find_bridge(read_interfaces(), server);
     }
     if (configuration.lease_file.empty()) {
         constexpr char of_debian[] = "/var/lib/misc/dnsmasq.leases";

@@ -10,7 +10,7 @@ namespace linux_gateway {
 
 struct Configuration {
     std::string lan_bridge;
-    std::string wan_port;
+    std::string wan_port; // empty: the one that the default route uses
     std::string lease_file;
     // Files and folders. Debian's unit of dnsmasq names the folder on the command line.
     std::vector<std::string> dnsmasq_configuration = {"/etc/dnsmasq.conf", "/etc/dnsmasq.d"};

@@ -4,8 +4,12 @@
 #include "system/log.h"
 #include "system/text.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <exception>
 #include <memory>
+#include <mutex>
+#include <thread>
 
 namespace linux_gateway {
 namespace {
@@ -14,43 +18,76 @@ namespace {
 // the process ends.
 class Holder {
   public:
-    // Opens it if it is not open. Throws an Error.
+    // Throws an Error if it is not open.
     Gateway &gateway()
     {
         const std::lock_guard lock(mutex_);
         if (gateway_ == nullptr) {
-            // What failed at the start, such as a bridge that was not there yet, may work by now.
-            // Callers that repeat quickly get the last answer.
-            const auto now = std::chrono::steady_clock::now();
-            if (is_closed_ || (!failure_.empty() && now < next_attempt_)) {
-                throw Error(is_closed_ ? "the gateway is closed" : failure_);
-            }
-            try {
-                gateway_ = std::make_unique<Gateway>();
-            } catch (const Error &error) {
-                failure_ = error.what();
-                next_attempt_ = now + std::chrono::seconds(1);
-                throw;
-            }
+            throw Error(failure_);
         }
         return *gateway_;
     }
 
-    void close()
+    // Opens it. What fails, such as a bridge that is not there yet while the machine starts, is
+    // attempted again until it succeeds: the rules have to be in force even if nobody calls.
+    void open()
     {
         const std::lock_guard lock(mutex_);
-        is_closed_ = true;
+        if (!attempt()) {
+            log_error(failure_);
+            attempts_ = std::thread([this] { attempt_again(); });
+        }
+    }
+
+    void close()
+    {
+        {
+            const std::lock_guard lock(mutex_);
+            is_closing_ = true;
+        }
+        closing_.notify_all();
+        if (attempts_.joinable()) {
+            attempts_.join();
+        }
+        const std::lock_guard lock(mutex_);
         if (gateway_ != nullptr) {
             gateway_->close();
         }
     }
 
   private:
-    std::mutex mutex_;
+    bool attempt()
+    {
+        try {
+            gateway_ = std::make_unique<Gateway>();
+            return true;
+        } catch (const std::exception &problem) {
+            failure_ = printable(problem.what());
+            return false;
+        }
+    }
+
+    void attempt_again()
+    {
+        constexpr std::chrono::seconds pause{1};
+        std::unique_lock lock(mutex_);
+        while (!closing_.wait_for(lock, pause, [&] { return is_closing_; })) {
+            const std::string before = failure_;
+            if (attempt()) {
+                return;
+            }
+            if (failure_ != before) {
+                log_error(failure_);
+            }
+        }
+    }
+
+    std::mutex mutex_; // guards everything below, except the thread
+    std::condition_variable closing_;
+    std::thread attempts_;
     std::unique_ptr<Gateway> gateway_;
     std::string failure_;
-    std::chrono::steady_clock::time_point next_attempt_;
-    bool is_closed_ = false;
+    bool is_closing_ = false;
 };
 
 Holder &holder()
@@ -75,23 +112,17 @@ int32_t guarded(const char *function, std::span<char> fail_reason,
     return -1;
 }
 
-// The rules have to be in force as soon as the library is loaded: the first call may come much
-// later.
-__attribute__((constructor)) void open_at_load()
+} // namespace
+
+void open_gateway()
 {
-    try {
-        holder().gateway();
-    } catch (const std::exception &problem) {
-        log_error(printable(problem.what()));
-    }
+    holder().open();
 }
 
-__attribute__((destructor)) void close_at_exit()
+void close_gateway()
 {
     holder().close();
 }
-
-} // namespace
 
 int32_t query(const char *function, const std::function<int32_t(const View &)> &body)
 {

@@ -23,6 +23,10 @@
 
 namespace linux_gateway {
 
+// Before the first call, and after the last one.
+void open_gateway();
+void close_gateway();
+
 // Runs a device call that only reads.
 int32_t query(const char *function, const std::function<int32_t(const View &)> &body);
 

@@ -17,7 +17,8 @@ constexpr std::chrono::milliseconds kSnapshotTime{500};
 
 Gateway::Gateway()
     : configuration_(find_configuration()), machine_(read_machine()),
-      state_file_(configuration_.state), state_(std::make_shared<const State>(state_file_.read()))
+      software_(configuration_.package), state_file_(configuration_.state),
+      state_(std::make_shared<const State>(state_file_.read()))
 {
     const std::lock_guard lock(mutex_);
     const Rules wanted = rules(*state_, *view_locked().network);
@@ -28,9 +29,11 @@ Gateway::Gateway()
         log_info("another process controls this gateway, so nothing can be set");
         return;
     }
+    // What cannot be enforced does not keep clients from seeing what is there.
     const std::string error = enforcement_.apply(wanted);
-    if (!error.empty()) {
-        throw Error(error);
+    are_rules_in_force_ = error.empty();
+    if (!are_rules_in_force_) {
+        log_error("the rules are not in force: " + error);
     }
 }
 
@@ -50,7 +53,7 @@ View Gateway::view_locked()
         network_ = std::make_shared<const Network>(network_reader_.read(sources));
         network_time_ = now;
     }
-    return {configuration_, machine_, meter_, state_, network_};
+    return {configuration_, machine_, meter_, software_, state_, network_};
 }
 
 View Gateway::view()
@@ -104,16 +107,18 @@ void Gateway::change(const std::function<void(State &, const View &)> &body)
     // The kernel first: it has more reasons to refuse, and is rebuilt from the file after a crash.
     const Rules before = rules(*state_, *view.network);
     const Rules after = rules(*changed, *view.network);
-    if (after != before) {
+    const bool is_to_apply = after != before || !are_rules_in_force_;
+    if (is_to_apply) {
         const std::string error = enforcement_.apply(after);
         if (!error.empty()) {
             throw Error(error);
         }
+        are_rules_in_force_ = true;
     }
     try {
         state_file_.write(*changed);
     } catch (const Error &) {
-        const std::string error = after != before ? enforcement_.apply(before) : "";
+        const std::string error = is_to_apply ? enforcement_.apply(before) : "";
         if (!error.empty()) {
             log_error("the rules of a change that could not be saved stay in force: " + error);
         }

@@ -23,7 +23,8 @@ namespace linux_gateway {
 struct View {
     const Configuration &configuration;
     const Machine &machine;
-    LoadMeter &meter; // has a lock of its own
+    LoadMeter &meter; // this and the next have locks of their own
+    SoftwareReader &software;
     std::shared_ptr<const State> state;
     std::shared_ptr<const Network> network; // at most half a second old
 };
@@ -53,6 +54,7 @@ class Gateway {
     const Configuration configuration_;
     const Machine machine_;
     LoadMeter meter_;
+    SoftwareReader software_;
     std::mutex mutex_; // guards everything below
     Enforcement enforcement_;
     StateFile state_file_;
@@ -61,6 +63,7 @@ class Gateway {
     std::shared_ptr<const Network> network_;
     std::chrono::steady_clock::time_point network_time_;
     std::optional<Mac> management_host_; // once it was seen
+    bool are_rules_in_force_ = false;
     bool is_closed_ = false;
 };
 

@@ -32,9 +32,8 @@ std::vector<std::string> obstacles(const Configuration &configuration)
     }
     // Their folders are there while they run.
     if (access("/run/NetworkManager", F_OK) == 0) {
-        sentences.push_back("NetworkManager is running, and may change " +
-                            configuration.lan_bridge + " and " + configuration.wan_port +
-                            ": leave them to another program, or exclude them there");
+        sentences.push_back("NetworkManager is running: exclude " + configuration.lan_bridge +
+                            " and its ports from it, since it may take them over");
     }
     if (access("/run/firewalld", F_OK) == 0) {
         sentences.emplace_back("firewalld is running: when it reloads, its rules and those of the "

@@ -17,6 +17,7 @@ constexpr size_t kMostStateBytes = 4 << 20;
 StateFile::StateFile(std::string path) : path_(std::move(path))
 {
     // A file of its own: the state itself is replaced at each change, and its lock with it.
+    create_folder_of(path_);
     const std::string lock = path_ + ".lock";
     constexpr mode_t owner_only = 0600;
     lock_ =

@@ -12,9 +12,9 @@ using namespace linux_gateway;
 // Traffic is counted by port, so the rates of hosts that share one are not known.
 static std::optional<Rates> rates_of(const View &view, const Host &host)
 {
-    const bool is_alone =
-        host.is_online && std::ranges::count(view.network->hosts, host.port, &Host::port) == 1;
-    return is_alone ? std::optional(view.meter.load().rates_of(host.port)) : std::nullopt;
+    return host.is_online && !host.shares_port
+               ? std::optional(view.meter.load()->rates_of(host.port))
+               : std::nullopt;
 }
 
 static void fill(AdBaseInfo &info, const View &view, const Host &host)

@@ -20,7 +20,7 @@ int32_t devapi_get_sn_info(SnInfo *info)
 int32_t devapi_get_system_info(SystemInfo *info)
 {
     return query(__func__, [&](const View &view) {
-        put(info->SWVersion, read_software(view.configuration.package).version);
+        put(info->SWVersion, view.software.read().version);
         put(info->HDVersion, view.machine.hardware_version);
         put(info->ProductCLass, view.machine.product);
         put(info->CPUClass, view.machine.processor);

@@ -68,9 +68,9 @@ int32_t devapi_get_net_fault_info(char *reason)
 int32_t devapi_inspect_hg_resource(ResourceInfo *info)
 {
     return query(__func__, [&](const View &view) {
-        const Load load = view.meter.load();
-        put(info->CpuPercent, load.cpu_percent);
-        put(info->MemPercent, load.memory_percent);
+        const std::shared_ptr<const Load> load = view.meter.load();
+        put(info->CpuPercent, load->cpu_percent);
+        put(info->MemPercent, load->memory_percent);
         put(info->LanDevNum, std::ranges::count(view.network->hosts, true, &Host::is_online));
         put(info->ProtectedDevNum,
             std::ranges::count_if(view.state->green_hosts, [&](const auto &entry) {

@@ -16,9 +16,9 @@ int32_t devapi_get_hg_base_info(HgBaseInfo *info)
 {
     return query(__func__, [&](const View &view) {
         const Network &network = *view.network;
-        const Software software = read_software(view.configuration.package);
-        const Load load = view.meter.load();
-        const Rates wan = load.rates_of(view.configuration.wan_port);
+        const Software software = view.software.read();
+        const std::shared_ptr<const Load> load = view.meter.load();
+        const Rates wan = load->rates_of(view.network->wan_name);
         put(info->Name, gateway_name(view));
         put(info->Mac, to_text(network.bridge.mac));
         put(info->NetStatus, network.is_wan_connected());
@@ -39,13 +39,13 @@ int32_t devapi_get_hg_base_info(HgBaseInfo *info)
         put(info->DeviceType, view.machine.product);
         put(info->AreaCode, view.configuration.area_code);
         put(info->AddressType, wan_mode(network) == kStaticMode ? kStaticMode : "Dynamic");
-        put(info->Cpu, load.cpu_percent);
+        put(info->Cpu, load->cpu_percent);
         put(info->QQGameAcceleratorEnable, false);
         put(info->QosAcceleratorEnable, false);
         put(info->FireWallEnable, "");
         put(info->LedLight, "");
         put(info->LedSwitch, "");
-        put(info->Memory, load.memory_percent);
+        put(info->Memory, load->memory_percent);
         put(info->WanLinkMode, wan_mode(network));
         put(info->ConfiguerStatus, true);
         return 0;
@@ -66,8 +66,8 @@ int32_t devapi_set_hg_base_info(const HgBaseInfo *info)
 int32_t devapi_get_home_page_info(HomePageInfo *info)
 {
     return query(__func__, [&](const View &view) {
-        const Load load = view.meter.load();
-        const Rates wan = load.rates_of(view.configuration.wan_port);
+        const std::shared_ptr<const Load> load = view.meter.load();
+        const Rates wan = load->rates_of(view.network->wan_name);
         const std::optional<int64_t> celsius = processor_temperature();
         put(info->Devname, gateway_name(view));
         put(info->UploadSpeed, wan.sent_kbps);
@@ -75,8 +75,8 @@ int32_t devapi_get_home_page_info(HomePageInfo *info)
         put(info->GameSpeed, false);
         put(info->GamePort, "");
         put(info->GameBand, "");
-        put(info->CpuRate, load.cpu_percent);
-        put(info->MemRate, load.memory_percent);
+        put(info->CpuRate, load->cpu_percent);
+        put(info->MemRate, load->memory_percent);
         put(info->CpuTemperature, celsius ? std::to_string(*celsius) : "");
         return 0;
     });

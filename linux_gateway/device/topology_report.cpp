@@ -63,9 +63,9 @@ int32_t devapi_get_systerm_timetype()
 int32_t devapi_get_dev_status_info(DevStatusInfo *info)
 {
     return query(__func__, [&](const View &view) {
-        const Load load = view.meter.load();
-        put(info->Cpu, load.cpu_percent);
-        put(info->Memory, load.memory_percent);
+        const std::shared_ptr<const Load> load = view.meter.load();
+        put(info->Cpu, load->cpu_percent);
+        put(info->Memory, load->memory_percent);
         return 0;
     });
 }

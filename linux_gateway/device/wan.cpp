@@ -59,7 +59,7 @@ int32_t devapi_query_wan_info(WanInfo *info)
         const Address lan_ipv6 =
             network.bridge.ipv6.empty() ? Address() : network.bridge.ipv6.front();
         put(info->INDEX, 1);
-        put(info->IFNAME, view.configuration.wan_port);
+        put(info->IFNAME, network.wan_name);
         put(info->CONNECTIONSTATUS,
             connection_state(wan.is_up && !wan.ipv4.empty() && network.has_ipv4_route));
         put(info->CONNECTIONTYPE, "IP_Routed");

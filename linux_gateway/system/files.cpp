@@ -136,6 +136,12 @@ void replace_file(const std::string &path, std::string_view text)
     }
 }
 
+void create_folder_of(const std::string &path)
+{
+    constexpr mode_t owner_only = 0700;
+    mkdir(folder_of(path).c_str(), owner_only); // opening the file will say why it is not there
+}
+
 void throw_file_error(const char *what, const std::string &path)
 {
     throw Error(std::string(what) + ' ' + path + ": " + std::generic_category().message(errno));

@@ -31,6 +31,9 @@ std::optional<std::string> read_file_if_there(const std::string &path, size_t mo
 // old content is in place.
 void replace_file(const std::string &path, std::string_view text);
 
+// Creates the folder that the file is in, unless there is one; not those above it.
+void create_folder_of(const std::string &path);
+
 // Throws an Error: what, the path and the text of errno.
 [[noreturn]] void throw_file_error(const char *what, const std::string &path);
 

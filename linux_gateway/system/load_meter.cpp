@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace linux_gateway {
@@ -104,15 +105,15 @@ void LoadMeter::read()
     read_time_ = Clock::now();
 }
 
-Load LoadMeter::load()
+std::shared_ptr<const Load> LoadMeter::load()
 {
     constexpr std::chrono::seconds shortest{1};
     constexpr std::chrono::seconds longest{10};
     constexpr std::chrono::milliseconds measurement{200};
     const std::lock_guard lock(mutex_);
     const auto passed = Clock::now() - read_time_;
-    if (load_ && passed < shortest) {
-        return *load_;
+    if (load_ != nullptr && passed < shortest) {
+        return load_;
     }
     if (passed > longest) {
         read(); // the average of hours is not what is asked for
@@ -123,11 +124,13 @@ Load LoadMeter::load()
     const LoadCounters before = counters_;
     const Clock::time_point start = read_time_;
     read();
-    load_ = load_between(before, counters_,
-                         std::chrono::duration_cast<std::chrono::milliseconds>(read_time_ - start));
-    load_->memory_percent =
+    auto load = std::make_shared<Load>(
+        load_between(before, counters_,
+                     std::chrono::duration_cast<std::chrono::milliseconds>(read_time_ - start)));
+    load->memory_percent =
         memory_percent(read_file_if_there("/proc/meminfo", kMostProcBytes).value_or(""));
-    return *load_;
+    load_ = std::move(load);
+    return load_;
 }
 
 } // namespace linux_gateway

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -51,7 +51,7 @@ class LoadMeter {
 
     // The load since the last call, at most ten seconds ago. If there was none, it is measured for
     // a fifth of a second.
-    Load load();
+    std::shared_ptr<const Load> load();
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -61,7 +61,7 @@ class LoadMeter {
     std::mutex mutex_; // guards everything below
     LoadCounters counters_;
     Clock::time_point read_time_;
-    std::optional<Load> load_;
+    std::shared_ptr<const Load> load_; // the last answer
 };
 
 } // namespace linux_gateway

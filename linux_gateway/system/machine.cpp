@@ -8,11 +8,13 @@
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <unistd.h>
+#include <utility>
 
 namespace linux_gateway {
 namespace {
 
 constexpr size_t kMostLineBytes = 4096;
+constexpr char kStatusFile[] = "/var/lib/dpkg/status";
 constexpr size_t kMostStatusBytes = 32 << 20;
 
 std::string line_of(const std::string &path)
@@ -97,10 +99,9 @@ std::optional<std::string> installed_version(std::string_view status, std::strin
     return is_installed && !version.empty() ? std::optional(version) : std::nullopt;
 }
 
-Software read_software(const std::string &package)
+static Software read_software(const std::string &package)
 {
-    const std::string status =
-        read_file_if_there("/var/lib/dpkg/status", kMostStatusBytes).value_or("");
+    const std::string status = read_file_if_there(kStatusFile, kMostStatusBytes).value_or("");
     if (const std::optional<std::string> version = installed_version(status, package)) {
         return {*version, date_of("/var/lib/dpkg/info/" + package + ".list")};
     }
@@ -109,6 +110,25 @@ Software read_software(const std::string &package)
     const std::string name = assigned_value(text, "ID");
     const std::string version = assigned_value(text, "VERSION_ID");
     return {name + (name.empty() || version.empty() ? "" : "-") + version, date_of(of_system)};
+}
+
+SoftwareReader::SoftwareReader(std::string package) : package_(std::move(package)) {}
+
+Software SoftwareReader::read()
+{
+    // The file has several megabytes, and is replaced when anything is installed.
+    struct stat status = {};
+    std::string found = "none";
+    if (stat(kStatusFile, &status) == 0) {
+        found = std::to_string(status.st_ino) + ' ' + std::to_string(status.st_mtim.tv_sec) + ' ' +
+                std::to_string(status.st_mtim.tv_nsec);
+    }
+    const std::lock_guard lock(mutex_);
+    if (found != status_) {
+        software_ = read_software(package_);
+        status_ = found;
+    }
+    return software_;
 }
 
 std::string host_name()

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,8 +24,20 @@ struct Software {
     std::string date; // of the installation, YYYY-MM-DD
 };
 
-// Those of the package, or of the system if the package is not installed.
-Software read_software(const std::string &package);
+// Reads those of the package, or of the system if the package is not installed.
+class SoftwareReader {
+  public:
+    explicit SoftwareReader(std::string package);
+
+    Software read();
+
+  private:
+    const std::string package_;
+    std::mutex mutex_;   // guards everything below
+    std::string status_; // identifies the version of dpkg's status file that was read
+    Software software_;
+};
+
 // The version of an installed package in the text of dpkg's status file.
 std::optional<std::string> installed_version(std::string_view status, std::string_view package);
 

@@ -45,6 +45,7 @@ struct Host {
     std::string port; // interface of the bridge; empty while it is offline
     bool is_wireless = false;
     bool is_online = false;
+    bool shares_port = false; // with other hosts
     bool has_reserved_address = false;
     int64_t online_since = 0; // seconds since 1970; 0 while it is offline
 };
@@ -52,6 +53,7 @@ struct Host {
 struct Network {
     Link bridge;
     std::vector<Link> ports; // of the bridge
+    std::string wan_name;    // empty if none has been named or found
     std::optional<Link> wan;
     std::string gateway_ipv4; // of the default route
     std::string gateway_ipv6;

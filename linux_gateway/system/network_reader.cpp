@@ -19,6 +19,7 @@
 #include <span>
 #include <string_view>
 #include <unistd.h>
+#include <utility>
 
 namespace linux_gateway {
 namespace {
@@ -217,6 +218,20 @@ void read_routes(RouteSocket &socket, Network &network)
     }
 }
 
+// The name of the port of the default route, unless that is the LAN bridge itself.
+std::optional<std::string> default_port(RouteSocket &socket, const std::map<int, Link> &links,
+                                        int bridge)
+{
+    for (const int family : {AF_INET, AF_INET6}) {
+        const auto route = read_default_route(socket, family, std::nullopt);
+        const auto link = route ? links.find(route->port) : links.end();
+        if (link != links.end() && link->first != bridge) {
+            return link->second.name;
+        }
+    }
+    return std::nullopt;
+}
+
 using Hosts = std::map<Mac, Host>;
 
 // The host of an address; null if there are too many, or if the address is no host's.
@@ -301,21 +316,14 @@ bool is_wireless(const Link &link)
 
 } // namespace
 
-Interfaces read_interfaces()
+std::vector<Link> read_interfaces()
 {
     RouteSocket socket;
     std::map<int, Link> links = read_links(socket);
     read_addresses(socket, links);
-    Interfaces interfaces;
-    std::optional<DefaultRoute> route = read_default_route(socket, AF_INET, std::nullopt);
-    if (!route) {
-        route = read_default_route(socket, AF_INET6, std::nullopt);
-    }
-    for (const auto &[index, link] : links) {
-        if (route && route->port == index) {
-            interfaces.default_route = link.name;
-        }
-        interfaces.links.push_back(link);
+    std::vector<Link> interfaces;
+    for (auto &[index, link] : links) {
+        interfaces.push_back(std::move(link));
     }
     return interfaces;
 }
@@ -333,12 +341,17 @@ Network NetworkReader::read(const NetworkSources &sources)
         throw Error("there is no bridge " + in_quotes(sources.lan_bridge));
     }
     network.bridge = bridge->second;
+    if (sources.wan_port.empty()) {
+        // Without a default route, the port of the last one has a fault.
+        wan_port_ = default_port(socket, links, network.bridge.index).value_or(wan_port_);
+    }
+    network.wan_name = sources.wan_port.empty() ? wan_port_ : sources.wan_port;
     for (auto &[index, link] : links) {
         if (link.master == network.bridge.index) {
             link.is_wireless = is_wireless(link);
             network.ports.push_back(link);
         }
-        if (link.name == sources.wan_port) {
+        if (link.name == network.wan_name) {
             network.wan = link;
         }
     }
@@ -359,6 +372,10 @@ Network NetworkReader::read(const NetworkSources &sources)
     read_neighbours(socket, network.bridge.index, hosts);
     read_bridge_table(socket, network, hosts);
 
+    std::map<std::string, int> hosts_at;
+    for (const auto &[mac, host] : hosts) {
+        ++hosts_at[host.port];
+    }
     const int64_t now = time(nullptr);
     std::map<Mac, Seen> seen;
     for (auto &[mac, host] : hosts) {
@@ -370,6 +387,7 @@ Network NetworkReader::read(const NetworkSources &sources)
                                      ? before->second.online_since
                                      : now;
         }
+        host.shares_port = hosts_at[host.port] > 1;
         host.online_since = entry.online_since;
         host.has_reserved_address = sources.reserved_hosts.contains(mac);
         network.hosts.push_back(host);

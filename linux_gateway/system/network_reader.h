@@ -15,19 +15,14 @@ namespace linux_gateway {
 // Where to look.
 struct NetworkSources {
     std::string lan_bridge;
-    std::string wan_port;
+    std::string wan_port; // empty: the one of the default route
     std::string lease_file;
     std::set<Mac> known_hosts;    // listed even when nothing is seen of them
     std::set<Mac> reserved_hosts; // the DHCP server reserves an address for them
 };
 
-// The interfaces of the machine with their addresses, for finding out which of them are used.
-struct Interfaces {
-    std::vector<Link> links;
-    std::string default_route; // name of the interface; empty if there is no route
-};
-// Throws an Error.
-Interfaces read_interfaces();
+// The interfaces of the machine with their addresses. Throws an Error.
+std::vector<Link> read_interfaces();
 
 class NetworkReader {
   public:
@@ -40,6 +35,7 @@ class NetworkReader {
         int64_t online_since = 0; // seconds since 1970; 0 while it is offline
     };
 
+    std::string wan_port_;     // found last
     std::map<Mac, Seen> seen_; // the hosts of the last snapshot
     uint64_t next_order_ = 0;
 };
