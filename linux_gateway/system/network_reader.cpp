@@ -232,22 +232,37 @@ std::optional<std::string> default_port(RouteSocket &socket, const std::map<int,
     return std::nullopt;
 }
 
-using Hosts = std::map<Mac, Host>;
+class Hosts {
+  public:
+    // A machine is not a host of its own bridge, but may be among its own neighbours.
+    explicit Hosts(const std::map<int, Link> &own_links)
+    {
+        for (const auto &[index, link] : own_links) {
+            own_.insert(link.mac);
+        }
+    }
 
-// The host of an address; null if there are too many, or if the address is no host's.
-Host *host_of(Hosts &hosts, const Mac &mac)
-{
-    const auto found = hosts.find(mac);
-    if (found != hosts.end()) {
-        return &found->second;
+    // The host of an address; null if there are too many, or if the address is no host's.
+    Host *with(const Mac &mac)
+    {
+        const auto found = hosts_.find(mac);
+        if (found != hosts_.end()) {
+            return &found->second;
+        }
+        if (mac == Mac() || mac.is_multicast() || own_.contains(mac) ||
+            hosts_.size() >= kMostHosts) {
+            return nullptr;
+        }
+        Host &host = hosts_[mac];
+        host.mac = mac;
+        return &host;
     }
-    if (mac == Mac() || mac.is_multicast() || hosts.size() >= kMostHosts) {
-        return nullptr;
-    }
-    Host &host = hosts[mac];
-    host.mac = mac;
-    return &host;
-}
+    std::map<Mac, Host> &all() { return hosts_; }
+
+  private:
+    std::set<Mac> own_;
+    std::map<Mac, Host> hosts_;
+};
 
 // Neighbours give hosts with fixed addresses, whose addresses the DHCP server does not know.
 void read_neighbours(RouteSocket &socket, int bridge, Hosts &hosts)
@@ -265,7 +280,7 @@ void read_neighbours(RouteSocket &socket, int bridge, Hosts &hosts)
         }
         const Attributes<NDA_MAX + 1> attributes(message, sizeof(ndmsg));
         const std::optional<Mac> mac = mac_of(attributes.bytes(NDA_LLADDR));
-        Host *host = mac ? host_of(hosts, *mac) : nullptr;
+        Host *host = mac ? hosts.with(*mac) : nullptr;
         const std::string address = address_text(header->ndm_family, attributes.bytes(NDA_DST));
         if (host == nullptr || address.empty()) {
             return;
@@ -300,7 +315,7 @@ void read_bridge_table(RouteSocket &socket, const Network &network, Hosts &hosts
         if (port == network.ports.end() || !port->is_up || !mac) {
             return;
         }
-        if (Host *host = host_of(hosts, *mac)) {
+        if (Host *host = hosts.with(*mac)) {
             host->is_online = true;
             host->port = port->name;
             host->is_wireless = port->is_wireless;
@@ -359,12 +374,12 @@ Network NetworkReader::read(const NetworkSources &sources)
         read_routes(socket, network);
     }
 
-    Hosts hosts;
+    Hosts hosts(links);
     for (const Mac &mac : sources.known_hosts) {
-        host_of(hosts, mac);
+        hosts.with(mac);
     }
     for (const Lease &lease : read_leases(sources.lease_file)) {
-        if (Host *host = host_of(hosts, lease.mac)) {
+        if (Host *host = hosts.with(lease.mac)) {
             host->name = lease.name;
             host->ipv4 = lease.ipv4;
         }
@@ -373,12 +388,12 @@ Network NetworkReader::read(const NetworkSources &sources)
     read_bridge_table(socket, network, hosts);
 
     std::map<std::string, int> hosts_at;
-    for (const auto &[mac, host] : hosts) {
+    for (const auto &[mac, host] : hosts.all()) {
         ++hosts_at[host.port];
     }
     const int64_t now = time(nullptr);
     std::map<Mac, Seen> seen;
-    for (auto &[mac, host] : hosts) {
+    for (auto &[mac, host] : hosts.all()) {
         const auto before = seen_.find(mac);
         Seen &entry = seen[mac];
         entry.order = before != seen_.end() ? before->second.order : next_order_++;
