@@ -14,7 +14,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr int64_t kMostKbps = 10'000'000;
 constexpr size_t kMostTextBytes = 256;
 
 // An object of the file. Its members are optional: a value that is not there is the default.
@@ -91,20 +90,6 @@ class Object {
     std::string place_;
 };
 
-// Minutes since midnight; nothing unless it is HH:MM.
-std::optional<int> minute_of(std::string_view time)
-{
-    constexpr size_t length = 5;
-    if (time.size() != length || time[2] != ':') {
-        return std::nullopt;
-    }
-    const auto hour = number_in<int>(time.substr(0, 2));
-    const auto minute = number_in<int>(time.substr(3));
-    return hour && minute && *hour >= 0 && *hour < 24 && *minute >= 0 && *minute < 60
-               ? std::optional(*hour * 60 + *minute)
-               : std::nullopt;
-}
-
 std::optional<Period> period_of(const ProtectPeriod &set)
 {
     const std::optional<int> start = minute_of(set.start);
@@ -124,6 +109,19 @@ std::optional<Period> period_of(const ProtectPeriod &set)
 }
 
 } // namespace
+
+std::optional<int> minute_of(std::string_view time)
+{
+    constexpr size_t length = 5;
+    if (time.size() != length || time[2] != ':') {
+        return std::nullopt;
+    }
+    const auto hour = number_in<unsigned>(time.substr(0, 2));
+    const auto minute = number_in<unsigned>(time.substr(3));
+    return hour && minute && *hour < 24 && *minute < 60
+               ? std::optional(static_cast<int>(*hour * 60 + *minute))
+               : std::nullopt;
+}
 
 int32_t green_number_of(const State &state, const Mac &mac)
 {

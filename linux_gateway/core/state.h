@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace linux_gateway {
@@ -57,6 +58,10 @@ struct State {
 
 constexpr size_t kMostHostSettings = 1024;
 constexpr size_t kMostProtectPeriods = 16; // of an entry
+constexpr int64_t kMostKbps = 10'000'000;
+
+// Minutes since midnight; nothing unless it is HH:MM.
+std::optional<int> minute_of(std::string_view time);
 
 // The number of the entry for the MAC address; 0 if there is none.
 int32_t green_number_of(const State &state, const Mac &mac);
