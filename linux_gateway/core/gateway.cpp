@@ -17,11 +17,11 @@ constexpr std::chrono::milliseconds kSnapshotTime{500};
 
 Gateway::Gateway()
     : configuration_(find_configuration()), machine_(read_machine()),
-      software_(configuration_.package), state_file_(configuration_.state),
-      state_(std::make_shared<const State>(state_file_.read()))
+      software_(configuration_.package), enforcement_(configuration_.time_zone),
+      state_file_(configuration_.state), state_(std::make_shared<const State>(state_file_.read()))
 {
     const std::lock_guard lock(mutex_);
-    const Rules wanted = rules(*state_, *view_locked().network);
+    view_locked();
     for (const std::string &obstacle : obstacles(configuration_)) {
         log_error(obstacle);
     }
@@ -30,7 +30,7 @@ Gateway::Gateway()
         return;
     }
     // What cannot be enforced does not keep clients from seeing what is there.
-    const std::string error = enforcement_.apply(wanted);
+    const std::string error = enforcement_.apply(rules(*state_));
     are_rules_in_force_ = error.empty();
     if (!are_rules_in_force_) {
         log_error("the rules are not in force: " + error);
@@ -52,6 +52,7 @@ View Gateway::view_locked()
             read_dhcp_server(configuration_.dnsmasq_configuration).reserved_hosts;
         network_ = std::make_shared<const Network>(network_reader_.read(sources));
         network_time_ = now;
+        find_management_host();
     }
     return {configuration_, machine_, meter_, software_, state_, network_};
 }
@@ -67,20 +68,25 @@ std::string gateway_name(const View &view)
     return view.state->name.empty() ? host_name() : view.state->name;
 }
 
-Rules Gateway::rules(const State &state, const Network &network)
+// The host that has the configured address; the last one that had it if nobody has.
+void Gateway::find_management_host()
 {
-    if (configuration_.management_host) {
-        const std::string &wanted = *configuration_.management_host;
-        const std::optional<Mac> mac = parse_mac(wanted);
-        const auto found = std::ranges::find_if(network.hosts, [&](const Host &host) {
-            return host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
-        });
-        if (mac) {
-            management_host_ = mac;
-        } else if (found != network.hosts.end()) {
-            management_host_ = found->mac;
-        }
+    if (!configuration_.management_host) {
+        return;
     }
+    const std::string &wanted = *configuration_.management_host;
+    const auto found = std::ranges::find_if(network_->hosts, [&](const Host &host) {
+        return host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
+    });
+    if (const std::optional<Mac> mac = parse_mac(wanted)) {
+        management_host_ = mac;
+    } else if (found != network_->hosts.end()) {
+        management_host_ = found->mac;
+    }
+}
+
+Rules Gateway::rules(const State &state) const
+{
     return rules_of(state, configuration_.lan_bridge, management_host_);
 }
 
@@ -105,8 +111,8 @@ void Gateway::change(const std::function<void(State &, const View &)> &body)
         return;
     }
     // The kernel first: it has more reasons to refuse, and is rebuilt from the file after a crash.
-    const Rules before = rules(*state_, *view.network);
-    const Rules after = rules(*changed, *view.network);
+    const Rules before = rules(*state_);
+    const Rules after = rules(*changed);
     const bool is_to_apply = after != before || !are_rules_in_force_;
     if (is_to_apply) {
         const std::string error = enforcement_.apply(after);
@@ -131,6 +137,14 @@ void Gateway::close()
 {
     const std::lock_guard lock(mutex_);
     is_closed_ = true;
+    if (configuration_.remove_at_exit && state_file_.is_ours()) {
+        Rules none;
+        none.lan_bridge = configuration_.lan_bridge;
+        const std::string error = enforcement_.apply(none);
+        if (!error.empty()) {
+            log_error("the rules stay in the kernel: " + error);
+        }
+    }
     enforcement_.stop();
 }
 

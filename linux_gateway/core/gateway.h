@@ -49,7 +49,8 @@ class Gateway {
 
   private:
     View view_locked();
-    Rules rules(const State &state, const Network &network);
+    void find_management_host();
+    Rules rules(const State &state) const;
 
     const Configuration configuration_;
     const Machine machine_;
