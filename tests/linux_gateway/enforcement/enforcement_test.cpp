@@ -204,8 +204,15 @@ INSTANTIATE_TEST_SUITE_P(
     After, LimitsPutBack,
     testing::Values(
         "tc qdisc delete dev lan0 root", "tc filter delete dev lan0 parent 6c67: prio 1",
-        "tc class change dev lan0 parent 6c67: classid 6c67:1 htb rate 9mbit quantum 1514",
-        "ip link delete lan0; ip link add lan0 type bridge"));
+        "tc class change dev lan0 parent 6c67: classid 6c67:1 htb rate 9mbit quantum 1514"));
+
+TEST_F(EnforcementTest, LimitsABridgeThatIsMadeAgain)
+{
+    rules.limits = {{host(1), 1'000'000}};
+    ASSERT_EQ(enforcement.apply(rules), "");
+    run("ip link delete lan0; ip link add lan0 type bridge");
+    wait_for([] { return queueing().find("rate 1Mbit") != std::string::npos; });
+}
 
 TEST_F(EnforcementTest, PutsBackAgainAndAgain)
 {
