@@ -36,6 +36,11 @@ static bool enter_namespace()
     return has_entered;
 }
 
+NetworkNamespaceTest::NetworkNamespaceTest()
+{
+    enter_namespace();
+}
+
 void NetworkNamespaceTest::SetUp()
 {
     if (!enter_namespace()) {

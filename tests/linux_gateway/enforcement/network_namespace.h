@@ -14,6 +14,8 @@ class NetworkNamespaceTest : public testing::Test {
   protected:
     static constexpr char kBridge[] = "lan0";
 
+    // Enters the namespace before the members of tests are made, whose sockets belong to it.
+    NetworkNamespaceTest();
     void SetUp() override; // with a bridge, without rules
 
     // Runs a command of the shell that has to succeed, and returns its output.
