@@ -22,9 +22,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The kernel ends a restriction this much later than its period, should this process be gone then.
-constexpr int64_t kGrace = 5;
-
 // Changes come in bursts. A program that keeps removing the rules is not to keep the machine busy.
 constexpr auto kSettlingTime = 50ms;
 constexpr auto kBetweenChecks = 300ms;
@@ -172,7 +169,7 @@ void Enforcement::put_blocks(const Rules &rules)
         }
         if (restriction.until && !is_management_host(rules, mac)) {
             restricted.insert(mac);
-            blocks.hosts[mac] = *restriction.until - now + kGrace;
+            blocks.hosts[mac] = *restriction.until - now;
         }
     }
     for (const Mac &mac : rules.blocked) {
@@ -322,8 +319,9 @@ void Enforcement::check_kernel()
             put_blocks(*rules_);
         }
         if (was_changed) {
-            log_error("another program has changed the tables linux_gateway of nftables: they are "
-                      "as before again");
+            log_error(
+                "another program has changed the tables linux_gateway of nftables: they have been "
+                "put back");
         }
     } catch (const Error &error) {
         failure = error.what();
@@ -335,7 +333,7 @@ void Enforcement::check_kernel()
         }
         if (was_changed) {
             log_error("another program has changed the download limits of " + rules_->lan_bridge +
-                      ": they are as before again");
+                      ": they have been put back");
         }
     } catch (const Error &error) {
         failure += (failure.empty() ? "" : "; ") + std::string(error.what());
