@@ -5,7 +5,6 @@
     client2 eth0 --- lan2 - br-lan  gateway  wan0 --- eth0 internet
 """
 import contextlib
-import os
 import pathlib
 import re
 import shlex
@@ -29,7 +28,7 @@ table ip nat {
 DHCP_SCRIPT = """#!/bin/sh
 case $1 in
     bound|renew)
-        ip address flush dev "$interface" scope global
+        ip -4 address flush dev "$interface" scope global
         ip address add "$ip/$mask" dev "$interface"
         ip route replace default via "${router%% *}"
         ;;
@@ -57,7 +56,7 @@ class Namespace:
         self.mac = mac
         self.started = []
         subprocess.run(["ip", "netns", "add", name], check=True)
-        self.run("sysctl -qw net.ipv6.conf.all.accept_dad=0 net.ipv6.conf.default.accept_dad=0")
+        self.run("sysctl -qw net.ipv6.conf.default.accept_dad=0 net.ipv6.conf.default.router_solicitation_delay=0")
         self.run("ip link set lo up")
 
     def words(self, command):
@@ -115,7 +114,7 @@ class Network:
             self.connect_internet()
             self.gateway.run(f"ip link add {bridge} type bridge forward_delay 0")
             self.gateway.run(f"ip address add {LAN_ADDRESS}/24 dev {bridge}")
-            self.gateway.run(f"ip address add {LAN_ADDRESS6}/64 dev {bridge}")
+            self.gateway.run(f"ip address add {LAN_ADDRESS6}/64 dev {bridge} nodad")
             self.gateway.run(f"ip link set {bridge} up")
             self.gateway.run("sysctl -qw net.ipv4.ip_forward=1 net.ipv6.conf.all.forwarding=1")
             if rules:
@@ -137,6 +136,7 @@ class Network:
 
     def connect_internet(self):
         self.connect(self.internet, "eth0", WAN)
+        self.internet.run("ip link set eth0 up")
         for device, machine, address, address6 in ((WAN, self.gateway, WAN_ADDRESS, WAN_ADDRESS6),
                                                    ("eth0", self.internet, WAN_GATEWAY, WAN_GATEWAY6)):
             machine.run(f"ip address add {address}/24 dev {device}")
@@ -148,11 +148,10 @@ class Network:
         self.internet.run(f"ip route add 2001:db8:8::/64 via {WAN_ADDRESS6}")
 
     def connect(self, machine, device, port, mac=None):
-        """A cable between the gateway and another machine."""
+        """A cable between the gateway and another machine, plugged in at the gateway's end only."""
         subprocess.run(["ip", "link", "add", port, "netns", "gateway", "type", "veth", "peer", "name", device,
                         *(["address", mac] if mac else []), "netns", machine.name], check=True)
         self.gateway.run(f"ip link set {port} up")
-        machine.run(f"ip link set {device} up")
 
     def client(self, number):
         """A machine on port lanNUMBER, without an address yet."""
@@ -160,13 +159,14 @@ class Network:
         client = self.machine(f"client{number}", mac)
         self.connect(client, "eth0", f"lan{number}", mac)
         self.gateway.run(f"ip link set lan{number} master {self.bridge}")
+        client.run("ip link set eth0 up")
         return client
 
     def start_dnsmasq(self):
         log = (self.folder / "dnsmasq.log").open("w", encoding="utf-8")
         self.stack.callback(log.close)
         self.dnsmasq = self.gateway.start([
-            "dnsmasq", "--keep-in-foreground", "--log-facility=-", "--conf-file=/dev/null", "--user=root", "--group=", "--log-dhcp",
+            "dnsmasq", "--keep-in-foreground", "--log-facility=-", "--conf-file=/dev/null", "--user=root", "--group=",
             f"--interface={self.bridge}", "--bind-interfaces", "--except-interface=lo", "--no-resolv", "--no-hosts",
             "--no-ping", "--dhcp-authoritative", f"--pid-file={self.folder}/dnsmasq.pid",
             f"--dhcp-leasefile={self.leases}",
@@ -186,23 +186,3 @@ class Network:
 
     def close(self):
         self.stack.close()
-
-
-def uplink_is_up(network):
-    return all(client.reaches(SERVER) and client.reaches(SERVER6) for client in network.clients)
-
-
-if __name__ == "__main__":
-    import namespaces
-    import tempfile
-
-    namespaces.enter()
-    with tempfile.TemporaryDirectory() as folder:
-        begin = time.monotonic()
-        network = Network(folder)
-        print("up", time.monotonic() - begin, os.environ.get("X"))
-        print(network.leases.read_text(), network.clients[0].address(), network.clients[0].address(family=6))
-        print(uplink_is_up(network), time.monotonic() - begin)
-        print(network.gateway.run("nft list ruleset"), network.gateway.run("bridge fdb show"), network.gateway.run("ip neigh"))
-        network.close()
-        print(time.monotonic() - begin)
