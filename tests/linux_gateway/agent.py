@@ -38,7 +38,8 @@ class Agent:
         self.clock = self.folder / "clock"
         self.clock.write_text("0", encoding="ascii")
         self.file = self.folder / "linux_gateway.toml"
-        self.configure({**STANDARD_CONFIGURATION, "lease_file": str(network.leases), "state": str(self.state),
+        self.configure({**STANDARD_CONFIGURATION, "lease_file": str(network.leases),
+                        "dnsmasq_configuration": str(network.configuration), "state": str(self.state),
                         **(configuration or {})})
         if namespaces.may_change_users():
             os.chown(self.folder, NOBODY, NOBODY)

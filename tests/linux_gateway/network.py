@@ -17,6 +17,8 @@ LAN_ADDRESS, LAN_ADDRESS6 = "192.168.8.1", "2001:db8:8::1"
 WAN_ADDRESS, WAN_ADDRESS6 = "198.51.100.2", "2001:db8:100::2"
 WAN_GATEWAY, WAN_GATEWAY6 = "198.51.100.1", "2001:db8:100::1"
 SERVER, SERVER6 = "203.0.113.10", "2001:db8:ff::10"  # somewhere in the Internet
+NAME_SERVER = "203.0.113.53"
+PING_TARGET = "8.8.8.8"  # of the plug-in
 USERS_RULES = """
 table ip nat {
     chain postrouting {
@@ -24,6 +26,17 @@ table ip nat {
         oifname "wan0" masquerade
     }
 }
+"""
+DNSMASQ = """interface={bridge}
+bind-interfaces
+except-interface=lo
+no-resolv
+no-hosts
+no-ping
+dhcp-authoritative
+dhcp-leasefile={leases}
+dhcp-range=192.168.8.100,192.168.8.249,255.255.255.0,1h
+dhcp-range=::,constructor:{bridge},ra-only
 """
 DHCP_SCRIPT = """#!/bin/sh
 case $1 in
@@ -107,8 +120,13 @@ class Network:
         self.folder.chmod(0o755)
         self.bridge = bridge
         self.leases = self.folder / "dnsmasq.leases"
+        self.configuration = self.folder / "dnsmasq.conf"
         self.stack = contextlib.ExitStack()
         try:
+            # `ip netns exec` puts the files of this folder in the place of those in /etc.
+            etc = pathlib.Path("/etc/netns/gateway")
+            etc.mkdir(parents=True, exist_ok=True)
+            (etc / "resolv.conf").write_text(f"nameserver {NAME_SERVER}\n", encoding="ascii")
             self.gateway = self.machine("gateway")
             self.internet = self.machine("internet")
             self.connect_internet()
@@ -141,11 +159,16 @@ class Network:
                                                    ("eth0", self.internet, WAN_GATEWAY, WAN_GATEWAY6)):
             machine.run(f"ip address add {address}/24 dev {device}")
             machine.run(f"ip address add {address6}/64 dev {device}")
-        self.gateway.run(f"ip route add default via {WAN_GATEWAY}")
-        self.gateway.run(f"ip route add default via {WAN_GATEWAY6}")
-        self.internet.run(f"ip address add {SERVER}/32 dev lo")
+        self.restore_routes()
+        for address in (SERVER, NAME_SERVER, PING_TARGET):
+            self.internet.run(f"ip address add {address}/32 dev lo")
         self.internet.run(f"ip address add {SERVER6}/128 dev lo")
         self.internet.run(f"ip route add 2001:db8:8::/64 via {WAN_ADDRESS6}")
+
+    def restore_routes(self):
+        """The default routes, which go with an address of IPv6 when a cable is unplugged."""
+        for gateway in (WAN_GATEWAY, WAN_GATEWAY6):
+            self.gateway.run(f"ip route replace default via {gateway}")
 
     def connect(self, machine, device, port, mac=None):
         """A cable between the gateway and another machine, plugged in at the gateway's end only."""
@@ -163,16 +186,21 @@ class Network:
         return client
 
     def start_dnsmasq(self):
-        log = (self.folder / "dnsmasq.log").open("w", encoding="utf-8")
-        self.stack.callback(log.close)
-        self.dnsmasq = self.gateway.start([
-            "dnsmasq", "--keep-in-foreground", "--log-facility=-", "--conf-file=/dev/null", "--user=root", "--group=",
-            f"--interface={self.bridge}", "--bind-interfaces", "--except-interface=lo", "--no-resolv", "--no-hosts",
-            "--no-ping", "--dhcp-authoritative", f"--pid-file={self.folder}/dnsmasq.pid",
-            f"--dhcp-leasefile={self.leases}",
-            "--dhcp-range=192.168.8.100,192.168.8.249,255.255.255.0,1h", f"--dhcp-range=::,constructor:{self.bridge},ra-only",
-            "--address=/server.example/" + SERVER], stderr=log)
-        until(lambda: "started" in (self.folder / "dnsmasq.log").read_text(encoding="utf-8"), "dnsmasq")
+        """The DHCP server of the gateway, and a name server in the Internet."""
+        self.configuration.write_text(DNSMASQ.format(bridge=self.bridge, leases=self.leases), encoding="ascii")
+        self.dnsmasq = self.dnsmasq_of(self.gateway, f"--conf-file={self.configuration}")
+        self.dnsmasq_of(self.internet, "--conf-file=/dev/null", "--port=53", f"--listen-address={NAME_SERVER}",
+                        "--bind-interfaces", "--no-resolv", "--no-hosts", f"--address=/#/{SERVER}")
+
+    def dnsmasq_of(self, machine, *options):
+        path = self.folder / f"dnsmasq.{machine.name}.log"
+        with path.open("w", encoding="utf-8") as log:
+            process = machine.start(["dnsmasq", "--keep-in-foreground", "--log-facility=-", "--user=root", "--group=",
+                                     f"--pid-file={self.folder}/dnsmasq.{machine.name}.pid", *options], stderr=log)
+        until(lambda: "started" in path.read_text(encoding="utf-8") or process.poll() is not None, "dnsmasq")
+        if process.poll() is not None:
+            raise RuntimeError(path.read_text(encoding="utf-8"))
+        return process
 
     def lease(self, client, name=None):
         """A lease of the client under this name, and an address of IPv6 that the gateway announces."""
