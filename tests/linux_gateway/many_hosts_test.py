@@ -37,7 +37,7 @@ class ManyHostsTest(case.GatewayCase):
     def test_a_hundred_hosts(self):
         agent = self.agent()
         hosts = agent.hosts()
-        self.assertEqual(len(hosts), HOSTS + 2 - 1, sorted(hosts))
+        self.assertIn(len(hosts), (HOSTS + 1, HOSTS + 2))  # the last is the device below those of the hosts
         for number in range(1, HOSTS + 1):
             host = hosts[f"02:00:5E:20:00:{number:02X}"]
             self.assertEqual((host["Name"], host["NetStatus"]), (f"host-{number}", "1"))
