@@ -45,7 +45,7 @@ class ManyHostsTest(case.GatewayCase):
         self.assertEqual(agent.call("HG_RESOURCE_INSPECTION")["LanDevNum"], str(len(hosts)))
         self.assertEqual(len(agent.call("GET_TSLINK_TOPOLOGY_INFO")["MainRouter"]["MainBaseInfo"]), 32)
         listed = agent.run("hosts")
-        self.assertEqual(len([line for line in listed.stdout.splitlines() if " host-" in line]), HOSTS)
+        self.assertEqual(len([line for line in listed.stdout.splitlines() if "host-" in line]), HOSTS, listed)
 
     def test_settings_for_all_of_them(self):
         agent = self.agent()
