@@ -16,3 +16,10 @@ __attribute__((destructor)) static void close_at_exit()
 }
 
 } // namespace linux_gateway
+
+// For agents that end without destructors while threads are running, as hgagent does.
+extern "C" __attribute__((visibility("default"))) void device_library_close();
+void device_library_close()
+{
+    linux_gateway::close_gateway();
+}

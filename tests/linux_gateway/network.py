@@ -93,8 +93,13 @@ class Namespace:
         self.started.append(process)
         return process
 
-    def reaches(self, address, seconds=1):
-        return self.works(f"ping -n -c 1 -W {seconds} {address}")
+    def reaches(self, address):
+        """Whether the address answers; the first of a few answers counts."""
+        return self.works(f"ping -n -c 1 -w 5 {address}")
+
+    def misses(self, address):
+        """Whether the address does not answer at once, which is enough where a test waits for it."""
+        return not self.works(f"ping -n -c 1 -W 0.3 {address}")
 
     def address(self, device="eth0", family=4):
         """Its global address, if it has one already."""

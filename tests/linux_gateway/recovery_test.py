@@ -3,6 +3,7 @@
 import json
 import os
 import random
+import re
 import time
 
 import case
@@ -30,7 +31,8 @@ class RecoveryTest(case.GatewayCase):
             self.network.gateway.run("nft -s list table bridge linux_gateway", check=False)
 
     def queues(self):
-        return [self.network.gateway.run(f"tc {what} show dev br-lan") for what in ("qdisc", "class", "filter")]
+        shown = [self.network.gateway.run(f"tc {what} show dev br-lan") for what in ("qdisc", "class", "filter")]
+        return re.sub(r"direct_packets_stat \d+|(?<=bfifo )\w+:|(?<=leaf )\w+:", "", "".join(shown))
 
     def await_put_back(self, agent, read, removed):
         wanted = read()
@@ -39,7 +41,7 @@ class RecoveryTest(case.GatewayCase):
         self.network.gateway.run(removed)
         until(lambda: read() == wanted, "what was removed")
         print(f"after {removed}: {time.monotonic() - began:.3f} s")
-        return agent.await_log("put back")
+        return agent.await_log("as before again")
 
     def test_rules_that_are_removed_are_put_back(self):
         agent = self.agent()
@@ -48,7 +50,7 @@ class RecoveryTest(case.GatewayCase):
         for removed in ("nft flush ruleset", "nft delete table inet linux_gateway", "nft flush ruleset"):
             with self.subTest(removed=removed):
                 self.await_put_back(agent, self.table, removed)
-                self.assertFalse(self.first.reaches(network.SERVER))
+                self.assertTrue(self.first.misses(network.SERVER))
 
     def test_a_queueing_root_that_is_removed_is_put_back(self):
         agent = self.agent()
