@@ -220,6 +220,7 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
                             "are for the simulated gateway, and the device library " +
                                 path + " is none");
         }
+        close_ = function_of<void()>(library_, "device_library_close");
         return;
     }
 

@@ -42,6 +42,10 @@ simulated_gateway/core       plugin_headers device_facts gateway_header line_out
 simulated_gateway/simulation simulated_gateway/io simulated_gateway/model
 simulated_gateway/firmware   simulated_gateway/io simulated_gateway/model gateway_header
 simulated_gateway/model      simulated_gateway/io plugin_headers embedded_texts
+linux_gateway/device         linux_gateway/core linux_gateway/system plugin_headers
+linux_gateway/core           linux_gateway/enforcement linux_gateway/system plugin_headers
+linux_gateway/enforcement    linux_gateway/system
+linux_gateway/system         plugin_headers
 smart_router_service         plugin_headers
 """
 # The include directories of the project's targets, and their names in the list above.
@@ -51,7 +55,7 @@ SHARED = {
     "protocol/include": "device_facts",
     "line_output": "line_output",
 }
-PARTS = ("agent", "simulated_gateway", "smart_router_service")
+PARTS = ("agent", "linux_gateway", "simulated_gateway", "smart_router_service")
 
 
 def folder_of(included, part):

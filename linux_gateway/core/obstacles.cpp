@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "core/obstacles.h"
+
+#include "system/dhcp_server.h"
+#include "system/files.h"
+#include "system/text.h"
+
+#include <unistd.h>
+
+namespace linux_gateway {
+
+static bool is_on(const char *switch_file)
+{
+    constexpr size_t most_bytes = 16;
+    return trimmed(read_file_if_there(switch_file, most_bytes).value_or("")) == "1";
+}
+
+std::vector<std::string> obstacles(const Configuration &configuration)
+{
+    std::vector<std::string> sentences;
+    if (!is_dhcp_server_running()) {
+        sentences.emplace_back(
+            "no DHCP server is running on this machine: start dnsmasq, which gives the hosts their "
+            "addresses and the gateway their names");
+    } else if (access(configuration.lease_file.c_str(), R_OK) != 0) {
+        sentences.push_back("the lease file " + configuration.lease_file +
+                            " cannot be read, so hosts have no names: name dnsmasq's file as "
+                            "lease_file in the configuration");
+    }
+    if (!is_on("/proc/sys/net/ipv4/ip_forward")) {
+        sentences.emplace_back("this machine does not route: net.ipv4.ip_forward is 0");
+    }
+    // Their folders are there while they run.
+    if (access("/run/NetworkManager", F_OK) == 0) {
+        sentences.push_back("NetworkManager is running: exclude " + configuration.lan_bridge +
+                            " and its ports from it, since it may take them over");
+    }
+    if (access("/run/firewalld", F_OK) == 0) {
+        sentences.emplace_back("firewalld is running: when it reloads, its rules and those of the "
+                               "gateway apply both");
+    }
+    return sentences;
+}
+
+} // namespace linux_gateway
