@@ -6,7 +6,7 @@
 
 namespace agent::fleet {
 
-// Result: the exit status.
+// Runs the gateways until SIGTERM or SIGINT. Result: the exit status.
 int run_fleet(const FleetOptions &options);
 
 } // namespace agent::fleet

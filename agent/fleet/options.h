@@ -2,6 +2,7 @@
 // The options of `hgagent fleet`, the gateways.
 #pragma once
 
+#include "commands/options.h"
 #include "fleet/gateway_id.h"
 
 #include <cstdint>
@@ -17,8 +18,18 @@ struct FleetOptions {
     std::string root = "gateway";
     std::string mix = "three_storey_house"; // SCENARIO[=WEIGHT],...
     uint64_t seed = 1;
-    double ramp = 0;    // starts per second; 0: as fast as the broker takes them
-    std::string states; // folder; empty: states are lost when a gateway ends
+    double ramp = 0;             // starts per second; 0: as fast as the broker takes them
+    std::string states;          // folder; empty: a state is lost when its gateway ends
+    bool churn = false;          // faults by plan
+    std::string policy;          // file; needed unless the broker is on this machine
+    bool insecure = false;       // a broker elsewhere without TLS
+    std::string credentials;     // file; empty: none
+    std::string ca;              // file; empty: the system's
+    double reconnect_spread = 0; // seconds; 0: by the number of gateways
+    std::string metrics;         // file; empty: none
+    std::string log;             // file for the gateways' own lines; empty: none
+    HostOptions host;            // those before the subcommand
+    int32_t log_level = 3;
 };
 
 } // namespace agent::fleet

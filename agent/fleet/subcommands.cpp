@@ -42,7 +42,28 @@ void add_fleet(CLI::App &app, Options &options)
         "PER_SECOND")
         ->check(unnamed(CLI::Range(0.1, 1e6)));
     add("--states", fleet->states, "Folder in which the gateways keep their states", "FOLDER");
+    command->add_flag(
+        "--churn", fleet->churn,
+        "Let power, connections, device libraries and updates fail by a plan from the "
+        "seed");
+    add("--policy", fleet->policy, "File with the policy; needed for a broker elsewhere", "FILE");
+    command->add_flag("--insecure", fleet->insecure,
+                      "Connect to a broker on another machine without TLS");
+    add("--broker-credentials", fleet->credentials,
+        "File with the user and the password for the broker, each on a line", "FILE");
+    add("--broker-ca", fleet->ca,
+        "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
+    add("--reconnect-spread", fleet->reconnect_spread,
+        "Time within which gateways that have lost the broker come back", "SECONDS")
+        ->check(unnamed(CLI::Range(0.1, 86400.0)));
+    add("--metrics", fleet->metrics, "File for the numbers of the fleet, in the form of Prometheus",
+        "FILE");
+    add("--log", fleet->log, "File for what the gateways write, each line with its name", "FILE");
     command->require_subcommand(0, 1);
+    command->footer(R"(
+hgagent fleet --count N --broker URL [OPTION ...]
+The gateways are PREFIX-NUMBER on the broker, such as home-17. On a broker of this machine everything is
+allowed to its clients. docs/fleet.md describes homes, faults and memory.)");
     command->callback([command, fleet, &options] {
         if (!command->get_subcommands().empty()) {
             return; // which has its own callback
@@ -53,6 +74,8 @@ void add_fleet(CLI::App &app, Options &options)
             }
         }
         options.subcommand = Subcommand::kOther;
+        fleet->host = options.host;
+        fleet->log_level = options.log_level;
         options.other = [fleet] {
             return run_fleet(*fleet);
         };
