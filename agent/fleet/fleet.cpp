@@ -47,14 +47,14 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr milliseconds kTick(250);
-constexpr milliseconds kStartingTick(5);
+constexpr milliseconds kStartingTick(20);
 // Gateways that start at once: more would only wait for each other and for the broker.
 constexpr uint32_t kMostStarting = 64;
 constexpr seconds kStartTime(10); // after it a gateway no longer counts as starting
 constexpr milliseconds kFirstBackOff(1000);
 constexpr milliseconds kLongestBackOff(60'000);
 constexpr seconds kSound(60); // after it a gateway's next crash counts as its first
-constexpr seconds kReports(10);
+constexpr seconds kReports(3);
 constexpr uint32_t kMostNamed = 10; // gateways that are named in the time above
 constexpr uint32_t kFailuresAtStart = 3;
 constexpr uint32_t kMemorySample = 32; // gateways each second
@@ -99,7 +99,7 @@ struct Member {
     milliseconds back_off{0};
     bool was_off = false;
     bool is_hung = false; // and has been killed
-    milliseconds processor_time{0};
+    std::chrono::nanoseconds processor_time{0};
 };
 
 service::Policy policy_of(const FleetOptions &options)
@@ -335,7 +335,7 @@ class Fleet {
         member.time = Clock::now();
         member.was_off = false;
         member.is_hung = false;
-        member.processor_time = milliseconds(0);
+        member.processor_time = {};
         ++running_;
         return true;
     }
@@ -378,9 +378,9 @@ class Fleet {
             }
             --running_;
             found->process = -1;
-            dead_time_ += milliseconds((used.ru_utime.tv_sec + used.ru_stime.tv_sec) * 1000 +
-                                       (used.ru_utime.tv_usec + used.ru_stime.tv_usec) / 1000);
-            found->processor_time = milliseconds(0);
+            dead_time_ += seconds(used.ru_utime.tv_sec + used.ru_stime.tv_sec) +
+                          std::chrono::microseconds(used.ru_utime.tv_usec + used.ru_stime.tv_usec);
+            found->processor_time = {};
             if (!is_stopping_) {
                 take_end(static_cast<uint32_t>(found - members_.begin()), status);
             }
@@ -635,7 +635,7 @@ class Fleet {
         if (sampled > 0) {
             status_.memory_each = bytes / sampled;
         }
-        milliseconds time = dead_time_;
+        std::chrono::nanoseconds time = dead_time_;
         for (const Member &member : members_) {
             time += member.processor_time;
         }
@@ -747,7 +747,7 @@ class Fleet {
     uint32_t next_wave_ = 0;
 
     Status status_;
-    milliseconds dead_time_{0}; // processor time of those that have ended
+    std::chrono::nanoseconds dead_time_{0}; // processor time of those that have ended
     uint64_t last_requests_ = 0;
     uint64_t last_takeovers_ = 0;
     uint32_t next_sample_ = 0;

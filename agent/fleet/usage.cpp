@@ -2,9 +2,7 @@
 #include "fleet/usage.h"
 
 #include <fstream>
-#include <sstream>
 #include <string>
-#include <unistd.h>
 
 namespace agent::fleet {
 
@@ -32,25 +30,13 @@ std::optional<uint64_t> private_memory_of(pid_t process)
     return is_known ? std::optional(kilobytes * 1024) : std::nullopt;
 }
 
-std::optional<std::chrono::milliseconds> processor_time_of(pid_t process)
+// The times in /proc/PID/stat are too coarse for processes that sleep most of the time.
+std::optional<std::chrono::nanoseconds> processor_time_of(pid_t process)
 {
-    std::string line;
-    if (!std::getline(std::ifstream(file_of(process, "stat")), line)) {
-        return std::nullopt;
-    }
-    // The name in parentheses may contain anything; the times are the 12th and 13th word behind it.
-    const size_t end = line.rfind(')');
-    std::istringstream rest(end == std::string::npos ? "" : line.substr(end + 1));
-    std::string word;
-    for (int at = 0; at < 11; ++at) {
-        rest >> word;
-    }
-    int64_t user = 0;
-    int64_t kernel = 0;
-    if (!(rest >> user >> kernel)) {
-        return std::nullopt;
-    }
-    return std::chrono::milliseconds((user + kernel) * 1000 / sysconf(_SC_CLK_TCK));
+    int64_t nanoseconds = 0;
+    return std::ifstream(file_of(process, "schedstat")) >> nanoseconds
+               ? std::optional(std::chrono::nanoseconds(nanoseconds))
+               : std::nullopt;
 }
 
 } // namespace agent::fleet
