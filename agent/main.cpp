@@ -17,6 +17,7 @@
 #include "io/process_memory.h"
 #include "protocol/log_sink.h"
 #ifdef SMART_ROUTER_SERVICE
+#include "fleet/subcommands.h"
 #include "service/subcommands.h"
 #include "service/worker/listen.h"
 #endif
@@ -28,6 +29,7 @@ void add_others(CLI::App &app, agent::Options &options)
 {
     agent::service::add_subcommands(app, options);
     agent::add_shell(app, options);
+    agent::fleet::add_fleet(app, options);
 }
 constexpr agent::AddSubcommands kAddOthers = add_others;
 #else

@@ -67,6 +67,13 @@ job_broker() {
         build/debug/tests/broker
 }
 
+# What a gateway of a fleet takes, by the number of gateways: the figures of docs/fleet.md.
+job_fleet_figures() {
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet
+    tools/fleet_figures.py 100 1000 4000 10000
+}
+
 # A million clients that connect and say nothing.
 job_service_connects() {
     cmake --preset debug >/dev/null
@@ -78,7 +85,7 @@ job_service_connects() {
 job_whole_tests() {
     cmake --preset debug >/dev/null
     cmake --build --preset debug -- --quiet
-    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^faults|KillTest|AFlippedBit' --fixture-exclude-any '.*'
+    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^faults|^fleet|KillTest|AFlippedBit' --fixture-exclude-any '.*'
 }
 
 jobs=()

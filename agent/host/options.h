@@ -2,11 +2,18 @@
 // Which libraries the host loads, and how.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace agent {
+
+// Which of many homes to make of a scenario.
+struct HomeOptions {
+    uint64_t seed = 0;
+    uint32_t number = 0;
+};
 
 // The libraries to load, and the options of the simulated gateway. For an option that is not given,
 // the gateway uses its environment and defaults.
@@ -21,6 +28,7 @@ struct HostOptions {
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
     std::optional<int32_t> reboot_seconds; // 0 without
+    std::optional<HomeOptions> home;       // without: as the scenario has it
     bool verbose = false;                  // list all symbols that a library lacks
 };
 

@@ -27,6 +27,7 @@ constexpr char kPlugin[] = "libsmart_router_service.so";
 constexpr char kOwnLibraries[] = "the libraries that it needs";
 constexpr char kDeviceProviders[] = "the device library";
 constexpr char kOpenGateway[] = "simulated_gateway_open";
+constexpr char kPrepare[] = "simulated_gateway_prepare";
 constexpr size_t kMaxGatewayError = 1024;
 
 // Libraries are found relative to the executable, so that the installation can be moved: in the
@@ -163,6 +164,24 @@ void load_layer()
 
 } // namespace
 
+void load_in_advance(const HostOptions &options, const std::vector<std::string> &scenarios)
+{
+    const std::string path = library_path(options.device, kDeviceLibrary);
+    void *device = load("device library", path, RTLD_NOW | RTLD_GLOBAL, kOwnLibraries, false);
+    load("plug-in", library_path(options.plugin, kPlugin), RTLD_NOW, kDeviceProviders, false);
+    const auto prepare = function_of<decltype(simulated_gateway_prepare)>(device, kPrepare);
+    if (prepare == nullptr) {
+        throw HostError(kWrongUsage,
+                        "the device library " + path + " is not the simulated gateway");
+    }
+    for (const std::string &scenario : scenarios) {
+        char error[kMaxGatewayError] = "";
+        if (prepare(scenario.c_str(), error, sizeof(error)) != 0) {
+            throw HostError(kCannotLoad, error);
+        }
+    }
+}
+
 DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher)
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
@@ -239,6 +258,11 @@ void DeviceLibrary::open_gateway(const std::string &path, const HostOptions &opt
     gateway.firmware_folder = text_or_null(options.firmware_folder);
     gateway.firmware_key = text_or_null(options.firmware_key);
     gateway.reboot_seconds = options.reboot_seconds.value_or(0);
+    SimulatedGatewayHome home = {};
+    if (options.home) {
+        home = {options.home->seed, options.home->number};
+        gateway.home = &home;
+    }
     char error[kMaxGatewayError] = "";
     if (open(&gateway, error, sizeof(error)) != 0) {
         throw HostError(kCannotLoad, error);

@@ -9,6 +9,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace agent {
 
@@ -83,5 +84,9 @@ class PluginHost {
     void *library_;
     int32_t (*process_)(const char *, cJSON *) = nullptr;
 };
+
+// Loads both libraries, and scenarios of the simulated gateway, for processes that will be forked:
+// these then share most of what they load. Opens no gateway. Throws HostError.
+void load_in_advance(const HostOptions &options, const std::vector<std::string> &scenarios);
 
 } // namespace agent

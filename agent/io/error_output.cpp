@@ -20,6 +20,7 @@ constexpr char kEraseLine[] = "\r\x1b[K";
 std::mutex mutex;
 line_output::LineOutput output(PROGRAM_NAME, STDERR_FILENO);
 std::string status;
+std::string line_prefix;
 bool is_hidden = false;
 
 bool writes_to_journal = false;
@@ -102,7 +103,19 @@ std::string_view level_prefix(Level level)
 void write_error_line(std::string_view text, Level level)
 {
     const std::lock_guard lock(mutex);
-    output.write({erasure(), level_prefix(level), text, "\n", shown()});
+    output.write({erasure(), level_prefix(level), line_prefix, text, "\n", shown()});
+}
+
+void write_error_text(std::string_view text)
+{
+    const std::lock_guard lock(mutex);
+    output.write({text});
+}
+
+void set_line_prefix(std::string prefix)
+{
+    const std::lock_guard lock(mutex);
+    line_prefix = std::move(prefix);
 }
 
 void set_status_line(std::string text)

@@ -30,6 +30,12 @@ enum class Level {
 // journal only.
 void write_error_line(std::string_view text, Level level = Level::kInfo);
 
+// Writes the text as it is, for a terminal.
+void write_error_text(std::string_view text);
+
+// From now on each line begins with it, after the level: a process of many says which one it is.
+void set_line_prefix(std::string prefix);
+
 // Whether standard error is the journal's, which reads levels such as "<3>" at the begin of lines.
 // Known since open_error_output().
 bool is_journal();

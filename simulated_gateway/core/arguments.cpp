@@ -3,6 +3,8 @@
 
 #include "firmware/web_transfer.h"
 
+#include <atomic>
+
 namespace simulated_gateway {
 namespace {
 
@@ -28,6 +30,20 @@ void RecordText::add(const char *name, const std::string &value)
         fields_ += ", ";
     }
     fields_ += std::string(name) + "=" + value;
+}
+
+void spoil_text(char *text, size_t width)
+{
+    for (size_t at = 0; at < width; ++at) {
+        text[at] = static_cast<char>(random_number() % 255 + 1);
+    }
+}
+
+int32_t random_number()
+{
+    static std::atomic<uint32_t> last = 1; // the numbers need not be unpredictable
+    last = last * 1664525 + 1013904223;
+    return static_cast<int32_t>(last >> 8 & 0xffff);
 }
 
 Argument reply_text(const char *name, const char *text)

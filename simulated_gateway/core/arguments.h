@@ -72,7 +72,8 @@ struct Argument {
     const void *value;
     bool is_reply; // filled by the function, undefined before
     std::string (*shown)(const void *value, bool show_secrets); // as the trace shows it
-    std::span<char> fail_reason = {}; // where the device writes the reason of a refusal
+    std::span<char> fail_reason = {};           // where the device writes the reason of a refusal
+    void (*spoil)(const void *value) = nullptr; // fills it with random bytes
 };
 
 template <class Record> std::string shown_record(const void *record, bool show_secrets)
@@ -87,6 +88,29 @@ template <std::integral Number> std::string shown_number(const void *number, boo
     return std::to_string(*static_cast<const Number *>(number));
 }
 
+// Random bytes that do not end a text, as a broken device library may leave them.
+void spoil_text(char *text, size_t width);
+int32_t random_number();
+
+// Pointers stay as they are: a process does not survive those.
+template <class Record> void spoil_fields(Record &record)
+{
+    device_facts::visit_fields(record, []<class Type>(const device_facts::Field &, Type &field) {
+        if constexpr (std::is_class_v<Type>) {
+            spoil_fields(field);
+        } else if constexpr (std::is_same_v<Type, int32_t>) {
+            field = random_number();
+        } else if constexpr (std::is_same_v<std::remove_extent_t<Type>, char>) {
+            spoil_text(field, sizeof(field));
+        }
+    });
+}
+
+template <class Record> void spoil_record(const void *record)
+{
+    spoil_fields(*static_cast<Record *>(const_cast<void *>(record)));
+}
+
 // A record that the function reads.
 template <class Record> Argument request(const char *name, const Record *record)
 {
@@ -96,7 +120,9 @@ template <class Record> Argument request(const char *name, const Record *record)
 // A record that the function fills.
 template <class Record> Argument reply(const char *name, Record *record)
 {
-    return {name, record, true, shown_record<Record>};
+    Argument argument = {name, record, true, shown_record<Record>};
+    argument.spoil = spoil_record<Record>;
+    return argument;
 }
 
 // A record that the function reads and then fills; the trace shows it as it is after the call.

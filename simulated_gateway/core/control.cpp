@@ -137,6 +137,9 @@ Settings settings_from(const SimulatedGatewayOptions &options)
         number_in("SIMULATED_GATEWAY_TIME", {0, INT64_MAX}, "number of seconds since 1970");
     settings.fetch_limits = fetch_limits(options.firmware_folder);
     settings.reboot_seconds = std::max(options.reboot_seconds, 0);
+    if (options.home != nullptr) {
+        settings.home = {options.home->seed, options.home->number};
+    }
     settings.firmware_key =
         given("firmware key", options.firmware_key, "SIMULATED_GATEWAY_FIRMWARE_KEY");
     return settings;
@@ -277,6 +280,17 @@ try {
     const SimulatedGatewayOptions none = {};
     control().gateway = std::make_shared<Gateway>(settings_from(options ? *options : none));
     control().environment_failed = false;
+    return 0;
+} catch (const std::exception &failure) {
+    if (error != nullptr && error_size > 0) {
+        std::snprintf(error, error_size, "%s", failure.what());
+    }
+    return -1;
+}
+
+int32_t simulated_gateway_prepare(const char *scenario, char *error, size_t error_size)
+try {
+    prepare_scenario(scenario != nullptr ? scenario : "");
     return 0;
 } catch (const std::exception &failure) {
     if (error != nullptr && error_size > 0) {

@@ -17,6 +17,8 @@ constexpr std::string_view kFunctions[] = {
 #undef FUNCTION_NAME
 };
 
+constexpr std::string_view kRubbish = "rubbish";
+constexpr std::string_view kCrash = "crash";
 constexpr int64_t kLongestDelayMs = 3'600'000;
 
 // Removes a number from the start of the text.
@@ -47,7 +49,13 @@ bool take(std::string_view &text, std::string_view prefix)
 Fault parse_fault(std::string_view text)
 {
     Fault fault;
-    fault.result = static_cast<int32_t>(take_number(text, INT32_MIN, INT32_MAX, "result"));
+    if (take(text, kRubbish)) {
+        fault.kind = Fault::Kind::kRubbish;
+    } else if (take(text, kCrash)) {
+        fault.kind = Fault::Kind::kCrash;
+    } else {
+        fault.result = static_cast<int32_t>(take_number(text, INT32_MIN, INT32_MAX, "result"));
+    }
     if (take(text, "*")) {
         fault.calls_left = take_number(text, 1, INT32_MAX, "count");
     }
@@ -61,6 +69,19 @@ Fault parse_fault(std::string_view text)
         throw Error("there is extra text at the end, " + in_quotes(text));
     }
     return fault;
+}
+
+std::string result_of(const Fault &fault)
+{
+    switch (fault.kind) {
+    case Fault::Kind::kRubbish:
+        return std::string(kRubbish);
+    case Fault::Kind::kCrash:
+        return std::string(kCrash);
+    case Fault::Kind::kResult:
+        break;
+    }
+    return std::to_string(fault.result);
 }
 
 } // namespace
@@ -91,7 +112,7 @@ std::vector<std::string> FaultPlan::texts() const
     std::vector<std::string> texts;
     for (const auto &[function, planned] : faults_) {
         for (const Fault &fault : planned) {
-            std::string text = function + "=" + std::to_string(fault.result);
+            std::string text = function + "=" + result_of(fault);
             if (fault.calls_left) {
                 text += "*" + std::to_string(*fault.calls_left);
             }

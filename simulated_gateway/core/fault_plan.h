@@ -14,6 +14,10 @@
 namespace simulated_gateway {
 
 struct Fault {
+    // What the call does: it only returns the result, or fills what it should fill with random
+    // bytes and returns 0, or aborts the process.
+    enum class Kind { kResult, kRubbish, kCrash };
+    Kind kind = Kind::kResult;
     int32_t result = 0;
     std::optional<int64_t> calls_left; // without a value: every call from now on
     std::chrono::milliseconds delay{0};
@@ -21,7 +25,8 @@ struct Fault {
 
 class FaultPlan {
   public:
-    // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]" after the faults already planned for the function.
+    // Adds "FUNCTION=RESULT[*COUNT][@DELAYms]", where the result is a number, "rubbish" or "crash",
+    // after the faults already planned for the function.
     // Throws an Error that quotes it.
     void add(std::string_view text);
 

@@ -11,6 +11,7 @@
 #include "simulation/life_cycle.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace simulated_gateway {
@@ -30,6 +31,32 @@ State new_state(const std::string &scenario, const Home &home)
     return state;
 }
 
+// Result: whether the call has filled its arguments, as it were.
+bool apply(const Fault &fault, std::initializer_list<Argument> arguments)
+{
+    if (fault.kind == Fault::Kind::kCrash) {
+        std::abort();
+    }
+    if (fault.kind == Fault::Kind::kResult) {
+        return false;
+    }
+    for (const Argument &argument : arguments) {
+        if (argument.spoil != nullptr && argument.value != nullptr) {
+            argument.spoil(argument.value);
+        }
+    }
+    return true;
+}
+
+Home home_of(const std::string &scenario, const std::optional<HomeNumber> &which)
+{
+    Home home = load_scenario(scenario);
+    if (which) {
+        make_individual(home, *which);
+    }
+    return home;
+}
+
 } // namespace
 
 FirmwareStore::Router router_of(const State &state)
@@ -38,7 +65,8 @@ FirmwareStore::Router router_of(const State &state)
 }
 
 Gateway::Gateway(const Settings &settings)
-    : web_limits_(settings.fetch_limits), reboot_seconds_(settings.reboot_seconds)
+    : web_limits_(settings.fetch_limits), reboot_seconds_(settings.reboot_seconds),
+      home_(settings.home)
 {
     fix_clock(settings.fixed_time);
     for (const std::string &fault : settings.faults) {
@@ -59,7 +87,7 @@ Gateway::Gateway(const Settings &settings)
                           : nullptr);
     if (!kept) {
         const std::string scenario = settings.scenario.value_or(kDefaultScenario);
-        keep(new_state(scenario, load_scenario(scenario)));
+        keep(new_state(scenario, home_of(scenario, home_)));
         has_rebooted_ = false; // it was switched on
         return;
     }
@@ -158,6 +186,7 @@ int32_t Gateway::run_locked(const char *function, std::initializer_list<Argument
         closing_.wait_for(lock, fault->delay, [&] { return closed_; });
         call.result = fault->result;
         call.note = "fault";
+        call.filled = apply(*fault, arguments);
     } else if (std::ranges::any_of(arguments, [](auto &it) { return it.value == nullptr; })) {
         call.note = "an argument is null";
     } else {
@@ -269,7 +298,7 @@ void Gateway::load(const std::string &scenario)
     if (!is_current && is_scenario_file(scenario)) {
         throw Error("a scenario file can only be given when the gateway is opened");
     }
-    State fresh = new_state(scenario, is_current ? state_.factory : load_scenario(scenario));
+    State fresh = new_state(scenario, is_current ? state_.factory : home_of(scenario, home_));
     // The next process to open the state may still name the scenario of its first start.
     const std::string &opened_as = state_.opened_as.empty() ? state_.scenario : state_.opened_as;
     fresh.opened_as = opened_as != scenario ? opened_as : "";

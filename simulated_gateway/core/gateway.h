@@ -6,6 +6,7 @@
 #include "core/fault_plan.h"
 #include "core/trace.h"
 #include "firmware/store.h"
+#include "model/individual.h"
 #include "model/model.h"
 #include "model/state_file.h"
 
@@ -30,6 +31,7 @@ struct Settings {
     std::optional<int64_t> fixed_time;       // seconds since 1970, else the clock runs
     std::optional<std::string> firmware_key; // file
     int32_t reboot_seconds = 0;
+    std::optional<HomeNumber> home; // else as the scenario has it
     FetchLimits fetch_limits;
 };
 
@@ -94,6 +96,7 @@ class Gateway {
     Trace trace_;
     const WebLimits web_limits_;
     const int32_t reboot_seconds_;
+    const std::optional<HomeNumber> home_;
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;

@@ -6,8 +6,25 @@
 #include "model/document.h"
 
 #include <filesystem>
+#include <map>
+#include <mutex>
 
 namespace simulated_gateway {
+
+namespace {
+
+// Never destroyed: other threads may open a gateway while the process ends.
+struct Prepared {
+    std::mutex mutex;
+    std::map<std::string, Home> homes;
+};
+Prepared &prepared()
+{
+    static Prepared &only = *new Prepared;
+    return only;
+}
+
+} // namespace
 
 bool is_scenario_file(const std::string &name_or_file)
 {
@@ -31,7 +48,9 @@ std::string scenario_name(const std::string &name_or_file)
     return std::filesystem::path(name_or_file).stem().string();
 }
 
-Home load_scenario(const std::string &name_or_file)
+namespace {
+
+Home read_scenario(const std::string &name_or_file)
 {
     if (is_scenario_file(name_or_file)) {
         return read_document<Home>(name_or_file, read_file(name_or_file), kScenarioFormat);
@@ -46,6 +65,27 @@ Home load_scenario(const std::string &name_or_file)
     }
     throw Error("there is no scenario " + in_quotes(name_or_file) + "; built in: " + names +
                 "; a file is named with a '/' or ends in \".json\"");
+}
+
+} // namespace
+
+Home load_scenario(const std::string &name_or_file)
+{
+    {
+        const std::lock_guard lock(prepared().mutex);
+        const auto found = prepared().homes.find(name_or_file);
+        if (found != prepared().homes.end()) {
+            return found->second;
+        }
+    }
+    return read_scenario(name_or_file);
+}
+
+void prepare_scenario(const std::string &name_or_file)
+{
+    Home home = read_scenario(name_or_file);
+    const std::lock_guard lock(prepared().mutex);
+    prepared().homes.insert_or_assign(name_or_file, std::move(home));
 }
 
 } // namespace simulated_gateway

@@ -22,5 +22,7 @@ std::vector<std::string> built_in_scenarios();
 
 // Loads and checks a scenario. Throws an Error.
 Home load_scenario(const std::string &name_or_file);
+// Does so in advance: load_scenario() then only copies it.
+void prepare_scenario(const std::string &name_or_file);
 
 } // namespace simulated_gateway

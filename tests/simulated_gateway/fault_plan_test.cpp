@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gateway_fixture.h"
 
+#include <csignal>
 #include <cstring>
 
 namespace {
@@ -47,6 +48,22 @@ TEST_F(FaultPlanTest, AFaultMayDelayTheCall)
     const size_t at = line.find(" in ");
     ASSERT_NE(at, std::string::npos) << line;
     EXPECT_GE(std::stol(line.substr(at + 4)), 60000) << line;
+}
+
+TEST_F(FaultPlanTest, RubbishFillsTheTextsWithoutAnEnd)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_sn_info=rubbish*1"}}), "");
+    SnInfo info = {};
+    EXPECT_EQ(devapi_get_sn_info(&info), 0);
+    EXPECT_EQ(std::memchr(&info, 0, sizeof(info)), nullptr);
+    EXPECT_EQ(devapi_get_sn_info(&info), 0);
+    EXPECT_STREQ(info.MAC, "3C:6A:D2:10:4F:20");
+}
+
+TEST_F(FaultPlanTest, ACrashEndsTheProcess)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_sn_info=crash"}}), "");
+    EXPECT_EXIT(call(), testing::KilledBySignal(SIGABRT), "");
 }
 
 TEST_F(FaultPlanTest, AnUnknownFunctionSuggestsTheNearest)

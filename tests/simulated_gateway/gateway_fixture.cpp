@@ -50,6 +50,7 @@ std::string GatewayTest::open(const Options &options)
     given.firmware_folder = text_or_null(options.firmware_folder);
     given.firmware_key = text_or_null(options.firmware_key);
     given.reboot_seconds = options.reboot_seconds;
+    given.home = options.home ? &*options.home : nullptr;
 
     char error[1024] = "no reason given";
     return simulated_gateway_open(&given, error, sizeof(error)) == 0 ? "" : error;

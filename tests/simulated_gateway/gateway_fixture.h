@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ class GatewayTest : public testing::Test {
         std::string firmware_folder = {};
         std::string firmware_key = {};
         int32_t reboot_seconds = 0;
+        std::optional<SimulatedGatewayHome> home = {};
     };
     static std::string open(const Options &options);
     static void close() { simulated_gateway_close(); }

@@ -49,6 +49,13 @@
 extern "C" {
 #endif
 
+/* One home of many that start from the same scenario: they differ in addresses, names, devices and
+ * habits. The same number and seed give the same home. */
+typedef struct SimulatedGatewayHome {
+    uint64_t seed;
+    uint32_t number;
+} SimulatedGatewayHome;
+
 /* Each setting may be left NULL (or 0); the environment then has its say, then the default. */
 typedef struct SimulatedGatewayOptions {
     /* Name of a scenario that is built in, or the path of a scenario file (a text with a '/' or
@@ -71,6 +78,9 @@ typedef struct SimulatedGatewayOptions {
     /* How long a reboot takes, in seconds of the machine's clock; there is no variable. 0: it is
      * over at once, as it always is while the gateway's clock stands still. */
     int32_t reboot_seconds;
+    /* Which home to make of the scenario, unless the state file has one. Default: the home as the
+     * scenario has it. */
+    const SimulatedGatewayHome *home;
 } SimulatedGatewayOptions;
 
 /*
@@ -79,6 +89,14 @@ typedef struct SimulatedGatewayOptions {
  */
 SIMULATED_GATEWAY_API int32_t simulated_gateway_open(const SimulatedGatewayOptions *options,
                                                      char *error, size_t error_size);
+
+/*
+ * Reads a scenario, built in or a file, and keeps it for every later opening: for a process that
+ * forks others, which then need not read it. No gateway is opened. Result: as for
+ * simulated_gateway_open().
+ */
+SIMULATED_GATEWAY_API int32_t simulated_gateway_prepare(const char *scenario, char *error,
+                                                        size_t error_size);
 
 /*
  * Closes the gateway: its state is saved and its state file is free for others. Calls that are

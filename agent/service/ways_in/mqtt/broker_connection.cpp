@@ -181,6 +181,11 @@ BrokerConnection &connection_of(void *object)
 
 } // namespace
 
+void load_mqtt_library()
+{
+    static const Library library;
+}
+
 size_t packet_size(const PublishedMessage &message)
 {
     const size_t properties = size_of_properties(message);
@@ -194,7 +199,7 @@ BrokerConnection::BrokerConnection(boost::asio::io_context &loop, ConnectOptions
     : loop_(loop), options_(std::move(options)), listener_(listener), socket_(loop),
       keep_alive_(loop)
 {
-    static const Library library;
+    load_mqtt_library();
     client_ = mosquitto_new(options_.id.c_str(), false, this);
     if (client_ == nullptr) {
         throw std::bad_alloc();
@@ -439,8 +444,11 @@ void BrokerConnection::on_suback(const std::vector<int> &granted)
 
 void BrokerConnection::on_disconnected(int result)
 {
+    is_taken_over_ = result == MQTT_RC_SESSION_TAKEN_OVER;
     if (is_disconnecting_) {
         lose("");
+    } else if (is_taken_over_) {
+        lose("another client has connected as " + options_.id);
     } else if (options_.tls != nullptr && !options_.tls->problem().empty()) {
         lose("the broker's certificate is not accepted: " + options_.tls->problem());
     } else if (result == MOSQ_ERR_ERRNO && errno != EPROTO) {

@@ -82,6 +82,9 @@ class BrokerListener {
     ~BrokerListener() = default;
 };
 
+// Once for the process; otherwise the first connection does it.
+void load_mqtt_library();
+
 struct ConnectOptions {
     BrokerAddress broker;
     std::string address; // numeric, of the broker
@@ -108,6 +111,8 @@ class BrokerConnection {
     void start();
     const BrokerFeatures &features() const { return features_; }
     Refusal refusal() const { return refusal_; }
+    // Whether the broker has closed the connection because of another client with the same name.
+    bool is_taken_over() const { return is_taken_over_; }
     const std::string &address() const { return options_.address; }
     // Result: the packet's number; 0 if the connection is broken, which is reported later; -1 if
     // the message cannot be published.
@@ -139,6 +144,7 @@ class BrokerConnection {
     bool is_in_callback_ = false;
     bool is_lost_ = false;
     bool is_disconnecting_ = false;
+    bool is_taken_over_ = false;
     std::string error_; // the last one that the library has logged
     BrokerFeatures features_;
     Refusal refusal_ = Refusal::kOther;

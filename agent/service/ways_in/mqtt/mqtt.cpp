@@ -223,7 +223,17 @@ void Mqtt::try_next()
         return;
     }
     failures_ = 0;
-    timer_.expires_after(backoff_.next(std::uniform_real_distribution<>(0, 1)(random_)));
+    resolve_after(backoff_.next(random_chance()));
+}
+
+double Mqtt::random_chance()
+{
+    return std::uniform_real_distribution<>(0, 1)(random_);
+}
+
+void Mqtt::resolve_after(std::chrono::milliseconds pause)
+{
+    timer_.expires_after(pause);
     timer_.async_wait([this](const boost::system::error_code &problem) {
         if (!problem) {
             resolve();
@@ -306,6 +316,7 @@ void Mqtt::give_up_attempt(const std::string &why)
         problem_ = problem;
         print_error(problem);
     }
+    report(MqttNews::kFailed, problem);
     try_next();
 }
 
@@ -330,6 +341,7 @@ void Mqtt::on_connected()
     addresses_.clear();
     problem_.clear();
     write_error_line("connected to " + broker().url() + " as " + options_.id);
+    report(MqttNews::kConnected, "");
     // What the last connection has not had acknowledged comes first.
     for (; !unacknowledged_.empty(); unacknowledged_.pop_back()) {
         waiting_.push_front(std::move(unacknowledged_.back()));
@@ -344,6 +356,7 @@ void Mqtt::on_lost(const std::string &why)
     timer_.cancel();
     const Refusal refusal = connection_->refusal();
     const std::string address = connection_->address();
+    const bool is_taken_over = connection_->is_taken_over();
     connection_.reset();
     if (refusal != Refusal::kOther && !is_stopping_ && lower_will(refusal)) {
         addresses_.push_back(address);
@@ -358,14 +371,41 @@ void Mqtt::on_lost(const std::string &why)
         give_up_attempt(why);
         return;
     }
-    if (Clock::now() - online_since_ >= kStable) {
+    // Two clients with the same name take the connection from each other for ever: each has to wait
+    // longer every time.
+    takeovers_ = is_taken_over ? takeovers_ + 1 : 0;
+    if (!is_taken_over && Clock::now() - online_since_ >= kStable) {
         backoff_.reset();
     }
-    print_error("the connection to " + broker().url() + " is lost: " + why);
-    // First this broker again, after a pause: the whole fleet has lost it.
-    broker_ = (broker_ + brokers_.size() - 1) % brokers_.size();
-    failures_ = brokers_.size() - 1;
-    try_next();
+    const std::string times =
+        takeovers_ > 1 ? ", for the " + std::to_string(takeovers_) + "th time in a row" : "";
+    const std::string problem = "the connection to " + broker().url() + " is lost: " + why + times;
+    print_error(problem);
+    report(is_taken_over ? MqttNews::kTakenOver : MqttNews::kLost, problem);
+    connect_again();
+}
+
+// First this broker again, after a pause: the whole fleet has lost it.
+void Mqtt::connect_again()
+{
+    failures_ = 0;
+    const auto spread = std::chrono::milliseconds(static_cast<int64_t>(
+        static_cast<double>(options_.reconnect_spread.count()) * random_chance()));
+    resolve_after(std::max(backoff_.next(random_chance()), spread));
+}
+
+void Mqtt::report(MqttNews news, const std::string &why) const
+{
+    if (options_.on_news) {
+        options_.on_news(news, why);
+    }
+}
+
+void Mqtt::drop_connection()
+{
+    if (is_online_) {
+        on_lost("cut");
+    }
 }
 
 // ---- Requests -----------------------------------------------------------------------------------

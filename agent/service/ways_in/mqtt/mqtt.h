@@ -32,6 +32,14 @@ struct MqttLimits {
     size_t pending = 1024UL * 1024; // bytes of messages that the broker has not taken
 };
 
+// What becomes of the connection.
+enum class MqttNews {
+    kConnected,
+    kLost,
+    kTakenOver, // lost to another client with the same name
+    kFailed,    // an attempt to connect has failed
+};
+
 struct MqttOptions {
     std::vector<std::string> brokers; // URLs; the first one that can be reached is used
     std::string id;
@@ -44,6 +52,10 @@ struct MqttOptions {
     size_t max_packet = 0;              // of an answer, in bytes; 0: what the broker carries
     bool is_trusted = false;
     bool is_guest = false;
+    // The pause before the first attempt to connect again is random and up to so long: all gateways
+    // of a broker lose it at the same moment. 0: up to a second.
+    std::chrono::milliseconds reconnect_spread{0};
+    std::function<void(MqttNews news, const std::string &why)> on_news; // may be empty
 };
 
 class MqttClient;
@@ -57,6 +69,9 @@ class Mqtt : public WayIn, BrokerListener {
     void start(MqttOptions options);
     void set_limits(const MqttLimits &limits) { limits_ = limits; }
     void set_guest(bool is_guest) { who_->is_guest = is_guest; }
+
+    // As if the network had cut it.
+    void drop_connection();
 
     // Requests that still arrive are answered `busy`.
     void stop_accepting() override;
@@ -85,6 +100,10 @@ class Mqtt : public WayIn, BrokerListener {
     void on_addresses(std::vector<std::string> addresses, const std::string &problem);
     void connect();
     void give_up_attempt(const std::string &why);
+    void connect_again();
+    void resolve_after(std::chrono::milliseconds pause);
+    double random_chance();
+    void report(MqttNews news, const std::string &why) const;
     bool lower_will(Refusal refusal);
     const BrokerAddress &broker() const { return brokers_[broker_].address; }
 
@@ -126,6 +145,7 @@ class Mqtt : public WayIn, BrokerListener {
     std::string problem_;                // the last one that was reported
     NameLookup lookup_;
     Backoff backoff_;
+    size_t takeovers_ = 0; // one after the other
     std::minstd_rand random_{std::random_device{}()};
     boost::asio::steady_timer timer_; // the pause before an attempt, or its end
     std::optional<TlsContext> tls_;

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// hgagent fleet: many simulated gateways on one broker, each a process of its own.
+#pragma once
+
+#include "fleet/options.h"
+
+namespace agent::fleet {
+
+// Runs the gateways until SIGTERM or SIGINT. Result: the exit status.
+int run_fleet(const FleetOptions &options);
+
+} // namespace agent::fleet

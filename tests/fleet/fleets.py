@@ -1,0 +1,90 @@
+# SPDX-License-Identifier: MIT
+"""`hgagent fleet` as a process of a test."""
+import os
+import pathlib
+import queue
+import re
+import signal
+import subprocess
+import threading
+import time
+
+PROMETHEUS = re.compile(r'^(\w+)(?:\{\w+="(\w+)"\})? (\S+)$')
+
+
+class Fleet:
+    """A fleet on the broker, with what it writes to standard error."""
+
+    def __init__(self, hgagent, folder, broker, count, *options, before=()):
+        self.metrics_file = pathlib.Path(folder) / "metrics"
+        self.log = pathlib.Path(folder) / "log"
+        self.lines = []
+        self.news = queue.Queue()
+        words = [hgagent, *before, "fleet", "--count", count, "--broker", broker.url, "--metrics", self.metrics_file,
+                 "--log", self.log, *options]
+        self.process = subprocess.Popen(list(map(str, words)), stderr=subprocess.PIPE, text=True)
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        with self.process.stderr:
+            for line in self.process.stderr:
+                self.news.put(line.rstrip("\n"))
+        self.news.put(None)
+
+    def await_line(self, text):
+        while (line := self.news.get()) is not None:
+            self.lines.append(line)
+            if text in line:
+                return line
+        raise RuntimeError("the fleet has ended: " + "\n".join(self.lines))
+
+    def await_up(self):
+        return self.await_line(" gateways are up")
+
+    def gateways(self):
+        """The processes of the gateways by their names; a name has at most 15 bytes."""
+        processes = {}
+        children = pathlib.Path(f"/proc/{self.process.pid}/task/{self.process.pid}/children")
+        for process in children.read_text(encoding="ascii").split():
+            try:
+                name = pathlib.Path(f"/proc/{process}/comm").read_text(encoding="ascii").strip()
+            except (FileNotFoundError, ProcessLookupError):
+                continue
+            processes[name] = int(process)
+        return processes
+
+    def metrics(self):
+        values = {}
+        for line in self.metrics_file.read_text(encoding="ascii").splitlines():
+            if match := PROMETHEUS.match(line):
+                name, label, value = match.groups()
+                values[(name, label) if label else name] = float(value)
+        return values
+
+    def await_metric(self, name, value):
+        while self.metrics().get(name) != value:
+            time.sleep(0.05)
+
+    def end(self, with_signal=signal.SIGTERM):
+        self.process.send_signal(with_signal)
+        return self.wait()
+
+    def wait(self):
+        status = self.process.wait()
+        while (line := self.news.get()) is not None:
+            self.lines.append(line)
+        return status
+
+    def close(self):
+        if self.process.poll() is None:
+            self.end(signal.SIGKILL)
+
+
+def has_gone(process):
+    """Whether the process has ended; one that its parent has not waited for yet counts as ended."""
+    try:
+        os.kill(process, 0)
+        stat = pathlib.Path(f"/proc/{process}/stat").read_text(encoding="ascii")
+        return stat[stat.rindex(")") + 2] in "ZX"
+    except (ProcessLookupError, FileNotFoundError):
+        return True

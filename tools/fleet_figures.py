@@ -1,0 +1,146 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Measures fleets of several sizes (docs/fleet.md): how long until all gateways are up, what one takes of memory and a
+request of processor time, and how they come back after a restart of the broker.
+
+  fleet_figures.py [--hgagent PATH] [--requests N] [--curve FILE] COUNT..."""
+import argparse
+import json
+import pathlib
+import sys
+import tempfile
+import time
+
+import paho.mqtt.client as mqtt
+from paho.mqtt.packettypes import PacketTypes
+from paho.mqtt.properties import Properties
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+sys.path[:0] = [str(ROOT / "tests" / "broker"), str(ROOT / "tests" / "fleet")]
+import brokers  # noqa: E402  # pylint: disable=wrong-import-position
+import fleets  # noqa: E402  # pylint: disable=wrong-import-position
+
+COMMAND = "GET_HG_BASE_INFO"
+IN_FLIGHT = 50
+
+
+def processor_seconds(processes):
+    """Of the processes' first threads, in user and kernel mode; the times in /proc/PID/stat are too coarse."""
+    return sum(int(pathlib.Path(f"/proc/{process}/schedstat").read_text(encoding="ascii").split()[0])
+               for process in processes) / 1e9
+
+
+def private_kilobytes(processes):
+    """The average of the processes."""
+    total = 0
+    for process in processes:
+        for line in pathlib.Path(f"/proc/{process}/smaps_rollup").read_text(encoding="ascii").splitlines():
+            if line.startswith(("Private_Clean:", "Private_Dirty:")):
+                total += int(line.split()[1])
+    return total / len(processes)
+
+
+def available_kilobytes():
+    for line in pathlib.Path("/proc/meminfo").read_text(encoding="ascii").splitlines():
+        if line.startswith("MemAvailable:"):
+            return int(line.split()[1])
+    raise RuntimeError("/proc/meminfo has no MemAvailable")
+
+
+class Platform:
+    """Asks every gateway in turn, with a few requests in flight."""
+
+    def __init__(self, port):
+        self.client = mqtt.Client("figures", protocol=mqtt.MQTTv5)
+        self.client.max_queued_messages_set(0)
+        self.client.on_message = self.received
+        self.client.connect("127.0.0.1", port, keepalive=600)
+        self.client.subscribe("gateway/+/reply/figures")
+        self.answered = 0
+        self.failed = 0
+
+    def received(self, _client, _data, message):
+        self.answered += 1
+        self.failed += json.loads(message.payload).get("result") != 0
+
+    def ask(self, count, requests):
+        self.answered = self.failed = sent = 0
+        while self.answered < requests:
+            while sent < requests and sent - self.answered < IN_FLIGHT:
+                name = f"home-{sent % count + 1}"
+                properties = Properties(PacketTypes.PUBLISH)
+                properties.ResponseTopic = f"gateway/{name}/reply/figures"
+                self.client.publish(f"gateway/{name}/command/{COMMAND}", b"{}", 0, properties=properties)
+                sent += 1
+            self.client.loop(0.01)
+        if self.failed:
+            raise RuntimeError(f"{self.failed} of {requests} requests failed")
+
+
+def come_back(broker, fleet, count):
+    """Restarts the broker. Result: seconds until all gateways are up, and how many were up at each second."""
+    broker.stop()
+    while fleet.metrics()["hgfleet_gateways", "up"] > 0:
+        time.sleep(0.1)
+    broker.start()
+    start = time.monotonic()
+    curve = []
+    while not curve or curve[-1][1] < count:
+        curve.append((round(time.monotonic() - start, 2), int(fleet.metrics()["hgfleet_gateways", "up"])))
+        time.sleep(0.5)
+    return curve[-1][0], curve
+
+
+def measure(hgagent, count, requests):
+    with tempfile.TemporaryDirectory() as folder:
+        broker = brokers.Mosquitto(pathlib.Path(folder) / "broker", "max_queued_messages 0\nmax_inflight_messages 0\n")
+        fleet = None
+        try:
+            available = available_kilobytes()
+            start = time.monotonic()
+            fleet = fleets.Fleet(hgagent, folder, broker, count)
+            fleet.await_up()
+            up = time.monotonic() - start
+            processes = list(fleet.gateways().values())
+            platform = Platform(broker.port.number)
+            platform.ask(count, count)  # each once, as after a long pause
+            memory = private_kilobytes(processes)
+            total = (available - available_kilobytes()) / count
+            before = processor_seconds(processes)
+            broker_before = processor_seconds([broker.process.pid])
+            start = time.monotonic()
+            platform.ask(count, requests)
+            took = time.monotonic() - start
+            each = 1e6 * (processor_seconds(processes) - before) / requests
+            each_broker = 1e6 * (processor_seconds([broker.process.pid]) - broker_before) / requests
+            back, curve = come_back(broker, fleet, count)
+            return {"gateways": count, "up_seconds": round(up, 1), "private_megabytes": round(memory / 1024, 3),
+                    "total_megabytes": round(total / 1024, 3), "requests": requests, "answered_in_seconds": round(took, 1),
+                    "microseconds_each": round(each, 1), "microseconds_of_broker": round(each_broker, 1),
+                    "back_seconds": back, "curve": curve}
+        finally:
+            if fleet is not None:
+                if fleet.process.poll() is None:
+                    fleet.end()
+                fleet.close()
+            broker.close()
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--hgagent", default=ROOT / "build/release/bin/hgagent")
+    parser.add_argument("--requests", type=int, default=20_000)
+    parser.add_argument("--curve", help="file for how many gateways were up when after the restart, as JSON")
+    parser.add_argument("counts", metavar="COUNT", type=int, nargs="+")
+    given = parser.parse_args()
+    curves = {}
+    for count in given.counts:
+        figures = measure(given.hgagent, count, given.requests)
+        curves[count] = figures.pop("curve")
+        print(json.dumps(figures), flush=True)
+    if given.curve:
+        pathlib.Path(given.curve).write_text(json.dumps(curves), encoding="ascii")
+
+
+if __name__ == "__main__":
+    main()
