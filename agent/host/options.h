@@ -2,6 +2,7 @@
 // Which libraries the host loads, and how.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,8 +21,11 @@ struct HostOptions {
     bool show_secrets = false;
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
-    std::optional<int32_t> reboot_seconds; // 0 without
-    bool verbose = false;                  // list all symbols that a library lacks
+    std::optional<int32_t> reboot_seconds;      // 0 without
+    std::optional<std::string> record;          // file of a recording
+    uint64_t record_limit = 64UL * 1024 * 1024; // bytes of that file
+    std::string mask_key; // file with the key of its pseudonyms; empty: a random key
+    bool verbose = false; // list all symbols that a library lacks
 };
 
 } // namespace agent
