@@ -12,10 +12,12 @@
 #endif
 #include "commands/topology.h"
 #include "conformance/conformance.h"
+#include "host/plugin_seam.h"
 #include "host/program.h"
 #include "io/exit_status.h"
 #include "io/process_memory.h"
 #include "protocol/log_sink.h"
+#include "record/recording.h"
 #ifdef SMART_ROUTER_SERVICE
 #include "fleet/subcommands.h"
 #include "service/subcommands.h"
@@ -77,6 +79,7 @@ int run(int count, char **words)
     if (!options) {
         return exit_status;
     }
+    agent::use_seams(agent::record::find_recording);
     agent::set_log({options->log_level, options->host.show_secrets});
     return run(*options);
 }

@@ -32,6 +32,13 @@ if(SMART_ROUTER_HOST)
     if(NOT ELF_LIBRARY)
         list(APPEND missing "libelf (libelf-dev)")
     endif()
+    # Linked statically: only one function is used, and the library that is put between an agent and its
+    # device library must not bring others.
+    find_library(SODIUM_LIBRARY NAMES libsodium.a sodium)
+    find_path(SODIUM_INCLUDE_FOLDER sodium/crypto_shorthash_siphash24.h)
+    if(NOT SODIUM_LIBRARY OR NOT SODIUM_INCLUDE_FOLDER)
+        list(APPEND missing "libsodium (libsodium-dev)")
+    endif()
     if(SMART_ROUTER_SERVICE)
         need_package(libboost-dev Boost 1.74)
         need_package(libtomlplusplus-dev tomlplusplus)

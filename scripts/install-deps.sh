@@ -15,7 +15,7 @@ set -euo pipefail
 packages=(
     cmake g++ make ninja-build
     libcjson-dev
-    libargon2-dev libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libmosquitto-dev libssl-dev libsystemd-dev
+    libargon2-dev libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libmosquitto-dev libsodium-dev libssl-dev libsystemd-dev
     libtomlplusplus-dev libutfcpp-dev nlohmann-json3-dev zlib1g-dev
     argon2 ca-certificates curl libbenchmark-dev libgmock-dev libgtest-dev mosquitto mosquitto-clients openssl pkgconf python3
     python3-jsonschema python3-paho-mqtt python3-pexpect python3-websocket socat strace systemd valgrind

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/image_upgrade.h"
 
+#include "host/plugin_call.h"
 #include "host/plugin_host.h"
 #include "host/progress.h"
 #include "host/workers.h"
@@ -12,15 +13,20 @@
 #include "smart_router_service/processjsonability.h"
 
 #include <cstring>
+#include <exception>
 #include <pthread.h>
 #include <string>
+#include <thread>
 
 namespace agent {
 
 namespace {
 
+constexpr char kWork[] = "pthread_hg_image_upgrade";
+
 // The plug-in's exports for the upgrade.
 struct Upgrade {
+    PluginSeam *seam;
     void *(*work)(void *);
     pthread_mutex_t *lock;
     char *url;
@@ -28,20 +34,26 @@ struct Upgrade {
 
 Upgrade upgrade_of(const PluginHost &host)
 {
-    return {reinterpret_cast<decltype(&pthread_hg_image_upgrade)>(
-                host.required_symbol("pthread_hg_image_upgrade")),
+    return {host.seam(),
+            reinterpret_cast<decltype(&pthread_hg_image_upgrade)>(host.required_symbol(kWork)),
             static_cast<pthread_mutex_t *>(host.required_symbol("downimagelock")),
             static_cast<char *>(host.required_symbol("g_update_url"))};
 }
 
 // Starts the thread, which releases the lock when it ends. Throws Busy.
-void start(const Upgrade &upgrade, const std::string &url, pthread_t &thread)
+void start(const Upgrade &upgrade, const std::string &url, std::thread &thread)
 {
     if (pthread_mutex_trylock(upgrade.lock) != 0) {
         throw Busy("an image is being fetched or flashed already");
     }
     memcpy(upgrade.url, url.c_str(), url.size() + 1);
-    if (pthread_create(&thread, nullptr, upgrade.work, nullptr) != 0) {
+    try {
+        thread = std::thread([upgrade, url] {
+            const PluginCall call(upgrade.seam, kWork, {{"url", url}});
+            upgrade.work(nullptr);
+            call.end(nullptr, 0);
+        });
+    } catch (const std::exception &) {
         pthread_mutex_unlock(upgrade.lock);
         throw Busy("cannot start a thread for the upgrade");
     }
@@ -61,9 +73,9 @@ void check_length(const std::string &url)
 void start_image_upgrade(const PluginHost &host, const std::string &url)
 {
     check_length(url);
-    pthread_t thread;
+    std::thread thread;
     start(upgrade_of(host), url, thread);
-    pthread_detach(thread);
+    thread.detach();
 }
 
 int run_image_upgrade(const Options &options)
@@ -81,7 +93,7 @@ int run_image_upgrade(const Options &options)
     const ProgressBar bar(host);
     const Upgrade upgrade = upgrade_of(host);
     const unsigned long errors = errors_of_libraries();
-    pthread_t thread;
+    std::thread thread;
     const int ended = until_workers_end(host, stop, [&]() -> int {
         try {
             start(upgrade, url, thread);
@@ -92,9 +104,12 @@ int run_image_upgrade(const Options &options)
         }
     });
     if (ended != kSuccess) {
+        if (thread.joinable()) {
+            thread.detach();
+        }
         return ended;
     }
-    pthread_join(thread, nullptr);
+    thread.join();
     // The thread returns no result: a failure shows only in the log.
     if (errors_of_libraries() != errors) {
         print_error("the firmware was not installed");

@@ -3,6 +3,7 @@
 
 #include "commands/remote_gateway.h"
 #include "host/notice_receiver.h"
+#include "host/plugin_call.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
 #include "io/text.h"
@@ -25,7 +26,9 @@ int32_t raise_notice(const PluginHost &host, const Notice &notice)
 {
     const auto raise = reinterpret_cast<decltype(&json_msg_notice_to_app)>(
         host.required_symbol("json_msg_notice_to_app"));
-    return raise(notice.text.c_str(), notice.plugin_name.c_str());
+    const PluginCall call(host.seam(), "json_msg_notice_to_app",
+                          {{"text", notice.text}, {"plugin_name", notice.plugin_name}});
+    return call.end(nullptr, raise(notice.text.c_str(), notice.plugin_name.c_str()));
 }
 
 namespace {

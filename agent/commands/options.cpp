@@ -45,6 +45,9 @@ CLI::Validator silent(CLI::Validator check)
     return check.description("");
 }
 
+constexpr uint64_t kLeastRecord = 64UL * 1024;
+constexpr uint64_t kMostRecord = 1024UL * 1024 * 1024 * 1024;
+
 void add_host_options(CLI::App &app, Options &options)
 {
     HostOptions &host = options.host;
@@ -65,6 +68,18 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--trace", host.trace,
                    "File to which every device call is written; - is standard error")
         ->type_name("FILE|-");
+    app.add_option("--record", host.record,
+                   "File to which a recording of commands and device calls is appended")
+        ->type_name("FILE");
+    app.add_option("--record-limit", host.record_limit,
+                   "Largest recording, such as 64M, the default; the one before is kept as FILE.1")
+        ->type_name("BYTES")
+        ->transform(CLI::AsSizeValue(false))
+        ->check(silent(CLI::Range(kLeastRecord, kMostRecord)))
+        ->allow_extra_args(false);
+    app.add_option("--mask-key", host.mask_key,
+                   "File that keeps the key of a recording's pseudonyms, for comparisons")
+        ->type_name("FILE");
     app.add_option("--firmware-folder", host.firmware_folder,
                    "Folder from which file:// addresses may fetch firmware; none without it")
         ->type_name("FOLDER");

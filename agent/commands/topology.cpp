@@ -4,6 +4,7 @@
 #include "commands/remote_gateway.h"
 #include "commands/topology_drawing.h"
 #include "commands/topology_routers.h"
+#include "host/plugin_call.h"
 #include "host/plugin_host.h"
 #include "io/exit_status.h"
 #include "io/streams.h"
@@ -63,11 +64,13 @@ void add(cJSON *report, const char *name, Json item)
 // The parent of each router; an empty object when the plug-in or the gateway does not report it.
 Json tree_of_parameters(const PluginHost &host)
 {
+    constexpr char kBuilder[] = "json_get_topo_router_agent_info_bynewmethod";
     const auto build = reinterpret_cast<decltype(&json_get_topo_router_agent_info_bynewmethod)>(
-        host.symbol("json_get_topo_router_agent_info_bynewmethod"));
+        host.symbol(kBuilder));
     Json tree = new_object();
     if (build != nullptr) {
-        build(tree.get());
+        const PluginCall call(host.seam(), kBuilder);
+        call.end(tree.get(), build(tree.get()));
     }
     return tree;
 }

@@ -1,19 +1,23 @@
 // SPDX-License-Identifier: MIT
 // The notice service of a program that receives no notices to the app: the plug-in works without
 // it.
-#include "smart_router_service/host_agent.h"
+#include "host/notice_services.h"
 
-char *base64_encode(const char *)
+namespace agent {
+
+char *base64_of(const char *)
 {
     return nullptr;
 }
 
-void getmd5(const char *, char *out)
+void write_md5(const char *, char *out)
 {
     *out = '\0';
 }
 
-int32_t kaa_device_notice(const char *)
+int32_t pass_notice_on(const char *)
 {
     return -1;
 }
+
+} // namespace agent

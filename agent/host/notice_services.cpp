@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The functions that the agent provides for notices to the app.
+#include "host/notice_services.h"
+
 #include "host/notice_receiver.h"
-#include "smart_router_service/host_agent.h"
 
 #include <climits>
 #include <cstdio>
@@ -9,7 +9,9 @@
 #include <cstring>
 #include <openssl/evp.h>
 
-char *base64_encode(const char *text)
+namespace agent {
+
+char *base64_of(const char *text)
 {
     const size_t length = text != nullptr ? strlen(text) : 0;
     if (text == nullptr || length > INT_MAX) {
@@ -23,7 +25,7 @@ char *base64_encode(const char *text)
     return reinterpret_cast<char *>(encoded);
 }
 
-void getmd5(const char *text, char *out)
+void write_md5(const char *text, char *out)
 {
     unsigned char digest[EVP_MAX_MD_SIZE];
     unsigned length = 0;
@@ -37,7 +39,9 @@ void getmd5(const char *text, char *out)
     }
 }
 
-int32_t kaa_device_notice(const char *text)
+int32_t pass_notice_on(const char *text)
 {
-    return agent::receive_notice(text);
+    return receive_notice(text);
 }
+
+} // namespace agent

@@ -27,9 +27,12 @@ struct HostOptions {
     bool show_secrets = false;
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
-    std::optional<int32_t> reboot_seconds; // 0 without
-    std::optional<HomeOptions> home;       // without: as the scenario has it
-    bool verbose = false;                  // list all symbols that a library lacks
+    std::optional<int32_t> reboot_seconds;      // 0 without
+    std::optional<HomeOptions> home;            // without: as the scenario has it
+    std::optional<std::string> record;          // file of a recording
+    uint64_t record_limit = 64UL * 1024 * 1024; // bytes of that file
+    std::string mask_key; // file with the key of its pseudonyms; empty: a random key
+    bool verbose = false; // list all symbols that a library lacks
 };
 
 } // namespace agent

@@ -4,6 +4,7 @@
 #include "host/device_trace.h"
 #include "host/device_watch.h"
 #include "host/library_file.h"
+#include "host/plugin_seam.h"
 #include "io/text.h"
 #include "protocol/device_layout.h"
 #include "simulated_gateway/simulated_gateway.h"
@@ -136,6 +137,15 @@ class DeviceFunctions : public DeviceStage {
     void *library_;
 };
 
+FindSeam find_seam = nullptr;
+
+PluginSeam *seam_for(const HostOptions &options)
+{
+    return find_seam == nullptr ? nullptr
+                                : find_seam(options, library_path(options.plugin, kPlugin),
+                                            library_path(options.device, kDeviceLibrary));
+}
+
 // The stages between the plug-in and the device library, the last one first. They live until the
 // process ends, because workers of the plug-in may call them until then.
 std::vector<std::unique_ptr<DeviceStage>> stages;
@@ -150,7 +160,7 @@ template <class Stage, class... Arguments> Stage &add_stage(Arguments &&...argum
 
 // A library that is loaded into the global scope later finds the layer's functions before those of
 // the device library. The device library's own calls are already bound.
-void load_layer()
+void load_layer(DeviceStage &first)
 {
     void *layer = load("device layer", library_path("", kDeviceLayer), RTLD_NOW | RTLD_GLOBAL,
                        kOwnLibraries, false);
@@ -159,7 +169,7 @@ void load_layer()
     if (start == nullptr) {
         throw HostError(kCannotLoad, "the device layer cannot be started");
     }
-    start(stages.back().get());
+    start(&first);
 }
 
 } // namespace
@@ -182,16 +192,23 @@ void load_in_advance(const HostOptions &options, const std::vector<std::string> 
     }
 }
 
+void use_seams(FindSeam find)
+{
+    find_seam = find;
+}
+
 DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher)
+    : seam_(seam_for(options))
 {
     const std::string path = library_path(options.device, kDeviceLibrary);
     library_ = load("device library", path, RTLD_NOW | RTLD_LOCAL, kOwnLibraries, options.verbose);
     check_version(library_, path);
     // The simulated gateway traces its own calls.
     const bool has_own_trace = symbol(kOpenGateway) != nullptr;
-    if (watcher != nullptr || (options.trace && !has_own_trace)) {
+    if (watcher != nullptr || seam_ != nullptr || (options.trace && !has_own_trace)) {
         put_stages(options, watcher, !has_own_trace);
-        load_layer();
+        load_layer(seam_ != nullptr ? seam_->stage(*stages.back()) : *stages.back());
+        has_layer_ = true;
     }
     dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL | RTLD_NOLOAD);
     open_gateway(path, options);
@@ -213,7 +230,7 @@ void DeviceLibrary::put_stages(const HostOptions &options, const DeviceWatcher *
 // The layer has every function, so the plug-in would load even if the device library lacks one.
 void DeviceLibrary::require_functions(const std::string &plugin, bool verbose) const
 {
-    if (trace_ == nullptr || has_watcher_) { // the watch must see calls of missing functions
+    if (!has_layer_ || has_watcher_) { // the watch must see calls of missing functions
         return;
     }
     std::vector<std::string> missing;
@@ -297,11 +314,28 @@ PluginHost::PluginHost(const HostOptions &options, const DeviceWatcher *watcher)
                         "the plug-in " + path_ + " has no function hg_process_json_cmd");
     }
 
+    if (device_.seam() != nullptr) {
+        replace_services(device_.seam()->services(host_services()),
+                         reinterpret_cast<const void *>(process_));
+    }
+
     static char version_info[HG_VERSION_INFO_SIZE];
     const auto kept = static_cast<char **>(symbol("info_wersion"));
     if (kept != nullptr) {
         *kept = version_info;
     }
+}
+
+int32_t PluginHost::process(const std::string &command, cJSON *object) const
+{
+    PluginSeam *seam = device_.seam();
+    if (seam == nullptr) {
+        return process_(command.c_str(), object);
+    }
+    seam->begin_command(command, object);
+    const int32_t result = process_(command.c_str(), object);
+    seam->end(object, result);
+    return result;
 }
 
 void *PluginHost::symbol(const char *name) const

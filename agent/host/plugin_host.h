@@ -14,6 +14,7 @@
 namespace agent {
 
 class DeviceTrace;
+class PluginSeam;
 struct DeviceWatcher;
 
 // Why the libraries could not be loaded, with the agent's exit status.
@@ -30,9 +31,9 @@ class HostError : public std::runtime_error {
 };
 
 // The device library. The simulated gateway is opened with the given options and closed by the
-// destructor. With a watcher, and with a trace unless the library is the simulated gateway, the
-// plug-in that is loaded next calls the library through the device layer; otherwise it calls the
-// library directly.
+// destructor. With a watcher, with a seam, and with a trace unless the library is the simulated
+// gateway, the plug-in that is loaded next calls the library through the device layer; otherwise it
+// calls the library directly.
 class DeviceLibrary {
   public:
     DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher); // throws HostError
@@ -45,13 +46,17 @@ class DeviceLibrary {
     // Throws HostError when the device library lacks functions that the plug-in in the file needs.
     // Without this check the plug-in would find them in the layer.
     void require_functions(const std::string &plugin, bool verbose) const;
+    // What stands between the plug-in and its host; null for nothing.
+    PluginSeam *seam() const { return seam_; }
 
   private:
     void open_gateway(const std::string &path, const HostOptions &options);
     void put_stages(const HostOptions &options, const DeviceWatcher *watcher, bool may_trace);
 
     void *library_;
+    PluginSeam *seam_;
     DeviceTrace *trace_ = nullptr;
+    bool has_layer_ = false;
     bool has_watcher_ = false;
     void (*close_)() = nullptr;
 };
@@ -63,10 +68,7 @@ class PluginHost {
     explicit PluginHost(const HostOptions &options, const DeviceWatcher *watcher = nullptr);
 
     // Runs one command; the reply is in the object afterwards. Result: that of the dispatcher.
-    int32_t process(const std::string &command, cJSON *object) const
-    {
-        return process_(command.c_str(), object);
-    }
+    int32_t process(const std::string &command, cJSON *object) const;
 
     // A symbol that the plug-in exports in addition to the dispatcher; null when this plug-in does
     // not.
@@ -75,6 +77,8 @@ class PluginHost {
     void *required_symbol(const char *name) const;
     // A symbol of the device library; null when it is not exported.
     void *device_symbol(const char *name) const { return device_.symbol(name); }
+    // What the agent has to report its calls of exported functions to; null for nothing.
+    PluginSeam *seam() const { return device_.seam(); }
 
     const std::string &path() const { return path_; }
 

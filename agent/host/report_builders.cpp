@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/report_builders.h"
 
+#include "host/plugin_call.h"
 #include "smart_router_service/processjsonability.h"
 
 #include <algorithm>
@@ -47,9 +48,13 @@ int32_t build_report(const PluginHost &host, const std::string &name,
     const ReportBuilder &builder = *find_report(name);
     void *function = host.required_symbol(builder.symbol);
     if (builder.takes_path) {
-        return reinterpret_cast<BuildForPath>(function)(report, "main", router_path.c_str());
+        const PluginCall call(host.seam(), builder.symbol,
+                              {{"router", "main"}, {"path", router_path}});
+        return call.end(
+            report, reinterpret_cast<BuildForPath>(function)(report, "main", router_path.c_str()));
     }
-    return reinterpret_cast<Build>(function)(report);
+    const PluginCall call(host.seam(), builder.symbol);
+    return call.end(report, reinterpret_cast<Build>(function)(report));
 }
 
 } // namespace agent

@@ -1,25 +1,23 @@
 // SPDX-License-Identifier: MIT
-// The functions that the agent provides to the plug-in and to device libraries: the symbols that
-// the executable exports (exports.list).
-#include "smart_router_service/host_agent.h"
-
+// What the functions that the agent provides to the plug-in and to device libraries do.
 #include "host/device_reasons.h"
+#include "host/notice_services.h"
+#include "host/plugin_services.h"
 #include "io/text.h"
 #include "protocol/log_sink.h"
 #include "simulated_gateway/simulated_gateway.h"
+#include "smart_router_service/host_agent.h"
 
 #include <algorithm>
 #include <cctype>
-#include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <new>
 #include <string_view>
+#include <unistd.h>
 
-using agent::kLogError;
-using agent::kLogInfo;
+namespace agent {
 
 namespace {
 
@@ -52,7 +50,7 @@ template <class Function> Function *gateway_function(const char *name)
 void report_reboot()
 {
     try {
-        agent::print_error("the gateway reboots");
+        print_error("the gateway reboots");
     } catch (const std::bad_alloc &) {
         // Exceptions must not reach the plug-in, which calls this.
     }
@@ -67,81 +65,113 @@ void power_cycle()
     }
 }
 
-} // namespace
-
-void ts_mod_log_printf(const char *module, int32_t level, const char *format, ...)
+// The C library's function, which the agent's own hides.
+template <class Function> Function *library_function(const char *name)
 {
-    va_list arguments;
-    va_start(arguments, format);
-    agent::log_arguments(module, level, format, arguments);
-    va_end(arguments);
-    if (level <= kLogError) {
-        va_start(arguments, format);
-        agent::take_logged_error(module, format, arguments);
-        va_end(arguments);
-    }
+    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
 }
 
-void mac_form_translate(const char *in, int32_t form, char *out)
-{
-    if (in != nullptr && (form == HG_MAC_WITH_COLONS || form == HG_MAC_BARE) && is_mac(in)) {
-        int digits = 0;
-        for (; *in != '\0'; ++in) {
-            if (isxdigit(static_cast<unsigned char>(*in)) == 0) {
-                continue;
+class HostServices : public PluginServices {
+  public:
+    void log(const char *module, int32_t level, const char *format, va_list arguments) override
+    {
+        va_list copy;
+        va_copy(copy, arguments);
+        log_arguments(module, level, format, arguments);
+        if (level <= kLogError) {
+            take_logged_error(module, format, copy);
+        }
+        va_end(copy);
+    }
+
+    char *base64_encode(const char *text) override { return base64_of(text); }
+    void getmd5(const char *text, char *out) override { write_md5(text, out); }
+    int32_t kaa_device_notice(const char *text) override { return pass_notice_on(text); }
+
+    void mac_form_translate(const char *in, int32_t form, char *out) override
+    {
+        if (in != nullptr && (form == HG_MAC_WITH_COLONS || form == HG_MAC_BARE) && is_mac(in)) {
+            int digits = 0;
+            for (; *in != '\0'; ++in) {
+                if (isxdigit(static_cast<unsigned char>(*in)) == 0) {
+                    continue;
+                }
+                if (form == HG_MAC_WITH_COLONS && digits > 0 && digits % 2 == 0) {
+                    *out++ = ':';
+                }
+                *out++ = static_cast<char>(toupper(static_cast<unsigned char>(*in)));
+                ++digits;
             }
-            if (form == HG_MAC_WITH_COLONS && digits > 0 && digits % 2 == 0) {
-                *out++ = ':';
-            }
-            *out++ = static_cast<char>(toupper(static_cast<unsigned char>(*in)));
-            ++digits;
+        }
+        *out = '\0';
+    }
+
+    void ts_sys_mgr_get_brmac(char *mac) override
+    {
+        *mac = '\0';
+        const auto bridge_mac = gateway_function<decltype(simulated_gateway_bridge_mac)>(
+            "simulated_gateway_bridge_mac");
+        if (bridge_mac != nullptr) {
+            bridge_mac(mac, HG_BRIDGE_MAC_SIZE);
         }
     }
-    *out = '\0';
-}
 
-void ts_sys_mgr_get_brmac(char *mac)
-{
-    *mac = '\0';
-    const auto bridge_mac =
-        gateway_function<decltype(simulated_gateway_bridge_mac)>("simulated_gateway_bridge_mac");
-    if (bridge_mac != nullptr) {
-        bridge_mac(mac, HG_BRIDGE_MAC_SIZE);
-    }
-}
+    int32_t dev_is_exist(int32_t) override { return 0; }
 
-int32_t dev_is_exist(int32_t)
-{
-    return 0;
-}
-
-int32_t kaa_update_profile_info()
-{
-    agent::log_line(kLogInfo, "the profile has changed: an agent with a platform reports it anew");
-    return 0;
-}
-
-void free_str_buf(char **text)
-{
-    if (text != nullptr) {
-        free(*text);
-        *text = nullptr;
-    }
-}
-
-// Replaces the C library's function in the whole process: a plug-in on a developer's machine must
-// not be able to reboot it, or run anything else on it.
-int system(const char *command)
-{
-    if (command == nullptr) {
-        return 0; // no shell is available
-    }
-    if (strcmp(command, "sync;reboot") == 0) {
-        report_reboot();
-        power_cycle();
+    int32_t kaa_update_profile_info() override
+    {
+        log_line(kLogInfo, "the profile has changed: an agent with a platform reports it anew");
         return 0;
     }
-    agent::log_line(kLogError, "refused to run a command: %s", command);
-    agent::take_refused_command(command);
-    return -1;
+
+    void free_str_buf(char **text) override
+    {
+        if (text != nullptr) {
+            free(*text);
+            *text = nullptr;
+        }
+    }
+
+    int system(const char *command) override
+    {
+        if (command == nullptr) {
+            return 0; // no shell is available
+        }
+        if (strcmp(command, "sync;reboot") == 0) {
+            report_reboot();
+            power_cycle();
+            return 0;
+        }
+        log_line(kLogError, "refused to run a command: %s", command);
+        take_refused_command(command);
+        return -1;
+    }
+
+    time_t time(time_t *result) override
+    {
+        static const auto function = library_function<decltype(::time)>("time");
+        return function(result);
+    }
+
+    tm *localtime_r(const time_t *time, tm *result) override
+    {
+        static const auto function = library_function<decltype(::localtime_r)>("localtime_r");
+        return function(time, result);
+    }
+
+    unsigned sleep(unsigned seconds) override
+    {
+        static const auto function = library_function<decltype(::sleep)>("sleep");
+        return function(seconds);
+    }
+};
+
+} // namespace
+
+PluginServices &host_services()
+{
+    static HostServices services;
+    return services;
 }
+
+} // namespace agent

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "protocol/log_format.h"
 
-#include "protocol/secrets.h"
-
 #include <algorithm>
 #include <climits>
 #include <cstdint>
@@ -201,7 +199,7 @@ void resolve_asterisks(Piece &piece, Arguments &arguments)
     }
 }
 
-std::string render(Piece piece, Arguments &arguments, bool show_secrets)
+std::string render(Piece piece, Arguments &arguments, const SecretMask *mask)
 {
     resolve_asterisks(piece, arguments);
     std::string format = "%";
@@ -213,7 +211,7 @@ std::string render(Piece piece, Arguments &arguments, bool show_secrets)
     switch (piece.conversion) {
     case 's': {
         const std::string_view text = text_argument(piece, arguments);
-        return padded(piece, show_secrets ? std::string(text) : mask_json(text));
+        return padded(piece, mask == nullptr ? std::string(text) : mask_json(text, *mask));
     }
     case 'd':
     case 'i':
@@ -244,24 +242,29 @@ bool names_a_secret(std::string_view format)
     return false;
 }
 
-std::string render_unknown(bool show_secrets, const char *format, va_list arguments)
+std::string render_unknown(const SecretMask *mask, const char *format, va_list arguments)
 {
-    if (!show_secrets && names_a_secret(format)) {
+    if (mask != nullptr && names_a_secret(format)) {
         return std::string(format) + " (arguments withheld)";
     }
     std::string text(kMaxUnknownText, '\0');
     vsnprintf(text.data(), text.size(), format, arguments);
     text.resize(strlen(text.c_str()));
-    return show_secrets ? text : mask_json(text);
+    return mask == nullptr ? text : mask_json(text, *mask);
 }
 
 } // namespace
 
 std::string format_log_text(bool show_secrets, const char *format, va_list arguments)
 {
+    return format_log_text(show_secrets ? nullptr : &stars(), format, arguments);
+}
+
+std::string format_log_text(const SecretMask *mask, const char *format, va_list arguments)
+{
     const std::optional<std::vector<Piece>> pieces = pieces_of(format);
     if (!pieces) {
-        return render_unknown(show_secrets, format, arguments);
+        return render_unknown(mask, format, arguments);
     }
     Arguments copy;
     va_copy(copy.list, arguments);
@@ -271,8 +274,8 @@ std::string format_log_text(bool show_secrets, const char *format, va_list argum
         if (piece.conversion != '\0') {
             // The argument is rendered even when it is not shown: this advances to the next
             // argument.
-            std::string value = render(piece, copy, show_secrets);
-            text += !show_secrets && labels_a_secret(text) ? kMask : value;
+            const std::string value = render(piece, copy, mask);
+            text += mask != nullptr && labels_a_secret(text) ? mask->text(value) : value;
         }
     }
     va_end(copy.list);

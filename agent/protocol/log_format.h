@@ -2,6 +2,8 @@
 // Renders printf formats for the log without secrets.
 #pragma once
 
+#include "protocol/secrets.h"
+
 #include <cstdarg>
 #include <string>
 
@@ -14,5 +16,8 @@ namespace agent {
 // Formats are trusted, their arguments are not. A format with an unsupported conversion (%n, %m,
 // %ls, positions) is rendered without its arguments if it names a secret anywhere.
 std::string format_log_text(bool show_secrets, const char *format, va_list arguments);
+
+// The same with another mask for the secrets; null to show them.
+std::string format_log_text(const SecretMask *mask, const char *format, va_list arguments);
 
 } // namespace agent

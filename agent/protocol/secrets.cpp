@@ -58,7 +58,19 @@ size_t end_of_value(std::string_view text, size_t begin)
     return text.size();
 }
 
+class Stars : public SecretMask {
+  public:
+    std::string text(std::string_view) const override { return kMask; }
+    std::string json(std::string_view) const override { return std::string("\"") + kMask + '"'; }
+};
+
 } // namespace
+
+const SecretMask &stars()
+{
+    static const Stars mask;
+    return mask;
+}
 
 bool is_secret_name(std::string_view name)
 {
@@ -92,7 +104,7 @@ void forbid_core_dumps()
     prctl(PR_SET_DUMPABLE, 0);
 }
 
-std::string mask_json(std::string_view text)
+std::string mask_json(std::string_view text, const SecretMask &mask)
 {
     std::string shown;
     size_t at = 0;
@@ -107,14 +119,14 @@ std::string mask_json(std::string_view text)
             continue;
         }
         const size_t value = after_space(text, colon + 1);
-        shown += text.substr(end, value - end);
-        shown += std::string("\"") + kMask + '"';
         at = end_of_value(text, value);
+        shown += text.substr(end, value - end);
+        shown += mask.json(text.substr(value, at - value));
     }
     return shown;
 }
 
-std::string mask_address(std::string_view address)
+std::string mask_address(std::string_view address, const SecretMask &mask)
 {
     const size_t scheme = address.find("://");
     const size_t begin = scheme == std::string_view::npos ? 0 : scheme + 3;
@@ -123,7 +135,8 @@ std::string mask_address(std::string_view address)
     std::string shown;
     std::string_view rest = address;
     if (at != std::string_view::npos && colon < at) {
-        shown = std::string(address.substr(0, colon + 1)) + kMask;
+        shown = address.substr(0, colon + 1);
+        shown += mask.text(address.substr(colon + 1, at - colon - 1));
         rest = address.substr(at);
     }
     bool in_query = false;
@@ -134,7 +147,7 @@ std::string mask_address(std::string_view address)
         if (mark == '#' || (mark == '=' && in_query)) {
             const size_t end =
                 std::min(mark == '#' ? rest.size() : rest.find_first_of("&#", next), rest.size());
-            shown += end > next ? kMask : "";
+            shown += end > next ? mask.text(rest.substr(next, end - next)) : "";
             next = end;
         }
     }

@@ -25,12 +25,29 @@ bool labels_a_secret(std::string_view text);
 // simulated home, in JSON trees, on stacks and in libraries, so no part could safely be dumped.
 void forbid_core_dumps();
 
-// The text with the values of secret keys in every piece of JSON in it replaced by "***"; the rest
-// is unchanged. Invalid or truncated JSON is masked as well.
-std::string mask_json(std::string_view text);
+// What a secret is replaced by.
+class SecretMask {
+  public:
+    SecretMask() = default;
+    virtual ~SecretMask() = default;
+    SecretMask(const SecretMask &) = delete;
+    SecretMask &operator=(const SecretMask &) = delete;
+
+    // In place of a secret text.
+    virtual std::string text(std::string_view secret) const = 0;
+    // In place of a secret JSON value, which may be truncated.
+    virtual std::string json(std::string_view value) const = 0;
+};
+
+// Replaces every secret by "***".
+const SecretMask &stars();
+
+// The text with the values of secret keys in every piece of JSON in it replaced; the rest is
+// unchanged. Invalid or truncated JSON is masked as well.
+std::string mask_json(std::string_view text, const SecretMask &mask = stars());
 
 // A URL without the secrets that it may contain: its password, the values of its query, and its
 // fragment after "#". The end of the password is ambiguous: the longest possible one is assumed.
-std::string mask_address(std::string_view address);
+std::string mask_address(std::string_view address, const SecretMask &mask = stars());
 
 } // namespace agent

@@ -14,10 +14,11 @@ agent/commands               agent/client agent/conformance agent/host agent/io 
 agent/commands               plugin_headers
 agent/client                 agent/protocol
 agent/shell                  agent/client agent/host agent/io agent/protocol plugin_headers
-agent                        agent/service agent/service/worker agent/fleet
 agent/fleet                  agent/service agent/service/common agent/service/gate agent/service/worker
 agent/fleet                  agent/service/ways_in/mqtt agent/commands agent/host agent/io agent/protocol
 agent/fleet                  gateway_header
+agent                        agent/fleet agent/record agent/service agent/service/worker
+agent/record                 agent/host agent/io agent/protocol plugin_headers device_facts
 agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker
 agent/service                agent/commands agent/io agent/protocol
 agent/service                agent/service/ways_in/http agent/service/ways_in/mqtt agent/service/mqtt_call
