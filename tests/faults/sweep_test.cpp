@@ -3,6 +3,7 @@
 // of the device fails or misbehaves in every way. A failing case prints the line that repeats it
 // alone, also when the case ends the program: the environment variable FAULT_CASE names it.
 #include "described_reply.h"
+#include "error_lines.h"
 #include "exceptions.h"
 #include "handler_test.h"
 #include "smart_router_service/device_functions.h"
@@ -118,7 +119,16 @@ class FaultTest : public testing::TestWithParam<Subject> {
         }
     }
 
+    // Whether these are the error lines that such faults are known to log, and a builder's results.
+    void check_errors(const char *faults) const
+    {
+        if (only == nullptr) {
+            EXPECT_EQ(other_error_lines(subject, faults, errors), "");
+        }
+    }
+
     const Subject &subject = GetParam();
+    ErrorLines errors;
     const char *const only = getenv("FAULT_CASE");
     std::string request;
     SweepRun whole;
@@ -142,6 +152,7 @@ class MemoryFaultTest : public FaultTest {
                     continue;
                 }
                 const SweepRun run = sweep_run(subject, of_request, memory, device);
+                add_error_lines(errors, subject, run);
                 if (how == FailingMemory::Fail::kOnce && run.object != last) {
                     keep_traffic(run);
                     last = run.object;
@@ -166,6 +177,7 @@ TEST_P(MemoryFaultTest, LeavesNothingHalfDone)
         request != "{}" && subject.builder == nullptr) {
         sweep("empty:", "{}", {});
     }
+    check_errors("memory");
 }
 
 class DeviceFaultTest : public FaultTest {};
@@ -179,6 +191,7 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
             continue;
         }
         const SweepRun run = sweep_run(subject, request, {}, fault);
+        add_error_lines(errors, subject, run);
         if (fault.result && fault.written == rich_device::Written::kWhole) {
             keep_traffic(run);
         }
@@ -211,6 +224,7 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
     if (only == nullptr) {
         EXPECT_EQ(stale_exceptions(subject, Rule::kResult), "") << "no exceptions any more";
     }
+    check_errors("device");
 }
 
 std::string name_of(const testing::TestParamInfo<Subject> &info)
