@@ -18,8 +18,8 @@ std::string line_of(const std::string &text)
     std::string line;
     for (const char letter : text) {
         const bool is_digit = isdigit(static_cast<unsigned char>(letter)) != 0;
-        if (letter == '\n') {
-            line += "\\n";
+        if (letter == '\n' || letter == '\r') {
+            line += letter == '\n' ? "\\n" : "\\r";
         } else if (!is_digit || line.empty() || line.back() != '#') {
             line += is_digit ? '#' : letter;
         }
