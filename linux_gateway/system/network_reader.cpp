@@ -337,6 +337,7 @@ std::vector<Link> read_interfaces()
     std::map<int, Link> links = read_links(socket);
     read_addresses(socket, links);
     std::vector<Link> interfaces;
+    interfaces.reserve(links.size());
     for (auto &[index, link] : links) {
         interfaces.push_back(std::move(link));
     }
