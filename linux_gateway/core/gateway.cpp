@@ -136,7 +136,9 @@ void Gateway::change(const std::function<void(State &, const View &)> &body)
 void Gateway::close()
 {
     const std::lock_guard lock(mutex_);
-    is_closed_ = true;
+    if (std::exchange(is_closed_, true)) {
+        return;
+    }
     if (configuration_.remove_at_exit && state_file_.is_ours()) {
         Rules none;
         none.lan_bridge = configuration_.lan_bridge;
