@@ -75,13 +75,21 @@ void Gateway::find_management_host()
         return;
     }
     const std::string &wanted = *configuration_.management_host;
-    const auto found = std::ranges::find_if(network_->hosts, [&](const Host &host) {
-        return host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
-    });
     if (const std::optional<Mac> mac = parse_mac(wanted)) {
         management_host_ = mac;
-    } else if (found != network_->hosts.end()) {
-        management_host_ = found->mac;
+        return;
+    }
+    const Host *best = nullptr;
+    for (const Host &host : network_->hosts) {
+        const bool has_address =
+            host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
+        // Any host can say that it has an address, but not that the DHCP server has given it.
+        if (has_address && (best == nullptr || (host.has_lease && !best->has_lease))) {
+            best = &host;
+        }
+    }
+    if (best != nullptr) {
+        management_host_ = best->mac;
     }
 }
 

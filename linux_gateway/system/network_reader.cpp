@@ -383,6 +383,7 @@ Network NetworkReader::read(const NetworkSources &sources)
         if (Host *host = hosts.with(lease.mac)) {
             host->name = lease.name;
             host->ipv4 = lease.ipv4;
+            host->has_lease = true;
         }
     }
     read_neighbours(socket, network.bridge.index, hosts);
