@@ -35,7 +35,9 @@ void read_file(Configuration &configuration, const std::string &path, const std:
         throw Error(path + ", line " + std::to_string(key.source().begin.line) + ": " +
                     std::string(key.str()) + ' ' + problem);
     };
-    for (const auto &[key, value] : parsed) {
+    for (const auto &entry : parsed) {
+        const toml::key &key = entry.first;
+        const toml::node &value = entry.second;
         const auto take = [&](std::string &target) {
             if (!value.is_string() || value.as_string()->get().empty()) {
                 refuse(key, "is not a text");

@@ -75,13 +75,21 @@ void Gateway::find_management_host()
         return;
     }
     const std::string &wanted = *configuration_.management_host;
-    const auto found = std::ranges::find_if(network_->hosts, [&](const Host &host) {
-        return host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
-    });
     if (const std::optional<Mac> mac = parse_mac(wanted)) {
         management_host_ = mac;
-    } else if (found != network_->hosts.end()) {
-        management_host_ = found->mac;
+        return;
+    }
+    const Host *best = nullptr;
+    for (const Host &host : network_->hosts) {
+        const bool has_address =
+            host.ipv4 == wanted || std::ranges::find(host.ipv6, wanted) != host.ipv6.end();
+        // Any host can say that it has an address, but not that the DHCP server has given it.
+        if (has_address && (best == nullptr || (host.has_lease && !best->has_lease))) {
+            best = &host;
+        }
+    }
+    if (best != nullptr) {
+        management_host_ = best->mac;
     }
 }
 
@@ -136,7 +144,9 @@ void Gateway::change(const std::function<void(State &, const View &)> &body)
 void Gateway::close()
 {
     const std::lock_guard lock(mutex_);
-    is_closed_ = true;
+    if (std::exchange(is_closed_, true)) {
+        return;
+    }
     if (configuration_.remove_at_exit && state_file_.is_ours()) {
         Rules none;
         none.lan_bridge = configuration_.lan_bridge;

@@ -3,8 +3,10 @@
 
 #include "system/dhcp_server.h"
 #include "system/files.h"
+#include "system/flow_tables.h"
 #include "system/text.h"
 
+#include <optional>
 #include <unistd.h>
 
 namespace linux_gateway {
@@ -38,6 +40,10 @@ std::vector<std::string> obstacles(const Configuration &configuration)
     if (access("/run/firewalld", F_OK) == 0) {
         sentences.emplace_back("firewalld is running: when it reloads, its rules and those of the "
                                "gateway apply both");
+    }
+    if (const std::optional<std::string> table = find_flow_table()) {
+        sentences.push_back("nftables has the flow table " + *table +
+                            ": connections in it may pass by blocks and limits; remove it");
     }
     return sentences;
 }

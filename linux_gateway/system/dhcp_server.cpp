@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <dirent.h>
-#include <memory>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace linux_gateway {
@@ -34,18 +34,16 @@ uint32_t mask_bits(int prefix_length)
 // without what editors and the package manager leave.
 std::vector<std::string> files_in(const std::string &folder)
 {
-    struct Close {
-        void operator()(DIR *open) const { closedir(open); }
-    };
     std::vector<std::string> files;
-    const std::unique_ptr<DIR, Close> open(opendir(folder.c_str()));
-    while (const dirent *entry = open != nullptr ? readdir(open.get()) : nullptr) {
-        const std::string_view name = entry->d_name;
+    std::error_code none;
+    for (std::filesystem::directory_iterator entry(folder, none), end; !none && entry != end;
+         entry.increment(none)) {
+        const std::string name = entry->path().filename();
         const bool is_left_over = name.starts_with('.') || name.ends_with('~') ||
                                   (name.starts_with('#') && name.ends_with('#')) ||
-                                  name.find(".dpkg-") != std::string_view::npos;
+                                  name.find(".dpkg-") != std::string::npos;
         if (!is_left_over && files.size() < kMostFiles) {
-            files.push_back(folder + '/' + entry->d_name);
+            files.push_back(entry->path());
         }
     }
     std::ranges::sort(files);

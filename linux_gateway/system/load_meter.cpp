@@ -61,7 +61,11 @@ int64_t memory_percent(std::string_view memory)
             available = number_in<int64_t>(words[1]).value_or(0);
         }
     }
-    return total > 0 ? std::clamp<int64_t>((total - available) * 100 / total, 0, 100) : 0;
+    if (total <= 0) {
+        return 0;
+    }
+    const int64_t used = total - std::clamp<int64_t>(available, 0, total);
+    return std::min<int64_t>(used / std::max<int64_t>(total / 100, 1), 100);
 }
 
 static int64_t kbps_between(uint64_t before, uint64_t after, std::chrono::milliseconds time)

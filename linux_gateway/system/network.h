@@ -46,6 +46,7 @@ struct Host {
     bool is_wireless = false;
     bool is_online = false;
     bool shares_port = false; // with other hosts
+    bool has_lease = false;   // so its IPv4 address is from the DHCP server
     bool has_reserved_address = false;
     int64_t online_since = 0; // seconds since 1970; 0 while it is offline
 };

@@ -337,6 +337,7 @@ std::vector<Link> read_interfaces()
     std::map<int, Link> links = read_links(socket);
     read_addresses(socket, links);
     std::vector<Link> interfaces;
+    interfaces.reserve(links.size());
     for (auto &[index, link] : links) {
         interfaces.push_back(std::move(link));
     }
@@ -382,6 +383,7 @@ Network NetworkReader::read(const NetworkSources &sources)
         if (Host *host = hosts.with(lease.mac)) {
             host->name = lease.name;
             host->ipv4 = lease.ipv4;
+            host->has_lease = true;
         }
     }
     read_neighbours(socket, network.bridge.index, hosts);

@@ -65,10 +65,13 @@ bool is_readable_until(int fd, Clock::time_point end)
     }
 }
 
-uint16_t random_number()
+// A number that nobody else on the network can guess.
+template <class Number> Number random_number()
 {
-    uint16_t number = 0;
-    getrandom(&number, sizeof(number), GRND_NONBLOCK);
+    Number number;
+    if (getrandom(&number, sizeof(number), 0) != sizeof(number)) {
+        throw Error("no random numbers: " + std::generic_category().message(errno));
+    }
     return number;
 }
 
@@ -154,8 +157,8 @@ void ping(const std::string &address)
         throw Error(address + " cannot be reached: " + std::generic_category().message(errno));
     }
     Echo echo;
-    echo.identifier = random_number();
-    getrandom(echo.data.data(), echo.data.size(), GRND_NONBLOCK);
+    echo.identifier = random_number<uint16_t>();
+    echo.data = random_number<decltype(echo.data)>();
     constexpr int attempts = 2;
     constexpr std::chrono::seconds patience{1};
     for (int i = 0; i < attempts; ++i) {
@@ -176,7 +179,7 @@ bool does_name_server_answer(const std::vector<std::string> &servers)
     std::vector<FileDescriptor> sockets;
     // A question for the name servers of the root, which every server can answer.
     std::array<uint8_t, 17> question = {0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 1};
-    const uint16_t identifier = random_number();
+    const uint16_t identifier = random_number<uint16_t>();
     memcpy(question.data(), &identifier, sizeof(identifier));
     for (const std::string &server : servers) {
         const std::optional<SocketAddress> address = numeric_address(server, "53");
@@ -190,6 +193,7 @@ bool does_name_server_answer(const std::vector<std::string> &servers)
         }
     }
     std::vector<pollfd> waiting;
+    waiting.reserve(sockets.size());
     for (const FileDescriptor &asked : sockets) {
         waiting.push_back({asked.get(), POLLIN, 0});
     }

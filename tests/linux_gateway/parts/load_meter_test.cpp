@@ -60,6 +60,7 @@ TEST(LoadMeterTest, MemoryThatCanBeFreedIsNotInUse)
 {
     EXPECT_EQ(memory_percent("MemTotal:  1000 kB\nMemFree:  10 kB\nMemAvailable:  530 kB\n"), 47);
     EXPECT_EQ(memory_percent("MemTotal: 0 kB\n"), 0);
+    EXPECT_EQ(memory_percent("MemTotal: 9223372036854775807 kB\n"), 100);
     EXPECT_EQ(memory_percent(""), 0);
 }
 
