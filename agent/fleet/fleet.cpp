@@ -787,13 +787,12 @@ int run_fleet(const FleetOptions &options)
 {
     try {
         check(options);
-        Fleet fleet(options);
         const std::string problem = problem_of(limits_of_this_machine(), options.count);
         if (!problem.empty()) {
             print_error(problem);
             return kCannotLoad;
         }
-        return fleet.run();
+        return Fleet(options).run();
     } catch (const BadOptions &problem) {
         print_error(problem.what());
         return kWrongUsage;

@@ -25,7 +25,8 @@ constexpr size_t kMostUnacknowledged = 10;
 constexpr int kQosOfEvents = 1;
 constexpr std::chrono::seconds kAttempt(20); // for connection, TLS and subscriptions
 constexpr std::chrono::seconds kStable(10);  // after it the pauses begin again with the shortest
-constexpr std::chrono::seconds kIdle(60);    // after it a client is forgotten
+constexpr size_t kManyShortLives = 3;     // connections that end before that, one after the other
+constexpr std::chrono::seconds kIdle(60); // after it a client is forgotten
 constexpr std::chrono::seconds kLook(20);
 constexpr std::chrono::seconds kNotes(10); // between two notes
 // Of a packet that the broker may send: larger ones than a request may be, to be answered. What is
@@ -371,17 +372,22 @@ void Mqtt::on_lost(const std::string &why)
         give_up_attempt(why);
         return;
     }
-    // Two clients with the same name take the connection from each other for ever: each has to wait
-    // longer every time.
-    takeovers_ = is_taken_over ? takeovers_ + 1 : 0;
-    if (!is_taken_over && Clock::now() - online_since_ >= kStable) {
+    // Two clients with the same name take the connection from each other for ever: each waits
+    // longer every time. Not every broker says so when it closes the older connection.
+    const bool is_short = is_taken_over || Clock::now() - online_since_ < kStable;
+    if (!is_short) {
         backoff_.reset();
     }
-    const std::string times =
-        takeovers_ > 1 ? ", for the " + std::to_string(takeovers_) + "th time in a row" : "";
-    const std::string problem = "the connection to " + broker().url() + " is lost: " + why + times;
+    short_lives_ = is_short ? short_lives_ + 1 : 0;
+    const bool seems_taken_over = is_taken_over || short_lives_ >= kManyShortLives;
+    std::string problem = "the connection to " + broker().url() + " is lost: " + why;
+    if (seems_taken_over) {
+        problem += "; " + std::to_string(short_lives_) +
+                   " times in a row soon after it was made: is there another client " +
+                   client_identifier(options_.root, options_.id) + "?";
+    }
     print_error(problem);
-    report(is_taken_over ? MqttNews::kTakenOver : MqttNews::kLost, problem);
+    report(seems_taken_over ? MqttNews::kTakenOver : MqttNews::kLost, problem);
     connect_again();
 }
 

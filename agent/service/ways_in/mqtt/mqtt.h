@@ -36,7 +36,7 @@ struct MqttLimits {
 enum class MqttNews {
     kConnected,
     kLost,
-    kTakenOver, // lost to another client with the same name
+    kTakenOver, // lost to another client with the same name, as the broker says or as it seems
     kFailed,    // an attempt to connect has failed
 };
 
@@ -145,7 +145,7 @@ class Mqtt : public WayIn, BrokerListener {
     std::string problem_;                // the last one that was reported
     NameLookup lookup_;
     Backoff backoff_;
-    size_t takeovers_ = 0; // one after the other
+    size_t short_lives_ = 0; // of connections, one after the other
     std::minstd_rand random_{std::random_device{}()};
     boost::asio::steady_timer timer_; // the pause before an attempt, or its end
     std::optional<TlsContext> tls_;
