@@ -208,7 +208,7 @@ class Fleet {
         events();
         secret_keys();
         service::load_mqtt_library();
-        mallopt(M_ARENA_MAX, 1); // threads of a gateway share its memory
+        mallopt(M_ARENA_MAX, 1); // NOLINT(concurrency-mt-unsafe): alone
         malloc_trim(0);
         const rlimit none = {0, 0}; // thousands of crashes must not fill the disk
         setrlimit(RLIMIT_CORE, &none);

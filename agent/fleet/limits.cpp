@@ -45,7 +45,7 @@ std::string group_folder(const std::string &controller)
             return "/sys/fs/cgroup" + path;
         }
         if (controllers.find(controller) != std::string::npos) {
-            return "/sys/fs/cgroup/" + controllers + path;
+            return std::string("/sys/fs/cgroup/").append(controllers).append(path);
         }
     }
     return {};

@@ -181,7 +181,7 @@ void change_connections(Home &home, uint32_t number)
 
 std::string shifted(const std::string &time, int64_t minutes)
 {
-    constexpr int64_t kDay = 24 * 60;
+    constexpr int64_t kDay = 1440; // minutes
     const int64_t shift =
         (60 * std::stoll(time.substr(0, 2)) + std::stoll(time.substr(3)) + minutes + kDay) % kDay;
     char text[8];

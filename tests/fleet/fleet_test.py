@@ -229,9 +229,10 @@ class ChurnTest(FleetCase):
         before = fleet.gateways()[name]
         while fleet.gateways().get(name, before) == before:
             time.sleep(0.05)
-        gateway = self.gateway(broker, name)
-        self.assertLess(int(gateway.ask("GET_HG_BASE_INFO").body["reply"]["UpTime"]), 60)
         fleet.await_metric(("hgfleet_restarts_total", "power"), 1)
+        self.assertEqual(self.gateway(broker, name).ask("GET_SN_INFO").body["result"], 0)
+        state = self.folder / "states" / "0" / f"{name}.json"
+        self.assertEqual(json.loads(state.read_text(encoding="utf-8"))["boot_count"], 2)
         self.assertEqual(fleet.metrics()["hgfleet_restarts_total", "crash"], 0)
         self.assertIn(f"fleet: {name} loses its power for ", fleet.log.read_text(encoding="utf-8"))
 
