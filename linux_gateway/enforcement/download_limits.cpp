@@ -149,7 +149,10 @@ void put_class(nl_sock *socket, int bridge, uint16_t minor, uint64_t limit)
     require(rtnl_htb_set_quantum(traffic_class.get(), 1514), what);
     require(rtnl_class_add(socket, traffic_class.get(), NLM_F_CREATE), what);
 
+    // With a handle of its own it is changed in place, and listed the same after it was put back.
+    constexpr uint32_t first_queue = 0x70000000;
     const Qdisc fifo = make_qdisc(bridge, kRoot | minor, "bfifo");
+    rtnl_tc_set_handle(TC_CAST(fifo.get()), first_queue + (static_cast<uint32_t>(minor) << 16));
     require(rtnl_qdisc_fifo_set_limit(fifo.get(), queue), what);
     require(rtnl_qdisc_add(socket, fifo.get(), NLM_F_CREATE | NLM_F_REPLACE), what);
 }

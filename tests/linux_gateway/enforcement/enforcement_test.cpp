@@ -33,7 +33,8 @@ class EnforcementTest : public NetworkNamespaceTest {
 
     static std::string queueing()
     {
-        return run("tc qdisc show dev lan0; tc class show dev lan0; tc filter show dev lan0");
+        return run("tc qdisc show dev lan0 | sed 's/direct_packets_stat [0-9]*//';"
+                   "tc class show dev lan0; tc filter show dev lan0");
     }
     static bool is_blocked(const Mac &mac)
     {
@@ -192,12 +193,12 @@ TEST_P(LimitsPutBack, AndLogged)
 {
     rules.limits = {{host(1), 1'000'000}, {host(2), 2'000'000}};
     ASSERT_EQ(enforcement.apply(rules), "");
+    const std::string before = queueing();
     run(GetParam());
     wait_for([] { return !log().empty(); });
     EXPECT_EQ(log(), "3 another program has changed the download limits of lan0: they have been "
                      "put back\n");
-    EXPECT_THAT(queueing(), HasSubstr("rate 2Mbit"));
-    EXPECT_THAT(queueing(), HasSubstr("match 00000002/ffffffff"));
+    EXPECT_EQ(queueing(), before);
 }
 INSTANTIATE_TEST_SUITE_P(
     After, LimitsPutBack,
