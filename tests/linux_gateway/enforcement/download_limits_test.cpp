@@ -90,9 +90,7 @@ TEST_F(DownloadLimitsTest, ReplaceThoseOfAnEarlierProcess)
 TEST_F(DownloadLimitsTest, DoNotReplaceTheRootOfAnotherProgram)
 {
     run("tc qdisc add dev lan0 root handle 7: bfifo");
-    EXPECT_EQ(refusal({{host(1), 1'000'000}}),
-              "lan0 has a queueing root of another program already (bfifo), so downloads cannot be "
-              "limited");
+    EXPECT_EQ(refusal({{host(1), 1'000'000}}), "lan0 has another program's queueing root (bfifo)");
     limits.apply(kBridge, {});
     EXPECT_THAT(queueing(), HasSubstr("qdisc bfifo 7:"));
     run("tc qdisc delete dev lan0 root");
@@ -105,8 +103,7 @@ TEST_F(DownloadLimitsTest, DoNotReplaceTheRootOfAnotherProgram)
 TEST_F(DownloadLimitsTest, NeedTheBridge)
 {
     run("ip link delete lan0");
-    EXPECT_EQ(refusal({{host(1), 1'000'000}}),
-              "there is no bridge lan0, so downloads cannot be limited");
+    EXPECT_EQ(refusal({{host(1), 1'000'000}}), "there is no bridge lan0 for download limits");
     EXPECT_EQ(refusal({}), "none");
 }
 

@@ -260,8 +260,7 @@ TEST_F(EnforcementTest, KeepsItsRulesIfALimitCannotBeSet)
     Rules wanted = rules;
     wanted.limits[host(2)] = 1'000'000;
     wanted.blocked.insert(host(2));
-    EXPECT_THAT(enforcement.apply(wanted),
-                HasSubstr("lan0 has a queueing root of another program"));
+    EXPECT_THAT(enforcement.apply(wanted), HasSubstr("lan0 has another program's queueing root"));
     EXPECT_FALSE(is_blocked(host(2)));
     EXPECT_TRUE(is_blocked(host(1)));
     wanted.limits.clear();
@@ -287,7 +286,8 @@ TEST_F(EnforcementTest, LeavesARootAloneThatReplacesItsOwn)
     ASSERT_EQ(enforcement.apply(rules), "");
     run("tc qdisc replace dev lan0 root handle 7: bfifo");
     wait_for([] { return !log().empty(); });
-    EXPECT_THAT(log(), HasSubstr("3 rules are not in force: lan0 has a queueing root of another"));
+    EXPECT_THAT(log(),
+                HasSubstr("3 rules are not in force: lan0 has another program's queueing root"));
     EXPECT_THAT(queueing(), HasSubstr("bfifo 7:"));
     rules.blocked = {host(1)};
     EXPECT_EQ(enforcement.apply(rules), "");
