@@ -63,6 +63,8 @@ TEST_F(DownloadLimitsTest, AreChangedOneByOne)
     EXPECT_THAT(text, HasSubstr("rate 5Mbit"));
     EXPECT_THAT(text, Not(HasSubstr("match 00000001/ffffffff")));
     EXPECT_THAT(text, HasSubstr("match 00000004/ffffffff"));
+    EXPECT_THAT(text, HasSubstr("class htb 6c67:1 ")); // used again
+    EXPECT_THAT(text, Not(HasSubstr("class htb 6c67:4 ")));
     EXPECT_TRUE(limits.is_intact());
 }
 
