@@ -118,8 +118,8 @@ void add_root(nl_sock *socket, int bridge, const std::string &name)
     const Qdisc present = root_of(socket, bridge);
     if (present && !is_default(present.get())) {
         const char *kind = rtnl_tc_get_kind(TC_CAST(present.get()));
-        throw Error(name + " has a queueing root of another program already (" +
-                    (kind != nullptr ? kind : "unknown") + "), so downloads cannot be limited");
+        throw Error(name + " has another program's queueing root (" +
+                    (kind != nullptr ? kind : "unknown") + ")");
     }
     const Qdisc root = make_qdisc(bridge, TC_H_ROOT, "htb");
     rtnl_tc_set_handle(TC_CAST(root.get()), kRoot);
@@ -248,7 +248,7 @@ void DownloadLimits::apply(const std::string &lan_bridge, const std::map<Mac, ui
     bridge_ = lan_bridge;
     if (bridge == 0) {
         if (!limits.empty()) {
-            throw Error("there is no bridge " + lan_bridge + ", so downloads cannot be limited");
+            throw Error("there is no bridge " + lan_bridge + " for download limits");
         }
         return;
     }

@@ -109,7 +109,10 @@ std::string Enforcement::apply(const Rules &rules)
     try {
         replace(rules);
     } catch (const Error &error) {
-        check_kernel(); // puts the previous rules back
+        // Puts the previous rules back: the limits may be the new ones already.
+        limits_failed_ = true;
+        blocks_failed_ = true;
+        check_kernel();
         return error.what();
     }
     rules_ = rules;

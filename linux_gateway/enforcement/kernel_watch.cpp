@@ -5,7 +5,6 @@
 #include "system/error.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <initializer_list>
 #include <libmnl/libmnl.h>
@@ -14,6 +13,7 @@
 #include <linux/rtnetlink.h>
 #include <net/if.h>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace linux_gateway {
@@ -148,7 +148,7 @@ KernelWatch::KernelWatch()
 {
     if (!filter_ || !route_) {
         throw Error(std::string("changes of the kernel's rules cannot be watched: ") +
-                    std::strerror(errno));
+                    std::generic_category().message(errno));
     }
 }
 

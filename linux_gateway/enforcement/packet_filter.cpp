@@ -3,7 +3,6 @@
 
 #include "system/error.h"
 
-#include <algorithm>
 #include <array>
 #include <new>
 #include <nftables/libnftables.h>
@@ -133,24 +132,6 @@ void append_tables(json &commands, const Blocks &blocks)
                                    match("!=", header("ip6", "saddr"), in_set(kOwnIpv6))}));
 }
 
-std::string in_envelope(json commands)
-{
-    return json{{"nftables", std::move(commands)}}.dump();
-}
-
-// The time that an element still has changes by itself.
-void remove_remaining_times(json &value)
-{
-    if (value.is_object()) {
-        value.erase("expires");
-    }
-    if (value.is_structured()) {
-        for (json &part : value) {
-            remove_remaining_times(part);
-        }
-    }
-}
-
 } // namespace
 
 void PacketFilter::Free::operator()(nft_ctx *context) const
@@ -163,41 +144,33 @@ PacketFilter::PacketFilter() : context_(nft_ctx_new(NFT_CTX_DEFAULT))
     if (!context_) {
         throw std::bad_alloc();
     }
-    nft_ctx_output_set_flags(context_.get(), NFT_CTX_OUTPUT_JSON);
     nft_ctx_buffer_output(context_.get());
     nft_ctx_buffer_error(context_.get());
 }
 
 PacketFilter::~PacketFilter() = default;
 
-// The output, or none after a failure; its reason is in the error buffer.
-std::optional<std::string> PacketFilter::run(const std::string &commands)
+void PacketFilter::change(json commands)
 {
-    const int result = nft_run_cmd_from_buffer(context_.get(), commands.c_str());
-    const char *output = nft_ctx_get_output_buffer(context_.get());
-    return result == 0 ? std::optional<std::string>(output) : std::nullopt;
-}
-
-std::string PacketFilter::run_or_throw(const std::string &commands)
-{
-    std::optional<std::string> output = run(commands);
-    if (!output) {
+    const std::string text = json{{"nftables", std::move(commands)}}.dump();
+    nft_ctx_output_set_flags(context_.get(), NFT_CTX_OUTPUT_JSON);
+    if (nft_run_cmd_from_buffer(context_.get(), text.c_str()) != 0) {
         const std::string reason = nft_ctx_get_error_buffer(context_.get());
         throw Error("nftables: " + reason.substr(0, reason.find('\n')));
     }
-    return *output;
+    nft_ctx_get_output_buffer(context_.get()); // empties it
 }
 
-bool PacketFilter::has_table(const char *family)
+// Not as JSON: there, libnftables 1.0 lists a table with flags wrongly. Without the time that
+// elements still have, which changes by itself. Nothing if there is no such table.
+std::optional<std::string> PacketFilter::listing_of(const char *family)
 {
-    const json tables =
-        json::parse(run_or_throw(in_envelope({{{"list", {{"tables", {{"family", family}}}}}}})),
-                    nullptr, false);
-    return std::ranges::any_of(tables.value("nftables", json::array()), [&](const json &entry) {
-        const json fields = entry.value("table", json::object());
-        return fields.value("family", "") == family &&
-               fields.value("name", "") == PacketFilter::kTable;
-    });
+    const std::string command = std::string("list table ") + family + ' ' + kTable;
+    nft_ctx_output_set_flags(context_.get(), NFT_CTX_OUTPUT_STATELESS | NFT_CTX_OUTPUT_HANDLE);
+    const int result = nft_run_cmd_from_buffer(context_.get(), command.c_str());
+    const char *output = nft_ctx_get_output_buffer(context_.get());
+    nft_ctx_get_error_buffer(context_.get()); // empties it
+    return result == 0 ? std::optional<std::string>(output) : std::nullopt;
 }
 
 // Empty if a table is missing.
@@ -205,13 +178,11 @@ std::string PacketFilter::listing()
 {
     std::string text;
     for (const char *family : kFamilies) {
-        const std::optional<std::string> output = run(in_envelope({{{"list", table(family)}}}));
-        if (!output) {
+        const std::optional<std::string> table = listing_of(family);
+        if (!table) {
             return "";
         }
-        json listed = json::parse(*output, nullptr, false);
-        remove_remaining_times(listed);
-        text += listed.dump() + "\n";
+        text += *table;
     }
     return text;
 }
@@ -224,7 +195,7 @@ void PacketFilter::apply(const Blocks &blocks)
         if (!blocks.hosts.empty()) {
             commands.push_back({{"add", table(family)}});
             commands.push_back({{"delete", table(family)}});
-        } else if (has_table(family)) {
+        } else if (listing_of(family)) {
             commands.push_back({{"delete", table(family)}});
         }
     }
@@ -232,7 +203,7 @@ void PacketFilter::apply(const Blocks &blocks)
         append_tables(commands, blocks);
     }
     if (!commands.empty()) {
-        run_or_throw(in_envelope(std::move(commands)));
+        change(std::move(commands));
     }
     has_tables_ = !blocks.hosts.empty();
     listing_ = has_tables_ ? listing() : "";

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <set>
 #include <string>
@@ -41,9 +42,8 @@ class PacketFilter {
     bool is_intact();
 
   private:
-    std::optional<std::string> run(const std::string &commands);
-    std::string run_or_throw(const std::string &commands);
-    bool has_table(const char *family);
+    void change(nlohmann::json commands);
+    std::optional<std::string> listing_of(const char *family);
     std::string listing();
 
     struct Free {

@@ -63,6 +63,8 @@ TEST_F(DownloadLimitsTest, AreChangedOneByOne)
     EXPECT_THAT(text, HasSubstr("rate 5Mbit"));
     EXPECT_THAT(text, Not(HasSubstr("match 00000001/ffffffff")));
     EXPECT_THAT(text, HasSubstr("match 00000004/ffffffff"));
+    EXPECT_THAT(text, HasSubstr("class htb 6c67:1 ")); // used again
+    EXPECT_THAT(text, Not(HasSubstr("class htb 6c67:4 ")));
     EXPECT_TRUE(limits.is_intact());
 }
 
@@ -90,9 +92,7 @@ TEST_F(DownloadLimitsTest, ReplaceThoseOfAnEarlierProcess)
 TEST_F(DownloadLimitsTest, DoNotReplaceTheRootOfAnotherProgram)
 {
     run("tc qdisc add dev lan0 root handle 7: bfifo");
-    EXPECT_EQ(refusal({{host(1), 1'000'000}}),
-              "lan0 has a queueing root of another program already (bfifo), so downloads cannot be "
-              "limited");
+    EXPECT_EQ(refusal({{host(1), 1'000'000}}), "lan0 has another program's queueing root (bfifo)");
     limits.apply(kBridge, {});
     EXPECT_THAT(queueing(), HasSubstr("qdisc bfifo 7:"));
     run("tc qdisc delete dev lan0 root");
@@ -105,8 +105,7 @@ TEST_F(DownloadLimitsTest, DoNotReplaceTheRootOfAnotherProgram)
 TEST_F(DownloadLimitsTest, NeedTheBridge)
 {
     run("ip link delete lan0");
-    EXPECT_EQ(refusal({{host(1), 1'000'000}}),
-              "there is no bridge lan0, so downloads cannot be limited");
+    EXPECT_EQ(refusal({{host(1), 1'000'000}}), "there is no bridge lan0 for download limits");
     EXPECT_EQ(refusal({}), "none");
 }
 

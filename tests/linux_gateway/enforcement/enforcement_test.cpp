@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cctype>
 #include <chrono>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <thread>
 
@@ -241,6 +242,7 @@ TEST_F(EnforcementTest, ExceptsAddressesThatTheGatewayGetsLater)
     rules.blocked = {host(1)};
     ASSERT_EQ(enforcement.apply(rules), "");
     EXPECT_THAT(tables(), Not(HasSubstr("192.168.77.1")));
+    std::this_thread::sleep_for(std::chrono::seconds(1)); // longer than its own changes matter
     run("ip address add 192.168.77.1/24 dev lan0 && ip address add fd00:77::1/64 dev lan0 nodad");
     wait_for([] {
         const std::string text = tables();
@@ -260,13 +262,32 @@ TEST_F(EnforcementTest, KeepsItsRulesIfALimitCannotBeSet)
     Rules wanted = rules;
     wanted.limits[host(2)] = 1'000'000;
     wanted.blocked.insert(host(2));
-    EXPECT_THAT(enforcement.apply(wanted),
-                HasSubstr("lan0 has a queueing root of another program"));
+    EXPECT_THAT(enforcement.apply(wanted), HasSubstr("lan0 has another program's queueing root"));
     EXPECT_FALSE(is_blocked(host(2)));
     EXPECT_TRUE(is_blocked(host(1)));
     wanted.limits.clear();
     EXPECT_EQ(enforcement.apply(wanted), "");
     EXPECT_TRUE(is_blocked(host(2)));
+}
+
+// A program may keep others from changing a table while it runs.
+TEST_F(EnforcementTest, KeepsItsLimitsIfABlockCannotBeSet)
+{
+    rules.limits = {{host(1), 1'000'000}};
+    ASSERT_EQ(enforcement.apply(rules), "");
+    FILE *owner = popen("nft -i >/dev/null", "w");
+    ASSERT_NE(owner, nullptr);
+    std::fputs("add table inet linux_gateway { flags owner; }\n", owner);
+    std::fflush(owner);
+    wait_for([] { return has_tables(); });
+    Rules wanted = rules;
+    wanted.limits[host(1)] = 2'000'000;
+    wanted.blocked = {host(1)};
+    EXPECT_THAT(enforcement.apply(wanted), HasSubstr("nftables: "));
+    EXPECT_THAT(queueing(), HasSubstr("rate 1Mbit"));
+    EXPECT_EQ(pclose(owner), 0);
+    EXPECT_EQ(enforcement.apply(wanted), "");
+    EXPECT_TRUE(is_blocked(host(1)));
 }
 
 TEST_F(EnforcementTest, WaitsForTheBridgeAtTheStart)
@@ -287,7 +308,8 @@ TEST_F(EnforcementTest, LeavesARootAloneThatReplacesItsOwn)
     ASSERT_EQ(enforcement.apply(rules), "");
     run("tc qdisc replace dev lan0 root handle 7: bfifo");
     wait_for([] { return !log().empty(); });
-    EXPECT_THAT(log(), HasSubstr("3 rules are not in force: lan0 has a queueing root of another"));
+    EXPECT_THAT(log(),
+                HasSubstr("3 rules are not in force: lan0 has another program's queueing root"));
     EXPECT_THAT(queueing(), HasSubstr("bfifo 7:"));
     rules.blocked = {host(1)};
     EXPECT_EQ(enforcement.apply(rules), "");
