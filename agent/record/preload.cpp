@@ -11,7 +11,6 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <dlfcn.h>
 #include <exception>
 #include <iterator>
@@ -28,11 +27,11 @@ namespace {
 constexpr char kDispatcher[] = "hg_process_json_cmd";
 constexpr uint64_t kUsualLimit = 64UL * 1024 * 1024;
 
-using FindSymbol = void *(*)(void *, const char *);
+using FindSymbol = void *(*)(void *, const char *) noexcept;
 
 #ifdef __GLIBC__
 // The C library's dlsym(), which is hidden by the one below. Its version depends on the processor.
-FindSymbol real_dlsym()
+FindSymbol real_dlsym() noexcept
 {
     static const FindSymbol found = [] {
         for (const char *version : {"GLIBC_2.34", "GLIBC_2.17", "GLIBC_2.2.5", "GLIBC_2.4",
@@ -48,7 +47,7 @@ FindSymbol real_dlsym()
     return found;
 }
 #else
-FindSymbol real_dlsym()
+FindSymbol real_dlsym() noexcept
 {
     return dlsym;
 }
@@ -308,22 +307,44 @@ int32_t hg_process_json_cmd(const char *command, cJSON *object)
 }
 
 #ifdef __GLIBC__
-// For an agent that loads the plug-in. For RTLD_NEXT it depends on the address of its caller: the
-// call of the C library's function has to be a jump.
-extern "C" __attribute__((optimize("O2"), no_sanitize("address", "undefined"))) void *
-dlsym(void *handle, const char *name) noexcept
+namespace agent::record {
+
+namespace {
+
+// Without the C library: a sanitizer calls dlsym() before its functions work.
+bool is_dispatcher(const char *name)
 {
-    using namespace agent::record;
-    const auto find = real_dlsym();
-    if (strcmp(name, kDispatcher) != 0 || handle == RTLD_NEXT) {
-        return find(handle, name);
+    const char *wanted = kDispatcher;
+    while (*name == *wanted && *name != '\0') {
+        ++name;
+        ++wanted;
     }
-    void *dispatcher = find(handle, name);
+    return *name == *wanted;
+}
+
+__attribute__((noinline)) void *find_dispatcher(void *handle)
+{
+    void *dispatcher = real_dlsym()(handle, kDispatcher);
     if (dispatcher == nullptr || is_here(dispatcher)) {
         return dispatcher;
     }
-    Preload::get().use_plugin(dispatcher);
-    return dispatcher == Preload::get().dispatcher() ? reinterpret_cast<void *>(&process)
-                                                     : dispatcher;
+    Preload &preload = Preload::get();
+    preload.use_plugin(dispatcher);
+    return dispatcher == preload.dispatcher() ? reinterpret_cast<void *>(&process) : dispatcher;
+}
+
+} // namespace
+
+} // namespace agent::record
+
+// For an agent that loads the plug-in. What RTLD_NEXT means depends on the caller's address: the
+// call of the C library's function has to be a jump.
+extern "C" void *dlsym(void *handle, const char *name) noexcept
+{
+    using namespace agent::record;
+    if (handle != RTLD_NEXT && is_dispatcher(name)) {
+        return find_dispatcher(handle);
+    }
+    return real_dlsym()(handle, name);
 }
 #endif

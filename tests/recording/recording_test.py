@@ -132,8 +132,9 @@ class Recording(unittest.TestCase):
         self.call("GET_ATTACH_DEVICE_RIGHT", "MAC=F4:D4:88:5B:3F:72")
         self.call("GET_SN_INFO")
         calls = [line for line in self.lines() if "call" in line]
-        info = calls[0]["arguments"]["info"]
-        self.assertEqual(info["before"]["Mac" if "Mac" in info["before"] else "MAC"], "F4:D4:88:5B:3F:72")
+        self.assertEqual(calls[0]["arguments"], {"count": {"after": 12}})
+        self.assertEqual(calls[1]["arguments"], {"info": {"before": {"HostIndex": 1}, "after": {
+            "HostIndex": 1, "MAC": "A4:BB:6D:31:07:5E", "name": "workshop-pc", "InternetAccessRight": "ALLOW"}}})
         self.assertEqual(calls[-1]["arguments"], {"info": {"after": {
             "MAC": "3C:6A:D2:10:4F:20", "tslinkstatus": "1", "DeviceType": "HGU-AX3000"}}})
         self.assertEqual(calls[-1]["result"], 0)
@@ -177,7 +178,8 @@ class Recording(unittest.TestCase):
 
     def test_a_mask_key_gives_the_same_pseudonyms_again(self):
         def pseudonym(password, *options):
-            self.agent(*options, "--record", self.file, "call", "SET_WEB_LOGIN_INFO", f"Password={password}")
+            self.agent(*options, "--record", self.file, "call", "SET_HG_PPPOE_INFO", "Account=smith",
+                       f"Password={password}", "Enable=1")
             head, request = [[line for line in self.lines() if kind in line][-1] for kind in ("recording", "command")]
             return head["key"], request["request"]["Password"]
 
@@ -288,13 +290,13 @@ class Recording(unittest.TestCase):
             with self.subTest(host):
                 self.file.unlink(missing_ok=True)
                 preloaded = {**ENVIRONMENT, "LD_PRELOAD": LIBRARY, "HGAGENT_RECORD": str(self.file)}
-                words = [host, "SET_WEB_LOGIN_INFO", '{"Password":"zaun-und-tor"}']
+                words = [host, "SET_HG_PPPOE_INFO", '{"Account":"smith","Password":"zaun-und-tor","Enable":"1"}']
                 plain = subprocess.run(words, env=ENVIRONMENT, capture_output=True, text=True, check=True)
                 result = subprocess.run(words, env=preloaded, capture_output=True, text=True, check=True)
                 self.assertEqual((result.stdout, result.stderr), (plain.stdout, plain.stderr))
                 lines = self.lines()
                 self.assertEqual([recording.kind_of(line) for line in lines[:2]], ["head", "request"])
-                self.assertIn("devapi_set_web_login_info", [line.get("call") for line in lines])
+                self.assertIn("devapi_set_hg_pppoe_info", [line.get("call") for line in lines])
                 self.assertFalse(lines[0]["agent_services"])
                 self.assertEqual(lines[-1]["result"], 0)
                 self.assert_without({"zaun-und-tor"})
