@@ -27,7 +27,7 @@ REPORTS = ["home-page", "main-router", "main-base", "topology", "agent-topology"
 ENVIRONMENT = {**os.environ, "SIMULATED_GATEWAY_TIME": "1767225600",
                "ASAN_OPTIONS": "verify_asan_link_order=0:detect_leaks=0"}
 KEEPS = {"", "NULL", "-1"}
-KILLS = 20
+KILLS = 12
 
 
 def is_secret(key):
