@@ -19,7 +19,7 @@ import measure
 
 MOST = 2.5  # of the instructions and of the processor time without a recording
 CASES = {"GET_SN_INFO": (100, 600, 100_000, []), "GET_AD_BASE_INFO": (10, 60, 10_000, [])}
-REPETITIONS = 5
+REPETITIONS = 3
 MEMORY = "/dev/shm"
 
 

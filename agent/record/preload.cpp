@@ -6,6 +6,7 @@
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <charconv>
@@ -237,6 +238,7 @@ class Preload {
         const std::string limit = variable("HGAGENT_RECORD_LIMIT");
         options.limit = kUsualLimit;
         std::from_chars(limit.data(), limit.data() + limit.size(), options.limit);
+        options.limit = std::max<uint64_t>(options.limit, kLeastRecordLimit);
         options.mask_key = variable("HGAGENT_MASK_KEY");
         options.show_secrets = variable("HGAGENT_SHOW_SECRETS") == "1";
         options.program = "libhg_record.so " HGAGENT_VERSION;

@@ -207,7 +207,7 @@ void Recorder::finish() noexcept
 void Recorder::give_up(const std::string &problem) noexcept
 {
     if (!is_lost_.exchange(true)) {
-        fprintf(stderr, "%s; the recording ends here\n", problem.c_str());
+        fprintf(stderr, PROGRAM_NAME ": %s; the recording ends here\n", problem.c_str());
     }
 }
 
