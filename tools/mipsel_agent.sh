@@ -10,7 +10,7 @@ scripts/install-deps.sh --cross
 home=$PWD/build/mipsel_agent
 root=$home/root
 triplet=mipsel-linux-gnu
-packages=(libatomic1 libcurl4 libcurl4-openssl-dev libelf-dev libelf1 libssl-dev libssl3 zlib1g)
+packages=(libatomic1 libcurl4 libcurl4-openssl-dev libelf-dev libelf1 libsodium-dev libssl-dev libssl3 zlib1g)
 
 if [ ! -e "$root" ]; then
     mkdir -p "$home/packages"

@@ -45,9 +45,6 @@ CLI::Validator silent(CLI::Validator check)
     return check.description("");
 }
 
-constexpr uint64_t kLeastRecord = 64UL * 1024;
-constexpr uint64_t kMostRecord = 1024UL * 1024 * 1024 * 1024;
-
 void add_host_options(CLI::App &app, Options &options)
 {
     HostOptions &host = options.host;
@@ -75,7 +72,7 @@ void add_host_options(CLI::App &app, Options &options)
                    "Largest recording, such as 64M, the default; the one before is kept as FILE.1")
         ->type_name("BYTES")
         ->transform(CLI::AsSizeValue(false))
-        ->check(silent(CLI::Range(kLeastRecord, kMostRecord)))
+        ->check(silent(CLI::Range(kLeastRecordLimit, kMostRecordLimit)))
         ->allow_extra_args(false);
     app.add_option("--mask-key", host.mask_key,
                    "File that keeps the key of a recording's pseudonyms, for comparisons")
@@ -97,7 +94,7 @@ void add_host_options(CLI::App &app, Options &options)
         ->check(silent(CLI::Range(0, 7)))
         ->capture_default_str();
     app.add_flag("--show-secrets", host.show_secrets,
-                 "Show passwords and keys in the log and in the trace");
+                 "Show passwords and keys in the log, in the trace and in a recording");
     app.add_option("--refuse-notices", options.notice_refusal,
                    "Answer every notice to the app with this result; 0 refuses none")
         ->type_name("RESULT")

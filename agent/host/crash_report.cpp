@@ -19,6 +19,8 @@ constexpr int kMostCalls = 64;
 // An overflowed stack has no room for the handler.
 std::array<char, 64UL * 1024> handler_stack;
 
+void (*work_at_crash)() = nullptr;
+
 void write_text(std::string_view text)
 {
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
@@ -34,9 +36,17 @@ void report(int number)
     write_text("; the calls that led here, the last one first:\n");
     std::array<void *, kMostCalls> calls = {};
     backtrace_symbols_fd(calls.data(), backtrace(calls.data(), kMostCalls), STDERR_FILENO);
+    if (work_at_crash != nullptr) {
+        work_at_crash();
+    }
 }
 
 } // namespace
+
+void at_crash(void (*work)())
+{
+    work_at_crash = work;
+}
 
 void report_crashes()
 {

@@ -9,4 +9,7 @@ namespace agent {
 // (forbid_core_dumps()).
 void report_crashes();
 
+// Such a signal also does this work, after the stack trace. It must be safe in a signal handler.
+void at_crash(void (*work)());
+
 } // namespace agent

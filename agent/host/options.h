@@ -15,6 +15,9 @@ struct HomeOptions {
     uint32_t number = 0;
 };
 
+constexpr int64_t kLeastRecordLimit = 64L * 1024;
+constexpr int64_t kMostRecordLimit = 1L << 30;
+
 // The libraries to load, and the options of the simulated gateway. For an option that is not given,
 // the gateway uses its environment and defaults.
 struct HostOptions {
@@ -27,10 +30,10 @@ struct HostOptions {
     bool show_secrets = false;
     std::optional<std::string> firmware_folder;
     std::optional<std::string> firmware_key;
-    std::optional<int32_t> reboot_seconds;      // 0 without
-    std::optional<HomeOptions> home;            // without: as the scenario has it
-    std::optional<std::string> record;          // file of a recording
-    uint64_t record_limit = 64UL * 1024 * 1024; // bytes of that file
+    std::optional<int32_t> reboot_seconds;    // 0 without
+    std::optional<HomeOptions> home;          // without: as the scenario has it
+    std::optional<std::string> record;        // file of a recording
+    int64_t record_limit = 64L * 1024 * 1024; // bytes of that file
     std::string mask_key; // file with the key of its pseudonyms; empty: a random key
     bool verbose = false; // list all symbols that a library lacks
 };

@@ -105,8 +105,8 @@ void LineText::add_number(double number)
         add_number(static_cast<int64_t>(number));
     } else {
         constexpr size_t kLongest = 32;
-        const auto [end, error] = std::to_chars(room(kLongest), memory_ + used_ + kLongest, number);
-        used_ = static_cast<size_t>(end - memory_);
+        char *const begin = room(kLongest);
+        used_ += static_cast<size_t>(std::to_chars(begin, begin + kLongest, number).ptr - begin);
     }
 }
 

@@ -37,8 +37,8 @@ class LineText {
     void add_number(std::integral auto number)
     {
         constexpr size_t kDigits = 24;
-        const auto [end, error] = std::to_chars(room(kDigits), memory_ + used_ + kDigits, number);
-        used_ = static_cast<size_t>(end - memory_);
+        char *const begin = room(kDigits);
+        used_ += static_cast<size_t>(std::to_chars(begin, begin + kDigits, number).ptr - begin);
     }
     void add_number(double number);
     void add_hex(std::string_view bytes);

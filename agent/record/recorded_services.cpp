@@ -124,7 +124,7 @@ void RecordedServices::record(const Recorder::Begin &begin, const char *name, Ad
 }
 
 // The format of a log line shows where its other secrets are.
-std::string RecordedServices::without_addresses(std::string text) const
+std::string RecordedServices::without_addresses(const std::string &text) const
 {
     return text.find("://") == std::string::npos ? text
                                                  : mask_address(text, *recorder_.pseudonyms());
@@ -146,7 +146,7 @@ void RecordedServices::log(const char *module, int32_t level, const char *format
     record(begin, "ts_mod_log_printf", [&](LineText &line) {
         std::string text = format_log_text(recorder_.pseudonyms(), format, copy);
         if (recorder_.pseudonyms() != nullptr) {
-            text = replaced(without_addresses(std::move(text)));
+            text = replaced(without_addresses(text));
         }
         Arguments members(line);
         members.text("module", module, module != nullptr ? module : "");

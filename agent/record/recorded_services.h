@@ -28,7 +28,7 @@ class RecordedServices : public PluginServices {
   private:
     template <class Add> void record(const Recorder::Begin &begin, const char *name, Add add);
     std::string shown(const char *text) const;
-    std::string without_addresses(std::string text) const;
+    std::string without_addresses(const std::string &text) const;
 
     Recorder &recorder_;
     PluginServices &next_;

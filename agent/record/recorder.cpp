@@ -14,6 +14,7 @@ namespace agent::record {
 namespace {
 
 constexpr size_t kMostPending = 64UL * 1024;
+constexpr std::chrono::milliseconds kMostDelay(10);
 
 std::string random_name()
 {
@@ -88,6 +89,10 @@ void Recorder::add_head()
         line.add_name("key");
         line.add_quoted(pseudonyms_->key_digest());
     }
+    if (!options_.agent_services) {
+        line.add_name("agent_services");
+        line.add("false");
+    }
     for (const auto &[name, path] :
          {std::pair("plugin", &options_.plugin), std::pair("device", &options_.device)}) {
         if (!path->empty()) {
@@ -134,8 +139,13 @@ void Recorder::add_line(const Begin &begin, bool is_call, const LineText &member
             add_head();
         }
         write_line(begin, is_call ? &end : nullptr, members);
-        if ((depth_ == 0 || file_.pending() > kMostPending) && !file_.flush()) {
-            give_up(file_.problem());
+        // Within a command, a write for each line would take too long; but a line must not wait in
+        // memory while a call takes minutes.
+        if (depth_ == 0 || file_.pending() > kMostPending || end > flushed_ + kMostDelay) {
+            flushed_ = end;
+            if (!file_.flush()) {
+                give_up(file_.problem());
+            }
         }
     } catch (const std::exception &problem) {
         this->end(problem.what());
@@ -181,10 +191,23 @@ void Recorder::end(const char *problem) noexcept
     }
 }
 
+void Recorder::finish() noexcept
+{
+    LineText members;
+    try {
+        members.add_name("end");
+        members.add("true}");
+    } catch (const std::exception &problem) {
+        end(problem.what());
+    }
+    add_line(begin(), false, members, 0);
+    is_lost_ = true;
+}
+
 void Recorder::give_up(const std::string &problem) noexcept
 {
     if (!is_lost_.exchange(true)) {
-        fprintf(stderr, "%s; the recording ends here\n", problem.c_str());
+        fprintf(stderr, PROGRAM_NAME ": %s; the recording ends here\n", problem.c_str());
     }
 }
 

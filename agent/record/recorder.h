@@ -24,6 +24,7 @@ struct RecordOptions {
     std::string program;  // of the head: what records, and the libraries
     std::string plugin;
     std::string device;
+    bool agent_services = true; // whether all functions of host_agent.h are recorded
 };
 
 class Recorder {
@@ -47,6 +48,8 @@ class Recorder {
     void add_request(const LineText &members) noexcept;
     void add_reply(const LineText &members) noexcept;
     void end(const char *problem) noexcept;
+    // The last line of a session that ends while no thread is in the plug-in. Nothing follows it.
+    void finish() noexcept;
 
     // Writes what is kept in memory, within a signal handler.
     void flush_after_crash();
@@ -71,6 +74,7 @@ class Recorder {
     RecordingFile file_;
     LineText head_;
     int depth_ = 0; // requests that have not ended
+    Clock::time_point flushed_;
 };
 
 } // namespace agent::record

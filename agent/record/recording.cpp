@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "record/recording.h"
 
-#include "host/plugin_host.h"
 #include "record/device_values.h"
 #include "record/line_memory.h"
 #include "record/object_text.h"
 
 #include <exception>
-#include <memory>
 
 namespace agent::record {
 
@@ -92,31 +90,6 @@ void Recording::end(const cJSON *reply, int32_t result)
         recorder_.end(problem.what());
     }
     recorder_.add_reply(line);
-}
-
-PluginSeam *find_recording(const HostOptions &options, const std::string &plugin,
-                           const std::string &device)
-{
-    static std::unique_ptr<Recording> recording;
-    if (!options.record) {
-        return nullptr;
-    }
-    if (recording == nullptr) {
-        RecordOptions record;
-        record.file = *options.record;
-        record.limit = options.record_limit;
-        record.show_secrets = options.show_secrets;
-        record.mask_key = options.mask_key;
-        record.program = "hgagent " HGAGENT_VERSION;
-        record.plugin = plugin;
-        record.device = device;
-        try {
-            recording = std::make_unique<Recording>(record);
-        } catch (const std::runtime_error &problem) {
-            throw HostError(kCannotLoad, problem.what());
-        }
-    }
-    return recording.get();
 }
 
 } // namespace agent::record

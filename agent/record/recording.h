@@ -34,6 +34,7 @@ class Recording : public PluginSeam {
     void begin_function(const char *function, Texts arguments) override;
     void end(const cJSON *reply, int32_t result) override;
 
+    void finish() { recorder_.finish(); }
     void flush_after_crash() { recorder_.flush_after_crash(); }
 
   private:
