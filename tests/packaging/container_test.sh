@@ -101,28 +101,34 @@ if engine healthcheck run ill; then
     exit 1
 fi
 
-# What "docker compose up" starts, with the words of its file. Here the containers share one loopback, which is the broker
+# What "docker compose --profile fleet up" starts, with the words of its file. Here the containers share one loopback, which is the broker
 # for them.
 gateways=0
 echo '127.0.0.1 localhost broker' >"$work/hosts"
 while IFS='|' read -r name environment entry command; do
-    read -ra words <<<"$environment $entry hgagent $command"
+    read -ra words <<<"$environment $entry hgagent $command" # the image
     network=container:broker
     if [ "$name" = broker ]; then
         network=none
     fi
     start "$name" --network "$network" --volume "$work/hosts:/etc/hosts:ro" --cap-drop all --security-opt no-new-privileges "${words[@]}"
-    if [ "$name" != broker ]; then
-        await "$name" 'connected to mqtt://broker'
-        by_broker "$name" "$name" | grep -q '"Status":"0"'
-        gateways=$((gateways + 1))
-    fi
+    case $name in
+        gateway-*)
+            await "$name" 'connected to mqtt://broker'
+            by_broker "$name" "$name" | grep -q '"Status":"0"'
+            gateways=$((gateways + 1))
+            ;;
+        fleet) # a request waits until its gateway is there
+            for id in home-1 home-100; do
+                by_broker "$name" "$id" | grep -q '"Status":"0"'
+            done
+            gateways=$((gateways + 100))
+            ;;
+    esac
 done < <(/usr/bin/python3 - "$project/packaging/container/compose.yaml" <<'END'
 import sys
 import yaml
 for name, service in yaml.safe_load(open(sys.argv[1], encoding="utf-8"))["services"].items():
-    if "profiles" in service:  # is only started when it is asked for
-        continue
     assert service["image"] == "hgagent" and service["cap_drop"] == ["ALL"], name
     environment = [word for key, value in service.get("environment", {}).items() for word in ("--env", f"{key}={value}")]
     entry, *words = service.get("entrypoint", [None])
@@ -131,5 +137,5 @@ for name, service in yaml.safe_load(open(sys.argv[1], encoding="utf-8"))["servic
     print(name, " ".join(environment), f"--entrypoint {entry}" if entry else "", " ".join(words), sep="|")
 END
 )
-expect gateways "$gateways" 3
+expect gateways "$gateways" 103
 echo 'the image was built, and what it starts was tried'
