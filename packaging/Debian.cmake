@@ -46,6 +46,11 @@ The program hgagent loads the plug-in as the agent of a gateway does. Its
 device is a simulated gateway, a model of a home that answers queries and
 remembers what is set, or a device-access library, which it can also test.")
 
+foreach(script postinst prerm postrm)
+    list(APPEND CPACK_DEBIAN_AGENT_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/hgagent/${script})
+endforeach()
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
 # Files that only Debian packages contain.
 find_program(GZIP gzip REQUIRED)
 configure_file(debian/changelog.in changelog @ONLY)

@@ -9,7 +9,8 @@
 #   --musl     also those that build the plug-in for the C library musl
 #   --packages also those that build and check the Debian packages
 #   --console  also those that build the console and test it in a browser
-#   --all      all of these: everything that .ci/run and the tools need
+#   --images   also those that make a bare Debian and run a container, for two jobs of tools/nightly.sh; not part of --all
+#   --all      all of these: everything that .ci/run and the other tools need
 set -euo pipefail
 
 packages=(
@@ -45,11 +46,14 @@ for option in "$@"; do
         --packages)
             packages+=(dpkg-dev fakeroot file lintian man-db)
             ;;
+        --images)
+            packages+=(debootstrap podman python3-yaml runc)
+            ;;
         --console)
             packages+=(chromium "${node[@]}")
             ;;
         *)
-            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] [--console] | --all" >&2
+            echo "usage: $0 [--cross] [--checks] [--clang] [--musl] [--packages] [--console] [--images] | --all" >&2
             exit 2
             ;;
     esac

@@ -74,6 +74,39 @@ job_fleet_figures() {
     tools/fleet_figures.py 100 1000 4000 10000
 }
 
+# version_at COMMIT HEADER
+version_at() {
+    git show "$1:$2" | sed -n 's/^#define SMART_ROUTER_SERVICE_VERSION_[A-Z]* \([0-9]*\).*/\1/p' | paste -s -d .
+}
+
+# The Debian packages of this version over those of the one before, in a bare Debian. Needs root, and a mirror of Debian.
+job_upgrade() {
+    local header=smart_router_service/include/smart_router_service/processjsonability.h commit version old
+    scripts/install-deps.sh --packages --images
+    version=$(version_at HEAD "$header")
+    for commit in $(git log --format=%H -- "$header"); do
+        [ "$(version_at "$commit^" "$header")" = "$version" ] || break
+    done
+    old=$PWD/build/upgrade/$commit
+    if ! ls "$old"/build/package/*.deb >/dev/null 2>&1; then
+        rm -rf "$old"
+        mkdir -p "$old"
+        git archive "$commit^" | tar -x -C "$old"
+        "$old/scripts/package.sh"
+    fi
+    scripts/package.sh
+    tools/bare_root.sh "$PWD/build/bare_root"
+    tests/packaging/upgrade_test.sh build/bare_root/root "$old/build/package" build/package
+}
+
+# The container's image, built from the packages on a bare Debian instead of on that of a registry, and run.
+job_container() {
+    scripts/install-deps.sh --packages --images
+    scripts/package.sh
+    tools/bare_root.sh "$PWD/build/bare_root"
+    tests/packaging/container_test.sh build/bare_root/root
+}
+
 # A million clients that connect and say nothing.
 job_service_connects() {
     cmake --preset debug >/dev/null

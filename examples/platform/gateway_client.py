@@ -19,8 +19,7 @@ from paho.mqtt.packettypes import PacketTypes
 from paho.mqtt.properties import Properties
 
 REPEAT_SECONDS = 5
-# Answers that say that nothing has been executed: the request is repeated as well.
-NOT_EXECUTED = ("busy", "rate-limited", "rebooting")
+NOT_EXECUTED = ("busy", "rate-limited", "rebooting")  # after these a request is repeated as well
 
 
 class Refused(Exception):
@@ -32,11 +31,9 @@ class Gateway:
         self.base = f"{root}/{name}"
         self.reply_topic = f"{self.base}/reply/{uuid.uuid4().hex}"
         self.messages = queue.Queue()
-        self.epoch = None
-        self.events = []
+        self.epoch, self.events = None, []
         self.client = mqtt.Client(protocol=mqtt.MQTTv5)
-        self.client.on_connect = self.on_connect
-        self.client.on_subscribe = self.on_subscribe
+        self.client.on_connect, self.client.on_subscribe = self.on_connect, self.on_subscribe
         self.client.on_message = lambda client, data, message: self.messages.put(message)
         self.client.connect(host, port)
         self.client.loop_start()

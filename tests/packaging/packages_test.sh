@@ -23,7 +23,7 @@ fi
 in_root()
 {
     local said
-    if ! said=$("${as_root[@]}" dpkg --root="$root" --log=/dev/null "$@" 2>&1); then
+    if ! said=$("${as_root[@]}" dpkg --root="$root" --force-script-chrootless --log=/dev/null "$@" 2>&1); then
         grep -v 'files list file for package' <<<"$said" >&2
         return 1
     fi
@@ -66,6 +66,23 @@ bash -c "set -e; source '$root/usr/share/bash-completion/completions/hgagent'; c
     >/dev/null
 "$here/consumer_test.sh" "$root/usr" "$root/usr/share/doc/smart-router-service-dev/examples"
 
+# What the bundle of the console contains is named in the copyright, with its version.
+while read -r bundled; do
+    grep -q "^ .*$bundled" "$root/usr/share/doc/hgagent/copyright" || { echo "not in the copyright: $bundled" >&2; exit 1; }
+done < <(grep -xE '[a-z0-9@/-]+ [0-9.]+' "$root/usr/share/hgagent/console/licences.txt")
+
+# What a service leaves behind, whose administrator enabled it.
+mkdir -p "$root"/var/lib/private/hgagent "$root"/var/log/hgagent "$root"/etc/hgagent \
+    "$root"/etc/systemd/system/{sockets.target.wants,hgagent-worker.service.d}
+ln -s /var/lib/private/hgagent "$root/var/lib/hgagent"
+ln -s /usr/lib/systemd/system/hgagent.socket "$root/etc/systemd/system/sockets.target.wants/hgagent.socket"
+touch "$root"/var/lib/private/hgagent/home.json "$root"/var/log/hgagent/audit "$root"/etc/hgagent/hgagent.toml \
+    "$root"/etc/systemd/system/hgagent-worker.service.d/override.conf
+in_root --remove hgagent
+test -e "$root/var/lib/private/hgagent/home.json"
+test -e "$root/etc/hgagent/hgagent.toml"
+
 in_root --purge hgagent smart-router-service-dev smart-router-service
+rmdir "$root"/var/l{ib,og}/private "$root"/var/log "$root"/etc/systemd/{system/sockets.target.wants,system,} 2>/dev/null || true
 expect 'left behind' "$(installed)" "$before"
 echo "3 packages of version $version: checked, installed, tried and removed"
