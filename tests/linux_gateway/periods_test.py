@@ -156,9 +156,9 @@ class PeriodsTest(case.GatewayCase):
         self.await_access(False)
         elements = self.elements_with_timeout()
         self.assertEqual(list(elements), [self.first.mac])
-        self.assertLessEqual(elements[self.first.mac], 65)
-        self.at(agent, "2026-01-07T12:10:50")
-        until(lambda: self.elements_with_timeout().get(self.first.mac, 65) <= 15, "a shorter timeout")
+        self.assertLessEqual(elements[self.first.mac], 60)
+        self.at(agent, "2026-01-07T12:10:57")
+        until(lambda: self.elements_with_timeout().get(self.first.mac, 61) <= 4, "a shorter timeout")
         agent.kill()
         self.await_access(True)
 
