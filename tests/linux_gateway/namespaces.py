@@ -32,7 +32,7 @@ def enter():
     if INSIDE in os.environ:
         prepare()
         return
-    unshare = ["unshare", *(["--user", "--map-root-user"] if os.geteuid() != 0 else []), "--mount", "--net", "--pid",
+    unshare = ["unshare", *(["--user", "--map-root-user"] if os.geteuid() != 0 else []), "--mount", "--net", "--pid", "--uts",
                "--mount-proc", "--fork", "--kill-child"]
     trial = run(*unshare, "true")
     if trial.returncode != 0:
@@ -45,7 +45,7 @@ def prepare():
     """Folders that the test may write to, in place of those of the system, and a trial of what it needs."""
     if run("mount", "-t", "tmpfs", "-o", "mode=755", "run", "/run").returncode != 0:
         skip("mounting is not allowed in a namespace here")
-    for folder in map(pathlib.Path, ("/etc", "/var")):
+    for folder in map(pathlib.Path, ("/etc", "/usr", "/var")):
         changed = pathlib.Path("/run/changed") / folder.name
         for name in ("upper", "work"):
             (changed / name).mkdir(parents=True)
