@@ -23,7 +23,7 @@ fi
 in_root()
 {
     local said
-    if ! said=$("${as_root[@]}" dpkg --root="$root" --log=/dev/null "$@" 2>&1); then
+    if ! said=$("${as_root[@]}" dpkg --root="$root" --force-script-chrootless --log=/dev/null "$@" 2>&1); then
         grep -v 'files list file for package' <<<"$said" >&2
         return 1
     fi
@@ -41,6 +41,7 @@ expect()
 }
 
 before=$(installed)
+
 in_root --install "$packages"/*.deb
 version=$(dpkg-deb --field "$packages"/hgagent_*.deb Version)
 agent=$root/usr/bin/hgagent
@@ -50,6 +51,16 @@ expect call "$("$agent" call GET_SN_INFO)" \
 "$agent" conformance --command GET_SN_INFO >/dev/null
 # The service: its units, none of which is enabled, and a configuration to begin with.
 for unit in hgagent.service hgagent.socket hgagent-worker.service hgagent-worker.socket; do
+    grep -q '^Description=' "$root/usr/lib/systemd/system/$unit"
+done
+# The library for Linux answers, if only that this machine has no LAN bridge.
+library=$(find "$root" -name liblinux_gateway.so)
+answer=$("$agent" --device "$library" call GET_LAN_IP_INFO 2>/dev/null || true)
+grep -q '"Status":"[01]"' <<<"$answer"
+for file in linux_gateway.toml hgagent.toml broker.conf; do
+    [ -s "$root/usr/share/doc/linux-gateway/examples/$file" ]
+done
+for unit in linux-gateway.service linux-gateway.socket; do
     grep -q '^Description=' "$root/usr/lib/systemd/system/$unit"
 done
 grep -qx 'g hgagent -' "$root/usr/lib/sysusers.d/hgagent.conf"
@@ -66,6 +77,6 @@ bash -c "set -e; source '$root/usr/share/bash-completion/completions/hgagent'; c
     >/dev/null
 "$here/consumer_test.sh" "$root/usr" "$root/usr/share/doc/smart-router-service-dev/examples"
 
-in_root --purge hgagent smart-router-service-dev smart-router-service
+in_root --purge linux-gateway hgagent smart-router-service-dev smart-router-service
 expect 'left behind' "$(installed)" "$before"
-echo "3 packages of version $version: checked, installed, tried and removed"
+echo "4 packages of version $version: checked, installed, tried and removed"
