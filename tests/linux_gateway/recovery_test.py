@@ -41,7 +41,7 @@ class RecoveryTest(case.GatewayCase):
         self.network.gateway.run(removed)
         until(lambda: read() == wanted, "what was removed")
         print(f"after {removed}: {time.monotonic() - began:.3f} s")
-        return agent.await_log("as before again")
+        return agent.await_log("put back")
 
     def test_rules_that_are_removed_are_put_back(self):
         agent = self.agent()
