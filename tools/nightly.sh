@@ -74,6 +74,14 @@ job_fleet_figures() {
     tools/fleet_figures.py 100 1000 4000 10000
 }
 
+# All cases of the tests in network namespaces, with 100 kills.
+job_linux_gateway() {
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug --target hgagent smart_router_service device_layer agent_security linux_gateway \
+        shifted_clock -- --quiet
+    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^linux_gateway\.(access|limits|many_hosts|periods|reading|recovery)'
+}
+
 # A million clients that connect and say nothing.
 job_service_connects() {
     cmake --preset debug >/dev/null
