@@ -2,6 +2,7 @@
 """What the gateway reports of the real system, compared with what the usual tools show."""
 import json
 import os
+import pathlib
 import time
 
 import case
@@ -170,6 +171,16 @@ class NothingToReadTest(case.GatewayCase):
         agent = self.agent()
         agent.call("GET_SN_INFO")
         agent.await_log("does not route: net.ipv4.ip_forward is 0")
+
+    def test_sentences_for_programs_in_the_way(self):
+        for program in ("NetworkManager", "firewalld"):
+            folder = pathlib.Path("/run", program)
+            folder.mkdir()
+            self.addCleanup(folder.rmdir)
+        agent = self.agent()
+        agent.call("GET_SN_INFO")
+        agent.await_log("NetworkManager is running")
+        agent.await_log("firewalld is running")
 
     def test_an_unknown_key_of_the_configuration(self):
         agent = self.agent({"lan_brigde": "br-lan"})
