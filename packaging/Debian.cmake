@@ -51,8 +51,7 @@ device is a simulated gateway, a model of a home that answers queries and
 remembers what is set, or a device-access library, which it can also test.")
 
 set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_SECTION net)
-set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_DEPENDS
-    "hgagent ${same_version}, tzdata, nftables, iproute2, init-system-helpers")
+set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_DEPENDS "hgagent ${same_version}, tzdata, nftables, iproute2")
 set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_RECOMMENDS "dnsmasq-base")
 set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/linux-gateway/prerm
@@ -76,4 +75,8 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_of_${component}}
         COMPONENT ${component} EXCLUDE_FROM_ALL)
 endforeach()
+if(TARGET linux_gateway)
+    install(FILES debian/linux-gateway/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+        RENAME linux-gateway COMPONENT linux_gateway EXCLUDE_FROM_ALL)
+endif()
 include(CPack)
