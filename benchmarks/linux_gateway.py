@@ -105,7 +105,7 @@ def memory_of(hgagent, *device):
                                stderr=subprocess.DEVNULL, text=True)
     process.stdin.write(json.dumps({"command": "GET_SN_INFO"}) + "\n")
     process.stdin.flush()
-    process.stdout.readline()
+    json.loads(process.stdout.readline())
     memory = service.private_memory(process.pid)
     process.stdin.close()
     process.wait()
@@ -126,7 +126,8 @@ def main(build):
             for what, value in measure(home, folder, hosts).items():
                 unit = "" if what in ("hosts", "found") else " KiB" if what == "memory" else " ms"
                 print(f"{what:<22}{value:>10.3f}{unit}" if isinstance(value, float) else f"{what:<22}{value:>10}{unit}")
-        print(f"{'memory, minimal device':<22}{memory_of(build / 'bin/hgagent', '--device', build / 'lib/libminimal_device.so')} KiB")
+        memory = memory_of(build / "bin/hgagent", "--device", build / "lib/libminimal_device.so")
+        print(f"{'memory, minimal device':<22}{memory:>10} KiB")
         home.close()
 
 

@@ -93,7 +93,7 @@ def start(name):
     if name.endswith(".socket"):
         (RUNNING / name).touch()
         if base != "hgagent":
-            start(f"{base}.service")  # systemd starts it with the first client, and the clients cannot tell
+            start(f"{base}.service")  # systemd does so with the first client
         return
     unit = unit_of(name)
     environment = {"PATH": os.environ["PATH"], "ASAN_OPTIONS": "verify_asan_link_order=0"}
