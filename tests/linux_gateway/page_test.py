@@ -251,4 +251,4 @@ if __name__ == "__main__":
     if sys.argv[1] == "apt-get":
         apt_get(sys.argv[2], sys.argv[3:])
     else:
-        case.main()
+        case.main(("/etc", "/usr", "/var"))
