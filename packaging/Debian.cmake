@@ -1,9 +1,10 @@
 # SPDX-License-Identifier: MIT
-# Three packages: the plug-in, for users with their own agent; the files to build an agent; and the
-# reference agent with the simulated gateway.
+# The packages: the plug-in, for users with their own agent; the files to build an agent; the reference agent with
+# the simulated gateway; and the device library for Linux machines that route.
 set(package_of_runtime smart-router-service)
 set(package_of_development smart-router-service-dev)
 set(package_of_agent hgagent)
+set(package_of_linux_gateway linux-gateway)
 
 set(SMART_ROUTER_PACKAGE_MAINTAINER "The smart_router_service authors <smart-router-service@example.org>"
     CACHE STRING "Maintainer of the Debian packages")
@@ -16,6 +17,9 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL runtime development agent)
+if(TARGET linux_gateway)
+    list(APPEND CPACK_COMPONENTS_ALL linux_gateway)
+endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
@@ -50,6 +54,18 @@ foreach(script postinst prerm postrm)
     list(APPEND CPACK_DEBIAN_AGENT_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/hgagent/${script})
 endforeach()
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_SECTION net)
+set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_DEPENDS "hgagent ${same_version}, tzdata, nftables, iproute2")
+set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_RECOMMENDS "dnsmasq-base")
+set(CPACK_DEBIAN_LINUX_GATEWAY_PACKAGE_CONTROL_EXTRA
+    ${CMAKE_CURRENT_SOURCE_DIR}/debian/linux-gateway/prerm
+    ${CMAKE_CURRENT_SOURCE_DIR}/debian/linux-gateway/postrm)
+set(CPACK_DEBIAN_LINUX_GATEWAY_DESCRIPTION
+"device library for home-gateway commands on a Linux router
+On a machine that routes between a bridge and an uplink, with dnsmasq, this
+library answers the commands of hgagent from the real system: hosts, counters
+and addresses. It blocks and limits hosts in an nftables table and a queueing
+root of its own, and leaves everything else alone.")
 
 # Files that only Debian packages contain.
 find_program(GZIP gzip REQUIRED)
@@ -63,4 +79,8 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_of_${component}}
         COMPONENT ${component} EXCLUDE_FROM_ALL)
 endforeach()
+if(TARGET linux_gateway)
+    install(FILES debian/linux-gateway/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+        RENAME linux-gateway COMPONENT linux_gateway EXCLUDE_FROM_ALL)
+endif()
 include(CPack)

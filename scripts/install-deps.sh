@@ -18,6 +18,8 @@ packages=(
     libcjson-dev
     libargon2-dev libboost-dev libcli11-dev libcurl4-openssl-dev libedit-dev libelf-dev libmosquitto-dev libsodium-dev libssl-dev libsystemd-dev
     libtomlplusplus-dev libutfcpp-dev nlohmann-json3-dev zlib1g-dev
+    libhowardhinnant-date-dev libmnl-dev libnftables-dev libnl-3-dev libnl-route-3-dev tzdata
+    busybox dnsmasq-base ifupdown iperf3 iproute2 iputils-ping isc-dhcp-client nftables
     argon2 ca-certificates curl libbenchmark-dev libgmock-dev libgtest-dev mosquitto mosquitto-clients openssl pkgconf python3
     python3-jsonschema python3-paho-mqtt python3-pexpect python3-websocket socat strace systemd valgrind
 )

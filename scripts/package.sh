@@ -28,4 +28,7 @@ rm -rf build/package/_CPack_Packages
 ls build/package/*.deb
 if $tests; then
     tests/packaging/packages_test.sh build/package
+    # The page on the library for Linux with these packages; 77 where namespaces are not allowed.
+    PACKAGES=$PWD/build/package /usr/bin/python3 -B tests/linux_gateway/page_test.py \
+        build/release/bin/hgagent build/release/lib/liblinux_gateway.so /dev/null || [ $? -eq 77 ]
 fi

@@ -107,6 +107,20 @@ job_container() {
     tests/packaging/container_test.sh build/bare_root/root
 }
 
+# All cases of the tests in network namespaces, with 100 kills; and the release under valgrind.
+job_linux_gateway() {
+    local targets=(hgagent smart_router_service device_layer agent_security linux_gateway shifted_clock) status=0
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target "${targets[@]}" -- --quiet
+    /usr/bin/python3 -B tests/linux_gateway/memory_test.py build/release/bin/hgagent build/release/lib/liblinux_gateway.so \
+        build/release/tests/linux_gateway/shifted_clock.so || status=1
+    cmake --preset debug >/dev/null
+    cmake --build --preset debug --target "${targets[@]}" -- --quiet
+    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^linux_gateway\.(access|limits|many_hosts|periods|reading|recovery)' ||
+        status=1
+    return "$status"
+}
+
 # A million clients that connect and say nothing.
 job_service_connects() {
     cmake --preset debug >/dev/null

@@ -41,7 +41,7 @@ class GatewayCase(unittest.TestCase):
         return started
 
 
-def main():
-    namespaces.enter()
+def main(folders=("/etc",)):
+    namespaces.enter(folders)
     Agent.HGAGENT, Agent.DEVICE, Agent.SHIFTED_CLOCK = (pathlib.Path(sys.argv.pop(1)).resolve() for _ in range(3))
     unittest.main(module="__main__")

@@ -26,13 +26,13 @@ def run(*words, **more):
     return subprocess.run(words, capture_output=True, text=True, check=False, **more)
 
 
-def enter():
+def enter(folders=("/etc",)):
     """Starts the script again in namespaces of its own, as root there, or skips the test where that is not
-    allowed."""
+    allowed. What it writes to these folders, and to /run, is gone at its end."""
     if INSIDE in os.environ:
-        prepare()
+        prepare(folders)
         return
-    unshare = ["unshare", *(["--user", "--map-root-user"] if os.geteuid() != 0 else []), "--mount", "--net", "--pid",
+    unshare = ["unshare", *(["--user", "--map-root-user"] if os.geteuid() != 0 else []), "--mount", "--net", "--pid", "--uts",
                "--mount-proc", "--fork", "--kill-child"]
     trial = run(*unshare, "true")
     if trial.returncode != 0:
@@ -41,11 +41,11 @@ def enter():
     os.execvpe(unshare[0], [*unshare, sys.executable, "-B", *sys.argv], {**os.environ, INSIDE: "1", "PATH": path})
 
 
-def prepare():
+def prepare(folders):
     """Folders that the test may write to, in place of those of the system, and a trial of what it needs."""
     if run("mount", "-t", "tmpfs", "-o", "mode=755", "run", "/run").returncode != 0:
         skip("mounting is not allowed in a namespace here")
-    for folder in map(pathlib.Path, ("/etc", "/var")):
+    for folder in map(pathlib.Path, folders):
         changed = pathlib.Path("/run/changed") / folder.name
         for name in ("upper", "work"):
             (changed / name).mkdir(parents=True)

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: MIT */
-/* Preloaded into the process with the device library: shifts the real-time clock by the seconds in the
- * file that CLOCK_SHIFT names. A test moves the clock of one process by writing to the file, and leaves
- * that of the machine alone. */
+/* Preloaded into the process with the device library: shifts the real-time clock by the seconds in
+ * the file that CLOCK_SHIFT names. A test moves the clock of one process by writing to the file,
+ * and leaves that of the machine alone. */
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <stdlib.h>

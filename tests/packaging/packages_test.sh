@@ -41,6 +41,7 @@ expect()
 }
 
 before=$(installed)
+
 in_root --install "$packages"/*.deb
 version=$(dpkg-deb --field "$packages"/hgagent_*.deb Version)
 agent=$root/usr/bin/hgagent
@@ -50,6 +51,16 @@ expect call "$("$agent" call GET_SN_INFO)" \
 "$agent" conformance --command GET_SN_INFO >/dev/null
 # The service: its units, none of which is enabled, and a configuration to begin with.
 for unit in hgagent.service hgagent.socket hgagent-worker.service hgagent-worker.socket; do
+    grep -q '^Description=' "$root/usr/lib/systemd/system/$unit"
+done
+# The library for Linux answers, if only that this machine has no LAN bridge.
+library=$(find "$root" -name liblinux_gateway.so)
+answer=$("$agent" --device "$library" call GET_LAN_IP_INFO 2>/dev/null || true)
+grep -q '"Status":"[01]"' <<<"$answer"
+for file in linux_gateway.toml hgagent.toml broker.conf; do
+    [ -s "$root/usr/share/doc/linux-gateway/examples/$file" ]
+done
+for unit in linux-gateway.service linux-gateway.socket; do
     grep -q '^Description=' "$root/usr/lib/systemd/system/$unit"
 done
 grep -qx 'g hgagent -' "$root/usr/lib/sysusers.d/hgagent.conf"
@@ -78,11 +89,11 @@ ln -s /var/lib/private/hgagent "$root/var/lib/hgagent"
 ln -s /usr/lib/systemd/system/hgagent.socket "$root/etc/systemd/system/sockets.target.wants/hgagent.socket"
 touch "$root"/var/lib/private/hgagent/home.json "$root"/var/log/hgagent/audit "$root"/etc/hgagent/hgagent.toml \
     "$root"/etc/systemd/system/hgagent-worker.service.d/override.conf
-in_root --remove hgagent
+in_root --remove linux-gateway hgagent
 test -e "$root/var/lib/private/hgagent/home.json"
 test -e "$root/etc/hgagent/hgagent.toml"
 
-in_root --purge hgagent smart-router-service-dev smart-router-service
+in_root --purge linux-gateway hgagent smart-router-service-dev smart-router-service
 rmdir "$root"/var/l{ib,og}/private "$root"/var/log "$root"/etc/systemd/{system/sockets.target.wants,system,} 2>/dev/null || true
 expect 'left behind' "$(installed)" "$before"
-echo "3 packages of version $version: checked, installed, tried and removed"
+echo "4 packages of version $version: checked, installed, tried and removed"
