@@ -16,13 +16,18 @@
 #include "host/program.h"
 #include "io/exit_status.h"
 #include "io/process_memory.h"
+#include "io/text.h"
 #include "protocol/log_sink.h"
+#include "record/recorded_device.h"
 #include "record/recording.h"
+#include "record/recording_reader.h"
 #ifdef SMART_ROUTER_SERVICE
 #include "fleet/subcommands.h"
 #include "service/subcommands.h"
 #include "service/worker/listen.h"
 #endif
+
+#include <memory>
 
 namespace {
 
@@ -71,16 +76,40 @@ int run(const agent::Options &options)
     return agent::kWrongUsage;
 }
 
+// The device library of --device-recording. Result: whether the subcommand can use it.
+bool use_recorded_device(agent::Options &options)
+{
+    if (options.subcommand == agent::Subcommand::kOther ||
+        options.subcommand == agent::Subcommand::kConformance) {
+        agent::print_error(
+            "--device-recording is for call, serve, notice, report, hosts and topology");
+        return false;
+    }
+    // Workers of the plug-in may use it until the process ends.
+    static std::unique_ptr<agent::DeviceStage> device;
+    device = std::make_unique<agent::record::RecordedDevice>(options.host.device_recording);
+    options.host.device_stage = device.get();
+    return true;
+}
+
 int run(int count, char **words)
 {
     agent::set_up_memory();
     int exit_status = agent::kSuccess;
-    const auto options = agent::parse_options(count, words, exit_status, kAddOthers);
+    auto options = agent::parse_options(count, words, exit_status, kAddOthers);
     if (!options) {
         return exit_status;
     }
     agent::use_seams(agent::record::find_recording);
     agent::set_log({options->log_level, options->host.show_secrets});
+    try {
+        if (!options->host.device_recording.empty() && !use_recorded_device(*options)) {
+            return agent::kWrongUsage;
+        }
+    } catch (const agent::record::BadRecording &problem) {
+        agent::print_error(problem.what());
+        return agent::kCannotLoad;
+    }
     return run(*options);
 }
 

@@ -69,6 +69,7 @@ struct Function {
     std::span<const Argument> arguments = {};
     bool has_result = true;
     bool frees = false; // it frees its argument
+    bool reads = false; // it changes nothing on the device
 };
 
 namespace parts {
@@ -204,4 +205,6 @@ def function_row(function, freeing):
         members.append(".has_result = false")
     if name in freeing:
         members.append(".frees = true")
+    if function["effect"]["kind"] == "reads":
+        members.append(".reads = true")
     return f"    {{{', '.join(members)}}},\n"

@@ -128,6 +128,20 @@ job_service_connects() {
     SERVICE_CONNECTS=1000000 build/debug/bin/service --gtest_filter=Run.TakesManyClientsThatSayNothing
 }
 
+# A recording of a million commands is replayed in the memory that a tenth of it needs.
+job_long_replay() {
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet
+    /usr/bin/python3 -B tests/recorded/memory_test.py build/release/bin/hgagent 1000000
+}
+
+# Which share of 200 changes of the plug-in a replay of all homes' recordings notices.
+job_replay_mutants() {
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target hgagent smart_router_service simulated_gateway sleepless -- --quiet
+    tools/replay_mutants.py --count 200
+}
+
 # All cases of the tests of which the ordinary run takes a sample.
 job_whole_tests() {
     cmake --preset debug >/dev/null

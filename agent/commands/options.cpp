@@ -2,6 +2,7 @@
 #include "commands/options.h"
 
 #include "commands/image_upgrade.h"
+#include "commands/recordings.h"
 #include "io/exit_status.h"
 #include "io/text.h"
 #include "protocol/protocol.h"
@@ -18,9 +19,9 @@ Exit status:
      or SIGINT
   1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
-     conformance: a check failed; with --socket: the service refused; mqtt-call: as call, or a
+     conformance: a check failed; replay, diff: a difference; with --socket: the service refused; mqtt-call: as call, or a
      gateway refused or did not answer
-  2  wrong usage, or a request that is no JSON object
+  2  wrong usage, a request that is no JSON object, or a file that is no recording
   3  no such command or report
   4  a library cannot be loaded, the simulated gateway not be opened, or a service or broker not be
      reached
@@ -51,6 +52,10 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--device", host.device,
                    "Device library to load instead of the simulated gateway")
         ->type_name("LIB");
+    CLI::Option *recorded =
+        app.add_option("--device-recording", host.device_recording,
+                       "Recording whose device calls answer queries instead of a device library")
+            ->type_name("FILE");
     app.add_option("--plugin", host.plugin, "Plug-in to load instead of the one beside the agent")
         ->type_name("LIB");
     app.add_option("--scenario", host.scenario,
@@ -103,6 +108,10 @@ void add_host_options(CLI::App &app, Options &options)
                  "Name all that a library lacks, not only the first few");
     app.add_flag("--raw-bytes", options.raw_bytes,
                  "Print replies as the plug-in leaves them, whatever their encoding");
+    for (const char *other : {"--device", "--scenario", "--state", "--fault", "--firmware-folder",
+                              "--firmware-key", "--reboot-seconds"}) {
+        recorded->excludes(app.get_option(other));
+    }
 }
 
 CLI::Option *add_reasons(CLI::App *subcommand, Options &options)
@@ -397,9 +406,12 @@ void take_request(const CLI::App &subcommand, CallOptions &call)
 
 namespace {
 
-constexpr const char *kLibraryOptions[] = {
-    "--device", "--plugin",          "--scenario",     "--state",          "--fault",
-    "--trace",  "--firmware-folder", "--firmware-key", "--reboot-seconds", "--refuse-notices"};
+constexpr const char *kLibraryOptions[] = {"--device",        "--device-recording",
+                                           "--plugin",        "--scenario",
+                                           "--state",         "--fault",
+                                           "--trace",         "--firmware-folder",
+                                           "--firmware-key",  "--reboot-seconds",
+                                           "--refuse-notices"};
 
 } // namespace
 
@@ -441,6 +453,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status,
     add_topology(app, options);
     add_protocol_pages(app, options);
     add_conformance(app, options);
+    add_recordings(app, options);
     if (add_others != nullptr) {
         add_others(app, options);
     }

@@ -18,10 +18,14 @@ struct HomeOptions {
 constexpr int64_t kLeastRecordLimit = 64L * 1024;
 constexpr int64_t kMostRecordLimit = 1L << 30;
 
+class DeviceStage;
+
 // The libraries to load, and the options of the simulated gateway. For an option that is not given,
 // the gateway uses its environment and defaults.
 struct HostOptions {
     std::string device; // path of the device library; empty: the installed one
+    std::string device_recording;        // path of a recording in place of a device library
+    DeviceStage *device_stage = nullptr; // answers all calls in place of a device library
     std::string plugin; // path of the plug-in; likewise
     std::optional<std::string> scenario;
     std::optional<std::string> state;

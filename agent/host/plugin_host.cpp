@@ -137,6 +137,17 @@ class DeviceFunctions : public DeviceStage {
     void *library_;
 };
 
+// The last stage where there is no device library.
+class DeviceReplacement : public DeviceStage {
+  public:
+    explicit DeviceReplacement(DeviceStage &stage) : stage_(stage) {}
+
+    void run(DeviceCall &call) override { stage_.run(call); }
+
+  private:
+    DeviceStage &stage_;
+};
+
 FindSeam find_seam = nullptr;
 
 PluginSeam *seam_for(const HostOptions &options)
@@ -200,6 +211,11 @@ void use_seams(FindSeam find)
 DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *watcher)
     : seam_(seam_for(options))
 {
+    if (options.device_stage != nullptr) {
+        put_stages(options, watcher, true);
+        load_layer(seam_ != nullptr ? seam_->stage(*stages.back()) : *stages.back());
+        return;
+    }
     const std::string path = library_path(options.device, kDeviceLibrary);
     library_ = load("device library", path, RTLD_NOW | RTLD_LOCAL, kOwnLibraries, options.verbose);
     check_version(library_, path);
@@ -217,7 +233,11 @@ DeviceLibrary::DeviceLibrary(const HostOptions &options, const DeviceWatcher *wa
 void DeviceLibrary::put_stages(const HostOptions &options, const DeviceWatcher *watcher,
                                bool may_trace)
 {
-    add_stage<DeviceFunctions>(library_);
+    if (options.device_stage != nullptr) {
+        add_stage<DeviceReplacement>(*options.device_stage);
+    } else {
+        add_stage<DeviceFunctions>(library_);
+    }
     if (watcher != nullptr) {
         add_stage<DeviceWatch>(*stages.back(), *watcher);
     }
@@ -300,7 +320,7 @@ DeviceLibrary::~DeviceLibrary()
 
 void *DeviceLibrary::symbol(const char *name) const
 {
-    return dlsym(library_, name);
+    return library_ != nullptr ? dlsym(library_, name) : nullptr;
 }
 
 PluginHost::PluginHost(const HostOptions &options, const DeviceWatcher *watcher)

@@ -53,7 +53,7 @@ class DeviceLibrary {
     void open_gateway(const std::string &path, const HostOptions &options);
     void put_stages(const HostOptions &options, const DeviceWatcher *watcher, bool may_trace);
 
-    void *library_;
+    void *library_ = nullptr; // null where the options have a stage in its place
     PluginSeam *seam_;
     DeviceTrace *trace_ = nullptr;
     bool has_layer_ = false;

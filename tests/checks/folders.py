@@ -11,7 +11,7 @@ import sys
 ALLOWED = """
 agent                        agent/commands agent/conformance agent/host agent/io agent/protocol
 agent/commands               agent/client agent/conformance agent/host agent/io agent/protocol agent/shell
-agent/commands               plugin_headers
+agent/commands               agent/record plugin_headers
 agent/client                 agent/protocol
 agent/shell                  agent/client agent/host agent/io agent/protocol plugin_headers
 agent/fleet                  agent/service agent/service/common agent/service/gate agent/service/worker

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include "record/recording_reader.h"
+
+#include "record/json_members.h"
+#include "smart_router_service/device_access.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <system_error>
+
+namespace agent::record {
+
+namespace {
+
+using device_layout::Way;
+
+constexpr int kVersion = 1;
+constexpr std::string_view kHeadBegin = R"({"recording":)";
+
+void add_copy(cJSON *object, const char *name, const cJSON *value)
+{
+    if (value != nullptr) {
+        add_member(object, name, Json(cJSON_Duplicate(value, 1)));
+    }
+}
+
+// The object of a request or a reply: itself, or as bytes of its text.
+Json object_in(const cJSON *line, const char *key)
+{
+    const cJSON *object = member(line, key);
+    if (object != nullptr) {
+        Json copy(cJSON_Duplicate(object, 1));
+        return copy != nullptr ? std::move(copy) : throw std::bad_alloc();
+    }
+    const cJSON *hex = member(line, (std::string(key) + "_hex").c_str());
+    const std::optional<std::string> text =
+        cJSON_IsString(hex) != 0 ? bytes_of_hex(hex->valuestring) : std::nullopt;
+    return Json(text ? cJSON_ParseWithLength(text->data(), text->size()) : nullptr);
+}
+
+bool is_written(const device_layout::Function &function, const device_layout::Argument &argument)
+{
+    return (argument.way == Way::kOut || argument.way == Way::kInOut) && !function.frees;
+}
+
+// What a call of a host service passes.
+Json given_to_service(const cJSON *arguments)
+{
+    Json given = new_object();
+    const cJSON *argument = nullptr;
+    cJSON_ArrayForEach(argument, arguments)
+    {
+        const bool is_written = cJSON_IsObject(argument) != 0 && member(argument, "hex") == nullptr;
+        add_copy(given.get(), argument->string, is_written ? member(argument, "before") : argument);
+    }
+    return given;
+}
+
+Json given_in_reply(const cJSON *line)
+{
+    Json given = new_object();
+    add_copy(given.get(), "result", member(line, "result"));
+    if (Json reply = object_in(line, "reply")) {
+        add_member(given.get(), "reply", std::move(reply));
+    }
+    return given;
+}
+
+} // namespace
+
+Json given_to_call(const device_layout::Function &function, const cJSON *arguments)
+{
+    Json given = new_object();
+    for (const device_layout::Argument &argument : function.arguments) {
+        const cJSON *value = member(arguments, argument.name);
+        add_copy(given.get(), argument.name,
+                 is_written(function, argument) ? member(value, "before") : value);
+    }
+    return given;
+}
+
+void hide_remains(cJSON *value)
+{
+    cJSON *hex = cJSON_GetObjectItemCaseSensitive(value, "hex");
+    if (cJSON_IsString(hex) != 0 && value->child == hex && hex->next == nullptr) {
+        char *digits = hex->valuestring;
+        bool is_behind = false;
+        for (; digits[0] != '\0' && digits[1] != '\0'; digits += 2) {
+            const bool is_nul = digits[0] == '0' && digits[1] == '0';
+            if (is_behind && !is_nul) {
+                digits[0] = digits[1] = 'f';
+            }
+            is_behind = is_behind || is_nul;
+        }
+        return;
+    }
+    cJSON *part = nullptr;
+    cJSON_ArrayForEach(part, value)
+    {
+        hide_remains(part);
+    }
+}
+
+RecordingReader::RecordingReader(const std::string &file)
+    : name_(file), file_(fopen(file.c_str(), "rce"))
+{
+    if (file_ == nullptr) {
+        throw BadRecording(file + ": " + std::generic_category().message(errno));
+    }
+    if (!read_line() || !is_head()) {
+        throw BadRecording(file + " is not a recording");
+    }
+    go_to({});
+}
+
+void RecordingReader::refuse(const std::string &reason) const
+{
+    throw BadRecording(name_ + ":" + std::to_string(number_) + ": " + reason);
+}
+
+// A line without its end; false at the end of the file, and for a line that was cut.
+bool RecordingReader::read_line()
+{
+    line_.clear();
+    std::array<char, 65536> piece = {};
+    while (fgets(piece.data(), piece.size(), file_.get()) != nullptr) {
+        const size_t size = strlen(piece.data());
+        line_.append(piece.data(), size);
+        if (size > 0 && line_.back() == '\n') {
+            line_.pop_back();
+            ++number_;
+            return true;
+        }
+        if (size + 1 < piece.size()) { // it contains a NUL, or is the last one
+            break;
+        }
+    }
+    if (ferror(file_.get()) != 0) {
+        refuse(std::generic_category().message(errno));
+    }
+    return false;
+}
+
+bool RecordingReader::is_head() const
+{
+    return line_.starts_with(kHeadBegin);
+}
+
+std::vector<SessionStart> RecordingReader::sessions()
+{
+    std::vector<SessionStart> starts;
+    go_to({});
+    for (SessionStart here; read_line(); here = {ftell(file_.get()), number_ + 1}) {
+        if (is_head()) {
+            starts.push_back(here);
+        }
+    }
+    return starts;
+}
+
+void RecordingReader::go_to(const SessionStart &start)
+{
+    if (fseek(file_.get(), start.offset, SEEK_SET) != 0) {
+        refuse(std::generic_category().message(errno));
+    }
+    number_ = start.line - 1;
+}
+
+Event RecordingReader::head()
+{
+    std::optional<Event> head = read_event();
+    if (!head || head->kind != EventKind::kHead) {
+        refuse("a session begins with a head");
+    }
+    const cJSON *secrets = member(head->line.get(), "secrets");
+    has_pseudonyms_ = cJSON_IsString(secrets) == 0 || strcmp(secrets->valuestring, "shown") != 0;
+    next_seq_ = number_in(head->line.get(), "seq").value_or(0) + 1;
+    lacks_begin_ = next_seq_ > 1;
+    first_request_ = 0;
+    is_earlier_.clear();
+    is_cut_ = true;
+    return std::move(*head);
+}
+
+std::optional<Event> RecordingReader::next()
+{
+    for (;;) {
+        std::optional<Event> event = next_line();
+        if (!event || !lacks_begin_ || !belongs_to_earlier_file(*event)) {
+            return event;
+        }
+    }
+}
+
+bool RecordingReader::belongs_to_earlier_file(const Event &event)
+{
+    const int seq = number_in(event.line.get(), "seq").value_or(0);
+    if (event.kind == EventKind::kRequest) {
+        first_request_ = first_request_ == 0 ? seq : first_request_;
+        is_earlier_[event.thread] = false;
+    }
+    const int begin = number_in(event.line.get(), "began").value_or(seq - 1);
+    const bool is_earlier = first_request_ == 0 || begin < first_request_;
+    return is_earlier_.try_emplace(event.thread, is_earlier).first->second;
+}
+
+std::optional<Event> RecordingReader::next_line()
+{
+    const long before = ftell(file_.get());
+    std::optional<Event> event = read_event();
+    if (!event) {
+        return std::nullopt;
+    }
+    if (event->kind == EventKind::kHead) { // of the next session
+        fseek(file_.get(), before, SEEK_SET);
+        return std::nullopt;
+    }
+    if (number_in(event->line.get(), "seq") != next_seq_) {
+        refuse("line " + std::to_string(next_seq_) + " of the session is missing");
+    }
+    ++next_seq_;
+    if (event->kind == EventKind::kEnd) {
+        is_cut_ = false;
+        return std::nullopt;
+    }
+    return event;
+}
+
+std::optional<Event> RecordingReader::read_event()
+{
+    while (read_line()) {
+        Json line(cJSON_ParseWithLength(line_.data(), line_.size()));
+        if (cJSON_IsObject(line.get()) == 0) {
+            refuse("not a line of a recording");
+        }
+        if (line->child != nullptr) {
+            return event_of(std::move(line));
+        }
+    }
+    return std::nullopt;
+}
+
+const char *RecordingReader::text_in(const cJSON *line, const char *key) const
+{
+    const cJSON *text = member(line, key);
+    if (cJSON_IsString(text) == 0) {
+        refuse(std::string("\"") + key + "\" is not a text");
+    }
+    return text->valuestring;
+}
+
+Event RecordingReader::event_of(Json line) const
+{
+    Event event;
+    event.place = name_ + ":" + std::to_string(number_);
+    const cJSON *object = line.get();
+    if (member(object, "recording") != nullptr) {
+        const std::optional<int> version = number_in(object, "recording");
+        if (version != kVersion) {
+            refuse("the recording has version " + (version ? std::to_string(*version) : "unknown") +
+                   " of the format, and this program reads version " + std::to_string(kVersion));
+        }
+        const char *interface = text_in(object, "interface");
+        if (strtol(interface, nullptr, 10) != DEVICE_ACCESS_VERSION_MAJOR) {
+            refuse(std::string("recorded with version ") + interface +
+                   " of device_access.h, and this program has version " +
+                   std::to_string(DEVICE_ACCESS_VERSION_MAJOR) + "." +
+                   std::to_string(DEVICE_ACCESS_VERSION_MINOR));
+        }
+        event.line = std::move(line);
+        return event;
+    }
+    event.thread = number_in(object, "thread").value_or(0);
+    if (member(object, "end") != nullptr) {
+        event.kind = EventKind::kEnd;
+    } else if (member(object, "command") != nullptr || member(object, "function") != nullptr) {
+        event.kind = EventKind::kRequest;
+        const char *key = member(object, "command") != nullptr ? "command" : "function";
+        const std::optional<std::string> name = decoded_text(member(object, key));
+        if (!name) {
+            refuse(std::string("\"") + key + "\" is not a text");
+        }
+        event.name = *name;
+        event.given = object_in(object, "request");
+    } else if (member(object, "call") != nullptr) {
+        event.kind = EventKind::kCall;
+        event.name = text_in(object, "call");
+        const device_layout::Function *function = device_layout::find(event.name);
+        if (function == nullptr) {
+            refuse("there is no device function " + event.name);
+        }
+        event.given = given_to_call(*function, member(object, "arguments"));
+        if (has_pseudonyms_) {
+            hide_remains(event.given.get());
+        }
+    } else if (member(object, "service") != nullptr) {
+        event.kind = EventKind::kService;
+        event.name = text_in(object, "service");
+        event.given = given_to_service(member(object, "arguments"));
+    } else if (member(object, "result") != nullptr) {
+        event.kind = EventKind::kReply;
+        event.given = given_in_reply(object);
+    } else {
+        refuse("not a line of a recording");
+    }
+    if (event.kind != EventKind::kEnd && event.thread < 1) {
+        refuse("\"thread\" is not a number from 1");
+    }
+    event.line = std::move(line);
+    return event;
+}
+
+} // namespace agent::record

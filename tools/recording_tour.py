@@ -1,0 +1,101 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Records every command, report and a notice in every home of the simulated gateway, one recording for each home.
+
+    tools/recording_tour.py FOLDER [--build build/release] [--commands NUMBER]
+
+Each command is sent with the example of its description, then with each of its keys missing. --commands
+sends so many lines instead, in the same order again and again, to the first home only.
+"""
+import argparse
+import itertools
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+SCENARIOS = sorted(path.stem for path in (ROOT / "simulated_gateway/scenarios").glob("*.json"))
+# The home goes on after them in another process, or is another one.
+LEFT_OUT = {"RP_HG_REBOOT", "HG_LOCAL_RECOVERY"}
+
+
+def requests():
+    """The lines for hgagent serve."""
+    for path in sorted((ROOT / "protocol/commands").glob("*.json")):
+        description = json.loads(path.read_text(encoding="utf-8"))
+        if description["command"] in LEFT_OUT:
+            continue
+        params = description["example"]["request"]
+        for variant in [params] + [{k: v for k, v in params.items() if k != key} for key in params]:
+            yield json.dumps({"command": description["command"], "params": variant})
+    for path in sorted((ROOT / "protocol/reports").glob("*.json")):
+        description = json.loads(path.read_text(encoding="utf-8"))
+        if description["report"] != "image-upgrade":  # it replies nothing
+            yield json.dumps({"report": description["report"], "params": {}})
+    yield json.dumps({"notice": {"plugin_name": "tour", "text": "The tour ends."}})
+
+
+def corpus():
+    """The inputs of the fuzzers as lines for hgagent serve, without those that would need a network."""
+    lines = []
+    for target in ("fuzz_request", "fuzz_session", "fuzz_serve"):
+        for path in sorted((ROOT / "fuzz/corpus" / target).iterdir()):
+            text = path.read_bytes().decode(errors="surrogateescape").replace("\0", "")
+            if target == "fuzz_request":
+                command, _, request = text.partition("\n")
+                lines.append((command, request.replace("\n", " ")))
+            elif target == "fuzz_session":
+                lines += [line.partition(" ")[::2] for line in text.splitlines() if line[:1] not in ("@", "!", "")]
+            else:
+                lines += text.split("\n")
+    lines = [line if isinstance(line, str) else f'{{"command":{json.dumps(line[0])},"params":{line[1] or "{}"}}}'
+             for line in lines]
+    return [line for line in lines if not re.search(r"\w:\\?/\\?/", line) and not any(
+        command in line for command in LEFT_OUT)]
+
+
+def record(hgagent, recording, lines, options=(), sleepless=None):
+    """Lets the agent record the lines; returns its answers. With the library, its workers do not sleep."""
+    recording.unlink(missing_ok=True)
+    environment = {**os.environ, "SIMULATED_GATEWAY_TIME": "1767225600"}
+    if sleepless:
+        environment.update(LD_PRELOAD=str(sleepless), ASAN_OPTIONS="verify_asan_link_order=0:detect_leaks=0")
+    process = subprocess.run([hgagent, "--record", recording, *options, "serve"], env=environment,
+                             input="".join(f"{line}\n" for line in lines).encode(errors="surrogateescape"),
+                             check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    return process.stdout.splitlines()
+
+
+def record_tour(hgagent, folder, sleepless=None):
+    """Returns the recordings."""
+    folder.mkdir(parents=True, exist_ok=True)
+    recordings = []
+    for scenario in SCENARIOS:
+        recordings.append(folder / f"{scenario}.jsonl")
+        record(hgagent, recordings[-1], requests(), ["--scenario", scenario], sleepless)
+    return recordings
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("folder", type=pathlib.Path)
+    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
+    parser.add_argument("--commands", type=int)
+    options = parser.parse_args()
+    hgagent = options.build / "bin/hgagent"
+    sleepless = options.build.resolve() / "tests/end_to_end/libsleepless.so"
+    if options.commands:
+        options.folder.mkdir(parents=True, exist_ok=True)
+        lines = itertools.islice(itertools.cycle(list(requests())), options.commands)
+        record(hgagent, options.folder / "commands.jsonl", lines, sleepless=sleepless)
+        return 0
+    for recording in record_tour(hgagent, options.folder, sleepless):
+        print(recording)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
