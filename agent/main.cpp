@@ -19,6 +19,7 @@
 #include "protocol/log_sink.h"
 #include "record/recording.h"
 #ifdef SMART_ROUTER_SERVICE
+#include "fleet/platform/subcommands.h"
 #include "fleet/subcommands.h"
 #include "service/subcommands.h"
 #include "service/worker/listen.h"
@@ -32,6 +33,7 @@ void add_others(CLI::App &app, agent::Options &options)
     agent::service::add_subcommands(app, options);
     agent::add_shell(app, options);
     agent::fleet::add_fleet(app, options);
+    agent::fleet::add_platform(app, options);
 }
 constexpr agent::AddSubcommands kAddOthers = add_others;
 #else
