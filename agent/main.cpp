@@ -33,7 +33,7 @@ void add_others(CLI::App &app, agent::Options &options)
     agent::service::add_subcommands(app, options);
     agent::add_shell(app, options);
     agent::fleet::add_fleet(app, options);
-    agent::fleet::add_platform(app, options);
+    agent::fleet::platform::add_subcommands(app, options);
 }
 constexpr agent::AddSubcommands kAddOthers = add_others;
 #else

@@ -9,7 +9,7 @@
 #include <cmath>
 #include <cstdio>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -276,4 +276,4 @@ std::vector<std::string> Campaign::summary() const
     return lines;
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

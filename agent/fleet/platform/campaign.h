@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 struct CampaignOptions {
     PlatformOptions platform;
@@ -70,4 +70,4 @@ class Campaign : public Run {
     bool is_complete_ = false;
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

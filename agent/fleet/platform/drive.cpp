@@ -11,7 +11,7 @@
 #include <cmath>
 #include <cstdio>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -484,4 +484,4 @@ std::vector<std::string> Drive::summary() const
     return lines;
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 struct DriveOptions {
     PlatformOptions platform;
@@ -84,4 +84,4 @@ class Drive : public Run {
     bool is_complete_ = false;
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 class Histogram {
   public:
@@ -103,4 +103,4 @@ class Histogram {
     uint64_t largest_ = 0;
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -188,4 +188,4 @@ nlohmann::ordered_json to_json(const Ledger::Counts &counts)
             {"executed_twice", counts.twice}};
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

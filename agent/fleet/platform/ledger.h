@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 // Builds requests that set what is in force from a gateway's replies. Those that it needs are asked
 // for by the caller, one after the other.
@@ -126,4 +126,4 @@ class Ledger {
 
 nlohmann::ordered_json to_json(const Ledger::Counts &counts);
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

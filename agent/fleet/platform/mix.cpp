@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -202,4 +202,4 @@ std::string_view default_mix()
     return embedded::fleet_mix().front().text;
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 struct MixEntry {
     std::string command;
@@ -39,4 +39,4 @@ Mix read_mix(const std::string &path);
 // The one that is used unless a file is given.
 std::string_view default_mix();
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

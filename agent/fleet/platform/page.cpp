@@ -5,7 +5,7 @@
 #include "io/text.h"
 #include "service/ways_in/http/static_files.h"
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -36,4 +36,4 @@ std::optional<std::string> page_of(std::string_view json)
     return page.replace(place, kPlace.size(), data);
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

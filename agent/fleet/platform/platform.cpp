@@ -10,7 +10,7 @@
 #include <charconv>
 #include <utility>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -396,4 +396,4 @@ void Platform::tick()
     });
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -24,7 +24,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 using Clock = std::chrono::steady_clock;
 using GatewayNumber = uint32_t; // its place in the list of those given
@@ -164,4 +164,4 @@ class Platform {
     std::minstd_rand random_{std::random_device{}()};
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -13,7 +13,7 @@
 #include <set>
 #include <sstream>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -196,4 +196,4 @@ PlatformOptions platform_options(const PlatformArguments &arguments)
     return options;
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -19,7 +19,7 @@ class App;
 class Option;
 } // namespace CLI
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 // The command line, or a file that it names, is not valid.
 class WrongUsage : public std::runtime_error {
@@ -78,4 +78,4 @@ struct PlatformOptions {
 // Throws WrongUsage.
 PlatformOptions platform_options(const PlatformArguments &arguments);
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

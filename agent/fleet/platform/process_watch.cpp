@@ -7,7 +7,7 @@
 #include <sstream>
 #include <unistd.h>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -144,4 +144,4 @@ void ProcessWatch::run()
     }
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

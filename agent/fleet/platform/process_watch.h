@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 class ProcessWatch {
   public:
@@ -42,4 +42,4 @@ class ProcessWatch {
     std::thread thread_;
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

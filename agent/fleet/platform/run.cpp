@@ -13,7 +13,7 @@
 #include <fstream>
 #include <unistd.h>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -242,4 +242,4 @@ void Run::write_report()
     }
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 class Run : protected PlatformListener {
   public:
@@ -84,4 +84,4 @@ class Run : protected PlatformListener {
     int status_ = kSuccess;
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

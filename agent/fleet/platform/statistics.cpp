@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <sstream>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -309,4 +309,4 @@ nlohmann::ordered_json Statistics::to_json() const
     return json;
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 // How requests end; all of them together are the requests.
 enum class Ending {
@@ -88,4 +88,4 @@ class Statistics {
     std::vector<std::string> problems_;
 };
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

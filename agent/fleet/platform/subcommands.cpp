@@ -10,7 +10,7 @@
 #include <memory>
 #include <sstream>
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 namespace {
 
@@ -173,11 +173,11 @@ campaign was not stopped, otherwise 1.)");
 
 } // namespace
 
-void add_platform(CLI::App &app, Options &options)
+void add_subcommands(CLI::App &app, Options &options)
 {
     CLI::App &fleet = *app.get_subcommand("fleet");
     add_drive(fleet, options);
     add_campaign(fleet, options);
 }
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform

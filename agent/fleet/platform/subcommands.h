@@ -4,9 +4,9 @@
 
 #include "commands/options.h"
 
-namespace agent::fleet {
+namespace agent::fleet::platform {
 
 // Adds them to the subcommand fleet.
-void add_platform(CLI::App &app, Options &options);
+void add_subcommands(CLI::App &app, Options &options);
 
-} // namespace agent::fleet
+} // namespace agent::fleet::platform
