@@ -78,7 +78,7 @@ double memory_of(int process)
 ProcessWatch::ProcessWatch(std::vector<WatchedProcess> processes) : processes_(std::move(processes))
 {
     for (const WatchedProcess &process : processes_) {
-        uses_.push_back({process.name, 0, 0, 0});
+        uses_.push_back({process.name});
     }
     // Signals are for the thread with the event loop.
     sigset_t all;
@@ -110,6 +110,7 @@ void ProcessWatch::run()
     std::vector<double> first(processes_.size(), -1);
     std::vector<Use> uses = this->uses();
     auto next_memory = WatchClock::now();
+    auto last_begin = next_memory - kPause;
     std::unique_lock lock(mutex_);
     while (!has_ended_) {
         lock.unlock();
@@ -127,9 +128,13 @@ void ProcessWatch::run()
             use.processes = family.size();
             first[at] = first[at] < 0 ? processor : first[at];
             // A child's time is missing between its end and the parent's wait for it.
-            use.processor = std::max(use.processor, processor - first[at]);
+            const double before = use.processor;
+            use.processor = std::max(before, processor - first[at]);
+            use.share = (use.processor - before) /
+                        std::chrono::duration<double>(begin - last_begin).count();
             use.memory = with_memory ? memory : use.memory;
         }
+        last_begin = begin;
         const auto cost = WatchClock::now() - begin;
         if (with_memory) {
             next_memory = WatchClock::now() +

@@ -25,6 +25,7 @@ class ProcessWatch {
     struct Use {
         std::string name;
         double processor = 0; // seconds since the watch began
+        double share = 0;     // of one processor, between the last two readings
         double memory = 0;    // bytes; shared ones divided among those that share them
         size_t processes = 0;
     };

@@ -134,10 +134,9 @@ void Statistics::end_interval(const std::string &phase, const Platform &platform
         interval.percentiles[at] = milliseconds(interval_times_.percentile(kPercentiles[at]));
     }
     interval.largest = milliseconds(interval_times_.largest());
-    for (size_t at = 0; at < uses.size(); ++at) {
-        const double before = at < last_uses_.size() ? last_uses_[at].processor : 0;
-        interval.processor.push_back((uses[at].processor - before) / interval.length);
-        interval.memory.push_back(uses[at].memory);
+    for (const ProcessWatch::Use &use : uses) {
+        interval.processor.push_back(use.share);
+        interval.memory.push_back(use.memory);
     }
     last_uses_ = uses;
     last_counts_ = counts;
