@@ -69,6 +69,9 @@ std::vector<double> waves_from(const std::string &text)
         }
         waves.push_back(percent);
     }
+    if (waves.empty()) {
+        throw WrongUsage("--waves: there is none");
+    }
     return waves;
 }
 

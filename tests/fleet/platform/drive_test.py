@@ -16,6 +16,13 @@ class DriveTest(platform_case.PlatformCase):
         self.assertEqual(ledger["confirmed"] + ledger["refused"] + ledger["unknown"],
                          sum(report["commands"]["SET_HG_BASE_INFO"]["endings"].values()))
 
+    def await_load(self, fakes, running):
+        """Returns when changes are being made."""
+        while not any(gateway.changes > 3 for gateway in fakes.gateways.values()):
+            if running.process.poll() is not None:
+                self.fail(running.end().err)
+            time.sleep(0.05)
+
     def test_each_fault_is_found(self):
         faults = ("good", "lazy", "unknown", "forget", "twice", "order", "missing", "reason", "no_json", "no_reply",
                   "denied", "silent")
@@ -42,7 +49,6 @@ class DriveTest(platform_case.PlatformCase):
         self.assertGreater(reports["unknown"]["ledger"]["unknown"], 0)
         self.assertGreater(reports["unknown"]["ledger"]["found_in_force"], 0)
         self.assertGreater(reports["forget"]["ledger"]["lost"], 0)
-        self.assertEqual(reports["forget"]["ledger"]["executed_twice"], 0)
         self.assertGreater(reports["twice"]["ledger"]["executed_twice"], 0)
         for fault in ("order", "missing", "reason", "no_json", "no_reply"):
             self.assertGreater(reports[fault]["endings"]["invalid"], 0, fault)
@@ -56,17 +62,15 @@ class DriveTest(platform_case.PlatformCase):
         broker = self.broker()
         fakes = self.fakes(broker, "good")
         running = self.drive(broker, "good", "--metrics", str(self.folder / "metrics"), time="4s")
-        # Begun once requests are answered.
-        while not any(gateway.changes > 3 for gateway in fakes.gateways.values()):
-            time.sleep(0.05)
+        self.await_load(fakes, running)
         broker.stop()
         broker.start()
         one = running.end()
         self.assertEqual(one.status, 0, one.out + one.err)
         self.check_sums(one.report, 600)
         self.assertGreaterEqual(one.report["broker"]["interruptions"], 1)
-        self.assertGreater(one.report["broker"]["repetitions"], 0)
-        self.assertIn(0, one.report["intervals"]["up"])
+        # The driver itself waits before it connects again.
+        self.assertGreater(one.report["milliseconds"]["max"], 400)
         metrics = (self.folder / "metrics").read_text(encoding="utf-8")
         self.assertIn('hgdrive_requests_total{command="GET_HG_BASE_INFO",ending="success"} ', metrics)
         self.assertIn('hgdrive_request_duration_seconds_bucket{command="GET_HG_BASE_INFO",le="+Inf"} ', metrics)
@@ -75,9 +79,8 @@ class DriveTest(platform_case.PlatformCase):
         """A broker that stands still for a second delays all requests of that second, also those not sent yet."""
         broker = self.broker()
         fakes = self.fakes(broker, "good")
-        running = self.drive(broker, "good", "--repeat", "30", time="4s")
-        while not any(gateway.changes > 3 for gateway in fakes.gateways.values()):
-            time.sleep(0.05)
+        running = self.drive(broker, "good", repeat=30, time="4s")
+        self.await_load(fakes, running)
         broker.suspend()
         threading.Timer(1.5, broker.resume).start()
         one = running.end()

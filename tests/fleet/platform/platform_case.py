@@ -70,9 +70,9 @@ class PlatformCase(unittest.TestCase):
         self.addCleanup(lambda: (running.process.kill(), running.process.wait()))
         return running
 
-    def drive(self, broker, prefix, *words, rate=150, time="2s", **more):
+    def drive(self, broker, prefix, *words, rate=150, time="2s", repeat=0.4, **more):
         return self.start(broker, prefix, "drive", "--rate", str(rate), "--for", time, "--mix", str(self.mix),
-                          "--repeat", "0.4", *words, **more)
+                          "--repeat", str(repeat), *words, **more)
 
     def run_words(self, *words):
         return Running(self.folder, "words", words).end()
