@@ -23,7 +23,7 @@ constexpr int kMostDraws = 50; // of gateways, for one whose setting is not bein
 constexpr std::chrono::milliseconds kDrainPause(50);
 // Answers are kept for ten minutes.
 constexpr std::chrono::minutes kKept(9);
-constexpr int kAskedAgain = 20; // one of so many confirmed changes
+constexpr int kAskedAgain = 8; // one of so many confirmed changes
 constexpr std::chrono::milliseconds kLeastInterval(1000);
 constexpr int kMostIntervals = 1200;
 

@@ -116,7 +116,7 @@ class FakeGateways:
         if gateway.fault == "denied":
             return {"error": "the policy refuses it", "code": "denied"}
         if not (nth and gateway.fault == "forget"):
-            gateway.home = params["Name"] if not (nth and gateway.fault == "unknown" and gateway.changes % 2) else gateway.home
+            gateway.home = params["Name"] if not (nth and gateway.fault == "unknown" and gateway.changes % 2 == 0) else gateway.home
         if nth and gateway.fault == "unknown":
             return {"error": "the worker has crashed", "code": "outcome-unknown"}
         return {"result": 0, "reply": reply}

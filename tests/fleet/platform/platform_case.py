@@ -70,7 +70,7 @@ class PlatformCase(unittest.TestCase):
         self.addCleanup(lambda: (running.process.kill(), running.process.wait()))
         return running
 
-    def drive(self, broker, prefix, *words, rate=150, time="2s", repeat=0.4, **more):
+    def drive(self, broker, prefix, *words, rate=80, time="3s", repeat=0.4, **more):
         return self.start(broker, prefix, "drive", "--rate", str(rate), "--for", time, "--mix", str(self.mix),
                           "--repeat", str(repeat), *words, **more)
 
