@@ -47,7 +47,6 @@ class DriveTest(platform_case.PlatformCase):
                          good["ledger"]["confirmed"])
         self.assertGreaterEqual(reports["lazy"]["broker"]["repetitions"], reports["lazy"]["requests"])
         self.assertGreater(reports["unknown"]["ledger"]["unknown"], 0)
-        self.assertGreater(reports["unknown"]["ledger"]["found_in_force"], 0)
         self.assertGreater(reports["forget"]["ledger"]["lost"], 0)
         self.assertGreater(reports["twice"]["ledger"]["executed_twice"], 0, reports["twice"]["ledger"])
         for fault in ("order", "missing", "reason", "no_json", "no_reply"):
