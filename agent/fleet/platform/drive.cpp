@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fleet/platform/drive.h"
 
+#include "fleet/plan.h"
 #include "protocol/described_reply.h"
 #include "protocol/json_text.h"
 #include "protocol/reply.h"
@@ -124,6 +125,9 @@ void Drive::ask_for(const std::shared_ptr<Visit> &visit, const Reading::Query &q
 
 bool Drive::read_first(GatewayNumber gateway, Reading &reading)
 {
+    if (is_weak(gateway)) {
+        return true; // it might never answer
+    }
     std::vector<std::pair<size_t, Json>> settings;
     for (size_t entry = 0; entry < options_.mix.size(); ++entry) {
         if (options_.mix[entry].is_setting) {
@@ -217,7 +221,7 @@ void Drive::send_query(GatewayNumber gateway, size_t entry, Clock::time_point in
         const Ending ending = judge(one, asked, outcome);
         statistics().count(one.command, ending, outcome.code, outcome.time);
         if (ending == Ending::kSuccess) {
-            compare_on_the_way(asked.gateway, one.command, outcome.reply.get(), versions);
+            compare_on_the_way(asked.gateway, one.command, std::move(outcome.reply), versions);
         }
     };
     platform().ask(std::move(request));
@@ -285,18 +289,38 @@ void Drive::ask_again(GatewayNumber gateway, size_t entry, const Ledger::Confirm
     platform().ask(std::move(request));
 }
 
+bool Drive::is_weak(GatewayNumber gateway) const
+{
+    return options_.has_churn &&
+           weakness_of(options_.platform.seed, options_.first + gateway).library !=
+               Weakness::Library::kSound;
+}
+
+void Drive::add_problem(const Request &request, const std::string &text)
+{
+    statistics().add_problem(platform().gateways()[request.gateway].id + ": " + request.command +
+                             ": " + text);
+}
+
 Ending Drive::judge(const MixEntry &entry, const Request &request, const Outcome &outcome)
 {
+    if (!is_weak(request.gateway)) {
+        return judge_answer(entry, request, outcome);
+    }
+    return outcome.kind == Outcome::Kind::kReply && status_of(outcome.reply.get()) == kSuccess
+               ? Ending::kSuccess
+               : Ending::kWeak;
+}
+
+Ending Drive::judge_answer(const MixEntry &entry, const Request &request, const Outcome &outcome)
+{
     const auto invalid = [&](const std::string &why) {
-        statistics().add_problem(platform().gateways()[request.gateway].id + ": " +
-                                 request.command + ": " + why);
+        add_problem(request, why);
         return Ending::kInvalid;
     };
     switch (outcome.kind) {
     case Outcome::Kind::kNoAnswer:
-        statistics().add_problem(platform().gateways()[request.gateway].id + ": " +
-                                 request.command + ": no answer, sent " +
-                                 std::to_string(outcome.sent) + " times");
+        add_problem(request, "no answer, sent " + std::to_string(outcome.sent) + " times");
         return Ending::kUnanswered;
     case Outcome::Kind::kInvalid:
         return invalid(outcome.text);
@@ -333,7 +357,7 @@ std::vector<uint32_t> Drive::versions_of(GatewayNumber gateway) const
 
 // A query of the load shows settings as well: those that no change has met since it was sent have
 // to be as the ledger says.
-void Drive::compare_on_the_way(GatewayNumber gateway, const std::string &command, cJSON *reply,
+void Drive::compare_on_the_way(GatewayNumber gateway, const std::string &command, Json reply,
                                const std::vector<uint32_t> &versions)
 {
     Reading reading;
@@ -346,7 +370,7 @@ void Drive::compare_on_the_way(GatewayNumber gateway, const std::string &command
             continue;
         }
         if (!std::exchange(is_added, true)) {
-            reading.add({command, "{}"}, Json(cJSON_Duplicate(reply, 1)));
+            reading.add({command, "{}"}, std::move(reply));
         }
         const Json base(cJSON_Parse(ledger_.base(gateway, entry).c_str()));
         const Json setting = reading.setting(what, base.get());
@@ -466,7 +490,8 @@ std::vector<std::string> Drive::summary() const
             of(Ending::kFailure) + " failed on the device, " + of(Ending::kError) + " refused, " +
             of(Ending::kUnknown) + " of unknown outcome, " + of(Ending::kInvalid) + " invalid, " +
             of(Ending::kUnanswered) + " unanswered, " + of(Ending::kDropped) + " not sent, " +
-            number(held_back_) + " held back",
+            of(Ending::kWeak) + " by gateways with a given fault, " + number(held_back_) +
+            " held back",
         "milliseconds from the intended time: 50 % " + std::string(times),
         "gateways: " + number(present().size()) + " driven, " + number(missing()) + " missing, " +
             number(platform().restarted()) + " restarted; " +

@@ -19,6 +19,10 @@ struct DriveOptions {
     double rate = 0;             // requests per second
     std::chrono::seconds time{}; // of the load
     Mix mix;
+    // The fleet runs with --churn and the same seed: the gateways that its plan gives a faulty
+    // library are asked, but not blamed.
+    bool has_churn = false;
+    uint32_t first = 1; // number of the first gateway
 };
 
 class Drive : public Run {
@@ -62,13 +66,16 @@ class Drive : public Run {
     void end_change(size_t entry, const Request &request, const Outcome &outcome, Ending ending,
                     const std::string &value);
     void ask_again(GatewayNumber gateway, size_t entry, const Ledger::Confirmed &before);
-    void compare_on_the_way(GatewayNumber gateway, const std::string &command, cJSON *reply,
+    void compare_on_the_way(GatewayNumber gateway, const std::string &command, Json reply,
                             const std::vector<uint32_t> &versions);
     std::vector<uint32_t> versions_of(GatewayNumber gateway) const;
     void drain();
     void read_back();
     bool read_last(GatewayNumber gateway, Reading &reading);
     GatewayNumber any_gateway();
+    bool is_weak(GatewayNumber gateway) const;
+    Ending judge_answer(const MixEntry &entry, const Request &request, const Outcome &outcome);
+    void add_problem(const Request &request, const std::string &text);
 
     const DriveOptions options_;
     Ledger ledger_;

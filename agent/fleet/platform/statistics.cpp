@@ -73,6 +73,8 @@ const char *name_of(Ending ending)
         return "unanswered";
     case Ending::kDropped:
         return "not_sent";
+    case Ending::kWeak:
+        return "weak_gateway";
     }
     return "";
 }
@@ -93,7 +95,7 @@ void Statistics::count(const std::string &command, Ending ending, const std::str
     if (ending != Ending::kSuccess && ending != Ending::kFailure) {
         ++current_.errors;
     }
-    if (ending != Ending::kUnanswered && ending != Ending::kDropped) {
+    if (ending != Ending::kUnanswered && ending != Ending::kDropped && ending != Ending::kWeak) {
         const auto taken = std::chrono::duration_cast<Histogram::Time>(time);
         counts.times.add(taken);
         times_.add(taken);

@@ -24,8 +24,9 @@ enum class Ending {
     kInvalid,    // not as described
     kUnanswered, // within the time
     kDropped,    // never sent, since too many were open
+    kWeak,       // unanswered, an error or invalid, by a gateway that has been given a fault
 };
-constexpr size_t kEndings = 7;
+constexpr size_t kEndings = 8;
 const char *name_of(Ending ending);
 
 struct CommandCounts {

@@ -88,6 +88,7 @@ struct DriveArguments {
     std::string time;
     double rate = 0;
     std::string mix;
+    bool has_churn = false;
 };
 
 void add_drive(CLI::App &fleet, Options &options)
@@ -110,6 +111,8 @@ void add_drive(CLI::App &fleet, Options &options)
         ->add_option("--mix", drive->mix, "Commands and their weights, instead of the usual ones")
         ->type_name("FILE")
         ->allow_extra_args(false);
+    command->add_flag("--churn", drive->has_churn,
+                      "The fleet has --churn and this seed: do not blame its faulty gateways");
     command->footer(R"(
 Each request is sent at its time, whatever is open, and repeated until it is answered. Each reply is checked
 against its description. What has been set is read back at the end and compared. The exit status is 0 when
@@ -122,6 +125,11 @@ every request was answered as described, nothing was lost and nothing was execut
                 given.platform = platform_options(*platform);
                 given.rate = drive->rate;
                 given.time = seconds_from(drive->time);
+                given.has_churn = drive->has_churn;
+                given.first = platform->first;
+                if (given.has_churn && !platform->id_files.empty()) {
+                    throw WrongUsage("--churn needs --count instead of --ids");
+                }
                 given.mix = drive->mix.empty() ? parse_mix(default_mix(), "the usual mix")
                                                : read_mix(drive->mix);
                 return Drive(std::move(given)).run();
