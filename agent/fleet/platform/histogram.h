@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Times in buckets whose width grows with the time, so that any percentile from a microsecond to
-// hours is known to within 1/64 at a fixed cost: one addition for a time, 15 KB for a histogram,
+// hours is known to within 1/64 at a fixed cost: one addition for a time, 16 KB for a histogram,
 // and histograms can be added.
 #pragma once
 
