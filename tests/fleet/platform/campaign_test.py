@@ -32,6 +32,7 @@ class CampaignTest(platform_case.PlatformCase):
                       for name, gateway in fakes.gateways.items() if name.startswith("broken-"))
         self.assertEqual(updated, broken.report["waves"][0]["updated"])
 
+    @platform_case.long
     def test_version_that_never_runs(self):
         broker = self.broker()
         self.fakes(broker, "good", count=20)

@@ -57,6 +57,7 @@ class DriveTest(platform_case.PlatformCase):
         self.assertGreater(reports["silent"]["endings"]["unanswered"], 0)
         self.assertIn("silent-1: ", " ".join(reports["silent"]["problems"]))
 
+    @platform_case.long
     def test_broker_restarts(self):
         broker = self.broker()
         fakes = self.fakes(broker, "good")
@@ -88,10 +89,26 @@ class DriveTest(platform_case.PlatformCase):
         # Of 320 at least those of one second waited for half of it on average: not a single one.
         self.assertGreater(one.report["milliseconds"]["p90"], 300)
 
+    @platform_case.long
+    def test_gateways_with_a_given_fault(self):
+        """What the plan of a fleet with --churn makes fail is counted, and nothing else is forgiven."""
+        broker = self.broker()
+        self.fakes(broker, "spared", "blamed", first=645)
+        words = ["--first", "645", "--timeout", "2"]
+        spared = self.drive(broker, "spared", *words, "--churn")
+        blamed = self.drive(broker, "blamed", *words, "--churn", "--seed", "2")
+        self.assertEqual(spared.end().status, 0, spared.out + spared.err)
+        self.check_sums(spared.report)
+        self.assertGreater(spared.report["endings"]["weak_gateway"], 0)
+        self.assertEqual(spared.report["ledger"]["settings"], 4)
+        self.assertEqual(blamed.end().status, 1, blamed.out)
+        self.assertGreater(blamed.report["endings"]["unanswered"], 0)
+        self.assertEqual(blamed.report["endings"]["weak_gateway"], 0)
+
     def test_missing_gateways(self):
         broker = self.broker()
         self.fakes(broker, "good", count=2)
-        one = self.drive(broker, "good", "--wait", "3", count=3).end()
+        one = self.drive(broker, "good", "--wait", "2", time="1s", count=3).end()
         self.assertEqual(one.status, 1, one.out)
         self.assertGreaterEqual(one.report["gateways"]["missing"], 1)
         one = self.drive(broker, "nobody", "--wait", "0.5").end()

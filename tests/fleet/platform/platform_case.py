@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the tests of the platform's side have in common: NAME_test.py HGAGENT PROJECT_FOLDER [TEST...]"""
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -57,8 +58,8 @@ class PlatformCase(unittest.TestCase):
         self.addCleanup(broker.close)
         return broker
 
-    def fakes(self, broker, *prefixes, count=5):
-        names = [f"{prefix}-{number}" for prefix in prefixes for number in range(1, count + 1)]
+    def fakes(self, broker, *prefixes, first=1, count=5):
+        names = [f"{prefix}-{number}" for prefix in prefixes for number in range(first, first + count)]
         fakes = fake_gateways.FakeGateways(broker.port.number, names, EXAMPLES)
         self.addCleanup(fakes.close)
         fakes.up.wait()
@@ -78,4 +79,6 @@ class PlatformCase(unittest.TestCase):
         return Running(self.folder, "words", words).end()
 
 
+# Tests that take long, for nightly runs.
+long = unittest.skipUnless(os.environ.get("WHOLE_TESTS"), "WHOLE_TESTS is not set")
 main = unittest.main
