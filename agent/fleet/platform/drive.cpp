@@ -24,7 +24,7 @@ constexpr int kMostDraws = 50; // of gateways, for one whose setting is not bein
 constexpr std::chrono::milliseconds kDrainPause(50);
 // Answers are kept for ten minutes.
 constexpr std::chrono::minutes kKept(9);
-constexpr int kAskedAgain = 8; // one of so many confirmed changes
+constexpr int kAskedAgain = 16; // one of so many confirmed changes
 constexpr std::chrono::milliseconds kLeastInterval(1000);
 constexpr int kMostIntervals = 1200;
 
@@ -277,14 +277,40 @@ void Drive::ask_again(GatewayNumber gateway, size_t entry, const Ledger::Confirm
     request.intended = Clock::now();
     request.repeats = before.number;
     request.epoch = before.epoch;
-    request.done = [this, payload = before.payload](const Request &asked, const Outcome &outcome) {
+    request.done = [this, entry, payload = before.payload](const Request &asked,
+                                                           const Outcome &outcome) {
         if (outcome.kind == Outcome::Kind::kReply && outcome.payload != payload) {
             ++different_;
-            statistics().add_problem(platform().gateways()[asked.gateway].id + ": " +
-                                     asked.command +
-                                     " asked again: the answer is not the one of "
-                                     "the first time");
+            add_problem(asked, "asked again: the answer is not the one of the first time");
         }
+        check_repetition(asked.gateway, entry, std::make_shared<Reading>());
+    };
+    platform().ask(std::move(request));
+}
+
+// Reads the setting, and compares it.
+void Drive::check_repetition(GatewayNumber gateway, size_t entry,
+                             const std::shared_ptr<Reading> &reading)
+{
+    const Json base(cJSON_Parse(ledger_.base(gateway, entry).c_str()));
+    const Json setting = reading->setting(options_.mix[entry], base.get());
+    if (!reading->missing()) {
+        ledger_.release(gateway, entry);
+        if (setting != nullptr) {
+            compare_now(gateway, entry, setting.get());
+        }
+        return;
+    }
+    Request request;
+    request.gateway = gateway;
+    request.command = reading->missing()->command;
+    request.params = reading->missing()->params;
+    request.intended = Clock::now();
+    request.done = [this, entry, reading](const Request &asked, Outcome outcome) {
+        const bool good =
+            outcome.kind == Outcome::Kind::kReply && status_of(outcome.reply.get()) == kSuccess;
+        reading->add({asked.command, asked.params}, good ? std::move(outcome.reply) : nullptr);
+        check_repetition(asked.gateway, entry, reading);
     };
     platform().ask(std::move(request));
 }
@@ -377,11 +403,16 @@ void Drive::compare_on_the_way(GatewayNumber gateway, const std::string &command
         if (setting == nullptr) {
             continue; // of an element that this reply does not have
         }
-        ++ledger_.counts().compared;
-        std::string text;
-        if (ledger_.compare(gateway, entry, setting.get(), &text) != Ledger::Verdict::kAsSet) {
-            statistics().add_problem(platform().gateways()[gateway].id + ": " + text);
-        }
+        compare_now(gateway, entry, setting.get());
+    }
+}
+
+void Drive::compare_now(GatewayNumber gateway, size_t entry, const cJSON *setting)
+{
+    ++ledger_.counts().compared;
+    std::string text;
+    if (ledger_.compare(gateway, entry, setting, &text) != Ledger::Verdict::kAsSet) {
+        statistics().add_problem(platform().gateways()[gateway].id + ": " + text);
     }
 }
 

@@ -66,6 +66,9 @@ class Drive : public Run {
     void end_change(size_t entry, const Request &request, const Outcome &outcome, Ending ending,
                     const std::string &value);
     void ask_again(GatewayNumber gateway, size_t entry, const Ledger::Confirmed &before);
+    void check_repetition(GatewayNumber gateway, size_t entry,
+                          const std::shared_ptr<Reading> &reading);
+    void compare_now(GatewayNumber gateway, size_t entry, const cJSON *setting);
     void compare_on_the_way(GatewayNumber gateway, const std::string &command, Json reply,
                             const std::vector<uint32_t> &versions);
     std::vector<uint32_t> versions_of(GatewayNumber gateway) const;

@@ -123,7 +123,14 @@ Ledger::Confirmed Ledger::end(GatewayNumber gateway, size_t entry, End end, Conf
 void Ledger::repeat(GatewayNumber gateway, size_t entry, const std::string &value)
 {
     ++counts_.repeated;
-    item(gateway, entry).repeated = value;
+    Item &one = item(gateway, entry);
+    one.repeated = value;
+    one.is_open = true;
+}
+
+void Ledger::release(GatewayNumber gateway, size_t entry)
+{
+    item(gateway, entry).is_open = false;
 }
 
 uint32_t Ledger::version(GatewayNumber gateway, size_t entry) const

@@ -67,8 +67,10 @@ class Ledger {
     Change change(GatewayNumber gateway, size_t entry, std::string_view id);
     // Result: the change that was confirmed before this one, where there is one.
     Confirmed end(GatewayNumber gateway, size_t entry, End end, Confirmed confirmed);
-    // An earlier change is asked for again, and may be in force if it is executed again.
+    // An earlier change is asked for again, and is in force if it is executed again. Until the
+    // release no other change can hide that.
     void repeat(GatewayNumber gateway, size_t entry, const std::string &value);
+    void release(GatewayNumber gateway, size_t entry);
 
     // Counts the changes that have been begun; 0 while one is under way.
     uint32_t version(GatewayNumber gateway, size_t entry) const;

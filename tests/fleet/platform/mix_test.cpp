@@ -108,6 +108,9 @@ TEST_F(LedgerTest, AChangeAskedForAgainMustNotBeInForceAgain)
     EXPECT_EQ(before.number, 1U);
     EXPECT_EQ(before.value, "1");
     ledger_.repeat(0, 0, before.value);
+    EXPECT_FALSE(ledger_.is_free(0, 0));
+    ledger_.release(0, 0);
+    EXPECT_TRUE(ledger_.is_free(0, 0));
     EXPECT_EQ(compare("2"), Ledger::Verdict::kAsSet);
     EXPECT_EQ(compare("1"), Ledger::Verdict::kTwice);
     EXPECT_EQ(ledger_.counts().twice, 1U);
