@@ -22,6 +22,7 @@
 #include "record/recording.h"
 #include "record/recording_reader.h"
 #ifdef SMART_ROUTER_SERVICE
+#include "fleet/platform/subcommands.h"
 #include "fleet/subcommands.h"
 #include "service/subcommands.h"
 #include "service/worker/listen.h"
@@ -37,6 +38,7 @@ void add_others(CLI::App &app, agent::Options &options)
     agent::service::add_subcommands(app, options);
     agent::add_shell(app, options);
     agent::fleet::add_fleet(app, options);
+    agent::fleet::platform::add_subcommands(app, options);
 }
 constexpr agent::AddSubcommands kAddOthers = add_others;
 #else

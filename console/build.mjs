@@ -40,15 +40,37 @@ const index = readFileSync(join(source, "src/index.html"), "utf8")
 files.set("index.html", Buffer.from(index));
 
 // The licences of the bundled packages require their texts to go with them.
-const packages = new Set(
-    Object.keys(result.metafile.inputs).flatMap((input) => /node_modules\/((?:@[^/]+\/)?[^/]+)/.exec(input)?.[1] ?? []),
-);
-const licences = [...packages].sort().map((name) => {
-    const home = join(source, "node_modules", name);
-    const file = readdirSync(home).find((entry) => /^licen[cs]e/i.test(entry));
-    const { version } = JSON.parse(readFileSync(join(home, "package.json"), "utf8"));
-    return `${name} ${version}\n\n${readFileSync(join(home, file), "utf8")}`;
+function licencesOf(metafile) {
+    const packages = new Set(
+        Object.keys(metafile.inputs).flatMap((input) => /node_modules\/((?:@[^/]+\/)?[^/]+)/.exec(input)?.[1] ?? []),
+    );
+    return [...packages].sort().map((name) => {
+        const home = join(source, "node_modules", name);
+        const file = readdirSync(home).find((entry) => /^licen[cs]e/i.test(entry));
+        const { version } = JSON.parse(readFileSync(join(home, "package.json"), "utf8"));
+        return `${name} ${version}\n\n${readFileSync(join(home, file), "utf8")}`;
+    });
+}
+const licences = licencesOf(result.metafile);
+
+// The page of a report on a fleet, whose data hgagent puts in: all in one file, which works without a network.
+const report = await build({
+    entryPoints: { report: join(source, "src/fleet_report/report.ts"), style: join(source, "src/fleet_report/style.css") },
+    absWorkingDir: source,
+    outdir: folder,
+    bundle: true,
+    minify: true,
+    write: false,
+    metafile: true,
+    format: "esm",
+    target: "es2023",
+    legalComments: "none",
 });
+const textOf = (end) => report.outputFiles.find((file) => file.path.endsWith(end)).text;
+const reportPage = readFileSync(join(source, "src/fleet_report/index.html"), "utf8")
+    .replace("STYLE", () => textOf(".css").trim())
+    .replace("SCRIPT", () => textOf(".js").replaceAll("</script", "<\\/script").trim())
+    .replace("LICENCES", () => licencesOf(report.metafile).join("\n----\n\n").replaceAll("--", "- -").trim());
 
 rmSync(join(folder, "assets"), { recursive: true, force: true });
 mkdirSync(join(folder, "assets"), { recursive: true });
@@ -59,6 +81,7 @@ for (const [name, contents] of files) {
     writeFileSync(join(folder, name), contents);
     writeFileSync(join(folder, `${name}.gz`), compressed);
 }
+writeFileSync(join(folder, "fleet_report.html"), reportPage);
 writeFileSync(join(folder, "licences.txt"), licences.join("\n----\n\n"));
 console.log(`console: ${weight} bytes compressed, of at most ${heaviestPage}`);
 if (weight > heaviestPage) {

@@ -66,6 +66,11 @@ for subcommand in $(completed '' | grep -v '^-'); do
         "$(in_help "$options" "$subcommand")"
 done
 expect 'options of policy test' "$(completed policy test FILE --)" "$(in_help "$options" policy test)"
+for subcommand in drive campaign; do
+    expect "options of fleet $subcommand" "$(completed fleet "$subcommand" --count 1 --)" \
+        "$(in_help "$options" fleet "$subcommand")"
+done
+expect 'fleet' drive "$(completed fleet dr)"
 expect 'what is tested' "$(completed policy test FILE GET_SN)" GET_SN_INFO
 expect policy "$(completed policy te)" test
 expect reports "$(completed report '' | grep -v '^--')" "$("$hgagent" report | sed 's/ .*//' | sort)"

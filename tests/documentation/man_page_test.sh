@@ -26,6 +26,12 @@ for subcommand in '' $subcommands; do
         expect "Fl $option"
     done
 done
+for subcommand in drive campaign; do
+    expect "^\\.It Ic fleet $subcommand"
+    for option in $("$hgagent" fleet "$subcommand" --help | sed -n 's/^  \(-h,\)\?-\(-[a-z-]*\).*/\2/p'); do
+        expect "Fl $option"
+    done
+done
 while read -r variable; do
     expect "$variable"
 done < <(grep -Eo '^ \*   SIMULATED_GATEWAY_[A-Z_]+' "$header" | sed 's/.* //')

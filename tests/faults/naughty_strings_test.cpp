@@ -4,9 +4,9 @@
 // the request and the string's in the list. A sample begins at another string in each place and
 // command, so that all of them are used.
 #include "clock_control.h"
-#include "described_reply.h"
 #include "failing_memory.h"
 #include "handler_test.h"
+#include "protocol/described_reply.h"
 #include "protocol/device_facts.h"
 #include "rich_device.h"
 #include "sample.h"
@@ -145,7 +145,7 @@ std::string damage(const Subject &subject, const std::string &request, WorkerCon
     if (print(again.get()) != reply) {
         return "the object cannot be read back";
     }
-    return undescribed(description_of(subject.command), parse(request).get(), again.get());
+    return agent::undescribed(description_of(subject.command), parse(request).get(), again.get());
 }
 
 class NaughtyStringsTest : public testing::TestWithParam<Subject> {

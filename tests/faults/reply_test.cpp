@@ -2,9 +2,9 @@
 // What all replies have in common, for each command: each key with a field of the device contains
 // what the device wrote there, up to the width of the field; and the memory that the device writes
 // to was zeroed before.
-#include "described_reply.h"
 #include "exceptions.h"
 #include "handler_test.h"
+#include "protocol/described_reply.h"
 #include "protocol/device_facts.h"
 #include "sweep_run.h"
 
@@ -80,10 +80,10 @@ TEST_P(ReplyTest, HasWhatTheDeviceWroteToTheFields)
     for (const Fault &fault : faults) {
         const SweepRun run = sweep_run(subject, request, {}, fault);
         const Json object = parse(run.object);
-        const cJSON *reply = reply_given(description, parse(request).get(), object.get());
+        const cJSON *reply = agent::reply_given(description, parse(request).get(), object.get());
         ASSERT_NE(reply, nullptr) << run.object;
         EXPECT_TRUE(fault.result.has_value() || run.succeeded(subject)) << run.object;
-        const Json left(left_of(description, reply, parse(request).get()));
+        const Json left(agent::left_of(description, reply, parse(request).get()));
         for (int count = cJSON_GetArraySize(left.get()); count > 0; --count) {
             cJSON_DeleteItemFromArray(object.get(), 0);
         }

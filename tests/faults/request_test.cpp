@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The common rules for reading a request, for each command and each of its described keys. Where a
 // command differs, exceptions.cpp gives the reason.
-#include "described_reply.h"
 #include "exceptions.h"
 #include "handler_test.h"
+#include "protocol/described_reply.h"
 #include "record_places.h"
 #include "request.h"
 #include "sweep_run.h"
@@ -166,7 +166,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
         keys = keys_of(description, request.get());
         whole = run(rich);
         const Json object = parse(whole.object);
-        success = reply_given(description, request.get(), object.get());
+        success = agent::reply_given(description, request.get(), object.get());
         ASSERT_NE(success, nullptr) << whole.object;
         told = members_behind(left(request.get(), success), whole.object);
     }
@@ -184,7 +184,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
 
     std::string left(const cJSON *of, const cJSON *reply) const
     {
-        return print(Json(left_of(description, reply, of)).get());
+        return print(Json(agent::left_of(description, reply, of)).get());
     }
 
     // What an object has behind the members of another, as it is printed.
@@ -245,7 +245,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
         changed.run = run(print(changed.request.get()));
         EXPECT_EQ(damage(subject, changed.run), "") << changed.run.request;
         const Json object = parse(changed.run.object);
-        EXPECT_EQ(undescribed(description, changed.request.get(), object.get()), "")
+        EXPECT_EQ(agent::undescribed(description, changed.request.get(), object.get()), "")
             << changed.run.request << "\nbecame " << changed.run.object;
         return changed;
     }
@@ -419,7 +419,7 @@ TEST_P(RequestTest, CutsATextToItsFieldAndNowhereElse)
         }
         const Case marked = with(kMark);
         const cJSON *reply =
-            reply_given(description, marked.request.get(), parse(marked.run.object).get());
+            agent::reply_given(description, marked.request.get(), parse(marked.run.object).get());
         ASSERT_NE(reply, nullptr);
         const std::string members =
             members_behind(left(marked.request.get(), reply), marked.run.object);

@@ -2,10 +2,10 @@
 // Failure as a dimension of every command and builder: each allocation fails in turn, and each call
 // of the device fails or misbehaves in every way. A failing case prints the line that repeats it
 // alone, also when the case ends the program: the environment variable FAULT_CASE names it.
-#include "described_reply.h"
 #include "error_lines.h"
 #include "exceptions.h"
 #include "handler_test.h"
+#include "protocol/described_reply.h"
 #include "smart_router_service/device_functions.h"
 #include "sweep_run.h"
 #include "traffic.h"
@@ -113,8 +113,8 @@ class FaultTest : public testing::TestWithParam<Subject> {
     {
         const Json sent = parse(run.request);
         const Json object = parse(run.object);
-        if (subject.builder == nullptr &&
-            reply_given(description_of(subject.command), sent.get(), object.get()) != nullptr) {
+        if (subject.builder == nullptr && agent::reply_given(description_of(subject.command),
+                                                             sent.get(), object.get()) != nullptr) {
             record_traffic(subject.command, run.request, run.object);
         }
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "described_reply.h"
 #include "handler_test.h"
 #include "leeway.h"
+#include "protocol/described_reply.h"
 #include "protocol/device_facts.h"
 #include "sweep_run.h"
 
@@ -153,7 +153,7 @@ bool knows_reason(const cJSON *description, std::string_view reason, bool is_who
     const cJSON *reply;
     cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
     {
-        if (is_whole && is_of_request(reply)) {
+        if (is_whole && agent::is_of_request(reply)) {
             continue;
         }
         const cJSON *key;
@@ -380,9 +380,9 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
         return "";
     }
     const cJSON *description = description_of(subject.command);
-    const cJSON *reply = reply_given(description, request.get(), object.get());
+    const cJSON *reply = agent::reply_given(description, request.get(), object.get());
     if (reply == nullptr) {
-        return undescribed(description, request.get(), object.get());
+        return agent::undescribed(description, request.get(), object.get());
     }
-    return is_of_request(reply) ? "the request is blamed for what the device does" : "";
+    return agent::is_of_request(reply) ? "the request is blamed for what the device does" : "";
 }

@@ -170,6 +170,15 @@ const toml::table *TomlReader::table(std::string_view key)
     return node != nullptr ? node->as_table() : nullptr;
 }
 
+const toml::array *TomlReader::list(std::string_view key)
+{
+    const toml::node *node = find(key);
+    if (node != nullptr && !node->is_array()) {
+        add_problem(line_of(key), key, wrong_type("a list", *node));
+    }
+    return node != nullptr ? node->as_array() : nullptr;
+}
+
 const std::string *TomlReader::text(std::string_view key)
 {
     const auto *found = value<std::string>(key, "a text");

@@ -33,6 +33,7 @@ class TomlReader {
 
     // Null, or nothing, if the key is absent or its value has another type.
     const toml::table *table(std::string_view key);
+    const toml::array *list(std::string_view key);
     const std::string *text(std::string_view key);
     std::optional<int64_t> whole_number(std::string_view key);
     std::optional<double> number(std::string_view key);

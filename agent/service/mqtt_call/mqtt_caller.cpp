@@ -17,7 +17,6 @@ namespace {
 
 // Gateways that are asked at the same time: brokers drop what a client does not read fast enough.
 constexpr size_t kMostActive = 100;
-constexpr std::chrono::seconds kAttempt(10); // for connection, TLS and subscriptions
 constexpr std::chrono::milliseconds kTick(100);
 constexpr uint32_t kMaxAnswer = 16U * 1024 * 1024;
 constexpr int kQosOfRequests = 1;
@@ -48,8 +47,7 @@ bool is_epoch(std::string_view text)
 MqttCaller::MqttCaller(boost::asio::io_context &loop, MqttCallerOptions options,
                        MqttCallerListener &listener)
     : loop_(loop), options_(std::move(options)), listener_(listener),
-      client_("hgagent-" + random_text()), lookup_(loop), attempt_(loop), timeout_(loop),
-      repeat_(loop)
+      session_(loop, session_options(), *this), timeout_(loop), repeat_(loop)
 {
     for (const std::string &id : options_.ids) {
         gateways_.push_back({id, random_text(), "", {}});
@@ -71,78 +69,36 @@ void MqttCaller::start()
         });
         schedule_repetitions();
     }
-    resolve();
+    session_.start();
 }
 
 void MqttCaller::stop()
 {
-    has_ended_ = true;
     timeout_.cancel();
     repeat_.cancel();
-    attempt_.cancel();
-    if (is_connected_) {
-        connection_->disconnect();
-    }
+    session_.stop();
 }
 
-// ---- Connecting ---------------------------------------------------------------------------------
-
-void MqttCaller::try_next(const std::string &why)
+BrokerSessionOptions MqttCaller::session_options() const
 {
-    if (has_ended_) {
-        return;
-    }
-    if (!addresses_.empty()) {
-        connect();
-        return;
-    }
-    const std::string url = broker().url();
-    broker_ = (broker_ + 1) % options_.brokers.size();
-    if (++failures_ < options_.brokers.size()) {
-        resolve();
-        return;
-    }
-    if (!has_been_connected_) {
-        listener_.on_no_broker("cannot connect to " + url + ": " + why);
-        return;
-    }
-    failures_ = 0;
-    attempt_.expires_after(backoff_.next(std::uniform_real_distribution<>(0, 1)(random_)));
-    attempt_.async_wait([this](const boost::system::error_code &problem) {
-        if (!problem) {
-            resolve();
-        }
-    });
+    BrokerSessionOptions options;
+    options.brokers = options_.brokers;
+    options.credentials = options_.credentials;
+    options.tls = options_.tls;
+    options.client = random_client_name();
+    options.max_packet = kMaxAnswer;
+    options.subscriptions = subscriptions(options.client);
+    return options;
 }
 
-void MqttCaller::resolve()
-{
-    if (is_address(broker().host)) {
-        addresses_ = {broker().host};
-        connect();
-        return;
-    }
-    lookup_.start(broker().host,
-                  [this](std::vector<std::string> found, const std::string &problem) {
-                      addresses_ = std::move(found);
-                      if (broker().is_local()) {
-                          std::erase_if(addresses_, [](const std::string &address) {
-                              return !is_loopback_address(address);
-                          });
-                      }
-                      std::ranges::reverse(addresses_);
-                      try_next(problem.empty() ? "it has no address" : problem);
-                  });
-}
-
-std::vector<std::string> MqttCaller::subscriptions() const
+std::vector<std::string> MqttCaller::subscriptions(const std::string &client) const
 {
     // Some brokers accept few subscriptions: several gateways share theirs.
     const std::string base =
-        options_.root + "/" + (gateways_.size() == 1 ? gateways_.front().id : "+") + "/";
+        options_.root + "/" + (options_.ids.size() == 1 ? options_.ids.front() : "+") + "/";
     std::vector<std::string> topics;
     if (!options_.command.empty()) {
-        topics.push_back(base + "reply/" + client_);
+        topics.push_back(base + "reply/" + client);
         topics.push_back(base + std::string(kStateTopic));
     }
     if (options_.has_events) {
@@ -151,65 +107,14 @@ std::vector<std::string> MqttCaller::subscriptions() const
     return topics;
 }
 
-void MqttCaller::connect()
+void MqttCaller::on_connected(const std::string &broker)
 {
-    ConnectOptions options;
-    options.broker = broker();
-    options.address = std::move(addresses_.back());
-    addresses_.pop_back();
-    options.id = client_;
-    options.credentials = options_.credentials;
-    options.max_packet = kMaxAnswer;
-    options.subscriptions = subscriptions();
-    tls_.reset();
-    if (broker().is_tls) {
-        try {
-            tls_.emplace(options_.tls, broker().host);
-        } catch (const std::runtime_error &problem) {
-            try_next(problem.what());
-            return;
-        }
-        options.tls = &*tls_;
-    }
-    connection_ = std::make_unique<BrokerConnection>(loop_, std::move(options),
-                                                     static_cast<BrokerListener &>(*this));
-    attempt_.expires_after(kAttempt);
-    attempt_.async_wait([this](const boost::system::error_code &problem) {
-        if (!problem) {
-            on_lost("no answer within " + std::to_string(kAttempt.count()) + " seconds");
-        }
-    });
-    connection_->start();
-}
-
-void MqttCaller::on_connected()
-{
-    attempt_.cancel();
-    addresses_.clear();
-    failures_ = 0;
-    backoff_.reset();
-    has_been_connected_ = true;
-    is_connected_ = true;
-    listener_.on_connected(broker().url());
+    listener_.on_connected(broker);
     // What the last connection has carried may be lost.
     for (Gateway *gateway : active_) {
         ask(*gateway);
     }
     begin_next();
-}
-
-void MqttCaller::on_lost(const std::string &why)
-{
-    attempt_.cancel();
-    connection_.reset();
-    if (has_ended_) {
-        return;
-    }
-    if (std::exchange(is_connected_, false)) {
-        listener_.on_interruption("the connection to " + broker().url() + " is lost: " + why);
-        failures_ = options_.brokers.size(); // a pause first
-    }
-    try_next(why);
 }
 
 // ---- Requests -----------------------------------------------------------------------------------
@@ -221,7 +126,7 @@ std::string MqttCaller::topic(const Gateway &gateway, std::string_view rest) con
 
 void MqttCaller::begin_next()
 {
-    while (!options_.command.empty() && is_connected_ && active_.size() < kMostActive &&
+    while (!options_.command.empty() && session_.is_connected() && active_.size() < kMostActive &&
            next_ < gateways_.size()) {
         active_.push_back(&gateways_[next_++]);
         ask(*active_.back());
@@ -232,7 +137,7 @@ void MqttCaller::begin_next()
 // the service does not know whether it has executed the request.
 void MqttCaller::ask(Gateway &gateway)
 {
-    if (!is_connected_) {
+    if (!session_.is_connected()) {
         return;
     }
     const auto now = Clock::now();
@@ -240,20 +145,20 @@ void MqttCaller::ask(Gateway &gateway)
     PublishedMessage message;
     if (options_.is_change && gateway.epoch.empty()) {
         message.topic = topic(gateway, "state/get");
-        connection_->publish(message);
+        session_.publish(message);
         return;
     }
     message.topic = topic(gateway, "command/" + options_.command);
     message.payload = options_.params;
     message.qos = kQosOfRequests;
     message.correlation = gateway.correlation;
-    message.response_topic = topic(gateway, "reply/" + client_);
+    message.response_topic = topic(gateway, "reply/" + session_.client());
     message.epoch = gateway.epoch;
     message.wants_gzip = true;
     message.expiry =
         std::max(std::chrono::ceil<std::chrono::seconds>(deadline_ - now), std::chrono::seconds(1));
     gateway.was_sent = true;
-    connection_->publish(message);
+    session_.publish(message);
 }
 
 void MqttCaller::schedule_repetitions()
@@ -275,7 +180,7 @@ void MqttCaller::schedule_repetitions()
 
 void MqttCaller::on_message(const ReceivedMessage &message)
 {
-    if (has_ended_ || message.topic.size() <= options_.root.size() + 1) {
+    if (message.topic.size() <= options_.root.size() + 1) {
         return;
     }
     const std::string_view below = message.topic.substr(options_.root.size() + 1);

@@ -4,17 +4,12 @@
 // executed at most once, and its answer does not get lost.
 #pragma once
 
-#include "service/ways_in/mqtt/backoff.h"
-#include "service/ways_in/mqtt/broker_connection.h"
-#include "service/ways_in/mqtt/name_lookup.h"
+#include "service/mqtt_call/broker_session.h"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/steady_timer.hpp>
 
 #include <chrono>
-#include <memory>
-#include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -56,7 +51,7 @@ class MqttCallerListener {
     ~MqttCallerListener() = default;
 };
 
-class MqttCaller : BrokerListener {
+class MqttCaller : BrokerSessionListener {
   public:
     MqttCaller(boost::asio::io_context &loop, MqttCallerOptions options,
                MqttCallerListener &listener);
@@ -78,17 +73,13 @@ class MqttCaller : BrokerListener {
         bool is_done = false;
     };
 
-    void on_connected() override;
+    void on_connected(const std::string &broker) override;
     void on_message(const ReceivedMessage &message) override;
-    void on_acknowledged(int) override {}
-    void on_lost(const std::string &why) override;
+    void on_interruption(const std::string &why) override { listener_.on_interruption(why); }
+    void on_no_broker(const std::string &why) override { listener_.on_no_broker(why); }
 
-    void try_next(const std::string &why);
-    void resolve();
-    void connect();
-    std::vector<std::string> subscriptions() const;
-    const BrokerAddress &broker() const { return options_.brokers[broker_]; }
-
+    BrokerSessionOptions session_options() const;
+    std::vector<std::string> subscriptions(const std::string &client) const;
     void begin_next();
     void ask(Gateway &gateway);
     void take_state(Gateway &gateway, const ReceivedMessage &message);
@@ -102,28 +93,15 @@ class MqttCaller : BrokerListener {
     boost::asio::io_context &loop_;
     const MqttCallerOptions options_;
     MqttCallerListener &listener_;
-    const std::string client_; // its name on the broker, and in its reply topics
     std::vector<Gateway> gateways_;
     std::unordered_map<std::string_view, size_t> place_of_id_;
     std::vector<Gateway *> active_; // those that have been asked, and have not answered
     size_t next_ = 0;               // the first one that has not been asked
 
-    size_t broker_ = 0;
-    std::vector<std::string> addresses_; // of the broker, not tried yet, in reverse order
-    size_t failures_ = 0;                // brokers that have failed one after the other
-    bool has_been_connected_ = false;
-    bool is_connected_ = false;
-    NameLookup lookup_;
-    Backoff backoff_;
-    std::minstd_rand random_{std::random_device{}()};
-    boost::asio::steady_timer attempt_; // the end of an attempt, or of the pause before one
-    std::optional<TlsContext> tls_;
-    std::unique_ptr<BrokerConnection> connection_;
-
+    BrokerSession session_;
     Clock::time_point deadline_;
     boost::asio::steady_timer timeout_;
     boost::asio::steady_timer repeat_;
-    bool has_ended_ = false;
 };
 
 } // namespace agent::service

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "described_reply.h"
+#include "protocol/described_reply.h"
 
 #include <cstring>
-#include <strings.h>
+
+namespace agent {
 
 namespace {
 
 const char *text_of(const cJSON *object, const char *key)
 {
-    return cJSON_GetStringValue(cJSON_GetObjectItem(object, key));
+    return cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object, key));
 }
 
 std::string keys_undescribed(const cJSON *item, const cJSON *keys);
@@ -23,7 +24,7 @@ std::string text_undescribed(const cJSON *value, const cJSON *key)
     if (fixed != nullptr && strcmp(text, fixed) != 0) {
         return "should be \"" + std::string(fixed) + '"';
     }
-    const cJSON *choices = cJSON_GetObjectItem(key, "one_of");
+    const cJSON *choices = cJSON_GetObjectItemCaseSensitive(key, "one_of");
     bool is_chosen = choices == nullptr;
     const cJSON *choice;
     cJSON_ArrayForEach(choice, choices)
@@ -33,7 +34,7 @@ std::string text_undescribed(const cJSON *value, const cJSON *key)
     if (!is_chosen) {
         return "should be another text";
     }
-    const cJSON *most = cJSON_GetObjectItem(key, "max_bytes");
+    const cJSON *most = cJSON_GetObjectItemCaseSensitive(key, "max_bytes");
     return most != nullptr && strlen(text) > static_cast<size_t>(most->valueint) ? "is too long"
                                                                                  : "";
 }
@@ -41,7 +42,7 @@ std::string text_undescribed(const cJSON *value, const cJSON *key)
 std::string value_undescribed(const cJSON *value, const cJSON *key)
 {
     const char *type = text_of(key, "type");
-    const cJSON *items = cJSON_GetObjectItem(key, "items");
+    const cJSON *items = cJSON_GetObjectItemCaseSensitive(key, "items");
     if (type == nullptr) {
         return text_undescribed(value, key);
     }
@@ -85,7 +86,7 @@ std::string keys_undescribed(const cJSON *item, const cJSON *keys)
                 return name + " " + why;
             }
             item = item->next;
-        } else if (cJSON_IsTrue(cJSON_GetObjectItem(key, "optional")) == 0) {
+        } else if (cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(key, "optional")) == 0) {
             return name + " is missing";
         }
     }
@@ -97,7 +98,7 @@ void remove_described(cJSON *request, const cJSON *reply, const char *list, bool
                       bool only_texts)
 {
     const cJSON *key;
-    cJSON_ArrayForEach(key, cJSON_GetObjectItem(reply, list))
+    cJSON_ArrayForEach(key, cJSON_GetObjectItemCaseSensitive(reply, list))
     {
         cJSON *item = is_case_sensitive
                           ? cJSON_GetObjectItemCaseSensitive(request, key->valuestring)
@@ -126,7 +127,8 @@ std::string other_than(const cJSON *reply, const cJSON *description, const cJSON
         item = item->next;
     }
     cJSON_Delete(rest);
-    return why.empty() ? keys_undescribed(item, cJSON_GetObjectItem(reply, "keys")) : why;
+    return why.empty() ? keys_undescribed(item, cJSON_GetObjectItemCaseSensitive(reply, "keys"))
+                       : why;
 }
 
 } // namespace
@@ -134,7 +136,7 @@ std::string other_than(const cJSON *reply, const cJSON *description, const cJSON
 cJSON *left_of(const cJSON *description, const cJSON *reply, const cJSON *request)
 {
     const bool is_case_sensitive =
-        cJSON_IsTrue(cJSON_GetObjectItem(description, "case_sensitive")) != 0;
+        cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(description, "case_sensitive")) != 0;
     cJSON *rest = cJSON_Duplicate(request, 1);
     remove_described(rest, reply, "removes", is_case_sensitive, false);
     remove_described(rest, reply, "removes_if_text", is_case_sensitive, true);
@@ -143,8 +145,8 @@ cJSON *left_of(const cJSON *description, const cJSON *reply, const cJSON *reques
 
 bool is_of_request(const cJSON *reply)
 {
-    const cJSON *key = cJSON_GetObjectItem(reply, "without");
-    key = key != nullptr ? key : cJSON_GetObjectItem(reply, "without_text");
+    const cJSON *key = cJSON_GetObjectItemCaseSensitive(reply, "without");
+    key = key != nullptr ? key : cJSON_GetObjectItemCaseSensitive(reply, "without_text");
     // The key of an element can be missing when the device has been called for others.
     return key != nullptr && strchr(key->child->valuestring, '.') == nullptr;
 }
@@ -153,7 +155,7 @@ const cJSON *reply_given(const cJSON *description, const cJSON *request, const c
 {
     const cJSON *given = nullptr;
     const cJSON *reply;
-    cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
+    cJSON_ArrayForEach(reply, cJSON_GetObjectItemCaseSensitive(description, "replies"))
     {
         if ((given == nullptr || is_of_request(given)) &&
             other_than(reply, description, request, object).empty()) {
@@ -170,10 +172,12 @@ std::string undescribed(const cJSON *description, const cJSON *request, const cJ
     }
     std::string reasons;
     const cJSON *reply;
-    cJSON_ArrayForEach(reply, cJSON_GetObjectItem(description, "replies"))
+    cJSON_ArrayForEach(reply, cJSON_GetObjectItemCaseSensitive(description, "replies"))
     {
         reasons += "\n  not when " + std::string(text_of(reply, "when")) + ": " +
                    other_than(reply, description, request, object);
     }
     return "no described reply" + reasons;
 }
+
+} // namespace agent

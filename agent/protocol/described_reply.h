@@ -5,6 +5,8 @@
 #include <cjson/cJSON.h>
 #include <string>
 
+namespace agent {
+
 // Why the object is not one of the command's possible replies to the request; empty when it is.
 std::string undescribed(const cJSON *description, const cJSON *request, const cJSON *object);
 
@@ -17,3 +19,5 @@ bool is_of_request(const cJSON *reply);
 
 // The request without the keys that this reply removes. The caller deletes it.
 cJSON *left_of(const cJSON *description, const cJSON *reply, const cJSON *request);
+
+} // namespace agent

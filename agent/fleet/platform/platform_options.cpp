@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "fleet/platform/platform_options.h"
+
+#include "fleet/gateway_id.h"
+#include "io/streams.h"
+#include "service/common/config_error.h"
+#include "service/ways_in/mqtt/topics.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+#include <sstream>
+
+namespace agent::fleet::platform {
+
+namespace {
+
+using service::in_message;
+
+constexpr size_t kMaxIds = 16UL * 1024 * 1024; // bytes of a file
+constexpr uint32_t kMostGateways = 1'000'000;
+constexpr uint32_t kMostConnections = 64;
+
+std::vector<service::BrokerAddress> brokers_of(const PlatformArguments &arguments)
+{
+    std::vector<service::BrokerAddress> brokers;
+    for (const std::string &url : arguments.brokers) {
+        try {
+            brokers.push_back(service::parse_broker(url));
+        } catch (const std::invalid_argument &problem) {
+            throw WrongUsage("--broker: " + in_message(url) + ": " + problem.what());
+        }
+        if (!brokers.back().is_tls && !brokers.back().is_local() && !arguments.insecure) {
+            throw WrongUsage(brokers.back().url() + " is on another machine: use mqtts://, or "
+                                                    "--insecure to do without TLS");
+        }
+    }
+    return brokers;
+}
+
+std::vector<std::string> ids_of(const PlatformArguments &arguments)
+{
+    std::vector<std::string> ids;
+    if (arguments.count > kLastNumber - arguments.first + 1) {
+        throw WrongUsage("--first and --count lead beyond the number " +
+                         std::to_string(kLastNumber));
+    }
+    for (uint32_t number = 0; number < arguments.count; ++number) {
+        ids.push_back(gateway_id(arguments.prefix, arguments.first + number));
+    }
+    for (const std::string &path : arguments.id_files) {
+        std::istringstream file(read_all_of(path, kMaxIds));
+        for (std::string line; std::getline(file, line);) {
+            if (!line.empty() && line.front() != '#') {
+                ids.push_back(line);
+            }
+        }
+    }
+    if (ids.empty()) {
+        throw WrongUsage("no gateway is given: --count or --ids");
+    }
+    if (ids.size() > kMostGateways) {
+        throw WrongUsage("more than " + std::to_string(kMostGateways) + " gateways are given");
+    }
+    std::set<std::string_view> known;
+    for (const std::string &id : ids) {
+        if (const std::string problem = service::problem_of_gateway_id(id); !problem.empty()) {
+            throw WrongUsage(in_message(id) + ": " + problem);
+        }
+        if (!known.insert(id).second) {
+            throw WrongUsage("the gateway " + in_message(id) + " is given twice");
+        }
+    }
+    return ids;
+}
+
+WatchedProcess watched_process(const std::string &word)
+{
+    const size_t equals = word.find('=');
+    WatchedProcess watched;
+    if (equals != std::string::npos) {
+        const char *const end = word.data() + word.size();
+        watched.name = word.substr(0, equals);
+        const auto [read, error] = std::from_chars(word.data() + equals + 1, end, watched.process);
+        if (error == std::errc() && read == end && watched.process > 0 && !watched.name.empty() &&
+            watched.name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_") ==
+                std::string::npos) {
+            return watched;
+        }
+    }
+    throw WrongUsage("--watch: " + in_message(word) +
+                     " is not NAME=PID, with a name of small letters and digits");
+}
+
+std::chrono::milliseconds milliseconds(double seconds)
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::duration<double>(seconds));
+}
+
+// Omits the check from the help text: the value's name already describes it.
+CLI::Validator unnamed(CLI::Validator check)
+{
+    return check.description("");
+}
+
+} // namespace
+
+CLI::Option *add_platform_options(CLI::App &command,
+                                  const std::shared_ptr<PlatformArguments> &arguments)
+{
+    arguments->prefix = kDefaultPrefix;
+    const auto add = [&](const char *name, auto &place, const char *help, const char *type) {
+        return command.add_option(name, place, help)->type_name(type)->allow_extra_args(false);
+    };
+    CLI::Option *broker =
+        add("--broker", arguments->brokers,
+            "Broker, mqtt://HOST[:PORT] or mqtts:// with TLS; of several the first that answers",
+            "URL")
+            ->required();
+    add("--count", arguments->count, "Number of gateways", "N")
+        ->check(unnamed(CLI::Range(1U, kMostGateways)));
+    add("--first", arguments->first, "Number of the first one; 1 by default", "NUMBER")
+        ->check(unnamed(CLI::Range(1U, kLastNumber)));
+    add("--prefix", arguments->prefix,
+        "Beginning of their names, PREFIX-NUMBER; \"home\" by default", "PREFIX");
+    add("--ids", arguments->id_files, "File with names of gateways, each on a line", "FILE");
+    add("--root", arguments->root, "Beginning of their topics; \"gateway\" by default", "ROOT");
+    add("--connections", arguments->connections, "Connections to the broker; 4 by default", "N")
+        ->check(unnamed(CLI::Range(1U, kMostConnections)));
+    add("--repeat", arguments->repeat,
+        "When a request without an answer is sent again; 5 seconds by default", "SECONDS")
+        ->check(unnamed(CLI::Range(0.1, 3600.0)));
+    add("--timeout", arguments->timeout,
+        "When a request counts as unanswered; 120 seconds by default", "SECONDS")
+        ->check(unnamed(CLI::Range(0.1, 86400.0)));
+    add("--wait", arguments->wait, "How long to wait for gateways at first; 60 seconds by default",
+        "SECONDS")
+        ->check(unnamed(CLI::Range(0.1, 86400.0)));
+    add("--seed", arguments->seed, "What gateways and requests are drawn from; 1 by default",
+        "SEED");
+    add("--watch", arguments->watched,
+        "Report the processor time of a process and its children; may be repeated", "NAME=PID");
+    add("--json", arguments->json, "Write the report as JSON", "FILE");
+    add("--page", arguments->page, "Write the report as one HTML page", "FILE");
+    add("--metrics", arguments->metrics,
+        "Write metrics for Prometheus every second, for its collector of text files", "FILE");
+    command.add_flag("--insecure", arguments->insecure,
+                     "Connect to a broker on another machine without TLS");
+    add("--broker-credentials", arguments->credentials,
+        "File with the user and the password for the broker, each on a line", "FILE");
+    add("--broker-ca", arguments->tls.ca,
+        "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
+    add("--broker-certificate", arguments->tls.certificate, "Certificate of this client", "FILE");
+    add("--broker-key", arguments->tls.key, "Its private key", "FILE");
+    add("--broker-alpn", arguments->tls.alpn, "Protocol that TLS asks for", "NAME");
+    add("--broker-server-name", arguments->tls.server_name,
+        "Name in the broker's certificate, instead of its host", "NAME");
+    return broker;
+}
+
+PlatformOptions platform_options(const PlatformArguments &arguments)
+{
+    PlatformOptions options;
+    options.brokers = brokers_of(arguments);
+    options.ids = ids_of(arguments);
+    if (const std::string problem = service::problem_of_topic_root(arguments.root);
+        !problem.empty()) {
+        throw WrongUsage(problem);
+    }
+    options.root = arguments.root;
+    if (arguments.tls.certificate.empty() != arguments.tls.key.empty()) {
+        throw WrongUsage("a certificate and its key are given together");
+    }
+    options.tls = arguments.tls;
+    if (!arguments.credentials.empty()) {
+        try {
+            options.credentials = service::read_credentials(arguments.credentials);
+        } catch (const std::runtime_error &problem) {
+            throw WrongUsage(problem.what());
+        }
+    }
+    options.connections = arguments.connections;
+    options.repeat = milliseconds(arguments.repeat);
+    options.timeout = milliseconds(arguments.timeout);
+    options.wait = milliseconds(arguments.wait);
+    options.seed = arguments.seed;
+    for (const std::string &word : arguments.watched) {
+        options.watched.push_back(watched_process(word));
+    }
+    options.json = arguments.json;
+    options.page = arguments.page;
+    options.metrics = arguments.metrics;
+    return options;
+}
+
+} // namespace agent::fleet::platform

@@ -1,0 +1,62 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""A fleet past one process and one broker: three fleets with a range of numbers each, on three nodes of a cluster of
+ejabberd, and the driver on the first node, whose requests reach the others through the cluster.
+
+  fleet_cluster.py [--build FOLDER] [--count N] [--rate R] [--for TIME] [--page FILE]
+
+--count is the number of gateways in each fleet. ejabberd is installed as tools/cluster.sh says."""
+import argparse
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(ROOT / "tests" / "broker"))
+import ejabberd  # noqa: E402  # pylint: disable=wrong-import-position
+
+NODES = 3
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    options.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
+    options.add_argument("--count", type=int, default=100)
+    options.add_argument("--rate", default="100")
+    options.add_argument("--for", dest="time", default="30s")
+    options.add_argument("--page")
+    options = options.parse_args()
+    hgagent = options.build / "bin/hgagent"
+    with tempfile.TemporaryDirectory() as folder:
+        folder = pathlib.Path(folder)
+        credentials = folder / "credentials"
+        credentials.touch(mode=0o600)
+        credentials.write_text("fleet@localhost\nany\n", encoding="ascii")
+        cluster = ejabberd.Cluster(folder / "cluster", NODES)
+        fleets = []
+        try:
+            words = []
+            for number, port in enumerate(cluster.ports):
+                fleets.append(subprocess.Popen(
+                    [hgagent, "fleet", "--count", str(options.count), "--first", str(1 + number * options.count),
+                     "--broker", f"mqtt://127.0.0.1:{port}", "--broker-credentials", credentials,
+                     "--states", folder / f"states{number}"]))
+                words += ["--watch", f"fleet_{number + 1}={fleets[-1].pid}",
+                          "--watch", f"node_{number + 1}={cluster.nodes[number].process.pid}"]
+            if options.page:
+                words += ["--page", options.page]
+            return subprocess.run(
+                [hgagent, "fleet", "drive", "--broker", f"mqtt://127.0.0.1:{cluster.ports[0]}", "--broker-credentials",
+                 credentials, "--count", str(NODES * options.count), "--rate", options.rate, "--for", options.time,
+                 *words], check=False).returncode
+        finally:
+            for fleet in fleets:
+                fleet.terminate()
+            for fleet in fleets:
+                fleet.wait()
+            cluster.close()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
