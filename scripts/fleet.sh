@@ -69,12 +69,15 @@ if [ -z "$broker" ]; then
 fi
 
 ulimit -n "$(ulimit -H -n)"
-"$hgagent" fleet --count "$count" --broker "mqtt://127.0.0.1:$port" --states "$work/states" --churn \
+# With this seed, four of 200 gateways lose their power within the first minute, connections are cut, and one gateway has
+# a faulty device library.
+seed=2374
+"$hgagent" fleet --count "$count" --broker "mqtt://127.0.0.1:$port" --states "$work/states" --churn --seed "$seed" \
     --scenario three_storey_house=3,single_router=2,crowded_mesh=1 --metrics "$work/fleet.prom" &
 fleet=$!
 words=()
 if [ -n "$report" ]; then
     words=(--json "$report/report.json" --page "$report/report.html")
 fi
-"$hgagent" fleet drive --broker "mqtt://127.0.0.1:$port" --count "$count" --rate "$rate" --for "$time" --churn \
+"$hgagent" fleet drive --broker "mqtt://127.0.0.1:$port" --count "$count" --rate "$rate" --for "$time" --timeout 45 --churn --seed "$seed" \
     --watch "fleet=$fleet" --watch "broker=$broker" "${words[@]}"
