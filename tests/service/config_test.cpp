@@ -343,15 +343,16 @@ TEST_F(ConfigFile, TellsWhatOnlyARestartTakes)
 TEST(Worker, IsGivenWhatConcernsIt)
 {
     EXPECT_THAT(worker_arguments(load_config({})),
-                ElementsAre("--log-level=3", "--refuse-notices=0", "serve", "--max-line=1048576"));
+                ElementsAre("--log-level=3", "--record-limit=67108864", "--refuse-notices=0",
+                            "serve", "--max-line=1048576"));
     const ServiceConfig config = parse_config(
         "audit = \"/a\"\nlog-level = 7\n[worker]\nscenario = \"\"\nstate = \"/s\"\nfaults = "
         "[\"x=-1\", \"y=1\"]\nshow-secrets = true\nreasons = true\n[limits]\nline = 99\n",
         "/etc/hgagent.toml");
     EXPECT_THAT(worker_arguments(config),
                 ElementsAre("--log-level=7", "--scenario=", "--state=/s", "--fault=x=-1",
-                            "--fault=y=1", "--show-secrets", "--refuse-notices=0", "serve",
-                            "--max-line=99", "--reasons"));
+                            "--fault=y=1", "--record-limit=67108864", "--show-secrets",
+                            "--refuse-notices=0", "serve", "--max-line=99", "--reasons"));
 }
 
 TEST(Settings, HaveKeysAndOptionsOfTheirOwn)
