@@ -5,6 +5,7 @@ set -euo pipefail
 
 sources=(
     '*.c' '*.cpp' '*.h' '*.py' '*.sh' '*.cmake' '*.cmake.in' '*CMakeLists.txt'
+    '*.css' '*.mjs' '*.mts' '*.ts' '*.tsx'
     .ci/run tools/hooks agent/hgagent.bash.in
 )
 git ls-files -z -- "${sources[@]}" | xargs -0 awk '

@@ -198,7 +198,7 @@ class PageTest(unittest.TestCase):
         self.assertTrue(phone.reaches(network.SERVER))
         self.assertNotEqual(self.kernel(), before)
         self.assertNotEqual(self.traces(), [])
-        done += self.follow("Without a trace")
+        done += self.follow("Removing it")
         self.assertEqual(self.kernel(), before)
         self.assertTrue(laptop.reaches(network.SERVER))
         self.assertEqual(self.traces(), [])

@@ -2,7 +2,6 @@
 #include "fleet/platform/platform_options.h"
 
 #include "fleet/gateway_id.h"
-#include "io/streams.h"
 #include "service/common/config_error.h"
 #include "service/ways_in/mqtt/topics.h"
 
@@ -11,7 +10,6 @@
 #include <algorithm>
 #include <charconv>
 #include <set>
-#include <sstream>
 
 namespace agent::fleet::platform {
 
@@ -19,26 +17,8 @@ namespace {
 
 using service::in_message;
 
-constexpr size_t kMaxIds = 16UL * 1024 * 1024; // bytes of a file
 constexpr uint32_t kMostGateways = 1'000'000;
 constexpr uint32_t kMostConnections = 64;
-
-std::vector<service::BrokerAddress> brokers_of(const PlatformArguments &arguments)
-{
-    std::vector<service::BrokerAddress> brokers;
-    for (const std::string &url : arguments.brokers) {
-        try {
-            brokers.push_back(service::parse_broker(url));
-        } catch (const std::invalid_argument &problem) {
-            throw WrongUsage("--broker: " + in_message(url) + ": " + problem.what());
-        }
-        if (!brokers.back().is_tls && !brokers.back().is_local() && !arguments.insecure) {
-            throw WrongUsage(brokers.back().url() + " is on another machine: use mqtts://, or "
-                                                    "--insecure to do without TLS");
-        }
-    }
-    return brokers;
-}
 
 std::vector<std::string> ids_of(const PlatformArguments &arguments)
 {
@@ -51,12 +31,8 @@ std::vector<std::string> ids_of(const PlatformArguments &arguments)
         ids.push_back(gateway_id(arguments.prefix, arguments.first + number));
     }
     for (const std::string &path : arguments.id_files) {
-        std::istringstream file(read_all_of(path, kMaxIds));
-        for (std::string line; std::getline(file, line);) {
-            if (!line.empty() && line.front() != '#') {
-                ids.push_back(line);
-            }
-        }
+        const std::vector<std::string> listed = service::gateways_in(path);
+        ids.insert(ids.end(), listed.begin(), listed.end());
     }
     if (ids.empty()) {
         throw WrongUsage("no gateway is given: --count or --ids");
@@ -164,24 +140,8 @@ CLI::Option *add_platform_options(CLI::App &command,
 PlatformOptions platform_options(const PlatformArguments &arguments)
 {
     PlatformOptions options;
-    options.brokers = brokers_of(arguments);
+    static_cast<service::BrokerAccess &>(options) = service::broker_access(arguments);
     options.ids = ids_of(arguments);
-    if (const std::string problem = service::problem_of_topic_root(arguments.root);
-        !problem.empty()) {
-        throw WrongUsage(problem);
-    }
-    options.root = arguments.root;
-    if (arguments.tls.certificate.empty() != arguments.tls.key.empty()) {
-        throw WrongUsage("a certificate and its key are given together");
-    }
-    options.tls = arguments.tls;
-    if (!arguments.credentials.empty()) {
-        try {
-            options.credentials = service::read_credentials(arguments.credentials);
-        } catch (const std::runtime_error &problem) {
-            throw WrongUsage(problem.what());
-        }
-    }
     options.connections = arguments.connections;
     options.repeat = milliseconds(arguments.repeat);
     options.timeout = milliseconds(arguments.timeout);

@@ -2,15 +2,12 @@
 // What the subcommands of the platform's side have in common: which gateways, on which broker.
 #pragma once
 
-#include "service/ways_in/mqtt/broker_address.h"
-#include "service/ways_in/mqtt/credentials.h"
-#include "service/ways_in/mqtt/tls.h"
+#include "service/mqtt_call/broker_arguments.h"
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,23 +18,14 @@ class Option;
 
 namespace agent::fleet::platform {
 
-// The command line, or a file that it names, is not valid.
-class WrongUsage : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
+using service::WrongUsage;
 
 // As given on the command line.
-struct PlatformArguments {
-    std::vector<std::string> brokers;
+struct PlatformArguments : service::BrokerArguments {
     uint32_t count = 0;
     uint32_t first = 1;
     std::string prefix;
     std::vector<std::string> id_files;
-    std::string root = "gateway";
-    bool insecure = false;
-    std::string credentials;
-    service::TlsOptions tls;
     uint32_t connections = 4;
     double repeat = 5;    // seconds
     double timeout = 120; // seconds
@@ -58,11 +46,7 @@ struct WatchedProcess {
 };
 
 // The same, checked and read.
-struct PlatformOptions {
-    std::vector<service::BrokerAddress> brokers;
-    service::Credentials credentials;
-    service::TlsOptions tls;
-    std::string root;
+struct PlatformOptions : service::BrokerAccess {
     std::vector<std::string> ids;
     uint32_t connections = 0;
     std::chrono::milliseconds repeat{};

@@ -25,64 +25,31 @@
 #include <csignal>
 #include <map>
 #include <memory>
-#include <sstream>
 
 namespace agent::service {
 
 namespace {
 
-constexpr size_t kMaxIds = 16UL * 1024 * 1024; // bytes of the file
 // Above what the gateway itself allows for a command, so that its answer comes first.
 constexpr std::chrono::seconds kMoreTime(30);
 
-struct MqttCallOptions {
-    std::vector<std::string> brokers;
+struct MqttCallOptions : BrokerArguments {
     std::vector<std::string> ids;
     std::optional<std::string> ids_file;
-    std::string root = kDefaultRoot;
     std::string events;
     bool follows = false;
-    bool insecure = false;
-    std::string credentials;
-    TlsOptions tls;
     double timeout = 0; // seconds; 0: the command's own
     double repeat = 5;
 };
 
 // ---- Arguments ----------------------------------------------------------------------------------
 
-class WrongUsage : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-std::vector<BrokerAddress> brokers_of(const MqttCallOptions &call)
-{
-    std::vector<BrokerAddress> brokers;
-    for (const std::string &url : call.brokers) {
-        try {
-            brokers.push_back(parse_broker(url));
-        } catch (const std::invalid_argument &problem) {
-            throw WrongUsage("--broker: " + in_message(url) + ": " + problem.what());
-        }
-        if (!brokers.back().is_tls && !brokers.back().is_local() && !call.insecure) {
-            throw WrongUsage(brokers.back().url() + " is on another machine: use mqtts://, or "
-                                                    "--insecure to do without TLS");
-        }
-    }
-    return brokers;
-}
-
 std::vector<std::string> ids_of(const MqttCallOptions &call)
 {
     std::vector<std::string> ids = call.ids;
     if (call.ids_file) {
-        std::istringstream file(read_all_of(*call.ids_file, kMaxIds));
-        for (std::string line; std::getline(file, line);) {
-            if (!line.empty() && line.front() != '#') {
-                ids.push_back(line);
-            }
-        }
+        const std::vector<std::string> listed = gateways_in(*call.ids_file);
+        ids.insert(ids.end(), listed.begin(), listed.end());
     }
     for (const std::string &id : ids) {
         if (const std::string problem = problem_of_gateway_id(id); !problem.empty()) {
@@ -100,23 +67,8 @@ std::vector<std::string> ids_of(const MqttCallOptions &call)
 MqttCallerOptions caller_options(const MqttCallOptions &call, const std::string &command)
 {
     MqttCallerOptions options;
-    options.brokers = brokers_of(call);
+    static_cast<BrokerAccess &>(options) = broker_access(call);
     options.ids = ids_of(call);
-    if (const std::string problem = problem_of_topic_root(call.root); !problem.empty()) {
-        throw WrongUsage(problem);
-    }
-    options.root = call.root;
-    if (call.tls.certificate.empty() != call.tls.key.empty()) {
-        throw WrongUsage("a certificate and its key are given together");
-    }
-    options.tls = call.tls;
-    if (!call.credentials.empty()) {
-        try {
-            options.credentials = read_credentials(call.credentials);
-        } catch (const std::runtime_error &problem) {
-            throw WrongUsage(problem.what());
-        }
-    }
     options.command = command;
     options.is_change = may_change(command);
     options.has_events = !call.events.empty();

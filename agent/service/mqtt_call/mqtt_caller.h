@@ -4,6 +4,7 @@
 // executed at most once, and its answer does not get lost.
 #pragma once
 
+#include "service/mqtt_call/broker_arguments.h"
 #include "service/mqtt_call/broker_session.h"
 
 #include <boost/asio/io_context.hpp>
@@ -17,11 +18,7 @@
 
 namespace agent::service {
 
-struct MqttCallerOptions {
-    std::vector<BrokerAddress> brokers; // the first one that can be reached is used
-    Credentials credentials;
-    TlsOptions tls;
-    std::string root;
+struct MqttCallerOptions : BrokerAccess {
     std::vector<std::string> ids; // of the gateways
     std::string command;          // empty: none, events only
     std::string params;           // JSON object
