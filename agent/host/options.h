@@ -23,10 +23,10 @@ class DeviceStage;
 // The libraries to load, and the options of the simulated gateway. For an option that is not given,
 // the gateway uses its environment and defaults.
 struct HostOptions {
-    std::string device; // path of the device library; empty: the installed one
+    std::string device;                  // path of the device library; empty: the installed one
     std::string device_recording;        // path of a recording in place of a device library
     DeviceStage *device_stage = nullptr; // answers all calls in place of a device library
-    std::string plugin; // path of the plug-in; likewise
+    std::string plugin;                  // path of the plug-in; likewise
     std::optional<std::string> scenario;
     std::optional<std::string> state;
     std::vector<std::string> faults;

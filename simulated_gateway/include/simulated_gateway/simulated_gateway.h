@@ -52,7 +52,9 @@ extern "C" {
 /* One home of many that start from the same scenario: they differ in addresses, names, devices and
  * habits. The same number and seed give the same home. */
 typedef struct SimulatedGatewayHome {
+    /* Of all homes that belong together. */
     uint64_t seed;
+    /* Of the home among them. */
     uint32_t number;
 } SimulatedGatewayHome;
 
