@@ -22,6 +22,17 @@ namespace linux_gateway {
                 std::generic_category().message(errno));
 }
 
+// An answer during which something has changed is marked as interrupted, and libmnl would stop
+// reading it. It is complete enough: the next snapshot follows within a second.
+static void clear_interruption(char *messages, size_t size)
+{
+    auto left = static_cast<int>(size);
+    for (auto *message = reinterpret_cast<nlmsghdr *>(messages); mnl_nlmsg_ok(message, left);
+         message = mnl_nlmsg_next(message, &left)) {
+        message->nlmsg_flags &= static_cast<uint16_t>(~NLM_F_DUMP_INTR);
+    }
+}
+
 void RouteSocket::Close::operator()(mnl_socket *socket) const
 {
     mnl_socket_close(socket);
@@ -78,15 +89,14 @@ void RouteSocket::dump(uint16_t type, const void *header, size_t size,
         if (length < 0) {
             throw_netlink_error("answer");
         }
+        clear_interruption(answer.data(), static_cast<size_t>(length));
         result =
             mnl_cb_run(answer.data(), static_cast<size_t>(length), sequence_, port, take, &taker);
         if (taker.problem != nullptr) {
             std::rethrow_exception(taker.problem);
         }
     }
-    // An answer that was interrupted by a change (EINTR) is complete enough: the next snapshot
-    // follows within a second.
-    if (result == MNL_CB_ERROR && errno != EINTR) {
+    if (result == MNL_CB_ERROR) {
         throw_netlink_error("answer");
     }
 }
