@@ -33,7 +33,7 @@ StateFile::StateFile(std::string path) : path_(std::move(path))
 
 State StateFile::read() const
 {
-    const std::optional<std::string> text = read_file_if_there(path_, kMostStateBytes);
+    const std::optional<std::string> text = read_file_unless_missing(path_, kMostStateBytes);
     if (!text) {
         return {};
     }

@@ -18,7 +18,8 @@ class StateFile {
 
     bool is_ours() const { return is_ours_; }
 
-    // An empty state if there is no file yet. A damaged file is renamed, and logged.
+    // An empty state if there is no file yet. A damaged file is renamed, and logged. Throws an
+    // Error if the file cannot be read: the next write() would replace it.
     State read() const;
     // Throws an Error; then the old state is in the file.
     void write(const State &state) const;

@@ -107,6 +107,16 @@ std::optional<std::string> read_file_if_there(const std::string &path, size_t mo
     return text;
 }
 
+std::optional<std::string> read_file_unless_missing(const std::string &path, size_t most_bytes)
+{
+    struct stat status = {};
+    std::optional<std::string> text = read_file_if_there(path, most_bytes);
+    if (!text && lstat(path.c_str(), &status) == 0) {
+        throw Error("cannot read " + path);
+    }
+    return text;
+}
+
 void replace_file(const std::string &path, std::string_view text)
 {
     const WithoutSizeSignal guard;
@@ -118,9 +128,11 @@ void replace_file(const std::string &path, std::string_view text)
         errno = saved_errno;
         throw_file_error(what, path);
     };
+    // One may be left from a process that was killed, or be something else, such as a named pipe.
+    unlink(temporary.c_str());
     {
-        const FileDescriptor file(open(
-            temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, owner_only));
+        const FileDescriptor file(
+            open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, owner_only));
         if (file.get() < 0 || !write_all(file.get(), text) || fsync(file.get()) != 0) {
             fail("cannot write");
         }

@@ -26,6 +26,8 @@ class FileDescriptor {
 // The start of a regular file, at most so many bytes. Nothing if there is no file, or if it cannot
 // be read.
 std::optional<std::string> read_file_if_there(const std::string &path, size_t most_bytes);
+// The same, but throws an Error if there is something that cannot be read.
+std::optional<std::string> read_file_unless_missing(const std::string &path, size_t most_bytes);
 
 // Replaces the content of the file: in a new file, synced and renamed. Throws an Error; then the
 // old content is in place.

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace linux_gateway;
 using testing::HasSubstr;
@@ -69,6 +70,31 @@ TEST(StateFileTest, AFullDiskLeavesTheOldState)
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(file.read().name, "old");
     EXPECT_FALSE(std::filesystem::exists(folder.path("state.json.new")));
+}
+
+TEST(StateFileTest, AFileThatCannotBeReadIsNotTakenForNone)
+{
+    const TemporaryFolder folder;
+    const StateFile file(folder.path("state.json"));
+    std::filesystem::create_directory(folder.path("state.json"));
+    EXPECT_THAT([&] { file.read(); }, ThrowsMessage<Error>(HasSubstr("cannot read")));
+    std::filesystem::remove(folder.path("state.json"));
+    std::filesystem::create_symlink("/no/such/file", folder.path("state.json"));
+    EXPECT_THAT([&] { file.read(); }, ThrowsMessage<Error>(HasSubstr("cannot read")));
+}
+
+TEST(StateFileTest, WhatIsInThePlaceOfTheNewFileIsReplaced)
+{
+    const TemporaryFolder folder;
+    const StateFile file(folder.path("state.json"));
+    ASSERT_EQ(mkfifo(folder.path("state.json.new").c_str(), 0600), 0);
+    file.write(named("first"));
+    EXPECT_EQ(file.read().name, "first");
+    folder.write("other", "not ours");
+    std::filesystem::create_symlink(folder.path("other"), folder.path("state.json.new"));
+    file.write(named("second"));
+    EXPECT_EQ(file.read().name, "second");
+    EXPECT_EQ(folder.read("other"), "not ours");
 }
 
 TEST(StateFileTest, AFolderThatCannotBeIsNamed)
