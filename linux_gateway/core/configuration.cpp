@@ -4,9 +4,11 @@
 #include "system/dhcp_server.h"
 #include "system/error.h"
 #include "system/files.h"
+#include "system/mac.h"
 #include "system/network_reader.h"
 #include "system/text.h"
 
+#include <arpa/inet.h>
 #include <cstdlib>
 #include <toml++/toml.h>
 
@@ -20,6 +22,23 @@ std::string file_of_configuration()
 {
     const char *named = secure_getenv("LINUX_GATEWAY_CONFIG");
     return named != nullptr && *named != '\0' ? named : kDefaultFile;
+}
+
+// A MAC or IP address as hosts are listed with it; empty if the text is neither.
+std::string canonical_address(const std::string &text)
+{
+    if (const std::optional<Mac> mac = parse_mac(text)) {
+        return to_text(*mac);
+    }
+    for (const int family : {AF_INET, AF_INET6}) {
+        in6_addr bytes = {};
+        char address[INET6_ADDRSTRLEN] = "";
+        if (inet_pton(family, text.c_str(), &bytes) == 1 &&
+            inet_ntop(family, &bytes, address, sizeof(address)) != nullptr) {
+            return address;
+        }
+    }
+    return "";
 }
 
 void read_file(Configuration &configuration, const std::string &path, const std::string &text)
@@ -66,6 +85,11 @@ void read_file(Configuration &configuration, const std::string &path, const std:
             take(configuration.area_code);
         } else if (name == "management_host") {
             take(configuration.management_host.emplace());
+            const std::string address = canonical_address(*configuration.management_host);
+            if (address.empty()) {
+                refuse(key, "is neither an IP nor a MAC address");
+            }
+            configuration.management_host = address;
         } else if (name == "remove_at_exit") {
             if (!value.is_boolean()) {
                 refuse(key, "is neither true nor false");
@@ -114,7 +138,7 @@ Configuration find_configuration()
 {
     Configuration configuration;
     const std::string path = file_of_configuration();
-    if (const std::optional<std::string> text = read_file_if_there(path, kMostBytes)) {
+    if (const std::optional<std::string> text = read_file_unless_missing(path, kMostBytes)) {
         read_file(configuration, path, *text);
     } else if (path != kDefaultFile) {
         throw Error("cannot read the configuration " + path);

@@ -24,7 +24,7 @@ struct Configuration {
 };
 
 // The file that LINUX_GATEWAY_CONFIG names, or the default one if it is there, with what it does
-// not name found on the machine. Throws an Error with a sentence for each thing that is missing.
+// not name found on the machine. Throws an Error that says what is missing or wrong.
 Configuration find_configuration();
 
 } // namespace linux_gateway

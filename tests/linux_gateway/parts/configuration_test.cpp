@@ -55,6 +55,18 @@ remove_at_exit = true
     EXPECT_TRUE(configuration.remove_at_exit);
 }
 
+TEST_F(ConfigurationTest, TheManagementHostHasAnAddress)
+{
+    const std::string key = "lan_bridge = \"br7\"\nmanagement_host = ";
+    EXPECT_EQ(read(key + "\"02-00-5e-10-00-0A\"").management_host, "02:00:5E:10:00:0A");
+    EXPECT_EQ(read(key + "\"FD00:0::0A\"").management_host, "fd00::a");
+    for (const char *wrong : {"laptop", "192.168.8.300", "02:00:5e", "192.168.8.10/24"}) {
+        EXPECT_THAT([&] { read(key + '"' + wrong + '"'); },
+                    ThrowsMessage<Error>(HasSubstr("line 2: management_host is neither")))
+            << wrong;
+    }
+}
+
 TEST_F(ConfigurationTest, TheLeaseFileIsThatOfDnsmasq)
 {
     const std::string dnsmasq = folder_.write("dnsmasq.conf", "dhcp-leasefile=/run/its_leases\n");
