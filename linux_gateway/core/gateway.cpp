@@ -21,8 +21,8 @@ Gateway::Gateway()
       state_file_(configuration_.state), state_(std::make_shared<const State>(state_file_.read()))
 {
     const std::lock_guard lock(mutex_);
-    view_locked();
-    for (const std::string &obstacle : obstacles(configuration_)) {
+    const View view = view_locked();
+    for (const std::string &obstacle : obstacles(configuration_, *view.network)) {
         log_error(obstacle);
     }
     if (!state_file_.is_ours()) {
@@ -88,8 +88,16 @@ void Gateway::find_management_host()
             best = &host;
         }
     }
-    if (best != nullptr) {
-        management_host_ = best->mac;
+    if (best == nullptr || management_host_ == best->mac) {
+        return;
+    }
+    management_host_ = best->mac;
+    // It may have been blocked before it had the address.
+    if (are_rules_in_force_ && !is_closed_) {
+        const std::string error = enforcement_.apply(rules(*state_));
+        if (!error.empty()) {
+            log_error("the rules do not follow the management host yet: " + error);
+        }
     }
 }
 

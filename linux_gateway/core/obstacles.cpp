@@ -17,9 +17,16 @@ static bool is_on(const char *switch_file)
     return trimmed(read_file_if_there(switch_file, most_bytes).value_or("")) == "1";
 }
 
-std::vector<std::string> obstacles(const Configuration &configuration)
+std::vector<std::string> obstacles(const Configuration &configuration, const Network &network)
 {
     std::vector<std::string> sentences;
+    if (network.wan_name.empty()) {
+        sentences.emplace_back(
+            "there is no default route, so the WAN port is not known: name it as "
+            "wan_port in the configuration");
+    } else if (!network.wan) {
+        sentences.push_back("there is no WAN port " + in_quotes(network.wan_name));
+    }
     if (!is_dhcp_server_running()) {
         sentences.emplace_back(
             "no DHCP server is running on this machine: start dnsmasq, which gives the hosts their "

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/configuration.h"
+#include "system/network.h"
 
 #include <string>
 #include <vector>
@@ -10,6 +11,6 @@
 namespace linux_gateway {
 
 // A sentence for each: what it is, and what to do about it.
-std::vector<std::string> obstacles(const Configuration &configuration);
+std::vector<std::string> obstacles(const Configuration &configuration, const Network &network);
 
 } // namespace linux_gateway

@@ -8,6 +8,7 @@ using namespace linux_gateway;
 using testing::AnyOf;
 using testing::Contains;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -30,8 +31,20 @@ TEST(ObstaclesTest, AnUnreadableLeaseFileOrAMissingServerIsNamed)
     Configuration configuration;
     configuration.lan_bridge = "br0";
     configuration.lease_file = "/no/such/leases";
-    EXPECT_THAT(obstacles(configuration),
+    EXPECT_THAT(obstacles(configuration, Network()),
                 Contains(AnyOf(HasSubstr("/no/such/leases"), HasSubstr("start dnsmasq"))));
+}
+
+TEST(ObstaclesTest, AWanPortThatIsNotThereIsNamed)
+{
+    const auto sentence = HasSubstr("WAN port");
+    Network network;
+    EXPECT_THAT(obstacles(Configuration(), network), Contains(HasSubstr("no default route")));
+    network.wan_name = "wan7";
+    EXPECT_THAT(obstacles(Configuration(), network),
+                Contains(HasSubstr("there is no WAN port \"wan7\"")));
+    network.wan.emplace();
+    EXPECT_THAT(obstacles(Configuration(), network), Not(Contains(sentence)));
 }
 
 } // namespace
