@@ -189,8 +189,8 @@ void Enforcement::put_blocks(const Rules &rules)
     clock_time_ = now;
     steady_time_ = std::chrono::steady_clock::now();
     blocks_failed_ = false;
-    if (wake_ >= 0) {
-        eventfd_write(wake_, 1);
+    if (wake_.get() >= 0) {
+        eventfd_write(wake_.get(), 1);
     }
 }
 
@@ -202,8 +202,8 @@ void Enforcement::start_thread_for(const Rules &rules)
         return;
     }
     watch_.emplace();
-    wake_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (wake_ < 0) {
+    wake_ = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    if (wake_.get() < 0) {
         throw Error("no event descriptor is free");
     }
     is_stopping_ = false;
@@ -216,15 +216,15 @@ void Enforcement::stop()
     {
         const std::lock_guard lock(mutex_);
         is_stopping_ = true;
-        if (wake_ >= 0) {
-            eventfd_write(wake_, 1);
+        if (wake_.get() >= 0) {
+            eventfd_write(wake_.get(), 1);
         }
         thread = std::move(thread_);
     }
     if (thread.joinable()) {
         thread.join();
         const std::lock_guard lock(mutex_);
-        close(std::exchange(wake_, -1));
+        wake_ = FileDescriptor();
         watch_.reset();
     }
 }
@@ -265,7 +265,7 @@ void Enforcement::wait(std::unique_lock<std::mutex> &lock)
     }
     const std::array<int, 2> watched = watch_->descriptors();
     std::array<pollfd, 3> descriptors{
-        {{wake_, POLLIN, 0}, {watched[0], POLLIN, 0}, {watched[1], POLLIN, 0}}};
+        {{wake_.get(), POLLIN, 0}, {watched[0], POLLIN, 0}, {watched[1], POLLIN, 0}}};
     lock.unlock();
     poll(descriptors.data(), descriptors.size(), milliseconds);
     eventfd_t count = 0;

@@ -8,6 +8,7 @@
 #include "enforcement/packet_filter.h"
 #include "enforcement/rules.h"
 #include "enforcement/time_zone.h"
+#include "system/files.h"
 
 #include <chrono>
 #include <cstdint>
@@ -70,7 +71,7 @@ class Enforcement {
     DownloadLimits limits_;
     std::optional<KernelWatch> watch_;
     std::thread thread_;
-    int wake_ = -1; // event descriptor
+    FileDescriptor wake_; // for events
     bool is_stopping_ = false;
 
     std::optional<Rules> rules_;
