@@ -104,6 +104,9 @@ int32_t devapi_get_wan_ip_info(WanIpInfo *info)
         const Network &network = *view.network;
         std::string servers;
         for (const std::string &server : name_servers(view.configuration)) {
+            if (servers.size() + 1 + server.size() >= sizeof(info->Dns)) {
+                break; // part of an address would be another one
+            }
             servers += (servers.empty() ? "" : ",") + server;
         }
         put(info->ip, network.wan ? first_text(network.wan->ipv4) : "");

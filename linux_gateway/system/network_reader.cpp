@@ -264,6 +264,29 @@ class Hosts {
     std::map<Mac, Host> hosts_;
 };
 
+bool is_in_network_of(const Address &own, const std::string &ipv4)
+{
+    in_addr ours = {};
+    in_addr other = {};
+    return inet_pton(AF_INET, own.text.c_str(), &ours) == 1 &&
+           inet_pton(AF_INET, ipv4.c_str(), &other) == 1 &&
+           uint64_t{ntohl(ours.s_addr) ^ ntohl(other.s_addr)} >> (32 - own.prefix_length) == 0;
+}
+
+// The DHCP server may serve other networks as well, such as one for guests.
+void read_lease_file(const std::string &path, const Link &bridge, Hosts &hosts)
+{
+    for (const Lease &lease : read_leases(path)) {
+        const bool is_of_bridge = std::ranges::any_of(
+            bridge.ipv4, [&](const Address &own) { return is_in_network_of(own, lease.ipv4); });
+        if (Host *host = is_of_bridge ? hosts.with(lease.mac) : nullptr) {
+            host->name = lease.name;
+            host->ipv4 = lease.ipv4;
+            host->has_lease = true;
+        }
+    }
+}
+
 // Neighbours give hosts with fixed addresses, whose addresses the DHCP server does not know.
 void read_neighbours(RouteSocket &socket, int bridge, Hosts &hosts)
 {
@@ -379,13 +402,7 @@ Network NetworkReader::read(const NetworkSources &sources)
     for (const Mac &mac : sources.known_hosts) {
         hosts.with(mac);
     }
-    for (const Lease &lease : read_leases(sources.lease_file)) {
-        if (Host *host = hosts.with(lease.mac)) {
-            host->name = lease.name;
-            host->ipv4 = lease.ipv4;
-            host->has_lease = true;
-        }
-    }
+    read_lease_file(sources.lease_file, network.bridge, hosts);
     read_neighbours(socket, network.bridge.index, hosts);
     read_bridge_table(socket, network, hosts);
 

@@ -17,9 +17,9 @@ std::string printable(std::string_view text)
         const auto start = at;
         const uint32_t letter = utf8::unchecked::next(at);
         const bool is_control = letter < 0x20 || (letter >= 0x7f && letter < 0xa0);
-        const bool changes_direction = (letter >= 0x200b && letter <= 0x200f) ||
-                                       (letter >= 0x2028 && letter <= 0x202e) ||
-                                       (letter >= 0x2066 && letter <= 0x2069) || letter == 0xfeff;
+        const bool changes_direction =
+            (letter >= 0x200b && letter <= 0x200f) || (letter >= 0x2028 && letter <= 0x202e) ||
+            (letter >= 0x2066 && letter <= 0x2069) || letter == 0x61c || letter == 0xfeff;
         if (!is_control && !changes_direction) {
             out.append(start, at);
         }

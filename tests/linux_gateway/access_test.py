@@ -114,6 +114,16 @@ class AccessTest(case.GatewayCase):
                 self.set_right(agent, self.second, "ALLOW")
                 agent.close()
 
+    def test_a_blocked_host_that_turns_out_to_be_the_management_host(self):
+        address = "2001:db8:8::77"
+        agent = self.agent({"management_host": address})
+        self.set_right(agent, self.first, "DENY")
+        self.assertTrue(self.first.misses(network.SERVER))
+        self.first.run(f"ip address add {address}/64 dev eth0 nodad")
+        self.addCleanup(self.first.run, f"ip address delete {address}/64 dev eth0")
+        self.first.run(f"ping -n -c 1 -w 5 -I {address} {network.LAN_ADDRESS6}")
+        network.until(lambda: agent.call("GET_SN_INFO") and not self.first.misses(network.SERVER), "access")
+
     def picture(self):
         """What belongs to the machine's user."""
         gateway = self.network.gateway

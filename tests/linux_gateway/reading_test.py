@@ -213,6 +213,24 @@ class NothingToReadTest(case.GatewayCase):
         self.assertEqual(hosts["02:00:5E:40:00:06"]["Name"], "NULL")
         self.assertEqual(agent.close(), 0)
 
+    def test_leases_of_another_network(self):
+        client = self.network.clients[0]
+        end = int(time.time()) + 3600
+        leases = self.own / "leases"
+        leases.write_text(f"{end} {client.mac} {client.address()} here *\n{end} {client.mac} 192.168.9.20 there *\n"
+                          f"{end} 02:00:5e:40:00:01 192.168.9.21 guest *\n", encoding="ascii")
+        agent = self.agent({"lease_file": str(leases)})
+        hosts = agent.hosts()
+        self.assertEqual(list(hosts), [client.mac.upper()])
+        self.assertEqual((agent.host(client)["Name"], agent.host(client)["ip"]), ("here", client.address()))
+
+    def test_name_servers_are_listed_in_full(self):
+        servers = ["192.0.2.53", "2001:db8:1111:2222:3333:4444:5555:6666", "2001:db8:1111:2222:3333:4444:5555:7777"]
+        resolver = self.own / "resolv.conf"
+        resolver.write_text("".join(f"nameserver {server}\n" for server in servers), encoding="ascii")
+        agent = self.agent({"resolver_configuration": str(resolver)})
+        self.assertEqual(agent.call("GET_HG_BASE_INFO")["Dns"], ",".join(servers[:2]))
+
     def test_lease_files_that_are_none(self):
         client = self.network.clients[0]
         line = f"{int(time.time()) + 3600} {client.mac} {client.address()} "
