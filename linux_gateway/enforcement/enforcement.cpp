@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdlib>
 #include <ctime>
+#include <exception>
 #include <ifaddrs.h>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -108,7 +109,7 @@ std::string Enforcement::apply(const Rules &rules)
     }
     try {
         replace(rules);
-    } catch (const Error &error) {
+    } catch (const std::exception &error) {
         // Puts the previous rules back: the limits may be the new ones already.
         limits_failed_ = true;
         blocks_failed_ = true;
@@ -129,7 +130,7 @@ void Enforcement::apply_first(const Rules &rules)
     }
     try {
         start_thread_for(rules);
-    } catch (const Error &error) {
+    } catch (const std::exception &error) {
         log_failure(error.what());
     }
     check_kernel();
@@ -326,7 +327,7 @@ void Enforcement::check_kernel()
                 "another program has changed the tables linux_gateway of nftables: they have been "
                 "put back");
         }
-    } catch (const Error &error) {
+    } catch (const std::exception &error) {
         failure = error.what();
     }
     try {
@@ -338,7 +339,7 @@ void Enforcement::check_kernel()
             log_error("another program has changed the download limits of " + rules_->lan_bridge +
                       ": they have been put back");
         }
-    } catch (const Error &error) {
+    } catch (const std::exception &error) {
         failure += (failure.empty() ? "" : "; ") + std::string(error.what());
     }
     if (failure.empty()) {
