@@ -2,29 +2,25 @@
 #include "error_lines.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <vector>
 
 namespace {
 
 constexpr int32_t kErrorLevel = 3;
 
-// In one line. Numbers are results, positions, addresses and lines of the source.
+// In one line. Numbers are results and positions, addresses and lines of the source.
 std::string line_of(const std::string &text)
 {
-    std::string line;
-    for (const char letter : text) {
-        const bool is_digit = isdigit(static_cast<unsigned char>(letter)) != 0;
-        if (letter == '\n' || letter == '\r') {
-            line += letter == '\n' ? "\\n" : "\\r";
-        } else if (!is_digit || line.empty() || line.back() != '#') {
-            line += is_digit ? '#' : letter;
-        }
-    }
-    return line;
+    static const std::regex number("-?[0-9]+");
+    static const std::regex line_end("\n");
+    static const std::regex carriage_return("\r");
+    std::string line = std::regex_replace(text, number, "#");
+    line = std::regex_replace(line, line_end, "\\n");
+    return std::regex_replace(line, carriage_return, "\\r");
 }
 
 std::string listed(const std::string &title, const std::vector<std::string> &lines)
