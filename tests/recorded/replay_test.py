@@ -36,6 +36,15 @@ def hgagent(*arguments, **environment):
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
 
 
+def threads_of_player(process):
+    """Of the process that plays a session, a child of the given one."""
+    try:
+        player = pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()
+        return len(os.listdir(f"/proc/{player[0]}/task")) if player else 0
+    except (FileNotFoundError, ProcessLookupError):
+        return 0
+
+
 class Recorded(unittest.TestCase):
     """Recordings in a folder that is removed at the end."""
 
@@ -86,6 +95,23 @@ class Replay(Recorded):
         threads = {json.loads(line).get("thread") for line in lines}
         self.assertGreaterEqual(len(threads - {None}), 2)
         self.check_same(lines)
+
+    def test_replays_a_thread_for_each_command(self):
+        """Of an agent that starts a thread for each request: as many at once would be too many."""
+        lines = [json.loads(line) for line in self.recorded(LINES[:1])]
+        head, body, end = lines[0], lines[1:-1], lines[-1]
+        many = [head]
+        for thread in range(1, 101):
+            many += [{**line, "seq": len(many) + at, "thread": thread} for at, line in enumerate(body)]
+        many.append({**end, "seq": len(many)})
+        with subprocess.Popen([HGAGENT, "replay", self.written(map(json.dumps, many))], text=True,
+                              stdout=subprocess.PIPE) as replay:
+            most = 0
+            while replay.poll() is None:
+                most = max(most, threads_of_player(replay.pid))
+            self.assertIn("100 commands, 100 calls: no difference", replay.stdout.read())
+        self.assertGreater(most, 10)
+        self.assertLess(most, 50)
 
     def test_replays_several_sessions(self):
         self.check_same(self.recorded(LINES[:2]) + self.recorded(LINES[2:]))
