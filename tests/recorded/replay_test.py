@@ -198,6 +198,17 @@ class Continued(Recorded):
         result = self.check_same([head, *lines[1:]])
         self.assertIn("2 commands", result.stdout)
 
+    def test_joins_the_files_of_a_session(self):
+        lines = self.recorded(LINES)
+        head = json.loads(lines[0])
+        places = [place for place, line in enumerate(lines) if '"seq":' in line]
+        for last in places[1:-1:7]:
+            head["seq"] = json.loads(lines[last])["seq"]
+            joined = [*lines[:last + 1], json.dumps(head, separators=(",", ":")), *lines[last + 1:]]
+            self.assertIn("6 commands", self.check_same(joined).stdout)
+        del joined[places[3]]
+        self.assertIn("is missing", self.replay(joined).stderr)
+
 
 class Committed(Recorded):
     """The recordings beside this file, which are replayed by themselves."""
