@@ -126,7 +126,8 @@ Platform::Platform(boost::asio::io_context &loop, const PlatformOptions &options
         if (number == 0) {
             session.subscriptions.push_back(all + std::string(kStateTopic));
             for (const std::string &event : events) {
-                session.subscriptions.push_back(all + std::string(kEventTopics) + event);
+                session.subscriptions.push_back(
+                    std::string(all).append(kEventTopics).append(event));
             }
         }
         connections_.push_back(std::make_unique<Connection>(*this, number, std::move(session)));
