@@ -324,6 +324,19 @@ class Tools(Recorded):
         self.assertIn("GET_HG_PPPOE_INFO", result.stdout)
         self.assertTrue(result.stdout.endswith("6 commands: 5 differences\n"), result.stdout)
 
+    def test_diff_of_what_has_nothing_in_common(self):
+        """One has commands only, and in the other the same lines are those of a thread of the plug-in."""
+        lines = [line for line in self.recorded(LINES[:3]) if '"seq":' in line]
+        calls = [line for line in lines if '"call":' in line or '"recording":' in line]
+        requests = [line for line in lines if '"call":' not in line]
+        named = [line.replace("GET_SN_INFO", "a thread of the plug-in") for line in requests]
+        other = self.written(renumbered(calls), "other.jsonl")
+        for one in (requests, named):
+            for pair in ((self.written(renumbered(one)), other), (other, self.written(renumbered(one)))):
+                result = hgagent("diff", *pair)
+                self.assertEqual((result.returncode, result.stderr), (1, ""))
+                self.assertIn("4 commands: 4 differences", result.stdout)
+
     def test_diff_names_other_keys(self):
         one = self.written(self.recorded(LINES), "one.jsonl")
         other = self.written(self.recorded(LINES), "other.jsonl")
