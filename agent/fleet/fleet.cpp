@@ -287,7 +287,9 @@ class Fleet {
         uint32_t room = room_for_starts(now);
         for (uint32_t at = 0; at < members_.size(); ++at) {
             const Member &member = members_[at];
-            if (member.state == Member::State::kRunning || member.time > now) {
+            // One that has lost its power may not have been waited for yet.
+            if (member.state == Member::State::kRunning || member.process > 0 ||
+                member.time > now) {
                 continue;
             }
             is_starting_ = true;

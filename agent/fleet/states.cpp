@@ -61,9 +61,13 @@ void make_folder(const std::string &folder)
     if (problem) {
         refuse(folder, "cannot be made: " + problem.message());
     }
-    const bool is_known = fs::exists(folder + kFile, problem);
-    if (!is_known && !fs::is_empty(folder, problem)) {
-        refuse(folder, "is not empty, and it is not that of a fleet");
+    bool is_known = fs::exists(folder + kFile, problem);
+    // The lock alone is left by a fleet that ended before it described the folder.
+    for (fs::directory_iterator entry(folder, problem), end; !problem && !is_known && entry != end;
+         entry.increment(problem)) {
+        if (entry->path().filename() != kLock + 1) {
+            refuse(folder, "is not empty, and it is not that of a fleet");
+        }
     }
     if (problem) {
         refuse(folder, "cannot be read: " + problem.message());
@@ -94,7 +98,10 @@ void check_or_write(const std::string &folder, const FleetOptions &options)
         std::ofstream out(file);
         out << wanted.dump(4) << '\n';
         if (!out.flush()) {
-            refuse(folder, service::system_problem("cannot be written"));
+            const std::string why = service::system_problem("cannot be written");
+            std::error_code ignored;
+            fs::remove(file, ignored); // the next attempt must not find a part of it
+            refuse(folder, why);
         }
         return;
     }

@@ -39,6 +39,14 @@ std::string title_of(const Episode &episode)
     return episode.request ? episode.request->name : "a thread of the plug-in";
 }
 
+// Whether they are to be compared: the same command, or a thread of each plug-in. A command may
+// have any name.
+bool are_counterparts(const Episode &left, const Episode &right)
+{
+    return left.request.has_value() == right.request.has_value() &&
+           (!left.request || left.request->name == right.request->name);
+}
+
 // What is compared of a line: all but its times and numbers, and what the clock said.
 Json comparable(const Event &event)
 {
@@ -145,7 +153,7 @@ class Diff {
             for (size_t at = 0; at < in_right; ++at) {
                 report_single(right_, false);
             }
-            if (left_.has(1) && right_.has(1)) {
+            if (left_.has(1) && right_.has(1) && are_counterparts(left_.at(0), right_.at(0))) {
                 compare(left_.at(0), right_.at(0));
                 left_.drop_first();
                 right_.drop_first();
@@ -165,7 +173,7 @@ class Diff {
             for (size_t in_left = 0; in_left <= sum; ++in_left) {
                 const size_t in_right = sum - in_left;
                 if (left_.has(in_left + 1) && right_.has(in_right + 1) &&
-                    title_of(left_.at(in_left)) == title_of(right_.at(in_right))) {
+                    are_counterparts(left_.at(in_left), right_.at(in_right))) {
                     return {in_left, in_right};
                 }
             }

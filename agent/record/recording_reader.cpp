@@ -41,6 +41,11 @@ Json object_in(const cJSON *line, const char *key)
     return Json(text ? cJSON_ParseWithLength(text->data(), text->size()) : nullptr);
 }
 
+std::string session_in(const cJSON *head)
+{
+    return decoded_text(member(head, "session")).value_or("");
+}
+
 bool is_written(const device_layout::Function &function, const device_layout::Argument &argument)
 {
     return (argument.way == Way::kOut || argument.way == Way::kInOut) && !function.frees;
@@ -152,13 +157,25 @@ bool RecordingReader::is_head() const
 std::vector<SessionStart> RecordingReader::sessions()
 {
     std::vector<SessionStart> starts;
+    session_.clear();
     go_to({});
     for (SessionStart here; read_line(); here = {ftell(file_.get()), number_ + 1}) {
-        if (is_head()) {
+        if (!is_head()) {
+            continue;
+        }
+        const Json head(cJSON_ParseWithLength(line_.data(), line_.size()));
+        if (!continues(head.get())) {
             starts.push_back(here);
         }
+        session_ = session_in(head.get());
     }
     return starts;
+}
+
+// Whether it is the head of a file that was begun within the session.
+bool RecordingReader::continues(const cJSON *head) const
+{
+    return !session_.empty() && session_in(head) == session_ && number_in(head, "seq") > 0;
 }
 
 void RecordingReader::go_to(const SessionStart &start)
@@ -177,6 +194,7 @@ Event RecordingReader::head()
     }
     const cJSON *secrets = member(head->line.get(), "secrets");
     has_pseudonyms_ = cJSON_IsString(secrets) == 0 || strcmp(secrets->valuestring, "shown") != 0;
+    session_ = session_in(head->line.get());
     next_seq_ = number_in(head->line.get(), "seq").value_or(0) + 1;
     lacks_begin_ = next_seq_ > 1;
     first_request_ = 0;
@@ -209,8 +227,13 @@ bool RecordingReader::belongs_to_earlier_file(const Event &event)
 
 std::optional<Event> RecordingReader::next_line()
 {
-    const long before = ftell(file_.get());
+    long before = ftell(file_.get());
     std::optional<Event> event = read_event();
+    while (event && event->kind == EventKind::kHead && continues(event->line.get())) {
+        check_number(*event, next_seq_ - 1);
+        before = ftell(file_.get());
+        event = read_event();
+    }
     if (!event) {
         return std::nullopt;
     }
@@ -218,15 +241,20 @@ std::optional<Event> RecordingReader::next_line()
         fseek(file_.get(), before, SEEK_SET);
         return std::nullopt;
     }
-    if (number_in(event->line.get(), "seq") != next_seq_) {
-        refuse("line " + std::to_string(next_seq_) + " of the session is missing");
-    }
+    check_number(*event, next_seq_);
     ++next_seq_;
     if (event->kind == EventKind::kEnd) {
         is_cut_ = false;
         return std::nullopt;
     }
     return event;
+}
+
+void RecordingReader::check_number(const Event &event, int expected) const
+{
+    if (number_in(event.line.get(), "seq") != expected) {
+        refuse("line " + std::to_string(next_seq_) + " of the session is missing");
+    }
 }
 
 std::optional<Event> RecordingReader::read_event()

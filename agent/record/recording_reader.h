@@ -54,7 +54,8 @@ class RecordingReader {
   public:
     explicit RecordingReader(const std::string &file);
 
-    // The begin of each session.
+    // The begin of each session. A session that continues in another file is one if that file
+    // follows at once.
     std::vector<SessionStart> sessions();
     void go_to(const SessionStart &start);
 
@@ -75,8 +76,10 @@ class RecordingReader {
     };
     bool read_line();
     bool is_head() const;
+    bool continues(const cJSON *head) const;
     std::optional<Event> read_event();
     std::optional<Event> next_line();
+    void check_number(const Event &event, int expected) const;
     bool belongs_to_earlier_file(const Event &event);
     Event event_of(Json line) const;
     const char *text_in(const cJSON *line, const char *key) const;
@@ -86,6 +89,7 @@ class RecordingReader {
     std::unique_ptr<FILE, CloseFile> file_;
     std::string line_;
     size_t number_ = 0;
+    std::string session_;
     int next_seq_ = 0;
     bool lacks_begin_ = false;       // the session began in an earlier file
     int first_request_ = 0;          // the number of its line, in this file

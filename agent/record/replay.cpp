@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -223,8 +224,10 @@ class ReplayedServices : public PluginServices {
         const time_t now = guarded(static_cast<time_t>(-1), [&] {
             const auto recorded = take("time", Given());
             const cJSON *number = result_of(recorded);
-            return cJSON_IsNumber(number) != 0 ? static_cast<time_t>(number->valuedouble)
-                                               : static_cast<time_t>(-1);
+            constexpr double kLimit = 1e15; // far beyond any clock, in the range of the type
+            return cJSON_IsNumber(number) != 0 && std::abs(number->valuedouble) < kLimit
+                       ? static_cast<time_t>(number->valuedouble)
+                       : static_cast<time_t>(-1);
         });
         if (result != nullptr) {
             *result = now;

@@ -19,6 +19,9 @@ constexpr size_t kMostAhead = 2000;
 constexpr std::chrono::milliseconds kBetweenLooks(50);
 constexpr int kLooks = 20;
 
+// An agent may have a thread for each command, and a recording does not say when a thread ends.
+constexpr ptrdiff_t kMostRunners = 32;
+
 // How long a thread that has made its last step is waited for before the next command.
 constexpr std::chrono::microseconds kSettlePause(100);
 constexpr int kMostSettlePauses = 10000;
@@ -251,7 +254,7 @@ void Sequence::run_commands(Player &player)
     Lock lock(mutex_);
     presence_.player = &player; // not its sequence: the player stays until the end
     for (;;) {
-        turn_.wait(lock, [&] { return stops_ || player.request; });
+        turn_.wait(lock, [&] { return stops_ || player.is_retired || player.request; });
         if (!player.request) {
             return;
         }
@@ -277,6 +280,8 @@ bool Sequence::dispatch(Lock &lock)
     settle(lock);
     next = front();
     if (player == nullptr) {
+        retire_runner(lock);
+        next = front();
         player = &players_.emplace_back();
         player->thread = next->thread;
         player->runs_commands = true;
@@ -291,6 +296,25 @@ bool Sequence::dispatch(Lock &lock)
     ahead_.pop_front();
     pass_turn();
     return true;
+}
+
+// Ends an idle thread if there are many. A further command of it runs on a new one.
+void Sequence::retire_runner(Lock &lock)
+{
+    if (std::ranges::count(players_, true, &Player::runs_commands) < kMostRunners) {
+        return;
+    }
+    const auto idle = std::ranges::find_if(
+        players_, [](const Player &player) { return player.runs_commands && !player.request; });
+    if (idle == players_.end()) {
+        return;
+    }
+    idle->is_retired = true;
+    turn_.notify_all();
+    lock.unlock();
+    idle->runner.join();
+    lock.lock();
+    players_.erase(idle);
 }
 
 bool Sequence::is_idle() const

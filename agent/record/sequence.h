@@ -58,6 +58,7 @@ class Sequence {
         Place place;
         bool runs_commands = false;
         std::optional<Event> request; // that is to be run, or is running
+        bool is_retired = false;      // it runs no further command
         std::thread runner;
     };
     // Notices the end of a thread.
@@ -85,6 +86,7 @@ class Sequence {
 
     void run_commands(Player &player);
     bool dispatch(Lock &lock);
+    void retire_runner(Lock &lock);
     void settle(Lock &lock);
     bool is_idle() const;
     bool has_workers() const;

@@ -174,6 +174,11 @@ class StatesTest(FleetCase):
         self.assertEqual(self.start(), (f"hgagent: the folder of states {self.states} is not empty, and it is not that "
                                         "of a fleet", 4))
 
+    def test_folder_that_is_not_described_yet(self):
+        self.states.mkdir()
+        (self.states / "fleet.lock").write_text("", encoding="ascii")
+        self.fleet(self.broker(), 1, "--states", self.states).await_up()
+
     def test_folder_of_another_fleet(self):
         broker = self.broker()
         fleet = self.fleet(broker, 1, "--states", self.states)

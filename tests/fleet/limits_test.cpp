@@ -13,37 +13,45 @@ using testing::HasSubstr;
 
 constexpr uint64_t kGigabyte = 1024UL * 1024 * 1024;
 
+// A machine with this limit alone.
+Limits with(std::optional<uint64_t> Limits::*limit, uint64_t value)
+{
+    Limits limits;
+    limits.*limit = value;
+    return limits;
+}
+
 TEST(LimitsTest, MemoryLimitsTheNumber)
 {
-    EXPECT_EQ(problem_of({.memory = kGigabyte}, 1000), "");
-    EXPECT_EQ(problem_of({.memory = kGigabyte}, 10'000),
+    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 1000), "");
+    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 10'000),
               "10000 gateways need about 6835 MB of memory, and 1024 MB are free: at most 1497 can "
               "be started");
-    EXPECT_EQ(problem_of({.memory = kGigabyte}, 1497), "");
-    EXPECT_NE(problem_of({.memory = kGigabyte}, 1498), "");
+    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 1497), "");
+    EXPECT_NE(problem_of(with(&Limits::memory, kGigabyte), 1498), "");
 }
 
 TEST(LimitsTest, ProcessesLimitTheNumber)
 {
-    EXPECT_EQ(problem_of({.processes = 100}, 100), "");
-    EXPECT_EQ(problem_of({.processes = 100}, 101),
+    EXPECT_EQ(problem_of(with(&Limits::processes, 100), 100), "");
+    EXPECT_EQ(problem_of(with(&Limits::processes, 100), 101),
               "101 gateways are as many processes, and the system allows 100 more (ulimit -u, "
               "pids.max, pid_max)");
 }
 
 TEST(LimitsTest, DescriptorsLimitAGateway)
 {
-    EXPECT_EQ(problem_of({.descriptors = kDescriptorsOfGateway}, 100), "");
-    EXPECT_THAT(problem_of({.descriptors = kDescriptorsOfGateway - 1}, 1),
+    EXPECT_EQ(problem_of(with(&Limits::descriptors, kDescriptorsOfGateway), 100), "");
+    EXPECT_THAT(problem_of(with(&Limits::descriptors, kDescriptorsOfGateway - 1), 1),
                 HasSubstr("(ulimit -n)"));
 }
 
 TEST(LimitsTest, FilesAndPortsLimitTheNumber)
 {
-    EXPECT_EQ(problem_of({.files = 3200}, 100), "");
-    EXPECT_THAT(problem_of({.files = 3199}, 100), HasSubstr("(fs.file-max)"));
-    EXPECT_EQ(problem_of({.ports = 100}, 100), "");
-    EXPECT_THAT(problem_of({.ports = 99}, 100), HasSubstr("ip_local_port_range"));
+    EXPECT_EQ(problem_of(with(&Limits::files, 3200), 100), "");
+    EXPECT_THAT(problem_of(with(&Limits::files, 3199), 100), HasSubstr("(fs.file-max)"));
+    EXPECT_EQ(problem_of(with(&Limits::ports, 100), 100), "");
+    EXPECT_THAT(problem_of(with(&Limits::ports, 99), 100), HasSubstr("ip_local_port_range"));
 }
 
 TEST(LimitsTest, WhatIsUnknownLimitsNothing)

@@ -36,6 +36,15 @@ def hgagent(*arguments, **environment):
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
 
 
+def threads_of_player(process):
+    """Of the process that plays a session, a child of the given one."""
+    try:
+        player = pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()
+        return len(os.listdir(f"/proc/{player[0]}/task")) if player else 0
+    except (FileNotFoundError, ProcessLookupError):
+        return 0
+
+
 class Recorded(unittest.TestCase):
     """Recordings in a folder that is removed at the end."""
 
@@ -86,6 +95,23 @@ class Replay(Recorded):
         threads = {json.loads(line).get("thread") for line in lines}
         self.assertGreaterEqual(len(threads - {None}), 2)
         self.check_same(lines)
+
+    def test_replays_a_thread_for_each_command(self):
+        """Of an agent that starts a thread for each request: as many at once would be too many."""
+        lines = [json.loads(line) for line in self.recorded(LINES[:1])]
+        head, body, end = lines[0], lines[1:-1], lines[-1]
+        many = [head]
+        for thread in range(1, 101):
+            many += [{**line, "seq": len(many) + at, "thread": thread} for at, line in enumerate(body)]
+        many.append({**end, "seq": len(many)})
+        with subprocess.Popen([HGAGENT, "replay", self.written(map(json.dumps, many))], text=True,
+                              stdout=subprocess.PIPE) as replay:
+            most = 0
+            while replay.poll() is None:
+                most = max(most, threads_of_player(replay.pid))
+            self.assertIn("100 commands, 100 calls: no difference", replay.stdout.read())
+        self.assertGreater(most, 10)
+        self.assertLess(most, 50)
 
     def test_replays_several_sessions(self):
         self.check_same(self.recorded(LINES[:2]) + self.recorded(LINES[2:]))
@@ -171,6 +197,17 @@ class Continued(Recorded):
         lines = [json.dumps({**json.loads(line), "seq": seq}) for seq, line in enumerate(lines, 1)]
         result = self.check_same([head, *lines[1:]])
         self.assertIn("2 commands", result.stdout)
+
+    def test_joins_the_files_of_a_session(self):
+        lines = self.recorded(LINES)
+        head = json.loads(lines[0])
+        places = [place for place, line in enumerate(lines) if '"seq":' in line]
+        for last in places[1:-1:7]:
+            head["seq"] = json.loads(lines[last])["seq"]
+            joined = [*lines[:last + 1], json.dumps(head, separators=(",", ":")), *lines[last + 1:]]
+            self.assertIn("6 commands", self.check_same(joined).stdout)
+        del joined[places[3]]
+        self.assertIn("is missing", self.replay(joined).stderr)
 
 
 class Committed(Recorded):
@@ -286,6 +323,19 @@ class Tools(Recorded):
                       '  A        "HGU-AX3000"\n  B        "HGU-AX6000"\n', result.stdout)
         self.assertIn("GET_HG_PPPOE_INFO", result.stdout)
         self.assertTrue(result.stdout.endswith("6 commands: 5 differences\n"), result.stdout)
+
+    def test_diff_of_what_has_nothing_in_common(self):
+        """One has commands only, and in the other the same lines are those of a thread of the plug-in."""
+        lines = [line for line in self.recorded(LINES[:3]) if '"seq":' in line]
+        calls = [line for line in lines if '"call":' in line or '"recording":' in line]
+        requests = [line for line in lines if '"call":' not in line]
+        named = [line.replace("GET_SN_INFO", "a thread of the plug-in") for line in requests]
+        other = self.written(renumbered(calls), "other.jsonl")
+        for one in (requests, named):
+            for pair in ((self.written(renumbered(one)), other), (other, self.written(renumbered(one)))):
+                result = hgagent("diff", *pair)
+                self.assertEqual((result.returncode, result.stderr), (1, ""))
+                self.assertIn("4 commands: 4 differences", result.stdout)
 
     def test_diff_names_other_keys(self):
         one = self.written(self.recorded(LINES), "one.jsonl")

@@ -266,7 +266,7 @@ std::vector<std::string> Campaign::summary() const
         updated += wave.updated;
     }
     for (const auto &[reason, count] : reasons_) {
-        lines.push_back(std::to_string(count) + " times: " + reason);
+        lines.push_back((count == 1 ? "once" : std::to_string(count) + " times") + ": " + reason);
     }
     lines.push_back(std::to_string(updated) + " of " + std::to_string(order_.size()) +
                     " gateways run " + options_.version +

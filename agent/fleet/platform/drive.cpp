@@ -22,6 +22,8 @@ constexpr std::chrono::seconds kAttemptPause(1);
 constexpr size_t kMostOpen = 200'000;
 constexpr int kMostDraws = 50; // of gateways, for one whose setting is not being changed
 constexpr std::chrono::milliseconds kDrainPause(50);
+// A weak gateway may never answer, and the end of the run must not wait for it.
+constexpr std::chrono::seconds kWeakTimeout(5);
 // Answers are kept for ten minutes.
 constexpr std::chrono::minutes kKept(9);
 constexpr int kAskedAgain = 16; // one of so many confirmed changes
@@ -215,6 +217,9 @@ void Drive::send_query(GatewayNumber gateway, size_t entry, Clock::time_point in
     request.params = what.params;
     request.is_change = what.is_change;
     request.intended = intended;
+    if (is_weak(gateway)) {
+        request.timeout = std::min<Clock::duration>(kWeakTimeout, options_.platform.timeout);
+    }
     request.done = [this, entry, versions = versions_of(gateway)](const Request &asked,
                                                                   Outcome outcome) {
         const MixEntry &one = options_.mix[entry];

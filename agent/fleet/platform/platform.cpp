@@ -126,7 +126,8 @@ Platform::Platform(boost::asio::io_context &loop, const PlatformOptions &options
         if (number == 0) {
             session.subscriptions.push_back(all + std::string(kStateTopic));
             for (const std::string &event : events) {
-                session.subscriptions.push_back(all + std::string(kEventTopics) + event);
+                session.subscriptions.push_back(
+                    std::string(all).append(kEventTopics).append(event));
             }
         }
         connections_.push_back(std::make_unique<Connection>(*this, number, std::move(session)));
@@ -275,10 +276,11 @@ uint64_t Platform::ask(Request request)
 {
     const auto now = Clock::now();
     const uint64_t number = request.repeats != 0 ? request.repeats : ++last_number_;
-    const auto time =
+    const auto usual =
         std::max<Clock::duration>(options_.timeout, seconds_of(request.command) > kMoreTime
                                                         ? seconds_of(request.command) + kMoreTime
                                                         : std::chrono::seconds(0));
+    const auto time = request.timeout.value_or(usual);
     ++counts_.sent;
     const auto [place, is_new] =
         open_.try_emplace(number, Open{std::move(request), now + time, now, 0});

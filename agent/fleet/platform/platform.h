@@ -17,6 +17,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <queue>
 #include <random>
 #include <string>
@@ -60,7 +61,8 @@ struct Request {
     std::string command;
     std::string params = "{}";
     bool is_change = false;
-    Clock::time_point intended; // when it should be sent; its time counts from then
+    Clock::time_point intended;             // when it should be sent; its time counts from then
+    std::optional<Clock::duration> timeout; // instead of that of all requests
     // What identifies an earlier request to the gateway that this one repeats; 0: none.
     uint64_t repeats = 0;
     std::string epoch; // of that one

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fleet/platform/statistics.h"
 
+#include "io/text.h"
+
 #include <cmath>
 #include <cstdio>
 #include <sstream>
@@ -12,6 +14,8 @@ namespace {
 constexpr std::array<double, 4> kPercentiles = {50, 90, 99, 99.9};
 constexpr std::array<double, 9> kBounds = {0.001, 0.0025, 0.005, 0.01, 0.05, 0.1, 1, 10, 60};
 constexpr size_t kMostProblems = 50;
+constexpr size_t kMostCodes = 50;
+constexpr size_t kLongestCode = 40;
 
 double milliseconds(Histogram::Time time)
 {
@@ -88,8 +92,9 @@ void Statistics::count(const std::string &command, Ending ending, const std::str
     const auto at = static_cast<size_t>(ending);
     ++counts.endings[at];
     ++endings_[at];
-    if (!code.empty()) {
-        ++codes_[code];
+    if (!code.empty()) { // a gateway may send any text
+        std::string name = one_line(code, kLongestCode);
+        ++codes_[codes_.size() < kMostCodes || codes_.contains(name) ? std::move(name) : "others"];
     }
     ++current_.requests;
     if (ending != Ending::kSuccess && ending != Ending::kFailure) {
@@ -103,10 +108,10 @@ void Statistics::count(const std::string &command, Ending ending, const std::str
     }
 }
 
-void Statistics::add_problem(std::string text)
+void Statistics::add_problem(std::string_view text)
 {
     if (problems_.size() < kMostProblems) {
-        problems_.push_back(std::move(text));
+        problems_.push_back(one_line(text));
     }
 }
 

@@ -42,7 +42,7 @@ class Statistics {
     void count(const std::string &command, Ending ending, const std::string &code,
                Clock::duration time);
     // An answer that is not as described, or another finding; only the first ones are kept.
-    void add_problem(std::string text);
+    void add_problem(std::string_view text);
     // Ends an interval. phase: what is done now.
     void end_interval(const std::string &phase, const Platform &platform,
                       const std::vector<ProcessWatch::Use> &uses);

@@ -1,8 +1,23 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """hgagent fleet campaign: waves, and the end of a campaign that fails."""
+import functools
+import http.server
+import pathlib
+import subprocess
+import sys
+import threading
+
 import fake_gateways
 import platform_case
+
+sys.path.insert(0, str(platform_case.PROJECT / "tests/fleet"))
+import fleets  # noqa: E402  (in the folder that has just been added)
+
+
+class QuietFiles(http.server.SimpleHTTPRequestHandler):
+    def log_message(self, format, *args):  # pylint: disable=redefined-builtin
+        """Nothing is logged."""
 
 
 class CampaignTest(platform_case.PlatformCase):
@@ -31,6 +46,31 @@ class CampaignTest(platform_case.PlatformCase):
         updated = sum(gateway.firmware == fake_gateways.NEW_FIRMWARE
                       for name, gateway in fakes.gateways.items() if name.startswith("broken-"))
         self.assertEqual(updated, broken.report["waves"][0]["updated"])
+
+    @platform_case.long
+    def test_simulated_gateways(self):
+        """With an image that they download, check and install."""
+        images = self.folder / "images"
+        images.mkdir()
+        subprocess.run([pathlib.Path(platform_case.HGAGENT).with_name("hg-mkimage"), "--product", "HGU-AX3000", "--version",
+                        "V9.9.9", "--size", "200000", images / "new.image"], check=True, stdout=subprocess.DEVNULL)
+        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), functools.partial(QuietFiles, directory=str(images)))
+        self.addCleanup(server.server_close)
+        self.addCleanup(server.shutdown)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        broker = self.broker()
+        fleet = fleets.Fleet(platform_case.HGAGENT, self.folder, broker, 20, "--states", self.folder / "states",
+                             before=["--reboot-seconds", "1"])
+        self.addCleanup(fleet.close)
+        fleet.await_up()
+        words = ["campaign", "--url", f"http://127.0.0.1:{server.server_port}/new.image", "--waves", "10,100"]
+        good = self.start(broker, "home", *words, "--firmware", "V9.9.9", count=20).end()
+        self.assertEqual(good.status, 0, good.out + good.err)
+        self.assertEqual([(wave["gateways"], wave["updated"]) for wave in good.report["waves"]], [(2, 2), (18, 18)])
+        # The image has another version than the campaign says.
+        wrong = self.start(broker, "home", *words, "--firmware", "V9.9.8", "--within", "1s", count=20).end()
+        self.assertEqual(wrong.status, 1, wrong.out + wrong.err)
+        self.assertTrue(wrong.report["stopped"])
 
     @platform_case.long
     def test_version_that_never_runs(self):

@@ -94,9 +94,10 @@ class DriveTest(platform_case.PlatformCase):
         """What the plan of a fleet with --churn makes fail is counted, and nothing else is forgiven."""
         broker = self.broker()
         self.fakes(broker, "spared", "blamed", first=645)
-        words = ["--first", "645", "--timeout", "2"]
-        spared = self.drive(broker, "spared", *words, "--churn")
-        blamed = self.drive(broker, "blamed", *words, "--churn", "--seed", "2")
+        words = ["--first", "645", "--churn"]
+        # The end does not wait for a gateway with a given fault as long as for the others.
+        spared = self.drive(broker, "spared", *words, "--timeout", "86400")
+        blamed = self.drive(broker, "blamed", *words, "--timeout", "2", "--seed", "2")
         self.assertEqual(spared.end().status, 0, spared.out + spared.err)
         self.check_sums(spared.report)
         self.assertGreater(spared.report["endings"]["weak_gateway"], 0)
