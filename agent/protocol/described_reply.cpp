@@ -62,9 +62,8 @@ std::string value_undescribed(const cJSON *value, const cJSON *key)
         const cJSON *element;
         cJSON_ArrayForEach(element, value)
         {
-            const std::string why = cJSON_IsObject(element) != 0
-                                        ? keys_undescribed(element->child, items)
-                                        : "should hold objects";
+            std::string why = cJSON_IsObject(element) != 0 ? keys_undescribed(element->child, items)
+                                                           : "should hold objects";
             if (!why.empty()) {
                 return why;
             }
@@ -83,7 +82,7 @@ std::string keys_undescribed(const cJSON *item, const cJSON *keys)
         if (item != nullptr && name == item->string) {
             const std::string why = value_undescribed(item, key);
             if (!why.empty()) {
-                return name + " " + why;
+                return std::string(name).append(" ").append(why);
             }
             item = item->next;
         } else if (cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(key, "optional")) == 0) {

@@ -9,12 +9,14 @@
 
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 
+enum { kNotSupported = -1 };
+
 #define WEAK_FUNCTION(result, name, parameters, arguments)                                         \
     __attribute__((weak)) result name parameters                                                   \
     {                                                                                              \
         WEAK_RESULT_##result;                                                                      \
     }
-#define WEAK_RESULT_int32_t return -1
+#define WEAK_RESULT_int32_t return kNotSupported
 #define WEAK_RESULT_void
 
 DEVICE_FUNCTIONS(WEAK_FUNCTION)
