@@ -26,6 +26,11 @@ void describe(RecordText &text, const WifiRecord &record)
     text.secret("password", record.password);
 }
 
+void spoil_fields(WifiRecord &record)
+{
+    simulated_gateway::spoil_text(record.name, sizeof(record.name));
+}
+
 int32_t test_get_wifi(WifiRecord *record)
 {
     return query(__func__, {reply("record", record)}, [&](const State &state) {
