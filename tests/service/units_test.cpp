@@ -140,7 +140,7 @@ std::string log_of_run(int file_number_off_by)
                1);
         dup2(pipe_ends[1], STDERR_FILENO);
         close(pipe_ends[0]);
-        execl(HGAGENT_PATH, "hgagent", "run", "--socket=/nonexistent/socket", nullptr);
+        execl(HGAGENT_PATH, "hgagent", "run", "--socket=/dev/null/socket", nullptr);
         _exit(127);
     }
     close(pipe_ends[1]);
