@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "protocol/device_text.h"
 
+#include "protocol/value_at.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -23,13 +25,6 @@ constexpr size_t kLongestList = 65536; // a longer one has a cycle
 const char *address_of(intptr_t value)
 {
     return reinterpret_cast<const char *>(value); // NOLINT(performance-no-int-to-ptr)
-}
-
-template <class Value> Value value_at(const void *place)
-{
-    Value value;
-    memcpy(&value, place, sizeof value);
-    return value;
 }
 
 // A list of entries, of which the first ones are shown.

@@ -3,6 +3,7 @@
 
 #include "protocol/device_facts.h"
 #include "protocol/device_text.h"
+#include "protocol/value_at.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -29,18 +30,6 @@ constexpr char kGuardByte = '\xa5';
 constexpr char kNoValue[] = "NULL";
 // More entries than any home has; a longer list is taken for a cycle.
 constexpr size_t kLongestList = 65536;
-
-template <class Value> Value value_at(const void *place)
-{
-    Value value;
-    memcpy(&value, place, sizeof value);
-    return value;
-}
-
-template <class Value> void put(void *place, Value value)
-{
-    memcpy(place, &value, sizeof value);
-}
 
 // Whether the memory may come from malloc(): memory of a loaded library never does.
 bool may_be_freed(const void *memory)
@@ -212,7 +201,7 @@ class Look {
             fault("the answer does not end within its memory");
             answer[0] = '\0';
         }
-        put(place, answer);
+        put_value_at(place, answer);
         return answer != nullptr;
     }
 
@@ -341,7 +330,7 @@ class Look {
             }
             if (!may_be_freed(entry)) {
                 fault(entry_path + " is not from malloc()");
-                put<char *>(place, nullptr);
+                put_value_at<char *>(place, nullptr);
             } else if (room_of(entry) < field.size) {
                 fault(entry_path + " is too small");
             } else {
@@ -360,7 +349,7 @@ class Look {
         const bool is_foreign = entries != nullptr && !may_be_freed(entries);
         if (is_foreign) {
             fault(field_path + " is not from malloc()");
-            put<char *>(at + field.offset, nullptr);
+            put_value_at<char *>(at + field.offset, nullptr);
         } else if (entries == nullptr && amount > 0) {
             fault(field_path + " is NULL, and the count is " + std::to_string(amount));
         } else if (entries != nullptr && room_of(entries) < amount * field.size) {
@@ -370,7 +359,7 @@ class Look {
             return;
         }
         const Field &counter = record.fields[static_cast<size_t>(field.counted_by)];
-        put<int32_t>(at + counter.offset, 0);
+        put_value_at<int32_t>(at + counter.offset, 0);
     }
 
     // Truncates the list before the first node that cannot be freed: the plug-in frees the list
@@ -384,10 +373,10 @@ class Look {
             char *following = value_at<char *>(node + next);
             if (following != nullptr && !may_be_freed(following)) {
                 fault("a node of the list is not from malloc()");
-                put<char *>(node + next, nullptr);
+                put_value_at<char *>(node + next, nullptr);
             } else if (++length > kLongestList) {
                 fault("the list has no end");
-                put<char *>(first + next, nullptr);
+                put_value_at<char *>(first + next, nullptr);
                 break;
             }
         }

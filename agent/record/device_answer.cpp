@@ -2,6 +2,7 @@
 #include "record/device_answer.h"
 
 #include "protocol/device_text.h"
+#include "protocol/value_at.h"
 #include "record/device_values.h"
 #include "record/json_members.h"
 #include "record/line_text.h"
@@ -29,24 +30,12 @@ using device_layout::Way;
 // A longer list or array is cut: the plug-in uses the count of an array as it is.
 constexpr size_t kMostRecorded = 65536;
 
-template <class Value> Value read_at(const char *place)
-{
-    Value value;
-    memcpy(&value, place, sizeof value);
-    return value;
-}
-
-template <class Value> void put_at(char *place, Value value)
-{
-    memcpy(place, &value, sizeof value);
-}
-
 template <class Value> void put_number(char *place, const cJSON *number)
 {
     const double value = cJSON_IsNumber(number) != 0 ? number->valuedouble : 0;
     const bool is_in_range = value >= static_cast<double>(std::numeric_limits<Value>::min()) &&
                              value <= static_cast<double>(std::numeric_limits<Value>::max());
-    put_at(place, is_in_range ? static_cast<Value>(value) : Value());
+    put_value_at(place, is_in_range ? static_cast<Value>(value) : Value());
 }
 
 // Zeroed memory that the plug-in frees.
@@ -105,7 +94,7 @@ size_t write_array(const Field &field, char *place, const cJSON *value)
             write_entry(field, array + at * field.size, entry);
         }
     }
-    put_at(place, array);
+    put_value_at(place, array);
     return count;
 }
 
@@ -119,7 +108,7 @@ void write_slots(const Field &field, char *place, const cJSON *value)
             own = new_memory(1, field.size);
             write_entry(field, own, entry);
         }
-        put_at(place + at * sizeof own, own);
+        put_value_at(place + at * sizeof own, own);
         entry = entry != nullptr ? entry->next : nullptr;
     }
 }
@@ -155,7 +144,7 @@ void write_record(const Record &record, char *at, const cJSON *value)
             const auto count = static_cast<int32_t>(
                 write_array(field, at + field.offset, member(value, field.name)));
             char *counter = at + record.fields[static_cast<size_t>(field.counted_by)].offset;
-            put_at(counter, std::min(read_at<int32_t>(counter), count));
+            put_value_at(counter, std::min(value_at<int32_t>(counter), count));
         }
     }
 }
@@ -169,7 +158,7 @@ void free_list(const Record &record, char *node)
 {
     const size_t next = place_of_next(record);
     while (node != nullptr) {
-        char *following = read_at<char *>(node + next);
+        char *following = value_at<char *>(node + next);
         free(node);
         node = following;
     }
@@ -184,10 +173,10 @@ void write_list(const Record &record, char *node, const cJSON *list)
     cJSON_ArrayForEach(value, list)
     {
         if (count > 0) {
-            char *following = read_at<char *>(node + next);
+            char *following = value_at<char *>(node + next);
             if (following == nullptr) {
                 following = new_memory(1, record.size);
-                put_at(node + next, following);
+                put_value_at(node + next, following);
             }
             node = following;
         }
@@ -197,8 +186,8 @@ void write_list(const Record &record, char *node, const cJSON *list)
         }
     }
     if (count > 0) {
-        free_list(record, read_at<char *>(node + next));
-        put_at<char *>(node + next, nullptr);
+        free_list(record, value_at<char *>(node + next));
+        put_value_at<char *>(node + next, nullptr);
     }
 }
 
@@ -210,7 +199,7 @@ void write_handed_over(char *place, const cJSON *text)
         copy = new_memory(bytes->size() + 1, 1);
         memcpy(copy, bytes->c_str(), bytes->size() + 1);
     }
-    put_at(place, copy);
+    put_value_at(place, copy);
 }
 
 void write_argument(const DeviceCall &call, size_t at, const cJSON *value)

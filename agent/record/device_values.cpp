@@ -3,6 +3,7 @@
 
 #include "protocol/device_facts.h"
 #include "protocol/device_text.h"
+#include "protocol/value_at.h"
 
 #include <algorithm>
 #include <cstring>
@@ -20,13 +21,6 @@ using device_layout::Way;
 
 constexpr size_t kLongestList = 65536; // a longer one has a cycle
 constexpr std::string_view kNothing = "{}";
-
-template <class Value> Value value_at(const void *place)
-{
-    Value value;
-    memcpy(&value, place, sizeof value);
-    return value;
-}
 
 bool is_zero(const char *bytes, size_t size)
 {
