@@ -91,11 +91,7 @@ CLI::Option *add_platform_options(CLI::App &command,
     const auto add = [&](const char *name, auto &place, const char *help, const char *type) {
         return command.add_option(name, place, help)->type_name(type)->allow_extra_args(false);
     };
-    CLI::Option *broker =
-        add("--broker", arguments->brokers,
-            "Broker, mqtt://HOST[:PORT] or mqtts:// with TLS; of several the first that answers",
-            "URL")
-            ->required();
+    CLI::Option *broker = service::add_broker_options(command, *arguments);
     add("--count", arguments->count, "Number of gateways", "N")
         ->check(unnamed(CLI::Range(1U, kMostGateways)));
     add("--first", arguments->first, "Number of the first one; 1 by default", "NUMBER")
@@ -103,7 +99,6 @@ CLI::Option *add_platform_options(CLI::App &command,
     add("--prefix", arguments->prefix,
         "Beginning of their names, PREFIX-NUMBER; \"home\" by default", "PREFIX");
     add("--ids", arguments->id_files, "File with names of gateways, each on a line", "FILE");
-    add("--root", arguments->root, "Beginning of their topics; \"gateway\" by default", "ROOT");
     add("--connections", arguments->connections, "Connections to the broker; 4 by default", "N")
         ->check(unnamed(CLI::Range(1U, kMostConnections)));
     add("--repeat", arguments->repeat,
@@ -123,17 +118,6 @@ CLI::Option *add_platform_options(CLI::App &command,
     add("--page", arguments->page, "Write the report as one HTML page", "FILE");
     add("--metrics", arguments->metrics,
         "Write metrics for Prometheus every second, for its collector of text files", "FILE");
-    command.add_flag("--insecure", arguments->insecure,
-                     "Connect to a broker on another machine without TLS");
-    add("--broker-credentials", arguments->credentials,
-        "File with the user and the password for the broker, each on a line", "FILE");
-    add("--broker-ca", arguments->tls.ca,
-        "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
-    add("--broker-certificate", arguments->tls.certificate, "Certificate of this client", "FILE");
-    add("--broker-key", arguments->tls.key, "Its private key", "FILE");
-    add("--broker-alpn", arguments->tls.alpn, "Protocol that TLS asks for", "NAME");
-    add("--broker-server-name", arguments->tls.server_name,
-        "Name in the broker's certificate, instead of its host", "NAME");
     return broker;
 }
 

@@ -4,6 +4,8 @@
 #include "io/streams.h"
 #include "service/common/config_error.h"
 
+#include <CLI/CLI.hpp>
+
 #include <sstream>
 
 namespace agent::service {
@@ -13,6 +15,32 @@ namespace {
 constexpr size_t kMaxIds = 16UL * 1024 * 1024; // bytes of a file
 
 } // namespace
+
+CLI::Option *add_broker_options(CLI::App &command, BrokerArguments &arguments)
+{
+    const auto add = [&command](const char *name, auto &place, const char *help, const char *type) {
+        return command.add_option(name, place, help)->type_name(type)->allow_extra_args(false);
+    };
+    CLI::Option *broker =
+        add("--broker", arguments.brokers,
+            "Broker, mqtt://HOST[:PORT] or mqtts:// with TLS; of several the first that answers",
+            "URL")
+            ->required();
+    add("--root", arguments.root, "Beginning of the gateways' topics; \"gateway\" by default",
+        "ROOT");
+    command.add_flag("--insecure", arguments.insecure,
+                     "Connect to a broker on another machine without TLS");
+    add("--broker-credentials", arguments.credentials,
+        "File with the user and the password for the broker, each on a line", "FILE");
+    add("--broker-ca", arguments.tls.ca,
+        "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
+    add("--broker-certificate", arguments.tls.certificate, "Certificate of this client", "FILE");
+    add("--broker-key", arguments.tls.key, "Its private key", "FILE");
+    add("--broker-alpn", arguments.tls.alpn, "Protocol that TLS asks for", "NAME");
+    add("--broker-server-name", arguments.tls.server_name,
+        "Name in the broker's certificate, instead of its host", "NAME");
+    return broker;
+}
 
 BrokerAccess broker_access(const BrokerArguments &arguments)
 {

@@ -11,6 +11,11 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
 namespace agent::service {
 
 // The command line, or a file that it names, is not valid.
@@ -27,6 +32,9 @@ struct BrokerArguments {
     std::string credentials; // a file; empty: none
     TlsOptions tls;
 };
+
+// Adds the options; returns that of the broker. The arguments have to outlive the command.
+CLI::Option *add_broker_options(CLI::App &command, BrokerArguments &arguments);
 
 // The same, checked and read.
 struct BrokerAccess {

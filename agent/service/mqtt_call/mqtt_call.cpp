@@ -272,16 +272,9 @@ void add_mqtt_call(CLI::App &app, Options &options)
         return command->add_option(name, place, help)->type_name(type)->allow_extra_args(false);
     };
     add_request(command, options.call);
-    CLI::Option *broker =
-        add_text(
-            "--broker", call->brokers,
-            "Broker, mqtt://HOST[:PORT] or mqtts:// with TLS; of several the first that answers",
-            "URL")
-            ->required();
-    exclude_library_options(app, broker);
+    exclude_library_options(app, add_broker_options(*command, *call));
     add_text("--id", call->ids, "Name of a gateway on the broker; may be repeated", "ID");
     add_text("--ids", call->ids_file, "File with the names of gateways, each on a line", "FILE");
-    add_text("--root", call->root, "Beginning of their topics; \"gateway\" by default", "ROOT");
     add_text("--timeout", call->timeout,
              "How long to wait for answers; by default 30 seconds more than the command may take",
              "SECONDS")
@@ -293,17 +286,6 @@ void add_mqtt_call(CLI::App &app, Options &options)
         add_text("--events", call->events, "Print the events that match as well", "PATTERN");
     command->add_flag("--follow", call->follows, "Go on with events after the answers")
         ->needs(events);
-    command->add_flag("--insecure", call->insecure,
-                      "Connect to a broker on another machine without TLS");
-    add_text("--broker-credentials", call->credentials,
-             "File with the user and the password for the broker, each on a line", "FILE");
-    add_text("--broker-ca", call->tls.ca,
-             "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
-    add_text("--broker-certificate", call->tls.certificate, "Certificate of this client", "FILE");
-    add_text("--broker-key", call->tls.key, "Its private key", "FILE");
-    add_text("--broker-alpn", call->tls.alpn, "Protocol that TLS asks for", "NAME");
-    add_text("--broker-server-name", call->tls.server_name,
-             "Name in the broker's certificate, instead of its host", "NAME");
     command->footer(R"(
 hgagent mqtt-call --broker URL --id ID [NAME [JSON | - | KEY=VALUE ...]]
 The request is given as for call. It is repeated until it is answered, and executed at most once; if the
