@@ -7,7 +7,6 @@
 
 #include <boost/asio/post.hpp>
 
-#include <mutex>
 #include <utility>
 
 namespace agent::fleet {
@@ -28,46 +27,6 @@ std::string_view command_in(std::string_view line)
 }
 
 } // namespace
-
-class LoopWorker::Output : public std::enable_shared_from_this<LoopWorker::Output> {
-  public:
-    Output(boost::asio::io_context &loop, service::WorkerListener &listener)
-        : loop_(&loop), listener_(listener)
-    {
-    }
-
-    bool write(std::initializer_list<std::string_view> pieces)
-    {
-        std::string line;
-        for (const std::string_view piece : pieces) {
-            line += piece;
-        }
-        line.pop_back(); // the line end
-        const std::lock_guard lock(mutex_);
-        if (loop_ == nullptr) {
-            return false;
-        }
-        boost::asio::post(*loop_, [self = shared_from_this(), line = std::move(line)] {
-            if (!self->has_left_) {
-                self->listener_.on_worker_line(line);
-            }
-        });
-        return true;
-    }
-
-    void leave()
-    {
-        has_left_ = true;
-        const std::lock_guard lock(mutex_);
-        loop_ = nullptr;
-    }
-
-  private:
-    std::mutex mutex_;
-    boost::asio::io_context *loop_; // null after leave()
-    bool has_left_ = false;         // the same, for the event loop alone
-    service::WorkerListener &listener_;
-};
 
 LoopWorker::LoopWorker(boost::asio::io_context &loop, Options options, bool was_off, Slot &slot)
     : loop_(loop), options_(std::move(options)), was_off_(was_off), slot_(slot), look_(loop)
@@ -93,7 +52,7 @@ void LoopWorker::start(service::WorkerListener &listener)
         reinterpret_cast<decltype(&simulated_gateway_power_cycle)>(
             host_->device_symbol("simulated_gateway_power_cycle"))();
     }
-    output_ = std::make_shared<Output>(loop_, listener);
+    output_ = std::make_shared<service::WorkerOutput>(loop_, listener);
     session_.emplace(options_, *host_,
                      [output = output_](std::initializer_list<std::string_view> pieces) {
                          return output->write(pieces);

@@ -7,6 +7,7 @@
 #include "commands/serve.h"
 #include "fleet/slot.h"
 #include "service/worker/worker.h"
+#include "service/worker/worker_output.h"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -31,9 +32,6 @@ class LoopWorker : public service::Worker {
     bool can_be_killed() const override { return false; }
 
   private:
-    // Lines may come from threads of the plug-in, also once this object has gone.
-    class Output;
-
     void end(int status);
     void look_later();
 
@@ -42,7 +40,7 @@ class LoopWorker : public service::Worker {
     const bool was_off_;
     Slot &slot_;
     service::WorkerListener *listener_ = nullptr;
-    std::shared_ptr<Output> output_;
+    std::shared_ptr<service::WorkerOutput> output_; // also of threads of the plug-in
     std::optional<PluginHost> host_;
     std::optional<ServeSession> session_;
     boost::asio::steady_timer look_;

@@ -6,9 +6,7 @@
 #include "io/streams.h"
 #include "io/text.h"
 #include "service/common/sockets.h"
-
-#include <boost/asio/executor_work_guard.hpp>
-#include <boost/asio/post.hpp>
+#include "service/worker/worker_output.h"
 
 #include <csignal>
 #include <mutex>
@@ -23,10 +21,10 @@
 namespace agent::service {
 
 // Between the event loop and the thread: lines in, lines out.
-class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWorker::Shared> {
+class InProcessWorker::Shared {
   public:
     Shared(boost::asio::io_context &loop, WorkerListener &listener)
-        : loop_(&loop), listener_(&listener)
+        : output_(std::make_shared<WorkerOutput>(loop, listener))
     {
         if (changed_.get() < 0) {
             throw WorkerError(system_problem("cannot make an event descriptor"));
@@ -52,12 +50,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
     }
 
     // No more lines are passed on after this.
-    void leave()
-    {
-        has_left_ = true;
-        const std::lock_guard lock(mutex_);
-        loop_ = nullptr;
-    }
+    void leave() { output_->leave(); }
 
     void run(const Options &options)
     {
@@ -69,7 +62,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
             {
                 ServeSession session(options, host,
                                      [this](std::initializer_list<std::string_view> pieces) {
-                                         return hand_out(pieces);
+                                         return output_->write(pieces);
                                      });
                 serve(session);
                 await_workers(host);
@@ -89,17 +82,7 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
         report_end(end);
     }
 
-    void report_end(const WorkerEnd &end)
-    {
-        const std::lock_guard lock(mutex_);
-        if (loop_ != nullptr) {
-            boost::asio::post(*loop_, [self = shared_from_this(), end] {
-                if (!self->has_left_) {
-                    self->listener_->on_worker_end(end);
-                }
-            });
-        }
-    }
+    void report_end(const WorkerEnd &end) { output_->end(end); }
 
   private:
     // Result: false at the end of the lines. No line: it is time for ServeSession::look().
@@ -155,36 +138,10 @@ class InProcessWorker::Shared : public std::enable_shared_from_this<InProcessWor
         }
     }
 
-    bool hand_out(std::initializer_list<std::string_view> pieces)
-    {
-        size_t size = 0;
-        for (const std::string_view piece : pieces) {
-            size += piece.size();
-        }
-        std::string line;
-        line.reserve(size);
-        for (const std::string_view piece : pieces) {
-            line += piece;
-        }
-        line.pop_back(); // the line end
-        const std::lock_guard lock(mutex_);
-        if (loop_ == nullptr) {
-            return false;
-        }
-        boost::asio::post(*loop_, [self = shared_from_this(), line = std::move(line)] {
-            if (!self->has_left_) {
-                self->listener_->on_worker_line(line);
-            }
-        });
-        return true;
-    }
-
     std::mutex mutex_;
     // Cheaper than a condition variable, which takes the waiting thread another system call.
     const Descriptor changed_{eventfd(0, EFD_CLOEXEC)};
-    boost::asio::io_context *loop_; // null after leave()
-    bool has_left_ = false;         // the same, for the event loop alone
-    WorkerListener *const listener_;
+    const std::shared_ptr<WorkerOutput> output_;
     std::vector<std::string> lines_; // usually one
     bool is_finishing_ = false;
 };
