@@ -11,6 +11,8 @@ namespace agent {
 
 namespace {
 
+constexpr size_t kMostCommands = 1'000'000'000;
+
 void add_file(CLI::App *subcommand, const char *name, std::string &file, const char *meaning)
 {
     subcommand->add_option(name, file, meaning)->type_name("")->required();
@@ -67,7 +69,7 @@ void add_make_test(CLI::App &app, Options &options)
     add_file(make_test, "FILE", given->file, "The recording");
     make_test->add_option("--command", given->command, "Only the command with this number, from 1")
         ->type_name("N")
-        ->check(CLI::PositiveNumber.description(""))
+        ->check(CLI::Range(size_t{1}, kMostCommands).description(""))
         ->allow_extra_args(false);
     make_test->footer(R"(
 Prints the command with all that it led to, also in threads that it started, as a recording without times,

@@ -22,6 +22,7 @@ namespace {
 constexpr size_t kPage = 4096;
 constexpr std::string_view kPadding = "{}";
 constexpr size_t kLeastPadding = kPadding.size() + 1;
+constexpr std::string_view kBegin = R"({"recording":1,)";
 
 } // namespace
 
@@ -55,6 +56,11 @@ void RecordingFile::open_file()
                                               : ": not a regular file"));
     }
     written_ = static_cast<uint64_t>(status.st_size);
+    if (!is_recording()) {
+        close_file();
+        throw std::runtime_error(path_ +
+                                 ": not a recording of this version, so nothing is appended");
+    }
     cut_incomplete_line();
 }
 
@@ -64,6 +70,16 @@ void RecordingFile::close_file()
         close(file_);
         file_ = -1;
     }
+}
+
+// Another file, named by mistake, would lose its last line. One that was cut before its first line
+// is complete may be continued, also one of zeros, which a power failure leaves.
+bool RecordingFile::is_recording() const
+{
+    std::array<char, kBegin.size()> begin = {};
+    const ssize_t length = pread(file_, begin.data(), begin.size(), 0);
+    const std::string_view found(begin.data(), length > 0 ? static_cast<size_t>(length) : 0);
+    return kBegin.starts_with(found) || found.front() == '\0';
 }
 
 // A file system that was full, or a machine that lost its power, may have left one.

@@ -41,6 +41,7 @@ class RecordingFile {
     uint64_t size() const { return written_ + pending_.size(); }
     void open_file();
     void close_file();
+    bool is_recording() const;
     void cut_incomplete_line();
     // Fills the page so that no line begins in the rest of it.
     void fill_page(size_t gap);

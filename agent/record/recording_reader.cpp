@@ -144,7 +144,7 @@ bool RecordingReader::read_line()
         }
     }
     if (ferror(file_.get()) != 0) {
-        refuse(std::generic_category().message(errno));
+        throw BadRecording(name_ + ": " + std::generic_category().message(errno));
     }
     return false;
 }

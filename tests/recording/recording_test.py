@@ -251,6 +251,16 @@ class Recording(unittest.TestCase):
         self.assertTrue(self.file.read_bytes().startswith(whole))
         self.assertEqual(len(self.lines()), 10)
 
+    def test_only_a_recording_is_appended_to(self):
+        for text in (b"notes\nof mine", b"x", b'{"recording":2,"program":"hgagent"}\n'):
+            self.file.write_bytes(text)
+            self.assertIn("not a recording of this version", self.call("GET_SN_INFO", status=4).stderr)
+            self.assertEqual(self.file.read_bytes(), text)
+        for text in (b"", b'{"recor', bytes(9000)):
+            self.file.write_bytes(text)
+            self.call("GET_SN_INFO")
+            self.assertEqual(len(self.lines()), 5)
+
     def test_only_one_process_records_into_a_file(self):
         with subprocess.Popen([AGENT, "--record", self.file, "serve"], env=ENVIRONMENT, text=True,
                               stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:

@@ -5,6 +5,7 @@
 #include "fleet/platform/drive.h"
 #include "io/text.h"
 #include "service/common/config_error.h"
+#include "service/config.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -44,8 +45,8 @@ template <class Function> int with_usage_errors(Function function)
         return function();
     } catch (const WrongUsage &problem) {
         print_error(problem.what());
-    } catch (const service::ConfigError &problem) {
-        print_error(problem.what());
+    } catch (const service::ConfigError &wrong) {
+        return service::report_problems(wrong);
     }
     return kWrongUsage;
 }
