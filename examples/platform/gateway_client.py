@@ -134,12 +134,18 @@ def firmware(gateway, url):
 
 
 def main():
-    host, _, port = sys.argv[1].rpartition(":")
-    gateway = Gateway(host, int(port), sys.argv[2])
+    _, broker, name, action, *words = sys.argv + [""] * (4 - len(sys.argv))
+    host, _, port = broker.rpartition(":")
+    if not port.isdigit() or len(words) != {"rename": 1, "hosts": 0, "bedtime": 3, "firmware": 1}.get(action):
+        sys.exit("usage: gateway_client.py HOST:PORT GATEWAY rename NAME | hosts | bedtime MAC START END | firmware URL")
     try:
-        {"rename": rename, "hosts": hosts, "bedtime": bedtime, "firmware": firmware}[sys.argv[3]](gateway, *sys.argv[4:])
+        gateway = Gateway(host, int(port), name)
+    except OSError as problem:
+        sys.exit(f"{broker}: {problem}")
+    try:
+        {"rename": rename, "hosts": hosts, "bedtime": bedtime, "firmware": firmware}[action](gateway, *words)
     except (Refused, TimeoutError) as problem:
-        sys.exit(f"{sys.argv[2]}: {problem}")
+        sys.exit(f"{name}: {problem}")
     finally:
         gateway.client.disconnect()
         gateway.client.loop_stop()

@@ -127,7 +127,10 @@ async function firmware(gateway: Gateway, url: string): Promise<void> {
     console.log((await gateway.call("GET_HG_BASE_INFO", {})).FWVersion);
 }
 
-async function main([address = "", action, ...words]: string[]): Promise<void> {
+async function main([address = "", action = "", ...words]: string[]): Promise<void> {
+    if (words.length !== new Map([["rename", 1], ["hosts", 0], ["bedtime", 3], ["firmware", 1]]).get(action)) {
+        throw new Error("usage: http_client ADDRESS rename NAME | hosts | bedtime MAC START END | firmware URL");
+    }
     const gateway = new Gateway(address);
     const [first = "", start = "", end = ""] = words;
     if (action === "rename") {
@@ -138,7 +141,7 @@ async function main([address = "", action, ...words]: string[]): Promise<void> {
         }
     } else if (action === "bedtime") {
         await bedtime(gateway, first, start, end);
-    } else if (action === "firmware") {
+    } else {
         await firmware(gateway, first);
     }
 }

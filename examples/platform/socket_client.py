@@ -122,11 +122,14 @@ def firmware(gateway, url):
 
 
 def main():
+    _, address, action, *words = sys.argv + [""] * (3 - len(sys.argv))
+    if len(words) != {"rename": 1, "hosts": 0, "bedtime": 3, "firmware": 1}.get(action):
+        sys.exit("usage: socket_client.py SOCKET rename NAME | hosts | bedtime MAC START END | firmware URL")
     try:
-        gateway = Gateway(sys.argv[1])
-        {"rename": rename, "hosts": hosts, "bedtime": bedtime, "firmware": firmware}[sys.argv[2]](gateway, *sys.argv[3:])
+        gateway = Gateway(address)
+        {"rename": rename, "hosts": hosts, "bedtime": bedtime, "firmware": firmware}[action](gateway, *words)
     except (Refused, OSError) as problem:  # a TimeoutError is an OSError
-        sys.exit(f"{sys.argv[1]}: {problem}")
+        sys.exit(f"{address}: {problem}")
 
 
 if __name__ == "__main__":

@@ -41,6 +41,11 @@ class Actions:
         self.run_client("rename", "Attic")
         self.assertEqual(self.ask("GET_HG_BASE_INFO")["Name"], "Attic")
 
+    def test_wrong_usage(self):
+        self.start()
+        for words in ((), ("hosts", "all"), ("bedtime", PHONE), ("reset",)):
+            self.assertTrue(self.refused(*words).startswith("usage: "), words)
+
     def test_hosts(self):
         self.start(device=False)
         self.assertIn(PHONE, self.run_client("hosts"))
@@ -107,6 +112,11 @@ class BrokerClientTest(Actions, case.BrokerCase):
 
     def start(self, *options, **more):
         self.running = self.trusted(self.broker, *options, **more)
+
+    def test_no_broker(self):
+        self.start()
+        self.broker.kill()
+        self.assertTrue(self.refused("hosts").startswith(f"127.0.0.1:{self.broker.port.number}: "))
 
     def test_failures_meanwhile(self):
         held = self.pipe()

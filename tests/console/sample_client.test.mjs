@@ -61,6 +61,14 @@ test("renames the gateway, lists its hosts and sets a bedtime", () => withServic
     assert.deepEqual(periods.map(({ StartTime, EndTime }) => [StartTime, EndTime]), [["21:00", "06:30"]]);
 }));
 
+test("shows how it is used", async () => {
+    for (const words of [["hosts", "all"], ["bedtime", phone], ["reset"]]) {
+        const { status, message } = await run("http://127.0.0.1:1/#token=0", ...words);
+        assert.equal(status, 1);
+        assert.match(message, /^usage: /);
+    }
+});
+
 test("updates the firmware, to the end of the reboot", () =>
     withService({ agent: ["--firmware-folder", folder], run: ["--reboot-seconds", "1"] }, async (service) => {
         const image = join(folder, "firmware.img");
