@@ -41,7 +41,8 @@ class ConformanceTest(case.GatewayCase):
     def compare(self, results):
         page, known = documented(), functions()
         descriptions = [json.loads(path.read_text(encoding="utf-8")) for path in (ROOT / "protocol/commands").glob("*.json")]
-        self.assertEqual(set(page), {description["command"] for description in descriptions})
+        self.assertEqual(set(page), {description["command"] for description in descriptions},
+                         f"docs/{PAGE.name} needs a row for each command")
         for description in descriptions:
             name = description["command"]
             # What cannot be undone is not tried: there, all functions of the command have to be there.
