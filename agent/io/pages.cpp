@@ -40,9 +40,12 @@ void Table::print(std::ostream &out, const std::string &indent) const
 
 int show(const std::string &page)
 {
+    const bool was_writable = static_cast<bool>(std::cout);
     std::cout << page << std::flush;
     if (!std::cout) {
-        print_error("cannot write to standard output");
+        if (was_writable) { // reported once, however many pages follow
+            print_error("cannot write to standard output");
+        }
         return kCannotWrite;
     }
     return kSuccess;

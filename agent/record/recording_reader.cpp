@@ -115,6 +115,9 @@ RecordingReader::RecordingReader(const std::string &file)
     if (file_ == nullptr) {
         throw BadRecording(file + ": " + std::generic_category().message(errno));
     }
+    if (fseek(file_.get(), 0, SEEK_SET) != 0) { // a pipe
+        throw BadRecording(file + ": not a regular file");
+    }
     if (!read_line() || !is_head()) {
         throw BadRecording(file + " is not a recording");
     }

@@ -254,7 +254,9 @@ class Refused(Recorded):
         result = hgagent("replay", self.folder / "none.jsonl")
         self.assertEqual(result.returncode, 2)
         self.assertIn("none.jsonl: No such file or directory", result.stderr)
-        self.assertEqual(hgagent("replay", self.folder).returncode, 2)
+        self.assertIn(f"{self.folder}: Is a directory", hgagent("replay", self.folder).stderr)
+        result = subprocess.run([HGAGENT, "replay", "/dev/stdin"], input="", capture_output=True, text=True, check=False)
+        self.assertEqual((result.returncode, result.stderr), (2, "hgagent: /dev/stdin: not a regular file\n"))
 
     def test_lines_that_are_none_or_are_missing(self):
         lines = self.recorded(LINES[:1])
@@ -323,6 +325,9 @@ class Tools(Recorded):
                       '  A        "HGU-AX3000"\n  B        "HGU-AX6000"\n', result.stdout)
         self.assertIn("GET_HG_PPPOE_INFO", result.stdout)
         self.assertTrue(result.stdout.endswith("6 commands: 5 differences\n"), result.stdout)
+        with open("/dev/full", "w", encoding="ascii") as full:
+            result = subprocess.run([HGAGENT, "diff", one, other], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
+        self.assertEqual((result.returncode, result.stderr), (5, "hgagent: cannot write to standard output\n"))
 
     def test_diff_of_what_has_nothing_in_common(self):
         """One has commands only, and in the other the same lines are those of a thread of the plug-in."""
