@@ -50,6 +50,7 @@ class PageTest(unittest.TestCase):
         self.stack = self.enterContext(contextlib.ExitStack())
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.folder.chmod(0o755)
+        self.purge()
         self.machines = {}
         for name in ("gateway", "internet", "switch", *(name for name, mac in HOSTS)):
             self.machines[name] = network.Namespace(name)
@@ -59,6 +60,13 @@ class PageTest(unittest.TestCase):
         self.connect_machines()
         self.start_internet()
         self.install_stand_ins()
+
+    def purge(self):
+        """The page is for a machine that has not had the packages: what an earlier use of this one left goes, in what is
+        mounted over its folders."""
+        for package in ("linux-gateway", "hgagent"):
+            subprocess.run([ROOT / "packaging/debian" / package / "postrm", "purge"], check=True,
+                           env={**os.environ, "DPKG_ROOT": "/"})
 
     def connect_machines(self):
         self.cable("gateway", "enp1s0", "internet", "eth0")
