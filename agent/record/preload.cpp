@@ -152,6 +152,7 @@ class NextServices : public PluginServices {
     {
         static const auto next =
             next_function<decltype(::ts_sys_mgr_get_brmac)>("ts_sys_mgr_get_brmac");
+        *mac = '\0';
         if (next != nullptr) {
             next(mac);
         }
