@@ -6,7 +6,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <sys/prctl.h>
+#include <utility>
+#include <vector>
 
 namespace agent {
 
@@ -56,6 +59,101 @@ size_t end_of_value(std::string_view text, size_t begin)
         }
     }
     return text.size();
+}
+
+// The text of a JSON string without its quotes.
+struct StringText {
+    std::string text;
+    std::vector<size_t> places; // of its bytes in the string, and the string's end
+};
+
+// The character at the backslash, and the number of bytes that stand for it. Those that are not
+// ASCII, and invalid ones, are left as they are: no secret name has one.
+std::pair<char, size_t> escaped_character(std::string_view text, size_t backslash)
+{
+    constexpr std::string_view names = "bfnrt";
+    constexpr std::string_view meanings = "\b\f\n\r\t";
+    const char name = text[backslash + 1];
+    const size_t at = names.find(name);
+    if (at != std::string_view::npos) {
+        return {meanings[at], 2};
+    }
+    if (name != 'u') {
+        return {name, 2};
+    }
+    const std::string_view digits = text.substr(backslash + 2, 4);
+    unsigned value = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    const bool is_ascii =
+        error == std::errc() && end == digits.data() + 4 && value > 0 && value < 0x80;
+    return is_ascii ? std::pair(static_cast<char>(value), size_t{6}) : std::pair('\\', size_t{1});
+}
+
+StringText text_of_string(std::string_view string)
+{
+    StringText plain;
+    for (size_t at = 0; at < string.size();) {
+        const bool is_escaped = string[at] == '\\' && at + 1 < string.size();
+        const auto [character, length] =
+            is_escaped ? escaped_character(string, at) : std::pair(string[at], size_t{1});
+        plain.text += character;
+        plain.places.push_back(at);
+        at += length;
+    }
+    plain.places.push_back(string.size());
+    return plain;
+}
+
+// JSON as a part of a JSON string.
+std::string escaped(std::string_view json)
+{
+    std::string string;
+    for (const char mark : json) {
+        string += mark == '"' || mark == '\\' ? "\\" : "";
+        string += mark >= 0 && mark < ' ' ? ' ' : mark; // only between its strings
+    }
+    return string;
+}
+
+struct MaskedPart {
+    size_t begin;
+    size_t end;
+    std::string mask;
+};
+
+// Each level of strings within strings at least doubles the backslashes, so the depth is small.
+std::vector<MaskedPart> masked_parts(std::string_view text, const SecretMask &mask)
+{
+    std::vector<MaskedPart> parts;
+    size_t at = 0;
+    while (at < text.size()) {
+        const size_t quote = text.find('"', at);
+        if (quote == std::string_view::npos) {
+            break;
+        }
+        at = end_of_string(text, quote);
+        const size_t begin = quote + 1;
+        const bool is_whole = at > begin && text[at - 1] == '"';
+        const std::string_view string = text.substr(begin, at - begin - (is_whole ? 1 : 0));
+        StringText plain;
+        if (string.find('\\') != std::string_view::npos) {
+            plain = text_of_string(string);
+        }
+        const std::string_view name = plain.text.empty() ? string : std::string_view(plain.text);
+        const size_t colon = after_space(text, at);
+        if (colon < text.size() && text[colon] == ':' && is_secret_name(name)) {
+            const size_t value = after_space(text, colon + 1);
+            at = end_of_value(text, value);
+            parts.push_back({value, at, mask.json(text.substr(value, at - value))});
+            continue;
+        }
+        for (const MaskedPart &part : masked_parts(plain.text, mask)) {
+            parts.push_back({begin + plain.places[part.begin], begin + plain.places[part.end],
+                             escaped(part.mask)});
+        }
+    }
+    return parts;
 }
 
 class Stars : public SecretMask {
@@ -108,21 +206,12 @@ std::string mask_json(std::string_view text, const SecretMask &mask)
 {
     std::string shown;
     size_t at = 0;
-    while (at < text.size()) {
-        const size_t quote = std::min(text.find('"', at), text.size());
-        const size_t end = quote < text.size() ? end_of_string(text, quote) : quote;
-        shown += text.substr(at, end - at);
-        at = end;
-        const size_t colon = after_space(text, end);
-        if (colon == text.size() || text[colon] != ':' || quote + 1 >= end ||
-            !is_secret_name(text.substr(quote + 1, end - quote - 2))) {
-            continue;
-        }
-        const size_t value = after_space(text, colon + 1);
-        at = end_of_value(text, value);
-        shown += text.substr(end, value - end);
-        shown += mask.json(text.substr(value, at - value));
+    for (const MaskedPart &part : masked_parts(text, mask)) {
+        shown += text.substr(at, part.begin - at);
+        shown += part.mask;
+        at = part.end;
     }
+    shown += text.substr(at);
     return shown;
 }
 

@@ -42,8 +42,8 @@ class SecretMask {
 // Replaces every secret by "***".
 const SecretMask &stars();
 
-// The text with the values of secret keys in every piece of JSON in it replaced; the rest is
-// unchanged. Invalid or truncated JSON is masked as well.
+// The text with the values of secret keys in every piece of JSON in it replaced, also in JSON
+// within its strings; the rest is unchanged. Invalid or truncated JSON is masked as well.
 std::string mask_json(std::string_view text, const SecretMask &mask = stars());
 
 // A URL without the secrets that it may contain: its password, the values of its query, and its

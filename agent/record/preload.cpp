@@ -6,7 +6,6 @@
 #include "smart_router_service/host_agent.h"
 #include "smart_router_service/processjsonability.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <charconv>
@@ -16,6 +15,7 @@
 #include <exception>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <unistd.h>
 
@@ -26,7 +26,6 @@ namespace agent::record {
 namespace {
 
 constexpr char kDispatcher[] = "hg_process_json_cmd";
-constexpr uint64_t kUsualLimit = 64UL * 1024 * 1024;
 
 using FindSymbol = void *(*)(void *, const char *) noexcept;
 
@@ -78,6 +77,20 @@ std::string variable(const char *name)
 {
     const char *value = getenv(name); // NOLINT(concurrency-mt-unsafe): nothing here changes it
     return value != nullptr ? value : "";
+}
+
+uint64_t limit_of(const std::string &text)
+{
+    int64_t limit = HostOptions().record_limit;
+    const char *const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, limit);
+    if (!text.empty() && (error != std::errc() || rest != end || limit < kLeastRecordLimit ||
+                          limit > kMostRecordLimit)) {
+        throw std::runtime_error("HGAGENT_RECORD_LIMIT: not a number of bytes from " +
+                                 std::to_string(kLeastRecordLimit) + " to " +
+                                 std::to_string(kMostRecordLimit));
+    }
+    return static_cast<uint64_t>(limit);
 }
 
 void *given_device_library()
@@ -152,6 +165,7 @@ class NextServices : public PluginServices {
     {
         static const auto next =
             next_function<decltype(::ts_sys_mgr_get_brmac)>("ts_sys_mgr_get_brmac");
+        *mac = '\0';
         if (next != nullptr) {
             next(mac);
         }
@@ -235,10 +249,6 @@ class Preload {
         if (options.file.empty()) {
             return;
         }
-        const std::string limit = variable("HGAGENT_RECORD_LIMIT");
-        options.limit = kUsualLimit;
-        std::from_chars(limit.data(), limit.data() + limit.size(), options.limit);
-        options.limit = std::max<uint64_t>(options.limit, kLeastRecordLimit);
         options.mask_key = variable("HGAGENT_MASK_KEY");
         options.show_secrets = variable("HGAGENT_SHOW_SECRETS") == "1";
         options.program = "libhg_record.so " HGAGENT_VERSION;
@@ -246,6 +256,7 @@ class Preload {
         // The executable's own functions cannot be replaced.
         options.agent_services = is_here(real_dlsym()(RTLD_DEFAULT, "ts_mod_log_printf"));
         try {
+            options.limit = limit_of(variable("HGAGENT_RECORD_LIMIT"));
             recording_ = std::make_unique<Recording>(options);
         } catch (const std::exception &problem) {
             fprintf(stderr, "libhg_record.so: %s; nothing is recorded\n", problem.what());

@@ -75,7 +75,11 @@ Argument request_address(const char *name, const char *address)
 
 Argument reply_number(const char *name, const int32_t *number)
 {
-    return {name, number, true, shown_number<int32_t>};
+    Argument argument = {name, number, true, shown_number<int32_t>};
+    argument.spoil = [](const void *value) {
+        *static_cast<int32_t *>(const_cast<void *>(value)) = random_number();
+    };
+    return argument;
 }
 
 } // namespace simulated_gateway

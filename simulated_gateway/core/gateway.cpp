@@ -31,7 +31,8 @@ State new_state(const std::string &scenario, const Home &home)
     return state;
 }
 
-// Result: whether the call has filled its arguments, as it were.
+// Result: whether the call has filled its arguments, as it were. Texts by themselves are left as
+// they are: their width is not known.
 bool apply(const Fault &fault, std::initializer_list<Argument> arguments)
 {
     if (fault.kind == Fault::Kind::kCrash) {
@@ -45,7 +46,9 @@ bool apply(const Fault &fault, std::initializer_list<Argument> arguments)
             argument.spoil(argument.value);
         }
     }
-    return true;
+    return std::ranges::all_of(arguments, [](const Argument &argument) {
+        return !argument.is_reply || argument.spoil != nullptr;
+    });
 }
 
 Home home_of(const std::string &scenario, const std::optional<HomeNumber> &which)

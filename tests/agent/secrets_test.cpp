@@ -73,10 +73,38 @@ TEST(MaskJson, MasksTruncatedValues)
 TEST(MaskJson, LeavesOtherTextsAlone)
 {
     for (const char *text :
-         {"", "\"", "\"pwd\"", "\"pwd", "plain: text", "{\"a\":\"pwd\"}", "\"\":1",
-          "{\"text\":\"say \\\"pwd\\\": no\"}", "pwd: x", ":::\"\"\""}) {
+         {"", "\"", "\"pwd\"", "\"pwd", "plain: text", "{\"a\":\"pwd\"}", "\"\":1", "pwd: x",
+          ":::\"\"\"", R"({"text":"say \"pwd\", \u00e9\n"})", R"("\)", R"("\u)",
+          R"({"a":"\\\"pwd\\\"","b":"\u0000:\ud83d\ude00"})"}) {
         EXPECT_EQ(mask_json(text), text);
     }
+}
+
+TEST(MaskJson, ReplacesSecretsOfJsonInStrings)
+{
+    EXPECT_EQ(mask_json(R"({"a":"\u00e9\n{\"SSID\":\"b\", \"PWD\" : \"zaun\",\"n\":1}","c":"d"})"),
+              R"({"a":"\u00e9\n{\"SSID\":\"b\", \"PWD\" : \"***\",\"n\":1}","c":"d"})");
+    EXPECT_EQ(mask_json(R"(["{\"pwd\":{\"x\":[\"zaun\"]},\"a\":1}"])"),
+              R"(["{\"pwd\":\"***\",\"a\":1}"])");
+    EXPECT_EQ(mask_json(R"("{\"a\":\"{\\\"pwd\\\":\\\"za\\\\\\\"un\\\",\\\"b\\\":1}\"}")"),
+              R"("{\"a\":\"{\\\"pwd\\\":\\\"***\\\",\\\"b\\\":1}\"}")");
+    EXPECT_EQ(mask_json(R"({"a":"{\u0022pwd\u0022:\u0022zaun\u0022}"})"),
+              R"({"a":"{\u0022pwd\u0022:\"***\"}"})");
+}
+
+TEST(MaskJson, MasksTruncatedJsonInStrings)
+{
+    for (const char *end : {"", "\\", "\\\"", "\\\\", "\\u00e", "\\u0022"}) {
+        const std::string masked = mask_json(R"({"a":"{\"pwd\":\"zaun)" + std::string(end));
+        EXPECT_TRUE(masked.starts_with(R"({"a":"{\"pwd\":\"***\")")) << masked;
+        EXPECT_EQ(masked.find("zaun"), std::string::npos) << masked;
+    }
+}
+
+TEST(MaskJson, RecognizesNamesWithEscapes)
+{
+    EXPECT_EQ(mask_json(R"({"P\u0057\u0044":"zaun","a\/PWD":"zaun"})"),
+              R"({"P\u0057\u0044":"***","a\/PWD":"***"})");
 }
 
 TEST(MaskAddress, ReplacesSecretsInAnAddress)

@@ -1,11 +1,59 @@
 # SPDX-License-Identifier: MIT
 """A broker or a name server that does not answer delays nothing else."""
 import os
+import signal
 import socket
+import struct
 
 import case
 
 QUERY = '{"id":1,"command":"GET_SN_INFO"}'
+
+
+class ForgetfulBroker:
+    """A connection of a broker that accepts everything and acknowledges messages only on request."""
+
+    def __init__(self, listener):
+        self.connection, _ = listener.accept()
+        self.input = self.connection.makefile("rb")
+
+    def packet(self):
+        """The next packet: its first byte, and what follows its length."""
+        kind = self.input.read(1)[0]
+        length = shift = 0
+        while True:
+            byte = self.input.read(1)[0]
+            length |= (byte & 0x7f) << shift
+            shift += 7
+            if byte < 0x80:
+                return kind, self.input.read(length)
+
+    def state(self, acknowledges=False):
+        """The next state that is published; everything before it is accepted."""
+        while True:
+            kind, body = self.packet()
+            if kind >> 4 == 1:  # CONNECT
+                self.connection.sendall(bytes([0x20, 3, 0, 0, 0]))
+            elif kind >> 4 == 8:  # SUBSCRIBE
+                granted = 0
+                at = 3 + body[2]
+                while at < len(body):
+                    at += 3 + struct.unpack_from(">H", body, at)[0]
+                    granted += 1
+                self.connection.sendall(bytes([0x90, 3 + granted]) + body[:2] + bytes([0] + [1] * granted))
+            elif kind >> 4 == 3:  # PUBLISH
+                at = 2 + struct.unpack_from(">H", body)[0]
+                topic = body[2:at]
+                if kind & 6:
+                    if acknowledges:
+                        self.connection.sendall(bytes([0x40, 2]) + body[at:at + 2])
+                    at += 2
+                if topic.endswith(b"/gw/state"):
+                    return body[at + 1 + body[at]:]
+
+    def close(self):
+        self.input.close()
+        self.connection.close()
 
 
 class SilenceTest(case.BrokerCase):
@@ -28,6 +76,35 @@ class SilenceTest(case.BrokerCase):
         running.await_broker()
         self.assertEqual(self.caller(broker).ask("GET_SN_INFO").body["result"], 0)
         self.assertEqual(running.end(), 0)
+
+    def test_broker_that_acknowledges_nothing(self):
+        """The state is published once per connection, however often it was not acknowledged before."""
+        listener = self.silent_listener()
+        running = self.service("--broker", f"mqtt://127.0.0.1:{listener.getsockname()[1]}", "--id", "gw", "--trust",
+                               connected=False)
+        for _ in range(2):
+            broker = ForgetfulBroker(listener)
+            self.assertIn(b'"online":true', broker.state())
+            broker.close()
+        broker = ForgetfulBroker(listener)
+        self.addCleanup(broker.close)
+        running.await_broker()
+        self.assertIn(b'"online":true', broker.state(acknowledges=True))
+        running.process.send_signal(signal.SIGTERM)
+        self.assertIn(b'"online":false', broker.state(acknowledges=True))
+        self.assertEqual(running.process.wait(), 0)
+
+    def test_broker_that_says_why_it_disconnects(self):
+        """The first time another client takes the session nothing is said of a series."""
+        listener = self.silent_listener()
+        running = self.service("--broker", f"mqtt://127.0.0.1:{listener.getsockname()[1]}", "--id", "gw", "--trust",
+                               "--root", "lab", connected=False)
+        broker = ForgetfulBroker(listener)
+        self.addCleanup(broker.close)
+        broker.state()
+        broker.connection.sendall(bytes([0xe0, 2, 0x8e, 0]))  # DISCONNECT: session taken over
+        line = running.await_line("is lost")
+        self.assertTrue(line.endswith(" is lost: another client has connected as gw@lab"), line)
 
     def test_broker_whose_host_is_silent(self):
         """A listener whose queue is full does not even answer the first packet."""

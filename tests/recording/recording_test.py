@@ -311,6 +311,17 @@ class Recording(unittest.TestCase):
                 self.assertEqual(lines[-1]["result"], 0)
                 self.assert_without({"zaun-und-tor"})
 
+    def test_the_library_refuses_an_invalid_limit(self):
+        for limit in ("64M", "-1", "65535", "1073741825", "99999999999999999999", " 65536"):
+            variables = {**ENVIRONMENT, "LD_PRELOAD": LIBRARY, "HGAGENT_RECORD": str(self.file),
+                         "HGAGENT_RECORD_LIMIT": limit}
+            result = subprocess.run([LOADING_HOST, "GET_SN_INFO"], env=variables, capture_output=True, text=True,
+                                    check=True)
+            self.assertIn('"Status":"0"', result.stdout)
+            self.assertEqual(result.stderr, "libhg_record.so: HGAGENT_RECORD_LIMIT: not a number of bytes from 65536 "
+                                            "to 1073741824; nothing is recorded\n")
+            self.assertFalse(self.file.exists())
+
     def test_the_library_without_a_file_changes_nothing(self):
         preloaded = {**ENVIRONMENT, "LD_PRELOAD": LIBRARY}
         for variables in (preloaded, {**preloaded, "HGAGENT_RECORD": "/dev/null"}):

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "gateway_fixture.h"
 
+#include <gmock/gmock.h>
+
 #include <csignal>
 #include <cstring>
 
 namespace {
 
 using FaultPlanTest = GatewayTest;
+using testing::ElementsAre;
+using testing::HasSubstr;
 
 TEST_F(FaultPlanTest, AFaultWithoutCountLasts)
 {
@@ -58,6 +62,23 @@ TEST_F(FaultPlanTest, RubbishFillsTheTextsWithoutAnEnd)
     EXPECT_EQ(std::memchr(&info, 0, sizeof(info)), nullptr);
     EXPECT_EQ(devapi_get_sn_info(&info), 0);
     EXPECT_STREQ(info.MAC, "3C:6A:D2:10:4F:20");
+}
+
+TEST_F(FaultPlanTest, RubbishFillsNumbersAndLeavesOtherTexts)
+{
+    ASSERT_EQ(open({.faults = {"devapi_get_host_num=rubbish",
+                               "devapi_cmdstring_sendto_tslink_with_retinfo=rubbish"},
+                    .trace = path("trace")}),
+              "");
+    int32_t count = -1;
+    EXPECT_EQ(devapi_get_host_num(&count), 0);
+    EXPECT_GE(count, 0);
+    char *answer = nullptr;
+    EXPECT_EQ(devapi_cmdstring_sendto_tslink_with_retinfo("{}", "get", &answer), 0);
+    EXPECT_EQ(answer, nullptr);
+    EXPECT_THAT(lines(path("trace")),
+                ElementsAre(HasSubstr("(count=" + std::to_string(count) + ") = 0 "),
+                            HasSubstr("answer=unset) = 0 ")));
 }
 
 TEST_F(FaultPlanTest, ACrashEndsTheProcess)

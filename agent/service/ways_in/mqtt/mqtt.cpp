@@ -347,9 +347,20 @@ void Mqtt::on_connected()
     for (; !unacknowledged_.empty(); unacknowledged_.pop_back()) {
         waiting_.push_front(std::move(unacknowledged_.back()));
     }
+    forget_states();
     // Even if the queue is full: the retained state would be that of the last connection's end.
     queue({state(true), std::nullopt});
     publish_waiting();
+}
+
+// Otherwise a broker that acknowledges nothing would add one with each connection.
+void Mqtt::forget_states()
+{
+    std::erase_if(waiting_, [this](const Waiting &waiting) {
+        const bool is_state = waiting.message.topic == topics_->state();
+        pending_ -= is_state ? packet_size(waiting.message) : 0;
+        return is_state;
+    });
 }
 
 void Mqtt::on_lost(const std::string &why)
@@ -381,7 +392,7 @@ void Mqtt::on_lost(const std::string &why)
     short_lives_ = is_short ? short_lives_ + 1 : 0;
     const bool seems_taken_over = is_taken_over || short_lives_ >= kManyShortLives;
     std::string problem = "the connection to " + broker().url() + " is lost: " + why;
-    if (seems_taken_over) {
+    if (short_lives_ >= kManyShortLives) {
         problem += "; " + std::to_string(short_lives_) +
                    " times in a row soon after it was made: is there another client " +
                    client_identifier(options_.root, options_.id) + "?";

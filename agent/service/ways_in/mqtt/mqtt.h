@@ -116,6 +116,7 @@ class Mqtt : public WayIn, BrokerListener {
 
     void send(PublishedMessage message, std::optional<Clock::time_point> expires);
     void queue(Waiting waiting); // regardless of the room
+    void forget_states();
     bool may_publish(const PublishedMessage &message) const;
     void publish(Waiting waiting);
     void publish_waiting();
