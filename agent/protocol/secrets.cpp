@@ -106,7 +106,7 @@ StringText text_of_string(std::string_view string)
 }
 
 // JSON as a part of a JSON string.
-std::string escaped(std::string_view json)
+std::string in_json_string(std::string_view json)
 {
     std::string string;
     for (const char mark : json) {
@@ -150,7 +150,7 @@ std::vector<MaskedPart> masked_parts(std::string_view text, const SecretMask &ma
         }
         for (const MaskedPart &part : masked_parts(plain.text, mask)) {
             parts.push_back({begin + plain.places[part.begin], begin + plain.places[part.end],
-                             escaped(part.mask)});
+                             in_json_string(part.mask)});
         }
     }
     return parts;
