@@ -3,7 +3,7 @@
 # A fleet of gateways under load: starts a broker, gateways with faults, and the platform's side, which checks every reply
 # and at the end that nothing is lost and nothing is done twice.
 #
-#   fleet.sh [--count N] [--rate R] [--for TIME] [--report FOLDER] [--build FOLDER]
+#   fleet.sh [--count N] [--rate R] [--for TIME] [--scenario MIX] [--report FOLDER] [--build FOLDER]
 #
 # By default 200 gateways for one minute at 100 requests per second. The report, report.json and report.html, goes into the
 # folder, where one is given. Another build is used with --build, such as build/debug.
@@ -11,11 +11,13 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 count=200 rate=100 time=60s report='' build=''
+scenario=three_storey_house=3,single_router=2,crowded_mesh=1
 while [ $# -gt 1 ]; do
     case $1 in
         --count) count=$2 ;;
         --rate) rate=$2 ;;
         --for) time=$2 ;;
+        --scenario) scenario=$2 ;;
         --report)
             mkdir -p "$2"
             report=$(realpath "$2")
@@ -26,7 +28,7 @@ while [ $# -gt 1 ]; do
     shift 2
 done
 if [ $# -gt 0 ]; then
-    echo "usage: $0 [--count N] [--rate R] [--for TIME] [--report FOLDER] [--build FOLDER]" >&2
+    echo "usage: $0 [--count N] [--rate R] [--for TIME] [--scenario MIX] [--report FOLDER] [--build FOLDER]" >&2
     exit 2
 fi
 if [ -z "$build" ]; then
@@ -37,9 +39,9 @@ fi
 hgagent=$(realpath "$build/bin/hgagent")
 # The folder of states is on a memory file system where there is one: each setting is on the disk before its answer.
 work=$(mktemp -d -p "$([ -w /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/tmp}")")
-broker='' fleet=''
+broker='' fleet='' driver=''
 end() {
-    for process in $fleet $broker; do
+    for process in $driver $fleet $broker; do
         if kill "$process" 2>/dev/null; then
             wait "$process" || true
         fi
@@ -73,11 +75,13 @@ ulimit -n "$(ulimit -H -n)"
 # a faulty device library.
 seed=2374
 "$hgagent" fleet --count "$count" --broker "mqtt://127.0.0.1:$port" --states "$work/states" --churn --seed "$seed" \
-    --scenario three_storey_house=3,single_router=2,crowded_mesh=1 --metrics "$work/fleet.prom" &
+    --scenario "$scenario" --metrics "$work/fleet.prom" &
 fleet=$!
 words=()
 if [ -n "$report" ]; then
     words=(--json "$report/report.json" --page "$report/report.html")
 fi
 "$hgagent" fleet drive --broker "mqtt://127.0.0.1:$port" --count "$count" --rate "$rate" --for "$time" --timeout 45 --churn --seed "$seed" \
-    --watch "fleet=$fleet" --watch "broker=$broker" "${words[@]}"
+    --watch "fleet=$fleet" --watch "broker=$broker" "${words[@]}" &
+driver=$!
+wait "$driver"

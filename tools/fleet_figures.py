@@ -3,7 +3,9 @@
 """Measures fleets of several sizes (docs/fleet.md): how long until all gateways are up, what one takes of memory and a
 request of processor time, and how they come back after a restart of the broker.
 
-  fleet_figures.py [--hgagent PATH] [--requests N] [--curve FILE] COUNT..."""
+  fleet_figures.py [--hgagent PATH] [--requests N] [--picture FILE] COUNT...
+
+The picture, such as docs/images/fleet-figures.svg, needs python3-matplotlib."""
 import argparse
 import json
 import pathlib
@@ -126,20 +128,42 @@ def measure(hgagent, count, requests):
             broker.close()
 
 
+def draw(file, measured):
+    """Processor time by the number of gateways, and how the gateways come back after a restart of the broker."""
+    import matplotlib  # pylint: disable=import-outside-toplevel  # for those who want the picture
+    matplotlib.use("svg")
+    matplotlib.rcParams["svg.hashsalt"] = "fleet"  # the same figures make the same file
+    from matplotlib import pyplot  # pylint: disable=import-outside-toplevel
+
+    figure, (cost, back) = pyplot.subplots(1, 2, figsize=(10, 3.6), layout="constrained")
+    counts = [figures["gateways"] for figures, _ in measured]
+    for key, label in (("microseconds_each", "gateway"), ("microseconds_of_broker", "broker")):
+        cost.plot(counts, [figures[key] for figures, _ in measured], marker="o", label=label)
+    cost.set(title=f"Processor time of {COMMAND}", xlabel="gateways", ylabel="microseconds", xscale="log", ylim=(0, None))
+    for figures, curve in measured:
+        back.plot([second for second, _ in curve], [100 * up / figures["gateways"] for _, up in curve],
+                  label=f"{figures['gateways']:,} gateways")
+    back.set(title="Back after a restart of the broker", xlabel="seconds", ylabel="% of the gateways", ylim=(0, 101))
+    for axes in (cost, back):
+        axes.grid(alpha=0.4)
+        axes.legend()
+    figure.savefig(file, metadata={"Date": None})
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--hgagent", default=ROOT / "build/release/bin/hgagent")
     parser.add_argument("--requests", type=int, default=20_000)
-    parser.add_argument("--curve", help="file for how many gateways were up when after the restart, as JSON")
+    parser.add_argument("--picture", help="file for the figures as curves, SVG")
     parser.add_argument("counts", metavar="COUNT", type=int, nargs="+")
     given = parser.parse_args()
-    curves = {}
+    measured = []
     for count in given.counts:
         figures = measure(given.hgagent, count, given.requests)
-        curves[count] = figures.pop("curve")
+        measured.append((figures, figures.pop("curve")))
         print(json.dumps(figures), flush=True)
-    if given.curve:
-        pathlib.Path(given.curve).write_text(json.dumps(curves), encoding="ascii")
+    if given.picture:
+        draw(given.picture, measured)
 
 
 if __name__ == "__main__":

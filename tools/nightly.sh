@@ -74,6 +74,13 @@ job_fleet_figures() {
     tools/fleet_figures.py 100 1000 4000 10000
 }
 
+# Ten minutes at 2,000 requests per second.
+job_fleet_run() {
+    cmake --preset release >/dev/null
+    cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet
+    tools/fleet_run.sh build/fleet_run --build build/release
+}
+
 # version_at COMMIT HEADER
 version_at() {
     git show "$1:$2" | sed -n 's/^#define SMART_ROUTER_SERVICE_VERSION_[A-Z]* \([0-9]*\).*/\1/p' | paste -s -d .

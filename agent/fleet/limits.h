@@ -20,8 +20,8 @@ struct Limits {
 // Of this process and its children. Raises what it may raise.
 Limits limits_of_this_machine();
 
-// What a gateway takes, kernel memory included (docs/fleet.md).
-constexpr uint64_t kMemoryOfGateway = 700UL * 1024;
+// What a gateway takes after ten minutes under load, kernel memory included (docs/fleet.md).
+constexpr uint64_t kMemoryOfGateway = 1200UL * 1024;
 constexpr uint64_t kDescriptorsOfGateway = 32;
 
 // Why so many gateways cannot be started; empty if they can.

@@ -23,12 +23,12 @@ Limits with(std::optional<uint64_t> Limits::*limit, uint64_t value)
 
 TEST(LimitsTest, MemoryLimitsTheNumber)
 {
-    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 1000), "");
+    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 800), "");
     EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 10'000),
-              "10000 gateways need about 6835 MB of memory, and 1024 MB are free: at most 1497 can "
+              "10000 gateways need about 11718 MB of memory, and 1024 MB are free: at most 873 can "
               "be started");
-    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 1497), "");
-    EXPECT_NE(problem_of(with(&Limits::memory, kGigabyte), 1498), "");
+    EXPECT_EQ(problem_of(with(&Limits::memory, kGigabyte), 873), "");
+    EXPECT_NE(problem_of(with(&Limits::memory, kGigabyte), 874), "");
 }
 
 TEST(LimitsTest, ProcessesLimitTheNumber)

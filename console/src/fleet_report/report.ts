@@ -36,6 +36,12 @@ interface Curves {
     isLogarithmic?: boolean;
 }
 
+// A line at each power of ten, without those between them.
+function powersOfTen(low: number, high: number): number[] {
+    const first = Math.ceil(Math.log10(low));
+    return Array.from({ length: Math.max(0, Math.floor(Math.log10(high)) - first + 1) }, (_, at) => 10 ** (first + at));
+}
+
 // One chart below the other; the time under the pointer is the same in all of them.
 function chart({ title, unit, curves, isLogarithmic }: Curves): void {
     add("h2", title);
@@ -49,7 +55,11 @@ function chart({ title, unit, curves, isLogarithmic }: Curves): void {
             height: 260,
             cursor: { sync: { key: "time" } },
             scales: { x: { time: false }, y: isLogarithmic ? { distr: 3 } : { range: { min: { soft: 0, mode: 1 }, max: { pad: 0.1, mode: 2 } } } },
-            axes: [{ ...axis, label: "seconds" }, { ...axis, label: unit, size: 70 }],
+            axes: [
+                { ...axis, label: "seconds" },
+                { ...axis, label: unit, size: 70,
+                    ...(isLogarithmic && { splits: (_plot: uPlot, _axis: number, low: number, high: number) => powersOfTen(low, high) }) },
+            ],
             series: [
                 { label: "seconds" },
                 ...curves.map(([label], at) => ({ label, stroke: colours[at % colours.length]!, width: 1.5, spanGaps: false })),
