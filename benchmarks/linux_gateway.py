@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Measures the device library for Linux on a gateway in network namespaces, beside the usual tools that show and set the
+"""Measures the device library for Linux on a gateway in network namespaces, next to the usual tools that show and set the
 same: linux_gateway.py BUILD prints the figures."""
 import json
 import pathlib

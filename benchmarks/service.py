@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Measures `hgagent run` beside a bare responder on a Unix socket, client and server on one core. As a program it
+"""Measures `hgagent run` next to a bare responder on a Unix socket, client and server on one core. As a program it
 prints the figures: service.py BUILD."""
 
 import contextlib

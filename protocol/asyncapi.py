@@ -271,12 +271,12 @@ def add_state(channels, operations, messages):
                                 "Retained, and published by the broker as the last will when the connection is lost.",
                                 "state")
     messages["state.get"] = {
-        "title": "A question for the state",
+        "title": "A request for the state",
         "summary": "The payload does not matter",
         "payload": {},
-        "examples": [{"name": "question", "payload": {}}],
+        "examples": [{"name": "request", "payload": {}}],
     }
-    channels["state.get"] = channel("state/get", "Question for the state",
+    channels["state.get"] = channel("state/get", "Requests for the state",
                                     "The gateway publishes its state again, for clients of brokers that do not retain "
                                     "messages.", "state.get")
     operations["state.get"] = {

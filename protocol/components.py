@@ -4,17 +4,6 @@ as components, and the texts about them."""
 
 import schemas
 
-# The title, description and HTTP status of each code that an answer without a result can have.
-CODES = {
-    "bad-request": (400, "the request is invalid"),
-    "denied": (403, "the policy refuses it"),
-    "too-large": (413, "the request or its answer is larger than a limit"),
-    "rate-limited": (429, "the client sends too many requests"),
-    "outcome-unknown": (502, "the request may have been carried out, and the reply is lost"),
-    "busy": (503, "nothing has been done; the same request may succeed later"),
-    "rebooting": (503, "nothing has been done, since the gateway is rebooting"),
-    "timeout": (504, "the command took longer than it may, or the request has expired"),
-}
 PROTOCOL_VERSION = "1.0"  # as in agent/protocol/protocol.h
 LICENCE = {"name": "MIT", "identifier": "MIT"}
 
@@ -77,8 +66,8 @@ def error_schema():
         "properties": {
             "error": {"type": "string", "description": "why there is no result, for people",
                       "examples": ["the gateway reboots"]},
-            "code": {"enum": list(CODES), "description": "the same for programs: "
-                     + "; ".join(f"{code}: {meaning}" for code, (_, meaning) in CODES.items())},
+            "code": {"enum": list(schemas.CODES), "description": "the same for programs: "
+                     + "; ".join(f"{code}: {meaning}" for code, (_, meaning) in schemas.CODES.items())},
             "rule": {"type": "string", "description": "for denied: the rule of the policy, with its place",
                      "examples": ["policy.toml:12: deny SET_*"]},
         },

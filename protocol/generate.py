@@ -4,8 +4,8 @@
 
 From those of the commands, reports and events: docs/protocol.md, docs/messages.md, the manual page hg-protocol(7),
 the JSON Schemas, the documents for AsyncAPI and OpenAPI, the types for TypeScript and Python, and protocol/complete,
-which includes the descriptions of the device fields. From those of the device interface: device_access.h, device_functions.h, device_facts.h, device_layout.h and
-docs/device_access.md.
+which includes the descriptions of the device fields. From those of the device interface: device_access.h,
+device_functions.h, device_facts.h, device_layout.h and docs/device_access.md.
 
 usage: generate.py [--check]
 

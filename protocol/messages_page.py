@@ -3,8 +3,8 @@
 
 import json
 
-from components import CODES
 from reference import subject_title, table
+from schemas import CODES
 
 HEADER = "<!-- Generated from protocol/ by protocol/generate.py. -->\n# Messages on MQTT\n"
 DOCUMENT = """

@@ -1,9 +1,10 @@
 # SPDX-License-Identifier: MIT
 """Generates the OpenAPI 3.1 document of the service's HTTP interface."""
 
-from components import (CODES, LICENCE, NOTES, PROTOCOL_VERSION, command_answer, component, component_schemas, report_answer,
+from components import (LICENCE, NOTES, PROTOCOL_VERSION, command_answer, component, component_schemas, report_answer,
                         summary_of)
 from reference import subject_title
+from schemas import CODES
 
 INTRODUCTION = """\
 The HTTP interface of `hgagent run --console`. Programs send the token that the service prints, or has written to its

@@ -19,14 +19,14 @@ replies, except for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which uses the
 
 EVENTS = """
 What happens by itself: [`hgagent serve --events`](agent.md#events---events) writes a line for it,
-`{"event": NAME, "data": {...}}`, between its answers, and the service passes that on to whom has subscribed.
-`protocol/schemas` has a JSON Schema of each one's data, `NAME.event.json`, and two of the lines themselves:
-`session.request.json` of those that a client writes, `session.line.json` of those that it reads.
+`{"event": NAME, "data": {...}}`, between its answers, and the service passes it on to clients that have subscribed.
+`protocol/schemas` has a JSON Schema of each event's data, `NAME.event.json`, and two of the lines:
+`session.request.json` for those that a client writes, `session.line.json` for those that it reads.
 """
 
 
 REPORTS = """
-What the plug-in builds for its agent, beside the commands: [`hgagent report`](agent.md#reports-report) and
+What the plug-in builds for its agent in addition to the replies to commands: [`hgagent report`](agent.md#reports-report) and
 `{"report": NAME, "params": {...}}` request them. The request's keys are the parameters. The `result` of an answer is
 that of the function, 0 for success.
 """
@@ -64,7 +64,7 @@ def event_parts(event):
     if event["data"]:
         yield table(("Key", "Value", "Meaning"),
                     [(f"`{key['key']}`", value(key),
-                      key["meaning"] + ("; not always there" if key.get("optional") else ""))
+                      key["meaning"] + ("; not always present" if key.get("optional") else ""))
                      for key in event["data"]])
     yield "```json\n" + json.dumps({"event": event["event"], "data": event["example"]}, ensure_ascii=False) + "\n```\n"
 
@@ -104,7 +104,7 @@ def call_parts(description):
     plain = [reply for reply in description["replies"] if is_plain_failure(reply)]
     for reply in description["replies"]:
         if reply not in plain:
-            yield f"**Reply, {reply['outcome']}**: {reply['when']}." + taken_out(reply, description) + "\n"
+            yield f"**Reply, {reply['outcome']}**: {reply['when']}." + removed_note(reply, description) + "\n"
             yield table(("Key", "Value", "Meaning"), reply_rows(reply["keys"], shown))
     if plain:
         yield "**Failures**: `Status` is `\"1\"`, and then\n"
@@ -135,7 +135,7 @@ def removed_keys(reply, description):
     return texts
 
 
-def taken_out(reply, description):
+def removed_note(reply, description):
     names = removed_keys(reply, description)
     return f" Removed: {names}." if names else ""
 

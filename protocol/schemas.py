@@ -131,9 +131,17 @@ def data_schema(description):
     return object_schema(description["data"], in_request=False)
 
 
-# What the code beside an error can be, the same for every way in.
-CODES = ["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
-
+# The codes of an answer without a result, the same for every transport: the HTTP status and the meaning of each.
+CODES = {
+    "bad-request": (400, "the request is invalid"),
+    "denied": (403, "the policy refuses it"),
+    "too-large": (413, "the request or its answer is larger than a limit"),
+    "rate-limited": (429, "the client sends too many requests"),
+    "outcome-unknown": (502, "the request may have been carried out, and the reply is lost"),
+    "busy": (503, "nothing has been done; the same request may succeed later"),
+    "rebooting": (503, "nothing has been done, since the gateway is rebooting"),
+    "timeout": (504, "the command took longer than it may, or the request has expired"),
+}
 
 # What a line can control of the simulated gateway.
 CONTROL = {
@@ -143,14 +151,14 @@ CONTROL = {
     "maxProperties": 1,
     "additionalProperties": False,
     "properties": {
-        "faults": {"description": "The new fault plan; none lifts it", "type": "array",
+        "faults": {"description": "The new fault plan; an empty one clears it", "type": "array",
                    "items": {"type": "string", "examples": ["devapi_get_sn_info=-1*2"]}},
         "scenario": {"description": "The built-in scenario to load; the current one is reset", "type": "string"},
-        "clock": {"description": "A time at which the clock stands still, \"+SECONDS\" by which it moves forward, or "
-                                 "null for the machine's", "type": ["string", "null"],
+        "clock": {"description": "A time at which the clock stops, \"+SECONDS\" by which it moves forward, or null for "
+                                 "the machine's clock", "type": ["string", "null"],
                   "examples": ["2026-01-01T00:00:00", "+3600"]},
         "trace": {"description": "Whether device calls are reported as events", "type": "boolean"},
-        "show": {"description": "Asks for the settings", "type": "object"},
+        "show": {"description": "Requests the settings", "type": "object"},
     },
 }
 
@@ -161,9 +169,9 @@ def session_request_schema():
     return {
         "$schema": DIALECT,
         "title": "A line to a gateway",
-        "description": "One JSON object a line. Other members are no fault; of repeated ones the first counts.",
+        "description": "One JSON object on a line. Other members are ignored; of repeated ones the first counts.",
         "type": "object",
-        "properties": {"id": {"description": "Anything; the answer gives it back"}},
+        "properties": {"id": {"description": "Any value; the answer has the same"}},
         "anyOf": [
             {"title": "a command", "required": ["command"],
              "properties": {"command": {"type": "string"}, "params": params}},
@@ -175,11 +183,11 @@ def session_request_schema():
                                                       "text": {"type": "string"}}}}},
             {"title": "control of the simulated gateway", "required": ["control"],
              "properties": {"control": CONTROL}},
-            {"title": "a question for the versions", "required": ["hello"],
+            {"title": "a request for the versions", "required": ["hello"],
              "properties": {"hello": {"type": "object"}}},
-            {"title": "a subscription to events, of the service alone", "required": ["subscribe"],
+            {"title": "a subscription to events, only for a service", "required": ["subscribe"],
              "properties": {"subscribe": {"type": "string"}}},
-            {"title": "its end", "required": ["unsubscribe"], "properties": {"unsubscribe": {"type": "string"}}},
+            {"title": "the end of a subscription", "required": ["unsubscribe"], "properties": {"unsubscribe": {"type": "string"}}},
         ],
     }
 
@@ -201,12 +209,12 @@ def session_line_schema(events):
             line("an answer", ["id", "result"], id={}, result={"type": "integer"}, reply={"type": "object"},
                  reasons=reasons),
             line("an answer without a result", ["id", "error", "code"], id={}, error={"type": "string"},
-                 code={"enum": CODES}, rule={"type": "string"}),
+                 code={"enum": list(CODES)}, rule={"type": "string"}),
             *(line(f"the event {event['event']}", ["event", "data"], event={"const": event["event"]},
                    data=data_schema(event)) for event in events),
             line("a notice to the app, without --events", ["notice"], notice={}),
             line("progress, without --events", ["progress"], progress=data_schema(progress)),
-            line("what the device library says, with --reasons", ["reasons"], reasons=reasons),
+            line("reasons from the device library, with --reasons", ["reasons"], reasons=reasons),
         ],
     }
 

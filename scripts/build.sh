@@ -2,6 +2,10 @@
 # SPDX-License-Identifier: MIT
 # Configures and builds a preset, and shows its progress: build.sh PRESET [OPTION of cmake --build...]
 set -euo pipefail
+if [ $# -eq 0 ] || [[ $1 = -* ]]; then
+    echo "usage: $0 PRESET [OPTION of cmake --build...]" >&2
+    exit 2
+fi
 cd "$(dirname "$0")/.."
 
 cmake --preset "$1" >/dev/null

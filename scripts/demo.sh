@@ -16,9 +16,17 @@ if [ "${1-}" = --console ]; then
     in_browser=--console
     shift
 fi
+if [ $# -gt 1 ] || [[ ${1-} = -* ]]; then
+    echo "usage: $0 [--console] [FOLDER]" >&2
+    exit 2
+fi
 build=build/release
 if [ $# -gt 0 ]; then
     build=$(realpath --relative-base="$PWD" "$1")
+    if ! [ -e "$build/bin/hgagent" ]; then
+        echo "$0: there is no build in $1" >&2
+        exit 2
+    fi
 else
     scripts/install-deps.sh $in_browser
     echo 'building; the first time takes some minutes'

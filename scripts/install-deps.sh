@@ -127,7 +127,7 @@ progress() {
 
 [ ${#add_mipsel[@]} -eq 0 ] || quietly "${add_mipsel[@]}"
 quietly apt-get update
-# apt ends with 1 when it is told not to continue.
+# apt ends with 1 when the answer is not to continue.
 { LC_ALL=C "${install[@]/#--yes/--assume-no}" 2>/dev/null || true; } | sed -n \
     -e 's/^[0-9]* upgraded, \([0-9]*\) newly installed.*/installing \1 packages/p' \
     -e 's/^\(Need to get\|After this\)/  &/p'

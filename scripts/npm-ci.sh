@@ -5,7 +5,7 @@
 #
 #   scripts/npm-ci.sh FOLDER
 set -euo pipefail
-if [ $# -ne 1 ]; then
+if [ $# -ne 1 ] || [[ $1 = -* ]]; then
     echo "usage: $0 FOLDER" >&2
     exit 2
 fi

@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 tests=false
-case ${1-} in
+case $* in
     '') ;;
     --test) tests=true ;;
     *)

@@ -5,6 +5,10 @@
 # qemu; and, in the release build, the tests that count instructions, use an installation, or make the
 # agent's allocations and system calls fail.
 set -euo pipefail
+if [ $# -gt 0 ]; then
+    echo "usage: $0" >&2
+    exit 2
+fi
 cd "$(dirname "$0")/.."
 
 release_tests() {

@@ -1,9 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Makes a bare Debian 12 in a folder, unless it is there: bare_root.sh FOLDER
+# Makes a bare Debian 12 in a folder, unless it is there.
+#
+#   bare_root.sh FOLDER
 #
 # Needs root, debootstrap and a Debian mirror: the one in DEBIAN_MIRROR, otherwise Debian's own.
 set -euo pipefail
+if [ $# -ne 1 ] || [[ $1 = -* ]]; then
+    echo "usage: $0 FOLDER" >&2
+    exit 2
+fi
 folder=$1
 if [ ! -e "$folder/made" ]; then
     rm -rf "$folder"

@@ -3,7 +3,7 @@
 # The gateway on a cluster of three brokers, of which one is killed: prints what was lost without the rule of repeating
 # a request until it is answered, and fails if anything is lost or executed twice with it.
 #
-#   cluster.sh [OPTION of tools/exactly_once.py...]
+#   cluster.sh [--requests N] [--in-flight N] [--only TEXT]
 #
 # The brokers are ejabberd nodes on loopback with files of their own in a temporary folder. It needs Debian's package
 # "ejabberd", which scripts/install-deps.sh does not install; its own service is not needed:
@@ -12,6 +12,15 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+options=()
+while [ $# -gt 1 ] && [[ $1 =~ ^--(requests|in-flight|only)$ ]]; do
+    options+=("$1" "$2")
+    shift 2
+done
+if [ $# -gt 0 ]; then
+    echo "usage: $0 [--requests N] [--in-flight N] [--only TEXT]" >&2
+    exit 2
+fi
 for program in ejabberdctl erl epmd; do
     if ! command -v "$program" >/dev/null; then
         echo "$0: there is no $program; install the package ejabberd" >&2
@@ -20,4 +29,4 @@ for program in ejabberdctl erl epmd; do
 done
 scripts/install-deps.sh >&2
 scripts/build.sh release --target hgagent smart_router_service counting_device >&2
-exec /usr/bin/python3 -B tools/exactly_once.py --cluster "$@"
+exec /usr/bin/python3 -B tools/exactly_once.py --cluster "${options[@]}"

@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Takes pictures of every view of the console, in light and dark, wide and narrow, into the build folder; with
-# --documents those of the documents instead, docs/images/console-*.png: console_pictures.sh [--documents] [BUILD_FOLDER]
+# --documents those of the documents instead, docs/images/console-*.png.
+#
+#   console_pictures.sh [--documents] [BUILD_FOLDER]
+#
 # It needs Node.js and Chromium; the pictures of the documents are made smaller with pngquant.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -9,6 +12,10 @@ documents=
 if [ "${1-}" = --documents ]; then
     documents=--documents
     shift
+fi
+if [ $# -gt 1 ] || [[ ${1-} = -* ]]; then
+    echo "usage: $0 [--documents] [BUILD_FOLDER]" >&2
+    exit 2
 fi
 build=$(realpath "${1:-build/release}")
 CHROMIUM=$(command -v chromium || command -v chromium-browser || command -v google-chrome)

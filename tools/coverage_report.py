@@ -59,6 +59,9 @@ def count(build_folder):
 
 
 def main():
+    if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
+        print(f"usage: {sys.argv[0]} BUILD_FOLDER", file=sys.stderr)
+        return 2
     lines, branches = count(pathlib.Path(sys.argv[1]).resolve())
     totals = [0, 0, 0, 0]
     missing = []

@@ -85,7 +85,7 @@ def kill_service(running, _broker):
     running.await_broker()
 
 
-# (what fails, whether the broker keeps sessions and how often it saves them, how it is brought about, for hgagent alone)
+# (what fails, whether the broker keeps sessions and how often it saves them, what causes it, for hgagent alone)
 FAILURES = (
     ("nothing", None, None, False),
     ("broker stopped and started", "default", stop, False),

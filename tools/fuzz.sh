@@ -34,7 +34,7 @@ if [ $# -eq 0 ]; then
     fi
 fi
 for target in "${targets[@]}"; do
-    if [ ! -f "fuzz/$target.cpp" ] || [[ $target != fuzz_* ]]; then
+    if [ ! -f "fuzz/$target.cpp" ] || [[ $target != fuzz_* ]] || [[ $seconds = *[!0-9]* ]]; then
         sed -n 's/^#   \(fuzz.sh\)/usage: \1/p' "$0" >&2
         exit 2
     fi

@@ -1,7 +1,10 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
 """Takes the picture of docs/linux_gateway.md: the console of a gateway in network namespaces, with three hosts of which
-one is blocked. linux_gateway_picture.py BUILD FILE needs Chromium and pngquant."""
+one is blocked. It needs Chromium and pngquant.
+
+    tools/linux_gateway_picture.py BUILD FILE
+"""
 import os
 import pathlib
 import subprocess
@@ -57,4 +60,7 @@ def main(build, file):
 
 
 if __name__ == "__main__":
+    if len(sys.argv) != 3 or sys.argv[1].startswith("-"):
+        print(f"usage: {sys.argv[0]} BUILD FILE", file=sys.stderr)
+        sys.exit(2)
     main(*sys.argv[1:])

@@ -4,6 +4,10 @@
 # Its libraries are Debian's mipsel packages. They are unpacked into the build folder: installed, they
 # would have to have the same versions as the native ones.
 set -euo pipefail
+if [ $# -gt 0 ]; then
+    echo "usage: $0" >&2
+    exit 2
+fi
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh --cross

@@ -4,6 +4,10 @@
 # the plug-in needs with the reviewed list, and runs the examples. Debian has no cJSON for musl, so it is
 # built from Debian's source package.
 set -euo pipefail
+if [ $# -gt 0 ]; then
+    echo "usage: $0" >&2
+    exit 2
+fi
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh --musl

@@ -160,7 +160,7 @@ jobs=()
 for name in $(compgen -A function job_); do
     jobs+=("${name#job_}")
 done
-if [ "${1-}" = --list ]; then
+if [ "$*" = --list ]; then
     printf '%s\n' "${jobs[@]}"
     exit 0
 fi

@@ -5,7 +5,7 @@
     tools/recording_tour.py FOLDER [--build build/release] [--commands NUMBER]
 
 Each command is sent with the example of its description, then with each of its keys missing. --commands
-sends so many lines instead, in the same order again and again, to the first home only.
+sends that many lines instead, in the same order again and again, to the default home only.
 """
 import argparse
 import itertools

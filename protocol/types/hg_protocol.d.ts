@@ -1177,7 +1177,7 @@ export interface GetTslinkTopologyInfoChildRouterChildBaseInfo {
   DevModle: "Tessaline";
   /** host name; as in "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes */
+  /** name given by the user; the host name if that is empty; as in "Anna"; at most 32 bytes */
   ByName: string;
   /** always the same */
   OS: "3";
@@ -4039,7 +4039,7 @@ export interface ReportAgentTopologyChildRouterChildBaseInfo {
   DevModle: "Tessaline";
   /** host name; as in "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes */
+  /** name given by the user; as in "Anna"; at most 32 bytes */
   ByName: string;
   /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
   NetStatus: string;
@@ -4207,7 +4207,7 @@ export interface ReportMainBaseMainBaseInfo {
   Mac: string;
   /** host name; as in "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes */
+  /** name given by the user; as in "Anna"; at most 32 bytes */
   ByName: string;
   /** always empty */
   DevFactory: "";
@@ -4367,7 +4367,7 @@ export interface ReportStationsMainBaseInfo {
   DevModle: "Tessaline";
   /** host name; as in "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes */
+  /** name given by the user; as in "Anna"; at most 32 bytes */
   ByName: string;
   /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
   NetStatus: string;
@@ -4804,7 +4804,7 @@ export interface Events {
   "worker.started": WorkerStartedData;
 }
 
-export type Code = "bad-request" | "denied" | "rate-limited" | "busy" | "timeout" | "outcome-unknown" | "too-large" | "rebooting";
+export type Code = "bad-request" | "denied" | "too-large" | "rate-limited" | "outcome-unknown" | "busy" | "rebooting" | "timeout";
 
 export type Command = keyof Commands;
 export type Request<C extends Command> = Commands[C]["request"];

@@ -1331,7 +1331,7 @@ class GetTslinkTopologyInfoChildRouterChildBaseInfo(TypedDict):
     DevModle: Literal["Tessaline"]
     # host name; as in "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    # name given by the user; the host name if that is empty; as in "Anna"; at most 32 bytes
     ByName: str
     # always the same
     OS: Literal["3"]
@@ -4544,7 +4544,7 @@ class ReportAgentTopologyChildRouterChildBaseInfo(TypedDict):
     DevModle: Literal["Tessaline"]
     # host name; as in "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    # name given by the user; as in "Anna"; at most 32 bytes
     ByName: str
     # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
     NetStatus: str
@@ -4725,7 +4725,7 @@ class ReportMainBaseMainBaseInfo(TypedDict):
     Mac: str
     # host name; as in "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    # name given by the user; as in "Anna"; at most 32 bytes
     ByName: str
     # always empty
     DevFactory: Literal[""]
@@ -4898,7 +4898,7 @@ class ReportStationsMainBaseInfo(TypedDict):
     DevModle: Literal["Tessaline"]
     # host name; as in "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    # name given by the user; as in "Anna"; at most 32 bytes
     ByName: str
     # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
     NetStatus: str
@@ -5219,7 +5219,7 @@ class WorkerStartedData(TypedDict):
 Command = Literal["CHILD_HG_LOCAL_RECOVERY", "DEL_LAN_DEVICE", "GET_ADMIN_INFO", "GET_AD_BASE_INFO", "GET_AP_ALG_ABILITY", "GET_AP_MULTISERVICE_MODE", "GET_ATTACH_DEVICE_RIGHT", "GET_CHILD_ROUTER_AD_BASE_INFO", "GET_GATEWAY_NET_FAULT", "GET_GREENNET_DEVICE_LIST", "GET_GREENNET_ENABLE", "GET_GREENNET_PROTECT_PERIOD_LIST", "GET_HG_BASE_INFO", "GET_HG_DHCP_INFO", "GET_HG_GUEST_SSID", "GET_HG_LOG", "GET_HG_PPPOE_INFO", "GET_HG_REBOOT_INFO", "GET_HG_SLEEP_INFO", "GET_HG_UPLINK_STATUS", "GET_LAN_IP_INFO", "GET_LED_STATUS", "GET_MESH_STATUS", "GET_PORT_BINDING", "GET_PORT_STATISTICS", "GET_QOS_INFO", "GET_SCAN_CHANNEL_COUNT", "GET_SCAN_CHANNEL_POWER", "GET_SCAN_WIFI_SSIDLIST", "GET_SN_INFO", "GET_STA_RSSI", "GET_TSCONF_STATUS", "GET_TSLINK_TOPOLOGY_INFO", "GET_UPDATE_SCHEDULE", "GET_UPDATE_STATUS", "GET_UPNP_STATE", "GET_WEB_LOGIN_INFO", "GET_WIFI_CHANNEL_LIST", "GET_WIFI_INFO", "GET_WIFI_LIST_INFO", "GET_WIFI_SLEEP_SCHEDULE", "GET_WPS_ENABLE", "HG_GET_UPDATE_STATUS", "HG_IMAGE_DOWNLOAD", "HG_IMAGE_UPDATE", "HG_INSPECTION", "HG_LOCAL_RECOVERY", "HG_NETCONN_INSPECTION", "HG_NETCONN_OPTIMIZATION", "HG_NETQUAL_INSPECTION", "HG_NETQUAL_OPTIMIZATION", "HG_RESOURCE_INSPECTION", "HG_RESOURCE_OPTIMIZATION", "HG_SPEEDTEST_REQUEST", "HG_WIFI_CHANNEL_POWER_OPTIMIZATION", "HG_WIFI_INSPECTION", "HG_WIFI_OPTIMIZATION", "IMAGE_DOWNLOAD", "IMAGE_UPDATE", "LINK_CHECK", "PLATEFORM_UPDATE_IMMEDIATE", "QUERY_SYSTEM_INFO", "QUERY_TSLINK_CONFIG_STATUS", "QUERY_WAN_INFO", "QUERY_WAN_NUM", "RESPONSE_ROUTER_VERSION", "RP_CHILD_HG_REBOOT", "RP_HG_REBOOT", "SET_ADMIN_INFO", "SET_AD_BASE_INFO", "SET_AP_ALG_ABILITY", "SET_AP_MULTISERVICE_MODE", "SET_ATTACH_DEVICE_RIGHT", "SET_CHILD_ROUTERAD_BASE_INFO", "SET_CHILD_ROUTER_HG_BASE_INFO", "SET_FIREWALL_SWITCH", "SET_GREENNET_DEVICE_LIST", "SET_GREENNET_ENABLE", "SET_GREENNET_NOTIFY_ENABLE", "SET_GREENNET_PROTECT_PERIOD_LIST", "SET_HG_BASE_INFO", "SET_HG_DHCP_INFO", "SET_HG_GUEST_SSID", "SET_HG_PPPOE_INFO", "SET_HG_REBOOT_INFO", "SET_HG_SLEEP_INFO", "SET_KAA_HEARTBEAT", "SET_LAN_IP_INFO", "SET_LED_STATUS", "SET_MESH_PAIR", "SET_MESH_STATUS", "SET_PORT_BINDING", "SET_QOS_APP_INFO", "SET_QOS_CLASSIFICATION_INFO", "SET_QOS_ENABLE", "SET_ROUTE_WAN_INFO", "SET_TSLINK_CONFIG_STATUS", "SET_TSLINK_SSID", "SET_UPDATE_SCHEDULE", "SET_UPLINK_WIFI_INFO", "SET_UPNP_STATE", "SET_WEB_LOGIN_INFO", "SET_WEB_LOGIN_TYPE", "SET_WIFI_INFO", "SET_WIFI_INFO_LIST", "SET_WIFI_SLEEP_SCHEDULE", "SET_WPS_ENABLE", "SET_WPS_STATE", "UPDATE_IMMEDIATE"]
 Report = Literal["agent-topology", "home-page", "image-upgrade", "main-base", "main-router", "mesh", "stations", "topology"]
 EventName = Literal["background.ended", "background.lost", "background.started", "device.call", "notice", "policy.refused", "reboot.begun", "reboot.ended", "update.failed", "update.progress", "update.succeeded", "worker.backing-off", "worker.crashed", "worker.killed", "worker.started"]
-Code = Literal["bad-request", "denied", "rate-limited", "busy", "timeout", "outcome-unknown", "too-large", "rebooting"]
+Code = Literal["bad-request", "denied", "too-large", "rate-limited", "outcome-unknown", "busy", "rebooting", "timeout"]
 
 
 class Failed(TypedDict):

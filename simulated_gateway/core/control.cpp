@@ -21,7 +21,7 @@ namespace {
 struct Control {
     std::mutex mutex;
     std::shared_ptr<Gateway> gateway;
-    bool environment_failed = false; // said once, not at every call
+    bool environment_failed = false; // reported once, not at every call
 };
 
 // Never destroyed: a worker thread may call the device while the process ends.
@@ -31,7 +31,7 @@ Control &control()
     return only;
 }
 
-// An empty variable is none, but an empty option is a mistake of the host's user.
+// An empty variable counts as unset, but an empty option is an error of the host's user.
 std::optional<std::string> given(const char *name, const char *option, const char *variable)
 {
     if (option != nullptr && *option == '\0') {
@@ -325,7 +325,7 @@ void simulated_gateway_end_transfers()
 
 void simulated_gateway_power_cycle()
 {
-    // Without the lock of the control, as when closing: the host is told of it.
+    // Without the lock of the control, as when closing: the reboot is reported to the host.
     const std::shared_ptr<Gateway> gateway = open_gateway();
     if (gateway != nullptr) {
         gateway->power_cycle();

@@ -8,7 +8,8 @@
 
 namespace simulated_gateway {
 
-// Opens one by the environment where none is open. Null when that failed, now or before.
+// Opens one with the settings of the environment if none is open. Null if that fails or has failed
+// before.
 std::shared_ptr<Gateway> current_gateway();
 
 } // namespace simulated_gateway

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a device function is made of. A function is its name, its arguments and a body that works on
-// the state; fault plan, trace, lock and saving come with query(), setting() and long_work():
+// How a device function is implemented: its name, its arguments and a body that works on the state
+// are passed to query(), setting() or long_work(), which add fault plan, trace, lock and saving:
 //
 //   int32_t devapi_get_sn_info(SnInfo *info)
 //   {
@@ -10,7 +10,7 @@
 //       });
 //   }
 //
-// The body of the first two runs under the gateway's lock: it calls no device function.
+// The body of the first two runs under the gateway's lock and must not call a device function.
 #pragma once
 
 #include "core/arguments.h"
@@ -24,21 +24,21 @@ namespace simulated_gateway {
 
 class Gateway;
 
-// Runs a device call that looks at the state. Fails with -1 when an argument is null or the gateway
+// Runs a device call that reads the state. Fails with -1 if an argument is null or the gateway
 // cannot be opened.
 int32_t query(const char *function, std::initializer_list<Argument> arguments,
               const std::function<int32_t(const State &)> &body);
 
-// Runs a device call that changes the state. The change takes effect when the body returns 0, the
-// model still holds and the state could be saved; else nothing has changed, and where the body had
-// no objection the call fails with -1. A body refuses by throwing an Error: then the call fails
-// with -1, and trace and FailReason say why.
+// Runs a device call that changes the state. The change takes effect if the body returns 0, the
+// changed model is valid and the state could be saved; otherwise nothing has changed. The call
+// fails with the body's result, or with -1 for the other two reasons. A body that throws an Error
+// makes the call fail with -1, with the reason in the trace and in FailReason.
 int32_t setting(const char *function, std::initializer_list<Argument> arguments,
                 const std::function<int32_t(State &)> &body);
 
-// Runs a device call that takes its time: the body works without the gateway's lock, and other
-// calls go on meanwhile. For its steps on the state it asks the gateway (gateway.h). A body refuses
-// as it does in a setting.
+// Runs a device call that takes long: the body runs without the gateway's lock, so that other calls
+// can run meanwhile. It reads and changes the state through the gateway (gateway.h). An Error has
+// the same effect as in a setting.
 int32_t long_work(const char *function, std::initializer_list<Argument> arguments,
                   const std::function<int32_t(Gateway &)> &body);
 

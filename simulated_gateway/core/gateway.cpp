@@ -31,8 +31,8 @@ State new_state(const std::string &scenario, const Home &home)
     return state;
 }
 
-// Result: whether the call has filled its arguments, as it were. Texts by themselves are left as
-// they are: their width is not known.
+// Result: whether the fault has filled all reply arguments. A text that is not in a record stays
+// unset, since its width is unknown.
 bool apply(const Fault &fault, std::initializer_list<Argument> arguments)
 {
     if (fault.kind == Fault::Kind::kCrash) {
@@ -130,7 +130,7 @@ int32_t Gateway::run(const char *function, std::initializer_list<Argument> argum
                      const std::function<int32_t(Gateway &)> &body)
 {
     return run_locked(function, arguments, [&](Lock &lock) {
-        // Without the lock for as long as this lives.
+        // Releases the lock during its lifetime.
         struct LongCall {
             LongCall(Gateway &gateway, Lock &lock) : gateway_(gateway), lock_(lock)
             {
@@ -185,7 +185,7 @@ int32_t Gateway::run_locked(const char *function, std::initializer_list<Argument
     if (closed_) {
         call.note = kClosed;
     } else if (const std::optional<Fault> fault = faults_.next(function)) {
-        // Waiting lets go of the lock; a gateway that is closed waits no longer.
+        // Without the lock; closing the gateway ends the wait.
         closing_.wait_for(lock, fault->delay, [&] { return closed_; });
         call.result = fault->result;
         call.note = "fault";
@@ -225,7 +225,7 @@ void Gateway::keep(State changed)
 {
     const std::string started = start_firmware(changed);
     check(changed);
-    // What has just begun has to end on time for those as well who read the file.
+    // Sets the end of what has just begun, so that the file contains it.
     let_time_pass(changed);
     if (state_file_) {
         state_file_->save(changed);
@@ -237,8 +237,8 @@ void Gateway::keep(State changed)
     }
 }
 
-// Where a restart has started the other slot: only with an image that holds, else the router goes
-// on with what it ran before. Says what happened.
+// After a restart with the other slot: if its image is invalid, the router starts the firmware that
+// ran before. Result: what happened, for the trace; empty if the slot is the same.
 std::string Gateway::start_firmware(State &changed)
 {
     Firmware &firmware = changed.firmware;
@@ -262,7 +262,7 @@ int64_t Gateway::uptime() const
     return seconds_since(state_.boot_time);
 }
 
-// Lets go of the lock, and tells the host what it may not be told under it.
+// Releases the lock and reports to the host what must not be reported under it.
 void Gateway::end_change(Lock &lock)
 {
     const bool has_rebooted = std::exchange(has_rebooted_, false);

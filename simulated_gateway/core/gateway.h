@@ -31,20 +31,20 @@ struct Settings {
     std::optional<int64_t> fixed_time;       // seconds since 1970, else the clock runs
     std::optional<std::string> firmware_key; // file
     int32_t reboot_seconds = 0;
-    std::optional<HomeNumber> home; // else as the scenario has it
+    std::optional<HomeNumber> home; // else the home of the scenario, unchanged
     FetchLimits fetch_limits;
 };
 
-// The router of the state, as images are for it.
+// The router that an image has to be for.
 FirmwareStore::Router router_of(const State &state);
 
 class Gateway {
   public:
-    // Throws an Error when the settings do not hold.
+    // Throws an Error if the settings are invalid.
     explicit Gateway(const Settings &settings);
 
-    // Run a device call, by what its body works on (device_call.h): the state that it looks at, the
-    // state that it changes, or the gateway, without its lock.
+    // Run a device call whose body reads the state, changes it, or uses the gateway without its
+    // lock (device_call.h).
     int32_t run(const char *function, std::initializer_list<Argument> arguments,
                 const std::function<int32_t(const State &)> &body);
     int32_t run(const char *function, std::initializer_list<Argument> arguments,
@@ -52,23 +52,22 @@ class Gateway {
     int32_t run(const char *function, std::initializer_list<Argument> arguments,
                 const std::function<int32_t(Gateway &)> &body);
 
-    // For the bodies of long work: the state at this moment, and a step of change as in a setting,
-    // which throws an Error when the change did not take effect.
+    // For the bodies of long work: a copy of the state, and a change as in a setting, which throws
+    // an Error if it did not take effect.
     State state();
     void change(const std::function<void(State &)> &body);
-    // Lets the time pass that something takes, unless the clock stands still; throws an Error when
-    // the gateway is closed meanwhile.
+    // Waits, unless the clock is stopped. Throws an Error if the gateway is closed meanwhile.
     void wait(std::chrono::milliseconds time);
     FirmwareStore &firmware() { return *firmware_; }
     const WebLimits &web_limits() const { return web_limits_; }
-    // Lets downloads and uploads fail from now on, those that are under way as well.
+    // Makes running and later downloads and uploads fail.
     void end_transfers();
     void warn(const std::string &text);
-    // What it did last, as lines.
+    // The last lines of the trace.
     std::string recent() { return trace_.recent(); }
 
     // The settings that the host may change while the gateway is open.
-    // Throws an Error that quotes the first wrong fault; then the plan is as before.
+    // Throws an Error that quotes the first invalid fault, with the plan unchanged.
     void set_faults(const std::vector<std::string> &faults);
     std::vector<std::string> faults();
     // Replaces the home by that of a built-in scenario, or by its own factory state if the scenario
@@ -79,9 +78,9 @@ class Gateway {
     void power_cycle();
     std::string bridge_mac();
 
-    // Lets every call fail from now on, and waits for the long work that is under way to end.
+    // Makes every later call fail, and waits for running long work to end.
     void end_calls();
-    // Saves the state and lets go of its file. No long work may be under way.
+    // Saves the state and unlocks its file. No long work may be running.
     void close();
 
   private:
@@ -100,11 +99,11 @@ class Gateway {
     std::mutex mutex_; // guards everything below
     std::condition_variable closing_;
     bool closed_ = false;
-    bool has_rebooted_ = false; // and the host has not been told yet
-    int long_calls_ = 0;        // under way
+    bool has_rebooted_ = false; // not yet reported to the host
+    int long_calls_ = 0;        // running
     FaultPlan faults_;
     std::optional<StateFile> state_file_;
-    std::optional<FirmwareStore> firmware_; // has a lock of its own
+    std::optional<FirmwareStore> firmware_; // has its own lock
     State state_;
 };
 

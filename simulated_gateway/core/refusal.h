@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reports to the host on failed calls.
+// Reports failed calls to the host.
 #pragma once
 
 #include <string>

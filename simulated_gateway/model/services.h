@@ -164,7 +164,7 @@ struct MeshControl {
     }
 };
 
-// Operations in progress, by their start in seconds since 1970; 0 for none. A boot ends them.
+// Operations in progress, with times in seconds since 1970; 0 for none. A boot ends them.
 struct UnderWay {
     int64_t mesh_change_time = 0; // when the mesh was last switched
     int64_t pairing_end = 0;

@@ -36,7 +36,7 @@ const Ssid *ssid_of(const Home &home, const Host &host)
 
 constexpr int64_t kDrawSeconds = 900;
 
-// By night people and their devices are where they belong.
+// By night, devices that roam stay at their own routers.
 bool is_night()
 {
     const int64_t hour = now() / 3600 % 24;
@@ -50,7 +50,7 @@ uint64_t draw_for(const Home &home, Quantity quantity, const Host &host,
     return draw(home, quantity, source, static_cast<uint64_t>(now() / kDrawSeconds));
 }
 
-// Where a wandering host is: next to a router, and so strong there.
+// Where a roaming host is: next to a router, with this signal there.
 struct Whereabouts {
     std::string router;
     int64_t signal_dbm;
@@ -138,7 +138,7 @@ int64_t share(int64_t of, int64_t part, int64_t whole)
     return whole == 0 ? 0 : of * part / whole;
 }
 
-// The rates of a device if it might as it likes.
+// The rates of a device without limits.
 Rates wanted_by(const State &state, const Host &host, bool online, const Rates &sum)
 {
     const Rates all = wanted_rates(state);
@@ -161,7 +161,7 @@ Rates rates_of(const State &state, const Host &host, bool online)
     return allowed(state.home, host, wanted_by(state, host, online, total_demand(state)));
 }
 
-// Where a device is attached at this moment; nothing while it is not.
+// Where a device is attached now; nothing while it is not attached.
 std::optional<Place> attachment_of(const Home &home, const Host &host)
 {
     if (!is_there(home, host)) {

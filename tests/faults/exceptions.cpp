@@ -13,19 +13,19 @@ struct Row {
     bool is_used = false;
 };
 
-constexpr char kReportedInPlace[] = "the device tells in the same field what it has chosen";
-constexpr char kFilledByDevice[] = "the record holds what the device has left in it";
-constexpr char kEndOfGuests[] = "the end is worked out from it";
-constexpr char kReasonOfMinusOne[] = "the reply gives a reason for -1 alone";
+constexpr char kReportedInPlace[] = "the device reports its choice in the same field";
+constexpr char kFilledByDevice[] = "the record contains what the device has left in it";
+constexpr char kEndOfGuests[] = "the end is computed from it";
+constexpr char kReasonOfMinusOne[] = "the reply has a reason only for -1";
 constexpr char kOneOfSome[] = "any other text is refused";
-constexpr char kToUpperRadio[] = "it also goes to the 5 GHz radio, whole";
-constexpr char kTurnsOff[] = "the number that it begins with counts, and 0 may not be with a mesh";
-constexpr char kRules[] = "the rules beside the image make up for it";
+constexpr char kToUpperRadio[] = "it is also passed to the 5 GHz radio, uncut";
+constexpr char kTurnsOff[] = "the number at its start counts, and a mesh does not allow 0";
+constexpr char kRules[] = "the rules in the request decide the result";
 
 Row rows[] = {
     {"GET_TSLINK_TOPOLOGY_INFO", Rule::kResult, "devapi_get_dev_tol_num", kReasonOfMinusOne},
-    {"GET_WIFI_INFO", Rule::kCut, "SSIDIndex", "a text that is no number is refused"},
-    {"GET_WIFI_INFO", Rule::kEmptyText, "SSIDIndex", "it has an answer of its own"},
+    {"GET_WIFI_INFO", Rule::kCut, "SSIDIndex", "a text that is not a number is refused"},
+    {"GET_WIFI_INFO", Rule::kEmptyText, "SSIDIndex", "it has a separate reply"},
     {"GET_WIFI_LIST_INFO", Rule::kZeroed, "devapi_get_wifi_stactrl", "it begins at -1"},
     {"HG_WIFI_CHANNEL_POWER_OPTIMIZATION", Rule::kEmptyText, "", kReportedInPlace},
     {"HG_WIFI_OPTIMIZATION", Rule::kEmptyText, "", kReportedInPlace},
@@ -39,7 +39,7 @@ Row rows[] = {
     {"SET_HG_GUEST_SSID", Rule::kCut, "HourTime", kEndOfGuests},
     {"SET_HG_GUEST_SSID", Rule::kEmptyText, "ContinueTime", kEndOfGuests},
     {"SET_HG_GUEST_SSID", Rule::kEmptyText, "HourTime", kEndOfGuests},
-    {"SET_LED_STATUS", Rule::kOtherType, "", "the device refuses what is no text"},
+    {"SET_LED_STATUS", Rule::kOtherType, "", "the device refuses a value that is not a string"},
     {"SET_QOS_CLASSIFICATION_INFO", Rule::kEmptyText, "Id", kReportedInPlace},
     {"SET_QOS_CLASSIFICATION_INFO", Rule::kZeroed, "QosRule.type_count",
      "it is the length of the request's list"},
@@ -47,13 +47,13 @@ Row rows[] = {
     {"SET_QOS_CLASSIFICATION_INFO_to_delete", Rule::kEmptyText, "Action", kOneOfSome},
     {"SET_TSLINK_SSID", Rule::kCut, "Enable", kOneOfSome},
     {"SET_TSLINK_SSID", Rule::kEmptyText, "Enable", kOneOfSome},
-    {"SET_UPLINK_WIFI_INFO", Rule::kNoError, "", "its trace line is one for errors"},
+    {"SET_UPLINK_WIFI_INFO", Rule::kNoError, "", "its trace line has the level of errors"},
     {"SET_UPLINK_WIFI_INFO", Rule::kEmptyText, "SSID", kReportedInPlace},
     {"SET_WIFI_INFO", Rule::kCut, "PowerLevel", kToUpperRadio},
     {"SET_WIFI_INFO", Rule::kEmptyText, "PowerLevel", kToUpperRadio},
     {"SET_WIFI_INFO_LIST", Rule::kCut, "WIFILIST.Enable", kTurnsOff},
     {"SET_WIFI_INFO_LIST", Rule::kEmptyText, "WIFILIST.Enable", kTurnsOff},
-    {"SET_WIFI_INFO_LIST", Rule::kEmptyText, "FastRoaming", "it stays as it was"},
+    {"SET_WIFI_INFO_LIST", Rule::kEmptyText, "FastRoaming", "the setting stays unchanged"},
     {"SET_WIFI_SLEEP_SCHEDULE", Rule::kCut, "", kFilledByDevice},
     {"SET_WIFI_SLEEP_SCHEDULE", Rule::kZeroed, "", kFilledByDevice},
     {"SET_WIFI_SLEEP_SCHEDULE", Rule::kEmptyText, "", kFilledByDevice},

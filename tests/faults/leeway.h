@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The command-specific behaviour when memory runs out: what its reply may lack or contain instead.
+// What the reply of a command may lack, or contain instead, if memory runs out.
 #pragma once
 
 #include "subject.h"

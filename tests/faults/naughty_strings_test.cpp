@@ -48,7 +48,7 @@ const std::vector<std::string> &strings()
 // ---- What reaches the device -------------------------------------------------------------------
 
 recording_device::AnswerForAll rich_answer;
-std::string unended; // the field of a record that was handed over with a text without an end
+std::string unended; // the field of a record that was passed with a text without a NUL
 
 template <class Record> void check_record(const Record &record)
 {

@@ -168,7 +168,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
         const Json object = parse(whole.object);
         success = agent::reply_given(description, request.get(), object.get());
         ASSERT_NE(success, nullptr) << whole.object;
-        told = members_behind(left(request.get(), success), whole.object);
+        added = members_behind(left(request.get(), success), whole.object);
     }
 
     // Another program checks the traffic against the descriptions as well.
@@ -187,14 +187,14 @@ class RequestTest : public testing::TestWithParam<Subject> {
         return print(Json(agent::left_of(description, reply, of)).get());
     }
 
-    // What an object has behind the members of another, as it is printed.
+    // The members of a printed object after those of another.
     static std::string members_behind(const std::string &object, const std::string &all)
     {
         const size_t begin = object == "{}" ? 1 : object.size();
         return all.size() > begin ? all.substr(begin, all.size() - begin - 1) : "";
     }
 
-    // The object after a command that removes what the reply removes, and tells this.
+    // The object after a command that removes what the reply removes and adds these members.
     std::string answered(const cJSON *changed, const cJSON *reply, const std::string &members) const
     {
         std::string object = left(changed, reply);
@@ -288,7 +288,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
     // Why the run is not what it is with the whole request.
     std::string other_than_whole(const Case &of) const
     {
-        const std::string expected = answered(of.request.get(), success, told);
+        const std::string expected = answered(of.request.get(), success, added);
         if (of.run.object != expected) {
             return "should have become " + expected;
         }
@@ -305,7 +305,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
     std::vector<Key> keys;
     SweepRun whole;
     const cJSON *success = nullptr;
-    std::string told; // the members that the whole run adds
+    std::string added; // the members that the whole run adds
 };
 
 std::string replaced(std::string text, const std::string &part, const std::string &by)
@@ -486,7 +486,7 @@ TEST_P(RequestTest, FindsAKeyInAnyLetterCase)
     expect_exceptions_used(Rule::kOtherCase);
 }
 
-// The keys of every reply, and one of nobody's, before and behind those of the request.
+// The keys of every reply, and one of no reply, before and after those of the request.
 TEST_P(RequestTest, LeavesKeysThatAreThereAlready)
 {
     std::vector<std::string> names = {"Other"};

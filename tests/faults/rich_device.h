@@ -27,10 +27,10 @@ enum class Written {
     kNothing,  // the record stays zero
     kGarbage,  // any bytes, terminated or not
     kFull,     // each text fills its field completely, without a NUL
-    kNoMemory, // null, or an empty list, where memory is handed over; the count says otherwise
+    kNoMemory, // null, or an empty list, in place of allocated memory, with a count above 0
     kNumber,   // one of the numbers is different
     kRubbish,  // each text as in kFull, and each number the same one
-    kWidest,   // each text that leads nowhere to the last byte of its field, with one of its own
+    kWidest,   // each text on which no path depends fills its field, with a different one in each
 };
 
 // What goes wrong in a run.
@@ -47,22 +47,22 @@ struct Fault {
     std::string name() const; // such as "3:result=-1"
 };
 
-// Answers for all device and host functions until recording_device is reset. A walk of which the
-// device cannot hope to see the end, as no failure ends it, gets counts of kLongWalk at most.
+// Answers for all device and host functions until recording_device is reset. Where no failure ends
+// a loop over a count, the count is kLongWalk at most.
 void furnish(const Home &home, const Fault &fault, bool has_endless_walk);
 
-// After so many calls in a run the device fails, which ends every other walk over a count that the
-// plug-in takes as it is.
+// After this many calls in a run the device fails, which ends every other loop over a count that
+// the plug-in uses unchecked.
 constexpr int32_t kLongWalk = 1000;
 
 // Whether a function's calls are counted among those that may fail.
 bool is_counted(std::string_view function);
 
-// Whether the device has written the text to the field, since it was set up; the field is one of
-// the descriptions, RECORD.FIELD or FUNCTION.ARGUMENT. No further than the field's width.
+// Whether the device has written the text, or as much of it as fits, to the field since it was set
+// up; the field is named as in the descriptions, RECORD.FIELD or FUNCTION.ARGUMENT.
 bool has_written(std::string_view field, std::string_view text);
 
-// The functions, each with a field that held something before the device wrote to it, since it was
+// The functions, each with a field that was not zero before the device wrote to it, since it was
 // set up.
 const std::set<std::pair<std::string, std::string>> &given_fields();
 

@@ -14,7 +14,7 @@ namespace {
 
 // ---- Requests ----------------------------------------------------------------------------------
 
-// Where the example of the description leaves out a key or gives a list but one element.
+// For commands whose example lacks a key, or has only one element in a list.
 const std::map<std::string_view, const char *> kRequests = {
     {"HG_IMAGE_UPDATE", R"({"Update":"1"})"},
     {"IMAGE_DOWNLOAD", R"({"MainRouter":{"UpdateUrl":"http://u"},"ChildRouter":[{},{}]})"},
@@ -198,6 +198,6 @@ std::string request_for(const Subject &subject)
 
 bool has_endless_walk(const Subject &subject)
 {
-    // A device that cannot tell about one host or SSID is asked about the next.
+    // After a failure for one host or SSID they continue with the next.
     return subject.command == "GET_ATTACH_DEVICE_RIGHT" || subject.command == "GET_WIFI_LIST_INFO";
 }

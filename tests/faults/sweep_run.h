@@ -39,7 +39,7 @@ struct MemoryFault {
 SweepRun sweep_run(const Subject &subject, const std::string &request, const MemoryFault &memory,
                    const rich_device::Fault &device);
 
-// Whether a device function only tells something.
+// Whether a device function only reports something.
 bool is_question(const std::string &function);
 
 // What is wrong with a run, regardless of the fault; empty if nothing is.
@@ -58,7 +58,7 @@ bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault);
 
 // Which result stands for that of the fault, by the description of the function: -1 for a failure,
-// 0 for none. Nothing where the result has a meaning of its own.
+// 0 for none. Nothing if the result has a specific meaning.
 std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
                                     const rich_device::Fault &fault);
 

@@ -189,8 +189,8 @@ bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, 
                                 knows_reason(description, reason->valuestring, is_whole)));
 }
 
-// Whether a failure's status stands in the object, be it before one that reports a success: some
-// commands have both.
+// Whether the object has the status of a failure, even before that of a success: some commands have
+// both.
 bool reports_failure(const cJSON *object)
 {
     const char *status = cJSON_GetStringValue(cJSON_GetObjectItem(object, "Status"));

@@ -16,7 +16,7 @@ if cmake -S "$project" -B "$work" -G Ninja -D CMAKE_IGNORE_PREFIX_PATH='/usr;/us
 fi
 fail() { cat "$work/log" >&2; echo "$1" >&2; exit 1; }
 grep -q 'scripts/install-deps.sh' "$work/log" || fail 'the script that installs them is not named'
-mapfile -t packages < <(sed -n 's/^ *[A-Za-z0-9_]* (\([a-z0-9-]*\))$/\1/p' "$work/log")
+mapfile -t packages < <(sed -n 's/^ *[A-Za-z0-9_/.-]* (\([a-z0-9-]*\))$/\1/p' "$work/log")
 for package in libcjson-dev libcli11-dev libcurl4-openssl-dev libssl-dev libutfcpp-dev nlohmann-json3-dev \
     libelf-dev libtomlplusplus-dev libgtest-dev libbenchmark-dev valgrind; do
     [[ " ${packages[*]} " == *" $package "* ]] || fail "$package is not named"

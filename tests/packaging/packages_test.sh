@@ -77,18 +77,20 @@ bash -c "set -e; source '$root/usr/share/bash-completion/completions/hgagent'; c
     >/dev/null
 "$here/consumer_test.sh" "$root/usr" "$root/usr/share/doc/smart-router-service-dev/examples"
 
-# What the bundle of the console contains is named in the copyright, with its version.
+# What the page of the console and that of a fleet's report contain is named in the copyright, with its version.
 while read -r bundled; do
     grep -q "^ .*$bundled" "$root/usr/share/doc/hgagent/copyright" || { echo "not in the copyright: $bundled" >&2; exit 1; }
-done < <(grep -xE '[a-z0-9@/-]+ [0-9.]+' "$root/usr/share/hgagent/console/licences.txt")
+done < <(grep -xhE '[a-z0-9@/-]+ [0-9.]+' "$root"/usr/share/hgagent/console/{licences.txt,fleet_report.html})
 
 # What a service leaves behind, whose administrator enabled it.
 mkdir -p "$root"/var/lib/private/hgagent "$root"/var/log/hgagent "$root"/etc/hgagent \
-    "$root"/etc/systemd/system/{sockets.target.wants,hgagent-worker.service.d}
+    "$root"/etc/systemd/system/{sockets.target.wants,hgagent-worker.service.d,linux-gateway.service.d}
 ln -s /var/lib/private/hgagent "$root/var/lib/hgagent"
-ln -s /usr/lib/systemd/system/hgagent.socket "$root/etc/systemd/system/sockets.target.wants/hgagent.socket"
+for unit in hgagent.socket linux-gateway.socket; do
+    ln -s "/usr/lib/systemd/system/$unit" "$root/etc/systemd/system/sockets.target.wants/$unit"
+done
 touch "$root"/var/lib/private/hgagent/home.json "$root"/var/log/hgagent/audit "$root"/etc/hgagent/hgagent.toml \
-    "$root"/etc/systemd/system/hgagent-worker.service.d/override.conf
+    "$root"/etc/systemd/system/{hgagent-worker,linux-gateway}.service.d/override.conf
 in_root --remove linux-gateway hgagent
 test -e "$root/var/lib/private/hgagent/home.json"
 test -e "$root/etc/hgagent/hgagent.toml"

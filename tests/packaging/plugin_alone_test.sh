@@ -6,7 +6,7 @@ set -euo pipefail
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Nothing is found but what is told.
+# Only what the options name is found.
 if ! { cmake -S "$1" -B "$work" -G Ninja -D SMART_ROUTER_HOST=OFF -D SMART_ROUTER_TESTS=OFF \
     -D CMAKE_IGNORE_PREFIX_PATH='/usr;/usr/local;/' -D CMAKE_IGNORE_PATH='/usr/bin;/bin;/usr/local/bin' \
     -D CMAKE_AR="$(command -v ar)" -D CMAKE_RANLIB="$(command -v ranlib)" \

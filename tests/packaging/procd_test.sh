@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Runs the script that starts the service on OpenWrt with functions that stand for procd's, and looks at what it
-# would start.
+# Runs the script that starts the service on OpenWrt with functions in place of procd's, and checks what it would
+# start.
 #
 # usage: procd_test.sh HGAGENT FOLDER_OF_FILES
 set -euo pipefail
@@ -31,5 +31,5 @@ close
 trigger hgagent
 END
 
-# And what the configuration that comes with it says.
+# The configuration in the package is valid.
 "$hgagent" run --check-config --config "$files/hgagent.toml"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Holds systemd's units against what they promise, without systemd running: how much each leaves open, that
-# systemd can read them, and that the agent makes no system call that they forbid.
+# Checks systemd's units without a running systemd: the exposure of each, that systemd can read them, and that the
+# agent makes no system call that they forbid.
 #
 # usage: units_test.sh HGAGENT FOLDER_OF_UNITS
 set -euo pipefail
@@ -29,21 +29,21 @@ fault()
     faults=$((faults + 1))
 }
 
-# exposure UNIT: in tenths, 0 is best
+# exposure UNIT: in tenths; 0 is best
 exposure()
 {
     systemd-analyze security --offline=true --no-pager "$1" |
         sed -n 's/.*Overall exposure level for .*: \([0-9]*\)\.\([0-9]\) .*/\1\2/p' | sed 's/^0*\(.\)/\1/'
 }
 
-# Each may leave open no more than this.
+# The highest exposure that each may have.
 for promise in hgagent.service:15 hgagent-worker.service:20 linux-gateway.service:20; do
     unit=${promise%:*}
     [ -e "$units/$unit" ] || continue # the library for Linux may be left out
     if ! systemd-analyze security --offline=true --no-pager --threshold="${promise#*:}" "$units/$unit" \
         >"$home/security"; then
         cat "$home/security"
-        fault "$unit leaves more open than ${promise#*:} tenths"
+        fault "$unit has an exposure of more than ${promise#*:} tenths"
     fi
     echo "$unit: $(exposure "$units/$unit") tenths"
 done
@@ -86,8 +86,8 @@ comm -23 <(calls @system-service) <({ calls @privileged; calls @resources; } | s
 strace -f -qq -e trace=all -e signal=none -o "$home/trace" "$hgagent" --state "$home/state" \
     run --socket "$home/socket" --audit "$home/audit" 2>"$home/log" &
 service=$!
-for ((tries = 600; tries > 0; tries--)); do
-    grep -q '^listening on ' "$home/log" && break
+until grep -q '^listening on ' "$home/log"; do
+    kill -0 "$service" || { cat "$home/log" >&2; exit 1; }
     sleep 0.1
 done
 "$hgagent" call --socket "$home/socket" GET_SN_INFO >/dev/null

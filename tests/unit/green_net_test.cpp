@@ -557,8 +557,8 @@ TEST_F(SetGreennetDeviceList, EachDeviceIsItsOwn)
     EXPECT_STREQ(stored.NewEntry, "0");
 }
 
-// The devices are stored by then: half of what apps are told of it would say the opposite.
-TEST_F(SetGreennetDeviceList, WithoutMemoryARefusedRemovalIsNotToldByHalf)
+// The devices are stored by then, and half of the reply would mean the opposite.
+TEST_F(SetGreennetDeviceList, WithoutMemoryARefusedRemovalIsNotReportedInPart)
 {
     when<devapi_del_green_net_info_by_maclist>([](const char *) { return -1; });
     for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
