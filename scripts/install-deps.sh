@@ -113,12 +113,13 @@ quietly() {
         give_up 'They could not be installed.'
     fi
 }
-# Prints apt's progress; its other output goes into the log.
+# Prints apt's progress; its other output goes into the log. apt seldom reports the end of an installation, so that is
+# printed below.
 progress() {
     awk -F: -v log_file="$log" '
         $1 != "dlstatus" && $1 != "pmstatus" { print >log_file; next }
         $1 != kind { kind = $1; shown = 0 }
-        int($3 / 25) > shown {
+        int($3 / 25) > shown && !(kind == "pmstatus" && $3 >= 100) {
             shown = int($3 / 25)
             printf "  %s: %d %%\n", kind == "dlstatus" ? "fetched" : "installed", shown * 25
             fflush()
@@ -136,3 +137,4 @@ if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
     cat "$log" >&2
     give_up 'They could not be installed.'
 fi
+echo '  installed: 100 %'

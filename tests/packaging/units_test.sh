@@ -53,6 +53,14 @@ if systemd-analyze security --offline=true --no-pager --threshold=15 "$home/hgag
     fault 'a unit that protects nothing passes as well'
 fi
 
+# No dynamic user has the name of a group that exists: systemd would not start the unit.
+for unit in $(grep -lx DynamicUser=yes "$units"/*.service); do
+    user=$(sed -n 's/^User=//p' "$unit")
+    if grep -qx "g ${user:-$(basename "$unit" .service)} -" "$(dirname "$0")/../../packaging/systemd/sysusers.conf"; then
+        fault "$unit: the dynamic user has the name of a group"
+    fi
+done
+
 # systemd reads them, with this agent in place of the installed one.
 for unit in "$units"/*; do
     sed "s|=/[^ ]*/hgagent |=$hgagent |" "$unit" >"$home/$(basename "$unit")"
