@@ -3,6 +3,8 @@
 #include "memory_sweep.h"
 #include "router_tree_fixture.h"
 
+#include <optional>
+
 namespace router_of_tree_test {
 
 class RouterOfTreeTest : public RouterTree {};
@@ -188,6 +190,18 @@ TEST_F(RouterOfTreeTest, BelowAnotherIsNotReportedWithoutItsParent)
             EXPECT_TRUE(cJSON_HasObjectItem(router, "ParentMacAddress")) << object;
         }
     });
+}
+
+TEST_F(RouterOfTreeTest, IsLoggedWhenThereIsNoMemoryForIt)
+{
+    std::optional<FailingMemory> memory;
+    when<devapi_get_node_dev_info_by_newmetod>([&](const char *, ChildRouterInfo *) {
+        memory.emplace(0, FailingMemory::Fail::kOnce);
+        return 0;
+    });
+    EXPECT_EQ(routers(), "{}");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create childinfo_json err"}}));
 }
 
 TEST_F(RouterOfTreeTest, OfWhatIsNoObjectAddsNothing)

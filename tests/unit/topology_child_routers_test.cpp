@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The child routers in the topology report.
+#include "failing_memory.h"
 #include "topology_child_routers_fixture.h"
+
+#include <optional>
 
 namespace topology_child_routers_test {
 
@@ -94,6 +97,25 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreLeftOutWhenTheyCannotBeRead)
                 (LogLines{{3, "get child_router_info err " + std::to_string(failure) + "\n"}}));
         }
     }
+}
+
+TEST_F(GetTslinkTopologyInfoChildRouters, FailWithoutMemoryForOne)
+{
+    std::optional<FailingMemory> memory;
+    when<devapi_call_tslink_set_topo_speed>([&] {
+        memory.emplace(0, FailingMemory::Fail::kOnce);
+        return 0;
+    });
+    EXPECT_EQ(routers(), "[]");
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create child_router_itme err\n"}}));
+    const ChildRouterInfo record = child_router();
+    EXPECT_EQ(report([&](cJSON *object) {
+                  memory.emplace(0, FailingMemory::Fail::kOnce);
+                  return json_insert_childrouter_info(object, &record);
+              }),
+              "{}");
+    EXPECT_EQ(result, -1);
 }
 
 TEST_F(GetTslinkTopologyInfoChildRouters, AskForTheStationsOfAMacWithoutAnEnd)

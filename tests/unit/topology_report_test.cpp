@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The main router's own information in the topology report, and the report as a whole.
+#include "failing_memory.h"
 #include "topology_devices_fixture.h"
 #include "topology_report_fixture.h"
+
+#include <optional>
 
 namespace topology_report_test {
 
@@ -205,6 +208,19 @@ TEST_F(GetTslinkTopologyInfoMesh, LeavesOutALinkThatCannotBeRead)
     EXPECT_EQ(value("MeshInfo"), R"([{"nexthopMAC":")" + text_of_length(32) + R"(","dbm":")" +
                                      text_of_length(16) + R"("}])");
     EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "get total limit = 0\n"}}));
+}
+
+TEST_F(GetTslinkTopologyInfoMesh, EndsTheRouterWithoutMemoryForItsLinks)
+{
+    put(base.AreaCode, "KOLM");
+    model_is("QX2040B");
+    std::optional<FailingMemory> memory;
+    when<devapi_get_childrouter_list>([&](ChildRouterList *) {
+        memory.emplace(0, FailingMemory::Fail::kOnce);
+        return 0;
+    });
+    EXPECT_EQ(router_report(), router().with("AreaCode", R"("KOLM")").json());
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create mesh_json err"}}));
 }
 
 TEST_F(GetTslinkTopologyInfoMesh, ListsChildRoutersAsTheDeviceLeavesTheirList)
