@@ -147,6 +147,8 @@ TEST_F(GetTslinkTopologyInfo, OfWhatIsNoObjectAddsNothing)
     EXPECT_EQ(hg_process_json_cmd("GET_TSLINK_TOPOLOGY_INFO", nullptr), 0);
     EXPECT_EQ(report(json_get_hg_base_info_copy, "[]"), "[]");
     EXPECT_EQ(result, -1);
+    when<devapi_get_hg_base_info>([](HgBaseInfo *) { return 1; });
+    EXPECT_EQ(json_get_hg_base_info_copy(nullptr), -1);
     const Json array = parse("[]");
     EXPECT_EQ(hg_process_json_cmd("GET_TSLINK_TOPOLOGY_INFO", array.get()), 0);
     EXPECT_EQ(print(array.get()), "[]");
