@@ -40,7 +40,8 @@ BUILD = ROOT / "build/mutation"
 SURVIVORS = ROOT / "tests/mutation/survivors.json"
 # What a verdict depends on.
 SOURCES = (PLUGIN, *(ROOT / name for name in (
-    "tests/unit", "tests/faults", "tests/support", "protocol", "tools/mutate.py", "tools/mutations.py")))
+    "tests/unit", "tests/faults", "tests/support", "protocol", "agent/protocol/described_reply.cpp",
+    "agent/protocol/described_reply.h", "tools/mutate.py", "tools/mutations.py")))
 PROGRAMS = ("unit", "unit_mesh", "unit_threads", "faults")
 # They notice nothing of the plug-in's that others do not, and take longest.
 LEFT_OUT = "*NaughtyStrings*"

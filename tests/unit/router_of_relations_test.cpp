@@ -7,15 +7,12 @@ namespace router_of_relations_test {
 
 class RouterOfRelationsTest : public RelationsTest {
   protected:
-    std::string router_report()
+    static int32_t append_router(cJSON *array)
     {
-        return report(
-            [](cJSON *array) {
-                const TopoNode node = {3, {8, 9}, nullptr};
-                return json_get_child_router_info(&node, array);
-            },
-            "[]");
+        const TopoNode node = {3, {8, 9}, nullptr};
+        return json_get_child_router_info(&node, array);
     }
+    std::string router_report() { return report(append_router, "[]"); }
 };
 
 TEST_F(RouterOfRelationsTest, HaveAReportOfTheirOwn)
@@ -257,6 +254,17 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWhereMemoryEnds)
     sweep_memory([](cJSON *object) { json_get_topo_router_info(object); }, "{}",
                  unknown_to_the_topology,
                  [](const std::string &object, auto) { EXPECT_EQ(object, "{}"); });
+    const auto in_a_mesh = [=] {
+        unknown_to_the_topology();
+        mesh_type_is(2);
+    };
+    sweep_memory([this](cJSON *array) { result = append_router(array); }, "[]", in_a_mesh,
+                 [this](const std::string &array, auto) {
+                     EXPECT_EQ(array, "[]");
+                     EXPECT_EQ(result, -1);
+                     EXPECT_EQ(recording_host::log_lines().back(),
+                               (LogLine{3, "create childinfo_json err"}));
+                 });
 }
 
 TEST_F(RouterOfRelationsTest, AreNoneWithoutAnArgument)

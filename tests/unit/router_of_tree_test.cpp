@@ -190,6 +190,30 @@ TEST_F(RouterOfTreeTest, BelowAnotherIsNotReportedWithoutItsParent)
     });
 }
 
+// Without memory for a part of it there is no report; only the list of its stations may be missing.
+TEST_F(RouterOfTreeTest, IsLoggedWhenThereIsNoMemoryForIt)
+{
+    const auto with_a_child = [] {
+        when<devapi_topo_xml_getinfo>([](const char *, char *value) {
+            strcpy(value, "1");
+            return 0;
+        });
+        children_are("child", 1);
+    };
+    const auto act = [this](cJSON *object) {
+        result = json_get_topo_router_agent_info_bynewmethod(object);
+    };
+    sweep_memory(act, "{}", with_a_child, [this](const std::string &object, auto) {
+        if (object == "{}") {
+            EXPECT_EQ(result, -1);
+            EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create childinfo_json err"}}));
+        } else {
+            EXPECT_EQ(result, 0);
+            EXPECT_NE(object.find(R"("childMac":"child")"), std::string::npos) << object;
+        }
+    });
+}
+
 TEST_F(RouterOfTreeTest, OfWhatIsNoObjectAddsNothing)
 {
     EXPECT_EQ(report(json_get_topo_router_agent_info_bynewmethod, "[]"), "[]");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The child routers in the topology report.
+#include "memory_sweep.h"
 #include "topology_child_routers_fixture.h"
 
 namespace topology_child_routers_test {
@@ -94,6 +95,31 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreLeftOutWhenTheyCannotBeRead)
                 (LogLines{{3, "get child_router_info err " + std::to_string(failure) + "\n"}}));
         }
     }
+}
+
+TEST_F(GetTslinkTopologyInfoChildRouters, AreLoggedWhenThereIsNoMemoryForOne)
+{
+    const auto with_a_station = [] {
+        child_routers_are({7});
+        child_router_is(child_router());
+        stations_are({5}, 1);
+    };
+    const auto act = [this](cJSON *array) {
+        result = json_get_child_router_topo_info(array);
+    };
+    sweep_memory(act, "[]", with_a_station, [this](const std::string &array, auto) {
+        if (array != "[]") {
+            EXPECT_EQ(array, "[" + with_stations("[]") + "]");
+            EXPECT_EQ(result, 0);
+            EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create child_sta_itme err\n"}}));
+        } else if (result == 0) {
+            EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create child_array err!\n"}}));
+        } else {
+            EXPECT_EQ(result, -1);
+            EXPECT_EQ(recording_host::log_lines(),
+                      (LogLines{{3, "create child_router_itme err\n"}}));
+        }
+    });
 }
 
 TEST_F(GetTslinkTopologyInfoChildRouters, AskForTheStationsOfAMacWithoutAnEnd)
@@ -194,6 +220,17 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreNothingWithoutAnArgument)
               "{}");
     EXPECT_EQ(result, -1);
     EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
+}
+
+TEST_F(GetTslinkTopologyInfoChildRouters, AreNothingWithoutMemory)
+{
+    const ChildRouterInfo record = child_router();
+    sweep_memory([&](cJSON *object) { result = json_insert_childrouter_info(object, &record); },
+                 "{}", [] {},
+                 [this](const std::string &object, auto) {
+                     EXPECT_EQ(object, "{}");
+                     EXPECT_EQ(result, -1);
+                 });
 }
 
 } // namespace topology_child_routers_test
@@ -335,6 +372,17 @@ TEST_F(GetTslinkTopologyInfoStations, HaveNoStationWithoutAnArgument)
     EXPECT_EQ(result, -1);
     EXPECT_EQ(record.AccessTime, std::to_string(kNow - 100));
     EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
+}
+
+TEST_F(GetTslinkTopologyInfoStations, HaveNoStationWithoutMemory)
+{
+    AdBaseInfo record = {};
+    sweep_memory([&](cJSON *object) { result = json_insert_childsta_info(object, &record); }, "{}",
+                 [] {},
+                 [this](const std::string &object, auto) {
+                     EXPECT_EQ(object, "{}");
+                     EXPECT_EQ(result, -1);
+                 });
 }
 
 } // namespace topology_stations_test

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The main router's own information in the topology report, and the report as a whole.
+#include "failing_memory.h"
 #include "topology_devices_fixture.h"
 #include "topology_report_fixture.h"
+
+#include <optional>
 
 namespace topology_report_test {
 
@@ -144,6 +147,8 @@ TEST_F(GetTslinkTopologyInfo, OfWhatIsNoObjectAddsNothing)
     EXPECT_EQ(hg_process_json_cmd("GET_TSLINK_TOPOLOGY_INFO", nullptr), 0);
     EXPECT_EQ(report(json_get_hg_base_info_copy, "[]"), "[]");
     EXPECT_EQ(result, -1);
+    when<devapi_get_hg_base_info>([](HgBaseInfo *) { return 1; });
+    EXPECT_EQ(json_get_hg_base_info_copy(nullptr), -1);
     const Json array = parse("[]");
     EXPECT_EQ(hg_process_json_cmd("GET_TSLINK_TOPOLOGY_INFO", array.get()), 0);
     EXPECT_EQ(print(array.get()), "[]");
@@ -205,6 +210,19 @@ TEST_F(GetTslinkTopologyInfoMesh, LeavesOutALinkThatCannotBeRead)
     EXPECT_EQ(value("MeshInfo"), R"([{"nexthopMAC":")" + text_of_length(32) + R"(","dbm":")" +
                                      text_of_length(16) + R"("}])");
     EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "get total limit = 0\n"}}));
+}
+
+TEST_F(GetTslinkTopologyInfoMesh, EndsTheRouterWithoutMemoryForItsLinks)
+{
+    put(base.AreaCode, "KOLM");
+    model_is("QX2040B");
+    std::optional<FailingMemory> memory;
+    when<devapi_get_childrouter_list>([&](ChildRouterList *) {
+        memory.emplace(0, FailingMemory::Fail::kOnce);
+        return 0;
+    });
+    EXPECT_EQ(router_report(), router().with("AreaCode", R"("KOLM")").json());
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create mesh_json err"}}));
 }
 
 TEST_F(GetTslinkTopologyInfoMesh, ListsChildRoutersAsTheDeviceLeavesTheirList)

@@ -161,6 +161,9 @@ TEST_F(GetWifiListInfo, FastRoamingIsReportedOnlyWhenKnown)
     fast_roaming_is("0");
     EXPECT_EQ(run("GET_WIFI_LIST_INFO"),
               R"({"WIFIList":[],"StaCtrl":"1","FastRoaming":"0","Status":"0"})");
+    fast_roaming_is("8 bytes."); // ends without a NUL
+    EXPECT_EQ(run("GET_WIFI_LIST_INFO"),
+              R"({"WIFIList":[],"StaCtrl":"1","FastRoaming":"8 bytes.","Status":"0"})");
 }
 
 TEST_F(GetWifiListInfo, FailsWithoutTheNumberOfSsids)
