@@ -123,7 +123,7 @@ job_linux_gateway() {
         build/release/tests/linux_gateway/shifted_clock.so || status=1
     cmake --preset debug >/dev/null
     cmake --build --preset debug --target "${targets[@]}" -- --quiet
-    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^linux_gateway\.(access|limits|many_hosts|periods|reading|recovery)' ||
+    WHOLE_TESTS=1 KILL_SEED=$seed ctest --preset debug --tests-regex '^linux_gateway\.(access|limits|many_hosts|periods|reading|recovery)' ||
         status=1
     return "$status"
 }

@@ -10,6 +10,9 @@
 
 namespace agent::record {
 
+// A reader takes no longer line, so that its memory does not depend on what a file contains.
+constexpr size_t kMostLineBytes = size_t{4} << 20;
+
 // Grows to the longest text and keeps its memory.
 class LineText {
   public:

@@ -51,7 +51,7 @@ std::string key_of(const device_layout::Function &function, const cJSON *given)
 RecordedDevice::RecordedDevice(const std::string &file)
 {
     RecordingReader recording(file);
-    for (const SessionStart &start : recording.sessions()) {
+    for (const LineStart &start : recording.sessions()) {
         recording.go_to(start);
         recording.head();
         while (std::optional<Event> event = recording.next()) {

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <ctime>
 #include <exception>
+#include <stdexcept>
 #include <utility>
 
 namespace agent::record {
@@ -173,6 +174,10 @@ void Recorder::write_line(const Begin &begin, const Clock::time_point *end, cons
             std::chrono::duration_cast<std::chrono::microseconds>(*end - begin.time).count());
     }
     head_.add(',');
+    if (head_.size() + members.size() > kMostLineBytes) {
+        throw std::length_error("a line would be longer than " + std::to_string(kMostLineBytes) +
+                                " bytes");
+    }
     if (file_.is_full(head_.size() + members.size()) && file_.rotate()) {
         add_head();
     }

@@ -126,7 +126,7 @@ class Episodes {
     }
 
     RecordingReader recording_;
-    const std::vector<SessionStart> sessions_;
+    const std::vector<LineStart> sessions_;
     size_t session_ = 0;
     bool is_at_end_ = false;
     std::string key_;

@@ -2,6 +2,7 @@
 #include "record/recording_reader.h"
 
 #include "record/json_members.h"
+#include "record/line_text.h"
 #include "smart_router_service/device_access.h"
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace agent::record {
@@ -110,33 +112,79 @@ void hide_remains(cJSON *value)
 }
 
 RecordingReader::RecordingReader(const std::string &file)
-    : name_(file), file_(fopen(file.c_str(), "rce"))
 {
-    if (file_ == nullptr) {
-        throw BadRecording(file + ": " + std::generic_category().message(errno));
-    }
-    if (fseek(file_.get(), 0, SEEK_SET) != 0) { // a pipe
-        throw BadRecording(file + ": not a regular file");
-    }
+    files_.push_back(open_file(file));
     if (!read_line() || !is_head()) {
         throw BadRecording(file + " is not a recording");
+    }
+    const Json head(cJSON_ParseWithLength(line_.data(), line_.size()));
+    session_ = session_in(head.get());
+    if (number_in(head.get(), "seq") > 0) {
+        add_earlier_file(file + ".1");
     }
     go_to({});
 }
 
-void RecordingReader::refuse(const std::string &reason) const
+RecordingReader::File RecordingReader::open_file(const std::string &name)
 {
-    throw BadRecording(name_ + ":" + std::to_string(number_) + ": " + reason);
+    File file{name, std::unique_ptr<FILE, CloseFile>(fopen(name.c_str(), "rce"))};
+    if (file.stream == nullptr) {
+        throw BadRecording(name + ": " + std::generic_category().message(errno));
+    }
+    if (fseek(file.stream.get(), 0, SEEK_SET) != 0) { // a pipe
+        throw BadRecording(name + ": not a regular file");
+    }
+    return file;
 }
 
-// A line without its end; false at the end of the file, and for a line that was cut.
+// The name may be that of an older recording, or of something else: then it is left out.
+void RecordingReader::add_earlier_file(const std::string &name)
+{
+    struct stat status = {};
+    if (stat(name.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return;
+    }
+    try {
+        RecordingReader earlier(name);
+        earlier.sessions();
+        if (!session_.empty() && earlier.session_ == session_) {
+            files_.insert(files_.begin(), std::move(earlier.files_.back()));
+        }
+    } catch (const BadRecording &) {
+        return;
+    }
+}
+
+void RecordingReader::refuse(const std::string &reason) const
+{
+    throw BadRecording(file().name + ":" + std::to_string(number_) + ": " + reason);
+}
+
+// A line without its end; false at the end of the last file.
 bool RecordingReader::read_line()
+{
+    while (!read_line_of_file()) {
+        if (at_ + 1 == files_.size()) {
+            return false;
+        }
+        go_to({.file = at_ + 1});
+    }
+    return true;
+}
+
+// False at the end of the file, and for a line that was cut.
+bool RecordingReader::read_line_of_file()
 {
     line_.clear();
     std::array<char, 65536> piece = {};
-    while (fgets(piece.data(), piece.size(), file_.get()) != nullptr) {
+    while (fgets(piece.data(), piece.size(), file().stream.get()) != nullptr) {
         const size_t size = strlen(piece.data());
         line_.append(piece.data(), size);
+        if (line_.size() > kMostLineBytes + 1) {
+            ++number_;
+            refuse("longer than a line of a recording may be, " + std::to_string(kMostLineBytes) +
+                   " bytes");
+        }
         if (size > 0 && line_.back() == '\n') {
             line_.pop_back();
             ++number_;
@@ -146,8 +194,8 @@ bool RecordingReader::read_line()
             break;
         }
     }
-    if (ferror(file_.get()) != 0) {
-        throw BadRecording(name_ + ": " + std::generic_category().message(errno));
+    if (ferror(file().stream.get()) != 0) {
+        throw BadRecording(file().name + ": " + std::generic_category().message(errno));
     }
     return false;
 }
@@ -157,12 +205,12 @@ bool RecordingReader::is_head() const
     return line_.starts_with(kHeadBegin);
 }
 
-std::vector<SessionStart> RecordingReader::sessions()
+std::vector<LineStart> RecordingReader::sessions()
 {
-    std::vector<SessionStart> starts;
+    std::vector<LineStart> starts;
     session_.clear();
     go_to({});
-    for (SessionStart here; read_line(); here = {ftell(file_.get()), number_ + 1}) {
+    for (LineStart here; read_line(); here = next_place()) {
         if (!is_head()) {
             continue;
         }
@@ -181,12 +229,21 @@ bool RecordingReader::continues(const cJSON *head) const
     return !session_.empty() && session_in(head) == session_ && number_in(head, "seq") > 0;
 }
 
-void RecordingReader::go_to(const SessionStart &start)
+LineStart RecordingReader::next_place() const
 {
-    if (fseek(file_.get(), start.offset, SEEK_SET) != 0) {
+    return {at_, ftell(file().stream.get()), number_ + 1};
+}
+
+void RecordingReader::go_to(const LineStart &start)
+{
+    if (start.file >= files_.size()) { // one has been renamed meanwhile
+        throw BadRecording(file().name + ": changed while it was read");
+    }
+    at_ = start.file;
+    number_ = start.line - 1;
+    if (fseek(file().stream.get(), start.offset, SEEK_SET) != 0) {
         refuse(std::generic_category().message(errno));
     }
-    number_ = start.line - 1;
 }
 
 Event RecordingReader::head()
@@ -230,18 +287,18 @@ bool RecordingReader::belongs_to_earlier_file(const Event &event)
 
 std::optional<Event> RecordingReader::next_line()
 {
-    long before = ftell(file_.get());
+    LineStart before = next_place();
     std::optional<Event> event = read_event();
     while (event && event->kind == EventKind::kHead && continues(event->line.get())) {
         check_number(*event, next_seq_ - 1);
-        before = ftell(file_.get());
+        before = next_place();
         event = read_event();
     }
     if (!event) {
         return std::nullopt;
     }
     if (event->kind == EventKind::kHead) { // of the next session
-        fseek(file_.get(), before, SEEK_SET);
+        go_to(before);
         return std::nullopt;
     }
     check_number(*event, next_seq_);
@@ -286,7 +343,7 @@ const char *RecordingReader::text_in(const cJSON *line, const char *key) const
 Event RecordingReader::event_of(Json line) const
 {
     Event event;
-    event.place = name_ + ":" + std::to_string(number_);
+    event.place = file().name + ":" + std::to_string(number_);
     const cJSON *object = line.get();
     if (member(object, "recording") != nullptr) {
         const std::optional<int> version = number_in(object, "recording");

@@ -43,21 +43,24 @@ Json given_to_call(const device_layout::Function &function, const cJSON *argumen
 // with pseudonyms does not have what was there: it may be the rest of a secret.
 void hide_remains(cJSON *value);
 
-// Where a session begins in a file.
-struct SessionStart {
+// Where a line begins.
+struct LineStart {
+    size_t file = 0; // of those that the recording consists of
     long offset = 0;
     size_t line = 1;
 };
 
-// Reads a file line by line. All functions throw BadRecording.
+// Reads a recording line by line. All functions throw BadRecording.
 class RecordingReader {
   public:
+    // A file that continues a session is read behind FILE.1, if that has the session's lines before
+    // it.
     explicit RecordingReader(const std::string &file);
 
     // The begin of each session. A session that continues in another file is one if that file
     // follows at once.
-    std::vector<SessionStart> sessions();
-    void go_to(const SessionStart &start);
+    std::vector<LineStart> sessions();
+    void go_to(const LineStart &start);
 
     // The head of the session at this place.
     Event head();
@@ -74,7 +77,15 @@ class RecordingReader {
     struct CloseFile {
         void operator()(FILE *file) const { fclose(file); }
     };
+    struct File {
+        std::string name;
+        std::unique_ptr<FILE, CloseFile> stream;
+    };
+    static File open_file(const std::string &name);
+    void add_earlier_file(const std::string &name);
+    LineStart next_place() const;
     bool read_line();
+    bool read_line_of_file();
     bool is_head() const;
     bool continues(const cJSON *head) const;
     std::optional<Event> read_event();
@@ -85,10 +96,12 @@ class RecordingReader {
     const char *text_in(const cJSON *line, const char *key) const;
     [[noreturn]] void refuse(const std::string &reason) const;
 
-    const std::string name_;
-    std::unique_ptr<FILE, CloseFile> file_;
+    const File &file() const { return files_[at_]; }
+
+    std::vector<File> files_;
+    size_t at_ = 0; // the file that is being read
     std::string line_;
-    size_t number_ = 0;
+    size_t number_ = 0; // in this file
     std::string session_;
     int next_seq_ = 0;
     bool lacks_begin_ = false;       // the session began in an earlier file

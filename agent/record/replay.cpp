@@ -423,7 +423,7 @@ void Replay::run_request(const Event &request)
 }
 
 // Plays one session in this process. Result: the exit status.
-int play_session(const ReplayOptions &options, const SessionStart &start, Tally &tally)
+int play_session(const ReplayOptions &options, const LineStart &start, Tally &tally)
 {
     static std::unique_ptr<Replay>
         replay; // workers of the plug-in may use it until the process ends
@@ -481,10 +481,10 @@ int show_result(const ReplayOptions &options, const Tally &tally)
 int run_replay(const ReplayOptions &options)
 {
     try {
-        const std::vector<SessionStart> sessions = RecordingReader(options.file).sessions();
+        const std::vector<LineStart> sessions = RecordingReader(options.file).sessions();
         Tally &tally = shared_tally();
         // The plug-in has state that lasts as long as its process; so has its crash.
-        for (const SessionStart &session : sessions) {
+        for (const LineStart &session : sessions) {
             const pid_t player = fork();
             if (player == 0) {
                 return play_session(options, session, tally);

@@ -188,7 +188,7 @@ class Slice {
     Slice(size_t wanted, Writer &writer) : wanted_(wanted), writer_(writer) {}
 
     // The number of the requests so far is added to.
-    void write(RecordingReader &recording, const SessionStart &start, size_t &requests)
+    void write(RecordingReader &recording, const LineStart &start, size_t &requests)
     {
         Workers workers;
         if (wanted_ != 0) {
@@ -252,7 +252,7 @@ int write_test(const TestCaseOptions &options)
     Writer writer;
     Slice slice(options.command, writer);
     size_t requests = 0;
-    for (const SessionStart &start : recording.sessions()) {
+    for (const LineStart &start : recording.sessions()) {
         slice.write(recording, start, requests);
         if (writer.status() != kSuccess || (slice.has_found() && options.command != 0)) {
             return writer.status();

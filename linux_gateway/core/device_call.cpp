@@ -29,12 +29,12 @@ class Holder {
     }
 
     // Opens it. What fails, such as a bridge that is not there yet while the machine starts, is
-    // attempted again until it succeeds: the rules have to be in force even if nobody calls.
+    // attempted again until it succeeds: the rules have to be in force even if nobody calls. For
+    // the same reason it takes over from another process.
     void open()
     {
         const std::lock_guard lock(mutex_);
         if (!attempt()) {
-            log_error(failure_);
             attempts_ = std::thread([this] { attempt_again(); });
         }
     }
@@ -56,29 +56,29 @@ class Holder {
     }
 
   private:
+    // Whether this process controls the gateway now.
     bool attempt()
     {
+        const std::string before = failure_;
         try {
-            gateway_ = std::make_unique<Gateway>();
-            return true;
+            if (gateway_ == nullptr) {
+                gateway_ = std::make_unique<Gateway>();
+            }
+            return gateway_->take_control();
         } catch (const std::exception &problem) {
             failure_ = printable(problem.what());
-            return false;
         }
+        if (failure_ != before) {
+            log_error(failure_);
+        }
+        return false;
     }
 
     void attempt_again()
     {
         constexpr std::chrono::seconds pause{1};
         std::unique_lock lock(mutex_);
-        while (!closing_.wait_for(lock, pause, [&] { return is_closing_; })) {
-            const std::string before = failure_;
-            if (attempt()) {
-                return;
-            }
-            if (failure_ != before) {
-                log_error(failure_);
-            }
+        while (!closing_.wait_for(lock, pause, [&] { return is_closing_; }) && !attempt()) {
         }
     }
 

@@ -25,10 +25,35 @@ Gateway::Gateway()
     for (const std::string &obstacle : obstacles(configuration_, *view.network)) {
         log_error(obstacle);
     }
-    if (!state_file_.is_ours()) {
-        log_info("another process controls this gateway, so nothing can be set");
-        return;
+    if (state_file_.is_ours()) {
+        enforce();
+    } else {
+        log_info("another process controls this gateway: nothing can be set until it ends");
     }
+}
+
+bool Gateway::take_control()
+{
+    const std::lock_guard lock(mutex_);
+    if (state_file_.is_ours() || is_closed_) {
+        return true;
+    }
+    if (!state_file_.lock()) {
+        return false;
+    }
+    try {
+        state_ = std::make_shared<const State>(state_file_.read());
+    } catch (...) {
+        state_file_.unlock();
+        throw;
+    }
+    log_info("this process controls the gateway from now on");
+    enforce();
+    return true;
+}
+
+void Gateway::enforce()
+{
     // What cannot be enforced does not keep clients from seeing what is there.
     const std::string error = enforcement_.apply(rules(*state_));
     are_rules_in_force_ = error.empty();
@@ -41,6 +66,9 @@ View Gateway::view_locked()
 {
     const auto now = std::chrono::steady_clock::now();
     if (network_ == nullptr || now >= network_time_ + kSnapshotTime) {
+        if (!state_file_.is_ours()) { // the other process may have changed it
+            state_ = std::make_shared<const State>(state_file_.read());
+        }
         NetworkSources sources;
         sources.lan_bridge = configuration_.lan_bridge;
         sources.wan_port = configuration_.wan_port;

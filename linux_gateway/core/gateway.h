@@ -34,8 +34,13 @@ std::string gateway_name(const View &view);
 
 class Gateway {
   public:
-    // Reads configuration and state, and puts the rules into the kernel. Throws an Error.
+    // Reads configuration and state, and puts the rules into the kernel, unless another process
+    // controls the gateway. Throws an Error.
     Gateway();
+
+    // Takes over if no other process controls the gateway any more. Whether this one does now.
+    // Throws an Error.
+    bool take_control();
 
     View view();
 
@@ -49,6 +54,7 @@ class Gateway {
 
   private:
     View view_locked();
+    void enforce();
     void find_management_host();
     Rules rules(const State &state) const;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/obstacles.h"
 
+#include "enforcement/download_limits.h"
 #include "system/dhcp_server.h"
 #include "system/files.h"
 #include "system/flow_tables.h"
@@ -48,9 +49,13 @@ std::vector<std::string> obstacles(const Configuration &configuration, const Net
         sentences.emplace_back("firewalld is running: when it reloads, its rules and those of the "
                                "gateway apply both");
     }
-    if (const std::optional<std::string> table = find_flow_table()) {
-        sentences.push_back("nftables has the flow table " + *table +
-                            ": connections in it may pass by blocks and limits; remove it");
+    for (const std::string &table : find_flow_tables()) {
+        sentences.push_back(flow_table_sentence(table));
+    }
+    if (const std::optional<std::string> kind =
+            DownloadLimits().foreign_root(configuration.lan_bridge)) {
+        sentences.push_back(configuration.lan_bridge + " has another program's queueing root (" +
+                            *kind + "): remove it, or do without download limits");
     }
     return sentences;
 }

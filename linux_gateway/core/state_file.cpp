@@ -18,17 +18,29 @@ StateFile::StateFile(std::string path) : path_(std::move(path))
 {
     // A file of its own: the state itself is replaced at each change, and its lock with it.
     create_folder_of(path_);
-    const std::string lock = path_ + ".lock";
+    const std::string name = path_ + ".lock";
     constexpr mode_t owner_only = 0600;
     lock_ =
-        FileDescriptor(open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, owner_only));
+        FileDescriptor(open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, owner_only));
     if (lock_.get() < 0) {
-        throw_file_error("cannot open", lock);
+        throw_file_error("cannot open", name);
     }
+    lock();
+}
+
+bool StateFile::lock()
+{
     is_ours_ = flock(lock_.get(), LOCK_EX | LOCK_NB) == 0;
     if (!is_ours_ && errno != EWOULDBLOCK) {
-        throw_file_error("cannot lock", lock);
+        throw_file_error("cannot lock", path_ + ".lock");
     }
+    return is_ours_;
+}
+
+void StateFile::unlock()
+{
+    flock(lock_.get(), LOCK_UN);
+    is_ours_ = false;
 }
 
 State StateFile::read() const

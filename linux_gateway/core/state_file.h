@@ -17,6 +17,9 @@ class StateFile {
     explicit StateFile(std::string path);
 
     bool is_ours() const { return is_ours_; }
+    // Locks the file once the process that has locked it has ended. Whether it is ours now.
+    bool lock();
+    void unlock();
 
     // An empty state if there is no file yet. A damaged file is renamed, and logged. Throws an
     // Error if the file cannot be read: the next write() would replace it.

@@ -102,6 +102,12 @@ bool is_default(rtnl_qdisc *root)
     return rtnl_tc_get_handle(TC_CAST(root)) == 0;
 }
 
+std::string kind_of(rtnl_qdisc *root)
+{
+    const char *kind = rtnl_tc_get_kind(TC_CAST(root));
+    return kind != nullptr ? kind : "unknown";
+}
+
 void remove_own_root(nl_sock *socket, int bridge)
 {
     const Qdisc root = root_of(socket, bridge);
@@ -117,9 +123,7 @@ void add_root(nl_sock *socket, int bridge, const std::string &name)
 {
     const Qdisc present = root_of(socket, bridge);
     if (present && !is_default(present.get())) {
-        const char *kind = rtnl_tc_get_kind(TC_CAST(present.get()));
-        throw Error(name + " has another program's queueing root (" +
-                    (kind != nullptr ? kind : "unknown") + ")");
+        throw Error(name + " has another program's queueing root (" + kind_of(present.get()) + ")");
     }
     const Qdisc root = make_qdisc(bridge, TC_H_ROOT, "htb");
     rtnl_tc_set_handle(TC_CAST(root.get()), kRoot);
@@ -274,6 +278,15 @@ void DownloadLimits::apply(const std::string &lan_bridge, const std::map<Mac, ui
         bridge_index_ = 0;
         throw;
     }
+}
+
+std::optional<std::string> DownloadLimits::foreign_root(const std::string &lan_bridge)
+{
+    const auto bridge = static_cast<int>(if_nametoindex(lan_bridge.c_str()));
+    const Qdisc root = bridge != 0 ? root_of(socket(), bridge) : nullptr;
+    return root && !is_own(root.get()) && !is_default(root.get())
+               ? std::optional(kind_of(root.get()))
+               : std::nullopt;
 }
 
 DownloadLimits::Snapshot DownloadLimits::snapshot()

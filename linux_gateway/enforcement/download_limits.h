@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,9 @@ class DownloadLimits {
     // Replaces the limits, in bits per second. Without limits the root is removed, even one that
     // another process has left. Throws an Error; the limits are undefined until the next success.
     void apply(const std::string &lan_bridge, const std::map<Mac, uint64_t> &limits);
+
+    // The kind of a queueing root that another program has given the bridge. Throws an Error.
+    std::optional<std::string> foreign_root(const std::string &lan_bridge);
 
     // Whether root, classes and filters are as apply() left them.
     bool is_intact();

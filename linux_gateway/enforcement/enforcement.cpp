@@ -78,8 +78,8 @@ int64_t system_time()
     return std::time(nullptr);
 }
 
-Enforcement::Enforcement(const std::string &time_zone, Clock clock)
-    : zone_(time_zone), clock_(std::move(clock))
+Enforcement::Enforcement(const std::string &time_zone, Clock clock, FlowTables find_flow_tables)
+    : zone_(time_zone), clock_(std::move(clock)), find_flow_tables_(std::move(find_flow_tables))
 {
 }
 
@@ -125,6 +125,7 @@ void Enforcement::apply_first(const Rules &rules)
     rules_ = rules;
     limits_failed_ = true;
     blocks_failed_ = true;
+    flow_tables_ = find_flow_tables_();
     if (rules.management_host && wants_block(rules, *rules.management_host)) {
         log_error(to_text(*rules.management_host) + " manages this gateway and is not blocked");
     }
@@ -208,6 +209,8 @@ void Enforcement::start_thread_for(const Rules &rules)
         throw Error("no event descriptor is free");
     }
     is_stopping_ = false;
+    flow_tables_changed_ = true; // perhaps, while nothing was watched
+    check_at_ = std::chrono::steady_clock::now();
     thread_ = std::thread(&Enforcement::run, this);
 }
 
@@ -278,7 +281,8 @@ void Enforcement::note(const KernelChanges &changes)
 {
     const bool concerns_blocks =
         changes.tables || (changes.addresses && addresses_of_machine() != own_addresses_);
-    if (concerns_blocks || changes.queueing) {
+    flow_tables_changed_ = flow_tables_changed_ || changes.flow_tables;
+    if (concerns_blocks || changes.queueing || changes.flow_tables) {
         const SteadyTime due = std::max(std::chrono::steady_clock::now() + kSettlingTime,
                                         checked_at_ + kBetweenChecks);
         check_at_ = std::min(check_at_.value_or(due), due);
@@ -342,12 +346,26 @@ void Enforcement::check_kernel()
     } catch (const std::exception &error) {
         failure += (failure.empty() ? "" : "; ") + std::string(error.what());
     }
+    if (std::exchange(flow_tables_changed_, false)) {
+        report_new_flow_tables();
+    }
     if (failure.empty()) {
         logged_failure_.clear();
     } else {
         log_failure(failure);
         check_at_ = std::chrono::steady_clock::now() + kRetryTime;
     }
+}
+
+void Enforcement::report_new_flow_tables()
+{
+    std::set<std::string> found = find_flow_tables_();
+    for (const std::string &table : found) {
+        if (!flow_tables_.contains(table)) {
+            log_error(flow_table_sentence(table));
+        }
+    }
+    flow_tables_ = std::move(found);
 }
 
 // A failure that lasts is logged once.

@@ -9,6 +9,7 @@
 #include "enforcement/rules.h"
 #include "enforcement/time_zone.h"
 #include "system/files.h"
+#include "system/flow_tables.h"
 
 #include <chrono>
 #include <cstdint>
@@ -24,12 +25,15 @@ namespace linux_gateway {
 // The time in seconds since 1970.
 using Clock = std::function<int64_t()>;
 int64_t system_time();
+// The flow tables of the machine.
+using FlowTables = std::function<std::set<std::string>()>;
 
 class Enforcement {
   public:
     // The zone is that of periods; the machine's if it is empty. Throws an Error if there is no
     // such zone.
-    explicit Enforcement(const std::string &time_zone = "", Clock clock = system_time);
+    explicit Enforcement(const std::string &time_zone = "", Clock clock = system_time,
+                         FlowTables find_flow_tables = linux_gateway::find_flow_tables);
     ~Enforcement();
     Enforcement(const Enforcement &) = delete;
     Enforcement &operator=(const Enforcement &) = delete;
@@ -38,6 +42,9 @@ class Enforcement {
     // previous ones stay; empty on success. The first rules are those of an earlier process: what
     // cannot be applied is logged, and tried again later. If nobody is blocked and nothing is
     // limited, nothing remains in the kernel.
+    //
+    // Flow tables of other programs that have been added since the first rules are logged while
+    // rules are in force.
     //
     // Rules that newly block the management host are refused; rules that do so from the start, or
     // because it is a different host now, apply to all others.
@@ -62,10 +69,12 @@ class Enforcement {
     void note(const KernelChanges &changes);
     void follow_clock();
     void check_kernel();
+    void report_new_flow_tables();
     void log_failure(const std::string &text);
 
     const TimeZone zone_;
     const Clock clock_;
+    const FlowTables find_flow_tables_;
     std::mutex mutex_; // guards everything below
     PacketFilter filter_;
     DownloadLimits limits_;
@@ -86,6 +95,8 @@ class Enforcement {
     std::optional<SteadyTime> check_at_; // when to compare the kernel's state
     SteadyTime checked_at_;
     std::string logged_failure_;
+    std::set<std::string> flow_tables_; // of other programs, when they were last listed
+    bool flow_tables_changed_ = false;
 };
 
 } // namespace linux_gateway

@@ -60,7 +60,11 @@ int read_filter_message(const nlmsghdr *message, void *data)
     static_assert(NFTA_TABLE_NAME == 1 && NFTA_CHAIN_TABLE == 1 && NFTA_RULE_TABLE == 1 &&
                   NFTA_SET_TABLE == 1 && NFTA_SET_ELEM_LIST_TABLE == 1);
     auto &reading = *static_cast<Reading *>(data);
-    if (NFNL_MSG_TYPE(message->nlmsg_type) != NFT_MSG_NEWGEN &&
+    const int type = NFNL_MSG_TYPE(message->nlmsg_type);
+    if (type == NFT_MSG_NEWFLOWTABLE || type == NFT_MSG_DELFLOWTABLE) {
+        reading.changes.flow_tables = true;
+    }
+    if (type != NFT_MSG_NEWGEN &&
         has_text<nfgenmsg>(message, NFTA_TABLE_NAME, PacketFilter::kTable)) {
         reading.changes.tables = true;
     }
@@ -162,6 +166,7 @@ KernelChanges KernelWatch::read(const std::string &lan_bridge)
     Reading reading{if_nametoindex(lan_bridge.c_str()), lan_bridge, {}};
     if (read_all(filter_.get(), read_filter_message, reading)) {
         reading.changes.tables = true;
+        reading.changes.flow_tables = true;
     }
     if (read_all(route_.get(), read_route_message, reading)) {
         reading.changes.queueing = true;

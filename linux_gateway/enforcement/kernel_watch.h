@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the kernel reports about changes that may concern the own tables and the own queueing root.
+// What the kernel reports about changes that may concern the own tables and the own queueing root,
+// or pass by them.
 #pragma once
 
 #include <array>
@@ -11,9 +12,10 @@ struct mnl_socket;
 namespace linux_gateway {
 
 struct KernelChanges {
-    bool tables = false;    // one of the own tables
-    bool queueing = false;  // of the bridge, or the bridge itself
-    bool addresses = false; // of the gateway
+    bool tables = false;      // one of the own tables
+    bool flow_tables = false; // of any table
+    bool queueing = false;    // of the bridge, or the bridge itself
+    bool addresses = false;   // of the gateway
 };
 
 class KernelWatch {

@@ -18,6 +18,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -37,6 +38,10 @@ template <size_t types> class Attributes {
         }
     }
     explicit Attributes(const nlattr &nested) { mnl_attr_parse_nested(&nested, take, this); }
+    explicit Attributes(std::span<const uint8_t> payload)
+    {
+        mnl_attr_parse_payload(payload.data(), payload.size(), take, this);
+    }
 
     const nlattr *attribute(size_t type) const { return found_.at(type); }
     std::span<const uint8_t> bytes(size_t type) const
@@ -173,11 +178,41 @@ void read_addresses(RouteSocket &socket, std::map<int, Link> &links)
 struct DefaultRoute {
     int port = 0;
     uint32_t metric = 0;
+    int weight = 1; // of the next hop, if the route has several
+    bool is_down = false;
     std::string gateway;
     bool is_by_dhcp = false;
 };
 
-// The preferred default route of a family, over any port or over one.
+bool is_preferred(const DefaultRoute &route, const DefaultRoute &other)
+{
+    return std::tuple(route.metric, route.is_down, -route.weight) <
+           std::tuple(other.metric, other.is_down, -other.weight);
+}
+
+// The next hops of a route with several, which share what the route itself says.
+std::vector<DefaultRoute> next_hops(const DefaultRoute &route, int family, const nlattr &multipath)
+{
+    std::vector<DefaultRoute> hops;
+    const auto *hop = static_cast<const rtnexthop *>(mnl_attr_get_payload(&multipath));
+    auto left = static_cast<int>(mnl_attr_get_payload_len(&multipath));
+    constexpr int least = sizeof(rtnexthop);
+    for (; left >= least && RTNH_OK(hop, left);
+         left -= RTNH_ALIGN(hop->rtnh_len), hop = RTNH_NEXT(hop)) {
+        const auto *first = reinterpret_cast<const uint8_t *>(RTNH_DATA(hop));
+        const Attributes<RTA_MAX + 1> attributes(
+            std::span(first, hop->rtnh_len - static_cast<size_t>(RTNH_LENGTH(0))));
+        DefaultRoute &added = hops.emplace_back(route);
+        added.port = hop->rtnh_ifindex;
+        added.weight = hop->rtnh_hops + 1;
+        added.is_down = (hop->rtnh_flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0;
+        added.gateway = address_text(family, attributes.bytes(RTA_GATEWAY));
+    }
+    return hops;
+}
+
+// The preferred default route of a family, over any port or over one. One with several next hops
+// counts as one for each of them.
 std::optional<DefaultRoute> read_default_route(RouteSocket &socket, int family,
                                                std::optional<int> wanted_port)
 {
@@ -194,11 +229,15 @@ std::optional<DefaultRoute> read_default_route(RouteSocket &socket, int family,
         DefaultRoute route;
         route.port = static_cast<int>(attributes.number(RTA_OIF).value_or(0));
         route.metric = attributes.number(RTA_PRIORITY).value_or(0);
+        route.is_down = (header->rtm_flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0;
         route.gateway = address_text(family, attributes.bytes(RTA_GATEWAY));
         route.is_by_dhcp = header->rtm_protocol == RTPROT_DHCP;
-        if (wanted_port.value_or(route.port) == route.port &&
-            (!best || route.metric < best->metric)) {
-            best = route;
+        const nlattr *multipath = attributes.attribute(RTA_MULTIPATH);
+        for (const DefaultRoute &hop : multipath != nullptr ? next_hops(route, family, *multipath)
+                                                            : std::vector<DefaultRoute>{route}) {
+            if (wanted_port.value_or(hop.port) == hop.port && (!best || is_preferred(hop, *best))) {
+                best = hop;
+            }
         }
     });
     return best;

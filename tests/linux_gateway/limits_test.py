@@ -60,11 +60,16 @@ class LimitsTest(case.GatewayCase):
         self.addCleanup(gateway.run, "tc qdisc delete dev br-lan root")
         before = gateway.run("tc qdisc show dev br-lan")
         agent = self.agent()
+        agent.call("GET_SN_INFO")
+        agent.await_log("br-lan has another program's queueing root (tbf): remove it, or do without download limits")
         reasons = agent.refusal("SET_AD_BASE_INFO", MAC=self.first.mac.upper(), DevType="Other", ByName="x",
                                 AccessEnable="1", DownLimit=str(LIMIT), SpeedLimit="1")
         self.assertIn("br-lan", reasons)
         self.assertEqual(gateway.run("tc qdisc show dev br-lan"), before)
         agent.close()
+        conformance = agent.run("conformance")
+        self.assertEqual(conformance.returncode, 0, conformance.stdout)
+        self.assertIn("br-lan has another program's queueing root (tbf)", conformance.stderr)
         self.assertEqual(gateway.run("tc qdisc show dev br-lan"), before)
 
 

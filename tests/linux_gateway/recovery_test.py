@@ -1,5 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What happens to the rules when somebody else removes them, and to the state when the agent is killed."""
+import collections
+import fcntl
 import json
 import os
 import random
@@ -7,10 +9,13 @@ import re
 import time
 
 import case
+import namespaces
 import network
+from agent import NOBODY
 from network import until
 
 KILLS = 100 if os.environ.get("WHOLE_TESTS") else 10
+SETTINGS = 12  # in a row, of which a kill interrupts one
 LIMIT = {"DownLimit": "20000", "SpeedLimit": "1"}
 
 
@@ -75,38 +80,103 @@ class RecoveryTest(case.GatewayCase):
     def kernel_blocks(self):
         return self.first.mac in self.table()
 
-    def test_a_kill_leaves_old_or_new(self):
-        """At moments all over the time that a setting takes, and a little longer."""
-        chance = random.Random(17)
+    def setting(self, chance):
+        """A command with its parameters, and what it changes."""
+        client = chance.choice(self.network.clients)
+        allowed = chance.choice("01")
+        if (kind := chance.randrange(4)) == 0:
+            name = f"name {chance.randrange(10000)}"
+            return "SET_HG_BASE_INFO", {"Name": name}, {"name": name}
+        if kind == 1:
+            return "SET_GREENNET_ENABLE", {"Enable": allowed}, {"green_net": allowed == "1"}
+        mac = client.mac
+        changed = {(mac, "blocked"): allowed == "0"}
+        if kind == 2:
+            right = "ALLOW" if allowed == "1" else "DENY"
+            return "SET_ATTACH_DEVICE_RIGHT", {"MAC": mac.upper(), "InternetAccessRight": right}, changed
+        limit, alias = chance.choice((0, 1500, 20000)), f"alias {chance.randrange(10000)}"
+        return ("SET_AD_BASE_INFO", {"MAC": mac.upper(), "DevType": "Other", "ByName": alias, "AccessEnable": allowed,
+                                     "DownLimit": str(limit), "SpeedLimit": "1"},
+                changed | {(mac, "down_limit_kbps"): limit, (mac, "alias"): alias})
+
+    def stored(self, agent):
+        """What the settings have changed, in the state file; and whether periods are in force."""
+        state = json.loads(agent.state.read_text(encoding="utf-8"))
+        hosts = {host["mac"].lower(): host for host in state["hosts"]}
+        values = {(client.mac, key): hosts.get(client.mac, {}).get(key, none) for client in self.network.clients
+                  for key, none in (("blocked", False), ("down_limit_kbps", 0), ("alias", ""))}
+        return ({"name": state["name"], "green_net": state["green_net"], **values},
+                state["green_net"] and state["access_restricted"] and state["green_hosts"][0]["protected"])
+
+    def check_kernel(self, stored, has_periods):
+        blocked = {client.mac for client in self.network.clients if stored[client.mac, "blocked"]}
+        if has_periods:
+            blocked.add(self.second.mac)
+        for family in ("inet", "bridge"):
+            table = self.network.gateway.run(f"nft list table {family} linux_gateway", check=False)
+            self.assertEqual(set(re.findall(r"(?:[0-9a-f]{2}:){5}[0-9a-f]{2}", table)), blocked, table)
+        classes = self.network.gateway.run("tc class show dev br-lan")
+        rates = {"1500Kbit": 1500, "20Mbit": 20000}
+        limits = [limit for client in self.network.clients if (limit := stored[client.mac, "down_limit_kbps"])]
+        self.assertEqual(sorted(rates[rate] for rate in re.findall(r"class htb .* rate (\w+)", classes)), sorted(limits),
+                         classes)
+
+    def kill_within(self, agent, settings, moment):
+        """Sends the settings, and kills the agent at the moment; how many it has acknowledged."""
+        for command, params, _ in settings:
+            agent.send(command, params)
+        time.sleep(moment)
+        agent.process.kill()
+        answers = [json.loads(line) for line in agent.process.stdout.read().split("\n")[:-1]]
+        agent.close_pipes()
+        self.assertEqual({answer["reply"].get("Status", "0") for answer in answers if "id" in answer} - {"0"}, set(), answers)
+        return sum("id" in answer for answer in answers)
+
+    def test_a_kill_loses_no_setting_that_was_acknowledged(self):
+        """At moments all over the time that several settings take; KILL_SEED gives others."""
+        seed = os.environ.get("KILL_SEED", "17")
+        chance = random.Random(seed)
         agent = self.agent()
-        self.set_right(agent, "ALLOW")
+        agent.call("SET_GREENNET_ENABLE", Enable="1")
+        agent.call("SET_GREENNET_DEVICE_LIST",
+                   DeviceList=[{"Mac": self.second.mac.upper(), "Name": "Jonas", "NotifyEnable": "1"}])
+        agent.call("SET_GREENNET_PROTECT_PERIOD_LIST", Mac=self.second.mac.upper(), Sleep=[
+            {"StartTime": "00:00", "EndTime": "00:00", "Enable": "1", "DaysOfWeek": "1234567"}])
+        before, has_periods = self.stored(agent)
+        self.assertTrue(has_periods)
         began = time.monotonic()
-        for right in ("DENY", "ALLOW") * 5:
-            self.set_right(agent, right)
-        longest = (time.monotonic() - began) / 10 * 1.3
-        right = "ALLOW"
-        old_and_new = {True: 0, False: 0}
+        for command, params, changed in (trial := [self.setting(chance) for _ in range(SETTINGS)]):
+            agent.call(command, **params)
+            before |= changed
+        longest = time.monotonic() - began
+        counts = collections.Counter()
         for number in range(KILLS):
-            wanted = "ALLOW" if right == "DENY" else "DENY"
-            name = f"name {number}"
-            agent.send("SET_ATTACH_DEVICE_RIGHT", {"MAC": self.first.mac.upper(), "InternetAccessRight": wanted})
-            time.sleep(chance.uniform(0, longest))
-            agent.kill()
+            settings = [self.setting(chance) for _ in range(len(trial))]
+            acknowledged = self.kill_within(agent, settings, chance.uniform(0, longest))
+            for _, _, changed in settings[:acknowledged]:
+                before |= changed
+            after = before | (settings[acknowledged][2] if acknowledged < len(settings) else {})
             agent.start()
-            state = json.loads(agent.state.read_text(encoding="utf-8"))
-            rights = {entry["MAC"]: entry["InternetAccessRight"]
-                      for entry in agent.call("GET_ATTACH_DEVICE_RIGHT")["MACList"]}
-            now = rights[self.first.mac.upper()]
-            with self.subTest(number=number, before=right, wanted=wanted, now=now):
-                self.assertIn(now, (right, wanted))
-                self.assertEqual(self.kernel_blocks(), now == "DENY", self.table())
-                self.assertIsInstance(state, dict)
+            agent.call("GET_SN_INFO")
+            stored, has_periods = self.stored(agent)
+            with self.subTest(seed=seed, number=number, acknowledged=acknowledged):
+                for key, value in stored.items():
+                    self.assertIn(value, (before[key], after[key]), key)
+                self.check_kernel(stored, has_periods)
+                if stored["name"]:
+                    self.assertEqual(agent.call("GET_HG_BASE_INFO")["Name"], stored["name"])
                 self.assertEqual([path.name for path in agent.folder.glob("*.damaged*")], [])
-            old_and_new[now == wanted] += 1
-            right = now
-            agent.call("SET_HG_BASE_INFO", Name=name)
-            self.assertEqual(agent.call("GET_HG_BASE_INFO")["Name"], name)
-        print(f"{KILLS} kills: {old_and_new[False]} times the old, {old_and_new[True]} times the new")
+            counts["acknowledged"] += acknowledged
+            counts["done without an answer"] += before != after and stored == after
+            counts["not done"] += before != after and stored == before
+            before = stored
+        print(f"{KILLS} kills: {dict(counts)}")
+
+    # ---- A second process ------------------------------------------------------------------------
+
+    def right(self, agent):
+        rights = {entry["MAC"]: entry["InternetAccessRight"] for entry in agent.call("GET_ATTACH_DEVICE_RIGHT")["MACList"]}
+        return rights[self.first.mac.upper()]
 
     def test_a_second_agent_only_reads(self):
         agent = self.agent()
@@ -116,6 +186,45 @@ class RecoveryTest(case.GatewayCase):
         self.assertIn("another process", second.stderr)
         self.assertIn('"Status":"0"', agent.run("call", "GET_AD_BASE_INFO").stdout)
         self.assertTrue(self.kernel_blocks())
+
+    def test_a_second_agent_reads_what_the_first_has_set(self):
+        first = self.agent()
+        first.call("GET_SN_INFO")
+        second = self.agent()
+        for right in ("DENY", "ALLOW"):
+            self.set_right(first, right)
+            until(lambda: self.right(second) == right, f"the right {right}")
+
+    def test_a_second_agent_takes_over_when_the_first_ends(self):
+        first = self.agent()
+        self.set_right(first, "DENY")
+        second = self.agent(words=("--log-level", "6", "serve", "--reasons"))
+        second.await_log("another process controls this gateway")
+        first.kill()
+        second.await_log("this process controls the gateway from now on")
+        self.assertEqual(self.right(second), "DENY")
+        self.assertTrue(self.kernel_blocks())
+        self.await_put_back(second, self.table, "nft delete table inet linux_gateway")
+        first.start()
+        self.assertIn("another process", first.refusal("SET_HG_BASE_INFO", Name="first"))
+        self.set_limit(second, self.second)
+        self.assertEqual(second.close(), 0)
+        until(lambda: first.ask("SET_HG_BASE_INFO", Name="first")["reply"]["Status"] == "0", "the first to take over", every=0.2)
+        stored, _ = self.stored(first)
+        self.assertEqual((stored[self.first.mac, "blocked"], stored[self.second.mac, "down_limit_kbps"]), (True, 20000))
+        until(self.kernel_blocks, "the rules, which the second has removed")
+
+    def test_a_process_of_one_command_does_not_keep_a_worker_from_setting(self):
+        """The worker is started again while a short process has the state file."""
+        state = self.own / "agent" / "state.json"
+        worker = self.agent(started=False)
+        with state.with_name("state.json.lock").open("w", encoding="ascii") as lock:
+            if namespaces.may_change_users():
+                os.chown(lock.name, NOBODY, NOBODY)
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            worker.start()
+            self.assertIn("another process", worker.refusal("SET_HG_BASE_INFO", Name="x"))
+        until(lambda: worker.ask("SET_HG_BASE_INFO", Name="x")["reply"]["Status"] == "0", "the worker to take over", every=0.2)
 
 
 if __name__ == "__main__":

@@ -18,6 +18,7 @@ import recording_tour  # noqa: E402
 HGAGENT = pathlib.Path(sys.argv[1]).resolve()
 SLEEPLESS = pathlib.Path(sys.argv[2]).resolve()
 SECRET = "zaun-und-tor"
+MOST_LINE_BYTES = 4 << 20
 LINES = [json.dumps({"command": command, "params": params}) for command, params in (
     ("GET_SN_INFO", {}),
     ("SET_HG_PPPOE_INFO", {"Account": "smith", "Password": SECRET, "Enable": "1"}),
@@ -209,6 +210,46 @@ class Continued(Recorded):
         del joined[places[3]]
         self.assertIn("is missing", self.replay(joined).stderr)
 
+    def parted(self, lines, last):
+        """The lines as the two files that a full one leaves; the path of the second."""
+        head = {**json.loads(lines[0]), "seq": json.loads(lines[last])["seq"]}
+        self.written(lines[:last + 1], "parted.jsonl.1")
+        return self.written([json.dumps(head, separators=(",", ":")), *lines[last + 1:]], "parted.jsonl")
+
+    def test_reads_the_earlier_file_of_a_session_first(self):
+        earlier = self.recorded(LINES[:1])
+        lines = [line for line in self.recorded(LINES) if '"seq":' in line]
+        whole = self.written(lines, "whole.jsonl")
+        for last in range(1, len(lines) - 1, len(lines) // 3):
+            path = self.parted(lines, last)
+            result = hgagent("replay", "--all", path)
+            self.assertIn("parted.jsonl: 6 commands", result.stdout, result.stderr)
+            self.assertEqual((result.returncode, result.stderr), (0, ""))
+            self.assertEqual(hgagent("diff", path, whole).returncode, 0)
+            self.assertEqual(hgagent("make-test", path, "--command", "1").stdout,
+                             hgagent("make-test", whole, "--command", "1").stdout)
+            self.assertEqual(hgagent("--device-recording", path, "call", "GET_SN_INFO").returncode, 0)
+            self.written([*earlier, *lines[:last + 1]], "parted.jsonl.1")
+            self.assertIn("parted.jsonl: 7 commands", hgagent("replay", path).stdout)
+        lines[3] = lines[3].replace('"result":0', '"result":1')
+        self.assertRegex(hgagent("replay", self.parted(lines, last)).stdout, r"parted\.jsonl\.1:[34]\)")
+
+    def test_leaves_out_a_file_that_only_has_the_name_of_an_earlier_one(self):
+        lines = [line for line in self.recorded(LINES) if '"seq":' in line]
+        last = next(at for at, line in enumerate(lines) if '"command":"GET_HG_PPPOE_INFO"' in line) - 1
+        path = self.parted(lines, last)
+        earlier = pathlib.Path(f"{path}.1")
+        other = "".join(f"{line}\n" for line in self.recorded(LINES[:1]))
+        for content in (other, "", "hello\n", other.replace('"recording":1', '"recording":2'), "x" * 5000000):
+            earlier.write_text(content, encoding="utf-8")
+            result = hgagent("replay", path)
+            self.assertIn("parted.jsonl: 4 commands", result.stdout, result.stderr)
+        earlier.unlink()
+        for make in (os.mkfifo, os.mkdir):
+            make(earlier)
+            self.assertIn("parted.jsonl: 4 commands", hgagent("replay", path).stdout)
+            os.rmdir(earlier) if earlier.is_dir() else earlier.unlink()
+
 
 class Committed(Recorded):
     """The recordings beside this file, which are replayed by themselves."""
@@ -263,6 +304,17 @@ class Refused(Recorded):
         self.check_refused([*lines[:2], "[1]", *lines[2:]], "file.jsonl:3: not a line of a recording")
         self.check_refused([*lines[:2], '{"seq":2,"thread":1}', *lines[3:]], "file.jsonl:3: not a line")
         self.check_refused(lines[:2] + lines[3:], "file.jsonl:3: line 2 of the session is missing")
+
+    def test_lines_that_are_too_long(self):
+        lines = self.recorded(LINES[:1])
+        for content in ("[" + "0," * MOST_LINE_BYTES, "[" + " " * MOST_LINE_BYTES, "{}" + " " * (MOST_LINE_BYTES - 1)):
+            for place in (1, len(lines)):
+                self.check_refused([*lines[:place], content, *lines[place:]],
+                                   f"file.jsonl:{place + 1}: longer than a line of a recording may be, {MOST_LINE_BYTES} bytes")
+        path = self.written([*lines, "[" * MOST_LINE_BYTES * 2], "long.jsonl")
+        for words in (("diff", path, path), ("make-test", path), ("--device-recording", path, "call", "GET_SN_INFO")):
+            self.assertIn(f"long.jsonl:{len(lines) + 1}: longer than", hgagent(*words).stderr)
+        self.check_same([*lines[:2], "{}" + " " * (MOST_LINE_BYTES - 2), *lines[2:]])
 
 
 class Edited(Recorded):

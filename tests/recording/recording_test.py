@@ -212,6 +212,14 @@ class Recording(unittest.TestCase):
         self.assertEqual(parts[1][-1]["seq"], 3 * len(lines) + 1)
         self.assertEqual(former.stat().st_mode & 0o777, 0o600)
 
+    def test_a_line_that_no_reader_takes_ends_the_recording(self):
+        request = self.folder / "request.json"
+        request.write_text(json.dumps({"text": "x" * (4 << 20)}), encoding="ascii")
+        result = self.agent("--record", self.file, "call", "GET_SN_INFO", "--request-file", request)
+        self.assertIn('"Status":"0"', result.stdout)
+        self.assertIn(f"{self.file}: a line would be longer than {4 << 20} bytes; the recording ends here", result.stderr)
+        self.assertEqual(len(recording.read(self.file)), 1)
+
     def test_a_kill_leaves_a_file_that_ends_at_a_line(self):
         chosen = random.Random(1)
         lines = "".join(json.dumps({"id": 1, "command": name}) + "\n"

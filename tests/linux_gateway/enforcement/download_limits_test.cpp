@@ -102,6 +102,19 @@ TEST_F(DownloadLimitsTest, DoNotReplaceTheRootOfAnotherProgram)
     EXPECT_EQ(refusal({{host(1), 1'000'000}}), "none");
 }
 
+TEST_F(DownloadLimitsTest, NameTheRootOfAnotherProgram)
+{
+    EXPECT_EQ(limits.foreign_root(kBridge), std::nullopt);
+    EXPECT_EQ(limits.foreign_root("none0"), std::nullopt);
+    run("tc qdisc add dev lan0 root tbf rate 500mbit burst 64kb latency 50ms");
+    EXPECT_EQ(limits.foreign_root(kBridge), "tbf");
+    run("tc qdisc replace dev lan0 root handle 7: htb");
+    EXPECT_EQ(limits.foreign_root(kBridge), "htb");
+    run("tc qdisc delete dev lan0 root");
+    limits.apply(kBridge, {{host(1), 1'000'000}});
+    EXPECT_EQ(limits.foreign_root(kBridge), std::nullopt);
+}
+
 TEST_F(DownloadLimitsTest, NeedTheBridge)
 {
     run("ip link delete lan0");

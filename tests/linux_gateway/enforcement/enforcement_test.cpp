@@ -5,11 +5,17 @@
 #include "system/error.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <gmock/gmock.h>
+#include <libmnl/libmnl.h>
+#include <linux/netfilter.h>
+#include <linux/netfilter/nf_tables.h>
+#include <linux/netfilter/nfnetlink.h>
+#include <sys/socket.h>
 #include <thread>
 
 namespace linux_gateway {
@@ -250,6 +256,107 @@ TEST_F(EnforcementTest, ExceptsAddressesThatTheGatewayGetsLater)
                text.find("fd00:77::1") != std::string::npos;
     });
     EXPECT_EQ(log(), "");
+}
+
+// ---- Flow tables of other programs
+// ---------------------------------------------------------------
+
+// The kernel may be without flow tables: the test says which there are, and sends the kernel's
+// report of a change.
+class FlowTableTest : public NetworkNamespaceTest {
+  protected:
+    std::atomic<int> tables = 0;
+    Rules rules{kBridge, {host(1)}, {}, {}, {}};
+    Enforcement enforcement{"UTC", system_time, [this] {
+                                std::set<std::string> names;
+                                for (int number = 1; number <= tables; ++number) {
+                                    names.insert("t" + std::to_string(number));
+                                }
+                                return names;
+                            }};
+
+    void TearDown() override { enforcement.stop(); }
+
+    static void report_change(int type)
+    {
+        std::array<char, 256> buffer{};
+        nlmsghdr *message = mnl_nlmsg_put_header(buffer.data());
+        message->nlmsg_type = static_cast<uint16_t>(NFNL_SUBSYS_NFTABLES << 8 | type);
+        auto *family =
+            static_cast<nfgenmsg *>(mnl_nlmsg_put_extra_header(message, sizeof(nfgenmsg)));
+        family->nfgen_family = NFPROTO_INET;
+        mnl_attr_put_strz(message, NFTA_FLOWTABLE_TABLE, "firewall");
+        mnl_socket *socket = mnl_socket_open(NETLINK_NETFILTER);
+        ASSERT_NE(socket, nullptr);
+        sockaddr_nl group = {};
+        group.nl_family = AF_NETLINK;
+        group.nl_groups = 1U << (NFNLGRP_NFTABLES - 1);
+        EXPECT_EQ(sendto(mnl_socket_get_fd(socket), message, message->nlmsg_len, 0,
+                         reinterpret_cast<const sockaddr *>(&group), sizeof(group)),
+                  message->nlmsg_len);
+        mnl_socket_close(socket);
+    }
+    static void await_lines(int64_t count)
+    {
+        while (std::ranges::count(log(), '\n') < count) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    }
+    static std::string sentence(const std::string &table)
+    {
+        return "3 nftables has the flow table " + table +
+               ": connections in it may bypass blocks and limits; remove it\n";
+    }
+};
+constexpr std::chrono::seconds kLongerThanACheck{1};
+
+TEST_F(FlowTableTest, IsReportedOnceWhenItIsAdded)
+{
+    ASSERT_EQ(enforcement.apply(rules), "");
+    tables = 1;
+    report_change(NFT_MSG_NEWFLOWTABLE);
+    await_lines(1);
+    report_change(NFT_MSG_NEWFLOWTABLE); // with another interface
+    std::this_thread::sleep_for(kLongerThanACheck);
+    tables = 2;
+    report_change(NFT_MSG_NEWFLOWTABLE);
+    await_lines(2);
+    EXPECT_EQ(log(), sentence("t1") + sentence("t2"));
+}
+
+TEST_F(FlowTableTest, IsReportedAgainWhenItIsAddedAgain)
+{
+    ASSERT_EQ(enforcement.apply(rules), "");
+    for (const int times : {1, 2}) {
+        tables = 1;
+        report_change(NFT_MSG_NEWFLOWTABLE);
+        await_lines(times);
+        tables = 0;
+        report_change(NFT_MSG_DELFLOWTABLE);
+        std::this_thread::sleep_for(kLongerThanACheck);
+    }
+    EXPECT_EQ(log(), sentence("t1") + sentence("t1"));
+}
+
+// Nothing is watched while nothing is enforced.
+TEST_F(FlowTableTest, IsReportedWithTheFirstRules)
+{
+    ASSERT_EQ(enforcement.apply({kBridge, {}, {}, {}, {}}), "");
+    tables = 1;
+    ASSERT_EQ(enforcement.apply(rules), "");
+    await_lines(1);
+    EXPECT_EQ(log(), sentence("t1"));
+}
+
+// The gateway names those as it starts.
+TEST_F(FlowTableTest, IsNotReportedIfItWasThereAtTheStart)
+{
+    tables = 1;
+    ASSERT_EQ(enforcement.apply(rules), "");
+    tables = 2;
+    report_change(NFT_MSG_NEWFLOWTABLE);
+    await_lines(1);
+    EXPECT_EQ(log(), sentence("t2"));
 }
 
 // ---- Failures ----------------------------------------------------------------------------------

@@ -130,7 +130,7 @@ TEST_F(DamagedTextsTest, TextsOfTheSystem)
         EXPECT_TRUE(percent >= 0 && percent <= 100) << text;
     });
     each_damage(R"({"nftables": [{"metainfo": {}}, {"flowtable": {"name": "ft"}}]})",
-                [](const std::string &text) { flow_table_in(text); });
+                [](const std::string &text) { flow_tables_in(text); });
 }
 
 } // namespace

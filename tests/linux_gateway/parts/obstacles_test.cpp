@@ -7,23 +7,27 @@
 using namespace linux_gateway;
 using testing::AnyOf;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
+using testing::SizeIs;
 
 namespace {
 
-TEST(ObstaclesTest, AFlowTableIsFoundInTheListing)
+TEST(ObstaclesTest, FlowTablesAreFoundInTheListing)
 {
-    EXPECT_EQ(flow_table_in(R"({"nftables": [{"metainfo": {"version": "1.0.6"}},
+    EXPECT_THAT(flow_tables_in(R"({"nftables": [{"metainfo": {"version": "1.0.6"}},
         {"flowtable": {"family": "inet", "name": "ft", "table": "firewall", "handle": 2,
-                       "hook": "ingress", "prio": 0, "dev": ["eth0", "eth1"]}}]})"),
-              "ft");
+                       "hook": "ingress", "prio": 0, "dev": ["eth0", "eth1"]}},
+        {"flowtable": {"family": "ip", "name": "ft", "table": "nat"}}]})"),
+                ElementsAre("ft (table inet firewall)", "ft (table ip nat)"));
     for (const char *without : {"", "[]", "{}", "{\"nftables\": 1}", "{\"nftables\": [1, null]}",
                                 R"({"nftables": [{"metainfo": {"version": "1.0.6"}}]})"}) {
-        EXPECT_EQ(flow_table_in(without), std::nullopt) << without;
+        EXPECT_THAT(flow_tables_in(without), IsEmpty()) << without;
     }
-    EXPECT_EQ(flow_table_in(R"({"nftables": [{"flowtable": {"name": 1}}]})"), "");
-    EXPECT_EQ(flow_table_in(R"({"nftables": [{"flowtable": 1}]})"), "");
+    EXPECT_THAT(flow_tables_in(R"({"nftables": [{"flowtable": {"name": 1}}]})"), SizeIs(1));
+    EXPECT_THAT(flow_tables_in(R"({"nftables": [{"flowtable": 1}]})"), SizeIs(1));
 }
 
 TEST(ObstaclesTest, AnUnreadableLeaseFileOrAMissingServerIsNamed)

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <optional>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -54,6 +55,23 @@ TEST(StateFileTest, ASecondUserOnlyReads)
     folder.write("state.json", "damaged");
     EXPECT_THROW(second.read(), Error);
     EXPECT_EQ(folder.read("state.json"), "damaged");
+}
+
+TEST(StateFileTest, ASecondUserMayTakeOver)
+{
+    const TemporaryFolder folder;
+    std::optional<StateFile> first(folder.path("state.json"));
+    StateFile second(folder.path("state.json"));
+    EXPECT_FALSE(second.lock());
+    EXPECT_FALSE(second.is_ours());
+    first.reset();
+    EXPECT_TRUE(second.lock());
+    EXPECT_TRUE(second.is_ours());
+    first.emplace(folder.path("state.json"));
+    EXPECT_FALSE(first->is_ours());
+    second.unlock();
+    EXPECT_FALSE(second.is_ours());
+    EXPECT_TRUE(first->lock());
 }
 
 TEST(StateFileTest, AFullDiskLeavesTheOldState)
