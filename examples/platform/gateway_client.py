@@ -5,7 +5,7 @@
 gateway_client.py HOST:PORT GATEWAY rename NAME | hosts | bedtime MAC START END | firmware URL
 
 A request is repeated with the same correlation data until it is answered, so a change is executed at most once and
-its answer arrives, whatever connection breaks meanwhile. It names the epoch of the gateway's service: after a restart
+its answer arrives, regardless of which connection breaks. It names the epoch of the gateway's service: after a restart
 of that, the answer is that the outcome is unknown.
 """
 import json

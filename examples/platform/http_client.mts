@@ -4,7 +4,7 @@
 //   http_client ADDRESS rename NAME | hosts | bedtime MAC START END | firmware URL
 //
 // ADDRESS is the one that hgagent run --console prints, with the token. A request is repeated with the same key until it
-// is answered, so a change is executed at most once and its answer arrives, whatever connection breaks meanwhile. After a
+// is answered, so a change is executed at most once and its answer arrives, regardless of which connection breaks. After a
 // restart of the service the token is another one: whether a change was executed has to be read from the gateway.
 import { randomUUID } from "node:crypto";
 import { setTimeout as sleep } from "node:timers/promises";
