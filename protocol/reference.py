@@ -19,14 +19,14 @@ replies, except for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which uses the
 
 EVENTS = """
 What happens by itself: [`hgagent serve --events`](agent.md#events---events) writes a line for it,
-`{"event": NAME, "data": {...}}`, between its answers, and the service passes that on to whom has subscribed.
+`{"event": NAME, "data": {...}}`, between its answers, and the service passes it on to subscribers.
 `protocol/schemas` has a JSON Schema of each one's data, `NAME.event.json`, and two of the lines themselves:
 `session.request.json` of those that a client writes, `session.line.json` of those that it reads.
 """
 
 
 REPORTS = """
-What the plug-in builds for its agent, beside the commands: [`hgagent report`](agent.md#reports-report) and
+What the plug-in builds for its agent, in addition to the commands: [`hgagent report`](agent.md#reports-report) and
 `{"report": NAME, "params": {...}}` request them. The request's keys are the parameters. The `result` of an answer is
 that of the function, 0 for success.
 """
