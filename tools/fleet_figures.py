@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Measures fleets of several sizes (docs/fleet.md): how long until all gateways are up, what one takes of memory and a
+"""Measures fleets of several sizes (docs/performance.md): how long until all gateways are up, what one takes of memory and a
 request of processor time, and how they come back after a restart of the broker.
 
   fleet_figures.py [--hgagent PATH] [--requests N] [--picture FILE] COUNT...

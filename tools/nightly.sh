@@ -67,7 +67,7 @@ job_broker() {
         build/debug/tests/broker
 }
 
-# What a gateway of a fleet takes, by the number of gateways: the figures of docs/fleet.md.
+# What a gateway of a fleet takes, by the number of gateways: the figures of docs/performance.md.
 job_fleet_figures() {
     cmake --preset release >/dev/null
     cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet

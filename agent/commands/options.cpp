@@ -21,10 +21,10 @@ Exit status:
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
      conformance: a check failed; replay, diff: a difference; with --socket: the service refused; mqtt-call: as call, or a
      gateway refused or did not answer
-  2  wrong usage, a request that is no JSON object, or a file that is no recording
+  2  usage error, a request that is not a JSON object, or a file that is not a recording
   3  no such command or report
-  4  a library cannot be loaded, the simulated gateway not be opened, or a service or broker not be
-     reached
+  4  a library cannot be loaded, the simulated gateway cannot be opened, or a service or broker cannot
+     be reached
   5  standard input or output failed, or the file of --junit, --request-file or --ids
   6  out of memory
   128 + N  call, serve, report image-upgrade, conformance, shell or mqtt-call was ended by signal N
@@ -56,7 +56,7 @@ void add_host_options(CLI::App &app, Options &options)
         app.add_option("--device-recording", host.device_recording,
                        "Recording whose device calls answer queries instead of a device library")
             ->type_name("FILE");
-    app.add_option("--plugin", host.plugin, "Plug-in to load instead of the one beside the agent")
+    app.add_option("--plugin", host.plugin, "Plug-in to load instead of the one next to the agent")
         ->type_name("LIB");
     app.add_option("--scenario", host.scenario,
                    "Home that the simulated gateway starts from: a built-in name or a file")
@@ -107,7 +107,7 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_flag("--verbose", host.verbose,
                  "Name all that a library lacks, not only the first few");
     app.add_flag("--raw-bytes", options.raw_bytes,
-                 "Print replies as the plug-in leaves them, whatever their encoding");
+                 "Print replies as the plug-in leaves them, without converting their encoding");
     for (const char *other : {"--device", "--scenario", "--state", "--fault", "--firmware-folder",
                               "--firmware-key", "--reboot-seconds"}) {
         recorded->excludes(app.get_option(other));
@@ -159,12 +159,12 @@ void add_serve(CLI::App &app, Options &options)
         ->check(silent(CLI::PositiveNumber))
         ->capture_default_str();
     serve->add_flag("--events", options.serve.events,
-                    "Report everything that happens by itself in lines {\"event\": NAME, ...}");
+                    "Report all events in lines {\"event\": NAME, ...}");
     add_reasons(serve, options);
     serve->footer(R"(
 Request: {"id": ANY, "command": "NAME", "params": {...}}; id and params may be left out.
 Answer:  {"id": ANY, "result": 0, "reply": {...}}; result is -3 when there is no such command.
-A line that is no request is answered with {"id": null, "error": "...", "code": "bad-request"}, one that
+A line that is not a request is answered with {"id": null, "error": "...", "code": "bad-request"}, one that
 is too long with the code "too-large", and all during a reboot with "rebooting".
 A report is built by {"id": ANY, "report": "NAME", "params": {...}} and answered likewise; {"hello": {}} is
 answered with the versions of protocol and agent. {"control": {...}} changes faults, scenario, clock and trace of
@@ -173,9 +173,9 @@ A notice to the app is raised with {"id": ANY, "notice": {"plugin_name": TEXT, "
 answered with {"id": ANY, "result": 0} when it was accepted.
 Between answers there are lines {"notice": {...}} for what is pushed to the app, and
 {"progress": {"task": "firmware", "percent": 0..100}} while an image is fetched. With --events these and
-what else happens by itself come as {"event": NAME, "data": {...}}; hgagent list --events names them.
-With --reasons an answer has "reasons": [TEXT, ...] behind its reply; a worker's come in a line of their
-own, {"reasons": [TEXT]}.)");
+all other events are lines {"event": NAME, "data": {...}}; hgagent list --events names them.
+With --reasons an answer has "reasons": [TEXT, ...] after its reply; those of a worker are a separate
+line, {"reasons": [TEXT]}.)");
     serve->callback([&options] { options.subcommand = Subcommand::kServe; });
 }
 
@@ -206,7 +206,7 @@ void refuse_unless_for(const CLI::App *report, const char *option, bool takes_it
 void add_report(CLI::App &app, Options &options)
 {
     CLI::App *report = app.add_subcommand(
-        "report", "Let the plug-in report or upgrade without any command, or list what it can");
+        "report", "Print a report that no command leads to, or list the reports");
     CLI::Option *name =
         report->add_option("NAME", options.report, "Name of the report")->type_name("");
     report->add_option("--url", options.update_url, "Address of the image for image-upgrade")
@@ -254,7 +254,7 @@ void add_topology(CLI::App &app, Options &options)
 void add_protocol_pages(CLI::App &app, Options &options)
 {
     CLI::App *list = app.add_subcommand("list", "List the commands, or the events");
-    list->add_flag("--events", options.list_events, "List what happens by itself");
+    list->add_flag("--events", options.list_events, "List the events instead of the commands");
     list->add_option("PATTERN", options.pattern, "Part of the names, or a pattern with * and ?")
         ->type_name("");
     list->callback([&options] { options.subcommand = Subcommand::kList; });
@@ -440,7 +440,6 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status,
         "runs commands and prints the replies.",
         "hgagent");
     app.set_version_flag("--version", "hgagent " HGAGENT_VERSION);
-    app.footer(kFooter);
     app.failure_message(failure_message);
     app.formatter(std::make_shared<HelpFormatter>()); // before the subcommands, which take it over
     app.require_subcommand(1);
@@ -457,6 +456,7 @@ std::optional<Options> parse_options(int count, char **words, int &exit_status,
     if (add_others != nullptr) {
         add_others(app, options);
     }
+    app.footer(kFooter); // after the subcommands, which would inherit it
 
     try {
         app.parse(count, words);

@@ -26,7 +26,7 @@ void add_replay(CLI::App &app, Options &options)
     add_file(replay, "FILE", given->file, "The recording");
     replay
         ->add_option("--plugin", given->plugin,
-                     "Plug-in to test instead of the one beside the agent")
+                     "Plug-in to test instead of the one next to the agent")
         ->type_name("LIB")
         ->allow_extra_args(false);
     replay->add_flag("--all", given->shows_all, "Show every difference, not only the first");

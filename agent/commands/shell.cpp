@@ -312,8 +312,8 @@ void add_shell(CLI::App &app, Options &options)
         ->type_name("PATH")
         ->allow_extra_args(false);
     shell->footer(R"(
-Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" shows what can be typed. What is no terminal is
-read line by line; the exit status is that of the first line that failed.)");
+Without --socket it is $XDG_RUNTIME_DIR/hgagent.sock. "help" shows what can be typed. Standard input
+that is not a terminal is read line by line; the exit status is that of the first line that failed.)");
     shell->callback([&app, &options] {
         refuse_library_options(app, "shell");
         options.subcommand = Subcommand::kOther;

@@ -66,7 +66,7 @@ void add_run(CLI::App &app, Options &options)
         ->type_name("FILE")
         ->allow_extra_args(false);
     run->add_flag("--check-config", chosen->check,
-                  "Only say whether the configuration is valid, and what is wrong where");
+                  "Only check the configuration, and report errors with file, line and key");
     for (const Setting &setting : settings()) {
         if (!setting.belongs_to_agent()) {
             add_setting(run, setting);
@@ -93,7 +93,6 @@ void add_policy(CLI::App &app, Options &options)
     CLI::App *test = policy->add_subcommand(
         "test", "Report whether a request would be allowed, and by which rule");
     policy->require_subcommand(1);
-    policy->footer("");
     auto question = std::make_shared<PolicyQuestion>();
     test->add_option("FILE", question->file, "File with the roles: a policy or a configuration")
         ->type_name("")
@@ -109,7 +108,7 @@ void add_policy(CLI::App &app, Options &options)
         ->required()
         ->allow_extra_args(false);
     test->footer(R"(
-A user that this system knows brings its number and its groups along.
+For a user that this system knows, number and groups are added.
 The exit status is 0 when the request would be allowed, 1 when it would be denied, 2 when something is
 wrong with the file, and 3 when there is no such request.)");
     test->callback([question, &options] {

@@ -4,9 +4,8 @@
 
 gateway_client.py HOST:PORT GATEWAY rename NAME | hosts | bedtime MAC START END | firmware URL
 
-A request is repeated with the same correlation data until it is answered, so a change is executed at most once and
-its answer arrives, whatever connection breaks meanwhile. It names the epoch of the gateway's service: after a restart
-of that, the answer is that the outcome is unknown.
+A request is repeated with the same correlation data until it is answered: a change is executed at most once. It names
+the epoch of the gateway's service: after a restart of that, the answer is that the outcome is unknown.
 """
 import json
 import queue
@@ -30,8 +29,7 @@ class Gateway:
     def __init__(self, host, port, name, root="gateway"):
         self.base = f"{root}/{name}"
         self.reply_topic = f"{self.base}/reply/{uuid.uuid4().hex}"
-        self.messages = queue.Queue()
-        self.epoch, self.events = None, []
+        self.messages, self.epoch, self.events = queue.Queue(), None, []
         self.client = mqtt.Client(protocol=mqtt.MQTTv5)
         self.client.on_connect, self.client.on_subscribe = self.on_connect, self.on_subscribe
         self.client.on_message = lambda client, data, message: self.messages.put(message)
@@ -140,15 +138,11 @@ def main():
         sys.exit("usage: gateway_client.py HOST:PORT GATEWAY rename NAME | hosts | bedtime MAC START END | firmware URL")
     try:
         gateway = Gateway(host, int(port), name)
-    except OSError as problem:
-        sys.exit(f"{broker}: {problem}")
-    try:
         {"rename": rename, "hosts": hosts, "bedtime": bedtime, "firmware": firmware}[action](gateway, *words)
-    except (Refused, TimeoutError) as problem:
-        sys.exit(f"{name}: {problem}")
-    finally:
-        gateway.client.disconnect()
-        gateway.client.loop_stop()
+    except (Refused, OSError) as problem:  # a TimeoutError is an OSError
+        sys.exit(f"{broker}: {problem}")
+    gateway.client.disconnect()
+    gateway.client.loop_stop()
 
 
 if __name__ == "__main__":

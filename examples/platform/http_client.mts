@@ -4,8 +4,8 @@
 //   http_client ADDRESS rename NAME | hosts | bedtime MAC START END | firmware URL
 //
 // ADDRESS is the one that hgagent run --console prints, with the token. A request is repeated with the same key until it
-// is answered, so a change is executed at most once and its answer arrives, whatever connection breaks meanwhile. After a
-// restart of the service the token is another one: whether a change was executed has to be read from the gateway.
+// is answered: a change is executed at most once. After a restart of the service the token is another one: whether a change
+// was executed has to be read from the gateway.
 import { randomUUID } from "node:crypto";
 import { setTimeout as sleep } from "node:timers/promises";
 import type { Answer, Code, Command, Event, Failed, Reply, Request } from "hg_protocol";
@@ -13,8 +13,7 @@ import type { Answer, Code, Command, Event, Failed, Reply, Request } from "hg_pr
 type Success<C extends Command> = Extract<Reply<C>, { Status: "0" }>;
 
 const [repeatSeconds, attemptSeconds] = [1, 10];
-// Answers that say that nothing has been executed.
-const notExecuted: readonly Code[] = ["busy", "rate-limited", "rebooting"];
+const notExecuted: readonly Code[] = ["busy", "rate-limited", "rebooting"]; // after these a request is repeated as well
 
 // The command was not executed, has failed, or its outcome is unknown.
 class Refused extends Error {}
@@ -31,8 +30,7 @@ class Gateway {
 
     // The reply to a command that succeeds.
     async call<C extends Command>(command: C, params: Request<C>, seconds = 60): Promise<Success<C>> {
-        const end = Date.now() + seconds * 1000;
-        const key = randomUUID();
+        const [end, key] = [Date.now() + seconds * 1000, randomUUID()];
         for (;;) {
             const answer = await this.#ask(command, params, key);
             if (answer !== undefined && !("error" in answer && notExecuted.includes(answer.code))) {
@@ -121,10 +119,9 @@ async function firmware(gateway: Gateway, url: string): Promise<void> {
         } else if (happened.event === "reboot.begun") {
             console.log(`reboots for ${happened.data.seconds} seconds`);
         } else if (happened.event === "reboot.ended") {
-            break;
+            return console.log((await gateway.call("GET_HG_BASE_INFO", {})).FWVersion);
         }
     }
-    console.log((await gateway.call("GET_HG_BASE_INFO", {})).FWVersion);
 }
 
 async function main([address = "", action = "", ...words]: string[]): Promise<void> {

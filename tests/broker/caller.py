@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A platform that asks a gateway over a broker, with paho: with the rule of docs/agent.md (repeat a request with the
+"""A platform that asks a gateway over a broker, with paho: with the rule of docs/brokers.md (repeat a request with the
 same correlation until it is answered) or without it."""
 import itertools
 import json

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Which folder may include which: fails on an include that the list below does not allow, on an unused
-entry of the list, and on a cycle of folders."""
+entry of the list, on a cycle of folders, and on an entry that goes up in the table of docs/architecture.md."""
 import graphlib
 import pathlib
 import re
@@ -19,7 +19,7 @@ agent/fleet                  agent/service/ways_in/mqtt agent/commands agent/hos
 agent/fleet                  gateway_header
 agent                        agent/fleet agent/fleet/platform agent/record agent/service agent/service/worker
 agent/record                 agent/host agent/io agent/protocol plugin_headers device_facts
-agent/fleet/platform         agent/fleet agent/service/mqtt_call agent/service/ways_in/mqtt
+agent/fleet/platform         agent/fleet agent/service agent/service/mqtt_call agent/service/ways_in/mqtt
 agent/fleet/platform         agent/service/ways_in/http agent/service/common
 agent/fleet/platform         agent/client agent/commands agent/conformance agent/io agent/protocol embedded_texts
 agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker
@@ -62,6 +62,7 @@ SHARED = {
     "protocol/include": "device_facts",
     "line_output": "line_output",
 }
+PAGE = pathlib.Path("docs/architecture.md")
 PARTS = ("agent", "linux_gateway", "simulated_gateway", "smart_router_service")
 
 
@@ -102,6 +103,14 @@ def main():
         order.prepare()
     except graphlib.CycleError as error:
         faults.append("the list has a cycle: " + " -> ".join(reversed(error.args[1])))
+    inner = PAGE.read_text(encoding="utf-8").split("\n### Inside ")[1].split("\n### ")[0]
+    place = {folder: row for row, folders in enumerate(re.findall(r"^\| (`.*?) \|", inner, re.M))
+             for folder in re.findall("`(.*?)/`", folders)}
+    for folder, target in sorted(allowed):
+        if "/" in folder and folder not in place:
+            faults.append(f"{PAGE} has no row for {folder}")
+        elif "/" in folder and place[folder] >= place.get(target, len(allowed)):
+            faults.append(f"{PAGE} has {folder} below {target}, which it includes")
     print(*faults, sep="\n", end="\n" if faults else "")
     return 1 if faults else 0
 

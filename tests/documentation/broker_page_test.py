@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Does what the page "On a broker" shows, as it is written, on a broker of its own.
+"""Does what the section "On a broker" shows, as it is written, on a broker of its own.
 
 usage: broker_page_test.py PAGE HGAGENT
 

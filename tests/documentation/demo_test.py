@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""scripts/demo.sh: its lines can be copied, it leaves the home as intended, and its output can be piped.
+"""scripts/demo.sh: its lines can be copied, it leaves the home as intended, its output can be piped, and is the one in
+docs/demonstration.txt, which RENEW_GOLDEN_FILES=1 rewrites.
 
 usage: demo_test.py BUILD_FOLDER
 """
@@ -16,6 +17,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = sys.argv.pop()
+RECORDING = ROOT / "docs/demonstration.txt"
 ENVIRONMENT = {**os.environ, "LC_ALL": "C.UTF-8", "ASAN_OPTIONS": "verify_asan_link_order=0:detect_leaks=0"}
 
 
@@ -66,6 +68,13 @@ class DemoTest(unittest.TestCase):
         self.assertNotIn("\x1b", self.output)
         self.assertNotIn("<3>", self.output)
         self.assertEqual(self.output.count("(exit status"), 1, "the one failure that is shown")
+
+    def test_prints_what_the_documents_have(self):
+        output = self.output.replace(os.path.relpath(BUILD, ROOT), "build/release")
+        output = without_times(output.replace(str(ROOT), "/home/user/smart_router_service"))
+        if "RENEW_GOLDEN_FILES" in os.environ:
+            RECORDING.write_text(output, encoding="utf-8")
+        self.assertEqual(RECORDING.read_text(encoding="utf-8"), output)
 
     def test_its_lines_can_be_copied(self):
         self.assertGreater(len(self.shown), 25)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The client in docs/agent.md, as written there, and socat talk to a service: documented_client_test.py PAGE HGAGENT"""
+"""The client in docs/socket.md, as written there, and socat talk to a service: documented_client_test.py PAGE HGAGENT"""
 import pathlib
 import re
 import subprocess

@@ -112,10 +112,11 @@ void add_drive(CLI::App &fleet, Options &options)
         ->add_option("--mix", drive->mix, "Commands and their weights, instead of the usual ones")
         ->type_name("FILE")
         ->allow_extra_args(false);
-    command->add_flag("--churn", drive->has_churn,
-                      "The fleet has --churn and this seed: do not blame its faulty gateways");
+    command->add_flag(
+        "--churn", drive->has_churn,
+        "The fleet has --churn and this seed: count failures of its faulty gateways apart");
     command->footer(R"(
-Each request is sent at its time, whatever is open, and repeated until it is answered. Each reply is checked
+Each request is sent at its time, regardless of open ones, and repeated until it is answered. Each reply is checked
 against its description. What has been set is read back at the end and compared. The exit status is 0 when
 every request was answered as described, nothing was lost and nothing was executed twice, otherwise 1.)");
     command->callback([platform, drive, &options] {

@@ -284,7 +284,7 @@ void add_mqtt_call(CLI::App &app, Options &options)
         ->check(CLI::Range(0.1, 3600.0).description(""));
     CLI::Option *events =
         add_text("--events", call->events, "Print the events that match as well", "PATTERN");
-    command->add_flag("--follow", call->follows, "Go on with events after the answers")
+    command->add_flag("--follow", call->follows, "Continue with events after the answers")
         ->needs(events);
     command->footer(R"(
 hgagent mqtt-call --broker URL --id ID [NAME [JSON | - | KEY=VALUE ...]]

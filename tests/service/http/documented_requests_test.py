@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The requests in docs/agent.md, as printed there: documented_requests_test.py HGAGENT PAGE"""
+"""The requests in docs/console.md, as printed there: documented_requests_test.py HGAGENT PAGE"""
 import os
 import pathlib
 import re
@@ -15,7 +15,7 @@ PAGE = sys.argv.pop(1)
 
 class Documented(unittest.TestCase):
     def test_requests_by_curl(self):
-        text = pathlib.Path(PAGE).read_text(encoding="utf-8").split("### HTTP for programs")[1]
+        text = pathlib.Path(PAGE).read_text(encoding="utf-8").split("## HTTP for programs")[1]
         script = re.search(r"```sh\n(.*?)```", text, re.S).group(1)
         service = Service()
         self.addCleanup(service.close)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// MQTT 5: a gateway on a broker. docs/agent.md describes its topics.
+// MQTT 5: a gateway on a broker. docs/messages.md describes its topics.
 #pragma once
 
 #include "service/gate/gate.h"
