@@ -346,6 +346,40 @@ TEST(Run, WaitsForAClientThatDoesNotRead)
     }
 }
 
+TEST(Run, StopsReadingFromAClientThatDoesNotReadRefusals)
+{
+    const ServiceProcess service({"--max-pending-output=100000"});
+    const auto lazy = service.client();
+    const std::string line = "{}" + std::string(997, ' ') + "\n";
+    std::string lines;
+    for (int count = 0; count < 100; ++count) {
+        lines += line;
+    }
+    constexpr size_t kMuch = 16'000'000;
+    size_t sent = 0;
+    for (int stuck = 0; sent < kMuch && stuck < 3;) {
+        const size_t begin = sent % line.size();
+        const ssize_t count =
+            ::send(lazy->descriptor(), lines.data() + begin, lines.size() - begin, MSG_DONTWAIT);
+        if (count > 0) {
+            sent += static_cast<size_t>(count);
+            stuck = 0;
+        } else {
+            await_reading(service);
+            ++stuck;
+        }
+    }
+    EXPECT_LT(sent, kMuch);
+    const std::string refusal = lazy->read_line();
+    EXPECT_EQ(code_of(refusal), "bad-request");
+    for (size_t left = sent / line.size() - 1; left > 0; --left) {
+        ASSERT_EQ(lazy->read_line(), refusal);
+    }
+    lazy->send(std::string_view(line).substr(sent % line.size()));
+    EXPECT_EQ(lazy->read_line(), refusal);
+    EXPECT_EQ(lazy->ask(kQuestion), kAnswer);
+}
+
 TEST(Run, LimitsSubscriptions)
 {
     const ServiceProcess service;

@@ -153,6 +153,7 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
     {
         last_use_ = Clock::now();
         owner_.gate_.resume(*session_);
+        resume_if_possible();
         close_if_done();
     }
 
@@ -177,12 +178,22 @@ class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
 
     bool has_room() const override { return lines_->pending() < owner_.limits_.pending; }
 
-    void on_less_full() override { lines_->resume(); }
+    void on_less_full() override { resume_if_possible(); }
+
+    // A client may keep sending what is refused at once, and read none of the answers.
+    bool may_ask() const { return has_room() && !Gate::is_full(*session_); }
 
     void pause_if_full()
     {
-        if (session_ != nullptr && Gate::is_full(*session_)) {
+        if (session_ != nullptr && !may_ask()) {
             lines_->pause();
+        }
+    }
+
+    void resume_if_possible()
+    {
+        if (may_ask()) {
+            lines_->resume();
         }
     }
 
