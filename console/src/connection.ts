@@ -76,6 +76,8 @@ export let session: Session | undefined;
 let socket: WebSocket | undefined;
 let lastId = 0;
 let pause = shortestPause;
+// Logging in and the focus may each connect: only the last attempt counts.
+let attempts = 0;
 const sent = new Map<number, Waiting>();
 const queue: { line: (id: number) => string; waiting: Waiting }[] = [];
 
@@ -160,8 +162,14 @@ function retry(): void {
 }
 
 async function connect(): Promise<void> {
+    attempts += 1;
+    const attempt = attempts;
+    const isLast = () => attempt === attempts;
     try {
         const response = await fetch("/api/session");
+        if (!isLast()) {
+            return;
+        }
         if (response.status === 401) {
             setState("login");
             return;
@@ -172,11 +180,20 @@ async function connect(): Promise<void> {
         }
         session = await response.json();
     } catch {
-        retry();
+        if (isLast()) {
+            retry();
+        }
+        return;
+    }
+    if (!isLast()) {
         return;
     }
     const opening = new WebSocket(`${location.origin.replace(/^http/, "ws")}/api/socket`);
     opening.onopen = () => {
+        if (!isLast()) {
+            opening.close();
+            return;
+        }
         socket = opening;
         pause = shortestPause;
         setState("open");
@@ -185,8 +202,10 @@ async function connect(): Promise<void> {
     };
     opening.onmessage = (message) => receive(message.data);
     opening.onclose = () => {
-        close();
-        retry();
+        if (isLast()) {
+            close();
+            retry();
+        }
     };
 }
 

@@ -4,7 +4,7 @@ import type { Command, Request } from "hg_protocol";
 import type { ComponentChildren } from "preact";
 import { useEffect, useId, useRef, useState } from "preact/hooks";
 import { call, session } from "./connection.ts";
-import { dbmText, signalLevel } from "./format.ts";
+import { byteLength, dbmText, signalLevel } from "./format.ts";
 import { change, type Known, type Outcome, type ReplyOf } from "./store.ts";
 
 // A message about the last action, which a screen reader reads at once.
@@ -153,6 +153,8 @@ export function Field(props: { field: FieldDescription; value: string; onInput: 
     const id = useId();
     const hint = field.hint === undefined ? undefined : `${id}-hint`;
     const shared = { id, name: field.name, "aria-describedby": hint, required: field.required };
+    // The gateway would cut a longer text. The browser counts characters, which can have several bytes.
+    const isTooLong = (text: string) => field.longest !== undefined && byteLength(text) > field.longest;
     if (field.type === "checkbox") {
         return (
             <label class="check">
@@ -191,7 +193,10 @@ export function Field(props: { field: FieldDescription; value: string; onInput: 
                     maxLength={field.longest}
                     autocomplete={field.type === "password" ? "new-password" : "off"}
                     spellcheck={false}
-                    onInput={(event) => onInput(event.currentTarget.value)}
+                    onInput={({ currentTarget: input }) => {
+                        input.setCustomValidity(isTooLong(input.value) ? `At most ${field.longest} bytes; some characters have several.` : "");
+                        onInput(input.value);
+                    }}
                 />
             )}
             {hint && (

@@ -101,7 +101,7 @@ void copy_file(const WebAddress &address, PartialImage &image, const FetchLimits
     image.start_over("");
     read_file("/proc/self/fd/" + std::to_string(file.get()), [&](std::string_view bytes) {
         if (!goes_on()) {
-            throw Error("the gateway was closed or told to stop");
+            throw Error(kTransferEnded);
         }
         image.append(bytes);
     });

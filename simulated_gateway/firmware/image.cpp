@@ -90,7 +90,7 @@ void ImageCheck::add(std::string_view bytes)
         // A file of another format is recognised by its first bytes, and may be shorter than a
         // header.
         if (!kMagic.starts_with(std::string_view(header_bytes_).substr(0, kMagic.size()))) {
-            refuse_image("is none: it does not open with an image's magic");
+            throw Error("this is not an image: it does not begin with the magic bytes of one");
         }
         take_up_to(header_size());
         if (header_bytes_.size() < header_size()) {

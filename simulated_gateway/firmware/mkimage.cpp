@@ -122,7 +122,7 @@ void show(const std::string &file, const std::string &firmware_key)
         header = check.finish();
     } catch (const Error &failure) {
         const std::string reason = failure.what();
-        throw Error(reason.starts_with(file) ? reason : file + ": " + reason);
+        throw Error(reason.starts_with(file + ": ") ? reason : file + ": " + reason);
     }
     std::printf("product: %s\nversion: %s\ndate: %s\npayload: %ju bytes\nSHA-256: %s\n",
                 header.product.c_str(), header.version.c_str(), header.date.c_str(),

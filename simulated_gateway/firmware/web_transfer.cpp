@@ -138,7 +138,7 @@ bool WebTransfer::perform()
         std::rethrow_exception(failure_);
     }
     if (!went_on_) {
-        throw Error("the gateway was closed or told to stop");
+        throw Error(kTransferEnded);
     }
     if (was_ended_) {
         return false;

@@ -14,6 +14,9 @@
 
 namespace simulated_gateway {
 
+// Why a transfer fails that goes_on() has ended.
+constexpr char kTransferEnded[] = "the gateway was closed or is about to be";
+
 struct WebLimits {
     std::chrono::seconds connect_timeout{10};
     std::chrono::seconds stall_timeout{30}; // below 1000 bytes a second

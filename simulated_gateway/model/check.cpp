@@ -49,7 +49,8 @@ void check(const Home &home)
 {
     RuleChecker rules("");
     Home::describe(home, rules);
-    check_consistency(home, "");
+    Addresses addresses(home.lan);
+    check_consistency(home, "", addresses);
 }
 
 void check(const State &state)
@@ -60,9 +61,11 @@ void check(const State &state)
         refuse("/firmware/slot_" + std::to_string(state.firmware.running) + "/version",
                "is missing, and it runs");
     }
-    check_consistency(state.home, "/home");
-    check_consistency(state.factory, "/factory");
-    check_removed_hosts(state, "/removed_hosts");
+    Addresses addresses(state.home.lan);
+    check_consistency(state.home, "/home", addresses);
+    check_removed_hosts(state, "/removed_hosts", addresses);
+    Addresses factory_addresses(state.factory.lan);
+    check_consistency(state.factory, "/factory", factory_addresses);
 }
 
 } // namespace simulated_gateway

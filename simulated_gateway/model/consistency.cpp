@@ -91,9 +91,8 @@ void Addresses::claim_mac(const std::string &mac, const std::string &path)
     claim(macs_, mac, path);
 }
 
-void check_consistency(const Home &home, const std::string &path)
+void check_consistency(const Home &home, const std::string &path, Addresses &addresses)
 {
-    Addresses addresses(home.lan);
     check_schedules(home, path);
     check_lan(home.lan, path + "/lan", addresses);
     addresses.claim_mac(home.identity.mac, path + "/identity/mac");

@@ -31,8 +31,8 @@ class Addresses {
     std::map<std::string, std::string> ips_;
 };
 
-// The whole home; path is its path.
-void check_consistency(const Home &home, const std::string &path);
+// The whole home; path is its path. The addresses are those of the same home.
+void check_consistency(const Home &home, const std::string &path, Addresses &addresses);
 
 // Its parts.
 void check_wans(const Home &home, const std::string &path);
@@ -43,7 +43,7 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
 void check_services(const Home &home, const std::string &path);
 void check_green_net(const GreenNet &green_net, const std::string &path);
 void check_signal(bool by_radio, int64_t signal_dbm, const std::string &path);
-void check_removed_hosts(const State &state, const std::string &path);
+void check_removed_hosts(const State &state, const std::string &path, Addresses &addresses);
 const ChildRouter *child_router(const Mesh &mesh, const std::string &mac);
 
 } // namespace simulated_gateway

@@ -29,6 +29,21 @@ void check_period(const ProtectPeriod &period, const std::string &path)
     }
 }
 
+// All of a host but its IP address, which a removed host does not have.
+void check_host(const Home &home, const Host &host, const std::string &path, Addresses &addresses)
+{
+    addresses.claim_mac(host.mac, path + "/mac");
+    if (host.router != home.identity.mac && child_router(home.mesh, host.router) == nullptr) {
+        refuse(path + "/router", "there is no router " + host.router);
+    }
+    check_ssid_number(home, host.ssid, path);
+    check_signal(host.online && host.ssid != 0, host.signal_dbm, path + "/signal_dbm");
+    if (host.roams && host.ssid == 0) {
+        refuse(path + "/roams", "there is no radio link");
+    }
+    check_absence(host, path);
+}
+
 } // namespace
 
 void check_hosts(const Home &home, const std::string &path, Addresses &addresses)
@@ -36,7 +51,7 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
     for (size_t at = 0; at < home.hosts.size(); ++at) {
         const Host &host = home.hosts[at];
         const std::string place = item(path + "/hosts", at);
-        addresses.claim_mac(host.mac, place + "/mac");
+        check_host(home, host, place, addresses);
         if (!host.ip.empty()) {
             addresses.claim_lan_address(host.ip, place + "/ip");
         } else if (host.online) {
@@ -44,33 +59,14 @@ void check_hosts(const Home &home, const std::string &path, Addresses &addresses
         } else if (host.address_bound) {
             refuse(place + "/ip", "is missing, and the address is bound");
         }
-        if (host.router != home.identity.mac && child_router(home.mesh, host.router) == nullptr) {
-            refuse(place + "/router", "there is no router " + host.router);
-        }
-        check_ssid_number(home, host.ssid, place);
-        check_signal(host.online && host.ssid != 0, host.signal_dbm, place + "/signal_dbm");
-        if (host.roams && host.ssid == 0) {
-            refuse(place + "/roams", "there is no radio link");
-        }
-        check_absence(host, place);
     }
 }
 
-void check_removed_hosts(const State &state, const std::string &path)
+void check_removed_hosts(const State &state, const std::string &path, Addresses &addresses)
 {
-    const Home &home = state.home;
-    std::set<std::string> macs;
-    for (const Host &host : home.hosts) {
-        macs.insert(host.mac);
-    }
     for (size_t at = 0; at < state.removed_hosts.size(); ++at) {
-        const Host &host = state.removed_hosts[at].host;
         const std::string place = item(path, at) + "/host";
-        check_ssid_number(home, host.ssid, place);
-        check_absence(host, place);
-        if (!macs.insert(host.mac).second) {
-            refuse(place + "/mac", "there is another device " + host.mac);
-        }
+        check_host(state.home, state.removed_hosts[at].host, place, addresses);
     }
 }
 

@@ -42,7 +42,12 @@ test("routers are renamed, and the drawing follows", async () => {
     ]) {
         await mesh.getByRole("button", { name: new RegExp(`^router ${name}\\b`) }).click();
         await card(page, name).getByRole("button", { name: "Rename" }).click();
-        await dialog().getByLabel("Name").fill(wanted);
+        const field = dialog().getByLabel("Name");
+        // 64 bytes, which the gateway would cut.
+        await field.fill("ü".repeat(32));
+        await dialog().getByRole("button", { name: "Save" }).click();
+        assert.match(await field.evaluate((input) => input.validationMessage), /^At most 63 bytes/);
+        await field.fill(wanted);
         await save();
         await mesh.getByRole("button", { name: new RegExp(`^router ${wanted}`) }).waitFor();
         await mesh.getByRole("button", { name: new RegExp(`^router ${wanted}`) }).click();
@@ -184,8 +189,9 @@ test("restricted times are painted by keyboard", async () => {
     await page.keyboard.press("Shift+ArrowRight");
     await page.keyboard.press("Shift+ArrowRight");
     assert.equal(await cell(6, 22).getAttribute("aria-label"), "Sunday 11:00, restricted");
+    await page.keyboard.press("Shift+Home");
     await saveTimes("Console");
-    const added = { StartTime: "10:00", EndTime: "11:30", Enable: "1", DaysOfWeek: "7" };
+    const added = { StartTime: "00:00", EndTime: "11:30", Enable: "1", DaysOfWeek: "7" };
     const after = await periods(Mac);
     assert.ok(after.some((period) => JSON.stringify(period) === JSON.stringify(added)), JSON.stringify(after));
     assert.equal(after.length, before.length + 1);

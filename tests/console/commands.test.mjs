@@ -195,6 +195,11 @@ test("faults, clock and scenario of the simulated gateway are set", async () => 
         const after = await service.call("GET_HG_BASE_INFO");
         assert.ok(Number(after.UpTime) >= Number(UpTime) + 3600);
     });
+    await clock.getByText("stands still", { exact: true }).waitFor();
+    await clock.getByRole("button", { name: "Computer's time" }).click();
+    await clock.getByText("runs", { exact: true }).waitFor();
+    await clock.getByRole("button", { name: "+ 1 day" }).click();
+    await clock.getByText("runs, 1 d ahead", { exact: true }).waitFor();
     const scenario = card(page, "Scenario");
     await scenario.getByRole("combobox", { name: "Scenario" }).selectOption("single_router");
     await scenario.getByRole("button", { name: "Start this scenario" }).click();

@@ -21,15 +21,32 @@ test("the token does not stay in the address", async () => {
 test("without a token there is a form, which takes one", async () => {
     const context = await browser.newContext();
     const page = await context.newPage();
+    let sockets = 0;
+    page.on("websocket", () => (sockets += 1));
     await page.goto(`${service.origin}/#/wifi`);
     const token = page.getByLabel("Token or address");
     await token.fill("0123456789abcdef");
     await page.getByRole("button", { name: "Log in" }).click();
     await page.getByRole("alert").waitFor();
+    // The page looks for a new cookie when it gets the focus, and when it has logged in.
+    await page.evaluate(() => {
+        const realFetch = fetch;
+        globalThis.fetch = async (address, ...more) => {
+            if (address === "/api/session") {
+                globalThis.fetch = realFetch;
+                dispatchEvent(new Event("focus"));
+            }
+            return realFetch(address, ...more);
+        };
+    });
     // The whole address may be entered as well.
     await token.fill(service.address);
     await page.getByRole("button", { name: "Log in" }).click();
     await page.getByRole("heading", { name: "Wi-Fi", exact: true, level: 1 }).waitFor();
+    await service.ask({ notice: { plugin_name: "parental_control", text: "only once" } });
+    await show(page, "notices");
+    await page.getByText("only once").waitFor();
+    assert.equal(sockets, 1);
     await page.getByRole("button", { name: "Log out" }).click();
     await token.waitFor();
     await context.close();

@@ -259,9 +259,11 @@ TEST_F(FirmwareThreadsTest, AHostCanEndCurrentAndLaterTransfers)
         simulated_gateway_end_transfers();
         thread.join();
         EXPECT_EQ(result, -1);
-        EXPECT_EQ(reason(), "the gateway was closed or told to stop") << address;
-        EXPECT_EQ(refusal(server_.address("new.image")), "the gateway was closed or told to stop");
-        EXPECT_EQ(refusal("file://" + path("new.image")), "the gateway was closed or told to stop");
+        EXPECT_EQ(reason(), "the gateway was closed or is about to be") << address;
+        EXPECT_EQ(refusal(server_.address("new.image")),
+                  "the gateway was closed or is about to be");
+        EXPECT_EQ(refusal("file://" + path("new.image")),
+                  "the gateway was closed or is about to be");
         const std::string log = server_.address("log.txt");
         EXPECT_EQ(devapi_get_hg_log(log.c_str(), "system", "3C6AD2104F20"), -1);
         EXPECT_EQ(version(), "V2.4.1");

@@ -160,7 +160,7 @@ TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
         const char *expected_error;
     } wrong_images[] = {
         {"", "the image is empty"},
-        {"#!/bin/sh\n", "the image is none: it does not open with an image's magic"},
+        {"#!/bin/sh\n", "this is not an image: it does not begin with the magic bytes of one"},
         {whole.substr(0, 403), "the image ends after 403 of 404 bytes"},
         {whole.substr(0, 99'999), "the image ends after 99999 of 100404 bytes"},
         {whole + "x", "the image continues after the 100404 bytes given in its header"},

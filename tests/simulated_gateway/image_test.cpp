@@ -74,8 +74,8 @@ TEST_F(ImageTest, AnInvalidFieldIsNamed)
         std::string bytes;
         const char *expected_error;
     } wrong_fields[] = {
-        {0, "h", "the image is none: it does not open with an image's magic"},
-        {7, "!", "the image is none: it does not open with an image's magic"},
+        {0, "h", "this is not an image: it does not begin with the magic bytes of one"},
+        {7, "!", "this is not an image: it does not begin with the magic bytes of one"},
         {8, "\3", "the image has format version 3, not 1 or 2"},
         {11, "\1", "the image has format version 16777217, not 1 or 2"},
         {12, std::string(8, '\0'), "the image has no payload"},

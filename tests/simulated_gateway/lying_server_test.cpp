@@ -39,7 +39,7 @@ constexpr Lie kLies[] = {
     {"a-terabyte", "Maximum file size exceeded"},
     {"length-beyond-64-bits", "Maximum file size exceeded"},
     {"image-without-end", "the image continues after the 100404 bytes"},
-    {"nonsense-without-end", "the image is none"},
+    {"nonsense-without-end", "this is not an image"},
     {"chunk-without-size", "Illegal or missing hexadecimal sequence"},
     {"endless-size-of-a-chunk", "Too long hexadecimal number"},
     {"endless-extension-of-a-chunk", kSurplus},
@@ -48,7 +48,7 @@ constexpr Lie kLies[] = {
     {"endless-headers", kTooManyHeaders},
     {"endless-header", "Out of memory"}, // as libcurl says of a line without an end
     {"endless-continues", kTooManyHeaders},
-    {"compressed", "the image is none"},
+    {"compressed", "this is not an image"},
     {"redirect-loop", "Maximum (5) redirects followed"},
     {"redirect-to-nowhere", "the server answers with HTTP status 302"},
     {"redirect-to-a-file", "not supported or disabled"},

@@ -130,6 +130,13 @@ TEST_F(MkimageTest, ReportsWhyAnImageIsInvalid)
               "hg-mkimage: " + path("image") + ": the image ends after 1000 of 100404 bytes\n");
     EXPECT_EQ(run({"--show", path("none")}).error,
               "hg-mkimage: " + path("none") + ": No such file or directory\n");
+    // The reason begins with the same word as the file.
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(path(""));
+    std::filesystem::rename("image", "the");
+    EXPECT_EQ(run({"--show", "the"}).error,
+              "hg-mkimage: the: the image ends after 1000 of 100404 bytes\n");
+    std::filesystem::current_path(before);
 }
 
 TEST_F(MkimageTest, AFailureKeepsTheExistingImage)

@@ -178,8 +178,20 @@ TEST_F(RemovedHostsTest, AnInvalidStateFileIsRefused)
     EXPECT_EQ(error_with("ssid", 7), "");
     EXPECT_EQ(error_with("ssid", 8),
               path("state") + ": /removed_hosts/0/host/ssid: there is no SSID 8");
-    EXPECT_EQ(error_with("mac", kTabletMac),
-              path("state") + ": /removed_hosts/0/host/mac: there is another device " + kTabletMac);
+    // They would make the home invalid when the host reattaches.
+    EXPECT_EQ(error_with("signal_dbm", 0),
+              path("state") +
+                  ": /removed_hosts/0/host/signal_dbm: is missing, and the link is a radio link");
+    EXPECT_EQ(error_with("router", "3C:6A:D2:00:00:01"),
+              path("state") +
+                  ": /removed_hosts/0/host/router: there is no router 3C:6A:D2:00:00:01");
+    EXPECT_EQ(error_with("mac", kTabletMac)
+                  .find(path("state") + ": /removed_hosts/0/host/mac: " + kTabletMac +
+                        " belongs to /home/hosts/"),
+              0U);
+    EXPECT_EQ(error_with("mac", "3C:6A:D2:10:4F:20"),
+              path("state") +
+                  ": /removed_hosts/0/host/mac: 3C:6A:D2:10:4F:20 belongs to /home/identity/mac");
 }
 
 } // namespace

@@ -21,12 +21,17 @@ function clock(slotAt: number): string {
     return `${String(Math.floor((slotAt * slot) / 60)).padStart(2, "0")}:${String((slotAt * slot) % 60).padStart(2, "0")}`;
 }
 
+interface Cell {
+    day: number;
+    slot: number;
+}
+
 function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: Minutes) => void }) {
     const { minutes, disabled } = props;
     const grid = useRef<HTMLDivElement>(null);
     const [focus, setFocus] = useState({ day: 0, slot: 0 });
     // Whether the pointer restricts or frees, and the cell that it painted last; null while it is up.
-    const brush = useRef<{ value: 0 | 1; day: number; slot: number } | null>(null);
+    const brush = useRef<(Cell & { value: 0 | 1 }) | null>(null);
     const latest = useRef(minutes);
     latest.current = minutes;
     const paint = (dayAt: number, slotAt: number, value: 0 | 1) => {
@@ -36,20 +41,20 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
         latest.current = painted;
         props.onChange(painted);
     };
-    // A fast pointer skips cells: all between the last one and this are painted.
-    const paintTo = (dayAt: number, slotAt: number) => {
-        const { value, day: fromDay, slot: fromSlot } = brush.current!;
-        const steps = Math.max(Math.abs(dayAt - fromDay), Math.abs(slotAt - fromSlot));
+    // Paints all cells on the way, except the first.
+    const paintLine = (from: Cell, to: Cell, value: 0 | 1) => {
+        const steps = Math.max(Math.abs(to.day - from.day), Math.abs(to.slot - from.slot));
         for (let step = 1; step <= steps; step += 1) {
             const part = step / steps;
-            paint(Math.round(fromDay + (dayAt - fromDay) * part), Math.round(fromSlot + (slotAt - fromSlot) * part), value);
+            paint(Math.round(from.day + (to.day - from.day) * part), Math.round(from.slot + (to.slot - from.slot) * part), value);
         }
-        brush.current = { value, day: dayAt, slot: slotAt };
     };
     const opposite = (dayAt: number, slotAt: number): 0 | 1 => (covers(latest.current, dayAt, slotAt) === "all" ? 0 : 1);
-    const cellAt = (event: PointerEvent): [number, number] | undefined => {
+    const cellAt = (event: PointerEvent): Cell | undefined => {
         const cell = document.elementFromPoint(event.clientX, event.clientY)?.closest<HTMLElement>("[data-slot]");
-        return cell && grid.current!.contains(cell) ? [Number(cell.dataset.day), Number(cell.dataset.slot)] : undefined;
+        return cell && grid.current!.contains(cell)
+            ? { day: Number(cell.dataset.day), slot: Number(cell.dataset.slot) }
+            : undefined;
     };
     useEffect(() => {
         const up = () => void (brush.current = null);
@@ -72,9 +77,8 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
                 slot: Math.min(slots - 1, Math.max(0, focus.slot + step[1])),
             };
             if (event.shiftKey && !disabled) {
-                // The cells that the focus leaves and enters take the value of the one that it leaves.
-                const value = covers(latest.current, focus.day, focus.slot) === "all" ? 1 : 0;
-                paint(target.day, target.slot, value);
+                // The cells that the focus passes and enters get the value of the one that it leaves.
+                paintLine(focus, target, covers(latest.current, focus.day, focus.slot) === "all" ? 1 : 0);
             }
             setFocus(target);
             grid.current!.querySelector<HTMLElement>(`[data-day="${target.day}"][data-slot="${target.slot}"]`)!.focus();
@@ -125,9 +129,12 @@ function Grid(props: { minutes: Minutes; disabled: boolean; onChange: (minutes: 
                                     paint(dayAt, slotAt, brush.current.value);
                                 }}
                                 onPointerMove={(event) => {
-                                    const cell = brush.current === null ? undefined : cellAt(event);
-                                    if (cell !== undefined) {
-                                        paintTo(...cell);
+                                    const from = brush.current;
+                                    const to = from === null ? undefined : cellAt(event);
+                                    if (from !== null && to !== undefined) {
+                                        // A fast pointer skips cells.
+                                        paintLine(from, to, from.value);
+                                        brush.current = { ...to, value: from.value };
                                     }
                                 }}
                             />

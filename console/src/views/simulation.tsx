@@ -2,11 +2,19 @@
 // Scenario, clock and faults of the simulated gateway.
 import { useEffect, useState } from "preact/hooks";
 import { control, onState } from "../connection.ts";
-import { textOf } from "../format.ts";
+import { duration, textOf } from "../format.ts";
 import { Card, ConfirmButton, Facts, say } from "../parts.tsx";
 import { changed, type Outcome } from "../store.ts";
 
 type Shown = Record<string, any>;
+
+// A clock that runs ahead is given as "+SECONDS", a stopped one as its time.
+function clockText(clock: string): string {
+    if (clock === "") {
+        return "runs";
+    }
+    return clock.startsWith("+") ? `runs, ${duration(Number(clock))} ahead` : "stands still";
+}
 
 export function Simulation() {
     const [shown, setShown] = useState<Shown | null>(null);
@@ -69,7 +77,7 @@ export function Simulation() {
                 <Facts
                     facts={[
                         ["Time of the gateway, UTC", textOf(shown.time).replace("T", " ")],
-                        ["Clock", textOf(shown.clock) === "" ? "runs" : "stands still"],
+                        ["Clock", clockText(textOf(shown.clock))],
                     ]}
                 />
                 <form
