@@ -54,7 +54,8 @@ if systemd-analyze security --offline=true --no-pager --threshold=15 "$home/hgag
 fi
 
 # No dynamic user has the name of a group that exists: systemd would not start the unit.
-for unit in $(grep -lx DynamicUser=yes "$units"/*.service); do
+for unit in "$units"/*.service; do
+    grep -qx DynamicUser=yes "$unit" || continue
     user=$(sed -n 's/^User=//p' "$unit")
     if grep -qx "g ${user:-$(basename "$unit" .service)} -" "$(dirname "$0")/../../packaging/systemd/sysusers.conf"; then
         fault "$unit: the dynamic user has the name of a group"
