@@ -59,13 +59,13 @@ expect '  apt-get install .* libcjson-dev .*'
 # shellcheck disable=SC2016 # for the other shell
 stand_in sudo 'exec "$@"'
 stand_in apt-get 'printf "%s\n" dlstatus:1:50.0:x dlstatus:1:100.0:x pmstatus:a:60.0:x pmstatus:a:99.2:x'
-run install-deps.sh
+run scripts/install-deps.sh
 [ "$status" -eq 0 ] || fail 'ends with an error'
 for line in 'fetched: 50 %' 'fetched: 100 %' 'installed: 50 %' 'installed: 75 %' 'installed: 100 %'; do
     expect "  $line"
 done
 stand_in apt-get 'echo pmstatus:a:99.2:x; exit 100'
-run install-deps.sh
+run scripts/install-deps.sh
 [ "$status" -eq 1 ] || fail 'ends without an error'
 ! grep -q '100 %' <<<"$said" || fail 'a failed installation is reported as complete'
 
