@@ -13,17 +13,19 @@ if [ -t 1 ]; then
     NINJA_STATUS='[%f/%t, %e s] ' cmake --build --preset "$@"
     exit
 fi
-# In a log, one line for each tenth of the steps is enough, in addition to the compiler's messages.
-NINJA_STATUS='[%f/%t] ' cmake --build --preset "$@" | awk '
-    BEGIN { shown = -1 }
-    match($0, /^\[[0-9]+\/[0-9]+\] /) {
-        split(substr($0, 2, RLENGTH - 3), step, "/")
-        tenth = int(10 * step[1] / step[2])
-        if (step[1] > 0 && tenth > shown) {
-            print "  built " step[1] " of " step[2]
-            fflush()
-            shown = tenth
-        }
-        next
-    }
-    $0 != "ninja: no work to do."'
+# In a log, one line for each tenth of the steps is enough, in addition to the compiler's messages. Debian's awk would not
+# show them before it has read 4096 bytes.
+NINJA_STATUS='[%f/%t] ' cmake --build --preset "$@" | {
+    shown=-1
+    while IFS= read -r line; do
+        if [[ $line =~ ^\[([0-9]+)/([0-9]+)\]\  ]]; then
+            step=${BASH_REMATCH[1]} steps=${BASH_REMATCH[2]}
+            if [ "$step" -gt 0 ] && [ $((10 * step / steps)) -gt "$shown" ]; then
+                echo "  built $step of $steps"
+                shown=$((10 * step / steps))
+            fi
+        elif [ "$line" != 'ninja: no work to do.' ]; then
+            printf '%s\n' "$line"
+        fi
+    done
+}

@@ -54,7 +54,8 @@ step() {
 # A service with the console, whose page follows what other clients change.
 evening_in_the_browser() {
     if ! [ -e "$build/console/index.html" ]; then
-        echo "$0: $build has no console, since it was built without Node.js: scripts/install-deps.sh --console" >&2
+        echo "$0: $build has no console, since it was built without Node.js (scripts/install-deps.sh --console" \
+            'installs it), or the packages of npm could not be fetched: the output of the build says which' >&2
         exit 1
     fi
     unset "${!SIMULATED_GATEWAY_@}" # the home is a new one, and its clock runs

@@ -116,14 +116,23 @@ quietly() {
 # Prints apt's progress; its other output goes into the log. apt seldom reports the end of an installation, so that is
 # printed below.
 progress() {
-    awk -F: -v log_file="$log" '
-        $1 != "dlstatus" && $1 != "pmstatus" { print >log_file; next }
-        $1 != kind { kind = $1; shown = 0 }
-        int($3 / 25) > shown && !(kind == "pmstatus" && $3 >= 100) {
-            shown = int($3 / 25)
-            printf "  %s: %d %%\n", kind == "dlstatus" ? "fetched" : "installed", shown * 25
-            fflush()
-        }'
+    local kind='' shown=0 line status percent
+    while IFS= read -r line; do
+        IFS=: read -r status _ percent _ <<<"$line"
+        case $status in
+            dlstatus) status=fetched ;;
+            pmstatus) status=installed ;;
+            *) printf '%s\n' "$line" >>"$log"; continue ;;
+        esac
+        [ "$status" = "$kind" ] || shown=0
+        kind=$status percent=${percent%.*}
+        # A package of another architecture has a colon in its name.
+        [[ $percent =~ ^[0-9]+$ ]] || continue
+        if [ $((percent / 25)) -gt "$shown" ] && [ "$status $percent" != 'installed 100' ]; then
+            shown=$((percent / 25))
+            echo "  $status: $((shown * 25)) %"
+        fi
+    done
 }
 
 [ ${#add_mipsel[@]} -eq 0 ] || quietly "${add_mipsel[@]}"

@@ -106,6 +106,15 @@ job_upgrade() {
     tests/packaging/upgrade_test.sh build/bare_root/root "$old/build/package" build/package
 }
 
+# The units of the Debian packages under a systemd that runs, on a bare Debian in namespaces. Needs root, and a mirror of
+# Debian.
+job_boot() {
+    scripts/install-deps.sh --packages --images
+    scripts/package.sh
+    tools/bare_root.sh "$PWD/build/bare_root"
+    tests/packaging/boot_test.sh build/bare_root/root build/package
+}
+
 # The container's image, built from the packages on a bare Debian instead of on that of a registry, and run.
 job_container() {
     scripts/install-deps.sh --packages --images

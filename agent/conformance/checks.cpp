@@ -221,7 +221,8 @@ class CommandCheck {
         if (before == nullptr) {
             return {Verdict::kSkipped,
                     {"could not be restored: " + command_["read_back"]["command"].text() +
-                     " does not report all of it"}};
+                     (last_query_ == Verdict::kNotSupported ? " is not supported"
+                                                            : " does not report all of it")}};
         }
         const Json changed = changed_setting(command_, before.get());
         return changed != nullptr ? change_and_restore(selected, changed.get(), before.get())
@@ -299,8 +300,9 @@ class CommandCheck {
     const PluginHost &host_;
     const Description &command_;
     const std::string name_;
+    Verdict last_query_ = Verdict::kPassed;
     const Ask ask_ = [this](const std::string &command, Json request) -> Json {
-        run_command(host_, command, request.get());
+        last_query_ = run_command(host_, command, request.get()).verdict;
         return status_of(request.get()) == kSuccess ? std::move(request) : nullptr;
     };
 };

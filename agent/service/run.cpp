@@ -205,7 +205,8 @@ class Service {
     {
         sockets_ = manager_.take_sockets();
         if (sockets_.empty() && config_.socket.path.empty()) {
-            print_error("XDG_RUNTIME_DIR is not set: --socket has to say where to listen");
+            print_error("XDG_RUNTIME_DIR is not set: --socket has to say where to listen, such as "
+                        "--socket /tmp/hgagent.sock");
             return kWrongUsage;
         }
         gate_.emplace(loop_, make_worker(),

@@ -11,7 +11,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/bin"
 bash=$(command -v bash)
-for program in awk cat date dirname env grep mktemp rm sed; do
+for program in cat date dirname env grep mktemp rm sed sleep; do
     ln -s "$(command -v "$program")" "$work/bin"
 done
 ln -s "$bash" "$work/bin/bash"
@@ -81,6 +81,10 @@ expect '  built 1 of 30'
 expect '  built 30 of 30'
 expect 'a warning'
 [ "$(grep -c built <<<"$said")" -eq 2 ] || fail 'prints more than one line for each tenth'
+# Each line is there as soon as the step is done: this build waits for it.
+stand_in cmake "case \$1 in --build) echo '[1/9] Building'; until grep -q built '$work/progress'; do sleep 0.1; done ;; esac"
+: >"$work/progress"
+PATH=$work/bin "$bash" "$project/scripts/build.sh" debug >"$work/progress"
 run scripts/test.sh
 [ "$status" -eq 0 ] || fail 'ends with an error'
 for stage in 1 2 3 4 5 6 7 8 9; do

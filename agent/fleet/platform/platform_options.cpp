@@ -2,6 +2,7 @@
 #include "fleet/platform/platform_options.h"
 
 #include "fleet/gateway_id.h"
+#include "fleet/platform/page.h"
 #include "service/common/config_error.h"
 #include "service/ways_in/mqtt/topics.h"
 
@@ -136,6 +137,9 @@ PlatformOptions platform_options(const PlatformArguments &arguments)
     }
     options.json = arguments.json;
     options.page = arguments.page;
+    if (!options.page.empty()) {
+        options.page_template = page_template();
+    }
     options.metrics = arguments.metrics;
     return options;
 }

@@ -54,9 +54,10 @@ struct PlatformOptions : service::BrokerAccess {
     std::chrono::milliseconds wait{};
     uint64_t seed = 0;
     std::vector<WatchedProcess> watched;
-    std::string json;    // files; empty: none
-    std::string page;    // the same
-    std::string metrics; // the same
+    std::string json;          // files; empty: none
+    std::string page;          // the same
+    std::string page_template; // for the page, if there is to be one
+    std::string metrics;       // as json
 };
 
 // Throws WrongUsage.

@@ -230,12 +230,7 @@ void Run::write_report()
         write_file(options_.json, text + "\n");
     }
     if (!options_.page.empty()) {
-        const std::optional<std::string> page = page_of(text);
-        if (page) {
-            write_file(options_.page, *page);
-        } else {
-            status_ = std::max<int>(status_, kCannotLoad);
-        }
+        write_file(options_.page, page_of(options_.page_template, text));
     }
     if (!good && status_ == kSuccess) {
         status_ = kCommandFailed;

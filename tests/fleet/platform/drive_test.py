@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """hgagent fleet drive with gateways that have one fault each: what is not as it should be has to be found."""
+import shutil
+import subprocess
 import threading
 import time
 
@@ -154,6 +156,15 @@ class DriveTest(platform_case.PlatformCase):
                 one = self.run_words("drive", *good, "--mix", str(self.mix))
                 self.assertEqual(one.status, 2, one.err)
                 self.assertIn(problem, one.err)
+
+    def test_no_run_without_the_template_of_its_page(self):
+        alone = self.folder / "bin" / "hgagent"  # without what is installed beside it
+        alone.parent.mkdir()
+        shutil.copy(platform_case.HGAGENT, alone)
+        one = subprocess.run([alone, "fleet", "drive", "--broker", "mqtt://127.0.0.1:1", "--count", "1", "--rate", "1", "--for",
+                              "1s", "--page", self.folder / "page.html"], capture_output=True, text=True, check=False)
+        self.assertEqual(one.returncode, 2, one.stderr)
+        self.assertIn("made without Node.js", one.stderr)
 
 
 if __name__ == "__main__":

@@ -30,7 +30,8 @@ void write_private_file(const std::string &path, const std::string &text)
 Announcement::Announcement(const HttpServer &server, const std::string &file)
 {
     if (!server.has_console()) {
-        print_error("there is no console in this installation, only HTTP for programs");
+        print_error(
+            "no console is installed, only HTTP for programs: it is built if there is Node.js");
     }
     if (server.has_token() && isatty(STDERR_FILENO) == 1) {
         write_error_line("listening on " + server.address_with_token());
