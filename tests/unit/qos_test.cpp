@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Quality of service: its switch, and the priorities of applications.
 #include "handler_test.h"
+#include "memory_sweep.h"
 #include "qos_rules_fixture.h"
 #include "request.h"
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 namespace qos_test {
 
@@ -200,6 +202,25 @@ TEST_F(GetQosInfo, ARuleHasNoMoreThanThreeTypes)
                   R"({"Enable":"1","app_info_list":[],"classification_info_list":[)" +
                       rule(0, std::max(std::min(count, 3), 0)) + R"(],"Status":"0"})");
     }
+}
+
+// The other rules are reported, and a second status.
+TEST_F(GetQosInfo, DropsARuleThatThereIsNoMemoryFor)
+{
+    const auto reply_with = [](const std::string &listed) {
+        return R"({"Enable":"1","app_info_list":[],)" + failure("cJSON_CreateArray error") +
+               R"(,"classification_info_list":[)" + listed + R"(],"Status":"0"})";
+    };
+    std::set<std::string> reports;
+    sweep_memory(
+        kCommand, "{}", [] { qos_is(report_of(0, 2)); },
+        [&](const std::string &object, FailingMemory::Fail how) {
+            if (how == FailingMemory::Fail::kOnce &&
+                object.find(R"("Status":"0")") != std::string::npos) {
+                reports.insert(object);
+            }
+        });
+    EXPECT_EQ(reports, (std::set{reply_with(rule(0, 0)), reply_with(rule(1, 1))}));
 }
 
 } // namespace qos_report_test

@@ -51,6 +51,17 @@ TEST_F(GetTslinkTopologyInfo, IsAReasonAloneWithoutTheBaseInformation)
     EXPECT_EQ(recording_device::called_functions(), Names(4, "devapi_get_hg_base_info"));
 }
 
+TEST_F(GetTslinkTopologyInfo, HasAReasonInPlaceOfItsDevicesWithoutMemory)
+{
+    std::optional<FailingMemory> memory;
+    when<devapi_get_mesh_type>([&] {
+        memory.emplace(0, FailingMemory::Fail::kOnce);
+        return 1;
+    });
+    EXPECT_EQ(router_report(),
+              router().with("FailReason", R"("cJSON create array failed!")").json());
+}
+
 TEST_F(GetTslinkTopologyInfo, TellsWhetherEachRadioIsOn)
 {
     const std::pair<const char *, const char *> states[] = {
