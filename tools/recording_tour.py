@@ -4,8 +4,9 @@
 
     tools/recording_tour.py FOLDER [--build build/release] [--commands NUMBER]
 
-Each command is sent with the example of its description, then with each of its keys missing. --commands
-sends that many lines instead, in the same order again and again, to the default home only.
+Each command is sent with the example of its description, then with each of its keys missing. One more recording
+is of what goes wrong: each device call of a command fails in turn, and each value of its request is another one.
+--commands sends that many lines instead, in the same order again and again, to the default home only.
 """
 import argparse
 import itertools
@@ -18,16 +19,29 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SCENARIOS = sorted(path.stem for path in (ROOT / "simulated_gateway/scenarios").glob("*.json"))
+LARGEST = "crowded_mesh"
 # The home goes on after them in another process, or is another one.
 LEFT_OUT = {"RP_HG_REBOOT", "HG_LOCAL_RECOVERY"}
+# Its failure is logged with the address of a text.
+NOT_REPEATABLE = "devapi_get_attach_device_right"
+# What a device call does: it fails, with either of two results, returns another one, or succeeds and writes nothing.
+# Where the plug-in calls until a failure, it ends.
+FAULTS = ("-1", "-2", "1*20", "0*20")
+# What the value of a request is replaced with: a text longer than any field, an empty one, other types.
+VALUES = ("x" * 300, "", 7, None)
+
+
+def commands():
+    """Their descriptions."""
+    for path in sorted((ROOT / "protocol/commands").glob("*.json")):
+        description = json.loads(path.read_text(encoding="utf-8"))
+        if description["command"] not in LEFT_OUT:
+            yield description
 
 
 def requests():
     """The lines for hgagent serve."""
-    for path in sorted((ROOT / "protocol/commands").glob("*.json")):
-        description = json.loads(path.read_text(encoding="utf-8"))
-        if description["command"] in LEFT_OUT:
-            continue
+    for description in commands():
         params = description["example"]["request"]
         for variant in [params] + [{k: v for k, v in params.items() if k != key} for key in params]:
             yield json.dumps({"command": description["command"], "params": variant})
@@ -36,6 +50,31 @@ def requests():
         if description["report"] != "image-upgrade":  # it replies nothing
             yield json.dumps({"report": description["report"], "params": {}})
     yield json.dumps({"notice": {"plugin_name": "tour", "text": "The tour ends."}})
+
+
+def replaced(value, new):
+    """The JSON value once for each value in it, which is the new one there."""
+    parts = value.items() if isinstance(value, dict) else enumerate(value) if isinstance(value, list) else ()
+    for key, part in parts:
+        for changed in (new, *replaced(part, new)):
+            copy = value.copy()
+            copy[key] = changed
+            yield copy
+
+
+def failures():
+    """The lines for hgagent serve of what goes wrong."""
+    for description in commands():
+        params = description["example"]["request"]
+        line = json.dumps({"command": description["command"], "params": params})
+        for call in description["device_calls"]:
+            for fault in FAULTS if call != NOT_REPEATABLE else ():
+                yield json.dumps({"control": {"faults": [f"{call}={fault}"]}})
+                yield line
+        yield json.dumps({"control": {"faults": []}})
+        for new in VALUES:
+            for changed in replaced(params, new):
+                yield json.dumps({"command": description["command"], "params": changed})
 
 
 def corpus():
@@ -76,6 +115,8 @@ def record_tour(hgagent, folder, sleepless=None):
     for scenario in SCENARIOS:
         recordings.append(folder / f"{scenario}.jsonl")
         record(hgagent, recordings[-1], requests(), ["--scenario", scenario], sleepless)
+    recordings.append(folder / "failures.jsonl")
+    record(hgagent, recordings[-1], failures(), ["--scenario", LARGEST], sleepless)
     return recordings
 
 

@@ -4,9 +4,9 @@
 
     tools/replay_mutants.py [--count 200] [--seed 1] [--only MUTANT...] [--build build/release]
 
-Every command is recorded in every home (recording_tour.py). Then the plug-in is built with one change at a
-time, and the recordings are replayed against it. A change is noticed when a replay shows a difference,
-crashes or does not end.
+Every command is recorded in every home, and what goes wrong in one of them (recording_tour.py). Then the plug-in
+is built with one change at a time, and the recordings are replayed against it. A change is noticed when a replay
+shows a difference, crashes or does not end.
 """
 import argparse
 import os
@@ -42,10 +42,12 @@ def link(objects, library):
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
-def shows_difference(hgagent, library, recordings):
+def first_different(hgagent, library, recordings):
+    """The first recording whose replay shows a difference; None if none does."""
     limited = ["sh", "-c", f'ulimit -t {SECONDS}; exec "$@"', "sh", hgagent, "replay", "--plugin", library]
-    return any(subprocess.run([*limited, recording], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL).returncode != 0 for recording in recordings)
+    return next((recording for recording in recordings
+                 if subprocess.run([*limited, recording], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL).returncode != 0), None)
 
 
 class Trial:
@@ -60,8 +62,9 @@ class Trial:
                 sys.exit(f"{unit} does not compile")
         library = BUILD / "original.so"
         link([self.original.path(KIND, unit) for unit in self.units], library)
-        if shows_difference(hgagent, library, recordings):
-            sys.exit("a replay shows a difference without any change")
+        self.noticed_by = Counter()
+        if different := first_different(hgagent, library, recordings):
+            sys.exit(f"a replay of {different} shows a difference without any change")
 
     def verdict(self, worker, mutation, text):
         path = worker.folder / "smart_router_service" / mutation.file
@@ -76,7 +79,11 @@ class Trial:
             library = worker.folder / "mutant.so"
             link([(worker if unit in changed else self.original).path(KIND, unit) for unit in self.units],
                  library)
-            return "noticed" if shows_difference(self.hgagent, library, self.recordings) else "not noticed"
+            recording = first_different(self.hgagent, library, self.recordings)
+            if recording is None:
+                return "not noticed"
+            self.noticed_by[recording.stem] += 1
+            return "noticed"
         except subprocess.CalledProcessError:
             return "does not compile"
         finally:
@@ -114,6 +121,8 @@ def main():
     counted = verdicts["noticed"] + verdicts["not noticed"]
     for kind in sorted({kind for kind, _ in kinds}):
         print(f"{kind}: {kinds[kind, 'noticed']} of {kinds[kind, 'noticed'] + kinds[kind, 'not noticed']}")
+    for recording, count in trial.noticed_by.items():
+        print(f"first noticed by {recording}: {count}")
     print(f"{verdicts['noticed']} of {counted} noticed, {100 * verdicts['noticed'] / counted:.1f} %")
     return 0
 
