@@ -63,7 +63,9 @@ def replaced(value, new):
 
 
 def failures():
-    """The lines for hgagent serve of what goes wrong."""
+    """The lines for hgagent serve of what goes wrong, in a home in which every setting has been made."""
+    for description in commands():
+        yield json.dumps({"command": description["command"], "params": description["example"]["request"]})
     for description in commands():
         params = description["example"]["request"]
         line = json.dumps({"command": description["command"], "params": params})
