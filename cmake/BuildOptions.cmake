@@ -19,6 +19,14 @@ if(NOT SMART_ROUTER_SANITIZERS)
 endif()
 target_link_options(hardening INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 
+# Whether programs can be loaded at any address. Not with the sanitizers: the descriptions of their checks contain
+# almost two million addresses, and relocating them would take a third of the processor time of a start of the agent.
+if(SMART_ROUTER_SANITIZERS)
+    set(position_independent_programs OFF)
+else()
+    set(position_independent_programs ON)
+endif()
+
 # What the presets for tests add to the tested code. The plug-in is also built without it, as it ships.
 add_library(instrumentation INTERFACE)
 
@@ -35,6 +43,10 @@ if(SMART_ROUTER_SANITIZERS)
     target_link_options(instrumentation INTERFACE -fsanitize=${SMART_ROUTER_SANITIZERS})
     target_compile_options(instrumentation INTERFACE
         -fsanitize=${SMART_ROUTER_SANITIZERS} ${options})
+    foreach(instrumented instrumentation test_instrumentation)
+        target_link_options(${instrumented} INTERFACE
+            $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
+    endforeach()
 endif()
 if(SMART_ROUTER_COVERAGE)
     # A test that includes a header of the plug-in has a copy of its inline functions, which the linker

@@ -162,7 +162,7 @@ job_replay_mutants() {
 job_whole_tests() {
     cmake --preset debug >/dev/null
     cmake --build --preset debug -- --quiet
-    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^faults|^fleet|KillTest|AFlippedBit' --fixture-exclude-any '.*'
+    WHOLE_TESTS=1 ctest --preset debug --tests-regex '^faults|^fleet|KillTest|StateFileTest' --fixture-exclude-any '.*'
 }
 
 jobs=()

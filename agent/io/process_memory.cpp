@@ -25,8 +25,14 @@ namespace {
 // allocate, and a failure there would end the process. serve starts nothing new meanwhile. A part
 // is kept for use during the propagation of an exception. The reserve takes no memory until it is
 // used.
+#ifdef __SANITIZE_ADDRESS__
+// Not used: the sanitizer's malloc() ends the process instead of failing. Its leak check reads all
+// static data.
+constexpr size_t kReserve = 64UL * 1024;
+#else
 constexpr size_t kReserve = 16UL * 1024 * 1024;
-constexpr size_t kForExceptions = 4UL * 1024 * 1024;
+#endif
+constexpr size_t kForExceptions = kReserve / 4;
 
 alignas(std::max_align_t) char reserve[kReserve];
 std::mutex reserve_lock;
