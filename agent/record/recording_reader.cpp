@@ -197,6 +197,7 @@ bool RecordingReader::read_line_of_file()
     if (ferror(file().stream.get()) != 0) {
         throw BadRecording(file().name + ": " + std::generic_category().message(errno));
     }
+    fseek(file_.get(), 0, SEEK_END); // nothing behind a line with a NUL is read later
     return false;
 }
 
@@ -255,7 +256,7 @@ Event RecordingReader::head()
     const cJSON *secrets = member(head->line.get(), "secrets");
     has_pseudonyms_ = cJSON_IsString(secrets) == 0 || strcmp(secrets->valuestring, "shown") != 0;
     session_ = session_in(head->line.get());
-    next_seq_ = number_in(head->line.get(), "seq").value_or(0) + 1;
+    next_seq_ = int64_t{number_in(head->line.get(), "seq").value_or(0)} + 1;
     lacks_begin_ = next_seq_ > 1;
     first_request_ = 0;
     is_earlier_.clear();
@@ -310,7 +311,7 @@ std::optional<Event> RecordingReader::next_line()
     return event;
 }
 
-void RecordingReader::check_number(const Event &event, int expected) const
+void RecordingReader::check_number(const Event &event, int64_t expected) const
 {
     if (number_in(event.line.get(), "seq") != expected) {
         refuse("line " + std::to_string(next_seq_) + " of the session is missing");

@@ -24,6 +24,7 @@ using agent::record::hide_remains;
 using agent::record::RecordingReader;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::ThrowsMessage;
 
 namespace recording_reader_test {
 
@@ -143,6 +144,36 @@ TEST(RecordingReader, ReadsOneSessionAfterTheOther)
         recording.go_to(session);
         EXPECT_EQ(events_in(recording).size(), 4U);
     }
+}
+
+TEST(RecordingReader, EndsAtANul)
+{
+    std::string content = std::string(kHead) + kLines;
+    content[content.find("{}  ") + 2] = '\0';
+    const File file(content);
+    RecordingReader recording(file.path());
+    EXPECT_EQ(recording.sessions().size(), 1U);
+    recording.go_to({});
+    EXPECT_EQ(events_in(recording).size(), 1U);
+    EXPECT_FALSE(recording.next().has_value());
+    EXPECT_TRUE(recording.is_cut());
+}
+
+TEST(RecordingReader, CountsBeyondTheNumbersOfALine)
+{
+    const auto read = [](const std::string &seq, const std::string &rest) {
+        std::string head = kHead;
+        head.replace(head.find("\"seq\":0"), 7, "\"seq\":" + seq);
+        const File file(head + rest);
+        RecordingReader recording(file.path());
+        return events_in(recording).size();
+    };
+    const std::string last = R"({"seq":2147483647,"thread":1,"command":"A"})"
+                             "\n";
+    EXPECT_EQ(read("2147483646", last), 1U);
+    EXPECT_THAT(
+        [&] { read("2147483647", last); },
+        ThrowsMessage<BadRecording>(HasSubstr("line 2147483648 of the session is missing")));
 }
 
 TEST(RecordingReader, DecodesTexts)
