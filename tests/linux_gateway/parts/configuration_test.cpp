@@ -85,6 +85,7 @@ TEST_F(ConfigurationTest, AnErrorNamesFileAndLine)
         {"lan_bridge = \"\"", "line 1: lan_bridge is not a text"},
         {"remove_at_exit = \"yes\"", "line 1: remove_at_exit is neither true nor false"},
         {"lan_bridge = ", "line 1: "},
+        {"\"lan\\n\\u202e\" = 1", "line 1: lan is not a key of this file"},
     };
     for (const auto &entry : wrong) {
         const char *text = entry.first;
