@@ -57,9 +57,8 @@ bool is_written(const device_layout::Function &function, const device_layout::Ar
 Json given_to_service(const cJSON *arguments)
 {
     Json given = new_object();
-    const cJSON *argument = nullptr;
-    cJSON_ArrayForEach(argument, arguments)
-    {
+    const cJSON *argument = cJSON_IsObject(arguments) != 0 ? arguments->child : nullptr;
+    for (; argument != nullptr; argument = argument->next) {
         const bool is_written = cJSON_IsObject(argument) != 0 && member(argument, "hex") == nullptr;
         add_copy(given.get(), argument->string, is_written ? member(argument, "before") : argument);
     }
@@ -197,7 +196,6 @@ bool RecordingReader::read_line_of_file()
     if (ferror(file().stream.get()) != 0) {
         throw BadRecording(file().name + ": " + std::generic_category().message(errno));
     }
-    fseek(file_.get(), 0, SEEK_END); // nothing behind a line with a NUL is read later
     return false;
 }
 
@@ -260,6 +258,7 @@ Event RecordingReader::head()
     lacks_begin_ = next_seq_ > 1;
     first_request_ = 0;
     is_earlier_.clear();
+    has_ended_ = false;
     is_cut_ = true;
     return std::move(*head);
 }
@@ -267,7 +266,8 @@ Event RecordingReader::head()
 std::optional<Event> RecordingReader::next()
 {
     for (;;) {
-        std::optional<Event> event = next_line();
+        std::optional<Event> event = has_ended_ ? std::nullopt : next_line();
+        has_ended_ = !event.has_value();
         if (!event || !lacks_begin_ || !belongs_to_earlier_file(*event)) {
             return event;
         }

@@ -65,7 +65,7 @@ class RecordingReader {
 
     // The head of the session at this place.
     Event head();
-    // The session's next line that is not padding; nothing at its end. A last line of the file
+    // The session's next line that is not padding; nothing from its end on. A last line of the file
     // without a line end is skipped, and so is what belongs to requests in an earlier file.
     std::optional<Event> next();
 
@@ -108,6 +108,7 @@ class RecordingReader {
     bool lacks_begin_ = false;       // the session began in an earlier file
     int first_request_ = 0;          // the number of its line, in this file
     std::map<int, bool> is_earlier_; // whether a thread continues what is in an earlier file
+    bool has_ended_ = false;         // what follows in the file is not part of the session
     bool has_pseudonyms_ = false;
     bool is_cut_ = true;
 };
