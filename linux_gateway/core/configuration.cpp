@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/configuration.h"
 
+#include "core/toml.h"
 #include "system/dhcp_server.h"
 #include "system/error.h"
 #include "system/files.h"
@@ -8,15 +9,17 @@
 #include "system/network_reader.h"
 #include "system/text.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cstdlib>
-#include <toml++/toml.h>
 
 namespace linux_gateway {
 namespace {
 
 constexpr char kDefaultFile[] = "/etc/linux_gateway.toml";
 constexpr size_t kMostBytes = 65536;
+// Each dot of a key nests a table, and tables are freed recursively.
+constexpr auto kMostDots = 200;
 
 std::string file_of_configuration()
 {
@@ -76,6 +79,14 @@ std::string find_bridge(const std::vector<Link> &interfaces, const DhcpServer &s
 
 Configuration parse_configuration(const std::string &text, const std::string &file)
 {
+    size_t line = 0;
+    for (const std::string_view one : split(text, '\n')) {
+        ++line;
+        if (std::ranges::count(one, '.') > kMostDots) {
+            throw Error(file + ", line " + std::to_string(line) + ": more than " +
+                        std::to_string(kMostDots) + " dots");
+        }
+    }
     Configuration configuration;
     toml::parse_result parsed;
     try {

@@ -96,6 +96,19 @@ TEST_F(ConfigurationTest, AnErrorNamesFileAndLine)
     }
 }
 
+TEST_F(ConfigurationTest, NoFileEndsTheProcess)
+{
+    std::string dots = "a";
+    for (int count = 0; count < 30'000; ++count) {
+        dots += ".a";
+    }
+    for (const std::string &text : std::vector<std::string>{
+             "[[[[[[lan_bridge", dots + " = 1", '[' + dots + ']', "\xce\xb1 = 1",
+             "\xe2\x81\x9f = 1", std::string(10'000, '['), std::string("\0", 1)}) {
+        EXPECT_THROW(parse_configuration(text, "gateway.toml"), Error) << text.substr(0, 20);
+    }
+}
+
 TEST_F(ConfigurationTest, ANamedFileHasToBeThere)
 {
     setenv("LINUX_GATEWAY_CONFIG", folder_.path("missing.toml").c_str(), 1);
