@@ -65,6 +65,13 @@ Json comparable(const Event &event)
     return copy;
 }
 
+// Empty for a request or a reply without an object.
+std::string compared_text(const Event &event, const Form &form = {})
+{
+    const Json compared = comparable(event);
+    return compared != nullptr ? print(compared.get(), form) : "";
+}
+
 // The commands of a recording in the order of their requests, and behind those of each session its
 // other threads.
 class Episodes {
@@ -187,7 +194,7 @@ class Diff {
         place.command = commands_;
         place.name = title_of(episode);
         if (episode.request) {
-            place.request = print(comparable(*episode.request).get(), {.raw_bytes = true});
+            place.request = compared_text(*episode.request, {.raw_bytes = true});
         }
         return place;
     }
@@ -199,8 +206,8 @@ class Diff {
         Place place = place_of(episode);
         place.call = episode.request ? "the command" : "the thread";
         place.line = episode.request ? episode.request->place : episode.steps.front().place;
-        const std::string whole = print(episode.request ? comparable(*episode.request).get()
-                                                        : comparable(episode.steps.front()).get());
+        const std::string whole =
+            compared_text(episode.request ? *episode.request : episode.steps.front());
         report_.add(place, {"", is_left ? whole : "", is_left ? "" : whole});
         episodes.drop_first();
     }

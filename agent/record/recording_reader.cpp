@@ -57,9 +57,8 @@ bool is_written(const device_layout::Function &function, const device_layout::Ar
 Json given_to_service(const cJSON *arguments)
 {
     Json given = new_object();
-    const cJSON *argument = nullptr;
-    cJSON_ArrayForEach(argument, arguments)
-    {
+    const cJSON *argument = cJSON_IsObject(arguments) != 0 ? arguments->child : nullptr;
+    for (; argument != nullptr; argument = argument->next) {
         const bool is_written = cJSON_IsObject(argument) != 0 && member(argument, "hex") == nullptr;
         add_copy(given.get(), argument->string, is_written ? member(argument, "before") : argument);
     }
@@ -255,10 +254,11 @@ Event RecordingReader::head()
     const cJSON *secrets = member(head->line.get(), "secrets");
     has_pseudonyms_ = cJSON_IsString(secrets) == 0 || strcmp(secrets->valuestring, "shown") != 0;
     session_ = session_in(head->line.get());
-    next_seq_ = number_in(head->line.get(), "seq").value_or(0) + 1;
+    next_seq_ = int64_t{number_in(head->line.get(), "seq").value_or(0)} + 1;
     lacks_begin_ = next_seq_ > 1;
     first_request_ = 0;
     is_earlier_.clear();
+    has_ended_ = false;
     is_cut_ = true;
     return std::move(*head);
 }
@@ -266,7 +266,8 @@ Event RecordingReader::head()
 std::optional<Event> RecordingReader::next()
 {
     for (;;) {
-        std::optional<Event> event = next_line();
+        std::optional<Event> event = has_ended_ ? std::nullopt : next_line();
+        has_ended_ = !event.has_value();
         if (!event || !lacks_begin_ || !belongs_to_earlier_file(*event)) {
             return event;
         }
@@ -310,7 +311,7 @@ std::optional<Event> RecordingReader::next_line()
     return event;
 }
 
-void RecordingReader::check_number(const Event &event, int expected) const
+void RecordingReader::check_number(const Event &event, int64_t expected) const
 {
     if (number_in(event.line.get(), "seq") != expected) {
         refuse("line " + std::to_string(next_seq_) + " of the session is missing");

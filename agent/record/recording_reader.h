@@ -6,6 +6,7 @@
 #include "protocol/json.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <memory>
@@ -64,7 +65,7 @@ class RecordingReader {
 
     // The head of the session at this place.
     Event head();
-    // The session's next line that is not padding; nothing at its end. A last line of the file
+    // The session's next line that is not padding; nothing from its end on. A last line of the file
     // without a line end is skipped, and so is what belongs to requests in an earlier file.
     std::optional<Event> next();
 
@@ -90,7 +91,7 @@ class RecordingReader {
     bool continues(const cJSON *head) const;
     std::optional<Event> read_event();
     std::optional<Event> next_line();
-    void check_number(const Event &event, int expected) const;
+    void check_number(const Event &event, int64_t expected) const;
     bool belongs_to_earlier_file(const Event &event);
     Event event_of(Json line) const;
     const char *text_in(const cJSON *line, const char *key) const;
@@ -103,10 +104,11 @@ class RecordingReader {
     std::string line_;
     size_t number_ = 0; // in this file
     std::string session_;
-    int next_seq_ = 0;
+    int64_t next_seq_ = 0;           // may be beyond the numbers that a line can have
     bool lacks_begin_ = false;       // the session began in an earlier file
     int first_request_ = 0;          // the number of its line, in this file
     std::map<int, bool> is_earlier_; // whether a thread continues what is in an earlier file
+    bool has_ended_ = false;         // what follows in the file is not part of the session
     bool has_pseudonyms_ = false;
     bool is_cut_ = true;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/configuration.h"
 
+#include "core/toml.h"
 #include "system/dhcp_server.h"
 #include "system/error.h"
 #include "system/files.h"
@@ -8,15 +9,17 @@
 #include "system/network_reader.h"
 #include "system/text.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cstdlib>
-#include <toml++/toml.h>
 
 namespace linux_gateway {
 namespace {
 
 constexpr char kDefaultFile[] = "/etc/linux_gateway.toml";
 constexpr size_t kMostBytes = 65536;
+// Each dot of a key nests a table, and tables are freed recursively.
+constexpr auto kMostDots = 200;
 
 std::string file_of_configuration()
 {
@@ -41,18 +44,60 @@ std::string canonical_address(const std::string &text)
     return "";
 }
 
-void read_file(Configuration &configuration, const std::string &path, const std::string &text)
+// The LAN bridge: the only one with an IPv4 address, or the only one of those whose hosts get their
+// addresses from the DHCP server.
+std::string find_bridge(const std::vector<Link> &interfaces, const DhcpServer &server)
 {
+    std::vector<std::string> bridges;
+    std::vector<std::string> served;
+    for (const Link &link : interfaces) {
+        if (link.kind != "bridge" || link.ipv4.empty()) {
+            continue;
+        }
+        bridges.push_back(link.name);
+        const Address &address = link.ipv4.front();
+        if (server.range_in(address.text, address.prefix_length) != nullptr) {
+            served.push_back(link.name);
+        }
+    }
+    const std::vector<std::string> &found = served.empty() ? bridges : served;
+    if (found.empty()) {
+        throw Error("no LAN bridge: no interface of this machine is a bridge with an IPv4 address");
+    }
+    if (found.size() > 1) {
+        std::string names;
+        for (const std::string &name : found) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+        throw Error("no LAN bridge: it could be " + names + "; name it as lan_bridge in " +
+                    file_of_configuration());
+    }
+    return found.front();
+}
+
+} // namespace
+
+Configuration parse_configuration(const std::string &text, const std::string &file)
+{
+    size_t line = 0;
+    for (const std::string_view one : split(text, '\n')) {
+        ++line;
+        if (std::ranges::count(one, '.') > kMostDots) {
+            throw Error(file + ", line " + std::to_string(line) + ": more than " +
+                        std::to_string(kMostDots) + " dots");
+        }
+    }
+    Configuration configuration;
     toml::parse_result parsed;
     try {
         parsed = toml::parse(text);
     } catch (const toml::parse_error &error) {
-        throw Error(path + ", line " + std::to_string(error.source().begin.line) + ": " +
+        throw Error(file + ", line " + std::to_string(error.source().begin.line) + ": " +
                     std::string(error.description()));
     }
     const auto refuse = [&](const toml::key &key, const char *problem) {
-        throw Error(path + ", line " + std::to_string(key.source().begin.line) + ": " +
-                    std::string(key.str()) + ' ' + problem);
+        throw Error(file + ", line " + std::to_string(key.source().begin.line) + ": " +
+                    printable(key.str()) + ' ' + problem);
     };
     for (const auto &entry : parsed) {
         const toml::key &key = entry.first;
@@ -99,47 +144,15 @@ void read_file(Configuration &configuration, const std::string &path, const std:
             refuse(key, "is not a key of this file");
         }
     }
+    return configuration;
 }
-
-// The LAN bridge: the only one with an IPv4 address, or the only one of those whose hosts get their
-// addresses from the DHCP server.
-std::string find_bridge(const std::vector<Link> &interfaces, const DhcpServer &server)
-{
-    std::vector<std::string> bridges;
-    std::vector<std::string> served;
-    for (const Link &link : interfaces) {
-        if (link.kind != "bridge" || link.ipv4.empty()) {
-            continue;
-        }
-        bridges.push_back(link.name);
-        const Address &address = link.ipv4.front();
-        if (server.range_in(address.text, address.prefix_length) != nullptr) {
-            served.push_back(link.name);
-        }
-    }
-    const std::vector<std::string> &found = served.empty() ? bridges : served;
-    if (found.empty()) {
-        throw Error("no LAN bridge: no interface of this machine is a bridge with an IPv4 address");
-    }
-    if (found.size() > 1) {
-        std::string names;
-        for (const std::string &name : found) {
-            names += (names.empty() ? "" : ", ") + name;
-        }
-        throw Error("no LAN bridge: it could be " + names + "; name it as lan_bridge in " +
-                    file_of_configuration());
-    }
-    return found.front();
-}
-
-} // namespace
 
 Configuration find_configuration()
 {
     Configuration configuration;
     const std::string path = file_of_configuration();
     if (const std::optional<std::string> text = read_file_unless_missing(path, kMostBytes)) {
-        read_file(configuration, path, *text);
+        configuration = parse_configuration(*text, path);
     } else if (path != kDefaultFile) {
         throw Error("cannot read the configuration " + path);
     }

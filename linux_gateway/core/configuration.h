@@ -23,6 +23,9 @@ struct Configuration {
     bool remove_at_exit = false;                // take the rules out of the kernel at the end
 };
 
+// What the text of a file says; file is its path, for errors. Throws an Error.
+Configuration parse_configuration(const std::string &text, const std::string &file);
+
 // The file that LINUX_GATEWAY_CONFIG names, or the default one if it is there, with what it does
 // not name found on the machine. Throws an Error that says what is missing or wrong.
 Configuration find_configuration();

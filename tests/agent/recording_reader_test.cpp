@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "record/recording_reader.h"
 
+#include "io/exit_status.h"
 #include "protocol/json_text.h"
 #include "record/difference.h"
 #include "record/json_members.h"
+#include "record/recording_diff.h"
 
 #include <gmock/gmock.h>
 
@@ -24,6 +26,7 @@ using agent::record::hide_remains;
 using agent::record::RecordingReader;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::ThrowsMessage;
 
 namespace recording_reader_test {
 
@@ -143,6 +146,66 @@ TEST(RecordingReader, ReadsOneSessionAfterTheOther)
         recording.go_to(session);
         EXPECT_EQ(events_in(recording).size(), 4U);
     }
+}
+
+TEST(RecordingReader, TakesArgumentsOfAService)
+{
+    const auto given = [](const std::string &arguments) {
+        const File file(std::string(kHead) +
+                        R"({"seq":1,"thread":1,"time":0,"took":1,"service":"sleep","arguments":)" +
+                        arguments + R"(,"result":0})" + "\n");
+        RecordingReader recording(file.path());
+        return text_of(events_in(recording).at(0).given);
+    };
+    EXPECT_EQ(given(R"({"seconds":1})"), R"({"seconds":1})");
+    EXPECT_EQ(given(R"([1,{"seconds":1}])"), "{}");
+    EXPECT_EQ(given("1"), "{}");
+}
+
+TEST(RecordingDiff, TakesARequestWithoutAnObject)
+{
+    const std::string line = R"({"seq":1,"thread":1,"time":0,"command":"A"})";
+    const File file(std::string(kHead) + line + "\n");
+    EXPECT_EQ(agent::record::run_diff(file.path(), file.path()), agent::kSuccess);
+}
+
+TEST(RecordingReader, EndsAtANul)
+{
+    std::string content = std::string(kHead) + kLines;
+    content[content.find("{}  ") + 2] = '\0';
+    const File file(content);
+    RecordingReader recording(file.path());
+    EXPECT_EQ(recording.sessions().size(), 1U);
+    recording.go_to({});
+    EXPECT_EQ(events_in(recording).size(), 1U);
+    EXPECT_FALSE(recording.next().has_value());
+    EXPECT_TRUE(recording.is_cut());
+}
+
+TEST(RecordingReader, EndsWithTheSession)
+{
+    const File file(std::string(kHead) + kLines + kLines);
+    RecordingReader recording(file.path());
+    EXPECT_EQ(events_in(recording).size(), 4U);
+    EXPECT_FALSE(recording.next().has_value());
+    EXPECT_FALSE(recording.is_cut());
+}
+
+TEST(RecordingReader, CountsBeyondTheNumbersOfALine)
+{
+    const auto read = [](const std::string &seq, const std::string &rest) {
+        std::string head = kHead;
+        head.replace(head.find("\"seq\":0"), 7, "\"seq\":" + seq);
+        const File file(head + rest);
+        RecordingReader recording(file.path());
+        return events_in(recording).size();
+    };
+    const std::string last = R"({"seq":2147483647,"thread":1,"command":"A"})"
+                             "\n";
+    EXPECT_EQ(read("2147483646", last), 1U);
+    EXPECT_THAT(
+        [&] { read("2147483647", last); },
+        ThrowsMessage<BadRecording>(HasSubstr("line 2147483648 of the session is missing")));
 }
 
 TEST(RecordingReader, DecodesTexts)

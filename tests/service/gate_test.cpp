@@ -21,6 +21,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
+using testing::StartsWith;
 
 constexpr char kSet[] = R"({"id":1,"command":"SET_HG_BASE_INFO","params":{"A":"1"}})";
 constexpr char kSetAgain[] = R"({"id":2,"command":"SET_HG_BASE_INFO","params":{"A":"1"}})";
@@ -133,9 +134,36 @@ class GateWithFakeWorker : public testing::Test {
     Session *other_session = nullptr;
 };
 
+using Ids = GateWithFakeWorker;
 using Repetitions = GateWithFakeWorker;
 using Epoch = GateWithFakeWorker;
 using Expiry = GateWithFakeWorker;
+
+// ---- Ids in the service's own answers ---------------------------------------------------------
+
+TEST_F(Ids, AreRepeatedIfTheyAreJson)
+{
+    for (const std::string &id : std::vector<std::string>{
+             "1e999", R"("\u00e9")", R"([1,{"a":"}"}])", "true", "0.50", "null"}) {
+        client.answers.clear();
+        gate->submit(*session, read_request(R"({"id":)" + id + R"(,"subscribe":"*"})"));
+        EXPECT_THAT(client.answers, ElementsAre(R"({"id":)" + id + R"(,"result":0})"));
+    }
+}
+
+TEST_F(Ids, AreNotRepeatedIfTheyAreNot)
+{
+    for (const std::string &id : std::vector<std::string>{"x", "01", "[1,}", "{]", "-", "\"\xff\"",
+                                                          R"("\x")", "\"\t\"", R"("\ud800")"}) {
+        for (const char *rest : {R"(,"subscribe":"*"})", R"(,"hello":{}})"}) {
+            client.answers.clear();
+            gate->submit(*session, read_request(R"({"id":)" + id + rest));
+            EXPECT_THAT(client.answers, ElementsAre(AllOf(StartsWith(R"({"id":null,"error":")"),
+                                                          HasSubstr("bad-request"))))
+                << id;
+        }
+    }
+}
 
 // ---- A repetition after the answer ------------------------------------------------------------
 

@@ -16,6 +16,7 @@ using service::ConfigError;
 using service::ConfigProblem;
 using service::TomlReader;
 
+constexpr double kMostWeight = 1e6; // a sum of weights has to be a number
 constexpr std::string_view kSequence = "{sequence}";
 constexpr std::string_view kGateway = "{gateway}";
 // It would take back what the ledger says is set.
@@ -93,8 +94,9 @@ class MixReader {
         const std::string *value = reader.text("value");
         const auto values = reader.texts("values");
         const std::string *key = reader.text("key");
-        if (weight && *weight <= 0) {
-            reader.add_problem(reader.line_of("weight"), "weight", "has to be above 0");
+        if (weight && (*weight <= 0 || *weight > kMostWeight)) {
+            reader.add_problem(reader.line_of("weight"), "weight",
+                               "has to be above 0, and at most 1000000");
         }
         entry.weight = weight.value_or(1);
         if (command == nullptr) {

@@ -3,6 +3,7 @@
 
 #include "io/text.h"
 #include "protocol/json_text.h"
+#include "protocol/plain_json.h"
 #include "protocol/requests.h"
 
 #include <algorithm>
@@ -237,6 +238,15 @@ Request read_request(std::string_view line)
     // Otherwise gate and worker could disagree on which request is meant.
     if (kinds > 1) {
         return refused(std::move(request), "the line has more than one request");
+    }
+    // The service repeats the id in answers of its own, for which no parser has read the line.
+    if (!is_plain_json(request.id)) {
+        try {
+            parse_call(request.line);
+        } catch (const BadRequest &problem) {
+            request.id = "null";
+            return refused(std::move(request), problem.what());
+        }
     }
     return request;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fleet/platform/ledger.h"
 #include "fleet/platform/mix.h"
+#include "service/common/config_error.h"
 
 #include <gtest/gtest.h>
 
@@ -31,6 +32,20 @@ TEST(Mix, FillsInTheGatewayAndTheNumberOfTheChange)
     EXPECT_EQ(mix.front().value("home-1", 2), "home-1: 2");
     EXPECT_EQ(mix.front().value("home-1", 3), "other 3");
     EXPECT_EQ(mix.front().key, "Name");
+}
+
+TEST(Mix, HasWeightsWhoseSumIsANumber)
+{
+    const auto weight = [](const std::string &text) {
+        return parse_mix("[[request]]\ncommand = \"GET_SN_INFO\"\nweight = " + text + "\n", "mix")
+            .front()
+            .weight;
+    };
+    EXPECT_EQ(weight("1e6"), 1e6);
+    EXPECT_EQ(weight("1e-9"), 1e-9);
+    for (const char *wrong : {"0", "-1", "1e308", "1000001", "nan", "inf"}) {
+        EXPECT_THROW(weight(wrong), service::ConfigError) << wrong;
+    }
 }
 
 TEST(Mix, ASettingWithParamsIsOutsideTheLedger)

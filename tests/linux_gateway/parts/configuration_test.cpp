@@ -85,6 +85,7 @@ TEST_F(ConfigurationTest, AnErrorNamesFileAndLine)
         {"lan_bridge = \"\"", "line 1: lan_bridge is not a text"},
         {"remove_at_exit = \"yes\"", "line 1: remove_at_exit is neither true nor false"},
         {"lan_bridge = ", "line 1: "},
+        {"\"lan\\n\\u202e\" = 1", "line 1: lan is not a key of this file"},
     };
     for (const auto &entry : wrong) {
         const char *text = entry.first;
@@ -92,6 +93,19 @@ TEST_F(ConfigurationTest, AnErrorNamesFileAndLine)
         EXPECT_THAT([&] { read(text); },
                     ThrowsMessage<Error>(AllOf(HasSubstr("gateway.toml"), HasSubstr(error))))
             << text;
+    }
+}
+
+TEST_F(ConfigurationTest, NoFileEndsTheProcess)
+{
+    std::string dots = "a";
+    for (int count = 0; count < 30'000; ++count) {
+        dots += ".a";
+    }
+    for (const std::string &text : std::vector<std::string>{
+             "[[[[[[lan_bridge", dots + " = 1", '[' + dots + ']', "\xce\xb1 = 1",
+             "\xe2\x81\x9f = 1", std::string(10'000, '['), std::string("\0", 1)}) {
+        EXPECT_THROW(parse_configuration(text, "gateway.toml"), Error) << text.substr(0, 20);
     }
 }
 
