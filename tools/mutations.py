@@ -51,12 +51,15 @@ BODY = re.compile(r"(\)|\b(const|else|do)|\)\s*->\s*[\w:]+|:)$")
 LOOKS_ONLY = {"sizeof", "static_cast", "text_of", "number_of", "number_in", "array_of", "item_of",
               "clamped", "cJSON_GetObjectItem", "cJSON_GetObjectItemCaseSensitive",
               "cJSON_GetArraySize", "cJSON_IsObject", "cJSON_IsArray", "strlen", "strnlen",
-              "is_number", "text", "holds"}
+              "is_number", "text", "holds", "text_under", "holds_any_case", "Ended", "strtoll", "time",
+              "const_cast", "get", "access_code"}
 CALL = re.compile(r"(\w+)(?:<[^<>()]*>)?\(")
 # These set their first argument and read the others.
 SETTERS = {"copy_text", "assign", "put_if_known", "put_bytes_per_second", "empty_if_unknown"}
 SET_FIELD = re.compile(rf"(?:{'|'.join(sorted(SETTERS))})\((\w+(?:(?:\.|->)\w+)*)[,)]|"
-                       r"(\w+(?:(?:\.|->)\w+)+)(?:\[\w+\])? = ")
+                       r"(\w+(?:(?:\.|->)\w+)+)(?:\[\w+\])? \|?= ")
+LOG = re.compile(r"(?:LOG_\w+|log_\w+)\(")
+REMOVAL = re.compile(r"(?:remove_key|cJSON_DeleteItemFromObject)\(obj, ")
 SET = re.compile(r"(?:(?:const|constexpr|static|auto|\w+(?:<[^<>]*>)?)\s+)*[*&]*\s*(?:const\s+)?(\w+)"
                  r"(?:(?:\.|->)\w+|\[\w+\])*\s*(?:[-+|&]?=(?!=)|\{)")
 SCOPE = re.compile(r"\b(namespace|struct|class|enum|union|extern)\b[^()]*$")
@@ -227,10 +230,19 @@ def names(statement, place):
         re.search(rf"\b{re.escape(whole)}(?![\w.]|->)", statement) for whole in wholes)
 
 
+def only_logs(statement):
+    return bool(LOG.match(statement)) and LOOKS_ONLY.issuperset(CALL.findall(statement)[1:])
+
+
 def are_independent(first, second):
-    """Whether each statement only sets a place that the other does not name."""
-    return all(place and not names(other, place)
-               for place, other in ((set_by(first), second), (set_by(second), first)))
+    """Whether each statement only sets a place that the other does not name, or one of them logs something else; or
+    both remove keys."""
+    if REMOVAL.match(first) and REMOVAL.match(second):
+        return True
+    first_set, second_set = set_by(first), set_by(second)
+    return (bool(first_set or only_logs(first)) and bool(second_set or only_logs(second)) and
+            bool(first_set or second_set) and
+            not (first_set and names(second, first_set)) and not (second_set and names(first, second_set)))
 
 
 def changed_statements(text, code):
