@@ -406,12 +406,13 @@ void take_request(const CLI::App &subcommand, CallOptions &call)
 
 namespace {
 
-constexpr const char *kLibraryOptions[] = {"--device",        "--device-recording",
-                                           "--plugin",        "--scenario",
-                                           "--state",         "--fault",
-                                           "--trace",         "--firmware-folder",
-                                           "--firmware-key",  "--reboot-seconds",
-                                           "--refuse-notices"};
+constexpr const char *kLibraryOptions[] = {"--device",          "--device-recording",
+                                           "--plugin",          "--scenario",
+                                           "--state",           "--fault",
+                                           "--trace",           "--record",
+                                           "--record-limit",    "--mask-key",
+                                           "--firmware-folder", "--firmware-key",
+                                           "--reboot-seconds",  "--refuse-notices"};
 
 } // namespace
 

@@ -36,8 +36,8 @@ call gets the recorded answer. Replies, device calls with what they pass, and lo
 status is 0 without a difference, 1 with one, and 2 if FILE is not a recording.)");
     replay->callback([&options, given] {
         options.subcommand = Subcommand::kOther;
-        options.other = [&options, given] {
-            given->plugin = given->plugin.empty() ? options.host.plugin : given->plugin;
+        given->plugin = given->plugin.empty() ? options.host.plugin : given->plugin;
+        options.other = [given] {
             return record::run_replay(*given);
         };
     });

@@ -267,8 +267,7 @@ class CheckProcess {
         waitpid(process_, &status, 0);
         process_ = -1;
         if (is_late_) {
-            return "it does not come to an end within " + std::to_string(patience_.count()) +
-                   " seconds,";
+            return "it does not end within " + std::to_string(patience_.count()) + " seconds,";
         }
         if (WIFSIGNALED(status)) {
             return "it crashes (" + name_of_signal(WTERMSIG(status)) + ")";

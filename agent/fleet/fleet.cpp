@@ -15,8 +15,7 @@
 #include "io/text.h"
 #include "protocol/log_sink.h"
 #include "protocol/protocol.h"
-#include "service/config.h"
-#include "service/ways_in/mqtt/broker_address.h"
+#include "service/common/config_error.h"
 #include "service/ways_in/mqtt/broker_connection.h"
 #include "service/ways_in/mqtt/topics.h"
 
@@ -24,6 +23,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <deque>
 #include <fcntl.h>
 #include <malloc.h>
 #include <optional>
@@ -43,6 +43,7 @@ namespace agent::fleet {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using service::WrongUsage;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
@@ -61,11 +62,6 @@ constexpr uint32_t kMemorySample = 32; // gateways each second
 constexpr uint32_t kTimeSample = 500;  // the same
 constexpr uint32_t kReconnectsPerSecond = 500;
 constexpr milliseconds kLongestSpread(30'000);
-
-class BadOptions : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
 
 // Memory that is shared with all children.
 class SharedSlots {
@@ -110,26 +106,18 @@ service::Policy policy_of(const FleetOptions &options)
                : service::Policy::parse(read_all_of(options.policy, kMaxPolicy), options.policy);
 }
 
-// Throws BadOptions.
+// Throws WrongUsage.
 CommonSettings common_settings(const FleetOptions &options)
 {
     CommonSettings common;
     common.options = options;
-    service::BrokerAddress broker;
-    try {
-        broker = service::parse_broker(options.broker);
-    } catch (const std::invalid_argument &problem) {
-        throw BadOptions("--broker: " + std::string(problem.what()));
-    }
-    if (!broker.is_local() && options.policy.empty()) {
-        throw BadOptions("--broker: a broker on another machine needs a --policy: everybody who "
+    const service::BrokerAccess access = service::broker_access(options.broker);
+    const bool is_local = std::ranges::all_of(access.brokers, &service::BrokerAddress::is_local);
+    if (!is_local && options.policy.empty()) {
+        throw WrongUsage("--broker: a broker on another machine needs a --policy: everybody who "
                          "may publish there could do everything");
     }
-    if (!broker.is_local() && !broker.is_tls && !options.insecure) {
-        throw BadOptions(
-            "--broker: a broker on another machine needs TLS, mqtts://, or --insecure");
-    }
-    common.is_trusted = broker.is_local() && options.policy.empty();
+    common.is_trusted = is_local && options.policy.empty();
     common.policy = policy_of(options);
     common.reconnect_spread =
         options.reconnect_spread > 0
@@ -143,7 +131,7 @@ Mix mix_of(const FleetOptions &options)
     try {
         return Mix(options.mix);
     } catch (const std::invalid_argument &problem) {
-        throw BadOptions("--scenario: " + std::string(problem.what()));
+        throw WrongUsage("--scenario: " + std::string(problem.what()));
     }
 }
 
@@ -170,7 +158,7 @@ class Fleet {
         : options_(options), common_(common_settings(options)), mix_(mix_of(options)),
           log_(open_log(options.log)), members_(options.count), slots_(options.count),
           screen_("fleet of " + std::to_string(options.count) + " gateways, " + id_of(0) + " to " +
-                  id_of(options.count - 1) + ", on " + options.broker)
+                  id_of(options.count - 1) + ", on " + list_of_names(options.broker.brokers, true))
     {
         if (!options.states.empty()) {
             states_.emplace(options);
@@ -491,8 +479,8 @@ class Fleet {
             }
             ++next_minute_;
         }
-        while (next_loss_ < planned_.size() && planned_[next_loss_].time <= time) {
-            lose_power(planned_[next_loss_++]);
+        for (; !planned_.empty() && planned_.front().time <= time; planned_.pop_front()) {
+            lose_power(planned_.front());
         }
         while (time >= wave_time(options_.seed, next_wave_)) {
             cut_connections(next_wave_++);
@@ -743,8 +731,7 @@ class Fleet {
     bool is_stopping_ = false;
     Clock::time_point kill_time_;
 
-    std::vector<PowerLoss> planned_;
-    size_t next_loss_ = 0;
+    std::deque<PowerLoss> planned_; // of the minutes that have begun, by time
     uint32_t next_minute_ = 0;
     uint32_t next_wave_ = 0;
 
@@ -762,24 +749,24 @@ class Fleet {
     Clock::time_point last_report_ = Clock::now();
 };
 
-// Throws BadOptions.
+// Throws WrongUsage.
 void check(const FleetOptions &options)
 {
     if (options.count > kLastNumber - options.first + 1) {
-        throw BadOptions("--first and --count: the last number is " + std::to_string(kLastNumber));
+        throw WrongUsage("--first and --count: the last number is " + std::to_string(kLastNumber));
     }
     if (options.churn && options.states.empty()) {
-        throw BadOptions("--churn needs --states: a gateway that loses its power must find its "
+        throw WrongUsage("--churn needs --states: a gateway that loses its power must find its "
                          "settings again");
     }
-    const std::string id =
-        service::problem_of_gateway_id(gateway_id(options.prefix, options.first));
-    if (!id.empty()) {
-        throw BadOptions("--prefix: " + id);
+    // The last name is the longest.
+    const std::string id = gateway_id(options.prefix, options.first + options.count - 1);
+    std::string problem = service::problem_of_gateway_id(id);
+    if (problem.empty()) {
+        problem = service::problem_of_client_identifier(options.broker.root, id);
     }
-    const std::string root = service::problem_of_topic_root(options.root);
-    if (!root.empty()) {
-        throw BadOptions("--root: " + root);
+    if (!problem.empty()) {
+        throw WrongUsage("--prefix: " + problem);
     }
 }
 
@@ -795,7 +782,7 @@ int run_fleet(const FleetOptions &options)
             return kCannotLoad;
         }
         return Fleet(options).run();
-    } catch (const BadOptions &problem) {
+    } catch (const WrongUsage &problem) {
         print_error(problem.what());
         return kWrongUsage;
     } catch (const service::ConfigError &wrong) {

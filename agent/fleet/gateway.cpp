@@ -57,7 +57,7 @@ class Gateway {
             service::Gate::Hooks{
                 .on_no_worker = [this](const std::string &reason, int) { give_up(reason); },
                 .on_ready = [this] { connect(); },
-                .on_stopped = [this] { say_goodbye(); },
+                .on_stopped = [this] { disconnect(); },
             });
         service::GateOptions options;
         options.policy = common_.policy;
@@ -78,17 +78,14 @@ class Gateway {
   private:
     void connect()
     {
-        if (is_connecting_) {
-            return;
-        }
-        is_connecting_ = true;
         slot_.phase = Slot::Phase::kConnecting;
         service::MqttOptions options;
-        options.brokers = {common_.options.broker};
+        const service::BrokerArguments &broker = common_.options.broker;
+        options.brokers = broker.brokers;
         options.id = settings_.id;
-        options.root = common_.options.root;
-        options.credentials = common_.options.credentials;
-        options.tls.ca = common_.options.ca;
+        options.root = broker.root;
+        options.credentials = broker.credentials;
+        options.tls = broker.tls;
         options.is_trusted = common_.is_trusted;
         options.reconnect_spread = common_.reconnect_spread;
         options.on_news = [this](service::MqttNews news, const std::string &why) {
@@ -132,7 +129,7 @@ class Gateway {
         });
     }
 
-    void say_goodbye()
+    void disconnect()
     {
         mqtt_->on_empty([this] { loop_.stop(); });
         grace_.expires_after(kLastMessages);
@@ -155,7 +152,6 @@ class Gateway {
     std::optional<service::Mqtt> mqtt_;
     boost::asio::signal_set signals_;
     boost::asio::steady_timer grace_;
-    bool is_connecting_ = false;
     bool is_stopping_ = false;
     int exit_status_ = kSuccess;
 };

@@ -100,6 +100,7 @@ void LoopWorker::end(int status)
 {
     boost::asio::post(loop_, [this, status] {
         look_.cancel();
+        output_->leave();
         session_.reset();
         host_.reset();
         service::WorkerEnd how;

@@ -31,7 +31,6 @@ struct Status {
     double requests_per_second = 0;
     double processors = 0;    // of the machine's, in use
     uint64_t memory_each = 0; // bytes of private memory, by a sample
-    std::string problem;      // the last one of a gateway without a connection
 };
 
 // The lines of a table.

@@ -11,10 +11,10 @@ namespace agent::fleet {
 
 namespace {
 
-// Omits the check from the help text: the value's name already describes it.
-CLI::Validator unnamed(CLI::Validator check)
+// The counts of gateways and their numbers; the value's name already describes them.
+CLI::Validator gateway_number()
 {
-    return check.description("");
+    return CLI::Range(uint32_t{1}, kLastNumber).description("");
 }
 
 } // namespace
@@ -27,35 +27,28 @@ void add_fleet(CLI::App &app, Options &options)
     const auto add = [command](const char *name, auto &place, const char *help, const char *type) {
         return command->add_option(name, place, help)->type_name(type)->allow_extra_args(false);
     };
-    add("--count", fleet->count, "How many gateways", "N")
-        ->check(unnamed(CLI::Range(uint32_t{1}, kLastNumber)));
-    add("--broker", fleet->broker, "Their broker, mqtt://HOST[:PORT] or mqtts:// with TLS", "URL");
+    add("--count", fleet->count, "How many gateways", "N")->check(gateway_number());
+    // Needed only without a subcommand.
+    service::add_broker_options(*command, fleet->broker)->required(false);
     add("--first", fleet->first, "Number of the first one; 1 by default", "NUMBER")
-        ->check(unnamed(CLI::Range(uint32_t{1}, kLastNumber)));
+        ->check(gateway_number());
     add("--prefix", fleet->prefix, "Beginning of their names, PREFIX-NUMBER; \"home\" by default",
         "PREFIX");
-    add("--root", fleet->root, "Beginning of their topics; \"gateway\" by default", "ROOT");
     add("--scenario", fleet->mix, "Homes that they start from, with weights", "NAME[=WEIGHT],...");
     add("--seed", fleet->seed, "What the homes and their faults are drawn from; 1 by default",
         "SEED");
     add("--ramp", fleet->ramp, "Gateways that start each second; by default as the broker allows",
         "PER_SECOND")
-        ->check(unnamed(CLI::Range(0.1, 1e6)));
+        ->check(CLI::Range(0.1, 1e6).description(""));
     add("--states", fleet->states, "Folder in which the gateways keep their states", "FOLDER");
     command->add_flag(
         "--churn", fleet->churn,
         "Let power, connections, device libraries and updates fail by a plan from the "
         "seed");
     add("--policy", fleet->policy, "File with the policy; needed for a broker elsewhere", "FILE");
-    command->add_flag("--insecure", fleet->insecure,
-                      "Connect to a broker on another machine without TLS");
-    add("--broker-credentials", fleet->credentials,
-        "File with the user and the password for the broker, each on a line", "FILE");
-    add("--broker-ca", fleet->ca,
-        "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
     add("--reconnect-spread", fleet->reconnect_spread,
         "Time within which gateways that have lost the broker come back", "SECONDS")
-        ->check(unnamed(CLI::Range(0.1, 86400.0)));
+        ->check(CLI::Range(0.1, 86400.0).description(""));
     add("--metrics", fleet->metrics, "File for the numbers of the fleet, in the form of Prometheus",
         "FILE");
     add("--log", fleet->log, "File for what the gateways write, each line with its name", "FILE");

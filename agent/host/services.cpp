@@ -120,7 +120,7 @@ class HostServices : public PluginServices {
 
     int32_t kaa_update_profile_info() override
     {
-        log_line(kLogInfo, "the profile has changed: an agent with a platform reports it anew");
+        log_line(kLogInfo, "the profile has changed: an agent with a platform reports it again");
         return 0;
     }
 

@@ -608,9 +608,13 @@ ServiceConfig combine(const toml::table *document, const RunOptions &options)
 
 // ---- Reload ------------------------------------------------------------------------------------
 
-bool is_same(const Setting &setting, ServiceConfig &left, ServiceConfig &right)
+// Gives the setting in the loaded configuration the value that is in use. Result: whether it was
+// another one.
+bool take_back(const Setting &setting, ServiceConfig &in_use, ServiceConfig &loaded)
 {
-    return std::visit([&](auto *place) { return place(left) == place(right); }, setting.place);
+    return std::visit(
+        [&](auto *place) { return std::exchange(place(loaded), place(in_use)) != place(in_use); },
+        setting.place);
 }
 
 } // namespace
@@ -672,23 +676,15 @@ std::optional<ServiceConfig> reload_config(const RunOptions &options, const Serv
         return std::nullopt;
     }
     said = "the configuration is loaded again";
-    ServiceConfig before = old;
+    ServiceConfig in_use = old;
     const char *separator = "; only a restart takes ";
     for (const Setting &setting : settings()) {
-        if (setting.needs_restart && !is_same(setting, before, *loaded)) {
+        if (setting.needs_restart && take_back(setting, in_use, *loaded)) {
             said += std::string(separator) + setting.key;
             separator = ", ";
         }
     }
     return loaded;
-}
-
-int report_problems(const ConfigError &wrong)
-{
-    for (const ConfigProblem &problem : wrong.problems()) {
-        print_error(problem.message());
-    }
-    return kWrongUsage;
 }
 
 int check_config(const RunOptions &options)

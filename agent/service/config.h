@@ -150,13 +150,11 @@ ServiceConfig load_config(const RunOptions &options);
 // The same for a file's text, for tests.
 ServiceConfig parse_config(std::string_view toml, const std::string &file);
 
-// For a running service. Result: the new configuration, or nothing when it is invalid and the old
-// one stays in use; in both cases said is a line for the log, with the changes that need a restart.
+// For a running service. Result: the new configuration, in which the settings that need a restart
+// are as before, or nothing when it is invalid and the old one stays in use; in both cases said is
+// a line for the log, with the changes that need a restart.
 std::optional<ServiceConfig> reload_config(const RunOptions &options, const ServiceConfig &old,
                                            std::string &said);
-
-// Writes each problem to standard error. Result: the exit status.
-int report_problems(const ConfigError &wrong);
 
 // Prints whether the configuration is valid. Result: the exit status.
 int check_config(const RunOptions &options);

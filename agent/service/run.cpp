@@ -350,7 +350,6 @@ class Service {
         manager_.notify(reloading());
         std::string said;
         if (auto loaded = reload_config(options_, config_, said)) {
-            loaded->console.address = config_.console.address;
             config_ = std::move(*loaded);
             apply();
             print_notice(said);

@@ -4,11 +4,13 @@ import collections
 import json
 import os
 import pathlib
-import queue
 import signal
 import subprocess
-import threading
+import sys
 import time
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+from error_lines import ErrorLines  # noqa: E402  (in the folder that has just been added)
 
 
 class Service:
@@ -25,7 +27,7 @@ class Service:
         self.environment = {**os.environ, "EXECUTED": str(self.counts), **(environment or {})}
         self.process = None
         self.lines = []
-        self.news = queue.Queue()
+        self.errors = None
         try:
             self.start()
         except BaseException:
@@ -34,24 +36,12 @@ class Service:
 
     def start(self):
         self.process = subprocess.Popen(self.words, env=self.environment, stderr=subprocess.PIPE, text=True)
-        threading.Thread(target=self.read, args=(self.process,), daemon=True).start()
+        self.errors = ErrorLines(self.process, self.lines)
         self.await_line("listening on unix:")
-
-    def read(self, process):
-        with process.stderr:
-            for line in process.stderr:
-                self.news.put(line.rstrip("\n"))
-        self.news.put(None)
 
     def await_line(self, text):
         """The next line of standard error that contains the text."""
-        while True:
-            line = self.news.get()
-            if line is None:
-                raise RuntimeError("the service has ended: " + "\n".join(self.lines[-20:]))
-            self.lines.append(line)
-            if text in line:
-                return line
+        return self.errors.await_line(text)
 
     def await_broker(self):
         return self.await_line("connected to mqtt")
@@ -75,12 +65,10 @@ class Service:
         os.kill(self.worker(), signal.SIGKILL)
 
     def end(self, with_signal=signal.SIGTERM):
-        """Its exit status, and the rest of what it wrote."""
+        """Its exit status."""
         self.process.send_signal(with_signal)
-        status = self.process.wait()
-        while (line := self.news.get()) is not None:
-            self.lines.append(line)
-        return status
+        self.errors.finish()
+        return self.process.wait()
 
     def restart(self, with_signal=signal.SIGKILL):
         self.end(with_signal)

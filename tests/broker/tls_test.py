@@ -93,6 +93,24 @@ class TlsTest(case.BrokerCase):
         without = self.secure(broker, name="without", connected=False)
         self.check_refused(without)
 
+    def test_no_pass_phrase_is_asked_for(self):
+        """Without a terminal, OpenSSL would take it from standard input."""
+        self.authority("ours")
+        key, certificate = self.certificate("gateway", "ours")
+        locked = self.folder / "locked.key"
+        openssl("pkey", "-aes256", "-passout", "pass:secret", "-in", key, "-out", locked)
+        with subprocess.Popen([case.HGAGENT, "run", "--socket", self.folder / "s", "--broker", "mqtts://localhost:1",
+                               "--id", "gw", "--trust", "--broker-certificate", certificate, "--broker-key", locked],
+                              stdin=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                              start_new_session=True) as process:
+            process.stdin.write("secret\n")
+            process.stdin.close()
+            while "cannot" not in (line := process.stderr.readline()):
+                self.assertTrue(line, "the service has ended")
+            if not line.startswith(f"hgagent: cannot read {locked}"):
+                process.kill()
+        self.assertEqual(process.returncode, 4, line)
+
 
 if __name__ == "__main__":
     case.main()

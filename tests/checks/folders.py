@@ -14,12 +14,12 @@ agent/commands               agent/client agent/conformance agent/host agent/io 
 agent/commands               agent/record plugin_headers
 agent/client                 agent/protocol
 agent/shell                  agent/client agent/host agent/io agent/protocol plugin_headers
-agent/fleet                  agent/service agent/service/common agent/service/gate agent/service/worker
-agent/fleet                  agent/service/ways_in/mqtt agent/commands agent/host agent/io agent/protocol
-agent/fleet                  gateway_header
+agent/fleet                  agent/service/common agent/service/gate agent/service/mqtt_call
+agent/fleet                  agent/service/worker agent/service/ways_in/mqtt agent/commands agent/host agent/io
+agent/fleet                  agent/protocol gateway_header
 agent                        agent/fleet agent/fleet/platform agent/record agent/service agent/service/worker
 agent/record                 agent/host agent/io agent/protocol plugin_headers device_facts
-agent/fleet/platform         agent/fleet agent/service agent/service/mqtt_call agent/service/ways_in/mqtt
+agent/fleet/platform         agent/fleet agent/service/mqtt_call agent/service/ways_in/mqtt
 agent/fleet/platform         agent/service/ways_in/http agent/service/common
 agent/fleet/platform         agent/client agent/commands agent/conformance agent/io agent/protocol embedded_texts
 agent/service                agent/service/common agent/service/gate agent/service/ways_in agent/service/worker

@@ -212,8 +212,8 @@ TEST(Conformance, TimesOut)
         const AgentResult result = with_fault(fault, {"--patience", "1", "--command", command});
         EXPECT_EQ(result.exit_status, 1);
         EXPECT_THAT(row_of(result, command),
-                    AllOf(HasSubstr("failed"),
-                          HasSubstr("does not come to an end within 1 seconds"), HasSubstr(where)));
+                    AllOf(HasSubstr("failed"), HasSubstr("does not end within 1 seconds"),
+                          HasSubstr(where)));
     }
 }
 

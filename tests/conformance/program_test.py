@@ -58,7 +58,7 @@ class ProgramTest(unittest.TestCase):
             self.assertRegex(row(done, "GET_SN_INFO"), told)
             self.assertRegex(row(done, "GET_UPNP_STATE"), "passed")
         done = check(FAULTY, "--command", "GET_SN_INFO", "--patience", "1", fault="hang")
-        self.assertRegex(row(done, "GET_SN_INFO"), "does not come to an end within 1 seconds, in devapi_get_sn_info")
+        self.assertRegex(row(done, "GET_SN_INFO"), "does not end within 1 seconds, in devapi_get_sn_info")
         done = check(FAULTY, "--command", "GET_UPNP_STATE", fault="refused_command")
         self.assertIn('it calls system("upnpc --state"), which hg-conformance refuses', row(done, "GET_UPNP_STATE"))
 

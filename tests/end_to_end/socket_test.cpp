@@ -281,6 +281,8 @@ TEST(SocketUsage, LeavesTheLibrariesToTheService)
         {"--state", "x", "call", "--socket", "y", "GET_SN_INFO"},
         {"--fault", "x=1", "hosts", "--socket", "y"},
         {"--reboot-seconds", "1", "topology", "--socket", "y"},
+        {"--record", "x", "call", "--socket", "y", "GET_SN_INFO"},
+        {"--mask-key", "x", "shell", "--socket", "y"},
         {"call", "--socket", "y", "--reasons", "GET_SN_INFO"},
         {"--scenario", "single_router", "shell", "--socket", "y"},
         {"--device", "x", "shell"}};

@@ -259,11 +259,14 @@ class BadInputTest(FleetCase):
                 (local, "--count is required"),
                 (("--count", 0, *local), "--count"),
                 (("--count", 1, "--broker", "nonsense"), "--broker: "),
-                (("--count", 1, "--broker", "mqtt://broker.example"), "needs a --policy"),
+                (("--count", 1, "--broker", "mqtt://broker.example"), "use mqtts://, or --insecure"),
+                (("--count", 1, "--broker", "mqtts://broker.example"), "needs a --policy"),
                 (("--count", 1, *local, "--churn"), "--churn needs --states"),
                 (("--count", 1, *local, "--scenario", "a=x"), '--scenario: "x" is no weight'),
                 (("--count", 1, *local, "--prefix", "a/b"), "--prefix: "),
-                (("--count", 1, *local, "--root", "#"), "--root: "),
+                (("--count", 10, *local, "--prefix", "a" * 62), "--prefix: the id of a gateway has at most 64 bytes"),
+                (("--count", 1, *local, "--prefix", "a" * 60, "--root", "b" * 90), "--prefix: the client identifier "),
+                (("--count", 1, *local, "--root", "#"), "the root of the topics "),
                 (("--count", 2, *local, "--first", 99999999), "the last number is 99999999")):
             with self.subTest(options):
                 said, status = self.refused(*options)

@@ -2,12 +2,14 @@
 """`hgagent fleet` as a process of a test."""
 import os
 import pathlib
-import queue
 import re
 import signal
 import subprocess
-import threading
+import sys
 import time
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+from error_lines import ErrorLines  # noqa: E402  pylint: disable=wrong-import-position
 
 PROMETHEUS = re.compile(r'^(\w+)(?:\{\w+="(\w+)"\})? (\S+)$')
 
@@ -18,25 +20,13 @@ class Fleet:
     def __init__(self, hgagent, folder, broker, count, *options, before=()):
         self.metrics_file = pathlib.Path(folder) / "metrics"
         self.log = pathlib.Path(folder) / "log"
-        self.lines = []
-        self.news = queue.Queue()
         words = [hgagent, *before, "fleet", "--count", count, "--broker", broker.url, "--metrics", self.metrics_file,
                  "--log", self.log, *options]
         self.process = subprocess.Popen(list(map(str, words)), stderr=subprocess.PIPE, text=True)
-        threading.Thread(target=self._read, daemon=True).start()
-
-    def _read(self):
-        with self.process.stderr:
-            for line in self.process.stderr:
-                self.news.put(line.rstrip("\n"))
-        self.news.put(None)
+        self.errors = ErrorLines(self.process)
 
     def await_line(self, text):
-        while (line := self.news.get()) is not None:
-            self.lines.append(line)
-            if text in line:
-                return line
-        raise RuntimeError("the fleet has ended: " + "\n".join(self.lines))
+        return self.errors.await_line(text)
 
     def await_up(self):
         return self.await_line(" gateways are up")
@@ -70,10 +60,8 @@ class Fleet:
         return self.wait()
 
     def wait(self):
-        status = self.process.wait()
-        while (line := self.news.get()) is not None:
-            self.lines.append(line)
-        return status
+        self.errors.finish()
+        return self.process.wait()
 
     def close(self):
         if self.process.poll() is None:

@@ -4,12 +4,14 @@ capabilities."""
 import json
 import os
 import pathlib
-import queue
 import signal
 import subprocess
-import threading
+import sys
 
 import namespaces
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+from error_lines import ErrorLines  # noqa: E402  (in the folder that has just been added)
 
 NOBODY = 65534
 CAPABILITIES = "-all,+net_admin,+net_raw"
@@ -50,7 +52,7 @@ class Agent:
         self.prefix = prefix
         self.process = None
         self.log = []
-        self.news = queue.Queue()
+        self.errors = None
         self.events = []
         if started:
             self.start()
@@ -69,22 +71,11 @@ class Agent:
         # A group of its own: a signal reaches the agent behind the programs that start it, which end with it.
         self.process = subprocess.Popen(self.command(*self.words), env=self.environment, stdin=subprocess.PIPE,
                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, encoding="utf-8")
-        self.news = queue.Queue()
-        threading.Thread(target=self.read, args=(self.process, self.news), daemon=True).start()
-
-    def read(self, process, news):
-        with process.stderr:
-            for line in process.stderr:
-                self.log.append(line.rstrip("\n"))
-                news.put(line.rstrip("\n"))
-        news.put(None)
+        self.errors = ErrorLines(self.process, self.log)
 
     def await_log(self, text):
         """The next line of the log that contains the text."""
-        while (line := self.news.get()) is not None:
-            if text in line:
-                return line
-        raise RuntimeError("the agent has ended: " + "\n".join(self.log[-20:]))
+        return self.errors.await_line(text)
 
     def ask(self, command, **parameters):
         """The whole answer."""
@@ -152,4 +143,5 @@ class Agent:
             self.process.stdin.close()
             self.process.wait()
         self.process.stdout.close()
+        self.errors.finish()
         return self.process.returncode

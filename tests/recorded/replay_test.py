@@ -177,6 +177,7 @@ class Replay(Recorded):
         self.assertEqual(result.returncode, 1)
         self.assertIn("signal 9 ended the plug-in in command 1, GET_SN_INFO", result.stderr)
         self.assertEqual(self.replay(lines, "--plugin", "/dev/null").returncode, 4)
+        self.assertEqual(hgagent("--plugin", "/dev/null", "replay", self.written(lines)).returncode, 4)
 
     def test_is_in_colour_only_on_a_terminal(self):
         lines = self.recorded(LINES[:1])

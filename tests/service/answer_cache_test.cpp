@@ -48,7 +48,7 @@ TEST(AnswerCache, KeepsAnAnswerForTenMinutesFromTheAnswer)
     EXPECT_TRUE(cache.begin("a", "SET", kExpiry));
 }
 
-TEST(AnswerCache, TellsAKeysRequestFromAnother)
+TEST(AnswerCache, DistinguishesAKeysRequestFromAnother)
 {
     AnswerCache cache;
     EXPECT_TRUE(cache.begin("a", "SET", kAnswered));

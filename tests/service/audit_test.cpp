@@ -251,14 +251,14 @@ TEST_F(AuditFile, CountsWhatAFullDeviceDoesNotTake)
         audit.write(record_of("ONE"), kNow);
     }
     EXPECT_EQ(audit.lost(), 3U);
-    EXPECT_EQ(audit.untold(), 3U);
+    EXPECT_EQ(audit.unreported(), 3U);
     EXPECT_EQ(audit.take_problem(), "the audit cannot be written: No space left on device");
     EXPECT_EQ(audit.take_problem(), "");
     audit.write(record_of("ONE"), kNow);
     EXPECT_EQ(audit.take_problem(), "");
 }
 
-TEST_F(AuditFile, TakesBackAPartOfALineAndTellsOfItLater)
+TEST_F(AuditFile, TakesBackAPartOfALineAndReportsItLater)
 {
     AuditLog audit;
     audit.open(path_);
@@ -272,7 +272,7 @@ TEST_F(AuditFile, TakesBackAPartOfALineAndTellsOfItLater)
     EXPECT_EQ(audit.lost(), 3U);
     EXPECT_EQ(audit.take_problem(), "the audit cannot be written: No space left on device");
     audit.write(record_of("TWO"), kNow);
-    EXPECT_EQ(audit.untold(), 0U);
+    EXPECT_EQ(audit.unreported(), 0U);
     EXPECT_EQ(audit.lost(), 3U);
     const std::vector<json> lines = lines_of(path_);
     ASSERT_EQ(lines.size(), 3U);

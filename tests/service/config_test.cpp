@@ -167,7 +167,7 @@ TEST(Config, StartsRelativePathsFromTheFilesFolder)
     EXPECT_EQ(config.worker.host.state, "/etc/hg/s");
 }
 
-TEST(Config, TellsUnknownKeysAndTables)
+TEST(Config, ReportsUnknownKeysAndTables)
 {
     EXPECT_EQ(
         config_problems("log_level = 3\n[limits]\nqueu = 1\n[queue]\nbroker = \"x\"\n[other]\n"),
@@ -177,7 +177,7 @@ TEST(Config, TellsUnknownKeysAndTables)
         "hgagent.toml:6: other: there is no such key");
 }
 
-TEST(Config, TellsWrongTypes)
+TEST(Config, ReportsWrongTypes)
 {
     EXPECT_EQ(config_problems("log-level = \"3\"\nlimits = 1\n[worker]\nstate = 1\nfaults = \"a\"\n"
                               "verbose = 0\n[[socket]]\n"),
@@ -189,7 +189,7 @@ TEST(Config, TellsWrongTypes)
               "hgagent.toml:7: socket: has to be a table, and is a list");
 }
 
-TEST(Config, TellsNumbersOutOfRange)
+TEST(Config, ReportsNumbersOutOfRange)
 {
     EXPECT_EQ(config_problems("log-level = 8\n[limits]\nqueue = 0\nclients = 100001\n"
                               "idle-seconds = -1\n[worker]\ncommand-seconds = 0\n"),
@@ -200,7 +200,7 @@ TEST(Config, TellsNumbersOutOfRange)
               "hgagent.toml:7: worker.command-seconds: has to be from 1 to 604800");
 }
 
-TEST(Config, TellsTextsThatDoNotFit)
+TEST(Config, ReportsTextsThatDoNotFit)
 {
     const auto problem = [](const std::string &table, const std::string &line) {
         return config_problems("[" + table + "]\n" + line);
@@ -230,7 +230,7 @@ TEST(Config, TellsTextsThatDoNotFit)
     EXPECT_EQ(problem("worker", "kind = 'unix:'"), kind + "names no file");
 }
 
-TEST(Config, TellsProblemsOfRolesAsOfAPolicy)
+TEST(Config, ReportsProblemsOfRolesAsOfAPolicy)
 {
     EXPECT_EQ(config_problems("[limits]\nqueue = 0\n[roles.a]\nmembers = [\"x\"]\n"),
               "hgagent.toml:2: limits.queue: has to be from 1 to 100000\n"
@@ -238,7 +238,7 @@ TEST(Config, TellsProblemsOfRolesAsOfAPolicy)
               "gid:NUMBER, http-user:NAME, topic-root:ROOT or way-in:NAME");
 }
 
-TEST(Config, TellsRolesBesideAPolicyFile)
+TEST(Config, ReportsRolesBesideAPolicyFile)
 {
     EXPECT_EQ(config_problems("policy = \"policy.toml\"\n" + std::string(kRoles)),
               "hgagent.toml:1: policy: there are roles in this file as well");
@@ -324,7 +324,7 @@ TEST_F(ConfigFile, StaysAsItWasWhenTheNewOneIsWrong)
                         ":1: log-level: has to be from 0 to 7");
 }
 
-TEST_F(ConfigFile, TellsWhatOnlyARestartTakes)
+TEST_F(ConfigFile, ReportsWhatOnlyARestartTakes)
 {
     write("hgagent.toml", "[limits]\nqueue = 3\n");
     const ServiceConfig old = load_config(options_);
@@ -338,6 +338,22 @@ TEST_F(ConfigFile, TellsWhatOnlyARestartTakes)
     ASSERT_TRUE(reload_config(options_, old, said));
     EXPECT_EQ(said, "the configuration is loaded again; only a restart takes socket.mode, "
                     "worker.kind");
+}
+
+// A service that is still connected to a broker elsewhere must not take it for a local one, which
+// needs no policy.
+TEST_F(ConfigFile, KeepsWhatOnlyARestartTakes)
+{
+    write("hgagent.toml", "[mqtt]\nbrokers = ['mqtts://broker.example']\nid = 'one'\n"
+                          "[roles.platform]\nmembers = ['topic-root:gateway']\n");
+    const ServiceConfig old = load_config(options_);
+    write("hgagent.toml", "[mqtt]\nbrokers = ['mqtt://localhost']\nid = 'one'\n");
+    std::string said;
+    const auto loaded = reload_config(options_, old, said);
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(said, "the configuration is loaded again; only a restart takes mqtt.brokers");
+    EXPECT_EQ(loaded->mqtt.brokers, old.mqtt.brokers);
+    EXPECT_FALSE(loaded->policy.has_roles());
 }
 
 TEST(Worker, IsGivenWhatConcernsIt)

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 using testing::HasSubstr;
-using testing::StartsWith;
 
 namespace service_control_test {
 

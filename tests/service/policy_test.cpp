@@ -201,7 +201,7 @@ TEST(Policy, LetsGuestsQueryWhatIsNotSecret)
     EXPECT_EQ(role_of("", guest), "");
 }
 
-TEST(Policy, TellsGuestsTheRuleToAdd)
+TEST(Policy, ShowsGuestsTheRuleToAdd)
 {
     Identity guest = client({"topic-root:gateway"});
     guest.is_guest = true;
@@ -275,7 +275,7 @@ TEST(Policy, HasTheLimitsOfItsRoles)
     EXPECT_EQ(policy.limit_of("owner"), std::nullopt);
 }
 
-TEST(PolicyFile, TellsUnknownKeysAndTables)
+TEST(PolicyFile, ReportsUnknownKeysAndTables)
 {
     EXPECT_EQ(policy_problems("[mqtt]\n" + role("alow = []") + "[[other]]\n"),
               "policy.toml:1: mqtt: there is no such key\n"
@@ -283,7 +283,7 @@ TEST(PolicyFile, TellsUnknownKeysAndTables)
               "policy.toml:5: other: there is no such key");
 }
 
-TEST(PolicyFile, TellsWrongTypes)
+TEST(PolicyFile, ReportsWrongTypes)
 {
     EXPECT_EQ(policy_problems("roles = 1"),
               "policy.toml:1: roles: has to be a table, and is a number");
@@ -302,7 +302,7 @@ TEST(PolicyFile, TellsWrongTypes)
               "time");
 }
 
-TEST(PolicyFile, TellsAMemberOfTwoRoles)
+TEST(PolicyFile, ReportsAMemberOfTwoRoles)
 {
     EXPECT_EQ(policy_problems("[roles.b]\nmembers = [\"uid:0\", \"gid:0\", \"uid:0\"]\n"
                               "[roles.a]\nmembers = [\n\"gid:1\",\n\"gid:0\"]"),
@@ -310,7 +310,7 @@ TEST(PolicyFile, TellsAMemberOfTwoRoles)
               "policy.toml:6: roles.a.members: \"gid:0\" is a member already, by line 2");
 }
 
-TEST(PolicyFile, TellsMembersThatNobodyCanBe)
+TEST(PolicyFile, ReportsMembersThatNobodyCanBe)
 {
     const auto problem = [](const std::string &member) {
         return policy_problems("[roles.a]\nmembers = ['" + member + "']");
@@ -332,14 +332,14 @@ TEST(PolicyFile, TellsMembersThatNobodyCanBe)
     EXPECT_EQ(problem("uid:0"), "");
 }
 
-TEST(PolicyFile, TellsRolesWithoutMembers)
+TEST(PolicyFile, ReportsRolesWithoutMembers)
 {
     EXPECT_EQ(policy_problems("[roles.a]\n[roles.b]\nmembers = []"),
               "policy.toml:1: roles.a: the role has no members\n"
               "policy.toml:2: roles.b: the role has no members");
 }
 
-TEST(PolicyFile, TellsNamesThatRolesCannotHave)
+TEST(PolicyFile, ReportsNamesThatRolesCannotHave)
 {
     const std::string members = "\nmembers = [\"uid:0\"]";
     const std::string said = ": a role's name has letters, digits, - and _, at most 64";
@@ -354,7 +354,7 @@ TEST(PolicyFile, TellsNamesThatRolesCannotHave)
               "everything");
 }
 
-TEST(PolicyFile, TellsRulesThatMatchNothing)
+TEST(PolicyFile, ReportsRulesThatMatchNothing)
 {
     const auto problem = [](const std::string &rule) {
         return policy_problems(role("deny = ['" + rule + "']"));
@@ -383,7 +383,7 @@ TEST(PolicyFile, TellsRulesThatMatchNothing)
     EXPECT_EQ(problem("notice:any part"), "");
 }
 
-TEST(PolicyFile, TellsRatesThatAreNone)
+TEST(PolicyFile, ReportsRatesThatAreNone)
 {
     const std::string rate = "policy.toml:3: roles.support.rate: ";
     for (const char *value : {"0", "-1", "0.0", "1000001"}) {
@@ -406,7 +406,7 @@ TEST(PolicyFile, TellsRatesThatAreNone)
 }
 
 // What the parser of TOML says is its own; where it is said of is not.
-TEST(PolicyFile, TellsWhatIsNoToml)
+TEST(PolicyFile, ReportsWhatIsNoToml)
 {
     for (const char *toml :
          {"\n[\nx = 1", "\n[[\n", "\n[#", "\n[=]", "\na = \u018a", "\n\u03b1 = 1", "\n[\u0416]",
@@ -420,14 +420,14 @@ TEST(PolicyFile, TellsWhatIsNoToml)
     }
 }
 
-TEST(PolicyFile, TellsWhatIsNotUtf8)
+TEST(PolicyFile, ReportsWhatIsNotUtf8)
 {
     EXPECT_EQ(policy_problems("# \xff\n"), "policy.toml:1: the line is not UTF-8");
     EXPECT_EQ(policy_problems("\n\na = \"\xc3\x28\""), "policy.toml:3: the line is not UTF-8");
     EXPECT_EQ(policy_problems("\xef\xbb\xbf" + role("")), "");
 }
 
-TEST(PolicyFile, TellsAFileThatIsTooLong)
+TEST(PolicyFile, ReportsAFileThatIsTooLong)
 {
     EXPECT_EQ(policy_problems("#" + std::string(262143, 'x')), "");
     EXPECT_EQ(policy_problems("#" + std::string(262144, 'x')),
@@ -435,7 +435,7 @@ TEST(PolicyFile, TellsAFileThatIsTooLong)
 }
 
 // Nested tables are freed recursively.
-TEST(PolicyFile, TellsKeysThatAreTooDeep)
+TEST(PolicyFile, ReportsKeysThatAreTooDeep)
 {
     std::string deep = "a";
     for (int depth = 0; depth < 200; ++depth) {

@@ -22,9 +22,7 @@
 using testing::AnyOf;
 using testing::ContainsRegex;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
@@ -258,7 +256,7 @@ TEST(Run, TakesManyClientsThatSayNothing)
 
 // ---- Turns and limits ---------------------------------------------------------------------------
 
-TEST(Run, TellsAClientThatItsQueueIsFull)
+TEST(Run, RefusesWhatAQueueHasNoRoomFor)
 {
     const ServiceProcess service({}, kPlugin);
     const Gatepost gate;
@@ -509,7 +507,7 @@ TEST(Run, ServesFiftyClientsBesideOneThatNeverReturns)
     }
 }
 
-TEST(Run, TellsOfACrash)
+TEST(Run, ReportsACrash)
 {
     ServiceProcess service({}, kPlugin);
     const auto watcher = service.client();

@@ -8,7 +8,10 @@
 #include <vector>
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
 
 namespace agent::service {
 
@@ -27,11 +30,13 @@ class ManualWorker : public Worker {
     void finish() override { asked.emplace_back("finish"); }
     void terminate() override { asked.emplace_back("terminate"); }
     void kill() override { asked.emplace_back("kill"); }
+    bool can_be_killed() const override { return is_process; }
 
     void say(std::string_view line) { listener_->on_worker_line(line); }
     void be_ready() { say(R"({"id":"ready","result":0,"reply":{}})"); }
     void end() { listener_->on_worker_end({"was killed", 9, std::nullopt}); }
 
+    bool is_process = true;
     int starts = 0;
     std::vector<std::string> sent;
     std::vector<std::string> asked;
@@ -149,6 +154,40 @@ TEST_F(SupervisorTest, RefusesRequestsUntilALateWorkerIsReady)
     worker->be_ready();
     EXPECT_EQ(supervisor->refusal(), "");
     EXPECT_THAT(listener.events, ElementsAre("worker.crashed", "worker.started"));
+}
+
+// A second one would run beside it.
+TEST_F(SupervisorTest, WaitsForALateWorkerThatCannotBeKilled)
+{
+    WorkerTimes times = endless();
+    times.start = milliseconds(0);
+    supervisor->set_times(times);
+    worker->is_process = false;
+    supervisor->start();
+    await([&] { return !supervisor->refusal().empty(); });
+    EXPECT_THAT(supervisor->refusal(), EndsWith("has not been ready within 0 seconds"));
+    EXPECT_THAT(worker->asked, IsEmpty());
+    worker->be_ready();
+    EXPECT_EQ(supervisor->refusal(), "");
+    EXPECT_TRUE(supervisor->is_idle());
+    EXPECT_EQ(worker->starts, 1);
+}
+
+TEST_F(SupervisorTest, StopsWithTheAnswerToARequestWithoutAName)
+{
+    supervisor->set_times(endless());
+    supervisor->start();
+    worker->be_ready();
+    Request notice;
+    notice.id = "1";
+    notice.subject = Subject::kNotice;
+    supervisor->run(notice, hours(24));
+    supervisor->stop();
+    worker->say(R"({"id":1,"result":0})");
+    EXPECT_THAT(listener.answers, ElementsAre(R"({"id":1,"result":0})"));
+    worker->end();
+    EXPECT_THAT(listener.answers, SizeIs(1));
+    EXPECT_TRUE(listener.has_stopped);
 }
 
 } // namespace agent::service

@@ -73,7 +73,7 @@ class Variable {
     const char *name_;
 };
 
-TEST(Systemd, IsToldWhatTheServiceDoes)
+TEST(Systemd, IsNotifiedOfWhatTheServiceDoes)
 {
     const std::string path = new_path("notify");
     const OpenSocket manager(path, SOCK_DGRAM);
@@ -158,7 +158,7 @@ TEST(Systemd, GetsTheLevelsOfLogLines)
     EXPECT_THAT(log_of_run(1), StartsWith("hgagent: "));
 }
 
-TEST(UnitWorker, ServesTheServiceAndIsStartedAnew)
+TEST(UnitWorker, ServesTheServiceAndIsStartedAgain)
 {
     const std::string path = new_path("worker.sock");
     const auto start_worker = [&](const std::string &plugin) {
@@ -240,7 +240,7 @@ TEST(Reload, KeepsWhatIsRightAndClients)
     EXPECT_THAT(service.client()->read_line(), HasSubstr("the service has 1 clients already"));
 }
 
-TEST(Reboot, IsToldAndLasts)
+TEST(Reboot, IsReportedAndLasts)
 {
     const ServiceProcess service({"--reboot-seconds=2"});
     const auto watcher = service.client();

@@ -63,8 +63,6 @@ class Drive : public Run {
     void send_change(GatewayNumber gateway, size_t entry, Clock::time_point intended);
     void send_query(GatewayNumber gateway, size_t entry, Clock::time_point intended);
     Ending judge(const MixEntry &entry, const Request &request, const Outcome &outcome);
-    void end_change(size_t entry, const Request &request, const Outcome &outcome, Ending ending,
-                    const std::string &value);
     void ask_again(GatewayNumber gateway, size_t entry, const Ledger::Confirmed &before);
     void check_repetition(GatewayNumber gateway, size_t entry,
                           const std::shared_ptr<Reading> &reading);

@@ -31,22 +31,6 @@ constexpr std::string_view kStateTopic = "state";
 constexpr std::string_view kEventTopics = "event/";
 constexpr std::string_view kReplyTopics = "reply/";
 
-// The codes of answers to requests that have not been executed, and may be later.
-bool is_to_be_repeated(std::string_view code)
-{
-    return code == "busy" || code == "rate-limited" || code == "rebooting";
-}
-
-// Another text could not be sent back.
-bool is_epoch(std::string_view text)
-{
-    constexpr size_t kMaxEpoch = 64;
-    return !text.empty() && text.size() <= kMaxEpoch && std::ranges::all_of(text, [](char byte) {
-        return (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') ||
-               (byte >= 'A' && byte <= 'Z') || byte == '-';
-    });
-}
-
 Outcome read_outcome(std::string payload)
 {
     Outcome outcome;
@@ -257,7 +241,8 @@ void Platform::take_state(GatewayNumber number, const ReceivedMessage &message)
         return;
     }
     // A retained state may be that of a service that has ended without the broker's knowledge.
-    if (message.is_retained || cJSON_IsTrue(online) == 0 || epoch == nullptr || !is_epoch(epoch)) {
+    if (message.is_retained || cJSON_IsTrue(online) == 0 || epoch == nullptr ||
+        !service::is_epoch(epoch)) {
         return;
     }
     ++counts_.states;
@@ -366,7 +351,7 @@ void Platform::take_answer(GatewayNumber gateway, const ReceivedMessage &message
         payload = service::gunzip(message.payload, kMaxAnswer).value_or("");
     }
     Outcome outcome = read_outcome(std::move(payload));
-    if (is_to_be_repeated(outcome.code)) {
+    if (service::is_to_be_repeated(outcome.code)) {
         ++counts_.refusals[outcome.code];
         return;
     }

@@ -77,12 +77,6 @@ std::chrono::milliseconds milliseconds(double seconds)
         std::chrono::duration<double>(seconds));
 }
 
-// Omits the check from the help text: the value's name already describes it.
-CLI::Validator unnamed(CLI::Validator check)
-{
-    return check.description("");
-}
-
 } // namespace
 
 CLI::Option *add_platform_options(CLI::App &command,
@@ -94,23 +88,23 @@ CLI::Option *add_platform_options(CLI::App &command,
     };
     CLI::Option *broker = service::add_broker_options(command, *arguments);
     add("--count", arguments->count, "Number of gateways", "N")
-        ->check(unnamed(CLI::Range(1U, kMostGateways)));
+        ->check(CLI::Range(1U, kMostGateways).description(""));
     add("--first", arguments->first, "Number of the first one; 1 by default", "NUMBER")
-        ->check(unnamed(CLI::Range(1U, kLastNumber)));
+        ->check(CLI::Range(1U, kLastNumber).description(""));
     add("--prefix", arguments->prefix,
         "Beginning of their names, PREFIX-NUMBER; \"home\" by default", "PREFIX");
     add("--ids", arguments->id_files, "File with names of gateways, each on a line", "FILE");
     add("--connections", arguments->connections, "Connections to the broker; 4 by default", "N")
-        ->check(unnamed(CLI::Range(1U, kMostConnections)));
+        ->check(CLI::Range(1U, kMostConnections).description(""));
     add("--repeat", arguments->repeat,
         "When a request without an answer is sent again; 5 seconds by default", "SECONDS")
-        ->check(unnamed(CLI::Range(0.1, 3600.0)));
+        ->check(CLI::Range(0.1, 3600.0).description(""));
     add("--timeout", arguments->timeout,
         "When a request counts as unanswered; 120 seconds by default", "SECONDS")
-        ->check(unnamed(CLI::Range(0.1, 86400.0)));
+        ->check(CLI::Range(0.1, 86400.0).description(""));
     add("--wait", arguments->wait, "How long to wait for gateways at first; 60 seconds by default",
         "SECONDS")
-        ->check(unnamed(CLI::Range(0.1, 86400.0)));
+        ->check(CLI::Range(0.1, 86400.0).description(""));
     add("--seed", arguments->seed, "What gateways and requests are drawn from; 1 by default",
         "SEED");
     add("--watch", arguments->watched,

@@ -5,7 +5,6 @@
 #include "fleet/platform/drive.h"
 #include "io/text.h"
 #include "service/common/config_error.h"
-#include "service/config.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>

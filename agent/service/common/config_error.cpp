@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "service/common/config_error.h"
 
+#include "io/exit_status.h"
 #include "io/text.h"
 
 #include <algorithm>
@@ -50,6 +51,14 @@ std::string ConfigProblem::message() const
 ConfigError::ConfigError(std::vector<ConfigProblem> problems)
     : std::runtime_error(messages(sorted(problems))), problems_(sorted(std::move(problems)))
 {
+}
+
+int report_problems(const ConfigError &wrong)
+{
+    for (const ConfigProblem &problem : wrong.problems()) {
+        print_error(problem.message());
+    }
+    return kWrongUsage;
 }
 
 } // namespace agent::service

@@ -33,4 +33,7 @@ class ConfigError : public std::runtime_error {
     std::vector<ConfigProblem> problems_;
 };
 
+// Writes each problem to standard error. Result: the exit status.
+int report_problems(const ConfigError &wrong);
+
 } // namespace agent::service

@@ -67,7 +67,6 @@ class LineStream : public std::enable_shared_from_this<LineStream> {
     ssize_t read_once();
     void take(std::string_view bytes);
     size_t take_lines(std::string_view bytes);
-    bool take_line(std::string_view line);
     void end_input(bool is_gone);
     void wait_for_output();
     void write_pending();

@@ -164,11 +164,11 @@ void AuditLog::write(const AuditRecord &record, std::chrono::system_clock::time_
     if (descriptor_ < 0) {
         return;
     }
-    if (untold_ > 0 && append(lost_line(untold_, now))) {
-        untold_ = 0;
+    if (unreported_ > 0 && append(lost_line(unreported_, now))) {
+        unreported_ = 0;
     }
-    if (untold_ > 0 || !append(audit_line(record, now))) {
-        ++untold_;
+    if (unreported_ > 0 || !append(audit_line(record, now))) {
+        ++unreported_;
         ++lost_;
     }
 }
@@ -181,7 +181,7 @@ std::string AuditLog::take_problem()
 bool AuditLog::append(std::string_view line)
 {
     const off_t before = lseek(descriptor_, 0, SEEK_END); // -1 for a device
-    const bool went_well_before = untold_ == 0;
+    const bool went_well_before = unreported_ == 0;
     ssize_t written = -1;
     do {
         written = ::write(descriptor_, line.data(), line.size());

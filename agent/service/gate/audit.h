@@ -48,7 +48,7 @@ class AuditLog {
     void write(const AuditRecord &record, std::chrono::system_clock::time_point now);
 
     // The number of lost lines that the file does not report yet, and the total since the start.
-    uint64_t untold() const { return untold_; }
+    uint64_t unreported() const { return unreported_; }
     uint64_t lost() const { return lost_; }
 
     // The error when lines begin to be lost, returned once each time; otherwise empty.
@@ -58,7 +58,7 @@ class AuditLog {
     bool append(std::string_view line);
 
     int descriptor_ = -1;
-    uint64_t untold_ = 0;
+    uint64_t unreported_ = 0;
     uint64_t lost_ = 0;
     std::string problem_;
 };

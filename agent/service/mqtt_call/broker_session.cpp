@@ -21,6 +21,20 @@ std::string random_client_name()
     return text;
 }
 
+bool is_epoch(std::string_view text)
+{
+    constexpr size_t kMaxEpoch = 64;
+    return !text.empty() && text.size() <= kMaxEpoch &&
+           text.find_first_not_of(
+               "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-") ==
+               std::string_view::npos;
+}
+
+bool is_to_be_repeated(std::string_view code)
+{
+    return code == "busy" || code == "rate-limited" || code == "rebooting";
+}
+
 BrokerSession::BrokerSession(boost::asio::io_context &loop, BrokerSessionOptions options,
                              BrokerSessionListener &listener)
     : loop_(loop), options_(std::move(options)), listener_(listener), lookup_(loop), attempt_(loop)
@@ -118,7 +132,8 @@ void BrokerSession::connect()
                                                      static_cast<BrokerListener &>(*this));
     attempt_.expires_after(kAttempt);
     attempt_.async_wait([this](const boost::system::error_code &problem) {
-        if (!problem) {
+        // An expiry that is queued already cannot be cancelled.
+        if (!problem && connection_ != nullptr && !is_connected_) {
             on_lost("no answer within " + std::to_string(kAttempt.count()) + " seconds");
         }
     });

@@ -13,12 +13,18 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace agent::service {
 
 // A client's name that no other one has.
 std::string random_client_name();
+
+// Whether a gateway may have sent the text as its epoch. Another one could not be sent back.
+bool is_epoch(std::string_view text);
+// Whether an answer with the code says that the request has not been executed, and may be later.
+bool is_to_be_repeated(std::string_view code);
 
 struct BrokerSessionOptions {
     std::vector<BrokerAddress> brokers; // the first one that can be reached is used

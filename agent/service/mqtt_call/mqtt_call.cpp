@@ -81,9 +81,6 @@ MqttCallerOptions caller_options(const MqttCallOptions &call, const std::string 
     return options;
 }
 
-// The codes of answers to requests that have not been executed, and may be later.
-constexpr std::string_view kNotExecuted[] = {"busy", "rate-limited", "rebooting"};
-
 // ---- Output -------------------------------------------------------------------------------------
 
 class MqttCall : MqttCallerListener {
@@ -128,7 +125,7 @@ class MqttCall : MqttCallerListener {
             fail(gateway, std::string("its answer is not valid: ") + problem.what());
             return true;
         }
-        if (std::ranges::find(kNotExecuted, answer.code) != std::end(kNotExecuted)) {
+        if (is_to_be_repeated(answer.code)) {
             refusals_[gateway] = answer.error + " (" + answer.code + ")";
             return false;
         }

@@ -32,16 +32,6 @@ std::string random_text()
     return text;
 }
 
-// Another text could not be sent back, and one gateway must not end the call of all.
-bool is_epoch(std::string_view text)
-{
-    constexpr size_t kMaxEpoch = 64;
-    return !text.empty() && text.size() <= kMaxEpoch &&
-           text.find_first_not_of(
-               "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-") ==
-               std::string_view::npos;
-}
-
 } // namespace
 
 MqttCaller::MqttCaller(boost::asio::io_context &loop, MqttCallerOptions options,

@@ -160,6 +160,9 @@ InProcessWorker::~InProcessWorker()
 
 void InProcessWorker::start(WorkerListener &listener)
 {
+    if (shared_ != nullptr) {
+        shared_->leave(); // its thread may run on
+    }
     shared_ = std::make_shared<Shared>(loop_, listener);
     // Signals are handled by the event loop's thread.
     sigset_t all;

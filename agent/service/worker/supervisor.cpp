@@ -91,6 +91,7 @@ void Supervisor::run(const Request &request, milliseconds time)
     id_ = request.id;
     command_ = request.name;
     time_ = time;
+    has_client_ = true;
     state_ = State::kRunning;
     set_deadline(Clock::now() + time);
     worker_->send(request.line);
@@ -132,6 +133,7 @@ void Supervisor::take_answer(std::string_view line)
         }
         deadline_.reset();
         state_ = State::kIdle;
+        has_client_ = false;
         listener_.on_answer(line);
         listener_.on_change();
         return;
@@ -144,8 +146,7 @@ void Supervisor::take_answer(std::string_view line)
         listener_.on_change();
         return;
     case State::kStopping:
-        if (!command_.empty()) {
-            command_.clear();
+        if (std::exchange(has_client_, false)) {
             listener_.on_answer(line);
         }
         return;
@@ -210,7 +211,7 @@ void Supervisor::kill_worker()
 
 void Supervisor::end_command(Code code, const std::string &text)
 {
-    command_.clear();
+    has_client_ = false;
     listener_.on_no_answer(code, text);
 }
 
@@ -244,7 +245,7 @@ void Supervisor::on_worker_end(const WorkerEnd &end)
     }
     deadline_.reset();
     if (state_ == State::kStopping) {
-        if (!command_.empty()) {
+        if (has_client_) {
             end_command(Code::kOutcomeUnknown, "the service has stopped");
         }
         state_ = State::kNone;
@@ -333,11 +334,7 @@ void Supervisor::on_deadline()
 {
     switch (state_) {
     case State::kStarting:
-        is_late_ = true;
-        refusal_ = "the worker has not been ready within " + seconds_text(times_.start) +
-                   " seconds, and is started again";
-        on_worker_fault("has not been ready within " + seconds_text(times_.start) + " seconds");
-        listener_.on_change();
+        on_late_start();
         break;
     case State::kEnding:
         // A process that waits for a device in the kernel ends only once that answers.
@@ -369,6 +366,22 @@ void Supervisor::on_deadline()
     }
 }
 
+// A worker that cannot be killed may still become ready.
+void Supervisor::on_late_start()
+{
+    const std::string fault =
+        "has not been ready within " + seconds_text(times_.start) + " seconds";
+    is_late_ = true;
+    refusal_ = "the worker " + fault;
+    if (worker_->can_be_killed()) {
+        refusal_ += ", and is started again";
+        on_worker_fault(fault);
+    } else {
+        print_error(refusal_);
+    }
+    listener_.on_change();
+}
+
 // The command has exceeded its time. While a background worker is running, the process is kept
 // until that worker has ended or exceeded its own time.
 void Supervisor::on_overdue_command()
@@ -385,7 +398,7 @@ void Supervisor::on_overdue_command()
             print_error(problem);
             state_ = State::kOverdue;
             refusal_ = problem + ", and the worker cannot be started again yet";
-            listener_.on_no_answer(Code::kOutcomeUnknown, problem);
+            end_command(Code::kOutcomeUnknown, problem);
             listener_.on_change();
         }
         if (latest > now) {
@@ -395,11 +408,10 @@ void Supervisor::on_overdue_command()
     }
     print_error(problem + "; the worker is killed");
     if (state_ == State::kRunning) {
-        listener_.on_no_answer(Code::kTimeout, problem);
+        end_command(Code::kTimeout, problem);
     }
     raise("worker.killed", R"({"command":)" + agent::quoted(command_) + R"(,"seconds":)" +
                                seconds_text(time_) + "}");
-    command_.clear();
     refusal_.clear();
     kill_worker();
     listener_.on_change();
@@ -416,10 +428,7 @@ void Supervisor::stop()
         return;
     case State::kStopping:
         return;
-    case State::kRunning:
-        break;
     default:
-        command_.clear();
         break;
     }
     state_ = State::kStopping;

@@ -90,6 +90,7 @@ class Supervisor : WorkerListener {
     void set_deadline(Clock::time_point deadline);
     void arm(Clock::time_point deadline);
     void on_deadline();
+    void on_late_start();
     void on_overdue_command();
 
     boost::asio::io_context &loop_;
@@ -102,8 +103,9 @@ class Supervisor : WorkerListener {
     bool is_known_bad_ = false;  // it is being killed because of a fault
     bool is_terminated_ = false; // SIGTERM was sent because it did not end by itself
     std::string refusal_;
-    std::string id_;      // of the running command
-    std::string command_; // its name
+    std::string id_;          // of the running command
+    std::string command_;     // its name
+    bool has_client_ = false; // that waits for its answer
     std::chrono::milliseconds time_{0};
     std::map<std::string, Clock::time_point, std::less<>> background_; // with their start times
     std::deque<Clock::time_point> crashes_;                            // of the last minute

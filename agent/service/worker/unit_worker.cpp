@@ -13,7 +13,7 @@ namespace agent::service {
 namespace {
 
 constexpr std::chrono::milliseconds kConnectAgain(100);
-constexpr int kToldAfter = 10; // attempts: a unit that starts again needs some
+constexpr int kReportedAfter = 10; // attempts: a unit that starts again needs some
 constexpr size_t kMostLeft = 1024UL * 1024;
 
 } // namespace
@@ -52,7 +52,7 @@ void UnitWorker::connect()
         }
         return;
     }
-    if (++attempts_ == kToldAfter) {
+    if (++attempts_ == kReportedAfter) {
         print_error(system_problem("the worker at " + std::string(address_.sun_path) +
                                    " cannot be reached"));
     }

@@ -8,9 +8,8 @@ import os
 import pathlib
 import re
 import socket
-import threading
 
-from http_service import CONSOLE_PAGE, Service, ServiceTest, read_all, unittest
+from http_service import CONSOLE_PAGE, ServiceTest, unittest
 
 SN_INFO = ('{"result":0,"reply":{"Status":"0","MAC":"3C:6A:D2:10:4F:20","tslinkstatus":"1",'
            '"DeviceType":"HGU-AX3000"}}')

@@ -7,9 +7,9 @@ import re
 import signal
 import socket
 import struct
-import threading
 
-from http_service import Service, ServiceTest, read_all, unittest
+import websocket
+from http_service import ServiceTest, read_all, unittest
 
 
 class Hostile(ServiceTest):
@@ -154,6 +154,22 @@ class Hostile(ServiceTest):
         self.assertLess(sent, 300)
         mine.sock.close()
 
+    def test_a_web_socket_that_does_not_read_is_closed_after_its_logout(self):
+        """It never sees the close frame."""
+        fields = self.ask("POST", "/api/login", {"token": self.service.token}, token=False)[1]
+        cookie = fields["Set-Cookie"].split(";")[0]
+        mine = self.service.web_socket([f"Cookie: {cookie}"], token=False,
+                                       sockopt=[(socket.SOL_SOCKET, socket.SO_RCVBUF, 4096)])
+        mine.settimeout(0.5)
+        try:
+            while True:  # until the service stops reading
+                mine.send('{"id":"' + "a" * 90000 + '","hello":{}}')
+        except (OSError, websocket.WebSocketException):
+            pass
+        self.ask("POST", "/api/logout", headers={"Cookie": cookie}, token=False)
+        poll_until_closed(mine.sock)
+        mine.sock.close()
+
     def test_many_connections_keep_nobody_out(self):
         held = []
         for number in range(1000):
@@ -212,6 +228,20 @@ class Hostile(ServiceTest):
                 if not request:
                     request = bytearray(b"a")
             self.service.raw(bytes(request))
+
+
+class LongCommand(ServiceTest):
+    OPTIONS = ("--request-seconds=1",)
+    BEFORE = ("--fault=devapi_get_sn_info=0@2500ms",)
+
+    def test_a_command_may_take_longer_than_its_request(self):
+        """Also one whose body came with the header that asks whether it may come."""
+        for expectation in ("", "Expect: 100-continue\r\n"):
+            answer = self.service.raw(
+                (f"POST /api/command/GET_SN_INFO HTTP/1.1\r\nHost: {self.service.authority}\r\n"
+                 f"Authorization: Bearer {self.service.token}\r\n{expectation}Content-Length: 2\r\n"
+                 "Connection: close\r\n\r\n{}").encode(), finish=False)
+            self.assertIn(b"HTTP/1.1 200 OK", answer, expectation)
 
 
 def poll_until_closed(plain):

@@ -2,12 +2,10 @@
 """A service with HTTP, and clients of it."""
 import http.client
 import json
-import os
 import pathlib
 import re
 import signal
 import socket
-import ssl
 import subprocess
 import sys
 import tempfile
@@ -121,12 +119,13 @@ class ServiceTest(unittest.TestCase):
     """One service for the tests of a class."""
 
     OPTIONS = ()
+    BEFORE = ()
     FILES = ()
     CONSOLE = "127.0.0.1:0"
 
     @classmethod
     def setUpClass(cls):
-        cls.service = Service(*cls.OPTIONS, console=cls.CONSOLE, files=cls.FILES)
+        cls.service = Service(*cls.OPTIONS, console=cls.CONSOLE, files=cls.FILES, before=cls.BEFORE)
 
     @classmethod
     def tearDownClass(cls):

@@ -5,7 +5,6 @@ import http.client
 import json
 import os
 import pathlib
-import re
 import signal
 import socket
 import ssl
@@ -265,6 +264,22 @@ class Start(unittest.TestCase):
             said = self.refusal("--console=127.0.0.1:0", f"--console-certificate={self.folder}/{certificate}",
                                 f"--console-key={self.folder}/{key}", status=4)
             self.assertIn(problem, said)
+
+    def test_no_pass_phrase_is_asked_for(self):
+        """Without a terminal, OpenSSL would take it from standard input."""
+        make_certificate(self.folder)
+        subprocess.run(["openssl", "pkey", "-aes256", "-passout", "pass:secret", "-in", f"{self.folder}/server.key",
+                        "-out", f"{self.folder}/locked.key"], check=True)
+        with subprocess.Popen([HGAGENT, "run", f"--socket={self.folder}/s.sock", "--console=127.0.0.1:0",
+                               f"--console-certificate={self.folder}/server.crt",
+                               f"--console-key={self.folder}/locked.key"],
+                              stdin=subprocess.PIPE, stderr=subprocess.PIPE, text=True, start_new_session=True) as process:
+            process.stdin.write("secret\n")
+            process.stdin.close()
+            line = process.stderr.readline()
+            if "cannot use the key" not in line:
+                process.kill()
+        self.assertEqual(process.returncode, 4, line)
 
 
 if __name__ == "__main__":

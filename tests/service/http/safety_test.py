@@ -5,12 +5,11 @@ import json
 import os
 import pathlib
 import re
-import signal
 import socket
 import stat
 
 import websocket
-from http_service import Service, ServiceTest, read_all, unittest
+from http_service import ServiceTest, unittest
 
 
 class Login(ServiceTest):

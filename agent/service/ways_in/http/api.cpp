@@ -49,7 +49,7 @@ HttpResponse session_response(HttpConnection &connection, const Login &login)
             session["reports"].push_back(name);
         }
     }
-    return json_response(200, session.dump());
+    return json_response(status::kOk, session.dump());
 }
 
 Made make_session(HttpConnection &connection, const Login &login, const std::string &)
@@ -104,7 +104,7 @@ Made make_openapi(HttpConnection &connection, const Login &, const std::string &
 Made make_metrics(HttpConnection &connection, const Login &, const std::string &)
 {
     return make_simple(connection, [&connection] {
-        HttpResponse response = empty_response(200);
+        HttpResponse response = empty_response(status::kOk);
         response.add("Content-Type", kMetricsType);
         response.body = std::make_shared<const std::string>(connection.server().gate().metrics());
         return response;

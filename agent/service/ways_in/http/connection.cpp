@@ -261,8 +261,8 @@ void HttpConnection::respond(HttpResponse response)
     keep_alive_ = keep_alive_ && is_whole && !response.closes && !is_last_ &&
                   !server_.is_stopping() && !response.is_stream;
     phase_ = response.is_stream ? Phase::kStreaming : Phase::kResponding;
-    const bool has_body =
-        response.body != nullptr && request().method != "HEAD" && response.status != 304;
+    const bool has_body = response.body != nullptr && request().method != "HEAD" &&
+                          response.status != status::kNotModified;
     write(header_of(response, keep_alive_, request().is_http_11));
     if (has_body && !response.body->empty()) {
         pending_ += response.body->size();
@@ -292,7 +292,7 @@ void HttpConnection::write_next()
     if (phase_ == Phase::kResponding) {
         handler_ = nullptr; // what it holds is free before the client has its response
     }
-    if (phase_ != Phase::kReading) {
+    if (phase_ == Phase::kResponding || phase_ == Phase::kStreaming) {
         arm(server_.options().request_time); // for each part, so that a long one may take longer
     }
     const auto text = out_.front();

@@ -52,12 +52,6 @@ const std::string *HttpRequest::find(std::string_view name) const
     return found;
 }
 
-size_t HttpRequest::count(std::string_view name) const
-{
-    return static_cast<size_t>(
-        std::ranges::count_if(fields, [&](const auto &field) { return field.first == name; }));
-}
-
 bool HttpRequest::has_word(std::string_view name, std::string_view word) const
 {
     return std::ranges::any_of(fields, [&](const auto &field) {
@@ -201,11 +195,6 @@ RequestReader::State RequestReader::state() const
         return State::kDone;
     }
     return parser_->is_header_done() ? State::kBody : State::kHeader;
-}
-
-bool RequestReader::has_begun() const
-{
-    return parser_->got_some();
 }
 
 int RequestReader::problem_status() const

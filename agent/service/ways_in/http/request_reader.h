@@ -22,7 +22,6 @@ struct HttpRequest {
 
     // The value of a field that is there once; null otherwise.
     const std::string *find(std::string_view name) const;
-    size_t count(std::string_view name) const;
     // Whether the field's list has the word, ignoring case.
     bool has_word(std::string_view name, std::string_view word) const;
     // The value of a key in the query, decoded; empty if absent.
@@ -43,8 +42,6 @@ class RequestReader {
     // how many were taken; the others have to be given again.
     size_t take(std::string_view bytes);
     State state() const;
-    // Whether bytes have arrived.
-    bool has_begun() const;
 
     // In the state kBad: the status to answer with.
     int problem_status() const;

@@ -121,7 +121,8 @@ std::string header_of(const HttpResponse &response, bool keep_alive, bool is_htt
     for (const auto &[name, value] : response.fields) {
         text.append(name).append(": ").append(value).append("\r\n");
     }
-    if (!response.is_stream && response.status != 204 && response.status != 304) {
+    if (!response.is_stream && response.status != status::kNoContent &&
+        response.status != status::kNotModified) {
         text += "Content-Length: " +
                 std::to_string(response.body != nullptr ? response.body->size() : 0) + "\r\n";
     }

@@ -91,7 +91,7 @@ HttpResponse StaticFile::response(const HttpRequest &request) const
     response.add("ETag", own_tag).add("Cache-Control", caching).add("Vary", "Accept-Encoding");
     const std::string *known = request.find("if-none-match");
     if (known != nullptr && known->find(own_tag) != std::string::npos) {
-        response.status = 304;
+        response.status = status::kNotModified;
         return response;
     }
     response.add("Content-Type", type);

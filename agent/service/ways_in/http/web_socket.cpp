@@ -124,6 +124,7 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
             close(); // not accepted yet
             return;
         }
+        arm_ping(); // a client that does not read would never see the close frame
         socket_.async_close(code,
                             [self = shared_from_this()](const error_code &) { self->close(); });
     }
@@ -242,21 +243,18 @@ class WebSocket : public HttpPeer, public std::enable_shared_from_this<WebSocket
     {
         ping_.expires_after(server_.options().request_time * kPingFactor);
         ping_.async_wait([self = shared_from_this()](const error_code &problem) {
-            if (problem || !self->is_open_ || self->is_ending_) {
-                return;
-            }
-            if (!self->server_.is_login_open(self->login_)) {
-                self->end(websocket::close_code::policy_error);
+            if (problem || !self->is_open_) {
                 return;
             }
             const bool is_stuck = !self->out_.empty() && self->written_before_ == self->written_;
             self->written_before_ = self->written_;
-            if (is_stuck) {
+            if (self->is_ending_ || is_stuck ||
+                (self->is_reading_ && ++self->silence_ > kMostSilence)) {
                 self->abort();
                 return;
             }
-            if (self->is_reading_ && ++self->silence_ > kMostSilence) {
-                self->abort();
+            if (!self->server_.is_login_open(self->login_)) {
+                self->end(websocket::close_code::policy_error);
                 return;
             }
             if (!self->is_pinging_) {

@@ -57,6 +57,8 @@ TlsContext::TlsContext(const TlsOptions &options, const std::string &host)
         require(SSL_CTX_load_verify_file(context, options.ca.c_str()) == 1,
                 "cannot read " + options.ca);
     }
+    // OpenSSL would ask for a pass phrase at the terminal, and the service would wait for it.
+    SSL_CTX_set_default_passwd_cb(context, [](char *, int, int, void *) { return -1; });
     if (!options.certificate.empty()) {
         require(SSL_CTX_use_certificate_chain_file(context, options.certificate.c_str()) == 1,
                 "cannot read " + options.certificate);

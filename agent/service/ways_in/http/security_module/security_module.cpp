@@ -136,6 +136,8 @@ class OpenSslContext : public ServerTls {
                                       SSL_MODE_RELEASE_BUFFERS);
         SSL_CTX_set_session_cache_mode(context, SSL_SESS_CACHE_OFF);
         SSL_CTX_set_alpn_select_cb(context, choose_protocol, nullptr);
+        // OpenSSL would ask for a pass phrase at the terminal, and the service would wait for it.
+        SSL_CTX_set_default_passwd_cb(context, [](char *, int, int, void *) { return -1; });
         if (SSL_CTX_use_certificate_chain_file(context, certificate.c_str()) != 1) {
             throw std::runtime_error("cannot use the certificate " + certificate + ": " +
                                      first_error());
