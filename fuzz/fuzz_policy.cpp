@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes the files of the service: the input is a configuration or a policy in TOML.
+// Fuzzes the files of the service: the input is a configuration or a policy in TOML, or the mix of
+// commands that a fleet is driven with.
 //
 // What is wrong with one is told in lines of UTF-8 that begin with the file's name. What is right
 // decides the same for the same client every time, gives a reason, and lets nobody in who is in no
-// role.
+// role; a mix can be drawn from, and each of its requests can be sent.
+#include "fleet/platform/mix.h"
 #include "io/text.h"
 #include "lines.h"
 #include "mutator.h"
 #include "protocol/protocol.h"
+#include "protocol/requests.h"
 #include "request.h"
 #include "service/config.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -69,6 +73,27 @@ void check(const Policy &policy)
     }
 }
 
+void check(const agent::fleet::platform::Mix &mix)
+{
+    double sum = 0;
+    for (const agent::fleet::platform::MixEntry &entry : mix) {
+        sum += entry.weight;
+        if (entry.is_setting ? entry.values.empty() || entry.key.empty()
+                             : agent::parse_object(entry.params) == nullptr) {
+            give_up("a request that cannot be sent: " + entry.command);
+        }
+        if (entry.is_setting) {
+            entry.value("gw{sequence}", UINT32_MAX);
+        }
+        if (!(entry.weight > 0)) {
+            give_up("a weight that is none: " + entry.command);
+        }
+    }
+    if (mix.empty() || !std::isfinite(sum)) {
+        give_up("a mix that cannot be drawn from");
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -84,6 +109,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         check(config.policy);
         worker_arguments(config);
         config.socket.mode_bits();
+    } catch (const ConfigError &wrong) {
+        check(wrong);
+    }
+    try {
+        check(agent::fleet::platform::parse_mix(text, kFile));
     } catch (const ConfigError &wrong) {
         check(wrong);
     }

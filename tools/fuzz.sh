@@ -7,9 +7,9 @@
 #   fuzz.sh --minimise [TARGET...]  adds inputs of long runs that reach more code to fuzz/corpus
 #   fuzz.sh --coverage [TARGET...]  prints the lines that the corpora reach
 #
-# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve, fuzz_policy and fuzz_state, by default
-# all of them. When one finds something, the exit status is not 0, the input is in build/fuzz/findings, and
-# the last line about the target says how to repeat it.
+# The targets are fuzz_request, fuzz_device, fuzz_session, fuzz_serve, fuzz_http, fuzz_mqtt, fuzz_policy,
+# fuzz_recording, fuzz_linux and fuzz_state, by default all of them. When one finds something, the exit status
+# is not 0, the input is in build/fuzz/findings, and the last line about the target says how to repeat it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -27,7 +27,8 @@ case ${1-} in
 esac
 targets=("$@")
 if [ $# -eq 0 ]; then
-    targets=(fuzz_request fuzz_device fuzz_session fuzz_serve fuzz_policy fuzz_state)
+    targets=(fuzz_request fuzz_device fuzz_session fuzz_serve fuzz_http fuzz_mqtt fuzz_policy fuzz_recording
+        fuzz_linux fuzz_state)
     # Its corpus is two states of version 0.1.0: hundreds of homes would be a megabyte.
     if [ "$mode" = minimise ]; then
         unset 'targets[-1]'
@@ -46,10 +47,13 @@ mkdir -p "$home/findings"
 # There is no time limit for an input: on a busy or suspended machine it would report false findings.
 limits=(-timeout=0 -rss_limit_mb=2560)
 # The maximum size of an input; the agent's log is discarded.
+# libFuzzer's choice of inputs by the features they have would take most of the time of HTTP and MQTT.
 declare -A options=(
     [fuzz_request]="-max_len=4096" [fuzz_device]="-max_len=4096" [fuzz_session]="-max_len=4096"
     [fuzz_serve]="-max_len=4096 -close_fd_mask=2" [fuzz_state]="-max_len=16384"
-    [fuzz_policy]="-max_len=4096"
+    [fuzz_http]="-max_len=4096 -close_fd_mask=2 -entropic=0"
+    [fuzz_mqtt]="-max_len=4096 -close_fd_mask=2 -entropic=0"
+    [fuzz_policy]="-max_len=4096" [fuzz_recording]="-max_len=8192 -close_fd_mask=3" [fuzz_linux]="-max_len=4096"
 )
 # Short stack traces of allocations and a small quarantine, for speed.
 export ASAN_OPTIONS=malloc_context_size=8:quarantine_size_mb=32
@@ -114,7 +118,7 @@ long() {
 short() {
     local -A runs=(
         [fuzz_request]=10000 [fuzz_device]=6000 [fuzz_session]=240 [fuzz_serve]=2000 [fuzz_policy]=4000
-        [fuzz_state]=400
+        [fuzz_http]=400 [fuzz_mqtt]=400 [fuzz_recording]=600 [fuzz_linux]=4000 [fuzz_state]=400
     )
     local target workers=()
     build build/fuzz_short -D CMAKE_CXX_FLAGS_DEBUG="-O0 -g1"
@@ -168,7 +172,8 @@ coverage() {
         case $target in
             fuzz_session) folders+=(simulated_gateway) ;;
             fuzz_serve) folders+=(agent) ;;
-            fuzz_policy) folders=(agent) ;;
+            fuzz_http | fuzz_mqtt | fuzz_policy | fuzz_recording) folders=(agent) ;;
+            fuzz_linux) folders=(linux_gateway) ;;
             fuzz_state) folders=(simulated_gateway) ;;
         esac
         printf '== %s: lines of each file\n' "$target"

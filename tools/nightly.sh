@@ -15,6 +15,8 @@ job_fuzzing() {
     local status=0
     tools/fuzz.sh 1800 fuzz_request fuzz_device || status=1
     tools/fuzz.sh 1800 fuzz_session fuzz_serve || status=1
+    tools/fuzz.sh 1800 fuzz_http fuzz_mqtt || status=1
+    tools/fuzz.sh 1800 fuzz_recording fuzz_linux || status=1
     tools/fuzz.sh 1800 fuzz_state fuzz_policy || status=1
     return "$status"
 }
