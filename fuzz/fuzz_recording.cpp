@@ -221,7 +221,7 @@ bool read_all(const std::string &file)
 {
     try {
         RecordingReader recording(file);
-        for (const SessionStart &start : recording.sessions()) {
+        for (const LineStart &start : recording.sessions()) {
             recording.go_to(start);
             recording.head();
             while (const std::optional<Event> event = recording.next()) {
