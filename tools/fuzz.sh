@@ -43,7 +43,7 @@ done
 
 # The build, corpora and findings of long runs.
 home=build/fuzz
-mkdir -p "$home/findings"
+mkdir -p "$home/findings" "${targets[@]/#/fuzz/corpus/}" # git has no folder for an empty corpus
 # There is no time limit for an input: on a busy or suspended machine it would report false findings.
 limits=(-timeout=0 -rss_limit_mb=2560)
 # The maximum size of an input; the agent's log is discarded.
