@@ -55,7 +55,7 @@ std::string_view text_member(std::string_view line, std::string_view key)
 
 Supervisor::Supervisor(boost::asio::io_context &loop, std::unique_ptr<Worker> worker,
                        SupervisorListener &listener)
-    : loop_(loop), worker_(std::move(worker)), listener_(listener), timer_(loop)
+    : worker_(std::move(worker)), listener_(listener), timer_(loop)
 {
 }
 

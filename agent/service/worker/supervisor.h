@@ -93,7 +93,6 @@ class Supervisor : WorkerListener {
     void on_late_start();
     void on_overdue_command();
 
-    boost::asio::io_context &loop_;
     std::unique_ptr<Worker> worker_;
     SupervisorListener &listener_;
     WorkerTimes times_;
