@@ -21,7 +21,7 @@ packages=(
     libhowardhinnant-date-dev libmnl-dev libnftables-dev libnl-3-dev libnl-route-3-dev tzdata
     busybox dnsmasq-base ifupdown iperf3 iproute2 iputils-ping isc-dhcp-client nftables
     argon2 ca-certificates curl libbenchmark-dev libgmock-dev libgtest-dev mosquitto mosquitto-clients openssl pkgconf python3
-    python3-jsonschema python3-paho-mqtt python3-pexpect python3-websocket socat strace systemd valgrind
+    python3-jsonschema python3-paho-mqtt python3-pexpect python3-websocket socat strace systemd valgrind xz-utils
 )
 foreign=()
 node=(nodejs)
