@@ -60,5 +60,7 @@ def prepare(folders):
 
 
 def may_change_users():
-    """Whether there are other users than root in the namespace."""
-    return int(pathlib.Path("/proc/self/uid_map").read_text(encoding="ascii").split()[2]) > 65534
+    """Whether there are other users than root in the namespace, who may also enter the folder of the project: that of
+    root is often closed to them."""
+    has_users = int(pathlib.Path("/proc/self/uid_map").read_text(encoding="ascii").split()[2]) > 65534
+    return has_users and all(folder.stat().st_mode & 0o001 for folder in pathlib.Path(__file__).resolve().parents)

@@ -46,7 +46,7 @@ def steps(section):
 class PageTest(unittest.TestCase):
     def setUp(self):
         if not namespaces.may_change_users():
-            self.skipTest("the page is for root, whose files it writes over")
+            self.skipTest("the page is for root, whose files it writes over, in a folder that every user may enter")
         self.stack = self.enterContext(contextlib.ExitStack())
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.folder.chmod(0o755)
