@@ -3,8 +3,6 @@
 // them, and the firewall.
 #include "recipes.h"
 
-#include <stdio.h>
-
 using namespace smart_router;
 
 namespace {
@@ -166,8 +164,8 @@ int32_t json_get_attach_device_right(cJSON *obj)
     for (int32_t at = 0; at < count && reply.complete(); ++at) {
         AttachDeviceRight right = {};
         right.HostIndex = at + 1;
-        char index[16];
-        snprintf(index, sizeof index, "%d", right.HostIndex);
+        NumberText index;
+        put_number(index, right.HostIndex);
         result = devapi_get_attach_device_right(&right);
         if (result != 0) {
             // The address of the text, not its value: tools that read the log expect a number here.

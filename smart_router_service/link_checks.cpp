@@ -2,8 +2,6 @@
 // Access points on each channel, the check of the links, and the signal of a station.
 #include "recipes.h"
 
-#include <stdio.h>
-
 using namespace smart_router;
 
 namespace {
@@ -25,8 +23,8 @@ constexpr auto kRadios = Fields{
 // A new object for a channel; null when memory ran out.
 cJSON *channel_object(int16_t channel, int32_t access_points)
 {
-    char name[8];
-    snprintf(name, sizeof name, "%d", channel);
+    NumberText name;
+    put_number(name, channel);
     JsonItem object(cJSON_CreateObject());
     cJSON *count = cJSON_CreateNumber(access_points);
     if (object.get() == nullptr || count == nullptr || !add_text(object.get(), "Name", name)) {

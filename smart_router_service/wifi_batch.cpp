@@ -4,7 +4,6 @@
 #include "wifi.h"
 
 #include <pthread.h>
-#include <stdio.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -105,8 +104,8 @@ int32_t json_get_wifi_list_info(cJSON *obj)
         ssid.SSIDIndex = index;
         result = devapi_get_ssid_info(&ssid);
         if (result != 0) {
-            char text[16];
-            snprintf(text, sizeof text, "%d", index);
+            NumberText text;
+            put_number(text, index);
             LOG_DEBUG("json_get_wifi_list_info error! return =%d! index=%s\n", result, text);
             continue;
         }

@@ -204,6 +204,16 @@ TEST_F(GetQosInfo, ARuleHasNoMoreThanThreeTypes)
     }
 }
 
+TEST_F(GetQosInfo, ReadsNoFurtherThanTheSwitch)
+{
+    QosInfo qos = report_of(0, 0);
+    memset(qos.Enable, '1', sizeof qos.Enable);
+    qos_is(qos);
+    EXPECT_EQ(run(kCommand), R"({"Enable":")" + std::string(sizeof qos.Enable, '1') +
+                                 R"(","app_info_list":[],"classification_info_list":[],)"
+                                 R"("Status":"0"})");
+}
+
 // The other rules are reported, and a second status.
 TEST_F(GetQosInfo, DropsARuleThatThereIsNoMemoryFor)
 {

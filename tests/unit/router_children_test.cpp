@@ -349,4 +349,15 @@ TEST_F(AttachedToAChildTest, OfWhatIsNoObjectAddNothing)
     EXPECT_EQ(result, -1);
 }
 
+TEST_F(AttachedToAChildTest, AreNotQueriedWithoutMemoryForTheFirst)
+{
+    const TopoNode node = {};
+    report([&](cJSON *object) {
+        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+        return json_get_child_router_baseinfo(&node, object);
+    });
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_basic_area_code"});
+}
+
 } // namespace router_children_test

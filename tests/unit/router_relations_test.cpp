@@ -203,4 +203,14 @@ TEST_F(RouterRelationsTest, OfWhatIsNoObjectAddNothing)
     EXPECT_EQ(json_get_topo_router_info(nullptr), -1);
 }
 
+TEST_F(RouterRelationsTest, AreNotQueriedWithoutMemoryForTheList)
+{
+    report([](cJSON *object) {
+        const FailingMemory memory(0, FailingMemory::Fail::kOnce);
+        return json_get_topo_router_info(object);
+    });
+    EXPECT_EQ(result, -1);
+    EXPECT_TRUE(recording_device::calls().empty());
+}
+
 } // namespace router_relations_test

@@ -122,6 +122,25 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreLoggedWhenThereIsNoMemoryForOne)
     });
 }
 
+TEST_F(GetTslinkTopologyInfoChildRouters, AreListedAfterOneWithoutMemoryForItsStations)
+{
+    const auto two_routers = [] {
+        child_routers_are({7, 3});
+        child_router_is(child_router());
+    };
+    const auto act = [this](cJSON *array) {
+        result = json_get_child_router_topo_info(array);
+    };
+    int without_list = 0;
+    sweep_memory(act, "[]", two_routers, [&](const std::string &array, FailingMemory::Fail how) {
+        if (result == 0 && how == FailingMemory::Fail::kOnce) {
+            EXPECT_EQ(array, "[" + with_stations("[]") + "]");
+            ++without_list;
+        }
+    });
+    EXPECT_EQ(without_list, 2);
+}
+
 TEST_F(GetTslinkTopologyInfoChildRouters, AskForTheStationsOfAMacWithoutAnEnd)
 {
     ChildRouterInfo record = child_router();

@@ -277,6 +277,17 @@ TEST_F(GetTslinkTopologyInfoMesh, ListsTheChildrenOfAnyOtherModel)
     }
 }
 
+TEST_F(GetTslinkTopologyInfoMesh, EndsTheRouterWithoutMemoryForItsChildren)
+{
+    std::optional<FailingMemory> memory;
+    when<devapi_get_mesh_type>([&] {
+        memory.emplace(0, FailingMemory::Fail::kOnce);
+        return 2;
+    });
+    EXPECT_EQ(router_report(), router().json());
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create childinfo_json err"}}));
+}
+
 TEST_F(GetTslinkTopologyInfoMesh, AsksForTheChildrenInOrder)
 {
     mesh_type_is(2);
