@@ -6,6 +6,7 @@
 #include "recording_host.h"
 #include "smart_router_service/processjsonability.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -15,7 +16,10 @@
 using recording_device::Call;
 using recording_device::contents;
 using recording_device::when;
+using recording_device::writes;
 using recording_host::LogLine;
+using Calls = std::vector<Call>;
+using LogLines = std::vector<LogLine>;
 using Names = std::vector<std::string>;
 
 struct DeleteJson {
@@ -36,15 +40,25 @@ std::string run(const std::string &command, const std::string &request = "{}");
 // A text of this many bytes in which each byte differs from its neighbours.
 std::string text_of_length(size_t length);
 
+// Writes a text into a field, without a NUL if it is as long as the field.
+template <size_t width> void put(char (&field)[width], const std::string &text)
+{
+    memset(field, '\0', width);
+    text.copy(field, width);
+}
+
 // Fills a field completely, without a NUL.
 template <size_t width> void fill(char (&field)[width])
 {
-    text_of_length(width).copy(field, width);
+    put(field, text_of_length(width));
 }
 
 class HandlerTest : public testing::Test {
   protected:
-    HandlerTest()
+    HandlerTest() { forget(); }
+
+    // Forgets the calls, what the device is programmed to do, and the log.
+    static void forget()
     {
         recording_device::reset();
         recording_host::reset();

@@ -79,6 +79,32 @@ template <auto function, class Callable> void when(Callable callable)
     at_reset([] { answer<function>() = nullptr; });
 }
 
+// Whether a function can write the value to the argument. A text is written with its NUL.
+template <class Argument, class Value>
+constexpr bool kTakes = std::is_same_v<Argument, Value *> ||
+                        (std::is_same_v<Argument, char *> && std::is_same_v<Value, std::string>);
+
+template <class Argument, class Value> void write_to(Argument argument, const Value &value)
+{
+    if constexpr (std::is_same_v<Argument, Value *>) {
+        *argument = value;
+    } else if constexpr (kTakes<Argument, Value>) {
+        std::memcpy(argument, value.c_str(), value.size() + 1);
+    }
+}
+
+// Programs a function to write the value, a number, a record or a text, and to return the result.
+template <auto function, class Given> void writes(const Given &given, int32_t result = 0)
+{
+    using Value =
+        std::conditional_t<std::is_convertible_v<const Given &, std::string>, std::string, Given>;
+    when<function>([value = Value(given), result](auto... arguments) {
+        static_assert((kTakes<decltype(arguments), Value> || ...), "no argument for the value");
+        (write_to(arguments, value), ...);
+        return result;
+    });
+}
+
 // An argument as passed to the answer for all functions.
 struct Argument {
     const std::type_info *type; // of a number, or of what the address points to

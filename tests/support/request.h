@@ -47,6 +47,16 @@ class Request {
         return changed;
     }
 
+    // The requests that lack the key, or have a value for it that is not a string.
+    std::vector<Request> without_text(const std::string &key) const
+    {
+        std::vector<Request> requests = {without(key)};
+        for (const std::string &no_text : kNoTexts) {
+            requests.push_back(with(key, no_text));
+        }
+        return requests;
+    }
+
     std::string json() const { return "{" + members() + "}"; }
 
     // The request followed by the members of a reply: what the object holds when nothing was
@@ -68,6 +78,20 @@ class Request {
 
     Keys keys_;
 };
+
+// JSON values that are not objects with a string for each of the keys.
+inline std::vector<std::string> not_like(const Request &whole)
+{
+    std::vector<std::string> others = {
+        "null", "7", "true", R"("x")", "[]", "{}", "[[[[]]]]", "[" + whole.json() + "]"};
+    for (const auto &[key, json] : whole.keys()) {
+        others.push_back(quoted(key));
+        for (const Request &request : whole.without_text(key)) {
+            others.push_back(request.json());
+        }
+    }
+    return others;
+}
 
 // The members of a failure's reply.
 inline std::string failure(const std::string &reason)

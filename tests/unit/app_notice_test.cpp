@@ -10,9 +10,6 @@
 
 namespace app_notice_test {
 
-using Calls = std::vector<Call>;
-using Lines = std::vector<LogLine>;
-
 constexpr time_t kMoment = 1736240703; // 2025-01-07 09:05:03 UTC
 const std::string kNul(1, '\0');
 
@@ -32,10 +29,7 @@ class AppNoticeTest : public HandlerTest {
         when<base64_encode>(
             [](const char *text) { return strdup((std::string("base64 of ") + text).c_str()); });
         when<getmd5>([](const char *, char *out) { strcpy(out, "a digest"); });
-        when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
-            strcpy(mac, "3c:6a:d2:10:4f:20");
-            return 0;
-        });
+        writes<devapi_get_iotagtd_device_mac>("3c:6a:d2:10:4f:20");
         when<mac_form_translate>([](const char *, int32_t, char *out) { strcpy(out, "3C6AD2"); });
     }
 
@@ -81,7 +75,7 @@ TEST_F(AppNoticeTest, IsWrappedAndSent)
                               {"mac_form_translate", {"3c:6a:d2:10:4f:20", "1", kNul}},
                               {"kaa_device_notice", {text}}}));
     expect_released("base64 of hello");
-    EXPECT_EQ(recording_host::log_lines(), (Lines{{7, "notice to app:\n" + text + "\n"}}));
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "notice to app:\n" + text + "\n"}}));
 }
 
 TEST_F(AppNoticeTest, MayBeEmpty)
@@ -90,7 +84,7 @@ TEST_F(AppNoticeTest, MayBeEmpty)
     EXPECT_EQ(sent(), envelope("", "20250107090503", "a digest", "3C6AD2", "base64 of "));
 }
 
-TEST_F(AppNoticeTest, MayHoldAnythingOfAnyLength)
+TEST_F(AppNoticeTest, MayHaveAnyContentAndLength)
 {
     const std::string message(1 << 20, 'x');
     EXPECT_EQ(json_msg_notice_to_app(message.c_str(), "a\"b\\c\n%s%n\xc4\xe3\x01"), 0);
@@ -101,7 +95,7 @@ TEST_F(AppNoticeTest, MayHoldAnythingOfAnyLength)
     expect_released("base64 of " + message);
 }
 
-TEST_F(AppNoticeTest, TellsTheLocalTime)
+TEST_F(AppNoticeTest, HasTheLocalTime)
 {
     const struct {
         time_t moment;
@@ -145,7 +139,7 @@ TEST_F(AppNoticeTest, IsRefusedWithoutATextOrAName)
         recording_host::reset();
         EXPECT_EQ(json_msg_notice_to_app(message, name), -1);
         EXPECT_EQ(recording_host::log_lines(),
-                  (Lines{{3, "json_msg_notice_to_app:param is null\n"}}));
+                  (LogLines{{3, "json_msg_notice_to_app:param is null\n"}}));
     }
     EXPECT_EQ(recording_device::calls(), Calls());
 }
@@ -156,13 +150,13 @@ TEST_F(AppNoticeTest, IsNotSentWithoutItsBody)
     EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), -1);
     EXPECT_EQ(calls(), (Calls{{"base64_encode", {"hello"}}}));
     EXPECT_EQ(recording_host::log_lines(),
-              (Lines{{3, "json_msg_notice_to_app:base64_encode err\n"}}));
+              (LogLines{{3, "json_msg_notice_to_app:base64_encode err\n"}}));
 }
 
 TEST_F(AppNoticeTest, IsNotSentWithoutItsTime)
 {
     const Calls expected = {{"base64_encode", {"hello"}}, {"getmd5", {"base64 of hello", kNul}}};
-    const Lines lines = {{3, "json_msg_notice_to_app:get time err\n"}};
+    const LogLines lines = {{3, "json_msg_notice_to_app:get time err\n"}};
     clock.fail_time();
     EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), -1);
     EXPECT_EQ(calls(), expected);
@@ -178,7 +172,7 @@ TEST_F(AppNoticeTest, IsNotSentWithoutItsTime)
     expect_released("base64 of hello", 2);
 }
 
-TEST_F(AppNoticeTest, IsSentWithWhatTheDeviceLeavesAsItsMac)
+TEST_F(AppNoticeTest, IsSentWithTheMacThatAFailedCallLeft)
 {
     when<mac_form_translate>([](const char *in, int32_t, char *out) {
         sprintf(out, "made of '%s'", in); // what a host makes of it
@@ -188,10 +182,7 @@ TEST_F(AppNoticeTest, IsSentWithWhatTheDeviceLeavesAsItsMac)
         EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), 0);
         EXPECT_EQ(sent(),
                   envelope("guard", "20250107090503", "a digest", "made of ''", "base64 of hello"));
-        when<devapi_get_iotagtd_device_mac>([result](char *mac, int32_t) {
-            strcpy(mac, "left behind");
-            return result;
-        });
+        writes<devapi_get_iotagtd_device_mac>("left behind", result);
         EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), 0);
         EXPECT_EQ(sent(), envelope("guard", "20250107090503", "a digest", "made of 'left behind'",
                                    "base64 of hello"));
@@ -229,14 +220,14 @@ TEST_F(AppNoticeTest, ReadsNoFurtherThanItsBuffers)
                                std::string(32, 'M'), "base64 of hello"));
 }
 
-TEST_F(AppNoticeTest, TheAgentMayRefuseIt)
+TEST_F(AppNoticeTest, MayBeRefusedByTheAgent)
 {
     for (const int32_t result : {1, -1, 5, INT_MIN}) {
         recording_host::reset();
         when<kaa_device_notice>([result](const char *) { return result; });
         EXPECT_EQ(json_msg_notice_to_app("hello", "guard"), result);
-        EXPECT_EQ(recording_host::log_lines(), (Lines{{7, "notice to app:\n" + sent() + "\n"},
-                                                      {3, "kaa_device_notice failed!!!\n"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "notice to app:\n" + sent() + "\n"},
+                                                         {3, "kaa_device_notice failed!!!\n"}}));
     }
     expect_released("base64 of hello", 4);
 }
@@ -262,7 +253,7 @@ TEST_F(AppNoticeTest, IsNotSentWithoutMemory)
             }
             EXPECT_EQ(result, -1) << "allocation " << first;
             EXPECT_EQ(recording_host::log_lines(),
-                      (Lines{{3, "json_msg_notice_to_app:create json err\n"}}));
+                      (LogLines{{3, "json_msg_notice_to_app:create json err\n"}}));
             EXPECT_EQ(sent(), "");
             EXPECT_EQ(recording_device::calls().size(), before + 5);
         }
@@ -272,7 +263,7 @@ TEST_F(AppNoticeTest, IsNotSentWithoutMemory)
     expect_released("base64 of hello", static_cast<long>(2 * allocations[0] + 2));
 }
 
-TEST_F(AppNoticeTest, MayBeRaisedByAnyThread)
+TEST_F(AppNoticeTest, MayBeSentByAnyThread)
 {
     constexpr int kThreads = 4;
     constexpr int kNotices = 100;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "handler_test.h"
-#include "request.h"
+#include "record_layouts.h"
 
 #include <cstring>
 #include <regex>
@@ -13,43 +13,13 @@ const std::string kFailure = "{" + failure("get ad base info error") + "}";
 
 class GetAdBaseInfo : public HandlerTest {};
 
-void hosts_are(int32_t count, int32_t result = 0)
-{
-    when<devapi_get_host_num>([=](int32_t *out) {
-        *out = count;
-        return result;
-    });
-}
+const Places kReported = attached_device_places(
+    {"Mac", "UID", "DevType", "DevFactory", "DevModle", "Name", "ByName", "OS", "Version",
+     "NetStatus", "NetMonopoly", "AccessType", "AccessEnable", "AccessTime", "UpSpeed", "DownSpeed",
+     "ip", "GreennetProtectEnable", "StaticDhcpEnable"});
 
-struct BaseText {
-    const char *key;
-    size_t offset;
-    size_t width;
-};
-const std::vector<BaseText> kReported = {
-    {"Mac", 8, 32},
-    {"UID", 40, 32},
-    {"DevType", 72, 32},
-    {"DevFactory", 104, 32},
-    {"DevModle", 72, 32},
-    {"Name", 136, 32},
-    {"ByName", 168, 32},
-    {"OS", 200, 32},
-    {"Version", 232, 32},
-    {"NetStatus", 264, 8},
-    {"NetMonopoly", 272, 32},
-    {"AccessType", 304, 32},
-    {"AccessEnable", 336, 8},
-    {"AccessTime", 344, 32},
-    {"UpSpeed", 376, 32},
-    {"DownSpeed", 408, 32},
-    {"ip", 440, 64},
-    {"GreennetProtectEnable", 632, 8},
-    {"StaticDhcpEnable", 648, 8},
-};
-
-// The text of a field of the device with this host index; the model is its type once more.
-std::string text_of(const BaseText &place, int32_t host)
+// The text of a field of the device with this host index.
+std::string text_of(const Place &place, int32_t host)
 {
     return std::to_string(host) + "@" + std::to_string(place.offset);
 }
@@ -59,7 +29,7 @@ int32_t describe(AdBaseInfo *info, int32_t result)
 {
     const int32_t host = info->HostIndex;
     memset(info, '?', sizeof *info);
-    for (const BaseText &place : kReported) {
+    for (const Place &place : kReported) {
         strcpy(reinterpret_cast<char *>(info) + place.offset, text_of(place, host).c_str());
     }
     return result;
@@ -67,17 +37,16 @@ int32_t describe(AdBaseInfo *info, int32_t result)
 
 std::string element(int32_t host)
 {
-    std::string text;
-    for (const BaseText &place : kReported) {
-        text += std::string(text.empty() ? "{\"" : ",\"") + place.key +
-                "\":" + quoted(text_of(place, host));
+    Request::Keys keys;
+    for (const Place &place : kReported) {
+        keys.emplace_back(place.key, quoted(text_of(place, host)));
     }
-    return text + "}";
+    return Request(keys).json();
 }
 
 TEST_F(GetAdBaseInfo, ReportsEveryDevice)
 {
-    hosts_are(2);
+    writes<devapi_get_host_num>(2);
     when<devapi_get_ad_base_info>([](AdBaseInfo *info) { return describe(info, 0); });
     EXPECT_EQ(run(kCommand, R"({"baseinfo":"kept"})"), R"({"baseinfo":"kept","BaseInfo":[)" +
                                                            element(1) + "," + element(2) +
@@ -87,10 +56,9 @@ TEST_F(GetAdBaseInfo, ReportsEveryDevice)
     first.HostIndex = 1;
     AdBaseInfo second = {};
     second.HostIndex = 2;
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_host_num", {contents(&none)}},
-                                 {"devapi_get_ad_base_info", {contents(&first)}},
-                                 {"devapi_get_ad_base_info", {contents(&second)}}}));
+    EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_get_host_num", {contents(&none)}},
+                                                {"devapi_get_ad_base_info", {contents(&first)}},
+                                                {"devapi_get_ad_base_info", {contents(&second)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
@@ -98,23 +66,23 @@ TEST_F(GetAdBaseInfo, NoDevicesAreAnEmptyList)
 {
     for (const int32_t count : {0, -1, -5, INT32_MIN}) {
         recording_device::reset();
-        hosts_are(count);
+        writes<devapi_get_host_num>(count);
         EXPECT_EQ(run(kCommand), R"({"BaseInfo":[],"Status":"0"})") << count;
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_host_num"});
     }
 }
 
-TEST_F(GetAdBaseInfo, AnyCountIsHeldToTheDevicesThatCanBeRead)
+TEST_F(GetAdBaseInfo, StopsAtTheFirstDeviceThatCannotBeRead)
 {
     for (const int32_t count : {2000000, INT32_MAX}) {
         recording_device::reset();
-        hosts_are(count);
+        writes<devapi_get_host_num>(count);
         when<devapi_get_ad_base_info>(
             [](AdBaseInfo *info) { return describe(info, info->HostIndex == 400 ? -1 : 0); });
         EXPECT_EQ(run(kCommand), kFailure);
         EXPECT_EQ(recording_device::calls().size(), 401u);
     }
-    hosts_are(900);
+    writes<devapi_get_host_num>(900);
     when<devapi_get_ad_base_info>([](AdBaseInfo *info) { return describe(info, 0); });
     const Json object = parse(run(kCommand));
     EXPECT_EQ(cJSON_GetArraySize(object->child), 900);
@@ -168,7 +136,7 @@ TEST_F(SetAdBaseInfo, ASettingMayLeaveOutItsOptions)
 {
     EXPECT_EQ(run(kCommand, kNeeded.json()), kSuccess);
     expect_record(record_of("-1", "-1", ""), "none");
-    EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kNotBound});
+    EXPECT_EQ(recording_host::log_lines(), LogLines{kNotBound});
 }
 
 TEST_F(SetAdBaseInfo, TheLimitIsSentOnlyWithItsSwitch)
@@ -231,22 +199,19 @@ TEST_F(SetAdBaseInfo, AnAddressIsBoundOnlyWithTheSwitch)
         EXPECT_EQ(run(kCommand, request.json()), kSuccess);
         expect_record(record_of("-1", sent_bound, sent_ip), request.json());
         EXPECT_EQ(recording_host::log_lines(),
-                  std::vector<LogLine>{bound != nullptr && bound[0] == '"' ? kBound : kNotBound});
+                  LogLines{bound != nullptr && bound[0] == '"' ? kBound : kNotBound});
     }
 }
 
 TEST_F(SetAdBaseInfo, ABindingNeedsAnAddress)
 {
-    std::vector<Request> requests = {kAll.without("ip"),
-                                     kNeeded.with("StaticDhcpEnable", R"("0")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(kAll.with("ip", no_text));
-    }
+    std::vector<Request> requests = kAll.without_text("ip");
+    requests.push_back(kNeeded.with("StaticDhcpEnable", R"("0")"));
     for (const Request &request : requests) {
         recording_host::reset();
         EXPECT_EQ(run(kCommand, request.with("Other", "1").json()),
                   R"({"Other":1,)" + failure("ip/mac binding: ip addr missing!") + "}");
-        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{kBound, kNoAddress}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{kBound, kNoAddress}));
     }
     EXPECT_TRUE(recording_device::calls().empty());
 }
@@ -265,7 +230,7 @@ TEST_F(SetAdBaseInfo, AnyTextIsAMacAddress)
 
 } // namespace attached_device_setting_test
 
-// The attached devices' rights, and the firewall before them all.
+// The rights of attached devices, and the firewall.
 namespace attached_device_rights_test {
 
 class GetAttachDeviceRight : public HandlerTest {};
@@ -275,14 +240,6 @@ class SetFirewallSwitch : public HandlerTest {};
 // ---- GET_ATTACH_DEVICE_RIGHT -------------------------------------------------------------------
 
 constexpr char kGet[] = "GET_ATTACH_DEVICE_RIGHT";
-
-void hosts_are(int32_t count, int32_t result = 0)
-{
-    when<devapi_get_host_num>([=](int32_t *out) {
-        *out = count;
-        return result;
-    });
-}
 
 // Texts that end in the host index, followed by garbage.
 int32_t describe(AttachDeviceRight *right, int32_t result)
@@ -310,7 +267,7 @@ std::string element(int32_t host)
 
 TEST_F(GetAttachDeviceRight, ReportsEveryDevice)
 {
-    hosts_are(2);
+    writes<devapi_get_host_num>(2);
     rights_are_known();
     EXPECT_EQ(run(kGet, R"({"maclist":7})"),
               R"({"maclist":7,"MACList":[)" + element(1) + "," + element(2) + R"(],"Status":"0"})");
@@ -320,34 +277,33 @@ TEST_F(GetAttachDeviceRight, ReportsEveryDevice)
     AttachDeviceRight second = {};
     second.HostIndex = 2;
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_host_num", {contents(&none)}},
-                                 {"devapi_get_attach_device_right", {contents(&first)}},
-                                 {"devapi_get_attach_device_right", {contents(&second)}}}));
+              (Calls{{"devapi_get_host_num", {contents(&none)}},
+                     {"devapi_get_attach_device_right", {contents(&first)}},
+                     {"devapi_get_attach_device_right", {contents(&second)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetAttachDeviceRight, GoesOnWithTheCountThatAFailureLeft)
+TEST_F(GetAttachDeviceRight, UsesTheCountThatAFailedCallLeft)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         recording_host::reset();
-        hosts_are(2, result);
+        writes<devapi_get_host_num>(2, result);
         rights_are_known();
         EXPECT_EQ(run(kGet),
                   R"({"MACList":[)" + element(1) + "," + element(2) + R"(],"Status":"0"})");
         EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{
-                      {3, "host_num error! return =" + std::to_string(result) + "!\n"}}));
+                  (LogLines{{3, "host_num error! return =" + std::to_string(result) + "!\n"}}));
     }
     when<devapi_get_host_num>([](int32_t *) { return -1; });
     EXPECT_EQ(run(kGet), R"({"MACList":[],"Status":"0"})");
 }
 
-// What the line calls the index is the address of the index text, beside the record on the stack.
+// What the line calls the index is the address of the index text, next to the record on the stack.
 TEST_F(GetAttachDeviceRight, ADeviceThatCannotBeReadIsLeftOutAndLogged)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         recording_host::reset();
-        hosts_are(3);
+        writes<devapi_get_host_num>(3);
         const AttachDeviceRight *record = nullptr;
         when<devapi_get_attach_device_right>([&](AttachDeviceRight *right) {
             record = right;
@@ -363,8 +319,8 @@ TEST_F(GetAttachDeviceRight, ADeviceThatCannotBeReadIsLeftOutAndLogged)
         std::smatch match;
         ASSERT_TRUE(std::regex_match(line.text, match, shape)) << line.text;
         const auto address = static_cast<uint32_t>(std::stoll(match[1]));
-        const auto beside = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(record));
-        EXPECT_LT(std::abs(static_cast<int32_t>(address - beside)), 4096) << line.text;
+        const auto nearby = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(record));
+        EXPECT_LT(std::abs(static_cast<int32_t>(address - nearby)), 4096) << line.text;
     }
 }
 
@@ -372,11 +328,11 @@ TEST_F(GetAttachDeviceRight, ThereMayBeNoDevicesOrMany)
 {
     for (const int32_t count : {0, -1, -5, INT32_MIN}) {
         recording_device::reset();
-        hosts_are(count);
+        writes<devapi_get_host_num>(count);
         EXPECT_EQ(run(kGet), R"({"MACList":[],"Status":"0"})") << count;
         EXPECT_EQ(recording_device::calls().size(), 1u);
     }
-    hosts_are(20000);
+    writes<devapi_get_host_num>(20000);
     when<devapi_get_attach_device_right>([](AttachDeviceRight *right) {
         return describe(right, right->HostIndex % 2 == 0 ? -1 : 0);
     });
@@ -416,19 +372,15 @@ TEST_F(SetFirewallSwitch, SwitchesTheFirewallAndLeavesTheKey)
         FirewallSwitch expected = {};
         text.copy(expected.Enable, 15);
         EXPECT_EQ(recording_device::calls(),
-                  (std::vector<Call>{{"devapi_set_firewall_switch", {contents(&expected)}}}));
+                  (Calls{{"devapi_set_firewall_switch", {contents(&expected)}}}));
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetFirewallSwitch, SaysNothingOfAMissingSwitch)
+TEST_F(SetFirewallSwitch, AddsNothingWithoutASwitch)
 {
-    std::vector<std::string> requests = {"{}", R"({"Other":"1"})"};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(R"({"Enable":)" + no_text + "}");
-    }
-    for (const std::string &request : requests) {
-        EXPECT_EQ(run(kFirewall, request), request);
+    for (const Request &request : Request({}).with("Other", "1").without_text("Enable")) {
+        EXPECT_EQ(run(kFirewall, request.json()), request.json());
     }
     EXPECT_TRUE(recording_device::calls().empty());
     EXPECT_TRUE(recording_host::log_lines().empty());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Commands that are forwarded unchanged to a child router. The address sanitizer detects leaks.
+// Commands that are forwarded unchanged to a child router, and the one that returns its answer. The
+// address sanitizer detects leaks.
 #include "child_router_relay.h"
 #include "handler_test.h"
 #include "memory_sweep.h"
@@ -14,45 +15,15 @@ namespace child_router_relay_test {
 
 constexpr char kSend[] = "devapi_cmdstring_sendto_tslink";
 
+// A command, the failure text if nothing can be sent, and the keys that are removed.
 struct Relay {
     const char *command;
-    std::vector<std::string> required;
-    const char *missing;
     const char *failure;
-    std::vector<std::string> consumed;
-    bool always_consumes = false;
+    std::vector<std::string> removed;
+    bool always_removes = false;
 };
 
-void PrintTo(const Relay &relay, std::ostream *out)
-{
-    *out << relay.command;
-}
-
-const std::vector<Relay> kRelays = {
-    {"RP_CHILD_HG_REBOOT",
-     {"DeviceID"},
-     "DeviceID Not Found",
-     "send json to child err",
-     {"DeviceID"}},
-    {"CHILD_HG_LOCAL_RECOVERY",
-     {"DeviceID"},
-     "DeviceID Not Found",
-     "send json to child err",
-     {"DeviceID"}},
-    {"SET_CHILD_ROUTER_HG_BASE_INFO",
-     {"DeviceID", "Name"},
-     "param json not found",
-     "set childrouter info failed",
-     {"DeviceID", "Name"}},
-    {"SET_CHILD_ROUTERAD_BASE_INFO",
-     {"DeviceID"},
-     "DeviceID Not Found",
-     "send json to child err",
-     {"DeviceID", "Mac", "DevType", "ByName", "NetMonopoly", "AccessEnable"},
-     true},
-};
-
-// Every key that one of the commands knows, between two that none does.
+// Every key of these commands, between two of none.
 const Request kRequest({{"First", R"([1,{"x":null}])"},
                         {"DeviceID", R"("3C6AD2228140")"},
                         {"Name", R"("Attic")"},
@@ -71,7 +42,7 @@ Request without_all(Request request, const std::vector<std::string> &keys)
     return request;
 }
 
-// The text that an object travels as.
+// The text that is sent for an object.
 std::string formatted(const std::string &json)
 {
     const Json object = parse(json);
@@ -90,60 +61,45 @@ void sending_gives(int32_t result)
     when<devapi_cmdstring_sendto_tslink>([result](const char *, int32_t) { return result; });
 }
 
-class ChildRouterRelayTest : public HandlerTest, public testing::WithParamInterface<Relay> {
-  protected:
-    const Relay &relay = GetParam();
-};
+// ---- What these commands have in common --------------------------------------------------------
 
-TEST_P(ChildRouterRelayTest, SendsTheObjectAsItCame)
+void sends_the_object_unchanged(const Relay &relay)
 {
-    EXPECT_EQ(run(relay.command, kRequest.json()),
-              without_all(kRequest, relay.consumed).followed_by(R"("Status":"0")"));
-    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(kRequest.json())});
-    EXPECT_TRUE(recording_host::log_lines().empty());
+    for (const Request &request : {kRequest, Request({{"DeviceID", R"("")"}, {"Name", R"("")"}}),
+                                   kRequest.with("Load", quoted(text_of_length(1 << 20)))}) {
+        recording_device::reset();
+        EXPECT_EQ(run(relay.command, request.json()),
+                  without_all(request, relay.removed).followed_by(R"("Status":"0")"));
+        EXPECT_EQ(recording_device::calls(), Calls{sent(request.json())});
+        EXPECT_TRUE(recording_host::log_lines().empty());
+    }
 }
 
-TEST_P(ChildRouterRelayTest, SendsFormattedTextWithItsLength)
+void sends_formatted_text_with_its_length(const Relay &relay)
 {
+    recording_device::reset();
     run(relay.command, R"({"DeviceID":"A\"é","Name":""})");
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{
-                  {kSend, {"{\n\t\"DeviceID\":\t\"A\\\"é\",\n\t\"Name\":\t\"\"\n}", "37"}}}));
+              (Calls{{kSend, {"{\n\t\"DeviceID\":\t\"A\\\"é\",\n\t\"Name\":\t\"\"\n}", "37"}}}));
 }
 
-TEST_P(ChildRouterRelayTest, SendsWhatIsEmpty)
-{
-    const Request request({{"DeviceID", R"("")"}, {"Name", R"("")"}});
-    EXPECT_EQ(run(relay.command, request.json()),
-              without_all(request, relay.consumed).followed_by(R"("Status":"0")"));
-    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(request.json())});
-}
-
-TEST_P(ChildRouterRelayTest, SendsAMegabyte)
-{
-    const Request request = kRequest.with("Load", quoted(text_of_length(1 << 20)));
-    EXPECT_EQ(run(relay.command, request.json()),
-              without_all(request, relay.consumed).followed_by(R"("Status":"0")"));
-    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(request.json())});
-}
-
-TEST_P(ChildRouterRelayTest, EveryResultButZeroIsAFailureAndLogged)
+void fails_for_every_result_but_zero(const Relay &relay)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
         recording_device::reset();
         recording_host::reset();
         sending_gives(result);
         EXPECT_EQ(run(relay.command, kRequest.json()),
-                  without_all(kRequest, relay.consumed).followed_by(failure(relay.failure)))
+                  without_all(kRequest, relay.removed).followed_by(failure(relay.failure)))
             << result;
-        EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent(kRequest.json())});
+        EXPECT_EQ(recording_device::calls(), Calls{sent(kRequest.json())});
         EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "cmdstring sendto tslink failed \n"}}));
+                  (LogLines{{3, "cmdstring sendto tslink failed \n"}}));
     }
 }
 
 // The first allocation is the reply's, the others are the text's.
-TEST_P(ChildRouterRelayTest, WithoutMemoryNothingIsSent)
+void sends_nothing_without_memory(const Relay &relay)
 {
     for (const size_t length : {1u, 1000u}) {
         const Request request = kRequest.with("Load", quoted(text_of_length(length)));
@@ -155,27 +111,62 @@ TEST_P(ChildRouterRelayTest, WithoutMemoryNothingIsSent)
                 const bool once = how == FailingMemory::Fail::kOnce;
                 in_a_round += once;
                 const bool printing = (number++ % in_a_round) >= 1;
-                const Request left = printing || relay.always_consumes
-                                         ? without_all(request, relay.consumed)
+                const Request left = printing || relay.always_removes
+                                         ? without_all(request, relay.removed)
                                          : request;
                 EXPECT_EQ(object, left.followed_by(once ? failure(relay.failure) : ""));
                 EXPECT_TRUE(recording_device::calls().empty());
                 EXPECT_EQ(recording_host::log_lines(),
-                          printing ? (std::vector<LogLine>{{3, "cmdstring is null\n"}})
-                                   : std::vector<LogLine>{});
+                          printing ? (LogLines{{3, "cmdstring is null\n"}}) : LogLines{});
             });
         EXPECT_GE(allocations, 1u + 2);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, ChildRouterRelayTest, testing::ValuesIn(kRelays),
-                         [](const auto &test) { return std::string(test.param.command); });
+void is_forwarded(const Relay &relay)
+{
+    sends_the_object_unchanged(relay);
+    sends_formatted_text_with_its_length(relay);
+    fails_for_every_result_but_zero(relay);
+    sends_nothing_without_memory(relay);
+}
+
+// ---- The commands ------------------------------------------------------------------------------
+
+class RpChildHgReboot : public HandlerTest {};
+class ChildHgLocalRecovery : public HandlerTest {};
+class SetChildRouterHgBaseInfo : public HandlerTest {};
+class SetChildRouteradBaseInfo : public HandlerTest {};
+
+TEST_F(RpChildHgReboot, IsForwarded)
+{
+    is_forwarded({"RP_CHILD_HG_REBOOT", "send json to child err", {"DeviceID"}});
+}
+
+TEST_F(ChildHgLocalRecovery, IsForwarded)
+{
+    is_forwarded({"CHILD_HG_LOCAL_RECOVERY", "send json to child err", {"DeviceID"}});
+}
+
+TEST_F(SetChildRouterHgBaseInfo, IsForwarded)
+{
+    is_forwarded(
+        {"SET_CHILD_ROUTER_HG_BASE_INFO", "set childrouter info failed", {"DeviceID", "Name"}});
+}
+
+TEST_F(SetChildRouteradBaseInfo, IsForwarded)
+{
+    is_forwarded({"SET_CHILD_ROUTERAD_BASE_INFO",
+                  "send json to child err",
+                  {"DeviceID", "Mac", "DevType", "ByName", "NetMonopoly", "AccessEnable"},
+                  true});
+}
 
 // ---- json_child_router_common ------------------------------------------------------------------
 
 class ChildRouterCommonTest : public HandlerTest {};
 
-TEST_F(ChildRouterCommonTest, GivesTheResultOfTheDevice)
+TEST_F(ChildRouterCommonTest, ReturnsTheResultOfTheDevice)
 {
     const Json object = parse(kRequest.json());
     for (const int32_t result : {0, -1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
@@ -192,29 +183,25 @@ TEST_F(ChildRouterCommonTest, SendsAnEmptyObject)
 {
     const Json object = parse("{}");
     EXPECT_EQ(json_child_router_common(object.get()), 0);
-    EXPECT_EQ(recording_device::calls(), std::vector<Call>{sent("{}")});
+    EXPECT_EQ(recording_device::calls(), Calls{sent("{}")});
 }
 
 TEST_F(ChildRouterCommonTest, WithoutAnObjectNothingIsSent)
 {
     EXPECT_EQ(json_child_router_common(nullptr), -1);
     EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "cmdstring is null\n"}}));
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "cmdstring is null\n"}}));
 }
 
-TEST_F(ChildRouterCommonTest, WhatHasNoTextIsNotSent)
+TEST_F(ChildRouterCommonTest, AnItemThatCannotBePrintedIsNotSent)
 {
     const Json nothing(cJSON_CreateRaw(""));
     EXPECT_EQ(json_child_router_common(nothing.get()), -1);
     EXPECT_TRUE(recording_device::calls().empty());
-    EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "cmdstring is null\n"}}));
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "cmdstring is null\n"}}));
 }
 
-} // namespace child_router_relay_test
-
-// GET_CHILD_ROUTER_AD_BASE_INFO: the one command that waits for what the child router answers. The
-// address sanitizer detects leaks.
-namespace child_router_answer_test {
+// ---- GET_CHILD_ROUTER_AD_BASE_INFO: waits for the child router's answer ------------------------
 
 constexpr char kCommand[] = "GET_CHILD_ROUTER_AD_BASE_INFO";
 constexpr char kAsk[] = "devapi_cmdstring_sendto_tslink_with_retinfo";
@@ -222,9 +209,9 @@ constexpr char kNotAnswered[] = "sendto tslink or retinfo fail";
 constexpr char kNoJson[] = "Get child_adbaseinfo fail";
 constexpr char kNoBaseInfo[] = "BaseInfo is NULL";
 
-const Request kRequest = Request({}).with("DeviceID", R"("3C6AD2228140")");
+const Request kAsked = Request({}).with("DeviceID", R"("3C6AD2228140")");
 
-// A child router that answers so; without a text the answer stays null.
+// The child router answers with the text; without one the answer stays null.
 void child_answers(const std::optional<std::string> &text, int32_t result = 0)
 {
     when<devapi_cmdstring_sendto_tslink_with_retinfo>(
@@ -241,7 +228,7 @@ void child_answers(const std::optional<std::string> &text, int32_t result = 0)
         });
 }
 
-// The traffic of an unusual answer is not kept.
+// Without a record of the traffic, which would be too large or too deep for its check.
 std::string run_unseen(const Request &request)
 {
     const Json object = parse(request.json());
@@ -256,16 +243,16 @@ std::string nested(size_t depth)
 
 class GetChildRouterAdBaseInfo : public HandlerTest {};
 
-TEST_F(GetChildRouterAdBaseInfo, GraftsTheBaseInfoIntoTheReply)
+TEST_F(GetChildRouterAdBaseInfo, CopiesTheBaseInfoIntoTheReply)
 {
     child_answers(R"({"Status":"0","BaseInfo":{"AdNum":2,"List":[{"Mac":"A"}]},"Other":"x"})");
-    const Request request = kRequest.with("BaseInfo", "7").with("Other", "null");
+    const Request request = kAsked.with("BaseInfo", "7").with("Other", "null");
     EXPECT_EQ(run(kCommand, request.json()),
               request.followed_by(R"("BaseInfo":{"AdNum":2,"List":[{"Mac":"A"}]},"Status":"0")"));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetChildRouterAdBaseInfo, SendsTheObjectAsItCame)
+TEST_F(GetChildRouterAdBaseInfo, SendsTheObjectUnchanged)
 {
     child_answers("{}");
     run(kCommand, R"({"First":1,"deviceid":"A"})");
@@ -279,7 +266,7 @@ TEST_F(GetChildRouterAdBaseInfo, SendsTheObjectAsItCame)
 TEST_F(GetChildRouterAdBaseInfo, NoAnswerIsAFailure)
 {
     child_answers(std::nullopt);
-    EXPECT_EQ(run(kCommand, kRequest.json()), kRequest.followed_by(failure(kNotAnswered)));
+    EXPECT_EQ(run(kCommand, kAsked.json()), kAsked.followed_by(failure(kNotAnswered)));
 }
 
 TEST_F(GetChildRouterAdBaseInfo, AnAnswerHasToBeJson)
@@ -293,13 +280,13 @@ TEST_F(GetChildRouterAdBaseInfo, AnAnswerHasToBeJson)
           R"({"BaseInfo":)" + nested(1000) + "}",
           R"({"BaseInfo":")" + std::string(10 << 20, 'x')}) {
         child_answers(text);
-        EXPECT_EQ(run(kCommand, kRequest.json()), kRequest.followed_by(failure(kNoJson)))
+        EXPECT_EQ(run(kCommand, kAsked.json()), kAsked.followed_by(failure(kNoJson)))
             << text.substr(0, 30);
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetChildRouterAdBaseInfo, AnAnswerHasToHoldTheBaseInfo)
+TEST_F(GetChildRouterAdBaseInfo, AnAnswerHasToContainTheBaseInfo)
 {
     for (const std::string &text :
          {std::string("{}"), std::string("7"), std::string("null"), std::string("true"),
@@ -307,7 +294,7 @@ TEST_F(GetChildRouterAdBaseInfo, AnAnswerHasToHoldTheBaseInfo)
           std::string(R"({"Base":{},"BaseInf":1,"BaseInfos":2,"":{"BaseInfo":3}})"), nested(900),
           R"({"Load":")" + std::string(10 << 20, 'x') + R"("})"}) {
         child_answers(text);
-        EXPECT_EQ(run(kCommand, kRequest.json()), kRequest.followed_by(failure(kNoBaseInfo)))
+        EXPECT_EQ(run(kCommand, kAsked.json()), kAsked.followed_by(failure(kNoBaseInfo)))
             << text.substr(0, 30);
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
@@ -320,38 +307,38 @@ TEST_F(GetChildRouterAdBaseInfo, TheBaseInfoIsCopiedInAnyType)
           std::string(R"("\u0001\"\\é")"), std::string("[]"), std::string("[1,[2,{}],null]"),
           std::string(R"({"a":1,"a":2,"A":3,"":""})")}) {
         child_answers(R"({"BaseInfo":)" + value + "}");
-        EXPECT_EQ(run(kCommand, kRequest.json()),
-                  kRequest.followed_by(R"("BaseInfo":)" + value + R"(,"Status":"0")"));
+        EXPECT_EQ(run(kCommand, kAsked.json()),
+                  kAsked.followed_by(R"("BaseInfo":)" + value + R"(,"Status":"0")"));
     }
 }
 
-TEST_F(GetChildRouterAdBaseInfo, ANumberThatIsNoneIsCopiedAsNull)
+TEST_F(GetChildRouterAdBaseInfo, AnInfiniteNumberIsCopiedAsNull)
 {
     child_answers(R"({"BaseInfo":[1e999,-1e999]})");
-    EXPECT_EQ(run(kCommand, kRequest.json()),
-              kRequest.followed_by(R"("BaseInfo":[null,null],"Status":"0")"));
+    EXPECT_EQ(run(kCommand, kAsked.json()),
+              kAsked.followed_by(R"("BaseInfo":[null,null],"Status":"0")"));
 }
 
-TEST_F(GetChildRouterAdBaseInfo, TheFirstBaseInfoInAnyLetterCaseIsTaken)
+TEST_F(GetChildRouterAdBaseInfo, CopiesTheFirstBaseInfoInAnyCase)
 {
     child_answers(R"({"baseINFO":1,"BaseInfo":2} and more)");
-    EXPECT_EQ(run(kCommand, kRequest.json()), kRequest.followed_by(R"("BaseInfo":1,"Status":"0")"));
+    EXPECT_EQ(run(kCommand, kAsked.json()), kAsked.followed_by(R"("BaseInfo":1,"Status":"0")"));
 }
 
 TEST_F(GetChildRouterAdBaseInfo, TheBaseInfoMayBeLongOrDeep)
 {
     for (const std::string &value : {quoted(std::string(10 << 20, 'x')), nested(990)}) {
         child_answers(R"({"BaseInfo":)" + value + "}");
-        EXPECT_EQ(run_unseen(kRequest),
-                  kRequest.followed_by(R"("BaseInfo":)" + value + R"(,"Status":"0")"));
+        EXPECT_EQ(run_unseen(kAsked),
+                  kAsked.followed_by(R"("BaseInfo":)" + value + R"(,"Status":"0")"));
     }
 }
 
 TEST_F(GetChildRouterAdBaseInfo, TheRequestMayBeAMegabyteLong)
 {
-    const Request request = kRequest.with("Load", quoted(text_of_length(1 << 20)));
+    const Request request = kAsked.with("Load", quoted(text_of_length(1 << 20)));
     child_answers(R"({"BaseInfo":{}})");
     EXPECT_EQ(run(kCommand, request.json()), request.followed_by(R"("BaseInfo":{},"Status":"0")"));
 }
 
-} // namespace child_router_answer_test
+} // namespace child_router_relay_test

@@ -39,11 +39,11 @@ TEST_F(ResponseRouterVersion, IsAnsweredPrintedAndKept)
         "{\n\t\"VersionInfo\":\t\"app 5.2.0\",\n\t\"n\":\t1,\n\t\"Status\":\t\"0\"\n}";
     EXPECT_EQ(kept(), printed);
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{7, "json_response_router_version out = " + printed + "\n"}}));
+              (LogLines{{7, "json_response_router_version out = " + printed + "\n"}}));
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(ResponseRouterVersion, WithoutVersionTheStatusIsOneAndTheObjectIsKept)
+TEST_F(ResponseRouterVersion, FailsWithoutAVersionAndIsKept)
 {
     EXPECT_EQ(run("RESPONSE_ROUTER_VERSION", R"({"VersionInfo":""})"),
               R"({"VersionInfo":"","Status":"1"})");
@@ -56,7 +56,7 @@ TEST_F(ResponseRouterVersion, AnEmptyObjectIsKeptToo)
     EXPECT_EQ(kept(), "{\n\t\"Status\":\t\"1\"\n}");
 }
 
-// A request that makes the printed object so many bytes long.
+// A request whose printed object has this many bytes.
 std::string request_printed_in(size_t length)
 {
     const std::string frame = "{\n\t\"VersionInfo\":\t\"\",\n\t\"Status\":\t\"0\"\n}";
@@ -96,7 +96,7 @@ TEST_F(ResponseRouterVersion, WithoutBufferNothingIsKept)
     EXPECT_EQ(lines[1], (LogLine{7, "the time of json_response_router_version is too long\n"}));
 }
 
-TEST_F(ResponseRouterVersion, TooLongIsSaidBeforeTheMissingBuffer)
+TEST_F(ResponseRouterVersion, LogsTheLengthBeforeTheMissingBuffer)
 {
     info_wersion = nullptr;
     run("RESPONSE_ROUTER_VERSION", request_printed_in(2048));
@@ -106,7 +106,7 @@ TEST_F(ResponseRouterVersion, TooLongIsSaidBeforeTheMissingBuffer)
 
 extern "C" int32_t json_response_router_version(cJSON *obj);
 
-TEST_F(ResponseRouterVersion, TheHandlerTellsItsCallerWhetherItCouldPrint)
+TEST_F(ResponseRouterVersion, ReturnsWhetherItCouldPrint)
 {
     const Json object = parse(R"({"VersionInfo":"1"})");
     EXPECT_EQ(json_response_router_version(object.get()), 0);
@@ -136,8 +136,7 @@ TEST_F(ResponseRouterVersion, WithoutMemoryToPrintNothingIsKept)
         EXPECT_EQ(kept(), "(untouched)");
         EXPECT_EQ(print(object.get()), first < 1 ? R"({"VersionInfo":"1","Status":"1"})"
                                                  : R"({"VersionInfo":"1","Status":"0"})");
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{7, "cJSON_Print json fail\n"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "cJSON_Print json fail\n"}}));
     }
 }
 

@@ -50,8 +50,8 @@ TEST_F(DispatcherTest, CallsTheHandlerOfTheName)
     }
 }
 
-// New commands follow those of the list, each with a separate test.
-TEST_F(DispatcherTest, BeginsWithTheProtocolsListInItsOrder)
+// New commands follow those of the list.
+TEST_F(DispatcherTest, BeginsWithTheListOfTheProtocol)
 {
     constexpr size_t kListed = 109;
     ASSERT_GE(std::size(kRows), kListed);
@@ -192,7 +192,7 @@ TEST_F(DispatcherTest, AnUnknownNameOfAMegabyteIsUnknown)
               std::pair(HG_NO_SUCH_COMMAND, std::string("{}")));
 }
 
-TEST_F(DispatcherTest, NoObjectNoReply)
+TEST_F(DispatcherTest, WithoutAnObjectThereIsNoReply)
 {
     for (const Row &row : kRows) {
         SCOPED_TRACE(row.name);
@@ -212,7 +212,7 @@ TEST_F(DispatcherTest, AnUnknownNameWithoutAnObject)
 
 TEST_F(DispatcherTest, AFailedCommandIsStillAResultOfZero)
 {
-    recording_device::when<devapi_get_sn_info>([](SnInfo *) { return -1; });
+    when<devapi_get_sn_info>([](SnInfo *) { return -1; });
     EXPECT_EQ(dispatch("GET_SN_INFO", "{}"),
               std::pair(0, std::string(R"({"Status":"1","FailReason":"get sn failed"})")));
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fields.h"
 
+#include "test_records.h"
+
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -9,27 +11,12 @@ namespace fields_test {
 
 using namespace smart_router;
 
-// A record for this test.
-struct Lamp {
-    int32_t number;
-    char Colour[8];
-    char Level[4];
-    struct {
-        char Maker[16];
-    } origin;
-};
-
-constexpr auto kLooks = Fields{
-    FIELD(Lamp, Colour),
-    FIELD(Lamp, Level),
-};
-
-static_assert(sizeof kLooks == 4 + (4 + sizeof "Colour") + (4 + sizeof "Level"));
-constexpr Field kLevel = *++FieldList(kLooks).begin();
+static_assert(sizeof kLampFields == 4 + (4 + sizeof "Colour") + (4 + sizeof "Level"));
+constexpr Field kLevel = *++FieldList(kLampFields).begin();
 static_assert(kLevel.offset == 12 && kLevel.width == 4);
-static_assert(FieldList(kLooks).count() == 2 && FieldList(kLooks).required() == 2);
-static_assert(FieldList(kLooks).record_size() == sizeof(Lamp));
-constexpr auto kColourRequired = kLooks.requiring(1);
+static_assert(FieldList(kLampFields).count() == 2 && FieldList(kLampFields).required() == 2);
+static_assert(FieldList(kLampFields).record_size() == sizeof(Lamp));
+constexpr auto kColourRequired = kLampFields.requiring(1);
 static_assert(FieldList(kColourRequired).count() == 2 &&
               FieldList(kColourRequired).required() == 1);
 
@@ -64,9 +51,9 @@ TEST(FieldsTest, ATableIsBuiltFromOthers)
               (std::vector<std::string>{"Number 0 0", "Colour 4 8", "Level 12 4", "Maker 16 16"}));
     EXPECT_EQ(decltype(kTable)::kCount, 4u);
     EXPECT_EQ(FieldList(kTable).count(), 4u);
-    EXPECT_EQ(FieldList(kTable).required(), 4u) << "whatever the parts require";
+    EXPECT_EQ(FieldList(kTable).required(), 4u) << "regardless of what the parts require";
     EXPECT_EQ(FieldList(kTable).record_size(), sizeof(Lamp));
-    EXPECT_EQ(listed(Fields{kLooks}), listed(kLooks));
+    EXPECT_EQ(listed(Fields{kLampFields}), listed(kLampFields));
 }
 
 } // namespace fields_test

@@ -16,19 +16,10 @@ inline constexpr int32_t kFailures[] = {1, -1, 5, INT_MIN};
 
 inline constexpr char kAddress[] = "http://updates.example/r7.bin";
 
-inline const Request kEmpty({});
+// The reason if another update holds the lock.
+inline constexpr char kDownloading[] = "dev is dowing image now";
 
-// Addresses that a shell, a printf() or a short buffer would not survive, and none at all.
-inline const std::vector<std::string> kOddAddresses = {
-    "",
-    " ",
-    "http://updates.example/a b;reboot|`id`$(id)&&'x'>/etc/passwd\t\n\r\x01\x7f",
-    "%s%n%d%100000d",
-    "\xc4\xe3\xba\xc3\xff",
-    std::string(1 << 20, '/'),
-};
-
-// The lock, held by somebody else.
+// The lock, held by another update.
 class Busy {
   public:
     Busy() { EXPECT_EQ(pthread_mutex_trylock(&downimagelock), 0); }
@@ -49,9 +40,6 @@ inline bool is_busy()
 
 class FirmwareUpdateTest : public HandlerTest {
   protected:
-    using Call = recording_device::Call;
-    using Calls = std::vector<Call>;
-
     // None of the commands logs anything.
     ~FirmwareUpdateTest() override
     {
@@ -85,30 +73,3 @@ class FirmwareUpdateTest : public HandlerTest {
 
     WorkerControl control;
 };
-
-inline const std::string kZeroedStatus(sizeof(UpdateStatusInfo), '\0');
-
-// The text as a JSON text; its bytes go through as they are, save those that JSON does not take.
-inline std::string escaped(const std::string &text)
-{
-    const Json item(cJSON_CreateString(text.c_str()));
-    return print(item.get());
-}
-
-// Why a worker could not be started.
-inline constexpr char kUrlIsNull[] = "url is null";
-inline constexpr char kDownloading[] = "dev is dowing image now";
-inline constexpr char kNoThread[] = "failed to create down image thread";
-
-// A request with an image between two keys that are none of the command's, and what is left of it.
-inline Request image(const std::string &json)
-{
-    return Request({{"First", "1"}, {"Image", json}, {"Last", "{}"}});
-}
-inline const Request kNothing = image("").without("Image");
-
-// What IMAGE_DOWNLOAD and PLATEFORM_UPDATE_IMMEDIATE answer when no worker could be started.
-inline std::string refused(const std::string &reason)
-{
-    return kNothing.followed_by(R"("updateResult":"-1",)" + failure(reason));
-}

@@ -1,19 +1,61 @@
 // SPDX-License-Identifier: MIT
-// The firmware commands that run to their end: status, download, flash.
+// The commands that download and flash firmware. The worker is tested in firmware_worker_test.cpp.
+#include "firmware_update.h"
+
+#include "failing_memory.h"
 #include "firmware_update_fixture.h"
 
 #include <cstring>
 
 namespace firmware_update_test {
 
+using smart_router::kUpdateFailureSize;
+
+// Addresses that a shell, a printf() or a short buffer would not survive, and none at all.
+const std::vector<std::string> kOddAddresses = {
+    "",
+    " ",
+    "http://updates.example/a b;reboot|`id`$(id)&&'x'>/etc/passwd\t\n\r\x01\x7f",
+    "%s%n%d%100000d",
+    "\xc4\xe3\xba\xc3\xff",
+    std::string(1 << 20, '/'),
+};
+
+const std::string kZeroedStatus(sizeof(UpdateStatusInfo), '\0');
+
+// The text as a JSON text; its bytes go through as they are, save those that JSON does not take.
+std::string escaped(const std::string &text)
+{
+    const Json item(cJSON_CreateString(text.c_str()));
+    return print(item.get());
+}
+
+constexpr char kNoThread[] = "failed to create down image thread";
+
+// A request with an image between two keys that are none of the command's, and what is left of it.
+Request image(const std::string &json)
+{
+    return Request({{"First", "1"}, {"Image", json}, {"Last", "{}"}});
+}
+const Request kNothing = image("").without("Image");
+
+// What IMAGE_DOWNLOAD and PLATEFORM_UPDATE_IMMEDIATE answer when no worker could be started.
+std::string refused(const std::string &reason)
+{
+    return kNothing.followed_by(R"("updateResult":"-1",)" + failure(reason));
+}
+
 class HgGetUpdateStatus : public FirmwareUpdateTest {};
 class HgImageDownload : public FirmwareUpdateTest {};
 class ImageUpdate : public FirmwareUpdateTest {};
 class HgImageUpdate : public FirmwareUpdateTest {};
+class UpdateImmediate : public FirmwareUpdateTest {};
+class ImageDownload : public FirmwareUpdateTest {};
+class PlateformUpdateImmediate : public FirmwareUpdateTest {};
 
 // ---- HG_GET_UPDATE_STATUS ----------------------------------------------------------------------
 
-TEST_F(HgGetUpdateStatus, TheStatusIsReported)
+TEST_F(HgGetUpdateStatus, ReportsTheStatus)
 {
     when<devapi_get_update_status_info>([](UpdateStatusInfo *info) {
         *info = {"RT-7", "A1", "1.4.2", "2025-03-01", "router", "0371"};
@@ -32,7 +74,7 @@ TEST_F(HgGetUpdateStatus, TheStatusIsReported)
 
 const Request kDownload({{"First", "1"}, {"UpdateUrl", quoted(kAddress)}, {"Last", "{}"}});
 
-TEST_F(HgImageDownload, ADownloadIsDoneWithinTheCommand)
+TEST_F(HgImageDownload, DownloadsWithinTheCommand)
 {
     when<devapi_download_image>([](const char *, int32_t) {
         EXPECT_TRUE(is_busy());
@@ -46,7 +88,7 @@ TEST_F(HgImageDownload, ADownloadIsDoneWithinTheCommand)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-TEST_F(HgImageDownload, ADownloadTakesAnyAddress)
+TEST_F(HgImageDownload, TakesAnyAddress)
 {
     for (const std::string &address : kOddAddresses) {
         recording_device::reset();
@@ -56,7 +98,7 @@ TEST_F(HgImageDownload, ADownloadTakesAnyAddress)
     }
 }
 
-TEST_F(HgImageDownload, ADownloadIsRefusedWhileAnotherIsUnderWay)
+TEST_F(HgImageDownload, IsRefusedDuringAnotherUpdate)
 {
     const Busy busy;
     EXPECT_EQ(run("HG_IMAGE_DOWNLOAD", kDownload.json()),
@@ -82,7 +124,7 @@ const std::vector<std::string> kNotNow = {"0",  "",   "2",    "11",
                                           "y",  "on", "true", std::string(1 << 20, '1'),
                                           "%s", "\1", "\xff", "1" + std::string(32, '0')};
 
-TEST_F(ImageUpdate, AFlashIsDoneWithinTheCommand)
+TEST_F(ImageUpdate, FlashesWithinTheCommand)
 {
     when<devapi_update_image>([] {
         EXPECT_TRUE(is_busy());
@@ -94,7 +136,7 @@ TEST_F(ImageUpdate, AFlashIsDoneWithinTheCommand)
     EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_update_image", {}}}));
 }
 
-TEST_F(ImageUpdate, AFlashIsRefusedWhileAnotherIsUnderWay)
+TEST_F(ImageUpdate, IsRefusedDuringAnotherUpdate)
 {
     const Busy busy;
     EXPECT_EQ(run("IMAGE_UPDATE", kFlash.json()),
@@ -104,7 +146,7 @@ TEST_F(ImageUpdate, AFlashIsRefusedWhileAnotherIsUnderWay)
     EXPECT_TRUE(is_busy());
 }
 
-TEST_F(ImageUpdate, AnythingButOneFlashesNothing)
+TEST_F(ImageUpdate, FlashesNothingUnlessUpdateIsOne)
 {
     const Busy busy; // without flashing, no lock is needed
     for (const std::string &update : kNotNow) {
@@ -117,28 +159,26 @@ TEST_F(ImageUpdate, AnythingButOneFlashesNothing)
 
 // ---- HG_IMAGE_UPDATE ---------------------------------------------------------------------------
 
-const Request kUnguardedFlash({{"First", "1"}, {"Update", R"("1")"}, {"Last", "{}"}});
+const Request kHgFlash({{"First", "1"}, {"Update", R"("1")"}, {"Last", "{}"}});
 
-TEST_F(HgImageUpdate, AnUnguardedFlashNeedsNoLock)
+TEST_F(HgImageUpdate, NeedsNoLock)
 {
     when<devapi_update_image>([] {
         EXPECT_FALSE(is_busy());
         return 0;
     });
-    EXPECT_EQ(run("HG_IMAGE_UPDATE", kUnguardedFlash.json()),
-              kUnguardedFlash.followed_by(R"("Status":"0")"));
+    EXPECT_EQ(run("HG_IMAGE_UPDATE", kHgFlash.json()), kHgFlash.followed_by(R"("Status":"0")"));
     recording_device::reset();
     const Busy busy;
-    EXPECT_EQ(run("HG_IMAGE_UPDATE", kUnguardedFlash.json()),
-              kUnguardedFlash.followed_by(R"("Status":"0")"));
+    EXPECT_EQ(run("HG_IMAGE_UPDATE", kHgFlash.json()), kHgFlash.followed_by(R"("Status":"0")"));
     EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_update_image", {}}}));
     EXPECT_TRUE(is_busy());
 }
 
-TEST_F(HgImageUpdate, AnythingButOneFlashesNothingUnguarded)
+TEST_F(HgImageUpdate, FlashesNothingUnlessUpdateIsOne)
 {
     for (const std::string &update : kNotNow) {
-        const Request request = kUnguardedFlash.with("Update", escaped(update));
+        const Request request = kHgFlash.with("Update", escaped(update));
         EXPECT_EQ(run("HG_IMAGE_UPDATE", request.json()), request.followed_by(R"("Status":"0")"));
     }
     EXPECT_EQ(run("HG_IMAGE_UPDATE", R"({"Update":"0","Update":"1"})"),
@@ -146,15 +186,7 @@ TEST_F(HgImageUpdate, AnythingButOneFlashesNothingUnguarded)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace firmware_update_test
-
-// UPDATE_IMMEDIATE and IMAGE_DOWNLOAD, which hand the address to a worker and answer at once.
-namespace firmware_start_test {
-
-class UpdateImmediate : public FirmwareUpdateTest {};
-class ImageDownload : public FirmwareUpdateTest {};
-
-// ---- UPDATE_IMMEDIATE --------------------------------------------------------------------------
+// ---- UPDATE_IMMEDIATE: passes the address to a worker and answers at once ----------------------
 
 Request image_at(const std::string &address)
 {
@@ -163,7 +195,7 @@ Request image_at(const std::string &address)
 
 const std::string kDone = kNothing.followed_by(R"("Status":"0")");
 
-TEST_F(UpdateImmediate, AnImageIsUpdatedAtOnce)
+TEST_F(UpdateImmediate, StartsTheUpdateOfTheImage)
 {
     EXPECT_EQ(run("UPDATE_IMMEDIATE", image_at(kAddress).json()), kDone);
     EXPECT_EQ(calls(), whole_update(kAddress));
@@ -175,7 +207,7 @@ TEST_F(UpdateImmediate, AnImageIsUpdatedAtOnce)
     }
 }
 
-TEST_F(UpdateImmediate, WithoutAnyPartAnUpdateHasNothingToDo)
+TEST_F(UpdateImmediate, HasNothingToDoWithoutAPart)
 {
     EXPECT_EQ(run("UPDATE_IMMEDIATE"), R"({"Status":"0"})");
     const Request request({{"image", R"({"UpdateUrl":"x"})"},
@@ -188,7 +220,7 @@ TEST_F(UpdateImmediate, WithoutAnyPartAnUpdateHasNothingToDo)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-// What makes an image fail, and its answer; an empty text for success.
+// What makes an image fail, and the reason; empty for success.
 struct ImageCase {
     std::string json;
     bool busy;
@@ -237,7 +269,7 @@ TEST_F(UpdateImmediate, TheOtherPartsOverrideTheImage)
     }
 }
 
-TEST_F(UpdateImmediate, ASecondUpdateIsRefusedWhileOneIsUnderWay)
+TEST_F(UpdateImmediate, IsRefusedDuringAnotherUpdate)
 {
     when<devapi_flash_update_image>([](const char *) {
         sleep(60);
@@ -256,6 +288,72 @@ TEST_F(UpdateImmediate, ASecondUpdateIsRefusedWhileOneIsUnderWay)
     control.end_all_sleeps();
 }
 
+// ---- The helpers of UPDATE_IMMEDIATE -----------------------------------------------------------
+
+class UpdateImmediateImage : public FirmwareUpdateTest {
+  protected:
+    // The result, and what is in a buffer that was full of another character.
+    std::pair<int32_t, std::string> upgrade(const std::string &image)
+    {
+        char reason[kUpdateFailureSize + 1];
+        memset(reason, '#', sizeof reason);
+        const Json json = parse(image);
+        const int32_t result = json_hg_image_down_and_upgrade(json.get(), reason);
+        EXPECT_EQ(print(json.get()), image) << "the object belongs to the caller";
+        EXPECT_EQ(reason[kUpdateFailureSize], '#');
+        reason[kUpdateFailureSize] = '\0';
+        return {result, reason};
+    }
+};
+
+const std::string kUntouched(kUpdateFailureSize, '#');
+
+TEST_F(UpdateImmediateImage, StartsTheWorker)
+{
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(0, kUntouched));
+    EXPECT_EQ(calls(), whole_update("x"));
+}
+
+TEST_F(UpdateImmediateImage, GivesTheReasonOtherwise)
+{
+    EXPECT_EQ(upgrade("{}"), std::pair(-1, std::string("json no UpdateUrl")));
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":7})"), std::pair(-1, std::string("json no UpdateUrl")));
+    control.fail_next_worker();
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(-1, std::string(kNoThread)));
+    const Busy busy;
+    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(-1, std::string(kDownloading)));
+    char reason[kUpdateFailureSize] = "";
+    EXPECT_EQ(json_hg_image_down_and_upgrade(nullptr, reason), -1);
+    EXPECT_STREQ(reason, "json no UpdateUrl");
+    const Json image = parse(R"({"UpdateUrl":"x"})");
+    const FailingMemory memory(0, FailingMemory::Fail::kLastingly);
+    EXPECT_EQ(json_hg_image_down_and_upgrade(image.get(), reason), -1);
+    EXPECT_STREQ(reason, "url is null");
+}
+
+TEST_F(UpdateImmediateImage, NeedsABufferForTheReason)
+{
+    const Json image = parse(R"({"UpdateUrl":"x"})");
+    for (cJSON *item : {image.get(), static_cast<cJSON *>(nullptr)}) {
+        EXPECT_EQ(json_hg_image_down_and_upgrade(item, nullptr), -1);
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "out_failreason is null!\n"}}));
+        recording_host::reset();
+    }
+    EXPECT_EQ(control.workers(), 0u);
+}
+
+TEST_F(UpdateImmediateImage, TheOtherPartsAlwaysSucceed)
+{
+    char reason[kUpdateFailureSize] = "as before";
+    const Json item = parse(R"({"x":1})");
+    EXPECT_EQ(json_dpi_features_update(item.get(), reason), 0);
+    EXPECT_EQ(json_dpi_features_update(nullptr, nullptr), 0);
+    EXPECT_EQ(json_dpi_http_features_update(), 0);
+    EXPECT_STREQ(reason, "as before");
+    EXPECT_EQ(print(item.get()), R"({"x":1})");
+    EXPECT_EQ(calls(), Calls());
+}
+
 // ---- IMAGE_DOWNLOAD ----------------------------------------------------------------------------
 
 Request router(const std::string &json)
@@ -265,7 +363,7 @@ Request router(const std::string &json)
 
 const Request kRouter = router(R"({"UpdateUrl":"x"})");
 
-TEST_F(ImageDownload, TheMainRoutersImageIsDownloaded)
+TEST_F(ImageDownload, StartsTheUpdateOfTheMainRouter)
 {
     const std::string done = kNothing.followed_by(R"("Status":"0","updateResult":"0")");
     EXPECT_EQ(run("IMAGE_DOWNLOAD", kRouter.json()), done);
@@ -278,7 +376,7 @@ TEST_F(ImageDownload, TheMainRoutersImageIsDownloaded)
     }
 }
 
-TEST_F(ImageDownload, ChildRoutersAreTakenOutInEveryCase)
+TEST_F(ImageDownload, RemovesChildRoutersInEveryCase)
 {
     for (const std::string child : {"null", "7", "true", R"("x")", "[]", R"({"UpdateUrl":"c"})"}) {
         start_over();
@@ -295,7 +393,7 @@ TEST_F(ImageDownload, ChildRoutersAreTakenOutInEveryCase)
     }
 }
 
-TEST_F(ImageDownload, ADownloadThatCannotStartSaysSo)
+TEST_F(ImageDownload, ReportsThatItCannotStart)
 {
     {
         const Busy busy;
@@ -308,14 +406,8 @@ TEST_F(ImageDownload, ADownloadThatCannotStartSaysSo)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace firmware_start_test
+// ---- PLATEFORM_UPDATE_IMMEDIATE: checks the running firmware before it starts a worker ---------
 
-// PLATEFORM_UPDATE_IMMEDIATE, which checks the running firmware before it starts a worker.
-namespace firmware_platform_test {
-
-class PlateformUpdateImmediate : public FirmwareUpdateTest {};
-
-// The device says what firmware it runs.
 void firmware_version_is(const std::string &version)
 {
     when<devapi_get_update_status_info>([version](UpdateStatusInfo *info) {
@@ -333,13 +425,13 @@ std::string pack_error(const std::string &reason, const Request &rest = kNothing
                             R"(","Status":"1","FailReason":"handle pack error")");
 }
 
-std::vector<recording_device::Call> with_status_read(std::vector<recording_device::Call> calls)
+Calls with_status_read(Calls calls)
 {
     calls.insert(calls.begin(), {"devapi_get_update_status_info", {kZeroedStatus}});
     return calls;
 }
 
-TEST_F(PlateformUpdateImmediate, ThePlatformStartsAnUpdate)
+TEST_F(PlateformUpdateImmediate, StartsTheUpdate)
 {
     const std::string done =
         kNothing.followed_by(R"("Status":"0","updateResult":"0","FailReason":"success")");
@@ -359,7 +451,7 @@ TEST_F(PlateformUpdateImmediate, ThePlatformStartsAnUpdate)
     }
 }
 
-TEST_F(PlateformUpdateImmediate, ThePlatformNeedsADeviceThatAnswers)
+TEST_F(PlateformUpdateImmediate, FailsWithoutTheStatusOfTheDevice)
 {
     for (const int32_t result : kFailures) {
         recording_device::reset();
@@ -376,7 +468,7 @@ TEST_F(PlateformUpdateImmediate, ThePlatformNeedsADeviceThatAnswers)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-TEST_F(PlateformUpdateImmediate, ThePlatformsAddressIsComparedWithTheVersionThatRuns)
+TEST_F(PlateformUpdateImmediate, ComparesTheAddressWithTheRunningVersion)
 {
     const auto send = [&](const std::string &address) {
         const std::string reply =
@@ -404,7 +496,7 @@ TEST_F(PlateformUpdateImmediate, ThePlatformsAddressIsComparedWithTheVersionThat
     EXPECT_EQ(control.workers(), before + others.size());
 }
 
-TEST_F(PlateformUpdateImmediate, ThePlatformIsToldWhatKeptTheUpdateFromStarting)
+TEST_F(PlateformUpdateImmediate, ReportsThatItCannotStart)
 {
     {
         const Busy busy;
@@ -416,4 +508,4 @@ TEST_F(PlateformUpdateImmediate, ThePlatformIsToldWhatKeptTheUpdateFromStarting)
     EXPECT_FALSE(is_busy());
 }
 
-} // namespace firmware_platform_test
+} // namespace firmware_update_test

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The worker that fetches and flashes an image, who starts it, and the agent's own upgrade.
+// The worker that downloads and flashes an image, the function that starts it, and the agent's own
+// upgrade.
 #include "failing_memory.h"
 #include "firmware_update.h"
 #include "firmware_update_fixture.h"
@@ -12,18 +13,18 @@
 
 namespace firmware_worker_test {
 
-using smart_router::kUpdateFailureSize;
+class FirmwareWorkerTest : public FirmwareUpdateTest {};
 
 // ---- The starter -------------------------------------------------------------------------------
 
-TEST_F(FirmwareUpdateTest, TheStarterStartsAWorker)
+TEST_F(FirmwareWorkerTest, TheStarterStartsAWorker)
 {
     EXPECT_EQ(start_prthead_dowing_image(kAddress), 0);
     EXPECT_EQ(calls(), whole_update(kAddress));
     EXPECT_EQ(control.workers(), 1u);
 }
 
-TEST_F(FirmwareUpdateTest, TheWorkerHasACopyOfTheAddress)
+TEST_F(FirmwareWorkerTest, TheWorkerHasACopyOfTheAddress)
 {
     when<devapi_flash_update_image>([](const char *address) {
         sleep(1);
@@ -41,7 +42,7 @@ TEST_F(FirmwareUpdateTest, TheWorkerHasACopyOfTheAddress)
     EXPECT_EQ(calls().back(), (Call{"after a while", {kAddress}}));
 }
 
-TEST_F(FirmwareUpdateTest, TheStarterNeedsAnAddress)
+TEST_F(FirmwareWorkerTest, TheStarterNeedsAnAddress)
 {
     EXPECT_EQ(start_prthead_dowing_image(nullptr), -1);
     EXPECT_FALSE(is_busy());
@@ -51,7 +52,7 @@ TEST_F(FirmwareUpdateTest, TheStarterNeedsAnAddress)
     EXPECT_EQ(control.workers(), 0u);
 }
 
-TEST_F(FirmwareUpdateTest, TheStarterNeedsMemoryForTheCopy)
+TEST_F(FirmwareWorkerTest, TheStarterNeedsMemoryForTheCopy)
 {
     const Busy busy; // taken before the lock is tried
     const FailingMemory memory(0, FailingMemory::Fail::kOnce);
@@ -60,7 +61,7 @@ TEST_F(FirmwareUpdateTest, TheStarterNeedsMemoryForTheCopy)
     EXPECT_EQ(start_prthead_dowing_image(kAddress), -2);
 }
 
-TEST_F(FirmwareUpdateTest, TheStarterNeedsTheLock)
+TEST_F(FirmwareWorkerTest, TheStarterNeedsTheLock)
 {
     const Busy busy;
     control.fail_next_worker(); // which is not requested
@@ -68,7 +69,7 @@ TEST_F(FirmwareUpdateTest, TheStarterNeedsTheLock)
     EXPECT_TRUE(is_busy());
 }
 
-TEST_F(FirmwareUpdateTest, TheStarterNeedsAThread)
+TEST_F(FirmwareWorkerTest, TheStarterNeedsAThread)
 {
     control.fail_next_worker();
     EXPECT_EQ(start_prthead_dowing_image(kAddress), -3);
@@ -80,7 +81,7 @@ TEST_F(FirmwareUpdateTest, TheStarterNeedsAThread)
 
 // ---- The worker --------------------------------------------------------------------------------
 
-TEST_F(FirmwareUpdateTest, TheWorkerHoldsTheLockUntilTheRouterRestarts)
+TEST_F(FirmwareWorkerTest, TheWorkerHoldsTheLockUntilTheRouterRestarts)
 {
     when<devapi_flash_update_image>([](const char *) {
         sleep(60);
@@ -108,7 +109,7 @@ TEST_F(FirmwareUpdateTest, TheWorkerHoldsTheLockUntilTheRouterRestarts)
     EXPECT_EQ(control.workers(), 1u);
 }
 
-TEST_F(FirmwareUpdateTest, AFailedFlashDoesNotRestartTheRouter)
+TEST_F(FirmwareWorkerTest, AFailedFlashDoesNotRestartTheRouter)
 {
     for (const int32_t result : kFailures) {
         start_over();
@@ -119,7 +120,7 @@ TEST_F(FirmwareUpdateTest, AFailedFlashDoesNotRestartTheRouter)
     }
 }
 
-TEST_F(FirmwareUpdateTest, AWorkerWithoutAnAddressOnlyReleasesTheLock)
+TEST_F(FirmwareWorkerTest, AWorkerWithoutAnAddressOnlyReleasesTheLock)
 {
     ASSERT_EQ(pthread_mutex_trylock(&downimagelock), 0);
     pthread_t worker;
@@ -131,8 +132,6 @@ TEST_F(FirmwareUpdateTest, AWorkerWithoutAnAddressOnlyReleasesTheLock)
 
 class AgentsUpgradeTest : public FirmwareUpdateTest {
   protected:
-    using Lines = std::vector<LogLine>;
-
     ~AgentsUpgradeTest() override
     {
         memset(g_update_url, 0, sizeof g_update_url);
@@ -154,8 +153,8 @@ class AgentsUpgradeTest : public FirmwareUpdateTest {
         EXPECT_EQ(g_update_url, address);
     }
 
-    // What the device says next to each of the two calls.
-    void device_says(int32_t downloading, int32_t flashing)
+    // The results of the two device calls in the next upgrade.
+    void device_returns(int32_t downloading, int32_t flashing)
     {
         downloading_ = downloading;
         flashing_ = flashing;
@@ -197,7 +196,7 @@ TEST_F(AgentsUpgradeTest, DownloadsAndFlashesWithoutARestart)
         EXPECT_EQ(calls(), (Calls{{"devapi_download_image", {address, "1"}},
                                   {"sleep", {"60"}},
                                   {"devapi_update_image", {}}}));
-        EXPECT_EQ(recording_host::log_lines(), Lines());
+        EXPECT_EQ(recording_host::log_lines(), LogLines());
         EXPECT_EQ(control.sleeps().back(), (WorkerControl::Sleep{60, false}))
             << "the agent joins it";
     }
@@ -207,100 +206,30 @@ TEST_F(AgentsUpgradeTest, NeedsAnAddress)
 {
     upgrade("");
     EXPECT_EQ(calls(), Calls());
-    EXPECT_EQ(recording_host::log_lines(), (Lines{{3, "update_url is err!\n"}}));
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "update_url is err!\n"}}));
 }
 
 TEST_F(AgentsUpgradeTest, FlashesNothingThatWasNotDownloaded)
 {
     for (const int32_t result : kFailures) {
-        device_says(result, 0);
+        device_returns(result, 0);
         upgrade(kAddress);
         EXPECT_EQ(calls(), (Calls{{"devapi_download_image", {kAddress, "1"}}, {"sleep", {"60"}}}));
-        EXPECT_EQ(recording_host::log_lines(), (Lines{{3, "download image failed"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "download image failed"}}));
     }
 }
 
-TEST_F(AgentsUpgradeTest, SaysThatFlashingFailed)
+TEST_F(AgentsUpgradeTest, LogsThatFlashingFailed)
 {
     for (const int32_t result : kFailures) {
-        device_says(0, result);
+        device_returns(0, result);
         upgrade(kAddress);
         EXPECT_EQ(calls().back(), (Call{"devapi_update_image", {}}));
-        EXPECT_EQ(recording_host::log_lines(), (Lines{{3, "update image failed"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "update image failed"}}));
     }
 }
 
-// ---- The helpers of UPDATE_IMMEDIATE -----------------------------------------------------------
-
-class UpdateImmediateImage : public FirmwareUpdateTest {
-  protected:
-    // The result, and what stands in a buffer that was full of other things.
-    std::pair<int32_t, std::string> upgrade(const std::string &image)
-    {
-        char reason[kUpdateFailureSize + 1];
-        memset(reason, '#', sizeof reason);
-        const Json json = parse(image);
-        const int32_t result = json_hg_image_down_and_upgrade(json.get(), reason);
-        EXPECT_EQ(print(json.get()), image) << "the object belongs to the caller";
-        EXPECT_EQ(reason[kUpdateFailureSize], '#');
-        reason[kUpdateFailureSize] = '\0';
-        return {result, reason};
-    }
-};
-
-const std::string kUntouched(kUpdateFailureSize, '#');
-
-TEST_F(UpdateImmediateImage, StartsTheWorker)
-{
-    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(0, kUntouched));
-    EXPECT_EQ(calls(), whole_update("x"));
-}
-
-TEST_F(UpdateImmediateImage, SaysWhyItDidNot)
-{
-    EXPECT_EQ(upgrade("{}"), std::pair(-1, std::string("json no UpdateUrl")));
-    EXPECT_EQ(upgrade(R"({"UpdateUrl":7})"), std::pair(-1, std::string("json no UpdateUrl")));
-    control.fail_next_worker();
-    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(-1, std::string(kNoThread)));
-    const Busy busy;
-    EXPECT_EQ(upgrade(R"({"UpdateUrl":"x"})"), std::pair(-1, std::string(kDownloading)));
-    char reason[kUpdateFailureSize] = "";
-    EXPECT_EQ(json_hg_image_down_and_upgrade(nullptr, reason), -1);
-    EXPECT_STREQ(reason, "json no UpdateUrl");
-    const Json image = parse(R"({"UpdateUrl":"x"})");
-    const FailingMemory memory(0, FailingMemory::Fail::kLastingly);
-    EXPECT_EQ(json_hg_image_down_and_upgrade(image.get(), reason), -1);
-    EXPECT_STREQ(reason, kUrlIsNull);
-}
-
-TEST_F(UpdateImmediateImage, NeedsSomewhereToSayIt)
-{
-    const Json image = parse(R"({"UpdateUrl":"x"})");
-    for (cJSON *item : {image.get(), static_cast<cJSON *>(nullptr)}) {
-        EXPECT_EQ(json_hg_image_down_and_upgrade(item, nullptr), -1);
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "out_failreason is null!\n"}}));
-        recording_host::reset();
-    }
-    EXPECT_EQ(control.workers(), 0u);
-}
-
-TEST_F(UpdateImmediateImage, TheOtherPartsAreTakenAsDone)
-{
-    char reason[kUpdateFailureSize] = "as before";
-    const Json item = parse(R"({"x":1})");
-    EXPECT_EQ(json_dpi_features_update(item.get(), reason), 0);
-    EXPECT_EQ(json_dpi_features_update(nullptr, nullptr), 0);
-    EXPECT_EQ(json_dpi_http_features_update(), 0);
-    EXPECT_STREQ(reason, "as before");
-    EXPECT_EQ(print(item.get()), R"({"x":1})");
-    EXPECT_EQ(calls(), Calls());
-}
-
-} // namespace firmware_worker_test
-
-// The worker concurrently with everything else that uses the lock.
-namespace firmware_threads_test {
+// ---- Concurrently with everything else that uses the lock --------------------------------------
 
 constexpr int kRounds = 1000;
 
@@ -337,8 +266,8 @@ class FirmwareThreadsTest : public FirmwareUpdateTest {
         });
     }
 
-    // Sends a request over and over; every answer has to be one of the two. Result: how often it
-    // was the first.
+    // Sends a request many times; every reply has to be one of the two. Result: how often it was
+    // the first.
     static size_t send_often(const std::string &command, const std::string &request,
                              const std::string &done, const std::string &refused)
     {
@@ -421,8 +350,8 @@ TEST_F(FirmwareThreadsTest, NeverMoreThanOneIsUnderWay)
     EXPECT_EQ(called["sigaction"], called["system"]);
 }
 
-// One update after the other, each of which gets the lock that the last worker has released.
-TEST_F(FirmwareThreadsTest, AnUpdateFollowsTheOther)
+// Each update gets the lock that the worker of the previous one has released.
+TEST_F(FirmwareThreadsTest, OneUpdateCanFollowAnother)
 {
     for (size_t round = 0; round < kRounds; ++round) {
         const Json object = parse(R"({"MainRouter":{"UpdateUrl":"a"}})");
@@ -433,4 +362,4 @@ TEST_F(FirmwareThreadsTest, AnUpdateFollowsTheOther)
     }
 }
 
-} // namespace firmware_threads_test
+} // namespace firmware_worker_test

@@ -7,32 +7,28 @@ namespace gateway_inspection_test {
 
 class HgInspection : public HandlerTest {};
 class GetHgUplinkStatus : public HandlerTest {};
-class GatewayInspectionTest : public HandlerTest {};
+class HgWifiOptimization : public HandlerTest {};
+class HgWifiChannelPowerOptimization : public HandlerTest {};
 
 // ---- HG_INSPECTION -----------------------------------------------------------------------------
 
-template <size_t width> void set(char (&field)[width], const char *text)
-{
-    strncpy(field, text, width);
-}
-
-TEST_F(HgInspection, TheWholeInspectionMixesThreeRecords)
+TEST_F(HgInspection, ReportsThreeRecords)
 {
     when<devapi_inspect_hg>(
         [](WifiInspectInfo *wifi, FwInspectInfo *firmware, NetInspectInfo *net) {
             memset(net, '?', sizeof *net);
             memset(firmware, '?', sizeof *firmware);
-            set(wifi->WiFiDevNum, "7");
-            set(wifi->Security, "2");
-            set(wifi->Channel, "36");
-            set(wifi->Congestion, "1");
-            set(wifi->PowerLevel, "80");
-            set(wifi->FireWallEnable, "1");
-            set(firmware->FWVersion, "V2.4.1");
-            set(net->WanStatus, "Connected");
-            set(net->NetStatus, "1");
-            set(net->WanIP, "203.0.113.7");
-            set(net->NetMask, "255.255.255.0");
+            put(wifi->WiFiDevNum, "7");
+            put(wifi->Security, "2");
+            put(wifi->Channel, "36");
+            put(wifi->Congestion, "1");
+            put(wifi->PowerLevel, "80");
+            put(wifi->FireWallEnable, "1");
+            put(firmware->FWVersion, "V2.4.1");
+            put(net->WanStatus, "Connected");
+            put(net->NetStatus, "1");
+            put(net->WanIP, "203.0.113.7");
+            put(net->NetMask, "255.255.255.0");
             return 0;
         });
     EXPECT_EQ(run("HG_INSPECTION", R"({"Channel":"x"})"),
@@ -41,11 +37,11 @@ TEST_F(HgInspection, TheWholeInspectionMixesThreeRecords)
               R"("WanIP":"203.0.113.7","NetMask":"255.255.255.0","PowerLevel":"80",)"
               R"("FireWallEnable":"1"})");
     const auto arguments = recording_device::calls().at(0).arguments;
-    EXPECT_EQ(arguments, (std::vector<std::string>{std::string(44, '\0'), std::string(1088, '\0'),
-                                                   std::string(1944, '\0')}));
+    EXPECT_EQ(arguments,
+              (Names{std::string(44, '\0'), std::string(1088, '\0'), std::string(1944, '\0')}));
 }
 
-TEST_F(GetHgUplinkStatus, TheUplinkIsToldTheSizeOfItsBuffer)
+TEST_F(GetHgUplinkStatus, PassesABufferOfEightBytes)
 {
     run("GET_HG_UPLINK_STATUS");
     EXPECT_EQ(recording_device::calls().at(0).arguments.at(1), "8");
@@ -53,17 +49,23 @@ TEST_F(GetHgUplinkStatus, TheUplinkIsToldTheSizeOfItsBuffer)
 
 // ---- HG_WIFI_OPTIMIZATION, HG_WIFI_CHANNEL_POWER_OPTIMIZATION ---------------------------------
 
-TEST_F(GatewayInspectionTest, AnOptimisationTellsWhatTheDeviceChose)
+int32_t choose(WifiInspectInfo *info)
 {
-    const auto chooses = [](WifiInspectInfo *info) {
-        set(info->Channel, "11");
-        set(info->PowerLevel, "60");
-        return 0;
-    };
-    when<devapi_optimize_hg_wifi>(chooses);
-    when<devapi_optimize_wifi_channel_power>(chooses);
+    put(info->Channel, "11");
+    put(info->PowerLevel, "60");
+    return 0;
+}
+
+TEST_F(HgWifiOptimization, ReportsWhatTheDeviceChose)
+{
+    when<devapi_optimize_hg_wifi>(choose);
     EXPECT_EQ(run("HG_WIFI_OPTIMIZATION", R"({"Channel":"6"})"),
               R"({"Status":"0","Channel":"11","Congestion":""})");
+}
+
+TEST_F(HgWifiChannelPowerOptimization, ReportsWhatTheDeviceChose)
+{
+    when<devapi_optimize_wifi_channel_power>(choose);
     EXPECT_EQ(run("HG_WIFI_CHANNEL_POWER_OPTIMIZATION", R"({"Channel":"6","PowerLevel":"100"})"),
               R"({"Status":"0","Channel":"11","Congestion":"","PowerLevel":"60"})");
 }

@@ -1,39 +1,42 @@
 // SPDX-License-Identifier: MIT
 #include "failing_memory.h"
-#include "handler_test.h"
+#include "record_layouts.h"
 
 #include <cstring>
 
 namespace gateway_settings_test {
 
-class SetLanIpInfo : public HandlerTest {};
-class SetHgDhcpInfo : public HandlerTest {};
-class SetHgPppoeInfo : public HandlerTest {};
 class GetHgPppoeInfo : public HandlerTest {};
-class GatewaySettingsTest : public HandlerTest {};
+class HomePage : public HandlerTest {};
 
 // ---- GET_HG_BASE_INFO --------------------------------------------------------------------------
 
-struct BaseKey {
-    const char *key;
-    size_t offset;
-    size_t width;
-};
-constexpr BaseKey kBaseKeys[] = {
-    {"Name", 0, 64},          {"Mac", 64, 32},        {"NetStatus", 96, 16},
-    {"UpSpeed", 112, 32},     {"DownSpeed", 144, 32}, {"WiFiStatus1", 176, 32},
-    {"WiFiStatus2", 208, 32}, {"SSID1", 240, 32},     {"SSID2", 272, 32},
-    {"ip", 368, 32},          {"HWVersion", 400, 32}, {"FWVersion", 432, 32},
-    {"FWDATA", 464, 32},      {"UpTime", 496, 32},    {"DeviceType", 560, 32},
-    {"AreaCode", 592, 32},    {"Wlan0Mac", 336, 32},  {"Wlan1Mac", 304, 32},
-    {"WanLinkMode", 720, 8},  {"Cpu", 640, 8},        {"Memory", 712, 8},
-};
+// In the order of the reply; the last three are reported under other keys than elsewhere.
+const Places kBase = [] {
+    Places places =
+        select(kMainRouterRecord,
+               {"Name",        "Mac",      "NetStatus",  "UpSpeed",  "DownSpeed", "WiFiStatus1",
+                "WiFiStatus2", "SSID1",    "SSID2",      "ip",       "HWVersion", "FWVersion",
+                "FWDATA",      "UpTime",   "DeviceType", "AreaCode", "Wlan0Mac",  "Wlan1Mac",
+                "WanConMode",  "cpuusage", "ramusage"});
+    const char *const keys[] = {"WanLinkMode", "Cpu", "Memory"};
+    for (size_t at = 0; at < 3; ++at) {
+        places[places.size() - 3 + at].key = keys[at];
+    }
+    return places;
+}();
+
+// Its key, without a NUL if it is as wide as the field.
+std::string key_of(const Place &place)
+{
+    return std::string(place.key).substr(0, place.width);
+}
 
 int32_t base_result;
 int32_t lan_result;
 int32_t wan_result;
 
-class GetHgBaseInfo : public GatewaySettingsTest {
+class GetHgBaseInfo : public HandlerTest {
   protected:
     GetHgBaseInfo()
     {
@@ -41,9 +44,7 @@ class GetHgBaseInfo : public GatewaySettingsTest {
         // Each field contains its key; everything else in the records is garbage.
         when<devapi_get_hg_base_info>([](HgBaseInfo *info) {
             memset(info, '?', sizeof *info);
-            for (const BaseKey &key : kBaseKeys) {
-                strncpy(reinterpret_cast<char *>(info) + key.offset, key.key, key.width);
-            }
+            fill_places(info, kBase, key_of);
             return base_result;
         });
         when<devapi_get_lan_ip_info>([](LanIpInfo *info) {
@@ -61,24 +62,24 @@ class GetHgBaseInfo : public GatewaySettingsTest {
 
     static std::string reply(bool base, bool lan, bool wan)
     {
-        std::string text = R"({"Status":"0")";
-        for (const BaseKey &key : kBaseKeys) {
-            text += std::string(",\"") + key.key + "\":\"" +
-                    (base ? std::string(key.key, strnlen(key.key, key.width)) : "") + '"';
+        Request reply = Request({}).with("Status", R"("0")");
+        for (const Place &place : kBase) {
+            reply = reply.with(place.key, quoted(base ? key_of(place) : ""));
         }
-        text += std::string(R"(,"LanIp":")") + (lan ? "192.168.1.1" : "");
-        text += std::string(R"(","WanGateWay":")") + (wan ? "203.0.113.1" : "");
-        text += std::string(R"(","Dns":")") + (wan ? "198.51.100.53" : "");
-        return text + R"(","MeshInfo":"[]"})";
+        return reply.with("LanIp", quoted(lan ? "192.168.1.1" : ""))
+            .with("WanGateWay", quoted(wan ? "203.0.113.1" : ""))
+            .with("Dns", quoted(wan ? "198.51.100.53" : ""))
+            .with("MeshInfo", R"("[]")")
+            .json();
     }
 };
 
 TEST_F(GetHgBaseInfo, ReportsThreeRecordsInOneOrder)
 {
     EXPECT_EQ(run("GET_HG_BASE_INFO"), reply(true, true, true));
-    EXPECT_EQ(recording_device::called_functions(),
-              (std::vector<std::string>{"devapi_get_hg_base_info", "devapi_get_lan_ip_info",
-                                        "devapi_get_wan_ip_info"}));
+    EXPECT_EQ(
+        recording_device::called_functions(),
+        (Names{"devapi_get_hg_base_info", "devapi_get_lan_ip_info", "devapi_get_wan_ip_info"}));
     const auto calls = recording_device::calls();
     EXPECT_EQ(calls[0].arguments[0], std::string(856, '\0'));
     EXPECT_EQ(calls[1].arguments[0], std::string(128, '\0'));
@@ -110,7 +111,7 @@ std::string home_page()
     return print(object.get());
 }
 
-TEST_F(GatewaySettingsTest, TheHomePageIsReportedInItsOrder)
+TEST_F(HomePage, IsReportedInItsOrder)
 {
     when<devapi_get_home_page_info>([](HomePageInfo *info) {
         strcpy(info->Devname, "a");
@@ -130,7 +131,7 @@ TEST_F(GatewaySettingsTest, TheHomePageIsReportedInItsOrder)
     EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(408, '\0'));
 }
 
-TEST_F(GatewaySettingsTest, TheHomePageFieldsHaveTheirWidths)
+TEST_F(HomePage, HasFieldsOfTheirWidths)
 {
     when<devapi_get_home_page_info>([](HomePageInfo *info) {
         memset(info, 'x', sizeof *info);
@@ -146,7 +147,7 @@ TEST_F(GatewaySettingsTest, TheHomePageFieldsHaveTheirWidths)
     EXPECT_EQ(strlen(cJSON_GetObjectItem(object.get(), "CpuTemperature")->valuestring), 64u);
 }
 
-TEST_F(GatewaySettingsTest, AHomePageThatCannotBeReadFails)
+TEST_F(HomePage, FailsIfItCannotBeRead)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         when<devapi_get_home_page_info>([result](HomePageInfo *) { return result; });
@@ -156,7 +157,7 @@ TEST_F(GatewaySettingsTest, AHomePageThatCannotBeReadFails)
     }
 }
 
-TEST_F(GatewaySettingsTest, NoCommandLeadsToTheHomePage)
+TEST_F(HomePage, HasNoCommand)
 {
     const Json object = parse("{}");
     EXPECT_EQ(hg_process_json_cmd("GET_HOME_PAGE_INFO", object.get()), HG_NO_SUCH_COMMAND);
@@ -164,53 +165,63 @@ TEST_F(GatewaySettingsTest, NoCommandLeadsToTheHomePage)
 
 // ---- Logs of the settings ----------------------------------------------------------------------
 
-TEST_F(SetLanIpInfo, TheLanSettingLogsItsValuesUncut)
-{
-    const std::string ip = text_of_length(40);
-    run("SET_LAN_IP_INFO",
-        R"({"EndIp":"d","GatewayLanIP":")" + ip + R"(","SubnetMask":"b","StartIp":"c"})");
-    EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{7, "json_set_hg_lanip_info, GatewayLanIP:" + ip +
-                                            "| SubnetMask:b| StartIp:c| EndIp:d"}}));
-}
-
-TEST_F(SetLanIpInfo, TheLanSettingLogsThePppoeTextOnABadRequest)
-{
-    run("SET_LAN_IP_INFO", R"({"EndIp":"d"})");
-    EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{3, "json_set_hg_pppoe_info : Err, null param"}}));
-}
-
-TEST_F(SetHgDhcpInfo, TheDhcpSettingLogs)
-{
-    run("SET_HG_DHCP_INFO", R"({"Enable":"a switch that is too long"})");
-    run("SET_HG_DHCP_INFO", R"({"Enable":1})");
-    EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{7, "json_set_hg_dhcp_info,Enable:a switch that is too long"},
-                                    {3, "json_set_hg_dhcp_info : Err, null param"}}));
-}
-
-TEST_F(SetHgPppoeInfo, ThePppoeSettingLogsThePasswordInClear)
-{
-    run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Password":"p","Account":"a"})");
-    run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Account":"a"})");
-    EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{7, "json_set_hg_pppoe_info, Account:a|Password:p|Enable:1"},
-                                    {3, "json_set_hg_pppoe_info : Err, null param"}}));
-}
-
-TEST_F(GatewaySettingsTest, WithoutMemoryNoSettingComplainsOfItsParameters)
-{
-    for (const char *command : {"SET_LAN_IP_INFO", "SET_HG_DHCP_INFO", "SET_HG_PPPOE_INFO"}) {
-        recording_host::reset();
+class GatewaySetting : public HandlerTest {
+  protected:
+    // Without memory for the reply the setting logs its values, but no error in the parameters, and
+    // the device is not called.
+    static void expect_no_parameter_error_without_memory(const char *command)
+    {
+        forget();
         const Json object = parse(R"({"GatewayLanIP":"","SubnetMask":"","StartIp":"","EndIp":"",)"
                                   R"("Enable":"","Account":"","Password":""})");
         const FailingMemory memory(0, FailingMemory::Fail::kOnce);
         hg_process_json_cmd(command, object.get());
         ASSERT_EQ(recording_host::log_lines().size(), 1u);
         EXPECT_EQ(recording_host::log_lines()[0].level, 7);
+        EXPECT_TRUE(recording_device::calls().empty());
     }
-    EXPECT_TRUE(recording_device::calls().empty());
+};
+
+class SetLanIpInfo : public GatewaySetting {};
+class SetHgDhcpInfo : public GatewaySetting {};
+class SetHgPppoeInfo : public GatewaySetting {};
+
+TEST_F(SetLanIpInfo, LogsItsValuesUncut)
+{
+    const std::string ip = text_of_length(40);
+    run("SET_LAN_IP_INFO",
+        R"({"EndIp":"d","GatewayLanIP":")" + ip + R"(","SubnetMask":"b","StartIp":"c"})");
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{7, "json_set_hg_lanip_info, GatewayLanIP:" + ip +
+                                "| SubnetMask:b| StartIp:c| EndIp:d"}}));
+    expect_no_parameter_error_without_memory("SET_LAN_IP_INFO");
+}
+
+TEST_F(SetLanIpInfo, LogsThePppoeTextForABadRequest)
+{
+    run("SET_LAN_IP_INFO", R"({"EndIp":"d"})");
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{3, "json_set_hg_pppoe_info : Err, null param"}}));
+}
+
+TEST_F(SetHgDhcpInfo, LogsItsValueUncut)
+{
+    run("SET_HG_DHCP_INFO", R"({"Enable":"a switch that is too long"})");
+    run("SET_HG_DHCP_INFO", R"({"Enable":1})");
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{7, "json_set_hg_dhcp_info,Enable:a switch that is too long"},
+                        {3, "json_set_hg_dhcp_info : Err, null param"}}));
+    expect_no_parameter_error_without_memory("SET_HG_DHCP_INFO");
+}
+
+TEST_F(SetHgPppoeInfo, LogsThePasswordInClear)
+{
+    run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Password":"p","Account":"a"})");
+    run("SET_HG_PPPOE_INFO", R"({"Enable":"1","Account":"a"})");
+    EXPECT_EQ(recording_host::log_lines(),
+              (LogLines{{7, "json_set_hg_pppoe_info, Account:a|Password:p|Enable:1"},
+                        {3, "json_set_hg_pppoe_info : Err, null param"}}));
+    expect_no_parameter_error_without_memory("SET_HG_PPPOE_INFO");
 }
 
 // ---- GET_HG_PPPOE_INFO -------------------------------------------------------------------------
@@ -225,7 +236,7 @@ void pppoe_is(const char *enable)
     });
 }
 
-TEST_F(GetHgPppoeInfo, PppoeThatIsOnShowsItsAccount)
+TEST_F(GetHgPppoeInfo, ReportsTheAccountIfItIsOn)
 {
     pppoe_is("1");
     EXPECT_EQ(run("GET_HG_PPPOE_INFO"),
@@ -233,7 +244,7 @@ TEST_F(GetHgPppoeInfo, PppoeThatIsOnShowsItsAccount)
     EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(144, '\0'));
 }
 
-TEST_F(GetHgPppoeInfo, PppoeThatIsNotExactlyOneHidesItsAccount)
+TEST_F(GetHgPppoeInfo, HidesTheAccountUnlessItIsExactlyOne)
 {
     for (const char *enable : {"", "0", "01", "1 ", "11", "2", "on", "NULL", "1111111111111111"}) {
         pppoe_is(enable);

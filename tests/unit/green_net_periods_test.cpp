@@ -10,32 +10,19 @@ constexpr char kCommand[] = "GET_GREENNET_PROTECT_PERIOD_LIST";
 
 class GetGreennetProtectPeriodList : public HandlerTest {};
 
-void index_is(int32_t index, int32_t result = 1)
+// The device with index 7 has this many periods, whose texts end in their number.
+void periods_are(int32_t count)
 {
-    when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
-        *out = index;
-        return result;
-    });
-}
-
-// The device with index 7 has so many periods, whose texts end in their number; those from failing
-// on cannot be read.
-void periods_are(int32_t count, int32_t failing = INT32_MAX, int32_t failure = -1)
-{
-    index_is(7);
-    when<devapi_get_duration_num_by_index>([=](int32_t, int32_t *out) {
-        *out = count;
-        return 0;
-    });
+    writes<devapi_get_greennet_index_by_mac>(7, 1);
+    writes<devapi_get_duration_num_by_index>(count);
     when<devapi_get_protect_period_info>([=](ProtectPeriodInfo *info) {
         const std::string number = std::to_string(info->PeriodNum);
-        const int32_t result = info->PeriodNum >= failing ? failure : 0;
         memset(info, '?', sizeof *info);
         strcpy(info->StartTime, ("s" + number).c_str());
         strcpy(info->EndTime, ("t" + number).c_str());
         strcpy(info->Enable, ("e" + number).c_str());
         strcpy(info->DaysOfWeek, ("d" + number).c_str());
-        return result;
+        return 0;
     });
 }
 
@@ -56,18 +43,18 @@ TEST_F(GetGreennetProtectPeriodList, ListsThePeriodsOfADevice)
     const ProtectPeriodInfo first = {7, 1, "", "", "", ""};
     const ProtectPeriodInfo second = {7, 2, "", "", "", ""};
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
-                                 {"devapi_get_duration_num_by_index", {"7", contents(&none)}},
-                                 {"devapi_get_protect_period_info", {contents(&first)}},
-                                 {"devapi_get_protect_period_info", {contents(&second)}}}));
+              (Calls{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                     {"devapi_get_duration_num_by_index", {"7", contents(&none)}},
+                     {"devapi_get_protect_period_info", {contents(&first)}},
+                     {"devapi_get_protect_period_info", {contents(&second)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetGreennetProtectPeriodList, AListNeedsADeviceOfTheTable)
+TEST_F(GetGreennetProtectPeriodList, NeedsADeviceOfTheTable)
 {
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
         recording_device::reset();
-        index_is(7, result);
+        writes<devapi_get_greennet_index_by_mac>(7, result);
         EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"),
                   R"({"Mac":"x",)" + failure("xml mac index not found") + "}");
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
@@ -75,22 +62,19 @@ TEST_F(GetGreennetProtectPeriodList, AListNeedsADeviceOfTheTable)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetGreennetProtectPeriodList, TheResultOfTheCountIsNotLookedAt)
+TEST_F(GetGreennetProtectPeriodList, IgnoresTheResultOfTheCount)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         periods_are(0);
         when<devapi_get_duration_num_by_index>([result](int32_t, int32_t *) { return result; });
         EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"), R"({"Mac":"x","Status":"0","Sleep":[]})");
-        when<devapi_get_duration_num_by_index>([result](int32_t, int32_t *count) {
-            *count = 1;
-            return result;
-        });
+        writes<devapi_get_duration_num_by_index>(1, result);
         EXPECT_EQ(run(kCommand, R"({"Mac":"x"})"),
                   R"({"Mac":"x","Status":"0","Sleep":[)" + period(1) + "]}");
     }
 }
 
-TEST_F(GetGreennetProtectPeriodList, ThereMayBeNoPeriodsOrMany)
+TEST_F(GetGreennetProtectPeriodList, ListsNoPeriodsOrMany)
 {
     for (const int32_t count : {0, -1, -5, INT32_MIN}) {
         periods_are(count);
@@ -126,23 +110,14 @@ std::string reply(const std::string &members)
     return R"({"Mac":"AA:BB","Last":2,)" + members + "}";
 }
 
-void index_is(int32_t index, int32_t result = 1)
-{
-    when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
-        *out = index;
-        return result;
-    });
-}
-
 class SetGreennetProtectPeriodList : public HandlerTest {
   protected:
-    SetGreennetProtectPeriodList() { index_is(7); }
+    SetGreennetProtectPeriodList() { forget(); }
 
     static void forget()
     {
-        recording_device::reset();
-        recording_host::reset();
-        index_is(7);
+        HandlerTest::forget();
+        writes<devapi_get_greennet_index_by_mac>(7, 1);
     }
 };
 
@@ -159,14 +134,14 @@ TEST_F(SetGreennetProtectPeriodList, ReplacesThePeriodsOfADevice)
     const ProtectPeriodInfo first = {7, 41, "21:00", "06:30", "0", "12345"};
     const ProtectPeriodInfo second = {7, 42, "21:00", "06:30", "1", "12345"};
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
-                                 {"devapi_del_all_duration", {"7"}},
-                                 {"devapi_add_greennet_duration", {"7", contents(&none)}},
-                                 {"devapi_set_protect_period_info", {contents(&first)}},
-                                 {"devapi_add_greennet_duration", {"7", contents(&none)}},
-                                 {"devapi_set_protect_period_info", {contents(&second)}},
-                                 {"devapi_set_protect_enable", {"1", "7"}}}));
-    EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+              (Calls{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                     {"devapi_del_all_duration", {"7"}},
+                     {"devapi_add_greennet_duration", {"7", contents(&none)}},
+                     {"devapi_set_protect_period_info", {contents(&first)}},
+                     {"devapi_add_greennet_duration", {"7", contents(&none)}},
+                     {"devapi_set_protect_period_info", {contents(&second)}},
+                     {"devapi_set_protect_enable", {"1", "7"}}}));
+    EXPECT_EQ(recording_host::log_lines(), LogLines{kIndex});
 }
 
 TEST_F(SetGreennetProtectPeriodList, AnEmptyListRemovesAllPeriodsAndSwitchesProtectionOff)
@@ -174,9 +149,9 @@ TEST_F(SetGreennetProtectPeriodList, AnEmptyListRemovesAllPeriodsAndSwitchesProt
     EXPECT_EQ(run(kCommand, list_of("")), reply(R"("Status":"0")"));
     const int32_t none = 0;
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
-                                 {"devapi_del_all_duration", {"7"}},
-                                 {"devapi_set_protect_enable", {"0", "7"}}}));
+              (Calls{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                     {"devapi_del_all_duration", {"7"}},
+                     {"devapi_set_protect_enable", {"0", "7"}}}));
 }
 
 TEST_F(SetGreennetProtectPeriodList, ProtectionIsOnWhenOnePeriodIs)
@@ -213,7 +188,7 @@ TEST_F(SetGreennetProtectPeriodList, NeedsADeviceOfTheTable)
     const std::string members = R"({"Mac":"AA:BB","Sleep":[],)";
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
         forget();
-        index_is(7, result);
+        writes<devapi_get_greennet_index_by_mac>(7, result);
         EXPECT_EQ(run(kCommand, R"({"Mac":"AA:BB","Sleep":[]})"),
                   members + failure("json node: mac index not found") + "}");
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
@@ -221,7 +196,7 @@ TEST_F(SetGreennetProtectPeriodList, NeedsADeviceOfTheTable)
     }
 }
 
-TEST_F(SetGreennetProtectPeriodList, WhatIsNoListNeverRemovesAnything)
+TEST_F(SetGreennetProtectPeriodList, RemovesNothingForAValueThatIsNotAList)
 {
     const Request mac = Request({}).with("Mac", R"("AA:BB")");
     std::vector<Request> requests = {mac, mac.with("Sleeps", "[]")};
@@ -234,11 +209,11 @@ TEST_F(SetGreennetProtectPeriodList, WhatIsNoListNeverRemovesAnything)
         EXPECT_EQ(run(kCommand, request.json()),
                   request.followed_by(failure("json node: list not found")));
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_index_by_mac"});
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+        EXPECT_EQ(recording_host::log_lines(), LogLines{kIndex});
     }
 }
 
-TEST_F(SetGreennetProtectPeriodList, StopsWhenTheOldPeriodsStay)
+TEST_F(SetGreennetProtectPeriodList, StopsIfTheOldPeriodsAreNotRemoved)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         forget();
@@ -246,22 +221,14 @@ TEST_F(SetGreennetProtectPeriodList, StopsWhenTheOldPeriodsStay)
         EXPECT_EQ(run(kCommand, list_of(kPeriod.json())), reply(failure("del duration failed!")));
         EXPECT_EQ(recording_device::called_functions(),
                   (Names{"devapi_get_greennet_index_by_mac", "devapi_del_all_duration"}));
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kIndex});
+        EXPECT_EQ(recording_host::log_lines(), LogLines{kIndex});
     }
 }
 
 // What was stored before the element stays stored; protection is not switched.
 TEST_F(SetGreennetProtectPeriodList, StopsAtTheFirstElementWithoutOneOfItsKeys)
 {
-    std::vector<std::string> wrong = {
-        "null", "7", "true", R"("Enable")", "[]", "{}", "[" + kPeriod.json() + "]"};
-    for (const auto &[key, json] : kPeriod.keys()) {
-        wrong.push_back(kPeriod.without(key).json());
-        for (const std::string &no_text : kNoTexts) {
-            wrong.push_back(kPeriod.with(key, no_text).json());
-        }
-    }
-    for (const std::string &bad : wrong) {
+    for (const std::string &bad : not_like(kPeriod)) {
         forget();
         EXPECT_EQ(run(kCommand, list_of(kPeriod.json() + "," + bad + "," + kPeriod.json())),
                   reply(failure("parse protect period info failed")));
@@ -269,7 +236,7 @@ TEST_F(SetGreennetProtectPeriodList, StopsAtTheFirstElementWithoutOneOfItsKeys)
                   (Names{"devapi_get_greennet_index_by_mac", "devapi_del_all_duration",
                          "devapi_add_greennet_duration", "devapi_set_protect_period_info"}))
             << bad;
-        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{kIndex, kNoText}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{kIndex, kNoText}));
     }
 }
 
@@ -297,7 +264,7 @@ TEST_F(SetGreennetProtectPeriodList, CutsItsTexts)
 {
     for (const size_t length : {0u, 6u, 7u, 8u, 63u, 64u, 10000u}) {
         forget();
-        index_is(INT32_MIN);
+        writes<devapi_get_greennet_index_by_mac>(INT32_MIN, 1);
         const std::string text = text_of_length(length);
         Request request({});
         for (const auto &[key, json] : kPeriod.keys()) {
@@ -313,8 +280,7 @@ TEST_F(SetGreennetProtectPeriodList, CutsItsTexts)
         }
         EXPECT_EQ(recording_device::calls().at(0).arguments[0], text.substr(0, 63));
         EXPECT_EQ(recording_device::calls().at(3).arguments[0], contents(&expected));
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{7, "mac_index = -2147483648\n"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "mac_index = -2147483648\n"}}));
     }
 }
 

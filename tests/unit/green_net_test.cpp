@@ -18,26 +18,21 @@ class SetGreennetNotifyEnable : public HandlerTest {};
 
 constexpr char kGetSwitch[] = "GET_GREENNET_ENABLE";
 
-void switch_is(const std::string &text, int32_t result = 0)
-{
-    when<devapi_get_greennet_enable>([=](char *enable) {
-        EXPECT_EQ(std::string(enable, 256), std::string(256, '\0'));
-        text.copy(enable, 256);
-        return result;
-    });
-}
-
-TEST_F(GetGreennetEnable, ASwitchThatCannotBeReadIsLogged)
+TEST_F(GetGreennetEnable, LogsASwitchThatCannotBeRead)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         recording_host::reset();
-        switch_is("1", result);
+        when<devapi_get_greennet_enable>([result](char *enable) {
+            EXPECT_EQ(std::string(enable, 256), std::string(256, '\0'));
+            strcpy(enable, "1");
+            return result;
+        });
         EXPECT_EQ(run(kGetSwitch, R"({"Enable":"x"})"),
                   R"({"Enable":"x",)" + failure("get green net enable failed") + "}");
         EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "json_get_green_net_enable: 1612 get green net enable "
-                                            "failed! ret = " +
-                                                std::to_string(result) + "\n"}}));
+                  (LogLines{{3, "json_get_green_net_enable: 1612 get green net enable "
+                                "failed! ret = " +
+                                    std::to_string(result) + "\n"}}));
     }
 }
 
@@ -46,32 +41,24 @@ TEST_F(GetGreennetEnable, ASwitchThatCannotBeReadIsLogged)
 constexpr char kNotify[] = "SET_GREENNET_NOTIFY_ENABLE";
 const Request kNotifyRequest({{"NotifyEnable", R"("1")"}, {"Mac", R"("AA:BB")"}});
 
-void index_is(int32_t index, int32_t result = 1)
-{
-    when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
-        *out = index;
-        return result;
-    });
-}
-
 TEST_F(SetGreennetNotifyEnable, SwitchesTheNoticesOfADevice)
 {
-    index_is(12);
+    writes<devapi_get_greennet_index_by_mac>(12, 1);
     EXPECT_EQ(run(kNotify, kNotifyRequest.with("Name", R"("kept")").json()),
               R"({"Name":"kept","Status":"0"})");
     const int32_t none = 0;
     const GreenHostInfo expected = {"12", "AA:BB", "", "1", "", ""};
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
-                                 {"devapi_set_green_net_notify", {contents(&expected)}}}));
+              (Calls{{"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                     {"devapi_set_green_net_notify", {contents(&expected)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetGreennetNotifyEnable, NoticesNeedADeviceOfTheTable)
+TEST_F(SetGreennetNotifyEnable, NeedsADeviceOfTheTable)
 {
     for (const int32_t result : {0, -1, 2, -2, 1000, INT32_MIN}) {
         recording_device::reset();
-        index_is(3, result);
+        writes<devapi_get_greennet_index_by_mac>(3, result);
         EXPECT_EQ(run(kNotify, kNotifyRequest.json()),
                   "{" + failure("get host index failed.") + "}")
             << result;
@@ -80,7 +67,7 @@ TEST_F(SetGreennetNotifyEnable, NoticesNeedADeviceOfTheTable)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetGreennetNotifyEnable, NoticesCutTheirTexts)
+TEST_F(SetGreennetNotifyEnable, CutsItsTexts)
 {
     const std::pair<int32_t, const char *> indexes[] = {{0, "0"},
                                                         {-5, "-5"},
@@ -90,7 +77,7 @@ TEST_F(SetGreennetNotifyEnable, NoticesCutTheirTexts)
                                                         {INT32_MAX, "214748"},
                                                         {INT32_MIN, "-21474"}};
     for (const auto &[index, text] : indexes) {
-        index_is(index);
+        writes<devapi_get_greennet_index_by_mac>(index, 1);
         for (const size_t length : {0u, 7u, 8u, 63u, 64u, 10000u}) {
             const std::string value = text_of_length(length);
             EXPECT_EQ(run(kNotify, R"({"Mac":)" + quoted(value) + R"(,"NotifyEnable":)" +
@@ -114,14 +101,6 @@ namespace green_net_list_test {
 constexpr char kCommand[] = "GET_GREENNET_DEVICE_LIST";
 
 class GetGreennetDeviceList : public HandlerTest {};
-
-void entries_are(int32_t count, int32_t result = 0)
-{
-    when<devapi_get_greennet_num>([=](int32_t *out) {
-        *out = count;
-        return result;
-    });
-}
 
 using Indexes = std::vector<int32_t>;
 
@@ -167,43 +146,40 @@ LogLine unread(int32_t index)
 
 TEST_F(GetGreennetDeviceList, ListsTheDevicesUpToTheirCount)
 {
-    entries_are(2);
+    writes<devapi_get_greennet_num>(2);
     table_has({1, 2, 3});
     EXPECT_EQ(run(kCommand, R"({"devicelist":7})"), R"({"devicelist":7,)" + list_of({1, 2}));
     const int32_t none = 0;
     const GreenHostInfo first = {"1", "", "", "", "", ""};
     const GreenHostInfo second = {"2", "", "", "", "", ""};
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_greennet_num", {contents(&none)}},
-                                 {"devapi_get_green_net_info", {contents(&first)}},
-                                 {"devapi_get_green_net_info", {contents(&second)}}}));
+              (Calls{{"devapi_get_greennet_num", {contents(&none)}},
+                     {"devapi_get_green_net_info", {contents(&first)}},
+                     {"devapi_get_green_net_info", {contents(&second)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetGreennetDeviceList, GapsInTheTableAreLoggedAndDoNotCount)
+TEST_F(GetGreennetDeviceList, LogsGapsInTheTableAndDoesNotCountThem)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
-        recording_device::reset();
-        recording_host::reset();
-        entries_are(3);
+        forget();
+        writes<devapi_get_greennet_num>(3);
         table_has({2, 5, 6, 7}, result);
         EXPECT_EQ(run(kCommand), "{" + list_of({2, 5, 6}));
         EXPECT_EQ(recording_device::calls().size(), 1u + 6);
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{unread(1), unread(3), unread(4)}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{unread(1), unread(3), unread(4)}));
     }
 }
 
-TEST_F(GetGreennetDeviceList, TheTableEndsAtSixtyFour)
+TEST_F(GetGreennetDeviceList, ReadsSixtyFourEntriesAtMost)
 {
     for (const int32_t count : {3, 64, 65, 2000000, INT32_MAX}) {
-        recording_device::reset();
-        recording_host::reset();
-        entries_are(count);
+        forget();
+        writes<devapi_get_greennet_num>(count);
         table_has({1, 64, 65});
         EXPECT_EQ(run(kCommand), "{" + list_of({1, 64})) << count;
         EXPECT_EQ(recording_device::calls().size(), 1u + 64);
-        std::vector<LogLine> lines;
+        LogLines lines;
         for (int32_t index = 2; index < 64; ++index) {
             lines.push_back(unread(index));
         }
@@ -211,17 +187,17 @@ TEST_F(GetGreennetDeviceList, TheTableEndsAtSixtyFour)
     }
 }
 
-TEST_F(GetGreennetDeviceList, NoEntriesAreAnEmptyList)
+TEST_F(GetGreennetDeviceList, IsEmptyWithoutEntries)
 {
     for (const int32_t count : {0, -1, -5, INT32_MIN}) {
         recording_device::reset();
-        entries_are(count);
+        writes<devapi_get_greennet_num>(count);
         EXPECT_EQ(run(kCommand), "{" + list_of({})) << count;
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_greennet_num"});
     }
 }
 
-TEST_F(GetGreennetDeviceList, EntriesWithoutAMacAreCountedAndLeftOut)
+TEST_F(GetGreennetDeviceList, CountsEntriesWithoutAMacAndLeavesThemOut)
 {
     const std::pair<std::string, bool> macs[] = {
         {"", false},     {"NULL", false}, {"null", false}, {"NuLl", false}, {"NUL", true},
@@ -229,7 +205,7 @@ TEST_F(GetGreennetDeviceList, EntriesWithoutAMacAreCountedAndLeftOut)
     };
     for (const auto &[mac, is_reported] : macs) {
         recording_device::reset();
-        entries_are(2);
+        writes<devapi_get_greennet_num>(2);
         when<devapi_get_green_net_info>([mac = mac](GreenHostInfo *info) {
             const bool first = strcmp(info->HostIndex, "1") == 0;
             *info = {"", "mac2", "name2", "n2", "p2", ""};
@@ -248,14 +224,14 @@ TEST_F(GetGreennetDeviceList, EntriesWithoutAMacAreCountedAndLeftOut)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-// The one list that memory may shorten: the log says by how much.
-TEST_F(GetGreennetDeviceList, ADeviceWithoutMemoryIsLeftOutAndLogged)
+// The only list that may be short for lack of memory: there is a log line for each element.
+TEST_F(GetGreennetDeviceList, LeavesOutAndLogsADeviceWithoutMemory)
 {
     size_t number = 0;
     const size_t allocations = sweep_memory(
         kCommand, "{}",
         [] {
-            entries_are(2);
+            writes<devapi_get_greennet_num>(2);
             table_has({1, 2});
         },
         [&number](const std::string &object, FailingMemory::Fail how) {
@@ -263,7 +239,7 @@ TEST_F(GetGreennetDeviceList, ADeviceWithoutMemoryIsLeftOutAndLogged)
             const bool once = how == FailingMemory::Fail::kOnce;
             const size_t failing = number++ % 20;
             const size_t lost = failing < 2 ? 0 : !once && failing < 11 ? 2 : 1;
-            EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>(lost, line));
+            EXPECT_EQ(recording_host::log_lines(), LogLines(lost, line));
             if (failing < 2) {
                 EXPECT_EQ(object, once ? "{" + failure("get host num failed") + "}" : "{}");
             } else if (lost == 2) {
@@ -320,11 +296,12 @@ std::string reply(const std::string &members)
 
 class SetGreennetDeviceList : public HandlerTest {
   protected:
-    SetGreennetDeviceList() { program_table(); }
+    SetGreennetDeviceList() { forget(); }
 
-    // A table with the entry "AA:BB" at index 5 that adds others from 6 on.
-    void program_table()
+    // The device then has a table with the entry "AA:BB" at index 5 that adds others from 6 on.
+    void forget()
     {
+        HandlerTest::forget();
         table = {{"AA:BB", 5}};
         when<devapi_get_greennet_index_by_mac>([this](const char *mac, int32_t *index) {
             EXPECT_EQ(*index, 0);
@@ -337,13 +314,6 @@ class SetGreennetDeviceList : public HandlerTest {
             table[mac] = *index;
             return 0;
         });
-    }
-
-    void forget()
-    {
-        recording_device::reset();
-        recording_host::reset();
-        program_table();
     }
 
     // The list that the removal got.
@@ -364,25 +334,25 @@ TEST_F(SetGreennetDeviceList, StoresKnownAndNewDevicesAndRemovesTheOthers)
     const GreenHostInfo known = record("5", "AA:BB", "0");
     const GreenHostInfo added = record("6", "CC:DD", "1");
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_greenaccess_enable", {"1"}},
-                                 {"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
-                                 {"devapi_set_green_net_info", {contents(&known)}},
-                                 {"devapi_get_greennet_index_by_mac", {"CC:DD", contents(&none)}},
-                                 {"devapi_add_greennet_mac", {"CC:DD", contents(&none)}},
-                                 {"devapi_set_green_net_info", {contents(&added)}},
-                                 {"devapi_del_green_net_info_by_maclist", {"AA:BB,CC:DD,"}}}));
-    EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{is_new("CC:DD")});
+              (Calls{{"devapi_set_greenaccess_enable", {"1"}},
+                     {"devapi_get_greennet_index_by_mac", {"AA:BB", contents(&none)}},
+                     {"devapi_set_green_net_info", {contents(&known)}},
+                     {"devapi_get_greennet_index_by_mac", {"CC:DD", contents(&none)}},
+                     {"devapi_add_greennet_mac", {"CC:DD", contents(&none)}},
+                     {"devapi_set_green_net_info", {contents(&added)}},
+                     {"devapi_del_green_net_info_by_maclist", {"AA:BB,CC:DD,"}}}));
+    EXPECT_EQ(recording_host::log_lines(), LogLines{is_new("CC:DD")});
 }
 
 TEST_F(SetGreennetDeviceList, AnEmptyListRemovesEveryEntry)
 {
     EXPECT_EQ(run(kCommand, list_of("")), kSuccess);
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_del_green_net_info_by_maclist", {"(null)"}}}));
+              (Calls{{"devapi_del_green_net_info_by_maclist", {"(null)"}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetGreennetDeviceList, AFailedRemovalIsToldByTwoStatuses)
+TEST_F(SetGreennetDeviceList, ReportsAFailedRemovalWithTwoStatuses)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         for (const std::string &elements : {std::string(), element("AA:BB")}) {
@@ -394,7 +364,7 @@ TEST_F(SetGreennetDeviceList, AFailedRemovalIsToldByTwoStatuses)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetGreennetDeviceList, WhatIsNoListNeverRemovesAnything)
+TEST_F(SetGreennetDeviceList, RemovesNothingForAValueThatIsNotAList)
 {
     std::vector<Request> requests = {Request({}), Request({}).with("Device", "[]")};
     for (const std::string json :
@@ -409,7 +379,7 @@ TEST_F(SetGreennetDeviceList, WhatIsNoListNeverRemovesAnything)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetGreennetDeviceList, StopsWhenAccessCannotBeRestricted)
+TEST_F(SetGreennetDeviceList, StopsIfAccessCannotBeRestricted)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         forget();
@@ -424,15 +394,7 @@ TEST_F(SetGreennetDeviceList, StopsWhenAccessCannotBeRestricted)
 // What was stored before the element stays stored, and nothing is removed.
 TEST_F(SetGreennetDeviceList, StopsAtTheFirstElementWithoutOneOfItsKeys)
 {
-    std::vector<std::string> wrong = {
-        "null", "7", "true", R"("Mac")", "[]", "{}", "[" + kElement.json() + "]"};
-    for (const auto &[key, json] : kElement.keys()) {
-        wrong.push_back(kElement.without(key).json());
-        for (const std::string &no_text : kNoTexts) {
-            wrong.push_back(kElement.with(key, no_text).json());
-        }
-    }
-    for (const std::string &bad : wrong) {
+    for (const std::string &bad : not_like(kElement)) {
         forget();
         EXPECT_EQ(run(kCommand, list_of(element("AA:BB") + "," + bad + "," + element("CC:DD"))),
                   reply(failure("parse green host info failed")));
@@ -440,7 +402,7 @@ TEST_F(SetGreennetDeviceList, StopsAtTheFirstElementWithoutOneOfItsKeys)
                   (Names{"devapi_set_greenaccess_enable", "devapi_get_greennet_index_by_mac",
                          "devapi_set_green_net_info"}))
             << bad;
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kNoText});
+        EXPECT_EQ(recording_host::log_lines(), LogLines{kNoText});
     }
 }
 
@@ -458,24 +420,20 @@ TEST_F(SetGreennetDeviceList, StopsAtTheFirstDeviceWithoutAnIndex)
         EXPECT_EQ(recording_device::called_functions(),
                   (Names{"devapi_set_greenaccess_enable", "devapi_get_greennet_index_by_mac",
                          "devapi_set_green_net_info", "devapi_get_greennet_index_by_mac"}));
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{kNoIndex});
+        EXPECT_EQ(recording_host::log_lines(), LogLines{kNoIndex});
     }
 }
 
 // The index, not the result, shows whether there is an entry.
-TEST_F(SetGreennetDeviceList, OnlyIndexZeroIsANewDevice)
+TEST_F(SetGreennetDeviceList, AddsADeviceWithTheIndexZero)
 {
     for (const int32_t result : {0, 1, 2, 1000, INT32_MAX}) {
         for (const int32_t index : {0, 1, -1, 64, 100}) {
             forget();
-            when<devapi_get_greennet_index_by_mac>([=](const char *, int32_t *out) {
-                *out = index;
-                return result;
-            });
+            writes<devapi_get_greennet_index_by_mac>(index, result);
             EXPECT_EQ(run(kCommand, list_of(element("AA:BB"))), kSuccess);
             EXPECT_EQ(recording_device::calls().size(), index == 0 ? 5u : 4u);
-            EXPECT_EQ(recording_host::log_lines(),
-                      std::vector<LogLine>(index == 0 ? 1 : 0, is_new("AA:BB")));
+            EXPECT_EQ(recording_host::log_lines(), LogLines(index == 0 ? 1 : 0, is_new("AA:BB")));
         }
     }
 }
@@ -484,16 +442,13 @@ TEST_F(SetGreennetDeviceList, StopsAtTheFirstDeviceThatCannotBeAdded)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN}) {
         forget();
-        when<devapi_add_greennet_mac>([result](const char *, int32_t *index) {
-            *index = 7;
-            return result;
-        });
+        writes<devapi_add_greennet_mac>(7, result);
         EXPECT_EQ(run(kCommand, list_of(element("CC:DD") + "," + element("AA:BB"))),
                   reply(failure("parse green host info failed")));
         EXPECT_EQ(recording_device::called_functions(),
                   (Names{"devapi_set_greenaccess_enable", "devapi_get_greennet_index_by_mac",
                          "devapi_add_greennet_mac"}));
-        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{is_new("CC:DD"), kNotAdded}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{is_new("CC:DD"), kNotAdded}));
     }
 }
 
@@ -511,7 +466,7 @@ TEST_F(SetGreennetDeviceList, StopsAtTheFirstDeviceThatCannotBeStored)
                   (Names{"devapi_set_greenaccess_enable", "devapi_get_greennet_index_by_mac",
                          "devapi_set_green_net_info", "devapi_get_greennet_index_by_mac",
                          "devapi_add_greennet_mac", "devapi_set_green_net_info"}));
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{is_new("CC:DD")});
+        EXPECT_EQ(recording_host::log_lines(), LogLines{is_new("CC:DD")});
     }
 }
 
@@ -542,8 +497,8 @@ TEST_F(SetGreennetDeviceList, CutsItsTexts)
     }
 }
 
-// The record is one for all elements: nothing of one may show in the next.
-TEST_F(SetGreennetDeviceList, EachDeviceIsItsOwn)
+// All elements are read into the same record.
+TEST_F(SetGreennetDeviceList, KeepsNothingOfOneDeviceForTheNext)
 {
     table["A"] = 12;
     run(kCommand,
@@ -579,19 +534,13 @@ TEST_F(SetGreennetDeviceList, WithoutMemoryARefusedRemovalIsNotReportedInPart)
 
 } // namespace green_net_list_setting_test
 
-// The MAC addresses that SET_GREENNET_DEVICE_LIST keeps, as the device gets them in one text.
+// The MAC addresses of SET_GREENNET_DEVICE_LIST, which the device gets in one text.
 namespace green_net_mac_list_test {
 
 // Every device has an entry already.
 class SetGreennetDeviceListMacs : public HandlerTest {
   protected:
-    SetGreennetDeviceListMacs()
-    {
-        when<devapi_get_greennet_index_by_mac>([](const char *, int32_t *index) {
-            *index = 1;
-            return 1;
-        });
-    }
+    SetGreennetDeviceListMacs() { writes<devapi_get_greennet_index_by_mac>(1, 1); }
 
     static std::string list_for(const std::vector<std::string> &macs)
     {
@@ -608,14 +557,14 @@ class SetGreennetDeviceListMacs : public HandlerTest {
     }
 };
 
-TEST_F(SetGreennetDeviceListMacs, HoldsEachAddressWithACommaBehind)
+TEST_F(SetGreennetDeviceListMacs, HasACommaAfterEachAddress)
 {
     EXPECT_EQ(list_for({"A", "B"}), "A,B,");
     EXPECT_EQ(list_for({"A", "B", "A", "A"}), "A,B,A,A,");
     EXPECT_EQ(list_for({"00:11:22:33:44:55"}), "00:11:22:33:44:55,");
 }
 
-TEST_F(SetGreennetDeviceListMacs, HoldsAnyTextAsAnAddress)
+TEST_F(SetGreennetDeviceListMacs, HasAnyTextAsAnAddress)
 {
     for (const std::string mac : {"", " ", ",", "NULL", "null", "aa-bb-cc", "not a MAC", "%s%n"}) {
         EXPECT_EQ(list_for({mac}), mac + ",");
@@ -623,7 +572,7 @@ TEST_F(SetGreennetDeviceListMacs, HoldsAnyTextAsAnAddress)
     EXPECT_EQ(list_for({"", "", ""}), ",,,");
 }
 
-TEST_F(SetGreennetDeviceListMacs, HoldsHundredsOfAddresses)
+TEST_F(SetGreennetDeviceListMacs, HasHundredsOfAddresses)
 {
     std::vector<std::string> macs;
     std::string expected;
@@ -635,8 +584,8 @@ TEST_F(SetGreennetDeviceListMacs, HoldsHundredsOfAddresses)
     EXPECT_EQ(recording_device::calls().size(), 2u + 2 * 300);
 }
 
-// There are twenty bytes for each device; what does not fit is cut, the comma included.
-TEST_F(SetGreennetDeviceListMacs, IsCutAtItsRoom)
+// What does not fit is cut, the comma included.
+TEST_F(SetGreennetDeviceListMacs, IsCutAtTwentyBytesForEachDevice)
 {
     for (size_t length = 0; length <= 80; ++length) {
         const std::string mac = text_of_length(length);

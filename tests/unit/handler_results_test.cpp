@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a handler returns to callers within the process: with a device that agrees to everything, 0
-// for a success, and -1 for everything that is refused or cannot be answered.
+// What a handler returns to callers within the process: 0 for a success, and -1 if the request is
+// refused or there is no memory for the reply.
 #include "commands.h"
 #include "handler_test.h"
 #include "memory_sweep.h"
@@ -106,13 +106,7 @@ const Handler kActions[] = {
 
 class HandlerResultTest : public HandlerTest {
   protected:
-    static void prepare()
-    {
-        recording_device::when<devapi_get_greennet_index_by_mac>([](const char *, int32_t *index) {
-            *index = 1;
-            return 1;
-        });
-    }
+    static void prepare() { writes<devapi_get_greennet_index_by_mac>(1, 1); }
     static void expect_result(const Handler &handler, const Request &request)
     {
         const Json object = parse(request.json());
@@ -134,7 +128,7 @@ class HandlerResultTest : public HandlerTest {
     }
 };
 
-TEST_F(HandlerResultTest, TellsSuccessFromFailure)
+TEST_F(HandlerResultTest, IsZeroForASuccessAndMinusOneForAFailure)
 {
     prepare();
     for (const Handler &handler : kHandlers) {
@@ -154,10 +148,10 @@ TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNoHostOrCannotBegin)
     const auto fails = [](auto...) {
         return -1;
     };
-    recording_device::when<devapi_get_update_status_info>(fails);
-    recording_device::when<devapi_del_all_duration>(fails);
-    recording_device::when<devapi_del_all_wifi_timerinfo>(fails);
-    recording_device::when<devapi_get_greennet_index_by_mac>(fails);
+    when<devapi_get_update_status_info>(fails);
+    when<devapi_del_all_duration>(fails);
+    when<devapi_del_all_wifi_timerinfo>(fails);
+    when<devapi_get_greennet_index_by_mac>(fails);
     for (const Handler &handler : kHandlers) {
         expect_result(handler, handler.request);
     }
@@ -167,20 +161,20 @@ TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNoHostOrCannotBegin)
     }
 }
 
-TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNothing)
+TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceCannotBeRead)
 {
     const auto fails = [](auto...) {
         return -1;
     };
-    recording_device::when<devapi_get_host_num>(fails);
-    recording_device::when<devapi_get_greennet_num>(fails);
-    recording_device::when<devapi_get_update_status_info>(fails);
-    recording_device::when<devapi_get_iotagtd_device_mac>(fails);
-    recording_device::when<devapi_get_hg_base_info>(fails);
-    recording_device::when<devapi_get_lan_ip_info>(fails);
-    recording_device::when<devapi_get_wan_ip_info>(fails);
-    recording_device::when<devapi_get_channel_ap_num>(fails);
-    recording_device::when<devapi_cmdstring_sendto_tslink_with_retinfo>(fails);
+    when<devapi_get_host_num>(fails);
+    when<devapi_get_greennet_num>(fails);
+    when<devapi_get_update_status_info>(fails);
+    when<devapi_get_iotagtd_device_mac>(fails);
+    when<devapi_get_hg_base_info>(fails);
+    when<devapi_get_lan_ip_info>(fails);
+    when<devapi_get_wan_ip_info>(fails);
+    when<devapi_get_channel_ap_num>(fails);
+    when<devapi_cmdstring_sendto_tslink_with_retinfo>(fails);
     const Handler handlers[] = {
         {json_get_attach_dev_base_info, texts({})},
         {json_get_green_net_list, texts({})},
@@ -198,17 +192,14 @@ TEST_F(HandlerResultTest, IsMinusOneWhereTheDeviceKnowsNothing)
 
 TEST_F(HandlerResultTest, IsMinusOneWhereADeviceOfTheListCannotBeRead)
 {
-    recording_device::when<devapi_get_host_num>([](int32_t *count) {
-        *count = 1;
-        return 0;
-    });
-    recording_device::when<devapi_get_ad_base_info>([](AdBaseInfo *) { return -1; });
+    writes<devapi_get_host_num>(1);
+    when<devapi_get_ad_base_info>([](AdBaseInfo *) { return -1; });
     EXPECT_EQ(json_get_attach_dev_base_info(parse("{}").get()), -1);
 }
 
-TEST_F(HandlerResultTest, IsMinusOneForAnAnswerWithoutWhatWasAskedFor)
+TEST_F(HandlerResultTest, IsMinusOneForAnAnswerWithoutTheBaseInfo)
 {
-    recording_device::when<devapi_cmdstring_sendto_tslink_with_retinfo>(
+    when<devapi_cmdstring_sendto_tslink_with_retinfo>(
         [](const char *, const char *, char **answer) {
             *answer = strdup("{}");
             return 0;
@@ -216,7 +207,7 @@ TEST_F(HandlerResultTest, IsMinusOneForAnAnswerWithoutWhatWasAskedFor)
     EXPECT_EQ(json_get_child_router_adbaseinfo(parse(texts({"DeviceID"}).json()).get()), -1);
 }
 
-TEST_F(HandlerResultTest, IsMinusOneWhileAnotherImageIsUnderWay)
+TEST_F(HandlerResultTest, IsMinusOneDuringAnotherUpdate)
 {
     ASSERT_EQ(pthread_mutex_trylock(&downimagelock), 0);
     EXPECT_EQ(json_hg_image_download(parse(texts({"UpdateUrl"}).json()).get()), -1);
@@ -228,7 +219,7 @@ TEST_F(HandlerResultTest, IsMinusOneForAListWhoseLengthIsNotKnown)
 {
     const Json object = parse("{}");
     for (const int32_t failure : {-1, 1, 1000}) {
-        recording_device::when<devapi_get_ssid_num>([=](int32_t *) { return failure; });
+        when<devapi_get_ssid_num>([=](int32_t *) { return failure; });
         EXPECT_EQ(json_get_wifi_list_info(object.get()), -1);
     }
 }

@@ -41,7 +41,8 @@ std::string counts_reply(const Band &at_24g, const Band &at_5g)
            R"(,"Status":"0"})";
 }
 
-// Channels from the first on, each with access points of its own, as many as a band has room for.
+// Channels from the first on, each with a different number of access points each, as many as a band
+// has room for.
 Band band_from(int first)
 {
     Band band;
@@ -89,12 +90,12 @@ TEST_F(GetScanChannelCount, CountsTheAccessPointsOnEachChannel)
     const std::string none(sizeof(WifiChannelList), '\0');
     const std::string no_counts(sizeof(ChannelApNum), '\0');
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_all_wifi_channel_list", {none}},
-                                 {"devapi_get_channel_ap_num", {contents(&list), no_counts}}}));
+              (Calls{{"devapi_get_all_wifi_channel_list", {none}},
+                     {"devapi_get_channel_ap_num", {contents(&list), no_counts}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetScanChannelCount, ABandHasNoMoreThanSixtyFourChannels)
+TEST_F(GetScanChannelCount, ReportsSixtyFourChannelsOfABandAtMost)
 {
     const Band at_24g = band_from(1);
     const Band at_5g = band_from(100);
@@ -114,7 +115,7 @@ TEST_F(GetScanChannelCount, ChannelsAndCountsMayBeAnyNumber)
     EXPECT_EQ(run(kCount), counts_reply(band, band));
 }
 
-TEST_F(GetScanChannelCount, BothCallsAreMadeEvenWhenTheFirstFails)
+TEST_F(GetScanChannelCount, MakesBothCallsEvenIfTheFirstFails)
 {
     const Band band = {{7}, {8}};
     for (const auto &[list, count] : {std::pair(-1, 0), std::pair(0, -1), std::pair(-1, -1)}) {
@@ -149,22 +150,14 @@ std::string link_reply(const std::string &ping)
            R"("Status":"0"})";
 }
 
-void link_is(const LinkInfo &link, int32_t result = 0)
-{
-    when<devapi_get_link_info>([=](LinkInfo *info) {
-        *info = link;
-        return result;
-    });
-}
-
 void ping_gives(int32_t result)
 {
     when<devapi_get_ping_check>([result](const char *) { return result; });
 }
 
-TEST_F(LinkCheck, ReportsTheLinksAndWhatAnsweredThePing)
+TEST_F(LinkCheck, ReportsTheLinksAndTheTargetOfThePing)
 {
-    link_is(kLink);
+    writes<devapi_get_link_info>(kLink);
     const std::string reply = run(kCheck);
     const auto calls = recording_device::calls();
     ASSERT_EQ(recording_device::called_functions(),
@@ -179,7 +172,7 @@ TEST_F(LinkCheck, ReportsTheLinksAndWhatAnsweredThePing)
 
 TEST_F(LinkCheck, APingWithoutAnswerIsReportedAsEmpty)
 {
-    link_is(kLink);
+    writes<devapi_get_link_info>(kLink);
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
         ping_gives(result);
         EXPECT_EQ(run(kCheck), link_reply("")) << result;
@@ -190,19 +183,19 @@ TEST_F(LinkCheck, ALinkRecordOfAnyResultButMinusOneIsReported)
 {
     ping_gives(-1);
     for (const int32_t result : kAllButMinusOne) {
-        link_is(kLink, result);
+        writes<devapi_get_link_info>(kLink, result);
         EXPECT_EQ(run(kCheck), link_reply("")) << result;
     }
 }
 
-TEST_F(LinkCheck, LinksAreReportedAsTheDeviceLeavesThem)
+TEST_F(LinkCheck, ReportsTheRecordThatAFailedCallLeft)
 {
     for (const int32_t result : {-1, 1, 1000, INT32_MIN}) {
-        link_is(kLink, result);
+        writes<devapi_get_link_info>(kLink, result);
         ping_gives(-1);
         EXPECT_EQ(run(kCheck), link_reply(""));
     }
-    link_is({}, -1);
+    writes<devapi_get_link_info>(LinkInfo(), -1);
     EXPECT_EQ(run(kCheck, R"({"LanIP":7})"),
               R"({"LanIP":7,"LanIP":"","WanIp":"","DnsCheck":"","DhcpCheck":"","PingCheck":"",)"
               R"("Wifi24Enable":"","Wifi24Channel":"","Wifi24ChannelCheck":"","Wifi58Enable":"",)"
@@ -214,19 +207,10 @@ TEST_F(LinkCheck, LinksAreReportedAsTheDeviceLeavesThem)
 constexpr char kSignal[] = "GET_STA_RSSI";
 const Request kStation = Request({}).with("IP", R"("192.168.1.23")");
 
-void signal_is(int32_t dbm, int32_t result = 0)
-{
-    when<devapi_get_sta_rssi_by_ip>([=](const char *, int32_t *out) {
-        EXPECT_EQ(*out, 0);
-        *out = dbm;
-        return result;
-    });
-}
-
 TEST_F(GetStaRssi, ReportsTheSignalAsANumber)
 {
     for (const int32_t dbm : {-57, 0, 1, INT32_MIN, INT32_MAX}) {
-        signal_is(dbm);
+        writes<devapi_get_sta_rssi_by_ip>(dbm);
         EXPECT_EQ(run(kSignal, kStation.with("Dbm", "1").json()),
                   kStation.with("Dbm", "1")
                       .followed_by(R"("Dbm":)" + std::to_string(dbm) + R"(,"Status":"0")"));
@@ -235,7 +219,7 @@ TEST_F(GetStaRssi, ReportsTheSignalAsANumber)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetStaRssi, HandsTheAddressOnWhole)
+TEST_F(GetStaRssi, PassesTheAddressUncut)
 {
     for (const size_t length : {0u, 1u, 31u, 32u, 100000u}) {
         const std::string text = text_of_length(length);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Mesh, pairing, LEDs and the first configuration, as far as they follow no pattern.
+// Mesh, pairing, LEDs and the first configuration, where they differ from other commands.
 #include "handler_test.h"
 #include "request.h"
 
@@ -21,30 +21,29 @@ constexpr char kSetUp[] = "SET_TSLINK_SSID";
 const Request kOn = Request({}).with("Enable", R"("1")");
 const Request kOff = Request({}).with("Enable", R"("0")");
 
-TEST_F(SetTslinkSsid, SetsTheMeshUpWhateverTheDeviceSays)
+TEST_F(SetTslinkSsid, SetsTheMeshUpForAnyResult)
 {
     for (const int32_t result : kResults) {
         recording_device::reset();
         when<devapi_setup_mesh>([result](int32_t) { return result; });
         EXPECT_EQ(run(kSetUp, kOn.with("Other", "[]").json()), R"({"Other":[],"Status":"0"})");
-        EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"1"}}}));
+        EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_setup_mesh", {"1"}}}));
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetTslinkSsid, TakesTheMeshDownWhateverTheDeviceSays)
+TEST_F(SetTslinkSsid, TakesTheMeshDownForAnyResult)
 {
     for (const int32_t result : kResults) {
-        recording_device::reset();
-        recording_host::reset();
+        forget();
         when<devapi_setup_mesh>([result](int32_t) { return result; });
         EXPECT_EQ(run(kSetUp, kOff.with("Other", "[]").json()), R"({"Other":[],"Status":"0"})");
-        EXPECT_EQ(recording_device::calls(), (std::vector<Call>{{"devapi_setup_mesh", {"0"}}}));
-        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{7, "not set up mesh\n"}}));
+        EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_setup_mesh", {"0"}}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "not set up mesh\n"}}));
     }
 }
 
-TEST_F(SetTslinkSsid, TheMeshKnowsNothingButOnAndOff)
+TEST_F(SetTslinkSsid, RefusesAnythingButZeroAndOne)
 {
     for (const std::string &text :
          {std::string("2"), std::string(""), std::string("01"), std::string("10"),
@@ -58,9 +57,9 @@ TEST_F(SetTslinkSsid, TheMeshKnowsNothingButOnAndOff)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-// ---- Results that clients are told apart -------------------------------------------------------
+// ---- Results with different replies ------------------------------------------------------------
 
-TEST_F(SetMeshStatus, ABusyMeshIsToldByItsResult)
+TEST_F(SetMeshStatus, HasAReasonForABusyMesh)
 {
     const std::pair<int32_t, const char *> failures[] = {{3, "MESH_BUSY_1"},
                                                          {4, "MESH_BUSY_0"},
@@ -74,7 +73,7 @@ TEST_F(SetMeshStatus, ABusyMeshIsToldByItsResult)
     }
 }
 
-TEST_F(SetMeshPair, AMeshThatCannotPairIsToldByItsResult)
+TEST_F(SetMeshPair, HasAReasonForAMeshThatCannotPair)
 {
     const std::pair<int32_t, const char *> failures[] = {{2, "WIFI_SET_NOT_SUPPORT"},
                                                          {1, "Set pair status failed"},
@@ -89,7 +88,7 @@ TEST_F(SetMeshPair, AMeshThatCannotPairIsToldByItsResult)
 
 // ---- LEDs --------------------------------------------------------------------------------------
 
-TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
+TEST_F(SetLedStatus, PassesAValueThatIsNotAStringAsANullPointer)
 {
     const Request whole(
         {{"LedCoLor", R"("blue")"}, {"LedLight", R"("80")"}, {"LedSwitch", R"("1")"}});
@@ -108,8 +107,7 @@ TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
                 EXPECT_EQ(print(object.get()),
                           result == 0 ? R"({"Status":"0"})"
                                       : request.followed_by(failure("get scan rssi failed")));
-                EXPECT_EQ(recording_device::calls(),
-                          (std::vector<Call>{{"devapi_set_sta_led", given}}));
+                EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_set_sta_led", given}}));
             }
         }
     }
@@ -120,7 +118,7 @@ TEST_F(SetLedStatus, ALedValueThatIsNoTextReachesTheDeviceAsNone)
 constexpr char kConfigure[] = "SET_TSLINK_CONFIG_STATUS";
 const Request kConfigured = Request({}).with("ConfiguerStatus", R"("1")");
 
-TEST_F(SetTslinkConfigStatus, TheAgentLearnsOnceOfANewConfigurationState)
+TEST_F(SetTslinkConfigStatus, NotifiesTheAgentOnceOfANewState)
 {
     for (const int32_t result : kResults) {
         for (const int32_t agents : kResults) {
@@ -128,19 +126,18 @@ TEST_F(SetTslinkConfigStatus, TheAgentLearnsOnceOfANewConfigurationState)
             when<devapi_set_sta_tslink_config>([result](const char *) { return result; });
             when<kaa_update_profile_info>([agents] { return agents; });
             const Call set = {"devapi_set_sta_tslink_config", {"1"}};
-            const Call tell = {"kaa_update_profile_info", {}};
+            const Call notify = {"kaa_update_profile_info", {}};
             const bool failed = result == -1;
             EXPECT_EQ(run(kConfigure, kConfigured.json()),
                       failed ? kConfigured.followed_by(failure("set tslink config failed"))
                              : R"({"Status":"0"})");
-            EXPECT_EQ(recording_device::calls(),
-                      failed ? std::vector<Call>{set} : (std::vector<Call>{set, tell}));
+            EXPECT_EQ(recording_device::calls(), failed ? Calls{set} : (Calls{set, notify}));
         }
     }
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetTslinkConfigStatus, WithoutASettingTheAgentLearnsNothing)
+TEST_F(SetTslinkConfigStatus, DoesNotNotifyTheAgentWithoutASetting)
 {
     run(kConfigure);
     run(kConfigure, R"({"ConfiguerStatus":1})");
@@ -151,22 +148,13 @@ TEST_F(SetTslinkConfigStatus, WithoutASettingTheAgentLearnsNothing)
 
 constexpr char kIsConfigured[] = "QUERY_TSLINK_CONFIG_STATUS";
 
-void state_is(int32_t state, int32_t result = 0)
-{
-    when<devapi_get_tslink_config>([=](int32_t *out) {
-        EXPECT_EQ(*out, 0);
-        *out = state;
-        return result;
-    });
-}
-
-TEST_F(QueryTslinkConfigStatus, TheConfigurationStateIsReportedAsZeroOrOne)
+TEST_F(QueryTslinkConfigStatus, ReportsTheStateAsZeroOrOne)
 {
     const std::pair<int32_t, const char *> states[] = {{0, "0"},         {1, "1"},        {2, "1"},
                                                        {5, "1"},         {-1, "0"},       {-3, "0"},
                                                        {INT32_MIN, "0"}, {INT32_MAX, "1"}};
     for (const auto &[state, text] : states) {
-        state_is(state);
+        writes<devapi_get_tslink_config>(state);
         EXPECT_EQ(run(kIsConfigured, R"({"ConfiguerStatus":7})"),
                   R"({"ConfiguerStatus":7,"ConfiguerStatus":)" + quoted(text) +
                       R"(,"Status":"0"})");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the mesh reports are made of.
+// What the mesh reports have in common.
 #include "mesh_report.h"
 
 #include "mesh_fixture.h"
@@ -19,7 +19,7 @@ class MeshReportTest : public MeshTest {
     }
 };
 
-TEST_F(MeshReportTest, HasTheModelAsTheDeviceLeavesIt)
+TEST_F(MeshReportTest, HasTheModelThatAnyCallLeft)
 {
     Model model;
     memset(model, '?', sizeof model);
@@ -36,7 +36,7 @@ TEST_F(MeshReportTest, HasTheModelAsTheDeviceLeavesIt)
     }
 }
 
-TEST_F(MeshReportTest, ReadsAnAreaCodeIntoSoManyBytes)
+TEST_F(MeshReportTest, PassesTheSizeForTheAreaCode)
 {
     AreaCode code;
     memset(code, '?', sizeof code);
@@ -67,7 +67,7 @@ TEST_F(MeshReportTest, HasAnEmptyBridgeMacUnlessTheHostKnowsIt)
     EXPECT_STREQ(mac, "bridge");
 }
 
-TEST_F(MeshReportTest, HasNoZoneUnlessTheDeviceTellsOne)
+TEST_F(MeshReportTest, HasTheZoneThatAnyCallLeft)
 {
     EXPECT_EQ(zone_hours(), 0);
     for (const int32_t hours : {8, -11, 0, INT_MAX, INT_MIN}) {
@@ -86,7 +86,7 @@ TEST_F(MeshReportTest, HasNoZoneUnlessTheDeviceTellsOne)
     }
 }
 
-TEST_F(MeshReportTest, TellsTheElapsedTime)
+TEST_F(MeshReportTest, HasTheElapsedTime)
 {
     EXPECT_EQ(elapsed_since("1767225500"), "100");
     EXPECT_EQ(elapsed_since("1767225500", 8), "-28700");
@@ -135,7 +135,7 @@ TEST_F(MeshReportTest, ReplacesTheTimeAlone)
     EXPECT_EQ(memcmp(&device, &expected, sizeof device), 0);
 }
 
-TEST_F(MeshReportTest, CompletesAStationWithWhatIsFixed)
+TEST_F(MeshReportTest, CompletesAStationWithTheFixedTexts)
 {
     ReportedDevice station = {};
     station.info = attached_device();

@@ -12,18 +12,12 @@ namespace ports_test {
 class GetPortStatistics : public HandlerTest {};
 class GetPortBinding : public HandlerTest {};
 
-// Puts a text into a field that is zeroed.
-template <size_t width> void put(char (&field)[width], const std::string &text)
-{
-    text.copy(field, width - 1);
-}
-
 // ---- GET_PORT_STATISTICS -----------------------------------------------------------------------
 
 constexpr char kStatistics[] = "GET_PORT_STATISTICS";
 
-// Returns this many entries, each with its number in every text, and reports count; no entries are
-// returned as a null pointer.
+// Returns this many entries, each with its number in every text, and this count; a null pointer if
+// there are none.
 void statistics_are(size_t entries, int32_t count, int32_t result = 0)
 {
     when<devapi_get_port_statistics_info>([=](PortStatisticsInfo *info) {
@@ -66,7 +60,7 @@ TEST_F(GetPortStatistics, ReportsAsManyPortsAsThereAre)
     EXPECT_EQ(run(kStatistics), "{" + statistics_reply(0, 3));
 }
 
-TEST_F(GetPortStatistics, NoPortsAreAnEmptyList)
+TEST_F(GetPortStatistics, IsEmptyWithoutPorts)
 {
     for (const int32_t count : {0, -1, INT32_MIN}) {
         for (const size_t entries : {0u, 2u}) {
@@ -80,7 +74,7 @@ TEST_F(GetPortStatistics, NoPortsAreAnEmptyList)
     }
 }
 
-TEST_F(GetPortStatistics, StatisticsThatCannotBeReadMayHandOverMemory)
+TEST_F(GetPortStatistics, FreesTheEntriesOfAFailedCall)
 {
     for (const int32_t result : {-1, 1, 2, -2, 1000, INT32_MIN, INT32_MAX}) {
         for (const size_t entries : {0u, 3u}) {

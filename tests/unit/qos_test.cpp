@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Quality of service: its switch, and the priorities of applications.
+// Quality of service: its switch, the priorities of applications, and rules.
+#include "qos.h"
+
 #include "handler_test.h"
 #include "memory_sweep.h"
-#include "qos_rules_fixture.h"
 #include "request.h"
 
 #include <algorithm>
@@ -52,7 +53,7 @@ TEST_F(SetQosEnable, SwitchesByTheNumberThatTheTextBeginsWith)
 constexpr char kPriority[] = "SET_QOS_APP_INFO";
 const Request kApplication({{"Id", R"("3")"}, {"PriorityLevel", R"("high")"}});
 
-TEST_F(SetQosAppInfo, AnApplicationIsANumberOfAnyLength)
+TEST_F(SetQosAppInfo, ReadsTheIdAsANumberOfAnyLength)
 {
     const std::pair<const char *, const char *> numbers[] = {{"", "0"},
                                                              {"abc", "0"},
@@ -68,20 +69,11 @@ TEST_F(SetQosAppInfo, AnApplicationIsANumberOfAnyLength)
     }
 }
 
-} // namespace qos_test
+// ---- GET_QOS_INFO ------------------------------------------------------------------------------
 
-// GET_QOS_INFO: the applications and the rules of quality of service.
-namespace qos_report_test {
-
-constexpr char kCommand[] = "GET_QOS_INFO";
+constexpr char kReport[] = "GET_QOS_INFO";
 
 class GetQosInfo : public HandlerTest {};
-
-// Puts a text into a field that is zeroed.
-template <size_t width> void put(char (&field)[width], const std::string &text)
-{
-    text.copy(field, width - 1);
-}
 
 // A report in which every entry has its number in every text, and rule n has n types, three at
 // most.
@@ -118,10 +110,7 @@ QosInfo report_of(int32_t applications, int32_t rules)
 
 void qos_is(const QosInfo &qos, int32_t result = 0)
 {
-    when<devapi_get_uplink_qos_info>([=](QosInfo *info) {
-        *info = qos;
-        return result;
-    });
+    writes<devapi_get_uplink_qos_info>(qos, result);
 }
 
 std::string applications_up_to(int count)
@@ -167,7 +156,7 @@ TEST_F(GetQosInfo, ReportsApplicationsAndRules)
 {
     qos_is(report_of(2, 3));
     EXPECT_EQ(
-        run(kCommand, R"({"Enable":7})"),
+        run(kReport, R"({"Enable":7})"),
         R"({"Enable":7,"Enable":"1","app_info_list":[{"Id":"i0","Name":"n0","PriorityLevel":"p0"},)"
         R"({"Id":"i1","Name":"n1","PriorityLevel":"p1"}],"classification_info_list":[)"
         R"({"Id":"I0","Name":"N0","PriorityLevel":"P0","type_list":[]},)"
@@ -176,17 +165,16 @@ TEST_F(GetQosInfo, ReportsApplicationsAndRules)
         R"({"Id":"I2","Name":"N2","PriorityLevel":"P2","type_list":[)"
         R"({"Type":"t20","Min":"l20","Max":"g20"},{"Type":"t21","Min":"l21","Max":"g21"}]}],)"
         R"("Status":"0"})");
-    EXPECT_EQ(
-        recording_device::calls(),
-        (std::vector<Call>{{"devapi_get_uplink_qos_info", {std::string(sizeof(QosInfo), '\0')}}}));
+    EXPECT_EQ(recording_device::calls(),
+              (Calls{{"devapi_get_uplink_qos_info", {std::string(sizeof(QosInfo), '\0')}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetQosInfo, ReportsNoMoreThanTheRecordHolds)
+TEST_F(GetQosInfo, ReportsNoMoreThanTheRecordHasRoomFor)
 {
     for (const int32_t count : {0, 1, 3, 4, 5, 6, 7, 1000, INT32_MAX, -1, INT32_MIN}) {
         qos_is(report_of(count, count));
-        EXPECT_EQ(run(kCommand),
+        EXPECT_EQ(run(kReport),
                   report_reply(std::max(std::min(count, 4), 0), std::max(std::min(count, 6), 0)))
             << count;
     }
@@ -198,9 +186,9 @@ TEST_F(GetQosInfo, ARuleHasNoMoreThanThreeTypes)
         QosInfo qos = report_of(0, 1);
         qos.rules[0].type_count = count;
         qos_is(qos);
-        EXPECT_EQ(run(kCommand),
-                  R"({"Enable":"1","app_info_list":[],"classification_info_list":[)" +
-                      rule(0, std::max(std::min(count, 3), 0)) + R"(],"Status":"0"})");
+        EXPECT_EQ(run(kReport), R"({"Enable":"1","app_info_list":[],"classification_info_list":[)" +
+                                    rule(0, std::max(std::min(count, 3), 0)) +
+                                    R"(],"Status":"0"})");
     }
 }
 
@@ -209,13 +197,13 @@ TEST_F(GetQosInfo, ReadsNoFurtherThanTheSwitch)
     QosInfo qos = report_of(0, 0);
     memset(qos.Enable, '1', sizeof qos.Enable);
     qos_is(qos);
-    EXPECT_EQ(run(kCommand), R"({"Enable":")" + std::string(sizeof qos.Enable, '1') +
-                                 R"(","app_info_list":[],"classification_info_list":[],)"
-                                 R"("Status":"0"})");
+    EXPECT_EQ(run(kReport), R"({"Enable":")" + std::string(sizeof qos.Enable, '1') +
+                                R"(","app_info_list":[],"classification_info_list":[],)"
+                                R"("Status":"0"})");
 }
 
 // The other rules are reported, and a second status.
-TEST_F(GetQosInfo, DropsARuleThatThereIsNoMemoryFor)
+TEST_F(GetQosInfo, LeavesOutARuleWithoutMemory)
 {
     const auto reply_with = [](const std::string &listed) {
         return R"({"Enable":"1","app_info_list":[],)" + failure("cJSON_CreateArray error") +
@@ -223,7 +211,7 @@ TEST_F(GetQosInfo, DropsARuleThatThereIsNoMemoryFor)
     };
     std::set<std::string> reports;
     sweep_memory(
-        kCommand, "{}", [] { qos_is(report_of(0, 2)); },
+        kReport, "{}", [] { qos_is(report_of(0, 2)); },
         [&](const std::string &object, FailingMemory::Fail how) {
             if (how == FailingMemory::Fail::kOnce &&
                 object.find(R"("Status":"0")") != std::string::npos) {
@@ -233,10 +221,32 @@ TEST_F(GetQosInfo, DropsARuleThatThereIsNoMemoryFor)
     EXPECT_EQ(reports, (std::set{reply_with(rule(0, 0)), reply_with(rule(1, 1))}));
 }
 
-} // namespace qos_report_test
+// ---- SET_QOS_CLASSIFICATION_INFO ---------------------------------------------------------------
 
-// User-defined rules: how the device handles them.
-namespace qos_rules_test {
+constexpr char kCommand[] = "SET_QOS_CLASSIFICATION_INFO";
+
+const Request kType({{"Type", R"("port")"}, {"Min", R"("80")"}, {"Max", R"("90")"}});
+const Request kRule({{"Id", R"("5")"},
+                     {"Action", R"("3")"},
+                     {"Name", R"("games")"},
+                     {"PriorityLevel", R"("7")"},
+                     {"type_list", "[" + kType.json() + "]"}});
+
+Request action(const std::string &text)
+{
+    return kRule.with("Action", quoted(text));
+}
+
+// The remainder of a request with a rule after the device call.
+std::string left_after(const Request &request, bool failed)
+{
+    Request left = request;
+    for (const char *key : {"Action", "Name", "PriorityLevel", "type_list"}) {
+        left = left.without(key);
+    }
+    return failed ? left.followed_by(failure("set qos cls info error"))
+                  : left.without("Id").followed_by(R"("Status":"0")");
+}
 
 class SetQosClassificationInfo : public HandlerTest {};
 
@@ -294,10 +304,7 @@ TEST_F(SetQosClassificationInfo, ARefusedRuleKeepsItsId)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-} // namespace qos_rules_test
-
-// User-defined rules as read from a request.
-namespace qos_rule_reading_test {
+// ---- Reading a rule from a request -------------------------------------------------------------
 
 constexpr char kInvalid[] = "json param is invalid or miss";
 
@@ -327,7 +334,7 @@ class SetQosClassificationInfoReading : public HandlerTest {
         forget();
         EXPECT_EQ(run(kCommand, request.json()), left_after(request, false));
         EXPECT_EQ(recording_device::calls(),
-                  (std::vector<Call>{{"devapi_set_qos_classification_info", {contents(&rule)}}}));
+                  (Calls{{"devapi_set_qos_classification_info", {contents(&rule)}}}));
         EXPECT_TRUE(recording_host::log_lines().empty());
     }
 
@@ -335,20 +342,10 @@ class SetQosClassificationInfoReading : public HandlerTest {
     {
         forget();
         EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure(kInvalid)));
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{missing(keys)})
-            << request.json();
+        EXPECT_EQ(recording_host::log_lines(), LogLines{missing(keys)}) << request.json();
         EXPECT_TRUE(recording_device::calls().empty());
     }
-
-  private:
-    static void forget()
-    {
-        recording_device::reset();
-        recording_host::reset();
-    }
 };
-
-// ---- Reading -----------------------------------------------------------------------------------
 
 TEST_F(SetQosClassificationInfoReading, SendsARuleWithItsTypes)
 {
@@ -356,7 +353,7 @@ TEST_F(SetQosClassificationInfoReading, SendsARuleWithItsTypes)
     expect_sent(kRule.with("Other", R"([{"x":null}])"), whole_rule());
 }
 
-TEST_F(SetQosClassificationInfoReading, ToDeleteARuleTakesNoMoreThanItsIdAndAction)
+TEST_F(SetQosClassificationInfoReading, DeletingARuleTakesOnlyItsIdAndAction)
 {
     const QosRule rule = {"5", "2", "", "", 0, {}};
     expect_sent(Request({{"Id", R"("5")"}, {"Action", R"("2")"}}), rule);
@@ -364,7 +361,7 @@ TEST_F(SetQosClassificationInfoReading, ToDeleteARuleTakesNoMoreThanItsIdAndActi
     expect_sent(action("2").with("Name", "7").with("type_list", "null"), rule);
 }
 
-TEST_F(SetQosClassificationInfoReading, OnlyATwoDeletes)
+TEST_F(SetQosClassificationInfoReading, OnlyActionTwoDeletes)
 {
     for (const char *text : {"", "02", "2 ", " 2", "22", "+2", "2.0", "20000000"}) {
         expect_refused(action(text).without("Name"), kDescription);
@@ -415,17 +412,9 @@ TEST_F(SetQosClassificationInfoReading, OnlyTheFirstThreeTypesAreRead)
 
 TEST_F(SetQosClassificationInfoReading, EachTypeUpToTheThirdNeedsItsKeys)
 {
-    std::vector<std::string> bad = {
-        "null", "7", "true", R"("Type")", "[]", "{}", "[" + kType.json() + "]"};
-    for (const auto &[key, json] : kType.keys()) {
-        bad.push_back(kType.without(key).json());
-        for (const std::string &no_text : kNoTexts) {
-            bad.push_back(kType.with(key, no_text).json());
-        }
-    }
     std::string before;
     for (int position = 0; position < 3; ++position) {
-        for (const std::string &element : bad) {
+        for (const std::string &element : not_like(kType)) {
             expect_refused(types("[" + before + element + "]"), kTypeKeys);
             expect_refused(types("[" + before + element + "," + kType.json() + "]"), kTypeKeys);
         }
@@ -455,7 +444,7 @@ TEST_F(SetQosClassificationInfoReading, ReadingNeedsEveryKey)
     }
 }
 
-TEST_F(SetQosClassificationInfoReading, ReadingCountsTheTypesByItself)
+TEST_F(SetQosClassificationInfoReading, ReadingSetsTheNumberOfTypes)
 {
     const std::pair<Request, int32_t> requests[] = {{types("[]"), 0}, {kRule, 1}};
     for (const int32_t before : {-1, 1, 2, 3, 4, INT32_MIN, INT32_MAX}) {
@@ -473,7 +462,7 @@ TEST_F(SetQosClassificationInfoReading, ReadingCountsTheTypesByItself)
     }
 }
 
-TEST_F(SetQosClassificationInfoReading, ReadingLeavesTheObjectAsItIs)
+TEST_F(SetQosClassificationInfoReading, ReadingLeavesTheObjectUnchanged)
 {
     QosRule rule = {};
     const Json object = parse(kRule.json());
@@ -483,15 +472,15 @@ TEST_F(SetQosClassificationInfoReading, ReadingLeavesTheObjectAsItIs)
     EXPECT_EQ(print(object.get()), kRule.json());
 }
 
-TEST_F(SetQosClassificationInfoReading, WhatIsNoObjectHasNoKeys)
+TEST_F(SetQosClassificationInfoReading, AValueThatIsNotAnObjectHasNoKeys)
 {
     for (const std::string json : {"[]", "7", "null", R"("Id")", R"([{"Id":"1","Action":"2"}])"}) {
         recording_host::reset();
         QosRule rule = {};
         const Json item = parse(json);
         EXPECT_EQ(parse_json_set_qos_cls_info(&rule, item.get()), -1);
-        EXPECT_EQ(recording_host::log_lines(), std::vector<LogLine>{missing(kSelection)});
+        EXPECT_EQ(recording_host::log_lines(), LogLines{missing(kSelection)});
     }
 }
 
-} // namespace qos_rule_reading_test
+} // namespace qos_test

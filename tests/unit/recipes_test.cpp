@@ -3,6 +3,7 @@
 
 #include "failing_memory.h"
 #include "handler_test.h"
+#include "test_records.h"
 
 #include <climits>
 #include <cstring>
@@ -11,27 +12,9 @@ namespace recipes_test {
 
 using namespace smart_router;
 
-// A record and device functions of the test's own.
-struct Lamp {
-    int32_t number;
-    char Colour[8];
-    char Level[4];
-};
-
-constexpr auto kLampFields = Fields{
-    FIELD(Lamp, Colour),
-    FIELD(Lamp, Level),
-};
-
 constexpr auto kNumber = Fields{FIELD_AS(Lamp, number, "Number")};
 
-// A field without room for a NUL, followed by data that must not be read.
-struct FullField {
-    char field[4];
-    char behind[4];
-};
-constexpr FullField kFullField = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
-
+// Device functions for these tests.
 int32_t result;
 Lamp lamp;
 int lamp_calls;
@@ -153,7 +136,7 @@ TEST_F(RecipesTest, ANumberTravelsAsText)
     }
 }
 
-TEST_F(RecipesTest, AnOptionalFieldThatIsNotGivenSaysSo)
+TEST_F(RecipesTest, AnOptionalFieldThatIsNotGivenIsMinusOne)
 {
     const Json object = parse(R"({"Level":7,"Colour":"blue","Number":null})");
     copy_optional(object.get(), kLampFields, &lamp, Found::kIsRemoved);
@@ -168,7 +151,7 @@ TEST_F(RecipesTest, AnOptionalFieldThatIsNotGivenSaysSo)
 
 const std::string kLampRequest = R"({"Colour":"blue","Other":1,"Level":"3"})";
 
-TEST_F(RecipesTest, ASettingFillsTheRecordAndTakesTheKeysOut)
+TEST_F(RecipesTest, ASettingFillsTheRecordAndRemovesTheKeys)
 {
     EXPECT_EQ(after(setting<set_lamp>(kLampFields, "stuck"), kLampRequest),
               R"({"Other":1,"Status":"0"})");
@@ -185,7 +168,7 @@ TEST_F(RecipesTest, ASettingCutsWhatIsTooLong)
     EXPECT_STREQ(lamp.Level, "123");
 }
 
-TEST_F(RecipesTest, ASettingTellsAbsentFromWithoutText)
+TEST_F(RecipesTest, ASettingDistinguishesAbsentFromWithoutText)
 {
     const auto two = setting<set_lamp>(kLampFields, "stuck");
     const auto one = setting<set_lamp>(kLampFields, "stuck", "missing");
@@ -213,7 +196,7 @@ TEST_F(RecipesTest, AnEmptyTextIsAText)
               R"({"Status":"0"})");
 }
 
-TEST_F(RecipesTest, OfRepeatedKeysTheFirstIsReadAndTakenOut)
+TEST_F(RecipesTest, OfRepeatedKeysTheFirstIsReadAndRemoved)
 {
     EXPECT_EQ(after(setting<set_lamp>(kLampFields, "stuck"),
                     R"({"colour":"one","Level":"1","Colour":"two","LEVEL":"2"})"),
@@ -222,7 +205,7 @@ TEST_F(RecipesTest, OfRepeatedKeysTheFirstIsReadAndTakenOut)
     EXPECT_STREQ(lamp.Level, "1");
 }
 
-TEST_F(RecipesTest, WhenKeysAreTakenOut)
+TEST_F(RecipesTest, KeysAreRemovedWhenTheRuleSays)
 {
     const auto after_call = setting<set_lamp>(kLampFields, "stuck");
     const auto on_success = setting<set_lamp, RemoveKeys::kOnSuccess>(kLampFields, "stuck");
@@ -261,8 +244,7 @@ TEST_F(RecipesTest, ASettingReturnsTheDevicesResult)
     EXPECT_EQ(setting<set_lamp>(kLampFields, "stuck")(object.get()), -1);
 }
 
-// A device that was changed has to be reported as changed: without memory for that it is not
-// called.
+// A change has to be reported: without memory for the reply the device is not called.
 TEST_F(RecipesTest, ASettingWithoutMemoryDoesNotReachTheDevice)
 {
     const auto handler = setting<set_lamp>(kLampFields, "stuck");

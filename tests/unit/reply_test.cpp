@@ -5,30 +5,11 @@
 #include "failing_memory.h"
 #include "guards.h"
 #include "handler_test.h"
+#include "test_records.h"
 
 namespace reply_test {
 
 using namespace smart_router;
-
-// A record of the test's own.
-struct Door {
-    char Name[6];
-    char Code[2];
-    int32_t width;
-};
-
-constexpr auto kDoorFields = Fields{
-    FIELD(Door, Name),
-    FIELD_AS(Door, width, "Width"),
-    FIELD(Door, Code),
-};
-
-// A field without room for a NUL, followed by data that must not be read.
-struct FullField {
-    char field[4];
-    char behind[4];
-};
-constexpr FullField kFullField = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
 
 constexpr auto kFields = Fields{
     FIELD(FullField, field),
@@ -71,7 +52,7 @@ TEST_F(ReplyTest, ARecordBecomesNoHalfObject)
     EXPECT_NE(Json(object_of(kDoorFields, &door)), nullptr);
 }
 
-TEST_F(ReplyTest, AReplyIsJoinedBehindWhatIsThere)
+TEST_F(ReplyTest, AReplyIsJoinedAfterWhatIsThere)
 {
     const Json object = parse(R"({"x":1})");
     Reply reply;
@@ -138,7 +119,7 @@ TEST_F(ReplyTest, AReplyHoldsItemsListsAndElements)
               R"({"x":1,"item":true,"list":[7,{"field":"42bC","behind":"D77"}],"empty":[]})");
 }
 
-TEST_F(ReplyTest, ToAJoinedReplyMoreCanBeJoined)
+TEST_F(ReplyTest, MoreCanBeJoinedToAJoinedReply)
 {
     for (const char *request : {"{}", R"({"x":1})", R"({"x":1,"y":2})"}) {
         const Json object = parse(request);
@@ -180,7 +161,7 @@ TEST_F(ReplyTest, AReplyFindsTheEndByItself)
     EXPECT_EQ(print(object.get()), R"({"x":1,"y":2,"a":true})");
 }
 
-TEST_F(ReplyTest, AReplyThatGotNothingIsIncomplete)
+TEST_F(ReplyTest, AReplyWithANullItemIsIncomplete)
 {
     const Json object = parse("{}");
     Reply no_item;
@@ -194,7 +175,7 @@ TEST_F(ReplyTest, AReplyThatGotNothingIsIncomplete)
     cJSON *list = no_element.list("list");
     no_element.append(list, nullptr);
     EXPECT_FALSE(no_element.complete());
-    no_element.append(list, cJSON_CreateTrue()); // deleted, as the reply is lost anyhow
+    no_element.append(list, cJSON_CreateTrue()); // deleted, as the reply cannot be sent
     no_element.append(list, kFields, &kFullField);
     EXPECT_EQ(cJSON_GetArraySize(list), 0);
     EXPECT_FALSE(no_element.join(object.get()));
@@ -239,7 +220,7 @@ TEST_F(ReplyTest, AReplyThatLacksAnItemIsNotPrinted)
         const FailingMemory memory(0, FailingMemory::Fail::kOnce);
         EXPECT_EQ(reply.print(), nullptr);
     }
-    EXPECT_TRUE(reply.complete()) << "memory for the text is none of the reply's";
+    EXPECT_TRUE(reply.complete()) << "the memory for the text does not belong to the reply";
     {
         const FailingMemory memory(0, FailingMemory::Fail::kOnce);
         reply.text("a", "1");

@@ -2,6 +2,7 @@
 #include "request_keys.h"
 
 #include "handler_test.h"
+#include "test_records.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,19 +10,6 @@
 namespace request_keys_test {
 
 using namespace smart_router;
-
-// A record of the test's own.
-struct Door {
-    char Name[6];
-    char Code[2];
-    int32_t width;
-};
-
-constexpr auto kDoorFields = Fields{
-    FIELD(Door, Name),
-    FIELD_AS(Door, width, "Width"),
-    FIELD(Door, Code),
-};
 
 // Not inlined: GCC 12 would take the key's storage for a separate, unterminated array.
 [[gnu::noinline]] Field door_field(size_t position)
@@ -70,7 +58,7 @@ TEST_F(RequestKeysTest, ANumberIsStoredFromItsText)
         {" 12 cm", 12}, {"2147483648", INT32_MAX},
         {"-1e9", -1},   {"-99999999999999999999", INT32_MIN},
         {"0x10", 0},    {"007", 7},
-        {"/", 0},       {":", 0}, // beside the digits
+        {"/", 0},       {":", 0}, // next to the digits
         {"\xD5", 0},
     };
     Door door = {"gate", "1", 5};

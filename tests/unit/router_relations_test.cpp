@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Child routers from the topology's list of relations.
-#include "relations_fixture.h"
+#include "failing_memory.h"
+#include "router_relations_fixture.h"
 
 namespace router_relations_test {
 
@@ -58,7 +59,7 @@ TEST_F(RouterRelationsTest, AreTheNodesFromTheSecondLevelOn)
     routers_are({1, 2, 0, 3, -1, INT_MAX, INT_MIN});
     EXPECT_EQ(routers(), list(3));
     std::vector<int32_t> levels;
-    for (const recording_device::Call &call : recording_device::calls()) {
+    for (const Call &call : recording_device::calls()) {
         if (call.function == "devapi_get_node_dev_info") {
             levels.push_back(recording_device::record<TopoNode>(call).level);
         }
@@ -95,10 +96,7 @@ TEST_F(RouterRelationsTest, AreNoneWhileTheMeshIsOff)
 {
     for (const int32_t state : {0, -1, 2, INT_MAX}) {
         recording_device::reset();
-        when<devapi_get_Multi_Ap_enable>([=](int32_t *on) {
-            *on = state;
-            return 0;
-        });
+        writes<devapi_get_Multi_Ap_enable>(state);
         EXPECT_EQ(routers(), kNone);
         EXPECT_EQ(result, 0);
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_Multi_Ap_enable"});
@@ -108,13 +106,10 @@ TEST_F(RouterRelationsTest, AreNoneWhileTheMeshIsOff)
     EXPECT_EQ(given_to("devapi_get_topo_relation_ship", 0), Names());
 }
 
-TEST_F(RouterRelationsTest, AreListedWhereTheSwitchIsLeftOn)
+TEST_F(RouterRelationsTest, AreListedIfAFailedCallLeftTheSwitchOn)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
-        when<devapi_get_Multi_Ap_enable>([=](int32_t *on) {
-            *on = 1;
-            return failure;
-        });
+        writes<devapi_get_Multi_Ap_enable>(1, failure);
         EXPECT_EQ(routers(), list(1));
     }
 }
@@ -134,7 +129,7 @@ TEST_F(RouterRelationsTest, AreNoneWithoutRelationsOrTheirNumber)
     EXPECT_EQ(given_to("devapi_free_topo_list", 0), Names());
 }
 
-TEST_F(RouterRelationsTest, AreThoseThatTheDeviceLeavesInTheList)
+TEST_F(RouterRelationsTest, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         recording_device::reset();
@@ -157,16 +152,13 @@ TEST_F(RouterRelationsTest, AreCompletedForAnyNumber)
     for (const int32_t number : {1, 0, -1, INT_MIN, INT_MAX}) {
         recording_device::reset();
         prepare();
-        when<devapi_get_topo_relation_num>([=](int32_t *count) {
-            *count = number;
-            return 0;
-        });
+        writes<devapi_get_topo_relation_num>(number);
         EXPECT_EQ(routers(), list(1));
         EXPECT_EQ(given_to("devapi_topo_xml_info_list", 0), Names{std::to_string(number)});
     }
 }
 
-TEST_F(RouterRelationsTest, AreListedThoughTheSpeedsAreOld)
+TEST_F(RouterRelationsTest, AreListedEvenIfTheSpeedsAreNotUpdated)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         recording_host::reset();
@@ -186,7 +178,7 @@ TEST_F(RouterRelationsTest, ReadTheRelationsNoFurtherThanTheirBuffer)
     EXPECT_EQ(given_to("devapi_handle_topo_struct", 0), Names{text_of_length(256)});
 }
 
-TEST_F(RouterRelationsTest, AreEachOnceWhereTheTopologyRunsIntoItself)
+TEST_F(RouterRelationsTest, AreListedOnceIfTheListIsCircular)
 {
     for (size_t nodes = 0; nodes <= 5; ++nodes) {
         for (size_t back_to = 0; back_to <= nodes; ++back_to) {
@@ -196,7 +188,7 @@ TEST_F(RouterRelationsTest, AreEachOnceWhereTheTopologyRunsIntoItself)
     }
 }
 
-TEST_F(RouterRelationsTest, OfWhatIsNoObjectAddNothing)
+TEST_F(RouterRelationsTest, AddNothingWithoutAnObject)
 {
     EXPECT_EQ(report(json_get_topo_router_info, "[]"), "[]");
     EXPECT_EQ(result, -1);

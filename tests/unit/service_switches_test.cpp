@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Switches of network services, as far as they follow no pattern.
+// Switches of network services, where they differ from other commands.
 #include "handler_test.h"
 #include "request.h"
-
-#include <algorithm>
-#include <cstdlib>
 
 namespace service_switches_test {
 
@@ -15,27 +12,16 @@ class ServiceSwitchesTest : public HandlerTest {};
 
 // ---- GET_TSCONF_STATUS -------------------------------------------------------------------------
 
-TEST_F(GetTsconfStatus, TheConfigurationServiceIsTakenInEightBytes)
+TEST_F(GetTsconfStatus, PassesABufferOfEightBytes)
 {
     run("GET_TSCONF_STATUS");
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_get_tsconf_status", {std::string(1, '\0'), "8"}}}));
+              (Calls{{"devapi_get_tsconf_status", {std::string(1, '\0'), "8"}}}));
 }
 
 // ---- GET_WPS_ENABLE ----------------------------------------------------------------------------
 
-constexpr char kGetWps[] = "GET_WPS_ENABLE";
-
-void wps_is(int32_t enable, int32_t result = 0)
-{
-    when<devapi_get_wps_enable>([=](int32_t *out) {
-        EXPECT_EQ(*out, 0);
-        *out = enable;
-        return result;
-    });
-}
-
-TEST_F(GetWpsEnable, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
+TEST_F(GetWpsEnable, ReportsADecimalTextOfSevenBytesAtMost)
 {
     const std::pair<int32_t, const char *> switches[] = {{1, "1"},
                                                          {0, "0"},
@@ -46,8 +32,8 @@ TEST_F(GetWpsEnable, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
                                                          {INT32_MAX, "2147483"},
                                                          {INT32_MIN, "-214748"}};
     for (const auto &[enable, text] : switches) {
-        wps_is(enable);
-        EXPECT_EQ(run(kGetWps, R"({"Enable":7})"),
+        writes<devapi_get_wps_enable>(enable);
+        EXPECT_EQ(run("GET_WPS_ENABLE", R"({"Enable":7})"),
                   R"({"Enable":7,"Enable":)" + quoted(text) + R"(,"Status":"0"})");
     }
     EXPECT_EQ(recording_device::called_functions(),
@@ -60,7 +46,7 @@ TEST_F(GetWpsEnable, WpsIsReportedAsDecimalTextOfSevenBytesAtMost)
 constexpr char kSetWps[] = "SET_WPS_ENABLE";
 const Request kOn = Request({}).with("Enable", R"("1")");
 
-TEST_F(SetWpsEnable, WpsIsSwitchedByTheNumberThatTheTextBeginsWith)
+TEST_F(SetWpsEnable, SwitchesByTheNumberThatTheTextBeginsWith)
 {
     const std::pair<const char *, const char *> numbers[] = {{"1", "1"},
                                                              {"0", "0"},

@@ -2,6 +2,7 @@
 #include "texts.h"
 
 #include "handler_test.h"
+#include "test_records.h"
 
 #include <climits>
 #include <cstring>
@@ -10,16 +11,9 @@ namespace texts_test {
 
 using namespace smart_router;
 
-// A field without room for a NUL, followed by data that must not be read.
-struct FullField {
-    char field[4];
-    char behind[4];
-};
-constexpr FullField kFullField = {{'4', '2', 'b', 'C'}, {'D', '7', '7', '\0'}};
-
 class TextsTest : public HandlerTest {};
 
-TEST_F(TextsTest, ACopyIsCutAtTheWidthLessOneAndAlwaysEnds)
+TEST_F(TextsTest, ACopyIsCutAtTheWidthMinusOneAndAlwaysEnds)
 {
     struct {
         char field[8];
@@ -122,8 +116,8 @@ TEST_F(TextsTest, AFieldsNumberEndsWithTheField)
                                                         {"-2147483649", INT_MIN},
                                                         {"99999999999999999999", INT_MAX}};
     for (const auto &[text, number] : numbers) {
-        char field[32] = "";
-        strcpy(field, text);
+        char field[32];
+        put(field, text);
         EXPECT_EQ(number_in(field), number) << text;
     }
 }

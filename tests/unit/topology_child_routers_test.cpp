@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The child routers in the topology report.
 #include "memory_sweep.h"
-#include "topology_child_routers_fixture.h"
+#include "topology_fixture.h"
 
 namespace topology_child_routers_test {
 
@@ -30,7 +30,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreListedWithTheirStations)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetTslinkTopologyInfoChildRouters, AreListedAsTheDeviceLeavesTheirList)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         child_routers_are({7}, count);
@@ -67,7 +67,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreEightAtMost)
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 1).back(), "8");
 }
 
-TEST_F(GetTslinkTopologyInfoChildRouters, AreListedThoughTheSpeedsAreOld)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreListedEvenIfTheSpeedsAreNotUpdated)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         recording_host::reset();
@@ -84,10 +84,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreLeftOutWhenTheyCannotBeRead)
         for (const int32_t position : {0, 1, 2}) {
             recording_host::reset();
             child_routers_are({0, 1, 2});
-            when<devapi_get_childrouter_info>([=](ChildRouterInfo *info, int32_t identifier) {
-                *info = child_router();
-                return identifier == position ? spoil(info, failure) : 0;
-            });
+            unreadable_child_router_is(position, failure);
             EXPECT_EQ(routers(), "[" + with_stations("[]") + "," + with_stations("[]") + "]");
             EXPECT_EQ(result, 0);
             EXPECT_EQ(
@@ -97,7 +94,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreLeftOutWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoChildRouters, AreLoggedWhenThereIsNoMemoryForOne)
+TEST_F(GetTslinkTopologyInfoChildRouters, LogThatThereIsNoMemoryForOne)
 {
     const auto with_a_station = [] {
         child_routers_are({7});
@@ -141,7 +138,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AreListedAfterOneWithoutMemoryForItsSt
     EXPECT_EQ(without_list, 2);
 }
 
-TEST_F(GetTslinkTopologyInfoChildRouters, AskForTheStationsOfAMacWithoutAnEnd)
+TEST_F(GetTslinkTopologyInfoChildRouters, PassAMacWithoutANul)
 {
     ChildRouterInfo record = child_router();
     fill(record.Mac);
@@ -150,7 +147,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, AskForTheStationsOfAMacWithoutAnEnd)
     EXPECT_EQ(given_to("devapi_get_childsta_list", 1), Names{text_of_length(64)});
 }
 
-TEST_F(GetTslinkTopologyInfoChildRouters, StandInTheWholeReport)
+TEST_F(GetTslinkTopologyInfoChildRouters, AreInTheWholeReport)
 {
     stations_are({5}, 1);
     station_is(attached_device());
@@ -197,10 +194,7 @@ TEST_F(GetTslinkTopologyInfoChildRouters, HaveLinksForTheOperatorsModelInAnyCase
     }
     child_router_is(record);
     EXPECT_EQ(routers(), "[" + with_stations("[]", with_links) + "]");
-    when<devapi_get_devicemodel>([](char *model, int32_t) {
-        strcpy(model, "QX2040B");
-        return -1;
-    });
+    writes<devapi_get_devicemodel>("QX2040B", -1);
     EXPECT_EQ(router(record), with_links.json());
     when<devapi_get_devicemodel>([](char *, int32_t) { return -1; });
     EXPECT_EQ(router(record), expected(kRouterPlaces).json());
@@ -261,7 +255,7 @@ class GetTslinkTopologyInfoStations : public TopologyChildRouters {};
 
 // ---- json_get_childsta_info --------------------------------------------------------------------
 
-TEST_F(GetTslinkTopologyInfoStations, AskForEachStationByItsIndexAlone)
+TEST_F(GetTslinkTopologyInfoStations, AreReadByTheirIndexAlone)
 {
     stations_are({5, -9}, 2);
     station_is(attached_device());
@@ -273,11 +267,11 @@ TEST_F(GetTslinkTopologyInfoStations, AskForEachStationByItsIndexAlone)
     AdBaseInfo second = {};
     second.HostIndex = -9;
     EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0),
-              (Names{recording_device::contents(&first), recording_device::contents(&second)}));
+              (Names{contents(&first), contents(&second)}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(GetTslinkTopologyInfoStations, AreListedAsTheDeviceLeavesTheirList)
+TEST_F(GetTslinkTopologyInfoStations, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         stations_are({5}, count);
@@ -294,7 +288,7 @@ TEST_F(GetTslinkTopologyInfoStations, AreListedAsTheDeviceLeavesTheirList)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoStations, HaveSixtyFourStationsAtMost)
+TEST_F(GetTslinkTopologyInfoStations, AreSixtyFourAtMost)
 {
     for (const int32_t count : {64, 65, INT_MAX}) {
         stations_are(std::vector<int32_t>(64, 3), count);
@@ -304,7 +298,7 @@ TEST_F(GetTslinkTopologyInfoStations, HaveSixtyFourStationsAtMost)
     EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0).size(), 3u * 64);
 }
 
-TEST_F(GetTslinkTopologyInfoStations, LeaveOutAStationThatCannotBeRead)
+TEST_F(GetTslinkTopologyInfoStations, LeaveOutOneThatCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         for (const int32_t position : {0, 1, 2}) {
@@ -321,7 +315,7 @@ TEST_F(GetTslinkTopologyInfoStations, LeaveOutAStationThatCannotBeRead)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoStations, HaveNoStationsWithoutAnArgument)
+TEST_F(GetTslinkTopologyInfoStations, AreNoneWithoutAnArgument)
 {
     json_get_childsta_info(nullptr, "the mac");
     EXPECT_EQ(stations(nullptr), "[]");
@@ -331,7 +325,7 @@ TEST_F(GetTslinkTopologyInfoStations, HaveNoStationsWithoutAnArgument)
 
 // ---- json_insert_childsta_info -----------------------------------------------------------------
 
-TEST_F(GetTslinkTopologyInfoStations, HaveStationsKeyByKey)
+TEST_F(GetTslinkTopologyInfoStations, AreReportedKeyByKey)
 {
     AdBaseInfo record = attached_device();
     EXPECT_EQ(station_object(&record), station().json());
@@ -343,7 +337,7 @@ TEST_F(GetTslinkTopologyInfoStations, HaveStationsKeyByKey)
               station(full_text_of).with("AccessTime", quoted(std::to_string(kNow))).json());
 }
 
-TEST_F(GetTslinkTopologyInfoStations, CopyNullAsItStands)
+TEST_F(GetTslinkTopologyInfoStations, ReportNullUnchanged)
 {
     AdBaseInfo record = {};
     fill_places(&record, kAttachedDevice, [](const Place &) { return std::string("NULL"); });
@@ -352,7 +346,7 @@ TEST_F(GetTslinkTopologyInfoStations, CopyNullAsItStands)
                                            .json());
 }
 
-TEST_F(GetTslinkTopologyInfoStations, CallAStationByItsHostNameWithoutAnotherName)
+TEST_F(GetTslinkTopologyInfoStations, HaveTheHostNameWithoutAnotherName)
 {
     AdBaseInfo record = attached_device();
     put(record.ByName, "");
@@ -383,7 +377,7 @@ TEST_F(GetTslinkTopologyInfoStations, CorrectTheTimeByTheZoneInAnyTimeType)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoStations, HaveNoStationWithoutAnArgument)
+TEST_F(GetTslinkTopologyInfoStations, AreNotInsertedWithoutAnArgument)
 {
     AdBaseInfo record = attached_device();
     EXPECT_EQ(json_insert_childsta_info(nullptr, &record), -1);
@@ -393,7 +387,7 @@ TEST_F(GetTslinkTopologyInfoStations, HaveNoStationWithoutAnArgument)
     EXPECT_EQ(recording_host::log_lines(), LogLines(2, {3, "child_router_info is NULL\n"}));
 }
 
-TEST_F(GetTslinkTopologyInfoStations, HaveNoStationWithoutMemory)
+TEST_F(GetTslinkTopologyInfoStations, AreNotInsertedWithoutMemory)
 {
     AdBaseInfo record = {};
     sweep_memory([&](cJSON *object) { result = json_insert_childsta_info(object, &record); }, "{}",

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The main router's own information in the topology report, and the report as a whole.
 #include "failing_memory.h"
-#include "topology_devices_fixture.h"
-#include "topology_report_fixture.h"
+#include "topology_fixture.h"
 
 #include <optional>
 
@@ -40,7 +39,7 @@ TEST_F(GetTslinkTopologyInfo, ReadsNoFurtherThanTheFieldsOfTheRouter)
     EXPECT_EQ(router_report(), without_devices(router(full_text_of)).json());
 }
 
-TEST_F(GetTslinkTopologyInfo, IsAReasonAloneWithoutTheBaseInformation)
+TEST_F(GetTslinkTopologyInfo, HasOnlyAReasonWithoutTheBaseInformation)
 {
     for (const int32_t failure : {-1, 1, 1000, INT_MIN}) {
         when<devapi_get_hg_base_info>([=](HgBaseInfo *info) { return spoil(info, failure); });
@@ -62,7 +61,7 @@ TEST_F(GetTslinkTopologyInfo, HasAReasonInPlaceOfItsDevicesWithoutMemory)
               router().with("FailReason", R"("cJSON create array failed!")").json());
 }
 
-TEST_F(GetTslinkTopologyInfo, TellsWhetherEachRadioIsOn)
+TEST_F(GetTslinkTopologyInfo, HasTheStateOfEachRadio)
 {
     const std::pair<const char *, const char *> states[] = {
         {"up", R"("1")"},   {"UP", R"("1")"}, {"uP", R"("1")"},    {"1", R"("1")"},
@@ -104,14 +103,11 @@ TEST_F(GetTslinkTopologyInfo, CutsTheAreaToTheOperatorForItsModel)
     EXPECT_EQ(value("AreaCode"), quoted(std::string(28, 'x') + "ARVE"));
 }
 
-TEST_F(GetTslinkTopologyInfo, GoesByTheModelAsTheDeviceLeavesIt)
+TEST_F(GetTslinkTopologyInfo, UsesTheModelThatAFailedCallLeft)
 {
     put(base.AreaCode, "xARVEN");
     for (const int32_t failure : {-1, 1, 1000}) {
-        when<devapi_get_devicemodel>([=](char *model, int32_t) {
-            strcpy(model, "QX2040B");
-            return failure;
-        });
+        writes<devapi_get_devicemodel>("QX2040B", failure);
         EXPECT_EQ(value("AreaCode"), R"("ARVEN")");
         EXPECT_NE(value("MeshInfo"), "");
         when<devapi_get_devicemodel>([=](char *, int32_t) { return failure; });
@@ -143,7 +139,7 @@ TEST_F(GetTslinkTopologyInfo, IsRouterChildRoutersAndStatus)
                      "devapi_get_childrouter_list", "devapi_call_tslink_set_topo_speed"}));
 }
 
-TEST_F(GetTslinkTopologyInfo, SucceedsWhateverTheRouterSays)
+TEST_F(GetTslinkTopologyInfo, SucceedsWithoutTheMainRouter)
 {
     child_routers_are({});
     when<devapi_get_hg_base_info>([](HgBaseInfo *info) { return spoil(info); });
@@ -152,7 +148,7 @@ TEST_F(GetTslinkTopologyInfo, SucceedsWhateverTheRouterSays)
               R"("Status":"0"})");
 }
 
-TEST_F(GetTslinkTopologyInfo, OfWhatIsNoObjectAddsNothing)
+TEST_F(GetTslinkTopologyInfo, AddsNothingWithoutAnObject)
 {
     EXPECT_EQ(json_get_hg_base_info_copy(nullptr), -1);
     EXPECT_EQ(hg_process_json_cmd("GET_TSLINK_TOPOLOGY_INFO", nullptr), 0);
@@ -236,7 +232,7 @@ TEST_F(GetTslinkTopologyInfoMesh, EndsTheRouterWithoutMemoryForItsLinks)
     EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create mesh_json err"}}));
 }
 
-TEST_F(GetTslinkTopologyInfoMesh, ListsChildRoutersAsTheDeviceLeavesTheirList)
+TEST_F(GetTslinkTopologyInfoMesh, ListsTheChildRoutersThatAFailedCallLeft)
 {
     put(base.AreaCode, "ARVEN");
     for (const char *model : {"QX2040B", "QX3060"}) {
@@ -288,7 +284,7 @@ TEST_F(GetTslinkTopologyInfoMesh, EndsTheRouterWithoutMemoryForItsChildren)
     EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "create childinfo_json err"}}));
 }
 
-TEST_F(GetTslinkTopologyInfoMesh, AsksForTheChildrenInOrder)
+TEST_F(GetTslinkTopologyInfoMesh, ReadsTheChildrenInOrder)
 {
     mesh_type_is(2);
     router_report();
@@ -310,7 +306,7 @@ TEST_F(GetTslinkTopologyInfoMesh, ListsChildrenInMeshesOfTypeTwoOnly)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoMesh, ListsTheChildrenThatHangFromTheMainRouter)
+TEST_F(GetTslinkTopologyInfoMesh, ListsTheChildrenOfTheMainRouter)
 {
     mesh_type_is(2);
     const std::pair<std::string, std::string> bridges[] = {
@@ -361,7 +357,7 @@ TEST_F(GetTslinkTopologyInfoDevices, HasEachDeviceKeyByKey)
     EXPECT_EQ(recording_host::log_lines(), (LogLines{{7, "get total limit = 2\n"}}));
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, AsksForEachDeviceWithKindAndIndexAlone)
+TEST_F(GetTslinkTopologyInfoDevices, ReadsEachDeviceByKindAndIndexAlone)
 {
     devices_are(2);
     for (const int32_t kind : {1, 0, 7, -1}) {
@@ -373,9 +369,8 @@ TEST_F(GetTslinkTopologyInfoDevices, AsksForEachDeviceWithKindAndIndexAlone)
             asked[static_cast<size_t>(at)].Kind = kind;
             asked[static_cast<size_t>(at)].HostIndex = at + 1;
         }
-        EXPECT_EQ(
-            given_to("devapi_get_ad_base_info", 0),
-            (Names{recording_device::contents(&asked[0]), recording_device::contents(&asked[1])}));
+        EXPECT_EQ(given_to("devapi_get_ad_base_info", 0),
+                  (Names{contents(&asked[0]), contents(&asked[1])}));
     }
 }
 
@@ -390,14 +385,11 @@ TEST_F(GetTslinkTopologyInfoDevices, ReadsNoFurtherThanTheFieldsOfADevice)
                              "]");
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, FailsWithTheCount)
+TEST_F(GetTslinkTopologyInfoDevices, FailsIfTheCountCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000, INT_MIN}) {
         recording_host::reset();
-        when<devapi_get_dev_tol_num>([failure](int32_t *count, intptr_t) {
-            *count = 3;
-            return failure;
-        });
+        writes<devapi_get_dev_tol_num>(3, failure);
         EXPECT_EQ(devices(), "[]");
         EXPECT_EQ(result, failure);
         EXPECT_EQ(recording_host::log_lines(),
@@ -416,7 +408,7 @@ TEST_F(GetTslinkTopologyInfoDevices, HasNoneForACountBelowOne)
     EXPECT_EQ(given_to("dev_is_exist", 0), Names());
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, SkipsWhatElseStandsFor)
+TEST_F(GetTslinkTopologyInfoDevices, SkipsDevicesThatExistElsewhere)
 {
     devices_are(4);
     when<dev_is_exist>([](int32_t index) { return index == 2 ? 1 : index == 3 ? -1 : 0; });
@@ -467,17 +459,12 @@ TEST_F(GetTslinkTopologyInfoDevices, EndsAtADeviceThatCannotBeRead)
         });
         EXPECT_EQ(devices(), "[" + reported().json() + "]");
         EXPECT_EQ(result, -1);
-        const LogLines lines = recording_host::log_lines();
-        ASSERT_EQ(lines.size(), 2u);
-        EXPECT_EQ(lines[1].level, 3);
-        EXPECT_TRUE(is_line_of("smart_router_service/topology_report.cpp",
-                               "get ad base fail ret=" + std::to_string(failure) + "\n",
-                               lines[1].text))
-            << lines[1].text;
+        EXPECT_EQ(recording_host::log_lines().size(), 2u);
+        expect_last_error("topology_report.cpp", "get ad base fail ret=" + std::to_string(failure));
     }
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, HandsItsArgumentOnAsWideAsAPointer)
+TEST_F(GetTslinkTopologyInfoDevices, PassesItsArgumentAsWideAsAPointer)
 {
     for (const intptr_t argument : {INTPTR_MAX, INTPTR_MIN, intptr_t{-1}}) {
         recording_device::reset();
@@ -505,7 +492,7 @@ TEST_F(GetTslinkTopologyInfoDevices, StopsAfterThirtyTwo)
     EXPECT_EQ(g_dev_num, 32);
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, CountsOnAcrossCalls)
+TEST_F(GetTslinkTopologyInfoDevices, KeepsCountingAcrossCalls)
 {
     devices_are(20);
     devices(1);
@@ -520,7 +507,7 @@ TEST_F(GetTslinkTopologyInfoDevices, CountsOnAcrossCalls)
     EXPECT_EQ(g_active_num, 20);
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, CountNoFurtherThanANumberGoes)
+TEST_F(GetTslinkTopologyInfoDevices, StopCountingAtTheLargestNumber)
 {
     g_dev_num = INT_MAX;
     EXPECT_EQ(devices(), "[]");
@@ -532,7 +519,7 @@ TEST_F(GetTslinkTopologyInfoDevices, CountNoFurtherThanANumberGoes)
     EXPECT_EQ(g_active_num, INT_MAX);
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, OfNoArrayAreNone)
+TEST_F(GetTslinkTopologyInfoDevices, AreNoneWithoutAnArray)
 {
     EXPECT_EQ(put_to_json(nullptr, 0, 1), -1);
     cJSON *none = nullptr;
@@ -542,7 +529,7 @@ TEST_F(GetTslinkTopologyInfoDevices, OfNoArrayAreNone)
 
 // ---- In the report -----------------------------------------------------------------------------
 
-TEST_F(GetTslinkTopologyInfoDevices, AreCountedAnewInEachReport)
+TEST_F(GetTslinkTopologyInfoDevices, AreCountedFromZeroInEachReport)
 {
     g_dev_num = 7;
     g_active_num = 7;
@@ -588,7 +575,7 @@ namespace topology_device_values_test {
 
 class GetTslinkTopologyInfoDeviceValues : public TopologyDevices {};
 
-TEST_F(GetTslinkTopologyInfoDeviceValues, HasNoValueForNullOneByOne)
+TEST_F(GetTslinkTopologyInfoDeviceValues, ReplacesNullKeyByKey)
 {
     const Request whole = reported();
     const std::vector<std::pair<const char *, Request>> cases = {
@@ -628,7 +615,7 @@ TEST_F(GetTslinkTopologyInfoDeviceValues, HasNoValueForNullOneByOne)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoDeviceValues, KnowsNullByItsExactTextAlone)
+TEST_F(GetTslinkTopologyInfoDeviceValues, ReplacesNullOnlyByItsExactText)
 {
     for (const char *text : {"", "null", "NUL", "NULLx", " NULL"}) {
         device = attached_device();
@@ -642,7 +629,7 @@ TEST_F(GetTslinkTopologyInfoDeviceValues, KnowsNullByItsExactTextAlone)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoDeviceValues, HasACodeForTheKindOfDevice)
+TEST_F(GetTslinkTopologyInfoDeviceValues, HasACodeForTheTypeOfDevice)
 {
     const std::pair<const char *, const char *> kinds[] = {
         {"Computer", "3"}, {"Phone", "0"}, {"computer", "0"}, {"Computers", "0"},
@@ -654,7 +641,7 @@ TEST_F(GetTslinkTopologyInfoDeviceValues, HasACodeForTheKindOfDevice)
     }
 }
 
-TEST_F(GetTslinkTopologyInfoDeviceValues, CallsADeviceByItsHostNameWithoutAnotherName)
+TEST_F(GetTslinkTopologyInfoDeviceValues, HasTheHostNameWithoutAnotherName)
 {
     put(device.ByName, "");
     EXPECT_EQ(value("ByName"), "Name");
@@ -714,10 +701,10 @@ TEST_F(GetTslinkTopologyInfoDeviceValues, CorrectsLocalTimesByTheZone)
         *hours = 8;
         return -1;
     });
-    EXPECT_EQ(value("AccessTime"), "-28700") << "what the call leaves counts";
+    EXPECT_EQ(value("AccessTime"), "-28700") << "what the call left is used";
 }
 
-TEST_F(GetTslinkTopologyInfoDeviceValues, AsksForNoZoneWithoutATime)
+TEST_F(GetTslinkTopologyInfoDeviceValues, ReadsNoZoneWithoutATime)
 {
     put(device.AccessTime, "NULL");
     devices();

@@ -35,14 +35,13 @@ TEST_F(SetUplinkWifiInfo, JoinsTheNetworkAndReportsItsName)
               R"({"Other":[1],"Status":"0","ConnectedSSID":"joined"})");
     const UplinkWifiInfo expected = {"street", "secret", "WPA2", "TKIP", "AES", "5G"};
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<recording_device::Call>{
-                  {"devapi_set_uplink_wifi_info", {contents(&expected)}}}));
+              (Calls{{"devapi_set_uplink_wifi_info", {contents(&expected)}}}));
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{3, "ssid = street,pwd = secret,encrypt = WPA2, cypher1 = TKIP,"
-                                        " cypher2 = AES, band = 5G\r\n"}}));
+              (LogLines{{3, "ssid = street,pwd = secret,encrypt = WPA2, cypher1 = TKIP,"
+                            " cypher2 = AES, band = 5G\r\n"}}));
 }
 
-TEST_F(SetUplinkWifiInfo, ReportsTheNameAsked)
+TEST_F(SetUplinkWifiInfo, ReportsTheRequestedName)
 {
     EXPECT_EQ(run(kCommand, kUplink.json()), R"({"Status":"0","ConnectedSSID":"street"})");
     EXPECT_EQ(run(kCommand, kUplink.with("SSID", quoted(text_of_length(64))).json()),
@@ -60,7 +59,7 @@ TEST_F(SetUplinkWifiInfo, ReportsTheNameAsked)
     EXPECT_EQ(run(kCommand, kUplink.json()), R"({"Status":"0","ConnectedSSID":""})");
 }
 
-TEST_F(SetUplinkWifiInfo, AnswersByTheDevicesResult)
+TEST_F(SetUplinkWifiInfo, HasAReplyForEachResult)
 {
     const std::pair<int32_t, std::string> replies[] = {
         {-1, "{" + failure("SET_UPLINK_WIFI_INFO_FAIL") + "}"},
@@ -103,7 +102,7 @@ TEST_F(SetUplinkWifiInfo, CutsItsTextsButNotTheLog)
     }
 }
 
-TEST_F(SetUplinkWifiInfo, NamesEachAbsentKey)
+TEST_F(SetUplinkWifiInfo, LogsEachAbsentKey)
 {
     const std::pair<const char *, const char *> lines[] = {
         {"SSID", "can not find SSID object!\n"},
@@ -113,12 +112,12 @@ TEST_F(SetUplinkWifiInfo, NamesEachAbsentKey)
         {"WPA2Cypher", "can not find Cypher2 object!\n"},
         {"Band", "can not find Band object!\n"},
     };
-    std::vector<LogLine> all;
+    LogLines all;
     for (const auto &[key, line] : lines) {
         recording_host::reset();
         const Request request = kUplink.without(key);
         EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure("json node null")));
-        EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, line}, kRefused}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, line}, kRefused}));
         all.push_back({3, line});
     }
     all.push_back(kRefused);
@@ -128,16 +127,16 @@ TEST_F(SetUplinkWifiInfo, NamesEachAbsentKey)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(SetUplinkWifiInfo, LooksAtAbsenceFirst)
+TEST_F(SetUplinkWifiInfo, ChecksAbsenceFirst)
 {
     const Request request = kUplink.with("SSID", "7").without("Band");
     EXPECT_EQ(run(kCommand, request.json()), request.followed_by(failure("json node null")));
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{3, "can not find Band object!\n"}, kRefused}));
+              (LogLines{{3, "can not find Band object!\n"}, kRefused}));
 }
 
 // A missing reply would suggest that the device had another result.
-TEST_F(SetUplinkWifiInfo, WithoutMemoryForTheThirdStatusFails)
+TEST_F(SetUplinkWifiInfo, FailsWithoutMemoryForTheThirdStatus)
 {
     const size_t allocations = sweep_memory(
         kCommand, kUplink.json(),

@@ -38,11 +38,10 @@ std::vector<std::string> keys_with(const std::string &reply, const std::string &
     return keys;
 }
 
-TEST_F(QueryWanInfo, FiveMissingValuesAreReportedAsEmpty)
+TEST_F(QueryWanInfo, ReportsFiveMissingValuesAsEmpty)
 {
-    EXPECT_EQ(keys_with(reply_of("NULL"), ""),
-              (std::vector<std::string>{"GATEWAY", "IPV6_IPADDRESS", "IPV6_PRIFIX", "IPV6_GATEWAY",
-                                        "PPPOE_DIAL_MODE"}));
+    EXPECT_EQ(keys_with(reply_of("NULL"), ""), (Names{"GATEWAY", "IPV6_IPADDRESS", "IPV6_PRIFIX",
+                                                      "IPV6_GATEWAY", "PPPOE_DIAL_MODE"}));
     EXPECT_EQ(cJSON_GetObjectItem(parse(reply_of("NULL")).get(), "DNS1")->valuestring,
               std::string("NULL"));
 }
@@ -58,27 +57,20 @@ TEST_F(QueryWanInfo, OnlyTheExactWordIsAMissingValue)
     }
 }
 
-TEST_F(QueryWanInfo, AQueryNeedsTheName)
+TEST_F(QueryWanInfo, NeedsTheName)
 {
-    std::vector<Request> requests = {Request({}), Request({}).with("INDEX", R"("1")")};
-    for (const std::string &no_text : kNoTexts) {
-        requests.push_back(Request({}).with("WANName", no_text));
-    }
-    for (const Request &request : requests) {
+    for (const Request &request : Request({}).with("INDEX", R"("1")").without_text("WANName")) {
         recording_host::reset();
         EXPECT_EQ(run(kCommand, request.json()),
                   request.followed_by(failure("json object WANName not found!")));
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "can not find WANName object!\n"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "can not find WANName object!\n"}}));
     }
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace wan_test
+// ---- SET_ROUTE_WAN_INFO ------------------------------------------------------------------------
 
-namespace wan_setting_test {
-
-constexpr char kCommand[] = "SET_ROUTE_WAN_INFO";
+constexpr char kSet[] = "SET_ROUTE_WAN_INFO";
 
 class SetRouteWanInfo : public HandlerTest {};
 
@@ -146,53 +138,50 @@ TEST_F(SetRouteWanInfo, SetsAConnection)
 {
     Request request = request_with("7").with("INDEX", R"("1")").with("PPPOE_PROXY", R"("1")");
     std::vector<std::pair<size_t, std::string>> texts;
-    std::vector<LogLine> lines;
+    LogLines lines;
     for (const Setting &setting : kSettings) {
         const std::string text = std::string("new ") + setting.key;
         request = request.with(setting.key, quoted(text));
         texts.emplace_back(setting.offset, text);
         lines.push_back(found(setting, text));
     }
-    EXPECT_EQ(run(kCommand, request.json()), R"({"INDEX":"1","PPPOE_PROXY":"1","Status":"0"})");
+    EXPECT_EQ(run(kSet, request.json()), R"({"INDEX":"1","PPPOE_PROXY":"1","Status":"0"})");
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_route_wan_info", {in_record(texts)}}}));
+              (Calls{{"devapi_set_route_wan_info", {in_record(texts)}}}));
     EXPECT_EQ(recording_host::log_lines(), lines);
 }
 
-TEST_F(SetRouteWanInfo, NoKeyOfASettingIsRequired)
+TEST_F(SetRouteWanInfo, RequiresNoKey)
 {
-    std::vector<LogLine> lines;
+    LogLines lines;
     for (const Setting &setting : kSettings) {
         lines.push_back(not_found(setting));
     }
-    EXPECT_EQ(run(kCommand), R"({"Status":"0"})");
-    EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_set_route_wan_info", {in_record({})}}}));
+    EXPECT_EQ(run(kSet), R"({"Status":"0"})");
+    EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_set_route_wan_info", {in_record({})}}}));
     EXPECT_EQ(recording_host::log_lines(), lines);
 }
 
-TEST_F(SetRouteWanInfo, EachKeyOfASettingGoesToItsOwnField)
+TEST_F(SetRouteWanInfo, WritesEachKeyToItsField)
 {
     for (const Setting &given : kSettings) {
-        recording_device::reset();
-        recording_host::reset();
-        std::vector<LogLine> lines;
+        forget();
+        LogLines lines;
         for (const Setting &setting : kSettings) {
             lines.push_back(&setting == &given ? found(setting, "x") : not_found(setting));
         }
-        EXPECT_EQ(run(kCommand, Request({}).with(given.key, R"("x")").json()), R"({"Status":"0"})");
-        EXPECT_EQ(
-            recording_device::calls(),
-            (std::vector<Call>{{"devapi_set_route_wan_info", {in_record({{given.offset, "x"}})}}}));
+        EXPECT_EQ(run(kSet, Request({}).with(given.key, R"("x")").json()), R"({"Status":"0"})");
+        EXPECT_EQ(recording_device::calls(),
+                  (Calls{{"devapi_set_route_wan_info", {in_record({{given.offset, "x"}})}}}));
         EXPECT_EQ(recording_host::log_lines(), lines);
     }
 }
 
-TEST_F(SetRouteWanInfo, AKeyWithoutTextCountsAsAbsentAndIsConsumed)
+TEST_F(SetRouteWanInfo, AKeyWithoutTextCountsAsAbsentAndIsRemoved)
 {
     for (const std::string &no_text : kNoTexts) {
         recording_host::reset();
-        EXPECT_EQ(run(kCommand, request_with(no_text).json()), R"({"Status":"0"})") << no_text;
+        EXPECT_EQ(run(kSet, request_with(no_text).json()), R"({"Status":"0"})") << no_text;
         EXPECT_EQ(recording_device::calls().back().arguments[0], in_record({}));
         for (size_t at = 0; at < kSettings.size(); ++at) {
             EXPECT_EQ(recording_host::log_lines().at(at), not_found(kSettings[at]));
@@ -200,14 +189,14 @@ TEST_F(SetRouteWanInfo, AKeyWithoutTextCountsAsAbsentAndIsConsumed)
     }
 }
 
-TEST_F(SetRouteWanInfo, ASettingCutsItsTextsButNotTheLog)
+TEST_F(SetRouteWanInfo, CutsItsTextsButNotTheLog)
 {
     for (const size_t length : {0u, 62u, 63u, 64u, 100u, 10000u}) {
         recording_host::reset();
         const std::string text = text_of_length(length);
-        EXPECT_EQ(run(kCommand, request_with(quoted(text)).json()), R"({"Status":"0"})");
+        EXPECT_EQ(run(kSet, request_with(quoted(text)).json()), R"({"Status":"0"})");
         std::vector<std::pair<size_t, std::string>> texts;
-        std::vector<LogLine> lines;
+        LogLines lines;
         for (const Setting &setting : kSettings) {
             texts.emplace_back(setting.offset, text.substr(0, 63));
             lines.push_back(found(setting, text));
@@ -217,4 +206,4 @@ TEST_F(SetRouteWanInfo, ASettingCutsItsTextsButNotTheLog)
     }
 }
 
-} // namespace wan_setting_test
+} // namespace wan_test

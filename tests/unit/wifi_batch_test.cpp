@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "failing_memory.h"
-#include "handler_test.h"
-#include "request.h"
 #include "wifi.h"
-#include "wifi_batch_fixture.h"
+
+#include "failing_memory.h"
+#include "wifi_fixture.h"
 #include "worker_control.h"
 
 #include <algorithm>
@@ -15,19 +14,11 @@ namespace wifi_batch_test {
 
 // ---- GET_WIFI_LIST_INFO ------------------------------------------------------------------------
 
-void copy(char *field, const std::string &text)
-{
-    strcpy(field, text.c_str());
-}
-
 // A device whose SSIDs contain the names of their fields, followed by the number; SSIDs with the
 // numbers in failing cannot be read.
 void device_with_ssids(int32_t count, const std::vector<int32_t> &failing = {})
 {
-    when<devapi_get_ssid_num>([count](int32_t *out) {
-        *out = count;
-        return 0;
-    });
+    writes<devapi_get_ssid_num>(count);
     when<devapi_get_ssid_info>([failing](SsidInfo *info) {
         const int32_t number = info->SSIDIndex;
         const std::string index = std::to_string(number);
@@ -37,14 +28,14 @@ void device_with_ssids(int32_t count, const std::vector<int32_t> &failing = {})
              {info->SSID, info->PWD, info->ENCRYPT, info->PowerLevel, info->Channel, info->Enable,
               info->Bandwidth, info->Type, info->Mode, info->AdvertisementEnable, info->Beamforming,
               info->PermissionProperty}) {
-            copy(field, std::string(field) + index);
+            strcpy(field, (field + index).c_str());
         }
         return std::find(failing.begin(), failing.end(), number) == failing.end() ? 0
                                                                                   : 100 + number;
     });
 }
 
-std::string element(int32_t number)
+std::string reported(int32_t number)
 {
     std::string text = R"({"SSIDIndex":"#","SSID":"SSID#","PWD":"PWD#","ENCRYPT":"ENC#",)"
                        R"("PowerLevel":"PowerLevel#","Channel":"Chan#","Enable":"Ena#",)"
@@ -54,14 +45,6 @@ std::string element(int32_t number)
         text.replace(at, 1, std::to_string(number));
     }
     return text;
-}
-
-void station_control_is(int32_t state)
-{
-    when<devapi_get_wifi_stactrl>([state](int32_t *out) {
-        *out = state;
-        return 0;
-    });
 }
 
 void fast_roaming_is(const std::string &text, int32_t result = 0)
@@ -77,14 +60,13 @@ class GetWifiListInfo : public HandlerTest {};
 TEST_F(GetWifiListInfo, ReportsEverySsidAndTheSwitches)
 {
     device_with_ssids(2);
-    station_control_is(1);
+    writes<devapi_get_wifi_stactrl>(1);
     fast_roaming_is(std::string("fast\0?", 6));
     EXPECT_EQ(run("GET_WIFI_LIST_INFO", R"({"WIFIList":"kept","StaCtrl":0})"),
-              R"({"WIFIList":"kept","StaCtrl":0,"WIFIList":[)" + element(1) + "," + element(2) +
+              R"({"WIFIList":"kept","StaCtrl":0,"WIFIList":[)" + reported(1) + "," + reported(2) +
                   R"(],"StaCtrl":"1","FastRoaming":"fast","Status":"0"})");
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{7, "devapi_get_ssid_num 2!\n"},
-                                    {7, "devapi_get_wifi_stactrl 1!\n"}}));
+              (LogLines{{7, "devapi_get_ssid_num 2!\n"}, {7, "devapi_get_wifi_stactrl 1!\n"}}));
 
     const int32_t none = 0;
     const int32_t on = 1;
@@ -93,26 +75,25 @@ TEST_F(GetWifiListInfo, ReportsEverySsidAndTheSwitches)
     SsidInfo second = {};
     second.SSIDIndex = 2;
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<recording_device::Call>{
-                  {"devapi_get_ssid_num", {contents(&none)}},
-                  {"devapi_get_wifi_stactrl", {contents(&on)}},
-                  {"devapi_get_ssid_info", {contents(&first)}},
-                  {"devapi_get_ssid_info", {contents(&second)}},
-                  {"devapi_get_wifi_fastroaming_enable", {std::string(1, '\0')}}}));
+              (Calls{{"devapi_get_ssid_num", {contents(&none)}},
+                     {"devapi_get_wifi_stactrl", {contents(&on)}},
+                     {"devapi_get_ssid_info", {contents(&first)}},
+                     {"devapi_get_ssid_info", {contents(&second)}},
+                     {"devapi_get_wifi_fastroaming_enable", {std::string(1, '\0')}}}));
 }
 
 TEST_F(GetWifiListInfo, LeavesOutAnSsidThatCannotBeRead)
 {
     device_with_ssids(3, {2});
-    EXPECT_EQ(run("GET_WIFI_LIST_INFO"), R"({"WIFIList":[)" + element(1) + "," + element(3) +
+    EXPECT_EQ(run("GET_WIFI_LIST_INFO"), R"({"WIFIList":[)" + reported(1) + "," + reported(3) +
                                              R"(],"StaCtrl":"1","Status":"0"})");
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{7, "devapi_get_ssid_num 3!\n"},
-                                    {7, "devapi_get_wifi_stactrl 1!\n"},
-                                    {7, "json_get_wifi_list_info error! return =102! index=2\n"}}));
+              (LogLines{{7, "devapi_get_ssid_num 3!\n"},
+                        {7, "devapi_get_wifi_stactrl 1!\n"},
+                        {7, "json_get_wifi_list_info error! return =102! index=2\n"}}));
 }
 
-TEST_F(GetWifiListInfo, NamesInDecimalWhatCannotBeRead)
+TEST_F(GetWifiListInfo, LogsInDecimalWhatCannotBeRead)
 {
     device_with_ssids(12, {12});
     run("GET_WIFI_LIST_INFO");
@@ -136,13 +117,13 @@ TEST_F(GetWifiListInfo, TheListMayBeLong)
     device_with_ssids(100);
     const Json object = parse(run("GET_WIFI_LIST_INFO"));
     EXPECT_EQ(cJSON_GetArraySize(cJSON_GetObjectItem(object.get(), "WIFIList")), 100);
-    EXPECT_EQ(print(cJSON_GetObjectItem(object.get(), "WIFIList")->child->prev), element(100));
+    EXPECT_EQ(print(cJSON_GetObjectItem(object.get(), "WIFIList")->child->prev), reported(100));
 }
 
 TEST_F(GetWifiListInfo, OnlyStateOneIsStationControl)
 {
     for (const int32_t state : {1, 0, 2, -1, 256}) {
-        station_control_is(state);
+        writes<devapi_get_wifi_stactrl>(state);
         EXPECT_EQ(run("GET_WIFI_LIST_INFO"), std::string(R"({"WIFIList":[],"StaCtrl":")") +
                                                  (state == 1 ? "1" : "0") + R"(","Status":"0"})");
         EXPECT_EQ(recording_host::log_lines().back(),
@@ -169,34 +150,28 @@ TEST_F(GetWifiListInfo, FastRoamingIsReportedOnlyWhenKnown)
 TEST_F(GetWifiListInfo, FailsWithoutTheNumberOfSsids)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
-        recording_device::reset();
-        recording_host::reset();
-        when<devapi_get_ssid_num>([result](int32_t *count) {
-            *count = 3;
-            return result;
-        });
+        forget();
+        writes<devapi_get_ssid_num>(3, result);
         EXPECT_EQ(run("GET_WIFI_LIST_INFO"), "{" + failure("get ssid_num error") + "}");
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_ssid_num"});
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "devapi_get_ssid_num error! return =" +
-                                                std::to_string(result) + "!\n"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "devapi_get_ssid_num error! return =" +
+                                                                 std::to_string(result) + "!\n"}}));
     }
 }
 
 TEST_F(GetWifiListInfo, FailsWithoutTheStationControl)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
-        recording_device::reset();
-        recording_host::reset();
+        forget();
         device_with_ssids(3);
         when<devapi_get_wifi_stactrl>([result](int32_t *) { return result; });
         EXPECT_EQ(run("GET_WIFI_LIST_INFO"), "{" + failure("get stactrl error") + "}");
         EXPECT_EQ(recording_device::called_functions(),
                   (Names{"devapi_get_ssid_num", "devapi_get_wifi_stactrl"}));
         EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{7, "devapi_get_ssid_num 3!\n"},
-                                        {3, "devapi_get_wifi_stactrl error! return =" +
-                                                std::to_string(result) + "!\n"}}));
+                  (LogLines{{7, "devapi_get_ssid_num 3!\n"},
+                            {3, "devapi_get_wifi_stactrl error! return =" + std::to_string(result) +
+                                    "!\n"}}));
     }
 }
 
@@ -217,13 +192,12 @@ class SetWifiInfoListElement : public HandlerTest {
 
 TEST_F(SetWifiInfoListElement, LeavesOutWhatItWasNotGiven)
 {
-    EXPECT_EQ(parse_element(kElement.with("UsedChannel", R"("1")")
+    EXPECT_EQ(parse_element(kSsidSetting.with("UsedChannel", R"("1")")
                                 .with("Type", R"("1")")
                                 .with("PermissionProperty", R"("1")")
                                 .json()),
               0);
-    const SsidInfo expected = {2,   "home", "secret", "WPA2", "80", "6",  "",
-                               "1", "-1",   "",       "-1",   "-1", "-1", ""};
+    const SsidInfo expected = ssid_record("-1");
     EXPECT_EQ(contents(&record), contents(&expected));
 }
 
@@ -247,33 +221,27 @@ TEST_F(SetWifiInfoListElement, TakesItsOptionsCutAtTheirFields)
     EXPECT_EQ(contents(&record), contents(&expected));
 }
 
-TEST_F(SetWifiInfoListElement, AnOptionWithoutTextCountsAsLeftOutAndAnEmptyOneDoesNot)
+TEST_F(SetWifiInfoListElement, AnOptionWithoutTextIsNotUsedButAnEmptyOneIs)
 {
     for (const char *key : {"Bandwidth", "AdvertisementEnable", "Mode", "Beamforming"}) {
-        EXPECT_EQ(parse_element(kElement.json()), 0);
+        EXPECT_EQ(parse_element(kSsidSetting.json()), 0);
         const SsidInfo without = record;
         for (const std::string &no_text : kNoTexts) {
-            EXPECT_EQ(parse_element(kElement.with(key, no_text).json()), 0);
+            EXPECT_EQ(parse_element(kSsidSetting.with(key, no_text).json()), 0);
             EXPECT_EQ(contents(&record), contents(&without));
         }
-        EXPECT_EQ(parse_element(kElement.with(key, R"("")").json()), 0);
+        EXPECT_EQ(parse_element(kSsidSetting.with(key, R"("")").json()), 0);
         EXPECT_NE(contents(&record), contents(&without));
     }
 }
 
 TEST_F(SetWifiInfoListElement, NeedsEachOfItsKeys)
 {
-    for (const auto &[key, json] : kElement.keys()) {
-        EXPECT_EQ(parse_element(kElement.without(key).json()), -1) << key;
-        for (const std::string &no_text : kNoTexts) {
-            EXPECT_EQ(parse_element(kElement.with(key, no_text).json()), -1) << key << no_text;
-        }
-    }
-    for (const std::string no_object : {"null", "7", R"("SSID")", "[]", R"(["SSID"])"}) {
-        EXPECT_EQ(parse_element(no_object), -1);
+    for (const std::string &bad : not_like(kSsidSetting)) {
+        EXPECT_EQ(parse_element(bad), -1) << bad;
     }
     EXPECT_EQ(parse_wifi_info_from_json(&record, nullptr), -1);
-    EXPECT_EQ(parse_wifi_info_from_json(nullptr, parse(kElement.json()).get()), -1);
+    EXPECT_EQ(parse_wifi_info_from_json(nullptr, parse(kSsidSetting.json()).get()), -1);
     EXPECT_EQ(contents(&record), std::string(292, '\0')) << "a refused element leaves it untouched";
 }
 
@@ -282,35 +250,75 @@ TEST_F(SetWifiInfoListElement, ReadsItsIndexAsANumber)
     const std::pair<const char *, int32_t> indexes[] = {
         {"abc", 0}, {"0", 0}, {"9", 9}, {"-1", -1}, {"", 0}, {"99999999999", INT32_MAX}};
     for (const auto &[text, index] : indexes) {
-        EXPECT_EQ(parse_element(kElement.with("SSIDIndex", quoted(text)).json()), 0);
+        EXPECT_EQ(parse_element(kSsidSetting.with("SSIDIndex", quoted(text)).json()), 0);
         EXPECT_EQ(record.SSIDIndex, index) << text;
     }
 }
 
-} // namespace wifi_batch_test
+// ---- SET_WIFI_INFO_LIST ------------------------------------------------------------------------
 
-// Batches that never get a worker.
-namespace wifi_batch_refusal_test {
+constexpr char kSuccess[] = R"({"Status":"0"})";
 
-const Request kElement({{"SSIDIndex", R"("1")"},
-                        {"SSID", R"("home")"},
-                        {"PWD", R"("secret")"},
-                        {"ENCRYPT", R"("WPA2")"},
-                        {"PowerLevel", R"("80")"},
-                        {"Channel", R"("6")"},
-                        {"Enable", R"("0")"}});
-
-Request batch(const std::string &elements)
+std::string element(int32_t index, const std::string &enable = "1")
 {
-    return Request({{"First", "1"},
-                    {"WIFILIST", "[" + elements + "]"},
-                    {"StaCtrl", R"("on")"},
-                    {"FastRoaming", R"("fast")"}});
+    return kSsidSetting.with("SSIDIndex", quoted(std::to_string(index)))
+        .with("Enable", quoted(enable))
+        .json();
 }
 
-class SetWifiInfoListRefusal : public HandlerTest {
+std::string element_record(int32_t index, const std::string &enable = "1")
+{
+    SsidInfo record = ssid_record("-1");
+    record.SSIDIndex = index;
+    put(record.Enable, enable);
+    return contents(&record);
+}
+
+Request batch(const std::string &elements, const std::string &station_control = "1")
+{
+    return Request({{"WIFILIST", "[" + elements + "]"}, {"StaCtrl", quoted(station_control)}});
+}
+
+class WifiBatchTest : public HandlerTest {
   protected:
-    SetWifiInfoListRefusal() { forget_switches(); }
+    WifiBatchTest()
+    {
+        g_set_wifi_array_size = 0;
+        memset(g_stactrl_enable, 0, sizeof g_stactrl_enable);
+        memset(g_fastroaming_enable, 0, sizeof g_fastroaming_enable);
+    }
+
+    std::string send(const Request &request) { return run("SET_WIFI_INFO_LIST", request.json()); }
+
+    // What the worker has done so far, its sleeps among the device's calls.
+    static Calls worker_calls()
+    {
+        Calls calls = recording_device::calls();
+        std::erase_if(calls,
+                      [](const Call &call) { return call.function.starts_with("devapi_get_"); });
+        return calls;
+    }
+
+    static Calls whole_life(const std::string &station_control, const std::string &fast_roaming,
+                            const std::vector<std::string> &records)
+    {
+        Calls calls = {{"sleep", {"1"}},
+                       {"devapi_set_wifi_stactrl", {station_control}},
+                       {"sleep", {"5"}},
+                       {"devapi_set_wifi_fastroaming", {fast_roaming}}};
+        for (const std::string &record : records) {
+            calls.push_back({"devapi_set_ssid_list_info", {record}});
+        }
+        return calls;
+    }
+
+    WorkerControl control;
+};
+
+// ---- Batches that never get a worker -----------------------------------------------------------
+
+class SetWifiInfoListRefusal : public WifiBatchTest {
+  protected:
     ~SetWifiInfoListRefusal() override
     {
         EXPECT_EQ(control.workers(), 0u);
@@ -318,13 +326,13 @@ class SetWifiInfoListRefusal : public HandlerTest {
         EXPECT_TRUE(recording_host::log_lines().empty());
     }
 
-    static void forget_switches()
+    static Request batch(const std::string &elements)
     {
-        memset(g_stactrl_enable, 0, sizeof g_stactrl_enable);
-        memset(g_fastroaming_enable, 0, sizeof g_fastroaming_enable);
+        return Request({{"First", "1"},
+                        {"WIFILIST", "[" + elements + "]"},
+                        {"StaCtrl", R"("on")"},
+                        {"FastRoaming", R"("fast")"}});
     }
-
-    std::string send(const Request &request) { return run("SET_WIFI_INFO_LIST", request.json()); }
 
     // A list that was read is removed, and nothing else.
     static std::string refused(const Request &request)
@@ -332,7 +340,7 @@ class SetWifiInfoListRefusal : public HandlerTest {
         return request.without("WIFILIST").followed_by(failure("set ssid failed"));
     }
 
-    WorkerControl control;
+    const std::string good = element(1, "0");
 };
 
 TEST_F(SetWifiInfoListRefusal, WithoutAList)
@@ -351,11 +359,7 @@ TEST_F(SetWifiInfoListRefusal, WithoutAList)
 
 TEST_F(SetWifiInfoListRefusal, WithoutStationControl)
 {
-    std::vector<Request> requests = {batch(kElement.json()).without("StaCtrl")};
-    for (const std::string &json : kNoTexts) {
-        requests.push_back(batch(kElement.json()).with("StaCtrl", json));
-    }
-    for (const Request &request : requests) {
+    for (const Request &request : batch(good).without_text("StaCtrl")) {
         EXPECT_EQ(send(request), request.followed_by(failure("json node: StaCtrl not found")));
     }
     EXPECT_STREQ(g_stactrl_enable, "");
@@ -365,31 +369,15 @@ TEST_F(SetWifiInfoListRefusal, WithoutStationControl)
 
 TEST_F(SetWifiInfoListRefusal, ForAnElementWithoutOneOfItsKeys)
 {
-    const std::string good = kElement.json();
-    for (const auto &[key, json] : kElement.keys()) {
-        std::vector<std::string> elements = {kElement.without(key).json()};
-        for (const std::string &no_text : kNoTexts) {
-            elements.push_back(kElement.with(key, no_text).json());
-        }
-        for (const std::string &bad : elements) {
-            for (const std::string &list : {bad, bad + "," + good, good + "," + bad}) {
-                EXPECT_EQ(send(batch(list)), refused(batch(list)));
-            }
+    for (const std::string &bad : not_like(kSsidSetting)) {
+        for (const std::string &list : {bad, bad + "," + good, good + "," + bad}) {
+            EXPECT_EQ(send(batch(list)), refused(batch("")));
         }
     }
-}
-
-TEST_F(SetWifiInfoListRefusal, ForAnElementThatIsNoObject)
-{
-    const std::string good = kElement.json();
-    for (const std::string bad : {"null", "7", R"("SSID")", "true", "[]", "{}", "[[[[]]]]"}) {
-        EXPECT_EQ(send(batch(good + "," + bad)), refused(batch("")));
-    }
-    EXPECT_EQ(send(batch("[" + good + "]")), refused(batch("")));
     EXPECT_EQ(send(batch(R"({"WIFILIST":[)" + good + "]}")), refused(batch("")));
 }
 
-TEST_F(SetWifiInfoListRefusal, HasChangedTheSwitchesAllTheSame)
+TEST_F(SetWifiInfoListRefusal, HasChangedTheSwitches)
 {
     EXPECT_EQ(send(batch("{}")), refused(batch("")));
     EXPECT_STREQ(g_stactrl_enable, "on");
@@ -399,11 +387,8 @@ TEST_F(SetWifiInfoListRefusal, HasChangedTheSwitchesAllTheSame)
 
 TEST_F(SetWifiInfoListRefusal, ForAWorkerThatCannotBeStarted)
 {
-    when<devapi_get_Multi_Ap_enable>([](int32_t *enable) {
-        *enable = 1;
-        return 0;
-    });
-    for (const std::string &list : {kElement.json(), std::string()}) {
+    writes<devapi_get_Multi_Ap_enable>(1);
+    for (const std::string &list : {good, std::string()}) {
         control.fail_next_worker();
         EXPECT_EQ(send(batch(list)), refused(batch("")));
         EXPECT_TRUE(control.is_idle());
@@ -416,7 +401,7 @@ TEST_F(SetWifiInfoListRefusal, ForAWorkerThatCannotBeStarted)
 TEST_F(SetWifiInfoListRefusal, ForAWarningWithoutMemory)
 {
     for (size_t first = 0; first < 4; ++first) {
-        const Json object = parse(batch(kElement.json()).json());
+        const Json object = parse(batch(good).json());
         {
             const FailingMemory memory(first, FailingMemory::Fail::kOnce);
             hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get());
@@ -426,37 +411,18 @@ TEST_F(SetWifiInfoListRefusal, ForAWarningWithoutMemory)
     }
 }
 
-} // namespace wifi_batch_refusal_test
-
-// One batch at a time, from the reply to the end of its worker.
-namespace wifi_batch_worker_test {
+// ---- One batch at a time -----------------------------------------------------------------------
 
 class SetWifiInfoList : public WifiBatchTest {};
 
 // The request to turn off the mesh first, as the apps have to receive it.
 constexpr char kMeshWarning[] = "\xC7\xEB\xCF\xC8\xB9\xD8\xB1\xD5mesh\xBF\xAA\xB9\xD8!";
 
-void mesh_is(int32_t state, int32_t result = 0)
-{
-    when<devapi_get_Multi_Ap_enable>([=](int32_t *enable) {
-        *enable = state;
-        return result;
-    });
-}
-
-void main_5g_ssid_is(int32_t index, int32_t result = 0)
-{
-    when<devapi_get_5g_wifi_index>([=](int32_t *out) {
-        *out = index;
-        return result;
-    });
-}
-
 // Before main(), and so before any batch.
 const int32_t size_at_start = g_set_wifi_array_size;
 const std::string switches_at_start = std::string(g_stactrl_enable) + g_fastroaming_enable;
 
-TEST_F(SetWifiInfoList, NothingIsKnownBeforeTheFirst)
+TEST_F(SetWifiInfoList, NothingIsSetBeforeTheFirst)
 {
     EXPECT_EQ(size_at_start, 0);
     EXPECT_EQ(switches_at_start, "");
@@ -472,13 +438,12 @@ TEST_F(SetWifiInfoList, IsAppliedAfterTheReply)
     control.wait_for_sleep(1);
     EXPECT_FALSE(control.is_idle());
     EXPECT_EQ(g_set_wifi_array_size, 2);
-    EXPECT_EQ(worker_calls(), (std::vector<Call>{{"sleep", {"1"}}}));
+    EXPECT_EQ(worker_calls(), (Calls{{"sleep", {"1"}}}));
 
     control.end_sleep();
     control.wait_for_sleep(2);
     EXPECT_EQ(worker_calls(),
-              (std::vector<Call>{
-                  {"sleep", {"1"}}, {"devapi_set_wifi_stactrl", {"1"}}, {"sleep", {"5"}}}));
+              (Calls{{"sleep", {"1"}}, {"devapi_set_wifi_stactrl", {"1"}}, {"sleep", {"5"}}}));
     EXPECT_FALSE(control.is_idle());
 
     control.end_sleep();
@@ -505,13 +470,12 @@ TEST_F(SetWifiInfoList, AsksTheDeviceInOrder)
     EXPECT_EQ(names, (Names{"devapi_get_5g_wifi_index", "devapi_get_Multi_Ap_enable"}));
     for (const Call &call : recording_device::calls()) {
         if (call.function != "sleep") {
-            EXPECT_EQ(call.arguments, (std::vector<std::string>{std::string(4, '\0')}))
-                << call.function;
+            EXPECT_EQ(call.arguments, (Names{std::string(4, '\0')})) << call.function;
         }
     }
 }
 
-TEST_F(SetWifiInfoList, TheResultsOfApplyingAreIgnored)
+TEST_F(SetWifiInfoList, IgnoresTheResultsOfApplying)
 {
     when<devapi_set_wifi_stactrl>([](const char *) { return -1; });
     when<devapi_set_wifi_fastroaming>([](const char *) { return -1; });
@@ -523,14 +487,14 @@ TEST_F(SetWifiInfoList, TheResultsOfApplyingAreIgnored)
 
 TEST_F(SetWifiInfoList, AnEmptyListStillAppliesTheSwitches)
 {
-    mesh_is(1);
+    writes<devapi_get_Multi_Ap_enable>(1);
     EXPECT_EQ(send(batch("", "0")), kSuccess);
     control.wait_until_idle();
     EXPECT_EQ(worker_calls(), whole_life("0", "", {}));
     EXPECT_EQ(g_set_wifi_array_size, 0);
 }
 
-TEST_F(SetWifiInfoList, AHugeListIsAppliedWhole)
+TEST_F(SetWifiInfoList, AppliesAHugeListCompletely)
 {
     constexpr int32_t kCount = 20000;
     std::string elements = element(0);
@@ -541,14 +505,14 @@ TEST_F(SetWifiInfoList, AHugeListIsAppliedWhole)
     EXPECT_EQ(hg_process_json_cmd("SET_WIFI_INFO_LIST", object.get()), 0);
     EXPECT_EQ(print(object.get()), kSuccess);
     control.wait_until_idle();
-    const std::vector<Call> calls = worker_calls();
+    const Calls calls = worker_calls();
     ASSERT_EQ(calls.size(), kCount + 4u);
     for (int32_t index = 0; index < kCount; ++index) {
         ASSERT_EQ(calls[static_cast<size_t>(index) + 4].arguments[0], element_record(index));
     }
 }
 
-TEST_F(SetWifiInfoList, OnlyTheBatchsOwnKeysAreConsumed)
+TEST_F(SetWifiInfoList, OnlyTheKeysOfTheBatchAreRemoved)
 {
     EXPECT_EQ(run("SET_WIFI_INFO_LIST",
                   R"({"First":1,"wifilist":[],"fastroaming":"1","stactrl":"1","WIFILIST":[7],)"
@@ -603,11 +567,11 @@ TEST_F(SetWifiInfoList, TheSwitchesAreCut)
 
 // ---- The mesh warning --------------------------------------------------------------------------
 
-TEST_F(SetWifiInfoList, TheMeshWarningIsOnlyAWarning)
+TEST_F(SetWifiInfoList, AppliesTheBatchDespiteTheMeshWarning)
 {
     for (const std::string off : {"0", "", "abc", "00", "-0"}) {
         recording_device::reset();
-        mesh_is(1);
+        writes<devapi_get_Multi_Ap_enable>(1);
         EXPECT_EQ(send(batch(element(1, off) + "," + element(2)).with("FastRoaming", R"("1")")),
                   R"({"FastRoaming":"1",)" + failure(kMeshWarning) + "}");
         control.wait_until_idle();
@@ -626,7 +590,7 @@ struct MeshCase {
     bool warns;
 };
 
-TEST_F(SetWifiInfoList, TheMeshWarningComesForAMainSsidThatGoesOff)
+TEST_F(SetWifiInfoList, WarnsOfAMeshIfAMainSsidIsTurnedOff)
 {
     const MeshCase cases[] = {
         {"the first SSID", 1, 0, 5, 0, element(1, "0"), true},
@@ -645,8 +609,8 @@ TEST_F(SetWifiInfoList, TheMeshWarningComesForAMainSsidThatGoesOff)
         {"the result of the mesh state is ignored", 1, -1, 5, 0, element(1, "0"), true},
     };
     for (const MeshCase &one : cases) {
-        mesh_is(one.mesh, one.mesh_result);
-        main_5g_ssid_is(one.index5g, one.index5g_result);
+        writes<devapi_get_Multi_Ap_enable>(one.mesh, one.mesh_result);
+        writes<devapi_get_5g_wifi_index>(one.index5g, one.index5g_result);
         EXPECT_EQ(send(batch(one.elements)),
                   one.warns ? "{" + failure(kMeshWarning) + "}" : kSuccess)
             << one.what;
@@ -655,10 +619,7 @@ TEST_F(SetWifiInfoList, TheMeshWarningComesForAMainSsidThatGoesOff)
     EXPECT_EQ(control.workers(), std::size(cases));
 }
 
-} // namespace wifi_batch_worker_test
-
-// Batches that meet each other.
-namespace wifi_batches_test {
+// ---- Several batches ---------------------------------------------------------------------------
 
 class SetWifiInfoListTwice : public WifiBatchTest {};
 
@@ -680,7 +641,7 @@ TEST_F(SetWifiInfoListTwice, ASecondBatchWaitsInsideTheCommand)
     control.end_all_sleeps();
     second.join();
     control.wait_until_idle();
-    std::vector<Call> expected = whole_life("1", "", {element_record(1)});
+    Calls expected = whole_life("1", "", {element_record(1)});
     for (const Call &call : whole_life("1", "", {element_record(2), element_record(3)})) {
         expected.push_back(call);
     }
@@ -706,8 +667,7 @@ TEST_F(SetWifiInfoListTwice, ABatchWhileAWorkerSleepsChangesWhatThatOneApplies)
         control.end_all_sleeps();
         second.join();
         control.wait_until_idle();
-        std::vector<Call> expected =
-            whole_life(sleeping == 1 ? "two" : "one", "second", {element_record(1)});
+        Calls expected = whole_life(sleeping == 1 ? "two" : "one", "second", {element_record(1)});
         for (const Call &call : whole_life("two", "second", {element_record(2)})) {
             expected.push_back(call);
         }
@@ -745,16 +705,16 @@ TEST_F(SetWifiInfoListTwice, ManyBatchesAtOnceAreAppliedOneAfterTheOther)
         thread.join();
     }
     control.wait_until_idle();
-    const std::vector<Call> calls = worker_calls();
+    const Calls calls = worker_calls();
     ASSERT_EQ(calls.size(), kThreads * kBatches * 6u);
     std::vector<int32_t> applied(kThreads + 1);
     for (size_t at = 0; at < calls.size(); at += 6) {
         const auto index = recording_device::record<SsidInfo>(calls[at + 4]).SSIDIndex;
-        EXPECT_EQ(std::vector<Call>(calls.begin() + at, calls.begin() + at + 6),
+        EXPECT_EQ(Calls(calls.begin() + at, calls.begin() + at + 6),
                   whole_life("1", "1", {element_record(index), element_record(index)}));
         ++applied[index];
     }
     EXPECT_EQ(applied, (std::vector<int32_t>{0, kBatches, kBatches, kBatches, kBatches}));
 }
 
-} // namespace wifi_batches_test
+} // namespace wifi_batch_test

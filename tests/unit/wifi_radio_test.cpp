@@ -40,7 +40,7 @@ TEST_F(GetWifiSleepSchedule, ReportsThreePeriods)
     EXPECT_EQ(run("GET_WIFI_SLEEP_SCHEDULE", R"({"WIFISleepList":"kept"})"),
               R"({"WIFISleepList":"kept","WIFISleepList":[)" + period("1") + "," + period("3") +
                   "," + period("5") + R"(],"Status":"0"})");
-    std::vector<Call> expected;
+    Calls expected;
     for (const int32_t start : {1, 3, 5}) {
         WifiSleepInfo asked = {};
         asked.StartTimer = start;
@@ -57,7 +57,7 @@ TEST_F(GetWifiSleepSchedule, LeavesOutAPeriodThatCannotBeRead)
     EXPECT_EQ(run("GET_WIFI_SLEEP_SCHEDULE"),
               R"({"WIFISleepList":[)" + period("1") + "," + period("5") + R"(],"Status":"0"})");
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{3, "json_get_wifi_sleep_info error! return =-7! index=2\n"}}));
+              (LogLines{{3, "json_get_wifi_sleep_info error! return =-7! index=2\n"}}));
 }
 
 TEST_F(GetWifiSleepSchedule, NeverFails)
@@ -65,9 +65,9 @@ TEST_F(GetWifiSleepSchedule, NeverFails)
     when<devapi_get_wifi_sleep_info>([](WifiSleepInfo *) { return 1; });
     EXPECT_EQ(run("GET_WIFI_SLEEP_SCHEDULE"), R"({"WIFISleepList":[],"Status":"0"})");
     EXPECT_EQ(recording_host::log_lines(),
-              (std::vector<LogLine>{{3, "json_get_wifi_sleep_info error! return =1! index=1\n"},
-                                    {3, "json_get_wifi_sleep_info error! return =1! index=2\n"},
-                                    {3, "json_get_wifi_sleep_info error! return =1! index=3\n"}}));
+              (LogLines{{3, "json_get_wifi_sleep_info error! return =1! index=1\n"},
+                        {3, "json_get_wifi_sleep_info error! return =1! index=2\n"},
+                        {3, "json_get_wifi_sleep_info error! return =1! index=3\n"}}));
 }
 
 // ---- SET_WIFI_SLEEP_SCHEDULE -------------------------------------------------------------------
@@ -96,15 +96,15 @@ TEST_F(SetWifiSleepSchedule, ReplacesTheOldSchedule)
     WifiSleepInfo off = kPeriodRecord;
     off.Enable[0] = '0';
     EXPECT_EQ(recording_device::calls(),
-              (std::vector<Call>{{"devapi_del_all_wifi_timerinfo", {}},
-                                 {"devapi_add_wifi_timer", {contents(&kPeriodRecord)}},
-                                 {"devapi_set_wifi_sleep_info", {contents(&kPeriodRecord)}},
-                                 {"devapi_add_wifi_timer", {contents(&off)}},
-                                 {"devapi_set_wifi_sleep_info", {contents(&off)}}}));
+              (Calls{{"devapi_del_all_wifi_timerinfo", {}},
+                     {"devapi_add_wifi_timer", {contents(&kPeriodRecord)}},
+                     {"devapi_set_wifi_sleep_info", {contents(&kPeriodRecord)}},
+                     {"devapi_add_wifi_timer", {contents(&off)}},
+                     {"devapi_set_wifi_sleep_info", {contents(&off)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetWifiSleepSchedule, TheRecordGoesOnAsTheDeviceLeftIt)
+TEST_F(SetWifiSleepSchedule, UsesTheRecordThatTheDeviceLeftForTheNext)
 {
     when<devapi_add_wifi_timer>([](WifiSleepInfo *info) {
         info->StartTimer += 10;
@@ -142,7 +142,7 @@ TEST_F(SetWifiSleepSchedule, TakesAnyNumberOfPeriods)
     }
 }
 
-TEST_F(SetWifiSleepSchedule, StopsWhenTheOldScheduleStays)
+TEST_F(SetWifiSleepSchedule, StopsIfTheOldScheduleIsNotRemoved)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         recording_device::reset();
@@ -220,8 +220,8 @@ TEST_F(SetWifiSleepSchedule, AnElementFillsTheTextsOfARecord)
 
 } // namespace wifi_radio_test
 
-// What the radios hear, and the channels that they may use. Entries that are not freed are found by
-// the address sanitizer.
+// Scans, and the channels that may be used. The address sanitizer detects entries that are not
+// freed.
 namespace wifi_scan_test {
 
 class GetScanWifiSsidlist : public HandlerTest {};
@@ -275,13 +275,12 @@ std::string scan_reply(const std::vector<size_t> &slots)
     return R"({"SSIDList":[)" + networks + R"(],"Status":"0"})";
 }
 
-TEST_F(GetScanWifiSsidlist, AsksForAScanOnce)
+TEST_F(GetScanWifiSsidlist, ScansOnce)
 {
     EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST", R"({"SSIDList":"kept"})"),
               R"({"SSIDList":"kept","SSIDList":[],"Status":"0"})");
-    EXPECT_EQ(
-        recording_device::calls(),
-        (std::vector<Call>{{"devapi_get_scan_ssid", {std::string(sizeof(ScanResult), '\0')}}}));
+    EXPECT_EQ(recording_device::calls(),
+              (Calls{{"devapi_get_scan_ssid", {std::string(sizeof(ScanResult), '\0')}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
@@ -295,7 +294,7 @@ TEST_F(GetScanWifiSsidlist, ReportsTheFirstTwentySlots)
     }
 }
 
-TEST_F(GetScanWifiSsidlist, PassesOverEmptySlots)
+TEST_F(GetScanWifiSsidlist, SkipsEmptySlots)
 {
     scan_finds({1, 3, 18, 19});
     EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"), scan_reply({1, 3, 18, 19}));
@@ -303,7 +302,7 @@ TEST_F(GetScanWifiSsidlist, PassesOverEmptySlots)
     EXPECT_EQ(run("GET_SCAN_WIFI_SSIDLIST"), scan_reply({}));
 }
 
-TEST_F(GetScanWifiSsidlist, AFailedScanMayHandOverMemory)
+TEST_F(GetScanWifiSsidlist, FreesTheEntriesOfAFailedScan)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         for (const size_t count : {0u, 3u, 60u}) {
@@ -337,7 +336,7 @@ TEST_F(GetScanChannelPower, ReportsAnyNumberOfPowers)
     EXPECT_EQ(cJSON_GetArraySize(object->child), 1000);
 }
 
-TEST_F(GetScanChannelPower, ReportsNoPowersThatAreNotThere)
+TEST_F(GetScanChannelPower, IsEmptyWithoutPowers)
 {
     for (const int32_t count : {0, -1, INT32_MIN}) {
         powers_are(2, count);
@@ -379,7 +378,7 @@ std::string channel_reply(int count_24g, int count_5g)
            R"(],"Status":"0"})";
 }
 
-TEST_F(GetWifiChannelList, CountsOfChannelsAreHeldToTheirArrays)
+TEST_F(GetWifiChannelList, ReportsNoMoreChannelsThanTheArraysHaveRoomFor)
 {
     const std::pair<int32_t, int> counts[] = {{0, 0},   {-1, 0},  {INT32_MIN, 0}, {1, 1},
                                               {64, 64}, {65, 64}, {1000, 64},     {INT32_MAX, 64}};
@@ -391,7 +390,7 @@ TEST_F(GetWifiChannelList, CountsOfChannelsAreHeldToTheirArrays)
     }
 }
 
-TEST_F(GetWifiChannelList, AChannelMayBeAnyNumber)
+TEST_F(GetWifiChannelList, ReportsAnyNumberAsAChannel)
 {
     when<devapi_get_all_wifi_channel_list>([](WifiChannelList *list) {
         list->count_24g = 2;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
-#include "handler_test.h"
-#include "request.h"
+#include "wifi_fixture.h"
 
 #include <cstring>
 
 namespace wifi_test {
 
 class GetWifiInfo : public HandlerTest {};
+class SetWifiInfo : public HandlerTest {};
 
 // ---- GET_WIFI_INFO -----------------------------------------------------------------------------
 
@@ -28,7 +28,7 @@ TEST_F(GetWifiInfo, AnEmptyIndexIsRefused)
 {
     EXPECT_EQ(run("GET_WIFI_INFO", R"({"SSIDIndex":""})"),
               R"({"SSIDIndex":"",)" + failure("index string null") + "}");
-    EXPECT_EQ(recording_host::log_lines(), (std::vector<LogLine>{{3, "invalid SSIDIndex!\n"}}));
+    EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "invalid SSIDIndex!\n"}}));
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
@@ -42,8 +42,7 @@ TEST_F(GetWifiInfo, AnIndexThatReadsAsZeroIsRefused)
         EXPECT_EQ(run("GET_WIFI_INFO", R"({"SSIDIndex":")" + index + "\"}"),
                   R"({"SSIDIndex":")" + index + "\"," + failure("index is 0, (should be 1 to 8)") +
                       "}");
-        EXPECT_EQ(recording_host::log_lines(),
-                  (std::vector<LogLine>{{3, "invalid SSIDIndex 0!\n"}}));
+        EXPECT_EQ(recording_host::log_lines(), (LogLines{{3, "invalid SSIDIndex 0!\n"}}));
     }
     EXPECT_TRUE(recording_device::calls().empty());
 }
@@ -75,47 +74,28 @@ TEST_F(GetWifiInfo, AnyOtherIndexReachesTheDevice)
     }
 }
 
-} // namespace wifi_test
+// ---- SET_WIFI_INFO -----------------------------------------------------------------------------
 
-namespace wifi_setting_test {
-
-class SetWifiInfo : public HandlerTest {};
-
-const Request kSetting({{"SSIDIndex", R"("2")"},
-                        {"SSID", R"("home")"},
-                        {"PWD", R"("secret")"},
-                        {"ENCRYPT", R"("WPA2")"},
-                        {"PowerLevel", R"("80")"},
-                        {"Channel", R"("6")"},
-                        {"Enable", R"("1")"}});
-const Request kSettingWithOptions = kSetting.with("Beamforming", R"("b")")
+const Request kSettingWithOptions = kSsidSetting.with("Beamforming", R"("b")")
                                         .with("Mode", R"("m")")
                                         .with("AdvertisementEnable", R"("a")");
 
-SsidInfo set_record()
-{
-    SsidInfo record = {2,   "home", "secret", "WPA2", "80", "6",  "",
-                       "1", "",     "",       "-1",   "-1", "-1", ""};
-    return record;
-}
-
 TEST_F(SetWifiInfo, ASettingLeavesOutWhatItWasNotGiven)
 {
-    EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("Bandwidth", R"("160")").json()),
+    EXPECT_EQ(run("SET_WIFI_INFO", kSsidSetting.with("Bandwidth", R"("160")").json()),
               R"({"Bandwidth":"160","Status":"0"})");
-    const SsidInfo expected = set_record();
-    EXPECT_EQ(recording_device::calls(), (std::vector<recording_device::Call>{
-                                             {"devapi_set_ssid_info", {contents(&expected)}}}));
+    const SsidInfo expected = ssid_record("");
+    EXPECT_EQ(recording_device::calls(), (Calls{{"devapi_set_ssid_info", {contents(&expected)}}}));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(SetWifiInfo, AnOptionWithoutTextCountsAsLeftOutAndStays)
+TEST_F(SetWifiInfo, AnOptionWithoutTextIsNotUsedAndStays)
 {
-    const SsidInfo expected = set_record();
+    const SsidInfo expected = ssid_record("");
     for (const std::string &json : kNoTexts) {
         const std::string options =
             R"("Mode":)" + json + R"(,"AdvertisementEnable":)" + json + R"(,"Beamforming":)" + json;
-        const std::string request = kSetting.json();
+        const std::string request = kSsidSetting.json();
         EXPECT_EQ(run("SET_WIFI_INFO", "{" + options + "," + request.substr(1)),
                   "{" + options + R"(,"Status":"0"})");
         EXPECT_EQ(recording_device::calls().back().arguments[0], contents(&expected));
@@ -129,7 +109,7 @@ TEST_F(SetWifiInfo, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
             recording_device::reset();
             when<devapi_set_ssid_info>([result](const SsidInfo *) { return result; });
             when<devapi_set_5gwifi_powerlevel>([=](const char *) { return power_result; });
-            EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("SSIDIndex", R"("1")")
+            EXPECT_EQ(run("SET_WIFI_INFO", kSsidSetting.with("SSIDIndex", R"("1")")
                                                .with("PowerLevel", quoted(text_of_length(100)))
                                                .json()),
                       "{" + (result == 0 ? R"("Status":"0")" : failure("SET_WIFI_INFO_FAIL")) +
@@ -147,7 +127,7 @@ TEST_F(SetWifiInfo, TheOptionsLeaveTheObjectBeforeTheDeviceIsCalled)
 {
     const Json object = parse(kSettingWithOptions.with("Mode", "7").json());
     when<devapi_set_ssid_info>([&](const SsidInfo *) {
-        EXPECT_EQ(print(object.get()), kSetting.with("Mode", "7").json());
+        EXPECT_EQ(print(object.get()), kSsidSetting.with("Mode", "7").json());
         return 0;
     });
     EXPECT_EQ(json_set_wifi_info(object.get()), 0);
@@ -155,7 +135,7 @@ TEST_F(SetWifiInfo, TheOptionsLeaveTheObjectBeforeTheDeviceIsCalled)
     EXPECT_EQ(recording_device::called_functions()[0], "devapi_set_ssid_info");
 }
 
-TEST_F(SetWifiInfo, NoOtherIndexReachesTheUpperRadioAndNoneIsRefused)
+TEST_F(SetWifiInfo, NoOtherIndexReachesTheUpperRadio)
 {
     const std::pair<const char *, int32_t> indexes[] = {
         {"2", 2}, {"0", 0},   {"-1", -1}, {"9", 9},
@@ -163,13 +143,13 @@ TEST_F(SetWifiInfo, NoOtherIndexReachesTheUpperRadioAndNoneIsRefused)
     };
     for (const auto &[text, index] : indexes) {
         recording_device::reset();
-        EXPECT_EQ(run("SET_WIFI_INFO", kSetting.with("SSIDIndex", quoted(text)).json()),
+        EXPECT_EQ(run("SET_WIFI_INFO", kSsidSetting.with("SSIDIndex", quoted(text)).json()),
                   R"({"Status":"0"})");
         EXPECT_EQ(recording_device::called_functions(), Names{"devapi_set_ssid_info"}) << text;
         EXPECT_EQ(recording_device::record<SsidInfo>(recording_device::calls()[0]).SSIDIndex,
                   index);
     }
-    run("SET_WIFI_INFO", kSetting.with("SSIDIndex", R"("1st")").json());
+    run("SET_WIFI_INFO", kSsidSetting.with("SSIDIndex", R"("1st")").json());
     EXPECT_EQ(recording_device::called_functions().back(), "devapi_set_5gwifi_powerlevel");
 }
 
@@ -177,9 +157,9 @@ TEST_F(SetWifiInfo, TheHandlerReturnsTheDevicesResult)
 {
     for (const int32_t result : {0, -1, 7, -2}) {
         when<devapi_set_ssid_info>([result](const SsidInfo *) { return result; });
-        EXPECT_EQ(json_set_wifi_info(parse(kSetting.json()).get()), result);
+        EXPECT_EQ(json_set_wifi_info(parse(kSsidSetting.json()).get()), result);
         EXPECT_EQ(json_set_wifi_info(parse("{}").get()), -1);
-        EXPECT_EQ(json_set_wifi_info(parse(kSetting.with("SSID", "1").json()).get()), -1);
+        EXPECT_EQ(json_set_wifi_info(parse(kSsidSetting.with("SSID", "1").json()).get()), -1);
     }
 }
 
@@ -206,17 +186,16 @@ TEST_F(SetWifiInfo, TheAgentsSettingNeedsItsKeysButNoEncryption)
 {
     SsidInfo record = {};
     EXPECT_EQ(
-        parse_wifi_set_info_from_json(&record, parse(kSetting.without("ENCRYPT").json()).get()), 0);
-    EXPECT_EQ(
-        parse_wifi_set_info_from_json(&record, parse(kSetting.with("ENCRYPT", "7").json()).get()),
+        parse_wifi_set_info_from_json(&record, parse(kSsidSetting.without("ENCRYPT").json()).get()),
         0);
+    EXPECT_EQ(parse_wifi_set_info_from_json(&record,
+                                            parse(kSsidSetting.with("ENCRYPT", "7").json()).get()),
+              0);
     record = {};
-    for (const auto &[key, json] : kSetting.without("ENCRYPT").keys()) {
-        const Json missing = parse(kSetting.without(key).json());
-        EXPECT_EQ(parse_wifi_set_info_from_json(&record, missing.get()), -1) << key;
-        for (const std::string &no_text : kNoTexts) {
-            const Json wrong = parse(kSetting.with(key, no_text).json());
-            EXPECT_EQ(parse_wifi_set_info_from_json(&record, wrong.get()), -1) << key;
+    for (const auto &[key, json] : kSsidSetting.without("ENCRYPT").keys()) {
+        for (const Request &request : kSsidSetting.without_text(key)) {
+            const Json wrong = parse(request.json());
+            EXPECT_EQ(parse_wifi_set_info_from_json(&record, wrong.get()), -1) << request.json();
         }
     }
     for (const std::string no_object : {"null", "7", R"("x")", "[]", R"(["x"])"}) {
@@ -224,7 +203,7 @@ TEST_F(SetWifiInfo, TheAgentsSettingNeedsItsKeysButNoEncryption)
     }
     EXPECT_EQ(parse_wifi_set_info_from_json(&record, nullptr), -1);
     EXPECT_EQ(contents(&record), std::string(292, '\0')) << "a refused object leaves it untouched";
-    EXPECT_EQ(parse_wifi_set_info_from_json(nullptr, parse(kSetting.json()).get()), -1);
+    EXPECT_EQ(parse_wifi_set_info_from_json(nullptr, parse(kSsidSetting.json()).get()), -1);
 }
 
-} // namespace wifi_setting_test
+} // namespace wifi_test

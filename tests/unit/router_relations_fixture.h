@@ -22,12 +22,12 @@ class RelationsTest : public MeshTest {
     // A child router with everything, two devices attached to it, in a mesh of type 1.
     static void prepare()
     {
-        recording_device::when<devapi_get_Multi_Ap_enable>([](int32_t *on) {
+        when<devapi_get_Multi_Ap_enable>([](int32_t *on) {
             EXPECT_EQ(*on, 0);
             *on = 1;
             return 0;
         });
-        recording_device::when<devapi_get_topo_relation_num>([](int32_t *count) {
+        when<devapi_get_topo_relation_num>([](int32_t *count) {
             EXPECT_EQ(*count, 0);
             *count = 5;
             return 0;
@@ -36,17 +36,14 @@ class RelationsTest : public MeshTest {
         NodeDevInfo node = {};
         fill_places(&node, kNodeRecord, node_value_of);
         node_is(node);
-        recording_device::when<devapi_get_viewmac_by_mac>([](const char *mac, char *view) {
+        when<devapi_get_viewmac_by_mac>([](const char *mac, char *view) {
             strcpy(view, ("view of " + std::string(mac)).substr(0, VIEW_MAC_SIZE - 1).c_str());
             return 0;
         });
         index_is(7);
         child_router_is(child_router());
         attached_are({"first", "second"});
-        recording_device::when<devapi_get_childsta_base_info>([](AdBaseInfo *info) {
-            *info = attached_device();
-            return 0;
-        });
+        writes<devapi_get_childsta_base_info>(attached_device());
     }
 
     // Appends nodes of these levels to the list. The last leads back to one of them, 0 for the
@@ -54,7 +51,7 @@ class RelationsTest : public MeshTest {
     static void routers_are(const std::vector<int32_t> &levels, int32_t result = 0,
                             size_t back_to = SIZE_MAX)
     {
-        recording_device::when<devapi_handle_topo_struct>([=](const char *, TopoNode *first) {
+        when<devapi_handle_topo_struct>([=](const char *, TopoNode *first) {
             std::vector<TopoNode *> nodes = {first};
             for (const int32_t level : levels) {
                 nodes.push_back(device_memory<TopoNode>());
@@ -63,7 +60,7 @@ class RelationsTest : public MeshTest {
             chain(nodes, back_to);
             return result;
         });
-        recording_device::when<devapi_free_topo_list>([](TopoNode *first) {
+        when<devapi_free_topo_list>([](TopoNode *first) {
             while (first != nullptr) {
                 TopoNode *next = first->next;
                 free(first);
@@ -76,32 +73,25 @@ class RelationsTest : public MeshTest {
     static void attached_are(const Names &macs, int32_t result = 0, size_t back_to = SIZE_MAX,
                              int32_t kind = 0)
     {
-        recording_device::when<devapi_get_node_baseinfo>(
-            [=](const TopoNode *, NodeBaseInfo *first) {
-                EXPECT_EQ(first->Kind, 1);
-                EXPECT_STREQ(first->Mac, "");
-                EXPECT_EQ(first->next, nullptr);
-                std::vector<NodeBaseInfo *> nodes = {first};
-                for (const std::string &mac : macs) {
-                    nodes.push_back(device_memory<NodeBaseInfo>());
-                    nodes.back()->Kind = kind;
-                    put(nodes.back()->Mac, mac);
-                }
-                chain(nodes, back_to);
-                return result;
-            });
-    }
-
-    static void node_is(const NodeDevInfo &node)
-    {
-        recording_device::when<devapi_get_node_dev_info>([=](const TopoNode *, NodeDevInfo *info) {
-            *info = node;
-            return 0;
+        when<devapi_get_node_baseinfo>([=](const TopoNode *, NodeBaseInfo *first) {
+            EXPECT_EQ(first->Kind, 1);
+            EXPECT_STREQ(first->Mac, "");
+            EXPECT_EQ(first->next, nullptr);
+            std::vector<NodeBaseInfo *> nodes = {first};
+            for (const std::string &mac : macs) {
+                nodes.push_back(device_memory<NodeBaseInfo>());
+                nodes.back()->Kind = kind;
+                put(nodes.back()->Mac, mac);
+            }
+            chain(nodes, back_to);
+            return result;
         });
     }
+
+    static void node_is(const NodeDevInfo &node) { writes<devapi_get_node_dev_info>(node); }
     static void index_is(int32_t index, int32_t result = 1)
     {
-        recording_device::when<devapi_get_hostindex_by_mac>([=](const char *, int32_t *out) {
+        when<devapi_get_hostindex_by_mac>([=](const char *, int32_t *out) {
             EXPECT_EQ(*out, 0);
             *out = index;
             return result;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // One child router from the topology's list of relations.
 #include "memory_sweep.h"
-#include "relations_fixture.h"
+#include "router_relations_fixture.h"
 
-namespace router_of_relations_test {
+namespace router_relations_router_test {
 
 class RouterOfRelationsTest : public RelationsTest {
   protected:
@@ -15,7 +15,7 @@ class RouterOfRelationsTest : public RelationsTest {
     std::string router_report() { return report(append_router, "[]"); }
 };
 
-TEST_F(RouterOfRelationsTest, HaveAReportOfTheirOwn)
+TEST_F(RouterOfRelationsTest, HaveASeparateReport)
 {
     EXPECT_EQ(router_report(), "[" + router(both_devices()).json() + "]");
     EXPECT_EQ(result, 0);
@@ -28,7 +28,7 @@ TEST_F(RouterOfRelationsTest, HaveAReportOfTheirOwn)
     EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), (Names{"node Mac", "first", "second"}));
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 0), Names{std::string(1100, '\0')});
     EXPECT_EQ(given_to("devapi_get_childrouter_info", 1), Names{"7"});
-    for (const recording_device::Call &call : recording_device::calls()) {
+    for (const Call &call : recording_device::calls()) {
         if (call.function == "devapi_get_node_baseinfo") {
             EXPECT_EQ(recording_device::record<TopoNode>(call).level, 3);
         }
@@ -49,7 +49,7 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheNodeCannotBeRead)
     }
 }
 
-TEST_F(RouterOfRelationsTest, HaveTheirMacsAsTheyStandWithoutAnother)
+TEST_F(RouterOfRelationsTest, HaveTheirRawMacsWithoutOthersToDisplay)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_viewmac_by_mac>([=](const char *, char *view) {
@@ -99,7 +99,7 @@ TEST_F(RouterOfRelationsTest, ReportNoFurtherThanTheirFields)
               "child router mac = " + text_of_length(64) + "\n");
 }
 
-TEST_F(RouterOfRelationsTest, AreKnownToTheTopologyAloneInOneArea)
+TEST_F(RouterOfRelationsTest, HaveOnlyTheKeysOfTheTopologyInOneArea)
 {
     for (const char *code : {"OLV", "olv", "th_olv", "xxOlvyy"}) {
         recording_host::reset();
@@ -121,11 +121,10 @@ TEST_F(RouterOfRelationsTest, AreKnownToTheTopologyAloneInOneArea)
     }
 }
 
-TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheyAreNoAttachedDevice)
+TEST_F(RouterOfRelationsTest, AreLeftOutIfTheyAreNotAnAttachedDevice)
 {
     for (const int32_t answer : {0, -1, 2, 1000}) {
-        recording_host::reset();
-        recording_device::reset();
+        forget();
         prepare();
         index_is(7, answer);
         EXPECT_EQ(router_report(), "[]");
@@ -136,7 +135,7 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheyAreNoAttachedDevice)
     }
 }
 
-TEST_F(RouterOfRelationsTest, AreListedAsTheDeviceLeavesTheirRecord)
+TEST_F(RouterOfRelationsTest, AreReportedFromTheRecordThatAFailedCallLeft)
 {
     attached_are({});
     bridge_mac_is("3C:6A:D2:10:4F:20");
@@ -162,7 +161,7 @@ TEST_F(RouterOfRelationsTest, AreListedAsTheDeviceLeavesTheirRecord)
     }
 }
 
-TEST_F(RouterOfRelationsTest, TakeVersionAndAddressFromTheirRecordWhereTheTopologyHasNone)
+TEST_F(RouterOfRelationsTest, HaveVersionAndAddressOfTheirRecordIfTheTopologyHasNone)
 {
     attached_are({});
     for (const char *unknown : {"", "NULL", "null", "NuLl"}) {
@@ -200,7 +199,7 @@ TEST_F(RouterOfRelationsTest, TakeVersionAndAddressFromTheirRecordWhereTheTopolo
     }
 }
 
-TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
+TEST_F(RouterOfRelationsTest, HaveTheMainRouterAsParentByItsExactMac)
 {
     attached_are({});
     ChildRouterInfo record = child_router();
@@ -233,10 +232,7 @@ TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
     });
     EXPECT_EQ(router_report(),
               "[" + router("[]").with("ParentMacAddress", quoted(text_of_length(32))).json() + "]");
-    when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
-        strcpy(mac, "left behind");
-        return 1;
-    });
+    writes<devapi_get_iotagtd_device_mac>("left behind", 1);
     EXPECT_EQ(router_report(),
               "[" + router("[]").with("ParentMacAddress", R"("left behind")").json() + "]");
     when<devapi_get_iotagtd_device_mac>([](char *, int32_t) { return -1; });
@@ -244,7 +240,7 @@ TEST_F(RouterOfRelationsTest, HangFromTheMainRouterByItsExactMac)
 }
 
 // Values unknown to the topology are replaced, each in separately allocated memory.
-TEST_F(RouterOfRelationsTest, AreLeftOutWhereMemoryEnds)
+TEST_F(RouterOfRelationsTest, AreLeftOutWithoutMemory)
 {
     const auto unknown_to_the_topology = [] {
         prepare();
@@ -277,4 +273,4 @@ TEST_F(RouterOfRelationsTest, AreNoneWithoutAnArgument)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-} // namespace router_of_relations_test
+} // namespace router_relations_router_test

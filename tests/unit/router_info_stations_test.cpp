@@ -3,7 +3,7 @@
 #include "mesh_fixture.h"
 #include "router_info.h"
 
-namespace router_stations_test {
+namespace router_info_stations_test {
 
 Request station(std::string (*text)(const Place &) = value_of)
 {
@@ -56,7 +56,7 @@ TEST_F(RouterStationsTest, AreListedKeyByKey)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(RouterStationsTest, AreTheMainRoutersOrAChilds)
+TEST_F(RouterStationsTest, AreThoseOfTheMainRouterOrAChild)
 {
     EXPECT_EQ(stations("main"), R"({"MainBaseInfo":[]})");
     for (const char *which : {"sub", "", "Main", "MAIN", "main ", "mai", "xmain"}) {
@@ -85,7 +85,7 @@ TEST_F(RouterStationsTest, AreThirtyTwoAtMost)
     }
 }
 
-TEST_F(RouterStationsTest, AreListedAsTheDeviceLeavesTheirList)
+TEST_F(RouterStationsTest, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_node_sta_info_by_newmetod>(
@@ -106,7 +106,7 @@ TEST_F(RouterStationsTest, AreListedAsTheDeviceLeavesTheirList)
     }
 }
 
-TEST_F(RouterStationsTest, ReportNoFurtherThanTheirFieldsAndNullAsItStands)
+TEST_F(RouterStationsTest, ReportNoFurtherThanTheirFieldsAndNullUnchanged)
 {
     AdBaseInfo device = {};
     fill_places(&device, kAttachedDevice, full_text_of);
@@ -135,7 +135,7 @@ TEST_F(RouterStationsTest, CorrectTheTimeByTheZoneInAnyTimeType)
     }
 }
 
-TEST_F(RouterStationsTest, OfWhatIsNoObjectAreLoggedAndNone)
+TEST_F(RouterStationsTest, AddNothingWithoutAnObject)
 {
     EXPECT_EQ(
         report([](cJSON *array) { return json_get_router_sta_info(array, "sub", "x"); }, "[]"),
@@ -144,4 +144,4 @@ TEST_F(RouterStationsTest, OfWhatIsNoObjectAreLoggedAndNone)
     EXPECT_EQ(json_get_router_sta_info(nullptr, "sub", "x"), -1);
 }
 
-} // namespace router_stations_test
+} // namespace router_info_stations_test

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What is attached to a child router, in the reports from the topology's list of relations: further
-// child routers, and devices.
-#include "relations_fixture.h"
+// What is attached to a child router in the topology's list of relations: further child routers,
+// and devices.
+#include "failing_memory.h"
+#include "router_relations_fixture.h"
 
-namespace router_children_test {
+namespace router_relations_children_test {
 
 // ---- Child routers of a child router -----------------------------------------------------------
 
@@ -112,7 +113,7 @@ TEST_F(ChildrenTest, AreLeftOutWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(ChildrenTest, AreListedAsTheDeviceLeavesTheirList)
+TEST_F(ChildrenTest, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_childrouter_list>(
@@ -159,8 +160,7 @@ TEST_F(AttachedToAChildTest, AreListedKeyByKey)
     EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), (Names{"first", "second"}));
     AdBaseInfo asked = {};
     asked.HostIndex = 7;
-    EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0),
-              Names(2, recording_device::contents(&asked)));
+    EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0), Names(2, contents(&asked)));
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
@@ -176,7 +176,7 @@ TEST_F(AttachedToAChildTest, AreNotAddedWhenTheListCannotBeRead)
     EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), Names());
 }
 
-TEST_F(AttachedToAChildTest, AreTheNodesThatAreNoHeads)
+TEST_F(AttachedToAChildTest, AreTheNodesThatAreNotHeads)
 {
     attached_are({"first", "second"}, 0, SIZE_MAX, 1);
     EXPECT_EQ(devices(), list("[]"));
@@ -192,7 +192,7 @@ TEST_F(AttachedToAChildTest, AreTheNodesThatAreNoHeads)
     EXPECT_EQ(devices(), list("[" + attached("first").json() + "]"));
 }
 
-TEST_F(AttachedToAChildTest, AreEachOnceWhereTheListRunsIntoItself)
+TEST_F(AttachedToAChildTest, AreListedOnceIfTheListIsCircular)
 {
     const Names macs = {"a", "b", "c", "d", "e"};
     for (size_t nodes = 0; nodes <= macs.size(); ++nodes) {
@@ -220,7 +220,7 @@ TEST_F(AttachedToAChildTest, AreEmptyWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(AttachedToAChildTest, AreAskedForByTheIndexThatTheDeviceLeaves)
+TEST_F(AttachedToAChildTest, AreReadByTheIndexThatAnyCallLeft)
 {
     for (const int32_t answer : {0, -1, 2, 1000}) {
         for (const int32_t index : {0, 7, INT_MIN, INT_MAX}) {
@@ -230,8 +230,7 @@ TEST_F(AttachedToAChildTest, AreAskedForByTheIndexThatTheDeviceLeaves)
             EXPECT_EQ(devices(), list(both_devices()));
             AdBaseInfo asked = {};
             asked.HostIndex = index;
-            EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0),
-                      Names(2, recording_device::contents(&asked)));
+            EXPECT_EQ(given_to("devapi_get_childsta_base_info", 0), Names(2, contents(&asked)));
         }
     }
 }
@@ -253,13 +252,13 @@ TEST_F(AttachedToAChildTest, AreReportedNoFurtherThanTheirFields)
     EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), Names{text_of_length(96)});
 }
 
-TEST_F(AttachedToAChildTest, AreThereWithoutAMac)
+TEST_F(AttachedToAChildTest, AreListedWithoutAMac)
 {
     attached_are({""});
     EXPECT_EQ(devices(), list("[" + attached("").json() + "]"));
 }
 
-TEST_F(AttachedToAChildTest, AreCalledByTheirHostNameWithoutAnotherName)
+TEST_F(AttachedToAChildTest, HaveTheirHostNameWithoutAnotherName)
 {
     attached_are({"first"});
     AdBaseInfo device = attached_device();
@@ -282,7 +281,7 @@ TEST_F(AttachedToAChildTest, AreCalledByTheirHostNameWithoutAnotherName)
                    "]"));
 }
 
-TEST_F(AttachedToAChildTest, HaveAHostNameWithoutAnEndInBothPlaces)
+TEST_F(AttachedToAChildTest, HaveAHostNameWithoutANulInBothPlaces)
 {
     attached_are({"first"});
     when<devapi_get_childsta_base_info>([](AdBaseInfo *info) {
@@ -336,7 +335,7 @@ TEST_F(AttachedToAChildTest, CorrectTheTimeByTheZoneInAnyTimeType)
     }
 }
 
-TEST_F(AttachedToAChildTest, OfWhatIsNoObjectAddNothing)
+TEST_F(AttachedToAChildTest, AddNothingWithoutAnObject)
 {
     const TopoNode node = {};
     EXPECT_EQ(json_get_child_router_baseinfo(&node, nullptr), -1);
@@ -360,4 +359,4 @@ TEST_F(AttachedToAChildTest, AreNotQueriedWithoutMemoryForTheFirst)
     EXPECT_EQ(recording_device::called_functions(), Names{"devapi_get_basic_area_code"});
 }
 
-} // namespace router_children_test
+} // namespace router_relations_children_test

@@ -3,7 +3,7 @@
 #include "mesh_fixture.h"
 #include "router_info.h"
 
-namespace router_devices_test {
+namespace router_info_devices_test {
 
 // A device of the reported type, online by cable.
 AdBaseInfo device_by_cable()
@@ -81,8 +81,7 @@ TEST_F(RouterDevicesTest, AreListedKeyByKey)
     first.HostIndex = 1;
     AdBaseInfo second = {};
     second.HostIndex = 2;
-    EXPECT_EQ(given_to("devapi_get_ad_base_info", 0),
-              (Names{recording_device::contents(&first), recording_device::contents(&second)}));
+    EXPECT_EQ(given_to("devapi_get_ad_base_info", 0), (Names{contents(&first), contents(&second)}));
     EXPECT_EQ(recording_device::called_functions(),
               (Names{"devapi_get_host_num", "devapi_get_ad_base_info", "devapi_get_ad_base_info"}));
     EXPECT_TRUE(recording_host::log_lines().empty());
@@ -120,7 +119,7 @@ TEST_F(RouterDevicesTest, EndAtOneThatCannotBeRead)
     }
 }
 
-TEST_F(RouterDevicesTest, AreListedWhateverElseTheDeviceAnswers)
+TEST_F(RouterDevicesTest, AreListedForResultsOtherThanMinusOne)
 {
     devices_are(3);
     for (const int32_t other : {1, -2, 999, 1001, INT_MIN}) {
@@ -156,7 +155,7 @@ TEST_F(RouterDevicesTest, AreListedWhileTheirLinkIsUp)
 
 // ---- Values ------------------------------------------------------------------------------------
 
-TEST_F(RouterDevicesTest, HaveACodeForTheirKindAndTheKindItself)
+TEST_F(RouterDevicesTest, HaveACodeForTheirTypeAndTheTypeItself)
 {
     const std::pair<const char *, const char *> kinds[] = {
         {"Computer", "3"}, {"Phone", "1"}, {"computer", "0"}, {"phone", "0"},
@@ -168,7 +167,7 @@ TEST_F(RouterDevicesTest, HaveACodeForTheirKindAndTheKindItself)
     }
 }
 
-TEST_F(RouterDevicesTest, HaveNoSystemWhenItHasAName)
+TEST_F(RouterDevicesTest, HaveNoSystemIfItHasAName)
 {
     for (const char *system : {"0", "3", "NULL", "a system"}) {
         put(device.OS, system);
@@ -205,7 +204,7 @@ TEST_F(RouterDevicesTest, HaveACodeForTheBandOfTheirSsid)
         EXPECT_EQ(devices(), list({reported().with("AccessType", quoted(code))})) << band;
         SsidInfo asked = {};
         asked.SSIDIndex = 6;
-        EXPECT_EQ(given_to("devapi_get_ssid_info", 0), Names{recording_device::contents(&asked)});
+        EXPECT_EQ(given_to("devapi_get_ssid_info", 0), Names{contents(&asked)});
     }
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_ssid_info>([=](SsidInfo *info) { return spoil(info, failure); });
@@ -213,7 +212,7 @@ TEST_F(RouterDevicesTest, HaveACodeForTheBandOfTheirSsid)
     }
 }
 
-TEST_F(RouterDevicesTest, ReadTheNumberOfTheirSsidAsFarAsItGoes)
+TEST_F(RouterDevicesTest, HaveTheSsidThatTheirTextBeginsWith)
 {
     const std::pair<std::string, int32_t> numbers[] = {{"", 0},
                                                        {"NULL", 0},
@@ -237,7 +236,7 @@ TEST_F(RouterDevicesTest, ReadTheNumberOfTheirSsidAsFarAsItGoes)
     }
 }
 
-TEST_F(RouterDevicesTest, TellTwiceWhetherTheyAreOnline)
+TEST_F(RouterDevicesTest, HaveTwoKeysForWhetherTheyAreOnline)
 {
     const std::pair<const char *, const char *> states[] = {
         {"0", "0"}, {"", "0"}, {"NULL", "0"}, {"1", "1"}, {"2", "1"}, {"-1", "1"}, {"on", "0"}};
@@ -250,7 +249,7 @@ TEST_F(RouterDevicesTest, TellTwiceWhetherTheyAreOnline)
     }
 }
 
-TEST_F(RouterDevicesTest, TellTheirRatesInBytes)
+TEST_F(RouterDevicesTest, HaveTheirRatesInBytes)
 {
     const std::pair<const char *, const char *> rates[] = {
         {"8", "1000.00"},    {"0", "0.00"},        {"", "0.00"},
@@ -300,4 +299,4 @@ TEST_F(RouterDevicesTest, ReportNoFurtherThanTheirFields)
                                    .with("DownSpeed", R"("0.00")")}));
 }
 
-} // namespace router_devices_test
+} // namespace router_info_devices_test
