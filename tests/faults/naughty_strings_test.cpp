@@ -48,7 +48,7 @@ const std::vector<std::string> &strings()
 // ---- What reaches the device -------------------------------------------------------------------
 
 recording_device::AnswerForAll rich_answer;
-std::string unended; // the field of a record that was passed with a text without a NUL
+std::string unterminated; // the field of a record that was passed with a text without a NUL
 
 template <class Record> void check_record(const Record &record)
 {
@@ -57,7 +57,7 @@ template <class Record> void check_record(const Record &record)
             using Entry = std::remove_extent_t<Type>;
             if constexpr (std::is_same_v<Entry, char>) {
                 if (memchr(field, '\0', sizeof field) == nullptr) {
-                    unended = fact.name;
+                    unterminated = fact.name;
                 }
             } else if constexpr (std::is_array_v<Type> && std::is_class_v<Entry>) {
                 for (const Entry &entry : field) {
@@ -117,10 +117,10 @@ std::string damage(const Subject &subject, const std::string &request, WorkerCon
 {
     recording_device::reset();
     recording_host::reset();
-    rich_device::furnish(subject.home, {}, has_endless_walk(subject));
+    rich_device::set_up(subject.home, {}, has_endless_walk(subject));
     rich_answer = recording_device::answer_for_all();
     recording_device::answer_all(answer);
-    unended.clear();
+    unterminated.clear();
 
     Json object = parse(request);
     const FailingMemory memory(SIZE_MAX, FailingMemory::Fail::kOnce);
@@ -132,8 +132,8 @@ std::string damage(const Subject &subject, const std::string &request, WorkerCon
     if (result != 0) {
         return "the dispatcher returned " + std::to_string(result);
     }
-    if (!unended.empty()) {
-        return "the text in " + unended + " does not end within its field";
+    if (!unterminated.empty()) {
+        return "the text in " + unterminated + " does not end within its field";
     }
     if (!control.is_idle()) {
         return "a lock is held";
@@ -173,7 +173,7 @@ class NaughtyStringsTest : public testing::TestWithParam<Subject> {
     const size_t every = static_cast<size_t>(sample_of(20));
 };
 
-TEST_P(NaughtyStringsTest, AreTakenForTexts)
+TEST_P(NaughtyStringsTest, CountAsTexts)
 {
     const std::string request = request_for(subject);
     std::vector<cJSON *> texts;
@@ -204,17 +204,11 @@ TEST_P(NaughtyStringsTest, AreTakenForTexts)
 // The commands with a request, each once.
 std::vector<Subject> commands_with_requests()
 {
-    std::vector<Subject> commands = subjects();
-    std::erase_if(commands, [](const Subject &subject) {
-        return subject.builder != nullptr || subject.name != subject.command ||
-               request_for(subject) == "{}";
+    std::vector<Subject> with_requests = commands();
+    std::erase_if(with_requests, [](const Subject &subject) {
+        return subject.name != subject.command || request_for(subject) == "{}";
     });
-    return commands;
-}
-
-std::string name_of(const testing::TestParamInfo<Subject> &info)
-{
-    return test_name(info.param);
+    return with_requests;
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, NaughtyStringsTest, testing::ValuesIn(commands_with_requests()),

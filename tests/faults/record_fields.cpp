@@ -7,7 +7,7 @@
 
 namespace {
 
-// How a member is made. All texts are of one type, whatever their width.
+// The type, width and number of a member's elements. All texts have the same type.
 template <class Member> struct Shape {
     using Type = Member;
     static constexpr size_t kWidth = sizeof(Member);
@@ -31,11 +31,11 @@ template <class Record> std::vector<RecordField> fields()
     device_facts::visit_fields(
         record, [&]<class Member>(const device_facts::Field &fact, const Member &member) {
             if constexpr (!std::is_class_v<Member>) {
-                using Made = Shape<Member>;
+                using Found = Shape<Member>;
                 const auto offset = static_cast<size_t>(reinterpret_cast<const char *>(&member) -
                                                         reinterpret_cast<const char *>(&record));
-                all.push_back(
-                    {fact.name, offset, typeid(typename Made::Type), Made::kWidth, Made::kCount});
+                all.push_back({fact.name, offset, typeid(typename Found::Type), Found::kWidth,
+                               Found::kCount});
             }
         });
     return all;

@@ -121,19 +121,7 @@ TEST_P(ReplyTest, ComesFromRecordsThatWereZeroed)
                     exception(subject, Rule::kZeroed, field) != nullptr)
             << field << " held something before the device wrote it";
     }
-    EXPECT_EQ(stale_exceptions(subject, Rule::kZeroed), "") << "these are no exceptions any more";
-}
-
-std::vector<Subject> commands()
-{
-    std::vector<Subject> commands = subjects();
-    std::erase_if(commands, [](const Subject &subject) { return subject.builder != nullptr; });
-    return commands;
-}
-
-std::string name_of(const testing::TestParamInfo<Subject> &info)
-{
-    return test_name(info.param);
+    EXPECT_EQ(stale_exceptions(subject, Rule::kZeroed), "") << "these are no longer exceptions";
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, ReplyTest, testing::ValuesIn(commands()), name_of);

@@ -137,7 +137,7 @@ std::vector<Call> with_request(std::vector<Call> calls, const std::string &befor
 bool changes_device(const SweepRun &run)
 {
     return std::any_of(run.calls.begin(), run.calls.end(),
-                       [](const Call &call) { return !is_question(call.function); });
+                       [](const Call &call) { return !is_query(call.function); });
 }
 
 bool calls_same_functions(const SweepRun &one, const SweepRun &other)
@@ -251,7 +251,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
     }
 
     // Checks a rule unless there is an exception from it.
-    void hold(Rule rule, const std::string &key, const std::string &why, const SweepRun &of)
+    void check_rule(Rule rule, const std::string &key, const std::string &why, const SweepRun &of)
     {
         if (!why.empty() && exception(subject, rule, key) == nullptr) {
             ADD_FAILURE() << key << ": " << why << "\n  " << of.request.substr(0, 1000)
@@ -260,7 +260,7 @@ class RequestTest : public testing::TestWithParam<Subject> {
     }
     void expect_exceptions_used(Rule rule)
     {
-        EXPECT_EQ(stale_exceptions(subject, rule), "") << "these are no exceptions any more";
+        EXPECT_EQ(stale_exceptions(subject, rule), "") << "these are no longer exceptions";
     }
 
     // Why the run is not a refusal by this reply.
@@ -328,10 +328,10 @@ TEST_P(RequestTest, AnswersToAnAbsentKey)
     for (const Key &key : keys) {
         const Case without = changed([&](cJSON *object) { remove(key, object); });
         const cJSON *reply = reply_to("without", key.path);
-        hold(Rule::kAbsentKey, key.path,
-             reply != nullptr ? other_than_refused(without, key, reply)
-                              : other_than_left_out(without),
-             without.run);
+        check_rule(Rule::kAbsentKey, key.path,
+                   reply != nullptr ? other_than_refused(without, key, reply)
+                                    : other_than_left_out(without),
+                   without.run);
     }
     expect_exceptions_used(Rule::kAbsentKey);
 }
@@ -371,14 +371,14 @@ TEST_P(RequestTest, AnswersToAValueOfAnotherType)
                 why = other.run.calls != without.run.calls ? "is not left out"
                                                            : other_than_left_out(other);
             }
-            hold(Rule::kOtherType, key.path, why, other.run);
+            check_rule(Rule::kOtherType, key.path, why, other.run);
         }
     }
     expect_exceptions_used(Rule::kOtherType);
 }
 
 // If an absent key and one without text have different answers, absence is checked first.
-TEST_P(RequestTest, LooksAtAbsenceFirst)
+TEST_P(RequestTest, ChecksAbsenceFirst)
 {
     for (const Key &absent : keys) {
         for (const Key &wrong : keys) {
@@ -433,12 +433,12 @@ TEST_P(RequestTest, CutsATextToItsFieldAndNowhereElse)
             };
             const bool is_same = other.run.calls == with_it(cut) ||
                                  other.run.calls == with_it(std::to_string(number_in(cut)));
-            hold(text.empty() ? Rule::kEmptyText : Rule::kCut, key.path,
-                 with_it(cut) == marked.run.calls ? "reaches no field of its own"
-                 : other.run.object != object     ? "should have become " + object
-                 : !is_same                       ? "makes other calls"
-                                                  : "",
-                 other.run);
+            check_rule(text.empty() ? Rule::kEmptyText : Rule::kCut, key.path,
+                       with_it(cut) == marked.run.calls ? "does not reach its field"
+                       : other.run.object != object     ? "should have become " + object
+                       : !is_same                       ? "makes other calls"
+                                                        : "",
+                       other.run);
         }
     }
     expect_exceptions_used(Rule::kEmptyText);
@@ -457,7 +457,7 @@ TEST_P(RequestTest, ReadsAndRemovesOnlyTheFirstOfRepeatedKeys)
                                           parse(json).release());
                 }
             });
-            hold(Rule::kRepeatedKey, key.path, other_than_whole(twice), twice.run);
+            check_rule(Rule::kRepeatedKey, key.path, other_than_whole(twice), twice.run);
         }
     }
     expect_exceptions_used(Rule::kRepeatedKey);
@@ -477,11 +477,11 @@ TEST_P(RequestTest, FindsAKeyInAnyLetterCase)
     for (const Key &key : keys) {
         const Case other = changed([&](cJSON *object) { turn_case(key.item(object)->string); });
         const cJSON *reply = is_case_sensitive ? reply_to("without", key.path) : success;
-        hold(Rule::kOtherCase, key.path,
-             !is_case_sensitive ? other_than_whole(other)
-             : reply != nullptr ? other_than_refused(other, key, reply)
-                                : other_than_left_out(other),
-             other.run);
+        check_rule(Rule::kOtherCase, key.path,
+                   !is_case_sensitive ? other_than_whole(other)
+                   : reply != nullptr ? other_than_refused(other, key, reply)
+                                      : other_than_left_out(other),
+                   other.run);
     }
     expect_exceptions_used(Rule::kOtherCase);
 }
@@ -517,7 +517,7 @@ TEST_P(RequestTest, LeavesKeysThatAreThereAlready)
                         cJSON_InsertItemInArray(object, 0, item);
                     }
                 });
-                hold(Rule::kPresentKey, name, other_than_whole(with), with.run);
+                check_rule(Rule::kPresentKey, name, other_than_whole(with), with.run);
             }
         }
     }
@@ -557,33 +557,33 @@ TEST_P(RequestTest, LogsNoError)
     expect_exceptions_used(Rule::kNoError);
 }
 
-TEST_P(RequestTest, LeavesWhatIsNoObjectAsItIs)
+// Neither a success nor a request without keys logs anything.
+TEST_P(RequestTest, LogsNothing)
 {
-    for (const std::string &json : {std::string(), "[" + rich + "]", std::string("[]"),
-                                    std::string("7"), std::string(R"("x")"), std::string("null")}) {
+    for (const SweepRun &one : {whole, run("{}")}) {
+        for (const recording_host::LogLine &line : one.log) {
+            EXPECT_NE(exception(subject, Rule::kNoLog, ""), nullptr) << line.text;
+        }
+    }
+    expect_exceptions_used(Rule::kNoLog);
+}
+
+TEST_P(RequestTest, LeavesValuesOtherThanObjectsUnchanged)
+{
+    for (const std::string &json :
+         {std::string(), "[" + rich + "]", std::string("[]"), std::string("7"), std::string("true"),
+          std::string(R"("x")"), std::string("null")}) {
         const SweepRun nothing = run(json);
         const std::string harm = damage(subject, nothing);
         const std::string before = json.empty() ? "null" : print(parse(json).get());
-        hold(Rule::kNoObject, json.substr(0, 1),
-             !harm.empty()              ? harm
-             : nothing.object != before ? "is not left as it is"
-             : changes_device(nothing)  ? "changes the device"
-                                        : "",
-             nothing);
+        check_rule(Rule::kNoObject, json.substr(0, 1),
+                   !harm.empty()              ? harm
+                   : nothing.object != before ? "is changed"
+                   : changes_device(nothing)  ? "changes the device"
+                                              : "",
+                   nothing);
     }
     expect_exceptions_used(Rule::kNoObject);
-}
-
-std::vector<Subject> commands()
-{
-    std::vector<Subject> commands = subjects();
-    std::erase_if(commands, [](const Subject &subject) { return subject.builder != nullptr; });
-    return commands;
-}
-
-std::string name_of(const testing::TestParamInfo<Subject> &info)
-{
-    return test_name(info.param);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, RequestTest, testing::ValuesIn(commands()), name_of);

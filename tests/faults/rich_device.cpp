@@ -28,7 +28,7 @@ using recording_device::Argument;
 // What can go wrong in a call.
 struct Call {
     bool writes = false;
-    bool hands_over = false;
+    bool returns_memory = false;
     std::vector<std::vector<int32_t>> numbers; // the values to try for each of them
 
     // All of those; without numbers, a placeholder.
@@ -152,7 +152,7 @@ class Pen {
     // An array that the plug-in frees, with its count.
     template <class Entry> void array(int32_t &count, Entry *&entries)
     {
-        call_.hands_over = true;
+        call_.returns_memory = true;
         write_number(count, 2, {INT_MIN, -1});
         if (how_ == Written::kNoMemory) {
             count = INT_MAX;
@@ -167,7 +167,7 @@ class Pen {
 
     template <class Node> void list(Node *first)
     {
-        call_.hands_over = call_.writes = true;
+        call_.returns_memory = call_.writes = true;
         if (how_ == Written::kNothing || how_ == Written::kNoMemory) {
             return;
         }
@@ -181,7 +181,7 @@ class Pen {
 
     void scan(ScanResult *result)
     {
-        call_.hands_over = call_.writes = true;
+        call_.returns_memory = call_.writes = true;
         if (how_ == Written::kNothing || how_ == Written::kNoMemory) {
             return;
         }
@@ -193,7 +193,7 @@ class Pen {
 
     void answer(char **text)
     {
-        call_.hands_over = call_.writes = true;
+        call_.returns_memory = call_.writes = true;
         if (how_ == Written::kNothing || how_ == Written::kNoMemory) {
             return;
         }
@@ -370,7 +370,7 @@ std::string Fault::name() const
     return result ? text + ":result=" + std::to_string(*result) : text;
 }
 
-void furnish(const Home &where, const Fault &what, bool has_endless_walk)
+void set_up(const Home &where, const Fault &what, bool has_endless_walk)
 {
     home = where;
     fault = what;
@@ -402,7 +402,7 @@ std::vector<Fault> possible_faults()
             faults.push_back({at, {}, Written::kGarbage});
             faults.push_back({at, {}, Written::kFull});
         }
-        if (call.hands_over) {
+        if (call.returns_memory) {
             faults.push_back({at, {}, Written::kNoMemory});
             faults.push_back({at, -1, Written::kNoMemory});
         }

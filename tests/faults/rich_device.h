@@ -49,7 +49,7 @@ struct Fault {
 
 // Answers for all device and host functions until recording_device is reset. Where no failure ends
 // a loop over a count, the count is kLongWalk at most.
-void furnish(const Home &home, const Fault &fault, bool has_endless_walk);
+void set_up(const Home &home, const Fault &fault, bool has_endless_walk);
 
 // After this many calls in a run the device fails, which ends every other loop over a count that
 // the plug-in uses unchecked.

@@ -110,7 +110,7 @@ std::vector<Subject> make_subjects()
 #define ADD_COMMAND(name, handler) list.push_back({name, name});
     SMART_ROUTER_COMMANDS(ADD_COMMAND)
 #undef ADD_COMMAND
-    // Other variants that take a different path.
+    // Variants that take a different path.
     list.push_back(
         {"GET_TSLINK_TOPOLOGY_INFO_of_operators", "GET_TSLINK_TOPOLOGY_INFO", nullptr, kOperators});
     list.push_back({"SET_GREENNET_DEVICE_LIST_of_none", "SET_GREENNET_DEVICE_LIST"});
@@ -141,8 +141,9 @@ std::vector<Subject> make_subjects()
 
 } // namespace
 
-std::string test_name(const Subject &subject)
+std::string name_of(const testing::TestParamInfo<Subject> &info)
 {
+    const Subject &subject = info.param;
     std::string name;
     for (size_t at = 0; at < subject.name.size(); ++at) {
         const char letter = subject.name[at];
@@ -161,6 +162,13 @@ const std::vector<Subject> &subjects()
 {
     static const std::vector<Subject> kSubjects = make_subjects();
     return kSubjects;
+}
+
+std::vector<Subject> commands()
+{
+    std::vector<Subject> commands = subjects();
+    std::erase_if(commands, [](const Subject &subject) { return subject.builder != nullptr; });
+    return commands;
 }
 
 const cJSON *description_of(const std::string &command)
@@ -198,6 +206,6 @@ std::string request_for(const Subject &subject)
 
 bool has_endless_walk(const Subject &subject)
 {
-    // After a failure for one host or SSID they continue with the next.
+    // They continue with the next host or SSID after a failure.
     return subject.command == "GET_ATTACH_DEVICE_RIGHT" || subject.command == "GET_WIFI_LIST_INFO";
 }

@@ -7,6 +7,7 @@
 
 #include <cjson/cJSON.h>
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -15,7 +16,7 @@
 using Builder = int32_t (*)(cJSON *object, std::string &kept);
 
 struct Subject {
-    std::string name;    // in the tests' names: the command's or builder's, and what is different
+    std::string name;    // in the tests' names: the command's or builder's, and the variant
     std::string command; // empty for a builder
     Builder builder = nullptr;
     rich_device::Home home = {};
@@ -27,11 +28,14 @@ inline void PrintTo(const Subject &subject, std::ostream *out)
 }
 
 // The name of its tests: the command as a suite of tests is named, GetWifiInfo for GET_WIFI_INFO,
-// and what is different.
-std::string test_name(const Subject &subject);
+// and the variant.
+std::string name_of(const testing::TestParamInfo<Subject> &info);
 
 // All of them: the commands are those of the dispatcher's own table.
 const std::vector<Subject> &subjects();
+
+// Those that are commands.
+std::vector<Subject> commands();
 
 // The request to run it with: the one that is written for it, else the example of its description.
 // Empty when there is neither.

@@ -62,7 +62,7 @@ SweepRun sweep_run(const Subject &subject, const std::string &request,
 {
     recording_device::reset();
     recording_host::reset();
-    rich_device::furnish(subject.home, device_fault, has_endless_walk(subject));
+    rich_device::set_up(subject.home, device_fault, has_endless_walk(subject));
     const ClockControl clock(1'700'000'000);
     WorkerControl control;
     control.count_everything();
@@ -79,7 +79,7 @@ SweepRun sweep_run(const Subject &subject, const std::string &request,
                      : hg_process_json_cmd(subject.command.c_str(), object.get());
     control.end_all_sleeps();
     control.wait_until_idle();
-    memory.suffice();
+    memory.stop_failing();
     run.allocations = memory.allocations();
     run.object = print(object.get());
     run.kept += version;

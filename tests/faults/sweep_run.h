@@ -40,7 +40,7 @@ SweepRun sweep_run(const Subject &subject, const std::string &request, const Mem
                    const rich_device::Fault &device);
 
 // Whether a device function only reports something.
-bool is_question(const std::string &function);
+bool is_query(const std::string &function);
 
 // What is wrong with a run, regardless of the fault; empty if nothing is.
 std::string damage(const Subject &subject, const SweepRun &run);

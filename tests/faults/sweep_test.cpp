@@ -54,7 +54,7 @@ std::string repeating_line()
 }
 
 #ifdef __SANITIZE_ADDRESS__
-void tell_last_case()
+void print_last_case()
 {
     if (!running.empty()) {
         fprintf(stderr, "%s\n", repeating_line().c_str());
@@ -70,7 +70,7 @@ class FaultTest : public testing::TestWithParam<Subject> {
     void SetUp() override
     {
 #ifdef __SANITIZE_ADDRESS__
-        __sanitizer_set_death_callback(tell_last_case);
+        __sanitizer_set_death_callback(print_last_case);
 #endif
         request = request_for(subject);
         ASSERT_NE(request, "") << "there is no rich request for " << subject.name;
@@ -97,7 +97,7 @@ class FaultTest : public testing::TestWithParam<Subject> {
     }
 
     // Reports what is wrong with the case. Result: whether it passed.
-    static bool holds(const SweepRun &expected, const SweepRun &run, const std::string &verdict)
+    static bool passes(const SweepRun &expected, const SweepRun &run, const std::string &verdict)
     {
         if (!verdict.empty()) {
             ADD_FAILURE() << verdict << "\n  with it: " << run.object.substr(0, 2000)
@@ -107,8 +107,7 @@ class FaultTest : public testing::TestWithParam<Subject> {
         return verdict.empty();
     }
 
-    // For the check of all traffic against the descriptions, which speak of memory only here and
-    // there.
+    // For the check of all traffic against the descriptions, most of which do not mention memory.
     void keep_traffic(const SweepRun &run) const
     {
         const Json sent = parse(run.request);
@@ -141,12 +140,12 @@ class MemoryFaultTest : public FaultTest {
     // whether all passed.
     bool sweep(const std::string &name, const std::string &of_request, const Fault &device)
     {
-        const SweepRun sufficing = sweep_run(subject, of_request, {}, device);
-        allocations_swept += sufficing.allocations;
-        printf("%s%zu allocations\n", name.c_str(), sufficing.allocations);
+        const SweepRun complete = sweep_run(subject, of_request, {}, device);
+        allocations_swept += complete.allocations;
+        printf("%s%zu allocations\n", name.c_str(), complete.allocations);
         std::string last;
         for (const auto how : {FailingMemory::Fail::kOnce, FailingMemory::Fail::kLastingly}) {
-            for (size_t first = 0; first < sufficing.allocations; ++first) {
+            for (size_t first = 0; first < complete.allocations; ++first) {
                 const MemoryFault memory = {first, how};
                 if (!is_wanted(name + memory.name())) {
                     continue;
@@ -157,16 +156,16 @@ class MemoryFaultTest : public FaultTest {
                     keep_traffic(run);
                     last = run.object;
                 }
-                if (!holds(sufficing, run, memory_verdict(subject, sufficing, run, how))) {
+                if (!passes(complete, run, memory_verdict(subject, complete, run, how))) {
                     return false;
                 }
             }
         }
         // None of this has lasting effects.
-        const SweepRun again = sweep_run(subject, of_request, {sufficing.allocations}, device);
-        EXPECT_EQ(again.object, sufficing.object) << name;
-        EXPECT_EQ(again.calls, sufficing.calls) << name;
-        EXPECT_EQ(again.allocations, sufficing.allocations) << name;
+        const SweepRun again = sweep_run(subject, of_request, {complete.allocations}, device);
+        EXPECT_EQ(again.object, complete.object) << name;
+        EXPECT_EQ(again.calls, complete.calls) << name;
+        EXPECT_EQ(again.allocations, complete.allocations) << name;
         return true;
     }
 };
@@ -195,14 +194,14 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
         if (fault.result && fault.written == rich_device::Written::kWhole) {
             keep_traffic(run);
         }
-        if (!holds(whole, run, device_verdict(subject, whole, run, fault))) {
+        if (!passes(whole, run, device_verdict(subject, whole, run, fault))) {
             return;
         }
         if (!fault.result || fault.lasts) {
             continue;
         }
         Fault same_fault = fault;
-        const char *why = "a result counts that is not to be looked at";
+        const char *why = "a result counts that should be ignored";
         if (is_result_ignored(subject, whole, fault)) {
             same_fault.result = {};
         } else {
@@ -211,25 +210,20 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
                 continue;
             }
             same_fault.result = *same_fault.result == 0 ? std::nullopt : same_fault.result;
-            why = "a result is taken for another than it is described as";
+            why = "a result does not count as it is described";
         }
         const SweepRun same = sweep_run(subject, request, {}, same_fault);
         const bool is_same = run.object == same.object && run.calls == same.calls;
         const bool may_differ =
             !is_same && exception(subject, Rule::kResult, called_function(whole, fault)) != nullptr;
-        if (!holds(same, run, is_same || may_differ ? "" : why)) {
+        if (!passes(same, run, is_same || may_differ ? "" : why)) {
             return;
         }
     }
     if (only == nullptr) {
-        EXPECT_EQ(stale_exceptions(subject, Rule::kResult), "") << "no exceptions any more";
+        EXPECT_EQ(stale_exceptions(subject, Rule::kResult), "") << "these are no longer exceptions";
     }
     check_errors("device");
-}
-
-std::string name_of(const testing::TestParamInfo<Subject> &info)
-{
-    return test_name(info.param);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, MemoryFaultTest, testing::ValuesIn(subjects()), name_of);
@@ -261,7 +255,7 @@ bool has_all(const cJSON *object, const cJSON *keys, std::string &why)
 constexpr const char *kDeviceFunctions[] = {DEVICE_FUNCTIONS(NAME_OF)};
 #undef NAME_OF
 
-// The longest way through a command is the one on which everything can fail.
+// On the longest path through a command everything that can fail is used.
 TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
 {
     std::map<std::string, std::set<std::string>> made;
@@ -299,7 +293,7 @@ TEST(RichRequestTest, OfEachCommandHasEveryKeyAndMakesEveryCall)
 // The sanitizer of undefined behaviour does not call back at the end, but before it reports.
 extern "C" void __ubsan_on_report()
 {
-    tell_last_case();
+    print_last_case();
 }
 #endif
 

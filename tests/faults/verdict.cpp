@@ -14,7 +14,7 @@ namespace {
 constexpr struct {
     std::string_view function;
     std::string_view subject;
-} kNotLookedAt[] = {
+} kIgnoredResults[] = {
     {"devapi_call_tslink_set_topo_speed", ""},
     {"devapi_get_5g_wifi_index", ""},
     {"devapi_get_Multi_Ap_enable", ""},
@@ -101,7 +101,8 @@ std::string other_calls(const std::vector<recording_device::Call> &calls,
     for (const recording_device::Call &call : calls) {
         next = std::find(next, whole.end(), call);
         if (next == whole.end()) {
-            return "a call that is not made, or not here or not so, when nothing fails: " +
+            return "a call that the complete run does not make, or not here or not with these "
+                   "arguments: " +
                    described(call);
         }
         ++next;
@@ -110,11 +111,12 @@ std::string other_calls(const std::vector<recording_device::Call> &calls,
 }
 
 // Whether the subject uses the result of the function.
-bool is_looked_at(const Subject &subject, std::string_view function)
+bool is_result_used(const Subject &subject, std::string_view function)
 {
-    return std::none_of(std::begin(kNotLookedAt), std::end(kNotLookedAt), [&](const auto &row) {
-        return row.function == function && subject.name.starts_with(row.subject);
-    });
+    return std::none_of(
+        std::begin(kIgnoredResults), std::end(kIgnoredResults), [&](const auto &row) {
+            return row.function == function && subject.name.starts_with(row.subject);
+        });
 }
 
 // The position of the faulty call among those of the complete run.
@@ -147,7 +149,7 @@ bool splits(const cJSON *request, const cJSON *object, const cJSON **tail)
 }
 
 // Whether one of the replies of the command gives the reason, or gives the device's own. That of a
-// request without a key is none where the request is whole.
+// request without a key does not count if the request is whole.
 bool knows_reason(const cJSON *description, std::string_view reason, bool is_whole)
 {
     const cJSON *reply;
@@ -170,7 +172,7 @@ bool knows_reason(const cJSON *description, std::string_view reason, bool is_who
     return false;
 }
 
-// Whether the items are a failure's: its status, with a reason or, where there is none, alone.
+// Whether the items are those of a failure: its status, alone or with a reason.
 bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, bool is_whole)
 {
     const auto take = [&item](std::string_view key, std::string_view text) {
@@ -224,15 +226,15 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
                    ? ""
                    : "the reply is neither a success nor a failure of this command";
     }
-    // Only a failure that was to be reported anyway has no memory to fall back on.
+    // If there is a failure to report already, there may be no memory left for its reply.
     const bool is_owed =
         how == FailingMemory::Fail::kOnce && subject.builder == nullptr && whole.succeeded(subject);
-    return is_owed ? "nothing is answered, though there is memory for it" : "";
+    return is_owed ? "there is no reply, though there is memory for one" : "";
 }
 
 } // namespace
 
-bool is_question(const std::string &function)
+bool is_query(const std::string &function)
 {
     for (const char *start :
          {"devapi_get_", "devapi_inspect_", "devapi_query_", "devapi_scan_", "devapi_topo_xml_",
@@ -277,7 +279,7 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
     }
     if (!run.succeeded(subject)) {
         const auto change = std::find_if(run.calls.begin(), run.calls.end(), [&](const auto &call) {
-            return !is_question(call.function) &&
+            return !is_query(call.function) &&
                    (may.called == nullptr || call.function != may.called);
         });
         return change != run.calls.end() && whole.succeeded(subject)
@@ -285,7 +287,7 @@ std::string memory_verdict(const Subject &subject, const SweepRun &whole, const 
                    : failure_verdict(subject, whole, run, how);
     }
     if (!whole.succeeded(subject)) {
-        return "a success is reported of what fails";
+        return "a success is reported although the run fails";
     }
     if (run.kept != whole.kept && (may.keeps || !run.kept.empty())) {
         return "a success is reported, though something else is kept";
@@ -325,7 +327,7 @@ const std::string &called_function(const SweepRun &whole, const rich_device::Fau
 bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault)
 {
-    return !is_looked_at(subject, called_function(whole, fault));
+    return !is_result_used(subject, called_function(whole, fault));
 }
 
 std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
@@ -334,7 +336,7 @@ std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whol
     const std::string &function = called_function(whole, fault);
     const device_facts::Function &facts = *device_facts::find(function);
     const std::string &caller = subject.command.empty() ? subject.name : subject.command;
-    if (!is_looked_at(subject, function) || facts.known.contain(*fault.result) ||
+    if (!is_result_used(subject, function) || facts.known.contain(*fault.result) ||
         device_facts::is_among(facts.other_rules_for, caller)) {
         return {};
     }
@@ -361,20 +363,20 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
         }
     }
     const std::string &failed = whole.calls[position].function;
-    const bool counts = is_looked_at(subject, failed);
+    const bool counts = is_result_used(subject, failed);
     // No reply contains the worker's result.
-    const bool is_refusal = fault.result == -1 && counts && !is_question(failed) &&
-                            failed != "devapi_flash_update_image";
+    const bool is_refusal =
+        fault.result == -1 && counts && !is_query(failed) && failed != "devapi_flash_update_image";
     const Json request = parse(run.request);
     const Json object = parse(run.object);
     const bool leaves_texts = fault.written == rich_device::Written::kFull ||
                               fault.written == rich_device::Written::kRubbish;
-    if (fault.result == -1 && leaves_texts && !fault.lasts && counts && is_question(failed) &&
+    if (fault.result == -1 && leaves_texts && !fault.lasts && counts && is_query(failed) &&
         run.object.find("99999999") != std::string::npos) {
         return "the reply shows what a failed call left: " + failed;
     }
     if (is_refusal && run.succeeded(subject) && !reports_failure(object.get())) {
-        return "a success is reported of what the device refused: " + failed;
+        return "a success is reported although the device refused: " + failed;
     }
     if (subject.builder != nullptr) {
         return "";
@@ -384,5 +386,6 @@ std::string device_verdict(const Subject &subject, const SweepRun &whole, const 
     if (reply == nullptr) {
         return agent::undescribed(description, request.get(), object.get());
     }
-    return agent::is_of_request(reply) ? "the request is blamed for what the device does" : "";
+    return agent::is_of_request(reply) ? "the reply blames the request for a failure of the device"
+                                       : "";
 }

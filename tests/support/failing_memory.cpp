@@ -10,7 +10,7 @@ namespace {
 
 std::mutex mutex; // a worker may free what a command has allocated
 bool alive;
-bool suffices;
+bool stopped;
 size_t count;
 size_t first_failure;
 FailingMemory::Fail how;
@@ -55,7 +55,7 @@ void FailingMemory::freed(void *block)
 bool FailingMemory::next_fails()
 {
     const std::lock_guard lock(mutex);
-    if (!alive || suffices) {
+    if (!alive || stopped) {
         return false;
     }
     const size_t number = count++;
@@ -67,7 +67,7 @@ FailingMemory::FailingMemory(size_t first, Fail fail)
     count = 0;
     first_failure = first;
     how = fail;
-    suffices = false;
+    stopped = false;
     alive = true;
     cJSON_Hooks hooks = {allocate, release};
     cJSON_InitHooks(&hooks);
@@ -92,10 +92,10 @@ size_t FailingMemory::allocations() const
     return count;
 }
 
-void FailingMemory::suffice()
+void FailingMemory::stop_failing()
 {
     const std::lock_guard lock(mutex);
-    suffices = true;
+    stopped = true;
 }
 
 size_t FailingMemory::blocks() const

@@ -23,7 +23,7 @@ class FailingMemory {
     size_t allocations() const;
 
     // From now on nothing fails.
-    void suffice();
+    void stop_failing();
 
     // The blocks allocated since its construction and not freed: those of cJSON, and, in a program
     // that links worker_control, all of malloc() and calloc().

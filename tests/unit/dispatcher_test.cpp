@@ -192,18 +192,6 @@ TEST_F(DispatcherTest, AnUnknownNameOfAMegabyteIsUnknown)
               std::pair(HG_NO_SUCH_COMMAND, std::string("{}")));
 }
 
-TEST_F(DispatcherTest, WithoutAnObjectThereIsNoReply)
-{
-    for (const Row &row : kRows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(hg_process_json_cmd(row.name, nullptr), 0);
-        for (const char *other :
-             {"[]", "[1,{\"VersionInfo\":\"1\"}]", "\"text\"", "7", "null", "true"}) {
-            EXPECT_EQ(dispatch(row.name, other), std::pair(0, std::string(other)));
-        }
-    }
-}
-
 TEST_F(DispatcherTest, AnUnknownNameWithoutAnObject)
 {
     EXPECT_EQ(hg_process_json_cmd("NO_SUCH_COMMAND", nullptr), HG_NO_SUCH_COMMAND);

@@ -13,7 +13,6 @@ class SetMeshPair : public HandlerTest {};
 class SetLedStatus : public HandlerTest {};
 class SetTslinkConfigStatus : public HandlerTest {};
 class QueryTslinkConfigStatus : public HandlerTest {};
-class MeshControlTest : public HandlerTest {};
 
 // ---- SET_TSLINK_SSID ---------------------------------------------------------------------------
 
@@ -161,22 +160,6 @@ TEST_F(QueryTslinkConfigStatus, ReportsTheStateAsZeroOrOne)
     }
     EXPECT_EQ(recording_device::called_functions(),
               Names(std::size(states), "devapi_get_tslink_config"));
-}
-
-// ---- All ---------------------------------------------------------------------------------------
-
-TEST_F(MeshControlTest, SettingsAreNotLogged)
-{
-    const std::string request =
-        R"({"Enable":"1","Time":"9","MeshEnable":"1","MeshMode":"1","Radio":"1","Action":"1",)"
-        R"("heartbeat":"5","MAC":"A","LedSwitch":"1","LedCoLor":"1","LedLight":"1"})";
-    for (const char *command : {"SET_MESH_STATUS", "SET_MESH_PAIR", "SET_WPS_STATE",
-                                "SET_KAA_HEARTBEAT", "DEL_LAN_DEVICE", "SET_LED_STATUS"}) {
-        run(command, request);
-        run(command);
-    }
-    EXPECT_EQ(recording_device::calls().size(), 6u);
-    EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
 } // namespace mesh_control_test

@@ -8,7 +8,6 @@ namespace service_switches_test {
 class GetTsconfStatus : public HandlerTest {};
 class GetWpsEnable : public HandlerTest {};
 class SetWpsEnable : public HandlerTest {};
-class ServiceSwitchesTest : public HandlerTest {};
 
 // ---- GET_TSCONF_STATUS -------------------------------------------------------------------------
 
@@ -65,22 +64,6 @@ TEST_F(SetWpsEnable, SwitchesByTheNumberThatTheTextBeginsWith)
         EXPECT_EQ(recording_device::calls().back(), (Call{"devapi_set_wps_enable", {number}}))
             << text;
     }
-    EXPECT_TRUE(recording_host::log_lines().empty());
-}
-
-// ---- All ---------------------------------------------------------------------------------------
-
-TEST_F(ServiceSwitchesTest, SettingsAreNotLogged)
-{
-    const std::string request =
-        R"({"Mode":"1","Enable":"1","Index":"1","BoundPorts":"1","PPTP":"1","FTP":"1",)"
-        R"("IPSEC":"1","L2TP":"1","RTSP":"1","H323":"1","SIP":"1"})";
-    for (const char *command : {"SET_AP_MULTISERVICE_MODE", "SET_AP_ALG_ABILITY", "SET_UPNP_STATE",
-                                "SET_WPS_ENABLE", "SET_PORT_BINDING"}) {
-        run(command, request);
-        run(command);
-    }
-    EXPECT_EQ(recording_device::calls().size(), 5u);
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
