@@ -72,7 +72,7 @@ def faults_of(readelf, plugin):
     if "GNU_RELRO" not in segments and ".data.rel.ro" in read(readelf, "--section-headers", plugin):
         yield "keeps its relocated data writable"
     if re.search(r"GNU_STACK.*RWE", segments):
-        yield "asks for an executable stack"
+        yield "requires an executable stack"
 
 
 def main(readelf, map_file, command_table, list_file, *plugins):

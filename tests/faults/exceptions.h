@@ -17,14 +17,14 @@ enum class Rule {
     kOtherCase,   // a key is found in any letter case, or else is absent
     kPresentKey,  // keys of a reply that are there already stay
     kResult,      // a device function's result counts as it is described; the key is the function
-    kZeroed,      // what the device writes to holds nothing before; the key is the field
+    kZeroed,      // what the device writes to is zero before; the key is the field
     kNoError,     // a success logs no error
     kNoLog,       // neither a success nor a request without keys logs anything
     kCallOrder,   // the calls come in the order that is described
     kNoObject,    // a value that is not an object is left unchanged, and nothing is changed
 };
 
-// Why the rule does not apply to the key; null if it does. An empty key stands for the request.
+// Why the rule does not apply to the key; null if it does. An empty key means the whole request.
 const char *exception(const Subject &subject, Rule rule, const std::string &key);
 
 // The exceptions of a subject that were never used: they are obsolete.

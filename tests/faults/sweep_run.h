@@ -57,8 +57,8 @@ const std::string &called_function(const SweepRun &whole, const rich_device::Fau
 bool is_result_ignored(const Subject &subject, const SweepRun &whole,
                        const rich_device::Fault &fault);
 
-// Which result stands for that of the fault, by the description of the function: -1 for a failure,
-// 0 for none. Nothing if the result has a specific meaning.
+// Which result counts as much as that of the fault, by the description of the function: -1 for a
+// failure, 0 for none. Nothing if the result has a specific meaning.
 std::optional<int32_t> equal_result(const Subject &subject, const SweepRun &whole,
                                     const rich_device::Fault &fault);
 

@@ -185,10 +185,10 @@ bool AgentProcess::await_error(std::string_view text, int times) const
 {
     bool ended = false;
     for (;;) {
-        const std::string said = content_of(error_);
-        size_t at = said.find(text);
+        const std::string written = content_of(error_);
+        size_t at = written.find(text);
         for (int more = times - 1; more > 0 && at != std::string::npos; --more) {
-            at = said.find(text, at + 1);
+            at = written.find(text, at + 1);
         }
         if (at != std::string::npos) {
             return true;

@@ -35,10 +35,10 @@ class AgentProcess {
     // The next line of its standard output without the line end; empty at end of file.
     std::string read_line();
     void close_output();
-    // Waits until its standard error contains the text, as often as that, or until it has ended.
+    // Waits until its standard error contains the text this many times, or until it has ended.
     // Result: whether the text was written.
     bool await_error(std::string_view text, int times = 1) const;
-    // What its standard error (kUnreadError) holds now; waits until there is something.
+    // The contents of its standard error (kUnreadError); waits until there is something.
     std::string read_error() const;
     void signal(int number);
     pid_t process() const { return process_; }

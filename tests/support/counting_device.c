@@ -1,11 +1,11 @@
 /* SPDX-License-Identifier: MIT */
 /*
- * A device library that appends each name that the gateway is given to the file EXECUTED of the
- * environment, so that a test can count how often each request was executed, whatever was killed
- * meanwhile.
+ * A device library that appends each name that the gateway is given to the file in the environment
+ * variable EXECUTED, so that a test can count how often each request was executed, regardless of
+ * what was killed meanwhile.
  *
- * A name that begins with "wait" is then held until somebody opens the named pipe HELD for writing;
- * one that begins with "die" ends the process.
+ * With a name that begins with "wait" the call then lasts until the named pipe HELD is opened for
+ * writing; a name that begins with "die" ends the process.
  */
 #include "smart_router_service/device_access.h"
 

@@ -16,7 +16,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* Serves the loader while it looks up the functions that these replace. */
+/* For the loader's allocations while it looks up the functions that these replace. */
 static char early[4096];
 static size_t early_used;
 
@@ -28,7 +28,7 @@ static atomic_long count;
 static long first = -1;
 static int lasting;
 
-/* The hashes; of further allocations there is none. */
+/* The hashes; further allocations have none. */
 #define MOST_STACKS 1000000
 static uint64_t stacks[MOST_STACKS];
 static const char *stacks_file;

@@ -33,8 +33,8 @@ Json parse(const std::string &text);
 // The object on one line, keys in order and repeated keys included; "null" for a null pointer.
 std::string print(const cJSON *json);
 
-// Sends a command as the agent would and returns what the object holds afterwards. The traffic is
-// kept for the check against the protocol's description.
+// Sends a command as the agent would and returns the object afterwards. The traffic is kept for the
+// check against the protocol's description.
 std::string run(const std::string &command, const std::string &request = "{}");
 
 // A text of this many bytes in which each byte differs from its neighbours.

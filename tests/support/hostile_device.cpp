@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A hostile device library that is not the simulated gateway: it fills text fields completely,
 // without a NUL, passes bytes that are not UTF-8, reports impossible progress, and can be
-// power-cycled but not opened. It logs why it refuses UPnP, and asks the host to run a command.
+// power-cycled but not opened. It logs why it refuses UPnP, and runs a command through the host.
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 #include "smart_router_service/host_agent.h"
@@ -66,7 +66,7 @@ namespace {
 SimulatedGatewayProgress report = nullptr;
 void *report_context = nullptr;
 
-void tell(const char *task, int32_t percent)
+void report_progress(const char *task, int32_t percent)
 {
     if (report != nullptr) {
         report(task, percent, report_context);
@@ -83,10 +83,10 @@ void simulated_gateway_on_progress(SimulatedGatewayProgress progress, void *cont
 
 int32_t devapi_download_image(const char *, int32_t)
 {
-    tell("image\n\x1b[31m", -5);
-    tell(nullptr, 50);
-    tell("image", 1000);
-    tell("image", 3);
+    report_progress("image\n\x1b[31m", -5);
+    report_progress(nullptr, 50);
+    report_progress("image", 1000);
+    report_progress("image", 3);
     return -1;
 }
 

@@ -11,7 +11,7 @@
 // Runs the command with allocation 0 failing, then 1, 2 … until no further allocation is needed:
 // in the first round that one alone, in the second all that follow as well. Before each run the
 // device and the log are reset and prepare() is called; after each run in which memory failed,
-// check() gets what the object holds; after every run finish() waits for what the command has left
+// check() gets the object; after every run finish() waits for what the command has left
 // running. Result: the number of allocations of a run in which nothing fails, the same in both
 // rounds. The traffic is not kept: no description covers failing memory.
 using AfterFailure = std::function<void(const std::string &object, FailingMemory::Fail how)>;

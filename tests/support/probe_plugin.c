@@ -63,12 +63,12 @@ static void log_text(cJSON *obj)
     ts_mod_log_printf("probe", 3, "Account:%s|Password:%s|Enable:%s", text, text, text);
 }
 
-static void hand_over(cJSON *obj)
+static void send_notice(cJSON *obj)
 {
     cJSON_AddNumberToObject(obj, "result", kaa_device_notice(text_of(obj, "text")));
 }
 
-static void *hand_over_all(void *notices)
+static void *send_notices(void *notices)
 {
     cJSON *obj = notices;
     const int count = atoi(text_of(obj, "count"));
@@ -79,10 +79,10 @@ static void *hand_over_all(void *notices)
     return NULL;
 }
 
-static void hand_over_from_a_thread(const cJSON *obj)
+static void send_notices_from_a_thread(const cJSON *obj)
 {
     pthread_t thread;
-    pthread_create(&thread, NULL, hand_over_all, cJSON_Duplicate(obj, 1));
+    pthread_create(&thread, NULL, send_notices, cJSON_Duplicate(obj, 1));
     pthread_detach(thread);
 }
 
@@ -98,9 +98,9 @@ int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
         puts(text_of(obj, "text"));
         fflush(stdout);
     } else if (strcmp(cmd, "NOTICE") == 0) {
-        hand_over(obj);
+        send_notice(obj);
     } else if (strcmp(cmd, "NOTICES") == 0) {
-        hand_over_from_a_thread(obj);
+        send_notices_from_a_thread(obj);
     } else if (strcmp(cmd, "STOP") == 0) {
         kill(getpid(), SIGTERM);
     } else if (strcmp(cmd, "DUMPABLE") == 0) {

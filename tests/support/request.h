@@ -59,8 +59,7 @@ class Request {
 
     std::string json() const { return "{" + members() + "}"; }
 
-    // The request followed by the members of a reply: what the object holds when nothing was
-    // removed from it.
+    // The request followed by the members of a reply: the object if nothing was removed from it.
     std::string followed_by(const std::string &reply) const
     {
         return "{" + members() + (keys_.empty() || reply.empty() ? "" : ",") + reply + "}";
@@ -82,8 +81,8 @@ class Request {
 // JSON values that are not objects with a string for each of the keys.
 inline std::vector<std::string> not_like(const Request &whole)
 {
-    std::vector<std::string> others = {
-        "null", "7", "true", R"("x")", "[]", "{}", "[[[[]]]]", "[" + whole.json() + "]"};
+    std::vector<std::string> others = {"null", "7",  "true",     R"("x")",
+                                       "[]",   "{}", "[[[[]]]]", "[" + whole.json() + "]"};
     for (const auto &[key, json] : whole.keys()) {
         others.push_back(quoted(key));
         for (const Request &request : whole.without_text(key)) {

@@ -1,10 +1,10 @@
 /* SPDX-License-Identifier: MIT */
 /*
- * A plug-in that misbehaves as its test asks. Its commands:
+ * A plug-in that misbehaves as its test requests. Its commands:
  *
  *   ECHO      replies with its parameters, and how many have been echoed so far
  *   PID       replies with the process
- *   WAIT      returns when somebody opens the named pipe "until" for writing
+ *   WAIT      returns when the named pipe "until" is opened for writing
  *   ABORT     aborts
  *   OVERRUN   ends as a write beyond its memory would
  *   EXIT      ends the process with status 3
@@ -102,7 +102,7 @@ int32_t hg_process_json_cmd(const char *cmd, cJSON *obj)
     } else if (strcmp(cmd, "ABORT") == 0) {
         abort();
     } else if (strcmp(cmd, "OVERRUN") == 0) {
-        raise(SIGSEGV); /* a sanitizer takes a real one for a fault of its own */
+        raise(SIGSEGV); /* a sanitizer would report a real one itself */
     } else if (strcmp(cmd, "EXIT") == 0) {
         _exit(3);
     } else if (strcmp(cmd, "WORK") == 0) {

@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /*
- * Preloaded, it makes the name server silent for the name "silent.test": the lookup does not end
- * before somebody opens the named pipe HELD for writing, and then fails. The file LOOKUPS gets a
- * line when it begins.
+ * Preloaded, it makes the name server silent for the name "silent.test": the lookup lasts until the
+ * named pipe HELD is opened for writing, and then fails. The file LOOKUPS gets a line when it
+ * begins.
  */
 #define _GNU_SOURCE
 #include <dlfcn.h>

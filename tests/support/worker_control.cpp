@@ -36,7 +36,7 @@ std::atomic<bool> everything_counts;
 pthread_mutex_t *const kLocks[] = {&setwifilistlock, &downimagelock};
 
 // A worker releases a lock that its starter took, so the thread sanitizer does not see that the
-// lock orders one worker before the next. This annotation tells it.
+// lock orders one worker before the next. These annotations report it.
 void order_begins([[maybe_unused]] pthread_mutex_t *lock)
 {
 #ifdef __SANITIZE_THREAD__
@@ -120,7 +120,7 @@ int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
 int __wrap_pthread_mutex_lock(pthread_mutex_t *which)
 {
     if (which == &downimagelock) {
-        ADD_FAILURE() << "somebody waits for the lock of the downloads";
+        ADD_FAILURE() << "a thread waits for the lock of the downloads";
         return pthread_mutex_trylock(which);
     }
     if (which != &setwifilistlock) {

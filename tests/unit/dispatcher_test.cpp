@@ -19,7 +19,7 @@ constexpr Row kRows[] = {SMART_ROUTER_COMMANDS(ROW)};
 
 class DispatcherTest : public HandlerTest {};
 
-// The result and what the object holds afterwards.
+// The result, and the object afterwards.
 std::pair<int32_t, std::string> dispatch(const char *name, const std::string &object)
 {
     const Json json = parse(object);

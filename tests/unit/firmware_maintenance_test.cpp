@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The firmware of all routers of the mesh, and the upload of the log. The update schedule is tested
-// with the regular commands.
+// The firmware of all routers of the mesh, and the upload of the log. The update schedule follows
+// the common rules only.
 #include "firmware_maintenance.h"
 
 #include "memory_sweep.h"

@@ -99,7 +99,7 @@ TEST_F(GetHgBaseInfo, FailsOnlyWhenNothingIsKnown)
                                  : reply(base_result == 0, lan_result == 0, wan_result == 0));
         }
     }
-    EXPECT_EQ(recording_device::calls().size(), 3u * 3 * 8) << "all three calls, whatever fails";
+    EXPECT_EQ(recording_device::calls().size(), 3u * 3 * 8) << "all three calls, even if one fails";
 }
 
 // ---- json_get_home_page_info -------------------------------------------------------------------

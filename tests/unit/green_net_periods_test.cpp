@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The periods of parental control.
 #include "handler_test.h"
 #include "request.h"
 

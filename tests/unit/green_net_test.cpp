@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The switch of parental control, and the notices about its devices.
+// Parental control: its switch, the notices and the table of devices. The periods are tested in
+// green_net_periods_test.cpp.
 #include "failing_memory.h"
 #include "handler_test.h"
 #include "memory_sweep.h"

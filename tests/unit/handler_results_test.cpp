@@ -24,7 +24,7 @@ Request texts(const std::vector<const char *> &keys)
     return request;
 }
 
-// The handlers that take keys, with all of them; lists and objects hold nothing that a worker could
+// The handlers that take keys, with all of them; lists and objects have nothing that a worker could
 // be started with.
 const Handler kHandlers[] = {
     {json_get_wifi_info, texts({"SSIDIndex"})},

@@ -41,8 +41,7 @@ std::string counts_reply(const Band &at_24g, const Band &at_5g)
            R"(,"Status":"0"})";
 }
 
-// Channels from the first on, each with a different number of access points each, as many as a band
-// has room for.
+// As many channels as a band has room for, each with a different number of access points.
 Band band_from(int first)
 {
     Band band;

@@ -205,7 +205,7 @@ TEST_F(RecipesTest, OfRepeatedKeysTheFirstIsReadAndRemoved)
     EXPECT_STREQ(lamp.Level, "1");
 }
 
-TEST_F(RecipesTest, KeysAreRemovedWhenTheRuleSays)
+TEST_F(RecipesTest, KeysAreRemovedByTheRuleForThem)
 {
     const auto after_call = setting<set_lamp>(kLampFields, "stuck");
     const auto on_success = setting<set_lamp, RemoveKeys::kOnSuccess>(kLampFields, "stuck");

@@ -104,7 +104,7 @@ inline const Places kChildRouterRecord = {
     {"LinkSpeed", 1084, 16},
 };
 
-// The main router. Keys that it reports under another name in some replies are given by hand there.
+// The main router. Some replies have other keys for some of these fields.
 inline const Places kMainRouterRecord = {
     {"Name", 0, 64},
     {"Mac", 64, 32},

@@ -9,7 +9,7 @@
 inline const Places kNodeRecord = {{"Mac", 0, 64},  {"ip", 64, 32},         {"AccessType", 96, 8},
                                    {"dbm", 104, 8}, {"FWVersion", 112, 64}, {"LinkSpeed", 176, 16}};
 
-// Not what a child router's record has under the same key.
+// Differs from what a child router's record has under the same key.
 inline std::string node_value_of(const Place &place)
 {
     return ("node " + std::string(place.key)).substr(0, place.width - 1);
@@ -46,8 +46,8 @@ class RelationsTest : public MeshTest {
         writes<devapi_get_childsta_base_info>(attached_device());
     }
 
-    // Appends nodes of these levels to the list. The last leads back to one of them, 0 for the
-    // first of all, where that is asked for.
+    // Appends nodes of these levels to the list. The last one points back to the node with the
+    // number back_to, of which 0 is the first of the list, if there is one.
     static void routers_are(const std::vector<int32_t> &levels, int32_t result = 0,
                             size_t back_to = SIZE_MAX)
     {
@@ -163,7 +163,7 @@ class RelationsTest : public MeshTest {
         return quoted(text(select(kAttachedDevice, {key})[0]));
     }
 
-    // The device library's own memory: not from calloc(), which tests let fail.
+    // Memory of the device library, not from calloc(), which tests make fail.
     template <class Node> static Node *device_memory() { return new (malloc(sizeof(Node))) Node(); }
 
     template <class Node> static void chain(const std::vector<Node *> &nodes, size_t back_to)

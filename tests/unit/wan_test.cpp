@@ -10,7 +10,7 @@ constexpr char kCommand[] = "QUERY_WAN_INFO";
 
 class QueryWanInfo : public HandlerTest {};
 
-// The reply when the fields that can be missing, and one that cannot, hold the text.
+// The reply if the fields that can be missing, and one that cannot, have this text.
 std::string reply_of(const std::string &text)
 {
     when<devapi_query_wan_info>([=](WanInfo *info) {
@@ -74,7 +74,7 @@ constexpr char kSet[] = "SET_ROUTE_WAN_INFO";
 
 class SetRouteWanInfo : public HandlerTest {};
 
-// The bytes of a record that holds texts at these offsets and nothing else.
+// The bytes of a record with texts at these offsets and nothing else.
 std::string in_record(const std::vector<std::pair<size_t, std::string>> &texts)
 {
     std::string record(1944, '\0');

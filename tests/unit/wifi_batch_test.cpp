@@ -461,7 +461,7 @@ TEST_F(SetWifiInfoList, ReturnsZeroOnceItIsAccepted)
     control.wait_until_idle();
 }
 
-TEST_F(SetWifiInfoList, AsksTheDeviceInOrder)
+TEST_F(SetWifiInfoList, ReadsTheDeviceInOrder)
 {
     control.hold_sleeps();
     send(batch(element(3)));
