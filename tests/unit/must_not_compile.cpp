@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Mistakes in a field table that the compiler must reject. CASE picks one; 0 is none of them.
+// Mistakes in a field table that the compiler must reject. A macro chooses one of them.
 #include "recipes.h"
 
 using namespace smart_router;
@@ -21,22 +21,22 @@ int32_t get_two(Two *)
     return 0;
 }
 
-#if CASE == 1
+#if defined(REPEATED_KEY)
 constexpr auto kFields = Fields{FIELD(One, Name), FIELD_AS(One, Other, "name")};
-#elif CASE == 2
+#elif defined(FIELD_OF_ANOTHER_RECORD)
 constexpr auto kFields = Fields{FIELD(One, Name), FIELD_AS(Two, Name, "Other")};
-#elif CASE == 3
+#elif defined(FIELD_OF_ANOTHER_TYPE)
 constexpr auto kFields = Fields{FIELD(One, Number)};
-#elif CASE == 4
+#elif defined(KEY_TOO_LONG)
 constexpr auto kFields = Fields{FIELD_AS(One, Name, "ThisKeyIsMuchTooLongForAnyTableOfFields")};
-#elif CASE == 6
+#elif defined(REPEATED_KEY_IN_A_PART)
 constexpr auto kPart = Fields{FIELD(One, Name)};
 constexpr auto kFields = Fields{FIELD_AS(One, Other, "NAME"), kPart};
 #else
 constexpr auto kFields = Fields{FIELD(One, Name)};
 #endif
 
-#if CASE == 5
+#if defined(TABLE_OF_ANOTHER_RECORD)
 HANDLER(handler, query<get_two>(kFields, "no"))
 #else
 constexpr auto kTwoFields = Fields{FIELD(Two, Name)};
