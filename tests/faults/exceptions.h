@@ -19,7 +19,6 @@ enum class Rule {
     kResult,      // a device function's result counts as it is described; the key is the function
     kZeroed,      // what the device writes to is zero before; the key is the field
     kNoError,     // a success logs no error
-    kNoLog,       // neither a success nor a request without keys logs anything
     kCallOrder,   // the calls come in the order that is described
     kNoObject,    // a value that is not an object is left unchanged, and nothing is changed
 };

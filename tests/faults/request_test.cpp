@@ -557,17 +557,6 @@ TEST_P(RequestTest, LogsNoError)
     expect_exceptions_used(Rule::kNoError);
 }
 
-// Neither a success nor a request without keys logs anything.
-TEST_P(RequestTest, LogsNothing)
-{
-    for (const SweepRun &one : {whole, run("{}")}) {
-        for (const recording_host::LogLine &line : one.log) {
-            EXPECT_NE(exception(subject, Rule::kNoLog, ""), nullptr) << line.text;
-        }
-    }
-    expect_exceptions_used(Rule::kNoLog);
-}
-
 TEST_P(RequestTest, LeavesValuesOtherThanObjectsUnchanged)
 {
     for (const std::string &json :

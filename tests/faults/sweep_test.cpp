@@ -2,9 +2,9 @@
 // Failure as a dimension of every command and builder: each allocation fails in turn, and each call
 // of the device fails or misbehaves in every way. A failing case prints the line that repeats it
 // alone, also when the case ends the program: the environment variable FAULT_CASE names it.
-#include "error_lines.h"
 #include "exceptions.h"
 #include "handler_test.h"
+#include "log_lines.h"
 #include "protocol/described_reply.h"
 #include "smart_router_service/device_functions.h"
 #include "sweep_run.h"
@@ -118,16 +118,16 @@ class FaultTest : public testing::TestWithParam<Subject> {
         }
     }
 
-    // Whether these are the error lines that such faults are known to log, and a builder's results.
-    void check_errors(const char *faults) const
+    // Checks that the lines are those that the subject is known to log, and a builder's results.
+    void check_lines(const char *kind) const
     {
         if (only == nullptr) {
-            EXPECT_EQ(other_error_lines(subject, faults, errors), "");
+            EXPECT_EQ(other_log_lines(subject, kind, lines), "");
         }
     }
 
     const Subject &subject = GetParam();
-    ErrorLines errors;
+    LinesLogged lines;
     const char *const only = getenv("FAULT_CASE");
     std::string request;
     SweepRun whole;
@@ -151,7 +151,7 @@ class MemoryFaultTest : public FaultTest {
                     continue;
                 }
                 const SweepRun run = sweep_run(subject, of_request, memory, device);
-                add_error_lines(errors, subject, run);
+                add_error_lines(lines, subject, run);
                 if (how == FailingMemory::Fail::kOnce && run.object != last) {
                     keep_traffic(run);
                     last = run.object;
@@ -176,7 +176,7 @@ TEST_P(MemoryFaultTest, LeavesNothingHalfDone)
         request != "{}" && subject.builder == nullptr) {
         sweep("empty:", "{}", {});
     }
-    check_errors("memory");
+    check_lines("memory");
 }
 
 class DeviceFaultTest : public FaultTest {};
@@ -190,7 +190,7 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
             continue;
         }
         const SweepRun run = sweep_run(subject, request, {}, fault);
-        add_error_lines(errors, subject, run);
+        add_error_lines(lines, subject, run);
         if (fault.result && fault.written == rich_device::Written::kWhole) {
             keep_traffic(run);
         }
@@ -223,11 +223,30 @@ TEST_P(DeviceFaultTest, IsAnsweredAsDescribed)
     if (only == nullptr) {
         EXPECT_EQ(stale_exceptions(subject, Rule::kResult), "") << "these are no longer exceptions";
     }
-    check_errors("device");
+    check_lines("device");
+}
+
+// No test of a single command would notice a debug line that is added to it.
+class LogTest : public FaultTest {};
+
+TEST_P(LogTest, HasNoOtherDebugLines)
+{
+    if (is_wanted("whole")) {
+        add_debug_lines(lines, whole);
+    }
+    const Fault refused = {.call = 0, .result = -1};
+    if (is_wanted(refused.name())) {
+        add_debug_lines(lines, sweep_run(subject, request, {}, refused));
+    }
+    if (is_wanted("empty")) {
+        add_debug_lines(lines, sweep_run(subject, "{}", {}, {}));
+    }
+    check_lines("debug");
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, MemoryFaultTest, testing::ValuesIn(subjects()), name_of);
 INSTANTIATE_TEST_SUITE_P(Every, DeviceFaultTest, testing::ValuesIn(subjects()), name_of);
+INSTANTIATE_TEST_SUITE_P(Every, LogTest, testing::ValuesIn(subjects()), name_of);
 
 // ---- Requests ----------------------------------------------------------------------------------
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "error_lines.h"
+#include "log_lines.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -23,6 +23,15 @@ std::string line_of(const std::string &text)
     return std::regex_replace(line, carriage_return, "\\r");
 }
 
+void add_lines(LinesLogged &lines, const SweepRun &run, bool are_errors)
+{
+    for (const recording_host::LogLine &line : run.log) {
+        if ((line.level == kErrorLevel) == are_errors) {
+            lines.insert(line_of(line.text));
+        }
+    }
+}
+
 std::string listed(const std::string &title, const std::vector<std::string> &lines)
 {
     std::string text;
@@ -34,28 +43,29 @@ std::string listed(const std::string &title, const std::vector<std::string> &lin
 
 } // namespace
 
-void add_error_lines(ErrorLines &lines, const Subject &subject, const SweepRun &run)
+void add_error_lines(LinesLogged &lines, const Subject &subject, const SweepRun &run)
 {
-    for (const recording_host::LogLine &line : run.log) {
-        if (line.level == kErrorLevel) {
-            lines.insert(line_of(line.text));
-        }
-    }
+    add_lines(lines, run, true);
     if (subject.builder != nullptr) {
         lines.insert("= " + std::to_string(run.result));
     }
 }
 
-std::string other_error_lines(const Subject &subject, const std::string &faults,
-                              const ErrorLines &lines)
+void add_debug_lines(LinesLogged &lines, const SweepRun &run)
 {
-    const std::string start = subject.name + ' ' + faults + ": ";
-    if (const char *file = getenv("ERROR_LINES")) {
+    add_lines(lines, run, false);
+}
+
+std::string other_log_lines(const Subject &subject, const std::string &kind,
+                            const LinesLogged &lines)
+{
+    const std::string start = subject.name + ' ' + kind + ": ";
+    if (const char *file = getenv("LOG_LINES")) {
         std::ofstream(file, std::ios::app) << listed(start, {lines.begin(), lines.end()});
         return "";
     }
-    ErrorLines known;
-    std::ifstream file(ERROR_LINES);
+    LinesLogged known;
+    std::ifstream file(LOG_LINES);
     for (std::string line; std::getline(file, line);) {
         if (line.starts_with(start)) {
             known.insert(line.substr(start.size()));
@@ -67,6 +77,6 @@ std::string other_error_lines(const Subject &subject, const std::string &faults,
                         back_inserter(added));
     std::set_difference(known.begin(), known.end(), lines.begin(), lines.end(),
                         back_inserter(missing));
-    return listed("not in error_lines.txt: " + start, added) +
+    return listed("not in log_lines.txt: " + start, added) +
            listed("no longer logged: " + start, missing);
 }
