@@ -4069,7 +4069,7 @@ export interface ReportAgentTopologyChildRouterChildBaseInfo {
   DownSpeed: string;
   /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 32 bytes */
+  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes */
   AccessTime: string;
   /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
@@ -4397,7 +4397,7 @@ export interface ReportStationsMainBaseInfo {
   DownSpeed: string;
   /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 32 bytes */
+  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes */
   AccessTime: string;
   /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
@@ -4437,13 +4437,13 @@ export type ReportTopologyRequest = Record<string, never>;
 
 /** ChildInfo: routers attached to the child router; only in a mesh of type 2. */
 export interface ReportTopologyChildRouterChildInfo {
-  /** MAC address of the mesh interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the attached router, or of its mesh interface if that is not known; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   childMac: string;
 }
 
 /** ChildBaseInfo: stations of the child router; missing if the device could not report them. */
 export interface ReportTopologyChildRouterChildBaseInfo {
-  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "DA:41:7C:0E:92:B3"; at most 96 bytes */
   Mac?: string;
   /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevType?: string;
@@ -4491,7 +4491,7 @@ export interface ReportTopologyChildRouterChildBaseInfo {
 
 /** ChildRouter: the child routers; none if the mesh is off or its relations are unknown. */
 export interface ReportTopologyChildRouter {
-  /** MAC address, in the form that the device library shows to users; bytes in hexadecimal, with dashes, as on the label, e.g. "3C-6A-D2-22-81-40"; at most 32 bytes */
+  /** MAC address, in the form that the device library shows to users, if there is one; six bytes in hexadecimal, separated by dashes, as on the label, e.g. "3C-6A-D2-22-81-40"; at most 64 bytes */
   Mac: string;
   /** how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes */
   AccessType: string;
@@ -4525,9 +4525,9 @@ export interface ReportTopologyChildRouter {
   Wlan0Mac?: string;
   /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes */
   Wlan1Mac?: string;
-  /** firmware version; e.g. "V2.4.1"; at most 64 bytes */
+  /** firmware version, where the topology does not know it; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion?: string;
-  /** IP address; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes */
+  /** IP address, where the topology does not know it; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes */
   ip?: string;
   /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   ParentMacAddress?: string;
