@@ -9,10 +9,10 @@ from schemas import session_line_schema, session_request_schema
 INTRODUCTION = """\
 What `hgagent run --broker` receives and sends. A client with MQTT 5 publishes the parameters of a command on the topic
 of the command, with a response topic below `{root}/{id}/reply/` and correlation data; the gateway publishes the answer
-there. A client with MQTT 3.1.1 publishes a line, as `hgagent serve` reads it, and receives the answer on a topic of its
-own. No answer within the client's time limit: repeat the same request with the same response topic and correlation
-data. A command that changes something is still carried out once, its answer is kept for ten minutes, and a repetition
-gets the kept answer.
+there. A client with MQTT 3.1.1 publishes a line, as `hgagent serve` reads it, and receives the answer on its own reply
+topic. If no answer arrives within the client's time limit, the client repeats the request with the same response topic
+and correlation data. A command that changes something is still carried out only once: its answer is kept for ten
+minutes, and a repetition gets the kept answer.
 """
 JSON = "application/json"
 QOS = 1
@@ -49,8 +49,9 @@ def asyncapi(commands, reports, events):
     channels["answers"] = {
         "address": None,
         "title": "Answers",
-        "description": "The response topic of a request, which has to be below `{root}/{id}/reply/` unless the "
-                       "configuration of the service adds others; no wildcards, no topic that begins with `$`.",
+        "description": "Answers are published on the response topic of the request. It has to be below "
+                       "`{root}/{id}/reply/` unless the configuration of the service adds others; wildcards, and "
+                       "topics that begin with `$`, are not allowed.",
         "messages": {name: {"$ref": f"#/components/messages/{name}"} for name in [*answers, "error"]},
     }
     return {
@@ -83,10 +84,10 @@ def server(protocol, port, description):
 
 
 PARAMETERS = {
-    "root": {"default": "gateway", "description": "the option --root of the service; it decides the role of those "
-                                                   "who may publish below it"},
-    "id": {"description": "the option --id of the service: identifies the gateway", "examples": ["lindenhof"]},
-    "client": {"description": "chosen by the client: identifies it", "examples": ["app-7"]},
+    "root": {"default": "gateway", "description": "the option --root of the service; it decides the role of the "
+                                                   "clients that may publish below it"},
+    "id": {"description": "identifies the gateway: the option --id of the service", "examples": ["lindenhof"]},
+    "client": {"description": "identifies the client, which chooses it", "examples": ["app-7"]},
 }
 
 REQUEST_TRAIT = {
@@ -95,17 +96,17 @@ REQUEST_TRAIT = {
         "type": "object",
         "description": "User properties of MQTT 5; all of them can be left out.",
         "properties": {
-            "epoch": {"type": "string", "description": "of the state that the client knows. After a restart of the "
-                      "service it is another one, and a command that may change something is answered with "
+            "epoch": {"type": "string", "description": "epoch of the state that the client knows. A restart of the "
+                      "service changes the epoch: a command that may change something is then answered with "
                       "outcome-unknown instead of being carried out a second time"},
             "accept-encoding": {"const": "gzip", "description": "the answer may be compressed"},
         },
     },
     "bindings": {"mqtt": {
-        "correlationData": {"type": "string", "description": "chosen by the client, different for each request; "
-                            "repeated with the same response topic it identifies a repetition"},
+        "correlationData": {"type": "string", "description": "different for each request; the same one with the same "
+                            "response topic identifies a repetition"},
         "responseTopic": {"type": "string", "description": "where the answer is published; a request without one "
-                          "is carried out and not answered"},
+                          "is carried out but not answered"},
         "bindingVersion": "0.2.0",
     }},
 }
@@ -114,7 +115,7 @@ ANSWER_TRAIT = {
     "headers": {
         "type": "object",
         "description": "User properties of MQTT 5.",
-        "properties": {"content-encoding": {"const": "gzip", "description": "if the payload is compressed"}},
+        "properties": {"content-encoding": {"const": "gzip", "description": "only if the payload is compressed"}},
     },
     "bindings": {"mqtt": {
         "correlationData": {"type": "string", "description": "that of the request"}, "bindingVersion": "0.2.0"}},
@@ -247,8 +248,8 @@ def state_schema():
         "type": "object",
         "required": ["online"],
         "properties": {
-            "online": {"type": "boolean", "description": "false: the gateway is not connected to the broker; the "
-                                                         "broker publishes it as the last will"},
+            "online": {"type": "boolean", "description": "false in the last will, which the broker publishes "
+                                                         "when the connection is lost"},
             "protocol": {"type": "string", "description": "version of the commands and lines", "examples": ["1.0"]},
             "service": {"type": "string", "description": "version of the service", "examples": ["0.2.0"]},
             "epoch": {"type": "string", "description": "identifies this start of the service"},
@@ -268,11 +269,12 @@ def add_state(channels, operations, messages):
         ],
     }
     channels["state"] = channel("state", "State of the gateway",
-                                "Retained, and published by the broker as the last will when the connection is lost.",
+                                "Whether the gateway is connected. Retained; when the connection is lost, the broker "
+                                "publishes the last will.",
                                 "state")
     messages["state.get"] = {
         "title": "A request for the state",
-        "summary": "The payload does not matter",
+        "summary": "The payload is ignored",
         "payload": {},
         "examples": [{"name": "request", "payload": {}}],
     }
@@ -283,7 +285,7 @@ def add_state(channels, operations, messages):
         "action": "receive",
         "channel": {"$ref": "#/channels/state.get"},
         "title": "state.get",
-        "summary": "Has the state published again",
+        "summary": "Requests the state again",
         "tags": [{"name": "State"}],
         "traits": [{"$ref": "#/components/operationTraits/at-least-once"}],
         "messages": [{"$ref": "#/channels/state.get/messages/state.get"}],

@@ -72,10 +72,14 @@ def keys_with_items(keys):
 def limits(key, in_request):
     """Notes on a key's value in addition to its type and its meaning."""
     if "form" in key:
-        form = [*([] if key["form"] == ANY_TEXT else [key["form"]]), *([key["unit"]] if "unit" in key else []),
-                f"as in {json.dumps(key['example'], ensure_ascii=False)}"]
-        yield ", ".join(form)
+        known = key["form"] == ANY_TEXT or key["form"] in key.get("meaning", "")
+        example = key["example"] if key.get("type") == "number" else json.dumps(key["example"], ensure_ascii=False)
+        form = [*([] if known else [key["form"]]), *([f"in {key['unit']}"] if "unit" in key else []),
+                *([] if "values" in key else [f"e.g. {example}"])]
+        if form:
+            yield ", ".join(form)
     if "max_bytes" in key:
-        yield f"{'truncated to' if in_request else 'at most'} {key['max_bytes']} bytes"
+        yield (f"{'truncated to' if in_request else 'at most'} {key['max_bytes']} "
+               f"byte{'' if key['max_bytes'] == 1 else 's'}")
     if key.get("secret"):
         yield "secret"

@@ -150,9 +150,9 @@ def declaration(field, record):
 
 
 def field_note(interface, field):
-    """The meaning, with the unit or the form where that adds to it."""
-    form = interface.forms[field["form"]] if "form" in field else {}
-    brief = form.get("brief", form.get("unit"))
+    """The meaning, with the unit or the form unless the meaning itself has values in quotes."""
+    form = interface.forms[field["form"]] if "form" in field and '"' not in field["meaning"] else {}
+    brief = form.get("brief", form.get("unit", "")).replace(" ", TIE)
     meaning, semicolon, rest = field["meaning"].partition(";")
     return (meaning + (f", {brief}" if brief else "") + semicolon + rest
             + ("; a negative number means none" if field.get("negative") else ""))

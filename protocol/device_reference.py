@@ -3,6 +3,7 @@
 
 import re
 
+from descriptions import ANY_TEXT
 from device_interface import field_kind, prototype
 from device_sentences import result_sentences, rooms, sentence
 from reference import code, table
@@ -81,9 +82,9 @@ def value_text(interface, owner):
         return ""
     form = interface.forms[owner["form"]]
     example = owner.get("example", form["example"])
-    unit = f", {form['unit']}" if "unit" in form else ""
-    said = "" if form["text"] == example else f"{form['text']}{unit}: "
-    return (said + code(example) + (f"; empty: {owner['empty']}" if "empty" in owner else "")
+    parts = [*([] if form["text"] == ANY_TEXT else [form["text"]]), *([f"in {form['unit']}"] if "unit" in form else []),
+             *([] if "values" in form else [f"e.g. {code(example)}"])]
+    return (", ".join(parts) + (f"; empty: {owner['empty']}" if "empty" in owner else "")
             + (f". **Read by the plug-in:** {owner['read_as']}" if "read_as" in owner else ""))
 
 

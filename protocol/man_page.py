@@ -5,8 +5,10 @@ import json
 import re
 import textwrap
 
+from device_interface import ROOT
+
 HEAD = r""".\" Generated from protocol/ by protocol/generate.py.
-.Dd November 21, 2026
+.Dd DATE
 .Dt HG-PROTOCOL 7
 .Os
 .Sh NAME
@@ -29,9 +31,9 @@ The meaning of each key is shown by
 .Ql hgagent describe NAME .
 """
 EVENTS = r""".Sh EVENTS
-What happens by itself is reported by
+Events report what happens without a request:
 .Ql hgagent serve --events
-and by the service in lines
+and the service write lines
 .Li {\(dqevent\(dq: NAME, \(dqdata\(dq: {...}} .
 """
 WRAPPING = {"break_long_words": False, "break_on_hyphens": False}
@@ -42,13 +44,19 @@ TAIL = r""".Sh SEE ALSO
 
 
 def man_page(descriptions, events, introduction):
-    parts = [HEAD, introduction_text(introduction), NOTATION, ".Bl -tag -width 4n\n"]
+    parts = [HEAD.replace("DATE", date_of_pages()), introduction_text(introduction), NOTATION, ".Bl -tag -width 4n\n"]
     for description in descriptions:
         parts += entry(description)
     parts += [".El\n", EVENTS, ".Bl -tag -width 4n\n"]
     for event in events:
         parts += event_entry(event)
     return "".join([*parts, ".El\n", TAIL])
+
+
+def date_of_pages():
+    """The date of all manual pages, which is written in that of hgagent(1)."""
+    page = (ROOT / "docs/man/hgagent.1").read_text(encoding="utf-8")
+    return re.search(r"^\.Dd (.+)$", page, re.MULTILINE)[1]
 
 
 def event_entry(event):

@@ -8,8 +8,8 @@ from schemas import CODES
 
 HEADER = "<!-- Generated from protocol/ by protocol/generate.py. -->\n# Messages on MQTT\n"
 DOCUMENT = """
-For programs, `protocol/asyncapi.json` describes the same in the form of AsyncAPI 3.0, with the schema of each payload
-in one file; `protocol/openapi.json` describes the HTTP interface of the service in the form of OpenAPI 3.1, and
+For programs, `protocol/asyncapi.json` describes the same as AsyncAPI 3.0, with the schema of each payload
+in one file; `protocol/openapi.json` describes the HTTP interface of the service as OpenAPI 3.1, and
 `protocol/types` has the types of all payloads for TypeScript and Python. The commands with their keys and examples
 are in [protocol.md](protocol.md).
 """
@@ -35,14 +35,14 @@ mosquitto_pub -t gateway/lindenhof/request/me -m '{"id": 1, "command": "GET_SN_I
 def messages_page(document, commands):
     parts = [HEADER, document["info"]["description"].split("\n\nValues are")[0].rstrip() + "\n", DOCUMENT.strip() + "\n"]
     parts += ["## Topics\n", table(("Topic", "Direction", "Payload"), topic_rows(document)),
-              "Events and the state have QoS 1, and an answer has that of its request: 1 is recommended, with 0 a request "
-              "or its answer can be lost. Only the state is retained. The parts of the topics:\n",
+              "Events and the state have QoS 1, and an answer has the QoS of its request. QoS 1 is recommended: with QoS 0, "
+              "a request or its answer can be lost. Only the state is retained. The parts of the topics:\n",
               table(("Part", "Meaning"), [(f"`{{{name}}}`", parameter_text(parameter)) for name, parameter
                                           in document["components"]["parameters"].items()])]
     parts += [BY_HAND.strip() + "\n", "## Requests\n", request_text(document)]
     parts += ["## Answers\n", document["channels"]["answers"]["description"] + "\n", answer_text(document)]
     parts += ["## Topics of commands\n", "Each topic is `{root}/{id}/command/` and the name. Commands that change "
-              "something are in bold; those that may take longer than 30 seconds have their time.\n",
+              "something are in bold; the time limit of a command is 30 seconds unless another one is given.\n",
               table(("Subject", "Commands"), command_rows(commands))]
     parts += ["## Topics of reports\n", "Each topic is `{root}/{id}/report/` and the name.\n",
               table(("Report", "What it is", "Parameters"), report_rows(document))]
@@ -59,7 +59,7 @@ def parameter_text(parameter):
 
 
 def topic_rows(document):
-    kinds = {"command": "parameters of the command as a JSON object; none is the same as `{}`",
+    kinds = {"command": "parameters of the command as a JSON object; an empty payload is the same as `{}`",
              "report": "parameters of the report, as above", "event": "data of the event as a JSON object"}
     shown = set()
     for operation in document["operations"].values():
@@ -98,9 +98,9 @@ def answer_text(document):
     error = shown["error"]["examples"][0]["payload"]
     return "\n".join([
         table(("Property of MQTT 5", "Value", "Meaning"), property_rows(trait, "text")),
-        "The payload has a `result` and a `reply`, or an `error` and a `code`. The `result` is 0 for a command, "
-        "-3 if there is no such command, whose `reply` is then the parameters unchanged, and for a report that of its "
-        "function:\n",
+        "The payload has a `result` and a `reply`, or an `error` and a `code`. The `result` of a command is 0, or -3 if "
+        "there is no such command, and the `reply` is then the unchanged parameters; that of a report is the result "
+        "of its function:\n",
         fenced(shown["SET_HG_BASE_INFO.answer"]["examples"][0]["payload"]) + fenced(error),
         table(("`code`", "Meaning"), [(f"`{code}`", meaning) for code, (_, meaning) in CODES.items()])])
 

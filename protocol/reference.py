@@ -1,32 +1,34 @@
 # SPDX-License-Identifier: MIT
 """Generates docs/protocol.md from the descriptions: every command with its request, replies and example."""
 
+import itertools
 import json
 
 from descriptions import limits
+from device_sentences import listed
 
 HEADER = "<!-- Generated from protocol/ by protocol/generate.py. -->\n# The protocol\n"
 SCHEMAS = """
 For programs, `protocol/schemas` has two JSON Schemas (2020-12) for each command, `NAME.request.json` and
 `NAME.reply.json`. They cannot express the order of keys, or repeated keys. Widths in bytes, units and forms are
-included as notes: `x-max-bytes`, `x-unit`, `x-values`, `x-pattern`. `protocol/complete` has the whole description
+only notes: `x-max-bytes`, `x-unit`, `x-values`, `x-pattern`. `protocol/complete` has the complete description
 of each command in one JSON file. The device functions that a command calls are described in
 [device_access.md](device_access.md).
 
-The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=1767225600` gives exactly these
+The examples are recorded: a new simulated gateway with `SIMULATED_GATEWAY_TIME=1767225600` returns exactly these
 replies, except for the `AccessTime` of GET_TSLINK_TOPOLOGY_INFO, which uses the computer's clock.
 """
 
 EVENTS = """
-What happens by itself: [`hgagent serve --events`](agent.md#events---events) writes a line for it,
-`{"event": NAME, "data": {...}}`, between its answers, and the service passes it on to clients that have subscribed.
+Events report what happens without a request: [`hgagent serve --events`](agent.md#events---events) writes a line
+`{"event": NAME, "data": {...}}` for each, between its answers, and the service sends it to clients that have subscribed.
 `protocol/schemas` has a JSON Schema of each event's data, `NAME.event.json`, and two of the lines:
 `session.request.json` for those that a client writes, `session.line.json` for those that it reads.
 """
 
 
 REPORTS = """
-What the plug-in builds for its agent in addition to the replies to commands: [`hgagent report`](agent.md#reports-report) and
+Reports are what the plug-in builds for its agent without a command: [`hgagent report`](agent.md#reports-report) and
 `{"report": NAME, "params": {...}}` request them. The request's keys are the parameters. The `result` of an answer is
 that of the function, 0 for success.
 """
@@ -100,14 +102,15 @@ def call_parts(description):
     else:
         yield "**Request**: no keys.\n"
 
-    shown = []
+    shown, earlier = [], []
     plain = [reply for reply in description["replies"] if is_plain_failure(reply)]
     for reply in description["replies"]:
         if reply not in plain:
             yield f"**Reply, {reply['outcome']}**: {reply['when']}." + removed_note(reply, description) + "\n"
-            yield table(("Key", "Value", "Meaning"), reply_rows(reply["keys"], shown))
+            if reply["keys"]:
+                yield table(("Key", "Value", "Meaning"), collapsed(reply_rows(reply["keys"], shown), earlier))
     if plain:
-        yield "**Failures**: `Status` is `\"1\"`, and then\n"
+        yield "**Failures**: `Status` is `\"1\"`, followed by `FailReason`:\n"
         yield table(("`FailReason`", "When", "Removed"),
                     [(code(reply["keys"][1]["text"]), reply["when"], removed_keys(reply, description) or "–")
                      for reply in plain])
@@ -126,13 +129,12 @@ def is_plain_failure(reply):
 
 def removed_keys(reply, description):
     names = reply.get("removes", [])
+    if_text = reply.get("removes_if_text", [])
     texts = ", ".join(f"`{name}`" for name in names)
-    if len(names) > 1 and names == [key["key"] for key in description["request"]]:
+    if len(names) > 1 and {*names, *if_text} == {key["key"] for key in description["request"]}:
         texts = "all request keys"
-    if "removes_if_text" in reply:
-        named = ", ".join(f"`{name}`" for name in reply["removes_if_text"])
-        texts += f"{', ' if texts else ''}{named} if it is a string"
-    return texts
+    only = listed([f"`{name}`" for name in if_text])
+    return texts + (f"; {only} only if they are strings" if only else "")
 
 
 def removed_note(reply, description):
@@ -161,6 +163,29 @@ def reply_rows(keys, shown, path=""):
         if "items" in key and not known:
             shown.append(key)
             yield from reply_rows(key["items"], shown, below(name, key["type"]))
+
+
+def collapsed(rows, earlier):
+    """The rows of a reply, with one row in place of each three or more that follow each other in an earlier reply."""
+    rows = list(rows)
+    at = 0
+    while at < len(rows):
+        length = max((repeated(rows[at:], before) for before in earlier), default=0)
+        if length > 2:
+            yield f"{rows[at][0]} to {rows[at + length - 1][0]}", "", "as above"
+        else:
+            length = 1
+            yield rows[at]
+        at += length
+    earlier.append(rows)
+
+
+def repeated(rows, before):
+    """How many of the rows, from the first one, follow each other in those of an earlier reply."""
+    if rows[0] not in before:
+        return 0
+    pairs = zip(rows, before[before.index(rows[0]):])
+    return sum(1 for _ in itertools.takewhile(lambda pair: pair[0] == pair[1], pairs))
 
 
 def below(name, kind):

@@ -131,7 +131,7 @@ def kept_keys(description, replies):
         if any(key["key"] not in reply.get("removes", []) for reply in replies):
             is_text = "type" not in key and all(key["key"] not in reply.get("removes_if_text", []) for reply in replies)
             kept.append({"key": key["key"], "type": "text" if is_text else "any", "optional": True,
-                         "meaning": "that of the request"})
+                         "meaning": "unchanged from the request"})
     return kept
 
 

@@ -22,7 +22,7 @@ Exit status:
      conformance: a check failed; replay, diff: a difference; with --socket: the service refused; mqtt-call: as call, or a
      gateway refused or did not answer
   2  usage error, a request that is not a JSON object, or a file that is not a recording
-  3  no such command or report
+  3  no such command, report or event
   4  a library cannot be loaded, the simulated gateway cannot be opened, or a service or broker cannot
      be reached
   5  standard input or output failed, or the file of --junit, --request-file or --ids
@@ -126,7 +126,7 @@ void add_socket(CLI::App &app, CLI::App *subcommand, Options &options)
     CLI::Option *socket =
         subcommand
             ->add_option("--socket", options.socket,
-                         "Unix socket of a running service, which is asked instead of libraries")
+                         "Unix socket of a running service, which is used instead of libraries")
             ->type_name("PATH")
             ->allow_extra_args(false);
     exclude_library_options(app, socket);

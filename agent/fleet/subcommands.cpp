@@ -35,7 +35,7 @@ void add_fleet(CLI::App &app, Options &options)
     add("--prefix", fleet->prefix, "Beginning of their names, PREFIX-NUMBER; \"home\" by default",
         "PREFIX");
     add("--scenario", fleet->mix, "Homes that they start from, with weights", "NAME[=WEIGHT],...");
-    add("--seed", fleet->seed, "What the homes and their faults are drawn from; 1 by default",
+    add("--seed", fleet->seed, "Start of the random choice of homes and faults; 1 by default",
         "SEED");
     add("--ramp", fleet->ramp, "Gateways that start each second; by default as the broker allows",
         "PER_SECOND")
@@ -49,8 +49,8 @@ void add_fleet(CLI::App &app, Options &options)
     add("--reconnect-spread", fleet->reconnect_spread,
         "Time within which gateways that have lost the broker come back", "SECONDS")
         ->check(CLI::Range(0.1, 86400.0).description(""));
-    add("--metrics", fleet->metrics, "File for the numbers of the fleet, in the form of Prometheus",
-        "FILE");
+    add("--metrics", fleet->metrics,
+        "File for the metrics of the fleet, in the text format of Prometheus", "FILE");
     add("--log", fleet->log, "File for what the gateways write, each line with its name", "FILE");
     command->require_subcommand(0, 1);
     command->footer(R"(

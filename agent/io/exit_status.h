@@ -8,7 +8,7 @@ enum ExitStatus {
     kSuccess = 0,
     kCommandFailed = 1,  // the reply's "Status" is not "0"; refused, failed, nothing found
     kWrongUsage = 2,     // also a request that is not a JSON object
-    kUnknownCommand = 3, // no such command or report
+    kUnknownCommand = 3, // no such command, report or event
     kCannotLoad = 4,     // a library cannot be loaded, or the simulated gateway cannot be opened
     kCannotWrite = 5,    // standard input or output failed, or a file of requests or results
     kOutOfMemory = 6,    // before there was a request to answer

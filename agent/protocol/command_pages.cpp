@@ -30,17 +30,24 @@ std::string joined(const std::vector<std::string> &words, const std::string &sep
     return text;
 }
 
-// The form of its value in words, with the unit and an example.
+// The form of its value in words, with the unit, and an example unless the form lists the values.
 std::string form_of(const Description &key)
 {
     std::vector<std::string> parts;
-    if (key["form"].text() != "any text") {
-        parts.push_back(key["form"].text());
+    if (!key.contains("form")) {
+        return "";
+    }
+    const std::string form = key["form"].text();
+    if (form != "any text" && key["meaning"].text().find(form) == std::string::npos) {
+        parts.push_back(form);
     }
     if (key.contains("unit")) {
-        parts.push_back(key["unit"].text());
+        parts.push_back("in " + key["unit"].text());
     }
-    parts.push_back("as in " + key["example"].as_json());
+    if (!key.contains("values")) {
+        const Description example = key["example"];
+        parts.push_back("e.g. " + (key["type"] == "number" ? example.text() : example.as_json()));
+    }
     return joined(parts, ", ");
 }
 
@@ -51,7 +58,7 @@ std::string about(const Description &key, bool in_request)
     if (in_request) {
         parts.emplace_back(key["required"].is_true() ? "required" : "optional");
     } else if (key["optional"].is_true()) {
-        parts.emplace_back("not always");
+        parts.emplace_back("not always present");
     }
     if (key.contains("type") && key["type"].text() != "text") {
         parts.push_back(key["type"].text());
@@ -76,8 +83,8 @@ std::string about(const Description &key, bool in_request)
     if (key.contains("meaning")) {
         parts.push_back(key["meaning"].text());
     }
-    if (key.contains("form")) {
-        parts.push_back(form_of(key));
+    if (std::string form = form_of(key); !form.empty()) {
+        parts.push_back(std::move(form));
     }
     if (key.contains("found_in")) {
         parts.push_back("reported by " + key["found_in"]["command"].text());
@@ -130,8 +137,7 @@ void print_page(std::ostream &page, const Description &command)
     }
     facts.print(page, "");
 
-    page << "\nRequest" << (command["case_sensitive"].is_true() ? " (capitals as here)" : "")
-         << '\n';
+    page << "\nRequest" << (command["case_sensitive"].is_true() ? " (case-sensitive)" : "") << '\n';
     print_keys(page, command["request"], true);
 
     for (const Description &reply : command["replies"]) {
@@ -140,6 +146,10 @@ void print_page(std::ostream &page, const Description &command)
         const std::vector<std::string> removed = reply["removes"].texts();
         if (!removed.empty()) {
             page << "    Removed from the object: " << joined(removed, ", ") << '\n';
+        }
+        const std::vector<std::string> strings = reply["removes_if_text"].texts();
+        if (!strings.empty()) {
+            page << "    Removed if they are strings: " << joined(strings, ", ") << '\n';
         }
     }
 

@@ -64,7 +64,7 @@ export function fieldOf(key: RequestKey, value: string): FieldDescription {
     const meaning = key.meaning.split(";")[0]!;
     const shared = { name: key.key, required: key.required && key.pattern !== undefined };
     if (values?.join() === "0,1") {
-        return { ...shared, type: "checkbox", label: capital(meaning.replace(/^"1" when /, "")) };
+        return { ...shared, type: "checkbox", label: capital(meaning.replace(/^whether /, "")) };
     }
     const label = capital(meaning) + (key.unit === undefined ? "" : ` in ${key.unit}`);
     if (values !== undefined) {

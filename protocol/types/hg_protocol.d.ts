@@ -5,7 +5,7 @@
 
 /** CHILD_HG_LOCAL_RECOVERY: Restores the factory settings of a child router. */
 export interface ChildHgLocalRecoveryRequest {
-  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
+  /** identifier of the child router; MAC address without colons, e.g. "3C6AD2228140" */
   DeviceID: string;
 }
 
@@ -16,7 +16,7 @@ export interface ChildHgLocalRecoverySuccess {
 
 /** CHILD_HG_LOCAL_RECOVERY, failure. */
 export interface ChildHgLocalRecoveryFailure {
-  /** that of the request */
+  /** unchanged from the request */
   DeviceID?: string;
   Status: "1";
   /** "DeviceID Not Found": the key is missing or not a string; "send json to child err": the command could not be sent */
@@ -28,7 +28,7 @@ export type ChildHgLocalRecoveryReply = ChildHgLocalRecoverySuccess | ChildHgLoc
 
 /** DEL_LAN_DEVICE: Removes an attached device. */
 export interface DelLanDeviceRequest {
-  /** MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20" */
+  /** MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20" */
   MAC: string;
 }
 
@@ -39,7 +39,7 @@ export interface DelLanDeviceSuccess {
 
 /** DEL_LAN_DEVICE, failure. */
 export interface DelLanDeviceFailure {
-  /** that of the request */
+  /** unchanged from the request */
   MAC?: string;
   Status: "1";
   /** "parama is errer!": the key is missing; "MAC  value is NULL": the key is present but not a string; "set tslink config failed": the device refused the change */
@@ -55,9 +55,9 @@ export type GetAdminInfoRequest = Record<string, never>;
 /** GET_ADMIN_INFO, success: the device answered. */
 export interface GetAdminInfoSuccess {
   Status: "0";
-  /** name of the administrator; as in "admin"; at most 128 bytes */
+  /** name of the administrator; e.g. "admin"; at most 128 bytes */
   Name: string;
-  /** password of the account or of the web login; as in "zaun-und-tor-58"; at most 128 bytes; secret */
+  /** password of the administrator; e.g. "zaun-und-tor-58"; at most 128 bytes; secret */
   Password: string;
 }
 
@@ -76,43 +76,43 @@ export type GetAdBaseInfoRequest = Record<string, never>;
 
 /** BaseInfo: the devices. */
 export interface GetAdBaseInfoBaseInfo {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
   Mac: string;
-  /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
+  /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevType: string;
-  /** its manufacturer; as in "Eichhorn Computer"; at most 32 bytes */
+  /** manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes */
   DevFactory: string;
-  /** the type of device again; the model is not known; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** the same as DevType: the model is not known; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevModle: string;
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user; as in "Anna"; at most 32 bytes */
+  /** name given by the user; e.g. "Anna"; at most 32 bytes */
   ByName: string;
-  /** operating system; as in "Linux"; at most 32 bytes */
+  /** operating system; e.g. "Linux"; at most 32 bytes */
   OS: string;
-  /** version of the operating system; as in "6.1"; at most 32 bytes */
+  /** version of the operating system; e.g. "6.1"; at most 32 bytes */
   Version: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
-  /** "1" when it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes */
+  /** whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes */
   NetMonopoly: string;
-  /** how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes */
+  /** how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes */
   AccessType: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes */
   AccessEnable: string;
-  /** time at which it was attached; seconds since 1970, s, as in "1767225600"; at most 32 bytes */
+  /** time at which it was attached; Unix time, in s, e.g. "1767225600"; at most 32 bytes */
   AccessTime: string;
-  /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes */
   DownSpeed: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it is under parental control; 1 for on, 0 for off; at most 8 bytes */
   GreennetProtectEnable: string;
-  /** "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   StaticDhcpEnable: string;
 }
 
@@ -138,19 +138,19 @@ export type GetApAlgAbilityRequest = Record<string, never>;
 
 /** GET_AP_ALG_ABILITY, success: the device answered. */
 export interface GetApAlgAbilitySuccess {
-  /** "1" when the PPTP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the PPTP helper is on; 1 for on, 0 for off; at most 8 bytes */
   PPTP: string;
-  /** "1" when the FTP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the FTP helper is on; 1 for on, 0 for off; at most 8 bytes */
   FTP: string;
-  /** "1" when the IPsec helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the IPsec helper is on; 1 for on, 0 for off; at most 8 bytes */
   IPSEC: string;
-  /** "1" when the L2TP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the L2TP helper is on; 1 for on, 0 for off; at most 8 bytes */
   L2TP: string;
-  /** "1" when the RTSP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the RTSP helper is on; 1 for on, 0 for off; at most 8 bytes */
   RTSP: string;
-  /** "1" when the H.323 helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the H.323 helper is on; 1 for on, 0 for off; at most 8 bytes */
   H323: string;
-  /** "1" when the SIP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the SIP helper is on; 1 for on, 0 for off; at most 8 bytes */
   SIP: string;
   Status: "0";
 }
@@ -170,7 +170,7 @@ export type GetApMultiserviceModeRequest = Record<string, never>;
 
 /** GET_AP_MULTISERVICE_MODE, success: the device answered. */
 export interface GetApMultiserviceModeSuccess {
-  /** the mode; NONE, SSID or VLAN, as in "VLAN"; at most 8 bytes */
+  /** the mode; NONE, SSID or VLAN; at most 8 bytes */
   Mode: string;
   Status: "0";
 }
@@ -190,11 +190,11 @@ export type GetAttachDeviceRightRequest = Record<string, never>;
 
 /** MACList: the devices. */
 export interface GetAttachDeviceRightMACList {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 64 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 64 bytes */
   MAC: string;
-  /** host name; as in "workshop-pc"; at most 64 bytes */
+  /** host name; e.g. "workshop-pc"; at most 64 bytes */
   name: string;
-  /** the right; ALLOW or DENY, as in "ALLOW"; at most 64 bytes */
+  /** whether the device may reach the Internet; ALLOW or DENY; at most 64 bytes */
   InternetAccessRight: string;
 }
 
@@ -216,7 +216,7 @@ export interface GetChildRouterAdBaseInfoRequest {
 
 /** GET_CHILD_ROUTER_AD_BASE_INFO, success: the child router replied. */
 export interface GetChildRouterAdBaseInfoSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   DeviceID?: unknown;
   /** the devices, as the child router describes them */
   BaseInfo: unknown;
@@ -225,7 +225,7 @@ export interface GetChildRouterAdBaseInfoSuccess {
 
 /** GET_CHILD_ROUTER_AD_BASE_INFO, failure. */
 export interface GetChildRouterAdBaseInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   DeviceID?: unknown;
   Status: "1";
   /** "DeviceID Not Found": the identifier is missing; "Get json_str fail": memory ran out before the command was sent; "sendto tslink or retinfo fail": the command could not be sent, or there was no reply; "Get child_adbaseinfo fail": the child router's reply is not JSON; "BaseInfo is NULL": the child router's reply does not contain the devices; "cJSON_Print fail": memory ran out for the devices */
@@ -235,12 +235,12 @@ export interface GetChildRouterAdBaseInfoFailure {
 /** Reply of GET_CHILD_ROUTER_AD_BASE_INFO. */
 export type GetChildRouterAdBaseInfoReply = GetChildRouterAdBaseInfoSuccess | GetChildRouterAdBaseInfoFailure;
 
-/** GET_GATEWAY_NET_FAULT: Reason for a network fault. */
+/** GET_GATEWAY_NET_FAULT: Reason for a network fault, if there is one. */
 export type GetGatewayNetFaultRequest = Record<string, never>;
 
 /** GET_GATEWAY_NET_FAULT, success: the device answered. */
 export interface GetGatewayNetFaultSuccess {
-  /** reason for the fault, as reported by the device; LINK_DOWN, NO_ADDRESS, AUTH_FAILED or DNS_FAILED, as in "NO_ADDRESS"; at most 16 bytes */
+  /** reason for the fault; "NULL" if there is none; LINK_DOWN, NO_ADDRESS, AUTH_FAILED or DNS_FAILED; at most 16 bytes */
   NetFaultReason: string;
   Status: "0";
 }
@@ -258,13 +258,13 @@ export type GetGreennetDeviceListRequest = Record<string, never>;
 
 /** DeviceList: the devices, 64 at most. */
 export interface GetGreennetDeviceListDeviceList {
-  /** MAC address; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; at most 64 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "72:9B:E0:46:D8:15"; at most 64 bytes */
   Mac: string;
-  /** name given by the user; as in "Jonas"; at most 64 bytes */
+  /** name given by the user; e.g. "Jonas"; at most 64 bytes */
   Name: string;
-  /** "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether notices about the device are wanted; 1 for on, 0 for off; at most 8 bytes */
   NotifyEnable: string;
-  /** "1" when its protect periods are in force; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether its protect periods are in force; 1 for on, 0 for off; at most 8 bytes */
   ProtectEnable: string;
 }
 
@@ -290,7 +290,7 @@ export type GetGreennetEnableRequest = Record<string, never>;
 
 /** GET_GREENNET_ENABLE, success: the device answered. */
 export interface GetGreennetEnableSuccess {
-  /** "1" when parental control is on; 1 for on, 0 for off, as in "1"; at most 256 bytes */
+  /** whether parental control is on; 1 for on, 0 for off; at most 256 bytes */
   Enable: string;
   Status: "0";
 }
@@ -307,25 +307,25 @@ export type GetGreennetEnableReply = GetGreennetEnableSuccess | GetGreennetEnabl
 
 /** GET_GREENNET_PROTECT_PERIOD_LIST: The periods in which a device is restricted. */
 export interface GetGreennetProtectPeriodListRequest {
-  /** MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; truncated to 63 bytes */
+  /** MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; truncated to 63 bytes */
   Mac: string;
 }
 
 /** Sleep: the periods. */
 export interface GetGreennetProtectPeriodListSleep {
-  /** start of the period; HH:MM, from 00:00 to 23:59, as in "22:00"; at most 8 bytes */
+  /** start of the period; HH:MM, from 00:00 to 23:59, e.g. "22:00"; at most 8 bytes */
   StartTime: string;
-  /** end of the period; HH:MM, from 00:00 to 23:59, as in "07:30"; at most 8 bytes */
+  /** end of the period; HH:MM, from 00:00 to 23:59, e.g. "07:30"; at most 8 bytes */
   EndTime: string;
-  /** "1" when the period is in force; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the period is in force; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
-  /** days on which it begins; 1 (Monday) to 7, without commas, as in "12345"; at most 8 bytes */
+  /** days on which it begins; 1 (Monday) to 7, without separators, e.g. "12345"; at most 8 bytes */
   DaysOfWeek: string;
 }
 
 /** GET_GREENNET_PROTECT_PERIOD_LIST, success: the device reported every period. */
 export interface GetGreennetProtectPeriodListSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   Mac?: string;
   Status: "0";
   /** the periods */
@@ -334,7 +334,7 @@ export interface GetGreennetProtectPeriodListSuccess {
 
 /** GET_GREENNET_PROTECT_PERIOD_LIST, failure. */
 export interface GetGreennetProtectPeriodListFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Mac?: string;
   Status: "1";
   /** "json node: mac not found": Mac is missing or not a string; "xml mac index not found": the device is not under parental control; "get protect period list failed": a period could not be read */
@@ -350,53 +350,53 @@ export type GetHgBaseInfoRequest = Record<string, never>;
 /** GET_HG_BASE_INFO, success: the device answered at least one of the three calls; what it could not report is empty. */
 export interface GetHgBaseInfoSuccess {
   Status: "0";
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   Mac: string;
-  /** state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes */
+  /** state of the Internet connection; 1 for up, 0 for down; at most 16 bytes */
   NetStatus: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes */
   DownSpeed: string;
-  /** state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes */
+  /** state of the first radio; a device may also write "up"; 1 for on, 0 for off; at most 32 bytes */
   WiFiStatus1: string;
-  /** state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes */
+  /** state of the second radio, as WiFiStatus1; 1 for on, 0 for off; at most 32 bytes */
   WiFiStatus2: string;
-  /** network name of the first radio; as in "Lindenhof"; at most 32 bytes */
+  /** network name of the first radio; e.g. "Lindenhof"; at most 32 bytes */
   SSID1: string;
-  /** network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes */
+  /** network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes */
   SSID2: string;
-  /** IP address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** IP address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   ip: string;
-  /** hardware version; as in "V1.2"; at most 32 bytes */
+  /** hardware version; e.g. "V1.2"; at most 32 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since the system started; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes */
   UpTime: string;
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 32 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 32 bytes */
   AreaCode: string;
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes */
   Wlan1Mac: string;
-  /** type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes */
+  /** type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes */
   WanLinkMode: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   Cpu: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   Memory: string;
-  /** address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   LanIp: string;
-  /** address of the default gateway; IPv4 address, as in "100.72.0.1"; at most 32 bytes */
+  /** address of the default gateway; IPv4 address, e.g. "100.72.0.1"; at most 32 bytes */
   WanGateWay: string;
-  /** DNS servers; addresses, with commas, as in "100.64.0.53,100.64.1.53"; at most 65 bytes */
+  /** DNS servers; IP addresses, separated by commas, e.g. "100.64.0.53,100.64.1.53"; at most 65 bytes */
   Dns: string;
   /** always this string of two characters, not an array */
   MeshInfo: "[]";
@@ -418,13 +418,13 @@ export type GetHgDhcpInfoRequest = Record<string, never>;
 /** GET_HG_DHCP_INFO, success: the device answered. */
 export interface GetHgDhcpInfoSuccess {
   Status: "0";
-  /** "1" when the server is on; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the server is on; 1 for on, 0 for off; at most 16 bytes */
   Enable: string;
-  /** address of the server; IPv4 address, as in "192.168.1.1"; at most 64 bytes */
+  /** address of the server; IPv4 address, e.g. "192.168.1.1"; at most 64 bytes */
   IPAddress: string;
-  /** subnet mask; IPv4 mask, as in "255.255.255.0"; at most 64 bytes */
+  /** subnet mask; IPv4 mask, e.g. "255.255.255.0"; at most 64 bytes */
   SubNetMask: string;
-  /** gateway address that the server hands out; IPv4 address, as in "192.168.1.1"; at most 64 bytes */
+  /** gateway address that the server hands out; IPv4 address, e.g. "192.168.1.1"; at most 64 bytes */
   GateWay: string;
 }
 
@@ -440,44 +440,44 @@ export type GetHgDhcpInfoReply = GetHgDhcpInfoSuccess | GetHgDhcpInfoFailure;
 
 /** GET_HG_GUEST_SSID: The guest network of one band. */
 export interface GetHgGuestSsidRequest {
-  /** the band; 2.4GHz or 5GHz, as in "2.4GHz"; truncated to 15 bytes */
+  /** the band; 2.4GHz or 5GHz; truncated to 15 bytes */
   Band: string;
 }
 
 /** GET_HG_GUEST_SSID, success: the device answered. */
 export interface GetHgGuestSsidSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   Band?: string;
-  /** "1" when the guest network is on; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the guest network is on; 1 for on, 0 for off; at most 16 bytes */
   Enable: string;
-  /** permissions of guests; FULL, or GUEST for Internet access only, as in "GUEST"; at most 8 bytes */
+  /** permissions of guests; FULL, or GUEST for Internet access only; at most 8 bytes */
   PermissionProperty: string;
-  /** network name; as in "Lindenhof-Guest"; at most 64 bytes */
+  /** network name; e.g. "Lindenhof-Guest"; at most 64 bytes */
   SSID: string;
-  /** whole days for which it stays open; whole number, -1 for no limit, days, as in "2"; at most 8 bytes */
+  /** days for which the guest network stays open; whole number, -1 for no limit, in days, e.g. "2"; at most 8 bytes */
   ContinueTime: string;
-  /** "1" when the band's radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the band's radio is on; 1 for on, 0 for off; at most 8 bytes */
   RadioEnable: string;
-  /** hours for which it stays open; whole number, -1 for no limit, h, as in "3"; at most 8 bytes */
+  /** hours for which the guest network stays open, in addition to the days; whole number, -1 for no limit, in h, e.g. "3"; at most 8 bytes */
   HourTime: string;
-  /** seconds for which it stays open; whole number, -1 for no limit, s, as in "183600"; at most 16 bytes */
+  /** seconds for which the guest network stays open; whole number, -1 for no limit, in s, e.g. "183600"; at most 16 bytes */
   EndTimestamp: string;
-  /** time left; whole number, -1 for no limit, s, as in "183600"; at most 16 bytes */
+  /** seconds until the guest network closes; whole number, -1 for no limit, in s, e.g. "183600"; at most 16 bytes */
   Remainingtime: string;
-  /** password of the guest network; as in "willkommen24"; at most 64 bytes; secret */
+  /** password of the guest network; e.g. "willkommen24"; at most 64 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 16 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 16 bytes */
   ENCRYPT: string;
-  /** wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes */
+  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes */
   Mode: string;
-  /** "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   AdvertisementEnable: string;
   Status: "0";
 }
 
 /** GET_HG_GUEST_SSID, failure. */
 export interface GetHgGuestSsidFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Band?: string;
   Status: "1";
   /** "json :get band failed": Band is missing or not a string; "get guest wifi info failed": the device could not answer */
@@ -489,24 +489,24 @@ export type GetHgGuestSsidReply = GetHgGuestSsidSuccess | GetHgGuestSsidFailure;
 
 /** GET_HG_LOG: Uploads the router's log to a URL. */
 export interface GetHgLogRequest {
-  /** URL that the log is sent to; address of a server, as in "https://updates.example/hgu.img" */
+  /** URL that the log is sent to; e.g. "https://logs.example.net/upload" */
   UploadUrl: string;
-  /** which log, by its name in the platform; name of a log, as in "syslog" */
+  /** which log, by the name that the platform gives it; e.g. "syslog" */
   LogType: string;
 }
 
 /** GET_HG_LOG, success: the device library was asked to send the log. */
 export interface GetHgLogSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   LogType?: string;
   Status: "0";
 }
 
 /** GET_HG_LOG, failure. */
 export interface GetHgLogFailure {
-  /** that of the request */
+  /** unchanged from the request */
   UploadUrl?: string;
-  /** that of the request */
+  /** unchanged from the request */
   LogType?: string;
   Status: "1";
   /** "json node: get dev mac error": the router's MAC address is not known; "json node: UploadUrl not found": UploadUrl is missing or not a string; "json node: LogType not found": LogType is missing or not a string */
@@ -524,9 +524,9 @@ export interface GetHgPppoeInfoSuccess {
   Status: "0";
   /** PPPoE is on */
   Enable: "1";
-  /** name of the account; as in "k4471902@fibre.example"; at most 64 bytes */
+  /** name of the account; e.g. "k4471902@fibre.example"; at most 64 bytes */
   Account: string;
-  /** its password; as in "Lh7-pq2-Vw9"; at most 64 bytes; secret */
+  /** password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; at most 64 bytes; secret */
   Password: string;
 }
 
@@ -553,11 +553,11 @@ export type GetHgRebootInfoRequest = Record<string, never>;
 /** GET_HG_REBOOT_INFO, success: the device answered. */
 export interface GetHgRebootInfoSuccess {
   Status: "0";
-  /** "1" when the schedule is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the schedule is on; 1 for on, 0 for off; at most 8 bytes */
   GatewayRebootEnable: string;
-  /** time of day; HH:MM, from 00:00 to 23:59, as in "04:30"; at most 8 bytes */
+  /** time of day; HH:MM, from 00:00 to 23:59, e.g. "04:30"; at most 8 bytes */
   Time: string;
-  /** days of the week; 1 (Monday) to 7, with commas, as in "1,4"; at most 16 bytes */
+  /** days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,4"; at most 16 bytes */
   DaysOfWeek: string;
 }
 
@@ -577,15 +577,15 @@ export type GetHgSleepInfoRequest = Record<string, never>;
 /** GET_HG_SLEEP_INFO, success: the device answered. */
 export interface GetHgSleepInfoSuccess {
   Status: "0";
-  /** "1" when the gateway sleeps; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the gateway sleeps; 1 for on, 0 for off; at most 8 bytes */
   GatewaySleepEnable: string;
-  /** "1" when the Wi-Fi sleeps; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the Wi-Fi sleeps; 1 for on, 0 for off; at most 8 bytes */
   WiFiSleepEnable: string;
-  /** "1" when the LEDs sleep; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the LEDs sleep; 1 for on, 0 for off; at most 8 bytes */
   LedSleepEnable: string;
-  /** start of the sleep; HH:MM, from 00:00 to 23:59, as in "22:30"; at most 8 bytes */
+  /** start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "22:30"; at most 8 bytes */
   StartTime: string;
-  /** end of the sleep; HH:MM, from 00:00 to 23:59, as in "06:30"; at most 8 bytes */
+  /** end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "06:30"; at most 8 bytes */
   EndTime: string;
 }
 
@@ -605,7 +605,7 @@ export type GetHgUplinkStatusRequest = Record<string, never>;
 /** GET_HG_UPLINK_STATUS, success: the device answered. */
 export interface GetHgUplinkStatusSuccess {
   Status: "0";
-  /** state of the uplink, "1" when it is up; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** state of the uplink; 1 for up, 0 for down; at most 8 bytes */
   UpLinkStatus: string;
 }
 
@@ -625,13 +625,13 @@ export type GetLanIpInfoRequest = Record<string, never>;
 /** GET_LAN_IP_INFO, success: the device answered. */
 export interface GetLanIpInfoSuccess {
   Status: "0";
-  /** address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   GatewayLanIP: string;
-  /** subnet mask; IPv4 mask, as in "255.255.255.0"; at most 32 bytes */
+  /** subnet mask; IPv4 mask, e.g. "255.255.255.0"; at most 32 bytes */
   SubnetMask: string;
-  /** first address of the DHCP pool; IPv4 address, as in "192.168.1.100"; at most 32 bytes */
+  /** first address of the DHCP pool; IPv4 address, e.g. "192.168.1.100"; at most 32 bytes */
   StartIp: string;
-  /** last address of the DHCP pool; IPv4 address, as in "192.168.1.249"; at most 32 bytes */
+  /** last address of the DHCP pool; IPv4 address, e.g. "192.168.1.249"; at most 32 bytes */
   EndIp: string;
 }
 
@@ -651,11 +651,11 @@ export type GetLedStatusRequest = Record<string, never>;
 /** GET_LED_STATUS, success: the device answered. */
 export interface GetLedStatusSuccess {
   Status: "0";
-  /** "1" when they are on; 1 for on, 0 for off, as in "1"; at most 2 bytes */
+  /** whether the LEDs are on; 1 for on, 0 for off; at most 2 bytes */
   LedSwitch: string;
-  /** their colour; WHITE, BLUE, GREEN, ORANGE or RED, as in "WHITE"; at most 8 bytes */
+  /** colour of the LEDs; WHITE, BLUE, GREEN, ORANGE or RED; at most 8 bytes */
   LedCoLor: string;
-  /** their brightness; whole number, without a percent sign, %, as in "60"; at most 10 bytes */
+  /** brightness of the LEDs; whole number, in %, e.g. "60"; at most 10 bytes */
   LedLight: string;
 }
 
@@ -674,9 +674,9 @@ export type GetMeshStatusRequest = Record<string, never>;
 
 /** GET_MESH_STATUS, success: the device answered. */
 export interface GetMeshStatusSuccess {
-  /** "1" when the mesh is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the mesh is on; 1 for on, 0 for off; at most 8 bytes */
   MeshEnable: string;
-  /** its mode; 1 or 2, the type of mesh, as in "2"; at most 8 bytes */
+  /** mode of the mesh; 1 or 2; at most 8 bytes */
   MeshMode: string;
   Status: "0";
 }
@@ -696,11 +696,11 @@ export type GetPortBindingRequest = Record<string, never>;
 
 /** port_stat_list: the connections, 8 at most. */
 export interface GetPortBindingPortStatList {
-  /** number of the connection; whole number from 1, as in "1"; at most 16 bytes */
+  /** number of the connection; whole number from 1, e.g. "1"; at most 16 bytes */
   Index: string;
-  /** its name; as in "Internet"; at most 32 bytes */
+  /** name of the connection; e.g. "Internet"; at most 32 bytes */
   WANName: string;
-  /** the ports that are bound to it; LAN1, SSID1 and so on, with commas, as in "LAN3,LAN4"; at most 288 bytes */
+  /** the ports that are bound to it; LAN1, SSID1 and so on, separated by commas, e.g. "LAN3,LAN4"; at most 288 bytes */
   BoundPorts: string;
 }
 
@@ -726,15 +726,15 @@ export type GetPortStatisticsRequest = Record<string, never>;
 
 /** port_stat_list: the ports. */
 export interface GetPortStatisticsPortStatList {
-  /** name of the port; WAN, LAN1 and so on, or the band of a radio, as in "LAN1"; at most 16 bytes */
+  /** name of the port; WAN, LAN1 and so on, or the band of a radio, e.g. "LAN1"; at most 16 bytes */
   Port: string;
-  /** bytes sent; whole number, bytes, as in "104857600"; at most 32 bytes */
+  /** bytes sent; whole number, in bytes, e.g. "104857600"; at most 32 bytes */
   tx_traffic: string;
-  /** bytes received; whole number, bytes, as in "104857600"; at most 32 bytes */
+  /** bytes received; whole number, in bytes, e.g. "104857600"; at most 32 bytes */
   rx_traffic: string;
-  /** packets sent; whole number, packets, as in "81920"; at most 32 bytes */
+  /** packets sent; whole number, in packets, e.g. "81920"; at most 32 bytes */
   tx_packets: string;
-  /** packets received; whole number, packets, as in "81920"; at most 32 bytes */
+  /** packets received; whole number, in packets, e.g. "81920"; at most 32 bytes */
   rx_packets: string;
 }
 
@@ -760,39 +760,39 @@ export type GetQosInfoRequest = Record<string, never>;
 
 /** app_info_list: the applications, 4 at most. */
 export interface GetQosInfoAppInfoList {
-  /** identifier of the application; whole number from 1, as in "1"; at most 8 bytes */
+  /** identifier of the application; whole number from 1, e.g. "1"; at most 8 bytes */
   Id: string;
-  /** name of the application; as in "Voice"; at most 32 bytes */
+  /** name of the application; e.g. "Voice"; at most 32 bytes */
   Name: string;
-  /** its priority; 1 (highest) to 8, as in "1"; at most 8 bytes */
+  /** priority of the application; 1 (highest) to 8, e.g. "1"; at most 8 bytes */
   PriorityLevel: string;
 }
 
-/** type_list: types of traffic that it matches, 3 at most. */
+/** type_list: types of traffic that the rule matches, 3 at most. */
 export interface GetQosInfoClassificationInfoListTypeList {
-  /** field that is compared; as in "DSCP"; at most 16 bytes */
+  /** field of the packets that is compared; e.g. "DSCP"; at most 16 bytes */
   Type: string;
-  /** lowest value; as in "46"; at most 64 bytes */
+  /** lowest value that matches; e.g. "46"; at most 64 bytes */
   Min: string;
-  /** highest value; as in "46"; at most 64 bytes */
+  /** highest value that matches; e.g. "46"; at most 64 bytes */
   Max: string;
 }
 
 /** classification_info_list: the rules, 6 at most. */
 export interface GetQosInfoClassificationInfoList {
-  /** identifier of the rule; whole number from 1, as in "1"; at most 8 bytes */
+  /** identifier of the rule; whole number from 1, e.g. "1"; at most 8 bytes */
   Id: string;
-  /** name of the rule; as in "Voice of the office"; at most 32 bytes */
+  /** name of the rule; e.g. "Voice of the office"; at most 32 bytes */
   Name: string;
-  /** its priority; 1 (highest) to 8, as in "1"; at most 8 bytes */
+  /** priority of the rule; 1 (highest) to 8, e.g. "1"; at most 8 bytes */
   PriorityLevel: string;
-  /** types of traffic that it matches, 3 at most */
+  /** types of traffic that the rule matches, 3 at most */
   type_list: GetQosInfoClassificationInfoListTypeList[];
 }
 
 /** GET_QOS_INFO, success: the device answered. */
 export interface GetQosInfoSuccess {
-  /** "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether quality of service is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
   /** the applications, 4 at most */
   app_info_list: GetQosInfoAppInfoList[];
@@ -803,7 +803,7 @@ export interface GetQosInfoSuccess {
 
 /** GET_QOS_INFO, failure: memory ran out for the applications. */
 export interface GetQosInfoFailure {
-  /** "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether quality of service is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
   Status: "1";
   FailReason: "cJSON_CreateArray error";
@@ -811,7 +811,7 @@ export interface GetQosInfoFailure {
 
 /** GET_QOS_INFO, failure: memory ran out for the rules. */
 export interface GetQosInfoFailure2 {
-  /** "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether quality of service is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
   /** the applications, 4 at most */
   app_info_list: GetQosInfoAppInfoList[];
@@ -821,7 +821,7 @@ export interface GetQosInfoFailure2 {
 
 /** GET_QOS_INFO, failure: memory ran out for a rule, which is left out; the reply has two statuses. */
 export interface GetQosInfoFailure3 {
-  /** "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether quality of service is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
   /** the applications, 4 at most */
   app_info_list: GetQosInfoAppInfoList[];
@@ -884,9 +884,9 @@ export type GetScanChannelPowerRequest = Record<string, never>;
 
 /** SSIDList: the networks. */
 export interface GetScanChannelPowerSSIDList {
-  /** network name; as in "FamilieBrandt"; at most 64 bytes */
+  /** network name; e.g. "FamilieBrandt"; at most 64 bytes */
   name: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 64 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 64 bytes */
   dbpower: string;
 }
 
@@ -912,19 +912,19 @@ export type GetScanWifiSsidlistRequest = Record<string, never>;
 
 /** SSIDList: at most twenty networks. */
 export interface GetScanWifiSsidlistSSIDList {
-  /** network name; as in "FamilieBrandt"; at most 64 bytes */
+  /** network name; e.g. "FamilieBrandt"; at most 64 bytes */
   SSID: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 64 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 64 bytes */
   PowerLevel: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 64 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 64 bytes */
   ENCRYPT: string;
-  /** cipher of WPA; NONE or AES, as in "NONE"; at most 64 bytes */
+  /** cipher of WPA; NONE or AES; at most 64 bytes */
   WPACypher: string;
-  /** cipher of WPA2; NONE or AES, as in "AES"; at most 64 bytes */
+  /** cipher of WPA2; NONE or AES; at most 64 bytes */
   WPA2Cypher: string;
-  /** frequency band; 2.4GHz or 5GHz, as in "5GHz"; at most 64 bytes */
+  /** frequency band; 2.4GHz or 5GHz; at most 64 bytes */
   Band: string;
-  /** "1" when the router is connected to it; 1 for yes, 0 for no, as in "0"; at most 64 bytes */
+  /** whether the router is connected to it; 1 for yes, 0 for no; at most 64 bytes */
   Connected: string;
 }
 
@@ -951,11 +951,11 @@ export type GetSnInfoRequest = Record<string, never>;
 /** GET_SN_INFO, success: the device answered. */
 export interface GetSnInfoSuccess {
   Status: "0";
-  /** MAC address that serves as the serial number; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 64 bytes */
+  /** MAC address that serves as the serial number; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 64 bytes */
   MAC: string;
-  /** state of the mesh link layer, "1" when it is up; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** state of the mesh link layer; 1 for up, 0 for down; at most 8 bytes */
   tslinkstatus: string;
-  /** type of device; as in "HGU-AX3000"; at most 256 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 256 bytes */
   DeviceType: string;
 }
 
@@ -969,24 +969,24 @@ export interface GetSnInfoFailure {
 /** Reply of GET_SN_INFO. */
 export type GetSnInfoReply = GetSnInfoSuccess | GetSnInfoFailure;
 
-/** GET_STA_RSSI: Signal strength of a station. */
+/** GET_STA_RSSI: Signal strength of a station, given by its IP address. */
 export interface GetStaRssiRequest {
-  /** IP address of the station; IPv4 address, as in "192.168.1.1" */
+  /** IP address of the station; IPv4 address, e.g. "192.168.1.1" */
   IP: string;
 }
 
 /** GET_STA_RSSI, success: the device answered. */
 export interface GetStaRssiSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   IP?: string;
-  /** signal strength in dBm; whole number below 0, dBm, as in "-54" */
+  /** signal strength of the station; whole number below 0, in dBm, e.g. -54 */
   Dbm: number;
   Status: "0";
 }
 
 /** GET_STA_RSSI, failure. */
 export interface GetStaRssiFailure {
-  /** that of the request */
+  /** unchanged from the request */
   IP?: string;
   Status: "1";
   /** "rssi get ip is NULL": the key is missing or not a string; "get scan rssi failed": the device could not answer */
@@ -1001,7 +1001,7 @@ export type GetTsconfStatusRequest = Record<string, never>;
 
 /** GET_TSCONF_STATUS, success: the device answered. */
 export interface GetTsconfStatusSuccess {
-  /** the state; RUNNING, WAITING or STOPPED, as in "RUNNING"; at most 8 bytes */
+  /** state of the service; RUNNING, WAITING or STOPPED; at most 8 bytes */
   TsconfStatus: string;
   Status: "0";
 }
@@ -1019,239 +1019,239 @@ export type GetTsconfStatusReply = GetTsconfStatusSuccess | GetTsconfStatusFailu
 /** GET_TSLINK_TOPOLOGY_INFO: The whole mesh: the main router with its devices, and each child router with its stations. */
 export type GetTslinkTopologyInfoRequest = Record<string, never>;
 
-/** MeshInfo: links to the child routers, on the model of the operators and in their areas. */
+/** MeshInfo: links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO. */
 export interface GetTslinkTopologyInfoMainRouterMeshInfo {
-  /** MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the other router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   nexthopMAC: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 16 bytes */
   dbm: string;
 }
 
-/** ChildInfo: child routers attached to this one, on other models in a mesh of type 2. */
+/** ChildInfo: child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2. */
 export interface GetTslinkTopologyInfoMainRouterChildInfo {
-  /** MAC address of the child router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the child router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   childMac: string;
 }
 
-/** MainBaseInfo: the devices attached to it, 32 at most. */
+/** MainBaseInfo: devices attached to the main router, 32 at most. */
 export interface GetTslinkTopologyInfoMainRouterMainBaseInfo {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
   Mac: string;
-  /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
+  /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
   /** "3" for a computer, empty when the type is not known */
   DevType: "3" | "0" | "";
-  /** always the same if the manufacturer is known */
+  /** "unknow" if the manufacturer is known */
   DevFactory: "unknow" | "";
   /** "3" if the type is known */
   DevModle: "3" | "";
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes */
+  /** name given by the user, otherwise the host name; e.g. "Anna"; at most 32 bytes */
   ByName: string;
   /** "3" if the operating system is known */
   OS: "3" | "";
-  /** version of the operating system; as in "6.1"; at most 32 bytes */
+  /** version of the operating system; e.g. "6.1"; at most 32 bytes */
   Version: string;
-  /** state of its link; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether its link is up; empty if the device does not know whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
   /** "0" if it is known */
   NetMonopoly: "0" | "";
-  /** how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes */
+  /** how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes */
   AccessType: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes */
   AccessEnable: string;
-  /** seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes */
+  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes */
   AccessTime: string;
-  /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes */
   DownSpeed: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes */
   SpeedLimit: string;
-  /** download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes */
+  /** download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes */
   DownLimit: string;
-  /** upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes */
+  /** upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes */
   UpLimit: string;
-  /** "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it is under parental control; 1 for on, 0 for off; at most 8 bytes */
   GreennetProtectEnable: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes */
   dbm: string;
-  /** "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   StaticDhcpEnable: string;
 }
 
 /** MainRouter: the router that replies. */
 export interface GetTslinkTopologyInfoMainRouter {
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   Mac: string;
-  /** state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes */
+  /** state of the Internet connection; 1 for up, 0 for down; at most 16 bytes */
   NetStatus: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes */
   DownSpeed: string;
   /** "1" when the first radio is on */
   WiFiStatus1: "1" | "0";
   /** "1" when the second radio is on */
   WiFiStatus2: "1" | "0";
-  /** network name of the first radio; as in "Lindenhof"; at most 32 bytes */
+  /** network name of the first radio; e.g. "Lindenhof"; at most 32 bytes */
   SSID1: string;
-  /** network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes */
+  /** network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes */
   SSID2: string;
-  /** IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   ip: string;
-  /** hardware version; as in "V1.2"; at most 32 bytes */
+  /** hardware version; e.g. "V1.2"; at most 32 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since the system started; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes */
   UpTime: string;
-  /** time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes */
   WanUptime: string;
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 32 bytes */
+  /** code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes */
   AreaCode: string;
-  /** state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes */
+  /** whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes */
   ConfiguerStatus: string;
-  /** type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes */
+  /** type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes */
   WanConMode: string;
-  /** type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes */
+  /** type of addressing on the WAN side; Dynamic or Static; at most 16 bytes */
   AddressType: string;
-  /** brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes */
+  /** brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes */
   LedLight: string;
-  /** switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes */
   LedSwitch: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   cpuusage: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   ramusage: string;
-  /** switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QosAcceleratorEnable: string;
-  /** switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QQGameAcceleratorEnable: string;
-  /** switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; at most 16 bytes */
   FireWallEnable: string;
-  /** always the same */
+  /** always this text */
   NetQuality: "0";
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes */
   Wlan1Mac: string;
-  /** links to the child routers, on the model of the operators and in their areas */
+  /** links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO */
   MeshInfo?: GetTslinkTopologyInfoMainRouterMeshInfo[];
-  /** child routers attached to this one, on other models in a mesh of type 2 */
+  /** child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2 */
   ChildInfo?: GetTslinkTopologyInfoMainRouterChildInfo[];
-  /** the devices attached to it, 32 at most */
+  /** devices attached to the main router, 32 at most */
   MainBaseInfo: GetTslinkTopologyInfoMainRouterMainBaseInfo[];
 }
 
-/** MeshInfo: its links to other routers, on the model of the operators. */
+/** MeshInfo: links to other routers; only on the model QX2040B. */
 export interface GetTslinkTopologyInfoChildRouterMeshInfo {
-  /** MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the other router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   nexthopMAC: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 16 bytes */
   dbm: string;
-  /** network interface; name of the network interface, as in "wlan1"; at most 24 bytes */
+  /** network interface; name of the network interface, e.g. "wlan1"; at most 24 bytes */
   interface: string;
 }
 
-/** ChildBaseInfo: its stations, without those that the device could not report. */
+/** ChildBaseInfo: stations of the child router, without those that the device could not report. */
 export interface GetTslinkTopologyInfoChildRouterChildBaseInfo {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
   Mac: string;
-  /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
+  /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevType: string;
-  /** its manufacturer; as in "Eichhorn Computer"; at most 32 bytes */
+  /** manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes */
   DevFactory: string;
-  /** always the same */
+  /** always this text */
   DevModle: "Tessaline";
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user; the host name if that is empty; as in "Anna"; at most 32 bytes */
+  /** name given by the user; the host name if that is empty; e.g. "Anna"; at most 32 bytes */
   ByName: string;
-  /** always the same */
+  /** always this text */
   OS: "3";
-  /** version of the operating system; as in "6.1"; at most 32 bytes */
+  /** version of the operating system; e.g. "6.1"; at most 32 bytes */
   Version: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
-  /** whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes */
+  /** whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes */
   NetMonopoly: string;
-  /** how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes */
+  /** how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes */
   AccessType: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes */
   AccessEnable: string;
-  /** seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes */
+  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes */
   AccessTime: string;
-  /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes */
   DownSpeed: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it is under parental control; 1 for on, 0 for off; at most 8 bytes */
   GreennetProtectEnable: string;
-  /** switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes */
   SpeedLimit: string;
-  /** download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes */
+  /** download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes */
   DownLimit: string;
-  /** upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes */
+  /** upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes */
   UpLimit: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes */
   dbm: string;
-  /** "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   StaticDhcpEnable: string;
 }
 
-/** ChildRouter: the child routers, without those that the device could not report; none of them when memory ran out. */
+/** ChildRouter: the child routers, without those that the device could not report; missing if there was no memory for the list. */
 export interface GetTslinkTopologyInfoChildRouter {
-  /** identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes */
+  /** identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes */
   RouterDeviceID: string;
-  /** its name; as in "Attic"; at most 64 bytes */
+  /** name of the child router; e.g. "Attic"; at most 64 bytes */
   Name: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 64 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 64 bytes */
   Mac: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
-  /** how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
+  /** how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes */
   ChildRouterAccessType: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 16 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 16 bytes */
   DownSpeed: string;
-  /** IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes */
   ip: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since it started; whole number, s, as in "86400"; at most 16 bytes */
+  /** time since it started; whole number, in s, e.g. "86400"; at most 16 bytes */
   UpTime: string;
-  /** type of device; as in "MAP-AX1800"; at most 32 bytes */
+  /** type of device; e.g. "MAP-AX1800"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 16 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 16 bytes */
   AreaCode: string;
-  /** hardware version; as in "V1.2"; at most 16 bytes */
+  /** hardware version; e.g. "V1.2"; at most 16 bytes */
   HWVersion: string;
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:41"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes */
   Wlan1Mac: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes */
   dbm: string;
-  /** its links to other routers, on the model of the operators */
+  /** links to other routers; only on the model QX2040B */
   MeshInfo?: GetTslinkTopologyInfoChildRouterMeshInfo[];
-  /** its stations, without those that the device could not report */
+  /** stations of the child router, without those that the device could not report */
   ChildBaseInfo: GetTslinkTopologyInfoChildRouterChildBaseInfo[];
 }
 
@@ -1259,76 +1259,76 @@ export interface GetTslinkTopologyInfoChildRouter {
 export interface GetTslinkTopologyInfoSuccess {
   /** the router that replies */
   MainRouter: GetTslinkTopologyInfoMainRouter;
-  /** the child routers, without those that the device could not report; none of them when memory ran out */
+  /** the child routers, without those that the device could not report; missing if there was no memory for the list */
   ChildRouter?: GetTslinkTopologyInfoChildRouter[];
   Status: "0";
 }
 
 /** MainRouter: the router that replies. */
 export interface GetTslinkTopologyInfoMainRouter2 {
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   Mac: string;
-  /** state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes */
+  /** state of the Internet connection; 1 for up, 0 for down; at most 16 bytes */
   NetStatus: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes */
   DownSpeed: string;
   /** "1" when the first radio is on */
   WiFiStatus1: "1" | "0";
   /** "1" when the second radio is on */
   WiFiStatus2: "1" | "0";
-  /** network name of the first radio; as in "Lindenhof"; at most 32 bytes */
+  /** network name of the first radio; e.g. "Lindenhof"; at most 32 bytes */
   SSID1: string;
-  /** network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes */
+  /** network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes */
   SSID2: string;
-  /** IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   ip: string;
-  /** hardware version; as in "V1.2"; at most 32 bytes */
+  /** hardware version; e.g. "V1.2"; at most 32 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since the system started; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes */
   UpTime: string;
-  /** time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes */
   WanUptime: string;
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 32 bytes */
+  /** code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes */
   AreaCode: string;
-  /** state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes */
+  /** whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes */
   ConfiguerStatus: string;
-  /** type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes */
+  /** type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes */
   WanConMode: string;
-  /** type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes */
+  /** type of addressing on the WAN side; Dynamic or Static; at most 16 bytes */
   AddressType: string;
-  /** brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes */
+  /** brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes */
   LedLight: string;
-  /** switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes */
   LedSwitch: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   cpuusage: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   ramusage: string;
-  /** switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QosAcceleratorEnable: string;
-  /** switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QQGameAcceleratorEnable: string;
-  /** switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; at most 16 bytes */
   FireWallEnable: string;
-  /** always the same */
+  /** always this text */
   NetQuality: "0";
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes */
   Wlan1Mac: string;
-  /** links to the child routers, on the model of the operators and in their areas */
+  /** links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO */
   MeshInfo?: GetTslinkTopologyInfoMainRouterMeshInfo[];
-  /** child routers attached to this one, on other models in a mesh of type 2 */
+  /** child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2 */
   ChildInfo?: GetTslinkTopologyInfoMainRouterChildInfo[];
   FailReason: "get main base info error!";
 }
@@ -1337,76 +1337,76 @@ export interface GetTslinkTopologyInfoMainRouter2 {
 export interface GetTslinkTopologyInfoSuccess2 {
   /** the router that replies */
   MainRouter: GetTslinkTopologyInfoMainRouter2;
-  /** the child routers, without those that the device could not report; none of them when memory ran out */
+  /** the child routers, without those that the device could not report; missing if there was no memory for the list */
   ChildRouter?: GetTslinkTopologyInfoChildRouter[];
   Status: "0";
 }
 
 /** MainRouter: the router that replies. */
 export interface GetTslinkTopologyInfoMainRouter3 {
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   Mac: string;
-  /** state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes */
+  /** state of the Internet connection; 1 for up, 0 for down; at most 16 bytes */
   NetStatus: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes */
   DownSpeed: string;
   /** "1" when the first radio is on */
   WiFiStatus1: "1" | "0";
   /** "1" when the second radio is on */
   WiFiStatus2: "1" | "0";
-  /** network name of the first radio; as in "Lindenhof"; at most 32 bytes */
+  /** network name of the first radio; e.g. "Lindenhof"; at most 32 bytes */
   SSID1: string;
-  /** network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes */
+  /** network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes */
   SSID2: string;
-  /** IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   ip: string;
-  /** hardware version; as in "V1.2"; at most 32 bytes */
+  /** hardware version; e.g. "V1.2"; at most 32 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since the system started; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes */
   UpTime: string;
-  /** time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes */
   WanUptime: string;
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 32 bytes */
+  /** code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes */
   AreaCode: string;
-  /** state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes */
+  /** whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes */
   ConfiguerStatus: string;
-  /** type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes */
+  /** type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes */
   WanConMode: string;
-  /** type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes */
+  /** type of addressing on the WAN side; Dynamic or Static; at most 16 bytes */
   AddressType: string;
-  /** brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes */
+  /** brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes */
   LedLight: string;
-  /** switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes */
   LedSwitch: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   cpuusage: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   ramusage: string;
-  /** switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QosAcceleratorEnable: string;
-  /** switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QQGameAcceleratorEnable: string;
-  /** switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; at most 16 bytes */
   FireWallEnable: string;
-  /** always the same */
+  /** always this text */
   NetQuality: "0";
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes */
   Wlan1Mac: string;
-  /** links to the child routers, on the model of the operators and in their areas */
+  /** links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO */
   MeshInfo?: GetTslinkTopologyInfoMainRouterMeshInfo[];
-  /** child routers attached to this one, on other models in a mesh of type 2 */
+  /** child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2 */
   ChildInfo?: GetTslinkTopologyInfoMainRouterChildInfo[];
   FailReason: "cJSON create array failed!";
 }
@@ -1415,72 +1415,72 @@ export interface GetTslinkTopologyInfoMainRouter3 {
 export interface GetTslinkTopologyInfoSuccess3 {
   /** the router that replies */
   MainRouter: GetTslinkTopologyInfoMainRouter3;
-  /** the child routers, without those that the device could not report; none of them when memory ran out */
+  /** the child routers, without those that the device could not report; missing if there was no memory for the list */
   ChildRouter?: GetTslinkTopologyInfoChildRouter[];
   Status: "0";
 }
 
 /** MainRouter: the router that replies. */
 export interface GetTslinkTopologyInfoMainRouter4 {
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   Mac: string;
-  /** state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes */
+  /** state of the Internet connection; 1 for up, 0 for down; at most 16 bytes */
   NetStatus: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes */
   DownSpeed: string;
   /** "1" when the first radio is on */
   WiFiStatus1: "1" | "0";
   /** "1" when the second radio is on */
   WiFiStatus2: "1" | "0";
-  /** network name of the first radio; as in "Lindenhof"; at most 32 bytes */
+  /** network name of the first radio; e.g. "Lindenhof"; at most 32 bytes */
   SSID1: string;
-  /** network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes */
+  /** network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes */
   SSID2: string;
-  /** IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   ip: string;
-  /** hardware version; as in "V1.2"; at most 32 bytes */
+  /** hardware version; e.g. "V1.2"; at most 32 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since the system started; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes */
   UpTime: string;
-  /** time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes */
   WanUptime: string;
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 32 bytes */
+  /** code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes */
   AreaCode: string;
-  /** state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes */
+  /** whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes */
   ConfiguerStatus: string;
-  /** type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes */
+  /** type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes */
   WanConMode: string;
-  /** type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes */
+  /** type of addressing on the WAN side; Dynamic or Static; at most 16 bytes */
   AddressType: string;
-  /** brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes */
+  /** brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes */
   LedLight: string;
-  /** switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes */
   LedSwitch: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   cpuusage: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   ramusage: string;
-  /** switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QosAcceleratorEnable: string;
-  /** switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes */
   QQGameAcceleratorEnable: string;
-  /** switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; at most 16 bytes */
   FireWallEnable: string;
-  /** always the same */
+  /** always this text */
   NetQuality: "0";
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes */
   Wlan1Mac: string;
 }
 
@@ -1488,7 +1488,7 @@ export interface GetTslinkTopologyInfoMainRouter4 {
 export interface GetTslinkTopologyInfoSuccess4 {
   /** the router that replies */
   MainRouter: GetTslinkTopologyInfoMainRouter4;
-  /** the child routers, without those that the device could not report; none of them when memory ran out */
+  /** the child routers, without those that the device could not report; missing if there was no memory for the list */
   ChildRouter?: GetTslinkTopologyInfoChildRouter[];
   Status: "0";
 }
@@ -1501,7 +1501,7 @@ export interface GetTslinkTopologyInfoMainRouter5 {
 /** GET_TSLINK_TOPOLOGY_INFO, success: the device could not report about the main router. */
 export interface GetTslinkTopologyInfoSuccess5 {
   MainRouter: GetTslinkTopologyInfoMainRouter5;
-  /** the child routers, without those that the device could not report; none of them when memory ran out */
+  /** the child routers, without those that the device could not report; missing if there was no memory for the list */
   ChildRouter?: GetTslinkTopologyInfoChildRouter[];
   Status: "0";
 }
@@ -1521,15 +1521,15 @@ export type GetUpdateScheduleRequest = Record<string, never>;
 
 /** GET_UPDATE_SCHEDULE, success: the device answered. */
 export interface GetUpdateScheduleSuccess {
-  /** "1" when the router may update itself; 1 for on, 0 for off, as in "1"; at most 2 bytes */
+  /** whether the router may update itself; 1 for on, 0 for off; at most 2 bytes */
   Enable: string;
-  /** start, hour; 0 to 23, without leading zeros, as in "2"; at most 8 bytes */
+  /** hour of the start; 0 to 23, without leading zeros, e.g. "2"; at most 8 bytes */
   StartHour: string;
-  /** start, minute; 0 to 59, without leading zeros, as in "30"; at most 8 bytes */
+  /** minute of the start; 0 to 59, without leading zeros, e.g. "30"; at most 8 bytes */
   StartMinute: string;
-  /** end, hour; 0 to 23, without leading zeros, as in "4"; at most 8 bytes */
+  /** hour of the end; 0 to 23, without leading zeros, e.g. "4"; at most 8 bytes */
   EndHour: string;
-  /** end, minute; 0 to 59, without leading zeros, as in "0"; at most 8 bytes */
+  /** minute of the end; 0 to 59, without leading zeros, e.g. "0"; at most 8 bytes */
   EndMinute: string;
   Status: "0";
 }
@@ -1550,43 +1550,43 @@ export type GetUpdateStatusRequest = Record<string, never>;
 /** MainRouter: the router that replies, as for HG_GET_UPDATE_STATUS. */
 export interface GetUpdateStatusMainRouter {
   Status: "0";
-  /** always the same */
+  /** always this text */
   up_status: "0";
-  /** name of the device or of the image; as in "Lindenhof"; at most 64 bytes */
+  /** name of the device or of the image; e.g. "Lindenhof"; at most 64 bytes */
   name: string;
-  /** hardware version; as in "V1.2"; at most 64 bytes */
+  /** hardware version; e.g. "V1.2"; at most 64 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 64 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 64 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 64 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 64 bytes */
   FWDATA: string;
-  /** type of device; as in "HGU-AX3000"; at most 64 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 64 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 40 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 40 bytes */
   AreaCode: string;
 }
 
 /** ChildRouter: the child routers. */
 export interface GetUpdateStatusChildRouter {
-  /** always the same */
+  /** always this text */
   up_status: "0";
-  /** identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes */
+  /** identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes */
   DeviceID: string;
-  /** its name; as in "Attic"; at most 64 bytes */
+  /** name of the child router; e.g. "Attic"; at most 64 bytes */
   name: string;
-  /** hardware version; as in "V1.2"; at most 16 bytes */
+  /** hardware version; e.g. "V1.2"; at most 16 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** type of device; as in "MAP-AX1800"; at most 32 bytes */
+  /** type of device; e.g. "MAP-AX1800"; at most 32 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 16 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 16 bytes */
   AreaCode: string;
 }
 
-/** GET_UPDATE_STATUS, success: the device reported about the main router; the list of child routers is used as it left it, and a child router that it could not report is left out. */
+/** GET_UPDATE_STATUS, success: the device reported about the main router; a child router that it could not report is left out. */
 export interface GetUpdateStatusSuccess {
   /** the router that replies, as for HG_GET_UPDATE_STATUS */
   MainRouter: GetUpdateStatusMainRouter;
@@ -1610,7 +1610,7 @@ export type GetUpnpStateRequest = Record<string, never>;
 
 /** GET_UPNP_STATE, success: the device answered. */
 export interface GetUpnpStateSuccess {
-  /** "1" when it is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether UPnP is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
   Status: "0";
 }
@@ -1631,11 +1631,11 @@ export type GetWebLoginInfoRequest = Record<string, never>;
 /** GET_WEB_LOGIN_INFO, success: the device answered. */
 export interface GetWebLoginInfoSuccess {
   Status: "0";
-  /** password of the account or of the web login; as in "zaun-und-tor-58"; at most 128 bytes; secret */
+  /** password of the web login; e.g. "zaun-und-tor-58"; at most 128 bytes; secret */
   Password: string;
-  /** type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; at most 8 bytes */
+  /** type of web login; 0 for the account of the administrator, 1 for a separate password; at most 8 bytes */
   WebLoginType: string;
-  /** address of the web login; IPv4 address, as in "192.168.1.1"; at most 64 bytes */
+  /** address of the web login; IPv4 address, e.g. "192.168.1.1"; at most 64 bytes */
   WebLoginIp: string;
 }
 
@@ -1692,33 +1692,33 @@ export interface GetWifiInfoRequest {
 /** GET_WIFI_INFO, success: the device answered. */
 export interface GetWifiInfoSuccess {
   Status: "0";
-  /** network name; as in "Lindenhof"; at most 64 bytes */
+  /** network name; e.g. "Lindenhof"; at most 64 bytes */
   SSID: string;
-  /** password of the network; as in "apfelbaum-1962"; at most 64 bytes; secret */
+  /** password of the network; e.g. "apfelbaum-1962"; at most 64 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 8 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 8 bytes */
   ENCRYPT: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; at most 64 bytes */
+  /** transmit power; whole number, in %, e.g. "100"; at most 64 bytes */
   PowerLevel: string;
-  /** channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Channel: string;
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** channel in use; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   UsedChannel: string;
-  /** "1" when the network is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the network is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
-  /** bandwidth of the channel; whole number, MHz, as in "20"; at most 16 bytes */
+  /** bandwidth of the channel; whole number, in MHz, e.g. "20"; at most 16 bytes */
   Bandwidth: string;
-  /** "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   AdvertisementEnable: string;
-  /** wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes */
+  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes */
   Mode: string;
-  /** "1" when beamforming is on; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   Beamforming: string;
 }
 
 /** GET_WIFI_INFO, failure. */
 export interface GetWifiInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   SSIDIndex?: string;
   Status: "1";
   /** "no index": there is no index or it is not a string; "index string null": the index is empty; "index is 0, (should be 1 to 8)": the index is 0 or not a number; "get ssid info failed": the device could not answer */
@@ -1728,36 +1728,36 @@ export interface GetWifiInfoFailure {
 /** Reply of GET_WIFI_INFO. */
 export type GetWifiInfoReply = GetWifiInfoSuccess | GetWifiInfoFailure;
 
-/** GET_WIFI_LIST_INFO: Settings of all SSIDs, and the two switches of all radios. */
+/** GET_WIFI_LIST_INFO: Settings of all SSIDs, and the two switches that all radios share. */
 export type GetWifiListInfoRequest = Record<string, never>;
 
 /** WIFIList: the SSIDs. */
 export interface GetWifiListInfoWIFIList {
   /** number of the SSID; at most 11 bytes */
   SSIDIndex: string;
-  /** network name; as in "Lindenhof"; at most 64 bytes */
+  /** network name; e.g. "Lindenhof"; at most 64 bytes */
   SSID: string;
-  /** password of the network; as in "apfelbaum-1962"; at most 64 bytes; secret */
+  /** password of the network; e.g. "apfelbaum-1962"; at most 64 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 8 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 8 bytes */
   ENCRYPT: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; at most 64 bytes */
+  /** transmit power; whole number, in %, e.g. "100"; at most 64 bytes */
   PowerLevel: string;
-  /** channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Channel: string;
-  /** "1" when the network is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the network is on; 1 for on, 0 for off; at most 8 bytes */
   Enable: string;
-  /** permissions of clients; FULL, or GUEST for Internet access only, as in "FULL"; at most 8 bytes */
+  /** permissions of clients; FULL, or GUEST for Internet access only; at most 8 bytes */
   PermissionProperty: string;
-  /** number of the band, 0 for 2.4 GHz, any other for 5 GHz; 0 for 2.4 GHz, 1 for 5 GHz, as in "0"; at most 16 bytes */
+  /** band of the SSID; a device may use any number but 0 for 5 GHz; 0 for 2.4 GHz, 1 for 5 GHz, e.g. "0"; at most 16 bytes */
   Type: string;
-  /** bandwidth of the channel; whole number, MHz, as in "20"; at most 16 bytes */
+  /** bandwidth of the channel; whole number, in MHz, e.g. "20"; at most 16 bytes */
   Bandwidth: string;
-  /** "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   AdvertisementEnable: string;
-  /** wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes */
+  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes */
   Mode: string;
-  /** "1" when beamforming is on; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes */
+  /** whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   Beamforming: string;
 }
 
@@ -1767,7 +1767,7 @@ export interface GetWifiListInfoSuccess {
   WIFIList: GetWifiListInfoWIFIList[];
   /** "1" when stations are steered between the radios */
   StaCtrl: "1" | "0";
-  /** switch of fast roaming, if it is known; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether fast roaming is on, if it is known; 1 for on, 0 for off; at most 8 bytes */
   FastRoaming?: string;
   Status: "0";
 }
@@ -1787,13 +1787,13 @@ export type GetWifiSleepScheduleRequest = Record<string, never>;
 
 /** WIFISleepList: at most three periods. */
 export interface GetWifiSleepScheduleWIFISleepList {
-  /** "1" when the period is on; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the period is on; 1 for on, 0 for off; at most 16 bytes */
   Enable: string;
-  /** start of the sleep; HH:MM, from 00:00 to 23:59, as in "23:30"; at most 32 bytes */
+  /** start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "23:30"; at most 32 bytes */
   StartTime: string;
-  /** end of the sleep; HH:MM, from 00:00 to 23:59, as in "05:45"; at most 32 bytes */
+  /** end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "05:45"; at most 32 bytes */
   EndTime: string;
-  /** days of the week; 1 (Monday) to 7, with commas, as in "1,2,3,4,7"; at most 32 bytes */
+  /** days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,2,3,4,7"; at most 32 bytes */
   DaysOfWeek: string;
 }
 
@@ -1812,7 +1812,7 @@ export type GetWpsEnableRequest = Record<string, never>;
 
 /** GET_WPS_ENABLE, success: the device answered. */
 export interface GetWpsEnableSuccess {
-  /** the switch, a decimal number; at most 7 bytes */
+  /** whether WPS is on: 1 for on, 0 for off, or another number of the device; at most 7 bytes */
   Enable: string;
   Status: "0";
 }
@@ -1833,19 +1833,19 @@ export type HgGetUpdateStatusRequest = Record<string, never>;
 /** HG_GET_UPDATE_STATUS, success: the device answered. */
 export interface HgGetUpdateStatusSuccess {
   Status: "0";
-  /** always the same */
+  /** always this text */
   up_status: "0";
-  /** name of the device or of the image; as in "Lindenhof"; at most 64 bytes */
+  /** name of the device or of the image; e.g. "Lindenhof"; at most 64 bytes */
   name: string;
-  /** hardware version; as in "V1.2"; at most 64 bytes */
+  /** hardware version; e.g. "V1.2"; at most 64 bytes */
   HWVersion: string;
-  /** firmware version; as in "V2.4.1"; at most 64 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 64 bytes */
   FWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 64 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 64 bytes */
   FWDATA: string;
-  /** type of device; as in "HGU-AX3000"; at most 64 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 64 bytes */
   DeviceType: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 40 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 40 bytes */
   AreaCode: string;
 }
 
@@ -1861,7 +1861,7 @@ export type HgGetUpdateStatusReply = HgGetUpdateStatusSuccess | HgGetUpdateStatu
 
 /** HG_IMAGE_DOWNLOAD: Downloads an image of the firmware, to be flashed later. */
 export interface HgImageDownloadRequest {
-  /** URL of the image, of any length; address of a server, as in "https://updates.example/hgu.img" */
+  /** URL of the image, of any length; e.g. "https://updates.example/hgu.img" */
   UpdateUrl: string;
 }
 
@@ -1872,7 +1872,7 @@ export interface HgImageDownloadSuccess {
 
 /** HG_IMAGE_DOWNLOAD, failure. */
 export interface HgImageDownloadFailure {
-  /** that of the request */
+  /** unchanged from the request */
   UpdateUrl?: string;
   Status: "1";
   /** "json_url node null": the URL is missing or not a string; "get update status error": the device does not report the running version; "update status maybe downloading or upgrading": another image is being downloaded or flashed; "hg download image failed": the image could not be downloaded */
@@ -1882,7 +1882,7 @@ export interface HgImageDownloadFailure {
 /** Reply of HG_IMAGE_DOWNLOAD. */
 export type HgImageDownloadReply = HgImageDownloadSuccess | HgImageDownloadFailure;
 
-/** HG_IMAGE_UPDATE: Flashes the downloaded image, even while another one is downloaded. */
+/** HG_IMAGE_UPDATE: Flashes the downloaded image. */
 export interface HgImageUpdateRequest {
   /** "1" to flash now; anything else does nothing */
   Update: string;
@@ -1890,14 +1890,14 @@ export interface HgImageUpdateRequest {
 
 /** HG_IMAGE_UPDATE, success: the image was flashed, or flashing was not requested. */
 export interface HgImageUpdateSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   Update?: string;
   Status: "0";
 }
 
 /** HG_IMAGE_UPDATE, failure. */
 export interface HgImageUpdateFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Update?: string;
   Status: "1";
   /** "json node null": Update is missing or not a string; "gghelper_update_image failed": the device could not flash the image */
@@ -1913,27 +1913,27 @@ export type HgInspectionRequest = Record<string, never>;
 /** HG_INSPECTION, success: the device answered. */
 export interface HgInspectionSuccess {
   Status: "0";
-  /** number of Wi-Fi clients; whole number, as in "8"; at most 8 bytes */
+  /** number of Wi-Fi clients; whole number, e.g. "8"; at most 8 bytes */
   WiFiDevNum: string;
-  /** security level of the encryption; LOW, MEDIUM or HIGH, as in "MEDIUM"; at most 8 bytes */
+  /** security level of the encryption; LOW, MEDIUM or HIGH; at most 8 bytes */
   Security: string;
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** channel in use; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Channel: string;
-  /** congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes */
+  /** congestion of the channel; whole number, in %, e.g. "33"; at most 8 bytes */
   Congestion: string;
-  /** firmware version; as in "V2.4.1"; at most 1088 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 1088 bytes */
   FWVersion: string;
-  /** state of the WAN connection; Connected or Disconnected, as in "Connected"; at most 64 bytes */
+  /** state of the WAN connection; Connected or Disconnected; at most 64 bytes */
   WanStatus: string;
-  /** state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 392 bytes */
+  /** state of the Internet connection; 1 for up, 0 for down; at most 392 bytes */
   NetStatus: string;
-  /** IP address of the WAN side; IPv4 address, as in "100.72.18.203"; at most 64 bytes */
+  /** IP address of the WAN side; IPv4 address, e.g. "100.72.18.203"; at most 64 bytes */
   WanIP: string;
-  /** network mask of the WAN side; IPv4 mask, as in "255.255.255.255"; at most 256 bytes */
+  /** network mask of the WAN side; IPv4 mask, e.g. "255.255.255.255"; at most 256 bytes */
   NetMask: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; at most 8 bytes */
+  /** transmit power; whole number, in %, e.g. "100"; at most 8 bytes */
   PowerLevel: string;
-  /** switch of the firewall; 1 for on, 0 for off, as in "1"; at most 4 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; at most 4 bytes */
   FireWallEnable: string;
 }
 
@@ -1965,15 +1965,15 @@ export interface HgLocalRecoveryFailure {
 /** Reply of HG_LOCAL_RECOVERY. */
 export type HgLocalRecoveryReply = HgLocalRecoverySuccess | HgLocalRecoveryFailure;
 
-/** HG_NETCONN_INSPECTION: Inspects the network connection. */
+/** HG_NETCONN_INSPECTION: Checks the DNS and the WAN connection. */
 export type HgNetconnInspectionRequest = Record<string, never>;
 
 /** HG_NETCONN_INSPECTION, success: the device answered. */
 export interface HgNetconnInspectionSuccess {
   Status: "0";
-  /** DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** DNS state; 1 for up, 0 for down; at most 8 bytes */
   DnsStatus: string;
-  /** state of the WAN connection; Connected or Disconnected, as in "Connected"; at most 64 bytes */
+  /** state of the WAN connection; Connected or Disconnected; at most 64 bytes */
   WanStatus: string;
 }
 
@@ -1993,7 +1993,7 @@ export type HgNetconnOptimizationRequest = Record<string, never>;
 /** HG_NETCONN_OPTIMIZATION, success: the device answered. */
 export interface HgNetconnOptimizationSuccess {
   Status: "0";
-  /** DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** DNS state; 1 for up, 0 for down; at most 8 bytes */
   DnsStatus: string;
 }
 
@@ -2013,7 +2013,7 @@ export type HgNetqualInspectionRequest = Record<string, never>;
 /** HG_NETQUAL_INSPECTION, success: the device answered. */
 export interface HgNetqualInspectionSuccess {
   Status: "0";
-  /** quality of the connection; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 1032 bytes */
+  /** quality of the connection; GOOD, FAIR or POOR, or NONE without a connection; at most 1032 bytes */
   NetQuality: string;
 }
 
@@ -2033,7 +2033,7 @@ export type HgNetqualOptimizationRequest = Record<string, never>;
 /** HG_NETQUAL_OPTIMIZATION, success: the device answered. */
 export interface HgNetqualOptimizationSuccess {
   Status: "0";
-  /** quality of the connection; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 1032 bytes */
+  /** quality of the connection; GOOD, FAIR or POOR, or NONE without a connection; at most 1032 bytes */
   NetQuality: string;
 }
 
@@ -2053,13 +2053,13 @@ export type HgResourceInspectionRequest = Record<string, never>;
 /** HG_RESOURCE_INSPECTION, success: the device answered. */
 export interface HgResourceInspectionSuccess {
   Status: "0";
-  /** CPU load in percent; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   CpuPercent: string;
-  /** memory load in percent; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   MemPercent: string;
-  /** number of attached devices; whole number, as in "11"; at most 8 bytes */
+  /** number of attached devices; whole number, e.g. "11"; at most 8 bytes */
   LanDevNum: string;
-  /** number of devices under parental control; whole number, as in "2"; at most 8 bytes */
+  /** number of devices under parental control; whole number, e.g. "2"; at most 8 bytes */
   ProtectedDevNum: string;
 }
 
@@ -2079,9 +2079,9 @@ export type HgResourceOptimizationRequest = Record<string, never>;
 /** HG_RESOURCE_OPTIMIZATION, success: the device answered. */
 export interface HgResourceOptimizationSuccess {
   Status: "0";
-  /** CPU load in percent; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   CpuPercent: string;
-  /** memory load in percent; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   MemPercent: string;
 }
 
@@ -2100,11 +2100,11 @@ export type HgSpeedtestRequestRequest = Record<string, never>;
 
 /** HG_SPEEDTEST_REQUEST, success: the device answered. */
 export interface HgSpeedtestRequestSuccess {
-  /** download bandwidth; whole number, kbit/s, as in "232020"; at most 8 bytes */
+  /** download bandwidth; whole number, in kbit/s, e.g. "232020"; at most 8 bytes */
   DownBandWidth: string;
-  /** upload bandwidth; whole number, kbit/s, as in "37552"; at most 8 bytes */
+  /** upload bandwidth; whole number, in kbit/s, e.g. "37552"; at most 8 bytes */
   UpBandWidth: string;
-  /** the delay; whole number, ms, as in "26"; at most 8 bytes */
+  /** round-trip time; whole number, in ms, e.g. "26"; at most 8 bytes */
   Delay: string;
   Status: "0";
 }
@@ -2121,28 +2121,28 @@ export type HgSpeedtestRequestReply = HgSpeedtestRequestSuccess | HgSpeedtestReq
 
 /** HG_WIFI_CHANNEL_POWER_OPTIMIZATION: Moves the Wi-Fi to a better channel and transmit power. */
 export interface HgWifiChannelPowerOptimizationRequest {
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes */
+  /** channel to leave or to prefer; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes */
   Channel: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; truncated to 7 bytes */
+  /** wanted transmit power; whole number, in %, e.g. "100"; truncated to 7 bytes */
   PowerLevel: string;
 }
 
 /** HG_WIFI_CHANNEL_POWER_OPTIMIZATION, success: the device accepted the change. */
 export interface HgWifiChannelPowerOptimizationSuccess {
   Status: "0";
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** new channel; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Channel: string;
-  /** congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes */
+  /** congestion of the new channel; whole number, in %, e.g. "33"; at most 8 bytes */
   Congestion: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; at most 8 bytes */
+  /** new transmit power; whole number, in %, e.g. "100"; at most 8 bytes */
   PowerLevel: string;
 }
 
 /** HG_WIFI_CHANNEL_POWER_OPTIMIZATION, failure. */
 export interface HgWifiChannelPowerOptimizationFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Channel?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PowerLevel?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "wifi channel power optimize failed": the device refused the change */
@@ -2158,13 +2158,13 @@ export type HgWifiInspectionRequest = Record<string, never>;
 /** HG_WIFI_INSPECTION, success: the device answered. */
 export interface HgWifiInspectionSuccess {
   Status: "0";
-  /** number of Wi-Fi clients; whole number, as in "8"; at most 8 bytes */
+  /** number of Wi-Fi clients; whole number, e.g. "8"; at most 8 bytes */
   WiFiDevNum: string;
-  /** security level of the encryption; LOW, MEDIUM or HIGH, as in "MEDIUM"; at most 8 bytes */
+  /** security level of the encryption; LOW, MEDIUM or HIGH; at most 8 bytes */
   Security: string;
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** channel in use; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Channel: string;
-  /** congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes */
+  /** congestion of the channel; whole number, in %, e.g. "33"; at most 8 bytes */
   Congestion: string;
 }
 
@@ -2180,22 +2180,22 @@ export type HgWifiInspectionReply = HgWifiInspectionSuccess | HgWifiInspectionFa
 
 /** HG_WIFI_OPTIMIZATION: Moves the Wi-Fi to a better channel. */
 export interface HgWifiOptimizationRequest {
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes */
+  /** channel to leave or to prefer; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes */
   Channel: string;
 }
 
 /** HG_WIFI_OPTIMIZATION, success: the device accepted the change. */
 export interface HgWifiOptimizationSuccess {
   Status: "0";
-  /** channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** new channel; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Channel: string;
-  /** congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes */
+  /** congestion of the new channel; whole number, in %, e.g. "33"; at most 8 bytes */
   Congestion: string;
 }
 
 /** HG_WIFI_OPTIMIZATION, failure. */
 export interface HgWifiOptimizationFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Channel?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "SET_HG_SLEEP_INFO_FAIL": the device refused the change */
@@ -2207,7 +2207,7 @@ export type HgWifiOptimizationReply = HgWifiOptimizationSuccess | HgWifiOptimiza
 
 /** MainRouter: the main router. */
 export interface ImageDownloadRequestMainRouter {
-  /** URL of the image, of any length; address of a server, as in "https://updates.example/hgu.img" */
+  /** URL of the image, of any length; e.g. "https://updates.example/hgu.img" */
   UpdateUrl: string;
 }
 
@@ -2215,7 +2215,7 @@ export interface ImageDownloadRequestMainRouter {
 export interface ImageDownloadRequest {
   /** the main router */
   MainRouter: ImageDownloadRequestMainRouter;
-  /** the child routers; it is not read */
+  /** the child routers; ignored, but removed */
   ChildRouter?: unknown;
 }
 
@@ -2225,23 +2225,30 @@ export interface ImageDownloadSuccess {
   updateResult: "0";
 }
 
-/** IMAGE_DOWNLOAD, failure: another image is being downloaded or flashed. */
+/** IMAGE_DOWNLOAD, failure: memory ran out. */
 export interface ImageDownloadFailure {
+  updateResult: "-1";
+  Status: "1";
+  FailReason: "url is null";
+}
+
+/** IMAGE_DOWNLOAD, failure: another image is being downloaded or flashed. */
+export interface ImageDownloadFailure2 {
   updateResult: "-1";
   Status: "1";
   FailReason: "dev is dowing image now";
 }
 
 /** IMAGE_DOWNLOAD, failure: the worker could not be started. */
-export interface ImageDownloadFailure2 {
+export interface ImageDownloadFailure3 {
   updateResult: "-1";
   Status: "1";
   FailReason: "failed to create down image thread";
 }
 
 /** IMAGE_DOWNLOAD, failure. */
-export interface ImageDownloadFailure3 {
-  /** that of the request */
+export interface ImageDownloadFailure4 {
+  /** unchanged from the request */
   MainRouter?: unknown;
   Status: "1";
   /** "Get mainrouter error": MainRouter is missing; "Get UpdateUrl null": the URL is missing or not a string */
@@ -2249,7 +2256,7 @@ export interface ImageDownloadFailure3 {
 }
 
 /** Reply of IMAGE_DOWNLOAD. */
-export type ImageDownloadReply = ImageDownloadSuccess | ImageDownloadFailure | ImageDownloadFailure2 | ImageDownloadFailure3;
+export type ImageDownloadReply = ImageDownloadSuccess | ImageDownloadFailure | ImageDownloadFailure2 | ImageDownloadFailure3 | ImageDownloadFailure4;
 
 /** MainRouter: the main router. */
 export interface ImageUpdateRequestMainRouter {
@@ -2270,7 +2277,7 @@ export interface ImageUpdateSuccess {
 
 /** IMAGE_UPDATE, failure. */
 export interface ImageUpdateFailure {
-  /** that of the request */
+  /** unchanged from the request */
   MainRouter?: unknown;
   Status: "1";
   /** "Get MainRouter error": MainRouter is missing; "Get Update error": Update is missing or not a string; "update status maybe downloding or upgrading": another image is being downloaded or flashed; "update image failed": the device could not flash the image */
@@ -2280,32 +2287,32 @@ export interface ImageUpdateFailure {
 /** Reply of IMAGE_UPDATE. */
 export type ImageUpdateReply = ImageUpdateSuccess | ImageUpdateFailure;
 
-/** LINK_CHECK: Checks the links once. */
+/** LINK_CHECK: Checks addresses, DNS and the channels of both radios, and pings a public DNS server. */
 export type LinkCheckRequest = Record<string, never>;
 
 /** LINK_CHECK, success: in any case; each value except that of the ping is as the device left it. */
 export interface LinkCheckSuccess {
-  /** IP address on the LAN side; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** IP address on the LAN side; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   LanIP: string;
-  /** IP address on the WAN side; IPv4 address, as in "100.72.18.203"; at most 32 bytes */
+  /** IP address on the WAN side; IPv4 address, e.g. "100.72.18.203"; at most 32 bytes */
   WanIp: string;
-  /** DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** DNS state; 1 for up, 0 for down; at most 8 bytes */
   DnsCheck: string;
-  /** the same; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** state of DHCP; always the same as DnsCheck; 1 for up, 0 for down; at most 8 bytes */
   DhcpCheck: string;
-  /** address that replied to a ping; empty when it did not; IP address, as in "192.0.2.1" */
+  /** address that replied to a ping; empty if there was no reply; IP address, e.g. "192.0.2.1" */
   PingCheck: string;
-  /** "1" when the 2.4 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the 2.4 GHz radio is on; 1 for on, 0 for off; at most 8 bytes */
   Wifi24Enable: string;
-  /** its channel; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes */
+  /** channel of the 2.4 GHz radio; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes */
   Wifi24Channel: string;
-  /** state of that channel; GOOD, FAIR or POOR, or NONE without a connection, as in "FAIR"; at most 8 bytes */
+  /** quality of the 2.4 GHz channel; GOOD, FAIR or POOR, or NONE without a connection; at most 8 bytes */
   Wifi24ChannelCheck: string;
-  /** "1" when the 5 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the 5 GHz radio is on; 1 for on, 0 for off; at most 8 bytes */
   Wifi58Enable: string;
-  /** its channel; number of the channel; 0 means automatic in a setting, none in a report, as in "44"; at most 8 bytes */
+  /** channel of the 5 GHz radio; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "44"; at most 8 bytes */
   Wifi58Channel: string;
-  /** state of that channel; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 8 bytes */
+  /** quality of the 5 GHz channel; GOOD, FAIR or POOR, or NONE without a connection; at most 8 bytes */
   Wifi58ChannelCheck: string;
   Status: "0";
 }
@@ -2315,9 +2322,9 @@ export type LinkCheckReply = LinkCheckSuccess;
 
 /** Image: the image. */
 export interface PlateformUpdateImmediateRequestImage {
-  /** version of the image; it is not read */
+  /** version of the image; the value is ignored */
   Version: unknown;
-  /** URL of the image, of any length, or the running version; address of a server, as in "https://updates.example/hgu.img" */
+  /** URL of the image, of any length; refused if it is the text of the running version; e.g. "https://updates.example/hgu.img" */
   UpdateUrl: string;
 }
 
@@ -2364,22 +2371,29 @@ export interface PlateformUpdateImmediateFailure5 {
   FailReason: "handle pack error";
 }
 
-/** PLATEFORM_UPDATE_IMMEDIATE, failure: another image is being downloaded or flashed. */
+/** PLATEFORM_UPDATE_IMMEDIATE, failure: memory ran out. */
 export interface PlateformUpdateImmediateFailure6 {
+  updateResult: "-1";
+  Status: "1";
+  FailReason: "url is null";
+}
+
+/** PLATEFORM_UPDATE_IMMEDIATE, failure: another image is being downloaded or flashed. */
+export interface PlateformUpdateImmediateFailure7 {
   updateResult: "-1";
   Status: "1";
   FailReason: "dev is dowing image now";
 }
 
 /** PLATEFORM_UPDATE_IMMEDIATE, failure: the worker could not be started. */
-export interface PlateformUpdateImmediateFailure7 {
+export interface PlateformUpdateImmediateFailure8 {
   updateResult: "-1";
   Status: "1";
   FailReason: "failed to create down image thread";
 }
 
 /** Reply of PLATEFORM_UPDATE_IMMEDIATE. */
-export type PlateformUpdateImmediateReply = PlateformUpdateImmediateSuccess | PlateformUpdateImmediateFailure | PlateformUpdateImmediateFailure2 | PlateformUpdateImmediateFailure3 | PlateformUpdateImmediateFailure4 | PlateformUpdateImmediateFailure5 | PlateformUpdateImmediateFailure6 | PlateformUpdateImmediateFailure7;
+export type PlateformUpdateImmediateReply = PlateformUpdateImmediateSuccess | PlateformUpdateImmediateFailure | PlateformUpdateImmediateFailure2 | PlateformUpdateImmediateFailure3 | PlateformUpdateImmediateFailure4 | PlateformUpdateImmediateFailure5 | PlateformUpdateImmediateFailure6 | PlateformUpdateImmediateFailure7 | PlateformUpdateImmediateFailure8;
 
 /** QUERY_SYSTEM_INFO: Description and capabilities of the router. */
 export type QuerySystemInfoRequest = Record<string, never>;
@@ -2387,35 +2401,35 @@ export type QuerySystemInfoRequest = Record<string, never>;
 /** QUERY_SYSTEM_INFO, success: the device answered. */
 export interface QuerySystemInfoSuccess {
   Status: "0";
-  /** software version; as in "V2.4.1"; at most 64 bytes */
+  /** software version; e.g. "V2.4.1"; at most 64 bytes */
   SWVersion: string;
-  /** hardware version; as in "V1.2"; at most 64 bytes */
+  /** hardware version; e.g. "V1.2"; at most 64 bytes */
   HDVersion: string;
-  /** product class; as in "HGU-AX3000"; at most 64 bytes */
+  /** product class; e.g. "HGU-AX3000"; at most 64 bytes */
   ProductCLass: string;
-  /** type of processor; as in "MIPS 1004Kc 880MHz"; at most 64 bytes */
+  /** type of processor; e.g. "MIPS 1004Kc 880MHz"; at most 64 bytes */
   CPUClass: string;
-  /** type of device; as in "HGU"; at most 64 bytes */
+  /** type of device; e.g. "HGU"; at most 64 bytes */
   DEVType: string;
-  /** second type of device, for a device with two types; as in "ONU"; at most 64 bytes */
+  /** second type of device, for a device with two types; e.g. "ONU"; at most 64 bytes */
   DEVType1: string;
-  /** list of capabilities; words, with commas, as in "wifi,mesh,qos,greennet,wps"; at most 64 bytes */
+  /** list of capabilities; words, separated by commas, e.g. "wifi,mesh,qos,greennet,wps"; at most 64 bytes */
   Capability: string;
-  /** type of smart card, if any; as in "SIM"; at most 64 bytes */
+  /** type of smart card, if any; e.g. "SIM"; at most 64 bytes */
   Card: string;
-  /** type of uplink; as in "LAN"; at most 64 bytes */
+  /** type of uplink; e.g. "LAN"; at most 64 bytes */
   UPLink: string;
-  /** number of the smart card; as in "89490200001234567890"; at most 64 bytes */
+  /** number of the smart card; e.g. "89490200001234567890"; at most 64 bytes */
   Cardno: string;
-  /** whether IPv6 is supported; 1 for yes, 0 for no, as in "1"; at most 64 bytes */
+  /** whether IPv6 is supported; 1 for yes, 0 for no; at most 64 bytes */
   IPV6: string;
-  /** whether ports can be bound to VLANs; 1 for yes, 0 for no, as in "1"; at most 64 bytes */
+  /** whether ports can be bound to VLANs; 1 for yes, 0 for no; at most 64 bytes */
   VLANbind: string;
-  /** whether the LEDs can be switched; 1 for yes, 0 for no, as in "1"; at most 64 bytes */
+  /** whether the LEDs can be switched; 1 for yes, 0 for no; at most 64 bytes */
   LED: string;
-  /** whether there is an NFC tag; 1 for yes, 0 for no, as in "0"; at most 64 bytes */
+  /** whether there is an NFC tag; 1 for yes, 0 for no; at most 64 bytes */
   NFC: string;
-  /** types of VLAN handling that are supported; words, with commas, as in "tag,transparent"; at most 192 bytes */
+  /** types of VLAN handling that are supported; words, separated by commas, e.g. "tag,transparent"; at most 192 bytes */
   VLANCapability: string;
 }
 
@@ -2434,7 +2448,7 @@ export type QueryTslinkConfigStatusRequest = Record<string, never>;
 
 /** QUERY_TSLINK_CONFIG_STATUS, success: the device answered. */
 export interface QueryTslinkConfigStatusSuccess {
-  /** "1" when it is done */
+  /** whether the first configuration is done: "1" for yes */
   ConfiguerStatus: "0" | "1";
   Status: "0";
 }
@@ -2451,76 +2465,76 @@ export type QueryTslinkConfigStatusReply = QueryTslinkConfigStatusSuccess | Quer
 
 /** QUERY_WAN_INFO: Settings and state of one WAN connection. */
 export interface QueryWanInfoRequest {
-  /** name of the connection, which selects it; as in "Internet"; truncated to 63 bytes */
+  /** name of the connection, which selects it; e.g. "Internet"; truncated to 63 bytes */
   WANName: string;
 }
 
 /** QUERY_WAN_INFO, success: the device knows the connection. */
 export interface QueryWanInfoSuccess {
   Status: "0";
-  /** number of the connection; whole number from 1, as in "1"; at most 64 bytes */
+  /** number of the connection; whole number from 1, e.g. "1"; at most 64 bytes */
   INDEX: string;
-  /** its network interface; name of the network interface, as in "ppp0"; at most 64 bytes */
+  /** network interface of the connection; name of the network interface, e.g. "ppp0"; at most 64 bytes */
   IFNAME: string;
-  /** routed or bridged; IP_Routed or IP_Bridged, as in "IP_Routed"; at most 64 bytes */
+  /** whether the connection is routed or bridged; IP_Routed or IP_Bridged; at most 64 bytes */
   CONNECTIONTYPE: string;
-  /** state of the IPv4 connection; Connected or Disconnected, as in "Connected"; at most 64 bytes */
+  /** state of the IPv4 connection; Connected or Disconnected; at most 64 bytes */
   CONNECTIONSTATUS: string;
-  /** protocols on it, IPv4, IPv6 or both; IPv4 or IPv4/IPv6, as in "IPv4/IPv6"; at most 64 bytes */
+  /** IP versions of the connection; IPv4 or IPv4/IPv6; at most 64 bytes */
   PROTOCOL: string;
-  /** how it gets its addresses, as the platform names it; DHCP, PPPoE, Static or Bridge, as in "PPPoE"; at most 64 bytes */
+  /** how the connection gets its addresses, in the terms of the platform; DHCP, PPPoE, Static or Bridge; at most 64 bytes */
   UPLINKMODE: string;
-  /** services that use it; INTERNET, IPTV, TR069, VOIP and OTHER, with commas, as in "TR069,VOIP"; at most 64 bytes */
+  /** services that use the connection; INTERNET, IPTV, TR069, VOIP and OTHER, separated by commas, e.g. "TR069,VOIP"; at most 64 bytes */
   SERVICELIST: string;
-  /** how it gets its IPv4 address; DHCP, PPPoE or Static, as in "PPPoE"; at most 64 bytes */
+  /** how the connection gets its IPv4 address; DHCP, PPPoE or Static; at most 64 bytes */
   ADDRESSTYPE: string;
-  /** IPv4 address; IPv4 address, as in "100.72.18.203"; at most 64 bytes */
+  /** IPv4 address; e.g. "100.72.18.203"; at most 64 bytes */
   IPADDRESS: string;
-  /** IPv4 mask; IPv4 mask, as in "255.255.255.255"; at most 64 bytes */
+  /** IPv4 mask; e.g. "255.255.255.255"; at most 64 bytes */
   SUBNETMASK: string;
-  /** IPv4 address of the default gateway, empty when there is none; IPv4 address, as in "100.72.0.1"; at most 64 bytes */
+  /** IPv4 address of the default gateway, empty when there is none; e.g. "100.72.0.1"; at most 64 bytes */
   GATEWAY: string;
-  /** first DNS server, IPv4; IPv4 address, as in "100.64.0.53"; at most 64 bytes */
+  /** first DNS server, IPv4; IPv4 address, e.g. "100.64.0.53"; at most 64 bytes */
   DNS1: string;
-  /** second DNS server, IPv4; IPv4 address, as in "100.64.1.53"; at most 64 bytes */
+  /** second DNS server, IPv4; IPv4 address, e.g. "100.64.1.53"; at most 64 bytes */
   DNS2: string;
-  /** state of the IPv6 connection; Connected or Disconnected, as in "Connected"; at most 64 bytes */
+  /** state of the IPv6 connection; Connected or Disconnected; at most 64 bytes */
   IPV6_CONNECTIONSTATUS: string;
-  /** IPv6 address, empty when there is none; IPv6 address, as in "2001:db8:4f20::1"; at most 64 bytes */
+  /** IPv6 address, empty when there is none; e.g. "2001:db8:4f20::1"; at most 64 bytes */
   IPV6_IPADDRESS: string;
-  /** IPv6 prefix for the LAN, empty when there is none; IPv6 prefix, as in "2001:db8:4f20:a00::"; at most 64 bytes */
+  /** IPv6 prefix for the LAN, empty when there is none; e.g. "2001:db8:4f20:a00::"; at most 64 bytes */
   IPV6_PRIFIX: string;
-  /** its length in bits; number of bits, as in "56"; at most 64 bytes */
+  /** length of the IPv6 prefix; number of bits, e.g. "56"; at most 64 bytes */
   IPV6_PREFIXLENGTH: string;
-  /** IPv6 address of the default gateway, empty when there is none; IPv6 address, as in "fe80::1"; at most 64 bytes */
+  /** IPv6 address of the default gateway, empty when there is none; e.g. "fe80::1"; at most 64 bytes */
   IPV6_GATEWAY: string;
-  /** first DNS server, IPv6; IPv6 address, as in "2001:db8:53::1"; at most 64 bytes */
+  /** first DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::1"; at most 64 bytes */
   IPV6_DNS1: string;
-  /** second DNS server, IPv6; IPv6 address, as in "2001:db8:53::2"; at most 64 bytes */
+  /** second DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::2"; at most 64 bytes */
   IPV6_DNS2: string;
-  /** name of the PPPoE account; as in "k4471902@fibre.example"; at most 64 bytes */
+  /** name of the PPPoE account; e.g. "k4471902@fibre.example"; at most 64 bytes */
   PPPOE_USR_NAME: string;
-  /** its password; as in "Lh7-pq2-Vw9"; at most 64 bytes; secret */
+  /** password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; at most 64 bytes; secret */
   PPPOE_PASSWORD: string;
-  /** "1" when hosts may connect themselves; 1 for on, 0 for off, as in "0"; at most 64 bytes */
+  /** whether hosts may connect themselves; 1 for on, 0 for off; at most 64 bytes */
   PPPOE_PROXY: string;
-  /** name of the PPPoE service; as in "fibre"; at most 64 bytes */
+  /** name of the PPPoE service; e.g. "fibre"; at most 64 bytes */
   PPPOE_SERVICENAME: string;
-  /** when the connection is established, empty when it is not; AlwaysOn, as in "AlwaysOn"; at most 64 bytes */
+  /** when the PPPoE connection is established; empty if not known; AlwaysOn; at most 64 bytes */
   PPPOE_DIAL_MODE: string;
-  /** "1" when NAT is on; 1 for on, 0 for off, as in "1"; at most 64 bytes */
+  /** whether NAT is on; 1 for on, 0 for off; at most 64 bytes */
   NATENABLE: string;
-  /** "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 64 bytes */
+  /** whether quality of service is on; 1 for on, 0 for off; at most 64 bytes */
   QOSENABLE: string;
-  /** number of the VLAN; 1 to 4094, as in "7"; at most 64 bytes */
+  /** number of the VLAN; 1 to 4094, e.g. "7"; at most 64 bytes */
   VLANID: string;
-  /** its priority, 0 to 7; 0 to 7, as in "0"; at most 64 bytes */
+  /** priority of the VLAN; 0 to 7, e.g. "0"; at most 64 bytes */
   VLANPRIORITY: string;
 }
 
 /** QUERY_WAN_INFO, failure. */
 export interface QueryWanInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   WANName?: string;
   Status: "1";
   /** "json object WANName not found!": WANName is missing or not a string; "QUERY_WAN_INFO_FAIL": the device could not answer */
@@ -2536,9 +2550,9 @@ export type QueryWanNumRequest = Record<string, never>;
 /** QUERY_WAN_NUM, success: the device answered. */
 export interface QueryWanNumSuccess {
   Status: "0";
-  /** how many connections there are; whole number, as in "4"; at most 8 bytes */
+  /** number of WAN connections; whole number, e.g. "4"; at most 8 bytes */
   NUM: string;
-  /** their names; names, with commas, as in "Internet,IPTV,Management,Voice"; at most 200 bytes */
+  /** names of the connections; names, separated by commas, e.g. "Internet,IPTV,Management,Voice"; at most 200 bytes */
   Description: string;
 }
 
@@ -2560,14 +2574,14 @@ export interface ResponseRouterVersionRequest {
 
 /** RESPONSE_ROUTER_VERSION, success: there is a version report. */
 export interface ResponseRouterVersionSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   VersionInfo?: string;
   Status: "0";
 }
 
 /** RESPONSE_ROUTER_VERSION, failure: VersionInfo is missing, empty or not a string; the object is still copied. */
 export interface ResponseRouterVersionFailure {
-  /** that of the request */
+  /** unchanged from the request */
   VersionInfo?: string;
   Status: "1";
 }
@@ -2577,7 +2591,7 @@ export type ResponseRouterVersionReply = ResponseRouterVersionSuccess | Response
 
 /** RP_CHILD_HG_REBOOT: Restarts a child router. */
 export interface RpChildHgRebootRequest {
-  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
+  /** identifier of the child router; MAC address without colons, e.g. "3C6AD2228140" */
   DeviceID: string;
 }
 
@@ -2588,7 +2602,7 @@ export interface RpChildHgRebootSuccess {
 
 /** RP_CHILD_HG_REBOOT, failure. */
 export interface RpChildHgRebootFailure {
-  /** that of the request */
+  /** unchanged from the request */
   DeviceID?: string;
   Status: "1";
   /** "DeviceID Not Found": the key is missing or not a string; "send json to child err": the command could not be sent */
@@ -2618,11 +2632,11 @@ export type RpHgRebootReply = RpHgRebootSuccess | RpHgRebootFailure;
 
 /** SET_ADMIN_INFO: Sets the administrator's account. */
 export interface SetAdminInfoRequest {
-  /** type of administrator account; 1 for the user's account, 2 for the operator's, as in "1"; truncated to 7 bytes */
+  /** whose account it is; 1 for the user's account, 2 for the operator's; truncated to 7 bytes */
   Type: string;
-  /** name of the administrator; as in "admin"; truncated to 127 bytes */
+  /** name of the administrator; e.g. "admin"; truncated to 127 bytes */
   Name: string;
-  /** password of the account or of the web login; as in "zaun-und-tor-58"; truncated to 127 bytes; secret */
+  /** password of the administrator; e.g. "zaun-und-tor-58"; truncated to 127 bytes; secret */
   Password: string;
 }
 
@@ -2633,11 +2647,11 @@ export interface SetAdminInfoSuccess {
 
 /** SET_ADMIN_INFO, failure. */
 export interface SetAdminInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Type?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Name?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Password?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "set admin info failed": the device refused the change */
@@ -2649,23 +2663,23 @@ export type SetAdminInfoReply = SetAdminInfoSuccess | SetAdminInfoFailure;
 
 /** SET_AD_BASE_INFO: Changes the user's settings for an attached device. */
 export interface SetAdBaseInfoRequest {
-  /** MAC address of the device; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; truncated to 31 bytes */
+  /** MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; truncated to 31 bytes */
   MAC: string;
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; truncated to 31 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; truncated to 31 bytes */
   DevType: string;
-  /** name given by the user; as in "Anna"; truncated to 31 bytes */
+  /** name given by the user; e.g. "Anna"; truncated to 31 bytes */
   ByName: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; truncated to 7 bytes */
   AccessEnable: string;
-  /** download limit; unchanged when absent, or without SpeedLimit; whole number, 0 for none, kbit/s, as in "20000"; truncated to 15 bytes */
+  /** download limit; unchanged when absent, or without SpeedLimit; whole number, 0 for none, in kbit/s, e.g. "20000"; truncated to 15 bytes */
   DownLimit?: string;
   /** ignored, but removed */
   UpLimit?: unknown;
   /** "0" removes the limit; DownLimit has to be given as well */
   SpeedLimit?: string;
-  /** "1" to bind the IP address to the MAC address; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes */
+  /** whether the IP address is bound to the MAC address; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   StaticDhcpEnable?: string;
-  /** the IP address to bind, required with StaticDhcpEnable; IPv4 address, as in "192.168.1.101"; truncated to 63 bytes */
+  /** IP address to bind; required with StaticDhcpEnable; IPv4 address, e.g. "192.168.1.101"; truncated to 63 bytes */
   ip?: string;
 }
 
@@ -2677,7 +2691,7 @@ export interface SetAdBaseInfoSuccess {
 /** SET_AD_BASE_INFO, failure: the device refused the change. */
 export interface SetAdBaseInfoFailure {
   Status: "1";
-  /** the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes */
+  /** the device's reason, empty if it gives none; e.g. "there is no device 02:00:00:00:00:01"; at most 64 bytes */
   FailReason: string;
 }
 
@@ -2693,19 +2707,19 @@ export type SetAdBaseInfoReply = SetAdBaseInfoSuccess | SetAdBaseInfoFailure | S
 
 /** SET_AP_ALG_ABILITY: Switches NAT helpers (ALG) by protocol. */
 export interface SetApAlgAbilityRequest {
-  /** "1" to enable the PPTP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the PPTP helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   PPTP: string;
-  /** "1" to enable the FTP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the FTP helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   FTP: string;
-  /** "1" to enable the IPsec helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the IPsec helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   IPSEC: string;
-  /** "1" to enable the L2TP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the L2TP helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   L2TP: string;
-  /** "1" to enable the RTSP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the RTSP helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   RTSP: string;
-  /** "1" to enable the H.323 helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the H.323 helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   H323: string;
-  /** "1" to enable the SIP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the SIP helper is on; 1 for on, 0 for off; truncated to 7 bytes */
   SIP: string;
 }
 
@@ -2716,19 +2730,19 @@ export interface SetApAlgAbilitySuccess {
 
 /** SET_AP_ALG_ABILITY, failure. */
 export interface SetApAlgAbilityFailure {
-  /** that of the request */
+  /** unchanged from the request */
   PPTP?: string;
-  /** that of the request */
+  /** unchanged from the request */
   FTP?: string;
-  /** that of the request */
+  /** unchanged from the request */
   IPSEC?: string;
-  /** that of the request */
+  /** unchanged from the request */
   L2TP?: string;
-  /** that of the request */
+  /** unchanged from the request */
   RTSP?: string;
-  /** that of the request */
+  /** unchanged from the request */
   H323?: string;
-  /** that of the request */
+  /** unchanged from the request */
   SIP?: string;
   Status: "1";
   /** "json param null": a key is missing or not a string; "Set ap ALG ability failed": the device refused the change */
@@ -2740,7 +2754,7 @@ export type SetApAlgAbilityReply = SetApAlgAbilitySuccess | SetApAlgAbilityFailu
 
 /** SET_AP_MULTISERVICE_MODE: Sets the multiservice mode of the access point. */
 export interface SetApMultiserviceModeRequest {
-  /** the mode; NONE, SSID or VLAN, as in "VLAN"; truncated to 7 bytes */
+  /** the mode; NONE, SSID or VLAN; truncated to 7 bytes */
   Mode: string;
 }
 
@@ -2751,7 +2765,7 @@ export interface SetApMultiserviceModeSuccess {
 
 /** SET_AP_MULTISERVICE_MODE, failure. */
 export interface SetApMultiserviceModeFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Mode?: string;
   Status: "1";
   /** "get param:mode err": the key is missing or not a string; "Set ap multisservice mode failed": the device refused the change */
@@ -2763,9 +2777,9 @@ export type SetApMultiserviceModeReply = SetApMultiserviceModeSuccess | SetApMul
 
 /** SET_ATTACH_DEVICE_RIGHT: Allows an attached device to reach the Internet, or forbids it. */
 export interface SetAttachDeviceRightRequest {
-  /** MAC address of the device; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; truncated to 63 bytes */
+  /** MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; truncated to 63 bytes */
   MAC: string;
-  /** the right; ALLOW or DENY, as in "ALLOW"; truncated to 63 bytes */
+  /** whether the device may reach the Internet; ALLOW or DENY; truncated to 63 bytes */
   InternetAccessRight: string;
 }
 
@@ -2776,9 +2790,9 @@ export interface SetAttachDeviceRightSuccess {
 
 /** SET_ATTACH_DEVICE_RIGHT, failure. */
 export interface SetAttachDeviceRightFailure {
-  /** that of the request */
+  /** unchanged from the request */
   MAC?: string;
-  /** that of the request */
+  /** unchanged from the request */
   InternetAccessRight?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "SET_ATTATCH_DEVICE_RIGHT_FAIL": the device refused the change */
@@ -2790,7 +2804,7 @@ export type SetAttachDeviceRightReply = SetAttachDeviceRightSuccess | SetAttachD
 
 /** SET_CHILD_ROUTERAD_BASE_INFO: Changes the settings for a device of a child router. */
 export interface SetChildRouteradBaseInfoRequest {
-  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
+  /** identifier of the child router; MAC address without colons, e.g. "3C6AD2228140" */
   DeviceID: string;
   /** MAC address of the device */
   Mac?: unknown;
@@ -2821,9 +2835,9 @@ export type SetChildRouteradBaseInfoReply = SetChildRouteradBaseInfoSuccess | Se
 
 /** SET_CHILD_ROUTER_HG_BASE_INFO: Renames a child router. */
 export interface SetChildRouterHgBaseInfoRequest {
-  /** identifier of the child router; MAC address without colons, as in "3C6AD2228140" */
+  /** identifier of the child router; MAC address without colons, e.g. "3C6AD2228140" */
   DeviceID: string;
-  /** name of the child router; as in "Attic" */
+  /** name of the child router; e.g. "Attic" */
   Name: string;
 }
 
@@ -2834,9 +2848,9 @@ export interface SetChildRouterHgBaseInfoSuccess {
 
 /** SET_CHILD_ROUTER_HG_BASE_INFO, failure. */
 export interface SetChildRouterHgBaseInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   DeviceID?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Name?: string;
   Status: "1";
   /** "param json not found": a key is missing or not a string; "set childrouter info failed": the command could not be sent */
@@ -2848,26 +2862,26 @@ export type SetChildRouterHgBaseInfoReply = SetChildRouterHgBaseInfoSuccess | Se
 
 /** SET_FIREWALL_SWITCH: Switches the firewall. */
 export interface SetFirewallSwitchRequest {
-  /** "1" when the firewall is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; truncated to 15 bytes */
   Enable: string;
 }
 
 /** SET_FIREWALL_SWITCH, success: the device accepted the change. */
 export interface SetFirewallSwitchSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "0";
 }
 
 /** SET_FIREWALL_SWITCH, failure: Enable is missing or not a string; no reply key is added. */
 export interface SetFirewallSwitchFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
 }
 
 /** SET_FIREWALL_SWITCH, failure. */
 export interface SetFirewallSwitchFailure2 {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "1";
   /** "set firewall switch failed": the device refused the change */
@@ -2879,11 +2893,11 @@ export type SetFirewallSwitchReply = SetFirewallSwitchSuccess | SetFirewallSwitc
 
 /** DeviceList: the devices. */
 export interface SetGreennetDeviceListRequestDeviceList {
-  /** MAC address; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; truncated to 63 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "72:9B:E0:46:D8:15"; truncated to 63 bytes */
   Mac: string;
-  /** name given by the user; as in "Jonas"; truncated to 63 bytes */
+  /** name given by the user; e.g. "Jonas"; truncated to 63 bytes */
   Name: string;
-  /** "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether notices about the device are wanted; 1 for on, 0 for off; truncated to 7 bytes */
   NotifyEnable: string;
 }
 
@@ -2906,7 +2920,7 @@ export interface SetGreennetDeviceListFailure {
 
 /** SET_GREENNET_DEVICE_LIST, failure. */
 export interface SetGreennetDeviceListFailure2 {
-  /** that of the request */
+  /** unchanged from the request */
   DeviceList?: unknown;
   Status: "1";
   /** "json node: list not found": there is no list; "set greenaccess enable failed": the access restriction could not be switched on; "malloc mac_list failed": memory ran out; "parse green host info failed": an element lacks a key, or the device could not look up or add its entry; "set lan host info failed": the device could not store an element */
@@ -2918,7 +2932,7 @@ export type SetGreennetDeviceListReply = SetGreennetDeviceListSuccess | SetGreen
 
 /** SET_GREENNET_ENABLE: Switches parental control. */
 export interface SetGreennetEnableRequest {
-  /** "1" when parental control is on; 1 for on, 0 for off, as in "1"; truncated to 255 bytes */
+  /** whether parental control is on; 1 for on, 0 for off; truncated to 255 bytes */
   Enable: string;
 }
 
@@ -2929,7 +2943,7 @@ export interface SetGreennetEnableSuccess {
 
 /** SET_GREENNET_ENABLE, failure. */
 export interface SetGreennetEnableFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "1";
   /** "param error": Enable is missing or not a string; "set green net enable failed": the device refused the change */
@@ -2941,9 +2955,9 @@ export type SetGreennetEnableReply = SetGreennetEnableSuccess | SetGreennetEnabl
 
 /** SET_GREENNET_NOTIFY_ENABLE: Switches the notices about a device under parental control. */
 export interface SetGreennetNotifyEnableRequest {
-  /** MAC address of the device; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; truncated to 63 bytes */
+  /** MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "72:9B:E0:46:D8:15"; truncated to 63 bytes */
   Mac: string;
-  /** "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether notices about the device are wanted; 1 for on, 0 for off; truncated to 7 bytes */
   NotifyEnable: string;
 }
 
@@ -2954,9 +2968,9 @@ export interface SetGreennetNotifyEnableSuccess {
 
 /** SET_GREENNET_NOTIFY_ENABLE, failure. */
 export interface SetGreennetNotifyEnableFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Mac?: string;
-  /** that of the request */
+  /** unchanged from the request */
   NotifyEnable?: string;
   Status: "1";
   /** "json node: list not found": a key is missing or not a string; "get host index failed.": the device is not under parental control; "set host notify failed.": the device refused the change */
@@ -2968,19 +2982,19 @@ export type SetGreennetNotifyEnableReply = SetGreennetNotifyEnableSuccess | SetG
 
 /** Sleep: the new periods; an empty list removes all. */
 export interface SetGreennetProtectPeriodListRequestSleep {
-  /** start of the period; HH:MM, from 00:00 to 23:59, as in "22:00"; truncated to 7 bytes */
+  /** start of the period; HH:MM, from 00:00 to 23:59, e.g. "22:00"; truncated to 7 bytes */
   StartTime: string;
-  /** end of the period; HH:MM, from 00:00 to 23:59, as in "07:30"; truncated to 7 bytes */
+  /** end of the period; HH:MM, from 00:00 to 23:59, e.g. "07:30"; truncated to 7 bytes */
   EndTime: string;
-  /** "1" when the period is in force; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the period is in force; 1 for on, 0 for off; truncated to 7 bytes */
   Enable: string;
-  /** days on which it begins; 1 (Monday) to 7, without commas, as in "12345"; truncated to 7 bytes */
+  /** days on which it begins; 1 (Monday) to 7, without separators, e.g. "12345"; truncated to 7 bytes */
   DaysOfWeek: string;
 }
 
 /** SET_GREENNET_PROTECT_PERIOD_LIST: Replaces the periods in which a device is restricted. */
 export interface SetGreennetProtectPeriodListRequest {
-  /** MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; truncated to 63 bytes */
+  /** MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; truncated to 63 bytes */
   Mac: string;
   /** the new periods; an empty list removes all */
   Sleep: SetGreennetProtectPeriodListRequestSleep[];
@@ -2988,16 +3002,16 @@ export interface SetGreennetProtectPeriodListRequest {
 
 /** SET_GREENNET_PROTECT_PERIOD_LIST, success: the device accepted all periods; the protection is on when one of them is in force. */
 export interface SetGreennetProtectPeriodListSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   Mac?: string;
   Status: "0";
 }
 
 /** SET_GREENNET_PROTECT_PERIOD_LIST, failure. */
 export interface SetGreennetProtectPeriodListFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Mac?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Sleep?: unknown;
   Status: "1";
   /** "json node: mac not found": Mac is missing or not a string; "json node: mac index not found": the device is not under parental control; "json node: list not found": there is no list; "del duration failed!": the old periods could not be removed; "parse protect period info failed": an element lacks a key; "add protect period info failed": the device could not add a period; "set protect period info failed": the device could not store a period; "set PortectEnable failed!": the device could not switch the protection */
@@ -3009,7 +3023,7 @@ export type SetGreennetProtectPeriodListReply = SetGreennetProtectPeriodListSucc
 
 /** SET_HG_BASE_INFO: Renames the gateway. */
 export interface SetHgBaseInfoRequest {
-  /** name given by the user; as in "Lindenhof"; truncated to 63 bytes */
+  /** name given by the user; e.g. "Lindenhof"; truncated to 63 bytes */
   Name: string;
 }
 
@@ -3020,7 +3034,7 @@ export interface SetHgBaseInfoSuccess {
 
 /** SET_HG_BASE_INFO, failure. */
 export interface SetHgBaseInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Name?: string;
   Status: "1";
   /** "param format error": a key is missing or not a string; "set hg base info failed": the device refused the change */
@@ -3032,7 +3046,7 @@ export type SetHgBaseInfoReply = SetHgBaseInfoSuccess | SetHgBaseInfoFailure;
 
 /** SET_HG_DHCP_INFO: Switches the DHCP server of the LAN side. */
 export interface SetHgDhcpInfoRequest {
-  /** "1" when the server is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes */
+  /** whether the server is on; 1 for on, 0 for off; truncated to 15 bytes */
   Enable: string;
 }
 
@@ -3044,7 +3058,7 @@ export interface SetHgDhcpInfoSuccess {
 /** SET_HG_DHCP_INFO, failure: the device refused the change. */
 export interface SetHgDhcpInfoFailure {
   Status: "1";
-  /** the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes */
+  /** the device's reason, empty if it gives none; e.g. "Enable \"on\" is none of \"0\", \"1\""; at most 64 bytes */
   FailReason: string;
 }
 
@@ -3060,58 +3074,58 @@ export type SetHgDhcpInfoReply = SetHgDhcpInfoSuccess | SetHgDhcpInfoFailure | S
 
 /** SET_HG_GUEST_SSID: Sets up the guest network of one band. */
 export interface SetHgGuestSsidRequest {
-  /** "1" when the guest network is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes */
+  /** whether the guest network is on; 1 for on, 0 for off; truncated to 15 bytes */
   Enable: string;
-  /** network name; as in "Lindenhof-Guest"; truncated to 63 bytes */
+  /** network name; e.g. "Lindenhof-Guest"; truncated to 63 bytes */
   SSID: string;
-  /** the band; 2.4GHz or 5GHz, as in "2.4GHz"; truncated to 15 bytes */
+  /** the band; 2.4GHz or 5GHz; truncated to 15 bytes */
   Band: string;
-  /** password of the guest network; as in "willkommen24"; truncated to 63 bytes; secret */
+  /** password of the guest network; e.g. "willkommen24"; truncated to 63 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 15 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 15 bytes */
   ENCRYPT: string;
-  /** whole days for which it stays open; whole number, -1 for no limit, days, as in "2"; truncated to 7 bytes */
+  /** days for which the guest network stays open; whole number, -1 for no limit, in days, e.g. "2"; truncated to 7 bytes */
   ContinueTime?: string;
-  /** hours for which it stays open; whole number, -1 for no limit, h, as in "3"; truncated to 7 bytes */
+  /** hours for which the guest network stays open, in addition to the days; whole number, -1 for no limit, in h, e.g. "3"; truncated to 7 bytes */
   HourTime?: string;
-  /** ignored, but removed: the seconds are computed from days and hours */
+  /** ignored, but removed: the plug-in computes the seconds from ContinueTime and HourTime */
   EndTimestamp?: unknown;
-  /** wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes */
+  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes */
   Mode?: string;
-  /** "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes */
+  /** whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   AdvertisementEnable?: string;
 }
 
 /** SET_HG_GUEST_SSID, success: the device accepted the change. */
 export interface SetHgGuestSsidSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   Mode?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   AdvertisementEnable?: unknown;
   Status: "0";
 }
 
 /** SET_HG_GUEST_SSID, failure. */
 export interface SetHgGuestSsidFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   SSID?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Band?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PWD?: string;
-  /** that of the request */
+  /** unchanged from the request */
   ENCRYPT?: string;
-  /** that of the request */
+  /** unchanged from the request */
   ContinueTime?: string;
-  /** that of the request */
+  /** unchanged from the request */
   HourTime?: string;
-  /** that of the request */
+  /** unchanged from the request */
   EndTimestamp?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   Mode?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   AdvertisementEnable?: unknown;
   Status: "1";
   /** "parse guest ssid failed": a required key is missing or not a string; "radio enable is closed,need to open": the radio of the band is off; "set guest ssid failed": the device refused for another reason */
@@ -3123,11 +3137,11 @@ export type SetHgGuestSsidReply = SetHgGuestSsidSuccess | SetHgGuestSsidFailure;
 
 /** SET_HG_PPPOE_INFO: Sets the PPPoE account and switches PPPoE. */
 export interface SetHgPppoeInfoRequest {
-  /** name of the account; as in "k4471902@fibre.example"; truncated to 63 bytes */
+  /** name of the account; e.g. "k4471902@fibre.example"; truncated to 63 bytes */
   Account: string;
-  /** its password; as in "Lh7-pq2-Vw9"; truncated to 63 bytes; secret */
+  /** password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; truncated to 63 bytes; secret */
   Password: string;
-  /** "1" when the gateway connects by PPPoE; 1 for on, 0 for off, as in "1"; truncated to 15 bytes */
+  /** whether the gateway connects by PPPoE; 1 for on, 0 for off; truncated to 15 bytes */
   Enable: string;
 }
 
@@ -3139,7 +3153,7 @@ export interface SetHgPppoeInfoSuccess {
 /** SET_HG_PPPOE_INFO, failure: the device refused the change. */
 export interface SetHgPppoeInfoFailure {
   Status: "1";
-  /** the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes */
+  /** the device's reason, empty if it gives none; e.g. "Account is empty"; at most 64 bytes */
   FailReason: string;
 }
 
@@ -3155,11 +3169,11 @@ export type SetHgPppoeInfoReply = SetHgPppoeInfoSuccess | SetHgPppoeInfoFailure 
 
 /** SET_HG_REBOOT_INFO: Sets the reboot schedule. */
 export interface SetHgRebootInfoRequest {
-  /** "1" when the schedule is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the schedule is on; 1 for on, 0 for off; truncated to 7 bytes */
   GatewayRebootEnable: string;
-  /** time of day; HH:MM, from 00:00 to 23:59, as in "04:30"; truncated to 7 bytes */
+  /** time of day; HH:MM, from 00:00 to 23:59, e.g. "04:30"; truncated to 7 bytes */
   Time: string;
-  /** days of the week; 1 (Monday) to 7, with commas, as in "1,4"; truncated to 15 bytes */
+  /** days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,4"; truncated to 15 bytes */
   DaysOfWeek: string;
 }
 
@@ -3170,11 +3184,11 @@ export interface SetHgRebootInfoSuccess {
 
 /** SET_HG_REBOOT_INFO, failure. */
 export interface SetHgRebootInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   GatewayRebootEnable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Time?: string;
-  /** that of the request */
+  /** unchanged from the request */
   DaysOfWeek?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "set reboot info failed": the device refused the change */
@@ -3186,15 +3200,15 @@ export type SetHgRebootInfoReply = SetHgRebootInfoSuccess | SetHgRebootInfoFailu
 
 /** SET_HG_SLEEP_INFO: Sets the sleep times of the gateway, its Wi-Fi and its LEDs. */
 export interface SetHgSleepInfoRequest {
-  /** "1" when the gateway sleeps; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the gateway sleeps; 1 for on, 0 for off; truncated to 7 bytes */
   GatewaySleepEnable: string;
-  /** "1" when the Wi-Fi sleeps; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the Wi-Fi sleeps; 1 for on, 0 for off; truncated to 7 bytes */
   WiFiSleepEnable: string;
-  /** "1" when the LEDs sleep; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the LEDs sleep; 1 for on, 0 for off; truncated to 7 bytes */
   LedSleepEnable: string;
-  /** start of the sleep; HH:MM, from 00:00 to 23:59, as in "22:30"; truncated to 7 bytes */
+  /** start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "22:30"; truncated to 7 bytes */
   StartTime: string;
-  /** end of the sleep; HH:MM, from 00:00 to 23:59, as in "06:30"; truncated to 7 bytes */
+  /** end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "06:30"; truncated to 7 bytes */
   EndTime: string;
 }
 
@@ -3205,15 +3219,15 @@ export interface SetHgSleepInfoSuccess {
 
 /** SET_HG_SLEEP_INFO, failure. */
 export interface SetHgSleepInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   GatewaySleepEnable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   WiFiSleepEnable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   LedSleepEnable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   StartTime?: string;
-  /** that of the request */
+  /** unchanged from the request */
   EndTime?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "SET_HG_SLEEP_INFO_FAIL": the device refused the change */
@@ -3225,7 +3239,7 @@ export type SetHgSleepInfoReply = SetHgSleepInfoSuccess | SetHgSleepInfoFailure;
 
 /** SET_KAA_HEARTBEAT: Sets the interval at which the agent reports to the platform. */
 export interface SetKaaHeartbeatRequest {
-  /** interval between two reports, as interpreted by the device; whole number, 10 to 86400, s, as in "120" */
+  /** interval between two reports, as interpreted by the device; whole number, 10 to 86400, in s, e.g. "120" */
   heartbeat: string;
 }
 
@@ -3236,7 +3250,7 @@ export interface SetKaaHeartbeatSuccess {
 
 /** SET_KAA_HEARTBEAT, failure. */
 export interface SetKaaHeartbeatFailure {
-  /** that of the request */
+  /** unchanged from the request */
   heartbeat?: string;
   Status: "1";
   /** "get json_heartbeat err": the key is missing or not a string; "set kaa heartbeat err": the device refused the change */
@@ -3248,13 +3262,13 @@ export type SetKaaHeartbeatReply = SetKaaHeartbeatSuccess | SetKaaHeartbeatFailu
 
 /** SET_LAN_IP_INFO: Changes the LAN IP settings. */
 export interface SetLanIpInfoRequest {
-  /** address of the gateway; IPv4 address, as in "192.168.1.1"; truncated to 31 bytes */
+  /** address of the gateway; IPv4 address, e.g. "192.168.1.1"; truncated to 31 bytes */
   GatewayLanIP: string;
-  /** subnet mask; IPv4 mask, as in "255.255.255.0"; truncated to 31 bytes */
+  /** subnet mask; IPv4 mask, e.g. "255.255.255.0"; truncated to 31 bytes */
   SubnetMask: string;
-  /** first address of the DHCP pool; IPv4 address, as in "192.168.1.100"; truncated to 31 bytes */
+  /** first address of the DHCP pool; IPv4 address, e.g. "192.168.1.100"; truncated to 31 bytes */
   StartIp: string;
-  /** last address of the DHCP pool; IPv4 address, as in "192.168.1.249"; truncated to 31 bytes */
+  /** last address of the DHCP pool; IPv4 address, e.g. "192.168.1.249"; truncated to 31 bytes */
   EndIp: string;
 }
 
@@ -3266,7 +3280,7 @@ export interface SetLanIpInfoSuccess {
 /** SET_LAN_IP_INFO, failure: the device refused the change. */
 export interface SetLanIpInfoFailure {
   Status: "1";
-  /** the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes */
+  /** the device's reason, empty if it gives none; e.g. "StartIp is outside the subnet"; at most 64 bytes */
   FailReason: string;
 }
 
@@ -3282,11 +3296,11 @@ export type SetLanIpInfoReply = SetLanIpInfoSuccess | SetLanIpInfoFailure | SetL
 
 /** SET_LED_STATUS: Sets the LEDs. */
 export interface SetLedStatusRequest {
-  /** "1" when they are on; 1 for on, 0 for off, as in "1" */
+  /** whether the LEDs are on; 1 for on, 0 for off */
   LedSwitch: string;
-  /** their colour; WHITE, BLUE, GREEN, ORANGE or RED, as in "WHITE" */
+  /** colour of the LEDs; WHITE, BLUE, GREEN, ORANGE or RED */
   LedCoLor: string;
-  /** their brightness; whole number, without a percent sign, %, as in "47" */
+  /** brightness of the LEDs; whole number, in %, e.g. "47" */
   LedLight: string;
 }
 
@@ -3297,11 +3311,11 @@ export interface SetLedStatusSuccess {
 
 /** SET_LED_STATUS, failure. */
 export interface SetLedStatusFailure {
-  /** that of the request */
+  /** unchanged from the request */
   LedSwitch?: string;
-  /** that of the request */
+  /** unchanged from the request */
   LedCoLor?: string;
-  /** that of the request */
+  /** unchanged from the request */
   LedLight?: string;
   Status: "1";
   /** "LedCoLor, LedLight or Led_Switch is NULL": a key is missing; "get scan rssi failed": the device refused, also when a value is not a string */
@@ -3313,9 +3327,9 @@ export type SetLedStatusReply = SetLedStatusSuccess | SetLedStatusFailure;
 
 /** SET_MESH_PAIR: Opens or closes the period in which new routers may join the mesh. */
 export interface SetMeshPairRequest {
-  /** "1" to open it, "0" to close it; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether routers may join from now on; 1 for on, 0 for off; truncated to 7 bytes */
   Enable: string;
-  /** how long it stays open; whole number, 1 to 3600, s, as in "120"; truncated to 7 bytes */
+  /** how long it stays open; whole number, 1 to 3600, in s, e.g. "120"; truncated to 7 bytes */
   Time: string;
 }
 
@@ -3326,9 +3340,9 @@ export interface SetMeshPairSuccess {
 
 /** SET_MESH_PAIR, failure. */
 export interface SetMeshPairFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Time?: string;
   Status: "1";
   /** "get Enable and Time err": a key is missing or not a string; "WIFI_SET_NOT_SUPPORT": the device does not support pairing; "Set pair status failed": the device refused for another reason */
@@ -3340,9 +3354,9 @@ export type SetMeshPairReply = SetMeshPairSuccess | SetMeshPairFailure;
 
 /** SET_MESH_STATUS: Sets the mesh. */
 export interface SetMeshStatusRequest {
-  /** "1" when the mesh is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the mesh is on; 1 for on, 0 for off; truncated to 7 bytes */
   MeshEnable: string;
-  /** its mode; 1 or 2, the type of mesh, as in "2"; truncated to 7 bytes */
+  /** mode of the mesh; 1 or 2; truncated to 7 bytes */
   MeshMode: string;
 }
 
@@ -3353,9 +3367,9 @@ export interface SetMeshStatusSuccess {
 
 /** SET_MESH_STATUS, failure. */
 export interface SetMeshStatusFailure {
-  /** that of the request */
+  /** unchanged from the request */
   MeshEnable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   MeshMode?: string;
   Status: "1";
   /** "get MeshEnable and MeshMode err": a key is missing or not a string; "MESH_BUSY_0": the mesh is busy: the device's result is 4; "MESH_BUSY_1": the mesh is busy: the device's result is 3; "Set mesh status failed": the device refused for another reason */
@@ -3367,9 +3381,9 @@ export type SetMeshStatusReply = SetMeshStatusSuccess | SetMeshStatusFailure;
 
 /** SET_PORT_BINDING: Binds ports to a WAN connection. */
 export interface SetPortBindingRequest {
-  /** number of the connection; whole number from 1, as in "1"; truncated to 7 bytes */
+  /** number of the connection; whole number from 1, e.g. "1"; truncated to 7 bytes */
   Index: string;
-  /** the ports; LAN1, SSID1 and so on, with commas, as in "LAN3,LAN4"; truncated to 255 bytes */
+  /** the ports; LAN1, SSID1 and so on, separated by commas, e.g. "LAN3,LAN4"; truncated to 255 bytes */
   BoundPorts: string;
 }
 
@@ -3380,9 +3394,9 @@ export interface SetPortBindingSuccess {
 
 /** SET_PORT_BINDING, failure. */
 export interface SetPortBindingFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Index?: string;
-  /** that of the request */
+  /** unchanged from the request */
   BoundPorts?: string;
   Status: "1";
   /** "json param is null": a key is missing or not a string; "set port binding failed": the device refused the change */
@@ -3394,9 +3408,9 @@ export type SetPortBindingReply = SetPortBindingSuccess | SetPortBindingFailure;
 
 /** SET_QOS_APP_INFO: Sets the priority of an application. */
 export interface SetQosAppInfoRequest {
-  /** identifier of the application; the number that it begins with counts */
+  /** identifier of the application; read as a decimal number, 0 if the text does not begin with one */
   Id: string;
-  /** the priority; 1 (highest) to 8, as in "1"; truncated to 7 bytes */
+  /** priority of the application; 1 (highest) to 8, e.g. "1"; truncated to 7 bytes */
   PriorityLevel: string;
 }
 
@@ -3407,9 +3421,9 @@ export interface SetQosAppInfoSuccess {
 
 /** SET_QOS_APP_INFO, failure. */
 export interface SetQosAppInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Id?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PriorityLevel?: string;
   Status: "1";
   /** "json param is null": a key is missing or not a string; "set qos app info failed": the device refused the change */
@@ -3419,34 +3433,34 @@ export interface SetQosAppInfoFailure {
 /** Reply of SET_QOS_APP_INFO. */
 export type SetQosAppInfoReply = SetQosAppInfoSuccess | SetQosAppInfoFailure;
 
-/** type_list: types of traffic that it matches, required unless the rule is deleted; those after the third are not read. */
+/** type_list: types of traffic that the rule matches; required unless the rule is deleted; those after the third are ignored. */
 export interface SetQosClassificationInfoRequestTypeList {
-  /** field that is compared; as in "DSCP"; truncated to 15 bytes */
+  /** field of the packets that is compared; e.g. "DSCP"; truncated to 15 bytes */
   Type: string;
-  /** lowest value; as in "46"; truncated to 63 bytes */
+  /** lowest value that matches; e.g. "46"; truncated to 63 bytes */
   Min: string;
-  /** highest value; as in "46"; truncated to 63 bytes */
+  /** highest value that matches; e.g. "46"; truncated to 63 bytes */
   Max: string;
 }
 
 /** SET_QOS_CLASSIFICATION_INFO: Adds, deletes or changes a rule of quality of service. */
 export interface SetQosClassificationInfoRequest {
-  /** identifier of the rule; one that is added gets its own; whole number from 1, as in "1"; truncated to 7 bytes */
+  /** identifier of the rule; the device assigns that of an added rule; whole number from 1, e.g. "1"; truncated to 7 bytes */
   Id: string;
-  /** "1" adds it, "2" deletes it, anything else changes it; whole number, as in "1"; truncated to 7 bytes */
+  /** "1" adds the rule, "2" deletes it, anything else changes it; whole number, e.g. "1"; truncated to 7 bytes */
   Action: string;
-  /** name of the rule; required unless the rule is deleted; as in "Voice of the office"; truncated to 31 bytes */
+  /** name of the rule; required unless the rule is deleted; e.g. "Voice of the office"; truncated to 31 bytes */
   Name?: string;
-  /** the priority; required unless the rule is deleted; 1 (highest) to 8, as in "1"; truncated to 7 bytes */
+  /** priority of the rule; required unless the rule is deleted; 1 (highest) to 8, e.g. "1"; truncated to 7 bytes */
   PriorityLevel?: string;
-  /** types of traffic that it matches, required unless the rule is deleted; those after the third are not read */
+  /** types of traffic that the rule matches; required unless the rule is deleted; those after the third are ignored */
   type_list?: SetQosClassificationInfoRequestTypeList[];
 }
 
 /** SET_QOS_CLASSIFICATION_INFO, success: the device added the rule. */
 export interface SetQosClassificationInfoSuccess {
   Status: "0";
-  /** identifier of the new rule; whole number from 1, as in "1"; at most 8 bytes */
+  /** identifier of the new rule; whole number from 1, e.g. "1"; at most 8 bytes */
   Id: string;
 }
 
@@ -3457,15 +3471,15 @@ export interface SetQosClassificationInfoSuccess2 {
 
 /** SET_QOS_CLASSIFICATION_INFO, failure. */
 export interface SetQosClassificationInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Id?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Action?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Name?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PriorityLevel?: string;
-  /** that of the request */
+  /** unchanged from the request */
   type_list?: unknown;
   Status: "1";
   /** "json param is invalid or miss": a key is missing or of a wrong type; "set qos cls info error": the device refused the change */
@@ -3477,7 +3491,7 @@ export type SetQosClassificationInfoReply = SetQosClassificationInfoSuccess | Se
 
 /** SET_QOS_ENABLE: Switches quality of service. */
 export interface SetQosEnableRequest {
-  /** "1" to switch it on; the number at the start of the text counts; truncated to 7 bytes */
+  /** whether quality of service is on: 1 for on, 0 for off; read as a decimal number, 0 if the text does not begin with one; truncated to 7 bytes */
   Enable: string;
 }
 
@@ -3488,7 +3502,7 @@ export interface SetQosEnableSuccess {
 
 /** SET_QOS_ENABLE, failure. */
 export interface SetQosEnableFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "1";
   /** "get param:enable err": the key is missing or not a string; "Set qos enable failed": the device refused the change */
@@ -3500,45 +3514,45 @@ export type SetQosEnableReply = SetQosEnableSuccess | SetQosEnableFailure;
 
 /** SET_ROUTE_WAN_INFO: Changes the settings of one WAN connection. */
 export interface SetRouteWanInfoRequest {
-  /** name of the connection, which selects it; as in "Internet"; truncated to 63 bytes */
+  /** name of the connection, which selects it; e.g. "Internet"; truncated to 63 bytes */
   WANName?: string;
-  /** services that use it; INTERNET, IPTV, TR069, VOIP and OTHER, with commas, as in "TR069,VOIP"; truncated to 63 bytes */
+  /** services that use the connection; INTERNET, IPTV, TR069, VOIP and OTHER, separated by commas, e.g. "TR069,VOIP"; truncated to 63 bytes */
   SERVICELIST?: string;
-  /** how it gets its IPv4 address; DHCP, PPPoE or Static, as in "PPPoE"; truncated to 63 bytes */
+  /** how the connection gets its IPv4 address; DHCP, PPPoE or Static; truncated to 63 bytes */
   ADDRESSTYPE?: string;
-  /** IPv4 address; IPv4 address, as in "100.72.18.203"; truncated to 63 bytes */
+  /** IPv4 address; e.g. "100.72.18.203"; truncated to 63 bytes */
   IPADDRESS?: string;
-  /** IPv4 mask; IPv4 mask, as in "255.255.255.255"; truncated to 63 bytes */
+  /** IPv4 mask; e.g. "255.255.255.255"; truncated to 63 bytes */
   SUBNETMASK?: string;
-  /** IPv4 address of the default gateway; IPv4 address, as in "100.72.0.1"; truncated to 63 bytes */
+  /** IPv4 address of the default gateway; e.g. "100.72.0.1"; truncated to 63 bytes */
   GATEWAY?: string;
-  /** first DNS server, IPv4; IPv4 address, as in "100.64.0.53"; truncated to 63 bytes */
+  /** first DNS server, IPv4; IPv4 address, e.g. "100.64.0.53"; truncated to 63 bytes */
   DNS1?: string;
-  /** second DNS server, IPv4; IPv4 address, as in "100.64.1.53"; truncated to 63 bytes */
+  /** second DNS server, IPv4; IPv4 address, e.g. "100.64.1.53"; truncated to 63 bytes */
   DNS2?: string;
-  /** IPv6 address; IPv6 address, as in "2001:db8:4f20::1"; truncated to 63 bytes */
+  /** IPv6 address; e.g. "2001:db8:4f20::1"; truncated to 63 bytes */
   IPV6_IPADDRESS?: string;
-  /** its length in bits; number of bits, as in "56"; truncated to 63 bytes */
+  /** length of the IPv6 prefix; number of bits, e.g. "56"; truncated to 63 bytes */
   IPV6_PREFIXLENGTH?: string;
-  /** IPv6 address of the default gateway; IPv6 address, as in "fe80::1"; truncated to 63 bytes */
+  /** IPv6 address of the default gateway; e.g. "fe80::1"; truncated to 63 bytes */
   IPV6_GATEWAY?: string;
-  /** first DNS server, IPv6; IPv6 address, as in "2001:db8:53::1"; truncated to 63 bytes */
+  /** first DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::1"; truncated to 63 bytes */
   IPV6_DNS1?: string;
-  /** second DNS server, IPv6; IPv6 address, as in "2001:db8:53::2"; truncated to 63 bytes */
+  /** second DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::2"; truncated to 63 bytes */
   IPV6_DNS2?: string;
-  /** IPv6 prefix for the LAN; IPv6 prefix, as in "2001:db8:4f20:a00::"; truncated to 63 bytes */
+  /** IPv6 prefix for the LAN; e.g. "2001:db8:4f20:a00::"; truncated to 63 bytes */
   IPV6_PRIFIX?: string;
-  /** name of the PPPoE account; as in "k4471902@fibre.example"; truncated to 63 bytes */
+  /** name of the PPPoE account; e.g. "k4471902@fibre.example"; truncated to 63 bytes */
   PPPOE_USR_NAME?: string;
-  /** its password; as in "Lh7-pq2-Vw9"; truncated to 63 bytes; secret */
+  /** password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; truncated to 63 bytes; secret */
   PPPOE_PASSWORD?: string;
-  /** "1" when NAT is on; 1 for on, 0 for off, as in "1"; truncated to 63 bytes */
+  /** whether NAT is on; 1 for on, 0 for off; truncated to 63 bytes */
   NATENABLE?: string;
-  /** "1" when quality of service is on; 1 for on, 0 for off, as in "1"; truncated to 63 bytes */
+  /** whether quality of service is on; 1 for on, 0 for off; truncated to 63 bytes */
   QOSENABLE?: string;
-  /** number of the VLAN; 1 to 4094, as in "7"; truncated to 63 bytes */
+  /** number of the VLAN; 1 to 4094, e.g. "7"; truncated to 63 bytes */
   VLANID?: string;
-  /** its priority, 0 to 7; 0 to 7, as in "0"; truncated to 63 bytes */
+  /** priority of the VLAN; 0 to 7, e.g. "0"; truncated to 63 bytes */
   VLANPRIORITY?: string;
 }
 
@@ -3559,7 +3573,7 @@ export type SetRouteWanInfoReply = SetRouteWanInfoSuccess | SetRouteWanInfoFailu
 
 /** SET_TSLINK_CONFIG_STATUS: Stores the state of the first configuration, and notifies the agent. */
 export interface SetTslinkConfigStatusRequest {
-  /** "1" when the first configuration is done; 1 for yes, 0 for no, as in "1" */
+  /** whether the first configuration is done; 1 for yes, 0 for no */
   ConfiguerStatus: string;
 }
 
@@ -3570,7 +3584,7 @@ export interface SetTslinkConfigStatusSuccess {
 
 /** SET_TSLINK_CONFIG_STATUS, failure. */
 export interface SetTslinkConfigStatusFailure {
-  /** that of the request */
+  /** unchanged from the request */
   ConfiguerStatus?: string;
   Status: "1";
   /** "ConfiguerStatus  is NULL": the key is missing; "ConfiguerStatus  value is NULL": the key is present but not a string; "set tslink config failed": the device refused the change */
@@ -3582,7 +3596,7 @@ export type SetTslinkConfigStatusReply = SetTslinkConfigStatusSuccess | SetTslin
 
 /** SET_TSLINK_SSID: Sets the mesh up or takes it down. */
 export interface SetTslinkSsidRequest {
-  /** "1" to set it up, "0" to take it down */
+  /** "1" to set the mesh up, "0" to take it down */
   Enable: string;
 }
 
@@ -3593,7 +3607,7 @@ export interface SetTslinkSsidSuccess {
 
 /** SET_TSLINK_SSID, failure. */
 export interface SetTslinkSsidFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "1";
   /** "Enable missing or not string": the key is missing or not a string; "Enable invalid": the text is neither "0" nor "1" */
@@ -3605,15 +3619,15 @@ export type SetTslinkSsidReply = SetTslinkSsidSuccess | SetTslinkSsidFailure;
 
 /** SET_UPDATE_SCHEDULE: Sets the time of day at which the router may update itself. */
 export interface SetUpdateScheduleRequest {
-  /** "1" when the router may update itself; 1 for on, 0 for off, as in "1"; truncated to 1 bytes */
+  /** whether the router may update itself; 1 for on, 0 for off; truncated to 1 byte */
   Enable: string;
-  /** start, hour; 0 to 23, without leading zeros, as in "2"; truncated to 7 bytes */
+  /** hour of the start; 0 to 23, without leading zeros, e.g. "2"; truncated to 7 bytes */
   StartHour: string;
-  /** start, minute; 0 to 59, without leading zeros, as in "30"; truncated to 7 bytes */
+  /** minute of the start; 0 to 59, without leading zeros, e.g. "30"; truncated to 7 bytes */
   StartMinute: string;
-  /** end, hour; 0 to 23, without leading zeros, as in "4"; truncated to 7 bytes */
+  /** hour of the end; 0 to 23, without leading zeros, e.g. "4"; truncated to 7 bytes */
   EndHour: string;
-  /** end, minute; 0 to 59, without leading zeros, as in "0"; truncated to 7 bytes */
+  /** minute of the end; 0 to 59, without leading zeros, e.g. "0"; truncated to 7 bytes */
   EndMinute: string;
 }
 
@@ -3634,24 +3648,24 @@ export type SetUpdateScheduleReply = SetUpdateScheduleSuccess | SetUpdateSchedul
 
 /** SET_UPLINK_WIFI_INFO: Joins an upstream network as a repeater. */
 export interface SetUplinkWifiInfoRequest {
-  /** name of the network to join; as in "FamilieBrandt"; truncated to 63 bytes */
+  /** name of the network to join; e.g. "FamilieBrandt"; truncated to 63 bytes */
   SSID: string;
-  /** password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret */
+  /** password of the network; e.g. "apfelbaum-1962"; truncated to 63 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 63 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 63 bytes */
   ENCRYPT: string;
-  /** cipher of WPA; NONE or AES, as in "NONE"; truncated to 63 bytes */
+  /** cipher of WPA; NONE or AES; truncated to 63 bytes */
   WPACypher: string;
-  /** cipher of WPA2; NONE or AES, as in "AES"; truncated to 63 bytes */
+  /** cipher of WPA2; NONE or AES; truncated to 63 bytes */
   WPA2Cypher: string;
-  /** frequency band; 2.4GHz or 5GHz, as in "5GHz"; truncated to 127 bytes */
+  /** frequency band; 2.4GHz or 5GHz; truncated to 127 bytes */
   Band: string;
 }
 
 /** SET_UPLINK_WIFI_INFO, success: the router joined a network. */
 export interface SetUplinkWifiInfoSuccess {
   Status: "0";
-  /** name of the network that was joined; as in "FamilieBrandt"; at most 64 bytes */
+  /** name of the network that was joined; e.g. "FamilieBrandt"; at most 64 bytes */
   ConnectedSSID: string;
 }
 
@@ -3666,17 +3680,17 @@ export type SetUplinkWifiInfoFailure2 = Record<string, never>;
 
 /** SET_UPLINK_WIFI_INFO, failure. */
 export interface SetUplinkWifiInfoFailure3 {
-  /** that of the request */
+  /** unchanged from the request */
   SSID?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PWD?: string;
-  /** that of the request */
+  /** unchanged from the request */
   ENCRYPT?: string;
-  /** that of the request */
+  /** unchanged from the request */
   WPACypher?: string;
-  /** that of the request */
+  /** unchanged from the request */
   WPA2Cypher?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Band?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "SET_UPLINK_WIFI_INFO_FAIL": the device could not join */
@@ -3688,7 +3702,7 @@ export type SetUplinkWifiInfoReply = SetUplinkWifiInfoSuccess | SetUplinkWifiInf
 
 /** SET_UPNP_STATE: Switches UPnP. */
 export interface SetUpnpStateRequest {
-  /** "1" to switch it on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether UPnP is on; 1 for on, 0 for off; truncated to 7 bytes */
   Enable: string;
 }
 
@@ -3699,7 +3713,7 @@ export interface SetUpnpStateSuccess {
 
 /** SET_UPNP_STATE, failure. */
 export interface SetUpnpStateFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "1";
   /** "get param:enable err": the key is missing or not a string; "Set UPNP enable failed": the device refused the change */
@@ -3711,9 +3725,9 @@ export type SetUpnpStateReply = SetUpnpStateSuccess | SetUpnpStateFailure;
 
 /** SET_WEB_LOGIN_INFO: Sets type and password of the web login. */
 export interface SetWebLoginInfoRequest {
-  /** type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; truncated to 7 bytes */
+  /** type of web login; 0 for the account of the administrator, 1 for a separate password; truncated to 7 bytes */
   WebLoginType: string;
-  /** password of the account or of the web login; as in "zaun-und-tor-58"; truncated to 127 bytes; secret */
+  /** password of the web login; e.g. "zaun-und-tor-58"; truncated to 127 bytes; secret */
   Password: string;
 }
 
@@ -3724,9 +3738,9 @@ export interface SetWebLoginInfoSuccess {
 
 /** SET_WEB_LOGIN_INFO, failure. */
 export interface SetWebLoginInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   WebLoginType?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Password?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "set web login info failed": the device refused the change */
@@ -3738,7 +3752,7 @@ export type SetWebLoginInfoReply = SetWebLoginInfoSuccess | SetWebLoginInfoFailu
 
 /** SET_WEB_LOGIN_TYPE: Sets the type of web login. */
 export interface SetWebLoginTypeRequest {
-  /** type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; truncated to 7 bytes */
+  /** type of web login; 0 for the account of the administrator, 1 for a separate password; truncated to 7 bytes */
   Type: string;
 }
 
@@ -3749,7 +3763,7 @@ export interface SetWebLoginTypeSuccess {
 
 /** SET_WEB_LOGIN_TYPE, failure. */
 export interface SetWebLoginTypeFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Type?: string;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "set web login type failed": the device refused the change */
@@ -3763,58 +3777,58 @@ export type SetWebLoginTypeReply = SetWebLoginTypeSuccess | SetWebLoginTypeFailu
 export interface SetWifiInfoRequest {
   /** number of the SSID, from 1; the device decides which exist */
   SSIDIndex: string;
-  /** network name; as in "Lindenhof"; truncated to 63 bytes */
+  /** network name; e.g. "Lindenhof"; truncated to 63 bytes */
   SSID: string;
-  /** password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret */
+  /** password of the network; e.g. "apfelbaum-1962"; truncated to 63 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 7 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 7 bytes */
   ENCRYPT: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; truncated to 63 bytes */
+  /** transmit power; whole number, in %, e.g. "100"; truncated to 63 bytes */
   PowerLevel: string;
-  /** channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes */
+  /** channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes */
   Channel: string;
-  /** "1" when the network is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the network is on; 1 for on, 0 for off; truncated to 7 bytes */
   Enable: string;
-  /** "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes */
+  /** whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   AdvertisementEnable?: string;
-  /** wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes */
+  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes */
   Mode?: string;
-  /** "1" when beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes */
+  /** whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   Beamforming?: string;
 }
 
 /** SET_WIFI_INFO, success: the device accepted the change. */
 export interface SetWifiInfoSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   AdvertisementEnable?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   Mode?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   Beamforming?: unknown;
   Status: "0";
 }
 
 /** SET_WIFI_INFO, failure. */
 export interface SetWifiInfoFailure {
-  /** that of the request */
+  /** unchanged from the request */
   SSIDIndex?: string;
-  /** that of the request */
+  /** unchanged from the request */
   SSID?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PWD?: string;
-  /** that of the request */
+  /** unchanged from the request */
   ENCRYPT?: string;
-  /** that of the request */
+  /** unchanged from the request */
   PowerLevel?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Channel?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
-  /** that of the request */
+  /** unchanged from the request */
   AdvertisementEnable?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   Mode?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   Beamforming?: unknown;
   Status: "1";
   /** "json node null": a key is missing; "value string null": a key is present but not a string; "SET_WIFI_INFO_FAIL": the device refused the change */
@@ -3828,35 +3842,35 @@ export type SetWifiInfoReply = SetWifiInfoSuccess | SetWifiInfoFailure;
 export interface SetWifiInfoListRequestWifilist {
   /** number of the SSID, from 1 */
   SSIDIndex: string;
-  /** network name; as in "Lindenhof"; truncated to 63 bytes */
+  /** network name; e.g. "Lindenhof"; truncated to 63 bytes */
   SSID: string;
-  /** password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret */
+  /** password of the network; e.g. "apfelbaum-1962"; truncated to 63 bytes; secret */
   PWD: string;
-  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 7 bytes */
+  /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 7 bytes */
   ENCRYPT: string;
-  /** transmit power; whole number, without a percent sign, %, as in "100"; truncated to 63 bytes */
+  /** transmit power; whole number, in %, e.g. "100"; truncated to 63 bytes */
   PowerLevel: string;
-  /** channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes */
+  /** channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes */
   Channel: string;
-  /** "1" when the network is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether the network is on; 1 for on, 0 for off; truncated to 7 bytes */
   Enable: string;
-  /** bandwidth of the channel; unchanged when absent; whole number, MHz, as in "20"; truncated to 15 bytes */
+  /** bandwidth of the channel; unchanged when absent; whole number, in MHz, e.g. "20"; truncated to 15 bytes */
   Bandwidth?: string;
-  /** "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes */
+  /** whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   AdvertisementEnable?: string;
-  /** wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes */
+  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes */
   Mode?: string;
-  /** "1" when beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes */
+  /** whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   Beamforming?: string;
 }
 
-/** SET_WIFI_INFO_LIST: Changes the settings of several SSIDs, and the two switches of all radios. */
+/** SET_WIFI_INFO_LIST: Changes the settings of several SSIDs, and the two switches that all radios share. */
 export interface SetWifiInfoListRequest {
   /** the SSIDs; an empty list sets the switches only */
   WIFILIST: SetWifiInfoListRequestWifilist[];
-  /** "1" to steer stations between the radios; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether stations are steered between the radios; 1 for on, 0 for off; truncated to 7 bytes */
   StaCtrl: string;
-  /** switch of fast roaming; when absent or empty, the previous value is applied again; 1 for on, 0 for off, as in "1"; truncated to 7 bytes */
+  /** whether fast roaming is on; when absent or empty, the previous value is applied again; 1 for on, 0 for off; truncated to 7 bytes */
   FastRoaming?: string;
 }
 
@@ -3867,7 +3881,7 @@ export interface SetWifiInfoListSuccess {
 
 /** SET_WIFI_INFO_LIST, failure: the batch is accepted and applied, but it turns off a main SSID while the mesh is on. */
 export interface SetWifiInfoListFailure {
-  /** that of the request */
+  /** unchanged from the request */
   FastRoaming?: string;
   Status: "1";
   /** 请先关闭mesh开关! (turn off the mesh switch first), encoded in GBK; at most 17 bytes */
@@ -3876,11 +3890,11 @@ export interface SetWifiInfoListFailure {
 
 /** SET_WIFI_INFO_LIST, failure. */
 export interface SetWifiInfoListFailure2 {
-  /** that of the request */
+  /** unchanged from the request */
   WIFILIST?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   StaCtrl?: string;
-  /** that of the request */
+  /** unchanged from the request */
   FastRoaming?: string;
   Status: "1";
   /** "json node: wifilist not found": there is no list; "json node: StaCtrl not found": StaCtrl is missing or not a string; "set ssid failed": an element lacks a key, or no worker could be started */
@@ -3892,13 +3906,13 @@ export type SetWifiInfoListReply = SetWifiInfoListSuccess | SetWifiInfoListFailu
 
 /** WIFISleepList: the new periods; an empty list removes all. */
 export interface SetWifiSleepScheduleRequestWIFISleepList {
-  /** "1" when the period is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes */
+  /** whether the period is on; 1 for on, 0 for off; truncated to 15 bytes */
   Enable: string;
-  /** start of the sleep; HH:MM, from 00:00 to 23:59, as in "23:30"; truncated to 31 bytes */
+  /** start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "23:30"; truncated to 31 bytes */
   StartTime: string;
-  /** end of the sleep; HH:MM, from 00:00 to 23:59, as in "05:45"; truncated to 31 bytes */
+  /** end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "05:45"; truncated to 31 bytes */
   EndTime: string;
-  /** days of the week; 1 (Monday) to 7, with commas, as in "1,2,3,4,7"; truncated to 31 bytes */
+  /** days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,2,3,4,7"; truncated to 31 bytes */
   DaysOfWeek: string;
 }
 
@@ -3925,7 +3939,7 @@ export type SetWifiSleepScheduleReply = SetWifiSleepScheduleSuccess | SetWifiSle
 
 /** SET_WPS_ENABLE: Switches WPS. */
 export interface SetWpsEnableRequest {
-  /** "1" to switch it on; the number at the start of the text counts; truncated to 7 bytes */
+  /** whether WPS is on: 1 for on, 0 for off; read as a decimal number, 0 if the text does not begin with one; truncated to 7 bytes */
   Enable: string;
 }
 
@@ -3936,7 +3950,7 @@ export interface SetWpsEnableSuccess {
 
 /** SET_WPS_ENABLE, failure. */
 export interface SetWpsEnableFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Enable?: string;
   Status: "1";
   /** "get param:enable err": the key is missing or not a string; "Set wps enable failed": the device refused the change */
@@ -3948,9 +3962,9 @@ export type SetWpsEnableReply = SetWpsEnableSuccess | SetWpsEnableFailure;
 
 /** SET_WPS_STATE: Starts or stops WPS on a radio. */
 export interface SetWpsStateRequest {
-  /** the radio, by its band; 2.4GHz or 5GHz, as in "5GHz"; truncated to 7 bytes */
+  /** the radio, by its band; 2.4GHz or 5GHz; truncated to 7 bytes */
   Radio: string;
-  /** "1" to start, "0" to stop; 1 to start, 0 to stop, as in "1"; truncated to 7 bytes */
+  /** what to do with WPS; 1 to start, 0 to stop; truncated to 7 bytes */
   Action: string;
 }
 
@@ -3961,9 +3975,9 @@ export interface SetWpsStateSuccess {
 
 /** SET_WPS_STATE, failure. */
 export interface SetWpsStateFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Radio?: string;
-  /** that of the request */
+  /** unchanged from the request */
   Action?: string;
   Status: "1";
   /** "get radio and action err": a key is missing or not a string; "Set wps state failed": the device refused the change */
@@ -3975,34 +3989,34 @@ export type SetWpsStateReply = SetWpsStateSuccess | SetWpsStateFailure;
 
 /** Image: the image; nothing is started without it. */
 export interface UpdateImmediateRequestImage {
-  /** URL of the image, of any length; required unless there are rules; address of a server, as in "https://updates.example/hgu.img" */
+  /** URL of the image, of any length; required without Dpi and DpiHttp; e.g. "https://updates.example/hgu.img" */
   UpdateUrl?: string;
 }
 
-/** UPDATE_IMMEDIATE: Updates the firmware, and with it the rules for packet inspection. */
+/** UPDATE_IMMEDIATE: Updates the firmware. */
 export interface UpdateImmediateRequest {
   /** the image; nothing is started without it */
   Image?: UpdateImmediateRequestImage;
-  /** rules for packet inspection; they are not read */
+  /** rules for packet inspection, which are ignored */
   Dpi?: unknown;
-  /** rules for the inspection of HTTP; they are not read */
+  /** rules for the inspection of HTTP, which are ignored */
   DpiHttp?: unknown;
 }
 
-/** UPDATE_IMMEDIATE, success: the worker was started, there is no image, or there are rules. */
+/** UPDATE_IMMEDIATE, success: the worker was started, there is no Image, or there is Dpi or DpiHttp. */
 export interface UpdateImmediateSuccess {
   Status: "0";
 }
 
 /** UPDATE_IMMEDIATE, failure. */
 export interface UpdateImmediateFailure {
-  /** that of the request */
+  /** unchanged from the request */
   Dpi?: unknown;
-  /** that of the request */
+  /** unchanged from the request */
   DpiHttp?: unknown;
   Status: "1";
-  /** "json no UpdateUrl": there are no rules, and the URL of the image is missing or not a string; "dev is dowing image now": there are no rules, and another image is being downloaded or flashed; "failed to create down image thread": there are no rules, and the worker could not be started */
-  FailReason: "json no UpdateUrl" | "dev is dowing image now" | "failed to create down image thread";
+  /** "json no UpdateUrl": without Dpi and DpiHttp: the URL of the image is missing or not a string; "url is null": without Dpi and DpiHttp: memory ran out; "dev is dowing image now": without Dpi and DpiHttp: another image is being downloaded or flashed; "failed to create down image thread": without Dpi and DpiHttp: the worker could not be started */
+  FailReason: "json no UpdateUrl" | "url is null" | "dev is dowing image now" | "failed to create down image thread";
 }
 
 /** Reply of UPDATE_IMMEDIATE. */
@@ -4011,115 +4025,115 @@ export type UpdateImmediateReply = UpdateImmediateSuccess | UpdateImmediateFailu
 /** agent-topology: The child routers with their stations, from the tree of parameters. */
 export type ReportAgentTopologyRequest = Record<string, never>;
 
-/** ChildInfo: the routers attached to it. */
+/** ChildInfo: routers attached to the child router; missing in areas with MeshInfo. */
 export interface ReportAgentTopologyChildRouterChildInfo {
-  /** MAC address of the mesh interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the mesh interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   childMac: string;
 }
 
-/** MeshInfo: its links to other routers, on the model of the operators. */
+/** MeshInfo: links to other routers; only in an area whose code contains ARVEN, KOLM or SEDRANO. */
 export interface ReportAgentTopologyChildRouterMeshInfo {
-  /** MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the other router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   nexthopMAC: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 16 bytes */
   dbm: string;
-  /** network interface; name of the network interface, as in "wlan1"; at most 24 bytes */
+  /** network interface; name of the network interface, e.g. "wlan1"; at most 24 bytes */
   interface: string;
 }
 
-/** ChildBaseInfo: its stations; missing if there was no memory for them. */
+/** ChildBaseInfo: stations of the child router, 32 at most; missing if there was no memory for them. */
 export interface ReportAgentTopologyChildRouterChildBaseInfo {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
   Mac: string;
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevType: string;
-  /** its manufacturer; as in "Eichhorn Computer"; at most 32 bytes */
+  /** manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes */
   DevFactory: string;
-  /** always the same */
+  /** always this text */
   DevModle: "Tessaline";
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user; as in "Anna"; at most 32 bytes */
+  /** name given by the user; e.g. "Anna"; at most 32 bytes */
   ByName: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
-  /** whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes */
+  /** whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes */
   NetMonopoly: string;
-  /** how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes */
+  /** how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes */
   AccessType: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes */
   AccessEnable: string;
-  /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes */
   DownSpeed: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes */
+  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes */
   AccessTime: string;
-  /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
+  /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
-  /** always the same */
+  /** always this text */
   OS: "3";
-  /** version of the operating system; as in "6.1"; at most 32 bytes */
+  /** version of the operating system; e.g. "6.1"; at most 32 bytes */
   Version: string;
-  /** "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it is under parental control; 1 for on, 0 for off; at most 8 bytes */
   GreennetProtectEnable: string;
-  /** switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes */
   SpeedLimit: string;
-  /** download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes */
+  /** download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes */
   DownLimit: string;
-  /** upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes */
+  /** upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes */
   UpLimit: string;
 }
 
 /** ChildRouter: the child routers that are up. */
 export interface ReportAgentTopologyChildRouter {
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 64 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 64 bytes */
   Mac: string;
-  /** how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
+  /** how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes */
   AccessType: string;
-  /** speed of its link; only filled for a path of the parameter tree; whole number, Mbit/s, as in "866"; at most 16 bytes */
+  /** speed of its link to the parent; whole number, in Mbit/s, e.g. "866"; at most 16 bytes */
   LinkSpeed: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes */
   dbm: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes */
+  /** identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes */
   RouterDeviceID: string;
-  /** its name; as in "Attic"; at most 64 bytes */
+  /** name of the child router; e.g. "Attic"; at most 64 bytes */
   Name: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
-  /** how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
+  /** how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes */
   ChildRouterAccessType: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 16 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 16 bytes */
   DownSpeed: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** hardware version; as in "V1.2"; at most 16 bytes */
+  /** hardware version; e.g. "V1.2"; at most 16 bytes */
   HWVersion: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 16 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 16 bytes */
   AreaCode: string;
-  /** time since it started; whole number, s, as in "86400"; at most 16 bytes */
+  /** time since it started; whole number, in s, e.g. "86400"; at most 16 bytes */
   UpTime: string;
-  /** type of device; as in "MAP-AX1800"; at most 32 bytes */
+  /** type of device; e.g. "MAP-AX1800"; at most 32 bytes */
   DeviceType: string;
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:41"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes */
   Wlan1Mac: string;
-  /** IP address again; IPv4 address, as in "192.168.1.2"; at most 32 bytes */
+  /** IP address, a second time; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes */
   ip: string;
-  /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   ParentMacAddress: string;
-  /** the routers attached to it */
+  /** routers attached to the child router; missing in areas with MeshInfo */
   ChildInfo?: ReportAgentTopologyChildRouterChildInfo[];
-  /** its links to other routers, on the model of the operators */
+  /** links to other routers; only in an area whose code contains ARVEN, KOLM or SEDRANO */
   MeshInfo?: ReportAgentTopologyChildRouterMeshInfo[];
-  /** its stations; missing if there was no memory for them */
+  /** stations of the child router, 32 at most; missing if there was no memory for them */
   ChildBaseInfo?: ReportAgentTopologyChildRouterChildBaseInfo[];
 }
 
@@ -4129,7 +4143,7 @@ export interface ReportAgentTopologySuccess {
   ChildRouter: ReportAgentTopologyChildRouter[];
 }
 
-/** agent-topology, failure: a parameter could not be read; the result is -1. */
+/** agent-topology, failure: a parameter could not be read, or memory ran out; the result is -1. */
 export type ReportAgentTopologyFailure = Record<string, never>;
 
 /** Reply of agent-topology. */
@@ -4141,23 +4155,23 @@ export type ReportHomePageRequest = Record<string, never>;
 /** home-page, success: the device reported them. */
 export interface ReportHomePageSuccess {
   Status: "0";
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Devname: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 64 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 64 bytes */
   UploadSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 64 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 64 bytes */
   DownloadSpeed: string;
-  /** whether games are accelerated; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether games are accelerated; 1 for on, 0 for off; at most 8 bytes */
   GameSpeed: string;
-  /** port for games; number of a LAN port, as in "2"; at most 8 bytes */
+  /** port that games use; number of a LAN port, e.g. "2"; at most 8 bytes */
   GamePort: string;
-  /** band for games; 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
+  /** band that games use; 2.4GHz or 5GHz; at most 8 bytes */
   GameBand: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 64 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 64 bytes */
   CpuRate: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 64 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 64 bytes */
   MemRate: string;
-  /** temperature of the CPU; whole number, degrees Celsius, as in "54"; at most 64 bytes */
+  /** temperature of the CPU; whole number, in degrees Celsius, e.g. "54"; at most 64 bytes */
   CpuTemperature: string;
 }
 
@@ -4171,15 +4185,15 @@ export interface ReportHomePageFailure {
 /** Reply of home-page. */
 export type ReportHomePageReply = ReportHomePageSuccess | ReportHomePageFailure;
 
-/** image-upgrade: Fetch the image at an address and flash it, as an agent does by itself. */
+/** image-upgrade: Fetches the image at a URL and flashes it, as an agent does without a command. */
 export interface ReportImageUpgradeRequest {
-  /** address of the image; without one the upgrade fails; URL, as in "http://127.0.0.1:8000/new.image" */
+  /** URL of the image; without one the upgrade fails; e.g. "http://127.0.0.1:8000/new.image" */
   url?: string;
 }
 
 /** image-upgrade, success: the upgrade has been started. */
 export interface ReportImageUpgradeSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   url?: string;
 }
 
@@ -4191,33 +4205,33 @@ export type ReportMainBaseRequest = Record<string, never>;
 
 /** MainBaseInfo: the devices that are online. */
 export interface ReportMainBaseMainBaseInfo {
-  /** code of its type: "1" phone, "3" computer, "0" anything else */
+  /** type of device: "1" for a phone, "3" for a computer, "0" for anything else */
   DevType: "0" | "1" | "3";
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevModle: string;
-  /** only if its operating system is unknown */
+  /** only for a device whose operating system is empty */
   OS?: "0";
-  /** how it is attached: "1" by cable, "2" 2.4 GHz, "4" 5 GHz, "0" unknown */
+  /** how it is attached: "1" by cable, "2" at 2.4 GHz, "4" at 5 GHz, "0" if unknown */
   AccessType: "0" | "1" | "2" | "4";
   /** "1" when it is online */
   NetStatus: "1" | "0";
   /** the same as NetStatus */
   AccessEnable: "1" | "0";
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
   Mac: string;
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user; as in "Anna"; at most 32 bytes */
+  /** name given by the user; e.g. "Anna"; at most 32 bytes */
   ByName: string;
   /** always empty */
   DevFactory: "";
-  /** time at which it was attached; seconds since 1970, s, as in "1767225600"; at most 32 bytes */
+  /** time at which it was attached; Unix time, in s, e.g. "1767225600"; at most 32 bytes */
   AccessTime: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** current upstream rate; decimal number with two decimals, bytes/s, as in "25625.00"; at most 32 bytes */
+  /** current upstream rate; decimal number with two decimals, in bytes/s, e.g. "25625.00"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; decimal number with two decimals, bytes/s, as in "25625.00"; at most 32 bytes */
+  /** current downstream rate; decimal number with two decimals, in bytes/s, e.g. "25625.00"; at most 32 bytes */
   DownSpeed: string;
 }
 
@@ -4233,94 +4247,94 @@ export type ReportMainBaseReply = ReportMainBaseSuccess;
 /** main-router: What is known of the main router. */
 export type ReportMainRouterRequest = Record<string, never>;
 
-/** main-router, success: the device reported at least a part, long form. */
+/** main-router, success: the device answered at least one of the four calls; long form. */
 export interface ReportMainRouterSuccess {
   Status: "0";
   /** "1" when the WAN is connected or connecting */
   NetStatus: "1" | "0";
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes */
+  /** state of the first radio; a device may also write "up"; 1 for on, 0 for off; at most 32 bytes */
   WiFiStatus1: string;
-  /** state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes */
+  /** state of the second radio, as WiFiStatus1; 1 for on, 0 for off; at most 32 bytes */
   WiFiStatus2: string;
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** IP address of the WAN; IPv4 address, as in "100.72.18.203"; at most 34 bytes */
+  /** IP address of the WAN; IPv4 address, e.g. "100.72.18.203"; at most 34 bytes */
   ip: string;
-  /** MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   Mac: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes */
   DownSpeed: string;
-  /** network name of the first radio; as in "Lindenhof"; at most 32 bytes */
+  /** network name of the first radio; e.g. "Lindenhof"; at most 32 bytes */
   SSID1: string;
-  /** network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes */
+  /** network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes */
   SSID2: string;
-  /** hardware version; as in "V1.2"; at most 32 bytes */
+  /** hardware version; e.g. "V1.2"; at most 32 bytes */
   HWVersion: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA: string;
-  /** time since the system started; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes */
   UpTime: string;
-  /** time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes */
+  /** time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes */
   WanUptime: string;
-  /** state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes */
+  /** whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes */
   ConfiguerStatus: string;
-  /** type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes */
+  /** type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes */
   WanConMode: string;
-  /** type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes */
+  /** type of addressing on the WAN side; Dynamic or Static; at most 16 bytes */
   AddressType: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 8 bytes */
   cpuusage: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 8 bytes */
   ramusage: string;
-  /** switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes */
+  /** whether the firewall is on; 1 for on, 0 for off; at most 16 bytes */
   FireWallEnable: string;
-  /** always the same */
+  /** always this text */
   NetQuality: "0";
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes */
   Wlan0Mac: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes */
   Wlan1Mac: string;
 }
 
-/** main-router, success: the device reported at least a part, short form. */
+/** main-router, success: the device answered at least one of the four calls; short form. */
 export interface ReportMainRouterSuccess2 {
   Status: "0";
   /** "1" when the WAN is connected or connecting */
   NetStatus: "1" | "0";
-  /** type of device; as in "HGU-AX3000"; at most 32 bytes */
+  /** type of device; e.g. "HGU-AX3000"; at most 32 bytes */
   DeviceType: string;
-  /** state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes */
+  /** state of the first radio; a device may also write "up"; 1 for on, 0 for off; at most 32 bytes */
   WiFiStatus1: string;
-  /** state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes */
+  /** state of the second radio, as WiFiStatus1; 1 for on, 0 for off; at most 32 bytes */
   WiFiStatus2: string;
-  /** name given by the user; as in "Lindenhof"; at most 64 bytes */
+  /** name given by the user; e.g. "Lindenhof"; at most 64 bytes */
   Name: string;
-  /** firmware version; as in "V2.4.1"; at most 32 bytes */
+  /** firmware version; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion: string;
-  /** IP address of the WAN; IPv4 address, as in "100.72.18.203"; at most 34 bytes */
+  /** IP address of the WAN; IPv4 address, e.g. "100.72.18.203"; at most 34 bytes */
   ip: string;
-  /** CPU load; whole number, without a percent sign, %, as in "26"; at most 32 bytes */
+  /** CPU load; whole number, in %, e.g. "26"; at most 32 bytes */
   Cpu: string;
-  /** memory load; whole number, without a percent sign, %, as in "47"; at most 32 bytes */
+  /** memory load; whole number, in %, e.g. "47"; at most 32 bytes */
   Memory: string;
-  /** address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes */
+  /** address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes */
   LanIp: string;
-  /** address of the default gateway; IPv4 address, as in "100.72.0.1"; at most 32 bytes */
+  /** address of the default gateway; IPv4 address, e.g. "100.72.0.1"; at most 32 bytes */
   WanGateWay: string;
-  /** DNS servers; addresses, with commas, as in "100.64.0.53,100.64.1.53"; at most 65 bytes */
+  /** DNS servers; IP addresses, separated by commas, e.g. "100.64.0.53,100.64.1.53"; at most 65 bytes */
   Dns: string;
 }
 
 /** main-router, failure. */
 export interface ReportMainRouterFailure {
   Status: "1";
-  /** "get base info error!": the device reported nothing */
+  /** "get base info error!": the device answered none of the four calls */
   FailReason: "get base info error!";
 }
 
@@ -4332,17 +4346,17 @@ export type ReportMeshRequest = Record<string, never>;
 
 /** mesh, success: the topology was reported. */
 export interface ReportMeshSuccess {
-  /** the reply of GET_TSLINK_TOPOLOGY_INFO */
+  /** the reply to GET_TSLINK_TOPOLOGY_INFO */
   topology: Record<string, unknown>;
   /** the report agent-topology */
   tree: Record<string, unknown>;
-  /** number of devices that the main router has counted, if the plug-in exports it */
+  /** g_dev_num of the plug-in, which counts the devices of the main router; missing if the plug-in does not export it */
   devices?: number;
 }
 
 /** mesh, failure: the command failed; the result is 1. */
 export interface ReportMeshFailure {
-  /** the reply of GET_TSLINK_TOPOLOGY_INFO, with its failure */
+  /** the reply to GET_TSLINK_TOPOLOGY_INFO, with its failure */
   topology: Record<string, unknown>;
 }
 
@@ -4351,67 +4365,67 @@ export type ReportMeshReply = ReportMeshSuccess | ReportMeshFailure;
 
 /** stations: The stations of one router in the tree of parameters. */
 export interface ReportStationsRequest {
-  /** the router in the tree of parameters; the main router unless given; path that ends with a full stop, as in "InternetGatewayDevice.WiFi.MultiAP.APDevice.2." */
+  /** the router in the tree of parameters; the main router unless given; path that ends with a full stop, e.g. "InternetGatewayDevice.WiFi.MultiAP.APDevice.2." */
   path?: string;
 }
 
-/** MainBaseInfo: its stations. */
+/** MainBaseInfo: stations of the router, 32 at most. */
 export interface ReportStationsMainBaseInfo {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes */
   Mac: string;
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevType: string;
-  /** its manufacturer; as in "Eichhorn Computer"; at most 32 bytes */
+  /** manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes */
   DevFactory: string;
-  /** always the same */
+  /** always this text */
   DevModle: "Tessaline";
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name: string;
-  /** name given by the user; as in "Anna"; at most 32 bytes */
+  /** name given by the user; e.g. "Anna"; at most 32 bytes */
   ByName: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus: string;
-  /** whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes */
+  /** whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes */
   NetMonopoly: string;
-  /** how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes */
+  /** how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes */
   AccessType: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes */
   AccessEnable: string;
-  /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes */
   UpSpeed: string;
-  /** current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes */
   DownSpeed: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip: string;
-  /** seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes */
+  /** seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes */
   AccessTime: string;
-  /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
+  /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID: string;
-  /** always the same */
+  /** always this text */
   OS: "3";
-  /** version of the operating system; as in "6.1"; at most 32 bytes */
+  /** version of the operating system; e.g. "6.1"; at most 32 bytes */
   Version: string;
-  /** "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it is under parental control; 1 for on, 0 for off; at most 8 bytes */
   GreennetProtectEnable: string;
-  /** switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes */
   SpeedLimit: string;
-  /** download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes */
+  /** download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes */
   DownLimit: string;
-  /** upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes */
+  /** upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes */
   UpLimit: string;
 }
 
 /** stations, success: the report was built; an unknown router has no stations. */
 export interface ReportStationsSuccess {
-  /** that of the request */
+  /** unchanged from the request */
   path?: string;
-  /** its stations */
+  /** stations of the router, 32 at most */
   MainBaseInfo: ReportStationsMainBaseInfo[];
 }
 
 /** stations, failure: there is no memory; the result is -1. */
 export interface ReportStationsFailure {
-  /** that of the request */
+  /** unchanged from the request */
   path?: string;
 }
 
@@ -4421,105 +4435,105 @@ export type ReportStationsReply = ReportStationsSuccess | ReportStationsFailure;
 /** topology: The child routers with their stations, from the relations of the topology. */
 export type ReportTopologyRequest = Record<string, never>;
 
-/** ChildInfo: the routers attached to it. */
+/** ChildInfo: routers attached to the child router; only in a mesh of type 2. */
 export interface ReportTopologyChildRouterChildInfo {
-  /** MAC address of the mesh interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes */
+  /** MAC address of the attached router, or of its mesh interface if that is not known; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes */
   childMac: string;
 }
 
-/** ChildBaseInfo: its stations; missing if the device could not report them. */
+/** ChildBaseInfo: stations of the child router; missing if the device could not report them. */
 export interface ReportTopologyChildRouterChildBaseInfo {
-  /** MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes */
+  /** MAC address; six bytes in hexadecimal, separated by colons, e.g. "DA:41:7C:0E:92:B3"; at most 96 bytes */
   Mac?: string;
-  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes */
+  /** type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes */
   DevType?: string;
-  /** its manufacturer; as in "Eichhorn Computer"; at most 32 bytes */
+  /** manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes */
   DevFactory?: string;
-  /** always the same */
+  /** always this text */
   DevModle?: "Tessaline";
-  /** host name; as in "workshop-pc"; at most 32 bytes */
+  /** host name; e.g. "workshop-pc"; at most 32 bytes */
   Name?: string;
-  /** name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes */
+  /** name given by the user, otherwise the host name; e.g. "Anna"; at most 32 bytes */
   ByName?: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus?: string;
-  /** whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes */
+  /** whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes */
   NetMonopoly?: string;
-  /** how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes */
+  /** how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes */
   AccessType?: string;
-  /** "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes */
   AccessEnable?: string;
-  /** current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes */
   UpSpeed?: string;
-  /** current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes */
   DownSpeed?: string;
-  /** IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes */
+  /** IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes */
   ip?: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes */
   dbm?: string;
-  /** seconds since it was attached; in the short form of the report, the time at which it was; at most 32 bytes */
+  /** seconds since it was attached; if the area code contains TH_OLV, ignoring case, the Unix time at which it was attached; at most 32 bytes */
   AccessTime?: string;
-  /** unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes */
+  /** unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes */
   UID?: string;
-  /** always the same */
+  /** always this text */
   OS?: "3";
-  /** version of the operating system; as in "6.1"; at most 32 bytes */
+  /** version of the operating system; e.g. "6.1"; at most 32 bytes */
   Version?: string;
-  /** "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether it is under parental control; 1 for on, 0 for off; at most 8 bytes */
   GreennetProtectEnable?: string;
-  /** switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes */
+  /** whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes */
   SpeedLimit?: string;
-  /** download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes */
+  /** download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes */
   DownLimit?: string;
-  /** upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes */
+  /** upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes */
   UpLimit?: string;
 }
 
 /** ChildRouter: the child routers; none if the mesh is off or its relations are unknown. */
 export interface ReportTopologyChildRouter {
-  /** MAC address, in the form that the device library shows to users; bytes in hexadecimal, with dashes, as on the label, as in "3C-6A-D2-22-81-40"; at most 32 bytes */
+  /** MAC address, in the form that the device library shows to users, if there is one; six bytes in hexadecimal, separated by dashes, as on the label, e.g. "3C-6A-D2-22-81-40"; at most 64 bytes */
   Mac: string;
-  /** how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
+  /** how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes */
   AccessType: string;
-  /** speed of its link; whole number, Mbit/s, as in "866"; at most 16 bytes */
+  /** speed of its link to the parent; whole number, in Mbit/s, e.g. "866"; at most 16 bytes */
   LinkSpeed: string;
-  /** signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes */
+  /** signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes */
   dbm: string;
-  /** identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes */
+  /** identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes */
   RouterDeviceID?: string;
-  /** its name; as in "Attic"; at most 64 bytes */
+  /** name of the child router; e.g. "Attic"; at most 64 bytes */
   Name?: string;
-  /** "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes */
+  /** whether it is online; 1 for up, 0 for down; at most 8 bytes */
   NetStatus?: string;
-  /** how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes */
+  /** how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes */
   ChildRouterAccessType?: string;
-  /** current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes */
+  /** current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 16 bytes */
   UpSpeed?: string;
-  /** current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes */
+  /** current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 16 bytes */
   DownSpeed?: string;
-  /** date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes */
+  /** date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes */
   FWDATA?: string;
-  /** hardware version; as in "V1.2"; at most 16 bytes */
+  /** hardware version; e.g. "V1.2"; at most 16 bytes */
   HWVersion?: string;
-  /** code of the operator's area; as in "NORTH-07"; at most 16 bytes */
+  /** code of the operator's area; e.g. "NORTH-07"; at most 16 bytes */
   AreaCode?: string;
-  /** time since it started; whole number, s, as in "86400"; at most 16 bytes */
+  /** time since it started; whole number, in s, e.g. "86400"; at most 16 bytes */
   UpTime?: string;
-  /** type of device; as in "MAP-AX1800"; at most 32 bytes */
+  /** type of device; e.g. "MAP-AX1800"; at most 32 bytes */
   DeviceType?: string;
-  /** MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes */
+  /** MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:41"; at most 32 bytes */
   Wlan0Mac?: string;
-  /** MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes */
+  /** MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes */
   Wlan1Mac?: string;
-  /** firmware version; as in "V2.4.1"; at most 64 bytes */
+  /** firmware version, where the topology does not know it; e.g. "V2.4.1"; at most 32 bytes */
   FWVersion?: string;
-  /** IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes */
+  /** IP address, where the topology does not know it; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes */
   ip?: string;
-  /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes */
+  /** MAC address of the router that it is attached to; bytes in hexadecimal, with colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes */
   ParentMacAddress?: string;
-  /** the routers attached to it */
+  /** routers attached to the child router; only in a mesh of type 2 */
   ChildInfo?: ReportTopologyChildRouterChildInfo[];
-  /** its stations; missing if the device could not report them */
+  /** stations of the child router; missing if the device could not report them */
   ChildBaseInfo?: ReportTopologyChildRouterChildBaseInfo[];
 }
 
@@ -4547,7 +4561,7 @@ export interface BackgroundLostData {
   worker: "wifi-batch" | "firmware";
 }
 
-/** background.started: A worker continues after the answer. */
+/** background.started: A worker has started. */
 export interface BackgroundStartedData {
   /** which worker: the one that applies a batch of Wi-Fi settings, or the one that fetches and flashes firmware */
   worker: "wifi-batch" | "firmware";
@@ -4565,7 +4579,7 @@ export interface DeviceCallData {
   text: string;
 }
 
-/** notice: Something is pushed to the app. */
+/** notice: A notice is pushed to the app. */
 export interface NoticeData {
   /** what the app is to do, always "Push" with this plug-in */
   RPCMethod?: string;
@@ -4599,7 +4613,7 @@ export interface PolicyRefusedData {
 
 /** reboot.begun: The gateway reboots. */
 export interface RebootBegunData {
-  /** how long the reboot takes; until then requests are refused with the code "rebooting" */
+  /** how long the reboot takes, in seconds; until then requests are refused with the code "rebooting" */
   seconds: number;
 }
 
@@ -4638,11 +4652,11 @@ export interface WorkerBackingOffData {
 export interface WorkerCrashedData {
   /** the signal that ended it */
   signal?: number;
-  /** its exit status, where no signal ended it */
+  /** exit status of the process, if no signal ended it */
   status?: number;
   /** the command that was running */
   command?: string;
-  /** how often it has crashed since the service started */
+  /** how often the process has crashed since the service started */
   crashes: number;
 }
 
@@ -4650,7 +4664,7 @@ export interface WorkerCrashedData {
 export interface WorkerKilledData {
   /** the command that was running */
   command?: string;
-  /** how long it may take */
+  /** time limit of the command or worker, in seconds */
   seconds: number;
 }
 

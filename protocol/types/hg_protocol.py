@@ -9,7 +9,7 @@ from typing import Any, Literal, NotRequired, Protocol, TypedDict, Union, overlo
 class ChildHgLocalRecoveryRequest(TypedDict):
     """CHILD_HG_LOCAL_RECOVERY: Restores the factory settings of a child router."""
 
-    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
+    # identifier of the child router; MAC address without colons, e.g. "3C6AD2228140"
     DeviceID: str
 
 
@@ -22,7 +22,7 @@ class ChildHgLocalRecoverySuccess(TypedDict):
 class ChildHgLocalRecoveryFailure(TypedDict):
     """CHILD_HG_LOCAL_RECOVERY, failure."""
 
-    # that of the request
+    # unchanged from the request
     DeviceID: NotRequired[str]
     Status: Literal["1"]
     # "DeviceID Not Found": the key is missing or not a string; "send json to child err": the command could not be sent
@@ -36,7 +36,7 @@ ChildHgLocalRecoveryReply = Union[ChildHgLocalRecoverySuccess, ChildHgLocalRecov
 class DelLanDeviceRequest(TypedDict):
     """DEL_LAN_DEVICE: Removes an attached device."""
 
-    # MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"
+    # MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"
     MAC: str
 
 
@@ -49,7 +49,7 @@ class DelLanDeviceSuccess(TypedDict):
 class DelLanDeviceFailure(TypedDict):
     """DEL_LAN_DEVICE, failure."""
 
-    # that of the request
+    # unchanged from the request
     MAC: NotRequired[str]
     Status: Literal["1"]
     # "parama is errer!": the key is missing; "MAC  value is NULL": the key is present but not a string; "set tslink config failed": the device refused the change
@@ -68,9 +68,9 @@ class GetAdminInfoSuccess(TypedDict):
     """GET_ADMIN_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # name of the administrator; as in "admin"; at most 128 bytes
+    # name of the administrator; e.g. "admin"; at most 128 bytes
     Name: str
-    # password of the account or of the web login; as in "zaun-und-tor-58"; at most 128 bytes; secret
+    # password of the administrator; e.g. "zaun-und-tor-58"; at most 128 bytes; secret
     Password: str
 
 
@@ -93,43 +93,43 @@ class GetAdBaseInfoRequest(TypedDict):
 class GetAdBaseInfoBaseInfo(TypedDict):
     """BaseInfo: the devices."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes
     Mac: str
-    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    # unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes
     UID: str
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevType: str
-    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    # manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes
     DevFactory: str
-    # the type of device again; the model is not known; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # the same as DevType: the model is not known; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevModle: str
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user; as in "Anna"; at most 32 bytes
+    # name given by the user; e.g. "Anna"; at most 32 bytes
     ByName: str
-    # operating system; as in "Linux"; at most 32 bytes
+    # operating system; e.g. "Linux"; at most 32 bytes
     OS: str
-    # version of the operating system; as in "6.1"; at most 32 bytes
+    # version of the operating system; e.g. "6.1"; at most 32 bytes
     Version: str
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
-    # "1" when it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    # whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes
     NetMonopoly: str
-    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    # how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes
     AccessType: str
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes
     AccessEnable: str
-    # time at which it was attached; seconds since 1970, s, as in "1767225600"; at most 32 bytes
+    # time at which it was attached; Unix time, in s, e.g. "1767225600"; at most 32 bytes
     AccessTime: str
-    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes
     DownSpeed: str
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: str
-    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it is under parental control; 1 for on, 0 for off; at most 8 bytes
     GreennetProtectEnable: str
-    # "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     StaticDhcpEnable: str
 
 
@@ -160,19 +160,19 @@ class GetApAlgAbilityRequest(TypedDict):
 class GetApAlgAbilitySuccess(TypedDict):
     """GET_AP_ALG_ABILITY, success: the device answered."""
 
-    # "1" when the PPTP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the PPTP helper is on; 1 for on, 0 for off; at most 8 bytes
     PPTP: str
-    # "1" when the FTP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the FTP helper is on; 1 for on, 0 for off; at most 8 bytes
     FTP: str
-    # "1" when the IPsec helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the IPsec helper is on; 1 for on, 0 for off; at most 8 bytes
     IPSEC: str
-    # "1" when the L2TP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the L2TP helper is on; 1 for on, 0 for off; at most 8 bytes
     L2TP: str
-    # "1" when the RTSP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the RTSP helper is on; 1 for on, 0 for off; at most 8 bytes
     RTSP: str
-    # "1" when the H.323 helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the H.323 helper is on; 1 for on, 0 for off; at most 8 bytes
     H323: str
-    # "1" when the SIP helper is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the SIP helper is on; 1 for on, 0 for off; at most 8 bytes
     SIP: str
     Status: Literal["0"]
 
@@ -196,7 +196,7 @@ class GetApMultiserviceModeRequest(TypedDict):
 class GetApMultiserviceModeSuccess(TypedDict):
     """GET_AP_MULTISERVICE_MODE, success: the device answered."""
 
-    # the mode; NONE, SSID or VLAN, as in "VLAN"; at most 8 bytes
+    # the mode; NONE, SSID or VLAN; at most 8 bytes
     Mode: str
     Status: Literal["0"]
 
@@ -220,11 +220,11 @@ class GetAttachDeviceRightRequest(TypedDict):
 class GetAttachDeviceRightMACList(TypedDict):
     """MACList: the devices."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 64 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 64 bytes
     MAC: str
-    # host name; as in "workshop-pc"; at most 64 bytes
+    # host name; e.g. "workshop-pc"; at most 64 bytes
     name: str
-    # the right; ALLOW or DENY, as in "ALLOW"; at most 64 bytes
+    # whether the device may reach the Internet; ALLOW or DENY; at most 64 bytes
     InternetAccessRight: str
 
 
@@ -250,7 +250,7 @@ class GetChildRouterAdBaseInfoRequest(TypedDict):
 class GetChildRouterAdBaseInfoSuccess(TypedDict):
     """GET_CHILD_ROUTER_AD_BASE_INFO, success: the child router replied."""
 
-    # that of the request
+    # unchanged from the request
     DeviceID: NotRequired[Any]
     # the devices, as the child router describes them
     BaseInfo: Any
@@ -260,7 +260,7 @@ class GetChildRouterAdBaseInfoSuccess(TypedDict):
 class GetChildRouterAdBaseInfoFailure(TypedDict):
     """GET_CHILD_ROUTER_AD_BASE_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     DeviceID: NotRequired[Any]
     Status: Literal["1"]
     # "DeviceID Not Found": the identifier is missing; "Get json_str fail": memory ran out before the command was sent; "sendto tslink or retinfo fail": the command could not be sent, or there was no reply; "Get child_adbaseinfo fail": the child router's reply is not JSON; "BaseInfo is NULL": the child router's reply does not contain the devices; "cJSON_Print fail": memory ran out for the devices
@@ -272,13 +272,13 @@ GetChildRouterAdBaseInfoReply = Union[GetChildRouterAdBaseInfoSuccess, GetChildR
 
 
 class GetGatewayNetFaultRequest(TypedDict):
-    """GET_GATEWAY_NET_FAULT: Reason for a network fault."""
+    """GET_GATEWAY_NET_FAULT: Reason for a network fault, if there is one."""
 
 
 class GetGatewayNetFaultSuccess(TypedDict):
     """GET_GATEWAY_NET_FAULT, success: the device answered."""
 
-    # reason for the fault, as reported by the device; LINK_DOWN, NO_ADDRESS, AUTH_FAILED or DNS_FAILED, as in "NO_ADDRESS"; at most 16 bytes
+    # reason for the fault; "NULL" if there is none; LINK_DOWN, NO_ADDRESS, AUTH_FAILED or DNS_FAILED; at most 16 bytes
     NetFaultReason: str
     Status: Literal["0"]
 
@@ -300,13 +300,13 @@ class GetGreennetDeviceListRequest(TypedDict):
 class GetGreennetDeviceListDeviceList(TypedDict):
     """DeviceList: the devices, 64 at most."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; at most 64 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "72:9B:E0:46:D8:15"; at most 64 bytes
     Mac: str
-    # name given by the user; as in "Jonas"; at most 64 bytes
+    # name given by the user; e.g. "Jonas"; at most 64 bytes
     Name: str
-    # "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether notices about the device are wanted; 1 for on, 0 for off; at most 8 bytes
     NotifyEnable: str
-    # "1" when its protect periods are in force; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether its protect periods are in force; 1 for on, 0 for off; at most 8 bytes
     ProtectEnable: str
 
 
@@ -337,7 +337,7 @@ class GetGreennetEnableRequest(TypedDict):
 class GetGreennetEnableSuccess(TypedDict):
     """GET_GREENNET_ENABLE, success: the device answered."""
 
-    # "1" when parental control is on; 1 for on, 0 for off, as in "1"; at most 256 bytes
+    # whether parental control is on; 1 for on, 0 for off; at most 256 bytes
     Enable: str
     Status: Literal["0"]
 
@@ -357,27 +357,27 @@ GetGreennetEnableReply = Union[GetGreennetEnableSuccess, GetGreennetEnableFailur
 class GetGreennetProtectPeriodListRequest(TypedDict):
     """GET_GREENNET_PROTECT_PERIOD_LIST: The periods in which a device is restricted."""
 
-    # MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; truncated to 63 bytes
+    # MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; truncated to 63 bytes
     Mac: str
 
 
 class GetGreennetProtectPeriodListSleep(TypedDict):
     """Sleep: the periods."""
 
-    # start of the period; HH:MM, from 00:00 to 23:59, as in "22:00"; at most 8 bytes
+    # start of the period; HH:MM, from 00:00 to 23:59, e.g. "22:00"; at most 8 bytes
     StartTime: str
-    # end of the period; HH:MM, from 00:00 to 23:59, as in "07:30"; at most 8 bytes
+    # end of the period; HH:MM, from 00:00 to 23:59, e.g. "07:30"; at most 8 bytes
     EndTime: str
-    # "1" when the period is in force; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the period is in force; 1 for on, 0 for off; at most 8 bytes
     Enable: str
-    # days on which it begins; 1 (Monday) to 7, without commas, as in "12345"; at most 8 bytes
+    # days on which it begins; 1 (Monday) to 7, without separators, e.g. "12345"; at most 8 bytes
     DaysOfWeek: str
 
 
 class GetGreennetProtectPeriodListSuccess(TypedDict):
     """GET_GREENNET_PROTECT_PERIOD_LIST, success: the device reported every period."""
 
-    # that of the request
+    # unchanged from the request
     Mac: NotRequired[str]
     Status: Literal["0"]
     # the periods
@@ -387,7 +387,7 @@ class GetGreennetProtectPeriodListSuccess(TypedDict):
 class GetGreennetProtectPeriodListFailure(TypedDict):
     """GET_GREENNET_PROTECT_PERIOD_LIST, failure."""
 
-    # that of the request
+    # unchanged from the request
     Mac: NotRequired[str]
     Status: Literal["1"]
     # "json node: mac not found": Mac is missing or not a string; "xml mac index not found": the device is not under parental control; "get protect period list failed": a period could not be read
@@ -406,53 +406,53 @@ class GetHgBaseInfoSuccess(TypedDict):
     """GET_HG_BASE_INFO, success: the device answered at least one of the three calls; what it could not report is empty."""
 
     Status: Literal["0"]
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     Mac: str
-    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    # state of the Internet connection; 1 for up, 0 for down; at most 16 bytes
     NetStatus: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes
     DownSpeed: str
-    # state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    # state of the first radio; a device may also write "up"; 1 for on, 0 for off; at most 32 bytes
     WiFiStatus1: str
-    # state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    # state of the second radio, as WiFiStatus1; 1 for on, 0 for off; at most 32 bytes
     WiFiStatus2: str
-    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    # network name of the first radio; e.g. "Lindenhof"; at most 32 bytes
     SSID1: str
-    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    # network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes
     SSID2: str
-    # IP address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # IP address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     ip: str
-    # hardware version; as in "V1.2"; at most 32 bytes
+    # hardware version; e.g. "V1.2"; at most 32 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    # time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes
     UpTime: str
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 32 bytes
     AreaCode: str
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes
     Wlan1Mac: str
-    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    # type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes
     WanLinkMode: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     Cpu: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     Memory: str
-    # address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     LanIp: str
-    # address of the default gateway; IPv4 address, as in "100.72.0.1"; at most 32 bytes
+    # address of the default gateway; IPv4 address, e.g. "100.72.0.1"; at most 32 bytes
     WanGateWay: str
-    # DNS servers; addresses, with commas, as in "100.64.0.53,100.64.1.53"; at most 65 bytes
+    # DNS servers; IP addresses, separated by commas, e.g. "100.64.0.53,100.64.1.53"; at most 65 bytes
     Dns: str
     # always this string of two characters, not an array
     MeshInfo: Literal["[]"]
@@ -478,13 +478,13 @@ class GetHgDhcpInfoSuccess(TypedDict):
     """GET_HG_DHCP_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # "1" when the server is on; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the server is on; 1 for on, 0 for off; at most 16 bytes
     Enable: str
-    # address of the server; IPv4 address, as in "192.168.1.1"; at most 64 bytes
+    # address of the server; IPv4 address, e.g. "192.168.1.1"; at most 64 bytes
     IPAddress: str
-    # subnet mask; IPv4 mask, as in "255.255.255.0"; at most 64 bytes
+    # subnet mask; IPv4 mask, e.g. "255.255.255.0"; at most 64 bytes
     SubNetMask: str
-    # gateway address that the server hands out; IPv4 address, as in "192.168.1.1"; at most 64 bytes
+    # gateway address that the server hands out; IPv4 address, e.g. "192.168.1.1"; at most 64 bytes
     GateWay: str
 
 
@@ -503,38 +503,38 @@ GetHgDhcpInfoReply = Union[GetHgDhcpInfoSuccess, GetHgDhcpInfoFailure]
 class GetHgGuestSsidRequest(TypedDict):
     """GET_HG_GUEST_SSID: The guest network of one band."""
 
-    # the band; 2.4GHz or 5GHz, as in "2.4GHz"; truncated to 15 bytes
+    # the band; 2.4GHz or 5GHz; truncated to 15 bytes
     Band: str
 
 
 class GetHgGuestSsidSuccess(TypedDict):
     """GET_HG_GUEST_SSID, success: the device answered."""
 
-    # that of the request
+    # unchanged from the request
     Band: NotRequired[str]
-    # "1" when the guest network is on; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the guest network is on; 1 for on, 0 for off; at most 16 bytes
     Enable: str
-    # permissions of guests; FULL, or GUEST for Internet access only, as in "GUEST"; at most 8 bytes
+    # permissions of guests; FULL, or GUEST for Internet access only; at most 8 bytes
     PermissionProperty: str
-    # network name; as in "Lindenhof-Guest"; at most 64 bytes
+    # network name; e.g. "Lindenhof-Guest"; at most 64 bytes
     SSID: str
-    # whole days for which it stays open; whole number, -1 for no limit, days, as in "2"; at most 8 bytes
+    # days for which the guest network stays open; whole number, -1 for no limit, in days, e.g. "2"; at most 8 bytes
     ContinueTime: str
-    # "1" when the band's radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the band's radio is on; 1 for on, 0 for off; at most 8 bytes
     RadioEnable: str
-    # hours for which it stays open; whole number, -1 for no limit, h, as in "3"; at most 8 bytes
+    # hours for which the guest network stays open, in addition to the days; whole number, -1 for no limit, in h, e.g. "3"; at most 8 bytes
     HourTime: str
-    # seconds for which it stays open; whole number, -1 for no limit, s, as in "183600"; at most 16 bytes
+    # seconds for which the guest network stays open; whole number, -1 for no limit, in s, e.g. "183600"; at most 16 bytes
     EndTimestamp: str
-    # time left; whole number, -1 for no limit, s, as in "183600"; at most 16 bytes
+    # seconds until the guest network closes; whole number, -1 for no limit, in s, e.g. "183600"; at most 16 bytes
     Remainingtime: str
-    # password of the guest network; as in "willkommen24"; at most 64 bytes; secret
+    # password of the guest network; e.g. "willkommen24"; at most 64 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 16 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 16 bytes
     ENCRYPT: str
-    # wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes
+    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes
     Mode: str
-    # "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     AdvertisementEnable: str
     Status: Literal["0"]
 
@@ -542,7 +542,7 @@ class GetHgGuestSsidSuccess(TypedDict):
 class GetHgGuestSsidFailure(TypedDict):
     """GET_HG_GUEST_SSID, failure."""
 
-    # that of the request
+    # unchanged from the request
     Band: NotRequired[str]
     Status: Literal["1"]
     # "json :get band failed": Band is missing or not a string; "get guest wifi info failed": the device could not answer
@@ -556,16 +556,16 @@ GetHgGuestSsidReply = Union[GetHgGuestSsidSuccess, GetHgGuestSsidFailure]
 class GetHgLogRequest(TypedDict):
     """GET_HG_LOG: Uploads the router's log to a URL."""
 
-    # URL that the log is sent to; address of a server, as in "https://updates.example/hgu.img"
+    # URL that the log is sent to; e.g. "https://logs.example.net/upload"
     UploadUrl: str
-    # which log, by its name in the platform; name of a log, as in "syslog"
+    # which log, by the name that the platform gives it; e.g. "syslog"
     LogType: str
 
 
 class GetHgLogSuccess(TypedDict):
     """GET_HG_LOG, success: the device library was asked to send the log."""
 
-    # that of the request
+    # unchanged from the request
     LogType: NotRequired[str]
     Status: Literal["0"]
 
@@ -573,9 +573,9 @@ class GetHgLogSuccess(TypedDict):
 class GetHgLogFailure(TypedDict):
     """GET_HG_LOG, failure."""
 
-    # that of the request
+    # unchanged from the request
     UploadUrl: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     LogType: NotRequired[str]
     Status: Literal["1"]
     # "json node: get dev mac error": the router's MAC address is not known; "json node: UploadUrl not found": UploadUrl is missing or not a string; "json node: LogType not found": LogType is missing or not a string
@@ -596,9 +596,9 @@ class GetHgPppoeInfoSuccess(TypedDict):
     Status: Literal["0"]
     # PPPoE is on
     Enable: Literal["1"]
-    # name of the account; as in "k4471902@fibre.example"; at most 64 bytes
+    # name of the account; e.g. "k4471902@fibre.example"; at most 64 bytes
     Account: str
-    # its password; as in "Lh7-pq2-Vw9"; at most 64 bytes; secret
+    # password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; at most 64 bytes; secret
     Password: str
 
 
@@ -630,11 +630,11 @@ class GetHgRebootInfoSuccess(TypedDict):
     """GET_HG_REBOOT_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # "1" when the schedule is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the schedule is on; 1 for on, 0 for off; at most 8 bytes
     GatewayRebootEnable: str
-    # time of day; HH:MM, from 00:00 to 23:59, as in "04:30"; at most 8 bytes
+    # time of day; HH:MM, from 00:00 to 23:59, e.g. "04:30"; at most 8 bytes
     Time: str
-    # days of the week; 1 (Monday) to 7, with commas, as in "1,4"; at most 16 bytes
+    # days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,4"; at most 16 bytes
     DaysOfWeek: str
 
 
@@ -658,15 +658,15 @@ class GetHgSleepInfoSuccess(TypedDict):
     """GET_HG_SLEEP_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # "1" when the gateway sleeps; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the gateway sleeps; 1 for on, 0 for off; at most 8 bytes
     GatewaySleepEnable: str
-    # "1" when the Wi-Fi sleeps; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the Wi-Fi sleeps; 1 for on, 0 for off; at most 8 bytes
     WiFiSleepEnable: str
-    # "1" when the LEDs sleep; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the LEDs sleep; 1 for on, 0 for off; at most 8 bytes
     LedSleepEnable: str
-    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "22:30"; at most 8 bytes
+    # start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "22:30"; at most 8 bytes
     StartTime: str
-    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "06:30"; at most 8 bytes
+    # end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "06:30"; at most 8 bytes
     EndTime: str
 
 
@@ -690,7 +690,7 @@ class GetHgUplinkStatusSuccess(TypedDict):
     """GET_HG_UPLINK_STATUS, success: the device answered."""
 
     Status: Literal["0"]
-    # state of the uplink, "1" when it is up; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # state of the uplink; 1 for up, 0 for down; at most 8 bytes
     UpLinkStatus: str
 
 
@@ -714,13 +714,13 @@ class GetLanIpInfoSuccess(TypedDict):
     """GET_LAN_IP_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     GatewayLanIP: str
-    # subnet mask; IPv4 mask, as in "255.255.255.0"; at most 32 bytes
+    # subnet mask; IPv4 mask, e.g. "255.255.255.0"; at most 32 bytes
     SubnetMask: str
-    # first address of the DHCP pool; IPv4 address, as in "192.168.1.100"; at most 32 bytes
+    # first address of the DHCP pool; IPv4 address, e.g. "192.168.1.100"; at most 32 bytes
     StartIp: str
-    # last address of the DHCP pool; IPv4 address, as in "192.168.1.249"; at most 32 bytes
+    # last address of the DHCP pool; IPv4 address, e.g. "192.168.1.249"; at most 32 bytes
     EndIp: str
 
 
@@ -744,11 +744,11 @@ class GetLedStatusSuccess(TypedDict):
     """GET_LED_STATUS, success: the device answered."""
 
     Status: Literal["0"]
-    # "1" when they are on; 1 for on, 0 for off, as in "1"; at most 2 bytes
+    # whether the LEDs are on; 1 for on, 0 for off; at most 2 bytes
     LedSwitch: str
-    # their colour; WHITE, BLUE, GREEN, ORANGE or RED, as in "WHITE"; at most 8 bytes
+    # colour of the LEDs; WHITE, BLUE, GREEN, ORANGE or RED; at most 8 bytes
     LedCoLor: str
-    # their brightness; whole number, without a percent sign, %, as in "60"; at most 10 bytes
+    # brightness of the LEDs; whole number, in %, e.g. "60"; at most 10 bytes
     LedLight: str
 
 
@@ -771,9 +771,9 @@ class GetMeshStatusRequest(TypedDict):
 class GetMeshStatusSuccess(TypedDict):
     """GET_MESH_STATUS, success: the device answered."""
 
-    # "1" when the mesh is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the mesh is on; 1 for on, 0 for off; at most 8 bytes
     MeshEnable: str
-    # its mode; 1 or 2, the type of mesh, as in "2"; at most 8 bytes
+    # mode of the mesh; 1 or 2; at most 8 bytes
     MeshMode: str
     Status: Literal["0"]
 
@@ -797,11 +797,11 @@ class GetPortBindingRequest(TypedDict):
 class GetPortBindingPortStatList(TypedDict):
     """port_stat_list: the connections, 8 at most."""
 
-    # number of the connection; whole number from 1, as in "1"; at most 16 bytes
+    # number of the connection; whole number from 1, e.g. "1"; at most 16 bytes
     Index: str
-    # its name; as in "Internet"; at most 32 bytes
+    # name of the connection; e.g. "Internet"; at most 32 bytes
     WANName: str
-    # the ports that are bound to it; LAN1, SSID1 and so on, with commas, as in "LAN3,LAN4"; at most 288 bytes
+    # the ports that are bound to it; LAN1, SSID1 and so on, separated by commas, e.g. "LAN3,LAN4"; at most 288 bytes
     BoundPorts: str
 
 
@@ -832,15 +832,15 @@ class GetPortStatisticsRequest(TypedDict):
 class GetPortStatisticsPortStatList(TypedDict):
     """port_stat_list: the ports."""
 
-    # name of the port; WAN, LAN1 and so on, or the band of a radio, as in "LAN1"; at most 16 bytes
+    # name of the port; WAN, LAN1 and so on, or the band of a radio, e.g. "LAN1"; at most 16 bytes
     Port: str
-    # bytes sent; whole number, bytes, as in "104857600"; at most 32 bytes
+    # bytes sent; whole number, in bytes, e.g. "104857600"; at most 32 bytes
     tx_traffic: str
-    # bytes received; whole number, bytes, as in "104857600"; at most 32 bytes
+    # bytes received; whole number, in bytes, e.g. "104857600"; at most 32 bytes
     rx_traffic: str
-    # packets sent; whole number, packets, as in "81920"; at most 32 bytes
+    # packets sent; whole number, in packets, e.g. "81920"; at most 32 bytes
     tx_packets: str
-    # packets received; whole number, packets, as in "81920"; at most 32 bytes
+    # packets received; whole number, in packets, e.g. "81920"; at most 32 bytes
     rx_packets: str
 
 
@@ -871,42 +871,42 @@ class GetQosInfoRequest(TypedDict):
 class GetQosInfoAppInfoList(TypedDict):
     """app_info_list: the applications, 4 at most."""
 
-    # identifier of the application; whole number from 1, as in "1"; at most 8 bytes
+    # identifier of the application; whole number from 1, e.g. "1"; at most 8 bytes
     Id: str
-    # name of the application; as in "Voice"; at most 32 bytes
+    # name of the application; e.g. "Voice"; at most 32 bytes
     Name: str
-    # its priority; 1 (highest) to 8, as in "1"; at most 8 bytes
+    # priority of the application; 1 (highest) to 8, e.g. "1"; at most 8 bytes
     PriorityLevel: str
 
 
 class GetQosInfoClassificationInfoListTypeList(TypedDict):
-    """type_list: types of traffic that it matches, 3 at most."""
+    """type_list: types of traffic that the rule matches, 3 at most."""
 
-    # field that is compared; as in "DSCP"; at most 16 bytes
+    # field of the packets that is compared; e.g. "DSCP"; at most 16 bytes
     Type: str
-    # lowest value; as in "46"; at most 64 bytes
+    # lowest value that matches; e.g. "46"; at most 64 bytes
     Min: str
-    # highest value; as in "46"; at most 64 bytes
+    # highest value that matches; e.g. "46"; at most 64 bytes
     Max: str
 
 
 class GetQosInfoClassificationInfoList(TypedDict):
     """classification_info_list: the rules, 6 at most."""
 
-    # identifier of the rule; whole number from 1, as in "1"; at most 8 bytes
+    # identifier of the rule; whole number from 1, e.g. "1"; at most 8 bytes
     Id: str
-    # name of the rule; as in "Voice of the office"; at most 32 bytes
+    # name of the rule; e.g. "Voice of the office"; at most 32 bytes
     Name: str
-    # its priority; 1 (highest) to 8, as in "1"; at most 8 bytes
+    # priority of the rule; 1 (highest) to 8, e.g. "1"; at most 8 bytes
     PriorityLevel: str
-    # types of traffic that it matches, 3 at most
+    # types of traffic that the rule matches, 3 at most
     type_list: list[GetQosInfoClassificationInfoListTypeList]
 
 
 class GetQosInfoSuccess(TypedDict):
     """GET_QOS_INFO, success: the device answered."""
 
-    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether quality of service is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
     # the applications, 4 at most
     app_info_list: list[GetQosInfoAppInfoList]
@@ -918,7 +918,7 @@ class GetQosInfoSuccess(TypedDict):
 class GetQosInfoFailure(TypedDict):
     """GET_QOS_INFO, failure: memory ran out for the applications."""
 
-    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether quality of service is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
     Status: Literal["1"]
     FailReason: Literal["cJSON_CreateArray error"]
@@ -927,7 +927,7 @@ class GetQosInfoFailure(TypedDict):
 class GetQosInfoFailure2(TypedDict):
     """GET_QOS_INFO, failure: memory ran out for the rules."""
 
-    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether quality of service is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
     # the applications, 4 at most
     app_info_list: list[GetQosInfoAppInfoList]
@@ -938,7 +938,7 @@ class GetQosInfoFailure2(TypedDict):
 class GetQosInfoFailure3(TypedDict):
     """GET_QOS_INFO, failure: memory ran out for a rule, which is left out; the reply has two statuses."""
 
-    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether quality of service is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
     # the applications, 4 at most
     app_info_list: list[GetQosInfoAppInfoList]
@@ -1011,9 +1011,9 @@ class GetScanChannelPowerRequest(TypedDict):
 class GetScanChannelPowerSSIDList(TypedDict):
     """SSIDList: the networks."""
 
-    # network name; as in "FamilieBrandt"; at most 64 bytes
+    # network name; e.g. "FamilieBrandt"; at most 64 bytes
     name: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 64 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 64 bytes
     dbpower: str
 
 
@@ -1044,19 +1044,19 @@ class GetScanWifiSsidlistRequest(TypedDict):
 class GetScanWifiSsidlistSSIDList(TypedDict):
     """SSIDList: at most twenty networks."""
 
-    # network name; as in "FamilieBrandt"; at most 64 bytes
+    # network name; e.g. "FamilieBrandt"; at most 64 bytes
     SSID: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 64 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 64 bytes
     PowerLevel: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 64 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 64 bytes
     ENCRYPT: str
-    # cipher of WPA; NONE or AES, as in "NONE"; at most 64 bytes
+    # cipher of WPA; NONE or AES; at most 64 bytes
     WPACypher: str
-    # cipher of WPA2; NONE or AES, as in "AES"; at most 64 bytes
+    # cipher of WPA2; NONE or AES; at most 64 bytes
     WPA2Cypher: str
-    # frequency band; 2.4GHz or 5GHz, as in "5GHz"; at most 64 bytes
+    # frequency band; 2.4GHz or 5GHz; at most 64 bytes
     Band: str
-    # "1" when the router is connected to it; 1 for yes, 0 for no, as in "0"; at most 64 bytes
+    # whether the router is connected to it; 1 for yes, 0 for no; at most 64 bytes
     Connected: str
 
 
@@ -1088,11 +1088,11 @@ class GetSnInfoSuccess(TypedDict):
     """GET_SN_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # MAC address that serves as the serial number; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 64 bytes
+    # MAC address that serves as the serial number; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 64 bytes
     MAC: str
-    # state of the mesh link layer, "1" when it is up; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # state of the mesh link layer; 1 for up, 0 for down; at most 8 bytes
     tslinkstatus: str
-    # type of device; as in "HGU-AX3000"; at most 256 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 256 bytes
     DeviceType: str
 
 
@@ -1109,18 +1109,18 @@ GetSnInfoReply = Union[GetSnInfoSuccess, GetSnInfoFailure]
 
 
 class GetStaRssiRequest(TypedDict):
-    """GET_STA_RSSI: Signal strength of a station."""
+    """GET_STA_RSSI: Signal strength of a station, given by its IP address."""
 
-    # IP address of the station; IPv4 address, as in "192.168.1.1"
+    # IP address of the station; IPv4 address, e.g. "192.168.1.1"
     IP: str
 
 
 class GetStaRssiSuccess(TypedDict):
     """GET_STA_RSSI, success: the device answered."""
 
-    # that of the request
+    # unchanged from the request
     IP: NotRequired[str]
-    # signal strength in dBm; whole number below 0, dBm, as in "-54"
+    # signal strength of the station; whole number below 0, in dBm, e.g. -54
     Dbm: float
     Status: Literal["0"]
 
@@ -1128,7 +1128,7 @@ class GetStaRssiSuccess(TypedDict):
 class GetStaRssiFailure(TypedDict):
     """GET_STA_RSSI, failure."""
 
-    # that of the request
+    # unchanged from the request
     IP: NotRequired[str]
     Status: Literal["1"]
     # "rssi get ip is NULL": the key is missing or not a string; "get scan rssi failed": the device could not answer
@@ -1146,7 +1146,7 @@ class GetTsconfStatusRequest(TypedDict):
 class GetTsconfStatusSuccess(TypedDict):
     """GET_TSCONF_STATUS, success: the device answered."""
 
-    # the state; RUNNING, WAITING or STOPPED, as in "RUNNING"; at most 8 bytes
+    # state of the service; RUNNING, WAITING or STOPPED; at most 8 bytes
     TsconfStatus: str
     Status: Literal["0"]
 
@@ -1168,245 +1168,245 @@ class GetTslinkTopologyInfoRequest(TypedDict):
 
 
 class GetTslinkTopologyInfoMainRouterMeshInfo(TypedDict):
-    """MeshInfo: links to the child routers, on the model of the operators and in their areas."""
+    """MeshInfo: links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO."""
 
-    # MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    # MAC address of the other router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes
     nexthopMAC: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 16 bytes
     dbm: str
 
 
 class GetTslinkTopologyInfoMainRouterChildInfo(TypedDict):
-    """ChildInfo: child routers attached to this one, on other models in a mesh of type 2."""
+    """ChildInfo: child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2."""
 
-    # MAC address of the child router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    # MAC address of the child router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes
     childMac: str
 
 
 class GetTslinkTopologyInfoMainRouterMainBaseInfo(TypedDict):
-    """MainBaseInfo: the devices attached to it, 32 at most."""
+    """MainBaseInfo: devices attached to the main router, 32 at most."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes
     Mac: str
-    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    # unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes
     UID: str
     # "3" for a computer, empty when the type is not known
     DevType: Literal["3", "0", ""]
-    # always the same if the manufacturer is known
+    # "unknow" if the manufacturer is known
     DevFactory: Literal["unknow", ""]
     # "3" if the type is known
     DevModle: Literal["3", ""]
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    # name given by the user, otherwise the host name; e.g. "Anna"; at most 32 bytes
     ByName: str
     # "3" if the operating system is known
     OS: Literal["3", ""]
-    # version of the operating system; as in "6.1"; at most 32 bytes
+    # version of the operating system; e.g. "6.1"; at most 32 bytes
     Version: str
-    # state of its link; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether its link is up; empty if the device does not know whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
     # "0" if it is known
     NetMonopoly: Literal["0", ""]
-    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    # how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes
     AccessType: str
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes
     AccessEnable: str
-    # seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes
+    # seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes
     AccessTime: str
-    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes
     DownSpeed: str
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: str
-    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes
     SpeedLimit: str
-    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    # download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes
     DownLimit: str
-    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    # upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes
     UpLimit: str
-    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it is under parental control; 1 for on, 0 for off; at most 8 bytes
     GreennetProtectEnable: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes
     dbm: str
-    # "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     StaticDhcpEnable: str
 
 
 class GetTslinkTopologyInfoMainRouter(TypedDict):
     """MainRouter: the router that replies."""
 
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     Mac: str
-    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    # state of the Internet connection; 1 for up, 0 for down; at most 16 bytes
     NetStatus: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes
     DownSpeed: str
     # "1" when the first radio is on
     WiFiStatus1: Literal["1", "0"]
     # "1" when the second radio is on
     WiFiStatus2: Literal["1", "0"]
-    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    # network name of the first radio; e.g. "Lindenhof"; at most 32 bytes
     SSID1: str
-    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    # network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes
     SSID2: str
-    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     ip: str
-    # hardware version; as in "V1.2"; at most 32 bytes
+    # hardware version; e.g. "V1.2"; at most 32 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    # time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes
     UpTime: str
-    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    # time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes
     WanUptime: str
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    # code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes
     AreaCode: str
-    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    # whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes
     ConfiguerStatus: str
-    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    # type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes
     WanConMode: str
-    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    # type of addressing on the WAN side; Dynamic or Static; at most 16 bytes
     AddressType: str
-    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    # brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes
     LedLight: str
-    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes
     LedSwitch: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     cpuusage: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     ramusage: str
-    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QosAcceleratorEnable: str
-    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QQGameAcceleratorEnable: str
-    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the firewall is on; 1 for on, 0 for off; at most 16 bytes
     FireWallEnable: str
-    # always the same
+    # always this text
     NetQuality: Literal["0"]
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes
     Wlan1Mac: str
-    # links to the child routers, on the model of the operators and in their areas
+    # links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO
     MeshInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterMeshInfo]]
-    # child routers attached to this one, on other models in a mesh of type 2
+    # child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2
     ChildInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterChildInfo]]
-    # the devices attached to it, 32 at most
+    # devices attached to the main router, 32 at most
     MainBaseInfo: list[GetTslinkTopologyInfoMainRouterMainBaseInfo]
 
 
 class GetTslinkTopologyInfoChildRouterMeshInfo(TypedDict):
-    """MeshInfo: its links to other routers, on the model of the operators."""
+    """MeshInfo: links to other routers; only on the model QX2040B."""
 
-    # MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    # MAC address of the other router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes
     nexthopMAC: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 16 bytes
     dbm: str
-    # network interface; name of the network interface, as in "wlan1"; at most 24 bytes
+    # network interface; name of the network interface, e.g. "wlan1"; at most 24 bytes
     interface: str
 
 
 class GetTslinkTopologyInfoChildRouterChildBaseInfo(TypedDict):
-    """ChildBaseInfo: its stations, without those that the device could not report."""
+    """ChildBaseInfo: stations of the child router, without those that the device could not report."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes
     Mac: str
-    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    # unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes
     UID: str
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevType: str
-    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    # manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes
     DevFactory: str
-    # always the same
+    # always this text
     DevModle: Literal["Tessaline"]
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user; the host name if that is empty; as in "Anna"; at most 32 bytes
+    # name given by the user; the host name if that is empty; e.g. "Anna"; at most 32 bytes
     ByName: str
-    # always the same
+    # always this text
     OS: Literal["3"]
-    # version of the operating system; as in "6.1"; at most 32 bytes
+    # version of the operating system; e.g. "6.1"; at most 32 bytes
     Version: str
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
-    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    # whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes
     NetMonopoly: str
-    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    # how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes
     AccessType: str
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes
     AccessEnable: str
-    # seconds since it was attached; whole number, s, as in "3600"; at most 11 bytes
+    # seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes
     AccessTime: str
-    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes
     DownSpeed: str
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: str
-    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it is under parental control; 1 for on, 0 for off; at most 8 bytes
     GreennetProtectEnable: str
-    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes
     SpeedLimit: str
-    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    # download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes
     DownLimit: str
-    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    # upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes
     UpLimit: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes
     dbm: str
-    # "1" when its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether its IP address is bound to its MAC address; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     StaticDhcpEnable: str
 
 
 class GetTslinkTopologyInfoChildRouter(TypedDict):
-    """ChildRouter: the child routers, without those that the device could not report; none of them when memory ran out."""
+    """ChildRouter: the child routers, without those that the device could not report; missing if there was no memory for the list."""
 
-    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    # identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes
     RouterDeviceID: str
-    # its name; as in "Attic"; at most 64 bytes
+    # name of the child router; e.g. "Attic"; at most 64 bytes
     Name: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 64 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 64 bytes
     Mac: str
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
-    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    # how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes
     ChildRouterAccessType: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 16 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 16 bytes
     DownSpeed: str
-    # IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes
     ip: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since it started; whole number, s, as in "86400"; at most 16 bytes
+    # time since it started; whole number, in s, e.g. "86400"; at most 16 bytes
     UpTime: str
-    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    # type of device; e.g. "MAP-AX1800"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 16 bytes
     AreaCode: str
-    # hardware version; as in "V1.2"; at most 16 bytes
+    # hardware version; e.g. "V1.2"; at most 16 bytes
     HWVersion: str
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:41"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes
     Wlan1Mac: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes
     dbm: str
-    # its links to other routers, on the model of the operators
+    # links to other routers; only on the model QX2040B
     MeshInfo: NotRequired[list[GetTslinkTopologyInfoChildRouterMeshInfo]]
-    # its stations, without those that the device could not report
+    # stations of the child router, without those that the device could not report
     ChildBaseInfo: list[GetTslinkTopologyInfoChildRouterChildBaseInfo]
 
 
@@ -1415,7 +1415,7 @@ class GetTslinkTopologyInfoSuccess(TypedDict):
 
     # the router that replies
     MainRouter: GetTslinkTopologyInfoMainRouter
-    # the child routers, without those that the device could not report; none of them when memory ran out
+    # the child routers, without those that the device could not report; missing if there was no memory for the list
     ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
     Status: Literal["0"]
 
@@ -1423,69 +1423,69 @@ class GetTslinkTopologyInfoSuccess(TypedDict):
 class GetTslinkTopologyInfoMainRouter2(TypedDict):
     """MainRouter: the router that replies."""
 
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     Mac: str
-    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    # state of the Internet connection; 1 for up, 0 for down; at most 16 bytes
     NetStatus: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes
     DownSpeed: str
     # "1" when the first radio is on
     WiFiStatus1: Literal["1", "0"]
     # "1" when the second radio is on
     WiFiStatus2: Literal["1", "0"]
-    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    # network name of the first radio; e.g. "Lindenhof"; at most 32 bytes
     SSID1: str
-    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    # network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes
     SSID2: str
-    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     ip: str
-    # hardware version; as in "V1.2"; at most 32 bytes
+    # hardware version; e.g. "V1.2"; at most 32 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    # time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes
     UpTime: str
-    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    # time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes
     WanUptime: str
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    # code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes
     AreaCode: str
-    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    # whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes
     ConfiguerStatus: str
-    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    # type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes
     WanConMode: str
-    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    # type of addressing on the WAN side; Dynamic or Static; at most 16 bytes
     AddressType: str
-    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    # brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes
     LedLight: str
-    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes
     LedSwitch: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     cpuusage: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     ramusage: str
-    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QosAcceleratorEnable: str
-    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QQGameAcceleratorEnable: str
-    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the firewall is on; 1 for on, 0 for off; at most 16 bytes
     FireWallEnable: str
-    # always the same
+    # always this text
     NetQuality: Literal["0"]
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes
     Wlan1Mac: str
-    # links to the child routers, on the model of the operators and in their areas
+    # links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO
     MeshInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterMeshInfo]]
-    # child routers attached to this one, on other models in a mesh of type 2
+    # child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2
     ChildInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterChildInfo]]
     FailReason: Literal["get main base info error!"]
 
@@ -1495,7 +1495,7 @@ class GetTslinkTopologyInfoSuccess2(TypedDict):
 
     # the router that replies
     MainRouter: GetTslinkTopologyInfoMainRouter2
-    # the child routers, without those that the device could not report; none of them when memory ran out
+    # the child routers, without those that the device could not report; missing if there was no memory for the list
     ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
     Status: Literal["0"]
 
@@ -1503,69 +1503,69 @@ class GetTslinkTopologyInfoSuccess2(TypedDict):
 class GetTslinkTopologyInfoMainRouter3(TypedDict):
     """MainRouter: the router that replies."""
 
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     Mac: str
-    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    # state of the Internet connection; 1 for up, 0 for down; at most 16 bytes
     NetStatus: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes
     DownSpeed: str
     # "1" when the first radio is on
     WiFiStatus1: Literal["1", "0"]
     # "1" when the second radio is on
     WiFiStatus2: Literal["1", "0"]
-    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    # network name of the first radio; e.g. "Lindenhof"; at most 32 bytes
     SSID1: str
-    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    # network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes
     SSID2: str
-    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     ip: str
-    # hardware version; as in "V1.2"; at most 32 bytes
+    # hardware version; e.g. "V1.2"; at most 32 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    # time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes
     UpTime: str
-    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    # time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes
     WanUptime: str
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    # code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes
     AreaCode: str
-    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    # whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes
     ConfiguerStatus: str
-    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    # type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes
     WanConMode: str
-    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    # type of addressing on the WAN side; Dynamic or Static; at most 16 bytes
     AddressType: str
-    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    # brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes
     LedLight: str
-    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes
     LedSwitch: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     cpuusage: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     ramusage: str
-    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QosAcceleratorEnable: str
-    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QQGameAcceleratorEnable: str
-    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the firewall is on; 1 for on, 0 for off; at most 16 bytes
     FireWallEnable: str
-    # always the same
+    # always this text
     NetQuality: Literal["0"]
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes
     Wlan1Mac: str
-    # links to the child routers, on the model of the operators and in their areas
+    # links to the child routers; only on the model QX2040B, in an area whose code contains ARVEN, KOLM or SEDRANO
     MeshInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterMeshInfo]]
-    # child routers attached to this one, on other models in a mesh of type 2
+    # child routers attached to the main router; only on other models than QX2040B, in a mesh of type 2
     ChildInfo: NotRequired[list[GetTslinkTopologyInfoMainRouterChildInfo]]
     FailReason: Literal["cJSON create array failed!"]
 
@@ -1575,7 +1575,7 @@ class GetTslinkTopologyInfoSuccess3(TypedDict):
 
     # the router that replies
     MainRouter: GetTslinkTopologyInfoMainRouter3
-    # the child routers, without those that the device could not report; none of them when memory ran out
+    # the child routers, without those that the device could not report; missing if there was no memory for the list
     ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
     Status: Literal["0"]
 
@@ -1583,65 +1583,65 @@ class GetTslinkTopologyInfoSuccess3(TypedDict):
 class GetTslinkTopologyInfoMainRouter4(TypedDict):
     """MainRouter: the router that replies."""
 
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     Mac: str
-    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 16 bytes
+    # state of the Internet connection; 1 for up, 0 for down; at most 16 bytes
     NetStatus: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes
     DownSpeed: str
     # "1" when the first radio is on
     WiFiStatus1: Literal["1", "0"]
     # "1" when the second radio is on
     WiFiStatus2: Literal["1", "0"]
-    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    # network name of the first radio; e.g. "Lindenhof"; at most 32 bytes
     SSID1: str
-    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    # network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes
     SSID2: str
-    # IP address; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     ip: str
-    # hardware version; as in "V1.2"; at most 32 bytes
+    # hardware version; e.g. "V1.2"; at most 32 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    # time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes
     UpTime: str
-    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    # time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes
     WanUptime: str
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 32 bytes
+    # code of the operator's area; just ARVEN on the model QX2040B if the code contains that; e.g. "NORTH-07"; at most 32 bytes
     AreaCode: str
-    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    # whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes
     ConfiguerStatus: str
-    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    # type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes
     WanConMode: str
-    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    # type of addressing on the WAN side; Dynamic or Static; at most 16 bytes
     AddressType: str
-    # brightness of the LEDs; whole number, without a percent sign, %, as in "60"; at most 8 bytes
+    # brightness of the LEDs; whole number, in %, e.g. "60"; at most 8 bytes
     LedLight: str
-    # switch of the LEDs; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the LEDs are on; 1 for on, 0 for off; at most 8 bytes
     LedSwitch: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     cpuusage: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     ramusage: str
-    # switch of the QoS accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the QoS accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QosAcceleratorEnable: str
-    # switch of the game accelerator; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the game accelerator is on; 1 for on, 0 for off; at most 16 bytes
     QQGameAcceleratorEnable: str
-    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the firewall is on; 1 for on, 0 for off; at most 16 bytes
     FireWallEnable: str
-    # always the same
+    # always this text
     NetQuality: Literal["0"]
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes
     Wlan1Mac: str
 
 
@@ -1650,7 +1650,7 @@ class GetTslinkTopologyInfoSuccess4(TypedDict):
 
     # the router that replies
     MainRouter: GetTslinkTopologyInfoMainRouter4
-    # the child routers, without those that the device could not report; none of them when memory ran out
+    # the child routers, without those that the device could not report; missing if there was no memory for the list
     ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
     Status: Literal["0"]
 
@@ -1665,7 +1665,7 @@ class GetTslinkTopologyInfoSuccess5(TypedDict):
     """GET_TSLINK_TOPOLOGY_INFO, success: the device could not report about the main router."""
 
     MainRouter: GetTslinkTopologyInfoMainRouter5
-    # the child routers, without those that the device could not report; none of them when memory ran out
+    # the child routers, without those that the device could not report; missing if there was no memory for the list
     ChildRouter: NotRequired[list[GetTslinkTopologyInfoChildRouter]]
     Status: Literal["0"]
 
@@ -1689,15 +1689,15 @@ class GetUpdateScheduleRequest(TypedDict):
 class GetUpdateScheduleSuccess(TypedDict):
     """GET_UPDATE_SCHEDULE, success: the device answered."""
 
-    # "1" when the router may update itself; 1 for on, 0 for off, as in "1"; at most 2 bytes
+    # whether the router may update itself; 1 for on, 0 for off; at most 2 bytes
     Enable: str
-    # start, hour; 0 to 23, without leading zeros, as in "2"; at most 8 bytes
+    # hour of the start; 0 to 23, without leading zeros, e.g. "2"; at most 8 bytes
     StartHour: str
-    # start, minute; 0 to 59, without leading zeros, as in "30"; at most 8 bytes
+    # minute of the start; 0 to 59, without leading zeros, e.g. "30"; at most 8 bytes
     StartMinute: str
-    # end, hour; 0 to 23, without leading zeros, as in "4"; at most 8 bytes
+    # hour of the end; 0 to 23, without leading zeros, e.g. "4"; at most 8 bytes
     EndHour: str
-    # end, minute; 0 to 59, without leading zeros, as in "0"; at most 8 bytes
+    # minute of the end; 0 to 59, without leading zeros, e.g. "0"; at most 8 bytes
     EndMinute: str
     Status: Literal["0"]
 
@@ -1722,45 +1722,45 @@ class GetUpdateStatusMainRouter(TypedDict):
     """MainRouter: the router that replies, as for HG_GET_UPDATE_STATUS."""
 
     Status: Literal["0"]
-    # always the same
+    # always this text
     up_status: Literal["0"]
-    # name of the device or of the image; as in "Lindenhof"; at most 64 bytes
+    # name of the device or of the image; e.g. "Lindenhof"; at most 64 bytes
     name: str
-    # hardware version; as in "V1.2"; at most 64 bytes
+    # hardware version; e.g. "V1.2"; at most 64 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 64 bytes
+    # firmware version; e.g. "V2.4.1"; at most 64 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 64 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 64 bytes
     FWDATA: str
-    # type of device; as in "HGU-AX3000"; at most 64 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 64 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 40 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 40 bytes
     AreaCode: str
 
 
 class GetUpdateStatusChildRouter(TypedDict):
     """ChildRouter: the child routers."""
 
-    # always the same
+    # always this text
     up_status: Literal["0"]
-    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    # identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes
     DeviceID: str
-    # its name; as in "Attic"; at most 64 bytes
+    # name of the child router; e.g. "Attic"; at most 64 bytes
     name: str
-    # hardware version; as in "V1.2"; at most 16 bytes
+    # hardware version; e.g. "V1.2"; at most 16 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    # type of device; e.g. "MAP-AX1800"; at most 32 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 16 bytes
     AreaCode: str
 
 
 class GetUpdateStatusSuccess(TypedDict):
-    """GET_UPDATE_STATUS, success: the device reported about the main router; the list of child routers is used as it left it, and a child router that it could not report is left out."""
+    """GET_UPDATE_STATUS, success: the device reported about the main router; a child router that it could not report is left out."""
 
     # the router that replies, as for HG_GET_UPDATE_STATUS
     MainRouter: GetUpdateStatusMainRouter
@@ -1788,7 +1788,7 @@ class GetUpnpStateRequest(TypedDict):
 class GetUpnpStateSuccess(TypedDict):
     """GET_UPNP_STATE, success: the device answered."""
 
-    # "1" when it is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether UPnP is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
     Status: Literal["0"]
 
@@ -1813,11 +1813,11 @@ class GetWebLoginInfoSuccess(TypedDict):
     """GET_WEB_LOGIN_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # password of the account or of the web login; as in "zaun-und-tor-58"; at most 128 bytes; secret
+    # password of the web login; e.g. "zaun-und-tor-58"; at most 128 bytes; secret
     Password: str
-    # type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; at most 8 bytes
+    # type of web login; 0 for the account of the administrator, 1 for a separate password; at most 8 bytes
     WebLoginType: str
-    # address of the web login; IPv4 address, as in "192.168.1.1"; at most 64 bytes
+    # address of the web login; IPv4 address, e.g. "192.168.1.1"; at most 64 bytes
     WebLoginIp: str
 
 
@@ -1884,34 +1884,34 @@ class GetWifiInfoSuccess(TypedDict):
     """GET_WIFI_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # network name; as in "Lindenhof"; at most 64 bytes
+    # network name; e.g. "Lindenhof"; at most 64 bytes
     SSID: str
-    # password of the network; as in "apfelbaum-1962"; at most 64 bytes; secret
+    # password of the network; e.g. "apfelbaum-1962"; at most 64 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 8 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 8 bytes
     ENCRYPT: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; at most 64 bytes
+    # transmit power; whole number, in %, e.g. "100"; at most 64 bytes
     PowerLevel: str
-    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Channel: str
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # channel in use; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     UsedChannel: str
-    # "1" when the network is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the network is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
-    # bandwidth of the channel; whole number, MHz, as in "20"; at most 16 bytes
+    # bandwidth of the channel; whole number, in MHz, e.g. "20"; at most 16 bytes
     Bandwidth: str
-    # "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     AdvertisementEnable: str
-    # wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes
+    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes
     Mode: str
-    # "1" when beamforming is on; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     Beamforming: str
 
 
 class GetWifiInfoFailure(TypedDict):
     """GET_WIFI_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     SSIDIndex: NotRequired[str]
     Status: Literal["1"]
     # "no index": there is no index or it is not a string; "index string null": the index is empty; "index is 0, (should be 1 to 8)": the index is 0 or not a number; "get ssid info failed": the device could not answer
@@ -1923,7 +1923,7 @@ GetWifiInfoReply = Union[GetWifiInfoSuccess, GetWifiInfoFailure]
 
 
 class GetWifiListInfoRequest(TypedDict):
-    """GET_WIFI_LIST_INFO: Settings of all SSIDs, and the two switches of all radios."""
+    """GET_WIFI_LIST_INFO: Settings of all SSIDs, and the two switches that all radios share."""
 
 
 class GetWifiListInfoWIFIList(TypedDict):
@@ -1931,29 +1931,29 @@ class GetWifiListInfoWIFIList(TypedDict):
 
     # number of the SSID; at most 11 bytes
     SSIDIndex: str
-    # network name; as in "Lindenhof"; at most 64 bytes
+    # network name; e.g. "Lindenhof"; at most 64 bytes
     SSID: str
-    # password of the network; as in "apfelbaum-1962"; at most 64 bytes; secret
+    # password of the network; e.g. "apfelbaum-1962"; at most 64 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; at most 8 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 8 bytes
     ENCRYPT: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; at most 64 bytes
+    # transmit power; whole number, in %, e.g. "100"; at most 64 bytes
     PowerLevel: str
-    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Channel: str
-    # "1" when the network is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the network is on; 1 for on, 0 for off; at most 8 bytes
     Enable: str
-    # permissions of clients; FULL, or GUEST for Internet access only, as in "FULL"; at most 8 bytes
+    # permissions of clients; FULL, or GUEST for Internet access only; at most 8 bytes
     PermissionProperty: str
-    # number of the band, 0 for 2.4 GHz, any other for 5 GHz; 0 for 2.4 GHz, 1 for 5 GHz, as in "0"; at most 16 bytes
+    # band of the SSID; a device may use any number but 0 for 5 GHz; 0 for 2.4 GHz, 1 for 5 GHz, e.g. "0"; at most 16 bytes
     Type: str
-    # bandwidth of the channel; whole number, MHz, as in "20"; at most 16 bytes
+    # bandwidth of the channel; whole number, in MHz, e.g. "20"; at most 16 bytes
     Bandwidth: str
-    # "1" when the name is broadcast; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     AdvertisementEnable: str
-    # wireless standards in use; newest standard that the radio offers, as in "11ax"; at most 8 bytes
+    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes
     Mode: str
-    # "1" when beamforming is on; 1 for on, 0 for off, -1 if not given, as in "1"; at most 8 bytes
+    # whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     Beamforming: str
 
 
@@ -1964,7 +1964,7 @@ class GetWifiListInfoSuccess(TypedDict):
     WIFIList: list[GetWifiListInfoWIFIList]
     # "1" when stations are steered between the radios
     StaCtrl: Literal["1", "0"]
-    # switch of fast roaming, if it is known; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether fast roaming is on, if it is known; 1 for on, 0 for off; at most 8 bytes
     FastRoaming: NotRequired[str]
     Status: Literal["0"]
 
@@ -1988,13 +1988,13 @@ class GetWifiSleepScheduleRequest(TypedDict):
 class GetWifiSleepScheduleWIFISleepList(TypedDict):
     """WIFISleepList: at most three periods."""
 
-    # "1" when the period is on; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the period is on; 1 for on, 0 for off; at most 16 bytes
     Enable: str
-    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "23:30"; at most 32 bytes
+    # start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "23:30"; at most 32 bytes
     StartTime: str
-    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "05:45"; at most 32 bytes
+    # end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "05:45"; at most 32 bytes
     EndTime: str
-    # days of the week; 1 (Monday) to 7, with commas, as in "1,2,3,4,7"; at most 32 bytes
+    # days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,2,3,4,7"; at most 32 bytes
     DaysOfWeek: str
 
 
@@ -2017,7 +2017,7 @@ class GetWpsEnableRequest(TypedDict):
 class GetWpsEnableSuccess(TypedDict):
     """GET_WPS_ENABLE, success: the device answered."""
 
-    # the switch, a decimal number; at most 7 bytes
+    # whether WPS is on: 1 for on, 0 for off, or another number of the device; at most 7 bytes
     Enable: str
     Status: Literal["0"]
 
@@ -2042,19 +2042,19 @@ class HgGetUpdateStatusSuccess(TypedDict):
     """HG_GET_UPDATE_STATUS, success: the device answered."""
 
     Status: Literal["0"]
-    # always the same
+    # always this text
     up_status: Literal["0"]
-    # name of the device or of the image; as in "Lindenhof"; at most 64 bytes
+    # name of the device or of the image; e.g. "Lindenhof"; at most 64 bytes
     name: str
-    # hardware version; as in "V1.2"; at most 64 bytes
+    # hardware version; e.g. "V1.2"; at most 64 bytes
     HWVersion: str
-    # firmware version; as in "V2.4.1"; at most 64 bytes
+    # firmware version; e.g. "V2.4.1"; at most 64 bytes
     FWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 64 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 64 bytes
     FWDATA: str
-    # type of device; as in "HGU-AX3000"; at most 64 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 64 bytes
     DeviceType: str
-    # code of the operator's area; as in "NORTH-07"; at most 40 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 40 bytes
     AreaCode: str
 
 
@@ -2073,7 +2073,7 @@ HgGetUpdateStatusReply = Union[HgGetUpdateStatusSuccess, HgGetUpdateStatusFailur
 class HgImageDownloadRequest(TypedDict):
     """HG_IMAGE_DOWNLOAD: Downloads an image of the firmware, to be flashed later."""
 
-    # URL of the image, of any length; address of a server, as in "https://updates.example/hgu.img"
+    # URL of the image, of any length; e.g. "https://updates.example/hgu.img"
     UpdateUrl: str
 
 
@@ -2086,7 +2086,7 @@ class HgImageDownloadSuccess(TypedDict):
 class HgImageDownloadFailure(TypedDict):
     """HG_IMAGE_DOWNLOAD, failure."""
 
-    # that of the request
+    # unchanged from the request
     UpdateUrl: NotRequired[str]
     Status: Literal["1"]
     # "json_url node null": the URL is missing or not a string; "get update status error": the device does not report the running version; "update status maybe downloading or upgrading": another image is being downloaded or flashed; "hg download image failed": the image could not be downloaded
@@ -2098,7 +2098,7 @@ HgImageDownloadReply = Union[HgImageDownloadSuccess, HgImageDownloadFailure]
 
 
 class HgImageUpdateRequest(TypedDict):
-    """HG_IMAGE_UPDATE: Flashes the downloaded image, even while another one is downloaded."""
+    """HG_IMAGE_UPDATE: Flashes the downloaded image."""
 
     # "1" to flash now; anything else does nothing
     Update: str
@@ -2107,7 +2107,7 @@ class HgImageUpdateRequest(TypedDict):
 class HgImageUpdateSuccess(TypedDict):
     """HG_IMAGE_UPDATE, success: the image was flashed, or flashing was not requested."""
 
-    # that of the request
+    # unchanged from the request
     Update: NotRequired[str]
     Status: Literal["0"]
 
@@ -2115,7 +2115,7 @@ class HgImageUpdateSuccess(TypedDict):
 class HgImageUpdateFailure(TypedDict):
     """HG_IMAGE_UPDATE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Update: NotRequired[str]
     Status: Literal["1"]
     # "json node null": Update is missing or not a string; "gghelper_update_image failed": the device could not flash the image
@@ -2134,27 +2134,27 @@ class HgInspectionSuccess(TypedDict):
     """HG_INSPECTION, success: the device answered."""
 
     Status: Literal["0"]
-    # number of Wi-Fi clients; whole number, as in "8"; at most 8 bytes
+    # number of Wi-Fi clients; whole number, e.g. "8"; at most 8 bytes
     WiFiDevNum: str
-    # security level of the encryption; LOW, MEDIUM or HIGH, as in "MEDIUM"; at most 8 bytes
+    # security level of the encryption; LOW, MEDIUM or HIGH; at most 8 bytes
     Security: str
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # channel in use; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Channel: str
-    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    # congestion of the channel; whole number, in %, e.g. "33"; at most 8 bytes
     Congestion: str
-    # firmware version; as in "V2.4.1"; at most 1088 bytes
+    # firmware version; e.g. "V2.4.1"; at most 1088 bytes
     FWVersion: str
-    # state of the WAN connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    # state of the WAN connection; Connected or Disconnected; at most 64 bytes
     WanStatus: str
-    # state of the Internet connection; 1 when it is up, else 0, as in "1"; at most 392 bytes
+    # state of the Internet connection; 1 for up, 0 for down; at most 392 bytes
     NetStatus: str
-    # IP address of the WAN side; IPv4 address, as in "100.72.18.203"; at most 64 bytes
+    # IP address of the WAN side; IPv4 address, e.g. "100.72.18.203"; at most 64 bytes
     WanIP: str
-    # network mask of the WAN side; IPv4 mask, as in "255.255.255.255"; at most 256 bytes
+    # network mask of the WAN side; IPv4 mask, e.g. "255.255.255.255"; at most 256 bytes
     NetMask: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; at most 8 bytes
+    # transmit power; whole number, in %, e.g. "100"; at most 8 bytes
     PowerLevel: str
-    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 4 bytes
+    # whether the firewall is on; 1 for on, 0 for off; at most 4 bytes
     FireWallEnable: str
 
 
@@ -2193,16 +2193,16 @@ HgLocalRecoveryReply = Union[HgLocalRecoverySuccess, HgLocalRecoveryFailure]
 
 
 class HgNetconnInspectionRequest(TypedDict):
-    """HG_NETCONN_INSPECTION: Inspects the network connection."""
+    """HG_NETCONN_INSPECTION: Checks the DNS and the WAN connection."""
 
 
 class HgNetconnInspectionSuccess(TypedDict):
     """HG_NETCONN_INSPECTION, success: the device answered."""
 
     Status: Literal["0"]
-    # DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # DNS state; 1 for up, 0 for down; at most 8 bytes
     DnsStatus: str
-    # state of the WAN connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    # state of the WAN connection; Connected or Disconnected; at most 64 bytes
     WanStatus: str
 
 
@@ -2226,7 +2226,7 @@ class HgNetconnOptimizationSuccess(TypedDict):
     """HG_NETCONN_OPTIMIZATION, success: the device answered."""
 
     Status: Literal["0"]
-    # DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # DNS state; 1 for up, 0 for down; at most 8 bytes
     DnsStatus: str
 
 
@@ -2250,7 +2250,7 @@ class HgNetqualInspectionSuccess(TypedDict):
     """HG_NETQUAL_INSPECTION, success: the device answered."""
 
     Status: Literal["0"]
-    # quality of the connection; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 1032 bytes
+    # quality of the connection; GOOD, FAIR or POOR, or NONE without a connection; at most 1032 bytes
     NetQuality: str
 
 
@@ -2274,7 +2274,7 @@ class HgNetqualOptimizationSuccess(TypedDict):
     """HG_NETQUAL_OPTIMIZATION, success: the device answered."""
 
     Status: Literal["0"]
-    # quality of the connection; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 1032 bytes
+    # quality of the connection; GOOD, FAIR or POOR, or NONE without a connection; at most 1032 bytes
     NetQuality: str
 
 
@@ -2298,13 +2298,13 @@ class HgResourceInspectionSuccess(TypedDict):
     """HG_RESOURCE_INSPECTION, success: the device answered."""
 
     Status: Literal["0"]
-    # CPU load in percent; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     CpuPercent: str
-    # memory load in percent; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     MemPercent: str
-    # number of attached devices; whole number, as in "11"; at most 8 bytes
+    # number of attached devices; whole number, e.g. "11"; at most 8 bytes
     LanDevNum: str
-    # number of devices under parental control; whole number, as in "2"; at most 8 bytes
+    # number of devices under parental control; whole number, e.g. "2"; at most 8 bytes
     ProtectedDevNum: str
 
 
@@ -2328,9 +2328,9 @@ class HgResourceOptimizationSuccess(TypedDict):
     """HG_RESOURCE_OPTIMIZATION, success: the device answered."""
 
     Status: Literal["0"]
-    # CPU load in percent; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     CpuPercent: str
-    # memory load in percent; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     MemPercent: str
 
 
@@ -2353,11 +2353,11 @@ class HgSpeedtestRequestRequest(TypedDict):
 class HgSpeedtestRequestSuccess(TypedDict):
     """HG_SPEEDTEST_REQUEST, success: the device answered."""
 
-    # download bandwidth; whole number, kbit/s, as in "232020"; at most 8 bytes
+    # download bandwidth; whole number, in kbit/s, e.g. "232020"; at most 8 bytes
     DownBandWidth: str
-    # upload bandwidth; whole number, kbit/s, as in "37552"; at most 8 bytes
+    # upload bandwidth; whole number, in kbit/s, e.g. "37552"; at most 8 bytes
     UpBandWidth: str
-    # the delay; whole number, ms, as in "26"; at most 8 bytes
+    # round-trip time; whole number, in ms, e.g. "26"; at most 8 bytes
     Delay: str
     Status: Literal["0"]
 
@@ -2377,9 +2377,9 @@ HgSpeedtestRequestReply = Union[HgSpeedtestRequestSuccess, HgSpeedtestRequestFai
 class HgWifiChannelPowerOptimizationRequest(TypedDict):
     """HG_WIFI_CHANNEL_POWER_OPTIMIZATION: Moves the Wi-Fi to a better channel and transmit power."""
 
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    # channel to leave or to prefer; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes
     Channel: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; truncated to 7 bytes
+    # wanted transmit power; whole number, in %, e.g. "100"; truncated to 7 bytes
     PowerLevel: str
 
 
@@ -2387,20 +2387,20 @@ class HgWifiChannelPowerOptimizationSuccess(TypedDict):
     """HG_WIFI_CHANNEL_POWER_OPTIMIZATION, success: the device accepted the change."""
 
     Status: Literal["0"]
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # new channel; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Channel: str
-    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    # congestion of the new channel; whole number, in %, e.g. "33"; at most 8 bytes
     Congestion: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; at most 8 bytes
+    # new transmit power; whole number, in %, e.g. "100"; at most 8 bytes
     PowerLevel: str
 
 
 class HgWifiChannelPowerOptimizationFailure(TypedDict):
     """HG_WIFI_CHANNEL_POWER_OPTIMIZATION, failure."""
 
-    # that of the request
+    # unchanged from the request
     Channel: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PowerLevel: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "wifi channel power optimize failed": the device refused the change
@@ -2419,13 +2419,13 @@ class HgWifiInspectionSuccess(TypedDict):
     """HG_WIFI_INSPECTION, success: the device answered."""
 
     Status: Literal["0"]
-    # number of Wi-Fi clients; whole number, as in "8"; at most 8 bytes
+    # number of Wi-Fi clients; whole number, e.g. "8"; at most 8 bytes
     WiFiDevNum: str
-    # security level of the encryption; LOW, MEDIUM or HIGH, as in "MEDIUM"; at most 8 bytes
+    # security level of the encryption; LOW, MEDIUM or HIGH; at most 8 bytes
     Security: str
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # channel in use; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Channel: str
-    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    # congestion of the channel; whole number, in %, e.g. "33"; at most 8 bytes
     Congestion: str
 
 
@@ -2444,7 +2444,7 @@ HgWifiInspectionReply = Union[HgWifiInspectionSuccess, HgWifiInspectionFailure]
 class HgWifiOptimizationRequest(TypedDict):
     """HG_WIFI_OPTIMIZATION: Moves the Wi-Fi to a better channel."""
 
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    # channel to leave or to prefer; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes
     Channel: str
 
 
@@ -2452,16 +2452,16 @@ class HgWifiOptimizationSuccess(TypedDict):
     """HG_WIFI_OPTIMIZATION, success: the device accepted the change."""
 
     Status: Literal["0"]
-    # channel in use; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # new channel; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Channel: str
-    # congestion of the channel; whole number, without a percent sign, %, as in "33"; at most 8 bytes
+    # congestion of the new channel; whole number, in %, e.g. "33"; at most 8 bytes
     Congestion: str
 
 
 class HgWifiOptimizationFailure(TypedDict):
     """HG_WIFI_OPTIMIZATION, failure."""
 
-    # that of the request
+    # unchanged from the request
     Channel: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_HG_SLEEP_INFO_FAIL": the device refused the change
@@ -2475,7 +2475,7 @@ HgWifiOptimizationReply = Union[HgWifiOptimizationSuccess, HgWifiOptimizationFai
 class ImageDownloadRequestMainRouter(TypedDict):
     """MainRouter: the main router."""
 
-    # URL of the image, of any length; address of a server, as in "https://updates.example/hgu.img"
+    # URL of the image, of any length; e.g. "https://updates.example/hgu.img"
     UpdateUrl: str
 
 
@@ -2484,7 +2484,7 @@ class ImageDownloadRequest(TypedDict):
 
     # the main router
     MainRouter: ImageDownloadRequestMainRouter
-    # the child routers; it is not read
+    # the child routers; ignored, but removed
     ChildRouter: NotRequired[Any]
 
 
@@ -2496,6 +2496,14 @@ class ImageDownloadSuccess(TypedDict):
 
 
 class ImageDownloadFailure(TypedDict):
+    """IMAGE_DOWNLOAD, failure: memory ran out."""
+
+    updateResult: Literal["-1"]
+    Status: Literal["1"]
+    FailReason: Literal["url is null"]
+
+
+class ImageDownloadFailure2(TypedDict):
     """IMAGE_DOWNLOAD, failure: another image is being downloaded or flashed."""
 
     updateResult: Literal["-1"]
@@ -2503,7 +2511,7 @@ class ImageDownloadFailure(TypedDict):
     FailReason: Literal["dev is dowing image now"]
 
 
-class ImageDownloadFailure2(TypedDict):
+class ImageDownloadFailure3(TypedDict):
     """IMAGE_DOWNLOAD, failure: the worker could not be started."""
 
     updateResult: Literal["-1"]
@@ -2511,10 +2519,10 @@ class ImageDownloadFailure2(TypedDict):
     FailReason: Literal["failed to create down image thread"]
 
 
-class ImageDownloadFailure3(TypedDict):
+class ImageDownloadFailure4(TypedDict):
     """IMAGE_DOWNLOAD, failure."""
 
-    # that of the request
+    # unchanged from the request
     MainRouter: NotRequired[Any]
     Status: Literal["1"]
     # "Get mainrouter error": MainRouter is missing; "Get UpdateUrl null": the URL is missing or not a string
@@ -2522,7 +2530,7 @@ class ImageDownloadFailure3(TypedDict):
 
 
 # Reply of IMAGE_DOWNLOAD.
-ImageDownloadReply = Union[ImageDownloadSuccess, ImageDownloadFailure, ImageDownloadFailure2, ImageDownloadFailure3]
+ImageDownloadReply = Union[ImageDownloadSuccess, ImageDownloadFailure, ImageDownloadFailure2, ImageDownloadFailure3, ImageDownloadFailure4]
 
 
 class ImageUpdateRequestMainRouter(TypedDict):
@@ -2548,7 +2556,7 @@ class ImageUpdateSuccess(TypedDict):
 class ImageUpdateFailure(TypedDict):
     """IMAGE_UPDATE, failure."""
 
-    # that of the request
+    # unchanged from the request
     MainRouter: NotRequired[Any]
     Status: Literal["1"]
     # "Get MainRouter error": MainRouter is missing; "Get Update error": Update is missing or not a string; "update status maybe downloding or upgrading": another image is being downloaded or flashed; "update image failed": the device could not flash the image
@@ -2560,33 +2568,33 @@ ImageUpdateReply = Union[ImageUpdateSuccess, ImageUpdateFailure]
 
 
 class LinkCheckRequest(TypedDict):
-    """LINK_CHECK: Checks the links once."""
+    """LINK_CHECK: Checks addresses, DNS and the channels of both radios, and pings a public DNS server."""
 
 
 class LinkCheckSuccess(TypedDict):
     """LINK_CHECK, success: in any case; each value except that of the ping is as the device left it."""
 
-    # IP address on the LAN side; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # IP address on the LAN side; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     LanIP: str
-    # IP address on the WAN side; IPv4 address, as in "100.72.18.203"; at most 32 bytes
+    # IP address on the WAN side; IPv4 address, e.g. "100.72.18.203"; at most 32 bytes
     WanIp: str
-    # DNS state; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # DNS state; 1 for up, 0 for down; at most 8 bytes
     DnsCheck: str
-    # the same; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # state of DHCP; always the same as DnsCheck; 1 for up, 0 for down; at most 8 bytes
     DhcpCheck: str
-    # address that replied to a ping; empty when it did not; IP address, as in "192.0.2.1"
+    # address that replied to a ping; empty if there was no reply; IP address, e.g. "192.0.2.1"
     PingCheck: str
-    # "1" when the 2.4 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the 2.4 GHz radio is on; 1 for on, 0 for off; at most 8 bytes
     Wifi24Enable: str
-    # its channel; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; at most 8 bytes
+    # channel of the 2.4 GHz radio; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; at most 8 bytes
     Wifi24Channel: str
-    # state of that channel; GOOD, FAIR or POOR, or NONE without a connection, as in "FAIR"; at most 8 bytes
+    # quality of the 2.4 GHz channel; GOOD, FAIR or POOR, or NONE without a connection; at most 8 bytes
     Wifi24ChannelCheck: str
-    # "1" when the 5 GHz radio is on; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the 5 GHz radio is on; 1 for on, 0 for off; at most 8 bytes
     Wifi58Enable: str
-    # its channel; number of the channel; 0 means automatic in a setting, none in a report, as in "44"; at most 8 bytes
+    # channel of the 5 GHz radio; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "44"; at most 8 bytes
     Wifi58Channel: str
-    # state of that channel; GOOD, FAIR or POOR, or NONE without a connection, as in "GOOD"; at most 8 bytes
+    # quality of the 5 GHz channel; GOOD, FAIR or POOR, or NONE without a connection; at most 8 bytes
     Wifi58ChannelCheck: str
     Status: Literal["0"]
 
@@ -2598,9 +2606,9 @@ LinkCheckReply = Union[LinkCheckSuccess]
 class PlateformUpdateImmediateRequestImage(TypedDict):
     """Image: the image."""
 
-    # version of the image; it is not read
+    # version of the image; the value is ignored
     Version: Any
-    # URL of the image, of any length, or the running version; address of a server, as in "https://updates.example/hgu.img"
+    # URL of the image, of any length; refused if it is the text of the running version; e.g. "https://updates.example/hgu.img"
     UpdateUrl: str
 
 
@@ -2655,6 +2663,14 @@ class PlateformUpdateImmediateFailure5(TypedDict):
 
 
 class PlateformUpdateImmediateFailure6(TypedDict):
+    """PLATEFORM_UPDATE_IMMEDIATE, failure: memory ran out."""
+
+    updateResult: Literal["-1"]
+    Status: Literal["1"]
+    FailReason: Literal["url is null"]
+
+
+class PlateformUpdateImmediateFailure7(TypedDict):
     """PLATEFORM_UPDATE_IMMEDIATE, failure: another image is being downloaded or flashed."""
 
     updateResult: Literal["-1"]
@@ -2662,7 +2678,7 @@ class PlateformUpdateImmediateFailure6(TypedDict):
     FailReason: Literal["dev is dowing image now"]
 
 
-class PlateformUpdateImmediateFailure7(TypedDict):
+class PlateformUpdateImmediateFailure8(TypedDict):
     """PLATEFORM_UPDATE_IMMEDIATE, failure: the worker could not be started."""
 
     updateResult: Literal["-1"]
@@ -2671,7 +2687,7 @@ class PlateformUpdateImmediateFailure7(TypedDict):
 
 
 # Reply of PLATEFORM_UPDATE_IMMEDIATE.
-PlateformUpdateImmediateReply = Union[PlateformUpdateImmediateSuccess, PlateformUpdateImmediateFailure, PlateformUpdateImmediateFailure2, PlateformUpdateImmediateFailure3, PlateformUpdateImmediateFailure4, PlateformUpdateImmediateFailure5, PlateformUpdateImmediateFailure6, PlateformUpdateImmediateFailure7]
+PlateformUpdateImmediateReply = Union[PlateformUpdateImmediateSuccess, PlateformUpdateImmediateFailure, PlateformUpdateImmediateFailure2, PlateformUpdateImmediateFailure3, PlateformUpdateImmediateFailure4, PlateformUpdateImmediateFailure5, PlateformUpdateImmediateFailure6, PlateformUpdateImmediateFailure7, PlateformUpdateImmediateFailure8]
 
 
 class QuerySystemInfoRequest(TypedDict):
@@ -2682,35 +2698,35 @@ class QuerySystemInfoSuccess(TypedDict):
     """QUERY_SYSTEM_INFO, success: the device answered."""
 
     Status: Literal["0"]
-    # software version; as in "V2.4.1"; at most 64 bytes
+    # software version; e.g. "V2.4.1"; at most 64 bytes
     SWVersion: str
-    # hardware version; as in "V1.2"; at most 64 bytes
+    # hardware version; e.g. "V1.2"; at most 64 bytes
     HDVersion: str
-    # product class; as in "HGU-AX3000"; at most 64 bytes
+    # product class; e.g. "HGU-AX3000"; at most 64 bytes
     ProductCLass: str
-    # type of processor; as in "MIPS 1004Kc 880MHz"; at most 64 bytes
+    # type of processor; e.g. "MIPS 1004Kc 880MHz"; at most 64 bytes
     CPUClass: str
-    # type of device; as in "HGU"; at most 64 bytes
+    # type of device; e.g. "HGU"; at most 64 bytes
     DEVType: str
-    # second type of device, for a device with two types; as in "ONU"; at most 64 bytes
+    # second type of device, for a device with two types; e.g. "ONU"; at most 64 bytes
     DEVType1: str
-    # list of capabilities; words, with commas, as in "wifi,mesh,qos,greennet,wps"; at most 64 bytes
+    # list of capabilities; words, separated by commas, e.g. "wifi,mesh,qos,greennet,wps"; at most 64 bytes
     Capability: str
-    # type of smart card, if any; as in "SIM"; at most 64 bytes
+    # type of smart card, if any; e.g. "SIM"; at most 64 bytes
     Card: str
-    # type of uplink; as in "LAN"; at most 64 bytes
+    # type of uplink; e.g. "LAN"; at most 64 bytes
     UPLink: str
-    # number of the smart card; as in "89490200001234567890"; at most 64 bytes
+    # number of the smart card; e.g. "89490200001234567890"; at most 64 bytes
     Cardno: str
-    # whether IPv6 is supported; 1 for yes, 0 for no, as in "1"; at most 64 bytes
+    # whether IPv6 is supported; 1 for yes, 0 for no; at most 64 bytes
     IPV6: str
-    # whether ports can be bound to VLANs; 1 for yes, 0 for no, as in "1"; at most 64 bytes
+    # whether ports can be bound to VLANs; 1 for yes, 0 for no; at most 64 bytes
     VLANbind: str
-    # whether the LEDs can be switched; 1 for yes, 0 for no, as in "1"; at most 64 bytes
+    # whether the LEDs can be switched; 1 for yes, 0 for no; at most 64 bytes
     LED: str
-    # whether there is an NFC tag; 1 for yes, 0 for no, as in "0"; at most 64 bytes
+    # whether there is an NFC tag; 1 for yes, 0 for no; at most 64 bytes
     NFC: str
-    # types of VLAN handling that are supported; words, with commas, as in "tag,transparent"; at most 192 bytes
+    # types of VLAN handling that are supported; words, separated by commas, e.g. "tag,transparent"; at most 192 bytes
     VLANCapability: str
 
 
@@ -2733,7 +2749,7 @@ class QueryTslinkConfigStatusRequest(TypedDict):
 class QueryTslinkConfigStatusSuccess(TypedDict):
     """QUERY_TSLINK_CONFIG_STATUS, success: the device answered."""
 
-    # "1" when it is done
+    # whether the first configuration is done: "1" for yes
     ConfiguerStatus: Literal["0", "1"]
     Status: Literal["0"]
 
@@ -2753,7 +2769,7 @@ QueryTslinkConfigStatusReply = Union[QueryTslinkConfigStatusSuccess, QueryTslink
 class QueryWanInfoRequest(TypedDict):
     """QUERY_WAN_INFO: Settings and state of one WAN connection."""
 
-    # name of the connection, which selects it; as in "Internet"; truncated to 63 bytes
+    # name of the connection, which selects it; e.g. "Internet"; truncated to 63 bytes
     WANName: str
 
 
@@ -2761,70 +2777,70 @@ class QueryWanInfoSuccess(TypedDict):
     """QUERY_WAN_INFO, success: the device knows the connection."""
 
     Status: Literal["0"]
-    # number of the connection; whole number from 1, as in "1"; at most 64 bytes
+    # number of the connection; whole number from 1, e.g. "1"; at most 64 bytes
     INDEX: str
-    # its network interface; name of the network interface, as in "ppp0"; at most 64 bytes
+    # network interface of the connection; name of the network interface, e.g. "ppp0"; at most 64 bytes
     IFNAME: str
-    # routed or bridged; IP_Routed or IP_Bridged, as in "IP_Routed"; at most 64 bytes
+    # whether the connection is routed or bridged; IP_Routed or IP_Bridged; at most 64 bytes
     CONNECTIONTYPE: str
-    # state of the IPv4 connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    # state of the IPv4 connection; Connected or Disconnected; at most 64 bytes
     CONNECTIONSTATUS: str
-    # protocols on it, IPv4, IPv6 or both; IPv4 or IPv4/IPv6, as in "IPv4/IPv6"; at most 64 bytes
+    # IP versions of the connection; IPv4 or IPv4/IPv6; at most 64 bytes
     PROTOCOL: str
-    # how it gets its addresses, as the platform names it; DHCP, PPPoE, Static or Bridge, as in "PPPoE"; at most 64 bytes
+    # how the connection gets its addresses, in the terms of the platform; DHCP, PPPoE, Static or Bridge; at most 64 bytes
     UPLINKMODE: str
-    # services that use it; INTERNET, IPTV, TR069, VOIP and OTHER, with commas, as in "TR069,VOIP"; at most 64 bytes
+    # services that use the connection; INTERNET, IPTV, TR069, VOIP and OTHER, separated by commas, e.g. "TR069,VOIP"; at most 64 bytes
     SERVICELIST: str
-    # how it gets its IPv4 address; DHCP, PPPoE or Static, as in "PPPoE"; at most 64 bytes
+    # how the connection gets its IPv4 address; DHCP, PPPoE or Static; at most 64 bytes
     ADDRESSTYPE: str
-    # IPv4 address; IPv4 address, as in "100.72.18.203"; at most 64 bytes
+    # IPv4 address; e.g. "100.72.18.203"; at most 64 bytes
     IPADDRESS: str
-    # IPv4 mask; IPv4 mask, as in "255.255.255.255"; at most 64 bytes
+    # IPv4 mask; e.g. "255.255.255.255"; at most 64 bytes
     SUBNETMASK: str
-    # IPv4 address of the default gateway, empty when there is none; IPv4 address, as in "100.72.0.1"; at most 64 bytes
+    # IPv4 address of the default gateway, empty when there is none; e.g. "100.72.0.1"; at most 64 bytes
     GATEWAY: str
-    # first DNS server, IPv4; IPv4 address, as in "100.64.0.53"; at most 64 bytes
+    # first DNS server, IPv4; IPv4 address, e.g. "100.64.0.53"; at most 64 bytes
     DNS1: str
-    # second DNS server, IPv4; IPv4 address, as in "100.64.1.53"; at most 64 bytes
+    # second DNS server, IPv4; IPv4 address, e.g. "100.64.1.53"; at most 64 bytes
     DNS2: str
-    # state of the IPv6 connection; Connected or Disconnected, as in "Connected"; at most 64 bytes
+    # state of the IPv6 connection; Connected or Disconnected; at most 64 bytes
     IPV6_CONNECTIONSTATUS: str
-    # IPv6 address, empty when there is none; IPv6 address, as in "2001:db8:4f20::1"; at most 64 bytes
+    # IPv6 address, empty when there is none; e.g. "2001:db8:4f20::1"; at most 64 bytes
     IPV6_IPADDRESS: str
-    # IPv6 prefix for the LAN, empty when there is none; IPv6 prefix, as in "2001:db8:4f20:a00::"; at most 64 bytes
+    # IPv6 prefix for the LAN, empty when there is none; e.g. "2001:db8:4f20:a00::"; at most 64 bytes
     IPV6_PRIFIX: str
-    # its length in bits; number of bits, as in "56"; at most 64 bytes
+    # length of the IPv6 prefix; number of bits, e.g. "56"; at most 64 bytes
     IPV6_PREFIXLENGTH: str
-    # IPv6 address of the default gateway, empty when there is none; IPv6 address, as in "fe80::1"; at most 64 bytes
+    # IPv6 address of the default gateway, empty when there is none; e.g. "fe80::1"; at most 64 bytes
     IPV6_GATEWAY: str
-    # first DNS server, IPv6; IPv6 address, as in "2001:db8:53::1"; at most 64 bytes
+    # first DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::1"; at most 64 bytes
     IPV6_DNS1: str
-    # second DNS server, IPv6; IPv6 address, as in "2001:db8:53::2"; at most 64 bytes
+    # second DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::2"; at most 64 bytes
     IPV6_DNS2: str
-    # name of the PPPoE account; as in "k4471902@fibre.example"; at most 64 bytes
+    # name of the PPPoE account; e.g. "k4471902@fibre.example"; at most 64 bytes
     PPPOE_USR_NAME: str
-    # its password; as in "Lh7-pq2-Vw9"; at most 64 bytes; secret
+    # password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; at most 64 bytes; secret
     PPPOE_PASSWORD: str
-    # "1" when hosts may connect themselves; 1 for on, 0 for off, as in "0"; at most 64 bytes
+    # whether hosts may connect themselves; 1 for on, 0 for off; at most 64 bytes
     PPPOE_PROXY: str
-    # name of the PPPoE service; as in "fibre"; at most 64 bytes
+    # name of the PPPoE service; e.g. "fibre"; at most 64 bytes
     PPPOE_SERVICENAME: str
-    # when the connection is established, empty when it is not; AlwaysOn, as in "AlwaysOn"; at most 64 bytes
+    # when the PPPoE connection is established; empty if not known; AlwaysOn; at most 64 bytes
     PPPOE_DIAL_MODE: str
-    # "1" when NAT is on; 1 for on, 0 for off, as in "1"; at most 64 bytes
+    # whether NAT is on; 1 for on, 0 for off; at most 64 bytes
     NATENABLE: str
-    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; at most 64 bytes
+    # whether quality of service is on; 1 for on, 0 for off; at most 64 bytes
     QOSENABLE: str
-    # number of the VLAN; 1 to 4094, as in "7"; at most 64 bytes
+    # number of the VLAN; 1 to 4094, e.g. "7"; at most 64 bytes
     VLANID: str
-    # its priority, 0 to 7; 0 to 7, as in "0"; at most 64 bytes
+    # priority of the VLAN; 0 to 7, e.g. "0"; at most 64 bytes
     VLANPRIORITY: str
 
 
 class QueryWanInfoFailure(TypedDict):
     """QUERY_WAN_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     WANName: NotRequired[str]
     Status: Literal["1"]
     # "json object WANName not found!": WANName is missing or not a string; "QUERY_WAN_INFO_FAIL": the device could not answer
@@ -2843,9 +2859,9 @@ class QueryWanNumSuccess(TypedDict):
     """QUERY_WAN_NUM, success: the device answered."""
 
     Status: Literal["0"]
-    # how many connections there are; whole number, as in "4"; at most 8 bytes
+    # number of WAN connections; whole number, e.g. "4"; at most 8 bytes
     NUM: str
-    # their names; names, with commas, as in "Internet,IPTV,Management,Voice"; at most 200 bytes
+    # names of the connections; names, separated by commas, e.g. "Internet,IPTV,Management,Voice"; at most 200 bytes
     Description: str
 
 
@@ -2871,7 +2887,7 @@ class ResponseRouterVersionRequest(TypedDict):
 class ResponseRouterVersionSuccess(TypedDict):
     """RESPONSE_ROUTER_VERSION, success: there is a version report."""
 
-    # that of the request
+    # unchanged from the request
     VersionInfo: NotRequired[str]
     Status: Literal["0"]
 
@@ -2879,7 +2895,7 @@ class ResponseRouterVersionSuccess(TypedDict):
 class ResponseRouterVersionFailure(TypedDict):
     """RESPONSE_ROUTER_VERSION, failure: VersionInfo is missing, empty or not a string; the object is still copied."""
 
-    # that of the request
+    # unchanged from the request
     VersionInfo: NotRequired[str]
     Status: Literal["1"]
 
@@ -2891,7 +2907,7 @@ ResponseRouterVersionReply = Union[ResponseRouterVersionSuccess, ResponseRouterV
 class RpChildHgRebootRequest(TypedDict):
     """RP_CHILD_HG_REBOOT: Restarts a child router."""
 
-    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
+    # identifier of the child router; MAC address without colons, e.g. "3C6AD2228140"
     DeviceID: str
 
 
@@ -2904,7 +2920,7 @@ class RpChildHgRebootSuccess(TypedDict):
 class RpChildHgRebootFailure(TypedDict):
     """RP_CHILD_HG_REBOOT, failure."""
 
-    # that of the request
+    # unchanged from the request
     DeviceID: NotRequired[str]
     Status: Literal["1"]
     # "DeviceID Not Found": the key is missing or not a string; "send json to child err": the command could not be sent
@@ -2940,11 +2956,11 @@ RpHgRebootReply = Union[RpHgRebootSuccess, RpHgRebootFailure]
 class SetAdminInfoRequest(TypedDict):
     """SET_ADMIN_INFO: Sets the administrator's account."""
 
-    # type of administrator account; 1 for the user's account, 2 for the operator's, as in "1"; truncated to 7 bytes
+    # whose account it is; 1 for the user's account, 2 for the operator's; truncated to 7 bytes
     Type: str
-    # name of the administrator; as in "admin"; truncated to 127 bytes
+    # name of the administrator; e.g. "admin"; truncated to 127 bytes
     Name: str
-    # password of the account or of the web login; as in "zaun-und-tor-58"; truncated to 127 bytes; secret
+    # password of the administrator; e.g. "zaun-und-tor-58"; truncated to 127 bytes; secret
     Password: str
 
 
@@ -2957,11 +2973,11 @@ class SetAdminInfoSuccess(TypedDict):
 class SetAdminInfoFailure(TypedDict):
     """SET_ADMIN_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     Type: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Name: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Password: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "set admin info failed": the device refused the change
@@ -2975,23 +2991,23 @@ SetAdminInfoReply = Union[SetAdminInfoSuccess, SetAdminInfoFailure]
 class SetAdBaseInfoRequest(TypedDict):
     """SET_AD_BASE_INFO: Changes the user's settings for an attached device."""
 
-    # MAC address of the device; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; truncated to 31 bytes
+    # MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; truncated to 31 bytes
     MAC: str
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; truncated to 31 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; truncated to 31 bytes
     DevType: str
-    # name given by the user; as in "Anna"; truncated to 31 bytes
+    # name given by the user; e.g. "Anna"; truncated to 31 bytes
     ByName: str
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; truncated to 7 bytes
     AccessEnable: str
-    # download limit; unchanged when absent, or without SpeedLimit; whole number, 0 for none, kbit/s, as in "20000"; truncated to 15 bytes
+    # download limit; unchanged when absent, or without SpeedLimit; whole number, 0 for none, in kbit/s, e.g. "20000"; truncated to 15 bytes
     DownLimit: NotRequired[str]
     # ignored, but removed
     UpLimit: NotRequired[Any]
     # "0" removes the limit; DownLimit has to be given as well
     SpeedLimit: NotRequired[str]
-    # "1" to bind the IP address to the MAC address; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    # whether the IP address is bound to the MAC address; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     StaticDhcpEnable: NotRequired[str]
-    # the IP address to bind, required with StaticDhcpEnable; IPv4 address, as in "192.168.1.101"; truncated to 63 bytes
+    # IP address to bind; required with StaticDhcpEnable; IPv4 address, e.g. "192.168.1.101"; truncated to 63 bytes
     ip: NotRequired[str]
 
 
@@ -3005,7 +3021,7 @@ class SetAdBaseInfoFailure(TypedDict):
     """SET_AD_BASE_INFO, failure: the device refused the change."""
 
     Status: Literal["1"]
-    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    # the device's reason, empty if it gives none; e.g. "there is no device 02:00:00:00:00:01"; at most 64 bytes
     FailReason: str
 
 
@@ -3024,19 +3040,19 @@ SetAdBaseInfoReply = Union[SetAdBaseInfoSuccess, SetAdBaseInfoFailure, SetAdBase
 class SetApAlgAbilityRequest(TypedDict):
     """SET_AP_ALG_ABILITY: Switches NAT helpers (ALG) by protocol."""
 
-    # "1" to enable the PPTP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the PPTP helper is on; 1 for on, 0 for off; truncated to 7 bytes
     PPTP: str
-    # "1" to enable the FTP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the FTP helper is on; 1 for on, 0 for off; truncated to 7 bytes
     FTP: str
-    # "1" to enable the IPsec helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the IPsec helper is on; 1 for on, 0 for off; truncated to 7 bytes
     IPSEC: str
-    # "1" to enable the L2TP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the L2TP helper is on; 1 for on, 0 for off; truncated to 7 bytes
     L2TP: str
-    # "1" to enable the RTSP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the RTSP helper is on; 1 for on, 0 for off; truncated to 7 bytes
     RTSP: str
-    # "1" to enable the H.323 helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the H.323 helper is on; 1 for on, 0 for off; truncated to 7 bytes
     H323: str
-    # "1" to enable the SIP helper; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the SIP helper is on; 1 for on, 0 for off; truncated to 7 bytes
     SIP: str
 
 
@@ -3049,19 +3065,19 @@ class SetApAlgAbilitySuccess(TypedDict):
 class SetApAlgAbilityFailure(TypedDict):
     """SET_AP_ALG_ABILITY, failure."""
 
-    # that of the request
+    # unchanged from the request
     PPTP: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     FTP: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     IPSEC: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     L2TP: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     RTSP: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     H323: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     SIP: NotRequired[str]
     Status: Literal["1"]
     # "json param null": a key is missing or not a string; "Set ap ALG ability failed": the device refused the change
@@ -3075,7 +3091,7 @@ SetApAlgAbilityReply = Union[SetApAlgAbilitySuccess, SetApAlgAbilityFailure]
 class SetApMultiserviceModeRequest(TypedDict):
     """SET_AP_MULTISERVICE_MODE: Sets the multiservice mode of the access point."""
 
-    # the mode; NONE, SSID or VLAN, as in "VLAN"; truncated to 7 bytes
+    # the mode; NONE, SSID or VLAN; truncated to 7 bytes
     Mode: str
 
 
@@ -3088,7 +3104,7 @@ class SetApMultiserviceModeSuccess(TypedDict):
 class SetApMultiserviceModeFailure(TypedDict):
     """SET_AP_MULTISERVICE_MODE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Mode: NotRequired[str]
     Status: Literal["1"]
     # "get param:mode err": the key is missing or not a string; "Set ap multisservice mode failed": the device refused the change
@@ -3102,9 +3118,9 @@ SetApMultiserviceModeReply = Union[SetApMultiserviceModeSuccess, SetApMultiservi
 class SetAttachDeviceRightRequest(TypedDict):
     """SET_ATTACH_DEVICE_RIGHT: Allows an attached device to reach the Internet, or forbids it."""
 
-    # MAC address of the device; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; truncated to 63 bytes
+    # MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; truncated to 63 bytes
     MAC: str
-    # the right; ALLOW or DENY, as in "ALLOW"; truncated to 63 bytes
+    # whether the device may reach the Internet; ALLOW or DENY; truncated to 63 bytes
     InternetAccessRight: str
 
 
@@ -3117,9 +3133,9 @@ class SetAttachDeviceRightSuccess(TypedDict):
 class SetAttachDeviceRightFailure(TypedDict):
     """SET_ATTACH_DEVICE_RIGHT, failure."""
 
-    # that of the request
+    # unchanged from the request
     MAC: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     InternetAccessRight: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_ATTATCH_DEVICE_RIGHT_FAIL": the device refused the change
@@ -3133,7 +3149,7 @@ SetAttachDeviceRightReply = Union[SetAttachDeviceRightSuccess, SetAttachDeviceRi
 class SetChildRouteradBaseInfoRequest(TypedDict):
     """SET_CHILD_ROUTERAD_BASE_INFO: Changes the settings for a device of a child router."""
 
-    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
+    # identifier of the child router; MAC address without colons, e.g. "3C6AD2228140"
     DeviceID: str
     # MAC address of the device
     Mac: NotRequired[Any]
@@ -3168,9 +3184,9 @@ SetChildRouteradBaseInfoReply = Union[SetChildRouteradBaseInfoSuccess, SetChildR
 class SetChildRouterHgBaseInfoRequest(TypedDict):
     """SET_CHILD_ROUTER_HG_BASE_INFO: Renames a child router."""
 
-    # identifier of the child router; MAC address without colons, as in "3C6AD2228140"
+    # identifier of the child router; MAC address without colons, e.g. "3C6AD2228140"
     DeviceID: str
-    # name of the child router; as in "Attic"
+    # name of the child router; e.g. "Attic"
     Name: str
 
 
@@ -3183,9 +3199,9 @@ class SetChildRouterHgBaseInfoSuccess(TypedDict):
 class SetChildRouterHgBaseInfoFailure(TypedDict):
     """SET_CHILD_ROUTER_HG_BASE_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     DeviceID: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Name: NotRequired[str]
     Status: Literal["1"]
     # "param json not found": a key is missing or not a string; "set childrouter info failed": the command could not be sent
@@ -3199,14 +3215,14 @@ SetChildRouterHgBaseInfoReply = Union[SetChildRouterHgBaseInfoSuccess, SetChildR
 class SetFirewallSwitchRequest(TypedDict):
     """SET_FIREWALL_SWITCH: Switches the firewall."""
 
-    # "1" when the firewall is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    # whether the firewall is on; 1 for on, 0 for off; truncated to 15 bytes
     Enable: str
 
 
 class SetFirewallSwitchSuccess(TypedDict):
     """SET_FIREWALL_SWITCH, success: the device accepted the change."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["0"]
 
@@ -3214,14 +3230,14 @@ class SetFirewallSwitchSuccess(TypedDict):
 class SetFirewallSwitchFailure(TypedDict):
     """SET_FIREWALL_SWITCH, failure: Enable is missing or not a string; no reply key is added."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
 
 
 class SetFirewallSwitchFailure2(TypedDict):
     """SET_FIREWALL_SWITCH, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["1"]
     # "set firewall switch failed": the device refused the change
@@ -3235,11 +3251,11 @@ SetFirewallSwitchReply = Union[SetFirewallSwitchSuccess, SetFirewallSwitchFailur
 class SetGreennetDeviceListRequestDeviceList(TypedDict):
     """DeviceList: the devices."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; truncated to 63 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "72:9B:E0:46:D8:15"; truncated to 63 bytes
     Mac: str
-    # name given by the user; as in "Jonas"; truncated to 63 bytes
+    # name given by the user; e.g. "Jonas"; truncated to 63 bytes
     Name: str
-    # "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether notices about the device are wanted; 1 for on, 0 for off; truncated to 7 bytes
     NotifyEnable: str
 
 
@@ -3266,7 +3282,7 @@ class SetGreennetDeviceListFailure(TypedDict):
 class SetGreennetDeviceListFailure2(TypedDict):
     """SET_GREENNET_DEVICE_LIST, failure."""
 
-    # that of the request
+    # unchanged from the request
     DeviceList: NotRequired[Any]
     Status: Literal["1"]
     # "json node: list not found": there is no list; "set greenaccess enable failed": the access restriction could not be switched on; "malloc mac_list failed": memory ran out; "parse green host info failed": an element lacks a key, or the device could not look up or add its entry; "set lan host info failed": the device could not store an element
@@ -3280,7 +3296,7 @@ SetGreennetDeviceListReply = Union[SetGreennetDeviceListSuccess, SetGreennetDevi
 class SetGreennetEnableRequest(TypedDict):
     """SET_GREENNET_ENABLE: Switches parental control."""
 
-    # "1" when parental control is on; 1 for on, 0 for off, as in "1"; truncated to 255 bytes
+    # whether parental control is on; 1 for on, 0 for off; truncated to 255 bytes
     Enable: str
 
 
@@ -3293,7 +3309,7 @@ class SetGreennetEnableSuccess(TypedDict):
 class SetGreennetEnableFailure(TypedDict):
     """SET_GREENNET_ENABLE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["1"]
     # "param error": Enable is missing or not a string; "set green net enable failed": the device refused the change
@@ -3307,9 +3323,9 @@ SetGreennetEnableReply = Union[SetGreennetEnableSuccess, SetGreennetEnableFailur
 class SetGreennetNotifyEnableRequest(TypedDict):
     """SET_GREENNET_NOTIFY_ENABLE: Switches the notices about a device under parental control."""
 
-    # MAC address of the device; bytes in hexadecimal, with colons, as in "72:9B:E0:46:D8:15"; truncated to 63 bytes
+    # MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "72:9B:E0:46:D8:15"; truncated to 63 bytes
     Mac: str
-    # "1" when notices about the device are wanted; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether notices about the device are wanted; 1 for on, 0 for off; truncated to 7 bytes
     NotifyEnable: str
 
 
@@ -3322,9 +3338,9 @@ class SetGreennetNotifyEnableSuccess(TypedDict):
 class SetGreennetNotifyEnableFailure(TypedDict):
     """SET_GREENNET_NOTIFY_ENABLE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Mac: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     NotifyEnable: NotRequired[str]
     Status: Literal["1"]
     # "json node: list not found": a key is missing or not a string; "get host index failed.": the device is not under parental control; "set host notify failed.": the device refused the change
@@ -3338,20 +3354,20 @@ SetGreennetNotifyEnableReply = Union[SetGreennetNotifyEnableSuccess, SetGreennet
 class SetGreennetProtectPeriodListRequestSleep(TypedDict):
     """Sleep: the new periods; an empty list removes all."""
 
-    # start of the period; HH:MM, from 00:00 to 23:59, as in "22:00"; truncated to 7 bytes
+    # start of the period; HH:MM, from 00:00 to 23:59, e.g. "22:00"; truncated to 7 bytes
     StartTime: str
-    # end of the period; HH:MM, from 00:00 to 23:59, as in "07:30"; truncated to 7 bytes
+    # end of the period; HH:MM, from 00:00 to 23:59, e.g. "07:30"; truncated to 7 bytes
     EndTime: str
-    # "1" when the period is in force; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the period is in force; 1 for on, 0 for off; truncated to 7 bytes
     Enable: str
-    # days on which it begins; 1 (Monday) to 7, without commas, as in "12345"; truncated to 7 bytes
+    # days on which it begins; 1 (Monday) to 7, without separators, e.g. "12345"; truncated to 7 bytes
     DaysOfWeek: str
 
 
 class SetGreennetProtectPeriodListRequest(TypedDict):
     """SET_GREENNET_PROTECT_PERIOD_LIST: Replaces the periods in which a device is restricted."""
 
-    # MAC address of the device; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; truncated to 63 bytes
+    # MAC address of the device; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; truncated to 63 bytes
     Mac: str
     # the new periods; an empty list removes all
     Sleep: list[SetGreennetProtectPeriodListRequestSleep]
@@ -3360,7 +3376,7 @@ class SetGreennetProtectPeriodListRequest(TypedDict):
 class SetGreennetProtectPeriodListSuccess(TypedDict):
     """SET_GREENNET_PROTECT_PERIOD_LIST, success: the device accepted all periods; the protection is on when one of them is in force."""
 
-    # that of the request
+    # unchanged from the request
     Mac: NotRequired[str]
     Status: Literal["0"]
 
@@ -3368,9 +3384,9 @@ class SetGreennetProtectPeriodListSuccess(TypedDict):
 class SetGreennetProtectPeriodListFailure(TypedDict):
     """SET_GREENNET_PROTECT_PERIOD_LIST, failure."""
 
-    # that of the request
+    # unchanged from the request
     Mac: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Sleep: NotRequired[Any]
     Status: Literal["1"]
     # "json node: mac not found": Mac is missing or not a string; "json node: mac index not found": the device is not under parental control; "json node: list not found": there is no list; "del duration failed!": the old periods could not be removed; "parse protect period info failed": an element lacks a key; "add protect period info failed": the device could not add a period; "set protect period info failed": the device could not store a period; "set PortectEnable failed!": the device could not switch the protection
@@ -3384,7 +3400,7 @@ SetGreennetProtectPeriodListReply = Union[SetGreennetProtectPeriodListSuccess, S
 class SetHgBaseInfoRequest(TypedDict):
     """SET_HG_BASE_INFO: Renames the gateway."""
 
-    # name given by the user; as in "Lindenhof"; truncated to 63 bytes
+    # name given by the user; e.g. "Lindenhof"; truncated to 63 bytes
     Name: str
 
 
@@ -3397,7 +3413,7 @@ class SetHgBaseInfoSuccess(TypedDict):
 class SetHgBaseInfoFailure(TypedDict):
     """SET_HG_BASE_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     Name: NotRequired[str]
     Status: Literal["1"]
     # "param format error": a key is missing or not a string; "set hg base info failed": the device refused the change
@@ -3411,7 +3427,7 @@ SetHgBaseInfoReply = Union[SetHgBaseInfoSuccess, SetHgBaseInfoFailure]
 class SetHgDhcpInfoRequest(TypedDict):
     """SET_HG_DHCP_INFO: Switches the DHCP server of the LAN side."""
 
-    # "1" when the server is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    # whether the server is on; 1 for on, 0 for off; truncated to 15 bytes
     Enable: str
 
 
@@ -3425,7 +3441,7 @@ class SetHgDhcpInfoFailure(TypedDict):
     """SET_HG_DHCP_INFO, failure: the device refused the change."""
 
     Status: Literal["1"]
-    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    # the device's reason, empty if it gives none; e.g. "Enable \"on\" is none of \"0\", \"1\""; at most 64 bytes
     FailReason: str
 
 
@@ -3444,34 +3460,34 @@ SetHgDhcpInfoReply = Union[SetHgDhcpInfoSuccess, SetHgDhcpInfoFailure, SetHgDhcp
 class SetHgGuestSsidRequest(TypedDict):
     """SET_HG_GUEST_SSID: Sets up the guest network of one band."""
 
-    # "1" when the guest network is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    # whether the guest network is on; 1 for on, 0 for off; truncated to 15 bytes
     Enable: str
-    # network name; as in "Lindenhof-Guest"; truncated to 63 bytes
+    # network name; e.g. "Lindenhof-Guest"; truncated to 63 bytes
     SSID: str
-    # the band; 2.4GHz or 5GHz, as in "2.4GHz"; truncated to 15 bytes
+    # the band; 2.4GHz or 5GHz; truncated to 15 bytes
     Band: str
-    # password of the guest network; as in "willkommen24"; truncated to 63 bytes; secret
+    # password of the guest network; e.g. "willkommen24"; truncated to 63 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 15 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 15 bytes
     ENCRYPT: str
-    # whole days for which it stays open; whole number, -1 for no limit, days, as in "2"; truncated to 7 bytes
+    # days for which the guest network stays open; whole number, -1 for no limit, in days, e.g. "2"; truncated to 7 bytes
     ContinueTime: NotRequired[str]
-    # hours for which it stays open; whole number, -1 for no limit, h, as in "3"; truncated to 7 bytes
+    # hours for which the guest network stays open, in addition to the days; whole number, -1 for no limit, in h, e.g. "3"; truncated to 7 bytes
     HourTime: NotRequired[str]
-    # ignored, but removed: the seconds are computed from days and hours
+    # ignored, but removed: the plug-in computes the seconds from ContinueTime and HourTime
     EndTimestamp: NotRequired[Any]
-    # wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes
+    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes
     Mode: NotRequired[str]
-    # "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    # whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     AdvertisementEnable: NotRequired[str]
 
 
 class SetHgGuestSsidSuccess(TypedDict):
     """SET_HG_GUEST_SSID, success: the device accepted the change."""
 
-    # that of the request
+    # unchanged from the request
     Mode: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     AdvertisementEnable: NotRequired[Any]
     Status: Literal["0"]
 
@@ -3479,25 +3495,25 @@ class SetHgGuestSsidSuccess(TypedDict):
 class SetHgGuestSsidFailure(TypedDict):
     """SET_HG_GUEST_SSID, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     SSID: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Band: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PWD: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     ENCRYPT: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     ContinueTime: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     HourTime: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     EndTimestamp: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     Mode: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     AdvertisementEnable: NotRequired[Any]
     Status: Literal["1"]
     # "parse guest ssid failed": a required key is missing or not a string; "radio enable is closed,need to open": the radio of the band is off; "set guest ssid failed": the device refused for another reason
@@ -3511,11 +3527,11 @@ SetHgGuestSsidReply = Union[SetHgGuestSsidSuccess, SetHgGuestSsidFailure]
 class SetHgPppoeInfoRequest(TypedDict):
     """SET_HG_PPPOE_INFO: Sets the PPPoE account and switches PPPoE."""
 
-    # name of the account; as in "k4471902@fibre.example"; truncated to 63 bytes
+    # name of the account; e.g. "k4471902@fibre.example"; truncated to 63 bytes
     Account: str
-    # its password; as in "Lh7-pq2-Vw9"; truncated to 63 bytes; secret
+    # password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; truncated to 63 bytes; secret
     Password: str
-    # "1" when the gateway connects by PPPoE; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    # whether the gateway connects by PPPoE; 1 for on, 0 for off; truncated to 15 bytes
     Enable: str
 
 
@@ -3529,7 +3545,7 @@ class SetHgPppoeInfoFailure(TypedDict):
     """SET_HG_PPPOE_INFO, failure: the device refused the change."""
 
     Status: Literal["1"]
-    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    # the device's reason, empty if it gives none; e.g. "Account is empty"; at most 64 bytes
     FailReason: str
 
 
@@ -3548,11 +3564,11 @@ SetHgPppoeInfoReply = Union[SetHgPppoeInfoSuccess, SetHgPppoeInfoFailure, SetHgP
 class SetHgRebootInfoRequest(TypedDict):
     """SET_HG_REBOOT_INFO: Sets the reboot schedule."""
 
-    # "1" when the schedule is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the schedule is on; 1 for on, 0 for off; truncated to 7 bytes
     GatewayRebootEnable: str
-    # time of day; HH:MM, from 00:00 to 23:59, as in "04:30"; truncated to 7 bytes
+    # time of day; HH:MM, from 00:00 to 23:59, e.g. "04:30"; truncated to 7 bytes
     Time: str
-    # days of the week; 1 (Monday) to 7, with commas, as in "1,4"; truncated to 15 bytes
+    # days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,4"; truncated to 15 bytes
     DaysOfWeek: str
 
 
@@ -3565,11 +3581,11 @@ class SetHgRebootInfoSuccess(TypedDict):
 class SetHgRebootInfoFailure(TypedDict):
     """SET_HG_REBOOT_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     GatewayRebootEnable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Time: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     DaysOfWeek: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "set reboot info failed": the device refused the change
@@ -3583,15 +3599,15 @@ SetHgRebootInfoReply = Union[SetHgRebootInfoSuccess, SetHgRebootInfoFailure]
 class SetHgSleepInfoRequest(TypedDict):
     """SET_HG_SLEEP_INFO: Sets the sleep times of the gateway, its Wi-Fi and its LEDs."""
 
-    # "1" when the gateway sleeps; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the gateway sleeps; 1 for on, 0 for off; truncated to 7 bytes
     GatewaySleepEnable: str
-    # "1" when the Wi-Fi sleeps; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the Wi-Fi sleeps; 1 for on, 0 for off; truncated to 7 bytes
     WiFiSleepEnable: str
-    # "1" when the LEDs sleep; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the LEDs sleep; 1 for on, 0 for off; truncated to 7 bytes
     LedSleepEnable: str
-    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "22:30"; truncated to 7 bytes
+    # start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "22:30"; truncated to 7 bytes
     StartTime: str
-    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "06:30"; truncated to 7 bytes
+    # end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "06:30"; truncated to 7 bytes
     EndTime: str
 
 
@@ -3604,15 +3620,15 @@ class SetHgSleepInfoSuccess(TypedDict):
 class SetHgSleepInfoFailure(TypedDict):
     """SET_HG_SLEEP_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     GatewaySleepEnable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     WiFiSleepEnable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     LedSleepEnable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     StartTime: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     EndTime: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_HG_SLEEP_INFO_FAIL": the device refused the change
@@ -3626,7 +3642,7 @@ SetHgSleepInfoReply = Union[SetHgSleepInfoSuccess, SetHgSleepInfoFailure]
 class SetKaaHeartbeatRequest(TypedDict):
     """SET_KAA_HEARTBEAT: Sets the interval at which the agent reports to the platform."""
 
-    # interval between two reports, as interpreted by the device; whole number, 10 to 86400, s, as in "120"
+    # interval between two reports, as interpreted by the device; whole number, 10 to 86400, in s, e.g. "120"
     heartbeat: str
 
 
@@ -3639,7 +3655,7 @@ class SetKaaHeartbeatSuccess(TypedDict):
 class SetKaaHeartbeatFailure(TypedDict):
     """SET_KAA_HEARTBEAT, failure."""
 
-    # that of the request
+    # unchanged from the request
     heartbeat: NotRequired[str]
     Status: Literal["1"]
     # "get json_heartbeat err": the key is missing or not a string; "set kaa heartbeat err": the device refused the change
@@ -3653,13 +3669,13 @@ SetKaaHeartbeatReply = Union[SetKaaHeartbeatSuccess, SetKaaHeartbeatFailure]
 class SetLanIpInfoRequest(TypedDict):
     """SET_LAN_IP_INFO: Changes the LAN IP settings."""
 
-    # address of the gateway; IPv4 address, as in "192.168.1.1"; truncated to 31 bytes
+    # address of the gateway; IPv4 address, e.g. "192.168.1.1"; truncated to 31 bytes
     GatewayLanIP: str
-    # subnet mask; IPv4 mask, as in "255.255.255.0"; truncated to 31 bytes
+    # subnet mask; IPv4 mask, e.g. "255.255.255.0"; truncated to 31 bytes
     SubnetMask: str
-    # first address of the DHCP pool; IPv4 address, as in "192.168.1.100"; truncated to 31 bytes
+    # first address of the DHCP pool; IPv4 address, e.g. "192.168.1.100"; truncated to 31 bytes
     StartIp: str
-    # last address of the DHCP pool; IPv4 address, as in "192.168.1.249"; truncated to 31 bytes
+    # last address of the DHCP pool; IPv4 address, e.g. "192.168.1.249"; truncated to 31 bytes
     EndIp: str
 
 
@@ -3673,7 +3689,7 @@ class SetLanIpInfoFailure(TypedDict):
     """SET_LAN_IP_INFO, failure: the device refused the change."""
 
     Status: Literal["1"]
-    # the device's reason, empty if it gives none; as in "StartIp: lies outside the subnet"; at most 64 bytes
+    # the device's reason, empty if it gives none; e.g. "StartIp is outside the subnet"; at most 64 bytes
     FailReason: str
 
 
@@ -3692,11 +3708,11 @@ SetLanIpInfoReply = Union[SetLanIpInfoSuccess, SetLanIpInfoFailure, SetLanIpInfo
 class SetLedStatusRequest(TypedDict):
     """SET_LED_STATUS: Sets the LEDs."""
 
-    # "1" when they are on; 1 for on, 0 for off, as in "1"
+    # whether the LEDs are on; 1 for on, 0 for off
     LedSwitch: str
-    # their colour; WHITE, BLUE, GREEN, ORANGE or RED, as in "WHITE"
+    # colour of the LEDs; WHITE, BLUE, GREEN, ORANGE or RED
     LedCoLor: str
-    # their brightness; whole number, without a percent sign, %, as in "47"
+    # brightness of the LEDs; whole number, in %, e.g. "47"
     LedLight: str
 
 
@@ -3709,11 +3725,11 @@ class SetLedStatusSuccess(TypedDict):
 class SetLedStatusFailure(TypedDict):
     """SET_LED_STATUS, failure."""
 
-    # that of the request
+    # unchanged from the request
     LedSwitch: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     LedCoLor: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     LedLight: NotRequired[str]
     Status: Literal["1"]
     # "LedCoLor, LedLight or Led_Switch is NULL": a key is missing; "get scan rssi failed": the device refused, also when a value is not a string
@@ -3727,9 +3743,9 @@ SetLedStatusReply = Union[SetLedStatusSuccess, SetLedStatusFailure]
 class SetMeshPairRequest(TypedDict):
     """SET_MESH_PAIR: Opens or closes the period in which new routers may join the mesh."""
 
-    # "1" to open it, "0" to close it; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether routers may join from now on; 1 for on, 0 for off; truncated to 7 bytes
     Enable: str
-    # how long it stays open; whole number, 1 to 3600, s, as in "120"; truncated to 7 bytes
+    # how long it stays open; whole number, 1 to 3600, in s, e.g. "120"; truncated to 7 bytes
     Time: str
 
 
@@ -3742,9 +3758,9 @@ class SetMeshPairSuccess(TypedDict):
 class SetMeshPairFailure(TypedDict):
     """SET_MESH_PAIR, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Time: NotRequired[str]
     Status: Literal["1"]
     # "get Enable and Time err": a key is missing or not a string; "WIFI_SET_NOT_SUPPORT": the device does not support pairing; "Set pair status failed": the device refused for another reason
@@ -3758,9 +3774,9 @@ SetMeshPairReply = Union[SetMeshPairSuccess, SetMeshPairFailure]
 class SetMeshStatusRequest(TypedDict):
     """SET_MESH_STATUS: Sets the mesh."""
 
-    # "1" when the mesh is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the mesh is on; 1 for on, 0 for off; truncated to 7 bytes
     MeshEnable: str
-    # its mode; 1 or 2, the type of mesh, as in "2"; truncated to 7 bytes
+    # mode of the mesh; 1 or 2; truncated to 7 bytes
     MeshMode: str
 
 
@@ -3773,9 +3789,9 @@ class SetMeshStatusSuccess(TypedDict):
 class SetMeshStatusFailure(TypedDict):
     """SET_MESH_STATUS, failure."""
 
-    # that of the request
+    # unchanged from the request
     MeshEnable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     MeshMode: NotRequired[str]
     Status: Literal["1"]
     # "get MeshEnable and MeshMode err": a key is missing or not a string; "MESH_BUSY_0": the mesh is busy: the device's result is 4; "MESH_BUSY_1": the mesh is busy: the device's result is 3; "Set mesh status failed": the device refused for another reason
@@ -3789,9 +3805,9 @@ SetMeshStatusReply = Union[SetMeshStatusSuccess, SetMeshStatusFailure]
 class SetPortBindingRequest(TypedDict):
     """SET_PORT_BINDING: Binds ports to a WAN connection."""
 
-    # number of the connection; whole number from 1, as in "1"; truncated to 7 bytes
+    # number of the connection; whole number from 1, e.g. "1"; truncated to 7 bytes
     Index: str
-    # the ports; LAN1, SSID1 and so on, with commas, as in "LAN3,LAN4"; truncated to 255 bytes
+    # the ports; LAN1, SSID1 and so on, separated by commas, e.g. "LAN3,LAN4"; truncated to 255 bytes
     BoundPorts: str
 
 
@@ -3804,9 +3820,9 @@ class SetPortBindingSuccess(TypedDict):
 class SetPortBindingFailure(TypedDict):
     """SET_PORT_BINDING, failure."""
 
-    # that of the request
+    # unchanged from the request
     Index: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     BoundPorts: NotRequired[str]
     Status: Literal["1"]
     # "json param is null": a key is missing or not a string; "set port binding failed": the device refused the change
@@ -3820,9 +3836,9 @@ SetPortBindingReply = Union[SetPortBindingSuccess, SetPortBindingFailure]
 class SetQosAppInfoRequest(TypedDict):
     """SET_QOS_APP_INFO: Sets the priority of an application."""
 
-    # identifier of the application; the number that it begins with counts
+    # identifier of the application; read as a decimal number, 0 if the text does not begin with one
     Id: str
-    # the priority; 1 (highest) to 8, as in "1"; truncated to 7 bytes
+    # priority of the application; 1 (highest) to 8, e.g. "1"; truncated to 7 bytes
     PriorityLevel: str
 
 
@@ -3835,9 +3851,9 @@ class SetQosAppInfoSuccess(TypedDict):
 class SetQosAppInfoFailure(TypedDict):
     """SET_QOS_APP_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     Id: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PriorityLevel: NotRequired[str]
     Status: Literal["1"]
     # "json param is null": a key is missing or not a string; "set qos app info failed": the device refused the change
@@ -3849,28 +3865,28 @@ SetQosAppInfoReply = Union[SetQosAppInfoSuccess, SetQosAppInfoFailure]
 
 
 class SetQosClassificationInfoRequestTypeList(TypedDict):
-    """type_list: types of traffic that it matches, required unless the rule is deleted; those after the third are not read."""
+    """type_list: types of traffic that the rule matches; required unless the rule is deleted; those after the third are ignored."""
 
-    # field that is compared; as in "DSCP"; truncated to 15 bytes
+    # field of the packets that is compared; e.g. "DSCP"; truncated to 15 bytes
     Type: str
-    # lowest value; as in "46"; truncated to 63 bytes
+    # lowest value that matches; e.g. "46"; truncated to 63 bytes
     Min: str
-    # highest value; as in "46"; truncated to 63 bytes
+    # highest value that matches; e.g. "46"; truncated to 63 bytes
     Max: str
 
 
 class SetQosClassificationInfoRequest(TypedDict):
     """SET_QOS_CLASSIFICATION_INFO: Adds, deletes or changes a rule of quality of service."""
 
-    # identifier of the rule; one that is added gets its own; whole number from 1, as in "1"; truncated to 7 bytes
+    # identifier of the rule; the device assigns that of an added rule; whole number from 1, e.g. "1"; truncated to 7 bytes
     Id: str
-    # "1" adds it, "2" deletes it, anything else changes it; whole number, as in "1"; truncated to 7 bytes
+    # "1" adds the rule, "2" deletes it, anything else changes it; whole number, e.g. "1"; truncated to 7 bytes
     Action: str
-    # name of the rule; required unless the rule is deleted; as in "Voice of the office"; truncated to 31 bytes
+    # name of the rule; required unless the rule is deleted; e.g. "Voice of the office"; truncated to 31 bytes
     Name: NotRequired[str]
-    # the priority; required unless the rule is deleted; 1 (highest) to 8, as in "1"; truncated to 7 bytes
+    # priority of the rule; required unless the rule is deleted; 1 (highest) to 8, e.g. "1"; truncated to 7 bytes
     PriorityLevel: NotRequired[str]
-    # types of traffic that it matches, required unless the rule is deleted; those after the third are not read
+    # types of traffic that the rule matches; required unless the rule is deleted; those after the third are ignored
     type_list: NotRequired[list[SetQosClassificationInfoRequestTypeList]]
 
 
@@ -3878,7 +3894,7 @@ class SetQosClassificationInfoSuccess(TypedDict):
     """SET_QOS_CLASSIFICATION_INFO, success: the device added the rule."""
 
     Status: Literal["0"]
-    # identifier of the new rule; whole number from 1, as in "1"; at most 8 bytes
+    # identifier of the new rule; whole number from 1, e.g. "1"; at most 8 bytes
     Id: str
 
 
@@ -3891,15 +3907,15 @@ class SetQosClassificationInfoSuccess2(TypedDict):
 class SetQosClassificationInfoFailure(TypedDict):
     """SET_QOS_CLASSIFICATION_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     Id: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Action: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Name: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PriorityLevel: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     type_list: NotRequired[Any]
     Status: Literal["1"]
     # "json param is invalid or miss": a key is missing or of a wrong type; "set qos cls info error": the device refused the change
@@ -3913,7 +3929,7 @@ SetQosClassificationInfoReply = Union[SetQosClassificationInfoSuccess, SetQosCla
 class SetQosEnableRequest(TypedDict):
     """SET_QOS_ENABLE: Switches quality of service."""
 
-    # "1" to switch it on; the number at the start of the text counts; truncated to 7 bytes
+    # whether quality of service is on: 1 for on, 0 for off; read as a decimal number, 0 if the text does not begin with one; truncated to 7 bytes
     Enable: str
 
 
@@ -3926,7 +3942,7 @@ class SetQosEnableSuccess(TypedDict):
 class SetQosEnableFailure(TypedDict):
     """SET_QOS_ENABLE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["1"]
     # "get param:enable err": the key is missing or not a string; "Set qos enable failed": the device refused the change
@@ -3940,45 +3956,45 @@ SetQosEnableReply = Union[SetQosEnableSuccess, SetQosEnableFailure]
 class SetRouteWanInfoRequest(TypedDict):
     """SET_ROUTE_WAN_INFO: Changes the settings of one WAN connection."""
 
-    # name of the connection, which selects it; as in "Internet"; truncated to 63 bytes
+    # name of the connection, which selects it; e.g. "Internet"; truncated to 63 bytes
     WANName: NotRequired[str]
-    # services that use it; INTERNET, IPTV, TR069, VOIP and OTHER, with commas, as in "TR069,VOIP"; truncated to 63 bytes
+    # services that use the connection; INTERNET, IPTV, TR069, VOIP and OTHER, separated by commas, e.g. "TR069,VOIP"; truncated to 63 bytes
     SERVICELIST: NotRequired[str]
-    # how it gets its IPv4 address; DHCP, PPPoE or Static, as in "PPPoE"; truncated to 63 bytes
+    # how the connection gets its IPv4 address; DHCP, PPPoE or Static; truncated to 63 bytes
     ADDRESSTYPE: NotRequired[str]
-    # IPv4 address; IPv4 address, as in "100.72.18.203"; truncated to 63 bytes
+    # IPv4 address; e.g. "100.72.18.203"; truncated to 63 bytes
     IPADDRESS: NotRequired[str]
-    # IPv4 mask; IPv4 mask, as in "255.255.255.255"; truncated to 63 bytes
+    # IPv4 mask; e.g. "255.255.255.255"; truncated to 63 bytes
     SUBNETMASK: NotRequired[str]
-    # IPv4 address of the default gateway; IPv4 address, as in "100.72.0.1"; truncated to 63 bytes
+    # IPv4 address of the default gateway; e.g. "100.72.0.1"; truncated to 63 bytes
     GATEWAY: NotRequired[str]
-    # first DNS server, IPv4; IPv4 address, as in "100.64.0.53"; truncated to 63 bytes
+    # first DNS server, IPv4; IPv4 address, e.g. "100.64.0.53"; truncated to 63 bytes
     DNS1: NotRequired[str]
-    # second DNS server, IPv4; IPv4 address, as in "100.64.1.53"; truncated to 63 bytes
+    # second DNS server, IPv4; IPv4 address, e.g. "100.64.1.53"; truncated to 63 bytes
     DNS2: NotRequired[str]
-    # IPv6 address; IPv6 address, as in "2001:db8:4f20::1"; truncated to 63 bytes
+    # IPv6 address; e.g. "2001:db8:4f20::1"; truncated to 63 bytes
     IPV6_IPADDRESS: NotRequired[str]
-    # its length in bits; number of bits, as in "56"; truncated to 63 bytes
+    # length of the IPv6 prefix; number of bits, e.g. "56"; truncated to 63 bytes
     IPV6_PREFIXLENGTH: NotRequired[str]
-    # IPv6 address of the default gateway; IPv6 address, as in "fe80::1"; truncated to 63 bytes
+    # IPv6 address of the default gateway; e.g. "fe80::1"; truncated to 63 bytes
     IPV6_GATEWAY: NotRequired[str]
-    # first DNS server, IPv6; IPv6 address, as in "2001:db8:53::1"; truncated to 63 bytes
+    # first DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::1"; truncated to 63 bytes
     IPV6_DNS1: NotRequired[str]
-    # second DNS server, IPv6; IPv6 address, as in "2001:db8:53::2"; truncated to 63 bytes
+    # second DNS server, IPv6; IPv6 address, e.g. "2001:db8:53::2"; truncated to 63 bytes
     IPV6_DNS2: NotRequired[str]
-    # IPv6 prefix for the LAN; IPv6 prefix, as in "2001:db8:4f20:a00::"; truncated to 63 bytes
+    # IPv6 prefix for the LAN; e.g. "2001:db8:4f20:a00::"; truncated to 63 bytes
     IPV6_PRIFIX: NotRequired[str]
-    # name of the PPPoE account; as in "k4471902@fibre.example"; truncated to 63 bytes
+    # name of the PPPoE account; e.g. "k4471902@fibre.example"; truncated to 63 bytes
     PPPOE_USR_NAME: NotRequired[str]
-    # its password; as in "Lh7-pq2-Vw9"; truncated to 63 bytes; secret
+    # password of the PPPoE account; e.g. "Lh7-pq2-Vw9"; truncated to 63 bytes; secret
     PPPOE_PASSWORD: NotRequired[str]
-    # "1" when NAT is on; 1 for on, 0 for off, as in "1"; truncated to 63 bytes
+    # whether NAT is on; 1 for on, 0 for off; truncated to 63 bytes
     NATENABLE: NotRequired[str]
-    # "1" when quality of service is on; 1 for on, 0 for off, as in "1"; truncated to 63 bytes
+    # whether quality of service is on; 1 for on, 0 for off; truncated to 63 bytes
     QOSENABLE: NotRequired[str]
-    # number of the VLAN; 1 to 4094, as in "7"; truncated to 63 bytes
+    # number of the VLAN; 1 to 4094, e.g. "7"; truncated to 63 bytes
     VLANID: NotRequired[str]
-    # its priority, 0 to 7; 0 to 7, as in "0"; truncated to 63 bytes
+    # priority of the VLAN; 0 to 7, e.g. "0"; truncated to 63 bytes
     VLANPRIORITY: NotRequired[str]
 
 
@@ -4003,7 +4019,7 @@ SetRouteWanInfoReply = Union[SetRouteWanInfoSuccess, SetRouteWanInfoFailure]
 class SetTslinkConfigStatusRequest(TypedDict):
     """SET_TSLINK_CONFIG_STATUS: Stores the state of the first configuration, and notifies the agent."""
 
-    # "1" when the first configuration is done; 1 for yes, 0 for no, as in "1"
+    # whether the first configuration is done; 1 for yes, 0 for no
     ConfiguerStatus: str
 
 
@@ -4016,7 +4032,7 @@ class SetTslinkConfigStatusSuccess(TypedDict):
 class SetTslinkConfigStatusFailure(TypedDict):
     """SET_TSLINK_CONFIG_STATUS, failure."""
 
-    # that of the request
+    # unchanged from the request
     ConfiguerStatus: NotRequired[str]
     Status: Literal["1"]
     # "ConfiguerStatus  is NULL": the key is missing; "ConfiguerStatus  value is NULL": the key is present but not a string; "set tslink config failed": the device refused the change
@@ -4030,7 +4046,7 @@ SetTslinkConfigStatusReply = Union[SetTslinkConfigStatusSuccess, SetTslinkConfig
 class SetTslinkSsidRequest(TypedDict):
     """SET_TSLINK_SSID: Sets the mesh up or takes it down."""
 
-    # "1" to set it up, "0" to take it down
+    # "1" to set the mesh up, "0" to take it down
     Enable: str
 
 
@@ -4043,7 +4059,7 @@ class SetTslinkSsidSuccess(TypedDict):
 class SetTslinkSsidFailure(TypedDict):
     """SET_TSLINK_SSID, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["1"]
     # "Enable missing or not string": the key is missing or not a string; "Enable invalid": the text is neither "0" nor "1"
@@ -4057,15 +4073,15 @@ SetTslinkSsidReply = Union[SetTslinkSsidSuccess, SetTslinkSsidFailure]
 class SetUpdateScheduleRequest(TypedDict):
     """SET_UPDATE_SCHEDULE: Sets the time of day at which the router may update itself."""
 
-    # "1" when the router may update itself; 1 for on, 0 for off, as in "1"; truncated to 1 bytes
+    # whether the router may update itself; 1 for on, 0 for off; truncated to 1 byte
     Enable: str
-    # start, hour; 0 to 23, without leading zeros, as in "2"; truncated to 7 bytes
+    # hour of the start; 0 to 23, without leading zeros, e.g. "2"; truncated to 7 bytes
     StartHour: str
-    # start, minute; 0 to 59, without leading zeros, as in "30"; truncated to 7 bytes
+    # minute of the start; 0 to 59, without leading zeros, e.g. "30"; truncated to 7 bytes
     StartMinute: str
-    # end, hour; 0 to 23, without leading zeros, as in "4"; truncated to 7 bytes
+    # hour of the end; 0 to 23, without leading zeros, e.g. "4"; truncated to 7 bytes
     EndHour: str
-    # end, minute; 0 to 59, without leading zeros, as in "0"; truncated to 7 bytes
+    # minute of the end; 0 to 59, without leading zeros, e.g. "0"; truncated to 7 bytes
     EndMinute: str
 
 
@@ -4090,17 +4106,17 @@ SetUpdateScheduleReply = Union[SetUpdateScheduleSuccess, SetUpdateScheduleFailur
 class SetUplinkWifiInfoRequest(TypedDict):
     """SET_UPLINK_WIFI_INFO: Joins an upstream network as a repeater."""
 
-    # name of the network to join; as in "FamilieBrandt"; truncated to 63 bytes
+    # name of the network to join; e.g. "FamilieBrandt"; truncated to 63 bytes
     SSID: str
-    # password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret
+    # password of the network; e.g. "apfelbaum-1962"; truncated to 63 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 63 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 63 bytes
     ENCRYPT: str
-    # cipher of WPA; NONE or AES, as in "NONE"; truncated to 63 bytes
+    # cipher of WPA; NONE or AES; truncated to 63 bytes
     WPACypher: str
-    # cipher of WPA2; NONE or AES, as in "AES"; truncated to 63 bytes
+    # cipher of WPA2; NONE or AES; truncated to 63 bytes
     WPA2Cypher: str
-    # frequency band; 2.4GHz or 5GHz, as in "5GHz"; truncated to 127 bytes
+    # frequency band; 2.4GHz or 5GHz; truncated to 127 bytes
     Band: str
 
 
@@ -4108,7 +4124,7 @@ class SetUplinkWifiInfoSuccess(TypedDict):
     """SET_UPLINK_WIFI_INFO, success: the router joined a network."""
 
     Status: Literal["0"]
-    # name of the network that was joined; as in "FamilieBrandt"; at most 64 bytes
+    # name of the network that was joined; e.g. "FamilieBrandt"; at most 64 bytes
     ConnectedSSID: str
 
 
@@ -4126,17 +4142,17 @@ class SetUplinkWifiInfoFailure2(TypedDict):
 class SetUplinkWifiInfoFailure3(TypedDict):
     """SET_UPLINK_WIFI_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     SSID: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PWD: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     ENCRYPT: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     WPACypher: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     WPA2Cypher: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Band: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_UPLINK_WIFI_INFO_FAIL": the device could not join
@@ -4150,7 +4166,7 @@ SetUplinkWifiInfoReply = Union[SetUplinkWifiInfoSuccess, SetUplinkWifiInfoFailur
 class SetUpnpStateRequest(TypedDict):
     """SET_UPNP_STATE: Switches UPnP."""
 
-    # "1" to switch it on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether UPnP is on; 1 for on, 0 for off; truncated to 7 bytes
     Enable: str
 
 
@@ -4163,7 +4179,7 @@ class SetUpnpStateSuccess(TypedDict):
 class SetUpnpStateFailure(TypedDict):
     """SET_UPNP_STATE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["1"]
     # "get param:enable err": the key is missing or not a string; "Set UPNP enable failed": the device refused the change
@@ -4177,9 +4193,9 @@ SetUpnpStateReply = Union[SetUpnpStateSuccess, SetUpnpStateFailure]
 class SetWebLoginInfoRequest(TypedDict):
     """SET_WEB_LOGIN_INFO: Sets type and password of the web login."""
 
-    # type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; truncated to 7 bytes
+    # type of web login; 0 for the account of the administrator, 1 for a separate password; truncated to 7 bytes
     WebLoginType: str
-    # password of the account or of the web login; as in "zaun-und-tor-58"; truncated to 127 bytes; secret
+    # password of the web login; e.g. "zaun-und-tor-58"; truncated to 127 bytes; secret
     Password: str
 
 
@@ -4192,9 +4208,9 @@ class SetWebLoginInfoSuccess(TypedDict):
 class SetWebLoginInfoFailure(TypedDict):
     """SET_WEB_LOGIN_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     WebLoginType: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Password: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "set web login info failed": the device refused the change
@@ -4208,7 +4224,7 @@ SetWebLoginInfoReply = Union[SetWebLoginInfoSuccess, SetWebLoginInfoFailure]
 class SetWebLoginTypeRequest(TypedDict):
     """SET_WEB_LOGIN_TYPE: Sets the type of web login."""
 
-    # type of web login; 0 for the account of the administrator, 1 for a separate password, as in "1"; truncated to 7 bytes
+    # type of web login; 0 for the account of the administrator, 1 for a separate password; truncated to 7 bytes
     Type: str
 
 
@@ -4221,7 +4237,7 @@ class SetWebLoginTypeSuccess(TypedDict):
 class SetWebLoginTypeFailure(TypedDict):
     """SET_WEB_LOGIN_TYPE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Type: NotRequired[str]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "set web login type failed": the device refused the change
@@ -4237,34 +4253,34 @@ class SetWifiInfoRequest(TypedDict):
 
     # number of the SSID, from 1; the device decides which exist
     SSIDIndex: str
-    # network name; as in "Lindenhof"; truncated to 63 bytes
+    # network name; e.g. "Lindenhof"; truncated to 63 bytes
     SSID: str
-    # password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret
+    # password of the network; e.g. "apfelbaum-1962"; truncated to 63 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 7 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 7 bytes
     ENCRYPT: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; truncated to 63 bytes
+    # transmit power; whole number, in %, e.g. "100"; truncated to 63 bytes
     PowerLevel: str
-    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    # channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes
     Channel: str
-    # "1" when the network is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the network is on; 1 for on, 0 for off; truncated to 7 bytes
     Enable: str
-    # "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    # whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     AdvertisementEnable: NotRequired[str]
-    # wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes
+    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes
     Mode: NotRequired[str]
-    # "1" when beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    # whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     Beamforming: NotRequired[str]
 
 
 class SetWifiInfoSuccess(TypedDict):
     """SET_WIFI_INFO, success: the device accepted the change."""
 
-    # that of the request
+    # unchanged from the request
     AdvertisementEnable: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     Mode: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     Beamforming: NotRequired[Any]
     Status: Literal["0"]
 
@@ -4272,25 +4288,25 @@ class SetWifiInfoSuccess(TypedDict):
 class SetWifiInfoFailure(TypedDict):
     """SET_WIFI_INFO, failure."""
 
-    # that of the request
+    # unchanged from the request
     SSIDIndex: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     SSID: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PWD: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     ENCRYPT: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     PowerLevel: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Channel: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     AdvertisementEnable: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     Mode: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     Beamforming: NotRequired[Any]
     Status: Literal["1"]
     # "json node null": a key is missing; "value string null": a key is present but not a string; "SET_WIFI_INFO_FAIL": the device refused the change
@@ -4306,36 +4322,36 @@ class SetWifiInfoListRequestWifilist(TypedDict):
 
     # number of the SSID, from 1
     SSIDIndex: str
-    # network name; as in "Lindenhof"; truncated to 63 bytes
+    # network name; e.g. "Lindenhof"; truncated to 63 bytes
     SSID: str
-    # password of the network; as in "apfelbaum-1962"; truncated to 63 bytes; secret
+    # password of the network; e.g. "apfelbaum-1962"; truncated to 63 bytes; secret
     PWD: str
-    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3, as in "WPA2"; truncated to 7 bytes
+    # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; truncated to 7 bytes
     ENCRYPT: str
-    # transmit power; whole number, without a percent sign, %, as in "100"; truncated to 63 bytes
+    # transmit power; whole number, in %, e.g. "100"; truncated to 63 bytes
     PowerLevel: str
-    # channel that is set; number of the channel; 0 means automatic in a setting, none in a report, as in "6"; truncated to 7 bytes
+    # channel that is set; number of the channel, 0 for automatic in a setting and for none in a report, e.g. "6"; truncated to 7 bytes
     Channel: str
-    # "1" when the network is on; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether the network is on; 1 for on, 0 for off; truncated to 7 bytes
     Enable: str
-    # bandwidth of the channel; unchanged when absent; whole number, MHz, as in "20"; truncated to 15 bytes
+    # bandwidth of the channel; unchanged when absent; whole number, in MHz, e.g. "20"; truncated to 15 bytes
     Bandwidth: NotRequired[str]
-    # "1" when the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    # whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     AdvertisementEnable: NotRequired[str]
-    # wireless standards in use; unchanged when absent; newest standard that the radio offers, as in "11ax"; truncated to 7 bytes
+    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes
     Mode: NotRequired[str]
-    # "1" when beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given, as in "1"; truncated to 7 bytes
+    # whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     Beamforming: NotRequired[str]
 
 
 class SetWifiInfoListRequest(TypedDict):
-    """SET_WIFI_INFO_LIST: Changes the settings of several SSIDs, and the two switches of all radios."""
+    """SET_WIFI_INFO_LIST: Changes the settings of several SSIDs, and the two switches that all radios share."""
 
     # the SSIDs; an empty list sets the switches only
     WIFILIST: list[SetWifiInfoListRequestWifilist]
-    # "1" to steer stations between the radios; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether stations are steered between the radios; 1 for on, 0 for off; truncated to 7 bytes
     StaCtrl: str
-    # switch of fast roaming; when absent or empty, the previous value is applied again; 1 for on, 0 for off, as in "1"; truncated to 7 bytes
+    # whether fast roaming is on; when absent or empty, the previous value is applied again; 1 for on, 0 for off; truncated to 7 bytes
     FastRoaming: NotRequired[str]
 
 
@@ -4348,7 +4364,7 @@ class SetWifiInfoListSuccess(TypedDict):
 class SetWifiInfoListFailure(TypedDict):
     """SET_WIFI_INFO_LIST, failure: the batch is accepted and applied, but it turns off a main SSID while the mesh is on."""
 
-    # that of the request
+    # unchanged from the request
     FastRoaming: NotRequired[str]
     Status: Literal["1"]
     # 请先关闭mesh开关! (turn off the mesh switch first), encoded in GBK; at most 17 bytes
@@ -4358,11 +4374,11 @@ class SetWifiInfoListFailure(TypedDict):
 class SetWifiInfoListFailure2(TypedDict):
     """SET_WIFI_INFO_LIST, failure."""
 
-    # that of the request
+    # unchanged from the request
     WIFILIST: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     StaCtrl: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     FastRoaming: NotRequired[str]
     Status: Literal["1"]
     # "json node: wifilist not found": there is no list; "json node: StaCtrl not found": StaCtrl is missing or not a string; "set ssid failed": an element lacks a key, or no worker could be started
@@ -4376,13 +4392,13 @@ SetWifiInfoListReply = Union[SetWifiInfoListSuccess, SetWifiInfoListFailure, Set
 class SetWifiSleepScheduleRequestWIFISleepList(TypedDict):
     """WIFISleepList: the new periods; an empty list removes all."""
 
-    # "1" when the period is on; 1 for on, 0 for off, as in "1"; truncated to 15 bytes
+    # whether the period is on; 1 for on, 0 for off; truncated to 15 bytes
     Enable: str
-    # start of the sleep; HH:MM, from 00:00 to 23:59, as in "23:30"; truncated to 31 bytes
+    # start of the sleep; HH:MM, from 00:00 to 23:59, e.g. "23:30"; truncated to 31 bytes
     StartTime: str
-    # end of the sleep; HH:MM, from 00:00 to 23:59, as in "05:45"; truncated to 31 bytes
+    # end of the sleep; HH:MM, from 00:00 to 23:59, e.g. "05:45"; truncated to 31 bytes
     EndTime: str
-    # days of the week; 1 (Monday) to 7, with commas, as in "1,2,3,4,7"; truncated to 31 bytes
+    # days of the week; 1 (Monday) to 7, separated by commas, e.g. "1,2,3,4,7"; truncated to 31 bytes
     DaysOfWeek: str
 
 
@@ -4414,7 +4430,7 @@ SetWifiSleepScheduleReply = Union[SetWifiSleepScheduleSuccess, SetWifiSleepSched
 class SetWpsEnableRequest(TypedDict):
     """SET_WPS_ENABLE: Switches WPS."""
 
-    # "1" to switch it on; the number at the start of the text counts; truncated to 7 bytes
+    # whether WPS is on: 1 for on, 0 for off; read as a decimal number, 0 if the text does not begin with one; truncated to 7 bytes
     Enable: str
 
 
@@ -4427,7 +4443,7 @@ class SetWpsEnableSuccess(TypedDict):
 class SetWpsEnableFailure(TypedDict):
     """SET_WPS_ENABLE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Enable: NotRequired[str]
     Status: Literal["1"]
     # "get param:enable err": the key is missing or not a string; "Set wps enable failed": the device refused the change
@@ -4441,9 +4457,9 @@ SetWpsEnableReply = Union[SetWpsEnableSuccess, SetWpsEnableFailure]
 class SetWpsStateRequest(TypedDict):
     """SET_WPS_STATE: Starts or stops WPS on a radio."""
 
-    # the radio, by its band; 2.4GHz or 5GHz, as in "5GHz"; truncated to 7 bytes
+    # the radio, by its band; 2.4GHz or 5GHz; truncated to 7 bytes
     Radio: str
-    # "1" to start, "0" to stop; 1 to start, 0 to stop, as in "1"; truncated to 7 bytes
+    # what to do with WPS; 1 to start, 0 to stop; truncated to 7 bytes
     Action: str
 
 
@@ -4456,9 +4472,9 @@ class SetWpsStateSuccess(TypedDict):
 class SetWpsStateFailure(TypedDict):
     """SET_WPS_STATE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Radio: NotRequired[str]
-    # that of the request
+    # unchanged from the request
     Action: NotRequired[str]
     Status: Literal["1"]
     # "get radio and action err": a key is missing or not a string; "Set wps state failed": the device refused the change
@@ -4472,23 +4488,23 @@ SetWpsStateReply = Union[SetWpsStateSuccess, SetWpsStateFailure]
 class UpdateImmediateRequestImage(TypedDict):
     """Image: the image; nothing is started without it."""
 
-    # URL of the image, of any length; required unless there are rules; address of a server, as in "https://updates.example/hgu.img"
+    # URL of the image, of any length; required without Dpi and DpiHttp; e.g. "https://updates.example/hgu.img"
     UpdateUrl: NotRequired[str]
 
 
 class UpdateImmediateRequest(TypedDict):
-    """UPDATE_IMMEDIATE: Updates the firmware, and with it the rules for packet inspection."""
+    """UPDATE_IMMEDIATE: Updates the firmware."""
 
     # the image; nothing is started without it
     Image: NotRequired[UpdateImmediateRequestImage]
-    # rules for packet inspection; they are not read
+    # rules for packet inspection, which are ignored
     Dpi: NotRequired[Any]
-    # rules for the inspection of HTTP; they are not read
+    # rules for the inspection of HTTP, which are ignored
     DpiHttp: NotRequired[Any]
 
 
 class UpdateImmediateSuccess(TypedDict):
-    """UPDATE_IMMEDIATE, success: the worker was started, there is no image, or there are rules."""
+    """UPDATE_IMMEDIATE, success: the worker was started, there is no Image, or there is Dpi or DpiHttp."""
 
     Status: Literal["0"]
 
@@ -4496,13 +4512,13 @@ class UpdateImmediateSuccess(TypedDict):
 class UpdateImmediateFailure(TypedDict):
     """UPDATE_IMMEDIATE, failure."""
 
-    # that of the request
+    # unchanged from the request
     Dpi: NotRequired[Any]
-    # that of the request
+    # unchanged from the request
     DpiHttp: NotRequired[Any]
     Status: Literal["1"]
-    # "json no UpdateUrl": there are no rules, and the URL of the image is missing or not a string; "dev is dowing image now": there are no rules, and another image is being downloaded or flashed; "failed to create down image thread": there are no rules, and the worker could not be started
-    FailReason: Literal["json no UpdateUrl", "dev is dowing image now", "failed to create down image thread"]
+    # "json no UpdateUrl": without Dpi and DpiHttp: the URL of the image is missing or not a string; "url is null": without Dpi and DpiHttp: memory ran out; "dev is dowing image now": without Dpi and DpiHttp: another image is being downloaded or flashed; "failed to create down image thread": without Dpi and DpiHttp: the worker could not be started
+    FailReason: Literal["json no UpdateUrl", "url is null", "dev is dowing image now", "failed to create down image thread"]
 
 
 # Reply of UPDATE_IMMEDIATE.
@@ -4514,118 +4530,118 @@ class ReportAgentTopologyRequest(TypedDict):
 
 
 class ReportAgentTopologyChildRouterChildInfo(TypedDict):
-    """ChildInfo: the routers attached to it."""
+    """ChildInfo: routers attached to the child router; missing in areas with MeshInfo."""
 
-    # MAC address of the mesh interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    # MAC address of the mesh interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes
     childMac: str
 
 
 class ReportAgentTopologyChildRouterMeshInfo(TypedDict):
-    """MeshInfo: its links to other routers, on the model of the operators."""
+    """MeshInfo: links to other routers; only in an area whose code contains ARVEN, KOLM or SEDRANO."""
 
-    # MAC address of the other router; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    # MAC address of the other router; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes
     nexthopMAC: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 16 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 16 bytes
     dbm: str
-    # network interface; name of the network interface, as in "wlan1"; at most 24 bytes
+    # network interface; name of the network interface, e.g. "wlan1"; at most 24 bytes
     interface: str
 
 
 class ReportAgentTopologyChildRouterChildBaseInfo(TypedDict):
-    """ChildBaseInfo: its stations; missing if there was no memory for them."""
+    """ChildBaseInfo: stations of the child router, 32 at most; missing if there was no memory for them."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes
     Mac: str
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevType: str
-    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    # manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes
     DevFactory: str
-    # always the same
+    # always this text
     DevModle: Literal["Tessaline"]
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user; as in "Anna"; at most 32 bytes
+    # name given by the user; e.g. "Anna"; at most 32 bytes
     ByName: str
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
-    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    # whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes
     NetMonopoly: str
-    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    # how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes
     AccessType: str
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes
     AccessEnable: str
-    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes
     DownSpeed: str
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: str
-    # seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes
+    # seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes
     AccessTime: str
-    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    # unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes
     UID: str
-    # always the same
+    # always this text
     OS: Literal["3"]
-    # version of the operating system; as in "6.1"; at most 32 bytes
+    # version of the operating system; e.g. "6.1"; at most 32 bytes
     Version: str
-    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it is under parental control; 1 for on, 0 for off; at most 8 bytes
     GreennetProtectEnable: str
-    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes
     SpeedLimit: str
-    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    # download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes
     DownLimit: str
-    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    # upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes
     UpLimit: str
 
 
 class ReportAgentTopologyChildRouter(TypedDict):
     """ChildRouter: the child routers that are up."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 64 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 64 bytes
     Mac: str
-    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    # how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes
     AccessType: str
-    # speed of its link; only filled for a path of the parameter tree; whole number, Mbit/s, as in "866"; at most 16 bytes
+    # speed of its link to the parent; whole number, in Mbit/s, e.g. "866"; at most 16 bytes
     LinkSpeed: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes
     dbm: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    # identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes
     RouterDeviceID: str
-    # its name; as in "Attic"; at most 64 bytes
+    # name of the child router; e.g. "Attic"; at most 64 bytes
     Name: str
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
-    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    # how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes
     ChildRouterAccessType: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 16 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 16 bytes
     DownSpeed: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # hardware version; as in "V1.2"; at most 16 bytes
+    # hardware version; e.g. "V1.2"; at most 16 bytes
     HWVersion: str
-    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 16 bytes
     AreaCode: str
-    # time since it started; whole number, s, as in "86400"; at most 16 bytes
+    # time since it started; whole number, in s, e.g. "86400"; at most 16 bytes
     UpTime: str
-    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    # type of device; e.g. "MAP-AX1800"; at most 32 bytes
     DeviceType: str
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:41"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes
     Wlan1Mac: str
-    # IP address again; IPv4 address, as in "192.168.1.2"; at most 32 bytes
+    # IP address, a second time; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes
     ip: str
-    # MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address of the router that it is attached to; bytes in hexadecimal, with colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     ParentMacAddress: str
-    # the routers attached to it
+    # routers attached to the child router; missing in areas with MeshInfo
     ChildInfo: NotRequired[list[ReportAgentTopologyChildRouterChildInfo]]
-    # its links to other routers, on the model of the operators
+    # links to other routers; only in an area whose code contains ARVEN, KOLM or SEDRANO
     MeshInfo: NotRequired[list[ReportAgentTopologyChildRouterMeshInfo]]
-    # its stations; missing if there was no memory for them
+    # stations of the child router, 32 at most; missing if there was no memory for them
     ChildBaseInfo: NotRequired[list[ReportAgentTopologyChildRouterChildBaseInfo]]
 
 
@@ -4637,7 +4653,7 @@ class ReportAgentTopologySuccess(TypedDict):
 
 
 class ReportAgentTopologyFailure(TypedDict):
-    """agent-topology, failure: a parameter could not be read; the result is -1."""
+    """agent-topology, failure: a parameter could not be read, or memory ran out; the result is -1."""
 
 
 # Reply of agent-topology.
@@ -4652,23 +4668,23 @@ class ReportHomePageSuccess(TypedDict):
     """home-page, success: the device reported them."""
 
     Status: Literal["0"]
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Devname: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 64 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 64 bytes
     UploadSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 64 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 64 bytes
     DownloadSpeed: str
-    # whether games are accelerated; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether games are accelerated; 1 for on, 0 for off; at most 8 bytes
     GameSpeed: str
-    # port for games; number of a LAN port, as in "2"; at most 8 bytes
+    # port that games use; number of a LAN port, e.g. "2"; at most 8 bytes
     GamePort: str
-    # band for games; 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    # band that games use; 2.4GHz or 5GHz; at most 8 bytes
     GameBand: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 64 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 64 bytes
     CpuRate: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 64 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 64 bytes
     MemRate: str
-    # temperature of the CPU; whole number, degrees Celsius, as in "54"; at most 64 bytes
+    # temperature of the CPU; whole number, in degrees Celsius, e.g. "54"; at most 64 bytes
     CpuTemperature: str
 
 
@@ -4685,16 +4701,16 @@ ReportHomePageReply = Union[ReportHomePageSuccess, ReportHomePageFailure]
 
 
 class ReportImageUpgradeRequest(TypedDict):
-    """image-upgrade: Fetch the image at an address and flash it, as an agent does by itself."""
+    """image-upgrade: Fetches the image at a URL and flashes it, as an agent does without a command."""
 
-    # address of the image; without one the upgrade fails; URL, as in "http://127.0.0.1:8000/new.image"
+    # URL of the image; without one the upgrade fails; e.g. "http://127.0.0.1:8000/new.image"
     url: NotRequired[str]
 
 
 class ReportImageUpgradeSuccess(TypedDict):
     """image-upgrade, success: the upgrade has been started."""
 
-    # that of the request
+    # unchanged from the request
     url: NotRequired[str]
 
 
@@ -4709,33 +4725,33 @@ class ReportMainBaseRequest(TypedDict):
 class ReportMainBaseMainBaseInfo(TypedDict):
     """MainBaseInfo: the devices that are online."""
 
-    # code of its type: "1" phone, "3" computer, "0" anything else
+    # type of device: "1" for a phone, "3" for a computer, "0" for anything else
     DevType: Literal["0", "1", "3"]
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevModle: str
-    # only if its operating system is unknown
+    # only for a device whose operating system is empty
     OS: NotRequired[Literal["0"]]
-    # how it is attached: "1" by cable, "2" 2.4 GHz, "4" 5 GHz, "0" unknown
+    # how it is attached: "1" by cable, "2" at 2.4 GHz, "4" at 5 GHz, "0" if unknown
     AccessType: Literal["0", "1", "2", "4"]
     # "1" when it is online
     NetStatus: Literal["1", "0"]
     # the same as NetStatus
     AccessEnable: Literal["1", "0"]
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes
     Mac: str
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user; as in "Anna"; at most 32 bytes
+    # name given by the user; e.g. "Anna"; at most 32 bytes
     ByName: str
     # always empty
     DevFactory: Literal[""]
-    # time at which it was attached; seconds since 1970, s, as in "1767225600"; at most 32 bytes
+    # time at which it was attached; Unix time, in s, e.g. "1767225600"; at most 32 bytes
     AccessTime: str
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: str
-    # current upstream rate; decimal number with two decimals, bytes/s, as in "25625.00"; at most 32 bytes
+    # current upstream rate; decimal number with two decimals, in bytes/s, e.g. "25625.00"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; decimal number with two decimals, bytes/s, as in "25625.00"; at most 32 bytes
+    # current downstream rate; decimal number with two decimals, in bytes/s, e.g. "25625.00"; at most 32 bytes
     DownSpeed: str
 
 
@@ -4755,88 +4771,88 @@ class ReportMainRouterRequest(TypedDict):
 
 
 class ReportMainRouterSuccess(TypedDict):
-    """main-router, success: the device reported at least a part, long form."""
+    """main-router, success: the device answered at least one of the four calls; long form."""
 
     Status: Literal["0"]
     # "1" when the WAN is connected or connecting
     NetStatus: Literal["1", "0"]
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    # state of the first radio; a device may also write "up"; 1 for on, 0 for off; at most 32 bytes
     WiFiStatus1: str
-    # state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    # state of the second radio, as WiFiStatus1; 1 for on, 0 for off; at most 32 bytes
     WiFiStatus2: str
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # IP address of the WAN; IPv4 address, as in "100.72.18.203"; at most 34 bytes
+    # IP address of the WAN; IPv4 address, e.g. "100.72.18.203"; at most 34 bytes
     ip: str
-    # MAC address; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     Mac: str
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 32 bytes
     DownSpeed: str
-    # network name of the first radio; as in "Lindenhof"; at most 32 bytes
+    # network name of the first radio; e.g. "Lindenhof"; at most 32 bytes
     SSID1: str
-    # network name of the second radio; as in "Lindenhof-5G"; at most 32 bytes
+    # network name of the second radio; e.g. "Lindenhof-5G"; at most 32 bytes
     SSID2: str
-    # hardware version; as in "V1.2"; at most 32 bytes
+    # hardware version; e.g. "V1.2"; at most 32 bytes
     HWVersion: str
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: str
-    # time since the system started; whole number, s, as in "86400"; at most 32 bytes
+    # time since the system started; whole number, in s, e.g. "86400"; at most 32 bytes
     UpTime: str
-    # time since the WAN connection came up; whole number, s, as in "86400"; at most 32 bytes
+    # time since the WAN connection came up; whole number, in s, e.g. "86400"; at most 32 bytes
     WanUptime: str
-    # state of the first configuration; 1 for yes, 0 for no, as in "1"; at most 128 bytes
+    # whether the first configuration is done; 1 for yes, 0 for no; at most 128 bytes
     ConfiguerStatus: str
-    # type of WAN connection; DHCP, PPPoE or Static, as in "PPPoE"; at most 8 bytes
+    # type of WAN connection; DHCP, PPPoE or Static; at most 8 bytes
     WanConMode: str
-    # type of addressing on the WAN side; Dynamic or Static, as in "Dynamic"; at most 16 bytes
+    # type of addressing on the WAN side; Dynamic or Static; at most 16 bytes
     AddressType: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 8 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 8 bytes
     cpuusage: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 8 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 8 bytes
     ramusage: str
-    # switch of the firewall; 1 for on, 0 for off, as in "1"; at most 16 bytes
+    # whether the firewall is on; 1 for on, 0 for off; at most 16 bytes
     FireWallEnable: str
-    # always the same
+    # always this text
     NetQuality: Literal["0"]
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:21"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:21"; at most 32 bytes
     Wlan0Mac: str
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:25"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:10:4F:25"; at most 32 bytes
     Wlan1Mac: str
 
 
 class ReportMainRouterSuccess2(TypedDict):
-    """main-router, success: the device reported at least a part, short form."""
+    """main-router, success: the device answered at least one of the four calls; short form."""
 
     Status: Literal["0"]
     # "1" when the WAN is connected or connecting
     NetStatus: Literal["1", "0"]
-    # type of device; as in "HGU-AX3000"; at most 32 bytes
+    # type of device; e.g. "HGU-AX3000"; at most 32 bytes
     DeviceType: str
-    # state of the first radio, "up" or "1" when it is on; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    # state of the first radio; a device may also write "up"; 1 for on, 0 for off; at most 32 bytes
     WiFiStatus1: str
-    # state of the second radio; 1 for on, 0 for off, as in "1"; at most 32 bytes
+    # state of the second radio, as WiFiStatus1; 1 for on, 0 for off; at most 32 bytes
     WiFiStatus2: str
-    # name given by the user; as in "Lindenhof"; at most 64 bytes
+    # name given by the user; e.g. "Lindenhof"; at most 64 bytes
     Name: str
-    # firmware version; as in "V2.4.1"; at most 32 bytes
+    # firmware version; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: str
-    # IP address of the WAN; IPv4 address, as in "100.72.18.203"; at most 34 bytes
+    # IP address of the WAN; IPv4 address, e.g. "100.72.18.203"; at most 34 bytes
     ip: str
-    # CPU load; whole number, without a percent sign, %, as in "26"; at most 32 bytes
+    # CPU load; whole number, in %, e.g. "26"; at most 32 bytes
     Cpu: str
-    # memory load; whole number, without a percent sign, %, as in "47"; at most 32 bytes
+    # memory load; whole number, in %, e.g. "47"; at most 32 bytes
     Memory: str
-    # address of the gateway; IPv4 address, as in "192.168.1.1"; at most 32 bytes
+    # address of the gateway; IPv4 address, e.g. "192.168.1.1"; at most 32 bytes
     LanIp: str
-    # address of the default gateway; IPv4 address, as in "100.72.0.1"; at most 32 bytes
+    # address of the default gateway; IPv4 address, e.g. "100.72.0.1"; at most 32 bytes
     WanGateWay: str
-    # DNS servers; addresses, with commas, as in "100.64.0.53,100.64.1.53"; at most 65 bytes
+    # DNS servers; IP addresses, separated by commas, e.g. "100.64.0.53,100.64.1.53"; at most 65 bytes
     Dns: str
 
 
@@ -4844,7 +4860,7 @@ class ReportMainRouterFailure(TypedDict):
     """main-router, failure."""
 
     Status: Literal["1"]
-    # "get base info error!": the device reported nothing
+    # "get base info error!": the device answered none of the four calls
     FailReason: Literal["get base info error!"]
 
 
@@ -4859,18 +4875,18 @@ class ReportMeshRequest(TypedDict):
 class ReportMeshSuccess(TypedDict):
     """mesh, success: the topology was reported."""
 
-    # the reply of GET_TSLINK_TOPOLOGY_INFO
+    # the reply to GET_TSLINK_TOPOLOGY_INFO
     topology: dict[str, Any]
     # the report agent-topology
     tree: dict[str, Any]
-    # number of devices that the main router has counted, if the plug-in exports it
+    # g_dev_num of the plug-in, which counts the devices of the main router; missing if the plug-in does not export it
     devices: NotRequired[float]
 
 
 class ReportMeshFailure(TypedDict):
     """mesh, failure: the command failed; the result is 1."""
 
-    # the reply of GET_TSLINK_TOPOLOGY_INFO, with its failure
+    # the reply to GET_TSLINK_TOPOLOGY_INFO, with its failure
     topology: dict[str, Any]
 
 
@@ -4881,70 +4897,70 @@ ReportMeshReply = Union[ReportMeshSuccess, ReportMeshFailure]
 class ReportStationsRequest(TypedDict):
     """stations: The stations of one router in the tree of parameters."""
 
-    # the router in the tree of parameters; the main router unless given; path that ends with a full stop, as in "InternetGatewayDevice.WiFi.MultiAP.APDevice.2."
+    # the router in the tree of parameters; the main router unless given; path that ends with a full stop, e.g. "InternetGatewayDevice.WiFi.MultiAP.APDevice.2."
     path: NotRequired[str]
 
 
 class ReportStationsMainBaseInfo(TypedDict):
-    """MainBaseInfo: its stations."""
+    """MainBaseInfo: stations of the router, 32 at most."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "A4:BB:6D:31:07:5E"; at most 32 bytes
     Mac: str
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevType: str
-    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    # manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes
     DevFactory: str
-    # always the same
+    # always this text
     DevModle: Literal["Tessaline"]
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: str
-    # name given by the user; as in "Anna"; at most 32 bytes
+    # name given by the user; e.g. "Anna"; at most 32 bytes
     ByName: str
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: str
-    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    # whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes
     NetMonopoly: str
-    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    # how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes
     AccessType: str
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes
     AccessEnable: str
-    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes
     UpSpeed: str
-    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes
     DownSpeed: str
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: str
-    # seconds since it was attached; whole number, s, as in "3600"; at most 32 bytes
+    # seconds since it was attached; whole number, in s, e.g. "3600"; at most 11 bytes
     AccessTime: str
-    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    # unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes
     UID: str
-    # always the same
+    # always this text
     OS: Literal["3"]
-    # version of the operating system; as in "6.1"; at most 32 bytes
+    # version of the operating system; e.g. "6.1"; at most 32 bytes
     Version: str
-    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it is under parental control; 1 for on, 0 for off; at most 8 bytes
     GreennetProtectEnable: str
-    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes
     SpeedLimit: str
-    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    # download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes
     DownLimit: str
-    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    # upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes
     UpLimit: str
 
 
 class ReportStationsSuccess(TypedDict):
     """stations, success: the report was built; an unknown router has no stations."""
 
-    # that of the request
+    # unchanged from the request
     path: NotRequired[str]
-    # its stations
+    # stations of the router, 32 at most
     MainBaseInfo: list[ReportStationsMainBaseInfo]
 
 
 class ReportStationsFailure(TypedDict):
     """stations, failure: there is no memory; the result is -1."""
 
-    # that of the request
+    # unchanged from the request
     path: NotRequired[str]
 
 
@@ -4957,107 +4973,107 @@ class ReportTopologyRequest(TypedDict):
 
 
 class ReportTopologyChildRouterChildInfo(TypedDict):
-    """ChildInfo: the routers attached to it."""
+    """ChildInfo: routers attached to the child router; only in a mesh of type 2."""
 
-    # MAC address of the mesh interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:40"; at most 32 bytes
+    # MAC address of the attached router, or of its mesh interface if that is not known; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:40"; at most 32 bytes
     childMac: str
 
 
 class ReportTopologyChildRouterChildBaseInfo(TypedDict):
-    """ChildBaseInfo: its stations; missing if the device could not report them."""
+    """ChildBaseInfo: stations of the child router; missing if the device could not report them."""
 
-    # MAC address; bytes in hexadecimal, with colons, as in "A4:BB:6D:31:07:5E"; at most 32 bytes
+    # MAC address; six bytes in hexadecimal, separated by colons, e.g. "DA:41:7C:0E:92:B3"; at most 96 bytes
     Mac: NotRequired[str]
-    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other, as in "Computer"; at most 32 bytes
+    # type of device; Computer, Phone, Tablet, TV, Console, Camera, Printer, Speaker or Other; at most 32 bytes
     DevType: NotRequired[str]
-    # its manufacturer; as in "Eichhorn Computer"; at most 32 bytes
+    # manufacturer of the device; e.g. "Eichhorn Computer"; at most 32 bytes
     DevFactory: NotRequired[str]
-    # always the same
+    # always this text
     DevModle: NotRequired[Literal["Tessaline"]]
-    # host name; as in "workshop-pc"; at most 32 bytes
+    # host name; e.g. "workshop-pc"; at most 32 bytes
     Name: NotRequired[str]
-    # name given by the user, otherwise the host name; as in "Anna"; at most 32 bytes
+    # name given by the user, otherwise the host name; e.g. "Anna"; at most 32 bytes
     ByName: NotRequired[str]
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: NotRequired[str]
-    # whether it has exclusive bandwidth; 1 when it has exclusive bandwidth, else 0, as in "0"; at most 32 bytes
+    # whether it has exclusive bandwidth; 1 for yes, 0 for no; at most 32 bytes
     NetMonopoly: NotRequired[str]
-    # how it is attached: cable, or the band; cable, 2.4GHz or 5GHz, as in "cable"; at most 32 bytes
+    # how it is attached; cable, 2.4GHz or 5GHz; at most 32 bytes
     AccessType: NotRequired[str]
-    # "1" when it may reach the Internet; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it may reach the Internet; 1 for on, 0 for off; at most 8 bytes
     AccessEnable: NotRequired[str]
-    # current upstream rate; whole number, kbit/s, as in "101"; at most 32 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "101"; at most 32 bytes
     UpSpeed: NotRequired[str]
-    # current downstream rate; whole number, kbit/s, as in "2629"; at most 32 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "2629"; at most 32 bytes
     DownSpeed: NotRequired[str]
-    # IP address; IPv4 address, as in "192.168.1.101"; at most 64 bytes
+    # IP address; IPv4 address, e.g. "192.168.1.101"; at most 64 bytes
     ip: NotRequired[str]
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes
     dbm: NotRequired[str]
-    # seconds since it was attached; in the short form of the report, the time at which it was; at most 32 bytes
+    # seconds since it was attached; if the area code contains TH_OLV, ignoring case, the Unix time at which it was attached; at most 32 bytes
     AccessTime: NotRequired[str]
-    # unique identifier; MAC address without colons, as in "A4BB6D31075E"; at most 32 bytes
+    # unique identifier; MAC address without colons, e.g. "A4BB6D31075E"; at most 32 bytes
     UID: NotRequired[str]
-    # always the same
+    # always this text
     OS: NotRequired[Literal["3"]]
-    # version of the operating system; as in "6.1"; at most 32 bytes
+    # version of the operating system; e.g. "6.1"; at most 32 bytes
     Version: NotRequired[str]
-    # "1" when it is under parental control; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether it is under parental control; 1 for on, 0 for off; at most 8 bytes
     GreennetProtectEnable: NotRequired[str]
-    # switch of the speed limits; 1 for on, 0 for off, as in "1"; at most 8 bytes
+    # whether the speed limits are on; 1 for on, 0 for off; at most 8 bytes
     SpeedLimit: NotRequired[str]
-    # download limit; whole number, 0 for none, kbit/s, as in "20000"; at most 16 bytes
+    # download limit; whole number, 0 for none, in kbit/s, e.g. "20000"; at most 16 bytes
     DownLimit: NotRequired[str]
-    # upload limit; whole number, 0 for none, kbit/s, as in "0"; at most 16 bytes
+    # upload limit; whole number, 0 for none, in kbit/s, e.g. "0"; at most 16 bytes
     UpLimit: NotRequired[str]
 
 
 class ReportTopologyChildRouter(TypedDict):
     """ChildRouter: the child routers; none if the mesh is off or its relations are unknown."""
 
-    # MAC address, in the form that the device library shows to users; bytes in hexadecimal, with dashes, as on the label, as in "3C-6A-D2-22-81-40"; at most 32 bytes
+    # MAC address, in the form that the device library shows to users, if there is one; six bytes in hexadecimal, separated by dashes, as on the label, e.g. "3C-6A-D2-22-81-40"; at most 64 bytes
     Mac: str
-    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    # how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes
     AccessType: str
-    # speed of its link; whole number, Mbit/s, as in "866"; at most 16 bytes
+    # speed of its link to the parent; whole number, in Mbit/s, e.g. "866"; at most 16 bytes
     LinkSpeed: str
-    # signal strength; whole number below 0, dBm, as in "-54"; at most 8 bytes
+    # signal strength; whole number below 0, in dBm, e.g. "-54"; at most 8 bytes
     dbm: str
-    # identifier of the device; MAC address without colons, as in "3C6AD2228140"; at most 32 bytes
+    # identifier of the device; MAC address without colons, e.g. "3C6AD2228140"; at most 32 bytes
     RouterDeviceID: NotRequired[str]
-    # its name; as in "Attic"; at most 64 bytes
+    # name of the child router; e.g. "Attic"; at most 64 bytes
     Name: NotRequired[str]
-    # "1" when it is online; 1 when it is up, else 0, as in "1"; at most 8 bytes
+    # whether it is online; 1 for up, 0 for down; at most 8 bytes
     NetStatus: NotRequired[str]
-    # how it reaches its parent; cable, 2.4GHz or 5GHz, as in "5GHz"; at most 8 bytes
+    # how it reaches its parent; cable, 2.4GHz or 5GHz; at most 8 bytes
     ChildRouterAccessType: NotRequired[str]
-    # current upstream rate; whole number, kbit/s, as in "2448"; at most 16 bytes
+    # current upstream rate; whole number, in kbit/s, e.g. "2448"; at most 16 bytes
     UpSpeed: NotRequired[str]
-    # current downstream rate; whole number, kbit/s, as in "17980"; at most 16 bytes
+    # current downstream rate; whole number, in kbit/s, e.g. "17980"; at most 16 bytes
     DownSpeed: NotRequired[str]
-    # date of the firmware; YYYY-MM-DD, as in "2025-11-18"; at most 32 bytes
+    # date of the firmware; YYYY-MM-DD, e.g. "2025-11-18"; at most 32 bytes
     FWDATA: NotRequired[str]
-    # hardware version; as in "V1.2"; at most 16 bytes
+    # hardware version; e.g. "V1.2"; at most 16 bytes
     HWVersion: NotRequired[str]
-    # code of the operator's area; as in "NORTH-07"; at most 16 bytes
+    # code of the operator's area; e.g. "NORTH-07"; at most 16 bytes
     AreaCode: NotRequired[str]
-    # time since it started; whole number, s, as in "86400"; at most 16 bytes
+    # time since it started; whole number, in s, e.g. "86400"; at most 16 bytes
     UpTime: NotRequired[str]
-    # type of device; as in "MAP-AX1800"; at most 32 bytes
+    # type of device; e.g. "MAP-AX1800"; at most 32 bytes
     DeviceType: NotRequired[str]
-    # MAC address of the first wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:41"; at most 32 bytes
+    # MAC address of the first wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:41"; at most 32 bytes
     Wlan0Mac: NotRequired[str]
-    # MAC address of the second wireless interface; bytes in hexadecimal, with colons, as in "3C:6A:D2:22:81:45"; at most 32 bytes
+    # MAC address of the second wireless interface; six bytes in hexadecimal, separated by colons, e.g. "3C:6A:D2:22:81:45"; at most 32 bytes
     Wlan1Mac: NotRequired[str]
-    # firmware version; as in "V2.4.1"; at most 64 bytes
+    # firmware version, where the topology does not know it; e.g. "V2.4.1"; at most 32 bytes
     FWVersion: NotRequired[str]
-    # IP address; IPv4 address, as in "192.168.1.2"; at most 32 bytes
+    # IP address, where the topology does not know it; IPv4 address, e.g. "192.168.1.2"; at most 32 bytes
     ip: NotRequired[str]
-    # MAC address of the router that it is attached to; bytes in hexadecimal, with colons, as in "3C:6A:D2:10:4F:20"; at most 32 bytes
+    # MAC address of the router that it is attached to; bytes in hexadecimal, with colons, e.g. "3C:6A:D2:10:4F:20"; at most 32 bytes
     ParentMacAddress: NotRequired[str]
-    # the routers attached to it
+    # routers attached to the child router; only in a mesh of type 2
     ChildInfo: NotRequired[list[ReportTopologyChildRouterChildInfo]]
-    # its stations; missing if the device could not report them
+    # stations of the child router; missing if the device could not report them
     ChildBaseInfo: NotRequired[list[ReportTopologyChildRouterChildBaseInfo]]
 
 
@@ -5091,7 +5107,7 @@ class BackgroundLostData(TypedDict):
 
 
 class BackgroundStartedData(TypedDict):
-    """background.started: A worker continues after the answer."""
+    """background.started: A worker has started."""
 
     # which worker: the one that applies a batch of Wi-Fi settings, or the one that fetches and flashes firmware
     worker: Literal["wifi-batch", "firmware"]
@@ -5111,7 +5127,7 @@ class DeviceCallData(TypedDict):
 
 
 class NoticeData(TypedDict):
-    """notice: Something is pushed to the app."""
+    """notice: A notice is pushed to the app."""
 
     # what the app is to do, always "Push" with this plug-in
     RPCMethod: NotRequired[str]
@@ -5147,7 +5163,7 @@ class PolicyRefusedData(TypedDict):
 class RebootBegunData(TypedDict):
     """reboot.begun: The gateway reboots."""
 
-    # how long the reboot takes; until then requests are refused with the code "rebooting"
+    # how long the reboot takes, in seconds; until then requests are refused with the code "rebooting"
     seconds: float
 
 
@@ -5192,11 +5208,11 @@ class WorkerCrashedData(TypedDict):
 
     # the signal that ended it
     signal: NotRequired[float]
-    # its exit status, where no signal ended it
+    # exit status of the process, if no signal ended it
     status: NotRequired[float]
     # the command that was running
     command: NotRequired[str]
-    # how often it has crashed since the service started
+    # how often the process has crashed since the service started
     crashes: float
 
 
@@ -5205,7 +5221,7 @@ class WorkerKilledData(TypedDict):
 
     # the command that was running
     command: NotRequired[str]
-    # how long it may take
+    # time limit of the command or worker, in seconds
     seconds: float
 
 

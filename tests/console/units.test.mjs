@@ -28,6 +28,7 @@ const { parseJson, printJson, memberOf } = await load("json_text");
 const format = await load("format");
 const { minutesOf, periodsOf, week, day } = await load("week");
 const { meshOf, layoutOf } = await load("mesh");
+const { fieldOf } = await load("protocol");
 const { blockOf } = await load("spectrum");
 const { agentCall, mqttCall, pythonCall, quoted } = await load("same_call");
 
@@ -241,4 +242,10 @@ test("the same call by other means", () => {
     assert.ok(mqttCall("SET_X", simple, true).includes("<<'END'\n"));
     assert.ok(mqttCall("SET_X", nested, false).endsWith(` -m '{"List": []}'`));
     assert.ok(pythonCall("SET_X", nested, "http://127.0.0.1:1").includes('data="{\\"List\\": []}".encode()'));
+});
+
+test("the field of a switch is a checkbox with a statement", () => {
+    const key = { key: "Enable", required: true, meaning: "whether the mesh is on; unchanged when absent" };
+    const { type, label } = fieldOf({ ...key, form: "1 for on, 0 for off", values: ["0", "1"] }, "1");
+    assert.deepEqual([type, label], ["checkbox", "The mesh is on"]);
 });

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # The manual page has to name every subcommand and option of the agent's own help, and every variable of
-# the environment: man_page_test.sh HGAGENT PAGE CONTROL_HEADER
+# the environment, and all pages in its folder have one date: man_page_test.sh HGAGENT PAGE CONTROL_HEADER
 set -euo pipefail
 hgagent=$1
 page=$2
@@ -35,6 +35,12 @@ done
 while read -r variable; do
     expect "$variable"
 done < <(grep -Eo '^ \*   SIMULATED_GATEWAY_[A-Z_]+' "$header" | sed 's/.* //')
+
+dates=$(sed -n 's/^\.Dd //p' "${page%/*}"/* | sort -u)
+if [ "$(wc -l <<< "$dates")" -ne 1 ]; then
+    echo "the pages have different dates: ${dates//$'\n'/; }"
+    faults=$((faults + 1))
+fi
 
 echo "$checked names, $faults faults"
 [ "$faults" -eq 0 ] && [ "$checked" -gt 30 ]

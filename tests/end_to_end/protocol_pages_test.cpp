@@ -69,10 +69,10 @@ TEST(Describe, ShowsTheKeysOfAReplyInOrder)
         HasSubstr(
             "    Status        \"0\"\n"
             "    MAC           at most 64 bytes; MAC address that serves as the serial number; "
-            "bytes in hexadecimal, with colons, as in \"3C:6A:D2:10:4F:20\"\n"
-            "    tslinkstatus  at most 8 bytes; state of the mesh link layer, \"1\" when it is "
-            "up; 1 when it is up, else 0, as in \"1\"\n"
-            "    DeviceType    at most 256 bytes; type of device; as in \"HGU-AX3000\"\n"));
+            "six bytes in hexadecimal, separated by colons, e.g. \"3C:6A:D2:10:4F:20\"\n"
+            "    tslinkstatus  at most 8 bytes; state of the mesh link layer; 1 for up, 0 for "
+            "down\n"
+            "    DeviceType    at most 256 bytes; type of device; e.g. \"HGU-AX3000\"\n"));
     EXPECT_THAT(result.output, HasSubstr("    FailReason  \"get sn failed\"\n"));
 }
 
@@ -91,8 +91,25 @@ TEST(Describe, SaysWhatACommandChangesAndWhichReportsIt)
 TEST(Describe, MarksCaseSensitiveKeys)
 {
     EXPECT_THAT(run_agent({"describe", "HG_IMAGE_UPDATE"}).output,
-                HasSubstr("\nRequest (capitals as here)\n"));
+                HasSubstr("\nRequest (case-sensitive)\n"));
     EXPECT_THAT(run_agent({"describe", "GET_SN_INFO"}).output, HasSubstr("\nRequest\n"));
+}
+
+TEST(Describe, NamesAllKeysThatAreRemoved)
+{
+    EXPECT_THAT(
+        run_agent({"describe", "SET_HG_GUEST_SSID"}).output,
+        HasSubstr("    Removed from the object: Enable, SSID, Band, ContinueTime, HourTime, "
+                  "EndTimestamp, PWD, ENCRYPT\n"
+                  "    Removed if they are strings: Mode, AdvertisementEnable\n"));
+}
+
+TEST(Describe, ShowsNumbersWithoutQuotes)
+{
+    EXPECT_THAT(
+        run_agent({"describe", "GET_STA_RSSI"}).output,
+        HasSubstr("Dbm     number; signal strength of the station; whole number below 0, in "
+                  "dBm, e.g. -54\n"));
 }
 
 TEST(Describe, NamesTheNearestOfAnUnknownCommand)

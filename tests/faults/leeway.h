@@ -18,7 +18,6 @@ struct Leeway {
     Names reported = {};          // the lists whose truncation an added key reports
     Names added = {};             // keys that report what is omitted
     Names before = {};            // keys that precede a failure
-    Names reasons = {};           // failure reasons specific to memory
     const char *called = nullptr; // the device change that precedes the failure
     bool keeps = true;            // whether the other output must be present
     bool calls = true;            // whether every call has to be made

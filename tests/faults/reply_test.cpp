@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What all replies have in common, for each command: each key with a field of the device contains
-// what the device wrote there, up to the width of the field; and the memory that the device writes
-// to was zeroed before.
+// What all replies and reports have in common: each key with a field of the device contains what
+// the device wrote there, up to the width of the field; and, for each command, the memory that the
+// device writes to was zeroed before.
 #include "exceptions.h"
 #include "handler_test.h"
 #include "protocol/described_reply.h"
@@ -25,29 +25,35 @@ class ReplyTest : public testing::TestWithParam<Subject> {
                 check(item, keys, path);
                 continue;
             }
-            const cJSON *key;
-            cJSON_ArrayForEach(key, keys)
-            {
-                if (std::string(item->string) == cJSON_GetObjectItem(key, "key")->valuestring) {
-                    check_item(item, key, path + item->string);
-                }
-            }
+            check_item(item, keys, path + item->string);
         }
     }
 
-    void check_item(const cJSON *item, const cJSON *key, const std::string &path)
+    // A key that is repeated may have a field in each place.
+    void check_item(const cJSON *item, const cJSON *keys, const std::string &path)
     {
-        const cJSON *field = cJSON_GetObjectItem(key, "field");
         const bool is_text = cJSON_IsString(item) != 0;
-        if (field != nullptr && (is_text || cJSON_IsNumber(item) != 0)) {
-            ++fields;
-            const std::string value = is_text ? item->valuestring : std::to_string(item->valueint);
-            EXPECT_TRUE(rich_device::has_written(field->valuestring, value) ||
-                        (value.empty() && is_first_refused))
-                << path << " is not what the device wrote to " << field->valuestring << ": "
-                << value;
+        const bool is_value = is_text || cJSON_IsNumber(item) != 0;
+        const std::string value = is_text ? item->valuestring : std::to_string(item->valueint);
+        std::vector<std::string> named;
+        bool is_written = false;
+        const cJSON *key;
+        cJSON_ArrayForEach(key, keys)
+        {
+            if (std::string(item->string) != cJSON_GetObjectItem(key, "key")->valuestring) {
+                continue;
+            }
+            const cJSON *field = cJSON_GetObjectItem(key, "field");
+            if (field != nullptr && is_value) {
+                named.emplace_back(field->valuestring);
+                is_written = is_written || rich_device::has_written(field->valuestring, value);
+            }
+            check(item, cJSON_GetObjectItem(key, "items"), path + '.');
         }
-        check(item, cJSON_GetObjectItem(key, "items"), path + '.');
+        fields += named.size();
+        EXPECT_TRUE(named.empty() || is_written || (value.empty() && is_first_refused))
+            << path << " is not what the device wrote to " << testing::PrintToString(named) << ": "
+            << value;
     }
 
     const Subject &subject = GetParam();
@@ -121,9 +127,52 @@ TEST_P(ReplyTest, ComesFromRecordsThatWereZeroed)
                     exception(subject, Rule::kZeroed, field) != nullptr)
             << field << " held something before the device wrote it";
     }
+<<<<<<< HEAD
     EXPECT_EQ(stale_exceptions(subject, Rule::kZeroed), "") << "these are no longer exceptions";
+=======
+    EXPECT_EQ(stale_exceptions(subject, Rule::kZeroed), "") << "these are no exceptions any more";
+}
+
+class ReportTest : public ReplyTest {};
+
+TEST_P(ReportTest, HasWhatTheDeviceWroteToTheFields)
+{
+    const Fault faults[] = {{}, {.call = 0, .written = Written::kWidest, .lasts = true}};
+    for (const Fault &fault : faults) {
+        const SweepRun run = sweep_run(subject, request, {}, fault);
+        EXPECT_TRUE(run.succeeded(subject)) << run.object;
+        const Json object = parse(run.object);
+        fields = 0;
+        const cJSON *reply;
+        cJSON_ArrayForEach(reply, cJSON_GetObjectItem(report_of(subject), "replies"))
+        {
+            check(object.get(), cJSON_GetObjectItem(reply, "keys"), "");
+        }
+        EXPECT_NE(fields, 0U) << run.object;
+    }
+}
+
+std::vector<Subject> commands()
+{
+    std::vector<Subject> commands = subjects();
+    std::erase_if(commands, [](const Subject &subject) { return subject.builder != nullptr; });
+    return commands;
+}
+
+std::vector<Subject> reports()
+{
+    std::vector<Subject> reports = subjects();
+    std::erase_if(reports, [](const Subject &subject) { return report_of(subject) == nullptr; });
+    return reports;
+}
+
+std::string name_of(const testing::TestParamInfo<Subject> &info)
+{
+    return test_name(info.param);
+>>>>>>> refs/heads/described
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, ReplyTest, testing::ValuesIn(commands()), name_of);
+INSTANTIATE_TEST_SUITE_P(Every, ReportTest, testing::ValuesIn(reports()), name_of);
 
 } // namespace reply_test

@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "embedded/protocol_commands.h"
+#include "embedded/protocol_reports.h"
 #include "handler_test.h"
 
 #include <algorithm>
@@ -186,6 +187,24 @@ const cJSON *description_of(const std::string &command)
         json = parse(std::string(found->text));
     }
     return json.get();
+}
+
+const cJSON *report_of(const Subject &subject)
+{
+    static const std::vector<Json> kReports = [] {
+        std::vector<Json> reports;
+        for (const embedded::Text &text : embedded::protocol_reports()) {
+            reports.push_back(parse(std::string(text.text)));
+        }
+        return reports;
+    }();
+    for (const Json &report : kReports) {
+        const char *builder = cJSON_GetStringValue(cJSON_GetObjectItem(report.get(), "builder"));
+        if (subject.builder != nullptr && builder != nullptr && subject.name.starts_with(builder)) {
+            return report.get();
+        }
+    }
+    return nullptr;
 }
 
 std::string request_for(const Subject &subject)

@@ -45,5 +45,8 @@ std::string request_for(const Subject &subject);
 // the process.
 const cJSON *description_of(const std::string &command);
 
+// The description of the builder's report in protocol/reports, likewise.
+const cJSON *report_of(const Subject &subject);
+
 // Whether a loop of the command over a count from the device ends only at the count.
 bool has_endless_walk(const Subject &subject);

@@ -172,8 +172,9 @@ bool knows_reason(const cJSON *description, std::string_view reason, bool is_who
     return false;
 }
 
-// Whether the items are those of a failure: its status, alone or with a reason.
-bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, bool is_whole)
+// Whether the items are those of a failure: its status, with a reason or, where there is none,
+// alone.
+bool is_failure(const cJSON *item, const cJSON *description, bool is_whole)
 {
     const auto take = [&item](std::string_view key, std::string_view text) {
         const bool is_there = item != nullptr && item->string == key && cJSON_IsString(item) != 0 &&
@@ -186,9 +187,9 @@ bool is_failure(const cJSON *item, const cJSON *description, const Leeway &may, 
         return false;
     }
     const cJSON *reason = item;
-    return item == nullptr || (take("FailReason", "") && item == nullptr &&
-                               (description == nullptr || has(may.reasons, reason->valuestring) ||
-                                knows_reason(description, reason->valuestring, is_whole)));
+    return item == nullptr ||
+           (take("FailReason", "") && item == nullptr &&
+            (description == nullptr || knows_reason(description, reason->valuestring, is_whole)));
 }
 
 // Whether the object has the status of a failure, even before that of a success: some commands have
@@ -222,7 +223,7 @@ std::string failure_verdict(const Subject &subject, const SweepRun &whole, const
     }
     if (tail != nullptr) {
         const bool is_whole = run.request == request_for(subject);
-        return is_failure(tail, description_of(subject.command), may, is_whole)
+        return is_failure(tail, description_of(subject.command), is_whole)
                    ? ""
                    : "the reply is neither a success nor a failure of this command";
     }

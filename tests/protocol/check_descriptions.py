@@ -3,12 +3,13 @@
 functions, and each example against its own description."""
 
 import json
+import re
 import sys
 
 import jsonschema
 
 import protocol
-from descriptions import said_by_field
+from descriptions import name_of, reports, said_by_field
 from device_interface import Interface
 
 # The commands that cannot succeed in an example, with the reason; their examples show a described
@@ -135,6 +136,23 @@ def field_faults(interface, described):
                 for fault in key_faults(interface, description["device_calls"], key, in_request)))
 
 
+# Types and schemas show a meaning without the keys around it.
+LEANS_ON_OTHERS = re.compile(r"(its|their|it|they|that|those|the same)\b(?! as [A-Z])")
+
+
+def meaning_faults(described):
+    """Whether each meaning can be understood alone, and does not repeat the values of its form."""
+    for description in described:
+        name = name_of(description)
+        keys = [*flat(description["request"]), *(key for reply in description["replies"] for key in flat(reply["keys"]))]
+        for key in keys:
+            meaning = key.get("meaning", "")
+            if LEANS_ON_OTHERS.match(meaning):
+                yield f"{name}: the meaning of {key['key']} depends on other keys: {meaning}"
+            if "values" in key and any(f'"{value}"' in meaning for value in key["values"]):
+                yield f"{name}: the meaning of {key['key']} repeats values of its form: {meaning}"
+
+
 def flat(keys):
     for key in keys:
         yield key
@@ -179,7 +197,7 @@ def fields_within(interface, record):
 def main():
     written = {description["command"]: description for description in protocol.as_written().values()}
     faults = [*schema_faults()] or [*table_faults(), *missing_key_faults(), *example_faults(), *relation_faults(),
-                                    *field_faults(Interface(), written)]
+                                    *field_faults(Interface(), written), *meaning_faults([*protocol.descriptions().values(), *reports().values()])]
     for fault in faults:
         print(fault)
     print(f"{len(protocol.descriptions())} descriptions, {len(faults)} faults")

@@ -65,7 +65,7 @@ class SchemaTest(unittest.TestCase):
                 "unit": "kbit/s", "values": ["1", "2"], "pattern": "[12]", "example": "2"}
         schema = schemas.request_schema({**DESCRIBED, "request": [text]})
         self.assertEqual(schema["properties"]["Rate"], {
-            "description": 'the rate; whole number, kbit/s, as in "2"; truncated to 7 bytes', "type": "string",
+            "description": 'the rate; whole number, in kbit/s; truncated to 7 bytes', "type": "string",
             "examples": ["2"], "x-max-bytes": 7, "x-unit": "kbit/s", "x-values": ["1", "2"],
             "x-pattern": "[12]"})
         self.assertTrue(accepts(schema, {"Rate": "much more than 7 bytes"}))

@@ -105,8 +105,8 @@ CLI::Option *add_platform_options(CLI::App &command,
     add("--wait", arguments->wait, "How long to wait for gateways at first; 60 seconds by default",
         "SECONDS")
         ->check(CLI::Range(0.1, 86400.0).description(""));
-    add("--seed", arguments->seed, "What gateways and requests are drawn from; 1 by default",
-        "SEED");
+    add("--seed", arguments->seed,
+        "Start of the random choice of gateways and requests; 1 by default", "SEED");
     add("--watch", arguments->watched,
         "Report the processor time of a process and its children; may be repeated", "NAME=PID");
     add("--json", arguments->json, "Write the report as JSON", "FILE");

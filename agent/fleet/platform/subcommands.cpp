@@ -113,7 +113,7 @@ void add_drive(CLI::App &fleet, Options &options)
         ->allow_extra_args(false);
     command->add_flag(
         "--churn", drive->has_churn,
-        "The fleet has --churn and this seed: count failures of its faulty gateways apart");
+        "The fleet has --churn and this seed: count failures of its faulty gateways separately");
     command->footer(R"(
 Each request is sent at its time, regardless of open ones, and repeated until it is answered. Each reply is checked
 against its description. What has been set is read back at the end and compared. The exit status is 0 when

@@ -35,8 +35,9 @@ CLI::Option *add_broker_options(CLI::App &command, BrokerArguments &arguments)
     add("--broker-ca", arguments.tls.ca,
         "Certificates that the broker's has to be signed by, instead of the system's", "FILE");
     add("--broker-certificate", arguments.tls.certificate, "Certificate of this client", "FILE");
-    add("--broker-key", arguments.tls.key, "Its private key", "FILE");
-    add("--broker-alpn", arguments.tls.alpn, "Protocol that TLS asks for", "NAME");
+    add("--broker-key", arguments.tls.key, "Private key of that certificate", "FILE");
+    add("--broker-alpn", arguments.tls.alpn, "Application protocol to negotiate in TLS (ALPN)",
+        "NAME");
     add("--broker-server-name", arguments.tls.server_name,
         "Name in the broker's certificate, instead of its host", "NAME");
     return broker;

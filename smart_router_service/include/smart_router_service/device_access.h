@@ -38,7 +38,8 @@
  * Threads: commands run on the agent's threads and on the plug-in's workers, so every function may
  * be called at any time from several threads.
  *
- * Programs: the reference agent refuses every command to system() with -1; routers run them.
+ * Programs: on a router, system() runs programs. The reference agent replaces it: it runs nothing
+ * and returns -1.
  *
  * This file is generated from protocol/device by protocol/generate.py.
  */
@@ -70,7 +71,7 @@ int32_t device_access_version(void);
 /* Serial number and type of the router. */
 typedef struct SnInfo {
     char MAC[64];         /* MAC address that serves as the serial number */
-    char tslinkstatus[8]; /* state of the mesh link layer, "1" when it is up */
+    char tslinkstatus[8]; /* state of the mesh link layer, 1 or 0 */
     char DeviceType[256]; /* type of device, as the platform knows it */
 } SnInfo;
 
@@ -89,10 +90,10 @@ typedef struct SystemInfo {
     char Card[64];            /* type of smart card, if any */
     char UPLink[64];          /* type of uplink */
     char Cardno[64];          /* number of the smart card */
-    char IPV6[64];            /* whether IPv6 is supported */
-    char VLANbind[64];        /* whether ports can be bound to VLANs */
-    char LED[64];             /* whether the LEDs can be switched */
-    char NFC[64];             /* whether there is an NFC tag */
+    char IPV6[64];            /* whether IPv6 is supported, 1 or 0 */
+    char VLANbind[64];        /* whether ports can be bound to VLANs, 1 or 0 */
+    char LED[64];             /* whether the LEDs can be switched, 1 or 0 */
+    char NFC[64];             /* whether there is an NFC tag, 1 or 0 */
     char VLANCapability[192]; /* types of VLAN handling that are supported */
 } SystemInfo;
 
@@ -105,11 +106,11 @@ int32_t devapi_get_system_info(SystemInfo *info);
 typedef struct HgBaseInfo {
     char Name[64];                    /* name given by the user */
     char Mac[32];                     /* MAC address */
-    char NetStatus[16];               /* state of the Internet connection */
+    char NetStatus[16];               /* state of the Internet connection, 1 or 0 */
     char UpSpeed[32];                 /* current upstream rate, kbit/s */
     char DownSpeed[32];               /* current downstream rate, kbit/s */
-    char WiFiStatus1[32];             /* state of the first radio, "up" or "1" when it is on */
-    char WiFiStatus2[32];             /* state of the second radio */
+    char WiFiStatus1[32];             /* state of the first radio; "up" or "1" when it is on */
+    char WiFiStatus2[32];             /* state of the second radio; "up" or "1" when it is on */
     char SSID1[32];                   /* network name of the first radio */
     char SSID2[32];                   /* network name of the second radio */
     char Wlan1Mac[32];                /* MAC address of the second wireless interface */
@@ -124,14 +125,14 @@ typedef struct HgBaseInfo {
     char AreaCode[32];                /* code of the operator's area */
     char AddressType[16];             /* type of addressing on the WAN side */
     char Cpu[8];                      /* CPU load, % */
-    char QQGameAcceleratorEnable[16]; /* switch of the game accelerator */
-    char QosAcceleratorEnable[16];    /* switch of the QoS accelerator */
-    char FireWallEnable[16];          /* switch of the firewall */
+    char QQGameAcceleratorEnable[16]; /* whether the game accelerator is on, 1 or 0 */
+    char QosAcceleratorEnable[16];    /* whether the QoS accelerator is on, 1 or 0 */
+    char FireWallEnable[16];          /* whether the firewall is on, 1 or 0 */
     char LedLight[8];                 /* brightness of the LEDs, % */
-    char LedSwitch[8];                /* switch of the LEDs */
+    char LedSwitch[8];                /* whether the LEDs are on, 1 or 0 */
     char Memory[8];                   /* memory load, % */
     char WanLinkMode[8];              /* type of WAN connection */
-    char ConfiguerStatus[128];        /* state of the first configuration */
+    char ConfiguerStatus[128];        /* whether the first configuration is done, 1 or 0 */
 } HgBaseInfo;
 
 /* Fills info. For GET_TSLINK_TOPOLOGY_INFO any result other than 0 is a failure, after which info
@@ -181,7 +182,7 @@ typedef struct HomePageInfo {
     char Devname[64];        /* name given by the user */
     char UploadSpeed[64];    /* current upstream rate, kbit/s */
     char DownloadSpeed[64];  /* current downstream rate, kbit/s */
-    char GameSpeed[8];       /* whether games are accelerated */
+    char GameSpeed[8];       /* whether games are accelerated, 1 or 0 */
     char GamePort[8];        /* port for games */
     char GameBand[8];        /* band for games */
     char CpuRate[64];        /* CPU load, % */
@@ -194,7 +195,7 @@ int32_t devapi_get_home_page_info(HomePageInfo *info);
 
 /* The DHCP server of the LAN side. */
 typedef struct DhcpInfo {
-    char Enable[16];     /* "1" when the server is on */
+    char Enable[16];     /* whether the server is on, 1 or 0 */
     char IPAddress[64];  /* address of the server */
     char SubNetMask[64]; /* subnet mask */
     char GateWay[64];    /* gateway address that the server hands out */
@@ -216,8 +217,8 @@ int32_t devapi_set_hg_dhcp_info(DhcpSetting *setting);
 /* The PPPoE account. */
 typedef struct PppoeInfo {
     char Account[64];  /* name of the account */
-    char Password[64]; /* its password */
-    char Enable[16];   /* "1" when the gateway connects by PPPoE */
+    char Password[64]; /* password of the account */
+    char Enable[16];   /* "1" if the gateway connects by PPPoE */
 } PppoeInfo;
 
 /* Fills info. Any result other than 0 is a failure, after which info is not read. */
@@ -268,9 +269,9 @@ int32_t devapi_reboot(void);
 
 /* Reboot schedule. */
 typedef struct RebootInfo {
-    char GatewayRebootEnable[8]; /* "1" when the schedule is on */
+    char GatewayRebootEnable[8]; /* whether the schedule is on, 1 or 0 */
     char Time[8];                /* time of day, HH:MM */
-    char DaysOfWeek[16];         /* days of the week, as in 1,3,7 */
+    char DaysOfWeek[16];         /* days of the week, such as 1,3,7 */
 } RebootInfo;
 
 /* Fills info. Any result other than 0 is a failure, after which info is not read. */
@@ -281,9 +282,9 @@ int32_t devapi_set_reboot_info(const RebootInfo *info);
 
 /* The sleep times of the gateway, its Wi-Fi and its LEDs. */
 typedef struct HgSleepInfo {
-    char GatewaySleepEnable[8]; /* "1" when the gateway sleeps */
-    char WiFiSleepEnable[8];    /* "1" when the Wi-Fi sleeps */
-    char LedSleepEnable[8];     /* "1" when the LEDs sleep */
+    char GatewaySleepEnable[8]; /* whether the gateway sleeps, 1 or 0 */
+    char WiFiSleepEnable[8];    /* whether the Wi-Fi sleeps, 1 or 0 */
+    char LedSleepEnable[8];     /* whether the LEDs sleep, 1 or 0 */
     char StartTime[8];          /* start of the sleep, HH:MM */
     char EndTime[8];            /* end of the sleep, HH:MM */
 } HgSleepInfo;
@@ -300,10 +301,10 @@ int32_t devapi_set_hg_sleep_info(const HgSleepInfo *info);
 typedef struct NetInspectInfo {
     char reserved0[128];   /* not read */
     char WanStatus[64];    /* state of the WAN connection */
-    char NetStatus[392];   /* state of the Internet connection */
+    char NetStatus[392];   /* state of the Internet connection, 1 or 0 */
     char WanIP[64];        /* IP address of the WAN side */
     char NetMask[256];     /* network mask of the WAN side */
-    char DnsStatus[8];     /* DNS state */
+    char DnsStatus[8];     /* DNS state, 1 or 0 */
     char NetQuality[1032]; /* quality of the connection */
 } NetInspectInfo;
 
@@ -330,7 +331,7 @@ typedef struct WifiInspectInfo {
     char Channel[8];        /* channel in use */
     char Congestion[8];     /* congestion of the channel, % */
     char PowerLevel[8];     /* transmit power, % */
-    char FireWallEnable[4]; /* switch of the firewall */
+    char FireWallEnable[4]; /* whether the firewall is on, 1 or 0 */
 } WifiInspectInfo;
 
 /* Fills WiFiDevNum, Security, Channel and Congestion. Any result other than 0 is a failure, after
@@ -389,13 +390,13 @@ typedef struct SsidInfo {
     char PowerLevel[64];         /* transmit power, % */
     char Channel[8];             /* channel that is set */
     char UsedChannel[8];         /* channel in use; only read */
-    char Enable[8];              /* "1" when the network is on */
+    char Enable[8];              /* whether the network is on, 1 or 0 */
     char Bandwidth[16];          /* bandwidth of the channel, MHz */
-    char Type[16];               /* number of the band, 0 for 2.4 GHz, any other for 5 GHz; only
-                                    read */
-    char Mode[8];                /* wireless standards in use */
-    char AdvertisementEnable[8]; /* "1" when the name is broadcast */
-    char Beamforming[8];         /* "1" when beamforming is on */
+    char Type[16];               /* band of the SSID: "0" for 2.4 GHz, any other number for 5 GHz;
+                                    only read */
+    char Mode[8];                /* newest wireless standard in use */
+    char AdvertisementEnable[8]; /* whether the name is broadcast, 1 or 0 */
+    char Beamforming[8];         /* whether beamforming is on, 1 or 0 */
     char PermissionProperty[8];  /* permissions of clients; only read */
 } SsidInfo;
 
@@ -451,10 +452,10 @@ int32_t devapi_set_ssid_list_info(const SsidInfo *info);
 typedef struct WifiSleepInfo {
     int32_t StartTimer;  /* number of the timer that starts the period */
     int32_t EndTimer;    /* number of the timer that ends it */
-    char Enable[16];     /* "1" when the period is on */
+    char Enable[16];     /* whether the period is on, 1 or 0 */
     char StartTime[32];  /* start of the sleep, HH:MM */
     char EndTime[32];    /* end of the sleep, HH:MM */
-    char DaysOfWeek[32]; /* days of the week, as in 1,3,7 */
+    char DaysOfWeek[32]; /* days of the week, such as 1,3,7 */
 } WifiSleepInfo;
 
 /* Fills info for the period of the two timers that are set in it. Any result other than 0 is
@@ -482,7 +483,7 @@ typedef struct ScanEntry {
     char WPACypher[64];  /* cipher of WPA */
     char WPA2Cypher[64]; /* cipher of WPA2 */
     char Band[64];       /* frequency band */
-    char Connected[64];  /* "1" when the router is connected to it */
+    char Connected[64];  /* whether the router is connected to it, 1 or 0 */
 } ScanEntry;
 
 /* The result of a scan. */
@@ -529,19 +530,19 @@ int32_t devapi_get_all_wifi_channel_list(WifiChannelList *list);
 /* The guest network of one band. A text "-1" means that the value was not given. */
 typedef struct GuestWifiInfo {
     char reserved0[4];           /* not used */
-    char RadioEnable[8];         /* "1" when the band's radio is on; only read */
-    char Enable[16];             /* "1" when the guest network is on */
+    char RadioEnable[8];         /* whether the band's radio is on, 1 or 0; only read */
+    char Enable[16];             /* whether the guest network is on, 1 or 0 */
     char SSID[64];               /* network name */
     char Band[16];               /* the band */
-    char ContinueTime[8];        /* whole days for which it stays open */
-    char HourTime[8];            /* hours for which it stays open */
+    char ContinueTime[8];        /* days for which the network stays open */
+    char HourTime[8];            /* hours for which it stays open, in addition to the days */
     char EndTimestamp[16];       /* seconds for which it stays open, computed by the plug-in: "-1",
                                     or a number that may have wrapped at 32 bits */
     char Remainingtime[16];      /* seconds left; only read */
     char PWD[64];                /* password */
     char ENCRYPT[16];            /* type of encryption */
-    char Mode[8];                /* wireless standards in use */
-    char AdvertisementEnable[8]; /* "1" when the name is broadcast */
+    char Mode[8];                /* newest wireless standard in use */
+    char AdvertisementEnable[8]; /* whether the name is broadcast, 1 or 0 */
     char PermissionProperty[8];  /* permissions of guests; only read */
 } GuestWifiInfo;
 
@@ -621,7 +622,7 @@ int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size);
 /* The number of WAN connections and their names. */
 typedef struct WanNum {
     char NUM[8];           /* number of connections */
-    char Description[200]; /* their names */
+    char Description[200]; /* names of the connections */
 } WanNum;
 
 /* Fills info. Any result other than 0 is a failure, after which info is not read. */
@@ -630,15 +631,16 @@ int32_t devapi_get_wan_num(WanNum *info);
 /* One WAN connection; every value, including numbers and switches, is a text. */
 typedef struct WanInfo {
     char INDEX[64];                 /* number of the connection */
-    char IFNAME[64];                /* its network interface */
+    char IFNAME[64];                /* network interface of the connection */
     char CONNECTIONSTATUS[64];      /* state of the IPv4 connection */
     char Reserved1[8];              /* not used; stays zero */
-    char CONNECTIONTYPE[64];        /* routed or bridged */
-    char PROTOCOL[64];              /* protocols on it, IPv4, IPv6 or both */
-    char UPLINKMODE[64];            /* how it gets its addresses, as the platform names it */
-    char WANName[64];               /* its name, which selects the connection */
-    char SERVICELIST[64];           /* services that use it */
-    char ADDRESSTYPE[64];           /* how it gets its IPv4 address */
+    char CONNECTIONTYPE[64];        /* whether the connection is routed or bridged */
+    char PROTOCOL[64];              /* IP versions of the connection */
+    char UPLINKMODE[64];            /* how the connection gets its addresses, in the terms of the
+                                       platform */
+    char WANName[64];               /* name of the connection, which selects it */
+    char SERVICELIST[64];           /* services that use the connection */
+    char ADDRESSTYPE[64];           /* how the connection gets its IPv4 address */
     char IPADDRESS[64];             /* IPv4 address */
     char SUBNETMASK[64];            /* IPv4 mask */
     char GATEWAY[64];               /* IPv4 address of the default gateway */
@@ -647,20 +649,20 @@ typedef struct WanInfo {
     char Reserved2[16];             /* not used; stays zero */
     char IPV6_CONNECTIONSTATUS[64]; /* state of the IPv6 connection */
     char IPV6_PRIFIX[64];           /* IPv6 prefix for the LAN */
-    char IPV6_PREFIXLENGTH[64];     /* its length in bits */
+    char IPV6_PREFIXLENGTH[64];     /* length of the IPv6 prefix */
     char IPV6_IPADDRESS[64];        /* IPv6 address */
     char IPV6_GATEWAY[64];          /* IPv6 address of the default gateway */
     char IPV6_DNS1[64];             /* first DNS server, IPv6 */
     char IPV6_DNS2[64];             /* second DNS server, IPv6 */
     char PPPOE_USR_NAME[64];        /* name of the PPPoE account */
-    char PPPOE_PASSWORD[64];        /* its password */
-    char PPPOE_PROXY[64];           /* whether hosts may connect themselves */
+    char PPPOE_PASSWORD[64];        /* password of the PPPoE account */
+    char PPPOE_PROXY[64];           /* whether hosts may connect themselves, 1 or 0 */
     char PPPOE_SERVICENAME[64];     /* name of the PPPoE service */
     char PPPOE_DIAL_MODE[64];       /* when the connection is established */
-    char NATENABLE[64];             /* switch of NAT */
-    char QOSENABLE[64];             /* switch of quality of service */
+    char NATENABLE[64];             /* whether NAT is on, 1 or 0 */
+    char QOSENABLE[64];             /* whether quality of service is on, 1 or 0 */
     char VLANID[64];                /* number of the VLAN */
-    char VLANPRIORITY[64];          /* its priority, 0 to 7 */
+    char VLANPRIORITY[64];          /* priority of the VLAN */
 } WanInfo;
 
 /* Fills info for the connection named by WANName. Any result other than 0 is a failure, after which
@@ -694,28 +696,28 @@ typedef struct AdBaseInfo {
     char Mac[32];                  /* MAC address */
     char UID[32];                  /* unique identifier */
     char DevType[32];              /* type of device */
-    char DevFactory[32];           /* its manufacturer */
-    char Name[32];                 /* its host name */
+    char DevFactory[32];           /* manufacturer */
+    char Name[32];                 /* host name */
     char ByName[32];               /* name given by the user */
     char OS[32];                   /* operating system */
     char Version[32];              /* version of the operating system */
-    char NetStatus[8];             /* whether it is online */
-    char NetMonopoly[32];          /* whether it has exclusive bandwidth */
-    char AccessType[32];           /* how it is attached: cable, or the band */
-    char AccessEnable[8];          /* whether it may reach the Internet */
-    char AccessTime[32];           /* time at which it was attached, s */
+    char NetStatus[8];             /* whether it is online, 1 or 0 */
+    char NetMonopoly[32];          /* whether it has exclusive bandwidth, 1 or 0 */
+    char AccessType[32];           /* how it is attached */
+    char AccessEnable[8];          /* whether it may reach the Internet, 1 or 0 */
+    char AccessTime[32];           /* time at which it was attached, Unix time */
     char UpSpeed[32];              /* current upstream rate, kbit/s */
     char DownSpeed[32];            /* current downstream rate, kbit/s */
     char ip[64];                   /* IP address */
     char AccessCode[32];           /* how it is attached, as a decimal number; "1" for an SSID */
     char SSIDIndex[48];            /* number of the SSID, decimal */
     char LinkStatus[8];            /* state of its link, decimal; "0" when it is offline */
-    char SpeedLimit[8];            /* switch of the speed limits; no command sets it */
+    char SpeedLimit[8];            /* whether the speed limits are on, 1 or 0; no command sets it */
     char DownLimit[16];            /* download limit, kbit/s */
     char UpLimit[16];              /* upload limit, kbit/s; no command sets it */
-    char GreennetProtectEnable[8]; /* whether it is under parental control */
+    char GreennetProtectEnable[8]; /* whether it is under parental control, 1 or 0 */
     char Dbm[8];                   /* signal strength, dBm */
-    char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address */
+    char StaticDhcpEnable[8];      /* whether its IP address is bound to its MAC address, 1 or 0 */
 } AdBaseInfo;
 
 /* Fills info for the device with the host index. 1000 means that there is no such device. For
@@ -743,7 +745,7 @@ typedef struct AttachDeviceRight {
                                      setting */
     char MAC[64];                 /* MAC address, which selects the device of a setting */
     char name[64];                /* its host name */
-    char InternetAccessRight[64]; /* the right */
+    char InternetAccessRight[64]; /* whether the device may reach the Internet */
 } AttachDeviceRight;
 
 /* Fills info for the device with the host index. Any result other than 0 is a failure: the device
@@ -755,7 +757,7 @@ int32_t devapi_set_attach_device_right(const AttachDeviceRight *info);
 
 /* The switch of the firewall. */
 typedef struct FirewallSwitch {
-    char Enable[16]; /* "1" for on, "0" for off */
+    char Enable[16]; /* whether the firewall is on, 1 or 0 */
 } FirewallSwitch;
 
 /* Switches the firewall. Any result other than 0 is a failure. */
@@ -788,8 +790,8 @@ typedef struct GreenHostInfo {
     char HostIndex[8];     /* host index in the table, decimal, which selects the entry */
     char Mac[64];          /* MAC address */
     char Name[64];         /* name given by the user */
-    char NotifyEnable[8];  /* whether notices about the device are wanted */
-    char ProtectEnable[8]; /* whether it is protected; set by devapi_set_protect_enable() */
+    char NotifyEnable[8];  /* whether notices about the device are wanted, 1 or 0 */
+    char ProtectEnable[8]; /* whether it is protected, 1 or 0; set by devapi_set_protect_enable() */
     char NewEntry[8];      /* in a setting, "1" when the entry has just been added, else "0" */
 } GreenHostInfo;
 
@@ -830,8 +832,8 @@ typedef struct ProtectPeriodInfo {
     int32_t PeriodNum;  /* number of the period, from 1 */
     char StartTime[8];  /* beginning, HH:MM */
     char EndTime[8];    /* end, HH:MM */
-    char Enable[8];     /* "1" when the period is in force */
-    char DaysOfWeek[8]; /* days on which it begins, as in 12345 */
+    char Enable[8];     /* whether the period is in force, 1 or 0 */
+    char DaysOfWeek[8]; /* days on which it begins, such as 12345 */
 } ProtectPeriodInfo;
 
 /* Sets *count to the number of periods of the entry. *count is 0 before the call. The result
@@ -860,11 +862,11 @@ int32_t devapi_set_protect_enable(int32_t enable, int32_t index);
 
 /* The time of day at which the router may update itself. */
 typedef struct UpdateSchedule {
-    char Enable[2];      /* "1" when it may update itself */
-    char StartHour[8];   /* start, hour */
-    char StartMinute[8]; /* start, minute */
-    char EndHour[8];     /* end, hour */
-    char EndMinute[8];   /* end, minute */
+    char Enable[2];      /* whether it may update itself, 1 or 0 */
+    char StartHour[8];   /* hour of the start */
+    char StartMinute[8]; /* minute of the start */
+    char EndHour[8];     /* hour of the end */
+    char EndMinute[8];   /* minute of the end */
 } UpdateSchedule;
 
 /* Fills schedule. Any result other than 0 is a failure, after which schedule is not read. */
@@ -878,7 +880,7 @@ int32_t devapi_set_update_schedule(const UpdateSchedule *schedule);
  * needs long for sending does it on a separate thread.
  *
  * url:      the URL, unchanged from the request, of any length.
- * log_type: which log, by its name in the platform.
+ * log_type: which log, by the name that the platform gives it.
  * mac:      the router's MAC address without colons; shorter than 24 bytes.
  *
  * The result is ignored.
@@ -918,7 +920,7 @@ typedef struct ChildRouterInfo {
     char RouterDeviceID[32];        /* identifier of the router */
     char Name[64];                  /* its name */
     char Mac[64];                   /* MAC address, which selects its stations */
-    char NetStatus[8];              /* whether it is online */
+    char NetStatus[8];              /* whether it is online, 1 or 0 */
     char ChildRouterAccessType[8];  /* how it reaches its parent */
     char UpSpeed[16];               /* current upstream rate, kbit/s */
     char DownSpeed[16];             /* current downstream rate, kbit/s */
@@ -936,8 +938,8 @@ typedef struct ChildRouterInfo {
     MeshLink links[MESH_MAX_LINKS]; /* the mesh links */
     int32_t link_count;             /* number of entries */
     char Reserved[16];              /* not used */
-    char LinkSpeed[16];             /* speed of its link, Mbit/s; only filled for a path of the
-                                       parameter tree */
+    char LinkSpeed[16];             /* speed of its link to the parent, Mbit/s; only filled for a
+                                       path of the parameter tree */
 } ChildRouterInfo;
 
 /* Fills info for a child router, given by its identifier or its host index. For GET_UPDATE_STATUS
@@ -989,11 +991,16 @@ int32_t devapi_get_childsta_base_info(AdBaseInfo *info);
  * result other than 0 is a failure, after which *count is not read. */
 int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t argument);
 
-/* Writes the model of the router to model. model has room for size + 1 bytes. The result
- * is ignored: model is used as the call leaves it. */
+/* Writes the model of the router to model. With the model "QX2040B", GET_TSLINK_TOPOLOGY_INFO
+ * reports the links between routers. model has room for size + 1 bytes. The result is ignored:
+ * model is used as the call leaves it. */
 int32_t devapi_get_devicemodel(char *model, int32_t size);
 
-/* Writes the code of the operator's area to code. code has room for size bytes. The result
+/* Writes the code of the operator's area to code. It selects variants of three reports:
+ * json_get_main_router_info() and the stations of json_get_topo_router_info() have fewer keys if it
+ * contains "TH_OLV", and the child routers of json_get_topo_router_info() if it contains "OLV",
+ * both ignoring case; json_get_topo_router_agent_info_bynewmethod() reports the links between
+ * routers if it contains "ARVEN", "KOLM" or "SEDRANO". code has room for size bytes. The result
  * is ignored: code is used as the call leaves it. */
 int32_t devapi_get_basic_area_code(char *code, int32_t size);
 
@@ -1115,7 +1122,8 @@ int32_t devapi_get_node_dev_info_by_newmetod(const char *path, ChildRouterInfo *
 
 /* The stations of a router. */
 typedef struct StationList {
-    int32_t count;                          /* number of entries */
+    int32_t count;                          /* number of entries, of which the first 32 are
+                                               reported */
     AdBaseInfo stations[MESH_MAX_STATIONS]; /* the stations */
 } StationList;
 
@@ -1165,15 +1173,15 @@ int32_t devapi_set_kaa_heartbeat(const char *heartbeat);
 
 /* The switch and the mode of the mesh. */
 typedef struct MeshStatus {
-    char MeshEnable[8]; /* "1" when the mesh is on */
-    char MeshMode[8];   /* its mode */
+    char MeshEnable[8]; /* whether the mesh is on, 1 or 0 */
+    char MeshMode[8];   /* mode of the mesh */
 } MeshStatus;
 
 /* Fills status. Any result other than 0 is a failure, after which status is not read. */
 int32_t devapi_get_mesh_status(MeshStatus *status);
 
-/* Results of devapi_set_mesh_status() that clients get different reasons for, which are these
- * names; clients expect the crossed numbering. */
+/* Results of devapi_set_mesh_status() for which clients get separate reasons, named like the
+ * constants. The numbers in the names are reversed: existing clients rely on that. */
 #define MESH_BUSY_1 3 /* the reason "MESH_BUSY_1" */
 #define MESH_BUSY_0 4 /* the reason "MESH_BUSY_0" */
 
@@ -1182,7 +1190,7 @@ int32_t devapi_set_mesh_status(const MeshStatus *status);
 
 /* The period in which new routers may join the mesh. */
 typedef struct PairStatus {
-    char Enable[8]; /* "1" to open it, "0" to close it */
+    char Enable[8]; /* whether routers may join from now on, 1 or 0 */
     char Time[8];   /* how long it stays open, s */
 } PairStatus;
 
@@ -1203,9 +1211,9 @@ int32_t devapi_set_wps_state(const WpsState *state);
 
 /* The LEDs. */
 typedef struct LedInfo {
-    char LedSwitch[2]; /* "1" when they are on */
-    char LedCoLor[8];  /* their colour */
-    char LedLight[10]; /* their brightness, % */
+    char LedSwitch[2]; /* whether the LEDs are on, 1 or 0 */
+    char LedCoLor[8];  /* colour of the LEDs */
+    char LedLight[10]; /* brightness of the LEDs, % */
 } LedInfo;
 
 /* Fills info. Only -1 is a failure, after which info is not read. */
@@ -1231,8 +1239,8 @@ int32_t devapi_del_device(const char *mac);
 
 /* The number of access points on each channel of a WifiChannelList, in its order. */
 typedef struct ChannelApNum {
-    int32_t counts_24g[64]; /* of the 2.4 GHz channels */
-    int32_t counts_5g[64];  /* of the 5 GHz channels */
+    int32_t counts_24g[64]; /* numbers for the 2.4 GHz channels */
+    int32_t counts_5g[64];  /* numbers for the 5 GHz channels */
 } ChannelApNum;
 
 /* Fills counts for the channels of the list, which is passed as devapi_get_all_wifi_channel_list()
@@ -1241,15 +1249,15 @@ int32_t devapi_get_channel_ap_num(const WifiChannelList *channels, ChannelApNum 
 
 /* The result of a check of the links. */
 typedef struct LinkInfo {
-    char Wifi24Enable[8];       /* "1" when the 2.4 GHz radio is on */
-    char Wifi24Channel[8];      /* its channel */
-    char Wifi24ChannelCheck[8]; /* state of that channel */
-    char Wifi58Enable[8];       /* "1" when the 5 GHz radio is on */
-    char Wifi58ChannelCheck[8]; /* state of its channel */
-    char Wifi58Channel[8];      /* that channel */
+    char Wifi24Enable[8];       /* whether the 2.4 GHz radio is on, 1 or 0 */
+    char Wifi24Channel[8];      /* channel of the 2.4 GHz radio */
+    char Wifi24ChannelCheck[8]; /* quality of the 2.4 GHz channel */
+    char Wifi58Enable[8];       /* whether the 5 GHz radio is on, 1 or 0 */
+    char Wifi58ChannelCheck[8]; /* quality of the 5 GHz channel */
+    char Wifi58Channel[8];      /* channel of the 5 GHz radio */
     char LanIP[32];             /* IP address on the LAN side */
     char WanIp[32];             /* IP address on the WAN side */
-    char DnsCheck[8];           /* DNS state; also reported as the DHCP state */
+    char DnsCheck[8];           /* DNS state, 1 or 0; also reported as the DHCP state */
     char Reserved[56];          /* not used */
 } LinkInfo;
 
@@ -1273,9 +1281,9 @@ int32_t devapi_get_sta_rssi_by_ip(const char *ip, int32_t *dbm);
 
 /* A type of traffic that a rule matches. */
 typedef struct QosType {
-    char Type[16];     /* field that is compared */
-    char Min[64];      /* lowest value */
-    char Max[64];      /* highest value */
+    char Type[16];     /* field of the packets that is compared */
+    char Min[64];      /* lowest value that matches */
+    char Max[64];      /* highest value that matches */
     char Reserved[64]; /* not used; stays zero */
 } QosType;
 
@@ -1299,7 +1307,8 @@ typedef struct QosApplication {
 
 /* Quality of service as a whole. */
 typedef struct QosInfo {
-    char Enable[8];                                    /* "1" when it is on */
+    char Enable[8];                                    /* whether quality of service is on,
+                                                          1 or 0 */
     int32_t application_count;                         /* number of applications, at most 4; a
                                                           negative number means none */
     QosApplication applications[QOS_MAX_APPLICATIONS]; /* the applications */
@@ -1348,15 +1357,15 @@ typedef struct SpeedTest {
  * after which test is not read. */
 int32_t devapi_speedtest_request(SpeedTest *test);
 
-/* NAT helpers (ALG) by protocol, each "1" or "0". */
+/* NAT helpers (ALG) by protocol. */
 typedef struct AlgAbility {
-    char PPTP[8];  /* PPTP */
-    char FTP[8];   /* FTP */
-    char IPSEC[8]; /* IPsec */
-    char L2TP[8];  /* L2TP */
-    char RTSP[8];  /* RTSP */
-    char H323[8];  /* H.323 */
-    char SIP[8];   /* SIP */
+    char PPTP[8];  /* whether the helper for PPTP is on, 1 or 0 */
+    char FTP[8];   /* whether the helper for FTP is on, 1 or 0 */
+    char IPSEC[8]; /* whether the helper for IPsec is on, 1 or 0 */
+    char L2TP[8];  /* whether the helper for L2TP is on, 1 or 0 */
+    char RTSP[8];  /* whether the helper for RTSP is on, 1 or 0 */
+    char H323[8];  /* whether the helper for H.323 is on, 1 or 0 */
+    char SIP[8];   /* whether the helper for SIP is on, 1 or 0 */
 } AlgAbility;
 
 /* Fills ability. Any result other than 0 is a failure, after which ability is not read. */
@@ -1367,7 +1376,7 @@ int32_t devapi_set_ap_alg_ability(const AlgAbility *ability);
 
 /* The switch of UPnP. */
 typedef struct UpnpState {
-    char Enable[8]; /* "1" when it is on */
+    char Enable[8]; /* whether UPnP is on, 1 or 0 */
 } UpnpState;
 
 /* Fills state. Any result other than 0 is a failure, after which state is not read. */
