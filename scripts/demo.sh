@@ -105,7 +105,7 @@ evening_in_the_browser() {
     show 'hg-mkimage --product HGU-AX3000 --version V3.0.0 --date 2026-01-01 "$DEMO/new.image"'
     show 'hgagent call --socket "$DEMO/socket" UPDATE_IMMEDIATE \
     "{\"Image\": {\"UpdateUrl\": \"file://$DEMO/new.image\"}}"'
-    step commands 'Each of the 109 commands as a form, with request, reply and device calls'
+    step commands 'Each command as a form, with request, reply and device calls'
     if [ -t 0 ]; then
         read -rp "${bold}Enter ends the service.$normal "
     fi

@@ -25,7 +25,7 @@ constexpr std::array<ShellWordHelp, 8> kWords = {{
     {"events", "events on [PATTERN] | off", "Show what happens by itself, or no longer"},
     {"help", "help [NAME]", "Show this, or what a command takes and replies"},
     {"list", "list [PATTERN]", "List the commands"},
-    {"status", "status", "Show which service this is, and since when it has been answering"},
+    {"status", "status", "Show which service this is"},
     {"quit", "quit", "End; so does the end of input (Ctrl-D)"},
     {"exit", "exit", "The same"},
 }};

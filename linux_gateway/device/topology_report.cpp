@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The part of the topology report that is not about attached hosts. There is no mesh: the gateway
-// is the only router.
+// The topology report. There is no mesh: the gateway is the only router.
 #include "core/device_call.h"
 #include "system/load_meter.h"
 
@@ -23,6 +22,14 @@ int32_t devapi_get_mesh_type()
 int32_t devapi_call_tslink_set_topo_speed()
 {
     return 0;
+}
+
+int32_t devapi_get_dev_tol_num(int32_t *count, intptr_t)
+{
+    return query(__func__, [&](const View &view) {
+        *count = static_cast<int32_t>(view.network->hosts.size());
+        return 0;
+    });
 }
 
 static int32_t put_code(const char *function, char *code, int32_t size,

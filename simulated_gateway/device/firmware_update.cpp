@@ -84,17 +84,3 @@ int32_t devapi_flash_update_image(const char *url)
     // A fault plan may make the function return 0, too.
     return result == 0 && reboot_would_be_real() ? -1 : result;
 }
-
-// ---- Notices to the app ------------------------------------------------------------------------
-
-int32_t devapi_get_iotagtd_device_mac(char *mac, int32_t size)
-{
-    return query(__func__, {reply_text("mac", mac), number("size", size)}, [&](const State &state) {
-        const std::string &own = state.home.identity.mac;
-        if (size <= static_cast<int64_t>(own.size())) {
-            throw Error("there is no room for the address");
-        }
-        put_text({mac, static_cast<size_t>(size)}, own);
-        return 0;
-    });
-}

@@ -109,17 +109,3 @@ int32_t devapi_get_node_sta_info_by_newmetod(StationList *list, const char *path
                      return 0;
                  });
 }
-
-int32_t devapi_get_child_mesh_info_bynewmethod(const char *mac, ChildMeshList *list)
-{
-    return query(__func__, {request_text("mac", mac), reply("list", list)},
-                 [&](const State &state) {
-                     const Home &home = state.home;
-                     const ChildRouter &router = child_router_named(home, mac);
-                     list->count = 0;
-                     for (const ChildRouter *child : active_children(home, &router)) {
-                         fill(list->children[list->count++], home, *child);
-                     }
-                     return 0;
-                 });
-}

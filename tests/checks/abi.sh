@@ -29,7 +29,8 @@ for seen_in in lib/libsmart_router_service.so lib/libminimal_device.so bin/minim
     fi
 done
 if [ "$changed" -ne 0 ]; then
-    echo "The interface has changed. Raise the version in processjsonability.h as it says there, and take"
-    echo "the new baseline: tests/checks/abi.sh $1 --update"
+    echo "The interface has changed. Raise the version in processjsonability.h as it says there, for device"
+    echo "functions also that in protocol/device/interface.json, unless that has been done since the last release,"
+    echo "and take the new baseline: tests/checks/abi.sh $1 --update"
 fi
 exit "$changed"

@@ -20,9 +20,10 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(sys.argv.pop())
 FOLDERS = ("docs", "protocol", "simulated_gateway", "smart_router_service", "tests/protocol",
            "tests/support")
-STEPS = {int(number): code for number, code in re.findall(
-    r"^### (\d)\. .*?^```\w+\n(.*?)^```", (ROOT / "docs/adding-a-command.md").read_text(encoding="utf-8"),
-    re.M | re.S)}
+CODE = [(int(number), code)
+        for number, step in re.findall(r"^### (\d)\. (.*?)(?=^###? )",
+                                       (ROOT / "docs/adding-a-command.md").read_text(encoding="utf-8"), re.M | re.S)
+        for code in re.findall(r"^```\w+\n(.*?)^```", step, re.M | re.S)]
 
 
 def as_last_element(text, code):
@@ -39,13 +40,29 @@ def as_last_row(text, code):
     return f"{text[:end]}) \\\n{code}{text[end + 2:]}"
 
 
-PLACES = {
-    1: ("protocol/device/device_identity.json", as_last_element),
-    2: ("smart_router_service/device_identity.cpp", at_the_end),
-    3: ("smart_router_service/commands.h", as_last_row),
-    4: ("protocol/commands/GET_AREA_INFO.json", lambda _, code: code),
-    5: ("simulated_gateway/device/device_identity.cpp", at_the_end),
-}
+def after(beginning):
+    """Below the first statement that begins so."""
+    def put(text, code):
+        end = text.index(";\n", text.index(beginning)) + 2
+        return f"{text[:end]}{code}{text[end:]}"
+    return put
+
+
+def as_file(_, code):
+    return code
+
+
+# Where each piece of code belongs, with its step.
+PLACES = [
+    (1, "protocol/device/device_identity.json", as_last_element),
+    (2, "smart_router_service/device_identity.cpp", at_the_end),
+    (3, "smart_router_service/commands.h", as_last_row),
+    (4, "protocol/commands/GET_AREA_INFO.json", as_file),
+    (4, "protocol/commands/SET_AREA_INFO.json", as_file),
+    (5, "simulated_gateway/device/device_identity.cpp", at_the_end),
+    (5, "simulated_gateway/model/model.h", after("    std::string vlan_capability")),
+    (5, "simulated_gateway/model/model.h", after('        visit.field("vlan_capability"')),
+]
 
 
 def compile_entries():
@@ -59,7 +76,7 @@ def compile_entries():
     return entries
 
 
-@unittest.skipIf((ROOT / PLACES[4][0]).exists(), "the page's example has been added to this tree")
+@unittest.skipIf((ROOT / PLACES[3][1]).exists(), "the page's example has been added to this tree")
 class AddingACommandTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -69,11 +86,11 @@ class AddingACommandTest(unittest.TestCase):
             shutil.copytree(ROOT / name, self.tree / name, ignore=shutil.ignore_patterns("node_modules"))
 
     def take_steps(self, but=None):
-        for step, (path, put) in PLACES.items():
+        for (step, path, put), (_, code) in zip(PLACES, CODE):
             if step != but:
                 file = self.tree / path
                 text = file.read_text(encoding="utf-8") if file.exists() else ""
-                file.write_text(put(text, STEPS[step]), encoding="utf-8")
+                file.write_text(put(text, code), encoding="utf-8")
                 self.assertNotEqual(file.read_text(encoding="utf-8"), text, path)
         self.run_script("protocol/generate.py")
 
@@ -86,7 +103,7 @@ class AddingACommandTest(unittest.TestCase):
         return self.run_script("tests/protocol/check_descriptions.py")
 
     def test_the_page_has_the_places_of_this_test(self):
-        self.assertEqual(STEPS.keys(), PLACES.keys())
+        self.assertEqual([step for step, _ in CODE], [step for step, _, _ in PLACES])
 
     def test_the_steps_make_a_command(self):
         self.take_steps()
@@ -94,8 +111,8 @@ class AddingACommandTest(unittest.TestCase):
             status, output = self.run_script(f"tests/protocol/{check}")
             self.assertEqual(status, 0, output)
         entries = compile_entries()
-        for step in (2, 5):
-            self.compile(entries[str(ROOT / PLACES[step][0])])
+        for path in {path for _, path, _ in PLACES if path.endswith(".cpp")}:
+            self.compile(entries[str(ROOT / path)])
 
     def compile(self, entry):
         line = entry["command"]

@@ -167,7 +167,9 @@ class RequestTest : public testing::TestWithParam<Subject> {
         whole = run(rich);
         const Json object = parse(whole.object);
         success = agent::reply_given(description, request.get(), object.get());
-        ASSERT_NE(success, nullptr) << whole.object;
+        ASSERT_NE(success, nullptr)
+            << agent::undescribed(description, request.get(), object.get()) << '\n'
+            << rich << "\nbecame " << whole.object;
         added = members_behind(left(request.get(), success), whole.object);
     }
 

@@ -42,7 +42,7 @@ def mismatch(reply, request, described, case_sensitive=False):
         if first is not None and (name not in conditional or isinstance(first[1], str)):
             rest.remove(first)
     if reply[: len(rest)] != rest:
-        return f"the request's keys should be left as {[key for key, _ in rest]}"
+        return f"the request's keys should be left as {[key for key, _ in rest]}; \"removes\" names all others"
     return object_mismatch(reply[len(rest):], described["keys"])
 
 

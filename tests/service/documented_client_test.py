@@ -16,9 +16,9 @@ with tempfile.TemporaryDirectory() as folder:
     service = subprocess.Popen([hgagent, "run", "--socket", path], stderr=subprocess.PIPE, text=True)
     try:
         assert service.stderr.readline() == f"listening on unix:{path}\n"
-        told = subprocess.run([sys.executable, "-c", client, path, "GET_SN_INFO", "SET_WIFI_INFO"],
+        told = subprocess.run([sys.executable, "-c", client, path, "GET_SN_INFO", "SET_WIFI_INFO", "GET_SN"],
                               capture_output=True, text=True, check=False)
-        assert told.stdout == "GET_SN_INFO 0\nSET_WIFI_INFO 1\n", told
+        assert told.stdout == "GET_SN_INFO 0\nSET_WIFI_INFO 1\nGET_SN {'id': 2, 'result': -3, 'reply': {}}\n", told
         told = subprocess.run(["socat", "-t60", "-", "UNIX-CONNECT:" + path], check=True, text=True,
                               input='{"id":1,"command":"GET_SN_INFO"}\n', capture_output=True)
         assert told.stdout.startswith('{"id":1,"result":0,"reply":{"Status":"0"'), told

@@ -60,6 +60,19 @@ TEST_F(StateFileTest, IsCreatedWhenMissingAndHoldsEverything)
     EXPECT_EQ(made.at("factory"), home);
 }
 
+// A field that homes of earlier versions do not have is optional.
+TEST_F(StateFileTest, OfVersion010IsLoaded)
+{
+    size_t count = 0;
+    for (const auto &file : std::filesystem::directory_iterator(OLD_STATES)) {
+        write("state.json", read(file.path()));
+        EXPECT_EQ(open({.state_file = state()}), "");
+        close();
+        ++count;
+    }
+    EXPECT_GT(count, 0U);
+}
+
 TEST_F(StateFileTest, IsUsableWithoutItsScenario)
 {
     nlohmann::json home = house();
