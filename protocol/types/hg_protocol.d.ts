@@ -468,7 +468,7 @@ export interface GetHgGuestSsidSuccess {
   PWD: string;
   /** type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 16 bytes */
   ENCRYPT: string;
-  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes */
+  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; at most 8 bytes */
   Mode: string;
   /** whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   AdvertisementEnable: string;
@@ -1710,7 +1710,7 @@ export interface GetWifiInfoSuccess {
   Bandwidth: string;
   /** whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   AdvertisementEnable: string;
-  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes */
+  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; at most 8 bytes */
   Mode: string;
   /** whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   Beamforming: string;
@@ -1755,7 +1755,7 @@ export interface GetWifiListInfoWIFIList {
   Bandwidth: string;
   /** whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   AdvertisementEnable: string;
-  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes */
+  /** newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; at most 8 bytes */
   Mode: string;
   /** whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes */
   Beamforming: string;
@@ -3090,7 +3090,7 @@ export interface SetHgGuestSsidRequest {
   HourTime?: string;
   /** ignored, but removed: the plug-in computes the seconds from ContinueTime and HourTime */
   EndTimestamp?: unknown;
-  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes */
+  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; truncated to 7 bytes */
   Mode?: string;
   /** whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   AdvertisementEnable?: string;
@@ -3445,7 +3445,7 @@ export interface SetQosClassificationInfoRequestTypeList {
 
 /** SET_QOS_CLASSIFICATION_INFO: Adds, deletes or changes a rule of quality of service. */
 export interface SetQosClassificationInfoRequest {
-  /** identifier of the rule; the device assigns that of an added rule; whole number from 1, e.g. "1"; truncated to 7 bytes */
+  /** identifier of the rule; ignored when a rule is added, since the device assigns one; whole number from 1, e.g. "1"; truncated to 7 bytes */
   Id: string;
   /** "1" adds the rule, "2" deletes it, anything else changes it; whole number, e.g. "1"; truncated to 7 bytes */
   Action: string;
@@ -3791,7 +3791,7 @@ export interface SetWifiInfoRequest {
   Enable: string;
   /** whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   AdvertisementEnable?: string;
-  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes */
+  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; truncated to 7 bytes */
   Mode?: string;
   /** whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   Beamforming?: string;
@@ -3858,7 +3858,7 @@ export interface SetWifiInfoListRequestWifilist {
   Bandwidth?: string;
   /** whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   AdvertisementEnable?: string;
-  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes */
+  /** newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; truncated to 7 bytes */
   Mode?: string;
   /** whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes */
   Beamforming?: string;

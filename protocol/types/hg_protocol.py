@@ -532,7 +532,7 @@ class GetHgGuestSsidSuccess(TypedDict):
     PWD: str
     # type of encryption; OPEN, WPA2, WPA3 or WPA2/3; at most 16 bytes
     ENCRYPT: str
-    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes
+    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; at most 8 bytes
     Mode: str
     # whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     AdvertisementEnable: str
@@ -1902,7 +1902,7 @@ class GetWifiInfoSuccess(TypedDict):
     Bandwidth: str
     # whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     AdvertisementEnable: str
-    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes
+    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; at most 8 bytes
     Mode: str
     # whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     Beamforming: str
@@ -1951,7 +1951,7 @@ class GetWifiListInfoWIFIList(TypedDict):
     Bandwidth: str
     # whether the name is broadcast; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     AdvertisementEnable: str
-    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax; at most 8 bytes
+    # newest wireless standard in use; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; at most 8 bytes
     Mode: str
     # whether beamforming is on; 1 for on, 0 for off, -1 if not given; at most 8 bytes
     Beamforming: str
@@ -3476,7 +3476,7 @@ class SetHgGuestSsidRequest(TypedDict):
     HourTime: NotRequired[str]
     # ignored, but removed: the plug-in computes the seconds from ContinueTime and HourTime
     EndTimestamp: NotRequired[Any]
-    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes
+    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; truncated to 7 bytes
     Mode: NotRequired[str]
     # whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     AdvertisementEnable: NotRequired[str]
@@ -3878,7 +3878,7 @@ class SetQosClassificationInfoRequestTypeList(TypedDict):
 class SetQosClassificationInfoRequest(TypedDict):
     """SET_QOS_CLASSIFICATION_INFO: Adds, deletes or changes a rule of quality of service."""
 
-    # identifier of the rule; the device assigns that of an added rule; whole number from 1, e.g. "1"; truncated to 7 bytes
+    # identifier of the rule; ignored when a rule is added, since the device assigns one; whole number from 1, e.g. "1"; truncated to 7 bytes
     Id: str
     # "1" adds the rule, "2" deletes it, anything else changes it; whole number, e.g. "1"; truncated to 7 bytes
     Action: str
@@ -4267,7 +4267,7 @@ class SetWifiInfoRequest(TypedDict):
     Enable: str
     # whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     AdvertisementEnable: NotRequired[str]
-    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes
+    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; truncated to 7 bytes
     Mode: NotRequired[str]
     # whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     Beamforming: NotRequired[str]
@@ -4338,7 +4338,7 @@ class SetWifiInfoListRequestWifilist(TypedDict):
     Bandwidth: NotRequired[str]
     # whether the name is broadcast; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     AdvertisementEnable: NotRequired[str]
-    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax; truncated to 7 bytes
+    # newest wireless standard to use; unchanged when absent; 11a, 11b, 11g, 11n, 11ac or 11ax, -1 if not given; truncated to 7 bytes
     Mode: NotRequired[str]
     # whether beamforming is on; unchanged when absent; 1 for on, 0 for off, -1 if not given; truncated to 7 bytes
     Beamforming: NotRequired[str]

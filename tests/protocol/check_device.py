@@ -154,7 +154,7 @@ def has_field(interface, record, path):
 
 
 def form_faults(interface):
-    """Whether each value has its form and fits into its field."""
+    """Whether each value has its form and fits into its field, and each form mentions its values."""
     used = set()
     for path, owner in values(interface):
         form = interface.forms.get(owner["form"])
@@ -169,6 +169,9 @@ def form_faults(interface):
         if not re.fullmatch(form.get("pattern", ".*"), example) or example not in form.get("values", [example]):
             yield f"{path}: {example} does not have the form {owner['form']}"
     yield from (f"interface.json: no value has the form {name}" for name in interface.forms.keys() - used)
+    for name, form in interface.forms.items():
+        yield from (f"interface.json: {name} does not mention {value}" for value in form.get("values", [])
+                    if value not in form["text"])
 
 
 def values(interface):

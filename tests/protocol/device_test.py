@@ -70,6 +70,10 @@ class DeviceDescriptions(unittest.TestCase):
         self.interface.forms["noon_too"] = {"text": "noon", "example": "12:00"}
         self.assert_told("no value has the form noon_too")
 
+    def test_a_form_has_to_mention_its_values(self):
+        self.interface.forms["switch"]["values"].append("2")
+        self.assert_told("interface.json: switch does not mention 2")
+
     def test_types_constants_and_fields_have_to_exist(self):
         self.field("QosInfo", "rules")["length"] = "QOS_MAX"
         self.assert_told("QosInfo.rules: there is no constant QOS_MAX")
@@ -143,6 +147,15 @@ class FieldsOfKeys(unittest.TestCase):
         inner = {"key": "MAC", "max_bytes": 64}
         self.assert_told("the width of MAC is that of a field, such as SnInfo.MAC",
                          {"key": "List", "type": "array", "items": [inner]})
+
+    def test_a_meaning_stands_alone(self):
+        for meaning, told in (("whether it is on", None), ("its name", "depends on other keys: its name"),
+                              ("the same", "depends on other keys: the same"), ("the same as Band", None),
+                              ('"1" when it is on', 'repeats values of its form: "1" when it is on')):
+            key = {"key": "Mode", "meaning": meaning, "values": ["0", "1"]}
+            command = {"command": "X", "request": [], "replies": [{"keys": [key]}]}
+            faults = list(check_descriptions.meaning_faults([command]))
+            self.assertEqual(faults, [f"X: the meaning of Mode {told}"] if told else [])
 
 
 if __name__ == "__main__":
