@@ -144,8 +144,8 @@ def meaning_faults(described):
     """Whether each meaning can be understood alone, and does not repeat the values of its form."""
     for description in described:
         name = name_of(description)
-        keys = [*flat(description["request"]), *(key for reply in description["replies"] for key in flat(reply["keys"]))]
-        for key in keys:
+        replies = [key for reply in description["replies"] for key in reply["keys"]]
+        for key in flat([*description["request"], *replies]):
             meaning = key.get("meaning", "")
             if LEANS_ON_OTHERS.match(meaning):
                 yield f"{name}: the meaning of {key['key']} depends on other keys: {meaning}"
@@ -197,7 +197,8 @@ def fields_within(interface, record):
 def main():
     written = {description["command"]: description for description in protocol.as_written().values()}
     faults = [*schema_faults()] or [*table_faults(), *missing_key_faults(), *example_faults(), *relation_faults(),
-                                    *field_faults(Interface(), written), *meaning_faults([*protocol.descriptions().values(), *reports().values()])]
+                                    *field_faults(Interface(), written),
+                                    *meaning_faults([*protocol.descriptions().values(), *reports().values()])]
     for fault in faults:
         print(fault)
     print(f"{len(protocol.descriptions())} descriptions, {len(faults)} faults")
