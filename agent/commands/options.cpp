@@ -19,8 +19,8 @@ Exit status:
      or SIGINT
   1  call, report, hosts, topology: the reply's "Status" is anything else; report: its function
      failed; report image-upgrade: an error was logged; notice: refused; list: nothing found;
-     conformance: a check failed; replay, diff: a difference; with --socket: the service refused; mqtt-call: as call, or a
-     gateway refused or did not answer
+     conformance: a check failed; replay, diff: a difference; with --socket: the service refused;
+     mqtt-call: as call, or a gateway refused or did not answer
   2  usage error, a request that is not a JSON object, or a file that is not a recording
   3  no such command, report or event
   4  a library cannot be loaded, the simulated gateway cannot be opened, or a service or broker cannot
@@ -76,7 +76,7 @@ void add_host_options(CLI::App &app, Options &options)
     app.add_option("--record-limit", host.record_limit,
                    "Largest recording, such as 64M, the default; the one before is kept as FILE.1")
         ->type_name("BYTES")
-        ->transform(CLI::AsSizeValue(false))
+        ->transform(silent(CLI::AsSizeValue(false)))
         ->check(silent(CLI::Range(kLeastRecordLimit, kMostRecordLimit)))
         ->allow_extra_args(false);
     app.add_option("--mask-key", host.mask_key,
@@ -141,8 +141,8 @@ void add_call(CLI::App &app, Options &options)
     call->get_option("--socket")->excludes(reasons);
     call->footer(R"(
 hgagent call NAME [JSON | - | KEY=VALUE ...]
-The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a text, in their
-order; without any of them {}. Everybody on the machine can read the words of a command line: give a
+The request is a JSON object, - to read it from standard input, or KEY=VALUE words, each a string, in their
+order; without any of them {}. Everybody on the machine can read the words of a command line: pass a
 password on standard input or in a file.)");
     call->callback([call, &options] {
         options.subcommand = Subcommand::kCall;
@@ -153,7 +153,8 @@ password on standard input or in a file.)");
 void add_serve(CLI::App &app, Options &options)
 {
     CLI::App *serve = app.add_subcommand(
-        "serve", "Answer requests, one JSON object a line, from standard input on standard output");
+        "serve",
+        "Answer requests, one JSON object per line, from standard input on standard output");
     serve->add_option("--max-line", options.serve.max_line, "Longest line that is served")
         ->type_name("BYTES")
         ->check(silent(CLI::PositiveNumber))
@@ -206,7 +207,7 @@ void refuse_unless_for(const CLI::App *report, const char *option, bool takes_it
 void add_report(CLI::App &app, Options &options)
 {
     CLI::App *report = app.add_subcommand(
-        "report", "Print a report that no command leads to, or list the reports");
+        "report", "Print a report that the plug-in builds without a command, or list the reports");
     CLI::Option *name =
         report->add_option("NAME", options.report, "Name of the report")->type_name("");
     report->add_option("--url", options.update_url, "Address of the image for image-upgrade")

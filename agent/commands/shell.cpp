@@ -307,7 +307,7 @@ int run_shell(const std::optional<std::string> &socket)
 void add_shell(CLI::App &app, Options &options)
 {
     CLI::App *shell = app.add_subcommand(
-        "shell", "Type commands to a running service, with completion and history");
+        "shell", "Send typed commands to a running service, with completion and history");
     shell->add_option("--socket", options.socket, "Unix socket of the service")
         ->type_name("PATH")
         ->allow_extra_args(false);

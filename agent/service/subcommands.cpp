@@ -102,7 +102,7 @@ void add_policy(CLI::App &app, Options &options)
         ->type_name("")
         ->required();
     test->add_option("--as", question->principals,
-                     "Who asks: owner, or a member of a role, such as user:NAME or "
+                     "Who sends it: owner, or a member of a role, such as user:NAME or "
                      "topic-root:ROOT; may be repeated")
         ->type_name("WHO")
         ->required()

@@ -21,7 +21,8 @@ constexpr size_t kMaxWordShown = 64;
 
 constexpr std::array<ShellWordHelp, 8> kWords = {{
     {"call", "[call] NAME [KEY=VALUE ... | JSON]", "Run a command and show its reply"},
-    {"report", "report NAME [KEY=VALUE ... | JSON]", "Show a report that no command leads to"},
+    {"report", "report NAME [KEY=VALUE ... | JSON]",
+     "Show a report that the plug-in builds without a command"},
     {"events", "events on [PATTERN] | off", "Show what happens by itself, or no longer"},
     {"help", "help [NAME]", "Show this, or what a command takes and replies"},
     {"list", "list [PATTERN]", "List the commands"},

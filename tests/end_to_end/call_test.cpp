@@ -266,6 +266,7 @@ TEST(Usage, HelpAndVersionSucceed)
           "hosts", "list", "describe", "Exit status", "Examples"}) {
         EXPECT_THAT(help.output, HasSubstr(word));
     }
+    EXPECT_THAT(help.output, HasSubstr("--record-limit BYTES "));
     EXPECT_EQ(run_agent({"--version"}).output, "hgagent " PROJECT_VERSION "\n");
 }
 
