@@ -127,10 +127,7 @@ TEST_P(ReplyTest, ComesFromRecordsThatWereZeroed)
                     exception(subject, Rule::kZeroed, field) != nullptr)
             << field << " held something before the device wrote it";
     }
-<<<<<<< HEAD
     EXPECT_EQ(stale_exceptions(subject, Rule::kZeroed), "") << "these are no longer exceptions";
-=======
-    EXPECT_EQ(stale_exceptions(subject, Rule::kZeroed), "") << "these are no exceptions any more";
 }
 
 class ReportTest : public ReplyTest {};
@@ -152,24 +149,11 @@ TEST_P(ReportTest, HasWhatTheDeviceWroteToTheFields)
     }
 }
 
-std::vector<Subject> commands()
-{
-    std::vector<Subject> commands = subjects();
-    std::erase_if(commands, [](const Subject &subject) { return subject.builder != nullptr; });
-    return commands;
-}
-
 std::vector<Subject> reports()
 {
     std::vector<Subject> reports = subjects();
     std::erase_if(reports, [](const Subject &subject) { return report_of(subject) == nullptr; });
     return reports;
-}
-
-std::string name_of(const testing::TestParamInfo<Subject> &info)
-{
-    return test_name(info.param);
->>>>>>> refs/heads/described
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, ReplyTest, testing::ValuesIn(commands()), name_of);
