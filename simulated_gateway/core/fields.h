@@ -60,8 +60,13 @@ template <size_t width> std::string taken(const char (&field)[width])
 {
     return std::string(whole_characters({field, strnlen(field, width)}));
 }
-// The same for a text that has to satisfy a rule, and for a flag. Their errors start with the
-// field's name.
+// The same, and empty for kNoValue, which a query reports for a missing value.
+template <size_t width> std::string taken_if_any(const char (&field)[width])
+{
+    const std::string text = taken(field);
+    return text != kNoValue ? text : "";
+}
+// A text that has to satisfy a rule, and a flag. Their errors start with the field's name.
 template <size_t width, class Rule>
 std::string taken(const char *name, const char (&field)[width], const Rule &rule)
 {
@@ -76,8 +81,7 @@ template <size_t width> std::string taken_text(const char *name, const char (&fi
 // A text that an empty value or kNoValue removes.
 template <size_t width> std::string taken_or_none(const char *name, const char (&field)[width])
 {
-    const std::string text = taken(field);
-    return text.empty() || text == kNoValue ? "" : taken_text(name, field);
+    return taken_if_any(field).empty() ? "" : taken_text(name, field);
 }
 template <size_t width> bool taken_flag(const char *name, const char (&field)[width])
 {

@@ -96,8 +96,8 @@ int32_t devapi_set_reboot_info(const RebootInfo *info)
     return setting(__func__, {request("info", info)}, [&](State &state) {
         RebootSchedule &schedule = state.home.reboot_schedule;
         schedule.enabled = taken_flag("GatewayRebootEnable", info->GatewayRebootEnable);
-        schedule.time = taken(info->Time);
-        schedule.days = taken(info->DaysOfWeek);
+        schedule.time = taken_if_any(info->Time);
+        schedule.days = taken_if_any(info->DaysOfWeek);
         return 0;
     });
 }
@@ -123,8 +123,8 @@ int32_t devapi_set_hg_sleep_info(const HgSleepInfo *info)
         sleep.gateway = taken_flag("GatewaySleepEnable", info->GatewaySleepEnable);
         sleep.wifi = taken_flag("WiFiSleepEnable", info->WiFiSleepEnable);
         sleep.leds = taken_flag("LedSleepEnable", info->LedSleepEnable);
-        sleep.start = taken(info->StartTime);
-        sleep.end = taken(info->EndTime);
+        sleep.start = taken_if_any(info->StartTime);
+        sleep.end = taken_if_any(info->EndTime);
         return 0;
     });
 }

@@ -38,6 +38,17 @@ static std::string two_digits(const char *name, const char (&field)[width], int6
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
+// The time of day; empty if neither hour nor minute is given.
+template <size_t width>
+static std::string taken_time(const char *hour_name, const char (&hour)[width],
+                              const char *minute_name, const char (&minute)[width])
+{
+    if (taken_if_any(hour).empty() && taken_if_any(minute).empty()) {
+        return "";
+    }
+    return two_digits(hour_name, hour, 23) + ":" + two_digits(minute_name, minute, 59);
+}
+
 int32_t devapi_get_update_schedule(UpdateSchedule *schedule)
 {
     return query(__func__, {reply("schedule", schedule)}, [&](const State &state) {
@@ -54,10 +65,9 @@ int32_t devapi_set_update_schedule(const UpdateSchedule *schedule)
     return setting(__func__, {request("schedule", schedule)}, [&](State &state) {
         UpdateWindow &window = state.home.update_schedule;
         window.enabled = taken_flag("Enable", schedule->Enable);
-        window.start = two_digits("StartHour", schedule->StartHour, 23) + ":" +
-                       two_digits("StartMinute", schedule->StartMinute, 59);
-        window.end = two_digits("EndHour", schedule->EndHour, 23) + ":" +
-                     two_digits("EndMinute", schedule->EndMinute, 59);
+        window.start =
+            taken_time("StartHour", schedule->StartHour, "StartMinute", schedule->StartMinute);
+        window.end = taken_time("EndHour", schedule->EndHour, "EndMinute", schedule->EndMinute);
         return 0;
     });
 }

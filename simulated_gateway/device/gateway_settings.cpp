@@ -172,6 +172,18 @@ int32_t devapi_get_hg_pppoe_info(PppoeInfo *info)
     });
 }
 
+// Takes a text, unless there is none and none is required.
+template <size_t width>
+static void take_given(const char *name, const char (&field)[width], bool required,
+                       std::string &value)
+{
+    const std::string text = taken_if_any(field);
+    if (required || !text.empty()) {
+        refuse_for(name, validation_error(text, Text{width}));
+        value = text;
+    }
+}
+
 int32_t devapi_set_hg_pppoe_info(PppoeSetting *wanted)
 {
     return setting(__func__, {request_with_reason("setting", wanted)}, [&](State &state) {
@@ -179,12 +191,8 @@ int32_t devapi_set_hg_pppoe_info(PppoeSetting *wanted)
         const PppoeInfo &info = wanted->info;
         const bool enable = taken_flag("Enable", info.Enable);
         // The account is not needed to switch PPPoE off; the stored one is kept for the next time.
-        if (enable || !taken(info.Account).empty()) {
-            wan.pppoe_account = taken_text("Account", info.Account);
-        }
-        if (enable || !taken(info.Password).empty()) {
-            wan.pppoe_password = taken_text("Password", info.Password);
-        }
+        take_given("Account", info.Account, enable, wan.pppoe_account);
+        take_given("Password", info.Password, enable, wan.pppoe_password);
         const bool was_enabled = wan.mode == kPppoeMode;
         if (enable != was_enabled) {
             wan.mode = enable ? kPppoeMode : "DHCP";

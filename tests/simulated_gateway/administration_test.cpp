@@ -214,6 +214,9 @@ TEST_F(AdministrationTest, TheRebootScheduleIsReportedAndKept)
     EXPECT_EQ(reboot_schedule(), "1 23:59 1,2,3,4,5,6,7");
     EXPECT_EQ(set_reboot_schedule("0", "", ""), 0);
     EXPECT_EQ(reboot_schedule(), "0 NULL NULL");
+    EXPECT_EQ(set_reboot_schedule("0", "04:30", "1,4"), 0);
+    EXPECT_EQ(set_reboot_schedule("0", "NULL", "NULL"), 0) << reason();
+    EXPECT_EQ(reboot_schedule(), "0 NULL NULL");
 }
 
 TEST_F(AdministrationTest, AnInvalidRebootScheduleIsRefused)
@@ -230,6 +233,7 @@ TEST_F(AdministrationTest, AnInvalidRebootScheduleIsRefused)
         {"1", "04:30", "1;2",
          "/home/reboot_schedule/days: \"1;2\" is not a list of days like \"1,3,7\""},
         {"1", "", "1", "/home/reboot_schedule: needs time and days"},
+        {"1", "NULL", "1", "/home/reboot_schedule: needs time and days"},
         {"1", "04:30", "", "/home/reboot_schedule: needs time and days"},
     };
     ASSERT_EQ(open(kept()), "");
@@ -256,6 +260,9 @@ TEST_F(AdministrationTest, TheSleepIsReportedAndKept)
     ASSERT_EQ(reopen(kept()), "");
     EXPECT_EQ(sleep(), "110 00:00 05:15");
     EXPECT_EQ(set_sleep("0", "0", "0", "", ""), 0);
+    EXPECT_EQ(sleep(), "000 NULL NULL");
+    EXPECT_EQ(set_sleep("0", "0", "0", "22:30", "06:30"), 0);
+    EXPECT_EQ(set_sleep("0", "0", "0", "NULL", "NULL"), 0) << reason();
     EXPECT_EQ(sleep(), "000 NULL NULL");
 }
 

@@ -74,6 +74,17 @@ TEST_F(FirmwareMaintenanceTest, AHomeWithoutAScheduleHasNone)
     single.state_file = path("single");
     ASSERT_EQ(reopen(single), "");
     EXPECT_EQ(kept(), "0 NULL:NULL NULL:NULL");
+
+    UpdateSchedule before = {};
+    EXPECT_EQ(devapi_get_update_schedule(&before), 0);
+    const UpdateSchedule nightly = schedule("1", "2", "0", "4", "0");
+    EXPECT_EQ(devapi_set_update_schedule(&nightly), 0);
+    EXPECT_EQ(devapi_set_update_schedule(&before), 0) << reason();
+    EXPECT_EQ(kept(), "0 NULL:NULL NULL:NULL");
+    const UpdateSchedule none = schedule("0", "", "", "", "");
+    EXPECT_EQ(devapi_set_update_schedule(&none), 0) << reason();
+    EXPECT_EQ(refusal(schedule("1", "NULL", "NULL", "4", "0")),
+              "/home/update_schedule: needs a start and a different end");
 }
 
 TEST_F(FirmwareMaintenanceTest, AnInvalidScheduleIsRefused)

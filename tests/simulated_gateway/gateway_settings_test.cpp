@@ -250,6 +250,8 @@ TEST_F(GatewaySettingsTest, PppoeSwitchedOffKeepsTheAccountAndUsesDhcp)
     EXPECT_EQ(set_pppoe("", "", "0"), "");
     EXPECT_EQ(pppoe(), "k4471902@fibre.example Lh7-pq2-Vw9 0");
     EXPECT_STREQ(base().WanLinkMode, "DHCP");
+    EXPECT_EQ(set_pppoe("NULL", "NULL", "0"), "");
+    EXPECT_EQ(pppoe(), "k4471902@fibre.example Lh7-pq2-Vw9 0");
     EXPECT_EQ(set_pppoe("smith", "s3cret", "0"), "");
     EXPECT_EQ(pppoe(), "smith s3cret 0");
     EXPECT_EQ(set_pppoe("smith", "s3cret", "1"), "");
@@ -278,6 +280,8 @@ TEST_F(GatewaySettingsTest, AnInvalidPppoeAccountIsRefusedWithAReason)
     ASSERT_EQ(open({}), "");
     EXPECT_EQ(set_pppoe("", "s3cret", "1"), "Account is empty");
     EXPECT_EQ(set_pppoe("smith", "", "1"), "Password is empty");
+    EXPECT_EQ(set_pppoe("NULL", "s3cret", "1"), "Account is empty");
+    EXPECT_EQ(set_pppoe("smith", "NULL", "1"), "Password is empty");
     EXPECT_EQ(set_pppoe("smith", "s3cret", "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
     EXPECT_EQ(set_pppoe("smi\xffth", "s3cret", "1"),
               "Account contains control characters or is not UTF-8");
