@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What holds the worker of tests/support/worker_plugin.c.
+// What holds the worker of tests/support/service_plugin.c.
 #pragma once
 
 #include "agent_process.h"

@@ -42,6 +42,7 @@ static void await(const char *pipe)
 static void *work(void *unused)
 {
     await(until);
+    fputs("the worker has done its work\n", stderr);
     pthread_mutex_unlock(&setwifilistlock);
     return unused;
 }

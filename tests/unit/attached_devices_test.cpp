@@ -132,7 +132,7 @@ void expect_record(const AdBaseSetting &setting, const std::string &what)
         << what;
 }
 
-TEST_F(SetAdBaseInfo, ASettingMayLeaveOutItsOptions)
+TEST_F(SetAdBaseInfo, WorksWithoutOptions)
 {
     EXPECT_EQ(run(kCommand, kNeeded.json()), kSuccess);
     expect_record(record_of("-1", "-1", ""), "none");
@@ -344,7 +344,7 @@ TEST_F(GetAttachDeviceRight, ThereMayBeNoDevicesOrMany)
 
 // ---- SET_ATTACH_DEVICE_RIGHT -------------------------------------------------------------------
 
-TEST_F(SetAttachDeviceRight, ASettingReturnsTheDevicesResult)
+TEST_F(SetAttachDeviceRight, ReturnsTheResultOfTheDevice)
 {
     for (const int32_t result : {0, -1, 1, 1000}) {
         when<devapi_set_attach_device_right>(

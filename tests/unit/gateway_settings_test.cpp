@@ -7,7 +7,7 @@
 namespace gateway_settings_test {
 
 class GetHgPppoeInfo : public HandlerTest {};
-class HomePage : public HandlerTest {};
+class HomePageTest : public HandlerTest {};
 
 // ---- GET_HG_BASE_INFO --------------------------------------------------------------------------
 
@@ -111,7 +111,7 @@ std::string home_page()
     return print(object.get());
 }
 
-TEST_F(HomePage, IsReportedInItsOrder)
+TEST_F(HomePageTest, IsReportedInItsOrder)
 {
     when<devapi_get_home_page_info>([](HomePageInfo *info) {
         strcpy(info->Devname, "a");
@@ -131,7 +131,7 @@ TEST_F(HomePage, IsReportedInItsOrder)
     EXPECT_EQ(recording_device::calls().at(0).arguments[0], std::string(408, '\0'));
 }
 
-TEST_F(HomePage, HasFieldsOfTheirWidths)
+TEST_F(HomePageTest, HasFieldsOfTheirWidths)
 {
     when<devapi_get_home_page_info>([](HomePageInfo *info) {
         memset(info, 'x', sizeof *info);
@@ -147,7 +147,7 @@ TEST_F(HomePage, HasFieldsOfTheirWidths)
     EXPECT_EQ(strlen(cJSON_GetObjectItem(object.get(), "CpuTemperature")->valuestring), 64u);
 }
 
-TEST_F(HomePage, FailsIfItCannotBeRead)
+TEST_F(HomePageTest, FailsIfItCannotBeRead)
 {
     for (const int32_t result : {-1, 1, -2, 1000}) {
         when<devapi_get_home_page_info>([result](HomePageInfo *) { return result; });
@@ -157,7 +157,7 @@ TEST_F(HomePage, FailsIfItCannotBeRead)
     }
 }
 
-TEST_F(HomePage, HasNoCommand)
+TEST_F(HomePageTest, HasNoCommand)
 {
     const Json object = parse("{}");
     EXPECT_EQ(hg_process_json_cmd("GET_HOME_PAGE_INFO", object.get()), HG_NO_SUCH_COMMAND);

@@ -2,6 +2,7 @@
 // What the mesh reports have in common.
 #include "mesh_report.h"
 
+#include "failing_memory.h"
 #include "mesh_fixture.h"
 
 namespace mesh_report_test {

@@ -115,7 +115,7 @@ TEST_F(RecipesTest, AReportingActionReportsWhatTheDeviceLeft)
 
 // ---- Numbers -----------------------------------------------------------------------------------
 
-TEST_F(RecipesTest, ANumberTravelsAsText)
+TEST_F(RecipesTest, ANumberIsSentAsText)
 {
     for (const auto &[text, number] : {std::pair("7", 7),
                                        {"-3", -3},
@@ -267,7 +267,7 @@ TEST_F(RecipesTest, ASettingWithoutMemoryDoesNotReachTheDevice)
     }
 }
 
-TEST_F(RecipesTest, ARequestThatIsNoObjectHasNoKeys)
+TEST_F(RecipesTest, ARequestThatIsNotAnObjectHasNoKeys)
 {
     const auto handler = setting<set_lamp>(kLampFields, "stuck");
     EXPECT_EQ(after(handler, R"([{"Colour":"x"},"Level"])"), R"([{"Colour":"x"},"Level"])");

@@ -40,7 +40,7 @@ TEST_F(ReplyTest, ARecordBecomesAnObject)
               R"({"Name":"gate","Width":"-80","Code":"12"})");
 }
 
-TEST_F(ReplyTest, ARecordBecomesNoHalfObject)
+TEST_F(ReplyTest, ARecordBecomesNoIncompleteObject)
 {
     const Door door = {"gate", "1", 80};
     for (size_t first = 0; first < 7; ++first) {
@@ -88,7 +88,7 @@ TEST_F(ReplyTest, AReplyJoinsOnlyAnObject)
     EXPECT_FALSE(reply.join(nullptr));
 }
 
-TEST_F(ReplyTest, AReplyThatLacksAnItemJoinsNothing)
+TEST_F(ReplyTest, AReplyWithoutOneOfItsItemsIsNotJoined)
 {
     const Json object = parse("{}");
     Reply reply;
@@ -104,7 +104,7 @@ TEST_F(ReplyTest, AReplyThatLacksAnItemJoinsNothing)
     EXPECT_EQ(print(object.get()), "{}");
 }
 
-TEST_F(ReplyTest, AReplyHoldsItemsListsAndElements)
+TEST_F(ReplyTest, AReplyHasItemsListsAndElements)
 {
     const Json object = parse(R"({"x":1})");
     Reply reply;
@@ -212,7 +212,7 @@ TEST_F(ReplyTest, AReplyMayBePrinted)
     }
 }
 
-TEST_F(ReplyTest, AReplyThatLacksAnItemIsNotPrinted)
+TEST_F(ReplyTest, AReplyWithoutOneOfItsItemsIsNotPrinted)
 {
     Reply reply;
     reply.success();

@@ -18,9 +18,9 @@ AdBaseInfo device_by_cable()
     return device;
 }
 
-class RouterDevicesTest : public MeshTest {
+class RouterInfoDevicesTest : public MeshTest {
   protected:
-    RouterDevicesTest()
+    RouterInfoDevicesTest()
     {
         devices_are(1);
         when<devapi_get_ad_base_info>([this](AdBaseInfo *info) {
@@ -72,7 +72,7 @@ class RouterDevicesTest : public MeshTest {
 
 // ---- The walk ----------------------------------------------------------------------------------
 
-TEST_F(RouterDevicesTest, AreListedKeyByKey)
+TEST_F(RouterInfoDevicesTest, AreListedKeyByKey)
 {
     devices_are(2);
     EXPECT_EQ(devices(), list({reported(), reported()}));
@@ -87,7 +87,7 @@ TEST_F(RouterDevicesTest, AreListedKeyByKey)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(RouterDevicesTest, AreNoneWithoutACount)
+TEST_F(RouterInfoDevicesTest, AreNoneWithoutACount)
 {
     for (const int32_t count : {0, -1, INT_MIN}) {
         devices_are(count);
@@ -103,7 +103,7 @@ TEST_F(RouterDevicesTest, AreNoneWithoutACount)
     }
 }
 
-TEST_F(RouterDevicesTest, EndAtOneThatCannotBeRead)
+TEST_F(RouterInfoDevicesTest, EndAtOneThatCannotBeRead)
 {
     for (const int32_t number : {3, INT_MAX}) {
         recording_device::reset();
@@ -119,7 +119,7 @@ TEST_F(RouterDevicesTest, EndAtOneThatCannotBeRead)
     }
 }
 
-TEST_F(RouterDevicesTest, AreListedForResultsOtherThanMinusOne)
+TEST_F(RouterInfoDevicesTest, AreListedForResultsOtherThanMinusOne)
 {
     devices_are(3);
     for (const int32_t other : {1, -2, 999, 1001, INT_MIN}) {
@@ -138,7 +138,7 @@ TEST_F(RouterDevicesTest, AreListedForResultsOtherThanMinusOne)
     EXPECT_EQ(devices(), list({reported(), reported()}));
 }
 
-TEST_F(RouterDevicesTest, AreListedWhileTheirLinkIsUp)
+TEST_F(RouterInfoDevicesTest, AreListedWhileTheirLinkIsUp)
 {
     for (const char *state : {"0", "", "NULL", "00", "off", " 0"}) {
         put(device.LinkStatus, state);
@@ -155,7 +155,7 @@ TEST_F(RouterDevicesTest, AreListedWhileTheirLinkIsUp)
 
 // ---- Values ------------------------------------------------------------------------------------
 
-TEST_F(RouterDevicesTest, HaveACodeForTheirTypeAndTheTypeItself)
+TEST_F(RouterInfoDevicesTest, HaveACodeForTheirTypeAndTheTypeItself)
 {
     const std::pair<const char *, const char *> kinds[] = {
         {"Computer", "3"}, {"Phone", "1"}, {"computer", "0"}, {"phone", "0"},
@@ -167,7 +167,7 @@ TEST_F(RouterDevicesTest, HaveACodeForTheirTypeAndTheTypeItself)
     }
 }
 
-TEST_F(RouterDevicesTest, HaveNoSystemIfItHasAName)
+TEST_F(RouterInfoDevicesTest, HaveNoSystemIfItHasAName)
 {
     for (const char *system : {"0", "3", "NULL", "a system"}) {
         put(device.OS, system);
@@ -175,7 +175,7 @@ TEST_F(RouterDevicesTest, HaveNoSystemIfItHasAName)
     }
 }
 
-TEST_F(RouterDevicesTest, HaveACodeForTheirAccess)
+TEST_F(RouterInfoDevicesTest, HaveACodeForTheirAccess)
 {
     for (const char *code : {"", "2", "10", "01", "00", "NULL", "wifi"}) {
         put(device.AccessCode, code);
@@ -184,7 +184,7 @@ TEST_F(RouterDevicesTest, HaveACodeForTheirAccess)
     EXPECT_EQ(given_to("devapi_get_ssid_info", 0), Names());
 }
 
-TEST_F(RouterDevicesTest, HaveACodeForTheBandOfTheirSsid)
+TEST_F(RouterInfoDevicesTest, HaveACodeForTheBandOfTheirSsid)
 {
     put(device.AccessCode, "1");
     put(device.SSIDIndex, "6");
@@ -212,7 +212,7 @@ TEST_F(RouterDevicesTest, HaveACodeForTheBandOfTheirSsid)
     }
 }
 
-TEST_F(RouterDevicesTest, HaveTheSsidThatTheirTextBeginsWith)
+TEST_F(RouterInfoDevicesTest, HaveTheSsidThatTheirTextBeginsWith)
 {
     const std::pair<std::string, int32_t> numbers[] = {{"", 0},
                                                        {"NULL", 0},
@@ -236,7 +236,7 @@ TEST_F(RouterDevicesTest, HaveTheSsidThatTheirTextBeginsWith)
     }
 }
 
-TEST_F(RouterDevicesTest, HaveTwoKeysForWhetherTheyAreOnline)
+TEST_F(RouterInfoDevicesTest, HaveTwoKeysForWhetherTheyAreOnline)
 {
     const std::pair<const char *, const char *> states[] = {
         {"0", "0"}, {"", "0"}, {"NULL", "0"}, {"1", "1"}, {"2", "1"}, {"-1", "1"}, {"on", "0"}};
@@ -249,7 +249,7 @@ TEST_F(RouterDevicesTest, HaveTwoKeysForWhetherTheyAreOnline)
     }
 }
 
-TEST_F(RouterDevicesTest, HaveTheirRatesInBytes)
+TEST_F(RouterInfoDevicesTest, HaveTheirRatesInBytes)
 {
     const std::pair<const char *, const char *> rates[] = {
         {"8", "1000.00"},    {"0", "0.00"},        {"", "0.00"},
@@ -269,7 +269,7 @@ TEST_F(RouterDevicesTest, HaveTheirRatesInBytes)
     }
 }
 
-TEST_F(RouterDevicesTest, CutARateThatIsTooLong)
+TEST_F(RouterInfoDevicesTest, CutARateThatIsTooLong)
 {
     put(device.UpSpeed, "1e300");
     const Json json = parse(devices());
@@ -280,7 +280,7 @@ TEST_F(RouterDevicesTest, CutARateThatIsTooLong)
     EXPECT_STREQ(cJSON_GetObjectItem(first, "DownSpeed")->valuestring, "62.50");
 }
 
-TEST_F(RouterDevicesTest, ReportNoFurtherThanTheirFields)
+TEST_F(RouterInfoDevicesTest, ReportNoFurtherThanTheirFields)
 {
     fill_places(&device, kAttachedDevice, full_text_of);
     put(device.LinkStatus, "1");

@@ -22,7 +22,7 @@ Request station(std::string (*text)(const Place &) = value_of)
         .with("AccessTime", R"("100")");
 }
 
-class RouterStationsTest : public MeshTest {
+class RouterInfoStationsTest : public MeshTest {
   protected:
     static void stations_are(const AdBaseInfo &station, int32_t count)
     {
@@ -44,7 +44,7 @@ class RouterStationsTest : public MeshTest {
     }
 };
 
-TEST_F(RouterStationsTest, AreListedKeyByKey)
+TEST_F(RouterInfoStationsTest, AreListedKeyByKey)
 {
     stations_are(attached_device(), 2);
     EXPECT_EQ(stations(),
@@ -56,7 +56,7 @@ TEST_F(RouterStationsTest, AreListedKeyByKey)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(RouterStationsTest, AreThoseOfTheMainRouterOrAChild)
+TEST_F(RouterInfoStationsTest, AreThoseOfTheMainRouterOrAChild)
 {
     EXPECT_EQ(stations("main"), R"({"MainBaseInfo":[]})");
     for (const char *which : {"sub", "", "Main", "MAIN", "main ", "mai", "xmain"}) {
@@ -65,7 +65,7 @@ TEST_F(RouterStationsTest, AreThoseOfTheMainRouterOrAChild)
     EXPECT_EQ(stations(nullptr), R"({"ChildBaseInfo":[]})");
 }
 
-TEST_F(RouterStationsTest, AreNoneWithoutAPath)
+TEST_F(RouterInfoStationsTest, AreNoneWithoutAPath)
 {
     stations_are(attached_device(), 2);
     EXPECT_EQ(stations("sub", nullptr), R"({"ChildBaseInfo":[]})");
@@ -73,7 +73,7 @@ TEST_F(RouterStationsTest, AreNoneWithoutAPath)
     EXPECT_TRUE(recording_device::calls().empty());
 }
 
-TEST_F(RouterStationsTest, AreThirtyTwoAtMost)
+TEST_F(RouterInfoStationsTest, AreThirtyTwoAtMost)
 {
     const std::pair<int32_t, int> counts[] = {{0, 0},   {-1, 0},  {INT_MIN, 0}, {1, 1},
                                               {31, 31}, {32, 32}, {33, 32},     {40, 32},
@@ -85,7 +85,7 @@ TEST_F(RouterStationsTest, AreThirtyTwoAtMost)
     }
 }
 
-TEST_F(RouterStationsTest, AreThoseThatAFailedCallLeftInTheList)
+TEST_F(RouterInfoStationsTest, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_node_sta_info_by_newmetod>(
@@ -106,7 +106,7 @@ TEST_F(RouterStationsTest, AreThoseThatAFailedCallLeftInTheList)
     }
 }
 
-TEST_F(RouterStationsTest, ReportNoFurtherThanTheirFieldsAndNullUnchanged)
+TEST_F(RouterInfoStationsTest, ReportNoFurtherThanTheirFieldsAndNullUnchanged)
 {
     AdBaseInfo device = {};
     fill_places(&device, kAttachedDevice, full_text_of);
@@ -124,7 +124,7 @@ TEST_F(RouterStationsTest, ReportNoFurtherThanTheirFieldsAndNullUnchanged)
                               "]}");
 }
 
-TEST_F(RouterStationsTest, CorrectTheTimeByTheZoneInAnyTimeType)
+TEST_F(RouterInfoStationsTest, CorrectTheTimeByTheZoneInAnyTimeType)
 {
     stations_are(attached_device(), 1);
     for (const int32_t type : {0, 1, 2}) {
@@ -135,7 +135,7 @@ TEST_F(RouterStationsTest, CorrectTheTimeByTheZoneInAnyTimeType)
     }
 }
 
-TEST_F(RouterStationsTest, AddNothingWithoutAnObject)
+TEST_F(RouterInfoStationsTest, AddNothingWithoutAnObject)
 {
     EXPECT_EQ(
         report([](cJSON *array) { return json_get_router_sta_info(array, "sub", "x"); }, "[]"),

@@ -8,9 +8,9 @@ namespace router_relations_children_test {
 
 // ---- Child routers of a child router -----------------------------------------------------------
 
-class ChildrenTest : public RelationsTest {
+class RouterRelationsChildrenTest : public RelationsTest {
   protected:
-    ChildrenTest()
+    RouterRelationsChildrenTest()
     {
         mesh_type_is(2);
         attached_are({});
@@ -46,7 +46,7 @@ class ChildrenTest : public RelationsTest {
     ChildMeshInfo child;
 };
 
-TEST_F(ChildrenTest, AreListedInMeshesOfTypeTwoOnly)
+TEST_F(RouterRelationsChildrenTest, AreListedInMeshesOfTypeTwoOnly)
 {
     EXPECT_EQ(children(), R"([{"childMac":"child mac"},{"childMac":"child mac"}])");
     EXPECT_EQ(given_to("devapi_get_childrouter_list", 0), Names{std::string(36, '\0')});
@@ -61,7 +61,7 @@ TEST_F(ChildrenTest, AreListedInMeshesOfTypeTwoOnly)
     EXPECT_EQ(given_to("devapi_get_childrouter_list", 0), Names());
 }
 
-TEST_F(ChildrenTest, AreThoseOfThisRouter)
+TEST_F(RouterRelationsChildrenTest, AreThoseOfThisRouter)
 {
     for (const char *parent :
          {"", "node mac", "NODE MAC", "node Ma", "node Macs", "view of node Mac", "ParentMac"}) {
@@ -78,7 +78,7 @@ TEST_F(ChildrenTest, AreThoseOfThisRouter)
     EXPECT_EQ(children(), R"([{"childMac":"child mac"},{"childMac":"child mac"}])");
 }
 
-TEST_F(ChildrenTest, HaveTheMeshMacWithoutAnother)
+TEST_F(RouterRelationsChildrenTest, HaveTheMeshMacWithoutAnother)
 {
     for (const char *unknown : {"", "NULL", "null", "Null"}) {
         put(child.ChildMac, unknown);
@@ -96,7 +96,7 @@ TEST_F(ChildrenTest, HaveTheMeshMacWithoutAnother)
     EXPECT_EQ(children(), R"([{"childMac":)" + quoted(text_of_length(32)) + "}]");
 }
 
-TEST_F(ChildrenTest, AreLeftOutWhenTheyCannotBeRead)
+TEST_F(RouterRelationsChildrenTest, AreLeftOutWhenTheyCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_child_mesh_info>([=, this](ChildMeshInfo *info, int32_t identifier) {
@@ -113,7 +113,7 @@ TEST_F(ChildrenTest, AreLeftOutWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(ChildrenTest, AreThoseThatAFailedCallLeftInTheList)
+TEST_F(RouterRelationsChildrenTest, AreThoseThatAFailedCallLeftInTheList)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_childrouter_list>(
@@ -123,7 +123,7 @@ TEST_F(ChildrenTest, AreThoseThatAFailedCallLeftInTheList)
     }
 }
 
-TEST_F(ChildrenTest, AreEightAtMost)
+TEST_F(RouterRelationsChildrenTest, AreEightAtMost)
 {
     child_routers_are({1, 2, 3, 4, 5, 6, 7, 8}, INT_MAX);
     const Json list = parse(children());
@@ -132,7 +132,7 @@ TEST_F(ChildrenTest, AreEightAtMost)
 
 // ---- json_get_child_router_baseinfo ------------------------------------------------------------
 
-class AttachedToAChildTest : public RelationsTest {
+class RouterRelationsDevicesTest : public RelationsTest {
   protected:
     std::string devices()
     {
@@ -147,7 +147,7 @@ class AttachedToAChildTest : public RelationsTest {
     }
 };
 
-TEST_F(AttachedToAChildTest, AreListedKeyByKey)
+TEST_F(RouterRelationsDevicesTest, AreListedKeyByKey)
 {
     EXPECT_EQ(devices(), list(both_devices()));
     EXPECT_EQ(result, 0);
@@ -164,7 +164,7 @@ TEST_F(AttachedToAChildTest, AreListedKeyByKey)
     EXPECT_TRUE(recording_host::log_lines().empty());
 }
 
-TEST_F(AttachedToAChildTest, AreNotAddedWhenTheListCannotBeRead)
+TEST_F(RouterRelationsDevicesTest, AreNotAddedWhenTheListCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         for (const size_t back_to : {SIZE_MAX, size_t{0}, size_t{2}}) {
@@ -176,7 +176,7 @@ TEST_F(AttachedToAChildTest, AreNotAddedWhenTheListCannotBeRead)
     EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), Names());
 }
 
-TEST_F(AttachedToAChildTest, AreTheNodesThatAreNotHeads)
+TEST_F(RouterRelationsDevicesTest, AreTheNodesThatAreNotHeads)
 {
     attached_are({"first", "second"}, 0, SIZE_MAX, 1);
     EXPECT_EQ(devices(), list("[]"));
@@ -192,7 +192,7 @@ TEST_F(AttachedToAChildTest, AreTheNodesThatAreNotHeads)
     EXPECT_EQ(devices(), list("[" + attached("first").json() + "]"));
 }
 
-TEST_F(AttachedToAChildTest, AreListedOnceIfTheListIsCircular)
+TEST_F(RouterRelationsDevicesTest, AreListedOnceIfTheListIsCircular)
 {
     const Names macs = {"a", "b", "c", "d", "e"};
     for (size_t nodes = 0; nodes <= macs.size(); ++nodes) {
@@ -207,7 +207,7 @@ TEST_F(AttachedToAChildTest, AreListedOnceIfTheListIsCircular)
     }
 }
 
-TEST_F(AttachedToAChildTest, AreEmptyWhenTheyCannotBeRead)
+TEST_F(RouterRelationsDevicesTest, AreEmptyWhenTheyCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         int calls = 0;
@@ -220,7 +220,7 @@ TEST_F(AttachedToAChildTest, AreEmptyWhenTheyCannotBeRead)
     }
 }
 
-TEST_F(AttachedToAChildTest, AreReadByTheIndexThatAnyCallLeft)
+TEST_F(RouterRelationsDevicesTest, AreReadByTheIndexThatAnyCallLeft)
 {
     for (const int32_t answer : {0, -1, 2, 1000}) {
         for (const int32_t index : {0, 7, INT_MIN, INT_MAX}) {
@@ -235,7 +235,7 @@ TEST_F(AttachedToAChildTest, AreReadByTheIndexThatAnyCallLeft)
     }
 }
 
-TEST_F(AttachedToAChildTest, AreReportedNoFurtherThanTheirFields)
+TEST_F(RouterRelationsDevicesTest, AreReportedNoFurtherThanTheirFields)
 {
     attached_are({text_of_length(96)});
     AdBaseInfo device = {};
@@ -252,13 +252,13 @@ TEST_F(AttachedToAChildTest, AreReportedNoFurtherThanTheirFields)
     EXPECT_EQ(given_to("devapi_get_hostindex_by_mac", 0), Names{text_of_length(96)});
 }
 
-TEST_F(AttachedToAChildTest, AreListedWithoutAMac)
+TEST_F(RouterRelationsDevicesTest, AreListedWithoutAMac)
 {
     attached_are({""});
     EXPECT_EQ(devices(), list("[" + attached("").json() + "]"));
 }
 
-TEST_F(AttachedToAChildTest, HaveTheirHostNameWithoutAnotherName)
+TEST_F(RouterRelationsDevicesTest, HaveTheirHostNameWithoutAnotherName)
 {
     attached_are({"first"});
     AdBaseInfo device = attached_device();
@@ -281,7 +281,7 @@ TEST_F(AttachedToAChildTest, HaveTheirHostNameWithoutAnotherName)
                    "]"));
 }
 
-TEST_F(AttachedToAChildTest, HaveAHostNameWithoutANulInBothPlaces)
+TEST_F(RouterRelationsDevicesTest, HaveAHostNameWithoutANulInBothPlaces)
 {
     attached_are({"first"});
     when<devapi_get_childsta_base_info>([](AdBaseInfo *info) {
@@ -295,7 +295,7 @@ TEST_F(AttachedToAChildTest, HaveAHostNameWithoutANulInBothPlaces)
               list("[" + attached("first").with("ByName", name).with("Name", name).json() + "]"));
 }
 
-TEST_F(AttachedToAChildTest, AreReportedInBriefInOneArea)
+TEST_F(RouterRelationsDevicesTest, AreReportedInBriefInOneArea)
 {
     for (const char *code : {"TH_OLV", "th_olv", "xTh_OlVx"}) {
         recording_device::reset();
@@ -311,7 +311,7 @@ TEST_F(AttachedToAChildTest, AreReportedInBriefInOneArea)
     }
 }
 
-TEST_F(AttachedToAChildTest, AreReportedInBriefNoFurtherThanTheirFields)
+TEST_F(RouterRelationsDevicesTest, AreReportedInBriefNoFurtherThanTheirFields)
 {
     area_code_is("TH_OLV");
     attached_are({"first"});
@@ -324,7 +324,7 @@ TEST_F(AttachedToAChildTest, AreReportedInBriefNoFurtherThanTheirFields)
     EXPECT_EQ(devices(), list("[" + in_brief("first").with("AccessTime", time).json() + "]"));
 }
 
-TEST_F(AttachedToAChildTest, CorrectTheTimeByTheZoneInAnyTimeType)
+TEST_F(RouterRelationsDevicesTest, CorrectTheTimeByTheZoneInAnyTimeType)
 {
     attached_are({"first"});
     for (const int32_t type : {0, 1, 2}) {
@@ -335,7 +335,7 @@ TEST_F(AttachedToAChildTest, CorrectTheTimeByTheZoneInAnyTimeType)
     }
 }
 
-TEST_F(AttachedToAChildTest, AddNothingWithoutAnObject)
+TEST_F(RouterRelationsDevicesTest, AddNothingWithoutAnObject)
 {
     const TopoNode node = {};
     EXPECT_EQ(json_get_child_router_baseinfo(&node, nullptr), -1);
@@ -348,7 +348,7 @@ TEST_F(AttachedToAChildTest, AddNothingWithoutAnObject)
     EXPECT_EQ(result, -1);
 }
 
-TEST_F(AttachedToAChildTest, AreNotQueriedWithoutMemoryForTheFirst)
+TEST_F(RouterRelationsDevicesTest, AreNotQueriedWithoutMemoryForTheFirst)
 {
     const TopoNode node = {};
     report([&](cJSON *object) {

@@ -5,7 +5,7 @@
 
 namespace router_relations_router_test {
 
-class RouterOfRelationsTest : public RelationsTest {
+class RouterRelationsRouterTest : public RelationsTest {
   protected:
     static int32_t append_router(cJSON *array)
     {
@@ -15,7 +15,7 @@ class RouterOfRelationsTest : public RelationsTest {
     std::string router_report() { return report(append_router, "[]"); }
 };
 
-TEST_F(RouterOfRelationsTest, HaveASeparateReport)
+TEST_F(RouterRelationsRouterTest, HaveASeparateReport)
 {
     EXPECT_EQ(router_report(), "[" + router(both_devices()).json() + "]");
     EXPECT_EQ(result, 0);
@@ -37,7 +37,7 @@ TEST_F(RouterOfRelationsTest, HaveASeparateReport)
               (LogLines{{7, "child router mac = node Mac\n"}, {7, "get host_index = 7\n"}}));
 }
 
-TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheNodeCannotBeRead)
+TEST_F(RouterRelationsRouterTest, AreLeftOutWhenTheNodeCannotBeRead)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         recording_device::reset();
@@ -49,7 +49,7 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWhenTheNodeCannotBeRead)
     }
 }
 
-TEST_F(RouterOfRelationsTest, HaveTheirRawMacsWithoutOthersToDisplay)
+TEST_F(RouterRelationsRouterTest, HaveTheirRawMacsWithoutOthersToDisplay)
 {
     for (const int32_t failure : {-1, 1, 1000}) {
         when<devapi_get_viewmac_by_mac>([=](const char *, char *view) {
@@ -66,7 +66,7 @@ TEST_F(RouterOfRelationsTest, HaveTheirRawMacsWithoutOthersToDisplay)
     }
 }
 
-TEST_F(RouterOfRelationsTest, ReportNoFurtherThanTheirFields)
+TEST_F(RouterRelationsRouterTest, ReportNoFurtherThanTheirFields)
 {
     NodeDevInfo node = {};
     fill_places(&node, kNodeRecord, full_text_of);
@@ -99,7 +99,7 @@ TEST_F(RouterOfRelationsTest, ReportNoFurtherThanTheirFields)
               "child router mac = " + text_of_length(64) + "\n");
 }
 
-TEST_F(RouterOfRelationsTest, HaveOnlyTheKeysOfTheTopologyInOneArea)
+TEST_F(RouterRelationsRouterTest, HaveOnlyTheKeysOfTheTopologyInOneArea)
 {
     for (const char *code : {"OLV", "olv", "th_olv", "xxOlvyy"}) {
         recording_host::reset();
@@ -121,7 +121,7 @@ TEST_F(RouterOfRelationsTest, HaveOnlyTheKeysOfTheTopologyInOneArea)
     }
 }
 
-TEST_F(RouterOfRelationsTest, AreLeftOutIfTheyAreNotAnAttachedDevice)
+TEST_F(RouterRelationsRouterTest, AreLeftOutIfTheyAreNotAnAttachedDevice)
 {
     for (const int32_t answer : {0, -1, 2, 1000}) {
         forget();
@@ -135,7 +135,7 @@ TEST_F(RouterOfRelationsTest, AreLeftOutIfTheyAreNotAnAttachedDevice)
     }
 }
 
-TEST_F(RouterOfRelationsTest, AreReportedFromTheRecordThatAFailedCallLeft)
+TEST_F(RouterRelationsRouterTest, AreReportedFromTheRecordThatAFailedCallLeft)
 {
     attached_are({});
     bridge_mac_is("3C:6A:D2:10:4F:20");
@@ -161,7 +161,7 @@ TEST_F(RouterOfRelationsTest, AreReportedFromTheRecordThatAFailedCallLeft)
     }
 }
 
-TEST_F(RouterOfRelationsTest, HaveVersionAndAddressOfTheirRecordIfTheTopologyHasNone)
+TEST_F(RouterRelationsRouterTest, HaveVersionAndAddressOfTheirRecordIfTheTopologyHasNone)
 {
     attached_are({});
     for (const char *unknown : {"", "NULL", "null", "NuLl"}) {
@@ -199,7 +199,7 @@ TEST_F(RouterOfRelationsTest, HaveVersionAndAddressOfTheirRecordIfTheTopologyHas
     }
 }
 
-TEST_F(RouterOfRelationsTest, HaveTheMainRouterAsParentByItsExactMac)
+TEST_F(RouterRelationsRouterTest, HaveTheMainRouterAsParentByItsExactMac)
 {
     attached_are({});
     ChildRouterInfo record = child_router();
@@ -240,7 +240,7 @@ TEST_F(RouterOfRelationsTest, HaveTheMainRouterAsParentByItsExactMac)
 }
 
 // Values unknown to the topology are replaced, each in separately allocated memory.
-TEST_F(RouterOfRelationsTest, AreLeftOutWithoutMemory)
+TEST_F(RouterRelationsRouterTest, AreLeftOutWithoutMemory)
 {
     const auto unknown_to_the_topology = [] {
         prepare();
@@ -263,7 +263,7 @@ TEST_F(RouterOfRelationsTest, AreLeftOutWithoutMemory)
                  });
 }
 
-TEST_F(RouterOfRelationsTest, AreNoneWithoutAnArgument)
+TEST_F(RouterRelationsRouterTest, AreNoneWithoutAnArgument)
 {
     EXPECT_EQ(report([](cJSON *array) { return json_get_child_router_info(nullptr, array); }, "[]"),
               "[]");

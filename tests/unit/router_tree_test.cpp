@@ -236,9 +236,9 @@ TEST_F(RouterTreeTest, HasNoListIfAParameterCannotBeRead)
 
 // ---- One child router --------------------------------------------------------------------------
 
-class RouterOfTreeTest : public RouterTreeTest {};
+class RouterTreeRouterTest : public RouterTreeTest {};
 
-TEST_F(RouterOfTreeTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
+TEST_F(RouterTreeRouterTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
 {
     ChildRouterInfo record = {};
     fill_places(&record, kChildRouterRecord, full_text_of);
@@ -247,7 +247,7 @@ TEST_F(RouterOfTreeTest, ReadsNoFurtherThanTheFieldsOfAChildRouter)
     EXPECT_EQ(given_to("devapi_get_child_mesh_info_bynewmethod", 0), Names{text_of_length(64)});
 }
 
-TEST_F(RouterOfTreeTest, ReportsTheRecordThatAFailedCallLeft)
+TEST_F(RouterTreeRouterTest, ReportsTheRecordThatAFailedCallLeft)
 {
     for (const int32_t answer : {-1, 1, 1000}) {
         when<devapi_get_node_dev_info_by_newmetod>(
@@ -264,7 +264,7 @@ TEST_F(RouterOfTreeTest, ReportsTheRecordThatAFailedCallLeft)
     }
 }
 
-TEST_F(RouterOfTreeTest, FindsTheMainRouterAsParentInAnyCase)
+TEST_F(RouterTreeRouterTest, FindsTheMainRouterAsParentInAnyCase)
 {
     ChildRouterInfo record = child_router();
     when<devapi_get_iotagtd_device_mac>([](char *mac, int32_t) {
@@ -292,7 +292,7 @@ TEST_F(RouterOfTreeTest, FindsTheMainRouterAsParentInAnyCase)
     EXPECT_EQ(routers(), list(reported("ChildInfo", "[]", value_of, "")));
 }
 
-TEST_F(RouterOfTreeTest, HasTheStationsOfAChildRouter)
+TEST_F(RouterTreeRouterTest, HasTheStationsOfAChildRouter)
 {
     when<devapi_get_node_sta_info_by_newmetod>([](StationList *list, const char *) {
         list->count = 1;
@@ -307,7 +307,7 @@ TEST_F(RouterOfTreeTest, HasTheStationsOfAChildRouter)
 
 // ---- The mesh of a child router ----------------------------------------------------------------
 
-TEST_F(RouterOfTreeTest, HasTheChildrenOfAChildRouterInMostAreas)
+TEST_F(RouterTreeRouterTest, HasTheChildrenOfAChildRouterInMostAreas)
 {
     children_are("child", 2);
     mesh_type_is(2);
@@ -323,7 +323,7 @@ TEST_F(RouterOfTreeTest, HasTheChildrenOfAChildRouterInMostAreas)
     EXPECT_EQ(given_to("devapi_get_mesh_type", 0), Names());
 }
 
-TEST_F(RouterOfTreeTest, HasThirtyTwoChildrenOfAChildRouterAtMost)
+TEST_F(RouterTreeRouterTest, HasThirtyTwoChildrenOfAChildRouterAtMost)
 {
     const std::pair<int32_t, int> counts[] = {{0, 0},   {-1, 0},  {INT_MIN, 0},
                                               {32, 32}, {33, 32}, {INT_MAX, 32}};
@@ -347,13 +347,13 @@ TEST_F(RouterOfTreeTest, HasThirtyTwoChildrenOfAChildRouterAtMost)
     }
 }
 
-TEST_F(RouterOfTreeTest, UsesTheAreaCodeThatAFailedCallLeft)
+TEST_F(RouterTreeRouterTest, UsesTheAreaCodeThatAFailedCallLeft)
 {
     writes<devapi_get_basic_area_code>("ARVEN", -1);
     EXPECT_NE(routers().find(R"("MeshInfo":)"), std::string::npos);
 }
 
-TEST_F(RouterOfTreeTest, HasTheLinksOfAChildRouterInThreeAreas)
+TEST_F(RouterTreeRouterTest, HasTheLinksOfAChildRouterInThreeAreas)
 {
     ChildRouterInfo record = child_router();
     record.link_count = 2;
@@ -391,7 +391,7 @@ TEST_F(RouterOfTreeTest, HasTheLinksOfAChildRouterInThreeAreas)
 }
 
 // Without memory for the parent's address there is no report.
-TEST_F(RouterOfTreeTest, ReportsNoChildRouterWithoutItsParent)
+TEST_F(RouterTreeRouterTest, ReportsNoChildRouterWithoutItsParent)
 {
     const auto below = [] {
         when<devapi_topo_xml_getinfo>([](const char *path, char *value) {
@@ -417,7 +417,7 @@ TEST_F(RouterOfTreeTest, ReportsNoChildRouterWithoutItsParent)
 
 // The first router without memory for a part of it ends the report; only the list of its stations
 // may be missing.
-TEST_F(RouterOfTreeTest, LogsThatThereIsNoMemoryForAChildRouter)
+TEST_F(RouterTreeRouterTest, LogsThatThereIsNoMemoryForAChildRouter)
 {
     const auto two_with_a_child = [] {
         when<devapi_topo_xml_getinfo>([](const char *path, char *value) {
@@ -439,7 +439,7 @@ TEST_F(RouterOfTreeTest, LogsThatThereIsNoMemoryForAChildRouter)
     });
 }
 
-TEST_F(RouterOfTreeTest, AddsNothingWithoutAnObject)
+TEST_F(RouterTreeRouterTest, AddsNothingWithoutAnObject)
 {
     EXPECT_EQ(report(json_get_topo_router_agent_info_bynewmethod, "[]"), "[]");
     EXPECT_EQ(result, -1);

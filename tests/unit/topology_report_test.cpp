@@ -408,7 +408,7 @@ TEST_F(GetTslinkTopologyInfoDevices, HasNoneForACountBelowOne)
     EXPECT_EQ(given_to("dev_is_exist", 0), Names());
 }
 
-TEST_F(GetTslinkTopologyInfoDevices, SkipsDevicesThatExistElsewhere)
+TEST_F(GetTslinkTopologyInfoDevices, SkipsDevicesThatOtherEntriesRepresent)
 {
     devices_are(4);
     when<dev_is_exist>([](int32_t index) { return index == 2 ? 1 : index == 3 ? -1 : 0; });

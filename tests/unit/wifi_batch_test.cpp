@@ -190,7 +190,7 @@ class SetWifiInfoListElement : public HandlerTest {
     SsidInfo record = {};
 };
 
-TEST_F(SetWifiInfoListElement, LeavesOutWhatItWasNotGiven)
+TEST_F(SetWifiInfoListElement, MarksWhatItIsNotGiven)
 {
     EXPECT_EQ(parse_element(kSsidSetting.with("UsedChannel", R"("1")")
                                 .with("Type", R"("1")")

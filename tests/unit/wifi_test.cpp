@@ -80,7 +80,7 @@ const Request kSettingWithOptions = kSsidSetting.with("Beamforming", R"("b")")
                                         .with("Mode", R"("m")")
                                         .with("AdvertisementEnable", R"("a")");
 
-TEST_F(SetWifiInfo, ASettingLeavesOutWhatItWasNotGiven)
+TEST_F(SetWifiInfo, MarksWhatItIsNotGiven)
 {
     EXPECT_EQ(run("SET_WIFI_INFO", kSsidSetting.with("Bandwidth", R"("160")").json()),
               R"({"Bandwidth":"160","Status":"0"})");
@@ -123,7 +123,7 @@ TEST_F(SetWifiInfo, TheMainSsidsPowerGoesToTheUpperRadioEvenOnFailure)
     }
 }
 
-TEST_F(SetWifiInfo, TheOptionsLeaveTheObjectBeforeTheDeviceIsCalled)
+TEST_F(SetWifiInfo, RemovesTheOptionsBeforeTheDeviceIsCalled)
 {
     const Json object = parse(kSettingWithOptions.with("Mode", "7").json());
     when<devapi_set_ssid_info>([&](const SsidInfo *) {
