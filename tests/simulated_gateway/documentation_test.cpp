@@ -35,7 +35,8 @@ template <class Struct> void expect_documented(const Struct &value, size_t least
     Struct::describe(value, fields);
     ASSERT_GE(fields.names.size(), least);
     for (const std::string &name : fields.names) {
-        EXPECT_NE(page.str().find("`" + name + "`"), std::string::npos) << name;
+        EXPECT_NE(page.str().find("`" + name + "`"), std::string::npos)
+            << "simulated_gateway.md needs a row for " << name;
     }
 }
 
