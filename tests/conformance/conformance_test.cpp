@@ -7,11 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include <csignal>
-#include <fstream>
-#include <iterator>
 
 using testing::AllOf;
-using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -66,7 +63,7 @@ class Homes : public testing::TestWithParam<const char *> {};
 
 nlohmann::json home_in(const std::string &state)
 {
-    return nlohmann::json::parse(std::ifstream(state))["home"];
+    return nlohmann::json::parse(content_of(state))["home"];
 }
 
 TEST_P(Faults, AreNamed)
@@ -194,10 +191,7 @@ TEST(Conformance, RefusesALibraryOfAnotherMajorVersionByBothVersions)
              {std::vector<std::string>{"conformance"}, {"call", "GET_SN_INFO"}}) {
             std::vector<std::string> words = {"--device", FAULTY_DEVICE};
             words.insert(words.end(), work.begin(), work.end());
-            const AgentResult result = run_agent(words);
-            EXPECT_EQ(result.exit_status, 4);
-            EXPECT_EQ(result.output, "");
-            EXPECT_EQ(result.error, message);
+            EXPECT_EQ(error_of(words, 4), message);
         }
         unsetenv("FAULT");
     }
@@ -262,9 +256,7 @@ TEST(Conformance, NamesEveryMissingFunction)
     const std::string junit = test_file("missing.xml");
     const AgentResult result = run_agent({"--verbose", "--log-level", "0", "--device",
                                           INCOMPLETE_DEVICE, "conformance", "--junit", junit});
-    std::ifstream file(junit);
-    const std::string results(std::istreambuf_iterator<char>(file), {});
-    for (const std::string &text : {row_of(result, "functions"), results}) {
+    for (const std::string &text : {row_of(result, "functions"), content_of(junit)}) {
         EXPECT_THAT(
             text, AllOf(HasSubstr(" functions are missing"), HasSubstr("devapi_get_system_info\n"),
                         HasSubstr("devapi_set_port_binding\n"),

@@ -49,13 +49,13 @@ class ProgramTest(unittest.TestCase):
         self.assertIn('Enable was set to "0" and reads "1"', row(done, "SET_UPNP_STATE"))
 
     def test_it_names_faults_and_survives_them(self):
-        for fault, told in (("unterminated_text", "SnInfo.MAC does not end within its 64 bytes"),
+        for fault, detail in (("unterminated_text", "SnInfo.MAC does not end within its 64 bytes"),
                             ("crash", r"it crashes \((ABRT|6)\) in devapi_get_sn_info"),
                             ("writes_behind", "it writes behind what it is given")):
             done = check(FAULTY, "--command", "GET_SN_INFO", "--command", "GET_UPNP_STATE", fault=fault)
             self.assertEqual(done.returncode, 1)
             self.assertRegex(row(done, "GET_SN_INFO"), "failed")
-            self.assertRegex(row(done, "GET_SN_INFO"), told)
+            self.assertRegex(row(done, "GET_SN_INFO"), detail)
             self.assertRegex(row(done, "GET_UPNP_STATE"), "passed")
         done = check(FAULTY, "--command", "GET_SN_INFO", "--patience", "1", fault="hang")
         self.assertRegex(row(done, "GET_SN_INFO"), "does not end within 1 seconds, in devapi_get_sn_info")
@@ -71,10 +71,10 @@ class ProgramTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             file = pathlib.Path(folder) / "junit.xml"
             done = check(FAULTY, "--allow-writes", "--command", "SET_UPNP_STATE", "--junit", file, fault="hostile_text")
-            told = ElementTree.parse(file).getroot().find(".//failure").get("message")
+            message = ElementTree.parse(file).getroot().find(".//failure").get("message")
         self.assertEqual(done.returncode, 1)
-        self.assertTrue(done.stdout.isascii() and told.isascii(), (done.stdout, told))
-        self.assertIn(r"\\x1b\\xef\\xbf\\xbf", told)  # escaped, and then quoted
+        self.assertTrue(done.stdout.isascii() and message.isascii(), (done.stdout, message))
+        self.assertIn(r"\\x1b\\xef\\xbf\\xbf", message)  # escaped, and then quoted
 
     def test_it_refuses_a_library_of_another_version(self):
         done = check(FAULTY, fault="other_major_version")
@@ -103,8 +103,8 @@ class ProgramTest(unittest.TestCase):
     def test_it_needs_only_cjson_and_the_runtime(self):
         watch = pathlib.Path(PROGRAM).parent.parent / "lib/libdevice_layer.so"
         for file in (PROGRAM, watch):
-            told = subprocess.run([READELF, "-dW", file], capture_output=True, text=True, check=True).stdout
-            needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", told))
+            sections = subprocess.run([READELF, "-dW", file], capture_output=True, text=True, check=True).stdout
+            needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", sections))
             self.assertTrue({"libc.so.6"} <= needed <= RUNTIME, needed)
 
 

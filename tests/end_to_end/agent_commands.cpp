@@ -6,6 +6,8 @@
 #include <cjson/cJSON.h>
 
 #include <algorithm>
+#include <fstream>
+#include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
 
@@ -93,6 +95,14 @@ AgentResult serve(const std::string &input, const std::vector<std::string> &opti
     return result;
 }
 
+std::string error_of(const std::vector<std::string> &words, int status)
+{
+    const AgentResult result = run_agent(words);
+    EXPECT_EQ(result.exit_status, status) << testing::PrintToString(words);
+    EXPECT_EQ(result.output, "") << testing::PrintToString(words);
+    return result.error;
+}
+
 void record(const std::string &command, const std::string &request, const std::string &reply)
 {
     // One record is one line, regardless of the layout of the texts.
@@ -107,4 +117,11 @@ std::vector<std::string> lines_of(const std::string &text)
         lines.push_back(line);
     }
     return lines;
+}
+
+std::string content_of(const std::string &file)
+{
+    std::ostringstream content;
+    content << std::ifstream(file, std::ios::binary).rdbuf();
+    return content.str();
 }

@@ -22,7 +22,11 @@ std::string ask(AgentProcess &serving, const std::string &line);
 AgentResult serve(const std::string &input, const std::vector<std::string> &options = {},
                   const std::vector<std::string> &serve_options = {});
 
+// Runs the agent, which has to end with this status and without output. Result: its error.
+std::string error_of(const std::vector<std::string> &words, int status);
+
 // Records a command that was run in another way.
 void record(const std::string &command, const std::string &request, const std::string &reply);
 
 std::vector<std::string> lines_of(const std::string &text);
+std::string content_of(const std::string &file);

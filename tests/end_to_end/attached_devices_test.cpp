@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -104,10 +103,7 @@ TEST_F(AttachedDevices, AreMarkedWhenTheyAreBlocked)
 
 TEST_F(AttachedDevices, CannotBeListedWhenTheDeviceFails)
 {
-    const AgentResult result = run_agent({"--fault", "devapi_get_host_num=-1", "hosts"});
-    EXPECT_EQ(result.exit_status, 1);
-    EXPECT_THAT(result.output, IsEmpty());
-    EXPECT_EQ(result.error,
+    EXPECT_EQ(error_of({"--fault", "devapi_get_host_num=-1", "hosts"}, 1),
               "hgagent: the gateway does not list its hosts: get ad base info error\n");
 }
 
@@ -123,21 +119,6 @@ TEST_F(AttachedDevices, CannotForgeATable)
                                          n8 + "  " + n32 + "  " + n32),
                             MatchesRegex("\u5ba2\u5385 +\\\\n\\\\x1b\\[31m  - +- +- +- +-"),
                             MatchesRegex("- +- +- +- +- +- +-")));
-}
-
-TEST_F(AttachedDevices, NeedAPluginThatListsThem)
-{
-    const AgentResult result = run_agent({"--plugin", PROBE_PLUGIN, "hosts"});
-    EXPECT_EQ(result.exit_status, 4);
-    EXPECT_EQ(result.error,
-              "hgagent: the plug-in " PROBE_PLUGIN " has no command GET_AD_BASE_INFO\n");
-}
-
-TEST_F(AttachedDevices, ReportAWriteError)
-{
-    AgentProcess full({"hosts"}, OutputTo::kFullDevice);
-    EXPECT_EQ(full.finish().exit_status, 5);
-    EXPECT_EQ(run_agent({"hosts", "all"}).exit_status, 2);
 }
 
 TEST_F(AttachedDevices, CannotControlATerminalByTheirNames)

@@ -62,11 +62,8 @@ TEST(Call, TakesWordsAsTextsInTheirOrder)
 TEST(Call, RefusesWordsThatAreNotTexts)
 {
     for (const std::string word : {"=value", "\xff=value", "key=\xc3"}) {
-        const AgentResult result =
-            run_agent({"call", "RESPONSE_ROUTER_VERSION", "VersionInfo=1", word});
-        EXPECT_EQ(result.exit_status, 2) << word;
-        EXPECT_THAT(result.error, HasSubstr("bad request")) << word;
-        EXPECT_THAT(result.output, IsEmpty()) << word;
+        EXPECT_THAT(error_of({"call", "RESPONSE_ROUTER_VERSION", "VersionInfo=1", word}, 2),
+                    HasSubstr("bad request"));
     }
 }
 
@@ -86,19 +83,11 @@ TEST(Call, ReadsTheRequestFromAFile)
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.output, "{\"VersionInfo\":\"secret\",\"Status\":\"0\"}\n");
 
-    const AgentResult missing =
-        run_agent({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file + "x"});
-    EXPECT_EQ(missing.exit_status, 5);
-    EXPECT_EQ(missing.error, "hgagent: cannot open " + file + "x: No such file or directory\n");
-
-    const AgentResult folder = run_agent({"call", "GET_SN_INFO", "--request-file", "/"});
-    EXPECT_EQ(folder.exit_status, 5);
-    EXPECT_EQ(folder.error, "hgagent: cannot read /: Is a directory\n");
-
-    const AgentResult both =
-        run_agent({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file, "VersionInfo=1"});
-    EXPECT_EQ(both.exit_status, 2);
-    EXPECT_THAT(both.output, IsEmpty());
+    EXPECT_EQ(error_of({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file + "x"}, 5),
+              "hgagent: cannot open " + file + "x: No such file or directory\n");
+    EXPECT_EQ(error_of({"call", "GET_SN_INFO", "--request-file", "/"}, 5),
+              "hgagent: cannot read /: Is a directory\n");
+    error_of({"call", "RESPONSE_ROUTER_VERSION", "--request-file", file, "VersionInfo=1"}, 2);
 }
 
 TEST(Call, ReadsAMegabyte)
@@ -171,12 +160,10 @@ TEST(Call, SaysWhereTheJsonIsInvalid)
         {"null", "this is a single value"},
     };
     for (const auto &bad : cases) {
-        const AgentResult result = call("GET_SN_INFO", bad.request);
-        EXPECT_EQ(result.exit_status, 2) << bad.request;
-        EXPECT_THAT(result.error, StartsWith("hgagent: bad request: "));
-        EXPECT_THAT(result.error, HasSubstr(bad.message));
-        EXPECT_EQ(lines_of(result.error).size(), 1U) << bad.request;
-        EXPECT_THAT(result.output, IsEmpty()) << bad.request;
+        const std::string error = error_of({"call", "GET_SN_INFO", bad.request}, 2);
+        EXPECT_THAT(error, StartsWith("hgagent: bad request: "));
+        EXPECT_THAT(error, HasSubstr(bad.message));
+        EXPECT_EQ(lines_of(error).size(), 1U) << bad.request;
     }
 }
 
@@ -200,42 +187,11 @@ TEST(Call, AcceptsDeepNesting)
 TEST(Call, NamesTheNearestOfAnUnknownCommand)
 {
     for (const std::string name : {"GET_SNINFO", "get_sn_info", "GET_SN_INFO "}) {
-        const AgentResult result = call(name);
-        EXPECT_EQ(result.exit_status, 3) << name;
-        EXPECT_THAT(result.error, StartsWith("hgagent: no command \"" + name +
-                                             "\"; the nearest are GET_SN_INFO, "));
-        EXPECT_THAT(result.output, IsEmpty()) << name;
+        EXPECT_THAT(error_of({"call", name}, 3), StartsWith("hgagent: no command \"" + name +
+                                                            "\"; the nearest are GET_SN_INFO, "));
     }
-}
-
-TEST(Call, RefusesAnEmptyOrHugeCommandName)
-{
-    EXPECT_EQ(call("").exit_status, 3);
-    const AgentResult result = call(std::string(100000, 'G'));
-    EXPECT_EQ(result.exit_status, 3);
-    EXPECT_LT(result.error.size(), 400U);
-}
-
-TEST(Call, ReportsWrongUsage)
-{
-    const std::vector<std::string> wrong[] = {
-        {},
-        {"call"},
-        {"reboot"},
-        {"call", "GET_SN_INFO", "--rubbish"},
-        {"call", "GET_SN_INFO", "{}", "{}"},
-        {"call", "GET_SN_INFO", "-", "a=b"},
-        {"--log-level", "8", "call", "GET_SN_INFO"},
-        {"--log-level", "error", "call", "GET_SN_INFO"},
-        {"--fault", "call", "GET_SN_INFO"},
-        {"serve", "--max-line", "0"},
-    };
-    for (const auto &words : wrong) {
-        const AgentResult result = run_agent(words);
-        EXPECT_EQ(result.exit_status, 2) << testing::PrintToString(words);
-        EXPECT_FALSE(result.error.empty()) << testing::PrintToString(words);
-        EXPECT_THAT(result.output, IsEmpty()) << testing::PrintToString(words);
-    }
+    error_of({"call", ""}, 3);
+    EXPECT_LT(error_of({"call", std::string(100000, 'G')}, 3).size(), 400U);
 }
 
 TEST(Call, ReportsAClosedOutput)
@@ -254,20 +210,6 @@ TEST(Call, PrintsTheReplyOfTheCommandDuringWhichASignalArrives)
     EXPECT_EQ(result.exit_status, 128 + SIGTERM);
     EXPECT_EQ(result.output, "{}\n");
     EXPECT_THAT(result.error, IsEmpty());
-}
-
-TEST(Usage, HelpAndVersionSucceed)
-{
-    const AgentResult help = run_agent({"--help"});
-    EXPECT_EQ(help.exit_status, 0);
-    for (const char *word :
-         {"--device", "--plugin", "--scenario", "--state", "--fault", "--trace", "--log-level",
-          "--show-secrets", "--raw-bytes", "--refuse-notices", "call", "serve", "notice", "report",
-          "hosts", "list", "describe", "Exit status", "Examples"}) {
-        EXPECT_THAT(help.output, HasSubstr(word));
-    }
-    EXPECT_THAT(help.output, HasSubstr("--record-limit BYTES "));
-    EXPECT_EQ(run_agent({"--version"}).output, "hgagent " PROJECT_VERSION "\n");
 }
 
 } // namespace call_test

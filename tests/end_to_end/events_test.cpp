@@ -7,12 +7,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -114,7 +108,7 @@ TEST_F(WorkerEvents, ReportTheStartBeforeTheAnswer)
     EXPECT_EQ(agent_.read_line(), of_worker("started", "wifi-batch"));
     EXPECT_THAT(agent_.read_line(), StartsWith(R"({"id":1,"result":0,)"));
     agent_.send("{\"id\":2,\"hello\":{}}\n");
-    EXPECT_THAT(agent_.read_line(), StartsWith(R"({"id":2,"result":0,)")) << "told only once";
+    EXPECT_THAT(agent_.read_line(), StartsWith(R"({"id":2,"result":0,)")) << "reported only once";
     release();
 }
 
@@ -263,9 +257,7 @@ TEST(Reboot, KeepsRequestsFromThePlugin)
                 ElementsAre(kBegunForAnHour, kRebooted, kRefused, kRefused, kRefused, kRefused,
                             refused_reboot, StartsWith(R"({"id":3,"result":0,)"),
                             HasSubstr(R"("code":"bad-request")")));
-    std::ostringstream traced;
-    traced << std::ifstream(trace).rdbuf();
-    EXPECT_THAT(traced.str(), MatchesRegex("[^\n]*devapi_reboot\\([^\n]*\n"));
+    EXPECT_THAT(content_of(trace), MatchesRegex("[^\n]*devapi_reboot\\([^\n]*\n"));
 
     EXPECT_THAT(lines_of(serve(input, options).output),
                 ElementsAre(kRebooted, kRefused, kRefused, kRefused, kRefused, refused_reboot,

@@ -9,14 +9,11 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
-#include <sys/stat.h>
 #include <thread>
 
 using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::MatchesRegex;
 using testing::Not;
 
 using Json = nlohmann::ordered_json;
@@ -274,10 +271,8 @@ TEST_F(FirmwareUpdate, WorksAfterAHostileServer)
     }
     EXPECT_EQ(download("new.image"), R"({"Status":"0"})");
     EXPECT_EQ(agent.process().finish().exit_status, 0);
-    std::ostringstream traced;
-    traced << std::ifstream(trace).rdbuf();
-    EXPECT_THAT(traced.str(), HasSubstr("the server sends more than 4194304 bytes in "
-                                        "addition to its response"));
+    EXPECT_THAT(content_of(trace), HasSubstr("the server sends more than 4194304 bytes in "
+                                             "addition to its response"));
 }
 
 TEST_F(FirmwareUpdate, AcceptsFilesOnlyFromItsFolder)
@@ -291,9 +286,8 @@ TEST_F(FirmwareUpdate, AcceptsFilesOnlyFromItsFolder)
     EXPECT_THAT(download({}), HasSubstr(R"("Status":"1")"));
     EXPECT_THAT(download({"--firmware-folder", "/usr"}), HasSubstr(R"("Status":"1")"));
     EXPECT_EQ(download({"--firmware-folder", folder_}), kDone);
-    const AgentResult result = run_agent({"--firmware-folder", folder_ + "/none", "hosts"});
-    EXPECT_EQ(result.exit_status, 4);
-    EXPECT_EQ(result.error, "hgagent: " + folder_ + "/none: No such file or directory\n");
+    EXPECT_EQ(error_of({"--firmware-folder", folder_ + "/none", "hosts"}, 4),
+              "hgagent: " + folder_ + "/none: No such file or directory\n");
 }
 
 TEST_F(FirmwareUpdate, AcceptsOnlyImagesSignedByItsKey)

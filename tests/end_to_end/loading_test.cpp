@@ -6,12 +6,10 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sys/stat.h>
 
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
@@ -21,19 +19,12 @@ namespace loading_test {
 // Runs the agent with these options: it must end with status 4 and one line with the reason.
 std::string refusal(const std::vector<std::string> &options)
 {
-    const AgentResult result = call("GET_SN_INFO", "{}", options);
-    EXPECT_EQ(result.exit_status, 4) << testing::PrintToString(options);
-    EXPECT_THAT(result.output, IsEmpty());
-    EXPECT_EQ(lines_of(result.error).size(), 1U) << result.error;
-    EXPECT_THAT(result.error, StartsWith("hgagent: "));
-    return result.error;
-}
-
-std::string beginning_of(const std::string &file, size_t size)
-{
-    std::string content(size, '\0');
-    std::ifstream(file, std::ios::binary).read(content.data(), static_cast<std::streamsize>(size));
-    return content;
+    std::vector<std::string> words = options;
+    words.insert(words.end(), {"call", "GET_SN_INFO"});
+    std::string error = error_of(words, 4);
+    EXPECT_EQ(lines_of(error).size(), 1U) << error;
+    EXPECT_THAT(error, StartsWith("hgagent: "));
+    return error;
 }
 
 TEST(Loading, TakesGivenLibraries)
@@ -58,7 +49,7 @@ TEST(Loading, RefusesWhatIsNotALibrary)
 {
     const std::string text = test_file("text.so", std::string(100, 'x'));
     const std::string empty = test_file("empty.so", "");
-    const std::string cut = test_file("cut.so", beginning_of(PLUGIN_PATH, 2000));
+    const std::string cut = test_file("cut.so", content_of(PLUGIN_PATH).substr(0, 2000));
     const std::string pipe = test_file("pipe.so");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     for (const std::string &path : {text, empty, cut, pipe, std::string("/"),
@@ -109,10 +100,7 @@ TEST(Loading, RefusesGatewayOptionsWithoutTheSimulatedGateway)
 {
     for (const std::string option :
          {"--scenario", "--state", "--fault", "--firmware-folder", "--firmware-key"}) {
-        const AgentResult result =
-            call("GET_SN_INFO", "{}", {"--device", HOSTILE_DEVICE, option, "-"});
-        EXPECT_EQ(result.exit_status, 2) << option;
-        EXPECT_THAT(result.error,
+        EXPECT_THAT(error_of({"--device", HOSTILE_DEVICE, option, "-", "call", "GET_SN_INFO"}, 2),
                     HasSubstr("for the simulated gateway, and the device library " HOSTILE_DEVICE
                               " is none"));
     }
@@ -152,7 +140,7 @@ TEST(Loading, PassesTheGatewayItsOptions)
               "devapi_get_sn_info=-7", "--fault", "devapi_get_system_info=-1"});
     EXPECT_EQ(result.exit_status, 1);
     EXPECT_TRUE(std::filesystem::exists(state));
-    EXPECT_THAT(beginning_of(trace, 4096), AllOf(HasSubstr("devapi_get_sn_info"), HasSubstr("-7")));
+    EXPECT_THAT(content_of(trace), AllOf(HasSubstr("devapi_get_sn_info"), HasSubstr("-7")));
 
     const AgentResult traced = call("GET_SN_INFO", "{}", {"--trace", "-"});
     EXPECT_THAT(traced.error, HasSubstr("devapi_get_sn_info"));

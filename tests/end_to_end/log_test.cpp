@@ -76,4 +76,16 @@ TEST(Log, KeepsTheVersionReportInTheAgentsBuffer)
     EXPECT_THAT(result.error, Not(HasSubstr("the time of")));
 }
 
+TEST(Log, SaysThatTheProfileHasChanged)
+{
+    const std::string changed = "<6> hgagent: the profile has changed";
+    const std::string request = R"({"ConfiguerStatus":"1"})";
+    EXPECT_THAT(call("SET_TSLINK_CONFIG_STATUS", request, {"--log-level", "6"}).error,
+                HasSubstr(changed));
+    EXPECT_THAT(call("SET_TSLINK_CONFIG_STATUS", request,
+                     {"--log-level", "6", "--fault", "devapi_set_sta_tslink_config=-1"})
+                    .error,
+                Not(HasSubstr(changed)));
+}
+
 } // namespace log_test

@@ -10,7 +10,6 @@
 #include <ctime>
 
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -77,15 +76,6 @@ TEST(Notice, PrintsTheEnvelope)
     EXPECT_LE(envelope["time"], after);
 }
 
-TEST(Notice, IsIndentedOnATerminal)
-{
-    AgentProcess agent({"notice", "--plugin-name", "p", kText}, OutputTo::kTerminal);
-    const AgentResult result = agent.finish();
-    EXPECT_EQ(result.exit_status, 0);
-    EXPECT_THAT(result.output, StartsWith("{\r\n\t\"RPCMethod\":\t\"Push\",\r\n"));
-    EXPECT_THAT(result.output, EndsWith("\"\r\n}\r\n"));
-}
-
 TEST(Notice, TakesItsTextFromStandardInput)
 {
     const AgentResult result = notice({}, "-", "\u4f60\u597d, \"phone\"\n");
@@ -114,41 +104,18 @@ TEST(Notice, SaysWhatCannotBeSent)
     const AgentResult nul = notice({}, "-", std::string("a\0b", 3));
     EXPECT_EQ(nul.exit_status, 2);
     EXPECT_EQ(nul.error, "hgagent: bad notice: a NUL byte would end its text\n");
-    const AgentResult name = run_agent({"notice", "--plugin-name", "\xd6\xd0", "text"});
-    EXPECT_EQ(name.exit_status, 2);
-    EXPECT_EQ(name.error, "hgagent: bad notice: the plug-in's name is not UTF-8\n");
-    for (const std::vector<std::string> &words :
-         {std::vector<std::string>{"notice", "text"},
-          std::vector<std::string>{"notice", "--plugin-name", "p"},
-          std::vector<std::string>{"notice", "--plugin-name", "p", "two", "texts"}}) {
-        EXPECT_EQ(run_agent(words).exit_status, 2) << testing::PrintToString(words);
-    }
+    EXPECT_EQ(error_of({"notice", "--plugin-name", "\xd6\xd0", "text"}, 2),
+              "hgagent: bad notice: the plug-in's name is not UTF-8\n");
 }
 
 TEST(Notice, FailsWhenItIsRefused)
 {
     for (const std::string result : {"1", "-7", "2147483647"}) {
-        const AgentResult refused = notice({"--refuse-notices", result}, kText);
-        EXPECT_EQ(refused.exit_status, 1);
-        EXPECT_THAT(refused.output, IsEmpty());
-        EXPECT_THAT(lines_of(refused.error),
-                    ElementsAre("<3> libtsiotAgtd: kaa_device_notice failed!!!",
-                                "hgagent: the notice was refused with " + result));
+        const std::string error =
+            error_of({"--refuse-notices", result, "notice", "--plugin-name", "p", kText}, 1);
+        EXPECT_THAT(lines_of(error), ElementsAre("<3> libtsiotAgtd: kaa_device_notice failed!!!",
+                                                 "hgagent: the notice was refused with " + result));
     }
-}
-
-TEST(Notice, NeedsAPluginThatKnowsIt)
-{
-    const AgentResult result = notice({"--plugin", PROBE_PLUGIN}, kText);
-    EXPECT_EQ(result.exit_status, 4);
-    EXPECT_EQ(result.error,
-              "hgagent: the plug-in " PROBE_PLUGIN " does not export json_msg_notice_to_app\n");
-}
-
-TEST(Notice, ReportsAWriteError)
-{
-    AgentProcess agent({"notice", "--plugin-name", "p", kText}, OutputTo::kFullDevice);
-    EXPECT_EQ(agent.finish().exit_status, 5);
 }
 
 TEST(Notice, PrecedesTheAnswerOfServe)

@@ -58,20 +58,4 @@ TEST_F(Qos, AddsAndDeletesRules)
     EXPECT_THAT(rules(), ElementsAre("2 Games", "1 Work"));
 }
 
-TEST_F(Qos, HasRoomForSixRules)
-{
-    for (const char *number : {"2", "3", "4", "5", "6"}) {
-        EXPECT_EQ(add("Rule"), R"({"Status":"0","Id":")" + std::string(number) + "\"}\n");
-    }
-    EXPECT_EQ(add("Rule"), failed("0"));
-    EXPECT_EQ(rules().size(), 6U);
-}
-
-TEST_F(Qos, KeepsSwitchAndPriorities)
-{
-    expect_kept("SET_QOS_ENABLE", R"({"Enable":"0"})", "GET_QOS_INFO", R"({"Enable":"0",)");
-    expect_kept("SET_QOS_APP_INFO", R"({"Id":"3","PriorityLevel":"8"})", "GET_QOS_INFO",
-                R"({"Id":"3","Name":"Video","PriorityLevel":"8"})");
-}
-
 } // namespace qos_test

@@ -7,9 +7,6 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 using testing::HasSubstr;
 
@@ -17,12 +14,6 @@ namespace real_reboot_test {
 
 constexpr char kStarted[] = "{\"Status\":\"0\",\"updateResult\":\"0\"}\n";
 constexpr char kRefused[] = "the reboot would restart this machine";
-
-std::string content_of(const std::string &file)
-{
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 class RealReboot : public FirmwareTest {
   protected:

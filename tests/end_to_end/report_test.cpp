@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -37,14 +36,6 @@ TEST(Report, PrintsTheHomePage)
                      "\"CpuTemperature\":\"[0-9]+\"\\}\n"));
 }
 
-TEST(Report, IsIndentedOnATerminal)
-{
-    AgentProcess agent({"report", "home-page"}, OutputTo::kTerminal);
-    const AgentResult result = agent.finish();
-    EXPECT_THAT(result.output, StartsWith("{\r\n\t\"Status\":\t\"0\",\r\n\t\"Devname\":\t\""));
-    EXPECT_THAT(result.output, EndsWith("\"\r\n}\r\n"));
-}
-
 TEST(Report, FailsWithItsBuilder)
 {
     const AgentResult result =
@@ -53,34 +44,11 @@ TEST(Report, FailsWithItsBuilder)
     EXPECT_EQ(result.output, "{\"Status\":\"1\",\"FailReason\":\"get home page info failed\"}\n");
 }
 
-TEST(Report, SaysThatThePluginLacksTheBuilder)
-{
-    const AgentResult result = run_agent({"--plugin", PROBE_PLUGIN, "report", "home-page"});
-    EXPECT_EQ(result.exit_status, 4);
-    EXPECT_EQ(result.error,
-              "hgagent: the plug-in " PROBE_PLUGIN " does not export json_get_home_page_info\n");
-    EXPECT_THAT(result.output, IsEmpty());
-}
-
 TEST(Report, RefusesOtherNames)
 {
     for (const std::string name : {"homepage", "HOME-PAGE", " "}) {
-        const AgentResult result = run_agent({"report", name});
-        EXPECT_EQ(result.exit_status, 3) << name;
-        EXPECT_EQ(result.error, "hgagent: no report \"" + name + "\"; hgagent report lists them\n");
-        EXPECT_THAT(result.output, IsEmpty());
-    }
-    EXPECT_EQ(run_agent({"report", "home-page", "{}"}).exit_status, 2);
-}
-
-TEST(Report, ReportsAWriteError)
-{
-    for (const std::vector<std::string> &words :
-         {std::vector<std::string>{"report"}, std::vector<std::string>{"report", "home-page"}}) {
-        AgentProcess agent(words, OutputTo::kFullDevice);
-        const AgentResult result = agent.finish();
-        EXPECT_EQ(result.exit_status, 5);
-        EXPECT_THAT(result.error, HasSubstr("cannot write to standard output"));
+        EXPECT_EQ(error_of({"report", name}, 3),
+                  "hgagent: no report \"" + name + "\"; hgagent report lists them\n");
     }
 }
 

@@ -96,9 +96,6 @@ TEST(RouterReport, DescribesTheRouterAtThePath)
     EXPECT_THAT(stations(tree + "3."), HasSubstr("game-console"));
     EXPECT_EQ(stations(tree + "4."), "{\"MainBaseInfo\":[]}\n");
     EXPECT_EQ(stations(""), "{\"MainBaseInfo\":[]}\n");
-
-    EXPECT_EQ(run_agent({"report", "topology", "--path", tree + "1."}).exit_status, 2);
-    EXPECT_EQ(run_agent({"report", "--path", tree + "1."}).exit_status, 2);
 }
 
 TEST(RouterReport, FailsWhereOnlyItsResultSaysSo)

@@ -13,13 +13,6 @@ namespace settings_test {
 
 class Settings : public GatewayTest {};
 
-TEST_F(Settings, KeepTheBaseName)
-{
-    expect_kept("SET_HG_BASE_INFO", R"({"Name":"Attic"})", "GET_HG_BASE_INFO", R"("Name":"Attic")");
-    EXPECT_THAT(run_agent({"--state", state_, "report", "home-page"}).output,
-                HasSubstr(R"("Devname":"Attic")"));
-}
-
 TEST_F(Settings, KeepTheLan)
 {
     const std::string keys = R"("GatewayLanIP":"192.168.7.1","SubnetMask":"255.255.255.0",)"
@@ -38,19 +31,7 @@ TEST_F(Settings, ReportWhyALanIsRefused)
     EXPECT_EQ(refused.exit_status, 1);
     EXPECT_EQ(refused.output,
               "{\"Status\":\"1\",\"FailReason\":\"StartIp is outside the subnet\"}\n");
-    EXPECT_THAT(reply("SET_LAN_IP_INFO",
-                      R"({"GatewayLanIP":"192.168.1.1","SubnetMask":"255.255.255.0",)"
-                      R"("StartIp":"192.168.1.9","EndIp":"192.168.1.8"})"),
-                AllOf(HasSubstr(R"("Status":"1")"), HasSubstr(R"("FailReason":"EndIp )")));
     EXPECT_EQ(reply("GET_LAN_IP_INFO"), before);
-}
-
-TEST_F(Settings, KeepTheDhcpServersState)
-{
-    for (const std::string enable : {"0", "1"}) {
-        expect_kept("SET_HG_DHCP_INFO", R"({"Enable":")" + enable + "\"}", "GET_HG_DHCP_INFO",
-                    R"("Enable":")" + enable + "\"");
-    }
 }
 
 TEST_F(Settings, KeepThePppoeAccount)
@@ -82,27 +63,6 @@ TEST_F(Settings, KeepTheAdministrator)
 {
     expect_kept("SET_ADMIN_INFO", R"({"Type":"1","Name":"root","Password":"correct horse"})",
                 "GET_ADMIN_INFO", R"("Name":"root","Password":"correct horse")");
-}
-
-TEST_F(Settings, KeepTheWebLogin)
-{
-    expect_kept("SET_WEB_LOGIN_INFO", R"({"WebLoginType":"0","Password":"battery"})",
-                "GET_WEB_LOGIN_INFO", R"("Password":"battery","WebLoginType":"0")");
-    expect_kept("SET_WEB_LOGIN_TYPE", R"({"Type":"1"})", "GET_WEB_LOGIN_INFO",
-                R"("Password":"battery","WebLoginType":"1")");
-}
-
-TEST_F(Settings, KeepTheRebootSchedule)
-{
-    const std::string keys = R"("GatewayRebootEnable":"1","Time":"03:15","DaysOfWeek":"2,6")";
-    expect_kept("SET_HG_REBOOT_INFO", "{" + keys + "}", "GET_HG_REBOOT_INFO", keys);
-}
-
-TEST_F(Settings, KeepTheSleepSchedule)
-{
-    const std::string keys = R"("GatewaySleepEnable":"0","WiFiSleepEnable":"1",)"
-                             R"("LedSleepEnable":"0","StartTime":"01:00","EndTime":"05:45")";
-    expect_kept("SET_HG_SLEEP_INFO", "{" + keys + "}", "GET_HG_SLEEP_INFO", keys);
 }
 
 TEST_F(Settings, SurviveAReboot)

@@ -5,9 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <regex>
-#include <sstream>
 
 using testing::AllOf;
 using testing::ElementsAre;
@@ -16,13 +13,6 @@ using testing::MatchesRegex;
 using testing::Not;
 
 namespace trace_test {
-
-std::vector<std::string> lines_in(const std::string &file)
-{
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return lines_of(text.str());
-}
 
 TEST(Trace, HasALineForEachCallOfAnyDeviceLibrary)
 {
@@ -33,7 +23,7 @@ TEST(Trace, HasALineForEachCallOfAnyDeviceLibrary)
     EXPECT_EQ(traced.exit_status, 0);
     EXPECT_EQ(traced.output, untraced.output);
     EXPECT_EQ(call("QUERY_SYSTEM_INFO", "{}", options).exit_status, 1);
-    EXPECT_THAT(lines_in(trace),
+    EXPECT_THAT(lines_of(content_of(trace)),
                 ElementsAre(MatchesRegex(R"(\[[0-9]+\] devapi_get_sn_info\(info=\{)"
                                          R"(MAC="02:00:5E:10:00:01", tslinkstatus="0", )"
                                          R"(DeviceType="EXAMPLE-1"\}\) = 0 in [0-9]+ us)"),
@@ -73,7 +63,8 @@ TEST(Trace, IsTheSimulatedGatewaysOwnWhereThereIsOne)
 {
     const std::string trace = test_file("gateway.trace");
     EXPECT_EQ(call("GET_SN_INFO", "{}", {"--trace", trace}).exit_status, 0);
-    EXPECT_THAT(lines_in(trace), ElementsAre(HasSubstr("devapi_get_sn_info(info={MAC=")));
+    EXPECT_THAT(lines_of(content_of(trace)),
+                ElementsAre(HasSubstr("devapi_get_sn_info(info={MAC=")));
 }
 
 TEST(Trace, InsertsNoLayerWithoutTheOption)
@@ -102,10 +93,8 @@ TEST(Trace, HidesNoFunctionThatTheLibraryLacks)
 TEST(Trace, NamesAFileThatCannotBeWritten)
 {
     const std::string nowhere = test_file("no_folder") + "/trace";
-    const AgentResult result =
-        call("GET_SN_INFO", "{}", {"--device", MINIMAL_DEVICE, "--trace", nowhere});
-    EXPECT_EQ(result.exit_status, 4);
-    EXPECT_EQ(result.error, "hgagent: " + nowhere + ": No such file or directory\n");
+    EXPECT_EQ(error_of({"--device", MINIMAL_DEVICE, "--trace", nowhere, "call", "GET_SN_INFO"}, 4),
+              "hgagent: " + nowhere + ": No such file or directory\n");
 }
 
 TEST(Trace, LosesNoAnswerToAFullDisk)
@@ -122,7 +111,8 @@ TEST(Trace, ShowsWhatConformanceCalls)
     const AgentResult result = run_agent(
         {"--device", MINIMAL_DEVICE, "--trace", trace, "conformance", "--command", "GET_SN_INFO"});
     EXPECT_EQ(result.exit_status, 0) << result.output;
-    EXPECT_THAT(lines_in(trace), ElementsAre(HasSubstr("DeviceType=\"EXAMPLE-1\"}) = 0 in ")));
+    EXPECT_THAT(lines_of(content_of(trace)),
+                ElementsAre(HasSubstr("DeviceType=\"EXAMPLE-1\"}) = 0 in ")));
 }
 
 } // namespace trace_test

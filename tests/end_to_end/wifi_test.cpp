@@ -119,17 +119,6 @@ TEST_F(Wifi, WarnsWhenABatchTurnsOffAMainSsidOfTheMeshAndAppliesIt)
                 AllOf(HasSubstr(R"("SSID":"home")"), HasSubstr(R"("Enable":"0")")));
 }
 
-TEST_F(Wifi, KeepsTheSleepSchedule)
-{
-    const std::string list =
-        R"("WIFISleepList":[{"Enable":"1","StartTime":"23:00","EndTime":"06:30",)"
-        R"("DaysOfWeek":"1,2,3"},{"Enable":"0","StartTime":"12:00","EndTime":"13:00",)"
-        R"("DaysOfWeek":"7"}])";
-    expect_kept("SET_WIFI_SLEEP_SCHEDULE", "{" + list + "}", "GET_WIFI_SLEEP_SCHEDULE", list);
-    expect_kept("SET_WIFI_SLEEP_SCHEDULE", R"({"WIFISleepList":[]})", "GET_WIFI_SLEEP_SCHEDULE",
-                R"("WIFISleepList":[])");
-}
-
 TEST_F(Wifi, JoinsANetworkThatAScanFinds)
 {
     Json heard;
@@ -154,25 +143,6 @@ TEST_F(Wifi, JoinsANetworkThatAScanFinds)
     for (const Json &network : scan()) {
         EXPECT_EQ(network["Connected"], network["SSID"] == heard["SSID"] ? "1" : "0") << network;
     }
-}
-
-TEST_F(Wifi, MeasuresTheNetworksThatAScanFinds)
-{
-    const Json powers = Json::parse(reply("GET_SCAN_CHANNEL_POWER"))["SSIDList"];
-    const Json networks = scan();
-    ASSERT_FALSE(networks.empty());
-    ASSERT_EQ(powers.size(), networks.size());
-    for (size_t at = 0; at < networks.size(); ++at) {
-        EXPECT_EQ(powers[at]["name"], networks[at]["SSID"]);
-        EXPECT_EQ(powers[at]["dbpower"], networks[at]["PowerLevel"]);
-    }
-}
-
-TEST_F(Wifi, ListsTheChannelsOfBothBands)
-{
-    const Json channels = Json::parse(reply("GET_WIFI_CHANNEL_LIST"));
-    EXPECT_THAT(channels["List24g"], testing::Contains(Json({{"Name", "6"}})));
-    EXPECT_THAT(channels["List58g"], testing::Contains(Json({{"Name", "44"}})));
 }
 
 TEST_F(Wifi, ClosesTheGuestNetworkInTime)

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Threads of the plug-in that outlive the command that started them.
 #include "agent_commands.h"
+#include "held_pipe.h"
 
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <fcntl.h>
-#include <filesystem>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using testing::HasSubstr;
 
@@ -17,41 +14,23 @@ namespace workers_test {
 constexpr char kWaiting[] = "hgagent: waiting for the Wi-Fi settings to be applied\n";
 constexpr char kDone[] = "the worker has done its work\n";
 
-// A worker that runs until the test releases it.
-class HeldWorker {
-  public:
-    HeldWorker() : pipe_(test_file("pipe"))
-    {
-        std::filesystem::remove(pipe_);
-        EXPECT_EQ(mkfifo(pipe_.c_str(), 0600), 0);
-    }
-    ~HeldWorker() { close(writer_); }
-    HeldWorker(const HeldWorker &) = delete;
-    HeldWorker &operator=(const HeldWorker &) = delete;
+std::vector<std::string> call_of(const HeldPipe &pipe)
+{
+    return {"--plugin", WORKER_PLUGIN, "call", "WORK", "until=" + pipe.path()};
+}
 
-    std::vector<std::string> call() const
-    {
-        return {"--plugin", WORKER_PLUGIN, "call", "WORK", "until=" + pipe_};
-    }
-    std::string line() const
-    {
-        return R"({"command":"WORK","params":{"until":")" + pipe_ + "\"}}\n";
-    }
-    // Does not wait until the worker has got this far.
-    void release() { writer_ = open(pipe_.c_str(), O_RDWR | O_CLOEXEC); }
-
-  private:
-    std::string pipe_;
-    int writer_ = -1;
-};
+std::string line_of(const HeldPipe &pipe)
+{
+    return R"({"command":"WORK","params":{"until":")" + pipe.path() + "\"}}\n";
+}
 
 TEST(Workers, AreWaitedForAfterTheReply)
 {
-    HeldWorker worker;
-    AgentProcess agent(worker.call());
+    HeldPipe pipe;
+    AgentProcess agent(call_of(pipe));
     EXPECT_THAT(agent.read_line(), HasSubstr(R"("Status":"0"})"));
     EXPECT_TRUE(agent.await_error(kWaiting));
-    worker.release();
+    pipe.release();
     const AgentResult result = agent.wait();
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.error, std::string(kWaiting) + kDone);
@@ -59,10 +38,10 @@ TEST(Workers, AreWaitedForAfterTheReply)
 
 TEST(Workers, AreWaitedForWhenTheReplyCannotBeWritten)
 {
-    HeldWorker worker;
-    AgentProcess agent(worker.call(), OutputTo::kFullDevice);
+    HeldPipe pipe;
+    AgentProcess agent(call_of(pipe), OutputTo::kFullDevice);
     EXPECT_TRUE(agent.await_error(kWaiting));
-    worker.release();
+    pipe.release();
     const AgentResult result = agent.wait();
     EXPECT_EQ(result.exit_status, 5);
     EXPECT_THAT(result.error, HasSubstr("cannot write to standard output"));
@@ -71,13 +50,13 @@ TEST(Workers, AreWaitedForWhenTheReplyCannotBeWritten)
 
 TEST(Workers, AreWaitedForWhenTheInputOfServeEnds)
 {
-    HeldWorker worker;
+    HeldPipe pipe;
     AgentProcess agent({"--plugin", WORKER_PLUGIN, "serve"});
-    agent.send(worker.line());
+    agent.send(line_of(pipe));
     EXPECT_THAT(agent.read_line(), HasSubstr(R"("Status":"0"}})"));
     agent.close_input();
     EXPECT_TRUE(agent.await_error(kWaiting));
-    worker.release();
+    pipe.release();
     const AgentResult result = agent.wait();
     EXPECT_EQ(result.exit_status, 0);
     EXPECT_EQ(result.error, std::string(kWaiting) + kDone);
@@ -85,20 +64,20 @@ TEST(Workers, AreWaitedForWhenTheInputOfServeEnds)
 
 TEST(Workers, AreWaitedForWhenNobodyReadsWhatServeAnswers)
 {
-    HeldWorker worker;
+    HeldPipe pipe;
     AgentProcess agent({"--plugin", WORKER_PLUGIN, "serve"});
     agent.close_output();
-    agent.send(worker.line());
+    agent.send(line_of(pipe));
     EXPECT_TRUE(agent.await_error(kWaiting));
-    worker.release();
+    pipe.release();
     EXPECT_EQ(agent.wait().exit_status, 0);
 }
 
 TEST(Workers, DoNotDelayTheEndOnASignal)
 {
     for (const int signal : {SIGTERM, SIGINT}) {
-        const HeldWorker worker;
-        AgentProcess called(worker.call());
+        const HeldPipe pipe;
+        AgentProcess called(call_of(pipe));
         EXPECT_TRUE(called.await_error(kWaiting));
         called.signal(signal);
         const AgentResult result = called.wait();
@@ -107,7 +86,7 @@ TEST(Workers, DoNotDelayTheEndOnASignal)
         EXPECT_EQ(result.error, kWaiting);
 
         AgentProcess serving({"--plugin", WORKER_PLUGIN, "serve"});
-        serving.send(worker.line());
+        serving.send(line_of(pipe));
         serving.close_input();
         EXPECT_TRUE(serving.await_error(kWaiting));
         serving.signal(signal);

@@ -6,11 +6,7 @@ namespace {
 
 TEST_F(HostsTest, AllHostsAreListed)
 {
-    int32_t count = 0;
-    EXPECT_EQ(devapi_get_host_num(&count), 0);
-    EXPECT_EQ(count, kHosts);
-    EXPECT_STREQ(host(1).Name, "workshop-pc");
-    EXPECT_STREQ(host(kHosts).Name, "Omas-Phone");
+    EXPECT_EQ(reported_by(devapi_get_host_num), kHosts);
     for (const int32_t index : {0, -1, kHosts + 1, INT32_MAX, INT32_MIN}) {
         AdBaseInfo info = {};
         info.HostIndex = index;
@@ -18,68 +14,26 @@ TEST_F(HostsTest, AllHostsAreListed)
         EXPECT_STREQ(info.Mac, "");
         AttachDeviceRight right = {};
         right.HostIndex = index;
-        EXPECT_EQ(devapi_get_attach_device_right(&right), -1);
-        EXPECT_EQ(reason(), "there is no device " + std::to_string(index));
+        EXPECT_EQ(reason(devapi_get_attach_device_right(&right)),
+                  "there is no device " + std::to_string(index));
     }
 }
 
-TEST_F(HostsTest, ReportsEveryFieldOfAHostByRadio)
+TEST_F(HostsTest, AHostByRadioHasARadioLink)
 {
-    ASSERT_EQ(open_when(kTime + 100), "");
     const AdBaseInfo info = host(kAnnasPhone);
-    EXPECT_STREQ(info.Mac, "DA:41:7C:0E:92:B3");
-    EXPECT_STREQ(info.UID, "DA417C0E92B3");
-    EXPECT_STREQ(info.DevType, "Phone");
-    EXPECT_STREQ(info.DevFactory, "NULL");
-    EXPECT_STREQ(info.Name, "Annas-Phone");
-    EXPECT_STREQ(info.ByName, "Anna");
-    EXPECT_STREQ(info.OS, "Android");
-    EXPECT_STREQ(info.Version, "14");
-    EXPECT_STREQ(info.NetStatus, "1");
-    EXPECT_STREQ(info.NetMonopoly, "0");
-    EXPECT_STREQ(info.AccessType, "5GHz");
-    EXPECT_STREQ(info.AccessEnable, "1");
-    EXPECT_STREQ(info.AccessTime, "1767225600");
-    EXPECT_GT(std::stoi(info.UpSpeed), 0);
-    EXPECT_GT(std::stoi(info.DownSpeed), 0);
-    EXPECT_STREQ(info.ip, "192.168.1.110");
     EXPECT_STREQ(info.AccessCode, "1");
     EXPECT_STREQ(info.SSIDIndex, "5");
     EXPECT_STREQ(info.LinkStatus, "1");
-    EXPECT_STREQ(info.SpeedLimit, "0");
-    EXPECT_STREQ(info.DownLimit, "0");
-    EXPECT_STREQ(info.UpLimit, "0");
-    EXPECT_STREQ(info.GreennetProtectEnable, "0");
-    EXPECT_LE(std::abs(std::stoi(info.Dbm) + 47), 3);
-    EXPECT_STREQ(info.StaticDhcpEnable, "0");
-}
-
-TEST_F(HostsTest, AWiredHostHasNoRadioFields)
-{
-    const AdBaseInfo info = host(7);
-    EXPECT_STREQ(info.DevFactory, "Speicherberg");
-    EXPECT_STREQ(info.AccessType, "cable");
-    EXPECT_STREQ(info.AccessCode, "0");
-    EXPECT_STREQ(info.SSIDIndex, "NULL");
-    EXPECT_STREQ(info.Dbm, "NULL");
-    EXPECT_STREQ(info.StaticDhcpEnable, "1");
-    EXPECT_STREQ(host(kConsole).SpeedLimit, "1");
-    EXPECT_STREQ(host(kConsole).DownLimit, "20000");
-    EXPECT_STREQ(host(kConsole).GreennetProtectEnable, "1");
-}
-
-TEST_F(HostsTest, AHostThatIsOfflineIsListedAsSuch)
-{
-    const AdBaseInfo info = host(kOmasPhone);
-    EXPECT_STREQ(info.NetStatus, "0");
-    EXPECT_STREQ(info.LinkStatus, "0");
-    EXPECT_STREQ(info.AccessTime, "NULL");
-    EXPECT_STREQ(info.UpSpeed, "0");
-    EXPECT_STREQ(info.DownSpeed, "0");
-    EXPECT_STREQ(info.ip, "NULL");
-    EXPECT_STREQ(info.Dbm, "NULL");
-    EXPECT_STREQ(info.AccessEnable, "1");
-    EXPECT_STREQ(info.SSIDIndex, "2");
+    const AdBaseInfo wired = host(7);
+    EXPECT_STREQ(wired.AccessCode, "0");
+    EXPECT_STREQ(wired.SSIDIndex, "NULL");
+    EXPECT_STREQ(wired.Dbm, "NULL");
+    const AdBaseInfo offline = host(kOmasPhone);
+    EXPECT_STREQ(offline.LinkStatus, "0");
+    EXPECT_STREQ(offline.AccessTime, "NULL");
+    EXPECT_STREQ(offline.ip, "NULL");
+    EXPECT_STREQ(offline.SSIDIndex, "2");
 }
 
 TEST_F(HostsTest, WithTypeOneOnlyTheDevicesOfTheMainRouterAreListed)
@@ -98,25 +52,15 @@ TEST_F(HostsTest, WithTypeOneOnlyTheDevicesOfTheMainRouterAreListed)
 
 TEST_F(HostsTest, ASettingIsReportedAndKept)
 {
-    AdBaseSetting setting = {};
-    set(setting.info.Mac, "DA:41:7C:0E:92:B3");
-    set(setting.info.DevType, "Tablet");
-    set(setting.info.ByName, "Annas Gerät");
-    set(setting.info.AccessEnable, "0");
-    set(setting.info.DownLimit, "512");
-    set(setting.info.StaticDhcpEnable, "1");
-    set(setting.info.ip, "192.168.1.50");
-    EXPECT_EQ(applied(setting), "");
+    const Fields fields = {{"Mac", "DA:41:7C:0E:92:B3"}, {"DevType", "Tablet"},
+                           {"ByName", "Annas Gerät"},    {"AccessEnable", "0"},
+                           {"DownLimit", "512"},         {"StaticDhcpEnable", "1"},
+                           {"ip", "192.168.1.50"}};
+    EXPECT_EQ(applied(record_with<AdBaseSetting>(fields)), "");
     ASSERT_EQ(open_when(kTime), "");
-    const AdBaseInfo info = host(kAnnasPhone);
-    EXPECT_STREQ(info.DevType, "Tablet");
-    EXPECT_STREQ(info.ByName, "Annas Gerät");
-    EXPECT_STREQ(info.Name, "Annas-Phone");
-    EXPECT_STREQ(info.AccessEnable, "0");
-    EXPECT_STREQ(info.SpeedLimit, "1");
-    EXPECT_STREQ(info.DownLimit, "512");
-    EXPECT_STREQ(info.StaticDhcpEnable, "1");
-    EXPECT_STREQ(info.ip, "192.168.1.50");
+    EXPECT_EQ(like(fields, host(kAnnasPhone)), fields);
+    EXPECT_STREQ(host(kAnnasPhone).Name, "Annas-Phone");
+    EXPECT_STREQ(host(kAnnasPhone).SpeedLimit, "1");
 
     EXPECT_EQ(devapi_recovery(), 0);
     EXPECT_STREQ(host(kAnnasPhone).DevType, "Phone");
@@ -127,8 +71,7 @@ TEST_F(HostsTest, WhatWasReadCanBeWrittenBack)
 {
     const std::string before = read(path("state"));
     for (int32_t index = 1; index <= kHosts; ++index) {
-        AdBaseSetting setting = setting_of(index);
-        EXPECT_EQ(applied(setting), "");
+        EXPECT_EQ(applied(setting_of(index)), "");
     }
     EXPECT_EQ(read(path("state")), before);
 }
@@ -154,14 +97,14 @@ TEST_F(HostsTest, AnInvalidOrUnknownMacAddressIsRefused)
     const std::string before = read(path("state"));
     for (const std::string &mac : kNoMacs) {
         EXPECT_EQ(with(&AdBaseInfo::Mac, mac, kTablet).substr(0, 4), "MAC ") << mac;
-        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
+        EXPECT_THAT(reason(), HasSubstr(" is not a MAC address")) << mac;
         EXPECT_EQ(set_right(mac, "DENY"), -1);
-        EXPECT_NE(reason().find(" is not a MAC address"), std::string::npos) << mac;
+        EXPECT_THAT(reason(), HasSubstr(" is not a MAC address")) << mac;
     }
     EXPECT_EQ(with(&AdBaseInfo::Mac, "00:00:00:00:00:01"), "there is no device 00:00:00:00:00:01");
     // A router of the home is not an attached device.
-    EXPECT_EQ(set_right("3C:6A:D2:10:4F:20", "DENY"), -1);
-    EXPECT_EQ(reason(), "there is no device 3C:6A:D2:10:4F:20");
+    EXPECT_EQ(reason(set_right("3C:6A:D2:10:4F:20", "DENY")),
+              "there is no device 3C:6A:D2:10:4F:20");
     AdBaseSetting setting = setting_of(1);
     fill_completely(setting.info.Mac, 'A');
     EXPECT_EQ(devapi_set_ad_base_info(&setting), -1);
@@ -186,8 +129,6 @@ TEST_F(HostsTest, AnAliasCutWithinACharacterDropsThePartialCharacter)
     EXPECT_EQ(host(1).ByName, std::string(31, 'n'));
     EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(30, 'n') + "ü"), "");
     EXPECT_EQ(host(1).ByName, std::string(30, 'n'));
-    EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(29, 'n') + "🏠"), "");
-    EXPECT_EQ(host(1).ByName, std::string(29, 'n'));
     EXPECT_EQ(with(&AdBaseInfo::ByName, std::string(63, 'm') + "ü"), "");
     EXPECT_EQ(host(1).ByName, std::string(31, 'm'));
 }
@@ -266,13 +207,6 @@ TEST_F(HostsTest, AnAddressThatCannotBeBoundIsRefusedWithAReason)
     fill_completely(setting.info.ip, '1');
     EXPECT_EQ(applied(setting), "ip is not an IPv4 address");
     EXPECT_EQ(read(path("state")), before);
-}
-
-TEST_F(HostsTest, NullRecordsAreFailedCalls)
-{
-    EXPECT_EQ(devapi_get_host_num(nullptr), -1);
-    EXPECT_EQ(devapi_get_ad_base_info(nullptr), -1);
-    EXPECT_EQ(devapi_set_ad_base_info(nullptr), -1);
 }
 
 } // namespace

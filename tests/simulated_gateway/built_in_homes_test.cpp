@@ -18,22 +18,7 @@ class BuiltInHomesTest : public MeshTest {
         EXPECT_EQ(devapi_get_basic_area_code(text, sizeof(text) - 1), 0);
         return text;
     }
-    static int32_t mesh_switch()
-    {
-        int32_t enable = -1;
-        EXPECT_EQ(devapi_get_Multi_Ap_enable(&enable), 0);
-        return enable;
-    }
 };
-
-TEST_F(BuiltInHomesTest, TheSingleRouterHasNoMesh)
-{
-    ASSERT_EQ(open_when(kTime, "single_router"), "");
-    EXPECT_EQ(mesh_switch(), 0);
-    EXPECT_TRUE(identifiers().empty());
-    EXPECT_EQ(devices(1).size(), 4u);
-    EXPECT_EQ(relation_count(), 0);
-}
 
 TEST_F(BuiltInHomesTest, TheOperatorsVariantIsAStarOfItsOwnModel)
 {
@@ -47,18 +32,6 @@ TEST_F(BuiltInHomesTest, TheOperatorsVariantIsAStarOfItsOwnModel)
         EXPECT_EQ(router(identifier).ParentMac, bridge_mac());
         EXPECT_FALSE(stations(router(identifier).Mac).empty());
     }
-}
-
-TEST_F(BuiltInHomesTest, TheShortReportHasARouterThatIsOff)
-{
-    ASSERT_EQ(open_when(kTime, "short_report"), "");
-    EXPECT_EQ(area_code(), "TH_OLV");
-    std::string states;
-    for (const int32_t identifier : identifiers()) {
-        states += router(identifier).NetStatus;
-    }
-    EXPECT_EQ(states, "110");
-    EXPECT_EQ(relation_count(), 2);
 }
 
 TEST_F(BuiltInHomesTest, TheCrowdedMeshHasAsManyRoutersAndStationsAsAReport)

@@ -58,8 +58,7 @@ TEST_F(ControlTest, AHostThatDoesNotOpenGetsTheGatewayOfTheEnvironment)
     setenv("SIMULATED_GATEWAY_TRACE", path("trace").c_str(), 1);
     setenv("SIMULATED_GATEWAY_SHOW_SECRETS", "1", 1);
     EXPECT_EQ(call(), 9);
-    SnInfo info = {};
-    EXPECT_EQ(devapi_get_sn_info(&info), 0);
+    const SnInfo info = reported_by(devapi_get_sn_info);
     EXPECT_STREQ(info.DeviceType, "FROM-FILE");
     SystemInfo system = {};
     EXPECT_EQ(devapi_get_system_info(&system), -3);

@@ -24,10 +24,17 @@ class FirmwareTest : public GatewayTest {
   protected:
     FirmwareTest();
 
-    // file: addresses in the test's folder are allowed as well.
-    Options options() const
+    void SetUp() override { ASSERT_EQ(open(options()), ""); }
+
+    // The test's files, and others. Addresses of files in the test's folder are allowed.
+    Options options(Options others = {}) const
     {
-        return {.state_file = path("state"), .trace = path("trace"), .firmware_folder = path("")};
+        others.state_file = path("state");
+        others.trace = path("trace");
+        if (others.firmware_folder.empty()) {
+            others.firmware_folder = path("");
+        }
+        return others;
     }
     // Sets the variable for gateways that are opened from now on.
     static void set_limit(const std::string &name, const std::string &value);

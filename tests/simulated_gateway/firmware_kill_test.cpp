@@ -18,6 +18,7 @@ class FirmwareKillTest : public FirmwareTest {
         write("first.image", make_image({.version = "V3", .payload_size = 40'000}));
         write("second.image", make_image({.version = "V4", .payload_size = 40'000}));
     }
+    void SetUp() override {} // The gateways are those of the processes.
     std::vector<std::string> process(const std::string &count, const std::string &step) const
     {
         return {path("state"), count, step, server_.address("first.image"),

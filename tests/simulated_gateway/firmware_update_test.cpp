@@ -16,23 +16,8 @@ class FirmwareUpdateTest : public FirmwareTest {
     std::string traced() const { return read(path("trace")); }
 };
 
-TEST_F(FirmwareUpdateTest, TheStatusIsThatOfTheRouter)
-{
-    ASSERT_EQ(open(options()), "");
-    UpdateStatusInfo info = {};
-    EXPECT_EQ(devapi_get_update_status_info(&info), 0);
-    EXPECT_STREQ(info.Name, "Lindenhof");
-    EXPECT_STREQ(info.HWVersion, "V1.2");
-    EXPECT_STREQ(info.FWVersion, "V2.4.1");
-    EXPECT_STREQ(info.FWDATA, "2025-11-18");
-    EXPECT_STREQ(info.DeviceType, "HGU-AX3000");
-    EXPECT_STREQ(info.AreaCode, "NORTH-07");
-    EXPECT_EQ(devapi_get_update_status_info(nullptr), -1);
-}
-
 TEST_F(FirmwareUpdateTest, AFlashedImageRunsFromTheNextRestartOn)
 {
-    ASSERT_EQ(open(options()), "");
     EXPECT_EQ(download("new.image"), 0);
     EXPECT_EQ(version(), "V2.4.1");
     EXPECT_EQ(devapi_update_image(), 0);
@@ -49,36 +34,32 @@ TEST_F(FirmwareUpdateTest, AFlashedImageRunsFromTheNextRestartOn)
     EXPECT_EQ(version(), "V3.2.0");
     EXPECT_EQ(slots().at("running"), 2);
     EXPECT_EQ(slots().at("slot_1").at("version"), "V2.4.1");
-    EXPECT_NE(traced().find("firmware V3.2.0 starts"), std::string::npos);
+    EXPECT_THAT(traced(), HasSubstr("firmware V3.2.0 starts"));
     ASSERT_EQ(reopen(options()), "");
     EXPECT_EQ(version(), "V3.2.0");
 }
 
 TEST_F(FirmwareUpdateTest, BothStepsInOne)
 {
-    ASSERT_EQ(open(options()), "");
     EXPECT_EQ(devapi_flash_update_image(server_.address("new.image").c_str()), 0);
     EXPECT_EQ(version(), "V2.4.1");
     simulated_gateway_power_cycle();
     EXPECT_EQ(version(), "V3.2.0");
-    EXPECT_EQ(devapi_flash_update_image(server_.address("none").c_str()), -1);
-    EXPECT_EQ(reason(), "the server answers with HTTP status 404");
-    EXPECT_EQ(devapi_flash_update_image(nullptr), -1);
+    EXPECT_EQ(reason(devapi_flash_update_image(server_.address("none").c_str())),
+              "the server answers with HTTP status 404");
 }
 
 TEST_F(FirmwareUpdateTest, ItsEndIsReportedToTheHost)
 {
-    std::vector<std::string> told;
+    std::vector<std::string> reported;
     simulated_gateway_on_update(
         [](const char *version, const char *reason, void *all) {
             static_cast<std::vector<std::string> *>(all)->push_back(
                 version != nullptr ? version : std::string("failed: ") + reason);
             EXPECT_NE(version == nullptr, reason == nullptr);
         },
-        &told);
-    Options with_fault = options();
-    with_fault.faults = {"devapi_update_image=-1*1"};
-    ASSERT_EQ(open(with_fault), "");
+        &reported);
+    ASSERT_EQ(reopen(options({.faults = {"devapi_update_image=-1*1"}})), "");
     EXPECT_EQ(devapi_update_image(), -1);
     EXPECT_EQ(devapi_update_image(), -1);
     EXPECT_EQ(download("none"), -1);
@@ -90,7 +71,7 @@ TEST_F(FirmwareUpdateTest, ItsEndIsReportedToTheHost)
     EXPECT_EQ(devapi_flash_update_image("ftp://127.0.0.1/new.image"), -1);
     simulated_gateway_on_update(nullptr, nullptr);
     EXPECT_EQ(download("none"), -1);
-    EXPECT_EQ(told,
+    EXPECT_EQ(reported,
               (std::vector<std::string>{
                   "failed: fault", "failed: no image was downloaded",
                   "failed: the server answers with HTTP status 404", "failed: an argument is null",
@@ -100,7 +81,6 @@ TEST_F(FirmwareUpdateTest, ItsEndIsReportedToTheHost)
 
 TEST_F(FirmwareUpdateTest, TheSlotsAlternate)
 {
-    ASSERT_EQ(open(options()), "");
     for (const char *number : {"V3", "V4", "V5"}) {
         write("next.image", make_image({.version = number}));
         ASSERT_EQ(download("next.image"), 0);
@@ -112,7 +92,6 @@ TEST_F(FirmwareUpdateTest, TheSlotsAlternate)
 
 TEST_F(FirmwareUpdateTest, AnImageCanReplaceTheOneThatWaitsForItsStart)
 {
-    ASSERT_EQ(open(options()), "");
     write("next.image", make_image({.version = "V4"}));
     ASSERT_EQ(download("new.image"), 0);
     EXPECT_EQ(devapi_update_image(), 0);
@@ -123,7 +102,6 @@ TEST_F(FirmwareUpdateTest, AnImageCanReplaceTheOneThatWaitsForItsStart)
 
 TEST_F(FirmwareUpdateTest, ADownloadedImageCanBeFlashedByAnotherProcessAndTwice)
 {
-    ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
     ASSERT_EQ(reopen(options()), "");
     EXPECT_EQ(devapi_update_image(), 0);
@@ -134,7 +112,6 @@ TEST_F(FirmwareUpdateTest, ADownloadedImageCanBeFlashedByAnotherProcessAndTwice)
 
 TEST_F(FirmwareUpdateTest, RecoveryKeepsTheFirmware)
 {
-    ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
     EXPECT_EQ(version_after_flash(), "V3.2.0");
     EXPECT_EQ(devapi_recovery(), 0);
@@ -144,9 +121,7 @@ TEST_F(FirmwareUpdateTest, RecoveryKeepsTheFirmware)
 
 TEST_F(FirmwareUpdateTest, WithoutADownloadNothingIsFlashed)
 {
-    ASSERT_EQ(open(options()), "");
-    EXPECT_EQ(devapi_update_image(), -1);
-    EXPECT_EQ(reason(), "no image was downloaded");
+    EXPECT_EQ(reason(devapi_update_image()), "no image was downloaded");
     EXPECT_EQ(slots().at("next"), 1);
 }
 
@@ -171,7 +146,7 @@ TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
          "the image has a payload of 200000 bytes; no more than 150000 bytes are taken in all"},
     };
     set_limit("LARGEST_IMAGE", "150000");
-    ASSERT_EQ(open(options()), "");
+    ASSERT_EQ(reopen(options()), "");
     for (const auto &[image, expected_error] : wrong_images) {
         write("wrong.image", image);
         EXPECT_EQ(refusal(server_.address("wrong.image")), expected_error);
@@ -190,7 +165,6 @@ TEST_F(FirmwareUpdateTest, AnInvalidImageIsRefusedAndLeavesNothing)
 
 TEST_F(FirmwareUpdateTest, AnInvalidImageLeavesTheOneDownloadedBefore)
 {
-    ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
     write("wrong.image", "wrong");
     EXPECT_EQ(download("wrong.image"), -1);
@@ -199,11 +173,9 @@ TEST_F(FirmwareUpdateTest, AnInvalidImageLeavesTheOneDownloadedBefore)
 
 TEST_F(FirmwareUpdateTest, AnImageCorruptedOnDiskIsNotFlashed)
 {
-    ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
     write("state.firmware/downloaded.image", make_image().substr(0, 5000));
-    EXPECT_EQ(devapi_update_image(), -1);
-    EXPECT_EQ(reason(), "the image ends after 5000 of 100404 bytes");
+    EXPECT_EQ(reason(devapi_update_image()), "the image ends after 5000 of 100404 bytes");
     EXPECT_EQ(slots().at("next"), 1);
     EXPECT_FALSE(std::filesystem::exists(path("state.firmware/slot_2.image.tmp")));
 }
@@ -227,7 +199,7 @@ TEST_F(FirmwareUpdateTest, AnInvalidSlotIsNotStarted)
         damage();
         EXPECT_EQ(devapi_reboot(), 0);
         EXPECT_EQ(version(), "V2.4.1");
-        EXPECT_NE(traced().find("firmware V3.2.0 does not start, "), std::string::npos) << traced();
+        EXPECT_THAT(traced(), HasSubstr("firmware V3.2.0 does not start, "));
         EXPECT_EQ(slots().at("running"), 1);
         EXPECT_EQ(slots().at("next"), 1);
     }
@@ -238,13 +210,11 @@ TEST_F(FirmwareUpdateTest, AnInvalidSlotIsNotStarted)
 
 TEST_F(FirmwareUpdateTest, AFlashThatCannotBeSavedDoesNotHappen)
 {
-    ASSERT_EQ(open(options()), "");
     ASSERT_EQ(download("new.image"), 0);
     // The folder has the name of the temporary file, so nothing can be written.
     for (const char *name : {"state.tmp", "state.firmware/slot_2.image.tmp"}) {
         std::filesystem::create_directory(path(name));
-        EXPECT_EQ(devapi_update_image(), -1);
-        EXPECT_EQ(reason(), path(name) + ": Is a directory");
+        EXPECT_EQ(reason(devapi_update_image()), path(name) + ": Is a directory");
         EXPECT_EQ(slots().at("next"), 1);
         std::filesystem::remove(path(name));
         simulated_gateway_power_cycle();
@@ -256,7 +226,6 @@ TEST_F(FirmwareUpdateTest, AFlashThatCannotBeSavedDoesNotHappen)
 TEST_F(FirmwareUpdateTest, AnImageThatCannotBeKeptIsAFailure)
 {
     write("state.firmware", "a file in the folder's place");
-    ASSERT_EQ(open(options()), "");
     EXPECT_EQ(refusal(server_.address("new.image")),
               path("state.firmware/download.part") + ": Not a directory");
     std::filesystem::remove(path("state.firmware"));
@@ -278,7 +247,7 @@ TEST_F(FirmwareUpdateTest, AStateInMemoryKeepsNoImages)
     const std::string temporary = path("tmp");
     std::filesystem::create_directory(temporary);
     setenv("TMPDIR", temporary.c_str(), 1);
-    ASSERT_EQ(open({.trace = path("trace")}), "");
+    ASSERT_EQ(reopen({.trace = path("trace")}), "");
     EXPECT_TRUE(std::filesystem::is_empty(temporary));
     ASSERT_EQ(download("new.image"), 0);
     EXPECT_FALSE(std::filesystem::is_empty(temporary));
@@ -293,19 +262,15 @@ TEST_F(FirmwareUpdateTest, AStateInMemoryKeepsNoImages)
 
 TEST_F(FirmwareUpdateTest, FaultsAndModesApplyAsToAnyFunction)
 {
-    Options with_faults = options();
-    with_faults.faults = {"devapi_download_image=-7*1", "devapi_update_image=-8*1",
-                          "devapi_flash_update_image=-9*1"};
-    ASSERT_EQ(open(with_faults), "");
+    ASSERT_EQ(reopen(options({.faults = {"devapi_download_image=-7*1", "devapi_update_image=-8*1",
+                                         "devapi_flash_update_image=-9*1"}})),
+              "");
     const std::string address = server_.address("new.image");
     EXPECT_EQ(download("new.image"), -7);
     EXPECT_EQ(devapi_update_image(), -8);
     EXPECT_EQ(devapi_flash_update_image(address.c_str()), -9);
     EXPECT_EQ(devapi_download_image(address.c_str(), 1), 0);
-    EXPECT_EQ(devapi_download_image(address.c_str(), 2), -1);
-    EXPECT_EQ(reason(), "mode 2 is not within 0 to 1");
-    EXPECT_EQ(devapi_download_image(nullptr, 0), -1);
-    EXPECT_EQ(reason(), "an argument is null");
+    EXPECT_EQ(reason(devapi_download_image(address.c_str(), 2)), "mode 2 is not within 0 to 1");
     EXPECT_EQ(devapi_update_image(), 0);
 }
 
@@ -314,7 +279,6 @@ TEST_F(FirmwareUpdateTest, ALinkInsteadOfTheFolderIsNotFollowed)
     std::filesystem::create_directory(path("elsewhere"));
     std::filesystem::create_directory_symlink(path("elsewhere"), path("state.firmware"));
     write("image", make_image());
-    ASSERT_EQ(open(options()), "");
     EXPECT_EQ(refusal(server_.address("image")), path("state.firmware") + ": is a link");
     EXPECT_TRUE(std::filesystem::is_empty(path("elsewhere")));
 
@@ -330,7 +294,6 @@ TEST_F(FirmwareUpdateTest, ALinkInsteadOfTheFolderIsNotFollowed)
 
 TEST_F(FirmwareUpdateTest, TheRunningSlotNeedsAVersion)
 {
-    ASSERT_EQ(open(options()), "");
     close();
     nlohmann::json state = state_to_vary(path("state"));
     state["firmware"]["running"] = 2;
@@ -350,7 +313,6 @@ TEST_F(FirmwareUpdateTest, TheRunningSlotNeedsAVersion)
 
 TEST_F(FirmwareUpdateTest, TheAddressForThePlatformIsTheRoutersOwn)
 {
-    ASSERT_EQ(open(options()), "");
     char mac[18];
     EXPECT_EQ(devapi_get_iotagtd_device_mac(mac, sizeof(mac)), 0);
     EXPECT_STREQ(mac, "3C:6A:D2:10:4F:20");
@@ -359,7 +321,6 @@ TEST_F(FirmwareUpdateTest, TheAddressForThePlatformIsTheRoutersOwn)
         EXPECT_EQ(devapi_get_iotagtd_device_mac(too_small, size), -1);
         EXPECT_STREQ(too_small, "as before");
     }
-    EXPECT_EQ(devapi_get_iotagtd_device_mac(nullptr, 18), -1);
 }
 
 } // namespace

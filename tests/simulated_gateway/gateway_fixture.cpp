@@ -91,16 +91,57 @@ std::string GatewayTest::open_at(int64_t time, const Options &options)
     return reopen(options);
 }
 
+std::string GatewayTest::open_when(int64_t time) const
+{
+    return open_at(time, {.state_file = path("state"), .trace = path("trace")});
+}
+
+std::string GatewayTest::open_kept_home(const nlohmann::json &home, int64_t time) const
+{
+    close();
+    std::filesystem::remove(path("state"));
+    return open_at(time, {.scenario = write("home.json", home.dump()),
+                          .state_file = path("state"),
+                          .trace = path("trace")});
+}
+
+std::string GatewayTest::open_home(const nlohmann::json &home, int64_t time) const
+{
+    return open_at(time, {.scenario = write("home.json", home.dump()), .trace = path("trace")});
+}
+
+std::string GatewayTest::reason(int32_t result) const
+{
+    EXPECT_EQ(result, -1);
+    return reason();
+}
+
 std::string GatewayTest::reason() const
 {
-    const std::string line = lines(path("trace")).back();
+    const std::string line = last_line();
     const size_t end_of_duration = line.find(" us", line.rfind(") = "));
     return line.substr(std::min(line.size(), end_of_duration + std::string(" us, ").size()));
 }
 
-nlohmann::json GatewayTest::house()
+nlohmann::json GatewayTest::house(const Changes &changes)
 {
-    return json_of(SCENARIO_FOLDER "/three_storey_house.json");
+    nlohmann::json home = json_of(SCENARIO_FOLDER "/three_storey_house.json");
+    for (const auto &[pointer, value] : changes) {
+        home[nlohmann::json::json_pointer(pointer)] = value;
+    }
+    return home;
+}
+
+nlohmann::json GatewayTest::house_without_wan(const char *fault)
+{
+    return house({{"/wan/connected", false}, {"/wan/fault", fault}});
+}
+
+nlohmann::json GatewayTest::house_without_radios()
+{
+    const auto none = nlohmann::json::array();
+    return house(
+        {{"/radios", none}, {"/ssids", none}, {"/guest_networks", none}, {"/hosts", none}});
 }
 
 nlohmann::json GatewayTest::json_of(const std::string &path)
@@ -126,4 +167,25 @@ std::string GatewayTest::mac()
 {
     SnInfo info = {};
     return devapi_get_sn_info(&info) == 0 ? info.MAC : "";
+}
+
+AdBaseInfo GatewayTest::host(int32_t index)
+{
+    AdBaseInfo asked = {};
+    asked.HostIndex = index;
+    return reported_by(devapi_get_ad_base_info, asked);
+}
+
+SsidInfo GatewayTest::ssid(int32_t index)
+{
+    SsidInfo asked = {};
+    asked.SSIDIndex = index;
+    return reported_by(devapi_get_ssid_info, asked);
+}
+
+int32_t GatewayTest::switch_ssid(int32_t index, const char *enable)
+{
+    SsidInfo info = ssid(index);
+    set(info.Enable, enable);
+    return devapi_set_ssid_info(&info);
 }

@@ -1,17 +1,33 @@
 // SPDX-License-Identifier: MIT
-// A gateway opened with options of the test, in a separate folder.
+// A gateway opened with options of the test, in a separate folder, and what most tests ask it.
 #pragma once
 
+#include "record_fields.h"
 #include "simulated_gateway/simulated_gateway.h"
 #include "smart_router_service/device_access.h"
 
-#include <cstring>
 #include <filesystem>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+// The record or the number that a query returns, which has to succeed.
+template <class Record> Record reported_by(int32_t (*query)(Record *), Record record = {})
+{
+    if constexpr (std::is_arithmetic_v<Record>) {
+        record = -1; // which no query returns
+    }
+    EXPECT_EQ(query(&record), 0);
+    return record;
+}
 
 class GatewayTest : public testing::Test {
   protected:
@@ -38,16 +54,32 @@ class GatewayTest : public testing::Test {
     static constexpr int64_t kTime = 1767225600;
     static std::string open_at(int64_t time, const Options &options);
 
-    // Why the last call failed, according to the trace in the file "trace".
+    // The gateway at a time at which its clock is stopped, with its state in the file "state" and
+    // its trace in the file "trace": as it was left, or a new house.
+    std::string open_when(int64_t time) const;
+    // The same for a new gateway of another home.
+    std::string open_kept_home(const nlohmann::json &home, int64_t time = kTime) const;
+    // The same without a state file, which takes longer to open.
+    std::string open_home(const nlohmann::json &home, int64_t time = kTime) const;
+
+    // The last line of the trace in the file "trace".
+    std::string last_line() const { return lines(path("trace")).back(); }
+    // Why the last call failed, according to that.
     std::string reason() const;
+    // The same for a call with this result, which has to be -1.
+    std::string reason(int32_t result) const;
 
     std::string path(const std::string &name) const { return (folder_ / name).string(); }
     std::string write(const std::string &name, const std::string &text) const;
     static std::string read(const std::string &path);
     static std::vector<std::string> lines(const std::string &path);
 
-    // The built-in scenario, for the test to change.
-    static nlohmann::json house();
+    // The built-in scenario, with other values at the JSON pointers.
+    using Changes = std::vector<std::pair<std::string, nlohmann::json>>;
+    static nlohmann::json house(const Changes &changes = {});
+    static nlohmann::json house_without_wan(const char *fault = "LINK_DOWN");
+    // A home without radios, and without what needs them.
+    static nlohmann::json house_without_radios();
     static nlohmann::json json_of(const std::string &path);
     // A state that the gateway wrote, for the test to change: without its checksum, and without the
     // copy that is used where it is invalid.
@@ -57,18 +89,17 @@ class GatewayTest : public testing::Test {
     static int32_t call();
     static std::string mac();
 
+    static HgBaseInfo base() { return reported_by(devapi_get_hg_base_info); }
+    static AdBaseInfo host(int32_t index);
+    static SsidInfo ssid(int32_t index);
+    static int32_t switch_ssid(int32_t index, const char *enable);
+
   private:
     std::filesystem::path folder_;
 };
 
-// Copies a text into a record's field as the plug-in does: cut at its width, and with a NUL.
-template <size_t width> void set(char (&field)[width], const std::string &text)
-{
-    field[text.copy(field, width - 1)] = '\0';
-}
-
-// Fills a field completely, without a NUL.
-template <size_t width> void fill_completely(char (&field)[width], char letter)
-{
-    std::memset(field, letter, width);
-}
+// Tests that begin with the three-storey house, when it is switched on.
+class HouseTest : public GatewayTest {
+  protected:
+    void SetUp() override { ASSERT_EQ(open_when(kTime), ""); }
+};

@@ -6,18 +6,11 @@
 
 class GreenNetTest : public HostsTest {
   protected:
-    static int32_t count()
-    {
-        int32_t count = -1;
-        EXPECT_EQ(devapi_get_greennet_num(&count), 0);
-        return count;
-    }
+    static int32_t count() { return reported_by(devapi_get_greennet_num); }
     static GreenHostInfo entry(int32_t number)
     {
-        GreenHostInfo info = {};
-        set(info.HostIndex, std::to_string(number));
-        EXPECT_EQ(devapi_get_green_net_info(&info), 0) << number;
-        return info;
+        return reported_by(devapi_get_green_net_info,
+                           record_with<GreenHostInfo>({{"HostIndex", std::to_string(number)}}));
     }
     // 0 when there is none.
     static int32_t number_of(const std::string &mac)
@@ -38,12 +31,10 @@ class GreenNetTest : public HostsTest {
     static int32_t set_entry(int32_t number, const std::string &mac, const std::string &name,
                              const std::string &notify)
     {
-        GreenHostInfo info = {};
-        set(info.HostIndex, std::to_string(number));
-        set(info.Mac, mac);
-        set(info.Name, name);
-        set(info.NotifyEnable, notify);
-        return devapi_set_green_net_info(&info);
+        return set_by(devapi_set_green_net_info, {{"HostIndex", std::to_string(number)},
+                                                  {"Mac", mac},
+                                                  {"Name", name},
+                                                  {"NotifyEnable", notify}});
     }
     static std::string mac_of(int number)
     {
@@ -61,10 +52,10 @@ class GreenNetTest : public HostsTest {
     // "12:30 15:00 1 12345"
     static std::string period(int32_t number, int32_t at)
     {
-        ProtectPeriodInfo info = {};
-        info.HostIndex = number;
-        info.PeriodNum = at;
-        EXPECT_EQ(devapi_get_protect_period_info(&info), 0);
+        ProtectPeriodInfo asked = {};
+        asked.HostIndex = number;
+        asked.PeriodNum = at;
+        const ProtectPeriodInfo info = reported_by(devapi_get_protect_period_info, asked);
         return std::string(info.StartTime) + " " + info.EndTime + " " + info.Enable + " " +
                info.DaysOfWeek;
     }
@@ -72,13 +63,10 @@ class GreenNetTest : public HostsTest {
                               const std::string &end, const std::string &enable,
                               const std::string &days)
     {
-        ProtectPeriodInfo info = {};
+        auto info = record_with<ProtectPeriodInfo>(
+            {{"StartTime", start}, {"EndTime", end}, {"Enable", enable}, {"DaysOfWeek", days}});
         info.HostIndex = number;
         info.PeriodNum = at;
-        set(info.StartTime, start);
-        set(info.EndTime, end);
-        set(info.Enable, enable);
-        set(info.DaysOfWeek, days);
         return devapi_set_protect_period_info(&info);
     }
     static void add_period(int32_t number, const std::string &start, const std::string &end,

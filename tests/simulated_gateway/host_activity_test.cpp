@@ -67,13 +67,11 @@ TEST_F(HostActivityTest, SomeLeaveAndComeBackByTheClock)
 
 TEST_F(HostActivityTest, AnAbsenceGoesOnAfterMidnight)
 {
-    nlohmann::json home = house();
-    nlohmann::json &phone = home["hosts"][kAnnasPhone - 1];
-    phone["away_from"] = "22:00";
-    phone["away_until"] = "06:00";
-    phone["away_days"] = "7";
+    const nlohmann::json home = house({{"/hosts/2/away_from", "22:00"},
+                                       {"/hosts/2/away_until", "06:00"},
+                                       {"/hosts/2/away_days", "7"}});
     const int64_t sunday = kMonday - kDay;
-    ASSERT_EQ(open_home(home, sunday), "");
+    ASSERT_EQ(open_kept_home(home, sunday), "");
     EXPECT_TRUE(is_online(kAnnasPhone));
     for (const int64_t hours : {22, 23, 24, 29}) {
         ASSERT_EQ(open_when(sunday + hours * kHour), "");
@@ -109,10 +107,8 @@ TEST_F(HostActivityTest, OthersComeAndGoAtRandomByTheHour)
 TEST_F(HostActivityTest, RandomAbsencesDependOnTheSeed)
 {
     const auto presence = [&](int64_t seed) {
-        nlohmann::json home = house();
-        home["ordinary_day"]["seed"] = seed;
         std::string hours;
-        EXPECT_EQ(open_home(home), "");
+        EXPECT_EQ(open_kept_home(house({{"/ordinary_day/seed", seed}})), "");
         for (int64_t hour = 0; hour < 20; ++hour) {
             EXPECT_EQ(open_when(kTime + hour * kHour), "");
             hours += is_online(1) ? '1' : '0';
@@ -138,18 +134,13 @@ TEST_F(HostActivityTest, AHostIsAttachedSinceItsNetworkIsThere)
 {
     ASSERT_EQ(open_when(kTime + 500), "");
     EXPECT_EQ(since(kTablet), std::to_string(kTime));
-    SsidInfo ssid = {};
-    ssid.SSIDIndex = 5;
-    EXPECT_EQ(devapi_get_ssid_info(&ssid), 0);
-    set(ssid.Enable, "0");
-    EXPECT_EQ(devapi_set_ssid_info(&ssid), 0);
+    EXPECT_EQ(switch_ssid(5, "0"), 0);
     EXPECT_FALSE(is_online(kTablet));
     EXPECT_STREQ(host(kTablet).UpSpeed, "0");
-    set(ssid.Enable, "1");
-    EXPECT_EQ(devapi_set_ssid_info(&ssid), 0);
+    EXPECT_EQ(switch_ssid(5, "1"), 0);
     EXPECT_EQ(since(kTablet), std::to_string(kTime + 500));
     ASSERT_EQ(open_when(kTime + 600), "");
-    EXPECT_EQ(devapi_set_ssid_info(&ssid), 0); // it was on already
+    EXPECT_EQ(switch_ssid(5, "1"), 0); // it was on already
     EXPECT_EQ(since(kTablet), std::to_string(kTime + 500));
     EXPECT_EQ(since(7), std::to_string(kTime)); // on a cable
     EXPECT_EQ(devapi_reboot(), 0);
@@ -204,35 +195,30 @@ TEST_F(HostActivityTest, TheRateObeysTheLimit)
 
 TEST_F(HostActivityTest, WithoutAConnectionNobodyHasRates)
 {
-    nlohmann::json home = house();
-    home["wan"]["connected"] = false;
-    home["wan"]["fault"] = "LINK_DOWN";
-    ASSERT_EQ(open_home(home), "");
+    ASSERT_EQ(open_home(house_without_wan()), "");
     EXPECT_EQ(sum_of_rates().up + sum_of_rates().down, 0);
     EXPECT_EQ(online(), 11);
 }
 
 TEST_F(HostActivityTest, AHouseFullOfHostsIsListed)
 {
-    nlohmann::json home = house();
-    home["lan"]["subnet_mask"] = "255.255.0.0";
-    home["hosts"] = nlohmann::json::array();
-    home["green_net"]["hosts"] = nlohmann::json::array();
+    auto hosts = nlohmann::json::array();
     for (int at = 0; at < 128; ++at) {
         char mac[18];
         snprintf(mac, sizeof mac, "02:00:00:00:00:%02X", at);
-        home["hosts"].push_back({{"name", "host"},
-                                 {"mac", mac},
-                                 {"ip", "192.168.7." + std::to_string(at + 1)},
-                                 {"kind", "TV"},
-                                 {"online", true},
-                                 {"presence_percent", 50},
-                                 {"router", "3C:6A:D2:10:4F:20"}});
+        hosts.push_back({{"name", "host"},
+                         {"mac", mac},
+                         {"ip", "192.168.7." + std::to_string(at + 1)},
+                         {"kind", "TV"},
+                         {"online", true},
+                         {"presence_percent", 50},
+                         {"router", "3C:6A:D2:10:4F:20"}});
     }
-    ASSERT_EQ(open_home(home), "");
-    int32_t count = 0;
-    EXPECT_EQ(devapi_get_host_num(&count), 0);
-    EXPECT_EQ(count, 128);
+    ASSERT_EQ(open_home(house({{"/lan/subnet_mask", "255.255.0.0"},
+                               {"/hosts", hosts},
+                               {"/green_net/hosts", nlohmann::json::array()}})),
+              "");
+    EXPECT_EQ(reported_by(devapi_get_host_num), 128);
     EXPECT_STREQ(host(128).Mac, "02:00:00:00:00:7F");
     const int there = std::stoi(resources());
     EXPECT_GT(there, 40);

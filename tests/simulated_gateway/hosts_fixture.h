@@ -34,7 +34,7 @@ inline const std::vector<std::string> kNoMacs = {
     "\xff\xff:9B:E0:46:D8:15",
 };
 
-class HostsTest : public GatewayTest {
+class HostsTest : public HouseTest {
   protected:
     static constexpr int64_t kHour = 3600;
     static constexpr int64_t kDay = 24 * kHour;
@@ -53,54 +53,28 @@ class HostsTest : public GatewayTest {
     static constexpr char kTabletMac[] = "72:9B:E0:46:D8:15";
     static constexpr char kConsoleMac[] = "70:F0:88:2C:A6:93";
 
-    std::string open_when(int64_t time)
-    {
-        return open_at(time, {.state_file = path("state"), .trace = path("trace")});
-    }
-    std::string open_home(const nlohmann::json &home, int64_t time = kTime)
-    {
-        close();
-        std::filesystem::remove(path("state"));
-        return open_at(time, {.scenario = write("home.json", home.dump()),
-                              .state_file = path("state"),
-                              .trace = path("trace")});
-    }
-    void SetUp() override { ASSERT_EQ(open_when(kTime), ""); }
-
-    static AdBaseInfo host(int32_t index)
-    {
-        AdBaseInfo info = {};
-        info.HostIndex = index;
-        EXPECT_EQ(devapi_get_ad_base_info(&info), 0);
-        return info;
-    }
     static std::string right(int32_t index)
     {
-        AttachDeviceRight info = {};
-        info.HostIndex = index;
-        EXPECT_EQ(devapi_get_attach_device_right(&info), 0);
-        return info.InternetAccessRight;
+        AttachDeviceRight asked = {};
+        asked.HostIndex = index;
+        return reported_by(devapi_get_attach_device_right, asked).InternetAccessRight;
     }
     static int32_t set_right(const std::string &mac, const std::string &right)
     {
-        AttachDeviceRight info = {};
-        set(info.MAC, mac);
-        set(info.InternetAccessRight, right);
-        return devapi_set_attach_device_right(&info);
+        return set_by(devapi_set_attach_device_right,
+                      {{"MAC", mac}, {"InternetAccessRight", right}});
     }
 
     // The current values of a device, as a setting that changes nothing.
     static AdBaseSetting setting_of(int32_t index)
     {
         const AdBaseInfo info = host(index);
-        AdBaseSetting setting = {};
-        set(setting.info.Mac, info.Mac);
-        set(setting.info.DevType, info.DevType);
-        set(setting.info.ByName, info.ByName);
-        set(setting.info.AccessEnable, info.AccessEnable);
-        set(setting.info.DownLimit, "-1");
-        set(setting.info.StaticDhcpEnable, "-1");
-        return setting;
+        return record_with<AdBaseSetting>({{"Mac", info.Mac},
+                                           {"DevType", info.DevType},
+                                           {"ByName", info.ByName},
+                                           {"AccessEnable", info.AccessEnable},
+                                           {"DownLimit", "-1"},
+                                           {"StaticDhcpEnable", "-1"}});
     }
     // The same with one field changed. Result: empty on success, else the reason.
     template <size_t width>
@@ -118,17 +92,14 @@ class HostsTest : public GatewayTest {
         set(setting.info.ip, ip);
         return applied(setting);
     }
-    static std::string applied(AdBaseSetting &setting)
+    static std::string applied(const AdBaseSetting &setting)
     {
-        const int32_t result = devapi_set_ad_base_info(&setting);
-        EXPECT_EQ(result, setting.FailReason[0] == '\0' ? 0 : -1);
-        return setting.FailReason;
+        return fail_reason(devapi_set_ad_base_info, setting);
     }
 
     static std::string resources()
     {
-        ResourceInfo info = {};
-        EXPECT_EQ(devapi_inspect_hg_resource(&info), 0);
+        const ResourceInfo info = reported_by(devapi_inspect_hg_resource);
         return std::string(info.LanDevNum) + " " + info.ProtectedDevNum;
     }
     static int online()
@@ -138,11 +109,5 @@ class HostsTest : public GatewayTest {
             count += host(index).NetStatus == std::string("1") ? 1 : 0;
         }
         return count;
-    }
-    static HgBaseInfo base()
-    {
-        HgBaseInfo info = {};
-        EXPECT_EQ(devapi_get_hg_base_info(&info), 0);
-        return info;
     }
 };

@@ -2,16 +2,13 @@
 // Many homes from one scenario.
 #include "gateway_fixture.h"
 
-#include <gmock/gmock.h>
 #include <regex>
 #include <set>
 
 namespace {
 
-using testing::Contains;
 using testing::Each;
 using testing::MatchesRegex;
-using testing::Not;
 
 class IndividualTest : public GatewayTest {
   protected:

@@ -1,58 +1,45 @@
 // SPDX-License-Identifier: MIT
-#include "services_fixture.h"
+#include "gateway_fixture.h"
 
 #include <cstdlib>
+#include <map>
 #include <numeric>
 
 namespace {
 
-class LinkChecksTest : public ServicesTest {
+class LinkChecksTest : public HouseTest {
   protected:
-    static WifiChannelList channels()
-    {
-        WifiChannelList list = {};
-        EXPECT_EQ(devapi_get_all_wifi_channel_list(&list), 0);
-        return list;
-    }
-    // The number of networks on a channel; -1 when the radios may not use it.
-    static int32_t networks_on(int16_t channel)
+    static WifiChannelList channels() { return reported_by(devapi_get_all_wifi_channel_list); }
+    // The number of networks on each channel that the radios may use.
+    static std::map<int, int32_t> networks()
     {
         const WifiChannelList list = channels();
         ChannelApNum counts = {};
         EXPECT_EQ(devapi_get_channel_ap_num(&list, &counts), 0);
+        std::map<int, int32_t> networks;
         for (int32_t at = 0; at < list.count_24g; ++at) {
-            if (list.channels_24g[at] == channel) {
-                return counts.counts_24g[at];
-            }
+            networks[list.channels_24g[at]] = counts.counts_24g[at];
         }
         for (int32_t at = 0; at < list.count_5g; ++at) {
-            if (list.channels_5g[at] == channel) {
-                return counts.counts_5g[at];
-            }
+            networks[list.channels_5g[at]] = counts.counts_5g[at];
         }
-        return -1;
+        return networks;
     }
-    static int32_t networks()
+    static int32_t counted()
     {
-        const WifiChannelList list = channels();
-        ChannelApNum counts = {};
-        EXPECT_EQ(devapi_get_channel_ap_num(&list, &counts), 0);
-        return std::accumulate(std::begin(counts.counts_24g), std::end(counts.counts_24g), 0) +
-               std::accumulate(std::begin(counts.counts_5g), std::end(counts.counts_5g), 0);
+        int32_t sum = 0;
+        for (const auto &[channel, count] : networks()) {
+            sum += count;
+        }
+        return sum;
     }
     static int32_t scanned()
     {
-        ChannelPowerResult result = {};
-        EXPECT_EQ(devapi_scan_channel_power(&result), 0);
+        ChannelPowerResult result = reported_by(devapi_scan_channel_power);
         std::free(result.entries);
         return result.count;
     }
-    static LinkInfo link()
-    {
-        LinkInfo info = {};
-        EXPECT_EQ(devapi_get_link_info(&info), 0);
-        return info;
-    }
+    static LinkInfo link() { return reported_by(devapi_get_link_info); }
     static std::string radios()
     {
         const LinkInfo info = link();
@@ -72,32 +59,22 @@ class LinkChecksTest : public ServicesTest {
 
 TEST_F(LinkChecksTest, EachNetworkOfAScanIsOnItsChannel)
 {
-    EXPECT_EQ(networks_on(1), 1);
-    EXPECT_EQ(networks_on(2), 0);
-    EXPECT_EQ(networks_on(3), 1);
-    EXPECT_EQ(networks_on(6), 5); // two neighbours, and three SSIDs that child routers repeat
-    EXPECT_EQ(networks_on(36), 1);
-    EXPECT_EQ(networks_on(44), 4);
-    EXPECT_EQ(networks_on(14), -1);
-    EXPECT_EQ(networks(), scanned());
+    EXPECT_EQ(networks().size(), 26u);
     for (int64_t time = 0; time < 100; time += 5) {
         ASSERT_EQ(open_when(kTime + time), ""); // weak networks come and go
-        EXPECT_EQ(networks(), scanned());
+        EXPECT_EQ(counted(), scanned());
     }
 }
 
 TEST_F(LinkChecksTest, ANetworkOutOfReachIsNotCounted)
 {
-    nlohmann::json home = house();
-    home["neighbours"][2]["signal_dbm"] = -95;
-    home["mesh"]["link_layer_up"] = false;
-    ASSERT_EQ(open_home(home), "");
-    EXPECT_EQ(networks_on(1), 0);
-    EXPECT_EQ(networks_on(6), 2);
-    home["radios"][0]["enabled"] = false;
-    ASSERT_EQ(open_home(home), "");
-    EXPECT_EQ(networks_on(6), 0);
-    EXPECT_EQ(networks_on(36), 1);
+    const Changes changes = {{"/neighbours/2/signal_dbm", -95}, {"/mesh/link_layer_up", false}};
+    ASSERT_EQ(open_home(house(changes)), "");
+    EXPECT_EQ(networks()[1], 0);
+    EXPECT_EQ(networks()[6], 2);
+    ASSERT_EQ(open_home(house({changes[0], changes[1], {"/radios/0/enabled", false}})), "");
+    EXPECT_EQ(networks()[6], 0);
+    EXPECT_EQ(networks()[36], 1);
 }
 
 TEST_F(LinkChecksTest, CountsBeyondTheListAreRefused)
@@ -115,39 +92,28 @@ TEST_F(LinkChecksTest, CountsBeyondTheListAreRefused)
     WifiChannelList full = {};
     full.count_24g = full.count_5g = 64;
     EXPECT_EQ(devapi_get_channel_ap_num(&full, &counts), 0);
-    EXPECT_EQ(std::accumulate(std::begin(counts.counts_5g), std::end(counts.counts_5g), 0), 0);
-    EXPECT_EQ(devapi_get_channel_ap_num(nullptr, &counts), -1);
-    EXPECT_EQ(devapi_get_channel_ap_num(&full, nullptr), -1);
+    EXPECT_EQ(std::reduce(std::begin(counts.counts_5g), std::end(counts.counts_5g)), 0);
 }
 
 TEST_F(LinkChecksTest, TheLinksAreThoseOfTheModel)
 {
-    EXPECT_EQ(radios(), "1 6 FAIR, 1 44 GOOD");
-    const LinkInfo info = link();
-    EXPECT_STREQ(info.LanIP, "192.168.1.1");
-    EXPECT_STREQ(info.WanIp, "100.72.18.203");
-    EXPECT_STREQ(info.DnsCheck, "1");
-    for (const char reserved : info.Reserved) {
+    for (const char reserved : link().Reserved) {
         EXPECT_EQ(reserved, '\0');
     }
     ASSERT_EQ(open_home(house_without_wan()), "");
     EXPECT_STREQ(link().WanIp, "NULL");
     EXPECT_STREQ(link().DnsCheck, "0");
     EXPECT_STREQ(link().LanIP, "192.168.1.1");
-    EXPECT_EQ(devapi_get_link_info(nullptr), -1);
 }
 
 TEST_F(LinkChecksTest, AChannelsQualityIsHowFreeItIs)
 {
-    nlohmann::json home = house();
-    home["radios"][0]["enabled"] = false;
-    ASSERT_EQ(open_home(home), "");
+    ASSERT_EQ(open_home(house({{"/radios/0/enabled", false}})), "");
     EXPECT_EQ(radios(), "0 0 NONE, 1 44 GOOD");
 
-    home = house();
-    home["neighbours"][0]["signal_dbm"] = -20;
-    home["neighbours"][1]["signal_dbm"] = -20;
-    ASSERT_EQ(open_home(home), "");
+    ASSERT_EQ(
+        open_home(house({{"/neighbours/0/signal_dbm", -20}, {"/neighbours/1/signal_dbm", -20}})),
+        "");
     EXPECT_EQ(radios(), "1 6 POOR, 1 44 GOOD");
 }
 
@@ -165,11 +131,9 @@ TEST_F(LinkChecksTest, OnlyAddressesOfTheInternetAnswerAPing)
     }
     EXPECT_EQ(reason(), "target is not an Internet address");
     EXPECT_EQ(devapi_get_ping_check(std::string(1 << 20, '8').c_str()), -1);
-    EXPECT_EQ(devapi_get_ping_check(nullptr), -1);
 
     ASSERT_EQ(open_home(house_without_wan()), "");
-    EXPECT_EQ(devapi_get_ping_check("8.8.8.8"), -1);
-    EXPECT_EQ(reason(), "the WAN is not connected");
+    EXPECT_EQ(reason(devapi_get_ping_check("8.8.8.8")), "the WAN is not connected");
 }
 
 TEST_F(LinkChecksTest, TheSignalOfAStationIsThatOfTheList)
@@ -197,9 +161,6 @@ TEST_F(LinkChecksTest, WithoutARadioLinkThereIsNoSignal)
     }
     EXPECT_EQ(reason(), "there is no station \"8.8.8.8\"");
     EXPECT_EQ(signal(std::string(1 << 20, '1')), 0);
-    int32_t dbm = 0;
-    EXPECT_EQ(devapi_get_sta_rssi_by_ip(nullptr, &dbm), -1);
-    EXPECT_EQ(devapi_get_sta_rssi_by_ip("192.168.1.111", nullptr), -1);
 }
 
 } // namespace

@@ -13,7 +13,7 @@ struct Lie {
     const char *limit = nullptr; // where only a time limit ends it
 };
 
-constexpr char kStands[] = "STALL_TIMEOUT";
+constexpr char kStalls[] = "STALL_TIMEOUT";
 constexpr char kGoesOn[] = "TRANSFER_TIMEOUT";
 constexpr char kTooSlow[] = "Operation too slow";
 constexpr char kTooLong[] = "Operation timed out";
@@ -25,8 +25,8 @@ constexpr Lie kLies[] = {
     {"nothing", "Empty reply from server"},
     {"reset", "Connection reset by peer"},
     {"reset-half-way", "Connection reset by peer"},
-    {"silence", kTooSlow, kStands},
-    {"silence-half-way", kTooSlow, kStands},
+    {"silence", kTooSlow, kStalls},
+    {"silence-half-way", kTooSlow, kStalls},
     {"cut-headers", "the image is empty"},
     {"truncated", "transfer closed with 1 bytes remaining to read"},
     {"no-headers", kNoHttp},
@@ -77,7 +77,7 @@ TEST_P(LyingServerTest, EndsAndChangesNothing)
     ASSERT_EQ(devapi_download_image(("file://" + path("new.image")).c_str(), 0), 0) << reason();
     const std::string state = read(path("state"));
 
-    EXPECT_NE(refusal(address()).find(GetParam().reason), std::string::npos) << reason();
+    EXPECT_THAT(refusal(address()), HasSubstr(GetParam().reason));
     EXPECT_EQ(devapi_flash_update_image(address().c_str()), -1);
     EXPECT_EQ(read(path("state")), state);
     EXPECT_EQ(read(path("state.firmware/downloaded.image")), make_image());

@@ -23,13 +23,10 @@ class MeshTest : public GatewayTest {
     static constexpr int32_t kFirstFloorIndex = 13;
     static constexpr int32_t kAtticIndex = 14;
 
-    std::string open_when(int64_t time, const std::string &scenario = {})
+    // A new gateway, without a state file.
+    std::string open_when(int64_t time, const std::string &scenario = {}) const
     {
         return open_at(time, {.scenario = scenario, .trace = path("trace")});
-    }
-    std::string open_home(const nlohmann::json &home, int64_t time = kTime)
-    {
-        return open_when(time, write("home.json", home.dump()));
     }
     void SetUp() override { ASSERT_EQ(open_when(kTime), ""); }
 
@@ -37,12 +34,7 @@ class MeshTest : public GatewayTest {
 
     // ---- The table of attached devices
 
-    static int32_t host_count()
-    {
-        int32_t count = 0;
-        EXPECT_EQ(devapi_get_host_num(&count), 0);
-        return count;
-    }
+    static int32_t host_count() { return reported_by(devapi_get_host_num); }
     static int32_t place_count()
     {
         int32_t count = 0;
@@ -89,8 +81,7 @@ class MeshTest : public GatewayTest {
 
     static std::vector<int32_t> identifiers()
     {
-        ChildRouterList list = {};
-        EXPECT_EQ(devapi_get_childrouter_list(&list), 0);
+        const ChildRouterList list = reported_by(devapi_get_childrouter_list);
         return {list.identifiers, list.identifiers + list.count};
     }
     static ChildRouterInfo router(int32_t identifier)
@@ -163,12 +154,7 @@ class MeshTest : public GatewayTest {
         EXPECT_EQ(devapi_get_topo_relation_ship(text, sizeof(text) - 1), 0);
         return text;
     }
-    static int32_t relation_count()
-    {
-        int32_t count = -1;
-        EXPECT_EQ(devapi_get_topo_relation_num(&count), 0);
-        return count;
-    }
+    static int32_t relation_count() { return reported_by(devapi_get_topo_relation_num); }
     static NodeDevInfo node_info(const TopoNode &node)
     {
         NodeDevInfo info = {};

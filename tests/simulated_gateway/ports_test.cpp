@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "services_fixture.h"
+#include "gateway_fixture.h"
 
 #include <cstdlib>
 #include <map>
 
+using testing::Key;
+using testing::UnorderedElementsAre;
+
 namespace {
 
-class PortsTest : public ServicesTest {
+class PortsTest : public HouseTest {
   protected:
     struct Counters {
         int64_t sent;
@@ -18,8 +21,7 @@ class PortsTest : public ServicesTest {
 
     static Statistics statistics()
     {
-        PortStatisticsInfo info = {};
-        EXPECT_EQ(devapi_get_port_statistics_info(&info), 0);
+        PortStatisticsInfo info = reported_by(devapi_get_port_statistics_info);
         Statistics statistics;
         for (int32_t at = 0; at < info.count; ++at) {
             const PortStatistics &entry = info.entries[at];
@@ -29,23 +31,10 @@ class PortsTest : public ServicesTest {
         std::free(info.entries);
         return statistics;
     }
-    static std::vector<std::string> ports()
-    {
-        PortStatisticsInfo info = {};
-        EXPECT_EQ(devapi_get_port_statistics_info(&info), 0);
-        std::vector<std::string> names;
-        for (int32_t at = 0; at < info.count; ++at) {
-            names.push_back(info.entries[at].Port);
-        }
-        std::free(info.entries);
-        return names;
-    }
-
     // The bindings in one line: "1 Internet: NULL; 2 IPTV: LAN4".
     static std::string bindings()
     {
-        PortBindingInfo info = {};
-        EXPECT_EQ(devapi_get_port_binding_info(&info), 0);
+        const PortBindingInfo info = reported_by(devapi_get_port_binding_info);
         std::string text;
         for (int32_t at = 0; at < info.count; ++at) {
             const PortBinding &entry = info.entries[at];
@@ -57,8 +46,7 @@ class PortsTest : public ServicesTest {
     std::string refused(const std::string &index, const std::string &bound) const
     {
         const std::string before = bindings();
-        EXPECT_EQ(devapi_set_port_binding(index.c_str(), bound.c_str()), -1) << index << bound;
-        std::string why = reason();
+        std::string why = reason(devapi_set_port_binding(index.c_str(), bound.c_str()));
         EXPECT_EQ(bindings(), before);
         return why;
     }
@@ -66,30 +54,27 @@ class PortsTest : public ServicesTest {
 
 TEST_F(PortsTest, ThereIsACounterForEachPort)
 {
-    const std::vector<std::string> expected = {"WAN",  "LAN1",   "LAN2", "LAN3",
-                                               "LAN4", "2.4GHz", "5GHz"};
-    EXPECT_EQ(ports(), expected);
+    EXPECT_THAT(statistics(),
+                UnorderedElementsAre(Key("WAN"), Key("LAN1"), Key("LAN2"), Key("LAN3"), Key("LAN4"),
+                                     Key("2.4GHz"), Key("5GHz")));
     for (const auto &[port, counters] : statistics()) {
         EXPECT_EQ(counters.sent + counters.received, 0) << port;
         EXPECT_EQ(counters.packets_sent + counters.packets_received, 0) << port;
     }
-    nlohmann::json home = house();
-    home["ports"] = {{"lan", 1}, {"bindings", nlohmann::json::array()}};
-    ASSERT_EQ(open_home(home), "");
-    EXPECT_EQ(ports().size(), 4u);
+    ASSERT_EQ(open_home(house({{"/ports", {{"lan", 1}, {"bindings", nlohmann::json::array()}}}})),
+              "");
+    EXPECT_EQ(statistics().size(), 4u);
 }
 
 TEST_F(PortsTest, TheyCountTheTrafficOfTheHostsOverTime)
 {
     ASSERT_EQ(open_when(kTime + 10), "");
     const Statistics first = statistics();
-    HgBaseInfo base = {};
-    ASSERT_EQ(devapi_get_hg_base_info(&base), 0);
     // The rates of the hosts are rounded down, so their sum is a little less than the home's rate.
-    EXPECT_NEAR(static_cast<double>(first.at("WAN").sent), std::stod(base.UpSpeed) * 1250, 2e4);
-    EXPECT_NEAR(static_cast<double>(first.at("WAN").received), std::stod(base.DownSpeed) * 1250,
+    EXPECT_NEAR(static_cast<double>(first.at("WAN").sent), std::stod(base().UpSpeed) * 1250, 2e4);
+    EXPECT_NEAR(static_cast<double>(first.at("WAN").received), std::stod(base().DownSpeed) * 1250,
                 2e4);
-    EXPECT_EQ(statistics().at("WAN").sent, first.at("WAN").sent); // the clock stands still
+    EXPECT_EQ(statistics().at("WAN").sent, first.at("WAN").sent); // the clock is stopped
 
     ASSERT_EQ(open_when(kTime + 3600), "");
     const Statistics second = statistics();
@@ -125,40 +110,28 @@ TEST_F(PortsTest, TheSameHomeCountsTheSame)
 {
     ASSERT_EQ(open_when(kTime + 600), "");
     const int64_t first = statistics().at("WAN").sent;
-    close();
-    std::filesystem::remove(path("state"));
-    ASSERT_EQ(open_when(kTime), "");
+    ASSERT_EQ(open_kept_home(house()), "");
     ASSERT_EQ(open_when(kTime + 600), "");
     EXPECT_EQ(statistics().at("WAN").sent, first);
-    nlohmann::json home = house();
-    home["ordinary_day"]["seed"] = 4711;
-    close();
-    std::filesystem::remove(path("state"));
-    const std::string file = write("other.json", home.dump());
-    ASSERT_EQ(open_at(kTime, {.scenario = file, .state_file = path("state")}), "");
-    ASSERT_EQ(open_at(kTime + 600, {.state_file = path("state")}), "");
+    ASSERT_EQ(open_kept_home(house({{"/ordinary_day/seed", 4711}})), "");
+    ASSERT_EQ(open_when(kTime + 600), "");
     EXPECT_NE(statistics().at("WAN").sent, first);
 }
 
 TEST_F(PortsTest, ABlockedHostNoLongerCounts)
 {
-    nlohmann::json home = house();
-    home["mesh"]["enabled"] = home["mesh"]["link_layer_up"] = false;
+    nlohmann::json home = house({{"/mesh/enabled", false}, {"/mesh/link_layer_up", false}});
     home["hosts"] = {home["hosts"][3], home["hosts"][1]};
     home["hosts"][1].erase("presence_percent");
-    const std::string file = write("home.json", home.dump());
-    close();
-    std::filesystem::remove(path("state"));
-    const Options options = {.state_file = path("state")};
-    ASSERT_EQ(open_at(kTime, {.scenario = file, .state_file = path("state")}), "");
-    ASSERT_EQ(open_at(kTime + 100, options), "");
+    ASSERT_EQ(open_kept_home(home), "");
+    ASSERT_EQ(open_when(kTime + 100), "");
     const Statistics before = statistics();
     EXPECT_GT(before.at("2.4GHz").sent, 0);
-    AttachDeviceRight right = {};
-    set(right.MAC, home["hosts"][0]["mac"].get<std::string>());
-    set(right.InternetAccessRight, "DENY");
-    ASSERT_EQ(devapi_set_attach_device_right(&right), 0);
-    ASSERT_EQ(open_at(kTime + 200, options), "");
+    ASSERT_EQ(
+        set_by(devapi_set_attach_device_right, {{"MAC", home["hosts"][0]["mac"].get<std::string>()},
+                                                {"InternetAccessRight", "DENY"}}),
+        0);
+    ASSERT_EQ(open_when(kTime + 200), "");
     EXPECT_EQ(statistics().at("2.4GHz").sent, before.at("2.4GHz").sent);
     EXPECT_GT(statistics().at("LAN1").sent, before.at("LAN1").sent);
 }
@@ -166,25 +139,18 @@ TEST_F(PortsTest, ABlockedHostNoLongerCounts)
 // Traffic is counted up to the time the guest leaves, and redistributed from then on.
 TEST_F(PortsTest, WhenAGuestNetworkEndsTheOthersShareItsRates)
 {
-    nlohmann::json home = house();
-    home["guest_networks"][0]["seconds"] = 100;
-    home["hosts"][0]["ssid"] = 2;
-    home["hosts"][0]["signal_dbm"] = -50;
+    nlohmann::json home = house(
+        {{"/guest_networks/0/seconds", 100}, {"/hosts/0/ssid", 2}, {"/hosts/0/signal_dbm", -50}});
     home["hosts"][0].erase("presence_percent");
-    const std::string file = write("home.json", home.dump());
-    close();
-    std::filesystem::remove(path("state"));
-    ASSERT_EQ(open_at(kTime, {.scenario = file, .state_file = path("state")}), "");
+    ASSERT_EQ(open_kept_home(home), "");
     EXPECT_STREQ(host(1).NetStatus, "1");
-    ASSERT_EQ(open_at(kTime + 100, {.state_file = path("state")}), "");
+    ASSERT_EQ(open_when(kTime + 100), "");
     int64_t sum = 0;
     for (int32_t index = 1; index <= 12; ++index) {
         sum += std::stoll(host(index).DownSpeed);
     }
     EXPECT_STREQ(host(1).NetStatus, "0");
-    HgBaseInfo base = {};
-    ASSERT_EQ(devapi_get_hg_base_info(&base), 0);
-    EXPECT_NEAR(static_cast<double>(sum), std::stod(base.DownSpeed), 12);
+    EXPECT_NEAR(static_cast<double>(sum), std::stod(base().DownSpeed), 12);
 }
 
 TEST_F(PortsTest, ABootResetsThem)
@@ -214,7 +180,7 @@ TEST_F(PortsTest, PortsAreBoundToWanConnections)
               "1 Internet: LAN1; 2 IPTV: LAN4; 3 Management: NULL; 4 Voice: LAN2,SSID3");
     // A port leaves the connection that it was bound to.
     EXPECT_EQ(devapi_set_port_binding("2", "LAN1,LAN2"), 0);
-    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    ASSERT_EQ(open_when(kTime), "");
     EXPECT_EQ(bindings(),
               "1 Internet: NULL; 2 IPTV: LAN1,LAN2; 3 Management: NULL; 4 Voice: SSID3");
     EXPECT_EQ(devapi_set_port_binding("2", "NULL"), 0);
@@ -246,24 +212,6 @@ TEST_F(PortsTest, WrongBindingsAreRefused)
     EXPECT_EQ(refused("1", "LAN1, LAN2"), "there is no port \" LAN2\"");
     EXPECT_EQ(refused("1", "LAN1,LAN2,LAN1"), "ports names LAN1 twice");
     EXPECT_EQ(refused("1", "LAN1\xff"), "there is no port \"LAN1\\xff\"");
-    EXPECT_EQ(devapi_set_port_binding(nullptr, "LAN1"), -1);
-    EXPECT_EQ(devapi_set_port_binding("1", nullptr), -1);
-    EXPECT_EQ(devapi_get_port_binding_info(nullptr), -1);
-    EXPECT_EQ(devapi_get_port_statistics_info(nullptr), -1);
-}
-
-TEST_F(PortsTest, AnInvalidScenarioIsRefused)
-{
-    const auto bound = [](const char *port, int wan) {
-        return nlohmann::json{{"port", port}, {"wan", wan}};
-    };
-    EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN5", 1)),
-              "/ports/bindings/0/port: there is no port \"LAN5\"");
-    EXPECT_EQ(error_with("/ports/bindings/0", bound("LAN1", 5)),
-              "/ports/bindings/0/wan: there is no WAN connection 5");
-    EXPECT_EQ(error_with("/ports/bindings", {bound("LAN1", 1), bound("LAN1", 2)}),
-              "/ports/bindings/1/port: LAN1 is already bound");
-    EXPECT_EQ(error_with("/ports/lan", 9), "/ports/lan: 9 is not within 1 to 8");
 }
 
 } // namespace

@@ -145,9 +145,7 @@ TEST_F(ProtectionTest, ABlockSetByTheUserOutlivesThePeriod)
 
 TEST_F(ProtectionTest, TheHomeUsesLess)
 {
-    nlohmann::json home = house();
-    home["green_net"]["access_restricted"] = false;
-    ASSERT_EQ(open_home(home, kRestricted), "");
+    ASSERT_EQ(open_home(house({{"/green_net/access_restricted", false}}), kRestricted), "");
     const int tablet = std::stoi(host(kTablet).DownSpeed);
     const int console = std::stoi(host(kConsole).DownSpeed);
     const int all = std::stoi(base().DownSpeed);

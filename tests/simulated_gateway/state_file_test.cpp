@@ -82,8 +82,7 @@ TEST_F(StateFileTest, IsUsableWithoutItsScenario)
     close();
     std::filesystem::remove(scenario);
     ASSERT_EQ(open({.state_file = state()}), "");
-    SnInfo info = {};
-    EXPECT_EQ(devapi_get_sn_info(&info), 0);
+    const SnInfo info = reported_by(devapi_get_sn_info);
     EXPECT_STREQ(info.DeviceType, "FROM-FILE");
 }
 
@@ -308,8 +307,8 @@ TEST_F(StateFileTest, AFileSizeLimitDoesNotEndTheProcess)
         std::exit(0);
     };
     EXPECT_EXIT(power_cycle_with_little_space(), testing::ExitedWithCode(0), "");
-    EXPECT_NE(read(path("trace")).find("power cycle failed, " + state() + ": File too large"),
-              std::string::npos);
+    EXPECT_THAT(read(path("trace")),
+                HasSubstr("power cycle failed, " + state() + ": File too large"));
 }
 
 } // namespace

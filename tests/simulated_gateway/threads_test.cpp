@@ -86,12 +86,11 @@ TEST_F(ThreadsTest, SettingsAndQueriesMix)
 {
     ASSERT_EQ(open({.state_file = path("state")}), "");
     const auto move_to = [](const std::string &subnet) {
-        LanIpSetting setting = {};
-        set(setting.info.GatewayLanIP, subnet + "1");
-        set(setting.info.SubnetMask, "255.255.255.0");
-        set(setting.info.StartIp, subnet + "20");
-        set(setting.info.EndIp, subnet + "99");
-        EXPECT_EQ(devapi_set_lan_ip_info(&setting), 0);
+        EXPECT_EQ(set_by(devapi_set_lan_ip_info, {{"GatewayLanIP", subnet + "1"},
+                                                  {"SubnetMask", "255.255.255.0"},
+                                                  {"StartIp", subnet + "20"},
+                                                  {"EndIp", subnet + "99"}}),
+                  0);
     };
     move_to("10.0.0.");
     std::atomic<int> torn = 0;

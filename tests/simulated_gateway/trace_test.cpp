@@ -34,13 +34,13 @@ TEST_F(TraceTest, OneLineForEveryCall)
 
 TEST_F(TraceTest, PassesItsReasonsToTheHost)
 {
-    std::vector<std::string> told;
+    std::vector<std::string> reported;
     simulated_gateway_on_refusal(
         [](const char *function, const char *reason, void *all) {
             static_cast<std::vector<std::string> *>(all)->push_back(std::string(function) + ": " +
                                                                     reason);
         },
-        &told);
+        &reported);
     ASSERT_EQ(open({.faults = {"devapi_get_system_info=5*1"}}), "");
     SystemInfo system = {};
     UpnpState upnp = {"up"};
@@ -50,11 +50,11 @@ TEST_F(TraceTest, PassesItsReasonsToTheHost)
     EXPECT_EQ(devapi_set_upnp_state(&upnp), -1);
     simulated_gateway_on_refusal(nullptr, nullptr);
     EXPECT_EQ(devapi_get_sn_info(nullptr), -1);
-    EXPECT_EQ(told, (std::vector<std::string>{
-                        "devapi_get_system_info: fault",
-                        "devapi_get_sn_info: an argument is null",
-                        R"(devapi_set_upnp_state: Enable "up" is none of "0", "1")",
-                    }));
+    EXPECT_EQ(reported, (std::vector<std::string>{
+                            "devapi_get_system_info: fault",
+                            "devapi_get_sn_info: an argument is null",
+                            R"(devapi_set_upnp_state: Enable "up" is none of "0", "1")",
+                        }));
 }
 
 TEST_F(TraceTest, IsAppendedTo)

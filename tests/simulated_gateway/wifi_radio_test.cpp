@@ -10,10 +10,11 @@ namespace {
 
 class WifiRadioTest : public GatewayTest {
   protected:
+    void SetUp() override { ASSERT_EQ(open_home(house()), ""); }
+
     static std::vector<ScanEntry> scan()
     {
-        ScanResult result = {};
-        EXPECT_EQ(devapi_get_scan_ssid(&result), 0);
+        const ScanResult result = reported_by(devapi_get_scan_ssid);
         std::vector<ScanEntry> networks;
         bool ended = false;
         for (ScanEntry *entry : result.entries) {
@@ -46,8 +47,7 @@ class WifiRadioTest : public GatewayTest {
     }
     static std::vector<std::string> powers()
     {
-        ChannelPowerResult result = {};
-        EXPECT_EQ(devapi_scan_channel_power(&result), 0);
+        const ChannelPowerResult result = reported_by(devapi_scan_channel_power);
         const std::unique_ptr<ChannelPower, decltype(&std::free)> owner(result.entries, &std::free);
         std::vector<std::string> powers;
         for (int32_t at = 0; at < result.count; ++at) {
@@ -56,21 +56,12 @@ class WifiRadioTest : public GatewayTest {
         }
         return powers;
     }
-    static int32_t switch_ssid(int32_t index, const char *enable)
-    {
-        SsidInfo info = {};
-        info.SSIDIndex = index;
-        EXPECT_EQ(devapi_get_ssid_info(&info), 0);
-        set(info.Enable, enable);
-        return devapi_set_ssid_info(&info);
-    }
 };
 
 // ---- Scans -------------------------------------------------------------------------------------
 
 TEST_F(WifiRadioTest, AScanReportsTheNeighbours)
 {
-    ASSERT_EQ(open_at(kTime, {}), "");
     const ScanEntry inn = found("Gasthof Krone", "5GHz");
     EXPECT_NEAR(std::atoi(inn.PowerLevel), -70, 3);
     EXPECT_STREQ(inn.ENCRYPT, "WPA2");
@@ -84,7 +75,6 @@ TEST_F(WifiRadioTest, AScanReportsTheNeighbours)
 
 TEST_F(WifiRadioTest, TheStrongestComeFirst)
 {
-    ASSERT_EQ(open_at(kTime, {}), "");
     const std::vector<ScanEntry> networks = scan();
     ASSERT_GT(networks.size(), 10u);
     for (size_t at = 1; at < networks.size(); ++at) {
@@ -97,7 +87,7 @@ TEST_F(WifiRadioTest, ScansVaryOverTimeAndRepeatAtTheSameTime)
     std::map<std::string, std::set<int>> signals;
     std::vector<std::string> last;
     for (int scans = 0; scans < 100; ++scans) {
-        ASSERT_EQ(open_at(kTime + 5 * scans, {}), "");
+        ASSERT_EQ(open_at(kTime + int64_t{5} * scans, {}), "");
         const std::vector<std::string> now = powers();
         EXPECT_EQ(powers(), now);
         EXPECT_NE(now, last);
@@ -115,10 +105,9 @@ TEST_F(WifiRadioTest, ScansVaryOverTimeAndRepeatAtTheSameTime)
 
 TEST_F(WifiRadioTest, OnlyNetworksInRangeAreFound)
 {
-    nlohmann::json home = house();
-    home["neighbours"][0]["signal_dbm"] = -92;
+    const nlohmann::json home = house({{"/neighbours/0/signal_dbm", -92}});
     for (int scans = 0; scans < 20; ++scans) {
-        ASSERT_EQ(open_at(kTime + 5 * scans, {.scenario = write("home.json", home.dump())}), "");
+        ASSERT_EQ(open_home(home, kTime + int64_t{5} * scans), "");
         EXPECT_STREQ(found("Gasthof Krone", "2.4GHz").SSID, "");
         EXPECT_STREQ(found("Gasthof Krone", "5GHz").SSID, "Gasthof Krone");
     }
@@ -126,30 +115,24 @@ TEST_F(WifiRadioTest, OnlyNetworksInRangeAreFound)
 
 TEST_F(WifiRadioTest, AScanFindsWhatTheChildRoutersRepeat)
 {
-    ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_STREQ(found("Lindenhof-5G", "5GHz").ENCRYPT, "WPA2/3");
     EXPECT_STREQ(found("Lindenhof-Mesh", "5GHz").SSID, ""); // hidden
     EXPECT_STREQ(found("Lindenhof-8", "5GHz").SSID, "");    // off
     EXPECT_EQ(switch_ssid(5, "0"), 0);
     EXPECT_STREQ(found("Lindenhof-5G", "5GHz").SSID, "");
-    SsidInfo info = {};
-    info.SSIDIndex = 1;
-    EXPECT_EQ(devapi_get_ssid_info(&info), 0);
+    SsidInfo info = ssid(1);
     set(info.SSID, "Unten");
     set(info.ENCRYPT, "WPA3");
     EXPECT_EQ(devapi_set_ssid_info(&info), 0);
     EXPECT_STREQ(found("Lindenhof", "2.4GHz").SSID, "");
     EXPECT_STREQ(found("Unten", "2.4GHz").ENCRYPT, "WPA3");
 
-    nlohmann::json home = house();
-    home["mesh"]["link_layer_up"] = false;
-    ASSERT_EQ(open_at(kTime, {.scenario = write("home.json", home.dump())}), "");
+    ASSERT_EQ(open_home(house({{"/mesh/link_layer_up", false}})), "");
     EXPECT_STREQ(found("Lindenhof-5G", "5GHz").SSID, "");
 }
 
 TEST_F(WifiRadioTest, ARadioThatIsOffFindsNothing)
 {
-    ASSERT_EQ(open_at(kTime, {}), "");
     EXPECT_GT(count_of("5GHz"), 0);
     for (const int32_t index : {5, 6, 7}) {
         EXPECT_EQ(switch_ssid(index, "0"), 0);
@@ -157,19 +140,15 @@ TEST_F(WifiRadioTest, ARadioThatIsOffFindsNothing)
     EXPECT_EQ(count_of("5GHz"), 0);
     EXPECT_GT(count_of("2.4GHz"), 0);
 
-    nlohmann::json home = house();
-    home["radios"][0]["enabled"] = home["radios"][1]["enabled"] = false;
-    ASSERT_EQ(open_at(kTime, {.scenario = write("home.json", home.dump())}), "");
+    ASSERT_EQ(open_home(house({{"/radios/0/enabled", false}, {"/radios/1/enabled", false}})), "");
     EXPECT_TRUE(scan().empty());
-    ChannelPowerResult nothing = {};
-    EXPECT_EQ(devapi_scan_channel_power(&nothing), 0);
+    const ChannelPowerResult nothing = reported_by(devapi_scan_channel_power);
     EXPECT_EQ(nothing.count, 0);
     EXPECT_EQ(nothing.entries, nullptr);
 }
 
 TEST_F(WifiRadioTest, ThePowersAreThoseOfTheScan)
 {
-    ASSERT_EQ(open_at(kTime, {}), "");
     std::vector<std::string> scanned;
     for (const ScanEntry &network : scan()) {
         scanned.push_back(std::string(network.SSID) + " " + network.PowerLevel);
@@ -179,19 +158,15 @@ TEST_F(WifiRadioTest, ThePowersAreThoseOfTheScan)
 
 TEST_F(WifiRadioTest, AScanHasRoomForSixty)
 {
-    nlohmann::json home = house();
-    const nlohmann::json neighbour = home["neighbours"][0];
-    home["neighbours"] = std::vector<nlohmann::json>(60, neighbour);
-    ASSERT_EQ(open({.scenario = write("home.json", home.dump())}), "");
+    const std::vector<nlohmann::json> sixty(60, house()["neighbours"][0]);
+    ASSERT_EQ(open_home(house({{"/neighbours", sixty}})), "");
     EXPECT_EQ(scan().size(), 60u);
     EXPECT_EQ(powers().size(), 66u);
 }
 
 TEST_F(WifiRadioTest, AScanMarksTheNetworkThatTheRepeaterHasJoined)
 {
-    nlohmann::json home = house();
-    home["repeater"]["neighbour"] = 6;
-    ASSERT_EQ(open({.scenario = write("home.json", home.dump())}), "");
+    ASSERT_EQ(open_home(house({{"/repeater/neighbour", 6}})), "");
     EXPECT_STREQ(found("Gasthof Krone", "5GHz").Connected, "1");
     int connected = 0;
     for (const ScanEntry &network : scan()) {
@@ -204,13 +179,9 @@ TEST_F(WifiRadioTest, AScanMarksTheNetworkThatTheRepeaterHasJoined)
 
 TEST_F(WifiRadioTest, ListsTheChannelsThatCanBeSet)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
-    WifiChannelList list = {};
-    EXPECT_EQ(devapi_get_all_wifi_channel_list(&list), 0);
+    const WifiChannelList list = reported_by(devapi_get_all_wifi_channel_list);
     const auto may_set = [](int32_t ssid, int channel) {
-        SsidInfo info = {};
-        info.SSIDIndex = ssid;
-        EXPECT_EQ(devapi_get_ssid_info(&info), 0);
+        SsidInfo info = GatewayTest::ssid(ssid);
         set(info.Channel, std::to_string(channel));
         return devapi_set_ssid_info(&info) == 0;
     };
@@ -226,45 +197,22 @@ TEST_F(WifiRadioTest, ListsTheChannelsThatCanBeSet)
 
 TEST_F(WifiRadioTest, AHomeWithoutRadiosHasNoChannels)
 {
-    nlohmann::json home = house();
-    home["radios"] = home["ssids"] = home["guest_networks"] = nlohmann::json::array();
-    home["hosts"] = nlohmann::json::array();
-    ASSERT_EQ(open({.scenario = write("home.json", home.dump())}), "");
-    WifiChannelList list = {};
-    EXPECT_EQ(devapi_get_all_wifi_channel_list(&list), 0);
+    ASSERT_EQ(open_home(house_without_radios()), "");
+    const WifiChannelList list = reported_by(devapi_get_all_wifi_channel_list);
     EXPECT_EQ(list.count_24g, 0);
     EXPECT_EQ(list.count_5g, 0);
     EXPECT_TRUE(scan().empty());
 }
 
-TEST_F(WifiRadioTest, NullsAndFaultsReturnNothing)
-{
-    ASSERT_EQ(open({.faults = {"devapi_get_scan_ssid=-1", "devapi_scan_channel_power=-1"}}), "");
-    ScanResult result = {};
-    EXPECT_EQ(devapi_get_scan_ssid(&result), -1);
-    EXPECT_EQ(result.entries[0], nullptr);
-    ChannelPowerResult powers = {};
-    EXPECT_EQ(devapi_scan_channel_power(&powers), -1);
-    EXPECT_EQ(powers.entries, nullptr);
-    ASSERT_EQ(reopen({}), "");
-    EXPECT_EQ(devapi_get_scan_ssid(nullptr), -1);
-    EXPECT_EQ(devapi_scan_channel_power(nullptr), -1);
-    EXPECT_EQ(devapi_get_all_wifi_channel_list(nullptr), -1);
-}
-
 TEST_F(WifiRadioTest, TheTraceShowsHowMuchAScanFound)
 {
-    nlohmann::json home = house();
-    home["mesh"]["link_layer_up"] = false;
+    nlohmann::json home = house({{"/mesh/link_layer_up", false}});
     home["neighbours"].erase(7); // at the edge of the range
-    ASSERT_EQ(open({.scenario = write("home.json", home.dump()), .trace = path("trace")}), "");
+    ASSERT_EQ(open_home(home), "");
     scan();
-    EXPECT_NE(lines(path("trace")).back().find("devapi_get_scan_ssid(result={networks=7}) = 0"),
-              std::string::npos);
+    EXPECT_THAT(last_line(), HasSubstr("devapi_get_scan_ssid(result={networks=7}) = 0"));
     powers();
-    EXPECT_NE(
-        lines(path("trace")).back().find("devapi_scan_channel_power(result={networks=7}) = 0"),
-        std::string::npos);
+    EXPECT_THAT(last_line(), HasSubstr("devapi_scan_channel_power(result={networks=7}) = 0"));
 }
 
 } // namespace

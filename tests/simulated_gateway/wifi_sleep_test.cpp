@@ -5,14 +5,12 @@ namespace {
 
 class WifiSleepTest : public GatewayTest {
   protected:
+    void SetUp() override { ASSERT_EQ(open_home(house()), ""); }
+
     static WifiSleepInfo period(const std::string &start, const std::string &end)
     {
-        WifiSleepInfo info = {};
-        set(info.Enable, "1");
-        set(info.StartTime, start);
-        set(info.EndTime, end);
-        set(info.DaysOfWeek, "1,7");
-        return info;
+        return record_with<WifiSleepInfo>(
+            {{"Enable", "1"}, {"StartTime", start}, {"EndTime", end}, {"DaysOfWeek", "1,7"}});
     }
     // Adds a period as the plug-in does, with both calls.
     static int32_t add(WifiSleepInfo info)
@@ -38,23 +36,16 @@ class WifiSleepTest : public GatewayTest {
     using Periods = std::vector<std::string>;
 };
 
-TEST_F(WifiSleepTest, ReportsThePeriodsOfTheScenario)
-{
-    ASSERT_EQ(open({}), "");
-    EXPECT_EQ(schedule(), Periods({"1 23:30-05:45 1,2,3,4,7", "0 01:00-08:00 5,6"}));
-}
-
 TEST_F(WifiSleepTest, HasRoomForThreePeriods)
 {
-    ASSERT_EQ(open({.state_file = path("state"), .trace = path("trace")}), "");
+    ASSERT_EQ(open_when(kTime), "");
     EXPECT_EQ(devapi_del_all_wifi_timerinfo(), 0);
     EXPECT_EQ(schedule(), Periods());
     EXPECT_EQ(add(period("22:00", "06:00")), 0);
     EXPECT_EQ(add(period("12:00", "12:30")), 0);
     EXPECT_EQ(add(period("14:00", "14:30")), 0);
-    EXPECT_EQ(add(period("16:00", "16:30")), -1);
-    EXPECT_EQ(reason(), "all timers are in use");
-    ASSERT_EQ(reopen({.state_file = path("state")}), "");
+    EXPECT_EQ(reason(add(period("16:00", "16:30"))), "all timers are in use");
+    ASSERT_EQ(open_when(kTime), "");
     EXPECT_EQ(schedule(), Periods({"1 22:00-06:00 1,7", "1 12:00-12:30 1,7", "1 14:00-14:30 1,7"}));
     EXPECT_EQ(devapi_del_all_wifi_timerinfo(), 0);
     EXPECT_EQ(devapi_del_all_wifi_timerinfo(), 0);
@@ -63,7 +54,6 @@ TEST_F(WifiSleepTest, HasRoomForThreePeriods)
 
 TEST_F(WifiSleepTest, NumbersTheTimersRegardlessOfTheRecord)
 {
-    ASSERT_EQ(open({}), "");
     EXPECT_EQ(devapi_del_all_wifi_timerinfo(), 0);
     WifiSleepInfo info = period("22:00", "06:00");
     EXPECT_EQ(devapi_add_wifi_timer(&info), 0);
@@ -76,7 +66,6 @@ TEST_F(WifiSleepTest, NumbersTheTimersRegardlessOfTheRecord)
 
 TEST_F(WifiSleepTest, APeriodIsSetByItsTimers)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
     WifiSleepInfo info = period("22:00", "06:00");
     info.StartTimer = 3;
     info.EndTimer = 4;
@@ -86,41 +75,28 @@ TEST_F(WifiSleepTest, APeriodIsSetByItsTimers)
 
 TEST_F(WifiSleepTest, InvalidTimersAreRefused)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
-    const std::pair<int32_t, int32_t> pairs[] = {{0, 0},
-                                                 {1, 4},
-                                                 {2, 3},
-                                                 {3, 2},
-                                                 {1, 1},
-                                                 {5, 6},
-                                                 {7, 8},
-                                                 {-1, 0},
-                                                 {0, 1},
-                                                 {-3, -2},
-                                                 {INT32_MAX, INT32_MIN},
-                                                 {INT32_MIN, INT32_MAX}};
-    for (const auto &[start, end] : pairs) {
+    using Timers = std::pair<int32_t, int32_t>;
+    for (const auto &[start, end] :
+         {Timers(0, 0), Timers(1, 4), Timers(2, 3), Timers(3, 2), Timers(1, 1), Timers(5, 6),
+          Timers(7, 8), Timers(-1, 0), Timers(0, 1), Timers(-3, -2), Timers(INT32_MAX, INT32_MIN),
+          Timers(INT32_MIN, INT32_MAX)}) {
         WifiSleepInfo info = period("22:00", "06:00");
         info.StartTimer = start;
         info.EndTimer = end;
         const std::string why = "there is no period with the timers " + std::to_string(start) +
                                 " and " + std::to_string(end);
-        EXPECT_EQ(devapi_get_wifi_sleep_info(&info), -1);
-        EXPECT_EQ(reason(), why);
-        EXPECT_EQ(devapi_set_wifi_sleep_info(&info), -1);
-        EXPECT_EQ(reason(), why);
+        EXPECT_EQ(reason(devapi_get_wifi_sleep_info(&info)), why);
+        EXPECT_EQ(reason(devapi_set_wifi_sleep_info(&info)), why);
     }
 }
 
 TEST_F(WifiSleepTest, BadTextsOfAPeriodAreRefused)
 {
-    ASSERT_EQ(open({.trace = path("trace")}), "");
     EXPECT_EQ(devapi_del_all_wifi_timerinfo(), 0);
     const auto refused = [&](auto field, const std::string &text) {
         WifiSleepInfo info = period("22:00", "06:00");
         set(info.*field, text);
-        EXPECT_EQ(devapi_add_wifi_timer(&info), -1);
-        return reason();
+        return reason(devapi_add_wifi_timer(&info));
     };
     EXPECT_EQ(refused(&WifiSleepInfo::Enable, "yes"), "Enable \"yes\" is none of \"0\", \"1\"");
     EXPECT_EQ(refused(&WifiSleepInfo::Enable, ""), "Enable \"\" is none of \"0\", \"1\"");
@@ -134,14 +110,6 @@ TEST_F(WifiSleepTest, BadTextsOfAPeriodAreRefused)
     fill_completely(filled.StartTime, '1');
     EXPECT_EQ(devapi_add_wifi_timer(&filled), -1);
     EXPECT_EQ(schedule(), Periods());
-}
-
-TEST_F(WifiSleepTest, NullsAreRefused)
-{
-    ASSERT_EQ(open({}), "");
-    EXPECT_EQ(devapi_get_wifi_sleep_info(nullptr), -1);
-    EXPECT_EQ(devapi_add_wifi_timer(nullptr), -1);
-    EXPECT_EQ(devapi_set_wifi_sleep_info(nullptr), -1);
 }
 
 } // namespace

@@ -1,23 +1,11 @@
 // SPDX-License-Identifier: MIT
+// The SSIDs and their radios, set one by one and in a batch.
 #include "gateway_fixture.h"
 
 namespace {
 
-class WifiTest : public GatewayTest {
+class WifiTest : public HouseTest {
   protected:
-    void SetUp() override
-    {
-        ASSERT_EQ(open_at(kTime, {.state_file = path("state"), .trace = path("trace")}), "");
-    }
-
-    // An SSID as the gateway reports it, which is also a setting that changes nothing.
-    static SsidInfo ssid(int32_t index)
-    {
-        SsidInfo info = {};
-        info.SSIDIndex = index;
-        EXPECT_EQ(devapi_get_ssid_info(&info), 0);
-        return info;
-    }
     // The result of setting SSID 1 with one field changed.
     template <size_t width>
     static int32_t with(char (SsidInfo::*field)[width], const std::string &text, int32_t index = 1)
@@ -32,60 +20,17 @@ class WifiTest : public GatewayTest {
                         int32_t index = 1) const
     {
         const std::string before = read(path("state"));
-        EXPECT_EQ(with(field, text, index), -1);
-        const std::string why = reason();
+        const std::string why = reason(with(field, text, index));
         EXPECT_EQ(read(path("state")), before);
         return why;
     }
-    static HgBaseInfo base()
-    {
-        HgBaseInfo info = {};
-        EXPECT_EQ(devapi_get_hg_base_info(&info), 0);
-        return info;
-    }
-    static std::string wifi_clients()
-    {
-        WifiInspectInfo info = {};
-        EXPECT_EQ(devapi_inspect_hg_wifi(&info), 0);
-        return info.WiFiDevNum;
-    }
+    static std::string wifi_clients() { return reported_by(devapi_inspect_hg_wifi).WiFiDevNum; }
 };
-
-TEST_F(WifiTest, ReportsEveryFieldOfAnSsid)
-{
-    const SsidInfo lower = ssid(1);
-    EXPECT_STREQ(lower.SSID, "Lindenhof");
-    EXPECT_STREQ(lower.PWD, "apfelbaum-1962");
-    EXPECT_STREQ(lower.ENCRYPT, "WPA2/3");
-    EXPECT_STREQ(lower.PowerLevel, "100");
-    EXPECT_STREQ(lower.Channel, "6");
-    EXPECT_STREQ(lower.UsedChannel, "6");
-    EXPECT_STREQ(lower.Enable, "1");
-    EXPECT_STREQ(lower.Bandwidth, "20");
-    EXPECT_STREQ(lower.Type, "0");
-    EXPECT_STREQ(lower.Mode, "11ax");
-    EXPECT_STREQ(lower.AdvertisementEnable, "1");
-    EXPECT_STREQ(lower.Beamforming, "0");
-    EXPECT_STREQ(lower.PermissionProperty, "FULL");
-
-    EXPECT_STREQ(ssid(2).PermissionProperty, "GUEST");
-    EXPECT_STREQ(ssid(4).PWD, "NULL");
-    const SsidInfo upper = ssid(7);
-    EXPECT_STREQ(upper.Channel, "44");
-    EXPECT_STREQ(upper.Bandwidth, "80");
-    EXPECT_STREQ(upper.Type, "1");
-    EXPECT_STREQ(upper.AdvertisementEnable, "0");
-    EXPECT_STREQ(upper.Beamforming, "1");
-}
 
 TEST_F(WifiTest, ThereAreEightAndTheFifthIsTheFirstOfTheUpperBand)
 {
-    int32_t count = 0;
-    EXPECT_EQ(devapi_get_ssid_num(&count), 0);
-    EXPECT_EQ(count, 8);
-    int32_t index = 0;
-    EXPECT_EQ(devapi_get_5g_wifi_index(&index), 0);
-    EXPECT_EQ(index, 5);
+    EXPECT_EQ(reported_by(devapi_get_ssid_num), 8);
+    EXPECT_EQ(reported_by(devapi_get_5g_wifi_index), 5);
 }
 
 TEST_F(WifiTest, AnIndexThatDoesNotExistIsRefused)
@@ -94,12 +39,9 @@ TEST_F(WifiTest, AnIndexThatDoesNotExistIsRefused)
         SsidInfo info = ssid(1);
         info.SSIDIndex = index;
         const std::string why = "there is no SSID " + std::to_string(index);
-        EXPECT_EQ(devapi_get_ssid_info(&info), -1);
-        EXPECT_EQ(reason(), why);
-        EXPECT_EQ(devapi_set_ssid_info(&info), -1);
-        EXPECT_EQ(reason(), why);
-        EXPECT_EQ(devapi_set_ssid_list_info(&info), -1);
-        EXPECT_EQ(reason(), why);
+        EXPECT_EQ(reason(devapi_get_ssid_info(&info)), why);
+        EXPECT_EQ(reason(devapi_set_ssid_info(&info)), why);
+        EXPECT_EQ(reason(devapi_set_ssid_list_info(&info)), why);
     }
     const SsidInfo zero = {}; // from a list with a missing element
     EXPECT_EQ(devapi_set_ssid_list_info(&zero), -1);
@@ -117,35 +59,27 @@ TEST_F(WifiTest, WhatWasReportedCanBeSetAndChangesNothing)
 
 TEST_F(WifiTest, SetsEveryFieldAndKeepsItInTheStateFile)
 {
-    SsidInfo info = {};
+    const Fields own = {{"SSID", "Gartenhaus"},
+                        {"PWD", "12345678"},
+                        {"ENCRYPT", "WPA3"},
+                        {"AdvertisementEnable", "0"},
+                        {"Enable", "1"}};
+    const Fields of_radio = {{"PowerLevel", "40"},
+                             {"Channel", "149"},
+                             {"Bandwidth", "160"},
+                             {"Mode", "11ac"},
+                             {"Beamforming", "0"}};
+    Fields all = own;
+    all.insert(of_radio.begin(), of_radio.end());
+    auto info = record_with<SsidInfo>(all);
     info.SSIDIndex = 6;
-    set(info.SSID, "Gartenhaus");
-    set(info.PWD, "12345678");
-    set(info.ENCRYPT, "WPA3");
-    set(info.PowerLevel, "40");
-    set(info.Channel, "149");
-    set(info.Enable, "1");
-    set(info.Bandwidth, "160");
-    set(info.Mode, "11ac");
-    set(info.AdvertisementEnable, "0");
-    set(info.Beamforming, "0");
     ASSERT_EQ(devapi_set_ssid_list_info(&info), 0) << reason();
-    ASSERT_EQ(reopen({.state_file = path("state")}), "");
-
-    const SsidInfo kept = ssid(6);
-    EXPECT_STREQ(kept.SSID, "Gartenhaus");
-    EXPECT_STREQ(kept.PWD, "12345678");
-    EXPECT_STREQ(kept.ENCRYPT, "WPA3");
-    EXPECT_STREQ(kept.AdvertisementEnable, "0");
+    ASSERT_EQ(open_when(kTime), "");
+    EXPECT_EQ(like(all, ssid(6)), all);
     // All SSIDs of the band report the settings of their radio.
-    const SsidInfo other = ssid(8);
-    EXPECT_STREQ(other.SSID, "Lindenhof-8");
-    EXPECT_STREQ(other.PowerLevel, "40");
-    EXPECT_STREQ(other.Channel, "149");
-    EXPECT_STREQ(other.UsedChannel, "149");
-    EXPECT_STREQ(other.Bandwidth, "160");
-    EXPECT_STREQ(other.Mode, "11ac");
-    EXPECT_STREQ(other.Beamforming, "0");
+    EXPECT_EQ(like(of_radio, ssid(8)), of_radio);
+    EXPECT_STREQ(ssid(8).SSID, "Lindenhof-8");
+    EXPECT_STREQ(ssid(8).UsedChannel, "149");
     EXPECT_STREQ(ssid(1).Channel, "6");
 }
 
@@ -216,8 +150,7 @@ TEST_F(WifiTest, APasswordHasTheLengthThatItsEncryptionNeeds)
     EXPECT_EQ(with(&SsidInfo::PWD, std::string(63, 'x')), 0);
     SsidInfo filled = ssid(1);
     fill_completely(filled.PWD, 'x');
-    EXPECT_EQ(devapi_set_ssid_info(&filled), -1);
-    EXPECT_EQ(reason(), "PWD is longer than 63 bytes");
+    EXPECT_EQ(reason(devapi_set_ssid_info(&filled)), "PWD is longer than 63 bytes");
     EXPECT_EQ(refused(&SsidInfo::ENCRYPT, "WPA2", 4), "/home/ssids/3/password: needs at least 8 "
                                                       "characters"); // "NULL", as reported
 
@@ -286,9 +219,7 @@ TEST_F(WifiTest, AHostOfADisabledSsidIsOffline)
     EXPECT_EQ(wifi_clients(), "8");
     EXPECT_EQ(with(&SsidInfo::Enable, "0", 3), 0);
     EXPECT_EQ(wifi_clients(), "6");
-    ResourceInfo resources = {};
-    EXPECT_EQ(devapi_inspect_hg_resource(&resources), 0);
-    EXPECT_STREQ(resources.LanDevNum, "9");
+    EXPECT_STREQ(reported_by(devapi_inspect_hg_resource).LanDevNum, "9");
     EXPECT_EQ(with(&SsidInfo::Enable, "1", 3), 0);
     EXPECT_EQ(wifi_clients(), "8");
 }
@@ -304,47 +235,51 @@ TEST_F(WifiTest, ThePowerOfTheUpperRadioHasASeparateCall)
     EXPECT_STREQ(ssid(5).PowerLevel, "55");
 }
 
+TEST_F(WifiTest, StationControlAndFastRoamingAreKept)
+{
+    const auto fast_roaming = [] {
+        char enable[8] = {};
+        EXPECT_EQ(devapi_get_wifi_fastroaming_enable(enable), 0);
+        return std::string(enable);
+    };
+    EXPECT_EQ(devapi_set_wifi_stactrl("0"), 0);
+    EXPECT_EQ(devapi_set_wifi_fastroaming("1"), 0);
+    ASSERT_EQ(open_when(kTime), "");
+    EXPECT_EQ(reported_by(devapi_get_wifi_stactrl), 0);
+    EXPECT_EQ(fast_roaming(), "1");
+
+    EXPECT_EQ(devapi_set_wifi_fastroaming(""), 0); // an empty value
+    for (const char *text : {"", "2", "on", "11"}) {
+        EXPECT_EQ(devapi_set_wifi_stactrl(text), -1);
+    }
+    EXPECT_EQ(devapi_set_wifi_fastroaming("yes"), -1);
+    EXPECT_EQ(reported_by(devapi_get_wifi_stactrl), 0);
+    EXPECT_EQ(fast_roaming(), "1");
+}
+
 TEST_F(WifiTest, AHomeWithOneRadio)
 {
-    nlohmann::json home = house();
+    nlohmann::json home = house({{"/hosts", nlohmann::json::array()}});
     home["radios"].erase(1);
     home["ssids"].erase(home["ssids"].begin() + 4, home["ssids"].end());
     home["guest_networks"].erase(1);
-    home["hosts"] = nlohmann::json::array();
-    ASSERT_EQ(reopen({.scenario = write("home.json", home.dump()), .trace = path("trace")}), "");
-    int32_t count = 0;
-    EXPECT_EQ(devapi_get_ssid_num(&count), 0);
-    EXPECT_EQ(count, 4);
+    ASSERT_EQ(open_home(home), "");
+    EXPECT_EQ(reported_by(devapi_get_ssid_num), 4);
     int32_t index = 0;
     EXPECT_EQ(devapi_get_5g_wifi_index(&index), -1);
     EXPECT_EQ(index, 0);
-    EXPECT_EQ(devapi_set_5gwifi_powerlevel("50"), -1);
-    EXPECT_EQ(reason(), "there is no radio for 5GHz");
-}
-
-TEST_F(WifiTest, NullsAreRefused)
-{
-    EXPECT_EQ(devapi_get_ssid_info(nullptr), -1);
-    EXPECT_EQ(devapi_set_ssid_info(nullptr), -1);
-    EXPECT_EQ(devapi_set_ssid_list_info(nullptr), -1);
-    EXPECT_EQ(devapi_set_5gwifi_powerlevel(nullptr), -1);
-    EXPECT_EQ(devapi_get_ssid_num(nullptr), -1);
-    EXPECT_EQ(devapi_get_5g_wifi_index(nullptr), -1);
+    EXPECT_EQ(reason(devapi_set_5gwifi_powerlevel("50")), "there is no radio for 5GHz");
 }
 
 TEST_F(WifiTest, TheTraceShowsArgumentsAndNoPassword)
 {
     ssid(1);
-    const std::string shown = lines(path("trace")).back();
-    EXPECT_NE(shown.find("devapi_get_ssid_info(info={SSIDIndex=1, SSID=\"Lindenhof\", PWD=***, "),
-              std::string::npos);
+    EXPECT_THAT(last_line(), HasSubstr("devapi_get_ssid_info(info={SSIDIndex=1, "
+                                       "SSID=\"Lindenhof\", PWD=***, "));
     EXPECT_EQ(devapi_set_wifi_stactrl("0"), 0);
-    EXPECT_NE(lines(path("trace")).back().find("devapi_set_wifi_stactrl(enable=\"0\") = 0"),
-              std::string::npos);
-    int32_t count = 0;
-    EXPECT_EQ(devapi_get_ssid_num(&count), 0);
-    EXPECT_NE(lines(path("trace")).back().find("devapi_get_ssid_num(count=8) = 0"),
-              std::string::npos);
+    EXPECT_THAT(last_line(), HasSubstr("devapi_set_wifi_stactrl(enable=\"0\") = 0"));
+    reported_by(devapi_get_ssid_num);
+    EXPECT_THAT(last_line(), HasSubstr("devapi_get_ssid_num(count=8) = 0"));
 }
 
 } // namespace
