@@ -4,6 +4,7 @@
 
 #include "protocol/json.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,8 +14,8 @@ namespace agent::record {
 // Null if the object has none of this name, or is no object.
 const cJSON *member(const cJSON *object, const char *name);
 
-// A whole number in the range of int. Nothing if the member is anything else.
-std::optional<int> number_in(const cJSON *object, const char *name);
+// A whole number that a double represents exactly. Nothing if the member is anything else.
+std::optional<int64_t> number_in(const cJSON *object, const char *name);
 
 // These take the value over and throw std::bad_alloc.
 Json new_object();
