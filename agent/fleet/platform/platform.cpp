@@ -340,9 +340,10 @@ void Platform::take_answer(GatewayNumber gateway, const ReceivedMessage &message
 {
     uint64_t number = 0;
     const char *const end = message.correlation.data() + message.correlation.size();
-    std::from_chars(message.correlation.data(), end, number);
+    const auto [rest, error] = std::from_chars(message.correlation.data(), end, number);
     const auto found = open_.find(number);
-    if (found == open_.end() || found->second.request.gateway != gateway) {
+    if (error != std::errc() || rest != end || found == open_.end() ||
+        found->second.request.gateway != gateway) {
         ++counts_.late;
         return;
     }
