@@ -103,7 +103,7 @@ size_t write_array(const Field &field, char *place, const cJSON *value)
     return count;
 }
 
-// A pointer to a record of its own for each entry.
+// A pointer to a separate record for each entry.
 void write_slots(const Field &field, char *place, const cJSON *value)
 {
     const cJSON *entry = cJSON_IsArray(value) != 0 ? value->child : nullptr;

@@ -21,11 +21,11 @@ std::optional<int64_t> number_in(const cJSON *object, const char *name);
 Json new_object();
 void add_member(cJSON *object, const char *name, Json value);
 
-// A text of a recording as the bytes that it stands for. Nothing if it is not a text.
+// The bytes of a text of a recording. Nothing if it is not a text.
 std::optional<std::string> decoded_text(const cJSON *text);
 std::optional<std::string> bytes_of_hex(std::string_view digits);
 
-// The other way round: a JSON string or, if it is not UTF-8 or contains a NUL, an object with the
+// The inverse: a JSON string or, if it is not UTF-8 or contains a NUL, an object with the
 // bytes in hexadecimal digits.
 Json text_of_bytes(std::string_view bytes);
 

@@ -109,7 +109,7 @@ export function Facts(props: { facts: [string, ComponentChildren][] }) {
 
 export function Switch(props: {
     label: string;
-    // Tells several of the same label apart.
+    // Distinguishes several of the same label.
     name?: string;
     on: boolean;
     disabled?: boolean;
@@ -271,7 +271,7 @@ export function FormDialog(props: {
     );
 }
 
-// A button whose action is confirmed first. `name` tells several of the same label apart.
+// A button whose action is confirmed first. `name` distinguishes several of the same label.
 export function ConfirmButton(props: {
     label: string;
     name?: string;

@@ -220,6 +220,10 @@ members = ["http-user:viewer"]
 allow = ["effect:none", "report:*", "event:*"]
 deny = ["GET_ADMIN_INFO"]
 
+[roles.editor]
+members = ["http-user:editor"]
+allow = ["*"]
+
 [roles.listener]
 members = ["http-user:listener"]
 allow = ["event:*"]
@@ -229,7 +233,7 @@ members = ["http-user:guest"]
 allow = ["GET_AD_BASE_INFO"]
 `,
     );
-    const passwords = file("passwords", `viewer:${hash}\nguest:${hash}\nlistener:${hash}\n`);
+    const passwords = file("passwords", `viewer:${hash}\nguest:${hash}\nlistener:${hash}\neditor:${hash}\n`);
     const limited = await Service.start({ run: ["--policy", policy, "--console-passwords", passwords] });
     const logIn = async (user) => {
         const page = await (await browser.newContext()).newPage();
@@ -270,6 +274,21 @@ allow = ["GET_AD_BASE_INFO"]
             assert.deepEqual(await viewsOf(page), ["Devices", "Notices", "Commands", "Events"]);
             await page.getByText("printer").waitFor();
             assert.equal(await page.getByRole("button", { name: "printer" }).count(), 0);
+            await page.context().close();
+        });
+        await context.test("a password that the role may not see is not replaced by an empty one", async () => {
+            const page = await logIn("editor");
+            const { PWD } = await limited.call("GET_WIFI_INFO", { SSIDIndex: "3" });
+            await show(page, "wifi");
+            await page.getByRole("button", { name: "Edit Lindenhof-IoT" }).click();
+            await page.locator("dialog [name=SSID]").fill("Things");
+            await page.getByRole("button", { name: "Save" }).click();
+            const field = page.locator("dialog [name=PWD]");
+            assert.equal(await field.evaluate((input) => input.validity.valueMissing), true);
+            await field.fill(PWD);
+            await page.getByRole("button", { name: "Save" }).click();
+            await page.getByRole("dialog").waitFor({ state: "detached" });
+            assert.equal((await limited.call("GET_WIFI_INFO", { SSIDIndex: "3" })).SSID, "Things");
             await page.context().close();
         });
         await context.test("a role that may call no command gets a note", async () => {

@@ -325,7 +325,7 @@ void Platform::look_at_due()
         due_.pop();
         const auto found = open_.find(due.number);
         if (found == open_.end() || found->second.next != due.time) {
-            continue; // answered, or looked at earlier
+            continue; // answered, or checked earlier
         }
         if (found->second.deadline <= now) {
             ++counts_.unanswered;

@@ -24,7 +24,7 @@ struct MqttCallerOptions : BrokerAccess {
     std::string params;           // JSON object
     bool is_change = false;       // a restart of the gateway's service makes the outcome unknown
     bool has_events = false;
-    bool follows = false; // goes on with events when all answers are there
+    bool follows = false; // continues with events when all answers are there
     std::chrono::seconds timeout{60};
     std::chrono::milliseconds repeat{5000};
 };
@@ -65,7 +65,7 @@ class MqttCaller : BrokerSessionListener {
         std::string correlation;
         std::string epoch; // that the request is for; empty: not known yet
         Clock::time_point asked;
-        bool is_awaited = false; // it has been asked and counts to those asked at the same time
+        bool is_awaited = false; // it counts towards those asked at the same time
         bool was_sent = false;
         bool is_offline = false;
         bool is_done = false;
