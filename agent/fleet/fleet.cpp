@@ -634,23 +634,33 @@ class Fleet {
         status_.processor_seconds = all;
     }
 
-    void write_metrics() const
+    void write_metrics()
     {
         if (options_.metrics.empty()) {
             return;
         }
-        const std::string text = metrics_of(status_);
-        const std::string file = options_.metrics + ".new";
+        const bool are_written = write_file(options_.metrics, metrics_of(status_));
+        if (!are_written && !lacks_metrics_) {
+            screen_.print("cannot write " + options_.metrics + ": " +
+                          std::generic_category().message(errno));
+        }
+        lacks_metrics_ = !are_written;
+    }
+
+    // Replaces the file, so that a reader sees the old text or the new one.
+    static bool write_file(const std::string &path, const std::string &text)
+    {
+        const std::string file = path + ".new";
         const int out = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
         if (out < 0) {
-            return;
+            return false;
         }
-        const bool is_whole =
-            write(out, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        const ssize_t written = write(out, text.data(), text.size());
+        const int error = written < 0 ? errno : ENOSPC;
         close(out);
-        if (is_whole) {
-            rename(file.c_str(), options_.metrics.c_str());
-        }
+        errno = error;
+        return written == static_cast<ssize_t>(text.size()) &&
+               rename(file.c_str(), path.c_str()) == 0;
     }
 
     void report_troubles()
@@ -742,6 +752,7 @@ class Fleet {
     uint32_t next_sample_ = 0;
     uint32_t failures_ = 0; // since the last report
     std::string reported_;
+    bool lacks_metrics_ = false; // the last attempt to write them has failed
     bool were_up_ = false;
     std::optional<Clock::time_point> down_since_;
     Clock::time_point last_look_;

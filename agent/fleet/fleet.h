@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// hgagent fleet: many simulated gateways on one broker, each a process of its own.
+// hgagent fleet: many simulated gateways on one broker, each a separate process.
 #pragma once
 
 #include "fleet/options.h"

@@ -59,7 +59,7 @@ void make_folder(const std::string &folder)
     std::error_code problem;
     fs::create_directories(folder, problem);
     if (problem) {
-        refuse(folder, "cannot be made: " + problem.message());
+        refuse(folder, "cannot be created: " + problem.message());
     }
     bool is_known = fs::exists(folder + kFile, problem);
     // The lock alone is left by a fleet that ended before it described the folder.
@@ -107,7 +107,7 @@ void check_or_write(const std::string &folder, const FleetOptions &options)
     }
     const auto found = nlohmann::ordered_json::parse(read_all_of(file, kMaxFile), nullptr, false);
     if (!found.is_object()) {
-        refuse(folder, "has a fleet.json that is no JSON object");
+        refuse(folder, "has a fleet.json that is not a JSON object");
     }
     const std::string wrong = difference(found, wanted);
     if (!wrong.empty()) {
@@ -131,7 +131,7 @@ void check_room(const std::string &folder, const FleetOptions &options)
 {
     struct statvfs info = {};
     if (statvfs(folder.c_str(), &info) != 0) {
-        refuse(folder, service::system_problem("cannot be looked at"));
+        refuse(folder, service::system_problem("has a disk whose free space cannot be read"));
     }
     const uint64_t missing = options.count - states_in(folder, options);
     const uint64_t bytes = missing * kBytes;

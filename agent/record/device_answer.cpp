@@ -27,15 +27,27 @@ using device_layout::Pointer;
 using device_layout::Record;
 using device_layout::Way;
 
-// A longer list or array is cut: the plug-in uses the count of an array as it is.
+// A longer list or array is cut: the plug-in uses the count of an array unchecked.
 constexpr size_t kMostRecorded = 65536;
 
 template <class Value> void put_number(char *place, const cJSON *number)
 {
     const double value = cJSON_IsNumber(number) != 0 ? number->valuedouble : 0;
-    const bool is_in_range = value >= static_cast<double>(std::numeric_limits<Value>::min()) &&
-                             value <= static_cast<double>(std::numeric_limits<Value>::max());
+    // The largest number of 64 bits is not a double, but the smallest one is.
+    constexpr auto kLeast = static_cast<double>(std::numeric_limits<Value>::min());
+    const bool is_in_range = value >= kLeast && value < -kLeast;
     put_value_at(place, is_in_range ? static_cast<Value>(value) : Value());
+}
+
+void write_number(Kind kind, char *place, const cJSON *number)
+{
+    if (kind == Kind::kInt16) {
+        put_number<int16_t>(place, number);
+    } else if (kind == Kind::kInt32) {
+        put_number<int32_t>(place, number);
+    } else {
+        put_number<intptr_t>(place, number);
+    }
 }
 
 // Zeroed memory that the plug-in frees.
@@ -66,18 +78,11 @@ void write_entry(const Field &field, char *place, const cJSON *value)
         memset(place, 0, field.size);
         write_text(place, field.size, value);
         break;
-    case Kind::kInt16:
-        put_number<int16_t>(place, value);
-        break;
-    case Kind::kInt32:
-        put_number<int32_t>(place, value);
-        break;
-    case Kind::kAddress:
-        put_number<intptr_t>(place, value);
-        break;
     case Kind::kRecord:
         write_record(*record_of(field), place, value);
         break;
+    default:
+        write_number(field.kind, place, value);
     }
 }
 
@@ -98,7 +103,7 @@ size_t write_array(const Field &field, char *place, const cJSON *value)
     return count;
 }
 
-// A pointer to a record of its own for each entry.
+// A pointer to a separate record for each entry.
 void write_slots(const Field &field, char *place, const cJSON *value)
 {
     const cJSON *entry = cJSON_IsArray(value) != 0 ? value->child : nullptr;
@@ -214,15 +219,6 @@ void write_argument(const DeviceCall &call, size_t at, const cJSON *value)
     case Kind::kText:
         write_text(place, device_text::width_of(argument, call.arguments.data()), value);
         break;
-    case Kind::kInt16:
-        put_number<int16_t>(place, value);
-        break;
-    case Kind::kInt32:
-        put_number<int32_t>(place, value);
-        break;
-    case Kind::kAddress:
-        put_number<intptr_t>(place, value);
-        break;
     case Kind::kRecord:
         if (argument.is_chain) {
             write_list(*record_of(argument), place, value);
@@ -230,6 +226,8 @@ void write_argument(const DeviceCall &call, size_t at, const cJSON *value)
             write_record(*record_of(argument), place, value);
         }
         break;
+    default:
+        write_number(argument.kind, place, value);
     }
 }
 

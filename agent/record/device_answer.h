@@ -11,7 +11,7 @@ namespace agent::record {
 Json given_to(const DeviceCall &call);
 
 // Sets the result and writes what the recorded call wrote into its arguments. Nothing is written
-// beyond a field, whatever the line contains.
+// beyond a field, regardless of what the line contains.
 void answer_call(DeviceCall &call, const cJSON *line);
 
 // The answer to a call that was not recorded: -1, with nothing written.

@@ -7,7 +7,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <sstream>
+#include <string_view>
 #include <unistd.h>
 
 namespace agent::record {
@@ -26,22 +28,110 @@ std::string text_of(const cJSON *item)
     return item != nullptr ? print(item, {.raw_bytes = true}) : "";
 }
 
-// The member with this key that follows as many others of the same key.
-const cJSON *member_like(const cJSON *object, const cJSON *member, const cJSON *first)
-{
-    size_t before = 0;
-    for (const cJSON *other = first; other != member; other = other->next) {
-        before += strcmp(other->string, member->string) == 0 ? 1 : 0;
-    }
-    for (const cJSON *other = object->child; other != nullptr; other = other->next) {
-        if (strcmp(other->string, member->string) == 0 && before-- == 0) {
-            return other;
+// The members of an object by their names. Those of the same name stay in their order.
+class Members {
+  public:
+    explicit Members(const cJSON *object)
+    {
+        for (const cJSON *member = object->child; member != nullptr; member = member->next) {
+            members_.emplace(member->string, member);
         }
     }
-    return nullptr;
+
+    // The next one of the name; null if there is no further one.
+    const cJSON *next(const char *name)
+    {
+        const auto found = members_.lower_bound(name);
+        return found != members_.end() && found->first == name ? members_.extract(found).mapped()
+                                                               : nullptr;
+    }
+
+  private:
+    std::multimap<std::string_view, const cJSON *> members_;
+};
+
+class Comparison {
+  public:
+    explicit Comparison(const std::function<void(const FieldDifference &)> &report)
+        : report_(report)
+    {
+    }
+
+    void values(const cJSON *expected, const cJSON *found)
+    {
+        if (are_same(expected, found)) {
+            return;
+        }
+        if (cJSON_IsObject(expected) != 0 && cJSON_IsObject(found) != 0) {
+            objects(expected, found);
+        } else if (cJSON_IsArray(expected) != 0 && cJSON_IsArray(found) != 0) {
+            arrays(expected, found);
+        } else {
+            report(expected, found);
+        }
+    }
+
+  private:
+    void report(const cJSON *expected, const cJSON *found)
+    {
+        ++count_;
+        report_({path_.size() <= kMaxShown ? path_ : path_.substr(0, kMaxShown) + "...",
+                 text_of(expected), text_of(found)});
+    }
+
+    void objects(const cJSON *expected, const cJSON *found)
+    {
+        const size_t end = path_.size();
+        const size_t before = count_;
+        const auto go_to = [&](const cJSON *member) {
+            path_.resize(end);
+            path_.append(end == 0 ? "" : ".").append(member->string);
+        };
+        Members in_found(found);
+        for (const cJSON *member = expected->child; member != nullptr; member = member->next) {
+            go_to(member);
+            values(member, in_found.next(member->string));
+        }
+        Members in_expected(expected);
+        for (const cJSON *member = found->child; member != nullptr; member = member->next) {
+            if (in_expected.next(member->string) == nullptr) {
+                go_to(member);
+                report(nullptr, member);
+            }
+        }
+        path_.resize(end);
+        if (count_ == before) { // only the order differs
+            report(expected, found);
+        }
+    }
+
+    void arrays(const cJSON *expected, const cJSON *found)
+    {
+        const size_t end = path_.size();
+        const cJSON *left = expected->child;
+        const cJSON *right = found->child;
+        for (size_t at = 0; left != nullptr || right != nullptr; ++at) {
+            path_.resize(end);
+            path_.append("[").append(std::to_string(at)).append("]");
+            values(left, right);
+            left = left != nullptr ? left->next : nullptr;
+            right = right != nullptr ? right->next : nullptr;
+        }
+        path_.resize(end);
+    }
+
+    const std::function<void(const FieldDifference &)> &report_;
+    std::string path_;
+    size_t count_ = 0;
+};
+
+std::string shown(const std::string &json)
+{
+    return json.empty() ? "nothing" : shown_json(json);
 }
 
-// Whether the values are the same in the same order.
+} // namespace
+
 bool are_same(const cJSON *left, const cJSON *right)
 {
     if (left == nullptr || right == nullptr) {
@@ -64,66 +154,15 @@ bool are_same(const cJSON *left, const cJSON *right)
     return other == nullptr;
 }
 
-class Comparison {
-  public:
-    std::vector<FieldDifference> differences;
-
-    void values(const std::string &path, const cJSON *expected, const cJSON *found)
-    {
-        if (are_same(expected, found)) {
-            return;
-        }
-        if (cJSON_IsObject(expected) != 0 && cJSON_IsObject(found) != 0) {
-            objects(path, expected, found);
-        } else if (cJSON_IsArray(expected) != 0 && cJSON_IsArray(found) != 0) {
-            arrays(path, expected, found);
-        } else {
-            differences.push_back({path, text_of(expected), text_of(found)});
-        }
-    }
-
-  private:
-    void objects(const std::string &path, const cJSON *expected, const cJSON *found)
-    {
-        const std::string prefix = path.empty() ? "" : path + ".";
-        const size_t before = differences.size();
-        for (const cJSON *member = expected->child; member != nullptr; member = member->next) {
-            values(prefix + member->string, member, member_like(found, member, expected->child));
-        }
-        for (const cJSON *member = found->child; member != nullptr; member = member->next) {
-            if (member_like(expected, member, found->child) == nullptr) {
-                differences.push_back({prefix + member->string, "", text_of(member)});
-            }
-        }
-        if (differences.size() == before) { // only the order differs
-            differences.push_back({path, text_of(expected), text_of(found)});
-        }
-    }
-
-    void arrays(const std::string &path, const cJSON *expected, const cJSON *found)
-    {
-        const cJSON *left = expected->child;
-        const cJSON *right = found->child;
-        for (size_t at = 0; left != nullptr || right != nullptr; ++at) {
-            values(path + "[" + std::to_string(at) + "]", left, right);
-            left = left != nullptr ? left->next : nullptr;
-            right = right != nullptr ? right->next : nullptr;
-        }
-    }
-};
-
-std::string shown(const std::string &json)
+void find_differences(const cJSON *expected, const cJSON *found,
+                      const std::function<void(const FieldDifference &)> &report)
 {
-    return json.empty() ? "nothing" : one_line(json_for_terminal(json), kMaxShown);
+    Comparison(report).values(expected, found);
 }
 
-} // namespace
-
-std::vector<FieldDifference> differences_of(const cJSON *expected, const cJSON *found)
+std::string shown_json(const std::string &json)
 {
-    Comparison comparison;
-    comparison.values("", expected, found);
-    return std::move(comparison.differences);
+    return one_line(json_for_terminal(json), kMaxShown);
 }
 
 void DifferenceReport::add(const Place &place, const FieldDifference &difference)
@@ -145,7 +184,7 @@ std::string DifferenceReport::text(const Place &place, const FieldDifference &di
     page << coloured(kBold, "difference in " + command) << " (" << place.line << ")\n";
     Table table;
     if (!place.request.empty()) {
-        table.row({"request", shown(place.request)});
+        table.row({"request", place.request});
     }
     if (!place.thread.empty()) {
         table.row({"thread", place.thread});

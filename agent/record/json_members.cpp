@@ -3,7 +3,6 @@
 
 #include "record/line_text.h"
 
-#include <climits>
 #include <cmath>
 #include <new>
 
@@ -25,13 +24,14 @@ const cJSON *member(const cJSON *object, const char *name)
     return cJSON_GetObjectItemCaseSensitive(object, name);
 }
 
-std::optional<int> number_in(const cJSON *object, const char *name)
+std::optional<int64_t> number_in(const cJSON *object, const char *name)
 {
+    constexpr double kMost = 9007199254740991;
     const cJSON *number = member(object, name);
-    const bool is_whole = cJSON_IsNumber(number) != 0 && number->valuedouble >= INT_MIN &&
-                          number->valuedouble <= INT_MAX &&
-                          std::floor(number->valuedouble) == number->valuedouble;
-    return is_whole ? std::optional(number->valueint) : std::nullopt;
+    const double value = cJSON_IsNumber(number) != 0 ? number->valuedouble : NAN;
+    return std::abs(value) <= kMost && std::floor(value) == value
+               ? std::optional(static_cast<int64_t>(value))
+               : std::nullopt;
 }
 
 Json new_object()

@@ -18,7 +18,7 @@ constexpr char kUsage[] =
     "Plays a recording against the plug-in, and shows differences.\n"
     "\n"
     "  --plugin LIB  the plug-in; without it libsmart_router_service.so, from where it was\n"
-    "                installed with this program or from the folder lib beside its own\n"
+    "                installed with this program or from the folder lib next to its own\n"
     "  --all         show every difference, not only the first\n"
     "  --version, --help\n";
 

@@ -133,10 +133,11 @@ class NextServices : public PluginServices {
     void log(const char *module, int32_t level, const char *format, va_list arguments) override
     {
         static const auto next = next_function<decltype(ts_mod_log_printf)>("ts_mod_log_printf");
-        std::array<char, kLongestLog> text = {};
-        vsnprintf(text.data(), text.size(), format, arguments);
-        if (next != nullptr) {
-            next(module, level, "%s", text.data());
+        // Not on the stack: a thread of a router may have little of it.
+        char *text = nullptr;
+        if (next != nullptr && vasprintf(&text, format, arguments) >= 0) {
+            next(module, level, "%s", text);
+            free(text);
         }
     }
     char *base64_encode(const char *text) override
@@ -213,9 +214,6 @@ class NextServices : public PluginServices {
         static const auto next = next_function<decltype(::sleep)>("sleep");
         return next(seconds);
     }
-
-  private:
-    static constexpr size_t kLongestLog = 65536;
 };
 
 // What an agent's process has: it lives until the process ends.

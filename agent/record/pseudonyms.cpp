@@ -256,7 +256,7 @@ bool may_contain_secrets(std::string_view text)
 
 bool is_secret_member(std::string_view name)
 {
-    // The last letters of all secret names.
+    // The last characters of all secret names.
     return !name.empty() && strchr("deksDEKS", name.back()) != nullptr && is_secret_name(name);
 }
 

@@ -194,7 +194,7 @@ class Diff {
         place.command = commands_;
         place.name = title_of(episode);
         if (episode.request) {
-            place.request = compared_text(*episode.request, {.raw_bytes = true});
+            place.request = shown_json(compared_text(*episode.request, {.raw_bytes = true}));
         }
         return place;
     }
@@ -233,9 +233,9 @@ class Diff {
         place.line = (left != nullptr ? left->place : "") +
                      (left != nullptr && right != nullptr ? ", " : "") +
                      (right != nullptr ? right->place : "");
-        for (const FieldDifference &difference : differences_of(expected.get(), found.get())) {
+        find_differences(expected.get(), found.get(), [&](const FieldDifference &difference) {
             report_.add(place, difference);
-        }
+        });
     }
 
     static bool are_alike(const Event &left, const Event &right)

@@ -29,7 +29,11 @@ constexpr std::string_view kBegin = R"({"recording":1,)";
 RecordingFile::RecordingFile(std::string path, uint64_t limit)
     : path_(std::move(path)), limit_(limit)
 {
-    signal(SIGXFSZ, SIG_IGN); // exceeding the file size limit must not end the process
+    // Exceeding the file size limit must not end the process. An agent may have a handler.
+    struct sigaction action = {};
+    if (sigaction(SIGXFSZ, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
+        signal(SIGXFSZ, SIG_IGN);
+    }
     open_file();
 }
 

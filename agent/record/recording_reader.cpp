@@ -9,9 +9,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
 #include <system_error>
+#include <utility>
 
 namespace agent::record {
 
@@ -126,7 +128,9 @@ RecordingReader::RecordingReader(const std::string &file)
 
 RecordingReader::File RecordingReader::open_file(const std::string &name)
 {
-    File file{name, std::unique_ptr<FILE, CloseFile>(fopen(name.c_str(), "rce"))};
+    // Without O_NONBLOCK, opening a pipe would block until it has a writer.
+    const int opened = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    File file{name, std::unique_ptr<FILE, CloseFile>(opened < 0 ? nullptr : fdopen(opened, "r"))};
     if (file.stream == nullptr) {
         throw BadRecording(name + ": " + std::generic_category().message(errno));
     }
@@ -254,7 +258,7 @@ Event RecordingReader::head()
     const cJSON *secrets = member(head->line.get(), "secrets");
     has_pseudonyms_ = cJSON_IsString(secrets) == 0 || strcmp(secrets->valuestring, "shown") != 0;
     session_ = session_in(head->line.get());
-    next_seq_ = int64_t{number_in(head->line.get(), "seq").value_or(0)} + 1;
+    next_seq_ = number_in(head->line.get(), "seq").value_or(0) + 1;
     lacks_begin_ = next_seq_ > 1;
     first_request_ = 0;
     is_earlier_.clear();
@@ -276,12 +280,12 @@ std::optional<Event> RecordingReader::next()
 
 bool RecordingReader::belongs_to_earlier_file(const Event &event)
 {
-    const int seq = number_in(event.line.get(), "seq").value_or(0);
+    const int64_t seq = number_in(event.line.get(), "seq").value_or(0);
     if (event.kind == EventKind::kRequest) {
         first_request_ = first_request_ == 0 ? seq : first_request_;
         is_earlier_[event.thread] = false;
     }
-    const int begin = number_in(event.line.get(), "began").value_or(seq - 1);
+    const int64_t begin = number_in(event.line.get(), "began").value_or(seq - 1);
     const bool is_earlier = first_request_ == 0 || begin < first_request_;
     return is_earlier_.try_emplace(event.thread, is_earlier).first->second;
 }
@@ -345,9 +349,10 @@ Event RecordingReader::event_of(Json line) const
 {
     Event event;
     event.place = file().name + ":" + std::to_string(number_);
+    event.size = line_.size();
     const cJSON *object = line.get();
     if (member(object, "recording") != nullptr) {
-        const std::optional<int> version = number_in(object, "recording");
+        const std::optional<int64_t> version = number_in(object, "recording");
         if (version != kVersion) {
             refuse("the recording has version " + (version ? std::to_string(*version) : "unknown") +
                    " of the format, and this program reads version " + std::to_string(kVersion));
@@ -362,7 +367,8 @@ Event RecordingReader::event_of(Json line) const
         event.line = std::move(line);
         return event;
     }
-    event.thread = number_in(object, "thread").value_or(0);
+    const int64_t thread = number_in(object, "thread").value_or(0);
+    event.thread = std::in_range<int>(thread) ? static_cast<int>(thread) : 0;
     if (member(object, "end") != nullptr) {
         event.kind = EventKind::kEnd;
     } else if (member(object, "command") != nullptr || member(object, "function") != nullptr) {

@@ -33,7 +33,8 @@ struct Event {
     int thread = 0;
     std::string place; // "FILE:LINE"
     Json line;
-    Json given; // what the plug-in passes, or replies; what it gets is only in the line
+    Json given;      // what the plug-in passes, or replies; what it gets is only in the line
+    size_t size = 0; // bytes of the line
 };
 
 // What a call passes, of its arguments in a recording: the values that it only reads, and those
@@ -58,8 +59,8 @@ class RecordingReader {
     // it.
     explicit RecordingReader(const std::string &file);
 
-    // The begin of each session. A session that continues in another file is one if that file
-    // follows at once.
+    // The beginning of each session. A session that continues in another file counts once if that
+    // file follows directly.
     std::vector<LineStart> sessions();
     void go_to(const LineStart &start);
 
@@ -104,9 +105,9 @@ class RecordingReader {
     std::string line_;
     size_t number_ = 0; // in this file
     std::string session_;
-    int64_t next_seq_ = 0;           // may be beyond the numbers that a line can have
+    int64_t next_seq_ = 0;
     bool lacks_begin_ = false;       // the session began in an earlier file
-    int first_request_ = 0;          // the number of its line, in this file
+    int64_t first_request_ = 0;      // the number of its line, in this file
     std::map<int, bool> is_earlier_; // whether a thread continues what is in an earlier file
     bool has_ended_ = false;         // what follows in the file is not part of the session
     bool has_pseudonyms_ = false;

@@ -1,18 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "record/sequence.h"
 
+#include "io/error_output.h"
+#include "io/exit_status.h"
+#include "io/text.h"
 #include "protocol/json_text.h"
 #include "record/thread_states.h"
 
 #include <algorithm>
 #include <chrono>
+#include <unistd.h>
 
 namespace agent::record {
 
 namespace {
 
-// How far ahead a step is looked for that comes too early.
+// How far ahead a step is looked for that comes too early, in lines and in their bytes: parsed, a
+// line may need eighty times its size.
 constexpr size_t kMostAhead = 2000;
+constexpr size_t kMostAheadBytes = size_t{4} << 20;
+
+// A plug-in that makes so many calls without one that was recorded may never stop.
+constexpr size_t kMostUnrecorded = 100'000;
 
 // Nothing moves if all threads are found blocked so many times in a row. Nothing that a replayed
 // plug-in does takes time without using the processor.
@@ -57,6 +66,7 @@ bool Sequence::is_read(size_t at)
             if (!next) {
                 return false;
             }
+            ahead_bytes_ += next->size;
             ahead_.push_back(std::move(*next));
         }
     } catch (const BadRecording &problem) { // the plug-in's threads must not receive it
@@ -65,12 +75,19 @@ bool Sequence::is_read(size_t at)
     return ahead_.size() > at;
 }
 
+Event Sequence::remove(size_t at)
+{
+    Event event = std::move(ahead_[at]);
+    ahead_.erase(ahead_.begin() + static_cast<ptrdiff_t>(at));
+    ahead_bytes_ -= event.size;
+    return event;
+}
+
 // The next event; null at the end. What a thread that has ended was to do is missing.
 Event *Sequence::front()
 {
     while (is_read(0) && gone_.contains(ahead_.front().thread)) {
-        report_missing(ahead_.front());
-        ahead_.pop_front();
+        report_missing(remove(0));
     }
     return ahead_.empty() ? nullptr : &ahead_.front();
 }
@@ -115,7 +132,7 @@ bool Sequence::fits_better(const Player &player, const Event &first) const
     return std::ranges::any_of(players_, [&](const Player &other) {
         return &other != &player && other.thread == kUnbound && other.waits_for != nullptr &&
                other.waits_for->kind == first.kind && other.waits_for->name == first.name &&
-               differences_of(first.given.get(), other.waits_for->given).empty();
+               are_same(first.given.get(), other.waits_for->given);
     });
 }
 
@@ -125,7 +142,7 @@ bool Sequence::bind(Player &player, const Event &first)
     const Step &step = *player.waits_for;
     if (player_of(first.thread) != nullptr || first.kind == EventKind::kRequest ||
         first.kind != step.kind || first.name != step.name ||
-        (!differences_of(first.given.get(), step.given).empty() && fits_better(player, first))) {
+        (!are_same(first.given.get(), step.given) && fits_better(player, first))) {
         return false;
     }
     player.thread = first.thread;
@@ -145,12 +162,26 @@ std::optional<Event> Sequence::take(const Step &step)
         turn_.wait(lock);
     }
     player.waits_for = nullptr;
+    unrecorded_ = taken ? 0 : unrecorded_ + 1;
+    if (unrecorded_ > kMostUnrecorded) {
+        end_process(player);
+    }
     calls_ += step.kind != EventKind::kReply ? 1 : 0;
     // How a command went on that was running when the recording was cut is not known.
     if (taken || front() != nullptr || (!recording_.is_cut() && !problem_)) {
         compare(player, step, taken ? &*taken : nullptr);
     }
     return taken;
+}
+
+// A command that does not return cannot be stopped in any other way.
+void Sequence::end_process(const Player &player)
+{
+    print_error("the plug-in makes more than " + std::to_string(kMostUnrecorded) +
+                " calls that were not recorded, in command " +
+                std::to_string(player.place.command) + ", " + player.place.name);
+    finish_error_output();
+    _exit(kCommandFailed);
 }
 
 // Whether it is the turn of the step, or will never be.
@@ -173,16 +204,14 @@ bool Sequence::is_decided(Player &player, const Step &step, std::optional<Event>
     const bool is_first = *place == 0;
     for (size_t at = 0; at < *place;) {
         if (ahead_[at].thread == player.thread) {
-            report_missing(ahead_[at]);
-            ahead_.erase(ahead_.begin() + static_cast<ptrdiff_t>(at));
+            report_missing(remove(at));
             --*place;
         } else {
             ++at;
         }
     }
     if (*place == 0) {
-        taken = std::move(ahead_.front());
-        ahead_.pop_front();
+        taken = remove(0);
     }
     if (*place == 0 || !is_first) {
         pass_turn();
@@ -196,14 +225,16 @@ std::optional<size_t> Sequence::place_in_sequence(const Player &player, const St
 {
     std::optional<size_t> similar;
     bool is_next = true;
-    for (size_t at = 0; at < kMostAhead && is_read(at); ++at) {
+    const auto may_read = [this](size_t at) {
+        return at < ahead_.size() || (at < kMostAhead && ahead_bytes_ < kMostAheadBytes);
+    };
+    for (size_t at = 0; may_read(at) && is_read(at); ++at) {
         const Event &event = ahead_[at];
         if (event.thread != player.thread) {
             continue;
         }
         if (event.kind == step.kind && event.name == step.name) {
-            if (step.kind == EventKind::kReply ||
-                differences_of(event.given.get(), step.given).empty()) {
+            if (step.kind == EventKind::kReply || are_same(event.given.get(), step.given)) {
                 return at;
             }
             similar = is_next ? at : similar;
@@ -242,9 +273,8 @@ void Sequence::compare(const Player &player, const Step &step, const Event *even
         return;
     }
     place.line = event->place;
-    for (const FieldDifference &difference : differences_of(event->given.get(), step.given)) {
-        report_.add(place, difference);
-    }
+    find_differences(event->given.get(), step.given,
+                     [&](const FieldDifference &difference) { report_.add(place, difference); });
 }
 
 // ---- Commands -----------------------------------------------------------------------------------
@@ -290,10 +320,9 @@ bool Sequence::dispatch(Lock &lock)
     player->place = {};
     player->place.command = ++commands_;
     player->place.name = next->name;
-    player->place.request = text_or_empty(next->given.get());
+    player->place.request = shown_json(text_or_empty(next->given.get()));
     last_command_ = player->place;
-    player->request = std::move(ahead_.front());
-    ahead_.pop_front();
+    player->request = remove(0);
     pass_turn();
     return true;
 }
@@ -344,7 +373,7 @@ void Sequence::settle(Lock &lock)
     lock.lock();
 }
 
-void Sequence::play()
+Sequence::Played Sequence::play()
 {
     Lock lock(mutex_);
     own_threads_ = count_of_threads();
@@ -370,6 +399,8 @@ void Sequence::play()
     if (problem_) {
         throw BadRecording(*problem_);
     }
+    // One that was not played to its end may have one.
+    return {calls_, ahead_.empty() && recording_.is_cut()};
 }
 
 // All threads wait. Result: whether there is a step that lets them go on.
@@ -385,8 +416,7 @@ bool Sequence::resolve_standstill()
         if (player == nullptr || player->request) {
             return false;
         }
-        report_missing(*next);
-        ahead_.pop_front();
+        report_missing(remove(0));
         return true;
     }
     const auto newcomer = std::ranges::find_if(players_, [](const Player &player) {
@@ -397,8 +427,7 @@ bool Sequence::resolve_standstill()
     } else {
         while (next != nullptr && next->kind != EventKind::kRequest &&
                (next->thread == thread || player_of(next->thread) == nullptr)) {
-            report_missing(*next);
-            ahead_.pop_front();
+            report_missing(remove(0));
             next = front();
         }
     }
@@ -413,7 +442,10 @@ void Sequence::end(Lock &lock)
     turn_.notify_all();
     for (Player &player : players_) {
         if (player.request) {
-            report_.add(player.place, {"", "", "\"the command does not return\""});
+            Place place = player.place;
+            place.call = "reply";
+            place.line = player.request->place;
+            report_.add(place, {"", "", "\"the command does not return\""});
             player.runner.detach();
         } else if (player.runner.joinable()) {
             lock.unlock();

@@ -37,16 +37,17 @@ class Sequence {
     Sequence(const Sequence &) = delete;
     Sequence &operator=(const Sequence &) = delete;
 
+    struct Played {
+        size_t calls = 0;    // of the device and of the host
+        bool is_cut = false; // the recording has no end
+    };
     // Plays the session. Threads of the plug-in may use the sequence until the process ends. Throws
     // BadRecording.
-    void play();
+    Played play();
 
     // For any thread that the plug-in runs on: waits for the turn of the step and compares it with
-    // the recording. Result: what was recorded; nothing where that was nothing.
+    // the recording. Result: what was recorded; nothing if the recording has no such step.
     std::optional<Event> take(const Step &step);
-
-    // The number of calls so far of the device and of the host.
-    size_t calls() const { return calls_; }
 
   private:
     static constexpr int kUnbound = -1;
@@ -71,6 +72,7 @@ class Sequence {
 
     Event *front();
     bool is_read(size_t at);
+    Event remove(size_t at); // of those read ahead
     void pass_turn();
 
     Player &this_player();
@@ -82,6 +84,7 @@ class Sequence {
     bool is_decided(Player &player, const Step &step, std::optional<Event> &taken);
     std::optional<size_t> place_in_sequence(const Player &player, const Step &step);
     void report_missing(const Event &event);
+    [[noreturn]] static void end_process(const Player &player);
     void compare(const Player &player, const Step &step, const Event *event);
 
     void run_commands(Player &player);
@@ -103,6 +106,7 @@ class Sequence {
     std::condition_variable turn_; // for the players
     std::condition_variable play_; // for the thread in play()
     std::deque<Event> ahead_;      // what has been read and not been taken
+    size_t ahead_bytes_ = 0;       // of its lines
     std::list<Player> players_;
     std::optional<BadRecording> problem_; // which ends the recording
     std::set<int> gone_;                  // threads of the recording whose players have ended
@@ -112,6 +116,7 @@ class Sequence {
     bool stops_ = false;
     size_t commands_ = 0;
     size_t calls_ = 0;
+    size_t unrecorded_ = 0; // steps since the last one that was recorded
 };
 
 } // namespace agent::record

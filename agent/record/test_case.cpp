@@ -95,19 +95,18 @@ class Writer {
 // A command, or another request.
 struct Request {
     size_t number = 0;
-    int seq = 0;
-    std::string name;
-};
+    int64_t seq = 0;
+    const Description *description = nullptr; // null unless it is a known command
 
-bool may_call(const std::string &command, const std::string &function)
-{
-    const Description *description = find_description(command);
-    if (description == nullptr) {
-        return false;
+    bool may_call(const std::string &function) const
+    {
+        if (description == nullptr) {
+            return false;
+        }
+        const std::vector<std::string> calls = (*description)["device_calls"].texts();
+        return std::ranges::find(calls, function) != calls.end();
     }
-    const std::vector<std::string> calls = (*description)["device_calls"].texts();
-    return std::ranges::find(calls, function) != calls.end();
-}
+};
 
 // Which request of a session has started each of the threads that run no requests. A recording does
 // not say so: it is the last one before the thread's first call that may call the same function of
@@ -117,8 +116,8 @@ class Workers {
     void add(const Event &event, size_t number)
     {
         if (event.kind == EventKind::kRequest) {
-            requests_.push_back(
-                {number, number_in(event.line.get(), "seq").value_or(0), event.name});
+            requests_.push_back({number, number_in(event.line.get(), "seq").value_or(0),
+                                 find_description(event.name)});
             if (requests_.size() > kMostRequests) {
                 requests_.pop_front();
             }
@@ -133,6 +132,7 @@ class Workers {
         }
         if (event.kind == EventKind::kCall) {
             starters_[event.thread] = starter(candidates_[event.thread], event.name);
+            candidates_.erase(event.thread);
         }
     }
 
@@ -157,8 +157,8 @@ class Workers {
 
     Requests requests_before(const Event &event) const
     {
-        const int seq = number_in(event.line.get(), "seq").value_or(0);
-        const int begin = number_in(event.line.get(), "began").value_or(seq - 1);
+        const int64_t seq = number_in(event.line.get(), "seq").value_or(0);
+        const int64_t begin = number_in(event.line.get(), "began").value_or(seq - 1);
         Requests before = requests_;
         while (!before.empty() && before.back().seq > begin) {
             before.pop_back();
@@ -169,7 +169,7 @@ class Workers {
     static size_t starter(const Requests &candidates, const std::string &function)
     {
         for (auto request = candidates.rbegin(); request != candidates.rend(); ++request) {
-            if (may_call(request->name, function)) {
+            if (request->may_call(function)) {
                 return request->number;
             }
         }
@@ -259,7 +259,10 @@ int write_test(const TestCaseOptions &options)
         }
     }
     if (!slice.has_found()) {
-        throw BadRecording(options.file + " has no command " + std::to_string(options.command));
+        throw BadRecording(options.file +
+                           (options.command == 0
+                                ? " has no commands"
+                                : " has no command " + std::to_string(options.command)));
     }
     return writer.status();
 }

@@ -236,13 +236,23 @@ export async function logOut(): Promise<void> {
     location.reload();
 }
 
-// The address that the service prints ends in #token=HEX. The token must not stay in the browser's history.
+// The address that the service prints ends in #token=HEX.
+const tokenOfAddress = (): string | undefined => /^#token=(\w+)$/.exec(location.hash)?.[1];
+
+// Opened where the page is already, it changes no more than the part behind the #.
+addEventListener("hashchange", () => {
+    if (tokenOfAddress() !== undefined) {
+        location.reload();
+    }
+});
+
 export async function start(): Promise<void> {
-    const token = /^#token=(\w+)$/.exec(location.hash)?.[1];
+    const token = tokenOfAddress();
     if (token === undefined) {
         await connect();
         return;
     }
+    // It must not stay in the browser's history.
     history.replaceState(null, "", location.pathname);
     if ((await logIn({ token })) !== "") {
         setState("login");

@@ -76,9 +76,14 @@ function useRoute(): { allowed: View[]; current: View; path: string } {
 function LogIn() {
     const [values, setValues] = useState({ user: "", password: "", token: "" });
     const [problem, setProblem] = useState("");
-    const field = (name: keyof typeof values, label: string, type: "text" | "password") => (
+    const field = (
+        name: keyof typeof values,
+        label: string,
+        type: "text" | "password",
+        autocomplete?: "username" | "current-password",
+    ) => (
         <Field
-            field={{ name, label, type }}
+            field={{ name, label, type, autocomplete }}
             value={values[name]}
             onInput={(value) => setValues({ ...values, [name]: value })}
         />
@@ -97,8 +102,8 @@ function LogIn() {
                 </p>
                 {field("token", "Token or address", "password")}
                 <p>With an account of this gateway:</p>
-                {field("user", "User", "text")}
-                {field("password", "Password", "password")}
+                {field("user", "User", "text", "username")}
+                {field("password", "Password", "password", "current-password")}
                 {problem && (
                     <p class="problem" role="alert">
                         {problem}

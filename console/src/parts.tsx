@@ -58,10 +58,10 @@ export function Card(props: {
                 {props.tools}
             </header>
             {props.known?.error && <p class="problem">{props.known.error.message}</p>}
-            {props.known !== undefined && props.known.reply === undefined && !props.known.error ? (
-                <p class="muted">Loading…</p>
-            ) : (
+            {props.known === undefined || props.known.reply !== undefined ? (
                 props.children
+            ) : (
+                !props.known.error && <p class="muted">Loading…</p>
             )}
         </section>
     );
@@ -109,6 +109,8 @@ export function Facts(props: { facts: [string, ComponentChildren][] }) {
 
 export function Switch(props: {
     label: string;
+    // Distinguishes several of the same label.
+    name?: string;
     on: boolean;
     disabled?: boolean;
     hideLabel?: boolean;
@@ -121,7 +123,7 @@ export function Switch(props: {
                 role="switch"
                 checked={props.on}
                 disabled={props.disabled}
-                aria-label={props.hideLabel ? props.label : undefined}
+                aria-label={props.name ?? (props.hideLabel ? props.label : undefined)}
                 onClick={(event) => {
                     // It moves when the gateway has confirmed the change.
                     event.preventDefault();
@@ -146,6 +148,7 @@ export interface FieldDescription {
     max?: number;
     // In bytes of UTF-8.
     longest?: number;
+    autocomplete?: "username" | "current-password";
 }
 
 export function Field(props: { field: FieldDescription; value: string; onInput: (value: string) => void }) {
@@ -191,7 +194,7 @@ export function Field(props: { field: FieldDescription; value: string; onInput: 
                     min={field.min}
                     max={field.max}
                     maxLength={field.longest}
-                    autocomplete={field.type === "password" ? "new-password" : "off"}
+                    autocomplete={field.autocomplete ?? (field.type === "password" ? "new-password" : "off")}
                     spellcheck={false}
                     onInput={({ currentTarget: input }) => {
                         input.setCustomValidity(isTooLong(input.value) ? `At most ${field.longest} bytes; some characters have several.` : "");
@@ -268,17 +271,23 @@ export function FormDialog(props: {
     );
 }
 
-// A button whose action is confirmed first.
-export function ConfirmButton(props: { label: string; question: string; class?: string; onConfirm: () => Promise<Outcome> }) {
+// A button whose action is confirmed first. `name` distinguishes several of the same label.
+export function ConfirmButton(props: {
+    label: string;
+    name?: string;
+    question: string;
+    class?: string;
+    onConfirm: () => Promise<Outcome>;
+}) {
     const [asked, setAsked] = useState(false);
     return (
         <>
-            <button type="button" class={props.class} onClick={() => setAsked(true)}>
+            <button type="button" class={props.class} aria-label={props.name} onClick={() => setAsked(true)}>
                 {props.label}
             </button>
             {asked && (
                 <FormDialog
-                    title={props.label}
+                    title={props.name ?? props.label}
                     fields={[]}
                     values={{}}
                     button={props.label}

@@ -2,6 +2,7 @@
 // The descriptions of the commands, which the service provides.
 import type { Command } from "hg_protocol";
 import { useEffect, useState } from "preact/hooks";
+import { onState } from "./connection.ts";
 import type { FieldDescription, Values } from "./parts.tsx";
 
 export interface RequestKey {
@@ -50,8 +51,12 @@ async function load(): Promise<Descriptions> {
 export function useDescriptions(): Descriptions | undefined {
     const [known, setKnown] = useState<Descriptions>();
     useEffect(() => {
-        loading ??= load();
-        loading.then(setKnown, () => (loading = undefined));
+        const get = () => {
+            loading ??= load();
+            loading.then(setKnown, () => (loading = undefined));
+        };
+        get();
+        return onState((state) => void (state === "open" && get()));
     }, []);
     return known;
 }

@@ -5,7 +5,7 @@ import { useState } from "preact/hooks";
 import { call, session } from "./connection.ts";
 import { textOf } from "./format.ts";
 import { act, FormDialog, say, type Values } from "./parts.tsx";
-import { fieldOf, paramsOf, useDescriptions } from "./protocol.ts";
+import { fieldOf, paramsOf, type RequestKey, useDescriptions } from "./protocol.ts";
 import { mayCall } from "./store.ts";
 
 export function Setting(props: {
@@ -22,6 +22,8 @@ export function Setting(props: {
 }) {
     const description = useDescriptions()?.commands.find(({ command }) => command === props.command);
     const [values, setValues] = useState<Values | null>(null);
+    // Keys of passwords that the gateway has and the role may not see.
+    const [unseen, setUnseen] = useState<ReadonlySet<string>>(new Set());
     if (description === undefined || !mayCall(props.command)) {
         return null;
     }
@@ -30,10 +32,12 @@ export function Setting(props: {
         try {
             const answer = await call(props.query, JSON.stringify(props.params ?? {}), session!.secrets);
             const present = (props.pick ?? ((reply) => reply))(answer.reply) ?? {};
-            const texts = request.map(({ key, secret }) => {
-                const text = textOf(present[key]);
-                return [key, (secret && !session!.secrets) || text === "-1" ? "" : text];
+            const isUnseen = ({ key, secret }: RequestKey) => secret && !session!.secrets && textOf(present[key]) !== "";
+            const texts = request.map((key) => {
+                const text = textOf(present[key.key]);
+                return [key.key, isUnseen(key) || text === "-1" ? "" : text];
             });
+            setUnseen(new Set(request.filter(isUnseen).map(({ key }) => key)));
             setValues({ ...Object.fromEntries(texts), ...props.params, ...props.given });
         } catch (error) {
             say({ ok: false, text: (error as Error).message });
@@ -50,7 +54,13 @@ export function Setting(props: {
                     title={props.title}
                     fields={request
                         .filter(({ key, type }) => !hidden.has(key) && type === undefined)
-                        .map((key) => fieldOf(key, values[key.key] ?? ""))}
+                        .map((key) => {
+                            const field = fieldOf(key, values[key.key] ?? "");
+                            // An empty one would replace it.
+                            return key.required && unseen.has(key.key)
+                                ? { ...field, required: true, hint: "Your role may not see it, so it has to be entered again." }
+                                : field;
+                        })}
                     values={values}
                     onSubmit={(changed) => act(props.command, paramsOf(request, changed) as Request<Command>)}
                     onClose={() => setValues(null)}

@@ -2,7 +2,7 @@
 // Replies of the gateway, shared by the views, and kept up to date while a view shows them.
 import type { Command, Commands, Report, Reports, Request } from "hg_protocol";
 import { useEffect, useState } from "preact/hooks";
-import { type Answer, type Refusal, call, onEvent, onState, report, session, state } from "./connection.ts";
+import { type Answer, Refusal, call, onEvent, onState, report, session, state } from "./connection.ts";
 import { remember } from "./history.ts";
 
 interface Query {
@@ -38,6 +38,13 @@ interface Entry {
 const entries = new Map<string, Entry>();
 const otherPages = new BroadcastChannel("changes");
 
+// GET_QOS_INFO fails with the status of a success, and a reason.
+const isSuccess = ({ result, reply: { Status, FailReason } }: Answer): boolean =>
+    result === 0 && (Status === undefined || Status === "0") && FailReason === undefined;
+
+const failureText = ({ result, reply: { Status, FailReason } }: Answer): string =>
+    `The gateway refused: ${FailReason ?? (Status === undefined ? `result ${result}` : `Status ${Status}`)}.`;
+
 function wanted(entry: Entry): boolean {
     return entry.users.size > 0 && !document.hidden && state === "open";
 }
@@ -58,8 +65,12 @@ async function load(entry: Entry): Promise<void> {
         const answer = await (entry.query.command !== undefined
             ? call(entry.query.command, params)
             : report(entry.query.report!, params));
-        entry.known = { reply: answer.reply };
-        remember(entry.query.command ?? "", answer.reply);
+        if (isSuccess(answer)) {
+            entry.known = { reply: answer.reply };
+            remember(entry.query.command ?? "", answer.reply);
+        } else {
+            entry.known = { reply: entry.known.reply, error: new Refusal(failureText(answer), "failed") };
+        }
     } catch (error) {
         entry.known = { reply: entry.known.reply, error: error as Refusal };
     }
@@ -139,9 +150,8 @@ export interface Outcome {
 export async function change<C extends Command>(command: C, params: Request<C>): Promise<Outcome> {
     try {
         const answer = await call(command, JSON.stringify(params));
-        const { Status, FailReason } = answer.reply;
-        const ok = answer.result === 0 && (Status === undefined || Status === "0");
-        return { ok, text: ok ? "Saved." : `The gateway refused: ${FailReason ?? `Status ${Status}`}.`, answer };
+        const ok = isSuccess(answer);
+        return { ok, text: ok ? "Saved." : failureText(answer), answer };
     } catch (error) {
         const { message, rule } = error as Refusal;
         return { ok: false, text: rule === undefined ? message : `${message} (${rule})` };

@@ -18,10 +18,10 @@
 using agent::Json;
 using agent::record::BadRecording;
 using agent::record::decoded_text;
-using agent::record::differences_of;
 using agent::record::Event;
 using agent::record::EventKind;
 using agent::record::FieldDifference;
+using agent::record::find_differences;
 using agent::record::hide_remains;
 using agent::record::RecordingReader;
 using testing::ElementsAre;
@@ -191,7 +191,7 @@ TEST(RecordingReader, EndsWithTheSession)
     EXPECT_FALSE(recording.is_cut());
 }
 
-TEST(RecordingReader, CountsBeyondTheNumbersOfALine)
+TEST(RecordingReader, CountsAnyNumberOfLines)
 {
     const auto read = [](const std::string &seq, const std::string &rest) {
         std::string head = kHead;
@@ -200,12 +200,16 @@ TEST(RecordingReader, CountsBeyondTheNumbersOfALine)
         RecordingReader recording(file.path());
         return events_in(recording).size();
     };
-    const std::string last = R"({"seq":2147483647,"thread":1,"command":"A"})"
+    const std::string line = R"({"seq":2147483648,"thread":1,"command":"A"})"
                              "\n";
-    EXPECT_EQ(read("2147483646", last), 1U);
+    const std::string next = R"({"seq":2147483649,"began":2147483648,"thread":1,"result":0})"
+                             "\n";
+    EXPECT_EQ(read("2147483647", line + next), 2U);
     EXPECT_THAT(
-        [&] { read("2147483647", last); },
-        ThrowsMessage<BadRecording>(HasSubstr("line 2147483648 of the session is missing")));
+        [&] { read("2147483648", line); },
+        ThrowsMessage<BadRecording>(HasSubstr("line 2147483649 of the session is missing")));
+    EXPECT_THAT([&] { read("9007199254740992", line); },
+                ThrowsMessage<BadRecording>(HasSubstr("line 1 of the session is missing")));
 }
 
 TEST(RecordingReader, DecodesTexts)
@@ -233,9 +237,9 @@ std::vector<std::string> differences(const char *expected, const char *found)
     std::vector<std::string> shown;
     const Json left(cJSON_Parse(expected));
     const Json right(cJSON_Parse(found));
-    for (const FieldDifference &one : differences_of(left.get(), right.get())) {
+    find_differences(left.get(), right.get(), [&](const FieldDifference &one) {
         shown.push_back(one.field + ": " + one.expected + " | " + one.found);
-    }
+    });
     return shown;
 }
 
@@ -256,6 +260,27 @@ TEST(Difference, CountsRepeatedKeysAndTheirOrder)
     EXPECT_THAT(differences(R"({"a":1,"b":2})", R"({"b":2,"a":1})"),
                 ElementsAre(R"(: {"a":1,"b":2} | {"b":2,"a":1})"));
     EXPECT_THAT(differences("[1e999]", "[1e999]"), ElementsAre());
+}
+
+// Without bounds, these would need hours and terabytes.
+TEST(Difference, TakesManyMembersBelowALongName)
+{
+    constexpr int kMembers = 50'000;
+    std::string many;
+    for (int at = 0; at < kMembers; ++at) {
+        many += (at == 0 ? "\"" : ",\"") + std::to_string(at) + "\":1";
+    }
+    const std::string begin = "{\"" + std::string(1'000'000, 'x') + "\":{";
+    const Json expected(cJSON_Parse((begin + many + "}}").c_str()));
+    const Json found(cJSON_Parse((begin + "}}").c_str()));
+    size_t count = 0;
+    size_t longest = 0;
+    find_differences(expected.get(), found.get(), [&](const FieldDifference &one) {
+        ++count;
+        longest = std::max(longest, one.field.size());
+    });
+    EXPECT_EQ(count, kMembers);
+    EXPECT_LT(longest, 3000U);
 }
 
 } // namespace recording_reader_test

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -282,6 +283,21 @@ TEST(DeviceValues, AreReadWithinTheirWidth)
     EXPECT_THAT(recorded(
                     "devapi_get_sn_info", 0, [] {}, static_cast<SnInfo *>(nullptr)),
                 HasSubstr(R"("info":null)"));
+}
+
+TEST(RecordingFile, LeavesTheAgentsHandlerOfALimitAlone)
+{
+    const std::string path = testing::TempDir() + "/recording_limit." + std::to_string(getpid());
+    const auto handler_with = [&](void (*before)(int)) {
+        signal(SIGXFSZ, before);
+        const agent::record::RecordingFile file(path, 1L << 30);
+        return signal(SIGXFSZ, SIG_DFL);
+    };
+    void (*const own)(int) = [](int) {
+    };
+    EXPECT_EQ(handler_with(own), own);
+    EXPECT_EQ(handler_with(SIG_DFL), SIG_IGN);
+    std::filesystem::remove(path);
 }
 
 TEST(RecordingFile, FillsPages)

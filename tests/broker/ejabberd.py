@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A cluster of ejabberd nodes with MQTT, on loopback, each a process of the caller's with files of its own."""
+"""A cluster of ejabberd nodes with MQTT, on loopback, each a process of the caller with separate files."""
 import os
 import pathlib
 import re
@@ -34,7 +34,7 @@ class Cluster:
     def __init__(self, folder, count):
         self.folder = pathlib.Path(folder)
         self.mapper_port = Port()
-        # It binds without SO_REUSEADDR's help of ours, so the port has to be given back first.
+        # It binds without SO_REUSEADDR, so the port has to be released first.
         self.mapper_port.close()
         self.environment = {
             **os.environ, "ERL_EPMD_PORT": str(self.mapper_port.number), "ERL_EPMD_ADDRESS": "127.0.0.1",

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Commands that change the device are executed at most once and answered always, whatever fails, for clients
+"""Commands that change the device are executed at most once and always answered, regardless of what fails, for clients
 that repeat a request with the same correlation until it is answered.
 
 REQUESTS and FAILURES in the environment are the numbers for each kind of failure, AWAY_SECONDS how long the broker is away.

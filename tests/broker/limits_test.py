@@ -50,7 +50,7 @@ class LimitsTest(case.BrokerCase):
         self.check_too_large(self.report(self.caller(broker)), 2000)
 
     def test_answers_just_below_and_above_the_maximum_packet(self):
-        """Whatever the size of its topic and properties, an answer arrives or is refused; none is lost."""
+        """Regardless of the size of its topic and properties, an answer arrives or is refused; none is lost."""
         broker = self.mosquitto("max_packet_size 1024")
         self.trusted(broker, device=False)
         codes = set()

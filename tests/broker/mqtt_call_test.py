@@ -229,6 +229,16 @@ class MqttCallTest(case.BrokerCase):
         self.assertEqual(answers["c"], {"gateway": "c", "error": "no answer within 2 seconds"})
         self.assertEqual([answers[name]["result"] for name in ("a", "b")], [0, 0])
 
+    def test_gateways_without_an_answer_do_not_delay_others(self):
+        """More than are asked at the same time, and all of them before the one that answers."""
+        broker = self.mosquitto()
+        self.trusted(broker)
+        names = self.folder / "names"
+        names.write_text("".join(f"absent-{number}\n" for number in range(150)) + "gw\n", encoding="ascii")
+        process = self.begin(broker, "--ids", names, "--timeout", "600", "--repeat", "0.2", CHANGE, "Name=x")
+        self.assertEqual(json.loads(process.stdout.readline()),
+                         {"gateway": "gw", "result": 0, "reply": {"Status": "0"}})
+
     def test_events(self):
         broker = self.mosquitto()
         running = self.trusted(broker, device=False)

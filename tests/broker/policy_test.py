@@ -129,16 +129,16 @@ class PolicyTest(case.BrokerCase):
                 (["--broker", "mqtts://192.0.2.1", "--trust", *policy], "--trust"),
                 (["--broker", "mqtts://192.0.2.1", "--trust"], "--trust"),
                 (["--broker", "http://127.0.0.1", "--trust"], "mqtt://"),
-                (["--broker", "mqtt://127.0.0.1:0", "--trust"], "port"),
-                (["--broker", "mqtt://127.0.0.1", "--id", "a/b"], "id"),
-                (["--broker", "mqtt://127.0.0.1", "--id", "+"], "id"),
-                (["--broker", "mqtt://127.0.0.1", "--root", "#"], "root"),
-                (["--broker", "mqtt://127.0.0.1", "--root", "$SYS"], "root"),
-                (["--broker", "mqtt://127.0.0.1", "--response-topic", "a/#"], "response"),
-                (["--broker", "mqtt://127.0.0.1", "--response-topic", "$a/"], "response"),
+                (["--broker", "mqtt://127.0.0.1:0", "--trust"], "the port has to be from 1"),
+                (["--broker", "mqtt://127.0.0.1", "--id", "a/b"], "the id of a gateway"),
+                (["--broker", "mqtt://127.0.0.1", "--id", "+"], "the id of a gateway"),
+                (["--broker", "mqtt://127.0.0.1", "--root", "#"], "the root of the topics"),
+                (["--broker", "mqtt://127.0.0.1", "--root", "$SYS"], "the root of the topics"),
+                (["--broker", "mqtt://127.0.0.1", "--response-topic", "a/#"], "a topic without wildcards"),
+                (["--broker", "mqtt://127.0.0.1", "--response-topic", "$a/"], "a topic without wildcards"),
                 (["--broker", "mqtt://127.0.0.1", "--broker-credentials", readable], str(readable)),
                 (["--broker", "mqtt://127.0.0.1", "--broker-credentials", credentials, "--broker-key", credentials],
-                 "key")):
+                 "a certificate and its key are given together")):
             identity = [] if "--id" in options else ["--id", "gw"]
             with self.subTest(options=options):
                 refused = subprocess.run([case.HGAGENT, "run", "--socket", str(self.folder / "s"),

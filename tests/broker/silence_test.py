@@ -147,7 +147,7 @@ class SilenceTest(case.BrokerCase):
         self.assertEqual(running.end(), 0)
 
     def test_broker_stops_answering(self):
-        """The broker stands still in the middle of it; the socket is served, and the broker again when it goes on."""
+        """The broker stops in the middle of a request; the socket is still served, and so is the broker when it resumes."""
         broker = self.mosquitto()
         running = self.trusted(broker)
         client = self.caller(broker)

@@ -56,6 +56,18 @@ test("axe finds nothing in dialogs, details and the log-in form", async () => {
     await closePage(page);
 });
 
+test("switches and times can be read with forced colours", async () => {
+    const page = await openPage(browser, service, { forcedColors: "active", view: "parental" });
+    const colourOf = (selector) =>
+        page.locator(selector).first().evaluate((element) => getComputedStyle(element).backgroundColor);
+    await page.locator(".slot.all").first().waitFor();
+    assert.notEqual(await colourOf(".slot.all"), await colourOf(".slot.none"));
+    await show(page, "wifi");
+    await page.locator("input:checked + .track").first().waitFor();
+    assert.notEqual(await colourOf("input:checked + .track"), await colourOf("input:not(:checked) + .track"));
+    await closePage(page);
+});
+
 test("the page works by keyboard", async () => {
     const page = await openPage(browser, service);
     await card(page, "Mesh").getByRole("button", { name: /^router Attic/ }).waitFor();

@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { join } from "node:path";
 import { test } from "node:test";
-import { card, eventually, fact, isSwitchedOn, show, turn } from "./browser.mjs";
+import { card, eventually, fact, isSwitchedOn, openPage, show, turn } from "./browser.mjs";
 import { startPage } from "./console.mjs";
 import { fileFor } from "./service.mjs";
 
@@ -82,6 +82,23 @@ test("a device is named, blocked and limited", async () => {
     await card(page, "Mesh").getByRole("button", { name: /^Drucker.*blocked/ }).waitFor();
 });
 
+test("a type of device that the page does not know is kept", async () => {
+    const sent = [];
+    await page.context().routeWebSocket(/\/api\/socket$/, (client) => {
+        const server = client.connectToServer();
+        client.onMessage((text) => {
+            sent.push(text);
+            server.send(text);
+        });
+        server.onMessage((text) => client.send(text.replaceAll('"DevType":"Printer"', '"DevType":"Toaster"')));
+    });
+    const other = await openPage(page.context().browser(), service, { context: page.context(), view: "devices" });
+    await other.getByRole("button", { name: "Drucker", exact: true }).click();
+    await other.getByRole("button", { name: "Save" }).click();
+    await eventually(async () => assert.ok(sent.some((text) => /SET_AD_BASE_INFO.*"DevType":"Toaster"/.test(text))));
+    await other.close();
+});
+
 test("a refusal of the gateway is shown, and nothing is lost", async () => {
     await show(page, "internet");
     const local = card(page, "Local network");
@@ -130,6 +147,10 @@ test("the guest network opens for a time", async () => {
     await eventually(async () => assert.equal(await fact(guests, "Time left").textContent(), "2 d 3 h"));
     const { Remainingtime } = await service.call("GET_HG_GUEST_SSID", { Band: "2.4GHz" });
     assert.equal(Remainingtime, "183600");
+    // Switching it off and on again starts its time again, and keeps it.
+    await turnBoth(guests, "Lindenhof-Guest", read);
+    const { ContinueTime, HourTime, Remainingtime: left } = await service.call("GET_HG_GUEST_SSID", { Band: "2.4GHz" });
+    assert.deepEqual({ ContinueTime, HourTime, left }, { ContinueTime: "2", HourTime: "3", left: "183600" });
 });
 
 const periods = async (Mac) => (await service.call("GET_GREENNET_PROTECT_PERIOD_LIST", { Mac })).Sleep;
@@ -206,8 +227,8 @@ test("devices come under parental control and leave it", async () => {
     const anna = devices.filter({ hasText: "Anna" });
     await anna.waitFor();
     assert.equal((await list()).length, 3);
-    await turnBoth(anna, "Notices", async () => (await list()).find(({ Name }) => Name === "Anna").NotifyEnable);
-    await anna.getByRole("button", { name: "Remove" }).click();
+    await turnBoth(anna, "Notices of Anna", async () => (await list()).find(({ Name }) => Name === "Anna").NotifyEnable);
+    await anna.getByRole("button", { name: "Remove Anna", exact: true }).click();
     await save("Remove");
     await anna.waitFor({ state: "detached" });
     assert.deepEqual((await list()).map(({ Name }) => Name), ["Jonas", "Console"]);
@@ -265,7 +286,7 @@ test("quality of service is switched, ordered and given rules", async () => {
     await dialog().getByLabel("Highest value 1").fill("880");
     await save();
     await rules.getByText("Port of the receiver 873 to 880").waitFor();
-    await rules.locator(".rule").filter({ hasText: "Backup" }).getByRole("button", { name: "Delete" }).click();
+    await rules.locator(".rule").filter({ hasText: "Backup" }).getByRole("button", { name: "Delete Backup", exact: true }).click();
     await save("Delete");
     await rules.getByText("Backup").waitFor({ state: "detached" });
     assert.equal((await qos()).classification_info_list.length, 1);

@@ -52,6 +52,68 @@ test("without a token there is a form, which takes one", async () => {
     await context.close();
 });
 
+test("the whole address may be opened where the page is already", async () => {
+    const page = await openPage(browser, service, { view: "wifi" });
+    await page.evaluate((address) => (location.href = address), service.address);
+    await page.getByRole("heading", { name: "Home", exact: true, level: 1 }).waitFor();
+    await page.getByText("Connected", { exact: true }).waitFor();
+    assert.ok(!page.url().includes(service.token));
+    await closePage(page);
+});
+
+test("a password manager recognises the form", async () => {
+    const context = await browser.newContext();
+    const page = await context.newPage();
+    await page.goto(service.origin);
+    assert.equal(await page.getByLabel("User").getAttribute("autocomplete"), "username");
+    assert.equal(await page.getByLabel("Password", { exact: true }).getAttribute("autocomplete"), "current-password");
+    await context.close();
+});
+
+test("a failed query is shown as one, not as values", async () => {
+    const set = async (...faults) => assert.equal((await service.ask({ control: { faults } })).error, undefined);
+    const base = ["hg_base", "lan_ip", "wan_ip"].map((name) => `devapi_get_${name}_info=-1`);
+    await set(...base, "devapi_get_uplink_qos_info=-1");
+    const page = await openPage(browser, service);
+    const gateway = card(page, "Gateway");
+    await gateway.getByText("The gateway refused: ").waitFor();
+    assert.equal(await gateway.locator("dd").count(), 0);
+    await show(page, "qos");
+    await card(page, "Rules").getByText("The gateway refused: ").waitFor();
+    assert.equal(await card(page, "Rules").getByText("None.").count(), 0);
+    await set();
+    await eventually(async () => assert.equal(await page.getByText("The gateway refused: ").count(), 0));
+    // What is known stays in sight when a later query fails.
+    await show(page, "home");
+    await gateway.getByText("HGU-AX3000").waitFor();
+    await set(...base);
+    await gateway.getByText("The gateway refused: ").waitFor();
+    await gateway.getByText("HGU-AX3000").waitFor();
+    await set();
+    await closePage(page);
+});
+
+test("the descriptions are loaded again when the connection is back", async () => {
+    const first = await openPage(browser, service);
+    await first.context().addInitScript(() => {
+        globalThis.WebSocket = class extends WebSocket {
+            constructor(...words) {
+                super(...words);
+                globalThis.lastSocket = this;
+            }
+        };
+    });
+    const page = await openPage(browser, service, { context: first.context() });
+    await page.route("**/api/protocol.json", (route) => route.abort());
+    await show(page, "commands");
+    await page.locator("main").getByText("Loading…").waitFor();
+    await page.unroute("**/api/protocol.json");
+    await page.evaluate(() => globalThis.lastSocket.close());
+    await page.locator(".finder a").first().waitFor();
+    await page.close();
+    await closePage(first);
+});
+
 test("two pages stay in step", async () => {
     const first = await openPage(browser, service, { view: "internet" });
     const second = await openPage(browser, service, { context: first.context(), view: "internet" });
@@ -158,12 +220,20 @@ members = ["http-user:viewer"]
 allow = ["effect:none", "report:*", "event:*"]
 deny = ["GET_ADMIN_INFO"]
 
+[roles.editor]
+members = ["http-user:editor"]
+allow = ["*"]
+
+[roles.listener]
+members = ["http-user:listener"]
+allow = ["event:*"]
+
 [roles.guest]
 members = ["http-user:guest"]
 allow = ["GET_AD_BASE_INFO"]
 `,
     );
-    const passwords = file("passwords", `viewer:${hash}\nguest:${hash}\n`);
+    const passwords = file("passwords", `viewer:${hash}\nguest:${hash}\nlistener:${hash}\neditor:${hash}\n`);
     const limited = await Service.start({ run: ["--policy", policy, "--console-passwords", passwords] });
     const logIn = async (user) => {
         const page = await (await browser.newContext()).newPage();
@@ -204,6 +274,27 @@ allow = ["GET_AD_BASE_INFO"]
             assert.deepEqual(await viewsOf(page), ["Devices", "Notices", "Commands", "Events"]);
             await page.getByText("printer").waitFor();
             assert.equal(await page.getByRole("button", { name: "printer" }).count(), 0);
+            await page.context().close();
+        });
+        await context.test("a password that the role may not see is not replaced by an empty one", async () => {
+            const page = await logIn("editor");
+            const { PWD } = await limited.call("GET_WIFI_INFO", { SSIDIndex: "3" });
+            await show(page, "wifi");
+            await page.getByRole("button", { name: "Edit Lindenhof-IoT" }).click();
+            await page.locator("dialog [name=SSID]").fill("Things");
+            await page.getByRole("button", { name: "Save" }).click();
+            const field = page.locator("dialog [name=PWD]");
+            assert.equal(await field.evaluate((input) => input.validity.valueMissing), true);
+            await field.fill(PWD);
+            await page.getByRole("button", { name: "Save" }).click();
+            await page.getByRole("dialog").waitFor({ state: "detached" });
+            assert.equal((await limited.call("GET_WIFI_INFO", { SSIDIndex: "3" })).SSID, "Things");
+            await page.context().close();
+        });
+        await context.test("a role that may call no command gets a note", async () => {
+            const page = await logIn("listener");
+            await show(page, "commands");
+            await page.getByText("Your role may not call any command.").waitFor();
             await page.context().close();
         });
     } finally {

@@ -76,7 +76,13 @@ test("devices are those of the gateway, in its order, and can be sorted and foun
         const sorted = shown.map((name) => Number(BaseInfo.find((host) => nameOf(host) === name).DownSpeed));
         assert.deepEqual(sorted, [...rates].sort((a, b) => b - a));
     });
-    assert.equal(await table.getByRole("columnheader", { name: "Download" }).getAttribute("aria-sort"), "ascending");
+    assert.equal(await table.getByRole("columnheader", { name: "Download" }).getAttribute("aria-sort"), "descending");
+    await table.getByRole("button", { name: "Download" }).click();
+    await eventually(async () =>
+        assert.equal(await table.getByRole("columnheader", { name: "Download" }).getAttribute("aria-sort"), "ascending"),
+    );
+    const rising = (await names()).map((name) => Number(BaseInfo.find((host) => nameOf(host) === name).DownSpeed));
+    assert.deepEqual(rising, [...rates].sort((a, b) => a - b));
     await page.getByRole("searchbox", { name: "Find a device" }).fill("printer");
     await eventually(async () => assert.deepEqual(await names(), ["printer"]));
 });

@@ -123,6 +123,13 @@ class LifeTest(FleetCase):
         self.assertIn("5 of 5 gateways are up again after", fleet.await_line("again"))
         fleet.await_metric("hgfleet_lost_connections_total", 5)
 
+    def test_metrics_that_cannot_be_written_are_reported(self):
+        fleet = self.fleet(self.broker(), 1, metrics="none/metrics")
+        self.assertTrue(fleet.await_line("cannot write").endswith("none/metrics: No such file or directory"))
+        (self.folder / "none").mkdir()
+        while not fleet.metrics_file.exists():
+            time.sleep(0.05)
+
     @unittest.skipUnless("WHOLE_TESTS" in os.environ, "takes the 40 seconds that a command may take")
     def test_hung_gateway_is_killed(self):
         broker = self.broker()
@@ -194,13 +201,13 @@ class StatesTest(FleetCase):
     def test_damaged_folder(self):
         self.states.mkdir()
         (self.states / "fleet.json").write_text("[]", encoding="ascii")
-        self.assertIn("has a fleet.json that is no JSON object", self.start()[0])
+        self.assertIn("has a fleet.json that is not a JSON object", self.start()[0])
         (self.states / "fleet.json").write_text("{}", encoding="ascii")
         self.assertIn("has no format in its fleet.json", self.start()[0])
 
     def test_no_folder(self):
         self.states.write_text("", encoding="ascii")
-        self.assertIn("cannot be made", self.start()[0])
+        self.assertIn("cannot be created", self.start()[0])
 
     def test_full_disk(self):
         """A file system of 64 KB, in a namespace of its own."""

@@ -17,8 +17,8 @@ PROMETHEUS = re.compile(r'^(\w+)(?:\{\w+="(\w+)"\})? (\S+)$')
 class Fleet:
     """A fleet on the broker, with what it writes to standard error."""
 
-    def __init__(self, hgagent, folder, broker, count, *options, before=()):
-        self.metrics_file = pathlib.Path(folder) / "metrics"
+    def __init__(self, hgagent, folder, broker, count, *options, before=(), metrics="metrics"):
+        self.metrics_file = pathlib.Path(folder) / metrics
         self.log = pathlib.Path(folder) / "log"
         words = [hgagent, *before, "fleet", "--count", count, "--broker", broker.url, "--metrics", self.metrics_file,
                  "--log", self.log, *options]

@@ -8,6 +8,7 @@ import random
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -37,10 +38,14 @@ def hgagent(*arguments, **environment):
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
 
 
+def children_of(process):
+    return pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()
+
+
 def threads_of_player(process):
     """Of the process that plays a session, a child of the given one."""
     try:
-        player = pathlib.Path(f"/proc/{process}/task/{process}/children").read_text(encoding="ascii").split()
+        player = children_of(process)
         return len(os.listdir(f"/proc/{player[0]}/task")) if player else 0
     except (FileNotFoundError, ProcessLookupError):
         return 0
@@ -167,6 +172,27 @@ class Replay(Recorded):
         self.assertEqual(result.returncode, 1)
         self.assertIn("  thread    2\n", result.stdout)
 
+    def test_reports_a_command_that_does_not_return(self):
+        """The second batch waits for the worker of the first, which waits for a turn that never comes."""
+        lines = self.recorded([BATCH, BATCH, BATCH])
+        lines = [line for line in lines if json.loads(line).get("thread", 1) == 1 and line.strip() != "{}"]
+        result = self.replay(renumbered(lines), "--all")
+        self.assertEqual(result.returncode, 1)
+        self.assertRegex(result.stdout, r'difference in command 2, SET_WIFI_INFO_LIST \(\S+file\.jsonl:\d+\)\n'
+                                        r'  request   .*\n  call      reply\n  expected  nothing\n'
+                                        r'  found     "the command does not return"\n')
+        self.assertNotIn("has no end", result.stdout)
+
+    def test_ends_a_plug_in_that_never_stops_calling(self):
+        """It asks for each of the devices that the gateway has counted."""
+        lines = self.recorded([json.dumps({"report": "topology", "params": {}}), *LINES])
+        place = next(at for at, line in enumerate(lines) if '"devapi_get_dev_tol_num"' in line)
+        edited = json.loads(lines[place])
+        edited["arguments"]["count"]["after"] = 2**31 - 1
+        result = self.replay([*lines[:place], json.dumps(edited), *lines[place + 1:]])
+        self.assertEqual(result.returncode, 1)
+        self.assertRegex(result.stderr, r"more than 100000 calls that were not recorded, in command \d+, [\w]+\n$")
+
     def test_reports_a_plug_in_that_ends_the_process(self):
         lines = self.recorded(LINES[:2])
         source = self.folder / "fatal.c"
@@ -178,6 +204,18 @@ class Replay(Recorded):
         self.assertIn("signal 9 ended the plug-in in command 1, GET_SN_INFO", result.stderr)
         self.assertEqual(self.replay(lines, "--plugin", "/dev/null").returncode, 4)
         self.assertEqual(hgagent("--plugin", "/dev/null", "replay", self.written(lines)).returncode, 4)
+
+    def test_ends_with_its_parent(self):
+        source = self.folder / "endless.c"
+        source.write_text("int hg_process_json_cmd(void) { for (;;) { __asm__(\"\"); } }\n")
+        library = self.folder / "endless.so"
+        subprocess.run(["cc", "-shared", "-fPIC", source, "-o", library], check=True)
+        with subprocess.Popen([HGAGENT, "replay", self.written(self.recorded(LINES[:1])), "--plugin", library]) as replay:
+            while not (children := children_of(replay.pid)):
+                self.assertIsNone(replay.poll())
+            replay.kill()
+        while pathlib.Path(f"/proc/{children[0]}/exe").exists():
+            time.sleep(0.01)
 
     def test_is_in_colour_only_on_a_terminal(self):
         lines = self.recorded(LINES[:1])
@@ -253,7 +291,7 @@ class Continued(Recorded):
 
 
 class Committed(Recorded):
-    """The recordings beside this file, which are replayed by themselves."""
+    """The recordings next to this file. CTest replays each one."""
 
     def test_are_valid(self):
         files = sorted(HERE.glob("*.jsonl"))
@@ -299,6 +337,9 @@ class Refused(Recorded):
         self.assertIn(f"{self.folder}: Is a directory", hgagent("replay", self.folder).stderr)
         result = subprocess.run([HGAGENT, "replay", "/dev/stdin"], input="", capture_output=True, text=True, check=False)
         self.assertEqual((result.returncode, result.stderr), (2, "hgagent: /dev/stdin: not a regular file\n"))
+        pipe = self.folder / "pipe"
+        os.mkfifo(pipe)
+        self.assertEqual(hgagent("replay", pipe).stderr, f"hgagent: {pipe}: not a regular file\n")
 
     def test_lines_that_are_none_or_are_missing(self):
         lines = self.recorded(LINES[:1])
@@ -416,6 +457,8 @@ class Tools(Recorded):
         beyond = hgagent("make-test", path, "--command", "99")
         self.assertEqual((beyond.returncode, beyond.stdout), (2, ""))
         self.assertIn("has no command 99", beyond.stderr)
+        none = hgagent("make-test", self.written(renumbered(path.read_text().splitlines()[:1]), "none.jsonl"))
+        self.assertEqual((none.returncode, none.stderr), (2, f"hgagent: {self.folder}/none.jsonl has no commands\n"))
 
     def test_a_recording_is_a_device_library(self):
         path = self.written(self.recorded(LINES), "home.jsonl")

@@ -319,6 +319,26 @@ class Recording(unittest.TestCase):
                 self.assertEqual(lines[-1]["result"], 0)
                 self.assert_without({"zaun-und-tor"})
 
+    def test_an_agent_with_its_functions_in_a_library_and_a_small_stack(self):
+        """Then its log lines are recorded, too. The sanitizers themselves need more stack."""
+        include = f"-I{recording.ROOT / 'smart_router_service/include'}"
+        services, host = self.folder / "libservices.so", self.folder / "host"
+        subprocess.run(["cc", "-shared", "-fPIC", "-Dmain=run_minimal_host", include,
+                        recording.ROOT / "examples/minimal_host.c", "-o", services, "-lcjson"], check=True)
+        subprocess.run(["cc", "-rdynamic", include, pathlib.Path(__file__).with_name("small_stack_host.c"), "-o", host,
+                        services, "-lcjson", "-ldl", "-lpthread"], check=True)
+        device, plugin = (pathlib.Path(LIBRARY).with_name(f"lib{name}.so")
+                          for name in ("simulated_gateway", "smart_router_service"))
+        stack = "1024" if b"__asan_init" in plugin.read_bytes() else "64"
+        words = [host, stack, device, plugin, "SET_HG_PPPOE_INFO", '{"Account":"smith","Password":"zaun-und-tor","Enable":"1"}']
+        result = subprocess.run(words, capture_output=True, text=True, check=True, env={
+            **ENVIRONMENT, "LD_PRELOAD": LIBRARY, "HGAGENT_RECORD": str(self.file)})
+        self.assertEqual((result.stdout, result.stderr), ('{"Status":"0"}\n', ""))
+        lines = self.lines()
+        self.assertNotIn("agent_services", lines[0])
+        self.assertIn("ts_mod_log_printf", [line.get("service") for line in lines])
+        self.assert_without({"zaun-und-tor"})
+
     def test_the_library_refuses_an_invalid_limit(self):
         for limit in ("64M", "-1", "65535", "1073741825", "99999999999999999999", " 65536"):
             variables = {**ENVIRONMENT, "LD_PRELOAD": LIBRARY, "HGAGENT_RECORD": str(self.file),

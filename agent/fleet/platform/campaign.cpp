@@ -58,7 +58,7 @@ void Campaign::begin_wave()
     print_notice("wave " + std::to_string(waves_.size()) + ": " +
                  std::to_string(waves_.back().gateways) + " gateways");
     if (next_ == wave_end_) {
-        end_wave(); // too few gateways for a wave of their own
+        end_wave(); // too few gateways for a separate wave
     } else {
         start_due();
     }
@@ -196,7 +196,7 @@ bool Campaign::is_too_bad(const Wave &wave) const
            options_.stop_at * static_cast<double>(wave.gateways);
 }
 
-// Later: the reason for the end may be an answer, whose callback goes on.
+// Later: the reason for the end may be an answer, whose callback continues.
 void Campaign::end_wave()
 {
     after(Clock::duration(0), [this] {

@@ -85,11 +85,14 @@ Ledger::Change Ledger::change(GatewayNumber gateway, size_t entry, std::string_v
     counts_.touched += one.sequence == 0 ? 1 : 0;
     one.is_open = true;
     Change change;
-    // A value that is in force already would not show whether it has been set.
-    do {
+    // A value that is in force already would not show whether it has been set; all that are given
+    // may be the same.
+    for (size_t tries = 0; tries < what.values.size(); ++tries) {
         change.value = what.value(id, ++one.sequence);
-    } while (what.values.size() > 1 && one.expected.size() == 1 &&
-             change.value == one.expected.front());
+        if (one.expected.size() != 1 || change.value != one.expected.front()) {
+            break;
+        }
+    }
     const Json request(cJSON_Parse(one.base.c_str()));
     cJSON_ReplaceItemInObjectCaseSensitive(request.get(), what.key.c_str(),
                                            cJSON_CreateString(change.value.c_str()));

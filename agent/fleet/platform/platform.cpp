@@ -325,7 +325,7 @@ void Platform::look_at_due()
         due_.pop();
         const auto found = open_.find(due.number);
         if (found == open_.end() || found->second.next != due.time) {
-            continue; // answered, or looked at earlier
+            continue; // answered, or checked earlier
         }
         if (found->second.deadline <= now) {
             ++counts_.unanswered;
@@ -340,9 +340,10 @@ void Platform::take_answer(GatewayNumber gateway, const ReceivedMessage &message
 {
     uint64_t number = 0;
     const char *const end = message.correlation.data() + message.correlation.size();
-    std::from_chars(message.correlation.data(), end, number);
+    const auto [rest, error] = std::from_chars(message.correlation.data(), end, number);
     const auto found = open_.find(number);
-    if (found == open_.end() || found->second.request.gateway != gateway) {
+    if (error != std::errc() || rest != end || found == open_.end() ||
+        found->second.request.gateway != gateway) {
         ++counts_.late;
         return;
     }

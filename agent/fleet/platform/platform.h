@@ -123,7 +123,7 @@ class Platform {
     struct Open {
         Request request;
         Clock::time_point deadline;
-        Clock::time_point next; // when it is to be looked at again
+        Clock::time_point next; // when it is to be checked again
         uint32_t sent = 0;
     };
     struct Due {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The processor time and memory of processes and their children, from /proc. A thread of its own
+// The processor time and memory of processes and their children, from /proc. A separate thread
 // reads them: ten thousand children take longer than a request may wait.
 #pragma once
 

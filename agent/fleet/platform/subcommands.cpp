@@ -126,6 +126,9 @@ every request was answered as described, nothing was lost and nothing was execut
                 given.platform = platform_options(*platform);
                 given.rate = drive->rate;
                 given.time = seconds_from(drive->time);
+                if (given.rate * static_cast<double>(given.time.count()) < 1) {
+                    throw WrongUsage("--rate and --for: that is less than one request");
+                }
                 given.has_churn = drive->has_churn;
                 given.first = platform->first;
                 if (given.has_churn && !platform->id_files.empty()) {

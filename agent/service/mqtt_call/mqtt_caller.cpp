@@ -16,7 +16,7 @@ namespace agent::service {
 namespace {
 
 // Gateways that are asked at the same time: brokers drop what a client does not read fast enough.
-constexpr size_t kMostActive = 100;
+constexpr size_t kMostAwaited = 100;
 constexpr std::chrono::milliseconds kTick(100);
 constexpr uint32_t kMaxAnswer = 16U * 1024 * 1024;
 constexpr int kQosOfRequests = 1;
@@ -116,11 +116,20 @@ std::string MqttCaller::topic(const Gateway &gateway, std::string_view rest) con
 
 void MqttCaller::begin_next()
 {
-    while (!options_.command.empty() && session_.is_connected() && active_.size() < kMostActive &&
+    while (!options_.command.empty() && session_.is_connected() && awaited_ < kMostAwaited &&
            next_ < gateways_.size()) {
-        active_.push_back(&gateways_[next_++]);
-        ask(*active_.back());
+        Gateway &gateway = gateways_[next_++];
+        active_.push_back(&gateway);
+        gateway.is_awaited = !gateway.is_offline;
+        awaited_ += gateway.is_awaited ? 1 : 0;
+        ask(gateway);
     }
+}
+
+// One that may never answer must not keep others from being asked.
+void MqttCaller::no_longer_await(Gateway &gateway)
+{
+    awaited_ -= std::exchange(gateway.is_awaited, false) ? 1 : 0;
 }
 
 // A change is sent when the epoch is known. Later repetitions name the same one: after a restart
@@ -161,9 +170,11 @@ void MqttCaller::schedule_repetitions()
         const auto now = Clock::now();
         for (Gateway *gateway : active_) {
             if (now - gateway->asked >= options_.repeat) {
+                no_longer_await(*gateway);
                 ask(*gateway);
             }
         }
+        begin_next();
         schedule_repetitions();
     });
 }
@@ -197,6 +208,10 @@ void MqttCaller::take_state(Gateway &gateway, const ReceivedMessage &message)
     const char *epoch =
         cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(state.get(), "epoch"));
     gateway.is_offline = cJSON_IsFalse(online) != 0;
+    if (gateway.is_offline) {
+        no_longer_await(gateway);
+        begin_next();
+    }
     // A retained state may be that of a service that has ended without the broker's knowledge.
     const bool is_waiting = options_.is_change && gateway.epoch.empty() && !gateway.is_done &&
                             gateway.asked != Clock::time_point();
@@ -223,6 +238,7 @@ void MqttCaller::take_answer(Gateway &gateway, const ReceivedMessage &message)
 
 void MqttCaller::finish(Gateway &gateway)
 {
+    no_longer_await(gateway);
     std::erase(active_, &gateway);
     if (!active_.empty() || next_ < gateways_.size()) {
         begin_next();

@@ -24,7 +24,7 @@ struct MqttCallerOptions : BrokerAccess {
     std::string params;           // JSON object
     bool is_change = false;       // a restart of the gateway's service makes the outcome unknown
     bool has_events = false;
-    bool follows = false; // goes on with events when all answers are there
+    bool follows = false; // continues with events when all answers are there
     std::chrono::seconds timeout{60};
     std::chrono::milliseconds repeat{5000};
 };
@@ -65,6 +65,7 @@ class MqttCaller : BrokerSessionListener {
         std::string correlation;
         std::string epoch; // that the request is for; empty: not known yet
         Clock::time_point asked;
+        bool is_awaited = false; // it counts towards those asked at the same time
         bool was_sent = false;
         bool is_offline = false;
         bool is_done = false;
@@ -79,6 +80,7 @@ class MqttCaller : BrokerSessionListener {
     std::vector<std::string> subscriptions(const std::string &client) const;
     void begin_next();
     void ask(Gateway &gateway);
+    void no_longer_await(Gateway &gateway);
     void take_state(Gateway &gateway, const ReceivedMessage &message);
     void take_answer(Gateway &gateway, const ReceivedMessage &message);
     void finish(Gateway &gateway);
@@ -93,6 +95,7 @@ class MqttCaller : BrokerSessionListener {
     std::vector<Gateway> gateways_;
     std::unordered_map<std::string_view, size_t> place_of_id_;
     std::vector<Gateway *> active_; // those that have been asked, and have not answered
+    size_t awaited_ = 0;            // of the active ones
     size_t next_ = 0;               // the first one that has not been asked
 
     BrokerSession session_;

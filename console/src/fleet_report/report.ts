@@ -19,7 +19,7 @@ function table(head: readonly string[], rows: readonly (readonly (string | numbe
     const body = add("table", "", "", add("div", "", "wide"));
     const first = add("tr", "", "", body);
     for (const name of head) {
-        add("th", name, "", first);
+        add("th", name, "", first).setAttribute("scope", "col");
     }
     for (const row of rows) {
         const line = add("tr", "", "", body);
@@ -95,7 +95,7 @@ function load(): void {
         return;
     }
     add("h2", "Ledger");
-    table(["", "number"], Object.entries(report.ledger).map(([name, count]) => [name.replaceAll("_", " "), count]));
+    table(["what", "number"], Object.entries(report.ledger).map(([name, count]) => [name.replaceAll("_", " "), count]));
 }
 
 function commands(): void {

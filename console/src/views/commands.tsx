@@ -321,7 +321,7 @@ export function Commands(props: { path: string }) {
     const allowed = useMemo(() => descriptions?.commands.filter(({ command }) => mayCall(command)) ?? [], [descriptions]);
     const current = allowed.find(({ command }) => command === props.path) ?? allowed[0];
     if (current === undefined) {
-        return <p class="muted">Loading…</p>;
+        return <p class="muted">{descriptions === undefined ? "Loading…" : "Your role may not call any command."}</p>;
     }
     return (
         <div class="commands">

@@ -13,6 +13,7 @@ export function EditHost(props: { mac: string; onClose: () => void }) {
     if (host === undefined) {
         return null;
     }
+    const type = textOf(host.DevType) || "Other";
     const save = (values: Values) => {
         const params: SetAdBaseInfoRequest = {
             MAC: props.mac,
@@ -35,7 +36,7 @@ export function EditHost(props: { mac: string; onClose: () => void }) {
             title={textOf(host.ByName) || textOf(host.Name)}
             fields={[
                 { name: "ByName", label: "Name", longest: 31, hint: `The device calls itself ${textOf(host.Name)}.` },
-                { name: "DevType", label: "Type", type: "select", options: types },
+                { name: "DevType", label: "Type", type: "select", options: types.includes(type) ? types : [type, ...types] },
                 { name: "AccessEnable", label: "May use the Internet", type: "checkbox" },
                 {
                     name: "DownLimit",
@@ -56,7 +57,7 @@ export function EditHost(props: { mac: string; onClose: () => void }) {
             ]}
             values={{
                 ByName: textOf(host.ByName) || textOf(host.Name),
-                DevType: types.includes(textOf(host.DevType)) ? textOf(host.DevType) : "Other",
+                DevType: type,
                 AccessEnable: textOf(host.AccessEnable) || "1",
                 DownLimit: "",
                 StaticDhcpEnable: textOf(host.StaticDhcpEnable) || "0",

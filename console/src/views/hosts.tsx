@@ -17,8 +17,8 @@ const margin = 6;
 interface Column {
     id: string;
     label: string;
-    // Smaller comes first.
     order: (host: Host) => string | number;
+    largestFirst?: boolean;
 }
 
 const columns: Column[] = [
@@ -27,8 +27,8 @@ const columns: Column[] = [
     { id: "mac", label: "MAC address", order: (host) => textOf(host.Mac) },
     { id: "access", label: "Link", order: (host) => textOf(host.AccessType) },
     { id: "state", label: "State", order: (host) => stateOf(host) },
-    { id: "up", label: "Upload", order: (host) => -(numberOf(host.UpSpeed) ?? 0) },
-    { id: "down", label: "Download", order: (host) => -(numberOf(host.DownSpeed) ?? 0) },
+    { id: "up", label: "Upload", order: (host) => numberOf(host.UpSpeed) ?? 0, largestFirst: true },
+    { id: "down", label: "Download", order: (host) => numberOf(host.DownSpeed) ?? 0, largestFirst: true },
 ];
 
 const isOnline = (host: Host): boolean => host.NetStatus !== "0";
@@ -139,7 +139,7 @@ export function Hosts() {
         >
             <div class="hosts" role="table" aria-label="Devices" aria-rowcount={shown.length + 1}>
                 <div class="row head" role="row" aria-rowindex={1}>
-                    {columns.map(({ id, label }) => (
+                    {columns.map(({ id, label, largestFirst = false }) => (
                         <span
                             key={id}
                             role="columnheader"
@@ -149,7 +149,7 @@ export function Hosts() {
                             <button
                                 type="button"
                                 class="plain"
-                                onClick={() => setOrder({ id, descending: order.id === id && !order.descending })}
+                                onClick={() => setOrder({ id, descending: order.id === id ? !order.descending : largestFirst })}
                             >
                                 {label}
                                 <span aria-hidden="true">{order.id !== id ? "" : order.descending ? " ↓" : " ↑"}</span>

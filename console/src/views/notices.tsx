@@ -10,8 +10,8 @@ export function Notices() {
         <Card title="Since this page was opened" wide>
             {notices.length === 0 && <p class="muted">No notice has arrived yet.</p>}
             <ul class="log" aria-live="polite" aria-label="Notices">
-                {notices.map(({ data, at }) => (
-                    <li key={at.getTime()}>
+                {notices.map(({ data, at }, index) => (
+                    <li key={notices.length - index}>
                         <time dateTime={at.toISOString()}>{at.toLocaleTimeString()}</time>
                         <span class="badge">{textOf(data.Plugin_Name) || "notice"}</span>
                         <span>{decodedMessage(textOf(data.Message)) ?? JSON.stringify(data)}</span>

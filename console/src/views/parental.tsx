@@ -248,6 +248,7 @@ export function Parental() {
                             <span class="muted">{nameOf(known.get(device.Mac!) ?? device)}</span>
                             <Switch
                                 label="Notices"
+                                name={`Notices of ${device.Name}`}
                                 on={isOn(device.NotifyEnable)}
                                 disabled={!mayCall("SET_GREENNET_NOTIFY_ENABLE")}
                                 onChange={(on) =>
@@ -257,6 +258,7 @@ export function Parental() {
                             {maySet && (
                                 <ConfirmButton
                                     label="Remove"
+                                    name={`Remove ${device.Name}`}
                                     question={`${device.Name} is no longer restricted, and its times are forgotten.`}
                                     onConfirm={() => replace(devices.filter((each) => each !== device))}
                                 />

@@ -134,6 +134,7 @@ export function Qos() {
                 {rules.map((rule) => (
                     <div class="rule" key={rule.Id}>
                         <span class="badge" title="Priority">
+                            <span class="hidden">Priority </span>
                             {rule.PriorityLevel}
                         </span>
                         <div>
@@ -147,6 +148,7 @@ export function Qos() {
                                 </button>
                                 <ConfirmButton
                                     label="Delete"
+                                    name={`Delete ${rule.Name}`}
                                     question={`The rule "${rule.Name}" is deleted.`}
                                     onConfirm={() => act("SET_QOS_CLASSIFICATION_INFO", { Id: rule.Id, Action: "2" })}
                                 />

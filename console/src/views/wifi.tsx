@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The wireless networks, their neighbours, and the guest network.
-import type { GetScanWifiSsidlistSSIDList, GetWifiInfoSuccess, GetWifiListInfoWIFIList } from "hg_protocol";
+import type {
+    GetHgGuestSsidSuccess,
+    GetScanWifiSsidlistSSIDList,
+    GetWifiInfoSuccess,
+    GetWifiListInfoWIFIList,
+    SetHgGuestSsidRequest,
+} from "hg_protocol";
 import { call, session } from "../connection.ts";
 import { daysText, duration, isOn, numberOf, switchText, textOf } from "../format.ts";
 import { act, Card, Facts, say, Secret, secretOf, Signal, Switch, Table } from "../parts.tsx";
@@ -192,10 +198,18 @@ function Guests(props: { band: string }) {
     }
     const left = numberOf(guest.Remainingtime) ?? -1;
     const maySwitch = mayCall("SET_HG_GUEST_SSID") && session!.secrets;
+    // Without its times, the network would be open without a limit from now on.
     const turn = async (on: boolean) => {
-        const PWD = await secretOf("GET_HG_GUEST_SSID", { Band: props.band }, (reply) => reply.PWD);
-        const { SSID = "", ENCRYPT = "" } = guest;
-        await act("SET_HG_GUEST_SSID", { Enable: switchText(on), SSID, Band: props.band, PWD, ENCRYPT });
+        const { reply } = await call("GET_HG_GUEST_SSID", JSON.stringify({ Band: props.band }), true);
+        const { SSID, PWD, ENCRYPT, ContinueTime, HourTime } = reply as unknown as GetHgGuestSsidSuccess;
+        const params: SetHgGuestSsidRequest = { Enable: switchText(on), SSID, Band: props.band, PWD, ENCRYPT };
+        if ((numberOf(ContinueTime) ?? -1) >= 0) {
+            params.ContinueTime = ContinueTime;
+        }
+        if ((numberOf(HourTime) ?? -1) >= 0) {
+            params.HourTime = HourTime;
+        }
+        await act("SET_HG_GUEST_SSID", params);
     };
     return (
         <Card

@@ -121,6 +121,7 @@ class DriveTest(platform_case.PlatformCase):
     def test_wrong_usage(self):
         good = ["--broker", "mqtt://127.0.0.1:1", "--count", "1", "--rate", "1", "--for", "1s"]
         cases = [
+            (["--rate", "0.5"], "less than one request"),
             (["--for", "0s"], "is not a time"), (["--for", "3 days"], "is not a time"),
             (["--watch", "fleet"], "is not NAME=PID"), (["--watch", "A=1"], "is not NAME=PID"),
             (["--broker", "http://x"], "--broker"), (["--broker", "mqtt://192.0.2.1"], "is on another machine"),

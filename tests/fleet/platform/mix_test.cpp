@@ -142,6 +142,22 @@ TEST_F(LedgerTest, OneChangeAtATime)
     EXPECT_TRUE(ledger_.is_touched(0));
 }
 
+TEST_F(LedgerTest, AValueInForceIsSetAgainIfThereIsNoOther)
+{
+    const Mix same = parse_mix(
+        "[[request]]\ncommand = \"SET_HG_BASE_INFO\"\nvalues = [\"A\", \"A\", \"A\"]\n", "mix");
+    Ledger other(same, 1);
+    other.begin(0, 0, setting("A").get());
+    EXPECT_EQ(other.change(0, 0, "home-1").value, "A");
+    const Mix two =
+        parse_mix("[[request]]\ncommand = \"SET_HG_BASE_INFO\"\nvalues = [\"A\", \"B\"]\n", "mix");
+    for (const char *before : {"A", "B"}) {
+        Ledger changed(two, 1);
+        changed.begin(0, 0, setting(before).get());
+        EXPECT_NE(changed.change(0, 0, "home-1").value, before);
+    }
+}
+
 TEST_F(LedgerTest, WithoutAValueNothingIsChanged)
 {
     Ledger other(mix_, 1);
