@@ -76,13 +76,16 @@ TEST_F(FirmwareMaintenanceTest, AHomeWithoutAScheduleHasNone)
 
     UpdateSchedule before = {};
     EXPECT_EQ(devapi_get_update_schedule(&before), 0);
-    const UpdateSchedule nightly = schedule("1", "2", "0", "4", "0");
-    EXPECT_EQ(devapi_set_update_schedule(&nightly), 0);
+    EXPECT_EQ(set_schedule({{"Enable", "1"},
+                            {"StartHour", "2"},
+                            {"StartMinute", "0"},
+                            {"EndHour", "4"},
+                            {"EndMinute", "0"}}),
+              0);
     EXPECT_EQ(devapi_set_update_schedule(&before), 0) << reason();
     EXPECT_EQ(kept(), "0 NULL:NULL NULL:NULL");
-    const UpdateSchedule none = schedule("0", "", "", "", "");
-    EXPECT_EQ(devapi_set_update_schedule(&none), 0) << reason();
-    EXPECT_EQ(refusal(schedule("1", "NULL", "NULL", "4", "0")),
+    EXPECT_EQ(set_schedule({{"Enable", "0"}}), 0) << reason();
+    EXPECT_EQ(schedule_refusal({{"StartHour", "NULL"}, {"StartMinute", "NULL"}}),
               "/home/update_schedule: needs a start and a different end");
 }
 
