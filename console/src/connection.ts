@@ -224,13 +224,6 @@ export async function logIn(credentials: { token: string } | { user: string; pas
     return "";
 }
 
-// Another page of this browser may have logged in, and its cookie is also ours.
-addEventListener("focus", () => {
-    if (state === "login") {
-        void connect();
-    }
-});
-
 export async function logOut(): Promise<void> {
     await fetch("/api/logout", { method: "POST" }).catch(() => undefined);
     location.reload();
@@ -239,14 +232,19 @@ export async function logOut(): Promise<void> {
 // The address that the service prints ends in #token=HEX.
 const tokenOfAddress = (): string | undefined => /^#token=(\w+)$/.exec(location.hash)?.[1];
 
-// Opened where the page is already, it changes no more than the part behind the #.
-addEventListener("hashchange", () => {
-    if (tokenOfAddress() !== undefined) {
-        location.reload();
-    }
-});
-
 export async function start(): Promise<void> {
+    // Another page of this browser may have logged in, and its cookie is also ours.
+    addEventListener("focus", () => {
+        if (state === "login") {
+            void connect();
+        }
+    });
+    // An address that is opened where the page is already changes only the part behind the #.
+    addEventListener("hashchange", () => {
+        if (tokenOfAddress() !== undefined) {
+            location.reload();
+        }
+    });
     const token = tokenOfAddress();
     if (token === undefined) {
         await connect();

@@ -179,7 +179,7 @@ class Recording(unittest.TestCase):
     def test_a_mask_key_gives_the_same_pseudonyms_again(self):
         def pseudonym(password, *options):
             self.agent(*options, "--record", self.file, "call", "SET_HG_PPPOE_INFO", "Account=smith",
-                       f"Password={password}", "Enable=1")
+                       f"Password={password}", "Enable=0")
             head, request = [[line for line in self.lines() if kind in line][-1] for kind in ("recording", "command")]
             return head["key"], request["request"]["Password"]
 
