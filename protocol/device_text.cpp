@@ -117,16 +117,11 @@ class Teller {
         switch (field.kind) {
         case Kind::kText:
             return text(at, field.size, field.form, field.is_secret);
-        case Kind::kInt16:
-            return std::to_string(value_at<int16_t>(at));
-        case Kind::kInt32:
-            return std::to_string(value_at<int32_t>(at));
-        case Kind::kAddress:
-            return std::to_string(value_at<intptr_t>(at));
         case Kind::kRecord:
             return record(*record_of(field), at);
+        default:
+            return std::to_string(number_at(field.kind, at));
         }
-        return {};
     }
 
     std::string array(const Record &record, const Field &field, const char *at) const
@@ -207,6 +202,13 @@ size_t size_of(const Argument &argument, const intptr_t *arguments)
     return 0;
 }
 
+int64_t number_at(Kind kind, const char *place)
+{
+    return kind == Kind::kInt16   ? value_at<int16_t>(place)
+           : kind == Kind::kInt32 ? value_at<int32_t>(place)
+                                  : value_at<intptr_t>(place);
+}
+
 std::string shown_record(const Style &style, const Record &record, const void *at, bool success)
 {
     return Teller(style, success).record(record, static_cast<const char *>(at));
@@ -236,18 +238,13 @@ std::string shown_argument(const Style &style, const Argument &argument, intptr_
                                                                     : std::string_view::npos;
         return teller.text(at, width, argument.form, argument.is_secret);
     }
-    case Kind::kInt16:
-        return std::to_string(value_at<int16_t>(at));
-    case Kind::kInt32:
-        return std::to_string(value_at<int32_t>(at));
-    case Kind::kAddress:
-        return std::to_string(value_at<intptr_t>(at));
     case Kind::kRecord:
         return argument.is_chain && argument.way != Way::kIn
                    ? teller.list(*record_of(argument), at)
                    : teller.record(*record_of(argument), at);
+    default:
+        return std::to_string(number_at(argument.kind, at));
     }
-    return {};
 }
 
 } // namespace device_text

@@ -30,12 +30,23 @@ using device_layout::Way;
 // A longer list or array is cut: the plug-in uses the count of an array as it is.
 constexpr size_t kMostRecorded = 65536;
 
-template <class Value> void put_number(char *place, const cJSON *number)
+template <class Value> void put_number_as(char *place, const cJSON *number)
 {
     const double value = cJSON_IsNumber(number) != 0 ? number->valuedouble : 0;
     const bool is_in_range = value >= static_cast<double>(std::numeric_limits<Value>::min()) &&
                              value <= static_cast<double>(std::numeric_limits<Value>::max());
     put_value_at(place, is_in_range ? static_cast<Value>(value) : Value());
+}
+
+void put_number(Kind kind, char *place, const cJSON *number)
+{
+    if (kind == Kind::kInt16) {
+        put_number_as<int16_t>(place, number);
+    } else if (kind == Kind::kInt32) {
+        put_number_as<int32_t>(place, number);
+    } else {
+        put_number_as<intptr_t>(place, number);
+    }
 }
 
 // Zeroed memory that the plug-in frees.
@@ -66,17 +77,11 @@ void write_entry(const Field &field, char *place, const cJSON *value)
         memset(place, 0, field.size);
         write_text(place, field.size, value);
         break;
-    case Kind::kInt16:
-        put_number<int16_t>(place, value);
-        break;
-    case Kind::kInt32:
-        put_number<int32_t>(place, value);
-        break;
-    case Kind::kAddress:
-        put_number<intptr_t>(place, value);
-        break;
     case Kind::kRecord:
         write_record(*record_of(field), place, value);
+        break;
+    default:
+        put_number(field.kind, place, value);
         break;
     }
 }
@@ -214,21 +219,15 @@ void write_argument(const DeviceCall &call, size_t at, const cJSON *value)
     case Kind::kText:
         write_text(place, device_text::width_of(argument, call.arguments.data()), value);
         break;
-    case Kind::kInt16:
-        put_number<int16_t>(place, value);
-        break;
-    case Kind::kInt32:
-        put_number<int32_t>(place, value);
-        break;
-    case Kind::kAddress:
-        put_number<intptr_t>(place, value);
-        break;
     case Kind::kRecord:
         if (argument.is_chain) {
             write_list(*record_of(argument), place, value);
         } else {
             write_record(*record_of(argument), place, value);
         }
+        break;
+    default:
+        put_number(argument.kind, place, value);
         break;
     }
 }
