@@ -59,7 +59,7 @@ void await(const Worker &worker, const PluginHost &host, const StopSignals &stop
     if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
         return;
     }
-    print_error(worker.waiting);
+    print_notice(worker.waiting);
     while (stop.arrived() == 0 && is_held(mutex)) {
         stop.wait(kPause);
     }
