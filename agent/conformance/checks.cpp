@@ -164,9 +164,13 @@ CheckResult run_report(const PluginHost &host, const std::string &name)
 {
     take_calls();
     const Json report(cJSON_CreateObject());
-    const int32_t result = build_report(host, name, kMainRouterPath, report.get());
-    return judge(result == 0 && status_of(report.get()) == kSuccess,
-                 "result " + std::to_string(result), take_calls());
+    try {
+        const int32_t result = build_report(host, name, kMainRouterPath, report.get());
+        return judge(result == 0 && status_of(report.get()) == kSuccess,
+                     "result " + std::to_string(result), take_calls());
+    } catch (const HostError &problem) { // the plug-in lacks the function
+        return {Verdict::kFailed, {problem.what()}};
+    }
 }
 
 CheckResult check_functions(const PluginHost &host)
