@@ -226,6 +226,21 @@ std::string_view field_of(std::string_view head, std::string_view name)
     return head.substr(0, head.find("\r\n"));
 }
 
+// Whether a WebSocket follows one of the responses, each of which has a body of the length that it
+// names.
+bool is_upgraded(std::string_view bytes)
+{
+    size_t end = bytes.find("\r\n\r\n");
+    while (end != std::string_view::npos && !bytes.starts_with("HTTP/1.1 101 ")) {
+        const std::string_view length = field_of(bytes.substr(0, end + 2), "Content-Length");
+        size_t size = 0;
+        std::from_chars(length.data(), length.data() + length.size(), size);
+        bytes.remove_prefix(std::min(end + 4 + size, bytes.size()));
+        end = bytes.find("\r\n\r\n");
+    }
+    return end != std::string_view::npos;
+}
+
 Output check_output(std::string_view bytes)
 {
     constexpr size_t kMostParsed = 65536; // the description of the protocol is always the same
@@ -390,10 +405,10 @@ class Clients {
     void settle(Connection &connection)
     {
         backend_.settle();
+        // A response to HEAD has no body.
         connection.is_web_socket =
-            connection.stream->output().find("HTTP/1.1 101 ") == 0 ||
-            connection.stream->output().find("\nHTTP/1.1 101 ") != std::string::npos ||
-            connection.is_web_socket;
+            connection.is_web_socket || is_upgraded(connection.stream->output()) ||
+            connection.stream->output().find("\nHTTP/1.1 101 ") != std::string::npos;
     }
 
     void check(const Connection &connection, bool is_read)
