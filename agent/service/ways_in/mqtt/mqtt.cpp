@@ -49,7 +49,7 @@ std::string now_as_text()
 } // namespace
 
 // Those who expect their answers at the same topic. For the gate it is one client.
-class MqttClient : Client {
+class MqttClient final : Client {
   public:
     MqttClient(Mqtt &owner, std::string topic)
         : owner_(owner), topic_(std::move(topic)), session_(owner.gate_.open(owner.who_, *this))
