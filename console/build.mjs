@@ -14,8 +14,7 @@ const heaviestPage = 60000;
 const source = dirname(fileURLToPath(import.meta.url));
 const folder = process.argv[2] ?? join(source, "dist");
 
-const result = await build({
-    entryPoints: { app: join(source, "src/main.tsx") },
+const options = {
     absWorkingDir: source,
     outdir: folder,
     bundle: true,
@@ -24,9 +23,13 @@ const result = await build({
     metafile: true,
     format: "esm",
     target: "es2023",
+    legalComments: "none",
+};
+const result = await build({
+    ...options,
+    entryPoints: { app: join(source, "src/main.tsx") },
     jsx: "automatic",
     jsxImportSource: "preact",
-    legalComments: "none",
     entryNames: "[name]-[hash]",
 });
 const files = new Map(result.outputFiles.map((file) => [`assets/${basename(file.path)}`, Buffer.from(file.contents)]));
@@ -55,16 +58,8 @@ const licences = licencesOf(result.metafile);
 
 // The page of a report on a fleet, whose data hgagent puts in: all in one file, which works without a network.
 const report = await build({
+    ...options,
     entryPoints: { report: join(source, "src/fleet_report/report.ts"), style: join(source, "src/fleet_report/style.css") },
-    absWorkingDir: source,
-    outdir: folder,
-    bundle: true,
-    minify: true,
-    write: false,
-    metafile: true,
-    format: "esm",
-    target: "es2023",
-    legalComments: "none",
 });
 const textOf = (end) => report.outputFiles.find((file) => file.path.endsWith(end)).text;
 const reportPage = readFileSync(join(source, "src/fleet_report/index.html"), "utf8")

@@ -5,10 +5,7 @@
 #include "protocol/requests.h"
 
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
-#include <unistd.h>
 #include <utility>
 
 namespace fuzz {
@@ -22,20 +19,7 @@ constexpr char kEvent[] = R"({"event":"notice","data":{"plugin_name":"agent","te
 // No machine is so slow.
 constexpr std::chrono::hours kNever(1000);
 
-int error_output = STDERR_FILENO;
-
 } // namespace
-
-void keep_error_output()
-{
-    error_output = dup(STDERR_FILENO);
-}
-
-void give_up(const std::string &why, std::string_view text)
-{
-    dprintf(error_output, "%s: %.*s\n", why.c_str(), static_cast<int>(text.size()), text.data());
-    abort();
-}
 
 // An id may be a number of any size: not every parser takes it.
 void check_object(std::string_view text)

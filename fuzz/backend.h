@@ -2,6 +2,7 @@
 // What is behind the agent's transports in a fuzzer: the gate, and a worker that executes nothing.
 #pragma once
 
+#include "give_up.h"
 #include "service/gate/gate.h"
 
 #include <boost/asio/io_context.hpp>
@@ -12,12 +13,6 @@
 #include <vector>
 
 namespace fuzz {
-
-// For give_up(): the agent's log fills standard error, and tools/fuzz.sh has libFuzzer discard it.
-void keep_error_output();
-
-// Ends the process with the reason and the text that shows it.
-[[noreturn]] void give_up(const std::string &why, std::string_view text = "");
 
 // Ends the process unless the text is a JSON object on one line.
 void check_object(std::string_view text);

@@ -15,6 +15,7 @@
 // sent once more as if a page of another site had sent it, or to another address, and has to be
 // refused.
 #include "backend.h"
+#include "files.h"
 #include "io/text.h"
 #include "pieces.h"
 #include "request.h"
@@ -25,18 +26,12 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <list>
-#include <unistd.h>
 
 using namespace fuzz;
 using namespace agent::service;
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr char kAddress[] = "127.0.0.1:8080";
 constexpr size_t kMostWritten = 1000; // at once, so that responses are written in parts
@@ -71,42 +66,9 @@ size_t count_of(std::string_view text, std::string_view part)
     return count;
 }
 
-// For uploads. In memory if possible.
-class Uploads {
-  public:
-    Uploads()
-    {
-        std::string name = fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path();
-        name += "/fuzz_http.XXXXXX";
-        if (mkdtemp(name.data()) == nullptr) {
-            give_up("no folder", name);
-        }
-        path_ = name;
-    }
-    ~Uploads() { fs::remove_all(path_); }
-    Uploads(const Uploads &) = delete;
-    Uploads &operator=(const Uploads &) = delete;
-
-    const std::string &path() const { return path_; }
-
-    // Removes the images. Result: how many there were.
-    size_t clear() const
-    {
-        size_t count = 0;
-        for (const fs::directory_entry &entry : fs::directory_iterator(path_)) {
-            fs::remove(entry.path());
-            ++count;
-        }
-        return count;
-    }
-
-  private:
-    std::string path_;
-};
-
-const Uploads &uploads()
+const Folder &uploads()
 {
-    static const Uploads only;
+    static const Folder only("fuzz_http");
     return only;
 }
 
@@ -262,6 +224,21 @@ std::string_view field_of(std::string_view head, std::string_view name)
     }
     head.remove_prefix(at + name.size() + 4);
     return head.substr(0, head.find("\r\n"));
+}
+
+// Whether a WebSocket follows one of the responses, each of which has a body of the length that it
+// names.
+bool is_upgraded(std::string_view bytes)
+{
+    size_t end = bytes.find("\r\n\r\n");
+    while (end != std::string_view::npos && !bytes.starts_with("HTTP/1.1 101 ")) {
+        const std::string_view length = field_of(bytes.substr(0, end + 2), "Content-Length");
+        size_t size = 0;
+        std::from_chars(length.data(), length.data() + length.size(), size);
+        bytes.remove_prefix(std::min(end + 4 + size, bytes.size()));
+        end = bytes.find("\r\n\r\n");
+    }
+    return end != std::string_view::npos;
 }
 
 Output check_output(std::string_view bytes)
@@ -428,10 +405,10 @@ class Clients {
     void settle(Connection &connection)
     {
         backend_.settle();
+        // A response to HEAD has no body.
         connection.is_web_socket =
-            connection.stream->output().find("HTTP/1.1 101 ") == 0 ||
-            connection.stream->output().find("\nHTTP/1.1 101 ") != std::string::npos ||
-            connection.is_web_socket;
+            connection.is_web_socket || is_upgraded(connection.stream->output()) ||
+            connection.stream->output().find("\nHTTP/1.1 101 ") != std::string::npos;
     }
 
     void check(const Connection &connection, bool is_read)
@@ -650,14 +627,4 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
         change_piece(pieces[mutator.below(pieces.size())], mutator);
     }
     return write_out(fuzz::text_of(pieces), data, size, room);
-}
-
-extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
-                                            const uint8_t *second, size_t second_size, uint8_t *out,
-                                            size_t room, unsigned seed)
-{
-    Mutator mutator(seed);
-    const std::string text = fuzz::text_of(
-        spliced_pieces(text_of(first, first_size), text_of(second, second_size), mutator));
-    return write_out(text.empty() ? "@\n" : text, out, 0, room);
 }

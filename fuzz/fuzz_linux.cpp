@@ -7,6 +7,7 @@
 // configuration's address.
 #include "core/configuration.h"
 #include "core/state.h"
+#include "give_up.h"
 #include "mutator.h"
 #include "request.h"
 #include "smart_router_service/device_access.h"
@@ -17,13 +18,9 @@
 #include "system/text.h"
 
 #include <arpa/inet.h>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace fuzz;
 using namespace linux_gateway;
-
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
 
 // Only to link the configuration: no network is read.
 std::vector<Link> linux_gateway::read_interfaces()
@@ -35,12 +32,6 @@ namespace {
 
 constexpr char kFile[] = "input.toml";
 
-[[noreturn]] void give_up(const std::string &why)
-{
-    fprintf(stderr, "%s\n", why.c_str());
-    abort();
-}
-
 bool is_ipv4(const std::string &text)
 {
     in_addr address = {};
@@ -50,7 +41,7 @@ bool is_ipv4(const std::string &text)
 void check(const Error &error)
 {
     if (*error.what() == '\0' || printable(error.what()) != error.what()) {
-        give_up(std::string("a message that is none: ") + error.what());
+        give_up("not a message", error.what());
     }
 }
 
@@ -60,7 +51,7 @@ void check_leases(std::string_view text)
     for (const Lease &lease : parse_leases(text)) {
         if (!is_ipv4(lease.ipv4) || printable(lease.name) != lease.name ||
             lease.name.size() > kLongest || parse_mac(to_text(lease.mac)) != lease.mac) {
-            give_up("a lease that is none: " + lease.ipv4 + ' ' + lease.name);
+            give_up("not a lease: " + lease.ipv4 + ' ' + lease.name);
         }
     }
 }
@@ -71,11 +62,11 @@ void check_dhcp_settings(std::string_view text)
     add_dhcp_settings(server, text);
     for (const DhcpServer::Range &range : server.ranges) {
         if (!is_ipv4(range.start) || !is_ipv4(range.end)) {
-            give_up("a range that is none: " + range.start + ' ' + range.end);
+            give_up("not a range: " + range.start + ' ' + range.end);
         }
     }
     if (!server.router.empty() && !is_ipv4(server.router)) {
-        give_up("a router that is none: " + server.router);
+        give_up("not a router", server.router);
     }
     server.range_in("192.168.1.1", 24);
 }
@@ -85,7 +76,7 @@ void check_state(const std::string &text)
     try {
         const State state = read_state(text);
         if (read_state(to_json(state)) != state) {
-            give_up("a state that is another one when it has been saved: " + to_json(state));
+            give_up("a state that differs after it has been saved", to_json(state));
         }
         const Rules rules = rules_of(state, "br0", std::nullopt);
         for (const Mac &mac : rules.blocked) {
@@ -113,13 +104,13 @@ void check_configuration(const std::string &text)
         if (read.management_host) {
             const std::string again = "management_host = \"" + *read.management_host + "\"\n";
             if (parse_configuration(again, kFile).management_host != read.management_host) {
-                give_up("an address that is another one when it is read again: " + again);
+                give_up("an address that differs when it is read again", again);
             }
         }
     } catch (const Error &error) {
         check(error);
         if (!std::string_view(error.what()).starts_with(kFile)) {
-            give_up(std::string("a message without the file: ") + error.what());
+            give_up("a message without the file", error.what());
         }
     }
 }

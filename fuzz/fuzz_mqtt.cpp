@@ -37,8 +37,6 @@
 using namespace fuzz;
 using namespace agent::service;
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
 namespace {
 
 using Kind = Topics::Target::Kind;
@@ -534,14 +532,5 @@ size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t room, unsigned
         change_piece(pieces[mutator.below(pieces.size())], mutator);
     }
     return write_out(fuzz::text_of(pieces), data, size, room);
-}
-
-size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size, const uint8_t *second,
-                                 size_t second_size, uint8_t *out, size_t room, unsigned seed)
-{
-    Mutator mutator(seed);
-    const std::string text = fuzz::text_of(
-        spliced_pieces(text_of(first, first_size), text_of(second, second_size), mutator));
-    return write_out(text.empty() ? "@\n" : text, out, 0, room);
 }
 }

@@ -2,21 +2,18 @@
 // Fuzzes the files of the service: the input is a configuration or a policy in TOML, or the mix of
 // commands that a fleet is driven with.
 //
-// What is wrong with one is told in lines of UTF-8 that begin with the file's name. What is right
-// decides the same for the same client every time, gives a reason, and lets nobody in who is in no
-// role; a mix can be drawn from, and each of its requests can be sent.
+// What is wrong with one is reported in lines of UTF-8 that begin with the file's name. A valid
+// policy decides the same for the same client every time, gives a reason, and admits nobody without
+// a role; a mix can be drawn from, and each of its requests can be sent.
 #include "fleet/platform/mix.h"
+#include "give_up.h"
 #include "io/text.h"
-#include "lines.h"
-#include "mutator.h"
 #include "protocol/protocol.h"
 #include "protocol/requests.h"
 #include "request.h"
 #include "service/config.h"
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace fuzz;
 using namespace agent::service;
@@ -24,12 +21,6 @@ using namespace agent::service;
 namespace {
 
 constexpr char kFile[] = "input.toml";
-
-[[noreturn]] void give_up(const std::string &why)
-{
-    fprintf(stderr, "%s\n", why.c_str());
-    abort();
-}
 
 void check(const ConfigError &wrong)
 {
@@ -40,7 +31,7 @@ void check(const ConfigError &wrong)
         const std::string message = problem.message();
         if (!agent::is_valid_utf8(message) || message.find('\n') != std::string::npos ||
             problem.text.empty() || (problem.file == kFile && !message.starts_with(kFile))) {
-            give_up("a message that is none: " + message);
+            give_up("not a message", message);
         }
     }
 }
@@ -68,7 +59,7 @@ void check(const Policy &policy)
         const Policy::Verdict again = policy.decide(members, subject, name);
         if (verdict.rule.empty() || verdict.rule != again.rule ||
             (verdict.allowed && verdict.role.empty())) {
-            give_up("a verdict without a reason: " + verdict.rule);
+            give_up("a verdict without a reason", verdict.rule);
         }
     }
 }
@@ -80,13 +71,13 @@ void check(const agent::fleet::platform::Mix &mix)
         sum += entry.weight;
         if (entry.is_setting ? entry.values.empty() || entry.key.empty()
                              : agent::parse_object(entry.params) == nullptr) {
-            give_up("a request that cannot be sent: " + entry.command);
+            give_up("a request that cannot be sent", entry.command);
         }
         if (entry.is_setting) {
             entry.value("gw{sequence}", UINT32_MAX);
         }
         if (!(entry.weight > 0)) {
-            give_up("a weight that is none: " + entry.command);
+            give_up("not a weight", entry.command);
         }
     }
     if (mix.empty() || !std::isfinite(sum)) {
@@ -98,7 +89,7 @@ void check(const agent::fleet::platform::Mix &mix)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    const std::string text(reinterpret_cast<const char *>(data), size);
+    const std::string text(text_of(data, size));
     try {
         check(Policy::parse(text, kFile));
     } catch (const ConfigError &wrong) {

@@ -4,6 +4,8 @@
 // Its calls are answered with what it says was written, into memory of exactly the size that the
 // functions have. A recording that can be read does not differ from itself, and a test case made of
 // it can be read as well.
+#include "files.h"
+#include "give_up.h"
 #include "host/device_layer.h"
 #include "io/exit_status.h"
 #include "lines.h"
@@ -17,13 +19,11 @@
 #include "request.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <malloc.h>
 #include <optional>
 #include <span>
-#include <sys/mman.h>
 #include <unistd.h>
 #include <vector>
 
@@ -36,67 +36,18 @@ using device_layout::Pointer;
 using device_layout::Record;
 using device_layout::Way;
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
 namespace {
 
-int error_output; // as it was before libFuzzer redirected it
-
-[[noreturn]] void give_up(const std::string &why)
+const MemoryFile &input()
 {
-    dprintf(error_output, "%s\n", why.c_str());
-    abort();
-}
-
-// A file in memory.
-class File {
-  public:
-    explicit File(const char *name) : descriptor_(memfd_create(name, MFD_CLOEXEC))
-    {
-        if (descriptor_ < 0) {
-            give_up(name);
-        }
-        path_ = "/proc/self/fd/" + std::to_string(descriptor_);
-    }
-
-    void put(std::string_view bytes) const
-    {
-        if (ftruncate(descriptor_, 0) != 0 ||
-            pwrite(descriptor_, bytes.data(), bytes.size(), 0) !=
-                static_cast<ssize_t>(bytes.size()) ||
-            lseek(descriptor_, 0, SEEK_SET) != 0) {
-            give_up("no file");
-        }
-    }
-
-    std::string content() const
-    {
-        std::string bytes(static_cast<size_t>(lseek(descriptor_, 0, SEEK_END)), '\0');
-        if (pread(descriptor_, bytes.data(), bytes.size(), 0) !=
-            static_cast<ssize_t>(bytes.size())) {
-            give_up("no file");
-        }
-        return bytes;
-    }
-
-    int descriptor() const { return descriptor_; }
-    const std::string &path() const { return path_; }
-
-  private:
-    int descriptor_;
-    std::string path_;
-};
-
-const File &input()
-{
-    static const File file("input");
+    static const MemoryFile file("input");
     return file;
 }
 
 // Standard output.
-const File &output()
+const MemoryFile &output()
 {
-    static const File file("output");
+    static const MemoryFile file("output");
     return file;
 }
 
@@ -207,7 +158,7 @@ void make_call(const Event &event)
 {
     const device_layout::Function *function = device_layout::find(event.name);
     if (function == nullptr) {
-        give_up("no such function: " + event.name);
+        give_up("no such function", event.name);
     }
     Arguments arguments(*function);
     agent::DeviceCall call{*function, arguments.words(), -1, false, nullptr};
@@ -233,7 +184,7 @@ bool read_all(const std::string &file)
         return true;
     } catch (const BadRecording &problem) {
         if (!std::string_view(problem.what()).starts_with(file)) {
-            give_up(std::string("a reason without the file: ") + problem.what());
+            give_up("a reason without the file", problem.what());
         }
         return false;
     }
@@ -243,7 +194,7 @@ bool read_all(const std::string &file)
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    error_output = dup(STDERR_FILENO);
+    keep_error_output();
     return 0;
 }
 
@@ -254,12 +205,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     dup2(output().descriptor(), STDOUT_FILENO);
     const bool is_readable = read_all(input().path());
     if ((run_diff(input().path(), input().path()) == agent::kSuccess) != is_readable) {
-        give_up("a recording differs from itself, or cannot be read for one of both: " +
+        give_up("a recording differs from itself, or only one of two readings succeeds",
                 output().content());
     }
     output().put("");
     if (run_make_test({input().path(), 0}) == agent::kSuccess && !read_all(output().path())) {
-        give_up("a test case that cannot be read: " + output().content());
+        give_up("a test case that cannot be read", output().content());
     }
     return 0;
 }
@@ -285,14 +236,4 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
         }
     }
     return write_out(fuzz::text_of(lines), data, size, room);
-}
-
-extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
-                                            const uint8_t *second, size_t second_size, uint8_t *out,
-                                            size_t room, unsigned seed)
-{
-    Mutator mutator(seed);
-    const std::string text =
-        fuzz::text_of(spliced(text_of(first, first_size), text_of(second, second_size), mutator));
-    return write_out(text.empty() ? "{}\n" : text, out, 0, room);
 }

@@ -11,8 +11,6 @@
 
 using namespace fuzz;
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static char version[HG_VERSION_INFO_SIZE];

@@ -11,6 +11,8 @@
 // It logs everything, to a standard error that tools/fuzz.sh has libFuzzer discard.
 #include "answers.h"
 #include "commands/serve.h"
+#include "files.h"
+#include "give_up.h"
 #include "io/exit_status.h"
 #include "lines.h"
 #include "protocol/log_sink.h"
@@ -19,17 +21,12 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <nlohmann/json.hpp>
-#include <sys/mman.h>
 #include <unistd.h>
 
 using namespace fuzz;
-
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
 
 namespace {
 
@@ -38,40 +35,16 @@ constexpr char kThisProgram[] = "/proc/self/exe";
 // Short, so that many lines are longer.
 constexpr size_t kMaxLine = 2048;
 
-int input_file;
-int output_file;
-int error_output; // as it was before libFuzzer redirected it
-
-[[noreturn]] void give_up(const std::string &why, std::string_view line = "")
+const MemoryFile &input_file()
 {
-    dprintf(error_output, "%s: %.*s\n", why.c_str(), static_cast<int>(line.size()), line.data());
-    abort();
-}
-
-int new_file(const char *name)
-{
-    const int file = memfd_create(name, MFD_CLOEXEC);
-    if (file < 0) {
-        give_up(name);
-    }
+    static const MemoryFile file("input");
     return file;
 }
 
-void put(int file, std::string_view bytes)
+const MemoryFile &output_file()
 {
-    if (ftruncate(file, 0) != 0 || lseek(file, 0, SEEK_SET) != 0 ||
-        write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
-        give_up("no file");
-    }
-}
-
-std::string content_of(int file)
-{
-    std::string content(static_cast<size_t>(lseek(file, 0, SEEK_END)), '\0');
-    if (pread(file, content.data(), content.size(), 0) != static_cast<ssize_t>(content.size())) {
-        give_up("no file");
-    }
-    return content;
+    static const MemoryFile file("output");
+    return file;
 }
 
 // Removes the bytes that steer the device and returns them; they may be empty.
@@ -102,12 +75,12 @@ void check_output(std::string_view input, const std::string &output)
         const std::string_view line(&output[begin], end - begin);
         const auto json = nlohmann::json::parse(line, nullptr, false);
         if (!json.is_object()) {
-            give_up("no JSON", line);
+            give_up("not JSON", line);
         }
         if (is_answer(json)) {
             ++answers;
         } else if (json.size() != 1 || (!json.contains("notice") && !json.contains("progress"))) {
-            give_up("what is this", line);
+            give_up("neither an answer nor an event", line);
         }
         begin = end + 1;
     }
@@ -162,10 +135,8 @@ extern "C" void *__wrap_dlopen(const char *path, int flags)
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    error_output = dup(STDERR_FILENO);
-    input_file = new_file("input");
-    output_file = new_file("output");
-    dup2(input_file, STDIN_FILENO);
+    keep_error_output();
+    dup2(input_file().descriptor(), STDIN_FILENO);
     agent::set_log({7, false});
     return 0;
 }
@@ -176,10 +147,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     answers().begin(split_steering(input));
     // Workers must not wait for the end of the input, since serve waits for them before that.
     run_workers_at_once(true);
-    put(input_file, input);
-    lseek(input_file, 0, SEEK_SET);
-    put(output_file, "");
-    dup2(output_file, STDOUT_FILENO);
+    input_file().put(input);
+    output_file().put("");
+    dup2(output_file().descriptor(), STDOUT_FILENO);
 
     agent::Options options;
     options.host.device = options.host.plugin = kThisProgram;
@@ -188,7 +158,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (status != agent::kSuccess) {
         give_up("exit status " + std::to_string(status));
     }
-    check_output(input, content_of(output_file));
+    check_output(input, output_file().content());
 
     // Signals that end the fuzzer are delivered between inputs.
     sigset_t signals;
@@ -231,14 +201,4 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
     }
     }
     return write_out(fuzz::text_of(lines), data, size, room);
-}
-
-extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
-                                            const uint8_t *second, size_t second_size, uint8_t *out,
-                                            size_t room, unsigned seed)
-{
-    Mutator mutator(seed);
-    const std::string text = fuzz::text_of(
-        spliced(fuzz::text_of(first, first_size), fuzz::text_of(second, second_size), mutator));
-    return write_out(text.empty() ? "{}\n" : text, out, 0, room);
 }

@@ -10,7 +10,9 @@
 // The gateway is opened for each input and closed at its end, and its state is in memory. No input
 // reaches the network: curl_easy_perform() is replaced by a function that reports a server that
 // does not respond. Two images can be downloaded: file:///proc/self/fd/700/good and /damaged.
+#include "files.h"
 #include "firmware/image.h"
+#include "give_up.h"
 #include "home.h"
 #include "lines.h"
 #include "mutator.h"
@@ -20,22 +22,12 @@
 #include "workers.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <curl/curl.h>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
 using namespace fuzz;
-
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
-extern "C" CURLcode __wrap_curl_easy_perform(CURL *)
-{
-    return CURLE_COULDNT_CONNECT;
-}
 
 namespace {
 
@@ -58,17 +50,12 @@ bool open_gateway(const std::string &home)
 
 void make_folder_of_images()
 {
-    static std::string folder = std::filesystem::temp_directory_path() / "fuzz_session.XXXXXX";
-    const int opened =
-        mkdtemp(folder.data()) != nullptr ? open(folder.c_str(), O_RDONLY | O_DIRECTORY) : -1;
+    static const Folder folder("fuzz_session");
+    const int opened = open(folder.path().c_str(), O_RDONLY | O_DIRECTORY);
     if (opened < 0 || dup2(opened, kImages) != kImages) {
         give_up("no folder for images");
     }
     close(opened);
-    atexit([] {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    });
 }
 
 void offer_image(const char *name, const std::string &bytes)
@@ -203,14 +190,4 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t roo
     }
     }
     return write_out(fuzz::text_of(lines), data, size, room);
-}
-
-extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
-                                            const uint8_t *second, size_t second_size, uint8_t *out,
-                                            size_t room, unsigned seed)
-{
-    Mutator mutator(seed);
-    const std::string text = fuzz::text_of(
-        spliced(fuzz::text_of(first, first_size), fuzz::text_of(second, second_size), mutator));
-    return write_out(text.empty() ? "!\n" : text, out, 0, room);
 }

@@ -4,66 +4,24 @@
 //
 // A state file that is refused must not be changed. After opening one that is accepted, the gateway
 // has to reply to queries with success, to keep a change, and to open the state that it has saved.
+#include "files.h"
+#include "give_up.h"
 #include "home.h"
 #include "mutator.h"
 #include "request.h"
 #include "simulated_gateway/simulated_gateway.h"
 #include "workers.h"
 
-#include <cstdlib>
-#include <cstring>
-#include <curl/curl.h>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <unistd.h>
 
 using namespace fuzz;
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
-extern "C" CURLcode __wrap_curl_easy_perform(CURL *)
-{
-    return CURLE_COULDNT_CONNECT;
-}
-
 namespace {
-
-namespace fs = std::filesystem;
-
-// In memory if possible, since several files are written for each input.
-class Folder {
-  public:
-    Folder()
-    {
-        const fs::path shared = "/dev/shm";
-        std::string name =
-            (fs::exists(shared) ? shared : fs::temp_directory_path()) / "fuzz_state.XXXXXX";
-        if (mkdtemp(name.data()) == nullptr) {
-            give_up("no folder " + name);
-        }
-        path_ = name;
-    }
-    ~Folder() { fs::remove_all(path_); }
-    Folder(const Folder &) = delete;
-    Folder &operator=(const Folder &) = delete;
-
-    std::string file() const { return path_ / "home.json"; }
-
-    void clear() const
-    {
-        for (const fs::directory_entry &entry : fs::directory_iterator(path_)) {
-            fs::remove_all(entry.path());
-        }
-    }
-
-  private:
-    fs::path path_;
-};
 
 const Folder &folder()
 {
-    static const Folder only;
+    static const Folder only("fuzz_state");
     return only;
 }
 
@@ -109,23 +67,7 @@ void keep_a_change()
     run_command("SET_LED_STATUS", object.get());
 }
 
-// ---- Changes to documents
-// ------------------------------------------------------------------------
-
-struct Place {
-    cJSON *parent;
-    cJSON *item;
-};
-
-void add_places(cJSON *parent, std::vector<Place> &places)
-{
-    cJSON *item;
-    cJSON_ArrayForEach(item, parent)
-    {
-        places.push_back({parent, item});
-        add_places(item, places);
-    }
-}
+// ---- Changes to documents -----------------------------------------------------------------------
 
 cJSON *changed_value(const cJSON *item, Mutator &mutator)
 {
@@ -168,45 +110,29 @@ cJSON *changed_value(const cJSON *item, Mutator &mutator)
 
 void change_document(cJSON *document, Mutator &mutator)
 {
-    std::vector<Place> places;
-    add_places(document, places);
+    const std::vector<Place> places = places_in(document);
     if (places.empty()) {
         return;
     }
     const Place place = places[mutator.below(places.size())];
-    const std::string key = place.item->string != nullptr ? place.item->string : "";
-    const bool is_in_object = cJSON_IsObject(place.parent) != 0;
-    const auto replace = [&](cJSON *item) {
-        if (is_in_object) {
-            item->string = strdup(key.c_str());
-        }
-        cJSON_ReplaceItemViaPointer(place.parent, place.item, item);
-    };
     switch (mutator.below(8)) {
     case 0:
         cJSON_Delete(cJSON_DetachItemViaPointer(place.parent, place.item));
         break;
     case 1: // repeat it
-        if (is_in_object) {
-            cJSON_AddItemToObject(place.parent, key.c_str(), cJSON_Duplicate(place.item, 1));
-        } else {
-            cJSON_AddItemToArray(place.parent, cJSON_Duplicate(place.item, 1));
-        }
+        add(place.parent, key_of(place.item), cJSON_Duplicate(place.item, 1));
         break;
     case 2: // a value from elsewhere, mostly of the same type
         for (int tries = 0; tries < 20; ++tries) {
             const cJSON *other = places[mutator.below(places.size())].item;
             if (other != place.item && (other->type == place.item->type || tries == 19)) {
-                cJSON *copy = cJSON_Duplicate(other, 1);
-                cJSON_free(copy->string);
-                copy->string = nullptr;
-                replace(copy);
+                replace(place, cJSON_Duplicate(other, 1));
                 break;
             }
         }
         break;
     default:
-        replace(changed_value(place.item, mutator));
+        replace(place, changed_value(place.item, mutator));
         break;
     }
 }
@@ -223,7 +149,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const std::string_view input = text_of(data, size);
-    const std::string path = folder().file();
+    const std::string path = folder().path() / "home.json";
     folder().clear();
     write_file(path, input);
     run_workers_at_once(true);

@@ -2,7 +2,6 @@
 #include "lines.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace fuzz {
 namespace {
@@ -31,31 +30,14 @@ std::string text_of(const std::vector<std::string> &lines)
     return text;
 }
 
-void change_order(std::vector<std::string> &lines, Mutator &mutator)
-{
-    const size_t at = mutator.below(lines.size());
-    const auto place = lines.begin() + static_cast<std::ptrdiff_t>(at);
-    switch (mutator.below(3)) {
-    case 0:
-        lines.insert(place, std::string(lines[mutator.below(lines.size())]));
-        break;
-    case 1:
-        lines.erase(place);
-        break;
-    default:
-        std::swap(lines[at], lines[mutator.below(lines.size())]);
-        break;
-    }
-}
-
-std::vector<std::string> spliced(std::string_view first, std::string_view second, Mutator &mutator)
-{
-    std::vector<std::string> lines = lines_of(first);
-    const std::vector<std::string> others = lines_of(second);
-    lines.resize(mutator.below(lines.size() + 1));
-    const size_t from = mutator.below(others.size() + 1);
-    lines.insert(lines.end(), others.begin() + static_cast<std::ptrdiff_t>(from), others.end());
-    return lines;
-}
-
 } // namespace fuzz
+
+extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
+                                            const uint8_t *second, size_t second_size, uint8_t *out,
+                                            size_t room, unsigned seed)
+{
+    fuzz::Mutator mutator(seed);
+    const auto parts = fuzz::spliced(fuzz::lines_of(fuzz::text_of(first, first_size)),
+                                     fuzz::lines_of(fuzz::text_of(second, second_size)), mutator);
+    return fuzz::write_out(fuzz::text_of(parts), out, 0, room);
+}

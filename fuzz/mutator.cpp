@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
-
 namespace fuzz {
 namespace {
 
@@ -18,11 +16,6 @@ constexpr int kDeepest = 40;
 
 // Larger numbers in texts are clamped, so that a change cannot overflow.
 constexpr int64_t kLargest = INT64_MAX / 2;
-
-struct Place {
-    cJSON *parent;
-    cJSON *item;
-};
 
 void add_places(cJSON *parent, std::vector<Place> &places, int depth = 0)
 {
@@ -34,6 +27,15 @@ void add_places(cJSON *parent, std::vector<Place> &places, int depth = 0)
             add_places(item, places, depth + 1);
         }
     }
+}
+
+} // namespace
+
+std::vector<Place> places_in(cJSON *document)
+{
+    std::vector<Place> places;
+    add_places(document, places);
+    return places;
 }
 
 void add(cJSON *parent, const std::string &key, cJSON *item)
@@ -58,8 +60,6 @@ std::string key_of(const cJSON *item)
 {
     return item->string != nullptr ? item->string : "";
 }
-
-} // namespace
 
 std::string Mutator::changed_bytes(std::string_view bytes, size_t longest)
 {
@@ -146,8 +146,7 @@ Json Mutator::value(const std::string &command)
 
 void Mutator::change_object(const std::string &command, cJSON *object)
 {
-    std::vector<Place> places;
-    add_places(object, places);
+    const std::vector<Place> places = places_in(object);
     if (places.empty() || one_in(8)) {
         add(object, key(command), value(command).release());
         return;

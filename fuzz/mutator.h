@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+// Changes the bytes without regard to their meaning. Result: the new size.
+extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t room);
+
 namespace fuzz {
 
 class Mutator {
@@ -36,6 +39,19 @@ class Mutator {
 
     std::minstd_rand random_;
 };
+
+// An item of a document, and what contains it.
+struct Place {
+    cJSON *parent;
+    cJSON *item;
+};
+std::vector<Place> places_in(cJSON *document);
+
+// Puts the item in the place of another one, under the same key.
+void replace(const Place &place, cJSON *item);
+// Adds the item to an object, or to an array, which needs no key.
+void add(cJSON *parent, const std::string &key, cJSON *item);
+std::string key_of(const cJSON *item); // empty in an array
 
 // The last step of LLVMFuzzerCustomMutator(): replaces the data by the text and returns the new
 // size. A text that is too long is not written, since a partial request is not a request.

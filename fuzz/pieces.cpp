@@ -2,7 +2,6 @@
 #include "pieces.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <utility>
 
 namespace fuzz {
@@ -42,23 +41,6 @@ std::string text_of(const std::vector<Piece> &pieces)
     return text;
 }
 
-void change_order(std::vector<Piece> &pieces, Mutator &mutator)
-{
-    const size_t at = mutator.below(pieces.size());
-    const auto place = pieces.begin() + static_cast<std::ptrdiff_t>(at);
-    switch (mutator.below(3)) {
-    case 0:
-        pieces.insert(place, Piece(pieces[mutator.below(pieces.size())]));
-        break;
-    case 1:
-        pieces.erase(place);
-        break;
-    default:
-        std::swap(pieces[at], pieces[mutator.below(pieces.size())]);
-        break;
-    }
-}
-
 bool change_json(std::string &text, const std::string &command, Mutator &mutator)
 {
     const size_t begin = text.find('{');
@@ -76,14 +58,14 @@ bool change_json(std::string &text, const std::string &command, Mutator &mutator
     return true;
 }
 
-std::vector<Piece> spliced_pieces(std::string_view first, std::string_view second, Mutator &mutator)
-{
-    std::vector<Piece> pieces = pieces_of(first);
-    const std::vector<Piece> others = pieces_of(second);
-    pieces.resize(mutator.below(pieces.size() + 1));
-    const size_t from = mutator.below(others.size() + 1);
-    pieces.insert(pieces.end(), others.begin() + static_cast<std::ptrdiff_t>(from), others.end());
-    return pieces;
-}
-
 } // namespace fuzz
+
+extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
+                                            const uint8_t *second, size_t second_size, uint8_t *out,
+                                            size_t room, unsigned seed)
+{
+    fuzz::Mutator mutator(seed);
+    const auto parts = fuzz::spliced(fuzz::pieces_of(fuzz::text_of(first, first_size)),
+                                     fuzz::pieces_of(fuzz::text_of(second, second_size)), mutator);
+    return fuzz::write_out(fuzz::text_of(parts), out, 0, room);
+}

@@ -2,22 +2,11 @@
 #include "request.h"
 
 #include "agent_calls.h"
+#include "give_up.h"
 #include "protocol_words.h"
 #include "smart_router_service/processjsonability.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace fuzz {
-namespace {
-
-[[noreturn]] void give_up(const std::string &command, const char *why)
-{
-    fprintf(stderr, "%s: %s\n", command.c_str(), why);
-    abort();
-}
-
-} // namespace
 
 std::string print(const cJSON *json)
 {

@@ -3,9 +3,9 @@
 // that fills each record, are generated from the descriptions; new ones need no change here.
 #include "device_answer.h"
 #include "device_records.h"
+#include "give_up.h"
 #include "smart_router_service/device_functions.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <tuple>
@@ -13,12 +13,6 @@
 
 namespace fuzz {
 namespace {
-
-[[noreturn]] void give_up(const char *function, const char *why)
-{
-    fprintf(stderr, "%s: %s\n", function, why);
-    abort();
-}
 
 // ---- Arguments from the plug-in have to comply with device_access.h ---------------------------
 

@@ -49,9 +49,9 @@ class Entries {
     std::string text_;
 };
 
-class Teller {
+class Formatter {
   public:
-    Teller(const Style &style, bool success) : style_(style), success_(success) {}
+    Formatter(const Style &style, bool success) : style_(style), success_(success) {}
 
     std::string text(const char *text, size_t width, std::string_view form, bool is_secret) const
     {
@@ -117,16 +117,11 @@ class Teller {
         switch (field.kind) {
         case Kind::kText:
             return text(at, field.size, field.form, field.is_secret);
-        case Kind::kInt16:
-            return std::to_string(value_at<int16_t>(at));
-        case Kind::kInt32:
-            return std::to_string(value_at<int32_t>(at));
-        case Kind::kAddress:
-            return std::to_string(value_at<intptr_t>(at));
         case Kind::kRecord:
             return record(*record_of(field), at);
+        default:
+            return std::to_string(number_at(field.kind, at));
         }
-        return {};
     }
 
     std::string array(const Record &record, const Field &field, const char *at) const
@@ -207,9 +202,16 @@ size_t size_of(const Argument &argument, const intptr_t *arguments)
     return 0;
 }
 
+int64_t number_at(Kind kind, const char *place)
+{
+    return kind == Kind::kInt16   ? value_at<int16_t>(place)
+           : kind == Kind::kInt32 ? value_at<int32_t>(place)
+                                  : value_at<intptr_t>(place);
+}
+
 std::string shown_record(const Style &style, const Record &record, const void *at, bool success)
 {
-    return Teller(style, success).record(record, static_cast<const char *>(at));
+    return Formatter(style, success).record(record, static_cast<const char *>(at));
 }
 
 std::string shown_argument(const Style &style, const Argument &argument, intptr_t value,
@@ -228,26 +230,21 @@ std::string shown_argument(const Style &style, const Argument &argument, intptr_
     if (argument.is_handed_over && !success) {
         return "unread";
     }
-    const Teller teller(style, success);
+    const Formatter formatter(style, success);
     switch (argument.kind) {
     case Kind::kText: {
         const bool is_bounded = argument.way != Way::kIn || argument.width > 0;
         const size_t width = is_bounded && !argument.is_handed_over ? width_of(argument, arguments)
                                                                     : std::string_view::npos;
-        return teller.text(at, width, argument.form, argument.is_secret);
+        return formatter.text(at, width, argument.form, argument.is_secret);
     }
-    case Kind::kInt16:
-        return std::to_string(value_at<int16_t>(at));
-    case Kind::kInt32:
-        return std::to_string(value_at<int32_t>(at));
-    case Kind::kAddress:
-        return std::to_string(value_at<intptr_t>(at));
     case Kind::kRecord:
         return argument.is_chain && argument.way != Way::kIn
-                   ? teller.list(*record_of(argument), at)
-                   : teller.record(*record_of(argument), at);
+                   ? formatter.list(*record_of(argument), at)
+                   : formatter.record(*record_of(argument), at);
+    default:
+        return std::to_string(number_at(argument.kind, at));
     }
-    return {};
 }
 
 } // namespace device_text

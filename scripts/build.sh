@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Configures and builds a preset, and shows its progress: build.sh PRESET [OPTION of cmake --build...]
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -eq 0 ] || [[ $1 = -* ]]; then
     echo "usage: $0 PRESET [OPTION of cmake --build...]" >&2
     exit 2

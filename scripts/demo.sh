@@ -6,9 +6,10 @@
 #   demo.sh [--console] [FOLDER]   uses an existing build in the folder, such as build/debug
 #
 # With --console the evening is shown in the browser, a step each time Enter is pressed.
-#
+
 # shellcheck disable=SC2016 # lines are printed before the shell expands them
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
 in_browser=

@@ -8,6 +8,7 @@
 # By default 200 gateways for one minute at 100 requests per second. The report, report.json and report.html, goes into the
 # folder, where one is given. Another build is used with --build, such as build/debug.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
 count=200 rate=100 time=60s report='' build=''

@@ -12,6 +12,7 @@
 #   --images   also those that make a bare Debian and run a container, for two jobs of tools/nightly.sh; not part of --all
 #   --all      all of these: everything that .ci/run and the other tools need
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 
 packages=(
     cmake g++ make ninja-build

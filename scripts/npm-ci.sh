@@ -5,6 +5,7 @@
 #
 #   scripts/npm-ci.sh FOLDER
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -ne 1 ] || [[ $1 = -* ]]; then
     echo "usage: $0 FOLDER" >&2
     exit 2

@@ -5,6 +5,7 @@
 #
 #   package.sh [--test]   also checks them, installs them, tries them and removes them again
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
 tests=false

@@ -5,6 +5,7 @@
 # qemu; and, in the release build, the tests that count instructions, use an installation, or make the
 # agent's allocations and system calls fail.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -gt 0 ]; then
     echo "usage: $0" >&2
     exit 2

@@ -139,13 +139,13 @@ cJSON *tree_router_object(const char *path, const BridgeMac &bridge)
 {
     ChildRouterInfo router = {};
     devapi_get_node_dev_info_by_newmetod(path, &router);
-    const bool hangs_from_us = holds_any_case(router.ParentMac, Ended(bridge).text());
+    const bool is_direct_child = holds_any_case(router.ParentMac, Ended(bridge).text());
     JsonItem object(cJSON_CreateObject());
     if (object.get() == nullptr || !add_fields(object.get(), kTreeRouter, &router) ||
         !add_fields(object.get(), kMeshRouter, &router) ||
         // Repeated here, since some apps read the address from this position.
         !add_text(object.get(), "ip", router.ip, sizeof router.ip) ||
-        !(hangs_from_us
+        !(is_direct_child
               ? add_own_mac(object.get())
               : add_text(object.get(), kParentMac, router.ParentMac, sizeof router.ParentMac))) {
         log_error("create childinfo_json err");

@@ -6,6 +6,7 @@
 #
 # Needs root, debootstrap and a Debian mirror: the one in DEBIAN_MIRROR, otherwise Debian's own.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -ne 1 ] || [[ $1 = -* ]]; then
     echo "usage: $0 FOLDER" >&2
     exit 2

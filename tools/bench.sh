@@ -5,6 +5,7 @@
 #   --broker  measures the service on a broker instead, next to a bare responder
 #   --keep    also writes the table to docs/performance.md
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
 table=table.py

@@ -10,6 +10,7 @@
 #
 #   apt-get install --no-install-recommends ejabberd && systemctl disable --now ejabberd
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
 options=()

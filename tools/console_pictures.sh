@@ -7,6 +7,7 @@
 #
 # It needs Node.js and Chromium; the pictures of the documents are made smaller with pngquant.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 documents=
 if [ "${1-}" = --documents ]; then

@@ -3,6 +3,7 @@
 # Builds the plug-in with counters, runs its unit tests, and prints which of its lines and branches
 # they reach, by file. Fails when one is not reached and no comment gives the reason.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -gt 0 ]; then
     echo "usage: $0" >&2
     exit 2

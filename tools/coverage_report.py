@@ -2,11 +2,10 @@
 # SPDX-License-Identifier: MIT
 """Prints which lines and branches of the plug-in its unit tests have reached, by file.
 
-usage: coverage_report.py BUILD_FOLDER
-
-Reads the counters of that folder's programs with gcov. Fails when a line or a branch was not reached,
+Reads the counters of the programs in the build folder with gcov. Fails when a line or a branch was not reached,
 unless the line has a comment UNREACHABLE with the reason.
 """
+import argparse
 import json
 import pathlib
 import subprocess
@@ -59,10 +58,9 @@ def count(build_folder):
 
 
 def main():
-    if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
-        print(f"usage: {sys.argv[0]} BUILD_FOLDER", file=sys.stderr)
-        return 2
-    lines, branches = count(pathlib.Path(sys.argv[1]).resolve())
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build_folder", type=pathlib.Path)
+    lines, branches = count(parser.parse_args().build_folder.resolve())
     totals = [0, 0, 0, 0]
     missing = []
     print(f"{'lines':>11} {'branches':>11}")

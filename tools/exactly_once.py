@@ -1,13 +1,10 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 # SPDX-License-Identifier: MIT
 """Counts what becomes of requests on a broker while something fails, and prints a table: for each kind of failure, for
 clients without and with the rule of repeating a request until it is answered, and for comparison a responder without
 the answer cache.
 
-    tools/exactly_once.py [--requests 10000] [--in-flight 16] [--failures 4] [--only TEXT] [--cluster] [--build build/release]
-
---cluster takes a cluster of three ejabberd nodes instead of a mosquitto (tools/cluster.sh). The build needs the targets
-hgagent, smart_router_service, counting_device and broker_responder.
+The build needs the targets hgagent, smart_router_service, counting_device and broker_responder.
 """
 import argparse
 import collections
@@ -192,12 +189,13 @@ def print_tally(name, gateway, rule, tally):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--requests", type=int, default=10_000)
-    parser.add_argument("--in-flight", type=int, default=16)
-    parser.add_argument("--failures", type=int, default=4)
-    parser.add_argument("--only", default="", help="the failures that contain this text")
-    parser.add_argument("--cluster", action="store_true")
-    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
+    parser.add_argument("--requests", type=int, metavar="N", default=10_000, help="10,000 unless given")
+    parser.add_argument("--in-flight", type=int, metavar="N", default=16, help="requests without an answer, at most; 16 unless given")
+    parser.add_argument("--failures", type=int, metavar="N", default=4, help="of each kind, 4 unless given")
+    parser.add_argument("--only", metavar="TEXT", default="", help="the kinds of failure that contain this text")
+    parser.add_argument("--cluster", action="store_true",
+                        help="a cluster of three ejabberd nodes instead of a mosquitto (tools/cluster.sh)")
+    parser.add_argument("--build", type=pathlib.Path, metavar="FOLDER", default=ROOT / "build/release")
     options = parser.parse_args()
     print_row("What fails", "Gateway", "Rule", "Failures", "Sent", "Answered", "of these outcome unknown",
               "Executed once", "twice", "never")

@@ -3,9 +3,7 @@
 """A fleet past one process and one broker: three fleets with a range of numbers each, on three nodes of a cluster of
 ejabberd, and the driver on the first node, whose requests reach the others through the cluster.
 
-  fleet_cluster.py [--build FOLDER] [--count N] [--rate R] [--for TIME] [--page FILE]
-
---count is the number of gateways in each fleet. ejabberd is installed as tools/cluster.sh says."""
+ejabberd is installed as tools/cluster.sh says."""
 import argparse
 import pathlib
 import subprocess
@@ -20,13 +18,13 @@ NODES = 3
 
 
 def main():
-    options = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    options.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
-    options.add_argument("--count", type=int, default=100)
-    options.add_argument("--rate", default="100")
-    options.add_argument("--for", dest="time", default="30s")
-    options.add_argument("--page")
-    options = options.parse_args()
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--build", type=pathlib.Path, metavar="FOLDER", default=ROOT / "build/release")
+    parser.add_argument("--count", type=int, metavar="N", default=100, help="gateways in each fleet, 100 unless given")
+    parser.add_argument("--rate", metavar="R", default="100", help="requests per second, 100 unless given")
+    parser.add_argument("--for", dest="time", metavar="TIME", default="30s", help="30s unless given")
+    parser.add_argument("--page", metavar="FILE", help="also write the report as a page")
+    options = parser.parse_args()
     hgagent = options.build / "bin/hgagent"
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)

@@ -3,8 +3,6 @@
 """Measures fleets of several sizes (docs/performance.md): how long until all gateways are up, what one takes of memory and a
 request of processor time, and how they come back after a restart of the broker.
 
-  fleet_figures.py [--hgagent PATH] [--requests N] [--picture FILE] COUNT...
-
 The picture, such as docs/images/fleet-figures.svg, needs python3-matplotlib."""
 import argparse
 import json
@@ -151,11 +149,11 @@ def draw(file, measured):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--hgagent", default=ROOT / "build/release/bin/hgagent")
-    parser.add_argument("--requests", type=int, default=20_000)
-    parser.add_argument("--picture", help="file for the figures as curves, SVG")
-    parser.add_argument("counts", metavar="COUNT", type=int, nargs="+")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--hgagent", metavar="PATH", default=ROOT / "build/release/bin/hgagent")
+    parser.add_argument("--requests", type=int, metavar="N", default=20_000, help="to each fleet, 20,000 unless given")
+    parser.add_argument("--picture", metavar="FILE", help="file for the figures as curves, SVG")
+    parser.add_argument("counts", metavar="COUNT", type=int, nargs="+", help="gateways of a fleet")
     given = parser.parse_args()
     measured = []
     for count in given.counts:

@@ -7,6 +7,7 @@
 #
 # It needs Chromium and pngquant for the picture.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -lt 1 ] || [ "${1#-}" != "$1" ]; then
     echo "usage: $0 FOLDER [OPTION OF scripts/fleet.sh ...]" >&2
     exit 2

@@ -11,6 +11,7 @@
 # fuzz_recording, fuzz_linux and fuzz_state, by default all of them. When one finds something, the exit status
 # is not 0, the input is in build/fuzz/findings, and the last line about the target says how to repeat it.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
 mode=long

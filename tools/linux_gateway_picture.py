@@ -2,9 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Takes the picture of docs/linux_gateway.md: the console of a gateway in network namespaces, with three hosts of which
 one is blocked. It needs Chromium and pngquant.
-
-    tools/linux_gateway_picture.py BUILD FILE
 """
+import argparse
 import os
 import pathlib
 import subprocess
@@ -60,7 +59,8 @@ def main(build, file):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3 or sys.argv[1].startswith("-"):
-        print(f"usage: {sys.argv[0]} BUILD FILE", file=sys.stderr)
-        sys.exit(2)
-    main(*sys.argv[1:])
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build", help="folder of a build")
+    parser.add_argument("file", help="the picture, PNG")
+    arguments = parser.parse_args()
+    main(arguments.build, arguments.file)

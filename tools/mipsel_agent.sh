@@ -4,6 +4,7 @@
 # Its libraries are Debian's mipsel packages. They are unpacked into the build folder: installed, they
 # would have to have the same versions as the native ones.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -gt 0 ]; then
     echo "usage: $0" >&2
     exit 2

@@ -4,6 +4,7 @@
 # the plug-in needs with the reviewed list, and runs the examples. Debian has no cJSON for musl, so it is
 # built from Debian's source package.
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 if [ $# -gt 0 ]; then
     echo "usage: $0" >&2
     exit 2

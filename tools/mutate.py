@@ -1,20 +1,13 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Changes the plug-in in thousands of small ways, one at a time, and looks whether its unit tests notice.
+"""Changes the plug-in in thousands of small ways, one at a time, and checks whether its tests notice.
 
-usage: mutate.py [--files NAME...] [--sample PERCENT [--seed N]] [--only MUTANT...] [--skip-explained]
-                 [--resume] [--list]
+A mutant is killed when a test fails or crashes, uses far more time than all tests do, or never ends. What survives is run
+once more under the address and undefined-behaviour sanitizers. A mutant is not counted when it does not compile or when
+its code is the same, with or without optimisation.
 
-A mutant is killed when a test goes red, crashes, uses far more time than all tests do, or waits for
-what never comes. What survives is run once more under the address and undefined-behaviour
-sanitizers. A mutant is not counted when it does not compile or when its code is the same, with or without
-optimisation.
-
-Every survivor has to stand in tests/mutation/survivors.json, with the reason why no test can or need
-notice it; a mutant that stands there has to survive. The sources are not touched: everything happens
-in build/mutation. With --resume, mutants that an earlier run has tried are not tried again, provided
-that neither the plug-in nor its tests have changed since. A survivor is what takes longest, since every
-test runs twice: with --skip-explained, those with a reason count as survivors without being tried.
+Every survivor has to be in tests/mutation/survivors.json, with the reason why no test can or need notice it; a mutant in
+that file has to survive. The sources are not changed: everything happens in build/mutation.
 """
 import argparse
 import hashlib
@@ -358,14 +351,18 @@ def chosen(options):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--files", nargs="+", metavar="NAME")
-    parser.add_argument("--sample", type=float, metavar="PERCENT")
-    parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--only", nargs="+", metavar="MUTANT")
-    parser.add_argument("--skip-explained", action="store_true")
-    parser.add_argument("--resume", action="store_true")
-    parser.add_argument("--list", action="store_true")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--files", nargs="+", metavar="NAME", help="only the mutants of these files")
+    parser.add_argument("--sample", type=float, metavar="PERCENT", help="only so many of all")
+    parser.add_argument("--seed", type=int, metavar="N", default=1, help="chooses the sample, 1 unless given")
+    parser.add_argument("--only", nargs="+", metavar="MUTANT", help="only these, by the names that --list prints")
+    parser.add_argument("--skip-explained", action="store_true",
+                        help="count survivors that have a reason without trying them: they take longest, since every test "
+                             "runs twice")
+    parser.add_argument("--resume", action="store_true",
+                        help="do not try mutants again that an earlier run has tried, unless the plug-in or its tests have "
+                             "changed since")
+    parser.add_argument("--list", action="store_true", help="print the mutants instead")
     options = parser.parse_args()
     texts, found = chosen(options)
     if options.list:

@@ -5,10 +5,17 @@
 #   nightly.sh [JOB...]   these jobs, one after the other; all of them by default
 #   nightly.sh --list     their names
 set -euo pipefail
+[ "${1-}" != --help ] || exec sed -n '3,/^[^#]\|^$/s/^# \?//p' "$0"
 cd "$(dirname "$0")/.."
 
-# Another seed every day, so that what a seed does not bring another may.
+# Another seed every day, so that the cases differ.
 seed=$(date +%Y%m%d)
+
+# build PRESET TARGET...
+build() {
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1" --target "${@:2}" -- --quiet
+}
 
 # Two at a time, for half an hour each.
 job_fuzzing() {
@@ -22,15 +29,13 @@ job_fuzzing() {
 }
 
 job_json_cases() {
-    cmake --preset debug >/dev/null
-    cmake --build --preset debug --target hgagent smart_router_service simulated_gateway -- --quiet
+    build debug hgagent smart_router_service simulated_gateway
     /usr/bin/python3 -B tests/hostile/json_cases_test.py build/debug/bin/hgagent 20000 "$seed"
 }
 
 # Races within the C library as well, which the thread sanitizer does not see.
 job_helgrind() {
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target unit_threads -- --quiet
+    build release unit_threads
     valgrind --quiet --tool=helgrind --error-limit=no --error-exitcode=1 \
         --suppressions=tests/support/helgrind.supp build/release/bin/unit_threads --gtest_brief=1
 }
@@ -43,9 +48,7 @@ job_mipsel_agent() {
 # fail in turn; the ordinary tests take a sample.
 job_agent_sweep() {
     local sweep=(python3 -B tests/agent_sweep/agent_sweep.py) status=0 which
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target hgagent smart_router_service simulated_gateway failing_allocation \
-        -- --quiet
+    build release hgagent smart_router_service simulated_gateway failing_allocation
     for which in '' --call; do
         "${sweep[@]}" memory build/release/bin/hgagent $which \
             --library "$PWD/build/release/tests/agent_sweep/libfailing_allocation.so" || status=1
@@ -56,30 +59,26 @@ job_agent_sweep() {
 
 # 10,000 settings to a service whose worker, or that itself, is killed at random moments.
 job_service_kills() {
-    cmake --preset debug >/dev/null
-    cmake --build --preset debug --target service -- --quiet
+    build debug service
     SERVICE_SETTINGS=10000 build/debug/bin/service --gtest_filter=Run.KeepsTheHomeWholeWhateverIsKilledWhen
 }
 
 # 10,000 requests for each kind of failure of the broker, which is also away for a minute.
 job_broker() {
-    cmake --preset debug >/dev/null
-    cmake --build --preset debug --target hgagent smart_router_service simulated_gateway counting_device -- --quiet
+    build debug hgagent smart_router_service simulated_gateway counting_device
     REQUESTS=10000 FAILURES=4 AWAY_SECONDS=60 /usr/bin/python3 -B tests/broker/exactly_once_test.py build/debug/bin/hgagent \
         build/debug/tests/broker
 }
 
 # What a gateway of a fleet takes, by the number of gateways: the figures of docs/performance.md.
 job_fleet_figures() {
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet
+    build release hgagent smart_router_service simulated_gateway
     tools/fleet_figures.py 100 1000 4000 10000
 }
 
 # Ten minutes at 2,000 requests per second.
 job_fleet_run() {
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet
+    build release hgagent smart_router_service simulated_gateway
     tools/fleet_run.sh build/fleet_run --build build/release
 }
 
@@ -128,12 +127,10 @@ job_container() {
 # All cases of the tests in network namespaces, with 100 kills; and the release under valgrind.
 job_linux_gateway() {
     local targets=(hgagent smart_router_service device_layer agent_security linux_gateway shifted_clock) status=0
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target "${targets[@]}" -- --quiet
+    build release "${targets[@]}"
     /usr/bin/python3 -B tests/linux_gateway/memory_test.py build/release/bin/hgagent build/release/lib/liblinux_gateway.so \
         build/release/tests/linux_gateway/shifted_clock.so || status=1
-    cmake --preset debug >/dev/null
-    cmake --build --preset debug --target "${targets[@]}" -- --quiet
+    build debug "${targets[@]}"
     WHOLE_TESTS=1 KILL_SEED=$seed ctest --preset debug --tests-regex '^linux_gateway\.(access|limits|many_hosts|periods|reading|recovery)' ||
         status=1
     return "$status"
@@ -141,29 +138,25 @@ job_linux_gateway() {
 
 # A million clients that connect and say nothing.
 job_service_connects() {
-    cmake --preset debug >/dev/null
-    cmake --build --preset debug --target service -- --quiet
+    build debug service
     SERVICE_CONNECTS=1000000 build/debug/bin/service --gtest_filter=Run.TakesManyClientsThatSayNothing
 }
 
 # A recording of a million commands is replayed in the memory that a tenth of it needs.
 job_long_replay() {
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target hgagent smart_router_service simulated_gateway -- --quiet
+    build release hgagent smart_router_service simulated_gateway
     /usr/bin/python3 -B tests/recorded/memory_test.py build/release/bin/hgagent 1000000
 }
 
 # Which share of 200 changes of the plug-in a replay of all homes' recordings notices.
 job_replay_mutants() {
-    cmake --preset release >/dev/null
-    cmake --build --preset release --target hgagent smart_router_service simulated_gateway sleepless -- --quiet
+    build release hgagent smart_router_service simulated_gateway sleepless
     tools/replay_mutants.py --count 200
 }
 
 # All cases of the tests of which the ordinary run takes a sample.
 job_whole_tests() {
-    cmake --preset debug >/dev/null
-    cmake --build --preset debug -- --quiet
+    build debug all
     WHOLE_TESTS=1 ctest --preset debug --tests-regex '^faults|^fleet|KillTest|StateFileTest' --fixture-exclude-any '.*'
 }
 

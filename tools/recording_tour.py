@@ -2,11 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Records every command, report and a notice in every home of the simulated gateway, one recording for each home.
 
-    tools/recording_tour.py FOLDER [--build build/release] [--commands NUMBER]
-
 Each command is sent with the example of its description, then with each of its keys missing. One more recording
 is of what goes wrong: each device call of a command fails in turn, and each value of its request is another one.
---commands sends that many lines instead, in the same order again and again, to the default home only.
 """
 import argparse
 import itertools
@@ -123,10 +120,11 @@ def record_tour(hgagent, folder, sleepless=None):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("folder", type=pathlib.Path)
-    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
-    parser.add_argument("--commands", type=int)
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("folder", type=pathlib.Path, help="folder of the recordings")
+    parser.add_argument("--build", type=pathlib.Path, metavar="FOLDER", default=ROOT / "build/release")
+    parser.add_argument("--commands", type=int, metavar="N",
+                        help="send so many lines instead, in the same order again and again, to the default home only")
     options = parser.parse_args()
     hgagent = options.build / "bin/hgagent"
     sleepless = options.build.resolve() / "tests/end_to_end/libsleepless.so"

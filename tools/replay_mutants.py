@@ -1,8 +1,6 @@
 #!/usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""Which share of the changes of tools/mutate.py a replay of recordings notices.
-
-    tools/replay_mutants.py [--count 200] [--seed 1] [--only MUTANT...] [--build build/release]
+"""Measures which share of the changes of tools/mutate.py a replay of recordings notices.
 
 Every command is recorded in every home, and what goes wrong in one of them (recording_tour.py). Then the plug-in
 is built with one change at a time, and the recordings are replayed against it. A change is noticed when a replay
@@ -91,11 +89,11 @@ class Trial:
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--count", type=int, default=200)
-    parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--only", nargs="+", metavar="MUTANT")
-    parser.add_argument("--build", type=pathlib.Path, default=mutate.ROOT / "build/release")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--count", type=int, metavar="N", default=200, help="changes to try, 200 unless given")
+    parser.add_argument("--seed", type=int, metavar="N", default=1, help="chooses the changes, 1 unless given")
+    parser.add_argument("--only", nargs="+", metavar="MUTANT", help="these changes; tools/mutate.py --list names all")
+    parser.add_argument("--build", type=pathlib.Path, metavar="FOLDER", default=mutate.ROOT / "build/release")
     options = parser.parse_args()
     hgagent = (options.build / "bin/hgagent").resolve()
     sleepless = options.build.resolve() / "tests/end_to_end/libsleepless.so"

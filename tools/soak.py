@@ -3,8 +3,6 @@
 """Sends a long mixture of commands to one `hgagent serve`, and fails when its private memory, its
 descriptors or its threads grow after a warm-up.
 
-    tools/soak.py [--commands 1000000] [--seed 1] [--build build/release]
-
 The requests are the examples of protocol/commands in an order that depends on a seed; some are
 repeated with missing keys, so that failures are part of the mixture. Workers run as well, but without
 the sleep before they begin.
@@ -61,10 +59,10 @@ def send(stream, count, seed):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--commands", type=int, default=1_000_000)
-    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
-    parser.add_argument("--seed", type=int, default=1)
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--commands", type=int, metavar="N", default=1_000_000, help="1,000,000 unless given")
+    parser.add_argument("--build", type=pathlib.Path, metavar="FOLDER", default=ROOT / "build/release")
+    parser.add_argument("--seed", type=int, metavar="N", default=1, help="of the order, 1 unless given")
     options = parser.parse_args()
     if options.commands < 2 * SETTLED:
         parser.error(f"--commands has to be at least {2 * SETTLED}")

@@ -18,21 +18,15 @@ std::string members_of_request(const char *kind, std::string_view name, std::str
     return "\"" + std::string(kind) + "\":" + quoted(name) + ",\"params\":" + std::string(params);
 }
 
-std::string text_behind(const cJSON *object, const char *key)
-{
-    const char *text = cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object, key));
-    return text != nullptr ? text : "";
-}
-
 ServiceAnswer answer_from(cJSON *line)
 {
     ServiceAnswer answer;
     const cJSON *result = cJSON_GetObjectItemCaseSensitive(line, "result");
     answer.result = result != nullptr ? result->valueint : 0;
     answer.reply.reset(cJSON_DetachItemFromObjectCaseSensitive(line, "reply"));
-    answer.error = text_behind(line, "error");
-    answer.code = text_behind(line, "code");
-    answer.rule = text_behind(line, "rule");
+    answer.error = string_at(line, "error");
+    answer.code = string_at(line, "code");
+    answer.rule = string_at(line, "rule");
     if (answer.error.empty() && cJSON_IsNumber(result) == 0) {
         answer.error = "the answer has neither a result nor an error";
     }
@@ -97,10 +91,10 @@ void ServiceClient::take(const std::string &line)
     try {
         object = parse_object(line);
     } catch (const BadRequest &problem) {
-        throw ServiceError("what answers is no service: " + std::string(problem.what()));
+        throw ServiceError("the peer is not a service: " + std::string(problem.what()));
     }
     const cJSON *id = cJSON_GetObjectItemCaseSensitive(object.get(), "id");
-    const std::string event = text_behind(object.get(), "event");
+    const std::string event = string_at(object.get(), "event");
     if (id == nullptr && !event.empty() && on_event_) {
         on_event_(event, cJSON_GetObjectItemCaseSensitive(object.get(), "data"));
     }

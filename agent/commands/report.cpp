@@ -66,7 +66,7 @@ int upgrade_service(const Options &options)
     const Json params = params_of("url", options.update_url);
     gateway.report(kImageUpgrade, params.get());
     if (!is_subscribed) {
-        print_error("the upgrade has begun; the service does not report how it ends");
+        print_notice("the upgrade has begun; the service does not report how it ends");
         return kSuccess;
     }
     gateway.await_events([&] { return failure.has_value(); });

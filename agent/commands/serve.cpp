@@ -235,7 +235,7 @@ void answer_lines(ServeSession &session, size_t max_line, const StopSignals &sto
     std::string_view line;
     bool goes_on = true;
     while (goes_on) {
-        switch (reader.next(line, session.next_look().value_or(StopSignals::kForEver))) {
+        switch (reader.next(line, session.next_poll().value_or(StopSignals::kForEver))) {
         case LineReader::Result::kEnd:
         case LineReader::Result::kStopped:
             return;
@@ -246,7 +246,7 @@ void answer_lines(ServeSession &session, size_t max_line, const StopSignals &sto
             goes_on = session.answer(line);
             break;
         case LineReader::Result::kNothing:
-            session.look();
+            session.poll();
             break;
         }
     }
@@ -290,17 +290,17 @@ bool ServeSession::answer(std::string_view line)
         answer_to(line, host_, options_.raw_bytes,
                   {reasons_ ? &*reasons_ : nullptr, printer_, events_, control_, running_});
     // A client must learn of a worker before it gets the answer of the command that started it.
-    look();
+    poll();
     const bool goes_on = output_(
         {R"({"id":)", answer.id, answer.begin, answer.own, answer.reply, answer.reasons, "}\n"});
     printer_.forget();
     return goes_on;
 }
 
-void ServeSession::look()
+void ServeSession::poll()
 {
     try {
-        events_.look();
+        events_.poll();
     } catch (const std::bad_alloc &) { // only the event is lost
         print_out_of_memory();
     }
@@ -330,7 +330,7 @@ int run_serve(const Options &options)
         answer_lines(session, options.serve.max_line, stop);
         return kSuccess;
     });
-    session.look(); // the last worker has ended by now
+    session.poll(); // the last worker has ended by now
     return status;
 }
 

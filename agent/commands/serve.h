@@ -39,9 +39,9 @@ class ServeSession {
     bool answer_too_long();
 
     // Reports background work that has started or ended since the last answer.
-    void look();
-    // How long to wait before the next look() if no line arrives; nothing while no work is running.
-    std::optional<std::chrono::milliseconds> next_look() const { return events_.next_look(); }
+    void poll();
+    // How long to wait before the next poll() if no line arrives; nothing while no work is running.
+    std::optional<std::chrono::milliseconds> next_poll() const { return events_.next_poll(); }
 
   private:
     const Options &options_;

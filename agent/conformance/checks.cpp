@@ -26,60 +26,60 @@ struct CallResult {
 
 // The watch's reports on the current check. A single instance, since the watch takes plain
 // functions only.
-struct CheckUnderWay {
+struct CurrentCheck {
     std::mutex mutex;
     CheckListener listener;
     std::vector<CallResult> calls;
     std::vector<std::string> functions; // whose faults matter; empty: all
 };
-CheckUnderWay under_way;
+CurrentCheck current;
 
 // The device function that the thread is executing; null for none.
-thread_local const char *function_at_work = nullptr;
+thread_local const char *current_function = nullptr;
 
 void calling(const char *function)
 {
-    function_at_work = function;
-    const std::lock_guard lock(under_way.mutex);
-    under_way.listener.calling(function);
+    current_function = function;
+    const std::lock_guard lock(current.mutex);
+    current.listener.calling(function);
 }
 
 void answered(const char *function, int32_t result, bool wrote)
 {
-    function_at_work = nullptr;
-    const std::lock_guard lock(under_way.mutex);
-    under_way.calls.push_back({function, result, wrote});
-    under_way.listener.answered();
+    current_function = nullptr;
+    const std::lock_guard lock(current.mutex);
+    current.calls.push_back({function, result, wrote});
+    current.listener.answered();
 }
 
 // The lock must be held.
 bool matters(const char *function)
 {
-    const auto &functions = under_way.functions;
+    const auto &functions = current.functions;
     return functions.empty() ||
            std::find(functions.begin(), functions.end(), function) != functions.end();
 }
 
 void fault(const char *function, const char *what)
 {
-    const std::lock_guard lock(under_way.mutex);
+    const std::lock_guard lock(current.mutex);
     if (matters(function)) {
-        under_way.listener.fault(std::string(function) + ": " + what);
+        current.listener.fault(std::string(function) + ": " + what);
     }
 }
 
 void warning(const char *function, const char *what)
 {
-    const std::lock_guard lock(under_way.mutex);
+    const std::lock_guard lock(current.mutex);
     if (matters(function)) {
-        under_way.listener.warning(std::string(function) + ": " + what);
+        current.listener.warning(std::string(function) + ": " + what);
     }
 }
 
 void said(const std::string &reason)
 {
-    const std::lock_guard lock(under_way.mutex);
-    under_way.listener.reason(reason);
+    const std::lock_guard lock(current.mutex);
+    current.listener.reason(reason);
 }
 
 void reason(const char *function, const char *text)
@@ -90,16 +90,16 @@ void reason(const char *function, const char *text)
 // With its command refused, the function cannot be judged, regardless of its result.
 void refused_command(const std::string &command)
 {
-    if (function_at_work != nullptr) {
-        fault(function_at_work,
+    if (current_function != nullptr) {
+        fault(current_function,
               ("it calls system(\"" + command + "\"), which " PROGRAM_NAME " refuses").c_str());
     }
 }
 
 std::vector<CallResult> take_calls()
 {
-    const std::lock_guard lock(under_way.mutex);
-    return std::exchange(under_way.calls, {});
+    const std::lock_guard lock(current.mutex);
+    return std::exchange(current.calls, {});
 }
 
 // Whether the result is one of the function's success codes.
@@ -164,9 +164,13 @@ CheckResult run_report(const PluginHost &host, const std::string &name)
 {
     take_calls();
     const Json report(cJSON_CreateObject());
-    const int32_t result = build_report(host, name, kMainRouterPath, report.get());
-    return judge(result == 0 && status_of(report.get()) == kSuccess,
-                 "result " + std::to_string(result), take_calls());
+    try {
+        const int32_t result = build_report(host, name, kMainRouterPath, report.get());
+        return judge(result == 0 && status_of(report.get()) == kSuccess,
+                     "result " + std::to_string(result), take_calls());
+    } catch (const HostError &problem) { // the plug-in lacks the function
+        return {Verdict::kFailed, {problem.what()}};
+    }
 }
 
 CheckResult check_functions(const PluginHost &host)
@@ -311,7 +315,7 @@ class CommandCheck {
 
 CheckedHost::CheckedHost(const HostOptions &options, CheckListener listener)
     : watcher_{calling, answered, reason, warning, fault},
-      host_((under_way.listener = std::move(listener), options), &watcher_),
+      host_((current.listener = std::move(listener), options), &watcher_),
       reasons_(host_, said, refused_command)
 {
 }
@@ -321,9 +325,9 @@ CheckedHost::~CheckedHost() = default;
 CheckResult CheckedHost::run(const Check &check)
 {
     {
-        const std::lock_guard lock(under_way.mutex);
-        under_way.functions = check.command != nullptr ? (*check.command)["device_calls"].texts()
-                                                       : std::vector<std::string>();
+        const std::lock_guard lock(current.mutex);
+        current.functions = check.command != nullptr ? (*check.command)["device_calls"].texts()
+                                                     : std::vector<std::string>();
     }
     if (!check.report.empty()) {
         return run_report(host_, check.report);

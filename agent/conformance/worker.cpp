@@ -146,11 +146,17 @@ class CheckProcess {
         if (!line) {
             throw HostError(kCannotLoad, "the libraries cannot be loaded: " + end_of_process());
         }
-        if (line->c_str()[0] != kUp) {
-            char *message = nullptr;
-            const long status = strtol(line->c_str() + 1, &message, 10);
-            throw HostError(static_cast<ExitStatus>(status), message + 1);
+        if (line->c_str()[0] == kUp) {
+            return;
         }
+        char *message = nullptr;
+        const long status = strtol(line->c_str() + 1, &message, 10);
+        if (line->c_str()[0] != kNotUp || *message != ' ') {
+            throw HostError(kCannotLoad,
+                            "the libraries cannot be loaded: one of them has written \"" + *line +
+                                "\" to a file that it has not opened");
+        }
+        throw HostError(static_cast<ExitStatus>(status), message + 1);
     }
 
     // The result of its next check; nothing when it was stopped before it.

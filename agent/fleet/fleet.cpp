@@ -54,7 +54,7 @@ constexpr uint32_t kMostStarting = 64;
 constexpr seconds kStartTime(10); // after it a gateway no longer counts as starting
 constexpr milliseconds kFirstBackOff(1000);
 constexpr milliseconds kLongestBackOff(60'000);
-constexpr seconds kSound(60); // after it a gateway's next crash counts as its first
+constexpr seconds kStableTime(60); // after it a gateway's next crash counts as its first
 constexpr seconds kReports(3);
 constexpr uint32_t kMostNamed = 10; // gateways that are named in the time above
 constexpr uint32_t kFailuresAtStart = 3;
@@ -384,12 +384,13 @@ class Fleet {
             return;
         }
         const auto now = Clock::now();
-        if (now - member.time >= kSound) {
+        if (now - member.time >= kStableTime) {
             member.back_off = milliseconds(0);
         }
         member.state = Member::State::kFailed;
         member.back_off = std::clamp(2 * member.back_off, kFirstBackOff, kLongestBackOff);
-        const double jitter = chance(options_.seed, at, static_cast<uint64_t>(status_.crashes));
+        const double jitter =
+            random_fraction(options_.seed, at, static_cast<uint64_t>(status_.crashes));
         const auto pause = milliseconds(
             static_cast<int64_t>(static_cast<double>(member.back_off.count()) * (1 + jitter) / 2));
         member.time = now + pause;

@@ -88,8 +88,9 @@ class Gateway {
         options.tls = broker.tls;
         options.is_trusted = common_.is_trusted;
         options.reconnect_spread = common_.reconnect_spread;
-        options.on_news = [this](service::MqttNews news, const std::string &why) {
-            take(news, why);
+        options.on_connection_event = [this](service::ConnectionEvent event,
+                                             const std::string &why) {
+            take(event, why);
         };
         try {
             mqtt_->start(std::move(options));
@@ -98,18 +99,18 @@ class Gateway {
         }
     }
 
-    void take(service::MqttNews news, const std::string &why)
+    void take(service::ConnectionEvent event, const std::string &why)
     {
-        using service::MqttNews;
-        if (news == MqttNews::kConnected) {
+        using service::ConnectionEvent;
+        if (event == ConnectionEvent::kConnected) {
             ++slot_.connections;
             slot_.phase = Slot::Phase::kUp;
             return;
         }
         slot_.problem.set(why);
         slot_.phase = Slot::Phase::kConnecting;
-        slot_.losses += news == MqttNews::kFailed ? 0 : 1;
-        slot_.takeovers += news == MqttNews::kTakenOver ? 1 : 0;
+        slot_.losses += event == ConnectionEvent::kFailed ? 0 : 1;
+        slot_.takeovers += event == ConnectionEvent::kTakenOver ? 1 : 0;
     }
 
     void await_signal()

@@ -75,14 +75,14 @@ void LoopWorker::send(std::string_view line)
 
 void LoopWorker::look_later()
 {
-    const auto pause = session_->next_look();
+    const auto pause = session_->next_poll();
     if (!pause) {
         return;
     }
     look_.expires_after(*pause);
     look_.async_wait([this](const boost::system::error_code &problem) {
         if (!problem && session_) {
-            session_->look();
+            session_->poll();
             look_later();
         }
     });

@@ -120,7 +120,7 @@ std::vector<std::string> Weakness::faults() const
 {
     std::vector<std::string> all;
     switch (library) {
-    case Library::kSound:
+    case Library::kWorks:
         break;
     case Library::kHangs:
         all.push_back(function + kHang);
@@ -166,7 +166,7 @@ bool is_cut(uint64_t seed, uint32_t number, uint32_t wave)
     return draw(seed, Subject::kCut, number, wave) % kMillion < kCuts;
 }
 
-double chance(uint64_t seed, uint64_t number, uint64_t count)
+double random_fraction(uint64_t seed, uint64_t number, uint64_t count)
 {
     return static_cast<double>(draw(seed, Subject::kOther, number, count) >> 11) / (1ULL << 53);
 }

@@ -33,8 +33,8 @@ class Mix {
 // Faults that a gateway always has, with --churn.
 struct Weakness {
     // What its device library does in one of the functions.
-    enum class Library { kSound, kHangs, kCrashes, kAnswersRubbish };
-    Library library = Library::kSound;
+    enum class Library { kWorks, kHangs, kCrashes, kAnswersRubbish };
+    Library library = Library::kWorks;
     std::string function; // the function
     bool flash_fails = false;
 
@@ -60,6 +60,6 @@ Time wave_time(uint64_t seed, uint32_t wave);
 bool is_cut(uint64_t seed, uint32_t number, uint32_t wave);
 
 // From 0 to 1, for what is not part of the plan, such as the jitter of a restart.
-double chance(uint64_t seed, uint64_t number, uint64_t count);
+double random_fraction(uint64_t seed, uint64_t number, uint64_t count);
 
 } // namespace agent::fleet

@@ -74,7 +74,7 @@ CommandReasons::CommandReasons(const PluginHost &host, DeviceReasons::Listener l
     : reasons_(host, [this, late = std::move(late),
                       commands = std::this_thread::get_id()](const std::string &reason) {
           if (std::this_thread::get_id() == commands) {
-              told_.push_back(reason);
+              pending_.push_back(reason);
           } else {
               late(reason);
           }

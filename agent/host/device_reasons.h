@@ -40,10 +40,10 @@ class CommandReasons {
     CommandReasons(const PluginHost &host, DeviceReasons::Listener late);
 
     // The reasons since the last call.
-    std::vector<std::string> take() { return std::exchange(told_, {}); }
+    std::vector<std::string> take() { return std::exchange(pending_, {}); }
 
   private:
-    std::vector<std::string> told_;
+    std::vector<std::string> pending_;
     DeviceReasons reasons_;
 };
 

@@ -137,17 +137,16 @@ DeviceTrace::~DeviceTrace()
 
 void DeviceTrace::run(DeviceCall &call)
 {
-    using Clock = std::chrono::steady_clock;
     // The call has been made: when memory is short, only its trace line is lost.
     std::optional<ShownArguments> arguments;
     try {
         arguments.emplace(call, show_secrets_);
     } catch (const std::exception &) {
     }
-    const Clock::time_point start = Clock::now();
+    const auto start = std::chrono::steady_clock::now();
     next_.run(call);
-    const auto duration =
-        std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
+    const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::steady_clock::now() - start);
     if (!arguments) {
         return;
     }

@@ -82,7 +82,7 @@ class Guarded {
     }
     // Whether any byte, padding included, differs from the plug-in's memory.
     bool is_changed() { return memcmp(own_, value(), size_) != 0; }
-    void give_back() { std::copy_n(value(), size_, own_); }
+    void copy_back() { std::copy_n(value(), size_, own_); }
     size_t size() const { return size_; }
     char *own() { return own_; }
 
@@ -92,9 +92,9 @@ class Guarded {
     std::vector<char> area_;
 };
 
-class Look {
+class CheckedCall {
   public:
-    Look(DeviceCall &call, const DeviceWatcher &watcher)
+    CheckedCall(DeviceCall &call, const DeviceWatcher &watcher)
         : call_(call), watcher_(watcher), facts_(*device_facts::find(call.function.name))
     {
     }
@@ -175,7 +175,7 @@ class Look {
         } else if (call_.result == 0 && argument.is_count && value_at<int32_t>(area.value()) < 0) {
             fault("the count is " + std::to_string(value_at<int32_t>(area.value())));
         }
-        area.give_back();
+        area.copy_back();
         return wrote;
     }
 
@@ -394,7 +394,7 @@ class Look {
 
 void DeviceWatch::run(DeviceCall &call)
 {
-    Look(call, watcher_).run(next_);
+    CheckedCall(call, watcher_).run(next_);
 }
 
 } // namespace agent

@@ -109,25 +109,25 @@ bool Events::is_rebooting()
     return reboot_end_.has_value();
 }
 
-void Events::look()
+void Events::poll()
 {
     is_rebooting();
     if (!report_) {
         return;
     }
-    workers_.look([&](const char *worker, bool is_at_work) {
-        report(is_at_work ? "background.started" : "background.ended",
+    workers_.poll([&](const char *worker, bool is_running) {
+        report(is_running ? "background.started" : "background.ended",
                "{\"worker\":" + agent::quoted(worker) + "}");
     });
 }
 
-std::optional<milliseconds> Events::next_look() const
+std::optional<milliseconds> Events::next_poll() const
 {
     if (!report_) {
         return std::nullopt;
     }
     std::optional<milliseconds> next;
-    if (workers_.any_at_work()) {
+    if (workers_.any_running()) {
         next = kWorkerPause;
     }
     const std::lock_guard lock(mutex_);

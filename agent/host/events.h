@@ -30,9 +30,9 @@ class Events {
     Events &operator=(const Events &) = delete;
 
     // Reports workers that have started or ended since the last call, and a finished reboot.
-    void look();
-    // How long to wait before the next look(), while work is running that ends without a command.
-    std::optional<std::chrono::milliseconds> next_look() const;
+    void poll();
+    // How long to wait before the next poll(), while work is running that ends without a command.
+    std::optional<std::chrono::milliseconds> next_poll() const;
 
     bool is_rebooting();
 

@@ -16,20 +16,20 @@ namespace agent {
 namespace {
 
 // Where a library is in memory.
-struct Place {
+struct AddressRange {
     uintptr_t base = 0; // as dladdr() gives it
     uintptr_t begin = 0;
     uintptr_t end = 0;
 };
 
 // Of the plug-in. The end is set last, and is 0 as long as the plug-in has no other services.
-Place plugin;
+AddressRange plugin_range;
 std::atomic<uintptr_t> plugin_end = 0;
 std::atomic<PluginServices *> replaced = nullptr;
 
-int find_place(dl_phdr_info *library, size_t, void *place)
+int find_range(dl_phdr_info *library, size_t, void *range)
 {
-    auto &wanted = *static_cast<Place *>(place);
+    auto &wanted = *static_cast<AddressRange *>(range);
     for (const ElfW(Phdr) & segment : std::span(library->dlpi_phdr, library->dlpi_phnum)) {
         const uintptr_t begin = library->dlpi_addr + segment.p_vaddr;
         const uintptr_t end = begin + segment.p_memsz;
@@ -46,7 +46,7 @@ int find_place(dl_phdr_info *library, size_t, void *place)
 PluginServices &services_of(const void *caller)
 {
     const auto address = reinterpret_cast<uintptr_t>(caller);
-    if (address < plugin_end.load(std::memory_order_acquire) && address >= plugin.begin) {
+    if (address < plugin_end.load(std::memory_order_acquire) && address >= plugin_range.begin) {
         return *replaced.load(std::memory_order_relaxed);
     }
     return host_services();
@@ -57,16 +57,16 @@ PluginServices &services_of(const void *caller)
 void replace_services(PluginServices &services, const void *in_plugin)
 {
     Dl_info library = {};
-    Place place;
+    AddressRange range;
     if (dladdr(in_plugin, &library) == 0) {
         return;
     }
-    place.base = reinterpret_cast<uintptr_t>(library.dli_fbase);
-    dl_iterate_phdr(find_place, &place);
+    range.base = reinterpret_cast<uintptr_t>(library.dli_fbase);
+    dl_iterate_phdr(find_range, &range);
     plugin_end = 0;
-    plugin = place;
+    plugin_range = range;
     replaced = &services;
-    plugin_end.store(place.end, std::memory_order_release);
+    plugin_end.store(range.end, std::memory_order_release);
 }
 
 } // namespace agent

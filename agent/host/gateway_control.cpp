@@ -117,8 +117,8 @@ void GatewayControl::load(const char *scenario) const
     auto *function =
         control_function<decltype(simulated_gateway_load)>(host_, "simulated_gateway_load");
     WorkerWatch workers(host_);
-    workers.look([](const char *, bool) {});
-    if (workers.any_at_work()) {
+    workers.poll([](const char *, bool) {});
+    if (workers.any_running()) {
         throw Busy("a worker of the plug-in is running");
     }
     set(function, scenario);

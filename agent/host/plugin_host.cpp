@@ -67,7 +67,8 @@ void *load(const std::string &kind, const std::string &path, int flags,
     std::error_code problem;
     // Opening anything else, such as a pipe, might block forever.
     if (!std::filesystem::is_regular_file(path, problem)) {
-        throw HostError(kCannotLoad, message + (problem ? problem.message() : "no regular file"));
+        throw HostError(kCannotLoad,
+                        message + (problem ? problem.message() : "not a regular file"));
     }
     if (is_cut_off(path)) {
         throw HostError(kCannotLoad, message + "the file is cut off");

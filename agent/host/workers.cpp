@@ -59,7 +59,7 @@ void await(const Worker &worker, const PluginHost &host, const StopSignals &stop
     if (mutex == nullptr || !is_held(mutex)) { // another plug-in may have no such worker
         return;
     }
-    print_error(worker.waiting);
+    print_notice(worker.waiting);
     while (stop.arrived() == 0 && is_held(mutex)) {
         stop.wait(kPause);
     }
@@ -139,19 +139,19 @@ WorkerWatch::WorkerWatch(const PluginHost &host)
     }
 }
 
-void WorkerWatch::look(const Changed &changed)
+void WorkerWatch::poll(const Changed &changed)
 {
     for (Watched &worker : workers_) {
-        const bool is_at_work = worker.mutex != nullptr && is_held(worker.mutex);
-        if (std::exchange(worker.is_at_work, is_at_work) != is_at_work) {
-            changed(worker.name, is_at_work);
+        const bool is_running = worker.mutex != nullptr && is_held(worker.mutex);
+        if (std::exchange(worker.is_running, is_running) != is_running) {
+            changed(worker.name, is_running);
         }
     }
 }
 
-bool WorkerWatch::any_at_work() const
+bool WorkerWatch::any_running() const
 {
-    return std::ranges::any_of(workers_, &Watched::is_at_work);
+    return std::ranges::any_of(workers_, &Watched::is_running);
 }
 
 int until_workers_end(const PluginHost &host, const StopSignals &stop,

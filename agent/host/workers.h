@@ -18,15 +18,15 @@ class WorkerWatch {
 
     // Calls changed for each worker that has started or ended since the last call. One that did
     // both in between is not noticed.
-    using Changed = std::function<void(const char *worker, bool is_at_work)>;
-    void look(const Changed &changed);
-    bool any_at_work() const;
+    using Changed = std::function<void(const char *worker, bool is_running)>;
+    void poll(const Changed &changed);
+    bool any_running() const;
 
   private:
     struct Watched {
         const char *name;
         pthread_mutex_t *mutex; // null: this plug-in lacks the worker
-        bool is_at_work = false;
+        bool is_running = false;
     };
     std::array<Watched, 2> workers_;
 };

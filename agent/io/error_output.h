@@ -36,8 +36,8 @@ void write_error_text(std::string_view text);
 // From now on each line begins with it, after the level: a process of many says which one it is.
 void set_line_prefix(std::string prefix);
 
-// Whether standard error is the journal's, which reads levels such as "<3>" at the begin of lines.
-// Known since open_error_output().
+// Whether standard error is the journal's, which reads levels such as "<3>" at the beginning of
+// lines. Known since open_error_output().
 bool is_journal();
 
 // "<3>" for the journal, otherwise an empty text.

@@ -8,7 +8,6 @@
 #include <initializer_list>
 #include <memory>
 #include <mutex>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>

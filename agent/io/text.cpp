@@ -16,6 +16,15 @@ char lower(char letter)
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
+void print_message(std::string_view message, size_t max_bytes, Level level)
+{
+    try {
+        write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes), level);
+    } catch (const std::bad_alloc &) {
+        print_out_of_memory();
+    }
+}
+
 } // namespace
 
 std::string list_of_names(const std::vector<std::string> &names, bool all)
@@ -75,16 +84,12 @@ std::string lower_case(std::string_view text)
 
 void print_error(std::string_view message, size_t max_bytes)
 {
-    try {
-        write_error_line(PROGRAM_NAME ": " + one_line(message, max_bytes), Level::kError);
-    } catch (const std::bad_alloc &) {
-        print_out_of_memory();
-    }
+    print_message(message, max_bytes, Level::kError);
 }
 
 void print_notice(std::string_view message)
 {
-    write_error_line(PROGRAM_NAME ": " + one_line(message), Level::kNotice);
+    print_message(message, kMaxMessage, Level::kNotice);
 }
 
 void print_out_of_memory()

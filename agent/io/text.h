@@ -9,6 +9,8 @@
 
 namespace agent {
 
+constexpr size_t kMaxMessage = 4096; // bytes of a message for people
+
 bool is_valid_utf8(std::string_view text);
 
 // The text as UTF-8. Other text is taken for GBK, which the plug-in and the libraries of some
@@ -20,7 +22,7 @@ std::string to_utf8(std::string_view text);
 // characters become escapes such as \n, \x1b or \x200b, so that nothing can end a line early, steer
 // a terminal or look like another text. A line may be composed of texts of any encoding: bytes that
 // are not UTF-8 become U+FFFD. The line is truncated to max_bytes, with a note that it was.
-std::string one_line(std::string_view bytes, size_t max_bytes = 4096);
+std::string one_line(std::string_view bytes, size_t max_bytes = kMaxMessage);
 
 // The text in quotes on one line, as device calls are shown: bytes that are not UTF-8 become
 // escapes, one per byte, and so do quotes and backslashes.
@@ -50,7 +52,7 @@ std::string lower_case(std::string_view text);
 
 // Writes "hgagent: MESSAGE", or another program's name, to standard error, on one line truncated as
 // above.
-void print_error(std::string_view message, size_t max_bytes = 4096);
+void print_error(std::string_view message, size_t max_bytes = kMaxMessage);
 
 // The same for messages that are not errors.
 void print_notice(std::string_view message);

@@ -8,7 +8,7 @@
 
 namespace agent {
 
-// The string under the key on one line; empty when there is none.
+// The string under the key on one line; empty when there is none, and for a device's "NULL".
 std::string text_of(const cJSON *item, const char *key);
 
 // The name that the user gave to the device, otherwise the device's own.

@@ -30,7 +30,7 @@ using device_layout::Way;
 // A longer list or array is cut: the plug-in uses the count of an array unchecked.
 constexpr size_t kMostRecorded = 65536;
 
-template <class Value> void put_number(char *place, const cJSON *number)
+template <class Value> void put_number_as(char *place, const cJSON *number)
 {
     const double value = cJSON_IsNumber(number) != 0 ? number->valuedouble : 0;
     // The largest number of 64 bits is not a double, but the smallest one is.
@@ -39,14 +39,14 @@ template <class Value> void put_number(char *place, const cJSON *number)
     put_value_at(place, is_in_range ? static_cast<Value>(value) : Value());
 }
 
-void write_number(Kind kind, char *place, const cJSON *number)
+void put_number(Kind kind, char *place, const cJSON *number)
 {
     if (kind == Kind::kInt16) {
-        put_number<int16_t>(place, number);
+        put_number_as<int16_t>(place, number);
     } else if (kind == Kind::kInt32) {
-        put_number<int32_t>(place, number);
+        put_number_as<int32_t>(place, number);
     } else {
-        put_number<intptr_t>(place, number);
+        put_number_as<intptr_t>(place, number);
     }
 }
 
@@ -82,7 +82,8 @@ void write_entry(const Field &field, char *place, const cJSON *value)
         write_record(*record_of(field), place, value);
         break;
     default:
-        write_number(field.kind, place, value);
+        put_number(field.kind, place, value);
+        break;
     }
 }
 
@@ -227,7 +228,8 @@ void write_argument(const DeviceCall &call, size_t at, const cJSON *value)
         }
         break;
     default:
-        write_number(argument.kind, place, value);
+        put_number(argument.kind, place, value);
+        break;
     }
 }
 

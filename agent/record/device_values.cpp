@@ -27,13 +27,6 @@ bool is_zero(const char *bytes, size_t size)
     return size == 0 || (bytes[0] == 0 && memcmp(bytes, bytes + 1, size - 1) == 0);
 }
 
-int64_t number_at(Kind kind, const char *at)
-{
-    return kind == Kind::kInt16   ? value_at<int16_t>(at)
-           : kind == Kind::kInt32 ? value_at<int32_t>(at)
-                                  : value_at<intptr_t>(at);
-}
-
 class Values {
   public:
     // After a failure, nothing that a record points to is read.
@@ -147,7 +140,7 @@ class Values {
         } else if (field.kind == Kind::kText) {
             field_text(field, at);
         } else {
-            line_.add_number(number_at(field.kind, at));
+            line_.add_number(device_text::number_at(field.kind, at));
         }
     }
 
@@ -342,7 +335,7 @@ void ArgumentsText::add_value(LineText &line, size_t at, bool success) const
         }
         break;
     default:
-        line.add_number(number_at(argument.kind, place));
+        line.add_number(device_text::number_at(argument.kind, place));
     }
 }
 

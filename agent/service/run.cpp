@@ -176,9 +176,9 @@ Options serve_options(const ServiceConfig &config)
     options.serve.max_line = static_cast<size_t>(config.limits.line);
     options.serve.events = true;
     // With a stopped clock a reboot would never end.
-    const bool clock_stands = !variable(kClockVariable).empty();
+    const bool is_clock_stopped = !variable(kClockVariable).empty();
     options.host.reboot_seconds =
-        clock_stands ? 0 : static_cast<int32_t>(config.worker.reboot_seconds);
+        is_clock_stopped ? 0 : static_cast<int32_t>(config.worker.reboot_seconds);
     return options;
 }
 

@@ -34,8 +34,7 @@ constexpr size_t kMaxShown = 200;
 // Text from the service, which may contain anything, on one line.
 std::string text_in(const Json &object, const char *key)
 {
-    const char *text = cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object.get(), key));
-    return one_line(text != nullptr ? text : "", kMaxShown);
+    return one_line(string_at(object.get(), key), kMaxShown);
 }
 
 std::string without_last_end(std::string page)
@@ -258,7 +257,7 @@ ExitStatus Shell::request(const ShellInput &input)
         ask(is_report ? report_request(input.name, input.params)
                       : command_request(input.name, input.params));
     if (!answer) {
-        user_.show("no answer was waited for; it may be carried out all the same");
+        user_.show("not waiting for the answer; the request may still be executed");
         return kCommandFailed;
     }
     pause_ = kFirstPause;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "core/configuration.h"
 
-#include "core/toml.h"
 #include "system/dhcp_server.h"
 #include "system/error.h"
 #include "system/files.h"
 #include "system/mac.h"
 #include "system/network_reader.h"
 #include "system/text.h"
+#include "toml_parser.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

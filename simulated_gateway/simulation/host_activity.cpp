@@ -51,12 +51,12 @@ uint64_t draw_for(const Home &home, Quantity quantity, const Host &host,
 }
 
 // Where a roaming host is: next to a router, with this signal there.
-struct Whereabouts {
+struct RoamingPosition {
     std::string router;
     int64_t signal_dbm;
 };
 
-Whereabouts whereabouts(const Home &home, const Host &host)
+RoamingPosition position_of(const Home &home, const Host &host)
 {
     const auto routers = child_routers(home);
     const uint64_t bits = draw_for(home, Quantity::kPlace, host);
@@ -69,7 +69,7 @@ Whereabouts whereabouts(const Home &home, const Host &host)
     return {mac_of(home, router), strongest - static_cast<int64_t>(bits / 64 % 20)};
 }
 
-int64_t signal_at(const Home &home, const Host &host, const Whereabouts &place,
+int64_t signal_at(const Home &home, const Host &host, const RoamingPosition &place,
                   const std::string &router)
 {
     constexpr int64_t least_loss = 10;
@@ -82,7 +82,7 @@ int64_t signal_at(const Home &home, const Host &host, const Whereabouts &place,
 
 Place best_place(const Home &home, const Host &host)
 {
-    const Whereabouts where = whereabouts(home, host);
+    const RoamingPosition where = position_of(home, host);
     Place best = {nullptr, true, signal_at(home, host, where, home.identity.mac)};
     for (const ChildRouter &router : child_routers(home)) {
         const int64_t signal_dbm = signal_at(home, host, where, router.mac);

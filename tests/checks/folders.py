@@ -36,7 +36,7 @@ agent/service/ways_in/mqtt   agent/io agent/protocol
 agent/service/gate           agent/service/common agent/service/worker
 agent/service/gate           agent/commands agent/host agent/io agent/protocol
 agent/service/worker         agent/service/common agent/commands agent/host agent/io agent/protocol
-agent/service/common         agent/io agent/protocol
+agent/service/common         agent/io agent/protocol toml_parser
 agent/conformance            agent/host agent/io agent/protocol plugin_headers device_facts
 agent/host                   agent/io agent/protocol plugin_headers device_facts gateway_header line_output
 agent/protocol               agent/io embedded_texts
@@ -50,7 +50,7 @@ simulated_gateway/simulation simulated_gateway/io simulated_gateway/model
 simulated_gateway/firmware   simulated_gateway/io simulated_gateway/model gateway_header
 simulated_gateway/model      simulated_gateway/io plugin_headers embedded_texts
 linux_gateway/device         linux_gateway/core linux_gateway/system plugin_headers
-linux_gateway/core           linux_gateway/enforcement linux_gateway/system plugin_headers
+linux_gateway/core           linux_gateway/enforcement linux_gateway/system plugin_headers toml_parser
 linux_gateway/enforcement    linux_gateway/system
 linux_gateway/system         plugin_headers
 smart_router_service         plugin_headers
@@ -61,6 +61,7 @@ SHARED = {
     "simulated_gateway/include": "gateway_header",
     "protocol/include": "device_facts",
     "line_output": "line_output",
+    "toml_parser": "toml_parser",
 }
 PAGE = pathlib.Path("docs/architecture.md")
 PARTS = ("agent", "linux_gateway", "simulated_gateway", "smart_router_service")

@@ -23,4 +23,4 @@ with open(sys.argv[1], encoding="utf-8") as file:
 with open(sys.argv[2], "w", encoding="utf-8") as file:
     json.dump(list(by_file.values()), file)
 END
-run-clang-tidy-14 -quiet -p "$once" "^$PWD/(smart_router_service|simulated_gateway|linux_gateway|agent)/"
+run-clang-tidy-14 -quiet -p "$once" "^$PWD/(smart_router_service|line_output|simulated_gateway|linux_gateway|agent)/"

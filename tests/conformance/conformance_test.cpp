@@ -198,6 +198,27 @@ TEST(Conformance, RefusesALibraryOfAnotherMajorVersionByBothVersions)
     EXPECT_EQ(with_fault("other_minor_version", {"--command", "GET_SN_INFO"}).exit_status, 0);
 }
 
+TEST(Conformance, RefusesALibraryThatWritesToTheFilesOfOthers)
+{
+    const AgentResult result = with_fault("writes_to_other_files", {"--command", "GET_SN_INFO"});
+    EXPECT_EQ(result.exit_status, 4);
+    EXPECT_THAT(result.error,
+                HasSubstr("hgagent: the libraries cannot be loaded: one of them has written \"x\" "
+                          "to a file that it has not opened\n"));
+}
+
+TEST(Conformance, NamesTheReportsThatThePluginLacks)
+{
+    const AgentResult result =
+        run_agent({"--device", MINIMAL_DEVICE, "--plugin", PROBE_PLUGIN, "conformance", "--command",
+                   "report topology", "--command", "report stations"});
+    EXPECT_EQ(result.exit_status, 1);
+    EXPECT_THAT(row_of(result, "report topology"),
+                HasSubstr("does not export json_get_topo_router_info"));
+    EXPECT_THAT(row_of(result, "report stations"),
+                HasSubstr("does not export json_get_router_sta_info"));
+}
+
 TEST(Conformance, TimesOut)
 {
     for (const auto &[fault, command, where] :

@@ -31,6 +31,11 @@ static void overrun(void *to, long from, long end)
 
 int32_t device_access_version(void)
 {
+    if (has("writes_to_other_files")) {
+        for (int descriptor = 3; descriptor < 64; ++descriptor) {
+            dprintf(descriptor, "x\n");
+        }
+    }
     return has("other_major_version")   ? DEVICE_ACCESS_VERSION + 65536 + 7
            : has("other_minor_version") ? DEVICE_ACCESS_VERSION + 7
            : has("negative_version")    ? -1

@@ -4,7 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 using testing::HasSubstr;
 
@@ -49,6 +51,20 @@ TEST(System, OnlyReportsTheRebootOfAnyOtherDevice)
     const AgentResult result = run_system("sync;reboot", {"--device", PROBE_PLUGIN});
     EXPECT_THAT(result.output, HasSubstr(R"("result":0,"children":"none")"));
     EXPECT_EQ(result.error, "hgagent: the gateway reboots\n");
+}
+
+TEST(System, ReportsARebootToTheJournalAsANotice)
+{
+    const std::string log = test_file("log");
+    const std::string command = "exec 2>" + log +
+                                "; JOURNAL_STREAM=$(stat -L -c %d:%i /dev/fd/2) " HGAGENT_PATH
+                                " --plugin " PROBE_PLUGIN " --device " PROBE_PLUGIN
+                                " call SYSTEM 'command=sync;reboot'";
+    EXPECT_NE(std::system(command.c_str()), -1);
+    std::ifstream file(log);
+    std::string line;
+    getline(file, line);
+    EXPECT_EQ(line, "<5>hgagent: the gateway reboots");
 }
 
 } // namespace system_test

@@ -47,9 +47,9 @@ TEST(WeaknessTest, IsRareAndOfEachKind)
         const Weakness weakness = weakness_of(7, number);
         ++libraries[weakness.library];
         flashes += weakness.flash_fails ? 1 : 0;
-        EXPECT_EQ(weakness.function.empty(), weakness.library == Weakness::Library::kSound);
+        EXPECT_EQ(weakness.function.empty(), weakness.library == Weakness::Library::kWorks);
     }
-    EXPECT_NEAR(libraries[Weakness::Library::kSound], 99'900, 40);
+    EXPECT_NEAR(libraries[Weakness::Library::kWorks], 99'900, 40);
     EXPECT_THAT(libraries, SizeIs(4));
     EXPECT_NEAR(flashes, 1000, 130);
 }
@@ -115,11 +115,11 @@ TEST(WaveTest, CutsATenth)
     EXPECT_NEAR(cut, 1000, 130);
 }
 
-TEST(ChanceTest, IsBetweenZeroAndOne)
+TEST(RandomFractionTest, IsBetweenZeroAndOne)
 {
     double sum = 0;
     for (uint64_t count = 0; count < 1000; ++count) {
-        const double one = chance(1, 2, count);
+        const double one = random_fraction(1, 2, count);
         EXPECT_GE(one, 0);
         EXPECT_LT(one, 1);
         sum += one;

@@ -89,9 +89,9 @@ def texts():
     widths += ["x" * (width - 2) + "\u4e2d" for width in WIDTHS if 2 < width < 600]
     for text in [*widths, *(text for family in families for text in family)]:
         yield text if isinstance(text, bytes) else text.encode()
-    chance = random.Random(1)
+    generator = random.Random(1)
     while True:
-        yield bytes(chance.randrange(1, 256) for _ in range(chance.randrange(1, 300)))
+        yield bytes(generator.randrange(1, 256) for _ in range(generator.randrange(1, 300)))
 
 
 def naughty_strings():

@@ -71,9 +71,9 @@ class ManyHostsTest(case.GatewayCase):
     def test_thousands_of_neighbours(self):
         """A host that claims addresses by the thousand must not hide the others, nor stop anything."""
         gateway = self.network.gateway
-        chance = random.Random(5)
+        generator = random.Random(5)
         lines = [f"neighbour replace 192.168.{8 + number % 2}.{number % 250 + 2} dev br-lan nud stale lladdr "
-                 f"02:{chance.randrange(256):02x}:{chance.randrange(256):02x}:00:{number >> 8:02x}:{number & 255:02x}"
+                 f"02:{generator.randrange(256):02x}:{generator.randrange(256):02x}:00:{number >> 8:02x}:{number & 255:02x}"
                  for number in range(400)]
         lines += [f"neighbour replace 2001:db8:8::{number:x} dev br-lan nud stale lladdr "
                   f"06:00:00:00:{number >> 8:02x}:{number & 255:02x}" for number in range(0x1000, 0x1000 + 400)]

@@ -80,12 +80,12 @@ class RecoveryTest(case.GatewayCase):
     def kernel_blocks(self):
         return self.first.mac in self.table()
 
-    def setting(self, chance):
+    def setting(self, generator):
         """A command with its parameters, and what it changes."""
-        client = chance.choice(self.network.clients)
-        allowed = chance.choice("01")
-        if (kind := chance.randrange(4)) == 0:
-            name = f"name {chance.randrange(10000)}"
+        client = generator.choice(self.network.clients)
+        allowed = generator.choice("01")
+        if (kind := generator.randrange(4)) == 0:
+            name = f"name {generator.randrange(10000)}"
             return "SET_HG_BASE_INFO", {"Name": name}, {"name": name}
         if kind == 1:
             return "SET_GREENNET_ENABLE", {"Enable": allowed}, {"green_net": allowed == "1"}
@@ -94,7 +94,7 @@ class RecoveryTest(case.GatewayCase):
         if kind == 2:
             right = "ALLOW" if allowed == "1" else "DENY"
             return "SET_ATTACH_DEVICE_RIGHT", {"MAC": mac.upper(), "InternetAccessRight": right}, changed
-        limit, alias = chance.choice((0, 1500, 20000)), f"alias {chance.randrange(10000)}"
+        limit, alias = generator.choice((0, 1500, 20000)), f"alias {generator.randrange(10000)}"
         return ("SET_AD_BASE_INFO", {"MAC": mac.upper(), "DevType": "Other", "ByName": alias, "AccessEnable": allowed,
                                      "DownLimit": str(limit), "SpeedLimit": "1"},
                 changed | {(mac, "down_limit_kbps"): limit, (mac, "alias"): alias})
@@ -135,7 +135,7 @@ class RecoveryTest(case.GatewayCase):
     def test_a_kill_loses_no_setting_that_was_acknowledged(self):
         """At moments all over the time that several settings take; KILL_SEED gives others."""
         seed = os.environ.get("KILL_SEED", "17")
-        chance = random.Random(seed)
+        generator = random.Random(seed)
         agent = self.agent()
         agent.call("SET_GREENNET_ENABLE", Enable="1")
         agent.call("SET_GREENNET_DEVICE_LIST",
@@ -145,14 +145,14 @@ class RecoveryTest(case.GatewayCase):
         before, has_periods = self.stored(agent)
         self.assertTrue(has_periods)
         began = time.monotonic()
-        for command, params, changed in (trial := [self.setting(chance) for _ in range(SETTINGS)]):
+        for command, params, changed in (trial := [self.setting(generator) for _ in range(SETTINGS)]):
             agent.call(command, **params)
             before |= changed
         longest = time.monotonic() - began
         counts = collections.Counter()
         for number in range(KILLS):
-            settings = [self.setting(chance) for _ in range(len(trial))]
-            acknowledged = self.kill_within(agent, settings, chance.uniform(0, longest))
+            settings = [self.setting(generator) for _ in range(len(trial))]
+            acknowledged = self.kill_within(agent, settings, generator.uniform(0, longest))
             for _, _, changed in settings[:acknowledged]:
                 before |= changed
             after = before | (settings[acknowledged][2] if acknowledged < len(settings) else {})

@@ -102,12 +102,17 @@ for script in "$project"/scripts/*.sh "$project"/tools/*.sh "$project/.ci/run"; 
     run "${script#"$project/"}" --unknown
     [ "$status" -eq 2 ] || fail "$script --unknown ends with $status"
     expect 'usage: .*'
+    run "${script#"$project/"}" --help
+    [ "$status" -eq 0 ] || fail "$script --help ends with $status"
+    [ "${said%%$'\n'*}" = "$(sed -n '3s/^# //p' "$script")" ] || fail "$script --help does not say what it does"
 done
 for program in "$project"/tools/*.py; do
     [[ $program != */mutations.py ]] || continue # no program
     status=0
     said=$(/usr/bin/python3 -B "$program" --unknown 2>&1) || status=$?
     [ "$status" -eq 2 ] || fail "$program --unknown ends with $status"
+    expect 'usage: .*'
+    said=$(/usr/bin/python3 -B "$program" --help 2>&1) || fail "$program --help fails"
     expect 'usage: .*'
 done
 echo 'the scripts report what they do'

@@ -36,7 +36,7 @@ int logins(LoginLimiter &limiter, const std::string &address, TokenBucket::Time 
 TEST(LoginSessions, EndWhenTheyAreNotUsed)
 {
     LoginSessions sessions;
-    sessions.set_life(seconds(100));
+    sessions.set_idle_time(seconds(100));
     const std::string value = sessions.open(somebody(), kBegin);
     EXPECT_NE(sessions.find(value, kBegin + seconds(99)), nullptr);
     EXPECT_NE(sessions.find(value, kBegin + seconds(198)), nullptr);
@@ -47,7 +47,7 @@ TEST(LoginSessions, EndWhenTheyAreNotUsed)
 TEST(LoginSessions, EndAfterAWeek)
 {
     LoginSessions sessions;
-    sessions.set_life(hours(24 * 30));
+    sessions.set_idle_time(hours(24 * 30));
     const std::string value = sessions.open(somebody(), kBegin);
     const std::string id = sessions.find(value, kBegin)->id;
     EXPECT_TRUE(sessions.touch(id, kBegin + hours(24 * 7) - seconds(1)));
@@ -57,7 +57,7 @@ TEST(LoginSessions, EndAfterAWeek)
 TEST(LoginSessions, TheOneThatWasUsedLeastRecentlyMakesRoom)
 {
     LoginSessions sessions;
-    sessions.set_life(hours(1));
+    sessions.set_idle_time(hours(1));
     const std::string first = sessions.open(somebody(), kBegin);
     const std::string second = sessions.open(somebody(), kBegin + seconds(1));
     for (int count = 2; count < 64; ++count) {

@@ -146,7 +146,7 @@ class ScriptTest(unittest.TestCase):
             self.service.greeting = rubbish
             status, output, errors = self.run_lines("GET_SN_INFO")
             self.assertEqual((status, output), (4, []))
-            self.assertIn("what answers is no service", errors)
+            self.assertIn("the peer is not a service", errors)
             self.assertNotIn("\x1b", errors)
         self.service.greeting = b"x" * 20000000
         status, output, errors = self.run_lines("GET_SN_INFO")

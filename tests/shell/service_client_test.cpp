@@ -164,7 +164,7 @@ TEST_F(ServiceClientTest, TakesWhatSendsNoJsonForNoService)
         accept();
         auto request = answer_with(std::string(text));
         const std::string error = error_of([&] { client.ask(hello_request()); });
-        EXPECT_THAT(error, HasSubstr("what answers is no service: ")) << text;
+        EXPECT_THAT(error, HasSubstr("the peer is not a service: ")) << text;
         request.get();
         close(peer_);
     }

@@ -242,7 +242,7 @@ class TerminalTest(unittest.TestCase):
         shell.sendline("GET_AD_BASE_INFO")
         asked = self.service.wait_for(lambda line: line.get("command") == "GET_AD_BASE_INFO")
         shell.sendcontrol("c")
-        shell.expect_exact("no answer was waited for")
+        shell.expect_exact("not waiting for the answer")
         shell.expect_exact(PROMPT)
         self.service.send(b'{"id":%d,"result":0,"reply":{"late":"answer"}}\n' % asked["id"])
         text = self.run_line(shell, "GET_SN_INFO")
@@ -330,7 +330,7 @@ class TerminalTest(unittest.TestCase):
                         b"\xff" * 1000 + b"\n"):
             shell = self.shell()
             self.service.send(rubbish)
-            shell.expect_exact("what answers is no service")
+            shell.expect_exact("the peer is not a service")
             shell.expect_exact(PROMPT)
             self.assert_harmless(shell.before)
             shell.sendcontrol("u")

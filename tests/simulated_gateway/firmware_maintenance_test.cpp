@@ -71,7 +71,7 @@ TEST_F(FirmwareMaintenanceTest, AScheduleIsReportedAndKept)
 
 TEST_F(FirmwareMaintenanceTest, AHomeWithoutAScheduleHasNone)
 {
-    ASSERT_EQ(reopen({.scenario = "single_router"}), "");
+    ASSERT_EQ(reopen({.scenario = "single_router", .trace = path("trace")}), "");
     EXPECT_EQ(kept(), "0 NULL:NULL NULL:NULL");
 
     UpdateSchedule before = {};

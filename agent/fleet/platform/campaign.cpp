@@ -23,12 +23,6 @@ constexpr double kPercent = 100;
 constexpr size_t kMostReason = 200;
 constexpr size_t kMostReasons = 50;
 
-std::string text_at(const cJSON *object, const char *key)
-{
-    const char *text = cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object, key));
-    return text != nullptr ? text : "";
-}
-
 } // namespace
 
 Campaign::Campaign(CampaignOptions options)
@@ -114,7 +108,7 @@ void Campaign::start(GatewayNumber gateway)
             after(kVersionPause, [this, gateway = asked.gateway] { look_at(gateway); });
         } else {
             const std::string reason = outcome.kind == Outcome::Kind::kReply
-                                           ? text_at(outcome.reply.get(), "FailReason")
+                                           ? string_at(outcome.reply.get(), "FailReason")
                                            : outcome.text;
             fail(asked.gateway, "refused: " + reason);
         }
@@ -132,7 +126,7 @@ void Campaign::on_event(GatewayNumber gateway, std::string_view name, std::strin
         update.is_flashed = true;
     } else if (name == kUpdateFailed) {
         const Json parsed(cJSON_ParseWithLength(data.data(), data.size()));
-        fail(gateway, text_at(parsed.get(), "reason"));
+        fail(gateway, string_at(parsed.get(), "reason"));
     }
 }
 
@@ -156,7 +150,7 @@ void Campaign::look_at(GatewayNumber gateway)
             return;
         }
         if (outcome.kind == Outcome::Kind::kReply &&
-            text_at(outcome.reply.get(), "FWVersion") == options_.version) {
+            string_at(outcome.reply.get(), "FWVersion") == options_.version) {
             succeed(asked.gateway);
         } else {
             after(kVersionPause, [this, gateway = asked.gateway] { look_at(gateway); });

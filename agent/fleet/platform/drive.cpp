@@ -324,7 +324,7 @@ bool Drive::is_weak(GatewayNumber gateway) const
 {
     return options_.has_churn &&
            weakness_of(options_.platform.seed, options_.first + gateway).library !=
-               Weakness::Library::kSound;
+               Weakness::Library::kWorks;
 }
 
 void Drive::add_problem(const Request &request, const std::string &text)

@@ -9,16 +9,6 @@
 
 namespace agent::fleet::platform {
 
-namespace {
-
-std::string value_at(const cJSON *object, const std::string &key)
-{
-    const char *text = cJSON_GetStringValue(cJSON_GetObjectItemCaseSensitive(object, key.c_str()));
-    return text != nullptr ? text : "";
-}
-
-} // namespace
-
 // ---- Reading ------------------------------------------------------------------------------------
 
 Json Reading::setting(const MixEntry &entry, const cJSON *selected)
@@ -67,7 +57,7 @@ void Ledger::begin(GatewayNumber gateway, size_t entry, const cJSON *setting)
     }
     Item &one = item(gateway, entry);
     one.base = print(setting);
-    one.expected = {value_at(setting, key)};
+    one.expected = {string_at(setting, key.c_str())};
     one.has_value = true;
     ++counts_.settings;
 }
@@ -169,7 +159,7 @@ Ledger::Verdict Ledger::compare(GatewayNumber gateway, size_t entry, const cJSON
     if (setting == nullptr) {
         return Verdict::kUnread;
     }
-    const std::string found = value_at(setting, mix_[entry].key);
+    const std::string found = string_at(setting, mix_[entry].key.c_str());
     const auto place = std::ranges::find(one.expected, found);
     if (place != one.expected.end()) {
         counts_.resolved += place != one.expected.begin() ? 1 : 0;

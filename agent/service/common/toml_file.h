@@ -3,7 +3,7 @@
 #pragma once
 
 #include "service/common/config_error.h"
-#include "service/common/toml.h"
+#include "toml_parser.h"
 
 #include <cstdint>
 #include <optional>

@@ -61,7 +61,7 @@ struct GateOptions {
 
 class Session;
 
-class Gate : SupervisorListener {
+class Gate final : SupervisorListener {
   public:
     struct Hooks {
         std::function<void(const std::string &reason, int exit_status)> on_no_worker;

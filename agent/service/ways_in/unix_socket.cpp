@@ -93,9 +93,9 @@ void give_away(const SocketOptions &options)
 
 } // namespace
 
-class SocketConnection : public std::enable_shared_from_this<SocketConnection>,
-                         Client,
-                         LineListener {
+class SocketConnection final : public std::enable_shared_from_this<SocketConnection>,
+                               Client,
+                               LineListener {
   public:
     SocketConnection(UnixSocket &owner, int descriptor, const std::shared_ptr<const Identity> &who)
         : owner_(owner), last_use_(Clock::now()), session_(owner.gate_.open(who, *this)),

@@ -66,7 +66,7 @@ class InProcessWorker::Shared {
                                      });
                 serve(session);
                 await_workers(host);
-                session.look();
+                session.poll();
             }
         } catch (const HostError &problem) {
             print_error(problem.what());
@@ -85,12 +85,12 @@ class InProcessWorker::Shared {
     void report_end(const WorkerEnd &end) { output_->end(end); }
 
   private:
-    // Result: false at the end of the lines. No line: it is time for ServeSession::look().
-    bool next(std::string &line, bool &has_line, std::optional<std::chrono::milliseconds> look)
+    // Result: false at the end of the lines. No line: it is time for ServeSession::poll().
+    bool next(std::string &line, bool &has_line, std::optional<std::chrono::milliseconds> time)
     {
         bool is_last = take(line, has_line);
         if (!has_line && !is_last) {
-            wait(look);
+            wait(time);
             is_last = take(line, has_line);
         }
         return has_line || !is_last;
@@ -129,11 +129,11 @@ class InProcessWorker::Shared {
     {
         std::string line;
         bool has_line = false;
-        while (next(line, has_line, session.next_look())) {
+        while (next(line, has_line, session.next_poll())) {
             if (has_line) {
                 session.answer(line);
             } else {
-                session.look();
+                session.poll();
             }
         }
     }

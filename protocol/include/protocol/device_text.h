@@ -15,6 +15,9 @@ size_t width_of(const device_layout::Argument &argument, const intptr_t *argumen
 // The number of bytes that an argument points to; 0 for a value, a list and a text of any length.
 size_t size_of(const device_layout::Argument &argument, const intptr_t *arguments);
 
+// The number of a kind other than text and record, which need not be aligned.
+int64_t number_at(device_layout::Kind kind, const char *place);
+
 struct Style {
     bool show_secrets = false;
     // The text in quotes and on one line, regardless of its content.

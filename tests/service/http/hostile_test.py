@@ -211,20 +211,20 @@ class Hostile(ServiceTest):
     def test_rubbish(self):
         seed = int.from_bytes(os.urandom(4), "big")
         print("seed", seed)
-        chance = random.Random(seed)
+        generator = random.Random(seed)
         whole = ("POST /api/command/GET_SN_INFO?secrets=show HTTP/1.1\r\n" +
                  self.head("Content-Length: 2\r\nCookie: a=b; c=d\r\nAccept-Encoding: gzip\r\n") + "\r\n{}").encode()
         for _ in range(300):
             request = bytearray(whole)
-            for _ in range(chance.randint(1, 8)):
-                at = chance.randrange(len(request))
-                what = chance.randrange(3)
+            for _ in range(generator.randint(1, 8)):
+                at = generator.randrange(len(request))
+                what = generator.randrange(3)
                 if what == 0:
-                    request[at] = chance.randrange(256)
+                    request[at] = generator.randrange(256)
                 elif what == 1:
-                    del request[at:at + chance.randrange(20)]
+                    del request[at:at + generator.randrange(20)]
                 else:
-                    request[at:at] = bytes(chance.choice([b"\r\n", b"\0", b":", b"%", b" ", b"\xff", b"chunked", b"1", b"\r\n\r\n"]))
+                    request[at:at] = bytes(generator.choice([b"\r\n", b"\0", b":", b"%", b" ", b"\xff", b"chunked", b"1", b"\r\n\r\n"]))
                 if not request:
                     request = bytearray(b"a")
             self.service.raw(bytes(request))

@@ -12,7 +12,7 @@ namespace agent::service {
 
 // Destroying it drops the request, if it has not been started. It must not be destroyed from within
 // its callback.
-class GateCall : Client {
+class GateCall final : Client {
   public:
     using Done = std::function<void(const Answer &)>;
 

@@ -28,7 +28,7 @@ class LoginSessions {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    void set_life(std::chrono::seconds idle) { idle_ = idle; }
+    void set_idle_time(std::chrono::seconds idle) { idle_ = idle; }
 
     // Result: the cookie's value.
     std::string open(std::shared_ptr<const Identity> who, Time now);

@@ -88,7 +88,7 @@ void HttpServer::set_options(HttpOptions options)
     passwords_ = std::move(passwords);
     files_ = std::move(files);
     origins_ = OriginCheck(has_tls, options.names);
-    logins_.set_life(options.session_time);
+    logins_.set_idle_time(options.session_time);
     options_ = std::move(options);
 }
 

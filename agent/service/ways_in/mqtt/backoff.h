@@ -13,13 +13,13 @@ class Backoff {
     static constexpr std::chrono::milliseconds kFirst{1000};
     static constexpr std::chrono::milliseconds kLongest{60'000};
 
-    // chance: random, from 0 to 1. Result: from half of the current limit to all of it.
-    std::chrono::milliseconds next(double chance)
+    // fraction: random, from 0 to 1. Result: from half of the current limit to all of it.
+    std::chrono::milliseconds next(double fraction)
     {
         const auto limit = limit_;
         limit_ = std::min(2 * limit_, kLongest);
         return std::chrono::milliseconds(
-            static_cast<int64_t>(static_cast<double>(limit.count()) * (1 + chance) / 2));
+            static_cast<int64_t>(static_cast<double>(limit.count()) * (1 + fraction) / 2));
     }
     void reset() { limit_ = kFirst; }
 

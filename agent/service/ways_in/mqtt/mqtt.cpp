@@ -25,8 +25,8 @@ constexpr size_t kMostUnacknowledged = 10;
 constexpr int kQosOfEvents = 1;
 constexpr std::chrono::seconds kAttempt(20); // for connection, TLS and subscriptions
 constexpr std::chrono::seconds kStable(10);  // after it the pauses begin again with the shortest
-constexpr size_t kManyShortLives = 3;     // connections that end before that, one after the other
-constexpr std::chrono::seconds kIdle(60); // after it a client is forgotten
+constexpr size_t kManyShortConnections = 3; // connections that end before that, one after the other
+constexpr std::chrono::seconds kIdle(60);   // after it a client is forgotten
 constexpr std::chrono::seconds kLook(20);
 constexpr std::chrono::seconds kNotes(10); // between two notes
 // Of a packet that the broker may send: larger ones than a request may be, to be answered. What is
@@ -49,7 +49,7 @@ std::string now_as_text()
 } // namespace
 
 // Those who expect their answers at the same topic. For the gate it is one client.
-class MqttClient : Client {
+class MqttClient final : Client {
   public:
     MqttClient(Mqtt &owner, std::string topic)
         : owner_(owner), topic_(std::move(topic)), session_(owner.gate_.open(owner.who_, *this))
@@ -224,10 +224,10 @@ void Mqtt::try_next()
         return;
     }
     failures_ = 0;
-    resolve_after(backoff_.next(random_chance()));
+    resolve_after(backoff_.next(random_fraction()));
 }
 
-double Mqtt::random_chance()
+double Mqtt::random_fraction()
 {
     return std::uniform_real_distribution<>(0, 1)(random_);
 }
@@ -317,7 +317,7 @@ void Mqtt::give_up_attempt(const std::string &why)
         problem_ = problem;
         print_error(problem);
     }
-    report(MqttNews::kFailed, problem);
+    report(ConnectionEvent::kFailed, problem);
     try_next();
 }
 
@@ -342,7 +342,7 @@ void Mqtt::on_connected()
     addresses_.clear();
     problem_.clear();
     write_error_line("connected to " + broker().url() + " as " + options_.id);
-    report(MqttNews::kConnected, "");
+    report(ConnectionEvent::kConnected, "");
     // What the last connection has not had acknowledged comes first.
     for (; !unacknowledged_.empty(); unacknowledged_.pop_back()) {
         waiting_.push_front(std::move(unacknowledged_.back()));
@@ -389,16 +389,16 @@ void Mqtt::on_lost(const std::string &why)
     if (!is_short) {
         backoff_.reset();
     }
-    short_lives_ = is_short ? short_lives_ + 1 : 0;
-    const bool seems_taken_over = is_taken_over || short_lives_ >= kManyShortLives;
+    short_connections_ = is_short ? short_connections_ + 1 : 0;
+    const bool seems_taken_over = is_taken_over || short_connections_ >= kManyShortConnections;
     std::string problem = "the connection to " + broker().url() + " is lost: " + why;
-    if (short_lives_ >= kManyShortLives) {
-        problem += "; " + std::to_string(short_lives_) +
+    if (short_connections_ >= kManyShortConnections) {
+        problem += "; " + std::to_string(short_connections_) +
                    " times in a row soon after it was made: is there another client " +
                    client_identifier(options_.root, options_.id) + "?";
     }
     print_error(problem);
-    report(seems_taken_over ? MqttNews::kTakenOver : MqttNews::kLost, problem);
+    report(seems_taken_over ? ConnectionEvent::kTakenOver : ConnectionEvent::kLost, problem);
     connect_again();
 }
 
@@ -407,14 +407,14 @@ void Mqtt::connect_again()
 {
     failures_ = 0;
     const auto spread = std::chrono::milliseconds(static_cast<int64_t>(
-        static_cast<double>(options_.reconnect_spread.count()) * random_chance()));
-    resolve_after(std::max(backoff_.next(random_chance()), spread));
+        static_cast<double>(options_.reconnect_spread.count()) * random_fraction()));
+    resolve_after(std::max(backoff_.next(random_fraction()), spread));
 }
 
-void Mqtt::report(MqttNews news, const std::string &why) const
+void Mqtt::report(ConnectionEvent event, const std::string &why) const
 {
-    if (options_.on_news) {
-        options_.on_news(news, why);
+    if (options_.on_connection_event) {
+        options_.on_connection_event(event, why);
     }
 }
 

@@ -32,8 +32,8 @@ struct MqttLimits {
     size_t pending = 1024UL * 1024; // bytes of messages that the broker has not taken
 };
 
-// What becomes of the connection.
-enum class MqttNews {
+// What has happened to the connection.
+enum class ConnectionEvent {
     kConnected,
     kLost,
     kTakenOver, // lost to another client with the same name, as the broker says or as it seems
@@ -55,7 +55,8 @@ struct MqttOptions {
     // The pause before the first attempt to connect again is random and up to so long: all gateways
     // of a broker lose it at the same moment. 0: up to a second.
     std::chrono::milliseconds reconnect_spread{0};
-    std::function<void(MqttNews news, const std::string &why)> on_news; // may be empty
+    std::function<void(ConnectionEvent event, const std::string &why)>
+        on_connection_event; // may be empty
 };
 
 class MqttClient;
@@ -102,8 +103,8 @@ class Mqtt : public WayIn, BrokerListener {
     void give_up_attempt(const std::string &why);
     void connect_again();
     void resolve_after(std::chrono::milliseconds pause);
-    double random_chance();
-    void report(MqttNews news, const std::string &why) const;
+    double random_fraction();
+    void report(ConnectionEvent event, const std::string &why) const;
     bool lower_will(Refusal refusal);
     const BrokerAddress &broker() const { return brokers_[broker_].address; }
 
@@ -146,7 +147,7 @@ class Mqtt : public WayIn, BrokerListener {
     std::string problem_;                // the last one that was reported
     NameLookup lookup_;
     Backoff backoff_;
-    size_t short_lives_ = 0; // of connections, one after the other
+    size_t short_connections_ = 0; // of connections, one after the other
     std::minstd_rand random_{std::random_device{}()};
     boost::asio::steady_timer timer_; // the pause before an attempt, or its end
     std::optional<TlsContext> tls_;
