@@ -20,23 +20,46 @@ constexpr size_t kMaxCompared = 64;
 constexpr std::chrono::seconds kUsualTime(30);
 
 // Sorted by name, which is the value of the key.
-std::vector<Description> parse_descriptions(std::span<const embedded::Text> files, const char *key)
-{
-    static std::vector<Json> trees; // the descriptions refer to parts of these
-    std::vector<Description> all;
-    for (const embedded::Text &file : files) {
-        trees.emplace_back(cJSON_ParseWithLength(file.text.data(), file.text.size()));
-        all.emplace_back(trees.back().get());
+class Descriptions {
+  public:
+    Descriptions(std::span<const embedded::Text> files, const char *key)
+    {
+        for (const embedded::Text &file : files) {
+            trees_.emplace_back(cJSON_ParseWithLength(file.text.data(), file.text.size()));
+            all_.emplace_back(trees_.back().get());
+        }
+        std::ranges::sort(all_, {}, [&](const Description &one) { return one[key].text(); });
+        for (const Description &one : all_) {
+            names_.push_back(one[key].text());
+        }
     }
-    std::ranges::sort(all, {}, [&](const Description &one) { return one[key].text(); });
+
+    const std::vector<Description> &all() const { return all_; }
+
+    const Description *find(std::string_view name) const
+    {
+        const auto found = std::ranges::lower_bound(names_, name);
+        return found != names_.end() && *found == name
+                   ? &all_[static_cast<size_t>(found - names_.begin())]
+                   : nullptr;
+    }
+
+  private:
+    std::vector<Json> trees_; // the descriptions refer to parts of these
+    std::vector<Description> all_;
+    std::vector<std::string> names_; // in the same order
+};
+
+const Descriptions &known_commands()
+{
+    static const Descriptions all(embedded::protocol_commands(), "command");
     return all;
 }
 
-const Description *find(const std::vector<Description> &all, const char *key, std::string_view name)
+const Descriptions &known_events()
 {
-    const auto found = std::ranges::find_if(
-        all, [&](const Description &description) { return description[key] == name; });
-    return found != all.end() ? &*found : nullptr;
+    static const Descriptions all(embedded::protocol_events(), "event");
+    return all;
 }
 
 void collect_secret_keys(const Description &part, std::set<std::string> &keys)
@@ -53,14 +76,12 @@ void collect_secret_keys(const Description &part, std::set<std::string> &keys)
 
 const std::vector<Description> &descriptions()
 {
-    static const std::vector<Description> all =
-        parse_descriptions(embedded::protocol_commands(), "command");
-    return all;
+    return known_commands().all();
 }
 
 const Description *find_description(std::string_view command)
 {
-    return find(descriptions(), "command", command);
+    return known_commands().find(command);
 }
 
 std::chrono::seconds seconds_of(std::string_view command)
@@ -79,14 +100,12 @@ bool may_change(std::string_view command)
 
 const std::vector<Description> &events()
 {
-    static const std::vector<Description> all =
-        parse_descriptions(embedded::protocol_events(), "event");
-    return all;
+    return known_events().all();
 }
 
 const Description *find_event(std::string_view event)
 {
-    return find(events(), "event", event);
+    return known_events().find(event);
 }
 
 std::vector<std::string> nearest_commands(std::string_view name)

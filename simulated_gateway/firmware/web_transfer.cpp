@@ -18,38 +18,39 @@ constexpr long kStalledBytesPerSecond = 1000;
 // Frees what libcurl allocates.
 std::string text_and_free(char *text)
 {
-    const std::unique_ptr<char, void (*)(void *)> guard(text, curl_free);
+    const std::unique_ptr<char, void (*)(void *)> guard(text, curl().free);
     return text != nullptr ? text : "";
 }
 
 } // namespace
 
-WebAddress::WebAddress(const std::string &text) : url_(curl_url(), curl_url_cleanup)
+WebAddress::WebAddress(const std::string &text) : url_(curl().url(), curl().url_cleanup)
 {
     const std::string wrong = validation_error(text, Text{kAddressWidth});
     if (!wrong.empty()) {
         throw Error("the address " + wrong);
     }
     const CURLUcode failure =
-        curl_url_set(url_.get(), CURLUPART_URL, text.c_str(), CURLU_NON_SUPPORT_SCHEME);
+        curl().url_set(url_.get(), CURLUPART_URL, text.c_str(), CURLU_NON_SUPPORT_SCHEME);
     if (failure != CURLUE_OK) {
-        throw Error(std::string("the address is invalid: ") + curl_url_strerror(failure));
+        throw Error(std::string("the address is invalid: ") + curl().url_strerror(failure));
     }
 }
 
 std::string WebAddress::part(CURLUPart part, unsigned flags) const
 {
     char *text = nullptr;
-    curl_url_get(url_.get(), part, &text, flags);
+    curl().url_get(url_.get(), part, &text, flags);
     return text_and_free(text);
 }
 
 std::string WebAddress::masked() const
 {
-    const std::unique_ptr<CURLU, void (*)(CURLU *)> url(curl_url_dup(url_.get()), curl_url_cleanup);
+    const std::unique_ptr<CURLU, void (*)(CURLU *)> url(curl().url_dup(url_.get()),
+                                                        curl().url_cleanup);
     const auto mask = [&](CURLUPart masked_part, const std::string &text) {
         if (!part(masked_part).empty() &&
-            curl_url_set(url.get(), masked_part, text.c_str(), 0) != CURLUE_OK) {
+            curl().url_set(url.get(), masked_part, text.c_str(), 0) != CURLUE_OK) {
             throw Error("the address cannot be masked");
         }
     };
@@ -65,7 +66,7 @@ std::string WebAddress::masked() const
     }
     mask(CURLUPART_QUERY, query);
     char *text = nullptr;
-    curl_url_get(url.get(), CURLUPART_URL, &text, 0);
+    curl().url_get(url.get(), CURLUPART_URL, &text, 0);
     return text_and_free(text);
 }
 
@@ -88,12 +89,12 @@ bool TransferBudget::is_exceeded() const
 
 WebTransfer::WebTransfer(const WebAddress &address, const WebLimits &limits, TransferBudget &budget,
                          const std::function<bool()> &goes_on)
-    : budget_(budget), goes_on_(goes_on), headers_(nullptr, curl_slist_free_all),
-      curl_(nullptr, curl_easy_cleanup)
+    : budget_(budget), goes_on_(goes_on), headers_(nullptr, curl().slist_free_all),
+      curl_(nullptr, curl().easy_cleanup)
 {
-    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+    static const CURLcode ready = curl().global_init(CURL_GLOBAL_DEFAULT);
     require(ready);
-    curl_.reset(curl_easy_init());
+    curl_.reset(curl().easy_init());
     set(CURLOPT_ERRORBUFFER, reason_);
     set(CURLOPT_CURLU, address.get());
     set(CURLOPT_PROTOCOLS_STR, "http,https"); // also after a redirect
@@ -121,7 +122,7 @@ WebTransfer::WebTransfer(const WebAddress &address, const WebLimits &limits, Tra
 
 void WebTransfer::add_header(const std::string &header)
 {
-    curl_slist *longer = curl_slist_append(headers_.get(), header.c_str());
+    curl_slist *longer = curl().slist_append(headers_.get(), header.c_str());
     if (longer == nullptr) {
         throw std::bad_alloc();
     }
@@ -133,7 +134,7 @@ void WebTransfer::add_header(const std::string &header)
 bool WebTransfer::perform()
 {
     const WithoutWriteSignals without_signals; // a secure connection may raise SIGPIPE
-    const CURLcode outcome = curl_easy_perform(curl_.get());
+    const CURLcode outcome = curl().easy_perform(curl_.get());
     if (failure_) {
         std::rethrow_exception(failure_);
     }
@@ -149,7 +150,7 @@ bool WebTransfer::perform()
                     " bytes in addition to its response");
     }
     if (outcome != CURLE_OK) {
-        throw Error(*reason_ != '\0' ? reason_ : curl_easy_strerror(outcome));
+        throw Error(*reason_ != '\0' ? reason_ : curl().easy_strerror(outcome));
     }
     return true;
 }
@@ -157,14 +158,14 @@ bool WebTransfer::perform()
 long WebTransfer::status() const
 {
     long status = 0;
-    curl_easy_getinfo(curl_.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl().easy_getinfo(curl_.get(), CURLINFO_RESPONSE_CODE, &status);
     return status;
 }
 
 std::string WebTransfer::header(const char *name) const
 {
     curl_header *found = nullptr;
-    return curl_easy_header(curl_.get(), name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK
+    return curl().easy_header(curl_.get(), name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK
                ? found->value
                : "";
 }
@@ -172,7 +173,7 @@ std::string WebTransfer::header(const char *name) const
 void WebTransfer::require(CURLcode outcome)
 {
     if (outcome != CURLE_OK) {
-        throw Error(std::string("libcurl: ") + curl_easy_strerror(outcome));
+        throw Error(std::string("libcurl: ") + curl().easy_strerror(outcome));
     }
 }
 

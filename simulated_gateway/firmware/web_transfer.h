@@ -2,10 +2,11 @@
 // A transfer from or to a web server: what downloads and uploads have in common.
 #pragma once
 
+#include "firmware/curl.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <curl/curl.h>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -76,7 +77,7 @@ class WebTransfer {
   protected:
     template <class Value> void set(CURLoption option, Value value)
     {
-        require(curl_easy_setopt(curl_.get(), option, value));
+        require(curl().easy_setopt(curl_.get(), option, value));
     }
     void add_header(const std::string &header);
 

@@ -14,4 +14,7 @@ grep -qx -e "-- Installed below $home/first" "$home/log"
 mv "$home/first" "$home/second"
 "$home/second/bin/hgagent" call GET_SN_INFO
 "$home/second/bin/hgagent" conformance --command GET_SN_INFO >/dev/null
+# With the module that a transfer needs.
+"$home/second/bin/hgagent" --trace "$home/trace" call GET_HG_LOG UploadUrl=http://127.0.0.1:1/ LogType=system MAC=3C6AD2104F20
+grep -q "Couldn't connect" "$home/trace"
 "$here/consumer_test.sh" "$home/second" "$2"

@@ -66,7 +66,12 @@ class OuterKeys {
   private:
     char next() const { return at_ < line_.size() ? line_[at_] : '\0'; }
 
-    void skip_space() { at_ = std::min(line_.find_first_not_of(kSpace, at_), line_.size()); }
+    void skip_space()
+    {
+        while (next() == ' ' || next() == '\t' || next() == '\r' || next() == '\n') {
+            ++at_;
+        }
+    }
 
     bool take(char mark)
     {

@@ -333,10 +333,12 @@ bool Gate::may_change(const Request &request) const
 // Result: whether the request repeats an earlier one, and is dealt with.
 bool Gate::take_repetition(Session &session, Request &request, Policy::Verdict &verdict)
 {
+    if (request.repeat_key.empty()) {
+        return false;
+    }
     AnswerCache::Entry first;
     const auto now = Clock::now();
-    if (request.repeat_key.empty() ||
-        !answers_.find(request.repeat_key, contents_of(request), now, first)) {
+    if (!answers_.find(request.repeat_key, contents_of(request), now, first)) {
         return false;
     }
     if (!first.is_same_request) {

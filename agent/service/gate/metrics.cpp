@@ -13,16 +13,30 @@ namespace agent::service {
 
 namespace {
 
-// Clients choose names, so only known ones become labels.
-std::string label_of(Subject subject, std::string_view name)
+constexpr std::string_view kReportLabel = "report:";
+
+std::vector<std::string> report_labels()
 {
-    const std::string text(name);
+    std::vector<std::string> labels = known_names(Subject::kReport);
+    for (std::string &label : labels) {
+        label.insert(0, kReportLabel);
+    }
+    return labels;
+}
+
+// Clients choose names, so only known ones become labels. The label is valid as long as the name.
+std::string_view label_of(Subject subject, std::string_view name)
+{
+    constexpr std::string_view other = "other";
     switch (subject) {
     case Subject::kCommand:
-        return find_description(text) != nullptr ? text : "other";
+        return find_description(name) != nullptr ? name : other;
     case Subject::kReport: {
-        const auto known = known_names(subject);
-        return std::ranges::find(known, text) != known.end() ? "report:" + text : "other";
+        static const std::vector<std::string> labels = report_labels();
+        const auto label = std::ranges::find_if(labels, [&](std::string_view known) {
+            return known.substr(kReportLabel.size()) == name;
+        });
+        return label != labels.end() ? *label : other;
     }
     case Subject::kNotice:
         return "notice";
@@ -31,7 +45,7 @@ std::string label_of(Subject subject, std::string_view name)
     case Subject::kSubscription:
         return "subscription";
     }
-    return "other";
+    return other;
 }
 
 // Whether the request has not been run.
@@ -41,12 +55,19 @@ bool is_refusal(std::string_view code)
            !code.starts_with(name_of(Code::kOutcomeUnknown));
 }
 
-std::string result_text(std::string_view code, std::optional<int32_t> result)
+std::string_view result_text(std::string_view code, std::optional<int32_t> result)
 {
     if (!code.empty()) {
-        return std::string(code);
+        return code;
     }
     return result == 0 ? "success" : "failure";
+}
+
+// The value under the key, which is new if there is none.
+template <class Map> auto &value_of(Map &map, std::string_view key)
+{
+    const auto found = map.find(key);
+    return found != map.end() ? found->second : map[std::string(key)];
 }
 
 size_t resident_bytes()
@@ -68,10 +89,11 @@ void Metrics::count(Subject subject, std::string_view name, std::string_view cod
                     std::optional<int32_t> result, std::chrono::microseconds time)
 {
     if (is_refusal(code)) {
-        ++refusals_[std::string(code)];
+        ++value_of(refusals_, code);
         return;
     }
-    Histogram &histogram = requests_[{label_of(subject, name), result_text(code, result)}];
+    Histogram &histogram =
+        value_of(value_of(requests_, label_of(subject, name)), result_text(code, result));
     const double seconds = std::chrono::duration<double>(time).count();
     for (size_t at = 0; at < kBounds.size(); ++at) {
         histogram.buckets[at] += seconds <= kBounds[at] ? 1 : 0;
@@ -86,17 +108,18 @@ std::string Metrics::text(const State &state) const
     constexpr char kRequests[] = "hgagent_request_duration_seconds";
     write_head(out, kRequests, "histogram",
                "Time from a request's arrival to its answer, by command and result.");
-    for (const auto &[labels, histogram] : requests_) {
-        const std::string both =
-            "command=\"" + labels.first + "\",result=\"" + labels.second + "\"";
-        for (size_t at = 0; at < kBounds.size(); ++at) {
-            out << kRequests << "_bucket{" << both << ",le=\"" << kBounds[at] << "\"} "
-                << histogram.buckets[at] << '\n';
+    for (const auto &[name, results] : requests_) {
+        for (const auto &[result, histogram] : results) {
+            const std::string labels = "command=\"" + name + "\",result=\"" + result + "\"";
+            for (size_t at = 0; at < kBounds.size(); ++at) {
+                out << kRequests << "_bucket{" << labels << ",le=\"" << kBounds[at] << "\"} "
+                    << histogram.buckets[at] << '\n';
+            }
+            out << kRequests << "_bucket{" << labels << ",le=\"+Inf\"} " << histogram.count << '\n'
+                << kRequests << "_sum{" << labels << "} "
+                << std::chrono::duration<double>(histogram.sum).count() << '\n'
+                << kRequests << "_count{" << labels << "} " << histogram.count << '\n';
         }
-        out << kRequests << "_bucket{" << both << ",le=\"+Inf\"} " << histogram.count << '\n'
-            << kRequests << "_sum{" << both << "} "
-            << std::chrono::duration<double>(histogram.sum).count() << '\n'
-            << kRequests << "_count{" << both << "} " << histogram.count << '\n';
     }
     write_head(out, "hgagent_refusals_total", "counter",
                "Requests that were not run, by the code of the error.");

@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace agent::service {
 
@@ -41,8 +40,10 @@ class Metrics {
         std::chrono::microseconds sum{0};
     };
 
-    std::map<std::pair<std::string, std::string>, Histogram> requests_; // by name and result
-    std::map<std::string, uint64_t, std::less<>> refusals_;             // by code
+    template <class Value> using ByText = std::map<std::string, Value, std::less<>>;
+
+    ByText<ByText<Histogram>> requests_; // by name and by result
+    ByText<uint64_t> refusals_;          // by code
     uint64_t workers_ = 0;
 };
 
