@@ -50,8 +50,8 @@ class ProgramTest(unittest.TestCase):
 
     def test_it_names_faults_and_survives_them(self):
         for fault, detail in (("unterminated_text", "SnInfo.MAC does not end within its 64 bytes"),
-                            ("crash", r"it crashes \((ABRT|6)\) in devapi_get_sn_info"),
-                            ("writes_behind", "it writes behind what it is given")):
+                              ("crash", r"it crashes \((ABRT|6)\) in devapi_get_sn_info"),
+                              ("writes_behind", "it writes behind what it is given")):
             done = check(FAULTY, "--command", "GET_SN_INFO", "--command", "GET_UPNP_STATE", fault=fault)
             self.assertEqual(done.returncode, 1)
             self.assertRegex(row(done, "GET_SN_INFO"), "failed")
