@@ -285,7 +285,7 @@ std::string ask_probe(AgentProcess &agent, const std::string &line)
 constexpr char kLost[] = " lines are missing here: they could not be written in time\n";
 
 // What the agent writes to standard error until it reports lost lines.
-std::string error_until_loss_is_told(const AgentProcess &agent)
+std::string error_until_loss_is_reported(const AgentProcess &agent)
 {
     std::string error;
     while (error.find(kLost) == std::string::npos) {
@@ -309,7 +309,7 @@ TEST(Serve, IsNotBlockedByAnUnreadLog)
         EXPECT_THAT(ask_probe(agent, request), HasSubstr("\"result\":0"));
     }
 
-    const std::vector<std::string> lines = lines_of(error_until_loss_is_told(agent));
+    const std::vector<std::string> lines = lines_of(error_until_loss_is_reported(agent));
     ASSERT_FALSE(lines.empty());
     for (size_t at = 0; at + 1 < lines.size(); ++at) {
         EXPECT_THAT(lines[at], StartsWith("<3> probe: ")) << "a part of a line";
