@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The plug-in on the thread of the event loop: the least memory, and nothing is passed between threads.
-// A command that takes long holds up everything else of the gateway, and only that.
+// The plug-in on the thread of the event loop: the least memory, and nothing is passed between
+// threads. A command that takes long holds up everything else of the gateway, and only that.
 #pragma once
 
 #include "commands/options.h"
