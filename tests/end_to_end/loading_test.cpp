@@ -60,7 +60,7 @@ TEST(Loading, RefusesWhatIsNotALibrary)
     }
     EXPECT_THAT(refusal({"--plugin", text}), HasSubstr("invalid ELF header"));
     EXPECT_THAT(refusal({"--plugin", cut}), HasSubstr("the file is cut off"));
-    EXPECT_THAT(refusal({"--plugin", pipe}), HasSubstr("no regular file"));
+    EXPECT_THAT(refusal({"--plugin", pipe}), HasSubstr("not a regular file"));
 }
 
 TEST(Loading, NamesEverySymbolThatIsMissing)
