@@ -145,6 +145,9 @@ LineEditor::Result LineEditor::read(std::string &line)
 {
     has_given_up_ = false;
     is_editing_ = true;
+    // el_gets() prints the prompt first: a Ctrl-D that answers it would be lost to the change of
+    // modes.
+    el_set(editor_.get(), EL_PREP_TERM, 1);
     int count = 0;
     const char *text = el_gets(editor_.get(), &count);
     is_editing_ = false;
