@@ -57,6 +57,8 @@ class TerminalTest(unittest.TestCase):
             shell.send("\t")
 
     def end(self, shell):
+        # While a line is edited, Ctrl-D is a character; otherwise the terminal would swallow it.
+        self.assertFalse(termios.tcgetattr(shell.fileno())[3] & termios.ICANON)
         shell.sendcontrol("d")
         shell.expect(pexpect.EOF)
         shell.close()
