@@ -110,7 +110,8 @@ std::string Metrics::text(const State &state) const
                "Time from a request's arrival to its answer, by command and result.");
     for (const auto &[name, results] : requests_) {
         for (const auto &[result, histogram] : results) {
-            const std::string labels = "command=\"" + name + "\",result=\"" + result + "\"";
+            std::string labels = "command=\"";
+            labels.append(name).append("\",result=\"").append(result).append("\"");
             for (size_t at = 0; at < kBounds.size(); ++at) {
                 out << kRequests << "_bucket{" << labels << ",le=\"" << kBounds[at] << "\"} "
                     << histogram.buckets[at] << '\n';
