@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The handlers, device functions and unit tests of a subject are in the files with its name: fails on any that is
 elsewhere."""
+import functools
 import json
 import pathlib
 import re
@@ -31,7 +32,12 @@ def main():
                  if "function" in part}
     handlers = found_in("smart_router_service", r"^(?:HANDLER\(|int32_t )(json_\w+)(?:,|\(cJSON \*obj\)$)")
     suites = found_in("tests/unit", r"^TEST(?:_F|_P)?\((\w+), ")
+    subjects = {command["subject"] for command in commands}
     faults = []
+
+    def tests(subject, file):
+        """Whether a file of tests has this subject: the longest that its name begins with, as wifi_batch and not wifi."""
+        return subject == max((one for one in subjects if file.startswith(one + "_")), key=len, default=None)
 
     def expect(name, files, subject, folder, are_right):
         if not files or not all(map(are_right, files)):
@@ -43,7 +49,7 @@ def main():
         expect(command["handler"], handlers.get(command["handler"], []), subject, "smart_router_service", subject.__eq__)
         if files := suites.get(suite_of(command["command"])):
             expect(suite_of(command["command"]), files, f"{subject}_test", "tests/unit",
-                   lambda file, subject=subject: file.startswith(subject))
+                   functools.partial(tests, subject))
     for library in LIBRARIES:
         places = found_in(library, r"^(?:int32_t|void) (devapi_\w+)\(")
         for name, subject in functions.items():
